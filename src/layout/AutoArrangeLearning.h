@@ -1,0 +1,53 @@
+// What steers an application towards a slot: its role, and what was learnt about where the user keeps it.
+#pragma once
+
+#include "support/JsonDecoding.h"
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kova {
+
+enum class AutoArrangeAppRole { utility = 0, other = 1, productivity = 2, browser = 3, codingAgent = 4 };
+
+/// "utility", "other", "productivity", "browser", "coding agent": for explanations.
+std::string_view describe(AutoArrangeAppRole role);
+
+AutoArrangeAppRole classifyApplication(std::string_view name, const std::optional<std::string>& bundleIdentifier);
+
+/// Under which an application is remembered: its bundle identifier in lower case, else "name:" and its name in lower case.
+std::string applicationKey(std::string_view name, const std::optional<std::string>& bundleIdentifier);
+
+/// The slot id under which learning carries over between layouts.
+std::string_view canonicalSlotID(std::string_view slotID);
+/// The other slot ids whose canonical id this is, in a fixed order.
+std::vector<std::string_view> slotIDAliases(std::string_view canonicalID);
+
+struct AutoArrangeLearningModel {
+    struct AppLearning {
+        std::map<std::string, double> slotWeights;
+        std::int64_t placementCount = 0;
+        bool operator==(const AppLearning&) const = default;
+    };
+    struct LayoutLearning {
+        std::map<std::string, AppLearning> applications;    // by application key
+        bool operator==(const LayoutLearning&) const = default;
+    };
+    std::map<std::string, LayoutLearning> layouts;    // by layout id
+
+    /// How much the application is at home in the slot, from 0 to 1: the slot's share of the weight learnt on this layout,
+    /// else the share that other layouts give to slots of the same canonical id, halved.
+    double preference(const std::string& layoutID, const std::string& applicationKey, std::string_view slotID) const;
+    /// One more placement of the application in the slot. Older weights fade, so that a new habit wins in a few rounds.
+    void learn(const std::string& layoutID, const std::string& applicationKey, const std::string& slotID);
+    bool operator==(const AutoArrangeLearningModel&) const = default;
+};
+
+std::string encodeLearningModel(const AutoArrangeLearningModel& model);
+Decoded<AutoArrangeLearningModel> decodeLearningModel(std::string_view json);
+
+} // namespace kova

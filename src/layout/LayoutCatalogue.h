@@ -1,0 +1,52 @@
+// The layouts that a user can put on a display, and the classes of displays that they are designed for.
+#pragma once
+
+#include "layout/LayoutSolver.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kova {
+
+enum class LayoutDisplayClass { standard, compact16By9, superUltraWide5120x1440 };
+
+std::string_view rawValue(LayoutDisplayClass displayClass);
+std::optional<LayoutDisplayClass> layoutDisplayClassFromRawValue(std::string_view raw);
+/// The area in points in which the slots of the class's layouts are solved.
+CGSize referenceSize(LayoutDisplayClass displayClass);
+/// The class of a display with this visible frame, in points.
+LayoutDisplayClass classifyDisplay(CGSize visibleSize);
+
+/// A layout read back from JSON has no tree: its slots are used as stored and weights cannot be applied to it.
+struct LayoutDefinition {
+    std::string id;
+    std::string name;
+    std::vector<TileSlot> slots;                 // tree order
+    LayoutDisplayClass displayClass = LayoutDisplayClass::standard;
+    std::optional<LayoutNode> tree;
+    LayoutMetrics metrics;
+    bool operator==(const LayoutDefinition&) const = default;
+};
+
+/// A definition with its slots solved from the tree at the class's reference size.
+LayoutDefinition makeLayoutDefinition(std::string id, std::string name, LayoutDisplayClass displayClass,
+                                      LayoutNode tree, LayoutMetrics metrics = {});
+
+/// The definition with the weights put into its tree and its slots solved anew; unchanged when it has no tree or there
+/// are no weights.
+LayoutDefinition applying(const LayoutDefinition& definition, const LayoutWeightOverrides& overrides);
+
+/// The twelve built-in layouts, in catalogue order.
+const std::vector<LayoutDefinition>& builtInLayouts();
+
+/// The first definition with the id; null when there is none.
+const LayoutDefinition* findLayout(const std::vector<LayoutDefinition>& catalogue, std::string_view id);
+
+/// The definition's tiles on an area of this size: solved from its tree, or its stored slots scaled when it has none
+/// (then without dividers).
+SolvedLayout solveDefinition(const LayoutDefinition& definition, const TileMinimumSizes& minimumSizes,
+                             CGSize areaSize, double tileInset);
+
+} // namespace kova

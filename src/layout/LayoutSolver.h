@@ -1,0 +1,99 @@
+// From a tree and an area to tile frames and dividers. Pure arithmetic; every frame is in layout space: points, origin at
+// the area's top left corner, y growing downwards.
+#pragma once
+
+#include "layout/LayoutTree.h"
+
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace kova {
+
+inline constexpr double kTileFooterAllowance = 28;     // points under every tile, for its footer
+inline constexpr double kWeightFloor = 0.000001;
+inline constexpr double kMinimumFitTolerance = 0.5;    // points
+inline constexpr double kFractionalTieTolerance = 0.000000001;
+inline constexpr double kSlotInset = 5;                // points, the inset with which definitions solve their slots
+
+/// One tile of a layout. The normalized frame is a rectangle in the unit square of its area.
+struct TileSlot {
+    std::string id;
+    std::string name;
+    CGRect normalizedFrame{};
+    bool operator==(const TileSlot&) const = default;
+};
+
+/// One boundary that can be dragged: it lies between branches `boundaryIndex` and `boundaryIndex + 1` of its split.
+struct LayoutDivider {
+    std::string splitID;
+    int boundaryIndex = 0;
+    LayoutAxis axis = LayoutAxis::horizontal;
+    CGRect frame{};                              // layout space, the gap between the two branches
+    std::vector<double> branchLengths;           // points along the axis, integral
+    std::vector<double> branchMinimumLengths;    // points along the axis
+    bool operator==(const LayoutDivider&) const = default;
+};
+
+struct DisplayLayoutDivider {
+    std::string displayID;
+    std::string layoutID;
+    LayoutDivider divider;
+    bool operator==(const DisplayLayoutDivider&) const = default;
+};
+
+/// Minimum size in points of the window in each tile, by tile id.
+using TileMinimumSizes = std::unordered_map<std::string, CGSize>;
+
+struct SolvedLayout {
+    std::vector<TileSlot> slots;                  // tree order, one per leaf that received a frame
+    std::vector<CGRect> frames;                   // the slots' cells in layout space, in the same order
+    std::set<std::string> unsatisfiedTileIDs;     // tiles smaller than their window's minimum, and unknown ids
+    std::vector<LayoutDivider> dividers;          // depth first
+    bool operator==(const SolvedLayout&) const = default;
+};
+
+/// Solves layouts into results that are used again: once its buffers have grown to the size of the tree, a solve
+/// allocates nothing. One solver serves one thread.
+class LayoutSolver {
+  public:
+    LayoutSolver();
+    ~LayoutSolver();
+    LayoutSolver(LayoutSolver&&) noexcept;
+    LayoutSolver& operator=(LayoutSolver&&) noexcept;
+
+    /// `referenceSize` is the area in points, `tileInset` the gap on each side between a tile's cell and its window.
+    /// Degenerate input degrades and never fails: an area too small for its margins loses them, minimums that do not
+    /// fit are ignored for their split, non-finite lengths count as 0.
+    void solve(const LayoutNode& tree, const TileMinimumSizes& minimumSizes, CGSize referenceSize,
+               const LayoutMetrics& metrics, double tileInset, SolvedLayout& result);
+
+  private:
+    struct Scratch;
+    std::unique_ptr<Scratch> scratch_;
+};
+
+/// The same for a single use.
+SolvedLayout solveSlots(const LayoutNode& tree, const TileMinimumSizes& minimumSizes, CGSize referenceSize,
+                        const LayoutMetrics& metrics, double tileInset);
+
+/// The smallest extent in points that the node needs along the axis.
+double minimumLength(const LayoutNode& node, LayoutAxis axis, const TileMinimumSizes& minimumSizes,
+                     const LayoutMetrics& metrics, double tileInset);
+
+/// The length of each branch along its split: by weight, none below its minimum unless the minimums do not fit together,
+/// in which case they are ignored altogether.
+std::vector<double> distributeLengths(std::span<const double> weights, std::span<const double> minimums,
+                                      double available);
+/// Whole points that sum to the rounded `available`, unless they already exceed it; missing points go to the larger
+/// fractions first.
+std::vector<double> roundLengths(std::span<const double> lengths, double available);
+
+/// The split's new weights (its branch lengths in points) after the divider moved by `translationPoints` along the
+/// axis; absent when its two neighbours cannot both keep their minimums.
+std::optional<std::vector<double>> draggedWeights(const LayoutDivider& divider, double translationPoints);
+
+} // namespace kova

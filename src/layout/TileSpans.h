@@ -1,0 +1,42 @@
+// Where a window goes: one tile of one display, or a span of neighbouring tiles when its minimum size does not fit one.
+#pragma once
+
+#include "layout/LayoutSolver.h"
+
+#include <optional>
+#include <set>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kova {
+
+/// The string identity of a tile on a display: display id, "::", slot id.
+std::string tileTargetID(std::string_view displayID, std::string_view slotID);
+
+struct DisplayTileTarget {
+    std::string displayID;
+    TileSlot slot;
+    std::string id() const { return tileTargetID(displayID, slot.id); }
+    bool operator==(const DisplayTileTarget&) const = default;
+};
+
+struct TileSpan {
+    std::vector<TileSlot> slots;    // layout order
+    CGRect normalizedFrame{};       // unit square of the display
+    bool operator==(const TileSpan&) const = default;
+};
+
+struct TileSpanPolicy {
+    TileSpanPolicy() = delete;
+
+    /// The preferred span that holds the anchor slot and fits the minimum size; absent when none fits, when the anchor
+    /// is not among the slots, or when there are fewer than 2 or more than 63 slots. Sizes and inset are in points; a
+    /// component of the minimum size that is not positive and finite counts as 0.
+    static std::optional<TileSpan> bestSpan(std::span<const TileSlot> slots, std::string_view anchorSlotID,
+                                            CGSize displaySize, double tileInset, CGSize minimumSize,
+                                            const std::set<std::string>& occupiedSlotIDs);
+};
+
+} // namespace kova

@@ -1,0 +1,46 @@
+// The user's persisted workspace setup.
+#pragma once
+
+#include "layout/LayoutTree.h"
+#include "support/JsonDecoding.h"
+#include "support/Uuid.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <map>
+#include <optional>
+#include <string>
+#include <variant>
+
+namespace kova {
+
+/// The layout chosen for a display: the pick for its class, or a named one.
+struct DisplayLayoutSelection {
+    std::optional<std::string> layoutID;    // absent: automatic
+
+    static DisplayLayoutSelection automatic() { return {}; }
+    static DisplayLayoutSelection layout(std::string id) { return {std::move(id)}; }
+    bool operator==(const DisplayLayoutSelection&) const = default;
+};
+
+struct WorkspaceProfile {
+    Uuid id = Uuid::random();
+    std::string name = "My Workspace";
+    std::string themeID = "kova.native";
+    std::string layoutID = "jarvis.command-center";    // where a display has no selection of its own
+    std::map<std::string, DisplayLayoutSelection> layoutSelectionsByDisplay;
+    double tileInset = 5;    // points on each side between a tile's cell and the window in it
+    bool autoArrangeOnLaunch = false;
+    std::map<std::string, std::string> preferredApplications;
+    std::map<std::string, CGSize> applicationMinimumSizes;    // by application key
+    std::map<std::string, std::map<std::string, LayoutWeightOverrides>> layoutWeightsByDisplay;    // display, layout
+
+    /// The weights stored for the display and layout; empty when there are none.
+    LayoutWeightOverrides weights(const std::string& displayID, const std::string& layoutIdentifier) const;
+    bool operator==(const WorkspaceProfile&) const = default;
+};
+
+std::string encodeWorkspaceProfile(const WorkspaceProfile& profile);
+Decoded<WorkspaceProfile> decodeWorkspaceProfile(std::string_view json);
+
+} // namespace kova

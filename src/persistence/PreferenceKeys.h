@@ -1,0 +1,21 @@
+// Every preference key. The version is part of the name: a change of format takes a new key.
+#pragma once
+
+#include <array>
+#include <string_view>
+
+namespace kova::preferenceKey {
+
+inline constexpr std::string_view workspaceProfile = "KOVA.workspaceProfile.v1";
+inline constexpr std::string_view autoArrangeLearning = "KOVA.autoArrangeLearning.v1";
+inline constexpr std::string_view accentColor = "KOVA.accentColor.v1";
+inline constexpr std::string_view useThemeBackground = "KOVA.useThemeBackground.v1";
+inline constexpr std::string_view showBrain = "KOVA.showBrain.v1";
+inline constexpr std::string_view showTileBackgrounds = "KOVA.showTileBackgrounds.v1";
+inline constexpr std::string_view continuousManagement = "KOVA.continuousManagement.v1";
+
+/// Any of these under a value marks an existing user.
+inline constexpr std::array existingUserKeys = {workspaceProfile, useThemeBackground, showBrain,
+                                                showTileBackgrounds, accentColor, autoArrangeLearning};
+
+} // namespace kova::preferenceKey

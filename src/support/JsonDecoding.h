@@ -1,0 +1,74 @@
+// Reading JSON with errors that name the place: `scenes[2].displays[0].layoutID: expected a string`.
+// Unknown keys are ignored; null is absent for an optional field and an error for a required one; 1.0 is an integer.
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include <cstdint>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace kova {
+
+class DecodingError : public std::runtime_error {
+  public:
+    /// `path` is empty at the top of the document.
+    DecodingError(std::string path, const std::string& reason);
+    const std::string& path() const { return path_; }
+
+  private:
+    std::string path_;
+};
+
+/// What a decode function gives: the record, or what is wrong and where.
+template <class T>
+using Decoded = std::variant<T, DecodingError>;
+
+/// A place in a JSON document. Its calls throw `DecodingError`; `decodeJson` turns that into a value.
+class JsonCursor {
+  public:
+    JsonCursor(const nlohmann::json& value, std::string path) : value_(&value), path_(std::move(path)) {}
+
+    const nlohmann::json& value() const { return *value_; }
+    const std::string& path() const { return path_; }
+    [[noreturn]] void fail(const std::string& reason) const;
+
+    std::string string() const;
+    bool boolean() const;
+    double number() const;
+    std::int64_t integer() const;
+    /// Elements of an array, in order.
+    std::vector<JsonCursor> elements() const;
+    /// Members of an object, in key order.
+    std::vector<std::pair<std::string, JsonCursor>> members() const;
+    JsonCursor required(std::string_view key) const;
+    std::optional<JsonCursor> optional(std::string_view key) const;
+    /// The one member of an enumeration with a payload: the case name and its payload object. Any other number of
+    /// members fails with "Invalid number of keys found, expected one.".
+    std::pair<std::string, JsonCursor> soleCase() const;
+
+  private:
+    const nlohmann::json* value_;
+    std::string path_;
+};
+
+/// Parses text of limited nesting depth (64); broken text fails with the byte position.
+nlohmann::json parseJson(std::string_view text);
+
+/// Parses the text and hands the document to `decode`, which may throw `DecodingError`.
+template <class Decode>
+auto decodeJson(std::string_view text, Decode decode) -> Decoded<decltype(decode(std::declval<JsonCursor>()))> {
+    try {
+        const nlohmann::json document = parseJson(text);
+        return decode(JsonCursor(document, ""));
+    } catch (const DecodingError& error) {
+        return error;
+    }
+}
+
+} // namespace kova

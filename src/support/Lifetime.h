@@ -1,0 +1,27 @@
+// Makes callbacks fall silent once their owner is gone. Keep it as the last member, so that it ends first.
+#pragma once
+
+#include <memory>
+#include <utility>
+
+namespace kova {
+
+class Lifetime {
+  public:
+    Lifetime() = default;
+    Lifetime(const Lifetime&) = delete;
+    Lifetime& operator=(const Lifetime&) = delete;
+
+    /// The callback, doing nothing when the owner has ended. Safe on the owner's thread only.
+    template <class Callback>
+    auto guard(Callback callback) const {
+        return [alive = std::weak_ptr<const bool>(alive_), callback = std::move(callback)](auto&&... arguments) mutable {
+            if (alive.lock()) callback(std::forward<decltype(arguments)>(arguments)...);
+        };
+    }
+
+  private:
+    std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+};
+
+} // namespace kova

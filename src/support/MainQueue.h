@@ -1,0 +1,44 @@
+// Time and order as collaborators. All state lives on the main queue; nobody sleeps, reads a clock or sets a timer except
+// through it, so that tests can move time by hand.
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+
+namespace kova {
+
+using Seconds = std::chrono::duration<double>;
+using WallTime = std::chrono::system_clock::time_point;
+
+/// A piece of work that is still to run. Dropping the handle lets it run all the same; `cancel` does not.
+class ScheduledWork {
+  public:
+    virtual ~ScheduledWork() = default;
+    /// After this returns on the main thread, the work will not start. Harmless when it has run.
+    virtual void cancel() = 0;
+};
+
+class MainQueue {
+  public:
+    virtual ~MainQueue() = default;
+
+    /// Runs the work on the main thread after all that was posted before it. Any thread may call.
+    virtual void post(std::function<void()> work) = 0;
+    /// Runs the work on the main thread once the delay has passed; a delay of zero or less is a post. Main thread only.
+    virtual std::shared_ptr<ScheduledWork> after(Seconds delay, std::function<void()> work) = 0;
+    /// Wall clock time.
+    virtual WallTime now() const = 0;
+    /// Time since the machine started; never goes back. Any thread may call.
+    virtual Seconds uptime() const = 0;
+};
+
+/// A serial worker beside the main queue, for work that may wait for other processes. It runs one job after the other.
+class WorkQueue {
+  public:
+    virtual ~WorkQueue() = default;
+    /// Any thread may call. Jobs not begun when the queue ends are dropped.
+    virtual void post(std::function<void()> job) = 0;
+};
+
+} // namespace kova

@@ -1,0 +1,73 @@
+// A value that tells its observers when it changes. Main thread only.
+#pragma once
+
+#include <algorithm>
+#include <concepts>
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace kova {
+
+/// Keeps an observer registered for as long as it lives. It may outlive what it observes.
+class Subscription {
+  public:
+    Subscription() = default;
+    explicit Subscription(std::shared_ptr<void> token) : token_(std::move(token)) {}
+
+  private:
+    std::shared_ptr<void> token_;
+};
+
+/// Observers of one event, called in the order in which they came. An observer may come or go during a call.
+template <class... Arguments>
+class Observers {
+  public:
+    using Observer = std::function<void(Arguments...)>;
+
+    [[nodiscard]] Subscription add(Observer observer) {
+        auto kept = std::make_shared<Observer>(std::move(observer));
+        observers_.push_back(kept);
+        return Subscription(kept);
+    }
+    void notify(Arguments... arguments) {
+        std::erase_if(observers_, [](const auto& observer) { return observer.expired(); });
+        const auto present = observers_;
+        for (const auto& weak : present) {
+            if (const auto observer = weak.lock()) (*observer)(arguments...);
+        }
+    }
+
+  private:
+    std::vector<std::weak_ptr<Observer>> observers_;
+};
+
+template <std::equality_comparable T>
+class Published {
+  public:
+    Published() = default;
+    explicit Published(T initial) : value_(std::move(initial)) {}
+    Published(const Published&) = delete;
+    Published& operator=(const Published&) = delete;
+
+    const T& get() const { return value_; }
+    const T& operator*() const { return value_; }
+    const T* operator->() const { return &value_; }
+
+    /// Observers hear of changes, not of assignments.
+    void set(T next) {
+        if (next == value_) return;
+        value_ = std::move(next);
+        observers_.notify(value_);
+    }
+    [[nodiscard]] Subscription observe(std::function<void(const T&)> observer) {
+        return observers_.add(std::move(observer));
+    }
+
+  private:
+    T value_{};
+    Observers<const T&> observers_;
+};
+
+} // namespace kova

@@ -1,0 +1,18 @@
+// Comparing and folding text as people read it, in every script. All text is UTF-8; broken bytes count as U+FFFD.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kova {
+
+/// Lower case, composed form: equal for texts that differ only in case or in composed and decomposed letters.
+std::string lowercased(std::string_view text);
+/// The localized, case-insensitive order: negative, zero or positive as `a` comes before, with or after `b`.
+int localizedCaseInsensitiveCompare(std::string_view a, std::string_view b);
+/// Without the white space and line breaks (all that Unicode knows) at both ends.
+std::string trimmed(std::string_view text);
+/// The text with every byte sequence that is not UTF-8 replaced by U+FFFD, and without NUL.
+std::string validUtf8(std::string_view bytes);
+
+} // namespace kova

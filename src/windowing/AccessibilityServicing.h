@@ -1,0 +1,126 @@
+// The seam to other applications' windows: the vocabulary of the accessibility interface, which every desktop answers.
+// Reads give "no value" for whatever cannot be read; writes and actions are wishes that the desktop may not grant.
+// Frames are in window-service space: points, origin at the top left of the first screen, y growing downwards.
+#pragma once
+
+#include "support/Geometry.h"
+
+#include <sys/types.h>
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace kova {
+
+/// A window, an application or another element of the accessibility tree. Equal handles mean the same element for as long
+/// as it lives. A plain value: copying it asks the desktop nothing.
+struct AccessibilityElement {
+    pid_t processIdentifier = 0;
+    std::uint64_t hash = 0;                  // 0 for the application element itself
+    std::shared_ptr<const void> object;      // the platform's own object, where it has one
+
+    bool operator==(const AccessibilityElement& other) const {
+        return processIdentifier == other.processIdentifier && hash == other.hash;
+    }
+};
+
+enum class AccessibilityAttribute {
+    windows,          // of an application: its windows
+    focusedWindow,    // of an application
+    frontmost,        // of an application
+    role,
+    subrole,
+    title,
+    minimized,
+    position,
+    size,
+    minSize,
+    minimumSize,
+    parent,
+    main,
+    focused,
+    fullScreen,
+};
+
+/// "AXWindows", "AXFocusedWindow", and so on.
+std::string_view attributeName(AccessibilityAttribute attribute);
+
+enum class AccessibilityAction { raise };
+
+/// "AXRaise".
+std::string_view actionName(AccessibilityAction action);
+
+/// monostate: there is no such attribute, or it could not be read.
+using AttributeValue = std::variant<std::monostate, bool, std::string, CGPoint, CGSize, AccessibilityElement,
+                                    std::vector<AccessibilityElement>>;
+
+struct AttributeWrite {
+    AccessibilityAttribute attribute;
+    AttributeValue value;
+};
+
+/// One window as the window server shows it.
+struct OnScreenWindow {
+    pid_t processIdentifier = 0;
+    int layer = 0;               // 0: ordinary windows
+    CGRect bounds{};             // window-service space
+};
+
+class AccessibilityServicing {
+  public:
+    virtual ~AccessibilityServicing() = default;
+
+    /// Whether this process may manage other applications' windows; never shows a prompt. Any thread.
+    virtual bool isProcessTrusted() const = 0;
+    /// The same, showing the system's prompt if asked to and there is one. Main thread.
+    virtual bool requestTrust(bool prompt) = 0;
+
+    /// The element of an application; it exists as a value even when the process does not. Any thread.
+    virtual AccessibilityElement applicationElement(pid_t processIdentifier) const = 0;
+
+    /// The values of the attributes, in the order asked for, in one request. An application that does not answer costs at
+    /// most the platform's deadline (0.25 s), then every value is absent. Called on the polling queue; on the main thread
+    /// it must not wait at all: there a platform answers from what it knows.
+    virtual std::vector<AttributeValue> readAttributes(const AccessibilityElement& element,
+                                                       std::span<const AccessibilityAttribute> attributes) const = 0;
+
+    /// Writes the attributes in the order given, as one request where the desktop can: a position and a size written
+    /// together move and size a window at once. A refused write is dropped silently. Main thread.
+    virtual void writeAttributes(const AccessibilityElement& element, std::span<const AttributeWrite> writes) = 0;
+
+    /// Performs the action; a refusal is silent. Main thread.
+    virtual void performAction(const AccessibilityElement& element, AccessibilityAction action) = 0;
+
+    /// The deepest element under a point of window-service space; absent over the bare desktop. Main thread.
+    virtual std::optional<AccessibilityElement> elementAtPosition(CGPoint point) const = 0;
+
+    /// Windows that are on the screen now, front to back; empty when the desktop cannot say. Any thread.
+    virtual std::vector<OnScreenWindow> onScreenWindows() const = 0;
+
+    /// Sends what was written so far; called at the end of every operation that wrote to several windows. Main thread.
+    virtual void flush() = 0;
+};
+
+/// Whether a poll could find anything new. A desktop that announces every change by an event vouches for it, and then
+/// nobody needs to ask.
+class DesktopChangeServicing {
+  public:
+    virtual ~DesktopChangeServicing() = default;
+
+    /// A number that grows with every change that a poll could see (windows, titles, frames, focus does not count,
+    /// applications, permission, lock); absent when the desktop cannot vouch for that. Any thread.
+    virtual std::optional<std::uint64_t> changeCount() const = 0;
+    /// Calls back once, on the main queue, when the count differs from `count`: at once if it does already. A new call
+    /// replaces the one before; an empty function cancels it. Main thread.
+    virtual void notifyWhenChanged(std::uint64_t count, std::function<void()> callback) = 0;
+};
+
+} // namespace kova

@@ -1,0 +1,94 @@
+// The only place that touches other applications' windows: lists them, reads and writes their frames, focuses, raises
+// and minimises them. Written against the accessibility vocabulary, so it is the same on every desktop.
+// It keeps no list of windows. Every failure counts as "no value"; failed writes are mended by the verification passes.
+#pragma once
+
+#include "support/Lifetime.h"
+#include "support/MainQueue.h"
+#include "windowing/AccessibilityServicing.h"
+#include "windowing/ApplicationServicing.h"
+#include "windowing/ManagedWindow.h"
+#include "windowing/ScreenServicing.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace kova {
+
+/// What reading one accessibility element gave.
+struct WindowCandidate {
+    std::string id;
+    AccessibilityElement element;
+    std::string title;
+    bool isMinimized = false;
+    bool isFullScreen = false;
+    std::optional<CGRect> frame;          // window-service space
+    std::optional<CGSize> minimumSize;    // points
+};
+
+/// In which order position and size are written: some applications clamp the one against the other.
+enum class FrameWriteOrder { positionFirst, sizeFirst };
+
+class AccessibilityWindowService {
+  public:
+    AccessibilityWindowService(AccessibilityServicing& accessibility, ApplicationServicing& applications,
+                               ScreenServicing& screens, MainQueue& queue);
+
+    AccessibilityPermissionState permissionState() const;              // any thread
+    AccessibilityPermissionState requestPermission(bool prompt);
+
+    /// Every eligible window of every eligible application. Touches no state: it is called on the polling queue.
+    std::vector<ManagedWindow> enumerateWindows() const;
+    /// Reads and filters one element; absent for what is never managed.
+    std::optional<WindowCandidate> windowCandidate(const AccessibilityElement& element, pid_t processIdentifier) const;
+    std::optional<CGRect> readFrame(const AccessibilityElement& element) const;
+    std::optional<CGSize> readMinimumSize(const AccessibilityElement& element) const;
+
+    enum class BringToFront { no, yes };
+    /// Writes the frame (window-service space) and verifies it in four passes over the next 0.65 s; a newer request for the
+    /// window ends the passes of the older one. `onMinimumSizeObserved` is told once, on the last pass, the frame of a
+    /// window that refuses to shrink.
+    void setFrame(const ManagedWindow& window, const CGRect& frame, BringToFront bringToFront,
+                  std::function<void(CGRect)> onMinimumSizeObserved);
+    /// One immediate write while the user drags; ends the pending passes of the window.
+    void setFrameInteractive(const ManagedWindow& window, const CGRect& frame);
+    /// The frame that is being placed and verified now; absent when no request for the window is pending.
+    std::optional<CGRect> pendingFrame(const std::string& windowID) const;
+
+    /// Un-hides the application, un-minimises the window, brings both to the front with keyboard focus, and repeats that
+    /// once. False when the window or its application is gone or the permission is missing.
+    bool restoreAndFocus(const ManagedWindow& window);
+    void minimize(const ManagedWindow& window);
+    void unminimize(const ManagedWindow& window);
+    void raise(const ManagedWindow& window);
+    void presentDisplaced(const ManagedWindow& window, DisplacedWindowPresentationAction action);
+    void unhideApplication(pid_t processIdentifier);
+    bool isApplicationHidden(pid_t processIdentifier) const;
+
+    /// The window element under a point of screen space, with its process.
+    std::optional<std::pair<pid_t, AccessibilityElement>> windowElement(CGPoint pointOnScreen) const;
+    /// Id of the focused window of the front application; absent when there is none.
+    std::optional<std::string> focusedWindowID() const;
+    /// Sends what was written so far.
+    void flush();
+
+  private:
+    struct Placement;
+    void writeFrame(const AccessibilityElement& element, const CGRect& frame, FrameWriteOrder order);
+    void scheduleVerification(std::shared_ptr<Placement> placement, int pass);
+    void verify(const std::shared_ptr<Placement>& placement, int pass);
+
+    AccessibilityServicing& accessibility_;
+    ApplicationServicing& applications_;
+    ScreenServicing& screens_;
+    MainQueue& queue_;
+    std::unordered_map<std::string, int> placementGenerations_;
+    std::unordered_map<std::string, CGRect> pendingFrames_;
+    Lifetime lifetime_;
+};
+
+} // namespace kova

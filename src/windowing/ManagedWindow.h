@@ -1,0 +1,39 @@
+// One live window of another application, as it was when last enumerated.
+#pragma once
+
+#include "windowing/AccessibilityServicing.h"
+#include "windowing/ApplicationServicing.h"
+
+#include <optional>
+#include <string>
+
+namespace kova {
+
+enum class AccessibilityPermissionState { unknown, denied, granted };
+
+/// "unknown", "denied", "granted".
+std::string_view describe(AccessibilityPermissionState state);
+
+/// How a window that lost its tile leaves the screen.
+enum class DisplacedWindowPresentationAction { hideApplication, minimizeWindow };
+
+struct ManagedWindow {
+    std::string id;    // process identifier, ":", hash of the element; stable while the window lives
+    AccessibilityElement element;
+    pid_t processIdentifier = 0;
+    std::string applicationName;
+    std::optional<std::string> bundleIdentifier;
+    std::string title;
+    ApplicationIcon icon;
+    bool isMinimized = false;
+    bool isVisible = false;
+    bool isFullScreen = false;
+    std::optional<CGRect> frame;          // window-service space
+    std::optional<CGSize> minimumSize;    // points
+    bool operator==(const ManagedWindow&) const = default;
+};
+
+/// What decides whether the presented list of windows must change: a window that merely moved is the same.
+bool samePresentation(const ManagedWindow& a, const ManagedWindow& b);
+
+} // namespace kova

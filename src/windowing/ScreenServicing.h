@@ -1,0 +1,44 @@
+// The seam to displays and to the login session.
+#pragma once
+
+#include "support/Geometry.h"
+#include "support/Published.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+/// A display. Both frames are in screen space: points, origin at the bottom left of the first screen, y growing upwards.
+struct Screen {
+    std::optional<std::string> displayUUID;    // stays with the device; absent when it cannot be told
+    std::string localizedName;
+    CGRect frame{};
+    CGRect visibleFrame{};                     // the frame without panels, docks and menu bars
+    bool operator==(const Screen&) const = default;
+};
+
+/// "display-" and the device's UUID, or the frame's integral numbers: "display-0-0-2560x1440".
+std::string displayID(const Screen& screen);
+
+class ScreenServicing {
+  public:
+    virtual ~ScreenServicing() = default;
+    /// In the platform's order, the primary display first. Main thread; never waits.
+    virtual std::vector<Screen> screens() const = 0;
+    /// Calls back on the main queue after displays came, went, moved, changed size or visible frame.
+    [[nodiscard]] virtual Subscription observeScreens(std::function<void()> changed) = 0;
+    /// Where the pointer is, in screen space; absent when it cannot be told. Main thread; never waits.
+    virtual std::optional<CGPoint> pointerLocation() const = 0;
+};
+
+class SessionServicing {
+  public:
+    virtual ~SessionServicing() = default;
+    /// Whether the login session's screen is locked; false when nobody can say. Any thread.
+    virtual bool isLoginSessionScreenLocked() const = 0;
+};
+
+} // namespace kova

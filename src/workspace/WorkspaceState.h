@@ -1,0 +1,54 @@
+// What the user interface, the command line and subscribers see of the workspace. Main thread only.
+#pragma once
+
+#include "layout/WorkspaceProfile.h"
+#include "support/Published.h"
+#include "windowing/ManagedWindow.h"
+#include "windowing/ScreenServicing.h"
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+/// A window claimed more tiles than the one selected, because its minimum size did not fit.
+struct WindowPlacementNotice {
+    Uuid id = Uuid::random();
+    CGRect claimedFrame{};    // screen space
+    int additionalTileCount = 0;
+    std::string applicationName;
+    bool operator==(const WindowPlacementNotice&) const = default;
+};
+
+struct WorkspaceFocusMode {
+    std::string displayID;
+    std::string anchorTargetID;
+    std::string windowID;
+    bool operator==(const WorkspaceFocusMode&) const = default;
+};
+
+struct WorkspaceState {
+    Published<AccessibilityPermissionState> permissionState{AccessibilityPermissionState::unknown};
+    Published<std::vector<ManagedWindow>> windows;
+    Published<std::map<std::string, std::string>> assignedWindowIDs;
+    Published<std::map<std::string, CGSize>> observedMinimumSizes;
+    Published<std::int64_t> layoutRevision{0};
+    Published<std::optional<WindowPlacementNotice>> placementNotice;
+    Published<std::map<std::string, std::vector<std::string>>> stackWindowIDsByTarget;
+    Published<bool> canUndo{false};
+    Published<std::optional<WorkspaceFocusMode>> focusMode;
+    Published<std::optional<std::string>> lastActionMessage;
+    Published<std::vector<std::string>> lastArrangeExplanation;
+    Published<bool> continuousManagementEnabled{false};
+    Published<bool> useThemeBackground{false};
+    Published<bool> showBrain{false};
+    Published<bool> showTileBackgrounds{true};
+    Published<std::string> accentColorID{"system-blue"};
+    Published<WorkspaceProfile> profile;
+    Published<std::vector<Screen>> screens;
+};
+
+} // namespace kova
