@@ -1,0 +1,25 @@
+// What a desktop can tell about its own health, for people who wonder why a window does not move.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace kova {
+
+enum class DiagnosticVerdict { fine, note, wrong };
+
+struct DiagnosticLine {
+    std::string subject;    // "window manager", "displays", ...
+    DiagnosticVerdict verdict = DiagnosticVerdict::fine;
+    std::string text;       // one sentence; when something is wrong, what to do about it
+    bool operator==(const DiagnosticLine&) const = default;
+};
+
+class DiagnosticsServicing {
+  public:
+    virtual ~DiagnosticsServicing() = default;
+    /// Main thread; never waits.
+    virtual std::vector<DiagnosticLine> diagnose() const = 0;
+};
+
+} // namespace kova
