@@ -20,12 +20,12 @@
 
 namespace kova {
 
-/// A window, an application or another element of the accessibility tree. Equal handles mean the same element for as long
-/// as it lives. A plain value: copying it asks the desktop nothing.
+/// A window, an application or another element of the accessibility tree. Equal handles mean the same element for as
+/// long as it lives. A plain value: copying it asks the desktop nothing.
 struct AccessibilityElement {
     pid_t processIdentifier = 0;
-    std::uint64_t hash = 0;                  // 0 for the application element itself
-    std::shared_ptr<const void> object;      // the platform's own object, where it has one
+    std::uint64_t hash = 0;             // 0 for the application element itself
+    std::shared_ptr<const void> object; // the platform's own object, where it has one
 
     bool operator==(const AccessibilityElement& other) const {
         return processIdentifier == other.processIdentifier && hash == other.hash;
@@ -33,9 +33,9 @@ struct AccessibilityElement {
 };
 
 enum class AccessibilityAttribute {
-    windows,          // of an application: its windows
-    focusedWindow,    // of an application
-    frontmost,        // of an application
+    windows,       // of an application: its windows
+    focusedWindow, // of an application
+    frontmost,     // of an application
     role,
     subrole,
     title,
@@ -70,8 +70,8 @@ struct AttributeWrite {
 /// One window as the window server shows it.
 struct OnScreenWindow {
     pid_t processIdentifier = 0;
-    int layer = 0;               // 0: ordinary windows
-    CGRect bounds{};             // window-service space
+    int layer = 0;   // 0: ordinary windows
+    CGRect bounds{}; // window-service space
 };
 
 class AccessibilityServicing {
@@ -86,9 +86,9 @@ class AccessibilityServicing {
     /// The element of an application; it exists as a value even when the process does not. Any thread.
     virtual AccessibilityElement applicationElement(pid_t processIdentifier) const = 0;
 
-    /// The values of the attributes, in the order asked for, in one request. An application that does not answer costs at
-    /// most the platform's deadline (0.25 s), then every value is absent. Called on the polling queue; on the main thread
-    /// it must not wait at all: there a platform answers from what it knows.
+    /// The values of the attributes, in the order asked for, in one request. An application that does not answer costs
+    /// at most the platform's deadline (0.25 s), then every value is absent. Called on the polling queue; on the main
+    /// thread it must not wait at all: there a platform answers from what it knows.
     virtual std::vector<AttributeValue> readAttributes(const AccessibilityElement& element,
                                                        std::span<const AccessibilityAttribute> attributes) const = 0;
 

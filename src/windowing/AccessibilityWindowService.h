@@ -7,11 +7,13 @@
 #include "support/MainQueue.h"
 #include "windowing/AccessibilityServicing.h"
 #include "windowing/ApplicationServicing.h"
+#include "windowing/FrameVerification.h"
 #include "windowing/ManagedWindow.h"
 #include "windowing/ScreenServicing.h"
 
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -26,19 +28,19 @@ struct WindowCandidate {
     std::string title;
     bool isMinimized = false;
     bool isFullScreen = false;
-    std::optional<CGRect> frame;          // window-service space
-    std::optional<CGSize> minimumSize;    // points
+    std::optional<CGRect> frame;       // window-service space
+    std::optional<CGSize> minimumSize; // points
 };
 
-/// In which order position and size are written: some applications clamp the one against the other.
-enum class FrameWriteOrder { positionFirst, sizeFirst };
+/// Process identifier, ":", hash of the element.
+std::string windowID(pid_t processIdentifier, const AccessibilityElement& window);
 
 class AccessibilityWindowService {
   public:
     AccessibilityWindowService(AccessibilityServicing& accessibility, ApplicationServicing& applications,
                                ScreenServicing& screens, MainQueue& queue);
 
-    AccessibilityPermissionState permissionState() const;              // any thread
+    AccessibilityPermissionState permissionState() const; // any thread
     AccessibilityPermissionState requestPermission(bool prompt);
 
     /// Every eligible window of every eligible application. Touches no state: it is called on the polling queue.
@@ -49,9 +51,9 @@ class AccessibilityWindowService {
     std::optional<CGSize> readMinimumSize(const AccessibilityElement& element) const;
 
     enum class BringToFront { no, yes };
-    /// Writes the frame (window-service space) and verifies it in four passes over the next 0.65 s; a newer request for the
-    /// window ends the passes of the older one. `onMinimumSizeObserved` is told once, on the last pass, the frame of a
-    /// window that refuses to shrink.
+    /// Writes the frame (window-service space) and verifies it in four passes over the next 0.65 s; a newer request for
+    /// the window ends the passes of the older one. `onMinimumSizeObserved` is told once, on the last pass, the frame
+    /// of a window that refuses to shrink.
     void setFrame(const ManagedWindow& window, const CGRect& frame, BringToFront bringToFront,
                   std::function<void(CGRect)> onMinimumSizeObserved);
     /// One immediate write while the user drags; ends the pending passes of the window.
@@ -59,8 +61,8 @@ class AccessibilityWindowService {
     /// The frame that is being placed and verified now; absent when no request for the window is pending.
     std::optional<CGRect> pendingFrame(const std::string& windowID) const;
 
-    /// Un-hides the application, un-minimises the window, brings both to the front with keyboard focus, and repeats that
-    /// once. False when the window or its application is gone or the permission is missing.
+    /// Un-hides the application, un-minimises the window, brings both to the front with keyboard focus, and repeats
+    /// that once. False when the window or its application is gone or the permission is missing.
     bool restoreAndFocus(const ManagedWindow& window);
     void minimize(const ManagedWindow& window);
     void unminimize(const ManagedWindow& window);
@@ -78,15 +80,22 @@ class AccessibilityWindowService {
 
   private:
     struct Placement;
+    std::vector<ManagedWindow> enumerateWindows(const RunningApplication& application,
+                                                std::span<const CGRect> onScreenRectangles) const;
+    bool readsAsMinimized(const AccessibilityElement& element) const;
+    ApplicationIcon icon(const RunningApplication& application) const;
+    void write(const AccessibilityElement& element, AccessibilityAttribute attribute, bool value);
     void writeFrame(const AccessibilityElement& element, const CGRect& frame, FrameWriteOrder order);
-    void scheduleVerification(std::shared_ptr<Placement> placement, int pass);
-    void verify(const std::shared_ptr<Placement>& placement, int pass);
+    bool isRunning(pid_t processIdentifier) const;
+    void takeFocus(const AccessibilityElement& window, pid_t processIdentifier);
+    void verify(const Placement& placement, int pass);
+    void correct(const Placement& placement, int pass);
 
     AccessibilityServicing& accessibility_;
     ApplicationServicing& applications_;
     ScreenServicing& screens_;
     MainQueue& queue_;
-    std::unordered_map<std::string, int> placementGenerations_;
+    std::unordered_map<std::string, int> placementGenerations_; // by window id; grows with every request
     std::unordered_map<std::string, CGRect> pendingFrames_;
     Lifetime lifetime_;
 };

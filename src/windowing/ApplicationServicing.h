@@ -26,7 +26,7 @@ struct RunningApplication {
     pid_t processIdentifier = 0;
     std::optional<std::string> localizedName;
     std::optional<std::string> bundleIdentifier;
-    std::string bundlePath;    // empty when unknown
+    std::string bundlePath; // empty when unknown
     ApplicationIcon icon;
     ApplicationActivationPolicy activationPolicy = ApplicationActivationPolicy::regular;
     bool isHidden = false;

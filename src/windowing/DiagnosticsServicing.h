@@ -9,9 +9,9 @@ namespace kova {
 enum class DiagnosticVerdict { fine, note, wrong };
 
 struct DiagnosticLine {
-    std::string subject;    // "window manager", "displays", ...
+    std::string subject; // "window manager", "displays", ...
     DiagnosticVerdict verdict = DiagnosticVerdict::fine;
-    std::string text;       // one sentence; when something is wrong, what to do about it
+    std::string text; // one sentence; when something is wrong, what to do about it
     bool operator==(const DiagnosticLine&) const = default;
 };
 

@@ -18,7 +18,7 @@ std::string_view describe(AccessibilityPermissionState state);
 enum class DisplacedWindowPresentationAction { hideApplication, minimizeWindow };
 
 struct ManagedWindow {
-    std::string id;    // process identifier, ":", hash of the element; stable while the window lives
+    std::string id; // process identifier, ":", hash of the element; stable while the window lives
     AccessibilityElement element;
     pid_t processIdentifier = 0;
     std::string applicationName;
@@ -28,8 +28,8 @@ struct ManagedWindow {
     bool isMinimized = false;
     bool isVisible = false;
     bool isFullScreen = false;
-    std::optional<CGRect> frame;          // window-service space
-    std::optional<CGSize> minimumSize;    // points
+    std::optional<CGRect> frame;       // window-service space
+    std::optional<CGSize> minimumSize; // points
     bool operator==(const ManagedWindow&) const = default;
 };
 

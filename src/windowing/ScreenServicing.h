@@ -11,12 +11,13 @@
 
 namespace kova {
 
-/// A display. Both frames are in screen space: points, origin at the bottom left of the first screen, y growing upwards.
+/// A display. Both frames are in screen space: points, origin at the bottom left of the first screen, y growing
+/// upwards.
 struct Screen {
-    std::optional<std::string> displayUUID;    // stays with the device; absent when it cannot be told
+    std::optional<std::string> displayUUID; // stays with the device; absent when it cannot be told
     std::string localizedName;
     CGRect frame{};
-    CGRect visibleFrame{};                     // the frame without panels, docks and menu bars
+    CGRect visibleFrame{}; // the frame without panels, docks and menu bars
     bool operator==(const Screen&) const = default;
 };
 

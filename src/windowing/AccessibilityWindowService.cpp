@@ -1,0 +1,154 @@
+#include "windowing/AccessibilityWindowService.h"
+
+namespace kova {
+
+namespace {
+
+constexpr std::string_view kWindowRole = "AXWindow";
+constexpr double kGrowthTolerance = 0.5; // points, below which a frame does not count as smaller
+// Where a chain of parents is given up: applications are known to answer with a cycle.
+constexpr int kDeepestNesting = 256;
+
+} // namespace
+
+std::string windowID(pid_t processIdentifier, const AccessibilityElement& window) {
+    return std::to_string(processIdentifier) + ":" + std::to_string(window.hash);
+}
+
+AccessibilityWindowService::AccessibilityWindowService(AccessibilityServicing& accessibility,
+                                                       ApplicationServicing& applications, ScreenServicing& screens,
+                                                       MainQueue& queue) :
+    accessibility_(accessibility),
+    applications_(applications), screens_(screens), queue_(queue) {}
+
+AccessibilityPermissionState AccessibilityWindowService::permissionState() const {
+    return accessibility_.isProcessTrusted() ? AccessibilityPermissionState::granted
+                                             : AccessibilityPermissionState::denied;
+}
+
+AccessibilityPermissionState AccessibilityWindowService::requestPermission(bool prompt) {
+    return accessibility_.requestTrust(prompt) ? AccessibilityPermissionState::granted
+                                               : AccessibilityPermissionState::denied;
+}
+
+void AccessibilityWindowService::write(const AccessibilityElement& element, AccessibilityAttribute attribute,
+                                       bool value) {
+    const AttributeWrite write{attribute, value};
+    accessibility_.writeAttributes(element, {&write, 1});
+}
+
+void AccessibilityWindowService::setFrameInteractive(const ManagedWindow& window, const CGRect& frame) {
+    placementGenerations_[window.id] += 1;
+    pendingFrames_.erase(window.id);
+
+    auto before = readFrame(window.element);
+    if (!before) before = window.frame;
+    const bool grows = before && frame.size.width >= before->size.width - kGrowthTolerance &&
+                       frame.size.height >= before->size.height - kGrowthTolerance;
+    std::array writes = {AttributeWrite{AccessibilityAttribute::position, frame.origin},
+                         AttributeWrite{AccessibilityAttribute::size, frame.size}};
+    if (!grows) std::swap(writes[0], writes[1]);
+    accessibility_.writeAttributes(window.element, writes);
+}
+
+bool AccessibilityWindowService::isRunning(pid_t processIdentifier) const {
+    const auto application = applications_.runningApplication(processIdentifier);
+    return application && !application->isTerminated;
+}
+
+void AccessibilityWindowService::takeFocus(const AccessibilityElement& window, pid_t processIdentifier) {
+    write(accessibility_.applicationElement(processIdentifier), AccessibilityAttribute::frontmost, true);
+    const std::array writes = {AttributeWrite{AccessibilityAttribute::main, true},
+                               AttributeWrite{AccessibilityAttribute::focused, true}};
+    accessibility_.writeAttributes(window, writes);
+    accessibility_.performAction(window, AccessibilityAction::raise);
+}
+
+bool AccessibilityWindowService::restoreAndFocus(const ManagedWindow& window) {
+    if (!accessibility_.isProcessTrusted()) return false;
+    const std::array asked = {AccessibilityAttribute::role};
+    const auto role = accessibility_.readAttributes(window.element, asked);
+    if (role.empty() || role.front() != AttributeValue(std::string(kWindowRole))) return false;
+    if (!isRunning(window.processIdentifier)) return false;
+
+    applications_.unhide(window.processIdentifier);
+    unminimize(window);
+    takeFocus(window.element, window.processIdentifier);
+    applications_.activate(window.processIdentifier);
+
+    // Another application that activates itself just now can steal the first attempt.
+    queue_.post(lifetime_.guard([this, element = window.element, process = window.processIdentifier] {
+        if (!isRunning(process)) return;
+        takeFocus(element, process);
+        flush();
+    }));
+    return true;
+}
+
+void AccessibilityWindowService::minimize(const ManagedWindow& window) {
+    write(window.element, AccessibilityAttribute::minimized, true);
+}
+
+void AccessibilityWindowService::unminimize(const ManagedWindow& window) {
+    write(window.element, AccessibilityAttribute::minimized, false);
+}
+
+void AccessibilityWindowService::raise(const ManagedWindow& window) {
+    accessibility_.performAction(window.element, AccessibilityAction::raise);
+}
+
+void AccessibilityWindowService::presentDisplaced(const ManagedWindow& window,
+                                                  DisplacedWindowPresentationAction action) {
+    switch (action) {
+    case DisplacedWindowPresentationAction::hideApplication:
+        return applications_.hide(window.processIdentifier);
+    case DisplacedWindowPresentationAction::minimizeWindow:
+        return minimize(window);
+    }
+}
+
+void AccessibilityWindowService::unhideApplication(pid_t processIdentifier) {
+    applications_.unhide(processIdentifier);
+}
+
+bool AccessibilityWindowService::isApplicationHidden(pid_t processIdentifier) const {
+    const auto application = applications_.runningApplication(processIdentifier);
+    return application && application->isHidden;
+}
+
+std::optional<std::pair<pid_t, AccessibilityElement>>
+AccessibilityWindowService::windowElement(CGPoint pointOnScreen) const {
+    if (!accessibility_.isProcessTrusted()) return std::nullopt;
+    const auto screens = screens_.screens();
+    if (screens.empty()) return std::nullopt;
+    auto element = accessibility_.elementAtPosition(flipped(pointOnScreen, maxY(screens.front().frame)));
+
+    constexpr std::array asked = {AccessibilityAttribute::role, AccessibilityAttribute::parent};
+    for (int depth = 0; element && depth < kDeepestNesting; ++depth) {
+        const auto values = accessibility_.readAttributes(*element, asked);
+        if (values.size() != asked.size()) return std::nullopt;
+        if (values[0] == AttributeValue(std::string(kWindowRole)))
+            return std::pair(element->processIdentifier, *element);
+        const auto* parent = std::get_if<AccessibilityElement>(&values[1]);
+        if (!parent) return std::nullopt;
+        element = *parent;
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> AccessibilityWindowService::focusedWindowID() const {
+    const auto process = applications_.frontmostApplication();
+    if (!process) return std::nullopt;
+    const std::array asked = {AccessibilityAttribute::focusedWindow};
+    const auto values = accessibility_.readAttributes(accessibility_.applicationElement(*process), asked);
+    if (values.empty()) return std::nullopt;
+    const auto* window = std::get_if<AccessibilityElement>(&values.front());
+    if (!window) return std::nullopt;
+    return windowID(*process, *window);
+}
+
+void AccessibilityWindowService::flush() {
+    accessibility_.flush();
+}
+
+} // namespace kova

@@ -1,0 +1,36 @@
+// What a verification pass does about a window that was told to take a frame. Values only: the pass reads the frame,
+// asks here, and writes.
+#pragma once
+
+#include "support/Geometry.h"
+
+#include <array>
+#include <optional>
+
+namespace kova {
+
+/// In which order position and size are written: some applications clamp the one against the other.
+enum class FrameWriteOrder { positionFirst, sizeFirst };
+
+/// When the passes run, in seconds after the request.
+inline constexpr std::array kVerificationDelays = {0.06, 0.16, 0.34, 0.65};
+inline constexpr int kLastVerificationPass = static_cast<int>(kVerificationDelays.size()) - 1;
+/// How far from its target a window may rest, in points.
+inline constexpr double kPlacementTolerance = 2;
+
+enum class FrameVerdict {
+    onTarget,
+    off,             // elsewhere, or nobody can say where
+    refusesToShrink, // larger than the target
+};
+
+/// `frame` is absent when it could not be read.
+FrameVerdict verdictOnFrame(const std::optional<CGRect>& frame, const CGRect& target);
+
+/// The first write of a request has step 0, the correction of pass k step k + 1; the order alternates.
+FrameWriteOrder writeOrder(int step);
+
+/// The frame moved inside the target with its size kept; absent when it is larger than the target or need not move.
+std::optional<CGRect> movedInside(const CGRect& frame, const CGRect& target);
+
+} // namespace kova

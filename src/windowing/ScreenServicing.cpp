@@ -1,0 +1,25 @@
+#include "windowing/ScreenServicing.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kova {
+
+namespace {
+
+/// Without its fraction; a number that no display can have counts as 0.
+std::string integralText(double points) {
+    constexpr double kLargest = 1e15;
+    if (!std::isfinite(points)) return "0";
+    return std::to_string(static_cast<long long>(std::clamp(points, -kLargest, kLargest)));
+}
+
+} // namespace
+
+std::string displayID(const Screen& screen) {
+    if (screen.displayUUID) return "display-" + *screen.displayUUID;
+    return "display-" + integralText(minX(screen.frame)) + "-" + integralText(minY(screen.frame)) + "-" +
+           integralText(screen.frame.size.width) + "x" + integralText(screen.frame.size.height);
+}
+
+} // namespace kova
