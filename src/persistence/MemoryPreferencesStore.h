@@ -1,0 +1,27 @@
+// Preferences that last as long as this object.
+#pragma once
+
+#include "persistence/PreferencesStore.h"
+
+#include <functional>
+#include <map>
+
+namespace kova {
+
+class MemoryPreferencesStore : public PreferencesStore {
+  public:
+    std::optional<PreferenceValue> value(std::string_view key) const override;
+    void setValue(std::string_view key, PreferenceValue value) override;
+    void removeValue(std::string_view key) override;
+    void synchronize() override {}
+
+    const std::map<std::string, PreferenceValue, std::less<>>& values() const { return values_; }
+    /// How often a value was set, changed or not.
+    int setCount() const { return setCount_; }
+
+  private:
+    std::map<std::string, PreferenceValue, std::less<>> values_;
+    int setCount_ = 0;
+};
+
+} // namespace kova

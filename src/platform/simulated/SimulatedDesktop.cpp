@@ -1,0 +1,364 @@
+// What persons, applications and the machine do.
+#include "platform/simulated/SimulatedDesktop.h"
+
+#include <algorithm>
+#include <cctype>
+#include <stdexcept>
+
+namespace kova {
+
+namespace {
+
+constexpr CGSize kUsualSize = {800, 600};
+constexpr int kCascadeSteps = 10;
+constexpr double kCascadeStep = 30;
+
+std::string asciiLowercased(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
+    return text;
+}
+
+[[noreturn]] void notThere(std::string_view name) {
+    throw std::out_of_range("no \"" + std::string(name) + "\" here");
+}
+
+} // namespace
+
+SimulatedDesktop::SimulatedDesktop() = default;
+
+// Displays
+
+SimulatedDisplay& SimulatedDesktop::display(std::string_view name) {
+    for (auto& candidate : displays_) {
+        if (candidate.name == name) return candidate;
+    }
+    notThere(name);
+}
+
+CGRect SimulatedDesktop::displayFrame(const SimulatedDisplay& display) const {
+    return {*display.origin, display.size};
+}
+
+CGRect SimulatedDesktop::displayFrameUnder(const CGRect& frame) const {
+    for (const auto& display : displays_) {
+        if (containsPoint(displayFrame(display), frame.origin)) return displayFrame(display);
+    }
+    return displays_.empty() ? CGRect{} : displayFrame(displays_.front());
+}
+
+CGPoint SimulatedDesktop::firstDisplayOrigin() const {
+    return displays_.empty() ? CGPoint{} : *displays_.front().origin;
+}
+
+void SimulatedDesktop::displaysChanged() {
+    if (!displays_.empty() && !strandsWindows_) {
+        const CGRect first = displayFrame(displays_.front());
+        for (auto& [number, window] : windows_) {
+            if (isOnSomeDisplay(window)) continue;
+            setFrameOf(window, {first.origin, window.frame.size});
+        }
+    }
+    // The frames that a poll reads count from the first display's corner, which may have moved.
+    changed();
+    queue_.post(lifetime_.guard([this] { screenObservers_.notify(); }));
+}
+
+void SimulatedDesktop::addDisplay(SimulatedDisplay display) {
+    if (!display.uuid) display.uuid = "UUID-OF-" + display.name;
+    if (!display.origin) {
+        double right = 0;
+        for (const auto& other : displays_) right = std::max(right, maxX(displayFrame(other)));
+        display.origin = CGPoint{right, 0};
+    }
+    displays_.push_back(std::move(display));
+    displaysChanged();
+}
+
+void SimulatedDesktop::removeDisplay(std::string_view name) {
+    const auto* removed = &display(name);
+    displays_.erase(displays_.begin() + (removed - displays_.data()));
+    displaysChanged();
+}
+
+void SimulatedDesktop::resizeDisplay(std::string_view name, CGSize size) {
+    display(name).size = size;
+    displaysChanged();
+}
+
+void SimulatedDesktop::moveDisplay(std::string_view name, CGPoint originOnDesktop) {
+    display(name).origin = originOnDesktop;
+    displaysChanged();
+}
+
+void SimulatedDesktop::renameDisplay(std::string_view name, std::string newName) {
+    display(name).name = std::move(newName);
+    displaysChanged();
+}
+
+void SimulatedDesktop::setPanels(std::string_view name, CGRect panels) {
+    display(name).panels = panels;
+    displaysChanged();
+}
+
+void SimulatedDesktop::makeFirstDisplay(std::string_view name) {
+    const auto* first = &display(name);
+    const auto position = displays_.begin() + (first - displays_.data());
+    std::rotate(displays_.begin(), position, position + 1);
+    displaysChanged();
+}
+
+// Applications
+
+const SimulatedDesktop::Application& SimulatedDesktop::application(std::string_view name) const {
+    for (const auto& candidate : applications_) {
+        if (candidate.name == name) return candidate;
+    }
+    notThere(name);
+}
+
+SimulatedDesktop::Application& SimulatedDesktop::application(std::string_view name) {
+    return const_cast<Application&>(std::as_const(*this).application(name));
+}
+
+const SimulatedDesktop::Application* SimulatedDesktop::findApplication(pid_t processIdentifier) const {
+    for (const auto& candidate : applications_) {
+        if (candidate.record.processIdentifier == processIdentifier) return &candidate;
+    }
+    return nullptr;
+}
+
+SimulatedDesktop::Application* SimulatedDesktop::findApplication(pid_t processIdentifier) {
+    return const_cast<Application*>(std::as_const(*this).findApplication(processIdentifier));
+}
+
+pid_t SimulatedDesktop::launch(std::string name, ApplicationTraits traits) {
+    RunningApplication record{.processIdentifier = ++lastProcessIdentifier_,
+                              .localizedName = traits.hasName ? std::optional(name) : std::nullopt,
+                              .bundleIdentifier = traits.bundleIdentifier.value_or("sim." + asciiLowercased(name)),
+                              .bundlePath = std::move(traits.bundlePath),
+                              .icon = std::move(traits.icon),
+                              .activationPolicy = traits.activationPolicy};
+    if (name == "KOVA") record.processIdentifier = kOwnProcessIdentifier;
+    applications_.push_back({.record = std::move(record), .name = std::move(name)});
+    changed();
+    return applications_.back().record.processIdentifier;
+}
+
+void SimulatedDesktop::quit(std::string_view name) {
+    const pid_t process = application(name).record.processIdentifier;
+    for (const auto* window : livingWindows()) {
+        if (window->processIdentifier() == process) remove(*window);
+    }
+    std::erase_if(applications_, [&](const auto& candidate) { return candidate.record.processIdentifier == process; });
+    if (frontmost_ == process) focusNextApplication();
+    changed();
+}
+
+void SimulatedDesktop::beginTerminating(std::string_view name) {
+    application(name).record.isTerminated = true;
+    changed();
+}
+
+void SimulatedDesktop::hideByHand(std::string_view name, bool hide) {
+    setHidden(application(name), hide);
+}
+
+void SimulatedDesktop::setAnswering(std::string_view name, bool answers) {
+    application(name).answers = answers;
+}
+
+void SimulatedDesktop::stealNextActivation(std::string_view name) {
+    activationThief_ = processIdentifier(name);
+}
+
+pid_t SimulatedDesktop::processIdentifier(std::string_view name) const {
+    return application(name).record.processIdentifier;
+}
+
+bool SimulatedDesktop::isHidden(std::string_view name) const {
+    return application(name).record.isHidden;
+}
+
+void SimulatedDesktop::setHidden(Application& application, bool hidden) {
+    if (application.record.isHidden == hidden) return;
+    application.record.isHidden = hidden;
+    if (hidingStyle_ == HidingStyle::iconifiesWindows) {
+        for (auto& [number, window] : windows_) {
+            if (window.processIdentifier() != application.record.processIdentifier) continue;
+            const bool concerned = hidden ? !window.isMinimized : window.wasIconifiedByHiding;
+            window.wasIconifiedByHiding = hidden && concerned;
+            if (concerned) setMinimized(window, hidden);
+        }
+    }
+    if (hidden && frontmost_ == application.record.processIdentifier) focusNextApplication();
+    changed();
+}
+
+// Windows
+
+std::string SimulatedDesktop::freeLabel(const std::string& applicationName) const {
+    const auto isTaken = [&](const std::string& label) {
+        return std::any_of(windows_.begin(), windows_.end(),
+                           [&](const auto& entry) { return entry.second.label() == label; });
+    };
+    std::string label = applicationName;
+    for (int count = 2; isTaken(label); ++count) label = applicationName + " " + std::to_string(count);
+    return label;
+}
+
+std::string SimulatedDesktop::open(std::string_view applicationName, WindowTraits traits) {
+    auto& owner = application(applicationName);
+    const std::uint64_t number = lastWindowNumber_ += kNumbersPerWindow;
+    if (!traits.frame) {
+        const double shift = 100 + kCascadeStep * (openedCount_ % kCascadeSteps);
+        const CGPoint corner = firstDisplayOrigin();
+        traits.frame = CGRect{{corner.x + shift, corner.y + shift}, kUsualSize};
+    }
+    const auto& window = windows_
+                             .emplace(number, SimulatedWindow(number, owner.record.processIdentifier,
+                                                              freeLabel(owner.name), std::move(traits)))
+                             .first->second;
+    stacking_.insert(stacking_.begin(), number);
+    ++openedCount_;
+    if (isOnScreen(window)) {
+        owner.focusedWindow = number;
+        frontmost_ = owner.record.processIdentifier;
+    }
+    changed();
+    return window.label();
+}
+
+const SimulatedWindow& SimulatedDesktop::window(std::string_view label) const {
+    for (const auto& [number, candidate] : windows_) {
+        if (candidate.label() == label) return candidate;
+    }
+    notThere(label);
+}
+
+SimulatedWindow& SimulatedDesktop::mutableWindow(std::string_view label) {
+    return const_cast<SimulatedWindow&>(std::as_const(*this).window(label));
+}
+
+const SimulatedWindow* SimulatedDesktop::findWindow(std::uint64_t number) const {
+    const auto found = windows_.find(number);
+    return found == windows_.end() ? nullptr : &found->second;
+}
+
+SimulatedWindow* SimulatedDesktop::findWindow(std::uint64_t number) {
+    return const_cast<SimulatedWindow*>(std::as_const(*this).findWindow(number));
+}
+
+std::vector<const SimulatedWindow*> SimulatedDesktop::livingWindows() const {
+    std::vector<const SimulatedWindow*> living;
+    for (const auto& [number, candidate] : windows_) living.push_back(&candidate);
+    return living;
+}
+
+void SimulatedDesktop::remove(const SimulatedWindow& window) {
+    const auto number = window.number();
+    std::erase(stacking_, number);
+    windows_.erase(number);
+    ++closedCount_;
+    changed();
+}
+
+void SimulatedDesktop::close(std::string_view label) {
+    remove(window(label));
+}
+
+void SimulatedDesktop::setFrameOf(SimulatedWindow& window, const CGRect& frame) {
+    if (window.frame == frame) return;
+    window.frame = frame;
+    changed();
+}
+
+void SimulatedDesktop::moveByHand(std::string_view label, const CGRect& frameOnDesktop) {
+    auto& moved = mutableWindow(label);
+    const CGRect display = displayFrameUnder(frameOnDesktop);
+    setFrameOf(moved, {frameOnDesktop.origin, moved.frameResizedTo(frameOnDesktop.size, display).size});
+}
+
+void SimulatedDesktop::setMinimized(SimulatedWindow& window, bool minimized) {
+    if (window.isMinimized == minimized) return;
+    window.isMinimized = minimized;
+    changed();
+}
+
+void SimulatedDesktop::minimizeByHand(std::string_view label, bool minimize) {
+    setMinimized(mutableWindow(label), minimize);
+}
+
+void SimulatedDesktop::focusByHand(std::string_view label) {
+    auto& chosen = mutableWindow(label);
+    auto& owner = *findApplication(chosen.processIdentifier());
+    setHidden(owner, false);
+    setMinimized(chosen, false);
+    if (chosen.virtualDesktop != virtualDesktop_) showVirtualDesktop(chosen.virtualDesktop);
+    raise(chosen);
+    owner.focusedWindow = chosen.number();
+    frontmost_ = chosen.processIdentifier();
+}
+
+void SimulatedDesktop::setTitle(std::string_view label, std::string title) {
+    mutableWindow(label).title = std::move(title);
+    changed();
+}
+
+void SimulatedDesktop::setFullScreen(std::string_view label, bool fullScreen) {
+    auto& chosen = mutableWindow(label);
+    if (chosen.isFullScreen == fullScreen) return;
+    if (fullScreen) chosen.frameBeforeFullScreen = chosen.frame;
+    chosen.frame = fullScreen ? displayFrameUnder(chosen.frame) : chosen.frameBeforeFullScreen;
+    chosen.isFullScreen = fullScreen;
+    changed();
+}
+
+void SimulatedDesktop::sendToVirtualDesktop(std::string_view label, int virtualDesktop) {
+    mutableWindow(label).virtualDesktop = virtualDesktop;
+    changed();
+}
+
+void SimulatedDesktop::showVirtualDesktop(int virtualDesktop) {
+    virtualDesktop_ = virtualDesktop;
+    changed();
+}
+
+void SimulatedDesktop::raise(const SimulatedWindow& window) {
+    std::erase(stacking_, window.number());
+    stacking_.insert(stacking_.begin(), window.number());
+}
+
+void SimulatedDesktop::focusNextApplication() {
+    frontmost_.reset();
+    for (const auto number : stacking_) {
+        const auto& next = *findWindow(number);
+        if (!isOnScreen(next)) continue;
+        frontmost_ = next.processIdentifier();
+        return;
+    }
+}
+
+// Session, permission, pointer
+
+void SimulatedDesktop::setLocked(bool locked) {
+    isLocked_ = locked;
+    changed();
+}
+
+void SimulatedDesktop::setTrusted(bool trusted) {
+    isTrusted_ = trusted;
+    changed();
+}
+
+void SimulatedDesktop::movePointer(std::optional<CGPoint> pointOnDesktop) {
+    pointerOnDesktop_ = pointOnDesktop;
+}
+
+void SimulatedDesktop::setVouching(bool vouches) {
+    vouches_ = vouches;
+    // Who waits for an announcement must learn that none will come.
+    if (!vouches) announceChange();
+}
+
+} // namespace kova

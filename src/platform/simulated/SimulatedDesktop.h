@@ -1,0 +1,242 @@
+// A whole desktop in memory, in virtual time: a back end like any other, and the stage of every scenario.
+// Persons, applications and the machine act through the upper half; KOVA acts through the seam below it. Whatever KOVA
+// does is noted, and a call that breaks a promise of the seam (a write from the polling queue, a frame that is not a
+// number) becomes a fault in `brokenPromises`.
+#pragma once
+
+#include "platform/simulated/SimulatedWindow.h"
+#include "platform/simulated/VirtualTime.h"
+#include "support/Lifetime.h"
+#include "windowing/AccessibilityServicing.h"
+#include "windowing/ApplicationServicing.h"
+#include "windowing/DiagnosticsServicing.h"
+#include "windowing/ScreenServicing.h"
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kova {
+
+struct SimulatedDisplay {
+    std::string name;
+    CGSize size{2560, 1440};           // points
+    std::optional<CGPoint> origin{};   // desktop space; absent: to the right of the others, tops aligned
+    CGRect panels{};                   // thickness at the edges: origin left and top, size right and bottom
+    std::optional<std::string> uuid{}; // absent: made from the name
+    bool canTellUUID = true;
+};
+
+struct ApplicationTraits {
+    ApplicationActivationPolicy activationPolicy = ApplicationActivationPolicy::regular;
+    std::optional<std::string> bundleIdentifier{}; // absent: "sim." and the name in lower case
+    bool hasName = true;
+    ApplicationIcon icon{.name = "application", .image = nullptr};
+    std::string bundlePath{};
+};
+
+/// What hiding an application does to its windows.
+enum class HidingStyle {
+    hidesApplication, // they leave the screen and stay as they are
+    iconifiesWindows, // each is minimised, and exactly these come back
+};
+
+class SimulatedDesktop : public AccessibilityServicing,
+                         public ApplicationServicing,
+                         public ScreenServicing,
+                         public SessionServicing,
+                         public DesktopChangeServicing,
+                         public DiagnosticsServicing {
+  public:
+    static constexpr pid_t kOwnProcessIdentifier = 4242;
+    static constexpr Seconds kReadDeadline{0.25};
+
+    SimulatedDesktop();
+
+    VirtualMainQueue& queue() { return queue_; }
+    VirtualWorkQueue& pollingQueue() { return pollingQueue_; }
+
+    // Displays. Windows that a change leaves on no display are moved onto the first, unless they are stranded.
+    void addDisplay(SimulatedDisplay display);
+    void removeDisplay(std::string_view name);
+    void resizeDisplay(std::string_view name, CGSize size);
+    void moveDisplay(std::string_view name, CGPoint originOnDesktop);
+    void renameDisplay(std::string_view name, std::string newName);
+    void setPanels(std::string_view name, CGRect panels);
+    void makeFirstDisplay(std::string_view name);
+    void strandWindows(bool strand) { strandsWindows_ = strand; }
+
+    // Applications. Names and labels of things that are not there throw std::out_of_range: the scenario is wrong.
+    pid_t launch(std::string name, ApplicationTraits traits = {});
+    void quit(std::string_view application);
+    /// Still listed, but on its way out.
+    void beginTerminating(std::string_view application);
+    void hideByHand(std::string_view application, bool hide = true);
+    /// Stops or begins to answer. Who asks it waits for the deadline; what is written to it is lost.
+    void setAnswering(std::string_view application, bool answers);
+    /// Once, as soon as another application is activated, this one takes the keyboard back.
+    void stealNextActivation(std::string_view application);
+    void setHidingStyle(HidingStyle style) { hidingStyle_ = style; }
+    pid_t processIdentifier(std::string_view application) const;
+
+    // Windows. A label is the application's name, with a number for every further window: "Mail", "Mail 2".
+    std::string open(std::string_view application, WindowTraits traits = {});
+    void close(std::string_view label);
+    void moveByHand(std::string_view label, const CGRect& frameOnDesktop);
+    void minimizeByHand(std::string_view label, bool minimize = true);
+    void focusByHand(std::string_view label);
+    void setTitle(std::string_view label, std::string title);
+    void setFullScreen(std::string_view label, bool fullScreen);
+    void sendToVirtualDesktop(std::string_view label, int virtualDesktop);
+    void showVirtualDesktop(int virtualDesktop);
+    const SimulatedWindow& window(std::string_view label) const;
+    std::vector<const SimulatedWindow*> livingWindows() const; // in the order in which they were opened
+
+    // Session, permission, pointer
+    void setLocked(bool locked);
+    void setTrusted(bool trusted);
+    void setAnswerToPrompt(bool trusted) { answerToPrompt_ = trusted; }
+    int promptCount() const { return promptCount_; }
+    void movePointer(std::optional<CGPoint> pointOnDesktop);
+    /// Whether the desktop announces every change.
+    void setVouching(bool vouches);
+
+    // What there is to see
+    /// "Mail 15,15 1908x1382 | Notes 1947,15 598x1382 minimized", frames in window-service space.
+    std::string picture() const;
+    /// The state of one window, as in the picture.
+    std::string describeWindow(const SimulatedWindow& window) const;
+    /// Label of the window that has the keyboard; empty when none has.
+    std::string focusedLabel() const;
+    /// The label of a window by its id; the id itself when there is no such window.
+    std::string labelOfID(const std::string& windowID) const;
+    std::string windowIDOf(std::string_view label) const;
+    CGRect frameForWindowService(const SimulatedWindow& window) const;
+    bool isOnScreen(const SimulatedWindow& window) const;
+    /// Whether any part of it lies on a display.
+    bool isOnSomeDisplay(const SimulatedWindow& window) const;
+    bool isHidden(std::string_view application) const;
+    /// What KOVA did since the last call, a line per request: "Mail: AXPosition 15,15, AXSize 600x400".
+    std::string takeJournal();
+    /// Requests to read attributes since the start.
+    int readCount() const { return readCount_; }
+    const std::vector<std::string>& brokenPromises() const { return brokenPromises_; }
+    /// Windows that closed since the start, by the person or by themselves.
+    int closedCount() const { return closedCount_; }
+    int openedCount() const { return openedCount_; }
+
+    // AccessibilityServicing
+    bool isProcessTrusted() const override { return isTrusted_; }
+    bool requestTrust(bool prompt) override;
+    AccessibilityElement applicationElement(pid_t processIdentifier) const override;
+    std::vector<AttributeValue> readAttributes(const AccessibilityElement& element,
+                                               std::span<const AccessibilityAttribute> attributes) const override;
+    void writeAttributes(const AccessibilityElement& element, std::span<const AttributeWrite> writes) override;
+    void performAction(const AccessibilityElement& element, AccessibilityAction action) override;
+    std::optional<AccessibilityElement> elementAtPosition(CGPoint point) const override;
+    std::vector<OnScreenWindow> onScreenWindows() const override;
+    void flush() override;
+    // ApplicationServicing
+    pid_t ownProcessIdentifier() const override { return kOwnProcessIdentifier; }
+    std::vector<RunningApplication> runningApplications() const override;
+    std::optional<RunningApplication> runningApplication(pid_t processIdentifier) const override;
+    std::optional<pid_t> frontmostApplication() const override { return frontmost_; }
+    ApplicationIcon iconForFile(const std::string& path) const override;
+    ApplicationIcon systemSymbolIcon(const std::string& name) const override;
+    void hide(pid_t processIdentifier) override;
+    void unhide(pid_t processIdentifier) override;
+    void activate(pid_t processIdentifier) override;
+    // ScreenServicing and SessionServicing
+    std::vector<Screen> screens() const override;
+    Subscription observeScreens(std::function<void()> changed) override;
+    std::optional<CGPoint> pointerLocation() const override;
+    bool isLoginSessionScreenLocked() const override { return isLocked_; }
+    // DesktopChangeServicing and DiagnosticsServicing
+    std::optional<std::uint64_t> changeCount() const override;
+    void notifyWhenChanged(std::uint64_t count, std::function<void()> callback) override;
+    std::vector<DiagnosticLine> diagnose() const override;
+
+  private:
+    // A window's own number, and those of the elements inside it.
+    static constexpr std::uint64_t kNumbersPerWindow = 16;
+
+    struct Application {
+        RunningApplication record;
+        std::string name;
+        bool answers = true;
+        std::uint64_t focusedWindow = 0;
+    };
+
+    Application& application(std::string_view name);
+    const Application& application(std::string_view name) const;
+    Application* findApplication(pid_t processIdentifier);
+    const Application* findApplication(pid_t processIdentifier) const;
+    SimulatedWindow& mutableWindow(std::string_view label);
+    SimulatedWindow* findWindow(std::uint64_t number);
+    const SimulatedWindow* findWindow(std::uint64_t number) const;
+    const SimulatedWindow* windowOf(const AccessibilityElement& element) const;
+    AccessibilityElement elementOf(const SimulatedWindow& window) const;
+    SimulatedDisplay& display(std::string_view name);
+    std::string freeLabel(const std::string& applicationName) const;
+
+    CGRect displayFrame(const SimulatedDisplay& display) const;
+    /// The display under the window's top left corner, else the first.
+    CGRect displayFrameUnder(const CGRect& frame) const;
+    CGPoint firstDisplayOrigin() const;
+    void displaysChanged();
+
+    void changed();
+    void announceChange();
+    void note(std::string line);
+    void requireMainThread(const char* call) const;
+    void remove(const SimulatedWindow& window);
+    void setFrameOf(SimulatedWindow& window, const CGRect& frame);
+    void setMinimized(SimulatedWindow& window, bool minimized);
+    void setHidden(Application& application, bool hidden);
+    void apply(std::uint64_t windowNumber, const std::vector<AttributeWrite>& writes);
+    void apply(SimulatedWindow& window, const AttributeWrite& write);
+    void springBackLater(const SimulatedWindow& window, const CGRect& frame);
+    void raise(const SimulatedWindow& window);
+    void focusNextApplication();
+    const SimulatedWindow* focusedWindow(const Application& application) const;
+    AttributeValue value(const SimulatedWindow& window, AccessibilityAttribute attribute) const;
+    AttributeValue value(const Application& application, AccessibilityAttribute attribute) const;
+    AttributeValue valueInside(const SimulatedWindow& window, std::uint64_t depth,
+                               AccessibilityAttribute attribute) const;
+
+    mutable VirtualMainQueue queue_;
+    mutable VirtualWorkQueue pollingQueue_{queue_};
+    std::vector<SimulatedDisplay> displays_; // the platform's order
+    std::deque<Application> applications_;   // the order of launching
+    std::map<std::uint64_t, SimulatedWindow> windows_;
+    std::vector<std::uint64_t> stacking_; // front to back
+    std::optional<pid_t> frontmost_;
+    std::optional<pid_t> activationThief_;
+    HidingStyle hidingStyle_ = HidingStyle::hidesApplication;
+    int virtualDesktop_ = 0;
+    bool strandsWindows_ = false;
+    bool isTrusted_ = true;
+    bool answerToPrompt_ = false;
+    bool isLocked_ = false;
+    bool vouches_ = true;
+    std::optional<CGPoint> pointerOnDesktop_;
+    pid_t lastProcessIdentifier_ = 100;
+    std::uint64_t lastWindowNumber_ = 0;
+    std::uint64_t changeCount_ = 1;
+    std::function<void()> changeCallback_;
+    std::uint64_t changeRequest_ = 0; // the newest call of notifyWhenChanged
+    Observers<> screenObservers_;
+    std::vector<std::string> journal_;
+    mutable std::vector<std::string> brokenPromises_;
+    mutable int readCount_ = 0;
+    int promptCount_ = 0;
+    int openedCount_ = 0;
+    int closedCount_ = 0;
+    Lifetime lifetime_;
+};
+
+} // namespace kova

@@ -1,0 +1,77 @@
+// What there is to see of the simulated desktop.
+#include "platform/simulated/SimulatedDesktop.h"
+
+#include <algorithm>
+
+namespace kova {
+
+CGRect SimulatedDesktop::frameForWindowService(const SimulatedWindow& window) const {
+    const CGPoint corner = firstDisplayOrigin();
+    return {{minX(window.frame) - corner.x, minY(window.frame) - corner.y}, window.frame.size};
+}
+
+bool SimulatedDesktop::isOnScreen(const SimulatedWindow& window) const {
+    const auto* owner = findApplication(window.processIdentifier());
+    const bool hidden = owner->record.isHidden && hidingStyle_ == HidingStyle::hidesApplication;
+    return !isLocked_ && !hidden && !window.isMinimized && window.virtualDesktop == virtualDesktop_;
+}
+
+bool SimulatedDesktop::isOnSomeDisplay(const SimulatedWindow& window) const {
+    return std::any_of(displays_.begin(), displays_.end(),
+                       [&](const auto& display) { return intersectionArea(displayFrame(display), window.frame) > 0; });
+}
+
+std::string SimulatedDesktop::describeWindow(const SimulatedWindow& window) const {
+    std::string text = window.label() + " " + describeFrame(frameForWindowService(window));
+    if (window.isMinimized) text += " minimized";
+    if (findApplication(window.processIdentifier())->record.isHidden) text += " hidden";
+    if (window.isFullScreen) text += " full screen";
+    if (window.virtualDesktop != virtualDesktop_) text += " on desktop " + std::to_string(window.virtualDesktop);
+    return text;
+}
+
+std::string SimulatedDesktop::picture() const {
+    std::string text;
+    for (const auto& [number, window] : windows_) text += (text.empty() ? "" : " | ") + describeWindow(window);
+    return text;
+}
+
+std::string SimulatedDesktop::focusedLabel() const {
+    const auto* application = frontmost_ ? findApplication(*frontmost_) : nullptr;
+    const auto* window = application ? focusedWindow(*application) : nullptr;
+    return window ? window->label() : "";
+}
+
+std::string SimulatedDesktop::labelOfID(const std::string& windowID) const {
+    for (const auto& [number, window] : windows_) {
+        if (windowIDOf(window.label()) == windowID) return window.label();
+    }
+    return windowID;
+}
+
+std::string SimulatedDesktop::windowIDOf(std::string_view label) const {
+    const auto& named = window(label);
+    return std::to_string(named.processIdentifier()) + ":" + std::to_string(named.number());
+}
+
+std::string SimulatedDesktop::takeJournal() {
+    std::string text;
+    for (const auto& line : journal_) text += line + "\n";
+    journal_.clear();
+    return text;
+}
+
+std::vector<DiagnosticLine> SimulatedDesktop::diagnose() const {
+    requireMainThread("diagnose");
+    std::vector<DiagnosticLine> lines;
+    const auto displayVerdict = displays_.empty() ? DiagnosticVerdict::wrong : DiagnosticVerdict::fine;
+    lines.push_back({"displays", displayVerdict, std::to_string(displays_.size()) + " in memory"});
+    for (const auto& application : applications_) {
+        if (application.answers) continue;
+        lines.push_back({"slow applications", DiagnosticVerdict::note,
+                         application.name + " does not answer; its windows are left alone until it does"});
+    }
+    return lines;
+}
+
+} // namespace kova

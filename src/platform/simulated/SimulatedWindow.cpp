@@ -1,0 +1,91 @@
+#include "platform/simulated/SimulatedWindow.h"
+
+#include "support/Overloaded.h"
+
+#include <algorithm>
+#include <cmath>
+#include <sstream>
+
+namespace kova {
+
+namespace {
+
+/// At most two decimals, and none where there is nothing to say.
+std::string describeNumber(double number) {
+    std::ostringstream text;
+    text.precision(12);
+    text << std::round(number * 100) / 100 + 0.0; // no "-0"
+    return text.str();
+}
+
+double wholeCells(double length, double cell) {
+    return cell > 0 ? std::floor(length / cell) * cell : length;
+}
+
+double keptLength(double asked, double minimum, double maximum) {
+    return std::min(std::max(asked, minimum), maximum);
+}
+
+double keptPlace(double asked, double length, double low, double high) {
+    return std::max(low, std::min(asked, high - length));
+}
+
+} // namespace
+
+SimulatedWindow::SimulatedWindow(std::uint64_t number, pid_t processIdentifier, std::string label,
+                                 WindowTraits traits) :
+    title(traits.title.value_or(label)),
+    isMinimized(traits.isMinimized), virtualDesktop(traits.virtualDesktop), springsBackTimes(traits.springsBackTimes),
+    number_(number), processIdentifier_(processIdentifier), label_(std::move(label)), traits_(std::move(traits)) {
+    if (traits_.frame) frame = *traits_.frame;
+}
+
+bool SimulatedWindow::isObedient() const {
+    return !traits_.minimumSize && !traits_.secretMinimumSize && !traits_.maximumSize && traits_.cell == CGSize{} &&
+           !traits_.refusesToMove && !traits_.refusesToResize && !traits_.clampsToDisplay;
+}
+
+CGRect SimulatedWindow::frameMovedTo(CGPoint origin, const CGRect& displayFrame) const {
+    if (traits_.refusesToMove || isFullScreen) return frame;
+    if (!traits_.clampsToDisplay) return {origin, frame.size};
+    return {{keptPlace(origin.x, frame.size.width, minX(displayFrame), maxX(displayFrame)),
+             keptPlace(origin.y, frame.size.height, minY(displayFrame), maxY(displayFrame))},
+            frame.size};
+}
+
+CGRect SimulatedWindow::frameResizedTo(CGSize size, const CGRect& displayFrame) const {
+    if (traits_.refusesToResize || isFullScreen) return frame;
+    if (traits_.clampsToDisplay) {
+        size = {std::min(size.width, maxX(displayFrame) - minX(frame)),
+                std::min(size.height, maxY(displayFrame) - minY(frame))};
+    }
+    const CGSize told = traits_.minimumSize.value_or(CGSize{1, 1});
+    const CGSize secret = traits_.secretMinimumSize.value_or(CGSize{1, 1});
+    const CGSize maximum = traits_.maximumSize.value_or(CGSize{1e6, 1e6});
+    return {frame.origin,
+            {keptLength(wholeCells(size.width, traits_.cell.width), std::max(told.width, secret.width), maximum.width),
+             keptLength(wholeCells(size.height, traits_.cell.height), std::max(told.height, secret.height),
+                        maximum.height)}};
+}
+
+std::string describeFrame(const CGRect& frame) {
+    return describeNumber(minX(frame)) + "," + describeNumber(minY(frame)) + " " + describeNumber(frame.size.width) +
+           "x" + describeNumber(frame.size.height);
+}
+
+std::string describeWrite(const AttributeWrite& write) {
+    const std::string value = std::visit(
+        Overloaded{[](std::monostate) { return std::string("nothing"); },
+                   [](bool flag) { return std::string(flag ? "true" : "false"); },
+                   [](const std::string& text) { return text; },
+                   [](const CGPoint& point) { return describeNumber(point.x) + "," + describeNumber(point.y); },
+                   [](const CGSize& size) { return describeNumber(size.width) + "x" + describeNumber(size.height); },
+                   [](const AccessibilityElement& element) { return "element " + std::to_string(element.hash); },
+                   [](const std::vector<AccessibilityElement>& elements) {
+                       return std::to_string(elements.size()) + " elements";
+                   }},
+        write.value);
+    return std::string(attributeName(write.attribute)) + " " + value;
+}
+
+} // namespace kova

@@ -1,0 +1,88 @@
+// One window of the simulated desktop, with the habits that real ones have.
+// Frames are in desktop space: points, origin at a corner that no change of displays moves, y growing downwards.
+#pragma once
+
+#include "support/Geometry.h"
+#include "support/MainQueue.h"
+#include "windowing/AccessibilityServicing.h"
+
+#include <optional>
+#include <set>
+#include <span>
+#include <string>
+
+namespace kova {
+
+/// What lies inside a window, as seen by who asks for the element under the pointer.
+enum class InnerElements {
+    nested,   // a button in a group in the window
+    cyclic,   // parents that lead round in a circle
+    orphaned, // no parent can be read
+};
+
+/// How a window is opened and how it behaves. All habits may be combined.
+struct WindowTraits {
+    std::optional<CGRect> frame;      // desktop space; absent: somewhere on the first display
+    std::optional<std::string> title; // absent: the window's label
+    std::string role = "AXWindow";
+    std::optional<std::string> subrole = "AXStandardWindow";
+    std::set<AccessibilityAttribute> unreadable;
+    InnerElements inside = InnerElements::nested;
+    int layer = 0;
+    int virtualDesktop = 0;
+    bool isMinimized = false;
+
+    std::optional<CGSize> minimumSize;       // kept, and told to who asks
+    std::optional<CGSize> otherMinimumSize;  // told under the attribute's other name, and not kept
+    std::optional<CGSize> secretMinimumSize; // kept, and told to nobody
+    std::optional<CGSize> maximumSize;
+    CGSize cell{}; // sizes are whole cells, as in a terminal; 0: any size
+    bool refusesToMove = false;
+    bool refusesToResize = false;
+    bool clampsToDisplay = false; // clamps the size against its place, and the place against its size
+    Seconds answersAfter{0};      // writes take effect so much later
+    int springsBackTimes = 0;     // so often it returns, 0.1 s after it was given a frame, to the one before
+    int vanishesAtWrite = 0;      // closes itself when written to for the n-th time; 0: never
+};
+
+class SimulatedWindow {
+  public:
+    SimulatedWindow(std::uint64_t number, pid_t processIdentifier, std::string label, WindowTraits traits);
+
+    std::uint64_t number() const { return number_; }
+    pid_t processIdentifier() const { return processIdentifier_; }
+    /// What scenarios call it; unique among living windows.
+    const std::string& label() const { return label_; }
+    const WindowTraits& traits() const { return traits_; }
+    /// Takes a frame as it is told, whatever it is.
+    bool isObedient() const;
+
+    CGRect frame{};
+    std::string title;
+    bool isMinimized = false;
+    bool isFullScreen = false;
+    bool wasIconifiedByHiding = false;
+    int virtualDesktop = 0;
+    CGRect frameBeforeFullScreen{};
+    int writeCount = 0;      // requests to write any attribute
+    int frameWriteCount = 0; // of these, with a position or a size
+    int springsBackTimes = 0;
+
+    /// The frame that it takes when told to be at the origin or to have the size. `displayFrame` is the display that
+    /// it is on.
+    CGRect frameMovedTo(CGPoint origin, const CGRect& displayFrame) const;
+    CGRect frameResizedTo(CGSize size, const CGRect& displayFrame) const;
+
+  private:
+    std::uint64_t number_;
+    pid_t processIdentifier_;
+    std::string label_;
+    WindowTraits traits_;
+};
+
+/// "15,15 1908x1382".
+std::string describeFrame(const CGRect& frame);
+/// "AXPosition 15,15", "AXMinimized true".
+std::string describeWrite(const AttributeWrite& write);
+
+} // namespace kova

@@ -1,0 +1,126 @@
+#include "platform/simulated/VirtualTime.h"
+
+#include <stdexcept>
+
+namespace kova {
+
+namespace {
+
+constexpr int kEndlessWork = 1'000'000;                               // tasks at one moment
+constexpr WallTime kFirstMoment{std::chrono::seconds(1'700'000'000)}; // of the virtual wall clock
+
+std::chrono::nanoseconds wholeNanoseconds(Seconds duration) {
+    return std::chrono::round<std::chrono::nanoseconds>(duration);
+}
+
+} // namespace
+
+struct VirtualMainQueue::Task : ScheduledWork {
+    explicit Task(std::function<void()> theWork) : work(std::move(theWork)) {}
+    void cancel() override { isCancelled = true; }
+
+    std::function<void()> work;
+    bool isCancelled = false;
+};
+
+std::shared_ptr<VirtualMainQueue::Task> VirtualMainQueue::add(Nanoseconds delay, std::function<void()> work) {
+    auto task = std::make_shared<Task>(std::move(work));
+    const std::lock_guard lock(mutex_);
+    tasks_.emplace(Key(uptime_ + std::max(delay, Nanoseconds::zero()), asked_++), task);
+    return task;
+}
+
+void VirtualMainQueue::post(std::function<void()> work) {
+    add(workerDelay_, std::move(work));
+}
+
+std::shared_ptr<ScheduledWork> VirtualMainQueue::after(Seconds delay, std::function<void()> work) {
+    return add(wholeNanoseconds(delay), std::move(work));
+}
+
+WallTime VirtualMainQueue::now() const {
+    return kFirstMoment + std::chrono::duration_cast<WallTime::duration>(uptime_ + wallClockLead_);
+}
+
+Seconds VirtualMainQueue::uptime() const {
+    return uptime_;
+}
+
+std::shared_ptr<VirtualMainQueue::Task> VirtualMainQueue::takeNext(Nanoseconds notAfter) {
+    const std::lock_guard lock(mutex_);
+    if (tasks_.empty() || tasks_.begin()->first.first > notAfter) return nullptr;
+    const auto first = tasks_.begin();
+    uptime_ = std::max(uptime_, first->first.first);
+    auto task = std::move(first->second);
+    tasks_.erase(first);
+    return task;
+}
+
+void VirtualMainQueue::runUntil(Nanoseconds end) {
+    int ranAtOneMoment = 0;
+    for (auto moment = uptime_; const auto task = takeNext(end);) {
+        ranAtOneMoment = uptime_ == moment ? ranAtOneMoment + 1 : 0;
+        moment = uptime_;
+        if (ranAtOneMoment > kEndlessWork) throw std::logic_error("the main queue never comes to rest");
+        if (!task->isCancelled) task->work();
+    }
+    uptime_ = std::max(uptime_, end);
+}
+
+void VirtualMainQueue::advance(Seconds duration) {
+    runUntil(uptime_ + wholeNanoseconds(duration));
+}
+
+void VirtualMainQueue::runDue() {
+    runUntil(uptime_);
+}
+
+std::size_t VirtualMainQueue::pendingCount() const {
+    const std::lock_guard lock(mutex_);
+    std::size_t count = 0;
+    for (const auto& [key, task] : tasks_) count += task->isCancelled ? 0 : 1;
+    return count;
+}
+
+void VirtualMainQueue::setClockForward(Seconds jump) {
+    wallClockLead_ += wholeNanoseconds(jump);
+}
+
+void VirtualMainQueue::setWorkerDelay(Seconds delay) {
+    workerDelay_ = wholeNanoseconds(delay);
+}
+
+void VirtualWorkQueue::post(std::function<void()> job) {
+    jobs_.push_back(std::move(job));
+    if (isBusy_) return;
+    isBusy_ = true;
+    queue_.after(Seconds(0), [this, alive = std::weak_ptr(alive_)] {
+        if (alive.lock()) beginNext();
+    });
+}
+
+void VirtualWorkQueue::beginNext() {
+    if (jobs_.empty()) {
+        isBusy_ = false;
+        return;
+    }
+    const auto job = std::move(jobs_.front());
+    jobs_.pop_front();
+    ++jobsBegun_;
+    isRunningJob_ = true;
+    spent_ = Seconds(0);
+    spend(jobDuration_);
+    job();
+    isRunningJob_ = false;
+    queue_.setWorkerDelay(Seconds(0));
+    queue_.after(spent_, [this, alive = std::weak_ptr(alive_)] {
+        if (alive.lock()) beginNext();
+    });
+}
+
+void VirtualWorkQueue::spend(Seconds duration) {
+    spent_ += duration;
+    queue_.setWorkerDelay(spent_);
+}
+
+} // namespace kova

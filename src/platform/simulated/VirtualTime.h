@@ -1,0 +1,79 @@
+// Time that is moved by hand. Every piece of work runs at the moment it was due, not at the end of the jump, and
+// nothing runs but inside `advance` and `runDue`.
+#pragma once
+
+#include "support/MainQueue.h"
+
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <mutex>
+#include <utility>
+
+namespace kova {
+
+class VirtualMainQueue : public MainQueue {
+  public:
+    void post(std::function<void()> work) override;
+    std::shared_ptr<ScheduledWork> after(Seconds delay, std::function<void()> work) override;
+    WallTime now() const override;
+    Seconds uptime() const override;
+
+    /// Runs all that becomes due within the duration, in order; the clock then stands at its end.
+    void advance(Seconds duration);
+    /// Runs all that is due now, and what that posts. Throws std::logic_error when there is no end to it.
+    void runDue();
+    /// Work that is still to run.
+    std::size_t pendingCount() const;
+    /// The person sets the clock of the machine: `now` jumps, `uptime` and all that is due do not.
+    void setClockForward(Seconds jump);
+
+  private:
+    friend class VirtualWorkQueue;
+    using Nanoseconds = std::chrono::nanoseconds; // whole, so that ten steps of 0.1 s are one second
+    struct Task;
+    using Key = std::pair<Nanoseconds, std::uint64_t>; // when it is due, then the order in which it was asked for
+
+    std::shared_ptr<Task> add(Nanoseconds delay, std::function<void()> work);
+    std::shared_ptr<Task> takeNext(Nanoseconds notAfter);
+    void runUntil(Nanoseconds end);
+    /// Posts arrive this much later: they come from a worker that has been busy so long.
+    void setWorkerDelay(Seconds delay);
+
+    mutable std::mutex mutex_; // `post` may come from another thread
+    std::map<Key, std::shared_ptr<Task>> tasks_;
+    std::uint64_t asked_ = 0;
+    Nanoseconds uptime_ = std::chrono::hours(1);
+    Nanoseconds wallClockLead_{0};
+    Nanoseconds workerDelay_{0};
+};
+
+/// A worker in virtual time. A job sees the desktop as it is when the job begins; what it posts arrives when the job's
+/// duration has passed, and only then does the next job begin.
+class VirtualWorkQueue : public WorkQueue {
+  public:
+    explicit VirtualWorkQueue(VirtualMainQueue& queue) : queue_(queue) {}
+
+    void post(std::function<void()> job) override;
+
+    /// How long each job takes from now on.
+    void setJobDuration(Seconds duration) { jobDuration_ = duration; }
+    /// The running job waits for somebody.
+    void spend(Seconds duration);
+    bool isRunningJob() const { return isRunningJob_; }
+    int jobsBegun() const { return jobsBegun_; }
+
+  private:
+    void beginNext();
+
+    VirtualMainQueue& queue_;
+    std::deque<std::function<void()>> jobs_;
+    Seconds jobDuration_{0};
+    Seconds spent_{0};
+    bool isBusy_ = false;
+    bool isRunningJob_ = false;
+    int jobsBegun_ = 0;
+    std::shared_ptr<const bool> alive_ = std::make_shared<const bool>(true);
+};
+
+} // namespace kova
