@@ -38,15 +38,21 @@ bool nearlyEqual(const CGRect& a, const CGRect& b, double tolerancePoints) {
            std::abs(a.size.height - b.size.height) <= tolerancePoints;
 }
 
-bool isFinite(const CGSize& s) { return std::isfinite(s.width) && std::isfinite(s.height); }
+bool isFinite(const CGSize& s) {
+    return std::isfinite(s.width) && std::isfinite(s.height);
+}
 
-bool isFinite(const CGRect& r) { return std::isfinite(r.origin.x) && std::isfinite(r.origin.y) && isFinite(r.size); }
+bool isFinite(const CGRect& r) {
+    return std::isfinite(r.origin.x) && std::isfinite(r.origin.y) && isFinite(r.size);
+}
 
 CGRect flipped(const CGRect& rect, double firstScreenMaxY) {
     return makeRect(minX(rect), firstScreenMaxY - maxY(rect), rect.size.width, rect.size.height);
 }
 
-CGPoint flipped(CGPoint point, double firstScreenMaxY) { return {point.x, firstScreenMaxY - point.y}; }
+CGPoint flipped(CGPoint point, double firstScreenMaxY) {
+    return {point.x, firstScreenMaxY - point.y};
+}
 
 CGRect tileFrameOnScreen(const CGRect& frameInLayout, const CGRect& visibleFrameOnScreen) {
     return makeRect(minX(visibleFrameOnScreen) + minX(frameInLayout), maxY(visibleFrameOnScreen) - maxY(frameInLayout),

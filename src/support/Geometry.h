@@ -20,19 +20,35 @@ struct CGRect {
 };
 #endif
 
-inline bool operator==(const CGPoint& a, const CGPoint& b) { return a.x == b.x && a.y == b.y; }
-inline bool operator==(const CGSize& a, const CGSize& b) { return a.width == b.width && a.height == b.height; }
-inline bool operator==(const CGRect& a, const CGRect& b) { return a.origin == b.origin && a.size == b.size; }
+inline bool operator==(const CGPoint& a, const CGPoint& b) {
+    return a.x == b.x && a.y == b.y;
+}
+inline bool operator==(const CGSize& a, const CGSize& b) {
+    return a.width == b.width && a.height == b.height;
+}
+inline bool operator==(const CGRect& a, const CGRect& b) {
+    return a.origin == b.origin && a.size == b.size;
+}
 
 namespace kova {
 
 /// A rectangle from its parts; declare variables as `CGRect r{}`, since the Mac's own record has no defaults.
-constexpr CGRect makeRect(double x, double y, double width, double height) { return {{x, y}, {width, height}}; }
+constexpr CGRect makeRect(double x, double y, double width, double height) {
+    return {{x, y}, {width, height}};
+}
 
-constexpr double minX(const CGRect& r) { return r.origin.x; }
-constexpr double minY(const CGRect& r) { return r.origin.y; }
-constexpr double maxX(const CGRect& r) { return r.origin.x + r.size.width; }
-constexpr double maxY(const CGRect& r) { return r.origin.y + r.size.height; }
+constexpr double minX(const CGRect& r) {
+    return r.origin.x;
+}
+constexpr double minY(const CGRect& r) {
+    return r.origin.y;
+}
+constexpr double maxX(const CGRect& r) {
+    return r.origin.x + r.size.width;
+}
+constexpr double maxY(const CGRect& r) {
+    return r.origin.y + r.size.height;
+}
 constexpr CGPoint centre(const CGRect& r) {
     return {r.origin.x + r.size.width / 2, r.origin.y + r.size.height / 2};
 }

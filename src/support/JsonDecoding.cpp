@@ -17,7 +17,9 @@ std::string describe(const std::string& path, const std::string& reason) {
 DecodingError::DecodingError(std::string path, const std::string& reason) :
     std::runtime_error(describe(path, reason)), path_(std::move(path)) {}
 
-void JsonCursor::fail(const std::string& reason) const { throw DecodingError(path_, reason); }
+void JsonCursor::fail(const std::string& reason) const {
+    throw DecodingError(path_, reason);
+}
 
 std::string JsonCursor::string() const {
     if (!value_->is_string()) fail("expected a string");
@@ -51,7 +53,8 @@ std::vector<JsonCursor> JsonCursor::elements() const {
     if (!value_->is_array()) fail("expected an array");
     std::vector<JsonCursor> out;
     out.reserve(value_->size());
-    for (std::size_t i = 0; i < value_->size(); ++i) out.emplace_back((*value_)[i], path_ + "[" + std::to_string(i) + "]");
+    for (std::size_t i = 0; i < value_->size(); ++i)
+        out.emplace_back((*value_)[i], path_ + "[" + std::to_string(i) + "]");
     return out;
 }
 

@@ -15,9 +15,10 @@ class Lifetime {
     /// The callback, doing nothing when the owner has ended. Safe on the owner's thread only.
     template <class Callback>
     auto guard(Callback callback) const {
-        return [alive = std::weak_ptr<const bool>(alive_), callback = std::move(callback)](auto&&... arguments) mutable {
-            if (alive.lock()) callback(std::forward<decltype(arguments)>(arguments)...);
-        };
+        return
+            [alive = std::weak_ptr<const bool>(alive_), callback = std::move(callback)](auto&&... arguments) mutable {
+                if (alive.lock()) callback(std::forward<decltype(arguments)>(arguments)...);
+            };
     }
 
   private:

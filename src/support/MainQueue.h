@@ -1,5 +1,5 @@
-// Time and order as collaborators. All state lives on the main queue; nobody sleeps, reads a clock or sets a timer except
-// through it, so that tests can move time by hand.
+// Time and order as collaborators. All state lives on the main queue; nobody sleeps, reads a clock or sets a timer
+// except through it, so that tests can move time by hand.
 #pragma once
 
 #include <chrono>

@@ -19,8 +19,8 @@ Uuid Uuid::random() {
     for (char& c : text) {
         if (c == 'x') c = kDigits[source() % 16];
     }
-    text[14] = '4';                          // version
-    text[19] = kDigits[8 + source() % 4];    // variant
+    text[14] = '4';                       // version
+    text[19] = kDigits[8 + source() % 4]; // variant
     return Uuid(std::move(text));
 }
 

@@ -19,44 +19,53 @@ namespace kova {
 struct ArrangementDisplay {
     std::string displayID;
     std::string name;
-    CGRect visibleFrame{};            // screen space
-    LayoutDefinition layout;          // in force, weights applied
-    SolvedLayout solved;              // on the visible frame, with no minimum sizes
-    std::map<std::string, CGSize> tileMinimumSizes;
+    CGRect visibleFrame{};                 // screen space
+    LayoutDefinition layout;               // in force, weights applied
+    SolvedLayout solved;                   // on the visible frame, with no minimum sizes
+    std::set<std::string> reservedSlotIDs; // held by windows that take no part, such as full-screen ones
 };
 
 /// A window that takes part.
 struct ArrangementCandidate {
     ManagedWindow window;
-    CGRect frameOnScreen{};                        // screen space; empty when unknown
-    std::optional<std::string> displayID;          // the display that holds it
-    std::optional<std::string> currentTargetID;    // the tile that it fronts now
-    CGSize minimumSize{};                          // points, 0 where none is known
-    bool isDeferred = false;                       // minimised or hidden: needs time to come back
+    std::string applicationKey;
+    AutoArrangeAppRole role = AutoArrangeAppRole::other;
+    CGRect frameOnScreen{};                     // screen space; empty when unknown
+    std::optional<std::string> displayID;       // the display that holds it
+    std::optional<std::string> currentTargetID; // the tile that it fronts now
+    std::optional<std::string> stackedBehindID; // the tile in whose stack it waits
+    CGSize minimumSize{};                       // points, 0 where none is known
+    bool isDeferred = false;                    // minimised or hidden: needs time to come back
 };
 
 struct ArrangementInput {
-    std::vector<ArrangementDisplay> displays;        // the platform's order
-    std::vector<ArrangementCandidate> candidates;    // the order of the window list
+    std::vector<ArrangementDisplay> displays;     // the platform's order
+    std::vector<ArrangementCandidate> candidates; // the order of the window list
     AutoArrangeLearningModel learning;
-    double tileInset = 5;
+    double tileInset = 5; // points
 };
 
-/// One window in one tile; `claimedTargets` are all the tiles that it covers, its anchor first.
+/// One window in one tile.
 struct AutoArrangePlacement {
     ManagedWindow window;
     DisplayTileTarget target;
-    bool isPrimary = true;    // in front, as opposed to stacked behind
-    std::vector<DisplayTileTarget> claimedTargets;
+    bool isPrimary = true;                         // in front, as opposed to stacked behind
+    std::vector<DisplayTileTarget> claimedTargets; // every tile that it covers, the anchor first; empty behind
     bool isDeferred = false;
-    std::string reason;       // one sentence in plain words
+    std::string explanation; // one line in plain words
+};
+
+struct ArrangementSurplus {
+    ManagedWindow window;
+    std::string explanation;
 };
 
 struct ArrangementPlan {
-    std::vector<AutoArrangePlacement> placements;    // in the order in which they are carried out
-    std::vector<ManagedWindow> surplus;              // to be minimised
-    std::vector<std::string> surplusReasons;         // one per surplus window
-    std::vector<std::string> explanation() const;    // a line per decision, then the surplus line when there is surplus
+    std::vector<AutoArrangePlacement> placements; // fronts in display and layout order, then those behind them
+    std::vector<ArrangementSurplus> surplus;      // to be minimised
+
+    /// A line per decision, then the surplus line when there is surplus.
+    std::vector<std::string> explanation() const;
 };
 
 /// Deterministic: the same input gives the same plan.

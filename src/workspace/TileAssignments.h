@@ -1,6 +1,7 @@
 // Which window is in which tile: fronts, stacks and the anchors of windows that span several tiles.
-// Always true: a window is assigned either to one tile or to all the tiles of one span, whose anchor is then known; the front
-// window of a tile is the first of its stack where the tile has one; no stack is empty and none holds a window twice.
+// Always true: a window is assigned either to one tile or to all the tiles of one span, whose anchor is then known; the
+// front window of a tile is the first of its stack where the tile has one; no stack is empty and none holds a window
+// twice.
 #pragma once
 
 #include <map>
@@ -12,9 +13,9 @@
 namespace kova {
 
 struct TileAssignments {
-    std::map<std::string, std::string> assignedWindowIDs;                      // tile-target id -> window id
-    std::map<std::string, std::vector<std::string>> stackWindowIDsByTarget;    // front first
-    std::map<std::string, std::string> anchorTargetIDsByWindowID;              // spanning windows only
+    std::map<std::string, std::string> assignedWindowIDs;                   // tile-target id -> window id
+    std::map<std::string, std::vector<std::string>> stackWindowIDsByTarget; // front first
+    std::map<std::string, std::string> anchorTargetIDsByWindowID;           // spanning windows only
 
     /// The tile that the window fronts: its anchor when it spans several; absent when it fronts none.
     std::optional<std::string> targetOf(const std::string& windowID) const;
@@ -22,6 +23,8 @@ struct TileAssignments {
     std::optional<std::string> stackTargetOf(const std::string& windowID) const;
     /// Every tile that the window fronts, in key order.
     std::vector<std::string> targetsOf(const std::string& windowID) const;
+    /// Whether the window fronts a tile.
+    bool isAssigned(const std::string& windowID) const { return targetOf(windowID).has_value(); }
     bool isInAnyTile(const std::string& windowID) const;
 
     /// Takes the window out of every stack, dropping stacks that become empty.
@@ -35,6 +38,12 @@ struct TileAssignments {
     /// Makes the window front of `targets` (anchor first) and of no other tile. Gives the windows that fronted one of
     /// them, each once, which lose all their tiles and their anchors but stay in their stacks.
     std::vector<std::string> assign(const std::string& windowID, const std::vector<std::string>& targets);
+    /// A spanning window's tiles share one stack, its anchor's: what waited in the others, and who fronted them, waits
+    /// there.
+    void mergeStacksInto(const std::string& anchorTargetID, const std::vector<std::string>& targets,
+                         const std::vector<std::string>& displacedWindowIDs);
+    /// Takes over the window's tiles, and its place at the front of its stack, from `other`.
+    void adopt(const std::string& windowID, const TileAssignments& other);
     /// Keeps only windows in `liveWindowIDs`, in their order. The tile that lost its front gets no new one.
     void keepOnly(const std::set<std::string>& liveWindowIDs);
 

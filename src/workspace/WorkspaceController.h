@@ -9,13 +9,19 @@
 #include "themes/ThemeRegistry.h"
 #include "windowing/AccessibilityWindowService.h"
 #include "workspace/ArrangementPlan.h"
+#include "workspace/DisplayLayouts.h"
+#include "workspace/RefreshCycle.h"
 #include "workspace/TileAssignments.h"
+#include "workspace/TransitionRecovery.h"
+#include "workspace/UndoHistory.h"
 #include "workspace/WorkspaceAction.h"
 #include "workspace/WorkspaceState.h"
 
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace kova {
@@ -37,10 +43,10 @@ struct WorkspaceTile {
     std::string targetID;
     std::string displayID;
     TileSlot slot;
-    CGRect frameOnScreen{};           // screen space, the tile's cell
-    CGRect frameForWindowService{};   // window-service space, where a window of this tile is put (inset applied)
+    CGRect frameOnScreen{};         // screen space, the tile's cell
+    CGRect frameForWindowService{}; // window-service space, where a window of this tile is put (inset applied)
     std::optional<std::string> windowID;
-    std::vector<std::string> stack;   // front first
+    std::vector<std::string> stack; // front first
 };
 
 enum class LayoutSelectionResult { done, unknownDisplay, unknownLayout };
@@ -52,11 +58,11 @@ class WorkspaceController {
     WorkspaceController(const WorkspaceController&) = delete;
     WorkspaceController& operator=(const WorkspaceController&) = delete;
 
-    const WorkspaceState& state() const;
+    const WorkspaceState& state() const { return state_; }
     /// The last enumeration, unfiltered.
-    const std::vector<ManagedWindow>& liveWindows() const;
-    const TileAssignments& assignments() const;
-    const ThemeRegistry& registry() const;
+    const std::vector<ManagedWindow>& liveWindows() const { return liveWindows_; }
+    const TileAssignments& assignments() const { return assignments_; }
+    const ThemeRegistry& registry() const { return registry_; }
 
     // Lifecycle
     void start(bool promptForPermission);
@@ -65,7 +71,10 @@ class WorkspaceController {
     /// Asks for one poll now; ignored while one is in flight.
     void refresh();
     void recheckAccessibility();
-    bool isRunning() const;
+    bool isRunning() const { return refreshCycle_.isRunning(); }
+    /// Around sleep, lock and session switches: no poll, no window moves, until resumed.
+    void suspendForSystemTransition();
+    void resumeAfterSystemTransition();
 
     /// The one door for actions; false when the action was not carried out (the status message then says why, if there
     /// is anything to say).
@@ -77,6 +86,8 @@ class WorkspaceController {
     /// What `arrange` would do now, without doing it.
     ArrangementPlan planArrangement() const;
     void arrangeWindows();
+    /// What the last arrangement decided; empty before the first.
+    const ArrangementPlan& lastArrangement() const { return lastArrangement_; }
 
     // Layouts
     const std::vector<LayoutDefinition>& catalogue() const;
@@ -96,9 +107,133 @@ class WorkspaceController {
     /// The tiles of every display, in the platform's order and the layouts' order.
     std::vector<WorkspaceTile> tiles() const;
 
+    // Single windows
+    enum class Focusing { no, yes };
+    /// Puts a live window into a tile: displaces whoever fronts it, claims a span when the window does not fit, sets
+    /// the frame. False when there is no such window or tile.
+    bool placeWindow(const std::string& windowID, const std::string& targetID, Focusing focusing);
+    /// Moves the focused window into the neighbouring tile.
+    bool moveWindow(WorkspaceDirection direction);
+    /// Focuses the window of the neighbouring tile.
+    bool focusWindow(WorkspaceDirection direction);
+    /// Brings the next window of the focused tile's stack to the front.
+    bool cycleStack();
+
+    // Undo and focus mode
+    bool undoLastAction();
+    /// Gives the focused window its whole display, or gives the display back.
+    bool toggleFocusMode();
+    void closeFocusMode();
+    const UndoHistory& undoHistory() const { return undo_; }
+
   private:
-    class Engine;
-    std::unique_ptr<Engine> engine_;
+    struct StartingPoint {
+        ManagedWindow window;
+        std::string targetID;
+        std::string displayID;
+    };
+    /// What a window rested at after refusing a frame: asking again for the same would get the same answer.
+    struct Refusal {
+        CGRect wanted{};
+        CGRect actual{};
+        int attempts = 0;
+    };
+
+    // Refresh (WorkspaceRefresh.cpp)
+    void applyPoll(PollResult result);
+    bool applyLockedSession(bool pollFoundLocked);
+    void applyGrantedPoll(std::vector<ManagedWindow> windows, bool isRecovering, bool justGranted);
+    void applyDenied();
+    void keepAssignmentsValid(const std::set<std::string>& spared);
+    void scheduleAutomaticArrangement(bool justGranted);
+    void recoverAssignedWindows();
+    void screensChanged();
+    bool hasUnfinishedBusiness() const;
+
+    // Placement (WorkspacePlacement.cpp)
+    struct Covering {
+        std::vector<DisplayTileTarget> targets; // anchor first
+    };
+    std::optional<Covering> coveringFor(const ManagedWindow& window, const std::string& targetID);
+    void place(const ManagedWindow& window, const Covering& covering, AccessibilityWindowService::BringToFront raise);
+    void announceClaim(const ManagedWindow& window, const Covering& covering);
+    void presentDisplaced(const std::vector<std::string>& displacedWindowIDs);
+    void writeFrame(const ManagedWindow& window, const CGRect& frameForWindowService,
+                    AccessibilityWindowService::BringToFront raise);
+    void minimizeWindow(const ManagedWindow& window);
+    void minimumSizeObserved(const std::string& windowID, const CGRect& wanted, const CGRect& actual);
+    void makeRoomFor(const ManagedWindow& window);
+    void reapplyTileFrames();
+    void reapplyWindow(const ManagedWindow& window, const CGRect& target);
+    bool isLeftAlone(const ManagedWindow& window) const;
+    CGSize minimumSizeOf(const ManagedWindow& window) const;
+    void publishAssignments();
+
+    // Arrangement (WorkspaceArrangement.cpp)
+    bool arrange();
+    ArrangementInput arrangementInput() const;
+    std::optional<ArrangementCandidate> candidateFor(const ManagedWindow& window) const;
+    void carryOut(const ArrangementPlan& plan);
+    void carryOutPlacement(const AutoArrangePlacement& placement);
+    void carryOutDeferred(std::vector<AutoArrangePlacement> deferred, std::int64_t generation);
+    void learnFrom(const ArrangementPlan& plan);
+    void learn(const ManagedWindow& window, const std::string& targetID);
+
+    // Layouts (WorkspaceLayouts.cpp)
+    const Screen* screenOf(const std::string& displayID) const;
+    const Screen* screenOfTarget(const std::string& targetID) const;
+    const Screen* screenOfWindow(const ManagedWindow& window) const;
+    double firstScreenMaxY() const;
+    const SolvedLayout& solvedTiles(const Screen& screen) const;
+    TileMinimumSizes tileMinimumSizes(const std::string& displayID) const;
+    std::optional<CGRect> tileFrameOnScreen(const std::string& targetID) const;
+    std::optional<CGRect> frameForWindow(const std::string& windowID) const;
+    bool cycleLayout(int step);
+    void layoutChanged(const std::string& displayID);
+    void setProfile(WorkspaceProfile profile);
+
+    // Undo and focus mode (WorkspaceUndo.cpp)
+    WorkspaceUndoSnapshot captureUndoSnapshot() const;
+    void pushUndoSnapshot(std::optional<WorkspaceUndoSnapshot> snapshot = std::nullopt);
+    void restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot);
+    bool leaveFocusMode();
+    bool enterFocusMode();
+
+    // Navigation (WorkspaceNavigation.cpp)
+    std::optional<StartingPoint> startingPoint() const;
+    enum class TilesConsidered { all, occupied };
+    std::optional<std::string> neighbourOf(const StartingPoint& start, WorkspaceDirection direction,
+                                           TilesConsidered considered) const;
+
+    ManagedWindow* findLive(const std::string& windowID);
+    const ManagedWindow* findLive(const std::string& windowID) const;
+    bool requirePermission();
+    bool refuse(const std::string& message);
+
+    /// How often a window that stays off its tile is asked again.
+    static constexpr int kPlacementAttempts = 3;
+
+    WorkspaceServices services_;
+    std::shared_ptr<AccessibilityWindowService> windowService_;
+    ThemeRegistry registry_;
+    WorkspaceState state_;
+    AutoArrangeLearningModel learning_;
+    std::vector<ManagedWindow> liveWindows_;
+    TileAssignments assignments_;
+    mutable DisplayLayouts layouts_;
+    UndoHistory undo_;
+    std::optional<WorkspaceUndoSnapshot> focusZoomSnapshot_;
+    std::vector<WorkspaceUndoSnapshot> historyBeforeFocusMode_;
+    TransitionRecovery recovery_;
+    std::unordered_map<std::string, Refusal> refusals_;
+    ArrangementPlan lastArrangement_;
+    std::int64_t autoArrangeGeneration_ = 0;
+    bool didAutoArrange_ = false;
+    bool isLearningSavePending_ = false;
+    std::uint64_t statusMessageSerial_ = 0;
+    Subscription screensSubscription_;
+    RefreshCycle refreshCycle_;
+    Lifetime lifetime_;
 };
 
 } // namespace kova

@@ -17,7 +17,7 @@ namespace kova {
 /// A window claimed more tiles than the one selected, because its minimum size did not fit.
 struct WindowPlacementNotice {
     Uuid id = Uuid::random();
-    CGRect claimedFrame{};    // screen space
+    CGRect claimedFrame{}; // screen space
     int additionalTileCount = 0;
     std::string applicationName;
     bool operator==(const WindowPlacementNotice&) const = default;

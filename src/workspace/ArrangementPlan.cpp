@@ -1,0 +1,267 @@
+#include "workspace/ArrangementPlan.h"
+
+#include "support/text/Text.h"
+#include "workspace/ArrangementScore.h"
+
+#include <algorithm>
+
+namespace kova {
+
+namespace {
+
+/// One window in one tile, with how well it suits.
+struct Pair {
+    std::size_t candidate;
+    std::size_t slot;
+    ArrangementScore score;
+    double total;
+};
+
+/// The planner's working copy of a display.
+struct Desk {
+    const ArrangementDisplay* display;
+    std::vector<std::optional<std::size_t>> holder; // by slot: the candidate in front
+    TileMinimumSizes minimumSizes;                  // of the fronts that keep to one tile
+    SolvedLayout solved;                            // with those
+};
+
+struct Seat {
+    std::size_t desk;
+    std::vector<std::size_t> slots; // anchor first
+    std::string reason;
+};
+
+class Planner {
+  public:
+    explicit Planner(const ArrangementInput& input);
+    ArrangementPlan plan();
+
+  private:
+    enum class Phase { ownDisplay, anyDisplay };
+    void seatWaiting(Phase phase);
+    void seatOn(std::size_t desk, Phase phase);
+    std::vector<Pair> pairsFor(std::size_t desk, Phase phase) const;
+    bool isFree(std::size_t desk, std::size_t slot) const;
+    void seat(std::size_t candidate, std::size_t desk, std::size_t slot, std::string reason);
+    std::vector<std::size_t> slotsFor(std::size_t candidate, std::size_t desk, std::size_t slot);
+    void vacate(std::size_t candidate);
+    std::optional<std::size_t> deskOf(const std::string& displayID) const;
+    std::optional<AutoArrangePlacement> behindPlacement(std::size_t candidate) const;
+    AutoArrangePlacement frontPlacement(std::size_t candidate, const Seat& seat) const;
+    std::string describe(std::size_t candidate) const;
+
+    const ArrangementInput& input_;
+    std::vector<Desk> desks_;
+    std::vector<std::optional<Seat>> seats_; // by candidate
+    std::vector<bool> wasDisplaced_;         // once is enough: two windows must not chase each other for ever
+};
+
+Planner::Planner(const ArrangementInput& input) :
+    input_(input), seats_(input.candidates.size()), wasDisplaced_(input.candidates.size()) {
+    for (const auto& display : input.displays) {
+        desks_.push_back({&display, {}, {}, display.solved});
+        desks_.back().holder.resize(display.solved.slots.size());
+    }
+}
+
+bool Planner::isFree(std::size_t desk, std::size_t slot) const {
+    const auto& d = desks_[desk];
+    return !d.holder[slot] && !d.display->reservedSlotIDs.contains(d.display->solved.slots[slot].id);
+}
+
+std::optional<std::size_t> Planner::deskOf(const std::string& displayID) const {
+    for (std::size_t i = 0; i < desks_.size(); ++i) {
+        if (desks_[i].display->displayID == displayID) return i;
+    }
+    return std::nullopt;
+}
+
+std::vector<Pair> Planner::pairsFor(std::size_t desk, Phase phase) const {
+    // Windows that can be seen come before those that would have to be brought back.
+    constexpr double kDeferredPenalty = 1000;
+    const ArrangementDisplay& display = *desks_[desk].display;
+    std::vector<Pair> pairs;
+    for (std::size_t c = 0; c < input_.candidates.size(); ++c) {
+        const auto& candidate = input_.candidates[c];
+        if (seats_[c]) continue;
+        if (phase == Phase::ownDisplay && candidate.displayID != display.displayID) continue;
+        for (std::size_t s = 0; s < display.solved.slots.size(); ++s) {
+            if (!isFree(desk, s)) continue;
+            const ArrangementScore score = scoreOf(candidate, display, s, input_.learning);
+            pairs.push_back({c, s, score, score.total() - (candidate.isDeferred ? kDeferredPenalty : 0)});
+        }
+    }
+    std::stable_sort(pairs.begin(), pairs.end(), [&](const Pair& a, const Pair& b) {
+        if (a.total != b.total) return a.total > b.total;
+        return localizedCaseInsensitiveCompare(input_.candidates[a.candidate].window.applicationName,
+                                               input_.candidates[b.candidate].window.applicationName) < 0;
+    });
+    return pairs;
+}
+
+/// The tile alone, or the span that the window needs when its minimum size does not fit the tile even after the layout
+/// has made room.
+std::vector<std::size_t> Planner::slotsFor(std::size_t candidate, std::size_t desk, std::size_t slot) {
+    Desk& d = desks_[desk];
+    const CGSize minimum = input_.candidates[candidate].minimumSize;
+    const auto& slots = d.display->solved.slots;
+    if (minimum.width <= 0 && minimum.height <= 0) return {slot};
+
+    TileMinimumSizes wanted = d.minimumSizes;
+    wanted[slots[slot].id] = minimum;
+    SolvedLayout solved = solveDefinition(d.display->layout, wanted, d.display->visibleFrame.size, input_.tileInset);
+    const bool everyoneFits = std::all_of(wanted.begin(), wanted.end(), [&](const auto& entry) {
+        return !solved.unsatisfiedTileIDs.contains(entry.first) || d.solved.unsatisfiedTileIDs.contains(entry.first);
+    });
+    if (everyoneFits) {
+        d.minimumSizes = std::move(wanted);
+        d.solved = std::move(solved);
+        return {slot};
+    }
+
+    std::set<std::string> occupied = d.display->reservedSlotIDs;
+    for (std::size_t s = 0; s < slots.size(); ++s) {
+        if (d.holder[s]) occupied.insert(slots[s].id);
+    }
+    const auto span = TileSpanPolicy::bestSpan(d.solved.slots, slots[slot].id, d.display->visibleFrame.size,
+                                               input_.tileInset, minimum, occupied);
+    if (!span) return {slot};
+    std::vector<std::size_t> covered{slot};
+    for (std::size_t s = 0; s < slots.size(); ++s) {
+        const bool inSpan = std::any_of(span->slots.begin(), span->slots.end(),
+                                        [&](const TileSlot& spanned) { return spanned.id == slots[s].id; });
+        if (!inSpan || s == slot) continue;
+        // A full-screen window keeps its tile, and a window that had to give way once is not chased again.
+        if (d.display->reservedSlotIDs.contains(slots[s].id) || (d.holder[s] && wasDisplaced_[*d.holder[s]]))
+            return {slot};
+        covered.push_back(s);
+    }
+    return covered;
+}
+
+void Planner::vacate(std::size_t candidate) {
+    Desk& d = desks_[seats_[candidate]->desk];
+    for (const std::size_t slot : seats_[candidate]->slots) {
+        d.holder[slot].reset();
+        d.minimumSizes.erase(d.display->solved.slots[slot].id);
+    }
+    d.solved = solveDefinition(d.display->layout, d.minimumSizes, d.display->visibleFrame.size, input_.tileInset);
+    seats_[candidate].reset();
+    wasDisplaced_[candidate] = true;
+}
+
+void Planner::seat(std::size_t candidate, std::size_t desk, std::size_t slot, std::string reason) {
+    auto covered = slotsFor(candidate, desk, slot);
+    Desk& d = desks_[desk];
+    for (const std::size_t s : covered) {
+        if (d.holder[s]) vacate(*d.holder[s]);
+    }
+    for (const std::size_t s : covered) d.holder[s] = candidate;
+    seats_[candidate] = Seat{desk, std::move(covered), std::move(reason)};
+}
+
+void Planner::seatOn(std::size_t desk, Phase phase) {
+    // A window that must give way to a larger one looks for a tile again in the next round.
+    bool someoneWasDisplaced = true;
+    while (someoneWasDisplaced) {
+        someoneWasDisplaced = false;
+        for (const Pair& pair : pairsFor(desk, phase)) {
+            if (seats_[pair.candidate] || !isFree(desk, pair.slot)) continue;
+            const auto before = std::count(wasDisplaced_.begin(), wasDisplaced_.end(), true);
+            seat(pair.candidate, desk, pair.slot,
+                 reasonFor(pair.score, input_.candidates[pair.candidate],
+                           desks_[desk].display->solved.slots[pair.slot]));
+            if (std::count(wasDisplaced_.begin(), wasDisplaced_.end(), true) != before) someoneWasDisplaced = true;
+        }
+    }
+}
+
+void Planner::seatWaiting(Phase phase) {
+    for (std::size_t desk = 0; desk < desks_.size(); ++desk) seatOn(desk, phase);
+}
+
+std::string Planner::describe(std::size_t candidate) const {
+    const ManagedWindow& window = input_.candidates[candidate].window;
+    return window.title.empty() ? window.applicationName : window.applicationName + " “" + window.title + "”";
+}
+
+AutoArrangePlacement Planner::frontPlacement(std::size_t candidate, const Seat& seat) const {
+    const ArrangementDisplay& display = *desks_[seat.desk].display;
+    AutoArrangePlacement placement;
+    placement.window = input_.candidates[candidate].window;
+    for (const std::size_t slot : seat.slots) {
+        placement.claimedTargets.push_back({display.displayID, display.solved.slots[slot]});
+    }
+    placement.target = placement.claimedTargets.front();
+    placement.isDeferred = input_.candidates[candidate].isDeferred;
+    placement.explanation =
+        describe(candidate) + " → " + placement.target.slot.name + " on " + display.name + ": " + seat.reason;
+    if (seat.slots.size() > 1) {
+        const auto additional = std::to_string(seat.slots.size() - 1);
+        placement.explanation += "; its minimum size does not fit one tile, so it takes " + additional + " more";
+    }
+    if (placement.isDeferred) placement.explanation += "; it has to be brought back first";
+    return placement;
+}
+
+/// A window that waited behind a tile's window goes on waiting there, as long as the tile is still shown.
+std::optional<AutoArrangePlacement> Planner::behindPlacement(std::size_t candidate) const {
+    const auto& behind = input_.candidates[candidate].stackedBehindID;
+    if (!behind) return std::nullopt;
+    for (const Desk& desk : desks_) {
+        for (std::size_t slot = 0; slot < desk.display->solved.slots.size(); ++slot) {
+            const DisplayTileTarget target{desk.display->displayID, desk.display->solved.slots[slot]};
+            if (target.id() != *behind || !desk.holder[slot]) continue;
+            AutoArrangePlacement placement;
+            placement.window = input_.candidates[candidate].window;
+            placement.target = target;
+            placement.isPrimary = false;
+            placement.explanation = describe(candidate) + " → behind " + describe(*desk.holder[slot]) + " in " +
+                                    target.slot.name + " on " + desk.display->name + ": it was stacked there";
+            return placement;
+        }
+    }
+    return std::nullopt;
+}
+
+ArrangementPlan Planner::plan() {
+    seatWaiting(Phase::ownDisplay);
+    seatWaiting(Phase::anyDisplay);
+
+    ArrangementPlan plan;
+    for (const Desk& desk : desks_) {
+        for (std::size_t slot = 0; slot < desk.holder.size(); ++slot) {
+            const auto candidate = desk.holder[slot];
+            if (candidate && seats_[*candidate]->slots.front() == slot) {
+                plan.placements.push_back(frontPlacement(*candidate, *seats_[*candidate]));
+            }
+        }
+    }
+    for (std::size_t c = 0; c < input_.candidates.size(); ++c) {
+        if (seats_[c]) continue;
+        if (auto behind = behindPlacement(c)) {
+            plan.placements.push_back(std::move(*behind));
+        } else {
+            plan.surplus.push_back({input_.candidates[c].window, describe(c) + " → minimized: no tile was left"});
+        }
+    }
+    return plan;
+}
+
+} // namespace
+
+ArrangementPlan planArrangement(const ArrangementInput& input) {
+    return Planner(input).plan();
+}
+
+std::vector<std::string> ArrangementPlan::explanation() const {
+    std::vector<std::string> lines;
+    for (const auto& placement : placements) lines.push_back(placement.explanation);
+    for (const auto& window : surplus) lines.push_back(window.explanation);
+    if (!surplus.empty()) {
+        lines.push_back(std::to_string(surplus.size()) + " surplus windows minimized; none were closed.");
+    }
+    return lines;
+}
+
+} // namespace kova

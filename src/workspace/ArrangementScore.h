@@ -1,0 +1,27 @@
+// How well a window suits a tile. One number per pair, made of what was learnt, the application's role, the tile that
+// the window has now, and the distance on the screen.
+#pragma once
+
+#include "workspace/ArrangementPlan.h"
+
+#include <cstddef>
+#include <string>
+
+namespace kova {
+
+struct ArrangementScore {
+    double learnt = 0;
+    double role = 0;
+    double present = 0;
+    double distance = 0;
+    double total() const { return learnt + role + present + distance; }
+};
+
+/// The score of putting the candidate into slot `slotIndex` of the display.
+ArrangementScore scoreOf(const ArrangementCandidate& candidate, const ArrangementDisplay& display,
+                         std::size_t slotIndex, const AutoArrangeLearningModel& learning);
+
+/// Why the pair was chosen, as the end of a sentence: "it is there already", "browsers go to the primary tile".
+std::string reasonFor(const ArrangementScore& score, const ArrangementCandidate& candidate, const TileSlot& slot);
+
+} // namespace kova

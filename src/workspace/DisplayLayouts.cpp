@@ -1,0 +1,57 @@
+#include "workspace/DisplayLayouts.h"
+
+namespace kova {
+
+std::string resolveLayoutID(const WorkspaceProfile& profile, const std::string& displayID, CGSize visibleSize) {
+    const auto selection = profile.layoutSelectionsByDisplay.find(displayID);
+    if (selection == profile.layoutSelectionsByDisplay.end()) return profile.layoutID;
+    if (selection->second.layoutID) return *selection->second.layoutID;
+    switch (classifyDisplay(visibleSize)) {
+    case LayoutDisplayClass::superUltraWide5120x1440:
+        return "jarvis.super-ultrawide-5120x1440";
+    case LayoutDisplayClass::compact16By9:
+        return "jarvis.compact-16-by-9";
+    case LayoutDisplayClass::standard:
+        break;
+    }
+    return profile.layoutID;
+}
+
+DisplayLayouts::Entry& DisplayLayouts::entry(const Screen& screen, const WorkspaceProfile& profile,
+                                             const std::vector<LayoutDefinition>& catalogue) {
+    const std::string id = displayID(screen);
+    const LayoutDefinition* wanted = findLayout(catalogue, resolveLayoutID(profile, id, screen.visibleFrame.size));
+    if (!wanted) wanted = &catalogue.front();
+    ResolvedKey key{wanted->id, profile.weights(id, wanted->id)};
+    const auto found = entries_.find(id);
+    if (found != entries_.end() && found->second.resolvedKey == key) return found->second;
+    LayoutDefinition definition = applying(*wanted, key.weights);
+    return entries_.insert_or_assign(id, Entry{std::move(key), std::move(definition), std::nullopt, {}}).first->second;
+}
+
+const LayoutDefinition& DisplayLayouts::resolve(const Screen& screen, const WorkspaceProfile& profile,
+                                                const std::vector<LayoutDefinition>& catalogue) {
+    return entry(screen, profile, catalogue).definition;
+}
+
+const SolvedLayout& DisplayLayouts::solve(const Screen& screen, const WorkspaceProfile& profile,
+                                          const std::vector<LayoutDefinition>& catalogue,
+                                          const TileMinimumSizes& minimumSizes) {
+    Entry& kept = entry(screen, profile, catalogue);
+    SolvedKey key{screen.visibleFrame.size, profile.tileInset, minimumSizes};
+    if (kept.solvedKey != key) {
+        kept.solved = solveDefinition(kept.definition, minimumSizes, screen.visibleFrame.size, profile.tileInset);
+        kept.solvedKey = std::move(key);
+    }
+    return kept.solved;
+}
+
+void DisplayLayouts::invalidate(const std::string& displayID) {
+    entries_.erase(displayID);
+}
+
+void DisplayLayouts::invalidateAll() {
+    entries_.clear();
+}
+
+} // namespace kova

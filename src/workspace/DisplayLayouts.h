@@ -1,0 +1,55 @@
+// Which layout is in force on each display, and where its tiles came out. Resolved and solved anew only when what they
+// depend on has changed.
+#pragma once
+
+#include "layout/LayoutCatalogue.h"
+#include "layout/WorkspaceProfile.h"
+#include "windowing/ScreenServicing.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+/// The layout id that a selection means on a display with this visible frame: an explicit choice as it is, `automatic`
+/// by the display's class, and without a selection the profile's own layout.
+std::string resolveLayoutID(const WorkspaceProfile& profile, const std::string& displayID, CGSize visibleSize);
+
+class DisplayLayouts {
+  public:
+    /// The definition in force, weights applied. An id that is not in the catalogue falls back to the catalogue's
+    /// first.
+    const LayoutDefinition& resolve(const Screen& screen, const WorkspaceProfile& profile,
+                                    const std::vector<LayoutDefinition>& catalogue);
+    /// The tiles on the screen's visible frame, in layout space.
+    const SolvedLayout& solve(const Screen& screen, const WorkspaceProfile& profile,
+                              const std::vector<LayoutDefinition>& catalogue, const TileMinimumSizes& minimumSizes);
+    void invalidate(const std::string& displayID);
+    void invalidateAll();
+
+  private:
+    struct ResolvedKey {
+        std::string layoutID;
+        LayoutWeightOverrides weights;
+        bool operator==(const ResolvedKey&) const = default;
+    };
+    struct SolvedKey {
+        CGSize visibleSize{};
+        double tileInset = 0;
+        TileMinimumSizes minimumSizes;
+        bool operator==(const SolvedKey&) const = default;
+    };
+    struct Entry {
+        ResolvedKey resolvedKey;
+        LayoutDefinition definition;
+        std::optional<SolvedKey> solvedKey;
+        SolvedLayout solved;
+    };
+    Entry& entry(const Screen& screen, const WorkspaceProfile& profile, const std::vector<LayoutDefinition>& catalogue);
+
+    std::map<std::string, Entry> entries_;
+};
+
+} // namespace kova

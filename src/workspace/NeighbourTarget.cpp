@@ -1,0 +1,54 @@
+#include "workspace/NeighbourTarget.h"
+
+#include <cmath>
+
+namespace kova {
+
+namespace {
+
+constexpr double kCrossAxisWeight = 2.25;
+constexpr double kSameLine = 1; // points
+
+struct Offset {
+    double primary;
+    double cross;
+};
+
+Offset along(WorkspaceDirection direction, double dx, double dy) {
+    switch (direction) {
+    case WorkspaceDirection::left:
+        return {-dx, dy};
+    case WorkspaceDirection::right:
+        return {dx, dy};
+    case WorkspaceDirection::up:
+        return {dy, dx};
+    case WorkspaceDirection::down:
+        return {-dy, dx};
+    }
+    return {0, 0};
+}
+
+} // namespace
+
+std::optional<std::string> neighbourTarget(const std::string& sourceKey, WorkspaceDirection direction,
+                                           const std::map<std::string, CGRect>& frames) {
+    const auto source = frames.find(sourceKey);
+    if (source == frames.end()) return std::nullopt;
+    const CGPoint from = centre(source->second);
+    std::optional<std::string> best;
+    double bestScore = 0;
+    for (const auto& [key, frame] : frames) { // in key order, so that the smaller key keeps a tie
+        if (key == sourceKey) continue;
+        const CGPoint to = centre(frame);
+        const Offset offset = along(direction, to.x - from.x, to.y - from.y);
+        if (!(offset.primary > kSameLine)) continue;
+        const double score = offset.primary + kCrossAxisWeight * std::abs(offset.cross);
+        if (!best || score < bestScore) {
+            best = key;
+            bestScore = score;
+        }
+    }
+    return best;
+}
+
+} // namespace kova

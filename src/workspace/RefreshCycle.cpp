@@ -1,0 +1,134 @@
+#include "workspace/RefreshCycle.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <utility>
+
+namespace kova {
+
+namespace {
+
+PollResult poll(const AccessibilityWindowService& service, const SessionServicing& session,
+                const DesktopChangeServicing& changes) {
+    PollResult result;
+    result.changeCount = changes.changeCount();
+    result.isSessionLocked = session.isLoginSessionScreenLocked();
+    result.permissionState = service.permissionState();
+    if (result.permissionState == AccessibilityPermissionState::granted && !result.isSessionLocked) {
+        result.windows = service.enumerateWindows();
+    }
+    return result;
+}
+
+} // namespace
+
+RefreshCycle::RefreshCycle(std::shared_ptr<AccessibilityWindowService> service, SessionServicing& session,
+                           DesktopChangeServicing& changes, MainQueue& queue, WorkQueue& pollingQueue,
+                           Callbacks callbacks) :
+    service_(std::move(service)),
+    session_(session), changes_(changes), queue_(queue), pollingQueue_(pollingQueue), callbacks_(std::move(callbacks)) {
+}
+
+RefreshCycle::~RefreshCycle() {
+    stopTimer();
+}
+
+void RefreshCycle::begin() {
+    isRunning_ = true;
+    isSuspended_ = false;
+    invalidateOlderPolls();
+}
+
+void RefreshCycle::end() {
+    isRunning_ = false;
+    isSuspended_ = false;
+    invalidateOlderPolls();
+    stopTimer();
+}
+
+void RefreshCycle::suspend() {
+    isSuspended_ = true;
+    invalidateOlderPolls();
+    stopTimer();
+}
+
+void RefreshCycle::resume() {
+    isSuspended_ = false;
+    invalidateOlderPolls();
+}
+
+void RefreshCycle::invalidateOlderPolls() {
+    if (generation_ == std::numeric_limits<std::int64_t>::max())
+        std::abort(); // a wrapped counter would revive old polls
+    ++generation_;
+    isPollInFlight_ = false;
+    appliedChangeCount_.reset();
+}
+
+void RefreshCycle::refresh() {
+    if (!isRunning_ || isSuspended_ || isPollInFlight_) return;
+    isPollInFlight_ = true;
+    auto deliver = lifetime_.guard(
+        [this](PollResult& result, std::int64_t generation) { receive(std::move(result), generation); });
+    pollingQueue_.post([service = service_, &session = session_, &changes = changes_, &queue = queue_,
+                        generation = generation_, deliver = std::move(deliver)]() mutable {
+        auto result = std::make_shared<PollResult>(poll(*service, session, changes));
+        // The service travels along, so that the last hold on it is given up on the main thread.
+        queue.post([result, generation, service = std::move(service), deliver = std::move(deliver)]() mutable {
+            deliver(*result, generation);
+        });
+    });
+}
+
+void RefreshCycle::receive(PollResult result, std::int64_t generation) {
+    if (generation != generation_) return;
+    isPollInFlight_ = false;
+    if (!isRunning_ || isSuspended_) return;
+    appliedChangeCount_ = result.changeCount;
+    callbacks_.apply(std::move(result));
+}
+
+void RefreshCycle::startTimer() {
+    stopTimer();
+    nextTick_ = queue_.uptime() + kInterval;
+    scheduleTick();
+}
+
+void RefreshCycle::stopTimer() {
+    if (timer_) timer_->cancel();
+    timer_.reset();
+    if (isResting_) changes_.notifyWhenChanged(0, {});
+    isResting_ = false;
+}
+
+void RefreshCycle::scheduleTick() {
+    timer_ = queue_.after(nextTick_ - queue_.uptime(), lifetime_.guard([this] { tick(); }));
+}
+
+bool RefreshCycle::mayRest() const {
+    return !isPollInFlight_ && appliedChangeCount_ && changes_.changeCount() == appliedChangeCount_ &&
+           !callbacks_.hasUnfinishedBusiness();
+}
+
+void RefreshCycle::tick() {
+    nextTick_ += kInterval;
+    if (nextTick_ <= queue_.uptime()) nextTick_ = queue_.uptime() + kInterval; // the machine was busy or asleep
+    if (!mayRest()) {
+        refresh();
+        scheduleTick();
+        return;
+    }
+    // This tick and those to come would find nothing. The next change lets them go on, in the same rhythm.
+    timer_.reset();
+    isResting_ = true;
+    changes_.notifyWhenChanged(*appliedChangeCount_, lifetime_.guard([this] {
+        if (!isResting_) return;
+        isResting_ = false;
+        const double missed = std::ceil((queue_.uptime() - nextTick_) / kInterval);
+        if (missed > 0) nextTick_ += missed * kInterval;
+        scheduleTick();
+    }));
+}
+
+} // namespace kova

@@ -1,0 +1,81 @@
+// When the desktop is asked what changed: twice a second while running, never twice at once, and not at all while a
+// desktop that announces its changes has announced none.
+// A generation counter, not a lock, keeps late answers from being applied. Main thread only, but for the poll itself.
+#pragma once
+
+#include "support/Lifetime.h"
+#include "support/MainQueue.h"
+#include "windowing/AccessibilityWindowService.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace kova {
+
+struct PollResult {
+    AccessibilityPermissionState permissionState = AccessibilityPermissionState::denied;
+    std::vector<ManagedWindow> windows;
+    bool isSessionLocked = false;
+    std::optional<std::uint64_t> changeCount; // before the desktop was read
+};
+
+class RefreshCycle {
+  public:
+    static constexpr Seconds kInterval{0.5};
+
+    struct Callbacks {
+        std::function<void(PollResult)> apply;       // a current result; the cycle is running and not suspended
+        std::function<bool()> hasUnfinishedBusiness; // something waits for time to pass: keep polling
+    };
+
+    RefreshCycle(std::shared_ptr<AccessibilityWindowService> service, SessionServicing& session,
+                 DesktopChangeServicing& changes, MainQueue& queue, WorkQueue& pollingQueue, Callbacks callbacks);
+    ~RefreshCycle();
+    RefreshCycle(const RefreshCycle&) = delete;
+    RefreshCycle& operator=(const RefreshCycle&) = delete;
+
+    /// Running; results of older polls are dropped. The timer starts with `startTimer`.
+    void begin();
+    void startTimer();
+    /// Stopped; no timer, no result will be applied.
+    void end();
+    /// Refuses polls until `resume`; what is in flight is dropped.
+    void suspend();
+    void resume();
+    /// One poll now, unless one is in flight, or not running, or suspended.
+    void refresh();
+
+    bool isRunning() const { return isRunning_; }
+    bool isSuspended() const { return isSuspended_; }
+    /// True while the timer is off because the desktop vouches that nothing changed.
+    bool isResting() const { return isResting_; }
+
+  private:
+    void invalidateOlderPolls();
+    void stopTimer();
+    void scheduleTick();
+    void tick();
+    bool mayRest() const;
+    void receive(PollResult result, std::int64_t generation);
+
+    std::shared_ptr<AccessibilityWindowService> service_;
+    SessionServicing& session_;
+    DesktopChangeServicing& changes_;
+    MainQueue& queue_;
+    WorkQueue& pollingQueue_;
+    Callbacks callbacks_;
+    bool isRunning_ = false;
+    bool isSuspended_ = false;
+    bool isPollInFlight_ = false;
+    bool isResting_ = false;
+    std::int64_t generation_ = 0;
+    Seconds nextTick_{0}; // uptime
+    std::shared_ptr<ScheduledWork> timer_;
+    std::optional<std::uint64_t> appliedChangeCount_;
+    Lifetime lifetime_;
+};
+
+} // namespace kova

@@ -1,0 +1,119 @@
+#include "workspace/TileAssignments.h"
+
+#include <algorithm>
+
+namespace kova {
+
+std::optional<std::string> TileAssignments::targetOf(const std::string& windowID) const {
+    if (const auto anchor = anchorTargetIDsByWindowID.find(windowID); anchor != anchorTargetIDsByWindowID.end()) {
+        return anchor->second;
+    }
+    const auto found = std::find_if(assignedWindowIDs.begin(), assignedWindowIDs.end(),
+                                    [&](const auto& entry) { return entry.second == windowID; });
+    if (found == assignedWindowIDs.end()) return std::nullopt;
+    return found->first;
+}
+
+std::optional<std::string> TileAssignments::stackTargetOf(const std::string& windowID) const {
+    for (const auto& [target, stack] : stackWindowIDsByTarget) {
+        if (std::find(stack.begin(), stack.end(), windowID) != stack.end()) return target;
+    }
+    return std::nullopt;
+}
+
+std::vector<std::string> TileAssignments::targetsOf(const std::string& windowID) const {
+    std::vector<std::string> targets;
+    for (const auto& [target, assigned] : assignedWindowIDs) {
+        if (assigned == windowID) targets.push_back(target);
+    }
+    return targets;
+}
+
+bool TileAssignments::isInAnyTile(const std::string& windowID) const {
+    return targetOf(windowID).has_value() || stackTargetOf(windowID).has_value();
+}
+
+void TileAssignments::removeFromStacks(const std::string& windowID) {
+    for (auto entry = stackWindowIDsByTarget.begin(); entry != stackWindowIDsByTarget.end();) {
+        std::erase(entry->second, windowID);
+        entry = entry->second.empty() ? stackWindowIDsByTarget.erase(entry) : std::next(entry);
+    }
+}
+
+void TileAssignments::remove(const std::string& windowID) {
+    removeFromStacks(windowID);
+    std::erase_if(assignedWindowIDs, [&](const auto& entry) { return entry.second == windowID; });
+    anchorTargetIDsByWindowID.erase(windowID);
+}
+
+void TileAssignments::insertIntoStack(const std::string& targetID, const std::string& windowID,
+                                      StackPosition position) {
+    removeFromStacks(windowID);
+    auto& stack = stackWindowIDsByTarget[targetID];
+    const auto front = assignedWindowIDs.find(targetID);
+    const bool frontIsUnlisted = front != assignedWindowIDs.end() && front->second != windowID &&
+                                 targetOf(front->second) == targetID &&
+                                 std::find(stack.begin(), stack.end(), front->second) == stack.end();
+    if (frontIsUnlisted) stack.insert(stack.begin(), front->second);
+    stack.insert(position == StackPosition::front ? stack.begin() : stack.end(), windowID);
+}
+
+std::vector<std::string> TileAssignments::assign(const std::string& windowID, const std::vector<std::string>& targets) {
+    if (targets.empty()) return {};
+    std::vector<std::string> displaced;
+    for (const auto& target : targets) {
+        const auto front = assignedWindowIDs.find(target);
+        if (front == assignedWindowIDs.end() || front->second == windowID) continue;
+        if (std::find(displaced.begin(), displaced.end(), front->second) == displaced.end()) {
+            displaced.push_back(front->second);
+        }
+    }
+    std::erase_if(assignedWindowIDs, [&](const auto& entry) {
+        return entry.second == windowID ||
+               std::find(displaced.begin(), displaced.end(), entry.second) != displaced.end();
+    });
+    for (const auto& loser : displaced) anchorTargetIDsByWindowID.erase(loser);
+    for (const auto& target : targets) assignedWindowIDs[target] = windowID;
+    if (targets.size() > 1) {
+        anchorTargetIDsByWindowID[windowID] = targets.front();
+    } else {
+        anchorTargetIDsByWindowID.erase(windowID);
+    }
+    return displaced;
+}
+
+void TileAssignments::mergeStacksInto(const std::string& anchorTargetID, const std::vector<std::string>& targets,
+                                      const std::vector<std::string>& displacedWindowIDs) {
+    std::vector<std::string> waiting;
+    for (const auto& target : targets) {
+        const auto stack = stackWindowIDsByTarget.find(target);
+        if (target == anchorTargetID || stack == stackWindowIDsByTarget.end()) continue;
+        waiting.insert(waiting.end(), stack->second.begin(), stack->second.end());
+    }
+    for (const auto& loser : displacedWindowIDs) {
+        if (!stackTargetOf(loser)) waiting.push_back(loser);
+    }
+    for (const auto& id : waiting) insertIntoStack(anchorTargetID, id, StackPosition::behind);
+}
+
+void TileAssignments::adopt(const std::string& windowID, const TileAssignments& other) {
+    const auto target = other.targetOf(windowID);
+    if (!target) return;
+    std::vector<std::string> targets{*target};
+    for (const auto& covered : other.targetsOf(windowID)) {
+        if (covered != *target) targets.push_back(covered);
+    }
+    insertIntoStack(*target, windowID, StackPosition::front);
+    (void)assign(windowID, targets); // who was there was not in `other`
+}
+
+void TileAssignments::keepOnly(const std::set<std::string>& liveWindowIDs) {
+    std::erase_if(assignedWindowIDs, [&](const auto& entry) { return !liveWindowIDs.contains(entry.second); });
+    for (auto entry = stackWindowIDsByTarget.begin(); entry != stackWindowIDsByTarget.end();) {
+        std::erase_if(entry->second, [&](const auto& id) { return !liveWindowIDs.contains(id); });
+        entry = entry->second.empty() ? stackWindowIDsByTarget.erase(entry) : std::next(entry);
+    }
+    std::erase_if(anchorTargetIDsByWindowID, [&](const auto& entry) { return !liveWindowIDs.contains(entry.first); });
+}
+
+} // namespace kova

@@ -1,0 +1,48 @@
+// What can be stepped back to. A snapshot is taken before an action changes anything; the newest comes off first.
+#pragma once
+
+#include "layout/WorkspaceProfile.h"
+#include "support/MainQueue.h"
+#include "workspace/TileAssignments.h"
+
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+struct WorkspaceUndoSnapshot {
+    std::map<std::string, std::string> assignedWindowIDs;
+    std::map<std::string, std::string> placementAnchors;
+    std::map<std::string, std::vector<std::string>> stackWindowIDsByTarget;
+    std::map<std::string, CGRect> windowFrames; // window-service space
+    std::set<std::string> minimizedWindowIDs;
+    std::set<std::string> visibleWindowIDs;
+    std::optional<Uuid> activeSceneID;
+    WorkspaceProfile profile;
+    std::string accentColorID;
+    bool operator==(const WorkspaceUndoSnapshot&) const = default;
+};
+
+class UndoHistory {
+  public:
+    static constexpr std::size_t kLimit = 30;
+
+    /// Drops the oldest entries beyond the limit.
+    void push(WorkspaceUndoSnapshot snapshot);
+    /// The newest entry; absent when there is none.
+    std::optional<WorkspaceUndoSnapshot> takeNewest();
+    bool isEmpty() const { return snapshots_.empty(); }
+    std::size_t size() const { return snapshots_.size(); }
+
+    /// The whole history, to be put back as it was: entering and leaving focus mode must not cost the oldest entry.
+    const std::vector<WorkspaceUndoSnapshot>& entries() const { return snapshots_; }
+    void restore(std::vector<WorkspaceUndoSnapshot> entries) { snapshots_ = std::move(entries); }
+
+  private:
+    std::vector<WorkspaceUndoSnapshot> snapshots_; // oldest first
+};
+
+} // namespace kova

@@ -1,0 +1,183 @@
+// Arranging every window of every display in one pass: plan, carry out, and a second pass for what had to be brought
+// back.
+#include "workspace/WorkspaceController.h"
+
+#include "workspace/WorkspacePreferences.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <limits>
+
+namespace kova {
+
+namespace {
+
+using BringToFront = AccessibilityWindowService::BringToFront;
+
+constexpr Seconds kFollowUpDelay{0.85};
+
+/// The display that holds most of the rectangle; absent when none holds any of it.
+const Screen* screenHolding(const std::vector<Screen>& screens, const CGRect& rectOnScreen) {
+    const Screen* best = nullptr;
+    double bestArea = 0;
+    for (const auto& screen : screens) {
+        const double area = intersectionArea(screen.frame, rectOnScreen);
+        if (area > bestArea) {
+            bestArea = area;
+            best = &screen;
+        }
+    }
+    return best;
+}
+
+} // namespace
+
+bool WorkspaceController::arrange() {
+    if (!requirePermission()) return false;
+    pushUndoSnapshot();
+    arrangeWindows();
+    showStatusMessage("Windows arranged into zones — Undo is available");
+    return true;
+}
+
+/// Absent for windows that take no part: full-screen ones, and those on another virtual desktop.
+std::optional<ArrangementCandidate> WorkspaceController::candidateFor(const ManagedWindow& window) const {
+    const bool isHidden = windowService_->isApplicationHidden(window.processIdentifier);
+    const bool isElsewhere = !window.isVisible && !window.isMinimized && !isHidden && window.frame;
+    if (window.isFullScreen || isElsewhere) return std::nullopt;
+    ArrangementCandidate candidate;
+    candidate.window = window;
+    candidate.applicationKey = applicationKey(window.applicationName, window.bundleIdentifier);
+    candidate.role = classifyApplication(window.applicationName, window.bundleIdentifier);
+    candidate.currentTargetID = assignments_.targetOf(window.id);
+    if (!candidate.currentTargetID) candidate.stackedBehindID = assignments_.stackTargetOf(window.id);
+    if (window.frame) candidate.frameOnScreen = flipped(*window.frame, firstScreenMaxY());
+    const Screen* holding = screenHolding(*state_.screens, candidate.frameOnScreen);
+    if (!holding && candidate.currentTargetID) holding = screenOfTarget(*candidate.currentTargetID);
+    if (holding) candidate.displayID = displayID(*holding);
+    candidate.minimumSize = minimumSizeOf(window);
+    candidate.isDeferred = window.isMinimized || isHidden;
+    return candidate;
+}
+
+ArrangementInput WorkspaceController::arrangementInput() const {
+    ArrangementInput input;
+    input.learning = learning_;
+    input.tileInset = state_.profile->tileInset;
+    for (const auto& screen : *state_.screens) {
+        ArrangementDisplay display;
+        display.displayID = displayID(screen);
+        display.name = screen.localizedName;
+        display.visibleFrame = screen.visibleFrame;
+        display.layout = layouts_.resolve(screen, *state_.profile, catalogue());
+        display.solved = solveDefinition(display.layout, {}, screen.visibleFrame.size, input.tileInset);
+        input.displays.push_back(std::move(display));
+    }
+    for (const auto& window : liveWindows_) {
+        if (auto candidate = candidateFor(window)) input.candidates.push_back(std::move(*candidate));
+        if (!window.isFullScreen) continue;
+        for (const auto& target : assignments_.targetsOf(window.id)) {
+            for (auto& display : input.displays) {
+                const std::string prefix = tileTargetID(display.displayID, "");
+                if (target.starts_with(prefix)) display.reservedSlotIDs.insert(target.substr(prefix.size()));
+            }
+        }
+    }
+    return input;
+}
+
+ArrangementPlan WorkspaceController::planArrangement() const {
+    return kova::planArrangement(arrangementInput());
+}
+
+void WorkspaceController::arrangeWindows() {
+    if (*state_.permissionState != AccessibilityPermissionState::granted || state_.screens->empty()) return;
+    if (autoArrangeGeneration_ == std::numeric_limits<std::int64_t>::max()) std::abort();
+    const auto generation = ++autoArrangeGeneration_;
+    closeFocusMode();
+    lastArrangement_ = planArrangement();
+    carryOut(lastArrangement_);
+    services_.accessibility.flush();
+
+    std::vector<AutoArrangePlacement> deferred;
+    std::copy_if(lastArrangement_.placements.begin(), lastArrangement_.placements.end(), std::back_inserter(deferred),
+                 [](const AutoArrangePlacement& placement) { return placement.isDeferred; });
+    const Seconds delay = deferred.empty() ? Seconds{0} : kFollowUpDelay;
+    services_.queue.after(delay, lifetime_.guard([this, deferred = std::move(deferred), generation]() mutable {
+        carryOutDeferred(std::move(deferred), generation);
+    }));
+    learnFrom(lastArrangement_);
+}
+
+void WorkspaceController::carryOut(const ArrangementPlan& plan) {
+    TileAssignments next;
+    for (const auto& window : liveWindows_) { // a full-screen window keeps its tile
+        if (window.isFullScreen) next.adopt(window.id, assignments_);
+    }
+    for (const auto& placement : plan.placements) {
+        std::vector<std::string> claimed;
+        for (const auto& target : placement.claimedTargets) claimed.push_back(target.id());
+        using Position = TileAssignments::StackPosition;
+        next.insertIntoStack(placement.target.id(), placement.window.id,
+                             placement.isPrimary ? Position::front : Position::behind);
+        (void)next.assign(placement.window.id, claimed); // a plan gives no tile twice
+    }
+    assignments_ = std::move(next);
+    publishAssignments();
+    state_.lastArrangeExplanation.set(plan.explanation());
+
+    for (const auto& surplus : plan.surplus) {
+        if (!surplus.window.isMinimized) minimizeWindow(surplus.window);
+    }
+    for (const auto& placement : plan.placements) {
+        if (!placement.isDeferred) {
+            carryOutPlacement(placement);
+        } else if (placement.isPrimary) {
+            windowService_->unhideApplication(placement.window.processIdentifier);
+            windowService_->unminimize(placement.window);
+        }
+    }
+}
+
+void WorkspaceController::carryOutPlacement(const AutoArrangePlacement& placement) {
+    const ManagedWindow* live = findLive(placement.window.id);
+    if (!live) return;
+    if (placement.isPrimary) {
+        place(*live, {placement.claimedTargets}, BringToFront::no);
+        return;
+    }
+    assignments_.insertIntoStack(placement.target.id(), live->id, TileAssignments::StackPosition::behind);
+    presentDisplaced({live->id});
+}
+
+void WorkspaceController::carryOutDeferred(std::vector<AutoArrangePlacement> deferred, std::int64_t generation) {
+    if (generation != autoArrangeGeneration_ || deferred.empty()) return;
+    if (*state_.permissionState != AccessibilityPermissionState::granted) return;
+    closeFocusMode();
+    for (const auto& placement : deferred) carryOutPlacement(placement);
+    publishAssignments();
+    services_.accessibility.flush();
+}
+
+void WorkspaceController::learnFrom(const ArrangementPlan& plan) {
+    for (const auto& placement : plan.placements) {
+        if (placement.isPrimary) learn(placement.window, placement.target.id());
+    }
+}
+
+void WorkspaceController::learn(const ManagedWindow& window, const std::string& targetID) {
+    const Screen* screen = screenOfTarget(targetID);
+    if (!screen) return;
+    const std::string layoutID = layouts_.resolve(*screen, *state_.profile, catalogue()).id;
+    const std::string slotID = targetID.substr(tileTargetID(displayID(*screen), "").size());
+    learning_.learn(layoutID, applicationKey(window.applicationName, window.bundleIdentifier), slotID);
+    if (isLearningSavePending_) return;
+    isLearningSavePending_ = true;
+    // After the windows have been told to move: what was learnt can wait for that.
+    services_.queue.post(lifetime_.guard([this] {
+        isLearningSavePending_ = false;
+        saveLearning(services_.preferences, learning_);
+    }));
+}
+
+} // namespace kova

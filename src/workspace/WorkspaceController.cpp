@@ -1,0 +1,119 @@
+#include "workspace/WorkspaceController.h"
+
+#include "support/Overloaded.h"
+#include "workspace/WorkspacePreferences.h"
+
+#include <algorithm>
+
+namespace kova {
+
+namespace {
+
+constexpr Seconds kStatusMessageDuration{4};
+
+} // namespace
+
+std::string_view describe(WorkspaceDirection direction) {
+    switch (direction) {
+    case WorkspaceDirection::left:
+        return "left";
+    case WorkspaceDirection::right:
+        return "right";
+    case WorkspaceDirection::up:
+        return "up";
+    case WorkspaceDirection::down:
+        return "down";
+    }
+    return "";
+}
+
+WorkspaceController::WorkspaceController(const WorkspaceServices& services) :
+    services_(services), windowService_(std::make_shared<AccessibilityWindowService>(
+                             services.accessibility, services.applications, services.screens, services.queue)),
+    refreshCycle_(
+        windowService_, services.session, services.changes, services.queue, services.pollingQueue,
+        {[this](PollResult result) { applyPoll(std::move(result)); }, [this] { return hasUnfinishedBusiness(); }}) {
+    WorkspacePreferences loaded = loadWorkspacePreferences(services_.preferences);
+    state_.profile.set(std::move(loaded.profile));
+    learning_ = std::move(loaded.learning);
+    state_.useThemeBackground.set(loaded.useThemeBackground);
+    state_.showBrain.set(loaded.showBrain);
+    state_.showTileBackgrounds.set(loaded.showTileBackgrounds);
+    state_.accentColorID.set(std::move(loaded.accentColorID));
+    state_.continuousManagementEnabled.set(loaded.continuousManagementEnabled);
+    state_.screens.set(services_.screens.screens());
+    screensSubscription_ = services_.screens.observeScreens(lifetime_.guard([this] { screensChanged(); }));
+}
+
+WorkspaceController::~WorkspaceController() = default;
+
+void WorkspaceController::start(bool promptForPermission) {
+    refreshCycle_.begin();
+    state_.screens.set(services_.screens.screens());
+    state_.permissionState.set(windowService_->permissionState());
+    if (promptForPermission && *state_.permissionState != AccessibilityPermissionState::granted) {
+        state_.permissionState.set(windowService_->requestPermission(true));
+    }
+    refresh();
+    refreshCycle_.startTimer();
+}
+
+void WorkspaceController::stop() {
+    closeFocusMode();
+    refreshCycle_.end();
+    recovery_.clear();
+    recovery_.detectedLockedLoginSession = false;
+}
+
+void WorkspaceController::refresh() {
+    refreshCycle_.refresh();
+}
+
+void WorkspaceController::recheckAccessibility() {
+    state_.permissionState.set(windowService_->permissionState());
+    refresh();
+}
+
+bool WorkspaceController::perform(const WorkspaceAction& action) {
+    const bool keepsFocusMode =
+        std::holds_alternative<action::ToggleFocusZoom>(action) || std::holds_alternative<action::Undo>(action);
+    if (!keepsFocusMode) closeFocusMode();
+    return std::visit(Overloaded{[&](const action::Focus& focus) { return focusWindow(focus.direction); },
+                                 [&](const action::Move& move) { return moveWindow(move.direction); },
+                                 [&](const action::CycleStack&) { return cycleStack(); },
+                                 [&](const action::ToggleFocusZoom&) { return toggleFocusMode(); },
+                                 [&](const action::Arrange&) { return arrange(); },
+                                 [&](const action::Undo&) { return undoLastAction(); }},
+                      action);
+}
+
+void WorkspaceController::showStatusMessage(const std::string& text) {
+    state_.lastActionMessage.set(text);
+    // By serial rather than by text: the same message twice gets its full time twice.
+    const auto serial = ++statusMessageSerial_;
+    services_.queue.after(kStatusMessageDuration, lifetime_.guard([this, serial] {
+        if (serial == statusMessageSerial_) state_.lastActionMessage.set(std::nullopt);
+    }));
+}
+
+bool WorkspaceController::refuse(const std::string& message) {
+    showStatusMessage(message);
+    return false;
+}
+
+bool WorkspaceController::requirePermission() {
+    if (*state_.permissionState == AccessibilityPermissionState::granted) return true;
+    return refuse("Accessibility permission is required");
+}
+
+ManagedWindow* WorkspaceController::findLive(const std::string& windowID) {
+    const auto found = std::find_if(liveWindows_.begin(), liveWindows_.end(),
+                                    [&](const ManagedWindow& window) { return window.id == windowID; });
+    return found == liveWindows_.end() ? nullptr : &*found;
+}
+
+const ManagedWindow* WorkspaceController::findLive(const std::string& windowID) const {
+    return const_cast<WorkspaceController*>(this)->findLive(windowID);
+}
+
+} // namespace kova

@@ -1,0 +1,237 @@
+// Which layout each display shows, and where its tiles are.
+#include "workspace/WorkspaceController.h"
+
+#include "workspace/LayoutMigration.h"
+#include "workspace/WorkspacePreferences.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kova {
+
+namespace {
+
+DisplayTiles tilesOf(const SolvedLayout& solved) {
+    DisplayTiles tiles;
+    for (const auto& slot : solved.slots) tiles.slotIDs.push_back(slot.id);
+    tiles.frames = solved.frames;
+    return tiles;
+}
+
+} // namespace
+
+const std::vector<LayoutDefinition>& WorkspaceController::catalogue() const {
+    return registry_.theme(state_.profile->themeID).layouts;
+}
+
+const Screen* WorkspaceController::screenOf(const std::string& id) const {
+    const auto& screens = *state_.screens;
+    const auto found =
+        std::find_if(screens.begin(), screens.end(), [&](const Screen& screen) { return displayID(screen) == id; });
+    return found == screens.end() ? nullptr : &*found;
+}
+
+const Screen* WorkspaceController::screenOfTarget(const std::string& targetID) const {
+    const auto& screens = *state_.screens;
+    const auto found = std::find_if(screens.begin(), screens.end(), [&](const Screen& screen) {
+        return targetID.starts_with(tileTargetID(displayID(screen), ""));
+    });
+    return found == screens.end() ? nullptr : &*found;
+}
+
+double WorkspaceController::firstScreenMaxY() const {
+    return state_.screens->empty() ? 0 : maxY(state_.screens->front().frame);
+}
+
+const LayoutDefinition* WorkspaceController::resolvedLayout(const std::string& id) const {
+    const Screen* screen = screenOf(id);
+    return screen ? &layouts_.resolve(*screen, *state_.profile, catalogue()) : nullptr;
+}
+
+/// Minimum sizes of the windows that keep to one tile; a spanning window has the room that it needs.
+TileMinimumSizes WorkspaceController::tileMinimumSizes(const std::string& id) const {
+    TileMinimumSizes sizes;
+    const std::string prefix = tileTargetID(id, "");
+    const auto& assigned = assignments_.assignedWindowIDs;
+    for (auto entry = assigned.lower_bound(prefix); entry != assigned.end(); ++entry) {
+        if (!entry->first.starts_with(prefix)) break;
+        const ManagedWindow* window = findLive(entry->second);
+        if (!window || assignments_.anchorTargetIDsByWindowID.contains(entry->second)) continue;
+        const CGSize minimum = minimumSizeOf(*window);
+        if (minimum.width > 0 || minimum.height > 0) sizes.emplace(entry->first.substr(prefix.size()), minimum);
+    }
+    return sizes;
+}
+
+const SolvedLayout& WorkspaceController::solvedTiles(const Screen& screen) const {
+    return layouts_.solve(screen, *state_.profile, catalogue(), tileMinimumSizes(displayID(screen)));
+}
+
+std::optional<CGRect> WorkspaceController::tileFrameOnScreen(const std::string& targetID) const {
+    const Screen* screen = screenOfTarget(targetID);
+    if (!screen) return std::nullopt;
+    const std::string slotID = targetID.substr(tileTargetID(displayID(*screen), "").size());
+    const SolvedLayout& solved = solvedTiles(*screen);
+    for (std::size_t i = 0; i < solved.slots.size(); ++i) {
+        if (solved.slots[i].id == slotID) return kova::tileFrameOnScreen(solved.frames[i], screen->visibleFrame);
+    }
+    return std::nullopt;
+}
+
+std::optional<CGRect> WorkspaceController::frameForWindow(const std::string& windowID) const {
+    std::optional<CGRect> covered;
+    for (const auto& target : assignments_.targetsOf(windowID)) {
+        const auto cell = tileFrameOnScreen(target);
+        if (cell) covered = covered ? unionOf(*covered, *cell) : *cell;
+    }
+    if (!covered) return std::nullopt;
+    return flipped(insetBy(*covered, state_.profile->tileInset), firstScreenMaxY());
+}
+
+std::vector<WorkspaceTile> WorkspaceController::tiles() const {
+    std::vector<WorkspaceTile> out;
+    for (const auto& screen : *state_.screens) {
+        const std::string id = displayID(screen);
+        const SolvedLayout& solved = solvedTiles(screen);
+        for (std::size_t i = 0; i < solved.slots.size(); ++i) {
+            WorkspaceTile tile;
+            tile.targetID = tileTargetID(id, solved.slots[i].id);
+            tile.displayID = id;
+            tile.slot = solved.slots[i];
+            tile.frameOnScreen = kova::tileFrameOnScreen(solved.frames[i], screen.visibleFrame);
+            tile.frameForWindowService =
+                flipped(insetBy(tile.frameOnScreen, state_.profile->tileInset), firstScreenMaxY());
+            const auto front = assignments_.assignedWindowIDs.find(tile.targetID);
+            if (front != assignments_.assignedWindowIDs.end()) {
+                tile.windowID = front->second;
+                tile.frameForWindowService = frameForWindow(front->second).value_or(tile.frameForWindowService);
+            }
+            const auto stack = assignments_.stackWindowIDsByTarget.find(tile.targetID);
+            if (stack != assignments_.stackWindowIDsByTarget.end()) tile.stack = stack->second;
+            out.push_back(std::move(tile));
+        }
+    }
+    return out;
+}
+
+const Screen* WorkspaceController::screenOfWindow(const ManagedWindow& window) const {
+    if (const auto target = assignments_.targetOf(window.id)) {
+        if (const Screen* screen = screenOfTarget(*target)) return screen;
+    }
+    if (!window.frame) return nullptr;
+    const CGPoint middle = centre(flipped(*window.frame, firstScreenMaxY()));
+    for (const auto& screen : *state_.screens) {
+        if (containsPoint(screen.frame, middle)) return &screen;
+    }
+    return nullptr;
+}
+
+std::optional<std::string> WorkspaceController::currentDisplayID() const {
+    if (const auto focused = windowService_->focusedWindowID()) {
+        const ManagedWindow* window = findLive(*focused);
+        const Screen* screen = window ? screenOfWindow(*window) : nullptr;
+        if (screen) return displayID(*screen);
+    }
+    if (const auto pointer = services_.screens.pointerLocation()) {
+        for (const auto& screen : *state_.screens) {
+            if (containsPoint(screen.frame, *pointer)) return displayID(screen);
+        }
+    }
+    if (state_.screens->empty()) return std::nullopt;
+    return displayID(state_.screens->front());
+}
+
+void WorkspaceController::setProfile(WorkspaceProfile profile) {
+    if (profile == *state_.profile) return;
+    state_.profile.set(std::move(profile));
+    saveProfile(services_.preferences, *state_.profile);
+}
+
+/// Tiles of the display have moved: everything that shows or holds them follows.
+void WorkspaceController::layoutChanged(const std::string& id) {
+    layouts_.invalidate(id);
+    state_.layoutRevision.set(*state_.layoutRevision + 1);
+    ++autoArrangeGeneration_; // what an arrangement still had to do was meant for the tiles as they were
+    publishAssignments();
+    reapplyTileFrames();
+    services_.accessibility.flush();
+}
+
+LayoutSelectionResult WorkspaceController::selectLayout(const std::string& id,
+                                                        const DisplayLayoutSelection& selection) {
+    const Screen* found = screenOf(id);
+    if (!found) return LayoutSelectionResult::unknownDisplay;
+    if (selection.layoutID && !findLayout(catalogue(), *selection.layoutID))
+        return LayoutSelectionResult::unknownLayout;
+    const Screen screen = *found;
+    pushUndoSnapshot();
+    const DisplayTiles before = tilesOf(solvedTiles(screen));
+    WorkspaceProfile profile = *state_.profile;
+    profile.layoutSelectionsByDisplay[id] = selection;
+    setProfile(std::move(profile));
+
+    const LayoutDefinition& layout = layouts_.resolve(screen, *state_.profile, catalogue());
+    const std::string layoutName = layout.name;
+    const DisplayTiles after =
+        tilesOf(solveDefinition(layout, {}, screen.visibleFrame.size, state_.profile->tileInset));
+    LayoutMigration migration = migrateAssignments(assignments_, id, before, after);
+    assignments_ = std::move(migration.assignments);
+    presentDisplaced(migration.displacedWindowIDs);
+    layoutChanged(id);
+    showStatusMessage(layoutName + " on " + screen.localizedName);
+    return LayoutSelectionResult::done;
+}
+
+bool WorkspaceController::cycleLayout(int step) {
+    const auto id = currentDisplayID();
+    if (!id) return refuse("No display is connected");
+    const auto& all = catalogue();
+    const std::string current = resolvedLayout(*id)->id;
+    const auto at = std::find_if(all.begin(), all.end(), [&](const auto& layout) { return layout.id == current; });
+    const auto count = static_cast<int>(all.size());
+    const int index = (static_cast<int>(at - all.begin()) + step + count) % count;
+    return selectLayout(*id, DisplayLayoutSelection::layout(all[static_cast<std::size_t>(index)].id)) ==
+           LayoutSelectionResult::done;
+}
+
+bool WorkspaceController::selectNextLayout() {
+    return cycleLayout(1);
+}
+
+bool WorkspaceController::selectPreviousLayout() {
+    return cycleLayout(-1);
+}
+
+bool WorkspaceController::resetLayoutSizes(const std::optional<std::string>& wanted) {
+    const auto id = wanted ? wanted : currentDisplayID();
+    const Screen* screen = id ? screenOf(*id) : nullptr;
+    if (!screen) return refuse("No display is connected");
+    const std::string name = screen->localizedName;
+    pushUndoSnapshot();
+    WorkspaceProfile profile = *state_.profile;
+    const auto weights = profile.layoutWeightsByDisplay.find(*id);
+    if (weights != profile.layoutWeightsByDisplay.end()) {
+        weights->second.erase(resolvedLayout(*id)->id);
+        if (weights->second.empty()) profile.layoutWeightsByDisplay.erase(weights);
+    }
+    setProfile(std::move(profile));
+    layoutChanged(*id);
+    showStatusMessage("Layout sizes reset on " + name);
+    return true;
+}
+
+bool WorkspaceController::setTileInset(double points) {
+    constexpr double kLargestInset = 100;
+    if (!(points >= 0 && points <= kLargestInset)) return false;
+    pushUndoSnapshot();
+    WorkspaceProfile profile = *state_.profile;
+    profile.tileInset = points;
+    setProfile(std::move(profile));
+    layouts_.invalidateAll();
+    state_.layoutRevision.set(*state_.layoutRevision + 1);
+    reapplyTileFrames();
+    services_.accessibility.flush();
+    return true;
+}
+
+} // namespace kova

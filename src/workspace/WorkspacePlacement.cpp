@@ -1,0 +1,241 @@
+// Putting single windows into tiles, and keeping every tiled window at its tile's frame.
+#include "workspace/WorkspaceController.h"
+
+#include <algorithm>
+
+namespace kova {
+
+namespace {
+
+using BringToFront = AccessibilityWindowService::BringToFront;
+
+constexpr double kOffTolerancePoints = 2;
+
+bool isAssignedToSomeTile(const TileAssignments& assignments, const std::vector<ManagedWindow>& windows,
+                          pid_t processIdentifier) {
+    return std::any_of(windows.begin(), windows.end(), [&](const ManagedWindow& window) {
+        return window.processIdentifier == processIdentifier && assignments.targetOf(window.id);
+    });
+}
+
+} // namespace
+
+void WorkspaceController::publishAssignments() {
+    state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
+    state_.stackWindowIDsByTarget.set(assignments_.stackWindowIDsByTarget);
+}
+
+/// What is known of the window itself, else what was learnt about its application; 0 where nothing is known.
+CGSize WorkspaceController::minimumSizeOf(const ManagedWindow& window) const {
+    const auto observed = state_.observedMinimumSizes->find(window.id);
+    const bool wasObserved = observed != state_.observedMinimumSizes->end();
+    if (!window.minimumSize && !wasObserved) {
+        const auto key = applicationKey(window.applicationName, window.bundleIdentifier);
+        const auto remembered = state_.profile->applicationMinimumSizes.find(key);
+        return remembered == state_.profile->applicationMinimumSizes.end() ? CGSize{0, 0} : remembered->second;
+    }
+    const CGSize own = window.minimumSize.value_or(CGSize{0, 0});
+    const CGSize seen = wasObserved ? observed->second : CGSize{0, 0};
+    return {std::max(own.width, seen.width), std::max(own.height, seen.height)};
+}
+
+std::optional<WorkspaceController::Covering> WorkspaceController::coveringFor(const ManagedWindow& window,
+                                                                              const std::string& targetID) {
+    const Screen* screen = screenOfTarget(targetID);
+    if (!screen) return std::nullopt;
+    const std::string display = displayID(*screen);
+    const std::string slotID = targetID.substr(tileTargetID(display, "").size());
+    const LayoutDefinition& layout = layouts_.resolve(*screen, *state_.profile, catalogue());
+
+    TileMinimumSizes others = tileMinimumSizes(display);
+    for (const auto& target : assignments_.targetsOf(window.id)) {
+        if (target.starts_with(tileTargetID(display, "")))
+            others.erase(target.substr(tileTargetID(display, "").size()));
+    }
+    others.erase(slotID);
+    const CGSize visibleSize = screen->visibleFrame.size;
+    const double inset = state_.profile->tileInset;
+    const SolvedLayout without = solveDefinition(layout, others, visibleSize, inset);
+    const auto slot = std::find_if(without.slots.begin(), without.slots.end(),
+                                   [&](const TileSlot& candidate) { return candidate.id == slotID; });
+    if (slot == without.slots.end()) return std::nullopt;
+    const Covering single{{{display, *slot}}};
+
+    const CGSize minimum = minimumSizeOf(window);
+    TileMinimumSizes together = others;
+    if (minimum.width > 0 || minimum.height > 0) together[slotID] = minimum;
+    const SolvedLayout with = solveDefinition(layout, together, visibleSize, inset);
+    if (!with.unsatisfiedTileIDs.contains(slotID)) return single;
+
+    std::set<std::string> occupied;
+    for (const auto& [target, holder] : assignments_.assignedWindowIDs) {
+        if (holder != window.id && target.starts_with(tileTargetID(display, ""))) {
+            occupied.insert(target.substr(tileTargetID(display, "").size()));
+        }
+    }
+    const auto span = TileSpanPolicy::bestSpan(without.slots, slotID, visibleSize, inset, minimum, occupied);
+    if (!span) return single;
+    Covering covering = single;
+    for (const auto& spanned : span->slots) {
+        if (spanned.id != slotID) covering.targets.push_back({display, spanned});
+    }
+    return covering;
+}
+
+void WorkspaceController::place(const ManagedWindow& window, const Covering& covering, BringToFront raise) {
+    std::vector<std::string> targetIDs;
+    for (const auto& target : covering.targets) targetIDs.push_back(target.id());
+    const std::string& anchorID = targetIDs.front();
+    assignments_.insertIntoStack(anchorID, window.id, TileAssignments::StackPosition::front);
+    const auto displaced = assignments_.assign(window.id, targetIDs);
+    assignments_.mergeStacksInto(anchorID, targetIDs, displaced);
+    presentDisplaced(displaced);
+    if (const auto frame = frameForWindow(window.id)) writeFrame(window, *frame, raise);
+    if (covering.targets.size() > 1) announceClaim(window, covering);
+}
+
+void WorkspaceController::announceClaim(const ManagedWindow& window, const Covering& covering) {
+    WindowPlacementNotice notice;
+    bool first = true;
+    for (const auto& target : covering.targets) {
+        const auto cell = tileFrameOnScreen(target.id());
+        if (!cell) continue;
+        notice.claimedFrame = first ? *cell : unionOf(notice.claimedFrame, *cell);
+        first = false;
+    }
+    notice.additionalTileCount = static_cast<int>(covering.targets.size()) - 1;
+    notice.applicationName = window.applicationName;
+    state_.placementNotice.set(notice);
+}
+
+/// Takes windows that lost their tile off the screen. An application is hidden only when none of its windows stays in a
+/// tile; otherwise just the window is minimised.
+void WorkspaceController::presentDisplaced(const std::vector<std::string>& displacedWindowIDs) {
+    std::vector<std::pair<ManagedWindow*, DisplacedWindowPresentationAction>> decisions;
+    for (const auto& id : displacedWindowIDs) {
+        ManagedWindow* window = findLive(id);
+        if (!window || window->isMinimized) continue;
+        const bool stays = isAssignedToSomeTile(assignments_, liveWindows_, window->processIdentifier);
+        decisions.emplace_back(window, stays ? DisplacedWindowPresentationAction::minimizeWindow
+                                             : DisplacedWindowPresentationAction::hideApplication);
+    }
+    for (const auto& [window, action] : decisions) {
+        if (action == DisplacedWindowPresentationAction::minimizeWindow) {
+            minimizeWindow(*window);
+            continue;
+        }
+        windowService_->presentDisplaced(*window, action);
+        for (auto& other : liveWindows_) {
+            if (other.processIdentifier == window->processIdentifier) other.isVisible = false;
+        }
+    }
+}
+
+void WorkspaceController::minimizeWindow(const ManagedWindow& window) {
+    windowService_->presentDisplaced(window, DisplacedWindowPresentationAction::minimizeWindow);
+    if (ManagedWindow* live = findLive(window.id)) {
+        live->isMinimized = true;
+        live->isVisible = false;
+    }
+}
+
+/// The live list follows at once, so that a snapshot taken before the next poll does not remember an older picture.
+void WorkspaceController::writeFrame(const ManagedWindow& window, const CGRect& frame, BringToFront raise) {
+    if (window.isFullScreen) return;
+    const std::string id = window.id;
+    windowService_->setFrame(window, frame, raise, lifetime_.guard([this, id, frame](CGRect actual) {
+        minimumSizeObserved(id, frame, actual);
+    }));
+    refusals_.try_emplace(id);
+    if (ManagedWindow* live = findLive(id)) live->frame = frame;
+}
+
+/// A window that did not shrink tells its minimum in the directions in which it stayed larger than asked for.
+void WorkspaceController::minimumSizeObserved(const std::string& windowID, const CGRect& wanted, const CGRect& actual) {
+    const ManagedWindow* window = findLive(windowID);
+    if (!window) return;
+    CGSize minimum = minimumSizeOf(*window);
+    const CGSize before = minimum;
+    if (actual.size.width > wanted.size.width + kOffTolerancePoints) {
+        minimum.width = std::max(minimum.width, actual.size.width);
+    }
+    if (actual.size.height > wanted.size.height + kOffTolerancePoints) {
+        minimum.height = std::max(minimum.height, actual.size.height);
+    }
+    if (minimum == before) return;
+    auto observed = *state_.observedMinimumSizes;
+    observed[windowID] = minimum;
+    state_.observedMinimumSizes.set(std::move(observed));
+    auto profile = *state_.profile;
+    profile.applicationMinimumSizes[applicationKey(window->applicationName, window->bundleIdentifier)] = minimum;
+    setProfile(std::move(profile));
+    makeRoomFor(*window);
+}
+
+/// The tiles are solved again with what was learnt; a window that still does not fit claims a span.
+void WorkspaceController::makeRoomFor(const ManagedWindow& window) {
+    const auto target = assignments_.targetOf(window.id);
+    if (!target || (*state_.focusMode && (*state_.focusMode)->windowID == window.id)) return;
+    state_.layoutRevision.set(*state_.layoutRevision + 1);
+    const auto covering = coveringFor(window, *target);
+    if (covering && covering->targets.size() > assignments_.targetsOf(window.id).size()) {
+        place(window, *covering, BringToFront::no);
+        publishAssignments();
+    }
+    reapplyTileFrames();
+    services_.accessibility.flush();
+}
+
+void WorkspaceController::reapplyTileFrames() {
+    if (*state_.permissionState != AccessibilityPermissionState::granted) return;
+    for (const ManagedWindow& window : liveWindows_) {
+        const auto target = frameForWindow(window.id);
+        if (target && !isLeftAlone(window)) {
+            reapplyWindow(window, *target);
+        } else {
+            refusals_.erase(window.id);
+        }
+    }
+}
+
+/// Zoomed, minimised, full-screen and hidden windows keep their tiles and are put there when they come back.
+bool WorkspaceController::isLeftAlone(const ManagedWindow& window) const {
+    const bool isZoomed = *state_.focusMode && (*state_.focusMode)->windowID == window.id;
+    return isZoomed || window.isMinimized || window.isFullScreen ||
+           windowService_->isApplicationHidden(window.processIdentifier);
+}
+
+/// Writes the frame of a window that strayed. A placement that is still being verified is left to its passes, and a
+/// window that keeps refusing is asked only so many times.
+void WorkspaceController::reapplyWindow(const ManagedWindow& window, const CGRect& target) {
+    if (const auto pending = windowService_->pendingFrame(window.id)) {
+        if (!nearlyEqual(*pending, target, kOffTolerancePoints)) writeFrame(window, target, BringToFront::no);
+        return;
+    }
+    if (!window.frame || nearlyEqual(*window.frame, target, kOffTolerancePoints)) {
+        refusals_.erase(window.id);
+        return;
+    }
+    Refusal& refusal = refusals_[window.id];
+    const bool sameAgain =
+        nearlyEqual(refusal.wanted, target, kOffTolerancePoints) && nearlyEqual(refusal.actual, *window.frame, 0.5);
+    if (!sameAgain) refusal = {target, *window.frame, 0};
+    if (refusal.attempts >= kPlacementAttempts) return;
+    ++refusal.attempts;
+    writeFrame(window, target, BringToFront::no);
+}
+
+bool WorkspaceController::placeWindow(const std::string& windowID, const std::string& targetID, Focusing focusing) {
+    const ManagedWindow* live = findLive(windowID);
+    if (!live) return false;
+    const ManagedWindow window = *live;
+    const auto covering = coveringFor(window, targetID);
+    if (!covering) return false;
+    place(window, *covering, focusing == Focusing::yes ? BringToFront::yes : BringToFront::no);
+    publishAssignments();
+    reapplyTileFrames();
+    services_.accessibility.flush();
+    return true;
+}
+
+} // namespace kova

@@ -1,0 +1,30 @@
+// What of the workspace is kept between starts, under which keys and with which defaults.
+#pragma once
+
+#include "layout/AutoArrangeLearning.h"
+#include "layout/WorkspaceProfile.h"
+#include "persistence/PreferencesStore.h"
+
+#include <string>
+
+namespace kova {
+
+/// Everything the controller reads once, when it is created.
+struct WorkspacePreferences {
+    WorkspaceProfile profile;
+    AutoArrangeLearningModel learning;
+    bool useThemeBackground = false;
+    bool showBrain = false;
+    bool showTileBackgrounds = true;
+    bool continuousManagementEnabled = false;
+    std::string accentColorID;
+};
+
+/// What cannot be read counts as absent. On the first start with an empty store the profile and the theme background
+/// are written at once, so that the next start finds an existing user with the same look.
+WorkspacePreferences loadWorkspacePreferences(PreferencesStore& store);
+
+void saveProfile(PreferencesStore& store, const WorkspaceProfile& profile);
+void saveLearning(PreferencesStore& store, const AutoArrangeLearningModel& model);
+
+} // namespace kova

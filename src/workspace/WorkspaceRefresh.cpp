@@ -1,0 +1,141 @@
+// What a poll changes: the window lists, the assignments, and frames that have strayed from their tiles.
+#include "workspace/WorkspaceController.h"
+
+#include <algorithm>
+
+namespace kova {
+
+namespace {
+
+constexpr Seconds kAutomaticArrangementDelay{0.3};
+
+bool samePresentation(const std::vector<ManagedWindow>& a, const std::vector<ManagedWindow>& b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](const ManagedWindow& x, const ManagedWindow& y) { return kova::samePresentation(x, y); });
+}
+
+} // namespace
+
+void WorkspaceController::applyPoll(PollResult result) {
+    if (applyLockedSession(result.isSessionLocked)) return;
+    const bool isRecovering = recovery_.isActive(services_.queue.uptime());
+    const bool isGranted = result.permissionState == AccessibilityPermissionState::granted;
+    if (isRecovering && !isGranted) return;
+    const bool justGranted = isGranted && *state_.permissionState != AccessibilityPermissionState::granted;
+    state_.permissionState.set(result.permissionState);
+    if (isGranted) {
+        applyGrantedPoll(std::move(result.windows), isRecovering, justGranted);
+    } else {
+        applyDenied();
+    }
+}
+
+/// True while the session is locked: then nothing is moved, minimised or forgotten.
+bool WorkspaceController::applyLockedSession(bool pollFoundLocked) {
+    if (pollFoundLocked || services_.session.isLoginSessionScreenLocked()) {
+        if (!recovery_.detectedLockedLoginSession) {
+            recovery_.detectedLockedLoginSession = true;
+            recovery_.remember(liveWindows_, assignments_);
+        }
+        return true;
+    }
+    if (recovery_.detectedLockedLoginSession) {
+        recovery_.detectedLockedLoginSession = false;
+        recovery_.begin(services_.queue.uptime());
+        layouts_.invalidateAll();
+        state_.layoutRevision.set(*state_.layoutRevision + 1);
+    }
+    return false;
+}
+
+void WorkspaceController::applyGrantedPoll(std::vector<ManagedWindow> windows, bool isRecovering, bool justGranted) {
+    if (!isRecovering && recovery_.hasDeadline()) recovery_.clear();
+    liveWindows_ = std::move(windows);
+    if (!isRecovering && *state_.focusMode && !findLive((*state_.focusMode)->windowID)) {
+        closeFocusMode();
+        showStatusMessage("Focus Mode closed because its window is no longer available");
+    }
+    const auto isGone = [&](const auto& entry) { return !findLive(entry.first); };
+    auto minimums = *state_.observedMinimumSizes;
+    std::erase_if(minimums, isGone);
+    state_.observedMinimumSizes.set(std::move(minimums));
+    std::erase_if(refusals_, isGone);
+
+    if (!samePresentation(*state_.windows, liveWindows_)) state_.windows.set(liveWindows_);
+    if (isRecovering) {
+        keepAssignmentsValid(recovery_.awaitedWindowIDs());
+        recoverAssignedWindows();
+    } else {
+        keepAssignmentsValid({});
+    }
+    reapplyTileFrames();
+    services_.accessibility.flush();
+    scheduleAutomaticArrangement(justGranted);
+}
+
+void WorkspaceController::keepAssignmentsValid(const std::set<std::string>& spared) {
+    std::set<std::string> kept = spared;
+    for (const auto& window : liveWindows_) kept.insert(window.id);
+    assignments_.keepOnly(kept);
+    publishAssignments();
+}
+
+void WorkspaceController::recoverAssignedWindows() {
+    for (const auto& windowID : recovery_.takeRecovered(liveWindows_, assignments_)) {
+        const auto frame = frameForWindow(windowID);
+        const ManagedWindow* window = findLive(windowID);
+        if (frame && window) writeFrame(*window, *frame, AccessibilityWindowService::BringToFront::no);
+    }
+    if (recovery_.isComplete(assignments_)) recovery_.clear();
+}
+
+void WorkspaceController::applyDenied() {
+    liveWindows_.clear();
+    refusals_.clear();
+    state_.windows.set({});
+    assignments_.assignedWindowIDs.clear();
+    assignments_.anchorTargetIDsByWindowID.clear();
+    publishAssignments();
+}
+
+void WorkspaceController::scheduleAutomaticArrangement(bool justGranted) {
+    const bool isDue = justGranted || !didAutoArrange_;
+    if (!isDue || !state_.profile->autoArrangeOnLaunch || state_.screens->empty()) return;
+    didAutoArrange_ = true;
+    services_.queue.after(kAutomaticArrangementDelay, lifetime_.guard([this] { arrangeWindows(); }));
+}
+
+bool WorkspaceController::hasUnfinishedBusiness() const {
+    return recovery_.hasDeadline() || recovery_.detectedLockedLoginSession ||
+           std::any_of(refusals_.begin(), refusals_.end(),
+                       [](const auto& entry) { return entry.second.attempts < kPlacementAttempts; });
+}
+
+void WorkspaceController::screensChanged() {
+    state_.screens.set(services_.screens.screens());
+    layouts_.invalidateAll();
+    state_.layoutRevision.set(*state_.layoutRevision + 1);
+    if (!isRunning() || refreshCycle_.isSuspended()) return;
+    reapplyTileFrames();
+    services_.accessibility.flush();
+    refresh();
+}
+
+void WorkspaceController::suspendForSystemTransition() {
+    if (!isRunning() || refreshCycle_.isSuspended()) return;
+    refreshCycle_.suspend();
+    recovery_.detectedLockedLoginSession = false;
+    recovery_.remember(liveWindows_, assignments_);
+}
+
+void WorkspaceController::resumeAfterSystemTransition() {
+    if (!isRunning() || !refreshCycle_.isSuspended()) return;
+    refreshCycle_.resume();
+    recovery_.begin(services_.queue.uptime());
+    layouts_.invalidateAll();
+    state_.layoutRevision.set(*state_.layoutRevision + 1);
+    refreshCycle_.startTimer();
+    refresh();
+}
+
+} // namespace kova

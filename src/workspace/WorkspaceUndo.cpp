@@ -1,0 +1,126 @@
+// Stepping back, and giving one window the whole display.
+#include "workspace/WorkspaceController.h"
+
+#include "persistence/PreferenceKeys.h"
+#include "workspace/WorkspacePreferences.h"
+
+namespace kova {
+
+namespace {
+
+constexpr std::string_view kZoomLayoutID = "jarvis.focus-single";
+
+} // namespace
+
+WorkspaceUndoSnapshot WorkspaceController::captureUndoSnapshot() const {
+    WorkspaceUndoSnapshot snapshot;
+    snapshot.assignedWindowIDs = assignments_.assignedWindowIDs;
+    snapshot.placementAnchors = assignments_.anchorTargetIDsByWindowID;
+    snapshot.stackWindowIDsByTarget = assignments_.stackWindowIDsByTarget;
+    for (const auto& window : liveWindows_) {
+        // A frame on its way counts as reached: what was last read may be older than what was last asked for.
+        const auto pending = windowService_->pendingFrame(window.id);
+        if (pending || window.frame) snapshot.windowFrames[window.id] = pending ? *pending : *window.frame;
+        if (window.isMinimized) snapshot.minimizedWindowIDs.insert(window.id);
+        if (window.isVisible) snapshot.visibleWindowIDs.insert(window.id);
+    }
+    snapshot.profile = *state_.profile;
+    snapshot.accentColorID = *state_.accentColorID;
+    return snapshot;
+}
+
+void WorkspaceController::pushUndoSnapshot(std::optional<WorkspaceUndoSnapshot> snapshot) {
+    if (!snapshot) closeFocusMode();
+    focusZoomSnapshot_.reset();
+    undo_.push(snapshot ? std::move(*snapshot) : captureUndoSnapshot());
+    state_.canUndo.set(true);
+}
+
+bool WorkspaceController::undoLastAction() {
+    auto snapshot = undo_.takeNewest();
+    if (!snapshot) return false;
+    if (focusZoomSnapshot_) undo_.restore(std::move(historyBeforeFocusMode_));
+    focusZoomSnapshot_.reset();
+    ++autoArrangeGeneration_; // what an arrangement still had to do is undone with it
+    restoreUndoSnapshot(*snapshot);
+    state_.canUndo.set(!undo_.isEmpty());
+    showStatusMessage("Last window action undone");
+    return true;
+}
+
+void WorkspaceController::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot) {
+    state_.focusMode.set(std::nullopt);
+    assignments_ = {snapshot.assignedWindowIDs, snapshot.stackWindowIDsByTarget, snapshot.placementAnchors};
+    publishAssignments();
+    state_.profile.set(snapshot.profile);
+    saveProfile(services_.preferences, snapshot.profile);
+    state_.accentColorID.set(snapshot.accentColorID);
+    services_.preferences.setValue(preferenceKey::accentColor, snapshot.accentColorID);
+    layouts_.invalidateAll();
+    state_.layoutRevision.set(*state_.layoutRevision + 1);
+    for (ManagedWindow& window : liveWindows_) {
+        const bool wasVisible = snapshot.visibleWindowIDs.contains(window.id);
+        if (wasVisible) windowService_->unhideApplication(window.processIdentifier);
+        if (snapshot.minimizedWindowIDs.contains(window.id)) {
+            minimizeWindow(window);
+        } else {
+            windowService_->unminimize(window);
+            window.isMinimized = false;
+            window.isVisible = wasVisible || window.isVisible;
+        }
+        const auto frame = snapshot.windowFrames.find(window.id);
+        if (frame != snapshot.windowFrames.end()) {
+            writeFrame(window, frame->second, AccessibilityWindowService::BringToFront::no);
+        }
+    }
+    services_.accessibility.flush();
+    refresh();
+}
+
+bool WorkspaceController::toggleFocusMode() {
+    if (!focusZoomSnapshot_) return enterFocusMode();
+    leaveFocusMode();
+    showStatusMessage("Focus Mode closed — workspace restored");
+    return true;
+}
+
+bool WorkspaceController::enterFocusMode() {
+    const auto start = startingPoint();
+    if (!start || !requirePermission()) return false;
+    const Screen* screen = screenOf(start->displayID);
+    if (!screen) return false;
+    if (layouts_.resolve(*screen, *state_.profile, catalogue()).slots.size() < 2) {
+        return refuse("This display already uses a single-pane layout");
+    }
+    const LayoutDefinition* zoom = findLayout(builtInLayouts(), kZoomLayoutID);
+    const SolvedLayout solved = solveDefinition(*zoom, {}, screen->visibleFrame.size, state_.profile->tileInset);
+    const CGRect cell = kova::tileFrameOnScreen(solved.frames.front(), screen->visibleFrame);
+    const CGRect frame = flipped(insetBy(cell, state_.profile->tileInset), firstScreenMaxY());
+
+    auto snapshot = captureUndoSnapshot();
+    historyBeforeFocusMode_ = undo_.entries();
+    pushUndoSnapshot(snapshot);
+    focusZoomSnapshot_ = std::move(snapshot);
+    state_.focusMode.set(WorkspaceFocusMode{start->displayID, start->targetID, start->window.id});
+    state_.layoutRevision.set(*state_.layoutRevision + 1);
+    writeFrame(start->window, frame, AccessibilityWindowService::BringToFront::yes);
+    services_.accessibility.flush();
+    showStatusMessage("Focus Mode — " + start->window.applicationName + " owns this display");
+    return true;
+}
+
+bool WorkspaceController::leaveFocusMode() {
+    if (!focusZoomSnapshot_) return false;
+    const WorkspaceUndoSnapshot snapshot = std::move(*focusZoomSnapshot_);
+    focusZoomSnapshot_.reset();
+    restoreUndoSnapshot(snapshot);
+    undo_.restore(std::move(historyBeforeFocusMode_));
+    state_.canUndo.set(!undo_.isEmpty());
+    return true;
+}
+
+void WorkspaceController::closeFocusMode() {
+    (void)leaveFocusMode();
+}
+
+} // namespace kova
