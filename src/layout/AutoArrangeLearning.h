@@ -19,7 +19,8 @@ std::string_view describe(AutoArrangeAppRole role);
 
 AutoArrangeAppRole classifyApplication(std::string_view name, const std::optional<std::string>& bundleIdentifier);
 
-/// Under which an application is remembered: its bundle identifier in lower case, else "name:" and its name in lower case.
+/// Under which an application is remembered: its bundle identifier in lower case, else "name:" and its name in lower
+/// case.
 std::string applicationKey(std::string_view name, const std::optional<std::string>& bundleIdentifier);
 
 /// The slot id under which learning carries over between layouts.
@@ -34,15 +35,16 @@ struct AutoArrangeLearningModel {
         bool operator==(const AppLearning&) const = default;
     };
     struct LayoutLearning {
-        std::map<std::string, AppLearning> applications;    // by application key
+        std::map<std::string, AppLearning> applications; // by application key
         bool operator==(const LayoutLearning&) const = default;
     };
-    std::map<std::string, LayoutLearning> layouts;    // by layout id
+    std::map<std::string, LayoutLearning> layouts; // by layout id
 
-    /// How much the application is at home in the slot, from 0 to 1: the slot's share of the weight learnt on this layout,
-    /// else the share that other layouts give to slots of the same canonical id, halved.
+    /// How much the application is at home in the slot, from 0 to 1: the slot's share of the weight learnt on this
+    /// layout, else the share that other layouts give to slots of the same canonical id, halved.
     double preference(const std::string& layoutID, const std::string& applicationKey, std::string_view slotID) const;
-    /// One more placement of the application in the slot. Older weights fade, so that a new habit wins in a few rounds.
+    /// One more placement of the application in the slot: its weight rises by 1, those of the layout's other slots fade
+    /// to 0.7 of what they were and are forgotten below 0.001, so that a new habit wins in a few rounds.
     void learn(const std::string& layoutID, const std::string& applicationKey, const std::string& slotID);
     bool operator==(const AutoArrangeLearningModel&) const = default;
 };

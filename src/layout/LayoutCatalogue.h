@@ -23,7 +23,7 @@ LayoutDisplayClass classifyDisplay(CGSize visibleSize);
 struct LayoutDefinition {
     std::string id;
     std::string name;
-    std::vector<TileSlot> slots;                 // tree order
+    std::vector<TileSlot> slots; // tree order
     LayoutDisplayClass displayClass = LayoutDisplayClass::standard;
     std::optional<LayoutNode> tree;
     LayoutMetrics metrics;
@@ -46,7 +46,7 @@ const LayoutDefinition* findLayout(const std::vector<LayoutDefinition>& catalogu
 
 /// The definition's tiles on an area of this size: solved from its tree, or its stored slots scaled when it has none
 /// (then without dividers).
-SolvedLayout solveDefinition(const LayoutDefinition& definition, const TileMinimumSizes& minimumSizes,
-                             CGSize areaSize, double tileInset);
+SolvedLayout solveDefinition(const LayoutDefinition& definition, const TileMinimumSizes& minimumSizes, CGSize areaSize,
+                             double tileInset);
 
 } // namespace kova

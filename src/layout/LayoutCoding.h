@@ -1,4 +1,5 @@
-// JSON of the layout records, used wherever one of them is stored. Geometry is nested arrays: [[x, y], [width, height]].
+// JSON of the layout records, used wherever one of them is stored. Geometry is nested arrays: [[x, y], [width,
+// height]].
 #pragma once
 
 #include "layout/LayoutCatalogue.h"

@@ -1,5 +1,5 @@
-// From a tree and an area to tile frames and dividers. Pure arithmetic; every frame is in layout space: points, origin at
-// the area's top left corner, y growing downwards.
+// From a tree and an area to tile frames and dividers. Pure arithmetic; every frame is in layout space: points, origin
+// at the area's top left corner, y growing downwards.
 #pragma once
 
 #include "layout/LayoutTree.h"
@@ -13,11 +13,11 @@
 
 namespace kova {
 
-inline constexpr double kTileFooterAllowance = 28;     // points under every tile, for its footer
+inline constexpr double kTileFooterAllowance = 28; // points under every tile, for its footer
 inline constexpr double kWeightFloor = 0.000001;
-inline constexpr double kMinimumFitTolerance = 0.5;    // points
+inline constexpr double kMinimumFitTolerance = 0.5; // points
 inline constexpr double kFractionalTieTolerance = 0.000000001;
-inline constexpr double kSlotInset = 5;                // points, the inset with which definitions solve their slots
+inline constexpr double kSlotInset = 5; // points, the inset with which definitions solve their slots
 
 /// One tile of a layout. The normalized frame is a rectangle in the unit square of its area.
 struct TileSlot {
@@ -32,9 +32,9 @@ struct LayoutDivider {
     std::string splitID;
     int boundaryIndex = 0;
     LayoutAxis axis = LayoutAxis::horizontal;
-    CGRect frame{};                              // layout space, the gap between the two branches
-    std::vector<double> branchLengths;           // points along the axis, integral
-    std::vector<double> branchMinimumLengths;    // points along the axis
+    CGRect frame{};                           // layout space, the gap between the two branches
+    std::vector<double> branchLengths;        // points along the axis, integral
+    std::vector<double> branchMinimumLengths; // points along the axis
     bool operator==(const LayoutDivider&) const = default;
 };
 
@@ -49,10 +49,10 @@ struct DisplayLayoutDivider {
 using TileMinimumSizes = std::unordered_map<std::string, CGSize>;
 
 struct SolvedLayout {
-    std::vector<TileSlot> slots;                  // tree order, one per leaf that received a frame
-    std::vector<CGRect> frames;                   // the slots' cells in layout space, in the same order
-    std::set<std::string> unsatisfiedTileIDs;     // tiles smaller than their window's minimum, and unknown ids
-    std::vector<LayoutDivider> dividers;          // depth first
+    std::vector<TileSlot> slots;              // tree order, one per leaf that received a frame
+    std::vector<CGRect> frames;               // the slots' cells in layout space, in the same order
+    std::set<std::string> unsatisfiedTileIDs; // tiles smaller than their window's minimum, and unknown ids
+    std::vector<LayoutDivider> dividers;      // depth first
     bool operator==(const SolvedLayout&) const = default;
 };
 
@@ -80,12 +80,16 @@ class LayoutSolver {
 SolvedLayout solveSlots(const LayoutNode& tree, const TileMinimumSizes& minimumSizes, CGSize referenceSize,
                         const LayoutMetrics& metrics, double tileInset);
 
+/// True when a window of this minimum size fits the tile's frame with the inset on each side, all in points. A minimum
+/// that is not a number never fits.
+bool holdsWindow(const CGRect& tileFrame, CGSize minimumSize, double tileInset);
+
 /// The smallest extent in points that the node needs along the axis.
 double minimumLength(const LayoutNode& node, LayoutAxis axis, const TileMinimumSizes& minimumSizes,
                      const LayoutMetrics& metrics, double tileInset);
 
-/// The length of each branch along its split: by weight, none below its minimum unless the minimums do not fit together,
-/// in which case they are ignored altogether.
+/// The length of each branch along its split: by weight, none below its minimum unless the minimums do not fit
+/// together, in which case they are ignored altogether.
 std::vector<double> distributeLengths(std::span<const double> weights, std::span<const double> minimums,
                                       double available);
 /// Whole points that sum to the rounded `available`, unless they already exceed it; missing points go to the larger

@@ -13,7 +13,7 @@
 
 namespace kova {
 
-enum class LayoutAxis { horizontal, vertical };   // a row along x, a column along y
+enum class LayoutAxis { horizontal, vertical }; // a row along x, a column along y
 
 /// "horizontal" or "vertical".
 std::string_view rawValue(LayoutAxis axis);
@@ -43,9 +43,9 @@ struct LayoutBranch {
 };
 
 struct LayoutMetrics {
-    double outerMargin = 10;                  // points kept free at the four sides of the area
-    double columnGutter = 12;                 // points between neighbouring branches
-    CGSize minimumTileSize{320, 220};         // points, the smallest tile that the solver tries to keep
+    double outerMargin = 10;          // points kept free at the four sides of the area
+    double columnGutter = 12;         // points between neighbouring branches
+    CGSize minimumTileSize{320, 220}; // points, the smallest tile that the solver tries to keep
     bool operator==(const LayoutMetrics&) const = default;
 };
 

@@ -23,8 +23,8 @@ struct DisplayTileTarget {
 };
 
 struct TileSpan {
-    std::vector<TileSlot> slots;    // layout order
-    CGRect normalizedFrame{};       // unit square of the display
+    std::vector<TileSlot> slots; // layout order
+    CGRect normalizedFrame{};    // unit square of the display
     bool operator==(const TileSpan&) const = default;
 };
 

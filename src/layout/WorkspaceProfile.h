@@ -16,7 +16,7 @@ namespace kova {
 
 /// The layout chosen for a display: the pick for its class, or a named one.
 struct DisplayLayoutSelection {
-    std::optional<std::string> layoutID;    // absent: automatic
+    std::optional<std::string> layoutID; // absent: automatic
 
     static DisplayLayoutSelection automatic() { return {}; }
     static DisplayLayoutSelection layout(std::string id) { return {std::move(id)}; }
@@ -27,13 +27,13 @@ struct WorkspaceProfile {
     Uuid id = Uuid::random();
     std::string name = "My Workspace";
     std::string themeID = "kova.native";
-    std::string layoutID = "jarvis.command-center";    // where a display has no selection of its own
+    std::string layoutID = "jarvis.command-center"; // where a display has no selection of its own
     std::map<std::string, DisplayLayoutSelection> layoutSelectionsByDisplay;
-    double tileInset = 5;    // points on each side between a tile's cell and the window in it
+    double tileInset = 5; // points on each side between a tile's cell and the window in it
     bool autoArrangeOnLaunch = false;
     std::map<std::string, std::string> preferredApplications;
-    std::map<std::string, CGSize> applicationMinimumSizes;    // by application key
-    std::map<std::string, std::map<std::string, LayoutWeightOverrides>> layoutWeightsByDisplay;    // display, layout
+    std::map<std::string, CGSize> applicationMinimumSizes;                                      // by application key
+    std::map<std::string, std::map<std::string, LayoutWeightOverrides>> layoutWeightsByDisplay; // display, layout
 
     /// The weights stored for the display and layout; empty when there are none.
     LayoutWeightOverrides weights(const std::string& displayID, const std::string& layoutIdentifier) const;

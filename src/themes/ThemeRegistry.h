@@ -31,7 +31,7 @@ struct ThemeDescriptor {
     std::string displayName;
     ThemeVisualStyle visualStyle = ThemeVisualStyle::native;
     ThemePalette palette;
-    std::vector<LayoutDefinition> layouts;    // catalogue order
+    std::vector<LayoutDefinition> layouts; // catalogue order
     bool operator==(const ThemeDescriptor&) const = default;
 };
 

@@ -1,0 +1,138 @@
+#include "layout/BranchLengths.h"
+
+#include "layout/LayoutSolver.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+
+namespace kova {
+
+namespace {
+
+constexpr double kHeaviestWeight = 1e200;
+constexpr double kLongestLength = 1e15;
+
+/// Without the call that std::floor costs on processors that round by software; for usable lengths of at least 0.
+double wholePart(double points) {
+    return static_cast<double>(static_cast<std::int64_t>(points));
+}
+
+/// Gives every branch its share of what the pinned ones leave, and pins those whose minimum is not met by it. Each pass
+/// but the last pins a branch.
+void shareOutAroundMinimums(std::span<const double> weights, std::span<const double> minimums, double available,
+                            double totalWeight, std::span<double> lengths, std::vector<unsigned char>& pinned) {
+    const std::size_t count = weights.size();
+    pinned.assign(count, 0);
+    double remaining = available;
+    double activeWeight = totalWeight;
+    for (std::size_t active = count; active > 0;) {
+        double remainingAfterPass = remaining;
+        double activeWeightAfterPass = 0;
+        std::size_t activeAfterPass = 0;
+        for (std::size_t i = 0; i < count; ++i) {
+            if (pinned[i]) continue;
+            const double share = remaining * weights[i] / activeWeight;
+            if (share < minimums[i]) {
+                pinned[i] = 1;
+                lengths[i] = minimums[i];
+                remainingAfterPass -= minimums[i];
+            } else {
+                lengths[i] = share;
+                activeWeightAfterPass += weights[i];
+                ++activeAfterPass;
+            }
+        }
+        if (activeAfterPass == active) return;
+        remaining = remainingAfterPass;
+        activeWeight = activeWeightAfterPass;
+        active = activeAfterPass;
+    }
+    const double surplus = available - std::accumulate(minimums.begin(), minimums.end(), 0.0);
+    if (surplus <= 0) return;
+    for (std::size_t i = 0; i < count; ++i) lengths[i] += surplus * (weights[i] / totalWeight);
+}
+
+/// Larger fractions first. Fractions that follow each other within the tolerance form a tie, in which the lower branch
+/// comes first: compared pair by pair, "nearly equal" would not be an order.
+void putInRoundingOrder(std::vector<RoundingCandidate>& candidates) {
+    std::sort(candidates.begin(), candidates.end(), [](const RoundingCandidate& a, const RoundingCandidate& b) {
+        return a.fraction != b.fraction ? a.fraction > b.fraction : a.branch < b.branch;
+    });
+    const auto byBranch = [](const RoundingCandidate& a, const RoundingCandidate& b) { return a.branch < b.branch; };
+    for (auto tie = candidates.begin(); tie != candidates.end();) {
+        auto end = tie + 1;
+        while (end != candidates.end() && (end - 1)->fraction - end->fraction <= kFractionalTieTolerance) ++end;
+        std::sort(tie, end, byBranch);
+        tie = end;
+    }
+}
+
+} // namespace
+
+double raisedToFloor(double weight) {
+    return weight > kWeightFloor ? weight : kWeightFloor;
+}
+
+double usableWeight(double weight) {
+    return std::min(raisedToFloor(weight), kHeaviestWeight);
+}
+
+double usableLength(double points) {
+    return std::isfinite(points) ? std::clamp(points, -kLongestLength, kLongestLength) : 0;
+}
+
+double usableMinimum(double points) {
+    return std::isnan(points) ? 0 : std::max(points, -kLongestLength);
+}
+
+double roundedLength(double points) {
+    const double whole = static_cast<double>(static_cast<std::int64_t>(points));
+    return whole == points ? points : std::round(points);
+}
+
+double gapBetweenBranches(LayoutAxis axis, double columnGutter) {
+    const double gutter = usableLength(columnGutter);
+    return std::round(axis == LayoutAxis::horizontal ? gutter : gutter + kTileFooterAllowance);
+}
+
+double minimumLengthOfTile(double observedMinimum, double minimumTileLength, double tileInset) {
+    return std::max(usableMinimum(observedMinimum) + 2 * usableLength(tileInset), usableMinimum(minimumTileLength));
+}
+
+void distribute(std::span<const double> weights, std::span<const double> minimums, double available,
+                std::span<double> lengths, BranchLengthsScratch& scratch) {
+    const double totalWeight = std::accumulate(weights.begin(), weights.end(), 0.0);
+    const double totalMinimum = std::accumulate(minimums.begin(), minimums.end(), 0.0);
+    if (totalMinimum > available) {
+        for (std::size_t i = 0; i < weights.size(); ++i) lengths[i] = weights[i] / totalWeight * available;
+        return;
+    }
+    shareOutAroundMinimums(weights, minimums, available, totalWeight, lengths, scratch.pinned);
+}
+
+void roundToWholePoints(std::span<double> lengths, double available, BranchLengthsScratch& scratch) {
+    auto& order = scratch.rounding;
+    order.clear();
+    double total = 0;
+    for (std::size_t i = 0; i < lengths.size(); ++i) {
+        const double length = std::max(lengths[i], 0.0);
+        lengths[i] = wholePart(length);
+        total += lengths[i];
+        order.push_back({length - lengths[i], static_cast<std::uint32_t>(i)});
+    }
+    const double missing = roundedLength(available) - total;
+    if (missing <= 0 || lengths.empty()) return;
+    putInRoundingOrder(order);
+    const double rounds = std::floor(missing / static_cast<double>(lengths.size()));
+    auto extra = static_cast<std::size_t>(missing - rounds * static_cast<double>(lengths.size()));
+    for (const auto& candidate : order) {
+        lengths[candidate.branch] += rounds;
+        if (extra > 0) {
+            lengths[candidate.branch] += 1;
+            --extra;
+        }
+    }
+}
+
+} // namespace kova

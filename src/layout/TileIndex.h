@@ -1,0 +1,53 @@
+// Finds the tiles of a tree by their ids. Ids stay from tree to tree, so that the same tiles again cost a comparison
+// each and nothing is hashed or allocated.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kova {
+
+class TileIndex {
+  public:
+    static constexpr std::uint32_t kNone = UINT32_MAX;
+
+    /// Forgets the tiles; call `add` for each tile of the tree, then `finish`.
+    void begin();
+    void add(const std::string& id) {
+        if (count_ == ids_.size()) {
+            ids_.emplace_back(id);
+            changed_ = true;
+        } else if (ids_[count_] != id) {
+            ids_[count_] = id;
+            changed_ = true;
+        }
+        ++count_;
+    }
+    void finish();
+
+    std::uint32_t size() const { return count_; }
+    std::string_view id(std::uint32_t tile) const { return ids_[tile]; }
+    /// The first tile with the id, in the order of `add`; kNone when there is none. `guess` is tried first.
+    std::uint32_t find(std::string_view id, std::uint32_t guess = kNone) const {
+        return guess < count_ && ids_[guess] == id && !hasDuplicates_ ? guess : lookUp(id);
+    }
+    /// The next tile with the id of this one, or kNone.
+    std::uint32_t nextWithSameID(std::uint32_t tile) const { return next_[tile]; }
+    bool hasDuplicates() const { return hasDuplicates_; }
+
+  private:
+    std::uint32_t lookUp(std::string_view id) const;
+    std::uint32_t& bucket(std::string_view id);
+
+    std::vector<std::string> ids_; // those beyond `count_` are kept for their memory
+    std::vector<std::uint32_t> next_;
+    std::vector<std::uint32_t> buckets_; // open addressing, a power of two of at least twice the tiles
+    std::uint32_t count_ = 0;
+    std::uint32_t indexed_ = 0; // tiles at the last `finish`
+    bool changed_ = false;
+    bool hasDuplicates_ = false;
+};
+
+} // namespace kova

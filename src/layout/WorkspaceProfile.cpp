@@ -1,0 +1,23 @@
+#include "layout/WorkspaceProfile.h"
+
+#include "layout/LayoutCoding.h"
+
+namespace kova {
+
+LayoutWeightOverrides WorkspaceProfile::weights(const std::string& displayID,
+                                                const std::string& layoutIdentifier) const {
+    const auto display = layoutWeightsByDisplay.find(displayID);
+    if (display == layoutWeightsByDisplay.end()) return {};
+    const auto layout = display->second.find(layoutIdentifier);
+    return layout == display->second.end() ? LayoutWeightOverrides{} : layout->second;
+}
+
+std::string encodeWorkspaceProfile(const WorkspaceProfile& profile) {
+    return encode(profile).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
+Decoded<WorkspaceProfile> decodeWorkspaceProfile(std::string_view json) {
+    return decodeJson(json, [](const JsonCursor& at) { return decodeWorkspaceProfile(at); });
+}
+
+} // namespace kova
