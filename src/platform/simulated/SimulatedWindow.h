@@ -22,20 +22,20 @@ enum class InnerElements {
 
 /// How a window is opened and how it behaves. All habits may be combined.
 struct WindowTraits {
-    std::optional<CGRect> frame;      // desktop space; absent: somewhere on the first display
-    std::optional<std::string> title; // absent: the window's label
+    std::optional<CGRect> frame{};      // desktop space; absent: somewhere on the first display
+    std::optional<std::string> title{}; // absent: the window's label
     std::string role = "AXWindow";
     std::optional<std::string> subrole = "AXStandardWindow";
-    std::set<AccessibilityAttribute> unreadable;
+    std::set<AccessibilityAttribute> unreadable{};
     InnerElements inside = InnerElements::nested;
     int layer = 0;
     int virtualDesktop = 0;
     bool isMinimized = false;
 
-    std::optional<CGSize> minimumSize;       // kept, and told to who asks
-    std::optional<CGSize> otherMinimumSize;  // told under the attribute's other name, and not kept
-    std::optional<CGSize> secretMinimumSize; // kept, and told to nobody
-    std::optional<CGSize> maximumSize;
+    std::optional<CGSize> minimumSize{};       // kept, and told to who asks
+    std::optional<CGSize> otherMinimumSize{};  // told under the attribute's other name, and not kept
+    std::optional<CGSize> secretMinimumSize{}; // kept, and told to nobody
+    std::optional<CGSize> maximumSize{};
     CGSize cell{}; // sizes are whole cells, as in a terminal; 0: any size
     bool refusesToMove = false;
     bool refusesToResize = false;

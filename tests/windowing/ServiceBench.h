@@ -1,0 +1,29 @@
+// The window service alone on a simulated desktop.
+#pragma once
+
+#include "platform/simulated/SimulatedDesktop.h"
+#include "windowing/AccessibilityWindowService.h"
+
+#include <stdexcept>
+
+namespace kova {
+
+struct ServiceBench {
+    ServiceBench() {
+        desktop.addDisplay({.name = "Left"});
+        desktop.launch("Mail");
+    }
+
+    ManagedWindow managed(std::string_view label) const {
+        for (auto& window : service.enumerateWindows()) {
+            if (window.id == desktop.windowIDOf(label)) return window;
+        }
+        throw std::out_of_range("not listed: " + std::string(label));
+    }
+    std::string frameOf(std::string_view label) const { return describeFrame(desktop.window(label).frame); }
+
+    SimulatedDesktop desktop;
+    AccessibilityWindowService service{desktop, desktop, desktop, desktop.queue()};
+};
+
+} // namespace kova

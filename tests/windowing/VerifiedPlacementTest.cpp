@@ -1,0 +1,217 @@
+#include "tests/windowing/ServiceBench.h"
+
+#include <gtest/gtest.h>
+
+namespace kova {
+
+namespace {
+
+using BringToFront = AccessibilityWindowService::BringToFront;
+
+constexpr const char* kPositionFirst = "Mail: AXPosition 100,100, AXSize 600x400, AXSize 600x400, AXPosition 100,100\n";
+constexpr const char* kSizeFirst = "Mail: AXSize 600x400, AXPosition 100,100, AXSize 600x400, AXPosition 100,100\n";
+const CGRect kTarget = makeRect(100, 100, 600, 400);
+
+struct PlacementBench : ServiceBench {
+    explicit PlacementBench(WindowTraits traits, BringToFront bringToFront = BringToFront::no) {
+        if (!traits.frame) traits.frame = makeRect(900, 300, 800, 500);
+        desktop.open("Mail", std::move(traits));
+        request(kTarget, bringToFront);
+    }
+    void request(const CGRect& target, BringToFront bringToFront = BringToFront::no) {
+        service.setFrame(managed("Mail"), target, bringToFront,
+                         [this](CGRect frame) { reported += describeFrame(frame) + ";"; });
+    }
+    /// What was done until `seconds` after the request.
+    std::string journalUntil(double seconds) {
+        desktop.queue().advance(Seconds(seconds) - passed);
+        passed = Seconds(seconds);
+        return desktop.takeJournal();
+    }
+    bool isPending() const { return service.pendingFrame(desktop.windowIDOf("Mail")).has_value(); }
+
+    std::string reported;
+    Seconds passed{0};
+};
+
+TEST(VerifiedPlacement, WindowThatObeysIsWrittenOnce) {
+    PlacementBench bench({});
+    EXPECT_EQ(bench.journalUntil(0), kPositionFirst);
+    EXPECT_EQ(bench.service.pendingFrame(bench.desktop.windowIDOf("Mail")), kTarget);
+    EXPECT_EQ(bench.journalUntil(0.64), "");
+    EXPECT_TRUE(bench.isPending());
+    EXPECT_EQ(bench.journalUntil(5), "");
+    EXPECT_FALSE(bench.isPending());
+    EXPECT_EQ(bench.desktop.window("Mail").frameWriteCount, 1);
+    EXPECT_EQ(bench.desktop.queue().pendingCount(), 0u);
+}
+
+TEST(VerifiedPlacement, PassesComeOnTimeAndAlternate) {
+    PlacementBench bench({.refusesToMove = true});
+    EXPECT_EQ(bench.journalUntil(0.059), kPositionFirst);
+    EXPECT_EQ(bench.journalUntil(0.06), kSizeFirst);
+    EXPECT_EQ(bench.journalUntil(0.159), "");
+    EXPECT_EQ(bench.journalUntil(0.16), kPositionFirst);
+    EXPECT_EQ(bench.journalUntil(0.339), "");
+    EXPECT_EQ(bench.journalUntil(0.34), kSizeFirst);
+    EXPECT_EQ(bench.journalUntil(0.649), "");
+    // After the last correction it is drawn in as well, which is one more wish.
+    EXPECT_EQ(bench.journalUntil(0.65), std::string(kPositionFirst) + kSizeFirst);
+    EXPECT_EQ(bench.journalUntil(9), "");
+}
+
+TEST(VerifiedPlacement, TwoPointsAreNearEnough) {
+    struct Case {
+        const char* why;
+        CGRect rests;
+        const char* written;
+    };
+    const Case cases[] = {
+        {"1.5 points beside", makeRect(101.5, 98.5, 600, 400), ""},
+        {"3 points beside", makeRect(103, 100, 600, 400), kSizeFirst},
+        {"3 points above", makeRect(100, 97, 600, 400), kSizeFirst},
+        {"2 points larger", makeRect(100, 100, 602, 402), ""},
+        {"2 points larger and 1 beside: sticks out by 3", makeRect(101, 100, 602, 400), kSizeFirst},
+        {"3 points smaller", makeRect(100, 100, 600, 397), kSizeFirst},
+        {"3 points larger", makeRect(100, 100, 603, 400), kSizeFirst},
+    };
+    for (const auto& [why, rests, written] : cases) {
+        PlacementBench bench({});
+        bench.desktop.takeJournal();
+        bench.desktop.moveByHand("Mail", rests);
+        EXPECT_EQ(bench.journalUntil(0.65), written) << why;
+        EXPECT_EQ(bench.frameOf("Mail"), *written ? "100,100 600x400" : describeFrame(rests)) << why;
+        EXPECT_EQ(bench.reported, "") << why;
+    }
+}
+
+TEST(VerifiedPlacement, WindowThatDoesNotShrinkIsReportedOnce) {
+    // Brought to the front, and yet neither written nor raised on the last pass.
+    PlacementBench bench({.secretMinimumSize = CGSize{900, 200}}, BringToFront::yes);
+    const std::string asked = kPositionFirst;
+    EXPECT_EQ(bench.journalUntil(0), asked + "Mail: unhide\nMail: AXRaise\nMail: activate\n");
+    EXPECT_EQ(bench.journalUntil(0.64), std::string(kSizeFirst) + kPositionFirst + kSizeFirst);
+    EXPECT_EQ(bench.reported, "");
+    EXPECT_EQ(bench.journalUntil(5), "");
+    EXPECT_EQ(bench.reported, "100,100 900x400;");
+}
+
+TEST(VerifiedPlacement, WindowThatCannotFillItsTargetRestsInsideIt) {
+    // Cells of 130 x 90 points leave 520 x 360, dragged to where they stick out below.
+    PlacementBench bench({.cell = CGSize{130, 90}});
+    bench.journalUntil(0.64);
+    bench.desktop.moveByHand("Mail", makeRect(150, 150, 520, 360));
+    EXPECT_EQ(bench.journalUntil(5), kPositionFirst);
+    EXPECT_EQ(bench.frameOf("Mail"), "100,100 520x360") << "the corner of the target was still granted";
+
+    // It has not answered yet when the last pass looks again: it is drawn in from where it lies.
+    PlacementBench stubborn({.maximumSize = CGSize{520, 360}, .answersAfter = Seconds(10)});
+    stubborn.journalUntil(0.64);
+    stubborn.desktop.moveByHand("Mail", makeRect(250, 80, 520, 360));
+    EXPECT_EQ(stubborn.journalUntil(0.65),
+              std::string(kPositionFirst) +
+                  "Mail: AXSize 520x360, AXPosition 180,100, AXSize 520x360, AXPosition 180,100\n");
+}
+
+TEST(VerifiedPlacement, NewerRequestEndsThePassesOfTheOlder) {
+    PlacementBench bench({.secretMinimumSize = CGSize{900, 700}});
+    bench.journalUntil(0.3);
+    bench.request(makeRect(0, 0, 500, 300));
+    bench.desktop.takeJournal();
+    const std::string written = bench.journalUntil(5);
+    EXPECT_EQ(written.find("600x400"), std::string::npos) << written;
+    EXPECT_EQ(std::count(written.begin(), written.end(), '\n'), 3);
+    EXPECT_EQ(bench.reported, "0,0 900x700;");
+}
+
+TEST(VerifiedPlacement, BringsToTheFrontAndRaisesAgainOnlyAfterALateCorrection) {
+    PlacementBench bench({.isMinimized = true}, BringToFront::yes);
+    EXPECT_EQ(bench.journalUntil(0.64),
+              std::string(kPositionFirst) + "Mail: unhide\nMail: AXMinimized false\nMail: AXRaise\nMail: activate\n");
+    bench.desktop.moveByHand("Mail", makeRect(0, 0, 600, 400));
+    EXPECT_EQ(bench.journalUntil(5), std::string(kPositionFirst) + "Mail: AXRaise\n");
+
+    // Put away after the snapshot was taken: it comes back all the same.
+    const auto snapshot = bench.managed("Mail");
+    bench.desktop.minimizeByHand("Mail");
+    bench.service.setFrame(snapshot, kTarget, BringToFront::yes, {});
+    EXPECT_FALSE(bench.desktop.window("Mail").isMinimized);
+    EXPECT_EQ(bench.journalUntil(10),
+              std::string(kPositionFirst) + "Mail: unhide\nMail: AXMinimized false\nMail: AXRaise\nMail: activate\n")
+        << "on target on the last pass: not raised again";
+}
+
+TEST(VerifiedPlacement, OutlastsAwkwardWindows) {
+    struct Case {
+        const char* why;
+        WindowTraits traits;
+    };
+    const Case cases[] = {
+        {"answers late", {.answersAfter = Seconds(0.2)}},
+        {"clamps against the display", {.frame = makeRect(2000, 900, 500, 500), .clampsToDisplay = true}},
+        {"returns twice to where it was", {.springsBackTimes = 2}},
+    };
+    for (const auto& [why, traits] : cases) {
+        PlacementBench bench(traits);
+        bench.journalUntil(3);
+        EXPECT_EQ(bench.frameOf("Mail"), "100,100 600x400") << why;
+        EXPECT_EQ(bench.reported, "") << why;
+    }
+}
+
+TEST(VerifiedPlacement, SurvivesWindowsThatVanishAndTheEndOfTheService) {
+    PlacementBench bench({.refusesToMove = true, .vanishesAtWrite = 2});
+    bench.journalUntil(5);
+    EXPECT_EQ(bench.desktop.picture(), "");
+    EXPECT_EQ(bench.reported, "");
+
+    SimulatedDesktop desktop;
+    desktop.addDisplay({.name = "Left"});
+    desktop.launch("Mail");
+    desktop.open("Mail", {.refusesToMove = true});
+    {
+        AccessibilityWindowService service(desktop, desktop, desktop, desktop.queue());
+        const auto window = service.enumerateWindows().front();
+        service.setFrame(window, kTarget, BringToFront::no, {});
+        service.restoreAndFocus(window);
+    }
+    desktop.takeJournal();
+    desktop.queue().advance(Seconds(5));
+    EXPECT_EQ(desktop.takeJournal(), "");
+}
+
+TEST(VerifiedPlacement, ReportMayAskForANewFrameAtOnce) {
+    PlacementBench bench({.secretMinimumSize = CGSize{900, 700}});
+    const auto window = bench.managed("Mail");
+    bench.service.setFrame(window, kTarget, BringToFront::no, [&](CGRect) {
+        bench.service.setFrame(window, makeRect(0, 0, 1000, 800), BringToFront::no, {});
+    });
+    bench.journalUntil(0.7);
+    EXPECT_TRUE(bench.isPending());
+    bench.journalUntil(5);
+    EXPECT_EQ(bench.frameOf("Mail"), "0,0 1000x800");
+}
+
+TEST(InteractivePlacement, WritesOnceInTheOrderThatAvoidsClamping) {
+    struct Case {
+        const char* why;
+        CGRect target;
+        const char* written;
+    };
+    const Case cases[] = {
+        {"grows", makeRect(10, 10, 700, 500), "Mail: AXPosition 10,10, AXSize 700x500\n"},
+        {"keeps its size", makeRect(10, 10, 599.6, 399.5), "Mail: AXPosition 10,10, AXSize 599.6x399.5\n"},
+        {"shrinks", makeRect(10, 10, 599, 700), "Mail: AXSize 599x700, AXPosition 10,10\n"},
+    };
+    for (const auto& [why, target, written] : cases) {
+        PlacementBench bench({.refusesToMove = true});
+        bench.journalUntil(0.05);
+        bench.service.setFrameInteractive(bench.managed("Mail"), target);
+        EXPECT_FALSE(bench.isPending()) << why;
+        EXPECT_EQ(bench.journalUntil(5), written) << why << ": the passes of the placement are over";
+    }
+}
+
+} // namespace
+
+} // namespace kova

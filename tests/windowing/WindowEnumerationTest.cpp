@@ -1,0 +1,218 @@
+#include "tests/windowing/ServiceBench.h"
+#include "windowing/VisibilityMatching.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace kova {
+
+namespace {
+
+/// "Mail/Inbox 100,100 800x600 visible, Mail/Draft 0,0 300x300 minimized, least 200x100".
+std::string listed(const ServiceBench& bench) {
+    std::string text;
+    for (const auto& window : bench.service.enumerateWindows()) {
+        text += (text.empty() ? "" : ", ") + window.applicationName + "/" + window.title;
+        text += window.frame ? " " + describeFrame(*window.frame) : " nowhere";
+        if (window.isVisible) text += " visible";
+        if (window.isMinimized) text += " minimized";
+        if (window.isFullScreen) text += " full screen";
+        if (window.minimumSize) text += " least " + describeFrame({{0, 0}, *window.minimumSize}).substr(4);
+    }
+    return text;
+}
+
+using enum AccessibilityAttribute;
+
+TEST(WindowEnumeration, ManagesOnlyWhatIsAWindowOfDecentSize) {
+    const CGRect decent = makeRect(10, 20, 300, 200);
+    struct Case {
+        const char* why;
+        WindowTraits traits;
+        const char* expected;
+    };
+    const Case cases[] = {
+        {"ordinary", {.frame = decent}, "Mail/Mail 10,20 300x200 visible"},
+        {"a dialog", {.frame = decent, .subrole = "AXDialog"}, "Mail/Mail 10,20 300x200 visible"},
+        {"no subrole", {.frame = decent, .subrole = std::nullopt}, "Mail/Mail 10,20 300x200 visible"},
+        {"a palette", {.frame = decent, .subrole = "AXFloatingWindow"}, ""},
+        {"a drawer", {.frame = decent, .role = "AXDrawer"}, ""},
+        {"role unreadable", {.frame = decent, .unreadable = {role}}, ""},
+        {"narrow", {.frame = makeRect(0, 0, 119.5, 600)}, ""},
+        {"low", {.frame = makeRect(0, 0, 600, 79.5)}, ""},
+        {"just large enough", {.frame = makeRect(0, 0, 120, 80)}, "Mail/Mail 0,0 120x80 visible"},
+        {"size unreadable", {.frame = makeRect(0, 0, 10, 10), .unreadable = {size}}, "Mail/Mail nowhere"},
+        {"position unreadable", {.frame = decent, .unreadable = {position}}, "Mail/Mail nowhere"},
+        {"frame not a number", {.frame = makeRect(0, 0, std::nan(""), 500)}, "Mail/Mail nowhere"},
+        {"untitled", {.frame = decent, .unreadable = {title}}, "Mail/Untitled Window 10,20 300x200 visible"},
+        {"title empty", {.frame = decent, .title = ""}, "Mail/ 10,20 300x200 visible"},
+        {"state unreadable", {.frame = decent, .unreadable = {minimized}}, "Mail/Mail 10,20 300x200 visible"},
+        {"minimised", {.frame = decent, .isMinimized = true}, "Mail/Mail 10,20 300x200 minimized"},
+        {"elsewhere", {.frame = decent, .virtualDesktop = 1}, "Mail/Mail 10,20 300x200"},
+        {"not an ordinary layer", {.frame = decent, .layer = 3}, "Mail/Mail 10,20 300x200"},
+        {"a minimum", {.frame = decent, .minimumSize = CGSize{80, 60}}, "Mail/Mail 10,20 300x200 visible least 80x60"},
+        {"negative half of a minimum",
+         {.frame = decent, .minimumSize = CGSize{-5, 60}},
+         "Mail/Mail 10,20 300x200 visible least 0x60"},
+        {"empty minimum, then the other name",
+         {.frame = decent, .minimumSize = CGSize{0, -1}, .otherMinimumSize = CGSize{70, 0}},
+         "Mail/Mail 10,20 300x200 visible least 70x0"},
+        {"the first name wins",
+         {.frame = decent, .minimumSize = CGSize{80, 0}, .otherMinimumSize = CGSize{70, 50}},
+         "Mail/Mail 10,20 300x200 visible least 80x0"},
+        {"two empty minimums",
+         {.frame = decent, .minimumSize = CGSize{0, 0}, .otherMinimumSize = CGSize{-1, 0}},
+         "Mail/Mail 10,20 300x200 visible"},
+    };
+    for (const auto& [why, traits, expected] : cases) {
+        ServiceBench bench;
+        bench.desktop.open("Mail", traits);
+        EXPECT_EQ(listed(bench), expected) << why;
+    }
+}
+
+TEST(WindowEnumeration, ListsOrdinaryApplicationsInTheDesktopsOrder) {
+    ServiceBench bench;
+    auto& desktop = bench.desktop;
+    desktop.launch("Chat", {.hasName = false});
+    desktop.launch("Clock", {.activationPolicy = ApplicationActivationPolicy::accessory});
+    desktop.launch("Helper", {.activationPolicy = ApplicationActivationPolicy::prohibited});
+    desktop.launch("KOVA");
+    desktop.launch("Notes");
+    desktop.launch("Leaving");
+    for (const auto* name : {"Notes", "Clock", "Helper", "KOVA", "Leaving", "Chat", "Mail"}) {
+        desktop.open(name, {.frame = makeRect(0, 0, 500, 400)});
+    }
+    desktop.open("Mail", {.title = "Draft"});
+    desktop.beginTerminating("Leaving");
+    desktop.hideByHand("Notes");
+    EXPECT_EQ(listed(bench), "Mail/Mail 0,0 500x400 visible, Mail/Draft 310,310 800x600 visible, "
+                             "App/Chat 0,0 500x400 visible, Notes/Notes 0,0 500x400");
+    desktop.setTrusted(false);
+    EXPECT_EQ(listed(bench), "");
+}
+
+TEST(WindowEnumeration, AsksEachElementOnce) {
+    ServiceBench bench;
+    bench.desktop.launch("Notes");
+    for (int i = 0; i < 3; ++i) bench.desktop.open("Mail");
+    const int before = bench.desktop.readCount();
+    EXPECT_EQ(bench.service.enumerateWindows().size(), 3u);
+    EXPECT_EQ(bench.desktop.readCount() - before, 2 + 3) << "two applications and three windows";
+}
+
+TEST(WindowEnumeration, SilentApplicationCostsItsDeadlineAndNoOther) {
+    ServiceBench bench;
+    auto& desktop = bench.desktop;
+    desktop.launch("Notes");
+    desktop.open("Mail");
+    desktop.open("Notes", {.frame = makeRect(0, 0, 500, 400)});
+    desktop.setAnswering("Mail", false);
+    std::string found;
+    desktop.pollingQueue().post([&] { desktop.queue().post([&, text = listed(bench)] { found = text; }); });
+    desktop.queue().advance(SimulatedDesktop::kReadDeadline - Seconds(0.001));
+    EXPECT_EQ(found, "");
+    desktop.queue().advance(Seconds(0.001));
+    EXPECT_EQ(found, "Notes/Notes 0,0 500x400 visible");
+    EXPECT_TRUE(desktop.brokenPromises().empty()) << desktop.brokenPromises().front();
+}
+
+TEST(WindowEnumeration, IconsFallBack) {
+    ServiceBench bench;
+    const ApplicationIcon none{};
+    bench.desktop.launch("Bundled", {.icon = none, .bundlePath = "/Applications/Bundled.app"});
+    bench.desktop.launch("Strange", {.icon = none, .bundlePath = "/opt/strange"});
+    bench.desktop.launch("Bare", {.icon = none});
+    std::string icons;
+    for (const auto* name : {"Mail", "Bundled", "Strange", "Bare"}) {
+        bench.desktop.open(name);
+        icons += bench.managed(name).icon.name + "|";
+    }
+    EXPECT_EQ(icons, "application|icon of /Applications/Bundled.app|symbol macwindow|symbol macwindow|");
+}
+
+TEST(WindowEnumeration, OneRectangleShowsOneOfTwoTwins) {
+    ServiceBench bench;
+    const CGRect frame = makeRect(50, 50, 700, 500);
+    bench.desktop.open("Mail", {.frame = frame});
+    bench.desktop.open("Mail", {.frame = frame, .virtualDesktop = 2});
+    const auto windows = bench.service.enumerateWindows();
+    ASSERT_EQ(windows.size(), 2u);
+    EXPECT_NE(windows[0].isVisible, windows[1].isVisible);
+    EXPECT_NE(windows[0].id, windows[1].id);
+}
+
+TEST(VisibilityMatching, PrefersTheSameSizeAndServesRectanglesInOrder) {
+    struct Case {
+        const char* why;
+        std::vector<CGRect> windows;
+        std::vector<CGRect> onScreen;
+        std::vector<std::size_t> expected;
+    };
+    const Case cases[] = {
+        {"the same size far away beats a near one of another size",
+         {makeRect(0, 0, 400, 300), makeRect(90, 90, 500, 400)},
+         {makeRect(0, 0, 500, 400)},
+         {1}},
+        {"equal scores: the earlier window",
+         {makeRect(10, 0, 300, 300), makeRect(0, 10, 300, 300)},
+         {makeRect(0, 0, 300, 300)},
+         {0}},
+        {"width counts double: 30 points of place beat 20 of width",
+         {makeRect(0, 0, 320, 300), makeRect(30, 0, 300, 300)},
+         {makeRect(0, 0, 300, 300)},
+         {1}},
+        {"however different it is", {makeRect(5000, 5000, 120, 80)}, {makeRect(0, 0, 2000, 2000)}, {0}},
+        {"the first rectangle takes what suits the second better",
+         {makeRect(0, 0, 300, 300), makeRect(900, 900, 900, 900)},
+         {makeRect(100, 100, 300, 300), makeRect(0, 0, 300, 300)},
+         {0, 1}},
+        {"more rectangles than windows",
+         {makeRect(0, 0, 300, 300)},
+         {makeRect(9, 9, 9, 9), makeRect(0, 0, 300, 300)},
+         {0}},
+        {"nothing on the screen", {makeRect(0, 0, 300, 300)}, {}, {}},
+    };
+    for (const auto& [why, windows, onScreen, expected] : cases) {
+        std::vector<VisibilityCandidate> candidates;
+        for (const auto& frame : windows) candidates.push_back({candidates.size(), frame});
+        EXPECT_EQ(visibleWindows(candidates, onScreen), expected) << why;
+    }
+}
+
+TEST(WindowIdentity, PresentationIgnoresWhereAWindowIsAndWhatItIsCalled) {
+    ServiceBench bench;
+    bench.desktop.open("Mail", {.minimumSize = CGSize{200, 100}});
+    const auto window = bench.managed("Mail");
+    auto moved = window;
+    moved.frame = makeRect(1, 2, 3, 4);
+    moved.title = "Another";
+    EXPECT_TRUE(samePresentation(window, moved));
+    const std::vector<std::function<void(ManagedWindow&)>> changes = {[](auto& w) { w.id += "0"; },
+                                                                      [](auto& w) { w.processIdentifier += 1; },
+                                                                      [](auto& w) { w.applicationName = ""; },
+                                                                      [](auto& w) { w.bundleIdentifier.reset(); },
+                                                                      [](auto& w) { w.isMinimized = true; },
+                                                                      [](auto& w) { w.isVisible = false; },
+                                                                      [](auto& w) { w.minimumSize.reset(); }};
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+        auto changed = window;
+        changes[i](changed);
+        EXPECT_FALSE(samePresentation(window, changed)) << "change " << i;
+    }
+}
+
+TEST(DisplayIdentity, IsTheDevicesElseItsPlace) {
+    const auto id = [](std::optional<std::string> uuid, CGRect frame) {
+        return displayID({.displayUUID = std::move(uuid), .localizedName = "", .frame = frame, .visibleFrame = frame});
+    };
+    EXPECT_EQ(id("37D8-A", makeRect(0, 0, 10, 10)), "display-37D8-A");
+    EXPECT_EQ(id(std::nullopt, makeRect(0, 0, 2560, 1440)), "display-0-0-2560x1440");
+    EXPECT_EQ(id(std::nullopt, makeRect(-1920.5, -3.9, 1920.9, 1080)), "display--1920--3-1920x1080");
+    EXPECT_EQ(id(std::nullopt, makeRect(std::nan(""), 1e300, 5, 5)), "display-0-1000000000000000-5x5");
+}
+
+} // namespace
+
+} // namespace kova
