@@ -1,6 +1,5 @@
 #include "support/Uuid.h"
 
-#include <array>
 #include <cstdint>
 #include <random>
 
@@ -16,11 +15,21 @@ constexpr std::string_view kDigits = "0123456789ABCDEF";
 Uuid Uuid::random() {
     std::random_device source;
     std::string text(kPattern);
+    std::uint32_t bits = 0;
+    int left = 0;
     for (char& c : text) {
-        if (c == 'x') c = kDigits[source() % 16];
+        if (c != 'x') continue;
+        if (left == 0) {
+            bits = source();
+            left = 8;
+        }
+        c = kDigits[bits % 16];
+        bits /= 16;
+        --left;
     }
-    text[14] = '4';                       // version
-    text[19] = kDigits[8 + source() % 4]; // variant
+    constexpr std::string_view kVariants = "89AB";
+    text[14] = '4';
+    text[19] = kVariants[kDigits.find(text[19]) % kVariants.size()];
     return Uuid(std::move(text));
 }
 

@@ -31,6 +31,15 @@ struct Seat {
     std::string reason;
 };
 
+/// The tiles that a window would cover.
+struct Fit {
+    std::vector<std::size_t> slots; // anchor first
+    bool isInItsTile = false;       // its minimum size fits the anchor tile, once the layout has made room
+};
+
+/// Whether a large window may take tiles from others.
+enum class Elbows { in, out };
+
 class Planner {
   public:
     explicit Planner(const ArrangementInput& input);
@@ -39,13 +48,14 @@ class Planner {
   private:
     enum class Phase { ownDisplay, anyDisplay };
     void seatWaiting(Phase phase);
-    void seatOn(std::size_t desk, Phase phase);
+    bool seatOn(std::size_t desk, Phase phase, Elbows elbows);
     std::vector<Pair> pairsFor(std::size_t desk, Phase phase) const;
     bool isFree(std::size_t desk, std::size_t slot) const;
-    void seat(std::size_t candidate, std::size_t desk, std::size_t slot, std::string reason);
-    std::vector<std::size_t> slotsFor(std::size_t candidate, std::size_t desk, std::size_t slot);
+    Fit fitFor(std::size_t candidate, std::size_t desk, std::size_t slot) const;
+    bool pushesSomeone(std::size_t desk, const Fit& fit) const;
+    void seat(std::size_t candidate, std::size_t desk, const Fit& fit, std::string reason);
     void vacate(std::size_t candidate);
-    std::optional<std::size_t> deskOf(const std::string& displayID) const;
+    void solve(Desk& desk) const;
     std::optional<AutoArrangePlacement> behindPlacement(std::size_t candidate) const;
     AutoArrangePlacement frontPlacement(std::size_t candidate, const Seat& seat) const;
     std::string describe(std::size_t candidate) const;
@@ -67,13 +77,6 @@ Planner::Planner(const ArrangementInput& input) :
 bool Planner::isFree(std::size_t desk, std::size_t slot) const {
     const auto& d = desks_[desk];
     return !d.holder[slot] && !d.display->reservedSlotIDs.contains(d.display->solved.slots[slot].id);
-}
-
-std::optional<std::size_t> Planner::deskOf(const std::string& displayID) const {
-    for (std::size_t i = 0; i < desks_.size(); ++i) {
-        if (desks_[i].display->displayID == displayID) return i;
-    }
-    return std::nullopt;
 }
 
 std::vector<Pair> Planner::pairsFor(std::size_t desk, Phase phase) const {
@@ -100,43 +103,51 @@ std::vector<Pair> Planner::pairsFor(std::size_t desk, Phase phase) const {
 }
 
 /// The tile alone, or the span that the window needs when its minimum size does not fit the tile even after the layout
-/// has made room.
-std::vector<std::size_t> Planner::slotsFor(std::size_t candidate, std::size_t desk, std::size_t slot) {
-    Desk& d = desks_[desk];
+/// has made room. When nothing helps the window takes its tile all the same.
+Fit Planner::fitFor(std::size_t candidate, std::size_t desk, std::size_t slot) const {
+    const Desk& d = desks_[desk];
+    const ArrangementDisplay& display = *d.display;
     const CGSize minimum = input_.candidates[candidate].minimumSize;
-    const auto& slots = d.display->solved.slots;
-    if (minimum.width <= 0 && minimum.height <= 0) return {slot};
+    const auto& slots = display.solved.slots;
+    if (minimum.width <= 0 && minimum.height <= 0) return {{slot}, true};
 
     TileMinimumSizes wanted = d.minimumSizes;
     wanted[slots[slot].id] = minimum;
-    SolvedLayout solved = solveDefinition(d.display->layout, wanted, d.display->visibleFrame.size, input_.tileInset);
+    const SolvedLayout solved = solveDefinition(display.layout, wanted, display.visibleFrame.size, input_.tileInset);
     const bool everyoneFits = std::all_of(wanted.begin(), wanted.end(), [&](const auto& entry) {
         return !solved.unsatisfiedTileIDs.contains(entry.first) || d.solved.unsatisfiedTileIDs.contains(entry.first);
     });
-    if (everyoneFits) {
-        d.minimumSizes = std::move(wanted);
-        d.solved = std::move(solved);
-        return {slot};
-    }
+    if (everyoneFits) return {{slot}, true};
 
-    std::set<std::string> occupied = d.display->reservedSlotIDs;
+    std::set<std::string> occupied = display.reservedSlotIDs;
     for (std::size_t s = 0; s < slots.size(); ++s) {
         if (d.holder[s]) occupied.insert(slots[s].id);
     }
-    const auto span = TileSpanPolicy::bestSpan(d.solved.slots, slots[slot].id, d.display->visibleFrame.size,
+    const auto span = TileSpanPolicy::bestSpan(d.solved.slots, slots[slot].id, display.visibleFrame.size,
                                                input_.tileInset, minimum, occupied);
-    if (!span) return {slot};
-    std::vector<std::size_t> covered{slot};
+    Fit fit{{slot}, false};
+    if (!span) return fit;
     for (std::size_t s = 0; s < slots.size(); ++s) {
         const bool inSpan = std::any_of(span->slots.begin(), span->slots.end(),
                                         [&](const TileSlot& spanned) { return spanned.id == slots[s].id; });
         if (!inSpan || s == slot) continue;
         // A full-screen window keeps its tile, and a window that had to give way once is not chased again.
-        if (d.display->reservedSlotIDs.contains(slots[s].id) || (d.holder[s] && wasDisplaced_[*d.holder[s]]))
-            return {slot};
-        covered.push_back(s);
+        const bool isKept =
+            display.reservedSlotIDs.contains(slots[s].id) || (d.holder[s] && wasDisplaced_[*d.holder[s]]);
+        if (isKept) return {{slot}, false};
+        fit.slots.push_back(s);
     }
-    return covered;
+    return fit;
+}
+
+bool Planner::pushesSomeone(std::size_t desk, const Fit& fit) const {
+    return std::any_of(fit.slots.begin(), fit.slots.end(),
+                       [&](std::size_t slot) { return desks_[desk].holder[slot].has_value(); });
+}
+
+void Planner::solve(Desk& desk) const {
+    desk.solved =
+        solveDefinition(desk.display->layout, desk.minimumSizes, desk.display->visibleFrame.size, input_.tileInset);
 }
 
 void Planner::vacate(std::size_t candidate) {
@@ -145,39 +156,49 @@ void Planner::vacate(std::size_t candidate) {
         d.holder[slot].reset();
         d.minimumSizes.erase(d.display->solved.slots[slot].id);
     }
-    d.solved = solveDefinition(d.display->layout, d.minimumSizes, d.display->visibleFrame.size, input_.tileInset);
+    solve(d);
     seats_[candidate].reset();
     wasDisplaced_[candidate] = true;
 }
 
-void Planner::seat(std::size_t candidate, std::size_t desk, std::size_t slot, std::string reason) {
-    auto covered = slotsFor(candidate, desk, slot);
+void Planner::seat(std::size_t candidate, std::size_t desk, const Fit& fit, std::string reason) {
     Desk& d = desks_[desk];
-    for (const std::size_t s : covered) {
-        if (d.holder[s]) vacate(*d.holder[s]);
+    for (const std::size_t slot : fit.slots) {
+        if (d.holder[slot]) vacate(*d.holder[slot]);
+        d.holder[slot] = candidate;
     }
-    for (const std::size_t s : covered) d.holder[s] = candidate;
-    seats_[candidate] = Seat{desk, std::move(covered), std::move(reason)};
+    const CGSize minimum = input_.candidates[candidate].minimumSize;
+    if (fit.isInItsTile && (minimum.width > 0 || minimum.height > 0)) {
+        d.minimumSizes[d.display->solved.slots[fit.slots.front()].id] = minimum;
+        solve(d);
+    }
+    seats_[candidate] = Seat{desk, fit.slots, std::move(reason)};
 }
 
-void Planner::seatOn(std::size_t desk, Phase phase) {
-    // A window that must give way to a larger one looks for a tile again in the next round.
-    bool someoneWasDisplaced = true;
-    while (someoneWasDisplaced) {
-        someoneWasDisplaced = false;
-        for (const Pair& pair : pairsFor(desk, phase)) {
-            if (seats_[pair.candidate] || !isFree(desk, pair.slot)) continue;
-            const auto before = std::count(wasDisplaced_.begin(), wasDisplaced_.end(), true);
-            seat(pair.candidate, desk, pair.slot,
-                 reasonFor(pair.score, input_.candidates[pair.candidate],
-                           desks_[desk].display->solved.slots[pair.slot]));
-            if (std::count(wasDisplaced_.begin(), wasDisplaced_.end(), true) != before) someoneWasDisplaced = true;
-        }
+/// True when a window had to give way.
+bool Planner::seatOn(std::size_t desk, Phase phase, Elbows elbows) {
+    bool someoneGaveWay = false;
+    for (const Pair& pair : pairsFor(desk, phase)) {
+        if (seats_[pair.candidate] || !isFree(desk, pair.slot)) continue;
+        const Fit fit = fitFor(pair.candidate, desk, pair.slot);
+        const bool pushes = pushesSomeone(desk, fit);
+        if (pushes && elbows == Elbows::in) continue;
+        someoneGaveWay = someoneGaveWay || pushes;
+        seat(pair.candidate, desk, fit,
+             reasonFor(pair.score, input_.candidates[pair.candidate], desks_[desk].display->solved.slots[pair.slot]));
     }
+    return someoneGaveWay;
 }
 
 void Planner::seatWaiting(Phase phase) {
-    for (std::size_t desk = 0; desk < desks_.size(); ++desk) seatOn(desk, phase);
+    for (std::size_t desk = 0; desk < desks_.size(); ++desk) {
+        // First everyone who can sit down without pushing; then those who cannot. Who gave way looks for another tile.
+        bool someoneGaveWay = true;
+        while (someoneGaveWay) {
+            seatOn(desk, phase, Elbows::in);
+            someoneGaveWay = seatOn(desk, phase, Elbows::out);
+        }
+    }
 }
 
 std::string Planner::describe(std::size_t candidate) const {

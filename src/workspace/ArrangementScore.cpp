@@ -35,7 +35,7 @@ double primaryAffinity(AutoArrangeAppRole role) {
 /// `position` is the slot's place in its layout, from 0 for the first to 1 for the last.
 double roleAffinity(AutoArrangeAppRole role, std::string_view slotID, double position) {
     if (canonicalSlotID(slotID) == kPrimarySlot) return primaryAffinity(role);
-    if (role != AutoArrangeAppRole::utility) return slotID == kUtilitySlot ? 8 : 18 - 6 * position;
+    if (role != AutoArrangeAppRole::utility) return slotID == kUtilitySlot ? 8 : 18 - 2 * position;
     return slotID == kUtilitySlot ? 36 : 8 + 8 * position;
 }
 

@@ -1,0 +1,162 @@
+#include "workspace/ArrangementPlan.h"
+
+#include <gtest/gtest.h>
+
+using namespace kova;
+
+namespace {
+
+/// Builds a planner's input by telling who is where, and prints the plan as "Mail:focus-main Notes:secondary-1".
+class Table {
+  public:
+    Table& display(const std::string& id, const std::string& layoutID, CGSize size = {2560, 1440}) {
+        ArrangementDisplay display;
+        display.displayID = id;
+        display.name = id;
+        const double left = input.displays.empty() ? 0 : maxX(input.displays.back().visibleFrame);
+        display.visibleFrame = makeRect(left, 0, size.width, size.height);
+        display.layout = *findLayout(builtInLayouts(), layoutID);
+        display.solved = solveDefinition(display.layout, {}, size, input.tileInset);
+        input.displays.push_back(display);
+        return *this;
+    }
+    ArrangementCandidate& window(const std::string& name) {
+        ArrangementCandidate candidate;
+        candidate.window.id = name;
+        candidate.window.applicationName = name;
+        candidate.applicationKey = applicationKey(name, std::nullopt);
+        candidate.role = classifyApplication(name, std::nullopt);
+        candidate.displayID = input.displays.front().displayID;
+        input.candidates.push_back(candidate);
+        return input.candidates.back();
+    }
+    std::string plan() const {
+        std::string text;
+        const auto made = planArrangement(input);
+        for (const auto& placement : made.placements) {
+            text += placement.window.id + (placement.isPrimary ? "" : " behind") + ":" + placement.target.slot.id;
+            for (std::size_t i = 1; i < placement.claimedTargets.size(); ++i) {
+                text += "+" + placement.claimedTargets[i].slot.id;
+            }
+            if (input.displays.size() > 1) text += "@" + placement.target.displayID;
+            text += " ";
+        }
+        for (const auto& surplus : made.surplus) text += surplus.window.id + ":surplus ";
+        if (!text.empty()) text.pop_back();
+        return text;
+    }
+
+    ArrangementInput input;
+};
+
+TEST(ArrangementPlan, RolesDecideWhoGetsThePrimaryTile) {
+    Table table;
+    table.display("D", "jarvis.command-center");
+    for (const char* name : {"Console", "Viewer", "Mail", "Firefox", "Codex"}) table.window(name);
+    EXPECT_EQ(table.plan(), "Codex:focus-main Console:focus-utility Firefox:focus-right-top "
+                            "Mail:focus-right-bottom Viewer:surplus");
+}
+
+TEST(ArrangementPlan, EqualsGoByNameWithoutRegardToCaseThenByOrder) {
+    Table table;
+    table.display("D", "jarvis.triple-strip");
+    for (const char* name : {"zeta", "beta", "Alpha"}) table.window(name);
+    EXPECT_EQ(table.plan(), "Alpha:focus-main beta:secondary-1 zeta:secondary-2");
+
+    Table twins;
+    twins.display("D", "jarvis.dual-split");
+    twins.window("Term").window.id = "second opened";
+    twins.window("Term").window.id = "first in name only";
+    EXPECT_EQ(twins.plan(), "second opened:focus-main first in name only:secondary-1");
+}
+
+TEST(ArrangementPlan, WhatWasLearntWinsOverThePresentTileAndThatOverTheRole) {
+    Table table;
+    table.display("D", "jarvis.dual-split");
+    table.window("Firefox").currentTargetID = "D::secondary-1";
+    table.window("Mail");
+    EXPECT_EQ(table.plan(), "Mail:focus-main Firefox:secondary-1") << "nothing moves without a reason";
+    table.input.learning.learn("jarvis.dual-split", "name:firefox", "focus-main");
+    EXPECT_EQ(table.plan(), "Firefox:focus-main Mail:secondary-1");
+}
+
+TEST(ArrangementPlan, AmongEqualTilesTheNearestIsTaken) {
+    Table table;
+    table.display("D", "jarvis.quad-grid");
+    table.window("Codex");
+    table.window("Viewer").frameOnScreen = makeRect(1300, 20, 1200, 650); // lower right, y up
+    EXPECT_EQ(table.plan(), "Codex:focus-main Viewer:secondary-3");
+}
+
+TEST(ArrangementPlan, WindowsStayOnTheirDisplayWhileItHasAFreeTile) {
+    Table table;
+    table.display("D", "jarvis.focus-single").display("E", "jarvis.dual-split");
+    for (const char* name : {"Codex", "Firefox", "Mail", "Viewer"}) table.window(name);
+    table.window("Safari").displayID = "E";
+    EXPECT_EQ(table.plan(), "Codex:focus-main@D Safari:focus-main@E Firefox:secondary-1@E Mail:surplus Viewer:surplus");
+}
+
+TEST(ArrangementPlan, WhoMustBeBroughtBackComesAfterWhoCanBeSeen) {
+    Table table;
+    table.display("D", "jarvis.dual-split");
+    table.window("Codex").isDeferred = true;
+    table.window("Viewer");
+    EXPECT_EQ(table.plan(), "Viewer:focus-main Codex:secondary-1");
+    table.window("Other");
+    EXPECT_EQ(table.plan(), "Other:focus-main Viewer:secondary-1 Codex:surplus");
+    table.input.candidates[0].stackedBehindID = "D::secondary-1";
+    EXPECT_EQ(table.plan(), "Other:focus-main Viewer:secondary-1 Codex behind:secondary-1");
+}
+
+TEST(ArrangementPlan, AFullScreenWindowsTileIsNotGivenAway) {
+    Table table;
+    table.display("D", "jarvis.dual-split");
+    table.input.displays[0].reservedSlotIDs = {"focus-main"};
+    table.window("Codex");
+    table.window("Mail");
+    EXPECT_EQ(table.plan(), "Codex:secondary-1 Mail:surplus");
+}
+
+TEST(ArrangementPlan, ALargeWindowGrowsItsTileOrClaimsItsNeighbour) {
+    Table grows;
+    grows.display("D", "jarvis.dual-split");
+    grows.window("Codex").minimumSize = {1700, 400};
+    grows.window("Mail");
+    EXPECT_EQ(grows.plan(), "Codex:focus-main Mail:secondary-1") << "the layout makes room";
+
+    Table claims;
+    claims.display("D", "jarvis.dual-split");
+    claims.window("Codex").minimumSize = {2300, 400}; // leaves less than a tile needs
+    claims.window("Mail");
+    EXPECT_EQ(claims.plan(), "Codex:focus-main+secondary-1 Mail:surplus");
+
+    Table hopeless;
+    hopeless.display("D", "jarvis.dual-split");
+    hopeless.window("Codex").minimumSize = {9000, 9000};
+    hopeless.window("Mail");
+    EXPECT_EQ(hopeless.plan(), "Codex:focus-main Mail:secondary-1") << "nothing would help, so nobody is pushed aside";
+}
+
+TEST(ArrangementPlan, ALargeWindowPushesASmallerOneAsideOnceAndItFindsAnotherTile) {
+    Table table;
+    table.display("D", "jarvis.quad-grid");
+    table.window("Codex");
+    table.window("Firefox").minimumSize = {2300, 300};
+    EXPECT_EQ(table.plan(), "Codex:focus-main Firefox:secondary-2+secondary-3");
+}
+
+TEST(ArrangementPlan, ExplainsEveryDecisionAndTheSurplusOnlyWhenThereIsSome) {
+    Table table;
+    table.display("D", "jarvis.focus-single");
+    table.window("Codex").window.title = "main.cpp";
+    EXPECT_EQ(
+        planArrangement(table.input).explanation(),
+        std::vector<std::string>{"Codex “main.cpp” → Primary on D: coding agents are offered the primary tile first"});
+    table.window("Viewer");
+    const auto lines = planArrangement(table.input).explanation();
+    ASSERT_EQ(lines.size(), 3u);
+    EXPECT_EQ(lines[1], "Viewer → minimized: no tile was left");
+    EXPECT_EQ(lines[2], "1 surplus windows minimized; none were closed.");
+}
+
+} // namespace

@@ -1,0 +1,108 @@
+#include "workspace/TileAssignments.h"
+#include "workspace/LayoutMigration.h"
+#include "workspace/UndoHistory.h"
+
+#include <gtest/gtest.h>
+
+using namespace kova;
+
+namespace {
+
+using enum TileAssignments::StackPosition;
+using IDs = std::vector<std::string>;
+
+TEST(TileAssignments, ANewcomerTakesTheTileAndTheLoserWaitsBehindIt) {
+    TileAssignments tiles;
+    EXPECT_TRUE(tiles.assign("mail", {"D::a"}).empty());
+    tiles.insertIntoStack("D::a", "notes", front);
+    EXPECT_EQ(tiles.stackWindowIDsByTarget.at("D::a"), (IDs{"notes", "mail"})) << "a front without a stack is kept";
+    EXPECT_EQ(tiles.assign("notes", {"D::a"}), IDs{"mail"});
+    EXPECT_EQ(tiles.targetOf("mail"), std::nullopt);
+    EXPECT_EQ(tiles.stackTargetOf("mail"), "D::a");
+}
+
+TEST(TileAssignments, ASpanningWindowHasOneAnchorAndLosersLoseAllTheirTiles) {
+    TileAssignments tiles;
+    EXPECT_TRUE(tiles.assign("wide", {"D::b", "D::a"}).empty());
+    EXPECT_EQ(tiles.targetOf("wide"), "D::b");
+    EXPECT_EQ(tiles.targetsOf("wide"), (IDs{"D::a", "D::b"}));
+    EXPECT_EQ(tiles.assign("new", {"D::a"}), IDs{"wide"});
+    EXPECT_TRUE(tiles.targetsOf("wide").empty());
+    EXPECT_TRUE(tiles.anchorTargetIDsByWindowID.empty());
+}
+
+TEST(TileAssignments, ASpanGathersWhatWaitedInItsTiles) {
+    TileAssignments tiles;
+    (void)tiles.assign("left", {"D::a"});
+    (void)tiles.assign("right", {"D::b"});
+    tiles.insertIntoStack("D::b", "behind", behind);
+    tiles.insertIntoStack("D::a", "wide", front);
+    const auto displaced = tiles.assign("wide", {"D::a", "D::b"});
+    EXPECT_EQ(displaced, (IDs{"left", "right"}));
+    tiles.mergeStacksInto("D::a", {"D::a", "D::b"}, displaced);
+    EXPECT_EQ(tiles.stackWindowIDsByTarget,
+              (std::map<std::string, IDs>{{"D::a", {"wide", "left", "right", "behind"}}}));
+}
+
+TEST(TileAssignments, DeadWindowsLeaveNothingBehind) {
+    TileAssignments tiles;
+    (void)tiles.assign("wide", {"D::a", "D::b"});
+    tiles.insertIntoStack("D::c", "alone", front);
+    tiles.keepOnly({"somebody"});
+    EXPECT_EQ(tiles, TileAssignments{});
+}
+
+TEST(UndoHistory, TheThirtyFirstPushDropsTheOldest) {
+    UndoHistory history;
+    for (int i = 0; i <= 30; ++i) {
+        WorkspaceUndoSnapshot snapshot;
+        snapshot.accentColorID = std::to_string(i);
+        history.push(std::move(snapshot));
+    }
+    for (int i = 30; i >= 1; --i) EXPECT_EQ(history.takeNewest()->accentColorID, std::to_string(i));
+    EXPECT_FALSE(history.takeNewest());
+}
+
+/// Cells in a row, each 100 wide.
+DisplayTiles row(IDs ids) {
+    DisplayTiles tiles{std::move(ids), {}};
+    for (std::size_t i = 0; i < tiles.slotIDs.size(); ++i) {
+        tiles.frames.push_back(makeRect(100 * static_cast<double>(i), 0, 100, 100));
+    }
+    return tiles;
+}
+
+TEST(LayoutMigration, WindowsKeepTheirSlotThenItsNamesakeThenTheOrder) {
+    TileAssignments before;
+    (void)before.assign("editor", {"D::focus-main"});
+    (void)before.assign("mail", {"D::focus-right-top"}); // is called secondary-1 elsewhere
+    (void)before.assign("notes", {"D::odd"});
+    (void)before.assign("other display", {"E::focus-main"});
+    before.stackWindowIDsByTarget["D::focus-right-top"] = {"mail", "chat"};
+
+    const auto result = migrateAssignments(before, "D", row({"focus-main", "odd", "focus-right-top"}),
+                                           row({"secondary-2", "focus-main", "secondary-1"}));
+    EXPECT_EQ(result.assignments.assignedWindowIDs,
+              (std::map<std::string, std::string>{{"D::focus-main", "editor"},
+                                                  {"D::secondary-1", "mail"},
+                                                  {"D::secondary-2", "notes"},
+                                                  {"E::focus-main", "other display"}}));
+    EXPECT_EQ(result.assignments.stackWindowIDsByTarget.at("D::secondary-1"), (IDs{"mail", "chat"}));
+    EXPECT_TRUE(result.displacedWindowIDs.empty());
+}
+
+TEST(LayoutMigration, WhatHasNoTileWaitsBehindTheNearestAndASpanShrinksToItsAnchor) {
+    TileAssignments before;
+    (void)before.assign("first", {"D::a"});
+    (void)before.assign("wide", {"D::b", "D::c"});
+    (void)before.assign("last", {"D::d"});
+    before.stackWindowIDsByTarget["D::d"] = {"last", "shy"};
+    const auto result = migrateAssignments(before, "D", row({"a", "b", "c", "d"}), row({"a", "b"}));
+    EXPECT_EQ(result.assignments.assignedWindowIDs,
+              (std::map<std::string, std::string>{{"D::a", "first"}, {"D::b", "wide"}}));
+    EXPECT_EQ(result.assignments.stackWindowIDsByTarget.at("D::b"), (IDs{"wide", "last", "shy"}));
+    EXPECT_TRUE(result.assignments.anchorTargetIDsByWindowID.empty());
+    EXPECT_EQ(result.displacedWindowIDs, IDs{"last"});
+}
+
+} // namespace
