@@ -41,8 +41,10 @@ SimulatedWindow::SimulatedWindow(std::uint64_t number, pid_t processIdentifier, 
 }
 
 bool SimulatedWindow::isObedient() const {
-    return !traits_.minimumSize && !traits_.secretMinimumSize && !traits_.maximumSize && traits_.cell == CGSize{} &&
-           !traits_.refusesToMove && !traits_.refusesToResize && !traits_.clampsToDisplay;
+    return traits_.role == "AXWindow" && traits_.unreadable.empty() && !traits_.minimumSize &&
+           !traits_.secretMinimumSize && !traits_.maximumSize && traits_.cell == CGSize{} && !traits_.refusesToMove &&
+           !traits_.refusesToResize && !traits_.clampsToDisplay && traits_.answersAfter <= Seconds(0) &&
+           traits_.springsBackTimes == 0 && traits_.vanishesAtWrite == 0;
 }
 
 CGRect SimulatedWindow::frameMovedTo(CGPoint origin, const CGRect& displayFrame) const {

@@ -1,0 +1,200 @@
+#include "tests/harness/Desk.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace kova {
+
+Desk::Desk() = default;
+
+Desk::~Desk() {
+    if (controller_) {
+        controller_->stop();
+        controller_.reset();
+    }
+    // Longer than any delay in the house: what still stands in the queue then would have gone on for ever.
+    desktop.queue().advance(Seconds(30));
+    EXPECT_EQ(desktop.queue().pendingCount(), 0u) << "work is left in the queue";
+}
+
+WorkspaceController& Desk::controller() {
+    if (!controller_) {
+        controller_ = std::make_unique<WorkspaceController>(WorkspaceServices{
+            .accessibility = desktop,
+            .applications = desktop,
+            .screens = desktop,
+            .session = desktop,
+            .changes = desktop,
+            .preferences = preferences,
+            .queue = desktop.queue(),
+            .pollingQueue = desktop.pollingQueue(),
+        });
+    }
+    return *controller_;
+}
+
+// The stage
+
+Desk& Desk::display(double width, double height, std::string name) {
+    if (name.empty()) name = std::string(1, static_cast<char>('A' + displayCount_));
+    ++displayCount_;
+    desktop.addDisplay({.name = name, .size = {width, height}});
+    lastDisplay_ = std::move(name);
+    desktop.queue().runDue();
+    return *this;
+}
+
+std::string Desk::displayIDOf(std::string_view displayName) const {
+    for (const auto& screen : desktop.screens()) {
+        if (screen.localizedName == displayName) return displayID(screen);
+    }
+    throw std::out_of_range("no display " + std::string(displayName));
+}
+
+std::string Desk::targetID(std::string_view displayName, std::string_view slotID) const {
+    return tileTargetID(displayIDOf(displayName), slotID);
+}
+
+Desk& Desk::layout(std::string_view layoutID, std::string_view displayName) {
+    const auto id = displayIDOf(displayName.empty() ? lastDisplay_ : displayName);
+    const auto result = controller().selectLayout(id, DisplayLayoutSelection::layout(std::string(layoutID)));
+    EXPECT_EQ(result, LayoutSelectionResult::done) << layoutID;
+    return wasStarted_ ? settle() : *this;
+}
+
+Desk& Desk::opens(const std::string& application, WindowTraits traits) {
+    const auto running = desktop.runningApplications();
+    const bool runs = std::any_of(running.begin(), running.end(),
+                                  [&](const auto& candidate) { return candidate.localizedName == application; });
+    if (!runs) desktop.launch(application);
+    desktop.open(application, std::move(traits));
+    return *this;
+}
+
+// Lifecycle
+
+Desk& Desk::start() {
+    wasStarted_ = true;
+    controller().start(false);
+    desktop.queue().advance(Seconds(0.5));
+    return *this;
+}
+
+Desk& Desk::stop() {
+    controller().stop();
+    return settle();
+}
+
+Desk& Desk::restart() {
+    controller_.reset();
+    return start().settle();
+}
+
+bool Desk::isManaging() {
+    return controller_ && controller_->isRunning() && desktop.isProcessTrusted() &&
+           !desktop.isLoginSessionScreenLocked() && !desktop.screens().empty();
+}
+
+// What the person asks for
+
+Desk& Desk::perform(const WorkspaceAction& action) {
+    if (!wasStarted_) start();
+    desktop.queue().runDue();
+    wasCarriedOut_ = controller().perform(action);
+    return settle();
+}
+
+Desk& Desk::arrange() {
+    // A poll sees what was opened just now.
+    if (wasStarted_) desktop.queue().advance(RefreshCycle::kInterval);
+    return perform(action::Arrange{});
+}
+
+Desk& Desk::undo() {
+    return perform(action::Undo{});
+}
+
+Desk& Desk::zoom() {
+    return perform(action::ToggleFocusZoom{});
+}
+
+Desk& Desk::cycleStack() {
+    return perform(action::CycleStack{});
+}
+
+Desk& Desk::move(WorkspaceDirection direction) {
+    return perform(action::Move{direction});
+}
+
+Desk& Desk::focus(WorkspaceDirection direction) {
+    return perform(action::Focus{direction});
+}
+
+Desk& Desk::advance(Seconds duration) {
+    desktop.queue().advance(duration);
+    isSettled_ = duration >= kSettlingTime;
+    checkPromises();
+    return *this;
+}
+
+// What there is to see
+
+std::string Desk::describeTile(const WorkspaceTile& tile) {
+    if (!tile.windowID && tile.stack.empty()) return "-";
+    std::string text = "-";
+    const auto& anchors = controller().assignments().anchorTargetIDsByWindowID;
+    if (tile.windowID) {
+        const auto label = desktop.labelOfID(*tile.windowID);
+        const auto anchor = anchors.find(*tile.windowID);
+        if (anchor != anchors.end() && anchor->second != tile.targetID) return "(" + label + ")";
+        text = label == *tile.windowID ? label + " gone" : desktop.describeWindow(desktop.window(label));
+    }
+    for (const auto& windowID : tile.stack) {
+        if (windowID != tile.windowID) text += " + " + desktop.labelOfID(windowID);
+    }
+    return text;
+}
+
+std::string Desk::tiles() {
+    std::string text;
+    std::optional<std::string> displayID;
+    for (const auto& tile : controller().tiles()) {
+        if (displayID) text += *displayID == tile.displayID ? " | " : " || ";
+        text += describeTile(tile);
+        displayID = tile.displayID;
+    }
+    return text;
+}
+
+void Desk::expectTiles(std::string_view expected) {
+    EXPECT_EQ(tiles(), expected) << "on the screen: " << desktop.picture();
+}
+
+void Desk::expectMessage(std::string_view expected) {
+    EXPECT_EQ(state().lastActionMessage->value_or(""), expected);
+}
+
+void Desk::expectFocus(std::string_view label) {
+    EXPECT_EQ(desktop.focusedLabel(), label) << "on the screen: " << desktop.picture();
+}
+
+int Desk::frameWrites() const {
+    int count = 0;
+    for (const auto* window : desktop.livingWindows()) count += window->frameWriteCount;
+    return count;
+}
+
+int Desk::framesWrittenWithin(Seconds duration) {
+    const int before = frameWrites();
+    advance(duration);
+    return frameWrites() - before;
+}
+
+std::string Desk::explanation() {
+    std::string text;
+    for (const auto& line : *state().lastArrangeExplanation) text += line + "\n";
+    return text;
+}
+
+} // namespace kova

@@ -1,0 +1,103 @@
+// The stage of a scenario: the real controller on the simulated desktop. Nothing of ours is replaced.
+//
+//   Desk desk;
+//   desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes", {.minimumSize = {{600, 400}}});
+//   desk.arrange();
+//   desk.expectTiles("Mail 15,15 1253x1372 | Notes 1292,15 1253x1372");
+//
+// Every step ends with the standing promises: tiles fill their display and do not overlap, no window is in two tiles
+// but as a span, stacks and anchors agree with the assignments, what is published is what is so, and no call breaks a
+// promise of the seam. Once settled also: only living windows are held, every window that does as it is told rests in
+// its tile, and none lies outside all displays. When the desk is cleared, no work is left in the queue.
+#pragma once
+
+#include "persistence/MemoryPreferencesStore.h"
+#include "platform/simulated/SimulatedDesktop.h"
+#include "workspace/WorkspaceController.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kova {
+
+class Desk {
+  public:
+    /// Long enough for an arrangement, its follow-up and the verification of both, and for the polls that put back
+    /// what strayed meanwhile; too short for a status message to go away.
+    static constexpr Seconds kSettlingTime{2.4};
+
+    Desk();
+    ~Desk();
+    Desk(const Desk&) = delete;
+    Desk& operator=(const Desk&) = delete;
+
+    // The stage. Displays are called "A", "B", and so on, unless they are named.
+    Desk& display(double width, double height, std::string name = {});
+    /// Of the display added last, unless one is named.
+    Desk& layout(std::string_view layoutID, std::string_view displayName = {});
+    /// Opens a window, launching its application when it does not run yet.
+    Desk& opens(const std::string& application, WindowTraits traits = {});
+
+    // Lifecycle; every action starts the controller if nothing else did.
+    Desk& start();
+    Desk& stop();
+    /// Lets the controller go and begins anew with the preferences as they are.
+    Desk& restart();
+
+    // What the person asks for, through the one door. Each settles afterwards.
+    Desk& arrange();
+    Desk& undo();
+    Desk& zoom();
+    Desk& cycleStack();
+    Desk& move(WorkspaceDirection direction);
+    Desk& focus(WorkspaceDirection direction);
+    Desk& perform(const WorkspaceAction& action);
+    /// Whether the last action was carried out.
+    bool wasCarriedOut() const { return wasCarriedOut_; }
+
+    // Time
+    Desk& advance(Seconds duration);
+    Desk& settle() { return advance(kSettlingTime); }
+
+    // What there is to see, as one line each. A failure shows the whole screen.
+    /// Per tile in layout order the window in front with its frame in window-service space, then those behind it:
+    /// "Mail 15,15 600x400 + Notes | - | (Mail)"; "-" is an empty tile, "(Mail)" one that a spanning window covers.
+    /// Displays are separated by " || ".
+    std::string tiles();
+    void expectTiles(std::string_view expected);
+    void expectMessage(std::string_view expected);
+    void expectFocus(std::string_view label);
+    /// Frames that are written to any window within the duration; none on a desktop at rest.
+    int framesWrittenWithin(Seconds duration);
+    /// The last arrangement's lines.
+    std::string explanation();
+
+    WorkspaceController& controller();
+    const WorkspaceState& state() { return controller().state(); }
+    std::string displayIDOf(std::string_view displayName) const;
+    std::string targetID(std::string_view displayName, std::string_view slotID) const;
+
+    SimulatedDesktop desktop;
+    MemoryPreferencesStore preferences;
+
+  private:
+    std::string describeTile(const WorkspaceTile& tile);
+    bool isManaging();
+    int frameWrites() const;
+    void checkPromises();
+    void checkTilesFillTheirDisplays(std::vector<std::string>& broken);
+    void checkAssignments(std::vector<std::string>& broken);
+    void checkWindowsAreAtRest(std::vector<std::string>& broken);
+
+    std::unique_ptr<WorkspaceController> controller_;
+    std::string lastDisplay_;
+    int displayCount_ = 0;
+    bool wasStarted_ = false;
+    bool wasCarriedOut_ = false;
+    bool isSettled_ = false;
+};
+
+} // namespace kova

@@ -1,0 +1,137 @@
+// What holds after every step of every scenario.
+#include "tests/harness/Desk.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+namespace kova {
+
+namespace {
+
+constexpr double kTolerance = 2;       // points, as in the verification of placements
+constexpr int kProbesPerSide = 24;     // where a display is looked at for gaps
+constexpr double kSmallestTiled = 400; // points; smaller displays give up margins and gutters
+
+bool overlap(const CGRect& a, const CGRect& b) {
+    return intersectionArea(insetBy(a, 0.5), insetBy(b, 0.5)) > 0;
+}
+
+/// The cell with the margins, gutters and footer that may lie around it.
+CGRect withSurroundings(const CGRect& cellOnScreen, const LayoutMetrics& metrics) {
+    const double around = std::max(metrics.outerMargin, metrics.columnGutter) + 1;
+    const double below = around + kTileFooterAllowance;
+    return makeRect(minX(cellOnScreen) - around, minY(cellOnScreen) - below, cellOnScreen.size.width + 2 * around,
+                    cellOnScreen.size.height + around + below);
+}
+
+bool isCovered(const CGRect& area, const std::vector<CGRect>& rectangles) {
+    for (int column = 0; column < kProbesPerSide; ++column) {
+        for (int row = 0; row < kProbesPerSide; ++row) {
+            const CGPoint probe = {minX(area) + area.size.width * (column + 0.5) / kProbesPerSide,
+                                   minY(area) + area.size.height * (row + 0.5) / kProbesPerSide};
+            const auto holds = [&](const CGRect& rectangle) { return containsPoint(rectangle, probe); };
+            if (std::none_of(rectangles.begin(), rectangles.end(), holds)) return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+void Desk::checkPromises() {
+    std::vector<std::string> broken = desktop.brokenPromises();
+    checkAssignments(broken);
+    if (isManaging()) {
+        checkTilesFillTheirDisplays(broken);
+        if (isSettled_) checkWindowsAreAtRest(broken);
+    }
+    for (const auto& promise : broken) ADD_FAILURE() << promise << "\non the screen: " << desktop.picture();
+}
+
+void Desk::checkTilesFillTheirDisplays(std::vector<std::string>& broken) {
+    for (const auto& screen : desktop.screens()) {
+        std::vector<CGRect> cells;
+        std::vector<CGRect> surroundings;
+        const auto* layout = controller().resolvedLayout(displayID(screen));
+        if (!layout) continue; // the controller hears of the display with the next event
+        for (const auto& tile : controller().tiles()) {
+            if (tile.displayID != displayID(screen)) continue;
+            for (const auto& other : cells) {
+                if (overlap(tile.frameOnScreen, other)) broken.push_back("tiles overlap at " + tile.targetID);
+            }
+            cells.push_back(tile.frameOnScreen);
+            surroundings.push_back(withSurroundings(tile.frameOnScreen, layout->metrics));
+            if (!containsWithin(screen.visibleFrame, tile.frameOnScreen, kTolerance)) {
+                broken.push_back("tile sticks out of its display: " + tile.targetID);
+            }
+        }
+        const bool isLarge =
+            std::min(screen.visibleFrame.size.width, screen.visibleFrame.size.height) >= kSmallestTiled;
+        if (isLarge && !isCovered(screen.visibleFrame, surroundings)) {
+            broken.push_back("tiles leave a gap on " + screen.localizedName);
+        }
+    }
+}
+
+void Desk::checkAssignments(std::vector<std::string>& broken) {
+    if (!controller_) return;
+    const auto& assignments = controller_->assignments();
+    std::map<std::string, std::set<std::string>> tilesOfWindow;
+    for (const auto& [target, window] : assignments.assignedWindowIDs) tilesOfWindow[window].insert(target);
+    for (const auto& [window, targets] : tilesOfWindow) {
+        const auto anchor = assignments.anchorTargetIDsByWindowID.find(window);
+        const bool spans = anchor != assignments.anchorTargetIDsByWindowID.end();
+        if (targets.size() > 1 && !spans) broken.push_back("in two tiles: " + desktop.labelOfID(window));
+        if (spans && !targets.contains(anchor->second)) {
+            broken.push_back("anchored where it is not: " + desktop.labelOfID(window));
+        }
+    }
+    std::set<std::string> stacked;
+    for (const auto& [target, stack] : assignments.stackWindowIDsByTarget) {
+        if (stack.empty()) broken.push_back("empty stack at " + target);
+        for (const auto& window : stack) {
+            if (!stacked.insert(window).second) broken.push_back("stacked twice: " + desktop.labelOfID(window));
+        }
+        const auto front = assignments.assignedWindowIDs.find(target);
+        if (front != assignments.assignedWindowIDs.end() && !stack.empty() && stack.front() != front->second) {
+            broken.push_back("not first of its stack: " + desktop.labelOfID(front->second));
+        }
+    }
+    const auto& published = controller_->state();
+    if (*published.assignedWindowIDs != assignments.assignedWindowIDs ||
+        *published.stackWindowIDsByTarget != assignments.stackWindowIDsByTarget) {
+        broken.push_back("what is published differs from what is so");
+    }
+}
+
+void Desk::checkWindowsAreAtRest(std::vector<std::string>& broken) {
+    std::set<std::string> living;
+    for (const auto* window : desktop.livingWindows()) {
+        living.insert(desktop.windowIDOf(window->label()));
+        if (!desktop.isOnSomeDisplay(*window)) broken.push_back("outside all displays: " + window->label());
+    }
+    const auto& zoomed = *controller().state().focusMode;
+    if (zoomed && !living.contains(zoomed->windowID)) broken.push_back("focus mode of a dead window");
+    for (const auto& [target, stack] : controller().assignments().stackWindowIDsByTarget) {
+        for (const auto& windowID : stack) {
+            if (!living.contains(windowID)) broken.push_back("a dead window waits in " + target);
+        }
+    }
+    for (const auto& tile : controller().tiles()) {
+        if (!tile.windowID || (zoomed && zoomed->windowID == *tile.windowID)) continue;
+        if (!living.contains(*tile.windowID)) {
+            broken.push_back("a dead window holds " + tile.targetID);
+            continue;
+        }
+        const auto& window = desktop.window(desktop.labelOfID(*tile.windowID));
+        if (!window.isObedient() || !desktop.isOnScreen(window) || window.isFullScreen) continue;
+        if (!nearlyEqual(desktop.frameForWindowService(window), tile.frameForWindowService, kTolerance)) {
+            broken.push_back(window.label() + " is not in its tile " + describeFrame(tile.frameForWindowService));
+        }
+    }
+}
+
+} // namespace kova
