@@ -1,39 +1,80 @@
 #include "support/text/Text.h"
 
-#include <unicode/coll.h>
-#include <unicode/normalizer2.h>
-#include <unicode/uchar.h>
-#include <unicode/unistr.h>
+// The C interface: it is the one that a Mac ships.
+#include <unicode/ucol.h>
+#include <unicode/unorm2.h>
+#include <unicode/ustring.h>
+#include <unicode/utf16.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <memory>
 
 namespace kova {
 
 namespace {
 
+constexpr char32_t kReplacement = 0xFFFD;
+
 bool isAscii(std::string_view text) {
     return std::all_of(text.begin(), text.end(), [](unsigned char c) { return c != 0 && c < 0x80; });
 }
 
-icu::UnicodeString decode(std::string_view text) {
-    return icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())));
+// The library's code unit is char16_t in most builds and a plain integer of that size in the Mac's.
+UChar* units(char16_t* text) {
+    return reinterpret_cast<UChar*>(text);
+}
+const UChar* units(const char16_t* text) {
+    return reinterpret_cast<const UChar*>(text);
 }
 
-std::string encode(const icu::UnicodeString& text) {
-    std::string out;
-    text.toUTF8String(out);
+std::int32_t lengthOf(std::u16string_view text) {
+    return static_cast<std::int32_t>(text.size());
+}
+
+/// Broken sequences become U+FFFD. UTF-16 never needs more units than UTF-8 has bytes.
+std::u16string decode(std::string_view text) {
+    std::u16string out(text.size(), u'\0');
+    std::int32_t length = 0;
+    UErrorCode status = U_ZERO_ERROR;
+    u_strFromUTF8WithSub(units(out.data()), static_cast<std::int32_t>(out.size()), &length, text.data(),
+                         static_cast<std::int32_t>(text.size()), kReplacement, nullptr, &status);
+    out.resize(U_SUCCESS(status) ? static_cast<std::size_t>(length) : 0);
     return out;
 }
 
-/// Case-insensitive, accents matter; absent when the library has no collation data. Opened at the first comparison,
-/// since most sessions never need it.
-const icu::Collator* collator() {
-    static const std::unique_ptr<icu::Collator> instance = [] {
+std::string encode(std::u16string_view text) {
+    std::string out(text.size() * 3, '\0');
+    std::int32_t length = 0;
+    UErrorCode status = U_ZERO_ERROR;
+    u_strToUTF8WithSub(out.data(), static_cast<std::int32_t>(out.size()), &length, units(text.data()), lengthOf(text),
+                       kReplacement, nullptr, &status);
+    out.resize(U_SUCCESS(status) ? static_cast<std::size_t>(length) : 0);
+    return out;
+}
+
+/// Runs a function of the library that fills a buffer and tells how long the result is; `text` when it fails.
+template <class Fill>
+std::u16string filled(std::u16string_view text, Fill fill) {
+    std::u16string out(text.size() * 3 + 16, u'\0');
+    UErrorCode status = U_ZERO_ERROR;
+    const std::int32_t length = fill(units(out.data()), lengthOf(out), &status);
+    if (U_FAILURE(status)) return std::u16string(text);
+    out.resize(static_cast<std::size_t>(length));
+    return out;
+}
+
+/// Case does not matter, accents do; null when the library has no collation data. Opened at the first comparison, since
+/// most sessions never need it.
+const UCollator* collator() {
+    struct Close {
+        void operator()(UCollator* open) const { ucol_close(open); }
+    };
+    static const std::unique_ptr<UCollator, Close> instance = [] {
         UErrorCode status = U_ZERO_ERROR;
-        std::unique_ptr<icu::Collator> made(icu::Collator::createInstance(status));
-        if (U_FAILURE(status)) return std::unique_ptr<icu::Collator>();
-        made->setStrength(icu::Collator::SECONDARY);
+        std::unique_ptr<UCollator, Close> made(ucol_open(nullptr, &status));
+        if (U_FAILURE(status)) made.reset();
+        if (made) ucol_setStrength(made.get(), UCOL_SECONDARY);
         return made;
     }();
     return instance.get();
@@ -49,44 +90,40 @@ std::string lowercased(std::string_view text) {
         }
         return out;
     }
-    icu::UnicodeString folded = decode(text);
-    folded.toLower(icu::Locale::getRoot());
-    UErrorCode status = U_ZERO_ERROR;
-    const icu::Normalizer2* composer = icu::Normalizer2::getNFCInstance(status);
-    if (U_SUCCESS(status)) {
-        const icu::UnicodeString composed = composer->normalize(folded, status);
-        if (U_SUCCESS(status)) folded = composed;
-    }
-    return encode(folded);
+    const std::u16string decoded = decode(text);
+    const std::u16string lower = filled(decoded, [&](UChar* to, std::int32_t capacity, UErrorCode* status) {
+        return u_strToLower(to, capacity, units(decoded.data()), lengthOf(decoded), "", status);
+    });
+    return encode(filled(lower, [&](UChar* to, std::int32_t capacity, UErrorCode* status) {
+        const UNormalizer2* composer = unorm2_getNFCInstance(status);
+        return unorm2_normalize(composer, units(lower.data()), lengthOf(lower), to, capacity, status);
+    }));
 }
 
 int localizedCaseInsensitiveCompare(std::string_view a, std::string_view b) {
     if (a == b) return 0;
-    if (const icu::Collator* order = collator()) {
-        UErrorCode status = U_ZERO_ERROR;
-        const UCollationResult result = order->compare(decode(a), decode(b), status);
-        if (U_SUCCESS(status)) return static_cast<int>(result);
+    if (const UCollator* order = collator()) {
+        const std::u16string left = decode(a);
+        const std::u16string right = decode(b);
+        return ucol_strcoll(order, units(left.data()), lengthOf(left), units(right.data()), lengthOf(right));
     }
     return lowercased(a).compare(lowercased(b));
 }
 
 std::string trimmed(std::string_view text) {
-    const icu::UnicodeString all = decode(text);
-    std::int32_t begin = 0;
-    std::int32_t end = all.length();
-    while (begin < end && u_isUWhiteSpace(all.char32At(begin))) ++begin;
-    while (end > begin && u_isUWhiteSpace(all.char32At(end - 1))) --end;
-    return encode(all.tempSubStringBetween(begin, end));
+    const std::u16string all = decode(text);
+    std::size_t begin = 0;
+    std::size_t end = all.size();
+    while (begin < end && u_isUWhiteSpace(all[begin])) ++begin; // every white space is one unit long
+    while (end > begin && u_isUWhiteSpace(all[end - 1])) --end;
+    return encode(std::u16string_view(all).substr(begin, end - begin));
 }
 
 std::string validUtf8(std::string_view bytes) {
     if (isAscii(bytes)) return std::string(bytes);
-    icu::UnicodeString text = decode(bytes);
-    icu::UnicodeString kept;
-    for (std::int32_t i = 0; i < text.length(); i = text.moveIndex32(i, 1)) {
-        if (text.char32At(i) != 0) kept.append(text.char32At(i));
-    }
-    return encode(kept);
+    std::u16string text = decode(bytes);
+    std::erase(text, u'\0');
+    return encode(text);
 }
 
 } // namespace kova
