@@ -21,15 +21,17 @@ double wholePart(double points) {
 /// Gives every branch its share of what the pinned ones leave, and pins those whose minimum is not met by it. Each pass
 /// but the last pins a branch.
 void shareOutAroundMinimums(std::span<const double> weights, std::span<const double> minimums, double available,
-                            double totalWeight, std::span<double> lengths, std::vector<unsigned char>& pinned) {
+                            double totalWeight, std::span<double> lengths, BranchLengthsScratch& scratch) {
     const std::size_t count = weights.size();
-    pinned.assign(count, 0);
+    auto& pinned = scratch.pinned;
+    std::fill_n(pinned.begin(), count, static_cast<unsigned char>(0));
     double remaining = available;
     double activeWeight = totalWeight;
     for (std::size_t active = count; active > 0;) {
         double remainingAfterPass = remaining;
         double activeWeightAfterPass = 0;
         std::size_t activeAfterPass = 0;
+        scratch.visits += count;
         for (std::size_t i = 0; i < count; ++i) {
             if (pinned[i]) continue;
             const double share = remaining * weights[i] / activeWeight;
@@ -102,13 +104,14 @@ double minimumLengthOfTile(double observedMinimum, double minimumTileLength, dou
 
 void distribute(std::span<const double> weights, std::span<const double> minimums, double available,
                 std::span<double> lengths, BranchLengthsScratch& scratch) {
+    if (scratch.pinned.size() < weights.size()) scratch.pinned.resize(weights.size());
     const double totalWeight = std::accumulate(weights.begin(), weights.end(), 0.0);
     const double totalMinimum = std::accumulate(minimums.begin(), minimums.end(), 0.0);
     if (totalMinimum > available) {
         for (std::size_t i = 0; i < weights.size(); ++i) lengths[i] = weights[i] / totalWeight * available;
         return;
     }
-    shareOutAroundMinimums(weights, minimums, available, totalWeight, lengths, scratch.pinned);
+    shareOutAroundMinimums(weights, minimums, available, totalWeight, lengths, scratch);
 }
 
 void roundToWholePoints(std::span<double> lengths, double available, BranchLengthsScratch& scratch) {

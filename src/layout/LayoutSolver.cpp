@@ -42,11 +42,11 @@ CGRect contentArea(CGSize area, double outerMargin) {
     return width > 0 && height > 0 ? makeRect(margin, margin, width, height) : makeRect(0, 0, area.width, area.height);
 }
 
-CGRect normalized(const CGRect& frame, CGSize area) {
-    const double width = area.width == 0 ? 1 : area.width;
-    const double height = area.height == 0 ? 1 : area.height;
-    return makeRect(frame.origin.x / width, frame.origin.y / height, frame.size.width / width,
-                    frame.size.height / height);
+/// By what frames are divided to normalize them; an extent of nothing, or of so little that quotients would not be
+/// finite, counts as 1.
+CGSize normalizingSize(CGSize area) {
+    const auto divisor = [](double length) { return std::abs(length) < 1e-200 ? 1 : length; };
+    return {divisor(area.width), divisor(area.height)};
 }
 
 } // namespace
@@ -154,10 +154,12 @@ void LayoutSolver::Scratch::flatten(const LayoutNode& tree, const SolveContext& 
     splitIDs.clear();
     tileIndex.begin();
     nodeCount = 0;
+    branchLengths.visits = 0;
     addNode(tree, addNodes(1), nullptr, 0, context);
     for (std::size_t i = 0; i < splits.size(); ++i) {
         const auto& branches = splits[i].split->branches;
         splits[i].firstBranch = addNodes(branches.size());
+        branchLengths.visits += branches.size();
         const Split parent = splits[i]; // a copy: the vector grows
         for (std::uint32_t k = 0; k < branches.size(); ++k) {
             weights[parent.firstBranch + k] = usableWeight(branches[k].weight);
@@ -188,6 +190,7 @@ void LayoutSolver::Scratch::addUpBranches(const SolveContext& context) {
     for (auto split = splits.rbegin(); split != splits.rend(); ++split) {
         const std::uint32_t count = split->branchCount();
         const std::uint32_t end = split->firstBranch + count;
+        branchLengths.visits += count;
         Extent extent;
         extent.dividers = count > 0 ? count - 1 : 0;
         const std::size_t along = index(split->split->axis);
@@ -224,6 +227,7 @@ void LayoutSolver::Scratch::writeDivider(const Split& split, std::uint32_t bound
 void LayoutSolver::Scratch::layOutSplit(const Split& split, double gap, std::vector<LayoutDivider>& dividers) {
     const std::uint32_t count = split.branchCount();
     if (count == 0) return;
+    branchLengths.visits += count;
     const LayoutAxis axis = split.split->axis;
     const CGRect area = frames[split.node];
     const double freeLength = std::max(roundedLength(lengthAlong(axis, area.size)) - gap * (count - 1), 0.0);
@@ -265,13 +269,16 @@ void LayoutSolver::Scratch::shareFramesOfEqualIDs() {
 }
 
 void LayoutSolver::Scratch::writeSlots(CGSize area, SolvedLayout& result) const {
+    const CGSize whole = normalizingSize(area);
     for (const Tile& tile : tiles) {
         const std::uint32_t at = extents[tile.node].firstTile;
         TileSlot& slot = result.slots[at];
         slot.id = tile.tile->id;
         slot.name = tile.tile->name;
-        slot.normalizedFrame = normalized(frames[tile.node], area);
-        result.frames[at] = frames[tile.node];
+        const CGRect& frame = frames[tile.node];
+        slot.normalizedFrame = makeRect(frame.origin.x / whole.width, frame.origin.y / whole.height,
+                                        frame.size.width / whole.width, frame.size.height / whole.height);
+        result.frames[at] = frame;
     }
 }
 
@@ -287,15 +294,16 @@ void LayoutSolver::Scratch::reportUnsatisfied(double tileInset, std::set<std::st
                                                         [&ids](const std::string* id) { return ids.contains(*id); });
     if (same) return;
     while (!ids.empty()) spareEntries.push_back(ids.extract(ids.begin()));
+    std::size_t longestID = 0;
+    for (const WindowMinimum& entry : windowMinimums) longestID = std::max(longestID, entry.tileID->size());
     for (const std::string* id : unsatisfied) {
-        if (spareEntries.empty()) {
-            ids.insert(*id);
-            continue;
-        }
+        if (spareEntries.empty()) spareEntries.push_back(std::set<std::string>{""}.extract(""));
+        spareEntries.back().value().reserve(longestID); // so that it can hold any of them from now on
         spareEntries.back().value() = *id;
         ids.insert(std::move(spareEntries.back()));
         spareEntries.pop_back();
     }
+    spareEntries.reserve(spareEntries.size() + ids.size()); // room to take them all out again
 }
 
 LayoutSolver::LayoutSolver() : scratch_(std::make_unique<Scratch>()) {}
@@ -327,6 +335,10 @@ void LayoutSolver::solve(const LayoutNode& tree, const TileMinimumSizes& minimum
 bool holdsWindow(const CGRect& frame, CGSize minimumSize, double tileInset) {
     return minimumSize.width - kMinimumFitTolerance <= frame.size.width - 2 * tileInset &&
            minimumSize.height - kMinimumFitTolerance <= frame.size.height - 2 * tileInset;
+}
+
+std::size_t LayoutSolver::branchVisits() const {
+    return scratch_->branchLengths.visits;
 }
 
 SolvedLayout solveSlots(const LayoutNode& tree, const TileMinimumSizes& minimumSizes, CGSize referenceSize,
