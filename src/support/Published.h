@@ -61,13 +61,14 @@ class Published {
         value_ = std::move(next);
         observers_.notify(value_);
     }
-    [[nodiscard]] Subscription observe(std::function<void(const T&)> observer) {
+    /// Watching changes nothing that can be seen, so whoever may read the value may watch it.
+    [[nodiscard]] Subscription observe(std::function<void(const T&)> observer) const {
         return observers_.add(std::move(observer));
     }
 
   private:
     T value_{};
-    Observers<const T&> observers_;
+    mutable Observers<const T&> observers_;
 };
 
 } // namespace kova

@@ -1,0 +1,41 @@
+// The right to be the one agent of a session: a lock that the system takes back by itself when its holder ends, however
+// it ends. While the claim stands, nobody else listens at its socket's place.
+#pragma once
+
+#include "control/client/ControlSocket.h"
+
+#include <sys/types.h>
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <variant>
+
+namespace kova {
+
+/// Why there is no claim, in words for a person.
+struct AgentClaimRefusal {
+    std::optional<pid_t> holder; // the process that has the session, when that is the reason
+    std::string message;
+};
+
+class AgentClaim {
+  public:
+    /// Makes the socket's folder if need be (only its owner may enter it) and takes the lock beside the socket.
+    static std::variant<AgentClaim, AgentClaimRefusal> take(const ControlSocketPlace& place);
+
+    AgentClaim(AgentClaim&& other) noexcept :
+        socketPath_(std::move(other.socketPath_)), lock_(std::exchange(other.lock_, -1)) {}
+    AgentClaim& operator=(AgentClaim&&) = delete;
+    ~AgentClaim();
+
+    const std::string& socketPath() const { return socketPath_; }
+
+  private:
+    AgentClaim(std::string socketPath, int lock) : socketPath_(std::move(socketPath)), lock_(lock) {}
+
+    std::string socketPath_;
+    int lock_;
+};
+
+} // namespace kova

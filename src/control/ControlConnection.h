@@ -1,0 +1,75 @@
+// One client of the agent's socket. Its lines are read on the control thread and handed to the main queue; what is sent
+// to it leaves at once from whichever thread sends it, and what the system does not take at once waits in its queue for
+// the control thread, so that the main queue never waits for a client.
+#pragma once
+
+#include "control/ControlHandling.h"
+#include "control/ControlServer.h"
+#include "control/JsonRpc.h"
+#include "control/LineBuffer.h"
+
+#include <asio/io_context.hpp>
+#include <asio/local/stream_protocol.hpp>
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <span>
+#include <string>
+
+namespace kova {
+
+class ControlConnection final : public ControlPeer, public std::enable_shared_from_this<ControlConnection> {
+  public:
+    using Socket = asio::local::stream_protocol::socket;
+    using Received = std::function<void(const std::shared_ptr<ControlConnection>&, jsonrpc::Message)>;
+    using Closed = std::function<void(const std::shared_ptr<ControlConnection>&)>;
+
+    /// `readBuffer` is shared by all connections of the thread: a silent client holds no buffer of its own. Both
+    /// callbacks come on the control thread.
+    ControlConnection(std::shared_ptr<asio::io_context> context, Socket socket, const ControlServerLimits& limits,
+                      std::span<char> readBuffer, Received received, Closed closed);
+
+    // Control thread
+    void start();
+    void close();
+
+    // Main thread
+    void send(const std::string& line) override;
+    /// Sends the answer to one received message, if it has one, and makes room for the next.
+    void finishMessage(const std::string& reply);
+
+    bool isConnected() const override;
+
+  private:
+    void waitForInput();
+    void readInput();
+    void take(std::string_view bytes);
+    void takeMessage(jsonrpc::Message message);
+    void endInput();
+    void waitForRoom();
+    void sendQueued();
+    // With the lock held
+    bool hasNothingLeftToSay() const;
+    bool sendWhatFits(); // false when the connection is broken
+
+    const std::shared_ptr<asio::io_context> context_; // outlives the socket, whoever holds the connection last
+    // Control thread only
+    Socket socket_;
+    const int descriptor_;
+    const ControlServerLimits limits_;
+    std::span<char> readBuffer_;
+    Received received_;
+    Closed closed_;
+    LineBuffer lines_;
+
+    // Shared by both threads
+    mutable std::mutex lock_;
+    bool isOpen_ = true;
+    bool hasInputEnded_ = false;
+    bool isInputPaused_ = false;
+    std::size_t unanswered_ = 0;
+    std::string unsent_;
+};
+
+} // namespace kova

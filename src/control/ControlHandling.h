@@ -1,0 +1,44 @@
+// What stands behind the agent's socket: one call a request.
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include <memory>
+#include <string>
+#include <variant>
+
+namespace kova {
+
+struct ControlRequest {
+    std::string method;
+    nlohmann::json parameters; // an object; empty when the client sent none
+};
+
+/// Why a request was not carried out: a code of `controlCode`, and a message for a person.
+struct ControlFailure {
+    int code = 0;
+    std::string message;
+    nlohmann::json data; // null when there is nothing to add
+};
+
+using ControlReply = std::variant<nlohmann::json, ControlFailure>;
+
+/// One connected client.
+class ControlPeer {
+  public:
+    virtual ~ControlPeer() = default;
+    /// Sends one line (without its line break). Never waits; a client whose queue is full is dropped instead. Main
+    /// thread.
+    virtual void send(const std::string& line) = 0;
+    /// False once the client is gone. Any thread.
+    virtual bool isConnected() const = 0;
+};
+
+class ControlHandling {
+  public:
+    virtual ~ControlHandling() = default;
+    /// Main thread. May throw `DecodingError` for parameters that are not what the method takes.
+    virtual ControlReply handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer) = 0;
+};
+
+} // namespace kova

@@ -1,0 +1,201 @@
+#include "control/ControlMethods.h"
+
+#include "control/ControlRecords.h"
+#include "control/Doctor.h"
+#include "control/LayoutMethods.h"
+#include "control/NameLookup.h"
+#include "control/StateBroadcast.h"
+#include "control/WindowExplanation.h"
+#include "control/client/ControlCodes.h"
+#include "support/JsonDecoding.h"
+#include "support/text/Text.h"
+#include "workspace/WorkspaceController.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace kova {
+
+namespace {
+
+using nlohmann::json;
+
+json orNull(const std::optional<std::string>& text) {
+    return text ? json(*text) : json(nullptr);
+}
+
+} // namespace
+
+class ControlMethods::Table {
+  public:
+    explicit Table(ControlContext context) :
+        context_(std::move(context)), broadcast_(context_.controller, context_.queue) {
+        addActions();
+        addLayouts();
+        addQueries();
+        addAgent();
+    }
+
+    ControlReply handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer) {
+        const auto found = methods_.find(request.method);
+        if (found == methods_.end()) {
+            return ControlFailure{controlCode::methodNotFound, "There is no such method", {{"methods", names()}}};
+        }
+        const JsonCursor parameters(request.parameters, "");
+        // An unknown parameter is a misspelt one: a “dryrun” must not move windows.
+        for (const auto& [name, value] : parameters.members()) {
+            const auto& known = found->second.parameters;
+            if (std::find(known.begin(), known.end(), name) == known.end()) value.fail("there is no such parameter");
+        }
+        return found->second.run({parameters, peer});
+    }
+
+  private:
+    struct Call {
+        JsonCursor parameters;
+        const std::shared_ptr<ControlPeer>& peer;
+    };
+    struct Method {
+        std::vector<std::string_view> parameters;
+        std::function<ControlReply(const Call&)> run;
+    };
+
+    void add(std::string name, std::vector<std::string_view> parameters, std::function<ControlReply(const Call&)> run) {
+        methods_.emplace(std::move(name), Method{std::move(parameters), std::move(run)});
+    }
+
+    void addActions() {
+        add("arrange", {"dryRun"}, [this](const Call& call) { return arrange(call); });
+    }
+
+    void addLayouts() {
+        WorkspaceController& controller = context_.controller;
+        add("layout.list", {}, [&controller](const Call&) -> ControlReply {
+            return json{{"layouts", controlRecord::layouts(controller)}};
+        });
+        add("layout.show", {"layout", "display"},
+            [&controller](const Call& call) { return showLayout(controller, call.parameters); });
+        add("layout.next", {}, [&controller](const Call&) { return stepLayout(controller, LayoutStep::next); });
+        add("layout.previous", {}, [&controller](const Call&) { return stepLayout(controller, LayoutStep::previous); });
+        add("layout.select", {"layout", "display"},
+            [&controller](const Call& call) { return selectLayout(controller, call.parameters); });
+        add("layout.resetSizes", {"display"},
+            [&controller](const Call& call) { return resetLayoutSizes(controller, call.parameters); });
+        add("layout.setInset", {"points"},
+            [&controller](const Call& call) { return setTileInset(controller, call.parameters); });
+    }
+
+    void addQueries() {
+        const WorkspaceController& controller = context_.controller;
+        add("query.displays", {}, [&controller](const Call&) -> ControlReply {
+            return json{{"displays", controlRecord::displays(controller)},
+                        {"current", orNull(controller.currentDisplayID())}};
+        });
+        add("query.windows", {}, [&controller](const Call&) -> ControlReply {
+            return json{{"windows", controlRecord::windows(controller)}};
+        });
+        add("query.tiles", {}, [&controller](const Call&) -> ControlReply {
+            return json{{"tiles", controlRecord::tiles(controller)}};
+        });
+        add("query.state", {}, [this](const Call&) -> ControlReply { return json{{"state", broadcast_.state()}}; });
+        add("explain", {"window"}, [this](const Call& call) { return explain(call); });
+    }
+
+    void addAgent() {
+        add("status", {}, [this](const Call&) -> ControlReply { return status(); });
+        add("doctor", {}, [this](const Call&) -> ControlReply { return examine(context_); });
+        add("subscribe", {}, [this](const Call& call) -> ControlReply { return broadcast_.subscribe(call.peer); });
+        add("quit", {}, [this](const Call&) -> ControlReply {
+            context_.queue.post(context_.quit); // after this answer
+            return json{{"process", getpid()}};
+        });
+    }
+
+    ControlReply arrange(const Call& call) {
+        WorkspaceController& controller = context_.controller;
+        const auto dryRun = call.parameters.optional("dryRun");
+        const bool isDryRun = dryRun && dryRun->boolean();
+        if (isDryRun) {
+            if (auto failure = withoutPermission()) return *failure;
+            return planned(controller.planArrangement(), isDryRun);
+        }
+        if (!controller.perform(action::Arrange{})) return notPerformed();
+        return planned(controller.lastArrangement(), isDryRun);
+    }
+
+    json planned(const ArrangementPlan& plan, bool isDryRun) const {
+        json result = controlRecord::plan(plan);
+        result["dryRun"] = isDryRun;
+        result["message"] = isDryRun ? json(nullptr) : orNull(*context_.controller.state().lastActionMessage);
+        return result;
+    }
+
+    ControlReply explain(const Call& call) const {
+        const auto named = call.parameters.optional("window");
+        if (!named) {
+            return json{{"window", nullptr}, {"lines", *context_.controller.state().lastArrangeExplanation}};
+        }
+        if (auto failure = withoutPermission()) return *failure;
+        const auto found = lookUpWindow(context_.controller, named->string());
+        if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+        const auto& window = std::get<ManagedWindow>(found);
+        return json{{"window", controlRecord::window(window, context_.controller.assignments())},
+                    {"lines", explainWindow(context_.controller, window)}};
+    }
+
+    json status() const {
+        const WorkspaceController& controller = context_.controller;
+        const WorkspaceState& state = controller.state();
+        const auto& assignments = controller.assignments();
+        const auto& live = controller.liveWindows();
+        return {{"version", KOVA_VERSION},
+                {"process", getpid()},
+                {"permission", describe(*state.permissionState)},
+                {"isRunning", controller.isRunning()},
+                {"displays", state.screens->size()},
+                {"windows", live.size()},
+                {"windowsInTiles",
+                 std::count_if(live.begin(), live.end(), [&](const auto& w) { return assignments.isInAnyTile(w.id); })},
+                {"focusMode", controlRecord::focusMode(controller)},
+                {"canUndo", *state.canUndo},
+                {"message", orNull(*state.lastActionMessage)}};
+    }
+
+    /// Why nothing can be done for want of the permission; absent when there is no want of it.
+    std::optional<ControlFailure> withoutPermission() const {
+        if (*context_.controller.state().permissionState == AccessibilityPermissionState::granted) return std::nullopt;
+        return ControlFailure{controlCode::noPermission, "Accessibility permission is required", nullptr};
+    }
+
+    ControlFailure notPerformed() const {
+        if (auto failure = withoutPermission()) return *failure;
+        const auto& said = *context_.controller.state().lastActionMessage;
+        return {controlCode::refused, said.value_or("There is nothing to do"), nullptr};
+    }
+
+    std::vector<std::string> names() const {
+        std::vector<std::string> all;
+        for (const auto& [name, method] : methods_) all.push_back(name);
+        std::sort(all.begin(), all.end());
+        return all;
+    }
+
+    ControlContext context_;
+    StateBroadcast broadcast_;
+    std::unordered_map<std::string, Method> methods_;
+};
+
+ControlMethods::ControlMethods(ControlContext context) : table_(std::make_unique<Table>(std::move(context))) {}
+
+ControlMethods::~ControlMethods() = default;
+
+ControlReply ControlMethods::handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer) {
+    return table_->handle(request, peer);
+}
+
+} // namespace kova

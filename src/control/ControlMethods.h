@@ -1,0 +1,38 @@
+// The vocabulary of the agent's socket: what each method does with the workspace and what it answers.
+// docs/control.md describes every method, docs/control-schema.json every answer.
+#pragma once
+
+#include "control/ControlHandling.h"
+#include "support/MainQueue.h"
+
+#include <functional>
+#include <memory>
+
+namespace kova {
+
+class DiagnosticsServicing;
+class PreferencesStore;
+class WorkspaceController;
+
+/// All of it outlives the methods.
+struct ControlContext {
+    WorkspaceController& controller;
+    const PreferencesStore& preferences;
+    const DiagnosticsServicing* diagnostics = nullptr; // null when the desktop has nothing to tell
+    MainQueue& queue;
+    std::function<void()> quit; // called on the main queue, after the answer was sent
+};
+
+/// Main thread only.
+class ControlMethods final : public ControlHandling {
+  public:
+    explicit ControlMethods(ControlContext context);
+    ~ControlMethods() override;
+    ControlReply handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer) override;
+
+  private:
+    class Table;
+    std::unique_ptr<Table> table_;
+};
+
+} // namespace kova

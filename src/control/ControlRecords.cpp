@@ -1,0 +1,181 @@
+#include "control/ControlRecords.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cmath>
+#include <cstdint>
+
+namespace kova::controlRecord {
+
+namespace {
+
+using nlohmann::json;
+
+/// Whole numbers without a fraction: they are read by people too.
+json number(double value) {
+    constexpr double kExactIntegers = 9007199254740992;
+    if (std::trunc(value) == value && std::abs(value) < kExactIntegers) return static_cast<std::int64_t>(value);
+    return value;
+}
+
+template <class T>
+json orNull(const std::optional<T>& value) {
+    return value ? json(*value) : json(nullptr);
+}
+
+double firstScreenMaxY(const WorkspaceController& controller) {
+    const auto& screens = *controller.state().screens;
+    return screens.empty() ? 0 : maxY(screens.front().frame);
+}
+
+/// "automatic", a layout's id, or null where the user chose nothing.
+json selection(const WorkspaceProfile& profile, const std::string& displayID) {
+    const auto found = profile.layoutSelectionsByDisplay.find(displayID);
+    if (found == profile.layoutSelectionsByDisplay.end()) return nullptr;
+    return found->second.layoutID.value_or("automatic");
+}
+
+json brief(const ManagedWindow& window) {
+    return {{"id", window.id}, {"application", window.applicationName}, {"title", window.title}};
+}
+
+} // namespace
+
+json rect(const CGRect& frame) {
+    return {{"x", number(frame.origin.x)},
+            {"y", number(frame.origin.y)},
+            {"width", number(frame.size.width)},
+            {"height", number(frame.size.height)}};
+}
+
+json size(const CGSize& size) {
+    return {{"width", number(size.width)}, {"height", number(size.height)}};
+}
+
+json window(const ManagedWindow& window, const TileAssignments& assignments) {
+    const auto front = assignments.targetOf(window.id);
+    return {{"id", window.id},
+            {"application", window.applicationName},
+            {"bundleIdentifier", orNull(window.bundleIdentifier)},
+            {"title", window.title},
+            {"process", window.processIdentifier},
+            {"frame", window.frame ? rect(*window.frame) : json(nullptr)},
+            {"minimumSize", window.minimumSize ? size(*window.minimumSize) : json(nullptr)},
+            {"isMinimized", window.isMinimized},
+            {"isVisible", window.isVisible},
+            {"isFullScreen", window.isFullScreen},
+            {"tile", orNull(front ? front : assignments.stackTargetOf(window.id))},
+            {"isFront", front.has_value()}};
+}
+
+json displays(const WorkspaceController& controller) {
+    json out = json::array();
+    const double maximumY = firstScreenMaxY(controller);
+    for (const Screen& screen : *controller.state().screens) {
+        const std::string id = displayID(screen);
+        const LayoutDefinition* layout = controller.resolvedLayout(id);
+        out.push_back({{"id", id},
+                       {"number", out.size() + 1},
+                       {"name", screen.localizedName},
+                       {"frame", rect(flipped(screen.frame, maximumY))},
+                       {"visibleFrame", rect(flipped(screen.visibleFrame, maximumY))},
+                       {"displayClass", rawValue(classifyDisplay(screen.visibleFrame.size))},
+                       {"layout", layout ? json{{"id", layout->id}, {"name", layout->name}} : json(nullptr)},
+                       {"selection", selection(*controller.state().profile, id)}});
+    }
+    return out;
+}
+
+json windows(const WorkspaceController& controller) {
+    json out = json::array();
+    for (const ManagedWindow& live : controller.liveWindows()) out.push_back(window(live, controller.assignments()));
+    return out;
+}
+
+json tiles(const WorkspaceController& controller) {
+    json out = json::array();
+    const double maximumY = firstScreenMaxY(controller);
+    for (const WorkspaceTile& tile : controller.tiles()) {
+        out.push_back({{"id", tile.targetID},
+                       {"display", tile.displayID},
+                       {"slot", tile.slot.id},
+                       {"name", tile.slot.name},
+                       {"cell", rect(flipped(tile.frameOnScreen, maximumY))},
+                       {"frame", rect(tile.frameForWindowService)},
+                       {"window", orNull(tile.windowID)},
+                       {"stack", tile.stack}});
+    }
+    return out;
+}
+
+json layouts(const WorkspaceController& controller) {
+    json out = json::array();
+    for (const LayoutDefinition& layout : controller.catalogue()) {
+        json slots = json::array();
+        for (const TileSlot& slot : layout.slots) {
+            slots.push_back({{"id", slot.id}, {"name", slot.name}, {"frame", rect(slot.normalizedFrame)}});
+        }
+        json shownOn = json::array();
+        for (const Screen& screen : *controller.state().screens) {
+            const LayoutDefinition* resolved = controller.resolvedLayout(displayID(screen));
+            if (resolved && resolved->id == layout.id) shownOn.push_back(displayID(screen));
+        }
+        out.push_back({{"id", layout.id},
+                       {"name", layout.name},
+                       {"displayClass", rawValue(layout.displayClass)},
+                       {"referenceSize", size(referenceSize(layout.displayClass))},
+                       {"slots", std::move(slots)},
+                       {"displays", std::move(shownOn)}});
+    }
+    return out;
+}
+
+json plan(const ArrangementPlan& plan) {
+    json placements = json::array();
+    for (const AutoArrangePlacement& placement : plan.placements) {
+        json covered = json::array();
+        for (const DisplayTileTarget& target : placement.claimedTargets) covered.push_back(target.id());
+        placements.push_back({{"window", brief(placement.window)},
+                              {"tile", placement.target.id()},
+                              {"covers", std::move(covered)},
+                              {"isFront", placement.isPrimary},
+                              {"isDeferred", placement.isDeferred},
+                              {"explanation", placement.explanation}});
+    }
+    json surplus = json::array();
+    for (const ArrangementSurplus& left : plan.surplus) {
+        surplus.push_back({{"window", brief(left.window)}, {"explanation", left.explanation}});
+    }
+    return {
+        {"placements", std::move(placements)}, {"surplus", std::move(surplus)}, {"explanation", plan.explanation()}};
+}
+
+json focusMode(const WorkspaceController& controller) {
+    const auto& mode = *controller.state().focusMode;
+    if (!mode) return nullptr;
+    return {{"display", mode->displayID}, {"tile", mode->anchorTargetID}, {"window", mode->windowID}};
+}
+
+json notice(const WorkspaceController& controller) {
+    const auto& notice = *controller.state().placementNotice;
+    if (!notice) return nullptr;
+    return {{"id", notice->id.string()},
+            {"application", notice->applicationName},
+            {"additionalTiles", notice->additionalTileCount},
+            {"frame", rect(flipped(notice->claimedFrame, firstScreenMaxY(controller)))}};
+}
+
+json settings(const WorkspaceController& controller) {
+    const WorkspaceState& state = controller.state();
+    return {{"theme", state.profile->themeID},
+            {"accentColor", *state.accentColorID},
+            {"layout", state.profile->layoutID},
+            {"tileInset", number(state.profile->tileInset)},
+            {"autoArrangeOnLaunch", state.profile->autoArrangeOnLaunch},
+            {"continuousManagement", *state.continuousManagementEnabled},
+            {"useThemeBackground", *state.useThemeBackground},
+            {"showBrain", *state.showBrain},
+            {"showTileBackgrounds", *state.showTileBackgrounds}};
+}
+
+} // namespace kova::controlRecord

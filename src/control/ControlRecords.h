@@ -1,0 +1,27 @@
+// How the workspace looks on the wire. Every rectangle is in window-service space (points, origin at the top left of
+// the first display, y growing downwards), whatever space it came from; those of a layout are in the unit square.
+#pragma once
+
+#include "workspace/WorkspaceController.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <string>
+#include <vector>
+
+namespace kova::controlRecord {
+
+nlohmann::json rect(const CGRect& frame);
+nlohmann::json size(const CGSize& size);
+nlohmann::json window(const ManagedWindow& window, const TileAssignments& assignments);
+
+nlohmann::json displays(const WorkspaceController& controller);
+nlohmann::json windows(const WorkspaceController& controller);
+nlohmann::json tiles(const WorkspaceController& controller);
+nlohmann::json layouts(const WorkspaceController& controller);
+nlohmann::json plan(const ArrangementPlan& plan);
+nlohmann::json focusMode(const WorkspaceController& controller);
+nlohmann::json notice(const WorkspaceController& controller);
+nlohmann::json settings(const WorkspaceController& controller);
+
+} // namespace kova::controlRecord

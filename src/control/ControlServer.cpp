@@ -1,0 +1,205 @@
+#include "control/ControlServer.h"
+
+#include "control/ControlConnection.h"
+#include "control/client/ControlCodes.h"
+#include "support/JsonDecoding.h"
+#include "support/Lifetime.h"
+
+#include <asio/executor_work_guard.hpp>
+#include <asio/post.hpp>
+#include <asio/steady_timer.hpp>
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <set>
+#include <system_error>
+#include <thread>
+#include <utility>
+#include <variant>
+
+namespace kova {
+
+namespace {
+
+using Local = asio::local::stream_protocol;
+
+constexpr auto kPauseWithoutDescriptors = std::chrono::milliseconds(200);
+constexpr int kBacklog = 128;
+
+/// Neither programs that the agent launches nor a client that goes away in mid-connection may hold a socket up.
+bool prepareSocket(int socket) {
+#if defined(SO_NOSIGPIPE)
+    const int yes = 1;
+    setsockopt(socket, SOL_SOCKET, SO_NOSIGPIPE, &yes, sizeof yes);
+#endif
+    return fcntl(socket, F_SETFD, FD_CLOEXEC) == 0 && fcntl(socket, F_SETFL, O_NONBLOCK) == 0;
+}
+
+/// Negative when nobody is waiting or nobody can be let in, with errno set.
+int acceptFrom(int listening) {
+#if defined(SOCK_CLOEXEC)
+    return accept4(listening, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
+#else
+    const int accepted = accept(listening, nullptr, nullptr);
+    if (accepted >= 0) prepareSocket(accepted);
+    return accepted;
+#endif
+}
+
+bool isExhausted(int error) {
+    return error == EMFILE || error == ENFILE || error == ENOBUFS || error == ENOMEM;
+}
+
+/// A socket that listens at the path and that only this user may connect to; negative on failure, with errno set.
+int listenAt(const std::string& path) {
+    const auto address = controlSocketAddress(path);
+    if (!address) return errno = ENAMETOOLONG, -1;
+    const int listening = socket(AF_UNIX, SOCK_STREAM, 0);
+    if (listening < 0) return -1;
+    // Whoever left a socket here is dead: the claim says so. Nobody can connect before the socket listens, and by then
+    // its mode is right.
+    unlink(path.c_str());
+    const bool isReady = prepareSocket(listening) &&
+                         bind(listening, reinterpret_cast<const sockaddr*>(&*address), sizeof *address) == 0 &&
+                         chmod(path.c_str(), S_IRUSR | S_IWUSR) == 0 && listen(listening, kBacklog) == 0;
+    if (isReady) return listening;
+    const int error = errno;
+    close(listening);
+    return errno = error, -1;
+}
+
+} // namespace
+
+class ControlServer::Listener {
+  public:
+    Listener(AgentClaim claim, MainQueue& queue, ControlHandling& handling, ControlServerLimits limits) :
+        claim_(std::move(claim)), queue_(queue), handling_(handling), limits_(limits) {}
+
+    ~Listener() {
+        if (acceptor_.is_open()) unlink(claim_.socketPath().c_str());
+        if (!thread_.joinable()) return;
+        asio::post(*context_, [this] { endOnControlThread(); });
+        thread_.join();
+    }
+
+    std::optional<std::string> start() {
+        const int listening = listenAt(claim_.socketPath());
+        if (listening < 0) return "Cannot listen at " + claim_.socketPath() + ": " + std::strerror(errno);
+        asio::error_code error;
+        acceptor_.assign(Local(), listening, error);
+        if (error) return "Cannot listen at " + claim_.socketPath() + ": " + error.message();
+        try {
+            accept();
+            thread_ = std::thread([this] { run(); });
+        } catch (const std::system_error& failure) {
+            return std::string("Cannot start the control thread: ") + failure.what();
+        }
+        return std::nullopt;
+    }
+
+  private:
+    void run() {
+        for (;;) {
+            try {
+                context_->run();
+                return;
+            } catch (const std::exception&) {
+                // Memory ran out while one client was served. The others go on.
+            }
+        }
+    }
+
+    void accept() {
+        acceptor_.async_wait(Local::acceptor::wait_read, [this](const asio::error_code& error) {
+            if (error || !acceptor_.is_open()) return;
+            const int accepted = acceptFrom(acceptor_.native_handle());
+            if (accepted < 0 && isExhausted(errno)) return acceptLater();
+            accept();
+            if (accepted >= 0) welcome(accepted);
+        });
+    }
+
+    /// Without descriptors, accepting fails at once, again and again.
+    void acceptLater() {
+        retry_.expires_after(kPauseWithoutDescriptors);
+        retry_.async_wait([this](const asio::error_code& error) {
+            if (!error && acceptor_.is_open()) accept();
+        });
+    }
+
+    void welcome(int accepted) {
+        Local::socket socket(*context_);
+        asio::error_code error;
+        socket.assign(Local(), accepted, error);
+        if (error) {
+            close(accepted);
+            return;
+        }
+        const bool isAllowed = peerUser(accepted) == limits_.onlyUser.value_or(geteuid());
+        if (!isAllowed || connections_.size() >= limits_.connections) return;
+        auto connection = std::make_shared<ControlConnection>(
+            context_, std::move(socket), limits_, std::span<char>(readBuffer_),
+            [this](const auto& from, jsonrpc::Message message) { handOver(from, std::move(message)); },
+            [this](const auto& gone) { connections_.erase(gone); });
+        connections_.insert(connection);
+        connection->start();
+    }
+
+    void handOver(const std::shared_ptr<ControlConnection>& from, jsonrpc::Message message) {
+        queue_.post(lifetime_.guard([this, from, message = std::move(message)] {
+            from->finishMessage(
+                jsonrpc::answer(message, [&](const ControlRequest& call) { return reply(call, from); }));
+        }));
+    }
+
+    ControlReply reply(const ControlRequest& call, const std::shared_ptr<ControlConnection>& from) {
+        try {
+            return handling_.handle(call, from);
+        } catch (const DecodingError& error) {
+            return ControlFailure{controlCode::invalidParameters, error.what(), nullptr};
+        } catch (const std::exception& error) {
+            return ControlFailure{controlCode::internalError, std::string("Internal error: ") + error.what(), nullptr};
+        }
+    }
+
+    void endOnControlThread() {
+        asio::error_code ignored;
+        acceptor_.close(ignored);
+        retry_.cancel();
+        for (const auto& connection : std::set(connections_)) connection->close();
+        work_.reset();
+    }
+
+    AgentClaim claim_;
+    MainQueue& queue_;
+    ControlHandling& handling_;
+    const ControlServerLimits limits_;
+
+    // Control thread only, once it runs
+    std::shared_ptr<asio::io_context> context_ = std::make_shared<asio::io_context>(1);
+    asio::executor_work_guard<asio::io_context::executor_type> work_{context_->get_executor()};
+    Local::acceptor acceptor_{*context_};
+    asio::steady_timer retry_{*context_};
+    std::set<std::shared_ptr<ControlConnection>> connections_;
+    std::array<char, 64 * 1024> readBuffer_;
+
+    std::thread thread_;
+    Lifetime lifetime_;
+};
+
+ControlServer::ControlServer(AgentClaim claim, MainQueue& queue, ControlHandling& handling,
+                             ControlServerLimits limits) :
+    listener_(std::make_unique<Listener>(std::move(claim), queue, handling, limits)) {}
+
+ControlServer::~ControlServer() = default;
+
+std::optional<std::string> ControlServer::start() {
+    return listener_->start();
+}
+
+} // namespace kova

@@ -1,0 +1,86 @@
+#include "control/Doctor.h"
+
+#include "persistence/PreferencesStore.h"
+#include "windowing/DiagnosticsServicing.h"
+#include "workspace/WorkspaceController.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+
+namespace kova {
+
+namespace {
+
+using Verdict = DiagnosticVerdict;
+
+const char* word(Verdict verdict) {
+    switch (verdict) {
+    case Verdict::fine:
+        return "fine";
+    case Verdict::note:
+        return "note";
+    case Verdict::wrong:
+        return "wrong";
+    }
+    return "";
+}
+
+DiagnosticLine permissionLine(const WorkspaceController& controller) {
+    switch (*controller.state().permissionState) {
+    case AccessibilityPermissionState::granted:
+        return {"permission", Verdict::fine, "KOVA may move other applications' windows."};
+    case AccessibilityPermissionState::denied:
+        return {"permission", Verdict::wrong,
+                "KOVA may not move other applications' windows; it stays idle until it may."};
+    case AccessibilityPermissionState::unknown:
+        return {"permission", Verdict::note, "Nobody has asked for the permission yet."};
+    }
+    return {};
+}
+
+DiagnosticLine displaysLine(const WorkspaceController& controller) {
+    const auto& screens = *controller.state().screens;
+    if (screens.empty()) return {"displays", Verdict::wrong, "No display is connected."};
+    std::string names;
+    for (const Screen& screen : screens) names += (names.empty() ? "" : ", ") + screen.localizedName;
+    return {"displays", Verdict::fine, std::to_string(screens.size()) + ": " + names + "."};
+}
+
+DiagnosticLine managementLine(const WorkspaceController& controller) {
+    if (controller.isRunning()) return {"management", Verdict::fine, "Windows are being watched."};
+    return {"management", Verdict::wrong,
+            "The agent has stopped watching windows; end it with “kova quit” and start it again."};
+}
+
+DiagnosticLine preferencesLine(const PreferencesStore& preferences) {
+    const std::string problem = preferences.problem();
+    if (problem.empty()) return {"preferences", Verdict::fine, "The preferences were read and can be written."};
+    return {"preferences", Verdict::wrong, problem};
+}
+
+} // namespace
+
+nlohmann::json examine(const ControlContext& context) {
+    std::vector<DiagnosticLine> lines;
+    if (context.diagnostics) lines = context.diagnostics->diagnose();
+    // The desktop knows more about what it speaks of than we do.
+    const auto addUnlessKnown = [&lines](DiagnosticLine line) {
+        const auto same = [&](const DiagnosticLine& known) { return known.subject == line.subject; };
+        if (std::none_of(lines.begin(), lines.end(), same)) lines.push_back(std::move(line));
+    };
+    addUnlessKnown(permissionLine(context.controller));
+    addUnlessKnown(displaysLine(context.controller));
+    addUnlessKnown(managementLine(context.controller));
+    addUnlessKnown(preferencesLine(context.preferences));
+
+    nlohmann::json checks = nlohmann::json::array();
+    bool isHealthy = true;
+    for (const DiagnosticLine& line : lines) {
+        isHealthy = isHealthy && line.verdict != Verdict::wrong;
+        checks.push_back({{"subject", line.subject}, {"verdict", word(line.verdict)}, {"text", line.text}});
+    }
+    return {{"isHealthy", isHealthy}, {"version", KOVA_VERSION}, {"checks", std::move(checks)}};
+}
+
+} // namespace kova

@@ -1,0 +1,12 @@
+// A look at everything that windows need in order to be arranged.
+#pragma once
+
+#include "control/ControlMethods.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+namespace kova {
+
+nlohmann::json examine(const ControlContext& context);
+
+} // namespace kova

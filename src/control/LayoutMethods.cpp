@@ -1,0 +1,161 @@
+#include "control/LayoutMethods.h"
+
+#include "control/ControlRecords.h"
+#include "control/NameLookup.h"
+#include "control/client/ControlCodes.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kova {
+
+namespace {
+
+using nlohmann::json;
+
+constexpr double kLargestInset = 100; // points
+
+ControlFailure refusal(std::string message) {
+    return {controlCode::refused, std::move(message), nullptr};
+}
+
+/// What the controller said about an operation that it did not carry out.
+ControlFailure refusalOf(const WorkspaceController& controller, const char* otherwise) {
+    const auto& said = *controller.state().lastActionMessage;
+    return refusal(said ? *said : otherwise);
+}
+
+/// The id of the display named by the parameters, else of the current one.
+std::variant<std::string, ControlFailure> wantedDisplay(const WorkspaceController& controller,
+                                                        const JsonCursor& parameters) {
+    if (const auto named = parameters.optional("display")) return lookUpDisplay(controller, named->string());
+    if (auto current = controller.currentDisplayID()) return *std::move(current);
+    return refusal("No display is connected");
+}
+
+const Screen* findScreen(const WorkspaceController& controller, const std::string& id) {
+    const auto& screens = *controller.state().screens;
+    const auto found =
+        std::find_if(screens.begin(), screens.end(), [&](const Screen& s) { return displayID(s) == id; });
+    return found == screens.end() ? nullptr : &*found;
+}
+
+/// The layout that is now in force on the display, and what was said about it.
+json inForce(const WorkspaceController& controller, const std::string& display) {
+    const LayoutDefinition* layout = controller.resolvedLayout(display);
+    const auto& said = *controller.state().lastActionMessage;
+    return {{"display", display},
+            {"layout", layout ? json{{"id", layout->id}, {"name", layout->name}} : json(nullptr)},
+            {"message", said ? json(*said) : json(nullptr)}};
+}
+
+json tileShown(const TileSlot& slot, CGSize windowSize, json window, std::size_t stackSize) {
+    return {{"slot", slot.id},
+            {"name", slot.name},
+            {"frame", controlRecord::rect(slot.normalizedFrame)},
+            {"windowSize", controlRecord::size(windowSize)},
+            {"window", std::move(window)},
+            {"stackSize", stackSize}};
+}
+
+json applicationOf(const WorkspaceController& controller, const std::optional<std::string>& windowID) {
+    for (const ManagedWindow& window : controller.liveWindows()) {
+        if (window.id == windowID) return window.applicationName;
+    }
+    return nullptr;
+}
+
+/// The tiles as they are on the display, with the user's weights and the windows in them.
+json tilesInForce(const WorkspaceController& controller, const std::string& display) {
+    json out = json::array();
+    for (const WorkspaceTile& tile : controller.tiles()) {
+        if (tile.displayID != display) continue;
+        const CGRect room = insetBy(tile.frameOnScreen, controller.state().profile->tileInset);
+        out.push_back(tileShown(tile.slot, room.size, applicationOf(controller, tile.windowID), tile.stack.size()));
+    }
+    return out;
+}
+
+/// The tiles as they would be in an area of this size, in points.
+json tilesProposed(const LayoutDefinition& layout, CGSize area, double inset) {
+    const SolvedLayout solved = solveDefinition(layout, {}, area, inset);
+    json out = json::array();
+    for (std::size_t i = 0; i < solved.slots.size(); ++i) {
+        out.push_back(tileShown(solved.slots[i], insetBy(solved.frames[i], inset).size, nullptr, 0));
+    }
+    return out;
+}
+
+} // namespace
+
+ControlReply showLayout(const WorkspaceController& controller, const JsonCursor& parameters) {
+    const auto display = wantedDisplay(controller, parameters);
+    if (const auto* failure = std::get_if<ControlFailure>(&display)) return *failure;
+    const std::string& displayID = std::get<std::string>(display);
+    const Screen* screen = findScreen(controller, displayID);
+    const LayoutDefinition* layout = controller.resolvedLayout(displayID);
+    if (!screen || !layout) return refusal("No display is connected");
+
+    bool isInForce = true;
+    if (const auto named = parameters.optional("layout")) {
+        const auto found = lookUpLayout(controller, named->string());
+        if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+        isInForce = std::get<std::string>(found) == layout->id;
+        layout = findLayout(controller.catalogue(), std::get<std::string>(found));
+    }
+    const CGSize area = screen->visibleFrame.size;
+    return json{
+        {"display", {{"id", displayID}, {"name", screen->localizedName}}},
+        {"layout", {{"id", layout->id}, {"name", layout->name}, {"displayClass", rawValue(layout->displayClass)}}},
+        {"isInForce", isInForce},
+        {"area", controlRecord::size(area)},
+        {"tiles", isInForce ? tilesInForce(controller, displayID)
+                            : tilesProposed(*layout, area, controller.state().profile->tileInset)}};
+}
+
+ControlReply selectLayout(WorkspaceController& controller, const JsonCursor& parameters) {
+    const std::string wanted = parameters.required("layout").string();
+    const auto display = wantedDisplay(controller, parameters);
+    if (const auto* failure = std::get_if<ControlFailure>(&display)) return *failure;
+    auto selection = DisplayLayoutSelection::automatic();
+    if (wanted != "automatic") {
+        const auto found = lookUpLayout(controller, wanted);
+        if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+        selection = DisplayLayoutSelection::layout(std::get<std::string>(found));
+    }
+    switch (controller.selectLayout(std::get<std::string>(display), selection)) {
+    case LayoutSelectionResult::done:
+        return inForce(controller, std::get<std::string>(display));
+    case LayoutSelectionResult::unknownDisplay:
+        return refusal("The display is no longer connected");
+    case LayoutSelectionResult::unknownLayout:
+        return refusal("The theme in use has no such layout");
+    }
+    return refusal("The layout was not selected");
+}
+
+ControlReply stepLayout(WorkspaceController& controller, LayoutStep step) {
+    const auto display = controller.currentDisplayID();
+    const bool isDone = step == LayoutStep::next ? controller.selectNextLayout() : controller.selectPreviousLayout();
+    if (!isDone || !display) return refusalOf(controller, "The layout was not changed");
+    return inForce(controller, *display);
+}
+
+ControlReply resetLayoutSizes(WorkspaceController& controller, const JsonCursor& parameters) {
+    const auto display = wantedDisplay(controller, parameters);
+    if (const auto* failure = std::get_if<ControlFailure>(&display)) return *failure;
+    if (!controller.resetLayoutSizes(std::get<std::string>(display))) {
+        return refusalOf(controller, "The layout's sizes were not reset");
+    }
+    return inForce(controller, std::get<std::string>(display));
+}
+
+ControlReply setTileInset(WorkspaceController& controller, const JsonCursor& parameters) {
+    const JsonCursor given = parameters.required("points");
+    const double points = given.number();
+    if (!(points >= 0 && points <= kLargestInset)) given.fail("expected a number of points from 0 to 100");
+    if (!controller.setTileInset(points)) return refusalOf(controller, "The gap was not changed");
+    return json{{"points", points}};
+}
+
+} // namespace kova

@@ -1,0 +1,17 @@
+// The methods that show and change layouts.
+#pragma once
+
+#include "control/ControlHandling.h"
+#include "support/JsonDecoding.h"
+#include "workspace/WorkspaceController.h"
+
+namespace kova {
+
+ControlReply showLayout(const WorkspaceController& controller, const JsonCursor& parameters);
+ControlReply selectLayout(WorkspaceController& controller, const JsonCursor& parameters);
+enum class LayoutStep { next, previous };
+ControlReply stepLayout(WorkspaceController& controller, LayoutStep step);
+ControlReply resetLayoutSizes(WorkspaceController& controller, const JsonCursor& parameters);
+ControlReply setTileInset(WorkspaceController& controller, const JsonCursor& parameters);
+
+} // namespace kova

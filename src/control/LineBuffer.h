@@ -1,0 +1,57 @@
+// Cuts what a client sends into lines, however it arrives. A line that grows too long is reported once and skipped up
+// to its end, so that a client can neither fill the memory nor lose its connection by it.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace kova {
+
+class LineBuffer {
+  public:
+    explicit LineBuffer(std::size_t longestLine) : longestLine_(longestLine) {}
+
+    /// Calls `line` with each complete line (without its break) and `tooLong` for each that is longer than allowed. A
+    /// view is valid during its call only.
+    template <class Line, class TooLong>
+    void feed(std::string_view bytes, Line line, TooLong tooLong) {
+        while (!bytes.empty()) {
+            const auto end = bytes.find('\n');
+            const auto piece = bytes.substr(0, end);
+            if (!isSkipping_ && partial_.size() + piece.size() > longestLine_) {
+                isSkipping_ = true;
+                partial_ = {};
+                tooLong();
+            }
+            if (end == std::string_view::npos) {
+                if (!isSkipping_) partial_.append(piece);
+                return;
+            }
+            if (!isSkipping_) complete(piece, line);
+            isSkipping_ = false;
+            bytes.remove_prefix(end + 1);
+        }
+    }
+
+    /// Whether a line was begun and not ended.
+    bool isInsideLine() const { return isSkipping_ || !partial_.empty(); }
+
+  private:
+    template <class Line>
+    void complete(std::string_view piece, Line line) {
+        if (partial_.empty()) {
+            line(piece);
+            return;
+        }
+        const std::string whole = std::move(partial_.append(piece));
+        partial_ = {}; // a client that is silent from now on keeps no memory
+        line(whole);
+    }
+
+    std::size_t longestLine_;
+    std::string partial_;
+    bool isSkipping_ = false;
+};
+
+} // namespace kova

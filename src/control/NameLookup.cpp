@@ -1,0 +1,111 @@
+#include "control/NameLookup.h"
+
+#include "control/client/ControlCodes.h"
+#include "support/text/Text.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace kova {
+
+namespace {
+
+constexpr std::size_t kLongestQuotation = 80; // bytes
+
+std::string quoted(std::string_view wanted) {
+    return "“" + validUtf8(wanted.substr(0, kLongestQuotation)) + (wanted.size() > kLongestQuotation ? "…”" : "”");
+}
+
+ControlFailure listing(std::string message, std::string_view wanted, std::span<const NamedThing> things,
+                       const std::vector<std::size_t>& listed) {
+    nlohmann::json known = nlohmann::json::array();
+    for (const std::size_t i : listed) {
+        message += "\n  " + things[i].description;
+        known.push_back(things[i].id);
+    }
+    return {controlCode::refused, std::move(message), {{"wanted", validUtf8(wanted)}, {"choices", std::move(known)}}};
+}
+
+std::vector<std::size_t> matching(std::span<const NamedThing> things, const auto& predicate) {
+    std::vector<std::size_t> found;
+    for (std::size_t i = 0; i < things.size(); ++i) {
+        const auto folded = [&](const std::string& name) { return predicate(lowercased(name)); };
+        if (folded(things[i].id) || std::any_of(things[i].names.begin(), things[i].names.end(), folded)) {
+            found.push_back(i);
+        }
+    }
+    return found;
+}
+
+std::vector<std::size_t> everyIndex(std::size_t count) {
+    std::vector<std::size_t> all(count);
+    for (std::size_t i = 0; i < count; ++i) all[i] = i;
+    return all;
+}
+
+} // namespace
+
+std::variant<std::size_t, ControlFailure> lookUp(std::string_view kind, std::string_view wanted,
+                                                 std::span<const NamedThing> things, Numbered numbered) {
+    const auto exact =
+        std::find_if(things.begin(), things.end(), [&](const auto& thing) { return thing.id == wanted; });
+    if (exact != things.end()) return static_cast<std::size_t>(exact - things.begin());
+
+    std::size_t number = 0;
+    const auto [end, error] = std::from_chars(wanted.data(), wanted.data() + wanted.size(), number);
+    const bool isNumber = error == std::errc{} && end == wanted.data() + wanted.size();
+    if (numbered == Numbered::yes && isNumber && number >= 1 && number <= things.size()) return number - 1;
+
+    const std::string folded = lowercased(wanted);
+    auto found = matching(things, [&](const std::string& name) { return name == folded; });
+    if (found.empty() && !folded.empty()) {
+        found = matching(things, [&](const std::string& name) { return name.find(folded) != std::string::npos; });
+    }
+    if (found.size() == 1) return found.front();
+
+    const std::string what(kind);
+    if (found.size() > 1) {
+        return listing(quoted(wanted) + " is the name of more than one " + what + ":", wanted, things, found);
+    }
+    const std::string none = "There is no " + what + " " + quoted(wanted);
+    if (things.empty()) return listing(none + "; there is no " + what + " at all", wanted, things, {});
+    return listing(none + ". There is:", wanted, things, everyIndex(things.size()));
+}
+
+std::variant<std::string, ControlFailure> lookUpDisplay(const WorkspaceController& controller,
+                                                        std::string_view wanted) {
+    std::vector<NamedThing> displays;
+    for (const Screen& screen : *controller.state().screens) {
+        const std::string id = displayID(screen);
+        const std::string number = std::to_string(displays.size() + 1);
+        displays.push_back({id, {screen.localizedName}, number + "  " + screen.localizedName + "  " + id});
+    }
+    const auto found = lookUp("display", wanted, displays, Numbered::yes);
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    return displays[std::get<std::size_t>(found)].id;
+}
+
+std::variant<std::string, ControlFailure> lookUpLayout(const WorkspaceController& controller, std::string_view wanted) {
+    std::vector<NamedThing> layouts;
+    for (const LayoutDefinition& layout : controller.catalogue()) {
+        layouts.push_back({layout.id, {layout.name}, layout.id + "  " + layout.name});
+    }
+    const auto found = lookUp("layout", wanted, layouts, Numbered::no);
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    return layouts[std::get<std::size_t>(found)].id;
+}
+
+std::variant<ManagedWindow, ControlFailure> lookUpWindow(const WorkspaceController& controller,
+                                                         std::string_view wanted) {
+    std::vector<NamedThing> windows;
+    for (const ManagedWindow& window : controller.liveWindows()) {
+        windows.push_back({window.id,
+                           {window.applicationName, window.title},
+                           window.id + "  " + window.applicationName + "  " + window.title});
+    }
+    const auto found = lookUp("window", wanted, windows, Numbered::no);
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    return controller.liveWindows()[std::get<std::size_t>(found)];
+}
+
+} // namespace kova

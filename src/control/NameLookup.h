@@ -1,0 +1,38 @@
+// Finding what a person means: a display, a layout or a window by its id, its number, its name or a part that no other
+// has.
+#pragma once
+
+#include "control/ControlHandling.h"
+#include "workspace/WorkspaceController.h"
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace kova {
+
+/// Something that has names. All but the id are compared without regard to case.
+struct NamedThing {
+    std::string id;
+    std::vector<std::string> names;
+    std::string description; // for the list of what there is
+};
+
+enum class Numbered { no, yes }; // whether a number means the place in the list, counted from 1
+
+/// Which of the things is meant; when none or several are, a failure that lists them. `kind` is "display", "layout",
+/// ...
+std::variant<std::size_t, ControlFailure> lookUp(std::string_view kind, std::string_view wanted,
+                                                 std::span<const NamedThing> things, Numbered numbered);
+
+/// The display's id.
+std::variant<std::string, ControlFailure> lookUpDisplay(const WorkspaceController& controller, std::string_view wanted);
+/// The layout's id.
+std::variant<std::string, ControlFailure> lookUpLayout(const WorkspaceController& controller, std::string_view wanted);
+std::variant<ManagedWindow, ControlFailure> lookUpWindow(const WorkspaceController& controller,
+                                                         std::string_view wanted);
+
+} // namespace kova
