@@ -1,0 +1,31 @@
+// The agent's heart: owns the workspace for the life of the process, starts it and stops it. Main thread only.
+#pragma once
+
+#include "workspace/WorkspaceController.h"
+
+namespace kova {
+
+class AppDelegate {
+  public:
+    /// The services outlive the delegate.
+    explicit AppDelegate(const WorkspaceServices& services);
+    /// Stops the workspace if nobody did.
+    ~AppDelegate();
+    AppDelegate(const AppDelegate&) = delete;
+    AppDelegate& operator=(const AppDelegate&) = delete;
+
+    WorkspaceController& workspace() { return workspace_; }
+
+    /// Begins to manage windows, without asking the user for the permission. Does nothing when it is started already.
+    void startWorkspace();
+    /// Ends it: the desktop gets back what was borrowed, and the preferences are on disk. Does nothing unless started.
+    void stopWorkspace();
+    bool isWorkspaceStarted() const { return workspaceIsStarted_; }
+
+  private:
+    PreferencesStore& preferences_;
+    WorkspaceController workspace_;
+    bool workspaceIsStarted_ = false;
+};
+
+} // namespace kova

@@ -1,0 +1,291 @@
+#include "platform/linux/DesktopEntries.h"
+
+#include "support/text/Text.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+
+namespace kova {
+
+namespace {
+
+constexpr std::size_t kLargestFileBytes = 1 << 20;
+constexpr int kDeepestFolder = 8;
+constexpr std::size_t kMostAnswers = 1024; // a window may call itself anything, as often as it likes
+constexpr std::string_view kSuffix = ".desktop";
+
+char asciiLower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool equalIgnoringCase(std::string_view a, std::string_view b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](char x, char y) { return asciiLower(x) == asciiLower(y); });
+}
+
+std::string_view stripped(std::string_view text) {
+    const auto isBlank = [](char c) { return c == ' ' || c == '\t' || c == '\r'; };
+    while (!text.empty() && isBlank(text.front())) text.remove_prefix(1);
+    while (!text.empty() && isBlank(text.back())) text.remove_suffix(1);
+    return text;
+}
+
+std::string unescaped(std::string_view value) {
+    std::string out;
+    out.reserve(value.size());
+    for (std::size_t i = 0; i < value.size(); ++i) {
+        if (value[i] != '\\' || i + 1 == value.size()) {
+            out += value[i];
+            continue;
+        }
+        switch (value[++i]) {
+        case 's':
+            out += ' ';
+            break;
+        case 'n':
+            out += '\n';
+            break;
+        case 't':
+            out += '\t';
+            break;
+        case 'r':
+            out += '\r';
+            break;
+        default:
+            out += value[i];
+        }
+    }
+    return out;
+}
+
+/// How well the locale of a key like Name[sr@latin] suits the reader: 0 for not at all, 1 for a key without a locale.
+int suitability(std::string_view keyLocale, std::string_view reader) {
+    if (keyLocale.empty()) return 1;
+    const auto modifierAt = std::min(reader.find('@'), reader.size());
+    const std::string modifier(reader.substr(modifierAt));
+    const auto withoutModifier = reader.substr(0, modifierAt);
+    const std::string languageAndCountry(withoutModifier.substr(0, withoutModifier.find('.')));
+    const std::string language = languageAndCountry.substr(0, languageAndCountry.find('_'));
+    if (language.empty()) return 0;
+    if (keyLocale == languageAndCountry + modifier) return 5;
+    if (keyLocale == languageAndCountry) return 4;
+    if (keyLocale == language + modifier) return 3;
+    return keyLocale == language ? 2 : 0;
+}
+
+/// Absent for what is no ordinary file of a bearable size. Never waits for a pipe that somebody put there.
+std::optional<std::string> readFile(const std::string& path) {
+    const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (file < 0) return std::nullopt;
+    struct stat status {};
+    std::optional<std::string> out;
+    if (fstat(file, &status) == 0 && S_ISREG(status.st_mode) &&
+        static_cast<std::size_t>(status.st_size) <= kLargestFileBytes) {
+        std::string bytes(static_cast<std::size_t>(status.st_size), '\0');
+        const auto count = read(file, bytes.data(), bytes.size());
+        if (count >= 0) {
+            bytes.resize(static_cast<std::size_t>(count));
+            out = std::move(bytes);
+        }
+    }
+    close(file);
+    return out;
+}
+
+/// 0 when the folder is not there.
+std::int64_t changeTime(const std::string& folder) {
+    struct stat status {};
+    if (stat(folder.c_str(), &status) != 0) return 0;
+    return static_cast<std::int64_t>(status.st_mtim.tv_sec) * 1'000'000'000 + status.st_mtim.tv_nsec;
+}
+
+std::vector<std::string> applicationFolders(const XdgFolders& folders) {
+    std::vector<std::string> roots{(folders.dataHome / "applications").string()};
+    for (const auto& folder : folders.dataFolders) roots.push_back((folder / "applications").string());
+    return roots;
+}
+
+std::string_view lastComponent(std::string_view id) {
+    return id.substr(id.rfind('.') + 1);
+}
+
+} // namespace
+
+std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, std::string_view locale) {
+    DesktopEntry entry;
+    int nameSuitability = 0;
+    bool isInGroup = false, hasGroup = false;
+    while (!text.empty()) {
+        const auto end = std::min(text.find('\n'), text.size());
+        const auto line = stripped(text.substr(0, end));
+        text.remove_prefix(std::min(end + 1, text.size()));
+        if (line.empty() || line.front() == '#') continue;
+        if (line.front() == '[') {
+            isInGroup = line == "[Desktop Entry]";
+            hasGroup = hasGroup || isInGroup;
+            continue;
+        }
+        const auto equals = line.find('=');
+        if (!isInGroup || equals == std::string_view::npos) continue;
+        const auto key = stripped(line.substr(0, equals));
+        const auto value = stripped(line.substr(equals + 1));
+        const auto bracket = key.find('[');
+        if (key.substr(0, bracket) == "Name") {
+            const auto keyLocale = bracket == std::string_view::npos || key.back() != ']'
+                                       ? std::string_view()
+                                       : key.substr(bracket + 1, key.size() - bracket - 2);
+            const int found = suitability(keyLocale, locale);
+            if (found > nameSuitability) {
+                entry.name = validUtf8(unescaped(value));
+                nameSuitability = found;
+            }
+        } else if (key == "Type") {
+            entry.isApplication = value == "Application";
+        } else if (key == "StartupWMClass") {
+            entry.windowClass = unescaped(value);
+        } else if (key == "Icon") {
+            entry.iconName = validUtf8(unescaped(value));
+        } else if (key == "Hidden") {
+            entry.isHidden = value == "true";
+        } else if (key == "NoDisplay") {
+            entry.isDisplayed = value != "true";
+        }
+    }
+    if (!hasGroup) return std::nullopt;
+    return entry;
+}
+
+DesktopEntries::DesktopEntries(const XdgFolders& folders, std::string locale) :
+    roots_(applicationFolders(folders)), locale_(std::move(locale)) {}
+
+std::string DesktopEntries::localeOfMessages() {
+    for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        if (const char* value = std::getenv(variable); value && *value) return value;
+    }
+    return "C";
+}
+
+ApplicationIdentity DesktopEntries::identify(const std::string& instanceName, const std::string& className) {
+    const std::lock_guard lock(mutex_);
+    const std::pair question(instanceName, className);
+    if (const auto known = answers_.find(question); known != answers_.end()) return known->second;
+    if (!isScanned_ || hasChanged()) scan();
+    if (answers_.size() >= kMostAnswers) answers_.clear();
+
+    ApplicationIdentity identity;
+    if (const Entry* entry = find(instanceName, className)) {
+        identity.bundleIdentifier = text(entry->id);
+        identity.localizedName = text(entry->name);
+        identity.bundlePath = text(entry->path);
+        identity.iconName = text(entry->iconName);
+    } else {
+        const std::string name = validUtf8(className.empty() ? instanceName : className);
+        identity.bundleIdentifier = lowercased(name);
+        identity.localizedName = name;
+    }
+    return answers_.emplace(question, std::move(identity)).first->second;
+}
+
+const DesktopEntries::Entry* DesktopEntries::find(const std::string& instanceName, const std::string& className) const {
+    const auto first = [this](auto&& matches) -> const Entry* {
+        const auto found = std::find_if(entries_.begin(), entries_.end(), matches);
+        return found == entries_.end() ? nullptr : &*found;
+    };
+    for (const auto& name : {className, instanceName}) {
+        if (name.empty()) continue;
+        if (const auto* entry = first([&](const Entry& e) { return text(e.windowClass) == name; })) return entry;
+        if (const auto* entry = first([&](const Entry& e) { return equalIgnoringCase(text(e.windowClass), name); })) {
+            return entry;
+        }
+    }
+    const auto& name = className.empty() ? instanceName : className;
+    if (name.empty()) return nullptr;
+    if (const auto* entry = first([&](const Entry& e) { return text(e.id) == name; })) return entry;
+    if (const auto* entry = first([&](const Entry& e) { return equalIgnoringCase(text(e.id), name); })) return entry;
+    return first([&](const Entry& e) { return equalIgnoringCase(lastComponent(text(e.id)), name); });
+}
+
+void DesktopEntries::scan() {
+    isScanned_ = true;
+    texts_.clear();
+    entries_.clear();
+    folders_.clear();
+    answers_.clear();
+    for (const auto& root : roots_) scanFolder(root, "", 0);
+    // The first of an id stands for all; when it is hidden none is left.
+    std::erase_if(entries_, [](const Entry& entry) { return entry.isHidden; });
+    std::stable_partition(entries_.begin(), entries_.end(), [](const Entry& entry) { return entry.isDisplayed; });
+    texts_.shrink_to_fit();
+    entries_.shrink_to_fit();
+}
+
+void DesktopEntries::scanFolder(const std::string& folder, const std::string& idPrefix, int depth) {
+    folders_.push_back({folder, changeTime(folder)});
+    const std::unique_ptr<DIR, int (*)(DIR*)> stream(opendir(folder.c_str()), closedir);
+    if (!stream || depth > kDeepestFolder) return;
+    std::vector<std::string> names;
+    while (const dirent* member = readdir(stream.get())) {
+        if (member->d_name[0] != '.') names.emplace_back(member->d_name);
+    }
+    // Folders list their members in any order; the same machine shall give the same answers.
+    std::sort(names.begin(), names.end());
+    for (const auto& name : names) {
+        const std::string path = folder + "/" + name;
+        if (name.ends_with(kSuffix)) {
+            addFile(path, idPrefix + name.substr(0, name.size() - kSuffix.size()));
+            continue;
+        }
+        // A link to a folder may lead back to where we are.
+        struct stat status {};
+        if (lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) {
+            scanFolder(path, idPrefix + name + "-", depth + 1);
+        }
+    }
+}
+
+void DesktopEntries::addFile(const std::string& path, const std::string& id) {
+    const bool isShadowed =
+        std::any_of(entries_.begin(), entries_.end(), [&](const Entry& entry) { return text(entry.id) == id; });
+    if (isShadowed) return;
+    const auto bytes = readFile(path);
+    if (!bytes) return;
+    const auto parsed = parseDesktopEntry(*bytes, locale_);
+    if (!parsed || (!parsed->isHidden && (!parsed->isApplication || parsed->name.empty()))) return;
+    Entry entry;
+    entry.path = keep(path);
+    const auto nameStart = static_cast<std::uint32_t>(path.size() - kSuffix.size());
+    // The id is the end of the path already, unless a sub folder has a part in it.
+    entry.id = path.ends_with("/" + id + std::string(kSuffix))
+                   ? Range{entry.path.start + nameStart - static_cast<std::uint32_t>(id.size()),
+                           static_cast<std::uint32_t>(id.size())}
+                   : keep(id);
+    entry.name = keep(parsed->name);
+    entry.windowClass = keep(parsed->windowClass);
+    entry.iconName = keep(parsed->iconName);
+    entry.isHidden = parsed->isHidden;
+    entry.isDisplayed = parsed->isDisplayed;
+    entries_.push_back(entry);
+}
+
+bool DesktopEntries::hasChanged() const {
+    return std::any_of(folders_.begin(), folders_.end(),
+                       [](const Folder& folder) { return changeTime(folder.path) != folder.changedNanoseconds; });
+}
+
+DesktopEntries::Range DesktopEntries::keep(std::string_view text) {
+    const Range range{static_cast<std::uint32_t>(texts_.size()), static_cast<std::uint32_t>(text.size())};
+    texts_ += text;
+    return range;
+}
+
+std::string_view DesktopEntries::text(Range range) const {
+    return std::string_view(texts_).substr(range.start, range.length);
+}
+
+} // namespace kova

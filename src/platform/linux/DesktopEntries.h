@@ -1,0 +1,79 @@
+// The applications that are installed, as their desktop entries tell. The entries are read at the first question and
+// again when, at a question that has no answer yet, one of their folders has changed. A file that is missing or broken
+// is skipped.
+#pragma once
+
+#include "platform/linux/XdgFolders.h"
+#include "platform/x11/ApplicationCatalogue.h"
+
+#include <cstdint>
+#include <ctime>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace kova {
+
+/// What a desktop entry's file says, as far as windows need it.
+struct DesktopEntry {
+    std::string name; // in the reader's language
+    std::string windowClass;
+    std::string iconName;
+    bool isApplication = false;
+    bool isHidden = false;   // as good as deleted; it also hides the entries of the same id in later folders
+    bool isDisplayed = true; // in menus
+};
+
+/// `locale` as in LC_MESSAGES: "sr_RS.UTF-8@latin". Absent without a "[Desktop Entry]" group.
+std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, std::string_view locale);
+
+class DesktopEntries final : public ApplicationCatalogue {
+  public:
+    DesktopEntries(const XdgFolders& folders, std::string locale);
+    /// The locale that the environment gives to messages.
+    static std::string localeOfMessages();
+
+    /// The entry whose StartupWMClass is the class, or the instance; else the one whose file name or last component of
+    /// a reverse domain name is the class; each exactly, then without regard to case. Entries that are kept out of
+    /// menus come last.
+    ApplicationIdentity identify(const std::string& instanceName, const std::string& className) override;
+
+  private:
+    // Hundreds of entries, few of them ever asked for: they are kept as ranges of one text.
+    struct Range {
+        std::uint32_t start = 0;
+        std::uint32_t length = 0;
+    };
+    struct Entry {
+        Range path, id, name, windowClass, iconName;
+        bool isHidden = false;
+        bool isDisplayed = true;
+    };
+    struct Folder {
+        std::string path;
+        std::int64_t changedNanoseconds = 0; // 0: not there
+    };
+
+    void scan();
+    void scanFolder(const std::string& folder, const std::string& idPrefix, int depth);
+    void addFile(const std::string& path, const std::string& id);
+    bool hasChanged() const;
+    const Entry* find(const std::string& instanceName, const std::string& className) const;
+    Range keep(std::string_view text);
+    std::string_view text(Range range) const;
+
+    std::mutex mutex_;
+    const std::vector<std::string> roots_; // the most important first
+    const std::string locale_;
+    bool isScanned_ = false;
+    std::string texts_;
+    std::vector<Entry> entries_; // displayed ones first, then in the order of the folders
+    std::vector<Folder> folders_;
+    std::map<std::pair<std::string, std::string>, ApplicationIdentity> answers_;
+};
+
+} // namespace kova

@@ -1,0 +1,46 @@
+// The main queue on Linux: one thread that sleeps until work is posted, a timer is due, a descriptor has something to
+// read or a signal asks the process to end. It never wakes up when none of these happened.
+#pragma once
+
+#include "support/MainQueue.h"
+#include "support/Published.h"
+
+#include <functional>
+#include <memory>
+
+namespace kova {
+
+class EventLoop final : public MainQueue {
+  public:
+    EventLoop();
+    ~EventLoop() override;
+    EventLoop(const EventLoop&) = delete;
+    EventLoop& operator=(const EventLoop&) = delete;
+
+    void post(std::function<void()> work) override;
+    std::shared_ptr<ScheduledWork> after(Seconds delay, std::function<void()> work) override;
+    WallTime now() const override;
+    /// The clock of the timers: it stands still while the machine sleeps, as it does on the Mac.
+    Seconds uptime() const override;
+
+    /// Calls back while the descriptor has something to read, or was closed at its other end, until the subscription is
+    /// dropped. The descriptor stays the caller's and must outlive the subscription. Main thread only.
+    [[nodiscard]] Subscription watchReadable(int descriptor, std::function<void()> readable);
+
+    /// Calls back instead of ending the process when SIGTERM, SIGINT or SIGHUP arrives. Once per loop, before `run`.
+    void onStopSignal(std::function<void()> stop);
+
+    /// Works until `quit`; gives the exit code that was asked for. Work that is left runs when `run` is called
+    /// again, if ever. The thread that calls it is the main thread.
+    int run();
+    /// Ends `run` after the work that runs now; the first call decides the exit code. Main thread only.
+    void quit(int exitCode);
+
+  private:
+    struct Loop;
+    class Timer;
+    class Watch;
+    std::unique_ptr<Loop> loop_;
+};
+
+} // namespace kova

@@ -1,0 +1,51 @@
+#include "platform/linux/SerialWorkQueue.h"
+
+#include <pthread.h>
+
+#include <csignal>
+#include <utility>
+
+namespace kova {
+
+SerialWorkQueue::SerialWorkQueue(std::string name) : name_(std::move(name)) {}
+
+SerialWorkQueue::~SerialWorkQueue() {
+    {
+        const std::lock_guard lock(mutex_);
+        isEnding_ = true;
+    }
+    changed_.notify_one();
+    if (thread_.joinable()) thread_.join();
+}
+
+void SerialWorkQueue::post(std::function<void()> job) {
+    {
+        const std::lock_guard lock(mutex_);
+        jobs_.push_back(std::move(job));
+        if (!thread_.joinable()) {
+            // The thread inherits the mask: signals are for the main thread to take.
+            sigset_t all, before;
+            sigfillset(&all);
+            pthread_sigmask(SIG_SETMASK, &all, &before);
+            thread_ = std::thread([this] { work(); });
+            pthread_sigmask(SIG_SETMASK, &before, nullptr);
+            pthread_setname_np(thread_.native_handle(), name_.substr(0, 15).c_str());
+        }
+    }
+    changed_.notify_one();
+}
+
+void SerialWorkQueue::work() {
+    std::unique_lock lock(mutex_);
+    while (true) {
+        changed_.wait(lock, [this] { return isEnding_ || !jobs_.empty(); });
+        if (isEnding_) return;
+        const auto job = std::move(jobs_.front());
+        jobs_.pop_front();
+        lock.unlock();
+        job();
+        lock.lock();
+    }
+}
+
+} // namespace kova

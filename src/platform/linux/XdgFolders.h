@@ -1,0 +1,27 @@
+// Where a Linux desktop keeps a program's files. Every folder is absolute; a variable that names a relative one is
+// ignored, as the desktop's conventions demand.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <vector>
+
+namespace kova {
+
+struct XdgFolders {
+    std::filesystem::path configHome;               // XDG_CONFIG_HOME, else ~/.config
+    std::filesystem::path stateHome;                // XDG_STATE_HOME, else ~/.local/state
+    std::filesystem::path dataHome;                 // XDG_DATA_HOME, else ~/.local/share
+    std::vector<std::filesystem::path> dataFolders; // XDG_DATA_DIRS, the most important first, without dataHome
+    /// XDG_RUNTIME_DIR; absent outside a login session.
+    std::optional<std::filesystem::path> runtime;
+
+    /// As the environment of this process says.
+    static XdgFolders fromEnvironment();
+};
+
+/// Creates the folder and the folders above it where they are missing, for this user alone (0700). False when it
+/// cannot; errno then says why.
+bool createPrivateFolder(const std::filesystem::path& folder);
+
+} // namespace kova

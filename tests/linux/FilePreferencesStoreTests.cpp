@@ -1,0 +1,330 @@
+#include "platform/linux/EventLoop.h"
+#include "platform/linux/FilePreferencesStore.h"
+#include "platform/linux/SerialWorkQueue.h"
+#include "tests/linux/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <random>
+#include <thread>
+
+namespace kova {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+/// Runs jobs at once, in the caller's thread.
+class Immediately final : public WorkQueue {
+  public:
+    void post(std::function<void()> job) override { job(); }
+};
+
+/// A home with a preference file, and the agent's store on it.
+class Home {
+  public:
+    fs::path folder() const { return temporary_.path() / "config/kova"; }
+    fs::path file() const { return folder() / "preferences.json"; }
+    fs::path given(const std::string& text) const { return temporary_.write("config/kova/preferences.json", text); }
+    FilePreferencesStore store() { return FilePreferencesStore(file(), loop_, disk_); }
+    /// Lets time pass until what was changed is written.
+    void wait() {
+        loop_.after(FilePreferencesStore::kGatheringTime + 100ms, [this] { loop_.quit(0); });
+        loop_.run();
+    }
+    /// Contents of the one file set aside, or how many there are.
+    std::string setAside(const std::string& word) const {
+        std::vector<fs::path> found;
+        for (const auto& member : fs::directory_iterator(folder())) {
+            if (member.path().filename().string().starts_with("preferences.json." + word + "-"))
+                found.push_back(member);
+        }
+        return found.size() == 1 ? contentsOf(found.front()) : std::to_string(found.size()) + " files";
+    }
+    const TemporaryFolder& temporary() const { return temporary_; }
+
+  private:
+    TemporaryFolder temporary_;
+    EventLoop loop_;
+    Immediately disk_;
+};
+
+int permissionsOf(const fs::path& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 ? status.st_mode & 0777 : -1;
+}
+
+ino_t inodeOf(const fs::path& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 ? status.st_ino : 0;
+}
+
+TEST(FilePreferencesStore, KeepsTypedValuesInAFileThatAPersonCanRead) {
+    Home home;
+    {
+        auto store = home.store();
+        EXPECT_FALSE(store.contains("KOVA.showBrain.v1"));
+        store.synchronize();
+        EXPECT_FALSE(fs::exists(home.folder())); // nothing to say, nothing written
+        store.setValue("KOVA.showBrain.v1", false);
+        store.setValue("KOVA.accentColor.v1", std::string("caf\xc3\xa9 \"\\\n"));
+        store.setValue("KOVA.workspaceProfile.v1", PreferenceData{R"({"z":[1,2.50,1e300],"a":{"b":null}})"});
+        store.setValue("KOVA.gone.v1", true);
+        store.removeValue("KOVA.gone.v1");
+        store.synchronize();
+        EXPECT_EQ(store.problem(), "");
+    }
+    EXPECT_EQ(contentsOf(home.file()), R"({
+  "KOVA.accentColor.v1": "café \"\\\n",
+  "KOVA.showBrain.v1": false,
+  "KOVA.workspaceProfile.v1": {
+    "a": {
+      "b": null
+    },
+    "z": [
+      1,
+      2.5,
+      1e+300
+    ]
+  }
+}
+)");
+    EXPECT_EQ(permissionsOf(home.file()), 0600);
+    EXPECT_EQ(permissionsOf(home.folder()), 0700);
+    const auto store = home.store();
+    EXPECT_EQ(store.boolean("KOVA.showBrain.v1"), false);
+    EXPECT_EQ(store.string("KOVA.accentColor.v1"), "caf\xc3\xa9 \"\\\n");
+    EXPECT_EQ(store.boolean("KOVA.accentColor.v1"), std::nullopt); // another type counts as absent
+    const auto record = store.data("KOVA.workspaceProfile.v1");
+    ASSERT_TRUE(record);
+    EXPECT_EQ(nlohmann::json::parse(record->json), nlohmann::json::parse(R"({"z":[1,2.5,1e300],"a":{"b":null}})"));
+}
+
+TEST(FilePreferencesStore, ChangesAreGatheredAndWhatItDoesNotKnowIsKept) {
+    Home home;
+    home.given(R"({"later.v9": [1, {"x": 2}], "number": 3, "nothing": null, "KOVA.showBrain.v1": true})");
+    auto store = home.store();
+    EXPECT_FALSE(store.contains("nothing"));
+    for (int i = 0; i < 100; ++i) store.setValue("KOVA.accentColor.v1", std::to_string(i));
+    store.setValue("broken", PreferenceData{"{"});                        // no JSON, left out
+    EXPECT_EQ(contentsOf(home.file()).find("accent"), std::string::npos); // nobody waited for the disk
+    home.wait();
+    const auto written = nlohmann::json::parse(contentsOf(home.file()));
+    EXPECT_EQ(written, nlohmann::json::parse(R"({"later.v9": [1, {"x": 2}], "number": 3, "nothing": null,
+                                                 "KOVA.showBrain.v1": true, "KOVA.accentColor.v1": "99"})"));
+    struct stat before {
+    }, after{};
+    stat(home.file().c_str(), &before);
+    store.setValue("KOVA.accentColor.v1", std::string("99"));
+    home.wait();
+    store.synchronize();
+    EXPECT_EQ(inodeOf(home.file()), before); // the same value again is no change
+}
+
+TEST(FilePreferencesStore, SetsAsideWhatItCannotRead) {
+    const std::vector<std::string> unreadable = {"",
+                                                 "{",
+                                                 "[]",
+                                                 "{\"a\": 1,}",
+                                                 "{\"a\": \"\xff\"}",
+                                                 std::string(100000, '['),
+                                                 "{\"a\":" + std::string(100, '[') + std::string(100, ']') + "}"};
+    for (const auto& text : unreadable) {
+        Home home;
+        home.given(text);
+        auto store = home.store();
+        EXPECT_NE(store.problem().find("set aside as"), std::string::npos) << text.substr(0, 20);
+        EXPECT_FALSE(fs::exists(home.file()));
+        store.setValue("a", true);
+        store.synchronize();
+        EXPECT_EQ(home.setAside("damaged"), text);
+        EXPECT_EQ(home.store().boolean("a"), true);
+    }
+    Home home;
+    fs::create_directories(home.file() / "a folder in its place");
+    auto store = home.store();
+    store.setValue("a", true);
+    store.synchronize();
+    EXPECT_EQ(home.store().boolean("a"), true);
+}
+
+TEST(FilePreferencesStore, WritesNothingWhenTheDamagedFileCannotBeSetAside) {
+    Home home;
+    home.given("precious, but broken");
+    {
+        // A child, since root may do anything: it gives up its rights first.
+        const pid_t child = fork();
+        if (child == 0) {
+            fs::permissions(home.temporary().path(), fs::perms::all);
+            fs::permissions(home.temporary().path() / "config", fs::perms::all);
+            fs::permissions(home.file(), fs::perms::all);
+            fs::permissions(home.folder(), fs::perms::owner_read | fs::perms::owner_exec | fs::perms::others_read |
+                                               fs::perms::others_exec);
+            if (getuid() == 0 && setuid(65534) != 0) _exit(2);
+            auto store = home.store();
+            store.setValue("a", true);
+            store.synchronize();
+            store.synchronize();
+            _exit(store.problem().find("not be set aside") != std::string::npos ? 0 : 1);
+        }
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        EXPECT_EQ(WEXITSTATUS(status), 0);
+    }
+    fs::permissions(home.folder(), fs::perms::owner_all);
+    EXPECT_EQ(contentsOf(home.file()), "precious, but broken");
+    EXPECT_EQ(std::distance(fs::directory_iterator(home.folder()), fs::directory_iterator()), 1);
+}
+
+TEST(FilePreferencesStore, APersonsEditIsNoticed) {
+    Home home;
+    home.given(R"({"mine": "1", "theirs": "1", "both": "1", "removed": true, "same": "1"})");
+    auto store = home.store();
+    store.setValue("mine", std::string("2"));
+    store.setValue("same", std::string("2"));
+    home.given(R"({"mine": "1", "theirs": "3", "both": "1", "new": "3", "same": "2"})");
+    store.synchronize();
+    EXPECT_EQ(nlohmann::json::parse(contentsOf(home.file())),
+              nlohmann::json::parse(R"({"mine": "2", "theirs": "3", "both": "1", "new": "3", "same": "2"})"));
+    EXPECT_EQ(store.string("theirs"), "3");
+    EXPECT_EQ(store.string("new"), "3");
+    EXPECT_FALSE(store.contains("removed"));
+    EXPECT_EQ(store.problem(), "");
+
+    // Both sides changed one key: ours is the newer, theirs is kept beside it.
+    const std::string edited = R"({"mine": "2", "theirs": "3", "both": "4", "new": "3", "same": "2"})";
+    store.setValue("both", std::string("5"));
+    home.given(edited);
+    home.wait();
+    EXPECT_EQ(home.setAside("edited"), edited);
+    EXPECT_NE(store.problem().find("both"), std::string::npos);
+    EXPECT_EQ(home.store().string("both"), "5");
+
+    // A file that was emptied by accident does not take the preferences with it, and neither does one that is gone.
+    home.given("");
+    store.setValue("mine", std::string("6"));
+    home.wait();
+    EXPECT_EQ(home.setAside("damaged"), "");
+    EXPECT_EQ(home.store().string("both"), "5");
+    fs::remove(home.file());
+    store.synchronize();
+    EXPECT_EQ(home.store().string("both"), "5");
+
+    // What a person wrote stays in the person's own form until we have something to add.
+    home.given(R"({"mine":"7"})");
+    store.synchronize();
+    EXPECT_EQ(contentsOf(home.file()), R"({"mine":"7"})");
+    EXPECT_EQ(store.string("mine"), "7");
+}
+
+TEST(FilePreferencesStore, WritesThroughALink) {
+    Home home;
+    const auto real = home.temporary().write("dotfiles/kova.json", R"({"a": false})");
+    fs::create_directories(home.folder());
+    fs::create_symlink("../../dotfiles/kova.json", home.file());
+    {
+        auto store = home.store();
+        store.setValue("a", true);
+        store.synchronize();
+    }
+    EXPECT_TRUE(fs::is_symlink(home.file()));
+    EXPECT_EQ(nlohmann::json::parse(contentsOf(real))["a"], true);
+    fs::remove(real);
+    auto store = home.store(); // the link points to nothing: its target comes back
+    store.setValue("a", false);
+    store.synchronize();
+    EXPECT_EQ(nlohmann::json::parse(contentsOf(real))["a"], false);
+    fs::remove(home.file());
+    fs::create_symlink("preferences.json", home.file());
+    store.setValue("a", true);
+    store.synchronize();
+    EXPECT_NE(store.problem(), "");
+}
+
+TEST(FilePreferencesStore, AFailedWriteIsReportedAndTriedAgain) {
+    Home home;
+    home.temporary().write("config", "a file where the folder should be");
+    auto store = home.store();
+    store.setValue("a", true);
+    home.wait();
+    EXPECT_NE(store.problem().find("config"), std::string::npos);
+    EXPECT_EQ(store.boolean("a"), true);
+    fs::remove(home.temporary().path() / "config");
+    store.setValue("b", true);
+    home.wait();
+    EXPECT_EQ(store.problem(), "");
+    EXPECT_EQ(home.store().boolean("a"), true);
+}
+
+TEST(FilePreferencesStore, AWorkerWritesWhileTheMainThreadGoesOn) {
+    TemporaryFolder folder;
+    const auto file = folder.path() / "kova/preferences.json";
+    EventLoop loop;
+    SerialWorkQueue disk("disk");
+    {
+        FilePreferencesStore store(file, loop, disk);
+        for (int round = 0; round < 20; ++round) {
+            loop.after(round * 110ms, [&store, round] {
+                store.setValue("round", std::to_string(round));
+                if (round % 3 == 0) store.synchronize(); // races with the worker: the newer one stays
+            });
+        }
+        loop.after(2.3s, [&] { loop.quit(0); });
+        loop.run();
+        store.synchronize();
+        store.setValue("round", std::string("lost: nobody waited for it"));
+    }
+    FilePreferencesStore again(file, loop, disk);
+    EXPECT_EQ(again.string("round"), "19");
+}
+
+/// Writes preferences of growing and shrinking size until it is killed.
+[[noreturn]] void writeForEver(const fs::path& file) {
+    EventLoop loop;
+    Immediately disk;
+    FilePreferencesStore store(file, loop, disk);
+    for (int i = 0;; ++i) {
+        store.setValue("text", std::string(static_cast<std::size_t>(i * 7919 % 200000), 'x'));
+        store.setValue("length", std::to_string(i * 7919 % 200000));
+        store.synchronize();
+        if (!store.problem().empty()) _exit(1);
+    }
+}
+
+TEST(FilePreferencesStore, IsTheOldOrTheNewOneWheneverTheWriterIsKilled) {
+    Home home;
+    home.given(R"({"length": "0", "text": ""})");
+    const auto seed = std::random_device{}();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    std::uniform_int_distribution<int> microseconds(0, 10000);
+    std::set<std::string> lengths;
+    for (int round = 0; round < 60; ++round) {
+        const pid_t child = fork();
+        if (child == 0) writeForEver(home.file());
+        // It is at work once the file is another one.
+        const auto before = inodeOf(home.file());
+        for (int i = 0; i < 5000 && inodeOf(home.file()) == before; ++i) std::this_thread::sleep_for(1ms);
+        std::this_thread::sleep_for(std::chrono::microseconds(microseconds(random)));
+        kill(child, SIGKILL);
+        int status = 0;
+        waitpid(child, &status, 0);
+        ASSERT_TRUE(WIFSIGNALED(status));
+        auto store = home.store();
+        ASSERT_EQ(store.problem(), "");
+        ASSERT_EQ(std::to_string(store.string("text")->size()), *store.string("length"));
+        lengths.insert(*store.string("length"));
+    }
+    EXPECT_GT(lengths.size(), 5U); // it was killed in the midst of work
+    // Drafts of the dead are gone, too.
+    EXPECT_EQ(std::distance(fs::directory_iterator(home.folder()), fs::directory_iterator()), 1);
+}
+
+} // namespace
+} // namespace kova
