@@ -2,6 +2,7 @@
 
 // The C interface: it is the one that a Mac ships.
 #include <unicode/ucol.h>
+#include <unicode/uloc.h>
 #include <unicode/unorm2.h>
 #include <unicode/ustring.h>
 #include <unicode/utf16.h>
@@ -64,6 +65,15 @@ std::u16string filled(std::u16string_view text, Fill fill) {
     return out;
 }
 
+/// The language in which the session compares text. The "C" locale's order is that of code points, capitals first, which no
+/// reader means: the order that suits most languages stands in for it.
+const char* comparisonLocale() {
+    char variant[16] = "";
+    UErrorCode status = U_ZERO_ERROR;
+    uloc_getVariant(nullptr, variant, sizeof variant, &status);
+    return U_SUCCESS(status) && std::string_view(variant) == "POSIX" ? "" : nullptr;
+}
+
 /// Case does not matter, accents do; null when the library has no collation data. Opened at the first comparison, since
 /// most sessions never need it.
 const UCollator* collator() {
@@ -72,7 +82,7 @@ const UCollator* collator() {
     };
     static const std::unique_ptr<UCollator, Close> instance = [] {
         UErrorCode status = U_ZERO_ERROR;
-        std::unique_ptr<UCollator, Close> made(ucol_open(nullptr, &status));
+        std::unique_ptr<UCollator, Close> made(ucol_open(comparisonLocale(), &status));
         if (U_FAILURE(status)) made.reset();
         if (made) ucol_setStrength(made.get(), UCOL_SECONDARY);
         return made;

@@ -1,0 +1,111 @@
+#include "layout/AutoArrangeLearning.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+using namespace kova;
+
+TEST(AutoArrangeLearning, Roles) {
+    using enum AutoArrangeAppRole;
+    struct Case {
+        const char* name;
+        std::optional<std::string> bundle;
+        AutoArrangeAppRole expected;
+    };
+    const Case cases[] = {
+        {"Cursor", "com.todesktop.230313mzl4w4u92", codingAgent},
+        {"Editor", "COM.ToDesktop.230313mzl4w4u92", codingAgent},
+        {"Editor", "com.todesktop.230313mzl4w4u92.helper", other},
+        {"X", "io.github.my-claudecode.app", codingAgent},
+        {"Visual Studio Code with Codex", std::nullopt, codingAgent},
+        {"Claude", std::nullopt, other},
+        {"Arc Welder", std::nullopt, browser},
+        {"Research", "org.example.research", browser},
+        {"Kagi", "com.kagi.orion", browser},
+        {"ZEN BROWSER", "", browser},
+        {"Konsole", "org.kde.konsole", utility},
+        {"AKTIVITÄTSANZEIGE", std::nullopt, utility},
+        {"Schlu\u0308sselbundverwaltung", std::nullopt, utility},
+        {"Panel", "com.apple.systempreferences", utility},
+        {"Search Console", "com.apple.mail", browser},
+        {"Postfach", "com.apple.mail", productivity},
+        {"Anything", "com.apple.notes", productivity},
+        {"Barcode", std::nullopt, browser},
+        {"Encoder", std::nullopt, productivity},
+        {"xterm", "xterm", other},
+        {"", std::nullopt, other},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(describe(classifyApplication(c.name, c.bundle)), describe(c.expected)) << c.name;
+    EXPECT_LT(utility, other);
+    EXPECT_LT(browser, codingAgent);
+
+    EXPECT_EQ(applicationKey("Mail", "Com.Apple.Mail"), "com.apple.mail");
+    EXPECT_EQ(applicationKey("My Tool", ""), "name:my tool");
+    EXPECT_EQ(applicationKey("ÜBUNG", std::nullopt), "name:übung");
+}
+
+TEST(AutoArrangeLearning, SlotsOfOneMeaning) {
+    const std::vector<std::pair<const char*, const char*>> cases{
+        {"focus-right-top", "secondary-1"},
+        {"ultrawide-left-top", "secondary-1"},
+        {"focus-right-bottom", "secondary-2"},
+        {"ultrawide-left-bottom", "secondary-2"},
+        {"focus-utility", "secondary-3"},
+        {"ultrawide-right-top", "secondary-3"},
+        {"ultrawide-right-bottom", "secondary-4"},
+        {"ultrawide-center", "focus-main"},
+        {"focus-main", "focus-main"},
+        {"my-slot", "my-slot"},
+    };
+    for (const auto& [id, canonical] : cases) EXPECT_EQ(canonicalSlotID(id), canonical);
+    using Aliases = std::vector<std::string_view>;
+    EXPECT_EQ(slotIDAliases("secondary-2"), (Aliases{"focus-right-bottom", "ultrawide-left-bottom"}));
+    EXPECT_EQ(slotIDAliases("secondary-3"), (Aliases{"focus-utility", "ultrawide-right-top"}));
+    EXPECT_EQ(slotIDAliases("focus-main"), Aliases{"ultrawide-center"});
+    EXPECT_EQ(slotIDAliases("focus-utility"), Aliases{});
+}
+
+TEST(AutoArrangeLearning, AHabitGrowsAndANewOneReplacesIt) {
+    AutoArrangeLearningModel model;
+    const auto weight = [&model](const char* slot) {
+        return model.layouts["grid"].applications["mail"].slotWeights[slot];
+    };
+    EXPECT_EQ(model.preference("grid", "mail", "focus-main"), 0);
+    for (int i = 0; i < 50; ++i) {
+        const double before = weight("focus-main");
+        model.learn("grid", "mail", "focus-main");
+        EXPECT_GT(weight("focus-main"), before);
+    }
+    EXPECT_EQ(model.preference("grid", "mail", "focus-main"), 1);
+    EXPECT_EQ(model.preference("grid", "chat", "focus-main"), 0);
+    int rounds = 0;
+    while (model.preference("grid", "mail", "secondary-1") <= model.preference("grid", "mail", "focus-main")) {
+        model.learn("grid", "mail", "secondary-1");
+        ASSERT_LE(++rounds, 8);
+    }
+    EXPECT_EQ(model.layouts["grid"].applications["mail"].placementCount, 50 + rounds);
+    for (int i = 0; i < 30; ++i) model.learn("grid", "mail", "secondary-1");
+    EXPECT_EQ(model.layouts["grid"].applications["mail"].slotWeights.size(), 1U) << "the old habit is forgotten";
+}
+
+TEST(AutoArrangeLearning, CarriesOverToSlotsOfTheSameMeaning) {
+    AutoArrangeLearningModel model;
+    model.learn("command-center", "mail", "focus-right-top");
+    EXPECT_EQ(model.preference("six-grid", "mail", "secondary-1"), 0.5);
+    EXPECT_EQ(model.preference("six-grid", "mail", "secondary-2"), 0);
+    model.learn("six-grid", "mail", "secondary-2");
+    EXPECT_EQ(model.preference("six-grid", "mail", "secondary-1"), 0) << "what was learnt here counts alone";
+
+    auto& weights = model.layouts["absurd"].applications["mail"].slotWeights;
+    weights = {{"a", std::numeric_limits<double>::infinity()},
+               {"b", 1e308},
+               {"c", -7},
+               {"d", std::numeric_limits<double>::quiet_NaN()}};
+    EXPECT_EQ(model.preference("absurd", "mail", "a"), 0.5);
+    EXPECT_EQ(model.preference("absurd", "mail", "c"), 0);
+    model.layouts["absurd"].applications["mail"].placementCount = std::numeric_limits<std::int64_t>::max();
+    model.learn("absurd", "mail", "d");
+    EXPECT_EQ(weights.at("d"), 1);
+}
