@@ -1,0 +1,70 @@
+#include "cli/Agent.h"
+
+#include "control/client/ControlCodes.h"
+#include "control/client/ControlSocket.h"
+
+namespace kova::cli {
+
+namespace {
+
+using nlohmann::json;
+
+constexpr std::chrono::seconds kPatience{10};
+
+Trouble trouble(const ConnectionFailure& failure) {
+    // Only where nobody listens would it help to start an agent.
+    const bool isMissing = failure.trouble == ConnectionTrouble::noAgent;
+    return {ExitCode::noAgent, failure.message + (isMissing ? ".\nStart it with “kova-agent”." : ".")};
+}
+
+Trouble refusal(const json& error) {
+    const int code = error.value("code", controlCode::internalError);
+    const std::string message = error.value("message", "The agent refused without saying why");
+    switch (code) {
+    case controlCode::invalidParameters:
+        return {ExitCode::wrongUsage, message};
+    case controlCode::noPermission:
+        return {ExitCode::noPermission, message};
+    default:
+        return {ExitCode::refused, message};
+    }
+}
+
+} // namespace
+
+std::variant<Agent, Trouble> Agent::connect() {
+    std::string path = controlSocketPlace().path;
+    auto connected = ControlClient::connect(path);
+    if (const auto* failure = std::get_if<ConnectionFailure>(&connected)) return trouble(*failure);
+    return Agent(std::get<ControlClient>(std::move(connected)), std::move(path));
+}
+
+std::variant<json, Trouble> Agent::ask(std::string_view method, const json& parameters) {
+    json request = {{"jsonrpc", "2.0"}, {"id", 1}, {"method", method}};
+    if (!parameters.empty()) request["params"] = parameters;
+    client_.setPatience(kPatience);
+    // What a terminal hands over need not be UTF-8; the agent then knows no such name and says so.
+    if (const auto failure = client_.send(request.dump(-1, ' ', false, json::error_handler_t::replace)))
+        return trouble(*failure);
+    auto reply = receive();
+    auto* message = std::get_if<json>(&reply);
+    if (!message) return reply;
+    if (message->contains("error")) return refusal((*message)["error"]);
+    if (!message->contains("result")) return Trouble{ExitCode::refused, "The agent's answer makes no sense"};
+    return std::move((*message)["result"]);
+}
+
+std::variant<json, Trouble> Agent::next() {
+    client_.setPatience(std::chrono::milliseconds::zero());
+    return receive();
+}
+
+std::variant<json, Trouble> Agent::receive() {
+    const auto received = client_.receive();
+    if (const auto* failure = std::get_if<ConnectionFailure>(&received)) return trouble(*failure);
+    json message = json::parse(std::get<std::string>(received), nullptr, false);
+    if (!message.is_object()) return Trouble{ExitCode::refused, "The agent's answer makes no sense"};
+    return message;
+}
+
+} // namespace kova::cli

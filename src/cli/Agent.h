@@ -1,0 +1,37 @@
+// Asking the agent, and what its refusals mean for the exit code.
+#pragma once
+
+#include "cli/Arguments.h"
+#include "control/client/ControlClient.h"
+
+#include <nlohmann/json.hpp>
+
+#include <optional>
+#include <string>
+#include <variant>
+
+namespace kova::cli {
+
+/// Why a command ends without a result.
+struct Trouble {
+    ExitCode code = ExitCode::refused;
+    std::string message;
+};
+
+class Agent {
+  public:
+    static std::variant<Agent, Trouble> connect();
+    std::variant<nlohmann::json, Trouble> ask(std::string_view method, const nlohmann::json& parameters);
+    /// The next notification, however long it takes.
+    std::variant<nlohmann::json, Trouble> next();
+    const std::string& socketPath() const { return path_; }
+
+  private:
+    Agent(ControlClient client, std::string path) : client_(std::move(client)), path_(std::move(path)) {}
+    std::variant<nlohmann::json, Trouble> receive();
+
+    ControlClient client_;
+    std::string path_;
+};
+
+} // namespace kova::cli

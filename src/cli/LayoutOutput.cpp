@@ -1,0 +1,99 @@
+#include "cli/LayoutOutput.h"
+
+#include "cli/Picture.h"
+#include "cli/Terminal.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <cmath>
+
+namespace kova::cli {
+
+namespace {
+
+using nlohmann::json;
+
+constexpr double kCellAspect = 2; // a character is about twice as high as wide
+constexpr int kSmallHeight = 5;   // rows of a picture in the list
+constexpr int kTallest = 60;      // rows of any picture
+
+Lines lineStyle() {
+    return isUnicodeTerminal() ? Lines::box : Lines::ascii;
+}
+
+CGRect rectOf(const json& value) {
+    return {{value["x"], value["y"]}, {value["width"], value["height"]}};
+}
+
+std::string sizeText(const json& size) {
+    const std::string times = isUnicodeTerminal() ? "×" : "x";
+    return std::to_string(std::llround(size["width"].get<double>())) + times +
+           std::to_string(std::llround(size["height"].get<double>()));
+}
+
+double aspect(const json& size) {
+    const double height = size["height"];
+    return height > 0 ? size["width"].get<double>() / height : 1;
+}
+
+PictureTile pictureTile(const json& tile) {
+    PictureTile out{rectOf(tile["frame"]), {}};
+    out.captions = {printable(tile["name"].get<std::string>()), printable(tile["slot"].get<std::string>()),
+                    sizeText(tile["windowSize"])};
+    if (!tile["window"].is_null()) {
+        const std::size_t behind = std::max<std::size_t>(tile["stackSize"].get<std::size_t>(), 1) - 1;
+        const std::string more = behind == 0 ? "" : " +" + std::to_string(behind);
+        out.captions.push_back(printable(tile["window"].get<std::string>()) + more);
+    }
+    return out;
+}
+
+} // namespace
+
+std::string printLayout(const json& result, const Arguments& arguments) {
+    const int columns = arguments.width.value_or(terminalWidth());
+    const int rows =
+        std::clamp(static_cast<int>(std::lround(columns / aspect(result["area"]) / kCellAspect)), 3, kTallest);
+    std::vector<PictureTile> tiles;
+    for (const json& tile : result["tiles"]) tiles.push_back(pictureTile(tile));
+
+    std::string out;
+    for (const std::string& row : drawLayout(tiles, columns, rows, lineStyle())) out += row + "\n";
+    const json& layout = result["layout"];
+    const std::string state = result["isInForce"].get<bool>() ? "in force on " : "as it would be on ";
+    out += printable(layout["name"].get<std::string>() + ", " + layout["id"].get<std::string>()) + "\n";
+    out +=
+        printable(state + result["display"]["name"].get<std::string>() + " (" + sizeText(result["area"]) + " points)") +
+        "\n";
+    return out;
+}
+
+std::string printLayoutList(const json& result, const Arguments&) {
+    std::string out;
+    for (const json& layout : result["layouts"]) {
+        std::vector<PictureTile> tiles;
+        for (const json& slot : layout["slots"]) tiles.push_back({rectOf(slot["frame"]), {}});
+        const int columns = static_cast<int>(std::lround(aspect(layout["referenceSize"]) * kSmallHeight * kCellAspect));
+        const auto picture = drawLayout(tiles, columns, kSmallHeight, lineStyle());
+
+        const std::string count = std::to_string(tiles.size()) + (tiles.size() == 1 ? " tile" : " tiles");
+        std::vector<std::string> texts{layout["name"], layout["id"],
+                                       count + ", " + layout["displayClass"].get<std::string>()};
+        for (const json& display : layout["displays"]) texts.push_back("in force on " + display.get<std::string>());
+        for (std::size_t i = 0; i < std::max(picture.size(), texts.size()); ++i) {
+            const std::string row =
+                i < picture.size() ? picture[i] : std::string(static_cast<std::size_t>(columns), ' ');
+            out += row + (i < texts.size() ? "  " + printable(texts[i]) : "") + "\n";
+        }
+    }
+    return out;
+}
+
+std::string printLayoutChange(const json& result, const Arguments&) {
+    if (!result["message"].is_null()) return printable(result["message"].get<std::string>()) + "\n";
+    if (result["layout"].is_null()) return "Done.\n";
+    return printable(result["layout"]["name"].get<std::string>()) + "\n";
+}
+
+} // namespace kova::cli

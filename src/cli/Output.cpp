@@ -1,0 +1,173 @@
+#include "cli/Output.h"
+
+#include "cli/Table.h"
+#include "cli/Terminal.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cmath>
+
+namespace kova::cli {
+
+namespace {
+
+using nlohmann::json;
+
+std::string line(std::string_view text) {
+    return printable(text) + "\n";
+}
+
+std::string number(const json& value) {
+    return std::to_string(std::llround(value.get<double>()));
+}
+
+/// "12,34 1908x1382"; "-" without a frame.
+std::string frame(const json& value) {
+    if (value.is_null()) return "-";
+    return number(value["x"]) + "," + number(value["y"]) + " " + number(value["width"]) + "x" + number(value["height"]);
+}
+
+std::string textOr(const json& value, const char* otherwise) {
+    return value.is_null() ? otherwise : value.get<std::string>();
+}
+
+std::string shape(const json& window) {
+    if (window["isFullScreen"].get<bool>()) return "full screen";
+    if (window["isMinimized"].get<bool>()) return "minimised";
+    return window["isVisible"].get<bool>() ? "visible" : "not visible";
+}
+
+std::string nameOfWindow(const json& windows, const json& id) {
+    for (const json& window : windows) {
+        if (window["id"] == id) return window["application"].get<std::string>();
+    }
+    return textOr(id, "-");
+}
+
+std::string counted(std::size_t count, const char* one, const char* several) {
+    return std::to_string(count) + " " + (count == 1 ? one : several);
+}
+
+std::string displayTable(const json& displays, const json& current) {
+    Table table({{"NUMBER", Align::right}, {"NAME"}, {"FRAME"}, {"LAYOUT"}, {"ID"}});
+    for (const json& display : displays) {
+        const std::string mark = display["id"] == current ? "* " : "";
+        table.add({mark + number(display["number"]), display["name"], frame(display["frame"]),
+                   display["layout"].is_null() ? "-" : display["layout"]["name"].get<std::string>(), display["id"]});
+    }
+    return table.isEmpty() ? "No display is connected.\n" : table.text();
+}
+
+std::string windowTable(const json& windows) {
+    Table table({{"ID"}, {"APPLICATION"}, {"TILE"}, {"FRAME"}, {"STATE"}, {"TITLE"}});
+    for (const json& window : windows) {
+        const std::string behind = window["tile"].is_null() || window["isFront"].get<bool>() ? "" : " (behind)";
+        table.add({window["id"], window["application"], textOr(window["tile"], "-") + behind, frame(window["frame"]),
+                   shape(window), window["title"]});
+    }
+    return table.isEmpty() ? "No windows.\n" : table.text();
+}
+
+std::string tileTable(const json& tiles, const json& windows) {
+    Table table({{"TILE"}, {"NAME"}, {"FRAME"}, {"STACK", Align::right}, {"WINDOW"}});
+    for (const json& tile : tiles) {
+        table.add({tile["id"], tile["name"], frame(tile["frame"]), std::to_string(tile["stack"].size()),
+                   nameOfWindow(windows, tile["window"])});
+    }
+    return table.isEmpty() ? "No tiles.\n" : table.text();
+}
+
+/// What a section of the state amounts to.
+std::string summary(const std::string& section, const json& value) {
+    if (section == "windows") return counted(value.size(), "window", "windows");
+    if (section == "displays") return counted(value.size(), "display", "displays");
+    if (section == "tiles") {
+        const auto occupied =
+            std::count_if(value.begin(), value.end(), [](const json& t) { return !t["window"].is_null(); });
+        return std::to_string(occupied) + " of " + counted(value.size(), "tile", "tiles") + " taken";
+    }
+    if (section == "explanation") return counted(value.size(), "line", "lines");
+    if (section == "focusMode") return value.is_null() ? "off" : value["window"].get<std::string>();
+    if (section == "notice") {
+        return value.is_null()
+                   ? "-"
+                   : value["application"].get<std::string>() + " takes " + number(value["additionalTiles"]) + " more";
+    }
+    if (value.is_string()) return value.get<std::string>();
+    return value.is_null() ? "-" : value.dump(-1, ' ', false, json::error_handler_t::replace);
+}
+
+} // namespace
+
+std::string printArrangement(const json& result, const Arguments&) {
+    std::string out;
+    for (const json& decision : result["explanation"]) out += line(decision.get<std::string>());
+    if (result["dryRun"].get<bool>()) {
+        if (out.empty()) out = "There is no window to arrange.\n";
+    } else if (!result["message"].is_null()) {
+        out += line(result["message"].get<std::string>());
+    }
+    return out;
+}
+
+std::string printInset(const json& result, const Arguments&) {
+    return "The gap around windows is now " + number(result["points"]) + " points.\n";
+}
+
+std::string printDisplays(const json& result, const Arguments&) {
+    return displayTable(result["displays"], result["current"]);
+}
+
+std::string printWindows(const json& result, const Arguments&) {
+    return windowTable(result["windows"]);
+}
+
+std::string printTiles(const json& result, const Arguments&) {
+    return tileTable(result["tiles"], json::array());
+}
+
+std::string printState(const json& result, const Arguments&) {
+    const json& state = result["state"];
+    std::string out = displayTable(state["displays"], nullptr) + "\n" + tileTable(state["tiles"], state["windows"]) +
+                      "\n" + windowTable(state["windows"]);
+    if (!state["message"].is_null()) out += "\n" + line(state["message"].get<std::string>());
+    return out;
+}
+
+std::string printExplanation(const json& result, const Arguments&) {
+    std::string out;
+    for (const json& text : result["lines"]) out += line(text.get<std::string>());
+    return out.empty() ? "Nothing was arranged yet.\n" : out;
+}
+
+std::string printStatus(const json& result, const Arguments&) {
+    std::string out =
+        "agent       " + line(result["version"].get<std::string>() + ", process " + number(result["process"]));
+    out += "permission  " + line(result["permission"].get<std::string>());
+    out += "management  " + std::string(result["isRunning"].get<bool>() ? "running\n" : "stopped\n");
+    out += "displays    " + number(result["displays"]) + "\n";
+    out += "windows     " + number(result["windows"]) + ", " + number(result["windowsInTiles"]) + " in tiles\n";
+    if (!result["focusMode"].is_null()) out += "focus mode  " + line(result["focusMode"]["window"].get<std::string>());
+    if (!result["message"].is_null()) out += "message     " + line(result["message"].get<std::string>());
+    return out;
+}
+
+std::string printQuit(const json& result, const Arguments&) {
+    return "The agent (process " + number(result["process"]) + ") ends.\n";
+}
+
+std::string printChanges(std::uint64_t sequence, const json& sections) {
+    std::string out;
+    for (const auto& [section, value] : sections.items()) {
+        out += line(std::to_string(sequence) + "  " + section + "  " + summary(section, value));
+    }
+    return out;
+}
+
+std::string printChecks(const json& checks) {
+    Table table({{"CHECK"}, {"VERDICT"}, {"FINDING"}});
+    for (const json& check : checks) table.add({check["subject"], check["verdict"], check["text"]});
+    return table.text();
+}
+
+} // namespace kova::cli

@@ -1,0 +1,28 @@
+// The agent's answers as people read them.
+#pragma once
+
+#include "cli/Arguments.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <string>
+#include <string_view>
+
+namespace kova::cli {
+
+std::string printArrangement(const nlohmann::json& result, const Arguments& arguments);
+std::string printInset(const nlohmann::json& result, const Arguments& arguments);
+std::string printDisplays(const nlohmann::json& result, const Arguments& arguments);
+std::string printWindows(const nlohmann::json& result, const Arguments& arguments);
+std::string printTiles(const nlohmann::json& result, const Arguments& arguments);
+std::string printState(const nlohmann::json& result, const Arguments& arguments);
+std::string printExplanation(const nlohmann::json& result, const Arguments& arguments);
+std::string printStatus(const nlohmann::json& result, const Arguments& arguments);
+std::string printQuit(const nlohmann::json& result, const Arguments& arguments);
+
+/// A line for each section of the state in `sections`.
+std::string printChanges(std::uint64_t sequence, const nlohmann::json& sections);
+/// A line for each check.
+std::string printChecks(const nlohmann::json& checks);
+
+} // namespace kova::cli

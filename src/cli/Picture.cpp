@@ -1,0 +1,186 @@
+#include "cli/Picture.h"
+
+#include "cli/Terminal.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstddef>
+#include <numeric>
+
+namespace kova::cli {
+
+namespace {
+
+constexpr double kWidestGap = 0.09; // of the unit square: gutters and footers on a small display
+constexpr double kSame = 0.000001;
+
+struct Interval {
+    double low, high;
+};
+
+/// A tile on the canvas: the cells of its four lines.
+struct Box {
+    int left, top, right, bottom;
+};
+
+Interval along(const CGRect& frame, bool isX) {
+    return isX ? Interval{minX(frame), maxX(frame)} : Interval{minY(frame), maxY(frame)};
+}
+
+bool overlap(Interval a, Interval b) {
+    return std::min(a.high, b.high) - std::max(a.low, b.low) > kSame;
+}
+
+/// How many cells the axis must have so that a tile of this extent has an inside.
+int cellsNeeded(double extent) {
+    constexpr int kMostCells = 400;
+    return extent > 0 ? static_cast<int>(std::min<double>(std::ceil(2 / extent) + 1, kMostCells)) : 0;
+}
+
+/// The edges of all tiles along one axis, two a tile (low, high), moved onto the lines that neighbours share.
+class SharedEdges {
+  public:
+    SharedEdges(const std::vector<PictureTile>& tiles, bool isX) :
+        line_(tiles.size() * 2), hasNeighbour_(line_.size()) {
+        std::iota(line_.begin(), line_.end(), std::size_t{0});
+        for (const auto& tile : tiles) {
+            values_.push_back(along(tile.frame, isX).low);
+            values_.push_back(along(tile.frame, isX).high);
+        }
+        for (std::size_t a = 0; a < tiles.size(); ++a) {
+            for (std::size_t b = 0; b < tiles.size(); ++b) {
+                const double gap = values_[2 * b] - values_[2 * a + 1];
+                if (a == b || gap < -kSame || gap > kWidestGap) continue;
+                if (overlap(along(tiles[a].frame, !isX), along(tiles[b].frame, !isX))) join(2 * a + 1, 2 * b);
+            }
+        }
+    }
+
+    /// The cells of a tile's two edges, when the axis has so many.
+    std::pair<int, int> cells(std::size_t tile, int count) const {
+        const int low = cell(2 * tile, count);
+        return {low, std::max(cell(2 * tile + 1, count), low + 2)};
+    }
+
+  private:
+    std::size_t root(std::size_t edge) const {
+        while (line_[edge] != edge) edge = line_[edge];
+        return edge;
+    }
+
+    void join(std::size_t high, std::size_t low) {
+        hasNeighbour_[high] = hasNeighbour_[low] = true;
+        line_[root(high)] = root(low);
+    }
+
+    int cell(std::size_t edge, int count) const {
+        double sum = 0;
+        int members = 0;
+        for (std::size_t other = 0; other < line_.size(); ++other) {
+            if (root(other) != root(edge)) continue;
+            sum += values_[other];
+            ++members;
+        }
+        double value = sum / members;
+        if (!hasNeighbour_[edge] && value < kWidestGap) value = 0;
+        if (!hasNeighbour_[edge] && value > 1 - kWidestGap) value = 1;
+        return static_cast<int>(std::lround(std::clamp(value, 0.0, 1.0) * (count - 1)));
+    }
+
+    std::vector<double> values_;
+    std::vector<std::size_t> line_; // another edge on the same line; an edge that names itself stands for the line
+    std::vector<bool> hasNeighbour_;
+};
+
+class Canvas {
+  public:
+    Canvas(int columns, int rows) :
+        columns_(columns), lines_(static_cast<std::size_t>(columns * rows)),
+        text_(static_cast<std::size_t>(columns * rows)), hasText_(static_cast<std::size_t>(columns * rows)) {}
+
+    void draw(const Box& box) {
+        for (int x = box.left; x < box.right; ++x) {
+            for (const int y : {box.top, box.bottom}) {
+                at(lines_, x, y) |= kRight;
+                at(lines_, x + 1, y) |= kLeft;
+            }
+        }
+        for (int y = box.top; y < box.bottom; ++y) {
+            for (const int x : {box.left, box.right}) {
+                at(lines_, x, y) |= kDown;
+                at(lines_, x, y + 1) |= kUp;
+            }
+        }
+    }
+
+    void write(const Box& box, const std::vector<std::string>& captions) {
+        const int width = box.right - box.left - 1;
+        const int height = box.bottom - box.top - 1;
+        const int shown = std::min(height, static_cast<int>(captions.size()));
+        for (int i = 0; i < shown; ++i) {
+            const std::string caption = clipped(captions[static_cast<std::size_t>(i)], static_cast<std::size_t>(width));
+            int x = box.left + 1 + (width - static_cast<int>(columnsOf(caption))) / 2;
+            const int y = box.top + 1 + (height - shown) / 2 + i;
+            eachCharacter(caption, [&](std::string_view character, std::size_t columns) {
+                if (columns == 0) return;
+                at(text_, x, y) = character;
+                for (std::size_t c = 0; c < columns; ++c) at(hasText_, x++, y) = true;
+            });
+        }
+    }
+
+    std::vector<std::string> rows(Lines style) const {
+        std::vector<std::string> out;
+        for (std::size_t i = 0; i < lines_.size(); ++i) {
+            if (i % static_cast<std::size_t>(columns_) == 0) out.emplace_back();
+            out.back() += hasText_[i] ? text_[i] : std::string(symbol(lines_[i], style));
+        }
+        return out;
+    }
+
+  private:
+    static constexpr unsigned char kUp = 1, kDown = 2, kLeft = 4, kRight = 8;
+
+    static std::string_view symbol(unsigned char line, Lines style) {
+        constexpr std::array<std::string_view, 16> kBox = {" ", "╵", "╷", "│", "╴", "┘", "┐", "┤",
+                                                           "╶", "└", "┌", "├", "─", "┴", "┬", "┼"};
+        if (style == Lines::box) return kBox[line];
+        return line == 0 ? " " : line == (kUp | kDown) ? "|" : line == (kLeft | kRight) ? "-" : "+";
+    }
+
+    template <class Cells>
+    auto at(Cells& cells, int x, int y) -> decltype(cells[0]) {
+        return cells[static_cast<std::size_t>(y * columns_ + x)];
+    }
+
+    int columns_;
+    std::vector<unsigned char> lines_;
+    std::vector<std::string> text_;
+    std::vector<bool> hasText_;
+};
+
+} // namespace
+
+std::vector<std::string> drawLayout(const std::vector<PictureTile>& tiles, int columns, int rows, Lines lines) {
+    const SharedEdges horizontal(tiles, true);
+    const SharedEdges vertical(tiles, false);
+    for (const auto& tile : tiles) {
+        columns = std::max(columns, cellsNeeded(tile.frame.size.width));
+        rows = std::max(rows, cellsNeeded(tile.frame.size.height));
+    }
+    std::vector<Box> boxes;
+    for (std::size_t i = 0; i < tiles.size(); ++i) {
+        const auto [left, right] = horizontal.cells(i, columns);
+        const auto [top, bottom] = vertical.cells(i, rows);
+        boxes.push_back({left, top, right, bottom});
+        columns = std::max(columns, right + 1);
+        rows = std::max(rows, bottom + 1);
+    }
+    Canvas canvas(columns, rows);
+    for (const Box& box : boxes) canvas.draw(box);
+    for (std::size_t i = 0; i < boxes.size(); ++i) canvas.write(boxes[i], tiles[i].captions);
+    return canvas.rows(lines);
+}
+
+} // namespace kova::cli

@@ -1,0 +1,21 @@
+// A layout drawn in characters. Tiles share their lines: the gaps between them are too thin to be seen.
+#pragma once
+
+#include "support/Geometry.h"
+
+#include <string>
+#include <vector>
+
+namespace kova::cli {
+
+struct PictureTile {
+    CGRect frame{};                    // unit square, y growing downwards
+    std::vector<std::string> captions; // a line each, the most important first; what finds no room is left out
+};
+
+enum class Lines { box, ascii };
+
+/// One string a row. The drawing is larger than asked for where a tile would have no inside.
+std::vector<std::string> drawLayout(const std::vector<PictureTile>& tiles, int columns, int rows, Lines lines);
+
+} // namespace kova::cli

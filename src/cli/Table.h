@@ -1,0 +1,31 @@
+// Columns of text, aligned.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace kova::cli {
+
+enum class Align { left, right };
+
+struct TableColumn {
+    std::string title;
+    Align align = Align::left;
+};
+
+class Table {
+  public:
+    explicit Table(std::vector<TableColumn> columns);
+    /// One cell a column.
+    void add(std::vector<std::string> cells);
+    bool isEmpty() const { return rows_.size() == 1; }
+    /// On a terminal the last column is cut at its edge; elsewhere nothing is.
+    std::string text() const;
+
+  private:
+    std::vector<TableColumn> columns_;
+    std::vector<std::vector<std::string>> rows_; // the titles first
+};
+
+} // namespace kova::cli

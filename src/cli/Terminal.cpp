@@ -1,0 +1,128 @@
+#include "cli/Terminal.h"
+
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdlib>
+
+namespace kova::cli {
+
+namespace {
+
+constexpr int kDefaultWidth = 80;
+
+struct Range {
+    char32_t first, last;
+};
+
+// The blocks whose characters take two columns, and those whose characters take none.
+constexpr std::array kWide = {Range{0x1100, 0x115F},   Range{0x2E80, 0x303E},   Range{0x3041, 0xA4CF},
+                              Range{0xAC00, 0xD7A3},   Range{0xF900, 0xFAFF},   Range{0xFE30, 0xFE6F},
+                              Range{0xFF00, 0xFF60},   Range{0xFFE0, 0xFFE6},   Range{0x1F300, 0x1F64F},
+                              Range{0x1F680, 0x1F6FF}, Range{0x1F900, 0x1FAFF}, Range{0x20000, 0x3FFFD}};
+constexpr std::array kMarks = {
+    Range{0x0300, 0x036F}, Range{0x0483, 0x0489}, Range{0x0591, 0x05BD}, Range{0x064B, 0x065F}, Range{0x093C, 0x094D},
+    Range{0x1AB0, 0x1AFF}, Range{0x1DC0, 0x1DFF}, Range{0x200B, 0x200F}, Range{0x2028, 0x202E}, Range{0x2060, 0x206F},
+    Range{0x20D0, 0x20FF}, Range{0xFE00, 0xFE0F}, Range{0xFE20, 0xFE2F}, Range{0xFEFF, 0xFEFF}};
+
+bool isIn(const auto& ranges, char32_t character) {
+    return std::any_of(ranges.begin(), ranges.end(),
+                       [=](Range range) { return character >= range.first && character <= range.last; });
+}
+
+char32_t codePoint(std::string_view sequence) {
+    const auto lead = static_cast<unsigned char>(sequence.front());
+    if (sequence.size() == 1) return lead;
+    char32_t point = lead & (0xFFU >> (sequence.size() + 1));
+    for (const char c : sequence.substr(1)) point = (point << 6U) | (static_cast<unsigned char>(c) & 0x3FU);
+    return point;
+}
+
+/// Characters that act on the terminal or on the direction of the text around them, rather than being shown.
+bool isControl(char32_t point) {
+    return point < 0x20 || (point >= 0x7F && point < 0xA0) || (point >= 0x2028 && point <= 0x202E) ||
+           (point >= 0x2066 && point <= 0x2069);
+}
+
+} // namespace
+
+bool isTerminal() {
+    return isatty(STDOUT_FILENO) == 1;
+}
+
+int terminalWidth() {
+    winsize size{};
+    if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) return size.ws_col;
+    const char* columns = std::getenv("COLUMNS");
+    const int asked = columns ? std::atoi(columns) : 0;
+    return asked > 0 ? std::min(asked, 1000) : kDefaultWidth;
+}
+
+bool isUnicodeTerminal() {
+    for (const char* name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+        const char* value = std::getenv(name);
+        if (!value || !*value) continue;
+        std::string locale(value);
+        std::transform(locale.begin(), locale.end(), locale.begin(),
+                       [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c; });
+        return locale.find("UTF-8") != std::string::npos || locale.find("UTF8") != std::string::npos;
+    }
+    return false;
+}
+
+std::size_t sequenceLength(std::string_view text) {
+    const auto lead = static_cast<unsigned char>(text.front());
+    const std::size_t length = lead < 0x80   ? 1
+                               : lead < 0xC2 ? 0
+                               : lead < 0xE0 ? 2
+                               : lead < 0xF0 ? 3
+                               : lead < 0xF5 ? 4
+                                             : 0;
+    if (length == 0 || length > text.size()) return 0;
+    const auto continues = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; };
+    return std::all_of(text.begin() + 1, text.begin() + static_cast<std::ptrdiff_t>(length), continues) ? length : 0;
+}
+
+std::size_t columnsOfCharacter(std::string_view sequence) {
+    const char32_t point = codePoint(sequence);
+    if (isIn(kMarks, point)) return 0;
+    return isIn(kWide, point) ? 2 : 1;
+}
+
+std::string printable(std::string_view text) {
+    std::string out;
+    while (!text.empty()) {
+        const std::size_t length = sequenceLength(text);
+        const bool isShown = length > 0 && !isControl(codePoint(text.substr(0, length)));
+        out += isShown ? text.substr(0, length) : "?";
+        text.remove_prefix(std::max<std::size_t>(length, 1));
+    }
+    return out;
+}
+
+std::size_t columnsOf(std::string_view text) {
+    std::size_t columns = 0;
+    eachCharacter(text, [&](std::string_view, std::size_t width) { columns += width; });
+    return columns;
+}
+
+std::string clipped(std::string_view text, std::size_t columns) {
+    if (columnsOf(text) <= columns) return std::string(text);
+    if (columns == 0) return {};
+    const std::string_view ellipsis = isUnicodeTerminal() ? "…" : "~";
+    std::string out;
+    std::size_t taken = 0;
+    bool isFull = false;
+    eachCharacter(text, [&](std::string_view character, std::size_t width) {
+        isFull = isFull || taken + width > columns - 1;
+        if (isFull) return;
+        out += character;
+        taken += width;
+    });
+    return out.append(ellipsis);
+}
+
+} // namespace kova::cli

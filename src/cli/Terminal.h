@@ -1,0 +1,41 @@
+// What is known of the terminal, and text fit for it: titles of windows are other people's text, and none of it may
+// steer the terminal.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace kova::cli {
+
+/// Columns of the terminal on standard output; without one $COLUMNS, else 80.
+int terminalWidth();
+bool isTerminal();
+/// Whether the environment asks for UTF-8; else drawings keep to ASCII.
+bool isUnicodeTerminal();
+
+/// One line: control characters and bytes that are not UTF-8 become “?”.
+std::string printable(std::string_view text);
+/// Columns that printable text takes.
+std::size_t columnsOf(std::string_view text);
+/// At most so many columns of it, with “…” where it was cut.
+std::string clipped(std::string_view text, std::size_t columns);
+/// Characters of printable text, each with the marks that belong to it: calls `character(bytes, columns)`.
+template <class Visit>
+void eachCharacter(std::string_view text, Visit character);
+
+/// Bytes of the UTF-8 sequence that begins here; 0 when none does.
+std::size_t sequenceLength(std::string_view text);
+/// Columns of the character: 0 for marks, 2 for wide ones.
+std::size_t columnsOfCharacter(std::string_view sequence);
+
+template <class Visit>
+void eachCharacter(std::string_view text, Visit character) {
+    while (!text.empty()) {
+        const std::size_t length = sequenceLength(text) == 0 ? 1 : sequenceLength(text);
+        character(text.substr(0, length), columnsOfCharacter(text.substr(0, length)));
+        text.remove_prefix(length);
+    }
+}
+
+} // namespace kova::cli

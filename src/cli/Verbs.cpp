@@ -1,0 +1,119 @@
+#include "cli/Verbs.h"
+
+#include "cli/LayoutOutput.h"
+#include "cli/Output.h"
+
+#include <array>
+
+namespace kova::cli {
+
+namespace {
+
+constexpr std::array kVerbs = std::to_array<Verb>({
+    {"arrange", "arrange", "put every window into a tile",
+     "Distributes the windows of all displays over the tiles of their layouts: each to the tile that suits it best, by "
+     "what "
+     "was learnt, by the role of its application and by where it is. Windows for which no tile is left are minimised; "
+     "none "
+     "is ever closed. One undo step.",
+     "kova arrange\nkova arrange --dry-run", kDryRun, printArrangement},
+    {"layout list", "layout.list", "list the layouts, each with a small picture",
+     "Lists the catalogue in the order in which “layout next” goes through it.", "kova layout list", kNothing,
+     printLayoutList},
+    {"layout show", "layout.show", "draw a layout",
+     "Draws the layout that is in force on a display, with the sizes that windows get in it and who is where; or any "
+     "other "
+     "layout as it would be on that display. The drawing is as wide as the terminal.",
+     "kova layout show\nkova layout show quad-grid --width 60", kLayout | kDisplay | kWidth, printLayout},
+    {"layout next", "layout.next", "go to the next layout",
+     "Changes the layout of the current display: that of the focused window, else the one under the pointer, else the "
+     "first. "
+     "After the last layout comes the first.",
+     "kova layout next", kNothing, printLayoutChange},
+    {"layout previous", "layout.previous", "go to the previous layout", "Like “layout next”, in the other direction.",
+     "kova layout previous", kNothing, printLayoutChange},
+    {"layout select", "layout.select", "choose the layout of a display",
+     "Names a layout by its id, its name or a part of them that no other layout has; “automatic” lets the display's "
+     "shape "
+     "decide. Windows stay in the tiles that the old and the new layout have in common; the others move to the nearest "
+     "tile.",
+     "kova layout select quad-grid\nkova layout select \"Dual Split (2)\" --display 1\nkova layout select automatic",
+     kRequiredLayout | kDisplay, printLayoutChange},
+    {"layout reset-sizes", "layout.resetSizes", "give all tiles of a display their usual sizes",
+     "Forgets how the dividers of the layout in force were moved.",
+     "kova layout reset-sizes\nkova layout reset-sizes --display 1", kDisplay, printLayoutChange},
+    {"layout inset", "layout.setInset", "set the gap around windows",
+     "Sets the gap that is kept on each side between a tile and the window in it, from 0 to 100 points.",
+     "kova layout inset 8", kRequiredPoints, printInset},
+    {"query displays", "query.displays", "list the displays",
+     "Number, name, id, frame and layout of each. Other verbs take any of the first three after --display. Frames are "
+     "in "
+     "points from the top left of the first display.",
+     "kova query displays\nkova query displays --json", kNothing, printDisplays},
+    {"query windows", "query.windows", "list the windows", "Every window that is managed, and the tile that it is in.",
+     "kova query windows\nkova query windows --json", kNothing, printWindows},
+    {"query tiles", "query.tiles", "list the tiles",
+     "Every tile of every display: the frame that a window gets in it, the window in front and how many are behind it.",
+     "kova query tiles\nkova query tiles --json", kNothing, printTiles},
+    {"query state", "query.state", "show all of it", "Displays, tiles and windows together, and what was said last.",
+     "kova query state\nkova query state --json", kNothing, printState},
+    {"explain", "explain", "say why windows are where they are",
+     "Without a window: a line for each decision of the last arrangement. With one, named by its id, its application "
+     "or its "
+     "title, or a part of them: where it is, why, and what would be decided now.",
+     "kova explain\nkova explain Mail", kWindow, printExplanation},
+    {"subscribe", "subscribe", "follow what changes",
+     "Prints the state and then a line for each change, until interrupted. With --json each line is one JSON document.",
+     "kova subscribe\nkova subscribe --json", kNothing, nullptr},
+    {"status", "status", "say how the agent is doing", "One answer from the agent, as short as possible.",
+     "kova status\nkova status --json", kNothing, printStatus},
+    {"doctor", "doctor", "look for what keeps windows from being arranged",
+     "Checks the agent, its connection to the desktop, the permission, the window manager, the displays, applications "
+     "that "
+     "answer slowly, the preference file and the versions. Exits with 1 when something is wrong.",
+     "kova doctor", kNothing, nullptr},
+    {"quit", "quit", "end the agent", "Windows stay where they are; what the agent had hidden comes back.", "kova quit",
+     kNothing, printQuit},
+});
+
+constexpr std::string_view kIntroduction = "kova: puts the windows of a desktop into the tiles of a layout.\n"
+                                           "\n"
+                                           "usage: kova VERB [ARGUMENTS] [--json]\n"
+                                           "\n";
+
+constexpr std::string_view kClosing = "  help [VERB]          show this, or all about one verb\n"
+                                      "\n"
+                                      "  --json               print the agent's answer as JSON\n"
+                                      "  --help               like help\n"
+                                      "  --version            print the version\n"
+                                      "\n"
+                                      "Exit codes: 0 done, 1 refused, 2 wrong usage, 3 no agent, 4 no permission.\n";
+
+std::string listed(const Verb& verb) {
+    constexpr std::size_t kNameColumn = 21;
+    std::string line = "  " + std::string(verb.name);
+    line.append(line.size() < kNameColumn + 2 ? kNameColumn + 2 - line.size() : 1, ' ');
+    return line + std::string(verb.summary) + "\n";
+}
+
+} // namespace
+
+std::span<const Verb> verbs() {
+    return kVerbs;
+}
+
+std::string overview() {
+    std::string text(kIntroduction);
+    for (const Verb& verb : kVerbs) text += listed(verb);
+    return text + std::string(kClosing);
+}
+
+std::string groupOverview(std::string_view group) {
+    std::string text;
+    for (const Verb& verb : kVerbs) {
+        if (verb.name.starts_with(group) && verb.name.substr(group.size()).starts_with(' ')) text += listed(verb);
+    }
+    return text;
+}
+
+} // namespace kova::cli

@@ -1,0 +1,44 @@
+// Every verb of the command line, with its help: one entry each, from which the parser, the help and the tests work.
+#pragma once
+
+#include "cli/Arguments.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace kova::cli {
+
+/// What a verb takes; `--json` and `--help` belong to all.
+enum Takes : unsigned {
+    kNothing = 0,
+    kDryRun = 1U << 0,
+    kLayout = 1U << 1, // a layout, if the user wants to name one
+    kRequiredLayout = 1U << 2,
+    kDisplay = 1U << 3,
+    kWindow = 1U << 4, // a window, if the user wants to name one
+    kRequiredPoints = 1U << 5,
+    kWidth = 1U << 6,
+};
+
+struct Verb {
+    std::string_view name;    // "layout select"
+    std::string_view method;  // of the agent
+    std::string_view summary; // one line
+    std::string_view description;
+    std::string_view examples; // one command a line
+    unsigned takes = kNothing;
+    /// The answer as people read it.
+    std::string (*print)(const nlohmann::json& result, const Arguments& arguments) = nullptr;
+};
+
+std::span<const Verb> verbs();
+
+/// "kova", the verbs and what they do.
+std::string overview();
+/// The verbs of a group such as "layout"; empty when there is no such group.
+std::string groupOverview(std::string_view group);
+
+} // namespace kova::cli

@@ -1,0 +1,191 @@
+// The command line: finds the verb, asks the agent, prints the answer. It starts in less time than the agent needs to
+// answer, so nothing is built that the verb at hand does not use.
+#include "cli/Agent.h"
+#include "cli/Output.h"
+#include "cli/Parser.h"
+#include "cli/Terminal.h"
+#include "cli/Verbs.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kova::cli {
+
+namespace {
+
+using nlohmann::json;
+
+void write(int descriptor, std::string_view text) {
+    while (!text.empty()) {
+        const auto written = ::write(descriptor, text.data(), text.size());
+        if (written < 0 && errno == EINTR) continue;
+        if (written <= 0) return;
+        text.remove_prefix(static_cast<std::size_t>(written));
+    }
+}
+
+ExitCode end(const Trouble& trouble) {
+    // Line by line: what the agent quotes may have come from a window.
+    std::string_view rest = trouble.message;
+    while (!rest.empty()) {
+        const auto length = std::min(rest.find('\n'), rest.size());
+        write(STDERR_FILENO, printable(rest.substr(0, length)) + "\n");
+        rest.remove_prefix(std::min(length + 1, rest.size()));
+    }
+    return trouble.code;
+}
+
+std::string asText(const json& value, int indentation) {
+    return value.dump(indentation, ' ', false, json::error_handler_t::replace) + "\n";
+}
+
+json parametersOf(const Arguments& arguments) {
+    json parameters = json::object();
+    if (arguments.dryRun) parameters["dryRun"] = true;
+    if (arguments.layout) parameters["layout"] = *arguments.layout;
+    if (arguments.display) parameters["display"] = *arguments.display;
+    if (arguments.window) parameters["window"] = *arguments.window;
+    if (arguments.points) parameters["points"] = *arguments.points;
+    return parameters;
+}
+
+ExitCode runDoctor(const Arguments& arguments) {
+    json report = {{"isHealthy", false}, {"version", nullptr}, {"checks", json::array()}};
+    const auto check = [&](const char* subject, const char* verdict, const std::string& text) {
+        report["checks"].push_back({{"subject", subject}, {"verdict", verdict}, {"text", text}});
+    };
+    auto connected = Agent::connect();
+    auto answer = std::holds_alternative<Agent>(connected) ? std::get<Agent>(connected).ask("doctor", json::object())
+                                                           : std::variant<json, Trouble>(std::get<Trouble>(connected));
+    if (const auto* trouble = std::get_if<Trouble>(&answer)) {
+        std::string text = trouble->message;
+        std::replace(text.begin(), text.end(), '\n', ' ');
+        check("agent", "wrong", text);
+        check("versions", "note", "The command line is " KOVA_VERSION "; no agent could be asked.");
+    } else {
+        const json found = std::get<json>(answer);
+        const bool isSame = found["version"] == KOVA_VERSION;
+        report["version"] = found["version"];
+        report["isHealthy"] = found["isHealthy"].get<bool>() && isSame;
+        check("agent", "fine", "It answers at " + std::get<Agent>(connected).socketPath() + ".");
+        for (const json& line : found["checks"]) report["checks"].push_back(line);
+        check("versions", isSame ? "fine" : "wrong",
+              "The agent is " + found["version"].get<std::string>() + ", the command line " KOVA_VERSION +
+                  (isSame ? "." : "; end the agent with “kova quit” and start it anew."));
+    }
+    write(STDOUT_FILENO, arguments.json ? asText(report, 2) : printChecks(report["checks"]));
+    return report["isHealthy"].get<bool>() ? ExitCode::done : ExitCode::refused;
+}
+
+ExitCode runSubscribe(const Arguments& arguments) {
+    auto connected = Agent::connect();
+    if (const auto* trouble = std::get_if<Trouble>(&connected)) return end(*trouble);
+    Agent& agent = std::get<Agent>(connected);
+    auto answer = agent.ask("subscribe", json::object());
+    if (const auto* trouble = std::get_if<Trouble>(&answer)) return end(*trouble);
+    const auto print = [&](const json& told, const char* sections) {
+        write(STDOUT_FILENO, arguments.json ? asText(told, -1) : printChanges(told["sequence"], told[sections]));
+    };
+    print(std::get<json>(answer), "state");
+    for (;;) {
+        auto heard = agent.next();
+        if (const auto* trouble = std::get_if<Trouble>(&heard)) return end(*trouble);
+        const json& message = std::get<json>(heard);
+        if (message.value("method", "") == "changed") print(message["params"], "changes");
+    }
+}
+
+ExitCode run(const Verb& verb, const Arguments& arguments) {
+    if (verb.name == "doctor") return runDoctor(arguments);
+    if (verb.name == "subscribe") return runSubscribe(arguments);
+    auto connected = Agent::connect();
+    if (const auto* trouble = std::get_if<Trouble>(&connected)) return end(*trouble);
+    auto answer = std::get<Agent>(connected).ask(verb.method, parametersOf(arguments));
+    if (const auto* trouble = std::get_if<Trouble>(&answer)) return end(*trouble);
+    const json& result = std::get<json>(answer);
+    write(STDOUT_FILENO, arguments.json ? asText(result, 2) : verb.print(result, arguments));
+    return ExitCode::done;
+}
+
+/// The verb that the words begin with, and how many of them name it.
+std::pair<const Verb*, std::size_t> findVerb(std::span<char* const> words) {
+    for (const std::size_t count : {std::size_t{2}, std::size_t{1}}) {
+        if (words.size() < count) continue;
+        const std::string name = std::string(words[0]) + (count == 2 ? std::string(" ") + words[1] : "");
+        for (const Verb& verb : verbs()) {
+            if (verb.name == name) return {&verb, count};
+        }
+    }
+    return {nullptr, 0};
+}
+
+bool asksForHelp(std::string_view word) {
+    return word == "--help" || word == "-h" || word == "help";
+}
+
+ExitCode unknown(std::span<char* const> words) {
+    const std::string group(words[0]);
+    const std::string members = groupOverview(group);
+    const bool wantsHelp = words.size() > 1 && asksForHelp(words[1]);
+    if (!members.empty() && wantsHelp) return write(STDOUT_FILENO, members), ExitCode::done;
+    if (!members.empty()) {
+        const std::string what =
+            words.size() > 1 ? "There is no “" + group + " " + words[1] + "”" : "“" + group + "” alone is no verb";
+        end({ExitCode::wrongUsage, what + ". There is:"});
+        return write(STDERR_FILENO, members), ExitCode::wrongUsage;
+    }
+    return end({ExitCode::wrongUsage, "There is no verb “" + group + "”.\nTry “kova help”."});
+}
+
+ExitCode showHelp(std::span<char* const> topic) {
+    if (topic.empty()) return write(STDOUT_FILENO, overview()), ExitCode::done;
+    const auto [verb, count] = findVerb(topic);
+    if (verb && count == topic.size()) return write(STDOUT_FILENO, help(*verb)), ExitCode::done;
+    if (const std::string members = groupOverview(topic[0]); topic.size() == 1 && !members.empty()) {
+        return write(STDOUT_FILENO, members), ExitCode::done;
+    }
+    return unknown(topic);
+}
+
+ExitCode runCommand(std::span<char* const> words) {
+    bool wantsJson = false;
+    for (; !words.empty() && std::string_view(words[0]) == "--json"; words = words.subspan(1)) wantsJson = true;
+    if (words.empty()) return write(STDERR_FILENO, overview()), ExitCode::wrongUsage;
+    if (std::string_view(words[0]) == "--version")
+        return write(STDOUT_FILENO, "kova " KOVA_VERSION "\n"), ExitCode::done;
+    if (asksForHelp(words[0])) return showHelp(words.subspan(1));
+
+    const auto [verb, count] = findVerb(words);
+    if (!verb) return unknown(words);
+    auto parsed = parse(*verb, words.subspan(count));
+    if (const auto* ended = std::get_if<ParseEnd>(&parsed)) {
+        if (ended->code != ExitCode::done) return end({ended->code, ended->text});
+        return write(STDOUT_FILENO, ended->text), ExitCode::done;
+    }
+    auto& arguments = std::get<Arguments>(parsed);
+    arguments.json = arguments.json || wantsJson;
+    return run(*verb, arguments);
+}
+
+} // namespace
+
+} // namespace kova::cli
+
+int main(int argc, char** argv) {
+    using namespace kova::cli;
+    const std::span<char* const> words(argv + (argc > 0 ? 1 : 0), argv + argc);
+    try {
+        return static_cast<int>(runCommand(words));
+    } catch (const std::exception& error) {
+        // An answer that is not what this version knows how to read.
+        return static_cast<int>(
+            end({ExitCode::refused, std::string("The agent's answer makes no sense: ") + error.what()}));
+    }
+}

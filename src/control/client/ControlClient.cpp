@@ -1,0 +1,94 @@
+#include "control/client/ControlClient.h"
+
+#include "control/client/ControlSocket.h"
+
+#include <sys/socket.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+
+namespace kova {
+
+namespace {
+
+#if defined(MSG_NOSIGNAL)
+constexpr int kSendFlags = MSG_NOSIGNAL;
+#else
+constexpr int kSendFlags = 0;
+#endif
+
+} // namespace
+
+std::variant<ControlClient, ConnectionFailure> ControlClient::connect(const std::string& socketPath) {
+    const auto address = controlSocketAddress(socketPath);
+    if (!address) {
+        return ConnectionFailure{ConnectionTrouble::noAgent,
+                                 "There is no socket at “" + socketPath + "”: the path is empty or too long"};
+    }
+    const int descriptor = socket(AF_UNIX, SOCK_STREAM, 0);
+    if (descriptor < 0) return ConnectionFailure{ConnectionTrouble::noAgent, std::strerror(errno)};
+    ControlClient client(descriptor, socketPath);
+#if defined(SO_NOSIGPIPE)
+    const int yes = 1;
+    setsockopt(descriptor, SOL_SOCKET, SO_NOSIGPIPE, &yes, sizeof yes);
+#endif
+    if (::connect(descriptor, reinterpret_cast<const sockaddr*>(&*address), sizeof *address) != 0) {
+        const std::string why =
+            errno == ENOENT || errno == ECONNREFUSED ? "" : std::string(" (") + std::strerror(errno) + ")";
+        return ConnectionFailure{ConnectionTrouble::noAgent, "No agent answers at " + socketPath + why};
+    }
+    if (peerUser(descriptor) != geteuid()) {
+        return ConnectionFailure{ConnectionTrouble::foreignAgent,
+                                 "Who listens at " + socketPath + " is another user's program"};
+    }
+    return client;
+}
+
+ControlClient::~ControlClient() {
+    if (socket_ >= 0) close(socket_);
+}
+
+void ControlClient::setPatience(std::chrono::milliseconds patience) {
+    timeval limit{};
+    limit.tv_sec = static_cast<decltype(limit.tv_sec)>(patience.count() / 1000);
+    limit.tv_usec = static_cast<decltype(limit.tv_usec)>(patience.count() % 1000 * 1000);
+    setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
+}
+
+std::optional<ConnectionFailure> ControlClient::send(std::string line) {
+    line.push_back('\n');
+    std::string_view rest = line;
+    while (!rest.empty()) {
+        const auto sent = ::send(socket_, rest.data(), rest.size(), kSendFlags);
+        if (sent < 0 && errno == EINTR) continue;
+        if (sent < 0) return ConnectionFailure{ConnectionTrouble::ended, "The agent at " + path_ + " has ended"};
+        rest.remove_prefix(static_cast<std::size_t>(sent));
+    }
+    return std::nullopt;
+}
+
+std::variant<std::string, ConnectionFailure> ControlClient::receive() {
+    std::array<char, 16 * 1024> piece;
+    for (std::size_t searched = 0;;) {
+        if (const auto end = received_.find('\n', searched); end != std::string::npos) {
+            std::string line = received_.substr(0, end);
+            received_.erase(0, end + 1);
+            return line;
+        }
+        searched = received_.size();
+        const auto length = recv(socket_, piece.data(), piece.size(), 0);
+        if (length > 0) {
+            received_.append(piece.data(), static_cast<std::size_t>(length));
+        } else if (length < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) {
+            return ConnectionFailure{ConnectionTrouble::silent, "The agent at " + path_ + " does not answer"};
+        } else if (length == 0 || errno != EINTR) {
+            return ConnectionFailure{ConnectionTrouble::ended, "The agent at " + path_ + " ended before it answered"};
+        }
+    }
+}
+
+} // namespace kova

@@ -1,0 +1,50 @@
+// A connection to the agent, for programs that ask and wait: one line out, one line back.
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+
+namespace kova {
+
+enum class ConnectionTrouble {
+    noAgent,      // nobody listens there
+    foreignAgent, // who listens is not this user
+    silent,       // connected, but no answer came in time
+    ended,        // the agent went away
+};
+
+struct ConnectionFailure {
+    ConnectionTrouble trouble = ConnectionTrouble::noAgent;
+    std::string message; // for a person
+};
+
+class ControlClient {
+  public:
+    static std::variant<ControlClient, ConnectionFailure> connect(const std::string& socketPath);
+
+    ControlClient(ControlClient&& other) noexcept :
+        socket_(std::exchange(other.socket_, -1)), received_(std::move(other.received_)),
+        path_(std::move(other.path_)) {}
+    ControlClient& operator=(ControlClient&&) = delete;
+    ~ControlClient();
+
+    /// How long a read waits; zero: for ever, which is what a new connection does.
+    void setPatience(std::chrono::milliseconds patience);
+    /// Sends one line; `line` has no line break. Absent when it was sent.
+    std::optional<ConnectionFailure> send(std::string line);
+    /// The next line, without its line break.
+    std::variant<std::string, ConnectionFailure> receive();
+
+  private:
+    ControlClient(int socket, std::string path) : socket_(socket), path_(std::move(path)) {}
+
+    int socket_;
+    std::string received_;
+    std::string path_;
+};
+
+} // namespace kova
