@@ -16,6 +16,11 @@ constexpr double kDistanceWeight = 15;
 constexpr std::string_view kPrimarySlot = "focus-main";
 constexpr std::string_view kUtilitySlot = "focus-utility";
 
+/// Who comes first when there are fewer tiles than windows; the same for every tile.
+double precedence(AutoArrangeAppRole role) {
+    return 4 * static_cast<double>(role);
+}
+
 double primaryAffinity(AutoArrangeAppRole role) {
     switch (role) {
     case AutoArrangeAppRole::codingAgent:
@@ -73,7 +78,8 @@ ArrangementScore scoreOf(const ArrangementCandidate& candidate, const Arrangemen
     const double last = static_cast<double>(std::max<std::size_t>(slots.size() - 1, 1));
     ArrangementScore score;
     score.learnt = kLearntWeight * learning.preference(display.layout.id, candidate.applicationKey, slotID);
-    score.role = roleAffinity(candidate.role, slotID, static_cast<double>(slotIndex) / last);
+    score.role =
+        precedence(candidate.role) + roleAffinity(candidate.role, slotID, static_cast<double>(slotIndex) / last);
     if (candidate.currentTargetID == tileTargetID(display.displayID, slotID)) score.present = kPresentTile;
     score.distance = -distancePenalty(candidate, display, slotIndex);
     return score;

@@ -1,0 +1,219 @@
+// Choosing layouts, undoing, zooming, and walking between tiles.
+#include "tests/harness/Desk.h"
+
+#include <gtest/gtest.h>
+
+namespace kova {
+
+namespace {
+
+using enum WorkspaceDirection;
+
+const char* const kHalves = "Codex 15,15 1254x1382 | Mail 1291,15 1254x1382";
+
+TEST(LayoutStories, WindowsFollowTheirTilesIntoAnotherLayoutAndUndoBringsThemBack) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+    desk.layout("jarvis.dual-stack");
+    desk.expectTiles("Codex 15,15 2530x666 | Mail 15,731 2530x666");
+    desk.layout("jarvis.focus-single");
+    desk.expectTiles("Codex 15,15 2530x1382 + Mail");
+    EXPECT_TRUE(desk.desktop.isHidden("Mail")) << "it waits behind, and nobody sees it";
+    desk.undo().undo();
+    desk.expectTiles(kHalves);
+    EXPECT_FALSE(desk.desktop.isHidden("Mail"));
+}
+
+TEST(LayoutStories, CyclingGoesThroughTheWholeCatalogueAndRound) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.super-ultrawide-5120x1440").start();
+    auto& controller = desk.controller();
+    const auto current = [&] { return controller.resolvedLayout(desk.displayIDOf("A"))->id; };
+    EXPECT_TRUE(controller.selectNextLayout());
+    EXPECT_EQ(current(), "jarvis.command-center");
+    EXPECT_TRUE(controller.selectPreviousLayout());
+    EXPECT_EQ(current(), "jarvis.super-ultrawide-5120x1440");
+    for (std::size_t i = 0; i < controller.catalogue().size(); ++i) controller.selectNextLayout();
+    EXPECT_EQ(current(), "jarvis.super-ultrawide-5120x1440");
+}
+
+TEST(LayoutStories, TheCurrentDisplayIsThatOfTheFocusThenOfThePointerThenTheFirst) {
+    Desk desk;
+    desk.display(2560, 1440).display(1920, 1080);
+    desk.opens("Mail", {.frame = makeRect(2700, 60, 800, 600)}).start();
+    EXPECT_EQ(desk.controller().currentDisplayID(), desk.displayIDOf("B"));
+    desk.desktop.quit("Mail");
+    desk.settle();
+    EXPECT_EQ(desk.controller().currentDisplayID(), desk.displayIDOf("A"));
+    desk.desktop.movePointer(CGPoint{3000, 300});
+    EXPECT_EQ(desk.controller().currentDisplayID(), desk.displayIDOf("B"));
+}
+
+TEST(LayoutStories, AutomaticPicksByTheDisplay) {
+    Desk desk;
+    desk.display(2560, 1440).display(1920, 1080).display(5120, 1440);
+    auto& controller = desk.controller();
+    const auto automatic = [&](const char* name) {
+        EXPECT_EQ(controller.selectLayout(desk.displayIDOf(name), DisplayLayoutSelection::automatic()),
+                  LayoutSelectionResult::done);
+        return controller.resolvedLayout(desk.displayIDOf(name))->id;
+    };
+    EXPECT_EQ(automatic("A"), "jarvis.command-center");
+    EXPECT_EQ(automatic("B"), "jarvis.compact-16-by-9");
+    EXPECT_EQ(automatic("C"), "jarvis.super-ultrawide-5120x1440");
+    EXPECT_EQ(controller.selectLayout("display-nowhere", DisplayLayoutSelection::automatic()),
+              LayoutSelectionResult::unknownDisplay);
+    EXPECT_EQ(controller.selectLayout(desk.displayIDOf("A"), DisplayLayoutSelection::layout("none such")),
+              LayoutSelectionResult::unknownLayout);
+}
+
+TEST(LayoutStories, WeightsShapeTheTilesUntilTheyAreReset) {
+    Desk desk;
+    desk.display(2560, 1440);
+    WorkspaceProfile profile;
+    profile.layoutSelectionsByDisplay[desk.displayIDOf("A")] = DisplayLayoutSelection::layout("jarvis.dual-split");
+    profile.layoutWeightsByDisplay[desk.displayIDOf("A")]["jarvis.dual-split"].splits["root"] = {3, 1};
+    desk.preferences.setValue("KOVA.workspaceProfile.v1", PreferenceData{encodeWorkspaceProfile(profile)});
+    desk.opens("Codex").opens("Mail").arrange();
+    desk.expectTiles("Codex 15,15 1886x1382 | Mail 1923,15 622x1382");
+    EXPECT_TRUE(desk.controller().resetLayoutSizes());
+    desk.settle();
+    desk.expectTiles(kHalves);
+    EXPECT_TRUE(desk.state().profile->layoutWeightsByDisplay.empty());
+}
+
+TEST(LayoutStories, TilesFollowTheDisplayAndItsPanels) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+    desk.desktop.resizeDisplay("A", {1920, 1080});
+    desk.settle();
+    desk.expectTiles("Codex 15,15 934x1022 | Mail 971,15 934x1022");
+    desk.desktop.setPanels("A", makeRect(0, 30, 0, 0));
+    desk.settle();
+    desk.expectTiles("Codex 15,45 934x992 | Mail 971,45 934x992");
+}
+
+TEST(LayoutStories, TheInsetIsTheGapAroundWindows) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+    EXPECT_TRUE(desk.controller().setTileInset(0));
+    desk.settle();
+    desk.expectTiles("Codex 10,10 1264x1392 | Mail 1286,10 1264x1392");
+    EXPECT_FALSE(desk.controller().setTileInset(-1));
+    EXPECT_FALSE(desk.controller().setTileInset(std::nan("")));
+}
+
+TEST(FocusModeStories, OneWindowTakesTheDisplayAndGivesItBack) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+    desk.desktop.focusByHand("Mail");
+    desk.zoom();
+    desk.expectMessage("Focus Mode — Mail owns this display");
+    EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Mail")), "Mail 15,15 2530x1382");
+    EXPECT_EQ(desk.framesWrittenWithin(Seconds(30)), 0) << "polls leave the zoomed window its zoom";
+    desk.zoom();
+    desk.expectMessage("Focus Mode closed — workspace restored");
+    desk.expectTiles(kHalves);
+    EXPECT_EQ(desk.controller().undoHistory().size(), 2u) << "the layout and the arrangement, as before";
+}
+
+TEST(FocusModeStories, EveryOtherActionStartsFromTheRestoredWorkspace) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+    desk.desktop.focusByHand("Codex");
+    desk.zoom().arrange();
+    desk.expectTiles(kHalves);
+    EXPECT_EQ(*desk.state().focusMode, std::nullopt);
+    desk.undo();
+    desk.expectTiles(kHalves);
+}
+
+TEST(FocusModeStories, ItEndsWithItsWindowAndIsRefusedWhereItWouldChangeNothing) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+    desk.desktop.focusByHand("Codex");
+    desk.zoom();
+    desk.desktop.close("Codex");
+    desk.settle();
+    desk.expectMessage("Focus Mode closed because its window is no longer available");
+    desk.expectTiles("- | Mail 1291,15 1254x1382");
+    desk.layout("jarvis.focus-single");
+    desk.desktop.focusByHand("Mail");
+    desk.zoom();
+    EXPECT_FALSE(desk.wasCarriedOut());
+    desk.expectMessage("This display already uses a single-pane layout");
+}
+
+TEST(FocusModeStories, StoppingGivesTheDisplayBackAndAFullHistoryLosesNothing) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+    for (int i = 0; i < 40; ++i) desk.controller().perform(action::Arrange{});
+    desk.settle();
+    const auto history = desk.controller().undoHistory().entries();
+    desk.desktop.focusByHand("Mail");
+    desk.zoom();
+    desk.stop();
+    EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Mail")), "Mail 1291,15 1254x1382");
+    EXPECT_EQ(desk.controller().undoHistory().entries(), history);
+}
+
+TEST(UndoStories, MinimizedStateAndFramesComeBackAndTheDeadAreSkipped) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split");
+    desk.opens("Codex", {.frame = makeRect(20, 20, 600, 400)}).opens("Mail", {.frame = makeRect(80, 80, 600, 400)});
+    desk.opens("Viewer", {.frame = makeRect(160, 160, 600, 400), .isMinimized = true}).start();
+    const std::string before = desk.desktop.picture();
+    desk.arrange();
+    desk.desktop.minimizeByHand("Mail");
+    desk.settle();
+    desk.undo();
+    EXPECT_EQ(desk.desktop.picture(), before);
+    EXPECT_TRUE(desk.state().assignedWindowIDs->empty());
+    desk.arrange();
+    desk.desktop.close("Mail");
+    desk.undo();
+    EXPECT_TRUE(desk.wasCarriedOut());
+    EXPECT_EQ(desk.desktop.livingWindows().size(), 2u);
+}
+
+TEST(UndoStories, AnEmptyHistoryIsSilent) {
+    Desk desk;
+    desk.display(2560, 1440).opens("Codex").undo();
+    EXPECT_FALSE(desk.wasCarriedOut());
+    EXPECT_EQ(*desk.state().lastActionMessage, std::nullopt);
+}
+
+TEST(NavigationStories, FocusWalksOverOccupiedTilesAndSaysWhereItEnds) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Codex").opens("Mail").opens("Notes").arrange();
+    desk.desktop.focusByHand("Codex");
+    desk.focus(right);
+    desk.expectFocus("Mail");
+    desk.expectMessage("Focused Mail");
+    desk.focus(down);
+    desk.expectFocus("Notes"); // the tile below is empty; the one beside it is the nearest that is not
+    desk.focus(left);
+    EXPECT_FALSE(desk.wasCarriedOut());
+    desk.expectMessage("No occupied zone left of the focused window");
+    desk.move(down);
+    desk.expectMessage("No zone down of the focused window");
+}
+
+TEST(NavigationStories, AStackIsCycledRound) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+    desk.desktop.focusByHand("Mail");
+    desk.move(left);
+    desk.expectTiles("Mail 15,15 1254x1382 + Codex | -");
+    desk.cycleStack();
+    desk.expectMessage("Codex is now active");
+    desk.expectTiles("Codex 15,15 1254x1382 + Mail | -");
+    EXPECT_TRUE(desk.desktop.isHidden("Mail"));
+    desk.cycleStack();
+    desk.expectTiles("Mail 15,15 1254x1382 + Codex | -");
+    EXPECT_FALSE(desk.desktop.isHidden("Mail"));
+}
+
+} // namespace
+
+} // namespace kova

@@ -1,0 +1,186 @@
+// Who gets a tile, who gives way and how, and what large and stubborn windows do to a layout.
+#include "tests/harness/Desk.h"
+
+#include <gtest/gtest.h>
+
+namespace kova {
+
+namespace {
+
+TEST(PlacementStories, SurplusWindowsAreMinimizedNeverClosedAndStayWhereTheyAreNextTime) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split");
+    for (const char* name : {"Codex", "Firefox", "Mail", "Viewer"}) desk.opens(name);
+    desk.arrange();
+    desk.expectTiles("Codex 15,15 1254x1382 | Firefox 1291,15 1254x1382");
+    EXPECT_TRUE(desk.desktop.window("Mail").isMinimized);
+    EXPECT_TRUE(desk.desktop.window("Viewer").isMinimized);
+    EXPECT_EQ(desk.state().lastArrangeExplanation->back(), "2 surplus windows minimized; none were closed.");
+    EXPECT_EQ(desk.desktop.livingWindows().size(), 4u);
+    const std::string before = desk.desktop.picture();
+    desk.arrange();
+    EXPECT_EQ(desk.desktop.picture(), before) << "arranging again moves nothing without a reason";
+}
+
+TEST(PlacementStories, ADryRunTouchesNothingAndSaysWhatArrangingDoes) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.triple-strip").opens("Mail").opens("Codex").start();
+    const std::string before = desk.desktop.picture();
+    const auto planned = desk.controller().planArrangement().explanation();
+    EXPECT_EQ(desk.settle().desktop.picture(), before);
+    desk.arrange();
+    EXPECT_EQ(*desk.state().lastArrangeExplanation, planned);
+}
+
+TEST(PlacementStories, TheFootersLieBelowTheirTilesAndPrimaryIsTopLeft) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.quad-grid");
+    desk.opens("Codex").opens("Firefox", {.frame = makeRect(1400, 100, 800, 500)});
+    desk.opens("Mail", {.frame = makeRect(100, 800, 800, 500)})
+        .opens("Viewer", {.frame = makeRect(1400, 800, 800, 500)});
+    desk.arrange();
+    // 1392 points high, a gap of 12 and 28 between the rows; 28 more under the last row.
+    desk.expectTiles("Codex 15,15 1254x666 | Firefox 1291,15 1254x666 | "
+                     "Mail 15,731 1254x666 | Viewer 1291,731 1254x666");
+}
+
+TEST(PlacementStories, MinimizedAndHiddenWindowsAreBroughtBackInASecondPass) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split");
+    desk.opens("Codex", {.isMinimized = true}).opens("Mail").start();
+    desk.desktop.hideByHand("Mail");
+    desk.settle().arrange();
+    desk.expectTiles("Codex 15,15 1254x1382 | Mail 1291,15 1254x1382");
+    EXPECT_FALSE(desk.desktop.window("Codex").isMinimized);
+    EXPECT_FALSE(desk.desktop.isHidden("Mail"));
+}
+
+TEST(PlacementStories, ANewerArrangementEndsTheSecondPassOfTheOlder) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail", {.isMinimized = true}).start();
+    auto& controller = desk.controller();
+    controller.perform(action::Arrange{});
+    desk.advance(Seconds(0.5));
+    controller.perform(action::Undo{});
+    desk.settle();
+    EXPECT_TRUE(desk.desktop.window("Mail").isMinimized) << "what was undone is not finished afterwards";
+    EXPECT_TRUE(desk.state().assignedWindowIDs->empty());
+}
+
+TEST(PlacementStories, ADisplacedWindowIsHiddenWithItsApplicationUnlessThatKeepsAnotherTile) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.triple-strip");
+    desk.opens("Mail", {.frame = makeRect(50, 50, 600, 800)}).opens("Mail", {.frame = makeRect(900, 50, 600, 800)});
+    desk.opens("Viewer", {.frame = makeRect(1800, 50, 600, 800)}).arrange();
+    desk.expectTiles("Mail 15,15 829x1382 | Mail 2 866,15 829x1382 | Viewer 1717,15 828x1382");
+    desk.desktop.focusByHand("Mail 2");
+    desk.move(WorkspaceDirection::right);
+    desk.expectMessage("Moved Mail to the right zone");
+    desk.expectTiles("Mail 15,15 829x1382 | - | Mail 2 1717,15 828x1382 + Viewer");
+    EXPECT_TRUE(desk.desktop.isHidden("Viewer"));
+
+    desk.desktop.focusByHand("Mail");
+    desk.move(WorkspaceDirection::right).move(WorkspaceDirection::right);
+    desk.expectTiles("- | - | Mail 1717,15 828x1382 + Mail 2 + Viewer");
+    EXPECT_TRUE(desk.desktop.window("Mail 2").isMinimized) << "its application keeps a tile";
+    EXPECT_FALSE(desk.desktop.isHidden("Mail"));
+}
+
+TEST(PlacementStories, AWindowThatToldItsMinimumMakesTheLayoutGiveWay) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split");
+    desk.opens("Codex", {.minimumSize = {{1700, 400}}}).opens("Mail").arrange();
+    desk.expectTiles("Codex 15,15 1700x1382 | Mail 1737,15 808x1382");
+    EXPECT_EQ(*desk.state().placementNotice, std::nullopt);
+}
+
+TEST(PlacementStories, AWindowTooLargeForItsTileClaimsTheNeighbourAndSaysSo) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.quad-grid");
+    desk.opens("Codex", {.minimumSize = {{2300, 400}}}).opens("Mail").arrange();
+    desk.expectTiles("Codex 15,15 2530x666 | (Codex) | Mail 15,731 1254x666 | -");
+    const auto notice = *desk.state().placementNotice;
+    ASSERT_TRUE(notice);
+    EXPECT_EQ(notice->additionalTileCount, 1);
+    EXPECT_EQ(notice->applicationName, "Codex");
+    EXPECT_EQ(notice->claimedFrame, makeRect(10, 1440 - 10 - 676, 2540, 676)) << "screen space";
+}
+
+TEST(PlacementStories, AWindowThatRefusesToShrinkIsRememberedAndGivenItsRoom) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split");
+    desk.opens("Codex").opens("Mail", {.secretMinimumSize = {{1500, 300}}}).arrange();
+    desk.expectTiles("Codex 15,15 1008x1382 | Mail 1045,15 1500x1382");
+    EXPECT_EQ(desk.state().observedMinimumSizes->begin()->second, (CGSize{1500, 0}))
+        << "only the direction in which it refused";
+    EXPECT_EQ(desk.state().profile->applicationMinimumSizes.at("sim.mail"), (CGSize{1500, 0}));
+    EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0) << "it has come to rest";
+}
+
+TEST(PlacementStories, AStubbornWindowIsAskedAFewTimesAndThenLeftInPeace) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split");
+    desk.opens("Codex").opens("Mail", {.frame = makeRect(40, 40, 500, 400), .refusesToMove = true}).arrange();
+    desk.advance(Seconds(10));
+    EXPECT_EQ(desk.framesWrittenWithin(Seconds(600)), 0);
+    desk.desktop.setVouching(false);
+    EXPECT_EQ(desk.framesWrittenWithin(Seconds(600)), 0) << "nor by polls that come all the same";
+}
+
+TEST(PlacementStories, AWindowDraggedOffItsTileReturnsAndAQuietOneIsNotWritten) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+    const std::string before = desk.tiles();
+    const int writes = desk.desktop.window("Codex").frameWriteCount;
+    desk.desktop.moveByHand("Mail", makeRect(300, 300, 500, 400));
+    desk.settle();
+    desk.expectTiles(before);
+    EXPECT_EQ(desk.desktop.window("Codex").frameWriteCount, writes);
+}
+
+TEST(PlacementStories, FullScreenWindowsAndOtherVirtualDesktopsTakeNoPart) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+    desk.desktop.setFullScreen("Codex", true);
+    desk.opens("Elsewhere", {.frame = makeRect(10, 10, 640, 480), .virtualDesktop = 3}).opens("Viewer").arrange();
+    const auto& assigned = *desk.state().assignedWindowIDs;
+    EXPECT_EQ(assigned.at(desk.targetID("A", "focus-main")), desk.desktop.windowIDOf("Codex")) << "keeps its tile";
+    EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Elsewhere")).substr(0, 23), "Elsewhere 10,10 640x480");
+    EXPECT_TRUE(desk.desktop.window("Viewer").isMinimized);
+    desk.desktop.setFullScreen("Codex", false);
+    desk.settle();
+    desk.expectTiles("Codex 15,15 1254x1382 | Mail 1291,15 1254x1382");
+}
+
+TEST(PlacementStories, AWindowThatVanishesBetweenPlanAndPlacementIsSkipped) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split");
+    desk.opens("Codex", {.vanishesAtWrite = 1}).opens("Mail").arrange();
+    desk.expectTiles("- | Mail 1291,15 1254x1382");
+}
+
+TEST(PlacementStories, WhatIsLearntSurvivesARestart) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+    desk.desktop.focusByHand("Mail");
+    for (int i = 0; i < 3; ++i) {
+        desk.move(WorkspaceDirection::left);
+        desk.desktop.focusByHand("Mail");
+    }
+    desk.restart();
+    desk.arrange();
+    desk.expectTiles("Mail 15,15 1254x1382 | Codex 1291,15 1254x1382");
+}
+
+TEST(PlacementStories, WindowsStayOnTheirDisplays) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split");
+    desk.display(1920, 1080).layout("jarvis.dual-split");
+    desk.opens("Codex", {.frame = makeRect(2700, 60, 800, 600)}).opens("Mail", {.frame = makeRect(50, 60, 800, 600)});
+    desk.arrange();
+    desk.expectTiles("Mail 15,15 1254x1382 | - || Codex 2575,15 934x1022 | -");
+}
+
+} // namespace
+
+} // namespace kova

@@ -1,0 +1,174 @@
+// When the desktop is asked, what an answer changes, and which answers come too late.
+#include "tests/harness/Desk.h"
+
+#include <gtest/gtest.h>
+
+namespace kova {
+
+namespace {
+
+const CGRect kSomewhere = makeRect(100, 100, 700, 500);
+
+TEST(RefreshStories, AQuietDesktopThatAnnouncesItsChangesIsNotAsked) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
+    const int jobs = desk.desktop.pollingQueue().jobsBegun();
+    desk.advance(Seconds(600));
+    EXPECT_EQ(desk.desktop.pollingQueue().jobsBegun(), jobs);
+    desk.desktop.setTitle("Mail", "Inbox (1)");
+    desk.advance(Seconds(0.5));
+    EXPECT_EQ(desk.desktop.pollingQueue().jobsBegun(), jobs + 1) << "noticed with the next tick";
+    EXPECT_EQ(desk.controller().liveWindows().front().title, "Inbox (1)");
+}
+
+TEST(RefreshStories, ADesktopThatCannotVouchIsAskedTwiceASecond) {
+    Desk desk;
+    desk.desktop.setVouching(false);
+    desk.display(2560, 1440).opens("Mail").start();
+    const int jobs = desk.desktop.pollingQueue().jobsBegun();
+    desk.advance(Seconds(10));
+    EXPECT_EQ(desk.desktop.pollingQueue().jobsBegun(), jobs + 20);
+}
+
+TEST(RefreshStories, OnePollAtATimeHoweverSlowItIs) {
+    Desk desk;
+    desk.display(2560, 1440).opens("Mail").start();
+    desk.desktop.pollingQueue().setJobDuration(Seconds(3));
+    desk.desktop.setVouching(false);
+    const int jobs = desk.desktop.pollingQueue().jobsBegun();
+    desk.advance(Seconds(0.5));
+    desk.controller().refresh();
+    desk.advance(Seconds(2));
+    EXPECT_EQ(desk.desktop.pollingQueue().jobsBegun(), jobs + 1);
+}
+
+TEST(RefreshStories, AnAnswerFromBeforeAStopOrASleepIsDropped) {
+    Desk desk;
+    desk.display(2560, 1440).start();
+    desk.desktop.pollingQueue().setJobDuration(Seconds(0.4));
+    desk.opens("Mail");
+    desk.controller().refresh();
+    desk.advance(Seconds(0.1));
+    desk.controller().stop();
+    desk.controller().start(false);
+    desk.desktop.close("Mail");
+    desk.advance(Seconds(0.35));
+    EXPECT_TRUE(desk.controller().liveWindows().empty()) << "the old poll saw a window that is gone";
+    desk.settle();
+
+    desk.desktop.open("Mail");
+    desk.controller().refresh();
+    desk.advance(Seconds(0.1)).sleep();
+    desk.advance(Seconds(5));
+    EXPECT_TRUE(desk.controller().liveWindows().empty());
+    desk.wake().settle();
+    EXPECT_EQ(desk.controller().liveWindows().size(), 1u);
+}
+
+TEST(RefreshStories, OnlyWhatIsShownRepublishesTheWindows) {
+    Desk desk;
+    desk.display(2560, 1440).opens("Mail", {.frame = kSomewhere}).start();
+    int published = 0;
+    const auto subscription = desk.controller().state().windows.observe([&](const auto&) { ++published; });
+    desk.desktop.moveByHand("Mail", makeRect(300, 300, 700, 500));
+    desk.settle();
+    EXPECT_EQ(published, 0) << "it merely moved";
+    EXPECT_EQ(desk.controller().liveWindows().front().frame, makeRect(300, 300, 700, 500));
+    desk.desktop.minimizeByHand("Mail");
+    desk.settle();
+    EXPECT_EQ(published, 1);
+}
+
+TEST(RefreshStories, PermissionTakenEmptiesTheTilesAndGivenBackArrangesAgain) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
+    desk.desktop.setTrusted(false);
+    desk.settle();
+    EXPECT_EQ(*desk.state().permissionState, AccessibilityPermissionState::denied);
+    EXPECT_TRUE(desk.state().windows->empty());
+    EXPECT_TRUE(desk.state().assignedWindowIDs->empty());
+    desk.perform(action::Arrange{});
+    EXPECT_FALSE(desk.wasCarriedOut());
+    desk.expectMessage("Accessibility permission is required");
+    desk.desktop.setTrusted(true);
+    desk.settle();
+    EXPECT_TRUE(desk.state().assignedWindowIDs->empty()) << "nobody asked for arranging on launch";
+}
+
+TEST(RefreshStories, ArrangingOnLaunchWaitsThreeTenthsOfASecond) {
+    Desk desk;
+    WorkspaceProfile profile;
+    profile.autoArrangeOnLaunch = true;
+    profile.layoutID = "jarvis.dual-split";
+    desk.preferences.setValue("KOVA.workspaceProfile.v1", PreferenceData{encodeWorkspaceProfile(profile)});
+    desk.display(2560, 1440).opens("Mail").opens("Notes");
+    desk.desktop.setTrusted(false);
+    desk.start();
+    desk.desktop.setTrusted(true);
+    desk.advance(Seconds(0.75));
+    EXPECT_TRUE(desk.state().assignedWindowIDs->empty());
+    desk.settle();
+    EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
+    EXPECT_FALSE(*desk.state().canUndo) << "what the machine does by itself is no step of the person's";
+}
+
+TEST(RefreshStories, NothingIsForgottenWhileTheScreenIsLocked) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
+    const std::string before = desk.tiles();
+    desk.desktop.setLocked(true);
+    desk.advance(Seconds(1));
+    desk.desktop.moveByHand("Mail", makeRect(0, 0, 640, 480)); // the lock screen shuffles windows
+    EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0);
+    EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
+    desk.desktop.setLocked(false);
+    desk.settle();
+    desk.expectTiles(before);
+    EXPECT_EQ(desk.framesWrittenWithin(Seconds(20)), 0);
+}
+
+TEST(RefreshStories, EachWindowIsPutBackOnceAfterSleep) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
+    const std::string before = desk.tiles();
+    desk.sleep();
+    desk.desktop.moveByHand("Notes", makeRect(5, 5, 640, 480));
+    desk.advance(Seconds(3600));
+    EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Notes")), "Notes 5,5 640x480");
+    desk.wake().settle();
+    desk.expectTiles(before);
+    EXPECT_EQ(desk.framesWrittenWithin(Seconds(20)), 0);
+}
+
+TEST(RefreshStories, AStatusMessageStaysForItsFullFourSeconds) {
+    Desk desk;
+    desk.display(2560, 1440).start();
+    auto& controller = desk.controller();
+    controller.showStatusMessage("first");
+    desk.advance(Seconds(3));
+    controller.showStatusMessage("second");
+    desk.advance(Seconds(3.9));
+    desk.expectMessage("second");
+    controller.showStatusMessage("second");
+    desk.advance(Seconds(3.9));
+    desk.expectMessage("second");
+    desk.advance(Seconds(0.2));
+    EXPECT_EQ(*controller.state().lastActionMessage, std::nullopt);
+}
+
+TEST(RefreshStories, ThePromptIsShownOnlyWhenAskedForAndNeeded) {
+    Desk desk;
+    desk.display(2560, 1440);
+    desk.desktop.setTrusted(false);
+    desk.controller().start(false);
+    EXPECT_EQ(desk.desktop.promptCount(), 0);
+    desk.controller().stop();
+    desk.desktop.setAnswerToPrompt(true);
+    desk.controller().start(true);
+    EXPECT_EQ(desk.desktop.promptCount(), 1);
+    EXPECT_EQ(*desk.state().permissionState, AccessibilityPermissionState::granted);
+}
+
+} // namespace
+
+} // namespace kova
