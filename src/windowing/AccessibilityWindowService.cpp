@@ -38,9 +38,7 @@ void AccessibilityWindowService::write(const AccessibilityElement& element, Acce
 }
 
 void AccessibilityWindowService::setFrameInteractive(const ManagedWindow& window, const CGRect& frame) {
-    placementGenerations_[window.id] += 1;
-    pendingFrames_.erase(window.id);
-
+    cancelPlacement(window.id);
     auto before = readFrame(window.element);
     if (!before) before = window.frame;
     const bool grows = before && frame.size.width >= before->size.width - kGrowthTolerance &&

@@ -58,6 +58,8 @@ class AccessibilityWindowService {
                   std::function<void(CGRect)> onMinimumSizeObserved);
     /// One immediate write while the user drags; ends the pending passes of the window.
     void setFrameInteractive(const ManagedWindow& window, const CGRect& frame);
+    /// Ends the pending passes of the window and writes nothing.
+    void cancelPlacement(const std::string& windowID);
     /// The frame that is being placed and verified now; absent when no request for the window is pending.
     std::optional<CGRect> pendingFrame(const std::string& windowID) const;
 

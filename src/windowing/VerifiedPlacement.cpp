@@ -47,6 +47,11 @@ void AccessibilityWindowService::setFrame(const ManagedWindow& window, const CGR
     }
 }
 
+void AccessibilityWindowService::cancelPlacement(const std::string& windowID) {
+    placementGenerations_[windowID] += 1;
+    pendingFrames_.erase(windowID);
+}
+
 std::optional<CGRect> AccessibilityWindowService::pendingFrame(const std::string& windowID) const {
     const auto pending = pendingFrames_.find(windowID);
     if (pending == pendingFrames_.end()) return std::nullopt;

@@ -148,6 +148,7 @@ class WorkspaceController {
     void scheduleAutomaticArrangement(bool justGranted);
     void recoverAssignedWindows();
     void screensChanged();
+    void giveUpUnreachablePlacements();
     bool hasUnfinishedBusiness() const;
 
     // Placement (WorkspacePlacement.cpp)
@@ -184,6 +185,7 @@ class WorkspaceController {
     const Screen* screenOfTarget(const std::string& targetID) const;
     const Screen* screenOfWindow(const ManagedWindow& window) const;
     double firstScreenMaxY() const;
+    bool isOnSomeScreen(const CGRect& frameForWindowService) const;
     const SolvedLayout& solvedTiles(const Screen& screen) const;
     TileMinimumSizes tileMinimumSizes(const std::string& displayID) const;
     std::optional<CGRect> tileFrameOnScreen(const std::string& targetID) const;

@@ -43,6 +43,13 @@ double WorkspaceController::firstScreenMaxY() const {
     return state_.screens->empty() ? 0 : maxY(state_.screens->front().frame);
 }
 
+bool WorkspaceController::isOnSomeScreen(const CGRect& frameForWindowService) const {
+    const CGRect frameOnScreen = flipped(frameForWindowService, firstScreenMaxY());
+    return std::any_of(state_.screens->begin(), state_.screens->end(), [&](const Screen& screen) {
+        return intersectionArea(screen.frame, frameOnScreen) > 0;
+    });
+}
+
 const LayoutDefinition* WorkspaceController::resolvedLayout(const std::string& id) const {
     const Screen* screen = screenOf(id);
     return screen ? &layouts_.resolve(*screen, *state_.profile, catalogue()) : nullptr;

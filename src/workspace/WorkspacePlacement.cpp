@@ -141,7 +141,8 @@ void WorkspaceController::minimizeWindow(const ManagedWindow& window) {
 
 /// The live list follows at once, so that a snapshot taken before the next poll does not remember an older picture.
 void WorkspaceController::writeFrame(const ManagedWindow& window, const CGRect& frame, BringToFront raise) {
-    if (window.isFullScreen) return;
+    // A remembered frame can lie where a display was unplugged meanwhile.
+    if (window.isFullScreen || !isOnSomeScreen(frame)) return;
     const std::string id = window.id;
     windowService_->setFrame(window, frame, raise, lifetime_.guard([this, id, frame](CGRect actual) {
         minimumSizeObserved(id, frame, actual);

@@ -115,10 +115,19 @@ void WorkspaceController::screensChanged() {
     state_.screens.set(services_.screens.screens());
     layouts_.invalidateAll();
     state_.layoutRevision.set(*state_.layoutRevision + 1);
+    giveUpUnreachablePlacements();
     if (!isRunning() || refreshCycle_.isSuspended()) return;
     reapplyTileFrames();
     services_.accessibility.flush();
     refresh();
+}
+
+/// Verification would carry a window that the desktop has rescued from a vanished display back to where nobody sees it.
+void WorkspaceController::giveUpUnreachablePlacements() {
+    for (const auto& window : liveWindows_) {
+        const auto pending = windowService_->pendingFrame(window.id);
+        if (pending && !isOnSomeScreen(*pending)) windowService_->cancelPlacement(window.id);
+    }
 }
 
 void WorkspaceController::suspendForSystemTransition() {

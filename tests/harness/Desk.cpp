@@ -88,12 +88,31 @@ Desk& Desk::stop() {
 
 Desk& Desk::restart() {
     controller_.reset();
+    isAsleep_ = false;
     return start().settle();
 }
 
+Desk& Desk::sleep() {
+    controller().suspendForSystemTransition();
+    isAsleep_ = true;
+    return *this;
+}
+
+Desk& Desk::wake() {
+    controller().resumeAfterSystemTransition();
+    isAsleep_ = false;
+    return *this;
+}
+
 bool Desk::isManaging() {
-    return controller_ && controller_->isRunning() && desktop.isProcessTrusted() &&
+    return controller_ && controller_->isRunning() && desktop.isProcessTrusted() && !isAsleep_ &&
            !desktop.isLoginSessionScreenLocked() && !desktop.screens().empty();
+}
+
+/// After sleep and lock, windows that are missing are awaited for 10 s.
+bool Desk::isRecovering() {
+    if (isAsleep_ || desktop.isLoginSessionScreenLocked()) recoveryEnd_ = desktop.queue().uptime() + Seconds(11);
+    return desktop.queue().uptime() < recoveryEnd_;
 }
 
 // What the person asks for

@@ -47,6 +47,10 @@ class Desk {
     /// Lets the controller go and begins anew with the preferences as they are.
     Desk& restart();
 
+    /// The machine goes to sleep and wakes up.
+    Desk& sleep();
+    Desk& wake();
+
     // What the person asks for, through the one door. Each settles afterwards.
     Desk& arrange();
     Desk& undo();
@@ -86,6 +90,7 @@ class Desk {
   private:
     std::string describeTile(const WorkspaceTile& tile);
     bool isManaging();
+    bool isRecovering();
     int frameWrites() const;
     void checkPromises();
     void checkTilesFillTheirDisplays(std::vector<std::string>& broken);
@@ -98,6 +103,8 @@ class Desk {
     bool wasStarted_ = false;
     bool wasCarriedOut_ = false;
     bool isSettled_ = false;
+    bool isAsleep_ = false;
+    Seconds recoveryEnd_{0}; // uptime
 };
 
 } // namespace kova

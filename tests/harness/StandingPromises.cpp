@@ -44,9 +44,10 @@ bool isCovered(const CGRect& area, const std::vector<CGRect>& rectangles) {
 void Desk::checkPromises() {
     std::vector<std::string> broken = desktop.brokenPromises();
     checkAssignments(broken);
+    const bool recovers = isRecovering();
     if (isManaging()) {
         checkTilesFillTheirDisplays(broken);
-        if (isSettled_) checkWindowsAreAtRest(broken);
+        if (isSettled_ && !recovers) checkWindowsAreAtRest(broken);
     }
     for (const auto& promise : broken) ADD_FAILURE() << promise << "\non the screen: " << desktop.picture();
 }
@@ -111,7 +112,10 @@ void Desk::checkWindowsAreAtRest(std::vector<std::string>& broken) {
     std::set<std::string> living;
     for (const auto* window : desktop.livingWindows()) {
         living.insert(desktop.windowIDOf(window->label()));
-        if (!desktop.isOnSomeDisplay(*window)) broken.push_back("outside all displays: " + window->label());
+        // A late answer can take a window to a display that was unplugged meanwhile.
+        const bool answersAtOnce = window->traits().answersAfter <= Seconds(0);
+        if (answersAtOnce && !desktop.isOnSomeDisplay(*window))
+            broken.push_back("outside all displays: " + window->label());
     }
     const auto& zoomed = *controller().state().focusMode;
     if (zoomed && !living.contains(zoomed->windowID)) broken.push_back("focus mode of a dead window");
@@ -127,7 +131,8 @@ void Desk::checkWindowsAreAtRest(std::vector<std::string>& broken) {
             continue;
         }
         const auto& window = desktop.window(desktop.labelOfID(*tile.windowID));
-        if (!window.isObedient() || !desktop.isOnScreen(window) || window.isFullScreen) continue;
+        if (!window.isObedient() || !desktop.isAnswering(window)) continue;
+        if (!desktop.isOnScreen(window) || window.isFullScreen) continue;
         if (!nearlyEqual(desktop.frameForWindowService(window), tile.frameForWindowService, kTolerance)) {
             broken.push_back(window.label() + " is not in its tile " + describeFrame(tile.frameForWindowService));
         }

@@ -29,12 +29,18 @@ SimulatedDesktop::SimulatedDesktop() = default;
 
 // Displays
 
-SimulatedDisplay& SimulatedDesktop::display(std::string_view name) {
-    for (auto& candidate : displays_) {
+const SimulatedDisplay& SimulatedDesktop::display(std::string_view name) const {
+    for (const auto& candidate : displays_) {
         if (candidate.name == name) return candidate;
     }
     notThere(name);
 }
+
+SimulatedDisplay& SimulatedDesktop::display(std::string_view name) {
+    return const_cast<SimulatedDisplay&>(std::as_const(*this).display(name));
+}
+
+CGRect SimulatedDesktop::frameOfDisplay(std::string_view name) const { return displayFrame(display(name)); }
 
 CGRect SimulatedDesktop::displayFrame(const SimulatedDisplay& display) const {
     return {*display.origin, display.size};
@@ -55,8 +61,8 @@ void SimulatedDesktop::displaysChanged() {
     if (!displays_.empty() && !strandsWindows_) {
         const CGRect first = displayFrame(displays_.front());
         for (auto& [number, window] : windows_) {
-            if (isOnSomeDisplay(window)) continue;
-            setFrameOf(window, {first.origin, window.frame.size});
+            if (!isOnSomeDisplay(window)) setFrameOf(window, {first.origin, window.frame.size});
+            if (window.isFullScreen) setFrameOf(window, displayFrameUnder(window.frame));
         }
     }
     // The frames that a poll reads count from the first display's corner, which may have moved.
@@ -307,10 +313,11 @@ void SimulatedDesktop::setTitle(std::string_view label, std::string title) {
 
 void SimulatedDesktop::setFullScreen(std::string_view label, bool fullScreen) {
     auto& chosen = mutableWindow(label);
-    if (chosen.isFullScreen == fullScreen) return;
+    if (chosen.isFullScreen == fullScreen || displays_.empty()) return;
     if (fullScreen) chosen.frameBeforeFullScreen = chosen.frame;
-    chosen.frame = fullScreen ? displayFrameUnder(chosen.frame) : chosen.frameBeforeFullScreen;
     chosen.isFullScreen = fullScreen;
+    chosen.frame = fullScreen ? displayFrameUnder(chosen.frame) : chosen.frameBeforeFullScreen;
+    if (!isOnSomeDisplay(chosen)) chosen.frame.origin = firstDisplayOrigin();
     changed();
 }
 

@@ -68,6 +68,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     void renameDisplay(std::string_view name, std::string newName);
     void setPanels(std::string_view name, CGRect panels);
     void makeFirstDisplay(std::string_view name);
+    CGRect frameOfDisplay(std::string_view name) const;    // desktop space
     void strandWindows(bool strand) { strandsWindows_ = strand; }
 
     // Applications. Names and labels of things that are not there throw std::out_of_range: the scenario is wrong.
@@ -78,6 +79,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     void hideByHand(std::string_view application, bool hide = true);
     /// Stops or begins to answer. Who asks it waits for the deadline; what is written to it is lost.
     void setAnswering(std::string_view application, bool answers);
+    bool isAnswering(const SimulatedWindow& window) const;
     /// Once, as soon as another application is activated, this one takes the keyboard back.
     void stealNextActivation(std::string_view application);
     void setHidingStyle(HidingStyle style) { hidingStyle_ = style; }
@@ -180,6 +182,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     const SimulatedWindow* findWindow(std::uint64_t number) const;
     const SimulatedWindow* windowOf(const AccessibilityElement& element) const;
     AccessibilityElement elementOf(const SimulatedWindow& window) const;
+    const SimulatedDisplay& display(std::string_view name) const;
     SimulatedDisplay& display(std::string_view name);
     std::string freeLabel(const std::string& applicationName) const;
 

@@ -16,6 +16,10 @@ bool SimulatedDesktop::isOnScreen(const SimulatedWindow& window) const {
     return !isLocked_ && !hidden && !window.isMinimized && window.virtualDesktop == virtualDesktop_;
 }
 
+bool SimulatedDesktop::isAnswering(const SimulatedWindow& window) const {
+    return findApplication(window.processIdentifier())->answers;
+}
+
 bool SimulatedDesktop::isOnSomeDisplay(const SimulatedWindow& window) const {
     return std::any_of(displays_.begin(), displays_.end(),
                        [&](const auto& display) { return intersectionArea(displayFrame(display), window.frame) > 0; });

@@ -1,0 +1,222 @@
+// Anything a person, an application or the machine can do, in any order and at any moment. The desk checks its standing
+// promises after every step; a failure prints the seed and the story so far.
+// KOVA_RANDOM_SEED runs one seed, KOVA_RANDOM_DAYS that many seeds from it on.
+#include "tests/harness/Desk.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <functional>
+#include <random>
+
+namespace kova {
+
+namespace {
+
+constexpr int kUsualDays = 40;
+constexpr int kStepsPerDay = 60;
+constexpr std::size_t kMostWindows = 12;
+
+class RandomDay {
+  public:
+    explicit RandomDay(std::uint32_t seed) : random_(seed) {
+        desk_.display(2560, 1440);
+        desk_.desktop.setVouching(chance(2));
+        desk_.desktop.setHidingStyle(chance(2) ? HidingStyle::hidesApplication : HidingStyle::iconifiesWindows);
+        desk_.start();
+        for (int step = 0; step < kStepsPerDay && !testing::Test::HasFailure(); ++step) takeStep();
+        if (!testing::Test::HasFailure()) checkRest();
+        if (testing::Test::HasFailure()) ADD_FAILURE() << "seed " << seed << story_;
+    }
+
+  private:
+    struct Step {
+        const char* name;
+        std::function<void()> take;
+    };
+
+    std::size_t below(std::size_t count) { return random_() % count; }
+    bool chance(std::size_t oneIn) { return below(oneIn) == 0; }
+    template <class T>
+    T anyOf(std::initializer_list<T> choices) {
+        return *(choices.begin() + below(choices.size()));
+    }
+    /// With its corner on some display, where there is one.
+    CGRect anyFrame() {
+        CGRect display = makeRect(0, 0, 2560, 1440);
+        const auto screens = desk_.desktop.screens();
+        if (!screens.empty()) display = desk_.desktop.frameOfDisplay(screens[below(screens.size())].localizedName);
+        return makeRect(minX(display) + static_cast<double>(below(900)), minY(display) + static_cast<double>(below(700)),
+                        static_cast<double>(150 + below(1500)), static_cast<double>(100 + below(1200)));
+    }
+    /// Nothing when there is no window.
+    void withAnyWindow(const std::function<void(const std::string&)>& act) {
+        const auto windows = desk_.desktop.livingWindows();
+        if (windows.empty()) return;
+        const std::string label = windows[below(windows.size())]->label();
+        story_ += " " + label;
+        act(label);
+    }
+    void withAnyDisplay(const std::function<void(const std::string&)>& act) {
+        const auto screens = desk_.desktop.screens();
+        if (screens.empty()) return;
+        const std::string name = screens[below(screens.size())].localizedName;
+        story_ += " " + name;
+        act(name);
+    }
+    std::string applicationOf(const std::string& label) { return label.substr(0, label.find(' ')); }
+
+    WindowTraits anyTraits() {
+        WindowTraits traits{.frame = anyFrame()};
+        switch (below(12)) {
+        case 0:
+            traits.minimumSize = CGSize{static_cast<double>(below(2000)), static_cast<double>(below(1200))};
+            break;
+        case 1:
+            traits.secretMinimumSize = CGSize{static_cast<double>(below(2000)), static_cast<double>(below(1200))};
+            break;
+        case 2:
+            traits.cell = {17, 31};
+            break;
+        case 3:
+            traits.refusesToMove = true;
+            break;
+        case 4:
+            traits.refusesToResize = true;
+            break;
+        case 5:
+            traits.answersAfter = Seconds(0.3);
+            break;
+        case 6:
+            traits.springsBackTimes = 3;
+            break;
+        case 7:
+            traits.vanishesAtWrite = static_cast<int>(1 + below(6));
+            break;
+        case 8:
+            traits.clampsToDisplay = true;
+            break;
+        case 9:
+            traits.unreadable = {anyOf({AccessibilityAttribute::position, AccessibilityAttribute::minimized})};
+            break;
+        default:
+            break; // most windows do as they are told
+        }
+        return traits;
+    }
+    void openWindow() {
+        if (desk_.desktop.livingWindows().size() >= kMostWindows) return;
+        const std::string name = anyOf<const char*>({"Mail", "Notes", "Codex", "Firefox", "Console", "Viewer"});
+        story_ += " " + name;
+        desk_.opens(name, anyTraits());
+    }
+    void act(const WorkspaceAction& action) {
+        desk_.controller().perform(action);
+        desk_.advance(Seconds(0));
+    }
+    WorkspaceDirection anyDirection() {
+        using enum WorkspaceDirection;
+        return anyOf({left, right, up, down});
+    }
+    void takeStep() {
+        const Step& step = steps_[below(steps_.size())];
+        story_ += std::string("\n  ") + step.name;
+        step.take();
+        // At once, in the midst of the passes, between two polls, or when all is at rest.
+        const Seconds pause = anyOf({Seconds(0), Seconds(0.1), Seconds(0.5), Seconds(0.9), Desk::kSettlingTime});
+        desk_.advance(pause);
+    }
+    /// When all answers again and nobody interferes, the desk comes to rest and stays there.
+    void checkRest() {
+        auto& desktop = desk_.desktop;
+        for (const auto& application : desktop.runningApplications())
+            desktop.setAnswering(*application.localizedName, true);
+        desktop.setTrusted(true);
+        desktop.setLocked(false);
+        desk_.wake();
+        if (desktop.screens().empty()) desk_.display(2560, 1440);
+        desk_.advance(Seconds(20)).settle();
+        EXPECT_EQ(desk_.framesWrittenWithin(Seconds(30)), 0) << "it never comes to rest: " << desktop.picture();
+    }
+
+    Desk desk_;
+    std::mt19937 random_;
+    std::string story_;
+    int displays_ = 1;
+    const std::vector<Step> steps_ = {
+        {"opens", [this] { openWindow(); }},
+        {"opens", [this] { openWindow(); }},
+        {"opens", [this] { openWindow(); }},
+        {"closes", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.close(label); }); }},
+        {"quits", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.quit(applicationOf(label)); }); }},
+        {"drags", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.moveByHand(label, anyFrame()); }); }},
+        {"minimises",
+         [this] { withAnyWindow([&](const auto& label) { desk_.desktop.minimizeByHand(label, !chance(3)); }); }},
+        {"hides",
+         [this] {
+             withAnyWindow([&](const auto& label) { desk_.desktop.hideByHand(applicationOf(label), !chance(3)); });
+         }},
+        {"clicks", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.focusByHand(label); }); }},
+        {"clicks", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.focusByHand(label); }); }},
+        {"renames", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.setTitle(label, "Draft"); }); }},
+        {"full screen",
+         [this] { withAnyWindow([&](const auto& label) { desk_.desktop.setFullScreen(label, !chance(3)); }); }},
+        {"sends elsewhere",
+         [this] {
+             withAnyWindow(
+                 [&](const auto& label) { desk_.desktop.sendToVirtualDesktop(label, static_cast<int>(below(2))); });
+         }},
+        {"shows desktop", [this] { desk_.desktop.showVirtualDesktop(static_cast<int>(below(2))); }},
+        {"hangs",
+         [this] {
+             withAnyWindow([&](const auto& label) { desk_.desktop.setAnswering(applicationOf(label), chance(2)); });
+         }},
+        {"plugs in",
+         [this] {
+             if (desk_.desktop.screens().size() < 3) desk_.display(1920, 1080, "P" + std::to_string(displays_++));
+         }},
+        {"unplugs", [this] { withAnyDisplay([&](const auto& name) { desk_.desktop.removeDisplay(name); }); }},
+        {"resizes",
+         [this] {
+             withAnyDisplay([&](const auto& name) {
+                 desk_.desktop.resizeDisplay(name,
+                                             anyOf<CGSize>({{2560, 1440}, {1280, 800}, {5120, 1440}, {1080, 1920}}));
+             });
+         }},
+        {"reorders", [this] { withAnyDisplay([&](const auto& name) { desk_.desktop.makeFirstDisplay(name); }); }},
+        {"locks", [this] { desk_.desktop.setLocked(!desk_.desktop.isLoginSessionScreenLocked()); }},
+        {"permission", [this] { desk_.desktop.setTrusted(!desk_.desktop.isProcessTrusted() || chance(3)); }},
+        {"slow polls", [this] { desk_.desktop.pollingQueue().setJobDuration(Seconds(chance(3) ? 0.7 : 0.01)); }},
+        {"sleeps", [this] { desk_.sleep(); }},
+        {"wakes", [this] { desk_.wake(); }},
+        {"arrange", [this] { act(action::Arrange{}); }},
+        {"arrange", [this] { act(action::Arrange{}); }},
+        {"arrange", [this] { act(action::Arrange{}); }},
+        {"undo", [this] { act(action::Undo{}); }},
+        {"zoom", [this] { act(action::ToggleFocusZoom{}); }},
+        {"cycle stack", [this] { act(action::CycleStack{}); }},
+        {"focus", [this] { act(action::Focus{anyDirection()}); }},
+        {"move", [this] { act(action::Move{anyDirection()}); }},
+        {"move", [this] { act(action::Move{anyDirection()}); }},
+        {"next layout", [this] { desk_.controller().selectNextLayout(); }},
+        {"previous layout", [this] { desk_.controller().selectPreviousLayout(); }},
+        {"inset", [this] { desk_.controller().setTileInset(static_cast<double>(below(12))); }},
+        {"restart", [this] { desk_.restart(); }},
+    };
+};
+
+std::uint32_t numberFrom(const char* variable, std::uint32_t otherwise) {
+    const char* text = std::getenv(variable);
+    return text ? static_cast<std::uint32_t>(std::strtoul(text, nullptr, 10)) : otherwise;
+}
+
+TEST(RandomDesk, KeepsItsPromisesWhateverHappens) {
+    const bool isOneSeed = std::getenv("KOVA_RANDOM_SEED") != nullptr;
+    const auto first = numberFrom("KOVA_RANDOM_SEED", 1);
+    const auto days = numberFrom("KOVA_RANDOM_DAYS", isOneSeed ? 1 : kUsualDays);
+    for (std::uint32_t day = 0; day < days && !HasFailure(); ++day) RandomDay{first + day};
+}
+
+} // namespace
+
+} // namespace kova
