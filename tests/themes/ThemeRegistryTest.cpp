@@ -16,7 +16,7 @@ double luminance(const RGBAColor& colour) {
 
 /// The usual measure of legibility, from 1 to 21.
 double contrast(const RGBAColor& a, const RGBAColor& b) {
-    const auto [darker, lighter] = std::minmax(luminance(a), luminance(b));
+    const auto [darker, lighter] = std::minmax({luminance(a), luminance(b)});
     return (lighter + 0.05) / (darker + 0.05);
 }
 

@@ -65,8 +65,8 @@ std::u16string filled(std::u16string_view text, Fill fill) {
     return out;
 }
 
-/// The language in which the session compares text. The "C" locale's order is that of code points, capitals first, which no
-/// reader means: the order that suits most languages stands in for it.
+/// The language in which the session compares text. The "C" locale's order is that of code points, capitals first,
+/// which no reader means: the order that suits most languages stands in for it.
 const char* comparisonLocale() {
     char variant[16] = "";
     UErrorCode status = U_ZERO_ERROR;
