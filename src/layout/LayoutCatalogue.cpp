@@ -164,13 +164,12 @@ SolvedLayout solveDefinition(const LayoutDefinition& definition, const TileMinim
         if (!isFinite(slot.normalizedFrame)) slot.normalizedFrame = {};
         result.frames.push_back(scaled(slot.normalizedFrame, area));
     }
-    for (const auto& [id, size] : minimumSizes) {
-        const auto slot = std::find_if(result.slots.rbegin(), result.slots.rend(),
-                                       [&id = id](const TileSlot& candidate) { return candidate.id == id; });
-        const bool holds =
-            slot != result.slots.rend() &&
-            holdsWindow(result.frames[static_cast<std::size_t>(result.slots.rend() - slot - 1)], size, tileInset);
-        if (!holds) result.unsatisfiedTileIDs.insert(id);
+    for (const auto& window : minimumSizes) {
+        std::size_t tile = result.slots.size(); // counted from 1; 0 when none has the id
+        while (tile > 0 && result.slots[tile - 1].id != window.first) --tile;
+        if (tile == 0 || !holdsWindow(result.frames[tile - 1], window.second, tileInset)) {
+            result.unsatisfiedTileIDs.insert(window.first);
+        }
     }
     return result;
 }
