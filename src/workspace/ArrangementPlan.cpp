@@ -235,10 +235,12 @@ std::optional<AutoArrangePlacement> Planner::behindPlacement(std::size_t candida
             if (target.id() != *behind || !desk.holder[slot]) continue;
             AutoArrangePlacement placement;
             placement.window = input_.candidates[candidate].window;
-            placement.target = target;
+            // A spanning window has one stack, at its anchor.
+            const std::size_t anchor = seats_[*desk.holder[slot]]->slots.front();
+            placement.target = {desk.display->displayID, desk.display->solved.slots[anchor]};
             placement.isPrimary = false;
             placement.explanation = describe(candidate) + " → behind " + describe(*desk.holder[slot]) + " in " +
-                                    target.slot.name + " on " + desk.display->name + ": it was stacked there";
+                                    placement.target.slot.name + " on " + desk.display->name + ": it was stacked there";
             return placement;
         }
     }
