@@ -1,0 +1,58 @@
+// A session whose windows nobody lets us reach: no permission, no applications, no displays. The agent keeps running on
+// it, so that whoever asks is told why nothing moves and what to do.
+#pragma once
+
+#include "windowing/AccessibilityServicing.h"
+#include "windowing/ApplicationServicing.h"
+#include "windowing/DiagnosticsServicing.h"
+#include "windowing/ScreenServicing.h"
+
+#include <string>
+
+namespace kova {
+
+class AbsentDesktop final : public AccessibilityServicing,
+                            public ApplicationServicing,
+                            public ScreenServicing,
+                            public DesktopChangeServicing,
+                            public DiagnosticsServicing {
+  public:
+    /// `reason` says in the user's words why there is no desktop and what to do.
+    explicit AbsentDesktop(std::string reason) : reason_(std::move(reason)) {}
+
+    bool isProcessTrusted() const override { return false; }
+    bool requestTrust(bool) override { return false; }
+    AccessibilityElement applicationElement(pid_t processIdentifier) const override;
+    std::vector<AttributeValue> readAttributes(const AccessibilityElement& element,
+                                               std::span<const AccessibilityAttribute> attributes) const override;
+    void writeAttributes(const AccessibilityElement&, std::span<const AttributeWrite>) override {}
+    void performAction(const AccessibilityElement&, AccessibilityAction) override {}
+    std::optional<AccessibilityElement> elementAtPosition(CGPoint) const override { return std::nullopt; }
+    std::vector<OnScreenWindow> onScreenWindows() const override { return {}; }
+    void flush() override {}
+
+    pid_t ownProcessIdentifier() const override;
+    std::vector<RunningApplication> runningApplications() const override { return {}; }
+    std::optional<RunningApplication> runningApplication(pid_t) const override { return std::nullopt; }
+    std::optional<pid_t> frontmostApplication() const override { return std::nullopt; }
+    ApplicationIcon iconForFile(const std::string&) const override { return {}; }
+    ApplicationIcon systemSymbolIcon(const std::string&) const override { return {}; }
+    void hide(pid_t) override {}
+    void unhide(pid_t) override {}
+    void activate(pid_t) override {}
+
+    std::vector<Screen> screens() const override { return {}; }
+    Subscription observeScreens(std::function<void()>) override { return {}; }
+    std::optional<CGPoint> pointerLocation() const override { return std::nullopt; }
+
+    /// Nothing ever changes here, so nobody need ask twice.
+    std::optional<std::uint64_t> changeCount() const override { return 0; }
+    void notifyWhenChanged(std::uint64_t, std::function<void()>) override {}
+
+    std::vector<DiagnosticLine> diagnose() const override;
+
+  private:
+    std::string reason_;
+};
+
+} // namespace kova

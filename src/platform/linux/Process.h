@@ -1,0 +1,10 @@
+// What the agent's process asks of the system before it does anything else.
+#pragma once
+
+namespace kova {
+
+/// A client that goes away while it is written to must not end the process. The few threads share one pool of memory,
+/// since a pool each costs more than they ever wait for one another. Before the first thread starts.
+void prepareProcess();
+
+} // namespace kova
