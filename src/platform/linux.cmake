@@ -2,4 +2,4 @@
 pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb xcb-icccm xcb-randr)
 
 kova_room(platform_linux platform/linux kova_app kova_text Threads::Threads)
-kova_room(platform_x11 platform/x11 kova_app PkgConfig::XCB)
+kova_room(platform_x11 platform/x11 kova_windowing PkgConfig::XCB)

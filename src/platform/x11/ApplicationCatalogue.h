@@ -7,17 +7,18 @@
 namespace kova {
 
 struct ApplicationIdentity {
-    std::string bundleIdentifier;    // the desktop entry's id, else the class in lower case
-    std::string localizedName;       // the entry's name, else the class
-    std::string bundlePath;          // the entry's file; empty when there is none
-    std::string iconName;            // as the entry gives it; empty when there is none
+    std::string bundleIdentifier; // the desktop entry's id, else the class in lower case
+    std::string localizedName;    // the entry's name, else the class
+    std::string bundlePath;       // the entry's file; empty when there is none
+    std::string iconName;         // as the entry gives it; empty when there is none
     bool operator==(const ApplicationIdentity&) const = default;
 };
 
 class ApplicationCatalogue {
   public:
     virtual ~ApplicationCatalogue() = default;
-    /// From the two halves of WM_CLASS, either of which may be empty. Any thread; answers from memory after the first time.
+    /// From the two halves of WM_CLASS, either of which may be empty. Any thread; answers from memory after the first
+    /// time.
     virtual ApplicationIdentity identify(const std::string& instanceName, const std::string& className) = 0;
 };
 

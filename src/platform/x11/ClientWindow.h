@@ -1,0 +1,122 @@
+// What is known of one application window, and how its properties are read. Properties are written by strangers: a
+// wrong type, a wrong length or an absurd number counts as no property at all.
+#pragma once
+
+#include "platform/x11/XConnection.h"
+#include "platform/x11/XGeometry.h"
+#include "support/MainQueue.h"
+
+#include <sys/types.h>
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kova::x11 {
+
+enum class WindowKind { standard, dialog, dock, desktop, splash, menu, palette, transient };
+
+/// The subrole in the accessibility vocabulary.
+std::string_view subroleOf(WindowKind kind);
+
+/// What has to be asked again. A set bit is an announcement that came and was not looked into yet.
+namespace stale {
+enum Bit : std::uint32_t {
+    title = 1U << 0,
+    hints = 1U << 1,
+    state = 1U << 2,
+    kind = 1U << 3,
+    frame = 1U << 4, // decorations and shadow
+    desktop = 1U << 5,
+    owner = 1U << 6, // class, process, machine
+    strut = 1U << 7,
+    topLevel = 1U << 8, // which child of the root holds the window
+    events = 1U << 9,   // not listened to yet
+    all = (1U << 10) - 1,
+};
+}
+
+/// Space at the edges of the root window that a panel keeps for itself, with the span along each edge.
+struct Strut {
+    PixelEdges depth;
+    int leftStart = 0, leftEnd = kLargestCoordinate;
+    int rightStart = 0, rightEnd = kLargestCoordinate;
+    int topStart = 0, topEnd = kLargestCoordinate;
+    int bottomStart = 0, bottomEnd = kLargestCoordinate;
+    bool operator==(const Strut&) const = default;
+};
+
+/// A frame that was asked for and that the server has not told to be in force yet.
+struct PendingFrame {
+    PixelRect outer;
+    Seconds since{};
+    std::optional<std::uint32_t> sequence; // of the request, once it is sent
+};
+
+inline constexpr std::uint32_t kAllDesktops = 0xFFFFFFFFU;
+
+struct ClientWindow {
+    xcb_window_t window = kNoWindow;
+    xcb_window_t topLevel = kNoWindow; // the root's child that holds it; itself when nothing decorates it
+    std::uint32_t stale = stale::all;
+    bool isInputOnly = false;
+
+    pid_t processIdentifier = 0;
+    std::optional<std::uint32_t> claimedProcess; // as the window says, which may be of another machine
+    std::string clientMachine;
+    std::string instanceName, className;
+
+    std::optional<std::string> netName; // preferred, UTF-8
+    std::string oldName;
+    std::optional<WindowKind> declaredKind;
+    bool isTransient = false;
+
+    bool isIconic = false;      // WM_STATE
+    bool isHiddenState = false; // _NET_WM_STATE
+    bool isMaximized = false;
+    bool isFullScreen = false;
+    bool isStickyState = false;
+    std::optional<std::uint32_t> desktop;
+
+    std::optional<PixelEdges> announcedDecorations;
+    PixelEdges decorations; // between the client's area and the window manager's frame around it
+    PixelEdges shadow;      // drawn by the client inside its area, beyond its visible edge
+    PixelEdges margins;     // from the top level's edge to the visible edge; negative where nothing shows the edge
+    std::optional<PixelRect> minimumAndBase; // width and height only
+    std::uint32_t gravity = XCB_GRAVITY_NORTH_WEST;
+    std::optional<Strut> strut, partialStrut;
+
+    std::optional<PendingFrame> pending;
+    std::optional<PixelRect> lastWish, lastAnswer; // the place last asked for, and the frame when it was
+    int repeats = 0;                               // of the same wish with the same answer
+    bool isIconifiedByUs = false;                  // without a window manager
+
+    WindowKind kind() const;
+    std::string title() const { return netName ? *netName : oldName; }
+    bool isMinimized() const { return isIconic || isHiddenState || isIconifiedByUs; }
+    bool isManaged() const { return !isInputOnly && (kind() == WindowKind::standard || kind() == WindowKind::dialog); }
+};
+
+/// One property that matters: what goes stale when it changes, and how its value is taken.
+struct PropertyRule {
+    xcb_atom_t property;
+    std::uint32_t staleBit;
+    std::uint32_t lengthInWords; // no more than that is asked for
+    void (*take)(ClientWindow&, const PropertyView&, const Atoms&);
+};
+
+/// All properties of a client that matter, in the order in which they must be taken.
+std::vector<PropertyRule> propertyRules(const Atoms& atoms);
+
+/// The 32-bit values of a property of that type (any type when it is XCB_ATOM_NONE); empty for anything else.
+std::vector<std::uint32_t> numbersIn(const PropertyView& property, xcb_atom_t type);
+/// Text as far as its first zero byte; Latin-1 for STRING, else UTF-8 with every wrong byte replaced by U+FFFD.
+std::string textIn(const PropertyView& property, const Atoms& atoms);
+std::string repairedUtf8(std::string_view text);
+/// True when the name in WM_CLIENT_MACHINE means this machine; short and full host names are the same machine.
+bool isSameMachine(std::string_view clientMachine, std::string_view hostName);
+
+} // namespace kova::x11

@@ -1,0 +1,56 @@
+// The windows that KOVA took off the screen and must bring back: those of hidden applications, and, without a window
+// manager, every window that it unmapped. Kept in a file as well, written before the windows go, so that an agent that
+// was killed finds them at its next start.
+// The file guards against the end of the agent, not of the machine, so it is replaced whole but not forced to the disk.
+#pragma once
+
+#include "platform/x11/WindowModel.h"
+
+#include <string>
+#include <vector>
+
+namespace kova::x11 {
+
+enum class TakenAway { byHiding, byUnmapping };
+
+struct HiddenWindow {
+    xcb_window_t window = kNoWindow;
+    pid_t processIdentifier = 0;
+    TakenAway how = TakenAway::byHiding;
+    Seconds since{};
+    bool hasLeftScreen = false; // the wish was granted
+};
+
+class HiddenWindows {
+  public:
+    /// An empty path keeps nothing on disk.
+    explicit HiddenWindows(std::string path) : path_(std::move(path)) {}
+
+    const std::vector<HiddenWindow>& all() const { return windows_; }
+    /// What an agent before this one left; a file that cannot be read holds nothing.
+    std::vector<HiddenWindow> readFile() const;
+    /// One entry a window: a newer one replaces it.
+    void add(const std::vector<HiddenWindow>& windows);
+    /// The windows of the process that were hidden with it; they are forgotten.
+    std::vector<xcb_window_t> takeHidden(pid_t processIdentifier);
+    void remove(xcb_window_t window);
+    std::vector<HiddenWindow> takeAll();
+
+    /// Whether hiding took this window away.
+    bool holds(xcb_window_t window) const;
+    /// Some windows were taken away with it and none is on the screen.
+    bool isApplicationHidden(pid_t processIdentifier, const WindowModel& model) const;
+    /// Follows what others did: a window that came back by hand is no longer ours, nor is one that was never granted to
+    /// go.
+    void followModel(const WindowModel& model, Seconds now);
+
+  private:
+    template <class Condition>
+    void removeWhere(Condition condition);
+    void writeFile() const;
+
+    std::string path_;
+    std::vector<HiddenWindow> windows_;
+};
+
+} // namespace kova::x11

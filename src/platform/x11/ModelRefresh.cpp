@@ -1,0 +1,316 @@
+#include "platform/x11/ModelRefresh.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <memory>
+
+namespace kova::x11 {
+
+namespace {
+
+template <class Reply>
+const Reply* as(const void* reply) {
+    return static_cast<const Reply*>(reply);
+}
+
+PropertyView propertyIn(const void* reply) {
+    return viewOf(as<xcb_get_property_reply_t>(reply));
+}
+
+xcb_window_t windowIn(const void* reply) {
+    const auto windows = numbersIn(propertyIn(reply), XCB_ATOM_WINDOW);
+    return windows.empty() ? kNoWindow : windows[0];
+}
+
+std::string hostNameOfThisMachine() {
+    std::array<char, 256> name{};
+    return gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "";
+}
+
+/// How deep window managers nest a client below the root.
+constexpr int kDeepestFrame = 8;
+/// Longest list of windows that is believed.
+constexpr std::uint32_t kMostWindows = 16384;
+/// Answers can raise new questions: a list names a new window, the window's properties name its frame.
+constexpr int kMostRounds = 4;
+
+} // namespace
+
+ModelRefresh::ModelRefresh(const XConnection& connection, std::mutex& mutex, WindowModel& model) :
+    connection_(connection), mutex_(mutex), model_(model), hostName_(hostNameOfThisMachine()) {}
+
+/// Sends, waits without the lock, and takes the answers under it.
+void ModelRefresh::ask() {
+    if (questions_.isEmpty()) return;
+    questions_.wait(connection_);
+    if (connection_.isLost()) {
+        // Silence is no news: the windows have not gone.
+        questions_ = {};
+        return;
+    }
+    const std::lock_guard lock(mutex_);
+    questions_.take();
+}
+
+RefreshOutcome ModelRefresh::run() {
+    outcome_ = {};
+    for (int round = 0; round < kMostRounds; ++round) {
+        {
+            const std::lock_guard lock(mutex_);
+            if (!model_.isStale()) break;
+            askRoot();
+            askNewTopLevels();
+            askClients();
+        }
+        ask();
+        // The window manager's own window was named by the root.
+        ask();
+        findTopLevels();
+        measureFrames();
+    }
+    return outcome_;
+}
+
+void ModelRefresh::askRoot() {
+    const Atoms& atoms = connection_.atoms();
+    const xcb_window_t root = connection_.root();
+    if (std::exchange(model_.staleManager, false)) {
+        questions_.add(connection_.askProperty(root, atoms[Atom::netSupportingWmCheck], 1),
+                       [this](const void* reply) { askManager(reply); });
+    }
+    if (std::exchange(model_.staleClientList, false) && model_.windowManager().isPresent) {
+        questions_.add(connection_.askProperty(root, atoms[Atom::netClientList], kMostWindows),
+                       [this](const void* reply) {
+                           model_.setClientList(numbersIn(propertyIn(reply), XCB_ATOM_WINDOW));
+                           outcome_.ownersChanged = outcome_.panelsChanged = true;
+                       });
+    }
+    if (std::exchange(model_.staleDesktop, false)) {
+        questions_.add(connection_.askProperty(root, atoms[Atom::netCurrentDesktop], 1), [this](const void* reply) {
+            const auto numbers = numbersIn(propertyIn(reply), XCB_ATOM_CARDINAL);
+            model_.currentDesktop = numbers.empty() ? 0 : numbers[0];
+            outcome_.panelsChanged = true;
+        });
+    }
+    if (std::exchange(model_.staleWorkarea, false)) {
+        questions_.add(connection_.askProperty(root, atoms[Atom::netWorkarea], 256), [this](const void* reply) {
+            const auto numbers = numbersIn(propertyIn(reply), XCB_ATOM_CARDINAL);
+            model_.workareas.clear();
+            for (std::size_t i = 0; i + 4 <= numbers.size() && model_.windowManager().isPresent; i += 4) {
+                const auto pixel = [&](std::size_t at) {
+                    return static_cast<int>(std::min<std::uint32_t>(numbers[i + at], kLargestCoordinate));
+                };
+                model_.workareas.push_back({pixel(0), pixel(1), pixel(2), pixel(3)});
+            }
+            outcome_.panelsChanged = true;
+        });
+    }
+}
+
+/// A window manager that went leaves its name on the root; it is present only while its own window names itself, too.
+void ModelRefresh::askManager(const void* checkReply) {
+    const Atoms& atoms = connection_.atoms();
+    const xcb_window_t checkWindow = windowIn(checkReply);
+    if (checkWindow == kNoWindow) {
+        model_.setWindowManager({});
+        outcome_.ownersChanged = outcome_.panelsChanged = true;
+        return;
+    }
+    const auto manager = std::make_shared<WindowManager>();
+    manager->checkWindow = checkWindow;
+    questions_.add(connection_.askProperty(checkWindow, atoms[Atom::netSupportingWmCheck], 1),
+                   [manager](const void* reply) { manager->isPresent = windowIn(reply) == manager->checkWindow; });
+    questions_.add(
+        connection_.askProperty(checkWindow, atoms[Atom::netWmName], 64),
+        [this, manager](const void* reply) { manager->name = textIn(propertyIn(reply), connection_.atoms()); });
+    questions_.add(connection_.askProperty(connection_.root(), atoms[Atom::netSupported], 1024),
+                   [this, manager](const void* reply) {
+                       const auto supported = numbersIn(propertyIn(reply), XCB_ATOM_ATOM);
+                       const auto has = [&](Atom atom) {
+                           return std::ranges::find(supported, connection_.atoms()[atom]) != supported.end();
+                       };
+                       manager->isPresent = manager->isPresent && has(Atom::netClientList);
+                       manager->movesAndResizes = has(Atom::netMoveresizeWindow);
+                       manager->restacks = has(Atom::netRestackWindow);
+                       manager->announcesDecorations = has(Atom::netFrameExtents);
+                       model_.setWindowManager(manager->isPresent ? *manager : WindowManager{});
+                       outcome_.ownersChanged = outcome_.panelsChanged = true;
+                   });
+}
+
+void ModelRefresh::askTopLevel(xcb_window_t window) {
+    const auto top = std::make_shared<TopLevel>();
+    questions_.add(xcb_get_geometry(connection_.get(), window), [top](const void* reply) {
+        const auto* geometry = as<xcb_get_geometry_reply_t>(reply);
+        if (!geometry) return;
+        top->border = geometry->border_width;
+        top->rect = {geometry->x, geometry->y, geometry->width + 2 * top->border, geometry->height + 2 * top->border};
+    });
+    questions_.add(xcb_get_window_attributes(connection_.get(), window), [this, window, top](const void* reply) {
+        const auto* attributes = as<xcb_get_window_attributes_reply_t>(reply);
+        if (!attributes || top->rect.width == 0) return; // gone; its end is announced
+        top->isMapped = attributes->map_state != XCB_MAP_STATE_UNMAPPED;
+        top->isOverrideRedirect = attributes->override_redirect != 0;
+        model_.setTopLevel(window, *top);
+    });
+}
+
+void ModelRefresh::readTopLevels() {
+    questions_.add(xcb_query_tree(connection_.get(), connection_.root()), [this](const void* reply) {
+        const auto* tree = as<xcb_query_tree_reply_t>(reply);
+        if (!tree) return;
+        const xcb_window_t* children = xcb_query_tree_children(tree);
+        model_.setStacking({children, children + xcb_query_tree_children_length(tree)});
+        for (const xcb_window_t child : model_.stacking()) askTopLevel(child);
+    });
+    ask();
+    ask();
+}
+
+void ModelRefresh::askNewTopLevels() {
+    for (const xcb_window_t window : model_.takeUnknownTopLevels()) askTopLevel(window);
+}
+
+void ModelRefresh::askClients() {
+    if (model_.staleClients == 0) return;
+    const bool isManaged = model_.windowManager().isPresent;
+    for (const xcb_window_t window : model_.clientOrder()) {
+        ClientWindow* client = model_.client(window);
+        if (!client || client->stale == 0) continue;
+        const std::uint32_t bits = model_.takeStale(*client);
+        if (bits & stale::events) {
+            // Without a window manager nobody tells who has the keyboard but the windows themselves.
+            const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE |
+                                       (isManaged ? 0U : XCB_EVENT_MASK_FOCUS_CHANGE | XCB_EVENT_MASK_ENTER_WINDOW);
+            xcb_change_window_attributes(connection_.get(), window, XCB_CW_EVENT_MASK, &mask);
+            questions_.add(xcb_get_window_attributes(connection_.get(), window), [this, window](const void* reply) {
+                const auto* attributes = as<xcb_get_window_attributes_reply_t>(reply);
+                ClientWindow* known = model_.client(window);
+                if (known) known->isInputOnly = !attributes || attributes->_class == XCB_WINDOW_CLASS_INPUT_ONLY;
+            });
+        }
+        askProperties(window, bits);
+        if (bits & stale::topLevel) unplaced_.push_back(window);
+        if (bits & (stale::frame | stale::topLevel)) unmeasured_.push_back(window);
+    }
+}
+
+void ModelRefresh::askProperties(xcb_window_t window, std::uint32_t bits) {
+    std::uint32_t lastOfOwner = 0;
+    const auto& rules = model_.rules();
+    for (std::uint32_t i = 0; i < rules.size(); ++i) {
+        if (rules[i].staleBit == stale::owner) lastOfOwner = i;
+    }
+    for (std::uint32_t i = 0; i < rules.size(); ++i) {
+        if (!(bits & rules[i].staleBit)) continue;
+        // The old name is only read for windows that have no new one.
+        const ClientWindow* known = model_.client(window);
+        if (rules[i].property == XCB_ATOM_WM_NAME && known && known->netName) continue;
+        const bool settles = i == lastOfOwner;
+        questions_.add(connection_.askProperty(window, rules[i].property, rules[i].lengthInWords),
+                       [this, window, i, settles](const void* reply) {
+                           ClientWindow* client = model_.client(window);
+                           if (!client) return;
+                           const PropertyRule& rule = model_.rules()[i];
+                           rule.take(*client, propertyIn(reply), connection_.atoms());
+                           if (rule.staleBit == stale::strut) outcome_.panelsChanged = true;
+                           if (rule.staleBit == stale::kind) outcome_.ownersChanged = true;
+                           if (settles) settleOwner(*client);
+                       });
+    }
+    if (bits & stale::owner) outcome_.ownersChanged = true;
+}
+
+void ModelRefresh::settleOwner(ClientWindow& client) const {
+    if (client.claimedProcess && isSameMachine(client.clientMachine, hostName_)) {
+        client.processIdentifier = static_cast<pid_t>(*client.claimedProcess);
+        return;
+    }
+    // The windows of one connection have the same upper bits; such a number is beyond every process's.
+    constexpr std::uint32_t kBeyondProcesses = 0x40000000;
+    const std::uint32_t owner = client.window & ~xcb_get_setup(connection_.get())->resource_id_mask;
+    client.processIdentifier = static_cast<pid_t>((owner & (kBeyondProcesses - 1)) | kBeyondProcesses);
+}
+
+/// Climbs from each client to the root's child that holds it, one level of all windows in each round trip.
+void ModelRefresh::findTopLevels() {
+    struct Climb {
+        xcb_window_t client;
+        xcb_window_t at;
+    };
+    std::vector<Climb> climbs;
+    for (const xcb_window_t window : std::exchange(unplaced_, {})) climbs.push_back({window, window});
+    for (int depth = 0; depth < kDeepestFrame && !climbs.empty(); ++depth) {
+        std::vector<Climb> higher;
+        for (const Climb& climb : climbs) {
+            questions_.add(xcb_query_tree(connection_.get(), climb.at), [this, climb, &higher](const void* reply) {
+                const auto* tree = as<xcb_query_tree_reply_t>(reply);
+                ClientWindow* client = model_.client(climb.client);
+                if (!tree || !client) return;
+                if (tree->parent == connection_.root()) {
+                    model_.setTopLevelOf(*client, climb.at);
+                } else if (tree->parent != kNoWindow) {
+                    higher.push_back({climb.client, tree->parent});
+                }
+            });
+        }
+        ask();
+        climbs = std::move(higher);
+    }
+}
+
+/// How far the visible edge lies inside the top level. Relative positions and sizes only, so that a window that is
+/// being moved meanwhile is measured as well as one that rests.
+void ModelRefresh::measureFrames() {
+    struct Measured {
+        PixelRect client; // within the top level's border
+        PixelRect frame;
+    };
+    {
+        const std::lock_guard lock(mutex_);
+        for (const xcb_window_t window : std::exchange(unmeasured_, {})) {
+            ClientWindow* client = model_.client(window);
+            if (!client || client->topLevel == kNoWindow) continue;
+            if (client->topLevel == window) {
+                client->decorations = client->announcedDecorations.value_or(PixelEdges{});
+                client->margins = client->shadow - client->decorations;
+                continue;
+            }
+            const auto measured = std::make_shared<Measured>();
+            const xcb_window_t frame = client->topLevel;
+            questions_.add(xcb_get_geometry(connection_.get(), window), [measured](const void* reply) {
+                const auto* geometry = as<xcb_get_geometry_reply_t>(reply);
+                if (geometry) measured->client = {0, 0, geometry->width, geometry->height};
+            });
+            questions_.add(xcb_translate_coordinates(connection_.get(), window, frame, 0, 0),
+                           [measured](const void* reply) {
+                               const auto* translated = as<xcb_translate_coordinates_reply_t>(reply);
+                               if (!translated) return;
+                               measured->client.x = translated->dst_x;
+                               measured->client.y = translated->dst_y;
+                           });
+            questions_.add(xcb_get_geometry(connection_.get(), frame), [this, window, frame,
+                                                                        measured](const void* reply) {
+                const auto* geometry = as<xcb_get_geometry_reply_t>(reply);
+                ClientWindow* known = model_.client(window);
+                if (!geometry || !known || known->topLevel != frame || measured->client.width == 0) return;
+                const int border = geometry->border_width;
+                const PixelRect inner = {measured->client.x + border, measured->client.y + border,
+                                         measured->client.width, measured->client.height};
+                const PixelRect outer = {0, 0, geometry->width + 2 * border, geometry->height + 2 * border};
+                const PixelEdges around = {inner.x, outer.width - inner.right(), inner.y,
+                                           outer.height - inner.bottom()};
+                // A window manager that announces nothing shows all that it draws.
+                known->decorations = known->announcedDecorations.value_or(around);
+                known->margins = around - known->decorations;
+                known->margins = {known->margins.left + known->shadow.left, known->margins.right + known->shadow.right,
+                                  known->margins.top + known->shadow.top, known->margins.bottom + known->shadow.bottom};
+            });
+        }
+    }
+    ask();
+}
+
+} // namespace kova::x11

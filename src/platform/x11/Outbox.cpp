@@ -1,0 +1,177 @@
+#include "platform/x11/Outbox.h"
+
+#include <algorithm>
+#include <array>
+
+namespace kova::x11 {
+
+namespace {
+
+/// A wish that was not answered for so long is repeated when it is wished again.
+constexpr Seconds kPatience{0.15};
+/// How often the same place is asked for from a window that answers with another; then it is believed.
+constexpr int kMostRepeats = 4;
+
+// Words of EWMH messages
+constexpr std::uint32_t kFromPager = 2;
+constexpr std::uint32_t kRemoveState = 0;
+constexpr std::uint32_t kMoveresizeFlags = XCB_GRAVITY_NORTH_WEST | (0xFU << 8) | (kFromPager << 12);
+
+constexpr std::uint16_t kPlaceMask =
+    XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT;
+
+std::uint32_t word(int value) {
+    return static_cast<std::uint32_t>(value);
+}
+
+/// What of the decorations lies before the point that the gravity names, along one axis: 0 the near edge, 1 the middle,
+/// 2 the far edge.
+int decorationBefore(int part, int near, int far) {
+    return part == 0 ? 0 : part == 1 ? (near + far) / 2 : near + far;
+}
+
+/// The position to ask for so that the window manager's frame begins at (x, y), by the window's own gravity.
+std::pair<int, int> positionByGravity(std::uint32_t gravity, int x, int y, const PixelEdges& decorations) {
+    if (gravity == XCB_GRAVITY_STATIC) return {x + decorations.left, y + decorations.top};
+    if (gravity < XCB_GRAVITY_NORTH_WEST || gravity > XCB_GRAVITY_SOUTH_EAST) return {x, y};
+    const int column = static_cast<int>(gravity - XCB_GRAVITY_NORTH_WEST) % 3;
+    const int row = static_cast<int>(gravity - XCB_GRAVITY_NORTH_WEST) / 3;
+    return {x + decorationBefore(column, decorations.left, decorations.right),
+            y + decorationBefore(row, decorations.top, decorations.bottom)};
+}
+
+} // namespace
+
+Outbox::Wish& Outbox::wishFor(xcb_window_t window) {
+    const auto known = std::ranges::find(wishes_, window, &Wish::window);
+    if (known != wishes_.end()) return *known;
+    wishes_.push_back({window, std::nullopt, false, false});
+    return wishes_.back();
+}
+
+void Outbox::place(ClientWindow& client, const PixelRect& outer, Seconds now) {
+    if (client.isFullScreen || outer.width <= 0 || outer.height <= 0) return;
+    const bool unmaximizes = client.isMaximized && model_.windowManager().isPresent;
+    if (!unmaximizes) {
+        if (model_.expectedFrame(client, now, kPatience) == outer) return;
+        // Asked often enough and answered otherwise each time: it will not change its mind.
+        const bool repeats = client.lastWish == outer && client.lastAnswer == model_.outerFrame(client);
+        client.repeats = repeats ? client.repeats + 1 : 0;
+        if (client.repeats >= kMostRepeats) return;
+    }
+    client.isMaximized = false;
+    client.lastWish = outer;
+    client.lastAnswer = model_.outerFrame(client);
+    client.pending = PendingFrame{outer, now, std::nullopt};
+    Wish& wish = wishFor(client.window);
+    wish.outer = outer;
+    wish.unmaximize |= unmaximizes;
+}
+
+void Outbox::raise(const ClientWindow& client) {
+    Wish wish = wishFor(client.window);
+    wish.raise = true;
+    // The last one raised is to be on top.
+    std::erase_if(wishes_, [&](const Wish& known) { return known.window == client.window; });
+    wishes_.push_back(wish);
+}
+
+void Outbox::activate(const ClientWindow& client) {
+    activation_ = {client.window, client.processIdentifier};
+}
+
+void Outbox::activateApplication(pid_t processIdentifier, const ClientWindow* mainWindow) {
+    if (activation_ && activation_->processIdentifier == processIdentifier) return;
+    // An X11 application has no front of its own: it comes forward with the window that was just raised.
+    for (auto wish = wishes_.rbegin(); wish != wishes_.rend(); ++wish) {
+        const ClientWindow* raised = model_.client(wish->window);
+        if (wish->raise && raised && raised->processIdentifier == processIdentifier) return activate(*raised);
+    }
+    if (mainWindow) activate(*mainWindow);
+}
+
+void Outbox::send() {
+    const bool isManaged = model_.windowManager().isPresent;
+    for (const Wish& wish : std::exchange(wishes_, {})) {
+        ClientWindow* client = model_.client(wish.window);
+        if (!client) continue;
+        if (isManaged) {
+            sendThroughManager(*client, wish);
+        } else {
+            sendDirectly(*client, wish);
+        }
+    }
+    if (const auto activation = std::exchange(activation_, std::nullopt)) {
+        if (const ClientWindow* client = model_.client(activation->window)) sendActivation(*client);
+    }
+}
+
+void Outbox::sendDirectly(ClientWindow& client, const Wish& wish) {
+    std::array<std::uint32_t, 5> values{};
+    std::size_t count = 0;
+    std::uint16_t mask = 0;
+    if (wish.outer) {
+        const TopLevel* top = model_.topLevel(client.topLevel);
+        const int borders = top ? 2 * top->border : 0;
+        const PixelRect area = grown(*wish.outer, client.shadow);
+        mask = kPlaceMask;
+        values = {word(area.x), word(area.y), word(std::max(1, area.width - borders)),
+                  word(std::max(1, area.height - borders))};
+        count = 4;
+    }
+    if (wish.raise) {
+        mask |= XCB_CONFIG_WINDOW_STACK_MODE;
+        values[count] = XCB_STACK_MODE_ABOVE;
+    }
+    const auto cookie = xcb_configure_window(connection_.get(), client.window, mask, values.data());
+    if (wish.outer && client.pending) client.pending->sequence = cookie.sequence;
+}
+
+void Outbox::sendThroughManager(ClientWindow& client, const Wish& wish) {
+    const WindowManager& manager = model_.windowManager();
+    const Atoms& atoms = connection_.atoms();
+    if (wish.unmaximize) {
+        connection_.sendToWindowManager(
+            client.window, Atom::netWmState,
+            {kRemoveState, atoms[Atom::netWmStateMaximizedVert], atoms[Atom::netWmStateMaximizedHorz], kFromPager, 0});
+    }
+    if (wish.outer) {
+        // The window manager's frame around the client, and the client's size within it.
+        const PixelRect frame = grown(*wish.outer, client.shadow);
+        const TopLevel* top = model_.topLevel(client.topLevel);
+        const int borders = top && client.topLevel == client.window ? 2 * top->border : 0;
+        const int width = std::max(1, frame.width - client.decorations.horizontal() - borders);
+        const int height = std::max(1, frame.height - client.decorations.vertical() - borders);
+        if (manager.movesAndResizes) {
+            connection_.sendToWindowManager(
+                client.window, Atom::netMoveresizeWindow,
+                {kMoveresizeFlags, word(frame.x), word(frame.y), word(width), word(height)});
+        } else {
+            const auto [x, y] = positionByGravity(client.gravity, frame.x, frame.y, client.decorations);
+            const std::array<std::uint32_t, 4> values = {word(x), word(y), word(width), word(height)};
+            xcb_configure_window(connection_.get(), client.window, kPlaceMask, values.data());
+        }
+    }
+    // Activation raises, too.
+    if (!wish.raise || (activation_ && activation_->window == client.window)) return;
+    if (manager.restacks) {
+        connection_.sendToWindowManager(client.window, Atom::netRestackWindow,
+                                        {kFromPager, kNoWindow, XCB_STACK_MODE_ABOVE, 0, 0});
+    } else {
+        const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+        xcb_configure_window(connection_.get(), client.window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    }
+}
+
+void Outbox::sendActivation(const ClientWindow& client) {
+    if (model_.windowManager().isPresent) {
+        connection_.sendToWindowManager(client.window, Atom::netActiveWindow,
+                                        {kFromPager, XCB_CURRENT_TIME, model_.activeWindow, 0, 0});
+        return;
+    }
+    const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+    xcb_configure_window(connection_.get(), client.window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    xcb_set_input_focus(connection_.get(), XCB_INPUT_FOCUS_POINTER_ROOT, client.window, XCB_CURRENT_TIME);
+}
+
+} // namespace kova::x11

@@ -1,0 +1,52 @@
+// Wishes for windows, kept until the end of an operation and then sent at once: one request for a window's place, size
+// and order together, however often each was written, so that each moved window is told once; and one activation, since
+// only the last one would remain.
+#pragma once
+
+#include "platform/x11/WindowModel.h"
+
+#include <optional>
+#include <vector>
+
+namespace kova::x11 {
+
+class Outbox {
+  public:
+    Outbox(const XConnection& connection, WindowModel& model) : connection_(connection), model_(model) {}
+
+    /// Wishes the visible outer edge to be there; root coordinates. A full-screen window is left alone, and a window
+    /// that is or will be there already is not bothered.
+    void place(ClientWindow& client, const PixelRect& outer, Seconds now);
+    void raise(const ClientWindow& client);
+    /// The keyboard goes to the window, or to the one of its process that was wished for or raised before it.
+    void activate(const ClientWindow& client);
+    void activateApplication(pid_t processIdentifier, const ClientWindow* mainWindow);
+
+    bool isEmpty() const { return wishes_.empty() && !activation_; }
+    /// Buffers the requests for all wishes.
+    void send();
+
+  private:
+    struct Wish {
+        xcb_window_t window = kNoWindow;
+        std::optional<PixelRect> outer;
+        bool raise = false;
+        bool unmaximize = false;
+    };
+    struct Activation {
+        xcb_window_t window = kNoWindow;
+        pid_t processIdentifier = 0;
+    };
+
+    Wish& wishFor(xcb_window_t window);
+    void sendDirectly(ClientWindow& client, const Wish& wish);
+    void sendThroughManager(ClientWindow& client, const Wish& wish);
+    void sendActivation(const ClientWindow& client);
+
+    const XConnection& connection_;
+    WindowModel& model_;
+    std::vector<Wish> wishes_; // in the order in which they are to be sent
+    std::optional<Activation> activation_;
+};
+
+} // namespace kova::x11

@@ -1,0 +1,34 @@
+#include "platform/x11/Questions.h"
+
+#include <xcb/xcbext.h>
+
+#include <utility>
+
+namespace kova::x11 {
+
+void Questions::wait(const XConnection& connection) {
+    for (; collected_ < asked_.size(); ++collected_) {
+        xcb_generic_error_t* error = nullptr;
+        asked_[collected_].reply.reset(xcb_wait_for_reply(connection.get(), asked_[collected_].sequence, &error));
+        std::free(error);
+    }
+}
+
+bool Questions::collect(const XConnection& connection) {
+    for (; collected_ < asked_.size(); ++collected_) {
+        void* reply = nullptr;
+        xcb_generic_error_t* error = nullptr;
+        if (!xcb_poll_for_reply(connection.get(), asked_[collected_].sequence, &reply, &error)) return false;
+        asked_[collected_].reply.reset(reply);
+        std::free(error);
+    }
+    return true;
+}
+
+void Questions::take() {
+    const auto asked = std::exchange(asked_, {});
+    collected_ = 0;
+    for (const Asked& question : asked) question.taker(question.reply.get());
+}
+
+} // namespace kova::x11

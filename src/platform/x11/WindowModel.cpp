@@ -1,0 +1,353 @@
+#include "platform/x11/WindowModel.h"
+
+#include <algorithm>
+
+namespace kova::x11 {
+
+void EventEffects::add(EventEffects&& other) {
+    changed |= other.changed;
+    askActiveWindow |= other.askActiveWindow;
+    askDisplays |= other.askDisplays;
+    panelsChanged |= other.panelsChanged;
+    gone.insert(gone.end(), other.gone.begin(), other.gone.end());
+}
+
+WindowModel::WindowModel(const Atoms& atoms, xcb_window_t root) :
+    atoms_(atoms), root_(root), rules_(propertyRules(atoms)) {}
+
+void WindowModel::setTopLevel(xcb_window_t window, const TopLevel& topLevel) {
+    const auto [place, isNew] = topLevels_.insert_or_assign(window, topLevel);
+    if (isNew && std::ranges::find(stacking_, window) == stacking_.end()) stacking_.push_back(window);
+}
+
+void WindowModel::setClientList(const std::vector<xcb_window_t>& windows) {
+    for (const xcb_window_t known : std::vector(order_)) {
+        if (std::ranges::find(windows, known) == windows.end()) forget(known);
+    }
+    order_.clear();
+    for (const xcb_window_t window : windows) {
+        const auto [place, isNew] = clients_.try_emplace(window);
+        if (isNew) {
+            place->second.window = window;
+            ++staleClients;
+        }
+        // A list that names a window twice names one window.
+        if (isNew || std::ranges::find(order_, window) == order_.end()) order_.push_back(window);
+    }
+}
+
+void WindowModel::setWindowManager(const WindowManager& manager) {
+    const bool changesHands =
+        !isManagerKnown_ || manager.isPresent != manager_.isPresent || manager.checkWindow != manager_.checkWindow;
+    manager_ = manager;
+    isManagerKnown_ = true;
+    if (!changesHands) return;
+    // Who lists and decorates the windows has changed: nothing that was known of them holds. What we iconified
+    // ourselves stays ours to bring back.
+    std::vector<xcb_window_t> iconified;
+    for (const auto& [window, client] : clients_) {
+        if (client.isIconifiedByUs) iconified.push_back(window);
+    }
+    for (const xcb_window_t window : std::vector(order_)) forget(window);
+    staleClientList = manager.isPresent;
+    staleWorkarea = staleDesktop = true;
+    if (manager.isPresent) return;
+    workareas.clear();
+    for (const xcb_window_t window : std::vector(stacking_)) {
+        const bool isOurs = std::ranges::find(iconified, window) != iconified.end();
+        const TopLevel& top = topLevels_[window];
+        if ((top.isMapped || isOurs) && !top.isOverrideRedirect) adoptUnmanaged(window);
+        if (ClientWindow* adopted = client(window); adopted && isOurs) adopted->isIconifiedByUs = true;
+    }
+}
+
+void WindowModel::adoptUnmanaged(xcb_window_t window) {
+    const auto [place, isNew] = clients_.try_emplace(window);
+    if (!isNew) return;
+    place->second.window = window;
+    ++staleClients;
+    order_.push_back(window);
+    setTopLevelOf(place->second, window);
+}
+
+void WindowModel::setTopLevelOf(ClientWindow& client, xcb_window_t topLevel) {
+    const auto old = clientByTopLevel_.find(client.topLevel);
+    if (old != clientByTopLevel_.end() && old->second == client.window) clientByTopLevel_.erase(old);
+    client.topLevel = topLevel;
+    if (topLevel != kNoWindow) clientByTopLevel_[topLevel] = client.window;
+}
+
+void WindowModel::forget(xcb_window_t window) {
+    const auto place = clients_.find(window);
+    if (place == clients_.end()) return;
+    if (place->second.stale != 0) --staleClients;
+    setTopLevelOf(place->second, kNoWindow);
+    clients_.erase(place);
+    std::erase(order_, window);
+    if (activeWindow == window && !manager_.isPresent) activeWindow = kNoWindow;
+}
+
+const ClientWindow* WindowModel::client(xcb_window_t window) const {
+    const auto place = clients_.find(window);
+    return place == clients_.end() ? nullptr : &place->second;
+}
+
+ClientWindow* WindowModel::client(xcb_window_t window) {
+    const auto place = clients_.find(window);
+    return place == clients_.end() ? nullptr : &place->second;
+}
+
+const TopLevel* WindowModel::topLevel(xcb_window_t window) const {
+    const auto place = topLevels_.find(window);
+    return place == topLevels_.end() ? nullptr : &place->second;
+}
+
+const ClientWindow* WindowModel::clientIn(xcb_window_t topLevel) const {
+    const auto place = clientByTopLevel_.find(topLevel);
+    return place == clientByTopLevel_.end() ? nullptr : client(place->second);
+}
+
+std::optional<PixelRect> WindowModel::outerFrame(const ClientWindow& client) const {
+    const TopLevel* top = topLevel(client.topLevel);
+    if (!top) return std::nullopt;
+    return shrunk(top->rect, client.margins);
+}
+
+std::optional<PixelRect> WindowModel::expectedFrame(const ClientWindow& client, Seconds now, Seconds patience) const {
+    if (client.pending && now - client.pending->since < patience) return client.pending->outer;
+    return outerFrame(client);
+}
+
+bool WindowModel::isShown(const ClientWindow& client) const {
+    const TopLevel* top = topLevel(client.topLevel);
+    return top && top->isMapped && !client.isMinimized();
+}
+
+bool WindowModel::isOnCurrentDesktop(const ClientWindow& client) const {
+    return !client.desktop || *client.desktop == kAllDesktops || client.isStickyState ||
+           *client.desktop == currentDesktop;
+}
+
+void WindowModel::markStale(ClientWindow& client, std::uint32_t bits) {
+    if (client.stale == 0 && bits != 0) ++staleClients;
+    client.stale |= bits;
+}
+
+bool WindowModel::isStale() const {
+    return staleClients != 0 || staleClientList || staleManager || staleDesktop || staleWorkarea ||
+           !unknownTopLevels_.empty();
+}
+
+std::uint32_t WindowModel::takeStale(ClientWindow& client, std::uint32_t bits) {
+    const std::uint32_t taken = client.stale & bits;
+    client.stale &= ~bits;
+    if (taken != 0 && client.stale == 0) --staleClients;
+    return taken;
+}
+
+// Events
+
+EventEffects WindowModel::apply(const xcb_generic_event_t& event) {
+    switch (event.response_type & 0x7F) {
+    case XCB_PROPERTY_NOTIFY:
+        return applyProperty(reinterpret_cast<const xcb_property_notify_event_t&>(event));
+    case XCB_CONFIGURE_NOTIFY:
+        // Those that window managers make up are about the client's place, which the frame has told already.
+        if (event.response_type & 0x80) return {};
+        return applyConfigure(reinterpret_cast<const xcb_configure_notify_event_t&>(event), event.full_sequence);
+    case XCB_CREATE_NOTIFY: {
+        const auto& created = reinterpret_cast<const xcb_create_notify_event_t&>(event);
+        if (created.parent != root_) return {};
+        const PixelRect rect{created.x, created.y, created.width + 2 * created.border_width,
+                             created.height + 2 * created.border_width};
+        setTopLevel(created.window, {rect, created.border_width, false, created.override_redirect != 0});
+        return {};
+    }
+    case XCB_DESTROY_NOTIFY: {
+        const auto& destroyed = reinterpret_cast<const xcb_destroy_notify_event_t&>(event);
+        EventEffects effects = removeTopLevel(destroyed.window);
+        effects.gone.push_back(destroyed.window);
+        return effects;
+    }
+    case XCB_MAP_NOTIFY: {
+        const auto& mapped = reinterpret_cast<const xcb_map_notify_event_t&>(event);
+        if (const auto place = topLevels_.find(mapped.window); place != topLevels_.end()) {
+            place->second.isOverrideRedirect = mapped.override_redirect != 0;
+        }
+        return applyMapping(mapped.window, true);
+    }
+    case XCB_UNMAP_NOTIFY:
+        return applyMapping(reinterpret_cast<const xcb_unmap_notify_event_t&>(event).window, false);
+    case XCB_REPARENT_NOTIFY:
+        return applyReparent(reinterpret_cast<const xcb_reparent_notify_event_t&>(event));
+    case XCB_CIRCULATE_NOTIFY: {
+        const auto& circulated = reinterpret_cast<const xcb_circulate_notify_event_t&>(event);
+        std::erase(stacking_, circulated.window);
+        stacking_.insert(circulated.place == XCB_PLACE_ON_TOP ? stacking_.end() : stacking_.begin(), circulated.window);
+        return {};
+    }
+    case XCB_FOCUS_IN:
+    case XCB_FOCUS_OUT: {
+        const auto& focus = reinterpret_cast<const xcb_focus_in_event_t&>(event);
+        const bool movesInside = focus.detail == XCB_NOTIFY_DETAIL_INFERIOR;
+        if (movesInside || focus.mode == XCB_NOTIFY_MODE_GRAB || focus.mode == XCB_NOTIFY_MODE_UNGRAB) return {};
+        return applyFocus(focus.event, (event.response_type & 0x7F) == XCB_FOCUS_IN);
+    }
+    case XCB_ENTER_NOTIFY: {
+        const auto& entered = reinterpret_cast<const xcb_enter_notify_event_t&>(event);
+        pointer = {entered.root_x, entered.root_y};
+        constexpr std::uint8_t kHasFocus = 1;
+        return entered.same_screen_focus & kHasFocus ? applyFocus(entered.event, true) : EventEffects{};
+    }
+    default:
+        break;
+    }
+    if (randrEventBase_ &&
+        ((event.response_type & 0x7F) == *randrEventBase_ || (event.response_type & 0x7F) == *randrEventBase_ + 1)) {
+        EventEffects effects;
+        effects.changed = effects.askDisplays = true;
+        return effects;
+    }
+    return {};
+}
+
+EventEffects WindowModel::applyProperty(const xcb_property_notify_event_t& event) {
+    EventEffects effects;
+    if (event.window == root_) {
+        if (event.atom == atoms_[Atom::netActiveWindow]) effects.askActiveWindow = true;
+        const auto mark = [&](Atom atom, bool& flag) {
+            if (event.atom != atoms_[atom]) return;
+            effects.changed |= !flag;
+            flag = true;
+        };
+        mark(Atom::netClientList, staleClientList);
+        mark(Atom::netCurrentDesktop, staleDesktop);
+        mark(Atom::netWorkarea, staleWorkarea);
+        mark(Atom::netSupportingWmCheck, staleManager);
+        mark(Atom::netSupported, staleManager);
+        return effects;
+    }
+    ClientWindow* changed = client(event.window);
+    if (!changed) return effects;
+    if (event.atom == XCB_ATOM_WM_NAME && changed->netName) return effects;
+    for (const PropertyRule& rule : rules_) {
+        if (rule.property != event.atom) continue;
+        // Decorations come and go with the state of the window.
+        const std::uint32_t bits = rule.staleBit | (rule.staleBit == stale::state ? stale::frame : 0U);
+        effects.changed = (changed->stale & bits) != bits;
+        markStale(*changed, bits);
+        break;
+    }
+    return effects;
+}
+
+EventEffects WindowModel::applyConfigure(const xcb_configure_notify_event_t& event, std::uint32_t sequence) {
+    EventEffects effects;
+    if (event.window == root_ || event.event != root_) return effects;
+    const auto place = topLevels_.find(event.window);
+    if (place == topLevels_.end()) return effects;
+    TopLevel& top = place->second;
+    const PixelRect rect{event.x, event.y, event.width + 2 * event.border_width, event.height + 2 * event.border_width};
+    const bool moved = rect != top.rect;
+    top.rect = rect;
+    top.border = event.border_width;
+    top.isOverrideRedirect = event.override_redirect != 0;
+    placeInStack(event.window, event.above_sibling);
+
+    const auto held = clientByTopLevel_.find(event.window);
+    ClientWindow* moving = held == clientByTopLevel_.end() ? nullptr : client(held->second);
+    if (!moving) return effects;
+    effects.changed = moved;
+    if (moved) effects.panelsChanged = moving->strut || moving->partialStrut;
+    if (moving->pending) {
+        // The server alone does what it is asked, in order; a window manager may still be busy with an earlier wish.
+        const bool answered =
+            manager_.isPresent
+                ? outerFrame(*moving) == moving->pending->outer
+                : moving->pending->sequence && static_cast<std::int32_t>(sequence - *moving->pending->sequence) >= 0;
+        if (answered) moving->pending.reset();
+    }
+    return effects;
+}
+
+EventEffects WindowModel::applyMapping(xcb_window_t window, bool isMapped) {
+    EventEffects effects;
+    const auto place = topLevels_.find(window);
+    if (place == topLevels_.end()) return effects;
+    place->second.isMapped = isMapped;
+    const auto held = clientByTopLevel_.find(window);
+    ClientWindow* known = held == clientByTopLevel_.end() ? nullptr : client(held->second);
+    effects.changed = known != nullptr;
+    if (manager_.isPresent) return effects;
+    if (isMapped && !known && !place->second.isOverrideRedirect) {
+        adoptUnmanaged(window);
+        effects.changed = true;
+    } else if (isMapped && known) {
+        known->isIconifiedByUs = false;
+    } else if (!isMapped && known && !known->isIconifiedByUs) {
+        // Its own wish to be withdrawn, or the end of its program.
+        effects.panelsChanged = known->strut || known->partialStrut;
+        forget(window);
+    }
+    return effects;
+}
+
+EventEffects WindowModel::applyReparent(const xcb_reparent_notify_event_t& event) {
+    EventEffects effects;
+    ClientWindow* moved = client(event.window);
+    if (event.parent == root_) {
+        setTopLevel(event.window, {{event.x, event.y, 0, 0}, 0, false, event.override_redirect != 0});
+        unknownTopLevels_.push_back(event.window);
+    } else {
+        effects = removeTopLevel(event.window);
+        moved = client(event.window);
+    }
+    if (moved) {
+        setTopLevelOf(*moved, kNoWindow);
+        markStale(*moved, stale::topLevel | stale::frame);
+        effects.changed = true;
+    }
+    return effects;
+}
+
+EventEffects WindowModel::removeTopLevel(xcb_window_t window) {
+    EventEffects effects;
+    topLevels_.erase(window);
+    std::erase(stacking_, window);
+    if (window == manager_.checkWindow && window != kNoWindow) effects.changed = staleManager = true;
+    const auto held = clientByTopLevel_.find(window);
+    if (held == clientByTopLevel_.end()) return effects;
+    effects.changed = true;
+    ClientWindow* known = client(held->second);
+    effects.panelsChanged = known && (known->strut || known->partialStrut);
+    if (held->second == window && !manager_.isPresent) {
+        forget(window);
+    } else if (known) {
+        // A frame went; its window may live on in another.
+        setTopLevelOf(*known, kNoWindow);
+        markStale(*known, stale::topLevel | stale::frame);
+    }
+    return effects;
+}
+
+EventEffects WindowModel::applyFocus(xcb_window_t window, bool gained) {
+    if (manager_.isPresent || !client(window)) return {};
+    if (gained) {
+        activeWindow = window;
+    } else if (activeWindow == window) {
+        activeWindow = kNoWindow;
+    }
+    return {};
+}
+
+void WindowModel::placeInStack(xcb_window_t window, xcb_window_t below) {
+    const auto place = std::ranges::find(stacking_, window);
+    if (place == stacking_.end()) return;
+    const xcb_window_t belowNow = place == stacking_.begin() ? kNoWindow : *(place - 1);
+    if (belowNow == below) return;
+    stacking_.erase(place);
+    const auto sibling = std::ranges::find(stacking_, below);
+    stacking_.insert(sibling == stacking_.end() ? stacking_.begin() : sibling + 1, window);
+}
+
+} // namespace kova::x11

@@ -1,0 +1,127 @@
+// The picture of the server's windows that every read is answered from. Events keep it: geometry, mapping and stacking
+// are carried by the events themselves; a changed property is only marked stale and looked into by the next poll.
+// It sends nothing and waits for nothing. Not safe for several threads by itself: X11Parts guards it.
+//
+// Only the root's children announce geometry. A decorated window is found through the frame that holds it, whose
+// margins around the visible edge were measured once, so that moving a window costs one event and no question.
+#pragma once
+
+#include "platform/x11/ClientWindow.h"
+
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace kova::x11 {
+
+/// A child of the root window.
+struct TopLevel {
+    PixelRect rect; // with its border
+    int border = 0;
+    bool isMapped = false;
+    bool isOverrideRedirect = false;
+};
+
+struct WindowManager {
+    bool isPresent = false; // one that keeps a list of its windows
+    xcb_window_t checkWindow = kNoWindow;
+    std::string name;
+    bool movesAndResizes = false; // understands _NET_MOVERESIZE_WINDOW
+    bool restacks = false;        // understands _NET_RESTACK_WINDOW
+    bool announcesDecorations = false;
+    bool operator==(const WindowManager&) const = default;
+};
+
+/// What has to be done after an event, beyond what the model did itself.
+struct EventEffects {
+    bool changed = false; // a poll would see something new
+    bool askActiveWindow = false;
+    bool askDisplays = false;
+    bool panelsChanged = false;
+    std::vector<xcb_window_t> gone; // windows that no longer exist
+    void add(EventEffects&& other);
+};
+
+class WindowModel {
+  public:
+    WindowModel(const Atoms& atoms, xcb_window_t root);
+
+    // What the server announces
+    EventEffects apply(const xcb_generic_event_t& event);
+    void setRandrEventBase(std::optional<std::uint8_t> base) { randrEventBase_ = base; }
+
+    // What was asked
+    void setTopLevel(xcb_window_t window, const TopLevel& topLevel); // keeps the place in the stack when known
+    void setStacking(std::vector<xcb_window_t> bottomFirst) { stacking_ = std::move(bottomFirst); }
+    /// The managed windows in their order; those that are new are stale in everything, those that left are forgotten.
+    void setClientList(const std::vector<xcb_window_t>& windows);
+    void setWindowManager(const WindowManager& manager);
+    void setTopLevelOf(ClientWindow& client, xcb_window_t topLevel);
+    /// Without a window manager: a mapped top level that a user can work with joins the list.
+    void adoptUnmanaged(xcb_window_t window);
+    void forget(xcb_window_t client);
+
+    // Reading
+    const ClientWindow* client(xcb_window_t window) const;
+    ClientWindow* client(xcb_window_t window);
+    const TopLevel* topLevel(xcb_window_t window) const;
+    const std::vector<xcb_window_t>& clientOrder() const { return order_; }
+    const std::vector<xcb_window_t>& stacking() const { return stacking_; } // bottom first
+    /// The client that the root's child holds; null for what holds none.
+    const ClientWindow* clientIn(xcb_window_t topLevel) const;
+    /// The visible outer edge as the server last told; absent while unknown.
+    std::optional<PixelRect> outerFrame(const ClientWindow& client) const;
+    /// The same, or what was asked for within the last `patience` and is not answered yet.
+    std::optional<PixelRect> expectedFrame(const ClientWindow& client, Seconds now, Seconds patience) const;
+    /// Mapped, not iconified; on any virtual desktop.
+    bool isShown(const ClientWindow& client) const;
+    bool isOnCurrentDesktop(const ClientWindow& client) const;
+    const WindowManager& windowManager() const { return manager_; }
+
+    /// Whether anything was announced that was not asked about yet.
+    bool isStale() const;
+    /// Children of the root that came from elsewhere, so that nothing told their size; they are known afterwards.
+    std::vector<xcb_window_t> takeUnknownTopLevels() { return std::exchange(unknownTopLevels_, {}); }
+
+    // State of the whole desktop; written by whoever asked.
+    std::uint32_t staleClients = 0; // how many clients have stale bits
+    bool staleClientList = true;
+    bool staleManager = true;
+    bool staleDesktop = true;
+    bool staleWorkarea = true;
+    xcb_window_t activeWindow = kNoWindow;
+    std::uint32_t currentDesktop = 0;
+    std::vector<PixelRect> workareas; // by virtual desktop
+    std::optional<std::pair<int, int>> pointer;
+
+    void markStale(ClientWindow& client, std::uint32_t bits);
+    /// The bits, which are then fresh.
+    std::uint32_t takeStale(ClientWindow& client, std::uint32_t bits = stale::all);
+    const std::vector<PropertyRule>& rules() const { return rules_; }
+
+  private:
+    EventEffects applyProperty(const xcb_property_notify_event_t& event);
+    EventEffects applyConfigure(const xcb_configure_notify_event_t& event, std::uint32_t sequence);
+    EventEffects applyMapping(xcb_window_t topLevel, bool isMapped);
+    EventEffects applyReparent(const xcb_reparent_notify_event_t& event);
+    EventEffects removeTopLevel(xcb_window_t window);
+    EventEffects applyFocus(xcb_window_t window, bool gained);
+    void placeInStack(xcb_window_t window, xcb_window_t below);
+
+    const Atoms& atoms_;
+    xcb_window_t root_;
+    std::vector<PropertyRule> rules_;
+    std::optional<std::uint8_t> randrEventBase_;
+    WindowManager manager_;
+    bool isManagerKnown_ = false;
+    std::unordered_map<xcb_window_t, TopLevel> topLevels_;
+    std::vector<xcb_window_t> stacking_;
+    std::vector<xcb_window_t> unknownTopLevels_;
+    std::unordered_map<xcb_window_t, ClientWindow> clients_;
+    std::unordered_map<xcb_window_t, xcb_window_t> clientByTopLevel_;
+    std::vector<xcb_window_t> order_;
+};
+
+} // namespace kova::x11

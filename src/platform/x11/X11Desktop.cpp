@@ -1,0 +1,248 @@
+// Opening, the events of the server, and who is told of changes.
+#include "platform/x11/X11Desktop.h"
+
+#include "platform/x11/X11Parts.h"
+
+#include <set>
+
+namespace kova {
+
+using namespace x11;
+
+X11Desktop::Parts::Parts(std::unique_ptr<XConnection> opened, const Options& options, MainQueue& mainQueue,
+                         ApplicationCatalogue& applicationCatalogue) :
+    connection(std::move(opened)),
+    queue(mainQueue), catalogue(applicationCatalogue), displays(*connection),
+    model(connection->atoms(), connection->root()), hidden(options.hiddenWindowsFile), outbox(*connection, model),
+    refresh(*connection, mutex, model) {
+    model.setRandrEventBase(displays.eventBase());
+}
+
+std::variant<std::unique_ptr<X11Desktop>, std::string> X11Desktop::open(const Options& options, MainQueue& queue,
+                                                                        ApplicationCatalogue& catalogue) {
+    auto connected = XConnection::open(options.displayName);
+    if (auto* reason = std::get_if<std::string>(&connected)) return std::move(*reason);
+    auto parts = std::make_unique<Parts>(std::move(std::get<0>(connected)), options, queue, catalogue);
+    parts->readEverything();
+    if (parts->isLost) return "The X display \"" + parts->connection->displayName() + "\" closed the connection.";
+    return std::unique_ptr<X11Desktop>(new X11Desktop(std::move(parts)));
+}
+
+X11Desktop::X11Desktop(std::unique_ptr<Parts> parts) : parts_(std::move(parts)) {
+    // Only once the desktop is whole: windows that an agent before this one left behind come back.
+    const auto left = parts_->hidden.readFile();
+    {
+        const std::lock_guard lock(parts_->mutex);
+        std::vector<HiddenWindow> found;
+        for (const HiddenWindow& hidden : left) {
+            // A number that means another window by now is not to be touched.
+            const ClientWindow* client = parts_->model.client(hidden.window);
+            const bool isListed =
+                client && client->processIdentifier == hidden.processIdentifier && client->isMinimized();
+            if (isListed || hidden.how == TakenAway::byUnmapping) found.push_back(hidden);
+        }
+        parts_->hidden.add(found);
+    }
+    if (!left.empty()) restoreHidden();
+}
+
+X11Desktop::~X11Desktop() {
+    if (parts_->isLost) return;
+    bool restores = false;
+    {
+        const std::lock_guard lock(parts_->mutex);
+        restores = !parts_->hidden.all().empty();
+    }
+    if (!restores) return;
+    restoreHidden();
+    // A server that finds nobody listening may drop what was sent last.
+    std::free(
+        xcb_get_input_focus_reply(parts_->connection->get(), xcb_get_input_focus(parts_->connection->get()), nullptr));
+}
+
+int X11Desktop::connectionDescriptor() const {
+    return xcb_get_file_descriptor(parts_->connection->get());
+}
+
+// Opening
+
+void X11Desktop::Parts::readEverything() {
+    const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_change_window_attributes(connection->get(), connection->root(), XCB_CW_EVENT_MASK, &mask);
+    displays.begin();
+    displays.wait();
+    refresh.readTopLevels();
+    bringUpToDate();
+    askActiveWindow();
+    askPointer();
+    for (Questions* questions : {&activeWindowQuestion, &pointerQuestion}) {
+        questions->wait(*connection);
+        const std::lock_guard lock(mutex);
+        questions->take();
+    }
+    {
+        const std::lock_guard lock(mutex);
+        arrangeDisplays();
+        unsettled = {};
+    }
+    isLost = connection->isLost();
+}
+
+// Events
+
+bool X11Desktop::readEvents() {
+    EventEffects effects;
+    {
+        const std::lock_guard lock(parts_->mutex);
+        effects = parts_->drain(xcb_poll_for_event);
+    }
+    parts_->settle(std::move(effects));
+    if (parts_->connection->isLost() && !parts_->isLost.exchange(true)) {
+        parts_->noteChange();
+        parts_->callWhenChanged();
+    }
+    return !parts_->isLost;
+}
+
+EventEffects X11Desktop::Parts::drain(xcb_generic_event_t* (*next)(xcb_connection_t*)) {
+    EventEffects effects;
+    while (const XReply<xcb_generic_event_t> event{next(connection->get())}) {
+        // Type 0 is the error of a request without a reply: a window that had gone.
+        if (event->response_type != 0) effects.add(model.apply(*event));
+    }
+    if (effects.changed) noteChange();
+    return effects;
+}
+
+/// What only the main thread does about events.
+void X11Desktop::Parts::settle(EventEffects effects) {
+    bool displaysChanged = false;
+    {
+        const std::lock_guard lock(mutex);
+        effects.add(std::exchange(unsettled, {}));
+        hidden.followModel(model, queue.uptime());
+        if (activeWindowQuestion.collect(*connection)) activeWindowQuestion.take();
+        if (pointerQuestion.collect(*connection)) pointerQuestion.take();
+        if (displays.advance()) {
+            monitors = displays.monitors();
+            effects.panelsChanged = true;
+        }
+        if (effects.panelsChanged) displaysChanged = arrangeDisplays();
+    }
+    if (effects.askDisplays) displays.begin();
+    if (effects.askActiveWindow || asksActiveWindowAgain) askActiveWindow();
+    if (displays.isAsking() || mustFlush) connection->flush();
+    mustFlush = false;
+    if (displaysChanged) {
+        noteChange();
+        screenObservers.notify();
+    }
+    callWhenChanged();
+}
+
+void X11Desktop::Parts::noteChange() {
+    changes.fetch_add(1);
+}
+
+void X11Desktop::Parts::askActiveWindow() {
+    asksActiveWindowAgain = !activeWindowQuestion.isEmpty();
+    if (asksActiveWindowAgain) return;
+    const std::lock_guard lock(mutex);
+    if (!model.windowManager().isPresent) {
+        if (model.activeWindow != kNoWindow) return;
+        activeWindowQuestion.add(xcb_get_input_focus(connection->get()), [this](const void* reply) {
+            const auto* focus = static_cast<const xcb_get_input_focus_reply_t*>(reply);
+            if (focus && model.client(focus->focus)) model.activeWindow = focus->focus;
+        });
+    } else {
+        activeWindowQuestion.add(
+            connection->askProperty(connection->root(), connection->atoms()[Atom::netActiveWindow], 1),
+            [this](const void* reply) {
+                const auto windows =
+                    numbersIn(viewOf(static_cast<const xcb_get_property_reply_t*>(reply)), XCB_ATOM_WINDOW);
+                model.activeWindow = windows.empty() ? kNoWindow : windows[0];
+            });
+    }
+    mustFlush = true;
+}
+
+void X11Desktop::Parts::askPointer() {
+    if (!pointerQuestion.isEmpty()) return;
+    pointerQuestion.add(xcb_query_pointer(connection->get(), connection->root()), [this](const void* reply) {
+        const auto* pointer = static_cast<const xcb_query_pointer_reply_t*>(reply);
+        if (pointer && pointer->same_screen) model.pointer = {pointer->root_x, pointer->root_y};
+    });
+}
+
+// The polling queue's part
+
+void X11Desktop::Parts::bringUpToDate() {
+    const RefreshOutcome outcome = refresh.run();
+    if (outcome.ownersChanged) identifyApplications();
+    bool mainHasWork = false;
+    {
+        const std::lock_guard lock(mutex);
+        // While waiting for replies, this thread has read events that the main thread would not be woken for.
+        unsettled.add(drain(xcb_poll_for_queued_event));
+        unsettled.panelsChanged |= outcome.panelsChanged;
+        mainHasWork = unsettled.askActiveWindow || unsettled.askDisplays || unsettled.panelsChanged ||
+                      (unsettled.changed && isAwaited) || !hidden.all().empty();
+        unsettled.changed = false;
+    }
+    if (mainHasWork && !isMainThread()) queue.post(lifetime.guard([this] { settle({}); }));
+}
+
+void X11Desktop::Parts::identifyApplications() {
+    struct Owner {
+        std::string instanceName, className;
+        bool isRegular = false;
+    };
+    std::vector<pid_t> order;
+    std::map<pid_t, Owner> owners;
+    {
+        const std::lock_guard lock(mutex);
+        for (const xcb_window_t window : model.clientOrder()) {
+            const ClientWindow* client = model.client(window);
+            if (!client || client->processIdentifier == 0 || client->isInputOnly) continue;
+            const auto [place, isNew] = owners.try_emplace(client->processIdentifier);
+            if (isNew) order.push_back(client->processIdentifier);
+            Owner& owner = place->second;
+            // Panels and palettes do not give their application its name while it has a proper window.
+            const bool tellsMore = owner.className.empty() || (client->isManaged() && !owner.isRegular);
+            if (tellsMore) {
+                owner.instanceName = client->instanceName;
+                owner.className = client->className;
+            }
+            owner.isRegular |= client->isManaged();
+        }
+    }
+    std::vector<X11Application> identified;
+    for (const pid_t process : order) {
+        const Owner& owner = owners[process];
+        // Reads the disk the first time, so not under the lock.
+        identified.push_back({process, catalogue.identify(owner.instanceName, owner.className), owner.isRegular});
+    }
+    const std::lock_guard lock(mutex);
+    applications = std::move(identified);
+}
+
+// Changes
+
+std::optional<std::uint64_t> X11Desktop::changeCount() const {
+    return parts_->changes.load();
+}
+
+void X11Desktop::notifyWhenChanged(std::uint64_t count, std::function<void()> callback) {
+    parts_->whenChanged = std::move(callback);
+    parts_->awaitedCount = count;
+    parts_->isAwaited = static_cast<bool>(parts_->whenChanged);
+    parts_->callWhenChanged();
+}
+
+void X11Desktop::Parts::callWhenChanged() {
+    if (!whenChanged || changes == awaitedCount) return;
+    isAwaited = false;
+    queue.post(lifetime.guard(std::exchange(whenChanged, {})));
+}
+
+} // namespace kova

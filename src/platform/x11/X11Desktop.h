@@ -1,0 +1,92 @@
+// A desktop on X11, beside any window manager that keeps to EWMH, or with none at all.
+// The main thread owns events and writes and never waits for the server once the desktop is open: what it reads comes
+// from the model that events keep. The polling queue's first question of a poll brings the model up to date and may
+// wait. An idle desktop causes no wake-up and no request.
+#pragma once
+
+#include "platform/x11/ApplicationCatalogue.h"
+#include "support/MainQueue.h"
+#include "windowing/AccessibilityServicing.h"
+#include "windowing/ApplicationServicing.h"
+#include "windowing/DiagnosticsServicing.h"
+#include "windowing/ScreenServicing.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <variant>
+
+namespace kova {
+
+class X11Desktop final : public AccessibilityServicing,
+                         public ApplicationServicing,
+                         public ScreenServicing,
+                         public DesktopChangeServicing,
+                         public DiagnosticsServicing {
+  public:
+    struct Options {
+        std::optional<std::string> displayName; // absent: DISPLAY
+        std::string hiddenWindowsFile;          // its folder exists; empty: hidden windows are kept in memory only
+    };
+    /// Connects and reads the whole desktop, waiting for the server; windows that a killed agent left hidden come back.
+    /// The text says in the user's words why there is no desktop and what to do. The thread that calls this is the main
+    /// thread; queue and catalogue must outlive the desktop, and the polling queue must have ended before it.
+    static std::variant<std::unique_ptr<X11Desktop>, std::string> open(const Options& options, MainQueue& queue,
+                                                                       ApplicationCatalogue& catalogue);
+    /// Restores what was hidden.
+    ~X11Desktop() override;
+    X11Desktop(const X11Desktop&) = delete;
+    X11Desktop& operator=(const X11Desktop&) = delete;
+
+    /// Readable when there are events for `readEvents`.
+    int connectionDescriptor() const;
+    /// Takes in what the server has announced; never waits. False once the connection is lost: nothing works any more.
+    bool readEvents();
+    /// Brings back every window that KOVA took off the screen, except those minimised under a window manager.
+    void restoreHidden();
+
+    // AccessibilityServicing
+    bool isProcessTrusted() const override;
+    bool requestTrust(bool prompt) override;
+    AccessibilityElement applicationElement(pid_t processIdentifier) const override;
+    std::vector<AttributeValue> readAttributes(const AccessibilityElement& element,
+                                               std::span<const AccessibilityAttribute> attributes) const override;
+    void writeAttributes(const AccessibilityElement& element, std::span<const AttributeWrite> writes) override;
+    void performAction(const AccessibilityElement& element, AccessibilityAction action) override;
+    std::optional<AccessibilityElement> elementAtPosition(CGPoint point) const override;
+    std::vector<OnScreenWindow> onScreenWindows() const override;
+    void flush() override;
+
+    // ApplicationServicing
+    pid_t ownProcessIdentifier() const override;
+    std::vector<RunningApplication> runningApplications() const override;
+    std::optional<RunningApplication> runningApplication(pid_t processIdentifier) const override;
+    std::optional<pid_t> frontmostApplication() const override;
+    ApplicationIcon iconForFile(const std::string& path) const override;
+    ApplicationIcon systemSymbolIcon(const std::string& name) const override;
+    void hide(pid_t processIdentifier) override;
+    void unhide(pid_t processIdentifier) override;
+    void activate(pid_t processIdentifier) override;
+
+    // ScreenServicing
+    std::vector<Screen> screens() const override;
+    Subscription observeScreens(std::function<void()> changed) override;
+    /// Where the pointer was at the last poll, focus change or crossing of a window's edge; asking also asks the
+    /// server, for the next time.
+    std::optional<CGPoint> pointerLocation() const override;
+
+    // DesktopChangeServicing
+    std::optional<std::uint64_t> changeCount() const override;
+    void notifyWhenChanged(std::uint64_t count, std::function<void()> callback) override;
+
+    // DiagnosticsServicing
+    std::vector<DiagnosticLine> diagnose() const override;
+
+  private:
+    struct Parts;
+    explicit X11Desktop(std::unique_ptr<Parts> parts);
+
+    std::unique_ptr<Parts> parts_;
+};
+
+} // namespace kova

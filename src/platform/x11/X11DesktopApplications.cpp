@@ -1,0 +1,172 @@
+// Applications, hidden and brought back; displays; and what the desktop tells of its health.
+#include "platform/x11/X11Parts.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+
+namespace kova {
+
+using namespace x11;
+
+namespace {
+
+RunningApplication describe(const X11Application& application, bool isHidden) {
+    RunningApplication running;
+    running.processIdentifier = application.processIdentifier;
+    const ApplicationIdentity& identity = application.identity;
+    if (!identity.localizedName.empty()) running.localizedName = identity.localizedName;
+    if (!identity.bundleIdentifier.empty()) running.bundleIdentifier = identity.bundleIdentifier;
+    running.bundlePath = identity.bundlePath;
+    running.icon.name = identity.iconName;
+    running.activationPolicy =
+        application.isRegular ? ApplicationActivationPolicy::regular : ApplicationActivationPolicy::accessory;
+    running.isHidden = isHidden;
+    return running;
+}
+
+} // namespace
+
+pid_t X11Desktop::ownProcessIdentifier() const {
+    return getpid();
+}
+
+std::vector<RunningApplication> X11Desktop::runningApplications() const {
+    // The first question of every poll.
+    if (!parts_->isMainThread()) parts_->bringUpToDate();
+    const std::lock_guard lock(parts_->mutex);
+    std::vector<RunningApplication> running;
+    running.reserve(parts_->applications.size());
+    for (const X11Application& application : parts_->applications) {
+        running.push_back(describe(application, parts_->isApplicationHidden(application.processIdentifier)));
+    }
+    return running;
+}
+
+std::optional<RunningApplication> X11Desktop::runningApplication(pid_t processIdentifier) const {
+    const std::lock_guard lock(parts_->mutex);
+    const auto found = std::ranges::find(parts_->applications, processIdentifier, &X11Application::processIdentifier);
+    if (found == parts_->applications.end()) return std::nullopt;
+    return describe(*found, parts_->isApplicationHidden(processIdentifier));
+}
+
+std::optional<pid_t> X11Desktop::frontmostApplication() const {
+    const std::lock_guard lock(parts_->mutex);
+    const ClientWindow* active = parts_->model.client(parts_->model.activeWindow);
+    if (!active) return std::nullopt;
+    return active->processIdentifier;
+}
+
+ApplicationIcon X11Desktop::iconForFile(const std::string&) const {
+    return {};
+}
+
+ApplicationIcon X11Desktop::systemSymbolIcon(const std::string& name) const {
+    // The icon theme's word for a program without a picture of its own.
+    return name == "macwindow" ? ApplicationIcon{"application-x-executable", nullptr} : ApplicationIcon{};
+}
+
+void X11Desktop::hide(pid_t processIdentifier) {
+    const std::lock_guard lock(parts_->mutex);
+    std::vector<HiddenWindow> leaving;
+    for (const xcb_window_t window : parts_->model.clientOrder()) {
+        const ClientWindow* client = parts_->model.client(window);
+        if (!client || client->processIdentifier != processIdentifier || !client->isManaged() || client->isMinimized())
+            continue;
+        HiddenWindow hidden;
+        hidden.window = window;
+        hidden.processIdentifier = processIdentifier;
+        hidden.since = parts_->queue.uptime();
+        leaving.push_back(hidden);
+    }
+    // On record before they go: the agent may end at any moment.
+    parts_->hidden.add(leaving);
+    for (const HiddenWindow& hidden : leaving) {
+        if (ClientWindow* client = parts_->model.client(hidden.window)) parts_->minimize(*client);
+    }
+    if (leaving.empty()) return;
+    parts_->noteChange();
+    parts_->sendSoon();
+}
+
+void X11Desktop::unhide(pid_t processIdentifier) {
+    const std::lock_guard lock(parts_->mutex);
+    const auto coming = parts_->hidden.takeHidden(processIdentifier);
+    for (const xcb_window_t window : coming) parts_->bringBack(window);
+    if (coming.empty()) return;
+    parts_->noteChange();
+    parts_->sendSoon();
+}
+
+void X11Desktop::activate(pid_t processIdentifier) {
+    const std::lock_guard lock(parts_->mutex);
+    parts_->outbox.activateApplication(processIdentifier, parts_->mainWindowOf(processIdentifier));
+    parts_->sendSoon();
+}
+
+void X11Desktop::restoreHidden() {
+    {
+        const std::lock_guard lock(parts_->mutex);
+        for (const HiddenWindow& hidden : parts_->hidden.takeAll()) parts_->bringBack(hidden.window);
+    }
+    parts_->send();
+}
+
+/// Whether or not it has left the screen yet: a wish to go that is still on its way is overtaken.
+void X11Desktop::Parts::bringBack(xcb_window_t window) {
+    if (ClientWindow* client = model.client(window)) {
+        client->isMinimized() ? restore(*client) : static_cast<void>(xcb_map_window(connection->get(), window));
+        return;
+    }
+    // Left unmapped by an agent before this one, so that nobody lists it.
+    xcb_map_window(connection->get(), window);
+}
+
+// Displays
+
+bool X11Desktop::Parts::arrangeDisplays() {
+    std::vector<Panel> panels;
+    for (const xcb_window_t window : model.clientOrder()) {
+        const ClientWindow* client = model.client(window);
+        if (!client || (!client->strut && !client->partialStrut)) continue;
+        const auto& strut = client->partialStrut ? client->partialStrut : client->strut;
+        if (model.isShown(*client)) panels.push_back({*strut, model.outerFrame(*client)});
+    }
+    std::optional<PixelRect> workarea;
+    if (model.currentDesktop < model.workareas.size()) workarea = model.workareas[model.currentDesktop];
+    if (monitors.empty()) monitors = displays.monitors();
+    PixelRect root{0, 0, connection->screen().width_in_pixels, connection->screen().height_in_pixels};
+    // The size at the start is not that of now; monitors tell more.
+    if (!monitors.empty()) {
+        root = {};
+        for (const Monitor& monitor : monitors) {
+            root.width = std::max(root.width, monitor.rect.right());
+            root.height = std::max(root.height, monitor.rect.bottom());
+        }
+    }
+    auto next = describeDisplays(monitors, panels, workarea, root);
+    if (next == arrangement) return false;
+    arrangement = std::move(next);
+    return true;
+}
+
+std::vector<Screen> X11Desktop::screens() const {
+    const std::lock_guard lock(parts_->mutex);
+    return parts_->arrangement.screens;
+}
+
+Subscription X11Desktop::observeScreens(std::function<void()> changed) {
+    return parts_->screenObservers.add(std::move(changed));
+}
+
+std::optional<CGPoint> X11Desktop::pointerLocation() const {
+    parts_->askPointer();
+    parts_->connection->flush();
+    const std::lock_guard lock(parts_->mutex);
+    if (!parts_->model.pointer) return std::nullopt;
+    const auto [x, y] = *parts_->model.pointer;
+    const PixelRect& first = parts_->arrangement.firstRect;
+    return flipped(CGPoint{static_cast<double>(x - first.x), static_cast<double>(y - first.y)}, first.height);
+}
+
+} // namespace kova

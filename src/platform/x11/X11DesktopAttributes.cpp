@@ -1,0 +1,291 @@
+// Windows, read and written in the accessibility vocabulary.
+#include "platform/x11/X11Parts.h"
+
+#include <xcb/xcb_icccm.h>
+
+#include <array>
+
+namespace kova {
+
+using namespace x11;
+
+namespace {
+
+/// How long a frame that was asked for counts as being in force; the first verification comes later.
+constexpr Seconds kBenefitOfDoubt{0.05};
+
+} // namespace
+
+bool X11Desktop::isProcessTrusted() const {
+    return !parts_->isLost;
+}
+
+bool X11Desktop::requestTrust(bool) {
+    return isProcessTrusted();
+}
+
+AccessibilityElement X11Desktop::applicationElement(pid_t processIdentifier) const {
+    return {processIdentifier, 0, nullptr};
+}
+
+const ClientWindow* X11Desktop::Parts::find(const AccessibilityElement& element) const {
+    const ClientWindow* client = model.client(static_cast<xcb_window_t>(element.hash));
+    return client && client->processIdentifier == element.processIdentifier ? client : nullptr;
+}
+
+ClientWindow* X11Desktop::Parts::find(const AccessibilityElement& element) {
+    return const_cast<ClientWindow*>(std::as_const(*this).find(element));
+}
+
+AccessibilityElement X11Desktop::Parts::elementOf(const ClientWindow& client) const {
+    return {client.processIdentifier, client.window, nullptr};
+}
+
+CGRect X11Desktop::Parts::forWindowService(const PixelRect& rect) const {
+    return makeRect(rect.x - arrangement.firstRect.x, rect.y - arrangement.firstRect.y, rect.width, rect.height);
+}
+
+PixelRect X11Desktop::Parts::onRoot(const CGRect& frame) const {
+    return roundedToPixels(makeRect(minX(frame) + arrangement.firstRect.x, minY(frame) + arrangement.firstRect.y,
+                                    frame.size.width, frame.size.height));
+}
+
+/// The window that has the keyboard, else the topmost one that can be seen, else any.
+const ClientWindow* X11Desktop::Parts::mainWindowOf(pid_t processIdentifier) const {
+    const ClientWindow* active = model.client(model.activeWindow);
+    if (active && active->processIdentifier == processIdentifier) return active;
+    const ClientWindow* any = nullptr;
+    for (auto top = model.stacking().rbegin(); top != model.stacking().rend(); ++top) {
+        const ClientWindow* client = model.clientIn(*top);
+        if (!client || client->processIdentifier != processIdentifier || !client->isManaged()) continue;
+        if (model.isShown(*client)) return client;
+        if (!any) any = client;
+    }
+    return any;
+}
+
+std::vector<AttributeValue> X11Desktop::readAttributes(const AccessibilityElement& element,
+                                                       std::span<const AccessibilityAttribute> attributes) const {
+    std::vector<AttributeValue> values;
+    values.reserve(attributes.size());
+    const Seconds now = parts_->queue.uptime();
+    const std::lock_guard lock(parts_->mutex);
+    const ClientWindow* client = element.hash == 0 ? nullptr : std::as_const(*parts_).find(element);
+    for (const AccessibilityAttribute attribute : attributes) {
+        if (client) {
+            values.push_back(parts_->read(*client, attribute, now));
+        } else if (element.hash == 0) {
+            values.push_back(parts_->readApplication(element.processIdentifier, attribute));
+        } else {
+            values.emplace_back();
+        }
+    }
+    return values;
+}
+
+AttributeValue X11Desktop::Parts::read(const ClientWindow& client, AccessibilityAttribute attribute,
+                                       Seconds now) const {
+    switch (attribute) {
+    case AccessibilityAttribute::role:
+        return std::string("AXWindow");
+    case AccessibilityAttribute::subrole:
+        return std::string(subroleOf(client.kind()));
+    case AccessibilityAttribute::title:
+        return client.title().empty() ? AttributeValue{} : AttributeValue{client.title()};
+    case AccessibilityAttribute::minimized:
+        // A hidden application's windows are not minimised: they come back with it.
+        return client.isMinimized() && !(hidden.holds(client.window) && isApplicationHidden(client.processIdentifier));
+    case AccessibilityAttribute::position:
+    case AccessibilityAttribute::size: {
+        const auto outer = model.expectedFrame(client, now, kBenefitOfDoubt);
+        if (!outer) return {};
+        const CGRect frame = forWindowService(*outer);
+        if (attribute == AccessibilityAttribute::position) return frame.origin;
+        return frame.size;
+    }
+    case AccessibilityAttribute::minSize: {
+        if (!client.minimumAndBase) return {};
+        const PixelEdges around = client.decorations - client.shadow;
+        return CGSize{static_cast<double>(std::max(0, client.minimumAndBase->width + around.horizontal())),
+                      static_cast<double>(std::max(0, client.minimumAndBase->height + around.vertical()))};
+    }
+    case AccessibilityAttribute::parent:
+        return AccessibilityElement{client.processIdentifier, 0, nullptr};
+    case AccessibilityAttribute::main:
+    case AccessibilityAttribute::focused:
+        return model.activeWindow == client.window;
+    case AccessibilityAttribute::fullScreen:
+        return client.isFullScreen;
+    case AccessibilityAttribute::windows:
+    case AccessibilityAttribute::focusedWindow:
+    case AccessibilityAttribute::frontmost:
+    case AccessibilityAttribute::minimumSize:
+        return {};
+    }
+    return {};
+}
+
+AttributeValue X11Desktop::Parts::readApplication(pid_t processIdentifier, AccessibilityAttribute attribute) const {
+    switch (attribute) {
+    case AccessibilityAttribute::role:
+        return std::string("AXApplication");
+    case AccessibilityAttribute::windows: {
+        std::vector<AccessibilityElement> windows;
+        for (const xcb_window_t window : model.clientOrder()) {
+            const ClientWindow* client = model.client(window);
+            if (client && client->processIdentifier == processIdentifier && !client->isInputOnly) {
+                windows.push_back(elementOf(*client));
+            }
+        }
+        return windows;
+    }
+    case AccessibilityAttribute::focusedWindow: {
+        const ClientWindow* main = mainWindowOf(processIdentifier);
+        return main ? AttributeValue{elementOf(*main)} : AttributeValue{};
+    }
+    case AccessibilityAttribute::frontmost: {
+        const ClientWindow* active = model.client(model.activeWindow);
+        return active && active->processIdentifier == processIdentifier;
+    }
+    default:
+        return {};
+    }
+}
+
+// Writing
+
+void X11Desktop::writeAttributes(const AccessibilityElement& element, std::span<const AttributeWrite> writes) {
+    const Seconds now = parts_->queue.uptime();
+    const std::lock_guard lock(parts_->mutex);
+    ClientWindow* client = element.hash == 0 ? nullptr : parts_->find(element);
+    std::optional<CGPoint> origin;
+    std::optional<CGSize> size;
+    for (const AttributeWrite& write : writes) {
+        const bool* flag = std::get_if<bool>(&write.value);
+        const bool isTrue = flag && *flag;
+        if (element.hash == 0) {
+            if (write.attribute == AccessibilityAttribute::frontmost && isTrue) {
+                parts_->outbox.activateApplication(element.processIdentifier,
+                                                   parts_->mainWindowOf(element.processIdentifier));
+            }
+        } else if (!client) {
+            return;
+        } else if (const auto* point = std::get_if<CGPoint>(&write.value)) {
+            if (write.attribute == AccessibilityAttribute::position) origin = *point;
+        } else if (const auto* extent = std::get_if<CGSize>(&write.value)) {
+            if (write.attribute == AccessibilityAttribute::size) size = *extent;
+        } else if (write.attribute == AccessibilityAttribute::minimized && flag) {
+            isTrue ? parts_->minimize(*client) : parts_->restore(*client);
+        } else if ((write.attribute == AccessibilityAttribute::main ||
+                    write.attribute == AccessibilityAttribute::focused) &&
+                   isTrue) {
+            parts_->outbox.activate(*client);
+        }
+    }
+    if (client && (origin || size)) {
+        // The last of each; what is not written stays as it is.
+        const auto expected = parts_->model.expectedFrame(*client, now, kBenefitOfDoubt);
+        if (expected || (origin && size)) {
+            CGRect frame = expected ? parts_->forWindowService(*expected) : CGRect{};
+            if (origin) frame.origin = *origin;
+            if (size) frame.size = *size;
+            parts_->outbox.place(*client, parts_->onRoot(frame), now);
+        }
+    }
+    parts_->sendSoon();
+}
+
+void X11Desktop::performAction(const AccessibilityElement& element, AccessibilityAction action) {
+    const std::lock_guard lock(parts_->mutex);
+    const ClientWindow* client = parts_->find(element);
+    switch (action) {
+    case AccessibilityAction::raise:
+        if (client) parts_->outbox.raise(*client);
+    }
+    parts_->sendSoon();
+}
+
+void X11Desktop::Parts::minimize(ClientWindow& client) {
+    if (client.isMinimized()) return;
+    if (model.windowManager().isPresent) {
+        connection->sendToWindowManager(client.window, Atom::wmChangeState, {XCB_ICCCM_WM_STATE_ICONIC, 0, 0, 0, 0});
+    } else {
+        HiddenWindow unmapped;
+        unmapped.window = client.window;
+        unmapped.processIdentifier = client.processIdentifier;
+        unmapped.how = TakenAway::byUnmapping;
+        unmapped.since = queue.uptime();
+        // An application that is being hidden has its windows on record already.
+        if (!hidden.holds(client.window)) hidden.add({unmapped});
+        client.isIconifiedByUs = true;
+        const std::array<std::uint32_t, 2> state = {XCB_ICCCM_WM_STATE_ICONIC, kNoWindow};
+        xcb_change_property(connection->get(), XCB_PROP_MODE_REPLACE, client.window, connection->atoms()[Atom::wmState],
+                            connection->atoms()[Atom::wmState], 32, 2, state.data());
+        xcb_unmap_window(connection->get(), client.window);
+    }
+}
+
+void X11Desktop::Parts::restore(ClientWindow& client) {
+    if (!client.isMinimized()) return;
+    hidden.remove(client.window);
+    if (!model.windowManager().isPresent) {
+        const std::array<std::uint32_t, 2> state = {XCB_ICCCM_WM_STATE_NORMAL, kNoWindow};
+        xcb_change_property(connection->get(), XCB_PROP_MODE_REPLACE, client.window, connection->atoms()[Atom::wmState],
+                            connection->atoms()[Atom::wmState], 32, 2, state.data());
+    }
+    xcb_map_window(connection->get(), client.window);
+}
+
+/// What no `flush` follows is sent all the same, once the main thread has done what it is doing.
+void X11Desktop::Parts::sendSoon() {
+    if (std::exchange(isSendDue, true)) return;
+    queue.post(lifetime.guard([this] { send(); }));
+}
+
+void X11Desktop::Parts::send() {
+    isSendDue = false;
+    EventEffects effects;
+    {
+        const std::lock_guard lock(mutex);
+        outbox.send();
+        connection->flush();
+        // Sending can read as well, when the server's answers are in the way.
+        effects = drain(xcb_poll_for_queued_event);
+    }
+    settle(std::move(effects));
+}
+
+void X11Desktop::flush() {
+    parts_->send();
+}
+
+std::optional<AccessibilityElement> X11Desktop::elementAtPosition(CGPoint point) const {
+    const std::lock_guard lock(parts_->mutex);
+    const PixelRect at = parts_->onRoot({point, {0, 0}});
+    const auto& stacking = parts_->model.stacking();
+    for (auto top = stacking.rbegin(); top != stacking.rend(); ++top) {
+        const ClientWindow* client = parts_->model.clientIn(*top);
+        if (!client || !parts_->model.isShown(*client)) continue;
+        const auto outer = parts_->model.outerFrame(*client);
+        if (outer && contains(*outer, at.x, at.y)) return parts_->elementOf(*client);
+    }
+    return std::nullopt;
+}
+
+std::vector<OnScreenWindow> X11Desktop::onScreenWindows() const {
+    constexpr int kOrdinaryLayer = 0, kPanelLayer = 20;
+    const std::lock_guard lock(parts_->mutex);
+    std::vector<OnScreenWindow> windows;
+    const auto& stacking = parts_->model.stacking();
+    for (auto top = stacking.rbegin(); top != stacking.rend(); ++top) {
+        const ClientWindow* client = parts_->model.clientIn(*top);
+        if (!client || !parts_->model.isShown(*client) || !parts_->model.isOnCurrentDesktop(*client)) continue;
+        const auto outer = parts_->model.outerFrame(*client);
+        if (!outer || client->isInputOnly) continue;
+        windows.push_back({client->processIdentifier, client->isManaged() ? kOrdinaryLayer : kPanelLayer,
+                           parts_->forWindowService(*outer)});
+    }
+    return windows;
+}
+
+} // namespace kova

@@ -1,0 +1,74 @@
+// What the desktop tells people who wonder why a window does not move.
+#include "platform/x11/X11Parts.h"
+
+#include <cstdlib>
+
+namespace kova {
+
+using namespace x11;
+
+namespace {
+
+std::string sizeText(const CGRect& r) {
+    return std::to_string(static_cast<int>(r.size.width)) + "x" + std::to_string(static_cast<int>(r.size.height));
+}
+
+DiagnosticLine describeManager(const WindowManager& manager) {
+    const std::string subject = "window manager";
+    if (!manager.isPresent) {
+        return {subject, DiagnosticVerdict::note,
+                "None that speaks EWMH: KOVA places, hides and focuses windows itself."};
+    }
+    const std::string name = manager.name.empty() ? "One without a name" : manager.name;
+    if (!manager.announcesDecorations) {
+        return {subject, DiagnosticVerdict::note,
+                name + "; it does not tell how wide its decorations are, so they are measured."};
+    }
+    return {subject, DiagnosticVerdict::fine, name};
+}
+
+} // namespace
+
+std::vector<DiagnosticLine> X11Desktop::diagnose() const {
+    std::vector<DiagnosticLine> lines;
+    const std::string& display = parts_->connection->displayName();
+    if (parts_->isLost) {
+        lines.push_back(
+            {"connection", DiagnosticVerdict::wrong,
+             "The connection to the X display " + display + " is lost; start the agent again in a session."});
+        return lines;
+    }
+    lines.push_back({"connection", DiagnosticVerdict::fine, "X display " + display});
+    const char* wayland = std::getenv("WAYLAND_DISPLAY");
+    if (wayland && *wayland) {
+        lines.push_back(
+            {"session", DiagnosticVerdict::note,
+             "This is a Wayland session: only windows of X11 programs can be seen and moved. Choose a session "
+             "on X11 (\"Xorg\") in the login screen to manage all."});
+    }
+    const std::lock_guard lock(parts_->mutex);
+    lines.push_back(describeManager(parts_->model.windowManager()));
+    std::string displays;
+    for (const Screen& screen : parts_->arrangement.screens) {
+        if (!displays.empty()) displays += ", ";
+        displays +=
+            screen.localizedName + " " + sizeText(screen.frame) + " (" + sizeText(screen.visibleFrame) + " visible)";
+    }
+    lines.push_back({"displays", DiagnosticVerdict::fine, displays});
+    std::size_t managed = 0;
+    for (const xcb_window_t window : parts_->model.clientOrder()) {
+        const ClientWindow* client = parts_->model.client(window);
+        managed += client && client->isManaged() ? 1 : 0;
+    }
+    lines.push_back(
+        {"windows", DiagnosticVerdict::fine,
+         std::to_string(managed) + " to manage, of " + std::to_string(parts_->model.clientOrder().size()) + " listed"});
+    if (!parts_->hidden.all().empty()) {
+        lines.push_back({"hidden windows", DiagnosticVerdict::note,
+                         std::to_string(parts_->hidden.all().size()) +
+                             " are off the screen at KOVA's wish and come back when it ends"});
+    }
+    return lines;
+}
+
+} // namespace kova

@@ -1,0 +1,100 @@
+// What X11Desktop is made of, shared by the files that answer its protocols. The mutex guards everything below it; it
+// is held for short copies and for the sending of buffered requests, never while somebody waits for the server.
+#pragma once
+
+#include "platform/x11/DisplayReader.h"
+#include "platform/x11/HiddenWindows.h"
+#include "platform/x11/ModelRefresh.h"
+#include "platform/x11/Outbox.h"
+#include "platform/x11/X11Desktop.h"
+#include "support/Lifetime.h"
+
+#include <atomic>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <thread>
+
+namespace kova {
+
+/// An application as its first window shows it.
+struct X11Application {
+    pid_t processIdentifier = 0;
+    ApplicationIdentity identity;
+    bool isRegular = false; // has a window to manage, not only panels and the like
+    bool operator==(const X11Application&) const = default;
+};
+
+struct X11Desktop::Parts {
+    Parts(std::unique_ptr<x11::XConnection> opened, const Options& options, MainQueue& mainQueue,
+          ApplicationCatalogue& applicationCatalogue);
+
+    // Never change
+    std::unique_ptr<x11::XConnection> connection;
+    MainQueue& queue;
+    ApplicationCatalogue& catalogue;
+    const std::thread::id mainThread = std::this_thread::get_id();
+
+    std::atomic<std::uint64_t> changes{1};
+    std::atomic<bool> isLost{false};
+
+    // Main thread only
+    x11::DisplayReader displays;
+    x11::Questions activeWindowQuestion;
+    x11::Questions pointerQuestion;
+    bool asksActiveWindowAgain = false;
+    bool mustFlush = false; // requests were sent whose replies the main thread collects
+    bool isSendDue = false;
+    Observers<> screenObservers;
+    std::uint64_t awaitedCount = 0;
+    std::function<void()> whenChanged;
+    std::atomic<bool> isAwaited{false}; // somebody waits for a change
+
+    // Guarded
+    mutable std::mutex mutex;
+    x11::WindowModel model;
+    x11::HiddenWindows hidden;
+    x11::Outbox outbox;
+    x11::EventEffects unsettled; // found by the polling queue, for the main thread to act on
+    x11::DisplayArrangement arrangement;
+    std::vector<x11::Monitor> monitors;
+    std::vector<X11Application> applications;
+
+    x11::ModelRefresh refresh; // the polling queue's
+    Lifetime lifetime;
+
+    // Events (X11Desktop.cpp)
+    void readEverything();
+    x11::EventEffects drain(xcb_generic_event_t* (*next)(xcb_connection_t*)); // locked by the caller
+    void settle(x11::EventEffects effects);                                   // main thread
+    void bringUpToDate();                                                     // polling queue, or while opening
+    void identifyApplications();
+    void askActiveWindow();
+    void askPointer();
+    bool arrangeDisplays(); // locked; true when something changed
+    void noteChange();
+    void callWhenChanged();
+    bool isMainThread() const { return std::this_thread::get_id() == mainThread; }
+
+    // Reading (locked by the caller)
+    const x11::ClientWindow* find(const AccessibilityElement& element) const;
+    x11::ClientWindow* find(const AccessibilityElement& element);
+    AccessibilityElement elementOf(const x11::ClientWindow& client) const;
+    bool isApplicationHidden(pid_t processIdentifier) const {
+        return hidden.isApplicationHidden(processIdentifier, model);
+    }
+    const x11::ClientWindow* mainWindowOf(pid_t processIdentifier) const;
+    CGRect forWindowService(const x11::PixelRect& rect) const;
+    x11::PixelRect onRoot(const CGRect& frameForWindowService) const;
+    AttributeValue read(const x11::ClientWindow& client, AccessibilityAttribute attribute, Seconds now) const;
+    AttributeValue readApplication(pid_t processIdentifier, AccessibilityAttribute attribute) const;
+
+    // Writing (locked by the caller, main thread)
+    void minimize(x11::ClientWindow& client);
+    void restore(x11::ClientWindow& client);
+    void bringBack(xcb_window_t window);
+    void sendSoon();
+    void send(); // not locked
+};
+
+} // namespace kova

@@ -1,0 +1,67 @@
+// Whole pixels of the X server. All rectangles here are in root coordinates: origin at the top left of the root window,
+// y growing downwards.
+#pragma once
+
+#include "support/Geometry.h"
+
+#include <cmath>
+
+namespace kova::x11 {
+
+struct PixelRect {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+
+    int right() const { return x + width; }
+    int bottom() const { return y + height; }
+    bool operator==(const PixelRect&) const = default;
+};
+
+/// Pixels along the four sides of a rectangle; negative where the side moves the other way.
+struct PixelEdges {
+    int left = 0;
+    int right = 0;
+    int top = 0;
+    int bottom = 0;
+
+    int horizontal() const { return left + right; }
+    int vertical() const { return top + bottom; }
+    PixelEdges operator-(const PixelEdges& other) const {
+        return {left - other.left, right - other.right, top - other.top, bottom - other.bottom};
+    }
+    bool operator==(const PixelEdges&) const = default;
+};
+
+inline PixelRect grown(const PixelRect& r, const PixelEdges& by) {
+    return {r.x - by.left, r.y - by.top, r.width + by.horizontal(), r.height + by.vertical()};
+}
+
+inline PixelRect shrunk(const PixelRect& r, const PixelEdges& by) {
+    return {r.x + by.left, r.y + by.top, r.width - by.horizontal(), r.height - by.vertical()};
+}
+
+inline bool intersects(const PixelRect& a, const PixelRect& b) {
+    return a.x < b.right() && b.x < a.right() && a.y < b.bottom() && b.y < a.bottom();
+}
+
+inline bool contains(const PixelRect& r, int x, int y) {
+    return x >= r.x && x < r.right() && y >= r.y && y < r.bottom();
+}
+
+/// What the server can express; a request beyond that would wrap around.
+inline constexpr int kLargestCoordinate = 32767;
+
+/// Edges are rounded, not sizes, so that neighbours that share an edge keep sharing it.
+inline PixelRect roundedToPixels(const CGRect& r) {
+    const auto pixel = [](double value) {
+        if (!(value > -kLargestCoordinate)) return -kLargestCoordinate;
+        return value < kLargestCoordinate ? static_cast<int>(std::lround(value)) : kLargestCoordinate;
+    };
+    const int left = pixel(minX(r));
+    const int top = pixel(minY(r));
+    return {left, top, pixel(maxX(r)) - left, pixel(maxY(r)) - top};
+}
+
+} // namespace kova::x11

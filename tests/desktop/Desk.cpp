@@ -1,0 +1,180 @@
+#include "tests/desktop/Desk.h"
+
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <future>
+
+namespace kova::testing {
+
+struct TestLoop::Due final : ScheduledWork {
+    void cancel() override { work = nullptr; }
+    Seconds when{};
+    std::function<void()> work;
+};
+
+void TestLoop::post(std::function<void()> work) {
+    const std::lock_guard lock(mutex_);
+    posted_.push_back(std::move(work));
+}
+
+std::shared_ptr<ScheduledWork> TestLoop::after(Seconds delay, std::function<void()> work) {
+    auto due = std::make_shared<Due>();
+    due->when = uptime() + delay;
+    due->work = std::move(work);
+    timers_.push_back(due);
+    return due;
+}
+
+WallTime TestLoop::now() const {
+    return std::chrono::system_clock::now();
+}
+
+Seconds TestLoop::uptime() const {
+    return std::chrono::steady_clock::now().time_since_epoch();
+}
+
+void TestLoop::turn(X11Desktop* desktop) {
+    std::vector<std::function<void()>> work;
+    {
+        const std::lock_guard lock(mutex_);
+        work.swap(posted_);
+    }
+    for (auto it = timers_.begin(); it != timers_.end();) {
+        if ((*it)->when > uptime()) {
+            ++it;
+            continue;
+        }
+        work.push_back([due = *it] {
+            if (due->work) due->work();
+        });
+        it = timers_.erase(it);
+    }
+    for (const auto& piece : work) piece();
+    pollfd readable{desktop ? desktop->connectionDescriptor() : -1, POLLIN, 0};
+    if (::poll(&readable, 1, work.empty() ? 1 : 0) > 0) desktop->readEvents();
+}
+
+void TestLoop::dropAll() {
+    const std::lock_guard lock(mutex_);
+    posted_.clear();
+    timers_.clear();
+}
+
+ApplicationIdentity PlainCatalogue::identify(const std::string&, const std::string& className) {
+    return {"test." + className, className, "", ""};
+}
+
+Desk::Desk(Manager manager, const std::string& size) : server_(size) {
+    if (manager == Manager::none) return;
+    server_.startManager();
+    // While it starts, it may overlook a window: it is ready once it has noticed one.
+    TestClient watcher(server_.displayName(), "Watcher", 1);
+    const xcb_window_t probe = watcher.create({.title = "Probe"});
+    EXPECT_TRUE(runUntil([&] {
+        watcher.unmap(probe);
+        watcher.map(probe);
+        runFor(Seconds(0.02));
+        return !watcher.numbers(watcher.root(), "_NET_CLIENT_LIST").empty();
+    })) << "the window manager did not start";
+    watcher.destroy(probe);
+}
+
+Desk::~Desk() {
+    closeDesktop();
+}
+
+X11Desktop& Desk::openDesktop() {
+    auto opened = X11Desktop::open({server_.displayName(), hiddenWindowsFile()}, loop_, catalogue_);
+    if (const auto* reason = std::get_if<std::string>(&opened)) throw std::runtime_error(*reason);
+    desktop_ = std::move(std::get<0>(opened));
+    service_ = std::make_unique<AccessibilityWindowService>(*desktop_, *desktop_, *desktop_, loop_);
+    return *desktop_;
+}
+
+void Desk::closeDesktop() {
+    service_.reset();
+    desktop_.reset();
+    loop_.dropAll();
+}
+
+void Desk::crash() {
+    // A connection that is cut restores nothing; what was on disk is put back as a killed agent leaves it.
+    const std::string kept = hiddenWindowsFile() + ".kept";
+    std::filesystem::copy_file(hiddenWindowsFile(), kept, std::filesystem::copy_options::overwrite_existing);
+    ::shutdown(desktop_->connectionDescriptor(), SHUT_RDWR);
+    EXPECT_FALSE(desktop_->readEvents());
+    closeDesktop();
+    std::filesystem::rename(kept, hiddenWindowsFile());
+}
+
+std::unique_ptr<TestClient> Desk::client(const std::string& className, std::uint32_t process) {
+    return std::make_unique<TestClient>(server_.displayName(), className, process);
+}
+
+std::vector<ManagedWindow> Desk::poll() {
+    auto polled = std::async(std::launch::async, [this] { return service_->enumerateWindows(); });
+    while (polled.wait_for(std::chrono::seconds(0)) != std::future_status::ready) loop_.turn(desktop_.get());
+    return polled.get();
+}
+
+ManagedWindow Desk::window(const std::string& title) {
+    ManagedWindow found;
+    const auto isThere = [&] {
+        for (const ManagedWindow& candidate : poll()) {
+            if (candidate.title == title) found = candidate;
+        }
+        return !found.id.empty();
+    };
+    EXPECT_TRUE(runUntil(isThere)) << "no window is called " << title;
+    return found;
+}
+
+bool Desk::showsExactly(std::vector<std::string> expected) {
+    std::ranges::sort(expected);
+    return runUntil([&] {
+        const auto windows = poll();
+        return titles() == expected && std::ranges::all_of(windows, &ManagedWindow::isVisible);
+    });
+}
+
+std::vector<std::string> Desk::titles() {
+    std::vector<std::string> titles;
+    for (const ManagedWindow& candidate : poll()) titles.push_back(candidate.title);
+    std::ranges::sort(titles);
+    return titles;
+}
+
+bool Desk::isHidden(pid_t process) {
+    const auto application = desktop_->runningApplication(process);
+    return application && application->isHidden;
+}
+
+void Desk::place(const ManagedWindow& window, const CGRect& frame) {
+    service_->setFrame(window, frame, AccessibilityWindowService::BringToFront::no,
+                       [this](CGRect minimum) { reportedMinimums_.push_back(minimum); });
+}
+
+void Desk::runFor(Seconds time) {
+    const Seconds end = loop_.uptime() + time;
+    while (loop_.uptime() < end) loop_.turn(desktop_.get());
+}
+
+bool Desk::runUntil(const std::function<bool()>& condition) {
+    const Seconds end = loop_.uptime() + Seconds(5);
+    while (!condition()) {
+        if (loop_.uptime() > end) return false;
+        loop_.turn(desktop_.get());
+    }
+    return true;
+}
+
+std::string text(const CGRect& r) {
+    const auto number = [](double value) { return std::to_string(static_cast<long>(value)); };
+    return number(minX(r)) + "," + number(minY(r)) + " " + number(r.size.width) + "x" + number(r.size.height);
+}
+
+} // namespace kova::testing

@@ -1,0 +1,89 @@
+// A private server with the desktop under test on it, driven by a small main loop in real time. Polls run on a thread
+// of their own, as in the agent, while the loop goes on.
+#pragma once
+
+#include "platform/x11/X11Desktop.h"
+#include "tests/desktop/PrivateServer.h"
+#include "tests/desktop/TestClient.h"
+#include "windowing/AccessibilityWindowService.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kova::testing {
+
+class TestLoop final : public MainQueue {
+  public:
+    void post(std::function<void()> work) override;
+    std::shared_ptr<ScheduledWork> after(Seconds delay, std::function<void()> work) override;
+    WallTime now() const override;
+    Seconds uptime() const override;
+
+    /// Runs what is due and what the desktop has to read, once; sleeps a little when there is nothing.
+    void turn(X11Desktop* desktop);
+    void dropAll();
+
+  private:
+    struct Due;
+    std::mutex mutex_;
+    std::vector<std::function<void()>> posted_;
+    std::vector<std::shared_ptr<Due>> timers_;
+};
+
+/// Classes are their own names.
+class PlainCatalogue final : public ApplicationCatalogue {
+  public:
+    ApplicationIdentity identify(const std::string& instanceName, const std::string& className) override;
+};
+
+class Desk {
+  public:
+    explicit Desk(Manager manager, const std::string& size = "1280x800");
+    ~Desk();
+
+    /// Opens the desktop under test; once, or again after `crash`.
+    X11Desktop& openDesktop();
+    X11Desktop& desktop() { return *desktop_; }
+    AccessibilityWindowService& service() { return *service_; }
+    /// Ends the desktop orderly.
+    void closeDesktop();
+    /// Keeps the file of hidden windows as it is, as if the agent had been killed.
+    void crash();
+
+    std::unique_ptr<TestClient> client(const std::string& className, std::uint32_t process);
+    std::vector<ManagedWindow> poll();
+    /// The polled window of that title, once there is one; fails the test and is empty if none comes.
+    ManagedWindow window(const std::string& title);
+    std::vector<std::string> titles();
+    /// Within 5 s: windows of these titles and no others, all visible.
+    bool showsExactly(std::vector<std::string> titles);
+    bool isMinimized(const std::string& title) { return window(title).isMinimized; }
+    bool isHidden(pid_t process);
+    void place(const ManagedWindow& window, const CGRect& frame);
+
+    void runFor(Seconds time);
+    /// False when it has not come true within 5 s.
+    bool runUntil(const std::function<bool()>& condition);
+    PrivateServer& server() { return server_; }
+    TestLoop& loop() { return loop_; }
+    const std::vector<CGRect>& reportedMinimums() const { return reportedMinimums_; }
+    std::string hiddenWindowsFile() const { return server_.folder() + "/hidden.json"; }
+
+  private:
+    PrivateServer server_;
+    TestLoop loop_;
+    PlainCatalogue catalogue_;
+    std::unique_ptr<X11Desktop> desktop_;
+    std::unique_ptr<AccessibilityWindowService> service_;
+    std::vector<CGRect> reportedMinimums_;
+};
+
+std::string text(const CGRect& r);
+
+} // namespace kova::testing

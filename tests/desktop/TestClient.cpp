@@ -1,0 +1,184 @@
+#include "tests/desktop/TestClient.h"
+
+#include <xcb/xcb_icccm.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <utility>
+
+namespace kova::testing {
+
+namespace {
+
+struct Freed {
+    void operator()(void* memory) const { std::free(memory); }
+};
+template <class T>
+std::unique_ptr<T, Freed> owned(T* reply) {
+    return std::unique_ptr<T, Freed>(reply);
+}
+
+} // namespace
+
+TestClient::TestClient(const std::string& displayName, const std::string& className, std::uint32_t process) :
+    connection_(xcb_connect(displayName.c_str(), nullptr)), root_(0), className_(className), process_(process) {
+    if (!xcb_connection_has_error(connection_)) root_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
+}
+
+TestClient::~TestClient() {
+    xcb_disconnect(connection_);
+}
+
+xcb_window_t TestClient::create(const TestWindow& options) {
+    const xcb_window_t window = xcb_generate_id(connection_);
+    const std::uint32_t values[] = {options.isOverrideRedirect ? 1U : 0U, XCB_EVENT_MASK_STRUCTURE_NOTIFY};
+    xcb_create_window(
+        connection_, XCB_COPY_FROM_PARENT, window, root_, static_cast<std::int16_t>(options.frame.origin.x),
+        static_cast<std::int16_t>(options.frame.origin.y), static_cast<std::uint16_t>(options.frame.size.width),
+        static_cast<std::uint16_t>(options.frame.size.height), static_cast<std::uint16_t>(options.border),
+        XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
+    std::string classes = className_;
+    classes += '\0';
+    setText(window, "WM_CLASS", "STRING", classes + classes);
+    setText(window, "_NET_WM_NAME", "UTF8_STRING", options.title);
+    setNumbers(window, "_NET_WM_PID", "CARDINAL", {process_});
+    if (!options.type.empty()) {
+        setNumbers(window, "_NET_WM_WINDOW_TYPE", "ATOM", {atom("_NET_WM_WINDOW_TYPE_" + options.type)});
+    }
+    xcb_size_hints_t hints{};
+    xcb_icccm_size_hints_set_position(&hints, 1, static_cast<int>(options.frame.origin.x),
+                                      static_cast<int>(options.frame.origin.y));
+    if (options.minimumSize) {
+        xcb_icccm_size_hints_set_min_size(&hints, static_cast<int>(options.minimumSize->width),
+                                          static_cast<int>(options.minimumSize->height));
+    }
+    if (options.cells) {
+        xcb_icccm_size_hints_set_resize_inc(&hints, static_cast<int>(options.cells->width),
+                                            static_cast<int>(options.cells->height));
+    }
+    xcb_icccm_set_wm_normal_hints(connection_, window, &hints);
+    return window;
+}
+
+xcb_window_t TestClient::open(const TestWindow& options) {
+    const xcb_window_t window = create(options);
+    map(window);
+    return window;
+}
+
+void TestClient::map(xcb_window_t window) {
+    xcb_map_window(connection_, window);
+    sync();
+}
+
+void TestClient::unmap(xcb_window_t window) {
+    xcb_unmap_window(connection_, window);
+    sync();
+}
+
+void TestClient::destroy(xcb_window_t window) {
+    xcb_destroy_window(connection_, window);
+    sync();
+}
+
+void TestClient::setTitle(xcb_window_t window, const std::string& bytes) {
+    setText(window, "_NET_WM_NAME", "UTF8_STRING", bytes);
+}
+
+void TestClient::setNumbers(xcb_window_t window, const std::string& property, const std::string& type,
+                            const std::vector<std::uint32_t>& numbers) {
+    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window, atom(property), atom(type), 32,
+                        static_cast<std::uint32_t>(numbers.size()), numbers.data());
+    sync();
+}
+
+void TestClient::setText(xcb_window_t window, const std::string& property, const std::string& type,
+                         const std::string& bytes) {
+    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window, atom(property), atom(type), 8,
+                        static_cast<std::uint32_t>(bytes.size()), bytes.data());
+    sync();
+}
+
+void TestClient::remove(xcb_window_t window, const std::string& property) {
+    xcb_delete_property(connection_, window, atom(property));
+    sync();
+}
+
+void TestClient::demandState(xcb_window_t window, const std::string& first, const std::string& second) {
+    xcb_client_message_event_t message{};
+    message.response_type = XCB_CLIENT_MESSAGE;
+    message.format = 32;
+    message.window = window;
+    message.type = atom("_NET_WM_STATE");
+    message.data.data32[0] = 1;
+    message.data.data32[1] = atom(first);
+    message.data.data32[2] = second.empty() ? 0 : atom(second);
+    message.data.data32[3] = 2;
+    xcb_send_event(connection_, 0, root_, XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&message));
+    sync();
+}
+
+void TestClient::readEvents() {
+    sync();
+    while (const auto event = owned(xcb_poll_for_event(connection_))) {
+        if ((event->response_type & 0x7F) != XCB_CONFIGURE_NOTIFY) continue;
+        ++configureCounts_[reinterpret_cast<const xcb_configure_notify_event_t*>(event.get())->window];
+    }
+}
+
+int TestClient::takeConfigureCount(xcb_window_t window) {
+    readEvents();
+    return std::exchange(configureCounts_[window], 0);
+}
+
+CGRect TestClient::area(xcb_window_t window) const {
+    const auto geometry = owned(xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, window), nullptr));
+    const auto place = owned(xcb_translate_coordinates_reply(
+        connection_, xcb_translate_coordinates(connection_, window, root_, 0, 0), nullptr));
+    if (!geometry || !place) return CGRect{};
+    return makeRect(place->dst_x, place->dst_y, geometry->width, geometry->height);
+}
+
+CGRect TestClient::outerFrame(xcb_window_t window) const {
+    const auto edges = numbers(window, "_NET_FRAME_EXTENTS");
+    CGRect r = area(window);
+    if (edges.size() < 4) return r;
+    return makeRect(minX(r) - edges[0], minY(r) - edges[2], r.size.width + edges[0] + edges[1],
+                    r.size.height + edges[2] + edges[3]);
+}
+
+bool TestClient::isViewable(xcb_window_t window) const {
+    const auto attributes =
+        owned(xcb_get_window_attributes_reply(connection_, xcb_get_window_attributes(connection_, window), nullptr));
+    return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+}
+
+std::vector<std::uint32_t> TestClient::numbers(xcb_window_t window, const std::string& property) const {
+    const auto reply = owned(xcb_get_property_reply(
+        connection_, xcb_get_property(connection_, 0, window, atom(property), XCB_GET_PROPERTY_TYPE_ANY, 0, 1024),
+        nullptr));
+    if (!reply || reply->format != 32) return {};
+    const auto* first = static_cast<const std::uint32_t*>(xcb_get_property_value(reply.get()));
+    return {first, first + xcb_get_property_value_length(reply.get()) / 4};
+}
+
+xcb_window_t TestClient::focus() const {
+    const auto reply = owned(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+    return reply ? reply->focus : 0;
+}
+
+xcb_atom_t TestClient::atom(const std::string& name) const {
+    auto& known = atoms_[name];
+    if (known != 0) return known;
+    const auto reply = owned(xcb_intern_atom_reply(
+        connection_, xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.c_str()), nullptr));
+    return known = reply ? reply->atom : 0;
+}
+
+void TestClient::sync() const {
+    owned(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+}
+
+} // namespace kova::testing

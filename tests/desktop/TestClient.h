@@ -1,0 +1,75 @@
+// An application of the test's own: windows with any properties, honest or not, and a record of what they were told.
+// It speaks to the server on a connection of its own and sees the desktop as any other program does.
+#pragma once
+
+#include "support/Geometry.h"
+
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kova::testing {
+
+struct TestWindow {
+    std::string title;
+    CGRect frame = makeRect(40, 50, 400, 300);
+    std::string type = "NORMAL"; // the end of _NET_WM_WINDOW_TYPE_...
+    std::optional<CGSize> minimumSize{};
+    std::optional<CGSize> cells{}; // size increments
+    bool isOverrideRedirect = false;
+    int border = 0;
+};
+
+class TestClient {
+  public:
+    /// A program of that class and process number; the number need not exist.
+    TestClient(const std::string& displayName, const std::string& className, std::uint32_t process);
+    ~TestClient();
+    TestClient(const TestClient&) = delete;
+    TestClient& operator=(const TestClient&) = delete;
+
+    xcb_window_t open(const TestWindow& window);
+    /// An opened window, not mapped yet.
+    xcb_window_t create(const TestWindow& window);
+    void map(xcb_window_t window);
+    void unmap(xcb_window_t window);
+    void destroy(xcb_window_t window);
+
+    void setTitle(xcb_window_t window, const std::string& bytes);
+    void setNumbers(xcb_window_t window, const std::string& property, const std::string& type,
+                    const std::vector<std::uint32_t>& numbers);
+    void setText(xcb_window_t window, const std::string& property, const std::string& type, const std::string& bytes);
+    void remove(xcb_window_t window, const std::string& property);
+    /// To the window manager: _NET_WM_STATE is to hold these.
+    void demandState(xcb_window_t window, const std::string& first, const std::string& second = "");
+
+    /// How often the window was told of a new geometry since the last time this was asked, made-up events included.
+    int takeConfigureCount(xcb_window_t window);
+    /// The client's own area as the server has it, in root coordinates, and the same grown by _NET_FRAME_EXTENTS.
+    CGRect area(xcb_window_t window) const;
+    CGRect outerFrame(xcb_window_t window) const;
+    bool isViewable(xcb_window_t window) const;
+    std::vector<std::uint32_t> numbers(xcb_window_t window, const std::string& property) const;
+    xcb_window_t root() const { return root_; }
+    xcb_window_t focus() const;
+    xcb_atom_t atom(const std::string& name) const;
+    xcb_connection_t* connection() const { return connection_; }
+    /// Until the server has done all that was asked.
+    void sync() const;
+
+  private:
+    void readEvents();
+
+    xcb_connection_t* connection_;
+    xcb_window_t root_;
+    std::string className_;
+    std::uint32_t process_;
+    mutable std::map<std::string, xcb_atom_t> atoms_;
+    std::map<xcb_window_t, int> configureCounts_;
+};
+
+} // namespace kova::testing

@@ -1,0 +1,113 @@
+// Windows of real clients on a real server, with and without a window manager.
+#include "tests/desktop/Desk.h"
+
+#include <algorithm>
+
+namespace kova::testing {
+namespace {
+
+class Windows : public ::testing::TestWithParam<Manager> {
+  protected:
+    void SetUp() override {
+        if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
+    }
+};
+
+TEST_P(Windows, AreListedWithWhatTheySayOfThemselves) {
+    Desk desk(GetParam());
+    const auto mail = desk.client("Mail", 4001);
+    mail->open({.title = "Inbox"});
+    mail->open({.title = "Delete all?", .frame = makeRect(300, 300, 200, 100), .type = "DIALOG"});
+    mail->open({.title = "Panel", .frame = makeRect(0, 0, 1280, 90), .type = "DOCK"});
+    mail->open({.title = "Tooltip", .frame = makeRect(60, 60, 300, 200), .isOverrideRedirect = true});
+    const auto notes = desk.client("Notes", 4002);
+    const auto pad =
+        notes->open({.title = "Pad", .frame = makeRect(500, 100, 500, 400), .minimumSize = CGSize{420, 310}});
+    auto& desktop = desk.openDesktop();
+
+    EXPECT_TRUE(desk.showsExactly({"Delete all?", "Inbox", "Pad"}));
+    const auto window = desk.window("Pad");
+    EXPECT_EQ(window.processIdentifier, 4002);
+    EXPECT_EQ(window.id, "4002:" + std::to_string(pad));
+    EXPECT_EQ(window.applicationName, "Notes");
+    EXPECT_EQ(window.bundleIdentifier, "test.Notes");
+    EXPECT_TRUE(window.isVisible);
+    ASSERT_TRUE(window.frame && window.minimumSize);
+    EXPECT_EQ(text(*window.frame), text(notes->outerFrame(pad)));
+    const CGRect area = notes->area(pad);
+    EXPECT_EQ(window.minimumSize->width, 420 + window.frame->size.width - area.size.width);
+    EXPECT_EQ(window.minimumSize->height, 310 + window.frame->size.height - area.size.height);
+
+    // What happens later is told by events and found by the next poll.
+    const auto count = desktop.changeCount();
+    const auto list = notes->open({.title = "List", .frame = makeRect(200, 200, 300, 300)});
+    notes->setTitle(pad, "Grüße");
+    EXPECT_TRUE(desk.showsExactly({"Delete all?", "Grüße", "Inbox", "List"}));
+    EXPECT_NE(desktop.changeCount(), count);
+    notes->destroy(list);
+    EXPECT_TRUE(desk.showsExactly({"Delete all?", "Grüße", "Inbox"}));
+}
+
+TEST_P(Windows, StandWhereTheyArePutAndAreToldOnce) {
+    Desk desk(GetParam());
+    const auto client = desk.client("Editor", 4001);
+    const auto left = client->open({.title = "Left"}), right = client->open({.title = "Right", .border = 3});
+    const auto large =
+        client->open({.title = "Large", .frame = makeRect(100, 100, 700, 500), .minimumSize = CGSize{650, 450}});
+    desk.openDesktop();
+    EXPECT_TRUE(desk.showsExactly({"Large", "Left", "Right"}));
+    for (const auto window : {left, right, large}) client->takeConfigureCount(window);
+
+    desk.place(desk.window("Left"), makeRect(5, 7, 630, 386));
+    desk.place(desk.window("Right"), makeRect(645, 7, 630, 386));
+    desk.service().flush();
+    desk.runFor(Seconds(0.8));
+    EXPECT_EQ(text(*desk.window("Left").frame), "5,7 630x386");
+    EXPECT_EQ(text(*desk.window("Right").frame), "645,7 630x386");
+    EXPECT_EQ(text(client->outerFrame(left)), "5,7 630x386");
+    EXPECT_EQ(client->takeConfigureCount(left), 1);
+    EXPECT_EQ(client->takeConfigureCount(right), 1);
+    EXPECT_EQ(client->takeConfigureCount(large), 0);
+
+    // A window that is there already is not bothered.
+    desk.place(desk.window("Left"), makeRect(5, 7, 630, 386));
+    desk.service().flush();
+    desk.runFor(Seconds(0.2));
+    EXPECT_EQ(client->takeConfigureCount(left), 0);
+
+    // A window manager keeps minimum sizes, and what the window refuses is learnt; the bare server keeps none.
+    desk.place(desk.window("Large"), makeRect(10, 400, 300, 300));
+    desk.service().flush();
+    desk.runFor(Seconds(0.8));
+    if (GetParam() == Manager::openbox) {
+        ASSERT_EQ(desk.reportedMinimums().size(), 1U);
+        EXPECT_EQ(text(desk.reportedMinimums().front()), text(client->outerFrame(large)));
+    } else {
+        EXPECT_EQ(text(client->outerFrame(large)), "10,400 300x300");
+    }
+}
+
+TEST_P(Windows, AreMinimisedAndComeBack) {
+    Desk desk(GetParam());
+    const auto client = desk.client("Editor", 4001);
+    const auto draft = client->open({.title = "Draft"});
+    desk.openDesktop();
+    EXPECT_TRUE(desk.showsExactly({"Draft"}));
+    const auto window = desk.window("Draft");
+    desk.service().minimize(window);
+    EXPECT_TRUE(desk.runUntil([&] { return desk.isMinimized("Draft"); }));
+    EXPECT_FALSE(client->isViewable(draft));
+    EXPECT_FALSE(desk.window("Draft").isVisible);
+
+    desk.service().restoreAndFocus(window);
+    EXPECT_TRUE(desk.runUntil([&] { return !desk.isMinimized("Draft") && desk.window("Draft").isVisible; }));
+    EXPECT_TRUE(client->isViewable(draft));
+    EXPECT_TRUE(desk.runUntil([&] { return desk.service().focusedWindowID() == window.id; }));
+    EXPECT_EQ(client->focus(), draft);
+}
+
+INSTANTIATE_TEST_SUITE_P(Beside, Windows, ::testing::Values(Manager::none, Manager::openbox),
+                         [](const auto& beside) { return beside.param == Manager::none ? "Nobody" : "Openbox"; });
+
+} // namespace
+} // namespace kova::testing
