@@ -22,7 +22,9 @@ DisplayLayouts::Entry& DisplayLayouts::entry(const Screen& screen, const Workspa
     const std::string id = displayID(screen);
     const LayoutDefinition* wanted = findLayout(catalogue, resolveLayoutID(profile, id, screen.visibleFrame.size));
     if (!wanted) wanted = &catalogue.front();
-    ResolvedKey key{wanted->id, profile.weights(id, wanted->id)};
+    const auto dragged = transientWeights_.find(id);
+    const bool isDragged = dragged != transientWeights_.end() && dragged->second.layoutID == wanted->id;
+    ResolvedKey key{wanted->id, isDragged ? dragged->second.overrides : profile.weights(id, wanted->id)};
     const auto found = entries_.find(id);
     if (found != entries_.end() && found->second.resolvedKey == key) return found->second;
     LayoutDefinition definition = applying(*wanted, key.weights);
@@ -44,6 +46,19 @@ const SolvedLayout& DisplayLayouts::solve(const Screen& screen, const WorkspaceP
         kept.solvedKey = std::move(key);
     }
     return kept.solved;
+}
+
+void DisplayLayouts::setTransientWeights(const std::string& displayID, const std::string& layoutID,
+                                         LayoutWeightOverrides weights) {
+    transientWeights_[displayID] = {layoutID, std::move(weights)};
+}
+
+void DisplayLayouts::clearTransientWeights(const std::string& displayID) {
+    transientWeights_.erase(displayID);
+}
+
+void DisplayLayouts::clearAllTransientWeights() {
+    transientWeights_.clear();
 }
 
 void DisplayLayouts::invalidate(const std::string& displayID) {

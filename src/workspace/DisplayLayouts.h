@@ -26,6 +26,10 @@ class DisplayLayouts {
     /// The tiles on the screen's visible frame, in layout space.
     const SolvedLayout& solve(const Screen& screen, const WorkspaceProfile& profile,
                               const std::vector<LayoutDefinition>& catalogue, const TileMinimumSizes& minimumSizes);
+    /// Weights in force while a divider is dragged, instead of the profile's.
+    void setTransientWeights(const std::string& displayID, const std::string& layoutID, LayoutWeightOverrides weights);
+    void clearTransientWeights(const std::string& displayID);
+    void clearAllTransientWeights();
     void invalidate(const std::string& displayID);
     void invalidateAll();
 
@@ -49,7 +53,13 @@ class DisplayLayouts {
     };
     Entry& entry(const Screen& screen, const WorkspaceProfile& profile, const std::vector<LayoutDefinition>& catalogue);
 
+    struct TransientWeights {
+        std::string layoutID;
+        LayoutWeightOverrides overrides;
+    };
+
     std::map<std::string, Entry> entries_;
+    std::map<std::string, TransientWeights> transientWeights_;
 };
 
 } // namespace kova

@@ -30,6 +30,8 @@ std::string_view describe(WorkspaceDirection direction) {
 WorkspaceController::WorkspaceController(const WorkspaceServices& services) :
     services_(services), windowService_(std::make_shared<AccessibilityWindowService>(
                              services.accessibility, services.applications, services.screens, services.queue)),
+    dividerDrag_(services.queue, [this] { applyDividerDrag(); }),
+    suspension_(services.queue, [this] { presentationResumed(); }),
     refreshCycle_(
         windowService_, services.session, services.changes, services.queue, services.pollingQueue,
         {[this](PollResult result) { applyPoll(std::move(result)); }, [this] { return hasUnfinishedBusiness(); }}) {
@@ -59,6 +61,7 @@ void WorkspaceController::start(bool promptForPermission) {
 }
 
 void WorkspaceController::stop() {
+    abandonDrags();
     closeFocusMode();
     refreshCycle_.end();
     recovery_.clear();

@@ -10,6 +10,9 @@
 #include "windowing/AccessibilityWindowService.h"
 #include "workspace/ArrangementPlan.h"
 #include "workspace/DisplayLayouts.h"
+#include "workspace/DividerDrag.h"
+#include "workspace/PresentationSuspension.h"
+#include "workspace/ReflowPolicy.h"
 #include "workspace/RefreshCycle.h"
 #include "workspace/TileAssignments.h"
 #include "workspace/TransitionRecovery.h"
@@ -17,6 +20,7 @@
 #include "workspace/WorkspaceAction.h"
 #include "workspace/WorkspaceState.h"
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -119,6 +123,31 @@ class WorkspaceController {
     /// Brings the next window of the focused tile's stack to the front.
     bool cycleStack();
 
+    // Dividers
+    /// Every boundary that can be dragged; none on a display that a zoomed window owns.
+    std::vector<DisplayLayoutDivider> dividers() const;
+    /// The gap in which the divider lies, in screen space; absent when its display is gone.
+    std::optional<CGRect> dividerFrameOnScreen(const DisplayLayoutDivider& divider) const;
+    /// False when the display is gone or shows another layout. Translations are in points from where the divider was at
+    /// the beginning: to the right, and downwards.
+    bool beginDividerDrag(const DisplayLayoutDivider& target);
+    void updateDividerDrag(const DisplayLayoutDivider& target, double translationPoints);
+    void endDividerDrag(const DisplayLayoutDivider& target);
+    /// Puts the divider back where the drag began.
+    void cancelDividerDrag();
+    /// Drops the weights of the divider's split.
+    bool resetDivider(const DisplayLayoutDivider& target);
+
+    // Windows moved by hand
+    /// The user has taken hold of a managed window: until it is let go, polls leave all windows alone.
+    bool beginWindowDrag(const std::string& windowID);
+    /// Where the pointer is, in screen space; and what the hand does with the window.
+    enum class HandMovement { move, resize };
+    void updateWindowDrag(CGPoint pointer, HandMovement movement);
+    enum class LettingGo { intoTile, floating };
+    void endWindowDrag(CGPoint pointer, HandMovement movement, LettingGo lettingGo);
+    void cancelWindowDrag();
+
     // Undo and focus mode
     bool undoLastAction();
     /// Gives the focused window its whole display, or gives the display back.
@@ -143,6 +172,8 @@ class WorkspaceController {
     void applyPoll(PollResult result);
     bool applyLockedSession(bool pollFoundLocked);
     void applyGrantedPoll(std::vector<ManagedWindow> windows, bool isRecovering, bool justGranted);
+    void presentPoll(bool isRecovering);
+    void publishWindows();
     void applyDenied();
     void keepAssignmentsValid(const std::set<std::string>& spared);
     void scheduleAutomaticArrangement(bool justGranted);
@@ -169,6 +200,21 @@ class WorkspaceController {
     bool isLeftAlone(const ManagedWindow& window) const;
     CGSize minimumSizeOf(const ManagedWindow& window) const;
     void publishAssignments();
+
+    // Dividers and hand-made moves (WorkspaceDividers.cpp, WorkspaceWindowDrag.cpp)
+    void applyDividerDrag();
+    void writeInteractiveFrames(const std::string& displayID);
+    void verifyFrames(const std::string& displayID);
+    void abandonDrags();
+    void presentationResumed();
+    void dropWindow(const ManagedWindow& window, CGPoint pointer, LettingGo lettingGo);
+    void resizeTileLike(const ManagedWindow& window, const CGRect& frameBefore);
+    std::optional<std::string> tileUnder(CGPoint pointOnScreen) const;
+    void storeWeights(const std::string& displayID, const std::string& layoutID, LayoutWeightOverrides weights);
+
+    // Windows that refuse (WorkspaceReflow.cpp)
+    void reflow(const std::string& windowID);
+    void relaxMinimums();
 
     // Arrangement (WorkspaceArrangement.cpp)
     bool arrange();
@@ -226,6 +272,13 @@ class WorkspaceController {
     UndoHistory undo_;
     std::optional<WorkspaceUndoSnapshot> focusZoomSnapshot_;
     std::vector<WorkspaceUndoSnapshot> historyBeforeFocusMode_;
+    DividerDrag dividerDrag_;
+    PresentationSuspension suspension_;
+    std::optional<WorkspaceUndoSnapshot> snapshotBeforeDrag_;
+    std::optional<std::string> handMovedWindowID_;
+    std::unordered_map<std::string, CGRect> interactiveWindowFramesByID_;
+    ReflowPolicy reflow_;
+    std::map<std::string, CGSize> minimumsToApply_;
     TransitionRecovery recovery_;
     std::unordered_map<std::string, Refusal> refusals_;
     ArrangementPlan lastArrangement_;

@@ -45,9 +45,8 @@ double WorkspaceController::firstScreenMaxY() const {
 
 bool WorkspaceController::isOnSomeScreen(const CGRect& frameForWindowService) const {
     const CGRect frameOnScreen = flipped(frameForWindowService, firstScreenMaxY());
-    return std::any_of(state_.screens->begin(), state_.screens->end(), [&](const Screen& screen) {
-        return intersectionArea(screen.frame, frameOnScreen) > 0;
-    });
+    return std::any_of(state_.screens->begin(), state_.screens->end(),
+                       [&](const Screen& screen) { return intersectionArea(screen.frame, frameOnScreen) > 0; });
 }
 
 const LayoutDefinition* WorkspaceController::resolvedLayout(const std::string& id) const {
@@ -184,6 +183,7 @@ LayoutSelectionResult WorkspaceController::selectLayout(const std::string& id,
     LayoutMigration migration = migrateAssignments(assignments_, id, before, after);
     assignments_ = std::move(migration.assignments);
     presentDisplaced(migration.displacedWindowIDs);
+    reflow_.forgetAllPushes();
     layoutChanged(id);
     showStatusMessage(layoutName + " on " + screen.localizedName);
     return LayoutSelectionResult::done;
@@ -215,13 +215,8 @@ bool WorkspaceController::resetLayoutSizes(const std::optional<std::string>& wan
     if (!screen) return refuse("No display is connected");
     const std::string name = screen->localizedName;
     pushUndoSnapshot();
-    WorkspaceProfile profile = *state_.profile;
-    const auto weights = profile.layoutWeightsByDisplay.find(*id);
-    if (weights != profile.layoutWeightsByDisplay.end()) {
-        weights->second.erase(resolvedLayout(*id)->id);
-        if (weights->second.empty()) profile.layoutWeightsByDisplay.erase(weights);
-    }
-    setProfile(std::move(profile));
+    storeWeights(*id, resolvedLayout(*id)->id, {});
+    reflow_.forgetAllPushes();
     layoutChanged(*id);
     showStatusMessage("Layout sizes reset on " + name);
     return true;

@@ -151,42 +151,6 @@ void WorkspaceController::writeFrame(const ManagedWindow& window, const CGRect& 
     if (ManagedWindow* live = findLive(id)) live->frame = frame;
 }
 
-/// A window that did not shrink tells its minimum in the directions in which it stayed larger than asked for.
-void WorkspaceController::minimumSizeObserved(const std::string& windowID, const CGRect& wanted, const CGRect& actual) {
-    const ManagedWindow* window = findLive(windowID);
-    if (!window) return;
-    CGSize minimum = minimumSizeOf(*window);
-    const CGSize before = minimum;
-    if (actual.size.width > wanted.size.width + kOffTolerancePoints) {
-        minimum.width = std::max(minimum.width, actual.size.width);
-    }
-    if (actual.size.height > wanted.size.height + kOffTolerancePoints) {
-        minimum.height = std::max(minimum.height, actual.size.height);
-    }
-    if (minimum == before) return;
-    auto observed = *state_.observedMinimumSizes;
-    observed[windowID] = minimum;
-    state_.observedMinimumSizes.set(std::move(observed));
-    auto profile = *state_.profile;
-    profile.applicationMinimumSizes[applicationKey(window->applicationName, window->bundleIdentifier)] = minimum;
-    setProfile(std::move(profile));
-    makeRoomFor(*window);
-}
-
-/// The tiles are solved again with what was learnt; a window that still does not fit claims a span.
-void WorkspaceController::makeRoomFor(const ManagedWindow& window) {
-    const auto target = assignments_.targetOf(window.id);
-    if (!target || (*state_.focusMode && (*state_.focusMode)->windowID == window.id)) return;
-    state_.layoutRevision.set(*state_.layoutRevision + 1);
-    const auto covering = coveringFor(window, *target);
-    if (covering && covering->targets.size() > assignments_.targetsOf(window.id).size()) {
-        place(window, *covering, BringToFront::no);
-        publishAssignments();
-    }
-    reapplyTileFrames();
-    services_.accessibility.flush();
-}
-
 void WorkspaceController::reapplyTileFrames() {
     if (*state_.permissionState != AccessibilityPermissionState::granted) return;
     for (const ManagedWindow& window : liveWindows_) {
@@ -199,10 +163,11 @@ void WorkspaceController::reapplyTileFrames() {
     }
 }
 
-/// Zoomed, minimised, full-screen and hidden windows keep their tiles and are put there when they come back.
+/// Zoomed, minimised, full-screen and hidden windows, and the one in the user's hand, keep their tiles and are put
+/// there when they come back.
 bool WorkspaceController::isLeftAlone(const ManagedWindow& window) const {
     const bool isZoomed = *state_.focusMode && (*state_.focusMode)->windowID == window.id;
-    return isZoomed || window.isMinimized || window.isFullScreen ||
+    return isZoomed || handMovedWindowID_ == window.id || window.isMinimized || window.isFullScreen ||
            windowService_->isApplicationHidden(window.processIdentifier);
 }
 

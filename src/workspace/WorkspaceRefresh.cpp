@@ -60,17 +60,28 @@ void WorkspaceController::applyGrantedPoll(std::vector<ManagedWindow> windows, b
     std::erase_if(minimums, isGone);
     state_.observedMinimumSizes.set(std::move(minimums));
     std::erase_if(refusals_, isGone);
+    std::erase_if(minimumsToApply_, isGone);
+    reflow_.keepOnly([this](const std::string& windowID) { return findLive(windowID) != nullptr; });
+    if (!suspension_.isSuspended()) presentPoll(isRecovering);
+    scheduleAutomaticArrangement(justGranted);
+}
 
-    if (!samePresentation(*state_.windows, liveWindows_)) state_.windows.set(liveWindows_);
+/// Not while the user's hand moves windows: then the picture is the hand's.
+void WorkspaceController::presentPoll(bool isRecovering) {
+    publishWindows();
     if (isRecovering) {
         keepAssignmentsValid(recovery_.awaitedWindowIDs());
         recoverAssignedWindows();
     } else {
         keepAssignmentsValid({});
     }
+    relaxMinimums();
     reapplyTileFrames();
     services_.accessibility.flush();
-    scheduleAutomaticArrangement(justGranted);
+}
+
+void WorkspaceController::publishWindows() {
+    if (!samePresentation(*state_.windows, liveWindows_)) state_.windows.set(liveWindows_);
 }
 
 void WorkspaceController::keepAssignmentsValid(const std::set<std::string>& spared) {
@@ -106,7 +117,7 @@ void WorkspaceController::scheduleAutomaticArrangement(bool justGranted) {
 }
 
 bool WorkspaceController::hasUnfinishedBusiness() const {
-    return recovery_.hasDeadline() || recovery_.detectedLockedLoginSession ||
+    return recovery_.hasDeadline() || recovery_.detectedLockedLoginSession || reflow_.isWaiting() ||
            std::any_of(refusals_.begin(), refusals_.end(),
                        [](const auto& entry) { return entry.second.attempts < kPlacementAttempts; });
 }
@@ -133,6 +144,7 @@ void WorkspaceController::giveUpUnreachablePlacements() {
 void WorkspaceController::suspendForSystemTransition() {
     if (!isRunning() || refreshCycle_.isSuspended()) return;
     refreshCycle_.suspend();
+    abandonDrags();
     recovery_.detectedLockedLoginSession = false;
     recovery_.remember(liveWindows_, assignments_);
 }

@@ -37,6 +37,7 @@ struct WorkspaceState {
     Published<std::map<std::string, CGSize>> observedMinimumSizes;
     Published<std::int64_t> layoutRevision{0};
     Published<std::optional<WindowPlacementNotice>> placementNotice;
+    Published<std::optional<std::string>> dropTargetSlotID; // tile-target id under a window that is being dragged
     Published<std::map<std::string, std::vector<std::string>>> stackWindowIDsByTarget;
     Published<bool> canUndo{false};
     Published<std::optional<WorkspaceFocusMode>> focusMode;

@@ -1,0 +1,58 @@
+// A divider in the user's hand: which one, how far, and how often that reaches the windows.
+// Updates are applied at most 60 times a second, always with the newest translation.
+#pragma once
+
+#include "layout/LayoutSolver.h"
+#include "support/Lifetime.h"
+#include "support/MainQueue.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace kova {
+
+/// The same boundary of the same layout on the same display, wherever it lies now.
+bool isSameDivider(const DisplayLayoutDivider& a, const DisplayLayoutDivider& b);
+
+struct ActiveDividerDrag {
+    DisplayLayoutDivider target;
+    LayoutWeightOverrides startingOverrides;
+    LayoutWeightOverrides overrides; // being dragged
+    bool didChange() const { return overrides != startingOverrides; }
+};
+
+class DividerDrag {
+  public:
+    static constexpr Seconds kUpdateInterval{1.0 / 60};
+
+    /// `apply` is called when a translation is due to reach the windows.
+    DividerDrag(MainQueue& queue, std::function<void()> apply);
+
+    const std::optional<ActiveDividerDrag>& active() const { return active_; }
+    /// True when a drag of this divider is under way.
+    bool concerns(const DisplayLayoutDivider& divider) const;
+
+    void begin(const DisplayLayoutDivider& target, const LayoutWeightOverrides& weightsInForce);
+    /// Points along the divider's axis from where it was at the beginning.
+    void update(double translationPoints);
+    /// Takes the pending translation and moves the weights by it; true when there was one. Where the divider cannot
+    /// move the weights stay; a divider that is back where it began has its starting weights.
+    bool takePendingTranslation();
+    /// What was dragged; no drag is active afterwards, and nothing is scheduled any more.
+    std::optional<ActiveDividerDrag> end();
+
+  private:
+    void cancelScheduledUpdate();
+
+    MainQueue& queue_;
+    std::function<void()> apply_;
+    std::optional<ActiveDividerDrag> active_;
+    std::optional<double> pendingTranslation_;
+    std::shared_ptr<ScheduledWork> scheduledUpdate_;
+    Seconds lastUpdateUptime_{0};
+    Lifetime lifetime_;
+};
+
+} // namespace kova

@@ -1,0 +1,41 @@
+// While the user's hand moves windows, the polls leave them alone. The pause ends by itself soon after the last
+// movement.
+#pragma once
+
+#include "support/Lifetime.h"
+#include "support/MainQueue.h"
+
+#include <cstdint>
+#include <functional>
+
+namespace kova {
+
+class PresentationSuspension {
+  public:
+    static constexpr Seconds kCheckInterval{0.8};
+    static constexpr Seconds kQuietTime{0.75};
+
+    PresentationSuspension(MainQueue& queue, std::function<void()> ended);
+
+    bool isSuspended() const { return isSuspended_; }
+    void suspend();
+    /// The hand still moves: begins the pause, or prolongs it.
+    void noteMovement();
+    /// Ends the present pause after the delay, unless a new one has begun by then.
+    void endAfter(Seconds delay);
+    /// Ends it without telling anybody.
+    void abandon();
+
+  private:
+    void scheduleCheck();
+    void end(std::int64_t generation);
+
+    MainQueue& queue_;
+    std::function<void()> ended_;
+    bool isSuspended_ = false;
+    std::int64_t windowMovementGeneration_ = 0;
+    Seconds lastWindowMovementActivity_{0};
+    Lifetime lifetime_;
+};
+
+} // namespace kova

@@ -1,0 +1,159 @@
+// Dividers in the user's hand: the windows on both sides follow while the weights change.
+#include "workspace/WorkspaceController.h"
+
+#include <algorithm>
+
+namespace kova {
+
+namespace {
+
+constexpr Seconds kResumeDelay{0.16};
+
+} // namespace
+
+std::vector<DisplayLayoutDivider> WorkspaceController::dividers() const {
+    std::vector<DisplayLayoutDivider> all;
+    for (const auto& screen : *state_.screens) {
+        const std::string id = displayID(screen);
+        if (*state_.focusMode && (*state_.focusMode)->displayID == id) continue;
+        const std::string layoutID = layouts_.resolve(screen, *state_.profile, catalogue()).id;
+        for (const auto& divider : solvedTiles(screen).dividers) all.push_back({id, layoutID, divider});
+    }
+    return all;
+}
+
+std::optional<CGRect> WorkspaceController::dividerFrameOnScreen(const DisplayLayoutDivider& divider) const {
+    const Screen* screen = screenOf(divider.displayID);
+    if (!screen) return std::nullopt;
+    return kova::tileFrameOnScreen(divider.divider.frame, screen->visibleFrame);
+}
+
+bool WorkspaceController::beginDividerDrag(const DisplayLayoutDivider& target) {
+    closeFocusMode();
+    const Screen* screen = screenOf(target.displayID);
+    if (!screen || layouts_.resolve(*screen, *state_.profile, catalogue()).id != target.layoutID) return false;
+    abandonDrags();
+    snapshotBeforeDrag_ = captureUndoSnapshot();
+    dividerDrag_.begin(target, state_.profile->weights(target.displayID, target.layoutID));
+    interactiveWindowFramesByID_.clear();
+    for (const auto& [targetID, windowID] : assignments_.assignedWindowIDs) {
+        const ManagedWindow* window = findLive(windowID);
+        if (window && window->frame && screenOfTarget(targetID) == screen) {
+            interactiveWindowFramesByID_[windowID] = *window->frame;
+        }
+    }
+    suspension_.suspend();
+    return true;
+}
+
+void WorkspaceController::updateDividerDrag(const DisplayLayoutDivider& target, double translationPoints) {
+    if (!dividerDrag_.concerns(target)) return;
+    suspension_.noteMovement();
+    dividerDrag_.update(translationPoints);
+}
+
+void WorkspaceController::applyDividerDrag() {
+    if (!dividerDrag_.takePendingTranslation()) return;
+    const ActiveDividerDrag& drag = *dividerDrag_.active();
+    layouts_.setTransientWeights(drag.target.displayID, drag.target.layoutID, drag.overrides);
+    layouts_.invalidate(drag.target.displayID);
+    state_.layoutRevision.set(*state_.layoutRevision + 1);
+    writeInteractiveFrames(drag.target.displayID);
+    services_.accessibility.flush();
+}
+
+void WorkspaceController::writeInteractiveFrames(const std::string& id) {
+    for (ManagedWindow& window : liveWindows_) {
+        const auto target = assignments_.targetOf(window.id);
+        const Screen* screen = target ? screenOfTarget(*target) : nullptr;
+        if (!screen || displayID(*screen) != id || isLeftAlone(window)) continue;
+        const auto frame = frameForWindow(window.id);
+        const auto last = interactiveWindowFramesByID_.find(window.id);
+        if (!frame || (last != interactiveWindowFramesByID_.end() && last->second == *frame)) continue;
+        windowService_->setFrameInteractive(window, *frame);
+        interactiveWindowFramesByID_[window.id] = *frame;
+        window.frame = *frame;
+    }
+}
+
+void WorkspaceController::endDividerDrag(const DisplayLayoutDivider& target) {
+    if (!dividerDrag_.concerns(target)) return;
+    applyDividerDrag();
+    const auto drag = dividerDrag_.end();
+    const std::string id = drag->target.displayID;
+    layouts_.clearTransientWeights(id);
+    if (drag->didChange()) {
+        pushUndoSnapshot(std::move(snapshotBeforeDrag_));
+        storeWeights(id, drag->target.layoutID, drag->overrides);
+    }
+    snapshotBeforeDrag_.reset();
+    reflow_.forgetAllPushes();
+    layoutChanged(id);
+    verifyFrames(id);
+    interactiveWindowFramesByID_.clear();
+    suspension_.endAfter(kResumeDelay);
+}
+
+void WorkspaceController::cancelDividerDrag() {
+    if (!dividerDrag_.active()) return;
+    const DisplayLayoutDivider target = dividerDrag_.active()->target;
+    updateDividerDrag(target, 0);
+    endDividerDrag(target);
+}
+
+bool WorkspaceController::resetDivider(const DisplayLayoutDivider& target) {
+    closeFocusMode();
+    LayoutWeightOverrides weights = state_.profile->weights(target.displayID, target.layoutID);
+    if (!screenOf(target.displayID) || weights.splits.erase(target.divider.splitID) == 0) return false;
+    pushUndoSnapshot();
+    storeWeights(target.displayID, target.layoutID, std::move(weights));
+    reflow_.forgetAllPushes();
+    layoutChanged(target.displayID);
+    return true;
+}
+
+void WorkspaceController::storeWeights(const std::string& id, const std::string& layoutID,
+                                       LayoutWeightOverrides weights) {
+    WorkspaceProfile profile = *state_.profile;
+    if (weights.splits.empty()) {
+        const auto layouts = profile.layoutWeightsByDisplay.find(id);
+        if (layouts != profile.layoutWeightsByDisplay.end()) {
+            layouts->second.erase(layoutID);
+            if (layouts->second.empty()) profile.layoutWeightsByDisplay.erase(layouts);
+        }
+    } else {
+        profile.layoutWeightsByDisplay[id][layoutID] = std::move(weights);
+    }
+    setProfile(std::move(profile));
+}
+
+/// Live writes are not verified; once the hand rests, every window of the display is placed in earnest.
+void WorkspaceController::verifyFrames(const std::string& id) {
+    for (const auto& [windowID, frame] : interactiveWindowFramesByID_) {
+        const ManagedWindow* window = findLive(windowID);
+        const auto target = frameForWindow(windowID);
+        const auto tile = assignments_.targetOf(windowID);
+        const Screen* screen = tile ? screenOfTarget(*tile) : nullptr;
+        if (!window || !target || !screen || displayID(*screen) != id || isLeftAlone(*window)) continue;
+        writeFrame(*window, *target, AccessibilityWindowService::BringToFront::no);
+    }
+    services_.accessibility.flush();
+}
+
+void WorkspaceController::abandonDrags() {
+    dividerDrag_.end();
+    layouts_.clearAllTransientWeights();
+    interactiveWindowFramesByID_.clear();
+    snapshotBeforeDrag_.reset();
+    handMovedWindowID_.reset();
+    state_.dropTargetSlotID.set(std::nullopt);
+    suspension_.abandon();
+}
+
+void WorkspaceController::presentationResumed() {
+    publishWindows();
+    keepAssignmentsValid({});
+    refresh();
+}
+
+} // namespace kova

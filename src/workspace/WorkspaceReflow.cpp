@@ -1,0 +1,89 @@
+// Windows that refuse their tiles: what they show of their minimum sizes is remembered, given room within bounds, and
+// forgotten when it proves to be no longer so.
+#include "workspace/WorkspaceController.h"
+
+#include <algorithm>
+
+namespace kova {
+
+namespace {
+
+constexpr double kRefusalPoints = 2;
+
+} // namespace
+
+/// A window that did not shrink tells its minimum in the directions in which it stayed larger than asked for.
+void WorkspaceController::minimumSizeObserved(const std::string& windowID, const CGRect& wanted, const CGRect& actual) {
+    const ManagedWindow* window = findLive(windowID);
+    if (!window) return;
+    CGSize minimum = minimumSizeOf(*window);
+    const CGSize before = minimum;
+    if (actual.size.width > wanted.size.width + kRefusalPoints)
+        minimum.width = std::max(minimum.width, actual.size.width);
+    if (actual.size.height > wanted.size.height + kRefusalPoints) {
+        minimum.height = std::max(minimum.height, actual.size.height);
+    }
+    if (minimum == before) return;
+    minimumsToApply_[windowID] = minimum;
+    reflow(windowID);
+}
+
+/// Now, or as soon as the display may be laid out again; not at all when the window has asked often enough.
+void WorkspaceController::reflow(const std::string& windowID) {
+    const auto minimum = minimumsToApply_.find(windowID);
+    const ManagedWindow* window = findLive(windowID);
+    const auto target = assignments_.targetOf(windowID);
+    const Screen* screen = target ? screenOfTarget(*target) : nullptr;
+    if (minimum == minimumsToApply_.end() || !window || !screen) return;
+    const Seconds now = services_.queue.uptime();
+    const auto due = reflow_.nextReflow(displayID(*screen), windowID, now);
+    if (!due) return;
+    if (*due > now) {
+        services_.queue.after(*due - now, lifetime_.guard([this, windowID] { reflow(windowID); }));
+        return;
+    }
+    reflow_.noteReflow(displayID(*screen), windowID, now);
+    auto observed = *state_.observedMinimumSizes;
+    observed[windowID] = minimum->second;
+    state_.observedMinimumSizes.set(std::move(observed));
+    WorkspaceProfile profile = *state_.profile;
+    profile.applicationMinimumSizes[applicationKey(window->applicationName, window->bundleIdentifier)] =
+        minimum->second;
+    setProfile(std::move(profile));
+    minimumsToApply_.erase(minimum);
+    makeRoomFor(*window);
+}
+
+/// The tiles are solved again with what was learnt; a window that still does not fit claims a span.
+void WorkspaceController::makeRoomFor(const ManagedWindow& window) {
+    const auto target = assignments_.targetOf(window.id);
+    if (!target || (*state_.focusMode && (*state_.focusMode)->windowID == window.id)) return;
+    state_.layoutRevision.set(*state_.layoutRevision + 1);
+    const auto covering = coveringFor(window, *target);
+    if (covering && covering->targets.size() > assignments_.targetsOf(window.id).size()) {
+        place(window, *covering, AccessibilityWindowService::BringToFront::no);
+        publishAssignments();
+    }
+    reapplyTileFrames();
+    services_.accessibility.flush();
+}
+
+/// A window that has stayed well below its remembered minimum does not need it any more.
+void WorkspaceController::relaxMinimums() {
+    auto observed = *state_.observedMinimumSizes;
+    for (auto& [windowID, minimum] : observed) {
+        const ManagedWindow* window = findLive(windowID);
+        const bool isResting = window && window->frame && window->isVisible && !windowService_->pendingFrame(windowID);
+        if (!isResting) continue;
+        const auto relaxed = reflow_.relaxedMinimum(windowID, minimum, window->frame->size, services_.queue.uptime());
+        if (!relaxed) continue;
+        minimum = *relaxed;
+        WorkspaceProfile profile = *state_.profile;
+        profile.applicationMinimumSizes[applicationKey(window->applicationName, window->bundleIdentifier)] = *relaxed;
+        setProfile(std::move(profile));
+        state_.layoutRevision.set(*state_.layoutRevision + 1);
+    }
+    state_.observedMinimumSizes.set(std::move(observed));
+}
+
+} // namespace kova

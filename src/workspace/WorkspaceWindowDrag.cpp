@@ -1,0 +1,127 @@
+// Windows that the user moves and resizes by hand.
+#include "workspace/EdgeResize.h"
+#include "workspace/WorkspaceController.h"
+
+#include <algorithm>
+
+namespace kova {
+
+namespace {
+
+constexpr Seconds kResumeDelay{0.16};
+
+/// Screen space to layout space: origin at the visible frame's top left, y down.
+CGRect inLayout(const CGRect& rectOnScreen, const CGRect& visibleFrame) {
+    return makeRect(minX(rectOnScreen) - minX(visibleFrame), maxY(visibleFrame) - maxY(rectOnScreen),
+                    rectOnScreen.size.width, rectOnScreen.size.height);
+}
+
+} // namespace
+
+std::optional<std::string> WorkspaceController::tileUnder(CGPoint pointOnScreen) const {
+    for (const auto& tile : tiles()) {
+        if (containsPoint(tile.frameOnScreen, pointOnScreen)) return tile.targetID;
+    }
+    return std::nullopt;
+}
+
+bool WorkspaceController::beginWindowDrag(const std::string& windowID) {
+    const ManagedWindow* window = findLive(windowID);
+    if (!window || window->isFullScreen || *state_.permissionState != AccessibilityPermissionState::granted)
+        return false;
+    if (*state_.focusMode && (*state_.focusMode)->windowID == windowID) return false;
+    abandonDrags();
+    snapshotBeforeDrag_ = captureUndoSnapshot();
+    handMovedWindowID_ = windowID;
+    windowService_->cancelPlacement(windowID);
+    suspension_.suspend();
+    return true;
+}
+
+void WorkspaceController::updateWindowDrag(CGPoint pointer, HandMovement movement) {
+    if (!handMovedWindowID_) return;
+    suspension_.noteMovement();
+    state_.dropTargetSlotID.set(movement == HandMovement::move ? tileUnder(pointer) : std::nullopt);
+}
+
+void WorkspaceController::endWindowDrag(CGPoint pointer, HandMovement movement, LettingGo lettingGo) {
+    if (!handMovedWindowID_) return;
+    const std::string windowID = *handMovedWindowID_;
+    handMovedWindowID_.reset();
+    state_.dropTargetSlotID.set(std::nullopt);
+    ManagedWindow* window = findLive(windowID);
+    if (window) {
+        const auto before = snapshotBeforeDrag_->windowFrames.find(windowID);
+        if (const auto now = windowService_->readFrame(window->element)) window->frame = *now;
+        const bool hadFrame = before != snapshotBeforeDrag_->windowFrames.end();
+        if (movement == HandMovement::resize && hadFrame && assignments_.isAssigned(windowID)) {
+            resizeTileLike(*window, CGRect(before->second));
+        } else {
+            dropWindow(ManagedWindow(*window), pointer, lettingGo);
+        }
+    }
+    snapshotBeforeDrag_.reset();
+    publishAssignments();
+    reapplyTileFrames();
+    services_.accessibility.flush();
+    suspension_.endAfter(kResumeDelay);
+}
+
+void WorkspaceController::cancelWindowDrag() {
+    if (handMovedWindowID_) abandonDrags();
+}
+
+void WorkspaceController::dropWindow(const ManagedWindow& window, CGPoint pointer, LettingGo lettingGo) {
+    if (lettingGo == LettingGo::floating) {
+        if (!assignments_.isInAnyTile(window.id)) return;
+        pushUndoSnapshot(std::move(snapshotBeforeDrag_));
+        assignments_.remove(window.id);
+        showStatusMessage(window.applicationName + " floats until the next arrangement");
+        return;
+    }
+    const auto target = tileUnder(pointer);
+    const auto own = assignments_.targetsOf(window.id);
+    if (!target || std::find(own.begin(), own.end(), *target) != own.end()) return; // back to its tile, if it has one
+    const auto covering = coveringFor(window, *target);
+    if (!covering) return;
+    pushUndoSnapshot(std::move(snapshotBeforeDrag_));
+    place(window, *covering, AccessibilityWindowService::BringToFront::yes);
+    learn(window, *target);
+    showStatusMessage("Moved " + window.applicationName + " to " + covering->targets.front().slot.name);
+}
+
+/// The dividers at the edges that were pulled follow, as far as the minimums allow; then the window fits its tile
+/// again.
+void WorkspaceController::resizeTileLike(const ManagedWindow& window, const CGRect& frameBefore) {
+    const auto anchor = assignments_.targetOf(window.id);
+    const Screen* screen = anchor ? screenOfTarget(*anchor) : nullptr;
+    const auto placed = frameForWindow(window.id);
+    if (!screen || !placed || !window.frame) return;
+    const double top = firstScreenMaxY();
+    const CGRect visible = screen->visibleFrame;
+    const CGRect cell = insetBy(inLayout(flipped(*placed, top), visible), -state_.profile->tileInset);
+    const std::string id = displayID(*screen);
+    const std::string layoutID = layouts_.resolve(*screen, *state_.profile, catalogue()).id;
+    const auto moves = dividersMovedBy(cell, inLayout(flipped(frameBefore, top), visible),
+                                       inLayout(flipped(*window.frame, top), visible), solvedTiles(*screen).dividers);
+    LayoutWeightOverrides weights = state_.profile->weights(id, layoutID);
+    const LayoutWeightOverrides before = weights;
+    for (const auto& move : moves) {
+        LayoutDivider divider = move.divider;
+        // Two edges of one split: the second starts from where the first has put it.
+        const auto dragged = weights.splits.find(divider.splitID);
+        if (dragged != weights.splits.end() && dragged->second.size() == divider.branchLengths.size() &&
+            weights != before) {
+            divider.branchLengths = dragged->second;
+        }
+        if (const auto result = draggedWeights(divider, move.translationPoints))
+            weights.splits[divider.splitID] = *result;
+    }
+    if (weights == before) return;
+    pushUndoSnapshot(std::move(snapshotBeforeDrag_));
+    storeWeights(id, layoutID, std::move(weights));
+    reflow_.forgetAllPushes();
+    layoutChanged(id);
+}
+
+} // namespace kova

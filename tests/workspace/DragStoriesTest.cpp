@@ -1,0 +1,229 @@
+// What the user's hand does: dividers, windows dragged from tile to tile, windows resized at their tile's edge.
+#include "tests/harness/Desk.h"
+#include "workspace/EdgeResize.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+namespace kova {
+
+namespace {
+
+const char* const kHalves = "Codex 15,15 1254x1382 | Mail 1291,15 1254x1382";
+
+/// Two windows side by side, the divider between them, and the hand.
+class Halves : public ::testing::Test {
+  protected:
+    Halves() {
+        desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+        divider = desk.controller().dividers().front();
+        history = desk.controller().undoHistory().size();
+    }
+    WorkspaceController& kova() { return desk.controller(); }
+    std::size_t newUndoSteps() { return kova().undoHistory().size() - history; }
+    void takes(const std::string& label) { ASSERT_TRUE(kova().beginWindowDrag(desk.desktop.windowIDOf(label))); }
+    /// The frame is in desktop space, the pointer in screen space.
+    void letsGo(const std::string& label, const CGRect& frame, CGPoint pointer,
+                WorkspaceController::LettingGo how = WorkspaceController::LettingGo::intoTile,
+                WorkspaceController::HandMovement movement = WorkspaceController::HandMovement::move) {
+        desk.desktop.moveByHand(label, frame);
+        kova().updateWindowDrag(pointer, movement);
+        desk.advance(Seconds(0.2));
+        kova().endWindowDrag(pointer, movement, how);
+        desk.settle();
+    }
+
+    Desk desk;
+    DisplayLayoutDivider divider;
+    std::size_t history = 0;
+};
+
+TEST_F(Halves, BothNeighboursFollowTheDividerAndUndoPutsItBack) {
+    EXPECT_EQ(kova().dividerFrameOnScreen(divider), makeRect(1274, 38, 12, 1392));
+    ASSERT_TRUE(kova().beginDividerDrag(divider));
+    kova().updateDividerDrag(divider, 200);
+    EXPECT_EQ(desk.tiles(), "Codex 15,15 1454x1382 | Mail 1491,15 1054x1382")
+        << "the first update goes through at once";
+    kova().updateDividerDrag(divider, 400);
+    kova().endDividerDrag(divider);
+    desk.settle();
+    desk.expectTiles("Codex 15,15 1654x1382 | Mail 1691,15 854x1382");
+    const auto& stored = desk.state().profile->layoutWeightsByDisplay.at(divider.displayID).at("jarvis.dual-split");
+    EXPECT_EQ(stored.splits.at("root"), (std::vector<double>{1664, 864}));
+    EXPECT_EQ(newUndoSteps(), 1u);
+    desk.undo();
+    desk.expectTiles(kHalves);
+    EXPECT_TRUE(desk.state().profile->layoutWeightsByDisplay.empty());
+}
+
+TEST_F(Halves, ADividerStopsWhereTheNeighbourCannotShrink) {
+    ASSERT_TRUE(kova().beginDividerDrag(divider));
+    kova().updateDividerDrag(divider, 5000);
+    kova().endDividerDrag(divider);
+    desk.settle();
+    desk.expectTiles("Codex 15,15 2198x1382 | Mail 2235,15 310x1382");
+}
+
+TEST_F(Halves, ABurstOfUpdatesReachesTheWindowsSixtyTimesASecondAndEndsOnTheLast) {
+    ASSERT_TRUE(kova().beginDividerDrag(divider));
+    const auto revision = *desk.state().layoutRevision;
+    for (int i = 1; i <= 100; ++i) {
+        kova().updateDividerDrag(divider, i);
+        desk.advance(Seconds(0.001));
+    }
+    EXPECT_LE(*desk.state().layoutRevision - revision, 7);
+    EXPECT_GE(*desk.state().layoutRevision - revision, 5);
+    desk.advance(Seconds(0.02));
+    EXPECT_EQ(desk.tiles(), "Codex 15,15 1354x1382 | Mail 1391,15 1154x1382");
+    kova().endDividerDrag(divider);
+}
+
+TEST_F(Halves, ADragThatEndsWhereItBeganOrIsCancelledChangesNothing) {
+    const auto profile = *desk.state().profile;
+    ASSERT_TRUE(kova().beginDividerDrag(divider));
+    kova().endDividerDrag(divider);
+    ASSERT_TRUE(kova().beginDividerDrag(divider));
+    kova().updateDividerDrag(divider, 300);
+    desk.advance(Seconds(0.1));
+    kova().updateDividerDrag(divider, 0);
+    kova().endDividerDrag(divider);
+    ASSERT_TRUE(kova().beginDividerDrag(divider));
+    kova().updateDividerDrag(divider, 300);
+    kova().cancelDividerDrag();
+    desk.settle();
+    desk.expectTiles(kHalves);
+    EXPECT_EQ(*desk.state().profile, profile);
+    EXPECT_EQ(newUndoSteps(), 0u);
+}
+
+TEST_F(Halves, PollsDoNotFightTheHand) {
+    desk.desktop.setVouching(false);
+    ASSERT_TRUE(kova().beginDividerDrag(divider));
+    kova().updateDividerDrag(divider, 300);
+    for (int i = 0; i < 30; ++i) {
+        desk.advance(Seconds(0.2));
+        kova().updateDividerDrag(divider, 300);
+        ASSERT_EQ(desk.tiles(), "Codex 15,15 1554x1382 | Mail 1591,15 954x1382");
+    }
+    DisplayLayoutDivider other = divider;
+    other.divider.boundaryIndex = 7;
+    kova().updateDividerDrag(other, -300);
+    kova().endDividerDrag(other);
+    desk.advance(Seconds(0.1));
+    EXPECT_EQ(desk.tiles(), "Codex 15,15 1554x1382 | Mail 1591,15 954x1382") << "another divider is another matter";
+    kova().endDividerDrag(divider);
+}
+
+TEST_F(Halves, ADoubleClickForgetsTheWeightsAndAForeignDividerIsRefused) {
+    EXPECT_FALSE(kova().resetDivider(divider)) << "nothing to forget";
+    ASSERT_TRUE(kova().beginDividerDrag(divider));
+    kova().updateDividerDrag(divider, 300);
+    kova().endDividerDrag(divider);
+    EXPECT_TRUE(kova().resetDivider(divider));
+    desk.settle();
+    desk.expectTiles(kHalves);
+    DisplayLayoutDivider gone = divider;
+    gone.displayID = "display-gone";
+    EXPECT_FALSE(kova().beginDividerDrag(gone));
+    desk.layout("jarvis.dual-stack");
+    EXPECT_FALSE(kova().beginDividerDrag(divider));
+}
+
+TEST_F(Halves, ADividerDragIsAbandonedWhenTheMachineSleeps) {
+    ASSERT_TRUE(kova().beginDividerDrag(divider));
+    kova().updateDividerDrag(divider, 300);
+    desk.sleep();
+    kova().endDividerDrag(divider);
+    desk.wake().settle();
+    desk.expectTiles(kHalves);
+}
+
+TEST_F(Halves, NoDividersOnADisplayThatAZoomedWindowOwns) {
+    desk.desktop.focusByHand("Mail");
+    desk.zoom();
+    EXPECT_TRUE(kova().dividers().empty());
+}
+
+TEST_F(Halves, AWindowDroppedOnAnotherTileMovesThereAndUndoPutsItBack) {
+    takes("Mail");
+    desk.desktop.moveByHand("Mail", makeRect(400, 300, 1254, 1382));
+    kova().updateWindowDrag({500, 700}, WorkspaceController::HandMovement::move);
+    EXPECT_EQ(*desk.state().dropTargetSlotID, desk.targetID("A", "focus-main"));
+    letsGo("Mail", makeRect(420, 300, 1254, 1382), {500, 700});
+    EXPECT_EQ(*desk.state().dropTargetSlotID, std::nullopt);
+    desk.expectTiles("Mail 15,15 1254x1382 + Codex | -");
+    EXPECT_EQ(newUndoSteps(), 1u);
+    desk.undo();
+    desk.expectTiles(kHalves);
+}
+
+TEST_F(Halves, DroppedOnItsOwnTileOrBetweenTilesItReturns) {
+    for (const CGPoint pointer : {CGPoint{2000, 700}, CGPoint{1280, 700}}) {
+        takes("Mail");
+        letsGo("Mail", makeRect(1000, 300, 1254, 1382), pointer);
+        desk.expectTiles(kHalves);
+    }
+    EXPECT_EQ(newUndoSteps(), 0u);
+}
+
+TEST_F(Halves, AWindowHeldStillIsNotTakenOutOfTheHand) {
+    desk.desktop.setVouching(false);
+    takes("Mail");
+    desk.desktop.moveByHand("Mail", makeRect(1000, 300, 1254, 1382));
+    for (int i = 0; i < 10; ++i) desk.advance(Seconds(0.5));
+    EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Mail")), "Mail 1000,300 1254x1382");
+    kova().endWindowDrag({2000, 700}, WorkspaceController::HandMovement::move,
+                         WorkspaceController::LettingGo::intoTile);
+    desk.settle();
+    desk.expectTiles(kHalves);
+}
+
+TEST_F(Halves, WithShiftItFloatsUntilTheNextArrangementOrUntilItIsDroppedOnATile) {
+    takes("Mail");
+    letsGo("Mail", makeRect(1000, 300, 1254, 1000), {2000, 700}, WorkspaceController::LettingGo::floating);
+    desk.expectTiles("Codex 15,15 1254x1382 | -");
+    EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Mail")), "Mail 1000,300 1254x1000");
+    takes("Mail");
+    letsGo("Mail", makeRect(1300, 300, 1254, 1000), {2000, 700});
+    desk.expectTiles(kHalves);
+    EXPECT_EQ(newUndoSteps(), 2u);
+}
+
+TEST_F(Halves, AWindowPulledWiderTakesTheDividerAlong) {
+    takes("Codex");
+    letsGo("Codex", makeRect(15, 15, 1554, 1382), {1569, 700}, WorkspaceController::LettingGo::intoTile,
+           WorkspaceController::HandMovement::resize);
+    desk.expectTiles("Codex 15,15 1554x1382 | Mail 1591,15 954x1382");
+    EXPECT_EQ(newUndoSteps(), 1u);
+    takes("Mail");
+    letsGo("Mail", makeRect(1291, 15, 1254, 1382), {1291, 700}, WorkspaceController::LettingGo::intoTile,
+           WorkspaceController::HandMovement::resize);
+    desk.expectTiles(kHalves);
+    takes("Codex");
+    letsGo("Codex", makeRect(15, 15, 1254, 700), {700, 725}, WorkspaceController::LettingGo::intoTile,
+           WorkspaceController::HandMovement::resize);
+    desk.expectTiles(kHalves); // there is no divider at the display's edge
+}
+
+TEST(EdgeResize, OnlyDividersThatRunAlongThePulledEdgeMove) {
+    const auto solved = solveDefinition(*findLayout(builtInLayouts(), "jarvis.quad-grid"), {}, {2560, 1440}, 5);
+    const CGRect cell = solved.frames[3]; // lower right
+    const CGRect window = insetBy(cell, 5);
+    const auto pulled = [&](double left, double top, double right, double bottom) {
+        const CGRect after = makeRect(minX(window) + left, minY(window) + top, window.size.width - left + right,
+                                      window.size.height - top + bottom);
+        std::string text;
+        for (const auto& move : dividersMovedBy(cell, window, after, solved.dividers)) {
+            text += move.divider.splitID + " " + std::to_string(std::lround(move.translationPoints)) + " ";
+        }
+        return text;
+    };
+    EXPECT_EQ(pulled(-100, -50, 0, 0), "root -50 root.1 -100 ") << "its own row's divider, not the upper row's";
+    EXPECT_EQ(pulled(-2, 1, 0, 0), "");
+    EXPECT_EQ(pulled(0, 0, 80, 80), "");
+}
+
+} // namespace
+
+} // namespace kova

@@ -1,0 +1,98 @@
+// Windows that refuse: every desktop comes to rest, and what fits does not overlap.
+#include "tests/harness/Desk.h"
+#include "workspace/ReflowPolicy.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace kova {
+
+namespace {
+
+TEST(ReflowPolicy, OncePerSecondAndDisplayAndThreeTimesPerWindow) {
+    ReflowPolicy policy;
+    EXPECT_EQ(policy.nextReflow("D", "a", Seconds(10)), Seconds(10));
+    policy.noteReflow("D", "a", Seconds(10));
+    EXPECT_EQ(policy.nextReflow("D", "b", Seconds(10.4)), Seconds(11));
+    EXPECT_EQ(policy.nextReflow("E", "a", Seconds(10.4)), Seconds(10.4));
+    policy.noteReflow("D", "a", Seconds(11));
+    policy.noteReflow("D", "a", Seconds(12));
+    EXPECT_EQ(policy.nextReflow("D", "a", Seconds(90)), std::nullopt);
+    policy.forgetAllPushes();
+    EXPECT_EQ(policy.nextReflow("D", "a", Seconds(90)), Seconds(90));
+}
+
+TEST(ReflowPolicy, AMinimumIsGivenUpAfterTwoSecondsEightPointsBelow) {
+    ReflowPolicy policy;
+    const CGSize minimum = {600, 400};
+    EXPECT_FALSE(policy.relaxedMinimum("a", minimum, {593, 500}, Seconds(0)));
+    EXPECT_FALSE(policy.isWaiting());
+    EXPECT_FALSE(policy.relaxedMinimum("a", minimum, {592, 500}, Seconds(1)));
+    EXPECT_FALSE(policy.relaxedMinimum("a", minimum, {550, 500}, Seconds(2.9)));
+    EXPECT_EQ(policy.relaxedMinimum("a", minimum, {550, 500}, Seconds(3)), (CGSize{592, 400})) << "the most it needed";
+    EXPECT_FALSE(policy.relaxedMinimum("a", minimum, {550, 500}, Seconds(4)));
+    EXPECT_FALSE(policy.relaxedMinimum("a", minimum, {600, 400}, Seconds(5))) << "back at its minimum: begins anew";
+    EXPECT_FALSE(policy.relaxedMinimum("a", minimum, {550, 500}, Seconds(6.5)));
+}
+
+TEST(ReflowStories, AWindowThatAlwaysTakesMoreThanItsTileIsGivenUpOnInTime) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Codex");
+    desk.opens("Mail", {.secretMinimumSize = {{2400, 300}}}).opens("Notes").opens("Viewer").arrange();
+    desk.advance(Seconds(10));
+    const auto notice = *desk.state().placementNotice;
+    ASSERT_TRUE(notice) << "it claimed a span";
+    EXPECT_EQ(notice->applicationName, "Mail");
+    EXPECT_EQ(desk.framesWrittenWithin(Seconds(120)), 0);
+}
+
+std::vector<CGRect> tiledFrames(Desk& desk) {
+    std::vector<CGRect> frames;
+    for (const auto& tile : desk.controller().tiles()) {
+        if (!tile.windowID) continue;
+        const auto& window = desk.desktop.window(desk.desktop.labelOfID(*tile.windowID));
+        if (desk.controller().assignments().targetOf(*tile.windowID) != tile.targetID || window.isMinimized) continue;
+        frames.push_back(desk.desktop.frameForWindowService(window));
+    }
+    return frames;
+}
+
+TEST(ReflowStories, EveryDeskComesToRestAndWhatFitsDoesNotOverlap) {
+    const std::vector<std::string> layouts = {"jarvis.command-center", "jarvis.dual-split", "jarvis.triple-strip",
+                                              "jarvis.quad-grid",      "jarvis.six-grid",   "jarvis.triple-stack"};
+    for (unsigned seed = 1; seed <= 60; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        std::mt19937 random(seed);
+        const auto upTo = [&](int limit) { return static_cast<double>(random() % static_cast<unsigned>(limit + 1)); };
+        Desk desk;
+        desk.display(2560, 1440).layout(layouts[random() % layouts.size()]);
+        bool isTame = true;
+        for (int i = 0; i < 5; ++i) {
+            WindowTraits traits;
+            const auto kind = random() % 5;
+            if (kind == 1) traits.minimumSize = CGSize{200 + upTo(350), 100 + upTo(100)};
+            if (kind == 2) traits.secretMinimumSize = CGSize{200 + upTo(350), 100 + upTo(100)};
+            if (kind == 3) traits.cell = {5 + upTo(15), 5 + upTo(25)};
+            if (kind == 4) {
+                traits.refusesToMove = random() % 2 == 0;
+                traits.refusesToResize = !traits.refusesToMove;
+                isTame = false;
+            }
+            desk.opens("App" + std::to_string(i), traits);
+        }
+        desk.arrange().advance(Seconds(30));
+        EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0) << desk.desktop.picture();
+        if (!isTame) continue; // who does not move cannot be kept apart
+        const auto frames = tiledFrames(desk);
+        for (std::size_t a = 0; a < frames.size(); ++a) {
+            for (std::size_t b = a + 1; b < frames.size(); ++b) {
+                EXPECT_EQ(intersectionArea(frames[a], frames[b]), 0) << desk.desktop.picture();
+            }
+        }
+    }
+}
+
+} // namespace
+
+} // namespace kova
