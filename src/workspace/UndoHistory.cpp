@@ -4,15 +4,15 @@
 
 namespace kova {
 
-void UndoHistory::push(WorkspaceUndoSnapshot snapshot) {
-    snapshots_.push_back(std::move(snapshot));
-    if (snapshots_.size() > kLimit) snapshots_.erase(snapshots_.begin());
+void UndoHistory::push(UndoEntry entry) {
+    entries_.push_back(std::move(entry));
+    if (entries_.size() > kLimit) entries_.erase(entries_.begin());
 }
 
-std::optional<WorkspaceUndoSnapshot> UndoHistory::takeNewest() {
-    if (snapshots_.empty()) return std::nullopt;
-    auto newest = std::move(snapshots_.back());
-    snapshots_.pop_back();
+std::optional<UndoEntry> UndoHistory::takeNewest() {
+    if (entries_.empty()) return std::nullopt;
+    auto newest = std::move(entries_.back());
+    entries_.pop_back();
     return newest;
 }
 

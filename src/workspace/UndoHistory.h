@@ -26,23 +26,37 @@ struct WorkspaceUndoSnapshot {
     bool operator==(const WorkspaceUndoSnapshot&) const = default;
 };
 
+/// What an entry was, in words for a person.
+struct UndoLabel {
+    std::string action;               // "arrange", "move left"
+    std::vector<std::string> windows; // the applications of the windows concerned
+    bool operator==(const UndoLabel&) const = default;
+};
+
+struct UndoEntry {
+    WorkspaceUndoSnapshot snapshot; // what going back restores
+    UndoLabel label;
+    WallTime time{};
+    bool operator==(const UndoEntry&) const = default;
+};
+
 class UndoHistory {
   public:
     static constexpr std::size_t kLimit = 30;
 
     /// Drops the oldest entries beyond the limit.
-    void push(WorkspaceUndoSnapshot snapshot);
+    void push(UndoEntry entry);
     /// The newest entry; absent when there is none.
-    std::optional<WorkspaceUndoSnapshot> takeNewest();
-    bool isEmpty() const { return snapshots_.empty(); }
-    std::size_t size() const { return snapshots_.size(); }
+    std::optional<UndoEntry> takeNewest();
+    bool isEmpty() const { return entries_.empty(); }
+    std::size_t size() const { return entries_.size(); }
 
     /// The whole history, to be put back as it was: entering and leaving focus mode must not cost the oldest entry.
-    const std::vector<WorkspaceUndoSnapshot>& entries() const { return snapshots_; }
-    void restore(std::vector<WorkspaceUndoSnapshot> entries) { snapshots_ = std::move(entries); }
+    const std::vector<UndoEntry>& entries() const { return entries_; }
+    void restore(std::vector<UndoEntry> entries) { entries_ = std::move(entries); }
 
   private:
-    std::vector<WorkspaceUndoSnapshot> snapshots_; // oldest first
+    std::vector<UndoEntry> entries_; // oldest first
 };
 
 } // namespace kova

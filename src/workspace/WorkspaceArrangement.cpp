@@ -34,7 +34,7 @@ const Screen* screenHolding(const std::vector<Screen>& screens, const CGRect& re
 
 bool WorkspaceController::arrange() {
     if (!requirePermission()) return false;
-    pushUndoSnapshot();
+    pushUndoSnapshot({"arrange", applicationsOn(std::nullopt)});
     arrangeWindows();
     showStatusMessage("Windows arranged into zones — Undo is available");
     return true;

@@ -242,7 +242,9 @@ class WorkspaceController {
 
     // Undo and focus mode (WorkspaceUndo.cpp)
     WorkspaceUndoSnapshot captureUndoSnapshot() const;
-    void pushUndoSnapshot(std::optional<WorkspaceUndoSnapshot> snapshot = std::nullopt);
+    void pushUndoSnapshot(UndoLabel label, std::optional<WorkspaceUndoSnapshot> snapshot = std::nullopt);
+    /// Applications of the windows in the display's tiles, each once; of all live windows when none is named.
+    std::vector<std::string> applicationsOn(const std::optional<std::string>& displayID) const;
     void restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot);
     bool leaveFocusMode();
     bool enterFocusMode();
@@ -271,7 +273,7 @@ class WorkspaceController {
     mutable DisplayLayouts layouts_;
     UndoHistory undo_;
     std::optional<WorkspaceUndoSnapshot> focusZoomSnapshot_;
-    std::vector<WorkspaceUndoSnapshot> historyBeforeFocusMode_;
+    std::vector<UndoEntry> historyBeforeFocusMode_;
     DividerDrag dividerDrag_;
     PresentationSuspension suspension_;
     std::optional<WorkspaceUndoSnapshot> snapshotBeforeDrag_;

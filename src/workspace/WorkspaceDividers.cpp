@@ -83,7 +83,7 @@ void WorkspaceController::endDividerDrag(const DisplayLayoutDivider& target) {
     const std::string id = drag->target.displayID;
     layouts_.clearTransientWeights(id);
     if (drag->didChange()) {
-        pushUndoSnapshot(std::move(snapshotBeforeDrag_));
+        pushUndoSnapshot({"drag divider", applicationsOn(id)}, std::move(snapshotBeforeDrag_));
         storeWeights(id, drag->target.layoutID, drag->overrides);
     }
     snapshotBeforeDrag_.reset();
@@ -105,7 +105,7 @@ bool WorkspaceController::resetDivider(const DisplayLayoutDivider& target) {
     closeFocusMode();
     LayoutWeightOverrides weights = state_.profile->weights(target.displayID, target.layoutID);
     if (!screenOf(target.displayID) || weights.splits.erase(target.divider.splitID) == 0) return false;
-    pushUndoSnapshot();
+    pushUndoSnapshot({"reset divider", applicationsOn(target.displayID)});
     storeWeights(target.displayID, target.layoutID, std::move(weights));
     reflow_.forgetAllPushes();
     layoutChanged(target.displayID);

@@ -170,7 +170,9 @@ LayoutSelectionResult WorkspaceController::selectLayout(const std::string& id,
     if (selection.layoutID && !findLayout(catalogue(), *selection.layoutID))
         return LayoutSelectionResult::unknownLayout;
     const Screen screen = *found;
-    pushUndoSnapshot();
+    const std::string choice =
+        selection.layoutID ? "layout " + findLayout(catalogue(), *selection.layoutID)->name : "automatic layout";
+    pushUndoSnapshot({choice, applicationsOn(id)});
     const DisplayTiles before = tilesOf(solvedTiles(screen));
     WorkspaceProfile profile = *state_.profile;
     profile.layoutSelectionsByDisplay[id] = selection;
@@ -214,7 +216,7 @@ bool WorkspaceController::resetLayoutSizes(const std::optional<std::string>& wan
     const Screen* screen = id ? screenOf(*id) : nullptr;
     if (!screen) return refuse("No display is connected");
     const std::string name = screen->localizedName;
-    pushUndoSnapshot();
+    pushUndoSnapshot({"reset layout sizes", applicationsOn(id)});
     storeWeights(*id, resolvedLayout(*id)->id, {});
     reflow_.forgetAllPushes();
     layoutChanged(*id);
@@ -225,7 +227,7 @@ bool WorkspaceController::resetLayoutSizes(const std::optional<std::string>& wan
 bool WorkspaceController::setTileInset(double points) {
     constexpr double kLargestInset = 100;
     if (!(points >= 0 && points <= kLargestInset)) return false;
-    pushUndoSnapshot();
+    pushUndoSnapshot({"tile inset", applicationsOn(std::nullopt)});
     WorkspaceProfile profile = *state_.profile;
     profile.tileInset = points;
     setProfile(std::move(profile));

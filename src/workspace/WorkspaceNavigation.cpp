@@ -51,7 +51,7 @@ bool WorkspaceController::moveWindow(WorkspaceDirection direction) {
     const std::string word(describe(direction));
     const auto target = neighbourOf(*start, direction, TilesConsidered::all);
     if (!target) return refuse("No zone " + word + " of the focused window");
-    pushUndoSnapshot();
+    pushUndoSnapshot({"move " + word, {start->window.applicationName}});
     placeWindow(start->window.id, *target, Focusing::yes);
     learn(start->window, *target);
     showStatusMessage("Moved " + start->window.applicationName + " to the " + word + " zone");
@@ -73,7 +73,7 @@ bool WorkspaceController::cycleStack() {
     const ManagedWindow* next = findLive(order.front());
     if (!next) return false;
     const ManagedWindow window = *next;
-    pushUndoSnapshot();
+    pushUndoSnapshot({"cycle stack", {window.applicationName}});
     windowService_->unhideApplication(window.processIdentifier);
     windowService_->unminimize(window);
     if (ManagedWindow* live = findLive(window.id)) live->isMinimized = false;

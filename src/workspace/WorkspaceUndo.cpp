@@ -4,6 +4,8 @@
 #include "persistence/PreferenceKeys.h"
 #include "workspace/WorkspacePreferences.h"
 
+#include <algorithm>
+
 namespace kova {
 
 namespace {
@@ -29,20 +31,32 @@ WorkspaceUndoSnapshot WorkspaceController::captureUndoSnapshot() const {
     return snapshot;
 }
 
-void WorkspaceController::pushUndoSnapshot(std::optional<WorkspaceUndoSnapshot> snapshot) {
+void WorkspaceController::pushUndoSnapshot(UndoLabel label, std::optional<WorkspaceUndoSnapshot> snapshot) {
     if (!snapshot) closeFocusMode();
     focusZoomSnapshot_.reset();
-    undo_.push(snapshot ? std::move(*snapshot) : captureUndoSnapshot());
+    undo_.push({snapshot ? std::move(*snapshot) : captureUndoSnapshot(), std::move(label), services_.queue.now()});
     state_.canUndo.set(true);
 }
 
+std::vector<std::string> WorkspaceController::applicationsOn(const std::optional<std::string>& wanted) const {
+    std::vector<std::string> names;
+    for (const auto& window : liveWindows_) {
+        const auto target = assignments_.targetOf(window.id);
+        const bool isThere = !wanted || (target && target->starts_with(tileTargetID(*wanted, "")));
+        if (isThere && std::find(names.begin(), names.end(), window.applicationName) == names.end()) {
+            names.push_back(window.applicationName);
+        }
+    }
+    return names;
+}
+
 bool WorkspaceController::undoLastAction() {
-    auto snapshot = undo_.takeNewest();
-    if (!snapshot) return false;
+    const auto entry = undo_.takeNewest();
+    if (!entry) return false;
     if (focusZoomSnapshot_) undo_.restore(std::move(historyBeforeFocusMode_));
     focusZoomSnapshot_.reset();
     ++autoArrangeGeneration_; // what an arrangement still had to do is undone with it
-    restoreUndoSnapshot(*snapshot);
+    restoreUndoSnapshot(entry->snapshot);
     state_.canUndo.set(!undo_.isEmpty());
     showStatusMessage("Last window action undone");
     return true;
@@ -99,7 +113,7 @@ bool WorkspaceController::enterFocusMode() {
 
     auto snapshot = captureUndoSnapshot();
     historyBeforeFocusMode_ = undo_.entries();
-    pushUndoSnapshot(snapshot);
+    pushUndoSnapshot({"focus mode", {start->window.applicationName}}, snapshot);
     focusZoomSnapshot_ = std::move(snapshot);
     state_.focusMode.set(WorkspaceFocusMode{start->displayID, start->targetID, start->window.id});
     state_.layoutRevision.set(*state_.layoutRevision + 1);

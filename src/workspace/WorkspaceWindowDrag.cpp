@@ -74,7 +74,7 @@ void WorkspaceController::cancelWindowDrag() {
 void WorkspaceController::dropWindow(const ManagedWindow& window, CGPoint pointer, LettingGo lettingGo) {
     if (lettingGo == LettingGo::floating) {
         if (!assignments_.isInAnyTile(window.id)) return;
-        pushUndoSnapshot(std::move(snapshotBeforeDrag_));
+        pushUndoSnapshot({"float", {window.applicationName}}, std::move(snapshotBeforeDrag_));
         assignments_.remove(window.id);
         showStatusMessage(window.applicationName + " floats until the next arrangement");
         return;
@@ -84,7 +84,7 @@ void WorkspaceController::dropWindow(const ManagedWindow& window, CGPoint pointe
     if (!target || std::find(own.begin(), own.end(), *target) != own.end()) return; // back to its tile, if it has one
     const auto covering = coveringFor(window, *target);
     if (!covering) return;
-    pushUndoSnapshot(std::move(snapshotBeforeDrag_));
+    pushUndoSnapshot({"drop on a tile", {window.applicationName}}, std::move(snapshotBeforeDrag_));
     place(window, *covering, AccessibilityWindowService::BringToFront::yes);
     learn(window, *target);
     showStatusMessage("Moved " + window.applicationName + " to " + covering->targets.front().slot.name);
@@ -118,7 +118,7 @@ void WorkspaceController::resizeTileLike(const ManagedWindow& window, const CGRe
             weights.splits[divider.splitID] = *result;
     }
     if (weights == before) return;
-    pushUndoSnapshot(std::move(snapshotBeforeDrag_));
+    pushUndoSnapshot({"resize by hand", applicationsOn(id)}, std::move(snapshotBeforeDrag_));
     storeWeights(id, layoutID, std::move(weights));
     reflow_.forgetAllPushes();
     layoutChanged(id);

@@ -55,11 +55,9 @@ TEST(TileAssignments, DeadWindowsLeaveNothingBehind) {
 TEST(UndoHistory, TheThirtyFirstPushDropsTheOldest) {
     UndoHistory history;
     for (int i = 0; i <= 30; ++i) {
-        WorkspaceUndoSnapshot snapshot;
-        snapshot.accentColorID = std::to_string(i);
-        history.push(std::move(snapshot));
+        history.push({{}, {std::to_string(i), {}}, {}});
     }
-    for (int i = 30; i >= 1; --i) EXPECT_EQ(history.takeNewest()->accentColorID, std::to_string(i));
+    for (int i = 30; i >= 1; --i) EXPECT_EQ(history.takeNewest()->label.action, std::to_string(i));
     EXPECT_FALSE(history.takeNewest());
 }
 
