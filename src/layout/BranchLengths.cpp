@@ -1,7 +1,5 @@
 #include "layout/BranchLengths.h"
 
-#include "layout/LayoutSolver.h"
-
 #include <algorithm>
 #include <cmath>
 #include <numeric>
@@ -9,14 +7,6 @@
 namespace kova {
 
 namespace {
-
-constexpr double kHeaviestWeight = 1e200;
-constexpr double kLongestLength = 1e15;
-
-/// Without the call that std::floor costs on processors that round by software; for usable lengths of at least 0.
-double wholePart(double points) {
-    return static_cast<double>(static_cast<std::int64_t>(points));
-}
 
 /// Gives every branch its share of what the pinned ones leave, and pins those whose minimum is not met by it. Each pass
 /// but the last pins a branch.
@@ -70,51 +60,51 @@ void putInRoundingOrder(std::vector<RoundingCandidate>& candidates) {
     }
 }
 
+/// Most splits have two branches that miss one point at most; they need no order. False when more is missing.
+bool roundPair(double& first, double& second, double target) {
+    const double a = std::max(first, 0.0), b = std::max(second, 0.0);
+    const double wholeA = wholePart(a), wholeB = wholePart(b);
+    const double missing = target - (wholeA + wholeB);
+    if (missing > 1) return false;
+    const double extra = std::max(missing, 0.0);
+    const bool toSecond = (b - wholeB) - (a - wholeA) > kFractionalTieTolerance;
+    first = wholeA + (toSecond ? 0 : extra);
+    second = wholeB + (toSecond ? extra : 0);
+    return true;
+}
+
 } // namespace
-
-double raisedToFloor(double weight) {
-    return weight > kWeightFloor ? weight : kWeightFloor;
-}
-
-double usableWeight(double weight) {
-    return std::min(raisedToFloor(weight), kHeaviestWeight);
-}
-
-double usableLength(double points) {
-    return std::isfinite(points) ? std::clamp(points, -kLongestLength, kLongestLength) : 0;
-}
-
-double usableMinimum(double points) {
-    return std::isnan(points) ? 0 : std::max(points, -kLongestLength);
-}
-
-double roundedLength(double points) {
-    const double whole = static_cast<double>(static_cast<std::int64_t>(points));
-    return whole == points ? points : std::round(points);
-}
 
 double gapBetweenBranches(LayoutAxis axis, double columnGutter) {
     const double gutter = usableLength(columnGutter);
     return std::round(axis == LayoutAxis::horizontal ? gutter : gutter + kTileFooterAllowance);
 }
 
-double minimumLengthOfTile(double observedMinimum, double minimumTileLength, double tileInset) {
-    return std::max(usableMinimum(observedMinimum) + 2 * usableLength(tileInset), usableMinimum(minimumTileLength));
-}
-
 void distribute(std::span<const double> weights, std::span<const double> minimums, double available,
                 std::span<double> lengths, BranchLengthsScratch& scratch) {
-    if (scratch.pinned.size() < weights.size()) scratch.pinned.resize(weights.size());
-    const double totalWeight = std::accumulate(weights.begin(), weights.end(), 0.0);
-    const double totalMinimum = std::accumulate(minimums.begin(), minimums.end(), 0.0);
+    const std::size_t count = weights.size();
+    if (scratch.pinned.size() < count) scratch.pinned.resize(count);
+    double totalWeight = 0;
+    double totalMinimum = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        totalWeight += weights[i];
+        totalMinimum += minimums[i];
+    }
     if (totalMinimum > available) {
-        for (std::size_t i = 0; i < weights.size(); ++i) lengths[i] = weights[i] / totalWeight * available;
+        for (std::size_t i = 0; i < count; ++i) lengths[i] = weights[i] / totalWeight * available;
         return;
     }
-    shareOutAroundMinimums(weights, minimums, available, totalWeight, lengths, scratch);
+    bool satisfied = true;
+    for (std::size_t i = 0; i < count; ++i) {
+        lengths[i] = available * weights[i] / totalWeight;
+        satisfied = satisfied && lengths[i] >= minimums[i];
+    }
+    if (!satisfied) shareOutAroundMinimums(weights, minimums, available, totalWeight, lengths, scratch);
 }
 
 void roundToWholePoints(std::span<double> lengths, double available, BranchLengthsScratch& scratch) {
+    const double target = roundedLength(available);
+    if (lengths.size() == 2 && roundPair(lengths[0], lengths[1], target)) return;
     auto& order = scratch.rounding;
     order.clear();
     double total = 0;
@@ -124,7 +114,7 @@ void roundToWholePoints(std::span<double> lengths, double available, BranchLengt
         total += lengths[i];
         order.push_back({length - lengths[i], static_cast<std::uint32_t>(i)});
     }
-    const double missing = roundedLength(available) - total;
+    const double missing = target - total;
     if (missing <= 0 || lengths.empty()) return;
     putInRoundingOrder(order);
     const double rounds = std::floor(missing / static_cast<double>(lengths.size()));

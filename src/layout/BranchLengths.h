@@ -2,31 +2,53 @@
 // Whatever goes in, what comes out is finite.
 #pragma once
 
-#include "layout/LayoutTree.h"
+#include "layout/LayoutSolver.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <span>
 #include <vector>
 
 namespace kova {
 
+inline constexpr double kHeaviestWeight = 1e200;
+inline constexpr double kLongestLength = 1e15; // points; up to here whole points are exact
+
 /// Not less than the weight floor; what is not a number counts as the floor.
-double raisedToFloor(double weight);
+inline double raisedToFloor(double weight) {
+    return weight > kWeightFloor ? weight : kWeightFloor;
+}
+
 /// The same, and small enough that sums and products of weights and lengths stay finite: an infinite weight outweighs
 /// every ordinary one.
-double usableWeight(double weight);
-/// A length in points, signed; what is not finite counts as 0, and nothing is longer than 1e15 points, up to which
-/// whole points are exact.
-double usableLength(double points);
+inline double usableWeight(double weight) {
+    return std::min(raisedToFloor(weight), kHeaviestWeight);
+}
+
+/// A length in points, signed; what is not finite counts as 0, what is absurdly long is cut.
+inline double usableLength(double points) {
+    return std::isfinite(points) ? std::clamp(points, -kLongestLength, kLongestLength) : 0;
+}
+
 /// A minimum length that is not a number counts as 0; an infinite one stays and never fits.
-double usableMinimum(double points);
-/// The nearest whole number, halves away from zero, of a usable length.
-double roundedLength(double points);
+inline double usableMinimum(double points) {
+    return std::isnan(points) ? 0 : std::max(points, -kLongestLength);
+}
+
+/// Towards zero, without the call that rounding costs on processors that round by software. For usable lengths.
+inline double wholePart(double points) {
+    return static_cast<double>(static_cast<std::int64_t>(points));
+}
+
+/// The nearest whole number of a usable length, halves away from zero.
+inline double roundedLength(double points) {
+    const double whole = wholePart(points);
+    return whole == points ? points : std::round(points);
+}
 
 /// Whole points between neighbouring branches: the gutter, and under each branch of a column the tiles' footers.
 double gapBetweenBranches(LayoutAxis axis, double columnGutter);
-/// What a tile needs along an axis to hold a window of the observed minimum length.
-double minimumLengthOfTile(double observedMinimum, double minimumTileLength, double tileInset);
 
 struct RoundingCandidate {
     double fraction;
@@ -37,7 +59,7 @@ struct RoundingCandidate {
 struct BranchLengthsScratch {
     std::vector<unsigned char> pinned;
     std::vector<RoundingCandidate> rounding;
-    std::size_t visits = 0;    // branches looked at so far
+    std::size_t visits = 0; // branches looked at so far
 };
 
 /// Fills `lengths`. The three spans are of one size; weights and minimums are usable ones, `available` a usable length.

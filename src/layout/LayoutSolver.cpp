@@ -7,11 +7,18 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <limits>
 
 namespace kova {
 
 namespace {
+
+constexpr std::size_t index(LayoutAxis axis) {
+    return static_cast<std::size_t>(axis);
+}
+
+double lengthAlong(LayoutAxis axis, CGSize size) {
+    return axis == LayoutAxis::horizontal ? size.width : size.height;
+}
 
 /// The numbers of a solve, made usable once.
 struct SolveContext {
@@ -24,14 +31,30 @@ struct SolveContext {
             gapBetweenBranches(LayoutAxis::vertical, metrics.columnGutter)},
         minimumTileLength{usableMinimum(metrics.minimumTileSize.width), usableMinimum(metrics.minimumTileSize.height)},
         tileInset(usableLength(inset)) {}
+
+    /// What a tile needs along the axis to hold a window of the observed minimum length.
+    double minimumLengthOfTile(LayoutAxis axis, double observed) const {
+        return std::max(usableMinimum(observed) + 2 * tileInset, minimumTileLength[index(axis)]);
+    }
 };
 
-constexpr std::size_t index(LayoutAxis axis) {
-    return static_cast<std::size_t>(axis);
-}
-
-double lengthAlong(LayoutAxis axis, CGSize size) {
-    return axis == LayoutAxis::horizontal ? size.width : size.height;
+double minimumLengthOf(const LayoutNode& node, LayoutAxis axis, const TileMinimumSizes& minimumSizes,
+                       const SolveContext& context) {
+    if (const auto* tile = std::get_if<LayoutTile>(&node)) {
+        const auto window = minimumSizes.find(tile->id);
+        return context.minimumLengthOfTile(axis, window == minimumSizes.end() ? 0 : lengthAlong(axis, window->second));
+    }
+    const auto& split = std::get<LayoutSplit>(node);
+    if (split.branches.empty()) return 0;
+    double sum = 0;
+    double largest = -kLongestLength;
+    for (const auto& branch : split.branches) {
+        const double length = minimumLengthOf(branch.node, axis, minimumSizes, context);
+        sum += length;
+        largest = std::max(largest, length);
+    }
+    if (split.axis != axis) return largest;
+    return sum + context.gap[index(axis)] * static_cast<double>(split.branches.size() - 1);
 }
 
 /// The part of the area that the root fills. An area too small for its margins loses them, and the last footer too.
@@ -58,11 +81,17 @@ struct LayoutSolver::Scratch {
         const LayoutSplit* split;
         std::uint32_t node;        // its place among the nodes
         std::uint32_t firstBranch; // the nodes of its branches follow each other from here
-        std::size_t idOffset;      // its split id within `splitIDs`
-        std::size_t idLength;
-
-        std::uint32_t branchCount() const { return static_cast<std::uint32_t>(split->branches.size()); }
+        std::uint32_t branchCount;
+        LayoutAxis axis;
     };
+    /// Where a split hangs in the tree, which is what its id says.
+    struct SplitPlace {
+        std::size_t parent; // among the splits; kNoParent for the root
+        std::size_t branch;
+        std::size_t idOffset; // its split id within `splitIDs`
+        std::size_t idLength;
+    };
+    static constexpr std::size_t kNoParent = SIZE_MAX;
     struct Tile {
         const LayoutTile* tile;
         std::uint32_t node;
@@ -82,6 +111,7 @@ struct LayoutSolver::Scratch {
 
     std::vector<Split> splits;
     std::vector<Tile> tiles;
+    std::vector<SplitPlace> places; // of the splits; those of the last solve stand as long as the tree's shape does
     std::string splitIDs;
 
     // One entry per node, those beyond `nodeCount` kept for their memory.
@@ -100,12 +130,13 @@ struct LayoutSolver::Scratch {
 
     void flatten(const LayoutNode& tree, const SolveContext& context);
     std::uint32_t addNodes(std::size_t count);
-    void addNode(const LayoutNode& node, std::uint32_t at, const Split* parent, std::size_t branch,
+    void addNode(const LayoutNode& node, std::uint32_t at, std::size_t parent, std::size_t branch,
                  const SolveContext& context);
+    void nameSplit(std::size_t split, std::size_t parent, std::size_t branch);
     void readWindowMinimums(const TileMinimumSizes& sizes, const SolveContext& context);
     void addUpBranches(const SolveContext& context);
     void layOutSplit(const Split& split, double gap, std::vector<LayoutDivider>& dividers);
-    void writeDivider(const Split& split, std::uint32_t boundary, double gap, LayoutDivider& divider);
+    void writeDivider(const Split& split, std::uint32_t boundary, double gap, LayoutDivider& divider) const;
     void shareFramesOfEqualIDs();
     void writeSlots(CGSize area, SolvedLayout& result) const;
     void reportUnsatisfied(double tileInset, std::set<std::string>& ids);
@@ -125,45 +156,53 @@ std::uint32_t LayoutSolver::Scratch::addNodes(std::size_t count) {
     return first;
 }
 
-void LayoutSolver::Scratch::addNode(const LayoutNode& node, std::uint32_t at, const Split* parent, std::size_t branch,
+void LayoutSolver::Scratch::nameSplit(std::size_t split, std::size_t parent, std::size_t branch) {
+    if (split < places.size() && places[split].parent == parent && places[split].branch == branch) return;
+    // The ids after this one may be built upon another parent's: all are made anew.
+    places.resize(split);
+    splitIDs.resize(split > 0 ? places.back().idOffset + places.back().idLength : 0);
+    const std::size_t offset = splitIDs.size();
+    if (parent == kNoParent) {
+        splitIDs.append("root");
+    } else {
+        char digits[24];
+        const auto end = std::to_chars(digits, digits + sizeof digits, branch).ptr;
+        splitIDs.append(splitIDs, places[parent].idOffset, places[parent].idLength).append(1, '.').append(digits, end);
+    }
+    places.push_back({parent, branch, offset, splitIDs.size() - offset});
+}
+
+void LayoutSolver::Scratch::addNode(const LayoutNode& node, std::uint32_t at, std::size_t parent, std::size_t branch,
                                     const SolveContext& context) {
     if (const auto* tile = std::get_if<LayoutTile>(&node)) {
         tiles.push_back({tile, at});
         tileIndex.add(tile->id);
         extents[at] = {.tiles = 1};
         for (const auto axis : {LayoutAxis::horizontal, LayoutAxis::vertical}) {
-            minimums[index(axis)][at] =
-                minimumLengthOfTile(0, context.minimumTileLength[index(axis)], context.tileInset);
+            minimums[index(axis)][at] = context.minimumLengthOfTile(axis, 0);
         }
         return;
     }
-    const std::size_t idOffset = splitIDs.size();
-    if (parent) {
-        char digits[24];
-        const auto end = std::to_chars(digits, digits + sizeof digits, branch).ptr;
-        splitIDs.append(splitIDs, parent->idOffset, parent->idLength).append(1, '.').append(digits, end);
-    } else {
-        splitIDs.append("root");
-    }
-    splits.push_back({std::get_if<LayoutSplit>(&node), at, 0, idOffset, splitIDs.size() - idOffset});
+    nameSplit(splits.size(), parent, branch);
+    const auto& split = std::get<LayoutSplit>(node);
+    splits.push_back({&split, at, 0, static_cast<std::uint32_t>(split.branches.size()), split.axis});
 }
 
 void LayoutSolver::Scratch::flatten(const LayoutNode& tree, const SolveContext& context) {
     splits.clear();
     tiles.clear();
-    splitIDs.clear();
     tileIndex.begin();
     nodeCount = 0;
     branchLengths.visits = 0;
-    addNode(tree, addNodes(1), nullptr, 0, context);
+    addNode(tree, addNodes(1), kNoParent, 0, context);
     for (std::size_t i = 0; i < splits.size(); ++i) {
         const auto& branches = splits[i].split->branches;
-        splits[i].firstBranch = addNodes(branches.size());
+        const std::uint32_t first = addNodes(branches.size());
+        splits[i].firstBranch = first;
         branchLengths.visits += branches.size();
-        const Split parent = splits[i]; // a copy: the vector grows
         for (std::uint32_t k = 0; k < branches.size(); ++k) {
-            weights[parent.firstBranch + k] = usableWeight(branches[k].weight);
-            addNode(branches[k].node, parent.firstBranch + k, &parent, k, context);
+            weights[first + k] = usableWeight(branches[k].weight);
+            addNode(branches[k].node, first + k, i, k, context);
         }
     }
     tileIndex.finish();
@@ -178,8 +217,7 @@ void LayoutSolver::Scratch::readWindowMinimums(const TileMinimumSizes& sizes, co
         entry = {&id, size, tileIndex.find(id, entry.tile)};
         for (auto tile = entry.tile; tile != TileIndex::kNone; tile = tileIndex.nextWithSameID(tile)) {
             for (const auto axis : {LayoutAxis::horizontal, LayoutAxis::vertical}) {
-                minimums[index(axis)][tiles[tile].node] = minimumLengthOfTile(
-                    lengthAlong(axis, size), context.minimumTileLength[index(axis)], context.tileInset);
+                minimums[index(axis)][tiles[tile].node] = context.minimumLengthOfTile(axis, lengthAlong(axis, size));
             }
         }
     }
@@ -188,65 +226,73 @@ void LayoutSolver::Scratch::readWindowMinimums(const TileMinimumSizes& sizes, co
 
 void LayoutSolver::Scratch::addUpBranches(const SolveContext& context) {
     for (auto split = splits.rbegin(); split != splits.rend(); ++split) {
-        const std::uint32_t count = split->branchCount();
-        const std::uint32_t end = split->firstBranch + count;
+        const std::uint32_t count = split->branchCount;
         branchLengths.visits += count;
+        const std::size_t along = index(split->axis);
+        const double* minimumsAlong = minimums[along].data() + split->firstBranch;
+        const double* minimumsAcross = minimums[1 - along].data() + split->firstBranch;
+        const Extent* branches = extents.data() + split->firstBranch;
         Extent extent;
-        extent.dividers = count > 0 ? count - 1 : 0;
-        const std::size_t along = index(split->split->axis);
-        const std::size_t across = 1 - along;
         double sum = 0;
-        double largest = count > 0 ? minimums[across][split->firstBranch] : 0;
-        for (std::uint32_t branch = split->firstBranch; branch < end; ++branch) {
-            extent.tiles += extents[branch].tiles;
-            extent.dividers += extents[branch].dividers;
-            sum += minimums[along][branch];
-            largest = std::max(largest, minimums[across][branch]);
+        double largest = count > 0 ? minimumsAcross[0] : 0;
+        for (std::uint32_t i = 0; i < count; ++i) {
+            extent.tiles += branches[i].tiles;
+            extent.dividers += branches[i].dividers;
+            sum += minimumsAlong[i];
+            largest = std::max(largest, minimumsAcross[i]);
+        }
+        if (count > 0) {
+            extent.dividers += count - 1;
+            sum += context.gap[along] * (count - 1);
         }
         extents[split->node] = extent;
-        minimums[along][split->node] = count > 0 ? sum + context.gap[along] * (count - 1) : 0;
-        minimums[across][split->node] = largest;
+        minimums[along][split->node] = sum;
+        minimums[1 - along][split->node] = largest;
     }
 }
 
 void LayoutSolver::Scratch::writeDivider(const Split& split, std::uint32_t boundary, double gap,
-                                         LayoutDivider& divider) {
-    const LayoutAxis axis = split.split->axis;
+                                         LayoutDivider& divider) const {
+    const SplitPlace& place = places[static_cast<std::size_t>(&split - splits.data())];
     const CGRect& area = frames[split.node];
     const CGRect& before = frames[split.firstBranch + boundary];
-    divider.splitID.assign(splitIDs, split.idOffset, split.idLength);
+    divider.splitID.assign(splitIDs, place.idOffset, place.idLength);
     divider.boundaryIndex = static_cast<int>(boundary);
-    divider.axis = axis;
-    divider.frame = axis == LayoutAxis::horizontal ? makeRect(maxX(before), minY(area), gap, area.size.height)
-                                                   : makeRect(minX(area), maxY(before), area.size.width, gap);
-    const auto minimumsOfBranches = minimums[index(axis)].begin() + split.firstBranch;
-    divider.branchLengths.assign(lengths.begin(), lengths.begin() + split.branchCount());
-    divider.branchMinimumLengths.assign(minimumsOfBranches, minimumsOfBranches + split.branchCount());
+    divider.axis = split.axis;
+    divider.frame = split.axis == LayoutAxis::horizontal ? makeRect(maxX(before), minY(area), gap, area.size.height)
+                                                         : makeRect(minX(area), maxY(before), area.size.width, gap);
+    divider.branchLengths.resize(split.branchCount);
+    divider.branchMinimumLengths.resize(split.branchCount);
+    std::copy_n(lengths.data(), split.branchCount, divider.branchLengths.data());
+    std::copy_n(minimums[index(split.axis)].data() + split.firstBranch, split.branchCount,
+                divider.branchMinimumLengths.data());
 }
 
 void LayoutSolver::Scratch::layOutSplit(const Split& split, double gap, std::vector<LayoutDivider>& dividers) {
-    const std::uint32_t count = split.branchCount();
+    const std::uint32_t count = split.branchCount;
     if (count == 0) return;
     branchLengths.visits += count;
-    const LayoutAxis axis = split.split->axis;
+    const bool isRow = split.axis == LayoutAxis::horizontal;
     const CGRect area = frames[split.node];
-    const double freeLength = std::max(roundedLength(lengthAlong(axis, area.size)) - gap * (count - 1), 0.0);
+    const double freeLength = std::max(roundedLength(lengthAlong(split.axis, area.size)) - gap * (count - 1), 0.0);
     const std::span<double> shared(lengths.data(), count);
-    distribute({weights.data() + split.firstBranch, count}, {minimums[index(axis)].data() + split.firstBranch, count},
-               freeLength, shared, branchLengths);
+    distribute({weights.data() + split.firstBranch, count},
+               {minimums[index(split.axis)].data() + split.firstBranch, count}, freeLength, shared, branchLengths);
     roundToWholePoints(shared, freeLength, branchLengths);
 
-    double cursor = axis == LayoutAxis::horizontal ? minX(area) : minY(area);
+    double cursor = isRow ? minX(area) : minY(area);
+    CGRect* branchFrames = frames.data() + split.firstBranch;
+    Extent* branchExtents = extents.data() + split.firstBranch;
     std::uint32_t nextTile = extents[split.node].firstTile;
     std::uint32_t nextDivider = extents[split.node].firstDivider;
     for (std::uint32_t i = 0; i < count; ++i) {
-        const std::uint32_t branch = split.firstBranch + i;
-        frames[branch] = axis == LayoutAxis::horizontal ? makeRect(cursor, minY(area), shared[i], area.size.height)
-                                                        : makeRect(minX(area), cursor, area.size.width, shared[i]);
-        extents[branch].firstTile = nextTile;
-        extents[branch].firstDivider = nextDivider;
-        nextTile += extents[branch].tiles;
-        nextDivider += extents[branch].dividers;
+        branchFrames[i] = isRow ? makeRect(cursor, minY(area), shared[i], area.size.height)
+                                : makeRect(minX(area), cursor, area.size.width, shared[i]);
+        Extent& extent = branchExtents[i];
+        extent.firstTile = nextTile;
+        extent.firstDivider = nextDivider;
+        nextTile += extent.tiles;
+        nextDivider += extent.dividers;
         // The dividers within a branch come before the one that follows it.
         if (i + 1 < count) writeDivider(split, i, gap, dividers[nextDivider++]);
         cursor += gap + shared[i];
@@ -325,7 +371,7 @@ void LayoutSolver::solve(const LayoutNode& tree, const TileMinimumSizes& minimum
     result.dividers.resize(scratch.extents[0].dividers);
     scratch.frames[0] = contentArea(area, metrics.outerMargin);
     for (const auto& split : scratch.splits) {
-        scratch.layOutSplit(split, context.gap[index(split.split->axis)], result.dividers);
+        scratch.layOutSplit(split, context.gap[index(split.axis)], result.dividers);
     }
     if (scratch.tileIndex.hasDuplicates()) scratch.shareFramesOfEqualIDs();
     scratch.writeSlots(area, result);
@@ -350,22 +396,7 @@ SolvedLayout solveSlots(const LayoutNode& tree, const TileMinimumSizes& minimumS
 
 double minimumLength(const LayoutNode& node, LayoutAxis axis, const TileMinimumSizes& minimumSizes,
                      const LayoutMetrics& metrics, double tileInset) {
-    if (const auto* tile = std::get_if<LayoutTile>(&node)) {
-        const auto observed = minimumSizes.find(tile->id);
-        return minimumLengthOfTile(observed == minimumSizes.end() ? 0 : lengthAlong(axis, observed->second),
-                                   lengthAlong(axis, metrics.minimumTileSize), tileInset);
-    }
-    const auto& split = std::get<LayoutSplit>(node);
-    if (split.branches.empty()) return 0;
-    double sum = 0;
-    double largest = -std::numeric_limits<double>::infinity();
-    for (const auto& branch : split.branches) {
-        const double length = minimumLength(branch.node, axis, minimumSizes, metrics, tileInset);
-        sum += length;
-        largest = std::max(largest, length);
-    }
-    if (split.axis != axis) return largest;
-    return sum + gapBetweenBranches(axis, metrics.columnGutter) * static_cast<double>(split.branches.size() - 1);
+    return minimumLengthOf(node, axis, minimumSizes, SolveContext(metrics, tileInset));
 }
 
 std::vector<double> distributeLengths(std::span<const double> weights, std::span<const double> minimums,

@@ -71,8 +71,8 @@ class LayoutSolver {
     void solve(const LayoutNode& tree, const TileMinimumSizes& minimumSizes, CGSize referenceSize,
                const LayoutMetrics& metrics, double tileInset, SolvedLayout& result);
 
-    /// How many times the last solve looked at a branch: its cost apart from the size of what it wrote. A small multiple
-    /// of the tree's branches, however deep the tree is.
+    /// How many times the last solve looked at a branch: its cost apart from the size of what it wrote. A small
+    /// multiple of the tree's branches, however deep the tree is.
     std::size_t branchVisits() const;
 
   private:

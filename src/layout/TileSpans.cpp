@@ -99,11 +99,15 @@ class SpanSearch {
     bool fits(double normalizedLength, double displayLength, double minimumLength) const;
     void tryHeights(const Side& left, const Side& right);
     bool cutsASlot(const CGRect& frame, SlotSet crossing) const;
-    SlotSet smallestSetReaching(const Sides& sides, SlotSet slots, SlotSet tiny) const;
+    SlotSet smallestSetReaching(const Sides& sides, SlotSet slots, SlotSet tiny, int most) const;
     void offer(SlotSet slots, const CGRect& frame);
     std::optional<TileSpan> preferred();
 
     CGRect frameOf(std::size_t slot) const;
+    /// How many slots the best candidates have; as many as there can be while there is none.
+    int fewestSlots() const {
+        return candidates_.empty() ? static_cast<int>(kMostSlots) : std::popcount(candidates_.front().slots);
+    }
     int occupiedIn(SlotSet set) const { return std::popcount(set & occupied_); }
     std::string joinedIDs(SlotSet set) const;
     bool isSmaller(SlotSet a, SlotSet b) const;
@@ -195,14 +199,16 @@ bool SpanSearch::cutsASlot(const CGRect& frame, SlotSet crossing) const {
     return false;
 }
 
-/// Slots of next to no area belong to a span only where it needs them to reach its sides. Empty when they do not help.
-SlotSet SpanSearch::smallestSetReaching(const Sides& sides, SlotSet slots, SlotSet tiny) const {
+/// Slots of next to no area belong to a span only where it needs them to reach its sides. Empty when they do not help,
+/// or when more than `most` slots would be needed.
+SlotSet SpanSearch::smallestSetReaching(const Sides& sides, SlotSet slots, SlotSet tiny, int most) const {
     const auto missed =
         std::find_if(sides.begin(), sides.end(), [slots](const Side* side) { return !(side->touching & slots); });
     if (missed == sides.end()) return slots;
+    if (std::popcount(slots) >= most) return 0;
     SlotSet best = 0;
     for (SlotSet choice = tiny & (*missed)->touching; choice != 0; choice = withoutFirst(choice)) {
-        const SlotSet set = smallestSetReaching(sides, slots | only(firstOf(choice)), tiny);
+        const SlotSet set = smallestSetReaching(sides, slots | only(firstOf(choice)), tiny, most);
         if (set != 0 && (best == 0 || isSmaller(set, best))) best = set;
     }
     return best;
@@ -229,11 +235,11 @@ void SpanSearch::tryHeights(const Side& left, const Side& right) {
             if (!fits(frame.size.height, displaySize_.height, minimumSize_.height)) continue;
             const SlotSet within = left.within & right.within & top.within & bottom.within;
             const SlotSet slots = (within & solid_) | anchor_;
-            // Lower bottoms only add slots.
-            if (!candidates_.empty() && std::popcount(slots) > std::popcount(candidates_.front().slots)) break;
+            const int most = fewestSlots();
+            if (std::popcount(slots) > most) break; // lower bottoms only add slots
             const SlotSet reaching = left.reaching & right.reaching & top.reaching & bottom.reaching;
             if (cutsASlot(frame, reaching & ~within)) continue;
-            const SlotSet set = smallestSetReaching({&left, &right, &top, &bottom}, slots, within & ~slots);
+            const SlotSet set = smallestSetReaching({&left, &right, &top, &bottom}, slots, within & ~slots, most);
             if (set != 0) offer(set, frame);
         }
     }

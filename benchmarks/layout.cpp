@@ -1,0 +1,230 @@
+// The layout engine beside the least that its arithmetic can cost. `Floor` divides the same balanced trees with the
+// same minimum sizes in plain arrays of numbers, without names, slots or dividers; every `Solver` run reports how many
+// times longer it takes than the floor in the same run ("ratio").
+#include "layout/LayoutCatalogue.h"
+#include "layout/TileSpans.h"
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <ctime>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace kova;
+
+constexpr int kWidth = 2560, kHeight = 1440, kGap = 8;
+
+/// The width alternates, so that no result can be kept from one call to the next.
+int nextWidth(int& tick) {
+    return kWidth - (++tick & 1);
+}
+
+/// Every fifth tile wants more than its share, where there is room for that.
+CGSize minimumOfTile(int tile, int tiles) {
+    return tile % 5 == 0 ? CGSize{static_cast<double>(3600 / tiles), static_cast<double>(1800 / tiles)} : CGSize{1, 1};
+}
+
+class FloorTree {
+  public:
+    explicit FloorTree(int tiles) {
+        build(tiles, 0);
+        frames_.resize(nodes_.size());
+        minimumWidths_.resize(nodes_.size());
+        minimumHeights_.resize(nodes_.size());
+        for (int i = 0; i < tiles; ++i) tileMinimums_.push_back(minimumOfTile(i, tiles));
+    }
+
+    void solve(int width, int height) {
+        addUpMinimums();
+        frames_[0] = {0, 0, width, height};
+        for (std::size_t i = 0; i < nodes_.size(); ++i) {
+            const Node& node = nodes_[i];
+            if (node.second == 0) continue;
+            const std::size_t a = i + 1, b = static_cast<std::size_t>(node.second);
+            const Frame r = frames_[i];
+            const int space = (node.horizontal ? r.width : r.height) - kGap;
+            const int low = node.horizontal ? minimumWidths_[a] : minimumHeights_[a];
+            const int high = space - (node.horizontal ? minimumWidths_[b] : minimumHeights_[b]);
+            int first = static_cast<int>(static_cast<float>(space) * node.ratio);
+            first = high < low ? first : std::clamp(first, low, high);
+            frames_[a] = frames_[b] = r;
+            if (node.horizontal) {
+                frames_[a].width = first;
+                frames_[b].x = r.x + first + kGap;
+                frames_[b].width = r.width - kGap - first;
+            } else {
+                frames_[a].height = first;
+                frames_[b].y = r.y + first + kGap;
+                frames_[b].height = r.height - kGap - first;
+            }
+        }
+        benchmark::DoNotOptimize(frames_.data());
+        benchmark::ClobberMemory();
+    }
+
+  private:
+    struct Node {
+        std::int32_t second = 0;
+        std::int32_t tile = -1;
+        float ratio = 0.5F;
+        bool horizontal = true;
+    };
+    struct Frame {
+        int x, y, width, height;
+    };
+
+    int build(int tiles, int depth) {
+        const auto at = nodes_.size();
+        nodes_.emplace_back();
+        if (tiles == 1) {
+            nodes_[at].tile = tiles_++;
+            return static_cast<int>(at);
+        }
+        build(tiles - tiles / 2, depth + 1);
+        const int second = build(tiles / 2, depth + 1);
+        nodes_[at].second = second;
+        nodes_[at].horizontal = depth % 2 == 0;
+        nodes_[at].ratio = static_cast<float>(tiles - tiles / 2) / static_cast<float>(tiles);
+        return static_cast<int>(at);
+    }
+
+    void addUpMinimums() {
+        for (std::size_t i = nodes_.size(); i-- > 0;) {
+            const Node& node = nodes_[i];
+            if (node.second == 0) {
+                const CGSize& size = tileMinimums_[static_cast<std::size_t>(node.tile)];
+                minimumWidths_[i] = static_cast<int>(size.width);
+                minimumHeights_[i] = static_cast<int>(size.height);
+                continue;
+            }
+            const std::size_t a = i + 1, b = static_cast<std::size_t>(node.second);
+            const auto& w = minimumWidths_;
+            const auto& h = minimumHeights_;
+            minimumWidths_[i] = node.horizontal ? w[a] + kGap + w[b] : std::max(w[a], w[b]);
+            minimumHeights_[i] = node.horizontal ? std::max(h[a], h[b]) : h[a] + kGap + h[b];
+        }
+    }
+
+    std::vector<Node> nodes_;
+    std::vector<Frame> frames_;
+    std::vector<int> minimumWidths_, minimumHeights_;
+    std::vector<CGSize> tileMinimums_;
+    int tiles_ = 0;
+};
+
+std::string tileName(int tile) {
+    return "tile-" + std::to_string(tile);
+}
+
+LayoutNode balancedTree(int tiles, int firstTile, LayoutAxis axis) {
+    if (tiles == 1) return LayoutTile{tileName(firstTile), tileName(firstTile)};
+    const int before = tiles - tiles / 2;
+    const LayoutAxis next = axis == LayoutAxis::horizontal ? LayoutAxis::vertical : LayoutAxis::horizontal;
+    return LayoutSplit{axis,
+                       {{static_cast<double>(before), balancedTree(before, firstTile, next)},
+                        {static_cast<double>(tiles - before), balancedTree(tiles - before, firstTile + before, next)}}};
+}
+
+/// How many times longer a call of `work` takes than one of `floor`, in processor time, from the quickest of batches
+/// that take turns.
+template <class Work, class Floor>
+double ratioOf(Work work, Floor floor, int callsInBatch) {
+    constexpr int kBatches = 40;
+    const auto batch = [callsInBatch](auto& call) {
+        const std::clock_t start = std::clock();
+        for (int i = 0; i < callsInBatch; ++i) call();
+        return static_cast<double>(std::clock() - start);
+    };
+    double quickestWork = batch(work), quickestFloor = batch(floor);
+    for (int i = 0; i < kBatches; ++i) {
+        quickestFloor = std::min(quickestFloor, batch(floor));
+        quickestWork = std::min(quickestWork, batch(work));
+    }
+    return quickestWork / quickestFloor;
+}
+
+void Floor(benchmark::State& state) {
+    FloorTree tree(static_cast<int>(state.range(0)));
+    int tick = 0;
+    for (auto _ : state) tree.solve(nextWidth(tick), kHeight);
+}
+
+void Solver(benchmark::State& state) {
+    const int tiles = static_cast<int>(state.range(0));
+    const LayoutNode tree = balancedTree(tiles, 0, LayoutAxis::horizontal);
+    TileMinimumSizes minimums;
+    for (int i = 0; i < tiles; ++i) minimums[tileName(i)] = minimumOfTile(i, tiles);
+    const LayoutMetrics metrics{0, kGap, {0, 0}};
+    LayoutSolver solver;
+    SolvedLayout result;
+    int tick = 0;
+    const auto solve = [&] {
+        solver.solve(tree, minimums, {static_cast<double>(nextWidth(tick)), kHeight}, metrics, 0, result);
+        benchmark::DoNotOptimize(result.frames.data());
+        benchmark::ClobberMemory();
+    };
+    for (auto _ : state) solve();
+    FloorTree floor(tiles);
+    int floorTick = 0;
+    state.counters["ratio"] = ratioOf(
+        solve, [&] { floor.solve(nextWidth(floorTick), kHeight); }, 200'000 / tiles);
+    state.counters["unsatisfied"] = static_cast<double>(result.unsatisfiedTileIDs.size());
+}
+
+/// A window that fits no single slot, in a layout of which every other slot is taken.
+void searchSpan(benchmark::State& state, const std::vector<TileSlot>& slots, std::size_t anchor, CGSize minimumSize) {
+    std::set<std::string> occupied;
+    for (std::size_t i = 0; i < slots.size(); i += 2) occupied.insert(slots[i].id);
+    std::optional<TileSpan> span;
+    for (auto _ : state) {
+        span = TileSpanPolicy::bestSpan(slots, slots[anchor].id, {kWidth, kHeight}, 5, minimumSize, occupied);
+        benchmark::DoNotOptimize(span);
+    }
+    state.counters["slots"] = span ? static_cast<double>(span->slots.size()) : 0;
+}
+
+void SpanInSixGrid(benchmark::State& state) {
+    searchSpan(state, findLayout(builtInLayouts(), "jarvis.six-grid")->slots, 1, {1300, 700});
+}
+
+std::vector<TileSlot> grid(int columns, int rows) {
+    std::vector<TileSlot> slots;
+    for (int i = 0; i < columns * rows; ++i) {
+        slots.push_back({tileName(i), "",
+                         makeRect(static_cast<double>(i % columns) / columns, static_cast<double>(i / columns) / rows,
+                                  1.0 / columns, 1.0 / rows)});
+    }
+    return slots;
+}
+
+void SpanInGridOf63(benchmark::State& state) {
+    const bool everything = state.range(0) == 1;
+    searchSpan(state, grid(9, 7), 31, everything ? CGSize{kWidth - 20, kHeight - 20} : CGSize{700, 500});
+}
+
+/// No two edges coincide, so every rectangle of them has to be looked at.
+void SpanAmong63ScatteredSlots(benchmark::State& state) {
+    std::mt19937 random(7);
+    std::uniform_real_distribution<double> place(0, 0.95);
+    std::vector<TileSlot> slots{{"anchor", "", makeRect(0.48, 0.48, 0.04, 0.04)}};
+    while (slots.size() < 63) {
+        slots.push_back(
+            {tileName(static_cast<int>(slots.size())), "", makeRect(place(random), place(random), 0.03, 0.02)});
+    }
+    searchSpan(state, slots, 0, {kWidth * 0.8, kHeight * 0.8});
+}
+
+BENCHMARK(Floor)->Arg(6)->Arg(20)->Arg(100)->Arg(1000);
+BENCHMARK(Solver)->Arg(6)->Arg(20)->Arg(100)->Arg(1000);
+BENCHMARK(SpanInSixGrid);
+BENCHMARK(SpanInGridOf63)->Arg(0)->Arg(1);
+BENCHMARK(SpanAmong63ScatteredSlots);
+
+} // namespace
+
+BENCHMARK_MAIN();
