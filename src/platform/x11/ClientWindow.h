@@ -93,10 +93,12 @@ struct ClientWindow {
     std::optional<PixelRect> lastWish, lastAnswer; // the place last asked for, and the frame when it was
     int repeats = 0;                               // of the same wish with the same answer
     bool isIconifiedByUs = false;                  // without a window manager
+    std::optional<Seconds> leaveAsked;             // when the window manager was asked to iconify it; it has not yet
+    bool returnsOnceGone = false;                  // and what it was asked since
 
     WindowKind kind() const;
     std::string title() const { return netName ? *netName : oldName; }
-    bool isMinimized() const { return isIconic || isHiddenState || isIconifiedByUs; }
+
     bool isManaged() const { return !isInputOnly && (kind() == WindowKind::standard || kind() == WindowKind::dialog); }
 };
 

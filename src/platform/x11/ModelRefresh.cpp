@@ -113,15 +113,16 @@ void ModelRefresh::askRoot() {
 void ModelRefresh::askManager(const void* checkReply) {
     const Atoms& atoms = connection_.atoms();
     const xcb_window_t checkWindow = windowIn(checkReply);
-    if (checkWindow == kNoWindow) {
-        model_.setWindowManager({});
-        outcome_.ownersChanged = outcome_.panelsChanged = true;
-        return;
-    }
     const auto manager = std::make_shared<WindowManager>();
     manager->checkWindow = checkWindow;
-    questions_.add(connection_.askProperty(checkWindow, atoms[Atom::netSupportingWmCheck], 1),
-                   [manager](const void* reply) { manager->isPresent = windowIn(reply) == manager->checkWindow; });
+    questions_.add(xcb_get_window_attributes(connection_.get(), connection_.root()), [manager](const void* reply) {
+        const auto* attributes = as<xcb_get_window_attributes_reply_t>(reply);
+        manager->isMute = attributes && (attributes->all_event_masks & XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT);
+    });
+    questions_.add(
+        connection_.askProperty(checkWindow, atoms[Atom::netSupportingWmCheck], 1), [manager](const void* reply) {
+            manager->isPresent = manager->checkWindow != kNoWindow && windowIn(reply) == manager->checkWindow;
+        });
     questions_.add(
         connection_.askProperty(checkWindow, atoms[Atom::netWmName], 64),
         [this, manager](const void* reply) { manager->name = textIn(propertyIn(reply), connection_.atoms()); });
@@ -135,7 +136,10 @@ void ModelRefresh::askManager(const void* checkReply) {
                        manager->movesAndResizes = has(Atom::netMoveresizeWindow);
                        manager->restacks = has(Atom::netRestackWindow);
                        manager->announcesDecorations = has(Atom::netFrameExtents);
-                       model_.setWindowManager(manager->isPresent ? *manager : WindowManager{});
+                       manager->isMute = manager->isMute && !manager->isPresent;
+                       WindowManager none;
+                       none.isMute = manager->isMute;
+                       model_.setWindowManager(manager->isPresent ? *manager : none);
                        outcome_.ownersChanged = outcome_.panelsChanged = true;
                    });
 }
@@ -274,7 +278,9 @@ void ModelRefresh::measureFrames() {
             ClientWindow* client = model_.client(window);
             if (!client || client->topLevel == kNoWindow) continue;
             if (client->topLevel == window) {
-                client->decorations = client->announcedDecorations.value_or(PixelEdges{});
+                // Only a window manager can announce what it draws around a window.
+                const bool isDecorated = model_.windowManager().isPresent && client->announcedDecorations;
+                client->decorations = isDecorated ? *client->announcedDecorations : PixelEdges{};
                 client->margins = client->shadow - client->decorations;
                 continue;
             }

@@ -9,7 +9,7 @@ void EventEffects::add(EventEffects&& other) {
     askActiveWindow |= other.askActiveWindow;
     askDisplays |= other.askDisplays;
     panelsChanged |= other.panelsChanged;
-    gone.insert(gone.end(), other.gone.begin(), other.gone.end());
+    returning.insert(returning.end(), other.returning.begin(), other.returning.end());
 }
 
 WindowModel::WindowModel(const Atoms& atoms, xcb_window_t root) :
@@ -42,22 +42,16 @@ void WindowModel::setWindowManager(const WindowManager& manager) {
     manager_ = manager;
     isManagerKnown_ = true;
     if (!changesHands) return;
-    // Who lists and decorates the windows has changed: nothing that was known of them holds. What we iconified
-    // ourselves stays ours to bring back.
-    std::vector<xcb_window_t> iconified;
-    for (const auto& [window, client] : clients_) {
-        if (client.isIconifiedByUs) iconified.push_back(window);
-    }
+    // Who lists and decorates the windows has changed: nothing that was known of them holds.
+    hasChangedHands = true;
     for (const xcb_window_t window : std::vector(order_)) forget(window);
     staleClientList = manager.isPresent;
     staleWorkarea = staleDesktop = true;
     if (manager.isPresent) return;
     workareas.clear();
     for (const xcb_window_t window : std::vector(stacking_)) {
-        const bool isOurs = std::ranges::find(iconified, window) != iconified.end();
-        const TopLevel& top = topLevels_[window];
-        if ((top.isMapped || isOurs) && !top.isOverrideRedirect) adoptUnmanaged(window);
-        if (ClientWindow* adopted = client(window); adopted && isOurs) adopted->isIconifiedByUs = true;
+        const TopLevel* top = topLevel(window);
+        if (top && top->isMapped && !top->isOverrideRedirect) adoptUnmanaged(window);
     }
 }
 
@@ -110,7 +104,9 @@ const ClientWindow* WindowModel::clientIn(xcb_window_t topLevel) const {
 std::optional<PixelRect> WindowModel::outerFrame(const ClientWindow& client) const {
     const TopLevel* top = topLevel(client.topLevel);
     if (!top) return std::nullopt;
-    return shrunk(top->rect, client.margins);
+    const PixelRect outer = shrunk(top->rect, client.margins);
+    // A shadow larger than the window is none.
+    return outer.width > 0 && outer.height > 0 ? outer : top->rect;
 }
 
 std::optional<PixelRect> WindowModel::expectedFrame(const ClientWindow& client, Seconds now, Seconds patience) const {
@@ -118,9 +114,13 @@ std::optional<PixelRect> WindowModel::expectedFrame(const ClientWindow& client, 
     return outerFrame(client);
 }
 
+bool WindowModel::isMinimized(const ClientWindow& client) const {
+    return manager_.isPresent ? client.isIconic || client.isHiddenState : client.isIconifiedByUs;
+}
+
 bool WindowModel::isShown(const ClientWindow& client) const {
     const TopLevel* top = topLevel(client.topLevel);
-    return top && top->isMapped && !client.isMinimized();
+    return top && top->isMapped && !isMinimized(client);
 }
 
 bool WindowModel::isOnCurrentDesktop(const ClientWindow& client) const {
@@ -165,9 +165,7 @@ EventEffects WindowModel::apply(const xcb_generic_event_t& event) {
     }
     case XCB_DESTROY_NOTIFY: {
         const auto& destroyed = reinterpret_cast<const xcb_destroy_notify_event_t&>(event);
-        EventEffects effects = removeTopLevel(destroyed.window);
-        effects.gone.push_back(destroyed.window);
-        return effects;
+        return removeTopLevel(destroyed.window);
     }
     case XCB_MAP_NOTIFY: {
         const auto& mapped = reinterpret_cast<const xcb_map_notify_event_t&>(event);
@@ -278,6 +276,10 @@ EventEffects WindowModel::applyMapping(xcb_window_t window, bool isMapped) {
     const auto held = clientByTopLevel_.find(window);
     ClientWindow* known = held == clientByTopLevel_.end() ? nullptr : client(held->second);
     effects.changed = known != nullptr;
+    if (known && !isMapped) {
+        known->leaveAsked.reset();
+        if (std::exchange(known->returnsOnceGone, false)) effects.returning.push_back(known->window);
+    }
     if (manager_.isPresent) return effects;
     if (isMapped && !known && !place->second.isOverrideRedirect) {
         adoptUnmanaged(window);

@@ -26,6 +26,7 @@ struct TopLevel {
 
 struct WindowManager {
     bool isPresent = false; // one that keeps a list of its windows
+    bool isMute = false;    // one that keeps none: its windows cannot be told from what it draws
     xcb_window_t checkWindow = kNoWindow;
     std::string name;
     bool movesAndResizes = false; // understands _NET_MOVERESIZE_WINDOW
@@ -40,7 +41,7 @@ struct EventEffects {
     bool askActiveWindow = false;
     bool askDisplays = false;
     bool panelsChanged = false;
-    std::vector<xcb_window_t> gone; // windows that no longer exist
+    std::vector<xcb_window_t> returning; // went as asked, and are wanted back by now
     void add(EventEffects&& other);
 };
 
@@ -75,6 +76,8 @@ class WindowModel {
     std::optional<PixelRect> outerFrame(const ClientWindow& client) const;
     /// The same, or what was asked for within the last `patience` and is not answered yet.
     std::optional<PixelRect> expectedFrame(const ClientWindow& client, Seconds now, Seconds patience) const;
+    /// As the window manager tells; without one only we can iconify, and what the window says of itself means nothing.
+    bool isMinimized(const ClientWindow& client) const;
     /// Mapped, not iconified; on any virtual desktop.
     bool isShown(const ClientWindow& client) const;
     bool isOnCurrentDesktop(const ClientWindow& client) const;
@@ -91,6 +94,7 @@ class WindowModel {
     bool staleManager = true;
     bool staleDesktop = true;
     bool staleWorkarea = true;
+    bool hasChangedHands = false; // another window manager, or none any more; until somebody acts on it
     xcb_window_t activeWindow = kNoWindow;
     std::uint32_t currentDesktop = 0;
     std::vector<PixelRect> workareas; // by virtual desktop

@@ -3,11 +3,21 @@
 
 #include "platform/x11/X11Parts.h"
 
-#include <set>
+#include <poll.h>
+
+#include <algorithm>
+#include <memory>
 
 namespace kova {
 
 using namespace x11;
+
+namespace {
+
+/// How long the end of the agent waits for windows to come back.
+constexpr Seconds kPatienceAtTheEnd{0.5};
+
+} // namespace
 
 X11Desktop::Parts::Parts(std::unique_ptr<XConnection> opened, const Options& options, MainQueue& mainQueue,
                          ApplicationCatalogue& applicationCatalogue) :
@@ -29,33 +39,26 @@ std::variant<std::unique_ptr<X11Desktop>, std::string> X11Desktop::open(const Op
 }
 
 X11Desktop::X11Desktop(std::unique_ptr<Parts> parts) : parts_(std::move(parts)) {
-    // Only once the desktop is whole: windows that an agent before this one left behind come back.
-    const auto left = parts_->hidden.readFile();
-    {
-        const std::lock_guard lock(parts_->mutex);
-        std::vector<HiddenWindow> found;
-        for (const HiddenWindow& hidden : left) {
-            // A number that means another window by now is not to be touched.
-            const ClientWindow* client = parts_->model.client(hidden.window);
-            const bool isListed =
-                client && client->processIdentifier == hidden.processIdentifier && client->isMinimized();
-            if (isListed || hidden.how == TakenAway::byUnmapping) found.push_back(hidden);
-        }
-        parts_->hidden.add(found);
-    }
-    if (!left.empty()) restoreHidden();
+    parts_->takeOverLeftWindows();
 }
 
 X11Desktop::~X11Desktop() {
     if (parts_->isLost) return;
-    bool restores = false;
     {
         const std::lock_guard lock(parts_->mutex);
-        restores = !parts_->hidden.all().empty();
+        if (parts_->hidden.all().empty() && !parts_->isAnyReturning()) return;
     }
-    if (!restores) return;
     restoreHidden();
-    // A server that finds nobody listening may drop what was sent last.
+    // A window that was on its way out comes back once it is out, and the last requests are only safe once the server
+    // has read them: here, and nowhere else, the main thread waits, but not for long.
+    const Seconds end = parts_->queue.uptime() + kPatienceAtTheEnd;
+    pollfd readable{connectionDescriptor(), POLLIN, 0};
+    bool isAnyReturning = true;
+    while (isAnyReturning && readEvents() && parts_->queue.uptime() < end) {
+        const std::lock_guard lock(parts_->mutex);
+        isAnyReturning = parts_->isAnyReturning();
+        if (isAnyReturning) ::poll(&readable, 1, 20);
+    }
     std::free(
         xcb_get_input_focus_reply(parts_->connection->get(), xcb_get_input_focus(parts_->connection->get()), nullptr));
 }
@@ -84,8 +87,40 @@ void X11Desktop::Parts::readEverything() {
         const std::lock_guard lock(mutex);
         arrangeDisplays();
         unsettled = {};
+        model.hasChangedHands = false;
     }
     isLost = connection->isLost();
+}
+
+/// Windows that an agent before this one took away and could not bring back.
+void X11Desktop::Parts::takeOverLeftWindows() {
+    const auto left = hidden.readFile();
+    if (left.empty()) return;
+    std::vector<HiddenWindow> found;
+    Questions questions;
+    for (const HiddenWindow& taken : left) {
+        // Numbers are given out again: it must still be an iconic window of that process.
+        const auto state = std::make_shared<ClientWindow>();
+        for (const PropertyRule& rule : model.rules()) {
+            if (!(rule.staleBit & (stale::state | stale::owner))) continue;
+            questions.add(connection->askProperty(taken.window, rule.property, rule.lengthInWords),
+                          [&rule, state, this](const void* reply) {
+                              rule.take(*state, viewOf(static_cast<const xcb_get_property_reply_t*>(reply)),
+                                        connection->atoms());
+                          });
+        }
+        questions.add(xcb_get_geometry(connection->get(), taken.window), [&found, taken, state](const void* reply) {
+            const bool isSame =
+                !state->claimedProcess || *state->claimedProcess == static_cast<std::uint32_t>(taken.processIdentifier);
+            if (reply && isSame && (state->isIconic || state->isHiddenState)) found.push_back(taken);
+        });
+    }
+    questions.wait(*connection);
+    const std::lock_guard lock(mutex);
+    questions.take();
+    hidden.add(found);
+    bringAllBack();
+    connection->flush();
 }
 
 // Events
@@ -120,6 +155,10 @@ void X11Desktop::Parts::settle(EventEffects effects) {
     {
         const std::lock_guard lock(mutex);
         effects.add(std::exchange(unsettled, {}));
+        // Whoever comes next may not know what was taken away under the one before.
+        if (std::exchange(model.hasChangedHands, false)) bringAllBack();
+        for (const xcb_window_t window : effects.returning) xcb_map_window(connection->get(), window);
+        mustFlush |= !effects.returning.empty();
         hidden.followModel(model, queue.uptime());
         if (activeWindowQuestion.collect(*connection)) activeWindowQuestion.take();
         if (pointerQuestion.collect(*connection)) pointerQuestion.take();
@@ -138,6 +177,13 @@ void X11Desktop::Parts::settle(EventEffects effects) {
         screenObservers.notify();
     }
     callWhenChanged();
+}
+
+bool X11Desktop::Parts::isAnyReturning() const {
+    return std::ranges::any_of(model.clientOrder(), [&](xcb_window_t window) {
+        const ClientWindow* client = model.client(window);
+        return client && client->returnsOnceGone;
+    });
 }
 
 void X11Desktop::Parts::noteChange() {
@@ -186,7 +232,8 @@ void X11Desktop::Parts::bringUpToDate() {
         unsettled.add(drain(xcb_poll_for_queued_event));
         unsettled.panelsChanged |= outcome.panelsChanged;
         mainHasWork = unsettled.askActiveWindow || unsettled.askDisplays || unsettled.panelsChanged ||
-                      (unsettled.changed && isAwaited) || !hidden.all().empty();
+                      !unsettled.returning.empty() || model.hasChangedHands || (unsettled.changed && isAwaited) ||
+                      !hidden.all().empty();
         unsettled.changed = false;
     }
     if (mainHasWork && !isMainThread()) queue.post(lifetime.guard([this] { settle({}); }));

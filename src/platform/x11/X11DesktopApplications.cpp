@@ -71,7 +71,8 @@ void X11Desktop::hide(pid_t processIdentifier) {
     std::vector<HiddenWindow> leaving;
     for (const xcb_window_t window : parts_->model.clientOrder()) {
         const ClientWindow* client = parts_->model.client(window);
-        if (!client || client->processIdentifier != processIdentifier || !client->isManaged() || client->isMinimized())
+        if (!client || client->processIdentifier != processIdentifier || !client->isManaged() ||
+            parts_->model.isMinimized(*client))
             continue;
         HiddenWindow hidden;
         hidden.window = window;
@@ -107,19 +108,20 @@ void X11Desktop::activate(pid_t processIdentifier) {
 void X11Desktop::restoreHidden() {
     {
         const std::lock_guard lock(parts_->mutex);
-        for (const HiddenWindow& hidden : parts_->hidden.takeAll()) parts_->bringBack(hidden.window);
+        parts_->bringAllBack();
     }
     parts_->send();
 }
 
-/// Whether or not it has left the screen yet: a wish to go that is still on its way is overtaken.
+void X11Desktop::Parts::bringAllBack() {
+    for (const HiddenWindow& taken : hidden.takeAll()) bringBack(taken.window);
+}
+
 void X11Desktop::Parts::bringBack(xcb_window_t window) {
-    if (ClientWindow* client = model.client(window)) {
-        client->isMinimized() ? restore(*client) : static_cast<void>(xcb_map_window(connection->get(), window));
-        return;
-    }
-    // Left unmapped by an agent before this one, so that nobody lists it.
-    xcb_map_window(connection->get(), window);
+    // A window that nobody lists was unmapped under another window manager, or by an agent before this one.
+    ClientWindow* client = model.client(window);
+    mustFlush = true;
+    client ? restore(*client) : mapAgain(window);
 }
 
 // Displays

@@ -13,6 +13,8 @@ namespace {
 
 /// How long a frame that was asked for counts as being in force; the first verification comes later.
 constexpr Seconds kBenefitOfDoubt{0.05};
+/// How long a wish that the window manager has not carried out yet may still be.
+constexpr Seconds kPatienceWithManager{1.0};
 
 } // namespace
 
@@ -94,7 +96,8 @@ AttributeValue X11Desktop::Parts::read(const ClientWindow& client, Accessibility
         return client.title().empty() ? AttributeValue{} : AttributeValue{client.title()};
     case AccessibilityAttribute::minimized:
         // A hidden application's windows are not minimised: they come back with it.
-        return client.isMinimized() && !(hidden.holds(client.window) && isApplicationHidden(client.processIdentifier));
+        return model.isMinimized(client) &&
+               !(hidden.holds(client.window) && isApplicationHidden(client.processIdentifier));
     case AccessibilityAttribute::position:
     case AccessibilityAttribute::size: {
         const auto outer = model.expectedFrame(client, now, kBenefitOfDoubt);
@@ -206,9 +209,11 @@ void X11Desktop::performAction(const AccessibilityElement& element, Accessibilit
 }
 
 void X11Desktop::Parts::minimize(ClientWindow& client) {
-    if (client.isMinimized()) return;
+    if (model.isMinimized(client)) return;
     if (model.windowManager().isPresent) {
         connection->sendToWindowManager(client.window, Atom::wmChangeState, {XCB_ICCCM_WM_STATE_ICONIC, 0, 0, 0, 0});
+        client.leaveAsked = queue.uptime();
+        client.returnsOnceGone = false;
     } else {
         HiddenWindow unmapped;
         unmapped.window = client.window;
@@ -218,22 +223,31 @@ void X11Desktop::Parts::minimize(ClientWindow& client) {
         // An application that is being hidden has its windows on record already.
         if (!hidden.holds(client.window)) hidden.add({unmapped});
         client.isIconifiedByUs = true;
-        const std::array<std::uint32_t, 2> state = {XCB_ICCCM_WM_STATE_ICONIC, kNoWindow};
-        xcb_change_property(connection->get(), XCB_PROP_MODE_REPLACE, client.window, connection->atoms()[Atom::wmState],
-                            connection->atoms()[Atom::wmState], 32, 2, state.data());
+        setIconicState(client.window, XCB_ICCCM_WM_STATE_ICONIC);
         xcb_unmap_window(connection->get(), client.window);
     }
 }
 
 void X11Desktop::Parts::restore(ClientWindow& client) {
-    if (!client.isMinimized()) return;
     hidden.remove(client.window);
-    if (!model.windowManager().isPresent) {
-        const std::array<std::uint32_t, 2> state = {XCB_ICCCM_WM_STATE_NORMAL, kNoWindow};
-        xcb_change_property(connection->get(), XCB_PROP_MODE_REPLACE, client.window, connection->atoms()[Atom::wmState],
-                            connection->atoms()[Atom::wmState], 32, 2, state.data());
+    if (!model.isMinimized(client)) {
+        // Mapping a window that is about to go does nothing; it is done when it has gone.
+        client.returnsOnceGone = client.leaveAsked && queue.uptime() - *client.leaveAsked < kPatienceWithManager;
+        return;
     }
-    xcb_map_window(connection->get(), client.window);
+    mapAgain(client.window);
+}
+
+void X11Desktop::Parts::mapAgain(xcb_window_t window) {
+    if (!model.windowManager().isPresent) setIconicState(window, XCB_ICCCM_WM_STATE_NORMAL);
+    xcb_map_window(connection->get(), window);
+}
+
+/// Without a window manager the state is ours to keep, for the window and for who comes after us.
+void X11Desktop::Parts::setIconicState(xcb_window_t window, std::uint32_t state) {
+    const xcb_atom_t property = connection->atoms()[Atom::wmState];
+    const std::array<std::uint32_t, 2> values = {state, kNoWindow};
+    xcb_change_property(connection->get(), XCB_PROP_MODE_REPLACE, window, property, property, 32, 2, values.data());
 }
 
 /// What no `flush` follows is sent all the same, once the main thread has done what it is doing.

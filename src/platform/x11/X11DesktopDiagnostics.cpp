@@ -15,6 +15,10 @@ std::string sizeText(const CGRect& r) {
 
 DiagnosticLine describeManager(const WindowManager& manager) {
     const std::string subject = "window manager";
+    if (manager.isMute) {
+        return {subject, DiagnosticVerdict::wrong,
+                "One that does not speak EWMH: its windows cannot be told apart. Use another, or none."};
+    }
     if (!manager.isPresent) {
         return {subject, DiagnosticVerdict::note,
                 "None that speaks EWMH: KOVA places, hides and focuses windows itself."};

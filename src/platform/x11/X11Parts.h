@@ -92,7 +92,12 @@ struct X11Desktop::Parts {
     // Writing (locked by the caller, main thread)
     void minimize(x11::ClientWindow& client);
     void restore(x11::ClientWindow& client);
+    void mapAgain(xcb_window_t window);
+    void setIconicState(xcb_window_t window, std::uint32_t state);
     void bringBack(xcb_window_t window);
+    void bringAllBack();
+    void takeOverLeftWindows(); // not locked; waits for the server
+    bool isAnyReturning() const;
     void sendSoon();
     void send(); // not locked
 };

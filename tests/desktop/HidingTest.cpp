@@ -1,0 +1,147 @@
+// What KOVA takes off the screen comes back: by wish, by hand, at the end, and after a crash.
+#include "tests/desktop/Desk.h"
+
+#include <filesystem>
+#include <fstream>
+
+namespace kova::testing {
+namespace {
+
+class Hiding : public ::testing::TestWithParam<Manager> {
+  protected:
+    void SetUp() override {
+        if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
+        desk = std::make_unique<Desk>(GetParam());
+        mail = desk->client("Mail", 4001);
+        inbox = mail->open({.title = "Inbox"});
+        draft = mail->open({.title = "Draft", .frame = makeRect(500, 60, 400, 300)});
+        notes = desk->client("Notes", 4002);
+        notes->open({.title = "Pad", .frame = makeRect(60, 400, 400, 300)});
+        desk->openDesktop();
+        ASSERT_TRUE(desk->showsExactly({"Draft", "Inbox", "Pad"}));
+    }
+    bool areViewable(bool expected) {
+        return desk->runUntil(
+            [&] { return mail->isViewable(inbox) == expected && mail->isViewable(draft) == expected; });
+    }
+
+    std::unique_ptr<Desk> desk;
+    std::unique_ptr<TestClient> mail, notes;
+    xcb_window_t inbox = 0, draft = 0;
+};
+
+TEST_P(Hiding, TakesAwayAllWindowsAndBringsBackExactlyThose) {
+    desk->service().minimize(desk->window("Draft"));
+    ASSERT_TRUE(desk->runUntil([&] { return desk->isMinimized("Draft"); }));
+    desk->desktop().hide(4001);
+    ASSERT_TRUE(desk->runUntil([&] { return !mail->isViewable(inbox) && desk->isHidden(4001); }));
+    desk->runFor(Seconds(0.1));
+    // Hidden is not minimised, and what was minimised before stays so.
+    EXPECT_TRUE(desk->isHidden(4001));
+    EXPECT_FALSE(desk->isMinimized("Inbox"));
+    EXPECT_FALSE(desk->window("Inbox").isVisible);
+    EXPECT_TRUE(desk->isMinimized("Draft"));
+    EXPECT_FALSE(desk->isHidden(4002));
+    EXPECT_TRUE(desk->window("Pad").isVisible);
+
+    desk->desktop().unhide(4001);
+    ASSERT_TRUE(desk->runUntil([&] { return desk->window("Inbox").isVisible; }));
+    EXPECT_FALSE(desk->isHidden(4001));
+    EXPECT_TRUE(desk->isMinimized("Draft"));
+    EXPECT_FALSE(mail->isViewable(draft));
+}
+
+TEST_P(Hiding, EndsForAWindowThatSomebodyElseBringsBack) {
+    desk->desktop().hide(4001);
+    ASSERT_TRUE(areViewable(false));
+    desk->runFor(Seconds(0.1));
+    mail->map(draft);
+    ASSERT_TRUE(desk->runUntil([&] { return desk->window("Draft").isVisible; }));
+    EXPECT_FALSE(desk->isHidden(4001));
+    EXPECT_TRUE(desk->isMinimized("Inbox"));
+    desk->desktop().unhide(4001);
+    EXPECT_TRUE(areViewable(true));
+}
+
+TEST_P(Hiding, IsOvertakenByTheWishToComeBack) {
+    desk->desktop().hide(4001);
+    desk->desktop().unhide(4001);
+    desk->runFor(Seconds(0.4));
+    EXPECT_TRUE(areViewable(true));
+    EXPECT_FALSE(desk->isHidden(4001));
+}
+
+TEST_P(Hiding, EndsWithTheAgent) {
+    desk->desktop().hide(4001);
+    desk->service().minimize(desk->window("Pad"));
+    ASSERT_TRUE(areViewable(false));
+    EXPECT_TRUE(std::filesystem::exists(desk->hiddenWindowsFile()));
+    desk->closeDesktop();
+    EXPECT_TRUE(areViewable(true));
+    EXPECT_FALSE(std::filesystem::exists(desk->hiddenWindowsFile()));
+
+    // Hidden and ended at once: the window manager has not even begun.
+    desk->openDesktop();
+    desk->desktop().hide(4001);
+    desk->closeDesktop();
+    desk->runFor(Seconds(0.3));
+    EXPECT_TRUE(areViewable(true));
+}
+
+TEST_P(Hiding, OfAnAgentThatWasKilledIsUndoneByTheNext) {
+    desk->desktop().hide(4001);
+    ASSERT_TRUE(areViewable(false));
+    desk->crash();
+    EXPECT_TRUE(areViewable(false));
+    desk->openDesktop();
+    EXPECT_TRUE(areViewable(true));
+    EXPECT_TRUE(desk->showsExactly({"Draft", "Inbox", "Pad"}));
+    EXPECT_FALSE(std::filesystem::exists(desk->hiddenWindowsFile()));
+
+    // Numbers that mean something else by now, and files that mean nothing.
+    const auto unmapped = notes->create({.title = "Never shown"});
+    desk->closeDesktop();
+    for (const std::string& content : {R"({"windows":[{"window":)" + std::to_string(unmapped) +
+                                          R"(,"process":4002,"how":"unmapped"},7,{"window":-1}]})",
+                                      std::string("[1,2"), std::string("{\"windows\":3}")}) {
+        std::ofstream(desk->hiddenWindowsFile()) << content;
+        desk->openDesktop();
+        EXPECT_TRUE(desk->showsExactly({"Draft", "Inbox", "Pad"})) << content;
+        EXPECT_FALSE(notes->isViewable(unmapped));
+        desk->closeDesktop();
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Beside, Hiding, ::testing::Values(Manager::none, Manager::openbox),
+                         [](const auto& beside) { return beside.param == Manager::none ? "Nobody" : "Openbox"; });
+
+TEST(WindowManager, MayComeAndGo) {
+    if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
+    Desk desk(Manager::none);
+    const auto mail = desk.client("Mail", 4001);
+    const auto inbox = mail->open({.title = "Inbox", .frame = makeRect(100, 100, 400, 300)});
+    const auto draft = mail->open({.title = "Draft"});
+    desk.openDesktop();
+    ASSERT_TRUE(desk.showsExactly({"Draft", "Inbox"}));
+    desk.service().minimize(desk.window("Draft"));
+    ASSERT_TRUE(desk.runUntil([&] { return !mail->isViewable(draft); }));
+
+    // It knows nothing of windows that were unmapped before it came: they are brought back to it.
+    desk.server().startManager();
+    ASSERT_TRUE(desk.runUntil([&] { return mail->numbers(inbox, "_NET_FRAME_EXTENTS").size() == 4; }));
+    EXPECT_TRUE(desk.showsExactly({"Draft", "Inbox"}));
+    EXPECT_TRUE(mail->isViewable(draft));
+    EXPECT_EQ(text(*desk.window("Inbox").frame), text(mail->outerFrame(inbox)));
+    desk.place(desk.window("Inbox"), makeRect(10, 20, 600, 500));
+    desk.runFor(Seconds(0.2));
+    EXPECT_EQ(text(mail->outerFrame(inbox)), "10,20 600x500");
+
+    desk.desktop().hide(4001);
+    ASSERT_TRUE(desk.runUntil([&] { return !mail->isViewable(inbox); }));
+    desk.server().endManager();
+    EXPECT_TRUE(desk.showsExactly({"Draft", "Inbox"}));
+    EXPECT_EQ(text(*desk.window("Inbox").frame), text(mail->area(inbox)));
+}
+
+} // namespace
+} // namespace kova::testing
