@@ -140,7 +140,12 @@ class WorkspaceController {
 
     // Windows moved by hand
     /// The user has taken hold of a managed window: until it is let go, polls leave all windows alone.
-    bool beginWindowDrag(const std::string& windowID);
+    /// `frameBefore` is where the window was before the hand moved it, in window-service space.
+    bool beginWindowDrag(const std::string& windowID, const CGRect& frameBefore);
+    /// The managed window under a point of screen space.
+    std::optional<std::string> managedWindowUnder(CGPoint pointOnScreen) const;
+    /// The window's frame as it is now, in window-service space; absent when it cannot be read.
+    std::optional<CGRect> currentFrame(const std::string& windowID) const;
     /// Where the pointer is, in screen space; and what the hand does with the window.
     enum class HandMovement { move, resize };
     void updateWindowDrag(CGPoint pointer, HandMovement movement);

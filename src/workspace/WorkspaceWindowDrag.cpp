@@ -25,13 +25,28 @@ std::optional<std::string> WorkspaceController::tileUnder(CGPoint pointOnScreen)
     return std::nullopt;
 }
 
-bool WorkspaceController::beginWindowDrag(const std::string& windowID) {
+std::optional<std::string> WorkspaceController::managedWindowUnder(CGPoint pointOnScreen) const {
+    const auto found = windowService_->windowElement(pointOnScreen);
+    if (!found) return std::nullopt;
+    const auto window = std::find_if(liveWindows_.begin(), liveWindows_.end(),
+                                     [&](const ManagedWindow& live) { return live.element == found->second; });
+    if (window == liveWindows_.end()) return std::nullopt;
+    return window->id;
+}
+
+std::optional<CGRect> WorkspaceController::currentFrame(const std::string& windowID) const {
+    const ManagedWindow* window = findLive(windowID);
+    return window ? windowService_->readFrame(window->element) : std::nullopt;
+}
+
+bool WorkspaceController::beginWindowDrag(const std::string& windowID, const CGRect& frameBefore) {
     const ManagedWindow* window = findLive(windowID);
     if (!window || window->isFullScreen || *state_.permissionState != AccessibilityPermissionState::granted)
         return false;
     if (*state_.focusMode && (*state_.focusMode)->windowID == windowID) return false;
     abandonDrags();
     snapshotBeforeDrag_ = captureUndoSnapshot();
+    snapshotBeforeDrag_->windowFrames[windowID] = frameBefore;
     handMovedWindowID_ = windowID;
     windowService_->cancelPlacement(windowID);
     suspension_.suspend();

@@ -22,7 +22,10 @@ class Halves : public ::testing::Test {
     }
     WorkspaceController& kova() { return desk.controller(); }
     std::size_t newUndoSteps() { return kova().undoHistory().size() - history; }
-    void takes(const std::string& label) { ASSERT_TRUE(kova().beginWindowDrag(desk.desktop.windowIDOf(label))); }
+    void takes(const std::string& label) {
+        const CGRect frame = desk.desktop.frameForWindowService(desk.desktop.window(label));
+        ASSERT_TRUE(kova().beginWindowDrag(desk.desktop.windowIDOf(label), frame));
+    }
     /// The frame is in desktop space, the pointer in screen space.
     void letsGo(const std::string& label, const CGRect& frame, CGPoint pointer,
                 WorkspaceController::LettingGo how = WorkspaceController::LettingGo::intoTile,

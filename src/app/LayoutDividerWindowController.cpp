@@ -1,0 +1,97 @@
+#include "app/LayoutDividerWindowController.h"
+
+#include <algorithm>
+
+namespace kova {
+
+namespace {
+
+std::string handleID(const DisplayLayoutDivider& divider) {
+    return tileTargetID(divider.displayID, divider.layoutID) + "/" + divider.divider.splitID + "/" +
+           std::to_string(divider.divider.boundaryIndex);
+}
+
+} // namespace
+
+LayoutDividerWindowController::LayoutDividerWindowController(WorkspaceController& workspace,
+                                                             DividerHandleServicing& handles) :
+    workspace_(workspace),
+    handles_(handles) {
+    const auto& state = workspace_.state();
+    subscriptions_.push_back(state.layoutRevision.observe([this](auto) { refresh(); }));
+    subscriptions_.push_back(state.screens.observe([this](const auto&) { refresh(); }));
+    subscriptions_.push_back(state.focusMode.observe([this](const auto&) { refresh(); }));
+    subscriptions_.push_back(state.assignedWindowIDs.observe([this](const auto&) { refresh(); }));
+    subscriptions_.push_back(state.permissionState.observe([this](auto) { refresh(); }));
+    subscriptions_.push_back(handles_.observeHandles([this](const DividerHandleEvent& event) { handle(event); }));
+    refresh();
+}
+
+LayoutDividerWindowController::~LayoutDividerWindowController() {
+    close();
+}
+
+void LayoutDividerWindowController::refresh() {
+    isClosed_ = false;
+    std::vector<Shown> next;
+    if (*workspace_.state().permissionState == AccessibilityPermissionState::granted) {
+        for (const auto& divider : workspace_.dividers()) {
+            if (const auto frame = workspace_.dividerFrameOnScreen(divider)) {
+                next.push_back({{handleID(divider), *frame, divider.divider.axis}, divider});
+            }
+        }
+    }
+    const bool isSame = std::equal(next.begin(), next.end(), shown_.begin(), shown_.end(),
+                                   [](const Shown& a, const Shown& b) { return a.handle == b.handle; });
+    shown_ = std::move(next);
+    if (isSame) return;
+    std::vector<DividerHandle> frames;
+    for (const auto& shown : shown_) frames.push_back(shown.handle);
+    handles_.showHandles(frames);
+}
+
+void LayoutDividerWindowController::close() {
+    if (isClosed_) return;
+    isClosed_ = true;
+    shown_.clear();
+    held_.reset();
+    handles_.showHandles({});
+}
+
+const LayoutDividerWindowController::Shown* LayoutDividerWindowController::find(const std::string& id) const {
+    const auto found = std::find_if(shown_.begin(), shown_.end(), [&](const Shown& s) { return s.handle.id == id; });
+    return found == shown_.end() ? nullptr : &*found;
+}
+
+/// Layout space runs downwards, the screen upwards.
+double LayoutDividerWindowController::translation(const Held& held, CGPoint location) const {
+    return held.divider.divider.axis == LayoutAxis::horizontal ? location.x - held.start.x : held.start.y - location.y;
+}
+
+void LayoutDividerWindowController::handle(const DividerHandleEvent& event) {
+    using Kind = DividerHandleEvent::Kind;
+    const Shown* shown = find(event.handleID);
+    switch (event.kind) {
+    case Kind::pressed:
+        if (shown && workspace_.beginDividerDrag(shown->divider)) held_ = Held{shown->divider, event.location};
+        return;
+    case Kind::moved:
+        if (held_) workspace_.updateDividerDrag(held_->divider, translation(*held_, event.location));
+        return;
+    case Kind::released:
+        if (!held_) return;
+        workspace_.updateDividerDrag(held_->divider, translation(*held_, event.location));
+        workspace_.endDividerDrag(held_->divider);
+        held_.reset();
+        return;
+    case Kind::cancelled:
+        if (held_) workspace_.cancelDividerDrag();
+        held_.reset();
+        return;
+    case Kind::doubleClicked:
+        if (shown) workspace_.resetDivider(shown->divider);
+        return;
+    }
+}
+
+} // namespace kova

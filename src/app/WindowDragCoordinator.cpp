@@ -1,0 +1,70 @@
+#include "app/WindowDragCoordinator.h"
+
+#include <cmath>
+
+namespace kova {
+
+WindowDragCoordinator::WindowDragCoordinator(WorkspaceController& workspace, PointerMonitorServicing& pointer,
+                                             MainQueue& queue) :
+    workspace_(workspace),
+    pointer_(pointer), queue_(queue) {}
+
+void WindowDragCoordinator::installMonitor() {
+    subscription_ = pointer_.observePointer([this](const PointerEvent& event) { handle(event); });
+}
+
+void WindowDragCoordinator::removeMonitor() {
+    subscription_ = {};
+    if (grip_ && grip_->isDragging) workspace_.cancelWindowDrag();
+    grip_.reset();
+}
+
+void WindowDragCoordinator::handle(const PointerEvent& event) {
+    switch (event.kind) {
+    case PointerEvent::Kind::pressed:
+        return pressed(event.location);
+    case PointerEvent::Kind::moved:
+        return moved(event.location);
+    case PointerEvent::Kind::released:
+        return released(event.location, event.isShiftDown);
+    }
+}
+
+void WindowDragCoordinator::pressed(CGPoint location) {
+    grip_.reset();
+    const auto windowID = workspace_.managedWindowUnder(location);
+    const auto frame = windowID ? workspace_.currentFrame(*windowID) : std::nullopt;
+    if (frame) grip_ = Grip{*windowID, *frame};
+}
+
+std::optional<WorkspaceController::HandMovement> WindowDragCoordinator::movement() const {
+    const auto frame = workspace_.currentFrame(grip_->windowID);
+    if (!frame || nearlyEqual(*frame, grip_->frame, kSlackPoints)) return std::nullopt;
+    const bool isResized = std::abs(frame->size.width - grip_->frame.size.width) > kSlackPoints ||
+                           std::abs(frame->size.height - grip_->frame.size.height) > kSlackPoints;
+    return isResized ? WorkspaceController::HandMovement::resize : WorkspaceController::HandMovement::move;
+}
+
+void WindowDragCoordinator::moved(CGPoint location) {
+    if (!grip_) return;
+    const auto what = movement();
+    if (!what) return;
+    if (!grip_->isDragging) grip_->isDragging = workspace_.beginWindowDrag(grip_->windowID, grip_->frame);
+    if (grip_->isDragging) workspace_.updateWindowDrag(location, *what);
+}
+
+void WindowDragCoordinator::released(CGPoint location, bool isShiftDown) {
+    if (!grip_) return;
+    moved(location);
+    if (!grip_->isDragging) return grip_.reset();
+    const auto lettingGo =
+        isShiftDown ? WorkspaceController::LettingGo::floating : WorkspaceController::LettingGo::intoTile;
+    queue_.after(kSettlingTime, lifetime_.guard([this, location, lettingGo] {
+        if (!grip_) return;
+        const auto what = movement().value_or(WorkspaceController::HandMovement::move);
+        grip_.reset();
+        workspace_.endWindowDrag(location, what, lettingGo);
+    }));
+}
+
+} // namespace kova

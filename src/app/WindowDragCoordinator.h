@@ -1,0 +1,49 @@
+// Recognises that the user moves or resizes a window by hand, and hands it to the workspace: over which tile it is, and
+// where it was let go. What happens then the workspace decides.
+#pragma once
+
+#include "support/Lifetime.h"
+#include "support/MainQueue.h"
+#include "windowing/PointerServicing.h"
+#include "workspace/WorkspaceController.h"
+
+#include <optional>
+#include <string>
+
+namespace kova {
+
+class WindowDragCoordinator {
+  public:
+    /// A window counts as moved once its frame differs by more than this.
+    static constexpr double kSlackPoints = 2;
+    /// The window may reach its last place a little after the button is up.
+    static constexpr Seconds kSettlingTime{0.05};
+
+    WindowDragCoordinator(WorkspaceController& workspace, PointerMonitorServicing& pointer, MainQueue& queue);
+
+    void installMonitor();
+    void removeMonitor();
+
+  private:
+    /// The button is down on a managed window, which may or may not follow.
+    struct Grip {
+        std::string windowID;
+        CGRect frame{}; // window-service space, when the button went down
+        bool isDragging = false;
+    };
+    void handle(const PointerEvent& event);
+    void pressed(CGPoint location);
+    void moved(CGPoint location);
+    void released(CGPoint location, bool isShiftDown);
+    /// What the hand has done to the window so far; absent when nothing.
+    std::optional<WorkspaceController::HandMovement> movement() const;
+
+    WorkspaceController& workspace_;
+    PointerMonitorServicing& pointer_;
+    MainQueue& queue_;
+    Subscription subscription_;
+    std::optional<Grip> grip_;
+    Lifetime lifetime_;
+};
+
+} // namespace kova
