@@ -102,8 +102,8 @@ TEST_P(Hiding, OfAnAgentThatWasKilledIsUndoneByTheNext) {
     const auto unmapped = notes->create({.title = "Never shown"});
     desk->closeDesktop();
     for (const std::string& content : {R"({"windows":[{"window":)" + std::to_string(unmapped) +
-                                          R"(,"process":4002,"how":"unmapped"},7,{"window":-1}]})",
-                                      std::string("[1,2"), std::string("{\"windows\":3}")}) {
+                                           R"(,"process":4002,"how":"unmapped"},7,{"window":-1}]})",
+                                       std::string("[1,2"), std::string("{\"windows\":3}")}) {
         std::ofstream(desk->hiddenWindowsFile()) << content;
         desk->openDesktop();
         EXPECT_TRUE(desk->showsExactly({"Draft", "Inbox", "Pad"})) << content;

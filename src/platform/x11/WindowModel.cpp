@@ -9,6 +9,7 @@ void EventEffects::add(EventEffects&& other) {
     askActiveWindow |= other.askActiveWindow;
     askDisplays |= other.askDisplays;
     panelsChanged |= other.panelsChanged;
+    redecorated.insert(redecorated.end(), other.redecorated.begin(), other.redecorated.end());
     returning.insert(returning.end(), other.returning.begin(), other.returning.end());
 }
 
@@ -79,6 +80,20 @@ void WindowModel::forget(xcb_window_t window) {
     clients_.erase(place);
     std::erase(order_, window);
     if (activeWindow == window && !manager_.isPresent) activeWindow = kNoWindow;
+}
+
+void WindowModel::takeDecorations(ClientWindow& client, const PropertyView& extents) {
+    const bool isOwnTopLevel = client.topLevel == client.window;
+    // The frame ends where the decorations end.
+    const bool isFrameExact = !isOwnTopLevel && client.margins == client.shadow;
+    if (!isOwnTopLevel && !isFrameExact) return;
+    for (const PropertyRule& rule : rules_) {
+        if (rule.property == atoms_[Atom::netFrameExtents]) rule.take(client, extents, atoms_);
+    }
+    if (!client.announcedDecorations) return;
+    client.decorations = *client.announcedDecorations;
+    if (isOwnTopLevel) client.margins = client.shadow - client.decorations;
+    client.pending.reset(); // what was asked for was computed from the old ones
 }
 
 const ClientWindow* WindowModel::client(xcb_window_t window) const {
@@ -234,6 +249,8 @@ EventEffects WindowModel::applyProperty(const xcb_property_notify_event_t& event
         const std::uint32_t bits = rule.staleBit | (rule.staleBit == stale::state ? stale::frame : 0U);
         effects.changed = (changed->stale & bits) != bits;
         markStale(*changed, bits);
+        if (event.atom == atoms_[Atom::netFrameExtents] && manager_.isPresent)
+            effects.redecorated.push_back(event.window);
         break;
     }
     return effects;
@@ -241,7 +258,12 @@ EventEffects WindowModel::applyProperty(const xcb_property_notify_event_t& event
 
 EventEffects WindowModel::applyConfigure(const xcb_configure_notify_event_t& event, std::uint32_t sequence) {
     EventEffects effects;
-    if (event.window == root_ || event.event != root_) return effects;
+    if (event.window == root_) {
+        // Monitors that are set up by hand are announced by nothing else.
+        rootSize = {event.width, event.height};
+        effects.changed = effects.askDisplays = true;
+        return effects;
+    }
     const auto place = topLevels_.find(event.window);
     if (place == topLevels_.end()) return effects;
     TopLevel& top = place->second;

@@ -41,8 +41,12 @@ struct EventEffects {
     bool askActiveWindow = false;
     bool askDisplays = false;
     bool panelsChanged = false;
-    std::vector<xcb_window_t> returning; // went as asked, and are wanted back by now
+    std::vector<xcb_window_t> redecorated; // announced other decorations
+    std::vector<xcb_window_t> returning;   // went as asked, and are wanted back by now
     void add(EventEffects&& other);
+    bool isForMainThread() const {
+        return askActiveWindow || askDisplays || panelsChanged || !redecorated.empty() || !returning.empty();
+    }
 };
 
 class WindowModel {
@@ -63,6 +67,8 @@ class WindowModel {
     /// Without a window manager: a mapped top level that a user can work with joins the list.
     void adoptUnmanaged(xcb_window_t window);
     void forget(xcb_window_t client);
+    /// From _NET_FRAME_EXTENTS, for a window whose frame shows nothing else; others wait to be measured.
+    void takeDecorations(ClientWindow& client, const PropertyView& extents);
 
     // Reading
     const ClientWindow* client(xcb_window_t window) const;
@@ -99,6 +105,7 @@ class WindowModel {
     std::uint32_t currentDesktop = 0;
     std::vector<PixelRect> workareas; // by virtual desktop
     std::optional<std::pair<int, int>> pointer;
+    std::pair<int, int> rootSize; // width and height
 
     void markStale(ClientWindow& client, std::uint32_t bits);
     /// The bits, which are then fresh.

@@ -22,10 +22,11 @@ constexpr Seconds kPatienceAtTheEnd{0.5};
 X11Desktop::Parts::Parts(std::unique_ptr<XConnection> opened, const Options& options, MainQueue& mainQueue,
                          ApplicationCatalogue& applicationCatalogue) :
     connection(std::move(opened)),
-    queue(mainQueue), catalogue(applicationCatalogue), displays(*connection),
-    model(connection->atoms(), connection->root()), hidden(options.hiddenWindowsFile), outbox(*connection, model),
+    queue(mainQueue), catalogue(applicationCatalogue), model(connection->atoms(), connection->root()),
+    displays(*connection), hidden(options.hiddenWindowsFile), outbox(*connection, model),
     refresh(*connection, mutex, model) {
     model.setRandrEventBase(displays.eventBase());
+    model.rootSize = {connection->screen().width_in_pixels, connection->screen().height_in_pixels};
 }
 
 std::variant<std::unique_ptr<X11Desktop>, std::string> X11Desktop::open(const Options& options, MainQueue& queue,
@@ -70,25 +71,21 @@ int X11Desktop::connectionDescriptor() const {
 // Opening
 
 void X11Desktop::Parts::readEverything() {
-    const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
+    const std::uint32_t mask =
+        XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_change_window_attributes(connection->get(), connection->root(), XCB_CW_EVENT_MASK, &mask);
     displays.begin();
     displays.wait();
     refresh.readTopLevels();
     bringUpToDate();
+    const std::lock_guard lock(mutex);
     askActiveWindow();
     askPointer();
-    for (Questions* questions : {&activeWindowQuestion, &pointerQuestion}) {
-        questions->wait(*connection);
-        const std::lock_guard lock(mutex);
-        questions->take();
-    }
-    {
-        const std::lock_guard lock(mutex);
-        arrangeDisplays();
-        unsettled = {};
-        model.hasChangedHands = false;
-    }
+    for (Questions& questions : asked) questions.wait(*connection);
+    takeReplies();
+    arrangeDisplays();
+    unsettled = {};
+    model.hasChangedHands = false;
     isLost = connection->isLost();
 }
 
@@ -160,18 +157,18 @@ void X11Desktop::Parts::settle(EventEffects effects) {
         for (const xcb_window_t window : effects.returning) xcb_map_window(connection->get(), window);
         mustFlush |= !effects.returning.empty();
         hidden.followModel(model, queue.uptime());
-        if (activeWindowQuestion.collect(*connection)) activeWindowQuestion.take();
-        if (pointerQuestion.collect(*connection)) pointerQuestion.take();
+        takeReplies();
         if (displays.advance()) {
             monitors = displays.monitors();
             effects.panelsChanged = true;
         }
         if (effects.panelsChanged) displaysChanged = arrangeDisplays();
+        if (effects.askDisplays) displays.begin();
+        if (effects.askActiveWindow) askActiveWindow();
+        for (const xcb_window_t window : effects.redecorated) askDecorations(window);
+        mustFlush |= displays.isAsking();
     }
-    if (effects.askDisplays) displays.begin();
-    if (effects.askActiveWindow || asksActiveWindowAgain) askActiveWindow();
-    if (displays.isAsking() || mustFlush) connection->flush();
-    mustFlush = false;
+    if (std::exchange(mustFlush, false)) connection->flush();
     if (displaysChanged) {
         noteChange();
         screenObservers.notify();
@@ -190,31 +187,49 @@ void X11Desktop::Parts::noteChange() {
     changes.fetch_add(1);
 }
 
+void X11Desktop::Parts::takeReplies() {
+    while (!asked.empty() && asked.front().collect(*connection)) {
+        Questions answered = std::move(asked.front());
+        asked.pop_front();
+        answered.take();
+    }
+}
+
 void X11Desktop::Parts::askActiveWindow() {
-    asksActiveWindowAgain = !activeWindowQuestion.isEmpty();
-    if (asksActiveWindowAgain) return;
-    const std::lock_guard lock(mutex);
-    if (!model.windowManager().isPresent) {
-        if (model.activeWindow != kNoWindow) return;
-        activeWindowQuestion.add(xcb_get_input_focus(connection->get()), [this](const void* reply) {
-            const auto* focus = static_cast<const xcb_get_input_focus_reply_t*>(reply);
-            if (focus && model.client(focus->focus)) model.activeWindow = focus->focus;
-        });
-    } else {
-        activeWindowQuestion.add(
+    mustFlush = true;
+    if (model.windowManager().isPresent) {
+        asked.emplace_back().add(
             connection->askProperty(connection->root(), connection->atoms()[Atom::netActiveWindow], 1),
             [this](const void* reply) {
                 const auto windows =
                     numbersIn(viewOf(static_cast<const xcb_get_property_reply_t*>(reply)), XCB_ATOM_WINDOW);
                 model.activeWindow = windows.empty() ? kNoWindow : windows[0];
             });
+    } else if (model.activeWindow == kNoWindow) {
+        asked.emplace_back().add(xcb_get_input_focus(connection->get()), [this](const void* reply) {
+            const auto* focus = static_cast<const xcb_get_input_focus_reply_t*>(reply);
+            if (focus && model.client(focus->focus)) model.activeWindow = focus->focus;
+        });
     }
+}
+
+/// Asked at once and not by the next poll: a window that is being placed must be placed again by its new decorations.
+void X11Desktop::Parts::askDecorations(xcb_window_t window) {
     mustFlush = true;
+    asked.emplace_back().add(connection->askProperty(window, connection->atoms()[Atom::netFrameExtents], 4),
+                             [this, window](const void* reply) {
+                                 ClientWindow* client = model.client(window);
+                                 if (client)
+                                     model.takeDecorations(*client,
+                                                           viewOf(static_cast<const xcb_get_property_reply_t*>(reply)));
+                             });
 }
 
 void X11Desktop::Parts::askPointer() {
-    if (!pointerQuestion.isEmpty()) return;
-    pointerQuestion.add(xcb_query_pointer(connection->get(), connection->root()), [this](const void* reply) {
+    if (std::exchange(isPointerAsked, true)) return;
+    mustFlush = true;
+    asked.emplace_back().add(xcb_query_pointer(connection->get(), connection->root()), [this](const void* reply) {
+        isPointerAsked = false;
         const auto* pointer = static_cast<const xcb_query_pointer_reply_t*>(reply);
         if (pointer && pointer->same_screen) model.pointer = {pointer->root_x, pointer->root_y};
     });
@@ -228,12 +243,11 @@ void X11Desktop::Parts::bringUpToDate() {
     bool mainHasWork = false;
     {
         const std::lock_guard lock(mutex);
-        // While waiting for replies, this thread has read events that the main thread would not be woken for.
+        // While waiting, this thread has read events, and replies to the main thread, that nothing else wakes it for.
         unsettled.add(drain(xcb_poll_for_queued_event));
         unsettled.panelsChanged |= outcome.panelsChanged;
-        mainHasWork = unsettled.askActiveWindow || unsettled.askDisplays || unsettled.panelsChanged ||
-                      !unsettled.returning.empty() || model.hasChangedHands || (unsettled.changed && isAwaited) ||
-                      !hidden.all().empty();
+        mainHasWork = unsettled.isForMainThread() || model.hasChangedHands || (unsettled.changed && isAwaited) ||
+                      !hidden.all().empty() || !asked.empty() || displays.isAsking();
         unsettled.changed = false;
     }
     if (mainHasWork && !isMainThread()) queue.post(lifetime.guard([this] { settle({}); }));

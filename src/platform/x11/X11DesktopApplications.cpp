@@ -137,15 +137,7 @@ bool X11Desktop::Parts::arrangeDisplays() {
     std::optional<PixelRect> workarea;
     if (model.currentDesktop < model.workareas.size()) workarea = model.workareas[model.currentDesktop];
     if (monitors.empty()) monitors = displays.monitors();
-    PixelRect root{0, 0, connection->screen().width_in_pixels, connection->screen().height_in_pixels};
-    // The size at the start is not that of now; monitors tell more.
-    if (!monitors.empty()) {
-        root = {};
-        for (const Monitor& monitor : monitors) {
-            root.width = std::max(root.width, monitor.rect.right());
-            root.height = std::max(root.height, monitor.rect.bottom());
-        }
-    }
+    const PixelRect root{0, 0, model.rootSize.first, model.rootSize.second};
     auto next = describeDisplays(monitors, panels, workarea, root);
     if (next == arrangement) return false;
     arrangement = std::move(next);
@@ -162,9 +154,9 @@ Subscription X11Desktop::observeScreens(std::function<void()> changed) {
 }
 
 std::optional<CGPoint> X11Desktop::pointerLocation() const {
-    parts_->askPointer();
-    parts_->connection->flush();
     const std::lock_guard lock(parts_->mutex);
+    parts_->askPointer();
+    parts_->sendSoon();
     if (!parts_->model.pointer) return std::nullopt;
     const auto [x, y] = *parts_->model.pointer;
     const PixelRect& first = parts_->arrangement.firstRect;

@@ -10,6 +10,7 @@
 #include "support/Lifetime.h"
 
 #include <atomic>
+#include <deque>
 #include <functional>
 #include <map>
 #include <mutex>
@@ -39,11 +40,7 @@ struct X11Desktop::Parts {
     std::atomic<bool> isLost{false};
 
     // Main thread only
-    x11::DisplayReader displays;
-    x11::Questions activeWindowQuestion;
-    x11::Questions pointerQuestion;
-    bool asksActiveWindowAgain = false;
-    bool mustFlush = false; // requests were sent whose replies the main thread collects
+    bool mustFlush = false; // requests wait to be sent
     bool isSendDue = false;
     Observers<> screenObservers;
     std::uint64_t awaitedCount = 0;
@@ -53,6 +50,9 @@ struct X11Desktop::Parts {
     // Guarded
     mutable std::mutex mutex;
     x11::WindowModel model;
+    x11::DisplayReader displays;
+    std::deque<x11::Questions> asked; // by the main thread, which does not wait for the replies
+    bool isPointerAsked = false;
     x11::HiddenWindows hidden;
     x11::Outbox outbox;
     x11::EventEffects unsettled; // found by the polling queue, for the main thread to act on
@@ -69,9 +69,11 @@ struct X11Desktop::Parts {
     void settle(x11::EventEffects effects);                                   // main thread
     void bringUpToDate();                                                     // polling queue, or while opening
     void identifyApplications();
-    void askActiveWindow();
+    void takeReplies();     // locked; those that have come
+    void askActiveWindow(); // locked, as are these
+    void askDecorations(xcb_window_t window);
     void askPointer();
-    bool arrangeDisplays(); // locked; true when something changed
+    bool arrangeDisplays(); // true when something changed
     void noteChange();
     void callWhenChanged();
     bool isMainThread() const { return std::this_thread::get_id() == mainThread; }
