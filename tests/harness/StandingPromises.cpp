@@ -112,10 +112,12 @@ void Desk::checkWindowsAreAtRest(std::vector<std::string>& broken) {
     std::set<std::string> living;
     for (const auto* window : desktop.livingWindows()) {
         living.insert(desktop.windowIDOf(window->label()));
-        // A late answer can take a window to a display that was unplugged meanwhile.
-        const bool answersAtOnce = window->traits().answersAfter <= Seconds(0);
-        if (answersAtOnce && !desktop.isOnSomeDisplay(*window))
+        // One that stays where it is may shrink away from its display; a late answer may return to one that is gone.
+        const auto& habits = window->traits();
+        const bool goesWhereItIsTold = !habits.refusesToMove && habits.answersAfter <= Seconds(0);
+        if (goesWhereItIsTold && !desktop.isOnSomeDisplay(*window)) {
             broken.push_back("outside all displays: " + window->label());
+        }
     }
     const auto& zoomed = *controller().state().focusMode;
     if (zoomed && !living.contains(zoomed->windowID)) broken.push_back("focus mode of a dead window");

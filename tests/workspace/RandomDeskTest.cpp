@@ -46,8 +46,9 @@ class RandomDay {
         CGRect display = makeRect(0, 0, 2560, 1440);
         const auto screens = desk_.desktop.screens();
         if (!screens.empty()) display = desk_.desktop.frameOfDisplay(screens[below(screens.size())].localizedName);
-        return makeRect(minX(display) + static_cast<double>(below(900)), minY(display) + static_cast<double>(below(700)),
-                        static_cast<double>(150 + below(1500)), static_cast<double>(100 + below(1200)));
+        return makeRect(minX(display) + static_cast<double>(below(900)),
+                        minY(display) + static_cast<double>(below(700)), static_cast<double>(150 + below(1500)),
+                        static_cast<double>(100 + below(1200)));
     }
     /// Nothing when there is no window.
     void withAnyWindow(const std::function<void(const std::string&)>& act) {
@@ -125,6 +126,7 @@ class RandomDay {
         // At once, in the midst of the passes, between two polls, or when all is at rest.
         const Seconds pause = anyOf({Seconds(0), Seconds(0.1), Seconds(0.5), Seconds(0.9), Desk::kSettlingTime});
         desk_.advance(pause);
+        story_ += "\n    " + desk_.desktop.picture();
     }
     /// When all answers again and nobody interferes, the desk comes to rest and stays there.
     void checkRest() {

@@ -40,7 +40,9 @@ SimulatedDisplay& SimulatedDesktop::display(std::string_view name) {
     return const_cast<SimulatedDisplay&>(std::as_const(*this).display(name));
 }
 
-CGRect SimulatedDesktop::frameOfDisplay(std::string_view name) const { return displayFrame(display(name)); }
+CGRect SimulatedDesktop::frameOfDisplay(std::string_view name) const {
+    return displayFrame(display(name));
+}
 
 CGRect SimulatedDesktop::displayFrame(const SimulatedDisplay& display) const {
     return {*display.origin, display.size};
@@ -271,6 +273,11 @@ void SimulatedDesktop::remove(const SimulatedWindow& window) {
 
 void SimulatedDesktop::close(std::string_view label) {
     remove(window(label));
+}
+
+bool SimulatedDesktop::isOnSomeDisplay(const CGRect& frame) const {
+    return std::any_of(displays_.begin(), displays_.end(),
+                       [&](const auto& display) { return intersectionArea(displayFrame(display), frame) > 0; });
 }
 
 void SimulatedDesktop::setFrameOf(SimulatedWindow& window, const CGRect& frame) {

@@ -68,7 +68,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     void renameDisplay(std::string_view name, std::string newName);
     void setPanels(std::string_view name, CGRect panels);
     void makeFirstDisplay(std::string_view name);
-    CGRect frameOfDisplay(std::string_view name) const;    // desktop space
+    CGRect frameOfDisplay(std::string_view name) const; // desktop space
     void strandWindows(bool strand) { strandsWindows_ = strand; }
 
     // Applications. Names and labels of things that are not there throw std::out_of_range: the scenario is wrong.
@@ -190,6 +190,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     /// The display under the window's top left corner, else the first.
     CGRect displayFrameUnder(const CGRect& frame) const;
     CGPoint firstDisplayOrigin() const;
+    bool isOnSomeDisplay(const CGRect& frame) const;
     void displaysChanged();
 
     void changed();

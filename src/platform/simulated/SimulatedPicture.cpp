@@ -21,8 +21,7 @@ bool SimulatedDesktop::isAnswering(const SimulatedWindow& window) const {
 }
 
 bool SimulatedDesktop::isOnSomeDisplay(const SimulatedWindow& window) const {
-    return std::any_of(displays_.begin(), displays_.end(),
-                       [&](const auto& display) { return intersectionArea(displayFrame(display), window.frame) > 0; });
+    return isOnSomeDisplay(window.frame);
 }
 
 std::string SimulatedDesktop::describeWindow(const SimulatedWindow& window) const {

@@ -201,7 +201,8 @@ void SimulatedDesktop::apply(std::uint64_t windowNumber, const std::vector<Attri
 
 void SimulatedDesktop::springBackLater(const SimulatedWindow& window, const CGRect& frame) {
     queue_.after(kSpringDelay, lifetime_.guard([this, number = window.number(), frame] {
-        if (auto* springing = findWindow(number)) setFrameOf(*springing, frame);
+        auto* springing = findWindow(number);
+        if (springing && isOnSomeDisplay(frame)) setFrameOf(*springing, frame);
     }));
 }
 
