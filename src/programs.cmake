@@ -1,12 +1,17 @@
+# The programs. The command line is asked many times a day and must start at once: on Linux it is one static file without
+# the parts of the libraries that it does not use, so that the system has next to nothing to load.
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 
-# The command line is asked many times a day and must start at once: on Linux it is one static file without
-# the parts of the libraries that it does not use, so that the system has next to nothing to load.
 file(GLOB cli_sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/cli/*.cpp)
-add_executable(kova ${cli_sources})
-target_link_libraries(kova PRIVATE kova_control_client)
+list(FILTER cli_sources EXCLUDE REGEX /main\\.cpp$)
+add_library(kova_cli STATIC ${cli_sources})
+target_link_libraries(kova_cli PUBLIC kova_control_client)
+add_executable(kova cli/main.cpp)
+target_link_libraries(kova PRIVATE kova_cli)
 if(UNIX AND NOT APPLE)
-  target_compile_options(kova PRIVATE -ffunction-sections -fdata-sections)
+  foreach(part kova kova_cli kova_control_client)
+    target_compile_options(${part} PRIVATE -ffunction-sections -fdata-sections)
+  endforeach()
   target_link_options(kova PRIVATE -Wl,--gc-sections)
   if(NOT KOVA_SANITIZE)
     target_link_options(kova PRIVATE -static)

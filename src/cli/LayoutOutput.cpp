@@ -72,9 +72,12 @@ std::string printLayout(const json& result, const Arguments& arguments) {
 std::string printLayoutList(const json& result, const Arguments&) {
     std::string out;
     for (const json& layout : result["layouts"]) {
+        if (!out.empty()) out += "\n";
         std::vector<PictureTile> tiles;
         for (const json& slot : layout["slots"]) tiles.push_back({rectOf(slot["frame"]), {}});
-        const int columns = static_cast<int>(std::lround(aspect(layout["referenceSize"]) * kSmallHeight * kCellAspect));
+        // An odd number, so that a half has a column of its own.
+        const int columns =
+            static_cast<int>(std::lround(aspect(layout["referenceSize"]) * kSmallHeight * kCellAspect)) | 1;
         const auto picture = drawLayout(tiles, columns, kSmallHeight, lineStyle());
 
         const std::string count = std::to_string(tiles.size()) + (tiles.size() == 1 ? " tile" : " tiles");

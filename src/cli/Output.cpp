@@ -37,13 +37,6 @@ std::string shape(const json& window) {
     return window["isVisible"].get<bool>() ? "visible" : "not visible";
 }
 
-std::string nameOfWindow(const json& windows, const json& id) {
-    for (const json& window : windows) {
-        if (window["id"] == id) return window["application"].get<std::string>();
-    }
-    return textOr(id, "-");
-}
-
 std::string counted(std::size_t count, const char* one, const char* several) {
     return std::to_string(count) + " " + (count == 1 ? one : several);
 }
@@ -68,11 +61,11 @@ std::string windowTable(const json& windows) {
     return table.isEmpty() ? "No windows.\n" : table.text();
 }
 
-std::string tileTable(const json& tiles, const json& windows) {
+std::string tileTable(const json& tiles) {
     Table table({{"TILE"}, {"NAME"}, {"FRAME"}, {"STACK", Align::right}, {"WINDOW"}});
     for (const json& tile : tiles) {
         table.add({tile["id"], tile["name"], frame(tile["frame"]), std::to_string(tile["stack"].size()),
-                   nameOfWindow(windows, tile["window"])});
+                   textOr(tile["application"], "-")});
     }
     return table.isEmpty() ? "No tiles.\n" : table.text();
 }
@@ -123,13 +116,13 @@ std::string printWindows(const json& result, const Arguments&) {
 }
 
 std::string printTiles(const json& result, const Arguments&) {
-    return tileTable(result["tiles"], json::array());
+    return tileTable(result["tiles"]);
 }
 
 std::string printState(const json& result, const Arguments&) {
     const json& state = result["state"];
-    std::string out = displayTable(state["displays"], nullptr) + "\n" + tileTable(state["tiles"], state["windows"]) +
-                      "\n" + windowTable(state["windows"]);
+    std::string out = displayTable(state["displays"], nullptr) + "\n" + tileTable(state["tiles"]) + "\n" +
+                      windowTable(state["windows"]);
     if (!state["message"].is_null()) out += "\n" + line(state["message"].get<std::string>());
     return out;
 }

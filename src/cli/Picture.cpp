@@ -32,12 +32,6 @@ bool overlap(Interval a, Interval b) {
     return std::min(a.high, b.high) - std::max(a.low, b.low) > kSame;
 }
 
-/// How many cells the axis must have so that a tile of this extent has an inside.
-int cellsNeeded(double extent) {
-    constexpr int kMostCells = 400;
-    return extent > 0 ? static_cast<int>(std::min<double>(std::ceil(2 / extent) + 1, kMostCells)) : 0;
-}
-
 /// The edges of all tiles along one axis, two a tile (low, high), moved onto the lines that neighbours share.
 class SharedEdges {
   public:
@@ -55,12 +49,22 @@ class SharedEdges {
                 if (overlap(along(tiles[a].frame, !isX), along(tiles[b].frame, !isX))) join(2 * a + 1, 2 * b);
             }
         }
+        for (std::size_t edge = 0; edge < values_.size(); ++edge) places_.push_back(place(edge));
     }
 
-    /// The cells of a tile's two edges, when the axis has so many.
-    std::pair<int, int> cells(std::size_t tile, int count) const {
-        const int low = cell(2 * tile, count);
-        return {low, std::max(cell(2 * tile + 1, count), low + 2)};
+    /// The cells of each tile's two edges when the axis has about so many: as many more as it takes for every tile to
+    /// have an inside.
+    std::vector<std::pair<int, int>> cells(int& count) const {
+        constexpr int kMostCells = 400;
+        for (;; ++count) {
+            std::vector<std::pair<int, int>> all;
+            bool hasInsides = true;
+            for (std::size_t tile = 0; tile < values_.size() / 2; ++tile) {
+                all.emplace_back(cell(2 * tile, count), cell(2 * tile + 1, count));
+                hasInsides = hasInsides && all.back().second >= all.back().first + 2;
+            }
+            if (hasInsides || count >= kMostCells) return all;
+        }
     }
 
   private:
@@ -74,7 +78,11 @@ class SharedEdges {
         line_[root(high)] = root(low);
     }
 
-    int cell(std::size_t edge, int count) const {
+    int cell(std::size_t edge, int count) const { return static_cast<int>(std::lround(places_[edge] * (count - 1))); }
+
+    /// Where the line of the edge is drawn, from 0 to 1: in the middle of its edges, and at the border of the picture
+    /// when it is the layout's own margin.
+    double place(std::size_t edge) const {
         double sum = 0;
         int members = 0;
         for (std::size_t other = 0; other < line_.size(); ++other) {
@@ -82,15 +90,16 @@ class SharedEdges {
             sum += values_[other];
             ++members;
         }
-        double value = sum / members;
-        if (!hasNeighbour_[edge] && value < kWidestGap) value = 0;
-        if (!hasNeighbour_[edge] && value > 1 - kWidestGap) value = 1;
-        return static_cast<int>(std::lround(std::clamp(value, 0.0, 1.0) * (count - 1)));
+        const double value = sum / members;
+        if (!hasNeighbour_[edge] && value < kWidestGap) return 0;
+        if (!hasNeighbour_[edge] && value > 1 - kWidestGap) return 1;
+        return std::clamp(value, 0.0, 1.0);
     }
 
     std::vector<double> values_;
     std::vector<std::size_t> line_; // another edge on the same line; an edge that names itself stands for the line
     std::vector<bool> hasNeighbour_;
+    std::vector<double> places_;
 };
 
 class Canvas {
@@ -165,18 +174,10 @@ class Canvas {
 std::vector<std::string> drawLayout(const std::vector<PictureTile>& tiles, int columns, int rows, Lines lines) {
     const SharedEdges horizontal(tiles, true);
     const SharedEdges vertical(tiles, false);
-    for (const auto& tile : tiles) {
-        columns = std::max(columns, cellsNeeded(tile.frame.size.width));
-        rows = std::max(rows, cellsNeeded(tile.frame.size.height));
-    }
+    const auto x = horizontal.cells(columns);
+    const auto y = vertical.cells(rows);
     std::vector<Box> boxes;
-    for (std::size_t i = 0; i < tiles.size(); ++i) {
-        const auto [left, right] = horizontal.cells(i, columns);
-        const auto [top, bottom] = vertical.cells(i, rows);
-        boxes.push_back({left, top, right, bottom});
-        columns = std::max(columns, right + 1);
-        rows = std::max(rows, bottom + 1);
-    }
+    for (std::size_t i = 0; i < tiles.size(); ++i) boxes.push_back({x[i].first, y[i].first, x[i].second, y[i].second});
     Canvas canvas(columns, rows);
     for (const Box& box : boxes) canvas.draw(box);
     for (std::size_t i = 0; i < boxes.size(); ++i) canvas.write(boxes[i], tiles[i].captions);

@@ -75,7 +75,7 @@ void ControlConnection::readInput() {
 
     const std::lock_guard guard(lock_);
     if (!isOpen_) return;
-    isInputPaused_ = unanswered_ >= limits_.unansweredRequests;
+    isInputPaused_ = !hasRoomForInput(limits_.unansweredRequests - 1);
     if (!isInputPaused_) waitForInput();
 }
 
@@ -106,18 +106,26 @@ void ControlConnection::endInput() {
 }
 
 void ControlConnection::finishMessage(const std::string& reply) {
-    if (!reply.empty()) send(reply);
     const std::lock_guard guard(lock_);
     --unanswered_;
     if (!isOpen_) return;
+    if (!reply.empty()) enqueue(reply);
     if (hasNothingLeftToSay()) {
         asio::post(*context_, [self = shared_from_this()] { self->close(); });
-    } else if (isInputPaused_ && unanswered_ <= limits_.unansweredRequests / 2) {
-        isInputPaused_ = false;
-        asio::post(*context_, [self = shared_from_this()] {
-            if (self->isConnected()) self->waitForInput();
-        });
+    } else if (isInputPaused_ && hasRoomForInput(limits_.unansweredRequests / 2)) {
+        asio::post(*context_, [self = shared_from_this()] { self->resumeInput(); });
     }
+}
+
+void ControlConnection::resumeInput() {
+    const std::lock_guard guard(lock_);
+    if (!isOpen_ || !isInputPaused_ || !hasRoomForInput(limits_.unansweredRequests / 2)) return;
+    isInputPaused_ = false;
+    waitForInput();
+}
+
+bool ControlConnection::hasRoomForInput(std::size_t unansweredAllowed) const {
+    return unanswered_ <= unansweredAllowed && unsent_.empty();
 }
 
 bool ControlConnection::hasNothingLeftToSay() const {
@@ -127,16 +135,17 @@ bool ControlConnection::hasNothingLeftToSay() const {
 void ControlConnection::send(const std::string& line) {
     const std::lock_guard guard(lock_);
     if (!isOpen_) return;
-    const bool wasWaiting = !unsent_.empty();
-    const std::size_t length = line.size() + 1;
-    if (wasWaiting && unsent_.size() + length > limits_.unsentBytes) {
+    if (!unsent_.empty() && unsent_.size() + line.size() > limits_.unsentBytes) {
         asio::post(*context_, [self = shared_from_this()] { self->close(); });
         return;
     }
-    unsent_.reserve(unsent_.size() + length);
+    enqueue(line);
+}
+
+void ControlConnection::enqueue(const std::string& line) {
+    const bool wasWaiting = !unsent_.empty();
     unsent_.append(line).push_back('\n');
     if (wasWaiting) return;
-
     if (!sendWhatFits()) {
         asio::post(*context_, [self = shared_from_this()] { self->close(); });
     } else if (!unsent_.empty()) {
@@ -161,7 +170,8 @@ void ControlConnection::sendQueued() {
         isEmpty = unsent_.empty();
     }
     if (isDone) return close();
-    if (!isEmpty) waitForRoom();
+    if (!isEmpty) return waitForRoom();
+    resumeInput();
 }
 
 bool ControlConnection::sendWhatFits() {

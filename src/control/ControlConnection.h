@@ -47,10 +47,13 @@ class ControlConnection final : public ControlPeer, public std::enable_shared_fr
     void take(std::string_view bytes);
     void takeMessage(jsonrpc::Message message);
     void endInput();
+    void resumeInput();
     void waitForRoom();
     void sendQueued();
     // With the lock held
     bool hasNothingLeftToSay() const;
+    bool hasRoomForInput(std::size_t unansweredAllowed) const;
+    void enqueue(const std::string& line);
     bool sendWhatFits(); // false when the connection is broken
 
     const std::shared_ptr<asio::io_context> context_; // outlives the socket, whoever holds the connection last

@@ -27,8 +27,8 @@ using ControlReply = std::variant<nlohmann::json, ControlFailure>;
 class ControlPeer {
   public:
     virtual ~ControlPeer() = default;
-    /// Sends one line (without its line break). Never waits; a client whose queue is full is dropped instead. Main
-    /// thread.
+    /// Sends one line (without its line break) by itself, not as an answer. Never waits: a client that leaves too much
+    /// unread is dropped instead. Main thread.
     virtual void send(const std::string& line) = 0;
     /// False once the client is gone. Any thread.
     virtual bool isConnected() const = 0;

@@ -41,6 +41,13 @@ json brief(const ManagedWindow& window) {
 
 } // namespace
 
+json applicationOf(const WorkspaceController& controller, const std::optional<std::string>& windowID) {
+    for (const ManagedWindow& window : controller.liveWindows()) {
+        if (window.id == windowID) return window.applicationName;
+    }
+    return nullptr;
+}
+
 json rect(const CGRect& frame) {
     return {{"x", number(frame.origin.x)},
             {"y", number(frame.origin.y)},
@@ -103,6 +110,7 @@ json tiles(const WorkspaceController& controller) {
                        {"cell", rect(flipped(tile.frameOnScreen, maximumY))},
                        {"frame", rect(tile.frameForWindowService)},
                        {"window", orNull(tile.windowID)},
+                       {"application", applicationOf(controller, tile.windowID)},
                        {"stack", tile.stack}});
     }
     return out;

@@ -6,6 +6,7 @@
 
 #include <nlohmann/json_fwd.hpp>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,8 @@ namespace kova::controlRecord {
 
 nlohmann::json rect(const CGRect& frame);
 nlohmann::json size(const CGSize& size);
+/// The name of the window's application; null without a window.
+nlohmann::json applicationOf(const WorkspaceController& controller, const std::optional<std::string>& windowID);
 nlohmann::json window(const ManagedWindow& window, const TileAssignments& assignments);
 
 nlohmann::json displays(const WorkspaceController& controller);

@@ -19,9 +19,9 @@ class ControlHandling;
 
 struct ControlServerLimits {
     std::size_t connections = 512;             // further ones are closed at once
-    std::size_t unsentBytes = 4 * 1024 * 1024; // a client that lets more than this pile up is dropped
-    std::size_t unansweredRequests = 64;       // of one client; no more of its lines are read until some are answered
-    std::optional<uid_t> onlyUser;             // who may connect; this process's own user when absent
+    std::size_t unsentBytes = 4 * 1024 * 1024; // a subscriber that lets more than this pile up is dropped
+    std::size_t unansweredRequests = 64;       // of one client; what it sends beyond that is not read yet
+    std::optional<uid_t> onlyUser{};           // who may connect; this process's own user when absent
 };
 
 class ControlServer {

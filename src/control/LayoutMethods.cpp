@@ -58,20 +58,14 @@ json tileShown(const TileSlot& slot, CGSize windowSize, json window, std::size_t
             {"stackSize", stackSize}};
 }
 
-json applicationOf(const WorkspaceController& controller, const std::optional<std::string>& windowID) {
-    for (const ManagedWindow& window : controller.liveWindows()) {
-        if (window.id == windowID) return window.applicationName;
-    }
-    return nullptr;
-}
-
 /// The tiles as they are on the display, with the user's weights and the windows in them.
 json tilesInForce(const WorkspaceController& controller, const std::string& display) {
     json out = json::array();
     for (const WorkspaceTile& tile : controller.tiles()) {
         if (tile.displayID != display) continue;
         const CGRect room = insetBy(tile.frameOnScreen, controller.state().profile->tileInset);
-        out.push_back(tileShown(tile.slot, room.size, applicationOf(controller, tile.windowID), tile.stack.size()));
+        out.push_back(tileShown(tile.slot, room.size, controlRecord::applicationOf(controller, tile.windowID),
+                                tile.stack.size()));
     }
     return out;
 }

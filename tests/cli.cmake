@@ -1,0 +1,11 @@
+# The agent's socket and the command line, tried on a whole agent on the simulated desktop.
+target_link_libraries(control_tests PRIVATE kova_desk)
+target_compile_definitions(control_tests PRIVATE KOVA_DOCS="${PROJECT_SOURCE_DIR}/docs")
+
+kova_tests(cli kova_cli kova_control kova_desk)
+if(TARGET cli_tests)
+  add_dependencies(cli_tests kova)
+  target_sources(cli_tests PRIVATE control/JsonSchema.cpp)
+  target_compile_definitions(cli_tests PRIVATE KOVA_COMMAND="$<TARGET_FILE:kova>"
+    KOVA_DOCS="${PROJECT_SOURCE_DIR}/docs" KOVA_README="${PROJECT_SOURCE_DIR}/README.md")
+endif()

@@ -1,0 +1,251 @@
+// The real `kova` against a whole agent on the simulated desktop.
+#include "cli/Verbs.h"
+#include "tests/cli/CommandRun.h"
+#include "tests/control/AgentStage.h"
+#include "tests/control/JsonSchema.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace kova {
+
+namespace {
+
+using nlohmann::json;
+using Words = std::vector<std::string>;
+
+class CommandLine : public testing::Test, public AgentStage {
+  protected:
+    struct Result {
+        int code;
+        std::string out, err;
+    };
+    std::unique_ptr<RunningCommand> begin(const Words& words) {
+        return std::make_unique<RunningCommand>(words, environment, [this] { turn(); });
+    }
+    Result run(const Words& words) {
+        auto command = begin(words);
+        const int code = command->wait();
+        return {code, command->out, command->err};
+    }
+
+    Words environment{"KOVA_SOCKET=" + socketPath(), "LANG=C.UTF-8"};
+};
+
+/// The words of a command as a shell would cut it, without the first.
+Words wordsOf(const std::string& command) {
+    Words words;
+    bool isQuoted = false;
+    bool isInside = false;
+    for (const char c : command) {
+        if (c == '"') {
+            isQuoted = !isQuoted;
+        } else if (c == ' ' && !isQuoted) {
+            isInside = false;
+        } else {
+            if (!std::exchange(isInside, true)) words.emplace_back();
+            words.back() += c;
+        }
+    }
+    words.erase(words.begin());
+    return words;
+}
+
+std::vector<std::string> linesOf(std::string_view text) {
+    std::vector<std::string> lines;
+    for (std::size_t at = 0; at < text.size();) {
+        const auto end = std::min(text.find('\n', at), text.size());
+        lines.emplace_back(text.substr(at, end - at));
+        at = end + 1;
+    }
+    return lines;
+}
+
+} // namespace
+
+TEST_F(CommandLine, EveryExampleInTheHelpAndTheDocumentsWorks) {
+    std::vector<std::string> examples = documentedLines(KOVA_DOCS "/control.md", "sh", "kova ");
+    if (std::filesystem::exists(KOVA_README)) {
+        for (const auto& line : documentedLines(KOVA_README, "sh", "kova ")) examples.push_back(line);
+    }
+    for (auto& example : examples) example = "kova " + example;
+    for (const cli::Verb& verb : cli::verbs()) {
+        EXPECT_FALSE(verb.examples.empty()) << verb.name;
+        for (const auto& example : linesOf(verb.examples)) examples.push_back(example);
+    }
+    ASSERT_GT(examples.size(), 30u);
+    for (const auto& example : examples) {
+        const Words words = wordsOf(example);
+        auto command = begin(words);
+        if (words[0] == "subscribe") {
+            EXPECT_TRUE(command->waitForOutput("windows")) << example;
+            continue;
+        }
+        EXPECT_EQ(command->wait(), 0) << example << "\n" << command->err;
+        EXPECT_FALSE(command->out.empty()) << example;
+        EXPECT_EQ(command->err, "") << example;
+    }
+    EXPECT_TRUE(hasQuit);
+}
+
+TEST_F(CommandLine, EveryVerbHasHelpAndJson) {
+    const json schema = controlSchema();
+    const std::string overview = run({"help"}).out;
+    for (const cli::Verb& verb : cli::verbs()) {
+        const std::string name(verb.name);
+        SCOPED_TRACE(name);
+        EXPECT_NE(overview.find("  " + name + " "), std::string::npos);
+        Words words = wordsOf("kova " + name);
+        words.emplace_back("--help");
+        const Result asOption = run(words);
+        const Result asVerb = run(wordsOf("kova help " + name));
+        EXPECT_EQ(asOption.code, 0);
+        EXPECT_EQ(asOption.out, asVerb.out);
+        EXPECT_NE(asOption.out.find(verb.description.substr(0, 40)), std::string::npos);
+        for (const auto& example : linesOf(verb.examples)) EXPECT_NE(asOption.out.find(example), std::string::npos);
+
+        if (verb.name == "subscribe") continue;
+        words = wordsOf(linesOf(verb.examples).front());
+        words.insert(words.begin(), "--json");
+        const Result asJson = run(words);
+        EXPECT_EQ(asJson.code, 0) << asJson.err;
+        EXPECT_EQ(schemaViolation(schema, "result:" + std::string(verb.method), json::parse(asJson.out)), "");
+    }
+}
+
+TEST_F(CommandLine, ExitCodesTellWhatWentWrong) {
+    struct Case {
+        Words words;
+        int code;
+        std::string says; // on standard error
+    };
+    const std::vector<Case> cases = {
+        {{"layout", "select", "hexagons"}, 1, "jarvis.quad-grid  Quad Grid (2×2)"},
+        {{"layout", "select", "quad"}, 1, "more than one layout"},
+        {{"layout", "show", "--display", "Beamer"}, 1, "1  A"},
+        {{"explain", "Solitaire"}, 1, "Mail  Inbox"},
+        {{"explain", "\xFF\xFE"}, 1, "There is no window"},
+        {{}, 2, "usage: kova VERB"},
+        {{"arange"}, 2, "There is no verb “arange”"},
+        {{"layout"}, 2, "layout reset-sizes"},
+        {{"layout", "turn"}, 2, "There is no “layout turn”"},
+        {{"layout", "select"}, 2, "LAYOUT is required"},
+        {{"layout", "select", ""}, 2, "must not be empty"},
+        {{"layout", "inset"}, 2, "POINTS is required"},
+        {{"layout", "inset", "5px"}, 2, "“5px” is not a number from 0 to 100"},
+        {{"layout", "inset", "nan"}, 2, "“nan” is not a number from 0 to 100"},
+        {{"layout", "inset", "1e9"}, 2, "“1e9” is not a number from 0 to 100"},
+        {{"layout", "show", "--width", "wide"}, 2, "“wide” is not a whole number"},
+        {{"arrange", "--dry"}, 2, "--dry"},
+        {{"status", "please"}, 2, "please"},
+        {{"help", "arange"}, 2, "There is no verb “arange”"},
+        {{"--version"}, 0, ""},
+        {{"layout", "--help"}, 0, ""},
+    };
+    for (const Case& c : cases) {
+        const Result result = run(c.words);
+        SCOPED_TRACE(json(c.words).dump(-1, ' ', false, json::error_handler_t::replace) + "\n" + result.err);
+        EXPECT_EQ(result.code, c.code);
+        EXPECT_NE(result.err.find(c.says), std::string::npos);
+        EXPECT_EQ(result.out.empty(), c.code != 0);
+    }
+    EXPECT_EQ(desk.tiles(), "- | -");
+
+    desk.desktop.setTrusted(false);
+    desk.settle();
+    EXPECT_EQ(run({"arrange"}).code, 4);
+    EXPECT_EQ(run({"status"}).code, 0);
+    const Result sick = run({"doctor"});
+    EXPECT_EQ(sick.code, 1);
+    EXPECT_NE(sick.out.find("permission   wrong "), std::string::npos) << sick.out;
+
+    environment[0] = "KOVA_SOCKET=" + socketPath() + ".gone";
+    const Result alone = run({"arrange"});
+    EXPECT_EQ(alone.code, 3);
+    EXPECT_NE(alone.err.find("Start it with “kova-agent”"), std::string::npos);
+    EXPECT_EQ(run({"doctor"}).code, 1);
+}
+
+TEST_F(CommandLine, DrawsLayoutsAsWideAsTheTerminal) {
+    desk.arrange();
+    environment.push_back("COLUMNS=40");
+    EXPECT_EQ(run({"layout", "show"}).out, R"(┌───────────────────┬──────────────────┐
+│                   │                  │
+│                   │                  │
+│      Primary      │    Secondary     │
+│    focus-main     │   secondary-1    │
+│     1254×1382     │    1254×1382     │
+│     Terminal      │      Notes       │
+│                   │                  │
+│                   │                  │
+│                   │                  │
+└───────────────────┴──────────────────┘
+Dual Split (2), jarvis.dual-split
+in force on A (2560×1440 points)
+)");
+    EXPECT_EQ(run({"layout", "show", "command-center", "--width", "48"}).out,
+              R"(┌──────────────────────────────┬───────────────┐
+│                              │               │
+│                              │   Reference   │
+│                              │focus-right-top│
+│           Primary            │    850×684    │
+│          focus-main          │               │
+│          1658×1035           │               │
+│                              ├───────────────┤
+│                              │               │
+│                              │   Secondary   │
+├──────────────────────────────┤focus-right-bo…│
+│           Utility            │    850×648    │
+│        focus-utility         │               │
+└──────────────────────────────┴───────────────┘
+Focus + Utility, jarvis.command-center
+as it would be on A (2560×1440 points)
+)");
+    environment[1] = "LANG=C";
+    const std::string list = run({"layout", "list"}).out;
+    EXPECT_EQ(list.substr(0, list.find("\n\n", 300)), R"(+-----------+-----+  Focus + Utility
+|           |     |  jarvis.command-center
+|           |     |  4 tiles, standard
+|           +-----+
++-----------+     |
+|           |     |
++-----------+-----+
+
++-----------+-----+  Compact Focus
+|           |     |  jarvis.compact-16-by-9
+|           +-----+  3 tiles, compact16By9
+|           |     |
++-----------+-----+)");
+    EXPECT_NE(list.find("2 tiles, standard\n|        |        |  in force on display-UUID-OF-A\n"), std::string::npos)
+        << list;
+}
+
+TEST_F(CommandLine, TablesAreAlignedAndTitlesCannotSteerTheTerminal) {
+    desk.desktop.setTitle("Notes", "a\x1b]0;b\x07\u009b\u202E\xFF 漢字");
+    desk.arrange();
+    EXPECT_EQ(run({"query", "windows"}).out,
+              R"(ID      APPLICATION  TILE                            FRAME              STATE      TITLE
+101:16  Mail         -                               100,100 800x600    minimised  Inbox
+102:32  Notes        display-UUID-OF-A::secondary-1  1291,15 1254x1382  visible    a?]0;b???� 漢字
+103:48  Terminal     display-UUID-OF-A::focus-main   15,15 1254x1382    visible    Terminal
+)");
+    EXPECT_EQ(run({"query", "tiles"}).out,
+              R"(TILE                            NAME       FRAME              STACK  WINDOW
+display-UUID-OF-A::focus-main   Primary    15,15 1254x1382        1  Terminal
+display-UUID-OF-A::secondary-1  Secondary  1291,15 1254x1382      1  Notes
+)");
+}
+
+TEST_F(CommandLine, SubscribersHearOfEachChangeUntilTheAgentEnds) {
+    auto command = begin({"subscribe"});
+    ASSERT_TRUE(command->waitForOutput("0  windows  3 windows\n")) << command->out;
+    EXPECT_EQ(run({"arrange"}).code, 0);
+    EXPECT_TRUE(command->waitForOutput("1  message  Windows arranged into zones — Undo is available\n"))
+        << command->out;
+    EXPECT_NE(command->out.find("1  tiles  2 of 2 tiles taken\n"), std::string::npos) << command->out;
+    endServer();
+    EXPECT_EQ(command->wait(), 3);
+}
+
+} // namespace kova

@@ -1,0 +1,64 @@
+// A whole agent on the simulated desktop, reached over its real socket. The test's own thread is its main thread: time
+// on the desktop stands still while it serves.
+#pragma once
+
+#include "control/ControlMethods.h"
+#include "control/ControlServer.h"
+#include "tests/control/SocketClient.h"
+#include "tests/harness/Desk.h"
+#include "tests/linux/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+class AgentStage {
+  public:
+    AgentStage() {
+        desk.display(2560, 1440).layout("jarvis.dual-split");
+        desk.opens("Mail", {.title = "Inbox"}).opens("Notes").opens("Terminal");
+        desk.start();
+        methods.emplace(ControlContext{desk.controller(), desk.preferences, &desk.desktop, desk.desktop.queue(),
+                                       [this] { hasQuit = true; }});
+        auto claim = AgentClaim::take({socketPath(), true});
+        server.emplace(std::get<AgentClaim>(std::move(claim)), desk.desktop.queue(), *methods);
+        EXPECT_EQ(server->start(), std::nullopt);
+    }
+
+    std::string socketPath() const { return (folder.path() / "kova" / "agent.sock").string(); }
+    void turn() { desk.desktop.queue().runDue(); }
+    SocketClient client() {
+        return SocketClient(socketPath(), [this] { turn(); });
+    }
+
+    Desk desk;
+    void endServer() { server.reset(); }
+
+    bool hasQuit = false;
+
+  private:
+    TemporaryFolder folder;
+    std::optional<ControlMethods> methods;
+    std::optional<ControlServer> server;
+};
+
+/// The lines of a document that begin with the mark, without it, from fenced blocks of the language.
+inline std::vector<std::string> documentedLines(const std::string& file, const std::string& language,
+                                                const std::string& mark) {
+    std::ifstream stream(file);
+    EXPECT_TRUE(stream) << file;
+    std::vector<std::string> found;
+    bool isInside = false;
+    for (std::string line; std::getline(stream, line);) {
+        if (line.starts_with("```")) isInside = line == "```" + language;
+        if (isInside && line.starts_with(mark)) found.push_back(line.substr(mark.size()));
+    }
+    return found;
+}
+
+} // namespace kova

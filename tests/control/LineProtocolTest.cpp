@@ -1,0 +1,289 @@
+// The socket alone, with an agent behind it that only echoes: whatever a client sends or leaves unsent, the others are
+// served.
+#include "control/ControlHandling.h"
+#include "control/ControlServer.h"
+#include "control/client/ControlClient.h"
+#include "control/client/ControlCodes.h"
+#include "platform/simulated/VirtualTime.h"
+#include "tests/control/SocketClient.h"
+#include "tests/linux/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <random>
+#include <vector>
+
+namespace kova {
+
+namespace {
+
+using nlohmann::json;
+
+/// Answers "echo" with its parameters, "notify" with so many lines of so many bytes, and fails in every way.
+class EchoingAgent : public ControlHandling {
+  public:
+    ControlReply handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer) override {
+        ++count;
+        if (request.method == "echo") return request.parameters;
+        if (request.method == "fail") throw std::runtime_error("broken");
+        if (request.method == "refuse") return ControlFailure{controlCode::refused, "no", {{"choices", {"a"}}}};
+        if (request.method == "flood") {
+            const std::string line(request.parameters["bytes"].get<std::size_t>(), '1');
+            for (int i = 0; i < request.parameters["lines"].get<int>() && peer->isConnected(); ++i) peer->send(line);
+            return json(nullptr);
+        }
+        return ControlFailure{controlCode::methodNotFound, "unknown", nullptr};
+    }
+    int count = 0;
+};
+
+class LineProtocol : public testing::Test {
+  protected:
+    void listen(ControlServerLimits limits = {}) {
+        auto claim = AgentClaim::take({path(), true});
+        ASSERT_TRUE(std::holds_alternative<AgentClaim>(claim)) << std::get<AgentClaimRefusal>(claim).message;
+        server.emplace(std::get<AgentClaim>(std::move(claim)), queue, agent, limits);
+        ASSERT_EQ(server->start(), std::nullopt);
+    }
+    SocketClient client() {
+        return SocketClient(path(), [this] { queue.runDue(); });
+    }
+    std::string path() const { return (folder.path() / "kova" / "agent.sock").string(); }
+
+    TemporaryFolder folder;
+    VirtualMainQueue queue;
+    EchoingAgent agent;
+    std::optional<ControlServer> server;
+};
+
+json echoed(const json& reply) {
+    return reply.is_object() ? reply.value("result", reply) : reply;
+}
+int codeOf(const json& reply) {
+    return reply.is_object() && reply.contains("error") ? reply["error"]["code"].get<int>() : 0;
+}
+
+constexpr std::string_view kEcho = R"({"jsonrpc":"2.0","id":7,"method":"echo","params":{"a":1}})";
+
+} // namespace
+
+TEST_F(LineProtocol, AnswersEachKindOfLineAsTheStandardSays) {
+    listen();
+    struct Case {
+        std::string line;
+        int code; // 0: a result
+        json id;
+    };
+    const std::string deep(200'000, '[');
+    const std::vector<Case> cases = {
+        {std::string(kEcho), 0, 7},
+        {std::string(kEcho) + "\r", 0, 7},
+        {R"({"jsonrpc":"2.0","id":"x","method":"echo"})", 0, "x"},
+        {R"({"jsonrpc":"2.0","id":null,"method":"echo"})", 0, nullptr},
+        {R"({"jsonrpc":"2.0","id":1.5,"method":"echo","params":[1,2]})", 0, 1.5},
+        {R"({"jsonrpc":"2.0","id":1,"method":"nothing"})", controlCode::methodNotFound, 1},
+        {R"({"jsonrpc":"2.0","id":1,"method":"echo\u0000"})", controlCode::methodNotFound, 1},
+        {R"({"jsonrpc":"2.0","id":1,"method":"refuse"})", controlCode::refused, 1},
+        {R"({"jsonrpc":"2.0","id":1,"method":"fail"})", controlCode::internalError, 1},
+        {R"({"jsonrpc":"1.0","id":1,"method":"echo"})", controlCode::invalidRequest, 1},
+        {R"({"id":1,"method":"echo"})", controlCode::invalidRequest, 1},
+        {R"({"jsonrpc":"2.0","id":1})", controlCode::invalidRequest, 1},
+        {R"({"jsonrpc":"2.0","id":1,"method":5})", controlCode::invalidRequest, 1},
+        {R"({"jsonrpc":"2.0","id":{},"method":"echo"})", controlCode::invalidRequest, nullptr},
+        {R"({"jsonrpc":"2.0","id":1,"method":"echo","params":"a"})", controlCode::invalidRequest, 1},
+        {"[]", controlCode::invalidRequest, nullptr},
+        {"7", controlCode::invalidRequest, nullptr},
+        {"null", controlCode::invalidRequest, nullptr},
+        {"", controlCode::parseError, nullptr},
+        {"{", controlCode::parseError, nullptr},
+        {"nonsense", controlCode::parseError, nullptr},
+        {std::string(kEcho) + std::string(kEcho), controlCode::parseError, nullptr},
+        {std::string("{\"a\":\"\0\"}", 9), controlCode::parseError, nullptr},
+        {"{\"a\":\"\xC3\x28\"}", controlCode::parseError, nullptr},
+        {"\xFF\xFE", controlCode::parseError, nullptr},
+        {deep, controlCode::parseError, nullptr},
+        {std::string(kLongestControlLine + 1, ' '), controlCode::parseError, nullptr},
+        {std::string(5 * kLongestControlLine, '7'), controlCode::parseError, nullptr},
+    };
+    auto connection = client();
+    for (const Case& c : cases) {
+        const json reply = connection.ask(c.line);
+        SCOPED_TRACE(c.line.substr(0, 100) + " → " + reply.dump().substr(0, 300));
+        EXPECT_EQ(codeOf(reply), c.code);
+        EXPECT_EQ(reply.value("jsonrpc", ""), "2.0");
+        EXPECT_EQ(reply["id"], c.id);
+        EXPECT_NE(reply.contains("error"), reply.contains("result"));
+    }
+    // The longest line that is allowed, and one that comes in single bytes.
+    const std::string start = R"({"jsonrpc":"2.0","id":7,"method":"echo","params":{"a":")";
+    const std::string filling(kLongestControlLine - start.size() - 3, 'a');
+    EXPECT_EQ(echoed(connection.ask(start + filling + "\"}}"))["a"].get<std::string>(), filling);
+    for (const char c : std::string(kEcho)) connection.send(std::string(1, c));
+    EXPECT_EQ(echoed(connection.ask("")), json({{"a", 1}}));
+    EXPECT_EQ(connection.ask(R"({"jsonrpc":"2.0","id":1,"method":"refuse"})")["error"]["data"],
+              json({{"choices", {"a"}}}));
+}
+
+TEST_F(LineProtocol, CarriesOutBatchesInOrderAndAnswersNoNotification) {
+    listen();
+    auto connection = client();
+    const std::string notification = R"({"jsonrpc":"2.0","method":"fail"})";
+    const json replies =
+        connection.ask("[" + std::string(kEcho) + "," + notification + R"(,5,{"jsonrpc":"2.0","id":2,"method":"x"}])");
+    ASSERT_EQ(replies.size(), 3u) << replies;
+    EXPECT_EQ(echoed(replies[0]), json({{"a", 1}}));
+    EXPECT_EQ(codeOf(replies[1]), controlCode::invalidRequest);
+    EXPECT_EQ(codeOf(replies[2]), controlCode::methodNotFound);
+
+    connection.send(notification + "\n[" + notification + "]\n");
+    EXPECT_EQ(connection.ask(kEcho)["id"], 7) << "something answered the notifications";
+    EXPECT_EQ(agent.count, 6);
+
+    std::string large = "[" + notification;
+    for (int i = 0; i < 100; ++i) large += "," + notification;
+    EXPECT_EQ(codeOf(connection.ask(large + "]")), controlCode::invalidRequest);
+    EXPECT_EQ(agent.count, 6);
+}
+
+TEST_F(LineProtocol, ServesAClientBesideTwoHundredSilentOnes) {
+    listen();
+    std::vector<SocketClient> silent;
+    for (int i = 0; i < 200; ++i) {
+        silent.push_back(client());
+        if (i % 2 == 1) silent.back().send(kEcho.substr(0, 30));
+    }
+    auto connection = client();
+    EXPECT_EQ(echoed(connection.ask(kEcho)), json({{"a", 1}}));
+
+    rusage before{}, after{};
+    getrusage(RUSAGE_SELF, &before);
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    getrusage(RUSAGE_SELF, &after);
+    EXPECT_LE(after.ru_nvcsw - before.ru_nvcsw, 5) << "silent clients wake the agent up";
+
+    // The half-sent ones are told so once they give up, and their places are free again.
+    silent[1].endSending();
+    EXPECT_EQ(codeOf(silent[1].message()), controlCode::parseError);
+    EXPECT_TRUE(silent[1].hungUp());
+    silent[0].endSending();
+    EXPECT_TRUE(silent[0].hungUp());
+}
+
+TEST_F(LineProtocol, AnswersAllThatWasSentAheadAndThenHangsUp) {
+    listen();
+    auto connection = client();
+    constexpr int kCount = 3000;
+    std::string many;
+    for (int i = 0; i < kCount; ++i)
+        many += R"({"jsonrpc":"2.0","id":)" + std::to_string(i) + R"(,"method":"echo"})" + "\n";
+    connection.send(many);
+    connection.endSending();
+    for (int i = 0; i < kCount; ++i) ASSERT_EQ(connection.message()["id"], i);
+    EXPECT_TRUE(connection.hungUp());
+}
+
+TEST_F(LineProtocol, DropsWhoDoesNotReadAndNobodyElse) {
+    listen({.unsentBytes = 100'000});
+    auto deaf = client();
+    auto other = client();
+    deaf.send(R"({"jsonrpc":"2.0","id":1,"method":"flood","params":{"bytes":1000,"lines":100000}})"
+              "\n");
+    EXPECT_EQ(echoed(other.ask(kEcho)), json({{"a", 1}}));
+    EXPECT_TRUE(deaf.hungUp());
+    // Who reads gets everything, more than the queue holds included.
+    other.send(R"({"jsonrpc":"2.0","id":1,"method":"flood","params":{"bytes":3000000,"lines":1}})"
+               "\n");
+    EXPECT_EQ(other.line()->size(), 3'000'000u);
+    EXPECT_EQ(other.message()["id"], 1);
+}
+
+TEST_F(LineProtocol, LetsInOnlyThisUserAndNoMoreThanThereIsRoomFor) {
+    listen({.connections = 2});
+    auto first = client();
+    auto second = client();
+    EXPECT_EQ(first.ask(kEcho)["id"], 7);
+    EXPECT_EQ(second.ask(kEcho)["id"], 7);
+    EXPECT_TRUE(client().hungUp());
+    first.endSending();
+    EXPECT_TRUE(first.hungUp());
+    EXPECT_EQ(client().ask(kEcho)["id"], 7);
+
+    server.reset();
+    listen({.onlyUser = geteuid() + 1});
+    EXPECT_TRUE(client().hungUp());
+}
+
+TEST_F(LineProtocol, EndsWithItsServer) {
+    listen();
+    auto connection = client();
+    EXPECT_EQ(connection.ask(kEcho)["id"], 7);
+    connection.send(std::string(kEcho) + "\n");
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    server.reset(); // a request is in the queue
+    EXPECT_TRUE(connection.hungUp());
+    EXPECT_EQ(agent.count, 1);
+    EXPECT_FALSE(std::filesystem::exists(path()));
+    EXPECT_THROW(client(), std::runtime_error);
+}
+
+TEST_F(LineProtocol, SurvivesRandomBytes) {
+    listen();
+    const auto seed = std::random_device{}();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    const auto below = [&](std::size_t limit) {
+        return std::uniform_int_distribution<std::size_t>(0, limit - 1)(random);
+    };
+    for (int round = 0; round < 60; ++round) {
+        auto connection = client();
+        for (int i = 0; i < 40; ++i) {
+            std::string line(kEcho);
+            for (std::size_t changes = below(4); changes > 0; --changes) {
+                const auto at = below(line.size());
+                if (below(3) == 0) {
+                    line.erase(at, below(8));
+                } else if (below(2) == 0) {
+                    line.insert(at, line.substr(below(line.size()), below(20)));
+                } else {
+                    line[at] = static_cast<char>(below(256));
+                }
+                if (line.empty()) line = "x";
+            }
+            connection.send(line + "\n");
+        }
+        connection.send(R"({"jsonrpc":"2.0","id":"last","method":"echo"})"
+                        "\n");
+        json reply;
+        do {
+            reply = connection.message();
+            const json& one = reply.is_array() && !reply.empty() ? reply[0] : reply;
+            ASSERT_TRUE(one.is_object() && one.contains("error") != one.contains("result")) << reply;
+        } while (reply.is_array() || reply["id"] != "last");
+    }
+}
+
+TEST(ControlClient, TellsASilentAgentFromNone) {
+    const TemporaryFolder folder;
+    const std::string path = (folder.path() / "s").string();
+    const auto troubleAt = [](const std::string& place) {
+        auto connected = ControlClient::connect(place);
+        if (const auto* failure = std::get_if<ConnectionFailure>(&connected)) return failure->trouble;
+        auto& client = std::get<ControlClient>(connected);
+        client.setPatience(std::chrono::milliseconds(30));
+        EXPECT_EQ(client.send("x"), std::nullopt);
+        return std::get<ConnectionFailure>(client.receive()).trouble;
+    };
+    EXPECT_EQ(troubleAt(path), ConnectionTrouble::noAgent);
+    EXPECT_EQ(troubleAt(std::string(200, 'x')), ConnectionTrouble::noAgent);
+    const int listening = socket(AF_UNIX, SOCK_STREAM, 0);
+    const auto address = *controlSocketAddress(path);
+    ASSERT_EQ(bind(listening, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    EXPECT_EQ(troubleAt(path), ConnectionTrouble::noAgent) << "a socket that a dead agent left";
+    ASSERT_EQ(::listen(listening, 1), 0);
+    EXPECT_EQ(troubleAt(path), ConnectionTrouble::silent);
+    close(listening);
+}
+
+} // namespace kova
