@@ -67,7 +67,7 @@ class LayoutSolver {
 
     /// `referenceSize` is the area in points, `tileInset` the gap on each side between a tile's cell and its window.
     /// Degenerate input degrades and never fails: an area too small for its margins loses them, minimums that do not
-    /// fit are ignored for their split, non-finite lengths count as 0.
+    /// fit (an infinite one never does) are ignored for their split, other lengths that are not finite count as 0.
     void solve(const LayoutNode& tree, const TileMinimumSizes& minimumSizes, CGSize referenceSize,
                const LayoutMetrics& metrics, double tileInset, SolvedLayout& result);
 

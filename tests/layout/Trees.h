@@ -47,13 +47,13 @@ inline std::string print(const LayoutDivider& divider) {
     return out.str();
 }
 
-/// A tree of `depth` levels at most, its tiles numbered from `nextTile` on.
-inline LayoutNode randomTree(const rc::Gen<double>& weights, int depth, int& nextTile) {
+/// A tree of `depth` levels at most, its tiles numbered from `nextTile` on; numbers from `distinctIDs` on begin anew.
+inline LayoutNode randomTree(const rc::Gen<double>& weights, int depth, int& nextTile, int distinctIDs = 1000) {
     const int branchCount = depth > 0 ? *rc::gen::inRange(0, 5) : 0;
-    if (branchCount == 0) return tile("t" + std::to_string(nextTile++));
+    if (branchCount == 0) return tile("t" + std::to_string(nextTile++ % distinctIDs));
     LayoutSplit split{*rc::gen::element(LayoutAxis::horizontal, LayoutAxis::vertical), {}};
     for (int i = 0; i < branchCount; ++i) {
-        split.branches.push_back({*weights, randomTree(weights, depth - 1, nextTile)});
+        split.branches.push_back({*weights, randomTree(weights, depth - 1, nextTile, distinctIDs)});
     }
     return split;
 }
