@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <functional>
 #include <random>
@@ -119,6 +120,61 @@ class RandomDay {
         using enum WorkspaceDirection;
         return anyOf({left, right, up, down});
     }
+    double anyDistance() { return static_cast<double>(below(1600)) - 800; }
+    /// Something else may happen while the hand is still down.
+    void holdOn() {
+        desk_.advance(anyOf({Seconds(0), Seconds(0.02), Seconds(0.6)}));
+        if (chance(4) && !isInterrupted_) {
+            isInterrupted_ = true;
+            takeStep();
+            isInterrupted_ = false;
+        }
+    }
+    void dragDivider() {
+        const auto dividers = desk_.controller().dividers();
+        if (dividers.empty()) return;
+        const auto& divider = dividers[below(dividers.size())];
+        if (!desk_.controller().beginDividerDrag(divider)) return;
+        for (std::size_t moves = below(4); moves > 0; --moves) {
+            desk_.controller().updateDividerDrag(divider, anyDistance());
+            holdOn();
+        }
+        if (chance(3)) {
+            desk_.controller().cancelDividerDrag();
+        } else {
+            desk_.controller().endDividerDrag(divider);
+        }
+    }
+    void resetDivider() {
+        const auto dividers = desk_.controller().dividers();
+        if (!dividers.empty()) desk_.controller().resetDivider(dividers[below(dividers.size())]);
+    }
+    void dragWindow(const std::string& label) {
+        auto& controller = desk_.controller();
+        using enum WorkspaceController::HandMovement;
+        using enum WorkspaceController::LettingGo;
+        const auto& window = desk_.desktop.window(label);
+        const auto movement = chance(3) ? resize : move;
+        if (!controller.beginWindowDrag(desk_.desktop.windowIDOf(label), desk_.desktop.frameForWindowService(window))) {
+            return;
+        }
+        CGPoint pointer{};
+        for (std::size_t moves = below(4); moves > 0; --moves) {
+            const CGRect frame = anyFrame();
+            pointer = {minX(frame), minY(frame)};
+            const auto living = desk_.desktop.livingWindows();
+            const bool lives =
+                std::any_of(living.begin(), living.end(), [&](const auto* w) { return w->label() == label; });
+            if (lives) desk_.desktop.moveByHand(label, frame);
+            controller.updateWindowDrag(pointer, movement);
+            holdOn();
+        }
+        if (chance(4)) {
+            controller.cancelWindowDrag();
+        } else {
+            controller.endWindowDrag(pointer, movement, chance(4) ? floating : intoTile);
+        }
+    }
     void takeStep() {
         const Step& step = steps_[below(steps_.size())];
         story_ += std::string("\n  ") + step.name;
@@ -145,6 +201,7 @@ class RandomDay {
     std::mt19937 random_;
     std::string story_;
     int displays_ = 1;
+    bool isInterrupted_ = false;
     const std::vector<Step> steps_ = {
         {"opens", [this] { openWindow(); }},
         {"opens", [this] { openWindow(); }},
@@ -203,6 +260,11 @@ class RandomDay {
         {"next layout", [this] { desk_.controller().selectNextLayout(); }},
         {"previous layout", [this] { desk_.controller().selectPreviousLayout(); }},
         {"inset", [this] { desk_.controller().setTileInset(static_cast<double>(below(12))); }},
+        {"drags divider", [this] { dragDivider(); }},
+        {"drags divider", [this] { dragDivider(); }},
+        {"resets divider", [this] { resetDivider(); }},
+        {"drags into a tile", [this] { withAnyWindow([&](const auto& label) { dragWindow(label); }); }},
+        {"drags into a tile", [this] { withAnyWindow([&](const auto& label) { dragWindow(label); }); }},
         {"restart", [this] { desk_.restart(); }},
     };
 };
