@@ -29,7 +29,7 @@ ClientWindow withBytes(xcb_atom_t property, xcb_atom_t type, int format, std::sp
 
 ClientWindow withNumbers(xcb_atom_t property, xcb_atom_t type, const std::vector<std::uint32_t>& numbers) {
     std::vector<std::uint8_t> bytes(numbers.size() * 4);
-    std::memcpy(bytes.data(), numbers.data(), bytes.size());
+    if (!numbers.empty()) std::memcpy(bytes.data(), numbers.data(), bytes.size());
     return withBytes(property, type, 32, bytes);
 }
 

@@ -118,7 +118,7 @@ DisplayArrangement describeDisplays(std::vector<Monitor> monitors, std::span<con
                                     const std::optional<PixelRect>& workarea, const PixelRect& root) {
     std::erase_if(monitors, [](const Monitor& monitor) { return monitor.rect.width <= 0 || monitor.rect.height <= 0; });
     if (monitors.empty()) monitors.push_back({"screen", true, root, std::nullopt});
-    std::ranges::stable_partition(monitors, [](const Monitor& monitor) { return monitor.isPrimary; });
+    std::stable_partition(monitors.begin(), monitors.end(), [](const Monitor& monitor) { return monitor.isPrimary; });
 
     DisplayArrangement arrangement;
     arrangement.firstRect = monitors.front().rect;
