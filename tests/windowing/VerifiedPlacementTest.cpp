@@ -68,6 +68,7 @@ TEST(VerifiedPlacement, TwoPointsAreNearEnough) {
     };
     const Case cases[] = {
         {"1.5 points beside", makeRect(101.5, 98.5, 600, 400), ""},
+        {"2.4 points beside", makeRect(97.6, 100, 600, 400), kSizeFirst},
         {"3 points beside", makeRect(103, 100, 600, 400), kSizeFirst},
         {"3 points above", makeRect(100, 97, 600, 400), kSizeFirst},
         {"2 points larger", makeRect(100, 100, 602, 402), ""},
@@ -94,6 +95,31 @@ TEST(VerifiedPlacement, WindowThatDoesNotShrinkIsReportedOnce) {
     EXPECT_EQ(bench.reported, "");
     EXPECT_EQ(bench.journalUntil(5), "");
     EXPECT_EQ(bench.reported, "100,100 900x400;");
+}
+
+TEST(VerifiedPlacement, TallWindowIsReportedAsWellAndAnUnreadableOneIsOff) {
+    PlacementBench tall({.secretMinimumSize = CGSize{200, 700}});
+    tall.journalUntil(5);
+    EXPECT_EQ(tall.reported, "100,100 600x700;");
+
+    PlacementBench unreadable({.unreadable = {AccessibilityAttribute::size}});
+    EXPECT_EQ(unreadable.journalUntil(5),
+              std::string(kPositionFirst) + kSizeFirst + kPositionFirst + kSizeFirst + kPositionFirst)
+        << "nobody can say where it is: it is told four times more, and not drawn in";
+    EXPECT_EQ(unreadable.reported, "");
+}
+
+TEST(VerifiedPlacement, DrawsInOnlyWhatFits) {
+    const CGRect target = makeRect(100, 100, 600, 400);
+    const auto moved = [&](CGRect frame) {
+        const auto inside = movedInside(frame, target);
+        return inside ? describeFrame(*inside) : "stays";
+    };
+    EXPECT_EQ(moved(makeRect(50, 450, 500, 300)), "100,200 500x300");
+    EXPECT_EQ(moved(makeRect(300, 90, 500, 300)), "200,100 500x300");
+    EXPECT_EQ(moved(makeRect(150, 150, 500, 300)), "stays") << "it is inside";
+    EXPECT_EQ(moved(makeRect(50, 50, 601, 300)), "stays") << "too wide";
+    EXPECT_EQ(moved(makeRect(50, 50, 500, 401)), "stays") << "too tall";
 }
 
 TEST(VerifiedPlacement, WindowThatCannotFillItsTargetRestsInsideIt) {

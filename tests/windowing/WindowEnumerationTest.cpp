@@ -133,14 +133,28 @@ TEST(WindowEnumeration, IconsFallBack) {
 }
 
 TEST(WindowEnumeration, OneRectangleShowsOneOfTwoTwins) {
-    ServiceBench bench;
     const CGRect frame = makeRect(50, 50, 700, 500);
+    ServiceBench bench;
     bench.desktop.open("Mail", {.frame = frame});
     bench.desktop.open("Mail", {.frame = frame, .virtualDesktop = 2});
-    const auto windows = bench.service.enumerateWindows();
-    ASSERT_EQ(windows.size(), 2u);
-    EXPECT_NE(windows[0].isVisible, windows[1].isVisible);
-    EXPECT_NE(windows[0].id, windows[1].id);
+    EXPECT_EQ(listed(bench), "Mail/Mail 50,50 700x500 visible, Mail/Mail 2 50,50 700x500");
+    EXPECT_NE(bench.managed("Mail").id, bench.managed("Mail 2").id);
+    bench.desktop.minimizeByHand("Mail");
+    bench.desktop.showVirtualDesktop(2);
+    EXPECT_EQ(listed(bench), "Mail/Mail 50,50 700x500 minimized, Mail/Mail 2 50,50 700x500 visible")
+        << "a minimised twin takes no rectangle";
+}
+
+TEST(WindowEnumeration, BelievesNeitherDoubleListsNorWindowsOfHiddenApplications) {
+    ServiceBench bench;
+    bench.desktop.launch("Echo", {.listsWindowsTwice = true});
+    bench.desktop.open("Echo", {.frame = makeRect(0, 0, 500, 400)});
+    EXPECT_EQ(listed(bench), "Echo/Echo 0,0 500x400 visible");
+    // It counts as hidden, and one of its windows is on the screen all the same.
+    bench.desktop.setHidingStyle(HidingStyle::iconifiesWindows);
+    bench.desktop.hideByHand("Echo");
+    bench.desktop.minimizeByHand("Echo", false);
+    EXPECT_EQ(listed(bench), "Echo/Echo 0,0 500x400");
 }
 
 TEST(VisibilityMatching, PrefersTheSameSizeAndServesRectanglesInOrder) {
@@ -161,6 +175,10 @@ TEST(VisibilityMatching, PrefersTheSameSizeAndServesRectanglesInOrder) {
          {0}},
         {"width counts double: 30 points of place beat 20 of width",
          {makeRect(0, 0, 320, 300), makeRect(30, 0, 300, 300)},
+         {makeRect(0, 0, 300, 300)},
+         {1}},
+        {"height counts double",
+         {makeRect(0, 0, 300, 320), makeRect(0, 30, 300, 300)},
          {makeRect(0, 0, 300, 300)},
          {1}},
         {"however different it is", {makeRect(5000, 5000, 120, 80)}, {makeRect(0, 0, 2000, 2000)}, {0}},

@@ -148,7 +148,8 @@ pid_t SimulatedDesktop::launch(std::string name, ApplicationTraits traits) {
                               .icon = std::move(traits.icon),
                               .activationPolicy = traits.activationPolicy};
     if (name == "KOVA") record.processIdentifier = kOwnProcessIdentifier;
-    applications_.push_back({.record = std::move(record), .name = std::move(name)});
+    applications_.push_back(
+        {.record = std::move(record), .name = std::move(name), .listsWindowsTwice = traits.listsWindowsTwice});
     changed();
     return applications_.back().record.processIdentifier;
 }

@@ -37,6 +37,7 @@ struct ApplicationTraits {
     bool hasName = true;
     ApplicationIcon icon{.name = "application", .image = nullptr};
     std::string bundlePath{};
+    bool listsWindowsTwice = false;
 };
 
 /// What hiding an application does to its windows.
@@ -169,6 +170,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     struct Application {
         RunningApplication record;
         std::string name;
+        bool listsWindowsTwice = false;
         bool answers = true;
         std::uint64_t focusedWindow = 0;
     };

@@ -110,9 +110,8 @@ AttributeValue SimulatedDesktop::value(const Application& application, Accessibi
     if (attribute == AccessibilityAttribute::windows) {
         std::vector<AccessibilityElement> elements;
         for (const auto& [number, window] : windows_) {
-            if (window.processIdentifier() == application.record.processIdentifier) {
-                elements.push_back(elementOf(window));
-            }
+            if (window.processIdentifier() != application.record.processIdentifier) continue;
+            elements.insert(elements.end(), application.listsWindowsTwice ? 2 : 1, elementOf(window));
         }
         return elements;
     }
