@@ -39,7 +39,8 @@ class ApplicationServicing {
     virtual ~ApplicationServicing() = default;
 
     virtual pid_t ownProcessIdentifier() const = 0;
-    /// In the desktop's own, stable order. Any thread; may wait on the polling queue only.
+    /// In the desktop's own, stable order. The first question of every poll: there a desktop may bring what it knows up to
+    /// date. Any thread; may wait on the polling queue only.
     virtual std::vector<RunningApplication> runningApplications() const = 0;
     /// Absent when there is no such process among the applications. Any thread; never waits.
     virtual std::optional<RunningApplication> runningApplication(pid_t processIdentifier) const = 0;

@@ -84,6 +84,8 @@ std::vector<std::size_t> visibleCandidates(const std::vector<WindowCandidate>& c
 std::vector<ManagedWindow> AccessibilityWindowService::enumerateWindows() const {
     if (!accessibility_.isProcessTrusted()) return {};
 
+    // In this order: a desktop brings what it knows up to date with the first question of a poll.
+    const auto running = applications_.runningApplications();
     std::unordered_map<pid_t, std::vector<CGRect>> rectanglesOfProcess;
     for (const auto& window : accessibility_.onScreenWindows()) {
         if (window.layer == 0 && isFinite(window.bounds)) {
@@ -91,7 +93,7 @@ std::vector<ManagedWindow> AccessibilityWindowService::enumerateWindows() const 
         }
     }
     std::vector<ManagedWindow> windows;
-    for (const auto& application : applications_.runningApplications()) {
+    for (const auto& application : running) {
         if (application.processIdentifier == applications_.ownProcessIdentifier() || application.isTerminated ||
             application.activationPolicy != ApplicationActivationPolicy::regular) {
             continue;
