@@ -149,13 +149,14 @@ class RandomDay {
         const auto dividers = desk_.controller().dividers();
         if (!dividers.empty()) desk_.controller().resetDivider(dividers[below(dividers.size())]);
     }
+    /// The controller may be another one after every pause.
     void dragWindow(const std::string& label) {
-        auto& controller = desk_.controller();
         using enum WorkspaceController::HandMovement;
         using enum WorkspaceController::LettingGo;
         const auto& window = desk_.desktop.window(label);
         const auto movement = chance(3) ? resize : move;
-        if (!controller.beginWindowDrag(desk_.desktop.windowIDOf(label), desk_.desktop.frameForWindowService(window))) {
+        if (!desk_.controller().beginWindowDrag(desk_.desktop.windowIDOf(label),
+                                                desk_.desktop.frameForWindowService(window))) {
             return;
         }
         CGPoint pointer{};
@@ -166,13 +167,13 @@ class RandomDay {
             const bool lives =
                 std::any_of(living.begin(), living.end(), [&](const auto* w) { return w->label() == label; });
             if (lives) desk_.desktop.moveByHand(label, frame);
-            controller.updateWindowDrag(pointer, movement);
+            desk_.controller().updateWindowDrag(pointer, movement);
             holdOn();
         }
         if (chance(4)) {
-            controller.cancelWindowDrag();
+            desk_.controller().cancelWindowDrag();
         } else {
-            controller.endWindowDrag(pointer, movement, chance(4) ? floating : intoTile);
+            desk_.controller().endWindowDrag(pointer, movement, chance(4) ? floating : intoTile);
         }
     }
     void takeStep() {
