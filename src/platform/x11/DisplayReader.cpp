@@ -26,6 +26,7 @@ void DisplayReader::begin() {
         startsOver_ = true;
         return;
     }
+    hasUnsent_ = true;
     questions_.add(xcb_randr_get_monitors(connection_.get(), connection_.root(), 1),
                    [this](const void* reply) { takeMonitors(reply); });
 }
@@ -33,7 +34,10 @@ void DisplayReader::begin() {
 bool DisplayReader::advance() {
     if (!isAsking() || !questions_.collect(connection_)) return false;
     questions_.take();
-    if (isAsking()) return false; // the second half
+    if (isAsking()) {
+        hasUnsent_ = true; // the second half
+        return false;
+    }
     if (std::exchange(startsOver_, false)) {
         begin();
         return false;

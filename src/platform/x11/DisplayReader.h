@@ -6,6 +6,7 @@
 #include "platform/x11/Questions.h"
 
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace kova::x11 {
@@ -22,6 +23,8 @@ class DisplayReader {
     /// Takes what has come; true when `monitors` has just become complete.
     bool advance();
     bool isAsking() const { return !questions_.isEmpty(); }
+    /// Requests were buffered since this was last asked.
+    bool hasUnsent() { return std::exchange(hasUnsent_, false); }
     void wait();
     const std::vector<Monitor>& monitors() const { return monitors_; }
 
@@ -33,6 +36,7 @@ class DisplayReader {
     Questions questions_;
     std::vector<Monitor> monitors_, coming_;
     bool startsOver_ = false;
+    bool hasUnsent_ = false;
 };
 
 } // namespace kova::x11

@@ -41,6 +41,8 @@ std::variant<std::unique_ptr<X11Desktop>, std::string> X11Desktop::open(const Op
 
 X11Desktop::X11Desktop(std::unique_ptr<Parts> parts) : parts_(std::move(parts)) {
     parts_->takeOverLeftWindows();
+    // Takes in what the server said while the desktop was read.
+    parts_->send();
 }
 
 X11Desktop::~X11Desktop() {
@@ -84,7 +86,6 @@ void X11Desktop::Parts::readEverything() {
     for (Questions& questions : asked) questions.wait(*connection);
     takeReplies();
     arrangeDisplays();
-    unsettled = {};
     model.hasChangedHands = false;
     isLost = connection->isLost();
 }
@@ -117,7 +118,6 @@ void X11Desktop::Parts::takeOverLeftWindows() {
     questions.take();
     hidden.add(found);
     bringAllBack();
-    connection->flush();
 }
 
 // Events
@@ -152,28 +152,35 @@ void X11Desktop::Parts::settle(EventEffects effects) {
     {
         const std::lock_guard lock(mutex);
         effects.add(std::exchange(unsettled, {}));
-        // Whoever comes next may not know what was taken away under the one before.
-        if (std::exchange(model.hasChangedHands, false)) bringAllBack();
-        for (const xcb_window_t window : effects.returning) xcb_map_window(connection->get(), window);
-        mustFlush |= !effects.returning.empty();
-        hidden.followModel(model, queue.uptime());
-        takeReplies();
-        if (displays.advance()) {
-            monitors = displays.monitors();
-            effects.panelsChanged = true;
+        // Sending also reads what the server has said meanwhile, for which nothing would wake this thread.
+        for (bool again = true; again;) {
+            displaysChanged |= actOn(effects);
+            again = std::exchange(mustFlush, false);
+            if (again) connection->flush();
+            if (again) effects = drain(xcb_poll_for_queued_event);
         }
-        if (effects.panelsChanged) displaysChanged = arrangeDisplays();
-        if (effects.askDisplays) displays.begin();
-        if (effects.askActiveWindow) askActiveWindow();
-        for (const xcb_window_t window : effects.redecorated) askDecorations(window);
-        mustFlush |= displays.isAsking();
     }
-    if (std::exchange(mustFlush, false)) connection->flush();
     if (displaysChanged) {
         noteChange();
         screenObservers.notify();
     }
     callWhenChanged();
+}
+
+/// True when the displays are others now.
+bool X11Desktop::Parts::actOn(const EventEffects& effects) {
+    // Whoever comes next may not know what was taken away under the one before.
+    if (std::exchange(model.hasChangedHands, false)) bringAllBack();
+    for (const xcb_window_t window : effects.returning) mapAgain(window);
+    hidden.followModel(model, queue.uptime());
+    takeReplies();
+    const bool displaysTold = displays.advance();
+    if (displaysTold) monitors = displays.monitors();
+    if (effects.askDisplays) displays.begin();
+    if (effects.askActiveWindow) askActiveWindow();
+    for (const xcb_window_t window : effects.redecorated) askDecorations(window);
+    mustFlush |= displays.hasUnsent();
+    return (displaysTold || effects.panelsChanged) && arrangeDisplays();
 }
 
 bool X11Desktop::Parts::isAnyReturning() const {

@@ -120,7 +120,6 @@ void X11Desktop::Parts::bringAllBack() {
 void X11Desktop::Parts::bringBack(xcb_window_t window) {
     // A window that nobody lists was unmapped under another window manager, or by an agent before this one.
     ClientWindow* client = model.client(window);
-    mustFlush = true;
     client ? restore(*client) : mapAgain(window);
 }
 

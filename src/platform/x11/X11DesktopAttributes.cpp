@@ -241,6 +241,7 @@ void X11Desktop::Parts::restore(ClientWindow& client) {
 void X11Desktop::Parts::mapAgain(xcb_window_t window) {
     if (!model.windowManager().isPresent) setIconicState(window, XCB_ICCCM_WM_STATE_NORMAL);
     xcb_map_window(connection->get(), window);
+    mustFlush = true;
 }
 
 /// Without a window manager the state is ours to keep, for the window and for who comes after us.
@@ -258,15 +259,12 @@ void X11Desktop::Parts::sendSoon() {
 
 void X11Desktop::Parts::send() {
     isSendDue = false;
-    EventEffects effects;
     {
         const std::lock_guard lock(mutex);
         outbox.send();
-        connection->flush();
-        // Sending can read as well, when the server's answers are in the way.
-        effects = drain(xcb_poll_for_queued_event);
+        mustFlush = true;
     }
-    settle(std::move(effects));
+    settle({});
 }
 
 void X11Desktop::flush() {

@@ -69,8 +69,9 @@ struct X11Desktop::Parts {
     void settle(x11::EventEffects effects);                                   // main thread
     void bringUpToDate();                                                     // polling queue, or while opening
     void identifyApplications();
-    void takeReplies();     // locked; those that have come
-    void askActiveWindow(); // locked, as are these
+    bool actOn(const x11::EventEffects& effects); // locked
+    void takeReplies();                           // locked; those that have come
+    void askActiveWindow();                       // locked, as are these
     void askDecorations(xcb_window_t window);
     void askPointer();
     bool arrangeDisplays(); // true when something changed
