@@ -9,6 +9,8 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
+#include <iterator>
 #include <memory>
 
 namespace kova {
@@ -74,6 +76,44 @@ const char* comparisonLocale() {
     return U_SUCCESS(status) && std::string_view(variant) == "POSIX" ? "" : nullptr;
 }
 
+/// Whether the session's language leaves printable ASCII in the library's general order and joins none of its letters
+/// into one. Most languages that do so are named here; the library is asked for all others.
+bool comparesAsciiPlainly() {
+#if defined(__APPLE__)
+    return false; // the system, not the environment, says which language it is
+#else
+    const char* locale = "";
+    for (const char* variable : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
+        const char* value = std::getenv(variable);
+        if (value && *value) {
+            locale = value;
+            break;
+        }
+    }
+    const std::string_view name(locale);
+    const auto language = name.substr(0, name.find_first_of("_.@"));
+    constexpr std::string_view kPlain[] = {"", "C", "POSIX", "de", "en", "es", "fr", "it", "nl", "pl", "pt", "ru"};
+    return name.find('@') == std::string_view::npos &&
+           std::find(std::begin(kPlain), std::end(kPlain), language) != std::end(kPlain);
+#endif
+}
+
+/// The general order of printable ASCII without regard to case, known here because the library's data costs half a
+/// megabyte when it is touched, and most names need nothing else.
+int comparePrintableAscii(std::string_view a, std::string_view b) {
+    constexpr std::string_view kOrder = " _-,;:!?.'\"()[]{}@*/\\&#%`^+<=>|~$0123456789abcdefghijklmnopqrstuvwxyz";
+    const auto rank = [&](char c) { return kOrder.find(c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c); };
+    for (std::size_t i = 0; i < std::min(a.size(), b.size()); ++i) {
+        const auto left = rank(a[i]), right = rank(b[i]);
+        if (left != right) return left < right ? -1 : 1;
+    }
+    return a.size() == b.size() ? 0 : a.size() < b.size() ? -1 : 1;
+}
+
+bool isPrintableAscii(std::string_view text) {
+    return std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; });
+}
+
 /// Case does not matter, accents do; null when the library has no collation data. Opened at the first comparison, since
 /// most sessions never need it.
 const UCollator* collator() {
@@ -112,6 +152,8 @@ std::string lowercased(std::string_view text) {
 
 int localizedCaseInsensitiveCompare(std::string_view a, std::string_view b) {
     if (a == b) return 0;
+    static const bool isPlain = comparesAsciiPlainly();
+    if (isPlain && isPrintableAscii(a) && isPrintableAscii(b)) return comparePrintableAscii(a, b);
     if (const UCollator* order = collator()) {
         const std::u16string left = decode(a);
         const std::u16string right = decode(b);
