@@ -1,9 +1,12 @@
 #include "cli/Parser.h"
 
-#include <CLI/CLI.hpp>
+#include "cli/Terminal.h"
 
+#include <algorithm>
+#include <array>
 #include <charconv>
-#include <cmath>
+#include <optional>
+#include <string_view>
 
 namespace kova::cli {
 
@@ -12,10 +15,11 @@ namespace {
 constexpr double kLargestInset = 100; // points
 constexpr int kNarrowestPicture = 16; // columns
 constexpr int kWidestPicture = 1000;
+constexpr std::size_t kHelpWidth = 80; // columns
 
 /// The number, if the text is one from end to end and lies in the range.
 template <class Number>
-std::optional<Number> numberIn(const std::string& text, Number least, Number most) {
+std::optional<Number> numberIn(std::string_view text, Number least, Number most) {
     Number value{};
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     // Written so that what is not a number lies in no range.
@@ -24,82 +28,188 @@ std::optional<Number> numberIn(const std::string& text, Number least, Number mos
     return value;
 }
 
-/// The parser of one verb, and what it has read.
-class VerbParser {
+using Problem = std::optional<std::string>; // absent: the word was taken
+
+Problem takeName(std::optional<std::string>& name, std::string_view word) {
+    if (word.empty()) return "a name must not be empty";
+    name = word;
+    return std::nullopt;
+}
+
+template <class Number>
+Problem takeNumber(std::optional<Number>& number, std::string_view word, Number least, Number most, const char* what) {
+    number = numberIn(word, least, most);
+    if (number) return std::nullopt;
+    return "“" + std::string(word) + "” is not " + what;
+}
+
+/// One thing that a verb may take. Without a flag it is a word by itself; without a value it is there or not.
+struct Option {
+    unsigned takenBy; // of `Takes`
+    std::string_view flag;
+    std::string_view value;
+    std::string_view meaning;
+    Problem (*take)(Arguments& arguments, std::string_view word);
+};
+
+constexpr unsigned kEveryVerb = ~0U;
+constexpr unsigned kRequired = kRequiredLayout | kRequiredPoints;
+
+constexpr std::array kOptions =
+    std::to_array<Option>({
+        {kLayout, "", "LAYOUT", "id or name of a layout, or a part of it (default: the one in force)",
+         [](Arguments& a, std::string_view word) { return takeName(a.layout, word); }},
+        {kRequiredLayout, "", "LAYOUT", "id or name of a layout, or a part of it; or “automatic”",
+         [](Arguments& a, std::string_view word) { return takeName(a.layout, word); }},
+        {kWindow, "", "WINDOW", "id, application or title of a window, or a part of them",
+         [](Arguments& a, std::string_view word) { return takeName(a.window, word); }},
+        {kRequiredPoints, "", "POINTS", "a number from 0 to 100",
+         [](Arguments& a, std::string_view word) {
+             return takeNumber(a.points, word, 0.0, kLargestInset, "a number from 0 to 100");
+         }},
+        {kDisplay, "--display", "DISPLAY", "number, name or id of a display (default: the current one)",
+         [](Arguments& a, std::string_view word) { return takeName(a.display, word); }},
+        {kWidth, "--width", "COLUMNS", "of the drawing (default: the terminal's)",
+         [](Arguments& a, std::string_view word) {
+             return takeNumber(a.width, word, kNarrowestPicture, kWidestPicture, "a whole number from 16 to 1000");
+         }},
+        {kDryRun, "--dry-run", "", "only say what would be done",
+         [](Arguments& a, std::string_view) -> Problem { return a.dryRun = true, std::nullopt; }},
+        {kEveryVerb, "--json", "", "print the agent's answer as JSON",
+         [](Arguments& a, std::string_view) -> Problem { return a.json = true, std::nullopt; }},
+    });
+
+bool takes(const Verb& verb, const Option& option) {
+    return option.takenBy == kEveryVerb || (verb.takes & option.takenBy) != 0;
+}
+
+/// Negative numbers are values that are out of range, not options that do not exist.
+bool looksLikeOption(std::string_view word) {
+    return word.size() > 1 && word[0] == '-' && !(word[1] >= '0' && word[1] <= '9');
+}
+
+std::string spelling(const Option& option) {
+    std::string text(option.flag);
+    if (!option.flag.empty() && !option.value.empty()) text += " ";
+    return text + std::string(option.value);
+}
+
+class Parser {
   public:
-    explicit VerbParser(const Verb& verb) : app_(std::string(verb.description), "kova " + std::string(verb.name)) {
-        app_.footer("Examples:\n  " + indented(verb.examples));
-        app_.add_flag("--json", arguments_.json, "print the agent's answer as JSON");
-        if (verb.takes & kDryRun) app_.add_flag("--dry-run", arguments_.dryRun, "only say what would be done");
-        if (verb.takes & kLayout)
-            app_.add_option("LAYOUT", arguments_.layout, "id or name of a layout, or a part of it");
-        if (verb.takes & kRequiredLayout) {
-            app_.add_option("LAYOUT", arguments_.layout, "id or name of a layout, or a part of it, or “automatic”")
-                ->required();
-        }
-        if (verb.takes & kWindow) app_.add_option("WINDOW", arguments_.window, "id, application or title of a window");
-        if (verb.takes & kDisplay) {
-            app_.add_option("--display", arguments_.display,
-                            "number, name or id of a display (default: the current one)")
-                ->type_name("DISPLAY");
-        }
-        if (verb.takes & kRequiredPoints) app_.add_option("POINTS", points_, "a number from 0 to 100")->required();
-        if (verb.takes & kWidth) {
-            app_.add_option("--width", width_, "columns of the drawing (default: the terminal's)")
-                ->type_name("COLUMNS");
-        }
-    }
+    Parser(const Verb& verb, std::span<char* const> words) : verb_(verb), words_(words) {}
 
-    std::string help() const { return app_.help(); }
-
-    std::variant<Arguments, ParseEnd> parse(std::span<char* const> words) {
-        try {
-            app_.parse(std::vector<std::string>(words.rbegin(), words.rend())); // the library takes them from the back
-        } catch (const CLI::CallForHelp&) {
-            return ParseEnd{ExitCode::done, help()};
-        } catch (const CLI::ParseError& error) {
-            return wrong(error.what());
+    std::variant<Arguments, ParseEnd> parse() {
+        bool hasOptionsEnded = false;
+        while (!words_.empty()) {
+            const std::string_view word = next();
+            if (!hasOptionsEnded && word == "--") {
+                hasOptionsEnded = true;
+                continue;
+            }
+            if (!hasOptionsEnded && (word == "--help" || word == "-h")) return ParseEnd{ExitCode::done, help(verb_)};
+            const Problem problem = !hasOptionsEnded && looksLikeOption(word) ? takeOption(word) : takeWord(word);
+            if (problem) return wrong(*problem);
         }
-        if (!points_.empty() && !(arguments_.points = numberIn(points_, 0.0, kLargestInset))) {
-            return wrong("POINTS: “" + points_ + "” is not a number from 0 to 100");
+        for (const Option& option : kOptions) {
+            const bool isMissing = (option.takenBy & kRequired) != 0 && takes(verb_, option) && !hasWord_;
+            if (isMissing && option.takenBy != kEveryVerb) return wrong(std::string(option.value) + " is missing");
         }
-        if (!width_.empty() && !(arguments_.width = numberIn(width_, kNarrowestPicture, kWidestPicture))) {
-            return wrong("--width: “" + width_ + "” is not a whole number from 16 to 1000");
-        }
-        for (const auto* name : {&arguments_.layout, &arguments_.display, &arguments_.window}) {
-            if (*name && (*name)->empty()) return wrong("A name must not be empty");
-        }
-        return arguments_;
+        return std::move(arguments_);
     }
 
   private:
-    static std::string indented(std::string_view lines) {
-        std::string out;
-        for (const char c : lines) out += c == '\n' ? "\n  " : std::string(1, c);
-        return out;
+    std::string_view next() {
+        const std::string_view word = words_.front();
+        words_ = words_.subspan(1);
+        return word;
+    }
+
+    Problem takeOption(std::string_view word) {
+        const auto equals = word.find('=');
+        const std::string_view name = word.substr(0, equals);
+        const auto option = std::find_if(kOptions.begin(), kOptions.end(), [&](const Option& candidate) {
+            return candidate.flag == name && takes(verb_, candidate);
+        });
+        if (option == kOptions.end()) return "there is no option “" + std::string(name) + "”";
+        if (option->value.empty()) {
+            if (equals != std::string_view::npos) return std::string(name) + " takes no value";
+            return option->take(arguments_, {});
+        }
+        if (equals == std::string_view::npos && words_.empty()) {
+            return std::string(name) + " needs a value: " + std::string(option->value);
+        }
+        const std::string_view value = equals == std::string_view::npos ? next() : word.substr(equals + 1);
+        auto problem = option->take(arguments_, value);
+        return problem ? std::string(name) + ": " + *problem : problem;
+    }
+
+    Problem takeWord(std::string_view word) {
+        for (const Option& option : kOptions) {
+            if (!option.flag.empty() || !takes(verb_, option) || hasWord_) continue;
+            hasWord_ = true;
+            auto problem = option.take(arguments_, word);
+            return problem ? std::string(option.value) + ": " + *problem : problem;
+        }
+        return "“" + std::string(word) + "” is a word too many";
     }
 
     ParseEnd wrong(const std::string& what) const {
-        return {ExitCode::wrongUsage, what + "\nTry “" + app_.get_name() + " --help”."};
+        return {ExitCode::wrongUsage, "kova: " + what + "\nTry “kova " + std::string(verb_.name) + " --help”."};
     }
 
-    CLI::App app_;
+    const Verb& verb_;
+    std::span<char* const> words_;
     Arguments arguments_;
-    std::string points_;
-    std::string width_;
+    bool hasWord_ = false;
 };
+
+/// The text in lines of the help's width.
+std::string wrapped(std::string_view text) {
+    std::string out;
+    std::size_t column = 0;
+    while (!text.empty()) {
+        const auto end = std::min(text.find(' '), text.size());
+        const std::string_view word = text.substr(0, end);
+        const std::size_t columns = columnsOf(word);
+        if (column > 0 && column + 1 + columns > kHelpWidth) {
+            out += '\n';
+            column = 0;
+        }
+        if (column > 0) out += ' ';
+        out += word;
+        column += columns + (column > 0 ? 1 : 0);
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return out + "\n";
+}
 
 } // namespace
 
 std::variant<Arguments, ParseEnd> parse(const Verb& verb, std::span<char* const> words) {
-    // Most commands have no further words, and the parser takes longer to build than the agent to answer.
-    const bool needsWords = (verb.takes & (kRequiredLayout | kRequiredPoints)) != 0;
-    if (words.empty() && !needsWords) return Arguments{};
-    return VerbParser(verb).parse(words);
+    return Parser(verb, words).parse();
 }
 
 std::string help(const Verb& verb) {
-    return VerbParser(verb).help();
+    constexpr std::size_t kMeaningColumn = 23;
+    const std::string name = "kova " + std::string(verb.name);
+    std::string usage = "usage: " + name;
+    std::string options;
+    for (const Option& option : kOptions) {
+        if (!takes(verb, option)) continue;
+        const bool isRequired = option.takenBy != kEveryVerb && (option.takenBy & kRequired) != 0;
+        usage += isRequired ? " " + spelling(option) : " [" + spelling(option) + "]";
+        std::string line = "  " + spelling(option);
+        line.append(kMeaningColumn - std::min(kMeaningColumn - 1, line.size()), ' ');
+        options += line + std::string(option.meaning) + "\n";
+    }
+    std::string examples = "examples:\n";
+    for (std::string_view rest = verb.examples; !rest.empty();) {
+        const auto end = std::min(rest.find('\n'), rest.size());
+        examples += "  " + std::string(rest.substr(0, end)) + "\n";
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+    return name + ": " + std::string(verb.summary) + "\n\n" + usage + "\n\n" + wrapped(verb.description) + "\n" +
+           options + "  --help               show this\n\n" + examples;
 }
 
 } // namespace kova::cli

@@ -1,4 +1,5 @@
-// From the words after a verb to its arguments, with the help that belongs to it.
+// From the words after a verb to its arguments, and the help that belongs to them. Both come from the tables of verbs
+// and options: a general parser would take longer to start than the whole rest of a command.
 #pragma once
 
 #include "cli/Verbs.h"

@@ -102,7 +102,7 @@ TEST_F(CommandLine, EveryVerbHasHelpAndJson) {
         const Result asVerb = run(wordsOf("kova help " + name));
         EXPECT_EQ(asOption.code, 0);
         EXPECT_EQ(asOption.out, asVerb.out);
-        EXPECT_NE(asOption.out.find(verb.description.substr(0, 40)), std::string::npos);
+        EXPECT_NE(asOption.out.find(verb.description.substr(0, 20)), std::string::npos);
         for (const auto& example : linesOf(verb.examples)) EXPECT_NE(asOption.out.find(example), std::string::npos);
 
         if (verb.name == "subscribe") continue;
@@ -123,22 +123,27 @@ TEST_F(CommandLine, ExitCodesTellWhatWentWrong) {
     const std::vector<Case> cases = {
         {{"layout", "select", "hexagons"}, 1, "jarvis.quad-grid  Quad Grid (2×2)"},
         {{"layout", "select", "quad"}, 1, "more than one layout"},
-        {{"layout", "show", "--display", "Beamer"}, 1, "1  A"},
+        {{"layout", "show", "--display=Beamer"}, 1, "1  A"},
+        {{"explain", "--", "--display"}, 1, "There is no window “--display”"},
         {{"explain", "Solitaire"}, 1, "Mail  Inbox"},
         {{"explain", "\xFF\xFE"}, 1, "There is no window"},
         {{}, 2, "usage: kova VERB"},
         {{"arange"}, 2, "There is no verb “arange”"},
         {{"layout"}, 2, "layout reset-sizes"},
         {{"layout", "turn"}, 2, "There is no “layout turn”"},
-        {{"layout", "select"}, 2, "LAYOUT is required"},
+        {{"layout", "select"}, 2, "LAYOUT is missing"},
         {{"layout", "select", ""}, 2, "must not be empty"},
-        {{"layout", "inset"}, 2, "POINTS is required"},
+        {{"layout", "inset"}, 2, "POINTS is missing"},
         {{"layout", "inset", "5px"}, 2, "“5px” is not a number from 0 to 100"},
         {{"layout", "inset", "nan"}, 2, "“nan” is not a number from 0 to 100"},
         {{"layout", "inset", "1e9"}, 2, "“1e9” is not a number from 0 to 100"},
         {{"layout", "show", "--width", "wide"}, 2, "“wide” is not a whole number"},
         {{"arrange", "--dry"}, 2, "--dry"},
-        {{"status", "please"}, 2, "please"},
+        {{"layout", "inset", "-5"}, 2, "“-5” is not a number from 0 to 100"},
+        {{"layout", "show", "--width"}, 2, "--width needs a value: COLUMNS"},
+        {{"layout", "show", "--display="}, 2, "--display: a name must not be empty"},
+        {{"arrange", "--dry-run=no"}, 2, "--dry-run takes no value"},
+        {{"status", "please"}, 2, "“please” is a word too many"},
         {{"help", "arange"}, 2, "There is no verb “arange”"},
         {{"--version"}, 0, ""},
         {{"layout", "--help"}, 0, ""},
