@@ -15,10 +15,15 @@ constexpr std::string_view kZoomLayoutID = "jarvis.focus-single";
 } // namespace
 
 WorkspaceUndoSnapshot WorkspaceController::captureUndoSnapshot() const {
-    WorkspaceUndoSnapshot snapshot;
-    snapshot.assignedWindowIDs = assignments_.assignedWindowIDs;
-    snapshot.placementAnchors = assignments_.anchorTargetIDsByWindowID;
-    snapshot.stackWindowIDsByTarget = assignments_.stackWindowIDsByTarget;
+    WorkspaceUndoSnapshot snapshot{.assignedWindowIDs = assignments_.assignedWindowIDs,
+                                   .placementAnchors = assignments_.anchorTargetIDsByWindowID,
+                                   .stackWindowIDsByTarget = assignments_.stackWindowIDsByTarget,
+                                   .windowFrames = {},
+                                   .minimizedWindowIDs = {},
+                                   .visibleWindowIDs = {},
+                                   .activeSceneID = std::nullopt,
+                                   .profile = *state_.profile,
+                                   .accentColorID = *state_.accentColorID};
     for (const auto& window : liveWindows_) {
         // A frame on its way counts as reached: what was last read may be older than what was last asked for.
         const auto pending = windowService_->pendingFrame(window.id);
@@ -26,8 +31,6 @@ WorkspaceUndoSnapshot WorkspaceController::captureUndoSnapshot() const {
         if (window.isMinimized) snapshot.minimizedWindowIDs.insert(window.id);
         if (window.isVisible) snapshot.visibleWindowIDs.insert(window.id);
     }
-    snapshot.profile = *state_.profile;
-    snapshot.accentColorID = *state_.accentColorID;
     return snapshot;
 }
 
