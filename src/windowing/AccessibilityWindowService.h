@@ -60,6 +60,8 @@ class AccessibilityWindowService {
     void setFrameInteractive(const ManagedWindow& window, const CGRect& frame);
     /// Ends the pending passes of the window and writes nothing.
     void cancelPlacement(const std::string& windowID);
+    /// Ends the pending passes towards the frames (window-service space) that are chosen, and writes nothing.
+    void cancelPlacements(const std::function<bool(const CGRect& target)>& isChosen);
     /// The frame that is being placed and verified now; absent when no request for the window is pending.
     std::optional<CGRect> pendingFrame(const std::string& windowID) const;
 

@@ -52,6 +52,14 @@ void AccessibilityWindowService::cancelPlacement(const std::string& windowID) {
     pendingFrames_.erase(windowID);
 }
 
+void AccessibilityWindowService::cancelPlacements(const std::function<bool(const CGRect&)>& isChosen) {
+    std::erase_if(pendingFrames_, [&](const auto& pending) {
+        if (!isChosen(pending.second)) return false;
+        placementGenerations_[pending.first] += 1;
+        return true;
+    });
+}
+
 std::optional<CGRect> AccessibilityWindowService::pendingFrame(const std::string& windowID) const {
     const auto pending = pendingFrames_.find(windowID);
     if (pending == pendingFrames_.end()) return std::nullopt;

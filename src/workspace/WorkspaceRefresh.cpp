@@ -135,10 +135,7 @@ void WorkspaceController::screensChanged() {
 
 /// Verification would carry a window that the desktop has rescued from a vanished display back to where nobody sees it.
 void WorkspaceController::giveUpUnreachablePlacements() {
-    for (const auto& window : liveWindows_) {
-        const auto pending = windowService_->pendingFrame(window.id);
-        if (pending && !isOnSomeScreen(*pending)) windowService_->cancelPlacement(window.id);
-    }
+    windowService_->cancelPlacements([this](const CGRect& target) { return !isOnSomeScreen(target); });
 }
 
 void WorkspaceController::suspendForSystemTransition() {

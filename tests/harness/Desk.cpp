@@ -109,9 +109,9 @@ bool Desk::isManaging() {
            !desktop.isLoginSessionScreenLocked() && !desktop.screens().empty();
 }
 
-/// After sleep and lock, windows that are missing are awaited for 10 s.
+/// After sleep and lock, windows that are missing are awaited for 10 s from the first poll, which may be slow.
 bool Desk::isRecovering() {
-    if (isAsleep_ || desktop.isLoginSessionScreenLocked()) recoveryEnd_ = desktop.queue().uptime() + Seconds(11);
+    if (isAsleep_ || desktop.isLoginSessionScreenLocked()) recoveryEnd_ = desktop.queue().uptime() + Seconds(14);
     return desktop.queue().uptime() < recoveryEnd_;
 }
 

@@ -50,6 +50,7 @@ class Desk {
     /// The machine goes to sleep and wakes up.
     Desk& sleep();
     Desk& wake();
+    bool isAsleep() const { return isAsleep_; }
 
     // What the person asks for, through the one door. Each settles afterwards.
     Desk& arrange();

@@ -24,6 +24,57 @@ TEST(DeskStories, TwoWindowsShareADisplayAndComeBack) {
     desk.expectMessage("Last window action undone");
 }
 
+TEST(DeskStories, AWindowOnItsWayToADisplayThatIsUnpluggedStaysInSight) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").display(1920, 1080).layout("jarvis.dual-split").start();
+    desk.opens("Mail", {.frame = makeRect(2700, 100, 800, 600)});
+    desk.advance(Seconds(0.5));
+    desk.controller().perform(action::Arrange{});
+    desk.advance(Seconds(0.1));
+    desk.desktop.removeDisplay("B");
+    desk.settle();
+    EXPECT_TRUE(desk.desktop.isOnSomeDisplay(desk.desktop.window("Mail"))) << desk.desktop.picture();
+}
+
+TEST(DeskStories, UndoAfterTheDisplaysChangedPlacesLosesNobody) {
+    Desk desk;
+    desk.display(1920, 1080).layout("jarvis.dual-split").display(2560, 1440).layout("jarvis.dual-split").start();
+    desk.opens("Mail", {.frame = makeRect(2000, 100, 800, 600)}).arrange();
+    desk.desktop.makeFirstDisplay("B");
+    desk.settle().undo();
+    EXPECT_TRUE(desk.desktop.isOnSomeDisplay(desk.desktop.window("Mail"))) << desk.desktop.picture();
+}
+
+TEST(DeskStories, PollsLeaveAPlacementToItsPasses) {
+    // Asked anew by every poll, the window would never reach the last pass, which tells its minimum size.
+    Desk desk;
+    desk.desktop.setVouching(false);
+    desk.display(2560, 1440).layout("jarvis.quad-grid").start();
+    desk.opens("Mail", {.frame = kLeftHalf, .secretMinimumSize = CGSize{1400, 500}});
+    desk.advance(Seconds(0.95));
+    desk.controller().perform(action::Arrange{});
+    desk.advance(Seconds(0.64));
+    EXPECT_EQ(desk.desktop.window("Mail").frameWriteCount, 4) << "the first write and three passes";
+    EXPECT_TRUE(desk.state().observedMinimumSizes->empty());
+    desk.advance(Seconds(0.02));
+    EXPECT_EQ(desk.state().observedMinimumSizes->size(), 1u);
+}
+
+TEST(DeskStories, HidingThatIconifiesBringsBackTheSameWindows) {
+    // As where hiding an application means putting each of its windows away.
+    Desk desk;
+    desk.desktop.setHidingStyle(HidingStyle::iconifiesWindows);
+    desk.display(2560, 1440).layout("jarvis.dual-split");
+    desk.opens("Mail", {.frame = kLeftHalf}).opens("Notes", {.frame = kRightHalf}).arrange();
+    desk.desktop.focusByHand("Mail");
+    desk.move(WorkspaceDirection::right);
+    desk.expectTiles("- | Mail 1291,15 1254x1382 + Notes");
+    EXPECT_TRUE(desk.desktop.window("Notes").isMinimized);
+    EXPECT_EQ(desk.framesWrittenWithin(Seconds(30)), 0);
+    desk.undo();
+    desk.expectTiles("Mail 15,15 1254x1382 | Notes 1291,15 1254x1382");
+}
+
 } // namespace
 
 } // namespace kova

@@ -177,6 +177,7 @@ class RandomDay {
         }
     }
     void takeStep() {
+        if (chance(2)) endTrouble();
         const Step& step = steps_[below(steps_.size())];
         story_ += std::string("\n  ") + step.name;
         step.take();
@@ -185,15 +186,22 @@ class RandomDay {
         desk_.advance(pause);
         story_ += "\n    " + desk_.desktop.picture();
     }
+    /// A day of sleep, locks and missing displays would show little.
+    void endTrouble() {
+        auto& desktop = desk_.desktop;
+        const bool wasAway = desktop.isLoginSessionScreenLocked() || desk_.isAsleep();
+        desktop.setTrusted(true);
+        desktop.setLocked(false);
+        desk_.wake();
+        if (desktop.screens().empty()) desk_.display(2560, 1440);
+        if (wasAway) desk_.advance(Seconds(14));
+    }
     /// When all answers again and nobody interferes, the desk comes to rest and stays there.
     void checkRest() {
         auto& desktop = desk_.desktop;
         for (const auto& application : desktop.runningApplications())
             desktop.setAnswering(*application.localizedName, true);
-        desktop.setTrusted(true);
-        desktop.setLocked(false);
-        desk_.wake();
-        if (desktop.screens().empty()) desk_.display(2560, 1440);
+        endTrouble();
         desk_.advance(Seconds(20)).settle();
         EXPECT_EQ(desk_.framesWrittenWithin(Seconds(30)), 0) << "it never comes to rest: " << desktop.picture();
     }

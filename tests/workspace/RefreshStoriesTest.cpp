@@ -40,6 +40,7 @@ TEST(RefreshStories, OnePollAtATimeHoweverSlowItIs) {
     desk.controller().refresh();
     desk.advance(Seconds(2));
     EXPECT_EQ(desk.desktop.pollingQueue().jobsBegun(), jobs + 1);
+    EXPECT_EQ(desk.desktop.pollingQueue().jobsWaiting(), 0u);
 }
 
 TEST(RefreshStories, AnAnswerFromBeforeAStopOrASleepIsDropped) {

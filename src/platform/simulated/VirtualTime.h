@@ -62,6 +62,8 @@ class VirtualWorkQueue : public WorkQueue {
     void spend(Seconds duration);
     bool isRunningJob() const { return isRunningJob_; }
     int jobsBegun() const { return jobsBegun_; }
+    /// Jobs that wait for the running one to end.
+    std::size_t jobsWaiting() const { return jobs_.size(); }
 
   private:
     void beginNext();
