@@ -275,8 +275,21 @@ std::optional<TileSpan> SpanSearch::run() {
 
 } // namespace
 
+namespace {
+
+constexpr std::string_view kTargetSeparator = "::";
+
+} // namespace
+
 std::string tileTargetID(std::string_view displayID, std::string_view slotID) {
-    return std::string(displayID).append("::").append(slotID);
+    return std::string(displayID).append(kTargetSeparator).append(slotID);
+}
+
+std::optional<std::string_view> slotIDOn(std::string_view displayID, std::string_view targetID) {
+    if (!targetID.starts_with(displayID)) return std::nullopt;
+    targetID.remove_prefix(displayID.size());
+    if (!targetID.starts_with(kTargetSeparator)) return std::nullopt;
+    return targetID.substr(kTargetSeparator.size());
 }
 
 std::optional<TileSpan> TileSpanPolicy::bestSpan(std::span<const TileSlot> slots, std::string_view anchorSlotID,

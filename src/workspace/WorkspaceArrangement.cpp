@@ -78,8 +78,7 @@ ArrangementInput WorkspaceController::arrangementInput() const {
         if (!window.isFullScreen) continue;
         for (const auto& target : assignments_.targetsOf(window.id)) {
             for (auto& display : input.displays) {
-                const std::string prefix = tileTargetID(display.displayID, "");
-                if (target.starts_with(prefix)) display.reservedSlotIDs.insert(target.substr(prefix.size()));
+                if (const auto slot = slotIDOn(display.displayID, target)) display.reservedSlotIDs.emplace(*slot);
             }
         }
     }
@@ -169,8 +168,8 @@ void WorkspaceController::learn(const ManagedWindow& window, const std::string& 
     const Screen* screen = screenOfTarget(targetID);
     if (!screen) return;
     const std::string layoutID = layouts_.resolve(*screen, *state_.profile, catalogue()).id;
-    const std::string slotID = targetID.substr(tileTargetID(displayID(*screen), "").size());
-    learning_.learn(layoutID, applicationKey(window.applicationName, window.bundleIdentifier), slotID);
+    const auto slotID = slotIDOn(displayID(*screen), targetID);
+    learning_.learn(layoutID, applicationKey(window.applicationName, window.bundleIdentifier), std::string(*slotID));
     if (isLearningSavePending_) return;
     isLearningSavePending_ = true;
     // After the windows have been told to move: what was learnt can wait for that.

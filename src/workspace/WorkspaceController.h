@@ -240,7 +240,10 @@ class WorkspaceController {
     const SolvedLayout& solvedTiles(const Screen& screen) const;
     TileMinimumSizes tileMinimumSizes(const std::string& displayID) const;
     std::optional<CGRect> tileFrameOnScreen(const std::string& targetID) const;
+    /// Where the window belongs by its tiles, in window-service space.
     std::optional<CGRect> frameForWindow(const std::string& windowID) const;
+    /// The same of every window that fronts a tile, by window id.
+    std::map<std::string, CGRect> framesOfTiledWindows() const;
     bool cycleLayout(int step);
     void layoutChanged(const std::string& displayID);
     void setProfile(WorkspaceProfile profile);

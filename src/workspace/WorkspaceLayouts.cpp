@@ -34,7 +34,7 @@ const Screen* WorkspaceController::screenOf(const std::string& id) const {
 const Screen* WorkspaceController::screenOfTarget(const std::string& targetID) const {
     const auto& screens = *state_.screens;
     const auto found = std::find_if(screens.begin(), screens.end(), [&](const Screen& screen) {
-        return targetID.starts_with(tileTargetID(displayID(screen), ""));
+        return slotIDOn(displayID(screen), targetID).has_value();
     });
     return found == screens.end() ? nullptr : &*found;
 }
@@ -76,7 +76,7 @@ const SolvedLayout& WorkspaceController::solvedTiles(const Screen& screen) const
 std::optional<CGRect> WorkspaceController::tileFrameOnScreen(const std::string& targetID) const {
     const Screen* screen = screenOfTarget(targetID);
     if (!screen) return std::nullopt;
-    const std::string slotID = targetID.substr(tileTargetID(displayID(*screen), "").size());
+    const auto slotID = slotIDOn(displayID(*screen), targetID);
     const SolvedLayout& solved = solvedTiles(*screen);
     for (std::size_t i = 0; i < solved.slots.size(); ++i) {
         if (solved.slots[i].id == slotID) return kova::tileFrameOnScreen(solved.frames[i], screen->visibleFrame);
@@ -92,6 +92,23 @@ std::optional<CGRect> WorkspaceController::frameForWindow(const std::string& win
     }
     if (!covered) return std::nullopt;
     return flipped(insetBy(*covered, state_.profile->tileInset), firstScreenMaxY());
+}
+
+std::map<std::string, CGRect> WorkspaceController::framesOfTiledWindows() const {
+    std::map<std::string, CGRect> frames; // first the cells, in screen space
+    for (const auto& screen : *state_.screens) {
+        const std::string id = displayID(screen);
+        const SolvedLayout& solved = solvedTiles(screen);
+        for (std::size_t i = 0; i < solved.slots.size(); ++i) {
+            const auto front = assignments_.assignedWindowIDs.find(tileTargetID(id, solved.slots[i].id));
+            if (front == assignments_.assignedWindowIDs.end()) continue;
+            const CGRect cell = kova::tileFrameOnScreen(solved.frames[i], screen.visibleFrame);
+            const auto [frame, isFirst] = frames.try_emplace(front->second, cell);
+            if (!isFirst) frame->second = unionOf(frame->second, cell);
+        }
+    }
+    for (auto& [window, frame] : frames) frame = flipped(insetBy(frame, state_.profile->tileInset), firstScreenMaxY());
+    return frames;
 }
 
 std::vector<WorkspaceTile> WorkspaceController::tiles() const {

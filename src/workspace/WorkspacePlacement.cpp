@@ -44,13 +44,12 @@ std::optional<WorkspaceController::Covering> WorkspaceController::coveringFor(co
     const Screen* screen = screenOfTarget(targetID);
     if (!screen) return std::nullopt;
     const std::string display = displayID(*screen);
-    const std::string slotID = targetID.substr(tileTargetID(display, "").size());
+    const std::string slotID(*slotIDOn(display, targetID));
     const LayoutDefinition& layout = layouts_.resolve(*screen, *state_.profile, catalogue());
 
     TileMinimumSizes others = tileMinimumSizes(display);
     for (const auto& target : assignments_.targetsOf(window.id)) {
-        if (target.starts_with(tileTargetID(display, "")))
-            others.erase(target.substr(tileTargetID(display, "").size()));
+        if (const auto own = slotIDOn(display, target)) others.erase(std::string(*own));
     }
     others.erase(slotID);
     const CGSize visibleSize = screen->visibleFrame.size;
@@ -69,9 +68,8 @@ std::optional<WorkspaceController::Covering> WorkspaceController::coveringFor(co
 
     std::set<std::string> occupied;
     for (const auto& [target, holder] : assignments_.assignedWindowIDs) {
-        if (holder != window.id && target.starts_with(tileTargetID(display, ""))) {
-            occupied.insert(target.substr(tileTargetID(display, "").size()));
-        }
+        const auto held = slotIDOn(display, target);
+        if (held && holder != window.id) occupied.emplace(*held);
     }
     const auto span = TileSpanPolicy::bestSpan(without.slots, slotID, visibleSize, inset, minimum, occupied);
     if (!span) return single;
@@ -153,10 +151,11 @@ void WorkspaceController::writeFrame(const ManagedWindow& window, const CGRect& 
 
 void WorkspaceController::reapplyTileFrames() {
     if (*state_.permissionState != AccessibilityPermissionState::granted) return;
+    const auto frames = framesOfTiledWindows();
     for (const ManagedWindow& window : liveWindows_) {
-        const auto target = frameForWindow(window.id);
-        if (target && !isLeftAlone(window)) {
-            reapplyWindow(window, *target);
+        const auto target = frames.find(window.id);
+        if (target != frames.end() && !isLeftAlone(window)) {
+            reapplyWindow(window, target->second);
         } else {
             refusals_.erase(window.id);
         }

@@ -45,7 +45,7 @@ std::vector<std::string> WorkspaceController::applicationsOn(const std::optional
     std::vector<std::string> names;
     for (const auto& window : liveWindows_) {
         const auto target = assignments_.targetOf(window.id);
-        const bool isThere = !wanted || (target && target->starts_with(tileTargetID(*wanted, "")));
+        const bool isThere = !wanted || (target && slotIDOn(*wanted, *target));
         if (isThere && std::find(names.begin(), names.end(), window.applicationName) == names.end()) {
             names.push_back(window.applicationName);
         }
