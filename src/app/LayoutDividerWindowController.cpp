@@ -54,6 +54,7 @@ void LayoutDividerWindowController::close() {
     if (isClosed_) return;
     isClosed_ = true;
     shown_.clear();
+    if (held_) workspace_.cancelDividerDrag();
     held_.reset();
     handles_.showHandles({});
 }

@@ -1,6 +1,7 @@
 #include "app/WindowDragCoordinator.h"
 
 #include <cmath>
+#include <utility>
 
 namespace kova {
 
@@ -15,6 +16,7 @@ void WindowDragCoordinator::installMonitor() {
 
 void WindowDragCoordinator::removeMonitor() {
     subscription_ = {};
+    letGo_.reset();
     if (grip_ && grip_->isDragging) workspace_.cancelWindowDrag();
     grip_.reset();
 }
@@ -31,6 +33,11 @@ void WindowDragCoordinator::handle(const PointerEvent& event) {
 }
 
 void WindowDragCoordinator::pressed(CGPoint location) {
+    // The hand is faster than the window, or a release was never told.
+    if (grip_ && grip_->isDragging) {
+        if (!letGo_) letGo_ = LetGo{location, WorkspaceController::LettingGo::intoTile};
+        finishLettingGo();
+    }
     grip_.reset();
     const auto windowID = workspace_.managedWindowUnder(location);
     const auto frame = windowID ? workspace_.currentFrame(*windowID) : std::nullopt;
@@ -59,12 +66,16 @@ void WindowDragCoordinator::released(CGPoint location, bool isShiftDown) {
     if (!grip_->isDragging) return grip_.reset();
     const auto lettingGo =
         isShiftDown ? WorkspaceController::LettingGo::floating : WorkspaceController::LettingGo::intoTile;
-    queue_.after(kSettlingTime, lifetime_.guard([this, location, lettingGo] {
-        if (!grip_) return;
-        const auto what = movement().value_or(WorkspaceController::HandMovement::move);
-        grip_.reset();
-        workspace_.endWindowDrag(location, what, lettingGo);
-    }));
+    letGo_ = LetGo{location, lettingGo};
+    queue_.after(kSettlingTime, lifetime_.guard([this] { finishLettingGo(); }));
+}
+
+void WindowDragCoordinator::finishLettingGo() {
+    if (!grip_ || !letGo_) return;
+    const LetGo where = *std::exchange(letGo_, std::nullopt);
+    const auto what = movement().value_or(WorkspaceController::HandMovement::move);
+    grip_.reset();
+    workspace_.endWindowDrag(where.location, what, where.lettingGo);
 }
 
 } // namespace kova

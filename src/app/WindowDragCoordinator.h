@@ -35,6 +35,7 @@ class WindowDragCoordinator {
     void pressed(CGPoint location);
     void moved(CGPoint location);
     void released(CGPoint location, bool isShiftDown);
+    void finishLettingGo();
     /// What the hand has done to the window so far; absent when nothing.
     std::optional<WorkspaceController::HandMovement> movement() const;
 
@@ -42,7 +43,13 @@ class WindowDragCoordinator {
     PointerMonitorServicing& pointer_;
     MainQueue& queue_;
     Subscription subscription_;
+    /// The button is up, and the window on its way to its last place.
+    struct LetGo {
+        CGPoint location{};
+        WorkspaceController::LettingGo lettingGo = WorkspaceController::LettingGo::intoTile;
+    };
     std::optional<Grip> grip_;
+    std::optional<LetGo> letGo_;
     Lifetime lifetime_;
 };
 

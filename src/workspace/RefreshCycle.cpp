@@ -122,13 +122,21 @@ void RefreshCycle::tick() {
     // This tick and those to come would find nothing. The next change lets them go on, in the same rhythm.
     timer_.reset();
     isResting_ = true;
-    changes_.notifyWhenChanged(*appliedChangeCount_, lifetime_.guard([this] {
-        if (!isResting_) return;
-        isResting_ = false;
-        const double missed = std::ceil((queue_.uptime() - nextTick_) / kInterval);
-        if (missed > 0) nextTick_ += missed * kInterval;
-        scheduleTick();
-    }));
+    changes_.notifyWhenChanged(*appliedChangeCount_, lifetime_.guard([this] { resumeTicking(); }));
+}
+
+void RefreshCycle::wake() {
+    if (!isResting_) return;
+    changes_.notifyWhenChanged(0, {});
+    resumeTicking();
+}
+
+void RefreshCycle::resumeTicking() {
+    if (!isResting_) return;
+    isResting_ = false;
+    const double missed = std::ceil((queue_.uptime() - nextTick_) / kInterval);
+    if (missed > 0) nextTick_ += missed * kInterval;
+    scheduleTick();
 }
 
 } // namespace kova

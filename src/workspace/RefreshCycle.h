@@ -47,6 +47,8 @@ class RefreshCycle {
     void resume();
     /// One poll now, unless one is in flight, or not running, or suspended.
     void refresh();
+    /// Something waits for time to pass: a resting cycle goes on ticking.
+    void wake();
 
     bool isRunning() const { return isRunning_; }
     bool isSuspended() const { return isSuspended_; }
@@ -57,6 +59,7 @@ class RefreshCycle {
     void invalidateOlderPolls();
     void stopTimer();
     void scheduleTick();
+    void resumeTicking();
     void tick();
     bool mayRest() const;
     void receive(PollResult result, std::int64_t generation);

@@ -5,6 +5,8 @@
 #include "support/MainQueue.h"
 #include "workspace/TileAssignments.h"
 
+#include <sys/types.h>
+
 #include <map>
 #include <optional>
 #include <set>
@@ -20,6 +22,7 @@ struct WorkspaceUndoSnapshot {
     std::map<std::string, CGRect> windowFrames; // window-service space
     std::set<std::string> minimizedWindowIDs;
     std::set<std::string> visibleWindowIDs;
+    std::set<pid_t> hiddenProcessIdentifiers; // applications that were hidden
     std::optional<Uuid> activeSceneID;
     WorkspaceProfile profile;
     std::string accentColorID;

@@ -34,6 +34,7 @@ const Screen* screenHolding(const std::vector<Screen>& screens, const CGRect& re
 
 bool WorkspaceController::arrange() {
     if (!requirePermission()) return false;
+    if (recovery_.detectedLockedLoginSession) return refuse("The screen is locked");
     pushUndoSnapshot({"arrange", applicationsOn(std::nullopt)});
     arrangeWindows();
     showStatusMessage("Windows arranged into zones — Undo is available");
@@ -134,6 +135,8 @@ void WorkspaceController::carryOut(const ArrangementPlan& plan) {
         } else if (placement.isPrimary) {
             windowService_->unhideApplication(placement.window.processIdentifier);
             windowService_->unminimize(placement.window);
+            // It goes on counting as minimised until it is seen, so that another arrangement waits for it as well.
+            if (ManagedWindow* live = findLive(placement.window.id)) live->isVisible = true;
         }
     }
 }
@@ -151,9 +154,12 @@ void WorkspaceController::carryOutPlacement(const AutoArrangePlacement& placemen
 
 void WorkspaceController::carryOutDeferred(std::vector<AutoArrangePlacement> deferred, std::int64_t generation) {
     if (generation != autoArrangeGeneration_ || deferred.empty()) return;
-    if (*state_.permissionState != AccessibilityPermissionState::granted) return;
+    if (!mayMoveWindows()) return;
     closeFocusMode();
-    for (const auto& placement : deferred) carryOutPlacement(placement);
+    for (const auto& placement : deferred) {
+        // Meanwhile the user may have given its tile to another window.
+        if (assignments_.targetOf(placement.window.id) == placement.target.id()) carryOutPlacement(placement);
+    }
     publishAssignments();
     services_.accessibility.flush();
 }

@@ -63,6 +63,7 @@ void WorkspaceController::start(bool promptForPermission) {
 void WorkspaceController::stop() {
     abandonDrags();
     closeFocusMode();
+    ++autoArrangeGeneration_;
     refreshCycle_.end();
     recovery_.clear();
     recovery_.detectedLockedLoginSession = false;
@@ -73,7 +74,9 @@ void WorkspaceController::refresh() {
 }
 
 void WorkspaceController::recheckAccessibility() {
-    state_.permissionState.set(windowService_->permissionState());
+    // A permission that was just given is noticed by the poll, which then does all that belongs to it.
+    const auto now = windowService_->permissionState();
+    if (now != AccessibilityPermissionState::granted) state_.permissionState.set(now);
     refresh();
 }
 

@@ -11,6 +11,7 @@
 #include "workspace/ArrangementPlan.h"
 #include "workspace/DisplayLayouts.h"
 #include "workspace/DividerDrag.h"
+#include "workspace/LayoutMigration.h"
 #include "workspace/PresentationSuspension.h"
 #include "workspace/ReflowPolicy.h"
 #include "workspace/RefreshCycle.h"
@@ -186,6 +187,7 @@ class WorkspaceController {
     void screensChanged();
     void giveUpUnreachablePlacements();
     bool hasUnfinishedBusiness() const;
+    bool mayMoveWindows() const;
 
     // Placement (WorkspacePlacement.cpp)
     struct Covering {
@@ -198,6 +200,9 @@ class WorkspaceController {
     void writeFrame(const ManagedWindow& window, const CGRect& frameForWindowService,
                     AccessibilityWindowService::BringToFront raise);
     void minimizeWindow(const ManagedWindow& window);
+    void hideApplicationOf(const ManagedWindow& window);
+    void bringBack(const ManagedWindow& window);
+    void noteBroughtBack(const std::string& windowID);
     void minimumSizeObserved(const std::string& windowID, const CGRect& wanted, const CGRect& actual);
     void makeRoomFor(const ManagedWindow& window);
     void reapplyTileFrames();
@@ -211,6 +216,7 @@ class WorkspaceController {
     void writeInteractiveFrames(const std::string& displayID);
     void verifyFrames(const std::string& displayID);
     void abandonDrags();
+    void endDrags();
     void presentationResumed();
     void dropWindow(const ManagedWindow& window, CGPoint pointer, LettingGo lettingGo);
     void resizeTileLike(const ManagedWindow& window, const CGRect& frameBefore);
@@ -219,6 +225,7 @@ class WorkspaceController {
 
     // Windows that refuse (WorkspaceReflow.cpp)
     void reflow(const std::string& windowID);
+    void claimRoomWhereNeeded();
     void relaxMinimums();
 
     // Arrangement (WorkspaceArrangement.cpp)
@@ -245,6 +252,8 @@ class WorkspaceController {
     /// The same of every window that fronts a tile, by window id.
     std::map<std::string, CGRect> framesOfTiledWindows() const;
     bool cycleLayout(int step);
+    void noteTileGeometry();
+    void migrateChangedDisplays();
     void layoutChanged(const std::string& displayID);
     void setProfile(WorkspaceProfile profile);
 
@@ -256,6 +265,7 @@ class WorkspaceController {
     void restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot);
     bool leaveFocusMode();
     bool enterFocusMode();
+    std::optional<StartingPoint> zoomStartingPoint() const;
 
     // Navigation (WorkspaceNavigation.cpp)
     std::optional<StartingPoint> startingPoint() const;
@@ -291,6 +301,12 @@ class WorkspaceController {
     std::map<std::string, CGSize> minimumsToApply_;
     TransitionRecovery recovery_;
     std::unordered_map<std::string, Refusal> refusals_;
+    /// What each display showed last, also those that are away.
+    struct ShownLayout {
+        std::string layoutID;
+        DisplayTiles tiles;
+    };
+    std::map<std::string, ShownLayout> lastLayoutByDisplay_;
     ArrangementPlan lastArrangement_;
     std::int64_t autoArrangeGeneration_ = 0;
     bool didAutoArrange_ = false;

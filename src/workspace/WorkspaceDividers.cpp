@@ -29,6 +29,7 @@ std::optional<CGRect> WorkspaceController::dividerFrameOnScreen(const DisplayLay
 }
 
 bool WorkspaceController::beginDividerDrag(const DisplayLayoutDivider& target) {
+    if (!mayMoveWindows()) return false;
     closeFocusMode();
     const Screen* screen = screenOf(target.displayID);
     if (!screen || layouts_.resolve(*screen, *state_.profile, catalogue()).id != target.layoutID) return false;
@@ -150,9 +151,19 @@ void WorkspaceController::abandonDrags() {
     suspension_.abandon();
 }
 
+/// Another action comes first: what the hand holds is let go where it began.
+void WorkspaceController::endDrags() {
+    if (!dividerDrag_.active() && !handMovedWindowID_) return;
+    abandonDrags();
+    layouts_.invalidateAll();
+    state_.layoutRevision.set(*state_.layoutRevision + 1);
+    reapplyTileFrames();
+}
+
 void WorkspaceController::presentationResumed() {
     publishWindows();
-    keepAssignmentsValid({});
+    const bool isRecovering = recovery_.isActive(services_.queue.uptime());
+    keepAssignmentsValid(isRecovering ? recovery_.awaitedWindowIDs() : std::set<std::string>{});
     refresh();
 }
 

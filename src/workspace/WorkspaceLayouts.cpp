@@ -175,9 +175,41 @@ void WorkspaceController::layoutChanged(const std::string& id) {
     layouts_.invalidate(id);
     state_.layoutRevision.set(*state_.layoutRevision + 1);
     ++autoArrangeGeneration_; // what an arrangement still had to do was meant for the tiles as they were
+    if (mayMoveWindows()) claimRoomWhereNeeded();
     publishAssignments();
     reapplyTileFrames();
     services_.accessibility.flush();
+}
+
+/// Tiles can move without any layout being chosen: with the minimum sizes of the windows in them.
+void WorkspaceController::noteTileGeometry() {
+    bool hasMoved = false;
+    for (const auto& screen : *state_.screens) {
+        const std::string id = displayID(screen);
+        const SolvedLayout& solved = solvedTiles(screen);
+        auto& last = lastLayoutByDisplay_[id];
+        const std::string& layoutID = layouts_.resolve(screen, *state_.profile, catalogue()).id;
+        if (last.layoutID == layoutID && last.tiles.frames == solved.frames) continue;
+        hasMoved = hasMoved || !last.layoutID.empty();
+        last = {layoutID, tilesOf(solved)};
+    }
+    if (hasMoved) state_.layoutRevision.set(*state_.layoutRevision + 1);
+}
+
+/// A display that changed its size may have changed its layout with it: its windows follow, and nothing is undone.
+void WorkspaceController::migrateChangedDisplays() {
+    for (const auto& screen : *state_.screens) {
+        const std::string id = displayID(screen);
+        const auto last = lastLayoutByDisplay_.find(id);
+        const LayoutDefinition& layout = layouts_.resolve(screen, *state_.profile, catalogue());
+        if (last == lastLayoutByDisplay_.end() || last->second.layoutID == layout.id) continue;
+        const DisplayTiles after =
+            tilesOf(solveDefinition(layout, {}, screen.visibleFrame.size, state_.profile->tileInset));
+        LayoutMigration migration = migrateAssignments(assignments_, id, last->second.tiles, after);
+        assignments_ = std::move(migration.assignments);
+        presentDisplaced(migration.displacedWindowIDs);
+    }
+    publishAssignments();
 }
 
 LayoutSelectionResult WorkspaceController::selectLayout(const std::string& id,
@@ -187,6 +219,11 @@ LayoutSelectionResult WorkspaceController::selectLayout(const std::string& id,
     if (selection.layoutID && !findLayout(catalogue(), *selection.layoutID))
         return LayoutSelectionResult::unknownLayout;
     const Screen screen = *found;
+    const auto current = state_.profile->layoutSelectionsByDisplay.find(id);
+    if (current != state_.profile->layoutSelectionsByDisplay.end() && current->second == selection) {
+        showStatusMessage(resolvedLayout(id)->name + " on " + screen.localizedName);
+        return LayoutSelectionResult::done;
+    }
     const std::string choice =
         selection.layoutID ? "layout " + findLayout(catalogue(), *selection.layoutID)->name : "automatic layout";
     pushUndoSnapshot({choice, applicationsOn(id)});
@@ -233,10 +270,13 @@ bool WorkspaceController::resetLayoutSizes(const std::optional<std::string>& wan
     const Screen* screen = id ? screenOf(*id) : nullptr;
     if (!screen) return refuse("No display is connected");
     const std::string name = screen->localizedName;
-    pushUndoSnapshot({"reset layout sizes", applicationsOn(id)});
-    storeWeights(*id, resolvedLayout(*id)->id, {});
-    reflow_.forgetAllPushes();
-    layoutChanged(*id);
+    const std::string layoutID = resolvedLayout(*id)->id;
+    if (!state_.profile->weights(*id, layoutID).splits.empty()) {
+        pushUndoSnapshot({"reset layout sizes", applicationsOn(id)});
+        storeWeights(*id, layoutID, {});
+        reflow_.forgetAllPushes();
+        layoutChanged(*id);
+    }
     showStatusMessage("Layout sizes reset on " + name);
     return true;
 }
@@ -244,7 +284,9 @@ bool WorkspaceController::resetLayoutSizes(const std::optional<std::string>& wan
 bool WorkspaceController::setTileInset(double points) {
     constexpr double kLargestInset = 100;
     if (!(points >= 0 && points <= kLargestInset)) return false;
+    if (points == state_.profile->tileInset) return true;
     pushUndoSnapshot({"tile inset", applicationsOn(std::nullopt)});
+    reflow_.forgetAllPushes();
     WorkspaceProfile profile = *state_.profile;
     profile.tileInset = points;
     setProfile(std::move(profile));

@@ -31,6 +31,7 @@ std::optional<std::string> WorkspaceController::neighbourOf(const StartingPoint&
 }
 
 bool WorkspaceController::focusWindow(WorkspaceDirection direction) {
+    closeFocusMode();
     const auto start = startingPoint();
     if (!start) return false;
     const auto target = neighbourOf(*start, direction, TilesConsidered::occupied);
@@ -38,7 +39,9 @@ bool WorkspaceController::focusWindow(WorkspaceDirection direction) {
     const ManagedWindow* window = front == assignments_.assignedWindowIDs.end() ? nullptr : findLive(front->second);
     if (!window) return refuse("No occupied zone " + std::string(describe(direction)) + " of the focused window");
     const std::string name = window->applicationName;
+    const std::string windowID = window->id;
     const bool focused = windowService_->restoreAndFocus(*window);
+    if (focused) noteBroughtBack(windowID);
     services_.accessibility.flush();
     if (!focused) return false;
     showStatusMessage("Focused " + name);
@@ -46,6 +49,7 @@ bool WorkspaceController::focusWindow(WorkspaceDirection direction) {
 }
 
 bool WorkspaceController::moveWindow(WorkspaceDirection direction) {
+    closeFocusMode();
     const auto start = startingPoint();
     if (!start) return false;
     const std::string word(describe(direction));
@@ -58,7 +62,30 @@ bool WorkspaceController::moveWindow(WorkspaceDirection direction) {
     return true;
 }
 
+/// Un-hiding an application brings all its windows: those that wait in a stack go on waiting, minimised.
+void WorkspaceController::bringBack(const ManagedWindow& window) {
+    const bool wasHidden = windowService_->isApplicationHidden(window.processIdentifier);
+    windowService_->unhideApplication(window.processIdentifier);
+    windowService_->unminimize(window);
+    noteBroughtBack(window.id);
+    if (!wasHidden) return;
+    for (auto& other : liveWindows_) {
+        const bool isSibling = other.processIdentifier == window.processIdentifier && other.id != window.id;
+        if (isSibling && !assignments_.isAssigned(other.id) && assignments_.stackTargetOf(other.id))
+            minimizeWindow(other);
+    }
+}
+
+/// What was asked to come back counts as being there: the next poll may be half a second away.
+void WorkspaceController::noteBroughtBack(const std::string& windowID) {
+    ManagedWindow* window = findLive(windowID);
+    if (!window) return;
+    window->isMinimized = false;
+    window->isVisible = true;
+}
+
 bool WorkspaceController::cycleStack() {
+    closeFocusMode();
     const auto start = startingPoint();
     if (!start) return false;
     const auto front = assignments_.assignedWindowIDs.find(start->targetID);
@@ -74,10 +101,12 @@ bool WorkspaceController::cycleStack() {
     if (!next) return false;
     const ManagedWindow window = *next;
     pushUndoSnapshot({"cycle stack", {window.applicationName}});
-    windowService_->unhideApplication(window.processIdentifier);
-    windowService_->unminimize(window);
-    if (ManagedWindow* live = findLive(window.id)) live->isMinimized = false;
+    bringBack(window);
     placeWindow(window.id, start->targetID, Focusing::yes);
+    // Whoever gave way to a window that spans several tiles waits behind those that waited here before.
+    for (const auto& member : assignments_.stackWindowIDsByTarget[start->targetID]) {
+        if (std::find(order.begin(), order.end(), member) == order.end()) order.push_back(member);
+    }
     assignments_.stackWindowIDsByTarget[start->targetID] = std::move(order);
     publishAssignments();
     showStatusMessage(window.applicationName + " is now active");

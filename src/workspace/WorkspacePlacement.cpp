@@ -23,6 +23,7 @@ bool isAssignedToSomeTile(const TileAssignments& assignments, const std::vector<
 void WorkspaceController::publishAssignments() {
     state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
     state_.stackWindowIDsByTarget.set(assignments_.stackWindowIDsByTarget);
+    noteTileGeometry();
 }
 
 /// What is known of the window itself, else what was learnt about its application; 0 where nothing is known.
@@ -112,7 +113,7 @@ void WorkspaceController::presentDisplaced(const std::vector<std::string>& displ
     std::vector<std::pair<ManagedWindow*, DisplacedWindowPresentationAction>> decisions;
     for (const auto& id : displacedWindowIDs) {
         ManagedWindow* window = findLive(id);
-        if (!window || window->isMinimized) continue;
+        if (!window || window->isMinimized || window->isFullScreen) continue;
         const bool stays = isAssignedToSomeTile(assignments_, liveWindows_, window->processIdentifier);
         decisions.emplace_back(window, stays ? DisplacedWindowPresentationAction::minimizeWindow
                                              : DisplacedWindowPresentationAction::hideApplication);
@@ -122,10 +123,14 @@ void WorkspaceController::presentDisplaced(const std::vector<std::string>& displ
             minimizeWindow(*window);
             continue;
         }
-        windowService_->presentDisplaced(*window, action);
-        for (auto& other : liveWindows_) {
-            if (other.processIdentifier == window->processIdentifier) other.isVisible = false;
-        }
+        hideApplicationOf(*window);
+    }
+}
+
+void WorkspaceController::hideApplicationOf(const ManagedWindow& window) {
+    windowService_->presentDisplaced(window, DisplacedWindowPresentationAction::hideApplication);
+    for (auto& other : liveWindows_) {
+        if (other.processIdentifier == window.processIdentifier) other.isVisible = false;
     }
 }
 
@@ -146,6 +151,7 @@ void WorkspaceController::writeFrame(const ManagedWindow& window, const CGRect& 
         minimumSizeObserved(id, frame, actual);
     }));
     refusals_.try_emplace(id);
+    refreshCycle_.wake(); // until the window is seen at its place
     if (ManagedWindow* live = findLive(id)) live->frame = frame;
 }
 

@@ -15,7 +15,7 @@ constexpr double kRefusalPoints = 2;
 /// A window that did not shrink tells its minimum in the directions in which it stayed larger than asked for.
 void WorkspaceController::minimumSizeObserved(const std::string& windowID, const CGRect& wanted, const CGRect& actual) {
     const ManagedWindow* window = findLive(windowID);
-    if (!window) return;
+    if (!window || window->isFullScreen) return;
     CGSize minimum = minimumSizeOf(*window);
     const CGSize before = minimum;
     if (actual.size.width > wanted.size.width + kRefusalPoints)
@@ -34,7 +34,7 @@ void WorkspaceController::reflow(const std::string& windowID) {
     const ManagedWindow* window = findLive(windowID);
     const auto target = assignments_.targetOf(windowID);
     const Screen* screen = target ? screenOfTarget(*target) : nullptr;
-    if (minimum == minimumsToApply_.end() || !window || !screen) return;
+    if (minimum == minimumsToApply_.end() || !window || !screen || !mayMoveWindows()) return;
     const Seconds now = services_.queue.uptime();
     const auto due = reflow_.nextReflow(displayID(*screen), windowID, now);
     if (!due) return;
@@ -51,7 +51,7 @@ void WorkspaceController::reflow(const std::string& windowID) {
         minimum->second;
     setProfile(std::move(profile));
     minimumsToApply_.erase(minimum);
-    makeRoomFor(*window);
+    makeRoomFor(ManagedWindow(*window));
 }
 
 /// The tiles are solved again with what was learnt; a window that still does not fit claims a span.
@@ -68,6 +68,27 @@ void WorkspaceController::makeRoomFor(const ManagedWindow& window) {
     services_.accessibility.flush();
 }
 
+/// A window whose known minimum does not fit its tile under a new layout claims a span at once.
+void WorkspaceController::claimRoomWhereNeeded() {
+    std::vector<std::pair<ManagedWindow, Covering>> claims;
+    for (const auto& screen : *state_.screens) {
+        const std::set<std::string> unsatisfied = solvedTiles(screen).unsatisfiedTileIDs;
+        for (const auto& slotID : unsatisfied) {
+            const auto front = assignments_.assignedWindowIDs.find(tileTargetID(displayID(screen), slotID));
+            const ManagedWindow* window =
+                front == assignments_.assignedWindowIDs.end() ? nullptr : findLive(front->second);
+            if (!window || isLeftAlone(*window)) continue;
+            const auto covering = coveringFor(*window, front->first);
+            if (covering && covering->targets.size() > 1) claims.emplace_back(*window, *covering);
+        }
+    }
+    for (const auto& [window, covering] : claims) {
+        // An earlier claim may have taken its tile.
+        if (assignments_.isAssigned(window.id)) place(window, covering, AccessibilityWindowService::BringToFront::no);
+    }
+    if (!claims.empty()) publishAssignments();
+}
+
 /// A window that has stayed well below its remembered minimum does not need it any more.
 void WorkspaceController::relaxMinimums() {
     auto observed = *state_.observedMinimumSizes;
@@ -81,7 +102,7 @@ void WorkspaceController::relaxMinimums() {
         WorkspaceProfile profile = *state_.profile;
         profile.applicationMinimumSizes[applicationKey(window->applicationName, window->bundleIdentifier)] = *relaxed;
         setProfile(std::move(profile));
-        state_.layoutRevision.set(*state_.layoutRevision + 1);
+        reflow_.forgetPushes(windowID);
     }
     state_.observedMinimumSizes.set(std::move(observed));
 }

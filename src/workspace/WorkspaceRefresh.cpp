@@ -76,6 +76,7 @@ void WorkspaceController::presentPoll(bool isRecovering) {
         keepAssignmentsValid({});
     }
     relaxMinimums();
+    noteTileGeometry();
     reapplyTileFrames();
     services_.accessibility.flush();
 }
@@ -97,12 +98,15 @@ void WorkspaceController::recoverAssignedWindows() {
         const ManagedWindow* window = findLive(windowID);
         if (frame && window) writeFrame(*window, *frame, AccessibilityWindowService::BringToFront::no);
     }
-    if (recovery_.isComplete(assignments_)) recovery_.clear();
+    if (!recovery_.isComplete(assignments_)) return;
+    recovery_.clear();
+    refresh(); // what is left alone during recovery is due now
 }
 
 void WorkspaceController::applyDenied() {
     liveWindows_.clear();
     refusals_.clear();
+    abandonDrags();
     state_.windows.set({});
     assignments_.assignedWindowIDs.clear();
     assignments_.anchorTargetIDsByWindowID.clear();
@@ -113,7 +117,9 @@ void WorkspaceController::scheduleAutomaticArrangement(bool justGranted) {
     const bool isDue = justGranted || !didAutoArrange_;
     if (!isDue || !state_.profile->autoArrangeOnLaunch || state_.screens->empty()) return;
     didAutoArrange_ = true;
-    services_.queue.after(kAutomaticArrangementDelay, lifetime_.guard([this] { arrangeWindows(); }));
+    services_.queue.after(kAutomaticArrangementDelay, lifetime_.guard([this] {
+        if (mayMoveWindows()) arrangeWindows();
+    }));
 }
 
 bool WorkspaceController::hasUnfinishedBusiness() const {
@@ -123,14 +129,24 @@ bool WorkspaceController::hasUnfinishedBusiness() const {
 }
 
 void WorkspaceController::screensChanged() {
+    if (isRunning()) closeFocusMode(); // the zoomed window's frame was that of the display before
     state_.screens.set(services_.screens.screens());
     layouts_.invalidateAll();
     state_.layoutRevision.set(*state_.layoutRevision + 1);
     giveUpUnreachablePlacements();
-    if (!isRunning() || refreshCycle_.isSuspended()) return;
+    reflow_.forgetAllPushes();
+    if (!mayMoveWindows()) return;
+    migrateChangedDisplays();
+    claimRoomWhereNeeded();
     reapplyTileFrames();
     services_.accessibility.flush();
     refresh();
+}
+
+/// Not while the picture is not the user's to see.
+bool WorkspaceController::mayMoveWindows() const {
+    return isRunning() && !refreshCycle_.isSuspended() && !recovery_.detectedLockedLoginSession &&
+           *state_.permissionState == AccessibilityPermissionState::granted;
 }
 
 /// Verification would carry a window that the desktop has rescued from a vanished display back to where nobody sees it.

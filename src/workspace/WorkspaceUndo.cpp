@@ -5,6 +5,8 @@
 #include "workspace/WorkspacePreferences.h"
 
 #include <algorithm>
+#include <cmath>
+#include <limits>
 
 namespace kova {
 
@@ -21,6 +23,7 @@ WorkspaceUndoSnapshot WorkspaceController::captureUndoSnapshot() const {
                                    .windowFrames = {},
                                    .minimizedWindowIDs = {},
                                    .visibleWindowIDs = {},
+                                   .hiddenProcessIdentifiers = {},
                                    .activeSceneID = std::nullopt,
                                    .profile = *state_.profile,
                                    .accentColorID = *state_.accentColorID};
@@ -30,13 +33,20 @@ WorkspaceUndoSnapshot WorkspaceController::captureUndoSnapshot() const {
         if (pending || window.frame) snapshot.windowFrames[window.id] = pending ? *pending : *window.frame;
         if (window.isMinimized) snapshot.minimizedWindowIDs.insert(window.id);
         if (window.isVisible) snapshot.visibleWindowIDs.insert(window.id);
+        if (windowService_->isApplicationHidden(window.processIdentifier)) {
+            snapshot.hiddenProcessIdentifiers.insert(window.processIdentifier);
+        }
     }
     return snapshot;
 }
 
 void WorkspaceController::pushUndoSnapshot(UndoLabel label, std::optional<WorkspaceUndoSnapshot> snapshot) {
-    if (!snapshot) closeFocusMode();
+    if (!snapshot) {
+        endDrags();
+        closeFocusMode();
+    }
     focusZoomSnapshot_.reset();
+    state_.focusMode.set(std::nullopt);
     undo_.push({snapshot ? std::move(*snapshot) : captureUndoSnapshot(), std::move(label), services_.queue.now()});
     state_.canUndo.set(true);
 }
@@ -54,11 +64,13 @@ std::vector<std::string> WorkspaceController::applicationsOn(const std::optional
 }
 
 bool WorkspaceController::undoLastAction() {
+    if (undo_.isEmpty() || !requirePermission()) return false;
+    endDrags();
     const auto entry = undo_.takeNewest();
-    if (!entry) return false;
     if (focusZoomSnapshot_) undo_.restore(std::move(historyBeforeFocusMode_));
     focusZoomSnapshot_.reset();
     ++autoArrangeGeneration_; // what an arrangement still had to do is undone with it
+    reflow_.forgetAllPushes();
     restoreUndoSnapshot(entry->snapshot);
     state_.canUndo.set(!undo_.isEmpty());
     showStatusMessage("Last window action undone");
@@ -77,9 +89,12 @@ void WorkspaceController::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snaps
     state_.layoutRevision.set(*state_.layoutRevision + 1);
     for (ManagedWindow& window : liveWindows_) {
         const bool wasVisible = snapshot.visibleWindowIDs.contains(window.id);
+        const bool wasHidden = snapshot.hiddenProcessIdentifiers.contains(window.processIdentifier);
         if (wasVisible) windowService_->unhideApplication(window.processIdentifier);
         if (snapshot.minimizedWindowIDs.contains(window.id)) {
             minimizeWindow(window);
+        } else if (wasHidden) {
+            hideApplicationOf(window);
         } else {
             windowService_->unminimize(window);
             window.isMinimized = false;
@@ -101,8 +116,33 @@ bool WorkspaceController::toggleFocusMode() {
     return true;
 }
 
+/// Any focused window can be zoomed: one without a tile counts as being in the tile under its middle, or the nearest.
+std::optional<WorkspaceController::StartingPoint> WorkspaceController::zoomStartingPoint() const {
+    if (const auto start = startingPoint()) return start;
+    const auto focused = windowService_->focusedWindowID();
+    const ManagedWindow* window = focused ? findLive(*focused) : nullptr;
+    const Screen* screen = window && window->frame ? screenOfWindow(*window) : nullptr;
+    if (!screen) return std::nullopt;
+    const std::string display = displayID(*screen);
+    const CGPoint middle = centre(flipped(*window->frame, firstScreenMaxY()));
+    std::optional<std::string> nearest;
+    double best = std::numeric_limits<double>::infinity();
+    for (const auto& tile : tiles()) {
+        if (tile.displayID != display) continue;
+        const CGPoint to = centre(tile.frameOnScreen);
+        const double distance =
+            containsPoint(tile.frameOnScreen, middle) ? -1 : std::hypot(to.x - middle.x, to.y - middle.y);
+        if (distance < best) {
+            best = distance;
+            nearest = tile.targetID;
+        }
+    }
+    if (!nearest) return std::nullopt;
+    return StartingPoint{*window, *nearest, display};
+}
+
 bool WorkspaceController::enterFocusMode() {
-    const auto start = startingPoint();
+    const auto start = zoomStartingPoint();
     if (!start || !requirePermission()) return false;
     const Screen* screen = screenOf(start->displayID);
     if (!screen) return false;
@@ -114,6 +154,7 @@ bool WorkspaceController::enterFocusMode() {
     const CGRect cell = kova::tileFrameOnScreen(solved.frames.front(), screen->visibleFrame);
     const CGRect frame = flipped(insetBy(cell, state_.profile->tileInset), firstScreenMaxY());
 
+    abandonDrags(); // what the hand began would end as a step behind the focus mode's own
     auto snapshot = captureUndoSnapshot();
     historyBeforeFocusMode_ = undo_.entries();
     pushUndoSnapshot({"focus mode", {start->window.applicationName}}, snapshot);

@@ -44,6 +44,7 @@ bool WorkspaceController::beginWindowDrag(const std::string& windowID, const CGR
     if (!window || window->isFullScreen || *state_.permissionState != AccessibilityPermissionState::granted)
         return false;
     if (*state_.focusMode && (*state_.focusMode)->windowID == windowID) return false;
+    closeFocusMode();
     abandonDrags();
     snapshotBeforeDrag_ = captureUndoSnapshot();
     snapshotBeforeDrag_->windowFrames[windowID] = frameBefore;
@@ -69,10 +70,10 @@ void WorkspaceController::endWindowDrag(CGPoint pointer, HandMovement movement, 
         const auto before = snapshotBeforeDrag_->windowFrames.find(windowID);
         if (const auto now = windowService_->readFrame(window->element)) window->frame = *now;
         const bool hadFrame = before != snapshotBeforeDrag_->windowFrames.end();
-        if (movement == HandMovement::resize && hadFrame && assignments_.isAssigned(windowID)) {
-            resizeTileLike(*window, CGRect(before->second));
-        } else {
+        if (movement == HandMovement::move) {
             dropWindow(ManagedWindow(*window), pointer, lettingGo);
+        } else if (hadFrame && assignments_.isAssigned(windowID)) {
+            resizeTileLike(ManagedWindow(*window), CGRect(before->second));
         }
     }
     snapshotBeforeDrag_.reset();
@@ -83,7 +84,9 @@ void WorkspaceController::endWindowDrag(CGPoint pointer, HandMovement movement, 
 }
 
 void WorkspaceController::cancelWindowDrag() {
-    if (handMovedWindowID_) abandonDrags();
+    if (!handMovedWindowID_) return;
+    abandonDrags();
+    refresh(); // puts the window back where it belongs
 }
 
 void WorkspaceController::dropWindow(const ManagedWindow& window, CGPoint pointer, LettingGo lettingGo) {
