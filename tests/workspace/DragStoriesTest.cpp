@@ -209,6 +209,35 @@ TEST_F(Halves, AWindowPulledWiderTakesTheDividerAlong) {
     desk.expectTiles(kHalves); // there is no divider at the display's edge
 }
 
+TEST_F(Halves, AnotherActionComesFirstAndEndsTheDragWhereItBegan) {
+    ASSERT_TRUE(kova().beginDividerDrag(divider));
+    kova().updateDividerDrag(divider, 300);
+    desk.perform(action::Arrange{});
+    kova().endDividerDrag(divider);
+    desk.settle();
+    desk.expectTiles(kHalves);
+    EXPECT_EQ(newUndoSteps(), 1u) << "the arrangement alone";
+}
+
+TEST_F(Halves, ResizingAFloatingWindowIsNoDrop) {
+    desk.opens("Notes", {.frame = makeRect(100, 100, 500, 400)}).advance(Seconds(1));
+    takes("Notes");
+    letsGo("Notes", makeRect(100, 100, 800, 600), {850, 600}, WorkspaceController::LettingGo::intoTile,
+           WorkspaceController::HandMovement::resize);
+    EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Notes")), "Notes 100,100 800x600");
+    EXPECT_EQ(newUndoSteps(), 0u);
+}
+
+TEST_F(Halves, TakingAnotherWindowEndsTheZoom) {
+    desk.opens("Notes", {.frame = makeRect(100, 100, 500, 400)}).advance(Seconds(1));
+    desk.desktop.focusByHand("Mail");
+    desk.zoom();
+    takes("Notes");
+    EXPECT_EQ(*desk.state().focusMode, std::nullopt);
+    letsGo("Notes", makeRect(1300, 100, 500, 400), {2000, 700});
+    desk.expectTiles("Codex 15,15 1254x1382 | Notes 1291,15 1254x1382 + Mail");
+}
+
 TEST(EdgeResize, OnlyDividersThatRunAlongThePulledEdgeMove) {
     const auto solved = solveDefinition(*findLayout(builtInLayouts(), "jarvis.quad-grid"), {}, {2560, 1440}, 5);
     const CGRect cell = solved.frames[3]; // lower right

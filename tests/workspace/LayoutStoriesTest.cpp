@@ -128,6 +128,78 @@ TEST(FocusModeStories, EveryOtherActionStartsFromTheRestoredWorkspace) {
     desk.expectTiles(kHalves);
 }
 
+TEST(LayoutStories, ADisplayThatPicksAnotherLayoutByItsSizeTakesItsWindowsAlong) {
+    Desk desk;
+    desk.display(1920, 1080);
+    desk.controller().selectLayout(desk.displayIDOf("A"), DisplayLayoutSelection::automatic());
+    desk.opens("Codex").opens("Mail").opens("Notes").arrange();
+    const auto steps = desk.controller().undoHistory().size();
+    desk.desktop.resizeDisplay("A", {5120, 1440});
+    desk.settle();
+    EXPECT_EQ(desk.controller().resolvedLayout(desk.displayIDOf("A"))->id, "jarvis.super-ultrawide-5120x1440");
+    EXPECT_EQ(desk.state().assignedWindowIDs->size(), 3u);
+    EXPECT_EQ(desk.state().assignedWindowIDs->count(desk.targetID("A", "secondary-1")), 1u) << "its namesake";
+    EXPECT_EQ(desk.controller().undoHistory().size(), steps);
+}
+
+TEST(LayoutStories, AWindowThatNoLongerFitsClaimsASpanAtOnceAndHandlesHearOfEveryMove) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex", {.minimumSize = {{300, 1300}}}).arrange();
+    auto revision = *desk.state().layoutRevision;
+    desk.layout("jarvis.quad-grid");
+    desk.expectTiles("Codex 15,15 1254x1382 | - | (Codex) | -");
+    ASSERT_TRUE(*desk.state().placementNotice);
+    EXPECT_EQ((*desk.state().placementNotice)->additionalTileCount, 1);
+
+    desk.layout("jarvis.dual-split").opens("Mail", {.minimumSize = {{1700, 300}}});
+    desk.advance(Seconds(1)).arrange();
+    revision = *desk.state().layoutRevision;
+    desk.desktop.close("Mail");
+    desk.settle();
+    EXPECT_GT(*desk.state().layoutRevision, revision) << "its minimum goes with it, and the divider moves";
+}
+
+TEST(LayoutStories, NothingMovesWhileTheScreenIsLocked) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+    desk.desktop.setLocked(true);
+    desk.advance(Seconds(1));
+    const int before = desk.desktop.window("Mail").frameWriteCount;
+    desk.desktop.resizeDisplay("A", {1920, 1080});
+    desk.advance(Seconds(5));
+    desk.perform(action::Arrange{});
+    EXPECT_FALSE(desk.wasCarriedOut());
+    EXPECT_EQ(desk.desktop.window("Mail").frameWriteCount, before);
+    desk.desktop.setLocked(false);
+    desk.settle();
+    desk.expectTiles("Codex 15,15 934x1022 | Mail 971,15 934x1022");
+}
+
+TEST(FocusModeStories, AWindowWithoutATileCanBeZoomedAndTheZoomEndsWithItsDisplaysSize) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail", {.frame = makeRect(1500, 90, 600, 400)}).start();
+    desk.desktop.focusByHand("Mail");
+    desk.zoom();
+    ASSERT_TRUE(*desk.state().focusMode);
+    EXPECT_EQ((*desk.state().focusMode)->anchorTargetID, desk.targetID("A", "secondary-1"));
+    desk.desktop.resizeDisplay("A", {2000, 1100});
+    desk.settle();
+    EXPECT_EQ(*desk.state().focusMode, std::nullopt);
+    EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Mail")), "Mail 1500,90 600x400");
+}
+
+TEST(FocusModeStories, WhatWasHiddenStaysHidden) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+    desk.desktop.focusByHand("Mail");
+    desk.move(left);
+    ASSERT_TRUE(desk.desktop.isHidden("Codex"));
+    desk.desktop.focusByHand("Mail");
+    desk.zoom().zoom();
+    EXPECT_TRUE(desk.desktop.isHidden("Codex"));
+    desk.expectTiles("Mail 15,15 1254x1382 + Codex | -");
+}
+
 TEST(FocusModeStories, ItEndsWithItsWindowAndIsRefusedWhereItWouldChangeNothing) {
     Desk desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
@@ -197,6 +269,24 @@ TEST(NavigationStories, FocusWalksOverOccupiedTilesAndSaysWhereItEnds) {
     desk.expectMessage("No occupied zone left of the focused window");
     desk.move(down);
     desk.expectMessage("No zone down of the focused window");
+}
+
+TEST(NavigationStories, ACycleThatClaimsASpanLosesNobody) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.quad-grid");
+    for (const char* name : {"Codex", "Firefox", "Mail", "Viewer"}) desk.opens(name);
+    desk.arrange();
+    desk.opens("Big", {.minimumSize = {{2000, 1300}}}).advance(Seconds(1));
+    desk.desktop.focusByHand("Codex");
+    const std::string anchor = desk.targetID("A", "focus-main");
+    ASSERT_TRUE(
+        desk.controller().placeWindow(desk.desktop.windowIDOf("Big"), anchor, WorkspaceController::Focusing::yes));
+    EXPECT_EQ(desk.state().stackWindowIDsByTarget->at(anchor).size(), 5u);
+    desk.settle();
+    desk.cycleStack();
+    EXPECT_EQ(desk.state().stackWindowIDsByTarget->at(anchor).size(), 5u);
+    for (int i = 0; i < 4; ++i) desk.cycleStack();
+    EXPECT_EQ(desk.state().stackWindowIDsByTarget->at(anchor).size(), 5u);
 }
 
 TEST(NavigationStories, AStackIsCycledRound) {

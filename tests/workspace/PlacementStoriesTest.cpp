@@ -67,6 +67,27 @@ TEST(PlacementStories, ANewerArrangementEndsTheSecondPassOfTheOlder) {
     EXPECT_TRUE(desk.state().assignedWindowIDs->empty());
 }
 
+TEST(PlacementStories, TheSecondPassDoesNotTakeBackWhatTheUserDidMeanwhile) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail", {.isMinimized = true}).start();
+    desk.desktop.focusByHand("Codex");
+    desk.controller().perform(action::Arrange{});
+    desk.advance(Seconds(0.3));
+    desk.controller().perform(action::Move{WorkspaceDirection::right});
+    desk.settle();
+    desk.expectTiles("- | Codex 1291,15 1254x1382 + Mail");
+    EXPECT_FALSE(desk.desktop.isHidden("Codex"));
+}
+
+TEST(PlacementStories, AFullScreenWindowIsNotTakenOffTheScreenByALayout) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+    desk.desktop.setFullScreen("Mail", true);
+    desk.advance(Seconds(1));
+    desk.layout("jarvis.focus-single");
+    EXPECT_FALSE(desk.desktop.isHidden("Mail"));
+}
+
 TEST(PlacementStories, ADisplacedWindowIsHiddenWithItsApplicationUnlessThatKeepsAnotherTile) {
     Desk desk;
     desk.display(2560, 1440).layout("jarvis.triple-strip");
