@@ -138,10 +138,11 @@ int manageSession(const Options& options) {
         if (message) log(LogLevel::detail, *message);
     });
 
-    Subscription events;
     if (X11Desktop* x11 = desktop->x11()) {
-        events = loop.watchReadable(x11->connectionDescriptor(), [&loop, &options, x11] {
-            if (x11->readEvents()) return;
+        const auto watch = [&loop](int descriptor, std::function<void()> readable) {
+            return loop.watchReadable(descriptor, std::move(readable));
+        };
+        x11->listen(watch, [&loop, &options] {
             complain(options, "the X server has ended, or has closed the connection");
             loop.quit(kExitFailed);
         });

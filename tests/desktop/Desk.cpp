@@ -37,7 +37,13 @@ Seconds TestLoop::uptime() const {
     return std::chrono::steady_clock::now().time_since_epoch();
 }
 
-void TestLoop::turn(X11Desktop* desktop) {
+Subscription TestLoop::watch(int descriptor, std::function<void()> readable) {
+    auto watched = std::make_shared<std::pair<int, std::function<void()>>>(descriptor, std::move(readable));
+    watched_ = watched;
+    return Subscription(watched);
+}
+
+void TestLoop::turn() {
     std::vector<std::function<void()>> work;
     {
         const std::lock_guard lock(mutex_);
@@ -54,8 +60,9 @@ void TestLoop::turn(X11Desktop* desktop) {
         it = timers_.erase(it);
     }
     for (const auto& piece : work) piece();
-    pollfd readable{desktop ? desktop->connectionDescriptor() : -1, POLLIN, 0};
-    if (::poll(&readable, 1, work.empty() ? 1 : 0) > 0) desktop->readEvents();
+    const auto watched = watched_.lock();
+    pollfd readable{watched ? watched->first : -1, POLLIN, 0};
+    if (::poll(&readable, 1, work.empty() ? 1 : 0) > 0) watched->second();
 }
 
 void TestLoop::dropAll() {
@@ -91,6 +98,9 @@ X11Desktop& Desk::openDesktop() {
     auto opened = X11Desktop::open({server_.displayName(), hiddenWindowsFile()}, loop_, catalogue_);
     if (const auto* reason = std::get_if<std::string>(&opened)) throw std::runtime_error(*reason);
     desktop_ = std::move(std::get<0>(opened));
+    isConnectionLost_ = false;
+    desktop_->listen([this](int descriptor, auto readable) { return loop_.watch(descriptor, std::move(readable)); },
+                     [this] { isConnectionLost_ = true; });
     service_ = std::make_unique<AccessibilityWindowService>(*desktop_, *desktop_, *desktop_, loop_);
     return *desktop_;
 }
@@ -117,7 +127,7 @@ std::unique_ptr<TestClient> Desk::client(const std::string& className, std::uint
 
 std::vector<ManagedWindow> Desk::poll() {
     auto polled = std::async(std::launch::async, [this] { return service_->enumerateWindows(); });
-    while (polled.wait_for(std::chrono::seconds(0)) != std::future_status::ready) loop_.turn(desktop_.get());
+    while (polled.wait_for(std::chrono::seconds(0)) != std::future_status::ready) loop_.turn();
     return polled.get();
 }
 
@@ -160,14 +170,14 @@ void Desk::place(const ManagedWindow& window, const CGRect& frame) {
 
 void Desk::runFor(Seconds time) {
     const Seconds end = loop_.uptime() + time;
-    while (loop_.uptime() < end) loop_.turn(desktop_.get());
+    while (loop_.uptime() < end) loop_.turn();
 }
 
 bool Desk::runUntil(const std::function<bool()>& condition) {
     const Seconds end = loop_.uptime() + Seconds(5);
     while (!condition()) {
         if (loop_.uptime() > end) return false;
-        loop_.turn(desktop_.get());
+        loop_.turn();
     }
     return true;
 }

@@ -25,8 +25,10 @@ class TestLoop final : public MainQueue {
     WallTime now() const override;
     Seconds uptime() const override;
 
-    /// Runs what is due and what the desktop has to read, once; sleeps a little when there is nothing.
-    void turn(X11Desktop* desktop);
+    /// One descriptor at a time.
+    Subscription watch(int descriptor, std::function<void()> readable);
+    /// Runs what is due and what is to be read, once; sleeps a little when there is nothing.
+    void turn();
     void dropAll();
 
   private:
@@ -34,6 +36,7 @@ class TestLoop final : public MainQueue {
     std::mutex mutex_;
     std::vector<std::function<void()>> posted_;
     std::vector<std::shared_ptr<Due>> timers_;
+    std::weak_ptr<std::pair<int, std::function<void()>>> watched_;
 };
 
 /// Classes are their own names.
@@ -72,6 +75,7 @@ class Desk {
     bool runUntil(const std::function<bool()>& condition);
     PrivateServer& server() { return server_; }
     TestLoop& loop() { return loop_; }
+    bool isConnectionLost() const { return isConnectionLost_; }
     const std::vector<CGRect>& reportedMinimums() const { return reportedMinimums_; }
     std::string hiddenWindowsFile() const { return server_.folder() + "/hidden.json"; }
 
@@ -82,6 +86,7 @@ class Desk {
     std::unique_ptr<X11Desktop> desktop_;
     std::unique_ptr<AccessibilityWindowService> service_;
     std::vector<CGRect> reportedMinimums_;
+    bool isConnectionLost_ = false;
 };
 
 std::string text(const CGRect& r);

@@ -249,7 +249,7 @@ TEST_F(Desktop, EndsWhenTheServerDoes) {
     int calls = 0;
     desktop.notifyWhenChanged(*desktop.changeCount(), [&] { ++calls; });
     desk.server().end();
-    EXPECT_TRUE(desk.runUntil([&] { return !desktop.readEvents(); }));
+    EXPECT_TRUE(desk.runUntil([&] { return desk.isConnectionLost(); }));
     EXPECT_FALSE(desktop.isProcessTrusted());
     EXPECT_TRUE(desk.runUntil([&] { return calls == 1; }));
     EXPECT_EQ(desktop.diagnose().at(0).verdict, DiagnosticVerdict::wrong);

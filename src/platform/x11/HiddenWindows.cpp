@@ -95,8 +95,15 @@ bool HiddenWindows::isApplicationHidden(pid_t processIdentifier, const WindowMod
     });
 }
 
+bool HiddenWindows::isBehind(const WindowModel& model) const {
+    return std::ranges::any_of(windows_, [&](const HiddenWindow& hidden) {
+        const ClientWindow* client = model.client(hidden.window);
+        return !client || model.isShown(*client) == hidden.hasLeftScreen;
+    });
+}
+
 void HiddenWindows::followModel(const WindowModel& model, Seconds now) {
-    if (windows_.empty()) return;
+    if (!isBehind(model)) return;
     const auto isShown = [&](const HiddenWindow& hidden) {
         const ClientWindow* client = model.client(hidden.window);
         return client && model.isShown(*client);

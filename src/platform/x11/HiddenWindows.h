@@ -43,6 +43,8 @@ class HiddenWindows {
     /// Follows what others did: a window that came back by hand is no longer ours, nor is one that was never granted to
     /// go.
     void followModel(const WindowModel& model, Seconds now);
+    /// Whether following would change anything but what time alone changes.
+    bool isBehind(const WindowModel& model) const;
 
   private:
     template <class Condition>

@@ -202,29 +202,36 @@ void ModelRefresh::askClients() {
 }
 
 void ModelRefresh::askProperties(xcb_window_t window, std::uint32_t bits) {
-    std::uint32_t lastOfOwner = 0;
+    if (bits & stale::owner) outcome_.ownersChanged = true;
+    const ClientWindow* known = model_.client(window);
     const auto& rules = model_.rules();
-    for (std::uint32_t i = 0; i < rules.size(); ++i) {
-        if (rules[i].staleBit == stale::owner) lastOfOwner = i;
-    }
     for (std::uint32_t i = 0; i < rules.size(); ++i) {
         if (!(bits & rules[i].staleBit)) continue;
         // The old name is only read for windows that have no new one.
-        const ClientWindow* known = model_.client(window);
         if (rules[i].property == XCB_ATOM_WM_NAME && known && known->netName) continue;
-        const bool settles = i == lastOfOwner;
+        // What the taker keeps is small on purpose: there can be hundreds.
         questions_.add(connection_.askProperty(window, rules[i].property, rules[i].lengthInWords),
-                       [this, window, i, settles](const void* reply) {
-                           ClientWindow* client = model_.client(window);
-                           if (!client) return;
-                           const PropertyRule& rule = model_.rules()[i];
-                           rule.take(*client, propertyIn(reply), connection_.atoms());
-                           if (rule.staleBit == stale::strut) outcome_.panelsChanged = true;
-                           if (rule.staleBit == stale::kind) outcome_.ownersChanged = true;
-                           if (settles) settleOwner(*client);
-                       });
+                       [this, window, i](const void* reply) { takeProperty(window, model_.rules()[i], reply); });
     }
-    if (bits & stale::owner) outcome_.ownersChanged = true;
+}
+
+void ModelRefresh::takeProperty(xcb_window_t window, const PropertyRule& rule, const void* reply) {
+    ClientWindow* client = model_.client(window);
+    if (!client) return;
+    rule.take(*client, propertyIn(reply), connection_.atoms());
+    switch (rule.staleBit) {
+    case stale::strut:
+        outcome_.panelsChanged = true;
+        break;
+    case stale::kind:
+        outcome_.ownersChanged = true;
+        break;
+    case stale::owner:
+        settleOwner(*client);
+        break;
+    default:
+        break;
+    }
 }
 
 void ModelRefresh::settleOwner(ClientWindow& client) const {

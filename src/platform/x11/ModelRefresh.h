@@ -35,6 +35,7 @@ class ModelRefresh {
     void askNewTopLevels();
     void askClients();
     void askProperties(xcb_window_t window, std::uint32_t bits);
+    void takeProperty(xcb_window_t window, const PropertyRule& rule, const void* reply);
     void findTopLevels();
     void measureFrames();
     void askTopLevel(xcb_window_t window);

@@ -26,9 +26,13 @@ bool Questions::collect(const XConnection& connection) {
 }
 
 void Questions::take() {
-    const auto asked = std::exchange(asked_, {});
+    auto asked = std::exchange(asked_, {});
     collected_ = 0;
     for (const Asked& question : asked) question.taker(question.reply.get());
+    if (!asked_.empty()) return;
+    // The next batch is likely to be as large.
+    asked.clear();
+    asked_ = std::move(asked);
 }
 
 } // namespace kova::x11

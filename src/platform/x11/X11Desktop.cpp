@@ -14,6 +14,8 @@ using namespace x11;
 
 namespace {
 
+/// How long the connection goes unwatched while the next poll has something to find in any case.
+constexpr Seconds kRest{0.2};
 /// How long the end of the agent waits for windows to come back.
 constexpr Seconds kPatienceAtTheEnd{0.5};
 
@@ -136,6 +138,56 @@ bool X11Desktop::readEvents() {
     return !parts_->isLost;
 }
 
+void X11Desktop::listen(Watch watch, std::function<void()> lost) {
+    parts_->watch = std::move(watch);
+    parts_->whenLost = [this, lost = std::move(lost)] {
+        if (!readEvents()) lost();
+    };
+    parts_->resume();
+}
+
+/// Reads what has come and then either watches for more or looks again a little later.
+void X11Desktop::Parts::readAndRest() {
+    bool rests = false;
+    {
+        const std::lock_guard lock(mutex);
+        const auto before = changes.load();
+        unsettled.add(drain(xcb_poll_for_event));
+        rests = changes != before;
+    }
+    settle({});
+    if (connection->isLost()) {
+        watching.reset();
+        return whenLost();
+    }
+    {
+        const std::lock_guard lock(mutex);
+        rests = rests && mayRest();
+    }
+    if (!rests) return resume();
+    isResting = true;
+    watching.reset();
+    rest = queue.after(kRest, lifetime.guard([this] { readAndRest(); }));
+}
+
+bool X11Desktop::Parts::mayRest() const {
+    const auto isLeaving = [](const HiddenWindow& taken) { return !taken.hasLeftScreen; };
+    return !whenChanged && asked.empty() && !displays.isAsking() && std::ranges::none_of(hidden.all(), isLeaving) &&
+           !isAnyReturning();
+}
+
+void X11Desktop::Parts::resume() {
+    if (rest) rest->cancel();
+    rest.reset();
+    isResting = false;
+    if (!watching && watch) watching = watch(xcb_get_file_descriptor(connection->get()), [this] { readAndRest(); });
+}
+
+/// Takes in what has come while nobody watched.
+void X11Desktop::Parts::catchUp() {
+    if (isResting) unsettled.add(drain(xcb_poll_for_event));
+}
+
 EventEffects X11Desktop::Parts::drain(xcb_generic_event_t* (*next)(xcb_connection_t*)) {
     EventEffects effects;
     while (const XReply<xcb_generic_event_t> event{next(connection->get())}) {
@@ -245,6 +297,10 @@ void X11Desktop::Parts::askPointer() {
 // The polling queue's part
 
 void X11Desktop::Parts::bringUpToDate() {
+    {
+        const std::lock_guard lock(mutex);
+        catchUp();
+    }
     const RefreshOutcome outcome = refresh.run();
     if (outcome.ownersChanged) identifyApplications();
     bool mainHasWork = false;
@@ -254,7 +310,7 @@ void X11Desktop::Parts::bringUpToDate() {
         unsettled.add(drain(xcb_poll_for_queued_event));
         unsettled.panelsChanged |= outcome.panelsChanged;
         mainHasWork = unsettled.isForMainThread() || model.hasChangedHands || (unsettled.changed && isAwaited) ||
-                      !hidden.all().empty() || !asked.empty() || displays.isAsking();
+                      hidden.isBehind(model) || !asked.empty() || displays.isAsking();
         unsettled.changed = false;
     }
     if (mainHasWork && !isMainThread()) queue.post(lifetime.guard([this] { settle({}); }));
@@ -297,6 +353,10 @@ void X11Desktop::Parts::identifyApplications() {
 // Changes
 
 std::optional<std::uint64_t> X11Desktop::changeCount() const {
+    if (parts_->isResting) {
+        const std::lock_guard lock(parts_->mutex);
+        parts_->catchUp();
+    }
     return parts_->changes.load();
 }
 
@@ -304,6 +364,8 @@ void X11Desktop::notifyWhenChanged(std::uint64_t count, std::function<void()> ca
     parts_->whenChanged = std::move(callback);
     parts_->awaitedCount = count;
     parts_->isAwaited = static_cast<bool>(parts_->whenChanged);
+    // Whoever waits is to hear at once.
+    if (parts_->isAwaited && parts_->isResting) parts_->resume();
     parts_->callWhenChanged();
 }
 

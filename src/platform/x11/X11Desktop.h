@@ -38,6 +38,13 @@ class X11Desktop final : public AccessibilityServicing,
     X11Desktop(const X11Desktop&) = delete;
     X11Desktop& operator=(const X11Desktop&) = delete;
 
+    /// How a main loop watches a descriptor: it calls back while there is something to read, until the subscription is
+    /// dropped.
+    using Watch = std::function<Subscription(int descriptor, std::function<void()> readable)>;
+    /// Reads by itself from now on whenever the server has announced something. While the next poll would find changes
+    /// anyway, it reads what comes in larger portions, at most a fifth of a second late, so that a program that writes
+    /// its title all the time does not keep the agent awake. `lost` is called once, when the connection has ended.
+    void listen(Watch watch, std::function<void()> lost);
     /// Readable when there are events for `readEvents`.
     int connectionDescriptor() const;
     /// Takes in what the server has announced; never waits. False once the connection is lost: nothing works any more.

@@ -72,6 +72,8 @@ std::vector<AttributeValue> X11Desktop::readAttributes(const AccessibilityElemen
     values.reserve(attributes.size());
     const Seconds now = parts_->queue.uptime();
     const std::lock_guard lock(parts_->mutex);
+    // The polling queue reads what its poll began with.
+    if (parts_->isMainThread()) parts_->catchUp();
     const ClientWindow* client = element.hash == 0 ? nullptr : std::as_const(*parts_).find(element);
     for (const AccessibilityAttribute attribute : attributes) {
         if (client) {
@@ -273,6 +275,7 @@ void X11Desktop::flush() {
 
 std::optional<AccessibilityElement> X11Desktop::elementAtPosition(CGPoint point) const {
     const std::lock_guard lock(parts_->mutex);
+    parts_->catchUp();
     const PixelRect at = parts_->onRoot({point, {0, 0}});
     const auto& stacking = parts_->model.stacking();
     for (auto top = stacking.rbegin(); top != stacking.rend(); ++top) {

@@ -42,6 +42,11 @@ struct X11Desktop::Parts {
     // Main thread only
     bool mustFlush = false; // requests wait to be sent
     bool isSendDue = false;
+    Watch watch;
+    std::function<void()> whenLost;
+    std::optional<Subscription> watching;
+    std::shared_ptr<ScheduledWork> rest;
+    std::atomic<bool> isResting{false}; // nobody watches the connection for a moment
     Observers<> screenObservers;
     std::uint64_t awaitedCount = 0;
     std::function<void()> whenChanged;
@@ -66,8 +71,12 @@ struct X11Desktop::Parts {
     // Events (X11Desktop.cpp)
     void readEverything();
     x11::EventEffects drain(xcb_generic_event_t* (*next)(xcb_connection_t*)); // locked by the caller
-    void settle(x11::EventEffects effects);                                   // main thread
-    void bringUpToDate();                                                     // polling queue, or while opening
+    void readAndRest();
+    bool mayRest() const; // locked
+    void resume();
+    void catchUp();                         // any thread, locked; never waits
+    void settle(x11::EventEffects effects); // main thread
+    void bringUpToDate();                   // polling queue, or while opening
     void identifyApplications();
     bool actOn(const x11::EventEffects& effects); // locked
     void takeReplies();                           // locked; those that have come
