@@ -1,0 +1,79 @@
+// What the engine costs for itself: a plan for many windows, a poll that finds nothing new, a command from the door to
+// the last wish. The desktop is the one in memory, so nothing of an X server is in the figures.
+#include "persistence/MemoryPreferencesStore.h"
+#include "platform/simulated/SimulatedDesktop.h"
+#include "workspace/WorkspaceController.h"
+
+#include <benchmark/benchmark.h>
+
+#include <string>
+
+namespace kova {
+
+namespace {
+
+struct Session {
+    explicit Session(std::int64_t windows) {
+        desktop.setVouching(false);
+        desktop.addDisplay({.name = "A", .size = {2560, 1440}});
+        for (std::int64_t i = 0; i < windows; ++i) {
+            const std::string name = "Application " + std::to_string(i);
+            desktop.launch(name);
+            desktop.open(name);
+        }
+        controller.start(false);
+        select("jarvis.six-grid");
+        desktop.queue().advance(Seconds(1));
+        controller.perform(action::Arrange{});
+        desktop.queue().advance(Seconds(3));
+    }
+    void select(const std::string& layoutID) {
+        (void)controller.selectLayout(displayID(desktop.screens().front()), DisplayLayoutSelection::layout(layoutID));
+    }
+
+    SimulatedDesktop desktop;
+    MemoryPreferencesStore preferences;
+    WorkspaceController controller{WorkspaceServices{.accessibility = desktop,
+                                                     .applications = desktop,
+                                                     .screens = desktop,
+                                                     .session = desktop,
+                                                     .changes = desktop,
+                                                     .preferences = preferences,
+                                                     .queue = desktop.queue(),
+                                                     .pollingQueue = desktop.pollingQueue()}};
+};
+
+void PlanAnArrangement(benchmark::State& state) {
+    Session session(state.range(0));
+    for (auto _ : state) benchmark::DoNotOptimize(session.controller.planArrangement());
+    state.SetComplexityN(state.range(0));
+}
+BENCHMARK(PlanAnArrangement)->Arg(6)->Arg(20)->Arg(100)->Arg(200)->Complexity();
+
+void PollThatFindsNothingNew(benchmark::State& state) {
+    Session session(state.range(0));
+    for (auto _ : state) {
+        session.controller.refresh();
+        session.desktop.queue().runDue();
+    }
+}
+BENCHMARK(PollThatFindsNothingNew)->Arg(6)->Arg(20)->Arg(100);
+
+void ChangeOfLayout(benchmark::State& state) {
+    Session session(state.range(0));
+    bool portrait = false;
+    for (auto _ : state) {
+        portrait = !portrait;
+        session.select(portrait ? "jarvis.six-grid-portrait" : "jarvis.six-grid");
+        state.PauseTiming();
+        session.desktop.queue().advance(Seconds(2));
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(ChangeOfLayout)->Arg(6)->Arg(100);
+
+} // namespace
+
+} // namespace kova
+
+BENCHMARK_MAIN();
