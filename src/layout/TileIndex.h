@@ -27,8 +27,6 @@ class TileIndex {
     }
     void finish();
 
-    std::uint32_t size() const { return count_; }
-    std::string_view id(std::uint32_t tile) const { return ids_[tile]; }
     /// The first tile with the id, in the order of `add`; kNone when there is none. `guess` is tried first.
     std::uint32_t find(std::string_view id, std::uint32_t guess = kNone) const {
         return guess < count_ && ids_[guess] == id && !hasDuplicates_ ? guess : lookUp(id);
@@ -45,7 +43,7 @@ class TileIndex {
     std::vector<std::uint32_t> next_;
     std::vector<std::uint32_t> buckets_; // open addressing, a power of two of at least twice the tiles
     std::uint32_t count_ = 0;
-    std::uint32_t indexed_ = 0; // tiles at the last `finish`
+    std::uint32_t indexed_ = kNone; // tiles at the last `finish`; kNone before the first
     bool changed_ = false;
     bool hasDuplicates_ = false;
 };

@@ -8,6 +8,7 @@
 #include <limits>
 #include <new>
 #include <numeric>
+#include <set>
 
 using namespace kova;
 using namespace kova::testing;
@@ -119,6 +120,32 @@ TEST(LayoutSolver, WindowsMinimumsTable) {
         EXPECT_EQ(print(solved), c.expected) << c.what;
         EXPECT_EQ(unsatisfied, c.unsatisfied) << c.what;
     }
+    const auto nothing = solveSlots(column({}), {{"z", {1, 1}}}, {100, 100}, kDefaults, 5);
+    EXPECT_TRUE(nothing.slots.empty());
+    EXPECT_EQ(nothing.unsatisfiedTileIDs, std::set<std::string>{"z"}) << "nor in a tree without tiles";
+}
+
+TEST(LayoutSolver, MinimumLengthTable) {
+    struct Case {
+        const char* what;
+        LayoutNode node;
+        LayoutAxis axis;
+        TileMinimumSizes minimums;
+        LayoutMetrics metrics;
+        double expected;
+    };
+    const LayoutNode two = column({{1, tile("a")}, {1, tile("b")}});
+    using enum LayoutAxis;
+    const Case cases[] = {
+        {"a tile", tile("a"), horizontal, {}, kDefaults, 320},
+        {"a window and its inset", tile("a"), horizontal, {{"a", {400, 300}}}, kDefaults, 410},
+        {"the inset alone", tile("a"), vertical, {}, {10, 12, {0, 0}}, 10},
+        {"branches and the gap between them", two, vertical, {}, kDefaults, 480},
+        {"the longer of two side by side", two, horizontal, {{"b", {500, 1}}}, kDefaults, 510},
+        {"no branches", row({}), horizontal, {}, kDefaults, 0},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(minimumLength(c.node, c.axis, c.minimums, c.metrics, 5), c.expected) << c.what;
 }
 
 TEST(LayoutSolver, DividersComeDepthFirst) {
@@ -192,23 +219,27 @@ struct SplitChecker {
             return;
         }
         const auto& split = std::get<LayoutSplit>(node);
+        if (split.branches.empty()) return;
         const bool across = split.axis == LayoutAxis::horizontal;
         const double gap = across ? metrics.columnGutter : metrics.columnGutter + 28;
         const double length = across ? area.size.width : area.size.height;
         const double gaps = gap * static_cast<double>(split.branches.size() - 1);
-        const auto lengths = lengthsOf(id, split.branches.size(), std::max(length - gaps, 0.0));
+        const double freeLength = std::max(length - gaps, 0.0);
+        const auto lengths = lengthsOf(id, split.branches.size(), freeLength);
         const double sum = std::accumulate(lengths.begin(), lengths.end(), 0.0);
         RC_ASSERT(sum + gaps == std::max(length, gaps));
-        double needed = gaps;
-        for (const auto& branch : split.branches)
-            needed += minimumLength(branch.node, split.axis, minimums, metrics, inset);
+        std::vector<double> weights, needs;
+        for (const auto& branch : split.branches) {
+            weights.push_back(branch.weight);
+            needs.push_back(minimumLength(branch.node, split.axis, minimums, metrics, inset));
+        }
+        RC_ASSERT(lengths == roundLengths(distributeLengths(weights, needs, freeLength), freeLength));
+        const double needed = std::accumulate(needs.begin(), needs.end(), gaps);
         double cursor = across ? area.origin.x : area.origin.y;
         for (std::size_t i = 0; i < lengths.size(); ++i) {
             RC_ASSERT(lengths[i] >= 0 && lengths[i] == std::floor(lengths[i]));
             const LayoutNode& branch = split.branches[i].node;
-            if (needed <= length) {
-                RC_ASSERT(lengths[i] >= std::floor(minimumLength(branch, split.axis, minimums, metrics, inset)));
-            }
+            if (needed <= length) RC_ASSERT(lengths[i] >= std::floor(needs[i]));
             check(branch,
                   across ? makeRect(cursor, area.origin.y, lengths[i], area.size.height)
                          : makeRect(area.origin.x, cursor, area.size.width, lengths[i]),
@@ -218,6 +249,7 @@ struct SplitChecker {
             const auto& divider = solved.dividers.at(nextDivider++);
             RC_ASSERT(divider.splitID == id && divider.boundaryIndex == static_cast<int>(i) &&
                       divider.axis == split.axis);
+            RC_ASSERT(divider.branchMinimumLengths == needs);
             RC_ASSERT(divider.frame == (across ? makeRect(cursor, area.origin.y, gap, area.size.height)
                                                : makeRect(area.origin.x, cursor, area.size.width, gap)));
             cursor += gap;

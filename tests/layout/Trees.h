@@ -48,8 +48,10 @@ inline std::string print(const LayoutDivider& divider) {
 }
 
 /// A tree of `depth` levels at most, its tiles numbered from `nextTile` on; numbers from `distinctIDs` on begin anew.
+/// Some of its splits have no branches.
 inline LayoutNode randomTree(const rc::Gen<double>& weights, int depth, int& nextTile, int distinctIDs = 1000) {
     const int branchCount = depth > 0 ? *rc::gen::inRange(0, 5) : 0;
+    if (branchCount == 0 && *rc::gen::inRange(0, 8) == 0) return row({});
     if (branchCount == 0) return tile("t" + std::to_string(nextTile++ % distinctIDs));
     LayoutSplit split{*rc::gen::element(LayoutAxis::horizontal, LayoutAxis::vertical), {}};
     for (int i = 0; i < branchCount; ++i) {
