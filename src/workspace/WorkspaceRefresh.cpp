@@ -129,9 +129,10 @@ bool WorkspaceController::hasUnfinishedBusiness() const {
 }
 
 void WorkspaceController::screensChanged() {
-    if (isRunning()) closeFocusMode(); // the zoomed window's frame was that of the display before
     state_.screens.set(services_.screens.screens());
     layouts_.invalidateAll();
+    // The zoomed window's frame was that of the display before; what is restored must be in sight on those of now.
+    if (isRunning()) closeFocusMode();
     state_.layoutRevision.set(*state_.layoutRevision + 1);
     giveUpUnreachablePlacements();
     reflow_.forgetAllPushes();

@@ -151,8 +151,10 @@ Desk& Desk::focus(WorkspaceDirection direction) {
 }
 
 Desk& Desk::advance(Seconds duration) {
+    const int closedBefore = desktop.closedCount();
     desktop.queue().advance(duration);
-    isSettled_ = duration >= kSettlingTime;
+    // A window that closed itself meanwhile may be noticed only by the next poll.
+    isSettled_ = duration >= kSettlingTime && desktop.closedCount() == closedBefore;
     checkPromises();
     return *this;
 }

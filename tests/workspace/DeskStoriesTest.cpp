@@ -36,6 +36,40 @@ TEST(DeskStories, AWindowOnItsWayToADisplayThatIsUnpluggedStaysInSight) {
     EXPECT_TRUE(desk.desktop.isOnSomeDisplay(desk.desktop.window("Mail"))) << desk.desktop.picture();
 }
 
+TEST(DeskStories, UnpluggingTheDisplayOfAZoomedWindowLosesNobody) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").display(1920, 1080).layout("jarvis.dual-split").start();
+    desk.opens("Notes", {.frame = makeRect(2700, 300, 800, 600)})
+        .opens("Mail", {.frame = makeRect(2700, 100, 800, 600)});
+    desk.arrange().zoom();
+    ASSERT_TRUE(desk.wasCarriedOut());
+    desk.desktop.removeDisplay("B");
+    desk.settle();
+    EXPECT_TRUE(desk.desktop.isOnSomeDisplay(desk.desktop.window("Mail"))) << desk.desktop.picture();
+    EXPECT_FALSE(*desk.state().focusMode);
+}
+
+TEST(DeskStories, WhatTheHandBeganIsOverWhenItIsGivenUpOrAWindowIsZoomed) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail", {.frame = kLeftHalf}).arrange();
+    const std::string atRest = desk.tiles();
+    const CGRect before = desk.desktop.window("Mail").frame;
+    ASSERT_TRUE(desk.controller().beginWindowDrag(desk.desktop.windowIDOf("Mail"), before));
+    desk.desktop.moveByHand("Mail", kRightHalf);
+    desk.advance(Seconds(0.6)); // polls have seen it there
+    desk.controller().cancelWindowDrag();
+    desk.settle().expectTiles(atRest);
+
+    const auto divider = desk.controller().dividers().front();
+    ASSERT_TRUE(desk.controller().beginDividerDrag(divider));
+    desk.controller().updateDividerDrag(divider, 200);
+    desk.advance(Seconds(0.1)).zoom();
+    desk.controller().endDividerDrag(divider);
+    desk.desktop.quit("Mail");
+    desk.settle();
+    EXPECT_FALSE(*desk.state().focusMode) << "its window is gone";
+}
+
 TEST(DeskStories, UndoAfterTheDisplaysChangedPlacesLosesNobody) {
     Desk desk;
     desk.display(1920, 1080).layout("jarvis.dual-split").display(2560, 1440).layout("jarvis.dual-split").start();

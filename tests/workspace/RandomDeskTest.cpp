@@ -155,6 +155,7 @@ class RandomDay {
         using enum WorkspaceController::LettingGo;
         const auto& window = desk_.desktop.window(label);
         const auto movement = chance(3) ? resize : move;
+        story_ += movement == resize ? " by an edge" : "";
         if (!desk_.controller().beginWindowDrag(desk_.desktop.windowIDOf(label),
                                                 desk_.desktop.frameForWindowService(window))) {
             return;
@@ -171,18 +172,22 @@ class RandomDay {
             holdOn();
         }
         if (chance(4)) {
+            story_ += " and gives up";
             desk_.controller().cancelWindowDrag();
         } else {
-            desk_.controller().endWindowDrag(pointer, movement, chance(4) ? floating : intoTile);
+            const auto lettingGo = chance(4) ? floating : intoTile;
+            story_ += lettingGo == floating ? " and lets it float" : " and lets it go";
+            desk_.controller().endWindowDrag(pointer, movement, lettingGo);
         }
     }
     void takeStep() {
-        if (chance(2)) endTrouble();
+        if (!isInterrupted_ && chance(2)) endTrouble();
         const Step& step = steps_[below(steps_.size())];
         story_ += std::string("\n  ") + step.name;
         step.take();
-        // At once, in the midst of the passes, between two polls, or when all is at rest.
-        const Seconds pause = anyOf({Seconds(0), Seconds(0.1), Seconds(0.5), Seconds(0.9), Desk::kSettlingTime});
+        // At once, in the midst of the passes, between two polls, or when all is at rest, which it is not in the hand.
+        const Seconds longest = isInterrupted_ ? Seconds(0.9) : Desk::kSettlingTime;
+        const Seconds pause = anyOf({Seconds(0), Seconds(0.1), Seconds(0.5), Seconds(0.9), longest});
         desk_.advance(pause);
         story_ += "\n    " + desk_.desktop.picture();
     }
@@ -254,7 +259,7 @@ class RandomDay {
         {"reorders", [this] { withAnyDisplay([&](const auto& name) { desk_.desktop.makeFirstDisplay(name); }); }},
         {"locks", [this] { desk_.desktop.setLocked(!desk_.desktop.isLoginSessionScreenLocked()); }},
         {"permission", [this] { desk_.desktop.setTrusted(!desk_.desktop.isProcessTrusted() || chance(3)); }},
-        {"slow polls", [this] { desk_.desktop.pollingQueue().setJobDuration(Seconds(chance(3) ? 0.7 : 0.01)); }},
+        {"slow polls", [this] { desk_.desktop.pollingQueue().setJobDuration(Seconds(chance(3) ? 0.5 : 0.01)); }},
         {"sleeps", [this] { desk_.sleep(); }},
         {"wakes", [this] { desk_.wake(); }},
         {"arrange", [this] { act(action::Arrange{}); }},
