@@ -1,0 +1,131 @@
+// The real agent, from its start to each of its ends.
+#include "tests/agent/Session.h"
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+
+namespace kova::testing {
+namespace {
+
+class AgentLife : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
+    }
+};
+
+TEST_F(AgentLife, OneAgentHasTheSessionAndSignalsEndItCleanly) {
+    PrivateServer server("800x600");
+    Session session(server.folder(), server.displayName());
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP, 0}) {
+        const pid_t agent = session.startAgent();
+        ASSERT_TRUE(session.agentAnswers());
+        const auto second = session.run({KOVA_AGENT});
+        EXPECT_EQ(second.exitCode, 1);
+        EXPECT_EQ(second.output, "kova-agent: process " + std::to_string(agent) + " already manages this session\n");
+        EXPECT_EQ(session.kova({"status"}).exitCode, 0); // the first one goes on
+
+        if (signal != 0) {
+            session.signalAgent(signal);
+        } else {
+            EXPECT_EQ(session.kova({"quit"}).exitCode, 0);
+        }
+        const auto ended = session.waitForAgent();
+        ASSERT_TRUE(ended) << signal;
+        EXPECT_EQ(ended->exitCode, 0) << signal;
+        EXPECT_EQ(ended->output, "");
+        EXPECT_FALSE(std::filesystem::exists(session.socket()));
+        EXPECT_EQ(session.kova({"status"}).exitCode, 3);
+    }
+}
+
+TEST_F(AgentLife, AKilledAgentIsFollowedByTheNext) {
+    PrivateServer server("800x600");
+    Session session(server.folder(), server.displayName());
+    session.startAgent();
+    ASSERT_TRUE(session.agentAnswers());
+    session.signalAgent(SIGKILL);
+    EXPECT_EQ(session.waitForAgent()->exitCode, 128 + SIGKILL);
+    session.startAgent();
+    EXPECT_TRUE(session.agentAnswers());
+}
+
+TEST_F(AgentLife, PreferencesOutliveTheAgentAndDamageIsReported) {
+    PrivateServer server("800x600");
+    Session session(server.folder(), server.displayName());
+    const auto inset = [&] {
+        std::ifstream file(session.preferences());
+        return nlohmann::json::parse(file).at("KOVA.workspaceProfile.v1").at("tileInset").get<double>();
+    };
+    session.startAgent();
+    ASSERT_TRUE(session.agentAnswers());
+    EXPECT_EQ(session.kova({"layout", "inset", "17"}).exitCode, 0);
+    session.signalAgent(SIGTERM);
+    ASSERT_TRUE(session.waitForAgent());
+    EXPECT_EQ(inset(), 17);
+
+    std::ofstream(session.preferences()) << "{ \"half a";
+    session.startAgent({"--foreground"});
+    ASSERT_TRUE(session.agentAnswers());
+    const auto doctor = session.kova({"doctor"});
+    EXPECT_EQ(doctor.exitCode, 1);
+    EXPECT_NE(doctor.output.find("preferences.json.damaged-"), std::string::npos) << doctor.output;
+    session.signalAgent(SIGTERM);
+    EXPECT_NE(session.waitForAgent()->output.find("preferences.json.damaged-"), std::string::npos);
+    EXPECT_EQ(inset(), 5);
+}
+
+TEST_F(AgentLife, EndsWhenTheServerDoes) {
+    PrivateServer server("800x600");
+    Session session(server.folder(), server.displayName());
+    session.startAgent();
+    ASSERT_TRUE(session.agentAnswers());
+    server.end();
+    const auto ended = session.waitForAgent();
+    ASSERT_TRUE(ended);
+    EXPECT_EQ(ended->exitCode, 1);
+    EXPECT_NE(ended->output.find("X server"), std::string::npos) << ended->output;
+    EXPECT_FALSE(std::filesystem::exists(session.socket()));
+}
+
+TEST_F(AgentLife, WithoutXItSaysWhyNothingMoves) {
+    const PrivateServer elsewhere("640x480"); // for its folder
+    {
+        Session session(elsewhere.folder(), "");
+        session.startAgent();
+        const auto ended = session.waitForAgent();
+        ASSERT_TRUE(ended);
+        EXPECT_EQ(ended->exitCode, 1);
+        EXPECT_NE(ended->output.find("DISPLAY"), std::string::npos) << ended->output;
+    }
+    Session session(elsewhere.folder(), "");
+    session.setVariable("WAYLAND_DISPLAY", "wayland-0");
+    session.startAgent();
+    ASSERT_TRUE(session.agentAnswers());
+    EXPECT_EQ(session.kova({"arrange"}).exitCode, 4);
+    const auto doctor = session.kova({"doctor"});
+    EXPECT_EQ(doctor.exitCode, 1);
+    EXPECT_NE(doctor.output.find("Wayland"), std::string::npos) << doctor.output;
+    session.signalAgent(SIGTERM);
+    EXPECT_EQ(session.waitForAgent()->exitCode, 0);
+}
+
+TEST_F(AgentLife, ExplainsItself) {
+    const PrivateServer elsewhere("640x480");
+    const Session session(elsewhere.folder(), "");
+    EXPECT_EQ(session.run({KOVA_AGENT, "--version"}).output, "kova-agent " KOVA_VERSION "\n");
+    const auto help = session.run({KOVA_AGENT, "--help"});
+    EXPECT_EQ(help.exitCode, 0);
+    for (const char* option : {"--foreground", "--verbose", "--version", "--help"}) {
+        EXPECT_NE(help.output.find(option), std::string::npos) << option;
+    }
+    const auto wrong = session.run({KOVA_AGENT, "--verbos"});
+    EXPECT_EQ(wrong.exitCode, 2);
+    EXPECT_NE(wrong.output.find("--verbos"), std::string::npos);
+}
+
+} // namespace
+} // namespace kova::testing

@@ -1,0 +1,146 @@
+// The whole way: real applications, the real agent, the real command line, and a look at where the windows are.
+#include "tests/agent/Session.h"
+#include "tests/desktop/TestClient.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+#include <map>
+#include <set>
+#include <thread>
+
+namespace kova::testing {
+namespace {
+
+using namespace std::chrono_literals;
+
+CGRect rectOf(const nlohmann::json& json) {
+    return makeRect(json.at("x"), json.at("y"), json.at("width"), json.at("height"));
+}
+
+xcb_window_t windowNumber(const std::string& windowID) {
+    return static_cast<xcb_window_t>(std::stoul(windowID.substr(windowID.find(':') + 1)));
+}
+
+std::string text(const CGRect& r) {
+    return std::to_string(r.origin.x) + "," + std::to_string(r.origin.y) + " " + std::to_string(r.size.width) + "x" +
+           std::to_string(r.size.height);
+}
+
+class RealWindows : public ::testing::TestWithParam<Manager> {
+  protected:
+    void SetUp() override {
+        if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
+        if (GetParam() == Manager::openbox) server_.startManager();
+        session_.startAgent();
+        ASSERT_TRUE(session_.agentAnswers());
+    }
+    void TearDown() override {
+        if (!HasFailure()) return;
+        const auto picture = std::filesystem::current_path() / "real-windows.png";
+        session_.run({"import", "-window", "root", picture.string()});
+        std::cerr << "The desktop was like this: " << picture << "\n" << session_.kova({"query", "tiles"}).output;
+    }
+
+    void openTerminals(int count) {
+        for (int i = 1; i <= count; ++i) {
+            terminals_.push_back(
+                server_.start({"xterm", "-T", "terminal " + std::to_string(i), "-e", "sleep", "1000"}));
+        }
+    }
+    bool hasWindows(std::size_t count) {
+        return eventually([&] { return session_.query("windows").size() == count; });
+    }
+
+    /// With its decorations, or with the border that the server draws.
+    CGRect visibleFrame(xcb_window_t window) {
+        CGRect frame = client_.outerFrame(window);
+        auto* const geometry =
+            xcb_get_geometry_reply(client_.connection(), xcb_get_geometry(client_.connection(), window), nullptr);
+        const double border = geometry ? geometry->border_width : 0;
+        std::free(geometry);
+        frame.origin = {frame.origin.x - border, frame.origin.y - border};
+        frame.size = {frame.size.width + 2 * border, frame.size.height + 2 * border};
+        return frame;
+    }
+    /// Every window in a tile stands in it: its visible corner at the tile's, its size the tile's but for what is less
+    /// than one cell of its own. What is wrong, or nothing.
+    std::string lookAtTheDesktop() {
+        std::map<std::string, CGRect> places;
+        for (const auto& tile : session_.query("tiles")) {
+            if (!tile.at("window").is_string()) continue;
+            const CGRect frame = rectOf(tile.at("frame"));
+            const auto [place, isFirst] = places.emplace(tile.at("window"), frame);
+            if (!isFirst) place->second = unionOf(place->second, frame);
+        }
+        std::string wrong = places.empty() ? "no tile has a window" : "";
+        for (const auto& [windowID, place] : places) {
+            const CGRect seen = visibleFrame(windowNumber(windowID));
+            const double missingWidth = place.size.width - seen.size.width;
+            const double missingHeight = place.size.height - seen.size.height;
+            const bool stands = client_.isViewable(windowNumber(windowID)) && seen.origin == place.origin &&
+                                missingWidth >= 0 && missingWidth < 10 && missingHeight >= 0 && missingHeight < 20;
+            if (!stands) wrong += windowID + " is at " + text(seen) + " instead of " + text(place) + "\n";
+        }
+        return wrong;
+    }
+    void expectInPlace() {
+        std::string wrong;
+        EXPECT_TRUE(eventually([&] { return (wrong = lookAtTheDesktop()).empty(); })) << wrong;
+        // The verifying passes are over by then, and nothing has moved again.
+        std::this_thread::sleep_for(800ms);
+        EXPECT_EQ(lookAtTheDesktop(), "");
+    }
+
+    PrivateServer server_{"1920x1080"};
+    Session session_{server_.folder(), server_.displayName()};
+    TestClient client_{server_.displayName(), "Drawing", static_cast<std::uint32_t>(getpid())};
+    std::vector<ChildProcess> terminals_;
+};
+
+TEST_P(RealWindows, StandInTheirTiles) {
+    openTerminals(6);
+    ASSERT_TRUE(hasWindows(6));
+    ASSERT_EQ(session_.kova({"layout", "select", "jarvis.six-grid"}).exitCode, 0);
+    ASSERT_EQ(session_.kova({"arrange"}).exitCode, 0);
+    expectInPlace();
+    std::set<std::string> inTiles;
+    for (const auto& tile : session_.query("tiles")) inTiles.insert(tile.at("window").get<std::string>());
+    EXPECT_EQ(inTiles.size(), 6U);
+
+    ASSERT_EQ(session_.kova({"layout", "inset", "20"}).exitCode, 0);
+    expectInPlace();
+
+    // Another layout: what no longer has a tile of its own stays within reach.
+    ASSERT_EQ(session_.kova({"layout", "select", "jarvis.dual-split"}).exitCode, 0);
+    ASSERT_EQ(session_.kova({"arrange"}).exitCode, 0);
+    expectInPlace();
+    EXPECT_EQ(session_.query("windows").size(), 6U); // none was closed
+}
+
+TEST_P(RealWindows, MakeRoomForOneThatRefusesToShrink) {
+    const auto large = client_.open({.title = "Large", .minimumSize = CGSize{1100, 450}});
+    openTerminals(3);
+    ASSERT_TRUE(hasWindows(4));
+    ASSERT_EQ(session_.kova({"layout", "select", "jarvis.six-grid"}).exitCode, 0);
+    ASSERT_EQ(session_.kova({"arrange"}).exitCode, 0);
+    expectInPlace();
+    const CGRect roomOfLarge = visibleFrame(large);
+    EXPECT_GE(roomOfLarge.size.width, 1100);
+    int others = 0;
+    for (const auto& tile : session_.query("tiles")) {
+        if (!tile.at("window").is_string() || windowNumber(tile.at("window")) == large) continue;
+        EXPECT_EQ(intersectionArea(visibleFrame(windowNumber(tile.at("window"))), roomOfLarge), 0) << tile.dump();
+        ++others;
+    }
+    EXPECT_EQ(others, 3);
+}
+
+INSTANTIATE_TEST_SUITE_P(Beside, RealWindows, ::testing::Values(Manager::none, Manager::openbox),
+                         [](const auto& chosen) { return chosen.param == Manager::none ? "NoManager" : "Openbox"; });
+
+} // namespace
+} // namespace kova::testing

@@ -1,0 +1,61 @@
+// A login session of the test's own: folders, environment, the real agent and the real command line in it.
+#pragma once
+
+#include "tests/desktop/PrivateServer.h"
+
+#include <nlohmann/json.hpp>
+#include <sys/types.h>
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kova::testing {
+
+struct Finished {
+    int exitCode = -1;  // 128 and the signal when a signal ended it
+    std::string output; // both streams
+};
+
+class Session {
+  public:
+    /// An empty display name leaves DISPLAY out of the environment.
+    Session(const std::string& folder, const std::string& displayName);
+    /// Kills the agent if it still runs.
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    void setVariable(const std::string& name, const std::string& value) { environment_[name] = value; }
+    /// Runs a program of the session to its end.
+    Finished run(const std::vector<std::string>& command) const;
+    Finished kova(std::vector<std::string> arguments) const;
+    /// The result of a query.
+    nlohmann::json query(const std::string& what) const;
+
+    pid_t startAgent(std::vector<std::string> arguments = {});
+    /// True once it answers; false when it does not within ten seconds.
+    bool agentAnswers() const;
+    pid_t agent() const { return agent_; }
+    void signalAgent(int signal) const;
+    /// Absent when it does not end within ten seconds.
+    std::optional<Finished> waitForAgent();
+
+    std::string preferences() const { return folder_ + "/config/kova/preferences.json"; }
+    std::string socket() const { return folder_ + "/runtime/kova/agent.sock"; }
+
+  private:
+    pid_t start(const std::vector<std::string>& command, int output) const;
+
+    std::string folder_;
+    std::map<std::string, std::string> environment_;
+    pid_t agent_ = -1;
+};
+
+/// False when it does not hold within ten seconds.
+bool eventually(const std::function<bool()>& holds);
+
+} // namespace kova::testing
