@@ -1,8 +1,7 @@
 #include "layout/AutoArrangeLearning.h"
 
+#include "support/JsonDecoding.h"
 #include "support/text/Text.h"
-
-#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 // What steers an application towards a slot: its role, and what was learnt about where the user keeps it.
 #pragma once
 
-#include "support/JsonDecoding.h"
+#include "support/Decoded.h"
 
 #include <cstdint>
 #include <map>

@@ -20,6 +20,11 @@ std::pair<double, double> decodePair(const JsonCursor& at, const char* expected)
     return {elements[0].number(), elements[1].number()};
 }
 
+CGPoint decodePoint(const JsonCursor& at) {
+    const auto [x, y] = decodePair(at, "expected [x, y]");
+    return {x, y};
+}
+
 template <class T, class Decode>
 std::map<std::string, T> decodeMap(const JsonCursor& at, Decode decodeMember) {
     std::map<std::string, T> out;
@@ -107,11 +112,6 @@ json encode(const WorkspaceProfile& profile) {
             {"preferredApplications", profile.preferredApplications},
             {"applicationMinimumSizes", encodeMap(profile.applicationMinimumSizes, encodeValue)},
             {"layoutWeightsByDisplay", encodeMap(profile.layoutWeightsByDisplay, encodeWeights)}};
-}
-
-CGPoint decodePoint(const JsonCursor& at) {
-    const auto [x, y] = decodePair(at, "expected [x, y]");
-    return {x, y};
 }
 
 CGSize decodeSize(const JsonCursor& at) {

@@ -4,6 +4,7 @@
 
 #include "layout/LayoutCatalogue.h"
 #include "layout/WorkspaceProfile.h"
+#include "support/JsonDecoding.h"
 
 #include <nlohmann/json.hpp>
 
@@ -19,7 +20,6 @@ nlohmann::json encode(const LayoutDefinition& definition);
 nlohmann::json encode(const WorkspaceProfile& profile);
 
 /// These throw `DecodingError`.
-CGPoint decodePoint(const JsonCursor& at);
 CGSize decodeSize(const JsonCursor& at);
 CGRect decodeRect(const JsonCursor& at);
 LayoutWeightOverrides decodeWeightOverrides(const JsonCursor& at);

@@ -2,15 +2,13 @@
 #pragma once
 
 #include "layout/LayoutTree.h"
-#include "support/JsonDecoding.h"
+#include "support/Decoded.h"
 #include "support/Uuid.h"
-
-#include <nlohmann/json_fwd.hpp>
 
 #include <map>
 #include <optional>
 #include <string>
-#include <variant>
+#include <string_view>
 
 namespace kova {
 

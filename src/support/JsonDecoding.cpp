@@ -8,14 +8,13 @@ namespace {
 
 constexpr int kMaximumDepth = 64;
 
-std::string describe(const std::string& path, const std::string& reason) {
-    return path.empty() ? reason : path + ": " + reason;
+/// The library's reason without what it puts before it: names and numbers of its own.
+std::string after(std::string_view mark, std::string_view text) {
+    const auto at = text.find(mark);
+    return std::string(at == std::string_view::npos ? text : text.substr(at + mark.size()));
 }
 
 } // namespace
-
-DecodingError::DecodingError(std::string path, const std::string& reason) :
-    std::runtime_error(describe(path, reason)), path_(std::move(path)) {}
 
 void JsonCursor::fail(const std::string& reason) const {
     throw DecodingError(path_, reason);
@@ -90,17 +89,17 @@ std::pair<std::string, JsonCursor> JsonCursor::soleCase() const {
 }
 
 nlohmann::json parseJson(std::string_view text) {
-    bool tooDeep = false;
-    const auto limitDepth = [&tooDeep](int depth, nlohmann::json::parse_event_t, nlohmann::json&) {
-        if (depth > kMaximumDepth) tooDeep = true;
-        return !tooDeep;
+    const auto limitDepth = [](int depth, nlohmann::json::parse_event_t, const nlohmann::json&) {
+        if (depth > kMaximumDepth)
+            throw DecodingError("", "nested deeper than " + std::to_string(kMaximumDepth) + " levels");
+        return true;
     };
     try {
-        auto document = nlohmann::json::parse(text, limitDepth);
-        if (tooDeep) throw DecodingError("", "nested deeper than " + std::to_string(kMaximumDepth) + " levels");
-        return document;
-    } catch (const nlohmann::json::exception& error) {
-        throw DecodingError("", error.what());
+        return nlohmann::json::parse(text, limitDepth);
+    } catch (const nlohmann::json::parse_error& error) {
+        throw DecodingError("", "not JSON at byte " + std::to_string(error.byte) + ": " + after(": ", error.what()));
+    } catch (const nlohmann::json::out_of_range& error) {
+        throw DecodingError("", "number out of range: " + after("parsing ", error.what()));
     }
 }
 

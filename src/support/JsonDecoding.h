@@ -2,32 +2,18 @@
 // Unknown keys are ignored; null is absent for an optional field and an error for a required one; 1.0 is an integer.
 #pragma once
 
+#include "support/Decoded.h"
+
 #include <nlohmann/json.hpp>
 
 #include <cstdint>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
-#include <variant>
 #include <vector>
 
 namespace kova {
-
-class DecodingError : public std::runtime_error {
-  public:
-    /// `path` is empty at the top of the document.
-    DecodingError(std::string path, const std::string& reason);
-    const std::string& path() const { return path_; }
-
-  private:
-    std::string path_;
-};
-
-/// What a decode function gives: the record, or what is wrong and where.
-template <class T>
-using Decoded = std::variant<T, DecodingError>;
 
 /// A place in a JSON document. Its calls throw `DecodingError`; `decodeJson` turns that into a value.
 class JsonCursor {
@@ -57,7 +43,8 @@ class JsonCursor {
     std::string path_;
 };
 
-/// Parses text of limited nesting depth (64); broken text fails with the byte position.
+/// Parses text of limited nesting depth (64); text that is not JSON fails with the byte, counted from 1, at which
+/// it was found out.
 nlohmann::json parseJson(std::string_view text);
 
 /// Parses the text and hands the document to `decode`, which may throw `DecodingError`.

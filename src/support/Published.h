@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <concepts>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <utility>
@@ -32,9 +33,15 @@ class Observers {
         return Subscription(kept);
     }
     void notify(Arguments... arguments) {
+        notifyWhile([] { return true; }, arguments...);
+    }
+    /// The same, as long as `isWanted` says so; it is asked before each observer.
+    template <std::predicate IsWanted>
+    void notifyWhile(IsWanted isWanted, Arguments... arguments) {
         std::erase_if(observers_, [](const auto& observer) { return observer.expired(); });
         const auto present = observers_;
         for (const auto& weak : present) {
+            if (!isWanted()) return;
             if (const auto observer = weak.lock()) (*observer)(arguments...);
         }
     }
@@ -55,11 +62,13 @@ class Published {
     const T& operator*() const { return value_; }
     const T* operator->() const { return &value_; }
 
-    /// Observers hear of changes, not of assignments.
+    /// Observers hear of changes, not of assignments. One that sets the value again ends the round: those after it
+    /// have by then heard the newer value, and all hear a copy that the newer one does not replace.
     void set(T next) {
         if (next == value_) return;
-        value_ = std::move(next);
-        observers_.notify(value_);
+        value_ = next;
+        const std::uint64_t round = ++round_;
+        observers_.notifyWhile([this, round] { return round == round_; }, next);
     }
     /// Watching changes nothing that can be seen, so whoever may read the value may watch it.
     [[nodiscard]] Subscription observe(std::function<void(const T&)> observer) const {
@@ -68,6 +77,7 @@ class Published {
 
   private:
     T value_{};
+    std::uint64_t round_ = 0; // of telling the observers
     mutable Observers<const T&> observers_;
 };
 

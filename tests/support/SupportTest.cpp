@@ -110,9 +110,30 @@ TEST(JsonDecoding, ErrorsNameThePlaceAndTheReason) {
     EXPECT_EQ(JsonCursor(parseJson("1.0"), "").integer(), 1);
     EXPECT_FALSE(JsonCursor(parseJson(R"({"a": null})"), "").optional("a"));
     EXPECT_NO_THROW(parseJson(std::string(60, '[') + std::string(60, ']')));
-    for (const auto& broken : {std::string(100000, '['), std::string(80, '[') + std::string(80, ']'), std::string("{"),
-                               std::string("1e999"), std::string("\"\xff\"")}) {
-        EXPECT_THROW(parseJson(broken), DecodingError) << broken.substr(0, 20);
+}
+
+TEST(JsonDecoding, BrokenTextIsToldWithItsPlace) {
+    const std::string tooDeep = "nested deeper than 64 levels";
+    const std::pair<std::string, std::string> cases[] = {
+        {std::string(100000, '['), tooDeep},
+        {std::string(80, '[') + std::string(80, ']'), tooDeep},
+        {"", "not JSON at byte 1: "},
+        {"{", "not JSON at byte 2: "},
+        {"{\n\"a\": tru}", "not JSON at byte 11: "},
+        {"\"\xff\"", "not JSON at byte 2: "},
+        {"[1e999]", "number out of range: '1e999'"},
+    };
+    for (const auto& [text, expected] : cases) {
+        std::string error = "none";
+        try {
+            parseJson(text);
+        } catch (const DecodingError& caught) {
+            error = caught.what();
+        }
+        EXPECT_EQ(error.substr(0, expected.size()), expected) << text.substr(0, 20);
+        EXPECT_EQ(error.find("json.exception"), std::string::npos) << error;
+        EXPECT_EQ(error.find("column"), std::string::npos) << error;
+        EXPECT_NE(error, expected.ends_with(": ") ? expected : "") << "a place without a reason";
     }
 }
 
@@ -133,6 +154,23 @@ TEST(Published, TellsOfChangesOnly) {
     first = {};
     value.set(4);
     EXPECT_EQ(heard, "a2 b2 a3 b3 c3 c4 ");
+}
+
+TEST(Published, AValueSetWhileItIsToldIsToldOnce) {
+    Published<std::string> value("calm");
+    std::string heard;
+    const auto before = value.observe([&](const std::string& now) { heard += "a:" + now + " "; });
+    const auto setting = value.observe([&](const std::string& now) {
+        if (now == "wanted") value.set("corrected, and too long to stay where the other was");
+        heard += "b:" + now.substr(0, 9) + " ";
+    });
+    const auto after = value.observe([&](const std::string& now) { heard += "c:" + now.substr(0, 9) + " "; });
+    value.set("wanted");
+    EXPECT_EQ(heard,
+              "a:wanted a:corrected, and too long to stay where the other was b:corrected c:corrected b:wanted ");
+    heard.clear();
+    value.set("calm");
+    EXPECT_EQ(heard, "a:calm b:calm c:calm ");
 }
 
 TEST(Lifetime, SilencesLateCallbacks) {

@@ -1,0 +1,25 @@
+// What reading a stored record gives: the record, or what is wrong with it and where. Whoever only passes records on
+// needs no more than this.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <variant>
+
+namespace kova {
+
+class DecodingError : public std::runtime_error {
+  public:
+    /// `path` is empty at the top of the document.
+    DecodingError(std::string path, const std::string& reason);
+    const std::string& path() const { return path_; }
+
+  private:
+    std::string path_;
+};
+
+/// What a decode function gives: the record, or what is wrong and where.
+template <class T>
+using Decoded = std::variant<T, DecodingError>;
+
+} // namespace kova
