@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstdlib>
 #include <optional>
 #include <string_view>
 
@@ -18,13 +19,20 @@ constexpr int kWidestPicture = 1000;
 constexpr std::size_t kHelpWidth = 80; // columns
 
 /// The number, if the text is one from end to end and lies in the range.
-template <class Number>
-std::optional<Number> numberIn(std::string_view text, Number least, Number most) {
-    Number value{};
+std::optional<int> numberIn(std::string_view text, int least, int most) {
+    int value = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    // Written so that what is not a number lies in no range.
-    if (error != std::errc{} || end != text.data() + text.size() || !(value >= least && value <= most))
-        return std::nullopt;
+    const bool isNumber = error == std::errc{} && end == text.data() + text.size();
+    return isNumber && value >= least && value <= most ? std::optional(value) : std::nullopt;
+}
+
+/// The same with a fraction or an exponent; neither words like “nan” nor hexadecimal digits count.
+std::optional<double> numberIn(std::string_view text, double least, double most) {
+    if (text.empty() || text.find_first_not_of("0123456789.eE+-") != std::string_view::npos) return std::nullopt;
+    const std::string terminated(text);
+    char* end = nullptr;
+    const double value = std::strtod(terminated.c_str(), &end);
+    if (end != terminated.c_str() + terminated.size() || !(value >= least && value <= most)) return std::nullopt;
     return value;
 }
 
@@ -53,7 +61,6 @@ struct Option {
 };
 
 constexpr unsigned kEveryVerb = ~0U;
-constexpr unsigned kRequired = kRequiredLayout | kRequiredPoints;
 
 constexpr std::array kOptions =
     std::to_array<Option>({
@@ -81,6 +88,10 @@ constexpr std::array kOptions =
 
 bool takes(const Verb& verb, const Option& option) {
     return option.takenBy == kEveryVerb || (verb.takes & option.takenBy) != 0;
+}
+
+bool isRequired(const Option& option) {
+    return option.takenBy == kRequiredLayout || option.takenBy == kRequiredPoints;
 }
 
 /// Negative numbers are values that are out of range, not options that do not exist.
@@ -111,8 +122,8 @@ class Parser {
             if (problem) return wrong(*problem);
         }
         for (const Option& option : kOptions) {
-            const bool isMissing = (option.takenBy & kRequired) != 0 && takes(verb_, option) && !hasWord_;
-            if (isMissing && option.takenBy != kEveryVerb) return wrong(std::string(option.value) + " is missing");
+            if (!hasWord_ && isRequired(option) && takes(verb_, option))
+                return wrong(std::string(option.value) + " is missing");
         }
         return std::move(arguments_);
     }
@@ -196,8 +207,7 @@ std::string help(const Verb& verb) {
     std::string options;
     for (const Option& option : kOptions) {
         if (!takes(verb, option)) continue;
-        const bool isRequired = option.takenBy != kEveryVerb && (option.takenBy & kRequired) != 0;
-        usage += isRequired ? " " + spelling(option) : " [" + spelling(option) + "]";
+        usage += isRequired(option) ? " " + spelling(option) : " [" + spelling(option) + "]";
         std::string line = "  " + spelling(option);
         line.append(kMeaningColumn - std::min(kMeaningColumn - 1, line.size()), ' ');
         options += line + std::string(option.meaning) + "\n";

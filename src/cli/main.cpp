@@ -22,13 +22,15 @@ namespace {
 
 using nlohmann::json;
 
-void write(int descriptor, std::string_view text) {
+/// False when nobody takes it any more.
+bool write(int descriptor, std::string_view text) {
     while (!text.empty()) {
         const auto written = ::write(descriptor, text.data(), text.size());
         if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) return;
+        if (written <= 0) return false;
         text.remove_prefix(static_cast<std::size_t>(written));
     }
+    return true;
 }
 
 ExitCode end(const Trouble& trouble) {
@@ -91,15 +93,16 @@ ExitCode runSubscribe(const Arguments& arguments) {
     auto answer = agent.ask("subscribe", json::object());
     if (const auto* trouble = std::get_if<Trouble>(&answer)) return end(*trouble);
     const auto print = [&](const json& told, const char* sections) {
-        write(STDOUT_FILENO, arguments.json ? asText(told, -1) : printChanges(told["sequence"], told[sections]));
+        return write(STDOUT_FILENO, arguments.json ? asText(told, -1) : printChanges(told["sequence"], told[sections]));
     };
-    print(std::get<json>(answer), "state");
-    for (;;) {
+    bool isHeard = print(std::get<json>(answer), "state");
+    while (isHeard) {
         auto heard = agent.next();
         if (const auto* trouble = std::get_if<Trouble>(&heard)) return end(*trouble);
         const json& message = std::get<json>(heard);
-        if (message.value("method", "") == "changed") print(message["params"], "changes");
+        if (message.value("method", "") == "changed") isHeard = print(message["params"], "changes");
     }
+    return ExitCode::done;
 }
 
 ExitCode run(const Verb& verb, const Arguments& arguments) {

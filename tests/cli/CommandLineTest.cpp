@@ -136,6 +136,7 @@ TEST_F(CommandLine, ExitCodesTellWhatWentWrong) {
         {{"layout", "inset"}, 2, "POINTS is missing"},
         {{"layout", "inset", "5px"}, 2, "“5px” is not a number from 0 to 100"},
         {{"layout", "inset", "nan"}, 2, "“nan” is not a number from 0 to 100"},
+        {{"layout", "inset", "0x10"}, 2, "“0x10” is not a number from 0 to 100"},
         {{"layout", "inset", "1e9"}, 2, "“1e9” is not a number from 0 to 100"},
         {{"layout", "show", "--width", "wide"}, 2, "“wide” is not a whole number"},
         {{"arrange", "--dry"}, 2, "--dry"},

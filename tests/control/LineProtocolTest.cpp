@@ -9,8 +9,9 @@
 #include "tests/linux/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
+#include <sys/wait.h>
 
 #include <random>
 #include <vector>
@@ -20,6 +21,7 @@ namespace kova {
 namespace {
 
 using nlohmann::json;
+namespace fs = std::filesystem;
 
 /// Answers "echo" with its parameters, "notify" with so many lines of so many bytes, and fails in every way.
 class EchoingAgent : public ControlHandling {
@@ -215,6 +217,35 @@ TEST_F(LineProtocol, LetsInOnlyThisUserAndNoMoreThanThereIsRoomFor) {
     EXPECT_TRUE(client().hungUp());
 }
 
+TEST_F(LineProtocol, WaitsForDescriptorsWhenItHasNone) {
+    listen();
+    auto present = client();
+    EXPECT_EQ(present.ask(kEcho)["id"], 7);
+    rlimit usual{};
+    getrlimit(RLIMIT_NOFILE, &usual);
+    SocketClient waiting(
+        path(), [this] { queue.runDue(); },
+        [&] {
+            rlimit none = usual;
+            const int lowestFree = dup(STDERR_FILENO);
+            close(lowestFree);
+            none.rlim_cur = static_cast<rlim_t>(lowestFree);
+            ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+        });
+    rusage before{}, after{};
+    getrusage(RUSAGE_SELF, &before);
+    std::this_thread::sleep_for(std::chrono::milliseconds(100));
+    getrusage(RUSAGE_SELF, &after);
+    const auto micros = [](const rusage& usage) {
+        return usage.ru_utime.tv_usec + usage.ru_stime.tv_usec +
+               1'000'000 * (usage.ru_utime.tv_sec + usage.ru_stime.tv_sec);
+    };
+    EXPECT_LE(micros(after) - micros(before), 50'000) << "it tries again and again";
+    EXPECT_EQ(present.ask(kEcho)["id"], 7);
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &usual), 0);
+    EXPECT_EQ(waiting.ask(kEcho)["id"], 7);
+}
+
 TEST_F(LineProtocol, EndsWithItsServer) {
     listen();
     auto connection = client();
@@ -284,6 +315,26 @@ TEST(ControlClient, TellsASilentAgentFromNone) {
     ASSERT_EQ(::listen(listening, 1), 0);
     EXPECT_EQ(troubleAt(path), ConnectionTrouble::silent);
     close(listening);
+    if (geteuid() != 0) return; // only root can put somebody else's agent there
+    fs::permissions(folder.path(), fs::perms::all);
+    int ready[2];
+    ASSERT_EQ(pipe(ready), 0);
+    const pid_t foreigner = fork();
+    if (foreigner == 0) {
+        const int theirs = socket(AF_UNIX, SOCK_STREAM, 0);
+        unlink(path.c_str());
+        const bool isListening = setuid(1) == 0 &&
+                                 bind(theirs, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
+                                 ::listen(theirs, 1) == 0;
+        if (write(ready[1], isListening ? "y" : "n", 1) != 1) _exit(1);
+        for (;;) pause();
+    }
+    char isListening = 0;
+    EXPECT_EQ(read(ready[0], &isListening, 1), 1);
+    EXPECT_EQ(isListening, 'y');
+    EXPECT_EQ(troubleAt(path), ConnectionTrouble::foreignAgent);
+    kill(foreigner, SIGKILL);
+    waitpid(foreigner, nullptr, 0);
 }
 
 } // namespace kova

@@ -34,10 +34,13 @@ inline bool waitUntil(const std::function<void()>& turn, const std::function<boo
 
 class SocketClient {
   public:
-    SocketClient(const std::string& path, std::function<void()> turn) : turn_(std::move(turn)) {
+    SocketClient(const std::string& path, std::function<void()> turn,
+                 const std::function<void()>& beforeConnecting = {}) :
+        turn_(std::move(turn)) {
         const auto address = controlSocketAddress(path);
         if (!address) throw std::runtime_error("no such path: " + path);
         socket_ = socket(AF_UNIX, SOCK_STREAM, 0);
+        if (beforeConnecting) beforeConnecting();
         if (connect(socket_, reinterpret_cast<const sockaddr*>(&*address), sizeof *address) != 0) {
             close(socket_);
             throw std::runtime_error("cannot connect to " + path);

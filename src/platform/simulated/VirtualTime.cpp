@@ -31,7 +31,9 @@ std::shared_ptr<VirtualMainQueue::Task> VirtualMainQueue::add(Nanoseconds delay,
 }
 
 void VirtualMainQueue::post(std::function<void()> work) {
-    add(workerDelay_, std::move(work));
+    auto task = std::make_shared<Task>(std::move(work));
+    const std::lock_guard lock(mutex_);
+    tasks_.emplace(Key(uptime_ + workerDelay_, asked_++), std::move(task));
 }
 
 std::shared_ptr<ScheduledWork> VirtualMainQueue::after(Seconds delay, std::function<void()> work) {
@@ -64,6 +66,7 @@ void VirtualMainQueue::runUntil(Nanoseconds end) {
         if (ranAtOneMoment > kEndlessWork) throw std::logic_error("the main queue never comes to rest");
         if (!task->isCancelled) task->work();
     }
+    const std::lock_guard lock(mutex_); // another thread may be posting
     uptime_ = std::max(uptime_, end);
 }
 
@@ -87,6 +90,7 @@ void VirtualMainQueue::setClockForward(Seconds jump) {
 }
 
 void VirtualMainQueue::setWorkerDelay(Seconds delay) {
+    const std::lock_guard lock(mutex_);
     workerDelay_ = wholeNanoseconds(delay);
 }
 
