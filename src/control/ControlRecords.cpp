@@ -86,7 +86,7 @@ json displays(const WorkspaceController& controller) {
                        {"name", screen.localizedName},
                        {"frame", rect(flipped(screen.frame, maximumY))},
                        {"visibleFrame", rect(flipped(screen.visibleFrame, maximumY))},
-                       {"displayClass", rawValue(classifyDisplay(screen.visibleFrame.size))},
+                       {"displayClass", rawValue(classifyDisplay(screen.frame.size, screen.visibleFrame.size))},
                        {"layout", layout ? json{{"id", layout->id}, {"name", layout->name}} : json(nullptr)},
                        {"selection", selection(*controller.state().profile, id)}});
     }

@@ -119,8 +119,9 @@ CGSize referenceSize(LayoutDisplayClass displayClass) {
     return {2560, 1440};
 }
 
-LayoutDisplayClass classifyDisplay(CGSize visibleSize) {
-    if (visibleSize.height > 0 && visibleSize.width / visibleSize.height >= kUltraWideAspect) {
+LayoutDisplayClass classifyDisplay(CGSize frameSize, CGSize visibleSize) {
+    // A panel makes no other shape of a display.
+    if (frameSize.height > 0 && frameSize.width / frameSize.height >= kUltraWideAspect) {
         return LayoutDisplayClass::superUltraWide5120x1440;
     }
     return visibleSize.width <= kCompactWidth ? LayoutDisplayClass::compact16By9 : LayoutDisplayClass::standard;
@@ -159,6 +160,7 @@ SolvedLayout solveDefinition(const LayoutDefinition& definition, const TileMinim
     }
     SolvedLayout result;
     result.slots = definition.slots;
+    const double inset = usableLength(tileInset);
     const CGSize area{usableLength(areaSize.width), usableLength(areaSize.height)};
     for (TileSlot& slot : result.slots) {
         if (!isFinite(slot.normalizedFrame)) slot.normalizedFrame = {};
@@ -167,7 +169,7 @@ SolvedLayout solveDefinition(const LayoutDefinition& definition, const TileMinim
     for (const auto& window : minimumSizes) {
         std::size_t tile = result.slots.size(); // counted from 1; 0 when none has the id
         while (tile > 0 && result.slots[tile - 1].id != window.first) --tile;
-        if (tile == 0 || !holdsWindow(result.frames[tile - 1], window.second, tileInset)) {
+        if (tile == 0 || !holdsWindow(result.frames[tile - 1], window.second, inset)) {
             result.unsatisfiedTileIDs.insert(window.first);
         }
     }

@@ -2,11 +2,11 @@
 
 namespace kova {
 
-std::string resolveLayoutID(const WorkspaceProfile& profile, const std::string& displayID, CGSize visibleSize) {
+std::string resolveLayoutID(const WorkspaceProfile& profile, const std::string& displayID, const Screen& screen) {
     const auto selection = profile.layoutSelectionsByDisplay.find(displayID);
     if (selection == profile.layoutSelectionsByDisplay.end()) return profile.layoutID;
     if (selection->second.layoutID) return *selection->second.layoutID;
-    switch (classifyDisplay(visibleSize)) {
+    switch (classifyDisplay(screen.frame.size, screen.visibleFrame.size)) {
     case LayoutDisplayClass::superUltraWide5120x1440:
         return "jarvis.super-ultrawide-5120x1440";
     case LayoutDisplayClass::compact16By9:
@@ -20,7 +20,7 @@ std::string resolveLayoutID(const WorkspaceProfile& profile, const std::string& 
 DisplayLayouts::Entry& DisplayLayouts::entry(const Screen& screen, const WorkspaceProfile& profile,
                                              const std::vector<LayoutDefinition>& catalogue) {
     const std::string id = displayID(screen);
-    const LayoutDefinition* wanted = findLayout(catalogue, resolveLayoutID(profile, id, screen.visibleFrame.size));
+    const LayoutDefinition* wanted = findLayout(catalogue, resolveLayoutID(profile, id, screen));
     if (!wanted) wanted = &catalogue.front();
     const auto dragged = transientWeights_.find(id);
     const bool isDragged = dragged != transientWeights_.end() && dragged->second.layoutID == wanted->id;

@@ -13,9 +13,9 @@
 
 namespace kova {
 
-/// The layout id that a selection means on a display with this visible frame: an explicit choice as it is, `automatic`
+/// The layout id that the display's selection means on its screen: an explicit choice as it is, `automatic`
 /// by the display's class, and without a selection the profile's own layout.
-std::string resolveLayoutID(const WorkspaceProfile& profile, const std::string& displayID, CGSize visibleSize);
+std::string resolveLayoutID(const WorkspaceProfile& profile, const std::string& displayID, const Screen& screen);
 
 class DisplayLayouts {
   public:

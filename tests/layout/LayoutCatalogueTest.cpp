@@ -99,24 +99,38 @@ TEST(LayoutCatalogue, StoredSlotsAreScaled) {
     EXPECT_EQ(print(solved), "a 0,0 500x800 | b 500,0 500x800");
     EXPECT_EQ(solved.unsatisfiedTileIDs, (std::set<std::string>{"b", "c"}));
     EXPECT_TRUE(solved.dividers.empty());
-    stored.slots[0].normalizedFrame.size.width = std::numeric_limits<double>::quiet_NaN();
+    const double noNumber = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_EQ(solveDefinition(stored, {{"a", {500, 100}}, {"b", {501, 100}}}, {1000, 800}, noNumber).unsatisfiedTileIDs,
+              std::set<std::string>{"b"})
+        << "such an inset is none";
+    stored.slots[0].normalizedFrame.size.width = noNumber;
     EXPECT_EQ(print(solveDefinition(stored, {}, {1000, 800}, 5)), "a 0,0 0x0 | b 500,0 500x800");
 }
 
 TEST(LayoutCatalogue, DisplayClasses) {
     using enum LayoutDisplayClass;
-    const std::vector<std::pair<CGSize, LayoutDisplayClass>> cases{
-        {{2560, 1440}, standard},
-        {{1920, 1055}, compact16By9},
-        {{1921, 1055}, standard},
-        {{1080, 1920}, compact16By9},
-        {{5120, 1440}, superUltraWide5120x1440},
-        {{1800, 600}, superUltraWide5120x1440},
-        {{3840, 1600}, standard},
-        {{0, 0}, compact16By9},
+    struct Case {
+        CGSize frame, visible;
+        LayoutDisplayClass expected;
     };
-    for (const auto& [size, expected] : cases) {
-        EXPECT_EQ(classifyDisplay(size), expected) << size.width << "x" << size.height;
-        EXPECT_GT(referenceSize(expected).width, 0);
+    const Case cases[] = {
+        {{2560, 1440}, {2560, 1440}, standard},
+        {{1920, 1080}, {1920, 1055}, compact16By9},
+        {{1921, 1080}, {1921, 1055}, standard},
+        {{1984, 1080}, {1920, 1080}, compact16By9}, // a panel at its side
+        {{1080, 1920}, {1080, 1920}, compact16By9},
+        {{5120, 1440}, {5120, 1440}, superUltraWide5120x1440},
+        {{4320, 1440}, {4256, 1440}, superUltraWide5120x1440}, // exactly 3 to 1, a panel at its side
+        {{4319, 1440}, {4319, 1415}, standard},                // 3 to 1 only without its panel
+        {{1800, 600}, {1800, 575}, superUltraWide5120x1440},
+        {{1799, 600}, {1799, 575}, compact16By9},
+        {{0, 0}, {0, 0}, compact16By9},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(rawValue(classifyDisplay(c.frame, c.visible)), rawValue(c.expected))
+            << print(makeRect(0, 0, c.frame.width, c.frame.height));
     }
+    EXPECT_EQ(referenceSize(standard), (CGSize{2560, 1440}));
+    EXPECT_EQ(referenceSize(compact16By9), (CGSize{1920, 1080}));
+    EXPECT_EQ(referenceSize(superUltraWide5120x1440), (CGSize{5120, 1440}));
 }

@@ -53,7 +53,8 @@ TEST(LayoutStories, TheCurrentDisplayIsThatOfTheFocusThenOfThePointerThenTheFirs
 
 TEST(LayoutStories, AutomaticPicksByTheDisplay) {
     Desk desk;
-    desk.display(2560, 1440).display(1920, 1080).display(5120, 1440);
+    desk.display(2560, 1440).display(1920, 1080).display(5120, 1440).display(4200, 1440);
+    desk.desktop.setPanels("D", makeRect(0, 60, 0, 0)); // what it leaves free is more than 3 to 1
     auto& controller = desk.controller();
     const auto automatic = [&](const char* name) {
         EXPECT_EQ(controller.selectLayout(desk.displayIDOf(name), DisplayLayoutSelection::automatic()),
@@ -63,6 +64,7 @@ TEST(LayoutStories, AutomaticPicksByTheDisplay) {
     EXPECT_EQ(automatic("A"), "jarvis.command-center");
     EXPECT_EQ(automatic("B"), "jarvis.compact-16-by-9");
     EXPECT_EQ(automatic("C"), "jarvis.super-ultrawide-5120x1440");
+    EXPECT_EQ(automatic("D"), "jarvis.command-center");
     EXPECT_EQ(controller.selectLayout("display-nowhere", DisplayLayoutSelection::automatic()),
               LayoutSelectionResult::unknownDisplay);
     EXPECT_EQ(controller.selectLayout(desk.displayIDOf("A"), DisplayLayoutSelection::layout("none such")),
