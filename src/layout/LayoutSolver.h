@@ -92,16 +92,16 @@ bool holdsWindow(const CGRect& tileFrame, CGSize minimumSize, double tileInset);
 double minimumLength(const LayoutNode& node, LayoutAxis axis, const TileMinimumSizes& minimumSizes,
                      const LayoutMetrics& metrics, double tileInset);
 
-/// The length of each branch along its split: by weight, none below its minimum unless the minimums do not fit
-/// together, in which case they are ignored altogether.
+/// The length in points of each branch along its split: by weight, none below its minimum unless the minimums do not
+/// fit together, in which case they are ignored altogether.
 std::vector<double> distributeLengths(std::span<const double> weights, std::span<const double> minimums,
                                       double available);
-/// Whole points that sum to the rounded `available`, unless they already exceed it; missing points go to the larger
-/// fractions first.
+/// The lengths, in points, as whole points that sum to the rounded `available` points, unless they already exceed it;
+/// missing points go to the larger fractions first.
 std::vector<double> roundLengths(std::span<const double> lengths, double available);
 
 /// The split's new weights (its branch lengths in points) after the divider moved by `translationPoints` along the
-/// axis; absent when its two neighbours cannot both keep their minimums.
+/// axis; absent when its two neighbours cannot both keep their minimums, and when the translation is not a number.
 std::optional<std::vector<double>> draggedWeights(const LayoutDivider& divider, double translationPoints);
 
 } // namespace kova

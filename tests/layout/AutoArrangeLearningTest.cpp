@@ -38,8 +38,10 @@ TEST(AutoArrangeLearning, Roles) {
     };
     for (const auto& c : cases)
         EXPECT_EQ(describe(classifyApplication(c.name, c.bundle)), describe(c.expected)) << c.name;
-    EXPECT_LT(utility, other);
-    EXPECT_LT(browser, codingAgent);
+    int value = 0;
+    for (const auto role : {utility, other, productivity, browser, codingAgent}) {
+        EXPECT_EQ(static_cast<int>(role), value++) << describe(role);
+    }
 
     EXPECT_EQ(applicationKey("Mail", "Com.Apple.Mail"), "com.apple.mail");
     EXPECT_EQ(applicationKey("My Tool", ""), "name:my tool");
