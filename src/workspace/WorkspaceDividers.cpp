@@ -142,6 +142,7 @@ void WorkspaceController::verifyFrames(const std::string& id) {
 }
 
 void WorkspaceController::abandonDrags() {
+    const bool heldPollsBack = suspension_.isSuspended() || dividerDrag_.active() || handMovedWindowID_;
     dividerDrag_.end();
     layouts_.clearAllTransientWeights();
     interactiveWindowFramesByID_.clear();
@@ -149,6 +150,7 @@ void WorkspaceController::abandonDrags() {
     handMovedWindowID_.reset();
     state_.dropTargetSlotID.set(std::nullopt);
     suspension_.abandon();
+    if (heldPollsBack) refresh(); // what they saw is still to be acted on
 }
 
 /// Another action comes first: what the hand holds is let go where it began.

@@ -84,9 +84,7 @@ void WorkspaceController::endWindowDrag(CGPoint pointer, HandMovement movement, 
 }
 
 void WorkspaceController::cancelWindowDrag() {
-    if (!handMovedWindowID_) return;
-    abandonDrags();
-    refresh(); // puts the window back where it belongs
+    if (handMovedWindowID_) abandonDrags();
 }
 
 void WorkspaceController::dropWindow(const ManagedWindow& window, CGPoint pointer, LettingGo lettingGo) {
