@@ -97,7 +97,8 @@ ChildProcess PrivateServer::start(const std::vector<std::string>& command) const
 }
 
 void PrivateServer::startManager() {
-    manager_ = start({"openbox", "--sm-disable"});
+    const char* other = std::getenv("KOVA_TEST_WINDOW_MANAGER");
+    manager_ = start({"/bin/sh", "-c", std::string("exec ") + (other ? other : "openbox --sm-disable")});
 }
 
 } // namespace kova::testing

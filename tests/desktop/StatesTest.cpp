@@ -40,6 +40,7 @@ TEST_F(Desktop, UnmaximizesBeforePlacingAndLeavesFullScreenAlone) {
     EXPECT_EQ(text(client->outerFrame(code)), "20,30 500x400");
     EXPECT_EQ(client->numbers(code, "_NET_WM_STATE"), std::vector<std::uint32_t>{});
     EXPECT_EQ(text(client->area(film)), "0,0 1280x800");
+    EXPECT_TRUE(desk.reportedMinimums().empty());
 }
 
 TEST_F(Desktop, LeavesACellGridAloneOnceItIsKnown) {
@@ -196,9 +197,11 @@ TEST_F(Desktop, KnowsWhoHasTheKeyboardAndWhatIsOnTop) {
         for (const auto& [title, window, process] :
              {std::tuple{"Inbox", inbox, 4001}, std::tuple{"Pad", pad, 4002}, std::tuple{"Inbox", inbox, 4001}}) {
             EXPECT_TRUE(desk.service().restoreAndFocus(desk.window(title)));
-            EXPECT_TRUE(desk.runUntil([&] { return desktop.frontmostApplication() == process; })) << title;
+            TestClient& client = process == 4001 ? *mail : *notes;
+            EXPECT_TRUE(desk.runUntil([&] {
+                return desktop.frontmostApplication() == process && client.focus() == window;
+            })) << title;
             EXPECT_EQ(desk.service().focusedWindowID(), std::to_string(process) + ":" + std::to_string(window));
-            EXPECT_EQ((process == 4001 ? mail : notes)->focus(), window);
             // Both cover the point; the one in front is found, also by its order on the screen.
             const auto under = desktop.elementAtPosition({300, 300});
             ASSERT_TRUE(under);
