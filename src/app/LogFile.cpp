@@ -5,6 +5,7 @@
 #include <spdlog/sinks/rotating_file_sink.h>
 #include <spdlog/sinks/stdout_sinks.h>
 
+#include <filesystem>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -37,6 +38,9 @@ std::optional<std::string> openLog(const std::string& file, LogLevel lowest, Log
     std::optional<std::string> problem;
     try {
         sinks.push_back(std::make_shared<spdlog::sinks::rotating_file_sink_mt>(file, kLargestFileBytes, kOlderFiles));
+        std::error_code ignored; // its folder keeps others out all the same
+        std::filesystem::permissions(file, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write,
+                                     ignored);
     } catch (const spdlog::spdlog_ex& error) {
         problem = error.what();
     }

@@ -106,6 +106,7 @@ TEST(DesktopEntries, OneFileHidesAnotherAndBrokenOnesAreSkipped) {
     desk.install("nameless.desktop", "[Desktop Entry]\nType=Application\nStartupWMClass=Nameless\n");
     desk.install("noise.desktop", std::string("\0\xff[Desktop", 10));
     desk.install("empty.desktop", "");
+    desk.install("bytes\xff.desktop", entry("Bytes", "StartupWMClass=Bytes"));
     desk.install("windows.desktop",
                  "[Desktop Entry]\r\nType=Application\r\nName=From elsewhere\r\nStartupWMClass=Crlf\r\n");
     desk.install("huge.desktop", entry("Huge", "StartupWMClass=Huge\n" + std::string(2 << 20, '#')));
@@ -116,7 +117,8 @@ TEST(DesktopEntries, OneFileHidesAnotherAndBrokenOnesAreSkipped) {
     auto entries = desk.entries();
     EXPECT_EQ(entries.identify("", "Editor").localizedName, "My editor");
     EXPECT_EQ(entries.identify("", "Crlf").localizedName, "From elsewhere");
-    for (const std::string name : {"Gone", "Link", "Nameless", "Huge", "Pipe", "Folder", "Dangling", "Empty"}) {
+    for (const std::string name :
+         {"Gone", "Link", "Nameless", "Huge", "Pipe", "Folder", "Dangling", "Empty", "Bytes"}) {
         EXPECT_EQ(entries.identify("", name).bundlePath, "") << name;
     }
 }

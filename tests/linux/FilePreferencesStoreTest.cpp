@@ -1,5 +1,5 @@
-#include "platform/linux/EventLoop.h"
 #include "platform/linux/FilePreferencesStore.h"
+#include "platform/linux/EventLoop.h"
 #include "platform/linux/SerialWorkQueue.h"
 #include "tests/linux/TemporaryFolder.h"
 

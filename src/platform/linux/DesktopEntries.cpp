@@ -253,6 +253,7 @@ void DesktopEntries::addFile(const std::string& path, const std::string& id) {
     const bool isShadowed =
         std::any_of(entries_.begin(), entries_.end(), [&](const Entry& entry) { return text(entry.id) == id; });
     if (isShadowed) return;
+    if (validUtf8(path) != path) return; // ids are told to others as text
     const auto bytes = readFile(path);
     if (!bytes) return;
     const auto parsed = parseDesktopEntry(*bytes, locale_);
