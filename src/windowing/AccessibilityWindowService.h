@@ -87,6 +87,7 @@ class AccessibilityWindowService {
     std::vector<ManagedWindow> enumerateWindows(const RunningApplication& application,
                                                 std::span<const CGRect> onScreenRectangles) const;
     bool readsAsMinimized(const AccessibilityElement& element) const;
+    bool readsAsFullScreen(const AccessibilityElement& element) const;
     ApplicationIcon icon(const RunningApplication& application) const;
     void write(const AccessibilityElement& element, AccessibilityAttribute attribute, bool value);
     void writeFrame(const AccessibilityElement& element, const CGRect& frame, FrameWriteOrder order);

@@ -72,7 +72,10 @@ void AccessibilityWindowService::verify(const Placement& placement, int pass) {
     if (pass == kLastVerificationPass) pendingFrames_.erase(placement.windowID);
 
     const auto frame = readFrame(placement.element);
-    switch (verdictOnFrame(frame, placement.target)) {
+    const FrameVerdict verdict = verdictOnFrame(frame, placement.target);
+    // One that has gone full screen meanwhile says nothing of its sizes, and is to be left alone.
+    if (verdict != FrameVerdict::onTarget && readsAsFullScreen(placement.element)) return;
+    switch (verdict) {
     case FrameVerdict::onTarget:
         return;
     case FrameVerdict::off:

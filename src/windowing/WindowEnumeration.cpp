@@ -179,6 +179,11 @@ bool AccessibilityWindowService::readsAsMinimized(const AccessibilityElement& el
     return Answers(accessibility_, element, asked).isTrue(AccessibilityAttribute::minimized);
 }
 
+bool AccessibilityWindowService::readsAsFullScreen(const AccessibilityElement& element) const {
+    constexpr std::array asked = {AccessibilityAttribute::fullScreen};
+    return Answers(accessibility_, element, asked).isTrue(AccessibilityAttribute::fullScreen);
+}
+
 std::optional<CGSize> AccessibilityWindowService::readMinimumSize(const AccessibilityElement& element) const {
     constexpr std::array asked = {AccessibilityAttribute::minSize, AccessibilityAttribute::minimumSize};
     return Answers(accessibility_, element, asked).minimumSize();

@@ -46,6 +46,18 @@ TEST(VerifiedPlacement, WindowThatObeysIsWrittenOnce) {
     EXPECT_EQ(bench.desktop.queue().pendingCount(), 0u);
 }
 
+TEST(VerifiedPlacement, WindowThatGoesFullScreenIsLeftAlone) {
+    for (const double when : {0.0, 0.1, 0.5}) {
+        PlacementBench bench({});
+        bench.journalUntil(when);
+        bench.desktop.setFullScreen("Mail", true);
+        bench.desktop.takeJournal();
+        EXPECT_EQ(bench.journalUntil(5), "") << when;
+        EXPECT_EQ(bench.reported, "") << when;
+        EXPECT_FALSE(bench.isPending());
+    }
+}
+
 TEST(VerifiedPlacement, PassesComeOnTimeAndAlternate) {
     PlacementBench bench({.refusesToMove = true});
     EXPECT_EQ(bench.journalUntil(0.059), kPositionFirst);
