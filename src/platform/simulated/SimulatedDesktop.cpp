@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cctype>
 #include <stdexcept>
+#include <utility>
 
 namespace kova {
 
@@ -148,8 +149,10 @@ pid_t SimulatedDesktop::launch(std::string name, ApplicationTraits traits) {
                               .icon = std::move(traits.icon),
                               .activationPolicy = traits.activationPolicy};
     if (name == "KOVA") record.processIdentifier = kOwnProcessIdentifier;
-    applications_.push_back(
-        {.record = std::move(record), .name = std::move(name), .listsWindowsTwice = traits.listsWindowsTwice});
+    applications_.push_back({.record = std::move(record),
+                             .name = std::move(name),
+                             .listsWindowsTwice = traits.listsWindowsTwice,
+                             .lingersWhenHidden = traits.lingersWhenHidden});
     changed();
     return applications_.back().record.processIdentifier;
 }
@@ -190,17 +193,24 @@ bool SimulatedDesktop::isHidden(std::string_view name) const {
 }
 
 void SimulatedDesktop::setHidden(Application& application, bool hidden) {
+    if (hidingStyle_ == HidingStyle::iconifiesWindows) return iconifyWindows(application, hidden);
     if (application.record.isHidden == hidden) return;
     application.record.isHidden = hidden;
-    if (hidingStyle_ == HidingStyle::iconifiesWindows) {
-        for (auto& [number, window] : windows_) {
-            if (window.processIdentifier() != application.record.processIdentifier) continue;
-            const bool concerned = hidden ? !window.isMinimized : window.wasIconifiedByHiding;
-            window.wasIconifiedByHiding = hidden && concerned;
-            if (concerned) setMinimized(window, hidden);
-        }
-    }
     if (hidden && frontmost_ == application.record.processIdentifier) focusNextApplication();
+    changed();
+}
+
+void SimulatedDesktop::iconifyWindows(Application& application, bool iconify) {
+    bool someAreAway = false;
+    for (auto& [number, window] : windows_) {
+        if (window.processIdentifier() != application.record.processIdentifier) continue;
+        const bool concerned = iconify ? !window.isMinimized : window.wasIconifiedByHiding;
+        if (concerned) setMinimized(window, iconify);
+        window.wasIconifiedByHiding = iconify && (concerned || window.wasIconifiedByHiding);
+        someAreAway = someAreAway || window.wasIconifiedByHiding;
+    }
+    application.record.isHidden = someAreAway;
+    if (iconify && frontmost_ == application.record.processIdentifier) focusNextApplication();
     changed();
 }
 
@@ -296,6 +306,11 @@ void SimulatedDesktop::moveByHand(std::string_view label, const CGRect& frameOnD
 void SimulatedDesktop::setMinimized(SimulatedWindow& window, bool minimized) {
     if (window.isMinimized == minimized) return;
     window.isMinimized = minimized;
+    // An application of which something can be seen is not hidden, where hiding means iconifying.
+    if (!minimized && hidingStyle_ == HidingStyle::iconifiesWindows) {
+        window.wasIconifiedByHiding = false;
+        findApplication(window.processIdentifier())->record.isHidden = false;
+    }
     changed();
 }
 

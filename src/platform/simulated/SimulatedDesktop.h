@@ -38,6 +38,7 @@ struct ApplicationTraits {
     ApplicationIcon icon{.name = "application", .image = nullptr};
     std::string bundlePath{};
     bool listsWindowsTwice = false;
+    bool lingersWhenHidden = false; // its windows stay on the screen all the same
 };
 
 /// What hiding an application does to its windows.
@@ -171,6 +172,7 @@ class SimulatedDesktop : public AccessibilityServicing,
         RunningApplication record;
         std::string name;
         bool listsWindowsTwice = false;
+        bool lingersWhenHidden = false;
         bool answers = true;
         std::uint64_t focusedWindow = 0;
     };
@@ -203,6 +205,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     void setFrameOf(SimulatedWindow& window, const CGRect& frame);
     void setMinimized(SimulatedWindow& window, bool minimized);
     void setHidden(Application& application, bool hidden);
+    void iconifyWindows(Application& application, bool iconify);
     void apply(std::uint64_t windowNumber, const std::vector<AttributeWrite>& writes);
     void apply(SimulatedWindow& window, const AttributeWrite& write);
     void springBackLater(const SimulatedWindow& window, const CGRect& frame);

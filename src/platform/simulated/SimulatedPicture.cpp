@@ -12,7 +12,8 @@ CGRect SimulatedDesktop::frameForWindowService(const SimulatedWindow& window) co
 
 bool SimulatedDesktop::isOnScreen(const SimulatedWindow& window) const {
     const auto* owner = findApplication(window.processIdentifier());
-    const bool hidden = owner->record.isHidden && hidingStyle_ == HidingStyle::hidesApplication;
+    const bool hidden =
+        owner->record.isHidden && hidingStyle_ == HidingStyle::hidesApplication && !owner->lingersWhenHidden;
     return !isLocked_ && !hidden && !window.isMinimized && window.virtualDesktop == virtualDesktop_;
 }
 
