@@ -129,6 +129,8 @@ TEST(ArrangementPlan, ALargeWindowGrowsItsTileOrClaimsItsNeighbour) {
     claims.window("Codex").minimumSize = {2300, 400}; // leaves less than a tile needs
     claims.window("Mail");
     EXPECT_EQ(claims.plan(), "Codex:focus-main+secondary-1 Mail:surplus");
+    claims.input.candidates.back().stackedBehindID = "D::secondary-1";
+    EXPECT_EQ(claims.plan(), "Codex:focus-main+secondary-1 Mail behind:focus-main") << "a span has one stack";
 
     Table hopeless;
     hopeless.display("D", "jarvis.dual-split");
