@@ -188,6 +188,7 @@ TEST_F(AgentMethods, SubscribersHearNumberedChangesAndEndUpWithTheState) {
     const json changes = heard();
     EXPECT_EQ(changes["settings"]["tileInset"], 30);
     EXPECT_EQ(changes["tiles"][0]["frame"]["x"], 40) << changes;
+    EXPECT_FALSE(changes.contains("displays")) << "what stayed the same is told again";
 }
 
 TEST_F(AgentMethods, WithoutPermissionSaysSo) {
