@@ -83,7 +83,8 @@ std::string printLayoutList(const json& result, const Arguments&) {
         const std::string count = std::to_string(tiles.size()) + (tiles.size() == 1 ? " tile" : " tiles");
         std::vector<std::string> texts{layout["name"], layout["id"],
                                        count + ", " + layout["displayClass"].get<std::string>()};
-        for (const json& display : layout["displays"]) texts.push_back("in force on " + display.get<std::string>());
+        for (const json& display : layout["displays"])
+            texts.push_back("in force on " + display["name"].get<std::string>());
         for (std::size_t i = 0; i < std::max(picture.size(), texts.size()); ++i) {
             const std::string row =
                 i < picture.size() ? picture[i] : std::string(static_cast<std::size_t>(columns), ' ');

@@ -126,7 +126,8 @@ json layouts(const WorkspaceController& controller) {
         json shownOn = json::array();
         for (const Screen& screen : *controller.state().screens) {
             const LayoutDefinition* resolved = controller.resolvedLayout(displayID(screen));
-            if (resolved && resolved->id == layout.id) shownOn.push_back(displayID(screen));
+            if (!resolved || resolved->id != layout.id) continue;
+            shownOn.push_back({{"id", displayID(screen)}, {"name", screen.localizedName}});
         }
         out.push_back({{"id", layout.id},
                        {"name", layout.name},

@@ -208,12 +208,33 @@ in force on A (2560×1440 points)
 Focus + Utility, jarvis.command-center
 as it would be on A (2560×1440 points)
 )");
+    // On a small display the margins and gaps are wide, and not drawn all the same.
+    desk.display(800, 600, "Small");
+    EXPECT_EQ(run({"layout", "show", "dual-stack", "--display", "Small"}).out,
+              R"(┌──────────────────────────────────────┐
+│                                      │
+│               Primary                │
+│              focus-main              │
+│               770×246                │
+│                                      │
+│                                      │
+├──────────────────────────────────────┤
+│                                      │
+│              Secondary               │
+│             secondary-1              │
+│               770×246                │
+│                                      │
+│                                      │
+└──────────────────────────────────────┘
+Dual Stack (2), jarvis.dual-stack
+as it would be on Small (800×600 points)
+)");
     environment[1] = "LANG=C";
     const std::string list = run({"layout", "list"}).out;
     EXPECT_EQ(list.substr(0, list.find("\n\n", 300)), R"(+-----------+-----+  Focus + Utility
 |           |     |  jarvis.command-center
 |           |     |  4 tiles, standard
-|           +-----+
+|           +-----+  in force on Small
 +-----------+     |
 |           |     |
 +-----------+-----+
@@ -223,8 +244,7 @@ as it would be on A (2560×1440 points)
 |           +-----+  3 tiles, compact16By9
 |           |     |
 +-----------+-----+)");
-    EXPECT_NE(list.find("2 tiles, standard\n|        |        |  in force on display-UUID-OF-A\n"), std::string::npos)
-        << list;
+    EXPECT_NE(list.find("  in force on A\n"), std::string::npos) << list;
 }
 
 TEST_F(CommandLine, TablesAreAlignedAndTitlesCannotSteerTheTerminal) {
