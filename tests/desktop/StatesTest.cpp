@@ -198,7 +198,7 @@ TEST_F(Desktop, KnowsWhoHasTheKeyboardAndWhatIsOnTop) {
              {std::tuple{"Inbox", inbox, 4001}, std::tuple{"Pad", pad, 4002}, std::tuple{"Inbox", inbox, 4001}}) {
             EXPECT_TRUE(desk.service().restoreAndFocus(desk.window(title)));
             TestClient& client = process == 4001 ? *mail : *notes;
-            EXPECT_TRUE(desk.runUntil([&] {
+            EXPECT_TRUE(desk.runUntil([&, process = process, window = window] {
                 return desktop.frontmostApplication() == process && client.focus() == window;
             })) << title;
             EXPECT_EQ(desk.service().focusedWindowID(), std::to_string(process) + ":" + std::to_string(window));
