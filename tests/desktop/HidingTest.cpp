@@ -1,6 +1,7 @@
 // What KOVA takes off the screen comes back: by wish, by hand, at the end, and after a crash.
 #include "tests/desktop/Desk.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
@@ -56,7 +57,7 @@ TEST_P(Hiding, EndsForAWindowThatSomebodyElseBringsBack) {
     ASSERT_TRUE(areViewable(false));
     desk->runFor(Seconds(0.1));
     mail->map(draft);
-    ASSERT_TRUE(desk->runUntil([&] { return desk->window("Draft").isVisible; }));
+    ASSERT_TRUE(desk->runUntil([&] { return desk->window("Draft").isVisible; })) << mail->isViewable(draft);
     EXPECT_FALSE(desk->isHidden(4001));
     EXPECT_TRUE(desk->isMinimized("Inbox"));
     desk->desktop().unhide(4001);
@@ -69,6 +70,65 @@ TEST_P(Hiding, IsOvertakenByTheWishToComeBack) {
     desk->runFor(Seconds(0.4));
     EXPECT_TRUE(areViewable(true));
     EXPECT_FALSE(desk->isHidden(4001));
+}
+
+// Window managers take their time: a window can be iconic and still on the screen, or gone and not yet known as iconic.
+TEST_P(Hiding, IsUndoneHoweverSoonTheWishComes) {
+    const auto window = desk->window("Inbox");
+    const AttributeWrite minimized{AccessibilityAttribute::minimized, true},
+        back{AccessibilityAttribute::minimized, false};
+    for (const double pause : {0.02, 0.1, 0.2, 0.3, 0.45}) {
+        desk->desktop().hide(4001);
+        desk->runFor(Seconds(pause));
+        desk->desktop().unhide(4001);
+        desk->runFor(Seconds(0.4));
+        EXPECT_TRUE(areViewable(true)) << "hidden for " << pause;
+        desk->desktop().writeAttributes(window.element, {&minimized, 1});
+        desk->runFor(Seconds(pause));
+        desk->desktop().writeAttributes(window.element, {&back, 1});
+        desk->runFor(Seconds(0.4));
+        EXPECT_TRUE(areViewable(true)) << "minimised for " << pause;
+        // And away again, before anybody has looked at what became of the last wish.
+        desk->desktop().hide(4001);
+        desk->runFor(Seconds(pause));
+        desk->desktop().unhide(4001);
+        desk->desktop().hide(4001);
+        desk->runFor(Seconds(0.4));
+        EXPECT_TRUE(areViewable(false)) << "hidden again after " << pause;
+        desk->desktop().unhide(4001);
+        EXPECT_TRUE(areViewable(true));
+        EXPECT_TRUE(desk->showsExactly({"Draft", "Inbox", "Pad"}));
+    }
+    desk->desktop().hide(4001);
+    desk->runFor(Seconds(0.3));
+    desk->closeDesktop();
+    EXPECT_TRUE(areViewable(true));
+    EXPECT_FALSE(std::filesystem::exists(desk->hiddenWindowsFile()));
+}
+
+TEST_P(Hiding, KeepsWhatIsMinimisedMeanwhileApart) {
+    const auto set = [&](const std::string& title, bool isMinimized) {
+        const AttributeWrite write{AccessibilityAttribute::minimized, isMinimized};
+        desk->desktop().writeAttributes(desk->window(title).element, {&write, 1});
+        desk->runFor(Seconds(0.3));
+    };
+    set("Draft", true);
+    desk->desktop().hide(4001);
+    ASSERT_TRUE(areViewable(false));
+    desk->runFor(Seconds(0.3));
+    // Not to be minimised is not to be shown: the application stays hidden.
+    set("Draft", false);
+    set("Inbox", false);
+    EXPECT_TRUE(areViewable(false));
+    EXPECT_TRUE(desk->isHidden(4001));
+    EXPECT_FALSE(desk->isMinimized("Draft"));
+    set("Inbox", true);
+    EXPECT_TRUE(desk->isMinimized("Inbox"));
+    desk->desktop().unhide(4001);
+    EXPECT_TRUE(desk->runUntil([&] { return mail->isViewable(draft); }));
+    desk->runFor(Seconds(0.3));
+    EXPECT_FALSE(mail->isViewable(inbox));
+    EXPECT_TRUE(desk->isMinimized("Inbox"));
 }
 
 TEST_P(Hiding, EndsWithTheAgent) {
@@ -96,7 +156,7 @@ TEST_P(Hiding, OfAnAgentThatWasKilledIsUndoneByTheNext) {
     desk->openDesktop();
     EXPECT_TRUE(areViewable(true));
     EXPECT_TRUE(desk->showsExactly({"Draft", "Inbox", "Pad"}));
-    EXPECT_FALSE(std::filesystem::exists(desk->hiddenWindowsFile()));
+    EXPECT_TRUE(desk->runUntil([&] { return !std::filesystem::exists(desk->hiddenWindowsFile()); }));
 
     // Numbers that mean something else by now, and files that mean nothing.
     const auto unmapped = notes->create({.title = "Never shown"});
@@ -141,6 +201,56 @@ TEST(WindowManager, MayComeAndGo) {
     desk.server().endManager();
     EXPECT_TRUE(desk.showsExactly({"Draft", "Inbox"}));
     EXPECT_EQ(text(*desk.window("Inbox").frame), text(mail->area(inbox)));
+
+    // What the one before wrote on the windows means nothing any more.
+    mail->setNumbers(inbox, "_NET_WM_DESKTOP", "CARDINAL", {3});
+    mail->setNumbers(inbox, "_NET_WM_STATE", "ATOM", {mail->atom("_NET_WM_STATE_FULLSCREEN")});
+    desk.runFor(Seconds(0.1));
+    EXPECT_TRUE(desk.showsExactly({"Draft", "Inbox"}));
+    EXPECT_FALSE(desk.window("Inbox").isFullScreen);
+    desk.place(desk.window("Inbox"), makeRect(30, 40, 500, 400));
+    desk.runFor(Seconds(0.2));
+    EXPECT_EQ(text(mail->area(inbox)), "30,40 500x400");
+    // Applications end as well as windows.
+    mail->destroy(draft);
+    mail->destroy(inbox);
+    EXPECT_TRUE(desk.showsExactly({}));
+    EXPECT_TRUE(desk.desktop().runningApplications().empty());
+}
+
+TEST(WindowManager, MayBeReplacedWithoutAWindowBeingMissed) {
+    if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
+    Desk desk(Manager::openbox);
+    const auto mail = desk.client("Mail", 4001), notes = desk.client("Notes", 4002);
+    const auto inbox = mail->open({.title = "Inbox"});
+    mail->open({.title = "Draft", .frame = makeRect(500, 60, 400, 300)});
+    notes->open({.title = "Pad"});
+    desk.openDesktop();
+    ASSERT_TRUE(desk.showsExactly({"Draft", "Inbox", "Pad"}));
+    std::vector<ChildProcess> replaced;
+    for (const bool hides : {false, true}) {
+        if (hides) {
+            desk.desktop().hide(4001);
+            ASSERT_TRUE(desk.runUntil([&] { return !mail->isViewable(inbox); }));
+            desk.runFor(Seconds(0.3));
+        }
+        replaced.push_back(desk.server().start({"openbox", "--sm-disable", "--replace"}));
+        const Seconds end = desk.loop().uptime() + Seconds(2.5);
+        while (desk.loop().uptime() < end) {
+            const auto titles = desk.titles();
+            // The frames of windows that come back grow for show, so only the others can be told at every moment.
+            for (const char* title : hides ? std::vector{"Pad"} : std::vector{"Draft", "Inbox", "Pad"}) {
+                ASSERT_EQ(std::ranges::count(titles, std::string(title)), 1) << title;
+            }
+        }
+        // The next manager knows nothing of windows that were hidden: they are back.
+        EXPECT_TRUE(desk.showsExactly({"Draft", "Inbox", "Pad"}));
+        EXPECT_TRUE(desk.runUntil([&] {
+            desk.poll();
+            return !std::filesystem::exists(desk.hiddenWindowsFile());
+        }));
+        EXPECT_EQ(text(*desk.window("Inbox").frame), text(mail->outerFrame(inbox)));
+    }
 }
 
 } // namespace

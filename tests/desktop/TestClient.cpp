@@ -82,6 +82,15 @@ void TestClient::destroy(xcb_window_t window) {
     sync();
 }
 
+void TestClient::configure(xcb_window_t window, const CGRect& area) {
+    const auto word = [](double value) { return static_cast<std::uint32_t>(static_cast<int>(value)); };
+    const std::uint32_t values[] = {word(minX(area)), word(minY(area)), word(area.size.width), word(area.size.height)};
+    xcb_configure_window(connection_, window,
+                         XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT,
+                         values);
+    sync();
+}
+
 void TestClient::setTitle(xcb_window_t window, const std::string& bytes) {
     setText(window, "_NET_WM_NAME", "UTF8_STRING", bytes);
 }

@@ -38,6 +38,8 @@ class TestClient {
     void map(xcb_window_t window);
     void unmap(xcb_window_t window);
     void destroy(xcb_window_t window);
+    /// Moves and resizes it, as its own program.
+    void configure(xcb_window_t window, const CGRect& area);
 
     void setTitle(xcb_window_t window, const std::string& bytes);
     void setNumbers(xcb_window_t window, const std::string& property, const std::string& type,

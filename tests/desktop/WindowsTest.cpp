@@ -75,6 +75,15 @@ TEST_P(Windows, StandWhereTheyArePutAndAreToldOnce) {
     desk.runFor(Seconds(0.2));
     EXPECT_EQ(client->takeConfigureCount(left), 0);
 
+    // However often the same is wished, it is done when something else moved the window meanwhile.
+    for (int i = 0; i < 8; ++i) {
+        client->configure(left, makeRect(200, 200, 300, 300));
+        ASSERT_TRUE(desk.runUntil([&] { return text(*desk.window("Left").frame) != "5,7 630x386"; }));
+        desk.place(desk.window("Left"), makeRect(5, 7, 630, 386));
+        ASSERT_TRUE(desk.runUntil([&] { return text(client->outerFrame(left)) == "5,7 630x386"; })) << i;
+        desk.service().cancelPlacement(desk.window("Left").id);
+    }
+
     // A window manager keeps minimum sizes, and what the window refuses is learnt; the bare server keeps none.
     desk.place(desk.window("Large"), makeRect(10, 400, 300, 300));
     desk.service().flush();

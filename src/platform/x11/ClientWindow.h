@@ -93,8 +93,11 @@ struct ClientWindow {
     std::optional<PixelRect> lastWish, lastAnswer; // the place last asked for, and the frame when it was
     int repeats = 0;                               // of the same wish with the same answer
     bool isIconifiedByUs = false;                  // without a window manager
-    std::optional<Seconds> leaveAsked;             // when the window manager was asked to iconify it; it has not yet
-    bool returnsOnceGone = false;                  // and what it was asked since
+    std::optional<std::uint32_t> ownUnmap;         // the request by which it was, until its event has come
+    bool hasLeft = false;                          // was unmapped since it was last asked to go; it may be back
+    bool isMapAsked = false;                       // by us, while it was unmapped; its event has not come yet
+    std::optional<Seconds> leaveAsked; // when the window manager was asked to iconify it, until it comes back
+    bool returnsOnceGone = false;      // and what it was asked since, before it had left
 
     WindowKind kind() const;
     std::string title() const { return netName ? *netName : oldName; }

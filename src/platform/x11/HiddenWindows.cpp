@@ -13,6 +13,13 @@ namespace {
 
 /// How long a window manager may take to iconify a window; one that has not by then will not.
 constexpr Seconds kPatience{1.0};
+/// How long a window may be missing, or on its way back, until it is given up.
+constexpr Seconds kPatienceForReturn{2.5};
+
+/// It can have been away and be back between two looks.
+bool hasLeft(const ClientWindow& client, const WindowModel& model) {
+    return client.hasLeft || (!model.isShown(client) && !client.isMapAsked);
+}
 
 constexpr const char* word(TakenAway how) {
     return how == TakenAway::byHiding ? "hidden" : "unmapped";
@@ -57,35 +64,49 @@ void HiddenWindows::removeWhere(Condition condition) {
     if (std::erase_if(windows_, condition) > 0) writeFile();
 }
 
-std::vector<xcb_window_t> HiddenWindows::takeHidden(pid_t processIdentifier) {
+std::vector<xcb_window_t> HiddenWindows::takeHidden(pid_t processIdentifier, Seconds now) {
     std::vector<xcb_window_t> taken;
-    removeWhere([&](const HiddenWindow& hidden) {
-        const bool isIts = hidden.processIdentifier == processIdentifier && hidden.how == TakenAway::byHiding;
-        if (isIts) taken.push_back(hidden.window);
-        return isIts;
-    });
+    for (HiddenWindow& hidden : windows_) {
+        if (hidden.processIdentifier != processIdentifier || !holds(hidden.window)) continue;
+        hidden.isReturning = true;
+        hidden.since = now;
+        taken.push_back(hidden.window);
+    }
     return taken;
+}
+
+void HiddenWindows::markReturning(xcb_window_t window, Seconds now) {
+    for (HiddenWindow& hidden : windows_) {
+        if (hidden.window != window) continue;
+        hidden.isReturning = true;
+        hidden.since = now;
+    }
 }
 
 void HiddenWindows::remove(xcb_window_t window) {
     removeWhere([&](const HiddenWindow& hidden) { return hidden.window == window; });
 }
 
-std::vector<HiddenWindow> HiddenWindows::takeAll() {
-    auto taken = std::exchange(windows_, {});
-    if (!taken.empty()) writeFile();
+std::vector<xcb_window_t> HiddenWindows::takeAll(Seconds now) {
+    std::vector<xcb_window_t> taken;
+    for (HiddenWindow& hidden : windows_) {
+        hidden.isReturning = true;
+        hidden.since = now;
+        taken.push_back(hidden.window);
+    }
     return taken;
 }
 
 bool HiddenWindows::holds(xcb_window_t window) const {
     return std::ranges::any_of(windows_, [&](const HiddenWindow& hidden) {
-        return hidden.window == window && hidden.how == TakenAway::byHiding;
+        return hidden.window == window && !hidden.isReturning && hidden.how == TakenAway::byHiding;
     });
 }
 
 bool HiddenWindows::isApplicationHidden(pid_t processIdentifier, const WindowModel& model) const {
     const bool tookAny = std::ranges::any_of(windows_, [&](const HiddenWindow& hidden) {
-        return hidden.processIdentifier == processIdentifier && hidden.how == TakenAway::byHiding;
+        return hidden.processIdentifier == processIdentifier && !hidden.isReturning &&
+               hidden.how == TakenAway::byHiding;
     });
     if (!tookAny) return false;
     return std::ranges::none_of(model.clientOrder(), [&](xcb_window_t window) {
@@ -95,22 +116,40 @@ bool HiddenWindows::isApplicationHidden(pid_t processIdentifier, const WindowMod
     });
 }
 
-bool HiddenWindows::isBehind(const WindowModel& model) const {
+bool HiddenWindows::isBehind(const WindowModel& model, Seconds now) const {
     return std::ranges::any_of(windows_, [&](const HiddenWindow& hidden) {
         const ClientWindow* client = model.client(hidden.window);
-        return !client || model.isShown(*client) == hidden.hasLeftScreen;
+        if (!client || hidden.isReturning) return true;
+        const bool isShown = model.isShown(*client);
+        const bool isGone = hidden.hasLeftScreen || hasLeft(*client, model);
+        return isGone != hidden.hasLeftScreen || (isShown && (isGone || now - hidden.since > kPatience));
     });
 }
 
 void HiddenWindows::followModel(const WindowModel& model, Seconds now) {
-    if (!isBehind(model)) return;
+    if (!isBehind(model, now)) return;
     const auto isShown = [&](const HiddenWindow& hidden) {
         const ClientWindow* client = model.client(hidden.window);
         return client && model.isShown(*client);
     };
-    for (HiddenWindow& hidden : windows_) hidden.hasLeftScreen |= !isShown(hidden);
+    for (HiddenWindow& hidden : windows_) {
+        const ClientWindow* client = model.client(hidden.window);
+        hidden.hasLeftScreen |= !client || hasLeft(*client, model);
+        if (client) {
+            hidden.missingSince.reset();
+        } else if (!hidden.missingSince) {
+            hidden.missingSince = now;
+        }
+    }
+    // What is on the screen between two managers may be put away again by the one that comes.
+    if (model.isSettling()) return;
     removeWhere([&](const HiddenWindow& hidden) {
-        if (!model.client(hidden.window)) return true;
+        if (hidden.missingSince) return now - *hidden.missingSince > kPatienceForReturn;
+        const ClientWindow* client = model.client(hidden.window);
+        const bool isLeavingFirst = client->returnsOnceGone && now - hidden.since < kPatience;
+        if (hidden.isReturning) {
+            return (isShown(hidden) && !isLeavingFirst) || now - hidden.since > kPatienceForReturn;
+        }
         return isShown(hidden) && (hidden.hasLeftScreen || now - hidden.since > kPatience);
     });
 }

@@ -6,6 +6,7 @@
 
 #include "platform/x11/WindowModel.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,8 @@ struct HiddenWindow {
     TakenAway how = TakenAway::byHiding;
     Seconds since{};
     bool hasLeftScreen = false; // the wish was granted
+    bool isReturning = false;   // asked back at `since`; on record until it is seen
+    std::optional<Seconds> missingSince{};
 };
 
 class HiddenWindows {
@@ -31,25 +34,28 @@ class HiddenWindows {
     std::vector<HiddenWindow> readFile() const;
     /// One entry a window: a newer one replaces it.
     void add(const std::vector<HiddenWindow>& windows);
-    /// The windows of the process that were hidden with it; they are forgotten.
-    std::vector<xcb_window_t> takeHidden(pid_t processIdentifier);
+    /// The windows of the process that were hidden with it. They are on record until they are on the screen again.
+    std::vector<xcb_window_t> takeHidden(pid_t processIdentifier, Seconds now);
+    /// The same for one window of any kind, which need not be on record.
+    void markReturning(xcb_window_t window, Seconds now);
     void remove(xcb_window_t window);
-    std::vector<HiddenWindow> takeAll();
+    /// All windows, the same way.
+    std::vector<xcb_window_t> takeAll(Seconds now);
+    void writeFile() const;
 
     /// Whether hiding took this window away.
     bool holds(xcb_window_t window) const;
     /// Some windows were taken away with it and none is on the screen.
     bool isApplicationHidden(pid_t processIdentifier, const WindowModel& model) const;
     /// Follows what others did: a window that came back by hand is no longer ours, nor is one that was never granted to
-    /// go.
+    /// go, nor one that has been missing for a while: nobody lists anything while window managers change.
     void followModel(const WindowModel& model, Seconds now);
-    /// Whether following would change anything but what time alone changes.
-    bool isBehind(const WindowModel& model) const;
+    /// Whether following would change anything.
+    bool isBehind(const WindowModel& model, Seconds now) const;
 
   private:
     template <class Condition>
     void removeWhere(Condition condition);
-    void writeFile() const;
 
     std::string path_;
     std::vector<HiddenWindow> windows_;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <utility>
 
 namespace kova::x11 {
 
@@ -54,8 +55,13 @@ void ModelRefresh::ask() {
     questions_.take();
 }
 
-RefreshOutcome ModelRefresh::run() {
+RefreshOutcome ModelRefresh::run(Seconds now) {
     outcome_ = {};
+    now_ = now;
+    {
+        const std::lock_guard lock(mutex_);
+        model_.settle(now);
+    }
     for (int round = 0; round < kMostRounds; ++round) {
         {
             const std::lock_guard lock(mutex_);
@@ -83,7 +89,7 @@ void ModelRefresh::askRoot() {
     if (std::exchange(model_.staleClientList, false) && model_.windowManager().isPresent) {
         questions_.add(connection_.askProperty(root, atoms[Atom::netClientList], kMostWindows),
                        [this](const void* reply) {
-                           model_.setClientList(numbersIn(propertyIn(reply), XCB_ATOM_WINDOW));
+                           model_.setClientList(numbersIn(propertyIn(reply), XCB_ATOM_WINDOW), now_);
                            outcome_.ownersChanged = outcome_.panelsChanged = true;
                        });
     }
@@ -139,7 +145,7 @@ void ModelRefresh::askManager(const void* checkReply) {
                        manager->isMute = manager->isMute && !manager->isPresent;
                        WindowManager none;
                        none.isMute = manager->isMute;
-                       model_.setWindowManager(manager->isPresent ? *manager : none);
+                       model_.setWindowManager(manager->isPresent ? *manager : none, now_);
                        outcome_.ownersChanged = outcome_.panelsChanged = true;
                    });
 }
@@ -191,8 +197,9 @@ void ModelRefresh::askClients() {
             xcb_change_window_attributes(connection_.get(), window, XCB_CW_EVENT_MASK, &mask);
             questions_.add(xcb_get_window_attributes(connection_.get(), window), [this, window](const void* reply) {
                 const auto* attributes = as<xcb_get_window_attributes_reply_t>(reply);
-                ClientWindow* known = model_.client(window);
-                if (known) known->isInputOnly = !attributes || attributes->_class == XCB_WINDOW_CLASS_INPUT_ONLY;
+                if (!attributes) return model_.forget(window); // gone, whatever lists it
+                if (ClientWindow* known = model_.client(window))
+                    known->isInputOnly = attributes->_class == XCB_WINDOW_CLASS_INPUT_ONLY;
             });
         }
         askProperties(window, bits);
@@ -218,6 +225,7 @@ void ModelRefresh::askProperties(xcb_window_t window, std::uint32_t bits) {
 void ModelRefresh::takeProperty(xcb_window_t window, const PropertyRule& rule, const void* reply) {
     ClientWindow* client = model_.client(window);
     if (!client) return;
+    const bool hadNetName = client->netName.has_value();
     rule.take(*client, propertyIn(reply), connection_.atoms());
     switch (rule.staleBit) {
     case stale::strut:
@@ -228,6 +236,15 @@ void ModelRefresh::takeProperty(xcb_window_t window, const PropertyRule& rule, c
         break;
     case stale::owner:
         settleOwner(*client);
+        break;
+    case stale::state:
+        // Some window managers iconify without taking the window off the screen.
+        if (model_.isMinimized(*client) && std::exchange(client->returnsOnceGone, false))
+            outcome_.returning.push_back(window);
+        break;
+    case stale::title:
+        // Changes of the old name were not followed while there was a new one.
+        if (hadNetName && !client->netName) model_.markStale(*client, stale::title);
         break;
     default:
         break;

@@ -15,8 +15,9 @@
 namespace kova::x11 {
 
 struct RefreshOutcome {
-    bool ownersChanged = false; // which windows there are, or whose they are
-    bool panelsChanged = false; // struts or the work area
+    bool ownersChanged = false;          // which windows there are, or whose they are
+    bool panelsChanged = false;          // struts or the work area
+    std::vector<xcb_window_t> returning; // went as asked, and are wanted back by now
 };
 
 class ModelRefresh {
@@ -25,7 +26,7 @@ class ModelRefresh {
     ModelRefresh(const XConnection& connection, std::mutex& mutex, WindowModel& model);
 
     /// Nothing is asked when nothing is stale. One caller at a time.
-    RefreshOutcome run();
+    RefreshOutcome run(Seconds now);
     /// All children of the root, their places and their order; before the first `run`.
     void readTopLevels();
 
@@ -48,6 +49,7 @@ class ModelRefresh {
     std::string hostName_;
     Questions questions_;
     RefreshOutcome outcome_;
+    Seconds now_{};
     std::vector<xcb_window_t> unplaced_;   // clients whose top level is to be found
     std::vector<xcb_window_t> unmeasured_; // clients whose decorations are to be measured
 };

@@ -50,9 +50,14 @@ Outbox::Wish& Outbox::wishFor(xcb_window_t window) {
 }
 
 void Outbox::place(ClientWindow& client, const PixelRect& outer, Seconds now) {
-    if (client.isFullScreen || outer.width <= 0 || outer.height <= 0) return;
+    if (model_.isFullScreen(client) || outer.width <= 0 || outer.height <= 0) return;
     const bool unmaximizes = client.isMaximized && model_.windowManager().isPresent;
     if (!unmaximizes) {
+        if (model_.outerFrame(client) == outer) {
+            // Granted, so it may be asked for again from elsewhere.
+            client.repeats = 0;
+            client.lastAnswer.reset();
+        }
         if (model_.expectedFrame(client, now, kPatience) == outer) return;
         // Asked often enough and answered otherwise each time: it will not change its mind.
         const bool repeats = client.lastWish == outer && client.lastAnswer == model_.outerFrame(client);

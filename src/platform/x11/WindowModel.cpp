@@ -4,6 +4,19 @@
 
 namespace kova::x11 {
 
+namespace {
+
+/// From the end of one window manager until the next has listed all windows.
+constexpr Seconds kSettlingTime{2.0};
+/// From the first window that one lets go until it has gone.
+constexpr Seconds kTimeToLeave{0.5};
+
+bool isAtOrAfter(std::uint32_t sequence, std::uint32_t request) {
+    return static_cast<std::int32_t>(sequence - request) >= 0;
+}
+
+} // namespace
+
 void EventEffects::add(EventEffects&& other) {
     changed |= other.changed;
     askActiveWindow |= other.askActiveWindow;
@@ -21,9 +34,22 @@ void WindowModel::setTopLevel(xcb_window_t window, const TopLevel& topLevel) {
     if (isNew && std::ranges::find(stacking_, window) == stacking_.end()) stacking_.push_back(window);
 }
 
-void WindowModel::setClientList(const std::vector<xcb_window_t>& windows) {
+void WindowModel::setClientList(const std::vector<xcb_window_t>& windows, Seconds now) {
+    // A manager that leaves may let go of its windows before it goes itself.
+    const auto isMissing = [&](xcb_window_t known) { return std::ranges::find(windows, known) == windows.end(); };
+    if (!settlesAt_ && std::ranges::any_of(order_, isMissing)) settlesAt_ = now + kTimeToLeave;
+    std::vector<xcb_window_t> kept;
     for (const xcb_window_t known : std::vector(order_)) {
-        if (std::ranges::find(windows, known) == windows.end()) forget(known);
+        if (!isMissing(known)) continue;
+        ClientWindow* missing = client(known);
+        const ClientWindow* inside = clientIn(known);
+        const bool isFrame = inside && inside->window != known;
+        if (settlesAt_ && missing && !isFrame) {
+            kept.push_back(known);
+            markStale(*missing, stale::all);
+        } else {
+            forget(known);
+        }
     }
     order_.clear();
     for (const xcb_window_t window : windows) {
@@ -31,28 +57,67 @@ void WindowModel::setClientList(const std::vector<xcb_window_t>& windows) {
         if (isNew) {
             place->second.window = window;
             ++staleClients;
+            ownersChanged = true;
         }
         // A list that names a window twice names one window.
         if (isNew || std::ranges::find(order_, window) == order_.end()) order_.push_back(window);
     }
+    order_.insert(order_.end(), kept.begin(), kept.end());
 }
 
-void WindowModel::setWindowManager(const WindowManager& manager) {
-    const bool changesHands =
-        !isManagerKnown_ || manager.isPresent != manager_.isPresent || manager.checkWindow != manager_.checkWindow;
+void WindowModel::setWindowManager(const WindowManager& manager, Seconds now) {
+    const bool changesHands = !isManagerKnown_ || manager.isPresent != manager_.isPresent ||
+                              manager.checkWindow != manager_.checkWindow || manager.isMute != manager_.isMute;
     manager_ = manager;
-    isManagerKnown_ = true;
-    if (!changesHands) return;
-    // Who lists and decorates the windows has changed: nothing that was known of them holds.
-    hasChangedHands = true;
-    for (const xcb_window_t window : std::vector(order_)) forget(window);
-    staleClientList = manager.isPresent;
-    staleWorkarea = staleDesktop = true;
+    if (changesHands) {
+        // Who lists and decorates the windows has changed: they are the same windows, but nothing that was known of
+        // them holds.
+        hasChangedHands = ownersChanged = true;
+        staleClientList = manager.isPresent;
+        staleWorkarea = staleDesktop = true;
+        if (std::exchange(isManagerKnown_, true)) startSettling(now);
+        for (const xcb_window_t window : order_) {
+            ClientWindow* known = client(window);
+            if (!known) continue;
+            known->pending.reset();
+            known->leaveAsked.reset();
+            known->ownUnmap.reset();
+            known->isIconifiedByUs = known->returnsOnceGone = false;
+            markStale(*known, stale::all);
+        }
+    }
     if (manager.isPresent) return;
-    workareas.clear();
+    if (changesHands) workareas.clear();
+    adoptMapped();
+}
+
+void WindowModel::startSettling(Seconds now) {
+    settlesAt_ = now + kSettlingTime;
+}
+
+void WindowModel::settle(Seconds now) {
+    if (!settlesAt_) return;
+    staleManager = true;
+    staleClientList = manager_.isPresent;
+    if (now < *settlesAt_) return;
+    settlesAt_.reset();
+    if (manager_.isPresent) return;
+    for (const xcb_window_t window : std::vector(order_)) {
+        const ClientWindow* known = client(window);
+        const TopLevel* top = known ? topLevel(known->topLevel) : nullptr;
+        const bool isUsable = known && (known->isIconifiedByUs || (top && top->isMapped));
+        if (!isUsable || manager_.isMute) forget(window);
+    }
+}
+
+/// What a user can work with while nobody lists the windows. A manager that keeps no list shows frames of its own,
+/// which are no windows to manage, and one that is leaving still has frames around the windows that are known.
+void WindowModel::adoptMapped() {
+    if (manager_.isMute) return;
     for (const xcb_window_t window : std::vector(stacking_)) {
         const TopLevel* top = topLevel(window);
-        if (top && top->isMapped && !top->isOverrideRedirect) adoptUnmanaged(window);
+        const ClientWindow* held = clientIn(window);
+        if (top && top->isMapped && !top->isOverrideRedirect && !held) adoptUnmanaged(window);
     }
 }
 
@@ -61,6 +126,7 @@ void WindowModel::adoptUnmanaged(xcb_window_t window) {
     if (!isNew) return;
     place->second.window = window;
     ++staleClients;
+    ownersChanged = true;
     order_.push_back(window);
     setTopLevelOf(place->second, window);
 }
@@ -69,12 +135,16 @@ void WindowModel::setTopLevelOf(ClientWindow& client, xcb_window_t topLevel) {
     const auto old = clientByTopLevel_.find(client.topLevel);
     if (old != clientByTopLevel_.end() && old->second == client.window) clientByTopLevel_.erase(old);
     client.topLevel = topLevel;
-    if (topLevel != kNoWindow) clientByTopLevel_[topLevel] = client.window;
+    if (topLevel == kNoWindow) return;
+    // A frame that was taken for a window does not hide the one in it.
+    const ClientWindow* inside = clientIn(topLevel);
+    if (client.window != topLevel || !inside) clientByTopLevel_[topLevel] = client.window;
 }
 
 void WindowModel::forget(xcb_window_t window) {
     const auto place = clients_.find(window);
     if (place == clients_.end()) return;
+    ownersChanged = true;
     if (place->second.stale != 0) --staleClients;
     setTopLevelOf(place->second, kNoWindow);
     clients_.erase(place);
@@ -118,7 +188,10 @@ const ClientWindow* WindowModel::clientIn(xcb_window_t topLevel) const {
 
 std::optional<PixelRect> WindowModel::outerFrame(const ClientWindow& client) const {
     const TopLevel* top = topLevel(client.topLevel);
-    if (!top) return std::nullopt;
+    if (!top || top->rect.width <= 0 || top->rect.height <= 0) return std::nullopt; // nobody has told its size yet
+    // A manager that comes makes frames that are not as large yet as what is in them.
+    const bool isFrameExact = client.topLevel == client.window || client.margins == client.shadow;
+    if (settlesAt_ && (!isFrameExact || (client.stale & stale::topLevel))) return std::nullopt;
     const PixelRect outer = shrunk(top->rect, client.margins);
     // A shadow larger than the window is none.
     return outer.width > 0 && outer.height > 0 ? outer : top->rect;
@@ -139,7 +212,7 @@ bool WindowModel::isShown(const ClientWindow& client) const {
 }
 
 bool WindowModel::isOnCurrentDesktop(const ClientWindow& client) const {
-    return !client.desktop || *client.desktop == kAllDesktops || client.isStickyState ||
+    return !manager_.isPresent || !client.desktop || *client.desktop == kAllDesktops || client.isStickyState ||
            *client.desktop == currentDesktop;
 }
 
@@ -187,10 +260,14 @@ EventEffects WindowModel::apply(const xcb_generic_event_t& event) {
         if (const auto place = topLevels_.find(mapped.window); place != topLevels_.end()) {
             place->second.isOverrideRedirect = mapped.override_redirect != 0;
         }
-        return applyMapping(mapped.window, true);
+        return applyMapping(mapped.window, true, event.full_sequence);
     }
-    case XCB_UNMAP_NOTIFY:
-        return applyMapping(reinterpret_cast<const xcb_unmap_notify_event_t&>(event).window, false);
+    case XCB_UNMAP_NOTIFY: {
+        const auto& unmapped = reinterpret_cast<const xcb_unmap_notify_event_t&>(event);
+        const bool isMadeUp = event.response_type & 0x80;
+        if (isMadeUp && !manager_.isPresent && client(unmapped.window)) return applyWithdrawal(unmapped.window);
+        return applyMapping(unmapped.window, false, event.full_sequence);
+    }
     case XCB_REPARENT_NOTIFY:
         return applyReparent(reinterpret_cast<const xcb_reparent_notify_event_t&>(event));
     case XCB_CIRCULATE_NOTIFY: {
@@ -269,6 +346,7 @@ EventEffects WindowModel::applyConfigure(const xcb_configure_notify_event_t& eve
     TopLevel& top = place->second;
     const PixelRect rect{event.x, event.y, event.width + 2 * event.border_width, event.height + 2 * event.border_width};
     const bool moved = rect != top.rect;
+    const bool isResized = rect.width != top.rect.width || rect.height != top.rect.height;
     top.rect = rect;
     top.border = event.border_width;
     top.isOverrideRedirect = event.override_redirect != 0;
@@ -278,19 +356,26 @@ EventEffects WindowModel::applyConfigure(const xcb_configure_notify_event_t& eve
     ClientWindow* moving = held == clientByTopLevel_.end() ? nullptr : client(held->second);
     if (!moving) return effects;
     effects.changed = moved;
+    // Frames can grow and shrink for show, without the window in them. One that was measured meanwhile fits no more.
+    const bool isFrameExact = moving->topLevel == moving->window || moving->margins == moving->shadow;
+    if (isResized && !isFrameExact) markStale(*moving, stale::frame);
     if (moved) effects.panelsChanged = moving->strut || moving->partialStrut;
     if (moving->pending) {
         // The server alone does what it is asked, in order; a window manager may still be busy with an earlier wish.
-        const bool answered =
-            manager_.isPresent
-                ? outerFrame(*moving) == moving->pending->outer
-                : moving->pending->sequence && static_cast<std::int32_t>(sequence - *moving->pending->sequence) >= 0;
+        const bool answered = manager_.isPresent
+                                  ? outerFrame(*moving) == moving->pending->outer
+                                  : moving->pending->sequence && isAtOrAfter(sequence, *moving->pending->sequence);
+        if (answered && outerFrame(*moving) == moving->pending->outer) {
+            // It obeys; that it did not some time before counts no more.
+            moving->repeats = 0;
+            moving->lastAnswer.reset();
+        }
         if (answered) moving->pending.reset();
     }
     return effects;
 }
 
-EventEffects WindowModel::applyMapping(xcb_window_t window, bool isMapped) {
+EventEffects WindowModel::applyMapping(xcb_window_t window, bool isMapped, std::uint32_t sequence) {
     EventEffects effects;
     const auto place = topLevels_.find(window);
     if (place == topLevels_.end()) return effects;
@@ -298,17 +383,39 @@ EventEffects WindowModel::applyMapping(xcb_window_t window, bool isMapped) {
     const auto held = clientByTopLevel_.find(window);
     ClientWindow* known = held == clientByTopLevel_.end() ? nullptr : client(held->second);
     effects.changed = known != nullptr;
-    if (known && !isMapped) {
-        known->leaveAsked.reset();
-        if (std::exchange(known->returnsOnceGone, false)) effects.returning.push_back(known->window);
+    if (known) {
+        // What was asked before it was asked to go again is no coming back by hand.
+        if (!isMapped) known->hasLeft = !known->isMapAsked;
+        if (isMapped) known->isMapAsked = false;
     }
-    if (manager_.isPresent) return effects;
-    if (isMapped && !known && !place->second.isOverrideRedirect) {
+    if (manager_.isPresent) {
+        if (!known) return effects;
+        // Its state is told by a property, which only the next poll reads. That it is mapped may be the end of an
+        // earlier wish: the later one to leave still counts.
+        const bool isNews = isMapped ? isMinimized(*known) : known->leaveAsked.has_value();
+        if (isNews) {
+            known->isIconic = !isMapped;
+            known->isHiddenState = false;
+            markStale(*known, stale::state);
+        }
+        if (!isMapped && std::exchange(known->returnsOnceGone, false)) effects.returning.push_back(known->window);
+        return effects;
+    }
+    if (!known) {
+        // While managers change, the next poll tells frames and windows apart.
+        if (!isMapped || place->second.isOverrideRedirect || manager_.isMute || settlesAt_ || staleManager)
+            return effects;
         adoptUnmanaged(window);
         effects.changed = true;
-    } else if (isMapped && known) {
-        known->isIconifiedByUs = false;
-    } else if (!isMapped && known && !known->isIconifiedByUs) {
+        return effects;
+    }
+    // Events of before our own request to unmap it say nothing about what comes after.
+    const bool isOwn = known->ownUnmap.has_value();
+    const bool isLater = !isOwn || isAtOrAfter(sequence, *known->ownUnmap);
+    if (isLater) known->ownUnmap.reset();
+    if (isMapped) {
+        if (isLater) known->isIconifiedByUs = false;
+    } else if (!isOwn && !known->isIconifiedByUs && !settlesAt_) {
         // Its own wish to be withdrawn, or the end of its program.
         effects.panelsChanged = known->strut || known->partialStrut;
         forget(window);
@@ -316,18 +423,36 @@ EventEffects WindowModel::applyMapping(xcb_window_t window, bool isMapped) {
     return effects;
 }
 
+/// How a program says that it took a window back that was not mapped any more.
+EventEffects WindowModel::applyWithdrawal(xcb_window_t window) {
+    EventEffects effects;
+    const ClientWindow* known = client(window);
+    effects.changed = true;
+    effects.panelsChanged = known->strut || known->partialStrut;
+    forget(window);
+    return effects;
+}
+
 EventEffects WindowModel::applyReparent(const xcb_reparent_notify_event_t& event) {
     EventEffects effects;
     ClientWindow* moved = client(event.window);
+    xcb_window_t newTopLevel = kNoWindow;
     if (event.parent == root_) {
         setTopLevel(event.window, {{event.x, event.y, 0, 0}, 0, false, event.override_redirect != 0});
         unknownTopLevels_.push_back(event.window);
     } else {
+        // A window manager that is just coming puts its frames around windows before it is known.
+        const bool getsFrame = moved && topLevel(event.parent) && (staleManager || settlesAt_ || manager_.isMute);
+        if (getsFrame) {
+            setTopLevelOf(*moved, kNoWindow);
+            forget(event.parent);
+        }
         effects = removeTopLevel(event.window);
         moved = client(event.window);
+        if (moved && getsFrame) newTopLevel = event.parent;
     }
     if (moved) {
-        setTopLevelOf(*moved, kNoWindow);
+        setTopLevelOf(*moved, newTopLevel);
         markStale(*moved, stale::topLevel | stale::frame);
         effects.changed = true;
     }

@@ -61,8 +61,14 @@ class WindowModel {
     void setTopLevel(xcb_window_t window, const TopLevel& topLevel); // keeps the place in the stack when known
     void setStacking(std::vector<xcb_window_t> bottomFirst) { stacking_ = std::move(bottomFirst); }
     /// The managed windows in their order; those that are new are stale in everything, those that left are forgotten.
-    void setClientList(const std::vector<xcb_window_t>& windows);
-    void setWindowManager(const WindowManager& manager);
+    /// While one manager leaves and the next comes, the list is empty or short for a moment: until they have settled,
+    /// the windows that are missing in it stay, and are asked about, so that those that have gone are found out.
+    void setClientList(const std::vector<xcb_window_t>& windows, Seconds now);
+    void setWindowManager(const WindowManager& manager, Seconds now);
+    /// Whether a manager has just gone or come. What the root says is then stale again at every poll.
+    bool isSettling() const { return settlesAt_.has_value(); }
+    /// At the beginning of a poll.
+    void settle(Seconds now);
     void setTopLevelOf(ClientWindow& client, xcb_window_t topLevel);
     /// Without a window manager: a mapped top level that a user can work with joins the list.
     void adoptUnmanaged(xcb_window_t window);
@@ -86,7 +92,9 @@ class WindowModel {
     bool isMinimized(const ClientWindow& client) const;
     /// Mapped, not iconified; on any virtual desktop.
     bool isShown(const ClientWindow& client) const;
+    /// These are the window manager's words; what is left of them once it has gone means nothing.
     bool isOnCurrentDesktop(const ClientWindow& client) const;
+    bool isFullScreen(const ClientWindow& client) const { return manager_.isPresent && client.isFullScreen; }
     const WindowManager& windowManager() const { return manager_; }
 
     /// Whether anything was announced that was not asked about yet.
@@ -100,6 +108,7 @@ class WindowModel {
     bool staleManager = true;
     bool staleDesktop = true;
     bool staleWorkarea = true;
+    bool ownersChanged = false;   // a window joined or left, until somebody acts on it
     bool hasChangedHands = false; // another window manager, or none any more; until somebody acts on it
     xcb_window_t activeWindow = kNoWindow;
     std::uint32_t currentDesktop = 0;
@@ -115,7 +124,10 @@ class WindowModel {
   private:
     EventEffects applyProperty(const xcb_property_notify_event_t& event);
     EventEffects applyConfigure(const xcb_configure_notify_event_t& event, std::uint32_t sequence);
-    EventEffects applyMapping(xcb_window_t topLevel, bool isMapped);
+    EventEffects applyMapping(xcb_window_t topLevel, bool isMapped, std::uint32_t sequence);
+    EventEffects applyWithdrawal(xcb_window_t window);
+    void adoptMapped();
+    void startSettling(Seconds now);
     EventEffects applyReparent(const xcb_reparent_notify_event_t& event);
     EventEffects removeTopLevel(xcb_window_t window);
     EventEffects applyFocus(xcb_window_t window, bool gained);
@@ -127,6 +139,7 @@ class WindowModel {
     std::optional<std::uint8_t> randrEventBase_;
     WindowManager manager_;
     bool isManagerKnown_ = false;
+    std::optional<Seconds> settlesAt_;
     std::unordered_map<xcb_window_t, TopLevel> topLevels_;
     std::vector<xcb_window_t> stacking_;
     std::vector<xcb_window_t> unknownTopLevels_;

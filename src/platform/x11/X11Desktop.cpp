@@ -4,6 +4,7 @@
 #include "platform/x11/X11Parts.h"
 
 #include <poll.h>
+#include <xcb/xcb_icccm.h>
 
 #include <algorithm>
 #include <memory>
@@ -51,17 +52,19 @@ X11Desktop::~X11Desktop() {
     if (parts_->isLost) return;
     {
         const std::lock_guard lock(parts_->mutex);
+        parts_->hidden.followModel(parts_->model, parts_->queue.uptime());
         if (parts_->hidden.all().empty() && !parts_->isAnyReturning()) return;
     }
     restoreHidden();
-    // A window that was on its way out comes back once it is out, and the last requests are only safe once the server
+    // A window that was on its way out comes back once it is out; what is not back by the end stays on record for the
+    // next agent. And the last requests are only safe once the server
     // has read them: here, and nowhere else, the main thread waits, but not for long.
     const Seconds end = parts_->queue.uptime() + kPatienceAtTheEnd;
     pollfd readable{connectionDescriptor(), POLLIN, 0};
     bool isAnyReturning = true;
     while (isAnyReturning && readEvents() && parts_->queue.uptime() < end) {
         const std::lock_guard lock(parts_->mutex);
-        isAnyReturning = parts_->isAnyReturning();
+        isAnyReturning = parts_->isAnyReturning() || !parts_->hidden.all().empty();
         if (isAnyReturning) ::poll(&readable, 1, 20);
     }
     std::free(
@@ -118,6 +121,7 @@ void X11Desktop::Parts::takeOverLeftWindows() {
     questions.wait(*connection);
     const std::lock_guard lock(mutex);
     questions.take();
+    if (found.empty()) hidden.writeFile();
     hidden.add(found);
     bringAllBack();
 }
@@ -204,12 +208,14 @@ void X11Desktop::Parts::settle(EventEffects effects) {
     {
         const std::lock_guard lock(mutex);
         effects.add(std::exchange(unsettled, {}));
-        // Sending also reads what the server has said meanwhile, for which nothing would wake this thread.
+        // Sending, and looking for answers, also reads what else the server has said meanwhile, for which nothing would
+        // wake this thread.
         for (bool again = true; again;) {
             displaysChanged |= actOn(effects);
             again = std::exchange(mustFlush, false);
             if (again) connection->flush();
-            if (again) effects = drain(xcb_poll_for_queued_event);
+            effects = drain(xcb_poll_for_queued_event);
+            again |= effects.changed || effects.isForMainThread();
         }
     }
     if (displaysChanged) {
@@ -221,9 +227,13 @@ void X11Desktop::Parts::settle(EventEffects effects) {
 
 /// True when the displays are others now.
 bool X11Desktop::Parts::actOn(const EventEffects& effects) {
-    // Whoever comes next may not know what was taken away under the one before.
-    if (std::exchange(model.hasChangedHands, false)) bringAllBack();
+    if (std::exchange(model.hasChangedHands, false)) {
+        // Whoever comes next may not know what was taken away under the one before.
+        for (const xcb_window_t window : hidden.takeAll(queue.uptime())) mapAgain(window);
+        askActiveWindow();
+    }
     for (const xcb_window_t window : effects.returning) mapAgain(window);
+    if (model.isSettling()) remindOfReturning();
     hidden.followModel(model, queue.uptime());
     takeReplies();
     const bool displaysTold = displays.advance();
@@ -233,6 +243,23 @@ bool X11Desktop::Parts::actOn(const EventEffects& effects) {
     for (const xcb_window_t window : effects.redecorated) askDecorations(window);
     mustFlush |= displays.hasUnsent();
     return (displaysTold || effects.panelsChanged) && arrangeDisplays();
+}
+
+/// A window manager that is still starting overlooks what it is asked.
+void X11Desktop::Parts::remindOfReturning() {
+    constexpr Seconds kPause{0.4};
+    const Seconds now = queue.uptime();
+    if (now - lastReminder < kPause) return;
+    lastReminder = now;
+    for (const HiddenWindow& taken : hidden.all()) {
+        const ClientWindow* client = model.client(taken.window);
+        if (!taken.isReturning || (client && model.isShown(*client))) continue;
+        mapAgain(taken.window);
+        // A window that was mapped between two managers, and found iconic by the next, cannot ask by being mapped.
+        if (model.windowManager().isPresent) {
+            connection->sendToWindowManager(taken.window, Atom::wmChangeState, {XCB_ICCCM_WM_STATE_NORMAL, 0, 0, 0, 0});
+        }
+    }
 }
 
 bool X11Desktop::Parts::isAnyReturning() const {
@@ -264,7 +291,7 @@ void X11Desktop::Parts::askActiveWindow() {
                     numbersIn(viewOf(static_cast<const xcb_get_property_reply_t*>(reply)), XCB_ATOM_WINDOW);
                 model.activeWindow = windows.empty() ? kNoWindow : windows[0];
             });
-    } else if (model.activeWindow == kNoWindow) {
+    } else {
         asked.emplace_back().add(xcb_get_input_focus(connection->get()), [this](const void* reply) {
             const auto* focus = static_cast<const xcb_get_input_focus_reply_t*>(reply);
             if (focus && model.client(focus->focus)) model.activeWindow = focus->focus;
@@ -301,16 +328,27 @@ void X11Desktop::Parts::bringUpToDate() {
         const std::lock_guard lock(mutex);
         catchUp();
     }
-    const RefreshOutcome outcome = refresh.run();
-    if (outcome.ownersChanged) identifyApplications();
+    const RefreshOutcome outcome = refresh.run(queue.uptime());
+    bool ownersChanged = outcome.ownersChanged;
+    {
+        const std::lock_guard lock(mutex);
+        ownersChanged |= std::exchange(model.ownersChanged, false);
+    }
+    if (ownersChanged) identifyApplications();
     bool mainHasWork = false;
     {
         const std::lock_guard lock(mutex);
         // While waiting, this thread has read events, and replies to the main thread, that nothing else wakes it for.
         unsettled.add(drain(xcb_poll_for_queued_event));
         unsettled.panelsChanged |= outcome.panelsChanged;
+        unsettled.returning.insert(unsettled.returning.end(), outcome.returning.begin(), outcome.returning.end());
+        // Nothing announces that the time to settle is over.
+        if (model.isSettling()) {
+            noteChange();
+            unsettled.changed = true;
+        }
         mainHasWork = unsettled.isForMainThread() || model.hasChangedHands || (unsettled.changed && isAwaited) ||
-                      hidden.isBehind(model) || !asked.empty() || displays.isAsking();
+                      hidden.isBehind(model, queue.uptime()) || !asked.empty() || displays.isAsking();
         unsettled.changed = false;
     }
     if (mainHasWork && !isMainThread()) queue.post(lifetime.guard([this] { settle({}); }));
@@ -365,7 +403,10 @@ void X11Desktop::notifyWhenChanged(std::uint64_t count, std::function<void()> ca
     parts_->awaitedCount = count;
     parts_->isAwaited = static_cast<bool>(parts_->whenChanged);
     // Whoever waits is to hear at once.
-    if (parts_->isAwaited && parts_->isResting) parts_->resume();
+    if (parts_->isAwaited && parts_->isResting) {
+        parts_->resume();
+        readEvents();
+    }
     parts_->callWhenChanged();
 }
 

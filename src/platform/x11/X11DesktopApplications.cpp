@@ -11,6 +11,9 @@ using namespace x11;
 
 namespace {
 
+/// A little longer than a hidden window is given to leave the screen.
+constexpr Seconds kPatienceWithHiding{1.1};
+
 RunningApplication describe(const X11Application& application, bool isHidden) {
     RunningApplication running;
     running.processIdentifier = application.processIdentifier;
@@ -88,11 +91,17 @@ void X11Desktop::hide(pid_t processIdentifier) {
     if (leaving.empty()) return;
     parts_->noteChange();
     parts_->sendSoon();
+    // A window manager that does not iconify says nothing: then the application is not hidden, and a poll must see it.
+    parts_->queue.after(kPatienceWithHiding, parts_->lifetime.guard([this] {
+        parts_->settle({});
+        parts_->noteChange();
+        parts_->callWhenChanged();
+    }));
 }
 
 void X11Desktop::unhide(pid_t processIdentifier) {
     const std::lock_guard lock(parts_->mutex);
-    const auto coming = parts_->hidden.takeHidden(processIdentifier);
+    const auto coming = parts_->hidden.takeHidden(processIdentifier, parts_->queue.uptime());
     for (const xcb_window_t window : coming) parts_->bringBack(window);
     if (coming.empty()) return;
     parts_->noteChange();
@@ -114,7 +123,7 @@ void X11Desktop::restoreHidden() {
 }
 
 void X11Desktop::Parts::bringAllBack() {
-    for (const HiddenWindow& taken : hidden.takeAll()) bringBack(taken.window);
+    for (const xcb_window_t window : hidden.takeAll(queue.uptime())) bringBack(window);
 }
 
 void X11Desktop::Parts::bringBack(xcb_window_t window) {

@@ -120,7 +120,7 @@ AttributeValue X11Desktop::Parts::read(const ClientWindow& client, Accessibility
     case AccessibilityAttribute::focused:
         return model.activeWindow == client.window;
     case AccessibilityAttribute::fullScreen:
-        return client.isFullScreen;
+        return model.isFullScreen(client);
     case AccessibilityAttribute::windows:
     case AccessibilityAttribute::focusedWindow:
     case AccessibilityAttribute::frontmost:
@@ -180,7 +180,7 @@ void X11Desktop::writeAttributes(const AccessibilityElement& element, std::span<
         } else if (const auto* extent = std::get_if<CGSize>(&write.value)) {
             if (write.attribute == AccessibilityAttribute::size) size = *extent;
         } else if (write.attribute == AccessibilityAttribute::minimized && flag) {
-            isTrue ? parts_->minimize(*client) : parts_->restore(*client);
+            isTrue ? parts_->minimizeByWish(*client) : parts_->restoreByWish(*client);
         } else if ((write.attribute == AccessibilityAttribute::main ||
                     write.attribute == AccessibilityAttribute::focused) &&
                    isTrue) {
@@ -210,40 +210,76 @@ void X11Desktop::performAction(const AccessibilityElement& element, Accessibilit
     parts_->sendSoon();
 }
 
+HiddenWindow X11Desktop::Parts::recordOf(const ClientWindow& client, TakenAway how) const {
+    HiddenWindow record;
+    record.window = client.window;
+    record.processIdentifier = client.processIdentifier;
+    record.how = how;
+    record.since = queue.uptime();
+    return record;
+}
+
+/// A window of a hidden application that is to be minimised stays away when the others come back.
+void X11Desktop::Parts::minimizeByWish(ClientWindow& client) {
+    if (hidden.holds(client.window)) {
+        if (model.windowManager().isPresent) {
+            hidden.remove(client.window);
+        } else {
+            hidden.add({recordOf(client, TakenAway::byUnmapping)});
+        }
+    }
+    minimize(client);
+}
+
+/// One that is not to be minimised any more comes back when they do, and not before.
+void X11Desktop::Parts::restoreByWish(ClientWindow& client) {
+    if (!isApplicationHidden(client.processIdentifier)) return restore(client);
+    if (hidden.holds(client.window) || !model.isMinimized(client)) return;
+    hidden.add({recordOf(client, TakenAway::byHiding)});
+}
+
 void X11Desktop::Parts::minimize(ClientWindow& client) {
     if (model.isMinimized(client)) return;
+    client.hasLeft = false;
     if (model.windowManager().isPresent) {
         connection->sendToWindowManager(client.window, Atom::wmChangeState, {XCB_ICCCM_WM_STATE_ICONIC, 0, 0, 0, 0});
         client.leaveAsked = queue.uptime();
         client.returnsOnceGone = false;
     } else {
-        HiddenWindow unmapped;
-        unmapped.window = client.window;
-        unmapped.processIdentifier = client.processIdentifier;
-        unmapped.how = TakenAway::byUnmapping;
-        unmapped.since = queue.uptime();
         // An application that is being hidden has its windows on record already.
-        if (!hidden.holds(client.window)) hidden.add({unmapped});
+        if (!hidden.holds(client.window)) hidden.add({recordOf(client, TakenAway::byUnmapping)});
         client.isIconifiedByUs = true;
         setIconicState(client.window, XCB_ICCCM_WM_STATE_ICONIC);
-        xcb_unmap_window(connection->get(), client.window);
+        client.ownUnmap = xcb_unmap_window(connection->get(), client.window).sequence;
+        mustFlush = true;
     }
 }
 
 void X11Desktop::Parts::restore(ClientWindow& client) {
-    hidden.remove(client.window);
-    if (!model.isMinimized(client)) {
+    hidden.markReturning(client.window, queue.uptime());
+    // That it is iconic is told after it has left the screen, and only looked into by the next poll.
+    const TopLevel* top = model.topLevel(client.topLevel);
+    const bool hasJustLeft = client.leaveAsked && top && !top->isMapped;
+    if (model.isMinimized(client) || hasJustLeft) {
+        mapAgain(client.window);
+    } else if (client.leaveAsked && queue.uptime() - *client.leaveAsked < kPatienceWithManager) {
         // Mapping a window that is about to go does nothing; it is done when it has gone.
-        client.returnsOnceGone = client.leaveAsked && queue.uptime() - *client.leaveAsked < kPatienceWithManager;
-        return;
+        client.returnsOnceGone = true;
     }
-    mapAgain(client.window);
 }
 
 void X11Desktop::Parts::mapAgain(xcb_window_t window) {
     if (!model.windowManager().isPresent) setIconicState(window, XCB_ICCCM_WM_STATE_NORMAL);
     xcb_map_window(connection->get(), window);
     mustFlush = true;
+    ClientWindow* client = model.client(window);
+    if (!client) return;
+    // At once, so that the next wish is not measured by what no longer holds. If it stays iconic, the poll finds out.
+    client->isIconic = client->isHiddenState = client->isIconifiedByUs = false;
+    client->leaveAsked.reset();
+    const TopLevel* top = model.topLevel(client->topLevel);
+    client->isMapAsked = top && !top->isMapped;
+    model.markStale(*client, stale::state);
 }
 
 /// Without a window manager the state is ours to keep, for the window and for who comes after us.

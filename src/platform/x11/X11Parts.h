@@ -58,6 +58,7 @@ struct X11Desktop::Parts {
     x11::DisplayReader displays;
     std::deque<x11::Questions> asked; // by the main thread, which does not wait for the replies
     bool isPointerAsked = false;
+    Seconds lastReminder{};
     x11::HiddenWindows hidden;
     x11::Outbox outbox;
     x11::EventEffects unsettled; // found by the polling queue, for the main thread to act on
@@ -102,12 +103,16 @@ struct X11Desktop::Parts {
     AttributeValue readApplication(pid_t processIdentifier, AccessibilityAttribute attribute) const;
 
     // Writing (locked by the caller, main thread)
+    x11::HiddenWindow recordOf(const x11::ClientWindow& client, x11::TakenAway how) const;
+    void minimizeByWish(x11::ClientWindow& client);
+    void restoreByWish(x11::ClientWindow& client);
     void minimize(x11::ClientWindow& client);
     void restore(x11::ClientWindow& client);
     void mapAgain(xcb_window_t window);
     void setIconicState(xcb_window_t window, std::uint32_t state);
     void bringBack(xcb_window_t window);
     void bringAllBack();
+    void remindOfReturning();
     void takeOverLeftWindows(); // not locked; waits for the server
     bool isAnyReturning() const;
     void sendSoon();
