@@ -40,7 +40,8 @@ struct Session {
                                                      .changes = desktop,
                                                      .preferences = preferences,
                                                      .queue = desktop.queue(),
-                                                     .pollingQueue = desktop.pollingQueue()}};
+                                                     .pollingQueue = desktop.pollingQueue(),
+                                                     .alerts = desktop}};
 };
 
 void PlanAnArrangement(benchmark::State& state) {

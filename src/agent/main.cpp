@@ -72,7 +72,7 @@ class Desktop {
         const auto& reason = std::get<std::string>(opened);
         complain(options, reason);
         if (!isWaylandOnly()) return std::nullopt;
-        desktop.absent_ = std::make_unique<AbsentDesktop>(reason);
+        desktop.absent_ = std::make_unique<AbsentDesktop>(reason, loop);
         return desktop;
     }
 
@@ -80,9 +80,10 @@ class Desktop {
     X11Desktop* x11() const { return x11_.get(); }
     DiagnosticsServicing& diagnostics() const { return x11_ ? static_cast<DiagnosticsServicing&>(*x11_) : *absent_; }
     WorkspaceServices services(SessionServicing& session, PreferencesStore& preferences, MainQueue& queue,
-                               WorkQueue& pollingQueue) const {
+                               WorkQueue& pollingQueue, AlertServicing& alerts) const {
         const auto from = [&](auto& desktop) {
-            return WorkspaceServices{desktop, desktop, desktop, session, desktop, preferences, queue, pollingQueue};
+            return WorkspaceServices{desktop,     desktop, desktop,      session, desktop,
+                                     preferences, queue,   pollingQueue, alerts};
         };
         return x11_ ? from(*x11_) : from(*absent_);
     }
@@ -132,7 +133,8 @@ int manageSession(const Options& options) {
 
     UnlockedSession session;
     SerialWorkQueue pollingQueue("kova-polling");
-    AppDelegate delegate(desktop->services(session, preferences, loop, pollingQueue));
+    UnansweredAlerts alerts; // the command line asks at its terminal
+    AppDelegate delegate(desktop->services(session, preferences, loop, pollingQueue, alerts));
     const auto& state = delegate.workspace().state();
     const auto messages = state.lastActionMessage.observe([](const std::optional<std::string>& message) {
         if (message) log(LogLevel::detail, *message);

@@ -31,16 +31,38 @@ struct RunningApplication {
     ApplicationActivationPolicy activationPolicy = ApplicationActivationPolicy::regular;
     bool isHidden = false;
     bool isTerminated = false;
+    bool isPartOfDesktop = false; // file manager, panel, window manager, session: what the desktop itself consists of
     bool operator==(const RunningApplication&) const = default;
 };
+
+/// An application that is installed, whether it runs or not.
+struct LaunchableApplication {
+    std::string identifier;                      // the same for the same application as long as it is installed
+    std::string name;                            // in the user's language
+    std::optional<std::string> bundleIdentifier; // as that of its running applications
+    std::string location;                        // absolute path of the bundle or of the desktop entry
+    ApplicationIcon icon;
+    bool operator==(const LaunchableApplication&) const = default;
+};
+
+/// Whether a launched application comes to the front or leaves the keyboard where it is.
+enum class LaunchActivation { activates, inBackground };
+
+struct LaunchResult {
+    std::optional<std::string> error;       // a sentence for the user; absent when the application was started
+    std::optional<pid_t> processIdentifier; // of what was started; its windows may all the same be another process's
+    bool operator==(const LaunchResult&) const = default;
+};
+
+using LaunchCompletion = std::function<void(const LaunchResult&)>;
 
 class ApplicationServicing {
   public:
     virtual ~ApplicationServicing() = default;
 
     virtual pid_t ownProcessIdentifier() const = 0;
-    /// In the desktop's own, stable order. The first question of every poll: there a desktop may bring what it knows up to
-    /// date. Any thread; may wait on the polling queue only.
+    /// In the desktop's own, stable order. The first question of every poll: there a desktop may bring what it knows up
+    /// to date. Any thread; may wait on the polling queue only.
     virtual std::vector<RunningApplication> runningApplications() const = 0;
     /// Absent when there is no such process among the applications. Any thread; never waits.
     virtual std::optional<RunningApplication> runningApplication(pid_t processIdentifier) const = 0;
@@ -57,6 +79,23 @@ class ApplicationServicing {
     virtual void hide(pid_t processIdentifier) = 0;
     virtual void unhide(pid_t processIdentifier) = 0;
     virtual void activate(pid_t processIdentifier) = 0;
+
+    /// What a user would find in a menu of applications, sorted by name. Main thread; may read files, waits for nobody.
+    virtual std::vector<LaunchableApplication> launchableApplications() const = 0;
+    /// The installed application of that bundle identifier, also one that menus do not show; absent when there is none.
+    /// Main thread; may read files, waits for nobody.
+    virtual std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) const = 0;
+    /// Starts the application from its location; one that runs may answer with another window, or just come to the
+    /// front. Never waits: the completion is called once, on the main thread and after this has returned, when the
+    /// start is known to have worked or not. Not called any more when the desktop is closed first. Main thread.
+    virtual void launch(const LaunchableApplication& application, LaunchActivation activation,
+                        LaunchCompletion completion) = 0;
+    /// Asks the application to quit, as if its user had; it may ask back, take its time, or stay. False when there is
+    /// nobody to ask. Main thread; never waits.
+    virtual bool terminate(pid_t processIdentifier) = 0;
+    /// Ends the application's process without asking it; what was not saved is lost. False when there is no such
+    /// application, or it is none of the user's to end. Main thread; never waits.
+    virtual bool forceTerminate(pid_t processIdentifier) = 0;
 };
 
 } // namespace kova

@@ -8,6 +8,7 @@
 #include "support/MainQueue.h"
 #include "themes/ThemeRegistry.h"
 #include "windowing/AccessibilityWindowService.h"
+#include "windowing/AlertServicing.h"
 #include "workspace/ArrangementPlan.h"
 #include "workspace/DisplayLayouts.h"
 #include "workspace/DividerDrag.h"
@@ -41,6 +42,7 @@ struct WorkspaceServices {
     PreferencesStore& preferences;
     MainQueue& queue;
     WorkQueue& pollingQueue;
+    AlertServicing& alerts;
 };
 
 /// A tile as it stands on a display.

@@ -29,6 +29,7 @@ WorkspaceController& Desk::controller() {
             .preferences = preferences,
             .queue = desktop.queue(),
             .pollingQueue = desktop.pollingQueue(),
+            .alerts = desktop,
         });
     }
     return *controller_;

@@ -17,6 +17,12 @@ pid_t AbsentDesktop::ownProcessIdentifier() const {
     return getpid();
 }
 
+void AbsentDesktop::launch(const LaunchableApplication& application, LaunchActivation, LaunchCompletion completion) {
+    queue_.post([text = application.name + " cannot be launched here", completion = std::move(completion)] {
+        completion({.error = text, .processIdentifier = std::nullopt});
+    });
+}
+
 std::vector<DiagnosticLine> AbsentDesktop::diagnose() const {
     return {{"connection", DiagnosticVerdict::wrong, reason_}};
 }

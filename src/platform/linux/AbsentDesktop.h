@@ -2,6 +2,7 @@
 // it, so that whoever asks is told why nothing moves and what to do.
 #pragma once
 
+#include "support/MainQueue.h"
 #include "windowing/AccessibilityServicing.h"
 #include "windowing/ApplicationServicing.h"
 #include "windowing/DiagnosticsServicing.h"
@@ -18,7 +19,7 @@ class AbsentDesktop final : public AccessibilityServicing,
                             public DiagnosticsServicing {
   public:
     /// `reason` says in the user's words why there is no desktop and what to do.
-    explicit AbsentDesktop(std::string reason) : reason_(std::move(reason)) {}
+    AbsentDesktop(std::string reason, MainQueue& queue) : reason_(std::move(reason)), queue_(queue) {}
 
     bool isProcessTrusted() const override { return false; }
     bool requestTrust(bool) override { return false; }
@@ -40,6 +41,14 @@ class AbsentDesktop final : public AccessibilityServicing,
     void hide(pid_t) override {}
     void unhide(pid_t) override {}
     void activate(pid_t) override {}
+    std::vector<LaunchableApplication> launchableApplications() const override { return {}; }
+    std::optional<LaunchableApplication> launchableApplication(const std::string&) const override {
+        return std::nullopt;
+    }
+    void launch(const LaunchableApplication& application, LaunchActivation activation,
+                LaunchCompletion completion) override;
+    bool terminate(pid_t) override { return false; }
+    bool forceTerminate(pid_t) override { return false; }
 
     std::vector<Screen> screens() const override { return {}; }
     Subscription observeScreens(std::function<void()>) override { return {}; }
@@ -53,6 +62,7 @@ class AbsentDesktop final : public AccessibilityServicing,
 
   private:
     std::string reason_;
+    MainQueue& queue_;
 };
 
 } // namespace kova

@@ -142,12 +142,15 @@ SimulatedDesktop::Application* SimulatedDesktop::findApplication(pid_t processId
 }
 
 pid_t SimulatedDesktop::launch(std::string name, ApplicationTraits traits) {
-    RunningApplication record{.processIdentifier = ++lastProcessIdentifier_,
-                              .localizedName = traits.hasName ? std::optional(name) : std::nullopt,
-                              .bundleIdentifier = traits.bundleIdentifier.value_or("sim." + asciiLowercased(name)),
-                              .bundlePath = std::move(traits.bundlePath),
-                              .icon = std::move(traits.icon),
-                              .activationPolicy = traits.activationPolicy};
+    auto bundleIdentifier = traits.bundleIdentifier.value_or("sim." + asciiLowercased(name));
+    RunningApplication record{
+        .processIdentifier = ++lastProcessIdentifier_,
+        .localizedName = traits.hasName ? std::optional(name) : std::nullopt,
+        .bundleIdentifier = traits.hasBundleIdentifier ? std::optional(std::move(bundleIdentifier)) : std::nullopt,
+        .bundlePath = std::move(traits.bundlePath),
+        .icon = std::move(traits.icon),
+        .activationPolicy = traits.activationPolicy,
+        .isPartOfDesktop = traits.isPartOfDesktop};
     if (name == "KOVA") record.processIdentifier = kOwnProcessIdentifier;
     applications_.push_back({.record = std::move(record),
                              .name = std::move(name),
@@ -158,7 +161,10 @@ pid_t SimulatedDesktop::launch(std::string name, ApplicationTraits traits) {
 }
 
 void SimulatedDesktop::quit(std::string_view name) {
-    const pid_t process = application(name).record.processIdentifier;
+    end(application(name).record.processIdentifier);
+}
+
+void SimulatedDesktop::end(pid_t process) {
     for (const auto* window : livingWindows()) {
         if (window->processIdentifier() == process) remove(*window);
     }

@@ -8,6 +8,7 @@
 #include "platform/simulated/VirtualTime.h"
 #include "support/Lifetime.h"
 #include "windowing/AccessibilityServicing.h"
+#include "windowing/AlertServicing.h"
 #include "windowing/ApplicationServicing.h"
 #include "windowing/DiagnosticsServicing.h"
 #include "windowing/ScreenServicing.h"
@@ -18,6 +19,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace kova {
@@ -37,9 +39,27 @@ struct ApplicationTraits {
     bool hasName = true;
     ApplicationIcon icon{.name = "application", .image = nullptr};
     std::string bundlePath{};
+    bool isPartOfDesktop = false;
+    bool hasBundleIdentifier = true;
     bool listsWindowsTwice = false;
     bool lingersWhenHidden = false; // its windows stay on the screen all the same
 };
+
+/// An application that can be launched, and what happens when it is.
+struct InstallationTraits {
+    std::optional<std::string> bundleIdentifier{}; // absent: "sim." and the name in lower case
+    bool hasBundleIdentifier = true;
+    std::optional<std::string> fails{}; // launching it gives this error
+    Seconds startsAfter{0.5};           // until its process runs and the launch is known to have worked
+    Seconds opensAfter{0.5};            // until its first window, from there; more: one every half a second
+    int windowCount = 1;
+    bool opensWhenRunning = false; // one more window when it is launched again
+    WindowTraits window{};
+    ApplicationTraits traits{};
+};
+
+/// How an application takes being asked to quit.
+enum class QuittingHabit { quits, refuses };
 
 /// What hiding an application does to its windows.
 enum class HidingStyle {
@@ -51,6 +71,7 @@ class SimulatedDesktop : public AccessibilityServicing,
                          public ApplicationServicing,
                          public ScreenServicing,
                          public SessionServicing,
+                         public AlertServicing,
                          public DesktopChangeServicing,
                          public DiagnosticsServicing {
   public:
@@ -86,6 +107,17 @@ class SimulatedDesktop : public AccessibilityServicing,
     void stealNextActivation(std::string_view application);
     void setHidingStyle(HidingStyle style) { hidingStyle_ = style; }
     pid_t processIdentifier(std::string_view application) const;
+    bool isRunning(std::string_view application) const;
+    /// Makes an application known to those who launch.
+    LaunchableApplication install(std::string name, InstallationTraits traits = {});
+    void uninstall(std::string_view name);
+    void setQuittingHabit(std::string_view application, QuittingHabit habit);
+
+    // Alerts
+    /// The alerts shown since the last call, in their order.
+    std::vector<Alert> takeAlerts() { return std::exchange(alerts_, {}); }
+    /// The user's answer to the oldest question that waits for one.
+    void answerAlert(bool isConfirmed);
 
     // Windows. A label is the application's name, with a number for every further window: "Mail", "Mail 2".
     std::string open(std::string_view application, WindowTraits traits = {});
@@ -154,6 +186,15 @@ class SimulatedDesktop : public AccessibilityServicing,
     void hide(pid_t processIdentifier) override;
     void unhide(pid_t processIdentifier) override;
     void activate(pid_t processIdentifier) override;
+    std::vector<LaunchableApplication> launchableApplications() const override;
+    std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) const override;
+    void launch(const LaunchableApplication& application, LaunchActivation activation,
+                LaunchCompletion completion) override;
+    bool terminate(pid_t processIdentifier) override;
+    bool forceTerminate(pid_t processIdentifier) override;
+    // AlertServicing
+    void inform(const Alert& alert) override;
+    void confirm(const Alert& alert, std::function<void(bool)> answer) override;
     // ScreenServicing and SessionServicing
     std::vector<Screen> screens() const override;
     Subscription observeScreens(std::function<void()> changed) override;
@@ -174,7 +215,12 @@ class SimulatedDesktop : public AccessibilityServicing,
         bool listsWindowsTwice = false;
         bool lingersWhenHidden = false;
         bool answers = true;
+        QuittingHabit quittingHabit = QuittingHabit::quits;
         std::uint64_t focusedWindow = 0;
+    };
+    struct Installation {
+        LaunchableApplication application;
+        InstallationTraits traits;
     };
 
     Application& application(std::string_view name);
@@ -188,6 +234,10 @@ class SimulatedDesktop : public AccessibilityServicing,
     AccessibilityElement elementOf(const SimulatedWindow& window) const;
     const SimulatedDisplay& display(std::string_view name) const;
     SimulatedDisplay& display(std::string_view name);
+    const Installation* findInstallation(const std::string& identifier) const;
+    void startInstalled(const Installation& installation, LaunchActivation activation);
+    void openLater(pid_t processIdentifier, const WindowTraits& traits, Seconds delay, LaunchActivation activation);
+    void end(pid_t processIdentifier);
     std::string freeLabel(const std::string& applicationName) const;
 
     CGRect displayFrame(const SimulatedDisplay& display) const;
@@ -221,6 +271,9 @@ class SimulatedDesktop : public AccessibilityServicing,
     mutable VirtualWorkQueue pollingQueue_{queue_};
     std::vector<SimulatedDisplay> displays_; // the platform's order
     std::deque<Application> applications_;   // the order of launching
+    std::vector<Installation> installations_;
+    std::vector<Alert> alerts_;
+    std::deque<std::function<void(bool)>> questions_;
     std::map<std::uint64_t, SimulatedWindow> windows_;
     std::vector<std::uint64_t> stacking_; // front to back
     std::optional<pid_t> frontmost_;

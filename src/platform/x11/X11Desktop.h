@@ -74,6 +74,12 @@ class X11Desktop final : public AccessibilityServicing,
     void hide(pid_t processIdentifier) override;
     void unhide(pid_t processIdentifier) override;
     void activate(pid_t processIdentifier) override;
+    std::vector<LaunchableApplication> launchableApplications() const override;
+    std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) const override;
+    void launch(const LaunchableApplication& application, LaunchActivation activation,
+                LaunchCompletion completion) override;
+    bool terminate(pid_t processIdentifier) override;
+    bool forceTerminate(pid_t processIdentifier) override;
 
     // ScreenServicing
     std::vector<Screen> screens() const override;
