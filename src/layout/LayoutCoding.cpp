@@ -50,12 +50,6 @@ std::vector<double> decodeWeights(const JsonCursor& at) {
     return weights;
 }
 
-Uuid decodeUuid(const JsonCursor& at) {
-    const auto uuid = Uuid::parse(at.string());
-    if (!uuid) at.fail("expected a UUID");
-    return *uuid;
-}
-
 } // namespace
 
 json encode(CGPoint point) {
@@ -159,7 +153,7 @@ WorkspaceProfile decodeWorkspaceProfile(const JsonCursor& at) {
         return decodeMap<LayoutWeightOverrides>(value, decodeWeightOverrides);
     };
     return {
-        .id = decodeUuid(at.required("id")),
+        .id = at.required("id").uuid(),
         .name = at.required("name").string(),
         .themeID = at.required("themeID").string(),
         .layoutID = at.required("layoutID").string(),

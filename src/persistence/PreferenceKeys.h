@@ -8,6 +8,7 @@ namespace kova::preferenceKey {
 
 inline constexpr std::string_view workspaceProfile = "KOVA.workspaceProfile.v1";
 inline constexpr std::string_view autoArrangeLearning = "KOVA.autoArrangeLearning.v1";
+inline constexpr std::string_view workspaceProduct = "KOVA.workspaceProduct.v1";
 inline constexpr std::string_view accentColor = "KOVA.accentColor.v1";
 inline constexpr std::string_view useThemeBackground = "KOVA.useThemeBackground.v1";
 inline constexpr std::string_view showBrain = "KOVA.showBrain.v1";
@@ -15,7 +16,7 @@ inline constexpr std::string_view showTileBackgrounds = "KOVA.showTileBackground
 inline constexpr std::string_view continuousManagement = "KOVA.continuousManagement.v1";
 
 /// Any of these under a value marks an existing user.
-inline constexpr std::array existingUserKeys = {workspaceProfile, useThemeBackground, showBrain,
-                                                showTileBackgrounds, accentColor, autoArrangeLearning};
+inline constexpr std::array existingUserKeys = {workspaceProfile,    useThemeBackground, showBrain,
+                                                showTileBackgrounds, accentColor,        autoArrangeLearning};
 
 } // namespace kova::preferenceKey

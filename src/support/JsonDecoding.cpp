@@ -6,12 +6,13 @@ namespace kova {
 
 namespace {
 
-constexpr int kMaximumDepth = 64;
-
 /// The library's reason without what it puts before it: names and numbers of its own.
 std::string after(std::string_view mark, std::string_view text) {
     const auto at = text.find(mark);
-    return std::string(at == std::string_view::npos ? text : text.substr(at + mark.size()));
+    const std::string_view reason = at == std::string_view::npos ? text : text.substr(at + mark.size());
+    // The library quotes what it read last, which may be as long as the document.
+    constexpr std::size_t kLongestReason = 300;
+    return reason.size() <= kLongestReason ? std::string(reason) : std::string(reason.substr(0, kLongestReason)) + "…";
 }
 
 } // namespace
@@ -46,6 +47,12 @@ std::int64_t JsonCursor::integer() const {
     if (std::trunc(number) != number) fail("expected an integer");
     if (number < -9.2233720368547758e18 || number >= 9.2233720368547758e18) fail("integer out of range");
     return static_cast<std::int64_t>(number);
+}
+
+Uuid JsonCursor::uuid() const {
+    const auto uuid = Uuid::parse(string());
+    if (!uuid) fail("expected a UUID");
+    return *uuid;
 }
 
 std::vector<JsonCursor> JsonCursor::elements() const {
@@ -88,18 +95,23 @@ std::pair<std::string, JsonCursor> JsonCursor::soleCase() const {
     return all.front();
 }
 
+DecodingError notJson(const nlohmann::json::exception& error) {
+    if (const auto* syntax = dynamic_cast<const nlohmann::json::parse_error*>(&error)) {
+        return {"", "not JSON at byte " + std::to_string(syntax->byte) + ": " + after(": ", error.what())};
+    }
+    return {"", "number out of range: " + after("parsing ", error.what())};
+}
+
 nlohmann::json parseJson(std::string_view text) {
     const auto limitDepth = [](int depth, nlohmann::json::parse_event_t, const nlohmann::json&) {
-        if (depth > kMaximumDepth)
-            throw DecodingError("", "nested deeper than " + std::to_string(kMaximumDepth) + " levels");
+        if (depth > kMaximumJsonDepth)
+            throw DecodingError("", "nested deeper than " + std::to_string(kMaximumJsonDepth) + " levels");
         return true;
     };
     try {
         return nlohmann::json::parse(text, limitDepth);
-    } catch (const nlohmann::json::parse_error& error) {
-        throw DecodingError("", "not JSON at byte " + std::to_string(error.byte) + ": " + after(": ", error.what()));
-    } catch (const nlohmann::json::out_of_range& error) {
-        throw DecodingError("", "number out of range: " + after("parsing ", error.what()));
+    } catch (const nlohmann::json::exception& error) {
+        throw notJson(error);
     }
 }
 

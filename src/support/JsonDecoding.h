@@ -3,6 +3,7 @@
 #pragma once
 
 #include "support/Decoded.h"
+#include "support/Uuid.h"
 
 #include <nlohmann/json.hpp>
 
@@ -28,6 +29,7 @@ class JsonCursor {
     bool boolean() const;
     double number() const;
     std::int64_t integer() const;
+    Uuid uuid() const;
     /// Elements of an array, in order.
     std::vector<JsonCursor> elements() const;
     /// Members of an object, in key order.
@@ -43,7 +45,12 @@ class JsonCursor {
     std::string path_;
 };
 
-/// Parses text of limited nesting depth (64); text that is not JSON fails with the byte, counted from 1, at which
+/// Deeper documents are refused.
+inline constexpr int kMaximumJsonDepth = 64;
+/// What it means that the library cannot parse a text, in our own words and of bounded length.
+DecodingError notJson(const nlohmann::json::exception& error);
+
+/// Parses text of limited nesting depth; text that is not JSON fails with the byte, counted from 1, at which
 /// it was found out.
 nlohmann::json parseJson(std::string_view text);
 

@@ -1,0 +1,84 @@
+// Takes a workspace document in as the parser meets its parts. Scenes and their entries become records as soon as their
+// closing brace is read; what no record asks for is skipped; what does not fit fails at once.
+#pragma once
+
+#include "persistence/WorkspaceProductDocument.h"
+#include "support/JsonDecoding.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+enum class DateCoding { secondsSince2001, iso8601 };
+
+/// The parser's listener: the names of its calls are the library's. They throw `DecodingError`.
+class WorkspaceDocumentReader {
+  public:
+    using json = nlohmann::json;
+
+    explicit WorkspaceDocumentReader(DateCoding dates) : dates_(dates) {}
+    /// The document, once all of it was parsed.
+    WorkspaceProductDocument take() { return std::move(document_); }
+
+    bool null() { return scalar(nullptr); }
+    bool boolean(bool value) { return scalar(value); }
+    bool number_integer(json::number_integer_t value) { return scalar(value); }
+    bool number_unsigned(json::number_unsigned_t value) { return scalar(value); }
+    bool number_float(json::number_float_t value, const std::string&) { return scalar(value); }
+    bool string(std::string& value);
+    bool binary(json::binary_t&) { return false; } // JSON has none
+    bool start_object(std::size_t) { return open(json::object()); }
+    bool start_array(std::size_t) { return open(json::array()); }
+    bool key(std::string& name);
+    bool end_object() { return close(); }
+    bool end_array() { return close(); }
+    bool parse_error(std::size_t, const std::string&, const json::exception& error) { throw notJson(error); }
+
+  private:
+    enum class Kind { document, scene, display, placement, rule };
+    /// A record whose closing brace is still to come.
+    struct Record {
+        Record(Kind recordKind, std::string recordPath) : kind(recordKind), path(std::move(recordPath)) {}
+
+        Kind kind;
+        std::string path;
+        json members = json::object(); // those read so far, without its lists
+        std::string key;               // of the member that comes next
+        std::vector<json*> containers; // inside that member, the innermost last
+        std::size_t values = 0;
+        std::string list;        // the list that is open, by its key; empty when none is
+        std::size_t entries = 0; // read in it
+    };
+
+    static Kind entryKind(const std::string& list);
+    static bool isList(Kind kind, const std::string& key);
+    static bool isKnown(Kind kind, const std::string& key);
+
+    bool scalar(json value);
+    bool open(json container);
+    bool close();
+    void openList(Record& record);
+    json* insert(Record& record, json value);
+    std::string placeIn(const Record& record) const;
+    void finish(Record& record);
+
+    Date date(const JsonCursor& at) const;
+    WorkspaceScene scene(const JsonCursor& at);
+    static WorkspaceSceneDisplay display(const JsonCursor& at);
+    static WorkspaceScenePlacement placement(const JsonCursor& at);
+    static WorkspaceRule rule(const JsonCursor& at);
+
+    DateCoding dates_;
+    WorkspaceProductDocument document_;
+    std::vector<WorkspaceSceneDisplay> displays_; // of the scene that is open
+    std::vector<WorkspaceScenePlacement> placements_;
+    std::vector<Record> records_; // the innermost last
+    int depth_ = 0;
+    int skipped_ = 0; // containers open inside a member that no record asks for
+};
+
+} // namespace kova

@@ -1,0 +1,94 @@
+// The one persisted record of what the user saved: scenes and window rules. It lives in the preferences, and travels
+// between machines as a file.
+#pragma once
+
+#include "layout/LayoutTree.h"
+#include "support/Dates.h"
+#include "support/Uuid.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace kova {
+
+/// How a window is found again in another session.
+struct WorkspaceWindowReference {
+    std::optional<std::string> bundleIdentifier;
+    std::string applicationName;
+    std::optional<std::string> titleHint; // the title at capture; absent when it was empty
+    bool operator==(const WorkspaceWindowReference&) const = default;
+};
+
+struct WorkspaceScenePlacement {
+    Uuid id = Uuid::random();
+    WorkspaceWindowReference window;
+    std::int64_t displayOrdinal = 0;
+    std::string slotID; // of the anchor tile, when the window spans several
+    std::int64_t stackIndex = 0;
+    std::optional<std::vector<std::string>> claimedSlotIDs; // sorted
+    std::optional<bool> isActive;                           // in front of its tile
+    bool operator==(const WorkspaceScenePlacement&) const = default;
+};
+
+struct WorkspaceSceneDisplay {
+    std::int64_t ordinal = 0; // index in the list of displays at capture
+    std::string name;
+    double aspectRatio = 1; // width by height of the visible frame
+    std::string layoutID;
+    LayoutWeightOverrides layoutWeights;
+    bool operator==(const WorkspaceSceneDisplay&) const = default;
+};
+
+struct WorkspaceScene {
+    Uuid id = Uuid::random(); // never changes
+    std::string name;
+    Date createdAt{};
+    Date updatedAt{};
+    std::string themeID;
+    std::string accentColorID;
+    double tileInset = 5; // points
+    std::vector<WorkspaceSceneDisplay> displays;
+    std::vector<WorkspaceScenePlacement> placements;
+    bool operator==(const WorkspaceScene&) const = default;
+};
+
+namespace disposition {
+struct Tile {
+    std::string slotID;
+    bool operator==(const Tile&) const = default;
+};
+struct Float {
+    bool operator==(const Float&) const = default;
+};
+struct Ignore {
+    bool operator==(const Ignore&) const = default;
+};
+} // namespace disposition
+
+/// What becomes of a window that a rule matches.
+using WorkspaceRuleDisposition = std::variant<disposition::Tile, disposition::Float, disposition::Ignore>;
+
+struct WorkspaceRule {
+    Uuid id = Uuid::random();
+    std::string name;
+    bool isEnabled = true;
+    // Criteria: all that are present must hold, and a rule without any never matches.
+    std::optional<std::string> bundleIdentifier;
+    std::optional<std::string> applicationName;
+    std::optional<std::string> titleContains;
+    WorkspaceRuleDisposition disposition = disposition::Float{};
+    bool operator==(const WorkspaceRule&) const = default;
+};
+
+struct WorkspaceProductDocument {
+    std::int64_t version = 1;           // written as 1, and of no consequence when read
+    std::vector<WorkspaceScene> scenes; // the newest last
+    std::vector<WorkspaceRule> rules;   // the first that matches decides
+    std::optional<Uuid> activeSceneID;
+    bool operator==(const WorkspaceProductDocument&) const = default;
+};
+
+} // namespace kova

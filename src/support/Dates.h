@@ -1,0 +1,27 @@
+// Dates as records hold them: a moment to the microsecond, and the two ways in which it is written. Every date that can
+// be read, from the year 0000 to the year 9999, can be written in both.
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kova {
+
+using Date = std::chrono::time_point<std::chrono::system_clock, std::chrono::microseconds>;
+
+/// Seconds, with their fraction, since 2001-01-01T00:00:00Z.
+double secondsSince2001(Date date);
+/// To the nearest microsecond; absent for what is not a number or lies outside the years 0000 to 9999.
+std::optional<Date> dateFromSecondsSince2001(double seconds);
+
+/// YYYY-MM-DDTHH:MM:SSZ; a fraction of a second is dropped downwards.
+std::string iso8601(Date date);
+/// From exactly that form and a date that exists; absent for anything else.
+std::optional<Date> dateFromIso8601(std::string_view text);
+
+/// The moment on the clocks of the user's time zone, as in "Nov 14, 18:12".
+std::string localMonthDayTime(Date date);
+
+} // namespace kova
