@@ -51,6 +51,7 @@ WorkspaceController::~WorkspaceController() = default;
 
 void WorkspaceController::start(bool promptForPermission) {
     refreshCycle_.begin();
+    didAutoArrange_ = false;
     state_.screens.set(services_.screens.screens());
     state_.permissionState.set(windowService_->permissionState());
     if (promptForPermission && *state_.permissionState != AccessibilityPermissionState::granted) {
@@ -64,6 +65,7 @@ void WorkspaceController::stop() {
     abandonDrags();
     closeFocusMode();
     ++autoArrangeGeneration_;
+    pendingApplicationPlacements_.clear();
     refreshCycle_.end();
     recovery_.clear();
     recovery_.detectedLockedLoginSession = false;

@@ -13,6 +13,7 @@
 #include "workspace/DisplayLayouts.h"
 #include "workspace/DividerDrag.h"
 #include "workspace/LayoutMigration.h"
+#include "workspace/PendingApplicationPlacement.h"
 #include "workspace/PresentationSuspension.h"
 #include "workspace/ReflowPolicy.h"
 #include "workspace/RefreshCycle.h"
@@ -22,6 +23,7 @@
 #include "workspace/WorkspaceAction.h"
 #include "workspace/WorkspaceState.h"
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -126,6 +128,27 @@ class WorkspaceController {
     /// Brings the next window of the focused tile's stack to the front.
     bool cycleStack();
 
+    // Launching and quitting
+    /// Launches the application; the first of its windows that appears within 20 s, or is there without a tile, is put
+    /// into the tile. Another launch into the tile replaces this one. `completion` is called once the launch has worked
+    /// or failed. False without permission.
+    bool launchApplication(const LaunchableApplication& application, const std::string& displayID,
+                           const std::string& slotID, LaunchCompletion completion = {});
+    /// By tile-target id.
+    const std::map<std::string, PendingApplicationPlacement>& pendingApplicationPlacements() const {
+        return pendingApplicationPlacements_;
+    }
+    /// Asks the application that owns the window to quit. False when there is no such window, or it is the desktop's.
+    bool quitApplication(const std::string& windowID);
+    /// Ends it without asking it.
+    bool forceQuitApplication(const std::string& windowID);
+    /// What `forceQuitAllApplications` would end, by name.
+    std::vector<RunningApplication> regularApplicationsToForceQuit() const;
+    /// Asks the user and then ends them.
+    void forceQuitAllApplications();
+    /// Ends those that the user has confirmed and that are still what they were; gives their number.
+    int forceQuit(const std::vector<RunningApplication>& confirmed);
+
     // Dividers
     /// Every boundary that can be dragged; none on a display that a zoomed window owns.
     std::vector<DisplayLayoutDivider> dividers() const;
@@ -212,6 +235,14 @@ class WorkspaceController {
     bool isLeftAlone(const ManagedWindow& window) const;
     CGSize minimumSizeOf(const ManagedWindow& window) const;
     void publishAssignments();
+
+    // Launching and quitting (WorkspaceLaunching.cpp, WorkspaceQuitting.cpp)
+    void applicationLaunched(const std::string& tile, const std::string& identifier, const LaunchResult& result);
+    void dropExpiredApplicationPlacements();
+    void processPendingApplicationPlacements();
+    const ManagedWindow* windowLaunchedFor(const PendingApplicationPlacement& placement) const;
+    bool endApplicationOf(const std::string& windowID, const std::string& message,
+                          const std::function<void(pid_t)>& end);
 
     // Dividers and hand-made moves (WorkspaceDividers.cpp, WorkspaceWindowDrag.cpp)
     void applyDividerDrag();
@@ -310,6 +341,7 @@ class WorkspaceController {
     };
     std::map<std::string, ShownLayout> lastLayoutByDisplay_;
     ArrangementPlan lastArrangement_;
+    std::map<std::string, PendingApplicationPlacement> pendingApplicationPlacements_; // by tile-target id
     std::int64_t autoArrangeGeneration_ = 0;
     bool didAutoArrange_ = false;
     bool isLearningSavePending_ = false;

@@ -17,6 +17,7 @@ bool samePresentation(const std::vector<ManagedWindow>& a, const std::vector<Man
 } // namespace
 
 void WorkspaceController::applyPoll(PollResult result) {
+    dropExpiredApplicationPlacements();
     if (applyLockedSession(result.isSessionLocked)) return;
     const bool isRecovering = recovery_.isActive(services_.queue.uptime());
     const bool isGranted = result.permissionState == AccessibilityPermissionState::granted;
@@ -78,6 +79,7 @@ void WorkspaceController::presentPoll(bool isRecovering) {
     relaxMinimums();
     noteTileGeometry();
     reapplyTileFrames();
+    processPendingApplicationPlacements();
     services_.accessibility.flush();
 }
 
@@ -117,13 +119,15 @@ void WorkspaceController::scheduleAutomaticArrangement(bool justGranted) {
     const bool isDue = justGranted || !didAutoArrange_;
     if (!isDue || !state_.profile->autoArrangeOnLaunch || state_.screens->empty()) return;
     didAutoArrange_ = true;
-    services_.queue.after(kAutomaticArrangementDelay, lifetime_.guard([this] {
-        if (mayMoveWindows()) arrangeWindows();
+    services_.queue.after(kAutomaticArrangementDelay, lifetime_.guard([this, generation = autoArrangeGeneration_] {
+        // Who arranged meanwhile, or undid that, has had their way.
+        if (generation == autoArrangeGeneration_ && mayMoveWindows()) arrangeWindows();
     }));
 }
 
 bool WorkspaceController::hasUnfinishedBusiness() const {
     return recovery_.hasDeadline() || recovery_.detectedLockedLoginSession || reflow_.isWaiting() ||
+           !pendingApplicationPlacements_.empty() ||
            std::any_of(refusals_.begin(), refusals_.end(),
                        [](const auto& entry) { return entry.second.attempts < kPlacementAttempts; });
 }

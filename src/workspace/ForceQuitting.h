@@ -1,0 +1,30 @@
+// Which applications are ended when all are, and how the user is asked before.
+#pragma once
+
+#include "windowing/AlertServicing.h"
+#include "windowing/ApplicationServicing.h"
+
+#include <span>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+/// The desktop's own, of which the user is told that it stays open: the file manager, and what else it consists of.
+bool isKeptOpen(const RunningApplication& application);
+
+/// The regular applications that run and are neither this program nor kept open, in their order.
+std::vector<RunningApplication> forceQuitCandidates(const std::vector<RunningApplication>& running,
+                                                    pid_t ownProcessIdentifier);
+/// By name as people sort; those without one come last.
+void sortByName(std::vector<RunningApplication>& applications);
+
+/// "Unknown Application" for one without a name.
+std::string displayedName(const RunningApplication& application);
+
+/// Tells that there is nothing to end.
+Alert noOpenApplicationsAlert();
+/// Asks whether to end these.
+Alert forceQuitAllAlert(std::span<const RunningApplication> candidates);
+
+} // namespace kova

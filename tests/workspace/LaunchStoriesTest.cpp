@@ -1,0 +1,212 @@
+// Applications that are launched into a tile, and the arrangement after the start.
+#include "tests/harness/Desk.h"
+
+#include "layout/LayoutCoding.h"
+
+#include <gtest/gtest.h>
+
+namespace kova {
+
+namespace {
+
+constexpr const char* kLeft = "focus-main";
+constexpr const char* kRight = "secondary-1";
+const CGRect kSomewhere = makeRect(300, 300, 800, 600);
+
+class Launching : public ::testing::Test {
+  protected:
+    Launching() {
+        desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail", {.frame = makeRect(50, 50, 900, 700)});
+        desk.arrange();
+        desk.expectTiles(kAlone);
+    }
+    void launch(const LaunchableApplication& application, const char* slot, const char* display = "A") {
+        EXPECT_TRUE(desk.controller().launchApplication(application, desk.displayIDOf(display), slot));
+    }
+    std::size_t waiting() { return desk.controller().pendingApplicationPlacements().size(); }
+
+    static constexpr const char* kAlone = "Mail 15,15 1254x1382 | -";
+    static constexpr const char* kBoth = "Mail 15,15 1254x1382 | Notes 1291,15 1254x1382";
+    Desk desk;
+};
+
+TEST_F(Launching, TheFirstWindowLandsInTheTile) {
+    launch(
+        desk.desktop.install("Notes", {.startsAfter = Seconds(1), .windowCount = 2, .window = {.frame = kSomewhere}}),
+        kRight);
+    desk.advance(Seconds(1.2));
+    desk.expectTiles(kAlone);
+    EXPECT_EQ(waiting(), 1u);
+    desk.settle().expectTiles(kBoth);
+    EXPECT_EQ(waiting(), 0u);
+    desk.expectMessage("");
+    EXPECT_EQ(desk.desktop.window("Notes 2").frame, kSomewhere) << "only the first one was asked for";
+    desk.undo();
+    EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window("Notes"))) << "launching is no step of its own";
+}
+
+TEST_F(Launching, AWindowThatIsThereWithoutATileWillDo) {
+    struct Case {
+        const char* how;
+        std::function<void(SimulatedDesktop&)> before;
+    };
+    const Case cases[] = {
+        {"open", [](auto&) {}},
+        {"minimised", [](auto& desktop) { desktop.minimizeByHand("Notes"); }},
+        {"hidden", [](auto& desktop) { desktop.hideByHand("Notes"); }},
+        {"beside one in full screen",
+         [](auto& desktop) {
+             desktop.close("Notes");
+             desktop.setFullScreen(desktop.open("Notes"), true);
+             desktop.open("Notes");
+         }},
+    };
+    const auto notes = desk.desktop.install("Notes");
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.how);
+        desk.opens("Notes", {.frame = kSomewhere});
+        c.before(desk.desktop);
+        desk.settle();
+        launch(notes, kRight);
+        desk.settle();
+        EXPECT_NE(desk.tiles().find("1291,15 1254x1382"), std::string::npos) << desk.tiles();
+        EXPECT_NE(desk.desktop.focusedLabel().find("Notes"), std::string::npos) << desk.desktop.focusedLabel();
+        desk.desktop.quit("Notes");
+        desk.settle().expectTiles(kAlone);
+    }
+}
+
+TEST_F(Launching, ItDisplacesWhoIsInTheTileAndLeavesItsOwnTilesAlone) {
+    desk.opens("Notes", {.frame = kSomewhere}).arrange();
+    desk.expectTiles(kBoth);
+    launch(desk.desktop.install("Notes", {.opensWhenRunning = true}), kLeft);
+    desk.settle().expectTiles("Notes 2 15,15 1254x1382 + Mail | Notes 1291,15 1254x1382");
+    EXPECT_TRUE(desk.desktop.isHidden("Mail"));
+}
+
+TEST_F(Launching, TheLastLaunchIntoATileCounts) {
+    const auto slow = desk.desktop.install("Maps", {.startsAfter = Seconds(2), .window = {.frame = kSomewhere}});
+    launch(slow, kRight);
+    launch(desk.desktop.install("Notes"), kRight);
+    EXPECT_EQ(waiting(), 1u);
+    desk.advance(Seconds(6)).expectTiles(kBoth);
+    EXPECT_EQ(desk.desktop.window("Maps").frame, kSomewhere);
+}
+
+TEST_F(Launching, TwoTilesGetAWindowEachInTheOrderOfTheirKeys) {
+    desk.desktop.quit("Mail");
+    const auto notes = desk.desktop.install("Notes", {.windowCount = 3, .window = {.frame = kSomewhere}});
+    launch(notes, kRight);
+    launch(notes, kLeft);
+    desk.advance(Seconds(5)).expectTiles("Notes 15,15 1254x1382 | Notes 2 1291,15 1254x1382");
+    EXPECT_EQ(desk.desktop.window("Notes 3").frame, kSomewhere);
+}
+
+TEST_F(Launching, WithoutABundleIdentifierTheProcessTells) {
+    desk.desktop.launch("Script", {.hasBundleIdentifier = false});
+    desk.desktop.open("Script", {.frame = kSomewhere});
+    launch(desk.desktop.install("Notes", {.hasBundleIdentifier = false}), kRight);
+    desk.settle().expectTiles(kBoth);
+    EXPECT_EQ(desk.desktop.window("Script").frame, kSomewhere);
+}
+
+TEST_F(Launching, AFailureIsToldAndNobodyWaitsAnyMore) {
+    const auto broken = desk.desktop.install("Broken", {.fails = "Broken cannot be started: it is broken"});
+    launch(broken, kRight);
+    desk.advance(Seconds(1));
+    desk.expectMessage("Broken cannot be started: it is broken");
+    EXPECT_EQ(waiting(), 0u);
+    // A failure that comes late leaves alone who was launched into the tile meanwhile.
+    launch(broken, kRight);
+    launch(desk.desktop.install("Notes", {.startsAfter = Seconds(1)}), kRight);
+    desk.settle().expectTiles(kBoth);
+
+    desk.desktop.setTrusted(false);
+    desk.settle();
+    EXPECT_FALSE(desk.controller().launchApplication(broken, desk.displayIDOf("A"), kRight));
+    desk.expectMessage("Accessibility permission is required");
+    EXPECT_EQ(waiting(), 0u);
+}
+
+TEST_F(Launching, ATileWaitsForTwentySeconds) {
+    const auto after = [this](Seconds delay) {
+        desk.advance(Seconds(60)); // until the desktop is at rest
+        launch(desk.desktop.install("Late", {.startsAfter = delay, .opensAfter = Seconds(0)}), kRight);
+        desk.advance(Seconds(19));
+        EXPECT_EQ(waiting(), 1u);
+        desk.advance(Seconds(1.6));
+        EXPECT_EQ(waiting(), 0u) << "nothing else has happened, and yet the time is over";
+        desk.settle();
+        const std::string tiles = desk.tiles();
+        if (desk.desktop.isRunning("Late")) desk.desktop.quit("Late");
+        desk.advance(Seconds(30));
+        desk.desktop.uninstall("Late");
+        return tiles;
+    };
+    EXPECT_EQ(after(Seconds(19.2)), "Mail 15,15 1254x1382 | Late 1291,15 1254x1382");
+    EXPECT_EQ(after(Seconds(20.3)), kAlone);
+    EXPECT_EQ(after(Seconds(40)), kAlone);
+    const int before = desk.desktop.readCount();
+    desk.advance(Seconds(60));
+    EXPECT_EQ(desk.desktop.readCount(), before) << "the poll rests again";
+}
+
+TEST_F(Launching, ADisplayThatIsAwayOrALayoutWithoutTheTileMayComeBack) {
+    desk.display(1920, 1080).layout("jarvis.dual-split");
+    const auto notes = desk.desktop.install("Notes", {.window = {.frame = kSomewhere}});
+    launch(notes, kRight, "B");
+    desk.desktop.removeDisplay("B");
+    desk.advance(Seconds(5)).expectTiles(kAlone);
+    EXPECT_EQ(waiting(), 1u);
+    desk.display(1920, 1080, "B").settle();
+    desk.expectTiles("Mail 15,15 1254x1382 | - || - | Notes 3531,15 934x1022");
+
+    desk.desktop.quit("Notes");
+    launch(notes, kRight);
+    desk.layout("jarvis.focus-single", "A").advance(Seconds(21));
+    EXPECT_EQ(waiting(), 0u);
+    EXPECT_EQ(desk.desktop.window("Notes").frame, kSomewhere);
+}
+
+TEST_F(Launching, AZoomedWindowMakesWay) {
+    launch(desk.desktop.install("Notes", {.startsAfter = Seconds(3)}), kRight);
+    desk.desktop.focusByHand("Mail");
+    desk.zoom();
+    ASSERT_TRUE(desk.wasCarriedOut());
+    desk.advance(Seconds(5)).expectTiles(kBoth);
+    EXPECT_FALSE(*desk.state().focusMode);
+}
+
+TEST_F(Launching, NothingIsPlacedOnceManagementHasEnded) {
+    launch(desk.desktop.install("Notes", {.window = {.frame = kSomewhere}}), kRight);
+    desk.stop();
+    EXPECT_EQ(desk.desktop.window("Notes").frame, kSomewhere);
+    EXPECT_EQ(waiting(), 0u);
+}
+
+TEST(ArrangingAfterTheStart, HappensOnceAStart) {
+    Desk desk;
+    WorkspaceProfile profile;
+    profile.autoArrangeOnLaunch = true;
+    profile.layoutID = "jarvis.dual-split";
+    desk.preferences.setValue("KOVA.workspaceProfile.v1", PreferenceData{encodeWorkspaceProfile(profile)});
+    desk.display(2560, 1440).opens("Mail").start().settle();
+    desk.expectTiles("Mail 15,15 1254x1382 | -");
+    desk.opens("Notes", {.frame = kSomewhere}).advance(Seconds(30));
+    desk.expectTiles("Mail 15,15 1254x1382 | -");
+    desk.stop().start().settle();
+    EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
+
+    // Who is faster than the machine has arranged already.
+    desk.stop();
+    desk.controller().start(false);
+    desk.advance(Seconds(0.1));
+    desk.controller().perform(action::Arrange{});
+    const std::string explained = desk.explanation();
+    desk.opens("Maps", {.frame = kSomewhere}).settle();
+    EXPECT_EQ(desk.explanation(), explained);
+}
+
+} // namespace
+
+} // namespace kova

@@ -1,0 +1,138 @@
+// Applications that are ended on request, one or all.
+#include "tests/harness/Desk.h"
+
+#include <gtest/gtest.h>
+
+namespace kova {
+
+namespace {
+
+class Quitting : public ::testing::Test {
+  protected:
+    Quitting() {
+        desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
+        desk.desktop.takeJournal();
+    }
+    /// The lines of the journal that tell who was ended and how.
+    std::string asked() {
+        std::string lines;
+        std::string journal = desk.desktop.takeJournal();
+        for (std::size_t at = 0; at < journal.size();) {
+            const auto end = std::min(journal.find('\n', at), journal.size());
+            const auto line = journal.substr(at, end - at);
+            if (line.find("terminate") != std::string::npos) lines += (lines.empty() ? "" : ", ") + line;
+            at = end + 1;
+        }
+        return lines;
+    }
+
+    Desk desk;
+};
+
+TEST_F(Quitting, AnApplicationIsAskedAndItsTileIsFreeSoonAfter) {
+    EXPECT_TRUE(desk.controller().quitApplication(desk.desktop.windowIDOf("Mail")));
+    desk.expectMessage("Quit requested for Mail");
+    EXPECT_EQ(asked(), "Mail: terminate");
+    desk.settle();
+    EXPECT_FALSE(desk.desktop.isRunning("Mail"));
+    EXPECT_EQ(desk.state().assignedWindowIDs->size(), 1u);
+    EXPECT_FALSE(desk.controller().quitApplication("101:16")) << "it is gone";
+    EXPECT_FALSE(desk.controller().forceQuitApplication("nobody"));
+    desk.expectMessage("Quit requested for Mail");
+}
+
+TEST_F(Quitting, WhoRefusesStaysManagedUntilForced) {
+    const std::string before = desk.tiles();
+    desk.desktop.setQuittingHabit("Mail", QuittingHabit::refuses);
+    const auto mail = desk.desktop.windowIDOf("Mail");
+    EXPECT_TRUE(desk.controller().quitApplication(mail));
+    desk.settle().expectTiles(before);
+    EXPECT_TRUE(desk.controller().forceQuitApplication(mail));
+    desk.expectMessage("Force quit requested for Mail");
+    EXPECT_EQ(asked(), "Mail: terminate, Mail: force terminate");
+    desk.settle();
+    EXPECT_FALSE(desk.desktop.isRunning("Mail"));
+}
+
+TEST_F(Quitting, AZoomedApplicationFirstGivesTheDisplayBack) {
+    desk.desktop.focusByHand("Mail");
+    const std::string before = desk.tiles();
+    desk.desktop.setQuittingHabit("Mail", QuittingHabit::refuses);
+    desk.zoom();
+    ASSERT_TRUE(*desk.state().focusMode);
+    EXPECT_TRUE(desk.controller().quitApplication(desk.desktop.windowIDOf("Mail")));
+    EXPECT_FALSE(*desk.state().focusMode);
+    desk.expectMessage("Quit requested for Mail");
+    desk.settle().expectTiles(before);
+}
+
+TEST_F(Quitting, WhatTheDesktopConsistsOfStays) {
+    desk.desktop.launch("Files", {.isPartOfDesktop = true});
+    desk.opens("Files").settle();
+    for (const auto end : {&WorkspaceController::quitApplication, &WorkspaceController::forceQuitApplication}) {
+        EXPECT_FALSE((desk.controller().*end)(desk.desktop.windowIDOf("Files")));
+        desk.expectMessage("Files belongs to the desktop and stays open");
+    }
+    EXPECT_EQ(asked(), "");
+}
+
+TEST_F(Quitting, AllAtOnceIsAskedFirst) {
+    desk.desktop.launch("KOVA");
+    desk.desktop.launch("Finder", {.bundleIdentifier = "com.apple.finder"});
+    desk.desktop.launch("Panel", {.isPartOfDesktop = true});
+    desk.desktop.launch("Clock", {.activationPolicy = ApplicationActivationPolicy::accessory});
+    desk.desktop.launch("Helper", {.activationPolicy = ApplicationActivationPolicy::prohibited});
+    desk.desktop.launch("nameless", {.hasName = false});
+    desk.desktop.launch("finder", {.bundleIdentifier = "com.apple.Finder"}); // only the one is meant
+    desk.desktop.launch("Ähre");
+    desk.desktop.launch("Leaving");
+    desk.desktop.beginTerminating("Leaving");
+    desk.settle();
+
+    desk.controller().forceQuitAllApplications();
+    const Alert question{.title = "Force Quit All Open Applications?",
+                         .text = "This immediately closes 5 applications. Unsaved changes will be lost. KOVA and "
+                                 "Finder will stay open.\n\nÄhre\nfinder\nMail\nNotes\nUnknown Application",
+                         .confirmButton = "Force Quit All",
+                         .cancelButton = "Cancel"};
+    EXPECT_EQ(desk.desktop.takeAlerts(), std::vector{question});
+    desk.desktop.answerAlert(false);
+    desk.settle();
+    EXPECT_EQ(asked(), "");
+
+    // Who comes or is replaced while the question stands was not asked about.
+    desk.controller().forceQuitAllApplications();
+    desk.desktop.takeAlerts();
+    desk.desktop.quit("Notes");
+    desk.opens("Maps");
+    desk.desktop.answerAlert(true);
+    desk.settle();
+    EXPECT_EQ(asked(), "Ähre: force terminate, finder: force terminate, Mail: force terminate, nameless: force "
+                       "terminate");
+    EXPECT_TRUE(desk.desktop.isRunning("Maps"));
+    EXPECT_TRUE(desk.desktop.isRunning("Finder"));
+    desk.expectMessage("");
+}
+
+TEST_F(Quitting, NothingToEndIsToldAndSoIsNothingEnded) {
+    desk.controller().forceQuitAllApplications();
+    desk.desktop.takeAlerts();
+    desk.desktop.quit("Mail");
+    desk.desktop.quit("Notes");
+    desk.desktop.answerAlert(true);
+    desk.expectMessage("No open applications were force quit");
+
+    desk.desktop.launch("KOVA");
+    desk.desktop.launch("Finder", {.bundleIdentifier = "com.apple.finder"});
+    desk.controller().forceQuitAllApplications();
+    const Alert notice{.title = "No Open Applications",
+                       .text = "There are no regular applications to close. KOVA and Finder are always kept open.",
+                       .confirmButton = "OK",
+                       .cancelButton = {}};
+    EXPECT_EQ(desk.desktop.takeAlerts(), std::vector{notice});
+    EXPECT_EQ(asked(), "");
+}
+
+} // namespace
+
+} // namespace kova
