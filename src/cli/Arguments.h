@@ -15,6 +15,9 @@ struct Arguments {
     std::optional<std::string> display;
     std::optional<std::string> window;
     std::optional<double> points;
+    std::optional<std::string> direction;
+    std::optional<std::string> split;
+    std::optional<int> boundary;
     std::optional<int> width; // columns of a picture
 };
 

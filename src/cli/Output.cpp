@@ -5,7 +5,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include <array>
 #include <cmath>
+#include <ctime>
 
 namespace kova::cli {
 
@@ -70,6 +72,23 @@ std::string tileTable(const json& tiles) {
     return table.isEmpty() ? "No tiles.\n" : table.text();
 }
 
+/// "2024-02-29T12:34:56Z" as a clock on this wall shows it; as it is when it is no such time.
+std::string localTime(const std::string& utc) {
+    std::tm parts{};
+    if (!strptime(utc.c_str(), "%Y-%m-%dT%H:%M:%SZ", &parts)) return utc;
+    const std::time_t seconds = timegm(&parts);
+    if (!localtime_r(&seconds, &parts)) return utc;
+    std::array<char, 40> text{};
+    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &parts)};
+}
+
+/// "Mail, Notes"; "-" for nothing.
+std::string listed(const json& names) {
+    std::string out;
+    for (const json& name : names) out += (out.empty() ? "" : ", ") + name.get<std::string>();
+    return out.empty() ? "-" : out;
+}
+
 /// What a section of the state amounts to.
 std::string summary(const std::string& section, const json& value) {
     if (section == "windows") return counted(value.size(), "window", "windows");
@@ -101,6 +120,34 @@ std::string printArrangement(const json& result, const Arguments&) {
         out += line(result["message"].get<std::string>());
     }
     return out;
+}
+
+std::string printMessage(const json& result, const Arguments&) {
+    return line(textOr(result["message"], "Done."));
+}
+
+std::string printHistory(const json& result, const Arguments&) {
+    Table table({{"TIME"}, {"ACTION"}, {"WINDOWS"}});
+    for (const json& entry : result["entries"]) {
+        table.add({localTime(entry["time"]), entry["action"], listed(entry["windows"])});
+    }
+    return table.isEmpty() ? "There is nothing to undo.\n" : table.text();
+}
+
+std::string printDividers(const json& result, const Arguments&) {
+    Table table({{"SPLIT"}, {"BOUNDARY", Align::right}, {"ROOM"}, {"FRAME"}, {"DISPLAY"}});
+    for (const json& divider : result["dividers"]) {
+        const bool isUpright = divider["axis"] == "horizontal"; // between columns
+        const std::string room = number(divider["least"]) + (isUpright ? " left, +" : " up, +") +
+                                 number(divider["most"]) + (isUpright ? " right" : " down");
+        table.add({divider["split"], number(divider["boundary"]), room, frame(divider["frame"]), divider["display"]});
+    }
+    return table.isEmpty() ? "There is no divider.\n" : table.text();
+}
+
+std::string printDividerDrag(const json& result, const Arguments&) {
+    return line("The divider " + result["split"].get<std::string>() + " " + number(result["boundary"]) + " moved by " +
+                number(result["points"]) + " points.");
 }
 
 std::string printInset(const json& result, const Arguments&) {

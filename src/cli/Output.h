@@ -11,6 +11,10 @@
 namespace kova::cli {
 
 std::string printArrangement(const nlohmann::json& result, const Arguments& arguments);
+std::string printMessage(const nlohmann::json& result, const Arguments& arguments);
+std::string printHistory(const nlohmann::json& result, const Arguments& arguments);
+std::string printDividers(const nlohmann::json& result, const Arguments& arguments);
+std::string printDividerDrag(const nlohmann::json& result, const Arguments& arguments);
 std::string printInset(const nlohmann::json& result, const Arguments& arguments);
 std::string printDisplays(const nlohmann::json& result, const Arguments& arguments);
 std::string printWindows(const nlohmann::json& result, const Arguments& arguments);

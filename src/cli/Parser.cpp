@@ -14,6 +14,8 @@ namespace kova::cli {
 namespace {
 
 constexpr double kLargestInset = 100; // points
+constexpr double kFarthest = 100'000; // points, for a divider
+constexpr int kLargestBoundary = 1000;
 constexpr int kNarrowestPicture = 16; // columns
 constexpr int kWidestPicture = 1000;
 constexpr std::size_t kHelpWidth = 80; // columns
@@ -51,6 +53,15 @@ Problem takeNumber(std::optional<Number>& number, std::string_view word, Number 
     return "“" + std::string(word) + "” is not " + what;
 }
 
+Problem takeDirection(Arguments& arguments, std::string_view word) {
+    constexpr std::array<std::string_view, 4> kDirections = {"left", "right", "up", "down"};
+    if (std::find(kDirections.begin(), kDirections.end(), word) == kDirections.end()) {
+        return "“" + std::string(word) + "” is not left, right, up or down";
+    }
+    arguments.direction = word;
+    return std::nullopt;
+}
+
 /// One thing that a verb may take. Without a flag it is a word by itself; without a value it is there or not.
 struct Option {
     unsigned takenBy; // of `Takes`
@@ -74,6 +85,17 @@ constexpr std::array kOptions =
          [](Arguments& a, std::string_view word) {
              return takeNumber(a.points, word, 0.0, kLargestInset, "a number from 0 to 100");
          }},
+        {kDirection, "", "DIRECTION", "left, right, up or down", takeDirection},
+        {kSplit, "", "SPLIT", "the split that the divider belongs to, as “divider list” names it",
+         [](Arguments& a, std::string_view word) { return takeName(a.split, word); }},
+        {kBoundary, "", "BOUNDARY", "which of the split's boundaries, counted from 0",
+         [](Arguments& a, std::string_view word) {
+             return takeNumber(a.boundary, word, 0, kLargestBoundary, "a whole number from 0 to 1000");
+         }},
+        {kTranslation, "", "POINTS", "how far: to the right or downwards; negative to the left or upwards",
+         [](Arguments& a, std::string_view word) {
+             return takeNumber(a.points, word, -kFarthest, kFarthest, "a number from -100000 to 100000");
+         }},
         {kDisplay, "--display", "DISPLAY", "number, name or id of a display (default: the current one)",
          [](Arguments& a, std::string_view word) { return takeName(a.display, word); }},
         {kWidth, "--width", "COLUMNS", "of the drawing (default: the terminal's)",
@@ -91,7 +113,8 @@ bool takes(const Verb& verb, const Option& option) {
 }
 
 bool isRequired(const Option& option) {
-    return option.takenBy == kRequiredLayout || option.takenBy == kRequiredPoints;
+    constexpr unsigned kRequired = kRequiredLayout | kRequiredPoints | kDirection | kSplit | kBoundary | kTranslation;
+    return option.takenBy != kEveryVerb && (option.takenBy & kRequired) != 0;
 }
 
 /// Negative numbers are values that are out of range, not options that do not exist.
@@ -122,7 +145,7 @@ class Parser {
             if (problem) return wrong(*problem);
         }
         for (const Option& option : kOptions) {
-            if (!hasWord_ && isRequired(option) && takes(verb_, option))
+            if (!hasTaken(option) && isRequired(option) && takes(verb_, option))
                 return wrong(std::string(option.value) + " is missing");
         }
         return std::move(arguments_);
@@ -134,6 +157,8 @@ class Parser {
         words_ = words_.subspan(1);
         return word;
     }
+
+    bool hasTaken(const Option& option) const { return (taken_ & option.takenBy) != 0; }
 
     Problem takeOption(std::string_view word) {
         const auto equals = word.find('=');
@@ -156,8 +181,8 @@ class Parser {
 
     Problem takeWord(std::string_view word) {
         for (const Option& option : kOptions) {
-            if (!option.flag.empty() || !takes(verb_, option) || hasWord_) continue;
-            hasWord_ = true;
+            if (!option.flag.empty() || !takes(verb_, option) || hasTaken(option)) continue;
+            taken_ |= option.takenBy;
             auto problem = option.take(arguments_, word);
             return problem ? std::string(option.value) + ": " + *problem : problem;
         }
@@ -171,7 +196,7 @@ class Parser {
     const Verb& verb_;
     std::span<char* const> words_;
     Arguments arguments_;
-    bool hasWord_ = false;
+    unsigned taken_ = 0; // of the words; they come in the order of the table
 };
 
 /// The text in lines of the help's width.

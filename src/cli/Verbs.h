@@ -21,6 +21,10 @@ enum Takes : unsigned {
     kWindow = 1U << 4, // a window, if the user wants to name one
     kRequiredPoints = 1U << 5,
     kWidth = 1U << 6,
+    kDirection = 1U << 7,
+    kSplit = 1U << 8,
+    kBoundary = 1U << 9,
+    kTranslation = 1U << 10,
 };
 
 struct Verb {

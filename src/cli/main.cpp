@@ -55,6 +55,9 @@ json parametersOf(const Arguments& arguments) {
     if (arguments.display) parameters["display"] = *arguments.display;
     if (arguments.window) parameters["window"] = *arguments.window;
     if (arguments.points) parameters["points"] = *arguments.points;
+    if (arguments.direction) parameters["direction"] = *arguments.direction;
+    if (arguments.split) parameters["split"] = *arguments.split;
+    if (arguments.boundary) parameters["boundary"] = *arguments.boundary;
     return parameters;
 }
 

@@ -1,9 +1,12 @@
 #include "control/ControlMethods.h"
 
+#include "control/ActionMethods.h"
 #include "control/ControlRecords.h"
+#include "control/DividerMethods.h"
 #include "control/Doctor.h"
 #include "control/LayoutMethods.h"
 #include "control/NameLookup.h"
+#include "control/Refusal.h"
 #include "control/StateBroadcast.h"
 #include "control/WindowExplanation.h"
 #include "control/client/ControlCodes.h"
@@ -70,7 +73,21 @@ class ControlMethods::Table {
     }
 
     void addActions() {
+        WorkspaceController& controller = context_.controller;
         add("arrange", {"dryRun"}, [this](const Call& call) { return arrange(call); });
+        add("focus", {"direction"}, [&controller](const Call& call) {
+            return performAction(controller, action::Focus{wantedDirection(call.parameters)});
+        });
+        add("move", {"direction"}, [&controller](const Call& call) {
+            return performAction(controller, action::Move{wantedDirection(call.parameters)});
+        });
+        add("stack", {}, [&controller](const Call&) { return performAction(controller, action::CycleStack{}); });
+        add("zoom", {}, [&controller](const Call&) { return performAction(controller, action::ToggleFocusZoom{}); });
+        add("undo", {}, [&controller](const Call&) { return performAction(controller, action::Undo{}); });
+        add("history", {}, [&controller](const Call&) { return tellHistory(controller); });
+        add("divider.list", {}, [&controller](const Call&) { return listDividers(controller); });
+        add("divider.drag", {"split", "boundary", "points", "display"},
+            [&controller](const Call& call) { return dragDivider(controller, call.parameters); });
     }
 
     void addLayouts() {
@@ -121,10 +138,11 @@ class ControlMethods::Table {
         const auto dryRun = call.parameters.optional("dryRun");
         const bool isDryRun = dryRun && dryRun->boolean();
         if (isDryRun) {
-            if (auto failure = withoutPermission()) return *failure;
+            if (auto failure = withoutPermission(controller)) return *failure;
             return planned(controller.planArrangement(), isDryRun);
         }
-        if (!controller.perform(action::Arrange{})) return notPerformed();
+        const Listening listening(controller);
+        if (!controller.perform(action::Arrange{})) return listening.refusalOr("There is nothing to arrange");
         return planned(controller.lastArrangement(), isDryRun);
     }
 
@@ -140,7 +158,7 @@ class ControlMethods::Table {
         if (!named) {
             return json{{"window", nullptr}, {"lines", *context_.controller.state().lastArrangeExplanation}};
         }
-        if (auto failure = withoutPermission()) return *failure;
+        if (auto failure = withoutPermission(context_.controller)) return *failure;
         const auto found = lookUpWindow(context_.controller, named->string());
         if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
         const auto& window = std::get<ManagedWindow>(found);
@@ -164,18 +182,6 @@ class ControlMethods::Table {
                 {"focusMode", controlRecord::focusMode(controller)},
                 {"canUndo", *state.canUndo},
                 {"message", orNull(*state.lastActionMessage)}};
-    }
-
-    /// Why nothing can be done for want of the permission; absent when there is no want of it.
-    std::optional<ControlFailure> withoutPermission() const {
-        if (*context_.controller.state().permissionState == AccessibilityPermissionState::granted) return std::nullopt;
-        return ControlFailure{controlCode::noPermission, "Accessibility permission is required", nullptr};
-    }
-
-    ControlFailure notPerformed() const {
-        if (auto failure = withoutPermission()) return *failure;
-        const auto& said = *context_.controller.state().lastActionMessage;
-        return {controlCode::refused, said.value_or("There is nothing to do"), nullptr};
     }
 
     std::vector<std::string> names() const {

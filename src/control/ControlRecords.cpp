@@ -2,21 +2,17 @@
 
 #include <nlohmann/json.hpp>
 
+#include <array>
+#include <chrono>
 #include <cmath>
 #include <cstdint>
+#include <ctime>
 
 namespace kova::controlRecord {
 
 namespace {
 
 using nlohmann::json;
-
-/// Whole numbers without a fraction: they are read by people too.
-json number(double value) {
-    constexpr double kExactIntegers = 9007199254740992;
-    if (std::trunc(value) == value && std::abs(value) < kExactIntegers) return static_cast<std::int64_t>(value);
-    return value;
-}
 
 template <class T>
 json orNull(const std::optional<T>& value) {
@@ -40,6 +36,21 @@ json brief(const ManagedWindow& window) {
 }
 
 } // namespace
+
+json number(double value) {
+    constexpr double kExactIntegers = 9007199254740992;
+    if (std::trunc(value) == value && std::abs(value) < kExactIntegers) return static_cast<std::int64_t>(value);
+    return value;
+}
+
+std::string time(WallTime time) {
+    const std::time_t seconds = std::chrono::system_clock::to_time_t(time);
+    std::tm parts{};
+    if (!gmtime_r(&seconds, &parts)) return "";
+    std::array<char, 40> text{};
+    const auto length = std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &parts);
+    return std::string(text.data(), length);
+}
 
 json applicationOf(const WorkspaceController& controller, const std::optional<std::string>& windowID) {
     for (const ManagedWindow& window : controller.liveWindows()) {
@@ -135,6 +146,29 @@ json layouts(const WorkspaceController& controller) {
                        {"referenceSize", size(referenceSize(layout.displayClass))},
                        {"slots", std::move(slots)},
                        {"displays", std::move(shownOn)}});
+    }
+    return out;
+}
+
+json dividers(const WorkspaceController& controller) {
+    json out = json::array();
+    for (const DisplayLayoutDivider& on : controller.dividers()) {
+        const LayoutDivider& divider = on.divider;
+        const auto frame = controller.dividerFrameOnScreen(on);
+        if (!frame) continue;
+        const auto first = static_cast<std::size_t>(divider.boundaryIndex);
+        // How far its neighbours' minimums let it go; nowhere when they have no room as it is.
+        double least = divider.branchMinimumLengths[first] - divider.branchLengths[first];
+        double most = divider.branchLengths[first + 1] - divider.branchMinimumLengths[first + 1];
+        if (least > most) least = most = 0;
+        out.push_back({{"display", on.displayID},
+                       {"layout", on.layoutID},
+                       {"split", divider.splitID},
+                       {"boundary", divider.boundaryIndex},
+                       {"axis", divider.axis == LayoutAxis::horizontal ? "horizontal" : "vertical"},
+                       {"frame", rect(flipped(*frame, firstScreenMaxY(controller)))},
+                       {"least", number(least)},
+                       {"most", number(most)}});
     }
     return out;
 }

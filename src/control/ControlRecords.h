@@ -2,6 +2,7 @@
 // the first display, y growing downwards), whatever space it came from; those of a layout are in the unit square.
 #pragma once
 
+#include "support/MainQueue.h"
 #include "workspace/WorkspaceController.h"
 
 #include <nlohmann/json_fwd.hpp>
@@ -12,6 +13,10 @@
 
 namespace kova::controlRecord {
 
+/// Whole numbers without a fraction: they are read by people too.
+nlohmann::json number(double value);
+/// "2024-02-29T12:34:56Z".
+std::string time(WallTime time);
 nlohmann::json rect(const CGRect& frame);
 nlohmann::json size(const CGSize& size);
 /// The name of the window's application; null without a window.
@@ -22,6 +27,8 @@ nlohmann::json displays(const WorkspaceController& controller);
 nlohmann::json windows(const WorkspaceController& controller);
 nlohmann::json tiles(const WorkspaceController& controller);
 nlohmann::json layouts(const WorkspaceController& controller);
+/// Those of displays that a zoomed window owns are left out.
+nlohmann::json dividers(const WorkspaceController& controller);
 nlohmann::json plan(const ArrangementPlan& plan);
 nlohmann::json focusMode(const WorkspaceController& controller);
 nlohmann::json notice(const WorkspaceController& controller);

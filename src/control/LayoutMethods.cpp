@@ -2,7 +2,7 @@
 
 #include "control/ControlRecords.h"
 #include "control/NameLookup.h"
-#include "control/client/ControlCodes.h"
+#include "control/Refusal.h"
 
 #include <algorithm>
 #include <cmath>
@@ -15,22 +15,10 @@ using nlohmann::json;
 
 constexpr double kLargestInset = 100; // points
 
-ControlFailure refusal(std::string message) {
-    return {controlCode::refused, std::move(message), nullptr};
-}
-
 /// What the controller said about an operation that it did not carry out.
 ControlFailure refusalOf(const WorkspaceController& controller, const char* otherwise) {
     const auto& said = *controller.state().lastActionMessage;
     return refusal(said ? *said : otherwise);
-}
-
-/// The id of the display named by the parameters, else of the current one.
-std::variant<std::string, ControlFailure> wantedDisplay(const WorkspaceController& controller,
-                                                        const JsonCursor& parameters) {
-    if (const auto named = parameters.optional("display")) return lookUpDisplay(controller, named->string());
-    if (auto current = controller.currentDisplayID()) return *std::move(current);
-    return refusal("No display is connected");
 }
 
 const Screen* findScreen(const WorkspaceController& controller, const std::string& id) {

@@ -1,5 +1,6 @@
 #include "control/NameLookup.h"
 
+#include "control/Refusal.h"
 #include "control/client/ControlCodes.h"
 #include "support/text/Text.h"
 
@@ -13,7 +14,7 @@ namespace {
 constexpr std::size_t kLongestQuotation = 80; // bytes
 
 std::string quoted(std::string_view wanted) {
-    return "“" + validUtf8(wanted.substr(0, kLongestQuotation)) + (wanted.size() > kLongestQuotation ? "…”" : "”");
+    return "“" + quotedName(wanted) + "”";
 }
 
 ControlFailure listing(std::string message, std::string_view wanted, std::span<const NamedThing> things,
@@ -44,6 +45,10 @@ std::vector<std::size_t> everyIndex(std::size_t count) {
 }
 
 } // namespace
+
+std::string quotedName(std::string_view wanted) {
+    return validUtf8(wanted.substr(0, kLongestQuotation)) + (wanted.size() > kLongestQuotation ? "…" : "");
+}
 
 std::variant<std::size_t, ControlFailure> lookUp(std::string_view kind, std::string_view wanted,
                                                  std::span<const NamedThing> things, Numbered numbered) {
@@ -85,10 +90,19 @@ std::variant<std::string, ControlFailure> lookUpDisplay(const WorkspaceControlle
     return displays[std::get<std::size_t>(found)].id;
 }
 
+std::variant<std::string, ControlFailure> wantedDisplay(const WorkspaceController& controller,
+                                                        const JsonCursor& parameters) {
+    if (const auto named = parameters.optional("display")) return lookUpDisplay(controller, named->string());
+    if (auto current = controller.currentDisplayID()) return *std::move(current);
+    return refusal("No display is connected");
+}
+
 std::variant<std::string, ControlFailure> lookUpLayout(const WorkspaceController& controller, std::string_view wanted) {
     std::vector<NamedThing> layouts;
     for (const LayoutDefinition& layout : controller.catalogue()) {
-        layouts.push_back({layout.id, {layout.name}, layout.id + "  " + layout.name});
+        // “six-grid” is jarvis.six-grid, though other names begin with it.
+        const std::string lastComponent = layout.id.substr(layout.id.rfind('.') + 1);
+        layouts.push_back({layout.id, {layout.name, lastComponent}, layout.id + "  " + layout.name});
     }
     const auto found = lookUp("layout", wanted, layouts, Numbered::no);
     if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "control/ControlHandling.h"
+#include "support/JsonDecoding.h"
 #include "workspace/WorkspaceController.h"
 
 #include <cstddef>
@@ -28,8 +29,14 @@ enum class Numbered { no, yes }; // whether a number means the place in the list
 std::variant<std::size_t, ControlFailure> lookUp(std::string_view kind, std::string_view wanted,
                                                  std::span<const NamedThing> things, Numbered numbered);
 
+/// Fit for a message: valid, and cut where it is very long.
+std::string quotedName(std::string_view wanted);
+
 /// The display's id.
 std::variant<std::string, ControlFailure> lookUpDisplay(const WorkspaceController& controller, std::string_view wanted);
+/// The id of the display that the parameters name, else of the current one.
+std::variant<std::string, ControlFailure> wantedDisplay(const WorkspaceController& controller,
+                                                        const JsonCursor& parameters);
 /// The layout's id.
 std::variant<std::string, ControlFailure> lookUpLayout(const WorkspaceController& controller, std::string_view wanted);
 std::variant<ManagedWindow, ControlFailure> lookUpWindow(const WorkspaceController& controller,

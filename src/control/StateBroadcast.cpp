@@ -86,6 +86,7 @@ void StateBroadcast::observe() {
     watch(observed.permissionState, permission);
     watch(observed.screens, displays | tiles);
     watch(observed.windows, windows);
+    watch(observed.titleRevision, windows);
     watch(observed.assignedWindowIDs, windows | tiles);
     watch(observed.stackWindowIDsByTarget, windows | tiles);
     watch(observed.layoutRevision, displays | tiles);

@@ -90,6 +90,8 @@ class WorkspaceController {
     bool perform(const WorkspaceAction& action);
     /// Shows the text for 4 seconds, or until the next one.
     void showStatusMessage(const std::string& text);
+    /// Grows with every message, also when the same is said again.
+    std::uint64_t messagesShown() const { return statusMessageSerial_; }
 
     // Arrangement
     /// What `arrange` would do now, without doing it.
@@ -117,6 +119,8 @@ class WorkspaceController {
     std::vector<WorkspaceTile> tiles() const;
 
     // Single windows
+    /// The live window that has the keyboard; null when none has.
+    const ManagedWindow* focusedWindow() const;
     enum class Focusing { no, yes };
     /// Puts a live window into a tile: displaces whoever fronts it, claims a span when the window does not fit, sets
     /// the frame. False when there is no such window or tile.
@@ -152,6 +156,8 @@ class WorkspaceController {
     // Dividers
     /// Every boundary that can be dragged; none on a display that a zoomed window owns.
     std::vector<DisplayLayoutDivider> dividers() const;
+    /// Those of one display, zoomed or not.
+    std::vector<DisplayLayoutDivider> dividersOn(const std::string& displayID) const;
     /// The gap in which the divider lies, in screen space; absent when its display is gone.
     std::optional<CGRect> dividerFrameOnScreen(const DisplayLayoutDivider& divider) const;
     /// False when the display is gone or shows another layout. Translations are in points from where the divider was at

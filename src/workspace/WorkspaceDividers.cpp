@@ -16,9 +16,18 @@ std::vector<DisplayLayoutDivider> WorkspaceController::dividers() const {
     for (const auto& screen : *state_.screens) {
         const std::string id = displayID(screen);
         if (*state_.focusMode && (*state_.focusMode)->displayID == id) continue;
-        const std::string layoutID = layouts_.resolve(screen, *state_.profile, catalogue()).id;
-        for (const auto& divider : solvedTiles(screen).dividers) all.push_back({id, layoutID, divider});
+        const auto here = dividersOn(id);
+        all.insert(all.end(), here.begin(), here.end());
     }
+    return all;
+}
+
+std::vector<DisplayLayoutDivider> WorkspaceController::dividersOn(const std::string& id) const {
+    const Screen* screen = screenOf(id);
+    if (!screen) return {};
+    std::vector<DisplayLayoutDivider> all;
+    const std::string layoutID = layouts_.resolve(*screen, *state_.profile, catalogue()).id;
+    for (const auto& divider : solvedTiles(*screen).dividers) all.push_back({id, layoutID, divider});
     return all;
 }
 

@@ -7,10 +7,14 @@
 
 namespace kova {
 
+const ManagedWindow* WorkspaceController::focusedWindow() const {
+    const auto focused = windowService_->focusedWindowID();
+    return focused ? findLive(*focused) : nullptr;
+}
+
 /// The focused window of the front application, if it is managed and in a tile.
 std::optional<WorkspaceController::StartingPoint> WorkspaceController::startingPoint() const {
-    const auto focused = windowService_->focusedWindowID();
-    const ManagedWindow* window = focused ? findLive(*focused) : nullptr;
+    const ManagedWindow* window = focusedWindow();
     if (!window) return std::nullopt;
     const auto target = assignments_.targetOf(window->id);
     const Screen* screen = target ? screenOfTarget(*target) : nullptr;

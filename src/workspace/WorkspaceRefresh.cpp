@@ -14,6 +14,11 @@ bool samePresentation(const std::vector<ManagedWindow>& a, const std::vector<Man
                       [](const ManagedWindow& x, const ManagedWindow& y) { return kova::samePresentation(x, y); });
 }
 
+bool sameTitles(const std::vector<ManagedWindow>& a, const std::vector<ManagedWindow>& b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](const ManagedWindow& x, const ManagedWindow& y) { return x.title == y.title; });
+}
+
 } // namespace
 
 void WorkspaceController::applyPoll(PollResult result) {
@@ -51,7 +56,9 @@ bool WorkspaceController::applyLockedSession(bool pollFoundLocked) {
 
 void WorkspaceController::applyGrantedPoll(std::vector<ManagedWindow> windows, bool isRecovering, bool justGranted) {
     if (!isRecovering && recovery_.hasDeadline()) recovery_.clear();
+    const bool hasOtherTitles = !sameTitles(liveWindows_, windows);
     liveWindows_ = std::move(windows);
+    if (hasOtherTitles) state_.titleRevision.set(*state_.titleRevision + 1);
     if (!isRecovering && *state_.focusMode && !findLive((*state_.focusMode)->windowID)) {
         closeFocusMode();
         showStatusMessage("Focus Mode closed because its window is no longer available");

@@ -119,8 +119,7 @@ bool WorkspaceController::toggleFocusMode() {
 /// Any focused window can be zoomed: one without a tile counts as being in the tile under its middle, or the nearest.
 std::optional<WorkspaceController::StartingPoint> WorkspaceController::zoomStartingPoint() const {
     if (const auto start = startingPoint()) return start;
-    const auto focused = windowService_->focusedWindowID();
-    const ManagedWindow* window = focused ? findLive(*focused) : nullptr;
+    const ManagedWindow* window = focusedWindow();
     const Screen* screen = window && window->frame ? screenOfWindow(*window) : nullptr;
     if (!screen) return std::nullopt;
     const std::string display = displayID(*screen);

@@ -70,6 +70,7 @@ TEST_F(CommandLine, EveryExampleInTheHelpAndTheDocumentsWorks) {
         for (const auto& line : documentedLines(KOVA_README, "sh", "kova ")) examples.push_back(line);
     }
     for (auto& example : examples) example = "kova " + example;
+    examples.emplace_back("kova layout select dual-split"); // whatever the documents have left
     for (const cli::Verb& verb : cli::verbs()) {
         EXPECT_FALSE(verb.examples.empty()) << verb.name;
         for (const auto& example : linesOf(verb.examples)) examples.push_back(example);
@@ -140,6 +141,17 @@ TEST_F(CommandLine, ExitCodesTellWhatWentWrong) {
         {{"layout", "inset", "1e9"}, 2, "“1e9” is not a number from 0 to 100"},
         {{"layout", "show", "--width", "wide"}, 2, "“wide” is not a whole number"},
         {{"arrange", "--dry"}, 2, "--dry"},
+        {{"stack"}, 1, "Terminal is in no tile"},
+        {{"focus", "left"}, 1, "Terminal is in no tile"},
+        {{"focus"}, 2, "DIRECTION is missing"},
+        {{"move", "sideways"}, 2, "DIRECTION: “sideways” is not left, right, up or down"},
+        {{"move", "left", "right"}, 2, "“right” is a word too many"},
+        {{"divider", "drag", "root", "7", "10"}, 1, "There is no divider “root 7” on this display"},
+        {{"divider", "drag", "root", "0", "-10", "--display", "Beamer"}, 1, "1  A"},
+        {{"divider", "drag", "root", "first", "10"}, 2, "BOUNDARY: “first” is not a whole number from 0 to 1000"},
+        {{"divider", "drag", "root", "0", "far"}, 2, "POINTS: “far” is not a number"},
+        {{"divider", "drag", "root", "0"}, 2, "POINTS is missing"},
+        {{"divider", "list", "root"}, 2, "“root” is a word too many"},
         {{"layout", "inset", "-5"}, 2, "“-5” is not a number from 0 to 100"},
         {{"layout", "show", "--width"}, 2, "--width needs a value: COLUMNS"},
         {{"layout", "show", "--display="}, 2, "--display: a name must not be empty"},
@@ -261,6 +273,25 @@ TEST_F(CommandLine, TablesAreAlignedAndTitlesCannotSteerTheTerminal) {
 display-UUID-OF-A::focus-main   Primary    15,15 1254x1382        1  Terminal
 display-UUID-OF-A::secondary-1  Secondary  1291,15 1254x1382      1  Notes
 )");
+}
+
+TEST_F(CommandLine, WhatWasDoneAndWhatCanMoveIsListed) {
+    environment.emplace_back("TZ=XYZ-5");
+    EXPECT_EQ(run({"undo"}).out, "Last window action undone\n");
+    EXPECT_EQ(run({"history"}).out, "There is nothing to undo.\n");
+    desk.layout("jarvis.dual-split").arrange();
+    EXPECT_EQ(run({"divider", "drag", "root", "0", "-120"}).out, "The divider root 0 moved by -120 points.\n");
+    EXPECT_EQ(run({"divider", "list"}).out,
+              R"(SPLIT  BOUNDARY  ROOM                    FRAME            DISPLAY
+root          0  -824 left, +1064 right  1154,10 12x1392  display-UUID-OF-A
+)");
+    EXPECT_EQ(run({"history"}).out, R"(TIME                 ACTION                 WINDOWS
+2023-11-15 04:13:25  drag divider           Notes, Terminal
+2023-11-15 04:13:23  arrange                Mail, Notes, Terminal
+2023-11-15 04:13:20  layout Dual Split (2)  -
+)");
+    EXPECT_EQ(run({"zoom"}).out, "Focus Mode — Terminal owns this display\n");
+    EXPECT_EQ(run({"divider", "list"}).out, "There is no divider.\n");
 }
 
 TEST_F(CommandLine, SubscribersHearOfEachChangeUntilTheAgentEnds) {

@@ -85,6 +85,7 @@ TEST_F(AgentMethods, LayoutsAreFoundByWhateverNamesThem) {
         return result("layout.select", std::move(parameters))["layout"]["id"];
     };
     EXPECT_EQ(selected({{"layout", "jarvis.quad-grid"}}), "jarvis.quad-grid");
+    EXPECT_EQ(selected({{"layout", "Six-Grid"}}), "jarvis.six-grid") << "the beginning of another one's id";
     EXPECT_EQ(selected({{"layout", "dual split (2)"}}), "jarvis.dual-split");
     EXPECT_EQ(selected({{"layout", "ULTRA"}, {"display", "2"}}), "jarvis.super-ultrawide-5120x1440");
     EXPECT_EQ(selected({{"layout", "automatic"}, {"display", "beam"}}), "jarvis.compact-16-by-9");
@@ -116,6 +117,12 @@ TEST_F(AgentMethods, RefusesWhatDoesNotExistWithAListOfWhatDoes) {
         {"layout.resetSizes", {{"display", "nowhere"}}, controlCode::refused, "There is no display “nowhere”", 1},
         {"explain", {{"window", "Solitaire"}}, controlCode::refused, "Notes", 3},
         {"explain", {{"window", std::string(100'000, 'x')}}, controlCode::refused, "…”", 3},
+        {"divider.drag", {{"split", "trunk"}, {"boundary", 0}, {"points", 5}}, controlCode::refused, "trunk 0”", 1},
+        {"divider.drag", {{"split", "root"}, {"boundary", -1}, {"points", 5}}, controlCode::refused, "\n  root 0", 1},
+        {"divider.drag", {{"split", "root"}, {"boundary", 0}, {"points", 1e6}}, controlCode::invalidParameters, "", 0},
+        {"divider.drag", {{"split", "root"}, {"points", 5}}, controlCode::invalidParameters, "boundary: is missing", 0},
+        {"focus", {{"direction", "sideways"}}, controlCode::invalidParameters, "expected left, right, up or down", 0},
+        {"move", json::object(), controlCode::invalidParameters, "direction: is missing", 0},
         {"layout.select", json::object(), controlCode::invalidParameters, "layout: is missing", 0},
         {"layout.select", {{"layout", 5}}, controlCode::invalidParameters, "layout: expected a string", 0},
         {"layout.setInset", {{"points", -1}}, controlCode::invalidParameters, "points: expected", 0},
@@ -183,12 +190,89 @@ TEST_F(AgentMethods, SubscribersHearNumberedChangesAndEndUpWithTheState) {
     EXPECT_EQ(state, truth["state"]);
     EXPECT_GT(last, 3u);
 
+    // A title alone, and a window that has the display for itself.
+    desk.desktop.setTitle("Terminal", "make");
+    desk.settle();
+    EXPECT_EQ(heard()["windows"][2]["title"], "make");
+    result("zoom");
+    EXPECT_TRUE(heard()["focusMode"].is_object());
+    result("zoom");
+    EXPECT_TRUE(heard()["focusMode"].is_null());
+
     // What one action touches is told in one line.
     result("layout.setInset", {{"points", 30}});
     const json changes = heard();
     EXPECT_EQ(changes["settings"]["tileInset"], 30);
     EXPECT_EQ(changes["tiles"][0]["frame"]["x"], 40) << changes;
     EXPECT_FALSE(changes.contains("displays")) << "what stayed the same is told again";
+}
+
+TEST_F(AgentMethods, EachActionIsCarriedOutOrSaysWhyNot) {
+    const auto said = [&](const char* method, json parameters = json::object()) {
+        const json message = result(method, std::move(parameters))["message"];
+        return message.is_string() ? message.get<std::string>() : "";
+    };
+    const auto refused = [&](const char* method, json parameters = json::object()) {
+        const json found = error(method, std::move(parameters));
+        EXPECT_EQ(found["code"], controlCode::refused);
+        return found["message"].get<std::string>();
+    };
+    EXPECT_EQ(refused("move", {{"direction", "left"}}), "Terminal is in no tile");
+    desk.arrange().expectTiles("Terminal 15,15 1254x1382 | Notes 1291,15 1254x1382");
+    // What was said about something else is no reason.
+    EXPECT_EQ(refused("stack"), "No other window waits behind the focused one");
+    EXPECT_EQ(refused("focus", {{"direction", "up"}}), "No occupied zone up of the focused window");
+    EXPECT_EQ(said("focus", {{"direction", "right"}}), "Focused Notes");
+    EXPECT_EQ(refused("move", {{"direction", "right"}}), "No zone right of the focused window");
+    EXPECT_EQ(said("move", {{"direction", "left"}}), "Moved Notes to the left zone");
+    EXPECT_EQ(said("stack"), "Terminal is now active");
+
+    const json zoomed = result("zoom");
+    EXPECT_EQ(zoomed["message"], "Focus Mode — Terminal owns this display");
+    EXPECT_EQ(zoomed["focusMode"]["tile"], desk.targetID("A", "focus-main"));
+    EXPECT_TRUE(result("divider.list")["dividers"].empty());
+    EXPECT_EQ(said("zoom"), "Focus Mode closed — workspace restored");
+
+    const json entries = result("history")["entries"];
+    ASSERT_EQ(entries.size(), 4u);
+    EXPECT_EQ(entries[0]["action"], "cycle stack");
+    EXPECT_EQ(entries[1]["windows"], json::array({"Notes"}));
+    EXPECT_EQ(entries[2]["action"], "arrange");
+    EXPECT_EQ(entries[3]["action"], "layout Dual Split (2)");
+    EXPECT_EQ(entries[2]["time"].get<std::string>().size(), std::string_view("2024-02-29T12:34:56Z").size());
+    for (int i = 0; i < 4; ++i) {
+        const json undone = result("undo");
+        EXPECT_EQ(undone["message"], "Last window action undone");
+        EXPECT_EQ(undone["canUndo"], i < 3);
+    }
+    EXPECT_EQ(refused("undo"), "There is nothing to undo");
+    desk.desktop.quit("Terminal");
+    desk.desktop.quit("Notes");
+    desk.desktop.quit("Mail");
+    desk.settle();
+    EXPECT_EQ(refused("zoom"), "No window that is managed has the focus");
+}
+
+TEST_F(AgentMethods, DividersGoAsFarAsTheirNeighboursLetThem) {
+    desk.desktop.quit("Mail");
+    desk.desktop.quit("Notes");
+    desk.opens("Sheet", {.minimumSize = CGSize{900, 400}}).arrange();
+    const auto drag = [&](double points) { return json{{"split", "root"}, {"boundary", 0}, {"points", points}}; };
+    const json divider = result("divider.list")["dividers"].at(0);
+    EXPECT_EQ(divider["axis"], "horizontal");
+    EXPECT_EQ(divider["split"], "root");
+    const double least = divider["least"];
+    result("zoom");
+    EXPECT_EQ(result("divider.drag", drag(least - 500))["points"], least) << "stops where a neighbour is smallest";
+    EXPECT_TRUE(result("status")["focusMode"].is_null()) << "an action begins with the display as it was";
+    EXPECT_EQ(result("divider.list")["dividers"][0]["least"], 0);
+    EXPECT_EQ(error("divider.drag", drag(-10))["message"], "The divider has no room to move that way");
+    EXPECT_EQ(result("history")["entries"].size(), 3u) << "what changed nothing is no step";
+    EXPECT_EQ(result("divider.drag", drag(0))["points"], 0);
+    EXPECT_EQ(result("history")["entries"][0]["action"], "drag divider");
+    desk.settle();
+    result("undo");
+    EXPECT_EQ(result("divider.list")["dividers"][0], divider);
 }
 
 TEST_F(AgentMethods, WithoutPermissionSaysSo) {
@@ -198,6 +282,9 @@ TEST_F(AgentMethods, WithoutPermissionSaysSo) {
     EXPECT_EQ(error("arrange")["code"], controlCode::noPermission);
     EXPECT_EQ(error("arrange", {{"dryRun", true}})["code"], controlCode::noPermission);
     EXPECT_EQ(error("explain", {{"window", "Mail"}})["code"], controlCode::noPermission);
+    for (const char* method : {"undo", "zoom", "stack"}) EXPECT_EQ(error(method)["code"], controlCode::noPermission);
+    EXPECT_EQ(error("divider.drag", {{"split", "root"}, {"boundary", 0}, {"points", 9}})["code"],
+              controlCode::noPermission);
     const json report = result("doctor");
     EXPECT_FALSE(report["isHealthy"].get<bool>());
     desk.desktop.setTrusted(true);

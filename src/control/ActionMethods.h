@@ -1,0 +1,18 @@
+// The user's actions, as methods of the socket. Each goes through the one door and answers what was said about it.
+#pragma once
+
+#include "control/ControlHandling.h"
+#include "support/JsonDecoding.h"
+#include "workspace/WorkspaceController.h"
+
+namespace kova {
+
+ControlReply performAction(WorkspaceController& controller, const WorkspaceAction& action);
+
+/// "direction" of the parameters; throws `DecodingError` when it is none.
+WorkspaceDirection wantedDirection(const JsonCursor& parameters);
+
+/// What can be undone, newest first.
+ControlReply tellHistory(const WorkspaceController& controller);
+
+} // namespace kova

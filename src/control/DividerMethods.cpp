@@ -1,0 +1,86 @@
+#include "control/DividerMethods.h"
+
+#include "control/ControlRecords.h"
+#include "control/NameLookup.h"
+#include "control/Refusal.h"
+#include "control/client/ControlCodes.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <optional>
+
+namespace kova {
+
+namespace {
+
+using nlohmann::json;
+
+constexpr double kFarthest = 100'000; // points, more than any display has
+
+double placeOf(const LayoutDivider& divider) {
+    return divider.axis == LayoutAxis::horizontal ? minX(divider.frame) : minY(divider.frame);
+}
+
+struct WantedDivider {
+    std::string displayID;
+    std::string splitID;
+    std::int64_t boundary = 0;
+
+    std::optional<DisplayLayoutDivider> among(const std::vector<DisplayLayoutDivider>& dividers) const {
+        const auto found = std::find_if(dividers.begin(), dividers.end(), [&](const DisplayLayoutDivider& candidate) {
+            return candidate.divider.splitID == splitID && candidate.divider.boundaryIndex == boundary;
+        });
+        return found == dividers.end() ? std::nullopt : std::optional(*found);
+    }
+};
+
+ControlFailure unknown(const WantedDivider& wanted, const std::vector<DisplayLayoutDivider>& dividers) {
+    std::string message = "There is no divider “" + quotedName(wanted.splitID) + " " + std::to_string(wanted.boundary) +
+                          "” on this display" + (dividers.empty() ? "; its layout has none" : ". There is:");
+    json choices = json::array();
+    for (const auto& [display, layout, divider] : dividers) {
+        const std::string name = divider.splitID + " " + std::to_string(divider.boundaryIndex);
+        message += "\n  " + name;
+        choices.push_back(name);
+    }
+    return {controlCode::refused, std::move(message), {{"choices", std::move(choices)}}};
+}
+
+} // namespace
+
+ControlReply listDividers(const WorkspaceController& controller) {
+    return json{{"dividers", controlRecord::dividers(controller)}};
+}
+
+ControlReply dragDivider(WorkspaceController& controller, const JsonCursor& parameters) {
+    const JsonCursor givenPoints = parameters.required("points");
+    const double points = givenPoints.number();
+    if (!(std::abs(points) <= kFarthest)) givenPoints.fail("expected a number of points from -100000 to 100000");
+    WantedDivider wanted{{}, parameters.required("split").string(), parameters.required("boundary").integer()};
+    auto display = wantedDisplay(controller, parameters);
+    if (auto* failure = std::get_if<ControlFailure>(&display)) return *failure;
+    wanted.displayID = std::get<std::string>(std::move(display));
+    const auto known = controller.dividersOn(wanted.displayID);
+    if (!wanted.among(known)) return unknown(wanted, known);
+    if (auto failure = withoutPermission(controller)) return *failure;
+
+    const Listening listening(controller);
+    controller.closeFocusMode(); // as before every action; it may change what the neighbours need
+    const auto divider = wanted.among(controller.dividersOn(wanted.displayID));
+    if (!divider || !controller.beginDividerDrag(*divider)) {
+        return listening.refusalOr("Windows cannot be moved now");
+    }
+    controller.updateDividerDrag(*divider, points);
+    controller.endDividerDrag(*divider);
+    const auto after = wanted.among(controller.dividersOn(wanted.displayID));
+    const double moved = after ? placeOf(after->divider) - placeOf(divider->divider) : 0;
+    if (moved == 0 && std::abs(points) >= 1) return listening.refusalOr("The divider has no room to move that way");
+    return json{{"display", wanted.displayID},
+                {"split", wanted.splitID},
+                {"boundary", wanted.boundary},
+                {"points", controlRecord::number(moved)},
+                {"canUndo", *controller.state().canUndo}};
+}
+
+} // namespace kova

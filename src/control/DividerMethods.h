@@ -1,0 +1,15 @@
+// The dividers between tiles, as methods of the socket.
+#pragma once
+
+#include "control/ControlHandling.h"
+#include "support/JsonDecoding.h"
+#include "workspace/WorkspaceController.h"
+
+namespace kova {
+
+ControlReply listDividers(const WorkspaceController& controller);
+
+/// Moves one divider as a hand would, from press to release: one undo step, within the minimums of its neighbours.
+ControlReply dragDivider(WorkspaceController& controller, const JsonCursor& parameters);
+
+} // namespace kova
