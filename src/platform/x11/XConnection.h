@@ -84,6 +84,12 @@ struct Freed {
 template <class T>
 using XReply = std::unique_ptr<T, Freed>;
 
+/// Whether what carries the one number happened no earlier than the request with the other. The server numbers all that
+/// it says by the last request that it had carried out; the numbers wrap around.
+inline bool isAtOrAfter(std::uint32_t sequence, std::uint32_t request) {
+    return static_cast<std::int32_t>(sequence - request) >= 0;
+}
+
 /// A property as the server gave it; not yet believed.
 struct PropertyView {
     xcb_atom_t type = XCB_ATOM_NONE;

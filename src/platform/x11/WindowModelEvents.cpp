@@ -1,0 +1,272 @@
+// What the server announces, taken into the model.
+#include "platform/x11/WindowModel.h"
+
+#include <algorithm>
+
+namespace kova::x11 {
+
+EventEffects WindowModel::apply(const xcb_generic_event_t& event) {
+    switch (event.response_type & 0x7F) {
+    case XCB_PROPERTY_NOTIFY:
+        return applyProperty(reinterpret_cast<const xcb_property_notify_event_t&>(event));
+    case XCB_CONFIGURE_NOTIFY:
+        // Those that window managers make up are about the client's place, which the frame has told already.
+        if (event.response_type & 0x80) return {};
+        return applyConfigure(reinterpret_cast<const xcb_configure_notify_event_t&>(event), event.full_sequence);
+    case XCB_CREATE_NOTIFY: {
+        const auto& created = reinterpret_cast<const xcb_create_notify_event_t&>(event);
+        if (created.parent != root_) return {};
+        const PixelRect rect{created.x, created.y, created.width + 2 * created.border_width,
+                             created.height + 2 * created.border_width};
+        setTopLevel(created.window, {rect, created.border_width, false, created.override_redirect != 0});
+        return {};
+    }
+    case XCB_DESTROY_NOTIFY: {
+        const auto& destroyed = reinterpret_cast<const xcb_destroy_notify_event_t&>(event);
+        return removeTopLevel(destroyed.window);
+    }
+    case XCB_MAP_NOTIFY: {
+        const auto& mapped = reinterpret_cast<const xcb_map_notify_event_t&>(event);
+        if (const auto place = topLevels_.find(mapped.window); place != topLevels_.end()) {
+            place->second.isOverrideRedirect = mapped.override_redirect != 0;
+        }
+        return applyMapping(mapped.window, true, event.full_sequence);
+    }
+    case XCB_UNMAP_NOTIFY: {
+        const auto& unmapped = reinterpret_cast<const xcb_unmap_notify_event_t&>(event);
+        const bool isMadeUp = event.response_type & 0x80;
+        if (isMadeUp && !manager_.isPresent && client(unmapped.window)) return applyWithdrawal(unmapped.window);
+        return applyMapping(unmapped.window, false, event.full_sequence);
+    }
+    case XCB_REPARENT_NOTIFY:
+        return applyReparent(reinterpret_cast<const xcb_reparent_notify_event_t&>(event));
+    case XCB_CIRCULATE_NOTIFY: {
+        const auto& circulated = reinterpret_cast<const xcb_circulate_notify_event_t&>(event);
+        std::erase(stacking_, circulated.window);
+        stacking_.insert(circulated.place == XCB_PLACE_ON_TOP ? stacking_.end() : stacking_.begin(), circulated.window);
+        return {};
+    }
+    case XCB_FOCUS_IN:
+    case XCB_FOCUS_OUT: {
+        const auto& focus = reinterpret_cast<const xcb_focus_in_event_t&>(event);
+        const bool movesInside = focus.detail == XCB_NOTIFY_DETAIL_INFERIOR;
+        if (movesInside || focus.mode == XCB_NOTIFY_MODE_GRAB || focus.mode == XCB_NOTIFY_MODE_UNGRAB) return {};
+        return applyFocus(focus.event, (event.response_type & 0x7F) == XCB_FOCUS_IN);
+    }
+    case XCB_ENTER_NOTIFY: {
+        const auto& entered = reinterpret_cast<const xcb_enter_notify_event_t&>(event);
+        pointer = {entered.root_x, entered.root_y};
+        constexpr std::uint8_t kHasFocus = 1;
+        return entered.same_screen_focus & kHasFocus ? applyFocus(entered.event, true) : EventEffects{};
+    }
+    default:
+        break;
+    }
+    if (randrEventBase_ &&
+        ((event.response_type & 0x7F) == *randrEventBase_ || (event.response_type & 0x7F) == *randrEventBase_ + 1)) {
+        EventEffects effects;
+        effects.changed = effects.askDisplays = true;
+        return effects;
+    }
+    return {};
+}
+
+EventEffects WindowModel::applyProperty(const xcb_property_notify_event_t& event) {
+    EventEffects effects;
+    if (event.window == root_) {
+        if (event.atom == atoms_[Atom::netActiveWindow]) effects.askActiveWindow = true;
+        const auto mark = [&](Atom atom, bool& flag) {
+            if (event.atom != atoms_[atom]) return;
+            effects.changed |= !flag;
+            flag = true;
+        };
+        mark(Atom::netClientList, staleClientList);
+        mark(Atom::netCurrentDesktop, staleDesktop);
+        mark(Atom::netWorkarea, staleWorkarea);
+        mark(Atom::netSupportingWmCheck, staleManager);
+        mark(Atom::netSupported, staleManager);
+        return effects;
+    }
+    ClientWindow* changed = client(event.window);
+    if (!changed) return effects;
+    if (event.atom == XCB_ATOM_WM_NAME && changed->netName) return effects;
+    for (const PropertyRule& rule : rules_) {
+        if (rule.property != event.atom) continue;
+        // Decorations come and go with the state of the window.
+        const std::uint32_t bits = rule.staleBit | (rule.staleBit == stale::state ? stale::frame : 0U);
+        effects.changed = (changed->stale & bits) != bits;
+        markStale(*changed, bits);
+        if (event.atom == atoms_[Atom::netFrameExtents] && manager_.isPresent)
+            effects.redecorated.push_back(event.window);
+        break;
+    }
+    return effects;
+}
+
+EventEffects WindowModel::applyConfigure(const xcb_configure_notify_event_t& event, std::uint32_t sequence) {
+    EventEffects effects;
+    if (event.window == root_) {
+        // Monitors that are set up by hand are announced by nothing else.
+        rootSize = {event.width, event.height};
+        effects.changed = effects.askDisplays = true;
+        return effects;
+    }
+    const auto place = topLevels_.find(event.window);
+    if (place == topLevels_.end()) return effects;
+    TopLevel& top = place->second;
+    const PixelRect rect{event.x, event.y, event.width + 2 * event.border_width, event.height + 2 * event.border_width};
+    const bool moved = rect != top.rect;
+    const bool isResized = rect.width != top.rect.width || rect.height != top.rect.height;
+    top.rect = rect;
+    top.border = event.border_width;
+    top.isOverrideRedirect = event.override_redirect != 0;
+    placeInStack(event.window, event.above_sibling);
+
+    const auto held = clientByTopLevel_.find(event.window);
+    ClientWindow* moving = held == clientByTopLevel_.end() ? nullptr : client(held->second);
+    if (!moving) return effects;
+    effects.changed = moved;
+    // Frames can grow and shrink for show, without the window in them. One that was measured meanwhile fits no more.
+    const bool isFrameExact = moving->topLevel == moving->window || moving->margins == moving->shadow;
+    if (isResized && !isFrameExact) markStale(*moving, stale::frame);
+    if (moved) effects.panelsChanged = moving->strut || moving->partialStrut;
+    if (moving->pending) {
+        // The server alone does what it is asked, in order; a window manager may still be busy with an earlier wish.
+        const bool answered = manager_.isPresent
+                                  ? outerFrame(*moving) == moving->pending->outer
+                                  : moving->pending->sequence && isAtOrAfter(sequence, *moving->pending->sequence);
+        if (answered && outerFrame(*moving) == moving->pending->outer) {
+            // It obeys; that it did not some time before counts no more.
+            moving->repeats = 0;
+            moving->lastAnswer.reset();
+        }
+        if (answered) moving->pending.reset();
+    }
+    return effects;
+}
+
+EventEffects WindowModel::applyMapping(xcb_window_t window, bool isMapped, std::uint32_t sequence) {
+    EventEffects effects;
+    const auto place = topLevels_.find(window);
+    if (place == topLevels_.end()) return effects;
+    place->second.isMapped = isMapped;
+    const auto held = clientByTopLevel_.find(window);
+    ClientWindow* known = held == clientByTopLevel_.end() ? nullptr : client(held->second);
+    effects.changed = known != nullptr;
+    if (known) {
+        // What was asked before it was asked to go again is no coming back by hand.
+        if (!isMapped) known->hasLeft = !known->isMapAsked;
+        if (isMapped) known->isMapAsked = false;
+    }
+    if (manager_.isPresent) {
+        if (!known) return effects;
+        // Its state is told by a property, which only the next poll reads. That it is mapped may be the end of an
+        // earlier wish: the later one to leave still counts.
+        const bool isNews = isMapped ? isMinimized(*known) : known->leaveAsked.has_value();
+        if (isNews) {
+            known->isIconic = !isMapped;
+            known->isHiddenState = false;
+            markStale(*known, stale::state);
+        }
+        if (!isMapped && std::exchange(known->returnsOnceGone, false)) effects.returning.push_back(known->window);
+        return effects;
+    }
+    if (!known) {
+        // While managers change, the next poll tells frames and windows apart.
+        if (!isMapped || place->second.isOverrideRedirect || manager_.isMute || settlesAt_ || staleManager)
+            return effects;
+        adoptUnmanaged(window);
+        effects.changed = true;
+        return effects;
+    }
+    // Events of before our own request to unmap it say nothing about what comes after.
+    const bool isOwn = known->ownUnmap.has_value();
+    const bool isLater = !isOwn || isAtOrAfter(sequence, *known->ownUnmap);
+    if (isLater) known->ownUnmap.reset();
+    if (isMapped) {
+        if (isLater) known->isIconifiedByUs = false;
+    } else if (!isOwn && !known->isIconifiedByUs && !settlesAt_) {
+        // Its own wish to be withdrawn, or the end of its program.
+        effects.panelsChanged = known->strut || known->partialStrut;
+        forget(window);
+    }
+    return effects;
+}
+
+/// How a program says that it took a window back that was not mapped any more.
+EventEffects WindowModel::applyWithdrawal(xcb_window_t window) {
+    EventEffects effects;
+    const ClientWindow* known = client(window);
+    effects.changed = true;
+    effects.panelsChanged = known->strut || known->partialStrut;
+    forget(window);
+    return effects;
+}
+
+EventEffects WindowModel::applyReparent(const xcb_reparent_notify_event_t& event) {
+    EventEffects effects;
+    ClientWindow* moved = client(event.window);
+    xcb_window_t newTopLevel = kNoWindow;
+    if (event.parent == root_) {
+        setTopLevel(event.window, {{event.x, event.y, 0, 0}, 0, false, event.override_redirect != 0});
+        unknownTopLevels_.push_back(event.window);
+    } else {
+        // A window manager that is just coming puts its frames around windows before it is known.
+        const bool getsFrame = moved && topLevel(event.parent) && (staleManager || settlesAt_ || manager_.isMute);
+        if (getsFrame) {
+            setTopLevelOf(*moved, kNoWindow);
+            forget(event.parent);
+        }
+        effects = removeTopLevel(event.window);
+        moved = client(event.window);
+        if (moved && getsFrame) newTopLevel = event.parent;
+    }
+    if (moved) {
+        setTopLevelOf(*moved, newTopLevel);
+        markStale(*moved, stale::topLevel | stale::frame);
+        effects.changed = true;
+    }
+    return effects;
+}
+
+EventEffects WindowModel::removeTopLevel(xcb_window_t window) {
+    EventEffects effects;
+    topLevels_.erase(window);
+    std::erase(stacking_, window);
+    if (window == manager_.checkWindow && window != kNoWindow) effects.changed = staleManager = true;
+    const auto held = clientByTopLevel_.find(window);
+    if (held == clientByTopLevel_.end()) return effects;
+    effects.changed = true;
+    ClientWindow* known = client(held->second);
+    effects.panelsChanged = known && (known->strut || known->partialStrut);
+    if (held->second == window && !manager_.isPresent) {
+        forget(window);
+    } else if (known) {
+        // A frame went; its window may live on in another.
+        setTopLevelOf(*known, kNoWindow);
+        markStale(*known, stale::topLevel | stale::frame);
+    }
+    return effects;
+}
+
+EventEffects WindowModel::applyFocus(xcb_window_t window, bool gained) {
+    if (manager_.isPresent || !client(window)) return {};
+    if (gained) {
+        activeWindow = window;
+    } else if (activeWindow == window) {
+        activeWindow = kNoWindow;
+    }
+    return {};
+}
+
+void WindowModel::placeInStack(xcb_window_t window, xcb_window_t below) {
+    const auto place = std::ranges::find(stacking_, window);
+    if (place == stacking_.end()) return;
+    const xcb_window_t belowNow = place == stacking_.begin() ? kNoWindow : *(place - 1);
+    if (belowNow == below) return;
+    stacking_.erase(place);
+    const auto sibling = std::ranges::find(stacking_, below);
+    stacking_.insert(sibling == stacking_.end() ? stacking_.begin() : sibling + 1, window);
+}
+
+} // namespace kova::x11
