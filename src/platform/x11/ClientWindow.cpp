@@ -63,6 +63,7 @@ void takeNetState(ClientWindow& window, const PropertyView& property, const Atom
     window.isHiddenState = has(Atom::netWmStateHidden);
     window.isFullScreen = has(Atom::netWmStateFullscreen);
     window.isMaximized = has(Atom::netWmStateMaximizedVert) || has(Atom::netWmStateMaximizedHorz);
+    window.isShaded = has(Atom::netWmStateShaded);
     window.isStickyState = has(Atom::netWmStateSticky);
 }
 
@@ -217,6 +218,14 @@ std::string_view subroleOf(WindowKind kind) {
 WindowKind ClientWindow::kind() const {
     if (declaredKind) return *declaredKind;
     return isTransient ? WindowKind::dialog : WindowKind::standard;
+}
+
+bool ClientWindow::admits(std::uint32_t staleBit, std::uint32_t asked) {
+    if (staleBit != stale::state && staleBit != stale::frame) return true;
+    auto& latest = staleBit == stale::state ? stateAsked : frameAsked;
+    if (latest && *latest != asked && isAtOrAfter(*latest, asked)) return false;
+    latest = asked;
+    return true;
 }
 
 std::vector<PropertyRule> propertyRules(const Atoms& atoms) {

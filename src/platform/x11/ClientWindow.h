@@ -78,6 +78,7 @@ struct ClientWindow {
     bool isHiddenState = false; // _NET_WM_STATE
     bool isMaximized = false;
     bool isFullScreen = false;
+    bool isShaded = false; // rolled up to its title bar
     bool isStickyState = false;
     std::optional<std::uint32_t> desktop;
 
@@ -85,10 +86,16 @@ struct ClientWindow {
     PixelEdges decorations; // between the client's area and the window manager's frame around it
     PixelEdges shadow;      // drawn by the client inside its area, beyond its visible edge
     PixelEdges margins;     // from the top level's edge to the visible edge; negative where nothing shows the edge
+    bool isFrameMeasured = false;            // `margins` are those of the present top level
     std::optional<PixelRect> minimumAndBase; // width and height only
     std::uint32_t gravity = XCB_GRAVITY_NORTH_WEST;
     std::optional<Strut> strut, partialStrut;
 
+    // Both the main thread and the polls ask for these. The questions whose answers were taken last:
+    std::optional<std::uint32_t> stateAsked, frameAsked;
+    int openStateQuestions = 0; // of the main thread
+
+    std::optional<Seconds> placedAt; // when a place was wished for it last
     std::optional<PendingFrame> pending;
     std::optional<PixelRect> lastWish, lastAnswer; // the place last asked for, and the frame when it was
     int repeats = 0;                               // of the same wish with the same answer
@@ -100,6 +107,10 @@ struct ClientWindow {
     bool returnsOnceGone = false;      // and what it was asked since, before it had left
 
     WindowKind kind() const;
+    /// False for the answer to an older question than the last that was taken. Otherwise it is the last.
+    bool admits(std::uint32_t staleBit, std::uint32_t asked);
+    /// Whether it was asked for its place before, and took another each time.
+    bool insistsOnItsFrame() const { return repeats > 0; }
     std::string title() const { return netName ? *netName : oldName; }
 
     bool isManaged() const { return !isInputOnly && (kind() == WindowKind::standard || kind() == WindowKind::dialog); }

@@ -1,5 +1,7 @@
 #include "platform/x11/ModelRefresh.h"
 
+#include "platform/x11/FrameQuestions.h"
+
 #include <unistd.h>
 
 #include <algorithm>
@@ -152,19 +154,21 @@ void ModelRefresh::askManager(const void* checkReply) {
 
 void ModelRefresh::askTopLevel(xcb_window_t window) {
     const auto top = std::make_shared<TopLevel>();
-    questions_.add(xcb_get_geometry(connection_.get(), window), [top](const void* reply) {
+    const auto cookie = xcb_get_geometry(connection_.get(), window);
+    questions_.add(cookie, [top](const void* reply) {
         const auto* geometry = as<xcb_get_geometry_reply_t>(reply);
         if (!geometry) return;
         top->border = geometry->border_width;
         top->rect = {geometry->x, geometry->y, geometry->width + 2 * top->border, geometry->height + 2 * top->border};
     });
-    questions_.add(xcb_get_window_attributes(connection_.get(), window), [this, window, top](const void* reply) {
+    const auto take = [this, window, top, asked = cookie.sequence](const void* reply) {
         const auto* attributes = as<xcb_get_window_attributes_reply_t>(reply);
         if (!attributes || top->rect.width == 0) return; // gone; its end is announced
         top->isMapped = attributes->map_state != XCB_MAP_STATE_UNMAPPED;
         top->isOverrideRedirect = attributes->override_redirect != 0;
-        model_.setTopLevel(window, *top);
-    });
+        model_.takeTopLevel(window, *top, asked);
+    };
+    questions_.add(xcb_get_window_attributes(connection_.get(), window), take);
 }
 
 void ModelRefresh::readTopLevels() {
@@ -217,14 +221,16 @@ void ModelRefresh::askProperties(xcb_window_t window, std::uint32_t bits) {
         // The old name is only read for windows that have no new one.
         if (rules[i].property == XCB_ATOM_WM_NAME && known && known->netName) continue;
         // What the taker keeps is small on purpose: there can be hundreds.
-        questions_.add(connection_.askProperty(window, rules[i].property, rules[i].lengthInWords),
-                       [this, window, i](const void* reply) { takeProperty(window, model_.rules()[i], reply); });
+        const auto cookie = connection_.askProperty(window, rules[i].property, rules[i].lengthInWords);
+        questions_.add(cookie, [this, window, i, asked = cookie.sequence](const void* reply) {
+            takeProperty(window, model_.rules()[i], reply, asked);
+        });
     }
 }
 
-void ModelRefresh::takeProperty(xcb_window_t window, const PropertyRule& rule, const void* reply) {
+void ModelRefresh::takeProperty(xcb_window_t window, const PropertyRule& rule, const void* reply, std::uint32_t asked) {
     ClientWindow* client = model_.client(window);
-    if (!client) return;
+    if (!client || !client->admits(rule.staleBit, asked)) return;
     const bool hadNetName = client->netName.has_value();
     rule.take(*client, propertyIn(reply), connection_.atoms());
     switch (rule.staleBit) {
@@ -289,55 +295,20 @@ void ModelRefresh::findTopLevels() {
     }
 }
 
-/// How far the visible edge lies inside the top level. Relative positions and sizes only, so that a window that is
-/// being moved meanwhile is measured as well as one that rests.
 void ModelRefresh::measureFrames() {
-    struct Measured {
-        PixelRect client; // within the top level's border
-        PixelRect frame;
-    };
     {
         const std::lock_guard lock(mutex_);
         for (const xcb_window_t window : std::exchange(unmeasured_, {})) {
             ClientWindow* client = model_.client(window);
             if (!client || client->topLevel == kNoWindow) continue;
-            if (client->topLevel == window) {
-                // Only a window manager can announce what it draws around a window.
-                const bool isDecorated = model_.windowManager().isPresent && client->announcedDecorations;
-                client->decorations = isDecorated ? *client->announcedDecorations : PixelEdges{};
-                client->margins = client->shadow - client->decorations;
+            if (client->topLevel != window) {
+                askFrame(questions_, connection_, model_, *client);
                 continue;
             }
-            const auto measured = std::make_shared<Measured>();
-            const xcb_window_t frame = client->topLevel;
-            questions_.add(xcb_get_geometry(connection_.get(), window), [measured](const void* reply) {
-                const auto* geometry = as<xcb_get_geometry_reply_t>(reply);
-                if (geometry) measured->client = {0, 0, geometry->width, geometry->height};
-            });
-            questions_.add(xcb_translate_coordinates(connection_.get(), window, frame, 0, 0),
-                           [measured](const void* reply) {
-                               const auto* translated = as<xcb_translate_coordinates_reply_t>(reply);
-                               if (!translated) return;
-                               measured->client.x = translated->dst_x;
-                               measured->client.y = translated->dst_y;
-                           });
-            questions_.add(xcb_get_geometry(connection_.get(), frame), [this, window, frame,
-                                                                        measured](const void* reply) {
-                const auto* geometry = as<xcb_get_geometry_reply_t>(reply);
-                ClientWindow* known = model_.client(window);
-                if (!geometry || !known || known->topLevel != frame || measured->client.width == 0) return;
-                const int border = geometry->border_width;
-                const PixelRect inner = {measured->client.x + border, measured->client.y + border,
-                                         measured->client.width, measured->client.height};
-                const PixelRect outer = {0, 0, geometry->width + 2 * border, geometry->height + 2 * border};
-                const PixelEdges around = {inner.x, outer.width - inner.right(), inner.y,
-                                           outer.height - inner.bottom()};
-                // A window manager that announces nothing shows all that it draws.
-                known->decorations = known->announcedDecorations.value_or(around);
-                known->margins = around - known->decorations;
-                known->margins = {known->margins.left + known->shadow.left, known->margins.right + known->shadow.right,
-                                  known->margins.top + known->shadow.top, known->margins.bottom + known->shadow.bottom};
-            });
+            // Only a window manager can announce what it draws around a window.
+            const bool isDecorated = model_.windowManager().isPresent && client->announcedDecorations;
+            client->decorations = isDecorated ? *client->announcedDecorations : PixelEdges{};
+            client->margins = client->shadow - client->decorations;
         }
     }
     ask();

@@ -36,7 +36,7 @@ class ModelRefresh {
     void askNewTopLevels();
     void askClients();
     void askProperties(xcb_window_t window, std::uint32_t bits);
-    void takeProperty(xcb_window_t window, const PropertyRule& rule, const void* reply);
+    void takeProperty(xcb_window_t window, const PropertyRule& rule, const void* reply, std::uint32_t asked);
     void findTopLevels();
     void measureFrames();
     void askTopLevel(xcb_window_t window);

@@ -68,6 +68,7 @@ void Outbox::place(ClientWindow& client, const PixelRect& outer, Seconds now) {
     client.lastWish = outer;
     client.lastAnswer = model_.outerFrame(client);
     client.pending = PendingFrame{outer, now, std::nullopt};
+    client.placedAt = now;
     Wish& wish = wishFor(client.window);
     wish.outer = outer;
     wish.unmaximize |= unmaximizes;

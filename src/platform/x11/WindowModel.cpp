@@ -19,6 +19,7 @@ void EventEffects::add(EventEffects&& other) {
     askDisplays |= other.askDisplays;
     panelsChanged |= other.panelsChanged;
     redecorated.insert(redecorated.end(), other.redecorated.begin(), other.redecorated.end());
+    restated.insert(restated.end(), other.restated.begin(), other.restated.end());
     returning.insert(returning.end(), other.returning.begin(), other.returning.end());
 }
 
@@ -28,6 +29,23 @@ WindowModel::WindowModel(const Atoms& atoms, xcb_window_t root) :
 void WindowModel::setTopLevel(xcb_window_t window, const TopLevel& topLevel) {
     const auto [place, isNew] = topLevels_.insert_or_assign(window, topLevel);
     if (isNew && std::ranges::find(stacking_, window) == stacking_.end()) stacking_.push_back(window);
+}
+
+void WindowModel::takeTopLevel(xcb_window_t window, const TopLevel& answer, std::uint32_t asked) {
+    const auto isNewer = [&](const std::optional<std::uint32_t>& told) { return told && isAtOrAfter(*told, asked); };
+    const auto known = topLevels_.find(window);
+    if (known == topLevels_.end()) {
+        // Before the first events, the order of the windows is all that is known.
+        if (std::ranges::find(stacking_, window) != stacking_.end()) setTopLevel(window, answer);
+        return;
+    }
+    TopLevel& top = known->second;
+    if (!isNewer(top.rectTold)) {
+        top.rect = answer.rect;
+        top.border = answer.border;
+    }
+    if (!isNewer(top.mappingTold)) top.isMapped = answer.isMapped;
+    top.isOverrideRedirect = answer.isOverrideRedirect;
 }
 
 void WindowModel::setClientList(const std::vector<xcb_window_t>& windows, Seconds now) {
@@ -130,6 +148,7 @@ void WindowModel::adoptUnmanaged(xcb_window_t window) {
 void WindowModel::setTopLevelOf(ClientWindow& client, xcb_window_t topLevel) {
     const auto old = clientByTopLevel_.find(client.topLevel);
     if (old != clientByTopLevel_.end() && old->second == client.window) clientByTopLevel_.erase(old);
+    if (client.topLevel != topLevel) client.isFrameMeasured = false;
     client.topLevel = topLevel;
     if (topLevel == kNoWindow) return;
     // A frame that was taken for a window does not hide the one in it.
@@ -148,18 +167,39 @@ void WindowModel::forget(xcb_window_t window) {
     if (activeWindow == window && !manager_.isPresent) activeWindow = kNoWindow;
 }
 
-void WindowModel::takeDecorations(ClientWindow& client, const PropertyView& extents) {
-    const bool isOwnTopLevel = client.topLevel == client.window;
-    // The frame ends where the decorations end.
-    const bool isFrameExact = !isOwnTopLevel && client.margins == client.shadow;
-    if (!isOwnTopLevel && !isFrameExact) return;
+void WindowModel::takeDecorations(ClientWindow& client, const PropertyView& extents, std::uint32_t asked) {
+    if (!client.admits(stale::frame, asked)) return;
     for (const PropertyRule& rule : rules_) {
         if (rule.property == atoms_[Atom::netFrameExtents]) rule.take(client, extents, atoms_);
     }
     if (!client.announcedDecorations) return;
+    // What was asked for was computed from the old ones.
+    if (client.decorations != *client.announcedDecorations) client.pending.reset();
     client.decorations = *client.announcedDecorations;
-    if (isOwnTopLevel) client.margins = client.shadow - client.decorations;
-    client.pending.reset(); // what was asked for was computed from the old ones
+    if (client.topLevel == client.window) client.margins = client.shadow - client.decorations;
+}
+
+void WindowModel::takeMeasuredFrame(ClientWindow& client, const PixelEdges& around, std::uint32_t asked) {
+    if (!client.admits(stale::frame, asked)) return;
+    const bool wasExact = client.isFrameMeasured && client.margins == client.shadow;
+    client.isFrameMeasured = true;
+    // A window manager that announces nothing shows all that it draws.
+    client.decorations = client.announcedDecorations.value_or(around);
+    // A frame that is smaller than what is in it is being resized just now, before or after its window; it will show
+    // what is announced, as it did before.
+    const PixelEdges beyond = around - client.decorations;
+    const bool isTooSmall = beyond.left < 0 || beyond.right < 0 || beyond.top < 0 || beyond.bottom < 0;
+    if (isTooSmall && wasExact && !client.isShaded && !settlesAt_) {
+        client.margins = client.shadow;
+    } else {
+        client.margins = {beyond.left + client.shadow.left, beyond.right + client.shadow.right,
+                          beyond.top + client.shadow.top, beyond.bottom + client.shadow.bottom};
+    }
+}
+
+void WindowModel::takeState(ClientWindow& client, const PropertyRule& rule, const PropertyView& value,
+                            std::uint32_t asked) {
+    if (client.admits(stale::state, asked)) rule.take(client, value, atoms_);
 }
 
 const ClientWindow* WindowModel::client(xcb_window_t window) const {
@@ -196,6 +236,14 @@ std::optional<PixelRect> WindowModel::outerFrame(const ClientWindow& client) con
 std::optional<PixelRect> WindowModel::expectedFrame(const ClientWindow& client, Seconds now, Seconds patience) const {
     if (client.pending && now - client.pending->since < patience) return client.pending->outer;
     return outerFrame(client);
+}
+
+bool WindowModel::isFullScreen(const ClientWindow& client) const {
+    if (!manager_.isPresent || client.isFullScreen) return manager_.isPresent;
+    // Until its state is known again, a window that fills a display to the last pixel is taken for one.
+    const bool isStateUnknown = client.stale & stale::state || client.openStateQuestions > 0;
+    const auto outer = isStateUnknown ? outerFrame(client) : std::nullopt;
+    return outer && std::ranges::find(displayRects, *outer) != displayRects.end();
 }
 
 bool WindowModel::isMinimized(const ClientWindow& client) const {

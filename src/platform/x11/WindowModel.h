@@ -22,6 +22,7 @@ struct TopLevel {
     int border = 0;
     bool isMapped = false;
     bool isOverrideRedirect = false;
+    std::optional<std::uint32_t> rectTold, mappingTold; // by which event they were told last
 };
 
 struct WindowManager {
@@ -42,10 +43,12 @@ struct EventEffects {
     bool askDisplays = false;
     bool panelsChanged = false;
     std::vector<xcb_window_t> redecorated; // announced other decorations
+    std::vector<xcb_window_t> restated;    // announced another state under a window manager
     std::vector<xcb_window_t> returning;   // went as asked, and are wanted back by now
     void add(EventEffects&& other);
     bool isForMainThread() const {
-        return askActiveWindow || askDisplays || panelsChanged || !redecorated.empty() || !returning.empty();
+        return askActiveWindow || askDisplays || panelsChanged || !redecorated.empty() || !restated.empty() ||
+               !returning.empty();
     }
 };
 
@@ -58,7 +61,9 @@ class WindowModel {
     void setRandrEventBase(std::optional<std::uint8_t> base) { randrEventBase_ = base; }
 
     // What was asked
-    void setTopLevel(xcb_window_t window, const TopLevel& topLevel); // keeps the place in the stack when known
+    /// What the server answered to a question of that number. What an event has told since is newer, and a window that
+    /// has gone meanwhile stays gone.
+    void takeTopLevel(xcb_window_t window, const TopLevel& answer, std::uint32_t asked);
     void setStacking(std::vector<xcb_window_t> bottomFirst) { stacking_ = std::move(bottomFirst); }
     /// The managed windows in their order; those that are new are stale in everything, those that left are forgotten.
     /// While one manager leaves and the next comes, the list is empty or short for a moment: until they have settled,
@@ -73,8 +78,12 @@ class WindowModel {
     /// Without a window manager: a mapped top level that a user can work with joins the list.
     void adoptUnmanaged(xcb_window_t window);
     void forget(xcb_window_t client);
-    /// From _NET_FRAME_EXTENTS, for a window whose frame shows nothing else; others wait to be measured.
-    void takeDecorations(ClientWindow& client, const PropertyView& extents);
+    /// From _NET_FRAME_EXTENTS, asked by the main thread. A window in a frame has to be measured after that.
+    void takeDecorations(ClientWindow& client, const PropertyView& extents, std::uint32_t asked);
+    /// How far the window's area lies inside the frame that holds it.
+    void takeMeasuredFrame(ClientWindow& client, const PixelEdges& around, std::uint32_t asked);
+    /// From WM_STATE or _NET_WM_STATE.
+    void takeState(ClientWindow& client, const PropertyRule& rule, const PropertyView& value, std::uint32_t asked);
 
     // Reading
     const ClientWindow* client(xcb_window_t window) const;
@@ -94,7 +103,7 @@ class WindowModel {
     bool isShown(const ClientWindow& client) const;
     /// These are the window manager's words; what is left of them once it has gone means nothing.
     bool isOnCurrentDesktop(const ClientWindow& client) const;
-    bool isFullScreen(const ClientWindow& client) const { return manager_.isPresent && client.isFullScreen; }
+    bool isFullScreen(const ClientWindow& client) const;
     const WindowManager& windowManager() const { return manager_; }
 
     /// Whether anything was announced that was not asked about yet.
@@ -115,6 +124,7 @@ class WindowModel {
     std::vector<PixelRect> workareas; // by virtual desktop
     std::optional<std::pair<int, int>> pointer;
     std::pair<int, int> rootSize; // width and height
+    std::vector<PixelRect> displayRects;
 
     void markStale(ClientWindow& client, std::uint32_t bits);
     /// The bits, which are then fresh.
@@ -122,6 +132,7 @@ class WindowModel {
     const std::vector<PropertyRule>& rules() const { return rules_; }
 
   private:
+    void setTopLevel(xcb_window_t window, const TopLevel& topLevel); // keeps the place in the stack when known
     EventEffects applyProperty(const xcb_property_notify_event_t& event);
     EventEffects applyConfigure(const xcb_configure_notify_event_t& event, std::uint32_t sequence);
     EventEffects applyMapping(xcb_window_t topLevel, bool isMapped, std::uint32_t sequence);

@@ -18,7 +18,8 @@ EventEffects WindowModel::apply(const xcb_generic_event_t& event) {
         if (created.parent != root_) return {};
         const PixelRect rect{created.x, created.y, created.width + 2 * created.border_width,
                              created.height + 2 * created.border_width};
-        setTopLevel(created.window, {rect, created.border_width, false, created.override_redirect != 0});
+        setTopLevel(created.window, {rect, created.border_width, false, created.override_redirect != 0,
+                                     event.full_sequence, event.full_sequence});
         return {};
     }
     case XCB_DESTROY_NOTIFY: {
@@ -98,6 +99,9 @@ EventEffects WindowModel::applyProperty(const xcb_property_notify_event_t& event
         markStale(*changed, bits);
         if (event.atom == atoms_[Atom::netFrameExtents] && manager_.isPresent)
             effects.redecorated.push_back(event.window);
+        // Only where somebody waits to see what becomes of a wish; for all others the next poll is soon enough.
+        if (rule.staleBit == stale::state && manager_.isPresent && changed->placedAt)
+            effects.restated.push_back(event.window);
         break;
     }
     return effects;
@@ -118,6 +122,7 @@ EventEffects WindowModel::applyConfigure(const xcb_configure_notify_event_t& eve
     const bool moved = rect != top.rect;
     const bool isResized = rect.width != top.rect.width || rect.height != top.rect.height;
     top.rect = rect;
+    top.rectTold = sequence;
     top.border = event.border_width;
     top.isOverrideRedirect = event.override_redirect != 0;
     placeInStack(event.window, event.above_sibling);
@@ -150,6 +155,7 @@ EventEffects WindowModel::applyMapping(xcb_window_t window, bool isMapped, std::
     const auto place = topLevels_.find(window);
     if (place == topLevels_.end()) return effects;
     place->second.isMapped = isMapped;
+    place->second.mappingTold = sequence;
     const auto held = clientByTopLevel_.find(window);
     ClientWindow* known = held == clientByTopLevel_.end() ? nullptr : client(held->second);
     effects.changed = known != nullptr;
@@ -208,7 +214,7 @@ EventEffects WindowModel::applyReparent(const xcb_reparent_notify_event_t& event
     ClientWindow* moved = client(event.window);
     xcb_window_t newTopLevel = kNoWindow;
     if (event.parent == root_) {
-        setTopLevel(event.window, {{event.x, event.y, 0, 0}, 0, false, event.override_redirect != 0});
+        setTopLevel(event.window, {{event.x, event.y, 0, 0}, 0, false, event.override_redirect != 0, {}, {}});
         unknownTopLevels_.push_back(event.window);
     } else {
         // A window manager that is just coming puts its frames around windows before it is known.

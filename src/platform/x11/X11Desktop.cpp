@@ -1,6 +1,7 @@
 // Opening, the events of the server, and who is told of changes.
 #include "platform/x11/X11Desktop.h"
 
+#include "platform/x11/FrameQuestions.h"
 #include "platform/x11/X11Parts.h"
 
 #include <poll.h>
@@ -17,6 +18,8 @@ namespace {
 
 /// How long the connection goes unwatched while the next poll has something to find in any case.
 constexpr Seconds kRest{0.2};
+/// How long somebody looks after a window that was placed.
+constexpr Seconds kPlacingTime{1.0};
 /// How long the end of the agent waits for windows to come back.
 constexpr Seconds kPatienceAtTheEnd{0.5};
 
@@ -241,6 +244,10 @@ bool X11Desktop::Parts::actOn(const EventEffects& effects) {
     if (effects.askDisplays) displays.begin();
     if (effects.askActiveWindow) askActiveWindow();
     for (const xcb_window_t window : effects.redecorated) askDecorations(window);
+    for (const xcb_window_t window : effects.restated) {
+        ClientWindow* client = model.client(window);
+        if (client && client->placedAt && queue.uptime() - *client->placedAt < kPlacingTime) askState(*client);
+    }
     mustFlush |= displays.hasUnsent();
     return (displaysTold || effects.panelsChanged) && arrangeDisplays();
 }
@@ -301,14 +308,35 @@ void X11Desktop::Parts::askActiveWindow() {
 
 /// Asked at once and not by the next poll: a window that is being placed must be placed again by its new decorations.
 void X11Desktop::Parts::askDecorations(xcb_window_t window) {
+    const ClientWindow* framed = model.client(window);
+    if (!framed) return;
     mustFlush = true;
-    asked.emplace_back().add(connection->askProperty(window, connection->atoms()[Atom::netFrameExtents], 4),
-                             [this, window](const void* reply) {
-                                 ClientWindow* client = model.client(window);
-                                 if (client)
-                                     model.takeDecorations(*client,
-                                                           viewOf(static_cast<const xcb_get_property_reply_t*>(reply)));
-                             });
+    Questions& questions = asked.emplace_back();
+    const auto cookie = connection->askProperty(window, connection->atoms()[Atom::netFrameExtents], 4);
+    questions.add(cookie, [this, window, sequence = cookie.sequence](const void* reply) {
+        ClientWindow* client = model.client(window);
+        const auto* extents = static_cast<const xcb_get_property_reply_t*>(reply);
+        if (client) model.takeDecorations(*client, viewOf(extents), sequence);
+    });
+    if (framed->topLevel != kNoWindow && framed->topLevel != window) askFrame(questions, *connection, model, *framed);
+}
+
+/// The same, for the verification of a placement: a window that goes full screen meanwhile refuses no size.
+void X11Desktop::Parts::askState(ClientWindow& client) {
+    mustFlush = true;
+    ++client.openStateQuestions;
+    Questions& questions = asked.emplace_back();
+    for (const PropertyRule& rule : model.rules()) {
+        if (rule.staleBit != stale::state) continue;
+        const auto cookie = connection->askProperty(client.window, rule.property, rule.lengthInWords);
+        const bool isLast = rule.property == connection->atoms()[Atom::wmState];
+        questions.add(cookie, [this, &rule, isLast, window = client.window, sequence = cookie.sequence](const void* r) {
+            ClientWindow* known = model.client(window);
+            if (!known) return;
+            model.takeState(*known, rule, viewOf(static_cast<const xcb_get_property_reply_t*>(r)), sequence);
+            if (isLast) known->openStateQuestions = std::max(0, known->openStateQuestions - 1);
+        });
+    }
 }
 
 void X11Desktop::Parts::askPointer() {

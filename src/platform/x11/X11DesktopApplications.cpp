@@ -149,6 +149,9 @@ bool X11Desktop::Parts::arrangeDisplays() {
     auto next = describeDisplays(monitors, panels, workarea, root);
     if (next == arrangement) return false;
     arrangement = std::move(next);
+    model.displayRects.clear();
+    for (const Monitor& monitor : monitors) model.displayRects.push_back(monitor.rect);
+    if (monitors.empty()) model.displayRects.push_back(root);
     return true;
 }
 

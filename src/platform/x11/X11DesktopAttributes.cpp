@@ -102,7 +102,9 @@ AttributeValue X11Desktop::Parts::read(const ClientWindow& client, Accessibility
                !(hidden.holds(client.window) && isApplicationHidden(client.processIdentifier));
     case AccessibilityAttribute::position:
     case AccessibilityAttribute::size: {
-        const auto outer = model.expectedFrame(client, now, kBenefitOfDoubt);
+        // One that was asked for the same place before, and stayed where it is, will stay there.
+        const auto outer =
+            client.insistsOnItsFrame() ? model.outerFrame(client) : model.expectedFrame(client, now, kBenefitOfDoubt);
         if (!outer) return {};
         const CGRect frame = forWindowService(*outer);
         if (attribute == AccessibilityAttribute::position) return frame.origin;
@@ -195,6 +197,8 @@ void X11Desktop::writeAttributes(const AccessibilityElement& element, std::span<
             if (origin) frame.origin = *origin;
             if (size) frame.size = *size;
             parts_->outbox.place(*client, parts_->onRoot(frame), now);
+            // The wish may have been made by a state that no longer holds; those who look after it are to know better.
+            if (client->stale & stale::state) parts_->askState(*client);
         }
     }
     parts_->sendSoon();

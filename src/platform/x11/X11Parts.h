@@ -83,6 +83,7 @@ struct X11Desktop::Parts {
     void takeReplies();                           // locked; those that have come
     void askActiveWindow();                       // locked, as are these
     void askDecorations(xcb_window_t window);
+    void askState(x11::ClientWindow& client);
     void askPointer();
     bool arrangeDisplays(); // true when something changed
     void noteChange();

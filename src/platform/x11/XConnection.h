@@ -43,6 +43,7 @@ inline constexpr xcb_window_t kNoWindow = XCB_WINDOW_NONE;
     X(netWmStateFullscreen, "_NET_WM_STATE_FULLSCREEN")                                                                \
     X(netWmStateMaximizedVert, "_NET_WM_STATE_MAXIMIZED_VERT")                                                         \
     X(netWmStateMaximizedHorz, "_NET_WM_STATE_MAXIMIZED_HORZ")                                                         \
+    X(netWmStateShaded, "_NET_WM_STATE_SHADED")                                                                        \
     X(netWmStateSticky, "_NET_WM_STATE_STICKY")                                                                        \
     X(netWmWindowType, "_NET_WM_WINDOW_TYPE")                                                                          \
     X(typeNormal, "_NET_WM_WINDOW_TYPE_NORMAL")                                                                        \
