@@ -110,6 +110,7 @@ void WindowModel::startSettling(Seconds now) {
 }
 
 void WindowModel::settle(Seconds now) {
+    if (std::exchange(isLettingGo_, false) && !settlesAt_) settlesAt_ = now + kTimeToLeave;
     if (!settlesAt_) return;
     staleManager = true;
     staleClientList = manager_.isPresent;

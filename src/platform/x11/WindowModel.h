@@ -70,8 +70,9 @@ class WindowModel {
     /// the windows that are missing in it stay, and are asked about, so that those that have gone are found out.
     void setClientList(const std::vector<xcb_window_t>& windows, Seconds now);
     void setWindowManager(const WindowManager& manager, Seconds now);
-    /// Whether a manager has just gone or come. What the root says is then stale again at every poll.
-    bool isSettling() const { return settlesAt_.has_value(); }
+    /// Whether a manager is going, or has just gone or come. What the root says is then stale again at every poll, and
+    /// that a window is on the screen does not mean that somebody wanted it there.
+    bool isSettling() const { return isLettingGo_ || settlesAt_; }
     /// At the beginning of a poll.
     void settle(Seconds now);
     void setTopLevelOf(ClientWindow& client, xcb_window_t topLevel);
@@ -151,6 +152,7 @@ class WindowModel {
     WindowManager manager_;
     bool isManagerKnown_ = false;
     std::optional<Seconds> settlesAt_;
+    bool isLettingGo_ = false; // a managed window has left its frame; until the next poll begins
     std::unordered_map<xcb_window_t, TopLevel> topLevels_;
     std::vector<xcb_window_t> stacking_;
     std::vector<xcb_window_t> unknownTopLevels_;

@@ -214,6 +214,8 @@ EventEffects WindowModel::applyReparent(const xcb_reparent_notify_event_t& event
     ClientWindow* moved = client(event.window);
     xcb_window_t newTopLevel = kNoWindow;
     if (event.parent == root_) {
+        // A manager that goes takes its windows out of their frames first, and shows those that were iconic.
+        isLettingGo_ |= moved && manager_.isPresent;
         setTopLevel(event.window, {{event.x, event.y, 0, 0}, 0, false, event.override_redirect != 0, {}, {}});
         unknownTopLevels_.push_back(event.window);
     } else {
