@@ -123,12 +123,18 @@ TEST(Displays, AreRecognisedByTheirDevice) {
     EXPECT_NE(apart[0], apart[1]);
     // The same device on another connector, in another place.
     EXPECT_EQ(uuids({{"HDMI-3", true, {0, 0, 800, 600}, first}})[0], apart[0]);
-    // Twins can only be told apart by where they are plugged in.
-    Monitor twin = b;
-    twin.identity = first;
-    const auto twins = uuids({a, twin});
-    EXPECT_NE(twins[0], twins[1]);
-    EXPECT_EQ(uuids({a, twin}), twins);
+    // Twins can only be told apart by where they are plugged in; without serial numbers, that is so before and after
+    // they are two.
+    for (const std::uint8_t serial : {std::uint8_t{1}, std::uint8_t{0}}) {
+        const auto identity = identityInEdid(edid(serial, "Wide 34"));
+        const Monitor one{"DP-1", true, {0, 0, 1000, 1000}, identity},
+            two{"DP-2", false, {1000, 0, 1000, 1000}, identity};
+        const auto twins = uuids({one, two});
+        EXPECT_NE(twins[0], twins[1]);
+        if (serial != 0) continue;
+        EXPECT_EQ(uuids({one})[0], twins[0]);
+        EXPECT_EQ(uuids({two})[0], twins[1]);
+    }
     EXPECT_EQ(apart[0].size(), 36U);
     EXPECT_EQ(apart[0].find_first_not_of("0123456789ABCDEF-"), std::string::npos);
 }

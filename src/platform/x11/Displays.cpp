@@ -43,7 +43,7 @@ std::uint64_t hashOf(const std::string& text, std::uint64_t seed) {
     return hash ^ (hash >> 33);
 }
 
-/// The names of devices that are connected twice.
+/// Whether the device is connected twice: some makers give all their monitors one serial number.
 bool hasTwin(const std::vector<Monitor>& monitors, const Monitor& monitor) {
     return std::ranges::count_if(monitors, [&](const Monitor& other) {
                return other.identity && other.identity->device == monitor.identity->device;
@@ -62,11 +62,16 @@ std::optional<MonitorIdentity> identityInEdid(std::span<const std::uint8_t> edid
         std::snprintf(digits.data(), digits.size(), "%02X", static_cast<unsigned>(byte));
         identity.device += digits.data();
     }
+    identity.isSerialised = std::ranges::any_of(edid.subspan(12, 4), [](std::uint8_t byte) { return byte != 0; });
     for (const std::size_t at : {54U, 72U, 90U, 108U}) {
         const auto descriptor = edid.subspan(at, 18);
         if (descriptor[0] != 0 || descriptor[1] != 0) continue; // a timing
         if (descriptor[3] == 0xFC) identity.name = descriptorText(descriptor);
-        if (descriptor[3] == 0xFF) identity.device += " " + descriptorText(descriptor);
+        if (descriptor[3] == 0xFF) {
+            const std::string serial = descriptorText(descriptor);
+            identity.device += " " + serial;
+            identity.isSerialised |= serial.find_first_not_of("0 ") != std::string::npos;
+        }
     }
     return identity;
 }
@@ -139,7 +144,10 @@ DisplayArrangement describeDisplays(std::vector<Monitor> monitors, std::span<con
         screen.localizedName = monitor.connector;
         if (monitor.identity) {
             if (!monitor.identity->name.empty()) screen.localizedName = monitor.identity->name;
-            const std::string place = hasTwin(monitors, monitor) ? "@" + monitor.connector : "";
+            // By its connector even while it is the only one of its kind: it must not become another display when its
+            // twin is plugged in or out.
+            const bool isByPlace = !monitor.identity->isSerialised || hasTwin(monitors, monitor);
+            const std::string place = isByPlace ? "@" + monitor.connector : "";
             screen.displayUUID = stableUuid(monitor.identity->device + place);
         }
         arrangement.screens.push_back(std::move(screen));

@@ -14,8 +14,9 @@ namespace kova::x11 {
 
 /// What a monitor says of itself.
 struct MonitorIdentity {
-    std::string device; // manufacturer, model and serial numbers; the same after every plugging in
-    std::string name;   // as printed on it; empty when it does not say
+    std::string device;        // manufacturer, model and serial numbers; the same after every plugging in
+    std::string name;          // as printed on it; empty when it does not say
+    bool isSerialised = false; // it has a serial number, so that another of its kind is another device
     bool operator==(const MonitorIdentity&) const = default;
 };
 
