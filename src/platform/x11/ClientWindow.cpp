@@ -130,7 +130,6 @@ void takeClass(ClientWindow& window, const PropertyView& property, const Atoms& 
 void takeProcess(ClientWindow& window, const PropertyView& property, const Atoms&) {
     const auto numbers = numbersIn(property, XCB_ATOM_CARDINAL);
     window.claimedProcess.reset();
-    constexpr std::uint32_t kLargestProcess = 0x400000; // the kernel gives out no larger ones
     if (!numbers.empty() && numbers[0] > 0 && numbers[0] <= kLargestProcess) window.claimedProcess = numbers[0];
 }
 

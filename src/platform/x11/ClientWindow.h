@@ -17,6 +17,17 @@
 
 namespace kova::x11 {
 
+/// The kernel gives out process numbers up to here (PID_MAX_LIMIT on 64 bits).
+inline constexpr std::uint32_t kLargestProcess = 4'194'304;
+/// Windows that name no process of this machine belong to the application of a made-up number from here on: it groups
+/// the windows of one connection. No process can ever have it, and none may be sent a signal by it.
+inline constexpr std::uint32_t kFirstMadeUpProcess = 0x40000000;
+static_assert(kFirstMadeUpProcess > kLargestProcess);
+/// Whether the number can be that of a process; the only ones that a signal may be sent to.
+constexpr bool isProcess(pid_t number) {
+    return number > 0 && static_cast<std::uint32_t>(number) <= kLargestProcess;
+}
+
 enum class WindowKind { standard, dialog, dock, desktop, splash, menu, palette, transient };
 
 /// The subrole in the accessibility vocabulary.

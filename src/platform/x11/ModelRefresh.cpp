@@ -262,10 +262,9 @@ void ModelRefresh::settleOwner(ClientWindow& client) const {
         client.processIdentifier = static_cast<pid_t>(*client.claimedProcess);
         return;
     }
-    // The windows of one connection have the same upper bits; such a number is beyond every process's.
-    constexpr std::uint32_t kBeyondProcesses = 0x40000000;
+    // The windows of one connection have the same upper bits, of which the server uses 29 at most.
     const std::uint32_t owner = client.window & ~xcb_get_setup(connection_.get())->resource_id_mask;
-    client.processIdentifier = static_cast<pid_t>((owner & (kBeyondProcesses - 1)) | kBeyondProcesses);
+    client.processIdentifier = static_cast<pid_t>((owner & (kFirstMadeUpProcess - 1)) | kFirstMadeUpProcess);
 }
 
 /// Climbs from each client to the root's child that holds it, one level of all windows in each round trip.
