@@ -7,6 +7,7 @@
 #include "control/ControlServer.h"
 #include "platform/linux/AbsentDesktop.h"
 #include "platform/linux/DesktopEntries.h"
+#include "platform/linux/DesktopLauncher.h"
 #include "platform/linux/EventLoop.h"
 #include "platform/linux/FilePreferencesStore.h"
 #include "platform/linux/Process.h"
@@ -61,9 +62,10 @@ class Desktop {
   public:
     /// Absent when there is none and the agent should end; it has been said why.
     static std::optional<Desktop> open(const Options& options, const std::string& hiddenWindowsFile, EventLoop& loop,
-                                       ApplicationCatalogue& catalogue) {
-        auto opened =
-            X11Desktop::open({.displayName = std::nullopt, .hiddenWindowsFile = hiddenWindowsFile}, loop, catalogue);
+                                       ApplicationCatalogue& catalogue, ApplicationLauncher& launcher) {
+        auto opened = X11Desktop::open(
+            {.displayName = std::nullopt, .hiddenWindowsFile = hiddenWindowsFile, .launcher = &launcher}, loop,
+            catalogue);
         Desktop desktop;
         if (auto* x11 = std::get_if<std::unique_ptr<X11Desktop>>(&opened)) {
             desktop.x11_ = std::move(*x11);
@@ -128,7 +130,8 @@ int manageSession(const Options& options) {
     FilePreferencesStore preferences(folders.configHome / "kova/preferences.json", loop, diskQueue,
                                      [](const std::string& problem) { log(LogLevel::warning, problem); });
     DesktopEntries catalogue(folders, DesktopEntries::localeOfMessages());
-    const auto desktop = Desktop::open(options, (stateFolder / "hidden-windows").string(), loop, catalogue);
+    DesktopLauncher launcher(catalogue, loop);
+    const auto desktop = Desktop::open(options, (stateFolder / "hidden-windows").string(), loop, catalogue, launcher);
     if (!desktop) return kExitFailed;
 
     UnlockedSession session;

@@ -115,7 +115,76 @@ std::string_view lastComponent(std::string_view id) {
     return id.substr(id.rfind('.') + 1);
 }
 
+std::vector<std::string> listed(std::string_view value, char separator) {
+    std::vector<std::string> members;
+    while (!value.empty()) {
+        const auto end = std::min(value.find(separator), value.size());
+        if (end > 0) members.emplace_back(value.substr(0, end));
+        value.remove_prefix(std::min(end + 1, value.size()));
+    }
+    return members;
+}
+
+bool holds(const std::vector<std::string>& members, const std::string& wanted) {
+    return std::find(members.begin(), members.end(), wanted) != members.end();
+}
+
+/// The keys that matter to who launches the application or lists it.
+void takeLaunching(DesktopEntry& entry, std::string_view key, std::string_view value) {
+    if (key == "Exec") {
+        entry.execLine = unescaped(value);
+    } else if (key == "TryExec") {
+        entry.tryExec = unescaped(value);
+    } else if (key == "Path") {
+        entry.workingFolder = unescaped(value);
+    } else if (key == "Terminal") {
+        entry.needsTerminal = value == "true";
+    } else if (key == "OnlyShowIn") {
+        entry.onlyShowIn = listed(value, ';');
+    } else if (key == "NotShowIn") {
+        entry.notShowIn = listed(value, ';');
+    } else if (key == "Categories") {
+        entry.isFileManager = holds(listed(value, ';'), "FileManager");
+    }
+}
+
+/// Of this process.
+std::string_view variable(const char* name) {
+    const char* value = std::getenv(name);
+    return value ? value : "";
+}
+
 } // namespace
+
+bool isShownOn(const DesktopEntry& entry, std::string_view currentDesktops) {
+    for (const auto& desktop : listed(currentDesktops, ':')) {
+        if (holds(entry.onlyShowIn, desktop)) return true;
+        if (holds(entry.notShowIn, desktop)) return false;
+    }
+    return entry.onlyShowIn.empty();
+}
+
+std::optional<std::string> findProgram(const std::string& name) {
+    const auto isProgram = [](const std::string& path) {
+        struct stat status {};
+        return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode) && access(path.c_str(), X_OK) == 0;
+    };
+    if (name.find('/') != std::string::npos) {
+        return name[0] == '/' && isProgram(name) ? std::optional(name) : std::nullopt;
+    }
+    if (name.empty()) return std::nullopt;
+    const auto path = variable("PATH");
+    for (const auto& folder : listed(path.empty() ? "/usr/local/bin:/usr/bin:/bin" : path, ':')) {
+        // A relative folder would mean another one wherever we happen to be.
+        if (folder[0] == '/' && isProgram(folder + "/" + name)) return folder + "/" + name;
+    }
+    return std::nullopt;
+}
+
+std::optional<DesktopEntry> readDesktopEntry(const std::string& path, std::string_view locale) {
+    const auto bytes = readFile(path);
+    return bytes ? parseDesktopEntry(*bytes, locale) : std::nullopt;
+}
 
 std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, std::string_view locale) {
     DesktopEntry entry;
@@ -155,6 +224,8 @@ std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, std::string
             entry.isHidden = value == "true";
         } else if (key == "NoDisplay") {
             entry.isDisplayed = value != "true";
+        } else {
+            takeLaunching(entry, key, value);
         }
     }
     if (!hasGroup) return std::nullopt;
@@ -184,6 +255,7 @@ ApplicationIdentity DesktopEntries::identify(const std::string& instanceName, co
         identity.localizedName = text(entry->name);
         identity.bundlePath = text(entry->path);
         identity.iconName = text(entry->iconName);
+        identity.isFileManager = entry->isFileManager;
     } else {
         const std::string name = validUtf8(className.empty() ? instanceName : className);
         identity.bundleIdentifier = lowercased(name);
@@ -209,6 +281,35 @@ const DesktopEntries::Entry* DesktopEntries::find(const std::string& instanceNam
     if (const auto* entry = first([&](const Entry& e) { return text(e.id) == name; })) return entry;
     if (const auto* entry = first([&](const Entry& e) { return equalIgnoringCase(text(e.id), name); })) return entry;
     return first([&](const Entry& e) { return equalIgnoringCase(lastComponent(text(e.id)), name); });
+}
+
+std::vector<LaunchableApplication> DesktopEntries::launchableApplications() {
+    const std::lock_guard lock(mutex_);
+    if (!isScanned_ || hasChanged()) scan();
+    std::vector<LaunchableApplication> applications;
+    for (const Entry& entry : entries_) {
+        if (entry.isListed) applications.push_back(launchable(entry));
+    }
+    std::stable_sort(applications.begin(), applications.end(),
+                     [](const auto& a, const auto& b) { return localizedCaseInsensitiveCompare(a.name, b.name) < 0; });
+    return applications;
+}
+
+std::optional<LaunchableApplication> DesktopEntries::launchableApplication(const std::string& id) {
+    const std::lock_guard lock(mutex_);
+    if (!isScanned_ || hasChanged()) scan();
+    const auto found =
+        std::find_if(entries_.begin(), entries_.end(), [&](const Entry& entry) { return text(entry.id) == id; });
+    if (found == entries_.end()) return std::nullopt;
+    return launchable(*found);
+}
+
+LaunchableApplication DesktopEntries::launchable(const Entry& entry) const {
+    return {.identifier = std::string(text(entry.id)),
+            .name = std::string(text(entry.name)),
+            .bundleIdentifier = std::string(text(entry.id)),
+            .location = std::string(text(entry.path)),
+            .icon = {.name = std::string(text(entry.iconName)), .image = nullptr}};
 }
 
 void DesktopEntries::scan() {
@@ -254,9 +355,7 @@ void DesktopEntries::addFile(const std::string& path, const std::string& id) {
         std::any_of(entries_.begin(), entries_.end(), [&](const Entry& entry) { return text(entry.id) == id; });
     if (isShadowed) return;
     if (validUtf8(path) != path) return; // ids are told to others as text
-    const auto bytes = readFile(path);
-    if (!bytes) return;
-    const auto parsed = parseDesktopEntry(*bytes, locale_);
+    const auto parsed = readDesktopEntry(path, locale_);
     if (!parsed || (!parsed->isHidden && (!parsed->isApplication || parsed->name.empty()))) return;
     Entry entry;
     entry.path = keep(path);
@@ -271,6 +370,9 @@ void DesktopEntries::addFile(const std::string& path, const std::string& id) {
     entry.iconName = keep(parsed->iconName);
     entry.isHidden = parsed->isHidden;
     entry.isDisplayed = parsed->isDisplayed;
+    entry.isListed = parsed->isDisplayed && isShownOn(*parsed, variable("XDG_CURRENT_DESKTOP")) &&
+                     !parsed->execLine.empty() && (parsed->tryExec.empty() || findProgram(parsed->tryExec));
+    entry.isFileManager = parsed->isFileManager;
     entries_.push_back(entry);
 }
 

@@ -5,6 +5,7 @@
 
 #include "platform/linux/XdgFolders.h"
 #include "platform/x11/ApplicationCatalogue.h"
+#include "windowing/ApplicationServicing.h"
 
 #include <cstdint>
 #include <ctime>
@@ -24,9 +25,22 @@ struct DesktopEntry {
     std::string windowClass;
     std::string iconName;
     bool isApplication = false;
-    bool isHidden = false;   // as good as deleted; it also hides the entries of the same id in later folders
-    bool isDisplayed = true; // in menus
+    bool isHidden = false;      // as good as deleted; it also hides the entries of the same id in later folders
+    bool isDisplayed = true;    // in menus
+    bool isFileManager = false; // by its categories
+    bool needsTerminal = false;
+    std::string execLine;                           // empty when it cannot be launched by one
+    std::string tryExec;                            // a program; without it the application is not really installed
+    std::string workingFolder;                      // empty: any
+    std::vector<std::string> onlyShowIn, notShowIn; // desktops
 };
+
+/// Whether menus of the desktops (as in XDG_CURRENT_DESKTOP, "ubuntu:GNOME") show it.
+bool isShownOn(const DesktopEntry& entry, std::string_view currentDesktops);
+/// The program's file as PATH (or the name, when it is a path) leads to it; absent when there is nothing to run.
+std::optional<std::string> findProgram(const std::string& name);
+/// The entry in that file; absent when it cannot be read or is none.
+std::optional<DesktopEntry> readDesktopEntry(const std::string& path, std::string_view locale);
 
 /// `locale` as in LC_MESSAGES: "sr_RS.UTF-8@latin". Absent without a "[Desktop Entry]" group.
 std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, std::string_view locale);
@@ -42,6 +56,12 @@ class DesktopEntries final : public ApplicationCatalogue {
     /// menus come last.
     ApplicationIdentity identify(const std::string& instanceName, const std::string& className) override;
 
+    /// What menus show, by name.
+    std::vector<LaunchableApplication> launchableApplications();
+    /// The entry of that id, shown in menus or not.
+    std::optional<LaunchableApplication> launchableApplication(const std::string& id);
+    const std::string& locale() const { return locale_; }
+
   private:
     // Hundreds of entries, few of them ever asked for: they are kept as ranges of one text.
     struct Range {
@@ -52,6 +72,8 @@ class DesktopEntries final : public ApplicationCatalogue {
         Range path, id, name, windowClass, iconName;
         bool isHidden = false;
         bool isDisplayed = true;
+        bool isListed = false; // in the menus of this desktop
+        bool isFileManager = false;
     };
     struct Folder {
         std::string path;
@@ -62,6 +84,7 @@ class DesktopEntries final : public ApplicationCatalogue {
     void scanFolder(const std::string& folder, const std::string& idPrefix, int depth);
     void addFile(const std::string& path, const std::string& id);
     bool hasChanged() const;
+    LaunchableApplication launchable(const Entry& entry) const;
     const Entry* find(const std::string& instanceName, const std::string& className) const;
     Range keep(std::string_view text);
     std::string_view text(Range range) const;

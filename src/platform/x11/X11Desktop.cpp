@@ -2,6 +2,7 @@
 #include "platform/x11/X11Desktop.h"
 
 #include "platform/x11/FrameQuestions.h"
+#include "platform/x11/LocalProcesses.h"
 #include "platform/x11/X11Parts.h"
 
 #include <poll.h>
@@ -28,9 +29,9 @@ constexpr Seconds kPatienceAtTheEnd{0.5};
 X11Desktop::Parts::Parts(std::unique_ptr<XConnection> opened, const Options& options, MainQueue& mainQueue,
                          ApplicationCatalogue& applicationCatalogue) :
     connection(std::move(opened)),
-    queue(mainQueue), catalogue(applicationCatalogue), model(connection->atoms(), connection->root()),
-    displays(*connection), hidden(options.hiddenWindowsFile), outbox(*connection, model),
-    refresh(*connection, mutex, model) {
+    queue(mainQueue), catalogue(applicationCatalogue), launcher(options.launcher), ownProcesses(ownLine()),
+    model(connection->atoms(), connection->root()), displays(*connection), hidden(options.hiddenWindowsFile),
+    outbox(*connection, model), refresh(*connection, mutex, model) {
     model.setRandrEventBase(displays.eventBase());
     model.rootSize = {connection->screen().width_in_pixels, connection->screen().height_in_pixels};
 }
@@ -386,11 +387,14 @@ void X11Desktop::Parts::identifyApplications() {
     struct Owner {
         std::string instanceName, className;
         bool isRegular = false;
+        bool drawsDesktop = false; // or a panel on it
     };
     std::vector<pid_t> order;
     std::map<pid_t, Owner> owners;
+    std::string windowManager;
     {
         const std::lock_guard lock(mutex);
+        windowManager = model.windowManager().name;
         for (const xcb_window_t window : model.clientOrder()) {
             const ClientWindow* client = model.client(window);
             if (!client || client->processIdentifier == 0 || client->isInputOnly) continue;
@@ -404,13 +408,16 @@ void X11Desktop::Parts::identifyApplications() {
                 owner.className = client->className;
             }
             owner.isRegular |= client->isManaged();
+            owner.drawsDesktop |= client->kind() == WindowKind::desktop || client->kind() == WindowKind::dock;
         }
     }
     std::vector<X11Application> identified;
     for (const pid_t process : order) {
         const Owner& owner = owners[process];
         // Reads the disk the first time, so not under the lock.
-        identified.push_back({process, catalogue.identify(owner.instanceName, owner.className), owner.isRegular});
+        auto identity = catalogue.identify(owner.instanceName, owner.className);
+        const bool isPart = isPartOfDesktop(process, identity, owner.drawsDesktop, windowManager);
+        identified.push_back({process, std::move(identity), owner.isRegular, isPart});
     }
     const std::lock_guard lock(mutex);
     applications = std::move(identified);

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "platform/x11/ApplicationCatalogue.h"
+#include "platform/x11/ApplicationLauncher.h"
 #include "support/MainQueue.h"
 #include "windowing/AccessibilityServicing.h"
 #include "windowing/ApplicationServicing.h"
@@ -25,8 +26,9 @@ class X11Desktop final : public AccessibilityServicing,
                          public DiagnosticsServicing {
   public:
     struct Options {
-        std::optional<std::string> displayName; // absent: DISPLAY
-        std::string hiddenWindowsFile;          // its folder exists; empty: hidden windows are kept in memory only
+        std::optional<std::string> displayName;  // absent: DISPLAY
+        std::string hiddenWindowsFile;           // its folder exists; empty: hidden windows are kept in memory only
+        ApplicationLauncher* launcher = nullptr; // outlives the desktop; null: nothing can be launched
     };
     /// Connects and reads the whole desktop, waiting for the server; windows that a killed agent left hidden come back.
     /// The text says in the user's words why there is no desktop and what to do. The thread that calls this is the main

@@ -25,6 +25,7 @@ RunningApplication describe(const X11Application& application, bool isHidden) {
     running.activationPolicy =
         application.isRegular ? ApplicationActivationPolicy::regular : ApplicationActivationPolicy::accessory;
     running.isHidden = isHidden;
+    running.isPartOfDesktop = application.isPartOfDesktop;
     return running;
 }
 

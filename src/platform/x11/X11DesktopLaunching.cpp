@@ -1,28 +1,92 @@
 // Starting applications and ending them.
+#include "platform/x11/LocalProcesses.h"
 #include "platform/x11/X11Parts.h"
+
+#include <algorithm>
+#include <cstring>
 
 namespace kova {
 
+using namespace x11;
+
+namespace {
+
+constexpr std::uint32_t kMostProtocols = 32;
+
+/// Tells the window itself, as a window manager does when its close button is pressed.
+void sendProtocol(const XConnection& connection, xcb_window_t window, xcb_atom_t protocol) {
+    xcb_client_message_event_t event{};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = window;
+    event.type = connection.atoms()[Atom::wmProtocols];
+    event.data.data32[0] = protocol;
+    event.data.data32[1] = XCB_CURRENT_TIME;
+    xcb_send_event(connection.get(), 0, window, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*>(&event));
+}
+
+} // namespace
+
 std::vector<LaunchableApplication> X11Desktop::launchableApplications() const {
-    return {};
+    return parts_->launcher ? parts_->launcher->launchableApplications() : std::vector<LaunchableApplication>{};
 }
 
-std::optional<LaunchableApplication> X11Desktop::launchableApplication(const std::string&) const {
-    return std::nullopt;
+std::optional<LaunchableApplication> X11Desktop::launchableApplication(const std::string& bundleIdentifier) const {
+    return parts_->launcher ? parts_->launcher->launchableApplication(bundleIdentifier) : std::nullopt;
 }
 
-void X11Desktop::launch(const LaunchableApplication& application, LaunchActivation, LaunchCompletion completion) {
-    parts_->queue.post([text = application.name + " cannot be launched here", completion = std::move(completion)] {
-        completion({.error = text, .processIdentifier = std::nullopt});
-    });
+void X11Desktop::launch(const LaunchableApplication& application, LaunchActivation activation,
+                        LaunchCompletion completion) {
+    if (parts_->launcher) return parts_->launcher->launch(application, activation, std::move(completion));
+    parts_->queue.post(parts_->lifetime.guard(
+        [text = application.name + " cannot be launched here", completion = std::move(completion)] {
+            completion({.error = text, .processIdentifier = std::nullopt});
+        }));
 }
 
-bool X11Desktop::terminate(pid_t) {
-    return false;
+bool X11Desktop::terminate(pid_t processIdentifier) {
+    const std::lock_guard lock(parts_->mutex);
+    Questions questions;
+    for (const xcb_window_t window : parts_->model.clientOrder()) {
+        const ClientWindow* client = parts_->model.client(window);
+        if (!client || client->processIdentifier != processIdentifier || client->isInputOnly) continue;
+        const WindowKind kind = client->kind();
+        if (kind == WindowKind::dock || kind == WindowKind::desktop) continue;
+        // A window that does not know how to be closed would be torn down by the message's usual substitute.
+        const XConnection& connection = *parts_->connection;
+        questions.add(connection.askProperty(window, connection.atoms()[Atom::wmProtocols], kMostProtocols),
+                      [parts = parts_.get(), window](const void* reply) {
+                          const auto known =
+                              numbersIn(viewOf(static_cast<const xcb_get_property_reply_t*>(reply)), XCB_ATOM_ATOM);
+                          const auto protocol = parts->connection->atoms()[Atom::wmDeleteWindow];
+                          if (std::ranges::find(known, protocol) == known.end()) return;
+                          sendProtocol(*parts->connection, window, protocol);
+                          parts->mustFlush = true;
+                      });
+    }
+    if (questions.isEmpty()) return false;
+    parts_->asked.push_back(std::move(questions));
+    parts_->mustFlush = true;
+    parts_->sendSoon();
+    return true;
 }
 
-bool X11Desktop::forceTerminate(pid_t) {
-    return false;
+bool X11Desktop::forceTerminate(pid_t processIdentifier) {
+    {
+        const std::lock_guard lock(parts_->mutex);
+        const auto found =
+            std::ranges::find(parts_->applications, processIdentifier, &X11Application::processIdentifier);
+        if (found == parts_->applications.end() || found->isPartOfDesktop) return false;
+    }
+    return killProcess(processIdentifier);
+}
+
+/// Asked on the polling queue: it reads files of the system.
+bool X11Desktop::Parts::isPartOfDesktop(pid_t process, const ApplicationIdentity& identity, bool drawsDesktop,
+                                        const std::string& windowManager) const {
+    if (drawsDesktop || identity.isFileManager) return true;
+    if (std::ranges::find(ownProcesses, process) != ownProcesses.end()) return true;
+    return isDesktopProgram(programOf(process), windowManager);
 }
 
 } // namespace kova

@@ -23,6 +23,7 @@ struct X11Application {
     pid_t processIdentifier = 0;
     ApplicationIdentity identity;
     bool isRegular = false; // has a window to manage, not only panels and the like
+    bool isPartOfDesktop = false;
     bool operator==(const X11Application&) const = default;
 };
 
@@ -34,6 +35,8 @@ struct X11Desktop::Parts {
     std::unique_ptr<x11::XConnection> connection;
     MainQueue& queue;
     ApplicationCatalogue& catalogue;
+    ApplicationLauncher* launcher;         // null: nothing can be launched
+    const std::vector<pid_t> ownProcesses; // this one and those it descends from
     const std::thread::id mainThread = std::this_thread::get_id();
 
     std::atomic<std::uint64_t> changes{1};
@@ -79,9 +82,11 @@ struct X11Desktop::Parts {
     void settle(x11::EventEffects effects); // main thread
     void bringUpToDate();                   // polling queue, or while opening
     void identifyApplications();
-    bool actOn(const x11::EventEffects& effects); // locked
-    void takeReplies();                           // locked; those that have come
-    void askActiveWindow();                       // locked, as are these
+    bool isPartOfDesktop(pid_t process, const ApplicationIdentity& identity, bool drawsDesktop,
+                         const std::string& windowManager) const; // not locked
+    bool actOn(const x11::EventEffects& effects);                 // locked
+    void takeReplies();                                           // locked; those that have come
+    void askActiveWindow();                                       // locked, as are these
     void askDecorations(xcb_window_t window);
     void askState(x11::ClientWindow& client);
     void askPointer();

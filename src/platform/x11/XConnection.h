@@ -22,6 +22,8 @@ inline constexpr xcb_window_t kNoWindow = XCB_WINDOW_NONE;
     X(utf8String, "UTF8_STRING")                                                                                       \
     X(wmState, "WM_STATE")                                                                                             \
     X(wmChangeState, "WM_CHANGE_STATE")                                                                                \
+    X(wmProtocols, "WM_PROTOCOLS")                                                                                     \
+    X(wmDeleteWindow, "WM_DELETE_WINDOW")                                                                              \
     X(wmClientMachine, "WM_CLIENT_MACHINE")                                                                            \
     X(netSupported, "_NET_SUPPORTED")                                                                                  \
     X(netSupportingWmCheck, "_NET_SUPPORTING_WM_CHECK")                                                                \

@@ -1,0 +1,178 @@
+#include "platform/linux/ChildProcesses.h"
+
+#include <fcntl.h>
+#include <pthread.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <utility>
+
+namespace kova {
+
+namespace {
+
+constexpr unsigned int kMarkCloseOnExec = 4; // of close_range
+constexpr rlim_t kMostDescriptors = 65536;   // looked at where the kernel has no close_range
+constexpr Seconds kReapingPause{5};          // between two looks where the kernel has no pidfd
+
+std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    for (const auto& text : texts) pointers.push_back(const_cast<char*>(text.c_str()));
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+/// All that the child needs, made ready before it is born: between its birth and its program it may not ask for memory.
+struct ChildPlan {
+    std::vector<char*> words, environment;
+    const char* folder = nullptr;
+    int outcome = -1; // where to write what went wrong
+};
+
+void resetSignals() {
+    for (int signal = 1; signal < NSIG; ++signal) std::signal(signal, SIG_DFL);
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+}
+
+/// Whatever is open stays ours.
+void keepDescriptors() {
+    const int null = open("/dev/null", O_RDWR);
+    for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(null, standard);
+    if (syscall(SYS_close_range, STDERR_FILENO + 1, ~0U, kMarkCloseOnExec) == 0) return;
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    const int last = static_cast<int>(std::min(limit.rlim_cur, kMostDescriptors));
+    for (int descriptor = STDERR_FILENO + 1; descriptor < last; ++descriptor) fcntl(descriptor, F_SETFD, FD_CLOEXEC);
+}
+
+[[noreturn]] void reportAndEnd(int outcome, StartFailure::Step step) {
+    const StartFailure failure{step, errno};
+    // Smaller than what a pipe takes at once.
+    [[maybe_unused]] const auto written = write(outcome, &failure, sizeof failure);
+    _exit(127);
+}
+
+/// In the child.
+[[noreturn]] void become(const ChildPlan& plan) {
+    setsid();
+    keepDescriptors();
+    if (chdir(plan.folder) != 0) reportAndEnd(plan.outcome, StartFailure::Step::enteringFolder);
+    resetSignals(); // not earlier: our handlers must not run here
+    execve(plan.words[0], plan.words.data(), plan.environment.data());
+    reportAndEnd(plan.outcome, StartFailure::Step::running);
+}
+
+/// The parent's part of fork; negative when it failed.
+pid_t give(const ChildPlan& plan) {
+    sigset_t all, before;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &before);
+    const pid_t child = fork();
+    if (child == 0) become(plan);
+    const int error = errno;
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    errno = error;
+    return child;
+}
+
+} // namespace
+
+struct ChildProcesses::Child {
+    int outcome = -1; // readable once it is known
+    int end = -1;     // readable once the process has ended
+    Started started;
+    Subscription watchingOutcome, watchingEnd;
+
+    ~Child() {
+        stopWatchingOutcome();
+        watchingEnd = {};
+        if (end >= 0) close(end);
+    }
+    void stopWatchingOutcome() {
+        watchingOutcome = {};
+        if (outcome >= 0) close(outcome);
+        outcome = -1;
+    }
+};
+
+ChildProcesses::ChildProcesses(EventLoop& loop) : loop_(loop) {}
+
+ChildProcesses::~ChildProcesses() = default;
+
+void ChildProcesses::start(const Command& command, Started started) {
+    const auto fail = [&](int error) {
+        loop_.post(lifetime_.guard([started = std::move(started), error] {
+            started(StartFailure{StartFailure::Step::creatingProcess, error});
+        }));
+    };
+    std::array<int, 2> pipe{};
+    if (pipe2(pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0) return fail(errno);
+    // Out of the way of the three standard descriptors.
+    const int outcome = fcntl(pipe[1], F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    close(pipe[1]);
+    const ChildPlan plan{pointersTo(command.words), pointersTo(command.environment), command.folder.c_str(), outcome};
+    const pid_t process = outcome < 0 ? -1 : give(plan);
+    const int error = errno;
+    if (outcome >= 0) close(outcome);
+    if (process < 0) {
+        close(pipe[0]);
+        return fail(error);
+    }
+    auto child = std::make_unique<Child>();
+    child->outcome = pipe[0];
+    child->started = std::move(started);
+    child->watchingOutcome = loop_.watchReadable(pipe[0], [this, process] { readOutcome(process); });
+    children_[process] = std::move(child);
+    followToItsEnd(process);
+}
+
+/// The pipe is closed by the program's start, and holds what went wrong when there was none.
+void ChildProcesses::readOutcome(pid_t process) {
+    const auto found = children_.find(process);
+    if (found == children_.end()) return;
+    Child& child = *found->second;
+    StartFailure failure;
+    const auto length = read(child.outcome, &failure, sizeof failure);
+    if (length < 0 && (errno == EAGAIN || errno == EINTR)) return;
+    std::variant<pid_t, StartFailure> outcome = process;
+    if (length == static_cast<ssize_t>(sizeof failure)) outcome = failure;
+    const auto started = std::exchange(child.started, {});
+    // The descriptor may not be closed by the callback that watches it.
+    loop_.post(lifetime_.guard([this, process, started, outcome] {
+        if (const auto known = children_.find(process); known != children_.end()) known->second->stopWatchingOutcome();
+        if (started) started(outcome);
+    }));
+}
+
+void ChildProcesses::followToItsEnd(pid_t process) {
+    Child& child = *children_[process];
+    child.end = static_cast<int>(syscall(SYS_pidfd_open, process, 0));
+    if (child.end >= 0) {
+        fcntl(child.end, F_SETFD, FD_CLOEXEC);
+        child.watchingEnd = loop_.watchReadable(
+            child.end, [this, process] { loop_.post(lifetime_.guard([this, process] { reap(process); })); });
+    } else {
+        loop_.after(kReapingPause, lifetime_.guard([this, process] { reap(process); }));
+    }
+}
+
+void ChildProcesses::reap(pid_t process) {
+    const auto found = children_.find(process);
+    if (found == children_.end()) return;
+    const bool isOutcomeTold = !found->second->started;
+    if (isOutcomeTold && waitpid(process, nullptr, WNOHANG) != 0) {
+        children_.erase(found);
+    } else if (found->second->end < 0) {
+        loop_.after(kReapingPause, lifetime_.guard([this, process] { reap(process); }));
+    }
+}
+
+} // namespace kova

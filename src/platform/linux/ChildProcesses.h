@@ -1,0 +1,56 @@
+// Programs that are started and left alone: each in a session of its own, with nothing of ours but the environment, so
+// that it outlives us. Nobody waits: whether a program could be started is read from a pipe when it is known, and one
+// that has ended is reaped when the system says so. Main thread only.
+#pragma once
+
+#include "platform/linux/EventLoop.h"
+#include "support/Lifetime.h"
+
+#include <sys/types.h>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace kova {
+
+struct Command {
+    std::vector<std::string> words;       // the first one is the program, by its absolute path
+    std::string folder;                   // to start in
+    std::vector<std::string> environment; // all of it, as NAME=value
+};
+
+/// Why there is no such process.
+struct StartFailure {
+    enum class Step { creatingProcess, enteringFolder, running };
+    Step step = Step::running;
+    int error = 0; // errno
+};
+
+class ChildProcesses {
+  public:
+    explicit ChildProcesses(EventLoop& loop);
+    /// What was started goes on; who still waits to hear of it does not.
+    ~ChildProcesses();
+    ChildProcesses(const ChildProcesses&) = delete;
+    ChildProcesses& operator=(const ChildProcesses&) = delete;
+
+    /// Calls `started` once, after this has returned: with the process once the program runs in it.
+    using Started = std::function<void(std::variant<pid_t, StartFailure>)>;
+    void start(const Command& command, Started started);
+
+  private:
+    struct Child;
+    void readOutcome(pid_t process);
+    void followToItsEnd(pid_t process);
+    void reap(pid_t process);
+
+    EventLoop& loop_;
+    std::map<pid_t, std::unique_ptr<Child>> children_;
+    Lifetime lifetime_;
+};
+
+} // namespace kova

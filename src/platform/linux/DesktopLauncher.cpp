@@ -1,0 +1,133 @@
+#include "platform/linux/DesktopLauncher.h"
+
+#include "platform/linux/ExecLine.h"
+
+#include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+#include <cstring>
+#include <utility>
+
+namespace kova {
+
+namespace {
+
+/// Programs that run another one in a terminal, with what they want before its name.
+struct Terminal {
+    const char* program;
+    const char* option; // null: the name follows at once
+};
+constexpr std::array kTerminals = {Terminal{"xdg-terminal-exec", nullptr}, Terminal{"x-terminal-emulator", "-e"},
+                                   Terminal{"gnome-terminal", "--"}, Terminal{"konsole", "-e"},
+                                   Terminal{"xterm", "-e"}};
+
+using Words = std::vector<std::string>;
+
+/// A launched program takes these for its own.
+bool isOfOurLaunch(std::string_view variable) {
+    for (const std::string_view name : {"DESKTOP_STARTUP_ID=", "XDG_ACTIVATION_TOKEN=", "GIO_LAUNCHED_DESKTOP_FILE="}) {
+        if (variable.starts_with(name)) return true;
+    }
+    return false;
+}
+
+Words environmentOfLaunch() {
+    Words environment;
+    for (char** variable = environ; variable && *variable; ++variable) {
+        if (!isOfOurLaunch(*variable)) environment.emplace_back(*variable);
+    }
+    return environment;
+}
+
+std::variant<Words, std::string> inTerminal(Words words) {
+    for (const auto& terminal : kTerminals) {
+        const auto program = findProgram(terminal.program);
+        if (!program) continue;
+        Words all{*program};
+        if (terminal.option) all.emplace_back(terminal.option);
+        all.insert(all.end(), std::make_move_iterator(words.begin()), std::make_move_iterator(words.end()));
+        return all;
+    }
+    return "needs a terminal, and none was found";
+}
+
+/// Of an entry that is launched now; or what is wrong with it, as the end of a sentence.
+std::variant<Words, std::string> wordsOf(const DesktopEntry& entry, const LaunchableApplication& application) {
+    if (!entry.tryExec.empty() && !findProgram(entry.tryExec)) {
+        return "is not installed: there is no program “" + entry.tryExec + "”";
+    }
+    if (entry.execLine.empty()) return "has a desktop entry without an Exec line";
+    auto read = wordsOfExecLine(entry.execLine, {entry.name, entry.iconName, application.location});
+    auto* words = std::get_if<Words>(&read);
+    if (!words) return read;
+    const auto program = findProgram(words->front());
+    if (!program) return "cannot be started: there is no program “" + words->front() + "”";
+    words->front() = *program;
+    return entry.needsTerminal ? inTerminal(std::move(*words)) : std::variant<Words, std::string>(std::move(*words));
+}
+
+std::string explain(const StartFailure& failure, const Command& command) {
+    const std::string reason = std::strerror(failure.error);
+    switch (failure.step) {
+    case StartFailure::Step::creatingProcess:
+        return "cannot be started: " + reason;
+    case StartFailure::Step::enteringFolder:
+        return "cannot be started in " + command.folder + ": " + reason;
+    case StartFailure::Step::running:
+        return "cannot be started: " + command.words.front() + ": " + reason;
+    }
+    return {};
+}
+
+std::string homeFolder() {
+    const char* home = std::getenv("HOME");
+    return home && *home == '/' && access(home, X_OK) == 0 ? home : "/";
+}
+
+} // namespace
+
+DesktopLauncher::DesktopLauncher(DesktopEntries& entries, EventLoop& loop) :
+    entries_(entries), loop_(loop), processes_(loop) {}
+
+std::vector<LaunchableApplication> DesktopLauncher::launchableApplications() {
+    return entries_.launchableApplications();
+}
+
+std::optional<LaunchableApplication> DesktopLauncher::launchableApplication(const std::string& bundleIdentifier) {
+    return entries_.launchableApplication(bundleIdentifier);
+}
+
+void DesktopLauncher::launch(const LaunchableApplication& application, LaunchActivation activation,
+                             LaunchCompletion completion) {
+    const auto fail = [&](const std::string& problem) {
+        loop_.post(lifetime_.guard([completion = std::move(completion), text = application.name + " " + problem] {
+            completion({.error = text, .processIdentifier = std::nullopt});
+        }));
+    };
+    const auto entry = readDesktopEntry(application.location, entries_.locale());
+    if (!entry || entry->isHidden || !entry->isApplication) return fail("is not installed any more");
+    auto words = wordsOf(*entry, application);
+    if (const auto* problem = std::get_if<std::string>(&words)) return fail(*problem);
+
+    Command command{.words = std::get<Words>(std::move(words)),
+                    .folder = entry->workingFolder.empty() ? homeFolder() : entry->workingFolder,
+                    .environment = environmentOfLaunch()};
+    // Toolkits take from it when the user asked for the window: long ago, so that window managers leave the keyboard
+    // where it is.
+    if (activation == LaunchActivation::inBackground) {
+        command.environment.push_back("DESKTOP_STARTUP_ID=kova-" + std::to_string(getpid()) + "-" +
+                                      std::to_string(++backgroundLaunches_) + "_TIME0");
+    }
+    processes_.start(command, [name = application.name, command, completion = std::move(completion)](const auto& how) {
+        LaunchResult result;
+        if (const auto* failure = std::get_if<StartFailure>(&how)) {
+            result.error = name + " " + explain(*failure, command);
+        } else {
+            result.processIdentifier = std::get<pid_t>(how);
+        }
+        completion(result);
+    });
+}
+
+} // namespace kova

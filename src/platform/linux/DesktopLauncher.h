@@ -1,0 +1,29 @@
+// Launches applications by the Exec line of their desktop entry, never through a shell.
+#pragma once
+
+#include "platform/linux/ChildProcesses.h"
+#include "platform/linux/DesktopEntries.h"
+#include "platform/x11/ApplicationLauncher.h"
+
+namespace kova {
+
+class DesktopLauncher final : public ApplicationLauncher {
+  public:
+    /// The entries outlive the launcher; what it started outlives it.
+    DesktopLauncher(DesktopEntries& entries, EventLoop& loop);
+
+    std::vector<LaunchableApplication> launchableApplications() override;
+    std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) override;
+    /// Reads the entry anew: it may have been edited since it was listed.
+    void launch(const LaunchableApplication& application, LaunchActivation activation,
+                LaunchCompletion completion) override;
+
+  private:
+    DesktopEntries& entries_;
+    EventLoop& loop_;
+    ChildProcesses processes_;
+    int backgroundLaunches_ = 0;
+    Lifetime lifetime_;
+};
+
+} // namespace kova

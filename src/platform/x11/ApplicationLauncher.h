@@ -1,0 +1,22 @@
+// What of launching applications a desktop on X11 leaves to the system around it. Main thread only.
+#pragma once
+
+#include "windowing/ApplicationServicing.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+class ApplicationLauncher {
+  public:
+    virtual ~ApplicationLauncher() = default;
+    /// As the calls of the same names of `ApplicationServicing`.
+    virtual std::vector<LaunchableApplication> launchableApplications() = 0;
+    virtual std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) = 0;
+    virtual void launch(const LaunchableApplication& application, LaunchActivation activation,
+                        LaunchCompletion completion) = 0;
+};
+
+} // namespace kova

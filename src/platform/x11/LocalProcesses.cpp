@@ -1,0 +1,174 @@
+#include "platform/x11/LocalProcesses.h"
+
+#include <fcntl.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <csignal>
+#include <fstream>
+#include <optional>
+
+namespace kova::x11 {
+
+namespace {
+
+constexpr std::size_t kLongestLine = 64; // ancestors; more than that is a circle
+
+/// As the kernel cuts them.
+constexpr auto kDesktopPrograms = std::to_array<std::string_view>({
+    // sessions
+    "gnome-session",
+    "gnome-session-b",
+    "gnome-session-s",
+    "plasma_session",
+    "ksmserver",
+    "startplasma-x11",
+    "xfce4-session",
+    "mate-session",
+    "cinnamon-sessio",
+    "lxsession",
+    "lxqt-session",
+    "budgie-session",
+    // shells, panels and docks
+    "gnome-shell",
+    "plasmashell",
+    "xfce4-panel",
+    "mate-panel",
+    "cinnamon",
+    "lxpanel",
+    "lxqt-panel",
+    "budgie-panel",
+    "tint2",
+    "polybar",
+    "plank",
+    "latte-dock",
+    "cairo-dock",
+    "vala-panel",
+    "wbar",
+    "fbpanel",
+    "gnome-panel",
+    // what draws the desktop, file managers
+    "xfdesktop",
+    "pcmanfm",
+    "pcmanfm-qt",
+    "pcmanfm-desktop",
+    "nautilus",
+    "nautilus-deskto",
+    "caja",
+    "nemo",
+    "nemo-desktop",
+    "dolphin",
+    "thunar",
+    "Thunar",
+    "rox",
+    "idesk",
+    // window managers
+    "openbox",
+    "fluxbox",
+    "blackbox",
+    "i3",
+    "awesome",
+    "bspwm",
+    "herbstluftwm",
+    "icewm",
+    "icewm-session",
+    "jwm",
+    "fvwm",
+    "fvwm2",
+    "fvwm3",
+    "xfwm4",
+    "marco",
+    "metacity",
+    "mutter",
+    "muffin",
+    "kwin",
+    "kwin_x11",
+    "compiz",
+    "enlightenment",
+    "e16",
+    "wmaker",
+    "twm",
+    "ctwm",
+    "cwm",
+    "dwm",
+    "xmonad",
+    "qtile",
+    "spectrwm",
+    "sawfish",
+    "lwm",
+    // settings and helpers of sessions
+    "xfsettingsd",
+    "gsd-xsettings",
+    "mate-settings-d",
+    "csd-xsettings",
+    "polkit-gnome-au",
+    "lxpolkit",
+    "xfce-polkit",
+    "light-locker",
+    "xscreensaver",
+});
+
+/// Letters and digits only, small: "GNOME Shell" and "gnome-shell" are the same program.
+std::string folded(std::string_view name) {
+    std::string out;
+    for (const char c : name) {
+        if (c >= 'A' && c <= 'Z') out += static_cast<char>(c - 'A' + 'a');
+        if ((c >= 'a' && c <= 'z') || (c >= '0' && c <= '9')) out += c;
+    }
+    return out;
+}
+
+/// What follows "NAME:" in /proc/PID/status, as a number.
+std::optional<long> statusNumber(pid_t process, std::string_view name) {
+    std::ifstream status("/proc/" + std::to_string(process) + "/status");
+    for (std::string line; std::getline(status, line);) {
+        if (!line.starts_with(name) || line.size() <= name.size() || line[name.size()] != ':') continue;
+        const auto digits = line.find_first_of("0123456789");
+        if (digits == std::string::npos) return std::nullopt;
+        long value = 0;
+        std::from_chars(line.data() + digits, line.data() + line.size(), value);
+        return value;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+bool isDesktopProgram(std::string_view program, std::string_view windowManager) {
+    if (program.empty()) return false;
+    if (std::ranges::find(kDesktopPrograms, program) != kDesktopPrograms.end()) return true;
+    return !windowManager.empty() && folded(program) == folded(windowManager);
+}
+
+std::string programOf(pid_t process) {
+    std::ifstream comm("/proc/" + std::to_string(process) + "/comm");
+    std::string name;
+    std::getline(comm, name);
+    return name;
+}
+
+std::vector<pid_t> ownLine() {
+    std::vector<pid_t> line{getpid()};
+    for (auto parent = getppid(); parent > 1 && line.size() < kLongestLine;) {
+        line.push_back(parent);
+        parent = static_cast<pid_t>(statusNumber(parent, "PPid").value_or(0));
+    }
+    return line;
+}
+
+bool killProcess(pid_t process) {
+    if (process <= 1 || process == getpid()) return false;
+    // From here on the number stands for this process alone, whatever becomes of it.
+    const int handle = static_cast<int>(syscall(SYS_pidfd_open, process, 0));
+    if (handle < 0) return false;
+    const auto owner = statusNumber(process, "Uid");
+    const bool isOurs = owner && *owner == static_cast<long>(getuid());
+    const bool isKilled = isOurs && syscall(SYS_pidfd_send_signal, handle, SIGKILL, nullptr, 0) == 0;
+    close(handle);
+    return isKilled;
+}
+
+} // namespace kova::x11

@@ -1,0 +1,226 @@
+// Real programs, launched as from a menu.
+#include "platform/linux/DesktopLauncher.h"
+#include "tests/linux/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+
+namespace kova {
+namespace {
+
+class Launching : public ::testing::Test {
+  protected:
+    Launching() {
+        setenv("PATH", (folder_.path() / "bin").string().append(":/usr/bin:/bin").c_str(), 1);
+        setenv("DESKTOP_STARTUP_ID", "of the agent", 1);
+        unsetenv("XDG_CURRENT_DESKTOP");
+    }
+    ~Launching() override { setenv("PATH", path_.c_str(), 1); }
+
+    void install(const std::string& id, const std::string& keys) {
+        folder_.write("data/applications/" + id + ".desktop",
+                      "[Desktop Entry]\nType=Application\nName=" + id + "\n" + keys);
+    }
+    /// A program that says all about itself in the file that it is given, and then does more.
+    std::string program(const std::string& name, const std::string& more = "") {
+        const auto path = folder_.path() / "bin" / name;
+        folder_.write(
+            "bin/" + name,
+            "#!/bin/sh\n"
+            "out=$1; shift\n"
+            "{ for word in \"$@\"; do echo \"word $word\"; done\n"
+            "echo \"folder $(pwd)\"; echo \"startup ${DESKTOP_STARTUP_ID-none}\"\n"
+            "echo \"session $(ps -o sid= -p $$ | tr -d ' ') $$\"\n"
+            "while read -r line; do case $line in SigBlk*|SigIgn*) echo $line;; esac; done < /proc/$$/status\n"
+            "ls -l /proc/$$/fd\n"
+            "} > \"$out.part\"; mv \"$out.part\" \"$out\"\n" +
+                more + "\n");
+        std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+        return path.string();
+    }
+    LaunchResult launch(const std::string& id, LaunchActivation activation = LaunchActivation::activates) {
+        const auto application = launcher_.launchableApplication(id);
+        if (!application) return {.error = "not listed", .processIdentifier = std::nullopt};
+        return launch(*application, activation);
+    }
+    LaunchResult launch(const LaunchableApplication& application,
+                        LaunchActivation activation = LaunchActivation::activates) {
+        std::optional<LaunchResult> result;
+        int calls = 0;
+        launcher_.launch(application, activation, [&](const LaunchResult& told) {
+            result = told;
+            ++calls;
+        });
+        EXPECT_FALSE(result) << "told before the call has returned";
+        EXPECT_TRUE(runUntil([&] { return result.has_value(); }));
+        EXPECT_EQ(calls, 1);
+        return result.value_or(LaunchResult{});
+    }
+    bool runUntil(const std::function<bool()>& holds) {
+        const auto end = loop_.uptime() + Seconds(20);
+        while (!holds()) {
+            if (loop_.uptime() > end) return false;
+            loop_.after(Seconds(0.02), [this] { loop_.quit(0); });
+            loop_.run();
+        }
+        return true;
+    }
+    std::string told() {
+        EXPECT_TRUE(runUntil([&] { return std::filesystem::exists(out_); }));
+        return contentsOf(out_);
+    }
+    bool isThere(pid_t process) { return kill(process, 0) == 0; }
+
+    TemporaryFolder folder_;
+    const std::string path_ = getenv("PATH");
+    const std::filesystem::path out_ = folder_.path() / "out";
+    EventLoop loop_;
+    XdgFolders folders_{
+        .configHome = {}, .stateHome = {}, .dataHome = folder_.path() / "data", .dataFolders = {}, .runtime = {}};
+    DesktopEntries entries_{folders_, "C"};
+    DesktopLauncher launcher_{entries_, loop_};
+};
+
+TEST_F(Launching, GivesAProgramASessionOfItsOwnAndNothingOfOurs) {
+    program("speaker");
+    install("org.example.Mail", "Exec=speaker " + out_.string() + " \"a  b\" %U $HOME\nPath=/usr\n");
+    const int ours = open("/dev/null", O_RDONLY); // without close-on-exec
+    sigset_t blocked, before;
+    sigemptyset(&blocked);
+    sigaddset(&blocked, SIGTERM);
+    sigprocmask(SIG_BLOCK, &blocked, &before);
+    const auto handlerBefore = std::signal(SIGPIPE, SIG_IGN);
+    const auto result = launch("org.example.Mail");
+    std::signal(SIGPIPE, handlerBefore);
+    sigprocmask(SIG_SETMASK, &before, nullptr);
+    close(ours);
+    ASSERT_EQ(result.error, std::nullopt);
+    ASSERT_TRUE(result.processIdentifier);
+    const std::string number = std::to_string(*result.processIdentifier);
+    const std::string said = told();
+    EXPECT_TRUE(said.starts_with("word a  b\nword $HOME\nfolder /usr\nstartup none\nsession " + number + " " + number +
+                                 "\nSigBlk: 0000000000000000\nSigIgn: 0000000000000000\n"))
+        << said;
+    for (const char* fd : {" 0 -> /dev/null\n", " 2 -> /dev/null\n"})
+        EXPECT_NE(said.find(fd), std::string::npos) << said;
+    EXPECT_EQ(said.find(" " + std::to_string(ours) + " -> /dev/null"), std::string::npos) << said;
+    EXPECT_EQ(said.find("pipe"), std::string::npos) << said;
+    EXPECT_TRUE(runUntil([&] { return !isThere(*result.processIdentifier); })) << "nobody has reaped it";
+
+    std::filesystem::remove(out_);
+    EXPECT_EQ(launch("org.example.Mail", LaunchActivation::inBackground).error, std::nullopt);
+    EXPECT_NE(told().find("_TIME0\n"), std::string::npos) << "window managers are to leave the keyboard where it is";
+}
+
+TEST_F(Launching, TellsWhatWentWrong) {
+    program("speaker");
+    folder_.write("bin/text", "no program");
+    folder_.write("bin/nonsense", "neither a script nor a program");
+    std::filesystem::permissions(folder_.path() / "bin/nonsense", std::filesystem::perms::owner_all);
+    folder_.write("bin/orphan", "#!/nowhere/interpreter\n");
+    std::filesystem::permissions(folder_.path() / "bin/orphan", std::filesystem::perms::owner_all);
+    const std::string bin = (folder_.path() / "bin/").string();
+    struct Case {
+        std::string keys, error;
+    };
+    const Case cases[] = {
+        {"Exec=missing-program\n", "cannot be started: there is no program “missing-program”"},
+        {"Exec=/nowhere/mail\n", "cannot be started: there is no program “/nowhere/mail”"},
+        {"Exec=text\n", "cannot be started: there is no program “text”"},
+        {"Exec=" + bin + "\n", "cannot be started: there is no program “" + bin + "”"},
+        {"Exec=nonsense\n", "cannot be started: " + bin + "nonsense: Exec format error"},
+        {"Exec=orphan\n", "cannot be started: " + bin + "orphan: No such file or directory"},
+        {"Exec=speaker x\nPath=/nowhere\n", "cannot be started in /nowhere: No such file or directory"},
+        {"Exec=speaker x\nTryExec=missing-program\n", "is not installed: there is no program “missing-program”"},
+        {"Exec=speaker \"x\n", "has an Exec line with a quote that does not end"},
+        {"Exec=speaker %q\n", "has an Exec line with an unknown field code, %q"},
+        {"DBusActivatable=true\n", "has a desktop entry without an Exec line"},
+    };
+    int number = 0;
+    for (const auto& c : cases) {
+        const std::string id = "broken" + std::to_string(++number);
+        install(id, c.keys);
+        const LaunchableApplication application{.identifier = id,
+                                                .name = id,
+                                                .bundleIdentifier = id,
+                                                .location =
+                                                    (folder_.path() / "data/applications" / (id + ".desktop")).string(),
+                                                .icon = {}};
+        const auto result = launch(application);
+        EXPECT_EQ(result.error.value_or("started"), id + " " + c.error);
+        EXPECT_EQ(result.processIdentifier, std::nullopt);
+    }
+    const LaunchableApplication gone{.identifier = "gone",
+                                     .name = "Gone",
+                                     .bundleIdentifier = "gone",
+                                     .location = "/nowhere/gone.desktop",
+                                     .icon = {}};
+    EXPECT_EQ(launch(gone).error, "Gone is not installed any more");
+}
+
+TEST_F(Launching, ATerminalIsOpenedForWhatNeedsOne) {
+    program("speaker");
+    folder_.write("bin/xdg-terminal-exec",
+                  "#!/bin/sh\necho terminal > " + (folder_.path() / "terminal").string() + "\nexec \"$@\"\n");
+    std::filesystem::permissions(folder_.path() / "bin/xdg-terminal-exec", std::filesystem::perms::owner_all);
+    install("mutt", "Exec=speaker " + out_.string() + " \"a b\"\nTerminal=true\n");
+    EXPECT_EQ(launch("mutt").error, std::nullopt);
+    EXPECT_NE(told().find("word a b\n"), std::string::npos);
+    EXPECT_EQ(contentsOf(folder_.path() / "terminal"), "terminal\n");
+}
+
+TEST_F(Launching, ManyAtOnceAreAllStartedAndReaped) {
+    install("quick", "Exec=true\n");
+    install("broken", "Exec=/bin/true\nPath=/nowhere\n");
+    int started = 0, failed = 0;
+    std::vector<pid_t> processes;
+    for (int i = 0; i < 40; ++i) {
+        launcher_.launch(*launcher_.launchableApplication(i % 2 == 0 ? "quick" : "broken"), LaunchActivation::activates,
+                         [&](const LaunchResult& result) {
+                             if (result.processIdentifier) processes.push_back(*result.processIdentifier);
+                             ++(result.error ? failed : started);
+                         });
+    }
+    EXPECT_TRUE(runUntil([&] { return started == 20 && failed == 20; })) << started << " and " << failed;
+    EXPECT_TRUE(runUntil([&] {
+        return std::none_of(processes.begin(), processes.end(), [&](pid_t process) { return isThere(process); });
+    }));
+    const auto descriptors = [] { return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}); };
+    const auto before = descriptors();
+    EXPECT_EQ(launch("quick").error, std::nullopt);
+    EXPECT_TRUE(runUntil([&] { return descriptors() == before; }));
+}
+
+TEST_F(Launching, WhatMenusShowCanBeListed) {
+    install("org.example.Zoo", "Exec=true\nIcon=zoo\n");
+    install("org.example.apple", "Exec=true\nName[de]=Apfel\n");
+    install("secret", "Exec=true\nNoDisplay=true\n");
+    install("hidden", "Exec=true\nHidden=true\n");
+    install("missing", "Exec=true\nTryExec=missing-program\n");
+    install("dbus", "DBusActivatable=true\n");
+    install("elsewhere", "Exec=true\nOnlyShowIn=KDE;\n");
+    install("nothere", "Exec=true\nNotShowIn=GNOME;XFCE;\n");
+    setenv("XDG_CURRENT_DESKTOP", "ubuntu:GNOME", 1);
+    std::string ids;
+    for (const auto& application : launcher_.launchableApplications()) ids += application.identifier + " ";
+    EXPECT_EQ(ids, "org.example.apple org.example.Zoo ");
+    const auto zoo = launcher_.launchableApplication("org.example.Zoo");
+    ASSERT_TRUE(zoo);
+    EXPECT_EQ(zoo->location, (folder_.path() / "data/applications/org.example.Zoo.desktop").string());
+    EXPECT_EQ(zoo->bundleIdentifier, "org.example.Zoo");
+    EXPECT_EQ(zoo->icon.name, "zoo");
+    EXPECT_TRUE(launcher_.launchableApplication("secret"));
+    EXPECT_FALSE(launcher_.launchableApplication("hidden"));
+    install("late", "Exec=true\n");
+    EXPECT_TRUE(launcher_.launchableApplication("late"));
+}
+
+} // namespace
+} // namespace kova
