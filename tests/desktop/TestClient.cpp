@@ -58,6 +58,8 @@ xcb_window_t TestClient::create(const TestWindow& options) {
                                             static_cast<int>(options.cells->height));
     }
     xcb_icccm_set_wm_normal_hints(connection_, window, &hints);
+    if (options.knowsDelete)
+        setNumbers(window, "WM_PROTOCOLS", "ATOM", {atom("WM_TAKE_FOCUS"), atom("WM_DELETE_WINDOW")});
     return window;
 }
 
@@ -132,9 +134,21 @@ void TestClient::demandState(xcb_window_t window, const std::string& first, cons
 void TestClient::readEvents() {
     sync();
     while (const auto event = owned(xcb_poll_for_event(connection_))) {
-        if ((event->response_type & 0x7F) != XCB_CONFIGURE_NOTIFY) continue;
+        const int type = event->response_type & 0x7F;
+        if (type == XCB_CLIENT_MESSAGE) {
+            const auto* message = reinterpret_cast<const xcb_client_message_event_t*>(event.get());
+            const bool asksToClose = message->type == atom("WM_PROTOCOLS") && message->format == 32 &&
+                                     message->data.data32[0] == atom("WM_DELETE_WINDOW");
+            if (asksToClose) ++deleteCounts_[message->window];
+        }
+        if (type != XCB_CONFIGURE_NOTIFY) continue;
         ++configureCounts_[reinterpret_cast<const xcb_configure_notify_event_t*>(event.get())->window];
     }
+}
+
+int TestClient::deleteCount(xcb_window_t window) {
+    readEvents();
+    return deleteCounts_[window];
 }
 
 int TestClient::takeConfigureCount(xcb_window_t window) {

@@ -22,6 +22,7 @@ struct TestWindow {
     std::optional<CGSize> cells{}; // size increments
     bool isOverrideRedirect = false;
     int border = 0;
+    bool knowsDelete = false; // lists WM_DELETE_WINDOW
 };
 
 class TestClient {
@@ -51,6 +52,8 @@ class TestClient {
 
     /// How often the window was told of a new geometry since the last time this was asked, made-up events included.
     int takeConfigureCount(xcb_window_t window);
+    /// How often the window was asked to close since it was opened.
+    int deleteCount(xcb_window_t window);
     /// The client's own area as the server has it, in root coordinates, and the same grown by _NET_FRAME_EXTENTS.
     CGRect area(xcb_window_t window) const;
     CGRect outerFrame(xcb_window_t window) const;
@@ -71,7 +74,7 @@ class TestClient {
     std::string className_;
     std::uint32_t process_;
     mutable std::map<std::string, xcb_atom_t> atoms_;
-    std::map<xcb_window_t, int> configureCounts_;
+    std::map<xcb_window_t, int> configureCounts_, deleteCounts_;
 };
 
 } // namespace kova::testing

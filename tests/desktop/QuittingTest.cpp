@@ -1,0 +1,157 @@
+// Ending the applications of real windows, and what is never ended.
+#include "tests/desktop/Desk.h"
+
+#include "platform/x11/LocalProcesses.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+
+namespace kova::testing {
+namespace {
+
+/// A process that does nothing, to be ended; reaped with the object.
+class Victim {
+  public:
+    Victim() : process_(fork()) {
+        if (process_ != 0) return;
+        while (true) pause();
+    }
+    ~Victim() {
+        if (isEnded_) return;
+        kill(process_, SIGKILL);
+        waitpid(process_, nullptr, 0);
+    }
+    Victim(const Victim&) = delete;
+    Victim& operator=(const Victim&) = delete;
+
+    pid_t process() const { return process_; }
+    bool hasEnded() {
+        int status = 0;
+        if (!isEnded_ && waitpid(process_, &status, WNOHANG) == process_) isEnded_ = true;
+        return isEnded_;
+    }
+
+  private:
+    pid_t process_;
+    bool isEnded_ = false;
+};
+
+class Quitting : public ::testing::TestWithParam<Manager> {
+  protected:
+    void SetUp() override {
+        if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
+    }
+    std::optional<RunningApplication> application(Desk& desk, const std::string& name) {
+        desk.poll();
+        for (const auto& running : desk.desktop().runningApplications()) {
+            if (running.localizedName == name) return running;
+        }
+        return std::nullopt;
+    }
+    bool isKeptOpen(Desk& desk, const std::string& name) {
+        const auto found = application(desk, name);
+        EXPECT_TRUE(found) << name;
+        return found && found->isPartOfDesktop;
+    }
+};
+
+TEST_P(Quitting, EachWindowThatKnowsHowIsAskedToClose) {
+    Desk desk(GetParam());
+    const auto polite = desk.client("Polite", 4001), deaf = desk.client("Deaf", 4002),
+               other = desk.client("Other", 4003);
+    const auto first = polite->open({.title = "First", .knowsDelete = true});
+    const auto second = polite->open({.title = "Second", .knowsDelete = true});
+    const auto third = polite->open({.title = "Third"});
+    const auto unknowing = deaf->open({.title = "Deaf"});
+    const auto bystander = other->open({.title = "Other", .knowsDelete = true});
+    auto& desktop = desk.openDesktop();
+    ASSERT_TRUE(desk.showsExactly({"First", "Second", "Third", "Deaf", "Other"}));
+
+    EXPECT_TRUE(desktop.terminate(4001));
+    EXPECT_TRUE(desktop.terminate(4002));
+    EXPECT_TRUE(desk.runUntil([&] { return polite->deleteCount(first) == 1 && polite->deleteCount(second) == 1; }));
+    desk.poll();
+    EXPECT_EQ(polite->deleteCount(third), 0);
+    EXPECT_EQ(deaf->deleteCount(unknowing), 0);
+    EXPECT_EQ(other->deleteCount(bystander), 0);
+    EXPECT_TRUE(desk.showsExactly({"First", "Second", "Third", "Deaf", "Other"})) << "nothing is torn down";
+
+    polite->destroy(second); // it is asked on its way out
+    EXPECT_TRUE(desktop.terminate(4001));
+    EXPECT_TRUE(desk.runUntil([&] { return polite->deleteCount(first) == 2; }));
+    EXPECT_FALSE(desktop.terminate(4999));
+    EXPECT_FALSE(desk.isConnectionLost());
+}
+
+TEST_P(Quitting, OnlyALocalProcessOfThisUserIsEnded) {
+    Desk desk(GetParam());
+    Victim victim, distant, panel;
+    const auto number = [](const Victim& of) { return static_cast<std::uint32_t>(of.process()); };
+    const auto mail = desk.client("Mail", number(victim)), remote = desk.client("Remote", number(distant)),
+               init = desk.client("Init", 1), ours = desk.client("Ours", static_cast<std::uint32_t>(getpid())),
+               parent = desk.client("Parent", static_cast<std::uint32_t>(getppid())),
+               unnamed = desk.client("Unnamed", 0), bar = desk.client("Bar", number(panel));
+    mail->open({.title = "Mail"});
+    const auto far = remote->create({.title = "Remote"});
+    remote->setText(far, "WM_CLIENT_MACHINE", "STRING", "another-machine.example");
+    remote->map(far);
+    init->open({.title = "Init"});
+    ours->open({.title = "Ours"});
+    parent->open({.title = "Parent"});
+    unnamed->open({.title = "Unnamed"});
+    bar->open({.title = "Bar", .frame = makeRect(0, 0, 1280, 20), .type = "DOCK"});
+    bar->open({.title = "Settings of the bar"});
+    auto& desktop = desk.openDesktop();
+    ASSERT_TRUE(desk.showsExactly({"Mail", "Remote", "Init", "Parent", "Unnamed", "Settings of the bar"}));
+
+    EXPECT_FALSE(isKeptOpen(desk, "Mail"));
+    for (const char* name : {"Ours", "Parent", "Bar"}) EXPECT_TRUE(isKeptOpen(desk, name)) << name;
+    for (const char* name : {"Remote", "Init", "Ours", "Parent", "Unnamed", "Bar"}) {
+        const auto found = application(desk, name);
+        ASSERT_TRUE(found) << name;
+        EXPECT_FALSE(desktop.forceTerminate(found->processIdentifier)) << name;
+    }
+    EXPECT_FALSE(desktop.forceTerminate(distant.process()));
+    for (const pid_t process : {pid_t{0}, pid_t{-1}, pid_t{1}, getpid()}) {
+        EXPECT_FALSE(x11::killProcess(process)) << process;
+    }
+    EXPECT_TRUE(desktop.forceTerminate(victim.process()));
+    EXPECT_TRUE(desk.runUntil([&] { return victim.hasEnded(); }));
+    EXPECT_FALSE(desktop.forceTerminate(victim.process())) << "there is no such process any more";
+    EXPECT_FALSE(distant.hasEnded());
+    EXPECT_FALSE(panel.hasEnded());
+}
+
+TEST_P(Quitting, RealApplicationsEnd) {
+    Desk desk(GetParam());
+    std::vector<ChildProcess> terminals;
+    for (const char* title : {"One", "Two"})
+        terminals.push_back(desk.server().start({"xterm", "-T", title, "-e", "sleep", "1000"}));
+    auto& desktop = desk.openDesktop();
+    ASSERT_TRUE(desk.runUntil([&] { return desk.titles().size() == 2; }));
+    EXPECT_TRUE(desktop.terminate(desk.window("One").processIdentifier));
+    EXPECT_TRUE(desk.showsExactly({"Two"}));
+    EXPECT_TRUE(desktop.forceTerminate(desk.window("Two").processIdentifier));
+    EXPECT_TRUE(desk.showsExactly({}));
+}
+
+TEST(DesktopPrograms, AreKnownByTheirNames) {
+    for (const char* program :
+         {"openbox", "gnome-shell", "plasmashell", "xfce4-panel", "nautilus", "cinnamon-sessio"}) {
+        EXPECT_TRUE(x11::isDesktopProgram(program, "")) << program;
+    }
+    EXPECT_TRUE(x11::isDesktopProgram("new-wm", "New WM"));
+    for (const char* program : {"", "xterm", "firefox", "bash", "new"}) {
+        EXPECT_FALSE(x11::isDesktopProgram(program, "New WM")) << program;
+        EXPECT_FALSE(x11::isDesktopProgram(program, "")) << program;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Beside, Quitting, ::testing::Values(Manager::none, Manager::openbox),
+                         [](const auto& chosen) { return chosen.param == Manager::none ? "NoManager" : "Openbox"; });
+
+} // namespace
+} // namespace kova::testing
