@@ -4,8 +4,8 @@
 
 namespace kova {
 
-AppDelegate::AppDelegate(const WorkspaceServices& services) :
-    preferences_(services.preferences), workspace_(services) {}
+AppDelegate::AppDelegate(const WorkspaceServices& services, const HandServices& hand) :
+    preferences_(services.preferences), queue_(services.queue), hand_(hand), workspace_(services) {}
 
 AppDelegate::~AppDelegate() {
     stopWorkspace();
@@ -15,11 +15,16 @@ void AppDelegate::startWorkspace() {
     if (workspaceIsStarted_) return;
     workspaceIsStarted_ = true;
     workspace_.start(false);
+    if (hand_.dividerHandles) dividerWindows_.emplace(workspace_, *hand_.dividerHandles);
+    if (hand_.pointer) windowDrags_.emplace(workspace_, *hand_.pointer, queue_).installMonitor();
     log(LogLevel::note, "workspace started");
 }
 
 void AppDelegate::stopWorkspace() {
     if (!workspaceIsStarted_) return;
+    // What the hand still holds goes back first.
+    windowDrags_.reset();
+    dividerWindows_.reset();
     workspace_.stop();
     preferences_.synchronize();
     workspaceIsStarted_ = false;

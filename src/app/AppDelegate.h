@@ -1,14 +1,24 @@
 // The agent's heart: owns the workspace for the life of the process, starts it and stops it. Main thread only.
 #pragma once
 
+#include "app/LayoutDividerWindowController.h"
+#include "app/WindowDragCoordinator.h"
 #include "workspace/WorkspaceController.h"
 
+#include <optional>
+
 namespace kova {
+
+/// What the desktop has for the user's hand; null where it has nothing.
+struct HandServices {
+    PointerMonitorServicing* pointer = nullptr;
+    DividerHandleServicing* dividerHandles = nullptr;
+};
 
 class AppDelegate {
   public:
     /// The services outlive the delegate.
-    explicit AppDelegate(const WorkspaceServices& services);
+    explicit AppDelegate(const WorkspaceServices& services, const HandServices& hand = {});
     /// Stops the workspace if nobody did.
     ~AppDelegate();
     AppDelegate(const AppDelegate&) = delete;
@@ -24,7 +34,12 @@ class AppDelegate {
 
   private:
     PreferencesStore& preferences_;
+    MainQueue& queue_;
+    HandServices hand_;
     WorkspaceController workspace_;
+    // While the workspace is started.
+    std::optional<LayoutDividerWindowController> dividerWindows_;
+    std::optional<WindowDragCoordinator> windowDrags_;
     bool workspaceIsStarted_ = false;
 };
 

@@ -10,6 +10,10 @@ WindowDragCoordinator::WindowDragCoordinator(WorkspaceController& workspace, Poi
     workspace_(workspace),
     pointer_(pointer), queue_(queue) {}
 
+WindowDragCoordinator::~WindowDragCoordinator() {
+    removeMonitor();
+}
+
 void WindowDragCoordinator::installMonitor() {
     subscription_ = pointer_.observePointer([this](const PointerEvent& event) { handle(event); });
 }
@@ -41,7 +45,7 @@ void WindowDragCoordinator::pressed(CGPoint location) {
     grip_.reset();
     const auto windowID = workspace_.managedWindowUnder(location);
     const auto frame = windowID ? workspace_.currentFrame(*windowID) : std::nullopt;
-    if (frame) grip_ = Grip{*windowID, *frame};
+    if (frame) grip_ = Grip{*windowID, *frame, location};
 }
 
 std::optional<WorkspaceController::HandMovement> WindowDragCoordinator::movement() const {
@@ -54,6 +58,9 @@ std::optional<WorkspaceController::HandMovement> WindowDragCoordinator::movement
 
 void WindowDragCoordinator::moved(CGPoint location) {
     if (!grip_) return;
+    // A window that moves under a hand that rests is moved by somebody else.
+    const double distance = std::hypot(location.x - grip_->pointer.x, location.y - grip_->pointer.y);
+    if (!grip_->isDragging && distance <= kSlackPoints) return;
     const auto what = movement();
     if (!what) return;
     if (!grip_->isDragging) grip_->isDragging = workspace_.beginWindowDrag(grip_->windowID, grip_->frame);

@@ -20,15 +20,20 @@ class WindowDragCoordinator {
     static constexpr Seconds kSettlingTime{0.05};
 
     WindowDragCoordinator(WorkspaceController& workspace, PointerMonitorServicing& pointer, MainQueue& queue);
+    ~WindowDragCoordinator();
+    WindowDragCoordinator(const WindowDragCoordinator&) = delete;
+    WindowDragCoordinator& operator=(const WindowDragCoordinator&) = delete;
 
     void installMonitor();
+    /// What the hand holds is left where it is, and to the polls.
     void removeMonitor();
 
   private:
     /// The button is down on a managed window, which may or may not follow.
     struct Grip {
         std::string windowID;
-        CGRect frame{}; // window-service space, when the button went down
+        CGRect frame{};    // window-service space, when the button went down
+        CGPoint pointer{}; // screen space, at the same moment
         bool isDragging = false;
     };
     void handle(const PointerEvent& event);

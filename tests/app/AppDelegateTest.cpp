@@ -45,5 +45,38 @@ TEST(AppDelegate, StartsAndStopsTheWorkspaceOnceEach) {
     EXPECT_EQ(desktop.queue().pendingCount(), 0U);
 }
 
+TEST(AppDelegate, WatchesTheHandWhileTheWorkspaceIsStarted) {
+    SimulatedDesktop desktop;
+    MemoryPreferencesStore preferences;
+    desktop.addDisplay({.name = "A", .size = {2560, 1440}});
+    const WorkspaceServices services = {desktop, desktop,     desktop,         desktop,
+                                        desktop, preferences, desktop.queue(), desktop.pollingQueue()};
+    AppDelegate delegate(services, {&desktop, &desktop});
+    auto& workspace = delegate.workspace();
+    (void)workspace.selectLayout(displayID(desktop.screens().front()),
+                                 DisplayLayoutSelection::layout("jarvis.dual-split"));
+    EXPECT_TRUE(desktop.handles().empty());
+    desktop.launch("Mail");
+    desktop.open("Mail", {.frame = makeRect(100, 100, 500, 400)});
+    for (int round = 0; round < 2; ++round) {
+        delegate.startWorkspace();
+        desktop.queue().advance(Seconds(1));
+        EXPECT_EQ(desktop.handles().size(), 1U);
+        desktop.pressAt({300, 110});
+        desktop.queue().runDue();
+        desktop.moveHand({400, 200});
+        desktop.queue().runDue();
+        EXPECT_TRUE(workspace.state().dropTargetSlotID->has_value());
+        delegate.stopWorkspace();
+        EXPECT_FALSE(workspace.state().dropTargetSlotID->has_value());
+        EXPECT_TRUE(desktop.handles().empty());
+        desktop.letGo();
+        desktop.queue().advance(Seconds(30));
+        EXPECT_EQ(desktop.queue().pendingCount(), 0U);
+        desktop.moveByHand("Mail", makeRect(100, 100, 500, 400));
+    }
+    EXPECT_EQ(desktop.brokenPromises(), std::vector<std::string>{});
+}
+
 } // namespace
 } // namespace kova

@@ -11,6 +11,7 @@
 #include "windowing/AlertServicing.h"
 #include "windowing/ApplicationServicing.h"
 #include "windowing/DiagnosticsServicing.h"
+#include "windowing/PointerServicing.h"
 #include "windowing/ScreenServicing.h"
 
 #include <deque>
@@ -67,16 +68,23 @@ enum class HidingStyle {
     iconifiesWindows, // each is minimised, and exactly these come back
 };
 
+/// The part of a window by which the hand holds it.
+enum class HandGrip { nothing, titleBar, leftEdge, rightEdge, topEdge, bottomEdge };
+enum class ShiftKey { up, down };
+
 class SimulatedDesktop : public AccessibilityServicing,
                          public ApplicationServicing,
                          public ScreenServicing,
                          public SessionServicing,
                          public AlertServicing,
                          public DesktopChangeServicing,
-                         public DiagnosticsServicing {
+                         public DiagnosticsServicing,
+                         public PointerMonitorServicing,
+                         public DividerHandleServicing {
   public:
     static constexpr pid_t kOwnProcessIdentifier = 4242;
     static constexpr Seconds kReadDeadline{0.25};
+    static constexpr Seconds kDoubleClickTime{0.4};
 
     SimulatedDesktop();
 
@@ -141,6 +149,17 @@ class SimulatedDesktop : public AccessibilityServicing,
     /// Whether the desktop announces every change.
     void setVouching(bool vouches);
 
+    // The hand on the mouse (SimulatedHand.cpp); what it does is told by the queue. Points are in desktop space.
+    /// Presses the main button: takes hold of the handle there when no window lies over it, else of the window there.
+    void pressAt(CGPoint point, HandGrip grip = HandGrip::titleBar);
+    /// Moves the pointer; what is held follows.
+    void moveHand(CGPoint point);
+    void letGo(ShiftKey shift = ShiftKey::up);
+    /// Lets go of a handle that is held.
+    void pressEscape();
+    /// The handles shown now.
+    const std::vector<DividerHandle>& handles() const { return handles_; }
+
     // What there is to see
     /// "Mail 15,15 1908x1382 | Notes 1947,15 598x1382 minimized", frames in window-service space.
     std::string picture() const;
@@ -204,6 +223,10 @@ class SimulatedDesktop : public AccessibilityServicing,
     std::optional<std::uint64_t> changeCount() const override;
     void notifyWhenChanged(std::uint64_t count, std::function<void()> callback) override;
     std::vector<DiagnosticLine> diagnose() const override;
+    // PointerMonitorServicing and DividerHandleServicing
+    Subscription observePointer(std::function<void(const PointerEvent&)> observer) override;
+    void showHandles(const std::vector<DividerHandle>& handles) override;
+    Subscription observeHandles(std::function<void(const DividerHandleEvent&)> observer) override;
 
   private:
     // A window's own number, and those of the elements inside it.
@@ -246,6 +269,24 @@ class SimulatedDesktop : public AccessibilityServicing,
     CGPoint firstDisplayOrigin() const;
     bool isOnSomeDisplay(const CGRect& frame) const;
     void displaysChanged();
+    CGPoint onScreen(CGPoint pointOnDesktop) const;
+
+    // What the hand holds while the button is down.
+    struct Hold {
+        std::uint64_t window = 0;
+        HandGrip grip = HandGrip::nothing;
+        CGRect frame{}; // of the window, when the button went down
+        CGPoint start{};
+        std::optional<std::string> handleID{};
+        bool isUsedUp = false; // the press was the second of a double click, or Escape let go
+    };
+    struct Click {
+        std::string handleID;
+        Seconds when{};
+    };
+    const DividerHandle* handleAt(CGPoint pointOnDesktop) const;
+    void tell(PointerEvent::Kind kind, CGPoint pointOnDesktop, ShiftKey shift = ShiftKey::up);
+    void tell(DividerHandleEvent::Kind kind, const std::string& handleID, CGPoint pointOnDesktop);
 
     void changed();
     void announceChange();
@@ -292,6 +333,11 @@ class SimulatedDesktop : public AccessibilityServicing,
     std::function<void()> changeCallback_;
     std::uint64_t changeRequest_ = 0; // the newest call of notifyWhenChanged
     Observers<> screenObservers_;
+    Observers<const PointerEvent&> pointerObservers_;
+    Observers<const DividerHandleEvent&> handleObservers_;
+    std::vector<DividerHandle> handles_;
+    std::optional<Hold> hold_;
+    std::optional<Click> lastClick_;
     std::vector<std::string> journal_;
     mutable std::vector<std::string> brokenPromises_;
     mutable int readCount_ = 0;

@@ -339,8 +339,14 @@ Subscription SimulatedDesktop::observeScreens(std::function<void()> changed) {
 std::optional<CGPoint> SimulatedDesktop::pointerLocation() const {
     requireMainThread("pointerLocation");
     if (!pointerOnDesktop_ || displays_.empty()) return std::nullopt;
+    return onScreen(*pointerOnDesktop_);
+}
+
+/// Screen space counts upwards from the lower left corner of the first display.
+CGPoint SimulatedDesktop::onScreen(CGPoint pointOnDesktop) const {
     const CGPoint corner = firstDisplayOrigin();
-    return CGPoint{pointerOnDesktop_->x - corner.x, corner.y + displays_.front().size.height - pointerOnDesktop_->y};
+    const double height = displays_.empty() ? 0 : displays_.front().size.height;
+    return {pointOnDesktop.x - corner.x, corner.y + height - pointOnDesktop.y};
 }
 
 // DesktopChangeServicing

@@ -1,0 +1,133 @@
+// The person's hand on the mouse, and the handles that it can take hold of.
+#include "platform/simulated/SimulatedDesktop.h"
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+#include <utility>
+
+namespace kova {
+
+namespace {
+
+constexpr double kThinnestHandle = 8;
+/// A press counts as the second of a double click only if the hand rested in between.
+constexpr double kRestingPoints = 3;
+
+CGRect grippable(const DividerHandle& handle) {
+    CGRect frame = handle.frame;
+    double& start = handle.axis == LayoutAxis::horizontal ? frame.origin.x : frame.origin.y;
+    double& thickness = handle.axis == LayoutAxis::horizontal ? frame.size.width : frame.size.height;
+    const double missing = std::max(0.0, kThinnestHandle - thickness);
+    start -= missing / 2;
+    thickness += missing;
+    return frame;
+}
+
+CGRect pulled(const CGRect& frame, HandGrip grip, double dx, double dy) {
+    switch (grip) {
+    case HandGrip::nothing:
+        return frame;
+    case HandGrip::titleBar:
+        return makeRect(minX(frame) + dx, minY(frame) + dy, frame.size.width, frame.size.height);
+    case HandGrip::leftEdge:
+        return makeRect(minX(frame) + dx, minY(frame), frame.size.width - dx, frame.size.height);
+    case HandGrip::rightEdge:
+        return makeRect(minX(frame), minY(frame), frame.size.width + dx, frame.size.height);
+    case HandGrip::topEdge:
+        return makeRect(minX(frame), minY(frame) + dy, frame.size.width, frame.size.height - dy);
+    case HandGrip::bottomEdge:
+        return makeRect(minX(frame), minY(frame), frame.size.width, frame.size.height + dy);
+    }
+    return frame;
+}
+
+} // namespace
+
+const DividerHandle* SimulatedDesktop::handleAt(CGPoint point) const {
+    const auto found = std::find_if(handles_.begin(), handles_.end(), [&](const DividerHandle& handle) {
+        return containsPoint(grippable(handle), onScreen(point));
+    });
+    return found == handles_.end() ? nullptr : &*found;
+}
+
+void SimulatedDesktop::tell(PointerEvent::Kind kind, CGPoint point, ShiftKey shift) {
+    queue_.post(lifetime_.guard([this, event = PointerEvent{kind, onScreen(point), shift == ShiftKey::down}] {
+        pointerObservers_.notify(event);
+    }));
+}
+
+void SimulatedDesktop::tell(DividerHandleEvent::Kind kind, const std::string& handleID, CGPoint point) {
+    queue_.post(lifetime_.guard(
+        [this, event = DividerHandleEvent{kind, handleID, onScreen(point)}] { handleObservers_.notify(event); }));
+}
+
+void SimulatedDesktop::pressAt(CGPoint point, HandGrip grip) {
+    pointerOnDesktop_ = point;
+    hold_ = Hold{.grip = grip, .start = point};
+    tell(PointerEvent::Kind::pressed, point);
+    for (const auto number : stacking_) {
+        const auto& window = *findWindow(number);
+        if (!isOnScreen(window) || !containsPoint(window.frame, point)) continue;
+        hold_->window = number;
+        hold_->frame = window.frame;
+        return;
+    }
+    const DividerHandle* handle = handleAt(point);
+    if (!handle) return;
+    hold_->handleID = handle->id;
+    const auto before = std::exchange(lastClick_, std::nullopt);
+    hold_->isUsedUp = before && before->handleID == handle->id && queue_.uptime() - before->when <= kDoubleClickTime;
+    if (!hold_->isUsedUp) lastClick_ = Click{handle->id, queue_.uptime()};
+    tell(hold_->isUsedUp ? DividerHandleEvent::Kind::doubleClicked : DividerHandleEvent::Kind::pressed, handle->id,
+         point);
+}
+
+void SimulatedDesktop::moveHand(CGPoint point) {
+    pointerOnDesktop_ = point;
+    if (!hold_) return;
+    const double dx = point.x - hold_->start.x, dy = point.y - hold_->start.y;
+    if (std::hypot(dx, dy) > kRestingPoints) lastClick_.reset();
+    if (SimulatedWindow* window = findWindow(hold_->window)) {
+        setFrameOf(*window, pulled(hold_->frame, hold_->grip, dx, dy));
+    }
+    if (hold_->handleID && !hold_->isUsedUp) tell(DividerHandleEvent::Kind::moved, *hold_->handleID, point);
+    tell(PointerEvent::Kind::moved, point);
+}
+
+void SimulatedDesktop::letGo(ShiftKey shift) {
+    const auto hold = std::exchange(hold_, std::nullopt);
+    if (!hold) return;
+    const CGPoint point = pointerOnDesktop_.value_or(hold->start);
+    if (hold->handleID && !hold->isUsedUp) tell(DividerHandleEvent::Kind::released, *hold->handleID, point);
+    tell(PointerEvent::Kind::released, point, shift);
+}
+
+void SimulatedDesktop::pressEscape() {
+    if (!hold_ || !hold_->handleID || std::exchange(hold_->isUsedUp, true)) return;
+    tell(DividerHandleEvent::Kind::cancelled, *hold_->handleID, pointerOnDesktop_.value_or(hold_->start));
+}
+
+// The seam
+
+Subscription SimulatedDesktop::observePointer(std::function<void(const PointerEvent&)> observer) {
+    return pointerObservers_.add(std::move(observer));
+}
+
+void SimulatedDesktop::showHandles(const std::vector<DividerHandle>& handles) {
+    requireMainThread("showHandles");
+    std::set<std::string> ids;
+    for (const DividerHandle& handle : handles) {
+        if (!ids.insert(handle.id).second) brokenPromises_.push_back("two handles are called " + handle.id);
+        if (!isFinite(handle.frame)) brokenPromises_.push_back("impossible frame of the handle " + handle.id);
+    }
+    handles_ = handles;
+    // What is taken away is torn out of the hand.
+    if (hold_ && hold_->handleID && !ids.contains(*hold_->handleID)) pressEscape();
+}
+
+Subscription SimulatedDesktop::observeHandles(std::function<void(const DividerHandleEvent&)> observer) {
+    return handleObservers_.add(std::move(observer));
+}
+
+} // namespace kova
