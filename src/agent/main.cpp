@@ -80,6 +80,7 @@ class Desktop {
 
     /// Null on a session without X.
     X11Desktop* x11() const { return x11_.get(); }
+    HandServices hand() const { return {x11_.get(), x11_.get()}; }
     DiagnosticsServicing& diagnostics() const { return x11_ ? static_cast<DiagnosticsServicing&>(*x11_) : *absent_; }
     WorkspaceServices services(SessionServicing& session, PreferencesStore& preferences, MainQueue& queue,
                                WorkQueue& pollingQueue, AlertServicing& alerts) const {
@@ -137,7 +138,7 @@ int manageSession(const Options& options) {
     UnlockedSession session;
     SerialWorkQueue pollingQueue("kova-polling");
     UnansweredAlerts alerts; // the command line asks at its terminal
-    AppDelegate delegate(desktop->services(session, preferences, loop, pollingQueue, alerts));
+    AppDelegate delegate(desktop->services(session, preferences, loop, pollingQueue, alerts), desktop->hand());
     const auto& state = delegate.workspace().state();
     const auto messages = state.lastActionMessage.observe([](const std::optional<std::string>& message) {
         if (message) log(LogLevel::detail, *message);

@@ -32,6 +32,11 @@ class Observers {
         observers_.push_back(kept);
         return Subscription(kept);
     }
+    /// Whether anybody would hear of it now.
+    bool hasAny() const {
+        return std::any_of(observers_.begin(), observers_.end(),
+                           [](const auto& observer) { return !observer.expired(); });
+    }
     void notify(Arguments... arguments) {
         notifyWhile([] { return true; }, arguments...);
     }

@@ -31,7 +31,8 @@ X11Desktop::Parts::Parts(std::unique_ptr<XConnection> opened, const Options& opt
     connection(std::move(opened)),
     queue(mainQueue), catalogue(applicationCatalogue), launcher(options.launcher), ownProcesses(ownLine()),
     model(connection->atoms(), connection->root()), displays(*connection), hidden(options.hiddenWindowsFile),
-    outbox(*connection, model), refresh(*connection, mutex, model) {
+    outbox(*connection, model), pointerWatch(*connection, asked, [this] { lookAtPointerAgain(); }),
+    handleWindows(*connection, model, asked), refresh(*connection, mutex, model) {
     model.setRandrEventBase(displays.eventBase());
     model.rootSize = {connection->screen().width_in_pixels, connection->screen().height_in_pixels};
 }
@@ -180,8 +181,8 @@ void X11Desktop::Parts::readAndRest() {
 
 bool X11Desktop::Parts::mayRest() const {
     const auto isLeaving = [](const HiddenWindow& taken) { return !taken.hasLeftScreen; };
-    return !whenChanged && asked.empty() && !displays.isAsking() && std::ranges::none_of(hidden.all(), isLeaving) &&
-           !isAnyReturning();
+    return !whenChanged && !isByHand() && asked.empty() && !displays.isAsking() &&
+           std::ranges::none_of(hidden.all(), isLeaving) && !isAnyReturning();
 }
 
 void X11Desktop::Parts::resume() {
@@ -200,7 +201,12 @@ EventEffects X11Desktop::Parts::drain(xcb_generic_event_t* (*next)(xcb_connectio
     EventEffects effects;
     while (const XReply<xcb_generic_event_t> event{next(connection->get())}) {
         // Type 0 is the error of a request without a reply: a window that had gone.
-        if (event->response_type != 0) effects.add(model.apply(*event));
+        if (event->response_type == 0) continue;
+        if (takeByHand(*event)) {
+            effects.isByHand = true;
+        } else {
+            effects.add(model.apply(*event));
+        }
     }
     if (effects.changed) noteChange();
     return effects;
@@ -226,6 +232,7 @@ void X11Desktop::Parts::settle(EventEffects effects) {
         noteChange();
         screenObservers.notify();
     }
+    tellOfHand();
     callWhenChanged();
 }
 
@@ -250,7 +257,10 @@ bool X11Desktop::Parts::actOn(const EventEffects& effects) {
         if (client && client->placedAt && queue.uptime() - *client->placedAt < kPlacingTime) askState(*client);
     }
     mustFlush |= displays.hasUnsent();
-    return (displaysTold || effects.panelsChanged) && arrangeDisplays();
+    const bool displaysChanged = (displaysTold || effects.panelsChanged) && arrangeDisplays();
+    if (displaysChanged) placeHandles();
+    actByHand();
+    return displaysChanged;
 }
 
 /// A window manager that is still starting overlooks what it is asked.
@@ -377,7 +387,8 @@ void X11Desktop::Parts::bringUpToDate() {
             unsettled.changed = true;
         }
         mainHasWork = unsettled.isForMainThread() || model.hasChangedHands || (unsettled.changed && isAwaited) ||
-                      hidden.isBehind(model, queue.uptime()) || !asked.empty() || displays.isAsking();
+                      hidden.isBehind(model, queue.uptime()) || handleWindows.isMisplaced() || !asked.empty() ||
+                      displays.isAsking();
         unsettled.changed = false;
     }
     if (mainHasWork && !isMainThread()) queue.post(lifetime.guard([this] { settle({}); }));

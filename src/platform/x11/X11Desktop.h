@@ -10,6 +10,7 @@
 #include "windowing/AccessibilityServicing.h"
 #include "windowing/ApplicationServicing.h"
 #include "windowing/DiagnosticsServicing.h"
+#include "windowing/PointerServicing.h"
 #include "windowing/ScreenServicing.h"
 
 #include <memory>
@@ -23,7 +24,9 @@ class X11Desktop final : public AccessibilityServicing,
                          public ApplicationServicing,
                          public ScreenServicing,
                          public DesktopChangeServicing,
-                         public DiagnosticsServicing {
+                         public DiagnosticsServicing,
+                         public PointerMonitorServicing,
+                         public DividerHandleServicing {
   public:
     struct Options {
         std::optional<std::string> displayName;  // absent: DISPLAY
@@ -96,6 +99,14 @@ class X11Desktop final : public AccessibilityServicing,
 
     // DiagnosticsServicing
     std::vector<DiagnosticLine> diagnose() const override;
+
+    // PointerMonitorServicing
+    /// Tells nothing on a server without XInput 2.1.
+    Subscription observePointer(std::function<void(const PointerEvent&)> observer) override;
+
+    // DividerHandleServicing
+    void showHandles(const std::vector<DividerHandle>& handles) override;
+    Subscription observeHandles(std::function<void(const DividerHandleEvent&)> observer) override;
 
   private:
     struct Parts;

@@ -170,9 +170,7 @@ std::optional<CGPoint> X11Desktop::pointerLocation() const {
     parts_->askPointer();
     parts_->sendSoon();
     if (!parts_->model.pointer) return std::nullopt;
-    const auto [x, y] = *parts_->model.pointer;
-    const PixelRect& first = parts_->arrangement.firstRect;
-    return flipped(CGPoint{static_cast<double>(x - first.x), static_cast<double>(y - first.y)}, first.height);
+    return parts_->onScreen(parts_->model.pointer->first, parts_->model.pointer->second);
 }
 
 } // namespace kova

@@ -7,6 +7,8 @@
 #include "platform/x11/ModelRefresh.h"
 #include "platform/x11/Outbox.h"
 #include "platform/x11/X11Desktop.h"
+#include "platform/x11/X11DividerHandles.h"
+#include "platform/x11/X11PointerWatch.h"
 #include "support/Lifetime.h"
 
 #include <atomic>
@@ -51,6 +53,9 @@ struct X11Desktop::Parts {
     std::shared_ptr<ScheduledWork> rest;
     std::atomic<bool> isResting{false}; // nobody watches the connection for a moment
     Observers<> screenObservers;
+    Observers<const PointerEvent&> pointerObservers;
+    Observers<const DividerHandleEvent&> handleObservers;
+    std::vector<DividerHandle> handles; // as they were wished for
     std::uint64_t awaitedCount = 0;
     std::function<void()> whenChanged;
     std::atomic<bool> isAwaited{false}; // somebody waits for a change
@@ -68,6 +73,8 @@ struct X11Desktop::Parts {
     x11::DisplayArrangement arrangement;
     std::vector<x11::Monitor> monitors;
     std::vector<X11Application> applications;
+    x11::PointerWatch pointerWatch;
+    x11::DividerHandleWindows handleWindows;
 
     x11::ModelRefresh refresh; // the polling queue's
     Lifetime lifetime;
@@ -93,6 +100,15 @@ struct X11Desktop::Parts {
     bool arrangeDisplays(); // true when something changed
     void noteChange();
     void callWhenChanged();
+
+    // The hand (X11Hand.cpp)
+    bool takeByHand(const xcb_generic_event_t& event); // any thread, locked
+    bool isByHand() const { return pointerWatch.isHeld() || handleWindows.isHeld(); }
+    void actByHand();    // main thread, locked
+    void placeHandles(); // main thread, locked
+    void lookAtPointerAgain();
+    void tellOfHand(); // main thread, not locked
+    CGPoint onScreen(int x, int y) const;
     bool isMainThread() const { return std::this_thread::get_id() == mainThread; }
 
     // Reading (locked by the caller)

@@ -1,0 +1,278 @@
+#include "platform/x11/X11DividerHandles.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstring>
+#include <string_view>
+
+namespace kova::x11 {
+
+namespace {
+
+constexpr int kThinnestHandle = 8;                // pixels
+constexpr xcb_timestamp_t kDoubleClickTime = 400; // milliseconds
+/// A press counts as the second of a double click only if the hand rested in between.
+constexpr double kRestingPixels = 3;
+constexpr xcb_button_t kMainButton = 1;
+constexpr std::uint32_t kEscapeSymbol = 0xFF1B;
+constexpr std::string_view kName = "KOVA divider";
+
+// Glyphs of the cursor font; each is followed by its mask.
+constexpr std::uint16_t kSidewaysArrow = 108, kUpDownArrow = 116;
+
+std::array<std::uint32_t, 4> numbersOf(const PixelRect& r) {
+    return {static_cast<std::uint32_t>(r.x), static_cast<std::uint32_t>(r.y), static_cast<std::uint32_t>(r.width),
+            static_cast<std::uint32_t>(r.height)};
+}
+
+std::vector<xcb_keycode_t> keysFor(std::uint32_t symbol, xcb_keycode_t first,
+                                   const xcb_get_keyboard_mapping_reply_t& mapping) {
+    std::vector<xcb_keycode_t> keys;
+    const int perKey = mapping.keysyms_per_keycode;
+    const int count = xcb_get_keyboard_mapping_keysyms_length(&mapping);
+    const xcb_keysym_t* symbols = xcb_get_keyboard_mapping_keysyms(&mapping);
+    for (int i = 0; perKey > 0 && i < count; ++i) {
+        if (symbols[i] == symbol) keys.push_back(static_cast<xcb_keycode_t>(first + i / perKey));
+    }
+    return keys;
+}
+
+} // namespace
+
+HandlePlace placeOfHandle(const std::string& id, PixelRect gap, LayoutAxis axis) {
+    int& start = axis == LayoutAxis::horizontal ? gap.x : gap.y;
+    int& thickness = axis == LayoutAxis::horizontal ? gap.width : gap.height;
+    int& length = axis == LayoutAxis::horizontal ? gap.height : gap.width;
+    const int missing = std::max(0, kThinnestHandle - thickness);
+    start -= missing / 2;
+    thickness += missing;
+    length = std::max(1, length);
+    return {id, gap, axis};
+}
+
+// Which there are
+
+void DividerHandleWindows::show(const std::vector<HandlePlace>& places) {
+    const auto isGone = [&](const Shown& shown) {
+        return std::ranges::none_of(places, [&](const HandlePlace& place) {
+            return place.id == shown.place.id && place.axis == shown.place.axis;
+        });
+    };
+    for (const Shown& shown : shown_) {
+        if (!isGone(shown)) continue;
+        if (held_ && held_->window == shown.window) {
+            letGoByEscape();
+            held_.reset();
+        }
+        xcb_destroy_window(connection_.get(), shown.window);
+    }
+    std::erase_if(shown_, isGone);
+    for (const HandlePlace& place : places) {
+        const auto known = std::ranges::find(shown_, place.id, [](const Shown& shown) { return shown.place.id; });
+        if (known == shown_.end()) {
+            create(place);
+        } else if (known->place != place) {
+            const auto values = numbersOf(place.rect);
+            xcb_configure_window(connection_.get(), known->window,
+                                 XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                                     XCB_CONFIG_WINDOW_HEIGHT,
+                                 values.data());
+            known->place = place;
+        }
+    }
+}
+
+void DividerHandleWindows::create(const HandlePlace& place) {
+    xcb_connection_t* connection = connection_.get();
+    const xcb_window_t window = xcb_generate_id(connection);
+    const std::array<std::uint32_t, 2> values = {1, cursorFor(place.axis)};
+    xcb_create_window(connection, 0, window, connection_.root(), static_cast<std::int16_t>(place.rect.x),
+                      static_cast<std::int16_t>(place.rect.y), static_cast<std::uint16_t>(place.rect.width),
+                      static_cast<std::uint16_t>(place.rect.height), 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+                      XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT | XCB_CW_CURSOR, values.data());
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8,
+                        static_cast<std::uint32_t>(kName.size()), kName.data());
+    xcb_grab_button(connection, 0, window,
+                    XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE | XCB_EVENT_MASK_BUTTON_1_MOTION,
+                    XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE, kMainButton, XCB_MOD_MASK_ANY);
+    shown_.push_back({place, window});
+    restack(); // new windows are on top of all others
+    xcb_map_window(connection, window);
+}
+
+xcb_cursor_t DividerHandleWindows::cursorFor(LayoutAxis axis) {
+    xcb_cursor_t& cursor = axis == LayoutAxis::horizontal ? sidewaysCursor_ : upDownCursor_;
+    if (cursor != XCB_NONE) return cursor;
+    xcb_connection_t* connection = connection_.get();
+    if (cursorFont_ == XCB_NONE) {
+        constexpr std::string_view kFont = "cursor";
+        cursorFont_ = xcb_generate_id(connection);
+        xcb_open_font(connection, cursorFont_, kFont.size(), kFont.data());
+    }
+    const std::uint16_t glyph = axis == LayoutAxis::horizontal ? kSidewaysArrow : kUpDownArrow;
+    constexpr std::uint16_t kWhite = 0xFFFF;
+    cursor = xcb_generate_id(connection);
+    xcb_create_glyph_cursor(connection, cursor, cursorFont_, cursorFont_, glyph, glyph + 1, 0, 0, 0, kWhite, kWhite,
+                            kWhite);
+    return cursor;
+}
+
+const DividerHandleWindows::Shown* DividerHandleWindows::find(xcb_window_t window) const {
+    const auto found = std::ranges::find(shown_, window, &Shown::window);
+    return found == shown_.end() ? nullptr : &*found;
+}
+
+// The stack
+
+DividerHandleWindows::Neighbours DividerHandleWindows::neighbours() const {
+    Neighbours found;
+    for (const xcb_window_t window : model_.stacking()) {
+        const ClientWindow* client = model_.clientIn(window);
+        if (!client || !model_.isShown(*client)) continue;
+        if (client->kind() == WindowKind::desktop) {
+            found.below = window;
+        } else if (found.above == kNoWindow) {
+            found.above = window;
+        }
+    }
+    return found;
+}
+
+bool DividerHandleWindows::isMisplaced() const {
+    if (shown_.empty() || isRestacking_) return false;
+    const Neighbours wanted = neighbours();
+    std::size_t handles = 0;
+    for (const xcb_window_t window : model_.stacking()) {
+        if (find(window)) {
+            ++handles;
+            continue;
+        }
+        if (window == wanted.above) return handles != shown_.size();
+        const TopLevel* top = model_.topLevel(window);
+        const bool isBetween = wanted.above != kNoWindow ? top && top->isMapped : window == wanted.below;
+        if (isBetween && handles != 0) return true;
+    }
+    return false;
+}
+
+void DividerHandleWindows::restack() {
+    const auto [below, above] = neighbours();
+    const bool hasAbove = above != kNoWindow;
+    for (const Shown& shown : shown_) {
+        // At the very bottom first: there it stays, out of everybody's way, should the other window have gone.
+        const std::uint32_t atTheBottom = XCB_STACK_MODE_BELOW;
+        xcb_configure_window(connection_.get(), shown.window, XCB_CONFIG_WINDOW_STACK_MODE, &atTheBottom);
+        if (!hasAbove && below == kNoWindow) continue;
+        const std::array<std::uint32_t, 2> values = {
+            hasAbove ? above : below,
+            static_cast<std::uint32_t>(hasAbove ? XCB_STACK_MODE_BELOW : XCB_STACK_MODE_ABOVE)};
+        xcb_configure_window(connection_.get(), shown.window, XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE,
+                             values.data());
+    }
+    mustSend_ = true;
+    if (std::exchange(isRestacking_, true)) return;
+    // By the time of this answer, the model has heard of it.
+    asked_.emplace_back().add(xcb_get_input_focus(connection_.get()), [this](const void*) { isRestacking_ = false; });
+}
+
+// The hand
+
+bool DividerHandleWindows::take(const xcb_generic_event_t& event) {
+    switch (event.response_type) { // as the server tells; what other programs make up has another bit
+    case XCB_BUTTON_PRESS:
+        pressed(reinterpret_cast<const xcb_button_press_event_t&>(event));
+        return true;
+    case XCB_MOTION_NOTIFY: {
+        const auto& motion = reinterpret_cast<const xcb_motion_notify_event_t&>(event);
+        moved(motion.root_x, motion.root_y);
+        return true;
+    }
+    case XCB_BUTTON_RELEASE:
+        released(reinterpret_cast<const xcb_button_release_event_t&>(event));
+        return true;
+    case XCB_KEY_PRESS:
+        keysPressed_.push_back(reinterpret_cast<const xcb_key_press_event_t&>(event).detail);
+        return true;
+    case XCB_KEY_RELEASE:
+        return true;
+    default:
+        return false;
+    }
+}
+
+void DividerHandleWindows::pressed(const xcb_button_press_event_t& event) {
+    const Shown* shown = find(event.event);
+    if (!shown || event.detail != kMainButton) return;
+    const std::string& id = shown->place.id;
+    const auto before = std::exchange(lastClick_, std::nullopt);
+    const bool isDouble = before && before->id == id && event.time - before->when <= kDoubleClickTime;
+    held_ = Held{id, shown->window, event.time, event.root_x, event.root_y, event.root_x, event.root_y, isDouble};
+    if (!isDouble) lastClick_ = Click{id, event.time};
+    mustGrabKeyboard_ = !isDouble;
+    const auto kind = isDouble ? DividerHandleEvent::Kind::doubleClicked : DividerHandleEvent::Kind::pressed;
+    news_.push_back({kind, id, event.root_x, event.root_y});
+}
+
+void DividerHandleWindows::moved(int x, int y) {
+    if (!held_) return;
+    held_->x = x;
+    held_->y = y;
+    if (std::hypot(x - held_->startX, y - held_->startY) > kRestingPixels) lastClick_.reset();
+    if (held_->isUsedUp) return;
+    // Only the newest place matters.
+    const bool isNewer = !news_.empty() && news_.back().kind == DividerHandleEvent::Kind::moved;
+    if (isNewer) news_.pop_back();
+    news_.push_back({DividerHandleEvent::Kind::moved, held_->id, x, y});
+}
+
+void DividerHandleWindows::released(const xcb_button_release_event_t& event) {
+    if (!held_ || event.detail != kMainButton) return;
+    if (!held_->isUsedUp) news_.push_back({DividerHandleEvent::Kind::released, held_->id, event.root_x, event.root_y});
+    held_.reset();
+    mustGrabKeyboard_ = false;
+}
+
+void DividerHandleWindows::letGoByEscape() {
+    if (!std::exchange(held_->isUsedUp, true))
+        news_.push_back({DividerHandleEvent::Kind::cancelled, held_->id, held_->x, held_->y});
+}
+
+bool DividerHandleWindows::act() {
+    if (std::exchange(mustGrabKeyboard_, false) && held_) grabKeyboard();
+    if (escapeKeys_) {
+        for (const xcb_keycode_t key : std::exchange(keysPressed_, {})) {
+            if (held_ && std::ranges::find(*escapeKeys_, key) != escapeKeys_->end()) letGoByEscape();
+        }
+    }
+    if (!held_ || held_->isUsedUp) ungrabKeyboard();
+    if (isMisplaced()) restack();
+    return std::exchange(mustSend_, false);
+}
+
+void DividerHandleWindows::grabKeyboard() {
+    xcb_connection_t* connection = connection_.get();
+    const auto grabbed =
+        xcb_grab_keyboard(connection, 0, held_->window, held_->since, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    xcb_discard_reply(connection, grabbed.sequence); // somebody else may have it: then there is no Escape this time
+    hasKeyboard_ = true;
+    escapeKeys_.reset();
+    keysPressed_.clear();
+    const xcb_setup_t* setup = xcb_get_setup(connection);
+    const xcb_keycode_t first = setup->min_keycode;
+    const auto count = static_cast<std::uint8_t>(setup->max_keycode - first + 1);
+    asked_.emplace_back().add(xcb_get_keyboard_mapping(connection, first, count), [this, first](const void* reply) {
+        const auto* mapping = static_cast<const xcb_get_keyboard_mapping_reply_t*>(reply);
+        escapeKeys_ = mapping ? keysFor(kEscapeSymbol, first, *mapping) : std::vector<xcb_keycode_t>{};
+    });
+    mustSend_ = true;
+}
+
+void DividerHandleWindows::ungrabKeyboard() {
+    if (!std::exchange(hasKeyboard_, false)) return;
+    xcb_ungrab_keyboard(connection_.get(), XCB_CURRENT_TIME);
+    keysPressed_.clear();
+    mustSend_ = true;
+}
+
+} // namespace kova::x11
