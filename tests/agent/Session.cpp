@@ -33,7 +33,7 @@ int exitCodeOf(int status) {
 } // namespace
 
 bool eventually(const std::function<bool()>& holds) {
-    const auto end = std::chrono::steady_clock::now() + 10s;
+    const auto end = std::chrono::steady_clock::now() + 20s;
     while (!holds()) {
         if (std::chrono::steady_clock::now() > end) return false;
         std::this_thread::sleep_for(20ms);

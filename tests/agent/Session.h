@@ -37,11 +37,11 @@ class Session {
     nlohmann::json query(const std::string& what) const;
 
     pid_t startAgent(std::vector<std::string> arguments = {});
-    /// True once it answers; false when it does not within ten seconds.
+    /// True once it answers; false when it does not within twenty seconds.
     bool agentAnswers() const;
     pid_t agent() const { return agent_; }
     void signalAgent(int signal) const;
-    /// Absent when it does not end within ten seconds.
+    /// Absent when it does not end within twenty seconds.
     std::optional<Finished> waitForAgent();
 
     std::string preferences() const { return folder_ + "/config/kova/preferences.json"; }
@@ -55,7 +55,7 @@ class Session {
     pid_t agent_ = -1;
 };
 
-/// False when it does not hold within ten seconds.
+/// False when it does not hold within twenty seconds.
 bool eventually(const std::function<bool()>& holds);
 
 } // namespace kova::testing

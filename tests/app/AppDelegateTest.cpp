@@ -13,14 +13,17 @@ class CountingStore final : public MemoryPreferencesStore {
     int synchronizations = 0;
 };
 
+WorkspaceServices servicesOf(SimulatedDesktop& desktop, PreferencesStore& preferences) {
+    return {desktop, desktop, desktop, desktop, desktop, preferences, desktop.queue(), desktop.pollingQueue(), desktop};
+}
+
 TEST(AppDelegate, StartsAndStopsTheWorkspaceOnceEach) {
     SimulatedDesktop desktop;
     CountingStore preferences;
     desktop.addDisplay({.name = "A", .size = {1920, 1080}});
     const auto polls = [&] { return desktop.pollingQueue().jobsBegun(); };
     {
-        AppDelegate delegate(
-            {desktop, desktop, desktop, desktop, desktop, preferences, desktop.queue(), desktop.pollingQueue()});
+        AppDelegate delegate(servicesOf(desktop, preferences));
         delegate.stopWorkspace();
         EXPECT_EQ(preferences.synchronizations, 0); // there was nothing to stop
         desktop.queue().advance(Seconds(2));
@@ -49,9 +52,7 @@ TEST(AppDelegate, WatchesTheHandWhileTheWorkspaceIsStarted) {
     SimulatedDesktop desktop;
     MemoryPreferencesStore preferences;
     desktop.addDisplay({.name = "A", .size = {2560, 1440}});
-    const WorkspaceServices services = {desktop, desktop,     desktop,         desktop,
-                                        desktop, preferences, desktop.queue(), desktop.pollingQueue()};
-    AppDelegate delegate(services, {&desktop, &desktop});
+    AppDelegate delegate(servicesOf(desktop, preferences), {&desktop, &desktop});
     auto& workspace = delegate.workspace();
     (void)workspace.selectLayout(displayID(desktop.screens().front()),
                                  DisplayLayoutSelection::layout("jarvis.dual-split"));

@@ -259,6 +259,7 @@ bool X11Desktop::Parts::actOn(const EventEffects& effects) {
     mustFlush |= displays.hasUnsent();
     const bool displaysChanged = (displaysTold || effects.panelsChanged) && arrangeDisplays();
     if (displaysChanged) placeHandles();
+    if (effects.changed) pointerWatch.noteMovement();
     actByHand();
     return displaysChanged;
 }

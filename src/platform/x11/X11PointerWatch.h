@@ -41,6 +41,9 @@ class PointerWatch {
 
     /// True when the event is about the pointer; then `act` has something to do.
     bool take(const xcb_generic_event_t& event);
+    /// A window moved: the pointer may have, too. Not every movement is told, some programs move the pointer
+    /// themselves.
+    void noteMovement() { hasMoved_ |= isHeld_; }
     /// True when requests wait to be sent. Main thread.
     bool act();
     /// Once the time has come to listen to movements again; `act` follows.
