@@ -1,0 +1,121 @@
+// The order in which events and answers come in does not matter: the newest word counts.
+#include "platform/x11/WindowModel.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace kova::x11 {
+namespace {
+
+constexpr xcb_window_t kRoot = 1, kFrame = 20, kWindow = 30;
+
+Atoms numberedAtoms() {
+    Atoms atoms;
+    for (std::uint8_t i = 0; i < static_cast<std::uint8_t>(Atom::count); ++i)
+        atoms.set(static_cast<Atom>(i), 1000U + i);
+    return atoms;
+}
+
+class Model : public ::testing::Test {
+  protected:
+    Model() {
+        WindowManager manager;
+        manager.isPresent = true;
+        model.setWindowManager(manager, Seconds(0));
+        model.setStacking({kFrame});
+        model.setClientList({kWindow}, Seconds(0));
+        model.takeTopLevel(kFrame, {.rect = {0, 0, 402, 325}, .isMapped = true, .rectTold = {}, .mappingTold = {}}, 10);
+        model.setTopLevelOf(window(), kFrame);
+    }
+    ClientWindow& window() { return *model.client(kWindow); }
+    void configure(int x, int width, int height, std::uint32_t sequence) {
+        xcb_generic_event_t whole{};
+        auto& event = reinterpret_cast<xcb_configure_notify_event_t&>(whole);
+        event.response_type = XCB_CONFIGURE_NOTIFY;
+        event.event = kRoot;
+        event.window = kFrame;
+        event.x = static_cast<std::int16_t>(x);
+        event.width = static_cast<std::uint16_t>(width);
+        event.height = static_cast<std::uint16_t>(height);
+        whole.full_sequence = sequence;
+        model.apply(whole);
+    }
+    void announceDecorations(const std::vector<std::uint32_t>& edges, std::uint32_t asked) {
+        const PropertyView view{XCB_ATOM_CARDINAL, 32, {reinterpret_cast<const std::uint8_t*>(edges.data()), 16}};
+        model.takeDecorations(window(), view, asked);
+    }
+    bool takeState(const std::vector<std::uint32_t>& states, std::uint32_t asked) {
+        const auto rule = std::ranges::find(model.rules(), atoms[Atom::netWmState], &PropertyRule::property);
+        const PropertyView view{
+            XCB_ATOM_ATOM, 32, {reinterpret_cast<const std::uint8_t*>(states.data()), states.size() * 4}};
+        model.takeState(window(), *rule, view, asked);
+        return model.isFullScreen(window());
+    }
+
+    const Atoms atoms = numberedAtoms();
+    WindowModel model{atoms, kRoot};
+};
+
+TEST_F(Model, KeepsWhatAnEventToldAfterTheQuestion) {
+    const TopLevel answer{.rect = {5, 5, 50, 50}, .isMapped = true, .rectTold = {}, .mappingTold = {}};
+    configure(100, 402, 325, 21);
+    model.takeTopLevel(kFrame, answer, 20);
+    EXPECT_EQ(model.topLevel(kFrame)->rect.x, 100);
+    // Numbers wrap around.
+    model.takeTopLevel(kFrame, answer, 22);
+    EXPECT_EQ(model.topLevel(kFrame)->rect.x, 5);
+    configure(100, 402, 325, 2);
+    model.takeTopLevel(kFrame, answer, 0xFFFFFFF0U);
+    EXPECT_EQ(model.topLevel(kFrame)->rect.x, 100);
+
+    // Gone, and answered for nevertheless.
+    xcb_generic_event_t whole{};
+    auto& destroyed = reinterpret_cast<xcb_destroy_notify_event_t&>(whole);
+    destroyed.response_type = XCB_DESTROY_NOTIFY;
+    destroyed.window = kFrame;
+    model.apply(whole);
+    model.takeTopLevel(kFrame, answer, 3);
+    EXPECT_EQ(model.topLevel(kFrame), nullptr);
+}
+
+TEST_F(Model, KeepsTheAnswerToTheLatestQuestion) {
+    const std::vector<std::uint32_t> fullScreen = {atoms[Atom::netWmStateFullscreen]};
+    EXPECT_TRUE(takeState(fullScreen, 20));
+    EXPECT_TRUE(takeState({}, 19));
+    EXPECT_FALSE(takeState({}, 21));
+    announceDecorations({1, 1, 20, 5}, 30);
+    announceDecorations({0, 0, 19, 0}, 29);
+    EXPECT_EQ(window().decorations, (PixelEdges{1, 1, 20, 5}));
+}
+
+TEST_F(Model, TakesAWindowThatFillsADisplayForFullScreenUntilItKnows) {
+    model.displayRects = {{0, 0, 1280, 800}};
+    model.takeMeasuredFrame(window(), {0, 0, 0, 0}, 11);
+    takeState({}, 20);
+    model.takeStale(window());
+    configure(0, 1280, 800, 21);
+    EXPECT_FALSE(model.isFullScreen(window()));
+    model.markStale(window(), stale::state);
+    EXPECT_TRUE(model.isFullScreen(window()));
+    configure(0, 1280, 790, 22);
+    EXPECT_FALSE(model.isFullScreen(window()));
+}
+
+TEST_F(Model, MeasuresNothingWhileAFrameIsBehindItsWindow) {
+    announceDecorations({1, 1, 20, 5}, 12);
+    model.takeMeasuredFrame(window(), {1, 1, 20, 5}, 13);
+    EXPECT_EQ(model.outerFrame(window()), (PixelRect{0, 0, 402, 325}));
+    // The frame was made smaller, the window in it not yet.
+    configure(20, 402, 325, 14);
+    model.takeMeasuredFrame(window(), {1, -879, 20, -476}, 15);
+    EXPECT_EQ(model.outerFrame(window()), (PixelRect{20, 0, 402, 325}));
+    // One that is rolled up is smaller than its window for good, and counts as it will be.
+    takeState({atoms[Atom::netWmStateShaded]}, 16);
+    configure(20, 402, 20, 17);
+    model.takeMeasuredFrame(window(), {1, 1, 20, -300}, 18);
+    EXPECT_EQ(model.outerFrame(window()), (PixelRect{20, 0, 402, 325}));
+}
+
+} // namespace
+} // namespace kova::x11
