@@ -95,7 +95,11 @@ Desk::~Desk() {
 }
 
 X11Desktop& Desk::openDesktop() {
-    auto opened = X11Desktop::open({server_.displayName(), hiddenWindowsFile()}, loop_, catalogue_);
+    auto opened = X11Desktop::open({.displayName = server_.displayName(),
+                                    .hiddenWindowsFile = hiddenWindowsFile(),
+                                    .launcher = nullptr,
+                                    .patienceAtTheEnd = Seconds(10)},
+                                   loop_, catalogue_);
     if (const auto* reason = std::get_if<std::string>(&opened)) throw std::runtime_error(*reason);
     desktop_ = std::move(std::get<0>(opened));
     isConnectionLost_ = false;
@@ -168,13 +172,34 @@ void Desk::place(const ManagedWindow& window, const CGRect& frame) {
                        [this](CGRect minimum) { reportedMinimums_.push_back(minimum); });
 }
 
+bool Desk::comesTo(const std::string& title, const CGRect& wished, const std::function<CGRect()>& frame) {
+    const auto placed = window(title);
+    place(placed, wished);
+    return runUntil([&] {
+        if (text(frame()) == text(wished)) return true;
+        if (!service_->pendingFrame(placed.id)) place(window(title), wished);
+        return false;
+    });
+}
+
+bool Desk::comesTo(const std::string& title, const CGRect& wished, const TestClient& client, xcb_window_t window) {
+    return comesTo(title, wished, [&] { return client.outerFrame(window); });
+}
+
+bool Desk::readsAs(const std::string& title, const std::function<CGRect()>& frame) {
+    return runUntil([&] {
+        const auto polled = window(title).frame;
+        return polled && text(*polled) == text(frame());
+    });
+}
+
 void Desk::runFor(Seconds time) {
     const Seconds end = loop_.uptime() + time;
     while (loop_.uptime() < end) loop_.turn();
 }
 
 bool Desk::runUntil(const std::function<bool()>& condition) {
-    const Seconds end = loop_.uptime() + Seconds(5);
+    const Seconds end = loop_.uptime() + Seconds(20);
     while (!condition()) {
         if (loop_.uptime() > end) return false;
         loop_.turn();

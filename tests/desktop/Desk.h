@@ -64,14 +64,21 @@ class Desk {
     /// The polled window of that title, once there is one; fails the test and is empty if none comes.
     ManagedWindow window(const std::string& title);
     std::vector<std::string> titles();
-    /// Within 5 s: windows of these titles and no others, all visible.
+    /// Sooner or later: windows of these titles and no others, all visible.
     bool showsExactly(std::vector<std::string> titles);
     bool isMinimized(const std::string& title) { return window(title).isMinimized; }
     bool isHidden(pid_t process);
     void place(const ManagedWindow& window, const CGRect& frame);
+    /// Places the window, again once nobody looks after the last wish any more, as whoever polls does, until `frame`
+    /// reads as wished.
+    bool comesTo(const std::string& title, const CGRect& wished, const std::function<CGRect()>& frame);
+    bool comesTo(const std::string& title, const CGRect& wished, const TestClient& client, xcb_window_t window);
+
+    /// Sooner or later the polled frame is the one that the server tells.
+    bool readsAs(const std::string& title, const std::function<CGRect()>& frame);
 
     void runFor(Seconds time);
-    /// False when it has not come true within 5 s.
+    /// False when it has not come true within 20 s: machines that run tests can be very busy.
     bool runUntil(const std::function<bool()>& condition);
     PrivateServer& server() { return server_; }
     TestLoop& loop() { return loop_; }

@@ -113,6 +113,7 @@ TEST_P(Hiding, KeepsWhatIsMinimisedMeanwhileApart) {
         desk->runFor(Seconds(0.3));
     };
     set("Draft", true);
+    ASSERT_TRUE(desk->runUntil([&] { return desk->isMinimized("Draft"); }));
     desk->desktop().hide(4001);
     ASSERT_TRUE(areViewable(false));
     desk->runFor(Seconds(0.3));
@@ -190,17 +191,15 @@ TEST(WindowManager, MayComeAndGo) {
     desk.server().startManager();
     ASSERT_TRUE(desk.runUntil([&] { return mail->numbers(inbox, "_NET_FRAME_EXTENTS").size() == 4; }));
     EXPECT_TRUE(desk.showsExactly({"Draft", "Inbox"}));
-    EXPECT_TRUE(mail->isViewable(draft));
-    EXPECT_EQ(text(*desk.window("Inbox").frame), text(mail->outerFrame(inbox)));
-    desk.place(desk.window("Inbox"), makeRect(10, 20, 600, 500));
-    desk.runFor(Seconds(0.2));
-    EXPECT_EQ(text(mail->outerFrame(inbox)), "10,20 600x500");
+    EXPECT_TRUE(desk.runUntil([&] { return mail->isViewable(draft); }));
+    EXPECT_TRUE(desk.readsAs("Inbox", [&] { return mail->outerFrame(inbox); }));
+    EXPECT_TRUE(desk.comesTo("Inbox", makeRect(10, 20, 600, 500), *mail, inbox));
 
     desk.desktop().hide(4001);
     ASSERT_TRUE(desk.runUntil([&] { return !mail->isViewable(inbox); }));
     desk.server().endManager();
     EXPECT_TRUE(desk.showsExactly({"Draft", "Inbox"}));
-    EXPECT_EQ(text(*desk.window("Inbox").frame), text(mail->area(inbox)));
+    EXPECT_TRUE(desk.readsAs("Inbox", [&] { return mail->area(inbox); }));
 
     // What the one before wrote on the windows means nothing any more.
     mail->setNumbers(inbox, "_NET_WM_DESKTOP", "CARDINAL", {3});
@@ -208,9 +207,7 @@ TEST(WindowManager, MayComeAndGo) {
     desk.runFor(Seconds(0.1));
     EXPECT_TRUE(desk.showsExactly({"Draft", "Inbox"}));
     EXPECT_FALSE(desk.window("Inbox").isFullScreen);
-    desk.place(desk.window("Inbox"), makeRect(30, 40, 500, 400));
-    desk.runFor(Seconds(0.2));
-    EXPECT_EQ(text(mail->area(inbox)), "30,40 500x400");
+    EXPECT_TRUE(desk.comesTo("Inbox", makeRect(30, 40, 500, 400), [&] { return mail->area(inbox); }));
     // Applications end as well as windows.
     mail->destroy(draft);
     mail->destroy(inbox);
@@ -241,7 +238,7 @@ void replaceTheManager(bool hides) {
         }
     }
     EXPECT_TRUE(desk.showsExactly({"Draft", "Inbox", "Pad"}));
-    EXPECT_EQ(text(*desk.window("Inbox").frame), text(mail->outerFrame(inbox)));
+    EXPECT_TRUE(desk.readsAs("Inbox", [&] { return mail->outerFrame(inbox); }));
 }
 
 TEST(WindowManager, MayBeReplacedWithoutAWindowBeingMissed) {

@@ -116,13 +116,13 @@ void TestClient::remove(xcb_window_t window, const std::string& property) {
     sync();
 }
 
-void TestClient::demandState(xcb_window_t window, const std::string& first, const std::string& second) {
+void TestClient::demandState(xcb_window_t window, const std::string& first, const std::string& second, Demand demand) {
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
     message.window = window;
     message.type = atom("_NET_WM_STATE");
-    message.data.data32[0] = 1;
+    message.data.data32[0] = demand == Demand::add;
     message.data.data32[1] = atom(first);
     message.data.data32[2] = second.empty() ? 0 : atom(second);
     message.data.data32[3] = 2;
@@ -157,11 +157,18 @@ int TestClient::takeConfigureCount(xcb_window_t window) {
 }
 
 CGRect TestClient::area(xcb_window_t window) const {
-    const auto geometry = owned(xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, window), nullptr));
-    const auto place = owned(xcb_translate_coordinates_reply(
-        connection_, xcb_translate_coordinates(connection_, window, root_, 0, 0), nullptr));
-    if (!geometry || !place) return CGRect{};
-    return makeRect(place->dst_x, place->dst_y, geometry->width, geometry->height);
+    const auto read = [&] {
+        const auto sizeAsked = xcb_get_geometry(connection_, window);
+        const auto placeAsked = xcb_translate_coordinates(connection_, window, root_, 0, 0);
+        const auto size = owned(xcb_get_geometry_reply(connection_, sizeAsked, nullptr));
+        const auto place = owned(xcb_translate_coordinates_reply(connection_, placeAsked, nullptr));
+        if (!size || !place) return CGRect{};
+        return makeRect(place->dst_x, place->dst_y, size->width, size->height);
+    };
+    // Two questions: the window may have changed between them.
+    CGRect area = read();
+    for (CGRect again = read(); again != area; again = read()) area = again;
+    return area;
 }
 
 CGRect TestClient::outerFrame(xcb_window_t window) const {

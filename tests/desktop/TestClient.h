@@ -47,8 +47,10 @@ class TestClient {
                     const std::vector<std::uint32_t>& numbers);
     void setText(xcb_window_t window, const std::string& property, const std::string& type, const std::string& bytes);
     void remove(xcb_window_t window, const std::string& property);
-    /// To the window manager: _NET_WM_STATE is to hold these.
-    void demandState(xcb_window_t window, const std::string& first, const std::string& second = "");
+    enum class Demand { remove, add };
+    /// To the window manager: _NET_WM_STATE is to hold these, or to hold them no more.
+    void demandState(xcb_window_t window, const std::string& first, const std::string& second = "",
+                     Demand demand = Demand::add);
 
     /// How often the window was told of a new geometry since the last time this was asked, made-up events included.
     int takeConfigureCount(xcb_window_t window);

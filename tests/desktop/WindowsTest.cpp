@@ -33,7 +33,7 @@ TEST_P(Windows, AreListedWithWhatTheySayOfThemselves) {
     EXPECT_EQ(window.bundleIdentifier, "test.Notes");
     EXPECT_TRUE(window.isVisible);
     ASSERT_TRUE(window.frame && window.minimumSize);
-    EXPECT_EQ(text(*window.frame), text(notes->outerFrame(pad)));
+    EXPECT_TRUE(desk.readsAs("Pad", [&] { return notes->outerFrame(pad); }));
     const CGRect area = notes->area(pad);
     EXPECT_EQ(window.minimumSize->width, 420 + window.frame->size.width - area.size.width);
     EXPECT_EQ(window.minimumSize->height, 310 + window.frame->size.height - area.size.height);
@@ -58,19 +58,34 @@ TEST_P(Windows, StandWhereTheyArePutAndAreToldOnce) {
     EXPECT_TRUE(desk.showsExactly({"Large", "Left", "Right"}));
     for (const auto window : {left, right, large}) client->takeConfigureCount(window);
 
-    desk.place(desk.window("Left"), makeRect(5, 7, 630, 386));
-    desk.place(desk.window("Right"), makeRect(645, 7, 630, 386));
-    desk.service().flush();
-    desk.runFor(Seconds(0.8));
-    EXPECT_EQ(text(*desk.window("Left").frame), "5,7 630x386");
-    EXPECT_EQ(text(*desk.window("Right").frame), "645,7 630x386");
-    EXPECT_EQ(text(client->outerFrame(left)), "5,7 630x386");
-    EXPECT_EQ(client->takeConfigureCount(left), 1);
-    EXPECT_EQ(client->takeConfigureCount(right), 1);
-    EXPECT_EQ(client->takeConfigureCount(large), 0);
+    // A wish that is not answered in time is repeated, so only what is answered at once tells how often it was made.
+    bool wasPrompt = false;
+    for (int y = 7; y < 47 && !wasPrompt; ++y) {
+        const Seconds start = desk.loop().uptime();
+        desk.place(desk.window("Left"), makeRect(5, y, 630, 386));
+        desk.place(desk.window("Right"), makeRect(645, y, 630, 386));
+        desk.service().flush();
+        const auto hasArrived = [&](xcb_window_t window, double x, double border) {
+            const CGRect wished = makeRect(x + border, y + border, 630 - 2 * border, 386 - 2 * border);
+            return text(client->outerFrame(window)) == text(wished);
+        };
+        // A window manager takes the borders of its windows away.
+        const double border = GetParam() == Manager::none ? 3 : 0;
+        ASSERT_TRUE(desk.runUntil([&] { return hasArrived(left, 5, 0) && hasArrived(right, 645, border); }));
+        wasPrompt = desk.loop().uptime() - start < Seconds(0.05);
+        desk.runFor(Seconds(0.8));
+        const int toldLeft = client->takeConfigureCount(left), toldRight = client->takeConfigureCount(right);
+        EXPECT_TRUE(desk.readsAs("Left", [&] { return makeRect(5, y, 630, 386); }));
+        EXPECT_TRUE(desk.readsAs("Right", [&] { return makeRect(645, y, 630, 386); }));
+        EXPECT_EQ(client->takeConfigureCount(large), 0);
+        if (!wasPrompt) continue;
+        EXPECT_EQ(toldLeft, 1);
+        EXPECT_EQ(toldRight, 1);
+    }
+    EXPECT_TRUE(wasPrompt);
 
     // A window that is there already is not bothered.
-    desk.place(desk.window("Left"), makeRect(5, 7, 630, 386));
+    desk.place(desk.window("Left"), *desk.window("Left").frame);
     desk.service().flush();
     desk.runFor(Seconds(0.2));
     EXPECT_EQ(client->takeConfigureCount(left), 0);
@@ -85,15 +100,23 @@ TEST_P(Windows, StandWhereTheyArePutAndAreToldOnce) {
     }
 
     // A window manager keeps minimum sizes, and what the window refuses is learnt; the bare server keeps none.
-    desk.place(desk.window("Large"), makeRect(10, 400, 300, 300));
-    desk.service().flush();
-    desk.runFor(Seconds(0.8));
-    if (GetParam() == Manager::openbox) {
-        ASSERT_EQ(desk.reportedMinimums().size(), 1U);
-        EXPECT_EQ(text(desk.reportedMinimums().front()), text(client->outerFrame(large)));
-    } else {
-        EXPECT_EQ(text(client->outerFrame(large)), "10,400 300x300");
+    if (GetParam() == Manager::none) {
+        EXPECT_TRUE(desk.comesTo("Large", makeRect(10, 300, 300, 300), *client, large));
+        return;
     }
+    const auto ask = [&] {
+        const auto before = desk.reportedMinimums().size();
+        desk.place(desk.window("Large"), makeRect(10, 300, 300, 300));
+        desk.service().flush();
+        desk.runFor(Seconds(0.8));
+        return desk.reportedMinimums().size() - before;
+    };
+    ASSERT_TRUE(desk.runUntil([&] {
+        ask();
+        return minX(client->outerFrame(large)) == 10;
+    }));
+    EXPECT_EQ(ask(), 1U);
+    EXPECT_EQ(text(desk.reportedMinimums().back()), text(client->outerFrame(large)));
 }
 
 TEST_P(Windows, AreMinimisedAndComeBack) {
@@ -105,14 +128,13 @@ TEST_P(Windows, AreMinimisedAndComeBack) {
     const auto window = desk.window("Draft");
     desk.service().minimize(window);
     EXPECT_TRUE(desk.runUntil([&] { return desk.isMinimized("Draft"); }));
-    EXPECT_FALSE(client->isViewable(draft));
-    EXPECT_FALSE(desk.window("Draft").isVisible);
+    EXPECT_TRUE(desk.runUntil([&] { return !client->isViewable(draft) && !desk.window("Draft").isVisible; }));
 
     desk.service().restoreAndFocus(window);
     EXPECT_TRUE(desk.runUntil([&] { return !desk.isMinimized("Draft") && desk.window("Draft").isVisible; }));
     EXPECT_TRUE(client->isViewable(draft));
-    EXPECT_TRUE(desk.runUntil([&] { return desk.service().focusedWindowID() == window.id; }));
-    EXPECT_EQ(client->focus(), draft);
+    EXPECT_TRUE(
+        desk.runUntil([&] { return desk.service().focusedWindowID() == window.id && client->focus() == draft; }));
 }
 
 INSTANTIATE_TEST_SUITE_P(Beside, Windows, ::testing::Values(Manager::none, Manager::openbox),

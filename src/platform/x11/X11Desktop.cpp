@@ -21,18 +21,17 @@ namespace {
 constexpr Seconds kRest{0.2};
 /// How long somebody looks after a window that was placed.
 constexpr Seconds kPlacingTime{1.0};
-/// How long the end of the agent waits for windows to come back.
-constexpr Seconds kPatienceAtTheEnd{0.5};
 
 } // namespace
 
 X11Desktop::Parts::Parts(std::unique_ptr<XConnection> opened, const Options& options, MainQueue& mainQueue,
                          ApplicationCatalogue& applicationCatalogue) :
     connection(std::move(opened)),
-    queue(mainQueue), catalogue(applicationCatalogue), launcher(options.launcher), ownProcesses(ownLine()),
-    model(connection->atoms(), connection->root()), displays(*connection), hidden(options.hiddenWindowsFile),
-    outbox(*connection, model), pointerWatch(*connection, asked, [this] { lookAtPointerAgain(); }),
-    handleWindows(*connection, model, asked), refresh(*connection, mutex, model) {
+    queue(mainQueue), catalogue(applicationCatalogue), launcher(options.launcher),
+    patienceAtTheEnd(options.patienceAtTheEnd), ownProcesses(ownLine()), model(connection->atoms(), connection->root()),
+    displays(*connection), hidden(options.hiddenWindowsFile), outbox(*connection, model),
+    pointerWatch(*connection, asked, [this] { lookAtPointerAgain(); }), handleWindows(*connection, model, asked),
+    refresh(*connection, mutex, model) {
     model.setRandrEventBase(displays.eventBase());
     model.rootSize = {connection->screen().width_in_pixels, connection->screen().height_in_pixels};
 }
@@ -64,7 +63,7 @@ X11Desktop::~X11Desktop() {
     // A window that was on its way out comes back once it is out; what is not back by the end stays on record for the
     // next agent. And the last requests are only safe once the server
     // has read them: here, and nowhere else, the main thread waits, but not for long.
-    const Seconds end = parts_->queue.uptime() + kPatienceAtTheEnd;
+    const Seconds end = parts_->queue.uptime() + parts_->patienceAtTheEnd;
     pollfd readable{connectionDescriptor(), POLLIN, 0};
     bool isAnyReturning = true;
     while (isAnyReturning && readEvents() && parts_->queue.uptime() < end) {

@@ -32,6 +32,7 @@ class X11Desktop final : public AccessibilityServicing,
         std::optional<std::string> displayName;  // absent: DISPLAY
         std::string hiddenWindowsFile;           // its folder exists; empty: hidden windows are kept in memory only
         ApplicationLauncher* launcher = nullptr; // outlives the desktop; null: nothing can be launched
+        Seconds patienceAtTheEnd{0.5};           // how long its end waits for windows to come back
     };
     /// Connects and reads the whole desktop, waiting for the server; windows that a killed agent left hidden come back.
     /// The text says in the user's words why there is no desktop and what to do. The thread that calls this is the main

@@ -37,7 +37,8 @@ struct X11Desktop::Parts {
     std::unique_ptr<x11::XConnection> connection;
     MainQueue& queue;
     ApplicationCatalogue& catalogue;
-    ApplicationLauncher* launcher;         // null: nothing can be launched
+    ApplicationLauncher* launcher; // null: nothing can be launched
+    const Seconds patienceAtTheEnd;
     const std::vector<pid_t> ownProcesses; // this one and those it descends from
     const std::thread::id mainThread = std::this_thread::get_id();
 
