@@ -233,10 +233,11 @@ TEST_F(Desktop, FollowsMonitorsAndPanels) {
     divide("LEFT", false, 0, 1200);
     divide("RIGHT", true, 1200, 800);
     ASSERT_TRUE(desk.runUntil([&] {
+        desk.poll(); // the room was known by what the window manager leaves before the panel itself was
         const auto screens = desktop.screens();
         return std::ranges::any_of(screens, [](const Screen& s) { return s.localizedName == "LEFT"; }) &&
                screens.front().localizedName == "RIGHT" && text(screens.front().visibleFrame) == "0,0 800x770";
-    })) << text(desktop.screens().front().visibleFrame);
+    })) << text(desktop.screens().front().visibleFrame) << ", panel at " << text(client->area(panel));
     const auto screens = desktop.screens();
     EXPECT_EQ(text(screens.front().frame), "0,0 800x800");
     const auto left = std::ranges::find(screens, std::string("LEFT"), &Screen::localizedName);
