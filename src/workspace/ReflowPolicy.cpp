@@ -17,8 +17,14 @@ void ReflowPolicy::noteReflow(const std::string& displayID, const std::string& w
     ++pushCounts_[windowID];
 }
 
+bool ReflowPolicy::mayGiveBackSpan(const std::string& windowID) const {
+    const auto count = givenBackCounts_.find(windowID);
+    return count == givenBackCounts_.end() || count->second < kReflowsPerWindow;
+}
+
 void ReflowPolicy::keepOnly(const std::function<bool(const std::string& windowID)>& isLive) {
     std::erase_if(pushCounts_, [&](const auto& entry) { return !isLive(entry.first); });
+    std::erase_if(givenBackCounts_, [&](const auto& entry) { return !isLive(entry.first); });
     std::erase_if(candidates_, [&](const auto& entry) { return !isLive(entry.first); });
 }
 

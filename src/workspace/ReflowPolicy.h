@@ -24,7 +24,14 @@ class ReflowPolicy {
     void noteReflow(const std::string& displayID, const std::string& windowID, Seconds uptime);
     /// The window's minimum grew, or its display has another layout: it may ask again.
     void forgetPushes(const std::string& windowID) { pushCounts_.erase(windowID); }
-    void forgetAllPushes() { pushCounts_.clear(); }
+    void forgetAllPushes() {
+        pushCounts_.clear();
+        givenBackCounts_.clear();
+    }
+    /// Whether the window's span may be given back, as it may be only so often: one that takes it again each time would
+    /// never come to rest.
+    bool mayGiveBackSpan(const std::string& windowID) const;
+    void noteSpanGivenBack(const std::string& windowID) { ++givenBackCounts_[windowID]; }
     void keepOnly(const std::function<bool(const std::string& windowID)>& isLive);
 
     /// Told the window's size at each poll. Gives the minimum that it has shown to be enough, once it has stayed that
@@ -40,6 +47,7 @@ class ReflowPolicy {
     };
     std::map<std::string, Seconds> lastReflowByDisplay_;
     std::map<std::string, int> pushCounts_;
+    std::map<std::string, int> givenBackCounts_;
     std::map<std::string, Candidate> candidates_;
 };
 

@@ -42,7 +42,8 @@ bool WorkspaceController::arrange() {
 }
 
 /// Absent for windows that take no part: full-screen ones, and those on another virtual desktop.
-std::optional<ArrangementCandidate> WorkspaceController::candidateFor(const ManagedWindow& window) const {
+std::optional<ArrangementCandidate> WorkspaceController::candidateFor(const ManagedWindow& window,
+                                                                      const TileAssignments& assignments) const {
     const bool isHidden = windowService_->isApplicationHidden(window.processIdentifier);
     const bool isElsewhere = !window.isVisible && !window.isMinimized && !isHidden && window.frame;
     if (window.isFullScreen || isElsewhere) return std::nullopt;
@@ -50,8 +51,8 @@ std::optional<ArrangementCandidate> WorkspaceController::candidateFor(const Mana
     candidate.window = window;
     candidate.applicationKey = applicationKey(window.applicationName, window.bundleIdentifier);
     candidate.role = classifyApplication(window.applicationName, window.bundleIdentifier);
-    candidate.currentTargetID = assignments_.targetOf(window.id);
-    if (!candidate.currentTargetID) candidate.stackedBehindID = assignments_.stackTargetOf(window.id);
+    candidate.currentTargetID = assignments.targetOf(window.id);
+    if (!candidate.currentTargetID) candidate.stackedBehindID = assignments.stackTargetOf(window.id);
     if (window.frame) candidate.frameOnScreen = flipped(*window.frame, firstScreenMaxY());
     const Screen* holding = screenHolding(*state_.screens, candidate.frameOnScreen);
     if (!holding && candidate.currentTargetID) holding = screenOfTarget(*candidate.currentTargetID);
@@ -61,7 +62,8 @@ std::optional<ArrangementCandidate> WorkspaceController::candidateFor(const Mana
     return candidate;
 }
 
-ArrangementInput WorkspaceController::arrangementInput() const {
+ArrangementInput WorkspaceController::arrangementInput(const std::vector<ManagedWindow>& windows,
+                                                       const TileAssignments& assignments) const {
     ArrangementInput input;
     input.learning = learning_;
     input.tileInset = state_.profile->tileInset;
@@ -74,10 +76,10 @@ ArrangementInput WorkspaceController::arrangementInput() const {
         display.solved = solveDefinition(display.layout, {}, screen.visibleFrame.size, input.tileInset);
         input.displays.push_back(std::move(display));
     }
-    for (const auto& window : liveWindows_) {
-        if (auto candidate = candidateFor(window)) input.candidates.push_back(std::move(*candidate));
+    for (const auto& window : windows) {
+        if (auto candidate = candidateFor(window, assignments)) input.candidates.push_back(std::move(*candidate));
         if (!window.isFullScreen) continue;
-        for (const auto& target : assignments_.targetsOf(window.id)) {
+        for (const auto& target : assignments.targetsOf(window.id)) {
             for (auto& display : input.displays) {
                 if (const auto slot = slotIDOn(display.displayID, target)) display.reservedSlotIDs.emplace(*slot);
             }
@@ -87,7 +89,11 @@ ArrangementInput WorkspaceController::arrangementInput() const {
 }
 
 ArrangementPlan WorkspaceController::planArrangement() const {
-    return kova::planArrangement(arrangementInput());
+    if (!focusZoomSnapshot_) return kova::planArrangement(arrangementInput(liveWindows_, assignments_));
+    // Arranging gives the display back first.
+    const TileAssignments restored = {focusZoomSnapshot_->assignedWindowIDs, focusZoomSnapshot_->stackWindowIDsByTarget,
+                                      focusZoomSnapshot_->placementAnchors};
+    return kova::planArrangement(arrangementInput(windowsAsIn(*focusZoomSnapshot_), restored));
 }
 
 void WorkspaceController::arrangeWindows() {

@@ -236,8 +236,10 @@ class WorkspaceController {
     void noteBroughtBack(const std::string& windowID);
     void minimumSizeObserved(const std::string& windowID, const CGRect& wanted, const CGRect& actual);
     void makeRoomFor(const ManagedWindow& window);
-    void reapplyTileFrames();
-    void reapplyWindow(const ManagedWindow& window, const CGRect& target);
+    /// How far off its tile a window counts as strayed: what the user changes by a point is to be seen.
+    enum class Straying { noticeable, any };
+    void reapplyTileFrames(Straying straying = Straying::noticeable);
+    void reapplyWindow(const ManagedWindow& window, const CGRect& target, Straying straying);
     bool isLeftAlone(const ManagedWindow& window) const;
     CGSize minimumSizeOf(const ManagedWindow& window) const;
     void publishAssignments();
@@ -266,11 +268,14 @@ class WorkspaceController {
     void reflow(const std::string& windowID);
     void claimRoomWhereNeeded();
     void relaxMinimums();
+    void giveBackSpans();
 
     // Arrangement (WorkspaceArrangement.cpp)
     bool arrange();
-    ArrangementInput arrangementInput() const;
-    std::optional<ArrangementCandidate> candidateFor(const ManagedWindow& window) const;
+    ArrangementInput arrangementInput(const std::vector<ManagedWindow>& windows,
+                                      const TileAssignments& assignments) const;
+    std::optional<ArrangementCandidate> candidateFor(const ManagedWindow& window,
+                                                     const TileAssignments& assignments) const;
     void carryOut(const ArrangementPlan& plan);
     void carryOutPlacement(const AutoArrangePlacement& placement);
     void carryOutDeferred(std::vector<AutoArrangePlacement> deferred, std::int64_t generation);
@@ -302,6 +307,9 @@ class WorkspaceController {
     /// Applications of the windows in the display's tiles, each once; of all live windows when none is named.
     std::vector<std::string> applicationsOn(const std::optional<std::string>& displayID) const;
     void restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot);
+    void restoreWindow(ManagedWindow& window, const WorkspaceUndoSnapshot& snapshot);
+    /// The live windows as they will be once the snapshot is restored.
+    std::vector<ManagedWindow> windowsAsIn(const WorkspaceUndoSnapshot& snapshot) const;
     bool leaveFocusMode();
     bool enterFocusMode();
     std::optional<StartingPoint> zoomStartingPoint() const;
@@ -338,6 +346,7 @@ class WorkspaceController {
     std::unordered_map<std::string, CGRect> interactiveWindowFramesByID_;
     ReflowPolicy reflow_;
     std::map<std::string, CGSize> minimumsToApply_;
+    std::map<std::string, CGSize> minimumsOfSpanning_; // as they were at the last poll
     TransitionRecovery recovery_;
     std::unordered_map<std::string, Refusal> refusals_;
     /// What each display showed last, also those that are away.

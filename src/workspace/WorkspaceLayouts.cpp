@@ -177,7 +177,7 @@ void WorkspaceController::layoutChanged(const std::string& id) {
     ++autoArrangeGeneration_; // what an arrangement still had to do was meant for the tiles as they were
     if (mayMoveWindows()) claimRoomWhereNeeded();
     publishAssignments();
-    reapplyTileFrames();
+    reapplyTileFrames(Straying::any);
     services_.accessibility.flush();
 }
 
@@ -292,7 +292,7 @@ bool WorkspaceController::setTileInset(double points) {
     setProfile(std::move(profile));
     layouts_.invalidateAll();
     state_.layoutRevision.set(*state_.layoutRevision + 1);
-    reapplyTileFrames();
+    reapplyTileFrames(Straying::any);
     services_.accessibility.flush();
     return true;
 }

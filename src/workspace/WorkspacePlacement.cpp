@@ -10,6 +10,7 @@ namespace {
 using BringToFront = AccessibilityWindowService::BringToFront;
 
 constexpr double kOffTolerancePoints = 2;
+constexpr double kSamePlacePoints = 0.5;
 
 bool isAssignedToSomeTile(const TileAssignments& assignments, const std::vector<ManagedWindow>& windows,
                           pid_t processIdentifier) {
@@ -155,13 +156,13 @@ void WorkspaceController::writeFrame(const ManagedWindow& window, const CGRect& 
     if (ManagedWindow* live = findLive(id)) live->frame = frame;
 }
 
-void WorkspaceController::reapplyTileFrames() {
+void WorkspaceController::reapplyTileFrames(Straying straying) {
     if (*state_.permissionState != AccessibilityPermissionState::granted) return;
     const auto frames = framesOfTiledWindows();
     for (const ManagedWindow& window : liveWindows_) {
         const auto target = frames.find(window.id);
         if (target != frames.end() && !isLeftAlone(window)) {
-            reapplyWindow(window, target->second);
+            reapplyWindow(window, target->second, straying);
         } else {
             refusals_.erase(window.id);
         }
@@ -178,18 +179,19 @@ bool WorkspaceController::isLeftAlone(const ManagedWindow& window) const {
 
 /// Writes the frame of a window that strayed. A placement that is still being verified is left to its passes, and a
 /// window that keeps refusing is asked only so many times.
-void WorkspaceController::reapplyWindow(const ManagedWindow& window, const CGRect& target) {
+void WorkspaceController::reapplyWindow(const ManagedWindow& window, const CGRect& target, Straying straying) {
+    const double tolerance = straying == Straying::any ? kSamePlacePoints : kOffTolerancePoints;
     if (const auto pending = windowService_->pendingFrame(window.id)) {
-        if (!nearlyEqual(*pending, target, kOffTolerancePoints)) writeFrame(window, target, BringToFront::no);
+        if (!nearlyEqual(*pending, target, tolerance)) writeFrame(window, target, BringToFront::no);
         return;
     }
-    if (!window.frame || nearlyEqual(*window.frame, target, kOffTolerancePoints)) {
+    if (!window.frame || nearlyEqual(*window.frame, target, tolerance)) {
         refusals_.erase(window.id);
         return;
     }
     Refusal& refusal = refusals_[window.id];
-    const bool sameAgain =
-        nearlyEqual(refusal.wanted, target, kOffTolerancePoints) && nearlyEqual(refusal.actual, *window.frame, 0.5);
+    const bool sameAgain = nearlyEqual(refusal.wanted, target, kSamePlacePoints) &&
+                           nearlyEqual(refusal.actual, *window.frame, kSamePlacePoints);
     if (!sameAgain) refusal = {target, *window.frame, 0};
     if (refusal.attempts >= kPlacementAttempts) return;
     ++refusal.attempts;

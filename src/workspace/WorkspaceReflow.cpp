@@ -3,6 +3,7 @@
 #include "workspace/WorkspaceController.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kova {
 
@@ -105,6 +106,36 @@ void WorkspaceController::relaxMinimums() {
         reflow_.forgetPushes(windowID);
     }
     state_.observedMinimumSizes.set(std::move(observed));
+}
+
+/// A window that needs less than it did keeps only as many tiles as it now needs.
+void WorkspaceController::giveBackSpans() {
+    std::map<std::string, CGSize> before = std::exchange(minimumsOfSpanning_, {});
+    std::vector<ManagedWindow> modest;
+    for (const auto& [windowID, anchor] : assignments_.anchorTargetIDsByWindowID) {
+        const ManagedWindow* window = findLive(windowID);
+        if (!window) continue;
+        const CGSize now = minimumSizeOf(*window);
+        minimumsOfSpanning_[windowID] = now;
+        const auto last = before.find(windowID);
+        const bool needsLess =
+            last != before.end() && (now.width < last->second.width || now.height < last->second.height);
+        if (needsLess && reflow_.mayGiveBackSpan(windowID)) modest.push_back(*window);
+    }
+    for (const ManagedWindow& window : modest) {
+        const auto covering = coveringFor(window, *assignments_.targetOf(window.id));
+        const auto own = assignments_.targetsOf(window.id);
+        if (!covering || covering->targets.size() >= own.size()) continue;
+        std::vector<std::string> kept;
+        for (const auto& target : covering->targets) kept.push_back(target.id());
+        const bool isPart = std::all_of(kept.begin(), kept.end(), [&](const std::string& target) {
+            return std::find(own.begin(), own.end(), target) != own.end();
+        });
+        if (!isPart) continue; // it would push others out of theirs
+        reflow_.noteSpanGivenBack(window.id);
+        (void)assignments_.assign(window.id, kept);
+    }
+    if (!modest.empty()) publishAssignments();
 }
 
 } // namespace kova

@@ -84,6 +84,7 @@ void WorkspaceController::presentPoll(bool isRecovering) {
         keepAssignmentsValid({});
     }
     relaxMinimums();
+    giveBackSpans();
     noteTileGeometry();
     reapplyTileFrames();
     processPendingApplicationPlacements();

@@ -87,26 +87,40 @@ void WorkspaceController::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snaps
     services_.preferences.setValue(preferenceKey::accentColor, snapshot.accentColorID);
     layouts_.invalidateAll();
     state_.layoutRevision.set(*state_.layoutRevision + 1);
-    for (ManagedWindow& window : liveWindows_) {
-        const bool wasVisible = snapshot.visibleWindowIDs.contains(window.id);
-        const bool wasHidden = snapshot.hiddenProcessIdentifiers.contains(window.processIdentifier);
-        if (wasVisible) windowService_->unhideApplication(window.processIdentifier);
-        if (snapshot.minimizedWindowIDs.contains(window.id)) {
-            minimizeWindow(window);
-        } else if (wasHidden) {
-            hideApplicationOf(window);
-        } else {
-            windowService_->unminimize(window);
-            window.isMinimized = false;
-            window.isVisible = wasVisible || window.isVisible;
-        }
-        const auto frame = snapshot.windowFrames.find(window.id);
-        if (frame != snapshot.windowFrames.end()) {
-            writeFrame(window, frame->second, AccessibilityWindowService::BringToFront::no);
-        }
+    for (ManagedWindow& window : liveWindows_) restoreWindow(window, snapshot);
+    // Last, so that whoever was minimised beside its hidden application is not taken for hidden.
+    for (const ManagedWindow& window : liveWindows_) {
+        if (snapshot.hiddenProcessIdentifiers.contains(window.processIdentifier)) hideApplicationOf(window);
     }
     services_.accessibility.flush();
     refresh();
+}
+
+void WorkspaceController::restoreWindow(ManagedWindow& window, const WorkspaceUndoSnapshot& snapshot) {
+    const bool wasVisible = snapshot.visibleWindowIDs.contains(window.id);
+    const bool wasHidden = snapshot.hiddenProcessIdentifiers.contains(window.processIdentifier);
+    const auto frame = snapshot.windowFrames.find(window.id);
+    const bool isKnown = frame != snapshot.windowFrames.end();
+    if (wasVisible || (isKnown && !wasHidden)) windowService_->unhideApplication(window.processIdentifier);
+    if (snapshot.minimizedWindowIDs.contains(window.id)) {
+        minimizeWindow(window);
+    } else {
+        windowService_->unminimize(window);
+        window.isMinimized = false;
+        window.isVisible = wasVisible || (window.isVisible && !wasHidden);
+    }
+    if (isKnown) writeFrame(window, frame->second, AccessibilityWindowService::BringToFront::no);
+}
+
+std::vector<ManagedWindow> WorkspaceController::windowsAsIn(const WorkspaceUndoSnapshot& snapshot) const {
+    std::vector<ManagedWindow> windows = liveWindows_;
+    for (ManagedWindow& window : windows) {
+        window.isMinimized = snapshot.minimizedWindowIDs.contains(window.id);
+        window.isVisible = !window.isMinimized && (window.isVisible || snapshot.visibleWindowIDs.contains(window.id));
+        const auto frame = snapshot.windowFrames.find(window.id);
+        if (frame != snapshot.windowFrames.end() && isOnSomeScreen(frame->second)) window.frame = frame->second;
+    }
+    return windows;
 }
 
 bool WorkspaceController::toggleFocusMode() {

@@ -79,6 +79,22 @@ TEST(DeskStories, UndoAfterTheDisplaysChangedPlacesLosesNobody) {
     EXPECT_TRUE(desk.desktop.isOnSomeDisplay(desk.desktop.window("Mail"))) << desk.desktop.picture();
 }
 
+TEST(DeskStories, AnArrangementIsPlannedAsItWillBeOnceAZoomedWindowIsBack) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.quad-grid");
+    desk.opens("Viewer", {.frame = makeRect(1500, 800, 900, 600)})
+        .opens("Notes", {.frame = makeRect(1500, 50, 900, 600)});
+    desk.opens("Mail", {.frame = makeRect(50, 800, 900, 600)}).start().settle();
+    const auto before = desk.controller().planArrangement().explanation();
+    for (const char* zoomed : {"Mail", "Notes", "Viewer"}) {
+        desk.desktop.focusByHand(zoomed);
+        desk.zoom();
+        ASSERT_TRUE(*desk.state().focusMode);
+        EXPECT_EQ(desk.controller().planArrangement().explanation(), before) << zoomed;
+        desk.zoom();
+    }
+}
+
 TEST(DeskStories, PollsLeaveAPlacementToItsPasses) {
     // Asked anew by every poll, the window would never reach the last pass, which tells its minimum size.
     Desk desk;

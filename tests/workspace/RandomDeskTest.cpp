@@ -2,11 +2,11 @@
 // promises after every step; a failure prints the seed and the story so far.
 // KOVA_RANDOM_SEED runs one seed, KOVA_RANDOM_DAYS that many seeds from it on.
 #include "tests/harness/Desk.h"
+#include "tests/workspace/Seeds.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <functional>
 #include <random>
 
@@ -14,7 +14,7 @@ namespace kova {
 
 namespace {
 
-constexpr int kUsualDays = 40;
+constexpr std::uint32_t kUsualDays = 40;
 constexpr int kStepsPerDay = 60;
 constexpr std::size_t kMostWindows = 12;
 
@@ -288,16 +288,8 @@ class RandomDay {
     };
 };
 
-std::uint32_t numberFrom(const char* variable, std::uint32_t otherwise) {
-    const char* text = std::getenv(variable);
-    return text ? static_cast<std::uint32_t>(std::strtoul(text, nullptr, 10)) : otherwise;
-}
-
 TEST(RandomDesk, KeepsItsPromisesWhateverHappens) {
-    const bool isOneSeed = std::getenv("KOVA_RANDOM_SEED") != nullptr;
-    const auto first = numberFrom("KOVA_RANDOM_SEED", 1);
-    const auto days = numberFrom("KOVA_RANDOM_DAYS", isOneSeed ? 1 : kUsualDays);
-    for (std::uint32_t day = 0; day < days && !HasFailure(); ++day) RandomDay{first + day};
+    forEachSeed(kUsualDays, [](std::uint32_t seed) { RandomDay{seed}; });
 }
 
 } // namespace

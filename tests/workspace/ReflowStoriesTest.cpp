@@ -47,6 +47,17 @@ TEST(ReflowStories, AWindowThatAlwaysTakesMoreThanItsTileIsGivenUpOnInTime) {
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(120)), 0);
 }
 
+TEST(ReflowStories, ASpanIsGivenBackWhenItsWindowNeedsItNoMore) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Mail", {.minimumSize = {{2500, 300}}}).arrange();
+    desk.expectTiles("Mail 15,15 2530x666 | (Mail) | - | -");
+    desk.desktop.setMinimumSize("Mail", {2450, 300});
+    desk.settle().expectTiles("Mail 15,15 2530x666 | (Mail) | - | -");
+    desk.desktop.setMinimumSize("Mail", {600, 300});
+    desk.settle().expectTiles("Mail 15,15 1254x666 | - | - | -");
+    EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0);
+}
+
 std::vector<CGRect> tiledFrames(Desk& desk) {
     std::vector<CGRect> frames;
     for (const auto& tile : desk.controller().tiles()) {

@@ -320,6 +320,24 @@ void SimulatedDesktop::setMinimized(SimulatedWindow& window, bool minimized) {
     changed();
 }
 
+bool SimulatedDesktop::isMinimizedByItself(const SimulatedWindow& window) const {
+    return window.isMinimized &&
+           !(window.wasIconifiedByHiding && findApplication(window.processIdentifier())->record.isHidden);
+}
+
+/// Where hiding means iconifying, a window of a hidden application only changes whether it comes back with the others.
+void SimulatedDesktop::setMinimizedByWish(SimulatedWindow& window, bool minimized) {
+    Application& owner = *findApplication(window.processIdentifier());
+    if (hidingStyle_ == HidingStyle::hidesApplication || !owner.record.isHidden || !window.isMinimized) {
+        return setMinimized(window, minimized);
+    }
+    window.wasIconifiedByHiding = !minimized;
+    owner.record.isHidden = std::any_of(windows_.begin(), windows_.end(), [&](const auto& entry) {
+        return entry.second.processIdentifier() == window.processIdentifier() && entry.second.wasIconifiedByHiding;
+    });
+    changed();
+}
+
 void SimulatedDesktop::minimizeByHand(std::string_view label, bool minimize) {
     setMinimized(mutableWindow(label), minimize);
 }
@@ -333,6 +351,11 @@ void SimulatedDesktop::focusByHand(std::string_view label) {
     raise(chosen);
     owner.focusedWindow = chosen.number();
     frontmost_ = chosen.processIdentifier();
+}
+
+void SimulatedDesktop::setMinimumSize(std::string_view label, CGSize size) {
+    mutableWindow(label).setMinimumSize(size);
+    changed();
 }
 
 void SimulatedDesktop::setTitle(std::string_view label, std::string title) {

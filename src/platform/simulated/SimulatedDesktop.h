@@ -134,6 +134,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     void minimizeByHand(std::string_view label, bool minimize = true);
     void focusByHand(std::string_view label);
     void setTitle(std::string_view label, std::string title);
+    void setMinimumSize(std::string_view label, CGSize size);
     void setFullScreen(std::string_view label, bool fullScreen);
     void sendToVirtualDesktop(std::string_view label, int virtualDesktop);
     void showVirtualDesktop(int virtualDesktop);
@@ -295,6 +296,9 @@ class SimulatedDesktop : public AccessibilityServicing,
     void remove(const SimulatedWindow& window);
     void setFrameOf(SimulatedWindow& window, const CGRect& frame);
     void setMinimized(SimulatedWindow& window, bool minimized);
+    void setMinimizedByWish(SimulatedWindow& window, bool minimized);
+    /// Those that left with their hidden application come back with it.
+    bool isMinimizedByItself(const SimulatedWindow& window) const;
     void setHidden(Application& application, bool hidden);
     void iconifyWindows(Application& application, bool iconify);
     void apply(std::uint64_t windowNumber, const std::vector<AttributeWrite>& writes);

@@ -27,7 +27,7 @@ bool SimulatedDesktop::isOnSomeDisplay(const SimulatedWindow& window) const {
 
 std::string SimulatedDesktop::describeWindow(const SimulatedWindow& window) const {
     std::string text = window.label() + " " + describeFrame(frameForWindowService(window));
-    if (window.isMinimized) text += " minimized";
+    if (isMinimizedByItself(window)) text += " minimized";
     if (findApplication(window.processIdentifier())->record.isHidden) text += " hidden";
     if (window.isFullScreen) text += " full screen";
     if (window.virtualDesktop != virtualDesktop_) text += " on desktop " + std::to_string(window.virtualDesktop);

@@ -79,7 +79,7 @@ AttributeValue SimulatedDesktop::value(const SimulatedWindow& window, Accessibil
     case AccessibilityAttribute::title:
         return window.title;
     case AccessibilityAttribute::minimized:
-        return window.isMinimized;
+        return isMinimizedByItself(window);
     case AccessibilityAttribute::fullScreen:
         return window.isFullScreen;
     case AccessibilityAttribute::position:
@@ -215,7 +215,7 @@ void SimulatedDesktop::apply(SimulatedWindow& window, const AttributeWrite& writ
     } else if (const auto* size = std::get_if<CGSize>(&write.value)) {
         setFrameOf(window, window.frameResizedTo(*size, display));
     } else if (const auto* flag = std::get_if<bool>(&write.value)) {
-        if (write.attribute == AccessibilityAttribute::minimized) setMinimized(window, *flag);
+        if (write.attribute == AccessibilityAttribute::minimized) setMinimizedByWish(window, *flag);
         if (*flag &&
             (write.attribute == AccessibilityAttribute::main || write.attribute == AccessibilityAttribute::focused)) {
             findApplication(window.processIdentifier())->focusedWindow = window.number();

@@ -57,6 +57,9 @@ class SimulatedWindow {
     /// Takes a frame as it is told, whatever it is.
     bool isObedient() const;
 
+    /// From now on it needs less, or more, and says so.
+    void setMinimumSize(std::optional<CGSize> size) { traits_.minimumSize = size; }
+
     CGRect frame{};
     std::string title;
     bool isMinimized = false;

@@ -1,0 +1,292 @@
+// Whatever a person does, each step back brings back what was before that step: tiles, stacks, anchors, frames, what
+// was minimised or hidden, the profile and the accent colour. A failure prints the seed and the story so far.
+// KOVA_RANDOM_SEED runs one seed, KOVA_RANDOM_DAYS that many seeds from it on.
+#include "tests/harness/Desk.h"
+#include "tests/workspace/Seeds.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <map>
+#include <random>
+
+namespace kova {
+
+namespace {
+
+constexpr std::uint32_t kUsualWalks = 30;
+constexpr int kStepsPerWalk = 45; // more than the history keeps
+constexpr std::size_t kMostWindows = 10;
+constexpr CGSize kCell{17, 31}; // every hand and every program chooses whole cells
+
+class UndoWalk {
+  public:
+    explicit UndoWalk(std::uint32_t seed) : random_(seed) {
+        desk_.display(2560, 1440).display(1920, 1080);
+        desk_.desktop.setHidingStyle(chance(2) ? HidingStyle::hidesApplication : HidingStyle::iconifiesWindows);
+        desk_.start();
+        for (int i = 0; i < 4; ++i) openWindow();
+        desk_.settle();
+        for (int step = 0; step < kStepsPerWalk && !testing::Test::HasFailure(); ++step) takeStep();
+        story_ += "\n  and all of it back";
+        while (*desk_.state().canUndo && !testing::Test::HasFailure()) stepBack();
+        if (testing::Test::HasFailure()) ADD_FAILURE() << "seed " << seed << story_;
+    }
+
+  private:
+    struct Picture {
+        TileAssignments assignments;
+        std::map<std::string, std::string> windows; // by id, as the desktop describes them
+        std::set<std::string> fullScreen;           // ids: they are left alone
+        WorkspaceProfile profile;
+        std::string accentColor;
+    };
+    struct Step {
+        const char* name;
+        std::function<void()> take;
+    };
+
+    std::size_t below(std::size_t count) { return random_() % count; }
+    bool chance(std::size_t oneIn) { return below(oneIn) == 0; }
+
+    Picture picture() {
+        Picture out{desk_.controller().assignments(), {}, {}, *desk_.state().profile, *desk_.state().accentColorID};
+        for (const auto* window : desk_.desktop.livingWindows()) {
+            const std::string id = desk_.desktop.windowIDOf(window->label());
+            std::string& text = out.windows[id] = desk_.desktop.describeWindow(*window);
+            // Where hiding means iconifying, an application is hidden by those of its windows that left with it.
+            constexpr std::string_view kBoth = " minimized hidden";
+            if (const auto at = text.find(kBoth); at != std::string::npos) text.replace(at, kBoth.size(), " minimized");
+            if (window->isFullScreen) out.fullScreen.insert(id);
+        }
+        return out;
+    }
+
+    /// Windows that opened since do as they like; the others are where they were. Where one has closed, the tiles may
+    /// have become others, and their windows with them.
+    void expectAgain(Picture before) {
+        const Picture now = picture();
+        std::set<std::string> living;
+        for (const auto& [id, description] : now.windows) living.insert(id);
+        const auto hasClosed = [&](const auto& window) { return !living.contains(window.first); };
+        const bool haveTilesMoved = std::any_of(before.windows.begin(), before.windows.end(), hasClosed);
+        before.assignments.keepOnly(living);
+        EXPECT_EQ(now.assignments.assignedWindowIDs, before.assignments.assignedWindowIDs);
+        EXPECT_EQ(now.assignments.stackWindowIDsByTarget, before.assignments.stackWindowIDsByTarget);
+        EXPECT_EQ(now.assignments.anchorTargetIDsByWindowID, before.assignments.anchorTargetIDsByWindowID);
+        EXPECT_EQ(now.profile, before.profile);
+        EXPECT_EQ(now.accentColor, before.accentColor);
+        for (const auto& [id, description] : before.windows) {
+            const bool isLeftAlone = now.fullScreen.contains(id) || before.fullScreen.contains(id);
+            if (!living.contains(id) || isLeftAlone || (haveTilesMoved && now.assignments.isAssigned(id))) continue;
+            EXPECT_EQ(now.windows.at(id), description);
+        }
+    }
+
+    void takeStep() {
+        const Step& step = steps_[below(steps_.size())];
+        story_ += std::string("\n  ") + step.name;
+        const bool isZoomStep = std::string_view(step.name) == "zoom";
+        const bool wasZoomed = desk_.state().focusMode->has_value();
+        // Every step begins with the display as it was before it was given to one window.
+        const Picture before = wasZoomed && beforeZoom_ ? *beforeZoom_ : picture();
+        std::set<WallTime> knownEntries;
+        for (const auto& entry : desk_.controller().undoHistory().entries()) knownEntries.insert(entry.time);
+        desk_.advance(Seconds(0.001));
+        areDisplaysOthers_ = false;
+        step.take();
+        desk_.advance(Seconds(4));
+        story_ += "\n    " + desk_.desktop.picture() + "\n    " + desk_.tiles();
+        if (areDisplaysOthers_) { // frames and tiles of other displays cannot come back
+            before_.clear();
+            beforeZoom_.reset();
+            return;
+        }
+        int added = 0;
+        for (const auto& entry : desk_.controller().undoHistory().entries()) {
+            if (knownEntries.contains(entry.time)) continue;
+            ++added;
+            before_.insert_or_assign(entry.time, before);
+        }
+        EXPECT_LE(added, 1) << "one step of a person is one step back";
+        const bool isZoomed = desk_.state().focusMode->has_value();
+        if (wasZoomed && !isZoomed && added == 0 && beforeZoom_ && isZoomStep) expectAgain(*beforeZoom_);
+        if (isZoomed && !wasZoomed) beforeZoom_ = before;
+        if (!isZoomed) beforeZoom_.reset();
+    }
+
+    void stepBack() {
+        const auto& entries = desk_.controller().undoHistory().entries();
+        if (entries.empty()) return;
+        story_ += " of " + entries.back().label.action;
+        const auto before = before_.find(entries.back().time);
+        const std::optional<Picture> expected = before == before_.end() ? std::nullopt : std::optional(before->second);
+        const auto size = entries.size();
+        desk_.undo().advance(Seconds(4));
+        EXPECT_TRUE(desk_.wasCarriedOut());
+        EXPECT_LT(desk_.controller().undoHistory().size(), size + 1);
+        if (expected) expectAgain(*expected);
+    }
+
+    void withAnyWindow(const std::function<void(const std::string&)>& act) {
+        const auto windows = desk_.desktop.livingWindows();
+        if (windows.empty()) return;
+        const std::string label = windows[below(windows.size())]->label();
+        story_ += " " + label;
+        act(label);
+    }
+    CGRect anyFrame() {
+        const double left = desk_.desktop.screens().size() > 1 && chance(3) ? 2560 : 0;
+        return makeRect(left + static_cast<double>(below(1500)), static_cast<double>(below(700)),
+                        kCell.width * static_cast<double>(18 + below(50)),
+                        kCell.height * static_cast<double>(7 + below(20)));
+    }
+    /// As large as a hand could make the window.
+    CGRect anyFrameFor(const std::string& label) {
+        const auto minimum = desk_.desktop.window(label).traits().minimumSize.value_or(CGSize{});
+        CGRect frame = anyFrame();
+        frame.size = {std::max(frame.size.width, minimum.width), std::max(frame.size.height, minimum.height)};
+        return frame;
+    }
+    void openWindow() {
+        if (desk_.desktop.livingWindows().size() >= kMostWindows) return;
+        const std::string name =
+            std::vector<std::string>{"Mail", "Notes", "Codex", "Firefox", "Console", "Viewer"}[below(6)];
+        WindowTraits traits{.frame = anyFrame()};
+        if (chance(4)) {
+            traits.minimumSize = CGSize{300 + static_cast<double>(below(900)), 200};
+            traits.frame->size.width = std::max(traits.frame->size.width, traits.minimumSize->width);
+        } else if (chance(6)) {
+            traits.cell = kCell;
+        }
+        story_ += " " + name;
+        desk_.opens(name, traits);
+    }
+    void act(const WorkspaceAction& action) { desk_.controller().perform(action); }
+    WorkspaceDirection anyDirection() {
+        using enum WorkspaceDirection;
+        return std::vector{left, right, up, down}[below(4)];
+    }
+    void withAnyDivider(const std::function<void(const DisplayLayoutDivider&)>& act) {
+        const auto dividers = desk_.controller().dividers();
+        if (!dividers.empty()) act(dividers[below(dividers.size())]);
+    }
+    void dragDivider(const DisplayLayoutDivider& divider) {
+        if (!desk_.controller().beginDividerDrag(divider)) return;
+        for (std::size_t moves = below(4); moves > 0; --moves) {
+            desk_.controller().updateDividerDrag(divider, static_cast<double>(5 * below(200)) - 500);
+            desk_.advance(Seconds(0.3));
+        }
+        chance(4) ? desk_.controller().cancelDividerDrag() : desk_.controller().endDividerDrag(divider);
+    }
+    void dragWindow(const std::string& label) {
+        using enum WorkspaceController::HandMovement;
+        using enum WorkspaceController::LettingGo;
+        const auto& window = desk_.desktop.window(label);
+        // No hand takes hold of what it does not see, and a window that it takes while another one is zoomed comes back
+        // to where it was taken.
+        if (!desk_.desktop.isOnScreen(window) || *desk_.state().focusMode) return;
+        const auto movement = chance(3) ? resize : move;
+        if (!desk_.controller().beginWindowDrag(desk_.desktop.windowIDOf(label),
+                                                desk_.desktop.frameForWindowService(window))) {
+            return;
+        }
+        const CGRect frame = anyFrameFor(label);
+        desk_.desktop.moveByHand(label, movement == move ? frame : CGRect{window.frame.origin, frame.size});
+        desk_.advance(Seconds(0.6));
+        const CGPoint pointer = {minX(frame), 1440 - minY(frame)};
+        desk_.controller().updateWindowDrag(pointer, movement);
+        if (chance(5)) return desk_.controller().cancelWindowDrag();
+        desk_.controller().endWindowDrag(pointer, movement, chance(4) ? floating : intoTile);
+    }
+    void wake() {
+        desk_.desktop.setLocked(false);
+        desk_.wake();
+        desk_.advance(Seconds(14));
+    }
+
+    Desk desk_;
+    std::mt19937 random_;
+    std::string story_;
+    std::map<WallTime, Picture> before_; // by the entry of the history that brings it back
+    std::optional<Picture> beforeZoom_;
+    bool areDisplaysOthers_ = false;
+    const std::vector<Step> steps_ = {
+        {"arrange", [this] { act(action::Arrange{}); }},
+        {"arrange", [this] { act(action::Arrange{}); }},
+        {"zoom", [this] { act(action::ToggleFocusZoom{}); }},
+        {"zoom", [this] { act(action::ToggleFocusZoom{}); }},
+        {"cycle stack", [this] { act(action::CycleStack{}); }},
+        {"cycle stack", [this] { act(action::CycleStack{}); }},
+        {"focus", [this] { act(action::Focus{anyDirection()}); }},
+        {"move", [this] { act(action::Move{anyDirection()}); }},
+        {"move", [this] { act(action::Move{anyDirection()}); }},
+        {"move", [this] { act(action::Move{anyDirection()}); }},
+        {"next layout", [this] { desk_.controller().selectNextLayout(); }},
+        {"previous layout", [this] { desk_.controller().selectPreviousLayout(); }},
+        {"reset sizes", [this] { desk_.controller().resetLayoutSizes(); }},
+        {"inset", [this] { desk_.controller().setTileInset(static_cast<double>(4 * below(5))); }},
+        {"drag divider", [this] { withAnyDivider([&](const auto& divider) { dragDivider(divider); }); }},
+        {"drag divider", [this] { withAnyDivider([&](const auto& divider) { dragDivider(divider); }); }},
+        {"reset divider",
+         [this] { withAnyDivider([&](const auto& divider) { (void)desk_.controller().resetDivider(divider); }); }},
+        {"drag window", [this] { withAnyWindow([&](const auto& label) { dragWindow(label); }); }},
+        {"drag window", [this] { withAnyWindow([&](const auto& label) { dragWindow(label); }); }},
+        {"undo", [this] { stepBack(); }},
+        {"opens", [this] { openWindow(); }},
+        {"opens", [this] { openWindow(); }},
+        {"closes", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.close(label); }); }},
+        {"moves",
+         [this] { withAnyWindow([&](const auto& label) { desk_.desktop.moveByHand(label, anyFrameFor(label)); }); }},
+        {"minimises",
+         [this] { withAnyWindow([&](const auto& label) { desk_.desktop.minimizeByHand(label, !chance(3)); }); }},
+        {"hides",
+         [this] {
+             withAnyWindow(
+                 [&](const auto& label) { desk_.desktop.hideByHand(label.substr(0, label.find(' ')), !chance(3)); });
+         }},
+        {"clicks", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.focusByHand(label); }); }},
+        {"clicks", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.focusByHand(label); }); }},
+        {"clicks", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.focusByHand(label); }); }},
+        {"full screen",
+         [this] { withAnyWindow([&](const auto& label) { desk_.desktop.setFullScreen(label, !chance(3)); }); }},
+        {"renames", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.setTitle(label, "Draft"); }); }},
+        {"locked for a while",
+         [this] {
+             desk_.desktop.setLocked(true);
+             desk_.advance(Seconds(3));
+             wake();
+         }},
+        {"asleep for a while",
+         [this] {
+             desk_.sleep();
+             desk_.advance(Seconds(3));
+             wake();
+         }},
+        {"without permission for a while",
+         [this] {
+             desk_.desktop.setTrusted(false);
+             desk_.advance(Seconds(3));
+             desk_.desktop.setTrusted(true);
+         }},
+        {"other displays",
+         [this] {
+             if (!chance(6)) return;
+             areDisplaysOthers_ = true;
+             if (desk_.desktop.screens().size() > 1) {
+                 desk_.desktop.removeDisplay("B");
+             } else {
+                 desk_.display(1920, 1080, "B");
+             }
+         }},
+    };
+};
+
+TEST(UndoWalk, EachStepBackRestoresWhatWasBeforeIt) {
+    forEachSeed(kUsualWalks, [](std::uint32_t seed) { UndoWalk{seed}; });
+}
+
+} // namespace
+
+} // namespace kova
