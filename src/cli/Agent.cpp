@@ -54,8 +54,8 @@ std::variant<json, Trouble> Agent::ask(std::string_view method, const json& para
     return std::move((*message)["result"]);
 }
 
-std::variant<json, Trouble> Agent::next() {
-    client_.setPatience(std::chrono::milliseconds::zero());
+std::variant<json, Trouble> Agent::next(std::chrono::milliseconds patience) {
+    client_.setPatience(patience);
     return receive();
 }
 

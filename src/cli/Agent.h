@@ -6,6 +6,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <variant>
@@ -22,8 +23,8 @@ class Agent {
   public:
     static std::variant<Agent, Trouble> connect();
     std::variant<nlohmann::json, Trouble> ask(std::string_view method, const nlohmann::json& parameters);
-    /// The next notification, however long it takes.
-    std::variant<nlohmann::json, Trouble> next();
+    /// The next notification; with a patience of zero however long it takes.
+    std::variant<nlohmann::json, Trouble> next(std::chrono::milliseconds patience = std::chrono::milliseconds::zero());
     const std::string& socketPath() const { return path_; }
 
   private:

@@ -18,6 +18,9 @@ struct Arguments {
     std::optional<std::string> direction;
     std::optional<std::string> split;
     std::optional<int> boundary;
+    std::optional<std::string> application;
+    std::optional<std::string> tile;
+    bool yes = false;         // do not ask
     std::optional<int> width; // columns of a picture
 };
 

@@ -96,6 +96,12 @@ constexpr std::array kOptions =
          [](Arguments& a, std::string_view word) {
              return takeNumber(a.points, word, -kFarthest, kFarthest, "a number from -100000 to 100000");
          }},
+        {kApplication, "", "APP", "id or name of an application, or a part of it, as “app list” names it",
+         [](Arguments& a, std::string_view word) { return takeName(a.application, word); }},
+        {kRequiredWindow, "", "WINDOW", "id, application or title of a window, or a part of them",
+         [](Arguments& a, std::string_view word) { return takeName(a.window, word); }},
+        {kTile, "--tile", "SLOT", "id, number or name of a tile of the display's layout",
+         [](Arguments& a, std::string_view word) { return takeName(a.tile, word); }},
         {kDisplay, "--display", "DISPLAY", "number, name or id of a display (default: the current one)",
          [](Arguments& a, std::string_view word) { return takeName(a.display, word); }},
         {kWidth, "--width", "COLUMNS", "of the drawing (default: the terminal's)",
@@ -104,6 +110,8 @@ constexpr std::array kOptions =
          }},
         {kDryRun, "--dry-run", "", "only say what would be done",
          [](Arguments& a, std::string_view) -> Problem { return a.dryRun = true, std::nullopt; }},
+        {kYes, "--yes", "", "do it without asking",
+         [](Arguments& a, std::string_view) -> Problem { return a.yes = true, std::nullopt; }},
         {kEveryVerb, "--json", "", "print the agent's answer as JSON",
          [](Arguments& a, std::string_view) -> Problem { return a.json = true, std::nullopt; }},
     });
@@ -113,7 +121,8 @@ bool takes(const Verb& verb, const Option& option) {
 }
 
 bool isRequired(const Option& option) {
-    constexpr unsigned kRequired = kRequiredLayout | kRequiredPoints | kDirection | kSplit | kBoundary | kTranslation;
+    constexpr unsigned kRequired = kRequiredLayout | kRequiredPoints | kDirection | kSplit | kBoundary | kTranslation |
+                                   kApplication | kTile | kRequiredWindow;
     return option.takenBy != kEveryVerb && (option.takenBy & kRequired) != 0;
 }
 
@@ -146,7 +155,7 @@ class Parser {
         }
         for (const Option& option : kOptions) {
             if (!hasTaken(option) && isRequired(option) && takes(verb_, option))
-                return wrong(std::string(option.value) + " is missing");
+                return wrong(spelling(option) + " is missing");
         }
         return std::move(arguments_);
     }
@@ -175,6 +184,7 @@ class Parser {
             return std::string(name) + " needs a value: " + std::string(option->value);
         }
         const std::string_view value = equals == std::string_view::npos ? next() : word.substr(equals + 1);
+        taken_ |= option->takenBy;
         auto problem = option->take(arguments_, value);
         return problem ? std::string(name) + ": " + *problem : problem;
     }
@@ -196,7 +206,7 @@ class Parser {
     const Verb& verb_;
     std::span<char* const> words_;
     Arguments arguments_;
-    unsigned taken_ = 0; // of the words; they come in the order of the table
+    unsigned taken_ = 0; // of the words, which come in the order of the table, and the options with a value
 };
 
 /// The text in lines of the help's width.

@@ -1,5 +1,6 @@
 #include "cli/Verbs.h"
 
+#include "cli/ApplicationOutput.h"
 #include "cli/LayoutOutput.h"
 #include "cli/Output.h"
 
@@ -88,6 +89,23 @@ constexpr std::array kVerbs = std::to_array<Verb>({
      "or its "
      "title, or a part of them: where it is, why, and what would be decided now.",
      "kova explain\nkova explain Mail", kWindow, printExplanation},
+    {"launch", "launch", "launch an application into a tile",
+     "Starts the application, or asks one that runs for a window. The first window of it that has no tile, or that "
+     "appears within 20 seconds, is put into the tile. Fails when the application cannot be started.",
+     "kova launch maps --tile focus-main\nkova launch maps --tile 1 --display 1", kApplication | kTile | kDisplay,
+     printLaunch},
+    {"app list", "app.list", "list the applications that can be launched", "What a menu of applications shows.",
+     "kova app list", kNothing, printApplications},
+    {"app quit", "app.quit", "ask the application of a window to quit",
+     "As if its user had: it may ask back, take its time, or stay.", "kova app quit mail", kRequiredWindow,
+     printMessage},
+    {"app force-quit", "app.forceQuit", "end the application of a window without asking it",
+     "What was not saved is lost. What the desktop consists of stays open.", "kova app force-quit notes",
+     kRequiredWindow, printMessage},
+    {"force-quit-all", "forceQuitAll", "end all open applications without asking them",
+     "Names them and asks first; where there is no terminal to ask at it needs --yes. The agent, the file manager and "
+     "what else the desktop consists of stay open.",
+     "kova force-quit-all --yes", kYes, printForceQuit},
     {"subscribe", "subscribe", "follow what changes",
      "Prints the state and then a line for each change, until interrupted. With --json each line is one JSON document.",
      "kova subscribe\nkova subscribe --json", kNothing, nullptr},

@@ -25,6 +25,10 @@ enum Takes : unsigned {
     kSplit = 1U << 8,
     kBoundary = 1U << 9,
     kTranslation = 1U << 10,
+    kApplication = 1U << 11,
+    kTile = 1U << 12,
+    kRequiredWindow = 1U << 13,
+    kYes = 1U << 14,
 };
 
 struct Verb {

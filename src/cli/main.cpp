@@ -1,15 +1,13 @@
 // The command line: finds the verb, asks the agent, prints the answer. It starts in less time than the agent needs to
 // answer, so nothing is built that the verb at hand does not use.
-#include "cli/Agent.h"
+#include "cli/ApplicationVerbs.h"
 #include "cli/Output.h"
 #include "cli/Parser.h"
-#include "cli/Terminal.h"
-#include "cli/Verbs.h"
+#include "cli/Streams.h"
 
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <optional>
 #include <span>
 #include <string>
@@ -22,32 +20,6 @@ namespace {
 
 using nlohmann::json;
 
-/// False when nobody takes it any more.
-bool write(int descriptor, std::string_view text) {
-    while (!text.empty()) {
-        const auto written = ::write(descriptor, text.data(), text.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) return false;
-        text.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
-}
-
-ExitCode end(const Trouble& trouble) {
-    // Line by line: what the agent quotes may have come from a window.
-    std::string_view rest = trouble.message;
-    while (!rest.empty()) {
-        const auto length = std::min(rest.find('\n'), rest.size());
-        write(STDERR_FILENO, printable(rest.substr(0, length)) + "\n");
-        rest.remove_prefix(std::min(length + 1, rest.size()));
-    }
-    return trouble.code;
-}
-
-std::string asText(const json& value, int indentation) {
-    return value.dump(indentation, ' ', false, json::error_handler_t::replace) + "\n";
-}
-
 json parametersOf(const Arguments& arguments) {
     json parameters = json::object();
     if (arguments.dryRun) parameters["dryRun"] = true;
@@ -58,6 +30,8 @@ json parametersOf(const Arguments& arguments) {
     if (arguments.direction) parameters["direction"] = *arguments.direction;
     if (arguments.split) parameters["split"] = *arguments.split;
     if (arguments.boundary) parameters["boundary"] = *arguments.boundary;
+    if (arguments.application) parameters["application"] = *arguments.application;
+    if (arguments.tile) parameters["tile"] = *arguments.tile;
     return parameters;
 }
 
@@ -111,6 +85,8 @@ ExitCode runSubscribe(const Arguments& arguments) {
 ExitCode run(const Verb& verb, const Arguments& arguments) {
     if (verb.name == "doctor") return runDoctor(arguments);
     if (verb.name == "subscribe") return runSubscribe(arguments);
+    if (verb.name == "launch") return runLaunch(verb, arguments, parametersOf(arguments));
+    if (verb.name == "force-quit-all") return runForceQuitAll(verb, arguments);
     auto connected = Agent::connect();
     if (const auto* trouble = std::get_if<Trouble>(&connected)) return end(*trouble);
     auto answer = std::get<Agent>(connected).ask(verb.method, parametersOf(arguments));

@@ -1,6 +1,7 @@
 #include "control/ControlMethods.h"
 
 #include "control/ActionMethods.h"
+#include "control/ApplicationMethods.h"
 #include "control/ControlRecords.h"
 #include "control/DividerMethods.h"
 #include "control/Doctor.h"
@@ -40,6 +41,7 @@ class ControlMethods::Table {
         context_(std::move(context)), broadcast_(context_.controller, context_.queue) {
         addActions();
         addLayouts();
+        addApplications();
         addQueries();
         addAgent();
     }
@@ -105,6 +107,19 @@ class ControlMethods::Table {
             [&controller](const Call& call) { return resetLayoutSizes(controller, call.parameters); });
         add("layout.setInset", {"points"},
             [&controller](const Call& call) { return setTileInset(controller, call.parameters); });
+    }
+
+    void addApplications() {
+        WorkspaceController& controller = context_.controller;
+        add("launch", {"application", "tile", "display"},
+            [&controller](const Call& call) { return launchIntoTile(controller, call.parameters, call.peer); });
+        add("app.list", {}, [&controller](const Call&) { return listApplications(controller); });
+        add("app.quit", {"window"},
+            [&controller](const Call& call) { return endApplication(controller, call.parameters, Ending::quit); });
+        add("app.forceQuit", {"window"},
+            [&controller](const Call& call) { return endApplication(controller, call.parameters, Ending::forceQuit); });
+        add("forceQuitAll", {"confirmed"},
+            [&controller](const Call& call) { return forceQuitAll(controller, call.parameters); });
     }
 
     void addQueries() {

@@ -97,6 +97,19 @@ std::variant<std::string, ControlFailure> wantedDisplay(const WorkspaceControlle
     return refusal("No display is connected");
 }
 
+std::variant<TileSlot, ControlFailure> lookUpSlot(const WorkspaceController& controller, const std::string& displayID,
+                                                  std::string_view wanted) {
+    const LayoutDefinition* layout = controller.resolvedLayout(displayID);
+    if (!layout) return refusal("The display is gone");
+    std::vector<NamedThing> tiles;
+    for (const TileSlot& slot : layout->slots) {
+        tiles.push_back({slot.id, {slot.name}, std::to_string(tiles.size() + 1) + "  " + slot.name + "  " + slot.id});
+    }
+    const auto found = lookUp("tile", wanted, tiles, Numbered::yes);
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    return layout->slots[std::get<std::size_t>(found)];
+}
+
 std::variant<std::string, ControlFailure> lookUpLayout(const WorkspaceController& controller, std::string_view wanted) {
     std::vector<NamedThing> layouts;
     for (const LayoutDefinition& layout : controller.catalogue()) {

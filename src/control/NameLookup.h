@@ -37,6 +37,9 @@ std::variant<std::string, ControlFailure> lookUpDisplay(const WorkspaceControlle
 /// The id of the display that the parameters name, else of the current one.
 std::variant<std::string, ControlFailure> wantedDisplay(const WorkspaceController& controller,
                                                         const JsonCursor& parameters);
+/// A tile of the layout in force on the display, by its slot's id, its number in the layout's order, its name, ...
+std::variant<TileSlot, ControlFailure> lookUpSlot(const WorkspaceController& controller, const std::string& displayID,
+                                                  std::string_view wanted);
 /// The layout's id.
 std::variant<std::string, ControlFailure> lookUpLayout(const WorkspaceController& controller, std::string_view wanted);
 std::variant<ManagedWindow, ControlFailure> lookUpWindow(const WorkspaceController& controller,

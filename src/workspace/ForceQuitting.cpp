@@ -10,6 +10,13 @@ namespace {
 
 constexpr std::string_view kFileManagerOfTheMac = "com.apple.finder";
 
+/// A name of several lines would pass for several applications.
+std::string onOneLine(std::string name) {
+    std::replace_if(
+        name.begin(), name.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+    return name;
+}
+
 } // namespace
 
 bool isKeptOpen(const RunningApplication& application) {
@@ -49,7 +56,7 @@ Alert noOpenApplicationsAlert() {
 Alert forceQuitAllAlert(std::span<const RunningApplication> candidates) {
     std::string text = "This immediately closes " + std::to_string(candidates.size()) +
                        " applications. Unsaved changes will be lost. KOVA and Finder will stay open.\n";
-    for (const auto& candidate : candidates) text += "\n" + displayedName(candidate);
+    for (const auto& candidate : candidates) text += "\n" + onOneLine(displayedName(candidate));
     return {.title = "Force Quit All Open Applications?",
             .text = std::move(text),
             .confirmButton = "Force Quit All",

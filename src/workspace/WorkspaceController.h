@@ -138,6 +138,9 @@ class WorkspaceController {
     /// or failed. False without permission.
     bool launchApplication(const LaunchableApplication& application, const std::string& displayID,
                            const std::string& slotID, LaunchCompletion completion = {});
+    /// What menus show, by name; and any installed application by its bundle identifier.
+    std::vector<LaunchableApplication> launchableApplications() const;
+    std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) const;
     /// By tile-target id.
     const std::map<std::string, PendingApplicationPlacement>& pendingApplicationPlacements() const {
         return pendingApplicationPlacements_;
@@ -150,8 +153,8 @@ class WorkspaceController {
     std::vector<RunningApplication> regularApplicationsToForceQuit() const;
     /// Asks the user and then ends them.
     void forceQuitAllApplications();
-    /// Ends those that the user has confirmed and that are still what they were; gives their number.
-    int forceQuit(const std::vector<RunningApplication>& confirmed);
+    /// Ends those that the user has confirmed and that are still what they were; gives them.
+    std::vector<RunningApplication> forceQuit(const std::vector<RunningApplication>& confirmed);
 
     // Dividers
     /// Every boundary that can be dragged; none on a display that a zoomed window owns.

@@ -5,6 +5,15 @@
 
 namespace kova {
 
+std::vector<LaunchableApplication> WorkspaceController::launchableApplications() const {
+    return services_.applications.launchableApplications();
+}
+
+std::optional<LaunchableApplication>
+WorkspaceController::launchableApplication(const std::string& bundleIdentifier) const {
+    return services_.applications.launchableApplication(bundleIdentifier);
+}
+
 bool WorkspaceController::launchApplication(const LaunchableApplication& application, const std::string& displayID,
                                             const std::string& slotID, LaunchCompletion completion) {
     if (!requirePermission()) return false;

@@ -49,19 +49,20 @@ void WorkspaceController::forceQuitAllApplications() {
 }
 
 /// Only what still is what the user was asked about: a process number may have passed on to another application.
-int WorkspaceController::forceQuit(const std::vector<RunningApplication>& confirmed) {
-    int count = 0;
+std::vector<RunningApplication> WorkspaceController::forceQuit(const std::vector<RunningApplication>& confirmed) {
+    std::vector<RunningApplication> ended;
     for (const auto& candidate : regularApplicationsToForceQuit()) {
         const bool isConfirmed = std::any_of(confirmed.begin(), confirmed.end(), [&](const auto& other) {
             return other.processIdentifier == candidate.processIdentifier &&
                    other.bundleIdentifier == candidate.bundleIdentifier &&
                    other.localizedName == candidate.localizedName;
         });
-        if (isConfirmed && services_.applications.forceTerminate(candidate.processIdentifier)) ++count;
+        if (isConfirmed && services_.applications.forceTerminate(candidate.processIdentifier))
+            ended.push_back(candidate);
     }
-    if (count == 0) showStatusMessage("No open applications were force quit");
+    if (ended.empty()) showStatusMessage("No open applications were force quit");
     refresh();
-    return count;
+    return ended;
 }
 
 } // namespace kova

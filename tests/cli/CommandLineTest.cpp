@@ -78,6 +78,7 @@ TEST_F(CommandLine, EveryExampleInTheHelpAndTheDocumentsWorks) {
     ASSERT_GT(examples.size(), 30u);
     for (const auto& example : examples) {
         const Words words = wordsOf(example);
+        reopen();
         auto command = begin(words);
         if (words[0] == "subscribe") {
             EXPECT_TRUE(command->waitForOutput("windows")) << example;
@@ -109,6 +110,7 @@ TEST_F(CommandLine, EveryVerbHasHelpAndJson) {
         if (verb.name == "subscribe") continue;
         words = wordsOf(linesOf(verb.examples).front());
         words.insert(words.begin(), "--json");
+        reopen();
         const Result asJson = run(words);
         EXPECT_EQ(asJson.code, 0) << asJson.err;
         EXPECT_EQ(schemaViolation(schema, "result:" + std::string(verb.method), json::parse(asJson.out)), "");
@@ -156,6 +158,13 @@ TEST_F(CommandLine, ExitCodesTellWhatWentWrong) {
         {{"layout", "show", "--width"}, 2, "--width needs a value: COLUMNS"},
         {{"layout", "show", "--display="}, 2, "--display: a name must not be empty"},
         {{"arrange", "--dry-run=no"}, 2, "--dry-run takes no value"},
+        {{"launch", "maps"}, 2, "--tile SLOT is missing"},
+        {{"launch", "--tile", "1"}, 2, "APP is missing"},
+        {{"launch", "maps", "--tile", "9"}, 1, "2  Secondary  secondary-1"},
+        {{"launch", "solitaire", "--tile", "1"}, 1, "/Applications/Maps  Maps"},
+        {{"app", "quit"}, 2, "WINDOW is missing"},
+        {{"app", "quit", "Solitaire"}, 1, "Mail  Inbox"},
+        {{"force-quit-all"}, 1, "There is no terminal to ask at"},
         {{"status", "please"}, 2, "“please” is a word too many"},
         {{"help", "arange"}, 2, "There is no verb “arange”"},
         {{"--version"}, 0, ""},

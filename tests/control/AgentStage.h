@@ -22,6 +22,8 @@ class AgentStage {
     AgentStage() {
         desk.display(2560, 1440).layout("jarvis.dual-split");
         desk.opens("Mail", {.title = "Inbox"}).opens("Notes").opens("Terminal");
+        // Time stands still while it is launched.
+        desk.desktop.install("Maps", {.bundleIdentifier = "org.example.Maps", .startsAfter = Seconds(0)});
         desk.start();
         methods.emplace(ControlContext{desk.controller(), desk.preferences, &desk.desktop, desk.desktop.queue(),
                                        [this] { hasQuit = true; }});
@@ -34,6 +36,14 @@ class AgentStage {
     void turn() { desk.desktop.queue().runDue(); }
     SocketClient client() {
         return SocketClient(socketPath(), [this] { turn(); });
+    }
+
+    /// Opens again what was ended.
+    void reopen() {
+        for (const char* name : {"Mail", "Notes", "Terminal"}) {
+            if (!desk.desktop.isRunning(name)) desk.opens(name);
+        }
+        desk.settle();
     }
 
     Desk desk;

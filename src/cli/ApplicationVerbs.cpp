@@ -1,0 +1,80 @@
+#include "cli/ApplicationVerbs.h"
+
+#include "cli/Streams.h"
+
+#include <unistd.h>
+
+#include <chrono>
+#include <string>
+
+namespace kova::cli {
+
+namespace {
+
+using nlohmann::json;
+
+constexpr std::chrono::seconds kPatienceWithStarting{10};
+
+std::string lowercasedAscii(std::string text) {
+    for (char& c : text) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    return text;
+}
+
+/// The agent's question, put to the person at the terminal. Standard output is left to the answer.
+bool isConfirmedAtTerminal(const json& question) {
+    write(STDERR_FILENO,
+          printableLines(question["title"].get<std::string>() + "\n" + question["text"].get<std::string>() + "\n"));
+    write(STDERR_FILENO, "\nType “yes” to " + lowercasedAscii(question["confirm"].get<std::string>()) + ": ");
+    const auto answer = readLine();
+    return answer && lowercasedAscii(*answer) == "yes";
+}
+
+} // namespace
+
+ExitCode runLaunch(const Verb& verb, const Arguments& arguments, const json& parameters) {
+    auto connected = Agent::connect();
+    if (const auto* trouble = std::get_if<Trouble>(&connected)) return end(*trouble);
+    Agent& agent = std::get<Agent>(connected);
+    auto answer = agent.ask(verb.method, parameters);
+    if (const auto* trouble = std::get_if<Trouble>(&answer)) return end(*trouble);
+    while (true) {
+        auto heard = agent.next(kPatienceWithStarting);
+        if (const auto* trouble = std::get_if<Trouble>(&heard)) return end(*trouble);
+        const json& message = std::get<json>(heard);
+        if (message.value("method", "") != "launched") continue;
+        const json& error = message["params"]["error"];
+        if (error.is_string()) return end({ExitCode::refused, error.get<std::string>()});
+        break;
+    }
+    const json& result = std::get<json>(answer);
+    write(STDOUT_FILENO, arguments.json ? asText(result, 2) : verb.print(result, arguments));
+    return ExitCode::done;
+}
+
+ExitCode runForceQuitAll(const Verb& verb, const Arguments& arguments) {
+    auto connected = Agent::connect();
+    if (const auto* trouble = std::get_if<Trouble>(&connected)) return end(*trouble);
+    Agent& agent = std::get<Agent>(connected);
+    auto asked = agent.ask(verb.method, json::object());
+    if (const auto* trouble = std::get_if<Trouble>(&asked)) return end(*trouble);
+    const json& plan = std::get<json>(asked);
+    const json& question = plan["question"];
+    if (plan["applications"].empty()) {
+        const std::string notice = question["title"].get<std::string>() + "\n" + question["text"].get<std::string>();
+        write(STDOUT_FILENO, arguments.json ? asText(plan, 2) : printableLines(notice));
+        return ExitCode::done;
+    }
+    if (!arguments.yes) {
+        if (!canAsk()) {
+            return end({ExitCode::refused, "There is no terminal to ask at. With --yes nothing is asked."});
+        }
+        if (!isConfirmedAtTerminal(question)) return end({ExitCode::refused, "Nothing was force quit"});
+    }
+    auto answer = agent.ask(verb.method, {{"confirmed", plan["applications"]}});
+    if (const auto* trouble = std::get_if<Trouble>(&answer)) return end(*trouble);
+    const json& result = std::get<json>(answer);
+    write(STDOUT_FILENO, arguments.json ? asText(result, 2) : verb.print(result, arguments));
+    return ExitCode::done;
+}
+
+} // namespace kova::cli

@@ -1,0 +1,28 @@
+// The three standard streams, as every verb uses them.
+#pragma once
+
+#include "cli/Agent.h"
+
+#include <nlohmann/json.hpp>
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kova::cli {
+
+/// False when nobody takes it any more.
+bool write(int descriptor, std::string_view text);
+/// Says what the trouble is, on standard error, and gives its code.
+ExitCode end(const Trouble& trouble);
+/// One document; on one line when the indentation is negative.
+std::string asText(const nlohmann::json& value, int indentation);
+/// Text of others, made fit for a terminal line by line.
+std::string printableLines(std::string_view text);
+
+/// Whether a person can be asked: there is a terminal to ask at and to answer from.
+bool canAsk();
+/// The line that the person typed; absent when there is no more.
+std::optional<std::string> readLine();
+
+} // namespace kova::cli

@@ -1,0 +1,140 @@
+#include "control/ApplicationMethods.h"
+
+#include "control/JsonRpc.h"
+#include "control/NameLookup.h"
+#include "control/Refusal.h"
+#include "workspace/ForceQuitting.h"
+
+#include <algorithm>
+
+namespace kova {
+
+namespace {
+
+using nlohmann::json;
+
+json orNull(const std::optional<std::string>& text) {
+    return text ? json(*text) : json(nullptr);
+}
+
+json brief(const LaunchableApplication& application) {
+    return {{"id", application.identifier}, {"name", application.name}};
+}
+
+/// One that menus show, by any of its names; or any other by its id.
+std::variant<LaunchableApplication, ControlFailure> lookUpApplication(const WorkspaceController& controller,
+                                                                      const std::string& wanted) {
+    const auto applications = controller.launchableApplications();
+    std::vector<NamedThing> things;
+    for (const auto& application : applications) {
+        things.push_back(
+            {application.identifier, {application.name}, application.identifier + "  " + application.name});
+    }
+    const auto found = lookUp("application", wanted, things, Numbered::no);
+    if (const auto* index = std::get_if<std::size_t>(&found)) return applications[*index];
+    if (auto hidden = controller.launchableApplication(wanted)) return *std::move(hidden);
+    return std::get<ControlFailure>(found);
+}
+
+/// What tells a running application from another that may get its number.
+json identityOf(const RunningApplication& application) {
+    return {{"process", application.processIdentifier},
+            {"name", orNull(application.localizedName)},
+            {"bundleIdentifier", orNull(application.bundleIdentifier)}};
+}
+
+json identitiesOf(const std::vector<RunningApplication>& applications) {
+    json out = json::array();
+    for (const auto& application : applications) out.push_back(identityOf(application));
+    return out;
+}
+
+std::vector<RunningApplication> confirmedAmong(const std::vector<RunningApplication>& candidates,
+                                               const JsonCursor& confirmed) {
+    std::vector<RunningApplication> chosen;
+    for (const JsonCursor& element : confirmed.elements()) {
+        (void)element.required("process").integer();
+        const auto found = std::find_if(candidates.begin(), candidates.end(), [&](const auto& candidate) {
+            return identityOf(candidate) == element.value();
+        });
+        if (found != candidates.end()) chosen.push_back(*found);
+    }
+    return chosen;
+}
+
+} // namespace
+
+ControlReply listApplications(const WorkspaceController& controller) {
+    json applications = json::array();
+    for (const auto& application : controller.launchableApplications()) {
+        applications.push_back({{"id", application.identifier},
+                                {"name", application.name},
+                                {"bundleIdentifier", orNull(application.bundleIdentifier)},
+                                {"location", application.location}});
+    }
+    return json{{"applications", std::move(applications)}};
+}
+
+ControlReply launchIntoTile(WorkspaceController& controller, const JsonCursor& parameters,
+                            const std::shared_ptr<ControlPeer>& peer) {
+    const std::string wantedApplication = parameters.required("application").string();
+    const std::string wantedTile = parameters.required("tile").string();
+    const auto display = wantedDisplay(controller, parameters);
+    if (const auto* failure = std::get_if<ControlFailure>(&display)) return *failure;
+    const auto& displayID = std::get<std::string>(display);
+    const auto slot = lookUpSlot(controller, displayID, wantedTile);
+    if (const auto* failure = std::get_if<ControlFailure>(&slot)) return *failure;
+    const auto found = lookUpApplication(controller, wantedApplication);
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+
+    const auto& application = std::get<LaunchableApplication>(found);
+    const TileSlot& tile = std::get<TileSlot>(slot);
+    const std::string target = tileTargetID(displayID, tile.id);
+    const Listening listening(controller);
+    const auto tell = [peer = std::weak_ptr(peer), application = brief(application), target](const LaunchResult& told) {
+        const auto listener = peer.lock();
+        if (!listener) return;
+        const json process = told.processIdentifier ? json(*told.processIdentifier) : json(nullptr);
+        listener->send(jsonrpc::line(jsonrpc::notification(
+            "launched",
+            {{"application", application}, {"tile", target}, {"process", process}, {"error", orNull(told.error)}})));
+    };
+    if (!controller.launchApplication(application, displayID, tile.id, tell)) {
+        return listening.refusalOr("The application was not launched");
+    }
+    return json{
+        {"application", brief(application)}, {"display", displayID}, {"tile", {{"id", target}, {"name", tile.name}}}};
+}
+
+ControlReply endApplication(WorkspaceController& controller, const JsonCursor& parameters, Ending ending) {
+    if (auto failure = withoutPermission(controller)) return *failure;
+    const auto found = lookUpWindow(controller, parameters.required("window").string());
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    const auto& window = std::get<ManagedWindow>(found);
+    const Listening listening(controller);
+    const bool isRequested =
+        ending == Ending::quit ? controller.quitApplication(window.id) : controller.forceQuitApplication(window.id);
+    if (!isRequested) return listening.refusalOr("The window is gone");
+    return json{{"window", window.id},
+                {"application", window.applicationName},
+                {"process", window.processIdentifier},
+                {"message", orNull(listening.heard())}};
+}
+
+ControlReply forceQuitAll(WorkspaceController& controller, const JsonCursor& parameters) {
+    const auto candidates = controller.regularApplicationsToForceQuit();
+    const auto confirmed = parameters.optional("confirmed");
+    if (!confirmed) {
+        const Alert alert = candidates.empty() ? noOpenApplicationsAlert() : forceQuitAllAlert(candidates);
+        return json{{"isDone", false},
+                    {"question", {{"title", alert.title}, {"text", alert.text}, {"confirm", alert.confirmButton}}},
+                    {"applications", identitiesOf(candidates)}};
+    }
+    const auto chosen = confirmedAmong(candidates, *confirmed);
+    const Listening listening(controller);
+    const auto ended = controller.forceQuit(chosen);
+    if (ended.empty()) return listening.refusalOr("No open applications were force quit");
+    return json{{"isDone", true}, {"question", nullptr}, {"applications", identitiesOf(ended)}};
+}
+
+} // namespace kova

@@ -1,0 +1,21 @@
+// The methods that launch applications and end them.
+#pragma once
+
+#include "control/ControlHandling.h"
+#include "support/JsonDecoding.h"
+#include "workspace/WorkspaceController.h"
+
+#include <memory>
+
+namespace kova {
+
+ControlReply listApplications(const WorkspaceController& controller);
+/// The peer is told by a “launched” notification once the launch has worked or failed.
+ControlReply launchIntoTile(WorkspaceController& controller, const JsonCursor& parameters,
+                            const std::shared_ptr<ControlPeer>& peer);
+enum class Ending { quit, forceQuit };
+ControlReply endApplication(WorkspaceController& controller, const JsonCursor& parameters, Ending ending);
+/// Ends those that the parameters say were confirmed; without them only tells what the user has to be asked.
+ControlReply forceQuitAll(WorkspaceController& controller, const JsonCursor& parameters);
+
+} // namespace kova

@@ -1,0 +1,113 @@
+// The question that is asked before all applications are ended, at a real terminal.
+#include "tests/control/AgentStage.h"
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <pty.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <csignal>
+
+namespace kova {
+
+namespace {
+
+/// `kova force-quit-all` with a person at its terminal.
+class Dialogue {
+  public:
+    Dialogue(const std::string& socketPath, std::function<void()> turn) : turn_(std::move(turn)) {
+        const std::string socket = "KOVA_SOCKET=" + socketPath;
+        std::array<char*, 3> words{const_cast<char*>("kova"), const_cast<char*>("force-quit-all"), nullptr};
+        std::array<char*, 3> variables{const_cast<char*>(socket.c_str()), const_cast<char*>("LANG=C.UTF-8"), nullptr};
+        process_ = forkpty(&terminal_, nullptr, nullptr, nullptr);
+        if (process_ == 0) {
+            execve(KOVA_COMMAND, words.data(), variables.data());
+            _exit(127);
+        }
+        fcntl(terminal_, F_SETFL, O_NONBLOCK);
+    }
+    ~Dialogue() {
+        if (process_ > 0) kill(process_, SIGKILL);
+        if (process_ > 0) waitpid(process_, nullptr, 0);
+        close(terminal_);
+    }
+    Dialogue(const Dialogue&) = delete;
+    Dialogue& operator=(const Dialogue&) = delete;
+
+    bool waitFor(const std::string& text) {
+        return waitUntil(turn_, [&] {
+            listen();
+            return heard_.find(text) != std::string::npos;
+        });
+    }
+    void type(const std::string& text) {
+        EXPECT_EQ(write(terminal_, text.data(), text.size()), static_cast<ssize_t>(text.size()));
+    }
+    /// The exit code; negative when it does not end.
+    int wait() {
+        int status = -1;
+        const bool hasEnded = waitUntil(turn_, [&] {
+            listen();
+            return waitpid(process_, &status, WNOHANG) == process_;
+        });
+        if (!hasEnded) return -1;
+        process_ = 0;
+        listen();
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+    const std::string& heard() const { return heard_; }
+
+  private:
+    void listen() {
+        std::array<char, 4096> piece;
+        for (ssize_t length; (length = read(terminal_, piece.data(), piece.size())) > 0;) {
+            for (const char c : std::string_view(piece.data(), static_cast<std::size_t>(length))) {
+                if (c != '\r') heard_ += c;
+            }
+        }
+    }
+
+    int terminal_ = -1;
+    pid_t process_ = 0;
+    std::function<void()> turn_;
+    std::string heard_;
+};
+
+class ForceQuitAll : public testing::Test, public AgentStage {};
+
+} // namespace
+
+TEST_F(ForceQuitAll, IsAskedAtTheTerminal) {
+    desk.desktop.launch("evil\x1b[2J\nKOVA", {}); // a name is other people's text
+    desk.settle();
+    for (const char* answer : {"\n", "no\n", "yes please\n", "\x04"}) {
+        Dialogue dialogue(socketPath(), [this] { turn(); });
+        ASSERT_TRUE(dialogue.waitFor("to force quit all: ")) << dialogue.heard();
+        EXPECT_EQ(dialogue.heard(), "Force Quit All Open Applications?\n"
+                                    "This immediately closes 4 applications. Unsaved changes will be lost. KOVA and "
+                                    "Finder will stay open.\n\nevil?[2J KOVA\nMail\nNotes\nTerminal\n\n"
+                                    "Type “yes” to force quit all: ");
+        dialogue.type(answer);
+        EXPECT_EQ(dialogue.wait(), 1) << answer;
+        EXPECT_NE(dialogue.heard().find("Nothing was force quit\n"), std::string::npos) << dialogue.heard();
+        desk.settle();
+        EXPECT_TRUE(desk.desktop.isRunning("Mail"));
+    }
+    Dialogue dialogue(socketPath(), [this] { turn(); });
+    ASSERT_TRUE(dialogue.waitFor("to force quit all: ")) << dialogue.heard();
+    dialogue.type("Yes\n");
+    EXPECT_EQ(dialogue.wait(), 0);
+    EXPECT_NE(dialogue.heard().find("Force quit:\n"), std::string::npos) << dialogue.heard();
+    desk.settle();
+    EXPECT_TRUE(desk.desktop.livingWindows().empty());
+
+    Dialogue nobody(socketPath(), [this] { turn(); });
+    EXPECT_EQ(nobody.wait(), 0);
+    EXPECT_EQ(nobody.heard(), "No Open Applications\nThere are no regular applications to close. KOVA and Finder are "
+                              "always kept open.\n");
+}
+
+} // namespace kova

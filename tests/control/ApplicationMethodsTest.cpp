@@ -1,0 +1,103 @@
+// Applications that are launched and ended over the agent's socket.
+#include "control/client/ControlCodes.h"
+#include "tests/control/AgentStage.h"
+#include "tests/control/JsonSchema.h"
+
+#include <gtest/gtest.h>
+
+namespace kova {
+
+namespace {
+
+using nlohmann::json;
+
+class ApplicationMethods : public testing::Test, public AgentStage {
+  protected:
+    json call(const std::string& method, json parameters = json::object()) {
+        return connection.ask(
+            json{{"jsonrpc", "2.0"}, {"id", 1}, {"method", method}, {"params", std::move(parameters)}}.dump());
+    }
+    json result(const std::string& method, json parameters = json::object()) {
+        const json reply = call(method, std::move(parameters));
+        EXPECT_TRUE(reply.contains("result")) << method << ": " << reply;
+        json found = reply.value("result", json());
+        EXPECT_EQ(schemaViolation(schema, "result:" + method, found), "");
+        return found;
+    }
+    std::string refusal(const std::string& method, json parameters = json::object()) {
+        const json reply = call(method, std::move(parameters));
+        EXPECT_EQ(reply["error"]["code"], controlCode::refused) << reply;
+        return reply["error"].value("message", "");
+    }
+    /// The parameters of the next notification.
+    json launched() {
+        const json told = connection.message();
+        EXPECT_EQ(told["method"], "launched") << told;
+        EXPECT_EQ(schemaViolation(schema, "notification:launched", told["params"]), "");
+        return told["params"];
+    }
+    const json schema = controlSchema();
+    SocketClient connection = client();
+};
+
+} // namespace
+
+TEST_F(ApplicationMethods, ALaunchIsAnsweredAtOnceAndItsOutcomeToldLater) {
+    desk.arrange();
+    EXPECT_EQ(result("app.list")["applications"][0]["id"], "/Applications/Maps");
+    const json answer = result("launch", {{"application", "maps"}, {"tile", "second"}});
+    EXPECT_EQ(answer["tile"]["id"], desk.targetID("A", "secondary-1"));
+    const json told = launched();
+    EXPECT_EQ(told["error"], nullptr);
+    EXPECT_EQ(told["process"], desk.desktop.processIdentifier("Maps"));
+    EXPECT_EQ(told["tile"], answer["tile"]["id"]);
+    desk.settle();
+    EXPECT_NE(desk.tiles().find("| Maps 1291,15 1254x1382"), std::string::npos) << desk.tiles();
+
+    desk.desktop.install("Broken", {.fails = "Broken cannot be started: no such file", .startsAfter = Seconds(0)});
+    result("launch", {{"application", "broken"}, {"tile", "1"}, {"display", "1"}});
+    EXPECT_EQ(launched()["error"], "Broken cannot be started: no such file");
+    EXPECT_EQ(refusal("launch", {{"application", "maps"}, {"tile", "basement"}}).substr(0, 46),
+              "There is no tile “basement”. There is:\n  1");
+    EXPECT_EQ(call("launch", {{"tile", "1"}})["error"]["code"], controlCode::invalidParameters);
+
+    desk.desktop.setTrusted(false);
+    desk.settle();
+    EXPECT_EQ(call("launch", {{"application", "maps"}, {"tile", "1"}})["error"]["code"], controlCode::noPermission);
+    EXPECT_EQ(call("app.quit", {{"window", "mail"}})["error"]["code"], controlCode::noPermission);
+}
+
+TEST_F(ApplicationMethods, OneApplicationIsEndedByItsWindow) {
+    EXPECT_EQ(result("app.quit", {{"window", "mail"}})["message"], "Quit requested for Mail");
+    EXPECT_EQ(result("app.forceQuit", {{"window", "notes"}})["message"], "Force quit requested for Notes");
+    desk.settle();
+    EXPECT_FALSE(desk.desktop.isRunning("Mail"));
+    EXPECT_FALSE(desk.desktop.isRunning("Notes"));
+    desk.desktop.launch("Files", {.isPartOfDesktop = true});
+    desk.opens("Files").settle();
+    EXPECT_EQ(refusal("app.forceQuit", {{"window", "files"}}), "Files belongs to the desktop and stays open");
+}
+
+TEST_F(ApplicationMethods, AllAreEndedOnlyAsConfirmed) {
+    const json asked = result("forceQuitAll");
+    EXPECT_EQ(asked["isDone"], false);
+    EXPECT_EQ(asked["question"]["title"], "Force Quit All Open Applications?");
+    ASSERT_EQ(asked["applications"].size(), 3u);
+    desk.settle();
+    EXPECT_TRUE(desk.desktop.isRunning("Mail")) << "asking ends nothing";
+
+    json someoneElse = asked["applications"][1];
+    someoneElse["bundleIdentifier"] = "another.one";
+    const json confirmed = {asked["applications"][0], someoneElse};
+    EXPECT_EQ(result("forceQuitAll", {{"confirmed", confirmed}})["applications"], json{asked["applications"][0]});
+    desk.settle();
+    EXPECT_FALSE(desk.desktop.isRunning("Mail"));
+    EXPECT_TRUE(desk.desktop.isRunning("Notes"));
+    EXPECT_EQ(refusal("forceQuitAll", {{"confirmed", confirmed}}), "No open applications were force quit");
+    for (const json& nonsense : {json("all"), json(true), json{1, 2}, json{{{"name", "Notes"}}}}) {
+        EXPECT_EQ(call("forceQuitAll", {{"confirmed", nonsense}})["error"]["code"], controlCode::invalidParameters);
+    }
+    EXPECT_TRUE(desk.desktop.isRunning("Notes"));
+}
+
+} // namespace kova
