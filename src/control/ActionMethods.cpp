@@ -25,6 +25,7 @@ std::string silentReason(const WorkspaceController& controller, const WorkspaceA
         Overloaded{
             [&](const action::Focus&) { return silentReason(controller, "The window there could not be focused"); },
             [&](const action::Move&) { return silentReason(controller, "The window was not moved"); },
+            [](const action::ActivateScene&) { return std::string("There is no such scene"); },
             [&](const action::CycleStack&) {
                 return silentReason(controller, "No other window waits behind the focused one");
             },

@@ -41,12 +41,13 @@ bool WorkspaceController::arrange() {
     return true;
 }
 
-/// Absent for windows that take no part: full-screen ones, and those on another virtual desktop.
+/// Absent for windows that take no part: full-screen ones, those on another virtual desktop, and those that a rule lets
+/// float or ignores.
 std::optional<ArrangementCandidate> WorkspaceController::candidateFor(const ManagedWindow& window,
                                                                       const TileAssignments& assignments) const {
     const bool isHidden = windowService_->isApplicationHidden(window.processIdentifier);
     const bool isElsewhere = !window.isVisible && !window.isMinimized && !isHidden && window.frame;
-    if (window.isFullScreen || isElsewhere) return std::nullopt;
+    if (window.isFullScreen || isElsewhere || isExcludedByRules(window)) return std::nullopt;
     ArrangementCandidate candidate;
     candidate.window = window;
     candidate.applicationKey = applicationKey(window.applicationName, window.bundleIdentifier);

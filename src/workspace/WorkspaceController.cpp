@@ -42,6 +42,9 @@ WorkspaceController::WorkspaceController(const WorkspaceServices& services) :
     state_.showBrain.set(loaded.showBrain);
     state_.showTileBackgrounds.set(loaded.showTileBackgrounds);
     state_.accentColorID.set(std::move(loaded.accentColorID));
+    state_.scenes.set(std::move(loaded.document.scenes));
+    state_.rules.set(std::move(loaded.document.rules));
+    state_.activeSceneID.set(loaded.document.activeSceneID);
     state_.continuousManagementEnabled.set(loaded.continuousManagementEnabled);
     state_.screens.set(services_.screens.screens());
     screensSubscription_ = services_.screens.observeScreens(lifetime_.guard([this] { screensChanged(); }));
@@ -66,6 +69,7 @@ void WorkspaceController::stop() {
     closeFocusMode();
     ++autoArrangeGeneration_;
     pendingApplicationPlacements_.clear();
+    restoration_ = {};
     refreshCycle_.end();
     recovery_.clear();
     recovery_.detectedLockedLoginSession = false;
@@ -88,6 +92,7 @@ bool WorkspaceController::perform(const WorkspaceAction& action) {
     if (!keepsFocusMode) closeFocusMode();
     return std::visit(Overloaded{[&](const action::Focus& focus) { return focusWindow(focus.direction); },
                                  [&](const action::Move& move) { return moveWindow(move.direction); },
+                                 [&](const action::ActivateScene& scene) { return activateScene(scene.id); },
                                  [&](const action::CycleStack&) { return cycleStack(); },
                                  [&](const action::ToggleFocusZoom&) { return toggleFocusMode(); },
                                  [&](const action::Arrange&) { return arrange(); },
@@ -115,9 +120,14 @@ bool WorkspaceController::requirePermission() {
 }
 
 ManagedWindow* WorkspaceController::findLive(const std::string& windowID) {
-    const auto found = std::find_if(liveWindows_.begin(), liveWindows_.end(),
-                                    [&](const ManagedWindow& window) { return window.id == windowID; });
-    return found == liveWindows_.end() ? nullptr : &*found;
+    const auto found = liveIndexByID_.find(windowID);
+    return found == liveIndexByID_.end() ? nullptr : &liveWindows_[found->second];
+}
+
+void WorkspaceController::setLiveWindows(std::vector<ManagedWindow> windows) {
+    liveWindows_ = std::move(windows);
+    liveIndexByID_.clear();
+    for (std::size_t i = 0; i < liveWindows_.size(); ++i) liveIndexByID_.emplace(liveWindows_[i].id, i);
 }
 
 const ManagedWindow* WorkspaceController::findLive(const std::string& windowID) const {

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "persistence/PreferencesStore.h"
+#include "persistence/WorkspaceProductDocument.h"
 #include "support/MainQueue.h"
 #include "themes/ThemeRegistry.h"
 #include "windowing/AccessibilityWindowService.h"
@@ -17,6 +18,10 @@
 #include "workspace/PresentationSuspension.h"
 #include "workspace/ReflowPolicy.h"
 #include "workspace/RefreshCycle.h"
+#include "workspace/RuleMatching.h"
+#include "workspace/SceneCapture.h"
+#include "workspace/SceneDifferences.h"
+#include "workspace/SceneRestoration.h"
 #include "workspace/TileAssignments.h"
 #include "workspace/TransitionRecovery.h"
 #include "workspace/UndoHistory.h"
@@ -56,6 +61,12 @@ struct WorkspaceTile {
     CGRect frameForWindowService{}; // window-service space, where a window of this tile is put (inset applied)
     std::optional<std::string> windowID;
     std::vector<std::string> stack; // front first
+};
+
+/// What a file held, whether it was new or not.
+struct WorkspaceImportCounts {
+    std::size_t scenes = 0;
+    std::size_t rules = 0;
 };
 
 enum class LayoutSelectionResult { done, unknownDisplay, unknownLayout };
@@ -156,6 +167,53 @@ class WorkspaceController {
     /// Ends those that the user has confirmed and that are still what they were; gives them.
     std::vector<RunningApplication> forceQuit(const std::vector<RunningApplication>& confirmed);
 
+    // Scenes
+    /// Saves the workspace as it is under the name, or under one that tells the time.
+    void captureScene(const std::optional<std::string>& name = std::nullopt);
+    /// Restores layouts, look and windows; applications that are missing are launched, and their windows are placed as
+    /// they appear within 25 s. False when there is no such scene, or without permission.
+    bool activateScene(const Uuid& id);
+    /// By its exact name, else the first of that name in another case.
+    std::optional<Uuid> findScene(const std::string& name) const;
+    /// False when there is no such scene, or no name.
+    bool renameScene(const Uuid& id, const std::string& name);
+    bool deleteScene(const Uuid& id);
+    /// Absent when there is no such scene; empty when opening it would change nothing.
+    std::optional<std::vector<SceneDifference>> diffScene(const Uuid& id) const;
+    const std::vector<PendingSceneWindowPlacement>& pendingSceneWindowPlacements() const {
+        return restoration_.pending;
+    }
+    const std::set<std::string>& pendingSceneApplicationLaunchBundleIDs() const {
+        return restoration_.launchedBundleIDs;
+    }
+    /// The live window that the reference means; absent when there is none but those excluded.
+    std::optional<ManagedWindow> findWindow(const WorkspaceWindowReference& reference,
+                                            const std::set<std::string>& excluded) const;
+
+    // Rules
+    void setContinuousManagementEnabled(bool enabled);
+    /// For all windows of the focused window's application. False when no managed window is focused.
+    bool addRuleForFocusedWindow(const WorkspaceRuleDisposition& disposition);
+    /// An empty name is made from the application. False for a rule without any criterion.
+    bool addRule(WorkspaceRule rule);
+    /// Edits of one rule; false when there is none with the id.
+    bool setRuleEnabled(const Uuid& id, bool enabled);
+    /// White space at both ends is dropped; an empty text takes the criterion away.
+    bool setRuleTitleContains(const Uuid& id, const std::string& text);
+    bool setRuleDisposition(const Uuid& id, const WorkspaceRuleDisposition& disposition);
+    bool deleteRule(const Uuid& id);
+    /// To the place in the list, counted from 0; beyond the end is the last.
+    bool moveRule(const Uuid& id, std::size_t index);
+    /// Which rule decides for a live window, and what the others say; absent when there is no such window.
+    std::optional<RuleExplanation> explainRules(const std::string& windowID) const;
+    /// Windows that rules have been asked about.
+    const std::set<std::string>& handledRuleWindowIDs() const { return handledRuleWindowIDs_; }
+
+    // The document of scenes and rules
+    std::string exportWorkspaceDocument() const;
+    /// Adds what is new in the file; on an error nothing changes.
+    Decoded<WorkspaceImportCounts> importWorkspaceDocument(std::string_view data);
+
     // Dividers
     /// Every boundary that can be dragged; none on a display that a zoomed window owns.
     std::vector<DisplayLayoutDivider> dividers() const;
@@ -255,6 +313,30 @@ class WorkspaceController {
     bool endApplicationOf(const std::string& windowID, const std::string& message,
                           const std::function<void(pid_t)>& end);
 
+    // Scenes (WorkspaceScenes.cpp, WorkspaceSceneRestoration.cpp) and the document (WorkspaceDocument.cpp)
+    std::optional<WorkspaceScene> sceneWithID(const Uuid& id) const;
+    std::vector<CapturedPlacement> capturedPlacements() const;
+    std::vector<WorkspaceSceneDisplay> capturedDisplays() const;
+    void applyLook(const WorkspaceScene& scene);
+    std::size_t placeWindowsOf(const WorkspaceScene& scene);
+    std::vector<std::string> targetsFor(const Screen& screen, const std::string& slotID,
+                                        const std::optional<std::vector<std::string>>& claimedSlotIDs) const;
+    void launchForScene(const std::vector<std::string>& bundleIDs);
+    void carryOutRestored(const std::vector<RestoredPlacement>& placements);
+    void processPendingScenePlacements();
+    void endRestoration(std::size_t unavailable);
+    WorkspaceProductDocument workspaceDocument() const;
+    void saveWorkspaceDocument();
+
+    // Rules (WorkspaceRules.cpp)
+    void applyRules(const std::vector<ManagedWindow>& windows);
+    void applyRule(const WorkspaceRule& rule, ManagedWindow window);
+    void noteHasItsPlace(const std::string& windowID);
+    bool isExcludedByRules(const ManagedWindow& window) const;
+    bool appendRule(WorkspaceRule rule, const std::string& subject);
+    template <class Edit>
+    bool editRule(const Uuid& id, Edit edit);
+
     // Dividers and hand-made moves (WorkspaceDividers.cpp, WorkspaceWindowDrag.cpp)
     void applyDividerDrag();
     void writeInteractiveFrames(const std::string& displayID);
@@ -313,6 +395,7 @@ class WorkspaceController {
     void restoreWindow(ManagedWindow& window, const WorkspaceUndoSnapshot& snapshot);
     /// The live windows as they will be once the snapshot is restored.
     std::vector<ManagedWindow> windowsAsIn(const WorkspaceUndoSnapshot& snapshot) const;
+    void restoreActiveScene(const std::optional<Uuid>& id);
     bool leaveFocusMode();
     bool enterFocusMode();
     std::optional<StartingPoint> zoomStartingPoint() const;
@@ -323,6 +406,7 @@ class WorkspaceController {
     std::optional<std::string> neighbourOf(const StartingPoint& start, WorkspaceDirection direction,
                                            TilesConsidered considered) const;
 
+    void setLiveWindows(std::vector<ManagedWindow> windows);
     ManagedWindow* findLive(const std::string& windowID);
     const ManagedWindow* findLive(const std::string& windowID) const;
     bool requirePermission();
@@ -330,6 +414,7 @@ class WorkspaceController {
 
     /// How often a window that stays off its tile is asked again.
     static constexpr int kPlacementAttempts = 3;
+    static constexpr std::string_view kOpenSceneAction = "open scene";
 
     WorkspaceServices services_;
     std::shared_ptr<AccessibilityWindowService> windowService_;
@@ -337,6 +422,7 @@ class WorkspaceController {
     WorkspaceState state_;
     AutoArrangeLearningModel learning_;
     std::vector<ManagedWindow> liveWindows_;
+    std::unordered_map<std::string, std::size_t> liveIndexByID_;
     TileAssignments assignments_;
     mutable DisplayLayouts layouts_;
     UndoHistory undo_;
@@ -360,6 +446,8 @@ class WorkspaceController {
     std::map<std::string, ShownLayout> lastLayoutByDisplay_;
     ArrangementPlan lastArrangement_;
     std::map<std::string, PendingApplicationPlacement> pendingApplicationPlacements_; // by tile-target id
+    SceneRestoration restoration_;
+    std::set<std::string> handledRuleWindowIDs_;
     std::int64_t autoArrangeGeneration_ = 0;
     bool didAutoArrange_ = false;
     bool isLearningSavePending_ = false;

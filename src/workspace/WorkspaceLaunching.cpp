@@ -70,6 +70,7 @@ void WorkspaceController::processPendingApplicationPlacements() {
         closeFocusMode(); // what it restores later would take the tile away again
         if (placed.isMinimized || windowService_->isApplicationHidden(placed.processIdentifier)) bringBack(placed);
         (void)placeWindow(placed.id, target, Focusing::yes);
+        noteHasItsPlace(placed.id);
     }
 }
 

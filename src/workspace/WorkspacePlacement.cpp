@@ -12,11 +12,14 @@ using BringToFront = AccessibilityWindowService::BringToFront;
 constexpr double kOffTolerancePoints = 2;
 constexpr double kSamePlacePoints = 0.5;
 
-bool isAssignedToSomeTile(const TileAssignments& assignments, const std::vector<ManagedWindow>& windows,
-                          pid_t processIdentifier) {
-    return std::any_of(windows.begin(), windows.end(), [&](const ManagedWindow& window) {
-        return window.processIdentifier == processIdentifier && assignments.targetOf(window.id);
-    });
+std::set<pid_t> processesInFront(const TileAssignments& assignments, const std::vector<ManagedWindow>& windows) {
+    std::set<std::string> fronts;
+    for (const auto& [target, windowID] : assignments.assignedWindowIDs) fronts.insert(windowID);
+    std::set<pid_t> processes;
+    for (const auto& window : windows) {
+        if (fronts.contains(window.id)) processes.insert(window.processIdentifier);
+    }
+    return processes;
 }
 
 } // namespace
@@ -111,11 +114,14 @@ void WorkspaceController::announceClaim(const ManagedWindow& window, const Cover
 /// Takes windows that lost their tile off the screen. An application is hidden only when none of its windows stays in a
 /// tile; otherwise just the window is minimised.
 void WorkspaceController::presentDisplaced(const std::vector<std::string>& displacedWindowIDs) {
+    if (displacedWindowIDs.empty()) return;
+    const auto staying = processesInFront(assignments_, liveWindows_);
     std::vector<std::pair<ManagedWindow*, DisplacedWindowPresentationAction>> decisions;
     for (const auto& id : displacedWindowIDs) {
         ManagedWindow* window = findLive(id);
         if (!window || window->isMinimized || window->isFullScreen) continue;
-        const bool stays = isAssignedToSomeTile(assignments_, liveWindows_, window->processIdentifier);
+        const bool stays = staying.contains(window->processIdentifier);
+        if (!stays && windowService_->isApplicationHidden(window->processIdentifier)) continue;
         decisions.emplace_back(window, stays ? DisplacedWindowPresentationAction::minimizeWindow
                                              : DisplacedWindowPresentationAction::hideApplication);
     }

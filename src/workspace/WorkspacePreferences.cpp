@@ -1,6 +1,7 @@
 #include "workspace/WorkspacePreferences.h"
 
 #include "persistence/PreferenceKeys.h"
+#include "persistence/WorkspaceDocumentCoding.h"
 #include "themes/ThemeRegistry.h"
 
 #include <algorithm>
@@ -47,6 +48,8 @@ WorkspacePreferences loadWorkspacePreferences(PreferencesStore& store) {
     out.showTileBackgrounds = store.boolean(preferenceKey::showTileBackgrounds).value_or(true);
     out.accentColorID =
         normalizedAccentColorID(store.string(preferenceKey::accentColor).value_or(std::string(kDefaultAccentColorID)));
+    out.document = stored<WorkspaceProductDocument>(store, preferenceKey::workspaceProduct, decodeStoredDocument)
+                       .value_or(WorkspaceProductDocument{});
     out.continuousManagementEnabled = store.boolean(preferenceKey::continuousManagement).value_or(false);
     if (!existingUser) {
         saveProfile(store, out.profile);

@@ -4,6 +4,7 @@
 #include "layout/AutoArrangeLearning.h"
 #include "layout/WorkspaceProfile.h"
 #include "persistence/PreferencesStore.h"
+#include "persistence/WorkspaceProductDocument.h"
 
 #include <string>
 
@@ -18,6 +19,7 @@ struct WorkspacePreferences {
     bool showTileBackgrounds = true;
     bool continuousManagementEnabled = false;
     std::string accentColorID;
+    WorkspaceProductDocument document;
 };
 
 /// What cannot be read counts as absent. On the first start with an empty store the profile and the theme background

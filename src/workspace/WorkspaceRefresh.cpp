@@ -57,7 +57,7 @@ bool WorkspaceController::applyLockedSession(bool pollFoundLocked) {
 void WorkspaceController::applyGrantedPoll(std::vector<ManagedWindow> windows, bool isRecovering, bool justGranted) {
     if (!isRecovering && recovery_.hasDeadline()) recovery_.clear();
     const bool hasOtherTitles = !sameTitles(liveWindows_, windows);
-    liveWindows_ = std::move(windows);
+    setLiveWindows(std::move(windows));
     if (hasOtherTitles) state_.titleRevision.set(*state_.titleRevision + 1);
     if (!isRecovering && *state_.focusMode && !findLive((*state_.focusMode)->windowID)) {
         closeFocusMode();
@@ -88,6 +88,8 @@ void WorkspaceController::presentPoll(bool isRecovering) {
     noteTileGeometry();
     reapplyTileFrames();
     processPendingApplicationPlacements();
+    processPendingScenePlacements();
+    if (!isRecovering && *state_.continuousManagementEnabled) applyRules(liveWindows_);
     services_.accessibility.flush();
 }
 
@@ -114,7 +116,7 @@ void WorkspaceController::recoverAssignedWindows() {
 }
 
 void WorkspaceController::applyDenied() {
-    liveWindows_.clear();
+    setLiveWindows({});
     refusals_.clear();
     abandonDrags();
     state_.windows.set({});
@@ -135,7 +137,7 @@ void WorkspaceController::scheduleAutomaticArrangement(bool justGranted) {
 
 bool WorkspaceController::hasUnfinishedBusiness() const {
     return recovery_.hasDeadline() || recovery_.detectedLockedLoginSession || reflow_.isWaiting() ||
-           !pendingApplicationPlacements_.empty() ||
+           !pendingApplicationPlacements_.empty() || !restoration_.pending.empty() ||
            std::any_of(refusals_.begin(), refusals_.end(),
                        [](const auto& entry) { return entry.second.attempts < kPlacementAttempts; });
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "layout/WorkspaceProfile.h"
+#include "persistence/WorkspaceProductDocument.h"
 #include "support/Published.h"
 #include "windowing/ManagedWindow.h"
 #include "windowing/ScreenServicing.h"
@@ -44,6 +45,9 @@ struct WorkspaceState {
     Published<std::optional<WorkspaceFocusMode>> focusMode;
     Published<std::optional<std::string>> lastActionMessage;
     Published<std::vector<std::string>> lastArrangeExplanation;
+    Published<std::vector<WorkspaceScene>> scenes; // the newest last
+    Published<std::vector<WorkspaceRule>> rules;   // the first that matches decides
+    Published<std::optional<Uuid>> activeSceneID;
     Published<bool> continuousManagementEnabled{false};
     Published<bool> useThemeBackground{false};
     Published<bool> showBrain{false};

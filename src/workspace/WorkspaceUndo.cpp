@@ -24,7 +24,7 @@ WorkspaceUndoSnapshot WorkspaceController::captureUndoSnapshot() const {
                                    .minimizedWindowIDs = {},
                                    .visibleWindowIDs = {},
                                    .hiddenProcessIdentifiers = {},
-                                   .activeSceneID = std::nullopt,
+                                   .activeSceneID = *state_.activeSceneID,
                                    .profile = *state_.profile,
                                    .accentColorID = *state_.accentColorID};
     for (const auto& window : liveWindows_) {
@@ -71,6 +71,7 @@ bool WorkspaceController::undoLastAction() {
     focusZoomSnapshot_.reset();
     ++autoArrangeGeneration_; // what an arrangement still had to do is undone with it
     reflow_.forgetAllPushes();
+    if (entry->label.action == kOpenSceneAction) restoration_ = {}; // and so is what a scene still waits for
     restoreUndoSnapshot(entry->snapshot);
     state_.canUndo.set(!undo_.isEmpty());
     showStatusMessage("Last window action undone");
@@ -85,6 +86,7 @@ void WorkspaceController::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snaps
     saveProfile(services_.preferences, snapshot.profile);
     state_.accentColorID.set(snapshot.accentColorID);
     services_.preferences.setValue(preferenceKey::accentColor, snapshot.accentColorID);
+    restoreActiveScene(snapshot.activeSceneID);
     layouts_.invalidateAll();
     state_.layoutRevision.set(*state_.layoutRevision + 1);
     for (ManagedWindow& window : liveWindows_) restoreWindow(window, snapshot);
@@ -121,6 +123,13 @@ std::vector<ManagedWindow> WorkspaceController::windowsAsIn(const WorkspaceUndoS
         if (frame != snapshot.windowFrames.end() && isOnSomeScreen(frame->second)) window.frame = frame->second;
     }
     return windows;
+}
+
+void WorkspaceController::restoreActiveScene(const std::optional<Uuid>& id) {
+    const auto known = id && sceneWithID(*id) ? id : std::nullopt; // it may have been deleted since
+    if (known == *state_.activeSceneID) return;
+    state_.activeSceneID.set(known);
+    saveWorkspaceDocument();
 }
 
 bool WorkspaceController::toggleFocusMode() {

@@ -162,6 +162,10 @@ int localizedCaseInsensitiveCompare(std::string_view a, std::string_view b) {
     return lowercased(a).compare(lowercased(b));
 }
 
+bool localizedCaseInsensitiveContains(std::string_view text, std::string_view part) {
+    return lowercased(text).find(lowercased(part)) != std::string::npos;
+}
+
 std::string trimmed(std::string_view text) {
     const std::u16string all = decode(text);
     std::size_t begin = 0;

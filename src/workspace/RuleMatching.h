@@ -1,0 +1,60 @@
+// Which rule decides for a window, and why.
+#pragma once
+
+#include "persistence/WorkspaceProductDocument.h"
+#include "windowing/ManagedWindow.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kova {
+
+/// What a rule says to a window.
+enum class RuleVerdict {
+    matches,
+    disabled,
+    withoutCriterion,
+    otherApplication,
+    otherTitle,
+    titleAwaited, // it asks for a title, and the window has none yet
+    notConsulted, // an earlier rule decides
+};
+
+/// Never `notConsulted`: of this rule alone.
+RuleVerdict verdictOf(const WorkspaceRule& rule, const ManagedWindow& window);
+
+/// The first rule in the list that matches; absent when none does.
+std::optional<std::size_t> decidingRule(const std::vector<WorkspaceRule>& rules, const ManagedWindow& window);
+
+/// Whether the rules must wait for the window's title: one that could match then stands before all that match now.
+bool awaitsTitle(const std::vector<WorkspaceRule>& rules, const ManagedWindow& window);
+
+/// Whether the rules keep the window out of arrangements.
+bool isExcluded(const std::vector<WorkspaceRule>& rules, const ManagedWindow& window);
+
+struct RuleReason {
+    Uuid ruleID;
+    std::string name;
+    RuleVerdict verdict = RuleVerdict::notConsulted;
+    std::string text; // in plain words
+};
+
+struct RuleExplanation {
+    std::optional<std::size_t> deciding; // index of the rule that decides; absent when none does
+    std::vector<RuleReason> reasons;     // of every rule, in their order
+    std::string summary;                 // one line in plain words
+};
+
+/// `remarks` are lines about the moment, such as that rules are switched off; they end the summary.
+RuleExplanation explainRules(const std::vector<WorkspaceRule>& rules, const ManagedWindow& window,
+                             const std::vector<std::string>& remarks);
+
+/// "tile focus-main", "float", "ignore".
+std::string describe(const WorkspaceRuleDisposition& disposition);
+/// The name of a new rule: "Mail → focus-main", "Mail floats", "Mail ignored".
+std::string ruleName(std::string_view applicationName, const WorkspaceRuleDisposition& disposition);
+
+} // namespace kova

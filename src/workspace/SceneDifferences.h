@@ -1,0 +1,34 @@
+// What differs between a scene and what is on the screen now.
+#pragma once
+
+#include "persistence/WorkspaceProductDocument.h"
+#include "windowing/ManagedWindow.h"
+#include "workspace/SceneCapture.h"
+
+#include <string>
+#include <vector>
+
+namespace kova {
+
+struct SceneDifference {
+    std::string what;    // "theme", "layout of Display 1", "Mail “Inbox”"
+    std::string inScene; // in plain words, each
+    std::string now;
+    bool operator==(const SceneDifference&) const = default;
+};
+
+/// The workspace as a capture would find it.
+struct WorkspaceNow {
+    std::string themeID;
+    std::string accentColorID;
+    double tileInset = 5; // points
+    std::vector<WorkspaceSceneDisplay> displays;
+    std::vector<CapturedPlacement> placements;
+    const std::vector<ManagedWindow>& windows; // in the order in which they were enumerated
+};
+
+/// The look first, then displays, then windows in the scene's order, then those that it does not know. Windows are
+/// matched as they would be if the scene was opened. Empty when opening it would change nothing.
+std::vector<SceneDifference> sceneDifferences(const WorkspaceScene& scene, const WorkspaceNow& now);
+
+} // namespace kova

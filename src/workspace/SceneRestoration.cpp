@@ -1,0 +1,56 @@
+#include "workspace/SceneRestoration.h"
+
+#include <algorithm>
+#include <limits>
+#include <tuple>
+
+namespace kova {
+
+std::vector<WorkspaceScenePlacement> inRestoringOrder(std::vector<WorkspaceScenePlacement> placements) {
+    std::stable_sort(placements.begin(), placements.end(), [](const auto& a, const auto& b) {
+        return std::tie(a.displayOrdinal, a.slotID, a.stackIndex) < std::tie(b.displayOrdinal, b.slotID, b.stackIndex);
+    });
+    return placements;
+}
+
+bool frontsItsTile(std::int64_t stackIndex, std::optional<bool> isActive) {
+    return isActive.value_or(stackIndex == 0);
+}
+
+TileAssignments withRestored(TileAssignments before, const std::vector<RestoredPlacement>& placements,
+                             const std::map<std::string, std::int64_t>& stackIndexByID) {
+    TileAssignments after = std::move(before);
+    std::set<std::string> changedStacks;
+    for (const auto& placement : placements) {
+        std::string target = placement.targetIDs.front();
+        const auto holder = after.assignedWindowIDs.find(target);
+        const bool isFree = holder == after.assignedWindowIDs.end();
+        // Behind a window that spans several tiles one waits in the stack of its anchor.
+        if (!isFree && !placement.isFront) target = *after.targetOf(holder->second);
+        auto& stack = after.stackWindowIDsByTarget[target];
+        if (stack.empty() && !isFree && after.targetOf(holder->second) == target) stack.push_back(holder->second);
+        changedStacks.insert(target);
+        if (placement.isFront || isFree) {
+            stack.insert(stack.begin(), placement.windowID);
+            const auto targets = placement.isFront ? placement.targetIDs : std::vector<std::string>{target};
+            const auto displaced = after.assign(placement.windowID, targets);
+            after.mergeStacksInto(target, targets, displaced);
+        } else {
+            stack.push_back(placement.windowID);
+        }
+    }
+    const auto indexOf = [&](const std::string& windowID) {
+        const auto index = stackIndexByID.find(windowID);
+        return index == stackIndexByID.end() ? std::numeric_limits<std::int64_t>::max() : index->second;
+    };
+    for (const auto& target : changedStacks) {
+        const auto stack = after.stackWindowIDsByTarget.find(target);
+        if (stack == after.stackWindowIDsByTarget.end()) continue; // a span took it over
+        const auto behindFront = stack->second.begin() + (after.assignedWindowIDs.contains(target) ? 1 : 0);
+        std::stable_sort(behindFront, stack->second.end(),
+                         [&](const auto& a, const auto& b) { return indexOf(a) < indexOf(b); });
+    }
+    return after;
+}
+
+} // namespace kova

@@ -1,0 +1,57 @@
+// Windows on their way back to the places that a scene remembers.
+#pragma once
+
+#include "persistence/WorkspaceProductDocument.h"
+#include "support/MainQueue.h"
+#include "workspace/TileAssignments.h"
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+/// A placement whose window has not appeared yet.
+struct PendingSceneWindowPlacement {
+    static constexpr Seconds kLifetime{25};
+
+    WorkspaceWindowReference window;
+    std::string displayID;
+    std::string slotID;
+    std::int64_t stackIndex = 0;
+    std::optional<std::vector<std::string>> claimedSlotIDs;
+    std::optional<bool> isActive;
+    Seconds expiresAt{0}; // uptime
+};
+
+/// What a scene that was opened still waits for. Idle when nothing is pending.
+struct SceneRestoration {
+    std::vector<PendingSceneWindowPlacement> pending;   // in the order in which they were deferred
+    std::set<std::string> launchedBundleIDs;            // each application is launched at most once
+    std::map<std::string, std::int64_t> stackIndexByID; // of the windows that were put back
+};
+
+/// The placements as they are put back: by display, slot and place in the stack.
+std::vector<WorkspaceScenePlacement> inRestoringOrder(std::vector<WorkspaceScenePlacement> placements);
+
+/// Whether the window of the placement fronts its tile; without a word about it, the first of the stack does.
+bool frontsItsTile(std::int64_t stackIndex, std::optional<bool> isActive);
+
+/// A live window and the place that is its.
+struct RestoredPlacement {
+    std::string windowID;
+    std::vector<std::string> targetIDs; // the anchor first; more than one for a span
+    std::int64_t stackIndex = 0;
+    bool isFront = true;
+};
+
+/// The assignments with the windows, which were in no tile, put back. One that is to wait behind another fronts its
+/// tile until that one comes, so that no tile stays empty for a window that may never appear; who waits is in the
+/// order of the stack indices, those without one last.
+TileAssignments withRestored(TileAssignments before, const std::vector<RestoredPlacement>& placements,
+                             const std::map<std::string, std::int64_t>& stackIndexByID);
+
+} // namespace kova

@@ -1,0 +1,47 @@
+// Finding the window that a saved reference means among those that are open now.
+#pragma once
+
+#include "persistence/WorkspaceProductDocument.h"
+#include "windowing/ManagedWindow.h"
+
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+/// Gives each window at most once. Built for one moment: the windows must outlive it unchanged.
+class WindowMatcher {
+  public:
+    /// `windows` in the order in which they were enumerated; those in `used` are given to nobody.
+    WindowMatcher(const std::vector<ManagedWindow>& windows, const std::set<std::string>& used);
+
+    /// The first window of the application whose title and the reference's hint contain one another, else the first of
+    /// the application; null when there is none. An application is known by its bundle identifier, to the letter, or
+    /// else by its name as people read it.
+    const ManagedWindow* take(const WorkspaceWindowReference& reference);
+
+  private:
+    struct Candidate {
+        const ManagedWindow* window;
+        std::optional<std::string> foldedTitle; // once it was needed
+    };
+    using Candidates = std::vector<Candidate>; // not used yet, in the order of enumeration
+    struct NameGroup {
+        std::string name;
+        Candidates candidates;
+    };
+
+    const ManagedWindow* takeFrom(Candidates& candidates, const std::optional<std::string>& titleHint);
+    void groupByName();
+
+    const std::vector<ManagedWindow>& windows_;
+    std::set<std::string> used_;
+    std::map<std::string, Candidates, std::less<>> byBundleIdentifier_;
+    std::optional<std::vector<NameGroup>> byName_; // in the order of names; made when the first reference needs it
+};
+
+} // namespace kova

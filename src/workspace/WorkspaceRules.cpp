@@ -1,0 +1,144 @@
+// Rules: what happens to a window when it is first seen, and how the user edits them.
+#include "workspace/WorkspaceController.h"
+
+#include "persistence/PreferenceKeys.h"
+#include "support/text/Text.h"
+
+#include <algorithm>
+
+namespace kova {
+
+void WorkspaceController::setContinuousManagementEnabled(bool enabled) {
+    if (*state_.continuousManagementEnabled == enabled) return;
+    state_.continuousManagementEnabled.set(enabled);
+    services_.preferences.setValue(preferenceKey::continuousManagement, enabled);
+    refresh(); // which asks the rules about the windows that are there
+}
+
+void WorkspaceController::applyRules(const std::vector<ManagedWindow>& windows) {
+    if (*state_.permissionState != AccessibilityPermissionState::granted) return;
+    if (*state_.focusMode) return; // what it restores later would take the tiles away again
+    for (const auto& window : windows) {
+        if (handledRuleWindowIDs_.contains(window.id)) continue;
+        const bool isShown = window.isVisible && !window.isMinimized && !window.isFullScreen;
+        if (assignments_.isInAnyTile(window.id) && !isShown) { // it has its place
+            handledRuleWindowIDs_.insert(window.id);
+            continue;
+        }
+        // Its time comes when it shows itself, and when it can be told from others.
+        if (!isShown || awaitsTitle(*state_.rules, window)) continue;
+        handledRuleWindowIDs_.insert(window.id);
+        if (const auto deciding = decidingRule(*state_.rules, window)) applyRule((*state_.rules)[*deciding], window);
+    }
+    std::erase_if(handledRuleWindowIDs_, [this](const std::string& id) { return !findLive(id); });
+}
+
+void WorkspaceController::applyRule(const WorkspaceRule& rule, ManagedWindow window) {
+    const auto* tile = std::get_if<disposition::Tile>(&rule.disposition);
+    const Screen* screen = tile ? screenOfWindow(window) : nullptr;
+    if (!screen) return;
+    const std::string target = tileTargetID(displayID(*screen), tile->slotID);
+    if (!tileFrameOnScreen(target)) return;
+    const std::string message = "Rule “" + rule.name + "” placed " + window.applicationName;
+    if (assignments_.targetOf(window.id) != target) (void)placeWindow(window.id, target, Focusing::no);
+    showStatusMessage(message);
+}
+
+/// Whoever was put into a tile by name of the window is not moved on by a rule for all of them.
+void WorkspaceController::noteHasItsPlace(const std::string& windowID) {
+    if (*state_.continuousManagementEnabled) handledRuleWindowIDs_.insert(windowID);
+}
+
+bool WorkspaceController::isExcludedByRules(const ManagedWindow& window) const {
+    return *state_.continuousManagementEnabled && isExcluded(*state_.rules, window);
+}
+
+bool WorkspaceController::addRuleForFocusedWindow(const WorkspaceRuleDisposition& disposition) {
+    const auto focused = windowService_->focusedWindowID();
+    const ManagedWindow* window = focused ? findLive(*focused) : nullptr;
+    if (!window) return refuse("No focused application window found");
+    WorkspaceRule rule;
+    rule.name = ruleName(window->applicationName, disposition);
+    rule.bundleIdentifier = window->bundleIdentifier;
+    if (!rule.bundleIdentifier) rule.applicationName = window->applicationName;
+    rule.disposition = disposition;
+    return appendRule(std::move(rule), window->applicationName);
+}
+
+bool WorkspaceController::addRule(WorkspaceRule rule) {
+    rule.titleContains = trimmed(rule.titleContains.value_or(""));
+    if (rule.titleContains->empty()) rule.titleContains.reset();
+    if (!rule.bundleIdentifier && !rule.applicationName && !rule.titleContains) {
+        return refuse("A rule needs an application or a part of a title");
+    }
+    const std::string subject =
+        rule.applicationName.value_or(rule.bundleIdentifier.value_or(rule.titleContains.value_or("")));
+    if (rule.name.empty()) rule.name = ruleName(subject, rule.disposition);
+    return appendRule(std::move(rule), subject);
+}
+
+/// The newest has the lowest precedence.
+bool WorkspaceController::appendRule(WorkspaceRule rule, const std::string& subject) {
+    const std::string message = "Rule added for " + subject;
+    auto rules = *state_.rules;
+    rules.push_back(std::move(rule));
+    state_.rules.set(std::move(rules));
+    saveWorkspaceDocument();
+    showStatusMessage(message);
+    return true;
+}
+
+template <class Edit>
+bool WorkspaceController::editRule(const Uuid& id, Edit edit) {
+    auto rules = *state_.rules;
+    const auto rule = std::find_if(rules.begin(), rules.end(), [&](const auto& each) { return each.id == id; });
+    if (rule == rules.end()) return false;
+    edit(rules, rule);
+    state_.rules.set(std::move(rules));
+    saveWorkspaceDocument();
+    return true;
+}
+
+bool WorkspaceController::setRuleEnabled(const Uuid& id, bool enabled) {
+    return editRule(id, [&](auto&, auto rule) { rule->isEnabled = enabled; });
+}
+
+bool WorkspaceController::setRuleTitleContains(const Uuid& id, const std::string& text) {
+    return editRule(id, [&](auto&, auto rule) {
+        rule->titleContains = trimmed(text);
+        if (rule->titleContains->empty()) rule->titleContains.reset();
+    });
+}
+
+bool WorkspaceController::setRuleDisposition(const Uuid& id, const WorkspaceRuleDisposition& disposition) {
+    return editRule(id, [&](auto&, auto rule) { rule->disposition = disposition; });
+}
+
+bool WorkspaceController::deleteRule(const Uuid& id) {
+    return editRule(id, [](auto& rules, auto rule) { rules.erase(rule); });
+}
+
+bool WorkspaceController::moveRule(const Uuid& id, std::size_t index) {
+    return editRule(id, [&](auto& rules, auto rule) {
+        const auto to = rules.begin() + static_cast<std::ptrdiff_t>(std::min(index, rules.size() - 1));
+        if (to < rule) {
+            std::rotate(to, rule, rule + 1);
+        } else {
+            std::rotate(rule, rule + 1, to + 1);
+        }
+    });
+}
+
+std::optional<RuleExplanation> WorkspaceController::explainRules(const std::string& windowID) const {
+    const ManagedWindow* window = findLive(windowID);
+    if (!window) return std::nullopt;
+    std::vector<std::string> remarks;
+    if (!*state_.continuousManagementEnabled) {
+        remarks.push_back("rules run only when continuous management is enabled");
+    } else if (handledRuleWindowIDs_.contains(windowID)) {
+        remarks.push_back("the window was seen already and is not moved again");
+    }
+    return kova::explainRules(*state_.rules, *window, remarks);
+}
+
+} // namespace kova

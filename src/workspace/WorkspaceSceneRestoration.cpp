@@ -1,0 +1,241 @@
+// Opening a scene: what is there goes to its place at once, what is missing is launched and awaited.
+#include "workspace/WorkspaceController.h"
+
+#include "persistence/PreferenceKeys.h"
+#include "support/Log.h"
+#include "workspace/WindowMatching.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kova {
+
+namespace {
+
+constexpr double kLargestInset = 100; // points
+
+std::string quoted(const std::string& name) {
+    return "“" + name + "”";
+}
+
+/// Whether the slots cover a rectangle of their own, so that a window over them covers no other tile.
+bool isCleanSpan(const std::vector<TileSlot>& slots, const std::vector<std::string>& claimed) {
+    const auto isClaimed = [&](const TileSlot& slot) {
+        return std::find(claimed.begin(), claimed.end(), slot.id) != claimed.end();
+    };
+    std::optional<CGRect> covered;
+    for (const auto& slot : slots) {
+        if (isClaimed(slot)) covered = covered ? unionOf(*covered, slot.normalizedFrame) : slot.normalizedFrame;
+    }
+    constexpr double kTouching = 1e-6;
+    return covered && std::none_of(slots.begin(), slots.end(), [&](const TileSlot& slot) {
+               return !isClaimed(slot) && intersectionArea(*covered, slot.normalizedFrame) > kTouching;
+           });
+}
+
+} // namespace
+
+std::optional<ManagedWindow> WorkspaceController::findWindow(const WorkspaceWindowReference& reference,
+                                                             const std::set<std::string>& excluded) const {
+    const ManagedWindow* window = WindowMatcher(liveWindows_, excluded).take(reference);
+    if (!window) return std::nullopt;
+    return *window;
+}
+
+bool WorkspaceController::activateScene(const Uuid& id) {
+    const auto found = sceneWithID(id);
+    if (!found || !requirePermission()) return false;
+    if (recovery_.detectedLockedLoginSession) return refuse("The screen is locked");
+    const WorkspaceScene& scene = *found;
+    std::vector<std::string> applications;
+    for (const auto& placement : scene.placements) {
+        const auto& name = placement.window.applicationName;
+        if (std::find(applications.begin(), applications.end(), name) == applications.end())
+            applications.push_back(name);
+    }
+    pushUndoSnapshot({std::string(kOpenSceneAction), std::move(applications)});
+    restoration_ = {};
+    applyLook(scene);
+    assignments_ = {};
+    recovery_.clear(); // nothing that was in a tile before is awaited there any more
+    const std::size_t pendingCount = placeWindowsOf(scene);
+    state_.activeSceneID.set(scene.id);
+    saveWorkspaceDocument();
+    if (pendingCount == 0) {
+        showStatusMessage("Scene " + quoted(scene.name) + " restored");
+    } else {
+        showStatusMessage("Restoring Scene " + quoted(scene.name) + " — waiting for " + std::to_string(pendingCount) +
+                          " app window" + (pendingCount == 1 ? "" : "s"));
+    }
+    return true;
+}
+
+/// Theme, accent colour, inset, layouts and their weights. A layout that is not to be had leaves its display as it is.
+void WorkspaceController::applyLook(const WorkspaceScene& scene) {
+    WorkspaceProfile profile = *state_.profile;
+    profile.themeID = scene.themeID;
+    profile.tileInset = std::clamp(scene.tileInset, 0.0, kLargestInset);
+    const auto& screens = *state_.screens;
+    const auto& available = registry_.theme(scene.themeID).layouts;
+    for (const auto& display : scene.displays) {
+        if (display.ordinal < 0 || display.ordinal >= static_cast<std::int64_t>(screens.size())) continue;
+        if (!findLayout(available, display.layoutID)) continue;
+        const std::string target = displayID(screens[static_cast<std::size_t>(display.ordinal)]);
+        profile.layoutSelectionsByDisplay[target] = DisplayLayoutSelection::layout(display.layoutID);
+        profile.layoutWeightsByDisplay[target][display.layoutID] = display.layoutWeights;
+    }
+    setProfile(std::move(profile));
+    state_.accentColorID.set(normalizedAccentColorID(scene.accentColorID));
+    services_.preferences.setValue(preferenceKey::accentColor, *state_.accentColorID);
+    reflow_.forgetAllPushes();
+    ++autoArrangeGeneration_; // what an arrangement still had to do was meant for the tiles as they were
+    layouts_.invalidateAll();
+    state_.layoutRevision.set(*state_.layoutRevision + 1);
+}
+
+/// Gives the number of windows that are still to come.
+std::size_t WorkspaceController::placeWindowsOf(const WorkspaceScene& scene) {
+    const auto& screens = *state_.screens;
+    WindowMatcher matcher(liveWindows_, {});
+    std::vector<RestoredPlacement> restored;
+    std::vector<std::string> toLaunch;
+    for (const auto& placement : inRestoringOrder(scene.placements)) {
+        if (screens.empty()) break;
+        const bool isConnected =
+            placement.displayOrdinal >= 0 && placement.displayOrdinal < static_cast<std::int64_t>(screens.size());
+        const Screen& screen = screens[isConnected ? static_cast<std::size_t>(placement.displayOrdinal) : 0];
+        const auto targets = targetsFor(screen, placement.slotID, placement.claimedSlotIDs);
+        if (targets.empty()) continue;
+        if (const ManagedWindow* window = matcher.take(placement.window)) {
+            restored.push_back(
+                {window->id, targets, placement.stackIndex, frontsItsTile(placement.stackIndex, placement.isActive)});
+            continue;
+        }
+        restoration_.pending.push_back(
+            {.window = placement.window,
+             .displayID = displayID(screen),
+             .slotID = placement.slotID,
+             .stackIndex = placement.stackIndex,
+             .claimedSlotIDs = placement.claimedSlotIDs,
+             .isActive = placement.isActive,
+             .expiresAt = services_.queue.uptime() + PendingSceneWindowPlacement::kLifetime});
+        if (placement.window.bundleIdentifier) toLaunch.push_back(*placement.window.bundleIdentifier);
+    }
+    carryOutRestored(restored);
+    launchForScene(toLaunch);
+    if (!restoration_.pending.empty()) refreshCycle_.wake(); // until they come or have waited long enough
+    return restoration_.pending.size();
+}
+
+/// The tiles of a placement, the anchor first; empty when the display's layout has no such slot.
+std::vector<std::string>
+WorkspaceController::targetsFor(const Screen& screen, const std::string& slotID,
+                                const std::optional<std::vector<std::string>>& claimedSlotIDs) const {
+    const auto& slots = layouts_.resolve(screen, *state_.profile, catalogue()).slots;
+    const bool isThere = std::any_of(slots.begin(), slots.end(), [&](const auto& slot) { return slot.id == slotID; });
+    if (!isThere) return {};
+    const std::string display = displayID(screen);
+    std::vector<std::string> targets{tileTargetID(display, slotID)};
+    if (!claimedSlotIDs) return targets;
+    std::vector<std::string> claimed = *claimedSlotIDs;
+    claimed.push_back(slotID);
+    if (!isCleanSpan(slots, claimed)) return targets;
+    for (const auto& slot : slots) {
+        const bool isClaimed = std::find(claimed.begin(), claimed.end(), slot.id) != claimed.end();
+        if (isClaimed && slot.id != slotID) targets.push_back(tileTargetID(display, slot.id));
+    }
+    return targets;
+}
+
+/// Applications that are not running are launched behind the others, each once.
+void WorkspaceController::launchForScene(const std::vector<std::string>& bundleIDs) {
+    if (bundleIDs.empty()) return;
+    std::set<std::string> running;
+    for (const auto& application : services_.applications.runningApplications()) {
+        if (application.bundleIdentifier && !application.isTerminated) running.insert(*application.bundleIdentifier);
+    }
+    for (const auto& bundleID : bundleIDs) {
+        if (running.contains(bundleID)) continue; // its window is expected to appear by itself
+        const auto application = services_.applications.launchableApplication(bundleID);
+        if (!application || !restoration_.launchedBundleIDs.insert(bundleID).second) continue;
+        services_.applications.launch(*application, LaunchActivation::inBackground,
+                                      lifetime_.guard([this, name = application->name](const LaunchResult& result) {
+                                          if (result.error) log(LogLevel::warning, name + ": " + *result.error);
+                                          refresh();
+                                      }));
+    }
+}
+
+/// Puts windows into their tiles: those in front are brought back, those that wait leave the screen.
+void WorkspaceController::carryOutRestored(const std::vector<RestoredPlacement>& placements) {
+    std::set<std::string> frontsBefore;
+    for (const auto& [target, windowID] : assignments_.assignedWindowIDs) frontsBefore.insert(windowID);
+    for (const auto& placement : placements) restoration_.stackIndexByID[placement.windowID] = placement.stackIndex;
+    assignments_ = withRestored(std::move(assignments_), placements, restoration_.stackIndexByID);
+    std::set<std::string> fronts;
+    for (const auto& [target, windowID] : assignments_.assignedWindowIDs) fronts.insert(windowID);
+
+    std::vector<std::string> waiting;
+    for (const auto& windowID : frontsBefore) {
+        if (!fronts.contains(windowID)) waiting.push_back(windowID);
+    }
+    for (const auto& placement : placements) {
+        noteHasItsPlace(placement.windowID);
+        if (!fronts.contains(placement.windowID)) {
+            if (!frontsBefore.contains(placement.windowID)) waiting.push_back(placement.windowID);
+            continue;
+        }
+        const ManagedWindow window = *findLive(placement.windowID);
+        if (window.isMinimized || windowService_->isApplicationHidden(window.processIdentifier)) bringBack(window);
+    }
+    presentDisplaced(waiting);
+    claimRoomWhereNeeded();
+    publishAssignments();
+    reapplyTileFrames(Straying::any);
+    services_.accessibility.flush();
+}
+
+void WorkspaceController::processPendingScenePlacements() {
+    if (restoration_.pending.empty()) return;
+    std::set<std::string> used;
+    for (const auto& [target, windowID] : assignments_.assignedWindowIDs) used.insert(windowID);
+    for (const auto& [target, stack] : assignments_.stackWindowIDsByTarget) used.insert(stack.begin(), stack.end());
+    WindowMatcher matcher(liveWindows_, used);
+
+    auto pending = std::move(restoration_.pending);
+    restoration_.pending.clear();
+    std::stable_sort(pending.begin(), pending.end(),
+                     [](const auto& a, const auto& b) { return a.stackIndex < b.stackIndex; });
+    std::size_t unavailable = 0;
+    std::vector<RestoredPlacement> restored;
+    for (auto& placement : pending) {
+        if (placement.expiresAt <= services_.queue.uptime()) {
+            ++unavailable;
+            continue;
+        }
+        const Screen* screen = screenOf(placement.displayID);
+        const auto targets =
+            screen ? targetsFor(*screen, placement.slotID, placement.claimedSlotIDs) : std::vector<std::string>{};
+        const ManagedWindow* window = targets.empty() ? nullptr : matcher.take(placement.window);
+        if (window) {
+            restored.push_back(
+                {window->id, targets, placement.stackIndex, frontsItsTile(placement.stackIndex, placement.isActive)});
+        } else {
+            restoration_.pending.push_back(std::move(placement));
+        }
+    }
+    if (!restored.empty()) {
+        closeFocusMode(); // what it restores later would take the tiles away again
+        carryOutRestored(restored);
+    }
+    if (restoration_.pending.empty()) endRestoration(unavailable);
+}
+
+void WorkspaceController::endRestoration(std::size_t unavailable) {
+    restoration_ = {};
+    if (unavailable == 0) return showStatusMessage("Scene fully restored");
+    showStatusMessage("Scene restored — " + std::to_string(unavailable) + " app window" +
+                      (unavailable == 1 ? " was" : "s were") + " unavailable");
+}
+
+} // namespace kova

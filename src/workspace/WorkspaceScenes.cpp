@@ -1,0 +1,124 @@
+// Scenes as a list: captured, named, compared with what is on the screen.
+#include "workspace/WorkspaceController.h"
+
+#include "support/text/Text.h"
+
+#include <algorithm>
+
+namespace kova {
+
+namespace {
+
+std::string quoted(const std::string& name) {
+    return "“" + name + "”";
+}
+
+double aspectRatio(const Screen& screen) {
+    const CGSize size = screen.visibleFrame.size;
+    return size.width / (size.height <= 1 ? 1 : size.height);
+}
+
+} // namespace
+
+std::optional<WorkspaceScene> WorkspaceController::sceneWithID(const Uuid& id) const {
+    const auto& scenes = *state_.scenes;
+    const auto found = std::find_if(scenes.begin(), scenes.end(), [&](const auto& scene) { return scene.id == id; });
+    if (found == scenes.end()) return std::nullopt;
+    return *found;
+}
+
+std::optional<Uuid> WorkspaceController::findScene(const std::string& name) const {
+    std::optional<Uuid> inAnotherCase;
+    for (const auto& scene : *state_.scenes) {
+        if (scene.name == name) return scene.id;
+        if (!inAnotherCase && localizedCaseInsensitiveCompare(scene.name, name) == 0) inAnotherCase = scene.id;
+    }
+    return inAnotherCase;
+}
+
+std::vector<CapturedPlacement> WorkspaceController::capturedPlacements() const {
+    std::vector<CapturedDisplay> displays;
+    for (const auto& screen : *state_.screens) {
+        CapturedDisplay display{displayID(screen), {}};
+        for (const auto& slot : layouts_.resolve(screen, *state_.profile, catalogue()).slots) {
+            display.slotIDs.push_back(slot.id);
+        }
+        displays.push_back(std::move(display));
+    }
+    return capturePlacements(displays, assignments_, [this](const std::string& id) { return findLive(id); });
+}
+
+std::vector<WorkspaceSceneDisplay> WorkspaceController::capturedDisplays() const {
+    std::vector<WorkspaceSceneDisplay> displays;
+    for (const auto& screen : *state_.screens) {
+        const std::string layoutID = layouts_.resolve(screen, *state_.profile, catalogue()).id;
+        displays.push_back({.ordinal = static_cast<std::int64_t>(displays.size()),
+                            .name = screen.localizedName,
+                            .aspectRatio = aspectRatio(screen),
+                            .layoutID = layoutID,
+                            .layoutWeights = state_.profile->weights(displayID(screen), layoutID)});
+    }
+    return displays;
+}
+
+void WorkspaceController::captureScene(const std::optional<std::string>& name) {
+    const Date now = std::chrono::floor<std::chrono::microseconds>(services_.queue.now());
+    WorkspaceScene scene;
+    scene.name = trimmed(name.value_or(""));
+    if (scene.name.empty()) scene.name = "Workspace " + localMonthDayTime(now);
+    scene.createdAt = now;
+    scene.updatedAt = now;
+    scene.themeID = state_.profile->themeID;
+    scene.accentColorID = *state_.accentColorID;
+    scene.tileInset = state_.profile->tileInset;
+    scene.displays = capturedDisplays();
+    for (auto& captured : capturedPlacements()) scene.placements.push_back(std::move(captured.placement));
+
+    state_.activeSceneID.set(scene.id);
+    const std::string message = "Scene " + quoted(scene.name) + " captured";
+    auto scenes = *state_.scenes;
+    scenes.push_back(std::move(scene));
+    state_.scenes.set(std::move(scenes));
+    saveWorkspaceDocument();
+    showStatusMessage(message);
+}
+
+bool WorkspaceController::renameScene(const Uuid& id, const std::string& name) {
+    const std::string newName = trimmed(name);
+    auto scenes = *state_.scenes;
+    const auto scene = std::find_if(scenes.begin(), scenes.end(), [&](const auto& each) { return each.id == id; });
+    if (scene == scenes.end()) return false;
+    if (newName.empty()) return refuse("A scene needs a name");
+    const std::string message = "Scene " + quoted(scene->name) + " renamed to " + quoted(newName);
+    scene->name = newName;
+    scene->updatedAt = std::chrono::floor<std::chrono::microseconds>(services_.queue.now());
+    state_.scenes.set(std::move(scenes));
+    saveWorkspaceDocument();
+    showStatusMessage(message);
+    return true;
+}
+
+bool WorkspaceController::deleteScene(const Uuid& id) {
+    const auto scene = sceneWithID(id);
+    if (!scene) return false;
+    auto scenes = *state_.scenes;
+    std::erase_if(scenes, [&](const auto& each) { return each.id == id; });
+    state_.scenes.set(std::move(scenes));
+    if (*state_.activeSceneID == id) state_.activeSceneID.set(std::nullopt);
+    saveWorkspaceDocument();
+    showStatusMessage("Scene " + quoted(scene->name) + " deleted");
+    return true;
+}
+
+std::optional<std::vector<SceneDifference>> WorkspaceController::diffScene(const Uuid& id) const {
+    const auto scene = sceneWithID(id);
+    if (!scene) return std::nullopt;
+    return sceneDifferences(*scene, {.themeID = state_.profile->themeID,
+                                     .accentColorID = *state_.accentColorID,
+                                     .tileInset = state_.profile->tileInset,
+                                     .displays = capturedDisplays(),
+                                     .placements = capturedPlacements(),
+                                     .windows = liveWindows_});
+}
+
+} // namespace kova
