@@ -1,0 +1,315 @@
+// Rules: which one decides, when they are asked, and how they are edited.
+#include "tests/harness/Desk.h"
+
+#include "persistence/PreferenceKeys.h"
+#include "persistence/WorkspaceDocumentCoding.h"
+#include "workspace/RuleMatching.h"
+
+#include <gtest/gtest.h>
+
+namespace kova {
+
+namespace {
+
+constexpr const char* kLeft = "focus-main";
+constexpr const char* kRight = "secondary-1";
+const CGRect kSomewhere = makeRect(300, 300, 800, 600);
+
+WorkspaceRule rule(std::string name, std::optional<std::string> bundle, std::optional<std::string> application,
+                   std::optional<std::string> title, WorkspaceRuleDisposition disposition = disposition::Float{}) {
+    return {Uuid::random(),         std::move(name),  true,       std::move(bundle),
+            std::move(application), std::move(title), disposition};
+}
+
+ManagedWindow windowOf(std::optional<std::string> bundle, std::string application, std::string title) {
+    ManagedWindow window;
+    window.bundleIdentifier = std::move(bundle);
+    window.applicationName = std::move(application);
+    window.title = std::move(title);
+    return window;
+}
+
+TEST(RuleMatching, AllCriteriaMustHoldAndOneMustBeThere) {
+    const auto mail = windowOf("org.example.mail", "Mail", "Inbox – Mail");
+    const auto plain = windowOf(std::nullopt, "safari", "");
+    const struct {
+        WorkspaceRule rule;
+        ManagedWindow window;
+        RuleVerdict verdict;
+    } cases[] = {
+        {rule("", std::nullopt, std::nullopt, "mAIL"), mail, RuleVerdict::matches},
+        {rule("", "org.example.mail", std::nullopt, std::nullopt), mail, RuleVerdict::matches},
+        {rule("", "org.example.Mail", std::nullopt, std::nullopt), mail, RuleVerdict::otherApplication},
+        {rule("", "org.example.mail", "mail", "inbox"), mail, RuleVerdict::matches},
+        {rule("", "org.example.mail", "Notes", "inbox"), mail, RuleVerdict::otherApplication},
+        {rule("", "org.example.mail", std::nullopt, "Drafts"), mail, RuleVerdict::otherTitle},
+        {rule("", std::nullopt, std::nullopt, std::nullopt), mail, RuleVerdict::withoutCriterion},
+        {rule("", std::nullopt, std::nullopt, ""), mail, RuleVerdict::withoutCriterion},
+        {rule("", std::nullopt, "Safari", std::nullopt), plain, RuleVerdict::matches},
+        {rule("", "org.safari", std::nullopt, std::nullopt), plain, RuleVerdict::otherApplication},
+        {rule("", std::nullopt, "Safari", "x"), plain, RuleVerdict::titleAwaited},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(verdictOf(c.rule, c.window), c.verdict) << &c - cases;
+        WorkspaceRule disabled = c.rule;
+        disabled.isEnabled = false;
+        EXPECT_EQ(verdictOf(disabled, c.window), RuleVerdict::disabled);
+    }
+}
+
+class Rules : public ::testing::Test {
+  protected:
+    Rules() { desk.display(2560, 1440).layout("jarvis.dual-split").start(); }
+
+    void add(WorkspaceRule added) { EXPECT_TRUE(desk.controller().addRule(std::move(added))); }
+    void manageContinuously() { desk.controller().setContinuousManagementEnabled(true); }
+    bool isHandled(const char* label) {
+        return desk.controller().handledRuleWindowIDs().contains(desk.desktop.windowIDOf(label));
+    }
+    Desk& opensQuietly(const char* name, WindowTraits traits = {.frame = kSomewhere}) {
+        return desk.opens(name, std::move(traits)).advance(Seconds(0.6));
+    }
+
+    static WorkspaceRule tileMail(const char* slot = kRight) {
+        return rule("Mail to the right", "sim.mail", std::nullopt, std::nullopt, disposition::Tile{slot});
+    }
+    static constexpr const char* kPlaced = "- | Mail 1291,15 1254x1382";
+    static constexpr const char* kNothing = "- | -";
+    Desk desk;
+};
+
+TEST_F(Rules, PlaceANewWindowOnceAndNeverAgain) {
+    add(tileMail());
+    manageContinuously();
+    opensQuietly("Notes");
+    const auto steps = desk.controller().undoHistory().size();
+    opensQuietly("Mail").expectMessage("Rule “Mail to the right” placed Mail");
+    desk.settle().expectTiles(kPlaced);
+    EXPECT_EQ(desk.controller().undoHistory().size(), steps)
+        << "what the machine does by itself is no step of the person's";
+    desk.desktop.focusByHand("Mail");
+    desk.move(WorkspaceDirection::left).expectTiles("Mail 15,15 1254x1382 | -");
+    desk.desktop.setTitle("Mail", "Another");
+    desk.advance(Seconds(30)).expectTiles("Mail 15,15 1254x1382 | -");
+    desk.desktop.close("Mail");
+    desk.settle();
+    EXPECT_EQ(desk.controller().handledRuleWindowIDs().size(), 1u) << "a window that is gone is forgotten";
+    opensQuietly("Mail").settle().expectTiles(kPlaced);
+}
+
+TEST_F(Rules, RunOnlyWhileManagementIsContinuous) {
+    add(tileMail());
+    opensQuietly("Mail").settle().expectTiles(kNothing);
+    EXPECT_TRUE(desk.controller().handledRuleWindowIDs().empty());
+    manageContinuously();
+    desk.settle().expectTiles(kPlaced);
+    desk.restart();
+    EXPECT_TRUE(*desk.state().continuousManagementEnabled);
+    EXPECT_EQ(desk.state().rules->size(), 1u);
+    desk.expectTiles(kPlaced);
+    desk.controller().setContinuousManagementEnabled(false);
+    EXPECT_EQ(desk.preferences.boolean(preferenceKey::continuousManagement), false);
+    opensQuietly("Mail").settle().expectTiles(kPlaced);
+}
+
+TEST_F(Rules, TheFirstThatMatchesDecides) {
+    WorkspaceRule first = rule("Mail floats", "sim.mail", std::nullopt, std::nullopt);
+    add(first);
+    add(tileMail());
+    manageContinuously();
+    opensQuietly("Mail").settle().expectTiles(kNothing);
+    EXPECT_TRUE(isHandled("Mail"));
+    desk.controller().setRuleEnabled(first.id, false);
+    opensQuietly("Mail").settle().expectTiles("- | Mail 2 1291,15 1254x1382");
+    desk.controller().setRuleEnabled(first.id, true);
+    desk.controller().moveRule(first.id, 99);
+    opensQuietly("Mail").settle().expectTiles("- | Mail 3 1291,15 1254x1382 + Mail 2");
+    desk.controller().deleteRule(desk.state().rules->front().id);
+    opensQuietly("Mail").settle().expectTiles("- | Mail 3 1291,15 1254x1382 + Mail 2");
+}
+
+TEST_F(Rules, ATitleThatComesLateIsAwaited) {
+    add(rule("Inbox to the left", std::nullopt, std::nullopt, "inbox", disposition::Tile{kLeft}));
+    add(tileMail());
+    manageContinuously();
+    opensQuietly("Mail");
+    desk.desktop.setTitle("Mail", "");
+    desk.settle().expectTiles("- | Mail 1291,15 1254x1382");
+    desk.desktop.close("Mail");
+
+    const std::string late = desk.desktop.open("Mail", {.frame = kSomewhere});
+    desk.desktop.setTitle(late, "");
+    desk.settle().expectTiles(kNothing);
+    EXPECT_FALSE(isHandled(late.c_str()));
+    desk.desktop.setTitle(late, "Inbox (2)");
+    desk.advance(Seconds(0.6)).expectMessage("Rule “Inbox to the left” placed Mail");
+    desk.desktop.setTitle(late, "Drafts");
+    desk.settle().expectTiles(late + " 15,15 1254x1382 | -");
+}
+
+TEST_F(Rules, AWindowThatDoesNotShowItselfIsAskedWhenItDoes) {
+    add(tileMail());
+    manageContinuously();
+    opensQuietly("Mail", {.frame = kSomewhere, .isMinimized = true}).settle().expectTiles(kNothing);
+    EXPECT_TRUE(desk.desktop.window("Mail").isMinimized);
+    desk.desktop.minimizeByHand("Mail", false);
+    desk.settle().expectTiles(kPlaced);
+}
+
+TEST_F(Rules, AreInertWithoutTheirSlot) {
+    add(tileMail("no-such-slot"));
+    manageContinuously();
+    opensQuietly("Mail");
+    desk.advance(Seconds(5)).expectTiles(kNothing);
+    desk.expectMessage("");
+    EXPECT_TRUE(isHandled("Mail"));
+}
+
+TEST_F(Rules, KeepWindowsOutOfArrangements) {
+    opensQuietly("Mail");
+    opensQuietly("Notes");
+    add(rule("", "sim.mail", std::nullopt, std::nullopt, disposition::Ignore{}));
+    desk.arrange();
+    EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u) << "they run only while management is continuous";
+    desk.undo();
+    manageContinuously();
+    desk.arrange().expectTiles("- | Notes 1291,15 1254x1382");
+    EXPECT_EQ(desk.desktop.window("Mail").frame, kSomewhere);
+    desk.controller().setRuleDisposition(desk.state().rules->front().id, disposition::Tile{kRight});
+    desk.arrange();
+    EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
+}
+
+TEST_F(Rules, YieldToASceneThatNamesTheWindow) {
+    opensQuietly("Mail").arrange().expectTiles("Mail 15,15 1254x1382 | -");
+    desk.controller().captureScene("Work");
+    const Uuid scene = desk.state().scenes->front().id;
+    desk.desktop.install("Mail");
+    desk.desktop.quit("Mail");
+    add(tileMail());
+    manageContinuously();
+    desk.settle();
+    desk.perform(action::ActivateScene{scene}).settle();
+    desk.expectTiles("Mail 15,15 1254x1382 | -");
+    desk.desktop.takeJournal();
+    desk.perform(action::ActivateScene{scene});
+    EXPECT_EQ(desk.desktop.takeJournal(), "") << "the second time moves nothing";
+}
+
+TEST_F(Rules, WaitUntilFocusModeEnds) {
+    add(tileMail());
+    manageContinuously();
+    opensQuietly("Notes").arrange();
+    desk.desktop.focusByHand("Notes");
+    desk.zoom();
+    opensQuietly("Mail").settle();
+    EXPECT_NE(*desk.state().focusMode, std::nullopt);
+    desk.desktop.focusByHand("Notes");
+    desk.zoom().settle().expectTiles("Notes 15,15 1254x1382 | Mail 1291,15 1254x1382");
+}
+
+TEST_F(Rules, OfTheFocusedApplication) {
+    auto& controller = desk.controller();
+    EXPECT_FALSE(controller.addRuleForFocusedWindow(disposition::Float{}));
+    desk.expectMessage("No focused application window found");
+    desk.desktop.launch("Tool", {.hasBundleIdentifier = false});
+    opensQuietly("Tool");
+    opensQuietly("Mail");
+    const struct {
+        const char* application;
+        WorkspaceRuleDisposition disposition;
+        const char* name;
+        std::optional<std::string> bundleIdentifier;
+        std::optional<std::string> applicationName;
+    } cases[] = {
+        {"Mail", disposition::Float{}, "Mail floats", "sim.mail", std::nullopt},
+        {"Tool", disposition::Ignore{}, "Tool ignored", std::nullopt, "Tool"},
+        {"Tool", disposition::Tile{kLeft}, "Tool → focus-main", std::nullopt, "Tool"},
+    };
+    for (const auto& c : cases) {
+        desk.desktop.focusByHand(c.application);
+        EXPECT_TRUE(controller.addRuleForFocusedWindow(c.disposition));
+        desk.expectMessage("Rule added for " + std::string(c.application));
+        const WorkspaceRule added = desk.state().rules->back();
+        EXPECT_EQ(added.name, c.name);
+        EXPECT_TRUE(added.isEnabled);
+        EXPECT_EQ(added.bundleIdentifier, c.bundleIdentifier);
+        EXPECT_EQ(added.applicationName, c.applicationName);
+        EXPECT_EQ(added.titleContains, std::nullopt);
+        EXPECT_EQ(added.disposition, c.disposition);
+    }
+    EXPECT_EQ(desk.state().rules->size(), 3u);
+}
+
+TEST_F(Rules, AreEditedAndSavedWithoutAWord) {
+    add(tileMail());
+    EXPECT_FALSE(desk.controller().addRule(rule("", std::nullopt, std::nullopt, " \n")));
+    desk.expectMessage("A rule needs an application or a part of a title");
+    desk.advance(Seconds(5));
+    auto& controller = desk.controller();
+    const auto stored = [&] {
+        const auto data = desk.preferences.data(preferenceKey::workspaceProduct);
+        return std::get<WorkspaceProductDocument>(decodeStoredDocument(data->json)).rules;
+    };
+    const Uuid id = desk.state().rules->front().id;
+    EXPECT_TRUE(controller.setRuleTitleContains(id, " \t Inbox \n"));
+    EXPECT_EQ(stored().front().titleContains, "Inbox");
+    EXPECT_TRUE(controller.setRuleTitleContains(id, "\n"));
+    EXPECT_EQ(stored().front().titleContains, std::nullopt);
+    EXPECT_TRUE(controller.setRuleEnabled(id, false));
+    EXPECT_FALSE(stored().front().isEnabled);
+    EXPECT_TRUE(controller.setRuleDisposition(id, disposition::Ignore{}));
+    EXPECT_EQ(stored().front().disposition, WorkspaceRuleDisposition(disposition::Ignore{}));
+    for (const char* name : {"b", "c", "d"}) add(rule(name, "x", std::nullopt, std::nullopt));
+    desk.advance(Seconds(5));
+    const auto order = [&] {
+        std::string names;
+        for (const auto& each : stored()) names += each.name.substr(0, 1);
+        return names;
+    };
+    const Uuid d = desk.state().rules->back().id;
+    EXPECT_TRUE(controller.moveRule(d, 1));
+    EXPECT_EQ(order(), "Mdbc");
+    EXPECT_TRUE(controller.moveRule(id, 2));
+    EXPECT_EQ(order(), "dbMc");
+    EXPECT_TRUE(controller.moveRule(d, 2));
+    EXPECT_EQ(order(), "bMdc");
+    EXPECT_TRUE(controller.deleteRule(id));
+    EXPECT_EQ(order(), "bdc");
+    const auto before = *desk.state().rules;
+    EXPECT_FALSE(controller.setRuleEnabled(id, true) || controller.setRuleTitleContains(id, "x") ||
+                 controller.setRuleDisposition(id, disposition::Float{}) || controller.deleteRule(id) ||
+                 controller.moveRule(id, 0));
+    EXPECT_EQ(*desk.state().rules, before);
+    desk.expectMessage("");
+}
+
+TEST_F(Rules, SayWhyTheyDecide) {
+    WorkspaceRule off = rule("Off", "sim.mail", std::nullopt, std::nullopt);
+    off.isEnabled = false;
+    add(off);
+    add(rule("Notes", "sim.notes", std::nullopt, std::nullopt));
+    add(rule("Drafts", "sim.mail", std::nullopt, "Drafts"));
+    add(tileMail());
+    add(rule("Later", "sim.mail", std::nullopt, std::nullopt));
+    opensQuietly("Mail");
+    const auto explain = [&] { return *desk.controller().explainRules(desk.desktop.windowIDOf("Mail")); };
+    EXPECT_EQ(explain().deciding, 3u);
+    EXPECT_EQ(explain().summary, "Rule “Mail to the right” decides: tile secondary-1; rules run only when continuous "
+                                 "management is enabled");
+    std::string reasons;
+    for (const auto& reason : explain().reasons) reasons += reason.name + " " + reason.text + "\n";
+    EXPECT_EQ(reasons, "Off is disabled\n"
+                       "Notes is for sim.notes, the window belongs to sim.mail\n"
+                       "Drafts asks for “Drafts” in the title, which is “Mail”\n"
+                       "Mail to the right matches: tile secondary-1\n"
+                       "Later is not consulted, an earlier rule decides\n");
+    manageContinuously();
+    desk.settle();
+    EXPECT_TRUE(explain().summary.ends_with("; the window was seen already and is not moved again"));
+    EXPECT_FALSE(desk.controller().explainRules("1:2"));
+}
+
+} // namespace
+
+} // namespace kova
