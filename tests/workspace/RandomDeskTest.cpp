@@ -23,6 +23,7 @@ class RandomDay {
     explicit RandomDay(std::uint32_t seed) : random_(seed) {
         desk_.display(2560, 1440);
         desk_.desktop.setVouching(chance(2));
+        for (const char* name : {"Mail", "Notes", "Codex"}) desk_.desktop.install(name);
         desk_.desktop.setHidingStyle(chance(2) ? HidingStyle::hidesApplication : HidingStyle::iconifiesWindows);
         desk_.start();
         for (int step = 0; step < kStepsPerDay && !testing::Test::HasFailure(); ++step) takeStep();
@@ -129,6 +130,23 @@ class RandomDay {
             takeStep();
             isInterrupted_ = false;
         }
+    }
+    void openScene() {
+        const auto scenes = *desk_.state().scenes;
+        if (scenes.empty()) return;
+        const Uuid id = scenes[below(scenes.size())].id;
+        act(action::ActivateScene{id});
+        if (!chance(3) || isInterrupted_) return;
+        desk_.advance(Seconds(1));
+        act(action::ActivateScene{id});
+    }
+    void addRule() {
+        WorkspaceRule rule;
+        rule.applicationName = anyOf<const char*>({"Mail", "Notes", "Codex", "Firefox", "Console", "Viewer"});
+        rule.disposition = anyOf<WorkspaceRuleDisposition>(
+            {disposition::Tile{"focus-main"}, disposition::Tile{"secondary-2"}, disposition::Float{}});
+        if (chance(3)) rule.titleContains = "draft";
+        (void)desk_.controller().addRule(rule);
     }
     void dragDivider() {
         const auto dividers = desk_.controller().dividers();
@@ -238,6 +256,8 @@ class RandomDay {
         {"focus", [this] { act(action::Focus{anyDirection()}); }},
         {"move", [this] { act(action::Move{anyDirection()}); }},
         {"move", [this] { act(action::Move{anyDirection()}); }},
+        {"captures", [this] { desk_.controller().captureScene(); }},
+        {"opens a scene", [this] { openScene(); }},
         {"next layout", [this] { desk_.controller().selectNextLayout(); }},
         {"previous layout", [this] { desk_.controller().selectPreviousLayout(); }},
         {"drags divider", [this] { dragDivider(); }},
@@ -284,6 +304,13 @@ class RandomDay {
         {"wakes", [this] { desk_.wake(); }},
         {"inset", [this] { desk_.controller().setTileInset(static_cast<double>(below(12))); }},
         {"resets divider", [this] { resetDivider(); }},
+        {"rules",
+         [this] { desk_.controller().setContinuousManagementEnabled(!*desk_.state().continuousManagementEnabled); }},
+        {"adds a rule", [this] { addRule(); }},
+        {"drops a rule",
+         [this] {
+             if (!desk_.state().rules->empty()) desk_.controller().deleteRule(Uuid(desk_.state().rules->front().id));
+         }},
         {"restart", [this] { desk_.restart(); }},
     };
 };

@@ -233,6 +233,14 @@ class UndoWalk {
          [this] { withAnyDivider([&](const auto& divider) { (void)desk_.controller().resetDivider(divider); }); }},
         {"drag window", [this] { withAnyWindow([&](const auto& label) { dragWindow(label); }); }},
         {"drag window", [this] { withAnyWindow([&](const auto& label) { dragWindow(label); }); }},
+        {"captures", [this] { desk_.controller().captureScene(); }},
+        {"opens a scene",
+         [this] {
+             const auto scenes = *desk_.state().scenes;
+             if (scenes.empty()) return;
+             act(action::ActivateScene{scenes[below(scenes.size())].id});
+             desk_.advance(Seconds(26)); // until nobody is awaited any more
+         }},
         {"undo", [this] { stepBack(); }},
         {"opens", [this] { openWindow(); }},
         {"opens", [this] { openWindow(); }},
