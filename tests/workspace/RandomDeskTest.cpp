@@ -113,6 +113,18 @@ class RandomDay {
         story_ += " " + name;
         desk_.opens(name, anyTraits());
     }
+    void launchIntoAnyTile() {
+        const auto tiles = desk_.controller().tiles();
+        if (tiles.empty() || desk_.desktop.livingWindows().size() >= kMostWindows) return;
+        const auto application = anyOf({mail_, notes_, broken_});
+        const auto& tile = tiles[below(tiles.size())];
+        story_ += " " + application.name + " into " + tile.targetID;
+        (void)desk_.controller().launchApplication(application, tile.displayID, tile.slot.id);
+    }
+    void endApplication(const std::string& label) {
+        const std::string id = desk_.desktop.windowIDOf(label);
+        (void)(chance(2) ? desk_.controller().quitApplication(id) : desk_.controller().forceQuitApplication(id));
+    }
     void act(const WorkspaceAction& action) {
         desk_.controller().perform(action);
         desk_.advance(Seconds(0));
@@ -233,6 +245,9 @@ class RandomDay {
     }
 
     Desk desk_;
+    const LaunchableApplication mail_ = desk_.desktop.install("Mail", {.startsAfter = Seconds(0.2)});
+    const LaunchableApplication notes_ = desk_.desktop.install("Notes", {.opensWhenRunning = true});
+    const LaunchableApplication broken_ = desk_.desktop.install("Broken", {.fails = "It is broken"});
     std::mt19937 random_;
     std::string story_;
     int displays_ = 1;
@@ -258,6 +273,7 @@ class RandomDay {
         {"move", [this] { act(action::Move{anyDirection()}); }},
         {"captures", [this] { desk_.controller().captureScene(); }},
         {"opens a scene", [this] { openScene(); }},
+        {"launches", [this] { launchIntoAnyTile(); }},
         {"next layout", [this] { desk_.controller().selectNextLayout(); }},
         {"previous layout", [this] { desk_.controller().selectPreviousLayout(); }},
         {"drags divider", [this] { dragDivider(); }},
@@ -267,6 +283,7 @@ class RandomDay {
     };
     const std::vector<Step> trouble_ = {
         {"quits", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.quit(applicationOf(label)); }); }},
+        {"asks to quit", [this] { withAnyWindow([&](const auto& label) { endApplication(label); }); }},
         {"hides",
          [this] {
              withAnyWindow([&](const auto& label) { desk_.desktop.hideByHand(applicationOf(label), !chance(3)); });
