@@ -39,7 +39,7 @@ Seconds TestLoop::uptime() const {
 
 Subscription TestLoop::watch(int descriptor, std::function<void()> readable) {
     auto watched = std::make_shared<std::pair<int, std::function<void()>>>(descriptor, std::move(readable));
-    watched_ = watched;
+    watched_.push_back(watched);
     return Subscription(watched);
 }
 
@@ -60,9 +60,15 @@ void TestLoop::turn() {
         it = timers_.erase(it);
     }
     for (const auto& piece : work) piece();
-    const auto watched = watched_.lock();
-    pollfd readable{watched ? watched->first : -1, POLLIN, 0};
-    if (::poll(&readable, 1, work.empty() ? 1 : 0) > 0) watched->second();
+    std::erase_if(watched_, [](const auto& watched) { return watched.expired(); });
+    std::vector<pollfd> readable;
+    for (const auto& watched : watched_) readable.push_back({watched.lock()->first, POLLIN, 0});
+    if (::poll(readable.data(), readable.size(), work.empty() ? 1 : 0) <= 0) return;
+    const auto present = watched_;
+    for (std::size_t i = 0; i < present.size(); ++i) {
+        const auto watched = present[i].lock();
+        if (watched && readable[i].revents != 0) watched->second();
+    }
 }
 
 void TestLoop::dropAll() {

@@ -25,7 +25,6 @@ class TestLoop final : public MainQueue {
     WallTime now() const override;
     Seconds uptime() const override;
 
-    /// One descriptor at a time.
     Subscription watch(int descriptor, std::function<void()> readable);
     /// Runs what is due and what is to be read, once; sleeps a little when there is nothing.
     void turn();
@@ -36,7 +35,7 @@ class TestLoop final : public MainQueue {
     std::mutex mutex_;
     std::vector<std::function<void()>> posted_;
     std::vector<std::shared_ptr<Due>> timers_;
-    std::weak_ptr<std::pair<int, std::function<void()>>> watched_;
+    std::vector<std::weak_ptr<std::pair<int, std::function<void()>>>> watched_;
 };
 
 /// Classes are their own names.

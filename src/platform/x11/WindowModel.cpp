@@ -18,7 +18,6 @@ void EventEffects::add(EventEffects&& other) {
     askActiveWindow |= other.askActiveWindow;
     askDisplays |= other.askDisplays;
     panelsChanged |= other.panelsChanged;
-    isByHand |= other.isByHand;
     redecorated.insert(redecorated.end(), other.redecorated.begin(), other.redecorated.end());
     restated.insert(restated.end(), other.restated.begin(), other.restated.end());
     returning.insert(returning.end(), other.returning.begin(), other.returning.end());

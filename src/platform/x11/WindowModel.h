@@ -42,14 +42,13 @@ struct EventEffects {
     bool askActiveWindow = false;
     bool askDisplays = false;
     bool panelsChanged = false;
-    bool isByHand = false;                 // about the pointer or what it holds
     std::vector<xcb_window_t> redecorated; // announced other decorations
     std::vector<xcb_window_t> restated;    // announced another state under a window manager
     std::vector<xcb_window_t> returning;   // went as asked, and are wanted back by now
     void add(EventEffects&& other);
     bool isForMainThread() const {
-        return askActiveWindow || askDisplays || panelsChanged || isByHand || !redecorated.empty() ||
-               !restated.empty() || !returning.empty();
+        return askActiveWindow || askDisplays || panelsChanged || !redecorated.empty() || !restated.empty() ||
+               !returning.empty();
     }
 };
 

@@ -30,7 +30,6 @@ X11Desktop::Parts::Parts(std::unique_ptr<XConnection> opened, const Options& opt
     queue(mainQueue), catalogue(applicationCatalogue), launcher(options.launcher),
     patienceAtTheEnd(options.patienceAtTheEnd), ownProcesses(ownLine()), model(connection->atoms(), connection->root()),
     displays(*connection), hidden(options.hiddenWindowsFile), outbox(*connection, model),
-    pointerWatch(*connection, asked, [this] { lookAtPointerAgain(); }), handleWindows(*connection, model, asked),
     refresh(*connection, mutex, model) {
     model.setRandrEventBase(displays.eventBase());
     model.rootSize = {connection->screen().width_in_pixels, connection->screen().height_in_pixels};
@@ -42,6 +41,7 @@ std::variant<std::unique_ptr<X11Desktop>, std::string> X11Desktop::open(const Op
     if (auto* reason = std::get_if<std::string>(&connected)) return std::move(*reason);
     auto parts = std::make_unique<Parts>(std::move(std::get<0>(connected)), options, queue, catalogue);
     parts->readEverything();
+    parts->openHand();
     if (parts->isLost) return "The X display \"" + parts->connection->displayName() + "\" closed the connection.";
     return std::unique_ptr<X11Desktop>(new X11Desktop(std::move(parts)));
 }
@@ -152,6 +152,7 @@ void X11Desktop::listen(Watch watch, std::function<void()> lost) {
         if (!readEvents()) lost();
     };
     parts_->resume();
+    parts_->listenToHand();
 }
 
 /// Reads what has come and then either watches for more or looks again a little later.
@@ -180,8 +181,8 @@ void X11Desktop::Parts::readAndRest() {
 
 bool X11Desktop::Parts::mayRest() const {
     const auto isLeaving = [](const HiddenWindow& taken) { return !taken.hasLeftScreen; };
-    return !whenChanged && !isByHand() && asked.empty() && !displays.isAsking() &&
-           std::ranges::none_of(hidden.all(), isLeaving) && !isAnyReturning();
+    return !whenChanged && asked.empty() && !displays.isAsking() && std::ranges::none_of(hidden.all(), isLeaving) &&
+           !isAnyReturning();
 }
 
 void X11Desktop::Parts::resume() {
@@ -200,12 +201,7 @@ EventEffects X11Desktop::Parts::drain(xcb_generic_event_t* (*next)(xcb_connectio
     EventEffects effects;
     while (const XReply<xcb_generic_event_t> event{next(connection->get())}) {
         // Type 0 is the error of a request without a reply: a window that had gone.
-        if (event->response_type == 0) continue;
-        if (takeByHand(*event)) {
-            effects.isByHand = true;
-        } else {
-            effects.add(model.apply(*event));
-        }
+        if (event->response_type != 0) effects.add(model.apply(*event));
     }
     if (effects.changed) noteChange();
     return effects;
@@ -231,7 +227,6 @@ void X11Desktop::Parts::settle(EventEffects effects) {
         noteChange();
         screenObservers.notify();
     }
-    tellOfHand();
     callWhenChanged();
 }
 
@@ -258,8 +253,7 @@ bool X11Desktop::Parts::actOn(const EventEffects& effects) {
     mustFlush |= displays.hasUnsent();
     const bool displaysChanged = (displaysTold || effects.panelsChanged) && arrangeDisplays();
     if (displaysChanged) placeHandles();
-    if (effects.changed) pointerWatch.noteMovement();
-    actByHand();
+    if (hand) hand->windowsChanged(effects.changed);
     return displaysChanged;
 }
 
@@ -387,8 +381,8 @@ void X11Desktop::Parts::bringUpToDate() {
             unsettled.changed = true;
         }
         mainHasWork = unsettled.isForMainThread() || model.hasChangedHands || (unsettled.changed && isAwaited) ||
-                      hidden.isBehind(model, queue.uptime()) || handleWindows.isMisplaced() || !asked.empty() ||
-                      displays.isAsking();
+                      hidden.isBehind(model, queue.uptime()) || (hand && hand->hasMisplacedHandles()) ||
+                      !asked.empty() || displays.isAsking();
         unsettled.changed = false;
     }
     if (mainHasWork && !isMainThread()) queue.post(lifetime.guard([this] { settle({}); }));

@@ -68,6 +68,7 @@ void DividerHandleWindows::show(const std::vector<HandlePlace>& places) {
         xcb_destroy_window(connection_.get(), shown.window);
     }
     std::erase_if(shown_, isGone);
+    mustSend_ = true;
     for (const HandlePlace& place : places) {
         const auto known = std::ranges::find(shown_, place.id, [](const Shown& shown) { return shown.place.id; });
         if (known == shown_.end()) {
@@ -156,6 +157,10 @@ bool DividerHandleWindows::isMisplaced() const {
     return false;
 }
 
+void DividerHandleWindows::keepInOrder() {
+    if (isMisplaced()) restack();
+}
+
 void DividerHandleWindows::restack() {
     const auto [below, above] = neighbours();
     const bool hasAbove = above != kNoWindow;
@@ -172,7 +177,7 @@ void DividerHandleWindows::restack() {
     }
     mustSend_ = true;
     if (std::exchange(isRestacking_, true)) return;
-    // By the time of this answer, the model has heard of it.
+    // Asking more often than the server answers would be asking for the same.
     asked_.emplace_back().add(xcb_get_input_focus(connection_.get()), [this](const void*) { isRestacking_ = false; });
 }
 
@@ -246,7 +251,6 @@ bool DividerHandleWindows::act() {
         }
     }
     if (!held_ || held_->isUsedUp) ungrabKeyboard();
-    if (isMisplaced()) restack();
     return std::exchange(mustSend_, false);
 }
 

@@ -3,7 +3,7 @@
 // never over a window. Only the main button is theirs; what other buttons do there is the desktop's affair.
 //
 // While one is held, the pointer is the server's to follow (a passive grab), and the keyboard is ours for Escape.
-// Guarded by whoever guards the model; requests are buffered, not sent.
+// Requests are buffered, not sent.
 #pragma once
 
 #include "platform/x11/Questions.h"
@@ -45,15 +45,15 @@ class DividerHandleWindows {
 
     /// Exactly these are shown. One that is held and not among them is torn out of the hand.
     void show(const std::vector<HandlePlace>& places);
-    bool isEmpty() const { return shown_.empty(); }
-    bool isHeld() const { return held_.has_value(); }
 
     /// True when the event is about the handles; then `act` has something to do.
     bool take(const xcb_generic_event_t& event);
     /// True when requests wait to be sent. Main thread.
     bool act();
-    /// Whether the handles are no longer where they belong in the stack.
+    /// Whether the handles are no longer where they belong in the stack, as far as the model knows it.
     bool isMisplaced() const;
+    /// Puts them there; `act` follows.
+    void keepInOrder();
     std::vector<HandleNews> takeNews() { return std::exchange(news_, {}); }
 
   private:
@@ -101,7 +101,7 @@ class DividerHandleWindows {
     std::optional<std::vector<xcb_keycode_t>> escapeKeys_;
     bool mustGrabKeyboard_ = false;
     bool hasKeyboard_ = false;
-    bool isRestacking_ = false; // asked for, and not known to be done
+    bool isRestacking_ = false; // asked for, and not done yet
     xcb_font_t cursorFont_ = XCB_NONE;
     xcb_cursor_t sidewaysCursor_ = XCB_NONE, upDownCursor_ = XCB_NONE;
     bool mustSend_ = false;

@@ -1,85 +1,68 @@
-// The user's hand: the pointer's button, and the handles of dividers.
-#include "platform/x11/X11Parts.h"
+#include "platform/x11/X11Hand.h"
 
-namespace kova {
+namespace kova::x11 {
 
-using namespace x11;
+Hand::Hand(std::unique_ptr<XConnection> connection, const WindowModel& model, std::function<void()> lookAgain,
+           std::function<void()> readSoon) :
+    connection_(std::move(connection)),
+    pointer_(*connection_, asked_, std::move(lookAgain)), handles_(*connection_, model, asked_),
+    readSoon_(std::move(readSoon)) {}
 
-namespace {
-
-/// How often a held pointer is looked at.
-constexpr Seconds kLookInterval{1.0 / 60};
-
-} // namespace
-
-Subscription X11Desktop::observePointer(std::function<void(const PointerEvent&)> observer) {
-    const std::lock_guard lock(parts_->mutex);
-    auto subscription = parts_->pointerObservers.add(std::move(observer));
-    parts_->pointerWatch.follow(true);
-    parts_->sendSoon();
-    return subscription;
+void Hand::read() {
+    // Looking for answers, and sending, also reads events, for which nothing would wake this thread.
+    do {
+        takeReplies();
+        send();
+    } while (takeEvents());
 }
 
-void X11Desktop::showHandles(const std::vector<DividerHandle>& handles) {
-    const std::lock_guard lock(parts_->mutex);
-    parts_->handles = handles;
-    parts_->placeHandles();
-    parts_->sendSoon();
-}
-
-Subscription X11Desktop::observeHandles(std::function<void(const DividerHandleEvent&)> observer) {
-    return parts_->handleObservers.add(std::move(observer));
-}
-
-void X11Desktop::Parts::placeHandles() {
-    std::vector<HandlePlace> places;
-    for (const DividerHandle& handle : handles) {
-        const CGRect gap = flipped(handle.frame, arrangement.firstRect.height);
-        places.push_back(placeOfHandle(handle.id, onRoot(gap), handle.axis));
+/// True when there were any.
+bool Hand::takeEvents() {
+    bool any = false;
+    while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_->get())}) {
+        any |= handles_.take(*event) || pointer_.take(*event);
     }
-    handleWindows.show(places);
-    mustFlush = true;
+    return any;
 }
 
-bool X11Desktop::Parts::takeByHand(const xcb_generic_event_t& event) {
-    return handleWindows.take(event) || pointerWatch.take(event);
-}
-
-void X11Desktop::Parts::actByHand() {
-    mustFlush |= handleWindows.act();
-    mustFlush |= pointerWatch.act();
-}
-
-void X11Desktop::Parts::lookAtPointerAgain() {
-    queue.after(kLookInterval, lifetime.guard([this] {
-        {
-            const std::lock_guard lock(mutex);
-            pointerWatch.look();
-        }
-        settle({});
-    }));
-}
-
-/// Screen space of what the server tells in root coordinates.
-CGPoint X11Desktop::Parts::onScreen(int x, int y) const {
-    const PixelRect& first = arrangement.firstRect;
-    return flipped(CGPoint{static_cast<double>(x - first.x), static_cast<double>(y - first.y)}, first.height);
-}
-
-/// Once whoever acts on it may read and write windows again.
-void X11Desktop::Parts::tellOfHand() {
-    const std::lock_guard lock(mutex);
-    for (const PointerNews& news : pointerWatch.takeNews()) {
-        const PointerEvent event{news.kind, onScreen(news.x, news.y), news.isShiftDown};
-        queue.post(lifetime.guard([this, event] { pointerObservers.notify(event); }));
+void Hand::takeReplies() {
+    while (!asked_.empty() && asked_.front().collect(*connection_)) {
+        Questions answered = std::move(asked_.front());
+        asked_.pop_front();
+        answered.take();
     }
-    for (const HandleNews& news : handleWindows.takeNews()) {
-        const DividerHandleEvent event{news.kind, news.id, onScreen(news.x, news.y)};
-        queue.post(lifetime.guard([this, event] { handleObservers.notify(event); }));
-    }
-    if (!pointerWatch.isFollowing() || pointerObservers.hasAny()) return;
-    pointerWatch.follow(false);
-    sendSoon();
 }
 
-} // namespace kova
+bool Hand::send() {
+    const bool isHandlesDue = handles_.act();
+    const bool isPointerDue = pointer_.act();
+    if (isHandlesDue || isPointerDue) connection_->flush();
+    return isHandlesDue || isPointerDue;
+}
+
+void Hand::sendAndReadSoon() {
+    if (send()) readSoon_();
+}
+
+void Hand::followPointer(bool follows) {
+    pointer_.follow(follows);
+    sendAndReadSoon();
+}
+
+void Hand::look() {
+    pointer_.look();
+    sendAndReadSoon();
+}
+
+void Hand::show(const std::vector<HandlePlace>& places) {
+    handles_.show(places);
+    sendAndReadSoon();
+}
+
+void Hand::windowsChanged(bool haveMoved) {
+    if (haveMoved) pointer_.noteMovement();
+    handles_.keepInOrder();
+    sendAndReadSoon();
+}
+
+} // namespace kova::x11

@@ -7,8 +7,7 @@
 #include "platform/x11/ModelRefresh.h"
 #include "platform/x11/Outbox.h"
 #include "platform/x11/X11Desktop.h"
-#include "platform/x11/X11DividerHandles.h"
-#include "platform/x11/X11PointerWatch.h"
+#include "platform/x11/X11Hand.h"
 #include "support/Lifetime.h"
 
 #include <atomic>
@@ -48,9 +47,10 @@ struct X11Desktop::Parts {
     // Main thread only
     bool mustFlush = false; // requests wait to be sent
     bool isSendDue = false;
+    bool isHandReadDue = false;
     Watch watch;
     std::function<void()> whenLost;
-    std::optional<Subscription> watching;
+    std::optional<Subscription> watching, watchingHand;
     std::shared_ptr<ScheduledWork> rest;
     std::atomic<bool> isResting{false}; // nobody watches the connection for a moment
     Observers<> screenObservers;
@@ -74,8 +74,7 @@ struct X11Desktop::Parts {
     x11::DisplayArrangement arrangement;
     std::vector<x11::Monitor> monitors;
     std::vector<X11Application> applications;
-    x11::PointerWatch pointerWatch;
-    x11::DividerHandleWindows handleWindows;
+    std::unique_ptr<x11::Hand> hand; // null when there is none
 
     x11::ModelRefresh refresh; // the polling queue's
     Lifetime lifetime;
@@ -102,13 +101,14 @@ struct X11Desktop::Parts {
     void noteChange();
     void callWhenChanged();
 
-    // The hand (X11Hand.cpp)
-    bool takeByHand(const xcb_generic_event_t& event); // any thread, locked
-    bool isByHand() const { return pointerWatch.isHeld() || handleWindows.isHeld(); }
-    void actByHand();    // main thread, locked
-    void placeHandles(); // main thread, locked
+    // The hand (X11DesktopHand.cpp), main thread
+    void openHand(); // waits for the server
+    void listenToHand();
+    void readHand(); // not locked
+    void readHandSoon();
+    void placeHandles(); // locked
     void lookAtPointerAgain();
-    void tellOfHand(); // main thread, not locked
+    void tellOfHand(); // not locked
     CGPoint onScreen(int x, int y) const;
     bool isMainThread() const { return std::this_thread::get_id() == mainThread; }
 

@@ -37,7 +37,6 @@ class PointerWatch {
     /// Begins to listen, or ceases to.
     void follow(bool follows);
     bool isFollowing() const { return isFollowing_; }
-    bool isHeld() const { return isHeld_; }
 
     /// True when the event is about the pointer; then `act` has something to do.
     bool take(const xcb_generic_event_t& event);

@@ -1,0 +1,99 @@
+// The user's hand: the pointer's button, and the handles of dividers.
+#include "platform/x11/X11Parts.h"
+
+namespace kova {
+
+using namespace x11;
+
+namespace {
+
+/// How often a held pointer is looked at.
+constexpr Seconds kLookInterval{1.0 / 60};
+
+} // namespace
+
+Subscription X11Desktop::observePointer(std::function<void(const PointerEvent&)> observer) {
+    auto subscription = parts_->pointerObservers.add(std::move(observer));
+    const std::lock_guard lock(parts_->mutex);
+    if (parts_->hand) parts_->hand->followPointer(true);
+    return subscription;
+}
+
+void X11Desktop::showHandles(const std::vector<DividerHandle>& handles) {
+    const std::lock_guard lock(parts_->mutex);
+    parts_->handles = handles;
+    parts_->placeHandles();
+}
+
+Subscription X11Desktop::observeHandles(std::function<void(const DividerHandleEvent&)> observer) {
+    return parts_->handleObservers.add(std::move(observer));
+}
+
+void X11Desktop::Parts::openHand() {
+    // Without a second connection there is a desktop all the same.
+    auto second = XConnection::open(connection->displayName());
+    if (auto* opened = std::get_if<std::unique_ptr<XConnection>>(&second)) {
+        hand = std::make_unique<Hand>(
+            std::move(*opened), model, [this] { lookAtPointerAgain(); }, [this] { readHandSoon(); });
+    }
+}
+
+void X11Desktop::Parts::listenToHand() {
+    if (hand) watchingHand = watch(hand->descriptor(), [this] { readHand(); });
+}
+
+void X11Desktop::Parts::readHand() {
+    {
+        const std::lock_guard lock(mutex);
+        hand->read();
+    }
+    tellOfHand();
+    if (hand->isLost()) watchingHand.reset();
+}
+
+void X11Desktop::Parts::readHandSoon() {
+    if (std::exchange(isHandReadDue, true)) return;
+    queue.post(lifetime.guard([this] {
+        isHandReadDue = false;
+        readHand();
+    }));
+}
+
+void X11Desktop::Parts::placeHandles() {
+    if (!hand) return;
+    std::vector<HandlePlace> places;
+    for (const DividerHandle& handle : handles) {
+        const CGRect gap = flipped(handle.frame, arrangement.firstRect.height);
+        places.push_back(placeOfHandle(handle.id, onRoot(gap), handle.axis));
+    }
+    hand->show(places);
+}
+
+void X11Desktop::Parts::lookAtPointerAgain() {
+    queue.after(kLookInterval, lifetime.guard([this] {
+        const std::lock_guard lock(mutex);
+        hand->look();
+    }));
+}
+
+/// Screen space of what the server tells in root coordinates.
+CGPoint X11Desktop::Parts::onScreen(int x, int y) const {
+    const PixelRect& first = arrangement.firstRect;
+    return flipped(CGPoint{static_cast<double>(x - first.x), static_cast<double>(y - first.y)}, first.height);
+}
+
+/// Once whoever acts on it may read and write windows again.
+void X11Desktop::Parts::tellOfHand() {
+    const std::lock_guard lock(mutex);
+    for (const PointerNews& news : hand->takePointerNews()) {
+        const PointerEvent event{news.kind, onScreen(news.x, news.y), news.isShiftDown};
+        queue.post(lifetime.guard([this, event] { pointerObservers.notify(event); }));
+    }
+    for (const HandleNews& news : hand->takeHandleNews()) {
+        const DividerHandleEvent event{news.kind, news.id, onScreen(news.x, news.y)};
+        queue.post(lifetime.guard([this, event] { handleObservers.notify(event); }));
+    }
+    if (hand->isFollowingPointer() && !pointerObservers.hasAny()) hand->followPointer(false);
+}
+
+} // namespace kova
