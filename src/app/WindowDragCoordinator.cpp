@@ -38,14 +38,15 @@ void WindowDragCoordinator::handle(const PointerEvent& event) {
 
 void WindowDragCoordinator::pressed(CGPoint location) {
     // The hand is faster than the window, or a release was never told.
-    if (grip_ && grip_->isDragging) {
-        if (!letGo_) letGo_ = LetGo{location, WorkspaceController::LettingGo::intoTile};
-        finishLettingGo();
-    }
-    grip_.reset();
+    if (grip_ && !letGo_) letGo_ = LetGo{location, WorkspaceController::LettingGo::intoTile};
+    finishLettingGo();
     const auto windowID = workspace_.managedWindowUnder(location);
     const auto frame = windowID ? workspace_.currentFrame(*windowID) : std::nullopt;
     if (frame) grip_ = Grip{*windowID, *frame, location};
+}
+
+bool WindowDragCoordinator::isAtRest(CGPoint location) const {
+    return std::hypot(location.x - grip_->pointer.x, location.y - grip_->pointer.y) <= kSlackPoints;
 }
 
 std::optional<WorkspaceController::HandMovement> WindowDragCoordinator::movement() const {
@@ -59,8 +60,7 @@ std::optional<WorkspaceController::HandMovement> WindowDragCoordinator::movement
 void WindowDragCoordinator::moved(CGPoint location) {
     if (!grip_) return;
     // A window that moves under a hand that rests is moved by somebody else.
-    const double distance = std::hypot(location.x - grip_->pointer.x, location.y - grip_->pointer.y);
-    if (!grip_->isDragging && distance <= kSlackPoints) return;
+    if (!grip_->isDragging && isAtRest(location)) return;
     const auto what = movement();
     if (!what) return;
     if (!grip_->isDragging) grip_->isDragging = workspace_.beginWindowDrag(grip_->windowID, grip_->frame);
@@ -70,7 +70,7 @@ void WindowDragCoordinator::moved(CGPoint location) {
 void WindowDragCoordinator::released(CGPoint location, bool isShiftDown) {
     if (!grip_) return;
     moved(location);
-    if (!grip_->isDragging) return grip_.reset();
+    if (!grip_->isDragging && isAtRest(location)) return grip_.reset(); // a click
     const auto lettingGo =
         isShiftDown ? WorkspaceController::LettingGo::floating : WorkspaceController::LettingGo::intoTile;
     letGo_ = LetGo{location, lettingGo};
@@ -80,6 +80,8 @@ void WindowDragCoordinator::released(CGPoint location, bool isShiftDown) {
 void WindowDragCoordinator::finishLettingGo() {
     if (!grip_ || !letGo_) return;
     const LetGo where = *std::exchange(letGo_, std::nullopt);
+    moved(where.location); // a window that is slower than a quick hand has moved only now
+    if (!grip_->isDragging) return grip_.reset();
     const auto what = movement().value_or(WorkspaceController::HandMovement::move);
     grip_.reset();
     workspace_.endWindowDrag(where.location, what, where.lettingGo);

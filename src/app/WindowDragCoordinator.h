@@ -41,6 +41,7 @@ class WindowDragCoordinator {
     void moved(CGPoint location);
     void released(CGPoint location, bool isShiftDown);
     void finishLettingGo();
+    bool isAtRest(CGPoint location) const;
     /// What the hand has done to the window so far; absent when nothing.
     std::optional<WorkspaceController::HandMovement> movement() const;
 

@@ -188,6 +188,18 @@ TEST_F(CarriedWindows, LandInTheTileWhereTheyAreDropped) {
     desk.expectTiles(kHalves);
 }
 
+TEST_F(CarriedWindows, MayBeSlowerThanTheHand) {
+    presses({1400, 30}, HandGrip::nothing).moves({500, 300}).letsGo();
+    desk.desktop.moveByHand("Mail", makeRect(391, 285, 1254, 1382));
+    desk.settle();
+    desk.expectTiles("Mail 15,15 1254x1382 + Codex | -");
+    presses({100, 30}, HandGrip::nothing).moves({1900, 300}).letsGo();
+    presses({100, 30}, HandGrip::nothing);
+    desk.settle();
+    letsGo();
+    desk.expectTiles("Mail 15,15 1254x1382 + Codex | -"); // nothing is left of the first time for the second
+}
+
 TEST_F(CarriedWindows, ReturnWhenTheyAreDroppedElsewhere) {
     desk.desktop.setPanels("A", makeRect(0, 0, 0, 100)); // a panel below
     desk.settle();
