@@ -32,8 +32,8 @@ int exitCodeOf(int status) {
 
 } // namespace
 
-bool eventually(const std::function<bool()>& holds) {
-    const auto end = std::chrono::steady_clock::now() + 20s;
+bool eventually(const std::function<bool()>& holds, std::chrono::seconds patience) {
+    const auto end = std::chrono::steady_clock::now() + patience;
     while (!holds()) {
         if (std::chrono::steady_clock::now() > end) return false;
         std::this_thread::sleep_for(20ms);

@@ -55,7 +55,7 @@ class Session {
     pid_t agent_ = -1;
 };
 
-/// False when it does not hold within twenty seconds.
-bool eventually(const std::function<bool()>& holds);
+/// False when it does not hold within that time.
+bool eventually(const std::function<bool()>& holds, std::chrono::seconds patience = std::chrono::seconds(20));
 
 } // namespace kova::testing

@@ -1,0 +1,205 @@
+// A real mouse on a real desktop: dividers are dragged, and windows carried from tile to tile.
+#include "tests/agent/Session.h"
+#include "tests/desktop/TestClient.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <filesystem>
+#include <iostream>
+
+namespace kova::testing {
+namespace {
+
+std::string text(const CGRect& r) {
+    const auto number = [](double value) { return std::to_string(std::lround(value)); };
+    return number(minX(r)) + "," + number(minY(r)) + " " + number(r.size.width) + "x" + number(r.size.height);
+}
+
+class Mouse : public ::testing::TestWithParam<Manager> {
+  protected:
+    void SetUp() override {
+        if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
+        if (isManaged()) waitForManager();
+        left_ = client_.open({.title = "Left"});
+        right_ = client_.open({.title = "Right", .frame = makeRect(700, 60, 400, 300)});
+        session_.startAgent();
+        ASSERT_TRUE(session_.agentAnswers());
+        ASSERT_TRUE(eventually([&] { return session_.query("windows").size() == 2; }));
+        ASSERT_EQ(session_.kova({"layout", "select", "jarvis.dual-split"}).exitCode, 0);
+        ASSERT_EQ(session_.kova({"arrange"}).exitCode, 0);
+        const auto isLeft = [&] { return minX(client_.outerFrame(left_)) < minX(client_.outerFrame(right_)); };
+        ASSERT_TRUE(eventually([&] { return frames() == kHalves || (!isLeft() && frames() == kHalvesTheOtherWay); }));
+        if (!isLeft()) std::swap(left_, right_);
+    }
+    void TearDown() override {
+        if (!HasFailure()) return;
+        const auto picture = std::filesystem::current_path() / "mouse.png";
+        session_.run({"import", "-window", "root", picture.string()});
+        std::cerr << "The desktop was like this: " << picture << "\n"
+                  << session_.kova({"query", "tiles"}).output << session_.kova({"query", "windows"}).output;
+    }
+
+    /// While it starts, it may overlook a window: it is ready once it has noticed one.
+    void waitForManager() {
+        server_.startManager();
+        const xcb_window_t probe = client_.create({.title = "Probe"});
+        ASSERT_TRUE(eventually([&] {
+            client_.unmap(probe);
+            client_.map(probe);
+            return !client_.numbers(client_.root(), "_NET_CLIENT_LIST").empty();
+        }));
+        client_.destroy(probe);
+    }
+    bool isManaged() const { return GetParam() == Manager::openbox; }
+    void mouse(std::vector<std::string> command) {
+        command.insert(command.begin(), "xdotool");
+        const auto finished = session_.run(command);
+        ASSERT_EQ(finished.exitCode, 0) << finished.output;
+    }
+    /// As a hand does it: movements, not leaps.
+    void movesBy(int x, int y) {
+        mouse({"mousemove_relative", "--", std::to_string(x / 2), std::to_string(y / 2)});
+        mouse({"mousemove_relative", "--", std::to_string(x - x / 2), std::to_string(y - y / 2)});
+    }
+    void takesHoldAt(int x, int y) {
+        mouse({"mousemove", std::to_string(x), std::to_string(y)});
+        mouse({"mousedown", "1"});
+    }
+    void letsGo() { mouse({"mouseup", "1"}); }
+    std::string frames() const { return text(client_.outerFrame(left_)) + " | " + text(client_.outerFrame(right_)); }
+    bool standsLike(const std::string& expected) {
+        const bool does = eventually([&] { return frames() == expected; });
+        if (!does) ADD_FAILURE() << frames() << " instead of " << expected;
+        return does;
+    }
+    /// The title of the window in front in each tile.
+    std::string tiles() {
+        std::string titles;
+        const auto windows = session_.query("windows");
+        for (const auto& tile : session_.query("tiles")) {
+            std::string title = "-";
+            for (const auto& window : windows) {
+                if (window.at("id") == tile.at("window")) title = window.at("title");
+            }
+            titles += (titles.empty() ? "" : " ") + title;
+        }
+        return titles;
+    }
+    bool isMinimized(xcb_window_t window) {
+        for (const auto& listed : session_.query("windows")) {
+            if (listed.at("id").get<std::string>().ends_with(":" + std::to_string(window)))
+                return listed.at("isMinimized");
+        }
+        return false;
+    }
+    /// Takes the window by its title bar; without a window manager its own program moves it while the button is held.
+    void carries(xcb_window_t window, int x, int y) {
+        const CGRect before = client_.outerFrame(window);
+        takesHoldAt(static_cast<int>(minX(before)) + 200, static_cast<int>(minY(before)) + 9);
+        const auto goesTo = [&](int dx, int dy) {
+            movesBy(dx, dy);
+            if (isManaged()) return;
+            const CGRect now = client_.outerFrame(window);
+            client_.configure(window, makeRect(minX(now) + dx, minY(now) + dy, now.size.width, now.size.height));
+        };
+        // It follows once its manager has found out that this is no click.
+        goesTo(40, 30);
+        EXPECT_TRUE(eventually([&] {
+            if (client_.outerFrame(window).origin != before.origin) return true;
+            goesTo(2, 0);
+            return false;
+        })) << "the window does not follow the mouse";
+        goesTo(x, y);
+        const CGRect far = client_.outerFrame(window);
+        EXPECT_TRUE(eventually([&] { return std::abs(minX(client_.outerFrame(window)) - minX(before)) > 100; }))
+            << text(far);
+    }
+
+    const std::string kHalves = "15,15 614x742 | 651,15 614x742";
+    const std::string kHalvesTheOtherWay = "651,15 614x742 | 15,15 614x742";
+    PrivateServer server_{"1280x800"};
+    Session session_{server_.folder(), server_.displayName()};
+    TestClient client_{server_.displayName(), "Drawing", static_cast<std::uint32_t>(getpid())};
+    xcb_window_t left_ = 0, right_ = 0;
+};
+
+TEST_P(Mouse, DragsADividerAndBothNeighboursFollow) {
+    takesHoldAt(640, 400);
+    movesBy(100, 20);
+    EXPECT_TRUE(standsLike("15,15 714x742 | 751,15 514x742")) << "while the button is held";
+    movesBy(-200, 0);
+    EXPECT_TRUE(standsLike("15,15 514x742 | 551,15 714x742"));
+    mouse({"key", "Escape"});
+    EXPECT_TRUE(standsLike(kHalves));
+    movesBy(50, 0);
+    letsGo();
+    EXPECT_TRUE(standsLike(kHalves)) << "Escape has let go of it";
+
+    takesHoldAt(640, 400);
+    movesBy(120, 0);
+    letsGo();
+    EXPECT_TRUE(standsLike("15,15 734x742 | 771,15 494x742"));
+    EXPECT_EQ(session_.kova({"undo"}).exitCode, 0);
+    EXPECT_TRUE(standsLike(kHalves));
+}
+
+TEST_P(Mouse, ResetsADividerWithADoubleClick) {
+    takesHoldAt(640, 400);
+    movesBy(120, 0);
+    letsGo();
+    EXPECT_TRUE(standsLike("15,15 734x742 | 771,15 494x742"));
+    // On a busy machine two clicks may be too far apart.
+    EXPECT_TRUE(eventually([&] {
+        mouse({"mousemove", "760", "400", "click", "--repeat", "2", "--delay", "40", "1"});
+        return frames() == kHalves;
+    })) << frames();
+}
+
+TEST_P(Mouse, LeavesADividerUnderAWindowAlone) {
+    client_.open({.title = "Question", .frame = makeRect(560, 300, 200, 150), .type = "DIALOG"});
+    ASSERT_TRUE(eventually([&] { return session_.query("windows").size() == 3; }));
+    takesHoldAt(640, 400);
+    movesBy(100, 0);
+    letsGo();
+    // Beside the dialog it can be taken hold of, and is still where it was.
+    takesHoldAt(640, 600);
+    movesBy(100, 0);
+    EXPECT_TRUE(standsLike("15,15 714x742 | 751,15 514x742"));
+    letsGo();
+}
+
+TEST_P(Mouse, CarriesAWindowToAnotherTile) {
+    const std::string before = tiles();
+    const std::string after = before.substr(before.find(' ') + 1) + " -";
+    // Programs are quicker than hands: on a busy machine all may be over before the agent has looked.
+    for (int attempt = 0; attempt < 5 && tiles() != after; ++attempt) {
+        EXPECT_TRUE(standsLike(kHalves));
+        carries(right_, -500, 40);
+        letsGo();
+        eventually([&] { return tiles() == after; }, std::chrono::seconds(4));
+    }
+    EXPECT_EQ(tiles(), after);
+    EXPECT_TRUE(eventually([&] { return text(client_.outerFrame(right_)) == "15,15 614x742"; })) << frames();
+    EXPECT_TRUE(eventually([&] { return !client_.isViewable(left_) && isMinimized(left_); }));
+    // Openbox draws windows small on their way in and out; what that means for undo is not the mouse's affair.
+    if (isManaged()) return;
+    EXPECT_EQ(session_.kova({"undo"}).exitCode, 0);
+    EXPECT_TRUE(eventually([&] { return tiles() == before; })) << tiles() << " instead of " << before;
+    EXPECT_TRUE(standsLike(kHalves));
+}
+
+TEST_P(Mouse, BringsAWindowBackThatIsDroppedElsewhere) {
+    const std::string before = tiles();
+    carries(right_, 250, 200); // still over its own tile
+    letsGo();
+    EXPECT_TRUE(standsLike(kHalves));
+    EXPECT_EQ(tiles(), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(Beside, Mouse, ::testing::Values(Manager::none, Manager::openbox),
+                         [](const auto& chosen) { return chosen.param == Manager::none ? "NoManager" : "Openbox"; });
+
+} // namespace
+} // namespace kova::testing
