@@ -12,6 +12,7 @@
 #include "windowing/ScreenServicing.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -84,6 +85,7 @@ class AccessibilityWindowService {
 
   private:
     struct Placement;
+    struct VerificationRound;
     std::vector<ManagedWindow> enumerateWindows(const RunningApplication& application,
                                                 std::span<const CGRect> onScreenRectangles) const;
     bool readsAsMinimized(const AccessibilityElement& element) const;
@@ -93,6 +95,9 @@ class AccessibilityWindowService {
     void writeFrame(const AccessibilityElement& element, const CGRect& frame, FrameWriteOrder order);
     bool isRunning(pid_t processIdentifier) const;
     void takeFocus(const AccessibilityElement& window, pid_t processIdentifier);
+    void verifyLater(Placement placement);
+    void scheduleVerification(const std::shared_ptr<VerificationRound>& round);
+    void verify(const std::shared_ptr<VerificationRound>& round);
     void verify(const Placement& placement, int pass);
     void correct(const Placement& placement, int pass);
 
@@ -102,6 +107,7 @@ class AccessibilityWindowService {
     MainQueue& queue_;
     std::unordered_map<std::string, int> placementGenerations_; // by window id; grows with every request
     std::unordered_map<std::string, CGRect> pendingFrames_;
+    std::shared_ptr<VerificationRound> newestRound_; // absent once its first pass has begun
     Lifetime lifetime_;
 };
 

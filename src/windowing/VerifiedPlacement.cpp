@@ -14,6 +14,12 @@ struct AccessibilityWindowService::Placement {
     int generation = 0;
 };
 
+struct AccessibilityWindowService::VerificationRound {
+    Seconds begun{};                   // uptime
+    std::vector<Placement> placements; // in the order of the requests
+    int pass = 0;
+};
+
 void AccessibilityWindowService::writeFrame(const AccessibilityElement& element, const CGRect& frame,
                                             FrameWriteOrder order) {
     // Written twice over: applications that clamp a size against their place on the screen, or a position against their
@@ -39,12 +45,33 @@ void AccessibilityWindowService::setFrame(const ManagedWindow& window, const CGR
         applications_.activate(window.processIdentifier);
     }
 
-    const auto placement = std::make_shared<const Placement>(
-        Placement{window.element, window.id, frame, bringToFront, std::move(onMinimumSizeObserved), generation});
-    for (int pass = 0; pass <= kLastVerificationPass; ++pass) {
-        queue_.after(Seconds(kVerificationDelays[static_cast<std::size_t>(pass)]),
-                     lifetime_.guard([this, placement, pass] { verify(*placement, pass); }));
+    verifyLater({window.element, window.id, frame, bringToFront, std::move(onMinimumSizeObserved), generation});
+}
+
+/// What is asked for in one go is looked at in one go: a layout of a hundred windows wakes the main thread as often as
+/// one window does.
+void AccessibilityWindowService::verifyLater(Placement placement) {
+    const Seconds now = queue_.uptime();
+    if (!newestRound_ || now - newestRound_->begun > Seconds(kVerificationBatch)) {
+        newestRound_ = std::make_shared<VerificationRound>(VerificationRound{now, {}, 0});
+        scheduleVerification(newestRound_);
     }
+    newestRound_->placements.push_back(std::move(placement));
+}
+
+void AccessibilityWindowService::scheduleVerification(const std::shared_ptr<VerificationRound>& round) {
+    const Seconds due = round->begun + Seconds(kVerificationDelays[static_cast<std::size_t>(round->pass)]);
+    queue_.after(due - queue_.uptime(), lifetime_.guard([this, round] { verify(round); }));
+}
+
+void AccessibilityWindowService::verify(const std::shared_ptr<VerificationRound>& round) {
+    if (newestRound_ == round) newestRound_.reset(); // nothing joins it any more
+    std::erase_if(round->placements, [this](const Placement& placement) {
+        return placementGenerations_[placement.windowID] != placement.generation;
+    });
+    if (round->placements.empty()) return;
+    for (const Placement& placement : round->placements) verify(placement, round->pass);
+    if (round->pass++ < kLastVerificationPass) scheduleVerification(round);
 }
 
 void AccessibilityWindowService::cancelPlacement(const std::string& windowID) {
