@@ -1,6 +1,7 @@
 // Where preferences are kept: typed values under versioned keys.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -25,6 +26,10 @@ class PreferencesStore {
     virtual std::optional<PreferenceValue> value(std::string_view key) const = 0;
     /// Becomes durable soon after; `synchronize` waits for that.
     virtual void setValue(std::string_view key, PreferenceValue value) = 0;
+    /// The same for a value that takes a while to put together: a store that gathers changes asks for it only when it is
+    /// read or written out, and not at all when another value comes first. `make` must not depend on anything that
+    /// may end or change before.
+    virtual void setValueLater(std::string_view key, std::function<PreferenceValue()> make) { setValue(key, make()); }
     virtual void removeValue(std::string_view key) = 0;
     /// Returns when everything set so far is on disk, or could not be written.
     virtual void synchronize() = 0;

@@ -59,7 +59,8 @@ WorkspacePreferences loadWorkspacePreferences(PreferencesStore& store) {
 }
 
 void saveProfile(PreferencesStore& store, const WorkspaceProfile& profile) {
-    store.setValue(preferenceKey::workspaceProfile, PreferenceData{encodeWorkspaceProfile(profile)});
+    store.setValueLater(preferenceKey::workspaceProfile,
+                        [profile]() -> PreferenceValue { return PreferenceData{encodeWorkspaceProfile(profile)}; });
 }
 
 void saveLearning(PreferencesStore& store, const AutoArrangeLearningModel& model) {

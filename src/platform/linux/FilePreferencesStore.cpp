@@ -16,12 +16,27 @@ FilePreferencesStore::FilePreferencesStore(std::filesystem::path file, MainQueue
 }
 
 std::optional<PreferenceValue> FilePreferencesStore::value(std::string_view key) const {
+    if (const auto promise = promised_.find(key); promise != promised_.end()) return promise->second();
     const auto found = values_.find(key);
     if (found == values_.end() || found->second == PreferenceValue(PreferenceData{"null"})) return std::nullopt;
     return found->second;
 }
 
 void FilePreferencesStore::setValue(std::string_view key, PreferenceValue value) {
+    if (const auto promise = promised_.find(key); promise != promised_.end()) promised_.erase(promise);
+    store(key, std::move(value));
+}
+
+void FilePreferencesStore::setValueLater(std::string_view key, std::function<PreferenceValue()> make) {
+    promised_.insert_or_assign(std::string(key), std::move(make));
+    writeLater();
+}
+
+void FilePreferencesStore::takePromised() {
+    for (const auto& [key, make] : std::exchange(promised_, {})) store(key, make());
+}
+
+void FilePreferencesStore::store(std::string_view key, PreferenceValue value) {
     const auto found = values_.find(key);
     if (found == values_.end()) {
         values_.emplace(key, std::move(value));
@@ -30,21 +45,25 @@ void FilePreferencesStore::setValue(std::string_view key, PreferenceValue value)
     } else {
         return;
     }
-    changed();
+    ++version_;
+    isUnwritten_ = true;
+    writeLater();
 }
 
 void FilePreferencesStore::removeValue(std::string_view key) {
+    if (const auto promise = promised_.find(key); promise != promised_.end()) promised_.erase(promise);
     const auto found = values_.find(key);
     if (found == values_.end()) return;
     values_.erase(found);
-    changed();
-}
-
-void FilePreferencesStore::changed() {
     ++version_;
     isUnwritten_ = true;
+    writeLater();
+}
+
+void FilePreferencesStore::writeLater() {
     if (std::exchange(isWriteScheduled_, true)) return;
     queue_.after(kGatheringTime, lifetime_.guard([this] {
+        takePromised();
         isWriteScheduled_ = false;
         if (isUnwritten_) writeSoon();
     }));
@@ -65,6 +84,7 @@ void FilePreferencesStore::writeSoon() {
 }
 
 void FilePreferencesStore::synchronize() {
+    takePromised();
     adopt(file_->write(values_, version_, queue_.now()), values_);
 }
 

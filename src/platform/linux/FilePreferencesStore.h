@@ -9,6 +9,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 
@@ -26,12 +27,15 @@ class FilePreferencesStore final : public PreferencesStore {
 
     std::optional<PreferenceValue> value(std::string_view key) const override;
     void setValue(std::string_view key, PreferenceValue value) override;
+    void setValueLater(std::string_view key, std::function<PreferenceValue()> make) override;
     void removeValue(std::string_view key) override;
     void synchronize() override;
     std::string problem() const override;
 
   private:
-    void changed();
+    void takePromised();
+    void store(std::string_view key, PreferenceValue value);
+    void writeLater();
     void writeSoon();
     void adopt(const PreferencesFile::Written& written, const PreferenceValues& asked);
     void report(const std::string& text);
@@ -41,6 +45,7 @@ class FilePreferencesStore final : public PreferencesStore {
     std::function<void(const std::string&)> problemFound_;
     std::shared_ptr<PreferencesFile> file_; // a job on the work queue may outlive the store
     PreferenceValues values_;
+    std::map<std::string, std::function<PreferenceValue()>, std::less<>> promised_; // newer than `values_`
     std::uint64_t version_ = 0;
     bool isWriteScheduled_ = false;
     bool isUnwritten_ = false;
