@@ -4,12 +4,13 @@
 
 namespace kova {
 
-LayoutWeightOverrides WorkspaceProfile::weights(const std::string& displayID,
-                                                const std::string& layoutIdentifier) const {
+const LayoutWeightOverrides& WorkspaceProfile::weights(const std::string& displayID,
+                                                       const std::string& layoutIdentifier) const {
+    static const LayoutWeightOverrides kNone;
     const auto display = layoutWeightsByDisplay.find(displayID);
-    if (display == layoutWeightsByDisplay.end()) return {};
+    if (display == layoutWeightsByDisplay.end()) return kNone;
     const auto layout = display->second.find(layoutIdentifier);
-    return layout == display->second.end() ? LayoutWeightOverrides{} : layout->second;
+    return layout == display->second.end() ? kNone : layout->second;
 }
 
 std::string encodeWorkspaceProfile(const WorkspaceProfile& profile) {

@@ -34,7 +34,7 @@ struct WorkspaceProfile {
     std::map<std::string, std::map<std::string, LayoutWeightOverrides>> layoutWeightsByDisplay; // display, layout
 
     /// The weights stored for the display and layout; empty when there are none.
-    LayoutWeightOverrides weights(const std::string& displayID, const std::string& layoutIdentifier) const;
+    const LayoutWeightOverrides& weights(const std::string& displayID, const std::string& layoutIdentifier) const;
     bool operator==(const WorkspaceProfile&) const = default;
 };
 

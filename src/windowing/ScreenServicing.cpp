@@ -17,6 +17,7 @@ std::string integralText(double points) {
 } // namespace
 
 std::string displayID(const Screen& screen) {
+    if (!screen.knownID.empty()) return screen.knownID;
     if (screen.displayUUID) return "display-" + *screen.displayUUID;
     return "display-" + integralText(minX(screen.frame)) + "-" + integralText(minY(screen.frame)) + "-" +
            integralText(screen.frame.size.width) + "x" + integralText(screen.frame.size.height);

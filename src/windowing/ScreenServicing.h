@@ -18,6 +18,7 @@ struct Screen {
     std::string localizedName;
     CGRect frame{};
     CGRect visibleFrame{}; // the frame without panels, docks and menu bars
+    std::string knownID{}; // what `displayID` gives, kept by who asks for it often; empty elsewhere
     bool operator==(const Screen&) const = default;
 };
 

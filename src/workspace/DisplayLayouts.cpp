@@ -24,11 +24,13 @@ DisplayLayouts::Entry& DisplayLayouts::entry(const Screen& screen, const Workspa
     if (!wanted) wanted = &catalogue.front();
     const auto dragged = transientWeights_.find(id);
     const bool isDragged = dragged != transientWeights_.end() && dragged->second.layoutID == wanted->id;
-    ResolvedKey key{wanted->id, isDragged ? dragged->second.overrides : profile.weights(id, wanted->id)};
+    const LayoutWeightOverrides& weights = isDragged ? dragged->second.overrides : profile.weights(id, wanted->id);
     const auto found = entries_.find(id);
-    if (found != entries_.end() && found->second.resolvedKey == key) return found->second;
-    LayoutDefinition definition = applying(*wanted, key.weights);
-    return entries_.insert_or_assign(id, Entry{std::move(key), std::move(definition), std::nullopt, {}}).first->second;
+    const bool isCurrent = found != entries_.end() && found->second.resolvedKey.layoutID == wanted->id &&
+                           found->second.resolvedKey.weights == weights;
+    if (isCurrent) return found->second;
+    Entry made{{wanted->id, weights}, applying(*wanted, weights), std::nullopt, {}};
+    return entries_.insert_or_assign(id, std::move(made)).first->second;
 }
 
 const LayoutDefinition& DisplayLayouts::resolve(const Screen& screen, const WorkspaceProfile& profile,
@@ -40,10 +42,12 @@ const SolvedLayout& DisplayLayouts::solve(const Screen& screen, const WorkspaceP
                                           const std::vector<LayoutDefinition>& catalogue,
                                           const TileMinimumSizes& minimumSizes) {
     Entry& kept = entry(screen, profile, catalogue);
-    SolvedKey key{screen.visibleFrame.size, profile.tileInset, minimumSizes};
-    if (kept.solvedKey != key) {
+    const auto& key = kept.solvedKey;
+    const bool isCurrent = key && key->visibleSize == screen.visibleFrame.size && key->tileInset == profile.tileInset &&
+                           key->minimumSizes == minimumSizes;
+    if (!isCurrent) {
         kept.solved = solveDefinition(kept.definition, minimumSizes, screen.visibleFrame.size, profile.tileInset);
-        kept.solvedKey = std::move(key);
+        kept.solvedKey = SolvedKey{screen.visibleFrame.size, profile.tileInset, minimumSizes};
     }
     return kept.solved;
 }

@@ -37,13 +37,11 @@ class DisplayLayouts {
     struct ResolvedKey {
         std::string layoutID;
         LayoutWeightOverrides weights;
-        bool operator==(const ResolvedKey&) const = default;
     };
     struct SolvedKey {
         CGSize visibleSize{};
         double tileInset = 0;
         TileMinimumSizes minimumSizes;
-        bool operator==(const SolvedKey&) const = default;
     };
     struct Entry {
         ResolvedKey resolvedKey;

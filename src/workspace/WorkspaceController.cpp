@@ -46,7 +46,7 @@ WorkspaceController::WorkspaceController(const WorkspaceServices& services) :
     state_.rules.set(std::move(loaded.document.rules));
     state_.activeSceneID.set(loaded.document.activeSceneID);
     state_.continuousManagementEnabled.set(loaded.continuousManagementEnabled);
-    state_.screens.set(services_.screens.screens());
+    readScreens();
     screensSubscription_ = services_.screens.observeScreens(lifetime_.guard([this] { screensChanged(); }));
 }
 
@@ -55,7 +55,7 @@ WorkspaceController::~WorkspaceController() = default;
 void WorkspaceController::start(bool promptForPermission) {
     refreshCycle_.begin();
     didAutoArrange_ = false;
-    state_.screens.set(services_.screens.screens());
+    readScreens();
     state_.permissionState.set(windowService_->permissionState());
     if (promptForPermission && *state_.permissionState != AccessibilityPermissionState::granted) {
         state_.permissionState.set(windowService_->requestPermission(true));

@@ -276,6 +276,7 @@ class WorkspaceController {
     void keepAssignmentsValid(const std::set<std::string>& spared);
     void scheduleAutomaticArrangement(bool justGranted);
     void recoverAssignedWindows();
+    void readScreens();
     void screensChanged();
     void giveUpUnreachablePlacements();
     bool hasUnfinishedBusiness() const;

@@ -35,6 +35,7 @@ CGSize WorkspaceController::minimumSizeOf(const ManagedWindow& window) const {
     const auto observed = state_.observedMinimumSizes->find(window.id);
     const bool wasObserved = observed != state_.observedMinimumSizes->end();
     if (!window.minimumSize && !wasObserved) {
+        if (state_.profile->applicationMinimumSizes.empty()) return {0, 0};
         const auto key = applicationKey(window.applicationName, window.bundleIdentifier);
         const auto remembered = state_.profile->applicationMinimumSizes.find(key);
         return remembered == state_.profile->applicationMinimumSizes.end() ? CGSize{0, 0} : remembered->second;

@@ -142,8 +142,14 @@ bool WorkspaceController::hasUnfinishedBusiness() const {
                        [](const auto& entry) { return entry.second.attempts < kPlacementAttempts; });
 }
 
+void WorkspaceController::readScreens() {
+    auto screens = services_.screens.screens();
+    for (Screen& screen : screens) screen.knownID = displayID(screen);
+    state_.screens.set(std::move(screens));
+}
+
 void WorkspaceController::screensChanged() {
-    state_.screens.set(services_.screens.screens());
+    readScreens();
     layouts_.invalidateAll();
     // The zoomed window's frame was that of the display before; what is restored must be in sight on those of now.
     if (isRunning()) closeFocusMode();
