@@ -37,7 +37,7 @@ ControlConnection::ControlConnection(std::shared_ptr<asio::io_context> context, 
     received_(std::move(received)), closed_(std::move(closed)), lines_(kLongestControlLine) {}
 
 void ControlConnection::start() {
-    waitForInput();
+    readWhatHasCome(); // most clients ask as they connect
 }
 
 void ControlConnection::close() {
@@ -58,13 +58,16 @@ bool ControlConnection::isConnected() const {
 
 void ControlConnection::waitForInput() {
     socket_.async_wait(Socket::wait_read, [self = shared_from_this()](const asio::error_code& error) {
-        if (error) return;
-        try {
-            self->readInput();
-        } catch (const std::exception&) {
-            self->close(); // out of memory, most likely for this very line
-        }
+        if (!error) self->readWhatHasCome();
     });
+}
+
+void ControlConnection::readWhatHasCome() {
+    try {
+        readInput();
+    } catch (const std::exception&) {
+        close(); // out of memory, most likely for this very line
+    }
 }
 
 void ControlConnection::readInput() {

@@ -43,6 +43,7 @@ class ControlConnection final : public ControlPeer, public std::enable_shared_fr
 
   private:
     void waitForInput();
+    void readWhatHasCome();
     void readInput();
     void take(std::string_view bytes);
     void takeMessage(jsonrpc::Message message);

@@ -111,6 +111,7 @@ std::variant<TileSlot, ControlFailure> lookUpSlot(const WorkspaceController& con
 }
 
 std::variant<std::string, ControlFailure> lookUpLayout(const WorkspaceController& controller, std::string_view wanted) {
+    if (findLayout(controller.catalogue(), std::string(wanted))) return std::string(wanted);
     std::vector<NamedThing> layouts;
     for (const LayoutDefinition& layout : controller.catalogue()) {
         // “six-grid” is jarvis.six-grid, though other names begin with it.
