@@ -258,7 +258,7 @@ EventEffects WindowModel::removeTopLevel(xcb_window_t window) {
 }
 
 EventEffects WindowModel::applyFocus(xcb_window_t window, bool gained) {
-    if (manager_.isPresent || !client(window)) return {};
+    if (!client(window)) return {};
     if (gained) {
         activeWindow = window;
     } else if (activeWindow == window) {

@@ -17,10 +17,12 @@ using namespace x11;
 
 namespace {
 
-/// How long the connection goes unwatched while the next poll has something to find in any case.
-constexpr Seconds kRest{0.2};
 /// How long somebody looks after a window that was placed.
 constexpr Seconds kPlacingTime{1.0};
+constexpr Seconds kOneGo{0.001};
+/// How long the connection goes unwatched at most while the next poll has something to find in any case: until that
+/// poll, which reads for itself, as a rule.
+constexpr Seconds kRest{0.55};
 
 } // namespace
 
@@ -171,15 +173,21 @@ void X11Desktop::Parts::readAndRest() {
     }
     {
         const std::lock_guard lock(mutex);
-        rests = rests && mayRest();
+        // Only one thread can read. To watch what another reads would be to wake up for nothing, over and over.
+        restsForPoll = isPollReading;
+        rests = restsForPoll || (rests && mayRest());
     }
     if (!rests) return resume();
     isResting = true;
     watching.reset();
+    if (rest) rest->cancel();
+    if (restsForPoll) return; // its end resumes
     rest = queue.after(kRest, lifetime.guard([this] { readAndRest(); }));
 }
 
+/// Not while a window is being placed: what it does then is answered at once.
 bool X11Desktop::Parts::mayRest() const {
+    if (queue.uptime() - lastPlacing < kPlacingTime) return false;
     const auto isLeaving = [](const HiddenWindow& taken) { return !taken.hasLeftScreen; };
     return !whenChanged && asked.empty() && !displays.isAsking() && std::ranges::none_of(hidden.all(), isLeaving) &&
            !isAnyReturning();
@@ -188,13 +196,18 @@ bool X11Desktop::Parts::mayRest() const {
 void X11Desktop::Parts::resume() {
     if (rest) rest->cancel();
     rest.reset();
-    isResting = false;
+    isResting = restsForPoll = false;
     if (!watching && watch) watching = watch(xcb_get_file_descriptor(connection->get()), [this] { readAndRest(); });
 }
 
 /// Takes in what has come while nobody watched.
 void X11Desktop::Parts::catchUp() {
-    if (isResting) unsettled.add(drain(xcb_poll_for_event));
+    if (!isResting) return;
+    // Who reads a hundred windows in one go need not look at the connection a hundred times.
+    const Seconds now = queue.uptime();
+    if (now - caughtUp < kOneGo) return;
+    caughtUp = now;
+    unsettled.add(drain(xcb_poll_for_event));
 }
 
 EventEffects X11Desktop::Parts::drain(xcb_generic_event_t* (*next)(xcb_connection_t*)) {
@@ -360,6 +373,7 @@ void X11Desktop::Parts::bringUpToDate() {
     {
         const std::lock_guard lock(mutex);
         catchUp();
+        isPollReading = !isMainThread();
     }
     const RefreshOutcome outcome = refresh.run(queue.uptime());
     bool ownersChanged = outcome.ownersChanged;
@@ -380,12 +394,17 @@ void X11Desktop::Parts::bringUpToDate() {
             noteChange();
             unsettled.changed = true;
         }
-        mainHasWork = unsettled.isForMainThread() || model.hasChangedHands || (unsettled.changed && isAwaited) ||
-                      hidden.isBehind(model, queue.uptime()) || (hand && hand->hasMisplacedHandles()) ||
-                      !asked.empty() || displays.isAsking();
+        isPollReading = false;
+        mainHasWork = restsForPoll || unsettled.isForMainThread() || model.hasChangedHands ||
+                      (unsettled.changed && isAwaited) || hidden.isBehind(model, queue.uptime()) ||
+                      (hand && hand->hasMisplacedHandles()) || !asked.empty() || displays.isAsking();
         unsettled.changed = false;
     }
-    if (mainHasWork && !isMainThread()) queue.post(lifetime.guard([this] { settle({}); }));
+    if (!mainHasWork || isMainThread()) return;
+    queue.post(lifetime.guard([this] {
+        settle({});
+        if (restsForPoll) resume();
+    }));
 }
 
 void X11Desktop::Parts::identifyApplications() {

@@ -56,6 +56,7 @@ std::optional<RunningApplication> X11Desktop::runningApplication(pid_t processId
 
 std::optional<pid_t> X11Desktop::frontmostApplication() const {
     const std::lock_guard lock(parts_->mutex);
+    parts_->catchUp();
     const ClientWindow* active = parts_->model.client(parts_->model.activeWindow);
     if (!active) return std::nullopt;
     return active->processIdentifier;

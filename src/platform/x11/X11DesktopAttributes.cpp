@@ -197,6 +197,7 @@ void X11Desktop::writeAttributes(const AccessibilityElement& element, std::span<
             if (origin) frame.origin = *origin;
             if (size) frame.size = *size;
             parts_->outbox.place(*client, parts_->onRoot(frame), now);
+            parts_->lastPlacing = now;
             // The wish may have been made by a state that no longer holds; those who look after it are to know better.
             if (client->stale & stale::state) parts_->askState(*client);
         }

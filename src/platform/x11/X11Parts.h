@@ -48,6 +48,7 @@ struct X11Desktop::Parts {
     bool mustFlush = false; // requests wait to be sent
     bool isSendDue = false;
     bool isHandReadDue = false;
+    Seconds lastPlacing{-1000.0}; // uptime
     Watch watch;
     std::function<void()> whenLost;
     std::optional<Subscription> watching, watchingHand;
@@ -63,6 +64,9 @@ struct X11Desktop::Parts {
 
     // Guarded
     mutable std::mutex mutex;
+    bool isPollReading = false;            // the polling queue waits for replies
+    std::atomic<bool> restsForPoll{false}; // and the main thread does not watch the connection meanwhile
+    Seconds caughtUp{-1.0};                // uptime when the connection was last looked at during a rest
     x11::WindowModel model;
     x11::DisplayReader displays;
     std::deque<x11::Questions> asked; // by the main thread, which does not wait for the replies
