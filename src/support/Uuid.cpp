@@ -10,12 +10,19 @@ namespace {
 constexpr std::string_view kPattern = "xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx";
 constexpr std::string_view kDigits = "0123456789ABCDEF";
 
+/// Asked of the machine once: on some, every answer takes longer than all else that an identity is made for.
+std::mt19937 seededGenerator() {
+    std::random_device source;
+    std::seed_seq seed{source(), source(), source(), source(), source(), source(), source(), source()};
+    return std::mt19937(seed);
+}
+
 } // namespace
 
 Uuid Uuid::random() {
-    std::random_device source;
+    static thread_local std::mt19937 source = seededGenerator();
     std::string text(kPattern);
-    std::uint32_t bits = 0;
+    std::uint_fast32_t bits = 0;
     int left = 0;
     for (char& c : text) {
         if (c != 'x') continue;
