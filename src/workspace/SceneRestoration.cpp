@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 #include <tuple>
+#include <utility>
 
 namespace kova {
 
@@ -47,8 +48,12 @@ TileAssignments withRestored(TileAssignments before, const std::vector<RestoredP
         const auto stack = after.stackWindowIDsByTarget.find(target);
         if (stack == after.stackWindowIDsByTarget.end()) continue; // a span took it over
         const auto behindFront = stack->second.begin() + (after.assignedWindowIDs.contains(target) ? 1 : 0);
-        std::stable_sort(behindFront, stack->second.end(),
-                         [&](const auto& a, const auto& b) { return indexOf(a) < indexOf(b); });
+        std::vector<std::pair<std::int64_t, std::string>> waiting;
+        for (auto id = behindFront; id != stack->second.end(); ++id) waiting.emplace_back(indexOf(*id), std::move(*id));
+        std::stable_sort(waiting.begin(), waiting.end(),
+                         [](const auto& a, const auto& b) { return a.first < b.first; });
+        std::transform(waiting.begin(), waiting.end(), behindFront,
+                       [](auto& entry) { return std::move(entry.second); });
     }
     return after;
 }

@@ -3,6 +3,7 @@
 #include "support/text/Text.h"
 
 #include <algorithm>
+#include <numeric>
 
 namespace kova {
 
@@ -15,29 +16,29 @@ bool containOneAnother(const std::string& title, const std::string& hint) {
 
 } // namespace
 
-WindowMatcher::WindowMatcher(const std::vector<ManagedWindow>& windows, const std::set<std::string>& used) :
-    windows_(windows), used_(used) {
+WindowMatcher::WindowMatcher(const std::vector<ManagedWindow>& windows, const std::set<std::string>& used) {
+    candidates_.reserve(windows.size());
     for (const auto& window : windows) {
-        if (!window.bundleIdentifier || used_.contains(window.id)) continue;
-        byBundleIdentifier_[*window.bundleIdentifier].push_back({&window, std::nullopt});
+        if (window.bundleIdentifier)
+            byBundleIdentifier_[*window.bundleIdentifier].members.push_back(candidates_.size());
+        candidates_.push_back({&window, std::nullopt, used.contains(window.id)});
     }
 }
 
 void WindowMatcher::groupByName() {
-    byName_.emplace();
-    for (const auto& window : windows_) byName_->push_back({window.applicationName, {{&window, std::nullopt}}});
-    std::stable_sort(byName_->begin(), byName_->end(), [](const NameGroup& a, const NameGroup& b) {
-        return localizedCaseInsensitiveCompare(a.name, b.name) < 0;
+    std::vector<std::size_t> sorted(candidates_.size());
+    std::iota(sorted.begin(), sorted.end(), std::size_t{0});
+    const auto nameOf = [this](std::size_t candidate) { return candidates_[candidate].window->applicationName; };
+    std::stable_sort(sorted.begin(), sorted.end(), [&](std::size_t a, std::size_t b) {
+        return localizedCaseInsensitiveCompare(nameOf(a), nameOf(b)) < 0;
     });
-    std::vector<NameGroup> joined;
-    for (auto& group : *byName_) {
-        if (joined.empty() || localizedCaseInsensitiveCompare(joined.back().name, group.name) != 0) {
-            joined.push_back(std::move(group));
-        } else {
-            joined.back().candidates.push_back(std::move(group.candidates.front()));
+    byName_.emplace();
+    for (const std::size_t candidate : sorted) {
+        if (byName_->empty() || localizedCaseInsensitiveCompare(byName_->back().name, nameOf(candidate)) != 0) {
+            byName_->push_back({nameOf(candidate), {}});
         }
+        byName_->back().group.members.push_back(candidate);
     }
-    *byName_ = std::move(joined);
 }
 
 const ManagedWindow* WindowMatcher::take(const WorkspaceWindowReference& reference) {
@@ -53,25 +54,27 @@ const ManagedWindow* WindowMatcher::take(const WorkspaceWindowReference& referen
     if (group == byName_->end() || localizedCaseInsensitiveCompare(group->name, reference.applicationName) != 0) {
         return nullptr;
     }
-    return takeFrom(group->candidates, reference.titleHint);
+    return takeFrom(group->group, reference.titleHint);
 }
 
-const ManagedWindow* WindowMatcher::takeFrom(Candidates& candidates, const std::optional<std::string>& titleHint) {
-    // The window may have been given under its other mark.
-    std::erase_if(candidates, [&](const Candidate& candidate) { return used_.contains(candidate.window->id); });
-    auto chosen = candidates.begin();
+const ManagedWindow* WindowMatcher::takeFrom(Group& group, const std::optional<std::string>& titleHint) {
+    const auto isUsed = [this](std::size_t candidate) { return candidates_[candidate].isUsed; };
+    while (group.firstUnused < group.members.size() && isUsed(group.members[group.firstUnused])) ++group.firstUnused;
+    const auto first = group.members.begin() + static_cast<std::ptrdiff_t>(group.firstUnused);
+    auto chosen = first;
     if (titleHint && !titleHint->empty()) {
         const std::string hint = lowercased(*titleHint);
-        chosen = std::find_if(candidates.begin(), candidates.end(), [&](Candidate& candidate) {
+        chosen = std::find_if(first, group.members.end(), [&](std::size_t index) {
+            Candidate& candidate = candidates_[index];
+            if (candidate.isUsed) return false;
             if (!candidate.foldedTitle) candidate.foldedTitle = lowercased(candidate.window->title);
             return !candidate.foldedTitle->empty() && containOneAnother(*candidate.foldedTitle, hint);
         });
-        if (chosen == candidates.end()) chosen = candidates.begin();
+        if (chosen == group.members.end()) chosen = first;
     }
-    if (chosen == candidates.end()) return nullptr;
-    const ManagedWindow* window = chosen->window;
-    used_.insert(window->id);
-    return window;
+    if (chosen == group.members.end()) return nullptr;
+    candidates_[*chosen].isUsed = true;
+    return candidates_[*chosen].window;
 }
 
 } // namespace kova

@@ -28,19 +28,23 @@ class WindowMatcher {
     struct Candidate {
         const ManagedWindow* window;
         std::optional<std::string> foldedTitle; // once it was needed
+        bool isUsed = false;
     };
-    using Candidates = std::vector<Candidate>; // not used yet, in the order of enumeration
+    /// The windows of one application, in the order of enumeration.
+    struct Group {
+        std::vector<std::size_t> members; // indices of candidates
+        std::size_t firstUnused = 0;      // all before it are used
+    };
     struct NameGroup {
         std::string name;
-        Candidates candidates;
+        Group group;
     };
 
-    const ManagedWindow* takeFrom(Candidates& candidates, const std::optional<std::string>& titleHint);
+    const ManagedWindow* takeFrom(Group& group, const std::optional<std::string>& titleHint);
     void groupByName();
 
-    const std::vector<ManagedWindow>& windows_;
-    std::set<std::string> used_;
-    std::map<std::string, Candidates, std::less<>> byBundleIdentifier_;
+    std::vector<Candidate> candidates_;
+    std::map<std::string, Group, std::less<>> byBundleIdentifier_;
     std::optional<std::vector<NameGroup>> byName_; // in the order of names; made when the first reference needs it
 };
 

@@ -117,12 +117,15 @@ void WorkspaceController::announceClaim(const ManagedWindow& window, const Cover
 void WorkspaceController::presentDisplaced(const std::vector<std::string>& displacedWindowIDs) {
     if (displacedWindowIDs.empty()) return;
     const auto staying = processesInFront(assignments_, liveWindows_);
+    std::set<pid_t> leaving; // an application is hidden once, with all its windows
     std::vector<std::pair<ManagedWindow*, DisplacedWindowPresentationAction>> decisions;
     for (const auto& id : displacedWindowIDs) {
         ManagedWindow* window = findLive(id);
         if (!window || window->isMinimized || window->isFullScreen) continue;
         const bool stays = staying.contains(window->processIdentifier);
-        if (!stays && windowService_->isApplicationHidden(window->processIdentifier)) continue;
+        const bool isGone = !stays && (!leaving.insert(window->processIdentifier).second ||
+                                       windowService_->isApplicationHidden(window->processIdentifier));
+        if (isGone) continue;
         decisions.emplace_back(window, stays ? DisplacedWindowPresentationAction::minimizeWindow
                                              : DisplacedWindowPresentationAction::hideApplication);
     }
