@@ -1,0 +1,152 @@
+// What scenes cost when there are many of them: a large file is imported, a crowded desktop captured, and a crowd that
+// was awaited arrives at once. Each also at double size, which should take about double the time.
+#include "persistence/MemoryPreferencesStore.h"
+#include "persistence/WorkspaceDocumentCoding.h"
+#include "platform/simulated/SimulatedDesktop.h"
+#include "workspace/WorkspaceController.h"
+
+#include <benchmark/benchmark.h>
+
+#include <memory>
+#include <string>
+
+namespace kova {
+
+namespace {
+
+constexpr std::int64_t kApplications = 50;
+constexpr Seconds kReadingTime{0.01};
+constexpr const char* kSlots[] = {"focus-main",  "secondary-1", "secondary-2",
+                                  "secondary-3", "secondary-4", "secondary-5"};
+
+struct Session {
+    Session() {
+        desktop.setVouching(false);
+        desktop.addDisplay({.name = "A", .size = {2560, 1440}});
+        (void)controller.selectLayout(displayID(desktop.screens().front()),
+                                      DisplayLayoutSelection::layout("jarvis.six-grid"));
+        controller.start(false);
+        desktop.queue().advance(Seconds(1));
+    }
+    void openWindows(std::int64_t count) {
+        for (std::int64_t i = 0; i < count; ++i) {
+            const std::string name = "Application " + std::to_string(i % kApplications);
+            if (i < kApplications) desktop.launch(name);
+            desktop.setTitle(desktop.open(name), "Document " + std::to_string(i));
+        }
+    }
+    /// What the polling queue does, which keeps nobody waiting; its result is on its way afterwards.
+    void readDesktop() {
+        desktop.pollingQueue().setJobDuration(kReadingTime);
+        controller.refresh();
+        desktop.queue().runDue();
+    }
+    /// What the main queue does with it.
+    void takeResult() { desktop.queue().advance(kReadingTime); }
+
+    SimulatedDesktop desktop;
+    MemoryPreferencesStore preferences;
+    WorkspaceController controller{WorkspaceServices{.accessibility = desktop,
+                                                     .applications = desktop,
+                                                     .screens = desktop,
+                                                     .session = desktop,
+                                                     .changes = desktop,
+                                                     .preferences = preferences,
+                                                     .queue = desktop.queue(),
+                                                     .pollingQueue = desktop.pollingQueue(),
+                                                     .alerts = desktop}};
+};
+
+/// Its windows are those that `openWindows` opens, from the first on.
+WorkspaceScene sceneOf(std::int64_t placements) {
+    WorkspaceScene scene;
+    scene.name = "Scene";
+    scene.themeID = "kova.native";
+    scene.accentColorID = "system-blue";
+    scene.displays.push_back(
+        {.ordinal = 0, .name = "A", .aspectRatio = 1.8, .layoutID = "jarvis.six-grid", .layoutWeights = {}});
+    for (std::int64_t i = 0; i < placements; ++i) {
+        const std::string number = std::to_string(i % kApplications);
+        WorkspaceScenePlacement placement;
+        placement.window = {"sim.application " + number, "Application " + number, "Document " + std::to_string(i)};
+        placement.slotID = kSlots[static_cast<std::size_t>(i) % std::size(kSlots)];
+        placement.stackIndex = i / static_cast<std::int64_t>(std::size(kSlots));
+        placement.claimedSlotIDs = {placement.slotID};
+        placement.isActive = placement.stackIndex == 0;
+        scene.placements.push_back(std::move(placement));
+    }
+    return scene;
+}
+
+void ImportScenesOf50Placements(benchmark::State& state) {
+    WorkspaceProductDocument document;
+    for (std::int64_t i = 0; i < state.range(0); ++i) {
+        document.scenes.push_back(sceneOf(50));
+    }
+    const std::string file = encodeExportedDocument(document);
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto session = std::make_unique<Session>();
+        state.ResumeTiming();
+        benchmark::DoNotOptimize(session->controller.importWorkspaceDocument(file));
+        state.PauseTiming();
+        if (session->controller.state().scenes->size() != document.scenes.size()) state.SkipWithError("not imported");
+        session.reset();
+        state.ResumeTiming();
+    }
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(file.size()));
+}
+BENCHMARK(ImportScenesOf50Placements)->Arg(1000)->Arg(2000)->Unit(benchmark::kMillisecond);
+
+void CaptureWindows(benchmark::State& state) {
+    Session session;
+    WorkspaceProductDocument document;
+    document.scenes.push_back(sceneOf(state.range(0)));
+    (void)session.controller.importWorkspaceDocument(encodeExportedDocument(document));
+    session.openWindows(state.range(0));
+    session.readDesktop();
+    session.takeResult();
+    (void)session.controller.activateScene(document.scenes.front().id);
+    session.desktop.queue().advance(Seconds(1));
+    for (auto _ : state) {
+        session.controller.captureScene("Scene");
+        state.PauseTiming();
+        const auto& scene = session.controller.state().scenes->back();
+        if (static_cast<std::int64_t>(scene.placements.size()) != state.range(0)) state.SkipWithError("not captured");
+        (void)session.controller.deleteScene(Uuid(scene.id));
+        session.desktop.queue().advance(Seconds(0));
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(CaptureWindows)->Arg(200)->Arg(400)->Unit(benchmark::kMicrosecond);
+
+void PlaceAllThatWereAwaited(benchmark::State& state) {
+    const std::int64_t pending = state.range(0), windows = state.range(1);
+    WorkspaceProductDocument document;
+    document.scenes.push_back(sceneOf(pending));
+    const std::string file = encodeExportedDocument(document);
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto session = std::make_unique<Session>();
+        (void)session->controller.importWorkspaceDocument(file);
+        (void)session->controller.activateScene(document.scenes.front().id);
+        if (static_cast<std::int64_t>(session->controller.pendingSceneWindowPlacements().size()) != pending) {
+            state.SkipWithError("not awaited");
+        }
+        session->openWindows(windows);
+        session->readDesktop();
+        state.ResumeTiming();
+        session->takeResult();
+        state.PauseTiming();
+        if (!session->controller.pendingSceneWindowPlacements().empty()) state.SkipWithError("not placed");
+        session.reset();
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(PlaceAllThatWereAwaited)->Args({200, 500})->Args({400, 1000})->Unit(benchmark::kMillisecond);
+
+} // namespace
+
+} // namespace kova
+
+BENCHMARK_MAIN();
