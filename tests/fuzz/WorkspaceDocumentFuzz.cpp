@@ -1,0 +1,31 @@
+// Any bytes at all as a workspace document: they are read or refused, and what was read is written and read again as it
+// was.
+#include "persistence/WorkspaceDocumentCoding.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+using namespace kova;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view text(reinterpret_cast<const char*>(data), size);
+    const auto imported = decodeExportedDocument(text);
+    if (const auto* document = std::get_if<WorkspaceProductDocument>(&imported)) {
+        WorkspaceProductDocument written = *document;
+        written.version = 1;
+        const auto again = decodeExportedDocument(encodeExportedDocument(written));
+        if (!std::holds_alternative<WorkspaceProductDocument>(again)) std::abort();
+        if (std::get<WorkspaceProductDocument>(again) != written) std::abort();
+    }
+    const auto stored = decodeStoredDocument(text);
+    if (const auto* document = std::get_if<WorkspaceProductDocument>(&stored)) {
+        WorkspaceProductDocument written = *document;
+        written.version = 1;
+        const auto again = decodeStoredDocument(encodeStoredDocument(written));
+        if (!std::holds_alternative<WorkspaceProductDocument>(again)) std::abort();
+        if (std::get<WorkspaceProductDocument>(again) != written) std::abort();
+    }
+    return 0;
+}
