@@ -56,5 +56,15 @@ TEST(TextDeathTest, AsciiIsOrderedAsTheLibraryOrdersIt) {
     }
 }
 
+TEST(Text, ContainsPartsInAnyCaseOfAnyScript) {
+    EXPECT_TRUE(localizedCaseInsensitiveContains("Inbox – MAIL", "mail"));
+    EXPECT_TRUE(localizedCaseInsensitiveContains("ПОЧТА (3)", "почта"));
+    EXPECT_TRUE(localizedCaseInsensitiveContains("Cafe\u0301", "CAFÉ")) << "composed or not";
+    EXPECT_TRUE(localizedCaseInsensitiveContains("", ""));
+    EXPECT_FALSE(localizedCaseInsensitiveContains("Cafe", "Café"));
+    EXPECT_FALSE(localizedCaseInsensitiveContains("Mai", "Mail"));
+    EXPECT_FALSE(localizedCaseInsensitiveContains("", "x"));
+}
+
 } // namespace
 } // namespace kova
