@@ -91,11 +91,21 @@ json encode(const WorkspaceScene& scene, DateCoding dates) {
             {"placements", encodeAll(scene.placements)}};
 }
 
+/// Reading refuses text with NUL in it, and what was written must be readable, whoever thought of the name.
+void dropNul(json& value) {
+    if (auto* text = value.get_ptr<json::string_t*>()) {
+        std::erase(*text, '\0');
+    } else if (value.is_structured()) {
+        for (auto& element : value) dropNul(element);
+    }
+}
+
 std::string write(const WorkspaceProductDocument& document, DateCoding dates, int indent) {
     json scenes = json::array();
     for (const auto& scene : document.scenes) scenes.push_back(encode(scene, dates));
     json out = {{"version", 1}, {"scenes", std::move(scenes)}, {"rules", encodeAll(document.rules)}};
     if (document.activeSceneID) out["activeSceneID"] = document.activeSceneID->string();
+    dropNul(out);
     return out.dump(indent, ' ', false, json::error_handler_t::replace);
 }
 

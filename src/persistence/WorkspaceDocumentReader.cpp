@@ -29,7 +29,7 @@ WorkspaceRuleDisposition decodeDisposition(const JsonCursor& at) {
     const auto [name, payload] = at.soleCase();
     if (name == "tile") return disposition::Tile{text(payload.required("slotID"))};
     if (name != "float" && name != "ignore") {
-        at.fail("unknown case \"" + name + "\", expected \"tile\", \"float\" or \"ignore\"");
+        at.fail("unknown case \"" + shownKey(name) + "\", expected \"tile\", \"float\" or \"ignore\"");
     }
     (void)payload.members(); // an object, though an empty one
     if (name == "float") return disposition::Float{};

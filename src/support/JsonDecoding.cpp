@@ -17,6 +17,14 @@ std::string after(std::string_view mark, std::string_view text) {
 
 } // namespace
 
+std::string shownKey(std::string_view key) {
+    constexpr std::size_t kLongestKey = 100;
+    if (key.size() <= kLongestKey) return std::string(key);
+    std::size_t end = kLongestKey;
+    while (end > 0 && (static_cast<unsigned char>(key[end]) & 0xC0) == 0x80) --end; // no character in half
+    return std::string(key.substr(0, end)) + "…";
+}
+
 void JsonCursor::fail(const std::string& reason) const {
     throw DecodingError(path_, reason);
 }
@@ -69,7 +77,7 @@ std::vector<std::pair<std::string, JsonCursor>> JsonCursor::members() const {
     std::vector<std::pair<std::string, JsonCursor>> out;
     out.reserve(value_->size());
     for (const auto& [key, member] : value_->items()) {
-        out.emplace_back(key, JsonCursor(member, path_.empty() ? key : path_ + "." + key));
+        out.emplace_back(key, JsonCursor(member, path_.empty() ? shownKey(key) : path_ + "." + shownKey(key)));
     }
     return out;
 }

@@ -45,6 +45,9 @@ class JsonCursor {
     std::string path_;
 };
 
+/// A key as an error shows it. A long one is cut: every place below it bears it in its path.
+std::string shownKey(std::string_view key);
+
 /// Deeper documents are refused.
 inline constexpr int kMaximumJsonDepth = 64;
 /// What it means that the library cannot parse a text, in our own words and of bounded length.

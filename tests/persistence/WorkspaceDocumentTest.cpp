@@ -135,6 +135,20 @@ TEST(WorkspaceDocument, AnErrorNamesThePlaceAndTheReason) {
     }
 }
 
+TEST(WorkspaceDocument, WhatIsWrittenCanBeRead) {
+    const std::string withNul("a\0b", 3);
+    WorkspaceProductDocument document;
+    document.scenes.emplace_back().name = withNul;
+    document.scenes.back().placements.emplace_back().claimedSlotIDs = {withNul};
+    document.rules.emplace_back().disposition = disposition::Tile{withNul};
+    for (const auto& read : {decoded(decodeStoredDocument(encodeStoredDocument(document))),
+                             decoded(decodeExportedDocument(encodeExportedDocument(document)))}) {
+        EXPECT_EQ(read.scenes.front().name, "ab");
+        EXPECT_EQ(read.scenes.front().placements.front().claimedSlotIDs->front(), "ab");
+        EXPECT_EQ(read.rules.front().disposition, WorkspaceRuleDisposition(disposition::Tile{"ab"}));
+    }
+}
+
 TEST(WorkspaceDocument, OfTwoMembersWithOneNameTheSecondCounts) {
     const std::string exported = fileText("exported.json");
     const std::string end = exported.substr(0, exported.rfind('}'));
@@ -175,6 +189,12 @@ TEST(WorkspaceDocument, MemoryStaysWithinASmallMultipleOfAnyText) {
         start + scene + R"("displays":[],"placements":[)" + repeated(placement, kBytes),
         start + scene + R"("displays":[{"layoutWeights":{"splits":{"a":[)" + repeated("1,", kBytes),
         start + scene + R"("displays":[{"layoutWeights":{"splits":{)" + repeated(R"("a":[],)", kBytes),
+        start + scene +
+            R"("displays":[{"ordinal":0,"name":"","aspectRatio":1,"layoutID":"","layoutWeights":{"splits":{")" +
+            repeated("a", kBytes) + R"(":[)" + repeated("1,", 200) + "1]}}}",
+        R"({"version":1,"scenes":[],"rules":[{"id":"3F2504E0-4F89-41D3-9A0C-0305E82C3301","name":"","isEnabled":true,)"
+        R"("disposition":{")" +
+            repeated("a", kBytes) + R"(":{}}}]})",
         start + R"({"name":")" + repeated("a", kBytes),
         start + R"({"name":[)" + repeated("{},", kBytes),
         repeated(R"({"a":)", kBytes),
