@@ -58,8 +58,8 @@ TEST(Dates, WhatIsNone) {
 }
 
 TEST(Dates, ShowTheClockOfTheUser) {
-    ::setenv("TZ", "KOV-5:30", 1);
-    ::tzset();
+    EXPECT_EQ(localMonthDayTime(*dateFromIso8601("2026-11-14T18:12:26Z")).size(), 13u);
+    ::setenv("TZ", "KOV-5:30", 1); // the user has moved meanwhile
     EXPECT_EQ(localMonthDayTime(*dateFromIso8601("2026-11-14T18:12:26Z")), "Nov 14, 23:42");
     EXPECT_EQ(localMonthDayTime(*dateFromIso8601("2026-12-31T19:05:00Z")), "Jan 1, 00:35");
     ::unsetenv("TZ");
