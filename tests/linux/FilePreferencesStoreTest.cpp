@@ -260,6 +260,17 @@ TEST(FilePreferencesStore, AFailedWriteIsReportedAndTriedAgain) {
     EXPECT_EQ(home.store().boolean("a"), true);
 }
 
+TEST(FilePreferencesStore, NothingIsWrittenThatCouldNotBeReadAgain) {
+    Home home;
+    auto store = home.store();
+    store.setValue("a", true);
+    store.synchronize();
+    store.setValue("b", std::string(std::size_t{64} << 20, 'b'));
+    store.synchronize();
+    EXPECT_NE(store.problem().find("too large"), std::string::npos) << store.problem();
+    EXPECT_EQ(home.store().boolean("a"), true);
+}
+
 TEST(FilePreferencesStore, AWorkerWritesWhileTheMainThreadGoesOn) {
     TemporaryFolder folder;
     const auto file = folder.path() / "kova/preferences.json";

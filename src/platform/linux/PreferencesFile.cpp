@@ -305,6 +305,8 @@ std::string PreferencesFile::replace(const fs::path& target, const std::string& 
     }
     const auto draft = folder / (draftPrefix(target) + std::to_string(getpid()));
     const auto failure = [&target](int error) { return "cannot write " + target.string() + ": " + reasonOf(error); };
+    // At the next start it would be set aside as damaged, with all that is in it.
+    if (text.size() > static_cast<std::size_t>(kLargestFileBytes)) return failure(EFBIG);
     {
         const Descriptor file(open(draft.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600));
         if (!file.isOpen()) return failure(errno);
