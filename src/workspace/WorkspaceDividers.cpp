@@ -67,9 +67,9 @@ void WorkspaceController::applyDividerDrag() {
     const ActiveDividerDrag& drag = *dividerDrag_.active();
     layouts_.setTransientWeights(drag.target.displayID, drag.target.layoutID, drag.overrides);
     layouts_.invalidate(drag.target.displayID);
-    state_.layoutRevision.set(*state_.layoutRevision + 1);
     writeInteractiveFrames(drag.target.displayID);
     services_.accessibility.flush();
+    state_.layoutRevision.set(*state_.layoutRevision + 1); // the windows first, then who draws around them
 }
 
 void WorkspaceController::writeInteractiveFrames(const std::string& id) {

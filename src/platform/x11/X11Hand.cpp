@@ -56,7 +56,7 @@ void Hand::look() {
 
 void Hand::show(const std::vector<HandlePlace>& places) {
     handles_.show(places);
-    sendAndReadSoon();
+    readSoon_(); // what is sent then; the windows beside a divider go first
 }
 
 void Hand::windowsChanged(bool haveMoved) {

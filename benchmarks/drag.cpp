@@ -1,0 +1,160 @@
+// What one movement of a divider between two halves of six windows costs beside a program that only sends the same six
+// requests, on a private X server without a window manager: until the last request is sent, and until the server has
+// done it. The two take turns; quoted is the median of each. The handle in the gap moves along.
+//
+//   drag_benchmark [ROUNDS]
+#include "app/LayoutDividerWindowController.h"
+#include "persistence/MemoryPreferencesStore.h"
+#include "platform/linux/SerialWorkQueue.h"
+#include "tests/desktop/Desk.h"
+#include "windowing/AlertServicing.h"
+
+#include <sys/syscall.h>
+#include <sys/uio.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+std::chrono::steady_clock::time_point lastSent;
+
+} // namespace
+
+/// In place of the system's own, for the X library.
+extern "C" ssize_t writev(int descriptor, const iovec* parts, int count) {
+    const auto written = syscall(SYS_writev, descriptor, parts, count);
+    lastSent = std::chrono::steady_clock::now();
+    return written;
+}
+
+namespace {
+
+using namespace kova;
+using Microseconds = std::chrono::duration<double, std::micro>;
+
+constexpr int kWindows = 6;
+
+class UnlockedSession final : public SessionServicing {
+  public:
+    bool isLoginSessionScreenLocked() const override { return false; }
+};
+
+struct Cost {
+    double sent = 0, done = 0; // microseconds
+};
+
+double median(const std::vector<Cost>& costs, double Cost::*part) {
+    std::vector<double> values;
+    for (const Cost& cost : costs) values.push_back(cost.*part);
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+class Bench {
+  public:
+    Bench() {
+        for (int i = 0; i < kWindows; ++i) windows_.push_back(client_->open({.title = "w"}));
+        controller_.start(false);
+        isReady_ = desk_.runUntil([&] { return controller_.liveWindows().size() == kWindows; });
+        const std::string display = displayID(desktop_.screens().front());
+        (void)controller_.selectLayout(display, DisplayLayoutSelection::layout("jarvis.six-grid"));
+        controller_.perform(action::Arrange{});
+        desk_.runFor(Seconds(2));
+        for (const auto& divider : controller_.dividers()) {
+            if (divider.divider.splitID == "root") divider_ = divider;
+        }
+        isReady_ = isReady_ && controller_.beginDividerDrag(divider_);
+    }
+    bool isReady() const { return isReady_; }
+
+    Cost drag(double translationPoints) {
+        const Cost cost = timed([&] { controller_.updateDividerDrag(divider_, translationPoints); });
+        desk_.runFor(Seconds(0.03));
+        return cost;
+    }
+    std::vector<CGRect> frames() const {
+        std::vector<CGRect> all;
+        for (const xcb_window_t window : windows_) all.push_back(client_->outerFrame(window));
+        return all;
+    }
+    Cost onlyRequests(const std::vector<CGRect>& frames) {
+        const Cost cost = timed([&] {
+            for (std::size_t i = 0; i < windows_.size(); ++i) {
+                const CGRect& frame = frames[i];
+                const std::uint32_t values[] = {
+                    static_cast<std::uint32_t>(minX(frame)), static_cast<std::uint32_t>(minY(frame)),
+                    static_cast<std::uint32_t>(frame.size.width), static_cast<std::uint32_t>(frame.size.height)};
+                xcb_configure_window(other_->connection(), windows_[i],
+                                     XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                                         XCB_CONFIG_WINDOW_HEIGHT,
+                                     values);
+            }
+            xcb_flush(other_->connection());
+        });
+        desk_.runFor(Seconds(0.03));
+        return cost;
+    }
+
+  private:
+    template <class Work>
+    Cost timed(Work work) {
+        const auto start = std::chrono::steady_clock::now();
+        work();
+        const Microseconds sent = lastSent - start;
+        client_->sync(); // the server serves its clients in turn; then it has done the agent's, too
+        const Microseconds done = std::chrono::steady_clock::now() - start;
+        return {sent.count(), done.count()};
+    }
+
+    kova::testing::Desk desk_{kova::testing::Manager::none, "2560x1440"};
+    std::unique_ptr<kova::testing::TestClient> client_ = desk_.client("Bench", 4001);
+    std::unique_ptr<kova::testing::TestClient> other_ = desk_.client("Other", 4002);
+    std::vector<xcb_window_t> windows_;
+    X11Desktop& desktop_ = desk_.openDesktop();
+    UnlockedSession session_;
+    UnansweredAlerts alerts_;
+    MemoryPreferencesStore preferences_;
+    SerialWorkQueue polling_{"polling"};
+    WorkspaceController controller_{WorkspaceServices{.accessibility = desktop_,
+                                                      .applications = desktop_,
+                                                      .screens = desktop_,
+                                                      .session = session_,
+                                                      .changes = desktop_,
+                                                      .preferences = preferences_,
+                                                      .queue = desk_.loop(),
+                                                      .pollingQueue = polling_,
+                                                      .alerts = alerts_}};
+    LayoutDividerWindowController handles_{controller_, desktop_};
+    DisplayLayoutDivider divider_;
+    bool isReady_ = false;
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const int rounds = std::max(argc > 1 ? std::atoi(argv[1]) : 101, 3);
+    Bench bench;
+    if (!bench.isReady()) return std::fputs("the divider cannot be dragged\n", stderr), 1;
+    std::vector<Cost> drags, floors;
+    for (int round = 0; round < rounds; ++round) {
+        drags.push_back(bench.drag(60));
+        const auto down = bench.frames();
+        drags.push_back(bench.drag(-60));
+        const auto up = bench.frames();
+        for (std::size_t i = 0; i < up.size(); ++i) {
+            if (up[i] == down[i]) return std::fputs("a window did not follow\n", stderr), 1;
+        }
+        floors.push_back(bench.onlyRequests(down));
+        floors.push_back(bench.onlyRequests(up));
+    }
+    for (const auto& [name, part] : {std::pair("sent", &Cost::sent), std::pair("done", &Cost::done)}) {
+        const double drag = median(drags, part), floor = median(floors, part);
+        std::printf("%s: only the requests %6.1f us, the divider's movement %6.1f us  x %.2f\n", name, floor, drag,
+                    drag / floor);
+    }
+    return 0;
+}
