@@ -323,6 +323,7 @@ class WorkspaceController {
     std::vector<std::string> targetsFor(const Screen& screen, const std::string& slotID,
                                         const std::optional<std::vector<std::string>>& claimedSlotIDs) const;
     void launchForScene(const std::vector<std::string>& bundleIDs);
+    void expectWindowOf(const std::string& bundleID);
     void carryOutRestored(const std::vector<RestoredPlacement>& placements);
     void processPendingScenePlacements();
     void endRestoration(std::size_t unavailable);
@@ -448,6 +449,7 @@ class WorkspaceController {
     ArrangementPlan lastArrangement_;
     std::map<std::string, PendingApplicationPlacement> pendingApplicationPlacements_; // by tile-target id
     SceneRestoration restoration_;
+    std::map<std::string, Seconds> expectedBundleIDs_; // launched, without a window yet; uptime until which it may come
     std::set<std::string> handledRuleWindowIDs_;
     std::int64_t autoArrangeGeneration_ = 0;
     bool didAutoArrange_ = false;

@@ -24,12 +24,14 @@ bool WorkspaceController::launchApplication(const LaunchableApplication& applica
                                            .expiresAt =
                                                services_.queue.uptime() + PendingApplicationPlacement::kLifetime,
                                            .processIdentifier = std::nullopt};
-    services_.applications.launch(application, LaunchActivation::activates,
-                                  lifetime_.guard([this, tile, identifier = application.identifier,
-                                                   completion = std::move(completion)](const LaunchResult& result) {
-                                      applicationLaunched(tile, identifier, result);
-                                      if (completion) completion(result);
-                                  }));
+    if (application.bundleIdentifier) expectWindowOf(*application.bundleIdentifier);
+    services_.applications.launch(
+        application, LaunchActivation::activates,
+        lifetime_.guard([this, tile, application, completion = std::move(completion)](const LaunchResult& result) {
+            if (result.error && application.bundleIdentifier) expectedBundleIDs_.erase(*application.bundleIdentifier);
+            applicationLaunched(tile, application.identifier, result);
+            if (completion) completion(result);
+        }));
     refreshCycle_.wake(); // until its window is placed or has failed to appear
     return true;
 }

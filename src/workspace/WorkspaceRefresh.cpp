@@ -58,6 +58,10 @@ void WorkspaceController::applyGrantedPoll(std::vector<ManagedWindow> windows, b
     if (!isRecovering && recovery_.hasDeadline()) recovery_.clear();
     const bool hasOtherTitles = !sameTitles(liveWindows_, windows);
     setLiveWindows(std::move(windows));
+    for (const auto& window : liveWindows_) {
+        if (expectedBundleIDs_.empty()) break;
+        if (window.bundleIdentifier) expectedBundleIDs_.erase(*window.bundleIdentifier);
+    }
     if (hasOtherTitles) state_.titleRevision.set(*state_.titleRevision + 1);
     if (!isRecovering && *state_.focusMode && !findLive((*state_.focusMode)->windowID)) {
         closeFocusMode();

@@ -154,16 +154,28 @@ void WorkspaceController::launchForScene(const std::vector<std::string>& bundleI
     for (const auto& application : services_.applications.runningApplications()) {
         if (application.bundleIdentifier && !application.isTerminated) running.insert(*application.bundleIdentifier);
     }
+    std::erase_if(expectedBundleIDs_, [now = services_.queue.uptime()](const auto& app) { return app.second <= now; });
     for (const auto& bundleID : bundleIDs) {
-        if (running.contains(bundleID)) continue; // its window is expected to appear by itself
+        // Its window is expected to appear by itself.
+        if (running.contains(bundleID) || expectedBundleIDs_.contains(bundleID)) continue;
         const auto application = services_.applications.launchableApplication(bundleID);
         if (!application || !restoration_.launchedBundleIDs.insert(bundleID).second) continue;
+        expectWindowOf(bundleID);
         services_.applications.launch(*application, LaunchActivation::inBackground,
-                                      lifetime_.guard([this, name = application->name](const LaunchResult& result) {
-                                          if (result.error) log(LogLevel::warning, name + ": " + *result.error);
+                                      lifetime_.guard([this, application = *application](const LaunchResult& result) {
+                                          if (result.error) {
+                                              expectedBundleIDs_.erase(*application.bundleIdentifier);
+                                              log(LogLevel::warning, application.name + ": " + *result.error);
+                                          }
                                           refresh();
                                       }));
     }
+}
+
+/// Between its launch and its first window an application may count as not running. Another scene must not start it
+/// once more meanwhile.
+void WorkspaceController::expectWindowOf(const std::string& bundleID) {
+    expectedBundleIDs_[bundleID] = services_.queue.uptime() + PendingSceneWindowPlacement::kLifetime;
 }
 
 /// Puts windows into their tiles: those in front are brought back, those that wait leave the screen.

@@ -183,6 +183,39 @@ TEST(SceneStories, MissingApplicationsAreLaunchedOnceAndAwaited) {
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0);
 }
 
+TEST(SceneStories, WhoIsOnItsWayIsNotLaunchedOnceMore) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").start();
+    const auto mail = desk.desktop.install("Mail", {.startsAfter = Seconds(3)});
+    const auto scene = import(desk, sceneOf({"Mail||focus-main|0"}));
+    desk.desktop.takeJournal();
+    desk.controller().activateScene(scene);
+    desk.advance(Seconds(1));
+    desk.controller().activateScene(scene);
+    EXPECT_EQ(launches(desk), "Mail: launch in the background\n") << "the second opening waits for the first's";
+    desk.advance(Seconds(5));
+    desk.expectTiles("Mail 15,15 1254x1382 | -");
+
+    desk.desktop.quit("Mail");
+    desk.settle();
+    desk.controller().activateScene(scene);
+    EXPECT_EQ(launches(desk), "Mail: launch in the background\n") << "it came and went";
+    desk.advance(Seconds(6));
+    desk.desktop.quit("Mail");
+    desk.settle();
+    desk.controller().launchApplication(mail, desk.displayIDOf("A"), "secondary-1");
+    desk.controller().activateScene(scene);
+    EXPECT_EQ(launches(desk), "Mail: launch\n");
+
+    desk.desktop.install("Broken", {.fails = "It is broken"});
+    const auto broken = import(desk, sceneOf({"Broken||focus-main|0"}));
+    for (int round = 0; round < 2; ++round) {
+        desk.controller().activateScene(broken);
+        EXPECT_EQ(launches(desk), "Broken: launch in the background\n") << "another try may work";
+        desk.advance(Seconds(1));
+    }
+}
+
 TEST(SceneStories, RunningItTwiceMovesNothing) {
     Desk desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
