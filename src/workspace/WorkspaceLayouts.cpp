@@ -142,11 +142,18 @@ const Screen* WorkspaceController::screenOfWindow(const ManagedWindow& window) c
         if (const Screen* screen = screenOfTarget(*target)) return screen;
     }
     if (!window.frame) return nullptr;
-    const CGPoint middle = centre(flipped(*window.frame, firstScreenMaxY()));
+    const CGRect frame = flipped(*window.frame, firstScreenMaxY());
+    const Screen* holding = nullptr; // the one that shows most of it, when its middle is off all of them
+    double mostShown = 0;
     for (const auto& screen : *state_.screens) {
-        if (containsPoint(screen.frame, middle)) return &screen;
+        if (containsPoint(screen.frame, centre(frame))) return &screen;
+        const double shown = intersectionArea(screen.frame, frame);
+        if (shown > mostShown) {
+            holding = &screen;
+            mostShown = shown;
+        }
     }
-    return nullptr;
+    return holding;
 }
 
 std::optional<std::string> WorkspaceController::currentDisplayID() const {

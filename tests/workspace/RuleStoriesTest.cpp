@@ -156,6 +156,14 @@ TEST_F(Rules, AWindowThatDoesNotShowItselfIsAskedWhenItDoes) {
     desk.settle().expectTiles(kPlaced);
 }
 
+TEST_F(Rules, AWindowMostlyOffTheScreenIsOnTheDisplayThatShowsSomeOfIt) {
+    desk.display(1920, 1080).layout("jarvis.dual-split", "B");
+    add(tileMail());
+    manageContinuously();
+    opensQuietly("Mail", {.frame = makeRect(4300, 900, 800, 600)}).settle();
+    desk.expectTiles("- | - || - | Mail 3531,15 934x1022");
+}
+
 TEST_F(Rules, AreInertWithoutTheirSlot) {
     add(tileMail("no-such-slot"));
     manageContinuously();
