@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <set>
 
 namespace kova {
 
@@ -48,10 +49,10 @@ bool WorkspaceController::activateScene(const Uuid& id) {
     if (recovery_.detectedLockedLoginSession) return refuse("The screen is locked");
     const WorkspaceScene& scene = *found;
     std::vector<std::string> applications;
+    std::set<std::string> named;
     for (const auto& placement : scene.placements) {
         const auto& name = placement.window.applicationName;
-        if (std::find(applications.begin(), applications.end(), name) == applications.end())
-            applications.push_back(name);
+        if (named.insert(name).second) applications.push_back(name);
     }
     pushUndoSnapshot({std::string(kOpenSceneAction), std::move(applications)});
     restoration_ = {};
