@@ -9,8 +9,6 @@ namespace {
 
 using nlohmann::json;
 
-constexpr std::chrono::seconds kPatience{10};
-
 Trouble trouble(const ConnectionFailure& failure) {
     // Only where nobody listens would it help to start an agent.
     const bool isMissing = failure.trouble == ConnectionTrouble::noAgent;
@@ -39,10 +37,11 @@ std::variant<Agent, Trouble> Agent::connect() {
     return Agent(std::get<ControlClient>(std::move(connected)), std::move(path));
 }
 
-std::variant<json, Trouble> Agent::ask(std::string_view method, const json& parameters) {
+std::variant<json, Trouble> Agent::ask(std::string_view method, const json& parameters,
+                                       std::chrono::milliseconds patience) {
     json request = {{"jsonrpc", "2.0"}, {"id", 1}, {"method", method}};
     if (!parameters.empty()) request["params"] = parameters;
-    client_.setPatience(kPatience);
+    client_.setPatience(patience);
     // What a terminal hands over need not be UTF-8; the agent then knows no such name and says so.
     if (const auto failure = client_.send(request.dump(-1, ' ', false, json::error_handler_t::replace)))
         return trouble(*failure);

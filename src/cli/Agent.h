@@ -22,7 +22,8 @@ struct Trouble {
 class Agent {
   public:
     static std::variant<Agent, Trouble> connect();
-    std::variant<nlohmann::json, Trouble> ask(std::string_view method, const nlohmann::json& parameters);
+    std::variant<nlohmann::json, Trouble> ask(std::string_view method, const nlohmann::json& parameters,
+                                              std::chrono::milliseconds patience = std::chrono::seconds(10));
     /// The next notification; with a patience of zero however long it takes.
     std::variant<nlohmann::json, Trouble> next(std::chrono::milliseconds patience = std::chrono::milliseconds::zero());
     const std::string& socketPath() const { return path_; }

@@ -20,7 +20,17 @@ struct Arguments {
     std::optional<int> boundary;
     std::optional<std::string> application;
     std::optional<std::string> tile;
-    bool yes = false;         // do not ask
+    bool yes = false; // do not ask
+    std::optional<std::string> scene;
+    std::optional<std::string> name; // of a scene that is captured
+    std::optional<std::string> newName;
+    std::optional<std::string> rule;
+    std::optional<int> place; // of a rule in the list, from 1
+    bool focused = false;     // for the focused window's application
+    std::optional<std::string> title;
+    std::optional<std::string> disposition;
+    std::optional<std::string> slot;
+    std::optional<std::string> file;
     std::optional<int> width; // columns of a picture
 };
 

@@ -72,16 +72,6 @@ std::string tileTable(const json& tiles) {
     return table.isEmpty() ? "No tiles.\n" : table.text();
 }
 
-/// "2024-02-29T12:34:56Z" as a clock on this wall shows it; as it is when it is no such time.
-std::string localTime(const std::string& utc) {
-    std::tm parts{};
-    if (!strptime(utc.c_str(), "%Y-%m-%dT%H:%M:%SZ", &parts)) return utc;
-    const std::time_t seconds = timegm(&parts);
-    if (!localtime_r(&seconds, &parts)) return utc;
-    std::array<char, 40> text{};
-    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &parts)};
-}
-
 /// "Mail, Notes"; "-" for nothing.
 std::string listed(const json& names) {
     std::string out;
@@ -110,6 +100,15 @@ std::string summary(const std::string& section, const json& value) {
 }
 
 } // namespace
+
+std::string localTime(const std::string& utc) {
+    std::tm parts{};
+    if (!strptime(utc.c_str(), "%Y-%m-%dT%H:%M:%SZ", &parts)) return utc;
+    const std::time_t seconds = timegm(&parts);
+    if (!localtime_r(&seconds, &parts)) return utc;
+    std::array<char, 40> text{};
+    return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%d %H:%M:%S", &parts)};
+}
 
 std::string printArrangement(const json& result, const Arguments&) {
     std::string out;

@@ -24,6 +24,8 @@ std::string printExplanation(const nlohmann::json& result, const Arguments& argu
 std::string printStatus(const nlohmann::json& result, const Arguments& arguments);
 std::string printQuit(const nlohmann::json& result, const Arguments& arguments);
 
+/// "2024-02-29T12:34:56Z" as a clock on this wall shows it; as it is when it is no such time.
+std::string localTime(const std::string& utc);
 /// A line for each section of the state in `sections`.
 std::string printChanges(std::uint64_t sequence, const nlohmann::json& sections);
 /// A line for each check.

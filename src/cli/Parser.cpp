@@ -16,6 +16,7 @@ namespace {
 constexpr double kLargestInset = 100; // points
 constexpr double kFarthest = 100'000; // points, for a divider
 constexpr int kLargestBoundary = 1000;
+constexpr int kLargestPlace = 1'000'000;
 constexpr int kNarrowestPicture = 16; // columns
 constexpr int kWidestPicture = 1000;
 constexpr std::size_t kHelpWidth = 80; // columns
@@ -62,6 +63,24 @@ Problem takeDirection(Arguments& arguments, std::string_view word) {
     return std::nullopt;
 }
 
+Problem takeDisposition(Arguments& arguments, std::string_view word) {
+    if (word != "tile" && word != "float" && word != "ignore") {
+        return "“" + std::string(word) + "” is not tile, float or ignore";
+    }
+    arguments.disposition = word;
+    return std::nullopt;
+}
+
+/// What does not go together.
+Problem contradictionIn(const Verb& verb, const Arguments& arguments) {
+    if ((verb.takes & kRuleApplication) != 0 && arguments.application.has_value() == arguments.focused) {
+        return "either --app or --focused is needed";
+    }
+    if (arguments.disposition == "tile" && !arguments.slot) return "SLOT is missing";
+    if (arguments.slot && arguments.disposition != "tile") return "only “tile” takes a SLOT";
+    return std::nullopt;
+}
+
 /// One thing that a verb may take. Without a flag it is a word by itself; without a value it is there or not.
 struct Option {
     unsigned takenBy; // of `Takes`
@@ -100,6 +119,28 @@ constexpr std::array kOptions =
          [](Arguments& a, std::string_view word) { return takeName(a.application, word); }},
         {kRequiredWindow, "", "WINDOW", "id, application or title of a window, or a part of them",
          [](Arguments& a, std::string_view word) { return takeName(a.window, word); }},
+        {kScene, "", "SCENE", "name of a scene, or its id",
+         [](Arguments& a, std::string_view word) { return takeName(a.scene, word); }},
+        {kSceneName, "", "NAME", "of the scene (default: “Workspace” and the time)",
+         [](Arguments& a, std::string_view word) { return takeName(a.name, word); }},
+        {kNewName, "", "NAME", "the scene's new name",
+         [](Arguments& a, std::string_view word) { return takeName(a.newName, word); }},
+        {kRule, "", "RULE", "number, name or id of a rule, as “rule list” tells them, or a part of it",
+         [](Arguments& a, std::string_view word) { return takeName(a.rule, word); }},
+        {kPlace, "", "PLACE", "number in the list that the rule is to have; 1 comes first",
+         [](Arguments& a, std::string_view word) {
+             return takeNumber(a.place, word, 1, kLargestPlace, "a whole number from 1 on");
+         }},
+        {kDisposition, "", "DISPOSITION", "“tile” with a SLOT, “float” or “ignore”", takeDisposition},
+        {kSlot, "", "SLOT", "with “tile”: a slot of any layout, or number or name of a tile in force",
+         [](Arguments& a, std::string_view word) { return takeName(a.slot, word); }},
+        {kFile, "", "FILE", "a JSON file", [](Arguments& a, std::string_view word) { return takeName(a.file, word); }},
+        {kRuleApplication, "--app", "ID", "id or name of an application, or a part of it",
+         [](Arguments& a, std::string_view word) { return takeName(a.application, word); }},
+        {kFocused, "--focused", "", "instead of --app: the application of the focused window",
+         [](Arguments& a, std::string_view) -> Problem { return a.focused = true, std::nullopt; }},
+        {kTitle, "--title", "TEXT", "only windows with this text in their title, in any case",
+         [](Arguments& a, std::string_view word) { return takeName(a.title, word); }},
         {kTile, "--tile", "SLOT", "id, number or name of a tile of the display's layout",
          [](Arguments& a, std::string_view word) { return takeName(a.tile, word); }},
         {kDisplay, "--display", "DISPLAY", "number, name or id of a display (default: the current one)",
@@ -122,7 +163,8 @@ bool takes(const Verb& verb, const Option& option) {
 
 bool isRequired(const Option& option) {
     constexpr unsigned kRequired = kRequiredLayout | kRequiredPoints | kDirection | kSplit | kBoundary | kTranslation |
-                                   kApplication | kTile | kRequiredWindow;
+                                   kApplication | kTile | kRequiredWindow | kScene | kNewName | kRule | kPlace |
+                                   kDisposition | kFile;
     return option.takenBy != kEveryVerb && (option.takenBy & kRequired) != 0;
 }
 
@@ -157,6 +199,7 @@ class Parser {
             if (!hasTaken(option) && isRequired(option) && takes(verb_, option))
                 return wrong(spelling(option) + " is missing");
         }
+        if (const Problem problem = contradictionIn(verb_, arguments_)) return wrong(*problem);
         return std::move(arguments_);
     }
 

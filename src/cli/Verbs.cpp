@@ -3,6 +3,7 @@
 #include "cli/ApplicationOutput.h"
 #include "cli/LayoutOutput.h"
 #include "cli/Output.h"
+#include "cli/SceneOutput.h"
 
 #include <array>
 
@@ -106,6 +107,74 @@ constexpr std::array kVerbs = std::to_array<Verb>({
      "Names them and asks first; where there is no terminal to ask at it needs --yes. The agent, the file manager and "
      "what else the desktop consists of stay open.",
      "kova force-quit-all --yes", kYes, printForceQuit},
+    {"scene capture", "scene.capture", "save the workspace as a scene",
+     "A scene holds, for every display, the layout and its sizes, the windows of all tiles and stacks, and the look. "
+     "It is "
+     "added to the list; none is replaced, also when it has the same name.",
+     "kova scene capture Work\nkova scene capture", kSceneName, printMessage},
+    {"scene list", "scene.list", "list the scenes", "The newest last; the one opened or captured last is marked.",
+     "kova scene list", kNothing, printScenes},
+    {"scene show", "scene.show", "show what a scene holds",
+     "Its displays with their layouts, and its windows with their tiles.", "kova scene show Work", kScene, printScene},
+    {"scene open", "scene.open", "bring a scene back",
+     "Layouts, sizes and look come back, and every window goes to its tile and stack. Applications that do not run are "
+     "launched behind the others, and their windows follow within 25 seconds. Opening a scene twice moves nothing the "
+     "second time. One undo step.",
+     "kova scene open Work\nkova scene open work", kScene, printMessage},
+    {"scene diff", "scene.diff", "say what differs between a scene and now",
+     "A line for each thing that opening the scene would change; windows are matched as they would be then.",
+     "kova scene diff Work", kScene, printDifferences},
+    {"scene rename", "scene.rename", "give a scene another name",
+     "“undo” does not take this back. Importing what was exported before does, once the scene is deleted: what is "
+     "there "
+     "wins over what is in a file.",
+     "kova scene rename Work Desk", kScene | kNewName, printMessage},
+    {"scene delete", "scene.delete", "delete a scene",
+     "“undo” does not take this back. Whoever wants to be able to go back exports before (“kova export”); importing "
+     "that "
+     "file brings the scene back.",
+     "kova scene delete Desk", kScene, printMessage},
+    {"rule list", "rule.list", "list the rules for windows",
+     "In their order: the first that matches a window decides. They act only while they are switched on, see “rules "
+     "on”.",
+     "kova rule list", kNothing, printRules},
+    {"rule add", "rule.add", "add a rule for the windows of an application",
+     "“tile” puts each new window of the application into a tile, “float” and “ignore” leave it alone and out of "
+     "arrangements. The rule comes last, where all others go before it.",
+     "kova rule add --app org.example.Maps tile focus-main\nkova rule add --app Mail --title inbox tile 2\nkova rule "
+     "add "
+     "--focused float",
+     kRuleApplication | kFocused | kTitle | kDisposition | kSlot, printAddedRule},
+    {"rule enable", "rule.enable", "let a rule act again", "The opposite of “rule disable”.", "kova rule enable 1",
+     kRule, printSwitchedRule},
+    {"rule disable", "rule.disable", "keep a rule from acting", "It stays in the list, and is passed over.",
+     "kova rule disable 1", kRule, printSwitchedRule},
+    {"rule move", "rule.move", "change the order of the rules",
+     "“undo” does not take this back. Importing what was exported before does, once the rules are deleted: what is "
+     "there "
+     "keeps its place before what is in a file.",
+     "kova rule move 1 2", kRule | kPlace, printMovedRule},
+    {"rule test", "rule.test", "say which rule decides for a window, and why",
+     "Asks every rule in turn, without doing anything.", "kova rule test Mail", kRequiredWindow, printRuleTest},
+    {"rule delete", "rule.delete", "delete a rule",
+     "“undo” does not take this back. Whoever wants to be able to go back exports before (“kova export”); importing "
+     "that "
+     "file brings the rule back, as the last one.",
+     "kova rule delete 1", kRule, printDeletedRule},
+    {"rules on", "rules.on", "apply the rules to windows as they appear",
+     "Also to those that are there, once. Each window is asked about once.", "kova rules on", kNothing,
+     printRulesSwitch},
+    {"rules off", "rules.off", "stop applying the rules", "Windows stay where they are.", "kova rules off", kNothing,
+     printRulesSwitch},
+    {"export", "export", "write all scenes and rules to a file",
+     "The file is written aside and moved into place. In a folder it is named KOVA-Workspace.json. It undoes what "
+     "“scene delete” and “rule delete” do after it, when it is imported.",
+     "kova export workspace.json\nkova export .", kFile, printExport},
+    {"import", "import", "add the scenes and rules of a file",
+     "What is there stays as it is: a scene or rule that is known already is passed over, though it is counted. New "
+     "rules "
+     "come last.",
+     "kova import workspace.json\nkova import KOVA-Workspace.json", kFile, printMessage},
     {"subscribe", "subscribe", "follow what changes",
      "Prints the state and then a line for each change, until interrupted. With --json each line is one JSON document.",
      "kova subscribe\nkova subscribe --json", kNothing, nullptr},

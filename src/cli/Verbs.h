@@ -29,6 +29,17 @@ enum Takes : unsigned {
     kTile = 1U << 12,
     kRequiredWindow = 1U << 13,
     kYes = 1U << 14,
+    kScene = 1U << 15,
+    kSceneName = 1U << 16, // a name, if the user wants to give one
+    kNewName = 1U << 17,
+    kRuleApplication = 1U << 18,
+    kFocused = 1U << 19,
+    kTitle = 1U << 20,
+    kDisposition = 1U << 21,
+    kSlot = 1U << 22, // of a disposition that asks for one
+    kRule = 1U << 23,
+    kPlace = 1U << 24,
+    kFile = 1U << 25,
 };
 
 struct Verb {

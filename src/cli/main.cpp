@@ -1,6 +1,7 @@
 // The command line: finds the verb, asks the agent, prints the answer. It starts in less time than the agent needs to
 // answer, so nothing is built that the verb at hand does not use.
 #include "cli/ApplicationVerbs.h"
+#include "cli/DocumentVerbs.h"
 #include "cli/Output.h"
 #include "cli/Parser.h"
 #include "cli/Streams.h"
@@ -32,6 +33,15 @@ json parametersOf(const Arguments& arguments) {
     if (arguments.boundary) parameters["boundary"] = *arguments.boundary;
     if (arguments.application) parameters["application"] = *arguments.application;
     if (arguments.tile) parameters["tile"] = *arguments.tile;
+    if (arguments.scene) parameters["scene"] = *arguments.scene;
+    if (arguments.name) parameters["name"] = *arguments.name;
+    if (arguments.newName) parameters["newName"] = *arguments.newName;
+    if (arguments.rule) parameters["rule"] = *arguments.rule;
+    if (arguments.place) parameters["to"] = *arguments.place;
+    if (arguments.focused) parameters["focused"] = true;
+    if (arguments.title) parameters["title"] = *arguments.title;
+    if (arguments.disposition) parameters["disposition"] = *arguments.disposition;
+    if (arguments.slot) parameters["slot"] = *arguments.slot;
     return parameters;
 }
 
@@ -87,6 +97,8 @@ ExitCode run(const Verb& verb, const Arguments& arguments) {
     if (verb.name == "subscribe") return runSubscribe(arguments);
     if (verb.name == "launch") return runLaunch(verb, arguments, parametersOf(arguments));
     if (verb.name == "force-quit-all") return runForceQuitAll(verb, arguments);
+    if (verb.name == "export") return runExport(verb, arguments);
+    if (verb.name == "import") return runImport(verb, arguments);
     auto connected = Agent::connect();
     if (const auto* trouble = std::get_if<Trouble>(&connected)) return end(*trouble);
     auto answer = std::get<Agent>(connected).ask(verb.method, parametersOf(arguments));

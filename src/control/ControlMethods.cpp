@@ -5,9 +5,12 @@
 #include "control/ControlRecords.h"
 #include "control/DividerMethods.h"
 #include "control/Doctor.h"
+#include "control/DocumentTransfer.h"
 #include "control/LayoutMethods.h"
 #include "control/NameLookup.h"
 #include "control/Refusal.h"
+#include "control/RuleMethods.h"
+#include "control/SceneMethods.h"
 #include "control/StateBroadcast.h"
 #include "control/WindowExplanation.h"
 #include "control/client/ControlCodes.h"
@@ -38,10 +41,13 @@ json orNull(const std::optional<std::string>& text) {
 class ControlMethods::Table {
   public:
     explicit Table(ControlContext context) :
-        context_(std::move(context)), broadcast_(context_.controller, context_.queue) {
+        context_(std::move(context)), broadcast_(context_.controller, context_.queue),
+        transfer_(context_.controller, context_.queue) {
         addActions();
         addLayouts();
         addApplications();
+        addScenes();
+        addRules();
         addQueries();
         addAgent();
     }
@@ -120,6 +126,45 @@ class ControlMethods::Table {
             [&controller](const Call& call) { return endApplication(controller, call.parameters, Ending::forceQuit); });
         add("forceQuitAll", {"confirmed"},
             [&controller](const Call& call) { return forceQuitAll(controller, call.parameters); });
+    }
+
+    void addScenes() {
+        WorkspaceController& controller = context_.controller;
+        add("scene.capture", {"name"},
+            [&controller](const Call& call) { return captureScene(controller, call.parameters); });
+        add("scene.list", {}, [&controller](const Call&) { return listScenes(controller); });
+        add("scene.show", {"scene"},
+            [&controller](const Call& call) { return showScene(controller, call.parameters); });
+        add("scene.open", {"scene"},
+            [&controller](const Call& call) { return openScene(controller, call.parameters); });
+        add("scene.rename", {"scene", "newName"},
+            [&controller](const Call& call) { return renameScene(controller, call.parameters); });
+        add("scene.delete", {"scene"},
+            [&controller](const Call& call) { return deleteScene(controller, call.parameters); });
+        add("scene.diff", {"scene"},
+            [&controller](const Call& call) { return diffScene(controller, call.parameters); });
+        add("export", {}, [this](const Call&) { return transfer_.exportDocument(); });
+        add("import", {"text", "more"},
+            [this](const Call& call) { return transfer_.importDocument(call.parameters, call.peer); });
+    }
+
+    void addRules() {
+        WorkspaceController& controller = context_.controller;
+        add("rule.list", {}, [&controller](const Call&) { return listRules(controller); });
+        add("rule.add", {"application", "focused", "title", "disposition", "slot"},
+            [&controller](const Call& call) { return addRule(controller, call.parameters); });
+        add("rule.enable", {"rule"},
+            [&controller](const Call& call) { return switchRule(controller, call.parameters, RuleSwitch::enable); });
+        add("rule.disable", {"rule"},
+            [&controller](const Call& call) { return switchRule(controller, call.parameters, RuleSwitch::disable); });
+        add("rule.delete", {"rule"},
+            [&controller](const Call& call) { return deleteRule(controller, call.parameters); });
+        add("rule.move", {"rule", "to"},
+            [&controller](const Call& call) { return moveRule(controller, call.parameters); });
+        add("rule.test", {"window"},
+            [&controller](const Call& call) { return testRules(controller, call.parameters); });
+        add("rules.on", {}, [&controller](const Call&) { return switchRules(controller, RulesSwitch::on); });
+        add("rules.off", {}, [&controller](const Call&) { return switchRules(controller, RulesSwitch::off); });
     }
 
     void addQueries() {
@@ -208,6 +253,7 @@ class ControlMethods::Table {
 
     ControlContext context_;
     StateBroadcast broadcast_;
+    DocumentTransfer transfer_;
     std::unordered_map<std::string, Method> methods_;
 };
 

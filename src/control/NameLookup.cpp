@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <set>
 
 namespace kova {
 
@@ -44,6 +45,13 @@ std::vector<std::size_t> everyIndex(std::size_t count) {
     return all;
 }
 
+ControlFailure noneOf(std::string_view kind, std::string_view wanted, std::span<const NamedThing> things) {
+    const std::string what(kind);
+    const std::string none = "There is no " + what + " " + quoted(wanted);
+    if (things.empty()) return listing(none + "; there is no " + what + " at all", wanted, things, {});
+    return listing(none + ". There is:", wanted, things, everyIndex(things.size()));
+}
+
 } // namespace
 
 std::string quotedName(std::string_view wanted) {
@@ -72,9 +80,7 @@ std::variant<std::size_t, ControlFailure> lookUp(std::string_view kind, std::str
     if (found.size() > 1) {
         return listing(quoted(wanted) + " is the name of more than one " + what + ":", wanted, things, found);
     }
-    const std::string none = "There is no " + what + " " + quoted(wanted);
-    if (things.empty()) return listing(none + "; there is no " + what + " at all", wanted, things, {});
-    return listing(none + ". There is:", wanted, things, everyIndex(things.size()));
+    return noneOf(kind, wanted, things);
 }
 
 std::variant<std::string, ControlFailure> lookUpDisplay(const WorkspaceController& controller,
@@ -134,6 +140,49 @@ std::variant<ManagedWindow, ControlFailure> lookUpWindow(const WorkspaceControll
     const auto found = lookUp("window", wanted, windows, Numbered::no);
     if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
     return controller.liveWindows()[std::get<std::size_t>(found)];
+}
+
+std::variant<WorkspaceScene, ControlFailure> lookUpScene(const WorkspaceController& controller,
+                                                         std::string_view wanted) {
+    const auto& scenes = *controller.state().scenes;
+    auto id = controller.findScene(std::string(wanted));
+    if (!id) id = Uuid::parse(wanted);
+    const auto found = std::find_if(scenes.begin(), scenes.end(), [&](const auto& scene) { return scene.id == id; });
+    if (found != scenes.end()) return *found;
+    std::vector<NamedThing> things;
+    for (const auto& scene : scenes) things.push_back({scene.id.string(), {}, scene.name + "  " + scene.id.string()});
+    return noneOf("scene", wanted, things);
+}
+
+std::variant<std::size_t, ControlFailure> lookUpRule(const WorkspaceController& controller, std::string_view wanted) {
+    std::vector<NamedThing> rules;
+    for (const auto& rule : *controller.state().rules) {
+        rules.push_back({rule.id.string(), {rule.name}, std::to_string(rules.size() + 1) + "  " + rule.name});
+    }
+    return lookUp("rule", wanted, rules, Numbered::yes);
+}
+
+std::variant<NamedApplication, ControlFailure> lookUpApplicationForRule(const WorkspaceController& controller,
+                                                                        std::string_view wanted) {
+    std::vector<NamedApplication> applications;
+    std::vector<NamedThing> things;
+    std::set<std::string> ids;
+    const auto add = [&](const std::string& name, const std::optional<std::string>& bundleIdentifier) {
+        const std::string id = bundleIdentifier.value_or(name);
+        if (!ids.insert(id).second) return;
+        applications.push_back({name, bundleIdentifier});
+        things.push_back({id, {name}, id + "  " + name});
+    };
+    for (const auto& window : controller.liveWindows()) add(window.applicationName, window.bundleIdentifier);
+    for (const auto& each : controller.launchableApplications()) {
+        if (each.bundleIdentifier) add(each.name, each.bundleIdentifier);
+    }
+    const auto found = lookUp("application", wanted, things, Numbered::no);
+    if (const auto* index = std::get_if<std::size_t>(&found)) return applications[*index];
+    if (const auto hidden = controller.launchableApplication(std::string(wanted)); hidden && hidden->bundleIdentifier) {
+        return NamedApplication{hidden->name, hidden->bundleIdentifier};
+    }
+    return std::get<ControlFailure>(found);
 }
 
 } // namespace kova

@@ -1,5 +1,5 @@
-// Finding what a person means: a display, a layout or a window by its id, its number, its name or a part that no other
-// has.
+// Finding what a person means: a display, a layout, a window, a rule or an application by its id, its number, its name
+// or a part that no other has; a scene by its id or its whole name.
 #pragma once
 
 #include "control/ControlHandling.h"
@@ -44,5 +44,19 @@ std::variant<TileSlot, ControlFailure> lookUpSlot(const WorkspaceController& con
 std::variant<std::string, ControlFailure> lookUpLayout(const WorkspaceController& controller, std::string_view wanted);
 std::variant<ManagedWindow, ControlFailure> lookUpWindow(const WorkspaceController& controller,
                                                          std::string_view wanted);
+/// By its exact name, else the first of that name in another case, else by its id. Never by a part of its name: what is
+/// deleted must have been meant.
+std::variant<WorkspaceScene, ControlFailure> lookUpScene(const WorkspaceController& controller,
+                                                         std::string_view wanted);
+/// The rule's index; its number is that in the list, from 1.
+std::variant<std::size_t, ControlFailure> lookUpRule(const WorkspaceController& controller, std::string_view wanted);
+
+struct NamedApplication {
+    std::string name;
+    std::optional<std::string> bundleIdentifier;
+};
+/// One that has windows, or could be launched.
+std::variant<NamedApplication, ControlFailure> lookUpApplicationForRule(const WorkspaceController& controller,
+                                                                        std::string_view wanted);
 
 } // namespace kova

@@ -6,7 +6,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstdio>
 #include <filesystem>
+#include <iterator>
 
 namespace kova {
 
@@ -30,6 +33,11 @@ class CommandLine : public testing::Test, public AgentStage {
         return {code, command->out, command->err};
     }
 
+    /// Commands that write a file write it here.
+    void SetUp() override { std::filesystem::current_path(files.path()); }
+    void TearDown() override { std::filesystem::current_path("/"); }
+
+    TemporaryFolder files;
     Words environment{"KOVA_SOCKET=" + socketPath(), "LANG=C.UTF-8"};
 };
 
@@ -165,6 +173,21 @@ TEST_F(CommandLine, ExitCodesTellWhatWentWrong) {
         {{"app", "quit"}, 2, "WINDOW is missing"},
         {{"app", "quit", "Solitaire"}, 1, "Mail  Inbox"},
         {{"force-quit-all"}, 1, "There is no terminal to ask at"},
+        {{"scene", "open"}, 2, "SCENE is missing"},
+        {{"scene", "open", "Work"}, 1, "there is no scene at all"},
+        {{"scene", "rename", "Work"}, 2, "NAME is missing"},
+        {{"rule", "add", "float"}, 2, "either --app or --focused is needed"},
+        {{"rule", "add", "--focused", "--app", "mail", "float"}, 2, "either --app or --focused is needed"},
+        {{"rule", "add", "--focused", "tile"}, 2, "SLOT is missing"},
+        {{"rule", "add", "--focused", "float", "1"}, 2, "only “tile” takes a SLOT"},
+        {{"rule", "add", "--focused", "hide"}, 2, "“hide” is not tile, float or ignore"},
+        {{"rule", "move", "1", "0"}, 2, "PLACE: “0” is not a whole number from 1 on"},
+        {{"rules"}, 2, "rules off"},
+        {{"import", "missing.json"}, 1, "Import failed: cannot read “missing.json”: No such file or directory"},
+        {{"import", "."}, 1, "Import failed: cannot read “.”: Is a directory"},
+        {{"import", "/dev/zero"}, 1, "Import failed: “/dev/zero” is larger than 64 MiB"},
+        {{"export", "missing/"}, 1, "Export failed: cannot write"},
+        {{"export", "/proc/nothing.json"}, 1, "Export failed: cannot write “/proc/nothing.json”"},
         {{"status", "please"}, 2, "“please” is a word too many"},
         {{"help", "arange"}, 2, "There is no verb “arange”"},
         {{"--version"}, 0, ""},
@@ -312,6 +335,74 @@ TEST_F(CommandLine, SubscribersHearOfEachChangeUntilTheAgentEnds) {
     EXPECT_NE(command->out.find("1  tiles  2 of 2 tiles taken\n"), std::string::npos) << command->out;
     endServer();
     EXPECT_EQ(command->wait(), 3);
+}
+
+TEST_F(CommandLine, ScenesAndRulesTravelAsAFile) {
+    environment.emplace_back("TZ=XYZ-5");
+    desk.arrange();
+    EXPECT_EQ(run({"scene", "capture", "Work"}).out, "Scene “Work” captured\n");
+    const std::string list = run({"scene", "list"}).out;
+    EXPECT_EQ(list.substr(0, list.size() - 37), "NAME    CAPTURED             DISPLAYS  WINDOWS  ID\n"
+                                                "* Work  2023-11-15 04:13:23         1        2  ");
+    EXPECT_EQ(run({"rule", "add", "--app", "mail", "tile", "1"}).out,
+              "Rule added for sim.mail\nRules are off; “kova rules on” lets them act.\n");
+    EXPECT_EQ(run({"rule", "add", "--focused", "--title", "make", "ignore"}).code, 0);
+    EXPECT_EQ(run({"rule", "list"}).out, R"(NUMBER  NAME               DOES             ENABLED  FOR
+     1  Mail → focus-main  tile focus-main  yes      sim.mail
+     2  Terminal ignored   ignore           yes      sim.terminal, “make” in the title
+
+Rules are off; “kova rules on” lets them act.
+)");
+    std::filesystem::create_directory("real");
+    std::filesystem::create_symlink("real/old.json", "link.json");
+    std::ofstream("real/old.json") << "old";
+    std::filesystem::permissions("real/old.json", std::filesystem::perms::owner_read);
+    EXPECT_EQ(run({"export", "link.json"}).code, 0);
+    EXPECT_TRUE(std::filesystem::is_symlink("link.json"));
+    EXPECT_EQ(std::filesystem::status("real/old.json").permissions(), std::filesystem::perms::owner_read);
+    EXPECT_EQ(run({"export", "."}).out, "1 scene and 2 rules written to ./KOVA-Workspace.json\n");
+    const std::string text = contentsOf("KOVA-Workspace.json");
+    EXPECT_EQ(contentsOf("link.json"), text);
+    EXPECT_EQ(run({"export", "/dev/stdout"}).out.substr(0, text.size()), text);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator("."), {}), 3) << "no draft is left behind";
+
+    EXPECT_EQ(run({"scene", "delete", "work"}).out, "Scene “Work” deleted\n");
+    EXPECT_EQ(run({"rule", "delete", "1"}).out, "Rule “Mail → focus-main” is deleted.\n");
+    EXPECT_EQ(run({"import", "KOVA-Workspace.json"}).out, "Imported 1 scenes and 2 rules\n");
+    EXPECT_EQ(run({"scene", "diff", "Work"}).out, "Nothing differs from scene “Work”.\n");
+    EXPECT_EQ(run({"rule", "move", "2", "1"}).out, "Rule “Mail → focus-main” is number 1 of 2.\n");
+
+    files.write("binary.json", "{\"scenes\": \"\xFF\"}");
+    EXPECT_EQ(run({"import", "binary.json"}).err, "Import failed: “binary.json” is not UTF-8 text\n");
+    files.write("broken.json", R"({"version": 1, "scenes": [], "rules": [{"disposition": 1}]})");
+    const Result broken = run({"import", "broken.json"});
+    EXPECT_EQ(broken.code, 1);
+    EXPECT_EQ(broken.err.substr(0, 24), "Import failed: rules[0].") << broken.err;
+}
+
+TEST_F(CommandLine, ALargeDocumentGoesOutAndComesInWhole) {
+    desk.arrange();
+    EXPECT_EQ(run({"scene", "capture", std::string(1000, 'n') + "ä"}).code, 0);
+    EXPECT_EQ(run({"export", "one.json"}).code, 0);
+    json document = json::parse(contentsOf("one.json"));
+    const json scene = document["scenes"][0];
+    document["scenes"] = json::array();
+    // Of odd lengths: somewhere a piece ends in the middle of a character.
+    for (int i = 0; i < 3000; ++i) {
+        json copy = scene;
+        std::array<char, 37> id{};
+        std::snprintf(id.data(), id.size(), "00000000-0000-4000-8000-%012X", static_cast<unsigned>(i));
+        copy["id"] = id.data();
+        copy["name"] = "ä\n" + std::string(static_cast<std::size_t>(i % 7), 'x') + "€€€";
+        document["scenes"].push_back(copy);
+    }
+    files.write("many.json", document.dump());
+    ASSERT_GT(std::filesystem::file_size("many.json"), 2U << 20);
+    EXPECT_EQ(run({"import", "many.json"}).out, "Imported 3000 scenes and 0 rules\n");
+    EXPECT_EQ(run({"export", "all.json"}).code, 0);
+    const json all = json::parse(contentsOf("all.json"));
+    ASSERT_EQ(all["scenes"].size(), 3001u);
+    EXPECT_EQ(json(std::vector<json>(all["scenes"].begin() + 1, all["scenes"].end())), document["scenes"]);
 }
 
 } // namespace kova

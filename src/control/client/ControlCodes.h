@@ -21,5 +21,7 @@ namespace kova {
 
 /// Longest line that the agent reads, in bytes and without its line break.
 inline constexpr std::size_t kLongestControlLine = 1024 * 1024;
+/// Largest document of scenes and rules that is imported, in bytes; it comes in pieces.
+inline constexpr std::size_t kLargestDocument = std::size_t{64} << 20;
 
 } // namespace kova

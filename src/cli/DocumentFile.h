@@ -1,0 +1,26 @@
+// A file that is read whole, or replaced whole.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+
+namespace kova::cli {
+
+struct FileProblem {
+    std::string message; // names the file
+};
+
+/// Refuses what is larger, without reading much more of it than that.
+std::variant<std::string, FileProblem> readFile(const std::string& path, std::size_t mostBytes);
+
+/// Where a document goes that is to be written to the path: in a folder it gets the name, links are followed.
+std::string documentPath(const std::string& path, std::string_view nameInFolder);
+
+/// Written aside, brought to the disk and moved into place: whoever looks finds the old file or the new one. What is no
+/// regular file, such as a pipe, is written to as it is. Absent when it was written.
+std::optional<FileProblem> replaceFile(const std::string& path, std::string_view text);
+
+} // namespace kova::cli

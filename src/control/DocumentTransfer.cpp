@@ -1,0 +1,97 @@
+#include "control/DocumentTransfer.h"
+
+#include "control/Refusal.h"
+#include "control/client/ControlCodes.h"
+#include "persistence/WorkspaceDocumentCoding.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kova {
+
+namespace {
+
+using nlohmann::json;
+
+static_assert(kLargestDocument == kMaximumImportBytes);
+
+ControlFailure importFailure(const std::string& reason) {
+    return refusal("Import failed: " + reason);
+}
+
+} // namespace
+
+ControlReply DocumentTransfer::exportDocument() const {
+    return json{{"scenes", controller_.state().scenes->size()},
+                {"rules", controller_.state().rules->size()},
+                {"text", controller_.exportWorkspaceDocument()}};
+}
+
+ControlReply DocumentTransfer::importDocument(const JsonCursor& parameters, const std::shared_ptr<ControlPeer>& peer) {
+    std::string piece = parameters.required("text").string();
+    const auto more = parameters.optional("more");
+    const bool isLast = !more || !more->boolean();
+    dropAbandoned();
+    Upload& upload = uploadOf(peer);
+    // All clients together hold no more than one document, so that none of them can fill the memory.
+    if (bytesUnderWay() + piece.size() > kLargestDocument) {
+        const bool isAlone = uploads_.size() == 1;
+        forget(peer);
+        if (!isAlone) return importFailure("too much is being imported at once");
+        return importFailure("larger than " + std::to_string(kLargestDocument >> 20) + " MiB");
+    }
+    upload.text.append(piece);
+    if (!isLast) {
+        upload.lastPiece = queue_.uptime();
+        scheduleSweep();
+        return json{{"scenes", nullptr}, {"rules", nullptr}, {"message", nullptr}};
+    }
+    const std::string text = std::move(upload.text);
+    forget(peer);
+    return takeIn(text);
+}
+
+ControlReply DocumentTransfer::takeIn(const std::string& text) {
+    const Listening listening(controller_);
+    const auto imported = controller_.importWorkspaceDocument(text);
+    if (const auto* error = std::get_if<DecodingError>(&imported)) return importFailure(error->what());
+    const auto& counts = std::get<WorkspaceImportCounts>(imported);
+    const auto said = listening.heard();
+    return json{{"scenes", counts.scenes}, {"rules", counts.rules}, {"message", said ? json(*said) : json(nullptr)}};
+}
+
+DocumentTransfer::Upload& DocumentTransfer::uploadOf(const std::shared_ptr<ControlPeer>& peer) {
+    const auto found =
+        std::find_if(uploads_.begin(), uploads_.end(), [&](const Upload& each) { return each.peer.lock() == peer; });
+    if (found != uploads_.end()) return *found;
+    return uploads_.emplace_back(Upload{peer, {}, queue_.uptime()});
+}
+
+std::size_t DocumentTransfer::bytesUnderWay() const {
+    std::size_t bytes = 0;
+    for (const Upload& upload : uploads_) bytes += upload.text.size();
+    return bytes;
+}
+
+void DocumentTransfer::forget(const std::shared_ptr<ControlPeer>& peer) {
+    std::erase_if(uploads_, [&](const Upload& each) { return each.peer.lock() == peer; });
+    scheduleSweep();
+}
+
+void DocumentTransfer::scheduleSweep() {
+    if (sweep_) sweep_->cancel();
+    sweep_.reset();
+    if (uploads_.empty()) return;
+    sweep_ = queue_.after(kPatience + Seconds(1), lifetime_.guard([this] { dropAbandoned(); }));
+}
+
+void DocumentTransfer::dropAbandoned() {
+    const Seconds now = queue_.uptime();
+    std::erase_if(uploads_, [&](const Upload& upload) {
+        const auto peer = upload.peer.lock();
+        return !peer || !peer->isConnected() || now - upload.lastPiece > kPatience;
+    });
+    scheduleSweep();
+}
+
+} // namespace kova

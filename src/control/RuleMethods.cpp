@@ -1,0 +1,204 @@
+#include "control/RuleMethods.h"
+
+#include "control/ControlRecords.h"
+#include "control/NameLookup.h"
+#include "control/Refusal.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+namespace kova {
+
+namespace {
+
+using nlohmann::json;
+
+json orNull(const std::optional<std::string>& text) {
+    return text ? json(*text) : json(nullptr);
+}
+
+json record(const WorkspaceRule& rule, std::size_t number) {
+    const auto* tile = std::get_if<disposition::Tile>(&rule.disposition);
+    const bool floats = std::holds_alternative<disposition::Float>(rule.disposition);
+    return {{"number", number},
+            {"id", rule.id.string()},
+            {"name", rule.name},
+            {"isEnabled", rule.isEnabled},
+            {"bundleIdentifier", orNull(rule.bundleIdentifier)},
+            {"applicationName", orNull(rule.applicationName)},
+            {"title", orNull(rule.titleContains)},
+            {"disposition", tile     ? "tile"
+                            : floats ? "float"
+                                     : "ignore"},
+            {"slot", tile ? json(tile->slotID) : json(nullptr)}};
+}
+
+json record(const WorkspaceController& controller, std::size_t index) {
+    return record((*controller.state().rules)[index], index + 1);
+}
+
+json orderChange(const WorkspaceController& controller, json rule) {
+    return {{"rule", std::move(rule)}, {"rules", controller.state().rules->size()}};
+}
+
+std::variant<std::size_t, ControlFailure> wantedRule(const WorkspaceController& controller,
+                                                     const JsonCursor& parameters) {
+    return lookUpRule(controller, parameters.required("rule").string());
+}
+
+/// A rule is for all displays: any layout's slot will do, and on the current display also a tile's number or name.
+std::variant<std::string, ControlFailure> lookUpRuleSlot(const WorkspaceController& controller,
+                                                         const std::string& wanted) {
+    for (const LayoutDefinition& layout : controller.catalogue()) {
+        for (const TileSlot& slot : layout.slots) {
+            if (slot.id == wanted) return wanted;
+        }
+    }
+    const auto display = controller.currentDisplayID();
+    if (!display) return refusal("No display is connected");
+    const auto slot = lookUpSlot(controller, *display, wanted);
+    if (const auto* failure = std::get_if<ControlFailure>(&slot)) return *failure;
+    return std::get<TileSlot>(slot).id;
+}
+
+std::variant<WorkspaceRuleDisposition, ControlFailure> wantedDisposition(const WorkspaceController& controller,
+                                                                         const JsonCursor& parameters) {
+    const JsonCursor given = parameters.required("disposition");
+    const std::string word = given.string();
+    const auto slot = parameters.optional("slot");
+    if (word == "tile") {
+        auto found = lookUpRuleSlot(controller, parameters.required("slot").string());
+        if (auto* failure = std::get_if<ControlFailure>(&found)) return *std::move(failure);
+        return disposition::Tile{std::get<std::string>(std::move(found))};
+    }
+    if (slot) slot->fail("only “tile” takes a slot");
+    if (word == "float") return disposition::Float{};
+    if (word == "ignore") return disposition::Ignore{};
+    given.fail("expected tile, float or ignore");
+}
+
+/// Fills in the application of which the rule is to speak.
+std::optional<ControlFailure> setApplication(WorkspaceRule& rule, const WorkspaceController& controller,
+                                             const std::string& wanted) {
+    const auto application = lookUpApplicationForRule(controller, wanted);
+    if (const auto* failure = std::get_if<ControlFailure>(&application)) return *failure;
+    const auto& [name, bundleIdentifier] = std::get<NamedApplication>(application);
+    rule.bundleIdentifier = bundleIdentifier;
+    if (!rule.bundleIdentifier) rule.applicationName = name;
+    rule.name = ruleName(name, rule.disposition);
+    return std::nullopt;
+}
+
+std::string_view word(RuleVerdict verdict) {
+    switch (verdict) {
+    case RuleVerdict::matches:
+        return "matches";
+    case RuleVerdict::disabled:
+        return "disabled";
+    case RuleVerdict::withoutCriterion:
+        return "withoutCriterion";
+    case RuleVerdict::otherApplication:
+        return "otherApplication";
+    case RuleVerdict::otherTitle:
+        return "otherTitle";
+    case RuleVerdict::titleAwaited:
+        return "titleAwaited";
+    case RuleVerdict::notConsulted:
+        return "notConsulted";
+    }
+    return "";
+}
+
+} // namespace
+
+ControlReply listRules(const WorkspaceController& controller) {
+    json rules = json::array();
+    for (std::size_t i = 0; i < controller.state().rules->size(); ++i) rules.push_back(record(controller, i));
+    return json{{"isOn", *controller.state().continuousManagementEnabled}, {"rules", std::move(rules)}};
+}
+
+ControlReply addRule(WorkspaceController& controller, const JsonCursor& parameters) {
+    const auto application = parameters.optional("application");
+    const auto focused = parameters.optional("focused");
+    const bool isForFocused = focused && focused->boolean();
+    const auto title = parameters.optional("title");
+    const std::string titleText = title ? title->string() : "";
+    if (application && isForFocused) focused->fail("the rule is either for “application” or for the focused window");
+    if (!application && !isForFocused) (void)parameters.required("application");
+    const auto found = wantedDisposition(controller, parameters);
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    const auto& disposition = std::get<WorkspaceRuleDisposition>(found);
+
+    const Listening listening(controller);
+    if (isForFocused) {
+        if (!controller.addRuleForFocusedWindow(disposition)) {
+            return listening.refusalOr("No focused application window found");
+        }
+        if (title) (void)controller.setRuleTitleContains(controller.state().rules->back().id, titleText);
+    } else {
+        WorkspaceRule rule;
+        rule.disposition = disposition;
+        rule.titleContains = titleText;
+        if (auto failure = setApplication(rule, controller, application->string())) return *std::move(failure);
+        if (!controller.addRule(std::move(rule))) return refusal(listening.heard().value_or("The rule was not added"));
+    }
+    return json{{"rule", record(controller, controller.state().rules->size() - 1)},
+                {"isOn", *controller.state().continuousManagementEnabled},
+                {"message", orNull(listening.heard())}};
+}
+
+ControlReply switchRule(WorkspaceController& controller, const JsonCursor& parameters, RuleSwitch direction) {
+    const auto found = wantedRule(controller, parameters);
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    const auto index = std::get<std::size_t>(found);
+    controller.setRuleEnabled((*controller.state().rules)[index].id, direction == RuleSwitch::enable);
+    return orderChange(controller, record(controller, index));
+}
+
+ControlReply deleteRule(WorkspaceController& controller, const JsonCursor& parameters) {
+    const auto found = wantedRule(controller, parameters);
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    const auto index = std::get<std::size_t>(found);
+    json deleted = record(controller, index);
+    controller.deleteRule((*controller.state().rules)[index].id);
+    return orderChange(controller, std::move(deleted));
+}
+
+ControlReply moveRule(WorkspaceController& controller, const JsonCursor& parameters) {
+    const JsonCursor given = parameters.required("to");
+    const std::int64_t to = given.integer();
+    if (to < 1 || to > kMostRules) given.fail("expected a place in the list, from 1 on");
+    const auto found = wantedRule(controller, parameters);
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    const auto place = std::min(static_cast<std::size_t>(to), controller.state().rules->size()) - 1;
+    controller.moveRule((*controller.state().rules)[std::get<std::size_t>(found)].id, place);
+    return orderChange(controller, record(controller, place));
+}
+
+ControlReply switchRules(WorkspaceController& controller, RulesSwitch direction) {
+    controller.setContinuousManagementEnabled(direction == RulesSwitch::on);
+    return json{{"isOn", *controller.state().continuousManagementEnabled}};
+}
+
+ControlReply testRules(const WorkspaceController& controller, const JsonCursor& parameters) {
+    if (auto failure = withoutPermission(controller)) return *failure;
+    const auto found = lookUpWindow(controller, parameters.required("window").string());
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    const auto& window = std::get<ManagedWindow>(found);
+    const auto explanation = controller.explainRules(window.id);
+    if (!explanation) return refusal("The window is gone");
+    json reasons = json::array();
+    for (const auto& reason : explanation->reasons) {
+        reasons.push_back({{"rule", reason.ruleID.string()},
+                           {"name", reason.name},
+                           {"verdict", word(reason.verdict)},
+                           {"text", reason.text}});
+    }
+    return json{{"window", controlRecord::window(window, controller.assignments())},
+                {"rule", explanation->deciding ? record(controller, *explanation->deciding) : json(nullptr)},
+                {"summary", explanation->summary},
+                {"reasons", std::move(reasons)}};
+}
+
+} // namespace kova

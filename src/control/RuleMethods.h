@@ -1,0 +1,26 @@
+// Rules for windows, as methods of the socket.
+#pragma once
+
+#include "control/ControlHandling.h"
+#include "support/JsonDecoding.h"
+#include "workspace/WorkspaceController.h"
+
+#include <cstdint>
+
+namespace kova {
+
+inline constexpr std::int64_t kMostRules = 1'000'000; // beyond any list: a place to move a rule to
+
+/// In their order: the first that matches a window decides.
+ControlReply listRules(const WorkspaceController& controller);
+ControlReply addRule(WorkspaceController& controller, const JsonCursor& parameters);
+enum class RuleSwitch { disable, enable };
+ControlReply switchRule(WorkspaceController& controller, const JsonCursor& parameters, RuleSwitch direction);
+ControlReply deleteRule(WorkspaceController& controller, const JsonCursor& parameters);
+ControlReply moveRule(WorkspaceController& controller, const JsonCursor& parameters);
+enum class RulesSwitch { off, on };
+ControlReply switchRules(WorkspaceController& controller, RulesSwitch direction);
+/// Which rule decides for a window, and what the others say.
+ControlReply testRules(const WorkspaceController& controller, const JsonCursor& parameters);
+
+} // namespace kova

@@ -1,0 +1,145 @@
+#include "control/SceneMethods.h"
+
+#include "control/ControlRecords.h"
+#include "control/NameLookup.h"
+#include "control/Refusal.h"
+
+#include <utility>
+
+namespace kova {
+
+namespace {
+
+using nlohmann::json;
+
+json orNull(const std::optional<std::string>& text) {
+    return text ? json(*text) : json(nullptr);
+}
+
+json brief(const WorkspaceScene& scene) {
+    return {{"id", scene.id.string()}, {"name", scene.name}};
+}
+
+json entry(const WorkspaceScene& scene, const std::optional<Uuid>& activeID) {
+    return {{"id", scene.id.string()},
+            {"name", scene.name},
+            {"createdAt", iso8601(scene.createdAt)},
+            {"updatedAt", iso8601(scene.updatedAt)},
+            {"displays", scene.displays.size()},
+            {"windows", scene.placements.size()},
+            {"isActive", scene.id == activeID}};
+}
+
+json displaysOf(const WorkspaceScene& scene) {
+    json out = json::array();
+    for (const auto& display : scene.displays) {
+        out.push_back({{"number", display.ordinal + 1},
+                       {"name", display.name},
+                       {"layout", display.layoutID},
+                       {"weights", display.layoutWeights.splits}});
+    }
+    return out;
+}
+
+json placementsOf(const WorkspaceScene& scene) {
+    json out = json::array();
+    for (const auto& placement : scene.placements) {
+        out.push_back({{"application", placement.window.applicationName},
+                       {"bundleIdentifier", orNull(placement.window.bundleIdentifier)},
+                       {"title", orNull(placement.window.titleHint)},
+                       {"display", placement.displayOrdinal + 1},
+                       {"slot", placement.slotID},
+                       {"covers", placement.claimedSlotIDs.value_or(std::vector{placement.slotID})},
+                       {"stackIndex", placement.stackIndex},
+                       {"isFront", frontsItsTile(placement.stackIndex, placement.isActive)}});
+    }
+    return out;
+}
+
+std::variant<WorkspaceScene, ControlFailure> wantedScene(const WorkspaceController& controller,
+                                                         const JsonCursor& parameters) {
+    return lookUpScene(controller, parameters.required("scene").string());
+}
+
+} // namespace
+
+ControlReply captureScene(WorkspaceController& controller, const JsonCursor& parameters) {
+    const auto named = parameters.optional("name");
+    const std::optional<std::string> name = named ? std::optional(named->string()) : std::nullopt;
+    const Listening listening(controller);
+    controller.captureScene(name);
+    const WorkspaceScene& scene = controller.state().scenes->back();
+    return json{{"scene", entry(scene, *controller.state().activeSceneID)}, {"message", orNull(listening.heard())}};
+}
+
+ControlReply listScenes(const WorkspaceController& controller) {
+    json scenes = json::array();
+    for (const auto& scene : *controller.state().scenes) {
+        scenes.push_back(entry(scene, *controller.state().activeSceneID));
+    }
+    return json{{"scenes", std::move(scenes)}};
+}
+
+ControlReply showScene(const WorkspaceController& controller, const JsonCursor& parameters) {
+    const auto found = wantedScene(controller, parameters);
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    const auto& scene = std::get<WorkspaceScene>(found);
+    return json{{"scene", entry(scene, *controller.state().activeSceneID)},
+                {"theme", scene.themeID},
+                {"accentColor", scene.accentColorID},
+                {"tileInset", controlRecord::number(scene.tileInset)},
+                {"displays", displaysOf(scene)},
+                {"placements", placementsOf(scene)}};
+}
+
+ControlReply openScene(WorkspaceController& controller, const JsonCursor& parameters) {
+    const auto found = wantedScene(controller, parameters);
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    const auto& scene = std::get<WorkspaceScene>(found);
+    const Listening listening(controller);
+    if (!controller.perform(action::ActivateScene{scene.id})) {
+        return listening.refusalOr("The scene was not opened");
+    }
+    return json{{"scene", brief(scene)},
+                {"awaited", controller.pendingSceneWindowPlacements().size()},
+                {"message", orNull(listening.heard())},
+                {"canUndo", *controller.state().canUndo}};
+}
+
+ControlReply renameScene(WorkspaceController& controller, const JsonCursor& parameters) {
+    const std::string newName = parameters.required("newName").string();
+    const auto found = wantedScene(controller, parameters);
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    const Uuid id = std::get<WorkspaceScene>(found).id;
+    const Listening listening(controller);
+    if (!controller.renameScene(id, newName)) {
+        return refusal(listening.heard().value_or("The scene was not renamed"));
+    }
+    const auto renamed = lookUpScene(controller, id.string());
+    if (const auto* failure = std::get_if<ControlFailure>(&renamed)) return *failure;
+    return json{{"scene", brief(std::get<WorkspaceScene>(renamed))}, {"message", orNull(listening.heard())}};
+}
+
+ControlReply deleteScene(WorkspaceController& controller, const JsonCursor& parameters) {
+    const auto found = wantedScene(controller, parameters);
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    const auto& scene = std::get<WorkspaceScene>(found);
+    const Listening listening(controller);
+    if (!controller.deleteScene(scene.id)) return refusal("The scene was not deleted");
+    return json{{"scene", brief(scene)}, {"message", orNull(listening.heard())}};
+}
+
+ControlReply diffScene(const WorkspaceController& controller, const JsonCursor& parameters) {
+    if (auto failure = withoutPermission(controller)) return *failure; // no window is known
+    const auto found = wantedScene(controller, parameters);
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    const auto& scene = std::get<WorkspaceScene>(found);
+    json differences = json::array();
+    const auto all = controller.diffScene(scene.id);
+    for (const auto& difference : all.value_or(std::vector<SceneDifference>{})) {
+        differences.push_back({{"what", difference.what}, {"inScene", difference.inScene}, {"now", difference.now}});
+    }
+    return json{{"scene", brief(scene)}, {"differences", std::move(differences)}};
+}
+
+} // namespace kova

@@ -1,0 +1,20 @@
+// Scenes, as methods of the socket.
+#pragma once
+
+#include "control/ControlHandling.h"
+#include "support/JsonDecoding.h"
+#include "workspace/WorkspaceController.h"
+
+namespace kova {
+
+ControlReply captureScene(WorkspaceController& controller, const JsonCursor& parameters);
+/// The newest last.
+ControlReply listScenes(const WorkspaceController& controller);
+ControlReply showScene(const WorkspaceController& controller, const JsonCursor& parameters);
+/// Answered at once: windows of applications that are launched for it follow.
+ControlReply openScene(WorkspaceController& controller, const JsonCursor& parameters);
+ControlReply renameScene(WorkspaceController& controller, const JsonCursor& parameters);
+ControlReply deleteScene(WorkspaceController& controller, const JsonCursor& parameters);
+ControlReply diffScene(const WorkspaceController& controller, const JsonCursor& parameters);
+
+} // namespace kova

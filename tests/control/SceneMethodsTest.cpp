@@ -1,0 +1,201 @@
+// Scenes, rules and their document over the agent's socket.
+#include "control/DocumentTransfer.h"
+#include "control/client/ControlCodes.h"
+#include "tests/control/AgentStage.h"
+#include "tests/control/JsonSchema.h"
+
+#include <gtest/gtest.h>
+
+namespace kova {
+
+namespace {
+
+using nlohmann::json;
+
+class SceneMethods : public testing::Test, public AgentStage {
+  protected:
+    json call(SocketClient& by, const std::string& method, json parameters = json::object()) {
+        return by.ask(
+            json{{"jsonrpc", "2.0"}, {"id", 1}, {"method", method}, {"params", std::move(parameters)}}.dump());
+    }
+    json result(const std::string& method, json parameters = json::object()) {
+        const json reply = call(connection, method, std::move(parameters));
+        EXPECT_TRUE(reply.contains("result")) << method << ": " << reply;
+        json found = reply.value("result", json());
+        EXPECT_EQ(schemaViolation(schema, "result:" + method, found), "");
+        return found;
+    }
+    std::string refusal(const std::string& method, json parameters = json::object()) {
+        const json reply = call(connection, method, std::move(parameters));
+        EXPECT_EQ(reply["error"]["code"], controlCode::refused) << reply;
+        return reply["error"].value("message", "");
+    }
+    std::string ruleNames() {
+        std::string names;
+        const json list = result("rule.list");
+        for (const json& rule : list["rules"]) names += (names.empty() ? "" : ", ") + rule["name"].get<std::string>();
+        return names;
+    }
+    const json schema = controlSchema();
+    SocketClient connection = client();
+};
+
+} // namespace
+
+TEST_F(SceneMethods, ASceneIsFoundByItsWholeNameOrItsId) {
+    desk.arrange();
+    const json first = result("scene.capture", {{"name", "desk"}})["scene"];
+    const json second = result("scene.capture", {{"name", "Desk"}})["scene"];
+    const auto shown = [&](const std::string& name) { return result("scene.show", {{"scene", name}})["scene"]["id"]; };
+    EXPECT_EQ(shown("Desk"), second["id"]);
+    EXPECT_EQ(shown("DESK"), first["id"]) << "the first in another case";
+    EXPECT_EQ(shown(second["id"]), second["id"]);
+    EXPECT_EQ(refusal("scene.delete", {{"scene", "Des"}}).substr(0, 33), "There is no scene “Des”. Ther");
+
+    EXPECT_EQ(result("scene.rename", {{"scene", "Desk"}, {"newName", " Work "}})["scene"]["name"], "Work");
+    EXPECT_EQ(refusal("scene.rename", {{"scene", "Work"}, {"newName", "  "}}), "A scene needs a name");
+    EXPECT_EQ(result("scene.delete", {{"scene", "work"}})["message"], "Scene “Work” deleted");
+    const json left = result("scene.list")["scenes"];
+    ASSERT_EQ(left.size(), 1u);
+    EXPECT_EQ(left[0]["id"], first["id"]);
+    EXPECT_EQ(left[0]["isActive"], false);
+}
+
+TEST_F(SceneMethods, ASceneIsComparedAndOpened) {
+    desk.arrange();
+    const std::string before = desk.tiles();
+    result("scene.capture", {{"name", "Work"}});
+    const json shown = result("scene.show", {{"scene", "Work"}});
+    EXPECT_EQ(shown["displays"][0]["layout"], "jarvis.dual-split");
+    EXPECT_EQ(shown["placements"][0]["slot"], "focus-main");
+    EXPECT_EQ(result("scene.diff", {{"scene", "Work"}})["differences"], json::array());
+    result("layout.select", {{"layout", "jarvis.quad-grid"}});
+    desk.settle();
+    EXPECT_EQ(result("scene.diff", {{"scene", "Work"}})["differences"][0]["now"], "jarvis.quad-grid");
+    const json opened = result("scene.open", {{"scene", "work"}});
+    EXPECT_EQ(opened["message"], "Scene “Work” restored");
+    EXPECT_EQ(opened["awaited"], 0);
+    EXPECT_EQ(opened["canUndo"], true);
+    desk.settle();
+    EXPECT_EQ(desk.tiles(), before);
+
+    desk.desktop.setTrusted(false);
+    desk.settle();
+    for (const char* method : {"scene.open", "scene.diff"}) {
+        EXPECT_EQ(call(connection, method, {{"scene", "Work"}})["error"]["code"], controlCode::noPermission);
+    }
+}
+
+TEST_F(SceneMethods, RulesAreAddedOrderedAndAsked) {
+    const auto add = [&](json parameters) { return result("rule.add", std::move(parameters)); };
+    const json mail = add({{"application", "mail"}, {"title", "inbox"}, {"disposition", "tile"}, {"slot", "2"}});
+    EXPECT_EQ(mail["rule"]["slot"], "secondary-1") << "the second tile of the layout in force";
+    EXPECT_EQ(mail["isOn"], false);
+    EXPECT_EQ(add({{"focused", true}, {"disposition", "float"}, {"title", " build "}})["rule"]["title"], "build");
+    EXPECT_EQ(
+        add({{"application", "org.example.Maps"}, {"disposition", "tile"}, {"slot", "secondary-3"}})["rule"]["slot"],
+        "secondary-3")
+        << "of a layout that is not in force";
+    EXPECT_EQ(ruleNames(), "Mail → secondary-1, Terminal floats, Maps → secondary-3");
+
+    const json asked = result("rule.test", {{"window", "mail"}});
+    EXPECT_EQ(asked["rule"]["id"], mail["rule"]["id"]);
+    EXPECT_EQ(asked["reasons"][1]["verdict"], "notConsulted");
+    result("rule.disable", {{"rule", "1"}});
+    EXPECT_EQ(result("rule.test", {{"window", "mail"}})["reasons"][0]["verdict"], "disabled");
+    EXPECT_EQ(result("rule.enable", {{"rule", "mail → secondary-1"}})["rule"]["isEnabled"], true);
+
+    EXPECT_EQ(result("rule.move", {{"rule", "maps"}, {"to", 1}})["rule"]["number"], 1);
+    EXPECT_EQ(result("rule.move", {{"rule", "2"}, {"to", 900}})["rule"]["number"], 3);
+    EXPECT_EQ(ruleNames(), "Maps → secondary-3, Terminal floats, Mail → secondary-1");
+    EXPECT_EQ(result("rules.on")["isOn"], true);
+    desk.settle();
+    EXPECT_NE(desk.tiles().find("| Mail "), std::string::npos) << desk.tiles();
+    EXPECT_EQ(result("rules.off")["isOn"], false);
+    EXPECT_EQ(result("rule.delete", {{"rule", "terminal"}})["rules"], 2);
+    EXPECT_EQ(ruleNames(), "Maps → secondary-3, Mail → secondary-1");
+}
+
+TEST_F(SceneMethods, ARuleThatMakesNoSenseIsNotAdded) {
+    using Parameters = json::object_t;
+    const std::vector<Parameters> cases = {
+        {{"disposition", "float"}},
+        {{"application", "mail"}, {"focused", true}, {"disposition", "float"}},
+        {{"application", "mail"}, {"disposition", "tile"}},
+        {{"application", "mail"}, {"disposition", "float"}, {"slot", "1"}},
+        {{"application", "mail"}, {"disposition", "sink"}},
+    };
+    for (const auto& parameters : cases) {
+        EXPECT_EQ(call(connection, "rule.add", parameters)["error"]["code"], controlCode::invalidParameters)
+            << json(parameters);
+    }
+    EXPECT_EQ(call(connection, "rule.move", {{"rule", "1"}, {"to", 0}})["error"]["code"],
+              controlCode::invalidParameters);
+    EXPECT_NE(refusal("rule.add", {{"application", "solitaire"}, {"disposition", "float"}}).find("Mail"),
+              std::string::npos);
+    EXPECT_NE(refusal("rule.add", {{"application", "mail"}, {"disposition", "tile"}, {"slot", "attic"}}).find("1  "),
+              std::string::npos);
+    EXPECT_EQ(refusal("rule.enable", {{"rule", "1"}}), "There is no rule “1”; there is no rule at all");
+    EXPECT_EQ(ruleNames(), "");
+}
+
+TEST_F(SceneMethods, TheDocumentTravelsInPieces) {
+    desk.arrange();
+    result("scene.capture", {{"name", "Wörk"}});
+    result("rule.add", {{"application", "mail"}, {"disposition", "ignore"}});
+    const std::string text = result("export")["text"];
+    result("scene.delete", {{"scene", "Wörk"}});
+    result("rule.delete", {{"rule", "1"}});
+
+    SocketClient other = client();
+    EXPECT_EQ(call(other, "import", {{"text", "{\"version\""}, {"more", true}})["result"]["scenes"], nullptr);
+    EXPECT_EQ(result("import", {{"text", text.substr(0, 100)}, {"more", true}})["message"], nullptr);
+    const json imported = result("import", {{"text", text.substr(100)}});
+    EXPECT_EQ(imported["message"], "Imported 1 scenes and 1 rules");
+    EXPECT_EQ(imported["rules"], 1);
+    EXPECT_EQ(result("export")["text"].get<std::string>().size() + std::string("  \"activeSceneID\": \"\",\n").size() +
+                  36,
+              text.size())
+        << "all but which scene is active came back";
+    EXPECT_EQ(result("import", {{"text", text}})["scenes"], 1) << "known ones are counted";
+    EXPECT_EQ(result("scene.list")["scenes"].size(), 1u);
+
+    // What another client had begun goes on, and ends in its own failure.
+    EXPECT_EQ(call(other, "import", {{"text", ": 1, \"scenes\": [{}], \"rules\": []}"}})["error"]["message"],
+              "Import failed: scenes[0].id: is missing");
+    EXPECT_EQ(result("scene.list")["scenes"].size(), 1u);
+}
+
+TEST(DocumentTransfer, HoldsNoMoreThanOneLargestDocumentAndNothingForLong) {
+    struct Peer final : ControlPeer {
+        void send(const std::string&) override {}
+        bool isConnected() const override { return isThere; }
+        bool isThere = true;
+    };
+    Desk desk;
+    desk.start();
+    DocumentTransfer transfer(desk.controller(), desk.desktop.queue());
+    const auto send = [&](const std::shared_ptr<Peer>& by, const std::string& text, bool more) -> std::string {
+        const json parameters{{"text", text}, {"more", more}};
+        const auto reply = transfer.importDocument(JsonCursor(parameters, ""), by);
+        if (const auto* failure = std::get_if<ControlFailure>(&reply)) return failure->message;
+        return std::get<json>(reply)["scenes"].dump();
+    };
+    const auto one = std::make_shared<Peer>(), other = std::make_shared<Peer>();
+    const std::string half(kLargestDocument / 2, ' ');
+    const std::string document = R"({"version": 1, "scenes": [], "rules": []})";
+    EXPECT_EQ(send(one, half, true), "null");
+    EXPECT_EQ(send(one, half, true), "null");
+    EXPECT_EQ(send(one, document, false), "Import failed: larger than 64 MiB");
+    EXPECT_EQ(send(one, half, true), "null") << "it begins anew";
+    EXPECT_EQ(send(other, half + " ", true), "Import failed: too much is being imported at once");
+    one->isThere = false;
+    EXPECT_EQ(send(other, half, true), "null");
+    EXPECT_EQ(send(other, half.substr(document.size()) + document, false), "0");
+
+    EXPECT_EQ(send(other, "{", true), "null");
+    desk.advance(DocumentTransfer::kPatience + Seconds(2));
+    EXPECT_EQ(send(other, document, false), "0") << "what was begun so long ago was given up";
+}
+
+} // namespace kova
