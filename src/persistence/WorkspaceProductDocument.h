@@ -7,6 +7,7 @@
 #include "support/Uuid.h"
 
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 #include <variant>
@@ -90,5 +91,10 @@ struct WorkspaceProductDocument {
     std::optional<Uuid> activeSceneID;
     bool operator==(const WorkspaceProductDocument&) const = default;
 };
+
+/// An index as people count, from 1. An imported one may be as large as can be, which stays what it is.
+inline std::int64_t countedFromOne(std::int64_t index) {
+    return index == std::numeric_limits<std::int64_t>::max() ? index : index + 1;
+}
 
 } // namespace kova

@@ -72,7 +72,7 @@ class Comparison {
             }
         } else {
             text += ", behind";
-            if (display) text += " as number " + std::to_string(placement.stackIndex + 1);
+            if (display) text += " as number " + std::to_string(countedFromOne(placement.stackIndex));
         }
         return text;
     }

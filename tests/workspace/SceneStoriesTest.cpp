@@ -349,6 +349,15 @@ TEST(SceneStories, WhatIsNotToBeHadIsLeftOut) {
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 1u);
 }
 
+TEST(SceneStories, AnyIndexOfAFileCanBeTold) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").start();
+    auto scene = sceneOf({"Mail||focus-main|1"});
+    scene.placements.front().stackIndex = INT64_MAX;
+    EXPECT_EQ(differences(desk, import(desk, scene)),
+              "Mail: A focus-main, behind as number 9223372036854775807 / in no tile\n");
+}
+
 TEST(SceneStories, UndoStepsBackToWhatWasBefore) {
     Desk desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
