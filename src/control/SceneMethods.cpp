@@ -33,7 +33,7 @@ json entry(const WorkspaceScene& scene, const std::optional<Uuid>& activeID) {
 json displaysOf(const WorkspaceScene& scene) {
     json out = json::array();
     for (const auto& display : scene.displays) {
-        out.push_back({{"number", display.ordinal + 1},
+        out.push_back({{"number", countedFromOne(display.ordinal)},
                        {"name", display.name},
                        {"layout", display.layoutID},
                        {"weights", display.layoutWeights.splits}});
@@ -47,7 +47,7 @@ json placementsOf(const WorkspaceScene& scene) {
         out.push_back({{"application", placement.window.applicationName},
                        {"bundleIdentifier", orNull(placement.window.bundleIdentifier)},
                        {"title", orNull(placement.window.titleHint)},
-                       {"display", placement.displayOrdinal + 1},
+                       {"display", countedFromOne(placement.displayOrdinal)},
                        {"slot", placement.slotID},
                        {"covers", placement.claimedSlotIDs.value_or(std::vector{placement.slotID})},
                        {"stackIndex", placement.stackIndex},

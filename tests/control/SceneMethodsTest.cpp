@@ -86,6 +86,21 @@ TEST_F(SceneMethods, ASceneIsComparedAndOpened) {
     }
 }
 
+TEST_F(SceneMethods, AnyIndexOfAFileCanBeShown) {
+    desk.arrange();
+    result("scene.capture", {{"name", "Work"}});
+    json file = json::parse(desk.controller().exportWorkspaceDocument());
+    json& scene = file["scenes"][0];
+    scene["id"] = "3F2504E0-4F89-41D3-9A0C-0305E82C3301";
+    scene["name"] = "Far";
+    scene["displays"][0]["ordinal"] = INT64_MAX;
+    scene["placements"][0]["displayOrdinal"] = INT64_MAX;
+    result("import", {{"text", file.dump()}});
+    const json shown = result("scene.show", {{"scene", "Far"}});
+    EXPECT_EQ(shown["displays"][0]["number"], INT64_MAX);
+    EXPECT_EQ(shown["placements"][0]["display"], INT64_MAX);
+}
+
 TEST_F(SceneMethods, RulesAreAddedOrderedAndAsked) {
     const auto add = [&](json parameters) { return result("rule.add", std::move(parameters)); };
     const json mail = add({{"application", "mail"}, {"title", "inbox"}, {"disposition", "tile"}, {"slot", "2"}});
