@@ -1,6 +1,7 @@
 #include "app/LayoutDividerWindowController.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kova {
 
@@ -52,16 +53,17 @@ void LayoutDividerWindowController::refresh() {
 
 void LayoutDividerWindowController::close() {
     if (isClosed_) return;
+    // First, as the tiles that go back show their handles again.
+    if (std::exchange(held_, std::nullopt)) workspace_.cancelDividerDrag();
     isClosed_ = true;
     shown_.clear();
-    if (held_) workspace_.cancelDividerDrag();
-    held_.reset();
     handles_.showHandles({});
 }
 
-const LayoutDividerWindowController::Shown* LayoutDividerWindowController::find(const std::string& id) const {
+std::optional<DisplayLayoutDivider> LayoutDividerWindowController::dividerOf(const std::string& id) const {
     const auto found = std::find_if(shown_.begin(), shown_.end(), [&](const Shown& s) { return s.handle.id == id; });
-    return found == shown_.end() ? nullptr : &*found;
+    if (found == shown_.end()) return std::nullopt;
+    return found->divider;
 }
 
 /// Layout space runs downwards, the screen upwards.
@@ -71,10 +73,11 @@ double LayoutDividerWindowController::translation(const Held& held, CGPoint loca
 
 void LayoutDividerWindowController::handle(const DividerHandleEvent& event) {
     using Kind = DividerHandleEvent::Kind;
-    const Shown* shown = find(event.handleID);
+    // A copy: what the workspace does with it may show other handles.
+    const auto divider = dividerOf(event.handleID);
     switch (event.kind) {
     case Kind::pressed:
-        if (shown && workspace_.beginDividerDrag(shown->divider)) held_ = Held{shown->divider, event.location};
+        if (divider && workspace_.beginDividerDrag(*divider)) held_ = Held{*divider, event.location};
         return;
     case Kind::moved:
         if (held_) workspace_.updateDividerDrag(held_->divider, translation(*held_, event.location));
@@ -90,7 +93,7 @@ void LayoutDividerWindowController::handle(const DividerHandleEvent& event) {
         held_.reset();
         return;
     case Kind::doubleClicked:
-        if (shown) workspace_.resetDivider(shown->divider);
+        if (divider) workspace_.resetDivider(*divider);
         return;
     }
 }

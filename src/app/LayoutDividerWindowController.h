@@ -32,7 +32,7 @@ class LayoutDividerWindowController {
         CGPoint start{};
     };
     void handle(const DividerHandleEvent& event);
-    const Shown* find(const std::string& handleID) const;
+    std::optional<DisplayLayoutDivider> dividerOf(const std::string& handleID) const;
     double translation(const Held& held, CGPoint location) const;
 
     WorkspaceController& workspace_;

@@ -348,7 +348,7 @@ class WorkspaceController {
     void presentationResumed();
     void dropWindow(const ManagedWindow& window, CGPoint pointer, LettingGo lettingGo);
     void resizeTileLike(const ManagedWindow& window, const CGRect& frameBefore);
-    std::optional<std::string> tileUnder(CGPoint pointOnScreen) const;
+    std::optional<std::string> dropTarget(const std::string& windowID, CGPoint pointOnScreen) const;
     void storeWeights(const std::string& displayID, const std::string& layoutID, LayoutWeightOverrides weights);
 
     // Windows that refuse (WorkspaceReflow.cpp)
@@ -412,6 +412,7 @@ class WorkspaceController {
     ManagedWindow* findLive(const std::string& windowID);
     const ManagedWindow* findLive(const std::string& windowID) const;
     bool requirePermission();
+    bool requireWindowAccess();
     bool refuse(const std::string& message);
 
     /// How often a window that stays off its tile is asked again.

@@ -18,9 +18,11 @@ CGRect inLayout(const CGRect& rectOnScreen, const CGRect& visibleFrame) {
 
 } // namespace
 
-std::optional<std::string> WorkspaceController::tileUnder(CGPoint pointOnScreen) const {
+/// The tile that the window would move to if it were let go there; absent over its own, too.
+std::optional<std::string> WorkspaceController::dropTarget(const std::string& windowID, CGPoint pointOnScreen) const {
     for (const auto& tile : tiles()) {
-        if (containsPoint(tile.frameOnScreen, pointOnScreen)) return tile.targetID;
+        if (!containsPoint(tile.frameOnScreen, pointOnScreen)) continue;
+        return tile.windowID == windowID ? std::nullopt : std::optional(tile.targetID);
     }
     return std::nullopt;
 }
@@ -57,7 +59,8 @@ bool WorkspaceController::beginWindowDrag(const std::string& windowID, const CGR
 void WorkspaceController::updateWindowDrag(CGPoint pointer, HandMovement movement) {
     if (!handMovedWindowID_) return;
     suspension_.noteMovement();
-    state_.dropTargetSlotID.set(movement == HandMovement::move ? tileUnder(pointer) : std::nullopt);
+    state_.dropTargetSlotID.set(movement == HandMovement::move ? dropTarget(*handMovedWindowID_, pointer)
+                                                               : std::nullopt);
 }
 
 void WorkspaceController::endWindowDrag(CGPoint pointer, HandMovement movement, LettingGo lettingGo) {
@@ -95,9 +98,8 @@ void WorkspaceController::dropWindow(const ManagedWindow& window, CGPoint pointe
         showStatusMessage(window.applicationName + " floats until the next arrangement");
         return;
     }
-    const auto target = tileUnder(pointer);
-    const auto own = assignments_.targetsOf(window.id);
-    if (!target || std::find(own.begin(), own.end(), *target) != own.end()) return; // back to its tile, if it has one
+    const auto target = dropTarget(window.id, pointer);
+    if (!target) return; // back to its tile, if it has one
     const auto covering = coveringFor(window, *target);
     if (!covering) return;
     pushUndoSnapshot({"drop on a tile", {window.applicationName}}, std::move(snapshotBeforeDrag_));
@@ -120,19 +122,18 @@ void WorkspaceController::resizeTileLike(const ManagedWindow& window, const CGRe
     const std::string layoutID = layouts_.resolve(*screen, *state_.profile, catalogue()).id;
     const auto moves = dividersMovedBy(cell, inLayout(flipped(frameBefore, top), visible),
                                        inLayout(flipped(*window.frame, top), visible), solvedTiles(*screen).dividers);
-    LayoutWeightOverrides weights = state_.profile->weights(id, layoutID);
-    const LayoutWeightOverrides before = weights;
+    LayoutWeightOverrides pulled;
     for (const auto& move : moves) {
         LayoutDivider divider = move.divider;
         // Two edges of one split: the second starts from where the first has put it.
-        const auto dragged = weights.splits.find(divider.splitID);
-        if (dragged != weights.splits.end() && dragged->second.size() == divider.branchLengths.size() &&
-            weights != before) {
-            divider.branchLengths = dragged->second;
-        }
+        const auto other = pulled.splits.find(divider.splitID);
+        if (other != pulled.splits.end()) divider.branchLengths = other->second;
         if (const auto result = draggedWeights(divider, move.translationPoints))
-            weights.splits[divider.splitID] = *result;
+            pulled.splits[divider.splitID] = *result;
     }
+    LayoutWeightOverrides weights = state_.profile->weights(id, layoutID);
+    const LayoutWeightOverrides before = weights;
+    for (auto& [splitID, lengths] : pulled.splits) weights.splits[splitID] = std::move(lengths);
     if (weights == before) return;
     pushUndoSnapshot({"resize by hand", applicationsOn(id)}, std::move(snapshotBeforeDrag_));
     storeWeights(id, layoutID, std::move(weights));

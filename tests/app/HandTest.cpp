@@ -89,6 +89,25 @@ TEST_F(DividerHandles, AreGoneWhileAWindowOwnsTheDisplay) {
     EXPECT_EQ(handles(), "1274,38 12x1392 - | 3514,398 12x1032 -");
 }
 
+TEST_F(DividerHandles, OfAnotherDisplayEndTheZoomAndAreDraggedAllTheSame) {
+    desk.display(1920, 1080, "B").layout("jarvis.dual-split", "B").settle();
+    desk.desktop.focusByHand("Mail");
+    desk.zoom();
+    presses({3520, 500}).moves({3420, 500}).letsGo();
+    desk.settle();
+    EXPECT_EQ(handles(), "1274,38 12x1392 - | 3414,398 12x1032 -");
+    desk.expectTiles(std::string(kHalves) + " || - | -");
+}
+
+TEST_F(DividerHandles, AreTakenAwayWithTheDragUnderTheHandUntilTheNextRefresh) {
+    presses({1280, 700}).moves({1480, 700});
+    dividers->close();
+    EXPECT_EQ(handles(), "");
+    dividers->refresh();
+    EXPECT_EQ(handles(), "1274,38 12x1392 -");
+    letsGo();
+}
+
 TEST_F(DividerHandles, MoveBothNeighboursWhileTheyAreDragged) {
     presses({1280, 700}).moves({1480, 720});
     EXPECT_EQ(desk.tiles(), "Codex 15,15 1454x1382 | Mail 1491,15 1054x1382");
@@ -174,7 +193,9 @@ TEST_F(DividerHandles, PassAThousandMovementsOnAtMostSixtyOneTimesASecond) {
 }
 
 TEST_F(CarriedWindows, LandInTheTileWhereTheyAreDropped) {
-    presses({1400, 30}).moves({1300, 100}).moves({500, 300});
+    presses({1400, 30}).moves({1300, 100});
+    EXPECT_EQ(*desk.state().dropTargetSlotID, std::nullopt) << "nothing would come of it over its own tile";
+    moves({500, 300});
     EXPECT_EQ(*desk.state().dropTargetSlotID, desk.targetID("A", "focus-main"));
     EXPECT_EQ(newUndoSteps(), 0U);
     letsGo();

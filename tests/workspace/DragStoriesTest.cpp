@@ -209,6 +209,27 @@ TEST_F(Halves, AWindowPulledWiderTakesTheDividerAlong) {
     desk.expectTiles(kHalves); // there is no divider at the display's edge
 }
 
+TEST_F(Halves, BothEdgesOfAPulledCornerFollowWhateverWeightsTheirSplitsHad) {
+    desk.layout("jarvis.quad-grid").opens("Notes").opens("Viewer").arrange();
+    for (const auto& each : kova().dividers()) {
+        if (each.divider.splitID != "root.1") continue;
+        ASSERT_TRUE(kova().beginDividerDrag(each));
+        kova().updateDividerDrag(each, 200);
+        kova().endDividerDrag(each);
+        break;
+    }
+    desk.desktop.resizeDisplay("A", {1920, 1440}); // the weights were stored as lengths of the wider display
+    desk.settle();
+    const auto corner = [&] { return desk.desktop.frameForWindowService(desk.desktop.window("Viewer")); };
+    const CGRect before = corner();
+    takes("Viewer");
+    letsGo("Viewer", makeRect(minX(before) - 100, minY(before) - 50, before.size.width + 100, before.size.height + 50),
+           {minX(before), 1440 - minY(before)}, WorkspaceController::LettingGo::intoTile,
+           WorkspaceController::HandMovement::resize);
+    EXPECT_NEAR(minX(corner()), minX(before) - 100, 1);
+    EXPECT_NEAR(minY(corner()), minY(before) - 50, 1);
+}
+
 TEST_F(Halves, AnotherActionComesFirstAndEndsTheDragWhereItBegan) {
     ASSERT_TRUE(kova().beginDividerDrag(divider));
     kova().updateDividerDrag(divider, 300);
