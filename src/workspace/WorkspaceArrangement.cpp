@@ -33,8 +33,7 @@ const Screen* screenHolding(const std::vector<Screen>& screens, const CGRect& re
 } // namespace
 
 bool WorkspaceController::arrange() {
-    if (!requirePermission()) return false;
-    if (recovery_.detectedLockedLoginSession) return refuse("The screen is locked");
+    if (!requireWindowAccess()) return false;
     pushUndoSnapshot({"arrange", applicationsOn(std::nullopt)});
     arrangeWindows();
     showStatusMessage("Windows arranged into zones — Undo is available");

@@ -119,6 +119,12 @@ bool WorkspaceController::requirePermission() {
     return refuse("Accessibility permission is required");
 }
 
+/// For the actions that move or raise windows: nobody sees them behind a locked screen.
+bool WorkspaceController::requireWindowAccess() {
+    if (!requirePermission()) return false;
+    return !recovery_.detectedLockedLoginSession || refuse("The screen is locked");
+}
+
 ManagedWindow* WorkspaceController::findLive(const std::string& windowID) {
     const auto found = liveIndexByID_.find(windowID);
     return found == liveIndexByID_.end() ? nullptr : &liveWindows_[found->second];

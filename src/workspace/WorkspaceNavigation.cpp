@@ -36,6 +36,7 @@ std::optional<std::string> WorkspaceController::neighbourOf(const StartingPoint&
 
 bool WorkspaceController::focusWindow(WorkspaceDirection direction) {
     closeFocusMode();
+    if (!requireWindowAccess()) return false;
     const auto start = startingPoint();
     if (!start) return false;
     const auto target = neighbourOf(*start, direction, TilesConsidered::occupied);
@@ -54,6 +55,7 @@ bool WorkspaceController::focusWindow(WorkspaceDirection direction) {
 
 bool WorkspaceController::moveWindow(WorkspaceDirection direction) {
     closeFocusMode();
+    if (!requireWindowAccess()) return false;
     const auto start = startingPoint();
     if (!start) return false;
     const std::string word(describe(direction));
@@ -90,6 +92,7 @@ void WorkspaceController::noteBroughtBack(const std::string& windowID) {
 
 bool WorkspaceController::cycleStack() {
     closeFocusMode();
+    if (!requireWindowAccess()) return false;
     const auto start = startingPoint();
     if (!start) return false;
     const auto front = assignments_.assignedWindowIDs.find(start->targetID);

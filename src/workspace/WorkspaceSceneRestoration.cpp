@@ -45,8 +45,7 @@ std::optional<ManagedWindow> WorkspaceController::findWindow(const WorkspaceWind
 
 bool WorkspaceController::activateScene(const Uuid& id) {
     const auto found = sceneWithID(id);
-    if (!found || !requirePermission()) return false;
-    if (recovery_.detectedLockedLoginSession) return refuse("The screen is locked");
+    if (!found || !requireWindowAccess()) return false;
     const WorkspaceScene& scene = *found;
     std::vector<std::string> applications;
     std::set<std::string> named;

@@ -64,7 +64,7 @@ std::vector<std::string> WorkspaceController::applicationsOn(const std::optional
 }
 
 bool WorkspaceController::undoLastAction() {
-    if (undo_.isEmpty() || !requirePermission()) return false;
+    if (undo_.isEmpty() || !requireWindowAccess()) return false;
     endDrags();
     const auto entry = undo_.takeNewest();
     if (focusZoomSnapshot_) undo_.restore(std::move(historyBeforeFocusMode_));
@@ -164,8 +164,9 @@ std::optional<WorkspaceController::StartingPoint> WorkspaceController::zoomStart
 }
 
 bool WorkspaceController::enterFocusMode() {
+    if (!requireWindowAccess()) return false; // first, as without it no window is known to be the focused one
     const auto start = zoomStartingPoint();
-    if (!start || !requirePermission()) return false;
+    if (!start) return false;
     const Screen* screen = screenOf(start->displayID);
     if (!screen) return false;
     if (layouts_.resolve(*screen, *state_.profile, catalogue()).slots.size() < 2) {

@@ -9,6 +9,14 @@ namespace {
 
 const CGRect kSomewhere = makeRect(100, 100, 700, 500);
 
+/// What a person can ask of windows when there is something to step back to.
+const std::vector<WorkspaceAction> kMovingActions = {action::Arrange{},
+                                                     action::Focus{WorkspaceDirection::right},
+                                                     action::Move{WorkspaceDirection::right},
+                                                     action::CycleStack{},
+                                                     action::ToggleFocusZoom{},
+                                                     action::Undo{}};
+
 TEST(RefreshStories, AQuietDesktopThatAnnouncesItsChangesIsNotAsked) {
     Desk desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
@@ -88,9 +96,11 @@ TEST(RefreshStories, PermissionTakenEmptiesTheTilesAndGivenBackArrangesAgain) {
     EXPECT_EQ(*desk.state().permissionState, AccessibilityPermissionState::denied);
     EXPECT_TRUE(desk.state().windows->empty());
     EXPECT_TRUE(desk.state().assignedWindowIDs->empty());
-    desk.perform(action::Arrange{});
-    EXPECT_FALSE(desk.wasCarriedOut());
-    desk.expectMessage("Accessibility permission is required");
+    for (const auto& action : kMovingActions) {
+        desk.advance(Seconds(5)).perform(action);
+        EXPECT_FALSE(desk.wasCarriedOut());
+        desk.expectMessage("Accessibility permission is required");
+    }
     desk.desktop.setTrusted(true);
     desk.settle();
     EXPECT_TRUE(desk.state().assignedWindowIDs->empty()) << "nobody asked for arranging on launch";
@@ -122,6 +132,11 @@ TEST(RefreshStories, NothingIsForgottenWhileTheScreenIsLocked) {
     desk.desktop.moveByHand("Mail", makeRect(0, 0, 640, 480)); // the lock screen shuffles windows
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0);
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
+    for (const auto& action : kMovingActions) {
+        desk.advance(Seconds(5)).perform(action);
+        EXPECT_FALSE(desk.wasCarriedOut());
+        desk.expectMessage("The screen is locked");
+    }
     desk.desktop.setLocked(false);
     desk.settle();
     desk.expectTiles(before);
