@@ -237,7 +237,8 @@ TEST_F(Desktop, FollowsMonitorsAndPanels) {
         const auto screens = desktop.screens();
         return std::ranges::any_of(screens, [](const Screen& s) { return s.localizedName == "LEFT"; }) &&
                screens.front().localizedName == "RIGHT" && text(screens.front().visibleFrame) == "0,0 800x770";
-    })) << text(desktop.screens().front().visibleFrame) << ", panel at " << text(client->area(panel));
+    })) << text(desktop.screens().front().visibleFrame)
+        << ", panel at " << text(client->area(panel));
     const auto screens = desktop.screens();
     EXPECT_EQ(text(screens.front().frame), "0,0 800x800");
     const auto left = std::ranges::find(screens, std::string("LEFT"), &Screen::localizedName);
@@ -278,6 +279,28 @@ TEST_F(Desktop, KnowsWhoHasTheKeyboardAndWhatIsOnTop) {
         }
         EXPECT_FALSE(desktop.elementAtPosition({1270, 790}));
     }
+}
+
+TEST_F(Desktop, TakesTheWindowUnderThePointerForFocusedWhereTheKeyboardFollowsThat) {
+    Desk desk(Manager::none);
+    const auto mail = desk.client("Mail", 4001), notes = desk.client("Notes", 4002);
+    const auto pointTo = [&](std::int16_t x, std::int16_t y) {
+        xcb_warp_pointer(mail->connection(), XCB_NONE, mail->root(), 0, 0, 0, 0, x, y);
+        mail->sync();
+    };
+    const auto isFocused = [&](const char* title) {
+        const std::string id = desk.window(title).id;
+        return desk.runUntil([&] { return desk.service().focusedWindowID() == id; });
+    };
+    ASSERT_EQ(mail->focus(), static_cast<xcb_window_t>(XCB_INPUT_FOCUS_POINTER_ROOT));
+    mail->open({.title = "Inbox", .frame = makeRect(100, 100, 400, 300)});
+    pointTo(150, 150);
+    desk.openDesktop();
+    EXPECT_TRUE(isFocused("Inbox")) << "the pointer was there first";
+    notes->open({.title = "Pad", .frame = makeRect(50, 50, 300, 300)});
+    EXPECT_TRUE(isFocused("Pad")) << "it opened under the pointer";
+    pointTo(450, 350);
+    EXPECT_TRUE(isFocused("Inbox"));
 }
 
 TEST_F(Desktop, IsSilentWhileNothingHappens) {

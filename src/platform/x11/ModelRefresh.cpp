@@ -1,5 +1,6 @@
 #include "platform/x11/ModelRefresh.h"
 
+#include "platform/x11/FocusQuestions.h"
 #include "platform/x11/FrameQuestions.h"
 
 #include <unistd.h>
@@ -190,6 +191,7 @@ void ModelRefresh::askNewTopLevels() {
 void ModelRefresh::askClients() {
     if (model_.staleClients == 0) return;
     const bool isManaged = model_.windowManager().isPresent;
+    bool mayHaveMissedFocus = false;
     for (const xcb_window_t window : model_.clientOrder()) {
         ClientWindow* client = model_.client(window);
         if (!client || client->stale == 0) continue;
@@ -200,6 +202,7 @@ void ModelRefresh::askClients() {
             const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_FOCUS_CHANGE |
                                        (isManaged ? 0U : std::uint32_t{XCB_EVENT_MASK_ENTER_WINDOW});
             xcb_change_window_attributes(connection_.get(), window, XCB_CW_EVENT_MASK, &mask);
+            mayHaveMissedFocus = !isManaged;
             questions_.add(xcb_get_window_attributes(connection_.get(), window), [this, window](const void* reply) {
                 const auto* attributes = as<xcb_get_window_attributes_reply_t>(reply);
                 if (!attributes) return model_.forget(window); // gone, whatever lists it
@@ -211,6 +214,8 @@ void ModelRefresh::askClients() {
         if (bits & stale::topLevel) unplaced_.push_back(window);
         if (bits & (stale::frame | stale::topLevel)) unmeasured_.push_back(window);
     }
+    // It may have come under the pointer before anything was heard of it.
+    if (mayHaveMissedFocus) askFocus(questions_, connection_, model_);
 }
 
 void ModelRefresh::askProperties(xcb_window_t window, std::uint32_t bits) {

@@ -198,6 +198,13 @@ void WindowModel::takeMeasuredFrame(ClientWindow& client, const PixelEdges& arou
     }
 }
 
+void WindowModel::takeFocus(xcb_window_t focus, xcb_window_t underPointer, std::uint32_t asked) {
+    const bool isOld = focusTold_ && isAtOrAfter(*focusTold_, asked);
+    if (manager_.isPresent || isOld) return;
+    const ClientWindow* active = focus == XCB_INPUT_FOCUS_POINTER_ROOT ? clientIn(underPointer) : client(focus);
+    if (active) activeWindow = active->window;
+}
+
 void WindowModel::takeState(ClientWindow& client, const PropertyRule& rule, const PropertyView& value,
                             std::uint32_t asked) {
     if (client.admits(stale::state, asked)) rule.take(client, value, atoms_);

@@ -83,6 +83,9 @@ class WindowModel {
     void takeDecorations(ClientWindow& client, const PropertyView& extents, std::uint32_t asked);
     /// How far the window's area lies inside the frame that holds it.
     void takeMeasuredFrame(ClientWindow& client, const PixelEdges& around, std::uint32_t asked);
+    /// Without a window manager: who has the keyboard, and the root's child under the pointer, which has it when it
+    /// follows that.
+    void takeFocus(xcb_window_t focus, xcb_window_t underPointer, std::uint32_t asked);
     /// From WM_STATE or _NET_WM_STATE.
     void takeState(ClientWindow& client, const PropertyRule& rule, const PropertyView& value, std::uint32_t asked);
 
@@ -142,7 +145,7 @@ class WindowModel {
     void startSettling(Seconds now);
     EventEffects applyReparent(const xcb_reparent_notify_event_t& event);
     EventEffects removeTopLevel(xcb_window_t window);
-    EventEffects applyFocus(xcb_window_t window, bool gained);
+    EventEffects applyFocus(xcb_window_t window, bool gained, std::uint32_t sequence);
     void placeInStack(xcb_window_t window, xcb_window_t below);
 
     const Atoms& atoms_;
@@ -159,6 +162,7 @@ class WindowModel {
     std::unordered_map<xcb_window_t, ClientWindow> clients_;
     std::unordered_map<xcb_window_t, xcb_window_t> clientByTopLevel_;
     std::vector<xcb_window_t> order_;
+    std::optional<std::uint32_t> focusTold_; // by which event it was told last
 };
 
 } // namespace kova::x11

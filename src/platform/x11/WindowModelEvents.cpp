@@ -52,13 +52,14 @@ EventEffects WindowModel::apply(const xcb_generic_event_t& event) {
         const auto& focus = reinterpret_cast<const xcb_focus_in_event_t&>(event);
         const bool movesInside = focus.detail == XCB_NOTIFY_DETAIL_INFERIOR;
         if (movesInside || focus.mode == XCB_NOTIFY_MODE_GRAB || focus.mode == XCB_NOTIFY_MODE_UNGRAB) return {};
-        return applyFocus(focus.event, (event.response_type & 0x7F) == XCB_FOCUS_IN);
+        return applyFocus(focus.event, (event.response_type & 0x7F) == XCB_FOCUS_IN, event.full_sequence);
     }
     case XCB_ENTER_NOTIFY: {
         const auto& entered = reinterpret_cast<const xcb_enter_notify_event_t&>(event);
         pointer = {entered.root_x, entered.root_y};
         constexpr std::uint8_t kHasFocus = 1;
-        return entered.same_screen_focus & kHasFocus ? applyFocus(entered.event, true) : EventEffects{};
+        return entered.same_screen_focus & kHasFocus ? applyFocus(entered.event, true, event.full_sequence)
+                                                     : EventEffects{};
     }
     default:
         break;
@@ -257,8 +258,9 @@ EventEffects WindowModel::removeTopLevel(xcb_window_t window) {
     return effects;
 }
 
-EventEffects WindowModel::applyFocus(xcb_window_t window, bool gained) {
+EventEffects WindowModel::applyFocus(xcb_window_t window, bool gained, std::uint32_t sequence) {
     if (!client(window)) return {};
+    focusTold_ = sequence;
     if (gained) {
         activeWindow = window;
     } else if (activeWindow == window) {

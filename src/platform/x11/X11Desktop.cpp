@@ -1,6 +1,7 @@
 // Opening, the events of the server, and who is told of changes.
 #include "platform/x11/X11Desktop.h"
 
+#include "platform/x11/FocusQuestions.h"
 #include "platform/x11/FrameQuestions.h"
 #include "platform/x11/LocalProcesses.h"
 #include "platform/x11/X11Parts.h"
@@ -317,10 +318,7 @@ void X11Desktop::Parts::askActiveWindow() {
                 model.activeWindow = windows.empty() ? kNoWindow : windows[0];
             });
     } else {
-        asked.emplace_back().add(xcb_get_input_focus(connection->get()), [this](const void* reply) {
-            const auto* focus = static_cast<const xcb_get_input_focus_reply_t*>(reply);
-            if (focus && model.client(focus->focus)) model.activeWindow = focus->focus;
-        });
+        askFocus(asked.emplace_back(), *connection, model);
     }
 }
 
