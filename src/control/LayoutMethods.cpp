@@ -112,8 +112,10 @@ ControlReply selectLayout(WorkspaceController& controller, const JsonCursor& par
         return refusal("The display is no longer connected");
     case LayoutSelectionResult::unknownLayout:
         return refusal("The theme in use has no such layout");
+    case LayoutSelectionResult::refused:
+        break;
     }
-    return refusal("The layout was not selected");
+    return refusalOf(controller, "The layout was not selected");
 }
 
 ControlReply stepLayout(WorkspaceController& controller, LayoutStep step) {

@@ -89,7 +89,7 @@ void WorkspaceController::recheckAccessibility() {
 bool WorkspaceController::perform(const WorkspaceAction& action) {
     const bool keepsFocusMode =
         std::holds_alternative<action::ToggleFocusZoom>(action) || std::holds_alternative<action::Undo>(action);
-    if (!keepsFocusMode) closeFocusMode();
+    if (!keepsFocusMode) giveDisplayBack();
     return std::visit(Overloaded{[&](const action::Focus& focus) { return focusWindow(focus.direction); },
                                  [&](const action::Move& move) { return moveWindow(move.direction); },
                                  [&](const action::ActivateScene& scene) { return activateScene(scene.id); },
@@ -121,7 +121,10 @@ bool WorkspaceController::requirePermission() {
 
 /// For the actions that move or raise windows: nobody sees them behind a locked screen.
 bool WorkspaceController::requireWindowAccess() {
-    if (!requirePermission()) return false;
+    return requirePermission() && requireUnlocked();
+}
+
+bool WorkspaceController::requireUnlocked() {
     return !recovery_.detectedLockedLoginSession || refuse("The screen is locked");
 }
 

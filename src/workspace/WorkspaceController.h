@@ -69,7 +69,7 @@ struct WorkspaceImportCounts {
     std::size_t rules = 0;
 };
 
-enum class LayoutSelectionResult { done, unknownDisplay, unknownLayout };
+enum class LayoutSelectionResult { done, unknownDisplay, unknownLayout, refused };
 
 class WorkspaceController {
   public:
@@ -399,6 +399,7 @@ class WorkspaceController {
     std::vector<ManagedWindow> windowsAsIn(const WorkspaceUndoSnapshot& snapshot) const;
     void restoreActiveScene(const std::optional<Uuid>& id);
     bool leaveFocusMode();
+    void giveDisplayBack();
     bool enterFocusMode();
     std::optional<StartingPoint> zoomStartingPoint() const;
 
@@ -413,6 +414,7 @@ class WorkspaceController {
     const ManagedWindow* findLive(const std::string& windowID) const;
     bool requirePermission();
     bool requireWindowAccess();
+    bool requireUnlocked();
     bool refuse(const std::string& message);
 
     /// How often a window that stays off its tile is asked again.

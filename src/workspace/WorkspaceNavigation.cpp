@@ -35,7 +35,7 @@ std::optional<std::string> WorkspaceController::neighbourOf(const StartingPoint&
 }
 
 bool WorkspaceController::focusWindow(WorkspaceDirection direction) {
-    closeFocusMode();
+    giveDisplayBack();
     if (!requireWindowAccess()) return false;
     const auto start = startingPoint();
     if (!start) return false;
@@ -54,7 +54,7 @@ bool WorkspaceController::focusWindow(WorkspaceDirection direction) {
 }
 
 bool WorkspaceController::moveWindow(WorkspaceDirection direction) {
-    closeFocusMode();
+    giveDisplayBack();
     if (!requireWindowAccess()) return false;
     const auto start = startingPoint();
     if (!start) return false;
@@ -91,7 +91,7 @@ void WorkspaceController::noteBroughtBack(const std::string& windowID) {
 }
 
 bool WorkspaceController::cycleStack() {
-    closeFocusMode();
+    giveDisplayBack();
     if (!requireWindowAccess()) return false;
     const auto start = startingPoint();
     if (!start) return false;

@@ -134,6 +134,7 @@ void WorkspaceController::restoreActiveScene(const std::optional<Uuid>& id) {
 
 bool WorkspaceController::toggleFocusMode() {
     if (!focusZoomSnapshot_) return enterFocusMode();
+    if (!requireUnlocked()) return false;
     leaveFocusMode();
     showStatusMessage("Focus Mode closed — workspace restored");
     return true;
@@ -198,6 +199,11 @@ bool WorkspaceController::leaveFocusMode() {
     undo_.restore(std::move(historyBeforeFocusMode_));
     state_.canUndo.set(!undo_.isEmpty());
     return true;
+}
+
+/// Before every other action; behind a locked screen that is refused, and the zoomed window stays.
+void WorkspaceController::giveDisplayBack() {
+    if (!recovery_.detectedLockedLoginSession) closeFocusMode();
 }
 
 void WorkspaceController::closeFocusMode() {

@@ -132,11 +132,17 @@ TEST(RefreshStories, NothingIsForgottenWhileTheScreenIsLocked) {
     desk.desktop.moveByHand("Mail", makeRect(0, 0, 640, 480)); // the lock screen shuffles windows
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0);
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
+    const std::string strewn = desk.tiles();
     for (const auto& action : kMovingActions) {
         desk.advance(Seconds(5)).perform(action);
         EXPECT_FALSE(desk.wasCarriedOut());
         desk.expectMessage("The screen is locked");
     }
+    auto& kova = desk.controller();
+    EXPECT_FALSE(kova.selectNextLayout());
+    EXPECT_FALSE(kova.resetLayoutSizes());
+    EXPECT_FALSE(kova.setTileInset(20));
+    EXPECT_EQ(desk.tiles(), strewn);
     desk.desktop.setLocked(false);
     desk.settle();
     desk.expectTiles(before);
