@@ -128,7 +128,7 @@ class Bench {
                                                       .queue = desk_.loop(),
                                                       .pollingQueue = polling_,
                                                       .alerts = alerts_}};
-    LayoutDividerWindowController handles_{controller_, desktop_};
+    LayoutDividerWindowController handles_{controller_, desktop_, desk_.loop()};
     DisplayLayoutDivider divider_;
     bool isReady_ = false;
 };

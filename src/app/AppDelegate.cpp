@@ -15,7 +15,7 @@ void AppDelegate::startWorkspace() {
     if (workspaceIsStarted_) return;
     workspaceIsStarted_ = true;
     workspace_.start(false);
-    if (hand_.dividerHandles) dividerWindows_.emplace(workspace_, *hand_.dividerHandles);
+    if (hand_.dividerHandles) dividerWindows_.emplace(workspace_, *hand_.dividerHandles, queue_);
     if (hand_.pointer) windowDrags_.emplace(workspace_, *hand_.pointer, queue_).installMonitor();
     log(LogLevel::note, "workspace started");
 }

@@ -15,15 +15,15 @@ std::string handleID(const DisplayLayoutDivider& divider) {
 } // namespace
 
 LayoutDividerWindowController::LayoutDividerWindowController(WorkspaceController& workspace,
-                                                             DividerHandleServicing& handles) :
+                                                             DividerHandleServicing& handles, MainQueue& queue) :
     workspace_(workspace),
-    handles_(handles) {
+    handles_(handles), queue_(queue) {
     const auto& state = workspace_.state();
-    subscriptions_.push_back(state.layoutRevision.observe([this](auto) { refresh(); }));
-    subscriptions_.push_back(state.screens.observe([this](const auto&) { refresh(); }));
-    subscriptions_.push_back(state.focusMode.observe([this](const auto&) { refresh(); }));
-    subscriptions_.push_back(state.assignedWindowIDs.observe([this](const auto&) { refresh(); }));
-    subscriptions_.push_back(state.permissionState.observe([this](auto) { refresh(); }));
+    subscriptions_.push_back(state.layoutRevision.observe([this](auto) { refreshSoon(); }));
+    subscriptions_.push_back(state.screens.observe([this](const auto&) { refreshSoon(); }));
+    subscriptions_.push_back(state.focusMode.observe([this](const auto&) { refreshSoon(); }));
+    subscriptions_.push_back(state.assignedWindowIDs.observe([this](const auto&) { refreshSoon(); }));
+    subscriptions_.push_back(state.permissionState.observe([this](auto) { refreshSoon(); }));
     subscriptions_.push_back(handles_.observeHandles([this](const DividerHandleEvent& event) { handle(event); }));
     refresh();
 }
@@ -32,7 +32,16 @@ LayoutDividerWindowController::~LayoutDividerWindowController() {
     close();
 }
 
+/// One operation changes the state in many places; the windows go first, and the handles once it is done.
+void LayoutDividerWindowController::refreshSoon() {
+    if (std::exchange(isRefreshDue_, true)) return;
+    queue_.post(lifetime_.guard([this] {
+        if (isRefreshDue_) refresh();
+    }));
+}
+
 void LayoutDividerWindowController::refresh() {
+    isRefreshDue_ = false;
     isClosed_ = false;
     std::vector<Shown> next;
     if (*workspace_.state().permissionState == AccessibilityPermissionState::granted) {
@@ -52,12 +61,14 @@ void LayoutDividerWindowController::refresh() {
 }
 
 void LayoutDividerWindowController::close() {
-    if (isClosed_) return;
-    // First, as the tiles that go back show their handles again.
-    if (std::exchange(held_, std::nullopt)) workspace_.cancelDividerDrag();
-    isClosed_ = true;
-    shown_.clear();
-    handles_.showHandles({});
+    if (!isClosed_) {
+        // First, as the tiles that go back show their handles again.
+        if (std::exchange(held_, std::nullopt)) workspace_.cancelDividerDrag();
+        isClosed_ = true;
+        shown_.clear();
+        handles_.showHandles({});
+    }
+    isRefreshDue_ = false;
 }
 
 std::optional<DisplayLayoutDivider> LayoutDividerWindowController::dividerOf(const std::string& id) const {
@@ -73,6 +84,7 @@ double LayoutDividerWindowController::translation(const Held& held, CGPoint loca
 
 void LayoutDividerWindowController::handle(const DividerHandleEvent& event) {
     using Kind = DividerHandleEvent::Kind;
+    if (isRefreshDue_) refresh();
     // A copy: what the workspace does with it may show other handles.
     const auto divider = dividerOf(event.handleID);
     switch (event.kind) {

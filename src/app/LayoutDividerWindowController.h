@@ -1,6 +1,8 @@
 // Keeps a handle on every divider of every display, and turns what the hand does with them into divider drags.
 #pragma once
 
+#include "support/Lifetime.h"
+#include "support/MainQueue.h"
 #include "windowing/PointerServicing.h"
 #include "workspace/WorkspaceController.h"
 
@@ -12,7 +14,7 @@ namespace kova {
 
 class LayoutDividerWindowController {
   public:
-    LayoutDividerWindowController(WorkspaceController& workspace, DividerHandleServicing& handles);
+    LayoutDividerWindowController(WorkspaceController& workspace, DividerHandleServicing& handles, MainQueue& queue);
     ~LayoutDividerWindowController();
     LayoutDividerWindowController(const LayoutDividerWindowController&) = delete;
     LayoutDividerWindowController& operator=(const LayoutDividerWindowController&) = delete;
@@ -31,16 +33,20 @@ class LayoutDividerWindowController {
         DisplayLayoutDivider divider;
         CGPoint start{};
     };
+    void refreshSoon();
     void handle(const DividerHandleEvent& event);
     std::optional<DisplayLayoutDivider> dividerOf(const std::string& handleID) const;
     double translation(const Held& held, CGPoint location) const;
 
     WorkspaceController& workspace_;
     DividerHandleServicing& handles_;
+    MainQueue& queue_;
     std::vector<Shown> shown_;
     std::optional<Held> held_;
     bool isClosed_ = false;
+    bool isRefreshDue_ = false;
     std::vector<Subscription> subscriptions_;
+    Lifetime lifetime_;
 };
 
 } // namespace kova

@@ -382,6 +382,7 @@ class WorkspaceController {
     std::optional<CGRect> frameForWindow(const std::string& windowID) const;
     /// The same of every window that fronts a tile, by window id.
     std::map<std::string, CGRect> framesOfTiledWindows() const;
+    std::map<std::string, CGRect> framesOfTiledWindows(const Screen& screen) const;
     bool cycleLayout(int step);
     void noteTileGeometry();
     void migrateChangedDisplays();

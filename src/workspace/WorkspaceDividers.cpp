@@ -73,16 +73,17 @@ void WorkspaceController::applyDividerDrag() {
 }
 
 void WorkspaceController::writeInteractiveFrames(const std::string& id) {
+    const Screen* screen = screenOf(id);
+    if (!screen) return;
+    const auto frames = framesOfTiledWindows(*screen);
     for (ManagedWindow& window : liveWindows_) {
-        const auto target = assignments_.targetOf(window.id);
-        const Screen* screen = target ? screenOfTarget(*target) : nullptr;
-        if (!screen || displayID(*screen) != id || isLeftAlone(window)) continue;
-        const auto frame = frameForWindow(window.id);
-        const auto last = interactiveWindowFramesByID_.find(window.id);
-        if (!frame || (last != interactiveWindowFramesByID_.end() && last->second == *frame)) continue;
-        windowService_->setFrameInteractive(window, *frame);
-        interactiveWindowFramesByID_[window.id] = *frame;
-        window.frame = *frame;
+        const auto frame = frames.find(window.id);
+        if (frame == frames.end() || isLeftAlone(window)) continue;
+        const auto [last, isFirst] = interactiveWindowFramesByID_.try_emplace(window.id, frame->second);
+        if (!isFirst && last->second == frame->second) continue;
+        last->second = frame->second;
+        windowService_->setFrameInteractive(window, frame->second);
+        window.frame = frame->second;
     }
 }
 

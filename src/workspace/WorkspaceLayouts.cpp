@@ -95,17 +95,21 @@ std::optional<CGRect> WorkspaceController::frameForWindow(const std::string& win
 }
 
 std::map<std::string, CGRect> WorkspaceController::framesOfTiledWindows() const {
+    std::map<std::string, CGRect> all;
+    for (const auto& screen : *state_.screens) all.merge(framesOfTiledWindows(screen));
+    return all;
+}
+
+std::map<std::string, CGRect> WorkspaceController::framesOfTiledWindows(const Screen& screen) const {
     std::map<std::string, CGRect> frames; // first the cells, in screen space
-    for (const auto& screen : *state_.screens) {
-        const std::string id = displayID(screen);
-        const SolvedLayout& solved = solvedTiles(screen);
-        for (std::size_t i = 0; i < solved.slots.size(); ++i) {
-            const auto front = assignments_.assignedWindowIDs.find(tileTargetID(id, solved.slots[i].id));
-            if (front == assignments_.assignedWindowIDs.end()) continue;
-            const CGRect cell = kova::tileFrameOnScreen(solved.frames[i], screen.visibleFrame);
-            const auto [frame, isFirst] = frames.try_emplace(front->second, cell);
-            if (!isFirst) frame->second = unionOf(frame->second, cell);
-        }
+    const std::string id = displayID(screen);
+    const SolvedLayout& solved = solvedTiles(screen);
+    for (std::size_t i = 0; i < solved.slots.size(); ++i) {
+        const auto front = assignments_.assignedWindowIDs.find(tileTargetID(id, solved.slots[i].id));
+        if (front == assignments_.assignedWindowIDs.end()) continue;
+        const CGRect cell = kova::tileFrameOnScreen(solved.frames[i], screen.visibleFrame);
+        const auto [frame, isFirst] = frames.try_emplace(front->second, cell);
+        if (!isFirst) frame->second = unionOf(frame->second, cell);
     }
     for (auto& [window, frame] : frames) frame = flipped(insetBy(frame, state_.profile->tileInset), firstScreenMaxY());
     return frames;
