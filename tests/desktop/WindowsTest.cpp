@@ -137,6 +137,53 @@ TEST_P(Windows, AreMinimisedAndComeBack) {
         desk.runUntil([&] { return desk.service().focusedWindowID() == window.id && client->focus() == draft; }));
 }
 
+// Window managers draw frames small on their way out and in.
+TEST_P(Windows, AreListedAsTheyStandWhileTheyComeAndGo) {
+    Desk desk(GetParam());
+    const auto client = desk.client("Editor", 4001);
+    const auto draft = client->open({.title = "Draft"});
+    desk.openDesktop();
+    const CGRect left = makeRect(20, 30, 500, 400), right = makeRect(600, 30, 400, 300);
+    ASSERT_TRUE(desk.comesTo("Draft", left, *client, draft));
+    const auto window = desk.window("Draft");
+    std::string seen; // every frame that a poll told, once in a row
+    const auto pollsUntil = [&](const auto& condition) {
+        return desk.runUntil([&] {
+            const auto windows = desk.poll();
+            const std::string frame = windows.size() == 1 && windows[0].frame ? text(*windows[0].frame) : "missing";
+            if (!seen.ends_with(frame)) seen += (seen.empty() ? "" : " | ") + frame;
+            return condition(windows);
+        });
+    };
+    const auto isAway = [&](const auto& windows) {
+        return !client->isViewable(draft) && windows.size() == 1 && windows[0].isMinimized;
+    };
+    const auto pollsFor = [&](Seconds time) {
+        const Seconds end = desk.loop().uptime() + time;
+        pollsUntil([&](const auto&) { return desk.loop().uptime() > end; });
+    };
+    for (int i = 0; i < 3; ++i) {
+        desk.service().minimize(window);
+        ASSERT_TRUE(pollsUntil(isAway));
+        pollsFor(Seconds(i * 0.2)); // to come back from its way, too
+        desk.service().restoreAndFocus(window);
+        ASSERT_TRUE(pollsUntil([&](const auto& windows) {
+            return client->isViewable(draft) && text(client->outerFrame(draft)) == text(left) && windows.size() == 1 &&
+                   !windows[0].isMinimized && client->focus() == draft;
+        }));
+    }
+    EXPECT_EQ(seen, text(left));
+
+    desk.service().minimize(window);
+    ASSERT_TRUE(pollsUntil(isAway));
+    desk.service().restoreAndFocus(window);
+    desk.place(window, right);
+    EXPECT_TRUE(pollsUntil([&](const auto&) { return text(client->outerFrame(draft)) == text(right); }));
+    pollsFor(Seconds(0.8));
+    EXPECT_EQ(seen, text(left) + " | " + text(right));
+    EXPECT_TRUE(desk.reportedMinimums().empty());
+}
+
 INSTANTIATE_TEST_SUITE_P(Beside, Windows, ::testing::Values(Manager::none, Manager::openbox),
                          [](const auto& beside) { return beside.param == Manager::none ? "Nobody" : "Openbox"; });
 

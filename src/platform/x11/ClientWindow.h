@@ -97,7 +97,9 @@ struct ClientWindow {
     PixelEdges decorations; // between the client's area and the window manager's frame around it
     PixelEdges shadow;      // drawn by the client inside its area, beyond its visible edge
     PixelEdges margins;     // from the top level's edge to the visible edge; negative where nothing shows the edge
-    bool isFrameMeasured = false;            // `margins` are those of the present top level
+    // What the present top level has around the client's area, if it is all visible edge and what is announced.
+    std::optional<PixelEdges> measuredDecorations;
+    std::optional<PixelRect> frameBefore;    // the visible edge, while the frame has no room for the window
     std::optional<PixelRect> minimumAndBase; // width and height only
     std::uint32_t gravity = XCB_GRAVITY_NORTH_WEST;
     std::optional<Strut> strut, partialStrut;

@@ -10,6 +10,8 @@ namespace {
 constexpr Seconds kSettlingTime{2.0};
 /// From the first window that one lets go until it has gone.
 constexpr Seconds kTimeToLeave{0.5};
+/// For which a frame may be drawn small on its way.
+constexpr Seconds kTimeOfShow{1.0};
 
 } // namespace
 
@@ -149,7 +151,10 @@ void WindowModel::adoptUnmanaged(xcb_window_t window) {
 void WindowModel::setTopLevelOf(ClientWindow& client, xcb_window_t topLevel) {
     const auto old = clientByTopLevel_.find(client.topLevel);
     if (old != clientByTopLevel_.end() && old->second == client.window) clientByTopLevel_.erase(old);
-    if (client.topLevel != topLevel) client.isFrameMeasured = false;
+    if (client.topLevel != topLevel) {
+        client.measuredDecorations.reset();
+        client.frameBefore.reset();
+    }
     client.topLevel = topLevel;
     if (topLevel == kNoWindow) return;
     // A frame that was taken for a window does not hide the one in it.
@@ -182,8 +187,7 @@ void WindowModel::takeDecorations(ClientWindow& client, const PropertyView& exte
 
 void WindowModel::takeMeasuredFrame(ClientWindow& client, const PixelEdges& around, std::uint32_t asked) {
     if (!client.admits(stale::frame, asked)) return;
-    const bool wasExact = client.isFrameMeasured && client.margins == client.shadow;
-    client.isFrameMeasured = true;
+    const bool wasExact = client.measuredDecorations && client.margins == client.shadow;
     // A window manager that announces nothing shows all that it draws.
     client.decorations = client.announcedDecorations.value_or(around);
     // A frame that is smaller than what is in it is being resized just now, before or after its window; it will show
@@ -195,6 +199,9 @@ void WindowModel::takeMeasuredFrame(ClientWindow& client, const PixelEdges& arou
     } else {
         client.margins = {beyond.left + client.shadow.left, beyond.right + client.shadow.right,
                           beyond.top + client.shadow.top, beyond.bottom + client.shadow.bottom};
+        const bool isExact = client.margins == client.shadow;
+        client.measuredDecorations = isExact ? std::optional(around) : std::nullopt;
+        if (!isExact || hasRoomInside(client)) client.frameBefore.reset();
     }
 }
 
@@ -236,13 +243,24 @@ std::optional<PixelRect> WindowModel::outerFrame(const ClientWindow& client) con
     // A manager that comes makes frames that are not as large yet as what is in them.
     const bool isFrameExact = client.topLevel == client.window || client.margins == client.shadow;
     if (settlesAt_ && (!isFrameExact || (client.stale & stale::topLevel))) return std::nullopt;
+    if (client.frameBefore) return client.frameBefore;
     const PixelRect outer = shrunk(top->rect, client.margins);
     // A shadow larger than the window is none.
     return outer.width > 0 && outer.height > 0 ? outer : top->rect;
 }
 
+/// False for a frame that is known to be no more than a title bar: rolled up, or drawn for show. No window is that
+/// small.
+bool WindowModel::hasRoomInside(const ClientWindow& client) const {
+    const TopLevel* top = topLevel(client.topLevel);
+    if (!top || client.topLevel == client.window || !client.measuredDecorations) return true;
+    const PixelRect inside = shrunk(top->rect, *client.measuredDecorations);
+    return inside.width > 0 && inside.height > 0;
+}
+
 std::optional<PixelRect> WindowModel::expectedFrame(const ClientWindow& client, Seconds now, Seconds patience) const {
-    if (client.pending && now - client.pending->since < patience) return client.pending->outer;
+    const Seconds enough = client.frameBefore ? std::max(patience, kTimeOfShow) : patience;
+    if (client.pending && now - client.pending->since < enough) return client.pending->outer;
     return outerFrame(client);
 }
 

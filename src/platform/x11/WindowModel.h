@@ -97,9 +97,11 @@ class WindowModel {
     const std::vector<xcb_window_t>& stacking() const { return stacking_; } // bottom first
     /// The client that the root's child holds; null for what holds none.
     const ClientWindow* clientIn(xcb_window_t topLevel) const;
-    /// The visible outer edge as the server last told; absent while unknown.
+    /// The visible outer edge as the server last told; absent while unknown. Frames that are drawn small for show, on
+    /// their way out and in, count as they were before.
     std::optional<PixelRect> outerFrame(const ClientWindow& client) const;
-    /// The same, or what was asked for within the last `patience` and is not answered yet.
+    /// The same, or what was asked for within the last `patience` and is not answered yet; while a frame is drawn small
+    /// it cannot answer.
     std::optional<PixelRect> expectedFrame(const ClientWindow& client, Seconds now, Seconds patience) const;
     /// As the window manager tells; without one only we can iconify, and what the window says of itself means nothing.
     bool isMinimized(const ClientWindow& client) const;
@@ -147,6 +149,7 @@ class WindowModel {
     EventEffects removeTopLevel(xcb_window_t window);
     EventEffects applyFocus(xcb_window_t window, bool gained, std::uint32_t sequence);
     void placeInStack(xcb_window_t window, xcb_window_t below);
+    bool hasRoomInside(const ClientWindow& client) const;
 
     const Atoms& atoms_;
     xcb_window_t root_;

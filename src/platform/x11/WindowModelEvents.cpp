@@ -119,6 +119,9 @@ EventEffects WindowModel::applyConfigure(const xcb_configure_notify_event_t& eve
     const auto place = topLevels_.find(event.window);
     if (place == topLevels_.end()) return effects;
     TopLevel& top = place->second;
+    const auto held = clientByTopLevel_.find(event.window);
+    ClientWindow* moving = held == clientByTopLevel_.end() ? nullptr : client(held->second);
+    const auto before = moving ? outerFrame(*moving) : std::nullopt;
     const PixelRect rect{event.x, event.y, event.width + 2 * event.border_width, event.height + 2 * event.border_width};
     const bool moved = rect != top.rect;
     const bool isResized = rect.width != top.rect.width || rect.height != top.rect.height;
@@ -128,12 +131,12 @@ EventEffects WindowModel::applyConfigure(const xcb_configure_notify_event_t& eve
     top.isOverrideRedirect = event.override_redirect != 0;
     placeInStack(event.window, event.above_sibling);
 
-    const auto held = clientByTopLevel_.find(event.window);
-    ClientWindow* moving = held == clientByTopLevel_.end() ? nullptr : client(held->second);
     if (!moving) return effects;
-    effects.changed = moved;
     // Frames can grow and shrink for show, without the window in them. One that was measured meanwhile fits no more.
     const bool isFrameExact = moving->topLevel == moving->window || moving->margins == moving->shadow;
+    const bool isShow = isFrameExact && !settlesAt_ && !hasRoomInside(*moving);
+    moving->frameBefore = isShow ? before : std::nullopt;
+    effects.changed = moved && !moving->frameBefore;
     if (isResized && !isFrameExact) markStale(*moving, stale::frame);
     if (moved) effects.panelsChanged = moving->strut || moving->partialStrut;
     if (moving->pending) {
