@@ -9,18 +9,22 @@ Hand::Hand(std::unique_ptr<XConnection> connection, const WindowModel& model, st
     readSoon_(std::move(readSoon)) {}
 
 void Hand::read() {
-    // Looking for answers, and sending, also reads events, for which nothing would wake this thread.
+    // Whoever looks for events also reads answers, whoever looks for answers or sends also reads events and answers:
+    // nothing would wake this thread for what is left lying there.
+    takeEvents(xcb_poll_for_event);
     do {
-        takeReplies();
-        send();
-    } while (takeEvents());
+        do {
+            takeReplies();
+        } while (takeEvents(xcb_poll_for_queued_event));
+    } while (send());
 }
 
 /// True when there were any.
-bool Hand::takeEvents() {
+bool Hand::takeEvents(xcb_generic_event_t* (*next)(xcb_connection_t*)) {
     bool any = false;
-    while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_->get())}) {
-        any |= handles_.take(*event) || pointer_.take(*event);
+    while (const XReply<xcb_generic_event_t> event{next(connection_->get())}) {
+        if (!handles_.take(*event)) pointer_.take(*event);
+        any = true;
     }
     return any;
 }

@@ -37,7 +37,7 @@ class Hand {
     std::vector<HandleNews> takeHandleNews() { return handles_.takeNews(); }
 
   private:
-    bool takeEvents();
+    bool takeEvents(xcb_generic_event_t* (*next)(xcb_connection_t*));
     void takeReplies();
     bool send();
     void sendAndReadSoon();
