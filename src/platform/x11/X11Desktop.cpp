@@ -392,6 +392,7 @@ void X11Desktop::Parts::bringUpToDate() {
             noteChange();
             unsettled.changed = true;
         }
+        if (isAnyBelieved()) noteChange();
         isPollReading = false;
         mainHasWork = restsForPoll || unsettled.isForMainThread() || model.hasChangedHands ||
                       (unsettled.changed && isAwaited) || hidden.isBehind(model, queue.uptime()) ||

@@ -198,6 +198,8 @@ void X11Desktop::writeAttributes(const AccessibilityElement& element, std::span<
             if (size) frame.size = *size;
             parts_->outbox.place(*client, parts_->onRoot(frame), now);
             parts_->lastPlacing = now;
+            // A poll that is under way may be told where the window was wished to be, not where it is.
+            parts_->noteChange();
             // The wish may have been made by a state that no longer holds; those who look after it are to know better.
             if (client->stale & stale::state) parts_->askState(*client);
         }
@@ -295,6 +297,17 @@ void X11Desktop::Parts::setIconicState(xcb_window_t window, std::uint32_t state)
 }
 
 /// What no `flush` follows is sent all the same, once the main thread has done what it is doing.
+/// Whether some window is said to be where it was wished to be although it is not there yet. Nothing announces that it
+/// did not come.
+bool X11Desktop::Parts::isAnyBelieved() const {
+    const Seconds now = queue.uptime();
+    return std::ranges::any_of(model.clientOrder(), [&](xcb_window_t window) {
+        const ClientWindow* client = model.client(window);
+        return client && client->pending && !client->insistsOnItsFrame() &&
+               model.expectedFrame(*client, now, kBenefitOfDoubt) != model.outerFrame(*client);
+    });
+}
+
 void X11Desktop::Parts::sendSoon() {
     if (std::exchange(isSendDue, true)) return;
     queue.post(lifetime.guard([this] { send(); }));

@@ -142,6 +142,7 @@ struct X11Desktop::Parts {
     void remindOfReturning();
     void takeOverLeftWindows(); // not locked; waits for the server
     bool isAnyReturning() const;
+    bool isAnyBelieved() const;
     void sendSoon();
     void send(); // not locked
 };
