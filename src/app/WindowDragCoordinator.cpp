@@ -21,7 +21,7 @@ void WindowDragCoordinator::installMonitor() {
 void WindowDragCoordinator::removeMonitor() {
     subscription_ = {};
     letGo_.reset();
-    if (grip_ && grip_->isDragging) workspace_.cancelWindowDrag();
+    if (grip_) workspace_.cancelWindowDrag();
     grip_.reset();
 }
 
@@ -42,7 +42,9 @@ void WindowDragCoordinator::pressed(CGPoint location) {
     finishLettingGo();
     const auto windowID = workspace_.managedWindowUnder(location);
     const auto frame = windowID ? workspace_.currentFrame(*windowID) : std::nullopt;
-    if (frame) grip_ = Grip{*windowID, *frame, location};
+    if (!frame) return;
+    grip_ = Grip{*windowID, *frame, location};
+    workspace_.holdWindow(*windowID);
 }
 
 bool WindowDragCoordinator::isAtRest(CGPoint location) const {
@@ -70,18 +72,24 @@ void WindowDragCoordinator::moved(CGPoint location) {
 void WindowDragCoordinator::released(CGPoint location, bool isShiftDown) {
     if (!grip_) return;
     moved(location);
-    if (!grip_->isDragging && isAtRest(location)) return grip_.reset(); // a click
+    if (!grip_->isDragging && isAtRest(location)) return letGoUnmoved(); // a click
     const auto lettingGo =
         isShiftDown ? WorkspaceController::LettingGo::floating : WorkspaceController::LettingGo::intoTile;
     letGo_ = LetGo{location, lettingGo};
     queue_.after(kSettlingTime, lifetime_.guard([this] { finishLettingGo(); }));
 }
 
+/// The hand was on the window, but has not moved it.
+void WindowDragCoordinator::letGoUnmoved() {
+    grip_.reset();
+    workspace_.letGoOfWindow();
+}
+
 void WindowDragCoordinator::finishLettingGo() {
     if (!grip_ || !letGo_) return;
     const LetGo where = *std::exchange(letGo_, std::nullopt);
     moved(where.location); // a window that is slower than a quick hand has moved only now
-    if (!grip_->isDragging) return grip_.reset();
+    if (!grip_->isDragging) return letGoUnmoved();
     const auto what = movement().value_or(WorkspaceController::HandMovement::move);
     grip_.reset();
     workspace_.endWindowDrag(where.location, what, where.lettingGo);

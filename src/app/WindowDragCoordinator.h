@@ -40,6 +40,7 @@ class WindowDragCoordinator {
     void pressed(CGPoint location);
     void moved(CGPoint location);
     void released(CGPoint location, bool isShiftDown);
+    void letGoUnmoved();
     void finishLettingGo();
     bool isAtRest(CGPoint location) const;
     /// What the hand has done to the window so far; absent when nothing.

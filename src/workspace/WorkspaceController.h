@@ -232,7 +232,12 @@ class WorkspaceController {
     bool resetDivider(const DisplayLayoutDivider& target);
 
     // Windows moved by hand
-    /// The user has taken hold of a managed window: until it is let go, polls leave all windows alone.
+    /// The button is down on a managed window, which may begin to move before anybody has heard that it does: until it
+    /// is let go, neither polls nor what is left of a placement move it. Other windows are no concern of this.
+    void holdWindow(const std::string& windowID);
+    /// The button is up and the window was not dragged: what was held back is made up for.
+    void letGoOfWindow();
+    /// The user drags a managed window: until it is let go, polls leave all windows alone.
     /// `frameBefore` is where the window was before the hand moved it, in window-service space.
     bool beginWindowDrag(const std::string& windowID, const CGRect& frameBefore);
     /// The managed window under a point of screen space.
@@ -244,6 +249,7 @@ class WorkspaceController {
     void updateWindowDrag(CGPoint pointer, HandMovement movement);
     enum class LettingGo { intoTile, floating };
     void endWindowDrag(CGPoint pointer, HandMovement movement, LettingGo lettingGo);
+    /// Neither dragged nor held any more.
     void cancelWindowDrag();
 
     // Undo and focus mode
@@ -438,6 +444,11 @@ class WorkspaceController {
     PresentationSuspension suspension_;
     std::optional<WorkspaceUndoSnapshot> snapshotBeforeDrag_;
     std::optional<std::string> handMovedWindowID_;
+    struct HeldWindow {
+        std::string id;
+        std::optional<CGRect> frame; // when the button went down
+    };
+    std::optional<HeldWindow> heldWindow_;
     std::unordered_map<std::string, CGRect> interactiveWindowFramesByID_;
     ReflowPolicy reflow_;
     std::map<std::string, CGSize> minimumsToApply_;

@@ -152,12 +152,13 @@ void WorkspaceController::verifyFrames(const std::string& id) {
 }
 
 void WorkspaceController::abandonDrags() {
-    const bool heldPollsBack = suspension_.isSuspended() || dividerDrag_.active() || handMovedWindowID_;
+    const bool heldPollsBack = suspension_.isSuspended() || dividerDrag_.active() || handMovedWindowID_ || heldWindow_;
     dividerDrag_.end();
     layouts_.clearAllTransientWeights();
     interactiveWindowFramesByID_.clear();
     snapshotBeforeDrag_.reset();
     handMovedWindowID_.reset();
+    heldWindow_.reset();
     state_.dropTargetSlotID.set(std::nullopt);
     suspension_.abandon();
     if (heldPollsBack) refresh(); // what they saw is still to be acted on

@@ -170,6 +170,7 @@ void WorkspaceController::reapplyTileFrames(Straying straying) {
     if (*state_.permissionState != AccessibilityPermissionState::granted) return;
     const auto frames = framesOfTiledWindows();
     for (const ManagedWindow& window : liveWindows_) {
+        if (heldWindow_ && heldWindow_->id == window.id) continue; // until it is let go
         const auto target = frames.find(window.id);
         if (target != frames.end() && !isLeftAlone(window)) {
             reapplyWindow(window, target->second, straying);
@@ -183,8 +184,8 @@ void WorkspaceController::reapplyTileFrames(Straying straying) {
 /// there when they come back.
 bool WorkspaceController::isLeftAlone(const ManagedWindow& window) const {
     const bool isZoomed = *state_.focusMode && (*state_.focusMode)->windowID == window.id;
-    return isZoomed || handMovedWindowID_ == window.id || window.isMinimized || window.isFullScreen ||
-           windowService_->isApplicationHidden(window.processIdentifier);
+    return isZoomed || handMovedWindowID_ == window.id || (heldWindow_ && heldWindow_->id == window.id) ||
+           window.isMinimized || window.isFullScreen || windowService_->isApplicationHidden(window.processIdentifier);
 }
 
 /// Writes the frame of a window that strayed. A placement that is still being verified is left to its passes, and a

@@ -3,12 +3,14 @@
 #include "workspace/WorkspaceController.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kova {
 
 namespace {
 
 constexpr Seconds kResumeDelay{0.16};
+constexpr double kSameFramePoints = 0.5;
 
 /// Screen space to layout space: origin at the visible frame's top left, y down.
 CGRect inLayout(const CGRect& rectOnScreen, const CGRect& visibleFrame) {
@@ -41,16 +43,37 @@ std::optional<CGRect> WorkspaceController::currentFrame(const std::string& windo
     return window ? windowService_->readFrame(window->element) : std::nullopt;
 }
 
+void WorkspaceController::holdWindow(const std::string& windowID) {
+    heldWindow_ = HeldWindow{windowID, currentFrame(windowID)};
+    windowService_->cancelPlacement(windowID);
+}
+
+void WorkspaceController::letGoOfWindow() {
+    const auto held = std::exchange(heldWindow_, std::nullopt);
+    ManagedWindow* window = held ? findLive(held->id) : nullptr;
+    if (!window || !mayMoveWindows()) return;
+    const auto now = windowService_->readFrame(window->element);
+    if (!now) return;
+    window->frame = *now;
+    // Where the hand has put it, it has refused nothing yet.
+    if (!held->frame || !nearlyEqual(*held->frame, *now, kSameFramePoints)) refusals_.erase(held->id);
+    if (suspension_.isSuspended()) return; // its end looks after all windows
+    reapplyTileFrames();
+    services_.accessibility.flush();
+}
+
 bool WorkspaceController::beginWindowDrag(const std::string& windowID, const CGRect& frameBefore) {
     const ManagedWindow* window = findLive(windowID);
     if (!window || window->isFullScreen || *state_.permissionState != AccessibilityPermissionState::granted)
         return false;
     if (*state_.focusMode && (*state_.focusMode)->windowID == windowID) return false;
     closeFocusMode();
+    heldWindow_.reset(); // more than held from here on
     abandonDrags();
     snapshotBeforeDrag_ = captureUndoSnapshot();
     snapshotBeforeDrag_->windowFrames[windowID] = frameBefore;
     handMovedWindowID_ = windowID;
+    refusals_.erase(windowID); // of places that it is being taken away from
     windowService_->cancelPlacement(windowID);
     suspension_.suspend();
     return true;
@@ -64,6 +87,7 @@ void WorkspaceController::updateWindowDrag(CGPoint pointer, HandMovement movemen
 }
 
 void WorkspaceController::endWindowDrag(CGPoint pointer, HandMovement movement, LettingGo lettingGo) {
+    heldWindow_.reset();
     if (!handMovedWindowID_) return;
     const std::string windowID = *handMovedWindowID_;
     handMovedWindowID_.reset();
@@ -87,7 +111,7 @@ void WorkspaceController::endWindowDrag(CGPoint pointer, HandMovement movement, 
 }
 
 void WorkspaceController::cancelWindowDrag() {
-    if (handMovedWindowID_) abandonDrags();
+    if (handMovedWindowID_ || heldWindow_) abandonDrags();
 }
 
 void WorkspaceController::dropWindow(const ManagedWindow& window, CGPoint pointer, LettingGo lettingGo) {

@@ -274,6 +274,45 @@ TEST_F(CarriedWindows, AreLeftAloneByThePollsHoweverLongTheHandRests) {
     desk.expectTiles(kHalves);
 }
 
+TEST_F(CarriedWindows, AreLeftAloneFromThePressOnThoughNobodyHasHeardYetThatTheyMove) {
+    desk.desktop.setVouching(false);
+    // Pressed while its placement is still looked after.
+    ASSERT_TRUE(desk.controller().placeWindow(desk.desktop.windowIDOf("Mail"), desk.targetID("A", "secondary-1"),
+                                              WorkspaceController::Focusing::no));
+    presses({1400, 30}, HandGrip::nothing);
+    desk.desktop.moveByHand("Mail", makeRect(391, 285, 1254, 1382));
+    for (int i = 0; i < 20; ++i) {
+        waits(0.1);
+        ASSERT_EQ(desk.desktop.describeWindow(desk.desktop.window("Mail")), "Mail 391,285 1254x1382");
+    }
+    // A hand that has not moved the window has done nothing to it: then it is put back.
+    letsGo();
+    desk.settle();
+    desk.expectTiles(kHalves);
+    presses({1400, 30}, HandGrip::nothing).moves({500, 300});
+    desk.desktop.moveByHand("Mail", makeRect(391, 285, 1254, 1382));
+    waits(2).letsGo();
+    desk.settle();
+    desk.expectTiles("Mail 15,15 1254x1382 + Codex | -");
+}
+
+TEST_F(CarriedWindows, ReturnHoweverOftenTheyAreDroppedAtTheSamePlace) {
+    for (int i = 0; i < 6; ++i) {
+        presses({1400, 30}, HandGrip::nothing);
+        desk.desktop.moveByHand("Mail", makeRect(1391, 285, 1254, 1382));
+        letsGo().waits(0.1);
+        EXPECT_EQ(desk.tiles(), kHalves) << i;
+    }
+    desk.settle();
+    desk.expectTiles(kHalves);
+    // Not even the agent's end leaves it where a hand was that is no longer watched.
+    presses({1400, 30}, HandGrip::nothing);
+    desk.desktop.moveByHand("Mail", makeRect(1391, 285, 1254, 1382));
+    drags->removeMonitor();
+    desk.settle();
+    desk.expectTiles(kHalves);
+}
+
 TEST_F(CarriedWindows, AreNotThoseThatMoveUnderAHandAtRest) {
     presses({1400, 30}, HandGrip::nothing);
     desk.desktop.moveByHand("Mail", makeRect(300, 300, 800, 600));

@@ -34,7 +34,7 @@ PointerWatch::PointerWatch(const XConnection& connection, std::deque<Questions>&
 void PointerWatch::follow(bool follows) {
     if (extension_ == 0 || follows == isFollowing_) return;
     isFollowing_ = follows;
-    isHeld_ = hasButtonChanged_ = hasMoved_ = false;
+    isHeld_ = hasButtonChanged_ = hasMoved_ = hasWindowMoved_ = false;
     listen(false);
 }
 
@@ -108,9 +108,10 @@ void PointerWatch::answered(const xcb_query_pointer_reply_t& pointer) {
         ask();
     } else if (kind == PointerEvent::Kind::released) {
         listen(false);
-    } else if (now.x == last_.x && now.y == last_.y) {
+    } else if (now.x == last_.x && now.y == last_.y && !hasWindowMoved_) {
         return;
     }
+    hasWindowMoved_ = false;
     last_ = now;
     news_.push_back(now);
 }

@@ -41,8 +41,11 @@ class PointerWatch {
     /// True when the event is about the pointer; then `act` has something to do.
     bool take(const xcb_generic_event_t& event);
     /// A window moved: the pointer may have, too. Not every movement is told, some programs move the pointer
-    /// themselves.
-    void noteMovement() { hasMoved_ |= isHeld_; }
+    /// themselves. And a window that follows the hand late must be looked at though the hand rests by then.
+    void noteMovement() {
+        hasMoved_ |= isHeld_;
+        hasWindowMoved_ |= isHeld_;
+    }
     /// True when requests wait to be sent. Main thread.
     bool act();
     /// Once the time has come to listen to movements again; `act` follows.
@@ -63,6 +66,7 @@ class PointerWatch {
     bool isLookDue_ = false;
     bool hasButtonChanged_ = false;
     bool hasMoved_ = false;
+    bool hasWindowMoved_ = false; // and nobody was told anything since
     bool mustSend_ = false;
     PointerNews last_{};
     std::vector<PointerNews> news_;
