@@ -14,6 +14,7 @@
 #include "platform/linux/SerialWorkQueue.h"
 #include "platform/linux/XdgFolders.h"
 #include "platform/x11/X11Desktop.h"
+#include "support/Version.h"
 
 #include <cstdio>
 #include <cstdlib>

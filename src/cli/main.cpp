@@ -5,6 +5,7 @@
 #include "cli/Output.h"
 #include "cli/Parser.h"
 #include "cli/Streams.h"
+#include "support/Version.h"
 
 #include <unistd.h>
 

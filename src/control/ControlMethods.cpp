@@ -15,6 +15,7 @@
 #include "control/WindowExplanation.h"
 #include "control/client/ControlCodes.h"
 #include "support/JsonDecoding.h"
+#include "support/Version.h"
 #include "support/text/Text.h"
 #include "workspace/WorkspaceController.h"
 

@@ -1,6 +1,7 @@
 #include "control/Doctor.h"
 
 #include "persistence/PreferencesStore.h"
+#include "support/Version.h"
 #include "windowing/DiagnosticsServicing.h"
 #include "workspace/WorkspaceController.h"
 

@@ -1,4 +1,5 @@
 // The real agent, from its start to each of its ends.
+#include "support/Version.h"
 #include "tests/agent/Session.h"
 
 #include <gtest/gtest.h>
