@@ -270,6 +270,7 @@ class WorkspaceController {
         CGRect wanted{};
         CGRect actual{};
         int attempts = 0;
+        bool isUnseen = true; // no poll has read since where it came to rest
     };
 
     // Refresh (WorkspaceRefresh.cpp)

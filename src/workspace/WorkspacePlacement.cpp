@@ -161,7 +161,7 @@ void WorkspaceController::writeFrame(const ManagedWindow& window, const CGRect& 
     windowService_->setFrame(window, frame, raise, lifetime_.guard([this, id, frame](CGRect actual) {
         minimumSizeObserved(id, frame, actual);
     }));
-    refusals_.try_emplace(id);
+    refusals_[id].isUnseen = true;
     refreshCycle_.wake(); // until the window is seen at its place
     if (ManagedWindow* live = findLive(id)) live->frame = frame;
 }
@@ -203,7 +203,7 @@ void WorkspaceController::reapplyWindow(const ManagedWindow& window, const CGRec
     Refusal& refusal = refusals_[window.id];
     const bool sameAgain = nearlyEqual(refusal.wanted, target, kSamePlacePoints) &&
                            nearlyEqual(refusal.actual, *window.frame, kSamePlacePoints);
-    if (!sameAgain) refusal = {target, *window.frame, 0};
+    if (!sameAgain) refusal = {target, *window.frame, 0, refusal.isUnseen};
     if (refusal.attempts >= kPlacementAttempts) return;
     ++refusal.attempts;
     writeFrame(window, target, BringToFront::no);

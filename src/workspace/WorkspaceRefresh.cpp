@@ -72,6 +72,9 @@ void WorkspaceController::applyGrantedPoll(std::vector<ManagedWindow> windows, b
     std::erase_if(minimums, isGone);
     state_.observedMinimumSizes.set(std::move(minimums));
     std::erase_if(refusals_, isGone);
+    for (auto& [windowID, refusal] : refusals_) {
+        if (!windowService_->pendingFrame(windowID)) refusal.isUnseen = false;
+    }
     std::erase_if(minimumsToApply_, isGone);
     reflow_.keepOnly([this](const std::string& windowID) { return findLive(windowID) != nullptr; });
     if (!suspension_.isSuspended()) presentPoll(isRecovering);
@@ -142,8 +145,9 @@ void WorkspaceController::scheduleAutomaticArrangement(bool justGranted) {
 bool WorkspaceController::hasUnfinishedBusiness() const {
     return recovery_.hasDeadline() || recovery_.detectedLockedLoginSession || reflow_.isWaiting() ||
            !pendingApplicationPlacements_.empty() || !restoration_.pending.empty() ||
-           std::any_of(refusals_.begin(), refusals_.end(),
-                       [](const auto& entry) { return entry.second.attempts < kPlacementAttempts; });
+           std::any_of(refusals_.begin(), refusals_.end(), [](const auto& entry) {
+               return entry.second.isUnseen || entry.second.attempts < kPlacementAttempts;
+           });
 }
 
 void WorkspaceController::readScreens() {

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace kova {
 
 namespace {
@@ -36,6 +38,18 @@ TEST(RefreshStories, ADesktopThatCannotVouchIsAskedTwiceASecond) {
     const int jobs = desk.desktop.pollingQueue().jobsBegun();
     desk.advance(Seconds(10));
     EXPECT_EQ(desk.desktop.pollingQueue().jobsBegun(), jobs + 20);
+}
+
+TEST(RefreshStories, AWindowThatKeepsToItsCellsIsKnownAsItIsAndNotAsItWasAskedToBe) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Terminal", {.cell = {17, 31}}).arrange();
+    desk.advance(Seconds(30));
+    const ManagedWindow& known = desk.controller().liveWindows().front();
+    EXPECT_EQ(known.frame, desk.desktop.window("Terminal").frame);
+    EXPECT_EQ(std::fmod(known.frame->size.width, 17), 0);
+    const int jobs = desk.desktop.pollingQueue().jobsBegun();
+    desk.advance(Seconds(60));
+    EXPECT_EQ(desk.desktop.pollingQueue().jobsBegun(), jobs) << "and the polls rest again";
 }
 
 TEST(RefreshStories, OnePollAtATimeHoweverSlowItIs) {
