@@ -141,6 +141,9 @@ TEST_P(Mouse, DragsADividerAndBothNeighboursFollow) {
     movesBy(120, 0);
     letsGo();
     EXPECT_TRUE(standsLike("15,15 734x742 | 771,15 494x742"));
+    // The windows are there before the button is up, and then there is nothing of the drag to undo yet.
+    EXPECT_TRUE(
+        eventually([&] { return session_.kova({"history"}).output.find("drag divider") != std::string::npos; }));
     EXPECT_EQ(session_.kova({"undo"}).exitCode, 0);
     EXPECT_TRUE(standsLike(kHalves));
 }
