@@ -89,12 +89,13 @@ TEST_F(ApplicationMethods, AllAreEndedOnlyAsConfirmed) {
     json someoneElse = asked["applications"][1];
     someoneElse["bundleIdentifier"] = "another.one";
     const json confirmed = {asked["applications"][0], someoneElse};
-    EXPECT_EQ(result("forceQuitAll", {{"confirmed", confirmed}})["applications"], json{asked["applications"][0]});
+    EXPECT_EQ(result("forceQuitAll", {{"confirmed", confirmed}})["applications"],
+              json::array({asked["applications"][0]}));
     desk.settle();
     EXPECT_FALSE(desk.desktop.isRunning("Mail"));
     EXPECT_TRUE(desk.desktop.isRunning("Notes"));
     EXPECT_EQ(refusal("forceQuitAll", {{"confirmed", confirmed}}), "No open applications were force quit");
-    for (const json& nonsense : {json("all"), json(true), json{1, 2}, json{{{"name", "Notes"}}}}) {
+    for (const json& nonsense : {json("all"), json(true), json{1, 2}, json::array({json{{"name", "Notes"}}})}) {
         EXPECT_EQ(call("forceQuitAll", {{"confirmed", nonsense}})["error"]["code"], controlCode::invalidParameters);
     }
     EXPECT_TRUE(desk.desktop.isRunning("Notes"));
