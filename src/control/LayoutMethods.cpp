@@ -15,12 +15,6 @@ using nlohmann::json;
 
 constexpr double kLargestInset = 100; // points
 
-/// What the controller said about an operation that it did not carry out.
-ControlFailure refusalOf(const WorkspaceController& controller, const char* otherwise) {
-    const auto& said = *controller.state().lastActionMessage;
-    return refusal(said ? *said : otherwise);
-}
-
 const Screen* findScreen(const WorkspaceController& controller, const std::string& id) {
     const auto& screens = *controller.state().screens;
     const auto found =
@@ -105,6 +99,7 @@ ControlReply selectLayout(WorkspaceController& controller, const JsonCursor& par
         if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
         selection = DisplayLayoutSelection::layout(std::get<std::string>(found));
     }
+    const Listening listening(controller);
     switch (controller.selectLayout(std::get<std::string>(display), selection)) {
     case LayoutSelectionResult::done:
         return inForce(controller, std::get<std::string>(display));
@@ -115,21 +110,23 @@ ControlReply selectLayout(WorkspaceController& controller, const JsonCursor& par
     case LayoutSelectionResult::refused:
         break;
     }
-    return refusalOf(controller, "The layout was not selected");
+    return listening.refusalOr("The layout was not selected");
 }
 
 ControlReply stepLayout(WorkspaceController& controller, LayoutStep step) {
     const auto display = controller.currentDisplayID();
+    const Listening listening(controller);
     const bool isDone = step == LayoutStep::next ? controller.selectNextLayout() : controller.selectPreviousLayout();
-    if (!isDone || !display) return refusalOf(controller, "The layout was not changed");
+    if (!isDone || !display) return listening.refusalOr("The layout was not changed");
     return inForce(controller, *display);
 }
 
 ControlReply resetLayoutSizes(WorkspaceController& controller, const JsonCursor& parameters) {
     const auto display = wantedDisplay(controller, parameters);
     if (const auto* failure = std::get_if<ControlFailure>(&display)) return *failure;
+    const Listening listening(controller);
     if (!controller.resetLayoutSizes(std::get<std::string>(display))) {
-        return refusalOf(controller, "The layout's sizes were not reset");
+        return listening.refusalOr("The layout's sizes were not reset");
     }
     return inForce(controller, std::get<std::string>(display));
 }
@@ -138,7 +135,8 @@ ControlReply setTileInset(WorkspaceController& controller, const JsonCursor& par
     const JsonCursor given = parameters.required("points");
     const double points = given.number();
     if (!(points >= 0 && points <= kLargestInset)) given.fail("expected a number of points from 0 to 100");
-    if (!controller.setTileInset(points)) return refusalOf(controller, "The gap was not changed");
+    const Listening listening(controller);
+    if (!controller.setTileInset(points)) return listening.refusalOr("The gap was not changed");
     return json{{"points", points}};
 }
 
