@@ -125,6 +125,35 @@ TEST(FilePreferencesStore, ChangesAreGatheredAndWhatItDoesNotKnowIsKept) {
     EXPECT_EQ(inodeOf(home.file()), before); // the same value again is no change
 }
 
+TEST(FilePreferencesStore, APromisedValueIsMadeWhenItIsNeededAndNotWhenAnotherOvertakesIt) {
+    Home home;
+    auto store = home.store();
+    int made = 0;
+    const auto promise = [&made](const char* text) {
+        return [&made, text]() -> PreferenceValue { return ++made, std::string(text); };
+    };
+    const auto accentInFile = [&] { return nlohmann::json::parse(contentsOf(home.file()))["KOVA.accentColor.v1"]; };
+    store.setValueLater("KOVA.accentColor.v1", promise("overtaken"));
+    store.setValueLater("KOVA.accentColor.v1", promise("green"));
+    EXPECT_EQ(made, 0);
+    EXPECT_EQ(store.string("KOVA.accentColor.v1"), "green") << "whoever asks gets it before it is written";
+    home.wait();
+    EXPECT_EQ(accentInFile(), "green");
+
+    made = 0;
+    store.setValueLater("KOVA.accentColor.v1", promise("overtaken"));
+    store.setValue("KOVA.accentColor.v1", std::string("red"));
+    store.setValueLater("other", promise("removed"));
+    store.removeValue("other");
+    store.synchronize();
+    EXPECT_EQ(made, 0);
+    EXPECT_EQ(accentInFile(), "red");
+    EXPECT_FALSE(nlohmann::json::parse(contentsOf(home.file())).contains("other"));
+    store.setValueLater("KOVA.accentColor.v1", promise("blue"));
+    store.synchronize();
+    EXPECT_EQ(accentInFile(), "blue");
+}
+
 TEST(FilePreferencesStore, SetsAsideWhatItCannotRead) {
     const std::vector<std::string> unreadable = {"",
                                                  "{",
