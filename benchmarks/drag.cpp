@@ -4,10 +4,7 @@
 //
 //   drag_benchmark [ROUNDS]
 #include "app/LayoutDividerWindowController.h"
-#include "persistence/MemoryPreferencesStore.h"
-#include "platform/linux/SerialWorkQueue.h"
-#include "tests/desktop/Desk.h"
-#include "windowing/AlertServicing.h"
+#include "benchmarks/RealWorkspace.h"
 
 #include <sys/syscall.h>
 #include <sys/uio.h>
@@ -38,11 +35,6 @@ using Microseconds = std::chrono::duration<double, std::micro>;
 
 constexpr int kWindows = 6;
 
-class UnlockedSession final : public SessionServicing {
-  public:
-    bool isLoginSessionScreenLocked() const override { return false; }
-};
-
 struct Cost {
     double sent = 0, done = 0; // microseconds
 };
@@ -50,52 +42,39 @@ struct Cost {
 double median(const std::vector<Cost>& costs, double Cost::*part) {
     std::vector<double> values;
     for (const Cost& cost : costs) values.push_back(cost.*part);
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
+    return medianOf(std::move(values));
 }
 
-class Bench {
+class Bench : private RealWorkspace {
   public:
     Bench() {
-        for (int i = 0; i < kWindows; ++i) windows_.push_back(client_->open({.title = "w"}));
-        controller_.start(false);
-        isReady_ = desk_.runUntil([&] { return controller_.liveWindows().size() == kWindows; });
-        const std::string display = displayID(desktop_.screens().front());
-        (void)controller_.selectLayout(display, DisplayLayoutSelection::layout("jarvis.six-grid"));
-        controller_.perform(action::Arrange{});
-        desk_.runFor(Seconds(2));
-        for (const auto& divider : controller_.dividers()) {
+        for (int i = 0; i < kWindows; ++i) windows.push_back(client->open({.title = "w"}));
+        controller.start(false);
+        isReady_ = desk.runUntil([&] { return controller.liveWindows().size() == kWindows; });
+        const std::string display = displayID(desktop.screens().front());
+        (void)controller.selectLayout(display, DisplayLayoutSelection::layout("jarvis.six-grid"));
+        controller.perform(action::Arrange{});
+        desk.runFor(Seconds(2));
+        for (const auto& divider : controller.dividers()) {
             if (divider.divider.splitID == "root") divider_ = divider;
         }
-        isReady_ = isReady_ && controller_.beginDividerDrag(divider_);
+        isReady_ = isReady_ && controller.beginDividerDrag(divider_);
     }
     bool isReady() const { return isReady_; }
 
     Cost drag(double translationPoints) {
-        const Cost cost = timed([&] { controller_.updateDividerDrag(divider_, translationPoints); });
-        desk_.runFor(Seconds(0.03));
+        const Cost cost = timed([&] { controller.updateDividerDrag(divider_, translationPoints); });
+        desk.runFor(Seconds(0.03));
         return cost;
     }
     std::vector<CGRect> frames() const {
         std::vector<CGRect> all;
-        for (const xcb_window_t window : windows_) all.push_back(client_->outerFrame(window));
+        for (const xcb_window_t window : windows) all.push_back(client->outerFrame(window));
         return all;
     }
     Cost onlyRequests(const std::vector<CGRect>& frames) {
-        const Cost cost = timed([&] {
-            for (std::size_t i = 0; i < windows_.size(); ++i) {
-                const CGRect& frame = frames[i];
-                const std::uint32_t values[] = {
-                    static_cast<std::uint32_t>(minX(frame)), static_cast<std::uint32_t>(minY(frame)),
-                    static_cast<std::uint32_t>(frame.size.width), static_cast<std::uint32_t>(frame.size.height)};
-                xcb_configure_window(other_->connection(), windows_[i],
-                                     XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
-                                         XCB_CONFIG_WINDOW_HEIGHT,
-                                     values);
-            }
-            xcb_flush(other_->connection());
-        });
-        desk_.runFor(Seconds(0.03));
+        const Cost cost = timed([&] { onlyConfigure(frames); });
+        desk.runFor(Seconds(0.03));
         return cost;
     }
 
@@ -105,30 +84,12 @@ class Bench {
         const auto start = std::chrono::steady_clock::now();
         work();
         const Microseconds sent = lastSent - start;
-        client_->sync(); // the server serves its clients in turn; then it has done the agent's, too
+        client->sync(); // the server serves its clients in turn; then it has done the agent's, too
         const Microseconds done = std::chrono::steady_clock::now() - start;
         return {sent.count(), done.count()};
     }
 
-    kova::testing::Desk desk_{kova::testing::Manager::none, "2560x1440"};
-    std::unique_ptr<kova::testing::TestClient> client_ = desk_.client("Bench", 4001);
-    std::unique_ptr<kova::testing::TestClient> other_ = desk_.client("Other", 4002);
-    std::vector<xcb_window_t> windows_;
-    X11Desktop& desktop_ = desk_.openDesktop();
-    UnlockedSession session_;
-    UnansweredAlerts alerts_;
-    MemoryPreferencesStore preferences_;
-    SerialWorkQueue polling_{"polling"};
-    WorkspaceController controller_{WorkspaceServices{.accessibility = desktop_,
-                                                      .applications = desktop_,
-                                                      .screens = desktop_,
-                                                      .session = session_,
-                                                      .changes = desktop_,
-                                                      .preferences = preferences_,
-                                                      .queue = desk_.loop(),
-                                                      .pollingQueue = polling_,
-                                                      .alerts = alerts_}};
-    LayoutDividerWindowController handles_{controller_, desktop_, desk_.loop()};
+    LayoutDividerWindowController handles_{controller, desktop, desk.loop()};
     DisplayLayoutDivider divider_;
     bool isReady_ = false;
 };
