@@ -1,0 +1,21 @@
+// The seam to the list of programs that start with the login session.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace kova {
+
+enum class LaunchAtLoginStatus { notRegistered, enabled, requiresApproval, notFound };
+
+/// Main thread.
+class LaunchAtLoginServicing {
+  public:
+    virtual ~LaunchAtLoginServicing() = default;
+    virtual LaunchAtLoginStatus status() const = 0;
+    /// What went wrong, in the system's words; absent when it is done.
+    [[nodiscard]] virtual std::optional<std::string> registerAtLogin() = 0;
+    [[nodiscard]] virtual std::optional<std::string> unregisterAtLogin() = 0;
+};
+
+} // namespace kova
