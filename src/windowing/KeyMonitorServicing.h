@@ -53,10 +53,14 @@ class KeyMonitorServicing {
     virtual void claim(const std::vector<KeyCombination>& combinations) = 0;
     /// Those of the claimed ones that another program holds; they are not reported while it does.
     virtual std::vector<KeyCombination> heldByOthers() const = 0;
+    /// Tells, after each `claim`, that `heldByOthers` knows by now, and whenever that has changed since.
+    [[nodiscard]] virtual Subscription observeHeldByOthers(std::function<void()> known) = 0;
 
-    /// Every press goes to the recorder, and where the platform allows it to nobody else; true ends the recording. At
-    /// most one records: a later one ends the former.
-    [[nodiscard]] virtual Subscription recordKeys(std::function<bool(const KeyPress&)> recorder) = 0;
+    /// Every press goes to the recorder, and where the platform allows it to nobody else; true ends the recording. Keys
+    /// that only modify others are no presses. At most one records: a later one ends the former. `failed` is told in a
+    /// sentence for a person why there is nothing to hear, for example because another program holds the keyboard.
+    [[nodiscard]] virtual Subscription recordKeys(std::function<bool(const KeyPress&)> recorder,
+                                                  std::function<void(const std::string& reason)> failed) = 0;
     /// What the active keyboard layout writes on a key, without modifiers; empty when it is no character.
     virtual std::string charactersOf(std::uint16_t keyCode) const = 0;
 };
