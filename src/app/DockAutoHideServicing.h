@@ -1,0 +1,43 @@
+// The seam to the system's own Dock, which may hide itself so that tiles have the whole screen.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <variant>
+
+namespace kova {
+
+/// A command that the Dock is asked or told with could not be run, or failed.
+struct DockCommandFailed {
+    std::string command; // its name without the folder
+    std::string message; // what it said, or why it could not be run
+    bool operator==(const DockCommandFailed&) const = default;
+};
+
+/// This desktop has no such preference.
+struct DockPreferenceAbsent {
+    std::string message; // one sentence, for the user
+    bool operator==(const DockPreferenceAbsent&) const = default;
+};
+
+using DockAutoHideServiceError = std::variant<DockCommandFailed, DockPreferenceAbsent>;
+
+/// In the user's words: "Unable to run defaults: ...".
+std::string describe(const DockAutoHideServiceError& error);
+
+/// Main thread. Nothing here waits: each completion is called once, on the main thread and after the call has returned.
+/// The calls are carried out one after the other, in their order.
+class DockAutoHideServicing {
+  public:
+    using ReadCompletion = std::function<void(const std::variant<bool, DockAutoHideServiceError>&)>;
+    using WriteCompletion = std::function<void(const std::optional<DockAutoHideServiceError>&)>;
+
+    virtual ~DockAutoHideServicing() = default;
+    /// Whether the Dock hides itself at present.
+    virtual void readAutoHide(ReadCompletion completion) = 0;
+    /// Makes it hide itself, or stay; it takes a moment to show. Absent when that is done.
+    virtual void writeAutoHide(bool hides, WriteCompletion completion) = 0;
+};
+
+} // namespace kova

@@ -1,0 +1,39 @@
+// The Mac's Dock, which is asked and told through two commands of the system.
+#pragma once
+
+#include "app/DockAutoHideServicing.h"
+#include "app/ProcessRunning.h"
+#include "support/MainQueue.h"
+
+#include <string>
+
+namespace kova {
+
+struct DockCommands {
+    std::string defaults = "/usr/bin/defaults";
+    std::string killall = "/usr/bin/killall";
+};
+
+class SystemDockAutoHideService final : public DockAutoHideServicing {
+  public:
+    /// For each of the commands, which end within a fraction of it.
+    static constexpr Seconds kDeadline{10};
+
+    /// The commands run on `workQueue`, which may wait for them and works them off in order. All of these outlive the
+    /// service, and `runner` what is still in the queue.
+    SystemDockAutoHideService(ProcessRunning& runner, WorkQueue& workQueue, MainQueue& queue,
+                              DockCommands commands = {}) :
+        runner_(runner),
+        workQueue_(workQueue), queue_(queue), commands_(std::move(commands)) {}
+
+    void readAutoHide(ReadCompletion completion) override;
+    void writeAutoHide(bool hides, WriteCompletion completion) override;
+
+  private:
+    ProcessRunning& runner_;
+    WorkQueue& workQueue_;
+    MainQueue& queue_;
+    DockCommands commands_;
+};
+
+} // namespace kova

@@ -1,0 +1,151 @@
+#include "platform/posix/ProcessRunner.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <cstring>
+
+extern char** environ;
+
+namespace kova {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::size_t kLongestText = 64 * 1024;
+constexpr std::chrono::milliseconds kLook{20}; // an end without a last word is noticed this late
+
+/// A pipe from the program to us.
+class Pipe {
+  public:
+    Pipe() {
+        if (pipe(ends_.data()) != 0) {
+            ends_ = {-1, -1};
+            return;
+        }
+        for (const int end : ends_) (void)fcntl(end, F_SETFD, FD_CLOEXEC);
+        (void)fcntl(ends_[0], F_SETFL, O_NONBLOCK);
+    }
+    ~Pipe() {
+        closeEnd(0);
+        closeEnd(1);
+    }
+    Pipe(const Pipe&) = delete;
+    Pipe& operator=(const Pipe&) = delete;
+
+    bool isOpen() const { return ends_[0] >= 0; }
+    int readEnd() const { return ends_[0]; }
+    int writeEnd() const { return ends_[1]; }
+    void closeWriteEnd() { closeEnd(1); }
+    /// Takes what is there; what is beyond the limit is read all the same, so that the program does not wait for us.
+    void drainInto(std::string& text) {
+        std::array<char, 4096> piece;
+        while (isOpen()) {
+            const ssize_t length = read(ends_[0], piece.data(), piece.size());
+            if (length > 0) {
+                const std::size_t room = kLongestText - std::min(kLongestText, text.size());
+                text.append(piece.data(), std::min(room, static_cast<std::size_t>(length)));
+            } else if (length == 0) {
+                closeEnd(0);
+            } else if (errno != EINTR) {
+                return;
+            }
+        }
+    }
+
+  private:
+    void closeEnd(std::size_t end) {
+        if (ends_[end] >= 0) close(ends_[end]);
+        ends_[end] = -1;
+    }
+
+    std::array<int, 2> ends_{};
+};
+
+/// The process, or the error number that kept it from starting.
+struct Started {
+    pid_t process = 0;
+    int error = 0;
+};
+
+Started start(const std::string& program, const std::vector<std::string>& arguments, const Pipe& out, const Pipe& err) {
+    std::vector<char*> words{const_cast<char*>(program.c_str())};
+    for (const std::string& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
+    words.push_back(nullptr);
+
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_adddup2(&actions, out.writeEnd(), STDOUT_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, err.writeEnd(), STDERR_FILENO);
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    sigset_t none;
+    sigemptyset(&none);
+    sigset_t changed; // what an agent ignores or handles
+    sigemptyset(&changed);
+    for (const int signal : {SIGPIPE, SIGTERM, SIGINT, SIGHUP}) sigaddset(&changed, signal);
+    posix_spawnattr_setsigmask(&attributes, &none);
+    posix_spawnattr_setsigdefault(&attributes, &changed);
+    posix_spawnattr_setpgroup(&attributes, 0);
+    posix_spawnattr_setflags(
+        &attributes, static_cast<short>(POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETPGROUP));
+    Started started;
+    started.error = posix_spawn(&started.process, program.c_str(), &actions, &attributes, words.data(), environ);
+    posix_spawnattr_destroy(&attributes);
+    posix_spawn_file_actions_destroy(&actions);
+    return started;
+}
+
+} // namespace
+
+ProcessOutcome ProcessRunner::run(const std::string& program, const std::vector<std::string>& arguments,
+                                  Seconds deadline) {
+    using Ending = ProcessOutcome::Ending;
+    const auto end = Clock::now() + std::chrono::duration_cast<Clock::duration>(deadline);
+    ProcessOutcome outcome;
+    Pipe out;
+    Pipe err;
+    if (!out.isOpen() || !err.isOpen()) {
+        outcome.problem = std::strerror(errno);
+        return outcome;
+    }
+    const auto [process, error] = start(program, arguments, out, err);
+    if (error != 0) {
+        outcome.problem = std::strerror(error);
+        return outcome;
+    }
+    out.closeWriteEnd();
+    err.closeWriteEnd();
+
+    int status = 0;
+    bool hasTimedOut = false;
+    while (waitpid(process, &status, WNOHANG) == 0) {
+        if (Clock::now() >= end) {
+            hasTimedOut = true;
+            kill(-process, SIGKILL);
+            waitpid(process, &status, 0);
+            break;
+        }
+        std::array<pollfd, 2> waited = {{{out.readEnd(), POLLIN, 0}, {err.readEnd(), POLLIN, 0}}};
+        (void)poll(waited.data(), waited.size(), static_cast<int>(kLook.count()));
+        out.drainInto(outcome.output);
+        err.drainInto(outcome.problem);
+    }
+    out.drainInto(outcome.output);
+    err.drainInto(outcome.problem);
+    outcome.ending = hasTimedOut ? Ending::timedOut : WIFEXITED(status) ? Ending::exited : Ending::killed;
+    if (outcome.ending == Ending::exited) outcome.exitCode = WEXITSTATUS(status);
+    return outcome;
+}
+
+} // namespace kova

@@ -1,0 +1,62 @@
+#include "platform/posix/ProcessRunner.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+namespace kova {
+namespace {
+
+using namespace std::chrono_literals;
+using Ending = ProcessOutcome::Ending;
+
+TEST(ProcessRunner, TellsHowAProgramEndedAndWhatItSaid) {
+    struct Case {
+        const char* name;
+        std::string program;
+        std::vector<std::string> arguments;
+        Ending ending;
+        int exitCode;
+        std::string output, problem;
+    };
+    const std::vector<Case> cases = {
+        {"done", "/bin/sh", {"-c", "echo out; echo err >&2"}, Ending::exited, 0, "out\n", "err\n"},
+        {"arguments as they are",
+         "/bin/sh",
+         {"-c", "printf '%s|' \"$@\"", "-", "a b", "", "$x"},
+         Ending::exited,
+         0,
+         "a b||$x|",
+         ""},
+        {"failed", "/bin/sh", {"-c", "exit 7"}, Ending::exited, 7, "", ""},
+        {"no input", "/bin/cat", {}, Ending::exited, 0, "", ""},
+        {"killed", "/bin/sh", {"-c", "kill -TERM $$; sleep 9"}, Ending::killed, 0, "", ""},
+        {"not there", "/nonexistent/program", {}, Ending::notStarted, 0, "", "No such file or directory"},
+        {"leaves a child behind", "/bin/sh", {"-c", "sleep 9 & echo mine"}, Ending::exited, 0, "mine\n", ""},
+    };
+    for (const Case& c : cases) {
+        const auto outcome = ProcessRunner().run(c.program, c.arguments, 8s);
+        EXPECT_EQ(outcome.ending, c.ending) << c.name;
+        EXPECT_EQ(outcome.exitCode, c.exitCode) << c.name;
+        EXPECT_EQ(outcome.output, c.output) << c.name;
+        EXPECT_EQ(outcome.problem, c.problem) << c.name;
+    }
+}
+
+TEST(ProcessRunner, EndsAProgramThatHangsTogetherWithItsChildren) {
+    const auto begin = std::chrono::steady_clock::now();
+    const auto outcome = ProcessRunner().run("/bin/sh", {"-c", "trap '' TERM; echo begun; sleep 60; sleep 60"}, 300ms);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 20s);
+    EXPECT_EQ(outcome.ending, Ending::timedOut);
+    EXPECT_EQ(outcome.output, "begun\n");
+}
+
+TEST(ProcessRunner, AFloodOfWordsNeitherBlocksNorFillsTheMemory) {
+    const auto outcome = ProcessRunner().run("/bin/sh", {"-c", "head -c 1000000 /dev/zero"}, 20s);
+    EXPECT_EQ(outcome.ending, Ending::exited);
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(outcome.output.size(), 65536u);
+}
+
+} // namespace
+} // namespace kova
