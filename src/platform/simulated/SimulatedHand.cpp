@@ -1,5 +1,6 @@
 // The person's hand on the mouse, and the handles that it can take hold of.
 #include "platform/simulated/SimulatedDesktop.h"
+#include "windowing/DividerGrip.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,19 +11,8 @@ namespace kova {
 
 namespace {
 
-constexpr double kThinnestHandle = 8;
 /// A press counts as the second of a double click only if the hand rested in between.
 constexpr double kRestingPoints = 3;
-
-CGRect grippable(const DividerHandle& handle) {
-    CGRect frame = handle.frame;
-    double& start = handle.axis == LayoutAxis::horizontal ? frame.origin.x : frame.origin.y;
-    double& thickness = handle.axis == LayoutAxis::horizontal ? frame.size.width : frame.size.height;
-    const double missing = std::max(0.0, kThinnestHandle - thickness);
-    start -= missing / 2;
-    thickness += missing;
-    return frame;
-}
 
 CGRect pulled(const CGRect& frame, HandGrip grip, double dx, double dy) {
     switch (grip) {
@@ -46,7 +36,7 @@ CGRect pulled(const CGRect& frame, HandGrip grip, double dx, double dy) {
 
 const DividerHandle* SimulatedDesktop::handleAt(CGPoint point) const {
     const auto found = std::find_if(handles_.begin(), handles_.end(), [&](const DividerHandle& handle) {
-        return containsPoint(grippable(handle), onScreen(point));
+        return containsPoint(grippableFrame(handle), onScreen(point));
     });
     return found == handles_.end() ? nullptr : &*found;
 }

@@ -1,0 +1,31 @@
+#include "windowing/ApplicationPatience.h"
+
+#include <algorithm>
+
+namespace kova {
+
+namespace {
+
+/// Silence that took less than this is no hanging: an application that only just starts is out of reach, and says so
+/// at once.
+constexpr Seconds kHanging = ApplicationPatience::kDeadline * 0.8;
+
+} // namespace
+
+bool ApplicationPatience::mayAsk(pid_t process, AskingOccasion occasion, Seconds now) const {
+    const auto found = silent_.find(process);
+    if (found == silent_.end()) return true;
+    return occasion == AskingOccasion::poll && now >= found->second.askAgain;
+}
+
+void ApplicationPatience::note(pid_t process, AccessibilityOutcome outcome, Seconds asked, Seconds now) {
+    if (outcome != AccessibilityOutcome::silent || now - asked < kHanging) {
+        silent_.erase(process);
+        return;
+    }
+    Silence& silence = silent_[process];
+    silence.pause = std::clamp(silence.pause * 2, kShortestPause, kLongestPause);
+    silence.askAgain = now + silence.pause;
+}
+
+} // namespace kova

@@ -1,0 +1,37 @@
+// Who may be asked when, so that an application that hangs costs one deadline now and then instead of one with every
+// question. While it hangs only polls ask it, at growing intervals, until it answers again.
+#pragma once
+
+#include "support/MainQueue.h"
+#include "windowing/RawAnswers.h"
+
+#include <sys/types.h>
+
+#include <map>
+
+namespace kova {
+
+enum class AskingOccasion { poll, mainThread };
+
+class ApplicationPatience {
+  public:
+    /// How long a question waits for its answer.
+    static constexpr Seconds kDeadline{0.25};
+    static constexpr Seconds kShortestPause{1};
+    static constexpr Seconds kLongestPause{8};
+
+    bool mayAsk(pid_t process, AskingOccasion occasion, Seconds now) const;
+    /// What became of a question that began at `asked` and ended `now`, both in uptime.
+    void note(pid_t process, AccessibilityOutcome outcome, Seconds asked, Seconds now);
+    /// Whether the last question to the application met its deadline.
+    bool isSilent(pid_t process) const { return silent_.contains(process); }
+
+  private:
+    struct Silence {
+        Seconds pause{};
+        Seconds askAgain{}; // uptime
+    };
+    std::map<pid_t, Silence> silent_;
+};
+
+} // namespace kova
