@@ -1,0 +1,62 @@
+// One owner for each object that a Create or Copy function of the system gives away, and text in both languages.
+// Objective-C++ only.
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace kova::macos {
+
+/// Owns one reference to a CoreFoundation object; empty when there is none.
+template <class Ref>
+class Owned {
+  public:
+    Owned() = default;
+    /// Takes over the reference that the caller was given.
+    static Owned adopt(Ref given) { return Owned(given); }
+    /// Takes a reference of its own to what somebody else owns.
+    static Owned retain(Ref shared) { return Owned(shared ? static_cast<Ref>(CFRetain(shared)) : Ref{}); }
+
+    Owned(const Owned& other) : Owned(retain(other.ref_)) {}
+    Owned(Owned&& other) noexcept : ref_(std::exchange(other.ref_, Ref{})) {}
+    Owned& operator=(Owned other) noexcept {
+        std::swap(ref_, other.ref_);
+        return *this;
+    }
+    ~Owned() {
+        if (ref_) CFRelease(ref_);
+    }
+
+    Ref get() const { return ref_; }
+    explicit operator bool() const { return ref_ != Ref{}; }
+    /// Where a function that gives a reference away puts it. Only while empty.
+    Ref* receiver() { return &ref_; }
+
+  private:
+    explicit Owned(Ref ref) : ref_(ref) {}
+    Ref ref_{};
+};
+
+/// A reference that the portable parts can hold.
+inline std::shared_ptr<const void> shared(CFTypeRef object) {
+    if (!object) return nullptr;
+    return {CFRetain(object), [](const void* held) { CFRelease(held); }};
+}
+
+/// UTF-8; what cannot be told in it is replaced. Empty for nil.
+inline std::string text(NSString* string) {
+    NSData* bytes = [string dataUsingEncoding:NSUTF8StringEncoding allowLossyConversion:YES];
+    return bytes ? std::string(static_cast<const char*>(bytes.bytes), bytes.length) : std::string();
+}
+
+/// Empty when the text is no UTF-8.
+inline NSString* string(std::string_view text) {
+    NSString* made = [[NSString alloc] initWithBytes:text.data() length:text.size() encoding:NSUTF8StringEncoding];
+    return made ? made : @"";
+}
+
+} // namespace kova::macos

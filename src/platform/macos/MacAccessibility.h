@@ -1,0 +1,46 @@
+// Other applications' windows through the Mac's accessibility interface and its window server. Every question goes to
+// the other application and waits for its answer, no longer than ApplicationPatience::kDeadline; one that hangs is left
+// alone meanwhile. Reads and writes may come from the main thread and from the polling queue at once.
+#pragma once
+
+#include "support/MainQueue.h"
+#include "windowing/AccessibilityServicing.h"
+#include "windowing/ApplicationPatience.h"
+
+#include <mutex>
+
+namespace kova::macos {
+
+class MacAccessibility final : public AccessibilityServicing, public DesktopChangeServicing {
+  public:
+    /// The queue, whose clock is read, outlives it.
+    explicit MacAccessibility(const MainQueue& queue);
+
+    bool isProcessTrusted() const override;
+    bool requestTrust(bool prompt) override;
+    AccessibilityElement applicationElement(pid_t processIdentifier) const override;
+    std::vector<AttributeValue> readAttributes(const AccessibilityElement& element,
+                                               std::span<const AccessibilityAttribute> attributes) const override;
+    void writeAttributes(const AccessibilityElement& element, std::span<const AttributeWrite> writes) override;
+    void performAction(const AccessibilityElement& element, AccessibilityAction action) override;
+    std::optional<AccessibilityElement> elementAtPosition(CGPoint point) const override;
+    std::vector<OnScreenWindow> onScreenWindows() const override;
+    /// Nothing is held back.
+    void flush() override {}
+
+    /// The Mac does not announce every change, so that somebody has to ask.
+    std::optional<std::uint64_t> changeCount() const override { return std::nullopt; }
+    void notifyWhenChanged(std::uint64_t, std::function<void()>) override {}
+
+  private:
+    /// The call's number of an error, or nothing when the application is not to be asked now.
+    template <class Call>
+    std::optional<int> ask(pid_t process, Call call) const;
+
+    const MainQueue& queue_;
+    std::shared_ptr<const void> systemWide_;
+    mutable std::mutex mutex_; // of the patience
+    mutable ApplicationPatience patience_;
+};
+
+} // namespace kova::macos

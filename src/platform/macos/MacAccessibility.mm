@@ -1,0 +1,162 @@
+#include "platform/macos/MacAccessibility.h"
+
+#include "platform/macos/AccessibilityValues.h"
+#include "windowing/RawAnswers.h"
+
+#include <algorithm>
+
+namespace kova::macos {
+
+namespace {
+
+// The seam numbers errors as the Mac does.
+static_assert(kAXErrorSuccess == 0 && kAXErrorInvalidUIElement == -25202 && kAXErrorCannotComplete == -25204);
+
+constexpr CGWindowListOption kShownWindows = kCGWindowListOptionOnScreenOnly | kCGWindowListExcludeDesktopElements;
+static_assert(kShownWindows == 17);
+
+/// While it is on, an application animates its windows into their frames, and is somewhere else when it is looked at.
+NSString* const kEnhancedUserInterface = @"AXEnhancedUserInterface";
+
+bool isTrusted(bool prompt) {
+    NSDictionary* options = @{(__bridge NSString*)kAXTrustedCheckOptionPrompt : @(prompt)};
+    return AXIsProcessTrustedWithOptions((__bridge CFDictionaryRef)options) != 0;
+}
+
+bool concernsFrame(std::span<const AttributeWrite> writes) {
+    return std::ranges::any_of(writes, [](const AttributeWrite& write) {
+        return write.attribute == AccessibilityAttribute::position || write.attribute == AccessibilityAttribute::size;
+    });
+}
+
+std::optional<double> number(NSDictionary* record, NSString* key) {
+    id value = record[key];
+    if (![value isKindOfClass:NSNumber.class]) return std::nullopt;
+    return [value doubleValue];
+}
+
+WindowListEntry windowListEntry(NSDictionary* window) {
+    id bounds = window[(__bridge NSString*)kCGWindowBounds];
+    NSDictionary* rectangle = [bounds isKindOfClass:NSDictionary.class] ? bounds : nil;
+    return {.layer = number(window, (__bridge NSString*)kCGWindowLayer),
+            .ownerProcess = number(window, (__bridge NSString*)kCGWindowOwnerPID),
+            .x = number(rectangle, @"X"),
+            .y = number(rectangle, @"Y"),
+            .width = number(rectangle, @"Width"),
+            .height = number(rectangle, @"Height")};
+}
+
+} // namespace
+
+MacAccessibility::MacAccessibility(const MainQueue& queue) : queue_(queue) {
+    const auto systemWide = Owned<AXUIElementRef>::adopt(AXUIElementCreateSystemWide());
+    // Set on this element, it holds for every element that has no deadline of its own.
+    AXUIElementSetMessagingTimeout(systemWide.get(), static_cast<float>(ApplicationPatience::kDeadline.count()));
+    systemWide_ = shared(systemWide.get());
+}
+
+bool MacAccessibility::isProcessTrusted() const {
+    @autoreleasepool {
+        return isTrusted(false);
+    }
+}
+
+bool MacAccessibility::requestTrust(bool prompt) {
+    @autoreleasepool {
+        return isTrusted(prompt);
+    }
+}
+
+AccessibilityElement MacAccessibility::applicationElement(pid_t processIdentifier) const {
+    return {processIdentifier, 0, nullptr};
+}
+
+template <class Call>
+std::optional<int> MacAccessibility::ask(pid_t process, Call call) const {
+    const auto occasion = NSThread.isMainThread ? AskingOccasion::mainThread : AskingOccasion::poll;
+    const Seconds asked = queue_.uptime();
+    {
+        const std::lock_guard lock(mutex_);
+        if (!patience_.mayAsk(process, occasion, asked)) return std::nullopt;
+    }
+    const int error = call();
+    const std::lock_guard lock(mutex_);
+    patience_.note(process, accessibilityOutcome(error), asked, queue_.uptime());
+    return error;
+}
+
+std::vector<AttributeValue> MacAccessibility::readAttributes(const AccessibilityElement& element,
+                                                             std::span<const AccessibilityAttribute> attributes) const {
+    std::vector<AttributeValue> values(attributes.size());
+    @autoreleasepool {
+        NSMutableArray<NSString*>* names = [NSMutableArray arrayWithCapacity:attributes.size()];
+        for (const auto attribute : attributes) [names addObject:string(attributeName(attribute))];
+        const auto target = systemElement(element);
+        Owned<CFArrayRef> answers;
+        ask(element.processIdentifier, [&] {
+            return AXUIElementCopyMultipleAttributeValues(target.get(), (__bridge CFArrayRef)names,
+                                                          AXCopyMultipleAttributeOptions(0), answers.receiver());
+        });
+        if (!answers) return values;
+        const auto count = std::min(values.size(), static_cast<std::size_t>(CFArrayGetCount(answers.get())));
+        for (std::size_t i = 0; i < count; ++i) {
+            values[i] = seamValue(CFArrayGetValueAtIndex(answers.get(), static_cast<CFIndex>(i)));
+        }
+    }
+    return values;
+}
+
+void MacAccessibility::writeAttributes(const AccessibilityElement& element, std::span<const AttributeWrite> writes) {
+    @autoreleasepool {
+        const auto target = systemElement(element);
+        const auto application = systemElement(applicationElement(element.processIdentifier));
+        const auto enhanced = (__bridge CFStringRef)kEnhancedUserInterface;
+        Owned<CFTypeRef> before;
+        if (concernsFrame(writes)) {
+            ask(element.processIdentifier,
+                [&] { return AXUIElementCopyAttributeValue(application.get(), enhanced, before.receiver()); });
+        }
+        const bool isEnhanced = seamValue(before.get()) == AttributeValue(true);
+        if (isEnhanced) AXUIElementSetAttributeValue(application.get(), enhanced, kCFBooleanFalse);
+        for (const auto& write : writes) {
+            const auto value = systemValue(write.value);
+            if (!value) continue;
+            NSString* name = string(attributeName(write.attribute));
+            ask(element.processIdentifier,
+                [&] { return AXUIElementSetAttributeValue(target.get(), (__bridge CFStringRef)name, value.get()); });
+        }
+        // Also when the application fell silent meanwhile: whoever needs it would miss it for good.
+        if (isEnhanced) AXUIElementSetAttributeValue(application.get(), enhanced, kCFBooleanTrue);
+    }
+}
+
+void MacAccessibility::performAction(const AccessibilityElement& element, AccessibilityAction action) {
+    @autoreleasepool {
+        const auto target = systemElement(element);
+        NSString* name = string(actionName(action));
+        ask(element.processIdentifier,
+            [&] { return AXUIElementPerformAction(target.get(), (__bridge CFStringRef)name); });
+    }
+}
+
+std::optional<AccessibilityElement> MacAccessibility::elementAtPosition(CGPoint point) const {
+    Owned<AXUIElementRef> found;
+    AXUIElementCopyElementAtPosition(static_cast<AXUIElementRef>(systemWide_.get()), static_cast<float>(point.x),
+                                     static_cast<float>(point.y), found.receiver());
+    if (!found) return std::nullopt;
+    return seamElement(found.get());
+}
+
+std::vector<OnScreenWindow> MacAccessibility::onScreenWindows() const {
+    std::vector<OnScreenWindow> shown;
+    @autoreleasepool {
+        NSArray* windows = CFBridgingRelease(CGWindowListCopyWindowInfo(kShownWindows, kCGNullWindowID));
+        for (id window in windows) {
+            if (![window isKindOfClass:NSDictionary.class]) continue;
+            if (const auto listed = onScreenWindow(windowListEntry(window))) shown.push_back(*listed);
+        }
+    }
+    return shown;
+}
+
+} // namespace kova::macos
