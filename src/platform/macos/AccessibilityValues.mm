@@ -69,7 +69,7 @@ Owned<CFTypeRef> systemValue(const AttributeValue& value) {
     return std::visit(
         Overloaded{[](std::monostate) { return Value(); },
                    [](bool flag) { return Value::retain(flag ? kCFBooleanTrue : kCFBooleanFalse); },
-                   [](const std::string& word) { return Value::adopt(CFBridgingRetain(string(word))); },
+                   [](const std::string& word) { return Value::adopt(CFBridgingRetain(nsString(word))); },
                    [](const CGPoint& point) { return Value::adopt(AXValueCreate(kAXValueTypeCGPoint, &point)); },
                    [](const CGSize& size) { return Value::adopt(AXValueCreate(kAXValueTypeCGSize, &size)); },
                    [](const AccessibilityElement& element) { return Value::retain(systemElement(element).get()); },

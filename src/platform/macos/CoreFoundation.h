@@ -54,7 +54,7 @@ inline std::string text(NSString* string) {
 }
 
 /// Empty when the text is no UTF-8.
-inline NSString* string(std::string_view text) {
+inline NSString* nsString(std::string_view text) {
     NSString* made = [[NSString alloc] initWithBytes:text.data() length:text.size() encoding:NSUTF8StringEncoding];
     return made ? made : @"";
 }

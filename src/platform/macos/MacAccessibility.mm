@@ -90,7 +90,7 @@ std::vector<AttributeValue> MacAccessibility::readAttributes(const Accessibility
     std::vector<AttributeValue> values(attributes.size());
     @autoreleasepool {
         NSMutableArray<NSString*>* names = [NSMutableArray arrayWithCapacity:attributes.size()];
-        for (const auto attribute : attributes) [names addObject:string(attributeName(attribute))];
+        for (const auto attribute : attributes) [names addObject:nsString(attributeName(attribute))];
         const auto target = systemElement(element);
         Owned<CFArrayRef> answers;
         ask(element.processIdentifier, [&] {
@@ -121,7 +121,7 @@ void MacAccessibility::writeAttributes(const AccessibilityElement& element, std:
         for (const auto& write : writes) {
             const auto value = systemValue(write.value);
             if (!value) continue;
-            NSString* name = string(attributeName(write.attribute));
+            NSString* name = nsString(attributeName(write.attribute));
             ask(element.processIdentifier,
                 [&] { return AXUIElementSetAttributeValue(target.get(), (__bridge CFStringRef)name, value.get()); });
         }
@@ -133,7 +133,7 @@ void MacAccessibility::writeAttributes(const AccessibilityElement& element, std:
 void MacAccessibility::performAction(const AccessibilityElement& element, AccessibilityAction action) {
     @autoreleasepool {
         const auto target = systemElement(element);
-        NSString* name = string(actionName(action));
+        NSString* name = nsString(actionName(action));
         ask(element.processIdentifier,
             [&] { return AXUIElementPerformAction(target.get(), (__bridge CFStringRef)name); });
     }

@@ -1,0 +1,35 @@
+// The queues of the agent on the system's dispatcher: the main thread's own queue, and a serial one beside it.
+#pragma once
+
+#include "support/MainQueue.h"
+
+#include <memory>
+#include <string>
+
+namespace kova::macos {
+
+/// Lives as long as the process: what was posted may run at any time while the main run loop does.
+class DispatchMainQueue final : public MainQueue {
+  public:
+    void post(std::function<void()> work) override;
+    std::shared_ptr<ScheduledWork> after(Seconds delay, std::function<void()> work) override;
+    WallTime now() const override;
+    /// The clock of the timers: it stands still while the machine sleeps.
+    Seconds uptime() const override;
+};
+
+class DispatchWorkQueue final : public WorkQueue {
+  public:
+    /// User-initiated quality of service; the label is what debuggers show.
+    explicit DispatchWorkQueue(const std::string& label);
+    /// Waits for the job that runs; jobs not begun are dropped.
+    ~DispatchWorkQueue() override;
+
+    void post(std::function<void()> job) override;
+
+  private:
+    struct Queue;
+    std::shared_ptr<Queue> queue_;
+};
+
+} // namespace kova::macos
