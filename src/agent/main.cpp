@@ -81,7 +81,9 @@ class Desktop {
 
     /// Null on a session without X.
     X11Desktop* x11() const { return x11_.get(); }
-    HandServices hand() const { return {x11_.get(), x11_.get()}; }
+    ShellServices shell() const {
+        return {.pointer = x11_.get(), .dividerHandles = x11_.get(), .systemActivity = nullptr};
+    }
     DiagnosticsServicing& diagnostics() const { return x11_ ? static_cast<DiagnosticsServicing&>(*x11_) : *absent_; }
     WorkspaceServices services(SessionServicing& session, PreferencesStore& preferences, MainQueue& queue,
                                WorkQueue& pollingQueue, AlertServicing& alerts) const {
@@ -139,7 +141,7 @@ int manageSession(const Options& options) {
     UnlockedSession session;
     SerialWorkQueue pollingQueue("kova-polling");
     UnansweredAlerts alerts; // the command line asks at its terminal
-    AppDelegate delegate(desktop->services(session, preferences, loop, pollingQueue, alerts), desktop->hand());
+    AppDelegate delegate(desktop->services(session, preferences, loop, pollingQueue, alerts), desktop->shell());
     const auto& state = delegate.workspace().state();
     const auto messages = state.lastActionMessage.observe([](const std::optional<std::string>& message) {
         if (message) log(LogLevel::detail, *message);

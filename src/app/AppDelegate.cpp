@@ -4,8 +4,8 @@
 
 namespace kova {
 
-AppDelegate::AppDelegate(const WorkspaceServices& services, const HandServices& hand) :
-    preferences_(services.preferences), queue_(services.queue), hand_(hand), workspace_(services) {}
+AppDelegate::AppDelegate(const WorkspaceServices& services, const ShellServices& shell) :
+    services_(services), shell_(shell), workspace_(services) {}
 
 AppDelegate::~AppDelegate() {
     stopWorkspace();
@@ -14,21 +14,60 @@ AppDelegate::~AppDelegate() {
 void AppDelegate::startWorkspace() {
     if (workspaceIsStarted_) return;
     workspaceIsStarted_ = true;
+    if (shell_.dividerHandles) dividerWindows_.emplace(workspace_, *shell_.dividerHandles, services_.queue);
+    if (shell_.pointer) windowDrags_.emplace(workspace_, *shell_.pointer, services_.queue);
+    installMonitors();
     workspace_.start(false);
-    if (hand_.dividerHandles) dividerWindows_.emplace(workspace_, *hand_.dividerHandles, queue_);
-    if (hand_.pointer) windowDrags_.emplace(workspace_, *hand_.pointer, queue_).installMonitor();
+    if (shell_.systemActivity) {
+        systemActivitySubscription_ = shell_.systemActivity->observeSystemActivity(
+            [this](SystemActivityEvent event) { handleSystemActivityEvent(event); });
+    }
     log(LogLevel::note, "workspace started");
+    // Nobody tells of a lock that was there before.
+    if (services_.session.isLoginSessionScreenLocked()) handleSystemActivityEvent(SystemActivityEvent::screenDidLock);
 }
 
 void AppDelegate::stopWorkspace() {
     if (!workspaceIsStarted_) return;
+    systemActivitySubscription_ = {};
     // What the hand still holds goes back first.
+    removeMonitors();
     windowDrags_.reset();
     dividerWindows_.reset();
     workspace_.stop();
-    preferences_.synchronize();
+    services_.preferences.synchronize();
+    workspaceIsSuspendedForSystemTransition_ = false;
+    systemActivityState_ = {};
     workspaceIsStarted_ = false;
     log(LogLevel::note, "workspace stopped");
+}
+
+/// Those that follow what the user does. Each exists once, however often this is called.
+void AppDelegate::installMonitors() {
+    removeMonitors();
+    if (windowDrags_) windowDrags_->installMonitor();
+}
+
+void AppDelegate::removeMonitors() {
+    if (windowDrags_) windowDrags_->removeMonitor();
+}
+
+void AppDelegate::handleSystemActivityEvent(SystemActivityEvent event) {
+    if (!workspaceIsStarted_) return;
+    systemActivityState_.update(event);
+    const bool suspends = !systemActivityState_.isAvailable();
+    if (suspends == workspaceIsSuspendedForSystemTransition_) return;
+    workspaceIsSuspendedForSystemTransition_ = suspends;
+    if (suspends) {
+        workspace_.suspendForSystemTransition();
+        removeMonitors(); // the handles between tiles stay where they are
+        log(LogLevel::note, "workspace suspended");
+        return;
+    }
+    workspace_.resumeAfterSystemTransition();
+    if (dividerWindows_) dividerWindows_->refresh();
+    installMonitors();
+    log(LogLevel::note, "workspace resumed");
 }
 
 } // namespace kova

@@ -1,7 +1,9 @@
-// The agent's heart: owns the workspace for the life of the process, starts it and stops it. Main thread only.
+// The agent's heart: owns the workspace for the life of the process, starts it and stops it, and suspends it while the
+// user cannot see the screen. Main thread only.
 #pragma once
 
 #include "app/LayoutDividerWindowController.h"
+#include "app/SystemActivityState.h"
 #include "app/WindowDragCoordinator.h"
 #include "workspace/WorkspaceController.h"
 
@@ -9,16 +11,17 @@
 
 namespace kova {
 
-/// What the desktop has for the user's hand; null where it has nothing.
-struct HandServices {
+/// What the desktop has beside windows; null where it has nothing. All of it outlives the delegate.
+struct ShellServices {
     PointerMonitorServicing* pointer = nullptr;
     DividerHandleServicing* dividerHandles = nullptr;
+    SystemActivityServicing* systemActivity = nullptr;
 };
 
 class AppDelegate {
   public:
     /// The services outlive the delegate.
-    explicit AppDelegate(const WorkspaceServices& services, const HandServices& hand = {});
+    explicit AppDelegate(const WorkspaceServices& services, const ShellServices& shell = {});
     /// Stops the workspace if nobody did.
     ~AppDelegate();
     AppDelegate(const AppDelegate&) = delete;
@@ -26,20 +29,33 @@ class AppDelegate {
 
     WorkspaceController& workspace() { return workspace_; }
 
-    /// Begins to manage windows, without asking the user for the permission. Does nothing when it is started already.
+    /// Begins to manage windows, without asking the user for the permission; on a locked screen it begins suspended.
+    /// Does nothing when it is started already.
     void startWorkspace();
     /// Ends it: the desktop gets back what was borrowed, and the preferences are on disk. Does nothing unless started.
     void stopWorkspace();
     bool isWorkspaceStarted() const { return workspaceIsStarted_; }
 
+    /// Suspends with the first condition that keeps the user from the screen, resumes once there is none left. Does
+    /// nothing unless started: what was missed is asked for at the start.
+    void handleSystemActivityEvent(SystemActivityEvent event);
+    const SystemActivityState& systemActivityState() const { return systemActivityState_; }
+    bool isWorkspaceSuspended() const { return workspaceIsSuspendedForSystemTransition_; }
+
   private:
-    PreferencesStore& preferences_;
-    MainQueue& queue_;
-    HandServices hand_;
+    void installMonitors();
+    void removeMonitors();
+
+    WorkspaceServices services_;
+    ShellServices shell_;
     WorkspaceController workspace_;
     // While the workspace is started.
     std::optional<LayoutDividerWindowController> dividerWindows_;
     std::optional<WindowDragCoordinator> windowDrags_;
+    Subscription systemActivitySubscription_;
+
+    SystemActivityState systemActivityState_;
+    bool workspaceIsSuspendedForSystemTransition_ = false;
     bool workspaceIsStarted_ = false;
 };
 

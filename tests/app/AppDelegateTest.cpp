@@ -48,6 +48,120 @@ TEST(AppDelegate, StartsAndStopsTheWorkspaceOnceEach) {
     EXPECT_EQ(desktop.queue().pendingCount(), 0U);
 }
 
+/// A started workspace with two windows in two tiles, and the hand on the mouse.
+class SystemActivity : public ::testing::Test {
+  protected:
+    SystemActivity() {
+        desktop.addDisplay({.name = "A", .size = {2560, 1440}});
+        passes(0);
+        (void)workspace.selectLayout(displayID(desktop.screens().front()),
+                                     DisplayLayoutSelection::layout("jarvis.dual-split"));
+        for (const char* name : {"Mail", "Notes"}) {
+            desktop.launch(name);
+            desktop.open(name);
+        }
+    }
+    ~SystemActivity() override {
+        delegate.stopWorkspace();
+        EXPECT_EQ(desktop.brokenPromises(), std::vector<std::string>{});
+    }
+    void startAndArrange() {
+        delegate.startWorkspace();
+        passes(0.5);
+        workspace.arrangeWindows();
+        passes(3);
+    }
+    void passes(double seconds) { desktop.queue().advance(Seconds(seconds)); }
+    void undergoes(const std::vector<SystemActivityEvent>& events) {
+        for (const auto event : events) desktop.undergo(event);
+        passes(0);
+    }
+    /// Whether the hand is followed, and once only: a window that it carries lights up a tile.
+    bool followsTheHand() {
+        const auto& window = desktop.window("Mail");
+        const CGPoint title = {minX(window.frame) + 200, minY(window.frame) + 5};
+        int lit = 0;
+        const auto count = workspace.state().dropTargetSlotID.observe([&](const auto& slot) { lit += slot ? 1 : 0; });
+        desktop.pressAt(title);
+        passes(0.02);
+        desktop.moveHand({title.x < 1280 ? 2000.0 : 500.0, 700}); // over the other tile
+        passes(0.02);
+        desktop.moveHand(title);
+        desktop.letGo(ShiftKey::up);
+        passes(3);
+        EXPECT_LE(lit, 1);
+        return lit > 0;
+    }
+
+    SimulatedDesktop desktop;
+    MemoryPreferencesStore preferences;
+    AppDelegate delegate{servicesOf(desktop, preferences),
+                         {.pointer = &desktop, .dividerHandles = &desktop, .systemActivity = &desktop}};
+    WorkspaceController& workspace = delegate.workspace();
+};
+
+using enum SystemActivityEvent;
+
+TEST_F(SystemActivity, AnyOfFourConditionsSuspendsAndAllResume) {
+    const std::vector<std::pair<std::vector<SystemActivityEvent>, bool>> nights = {
+        {{systemWillSleep}, true},
+        {{systemWillSleep}, true},
+        {{screensDidSleep}, true},
+        {{screenDidLock}, true},
+        {{systemDidWake}, true},
+        {{screensDidWake}, true},
+        {{screensDidWake}, true},
+        {{screenDidUnlock}, false},
+        {{screenDidUnlock, systemDidWake}, false},
+        {{sessionDidResignActive, systemWillSleep, systemDidWake}, true},
+        {{sessionDidBecomeActive}, false},
+        {{screensDidSleep, screensDidSleep, screensDidWake}, false},
+    };
+    startAndArrange();
+    for (std::size_t i = 0; i < nights.size(); ++i) {
+        undergoes(nights[i].first);
+        EXPECT_EQ(delegate.isWorkspaceSuspended(), nights[i].second) << i;
+        const int polls = desktop.pollingQueue().jobsBegun();
+        desktop.setTitle("Mail", "Mail " + std::to_string(i));
+        passes(1);
+        EXPECT_EQ(desktop.pollingQueue().jobsBegun() > polls, !nights[i].second) << i;
+    }
+}
+
+TEST_F(SystemActivity, TheHandIsFollowedOnceWhileTheScreenCanBeSeenAndHandlesStay) {
+    startAndArrange();
+    EXPECT_EQ(desktop.handles().size(), 1U);
+    EXPECT_TRUE(followsTheHand());
+    undergoes({screensDidSleep, screenDidLock});
+    EXPECT_EQ(desktop.handles().size(), 1U);
+    EXPECT_FALSE(followsTheHand());
+    undergoes({screensDidWake});
+    EXPECT_FALSE(followsTheHand());
+    undergoes({screenDidUnlock, screenDidUnlock});
+    EXPECT_TRUE(followsTheHand());
+    EXPECT_EQ(desktop.handles().size(), 1U);
+}
+
+TEST_F(SystemActivity, ALockedScreenAtTheStartIsWaitedOut) {
+    desktop.setLocked(true);
+    delegate.startWorkspace();
+    EXPECT_TRUE(delegate.isWorkspaceSuspended());
+    passes(60);
+    EXPECT_TRUE(workspace.liveWindows().empty());
+    undergoes({screenDidUnlock});
+    passes(1);
+    EXPECT_EQ(workspace.liveWindows().size(), 2U);
+
+    // What was so at the end of one start says nothing about the next.
+    undergoes({systemWillSleep});
+    delegate.stopWorkspace();
+    EXPECT_EQ(delegate.systemActivityState(), SystemActivityState{});
+    undergoes({sessionDidResignActive});
+    delegate.startWorkspace();
+    EXPECT_FALSE(delegate.isWorkspaceSuspended());
+    EXPECT_TRUE(followsTheHand());
+}
+
 TEST(AppDelegate, WatchesTheHandWhileTheWorkspaceIsStarted) {
     SimulatedDesktop desktop;
     MemoryPreferencesStore preferences;

@@ -405,6 +405,12 @@ void SimulatedDesktop::setLocked(bool locked) {
     changed();
 }
 
+void SimulatedDesktop::undergo(SystemActivityEvent event) {
+    if (event == SystemActivityEvent::screenDidLock) setLocked(true);
+    if (event == SystemActivityEvent::screenDidUnlock) setLocked(false);
+    queue_.post(lifetime_.guard([this, event] { systemActivityObservers_.notify(event); }));
+}
+
 void SimulatedDesktop::setTrusted(bool trusted) {
     isTrusted_ = trusted;
     changed();

@@ -13,6 +13,7 @@
 #include "windowing/DiagnosticsServicing.h"
 #include "windowing/PointerServicing.h"
 #include "windowing/ScreenServicing.h"
+#include "windowing/SystemActivityServicing.h"
 
 #include <deque>
 #include <functional>
@@ -76,6 +77,7 @@ class SimulatedDesktop : public AccessibilityServicing,
                          public ApplicationServicing,
                          public ScreenServicing,
                          public SessionServicing,
+                         public SystemActivityServicing,
                          public AlertServicing,
                          public DesktopChangeServicing,
                          public DiagnosticsServicing,
@@ -142,7 +144,10 @@ class SimulatedDesktop : public AccessibilityServicing,
     std::vector<const SimulatedWindow*> livingWindows() const; // in the order in which they were opened
 
     // Session, permission, pointer
+    /// Locks it without telling anybody, for those who ask.
     void setLocked(bool locked);
+    /// What the machine or the login session goes through; told by the queue.
+    void undergo(SystemActivityEvent event);
     void setTrusted(bool trusted);
     void setAnswerToPrompt(bool trusted) { answerToPrompt_ = trusted; }
     int promptCount() const { return promptCount_; }
@@ -215,11 +220,12 @@ class SimulatedDesktop : public AccessibilityServicing,
     // AlertServicing
     void inform(const Alert& alert) override;
     void confirm(const Alert& alert, std::function<void(bool)> answer) override;
-    // ScreenServicing and SessionServicing
+    // ScreenServicing, SessionServicing and SystemActivityServicing
     std::vector<Screen> screens() const override;
     Subscription observeScreens(std::function<void()> changed) override;
     std::optional<CGPoint> pointerLocation() const override;
     bool isLoginSessionScreenLocked() const override { return isLocked_; }
+    Subscription observeSystemActivity(std::function<void(SystemActivityEvent)> observer) override;
     // DesktopChangeServicing and DiagnosticsServicing
     std::optional<std::uint64_t> changeCount() const override;
     void notifyWhenChanged(std::uint64_t count, std::function<void()> callback) override;
@@ -337,6 +343,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     std::function<void()> changeCallback_;
     std::uint64_t changeRequest_ = 0; // the newest call of notifyWhenChanged
     Observers<> screenObservers_;
+    Observers<SystemActivityEvent> systemActivityObservers_;
     Observers<const PointerEvent&> pointerObservers_;
     Observers<const DividerHandleEvent&> handleObservers_;
     std::vector<DividerHandle> handles_;

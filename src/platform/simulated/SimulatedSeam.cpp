@@ -336,6 +336,11 @@ Subscription SimulatedDesktop::observeScreens(std::function<void()> changed) {
     return screenObservers_.add(std::move(changed));
 }
 
+Subscription SimulatedDesktop::observeSystemActivity(std::function<void(SystemActivityEvent)> observer) {
+    requireMainThread("observeSystemActivity");
+    return systemActivityObservers_.add(std::move(observer));
+}
+
 std::optional<CGPoint> SimulatedDesktop::pointerLocation() const {
     requireMainThread("pointerLocation");
     if (!pointerOnDesktop_ || displays_.empty()) return std::nullopt;
