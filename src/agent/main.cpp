@@ -158,6 +158,7 @@ int manageSession(const Options& options) {
     }
 
     ControlMethods methods({.controller = delegate.workspace(),
+                            .urls = delegate.urls(),
                             .preferences = preferences,
                             .diagnostics = &desktop->diagnostics(),
                             .queue = loop,

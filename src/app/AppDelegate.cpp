@@ -5,10 +5,14 @@
 namespace kova {
 
 AppDelegate::AppDelegate(const WorkspaceServices& services, const ShellServices& shell) :
-    services_(services), shell_(shell), workspace_(services) {}
+    services_(services), shell_(shell), workspace_(services), urls_(workspace_, services.queue) {}
 
 AppDelegate::~AppDelegate() {
     stopWorkspace();
+}
+
+void AppDelegate::openURLs(const std::vector<std::string>& urls) {
+    for (const auto& url : urls) (void)urls_.handle(url);
 }
 
 void AppDelegate::startWorkspace() {

@@ -5,9 +5,12 @@
 #include "app/LayoutDividerWindowController.h"
 #include "app/SystemActivityState.h"
 #include "app/WindowDragCoordinator.h"
+#include "commands/URLHandler.h"
 #include "workspace/WorkspaceController.h"
 
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace kova {
 
@@ -28,6 +31,9 @@ class AppDelegate {
     AppDelegate& operator=(const AppDelegate&) = delete;
 
     WorkspaceController& workspace() { return workspace_; }
+    URLHandler& urls() { return urls_; }
+    /// What the desktop asks the program to open.
+    void openURLs(const std::vector<std::string>& urls);
 
     /// Begins to manage windows, without asking the user for the permission; on a locked screen it begins suspended.
     /// Does nothing when it is started already.
@@ -49,6 +55,7 @@ class AppDelegate {
     WorkspaceServices services_;
     ShellServices shell_;
     WorkspaceController workspace_;
+    URLHandler urls_;
     // While the workspace is started.
     std::optional<LayoutDividerWindowController> dividerWindows_;
     std::optional<WindowDragCoordinator> windowDrags_;

@@ -31,7 +31,11 @@ struct Arguments {
     std::optional<std::string> disposition;
     std::optional<std::string> slot;
     std::optional<std::string> file;
-    std::optional<int> width; // columns of a picture
+    std::optional<std::string> url;
+    std::optional<std::string> theme;
+    std::optional<std::string> accent;
+    std::optional<std::string> choice; // “on” or “off”
+    std::optional<int> width;          // columns of a picture
 };
 
 } // namespace kova::cli

@@ -71,6 +71,12 @@ Problem takeDisposition(Arguments& arguments, std::string_view word) {
     return std::nullopt;
 }
 
+Problem takeSwitch(Arguments& arguments, std::string_view word) {
+    if (word != "on" && word != "off") return "“" + std::string(word) + "” is not on or off";
+    arguments.choice = word;
+    return std::nullopt;
+}
+
 /// What does not go together.
 Problem contradictionIn(const Verb& verb, const Arguments& arguments) {
     if ((verb.takes & kRuleApplication) != 0 && arguments.application.has_value() == arguments.focused) {
@@ -135,6 +141,13 @@ constexpr std::array kOptions =
         {kSlot, "", "SLOT", "with “tile”: a slot of any layout, or number or name of a tile in force",
          [](Arguments& a, std::string_view word) { return takeName(a.slot, word); }},
         {kFile, "", "FILE", "a JSON file", [](Arguments& a, std::string_view word) { return takeName(a.file, word); }},
+        {kUrl, "", "URL", "of the scheme kova, such as kova://action/arrange",
+         [](Arguments& a, std::string_view word) { return takeName(a.url, word); }},
+        {kTheme, "", "THEME", "id or name of a theme, or a part of it",
+         [](Arguments& a, std::string_view word) { return takeName(a.theme, word); }},
+        {kAccent, "", "COLOUR", "id or name of an accent colour, or a part of it",
+         [](Arguments& a, std::string_view word) { return takeName(a.accent, word); }},
+        {kSwitch, "", "on|off", "on or off", takeSwitch},
         {kRuleApplication, "--app", "ID", "id or name of an application, or a part of it",
          [](Arguments& a, std::string_view word) { return takeName(a.application, word); }},
         {kFocused, "--focused", "", "instead of --app: the application of the focused window",
@@ -164,7 +177,7 @@ bool takes(const Verb& verb, const Option& option) {
 bool isRequired(const Option& option) {
     constexpr unsigned kRequired = kRequiredLayout | kRequiredPoints | kDirection | kSplit | kBoundary | kTranslation |
                                    kApplication | kTile | kRequiredWindow | kScene | kNewName | kRule | kPlace |
-                                   kDisposition | kFile;
+                                   kDisposition | kFile | kTheme | kAccent | kSwitch;
     return option.takenBy != kEveryVerb && (option.takenBy & kRequired) != 0;
 }
 

@@ -53,6 +53,15 @@ bool isTerminal() {
     return isatty(STDOUT_FILENO) == 1;
 }
 
+bool isColorTerminal() {
+    const auto variable = [](const char* name) {
+        const char* value = std::getenv(name);
+        return std::string_view(value ? value : "");
+    };
+    const std::string_view kind = variable("TERM");
+    return isTerminal() && variable("NO_COLOR").empty() && !kind.empty() && kind != "dumb";
+}
+
 int terminalWidth() {
     winsize size{};
     if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) return size.ws_col;

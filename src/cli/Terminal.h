@@ -11,6 +11,8 @@ namespace kova::cli {
 /// Columns of the terminal on standard output; without one $COLUMNS, else 80.
 int terminalWidth();
 bool isTerminal();
+/// A terminal with colours, and nobody who wants none ($NO_COLOR).
+bool isColorTerminal();
 /// Whether the environment asks for UTF-8; else drawings keep to ASCII.
 bool isUnicodeTerminal();
 

@@ -4,6 +4,7 @@
 #include "cli/LayoutOutput.h"
 #include "cli/Output.h"
 #include "cli/SceneOutput.h"
+#include "cli/ThemeOutput.h"
 
 #include <array>
 
@@ -35,6 +36,12 @@ constexpr std::array kVerbs = std::to_array<Verb>({
      "Takes back the last action that rearranged windows, a divider or a window moved by hand included: tiles, frames, "
      "minimised and hidden windows, layouts and sizes come back. The last 30 actions can be undone; nothing is redone.",
      "kova undo", kNothing, printMessage},
+    {"open", "openURL", "do what a URL asks for",
+     "What browsers, launchers and scripts use: kova://action/ with arrange, undo, zoom or stack, or with focus or "
+     "move "
+     "and a direction (kova://action/focus/left), and kova://scene/ with a scene's name (kova://scene/Deep%20Work). "
+     "Without a URL, as when KOVA is chosen in a menu, the agent is started unless it runs.",
+     "kova open kova://action/arrange", kUrl, printMessage},
     {"history", "history", "list what can be undone, newest first",
      "When each action was, what it was, and the applications of the windows that it concerned.", "kova history",
      kNothing, printHistory},
@@ -166,6 +173,24 @@ constexpr std::array kVerbs = std::to_array<Verb>({
      printRulesSwitch},
     {"rules off", "rules.off", "stop applying the rules", "Windows stay where they are.", "kova rules off", kNothing,
      printRulesSwitch},
+    {"theme list", "theme.list", "list the themes",
+     "Their colours, with those of the accent colour in use, and what is shown of them. The theme in use is marked.",
+     "kova theme list\nkova theme list --json", kNothing, printThemes},
+    {"theme select", "theme.select", "choose a theme", "Windows stay where they are: all themes have the same layouts.",
+     "kova theme select native\nkova theme select \"Neon Cyan\"", kTheme, printTheme},
+    {"theme background", "theme.background", "show the theme's background, or not",
+     "Behind all windows, in place of the desktop's own.", "kova theme background on", kSwitch,
+     printThemeBackgroundSwitch},
+    {"theme brain", "theme.brain", "show the brain, or not", "The decoration of the theme's background.",
+     "kova theme brain off", kSwitch, printBrainSwitch},
+    {"theme tile-backgrounds", "theme.tileBackgrounds", "show the backgrounds of tiles, or not",
+     "A pane in the theme's colours in every tile.", "kova theme tile-backgrounds on", kSwitch,
+     printTileBackgroundsSwitch},
+    {"accent list", "accent.list", "list the accent colours", "The one in use is marked.", "kova accent list", kNothing,
+     printAccentColors},
+    {"accent select", "accent.select", "choose the accent colour",
+     "It takes the place of the theme's own accent; scenes remember it.",
+     "kova accent select reactor-amber\nkova accent select magenta", kAccent, printAccentColor},
     {"export", "export", "write all scenes and rules to a file",
      "The file is written aside and moved into place. In a folder it is named KOVA-Workspace.json. It undoes what "
      "“scene delete” and “rule delete” do after it, when it is imported.",

@@ -40,6 +40,10 @@ enum Takes : unsigned {
     kRule = 1U << 23,
     kPlace = 1U << 24,
     kFile = 1U << 25,
+    kUrl = 1U << 26, // a URL, if the user wants to give one
+    kTheme = 1U << 27,
+    kAccent = 1U << 28,
+    kSwitch = 1U << 29,
 };
 
 struct Verb {

@@ -10,6 +10,8 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <optional>
 #include <span>
 #include <string>
@@ -43,6 +45,10 @@ json parametersOf(const Arguments& arguments) {
     if (arguments.title) parameters["title"] = *arguments.title;
     if (arguments.disposition) parameters["disposition"] = *arguments.disposition;
     if (arguments.slot) parameters["slot"] = *arguments.slot;
+    if (arguments.url) parameters["url"] = *arguments.url;
+    if (arguments.theme) parameters["theme"] = *arguments.theme;
+    if (arguments.accent) parameters["accentColor"] = *arguments.accent;
+    if (arguments.choice) parameters["isOn"] = *arguments.choice == "on";
     return parameters;
 }
 
@@ -109,14 +115,27 @@ ExitCode run(const Verb& verb, const Arguments& arguments) {
     return ExitCode::done;
 }
 
+/// Null when there is none.
+const Verb* verbNamed(std::string_view name) {
+    const auto all = verbs();
+    const auto found = std::find_if(all.begin(), all.end(), [&](const Verb& verb) { return verb.name == name; });
+    return found == all.end() ? nullptr : &*found;
+}
+
+/// What a menu does with the program: there is an agent afterwards. It takes the place of this process.
+ExitCode startAgent(const Arguments& arguments) {
+    auto connected = Agent::connect();
+    if (std::holds_alternative<Agent>(connected)) return run(*verbNamed("status"), arguments);
+    execlp("kova-agent", "kova-agent", static_cast<char*>(nullptr));
+    return end({ExitCode::noAgent, std::string("kova-agent cannot be started: ") + std::strerror(errno)});
+}
+
 /// The verb that the words begin with, and how many of them name it.
 std::pair<const Verb*, std::size_t> findVerb(std::span<char* const> words) {
     for (const std::size_t count : {std::size_t{2}, std::size_t{1}}) {
         if (words.size() < count) continue;
         const std::string name = std::string(words[0]) + (count == 2 ? std::string(" ") + words[1] : "");
-        for (const Verb& verb : verbs()) {
-            if (verb.name == name) return {&verb, count};
-        }
+        if (const Verb* verb = verbNamed(name)) return {verb, count};
     }
     return {nullptr, 0};
 }
@@ -166,6 +185,7 @@ ExitCode runCommand(std::span<char* const> words) {
     }
     auto& arguments = std::get<Arguments>(parsed);
     arguments.json = arguments.json || wantsJson;
+    if (verb->name == "open" && !arguments.url) return startAgent(arguments);
     return run(*verb, arguments);
 }
 

@@ -39,15 +39,37 @@ std::string silentReason(const WorkspaceController& controller, const WorkspaceA
         action);
 }
 
+json performed(const WorkspaceController& controller, const Listening& listening) {
+    const auto said = listening.heard();
+    return {{"message", said ? json(*said) : json(nullptr)},
+            {"canUndo", *controller.state().canUndo},
+            {"focusMode", controlRecord::focusMode(controller)}};
+}
+
 } // namespace
 
 ControlReply performAction(WorkspaceController& controller, const WorkspaceAction& action) {
     const Listening listening(controller);
     if (!controller.perform(action)) return listening.refusalOr(silentReason(controller, action));
-    const auto said = listening.heard();
-    return json{{"message", said ? json(*said) : json(nullptr)},
-                {"canUndo", *controller.state().canUndo},
-                {"focusMode", controlRecord::focusMode(controller)}};
+    return performed(controller, listening);
+}
+
+ControlReply openURL(WorkspaceController& controller, URLHandler& urls, const JsonCursor& parameters) {
+    const std::string url = parameters.required("url").string();
+    const Listening listening(controller);
+    switch (urls.handle(url)) {
+    case URLHandler::Outcome::done:
+        return performed(controller, listening);
+    case URLHandler::Outcome::notUnderstood:
+        return refusal("Nothing is to be done for this URL");
+    case URLHandler::Outcome::dropped:
+        return refusal("Too many URLs came within a second, this one was dropped");
+    case URLHandler::Outcome::refused:
+        break;
+    }
+    const auto asked = parseURLAction(url);
+    const auto* action = asked ? std::get_if<WorkspaceAction>(&*asked) : nullptr;
+    return listening.refusalOr(action ? silentReason(controller, *action) : "There is no such scene");
 }
 
 WorkspaceDirection wantedDirection(const JsonCursor& parameters) {

@@ -1,6 +1,7 @@
 // The user's actions, as methods of the socket. Each goes through the one door and answers what was said about it.
 #pragma once
 
+#include "commands/URLHandler.h"
 #include "control/ControlHandling.h"
 #include "support/JsonDecoding.h"
 #include "workspace/WorkspaceController.h"
@@ -8,6 +9,10 @@
 namespace kova {
 
 ControlReply performAction(WorkspaceController& controller, const WorkspaceAction& action);
+
+/// Does what the "url" of the parameters asks for. Why nothing was done is told to the client alone: the workspace says
+/// nothing about a URL that it does not know.
+ControlReply openURL(WorkspaceController& controller, URLHandler& urls, const JsonCursor& parameters);
 
 /// "direction" of the parameters; throws `DecodingError` when it is none.
 WorkspaceDirection wantedDirection(const JsonCursor& parameters);

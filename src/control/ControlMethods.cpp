@@ -12,6 +12,7 @@
 #include "control/RuleMethods.h"
 #include "control/SceneMethods.h"
 #include "control/StateBroadcast.h"
+#include "control/ThemeMethods.h"
 #include "control/WindowExplanation.h"
 #include "control/client/ControlCodes.h"
 #include "support/JsonDecoding.h"
@@ -49,6 +50,7 @@ class ControlMethods::Table {
         addApplications();
         addScenes();
         addRules();
+        addLook();
         addQueries();
         addAgent();
     }
@@ -93,6 +95,8 @@ class ControlMethods::Table {
         add("stack", {}, [&controller](const Call&) { return performAction(controller, action::CycleStack{}); });
         add("zoom", {}, [&controller](const Call&) { return performAction(controller, action::ToggleFocusZoom{}); });
         add("undo", {}, [&controller](const Call&) { return performAction(controller, action::Undo{}); });
+        add("openURL", {"url"},
+            [this](const Call& call) { return openURL(context_.controller, context_.urls, call.parameters); });
         add("history", {}, [&controller](const Call&) { return tellHistory(controller); });
         add("divider.list", {}, [&controller](const Call&) { return listDividers(controller); });
         add("divider.drag", {"split", "boundary", "points", "display"},
@@ -166,6 +170,23 @@ class ControlMethods::Table {
             [&controller](const Call& call) { return testRules(controller, call.parameters); });
         add("rules.on", {}, [&controller](const Call&) { return switchRules(controller, RulesSwitch::on); });
         add("rules.off", {}, [&controller](const Call&) { return switchRules(controller, RulesSwitch::off); });
+    }
+
+    void addLook() {
+        WorkspaceController& controller = context_.controller;
+        add("theme.list", {}, [&controller](const Call&) { return listThemes(controller); });
+        add("theme.select", {"theme"},
+            [&controller](const Call& call) { return selectTheme(controller, call.parameters); });
+        add("accent.list", {}, [&controller](const Call&) { return listAccentColors(controller); });
+        add("accent.select", {"accentColor"},
+            [&controller](const Call& call) { return selectAccentColor(controller, call.parameters); });
+        const auto addSwitch = [&](const char* name, void (WorkspaceController::*set)(bool)) {
+            add(name, {"isOn"},
+                [&controller, set](const Call& call) { return switchLook(controller, call.parameters, set); });
+        };
+        addSwitch("theme.background", &WorkspaceController::setUseThemeBackground);
+        addSwitch("theme.brain", &WorkspaceController::setShowBrain);
+        addSwitch("theme.tileBackgrounds", &WorkspaceController::setShowTileBackgrounds);
     }
 
     void addQueries() {

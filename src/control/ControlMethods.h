@@ -12,11 +12,13 @@ namespace kova {
 
 class DiagnosticsServicing;
 class PreferencesStore;
+class URLHandler;
 class WorkspaceController;
 
 /// All of it outlives the methods.
 struct ControlContext {
     WorkspaceController& controller;
+    URLHandler& urls;
     const PreferencesStore& preferences;
     const DiagnosticsServicing* diagnostics = nullptr; // null when the desktop has nothing to tell
     MainQueue& queue;

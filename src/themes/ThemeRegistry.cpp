@@ -6,28 +6,24 @@ namespace kova {
 
 namespace {
 
-ThemeDescriptor nativeTheme() {
-    const ThemePalette palette{
-        .background = {0.11, 0.11, 0.12, 1},
-        .panel = {0.17, 0.17, 0.18, 1},
-        .accent = {0.04, 0.52, 1, 1},
-        .secondaryAccent = {0.39, 0.82, 1, 1},
-        .text = {0.96, 0.96, 0.97, 1},
-        .mutedText = {0.68, 0.68, 0.71, 1},
-    };
-    return {"kova.native", "Native", ThemeVisualStyle::native, palette, builtInLayouts()};
+ThemePalette nativePalette() {
+    const AccentColorOption& accent = accentColor(kDefaultAccentColorID);
+    return {.background = {0.11, 0.11, 0.12, 1},
+            .panel = {0.17, 0.17, 0.18, 1},
+            .accent = accent.accent,
+            .secondaryAccent = accent.secondaryAccent,
+            .text = {0.96, 0.96, 0.97, 1},
+            .mutedText = {0.68, 0.68, 0.71, 1}};
 }
 
-ThemeDescriptor jarvisTheme() {
-    const ThemePalette palette{
-        .background = {0.01, 0.03, 0.06, 1},
-        .panel = {0.03, 0.08, 0.13, 1},
-        .accent = {0, 0.84, 1, 1},
-        .secondaryAccent = {0.28, 0.96, 1, 1},
-        .text = {0.88, 0.97, 1, 1},
-        .mutedText = {0.48, 0.66, 0.74, 1},
-    };
-    return {"jarvis.neon-cyan", "Neon Cyan", ThemeVisualStyle::system, palette, builtInLayouts()};
+ThemePalette jarvisPalette() {
+    const AccentColorOption& accent = accentColor(kDefaultAccentColorID);
+    return {.background = {0.01, 0.03, 0.06, 1},
+            .panel = {0.03, 0.08, 0.13, 1},
+            .accent = accent.accent,
+            .secondaryAccent = accent.secondaryAccent,
+            .text = {0.88, 0.97, 1, 1},
+            .mutedText = {0.48, 0.66, 0.74, 1}};
 }
 
 } // namespace
@@ -43,19 +39,45 @@ const std::vector<AccentColorOption>& accentColorOptions() {
     return options;
 }
 
-std::string normalizedAccentColorID(std::string_view id) {
+const AccentColorOption& accentColor(std::string_view id) {
     const auto& options = accentColorOptions();
-    const bool known =
-        std::any_of(options.begin(), options.end(), [id](const AccentColorOption& option) { return option.id == id; });
-    return std::string(known ? id : kDefaultAccentColorID);
+    const auto named = [&](std::string_view wanted) {
+        return std::find_if(options.begin(), options.end(),
+                            [&](const AccentColorOption& option) { return option.id == wanted; });
+    };
+    const auto found = named(id);
+    return found == options.end() ? *named(kDefaultAccentColorID) : *found;
 }
 
-ThemeRegistry::ThemeRegistry() : themes_{nativeTheme(), jarvisTheme()} {}
+std::string normalizedAccentColorID(std::string_view id) {
+    return accentColor(id).id;
+}
+
+NativeTheme::NativeTheme() :
+    descriptor_{std::string(kDefaultThemeID), "Native", ThemeVisualStyle::native, nativePalette(), builtInLayouts()} {}
+
+JarvisTheme::JarvisTheme() :
+    descriptor_{"jarvis.neon-cyan", "Neon Cyan", ThemeVisualStyle::system, jarvisPalette(), builtInLayouts()} {}
+
+ThemeRegistry::ThemeRegistry() : themes_{std::make_shared<NativeTheme>(), std::make_shared<JarvisTheme>()} {}
 
 const ThemeDescriptor& ThemeRegistry::theme(std::string_view id) const {
+    const ThemeDescriptor* found = find(id);
+    return found ? *found : *find(kDefaultThemeID);
+}
+
+ThemePalette ThemeRegistry::palette(std::string_view themeID, std::string_view accentColorID) const {
+    ThemePalette palette = theme(themeID).palette;
+    const AccentColorOption& accent = accentColor(accentColorID);
+    palette.accent = accent.accent;
+    palette.secondaryAccent = accent.secondaryAccent;
+    return palette;
+}
+
+const ThemeDescriptor* ThemeRegistry::find(std::string_view id) const {
     const auto found =
-        std::find_if(themes_.begin(), themes_.end(), [id](const ThemeDescriptor& theme) { return theme.id == id; });
-    return found == themes_.end() ? themes_.front() : *found;
+        std::find_if(themes_.begin(), themes_.end(), [id](const auto& theme) { return theme->descriptor().id == id; });
+    return found == themes_.end() ? nullptr : &(*found)->descriptor();
 }
 
 } // namespace kova

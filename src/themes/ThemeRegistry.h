@@ -22,7 +22,7 @@ struct RGBAColor {
 };
 
 struct ThemePalette {
-    RGBAColor background, panel, accent, secondaryAccent, text, mutedText;
+    RGBAColor background, panel, accent, secondaryAccent, text, mutedText; // text is legible on background and panel
     bool operator==(const ThemePalette&) const = default;
 };
 
@@ -44,20 +44,57 @@ struct AccentColorOption {
 };
 
 inline constexpr std::string_view kDefaultAccentColorID = "system-blue";
+inline constexpr std::string_view kDefaultThemeID = "kova.native";
 
 const std::vector<AccentColorOption>& accentColorOptions();
+/// The option with the id, else the default one.
+const AccentColorOption& accentColor(std::string_view id);
 /// The id itself when it names an accent colour, else the default one.
 std::string normalizedAccentColorID(std::string_view id);
+
+/// A look, and the layouts that go with it.
+class WorkspaceTheme {
+  public:
+    virtual ~WorkspaceTheme() = default;
+    virtual const ThemeDescriptor& descriptor() const = 0;
+};
+
+/// Restrained greys: the desktop's own look.
+class NativeTheme final : public WorkspaceTheme {
+  public:
+    NativeTheme();
+    const ThemeDescriptor& descriptor() const override { return descriptor_; }
+
+  private:
+    ThemeDescriptor descriptor_;
+};
+
+/// Neon on a night sky.
+class JarvisTheme final : public WorkspaceTheme {
+  public:
+    JarvisTheme();
+    const ThemeDescriptor& descriptor() const override { return descriptor_; }
+
+  private:
+    ThemeDescriptor descriptor_;
+};
 
 class ThemeRegistry {
   public:
     ThemeRegistry();
-    const std::vector<ThemeDescriptor>& themes() const { return themes_; }
-    /// The theme with the id, else the first.
+    /// In the order in which they are offered. All of them list the same layouts, so that a change of theme moves no
+    /// window.
+    const std::vector<std::shared_ptr<const WorkspaceTheme>>& themes() const { return themes_; }
+    bool contains(std::string_view id) const { return find(id) != nullptr; }
+    /// The theme with the id, else the default one.
     const ThemeDescriptor& theme(std::string_view id) const;
+    /// The theme's palette with the colours of an accent in place of its own; for unknown ids with the defaults.
+    ThemePalette palette(std::string_view themeID, std::string_view accentColorID) const;
 
   private:
-    std::vector<ThemeDescriptor> themes_;
+    const ThemeDescriptor* find(std::string_view id) const;
+
+    std::vector<std::shared_ptr<const WorkspaceTheme>> themes_;
 };
 
 } // namespace kova

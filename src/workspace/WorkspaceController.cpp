@@ -13,20 +13,6 @@ constexpr Seconds kStatusMessageDuration{4};
 
 } // namespace
 
-std::string_view describe(WorkspaceDirection direction) {
-    switch (direction) {
-    case WorkspaceDirection::left:
-        return "left";
-    case WorkspaceDirection::right:
-        return "right";
-    case WorkspaceDirection::up:
-        return "up";
-    case WorkspaceDirection::down:
-        return "down";
-    }
-    return "";
-}
-
 WorkspaceController::WorkspaceController(const WorkspaceServices& services) :
     services_(services), windowService_(std::make_shared<AccessibilityWindowService>(
                              services.accessibility, services.applications, services.screens, services.queue)),

@@ -190,6 +190,15 @@ class WorkspaceController {
     std::optional<ManagedWindow> findWindow(const WorkspaceWindowReference& reference,
                                             const std::set<std::string>& excluded) const;
 
+    // The look. Each of these is kept at once; none of them moves a window.
+    /// False when there is no such theme.
+    bool selectTheme(const std::string& id);
+    /// An unknown id selects the default colour.
+    void selectAccentColor(const std::string& id);
+    void setUseThemeBackground(bool use);
+    void setShowBrain(bool show);
+    void setShowTileBackgrounds(bool show);
+
     // Rules
     void setContinuousManagementEnabled(bool enabled);
     /// For all windows of the focused window's application. False when no managed window is focused.

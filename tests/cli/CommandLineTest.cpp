@@ -188,6 +188,14 @@ TEST_F(CommandLine, ExitCodesTellWhatWentWrong) {
         {{"import", "/dev/zero"}, 1, "Import failed: “/dev/zero” is larger than 64 MiB"},
         {{"export", "missing/"}, 1, "Export failed: cannot write"},
         {{"export", "/proc/nothing.json"}, 1, "Export failed: cannot write “/proc/nothing.json”"},
+        {{"open", "https://action/undo"}, 1, "Nothing is to be done for this URL"},
+        {{"open", "kova://scene/Leisure"}, 1, "There is no such scene"},
+        {{"open", "kova://action/focus/left"}, 1, "Terminal is in no tile"},
+        {{"open", ""}, 2, "URL: a name must not be empty"},
+        {{"theme", "select", "plaid"}, 1, "kova.native  Native"},
+        {{"theme", "background"}, 2, "on|off is missing"},
+        {{"theme", "brain", "maybe"}, 2, "“maybe” is not on or off"},
+        {{"accent", "select", "e"}, 1, "more than one accent colour"},
         {{"status", "please"}, 2, "“please” is a word too many"},
         {{"help", "arange"}, 2, "There is no verb “arange”"},
         {{"--version"}, 0, ""},
@@ -214,6 +222,7 @@ TEST_F(CommandLine, ExitCodesTellWhatWentWrong) {
     const Result alone = run({"arrange"});
     EXPECT_EQ(alone.code, 3);
     EXPECT_NE(alone.err.find("Start it with “kova-agent”"), std::string::npos);
+    EXPECT_EQ(run({"open", "kova://action/arrange"}).code, 3);
     EXPECT_EQ(run({"doctor"}).code, 1);
 }
 
@@ -324,6 +333,39 @@ root          0  -824 left, +1064 right  1154,10 12x1392  display-UUID-OF-A
 )");
     EXPECT_EQ(run({"zoom"}).out, "Focus Mode — Terminal owns this display\n");
     EXPECT_EQ(run({"divider", "list"}).out, "There is no divider.\n");
+}
+
+TEST_F(CommandLine, TheLookIsListedAndChosen) {
+    EXPECT_EQ(run({"theme", "select", "neon"}).out, "The theme is Neon Cyan (jarvis.neon-cyan).\n");
+    EXPECT_EQ(run({"theme", "background", "on"}).out, "The theme's background is on.\n");
+    EXPECT_EQ(run({"accent", "select", "AMBER"}).out, "The accent colour is REACTOR AMBER (reactor-amber).\n");
+    EXPECT_EQ(run({"theme", "list"}).out,
+              R"(NAME         ID                BACKGROUND  PANEL    TEXT     MUTED    ACCENT   SECOND
+Native       kova.native       #1C1C1F     #2B2B2E  #F5F5F7  #ADADB5  #FF9E1F  #FFD161
+* Neon Cyan  jarvis.neon-cyan  #03080F     #081421  #E0F7FF  #7AA8BD  #FF9E1F  #FFD161
+
+The theme's background is on.
+The brain is off.
+The backgrounds of tiles are on.
+)");
+    const std::string accents = run({"accent", "list"}).out;
+    EXPECT_NE(accents.find("* REACTOR AMBER  reactor-amber    #FF9E1F  #FFD161\n"), std::string::npos) << accents;
+
+    // Each under its key, when it has changed, and there again at the next start.
+    EXPECT_EQ(desk.preferences.string("KOVA.accentColor.v1"), "reactor-amber");
+    EXPECT_EQ(desk.preferences.boolean("KOVA.useThemeBackground.v1"), true);
+    EXPECT_FALSE(desk.preferences.contains("KOVA.showBrain.v1"));
+    EXPECT_EQ(run({"theme", "brain", "on"}).code, 0);
+    EXPECT_EQ(run({"theme", "tile-backgrounds", "off"}).code, 0);
+    EXPECT_EQ(desk.preferences.boolean("KOVA.showBrain.v1"), true);
+    EXPECT_EQ(desk.preferences.boolean("KOVA.showTileBackgrounds.v1"), false);
+    const WorkspaceController again({desk.desktop, desk.desktop, desk.desktop, desk.desktop, desk.desktop,
+                                     desk.preferences, desk.desktop.queue(), desk.desktop.pollingQueue(),
+                                     desk.desktop});
+    EXPECT_EQ(again.state().profile->themeID, "jarvis.neon-cyan");
+    EXPECT_EQ(*again.state().accentColorID, "reactor-amber");
+    EXPECT_TRUE(*again.state().useThemeBackground && *again.state().showBrain);
+    EXPECT_FALSE(*again.state().showTileBackgrounds);
 }
 
 TEST_F(CommandLine, SubscribersHearOfEachChangeUntilTheAgentEnds) {

@@ -2,6 +2,7 @@
 // on the desktop stands still while it serves.
 #pragma once
 
+#include "commands/URLHandler.h"
 #include "control/ControlMethods.h"
 #include "control/ControlServer.h"
 #include "tests/control/SocketClient.h"
@@ -25,7 +26,8 @@ class AgentStage {
         // Time stands still while it is launched.
         desk.desktop.install("Maps", {.bundleIdentifier = "org.example.Maps", .startsAfter = Seconds(0)});
         desk.start();
-        methods.emplace(ControlContext{desk.controller(), desk.preferences, &desk.desktop, desk.desktop.queue(),
+        urls.emplace(desk.controller(), desk.desktop.queue());
+        methods.emplace(ControlContext{desk.controller(), *urls, desk.preferences, &desk.desktop, desk.desktop.queue(),
                                        [this] { hasQuit = true; }});
         auto claim = AgentClaim::take({socketPath(), true});
         server.emplace(std::get<AgentClaim>(std::move(claim)), desk.desktop.queue(), *methods);
@@ -53,6 +55,7 @@ class AgentStage {
 
   private:
     TemporaryFolder folder;
+    std::optional<URLHandler> urls;
     std::optional<ControlMethods> methods;
     std::optional<ControlServer> server;
 };

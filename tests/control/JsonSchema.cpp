@@ -54,6 +54,7 @@ class Checker {
                        : violated("one of " + argument.dump());
         }
         if (keyword == "minimum") return value < argument ? violated("at least " + argument.dump()) : "";
+        if (keyword == "maximum") return value > argument ? violated("at most " + argument.dump()) : "";
         if (keyword == "anyOf") {
             const bool fits = std::any_of(argument.begin(), argument.end(),
                                           [&](const json& r) { return check(r, value, path).empty(); });

@@ -1,0 +1,36 @@
+// Carries out what URLs ask for. They come from anywhere, and as many at a time as somebody likes to send.
+#pragma once
+
+#include "commands/URLActions.h"
+#include "support/Lifetime.h"
+#include "support/MainQueue.h"
+
+#include <deque>
+
+namespace kova {
+
+class WorkspaceController;
+
+/// Main thread only.
+class URLHandler {
+  public:
+    /// Both outlive the handler.
+    URLHandler(WorkspaceController& workspace, MainQueue& queue) : workspace_(workspace), queue_(queue) {}
+
+    enum class Outcome { done, refused, notUnderstood, dropped };
+    /// Runs what the URL asks for, and says nothing about one that asks for nothing. More than 20 within a second are
+    /// too many; what comes above that is dropped, which the log tells.
+    Outcome handle(std::string_view url);
+
+  private:
+    bool isOneTooMany();
+    bool run(const URLAction& action);
+
+    WorkspaceController& workspace_;
+    MainQueue& queue_;
+    std::deque<Seconds> handledAt_; // uptimes within the last second
+    std::size_t dropped_ = 0;       // since the log was told
+    Lifetime lifetime_;
+};
+
+} // namespace kova

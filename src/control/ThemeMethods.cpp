@@ -1,0 +1,88 @@
+#include "control/ThemeMethods.h"
+
+#include "control/NameLookup.h"
+#include "control/Refusal.h"
+#include "themes/ThemeCoding.h"
+
+#include <utility>
+#include <vector>
+
+namespace kova {
+
+namespace {
+
+using nlohmann::json;
+
+json themeRecord(const WorkspaceController& controller, const ThemeDescriptor& theme) {
+    const ThemeRegistry& registry = controller.registry();
+    const WorkspaceState& state = controller.state();
+    return {{"id", theme.id},
+            {"displayName", theme.displayName},
+            {"visualStyle", rawValue(theme.visualStyle)},
+            {"palette", encode(registry.palette(theme.id, *state.accentColorID))},
+            {"isActive", registry.theme(state.profile->themeID).id == theme.id}};
+}
+
+json accentRecord(const WorkspaceController& controller, const AccentColorOption& option) {
+    return {{"id", option.id},
+            {"displayName", option.displayName},
+            {"accent", encode(option.accent)},
+            {"secondaryAccent", encode(option.secondaryAccent)},
+            {"isActive", *controller.state().accentColorID == option.id}};
+}
+
+NamedThing named(const std::string& id, const std::string& displayName) {
+    return {id, {displayName}, id + "  " + displayName};
+}
+
+} // namespace
+
+ControlReply listThemes(const WorkspaceController& controller) {
+    json themes = json::array();
+    for (const auto& theme : controller.registry().themes()) {
+        themes.push_back(themeRecord(controller, theme->descriptor()));
+    }
+    const WorkspaceState& state = controller.state();
+    return json{{"themes", std::move(themes)},
+                {"useThemeBackground", *state.useThemeBackground},
+                {"showBrain", *state.showBrain},
+                {"showTileBackgrounds", *state.showTileBackgrounds}};
+}
+
+ControlReply selectTheme(WorkspaceController& controller, const JsonCursor& parameters) {
+    const std::string wanted = parameters.required("theme").string();
+    const auto& themes = controller.registry().themes();
+    std::vector<NamedThing> things;
+    for (const auto& theme : themes) things.push_back(named(theme->descriptor().id, theme->descriptor().displayName));
+    const auto found = lookUp("theme", wanted, things, Numbered::no);
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    const ThemeDescriptor& theme = themes[std::get<std::size_t>(found)]->descriptor();
+    if (!controller.selectTheme(theme.id)) return refusal("The theme was not selected");
+    return json{{"theme", themeRecord(controller, theme)}};
+}
+
+ControlReply listAccentColors(const WorkspaceController& controller) {
+    json options = json::array();
+    for (const auto& option : accentColorOptions()) options.push_back(accentRecord(controller, option));
+    return json{{"accentColors", std::move(options)}};
+}
+
+ControlReply selectAccentColor(WorkspaceController& controller, const JsonCursor& parameters) {
+    const std::string wanted = parameters.required("accentColor").string();
+    std::vector<NamedThing> things;
+    for (const auto& option : accentColorOptions()) things.push_back(named(option.id, option.displayName));
+    const auto found = lookUp("accent colour", wanted, things, Numbered::no);
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    const AccentColorOption& option = accentColorOptions()[std::get<std::size_t>(found)];
+    controller.selectAccentColor(option.id);
+    return json{{"accentColor", accentRecord(controller, option)}};
+}
+
+ControlReply switchLook(WorkspaceController& controller, const JsonCursor& parameters,
+                        void (WorkspaceController::*set)(bool)) {
+    const bool isOn = parameters.required("isOn").boolean();
+    (controller.*set)(isOn);
+    return json{{"isOn", isOn}};
+}
+
+} // namespace kova

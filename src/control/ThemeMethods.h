@@ -1,0 +1,20 @@
+// The look of the workspace, as methods of the socket.
+#pragma once
+
+#include "control/ControlHandling.h"
+#include "support/JsonDecoding.h"
+#include "workspace/WorkspaceController.h"
+
+namespace kova {
+
+/// Palettes are shown with the accent colour in use.
+ControlReply listThemes(const WorkspaceController& controller);
+ControlReply selectTheme(WorkspaceController& controller, const JsonCursor& parameters);
+ControlReply listAccentColors(const WorkspaceController& controller);
+ControlReply selectAccentColor(WorkspaceController& controller, const JsonCursor& parameters);
+
+/// "isOn" of the parameters, given to the setter; the answer is the same.
+ControlReply switchLook(WorkspaceController& controller, const JsonCursor& parameters,
+                        void (WorkspaceController::*set)(bool));
+
+} // namespace kova

@@ -1,0 +1,37 @@
+// Any bytes at all as a URL: what it asks for is one of a few things, and asked for again in our own words it is the
+// same.
+#include "commands/Intents.h"
+#include "commands/URLActions.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+
+using namespace kova;
+
+namespace {
+
+void require(bool holds) {
+    if (!holds) std::abort();
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string url(reinterpret_cast<const char*>(data), size);
+    const auto asked = parseURLAction(url);
+    if (!asked) return 0;
+    require(size <= kLongestURL);
+    // A fragment does not count, as long as there is room for one.
+    if (size < kLongestURL) require(parseURLAction(url + "#")->index() == asked->index());
+    if (const auto* scene = std::get_if<OpenSceneNamed>(&*asked)) {
+        require(!scene->name.empty() && scene->name.find('\0') == std::string::npos);
+        const std::string ours = intentURL(kOpenSceneIntent, scene->name);
+        if (ours.size() > kLongestURL) return 0;
+        const auto again = parseURLAction(ours);
+        require(again && std::get<OpenSceneNamed>(*again).name == scene->name);
+    } else {
+        require(!std::holds_alternative<action::ActivateScene>(std::get<WorkspaceAction>(*asked)));
+    }
+    return 0;
+}
