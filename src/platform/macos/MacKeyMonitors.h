@@ -1,0 +1,36 @@
+// Key presses anywhere on the Mac. Nothing has to be claimed here, and nobody can hold a key against us: what other
+// applications receive can be watched, not kept from them.
+#pragma once
+
+#include "support/Lifetime.h"
+#include "support/MainQueue.h"
+#include "windowing/KeyMonitorServicing.h"
+
+#include <memory>
+
+namespace kova::macos {
+
+class MacKeyMonitors final : public KeyMonitorServicing {
+  public:
+    /// The queue outlives the monitors.
+    explicit MacKeyMonitors(MainQueue& queue) : queue_(queue) {}
+
+    Subscription addGlobalMonitor(std::function<void(const KeyPress&)> monitor) override;
+    Subscription addLocalMonitor(std::function<bool(const KeyPress&)> monitor) override;
+    void claim(const std::vector<KeyCombination>& combinations) override;
+    std::vector<KeyCombination> heldByOthers() const override { return {}; }
+    Subscription observeHeldByOthers(std::function<void()> known) override;
+    Subscription recordKeys(std::function<bool(const KeyPress&)> recorder,
+                            std::function<void(const std::string& reason)> failed) override;
+    std::string charactersOf(std::uint16_t keyCode) const override;
+
+  private:
+    struct Recording;
+
+    MainQueue& queue_;
+    std::weak_ptr<Recording> recording_;
+    Observers<> claimObservers_;
+    Lifetime lifetime_;
+};
+
+} // namespace kova::macos

@@ -1,0 +1,103 @@
+#include "platform/macos/MacKeyMonitors.h"
+
+#include "platform/macos/Contained.h"
+#include "platform/macos/EventMonitors.h"
+
+#import <ApplicationServices/ApplicationServices.h>
+
+namespace kova::macos {
+
+namespace {
+
+constexpr NSEventMask kKeyDown = NSEventMaskKeyDown;
+static_assert(kKeyDown == 1 << 10);
+
+constexpr unichar kFirstCharacter = 0x20;
+constexpr unichar kDelete = 0x7F;
+// Where the system puts keys that write nothing, such as arrows.
+constexpr unichar kFirstFunctionKey = 0xF700;
+constexpr unichar kLastFunctionKey = 0xF8FF;
+
+KeyPress keyPress(NSEvent* event) {
+    return {.keyCode = event.keyCode,
+            .modifierFlags = event.modifierFlags,
+            .isRepeat = event.isARepeat != NO,
+            .charactersIgnoringModifiers = text(event.charactersIgnoringModifiers)};
+}
+
+bool isCharacter(NSString* written) {
+    if (written.length == 0) return false;
+    const unichar first = [written characterAtIndex:0];
+    return first >= kFirstCharacter && first != kDelete && !(first >= kFirstFunctionKey && first <= kLastFunctionKey);
+}
+
+} // namespace
+
+struct MacKeyMonitors::Recording {
+    std::function<bool(const KeyPress&)> recorder; // empty once it has ended
+    Subscription others, own;
+
+    void hear(const KeyPress& press) {
+        const auto hears = recorder;
+        if (hears && hears(press)) end();
+    }
+    void end() { recorder = nullptr; }
+    bool isOn() const { return recorder != nullptr; }
+};
+
+Subscription MacKeyMonitors::addGlobalMonitor(std::function<void(const KeyPress&)> monitor) {
+    return tellEventsOfOthers<KeyPress>(queue_, kKeyDown, keyPress,
+                                        lifetime_.guard([this, monitor = std::move(monitor)](const KeyPress& press) {
+                                            const auto recording = recording_.lock();
+                                            if (!recording || !recording->isOn()) monitor(press);
+                                        }));
+}
+
+Subscription MacKeyMonitors::addLocalMonitor(std::function<bool(const KeyPress&)> monitor) {
+    return watchOwnEvents(kKeyDown,
+                          [monitor = std::move(monitor)](NSEvent* event) { return monitor(keyPress(event)); });
+}
+
+void MacKeyMonitors::claim(const std::vector<KeyCombination>&) {
+    queue_.post(lifetime_.guard([this] { claimObservers_.notify(); }));
+}
+
+Subscription MacKeyMonitors::observeHeldByOthers(std::function<void()> known) {
+    return claimObservers_.add(std::move(known));
+}
+
+Subscription MacKeyMonitors::recordKeys(std::function<bool(const KeyPress&)> recorder,
+                                        std::function<void(const std::string& reason)> failed) {
+    if (const auto former = recording_.lock()) former->end();
+    const auto recording = std::make_shared<Recording>();
+    recording_ = recording;
+    recording->recorder = std::move(recorder);
+    const auto weak = std::weak_ptr(recording);
+    recording->others = tellEventsOfOthers<KeyPress>(queue_, kKeyDown, keyPress, [weak](const KeyPress& press) {
+        if (const auto alive = weak.lock()) alive->hear(press);
+    });
+    recording->own = watchOwnEvents(kKeyDown, [weak](NSEvent* event) {
+        const auto alive = weak.lock();
+        if (!alive || !alive->isOn()) return false;
+        alive->hear(keyPress(event));
+        return true;
+    });
+    if (!AXIsProcessTrusted() && !NSApp.active) {
+        queue_.post([weak, failed = std::move(failed)] {
+            if (weak.lock() && failed) failed("Keys can be heard only with the Accessibility permission");
+        });
+    }
+    return Subscription(recording);
+}
+
+std::string MacKeyMonitors::charactersOf(std::uint16_t keyCode) const {
+    @autoreleasepool {
+        const auto press = Owned<CGEventRef>::adopt(CGEventCreateKeyboardEvent(nullptr, keyCode, true));
+        if (!press) return {};
+        CGEventSetFlags(press.get(), CGEventFlags(0));
+        NSString* written = [NSEvent eventWithCGEvent:press.get()].charactersIgnoringModifiers;
+        return isCharacter(written) ? text(written) : std::string();
+    }
+}
+
+} // namespace kova::macos

@@ -1,0 +1,19 @@
+// The pointer while its main button is held over windows of other applications and the desktop.
+#pragma once
+
+#include "support/MainQueue.h"
+#include "windowing/PointerServicing.h"
+
+namespace kova::macos {
+
+class MacPointerMonitor final : public PointerMonitorServicing {
+  public:
+    /// The queue outlives the monitor.
+    explicit MacPointerMonitor(MainQueue& queue) : queue_(queue) {}
+    Subscription observePointer(std::function<void(const PointerEvent&)> observer) override;
+
+  private:
+    MainQueue& queue_;
+};
+
+} // namespace kova::macos
