@@ -1,0 +1,40 @@
+#include "platform/macos/MacAlerts.h"
+
+#include "platform/macos/CoreFoundation.h"
+#include "platform/macos/Modal.h"
+
+#import <AppKit/AppKit.h>
+
+namespace kova::macos {
+
+namespace {
+
+/// The first button is the default one and answers the return key; Escape answers with the cancel button.
+bool isConfirmed(const Alert& alert, NSAlertStyle style) {
+    NSAlert* dialog = [[NSAlert alloc] init];
+    dialog.alertStyle = style;
+    dialog.messageText = nsString(alert.title);
+    dialog.informativeText = nsString(alert.text);
+    [dialog addButtonWithTitle:nsString(alert.confirmButton)];
+    if (!alert.cancelButton.empty()) {
+        [dialog addButtonWithTitle:nsString(alert.cancelButton)].keyEquivalent = @"\033";
+        // What cannot be undone is not one keystroke away.
+        dialog.buttons.firstObject.hasDestructiveAction = YES;
+        dialog.buttons.firstObject.keyEquivalent = @"";
+    }
+    comeToFront();
+    return [dialog runModal] == NSAlertFirstButtonReturn;
+}
+
+} // namespace
+
+void MacAlerts::inform(const Alert& alert) {
+    runDialogSoon([alert] { (void)isConfirmed(alert, NSAlertStyleInformational); });
+}
+
+void MacAlerts::confirm(const Alert& alert, std::function<void(bool isConfirmed)> answer) {
+    const auto finish = std::make_shared<std::function<void(bool)>>(lifetime_.guard(std::move(answer)));
+    runDialogSoon([alert, finish] { (*finish)(isConfirmed(alert, NSAlertStyleWarning)); });
+}
+
+} // namespace kova::macos

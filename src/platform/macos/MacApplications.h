@@ -1,0 +1,51 @@
+// The Mac's running and installed applications. What runs is known to the system's workspace, which keeps it up to date
+// while the main run loop runs; nothing here waits for an application.
+#pragma once
+
+#include "support/Lifetime.h"
+#include "support/MainQueue.h"
+#include "windowing/ApplicationServicing.h"
+
+#include <map>
+#include <mutex>
+#include <set>
+
+namespace kova::macos {
+
+class MacApplications final : public ApplicationServicing {
+  public:
+    /// The queue must live as long as the process: the system tells late what became of a launch.
+    explicit MacApplications(MainQueue& queue) : queue_(queue) {}
+    /// Unhides what was hidden and not unhidden.
+    ~MacApplications() override;
+    MacApplications(const MacApplications&) = delete;
+    MacApplications& operator=(const MacApplications&) = delete;
+
+    pid_t ownProcessIdentifier() const override;
+    std::vector<RunningApplication> runningApplications() const override;
+    std::optional<RunningApplication> runningApplication(pid_t processIdentifier) const override;
+    std::optional<pid_t> frontmostApplication() const override;
+    ApplicationIcon iconForFile(const std::string& path) const override;
+    ApplicationIcon systemSymbolIcon(const std::string& name) const override;
+    void hide(pid_t processIdentifier) override;
+    void unhide(pid_t processIdentifier) override;
+    void activate(pid_t processIdentifier) override;
+    std::vector<LaunchableApplication> launchableApplications() const override;
+    std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) const override;
+    void launch(const LaunchableApplication& application, LaunchActivation activation,
+                LaunchCompletion completion) override;
+    bool terminate(pid_t processIdentifier) override;
+    bool forceTerminate(pid_t processIdentifier) override;
+
+  private:
+    MainQueue& queue_;
+    // The system makes a new image with every question; an application keeps its own.
+    mutable std::mutex iconsMutex_;
+    mutable std::map<pid_t, ApplicationIcon> icons_;
+    std::set<pid_t> hidden_; // by us
+    Lifetime lifetime_;
+
+    RunningApplication describe(const void* application) const;
+};
+
+} // namespace kova::macos

@@ -1,0 +1,142 @@
+#include "platform/macos/MacApplications.h"
+
+#include "platform/macos/Contained.h"
+#include "platform/macos/CoreFoundation.h"
+
+#import <AppKit/AppKit.h>
+
+#include <algorithm>
+
+namespace kova::macos {
+
+namespace {
+
+NSRunningApplication* find(pid_t process) {
+    return [NSRunningApplication runningApplicationWithProcessIdentifier:process];
+}
+
+ApplicationIcon icon(NSImage* image) {
+    return {.name = {}, .image = shared((__bridge CFTypeRef)image)};
+}
+
+ApplicationActivationPolicy activationPolicy(NSRunningApplication* application) {
+    switch (application.activationPolicy) {
+    case NSApplicationActivationPolicyRegular:
+        return ApplicationActivationPolicy::regular;
+    case NSApplicationActivationPolicyAccessory:
+        return ApplicationActivationPolicy::accessory;
+    case NSApplicationActivationPolicyProhibited:
+        return ApplicationActivationPolicy::prohibited;
+    }
+    return ApplicationActivationPolicy::prohibited;
+}
+
+std::optional<std::string> optionalText(NSString* string) {
+    if (!string) return std::nullopt;
+    return text(string);
+}
+
+} // namespace
+
+MacApplications::~MacApplications() {
+    for (const pid_t process : hidden_) [find(process) unhide];
+}
+
+RunningApplication MacApplications::describe(const void* object) const {
+    auto* application = (__bridge NSRunningApplication*)object;
+    RunningApplication running;
+    running.processIdentifier = application.processIdentifier;
+    running.localizedName = optionalText(application.localizedName);
+    running.bundleIdentifier = optionalText(application.bundleIdentifier);
+    running.bundlePath = text(application.bundleURL.path);
+    running.activationPolicy = activationPolicy(application);
+    running.isHidden = application.hidden != NO;
+    running.isTerminated = application.terminated != NO;
+    const std::lock_guard lock(iconsMutex_);
+    ApplicationIcon& kept = icons_[running.processIdentifier];
+    if (kept.isEmpty()) kept = icon(application.icon);
+    running.icon = kept;
+    return running;
+}
+
+pid_t MacApplications::ownProcessIdentifier() const {
+    return NSProcessInfo.processInfo.processIdentifier;
+}
+
+std::vector<RunningApplication> MacApplications::runningApplications() const {
+    std::vector<RunningApplication> running;
+    @autoreleasepool {
+        for (NSRunningApplication* application in NSWorkspace.sharedWorkspace.runningApplications) {
+            running.push_back(describe((__bridge const void*)application));
+        }
+    }
+    const std::lock_guard lock(iconsMutex_);
+    std::erase_if(icons_, [&](const auto& kept) {
+        return std::ranges::find(running, kept.first, &RunningApplication::processIdentifier) == running.end();
+    });
+    return running;
+}
+
+std::optional<RunningApplication> MacApplications::runningApplication(pid_t processIdentifier) const {
+    @autoreleasepool {
+        NSRunningApplication* application = find(processIdentifier);
+        if (!application) return std::nullopt;
+        return describe((__bridge const void*)application);
+    }
+}
+
+std::optional<pid_t> MacApplications::frontmostApplication() const {
+    @autoreleasepool {
+        NSRunningApplication* application = NSWorkspace.sharedWorkspace.frontmostApplication;
+        if (!application) return std::nullopt;
+        return application.processIdentifier;
+    }
+}
+
+ApplicationIcon MacApplications::iconForFile(const std::string& path) const {
+    @autoreleasepool {
+        return icon([NSWorkspace.sharedWorkspace iconForFile:nsString(path)]);
+    }
+}
+
+ApplicationIcon MacApplications::systemSymbolIcon(const std::string& name) const {
+    @autoreleasepool {
+        return icon([NSImage imageWithSystemSymbolName:nsString(name) accessibilityDescription:nil]);
+    }
+}
+
+void MacApplications::hide(pid_t processIdentifier) {
+    @autoreleasepool {
+        NSRunningApplication* application = find(processIdentifier);
+        // What its user has hidden stays so when we end.
+        if (!application || application.hidden) return;
+        if ([application hide]) hidden_.insert(processIdentifier);
+    }
+}
+
+void MacApplications::unhide(pid_t processIdentifier) {
+    @autoreleasepool {
+        hidden_.erase(processIdentifier);
+        [find(processIdentifier) unhide];
+    }
+}
+
+void MacApplications::activate(pid_t processIdentifier) {
+    @autoreleasepool {
+        [find(processIdentifier) activateWithOptions:NSApplicationActivationOptions(0)];
+    }
+}
+
+bool MacApplications::terminate(pid_t processIdentifier) {
+    @autoreleasepool {
+        return [find(processIdentifier) terminate] != NO;
+    }
+}
+
+bool MacApplications::forceTerminate(pid_t processIdentifier) {
+    @autoreleasepool {
+        return [find(processIdentifier) forceTerminate] != NO;
+    }
+}
+
+} // namespace kova::macos

@@ -1,0 +1,39 @@
+// The handles of dividers: panels without a picture, just above the desktop, so that every window lies over them. They
+// take the pointer and never the keyboard, and no application becomes active by them.
+#pragma once
+
+#include "support/Lifetime.h"
+#include "support/MainQueue.h"
+#include "windowing/DividerGrip.h"
+
+#include <map>
+#include <memory>
+
+namespace kova::macos {
+
+class MacDividerHandles final : public DividerHandleServicing {
+  public:
+    /// The queue outlives the handles.
+    explicit MacDividerHandles(MainQueue& queue);
+    ~MacDividerHandles() override;
+
+    void showHandles(const std::vector<DividerHandle>& handles) override;
+    Subscription observeHandles(std::function<void(const DividerHandleEvent&)> observer) override;
+
+  private:
+    class Panel;
+
+    void press(const std::string& handleID, int clickCount);
+    void move();
+    void release();
+    void tell(const std::optional<DividerHandleEvent>& event);
+
+    MainQueue& queue_;
+    DividerGrip grip_;
+    std::map<std::string, std::unique_ptr<Panel>> panels_; // by handle
+    Subscription escape_;                                  // while one is held
+    Observers<const DividerHandleEvent&> observers_;
+    Lifetime lifetime_;
+};
+
+} // namespace kova::macos

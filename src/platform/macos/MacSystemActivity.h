@@ -1,0 +1,20 @@
+// Sleep, dark screens, other users and the lock, as the Mac announces them.
+#pragma once
+
+#include "windowing/SystemActivityServicing.h"
+
+#include <vector>
+
+namespace kova::macos {
+
+class MacSystemActivity final : public SystemActivityServicing {
+  public:
+    MacSystemActivity();
+    Subscription observeSystemActivity(std::function<void(SystemActivityEvent)> observer) override;
+
+  private:
+    Observers<SystemActivityEvent> observers_;
+    std::vector<Subscription> registrations_;
+};
+
+} // namespace kova::macos

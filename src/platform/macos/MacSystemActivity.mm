@@ -1,0 +1,42 @@
+#include "platform/macos/MacSystemActivity.h"
+
+#include "platform/macos/NotificationObserver.h"
+
+#import <AppKit/AppKit.h>
+
+#include <utility>
+
+namespace kova::macos {
+
+using Event = SystemActivityEvent;
+
+MacSystemActivity::MacSystemActivity() {
+    NSNotificationCenter* centre = NSWorkspace.sharedWorkspace.notificationCenter;
+    const std::pair<NSString*, Event> ofThisMachine[] = {
+        {NSWorkspaceWillSleepNotification, Event::systemWillSleep},
+        {NSWorkspaceDidWakeNotification, Event::systemDidWake},
+        {NSWorkspaceScreensDidSleepNotification, Event::screensDidSleep},
+        {NSWorkspaceScreensDidWakeNotification, Event::screensDidWake},
+        {NSWorkspaceSessionDidResignActiveNotification, Event::sessionDidResignActive},
+        {NSWorkspaceSessionDidBecomeActiveNotification, Event::sessionDidBecomeActive},
+    };
+    for (const auto& entry : ofThisMachine) {
+        const Event event = entry.second;
+        registrations_.push_back(observeNotification(centre, entry.first, [this, event] { observers_.notify(event); }));
+    }
+    const std::pair<NSString*, Event> ofTheLock[] = {
+        {@"com.apple.screenIsLocked", Event::screenDidLock},
+        {@"com.apple.screenIsUnlocked", Event::screenDidUnlock},
+    };
+    for (const auto& entry : ofTheLock) {
+        const Event event = entry.second;
+        registrations_.push_back(
+            observeDistributedNotification(entry.first, [this, event] { observers_.notify(event); }));
+    }
+}
+
+Subscription MacSystemActivity::observeSystemActivity(std::function<void(SystemActivityEvent)> observer) {
+    return observers_.add(std::move(observer));
+}
+
+} // namespace kova::macos

@@ -1,0 +1,15 @@
+// The application as one that the system starts at login.
+#pragma once
+
+#include "app/LaunchAtLoginServicing.h"
+
+namespace kova::macos {
+
+class MainAppLoginItem final : public LaunchAtLoginServicing {
+  public:
+    LaunchAtLoginStatus status() const override;
+    std::optional<std::string> registerAtLogin() override;
+    std::optional<std::string> unregisterAtLogin() override;
+};
+
+} // namespace kova::macos

@@ -1,0 +1,66 @@
+#include "platform/macos/NotificationObserver.h"
+
+#include "platform/macos/Contained.h"
+
+#include <memory>
+
+@interface KOVANotificationTarget : NSObject
+- (instancetype)initWithObserver:(std::function<void()>)observer;
+- (void)heard:(NSNotification*)notification;
+@end
+
+@implementation KOVANotificationTarget {
+    std::function<void()> _observer;
+}
+
+- (instancetype)initWithObserver:(std::function<void()>)observer {
+    self = [super init];
+    if (self) _observer = std::move(observer);
+    return self;
+}
+
+- (void)heard:(NSNotification*)__unused notification {
+    kova::macos::contained([&] {
+        const auto observer = self->_observer; // which may end this registration
+        observer();
+    });
+}
+
+@end
+
+namespace kova::macos {
+
+namespace {
+
+/// A centre holds its observers without owning them, so that they must be taken out before they go.
+struct Registration {
+    NSNotificationCenter* centre;
+    KOVANotificationTarget* target;
+
+    Registration(NSNotificationCenter* where, std::function<void()> observer) :
+        centre(where), target([[KOVANotificationTarget alloc] initWithObserver:std::move(observer)]) {}
+    Registration(const Registration&) = delete;
+    Registration& operator=(const Registration&) = delete;
+    ~Registration() { [centre removeObserver:target]; }
+};
+
+} // namespace
+
+Subscription observeNotification(NSNotificationCenter* centre, NSString* name, std::function<void()> observer) {
+    const auto registration = std::make_shared<Registration>(centre, std::move(observer));
+    [centre addObserver:registration->target selector:@selector(heard:) name:name object:nil];
+    return Subscription(registration);
+}
+
+Subscription observeDistributedNotification(NSString* name, std::function<void()> observer) {
+    NSDistributedNotificationCenter* centre = NSDistributedNotificationCenter.defaultCenter;
+    const auto registration = std::make_shared<Registration>(centre, std::move(observer));
+    [centre addObserver:registration->target
+                  selector:@selector(heard:)
+                      name:name
+                    object:nil
+        suspensionBehavior:NSNotificationSuspensionBehaviorDeliverImmediately];
+    return Subscription(registration);
+}
+
+} // namespace kova::macos
