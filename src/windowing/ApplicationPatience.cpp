@@ -28,4 +28,10 @@ void ApplicationPatience::note(pid_t process, AccessibilityOutcome outcome, Seco
     silence.askAgain = now + silence.pause;
 }
 
+std::vector<pid_t> ApplicationPatience::silent() const {
+    std::vector<pid_t> processes;
+    for (const auto& entry : silent_) processes.push_back(entry.first);
+    return processes;
+}
+
 } // namespace kova

@@ -8,6 +8,7 @@
 #include <sys/types.h>
 
 #include <map>
+#include <vector>
 
 namespace kova {
 
@@ -23,8 +24,8 @@ class ApplicationPatience {
     bool mayAsk(pid_t process, AskingOccasion occasion, Seconds now) const;
     /// What became of a question that began at `asked` and ended `now`, both in uptime.
     void note(pid_t process, AccessibilityOutcome outcome, Seconds asked, Seconds now);
-    /// Whether the last question to the application met its deadline.
-    bool isSilent(pid_t process) const { return silent_.contains(process); }
+    /// Those that let the last question to them go unanswered.
+    std::vector<pid_t> silent() const;
 
   private:
     struct Silence {

@@ -65,8 +65,9 @@ TEST(ApplicationPatience, OneThatHangsIsAskedLessOftenUntilItAnswers) {
     ask(kSilent, Seconds(0.01));
     EXPECT_TRUE(pollAsksAfter(0));
     ask(kSilent, Seconds(0.25));
+    EXPECT_EQ(patience.silent(), std::vector<pid_t>{kHanging});
     ask(AccessibilityOutcome::gone, Seconds(0.25));
-    EXPECT_FALSE(patience.isSilent(kHanging));
+    EXPECT_TRUE(patience.silent().empty());
 }
 
 TEST(RawAnswers, ARefusalIsAnAnswer) {

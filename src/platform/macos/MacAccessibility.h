@@ -32,6 +32,9 @@ class MacAccessibility final : public AccessibilityServicing, public DesktopChan
     std::optional<std::uint64_t> changeCount() const override { return std::nullopt; }
     void notifyWhenChanged(std::uint64_t, std::function<void()>) override {}
 
+    /// Applications that hang and are left alone for now. Main thread.
+    std::vector<pid_t> silentApplications() const;
+
   private:
     /// The call's number of an error, or nothing when the application is not to be asked now.
     template <class Call>

@@ -159,4 +159,9 @@ std::vector<OnScreenWindow> MacAccessibility::onScreenWindows() const {
     return shown;
 }
 
+std::vector<pid_t> MacAccessibility::silentApplications() const {
+    const std::lock_guard lock(mutex_);
+    return patience_.silent();
+}
+
 } // namespace kova::macos

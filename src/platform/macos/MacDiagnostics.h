@@ -1,0 +1,22 @@
+// What the Mac can tell of why a window does not move.
+#pragma once
+
+#include "platform/macos/MacAccessibility.h"
+#include "windowing/ApplicationServicing.h"
+#include "windowing/DiagnosticsServicing.h"
+
+namespace kova::macos {
+
+class MacDiagnostics final : public DiagnosticsServicing {
+  public:
+    /// Both outlive it.
+    MacDiagnostics(const MacAccessibility& accessibility, const ApplicationServicing& applications) :
+        accessibility_(accessibility), applications_(applications) {}
+    std::vector<DiagnosticLine> diagnose() const override;
+
+  private:
+    const MacAccessibility& accessibility_;
+    const ApplicationServicing& applications_;
+};
+
+} // namespace kova::macos
