@@ -1,10 +1,8 @@
 // The agent: one per user session, without a window of its own. It puts the parts together and runs until it is told to
 // stop or loses its desktop.
 
-#include "app/AppDelegate.h"
-#include "app/LogFile.h"
-#include "control/ControlMethods.h"
-#include "control/ControlServer.h"
+#include "agent/AgentOptions.h"
+#include "agent/SessionAgent.h"
 #include "platform/linux/AbsentDesktop.h"
 #include "platform/linux/DesktopEntries.h"
 #include "platform/linux/DesktopLauncher.h"
@@ -14,19 +12,14 @@
 #include "platform/linux/SerialWorkQueue.h"
 #include "platform/linux/XdgFolders.h"
 #include "platform/x11/X11Desktop.h"
-#include "support/Version.h"
 
 #include <cstdio>
 #include <cstdlib>
-#include <string_view>
 
 namespace kova {
 namespace {
 
-constexpr int kExitFailed = 1;
-constexpr int kExitWrongUsage = 2;
-
-constexpr std::string_view kHelp =
+constexpr const char* kHelp =
     R"(usage: kova-agent [OPTION]...
 
 Divides each display into tiles and keeps the windows of this session in them. It runs until SIGTERM, "kova quit"
@@ -41,17 +34,6 @@ or the end of the X server; ask it with "kova". One agent has a session.
 The log is in $XDG_STATE_HOME/kova/agent.log, the preferences are in $XDG_CONFIG_HOME/kova/preferences.json.
 )";
 
-struct Options {
-    LogEcho echo = LogEcho::none;
-    LogLevel lowestLevel = LogLevel::note;
-};
-
-/// Tells whoever started us, and the log.
-void complain(const Options& options, const std::string& text) {
-    log(LogLevel::error, text);
-    if (options.echo == LogEcho::none) std::fprintf(stderr, "kova-agent: %s\n", text.c_str());
-}
-
 /// Nobody has told us of a locked screen.
 class UnlockedSession final : public SessionServicing {
   public:
@@ -62,8 +44,9 @@ class UnlockedSession final : public SessionServicing {
 class Desktop {
   public:
     /// Absent when there is none and the agent should end; it has been said why.
-    static std::optional<Desktop> open(const Options& options, const std::string& hiddenWindowsFile, EventLoop& loop,
-                                       ApplicationCatalogue& catalogue, ApplicationLauncher& launcher) {
+    static std::optional<Desktop> open(const AgentOptions& options, const std::string& hiddenWindowsFile,
+                                       EventLoop& loop, ApplicationCatalogue& catalogue,
+                                       ApplicationLauncher& launcher) {
         auto opened = X11Desktop::open(
             {.displayName = std::nullopt, .hiddenWindowsFile = hiddenWindowsFile, .launcher = &launcher}, loop,
             catalogue);
@@ -106,27 +89,15 @@ class Desktop {
     std::unique_ptr<AbsentDesktop> absent_;
 };
 
-void openLogIn(const std::filesystem::path& stateFolder, const Options& options) {
-    const bool hasFolder = createPrivateFolder(stateFolder);
-    const auto problem = openLog((stateFolder / "agent.log").string(), options.lowestLevel, options.echo);
-    if (!hasFolder || problem) {
-        std::fprintf(stderr, "kova-agent: no log is kept in %s\n", (stateFolder / "agent.log").c_str());
-    }
-}
-
 /// Everything is owned here, each part after those that it leans on.
-int manageSession(const Options& options) {
+int manageSession(const AgentOptions& options) {
     const auto folders = XdgFolders::fromEnvironment();
     const auto stateFolder = folders.stateHome / "kova";
-    openLogIn(stateFolder, options);
-
-    auto claim = AgentClaim::take(controlSocketPlace());
-    if (const auto* refusal = std::get_if<AgentClaimRefusal>(&claim)) {
-        complain(options, refusal->holder
-                              ? "process " + std::to_string(*refusal->holder) + " already manages this session"
-                              : refusal->message);
-        return kExitFailed;
-    }
+    createPrivateFolder(stateFolder);
+    openAgentLog(stateFolder, options);
+    const auto complaint = [&options](const std::string& text) { complain(options, text); };
+    auto claim = SessionAgent::claimSession(complaint);
+    if (!claim) return kExitFailed;
 
     EventLoop loop;
     loop.onStopSignal([&loop] { loop.quit(EXIT_SUCCESS); });
@@ -141,12 +112,10 @@ int manageSession(const Options& options) {
     UnlockedSession session;
     SerialWorkQueue pollingQueue("kova-polling");
     UnansweredAlerts alerts; // the command line asks at its terminal
-    AppDelegate delegate(desktop->services(session, preferences, loop, pollingQueue, alerts), desktop->shell());
-    const auto& state = delegate.workspace().state();
-    const auto messages = state.lastActionMessage.observe([](const std::optional<std::string>& message) {
-        if (message) log(LogLevel::detail, *message);
-    });
-
+    SessionAgent agent({.workspace = desktop->services(session, preferences, loop, pollingQueue, alerts),
+                        .shell = desktop->shell(),
+                        .diagnostics = desktop->diagnostics(),
+                        .quit = [&loop] { loop.quit(EXIT_SUCCESS); }});
     if (X11Desktop* x11 = desktop->x11()) {
         const auto watch = [&loop](int descriptor, std::function<void()> readable) {
             return loop.watchReadable(descriptor, std::move(readable));
@@ -157,44 +126,20 @@ int manageSession(const Options& options) {
         });
     }
 
-    ControlMethods methods({.controller = delegate.workspace(),
-                            .urls = delegate.urls(),
-                            .preferences = preferences,
-                            .diagnostics = &desktop->diagnostics(),
-                            .queue = loop,
-                            .quit = [&loop] { loop.quit(EXIT_SUCCESS); }});
-    ControlServer server(std::get<AgentClaim>(std::move(claim)), loop, methods);
-    if (const auto problem = server.start()) {
+    if (const auto problem = agent.start(std::move(*claim))) {
         complain(options, *problem);
         return kExitFailed;
     }
-    log(LogLevel::note, "kova-agent " KOVA_VERSION " manages this session");
-    delegate.startWorkspace();
     const int exitCode = loop.run();
-    delegate.stopWorkspace();
+    agent.stop();
     return exitCode;
 }
 
 int run(std::span<char*> arguments) {
-    Options options;
-    for (const std::string_view argument : arguments) {
-        if (argument == "--foreground") {
-            options.echo = LogEcho::standardError;
-        } else if (argument == "--verbose") {
-            options.lowestLevel = LogLevel::detail;
-        } else if (argument == "--version") {
-            std::puts("kova-agent " KOVA_VERSION);
-            return EXIT_SUCCESS;
-        } else if (argument == "--help") {
-            std::fputs(kHelp.data(), stdout);
-            return EXIT_SUCCESS;
-        } else {
-            std::fprintf(stderr, "kova-agent: unknown argument \"%s\"; see kova-agent --help\n", argument.data());
-            return kExitWrongUsage;
-        }
-    }
+    const auto options = readAgentOptions(arguments, kHelp);
+    if (const auto* exitCode = std::get_if<int>(&options)) return *exitCode;
     prepareProcess();
-    const int exitCode = manageSession(options);
+    const int exitCode = manageSession(std::get<AgentOptions>(options));
     closeLog();
     return exitCode;
 }

@@ -1,0 +1,30 @@
+// How an agent is started, and how it speaks to whoever started it. The same on every desktop.
+#pragma once
+
+#include "app/LogFile.h"
+
+#include <span>
+#include <string>
+#include <variant>
+
+namespace kova {
+
+inline constexpr int kExitFailed = 1;
+inline constexpr int kExitWrongUsage = 2;
+
+struct AgentOptions {
+    LogEcho echo = LogEcho::none;
+    LogLevel lowestLevel = LogLevel::note;
+};
+
+/// The options, or the exit code when all is said: `help` or the version were asked for, or an argument is unknown.
+/// `arguments` without the program's own name.
+std::variant<AgentOptions, int> readAgentOptions(std::span<char*> arguments, const char* help);
+
+/// Tells whoever started us, and the log.
+void complain(const AgentOptions& options, const std::string& text);
+
+/// Begins the log in "agent.log" in the folder; it is said when that cannot be written.
+void openAgentLog(const std::string& folder, const AgentOptions& options);
+
+} // namespace kova

@@ -1,0 +1,40 @@
+#include "agent/SessionAgent.h"
+
+#include "support/Log.h"
+#include "support/Version.h"
+
+namespace kova {
+
+SessionAgent::SessionAgent(const AgentServices& services) :
+    queue_(services.workspace.queue), delegate_(services.workspace, services.shell),
+    methods_({.controller = delegate_.workspace(),
+              .urls = delegate_.urls(),
+              .preferences = services.workspace.preferences,
+              .diagnostics = &services.diagnostics,
+              .queue = services.workspace.queue,
+              .quit = services.quit}) {
+    const auto& state = delegate_.workspace().state();
+    messages_ = state.lastActionMessage.observe([](const std::optional<std::string>& message) {
+        if (message) log(LogLevel::detail, *message);
+    });
+}
+
+std::optional<AgentClaim> SessionAgent::claimSession(const std::function<void(const std::string&)>& complain) {
+    auto claim = AgentClaim::take(controlSocketPlace());
+    if (const auto* refusal = std::get_if<AgentClaimRefusal>(&claim)) {
+        complain(refusal->holder ? "process " + std::to_string(*refusal->holder) + " already manages this session"
+                                 : refusal->message);
+        return std::nullopt;
+    }
+    return std::get<AgentClaim>(std::move(claim));
+}
+
+std::optional<std::string> SessionAgent::start(AgentClaim claim) {
+    server_.emplace(std::move(claim), queue_, methods_);
+    if (auto problem = server_->start()) return problem;
+    log(LogLevel::note, "kova-agent " KOVA_VERSION " manages this session");
+    delegate_.startWorkspace();
+    return std::nullopt;
+}
+
+} // namespace kova

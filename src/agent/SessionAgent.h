@@ -1,0 +1,49 @@
+// What an agent is on any desktop: the workspace with its delegate, and the socket on which it is asked. Main thread.
+#pragma once
+
+#include "app/AppDelegate.h"
+#include "control/AgentClaim.h"
+#include "control/ControlMethods.h"
+#include "control/ControlServer.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace kova {
+
+/// All of it outlives the agent.
+struct AgentServices {
+    WorkspaceServices workspace;
+    ShellServices shell;
+    DiagnosticsServicing& diagnostics;
+    std::function<void()> quit; // ends the process soon, with success
+};
+
+class SessionAgent {
+  public:
+    explicit SessionAgent(const AgentServices& services);
+    SessionAgent(const SessionAgent&) = delete;
+    SessionAgent& operator=(const SessionAgent&) = delete;
+
+    /// The right to the session, taken before anything else is begun; absent when somebody else has it, and it has been
+    /// said.
+    static std::optional<AgentClaim> claimSession(const std::function<void(const std::string&)>& complain);
+
+    /// Listens at the socket and begins to manage windows. Absent when it does; else what is in the way, in words for a
+    /// person.
+    [[nodiscard]] std::optional<std::string> start(AgentClaim claim);
+    /// The desktop gets back what was borrowed. The socket is open until the agent is gone.
+    void stop() { delegate_.stopWorkspace(); }
+
+    AppDelegate& delegate() { return delegate_; }
+
+  private:
+    MainQueue& queue_;
+    AppDelegate delegate_;
+    Subscription messages_;
+    ControlMethods methods_;
+    std::optional<ControlServer> server_;
+};
+
+} // namespace kova
