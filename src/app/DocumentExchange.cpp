@@ -1,0 +1,24 @@
+#include "app/DocumentExchange.h"
+
+namespace kova {
+
+void DocumentExchange::exportDocument() {
+    panels_.saveDocument("KOVA-Workspace.json", workspace_.exportWorkspaceDocument(),
+                         lifetime_.guard([this](const std::optional<FileProblem>& problem) {
+                             if (problem) fail("Export failed: ", problem->message);
+                         }));
+}
+
+void DocumentExchange::importDocument() {
+    panels_.openDocument(lifetime_.guard([this](const std::variant<std::string, FileProblem>& file) {
+        if (const auto* problem = std::get_if<FileProblem>(&file)) return fail("Import failed: ", problem->message);
+        const auto imported = workspace_.importWorkspaceDocument(std::get<std::string>(file));
+        if (const auto* error = std::get_if<DecodingError>(&imported)) fail("Import failed: ", error->what());
+    }));
+}
+
+void DocumentExchange::fail(const std::string& what, const std::string& why) {
+    alerts_.inform({.title = "KOVA", .text = what + why, .confirmButton = "OK", .cancelButton = {}});
+}
+
+} // namespace kova

@@ -1,0 +1,64 @@
+#include "app/DocumentExchange.h"
+#include "persistence/MemoryPreferencesStore.h"
+#include "platform/simulated/SimulatedDesktop.h"
+
+#include <gtest/gtest.h>
+
+namespace kova {
+namespace {
+
+/// A disk with one file, which a user always picks.
+class OneFile final : public DocumentPanelServicing {
+  public:
+    void saveDocument(const std::string& proposedName, std::string json,
+                      std::function<void(const std::optional<FileProblem>&)> completion) override {
+        name = proposedName;
+        if (!problem) contents = std::move(json);
+        completion(problem);
+    }
+    void openDocument(std::function<void(const std::variant<std::string, FileProblem>&)> completion) override {
+        problem ? completion(*problem) : completion(contents);
+    }
+
+    std::string name, contents;
+    std::optional<FileProblem> problem;
+};
+
+TEST(DocumentExchange, ScenesGoOutToAFileAndComeBackAndFailuresAreTold) {
+    SimulatedDesktop desktop;
+    desktop.addDisplay({.name = "A", .size = {1920, 1080}});
+    const auto workspaceOn = [&](PreferencesStore& preferences) {
+        return std::make_unique<WorkspaceController>(WorkspaceServices{desktop, desktop, desktop, desktop, desktop,
+                                                                       preferences, desktop.queue(),
+                                                                       desktop.pollingQueue(), desktop});
+    };
+    MemoryPreferencesStore mine, theirs;
+    OneFile file;
+    const auto shown = [&] {
+        const auto alerts = desktop.takeAlerts();
+        return alerts.empty() ? std::string("nothing") : alerts.front().text;
+    };
+
+    const auto from = workspaceOn(mine);
+    from->captureScene("Work");
+    DocumentExchange(*from, file, desktop).exportDocument();
+    EXPECT_EQ(file.name, "KOVA-Workspace.json");
+    const auto to = workspaceOn(theirs);
+    DocumentExchange exchange(*to, file, desktop);
+    exchange.importDocument();
+    EXPECT_EQ(*to->state().scenes, *from->state().scenes);
+    EXPECT_EQ(shown(), "nothing");
+
+    file.contents = "{}";
+    exchange.importDocument();
+    EXPECT_TRUE(shown().starts_with("Import failed: ")) << "what is no document of scenes";
+    file.problem = FileProblem{"The disk is full"};
+    exchange.importDocument();
+    EXPECT_EQ(shown(), "Import failed: The disk is full");
+    exchange.exportDocument();
+    EXPECT_EQ(shown(), "Export failed: The disk is full");
+    EXPECT_EQ(to->state().scenes->size(), 1U);
+}
+
+} // namespace
+} // namespace kova
