@@ -26,3 +26,10 @@ if(EXISTS ${CMAKE_CURRENT_LIST_DIR}/agent/main.cpp AND TARGET kova_platform_x11 
     target_link_options(kova-agent PRIVATE -static-libstdc++ -static-libgcc)
   endif()
 endif()
+
+if(APPLE)
+  file(GLOB agent_sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/agent/*.cpp ${CMAKE_CURRENT_LIST_DIR}/agent/*.mm)
+  list(FILTER agent_sources EXCLUDE REGEX "/main\\.cpp$") # the one on Linux
+  add_executable(kova-agent ${agent_sources})
+  target_link_libraries(kova-agent PRIVATE kova_control kova_platform_macos kova_platform_posix kova_app)
+endif()

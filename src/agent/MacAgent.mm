@@ -1,0 +1,136 @@
+#include "agent/MacAgent.h"
+
+#include "platform/macos/CoreFoundation.h"
+#include "platform/macos/DispatchQueues.h"
+#include "platform/macos/MacAccessibility.h"
+#include "platform/macos/MacAlerts.h"
+#include "platform/macos/MacApplications.h"
+#include "platform/macos/MacDiagnostics.h"
+#include "platform/macos/MacDividerHandles.h"
+#include "platform/macos/MacDocumentPanels.h"
+#include "platform/macos/MacKeyMonitors.h"
+#include "platform/macos/MacPointerMonitor.h"
+#include "platform/macos/MacScreens.h"
+#include "platform/macos/MacSystemActivity.h"
+#include "platform/macos/MainAppLoginItem.h"
+#include "platform/macos/UserDefaultsStore.h"
+#include "platform/posix/ProcessRunner.h"
+
+#import <AppKit/AppKit.h>
+
+#include <csignal>
+#include <utility>
+
+namespace kova {
+
+using namespace macos;
+
+namespace {
+
+/// The system may call back at any time until the process has ended.
+DispatchMainQueue& mainQueue() {
+    static auto* const queue = new DispatchMainQueue();
+    return *queue;
+}
+
+std::string labelled(const char* suffix) {
+    NSString* identifier = NSBundle.mainBundle.bundleIdentifier;
+    return (identifier ? text(identifier) : std::string("kova-agent")) + suffix;
+}
+
+/// Not where the system could take it for something to throw away.
+std::string logFolder() {
+    NSFileManager* files = NSFileManager.defaultManager;
+    NSURL* library = [files URLsForDirectory:NSLibraryDirectory inDomains:NSUserDomainMask].firstObject;
+    NSURL* folder = [library URLByAppendingPathComponent:@"Logs/KOVA" isDirectory:YES];
+    [files createDirectoryAtURL:folder
+        withIntermediateDirectories:YES
+                         attributes:@{
+                             NSFilePosixPermissions : @0700
+                         }
+                              error:nil];
+    return text(folder.path);
+}
+
+} // namespace
+
+/// Each part after those that it leans on.
+struct MacAgent::Parts {
+    Parts() :
+        agent({.workspace = {accessibility, applications, screens, session, accessibility, preferences, mainQueue(),
+                             pollingQueue, alerts},
+               .shell = {.pointer = &pointer, .dividerHandles = &dividerHandles, .systemActivity = &systemActivity},
+               .diagnostics = diagnostics,
+               .quit = quitMacAgent}) {}
+
+    UserDefaultsStore preferences;
+    MacAccessibility accessibility{mainQueue()};
+    MacApplications applications{mainQueue()};
+    MacScreens screens;
+    MacSession session;
+    MacSystemActivity systemActivity;
+    MacPointerMonitor pointer{mainQueue()};
+    MacKeyMonitors keys{mainQueue()};
+    MacDividerHandles dividerHandles{mainQueue()};
+    MacAlerts alerts;
+    MacDiagnostics diagnostics{accessibility, applications};
+    DispatchWorkQueue diskQueue{labelled(".disk")};
+    MacDocumentPanels panels{mainQueue(), diskQueue};
+    DispatchWorkQueue pollingQueue{labelled(".window-snapshot")};
+    SessionAgent agent;
+    DocumentExchange documents{agent.delegate().workspace(), panels, alerts};
+    // Without this the system lets an application that shows no window rest, and its timers with it. The machine may
+    // sleep all the same.
+    id<NSObject> activity =
+        [NSProcessInfo.processInfo beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep
+                                                     reason:@"Windows are kept in their tiles"];
+};
+
+MacAgent::MacAgent(const AgentOptions& options) : options_(options) {
+    std::signal(SIGPIPE, SIG_IGN);
+    openAgentLog(logFolder(), options_);
+}
+
+MacAgent::~MacAgent() {
+    stop();
+    closeLog();
+}
+
+bool MacAgent::start() {
+    const auto complaint = [this](const std::string& problem) { complain(options_, problem); };
+    auto claim = SessionAgent::claimSession(complaint);
+    if (!claim) return false;
+    parts_ = std::make_unique<Parts>();
+    if (const auto problem = parts_->agent.start(std::move(*claim))) {
+        complaint(*problem);
+        return false;
+    }
+    isStarted_ = true;
+    openURLs(std::exchange(waitingURLs_, {}));
+    return true;
+}
+
+void MacAgent::stop() {
+    if (std::exchange(isStarted_, false)) parts_->agent.stop();
+    parts_.reset();
+}
+
+void MacAgent::openURLs(const std::vector<std::string>& urls) {
+    if (isStarted_) return parts_->agent.delegate().openURLs(urls);
+    waitingURLs_.insert(waitingURLs_.end(), urls.begin(), urls.end());
+}
+
+AppDelegate& MacAgent::delegate() {
+    return parts_->agent.delegate();
+}
+
+DocumentExchange& MacAgent::documents() {
+    return parts_->documents;
+}
+
+void quitMacAgent() {
+    // Nothing of ours is at work when the parts are taken down.
+    mainQueue().post([] { [NSApp terminate:nil]; });
+}
+
+} // namespace kova

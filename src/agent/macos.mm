@@ -1,0 +1,107 @@
+// The program on a Mac: an application without a Dock icon, whose delegate starts the agent once it is launched and
+// stops it before it ends.
+
+#include "agent/MacAgent.h"
+#include "platform/macos/Contained.h"
+
+#import <AppKit/AppKit.h>
+
+#include <csignal>
+#include <cstdlib>
+
+namespace {
+
+constexpr const char* kHelp =
+    R"(usage: kova-agent [OPTION]...
+
+Divides each display into tiles and keeps the windows of this session in them. It runs until it is told to quit;
+ask it with "kova". One agent has a session.
+
+  --foreground   write the log to the terminal, too
+  --verbose      log what it does in detail; names and titles of windows may be among it
+  --version      print the version and end
+  --help         print this and end
+
+The log is ~/Library/Logs/KOVA/agent.log, the preferences are in the user's defaults.
+)";
+
+} // namespace
+
+@interface KOVAApplicationDelegate : NSObject <NSApplicationDelegate>
+- (instancetype)initWithOptions:(const kova::AgentOptions&)options;
+@end
+
+@implementation KOVAApplicationDelegate {
+    std::unique_ptr<kova::MacAgent> _agent;
+    NSMutableArray<dispatch_source_t>* _stopSignals;
+}
+
+- (instancetype)initWithOptions:(const kova::AgentOptions&)options {
+    self = [super init];
+    if (self) {
+        _agent = std::make_unique<kova::MacAgent>(options);
+        _stopSignals = [NSMutableArray array];
+    }
+    return self;
+}
+
+- (void)applicationDidFinishLaunching:(NSNotification*)__unused notification {
+    [NSApp setActivationPolicy:NSApplicationActivationPolicyAccessory];
+    [NSApp setApplicationIconImage:[NSImage imageNamed:@"AppIcon"]];
+    [self listenToStopSignals];
+    bool isStarted = false;
+    kova::macos::contained([&] { isStarted = self->_agent->start(); });
+    if (!isStarted) {
+        _agent.reset();
+        std::exit(kova::kExitFailed);
+    }
+}
+
+- (void)applicationWillTerminate:(NSNotification*)__unused notification {
+    kova::macos::contained([&] { self->_agent.reset(); });
+}
+
+- (void)application:(NSApplication*)__unused application openURLs:(NSArray<NSURL*>*)urls {
+    kova::macos::contained([&] {
+        std::vector<std::string> texts;
+        for (NSURL* url in urls) texts.push_back(kova::macos::text(url.absoluteString));
+        if (self->_agent) self->_agent->openURLs(texts);
+    });
+}
+
+/// There is no window that opening the application once more could bring back.
+- (BOOL)applicationShouldHandleReopen:(NSApplication*)__unused application hasVisibleWindows:(BOOL)__unused flag {
+    return NO;
+}
+
+- (void)listenToStopSignals {
+    for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+        std::signal(number, SIG_IGN); // the source hears of it all the same
+        dispatch_source_t source = dispatch_source_create(DISPATCH_SOURCE_TYPE_SIGNAL, static_cast<uintptr_t>(number),
+                                                          0, dispatch_get_main_queue());
+        dispatch_source_set_event_handler(source, ^{
+          // A second signal, of someone who lost patience, ends the process as it would any other.
+          for (const int each : {SIGTERM, SIGINT, SIGHUP}) std::signal(each, SIG_DFL);
+          kova::quitMacAgent();
+        });
+        dispatch_resume(source);
+        [_stopSignals addObject:source];
+    }
+}
+
+@end
+
+int main(int argc, char** argv) {
+    @autoreleasepool {
+        const auto arguments = std::span(argv, static_cast<std::size_t>(argc)).subspan(argc > 0 ? 1 : 0);
+        const auto options = kova::readAgentOptions(arguments, kHelp);
+        if (const auto* exitCode = std::get_if<int>(&options)) return *exitCode;
+        NSApplication* application = NSApplication.sharedApplication;
+        // The application does not own its delegate.
+        static KOVAApplicationDelegate* delegate = nil;
+        delegate = [[KOVAApplicationDelegate alloc] initWithOptions:std::get<kova::AgentOptions>(options)];
+        application.delegate = delegate;
+        [application run];
+    }
+    return EXIT_SUCCESS;
+}
