@@ -1,5 +1,6 @@
 #include "platform/simulated/VirtualTime.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 namespace kova {
@@ -9,8 +10,10 @@ namespace {
 constexpr int kEndlessWork = 1'000'000;                               // tasks at one moment
 constexpr WallTime kFirstMoment{std::chrono::seconds(1'700'000'000)}; // of the virtual wall clock
 
+/// As near as the clock can count: "never" is far away, and does not wrap around.
 std::chrono::nanoseconds wholeNanoseconds(Seconds duration) {
-    return std::chrono::round<std::chrono::nanoseconds>(duration);
+    constexpr Seconds kForever = std::chrono::hours(24 * 365 * 100);
+    return std::chrono::round<std::chrono::nanoseconds>(std::clamp(duration, -kForever, kForever));
 }
 
 } // namespace
