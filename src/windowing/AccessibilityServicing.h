@@ -88,7 +88,8 @@ class AccessibilityServicing {
 
     /// The values of the attributes, in the order asked for, in one request. An application that does not answer costs
     /// at most the platform's deadline (0.25 s), then every value is absent. Called on the polling queue; on the main
-    /// thread it must not wait at all: there a platform answers from what it knows.
+    /// thread it must not wait at all: there a platform answers from what it knows. Without permission nothing is
+    /// known.
     virtual std::vector<AttributeValue> readAttributes(const AccessibilityElement& element,
                                                        std::span<const AccessibilityAttribute> attributes) const = 0;
 
@@ -99,7 +100,8 @@ class AccessibilityServicing {
     /// Performs the action; a refusal is silent. Main thread.
     virtual void performAction(const AccessibilityElement& element, AccessibilityAction action) = 0;
 
-    /// The deepest element under a point of window-service space; absent over the bare desktop. Main thread.
+    /// The deepest element under a point of window-service space; over the bare desktop absent, or an element that
+    /// lies in no window. Main thread.
     virtual std::optional<AccessibilityElement> elementAtPosition(CGPoint point) const = 0;
 
     /// Windows that are on the screen now, front to back; empty when the desktop cannot say. Any thread.

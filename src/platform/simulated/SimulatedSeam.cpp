@@ -207,12 +207,15 @@ void SimulatedDesktop::springBackLater(const SimulatedWindow& window, const CGRe
 
 void SimulatedDesktop::apply(SimulatedWindow& window, const AttributeWrite& write) {
     const CGRect display = displayFrameUnder(window.frame);
-    if (const auto* point = std::get_if<CGPoint>(&write.value)) {
+    const auto* point = std::get_if<CGPoint>(&write.value);
+    const auto* size = std::get_if<CGSize>(&write.value);
+    // A value of another kind than the attribute's is refused, as anything is that cannot be written.
+    if (point && write.attribute == AccessibilityAttribute::position) {
         const CGPoint corner = firstDisplayOrigin();
         const CGPoint origin = {point->x + corner.x, point->y + corner.y};
         // A place on another display is measured against that display.
         setFrameOf(window, window.frameMovedTo(origin, displayFrameUnder({origin, {}})));
-    } else if (const auto* size = std::get_if<CGSize>(&write.value)) {
+    } else if (size && write.attribute == AccessibilityAttribute::size) {
         setFrameOf(window, window.frameResizedTo(*size, display));
     } else if (const auto* flag = std::get_if<bool>(&write.value)) {
         if (write.attribute == AccessibilityAttribute::minimized) setMinimizedByWish(window, *flag);
@@ -232,6 +235,7 @@ void SimulatedDesktop::performAction(const AccessibilityElement& element, Access
 
 std::optional<AccessibilityElement> SimulatedDesktop::elementAtPosition(CGPoint point) const {
     requireMainThread("elementAtPosition");
+    if (!isTrusted_) return std::nullopt;
     for (const auto number : stacking_) {
         const auto& window = *findWindow(number);
         if (!isOnScreen(window) || !containsPoint(frameForWindowService(window), point)) continue;
