@@ -3,6 +3,7 @@
 
 #include <xcb/xcb_icccm.h>
 
+#include <algorithm>
 #include <array>
 
 namespace kova {
@@ -68,6 +69,8 @@ const ClientWindow* X11Desktop::Parts::mainWindowOf(pid_t processIdentifier) con
 
 std::vector<AttributeValue> X11Desktop::readAttributes(const AccessibilityElement& element,
                                                        std::span<const AccessibilityAttribute> attributes) const {
+    // What is left of a lost connection is no desktop.
+    if (parts_->isLost) return std::vector<AttributeValue>(attributes.size());
     std::vector<AttributeValue> values;
     values.reserve(attributes.size());
     const Seconds now = parts_->queue.uptime();
@@ -133,6 +136,12 @@ AttributeValue X11Desktop::Parts::read(const ClientWindow& client, Accessibility
 }
 
 AttributeValue X11Desktop::Parts::readApplication(pid_t processIdentifier, AccessibilityAttribute attribute) const {
+    // Without a window there is no application.
+    const bool isThere = std::ranges::any_of(model.clientOrder(), [&](xcb_window_t window) {
+        const ClientWindow* client = model.client(window);
+        return client && client->processIdentifier == processIdentifier && !client->isInputOnly;
+    });
+    if (!isThere) return {};
     switch (attribute) {
     case AccessibilityAttribute::role:
         return std::string("AXApplication");
@@ -329,6 +338,7 @@ void X11Desktop::flush() {
 
 std::optional<AccessibilityElement> X11Desktop::elementAtPosition(CGPoint point) const {
     const std::lock_guard lock(parts_->mutex);
+    if (parts_->isLost) return std::nullopt;
     parts_->catchUp();
     const PixelRect at = parts_->onRoot({point, {0, 0}});
     const auto& stacking = parts_->model.stacking();
