@@ -21,7 +21,10 @@ class Mouse : public ::testing::TestWithParam<Manager> {
   protected:
     void SetUp() override {
         if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
-        if (isManaged()) waitForManager();
+        if (isManaged()) {
+            server_.startManager();
+            ASSERT_TRUE(client_.waitForManager());
+        }
         left_ = client_.open({.title = "Left"});
         right_ = client_.open({.title = "Right", .frame = makeRect(700, 60, 400, 300)});
         session_.startAgent();
@@ -41,17 +44,6 @@ class Mouse : public ::testing::TestWithParam<Manager> {
                   << session_.kova({"query", "tiles"}).output << session_.kova({"query", "windows"}).output;
     }
 
-    /// While it starts, it may overlook a window: it is ready once it has noticed one.
-    void waitForManager() {
-        server_.startManager();
-        const xcb_window_t probe = client_.create({.title = "Probe"});
-        ASSERT_TRUE(eventually([&] {
-            client_.unmap(probe);
-            client_.map(probe);
-            return !client_.numbers(client_.root(), "_NET_CLIENT_LIST").empty();
-        }));
-        client_.destroy(probe);
-    }
     bool isManaged() const { return GetParam() == Manager::openbox; }
     void mouse(std::vector<std::string> command) {
         command.insert(command.begin(), "xdotool");

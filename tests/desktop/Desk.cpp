@@ -84,18 +84,8 @@ ApplicationIdentity PlainCatalogue::identify(const std::string&, const std::stri
 Desk::Desk(Manager manager, const std::string& size) : server_(size) {
     if (manager == Manager::none) return;
     server_.startManager();
-    // While it starts, it may overlook a window: it is ready once it has noticed one.
     watcher_ = std::make_unique<TestClient>(server_.displayName(), "Watcher", 1);
-    const auto isListEmpty = [&] { return watcher_->numbers(watcher_->root(), "_NET_CLIENT_LIST").empty(); };
-    const xcb_window_t probe = watcher_->create({.title = "Probe"});
-    EXPECT_TRUE(runUntil([&] {
-        watcher_->unmap(probe);
-        watcher_->map(probe);
-        runFor(Seconds(0.02));
-        return !isListEmpty();
-    })) << "the window manager did not start";
-    watcher_->destroy(probe);
-    EXPECT_TRUE(runUntil(isListEmpty));
+    EXPECT_TRUE(watcher_->waitForManager()) << "the window manager did not start";
 }
 
 Desk::~Desk() {

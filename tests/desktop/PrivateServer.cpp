@@ -59,6 +59,12 @@ void ChildProcess::end() {
     waitpid(std::exchange(process_, -1), nullptr, 0);
 }
 
+int ChildProcess::wait() {
+    int status = 0;
+    if (process_ <= 0 || waitpid(std::exchange(process_, -1), &status, 0) < 0) return -1;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
 bool PrivateServer::isInstalled() {
     return access("/usr/bin/Xvfb", X_OK) == 0;
 }

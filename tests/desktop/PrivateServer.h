@@ -20,6 +20,8 @@ class ChildProcess {
     ChildProcess& operator=(ChildProcess&& other) noexcept;
     ~ChildProcess();
     void end();
+    /// Until it ends by itself; its exit code, or -1 when something else ended it.
+    int wait();
 
   private:
     pid_t process_ = -1;

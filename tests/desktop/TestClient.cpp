@@ -2,9 +2,11 @@
 
 #include <xcb/xcb_icccm.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <thread>
 #include <utility>
 
 namespace kova::testing {
@@ -28,6 +30,27 @@ TestClient::TestClient(const std::string& displayName, const std::string& classN
 
 TestClient::~TestClient() {
     xcb_disconnect(connection_);
+}
+
+bool TestClient::waitForManager() {
+    using Clock = std::chrono::steady_clock;
+    const auto end = Clock::now() + std::chrono::seconds(20);
+    const auto waitUntil = [&](const auto& condition) {
+        while (!condition()) {
+            if (Clock::now() > end) return false;
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        }
+        return true;
+    };
+    const auto isListEmpty = [&] { return numbers(root_, "_NET_CLIENT_LIST").empty(); };
+    const xcb_window_t probe = create({.title = "Probe"});
+    const bool isReady = waitUntil([&] {
+        unmap(probe);
+        map(probe);
+        return !isListEmpty();
+    });
+    destroy(probe);
+    return isReady && waitUntil(isListEmpty);
 }
 
 xcb_window_t TestClient::create(const TestWindow& options) {

@@ -33,6 +33,10 @@ class TestClient {
     TestClient(const TestClient&) = delete;
     TestClient& operator=(const TestClient&) = delete;
 
+    /// A window manager that starts may overlook a window: it is ready once it has noticed one. False when none does
+    /// within 20 s.
+    bool waitForManager();
+
     xcb_window_t open(const TestWindow& window);
     /// An opened window, not mapped yet.
     xcb_window_t create(const TestWindow& window);

@@ -1,0 +1,138 @@
+// What every desktop promises to those above the seam, tried on each in the same way. A back end joins by implementing
+// `ContractDesktop`, the person and the applications on it, and by naming itself with INSTANTIATE_TEST_SUITE_P.
+// Frames and points are in window-service space. Windows are called by their titles, applications by their names.
+#pragma once
+
+#include "support/MainQueue.h"
+#include "windowing/AccessibilityServicing.h"
+#include "windowing/ApplicationServicing.h"
+#include "windowing/PointerServicing.h"
+#include "windowing/ScreenServicing.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+// What failures print.
+inline void PrintTo(const CGPoint& point, std::ostream* stream) {
+    *stream << point.x << "," << point.y;
+}
+inline void PrintTo(const CGSize& size, std::ostream* stream) {
+    *stream << size.width << "x" << size.height;
+}
+namespace kova {
+inline void PrintTo(const AccessibilityElement& element, std::ostream* stream) {
+    *stream << "element " << element.processIdentifier << ":" << element.hash;
+}
+} // namespace kova
+
+namespace kova::contract {
+
+struct Opening {
+    std::string application;
+    std::string title;
+    CGRect frame{};
+    std::optional<CGSize> minimumSize{}; // told to who asks, and kept where somebody does
+};
+
+/// What the test may ask of the person at this desktop.
+enum class Ability {
+    minimizingByHand,
+    keepingMinimumSizes,
+    pluggingInDisplays,
+    withdrawingPermission,
+    usingTheMouse,
+    launching
+};
+
+class ContractDesktop {
+  public:
+    virtual ~ContractDesktop() = default;
+    virtual bool can(Ability) const { return true; }
+
+    /// Opens a window and gives its application's process, which begins with its first window.
+    virtual pid_t open(const Opening& opening) = 0;
+    virtual void retitle(const std::string& title, const std::string& newTitle) = 0;
+    virtual void close(const std::string& title) = 0;
+    virtual void moveByHand(const std::string& title, const CGRect& frame) = 0;
+    virtual void minimizeByHand(const std::string& title) = 0;
+    /// The application and all its windows are gone at once, as after a crash.
+    virtual void crash(const std::string& application) = 0;
+    /// Where the desktop has the window, decorations included.
+    virtual CGRect frame(const std::string& title) = 0;
+    /// One more display, which is the primary one from now on.
+    virtual void plugInPrimaryDisplay() = 0;
+    /// From now on nothing of the desktop may be used.
+    virtual void withdrawPermission() = 0;
+    virtual void press(CGPoint point) = 0;
+    virtual void moveHand(CGPoint point) = 0;
+    virtual void letGo() = 0;
+    /// Makes an application known that opens a window of its name; what was known can be made to disappear.
+    virtual LaunchableApplication install(const std::string& name) = 0;
+    virtual void uninstall(const std::string& name) = 0;
+
+    virtual AccessibilityServicing& accessibility() = 0;
+    virtual ApplicationServicing& applications() = 0;
+    virtual ScreenServicing& screens() = 0;
+    virtual DesktopChangeServicing& changes() = 0;
+    virtual PointerMonitorServicing& pointer() = 0;
+    virtual DividerHandleServicing& handles() = 0;
+
+    /// Runs the job on the polling queue and returns when it is done; the main queue goes on meanwhile.
+    virtual void onPollingQueue(const std::function<void()>& job) = 0;
+    /// Lets time pass until the condition holds; false when it has not within 20 s.
+    virtual bool runUntil(const std::function<bool()>& condition) = 0;
+    virtual void runFor(Seconds time) = 0;
+    /// Complaints of the desktop about those who use it.
+    virtual std::vector<std::string> complaints() const { return {}; }
+};
+
+/// A desktop to be compared, by its name in the list of tests.
+struct Backend {
+    std::string name;
+    std::string missing; // why it cannot be tried here; empty when it can
+    std::function<std::unique_ptr<ContractDesktop>()> open;
+};
+std::ostream& operator<<(std::ostream& stream, const Backend& backend);
+std::string nameOf(const ::testing::TestParamInfo<Backend>& info);
+
+class DesktopContract : public ::testing::TestWithParam<Backend> {
+  protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    ContractDesktop& stage() { return *stage_; }
+    AccessibilityServicing& accessibility() { return stage_->accessibility(); }
+    ApplicationServicing& applications() { return stage_->applications(); }
+    bool until(const std::function<bool()>& condition) { return stage_->runUntil(condition); }
+
+    /// As a poll does it: the applications first, then the attributes.
+    std::vector<AttributeValue> read(const AccessibilityElement& element,
+                                     const std::vector<AccessibilityAttribute>& attributes);
+    AttributeValue read(const AccessibilityElement& element, AccessibilityAttribute attribute);
+    std::optional<CGRect> frameOf(const AccessibilityElement& element);
+    bool flag(const AccessibilityElement& element, AccessibilityAttribute attribute);
+    std::vector<RunningApplication> poll();
+    std::optional<RunningApplication> polled(pid_t process);
+    /// The window of that title, once it is there; the test fails when it does not come.
+    AccessibilityElement element(const std::string& title);
+    std::optional<AccessibilityElement> find(const std::string& title);
+    /// The title of the window under the point, found as the window service does it; empty when there is none.
+    std::string titleAt(CGPoint point);
+    /// Of the listed applications' ordinary windows on the screen, front to back.
+    std::vector<OnScreenWindow> shown();
+    void write(const AccessibilityElement& element, const std::vector<AttributeWrite>& writes);
+
+  private:
+    std::unique_ptr<ContractDesktop> stage_;
+};
+
+std::string text(const CGRect& r);
+std::string text(const std::optional<CGRect>& r);
+
+} // namespace kova::contract

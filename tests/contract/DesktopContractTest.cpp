@@ -1,0 +1,259 @@
+// Applications, displays, the hand, and how a desktop tells that something happened.
+#include "tests/contract/ContractDesktop.h"
+
+#include <algorithm>
+
+namespace kova::contract {
+namespace {
+
+using Attribute = AccessibilityAttribute;
+
+const Opening kPlan{"Editor", "Plan", makeRect(40, 50, 500, 400)};
+const Opening kInbox{"Mail", "Inbox", makeRect(200, 200, 500, 400)};
+
+TEST_P(DesktopContract, ApplicationsKeepTheirOrderAndTheirRecords) {
+    const pid_t editor = stage().open(kPlan);
+    ASSERT_TRUE(until([&] { return polled(editor).has_value(); }));
+    const auto own = applications().ownProcessIdentifier();
+    const auto places = [&](std::vector<pid_t> wanted) {
+        std::vector<std::ptrdiff_t> found;
+        const auto running = poll();
+        for (const pid_t process : wanted) {
+            const auto place = std::ranges::find(running, process, &RunningApplication::processIdentifier);
+            found.push_back(place == running.end() ? -1 : place - running.begin());
+        }
+        return found;
+    };
+    const pid_t mail = stage().open(kInbox);
+    ASSERT_TRUE(until([&] { return polled(mail).has_value(); }));
+    EXPECT_NE(editor, mail);
+    const auto before = places({editor, mail});
+    applications().activate(editor);
+    stage().retitle("Inbox", "Sent");
+    stage().open({"Editor", "Draft", makeRect(600, 50, 400, 300)});
+    element("Draft");
+    EXPECT_EQ(places({editor, mail}), before);
+    const auto known = polled(editor);
+    ASSERT_TRUE(known);
+    EXPECT_EQ(applications().runningApplication(editor), known);
+    EXPECT_EQ(known->localizedName, "Editor");
+    EXPECT_TRUE(known->bundleIdentifier && !known->bundleIdentifier->empty());
+    EXPECT_EQ(known->activationPolicy, ApplicationActivationPolicy::regular);
+    EXPECT_FALSE(known->isTerminated || known->isHidden || known->isPartOfDesktop);
+    EXPECT_NE(own, editor);
+    EXPECT_EQ(applications().runningApplication(-7), std::nullopt);
+    stage().crash("Editor");
+    EXPECT_TRUE(until([&] { return !polled(editor); }));
+    EXPECT_TRUE(polled(mail));
+}
+
+TEST_P(DesktopContract, LaunchesTellOnceAndLaterWhatBecameOfThem) {
+    if (!stage().can(Ability::launching)) GTEST_SKIP() << "nothing can be launched here";
+    stage().open(kPlan);
+    element("Plan");
+    const auto zebra = stage().install("Zebra"), abacus = stage().install("Abacus"), gone = stage().install("Gone");
+    std::vector<std::string> names;
+    for (const auto& application : applications().launchableApplications()) names.push_back(application.name);
+    EXPECT_TRUE(std::ranges::is_sorted(names));
+    EXPECT_TRUE(std::ranges::count(names, "Zebra") == 1 && std::ranges::count(names, "Abacus") == 1);
+    ASSERT_TRUE(abacus.bundleIdentifier);
+    EXPECT_EQ(applications().launchableApplication(*abacus.bundleIdentifier), abacus);
+    EXPECT_EQ(applications().launchableApplication("nobody.knows.this"), std::nullopt);
+
+    stage().uninstall("Gone");
+    std::vector<LaunchResult> results;
+    int failures = 0;
+    applications().launch(gone, LaunchActivation::activates, [&](const LaunchResult& result) {
+        ++failures;
+        EXPECT_TRUE(result.error && !result.error->empty());
+        EXPECT_FALSE(result.processIdentifier);
+    });
+    applications().launch(abacus, LaunchActivation::inBackground,
+                          [&](const LaunchResult& result) { results.push_back(result); });
+    EXPECT_TRUE(results.empty() && failures == 0) << "told before the call has returned";
+    ASSERT_TRUE(until([&] { return results.size() == 1 && failures == 1; }));
+    EXPECT_EQ(results[0].error, std::nullopt);
+    ASSERT_TRUE(results[0].processIdentifier);
+    const auto window = element("Abacus");
+    EXPECT_EQ(window.processIdentifier, *results[0].processIdentifier);
+
+    EXPECT_TRUE(applications().terminate(window.processIdentifier));
+    EXPECT_TRUE(until([&] { return !polled(window.processIdentifier); }));
+    applications().launch(zebra, LaunchActivation::activates, [](const LaunchResult&) {});
+    const pid_t process = element("Zebra").processIdentifier;
+    EXPECT_TRUE(applications().forceTerminate(process));
+    EXPECT_TRUE(until([&] { return !polled(process); }));
+    for (const pid_t nobody : {process, pid_t{0}, pid_t{-1}, applications().ownProcessIdentifier()}) {
+        EXPECT_FALSE(applications().forceTerminate(nobody)) << nobody;
+    }
+    EXPECT_EQ(results.size(), 1u);
+    EXPECT_EQ(failures, 1);
+}
+
+TEST_P(DesktopContract, DisplaysStartWithThePrimaryOneAndTellOfChanges) {
+    const auto screens = [&] { return stage().screens().screens(); };
+    ASSERT_FALSE(screens().empty());
+    const auto expectSound = [&] {
+        EXPECT_EQ(screens().front().frame.origin, (CGPoint{0, 0})) << "screen space begins at the first display";
+        std::vector<std::string> ids;
+        for (const Screen& screen : screens()) {
+            EXPECT_TRUE(containsWithin(screen.frame, screen.visibleFrame, 0)) << screen.localizedName;
+            EXPECT_FALSE(screen.localizedName.empty());
+            ids.push_back(displayID(screen));
+        }
+        std::ranges::sort(ids);
+        EXPECT_EQ(std::ranges::adjacent_find(ids), ids.end()) << "two displays share an id";
+    };
+    expectSound();
+    EXPECT_EQ(displayID(screens().front()), displayID(screens().front()));
+    if (!stage().can(Ability::pluggingInDisplays)) return;
+    stage().open(kPlan);
+    const auto plan = element("Plan");
+
+    int calls = 0, callsOnce = 0, callsDropped = 0;
+    bool isInOurHands = false;
+    const auto subscription = stage().screens().observeScreens([&] {
+        EXPECT_FALSE(isInOurHands) << "told inside somebody's call";
+        ++calls;
+    });
+    Subscription once = stage().screens().observeScreens([&] {
+        ++callsOnce;
+        once = Subscription();
+    });
+    {
+        const auto dropped = stage().screens().observeScreens([&] { ++callsDropped; });
+    }
+    const auto before = screens();
+    isInOurHands = true;
+    stage().plugInPrimaryDisplay();
+    isInOurHands = false;
+    EXPECT_TRUE(until([&] {
+        poll();
+        return calls > 0 && screens().size() > before.size() &&
+               displayID(screens().front()) != displayID(before.front());
+    }));
+    expectSound();
+    // Where windows are counts from the new first display.
+    EXPECT_TRUE(until([&] { return text(frameOf(plan)) == text(stage().frame("Plan")); }))
+        << text(frameOf(plan)) << " and not " << text(stage().frame("Plan"));
+    EXPECT_EQ(callsOnce, 1);
+    EXPECT_EQ(callsDropped, 0);
+}
+
+TEST_P(DesktopContract, EveryChangeThatAPollCouldSeeIsCountedAndAnnouncedOnce) {
+    if (!stage().changes().changeCount()) GTEST_SKIP() << "this desktop vouches for nothing";
+    stage().open(kPlan);
+    const pid_t mail = stage().open(kInbox);
+    const auto plan = element("Plan");
+    element("Inbox");
+    auto& changes = stage().changes();
+    std::uint64_t last = 0;
+    const auto rests = [&] {
+        return until([&] {
+            poll();
+            last = *changes.changeCount();
+            stage().runFor(Seconds(0.3));
+            poll();
+            return *changes.changeCount() == last;
+        });
+    };
+    struct Happening {
+        const char* name;
+        std::function<void()> happens;
+        bool isOurWish = false;
+    };
+    const std::vector<Happening> happenings = {
+        {"a title", [&] { stage().retitle("Plan", "Plan B"); }},
+        {"a frame", [&] { stage().moveByHand("Plan B", makeRect(90, 110, 430, 330)); }},
+        {"a new window",
+         [&] {
+             stage().open({"Editor", "Draft", makeRect(600, 50, 400, 300)});
+         }},
+        {"a closed window", [&] { stage().close("Draft"); }},
+        {"a hidden application", [&] { applications().hide(mail); }, true},
+        {"an application that comes back", [&] { applications().unhide(mail); }, true},
+        {"a wish that is granted",
+         [&] {
+             write(plan, {{Attribute::position, CGPoint{130, 140}}, {Attribute::size, CGSize{460, 340}}});
+         },
+         true},
+        {"a crash", [&] { stage().crash("Mail"); }},
+    };
+    for (const auto& [name, happens, isOurWish] : happenings) {
+        ASSERT_TRUE(rests()) << "before " << name;
+        int calls = 0, callsBefore = 0;
+        changes.notifyWhenChanged(last, [&] { ++callsBefore; });
+        changes.notifyWhenChanged(last, [&] { ++calls; });
+        happens();
+        EXPECT_TRUE(calls == 0 || !isOurWish) << name << " was told inside somebody's call";
+        EXPECT_TRUE(until([&] { return calls == 1 && *changes.changeCount() > last; })) << name;
+        ASSERT_TRUE(rests()) << "after " << name;
+        EXPECT_EQ(calls, 1) << name << " was told twice";
+        EXPECT_EQ(callsBefore, 0) << name << " was told to who waits no more";
+    }
+    int calls = 0;
+    changes.notifyWhenChanged(last, [&] { ++calls; });
+    changes.notifyWhenChanged(last, {});
+    stage().retitle("Plan B", "Plan C");
+    EXPECT_TRUE(until([&] { return *changes.changeCount() > last; }));
+    ASSERT_TRUE(rests());
+    EXPECT_EQ(calls, 0);
+    // Who asks too late is told at once, and yet not before the call has returned.
+    changes.notifyWhenChanged(last - 1, [&] { ++calls; });
+    EXPECT_EQ(calls, 0);
+    EXPECT_TRUE(until([&] { return calls == 1; }));
+}
+
+TEST_P(DesktopContract, AHandleKeepsTheHandUntilItLetsGo) {
+    if (!stage().can(Ability::usingTheMouse)) GTEST_SKIP() << "there is no mouse to move";
+    stage().open({"Editor", "Plan", makeRect(40, 50, 300, 300)});
+    element("Plan");
+    const double height = stage().screens().screens().front().frame.size.height;
+    std::string told, pointed;
+    const char* const words[] = {"press", "move", "release", "cancel", "double"};
+    const auto word = [&](auto kind) { return std::string(words[static_cast<int>(kind)]) + " "; };
+    const auto handles = stage().handles().observeHandles([&](const DividerHandleEvent& event) {
+        if (told.ends_with(word(event.kind)) && event.kind == DividerHandleEvent::Kind::moved) return;
+        told += (told.empty() ? event.handleID + ": " : "") + word(event.kind);
+    });
+    CGPoint last{};
+    Subscription pointer = stage().pointer().observePointer([&](const PointerEvent& event) {
+        last = event.location;
+        if (pointed.ends_with(word(event.kind)) && event.kind == PointerEvent::Kind::moved) return;
+        pointed += word(event.kind);
+    });
+    // Thin, but it can be taken hold of; in part below the window.
+    stage().handles().showHandles({{"divider", flipped(makeRect(199, 60, 2, 600), height), LayoutAxis::horizontal}});
+    stage().runFor(Seconds(0.2));
+    stage().moveHand({197, 500});
+    stage().press({197, 500});
+    EXPECT_TRUE(until([&] { return told == "divider: press "; })) << told;
+    for (const double x : {260.0, 700.0}) stage().moveHand({x, 420});
+    EXPECT_TRUE(until([&] { return told == "divider: press move "; })) << told;
+    stage().letGo();
+    EXPECT_TRUE(until([&] { return told == "divider: press move release "; })) << told;
+
+    // Movements count only while the button is down, in screen space; a window over the handle takes the press.
+    told.clear();
+    EXPECT_TRUE(until([&] { return pointed.ends_with("release "); })) << pointed;
+    pointed.clear();
+    stage().moveHand({150, 150});
+    stage().moveHand({199, 200});
+    stage().press({199, 200});
+    EXPECT_TRUE(until([&] { return pointed == "press "; })) << pointed;
+    EXPECT_EQ(text({last, {}}), text({flipped(CGPoint{199, 200}, height), {}}));
+    pointer = Subscription();
+    stage().letGo();
+    stage().handles().showHandles({});
+    stage().runFor(Seconds(0.1));
+    stage().moveHand({500, 600});
+    stage().moveHand({200, 500});
+    stage().press({200, 500});
+    stage().letGo();
+    stage().runFor(Seconds(0.3));
+    EXPECT_EQ(pointed, "press ") << "told after the subscription was dropped";
+    EXPECT_EQ(told, "");
+}
+
+} // namespace
+} // namespace kova::contract

@@ -1,0 +1,130 @@
+// The simulated desktop, virtual time and preferences in memory, held to the promises of the seam.
+#include "persistence/MemoryPreferencesStore.h"
+#include "platform/simulated/SimulatedDesktop.h"
+#include "tests/contract/ContractDesktop.h"
+#include "tests/contract/PreferencesContract.h"
+#include "tests/contract/QueueContract.h"
+
+#include <map>
+
+namespace kova::contract {
+namespace {
+
+class SimulatedStage final : public ContractDesktop {
+  public:
+    explicit SimulatedStage(HidingStyle style) {
+        desktop_.addDisplay({.name = "First", .size = {1280, 800}});
+        desktop_.setHidingStyle(style);
+        desktop_.queue().runDue();
+    }
+
+    pid_t open(const Opening& opening) override {
+        if (!desktop_.isRunning(opening.application)) desktop_.launch(opening.application);
+        const std::string label = desktop_.open(
+            opening.application,
+            {.frame = onDesktop(opening.frame), .title = opening.title, .minimumSize = opening.minimumSize});
+        labels_[opening.title] = label;
+        return desktop_.processIdentifier(opening.application);
+    }
+    void retitle(const std::string& title, const std::string& newTitle) override {
+        desktop_.setTitle(labels_.at(title), newTitle);
+        labels_[newTitle] = labels_.at(title);
+    }
+    void close(const std::string& title) override { desktop_.close(labels_.at(title)); }
+    void moveByHand(const std::string& title, const CGRect& frame) override {
+        desktop_.moveByHand(labels_.at(title), onDesktop(frame));
+    }
+    void minimizeByHand(const std::string& title) override { desktop_.minimizeByHand(labels_.at(title)); }
+    void crash(const std::string& application) override { desktop_.quit(application); }
+    CGRect frame(const std::string& title) override {
+        return desktop_.frameForWindowService(desktop_.window(labels_.at(title)));
+    }
+    void plugInPrimaryDisplay() override {
+        desktop_.addDisplay({.name = "Second", .size = {1920, 1080}});
+        desktop_.makeFirstDisplay("Second");
+    }
+    void withdrawPermission() override { desktop_.setTrusted(false); }
+    void press(CGPoint point) override { desktop_.pressAt(onDesktop({point, {}}).origin, HandGrip::nothing); }
+    void moveHand(CGPoint point) override { desktop_.moveHand(onDesktop({point, {}}).origin); }
+    void letGo() override { desktop_.letGo(); }
+    LaunchableApplication install(const std::string& name) override { return desktop_.install(name); }
+    void uninstall(const std::string& name) override { desktop_.uninstall(name); }
+
+    AccessibilityServicing& accessibility() override { return desktop_; }
+    ApplicationServicing& applications() override { return desktop_; }
+    ScreenServicing& screens() override { return desktop_; }
+    DesktopChangeServicing& changes() override { return desktop_; }
+    PointerMonitorServicing& pointer() override { return desktop_; }
+    DividerHandleServicing& handles() override { return desktop_; }
+
+    void onPollingQueue(const std::function<void()>& job) override {
+        bool isDone = false;
+        desktop_.pollingQueue().post([&] {
+            job();
+            isDone = true;
+        });
+        runUntil([&] { return isDone; });
+    }
+    bool runUntil(const std::function<bool()>& condition) override {
+        for (int i = 0; i < 400; ++i) {
+            desktop_.queue().runDue();
+            if (condition()) return true;
+            desktop_.queue().advance(Seconds(0.05));
+        }
+        return false;
+    }
+    void runFor(Seconds time) override { desktop_.queue().advance(time); }
+    std::vector<std::string> complaints() const override { return desktop_.brokenPromises(); }
+
+  private:
+    CGRect onDesktop(const CGRect& r) const {
+        const auto screens = desktop_.screens();
+        const CGPoint corner = desktop_.frameOfDisplay(screens.front().localizedName).origin;
+        return makeRect(minX(r) + corner.x, minY(r) + corner.y, r.size.width, r.size.height);
+    }
+
+    SimulatedDesktop desktop_;
+    std::map<std::string, std::string> labels_; // by title
+};
+
+Backend simulated(const std::string& name, HidingStyle style) {
+    return {name, "", [style] { return std::make_unique<SimulatedStage>(style); }};
+}
+
+INSTANTIATE_TEST_SUITE_P(Simulated, DesktopContract,
+                         ::testing::Values(simulated("Simulated", HidingStyle::hidesApplication),
+                                           simulated("SimulatedIconifying", HidingStyle::iconifiesWindows)),
+                         nameOf);
+
+class VirtualStage final : public QueueStage {
+  public:
+    MainQueue& queue() override { return queue_; }
+    void runFor(Seconds time) override { queue_.advance(time); }
+    std::unique_ptr<WorkQueue> worker() override { return std::make_unique<VirtualWorkQueue>(queue_); }
+    void beBusyFor(Seconds) override {} // no time passes inside a piece of virtual work
+
+  private:
+    VirtualMainQueue queue_;
+};
+
+INSTANTIATE_TEST_SUITE_P(Simulated, QueueContract,
+                         ::testing::Values(QueueBackend{"VirtualTime",
+                                                        [] { return std::make_unique<VirtualStage>(); }}),
+                         [](const auto& chosen) { return chosen.param.name; });
+
+class MemoryStage final : public PreferencesStage {
+  public:
+    PreferencesStore& store() override { return store_; }
+    void reopen() override {}
+
+  private:
+    MemoryPreferencesStore store_;
+};
+
+INSTANTIATE_TEST_SUITE_P(Simulated, PreferencesContract,
+                         ::testing::Values(PreferencesBackend{"Memory",
+                                                              [] { return std::make_unique<MemoryStage>(); }}),
+                         [](const auto& chosen) { return chosen.param.name; });
+
+} // namespace
+} // namespace kova::contract

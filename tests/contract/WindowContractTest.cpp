@@ -1,0 +1,293 @@
+// Windows: what is read of them, what becomes of wishes, and what is left of one that has gone.
+#include "tests/contract/ContractDesktop.h"
+
+namespace kova::contract {
+namespace {
+
+using Attribute = AccessibilityAttribute;
+using Elements = std::vector<AccessibilityElement>;
+
+const Opening kPlan{"Editor", "Plan", makeRect(40, 50, 500, 400), CGSize{300, 200}};
+const Opening kDraft{"Editor", "Draft", makeRect(600, 50, 500, 400)};
+const Opening kInbox{"Mail", "Inbox", makeRect(200, 200, 500, 400)};
+
+const std::vector<Attribute> kEverything = {
+    Attribute::windows, Attribute::focusedWindow, Attribute::frontmost,   Attribute::role,    Attribute::subrole,
+    Attribute::title,   Attribute::minimized,     Attribute::position,    Attribute::size,    Attribute::minSize,
+    Attribute::parent,  Attribute::main,          Attribute::minimumSize, Attribute::focused, Attribute::fullScreen};
+
+TEST_P(DesktopContract, AttributesComeInTheOrderAskedForWithGapsForWhatThereIsNot) {
+    const pid_t editor = stage().open(kPlan);
+    const auto plan = element("Plan");
+    const auto values = read(plan, {Attribute::title, Attribute::windows, Attribute::size, Attribute::role,
+                                    Attribute::frontmost, Attribute::title, Attribute::subrole, Attribute::minimized,
+                                    Attribute::fullScreen, Attribute::parent});
+    const auto application = accessibility().applicationElement(editor);
+    const CGSize size = stage().frame("Plan").size;
+    EXPECT_EQ(values, (std::vector<AttributeValue>{std::string("Plan"),
+                                                   {},
+                                                   size,
+                                                   std::string("AXWindow"),
+                                                   {},
+                                                   std::string("Plan"),
+                                                   std::string("AXStandardWindow"),
+                                                   false,
+                                                   false,
+                                                   application}));
+    // One at a time gives the same.
+    for (const Attribute attribute : kEverything) {
+        EXPECT_EQ(read(plan, attribute), read(plan, std::vector{attribute, Attribute::role}).front())
+            << attributeName(attribute);
+    }
+    EXPECT_TRUE(read(plan, std::vector<Attribute>{}).empty());
+
+    const auto least = read(plan, {Attribute::minSize, Attribute::minimumSize});
+    const auto* told = std::get_if<CGSize>(&least[0]) ? std::get_if<CGSize>(&least[0]) : std::get_if<CGSize>(&least[1]);
+    ASSERT_TRUE(told);
+    EXPECT_GE(told->width, 300); // with its decorations, if it has any
+    EXPECT_GE(told->height, 200);
+
+    EXPECT_EQ(application, (AccessibilityElement{editor, application.hash, nullptr}));
+    EXPECT_EQ(read(application, {Attribute::role, Attribute::windows, Attribute::position, Attribute::minimized}),
+              (std::vector<AttributeValue>{std::string("AXApplication"), Elements{plan}, {}, {}}));
+}
+
+TEST_P(DesktopContract, AnElementIsTheSameAsLongAsItsWindowLives) {
+    stage().open(kPlan);
+    stage().open(kInbox);
+    stage().open(kDraft);
+    const auto plan = element("Plan"), draft = element("Draft"), inbox = element("Inbox");
+    EXPECT_NE(plan, draft);
+    EXPECT_NE(plan, inbox);
+    EXPECT_EQ(plan.processIdentifier, draft.processIdentifier);
+
+    stage().retitle("Plan", "Plan B — “final”");
+    EXPECT_EQ(element("Plan B — “final”"), plan);
+    EXPECT_EQ(find("Plan"), std::nullopt);
+    stage().moveByHand("Plan B — “final”", makeRect(90, 120, 450, 350));
+    EXPECT_TRUE(until([&] { return frameOf(plan) && text(frameOf(plan)) == text(stage().frame("Plan B — “final”")); }));
+    write(plan, {{Attribute::minimized, true}});
+    EXPECT_TRUE(until([&] { return flag(plan, Attribute::minimized); }));
+    EXPECT_EQ(element("Plan B — “final”"), plan);
+
+    // A window that takes the place of one that closed is another one.
+    stage().close("Draft");
+    stage().open(kDraft);
+    EXPECT_TRUE(until([&] { return find("Draft") && find("Draft") != draft; }));
+}
+
+TEST_P(DesktopContract, WhatHasGoneHasNoValueAndHearsNoWish) {
+    const pid_t editor = stage().open(kPlan);
+    const pid_t mail = stage().open(kInbox);
+    stage().open(kDraft);
+    const auto plan = element("Plan"), draft = element("Draft"), inbox = element("Inbox");
+    const std::vector<AttributeValue> nothing(kEverything.size());
+    const auto wishInVain = [&](const AccessibilityElement& gone) {
+        write(gone, {{Attribute::position, CGPoint{1, 2}},
+                     {Attribute::size, CGSize{300, 200}},
+                     {Attribute::minimized, true},
+                     {Attribute::main, true},
+                     {Attribute::frontmost, true}});
+        accessibility().performAction(gone, AccessibilityAction::raise);
+        accessibility().flush();
+    };
+    stage().close("Plan");
+    EXPECT_TRUE(until([&] { return read(plan, kEverything) == nothing; }));
+    EXPECT_EQ(read(accessibility().applicationElement(editor), Attribute::windows), AttributeValue(Elements{draft}));
+    const auto before = frameOf(draft);
+    wishInVain(plan);
+
+    stage().crash("Mail");
+    EXPECT_TRUE(until([&] { return !polled(mail); }));
+    EXPECT_EQ(read(inbox, kEverything), nothing);
+    EXPECT_EQ(read(accessibility().applicationElement(mail), kEverything), nothing);
+    EXPECT_EQ(applications().runningApplication(mail), std::nullopt);
+    wishInVain(inbox);
+    wishInVain(accessibility().applicationElement(mail));
+    applications().hide(mail);
+    applications().unhide(mail);
+    applications().activate(mail);
+    EXPECT_FALSE(applications().terminate(mail));
+    EXPECT_FALSE(applications().forceTerminate(mail));
+
+    stage().runFor(Seconds(0.3));
+    EXPECT_EQ(text(frameOf(draft)), text(before)) << "somebody else's wish";
+    EXPECT_FALSE(flag(draft, Attribute::minimized));
+}
+
+TEST_P(DesktopContract, PlaceAndSizeAreWrittenTogetherOrAlone) {
+    stage().open(kPlan);
+    const auto plan = element("Plan");
+    // A desktop may need to be told twice, as whoever verifies a placement does.
+    const auto becomes = [&](const std::vector<AttributeWrite>& writes, const CGRect& wished) {
+        Seconds nextTry{0}, passed{0};
+        return until([&] {
+            if (passed >= nextTry) {
+                write(plan, writes);
+                nextTry += Seconds(0.3);
+            }
+            stage().runFor(Seconds(0.06));
+            passed += Seconds(0.06);
+            return text(stage().frame("Plan")) == text(wished) && text(frameOf(plan)) == text(wished);
+        });
+    };
+    EXPECT_TRUE(becomes({{Attribute::position, CGPoint{60, 70}}, {Attribute::size, CGSize{640, 420}}},
+                        makeRect(60, 70, 640, 420)))
+        << text(stage().frame("Plan")) << ", read as " << text(frameOf(plan));
+    EXPECT_TRUE(becomes({{Attribute::position, CGPoint{100, 110}}}, makeRect(100, 110, 640, 420)));
+    EXPECT_TRUE(becomes({{Attribute::size, CGSize{500, 380}}}, makeRect(100, 110, 500, 380)));
+    // The last of each counts.
+    EXPECT_TRUE(becomes({{Attribute::size, CGSize{900, 600}},
+                         {Attribute::position, CGPoint{20, 30}},
+                         {Attribute::size, CGSize{450, 360}},
+                         {Attribute::position, CGPoint{80, 90}}},
+                        makeRect(80, 90, 450, 360)));
+
+    // What cannot be written, or not with such a value, changes nothing.
+    write(plan, {{Attribute::title, std::string("Mine")},
+                 {Attribute::role, std::string("AXButton")},
+                 {Attribute::position, CGSize{1, 1}},
+                 {Attribute::size, true},
+                 {Attribute::minimized, std::string("yes")},
+                 {Attribute::fullScreen, {}}});
+    stage().runFor(Seconds(0.3));
+    EXPECT_EQ(text(stage().frame("Plan")), "80,90 450x360");
+    EXPECT_EQ(read(plan, {Attribute::title, Attribute::role, Attribute::minimized}),
+              (std::vector<AttributeValue>{std::string("Plan"), std::string("AXWindow"), false}));
+
+    // A window that refuses says where it really is.
+    write(plan, {{Attribute::size, CGSize{200, 120}}});
+    stage().runFor(Seconds(0.3));
+    EXPECT_TRUE(until([&] { return text(frameOf(plan)) == text(stage().frame("Plan")); }));
+    if (!stage().can(Ability::keepingMinimumSizes)) return;
+    EXPECT_GE(stage().frame("Plan").size.width, 300);
+    EXPECT_GE(stage().frame("Plan").size.height, 200);
+}
+
+TEST_P(DesktopContract, MinimizedAndHiddenWindowsAreOffTheScreenAndComeBack) {
+    const pid_t editor = stage().open(kPlan);
+    const pid_t mail = stage().open(kInbox);
+    stage().open(kDraft);
+    const auto plan = element("Plan"), draft = element("Draft");
+    const auto countOf = [&](pid_t process) {
+        std::size_t count = 0;
+        for (const auto& window : shown()) count += window.processIdentifier == process ? 1 : 0;
+        return count;
+    };
+    ASSERT_TRUE(until([&] { return countOf(editor) == 2 && countOf(mail) == 1; }));
+    const auto frameBefore = text(frameOf(plan));
+    write(plan, {{Attribute::minimized, true}});
+    EXPECT_TRUE(until([&] { return flag(plan, Attribute::minimized) && countOf(editor) == 1; }));
+    EXPECT_FALSE(flag(draft, Attribute::minimized));
+    EXPECT_FALSE(polled(editor)->isHidden) << "a minimized window hides no application";
+
+    // Hiding takes all that is left, and it is not minimized for that; unhiding brings back exactly those.
+    applications().hide(editor);
+    EXPECT_TRUE(until([&] { return polled(editor)->isHidden && countOf(editor) == 0; }));
+    EXPECT_FALSE(flag(draft, Attribute::minimized));
+    EXPECT_TRUE(flag(plan, Attribute::minimized));
+    EXPECT_EQ(countOf(mail), 1u);
+    applications().hide(editor); // once more
+    applications().unhide(editor);
+    EXPECT_TRUE(until([&] { return !polled(editor)->isHidden && countOf(editor) == 1; }));
+    EXPECT_TRUE(flag(plan, Attribute::minimized));
+    applications().unhide(editor);
+
+    write(plan, {{Attribute::minimized, false}});
+    EXPECT_TRUE(until([&] { return !flag(plan, Attribute::minimized) && countOf(editor) == 2; }));
+    EXPECT_TRUE(until([&] { return text(frameOf(plan)) == frameBefore; })) << text(frameOf(plan));
+
+    if (!stage().can(Ability::minimizingByHand)) return;
+    stage().minimizeByHand("Draft");
+    EXPECT_TRUE(until([&] { return flag(draft, Attribute::minimized) && countOf(editor) == 1; }));
+    write(draft, {{Attribute::minimized, false}});
+    EXPECT_TRUE(until([&] { return !flag(draft, Attribute::minimized) && countOf(editor) == 2; }));
+}
+
+TEST_P(DesktopContract, WhatIsRaisedIsInFrontByOrderAndByPlace) {
+    const pid_t editor = stage().open({"Editor", "Plan", makeRect(100, 100, 400, 300)});
+    const pid_t mail = stage().open({"Mail", "Inbox", makeRect(300, 200, 400, 300)});
+    const auto plan = element("Plan"), inbox = element("Inbox");
+    ASSERT_TRUE(until([&] { return shown().size() == 2; }));
+    for (const bool isPlanOnTop : {true, false, true}) {
+        const auto& top = isPlanOnTop ? plan : inbox;
+        accessibility().performAction(top, AccessibilityAction::raise);
+        applications().activate(top.processIdentifier);
+        accessibility().flush();
+        EXPECT_TRUE(until([&] {
+            const auto windows = shown();
+            return windows.size() == 2 && windows.front().processIdentifier == top.processIdentifier &&
+                   titleAt({400, 300}) == (isPlanOnTop ? "Plan" : "Inbox");
+        }));
+    }
+    const auto windows = shown();
+    ASSERT_EQ(windows.size(), 2u);
+    EXPECT_EQ(windows[0].processIdentifier, editor);
+    EXPECT_EQ(windows[1].processIdentifier, mail);
+    EXPECT_EQ(text(windows[0].bounds), text(stage().frame("Plan")));
+    EXPECT_EQ(text(windows[1].bounds), text(stage().frame("Inbox")));
+
+    // The near edges belong to a window, the far ones do not.
+    const CGRect r = stage().frame("Inbox");
+    EXPECT_EQ(titleAt({maxX(r) - 1, maxY(r) - 1}), "Inbox");
+    EXPECT_EQ(titleAt({maxX(r), maxY(r)}), "");
+    EXPECT_EQ(titleAt({maxX(r) + 200, maxY(r) + 100}), "");
+    EXPECT_EQ(titleAt({minX(stage().frame("Plan")), minY(stage().frame("Plan"))}), "Plan");
+    EXPECT_EQ(titleAt({-5000, -5000}), "");
+    stage().close("Plan");
+    EXPECT_TRUE(until([&] { return shown().size() == 1 && titleAt({400, 300}) == "Inbox"; }));
+}
+
+TEST_P(DesktopContract, OneApplicationHasTheKeyboardAndOneOfItsWindows) {
+    const pid_t editor = stage().open(kPlan);
+    const pid_t mail = stage().open(kInbox);
+    stage().open(kDraft);
+    const auto plan = element("Plan"), draft = element("Draft"), inbox = element("Inbox");
+    for (const auto& chosen : {plan, inbox, draft, plan}) {
+        const auto application = accessibility().applicationElement(chosen.processIdentifier);
+        const auto insist = [&] {
+            write(application, {{Attribute::frontmost, true}});
+            write(chosen, {{Attribute::main, true}, {Attribute::focused, true}});
+            accessibility().performAction(chosen, AccessibilityAction::raise);
+            applications().activate(chosen.processIdentifier);
+            accessibility().flush();
+        };
+        insist();
+        EXPECT_TRUE(until([&] {
+            return applications().frontmostApplication() == chosen.processIdentifier &&
+                   read(application, Attribute::focusedWindow) == AttributeValue(chosen);
+        })) << chosen.hash;
+        EXPECT_TRUE(until([&] { return flag(chosen, Attribute::main) && flag(application, Attribute::frontmost); }));
+        const pid_t other = chosen.processIdentifier == editor ? mail : editor;
+        EXPECT_FALSE(flag(accessibility().applicationElement(other), Attribute::frontmost));
+    }
+    EXPECT_FALSE(flag(draft, Attribute::main));
+    // The keyboard goes on when its window leaves.
+    write(plan, {{Attribute::minimized, true}});
+    EXPECT_TRUE(until([&] {
+        return read(accessibility().applicationElement(editor), Attribute::focusedWindow) == AttributeValue(draft);
+    }));
+}
+
+TEST_P(DesktopContract, WithoutPermissionNothingIsKnownAndNothingDone) {
+    stage().open(kPlan);
+    const auto plan = element("Plan");
+    EXPECT_TRUE(accessibility().isProcessTrusted());
+    EXPECT_TRUE(accessibility().requestTrust(true));
+    ASSERT_EQ(titleAt({100, 200}), "Plan");
+    if (!stage().can(Ability::withdrawingPermission)) return;
+    stage().withdrawPermission();
+    EXPECT_TRUE(until([&] { return !accessibility().isProcessTrusted(); }));
+    EXPECT_FALSE(accessibility().requestTrust(false));
+    const std::vector<AttributeValue> nothing(kEverything.size());
+    EXPECT_EQ(read(plan, kEverything), nothing);
+    EXPECT_EQ(read(accessibility().applicationElement(plan.processIdentifier), kEverything), nothing);
+    EXPECT_EQ(accessibility().elementAtPosition({100, 200}), std::nullopt);
+    write(plan, {{Attribute::position, CGPoint{1, 2}}, {Attribute::minimized, true}});
+    accessibility().performAction(plan, AccessibilityAction::raise);
+    accessibility().flush();
+    stage().runFor(Seconds(0.1));
+}
+
+} // namespace
+} // namespace kova::contract

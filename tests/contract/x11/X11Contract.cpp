@@ -1,0 +1,286 @@
+// Desktops on X11, with a window manager and without one, held to the promises of the seam; and what Linux brings
+// beside them.
+#include "platform/linux/DesktopLauncher.h"
+#include "platform/linux/EventLoop.h"
+#include "platform/linux/FilePreferencesStore.h"
+#include "platform/linux/SerialWorkQueue.h"
+#include "platform/x11/X11Desktop.h"
+#include "tests/contract/ContractDesktop.h"
+#include "tests/contract/PreferencesContract.h"
+#include "tests/contract/QueueContract.h"
+#include "tests/desktop/PrivateServer.h"
+#include "tests/desktop/TestClient.h"
+#include "tests/linux/TemporaryFolder.h"
+
+#include <xcb/randr.h>
+#include <xcb/xcbext.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <cstdlib>
+#include <map>
+#include <thread>
+
+namespace kova::contract {
+namespace {
+
+using testing::ChildProcess;
+using testing::Manager;
+using testing::PrivateServer;
+using testing::TestClient;
+
+constexpr std::uint16_t kScreenWidth = 1280, kScreenHeight = 800, kSecondAt = 800;
+
+class X11Stage final : public ContractDesktop {
+  public:
+    explicit X11Stage(Manager manager) : manager_(manager), server_("1280x800") {
+        // What is launched inherits them.
+        setenv("DISPLAY", server_.displayName().c_str(), 1);
+        watcher_ = std::make_unique<TestClient>(server_.displayName(), "Watcher", 1);
+        if (manager == Manager::openbox) {
+            server_.startManager();
+            EXPECT_TRUE(watcher_->waitForManager());
+        }
+        auto opened = X11Desktop::open({.displayName = server_.displayName(),
+                                        .hiddenWindowsFile = server_.folder() + "/hidden.json",
+                                        .launcher = &launcher_,
+                                        .patienceAtTheEnd = Seconds(10)},
+                                       loop_, catalogue_);
+        if (const auto* reason = std::get_if<std::string>(&opened)) throw std::runtime_error(*reason);
+        desktop_ = std::move(std::get<0>(opened));
+        desktop_->listen(
+            [this](int descriptor, auto readable) { return loop_.watchReadable(descriptor, std::move(readable)); },
+            [this] { EXPECT_TRUE(isEnding_) << "the connection was lost"; });
+    }
+
+    bool can(Ability ability) const override {
+        return manager_ == Manager::openbox ||
+               (ability != Ability::minimizingByHand && ability != Ability::keepingMinimumSizes);
+    }
+    pid_t open(const Opening& opening) override {
+        auto& application = applications_[opening.application];
+        if (!application.client) {
+            application.process = ++lastProcess_;
+            application.client = std::make_unique<TestClient>(server_.displayName(), opening.application,
+                                                              static_cast<std::uint32_t>(application.process));
+        }
+        TestClient& client = *application.client;
+        const auto window = client.open(
+            {.title = opening.title, .frame = opening.frame, .minimumSize = opening.minimumSize, .knowsDelete = true});
+        windows_[opening.title] = {&client, window};
+        // Its window manager has taken it in, decorated it, and put it where it likes.
+        const auto isSettled = [&] {
+            const auto listed = client.numbers(client.root(), "_NET_CLIENT_LIST");
+            return manager_ == Manager::none || (std::ranges::find(listed, window) != listed.end() &&
+                                                 !client.numbers(window, "_NET_FRAME_EXTENTS").empty());
+        };
+        EXPECT_TRUE(runUntil([&] { return isSettled() && client.isViewable(window); }));
+        moveByHand(opening.title, opening.frame);
+        return application.process;
+    }
+    void retitle(const std::string& title, const std::string& newTitle) override {
+        const auto known = windows_.at(title);
+        known.client->setTitle(known.window, newTitle);
+        windows_.erase(title);
+        windows_[newTitle] = known;
+    }
+    void close(const std::string& title) override {
+        const auto known = windows_.at(title);
+        known.client->destroy(known.window);
+        windows_.erase(title);
+    }
+    void moveByHand(const std::string& title, const CGRect& frame) override {
+        const auto [client, window] = windows_.at(title);
+        const auto edges = client->numbers(window, "_NET_FRAME_EXTENTS"); // left, right, top, bottom
+        CGRect area = frame;
+        if (edges.size() == 4) {
+            area.size.width -= edges[0] + edges[1];
+            area.size.height -= edges[2] + edges[3];
+        }
+        client->configure(window, area);
+        EXPECT_TRUE(runUntil([&, client = client] {
+            return std::abs(this->frame(title).size.width - frame.size.width) < 1 || client == nullptr;
+        }));
+    }
+    void minimizeByHand(const std::string& title) override {
+        const auto [client, window] = windows_.at(title);
+        xcb_client_message_event_t message{};
+        message.response_type = XCB_CLIENT_MESSAGE;
+        message.format = 32;
+        message.window = window;
+        message.type = client->atom("WM_CHANGE_STATE");
+        message.data.data32[0] = 3; // iconic
+        xcb_send_event(client->connection(), 0, client->root(),
+                       XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                       reinterpret_cast<const char*>(&message));
+        client->sync();
+    }
+    void crash(const std::string& application) override {
+        TestClient* ending = applications_.at(application).client.get();
+        std::erase_if(windows_, [&](const auto& entry) { return entry.second.client == ending; });
+        applications_.erase(application);
+    }
+    CGRect frame(const std::string& title) override {
+        const auto [client, window] = windows_.at(title);
+        const CGRect outer = client->outerFrame(window);
+        return makeRect(minX(outer) - firstDisplayX_, minY(outer), outer.size.width, outer.size.height);
+    }
+    void plugInPrimaryDisplay() override {
+        addMonitor("LEFT", false, 0, kSecondAt);
+        addMonitor("RIGHT", true, kSecondAt, kScreenWidth - kSecondAt);
+        firstDisplayX_ = kSecondAt;
+    }
+    /// Here it goes with the connection.
+    void withdrawPermission() override {
+        isEnding_ = true;
+        server_.end();
+    }
+    void press(CGPoint point) override { mouse({"mousemove", number(point.x), number(point.y), "mousedown", "1"}); }
+    void moveHand(CGPoint point) override { mouse({"mousemove", number(point.x), number(point.y)}); }
+    void letGo() override { mouse({"mouseup", "1"}); }
+    LaunchableApplication install(const std::string& name) override {
+        home_.write("data/applications/org.test." + name + ".desktop",
+                    "[Desktop Entry]\nType=Application\nName=" + name + "\nStartupWMClass=" + name +
+                        "\nExec=xterm -class " + name + " -T " + name + " -e sleep 1000\n");
+        const auto known = catalogue_.launchableApplication("org.test." + name);
+        EXPECT_TRUE(known) << name;
+        return known.value_or(LaunchableApplication{});
+    }
+    void uninstall(const std::string& name) override {
+        std::filesystem::remove(home_.path() / ("data/applications/org.test." + name + ".desktop"));
+    }
+
+    AccessibilityServicing& accessibility() override { return *desktop_; }
+    ApplicationServicing& applications() override { return *desktop_; }
+    ScreenServicing& screens() override { return *desktop_; }
+    DesktopChangeServicing& changes() override { return *desktop_; }
+    PointerMonitorServicing& pointer() override { return *desktop_; }
+    DividerHandleServicing& handles() override { return *desktop_; }
+
+    void onPollingQueue(const std::function<void()>& job) override {
+        std::atomic<bool> isDone = false;
+        std::thread polling([&] {
+            job();
+            isDone = true;
+        });
+        while (!isDone) runFor(Seconds(0.002));
+        polling.join();
+    }
+    bool runUntil(const std::function<bool()>& condition) override {
+        const Seconds end = loop_.uptime() + Seconds(20);
+        while (!condition()) {
+            if (loop_.uptime() > end) return false;
+            runFor(Seconds(0.005));
+        }
+        return true;
+    }
+    void runFor(Seconds time) override {
+        loop_.after(time, [this] { loop_.quit(0); });
+        loop_.run();
+    }
+
+  private:
+    struct Application {
+        std::unique_ptr<TestClient> client;
+        pid_t process = 0;
+    };
+    struct Window {
+        TestClient* client = nullptr;
+        xcb_window_t window = 0;
+    };
+
+    static std::string number(double value) { return std::to_string(std::lround(value)); }
+    void mouse(std::vector<std::string> command) {
+        command.insert(command.begin(), "xdotool");
+        ASSERT_EQ(server_.start(command).wait(), 0);
+    }
+    /// The library's own way to write this request trips over records without outputs.
+    void addMonitor(const char* name, bool isPrimary, std::uint16_t x, std::uint16_t width) {
+        struct {
+            xcb_randr_set_monitor_request_t request{};
+            xcb_randr_monitor_info_t monitor{};
+        } whole;
+        whole.request.window = watcher_->root();
+        whole.monitor.name = watcher_->atom(name);
+        whole.monitor.primary = isPrimary;
+        whole.monitor.x = static_cast<std::int16_t>(x);
+        whole.monitor.width = width;
+        whole.monitor.height = kScreenHeight;
+        whole.monitor.width_in_millimeters = whole.monitor.height_in_millimeters = 300;
+        iovec parts[3] = {{}, {}, {&whole, sizeof whole}};
+        const xcb_protocol_request_t protocol = {1, &xcb_randr_id, XCB_RANDR_SET_MONITOR, 1};
+        xcb_send_request(watcher_->connection(), 0, parts + 2, &protocol);
+        watcher_->sync();
+    }
+
+    const Manager manager_;
+    TemporaryFolder home_;
+    PrivateServer server_;
+    std::unique_ptr<TestClient> watcher_;
+    EventLoop loop_;
+    DesktopEntries catalogue_{XdgFolders{.configHome = home_.path() / "config",
+                                         .stateHome = home_.path() / "state",
+                                         .dataHome = home_.path() / "data",
+                                         .dataFolders = {},
+                                         .runtime = std::nullopt},
+                              "C"};
+    DesktopLauncher launcher_{catalogue_, loop_};
+    std::unique_ptr<X11Desktop> desktop_;
+    std::map<std::string, Application> applications_;
+    std::map<std::string, Window> windows_;
+    pid_t lastProcess_ = 4000; // there need be no such process
+    double firstDisplayX_ = 0;
+    bool isEnding_ = false;
+};
+
+Backend onX11(const std::string& name, Manager manager) {
+    return {name, PrivateServer::isInstalled() ? "" : "Xvfb is not installed",
+            [manager] { return std::make_unique<X11Stage>(manager); }};
+}
+
+INSTANTIATE_TEST_SUITE_P(X11, DesktopContract,
+                         ::testing::Values(onX11("Openbox", Manager::openbox), onX11("NoManager", Manager::none)),
+                         nameOf);
+
+class EventLoopStage final : public QueueStage {
+  public:
+    MainQueue& queue() override { return loop_; }
+    void runFor(Seconds time) override {
+        loop_.after(time, [this] { loop_.quit(0); });
+        loop_.run();
+    }
+    std::unique_ptr<WorkQueue> worker() override { return std::make_unique<SerialWorkQueue>("worker"); }
+    void beBusyFor(Seconds time) override { std::this_thread::sleep_for(time); }
+
+  private:
+    EventLoop loop_;
+};
+
+INSTANTIATE_TEST_SUITE_P(Linux, QueueContract,
+                         ::testing::Values(QueueBackend{"EventLoop",
+                                                        [] { return std::make_unique<EventLoopStage>(); }}),
+                         [](const auto& chosen) { return chosen.param.name; });
+
+class FileStage final : public PreferencesStage {
+  public:
+    FileStage() { reopen(); }
+    PreferencesStore& store() override { return *store_; }
+    void reopen() override {
+        store_.reset();
+        store_ = std::make_unique<FilePreferencesStore>(folder_.path() / "preferences.json", loop_, disk_);
+    }
+
+  private:
+    TemporaryFolder folder_;
+    EventLoop loop_;
+    SerialWorkQueue disk_{"disk"};
+    std::unique_ptr<FilePreferencesStore> store_;
+};
+
+INSTANTIATE_TEST_SUITE_P(Linux, PreferencesContract,
+                         ::testing::Values(PreferencesBackend{"File", [] { return std::make_unique<FileStage>(); }}),
+                         [](const auto& chosen) { return chosen.param.name; });
+
+} // namespace
+} // namespace kova::contract
