@@ -82,7 +82,7 @@ The log is ~/Library/Logs/KOVA/agent.log, the preferences are in the user's defa
         dispatch_source_set_event_handler(source, ^{
           // A second signal, of someone who lost patience, ends the process as it would any other.
           for (const int each : {SIGTERM, SIGINT, SIGHUP}) std::signal(each, SIG_DFL);
-          kova::quitMacAgent();
+          kova::macos::contained(kova::quitMacAgent);
         });
         dispatch_resume(source);
         [_stopSignals addObject:source];

@@ -106,27 +106,33 @@ std::vector<AttributeValue> MacAccessibility::readAttributes(const Accessibility
     return values;
 }
 
+bool MacAccessibility::switchOffEnhancedInterface(pid_t process, const void* application) const {
+    const auto target = static_cast<AXUIElementRef>(application);
+    const auto name = (__bridge CFStringRef)kEnhancedUserInterface;
+    Owned<CFTypeRef> present;
+    ask(process, [&] { return AXUIElementCopyAttributeValue(target, name, present.receiver()); });
+    if (seamValue(present.get()) != AttributeValue(true)) return false;
+    return ask(process, [&] { return AXUIElementSetAttributeValue(target, name, kCFBooleanFalse); }) == kAXErrorSuccess;
+}
+
 void MacAccessibility::writeAttributes(const AccessibilityElement& element, std::span<const AttributeWrite> writes) {
     @autoreleasepool {
+        const pid_t process = element.processIdentifier;
         const auto target = systemElement(element);
-        const auto application = systemElement(applicationElement(element.processIdentifier));
-        const auto enhanced = (__bridge CFStringRef)kEnhancedUserInterface;
-        Owned<CFTypeRef> before;
-        if (concernsFrame(writes)) {
-            ask(element.processIdentifier,
-                [&] { return AXUIElementCopyAttributeValue(application.get(), enhanced, before.receiver()); });
-        }
-        const bool isEnhanced = seamValue(before.get()) == AttributeValue(true);
-        if (isEnhanced) AXUIElementSetAttributeValue(application.get(), enhanced, kCFBooleanFalse);
+        const auto application = systemElement(applicationElement(process));
+        const bool wasEnhanced = concernsFrame(writes) && switchOffEnhancedInterface(process, application.get());
         for (const auto& write : writes) {
             const auto value = systemValue(write.value);
             if (!value) continue;
             NSString* name = nsString(attributeName(write.attribute));
-            ask(element.processIdentifier,
+            ask(process,
                 [&] { return AXUIElementSetAttributeValue(target.get(), (__bridge CFStringRef)name, value.get()); });
         }
         // Also when the application fell silent meanwhile: whoever needs it would miss it for good.
-        if (isEnhanced) AXUIElementSetAttributeValue(application.get(), enhanced, kCFBooleanTrue);
+        if (wasEnhanced) {
+            AXUIElementSetAttributeValue(application.get(), (__bridge CFStringRef)kEnhancedUserInterface,
+                                         kCFBooleanTrue);
+        }
     }
 }
 

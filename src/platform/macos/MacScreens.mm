@@ -38,8 +38,15 @@ std::vector<Screen> MacScreens::screens() const {
 }
 
 Subscription MacScreens::observeScreens(std::function<void()> changed) {
+    // The system also tells of changes that are none to us, such as those of a colour profile.
+    auto compared = [this, last = screens(), changed = std::move(changed)]() mutable {
+        auto now = screens();
+        if (now == last) return;
+        last = std::move(now);
+        changed();
+    };
     return observeNotification(NSNotificationCenter.defaultCenter, NSApplicationDidChangeScreenParametersNotification,
-                               std::move(changed));
+                               std::move(compared));
 }
 
 std::optional<CGPoint> MacScreens::pointerLocation() const {

@@ -10,19 +10,19 @@
 @end
 
 @implementation KOVANotificationTarget {
-    std::function<void()> _observer;
+    std::shared_ptr<std::function<void()>> _observer;
 }
 
 - (instancetype)initWithObserver:(std::function<void()>)observer {
     self = [super init];
-    if (self) _observer = std::move(observer);
+    if (self) _observer = std::make_shared<std::function<void()>>(std::move(observer));
     return self;
 }
 
 - (void)heard:(NSNotification*)__unused notification {
     kova::macos::contained([&] {
         const auto observer = self->_observer; // which may end this registration
-        observer();
+        (*observer)();
     });
 }
 
