@@ -287,6 +287,15 @@ std::string wrapped(std::string_view text) {
 
 } // namespace
 
+std::vector<Taking> takingsOf(const Verb& verb) {
+    std::vector<Taking> all;
+    for (const Option& option : kOptions) {
+        if (!takes(verb, option)) continue;
+        all.push_back({option.takenBy, option.flag, option.value, option.meaning, isRequired(option)});
+    }
+    return all;
+}
+
 std::variant<Arguments, ParseEnd> parse(const Verb& verb, std::span<char* const> words) {
     return Parser(verb, words).parse();
 }

@@ -6,7 +6,9 @@
 
 #include <span>
 #include <string>
+#include <string_view>
 #include <variant>
+#include <vector>
 
 namespace kova::cli {
 
@@ -15,6 +17,17 @@ struct ParseEnd {
     ExitCode code = ExitCode::wrongUsage;
     std::string text;
 };
+
+/// One thing that a verb takes. Without a flag it is a word by itself; without a value it is there or not.
+struct Taking {
+    unsigned takenBy = 0; // of `Takes`; all bits for what belongs to every verb
+    std::string_view flag;
+    std::string_view value;
+    std::string_view meaning;
+    bool isRequired = false;
+};
+/// What the verb takes: words by themselves in their order.
+std::vector<Taking> takingsOf(const Verb& verb);
 
 std::variant<Arguments, ParseEnd> parse(const Verb& verb, std::span<char* const> words);
 std::string help(const Verb& verb);

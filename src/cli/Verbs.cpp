@@ -6,6 +6,7 @@
 #include "cli/SceneOutput.h"
 #include "cli/ThemeOutput.h"
 
+#include <algorithm>
 #include <array>
 
 namespace kova::cli {
@@ -238,6 +239,11 @@ std::string listed(const Verb& verb) {
 
 std::span<const Verb> verbs() {
     return kVerbs;
+}
+
+const Verb* verbNamed(std::string_view name) {
+    const auto* found = std::find_if(kVerbs.begin(), kVerbs.end(), [&](const Verb& verb) { return verb.name == name; });
+    return found == kVerbs.end() ? nullptr : found;
 }
 
 std::string overview() {

@@ -58,6 +58,8 @@ struct Verb {
 };
 
 std::span<const Verb> verbs();
+/// Null when there is none.
+const Verb* verbNamed(std::string_view name);
 
 /// "kova", the verbs and what they do.
 std::string overview();

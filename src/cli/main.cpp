@@ -1,6 +1,7 @@
 // The command line: finds the verb, asks the agent, prints the answer. It starts in less time than the agent needs to
 // answer, so nothing is built that the verb at hand does not use.
 #include "cli/ApplicationVerbs.h"
+#include "cli/Completion.h"
 #include "cli/DocumentVerbs.h"
 #include "cli/Output.h"
 #include "cli/Parser.h"
@@ -115,13 +116,6 @@ ExitCode run(const Verb& verb, const Arguments& arguments) {
     return ExitCode::done;
 }
 
-/// Null when there is none.
-const Verb* verbNamed(std::string_view name) {
-    const auto all = verbs();
-    const auto found = std::find_if(all.begin(), all.end(), [&](const Verb& verb) { return verb.name == name; });
-    return found == all.end() ? nullptr : &*found;
-}
-
 /// What a menu does with the program: there is an agent afterwards. It takes the place of this process.
 ExitCode startAgent(const Arguments& arguments) {
     auto connected = Agent::connect();
@@ -174,6 +168,7 @@ ExitCode runCommand(std::span<char* const> words) {
     if (words.empty()) return write(STDERR_FILENO, overview()), ExitCode::wrongUsage;
     if (std::string_view(words[0]) == "--version")
         return write(STDOUT_FILENO, "kova " KOVA_VERSION "\n"), ExitCode::done;
+    if (std::string_view(words[0]) == "--complete") return runComplete(words.subspan(1));
     if (asksForHelp(words[0])) return showHelp(words.subspan(1));
 
     const auto [verb, count] = findVerb(words);

@@ -21,12 +21,12 @@ namespace kova {
 class RunningCommand {
   public:
     RunningCommand(const std::vector<std::string>& arguments, const std::vector<std::string>& environment,
-                   std::function<void()> turn) :
+                   std::function<void()> turn, const char* program = KOVA_COMMAND) :
         turn_(std::move(turn)) {
         if (pipe2(out_.data(), O_CLOEXEC | O_NONBLOCK) != 0 || pipe2(err_.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
             throw std::runtime_error("no pipe");
         }
-        std::vector<char*> words{const_cast<char*>(KOVA_COMMAND)};
+        std::vector<char*> words{const_cast<char*>(program)};
         for (const auto& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
         words.push_back(nullptr);
         std::vector<char*> variables;
@@ -36,11 +36,11 @@ class RunningCommand {
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_adddup2(&actions, out_[1], STDOUT_FILENO);
         posix_spawn_file_actions_adddup2(&actions, err_[1], STDERR_FILENO);
-        const int error = posix_spawn(&process_, KOVA_COMMAND, &actions, nullptr, words.data(), variables.data());
+        const int error = posix_spawnp(&process_, program, &actions, nullptr, words.data(), variables.data());
         posix_spawn_file_actions_destroy(&actions);
         close(out_[1]);
         close(err_[1]);
-        if (error != 0) throw std::runtime_error("cannot run " KOVA_COMMAND);
+        if (error != 0) throw std::runtime_error(std::string("cannot run ") + program);
     }
     ~RunningCommand() {
         stop();

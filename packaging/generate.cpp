@@ -1,0 +1,156 @@
+// Writes what is made of the program's own tables when it is built, so that neither can say anything else: the desktop
+// entry of the intents, and in the manual pages the verbs and the methods.
+//
+//   kova-generate desktop-entry
+//   kova-generate manual TEMPLATE    a page in which .KOVA-VERBS and .KOVA-METHODS stand for the tables
+#include "cli/Parser.h"
+#include "cli/Verbs.h"
+#include "commands/Intents.h"
+#include "support/Version.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace {
+
+using namespace kova;
+
+std::string replaced(std::string text, std::string_view what, std::string_view by) {
+    for (std::size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += by.size()) {
+        text.replace(at, what.size(), by);
+    }
+    return text;
+}
+
+/// "arrange" of "kova://action/arrange".
+std::string_view lastPart(std::string_view url) {
+    return url.substr(url.rfind('/') + 1);
+}
+
+/// What a program is to be started with, as one word of an Exec line.
+std::string execWord(std::string_view word) {
+    return replaced(std::string(word), "%", "%%");
+}
+
+std::string desktopEntry() {
+    std::string actions;
+    std::string groups;
+    for (const AppShortcut& shortcut : kAppShortcuts) {
+        const std::string id(lastPart(shortcut.intent.url));
+        actions += id + ";";
+        groups += "\n[Desktop Action " + id + "]\nName=" + std::string(shortcut.shortTitle) + "\nExec=kova open " +
+                  execWord(shortcut.intent.url) + "\n";
+    }
+    const std::string scheme(kArrangeIntent.url.substr(0, kArrangeIntent.url.find(':')));
+    return "[Desktop Entry]\n"
+           "Type=Application\n"
+           "Version=1.4\n"
+           "Name=KOVA\n"
+           "GenericName=Window Tiling\n"
+           "Comment=" KOVA_DESCRIPTION "\n"
+           "Exec=kova open %u\n"
+           "TryExec=kova\n"
+           "Icon=kova\n"
+           "Terminal=false\n"
+           "StartupNotify=false\n"
+           "Categories=Utility;\n"
+           "Keywords=windows;tiling;layout;workspace;\n"
+           "MimeType=x-scheme-handler/" +
+           scheme + ";\nActions=" + actions + "\n" + groups;
+}
+
+/// The text as the manual's formatter takes it, wherever it stands in a line but at its beginning.
+std::string forManual(std::string_view text) {
+    std::string out = replaced(std::string(text), "\\", "\\e");
+    out = replaced(std::move(out), "-", "\\-");
+    out = replaced(std::move(out), "“", "\\(lq");
+    out = replaced(std::move(out), "”", "\\(rq");
+    out = replaced(std::move(out), "'", "\\(aq");
+    return out;
+}
+
+/// "put every window into a tile" as a sentence.
+std::string sentence(std::string_view summary) {
+    std::string out = forManual(summary) + ".";
+    if (out[0] >= 'a' && out[0] <= 'z') out[0] = static_cast<char>(out[0] - 'a' + 'A');
+    return out;
+}
+
+std::string optionForManual(const cli::Taking& taking) {
+    std::string out;
+    if (!taking.flag.empty()) out += "\\fB" + forManual(taking.flag) + "\\fR";
+    if (!taking.flag.empty() && !taking.value.empty()) out += " ";
+    if (!taking.value.empty()) out += "\\fI" + forManual(taking.value) + "\\fR";
+    return out;
+}
+
+/// Whether every verb takes it; such options stand on the page once.
+bool belongsToEveryVerb(const cli::Taking& taking) {
+    return taking.takenBy == ~0U;
+}
+
+std::string verbs() {
+    std::string out;
+    for (const cli::Verb& verb : cli::verbs()) {
+        std::string usage = "\\fBkova " + forManual(verb.name) + "\\fR";
+        std::string options;
+        for (const cli::Taking& taking : cli::takingsOf(verb)) {
+            if (belongsToEveryVerb(taking)) continue;
+            const std::string option = optionForManual(taking);
+            usage += taking.isRequired ? " " + option : " [" + option + "]";
+            options += ".TP\n" + option + "\n" + forManual(taking.meaning) + "\n";
+        }
+        out += ".SS " + usage + "\n" + sentence(verb.summary) + "\n" + forManual(verb.description) + "\n" + options;
+        out += ".PP\nExamples:\n.PP\n.RS 4\n.nf\n" + forManual(verb.examples) + "\n.fi\n.RE\n";
+    }
+    return out;
+}
+
+std::string methods() {
+    std::string out;
+    for (const cli::Verb& verb : cli::verbs()) {
+        out += ".TP\n\\fB" + forManual(verb.method) + "\\fR\n" + forManual(verb.summary) + " (\\fBkova " +
+               forManual(verb.name) + "\\fR)\n";
+    }
+    return out;
+}
+
+std::string manual(const char* file) {
+    std::ifstream stream(file);
+    if (!stream) throw std::runtime_error(std::string("cannot read ") + file);
+    std::string out;
+    for (std::string line; std::getline(stream, line);) {
+        if (line == ".KOVA-VERBS") {
+            out += verbs();
+        } else if (line == ".KOVA-METHODS") {
+            out += methods();
+        } else {
+            out += replaced(line, "@VERSION@", KOVA_VERSION) + "\n";
+        }
+    }
+    return out;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const std::string_view what = argc > 1 ? argv[1] : "";
+    try {
+        if (what == "desktop-entry" && argc == 2) {
+            std::cout << desktopEntry();
+        } else if (what == "manual" && argc == 3) {
+            std::cout << manual(argv[2]);
+        } else {
+            std::cerr << "usage: kova-generate desktop-entry | manual TEMPLATE\n";
+            return 2;
+        }
+    } catch (const std::exception& error) {
+        std::cerr << "kova-generate: " << error.what() << "\n";
+        return EXIT_FAILURE;
+    }
+    return std::cout.flush() ? EXIT_SUCCESS : EXIT_FAILURE;
+}
