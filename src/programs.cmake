@@ -33,3 +33,5 @@ if(APPLE)
   add_executable(kova-agent ${agent_sources})
   target_link_libraries(kova-agent PRIVATE kova_control kova_platform_macos kova_platform_posix kova_app)
 endif()
+
+include(${PROJECT_SOURCE_DIR}/packaging/macos/bundle.cmake)

@@ -1,0 +1,74 @@
+# KOVA.app: the agent with its icon, its Info.plist and the command line inside (Contents/Helpers/kova), and where asked
+# for Sparkle and the intents in Swift. Included beside the agent's target. On other systems only what can be made
+# there, for the tests: the Info.plist and the Swift source.
+set(bundle_folder ${CMAKE_CURRENT_LIST_DIR})
+set(KOVA_BUNDLE_IDENTIFIER org.example.kova CACHE STRING "Under which the Mac knows the application and its permissions")
+option(KOVA_WITH_SPARKLE "Build the Mac application with Sparkle, which looks for updates" OFF)
+set(KOVA_UPDATE_FEED "" CACHE STRING "The address of Sparkle's list of versions")
+set(KOVA_UPDATE_KEY "" CACHE STRING "The public key that updates are signed with")
+
+set(KOVA_UPDATE_KEYS "")
+if(KOVA_WITH_SPARKLE AND KOVA_UPDATE_FEED)
+  set(KOVA_UPDATE_KEYS "    <key>SUFeedURL</key>\n    <string>${KOVA_UPDATE_FEED}</string>\n\
+    <key>SUPublicEDKey</key>\n    <string>${KOVA_UPDATE_KEY}</string>\n")
+endif()
+set(info_plist ${PROJECT_BINARY_DIR}/macos/Info.plist)
+configure_file(${bundle_folder}/Info.plist.in ${info_plist} @ONLY)
+
+add_executable(kova-generate-intents ${bundle_folder}/generate-intents.cpp)
+target_link_libraries(kova-generate-intents PRIVATE kova_options)
+set(intents ${PROJECT_BINARY_DIR}/macos/AppIntents.swift)
+add_custom_command(OUTPUT ${intents} COMMAND kova-generate-intents > ${intents} DEPENDS kova-generate-intents VERBATIM)
+add_custom_target(kova_app_intents ALL DEPENDS ${intents})
+
+if(NOT APPLE)
+  return()
+endif()
+
+set(icon ${PROJECT_BINARY_DIR}/macos/AppIcon.icns)
+set(icon_svg ${PROJECT_SOURCE_DIR}/packaging/linux/kova.svg)
+add_custom_command(OUTPUT ${icon} COMMAND ${bundle_folder}/make-icon ${icon_svg} ${icon}
+  DEPENDS ${icon_svg} ${bundle_folder}/make-icon VERBATIM)
+target_sources(kova-agent PRIVATE ${icon})
+set_source_files_properties(${icon} PROPERTIES MACOSX_PACKAGE_LOCATION Resources)
+
+set_target_properties(kova-agent PROPERTIES
+  MACOSX_BUNDLE TRUE
+  MACOSX_BUNDLE_INFO_PLIST ${info_plist}
+  OUTPUT_NAME KOVA
+  XCODE_ATTRIBUTE_PRODUCT_BUNDLE_IDENTIFIER ${KOVA_BUNDLE_IDENTIFIER}
+  INSTALL_RPATH "@executable_path/../Frameworks"
+  BUILD_WITH_INSTALL_RPATH TRUE)
+# Headers alone are used of some libraries, which would otherwise have to be there, and of the same signer.
+target_link_options(kova-agent PRIVATE LINKER:-dead_strip,-dead_strip_dylibs)
+# Not beside the application's own program: the Mac's disks tell no capitals apart.
+set(contents $<TARGET_BUNDLE_CONTENT_DIR:kova-agent>)
+add_dependencies(kova-agent kova)
+add_custom_command(TARGET kova-agent POST_BUILD
+  COMMAND ${CMAKE_COMMAND} -E make_directory ${contents}/Helpers
+  COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE:kova> ${contents}/Helpers/kova VERBATIM)
+
+# Titles and phrases are read out of the source by Xcode's own build; any other compiles the intents, but nobody hears
+# of them.
+if(CMAKE_GENERATOR STREQUAL Xcode)
+  set(intents_default ON)
+else()
+  set(intents_default OFF)
+endif()
+option(KOVA_WITH_APP_INTENTS "Build the Mac application with its App Intents, in Swift" ${intents_default})
+if(KOVA_WITH_APP_INTENTS)
+  enable_language(Swift)
+  target_sources(kova-agent PRIVATE ${intents})
+  target_compile_options(kova-agent PRIVATE $<$<COMPILE_LANGUAGE:Swift>:-parse-as-library>)
+  target_link_libraries(kova-agent PRIVATE "-framework AppIntents")
+endif()
+
+if(KOVA_WITH_SPARKLE)
+  find_library(SPARKLE_FRAMEWORK Sparkle REQUIRED)
+  target_link_libraries(kova_platform_macos PUBLIC ${SPARKLE_FRAMEWORK})
+  target_compile_definitions(kova_platform_macos PRIVATE KOVA_WITH_SPARKLE=1)
+  add_custom_command(TARGET kova-agent POST_BUILD
+    COMMAND ditto ${SPARKLE_FRAMEWORK} ${contents}/Frameworks/Sparkle.framework VERBATIM)
+endif()
+
+install(TARGETS kova-agent BUNDLE DESTINATION .)

@@ -1,0 +1,67 @@
+#!/usr/bin/env python3
+"""Looks at what of the Mac application is made without a Mac.
+
+   check-macos-bundle.py INFO_PLIST ENTITLEMENTS SWIFT VERSION
+"""
+import plistlib
+import re
+import sys
+
+info_file, entitlements_file, swift_file, version = sys.argv[1:]
+faults = []
+
+
+def expect(condition, fault):
+    if not condition:
+        faults.append(fault)
+
+
+with open(info_file, "rb") as file:
+    text = file.read()
+expect(b"@" not in text, "Info.plist: something was not filled in")
+info = plistlib.loads(text)
+for key, value in {
+    "CFBundlePackageType": "APPL",
+    "CFBundleShortVersionString": version,
+    "CFBundleVersion": version,
+    "LSUIElement": True,
+    "LSMinimumSystemVersion": "13.0",
+    "NSPrincipalClass": "NSApplication",
+    # Windows are given back when it ends: the system must not end it behind its back.
+    "NSSupportsSuddenTermination": False,
+    "NSSupportsAutomaticTermination": False,
+}.items():
+    expect(info.get(key) == value, f"Info.plist: {key} is {info.get(key)!r}")
+expect(re.fullmatch(r"\d+(\.\d+){0,2}", info["CFBundleVersion"]), "Info.plist: the system takes three numbers at most")
+expect(re.fullmatch(r"[A-Za-z0-9.-]+", info["CFBundleIdentifier"]), "Info.plist: the identifier has odd characters")
+schemes = [scheme for kind in info["CFBundleURLTypes"] for scheme in kind["CFBundleURLSchemes"]]
+expect(schemes == ["kova"], f"Info.plist: URL schemes {schemes}")
+
+with open(entitlements_file, "rb") as file:
+    entitlements = plistlib.load(file)
+expect(not entitlements.get("com.apple.security.app-sandbox"), "a sandbox keeps other applications' windows away")
+
+with open(swift_file, encoding="utf-8") as file:
+    swift = file.read()
+without_texts = re.sub(r'"(\\.|[^"\\])*"', '""', swift)
+for opening, closing in ("{}", "()", "[]"):
+    expect(without_texts.count(opening) == without_texts.count(closing), f"Swift: {opening} and {closing} do not match")
+intents = re.findall(r"^struct (\w+): AppIntent \{(.*?)^\}", swift, re.M | re.S)
+expect(len(intents) == 4, f"Swift: {len(intents)} intents")
+for name, body in intents:
+    expect(re.search(r'title: LocalizedStringResource = "[^"\\]+"', body), f"Swift: {name} has no literal title")
+    expect(re.search(r'openURL\("kova://', body), f"Swift: {name} opens no URL")
+    expect(re.search(r"\.result\(dialog: \"", body), f"Swift: {name} says nothing")
+    parameters = set(re.findall(r"var (\w+): String", body))
+    used = set(re.findall(r"\\\((\w+)\)", body)) | set(re.findall(r"percentEncoded\((\w+)\)", body))
+    expect(parameters == used, f"Swift: {name} asks for {parameters} and uses {used}")
+phrase_lists = re.findall(r"phrases: \[(.*?)\]", swift, re.S)
+expect(len(phrase_lists) == 3, f"Swift: {len(phrase_lists)} shortcuts")
+for phrases in phrase_lists:
+    for phrase in re.findall(r'"(.*)"', phrases):
+        expect(phrase.count(r"\(.applicationName)") == 1, f"Swift: the application is not named once in {phrase!r}")
+for name in re.findall(r"intent: (\w+)\(\)", swift):
+    expect(name in dict(intents), f"Swift: no intent is called {name}")
+
+print("\n".join(faults))
+sys.exit(1 if faults else 0)
