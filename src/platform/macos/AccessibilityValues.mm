@@ -41,6 +41,8 @@ AttributeValue elements(CFArrayRef array) {
 std::optional<AccessibilityElement> seamElement(AXUIElementRef element) {
     pid_t process = 0;
     if (AXUIElementGetPid(element, &process) != kAXErrorSuccess) return std::nullopt;
+    const auto application = Owned<AXUIElementRef>::adopt(AXUIElementCreateApplication(process));
+    if (CFEqual(element, application.get())) return AccessibilityElement{process, 0, nullptr};
     return AccessibilityElement{process, CFHash(element), shared(element)};
 }
 

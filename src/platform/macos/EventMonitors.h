@@ -17,18 +17,31 @@ namespace kova::macos {
 /// Events on their way to windows of our own; true keeps the event from its window.
 [[nodiscard]] Subscription watchOwnEvents(NSEventMask mask, std::function<bool(NSEvent*)> watcher);
 
-/// Events of others, read as values and told on the main queue, after what is queued already.
+enum class EventSource { others, everywhere };
+
+/// Events read as values and told on the main queue, after what is queued already; kept from nobody.
 template <class Value>
-[[nodiscard]] Subscription tellEventsOfOthers(MainQueue& queue, NSEventMask mask, Value (*read)(NSEvent*),
-                                              std::function<void(const Value&)> observer) {
-    const auto kept = std::make_shared<std::function<void(const Value&)>>(std::move(observer));
-    auto watch = watchEventsOfOthers(mask, [&queue, read, weak = std::weak_ptr(kept)](NSEvent* event) {
+[[nodiscard]] Subscription tellEvents(MainQueue& queue, EventSource source, NSEventMask mask, Value (*read)(NSEvent*),
+                                      std::function<void(const Value&)> observer) {
+    struct Telling {
+        std::function<void(const Value&)> observer;
+        Subscription others, own;
+    };
+    const auto telling = std::make_shared<Telling>();
+    telling->observer = std::move(observer);
+    const auto tell = [&queue, read, weak = std::weak_ptr(telling)](NSEvent* event) {
         queue.post([weak, value = read(event)] {
-            if (const auto alive = weak.lock()) (*alive)(value);
+            if (const auto alive = weak.lock()) alive->observer(value);
         });
-    });
-    using Both = std::pair<std::shared_ptr<void>, Subscription>;
-    return Subscription(std::make_shared<Both>(kept, std::move(watch)));
+    };
+    telling->others = watchEventsOfOthers(mask, tell);
+    if (source == EventSource::everywhere) {
+        telling->own = watchOwnEvents(mask, [tell](NSEvent* event) {
+            tell(event);
+            return false;
+        });
+    }
+    return Subscription(telling);
 }
 
 } // namespace kova::macos

@@ -3,6 +3,8 @@
 #include "platform/macos/AccessibilityValues.h"
 #include "windowing/RawAnswers.h"
 
+#import <AppKit/AppKit.h>
+
 #include <algorithm>
 
 namespace kova::macos {
@@ -44,6 +46,15 @@ WindowListEntry windowListEntry(NSDictionary* window) {
             .y = number(rectangle, @"Y"),
             .width = number(rectangle, @"Width"),
             .height = number(rectangle, @"Height")};
+}
+
+/// Ours are nobody's to manage, and to ask ourselves would be to wait for ourselves.
+bool isOverOwnWindow(CGPoint pointInWindowService) {
+    NSScreen* first = NSScreen.screens.firstObject;
+    if (!first) return false;
+    const CGPoint onScreen = flipped(pointInWindowService, maxY(first.frame));
+    const NSInteger window = [NSWindow windowNumberAtPoint:onScreen belowWindowWithWindowNumber:0];
+    return [NSApp windowWithWindowNumber:window] != nil;
 }
 
 } // namespace
@@ -88,6 +99,7 @@ std::optional<int> MacAccessibility::ask(pid_t process, Call call) const {
 std::vector<AttributeValue> MacAccessibility::readAttributes(const AccessibilityElement& element,
                                                              std::span<const AccessibilityAttribute> attributes) const {
     std::vector<AttributeValue> values(attributes.size());
+    if (attributes.empty()) return values;
     @autoreleasepool {
         NSMutableArray<NSString*>* names = [NSMutableArray arrayWithCapacity:attributes.size()];
         for (const auto attribute : attributes) [names addObject:nsString(attributeName(attribute))];
@@ -146,11 +158,14 @@ void MacAccessibility::performAction(const AccessibilityElement& element, Access
 }
 
 std::optional<AccessibilityElement> MacAccessibility::elementAtPosition(CGPoint point) const {
-    Owned<AXUIElementRef> found;
-    AXUIElementCopyElementAtPosition(static_cast<AXUIElementRef>(systemWide_.get()), static_cast<float>(point.x),
-                                     static_cast<float>(point.y), found.receiver());
-    if (!found) return std::nullopt;
-    return seamElement(found.get());
+    @autoreleasepool {
+        if (isOverOwnWindow(point)) return std::nullopt;
+        Owned<AXUIElementRef> found;
+        AXUIElementCopyElementAtPosition(static_cast<AXUIElementRef>(systemWide_.get()), static_cast<float>(point.x),
+                                         static_cast<float>(point.y), found.receiver());
+        if (!found) return std::nullopt;
+        return seamElement(found.get());
+    }
 }
 
 std::vector<OnScreenWindow> MacAccessibility::onScreenWindows() const {

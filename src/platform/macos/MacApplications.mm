@@ -128,12 +128,14 @@ void MacApplications::activate(pid_t processIdentifier) {
 }
 
 bool MacApplications::terminate(pid_t processIdentifier) {
+    if (processIdentifier == ownProcessIdentifier()) return false;
     @autoreleasepool {
         return [find(processIdentifier) terminate] != NO;
     }
 }
 
 bool MacApplications::forceTerminate(pid_t processIdentifier) {
+    if (processIdentifier == ownProcessIdentifier()) return false;
     @autoreleasepool {
         return [find(processIdentifier) forceTerminate] != NO;
     }

@@ -46,11 +46,11 @@ struct MacKeyMonitors::Recording {
 };
 
 Subscription MacKeyMonitors::addGlobalMonitor(std::function<void(const KeyPress&)> monitor) {
-    return tellEventsOfOthers<KeyPress>(queue_, kKeyDown, keyPress,
-                                        lifetime_.guard([this, monitor = std::move(monitor)](const KeyPress& press) {
-                                            const auto recording = recording_.lock();
-                                            if (!recording || !recording->isOn()) monitor(press);
-                                        }));
+    return tellEvents<KeyPress>(queue_, EventSource::others, kKeyDown, keyPress,
+                                lifetime_.guard([this, monitor = std::move(monitor)](const KeyPress& press) {
+                                    const auto recording = recording_.lock();
+                                    if (!recording || !recording->isOn()) monitor(press);
+                                }));
 }
 
 Subscription MacKeyMonitors::addLocalMonitor(std::function<bool(const KeyPress&)> monitor) {
@@ -73,9 +73,10 @@ Subscription MacKeyMonitors::recordKeys(std::function<bool(const KeyPress&)> rec
     recording_ = recording;
     recording->recorder = std::move(recorder);
     const auto weak = std::weak_ptr(recording);
-    recording->others = tellEventsOfOthers<KeyPress>(queue_, kKeyDown, keyPress, [weak](const KeyPress& press) {
-        if (const auto alive = weak.lock()) alive->hear(press);
-    });
+    recording->others =
+        tellEvents<KeyPress>(queue_, EventSource::others, kKeyDown, keyPress, [weak](const KeyPress& press) {
+            if (const auto alive = weak.lock()) alive->hear(press);
+        });
     recording->own = watchOwnEvents(kKeyDown, [weak](NSEvent* event) {
         const auto alive = weak.lock();
         if (!alive || !alive->isOn()) return false;

@@ -1,4 +1,4 @@
-// The pointer while its main button is held over windows of other applications and the desktop.
+// The pointer while its main button is held, wherever on the desktop that is.
 #pragma once
 
 #include "support/MainQueue.h"

@@ -20,14 +20,18 @@ PointerEvent::Kind kind(NSEvent* event) {
 }
 
 PointerEvent pointerEvent(NSEvent* event) {
-    // An event of another application has no window here, so that its place is one on the screen.
-    return {kind(event), event.locationInWindow, (event.modifierFlags & NSEventModifierFlagShift) != 0};
+    // An event of another application has no window here, and its place is one on the screen.
+    NSWindow* window = event.window;
+    const CGPoint place = event.locationInWindow;
+    return {.kind = kind(event),
+            .location = window ? [window convertPointToScreen:place] : place,
+            .isShiftDown = (event.modifierFlags & NSEventModifierFlagShift) != 0};
 }
 
 } // namespace
 
 Subscription MacPointerMonitor::observePointer(std::function<void(const PointerEvent&)> observer) {
-    return tellEventsOfOthers<PointerEvent>(queue_, kMainButton, pointerEvent, std::move(observer));
+    return tellEvents<PointerEvent>(queue_, EventSource::everywhere, kMainButton, pointerEvent, std::move(observer));
 }
 
 } // namespace kova::macos
