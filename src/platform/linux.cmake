@@ -1,5 +1,5 @@
 # What only Linux has: the desktop on X11, and what stands beside it (folders, desktop entries, event loop).
-pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb xcb-icccm xcb-randr xcb-xinput)
+pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb xcb-icccm xcb-randr xcb-xinput xcb-xkb xkbcommon)
 
 kova_room(platform_linux platform/linux kova_app kova_text Threads::Threads)
 kova_room(platform_x11 platform/x11 kova_windowing PkgConfig::XCB)

@@ -250,6 +250,7 @@ bool X11Desktop::Parts::actOn(const EventEffects& effects) {
         // Whoever comes next may not know what was taken away under the one before.
         for (const xcb_window_t window : hidden.takeAll(queue.uptime())) mapAgain(window);
         askActiveWindow();
+        tryHeldKeys(HeldKeysReason::managerChanged);
     }
     for (const xcb_window_t window : effects.returning) mapAgain(window);
     if (model.isSettling()) remindOfReturning();
@@ -268,6 +269,7 @@ bool X11Desktop::Parts::actOn(const EventEffects& effects) {
     const bool displaysChanged = (displaysTold || effects.panelsChanged) && arrangeDisplays();
     if (displaysChanged) placeHandles();
     if (hand) hand->windowsChanged(effects.changed);
+    if (effects.changed) tryHeldKeys(HeldKeysReason::windowsChanged);
     return displaysChanged;
 }
 

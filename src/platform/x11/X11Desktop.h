@@ -10,6 +10,7 @@
 #include "windowing/AccessibilityServicing.h"
 #include "windowing/ApplicationServicing.h"
 #include "windowing/DiagnosticsServicing.h"
+#include "windowing/KeyMonitorServicing.h"
 #include "windowing/PointerServicing.h"
 #include "windowing/ScreenServicing.h"
 
@@ -26,7 +27,8 @@ class X11Desktop final : public AccessibilityServicing,
                          public DesktopChangeServicing,
                          public DiagnosticsServicing,
                          public PointerMonitorServicing,
-                         public DividerHandleServicing {
+                         public DividerHandleServicing,
+                         public KeyMonitorServicing {
   public:
     struct Options {
         std::optional<std::string> displayName;  // absent: DISPLAY
@@ -108,6 +110,17 @@ class X11Desktop final : public AccessibilityServicing,
     // DividerHandleServicing
     void showHandles(const std::vector<DividerHandle>& handles) override;
     Subscription observeHandles(std::function<void(const DividerHandleEvent&)> observer) override;
+
+    // KeyMonitorServicing
+    Subscription addGlobalMonitor(std::function<void(const KeyPress&)> monitor) override;
+    Subscription addLocalMonitor(std::function<bool(const KeyPress&)> monitor) override;
+    void claim(const std::vector<KeyCombination>& combinations) override;
+    /// Asking also tries to claim them again, for the next time.
+    std::vector<KeyCombination> heldByOthers() const override;
+    Subscription observeHeldByOthers(std::function<void()> known) override;
+    Subscription recordKeys(std::function<bool(const KeyPress&)> recorder,
+                            std::function<void(const std::string& reason)> failed) override;
+    std::string charactersOf(std::uint16_t keyCode) const override;
 
   private:
     struct Parts;

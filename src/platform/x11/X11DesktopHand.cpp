@@ -1,4 +1,4 @@
-// The user's hand: the pointer's button, and the handles of dividers.
+// The user's hands: the pointer's button, the handles of dividers, and how all of that is read.
 #include "platform/x11/X11Parts.h"
 
 namespace kova {
@@ -33,8 +33,10 @@ void X11Desktop::Parts::openHand() {
     // Without a second connection there is a desktop all the same.
     auto second = XConnection::open(connection->displayName());
     if (auto* opened = std::get_if<std::unique_ptr<XConnection>>(&second)) {
-        hand = std::make_unique<Hand>(
-            std::move(*opened), model, [this] { lookAtPointerAgain(); }, [this] { readHandSoon(); });
+        hand = std::make_unique<Hand>(std::move(*opened), model,
+                                      Hand::Calls{.lookAgain = [this] { lookAtPointerAgain(); },
+                                                  .tryAgain = [this] { tryRecordingAgain(); },
+                                                  .readSoon = [this] { readHandSoon(); }});
     }
 }
 
@@ -92,6 +94,9 @@ void X11Desktop::Parts::tellOfHand() {
     for (const HandleNews& news : hand->takeHandleNews()) {
         const DividerHandleEvent event{news.kind, news.id, onScreen(news.x, news.y)};
         queue.post(lifetime.guard([this, event] { handleObservers.notify(event); }));
+    }
+    for (KeyNews& news : hand->takeKeyNews()) {
+        queue.post(lifetime.guard([this, news = std::move(news)] { tellOf(news); }));
     }
     if (hand->isFollowingPointer() && !pointerObservers.hasAny()) hand->followPointer(false);
 }

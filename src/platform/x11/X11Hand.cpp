@@ -2,11 +2,9 @@
 
 namespace kova::x11 {
 
-Hand::Hand(std::unique_ptr<XConnection> connection, const WindowModel& model, std::function<void()> lookAgain,
-           std::function<void()> readSoon) :
-    connection_(std::move(connection)),
-    pointer_(*connection_, asked_, std::move(lookAgain)), handles_(*connection_, model, asked_),
-    readSoon_(std::move(readSoon)) {}
+Hand::Hand(std::unique_ptr<XConnection> connection, const WindowModel& model, const Calls& calls) :
+    connection_(std::move(connection)), keyboard_(*connection_, asked_, calls.tryAgain),
+    pointer_(*connection_, asked_, calls.lookAgain), handles_(*connection_, model, asked_), readSoon_(calls.readSoon) {}
 
 void Hand::read() {
     // Whoever looks for events also reads answers, whoever looks for answers or sends also reads events and answers:
@@ -23,7 +21,7 @@ void Hand::read() {
 bool Hand::takeEvents(xcb_generic_event_t* (*next)(xcb_connection_t*)) {
     bool any = false;
     while (const XReply<xcb_generic_event_t> event{next(connection_->get())}) {
-        if (!handles_.take(*event)) pointer_.take(*event);
+        if (!keyboard_.take(*event) && !handles_.take(*event)) pointer_.take(*event);
         any = true;
     }
     return any;
@@ -40,8 +38,10 @@ void Hand::takeReplies() {
 bool Hand::send() {
     const bool isHandlesDue = handles_.act();
     const bool isPointerDue = pointer_.act();
-    if (isHandlesDue || isPointerDue) connection_->flush();
-    return isHandlesDue || isPointerDue;
+    const bool isKeyboardDue = keyboard_.act();
+    const bool isAnyDue = isHandlesDue || isPointerDue || isKeyboardDue;
+    if (isAnyDue) connection_->flush();
+    return isAnyDue;
 }
 
 void Hand::sendAndReadSoon() {
@@ -61,6 +61,31 @@ void Hand::look() {
 void Hand::show(const std::vector<HandlePlace>& places) {
     handles_.show(places);
     readSoon_(); // what is sent then; the windows beside a divider go first
+}
+
+void Hand::claimKeys(const std::vector<KeyCombination>& combinations) {
+    keyboard_.claim(combinations);
+    sendAndReadSoon();
+}
+
+void Hand::listenToKeys(bool listens) {
+    keyboard_.listen(listens);
+    sendAndReadSoon();
+}
+
+void Hand::recordKeys(bool records) {
+    keyboard_.record(records);
+    sendAndReadSoon();
+}
+
+void Hand::tryRecording() {
+    keyboard_.tryRecording();
+    sendAndReadSoon();
+}
+
+void Hand::tryHeldKeys() {
+    keyboard_.tryHeld();
+    sendAndReadSoon();
 }
 
 void Hand::windowsChanged(bool haveMoved) {

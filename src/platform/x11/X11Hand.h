@@ -1,9 +1,10 @@
-// The user's hand on this server: the pointer's button, and the handles of dividers. It has a connection of its own, so
-// that it is heard at once while the desktop's own rests from programs that change their windows all the time.
-// Main thread, with the model guarded; never waits once it is open.
+// The user's hands on this server: the pointer's button, the handles of dividers, and keys. They have a connection of
+// their own, so that they are heard at once while the desktop's own rests from programs that change their windows all
+// the time. Main thread, with the model guarded; never waits once it is open.
 #pragma once
 
 #include "platform/x11/X11DividerHandles.h"
+#include "platform/x11/X11Keyboard.h"
 #include "platform/x11/X11PointerWatch.h"
 
 #include <deque>
@@ -15,10 +16,14 @@ namespace kova::x11 {
 
 class Hand {
   public:
-    /// Waits for the server. `lookAgain` has `look` called a little later, `readSoon` has `read` called once the main
-    /// thread has done what it is doing.
-    Hand(std::unique_ptr<XConnection> connection, const WindowModel& model, std::function<void()> lookAgain,
-         std::function<void()> readSoon);
+    /// What the main thread is to do later.
+    struct Calls {
+        std::function<void()> lookAgain; // `look`, in a while
+        std::function<void()> tryAgain;  // `tryRecording`, in a while
+        std::function<void()> readSoon;  // `read`, once it has done what it is doing
+    };
+    /// Waits for the server.
+    Hand(std::unique_ptr<XConnection> connection, const WindowModel& model, const Calls& calls);
 
     int descriptor() const { return xcb_get_file_descriptor(connection_->get()); }
     bool isLost() const { return connection_->isLost(); }
@@ -33,6 +38,15 @@ class Hand {
     /// Windows may be stacked otherwise than before, or have moved.
     void windowsChanged(bool haveMoved);
 
+    const Keyboard& keyboard() const { return keyboard_; }
+    void claimKeys(const std::vector<KeyCombination>& combinations);
+    void listenToKeys(bool listens);
+    void recordKeys(bool records);
+    void tryRecording();
+    /// Another program may have given up keys that it held.
+    void tryHeldKeys();
+
+    std::vector<KeyNews> takeKeyNews() { return keyboard_.takeNews(); }
     std::vector<PointerNews> takePointerNews() { return pointer_.takeNews(); }
     std::vector<HandleNews> takeHandleNews() { return handles_.takeNews(); }
 
@@ -44,6 +58,7 @@ class Hand {
 
     std::unique_ptr<XConnection> connection_;
     std::deque<Questions> asked_;
+    Keyboard keyboard_;
     PointerWatch pointer_;
     DividerHandleWindows handles_;
     std::function<void()> readSoon_;

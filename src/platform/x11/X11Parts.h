@@ -57,6 +57,14 @@ struct X11Desktop::Parts {
     Observers<> screenObservers;
     Observers<const PointerEvent&> pointerObservers;
     Observers<const DividerHandleEvent&> handleObservers;
+    Observers<const KeyPress&> keyMonitors;
+    Observers<> heldKeysObservers;
+    struct KeyRecorder {
+        std::function<bool(const KeyPress&)> take;
+        std::function<void(const std::string& reason)> failed;
+    };
+    std::weak_ptr<KeyRecorder> keyRecorder;
+    Seconds heldKeysTried{-1000.0};     // uptime
     std::vector<DividerHandle> handles; // as they were wished for
     std::uint64_t awaitedCount = 0;
     std::function<void()> whenChanged;
@@ -114,6 +122,14 @@ struct X11Desktop::Parts {
     void lookAtPointerAgain();
     void tellOfHand(); // not locked
     CGPoint onScreen(int x, int y) const;
+
+    // Keys (X11DesktopKeys.cpp), main thread
+    enum class HeldKeysReason { windowsChanged, managerChanged };
+    void tryHeldKeys(HeldKeysReason reason); // locked
+    void tellOf(const x11::KeyNews& news);   // not locked, as are these
+    void tryRecordingAgain();
+    void stopRecordingKeys();
+    void failRecordingKeys(const std::string& reason);
     bool isMainThread() const { return std::this_thread::get_id() == mainThread; }
 
     // Reading (locked by the caller)

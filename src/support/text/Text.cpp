@@ -1,6 +1,7 @@
 #include "support/text/Text.h"
 
 // The C interface: it is the one that a Mac ships.
+#include <unicode/uchar.h>
 #include <unicode/ucol.h>
 #include <unicode/uloc.h>
 #include <unicode/unorm2.h>
@@ -150,6 +151,20 @@ std::string lowercased(std::string_view text) {
     }));
 }
 
+std::string uppercased(std::string_view text) {
+    if (isAscii(text)) {
+        std::string out(text);
+        for (char& c : out) {
+            if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+        }
+        return out;
+    }
+    const std::u16string decoded = decode(text);
+    return encode(filled(decoded, [&](UChar* to, std::int32_t capacity, UErrorCode* status) {
+        return u_strToUpper(to, capacity, units(decoded.data()), lengthOf(decoded), "", status);
+    }));
+}
+
 int localizedCaseInsensitiveCompare(std::string_view a, std::string_view b) {
     if (a == b) return 0;
     static const bool isPlain = comparesAsciiPlainly();
@@ -172,6 +187,19 @@ std::string trimmed(std::string_view text) {
     std::size_t end = all.size();
     while (begin < end && u_isUWhiteSpace(all[begin])) ++begin; // every white space is one unit long
     while (end > begin && u_isUWhiteSpace(all[end - 1])) --end;
+    return encode(std::u16string_view(all).substr(begin, end - begin));
+}
+
+std::string withoutControlCharactersAround(std::string_view text) {
+    const std::u16string all = decode(text);
+    const auto isControl = [](char16_t unit) {
+        const auto kind = u_charType(unit);
+        return kind == U_CONTROL_CHAR || kind == U_FORMAT_CHAR;
+    };
+    std::size_t begin = 0;
+    std::size_t end = all.size();
+    while (begin < end && isControl(all[begin])) ++begin;
+    while (end > begin && isControl(all[end - 1])) --end;
     return encode(std::u16string_view(all).substr(begin, end - begin));
 }
 

@@ -8,12 +8,16 @@ namespace kova {
 
 /// Lower case, composed form: equal for texts that differ only in case or in composed and decomposed letters.
 std::string lowercased(std::string_view text);
+/// Upper case, by the rules of no language in particular.
+std::string uppercased(std::string_view text);
 /// The localized, case-insensitive order: negative, zero or positive as `a` comes before, with or after `b`.
 int localizedCaseInsensitiveCompare(std::string_view a, std::string_view b);
 /// Whether `part`, in its case or another, occurs in the text; an empty one does.
 bool localizedCaseInsensitiveContains(std::string_view text, std::string_view part);
 /// Without the white space and line breaks (all that Unicode knows) at both ends.
 std::string trimmed(std::string_view text);
+/// Without what Unicode counts as control and format characters at both ends.
+std::string withoutControlCharactersAround(std::string_view text);
 /// The text with every byte sequence that is not UTF-8 replaced by U+FFFD, and without NUL.
 std::string validUtf8(std::string_view bytes);
 

@@ -1,0 +1,67 @@
+// A keyboard shortcut, and the actions that can carry one. Keys are told by the Mac's virtual key codes on every
+// platform, so that one stored configuration serves all of them.
+#pragma once
+
+#include "windowing/KeyMonitorServicing.h"
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kova {
+
+struct KovaShortcut {
+    std::uint16_t keyCode = 0;
+    std::uint64_t modifierFlagsRawValue = 0; // of `modifierFlag::ofShortcuts` only
+    std::string keyLabel;                    // what the key was called when the shortcut was made
+    bool operator==(const KovaShortcut&) const = default;
+};
+
+/// A key press as whoever looks for a shortcut sees it.
+struct KovaShortcutEvent {
+    std::uint16_t keyCode = 0;
+    std::uint64_t modifierFlagsRawValue = 0; // of `modifierFlag::ofShortcuts` only
+    bool isRepeat = false;
+    bool operator==(const KovaShortcutEvent&) const = default;
+};
+
+/// Drops Caps Lock, Function and whatever else a shortcut does not ask for.
+KovaShortcutEvent eventOf(const KeyPress& press);
+
+enum class KovaShortcutAction : std::uint8_t {
+    commandCenter, // carried over from older configurations: it can have a shortcut, which does nothing
+    previousLayout,
+    nextLayout,
+    arrangeWindows,
+    undo,
+    focusLeft,
+    focusRight,
+    focusUp,
+    focusDown,
+    moveLeft,
+    moveRight,
+    moveUp,
+    moveDown,
+    focusZoom,
+    cycleStack,
+};
+
+/// All of them, in the order in which they are shown and conflicts are looked for.
+inline constexpr std::array kShortcutActions = {
+    KovaShortcutAction::commandCenter,  KovaShortcutAction::previousLayout, KovaShortcutAction::nextLayout,
+    KovaShortcutAction::arrangeWindows, KovaShortcutAction::undo,           KovaShortcutAction::focusLeft,
+    KovaShortcutAction::focusRight,     KovaShortcutAction::focusUp,        KovaShortcutAction::focusDown,
+    KovaShortcutAction::moveLeft,       KovaShortcutAction::moveRight,      KovaShortcutAction::moveUp,
+    KovaShortcutAction::moveDown,       KovaShortcutAction::focusZoom,      KovaShortcutAction::cycleStack,
+};
+
+/// As it is stored: "focusLeft".
+std::string_view rawValue(KovaShortcutAction action);
+/// Absent when no action is called so.
+std::optional<KovaShortcutAction> shortcutActionFrom(std::string_view rawValue);
+/// As it is shown: "Focus Left".
+std::string_view title(KovaShortcutAction action);
+
+} // namespace kova

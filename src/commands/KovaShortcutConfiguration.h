@@ -1,0 +1,37 @@
+// Which action has which shortcut, and how that is stored: an object with the members "previousLayout", "nextLayout",
+// "arrangeWindows" and "additional", the last one keyed by the raw names of the other actions. A missing member is an
+// action without a shortcut.
+#pragma once
+
+#include "commands/KovaShortcut.h"
+#include "support/Decoded.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kova {
+
+struct KovaShortcutConfiguration {
+    std::optional<KovaShortcut> previousLayout;
+    std::optional<KovaShortcut> nextLayout;
+    std::optional<KovaShortcut> arrangeWindows;
+    std::optional<std::map<KovaShortcutAction, KovaShortcut>> additional;
+
+    bool operator==(const KovaShortcutConfiguration&) const = default;
+
+    /// What KOVA comes with: a shortcut for every action but `commandCenter`.
+    static KovaShortcutConfiguration standard();
+
+    /// Null when the action has none.
+    const KovaShortcut* shortcut(KovaShortcutAction action) const;
+    /// Absent takes the shortcut away.
+    void setShortcut(std::optional<KovaShortcut> shortcut, KovaShortcutAction action);
+};
+
+std::string encodeShortcutConfiguration(const KovaShortcutConfiguration& configuration);
+/// One wrong value makes the whole configuration wrong. Modifiers that no shortcut asks for are dropped.
+Decoded<KovaShortcutConfiguration> decodeShortcutConfiguration(std::string_view json);
+
+} // namespace kova

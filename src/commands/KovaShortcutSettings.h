@@ -1,0 +1,40 @@
+// The user's shortcuts, as they are stored and changed. No change gives one combination to two actions; a stored
+// configuration that does so is kept as it is. Main thread only.
+#pragma once
+
+#include "commands/KovaShortcutConfiguration.h"
+#include "persistence/PreferencesStore.h"
+#include "support/Published.h"
+
+#include <optional>
+#include <string>
+
+namespace kova {
+
+class KovaShortcutSettings {
+  public:
+    /// What is stored, or the standard configuration where that is absent or cannot be read. The store outlives the
+    /// settings.
+    explicit KovaShortcutSettings(PreferencesStore& defaults);
+    KovaShortcutSettings(const KovaShortcutSettings&) = delete;
+    KovaShortcutSettings& operator=(const KovaShortcutSettings&) = delete;
+
+    /// Every change is saved.
+    Published<KovaShortcutConfiguration> configuration;
+    /// A key is being recorded: meanwhile no shortcut acts.
+    Published<bool> isRecording;
+
+    std::optional<KovaShortcut> shortcut(KovaShortcutAction action) const;
+    /// Absent takes the shortcut away. False, and nothing changes, when another action has the combination.
+    [[nodiscard]] bool setShortcut(std::optional<KovaShortcut> shortcut, KovaShortcutAction action);
+    void restoreDefaults();
+    /// The first other action that has the shortcut's key and modifiers.
+    std::optional<KovaShortcutAction> conflictingAction(const KovaShortcut& shortcut, KovaShortcutAction edited) const;
+
+  private:
+    PreferencesStore& defaults_;
+    std::string storageKey_;
+    Subscription saving_;
+};
+
+} // namespace kova

@@ -1,0 +1,125 @@
+#include "commands/LayoutShortcutCoordinator.h"
+
+#include <algorithm>
+#include <array>
+
+namespace kova {
+
+namespace {
+
+using enum KovaShortcutAction;
+
+/// Those that act, in the order in which a press is offered to them.
+constexpr std::array kDispatchedActions = {previousLayout, nextLayout, arrangeWindows, undo,      focusLeft,
+                                           focusRight,     focusUp,    focusDown,      moveLeft,  moveRight,
+                                           moveUp,         moveDown,   focusZoom,      cycleStack};
+
+void run(WorkspaceController& workspace, KovaShortcutAction wanted) {
+    const auto focus = [&](WorkspaceDirection direction) { workspace.perform(action::Focus{direction}); };
+    const auto move = [&](WorkspaceDirection direction) { workspace.perform(action::Move{direction}); };
+    switch (wanted) {
+    case commandCenter:
+        return;
+    case previousLayout:
+        workspace.selectPreviousLayout();
+        return;
+    case nextLayout:
+        workspace.selectNextLayout();
+        return;
+    case arrangeWindows:
+        workspace.perform(action::Arrange{});
+        return;
+    case undo:
+        workspace.perform(action::Undo{});
+        return;
+    case focusLeft:
+        return focus(WorkspaceDirection::left);
+    case focusRight:
+        return focus(WorkspaceDirection::right);
+    case focusUp:
+        return focus(WorkspaceDirection::up);
+    case focusDown:
+        return focus(WorkspaceDirection::down);
+    case moveLeft:
+        return move(WorkspaceDirection::left);
+    case moveRight:
+        return move(WorkspaceDirection::right);
+    case moveUp:
+        return move(WorkspaceDirection::up);
+    case moveDown:
+        return move(WorkspaceDirection::down);
+    case focusZoom:
+        workspace.perform(action::ToggleFocusZoom{});
+        return;
+    case cycleStack:
+        workspace.perform(action::CycleStack{});
+        return;
+    }
+}
+
+KeyCombination combinationOf(const KovaShortcut& shortcut) {
+    return {shortcut.keyCode, shortcut.modifierFlagsRawValue & modifierFlag::ofShortcuts};
+}
+
+} // namespace
+
+std::optional<KovaShortcutAction> actionFor(const KovaShortcutConfiguration& configuration,
+                                            const KovaShortcutEvent& event) {
+    const KeyCombination pressed{event.keyCode, event.modifierFlagsRawValue};
+    const auto found = std::ranges::find_if(kDispatchedActions, [&](KovaShortcutAction action) {
+        const KovaShortcut* shortcut = configuration.shortcut(action);
+        return shortcut && combinationOf(*shortcut) == pressed;
+    });
+    return found == kDispatchedActions.end() ? std::nullopt : std::optional(*found);
+}
+
+std::vector<KeyCombination> combinationsOf(const KovaShortcutConfiguration& configuration) {
+    std::vector<KeyCombination> combinations;
+    for (const auto action : kDispatchedActions) {
+        if (const KovaShortcut* shortcut = configuration.shortcut(action)) {
+            combinations.push_back(combinationOf(*shortcut));
+        }
+    }
+    std::ranges::sort(combinations);
+    const auto repeated = std::ranges::unique(combinations);
+    combinations.erase(repeated.begin(), repeated.end());
+    return combinations;
+}
+
+LayoutShortcutCoordinator::LayoutShortcutCoordinator(WorkspaceController& workspace,
+                                                     const KovaShortcutSettings& shortcuts, KeyMonitorServicing& keys,
+                                                     MainQueue& queue) :
+    workspace_(workspace),
+    shortcuts_(shortcuts), keys_(keys), queue_(queue) {}
+
+void LayoutShortcutCoordinator::installMonitors() {
+    if (hasMonitors()) return;
+    globalKeyMonitor_ = keys_.addGlobalMonitor([this](const KeyPress& press) {
+        // After the work that waits already; by then nobody may listen any more.
+        queue_.post(lifetime_.guard([this, event = eventOf(press)] {
+            if (hasMonitors()) handle(event);
+        }));
+    });
+    localKeyMonitor_ = keys_.addLocalMonitor([this](const KeyPress& press) { return handle(eventOf(press)); });
+    configurationChanges_ = shortcuts_.configuration.observe([this](const auto&) { claim(); });
+    claim();
+}
+
+void LayoutShortcutCoordinator::removeMonitors() {
+    globalKeyMonitor_.reset();
+    localKeyMonitor_.reset();
+    configurationChanges_ = {};
+}
+
+void LayoutShortcutCoordinator::claim() {
+    keys_.claim(combinationsOf(*shortcuts_.configuration));
+}
+
+bool LayoutShortcutCoordinator::handle(const KovaShortcutEvent& event) {
+    if (*shortcuts_.isRecording || event.isRepeat) return false;
+    const auto wanted = actionFor(*shortcuts_.configuration, event);
+    if (wanted) run(workspace_, *wanted);
+    return wanted.has_value();
+}
+
+} // namespace kova

@@ -1,0 +1,48 @@
+// Turns key presses anywhere on the desktop into operations of the workspace. Main thread only.
+#pragma once
+
+#include "commands/KovaShortcutSettings.h"
+#include "support/Lifetime.h"
+#include "support/MainQueue.h"
+#include "workspace/WorkspaceController.h"
+
+#include <optional>
+
+namespace kova {
+
+class LayoutShortcutCoordinator {
+  public:
+    /// All of them outlive the coordinator. It listens once its monitors are installed.
+    LayoutShortcutCoordinator(WorkspaceController& workspace, const KovaShortcutSettings& shortcuts,
+                              KeyMonitorServicing& keys, MainQueue& queue);
+
+    /// Begins to listen, and claims the configured combinations; does nothing while there is a monitor already.
+    void installMonitors();
+    /// Ceases to; what was claimed is free for others. Harmless when nobody listens.
+    void removeMonitors();
+    bool hasMonitors() const { return globalKeyMonitor_ || localKeyMonitor_; }
+
+    /// True when the press is a shortcut: its operation was asked for, whether it was carried out or refused.
+    bool handle(const KovaShortcutEvent& event);
+
+  private:
+    void claim();
+
+    WorkspaceController& workspace_;
+    const KovaShortcutSettings& shortcuts_;
+    KeyMonitorServicing& keys_;
+    MainQueue& queue_;
+    std::optional<Subscription> globalKeyMonitor_;
+    std::optional<Subscription> localKeyMonitor_;
+    Subscription configurationChanges_;
+    Lifetime lifetime_;
+};
+
+/// The action that a press asks for: the first of those that act, in their order, whose shortcut has this key and
+/// exactly these modifiers. Absent for a press that is nobody's.
+std::optional<KovaShortcutAction> actionFor(const KovaShortcutConfiguration& configuration,
+                                            const KovaShortcutEvent& event);
+/// What has to be claimed for a configuration, each combination once.
+std::vector<KeyCombination> combinationsOf(const KovaShortcutConfiguration& configuration);
+
+} // namespace kova

@@ -1,0 +1,302 @@
+#include "platform/x11/X11Keyboard.h"
+
+#include "platform/x11/XkbProtocol.h"
+
+#include <algorithm>
+
+namespace kova::x11 {
+
+namespace {
+
+constexpr std::uint16_t kXkbMajor = 1, kXkbMinor = 0;
+constexpr xcb_xkb_device_spec_t kCoreKeyboard = XCB_XKB_ID_USE_CORE_KBD;
+constexpr std::uint16_t kMapParts = XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
+/// A press so long after the last one of the same key is no repetition: its release was lost. In milliseconds.
+constexpr xcb_timestamp_t kLongestRepeatDelay = 3000;
+/// The same for a key whose release nobody tells us of.
+constexpr xcb_timestamp_t kUsualRepeatDelay = 800;
+/// For as long as a menu takes to close.
+constexpr int kRecordingTries = 20;
+
+} // namespace
+
+Keyboard::Keyboard(const XConnection& connection, std::deque<Questions>& asked, std::function<void()> tryAgain) :
+    connection_(connection), asked_(asked), tryAgain_(std::move(tryAgain)) {
+    xcb_connection_t* server = connection_.get();
+    const auto* extension = xcb_get_extension_data(server, &xcb_xkb_id);
+    if (!extension || !extension->present) return;
+    const XReply<xcb_xkb_use_extension_reply_t> used(
+        xcb_xkb_use_extension_reply(server, xcb_xkb_use_extension(server, kXkbMajor, kXkbMinor), nullptr));
+    if (!used || !used->supported) return;
+    firstEvent_ = extension->first_event;
+    begin();
+    askForMap();
+    asked_.back().wait(connection_);
+    auto answered = std::move(asked_.back());
+    asked_.pop_back();
+    answered.take();
+}
+
+void Keyboard::begin() {
+    // A key that is held is told as pressed again and again, and as released once.
+    const auto flags =
+        xcb_xkb_per_client_flags(connection_.get(), kCoreKeyboard, XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT,
+                                 XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT, 0, 0, 0);
+    xcb_discard_reply(connection_.get(), flags.sequence);
+    xcb_xkb_select_events_details_t details{};
+    details.affectNewKeyboard = details.newKeyboardDetails = XCB_XKB_NKN_DETAIL_KEYCODES | XCB_XKB_NKN_DETAIL_DEVICE_ID;
+    details.affectState = details.stateDetails = XCB_XKB_STATE_PART_GROUP_STATE;
+    constexpr std::uint16_t kEvents =
+        XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY | XCB_XKB_EVENT_TYPE_STATE_NOTIFY;
+    xcb_xkb_select_events_aux(connection_.get(), kCoreKeyboard, kEvents, 0, 0, kMapParts, kMapParts, &details);
+}
+
+// The map
+
+void Keyboard::askForMap() {
+    isMapDue_ = false;
+    isAskingForMap_ = true;
+    mustSend_ = true;
+    xcb_connection_t* server = connection_.get();
+    Questions& questions = asked_.emplace_back();
+    questions.add(xcb_xkb_get_state(server, kCoreKeyboard), [this](const void* reply) {
+        if (reply) group_ = static_cast<const xcb_xkb_get_state_reply_t*>(reply)->group;
+    });
+    // The answers of one batch are taken one after the other, and live until all are taken.
+    const auto names = std::make_shared<const void*>(nullptr);
+    questions.add(xcb_xkb_get_names(server, kCoreKeyboard, XCB_XKB_NAME_DETAIL_KEY_NAMES),
+                  [names](const void* reply) { *names = reply; });
+    questions.add(xcb_xkb_get_map(server, kCoreKeyboard, kMapParts, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0),
+                  [this, names](const void* reply) { takeMap(*names, reply); });
+}
+
+void Keyboard::takeMap(const void* names, const void* map) {
+    isAskingForMap_ = false;
+    if (!names || !map) return;
+    KeyboardMap told = keyboardMapOf(*static_cast<const xcb_xkb_get_names_reply_t*>(names),
+                                     *static_cast<const xcb_xkb_get_map_reply_t*>(map));
+    map_ = std::move(told);
+    updateClaims();
+    tryHeld();
+}
+
+// Events
+
+bool Keyboard::take(const xcb_generic_event_t& event) {
+    if (firstEvent_ == 0) return false;
+    switch (event.response_type) { // as the server tells; what other programs make up has another bit
+    case 0:
+        return takeError(event);
+    case XCB_KEY_PRESS:
+        return takeKey(reinterpret_cast<const xcb_key_press_event_t&>(event), true);
+    case XCB_KEY_RELEASE:
+        return takeKey(reinterpret_cast<const xcb_key_press_event_t&>(event), false);
+    case XCB_MAPPING_NOTIFY:
+        isMapDue_ = true;
+        return true;
+    default:
+        break;
+    }
+    if (event.response_type != firstEvent_) return false;
+    // All events of XKB have their kind in the same place.
+    const auto& told = reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event);
+    if (told.xkbType == XCB_XKB_STATE_NOTIFY) {
+        group_ = told.group;
+    } else {
+        isMapDue_ = true;
+    }
+    return true;
+}
+
+bool Keyboard::takeError(const xcb_generic_event_t& event) {
+    const auto& error = reinterpret_cast<const xcb_generic_error_t&>(event);
+    const auto grab = std::ranges::find(unanswered_, error.full_sequence, &Grab::sequence);
+    if (grab == unanswered_.end()) return false;
+    const auto claim = std::ranges::find(claims_, grab->combination, &Claim::combination);
+    if (claim != claims_.end()) claim->isRefused = true;
+    return true;
+}
+
+bool Keyboard::takeKey(const xcb_key_press_event_t& event, bool isPress) {
+    if (event.event != connection_.root()) return false; // of a divider's handle
+    if (!isPress) {
+        down_.erase(event.detail);
+        return true;
+    }
+    const bool isHeld = isRepeat(event);
+    const auto code = map_.macKeyCode(event.detail);
+    if (!code || !(hasKeyboard_ || isListening_)) return true;
+    news_.push_back({hasKeyboard_ ? KeyNews::Kind::recorded : KeyNews::Kind::pressed,
+                     {*code, map_.flagsOf(event.state), isHeld, map_.characters(*code, group_)}});
+    return true;
+}
+
+bool Keyboard::isRepeat(const xcb_key_press_event_t& event) {
+    const auto [key, isNew] = down_.try_emplace(event.detail);
+    // The server's clock turns over.
+    const bool isHeld = !isNew && static_cast<std::int32_t>(key->second - event.time) >= 0;
+    key->second = event.time + kLongestRepeatDelay;
+    return isHeld;
+}
+
+bool Keyboard::act() {
+    if (isMapDue_ && !isAskingForMap_) askForMap();
+    if (std::exchange(areAnswersIn_, false)) settleClaims();
+    return std::exchange(mustSend_, false);
+}
+
+// Claims
+
+void Keyboard::claim(std::vector<KeyCombination> combinations) {
+    wanted_ = std::move(combinations);
+    updateClaims();
+    tryHeld();
+    mustTell_ = true;
+    askWhetherRefused();
+}
+
+void Keyboard::listen(bool listens) {
+    isListening_ = listens;
+    updateClaims();
+}
+
+std::vector<KeyCombination> Keyboard::heldByOthers() const {
+    std::vector<KeyCombination> held;
+    for (const Claim& claim : claims_) {
+        if (claim.isHeldByOther) held.push_back(claim.combination);
+    }
+    return held;
+}
+
+std::vector<Keyboard::Claim> Keyboard::wantedClaims() const {
+    std::vector<Claim> claims;
+    if (!isListening_ || isRecording_ || firstEvent_ == 0) return claims;
+    for (const KeyCombination& combination : wanted_) {
+        Claim claim{.combination = combination, .grabs = {}};
+        const auto state = map_.stateOf(combination.modifierFlags);
+        if (!state) continue;
+        for (const xcb_keycode_t key : map_.keysOf(combination.keyCode)) {
+            for (const std::uint16_t locks : map_.lockStates()) {
+                claim.grabs.emplace_back(key, static_cast<std::uint16_t>(*state | locks));
+            }
+        }
+        claims.push_back(std::move(claim));
+    }
+    return claims;
+}
+
+void Keyboard::updateClaims() {
+    auto wanted = wantedClaims();
+    const auto sameIn = [](std::vector<Claim>& claims, const Claim& claim) {
+        return std::ranges::find_if(claims, [&](const Claim& other) {
+            return other.combination == claim.combination && other.grabs == claim.grabs;
+        });
+    };
+    bool hasChanged = false;
+    for (const Claim& claim : claims_) {
+        if (sameIn(wanted, claim) != wanted.end()) continue;
+        hasChanged |= claim.isHeldByOther;
+        ungrab(claim);
+    }
+    // What was given up may share keys with what is claimed anew, so it goes first.
+    for (Claim& claim : wanted) {
+        const auto known = sameIn(claims_, claim);
+        if (known != claims_.end()) {
+            claim = std::move(*known);
+        } else {
+            grab(claim);
+            hasChanged = true;
+        }
+    }
+    claims_ = std::move(wanted);
+    if (!hasChanged) return;
+    mustTell_ = true;
+    askWhetherRefused();
+}
+
+void Keyboard::tryHeld() {
+    bool any = false;
+    for (Claim& claim : claims_) {
+        if (!claim.isHeldByOther) continue;
+        grab(claim);
+        any = true;
+    }
+    if (any) askWhetherRefused();
+}
+
+void Keyboard::grab(Claim& claim) {
+    claim.isRefused = false;
+    mustSend_ = true;
+    for (const auto& [key, state] : claim.grabs) {
+        const auto sent = xcb_grab_key(connection_.get(), 0, connection_.root(), state, key, XCB_GRAB_MODE_ASYNC,
+                                       XCB_GRAB_MODE_ASYNC);
+        unanswered_.push_back({sent.sequence, claim.combination});
+    }
+}
+
+void Keyboard::ungrab(const Claim& claim) {
+    mustSend_ = true;
+    for (const auto& [key, state] : claim.grabs) xcb_ungrab_key(connection_.get(), key, connection_.root(), state);
+}
+
+/// Who may not have a combination is told by an error, and who may by nothing: the answer to a later question says that
+/// no more errors come.
+void Keyboard::askWhetherRefused() {
+    mustSend_ = true;
+    ++questionsOpen_;
+    asked_.emplace_back().add(xcb_get_input_focus(connection_.get()), [this](const void*) {
+        if (--questionsOpen_ == 0) areAnswersIn_ = true;
+    });
+}
+
+/// Once every error has been taken.
+void Keyboard::settleClaims() {
+    if (questionsOpen_ != 0) return; // asked again meanwhile
+    unanswered_.clear();
+    bool hasChanged = std::exchange(mustTell_, false);
+    for (Claim& claim : claims_) {
+        // With some locks it may be free and with others not: nobody would understand that.
+        if (claim.isRefused) ungrab(claim);
+        hasChanged |= std::exchange(claim.isHeldByOther, claim.isRefused) != claim.isRefused;
+    }
+    if (hasChanged) news_.push_back({KeyNews::Kind::claimsKnown, {}});
+}
+
+// Recording
+
+void Keyboard::record(bool records) {
+    if (records == isRecording_) return;
+    isRecording_ = records;
+    recordingTries_ = 0;
+    if (!records && std::exchange(hasKeyboard_, false)) {
+        xcb_ungrab_keyboard(connection_.get(), XCB_CURRENT_TIME);
+        mustSend_ = true;
+        for (auto& [key, until] : down_) until -= kLongestRepeatDelay - kUsualRepeatDelay;
+    }
+    updateClaims();
+    if (records) tryRecording();
+}
+
+void Keyboard::tryRecording() {
+    if (!isRecording_ || hasKeyboard_) return;
+    mustSend_ = true;
+    const auto grabbed = xcb_grab_keyboard(connection_.get(), 0, connection_.root(), XCB_CURRENT_TIME,
+                                           XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    asked_.emplace_back().add(grabbed, [this](const void* reply) {
+        const auto* answer = static_cast<const xcb_grab_keyboard_reply_t*>(reply);
+        const bool isOurs = answer && answer->status == XCB_GRAB_STATUS_SUCCESS;
+        if (!isRecording_) {
+            // Given up while the answer was on its way.
+            if (isOurs) xcb_ungrab_keyboard(connection_.get(), XCB_CURRENT_TIME);
+            mustSend_ |= isOurs;
+        } else if (isOurs) {
+            hasKeyboard_ = true;
+        } else if (++recordingTries_ < kRecordingTries) {
+            tryAgain_();
+        } else {
+            news_.push_back({KeyNews::Kind::notRecording, {}});
+        }
+    });
+}
+
+} // namespace kova::x11

@@ -1,0 +1,15 @@
+// The library's header for the XKEYBOARD extension, in which a member is called like a word of C++.
+#pragma once
+
+#include <xcb/xcb.h>
+
+#if defined(__clang__)
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wkeyword-macro"
+#endif
+#define explicit explicitComponents
+#include <xcb/xkb.h>
+#undef explicit
+#if defined(__clang__)
+#pragma clang diagnostic pop
+#endif
