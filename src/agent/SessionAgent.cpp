@@ -9,8 +9,10 @@ SessionAgent::SessionAgent(const AgentServices& services) :
     queue_(services.workspace.queue), delegate_(services.workspace, services.shell),
     methods_({.controller = delegate_.workspace(),
               .urls = delegate_.urls(),
+              .shortcuts = delegate_.shortcutSettings(),
               .preferences = services.workspace.preferences,
               .diagnostics = &services.diagnostics,
+              .keys = services.shell.keys,
               .queue = services.workspace.queue,
               .quit = services.quit}) {
     const auto& state = delegate_.workspace().state();

@@ -65,7 +65,7 @@ class Desktop {
     /// Null on a session without X.
     X11Desktop* x11() const { return x11_.get(); }
     ShellServices shell() const {
-        return {.pointer = x11_.get(), .dividerHandles = x11_.get(), .systemActivity = nullptr};
+        return {.pointer = x11_.get(), .dividerHandles = x11_.get(), .systemActivity = nullptr, .keys = x11_.get()};
     }
     DiagnosticsServicing& diagnostics() const { return x11_ ? static_cast<DiagnosticsServicing&>(*x11_) : *absent_; }
     WorkspaceServices services(SessionServicing& session, PreferencesStore& preferences, MainQueue& queue,

@@ -5,7 +5,8 @@
 namespace kova {
 
 AppDelegate::AppDelegate(const WorkspaceServices& services, const ShellServices& shell) :
-    services_(services), shell_(shell), workspace_(services), urls_(workspace_, services.queue) {}
+    services_(services), shell_(shell), shortcutSettings_(services.preferences), workspace_(services),
+    urls_(workspace_, services.queue) {}
 
 AppDelegate::~AppDelegate() {
     stopWorkspace();
@@ -20,6 +21,7 @@ void AppDelegate::startWorkspace() {
     workspaceIsStarted_ = true;
     if (shell_.dividerHandles) dividerWindows_.emplace(workspace_, *shell_.dividerHandles, services_.queue);
     if (shell_.pointer) windowDrags_.emplace(workspace_, *shell_.pointer, services_.queue);
+    if (shell_.keys) layoutShortcuts_.emplace(workspace_, shortcutSettings_, *shell_.keys, services_.queue);
     installMonitors();
     workspace_.start(false);
     if (shell_.systemActivity) {
@@ -36,6 +38,7 @@ void AppDelegate::stopWorkspace() {
     systemActivitySubscription_ = {};
     // What the hand still holds goes back first.
     removeMonitors();
+    layoutShortcuts_.reset();
     windowDrags_.reset();
     dividerWindows_.reset();
     workspace_.stop();
@@ -50,9 +53,11 @@ void AppDelegate::stopWorkspace() {
 void AppDelegate::installMonitors() {
     removeMonitors();
     if (windowDrags_) windowDrags_->installMonitor();
+    if (layoutShortcuts_) layoutShortcuts_->installMonitors();
 }
 
 void AppDelegate::removeMonitors() {
+    if (layoutShortcuts_) layoutShortcuts_->removeMonitors();
     if (windowDrags_) windowDrags_->removeMonitor();
 }
 

@@ -5,6 +5,7 @@
 #include "app/LayoutDividerWindowController.h"
 #include "app/SystemActivityState.h"
 #include "app/WindowDragCoordinator.h"
+#include "commands/LayoutShortcutCoordinator.h"
 #include "commands/URLHandler.h"
 #include "workspace/WorkspaceController.h"
 
@@ -19,6 +20,7 @@ struct ShellServices {
     PointerMonitorServicing* pointer = nullptr;
     DividerHandleServicing* dividerHandles = nullptr;
     SystemActivityServicing* systemActivity = nullptr;
+    KeyMonitorServicing* keys = nullptr;
 };
 
 class AppDelegate {
@@ -34,6 +36,7 @@ class AppDelegate {
     URLHandler& urls() { return urls_; }
     /// What the desktop asks the program to open.
     void openURLs(const std::vector<std::string>& urls);
+    KovaShortcutSettings& shortcutSettings() { return shortcutSettings_; }
 
     /// Begins to manage windows, without asking the user for the permission; on a locked screen it begins suspended.
     /// Does nothing when it is started already.
@@ -54,11 +57,13 @@ class AppDelegate {
 
     WorkspaceServices services_;
     ShellServices shell_;
+    KovaShortcutSettings shortcutSettings_;
     WorkspaceController workspace_;
     URLHandler urls_;
     // While the workspace is started.
     std::optional<LayoutDividerWindowController> dividerWindows_;
     std::optional<WindowDragCoordinator> windowDrags_;
+    std::optional<LayoutShortcutCoordinator> layoutShortcuts_;
     Subscription systemActivitySubscription_;
 
     SystemActivityState systemActivityState_;

@@ -1,5 +1,8 @@
 #include "commands/LayoutShortcutCoordinator.h"
 
+#include "commands/KeyNames.h"
+#include "support/Log.h"
+
 #include <algorithm>
 #include <array>
 
@@ -102,6 +105,7 @@ void LayoutShortcutCoordinator::installMonitors() {
     });
     localKeyMonitor_ = keys_.addLocalMonitor([this](const KeyPress& press) { return handle(eventOf(press)); });
     configurationChanges_ = shortcuts_.configuration.observe([this](const auto&) { claim(); });
+    heldChanges_ = keys_.observeHeldByOthers([this] { noteHeldByOthers(); });
     claim();
 }
 
@@ -109,10 +113,26 @@ void LayoutShortcutCoordinator::removeMonitors() {
     globalKeyMonitor_.reset();
     localKeyMonitor_.reset();
     configurationChanges_ = {};
+    heldChanges_ = {};
 }
 
 void LayoutShortcutCoordinator::claim() {
     keys_.claim(combinationsOf(*shortcuts_.configuration));
+}
+
+/// In the log, once each: whoever wonders why a key does nothing looks there.
+void LayoutShortcutCoordinator::noteHeldByOthers() {
+    const auto held = keys_.heldByOthers();
+    for (const auto action : kDispatchedActions) {
+        const KovaShortcut* shortcut = shortcuts_.configuration->shortcut(action);
+        if (!shortcut) continue;
+        const KeyCombination combination = combinationOf(*shortcut);
+        if (std::ranges::find(held, combination) == held.end()) continue;
+        if (std::ranges::find(heldByOthers_, combination) != heldByOthers_.end()) continue;
+        log(LogLevel::warning, "another program holds " + shortcutText(*shortcut) + ", the shortcut for “" +
+                                   std::string(title(action)) + "”");
+    }
+    heldByOthers_ = held;
 }
 
 bool LayoutShortcutCoordinator::handle(const KovaShortcutEvent& event) {

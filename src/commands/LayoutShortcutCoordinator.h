@@ -7,6 +7,7 @@
 #include "workspace/WorkspaceController.h"
 
 #include <optional>
+#include <vector>
 
 namespace kova {
 
@@ -27,6 +28,7 @@ class LayoutShortcutCoordinator {
 
   private:
     void claim();
+    void noteHeldByOthers();
 
     WorkspaceController& workspace_;
     const KovaShortcutSettings& shortcuts_;
@@ -35,6 +37,8 @@ class LayoutShortcutCoordinator {
     std::optional<Subscription> globalKeyMonitor_;
     std::optional<Subscription> localKeyMonitor_;
     Subscription configurationChanges_;
+    Subscription heldChanges_;
+    std::vector<KeyCombination> heldByOthers_; // as it was noted
     Lifetime lifetime_;
 };
 

@@ -12,6 +12,10 @@ std::string conflictMessage(KovaShortcutAction holder) {
     return "This shortcut is already used by “" + std::string(title(holder)) + "”.";
 }
 
+bool canBeShortcut(std::uint64_t modifierFlags) {
+    return (modifierFlags & (modifierFlag::control | modifierFlag::option | modifierFlag::command)) != 0;
+}
+
 std::string keyLabel(const KeyPress& press) {
     if (const auto label = fixedKeyLabel(press.keyCode)) return std::string(*label);
     std::string label = uppercased(withoutControlCharactersAround(press.charactersIgnoringModifiers));
@@ -28,7 +32,7 @@ ShortcutRecorder::Step ShortcutRecorder::take(const KeyPress& press) {
     if (press.keyCode == keyCode::escape) return {Outcome::cancelled, ""};
 
     const std::uint64_t modifiers = press.modifierFlags & modifierFlag::ofShortcuts;
-    if ((modifiers & ~modifierFlag::shift) == 0) return {Outcome::refused, ""};
+    if (!canBeShortcut(modifiers)) return {Outcome::refused, ""};
     KovaShortcut shortcut{press.keyCode, modifiers, keyLabel(press)};
     if (const auto holder = settings_.conflictingAction(shortcut, action_)) {
         return {Outcome::refused, conflictMessage(*holder)};

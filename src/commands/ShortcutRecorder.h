@@ -19,6 +19,9 @@ inline constexpr std::string_view kUnknownKeyLabel = "Key (event.keyCode)";
 /// Said when another action has the combination.
 std::string conflictMessage(KovaShortcutAction holder);
 
+/// Whether these modifiers are enough; Shift alone is not.
+bool canBeShortcut(std::uint64_t modifierFlags);
+
 /// The text for the key of a press.
 std::string keyLabel(const KeyPress& press);
 

@@ -11,6 +11,7 @@
 #include "control/Refusal.h"
 #include "control/RuleMethods.h"
 #include "control/SceneMethods.h"
+#include "control/ShortcutMethods.h"
 #include "control/StateBroadcast.h"
 #include "control/ThemeMethods.h"
 #include "control/WindowExplanation.h"
@@ -44,13 +45,14 @@ class ControlMethods::Table {
   public:
     explicit Table(ControlContext context) :
         context_(std::move(context)), broadcast_(context_.controller, context_.queue),
-        transfer_(context_.controller, context_.queue) {
+        transfer_(context_.controller, context_.queue), shortcuts_(context_.shortcuts, context_.keys, context_.queue) {
         addActions();
         addLayouts();
         addApplications();
         addScenes();
         addRules();
         addLook();
+        addShortcuts();
         addQueries();
         addAgent();
     }
@@ -189,6 +191,16 @@ class ControlMethods::Table {
         addSwitch("theme.tileBackgrounds", &WorkspaceController::setShowTileBackgrounds);
     }
 
+    void addShortcuts() {
+        add("shortcut.list", {}, [this](const Call&) { return shortcuts_.list(); });
+        add("shortcut.set", {"action", "keys"},
+            [this](const Call& call) { return shortcuts_.set(call.parameters, call.peer); });
+        add("shortcut.clear", {"action"}, [this](const Call& call) { return shortcuts_.clear(call.parameters); });
+        add("shortcut.record", {"action"},
+            [this](const Call& call) { return shortcuts_.record(call.parameters, call.peer); });
+        add("shortcut.restoreDefaults", {}, [this](const Call&) { return shortcuts_.restoreDefaults(); });
+    }
+
     void addQueries() {
         const WorkspaceController& controller = context_.controller;
         add("query.displays", {}, [&controller](const Call&) -> ControlReply {
@@ -207,7 +219,7 @@ class ControlMethods::Table {
 
     void addAgent() {
         add("status", {}, [this](const Call&) -> ControlReply { return status(); });
-        add("doctor", {}, [this](const Call&) -> ControlReply { return examine(context_); });
+        add("doctor", {}, [this](const Call&) -> ControlReply { return examine(context_, shortcuts_); });
         add("subscribe", {}, [this](const Call& call) -> ControlReply { return broadcast_.subscribe(call.peer); });
         add("quit", {}, [this](const Call&) -> ControlReply {
             context_.queue.post(context_.quit); // after this answer
@@ -263,6 +275,7 @@ class ControlMethods::Table {
                  std::count_if(live.begin(), live.end(), [&](const auto& w) { return assignments.isInAnyTile(w.id); })},
                 {"focusMode", controlRecord::focusMode(controller)},
                 {"canUndo", *state.canUndo},
+                {"shortcutsHeldByOthers", shortcuts_.heldByOthers()},
                 {"message", orNull(*state.lastActionMessage)}};
     }
 
@@ -276,6 +289,7 @@ class ControlMethods::Table {
     ControlContext context_;
     StateBroadcast broadcast_;
     DocumentTransfer transfer_;
+    ShortcutMethods shortcuts_;
     std::unordered_map<std::string, Method> methods_;
 };
 

@@ -11,6 +11,8 @@
 namespace kova {
 
 class DiagnosticsServicing;
+class KeyMonitorServicing;
+class KovaShortcutSettings;
 class PreferencesStore;
 class URLHandler;
 class WorkspaceController;
@@ -19,8 +21,10 @@ class WorkspaceController;
 struct ControlContext {
     WorkspaceController& controller;
     URLHandler& urls;
+    KovaShortcutSettings& shortcuts;
     const PreferencesStore& preferences;
     const DiagnosticsServicing* diagnostics = nullptr; // null when the desktop has nothing to tell
+    KeyMonitorServicing* keys = nullptr;               // null where no key can be heard
     MainQueue& queue;
     std::function<void()> quit; // called on the main queue, after the answer was sent
 };

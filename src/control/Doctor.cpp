@@ -60,9 +60,20 @@ DiagnosticLine preferencesLine(const PreferencesStore& preferences) {
     return {"preferences", Verdict::wrong, problem};
 }
 
+DiagnosticLine shortcutsLine(const ControlContext& context, const std::vector<std::string>& held) {
+    if (!context.keys) {
+        return {"shortcuts", Verdict::note, "No key can be heard in this session; use the command line instead."};
+    }
+    if (held.empty()) return {"shortcuts", Verdict::fine, "No other program holds any of them."};
+    std::string names;
+    for (const std::string& name : held) names += (names.empty() ? "" : ", ") + name;
+    return {"shortcuts", Verdict::note,
+            "Held by another program: " + names + ". Free it there, or choose others with “kova shortcut set”."};
+}
+
 } // namespace
 
-nlohmann::json examine(const ControlContext& context) {
+nlohmann::json examine(const ControlContext& context, const ShortcutMethods& shortcuts) {
     std::vector<DiagnosticLine> lines;
     if (context.diagnostics) lines = context.diagnostics->diagnose();
     // The desktop knows more about what it speaks of than we do.
@@ -74,6 +85,7 @@ nlohmann::json examine(const ControlContext& context) {
     addUnlessKnown(displaysLine(context.controller));
     addUnlessKnown(managementLine(context.controller));
     addUnlessKnown(preferencesLine(context.preferences));
+    addUnlessKnown(shortcutsLine(context, shortcuts.heldByOthers()));
 
     nlohmann::json checks = nlohmann::json::array();
     bool isHealthy = true;

@@ -2,6 +2,7 @@
 // on the desktop stands still while it serves.
 #pragma once
 
+#include "commands/LayoutShortcutCoordinator.h"
 #include "commands/URLHandler.h"
 #include "control/ControlMethods.h"
 #include "control/ControlServer.h"
@@ -27,8 +28,15 @@ class AgentStage {
         desk.desktop.install("Maps", {.bundleIdentifier = "org.example.Maps", .startsAfter = Seconds(0)});
         desk.start();
         urls.emplace(desk.controller(), desk.desktop.queue());
-        methods.emplace(ControlContext{desk.controller(), *urls, desk.preferences, &desk.desktop, desk.desktop.queue(),
-                                       [this] { hasQuit = true; }});
+        methods.emplace(ControlContext{.controller = desk.controller(),
+                                       .urls = *urls,
+                                       .shortcuts = shortcuts,
+                                       .preferences = desk.preferences,
+                                       .diagnostics = &desk.desktop,
+                                       .keys = &desk.desktop.keyboard(),
+                                       .queue = desk.desktop.queue(),
+                                       .quit = [this] { hasQuit = true; }});
+        monitors.emplace(desk.controller(), shortcuts, desk.desktop.keyboard(), desk.desktop.queue()).installMonitors();
         auto claim = AgentClaim::take({socketPath(), true});
         server.emplace(std::get<AgentClaim>(std::move(claim)), desk.desktop.queue(), *methods);
         EXPECT_EQ(server->start(), std::nullopt);
@@ -49,6 +57,7 @@ class AgentStage {
     }
 
     Desk desk;
+    KovaShortcutSettings shortcuts{desk.preferences};
     void endServer() { server.reset(); }
 
     bool hasQuit = false;
@@ -56,6 +65,7 @@ class AgentStage {
   private:
     TemporaryFolder folder;
     std::optional<URLHandler> urls;
+    std::optional<LayoutShortcutCoordinator> monitors;
     std::optional<ControlMethods> methods;
     std::optional<ControlServer> server;
 };

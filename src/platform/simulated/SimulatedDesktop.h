@@ -4,6 +4,7 @@
 // number) becomes a fault in `brokenPromises`.
 #pragma once
 
+#include "platform/simulated/SimulatedKeyboard.h"
 #include "platform/simulated/SimulatedWindow.h"
 #include "platform/simulated/VirtualTime.h"
 #include "support/Lifetime.h"
@@ -92,6 +93,7 @@ class SimulatedDesktop : public AccessibilityServicing,
 
     VirtualMainQueue& queue() { return queue_; }
     VirtualWorkQueue& pollingQueue() { return pollingQueue_; }
+    SimulatedKeyboard& keyboard() { return keyboard_; }
 
     // Displays. Windows that a change leaves on no display are moved onto the first, unless they are stranded.
     void addDisplay(SimulatedDisplay display);
@@ -320,6 +322,7 @@ class SimulatedDesktop : public AccessibilityServicing,
 
     mutable VirtualMainQueue queue_;
     mutable VirtualWorkQueue pollingQueue_{queue_};
+    SimulatedKeyboard keyboard_{queue_};
     std::vector<SimulatedDisplay> displays_; // the platform's order
     std::deque<Application> applications_;   // the order of launching
     std::vector<Installation> installations_;

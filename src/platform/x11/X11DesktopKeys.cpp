@@ -8,8 +8,9 @@ using namespace x11;
 namespace {
 
 constexpr Seconds kRecordingPause{0.05};
-/// How often, at most, a window that comes or goes is taken for the end of a program that held keys.
-constexpr Seconds kHeldKeysPause{10};
+/// How often, at most, whoever asks who holds a key has it tried again, and a window that comes or goes is taken for
+/// the end of the program that held it.
+constexpr Seconds kPauseBetweenQuestions{1}, kPauseBetweenChanges{10};
 
 /// Something that is kept by a subscription, and what is to happen once it is dropped.
 template <class Thing>
@@ -52,7 +53,7 @@ std::vector<KeyCombination> X11Desktop::heldByOthers() const {
     const std::lock_guard lock(parts_->mutex);
     if (!parts_->hand) return {};
     auto held = parts_->hand->keyboard().heldByOthers();
-    if (!held.empty()) parts_->hand->tryHeldKeys();
+    if (!held.empty()) parts_->tryHeldKeys(Parts::HeldKeysReason::asked);
     return held;
 }
 
@@ -105,7 +106,10 @@ void X11Desktop::Parts::failRecordingKeys(const std::string& reason) {
 /// Locked by the caller.
 void X11Desktop::Parts::tryHeldKeys(HeldKeysReason reason) {
     const Seconds now = queue.uptime();
-    if (!hand || (reason == HeldKeysReason::windowsChanged && now - heldKeysTried < kHeldKeysPause)) return;
+    const Seconds since = now - heldKeysTried;
+    if (!hand || (reason == HeldKeysReason::windowsChanged && since < kPauseBetweenChanges) ||
+        (reason == HeldKeysReason::asked && since < kPauseBetweenQuestions))
+        return;
     heldKeysTried = now;
     hand->tryHeldKeys();
 }

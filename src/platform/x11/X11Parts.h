@@ -124,7 +124,7 @@ struct X11Desktop::Parts {
     CGPoint onScreen(int x, int y) const;
 
     // Keys (X11DesktopKeys.cpp), main thread
-    enum class HeldKeysReason { windowsChanged, managerChanged };
+    enum class HeldKeysReason { managerChanged, windowsChanged, asked };
     void tryHeldKeys(HeldKeysReason reason); // locked
     void tellOf(const x11::KeyNews& news);   // not locked, as are these
     void tryRecordingAgain();

@@ -1,0 +1,239 @@
+#include "control/ShortcutMethods.h"
+
+#include "commands/KeyNames.h"
+#include "control/JsonRpc.h"
+#include "control/NameLookup.h"
+#include "control/Refusal.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kova {
+
+namespace {
+
+using nlohmann::json;
+
+/// How often it is looked whether whoever records is still there.
+constexpr Seconds kLookInterval{0.2};
+/// The answer of a window system is a matter of milliseconds; where nothing is claimed at present there is none.
+constexpr Seconds kClaimPatience{0.5};
+
+constexpr const char* kNoKeys = "No key can be heard in this session";
+
+/// "focus-left"
+std::string kebab(std::string_view camel) {
+    std::string out;
+    for (const char c : camel) {
+        const bool isCapital = c >= 'A' && c <= 'Z';
+        if (isCapital) out += '-';
+        out += isCapital ? static_cast<char>(c - 'A' + 'a') : c;
+    }
+    return out;
+}
+
+std::variant<KovaShortcutAction, ControlFailure> wantedAction(const JsonCursor& parameters) {
+    std::vector<NamedThing> things;
+    for (const auto action : kShortcutActions) {
+        const std::string name(rawValue(action)), shown(title(action));
+        things.push_back({name, {kebab(name), shown}, name + "  " + shown});
+    }
+    const auto found = lookUp("action", parameters.required("action").string(), things, Numbered::no);
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    return kShortcutActions[std::get<std::size_t>(found)];
+}
+
+std::string_view word(ShortcutRecorder::Outcome outcome) {
+    switch (outcome) {
+    case ShortcutRecorder::Outcome::recorded:
+        return "recorded";
+    case ShortcutRecorder::Outcome::cleared:
+        return "cleared";
+    case ShortcutRecorder::Outcome::cancelled:
+        return "cancelled";
+    case ShortcutRecorder::Outcome::refused:
+        return "refused";
+    }
+    return "";
+}
+
+/// What a person at a terminal presses to have the command end, and not to have it as a shortcut.
+bool isInterrupt(const KeyPress& press) {
+    return (press.modifierFlags & modifierFlag::ofShortcuts) == modifierFlag::control &&
+           press.charactersIgnoringModifiers == "c";
+}
+
+json modifierNames(std::uint64_t flags) {
+    json names = json::array();
+    for (const auto& [flag, name] : {std::pair{modifierFlag::control, "control"},
+                                     {modifierFlag::option, "option"},
+                                     {modifierFlag::shift, "shift"},
+                                     {modifierFlag::command, "command"}}) {
+        if (flags & flag) names.push_back(name);
+    }
+    return names;
+}
+
+} // namespace
+
+ShortcutMethods::ShortcutMethods(KovaShortcutSettings& settings, KeyMonitorServicing* keys, MainQueue& queue) :
+    settings_(settings), keys_(keys), queue_(queue) {
+    if (keys_) claims_ = keys_->observeHeldByOthers([this] { tellClaimed(); });
+}
+
+bool ShortcutMethods::isHeldByOther(const KovaShortcut& shortcut) const {
+    if (!keys_) return false;
+    const auto held = keys_->heldByOthers();
+    return std::ranges::find(held, KeyCombination{shortcut.keyCode, shortcut.modifierFlagsRawValue}) != held.end();
+}
+
+json ShortcutMethods::recordOf(KovaShortcutAction action) const {
+    json out = {{"action", rawValue(action)}, {"title", title(action)}, {"keys", nullptr},
+                {"label", nullptr},           {"keyCode", nullptr},     {"modifiers", nullptr},
+                {"conflict", nullptr},        {"isHeldByOther", false}};
+    if (const auto shortcut = settings_.shortcut(action)) {
+        out["keys"] = shortcutText(*shortcut);
+        out["label"] = shortcut->keyLabel;
+        out["keyCode"] = shortcut->keyCode;
+        out["modifiers"] = modifierNames(shortcut->modifierFlagsRawValue);
+        if (const auto other = settings_.conflictingAction(*shortcut, action)) out["conflict"] = rawValue(*other);
+        out["isHeldByOther"] = action != KovaShortcutAction::commandCenter && isHeldByOther(*shortcut);
+    }
+    return out;
+}
+
+json ShortcutMethods::recordsOfAll() const {
+    json shortcuts = json::array();
+    for (const auto action : kShortcutActions) shortcuts.push_back(recordOf(action));
+    return shortcuts;
+}
+
+std::vector<std::string> ShortcutMethods::heldByOthers() const {
+    std::vector<std::string> texts;
+    for (const auto action : kShortcutActions) {
+        const auto shortcut = settings_.shortcut(action);
+        if (!shortcut || action == KovaShortcutAction::commandCenter || !isHeldByOther(*shortcut)) continue;
+        texts.push_back(shortcutText(*shortcut) + " (" + std::string(title(action)) + ")");
+    }
+    return texts;
+}
+
+ControlReply ShortcutMethods::list() const {
+    return json{
+        {"canHearKeys", keys_ != nullptr}, {"isRecording", *settings_.isRecording}, {"shortcuts", recordsOfAll()}};
+}
+
+ControlReply ShortcutMethods::set(const JsonCursor& parameters, const std::shared_ptr<ControlPeer>& peer) {
+    const JsonCursor keys = parameters.required("keys");
+    const auto parsed =
+        parseShortcut(keys.string(), [this](std::uint16_t code) { return keys_ ? keys_->charactersOf(code) : ""; });
+    if (const auto* problem = std::get_if<std::string>(&parsed)) keys.fail(*problem);
+    const auto found = wantedAction(parameters);
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    const auto action = std::get<KovaShortcutAction>(found);
+    const auto& shortcut = std::get<KovaShortcut>(parsed);
+    if (!canBeShortcut(shortcut.modifierFlagsRawValue)) {
+        return refusal("A shortcut needs ctrl, alt or super: without them “" + shortcutText(shortcut) +
+                       "” could not be typed any more");
+    }
+    if (const auto holder = settings_.conflictingAction(shortcut, action)) return refusal(conflictMessage(*holder));
+    if (!settings_.setShortcut(shortcut, action)) return refusal("The shortcut was not changed");
+    tellOnceClaimed(peer, action);
+    return json{{"shortcut", recordOf(action)}};
+}
+
+ControlReply ShortcutMethods::clear(const JsonCursor& parameters) {
+    const auto found = wantedAction(parameters);
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    const auto action = std::get<KovaShortcutAction>(found);
+    if (!settings_.setShortcut(std::nullopt, action)) return refusal("The shortcut was not changed");
+    return json{{"shortcut", recordOf(action)}};
+}
+
+ControlReply ShortcutMethods::restoreDefaults() {
+    settings_.restoreDefaults();
+    return json{{"shortcuts", recordsOfAll()}};
+}
+
+// Recording
+
+ControlReply ShortcutMethods::record(const JsonCursor& parameters, const std::shared_ptr<ControlPeer>& peer) {
+    const auto found = wantedAction(parameters);
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    if (!keys_) return refusal(kNoKeys);
+    const auto action = std::get<KovaShortcutAction>(found);
+    endRecording("cancelled", "Another shortcut is being recorded");
+    const auto number = ++recordings_;
+    recording_.emplace(Recording{action, ShortcutRecorder(settings_, action), peer, queue_.uptime(), number, {}});
+    settings_.isRecording.set(true);
+    recording_->keys = keys_->recordKeys([this](const KeyPress& press) { return heard(press); },
+                                         [this](const std::string& reason) { endRecording("failed", reason); });
+    look(number);
+    return json{{"shortcut", recordOf(action)}, {"prompt", kRecorderPrompt}};
+}
+
+/// True once the recording is over.
+bool ShortcutMethods::heard(const KeyPress& press) {
+    if (!recording_) return true;
+    // A key that was held before has been pressed for something else.
+    if (press.isRepeat) return false;
+    if (isInterrupt(press)) {
+        endRecording("cancelled", "");
+        return true;
+    }
+    const auto step = recording_->recorder.take(press);
+    if (!step.endsRecording()) {
+        tellRecorded(*recording_, word(step.outcome), step.message);
+        return false;
+    }
+    if (step.outcome == ShortcutRecorder::Outcome::recorded) tellOnceClaimed(recording_->peer, recording_->action);
+    endRecording(word(step.outcome), step.message);
+    return true;
+}
+
+/// Whoever goes away while the keyboard is taken must not keep it.
+void ShortcutMethods::look(std::uint64_t number) {
+    queue_.after(kLookInterval, lifetime_.guard([this, number] {
+        if (!recording_ || recording_->number != number) return;
+        const auto peer = recording_->peer.lock();
+        if (!peer || !peer->isConnected()) return endRecording("cancelled", "");
+        if (queue_.uptime() - recording_->since >= kRecordingPatience) {
+            return endRecording("cancelled", "Nothing was typed for a minute");
+        }
+        look(number);
+    }));
+}
+
+void ShortcutMethods::tellRecorded(const Recording& recording, std::string_view outcome,
+                                   const std::string& message) const {
+    const auto peer = recording.peer.lock();
+    if (!peer) return;
+    peer->send(
+        jsonrpc::line(jsonrpc::notification("recorded", {{"outcome", outcome},
+                                                         {"message", message.empty() ? json(nullptr) : json(message)},
+                                                         {"shortcut", recordOf(recording.action)}})));
+}
+
+void ShortcutMethods::endRecording(std::string_view outcome, const std::string& message) {
+    const auto ended = std::exchange(recording_, std::nullopt);
+    if (!ended) return;
+    settings_.isRecording.set(false);
+    tellRecorded(*ended, outcome, message);
+}
+
+// Claims
+
+void ShortcutMethods::tellOnceClaimed(const std::weak_ptr<ControlPeer>& peer, KovaShortcutAction action) {
+    waiting_.push_back({peer, action});
+    queue_.after(kClaimPatience, lifetime_.guard([this] { tellClaimed(); }));
+}
+
+void ShortcutMethods::tellClaimed() {
+    for (const Waiting& waiting : std::exchange(waiting_, {})) {
+        const auto peer = waiting.peer.lock();
+        if (!peer) continue;
+        peer->send(jsonrpc::line(jsonrpc::notification("claimed", {{"shortcut", recordOf(waiting.action)}})));
+    }
+}
+
+} // namespace kova

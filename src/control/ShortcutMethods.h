@@ -1,0 +1,72 @@
+// Keyboard shortcuts, as methods of the socket. Main thread only.
+#pragma once
+
+#include "commands/KovaShortcutSettings.h"
+#include "commands/ShortcutRecorder.h"
+#include "control/ControlHandling.h"
+#include "support/JsonDecoding.h"
+#include "support/Lifetime.h"
+#include "support/MainQueue.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kova {
+
+class ShortcutMethods {
+  public:
+    /// A key that nobody presses for so long is not awaited any more: meanwhile no other program has the keyboard.
+    static constexpr Seconds kRecordingPatience{60};
+
+    /// All of them outlive the methods; `keys` is null in a session where no key can be heard.
+    ShortcutMethods(KovaShortcutSettings& settings, KeyMonitorServicing* keys, MainQueue& queue);
+
+    ControlReply list() const;
+    ControlReply set(const JsonCursor& parameters, const std::shared_ptr<ControlPeer>& peer);
+    ControlReply clear(const JsonCursor& parameters);
+    /// What comes of it is told by notifications, until one of them ends the recording.
+    ControlReply record(const JsonCursor& parameters, const std::shared_ptr<ControlPeer>& peer);
+    ControlReply restoreDefaults();
+    /// The shortcuts that do nothing because another program holds them, as a person reads them: "Ctrl+Alt+H (Focus
+    /// Left)".
+    std::vector<std::string> heldByOthers() const;
+
+  private:
+    struct Recording {
+        KovaShortcutAction action;
+        ShortcutRecorder recorder;
+        std::weak_ptr<ControlPeer> peer;
+        Seconds since; // uptime
+        std::uint64_t number;
+        Subscription keys;
+    };
+    /// Somebody who changed a shortcut and wants to know whether it can be had.
+    struct Waiting {
+        std::weak_ptr<ControlPeer> peer;
+        KovaShortcutAction action;
+    };
+
+    nlohmann::json recordOf(KovaShortcutAction action) const;
+    nlohmann::json recordsOfAll() const;
+    bool isHeldByOther(const KovaShortcut& shortcut) const;
+    bool heard(const KeyPress& press);
+    void look(std::uint64_t number);
+    void tellRecorded(const Recording& recording, std::string_view outcome, const std::string& message) const;
+    void endRecording(std::string_view outcome, const std::string& message);
+    void tellOnceClaimed(const std::weak_ptr<ControlPeer>& peer, KovaShortcutAction action);
+    void tellClaimed();
+
+    KovaShortcutSettings& settings_;
+    KeyMonitorServicing* keys_;
+    MainQueue& queue_;
+    std::optional<Recording> recording_;
+    std::uint64_t recordings_ = 0; // since the start
+    std::vector<Waiting> waiting_;
+    Subscription claims_;
+    Lifetime lifetime_;
+};
+
+} // namespace kova

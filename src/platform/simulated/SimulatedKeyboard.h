@@ -1,0 +1,79 @@
+// The keyboard of the simulated desktop. A person presses keys; other programs hold combinations of their own, or the
+// whole keyboard. What nobody keeps from it is typed into the window that has the keyboard.
+#pragma once
+
+#include "platform/simulated/VirtualTime.h"
+#include "support/Lifetime.h"
+#include "windowing/KeyMonitorServicing.h"
+
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kova {
+
+class SimulatedKeyboard final : public KeyMonitorServicing {
+  public:
+    explicit SimulatedKeyboard(VirtualMainQueue& queue) : queue_(queue) {}
+
+    /// How the desktop lets programs listen to keys meant for others.
+    enum class Delivery {
+        claimed,  // a combination belongs to whoever claimed it first, and is typed nowhere
+        observed, // everybody may listen to everything, and it is typed all the same
+    };
+    void setDelivery(Delivery delivery) { delivery_ = delivery; }
+    enum class Focus { otherApplication, ownWindow };
+    void setFocus(Focus focus) { focus_ = focus; }
+
+    /// A key goes down; its characters are those of the layout.
+    void press(std::uint16_t keyCode, std::uint64_t modifierFlags = 0);
+    /// The same key again, as it is held.
+    void repeat(std::uint16_t keyCode, std::uint64_t modifierFlags = 0);
+    /// What was typed into a window since the last call.
+    std::vector<KeyPress> takeTyped() { return std::exchange(typed_, {}); }
+
+    /// Another program takes a combination, unless it is claimed; or gives it up.
+    void holdByOther(KeyCombination combination);
+    void giveUpByOther(KeyCombination combination);
+    void setKeyboardHeldByOther(bool isHeld) { isKeyboardHeldByOther_ = isHeld; }
+    /// What keys write that differ from an American keyboard's.
+    void setLayout(std::map<std::uint16_t, std::string> characters) { layout_ = std::move(characters); }
+    /// What is claimed now, and not held by others.
+    std::set<KeyCombination> claimed() const;
+
+    // KeyMonitorServicing
+    Subscription addGlobalMonitor(std::function<void(const KeyPress&)> monitor) override;
+    Subscription addLocalMonitor(std::function<bool(const KeyPress&)> monitor) override;
+    void claim(const std::vector<KeyCombination>& combinations) override;
+    std::vector<KeyCombination> heldByOthers() const override;
+    Subscription observeHeldByOthers(std::function<void()> known) override;
+    Subscription recordKeys(std::function<bool(const KeyPress&)> recorder,
+                            std::function<void(const std::string& reason)> failed) override;
+    std::string charactersOf(std::uint16_t keyCode) const override;
+
+  private:
+    using LocalMonitor = std::function<bool(const KeyPress&)>;
+
+    void deliver(const KeyPress& press);
+    bool isKeptByLocalMonitor(const KeyPress& press);
+    void tellHeldByOthers();
+
+    VirtualMainQueue& queue_;
+    Delivery delivery_ = Delivery::claimed;
+    Focus focus_ = Focus::otherApplication;
+    std::map<std::uint16_t, std::string> layout_;
+    std::set<KeyCombination> wanted_;
+    std::set<KeyCombination> heldByOthers_;
+    bool isKeyboardHeldByOther_ = false;
+    Observers<const KeyPress&> globalMonitors_;
+    std::vector<std::weak_ptr<LocalMonitor>> localMonitors_;
+    std::weak_ptr<LocalMonitor> recorder_;
+    Observers<> heldObservers_;
+    std::vector<KeyPress> typed_;
+    Lifetime lifetime_;
+};
+
+} // namespace kova
