@@ -35,6 +35,8 @@ struct Arguments {
     std::optional<std::string> theme;
     std::optional<std::string> accent;
     std::optional<std::string> choice; // “on” or “off”
+    std::optional<std::string> action; // that a shortcut is for
+    std::optional<std::string> keys;   // of a shortcut
     std::optional<int> width;          // columns of a picture
 };
 

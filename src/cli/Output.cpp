@@ -187,6 +187,9 @@ std::string printStatus(const json& result, const Arguments&) {
     out += "displays    " + number(result["displays"]) + "\n";
     out += "windows     " + number(result["windows"]) + ", " + number(result["windowsInTiles"]) + " in tiles\n";
     if (!result["focusMode"].is_null()) out += "focus mode  " + line(result["focusMode"]["window"].get<std::string>());
+    const json& held = result["shortcutsHeldByOthers"];
+    for (const json& shortcut : held)
+        out += "not ours    " + line(shortcut.get<std::string>() + " is held by another program");
     if (!result["message"].is_null()) out += "message     " + line(result["message"].get<std::string>());
     return out;
 }

@@ -89,14 +89,14 @@ Problem contradictionIn(const Verb& verb, const Arguments& arguments) {
 
 /// One thing that a verb may take. Without a flag it is a word by itself; without a value it is there or not.
 struct Option {
-    unsigned takenBy; // of `Takes`
+    std::uint64_t takenBy; // of `Takes`
     std::string_view flag;
     std::string_view value;
     std::string_view meaning;
     Problem (*take)(Arguments& arguments, std::string_view word);
 };
 
-constexpr unsigned kEveryVerb = ~0U;
+constexpr std::uint64_t kEveryVerb = ~std::uint64_t{0};
 
 constexpr std::array kOptions =
     std::to_array<Option>({
@@ -143,6 +143,10 @@ constexpr std::array kOptions =
         {kFile, "", "FILE", "a JSON file", [](Arguments& a, std::string_view word) { return takeName(a.file, word); }},
         {kUrl, "", "URL", "of the scheme kova, such as kova://action/arrange",
          [](Arguments& a, std::string_view word) { return takeName(a.url, word); }},
+        {kShortcutAction, "", "ACTION", "as “shortcut list” names it, such as focusLeft; or its title, or a part",
+         [](Arguments& a, std::string_view word) { return takeName(a.action, word); }},
+        {kShortcutKeys, "", "KEYS", "modifiers and a key, such as ctrl+alt+h, alt+f5 or super+left",
+         [](Arguments& a, std::string_view word) { return takeName(a.keys, word); }},
         {kTheme, "", "THEME", "id or name of a theme, or a part of it",
          [](Arguments& a, std::string_view word) { return takeName(a.theme, word); }},
         {kAccent, "", "COLOUR", "id or name of an accent colour, or a part of it",
@@ -175,9 +179,10 @@ bool takes(const Verb& verb, const Option& option) {
 }
 
 bool isRequired(const Option& option) {
-    constexpr unsigned kRequired = kRequiredLayout | kRequiredPoints | kDirection | kSplit | kBoundary | kTranslation |
-                                   kApplication | kTile | kRequiredWindow | kScene | kNewName | kRule | kPlace |
-                                   kDisposition | kFile | kTheme | kAccent | kSwitch;
+    constexpr std::uint64_t kRequired = kRequiredLayout | kRequiredPoints | kDirection | kSplit | kBoundary |
+                                        kTranslation | kApplication | kTile | kRequiredWindow | kScene | kNewName |
+                                        kRule | kPlace | kDisposition | kFile | kTheme | kAccent | kSwitch |
+                                        kShortcutAction | kShortcutKeys;
     return option.takenBy != kEveryVerb && (option.takenBy & kRequired) != 0;
 }
 
@@ -262,7 +267,7 @@ class Parser {
     const Verb& verb_;
     std::span<char* const> words_;
     Arguments arguments_;
-    unsigned taken_ = 0; // of the words, which come in the order of the table, and the options with a value
+    std::uint64_t taken_ = 0; // of the words, which come in the order of the table, and the options with a value
 };
 
 /// The text in lines of the help's width.

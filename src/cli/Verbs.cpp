@@ -4,6 +4,7 @@
 #include "cli/LayoutOutput.h"
 #include "cli/Output.h"
 #include "cli/SceneOutput.h"
+#include "cli/ShortcutVerbs.h"
 #include "cli/ThemeOutput.h"
 
 #include <algorithm>
@@ -174,6 +175,26 @@ constexpr std::array kVerbs = std::to_array<Verb>({
      printRulesSwitch},
     {"rules off", "rules.off", "stop applying the rules", "Windows stay where they are.", "kova rules off", kNothing,
      printRulesSwitch},
+    {"shortcut list", "shortcut.list", "list the keyboard shortcuts",
+     "Each action with its keys, those that two actions have, and those that another program holds, so that they do "
+     "nothing here.",
+     "kova shortcut list\nkova shortcut list --json", kNothing, printShortcuts},
+    {"shortcut set", "shortcut.set", "give an action a keyboard shortcut",
+     "Modifiers are ctrl, alt, shift and super, of which one other than shift is needed. The key is what is written on "
+     "it without shift, by the active keyboard layout, or left, right, up, down, return, tab, space, home, end, pageup, "
+     "pagedown, insert, f1 to f20. It stays the same key on the keyboard when the layout changes.",
+     "kova shortcut set focusLeft ctrl+alt+h\nkova shortcut set next-layout super+right",
+     kShortcutAction | kShortcutKeys, printShortcut},
+    {"shortcut clear", "shortcut.clear", "take an action's keyboard shortcut away",
+     "The action can still be asked for in any other way.", "kova shortcut clear focusZoom", kShortcutAction,
+     printShortcut},
+    {"shortcut record", "shortcut.record", "give an action the keys that are pressed next",
+     "Waits for one key press, with at least one of ctrl, alt and super. Escape ends it and changes nothing, and so does "
+     "Ctrl+C; Delete takes the shortcut away. What another action has is refused, and the next press is awaited. No other "
+     "program hears the keyboard meanwhile; after a minute without an accepted press it is given back.",
+     "kova shortcut record focusLeft", kShortcutAction, printShortcut},
+    {"shortcut restore-defaults", "shortcut.restoreDefaults", "go back to the keyboard shortcuts that KOVA comes with",
+     "Of all actions. “undo” does not take this back.", "kova shortcut restore-defaults", kNothing, printShortcuts},
     {"theme list", "theme.list", "list the themes",
      "Their colours, with those of the accent colour in use, and what is shown of them. The theme in use is marked.",
      "kova theme list\nkova theme list --json", kNothing, printThemes},

@@ -5,6 +5,7 @@
 
 #include <nlohmann/json_fwd.hpp>
 
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -12,7 +13,7 @@
 namespace kova::cli {
 
 /// What a verb takes; `--json` and `--help` belong to all.
-enum Takes : unsigned {
+enum Takes : std::uint64_t {
     kNothing = 0,
     kDryRun = 1U << 0,
     kLayout = 1U << 1, // a layout, if the user wants to name one
@@ -44,6 +45,8 @@ enum Takes : unsigned {
     kTheme = 1U << 27,
     kAccent = 1U << 28,
     kSwitch = 1U << 29,
+    kShortcutAction = 1U << 30,
+    kShortcutKeys = 1U << 31,
 };
 
 struct Verb {
@@ -52,7 +55,7 @@ struct Verb {
     std::string_view summary; // one line
     std::string_view description;
     std::string_view examples; // one command a line
-    unsigned takes = kNothing;
+    std::uint64_t takes = kNothing;
     /// The answer as people read it.
     std::string (*print)(const nlohmann::json& result, const Arguments& arguments) = nullptr;
 };

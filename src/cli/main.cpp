@@ -5,6 +5,7 @@
 #include "cli/DocumentVerbs.h"
 #include "cli/Output.h"
 #include "cli/Parser.h"
+#include "cli/ShortcutVerbs.h"
 #include "cli/Streams.h"
 #include "support/Version.h"
 
@@ -46,6 +47,8 @@ json parametersOf(const Arguments& arguments) {
     if (arguments.title) parameters["title"] = *arguments.title;
     if (arguments.disposition) parameters["disposition"] = *arguments.disposition;
     if (arguments.slot) parameters["slot"] = *arguments.slot;
+    if (arguments.action) parameters["action"] = *arguments.action;
+    if (arguments.keys) parameters["keys"] = *arguments.keys;
     if (arguments.url) parameters["url"] = *arguments.url;
     if (arguments.theme) parameters["theme"] = *arguments.theme;
     if (arguments.accent) parameters["accentColor"] = *arguments.accent;
@@ -105,6 +108,8 @@ ExitCode run(const Verb& verb, const Arguments& arguments) {
     if (verb.name == "subscribe") return runSubscribe(arguments);
     if (verb.name == "launch") return runLaunch(verb, arguments, parametersOf(arguments));
     if (verb.name == "force-quit-all") return runForceQuitAll(verb, arguments);
+    if (verb.name == "shortcut set") return runShortcutSet(verb, arguments, parametersOf(arguments));
+    if (verb.name == "shortcut record") return runShortcutRecord(verb, arguments, parametersOf(arguments));
     if (verb.name == "export") return runExport(verb, arguments);
     if (verb.name == "import") return runImport(verb, arguments);
     auto connected = Agent::connect();

@@ -137,8 +137,9 @@ ControlReply ShortcutMethods::set(const JsonCursor& parameters, const std::share
                        "” could not be typed any more");
     }
     if (const auto holder = settings_.conflictingAction(shortcut, action)) return refusal(conflictMessage(*holder));
+    const auto before = settings_.shortcut(action);
     if (!settings_.setShortcut(shortcut, action)) return refusal("The shortcut was not changed");
-    tellOnceClaimed(peer, action);
+    tellOnceClaimed(peer, action, before == shortcut ? Claiming::done : Claiming::underWay);
     return json{{"shortcut", recordOf(action)}};
 }
 
@@ -186,7 +187,10 @@ bool ShortcutMethods::heard(const KeyPress& press) {
         tellRecorded(*recording_, word(step.outcome), step.message);
         return false;
     }
-    if (step.outcome == ShortcutRecorder::Outcome::recorded) tellOnceClaimed(recording_->peer, recording_->action);
+    if (step.outcome == ShortcutRecorder::Outcome::recorded) {
+        // Everything is claimed again once the recording is over, changed or not.
+        tellOnceClaimed(recording_->peer, recording_->action, Claiming::underWay);
+    }
     endRecording(word(step.outcome), step.message);
     return true;
 }
@@ -223,9 +227,10 @@ void ShortcutMethods::endRecording(std::string_view outcome, const std::string& 
 
 // Claims
 
-void ShortcutMethods::tellOnceClaimed(const std::weak_ptr<ControlPeer>& peer, KovaShortcutAction action) {
+void ShortcutMethods::tellOnceClaimed(const std::weak_ptr<ControlPeer>& peer, KovaShortcutAction action,
+                                      Claiming claiming) {
     waiting_.push_back({peer, action});
-    queue_.after(kClaimPatience, lifetime_.guard([this] { tellClaimed(); }));
+    queue_.after(claiming == Claiming::done ? Seconds(0) : kClaimPatience, lifetime_.guard([this] { tellClaimed(); }));
 }
 
 void ShortcutMethods::tellClaimed() {

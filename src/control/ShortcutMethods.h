@@ -56,7 +56,8 @@ class ShortcutMethods {
     void look(std::uint64_t number);
     void tellRecorded(const Recording& recording, std::string_view outcome, const std::string& message) const;
     void endRecording(std::string_view outcome, const std::string& message);
-    void tellOnceClaimed(const std::weak_ptr<ControlPeer>& peer, KovaShortcutAction action);
+    enum class Claiming { done, underWay };
+    void tellOnceClaimed(const std::weak_ptr<ControlPeer>& peer, KovaShortcutAction action, Claiming claiming);
     void tellClaimed();
 
     KovaShortcutSettings& settings_;

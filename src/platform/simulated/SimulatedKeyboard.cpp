@@ -104,7 +104,12 @@ Subscription SimulatedKeyboard::recordKeys(std::function<bool(const KeyPress&)> 
     } else {
         recorder_ = kept;
     }
-    return Subscription(std::move(kept));
+    // What was given up for it is claimed again at its end.
+    return Subscription(std::shared_ptr<void>(
+        kept.get(), [kept, alive = lifetime_.guard([this] { tellHeldByOthers(); })](void*) mutable {
+            kept.reset();
+            alive();
+        }));
 }
 
 std::string SimulatedKeyboard::charactersOf(std::uint16_t keyCode) const {
