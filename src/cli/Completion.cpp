@@ -24,7 +24,7 @@ constexpr std::size_t kLongestDescription = 60; // columns
 
 /// Where the agent knows names: in the records of one answer.
 struct NameSource {
-    unsigned takenBy; // of `Takes`
+    std::uint64_t takenBy; // of `Takes`
     std::string_view method;
     const char* records;
     const char* name;
@@ -42,6 +42,7 @@ constexpr std::array kNameSources = std::to_array<NameSource>({
     {kRule, "rule.list", "rules", "name", "disposition"},
     {kTheme, "theme.list", "themes", "id", "displayName"},
     {kAccent, "accent.list", "accentColors", "id", "displayName"},
+    {kShortcutAction, "shortcut.list", "shortcuts", "action", "title"},
 });
 
 std::string textOf(const json& value) {

@@ -20,7 +20,7 @@ struct ParseEnd {
 
 /// One thing that a verb takes. Without a flag it is a word by itself; without a value it is there or not.
 struct Taking {
-    unsigned takenBy = 0; // of `Takes`; all bits for what belongs to every verb
+    std::uint64_t takenBy = 0; // of `Takes`; all bits for what belongs to every verb
     std::string_view flag;
     std::string_view value;
     std::string_view meaning;
