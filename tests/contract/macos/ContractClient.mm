@@ -1,0 +1,103 @@
+// An application with ordinary windows, for the tests of a real Mac. With "--commands" it does what it reads, a line
+// per command with words between tabs, and answers each with one line; without, it opens a window of its own name.
+//
+//   open TITLE X Y WIDTH HEIGHT MINWIDTH MINHEIGHT   move TITLE X Y WIDTH HEIGHT   retitle TITLE NEWTITLE
+//   close TITLE   minimize TITLE   frame TITLE
+//
+// Frames count from the top left of the first screen.
+#import <AppKit/AppKit.h>
+
+#include <cstdio>
+#include <iostream>
+#include <string>
+#include <thread>
+
+static NSMutableDictionary<NSString*, NSWindow*>* windows;
+
+/// The mapping is its own inverse.
+static NSRect flipped(NSRect frame) {
+    frame.origin.y = NSMaxY(NSScreen.screens.firstObject.frame) - NSMaxY(frame);
+    return frame;
+}
+
+static NSRect frameIn(NSArray<NSString*>* words, NSUInteger first) {
+    return NSMakeRect(words[first].doubleValue, words[first + 1].doubleValue, words[first + 2].doubleValue,
+                      words[first + 3].doubleValue);
+}
+
+static void open(NSString* title, NSRect frame, NSSize least) {
+    const NSWindowStyleMask style = NSWindowStyleMaskTitled | NSWindowStyleMaskClosable |
+                                    NSWindowStyleMaskMiniaturizable | NSWindowStyleMaskResizable;
+    NSWindow* window = [[NSWindow alloc] initWithContentRect:NSMakeRect(0, 0, 400, 300)
+                                                   styleMask:style
+                                                     backing:NSBackingStoreBuffered
+                                                       defer:NO];
+    window.releasedWhenClosed = NO;
+    window.title = title;
+    if (least.width > 0) window.minSize = least;
+    [window setFrame:flipped(frame) display:YES];
+    [window makeKeyAndOrderFront:nil];
+    [NSApp activateIgnoringOtherApps:YES];
+    windows[title] = window;
+}
+
+static NSString* obey(NSArray<NSString*>* words) {
+    NSString* title = words.count > 1 ? words[1] : @"";
+    NSWindow* window = windows[title];
+    NSString* command = words.firstObject;
+    if ([command isEqualToString:@"open"] && words.count == 8) {
+        open(title, frameIn(words, 2), NSMakeSize(words[6].doubleValue, words[7].doubleValue));
+    } else if (!window) {
+        return @"no such window";
+    } else if ([command isEqualToString:@"move"] && words.count == 6) {
+        [window setFrame:flipped(frameIn(words, 2)) display:YES];
+    } else if ([command isEqualToString:@"retitle"] && words.count == 3) {
+        window.title = words[2];
+        windows[words[2]] = window;
+        [windows removeObjectForKey:title];
+    } else if ([command isEqualToString:@"close"]) {
+        [window close];
+        [windows removeObjectForKey:title];
+    } else if ([command isEqualToString:@"minimize"]) {
+        [window miniaturize:nil];
+    } else if ([command isEqualToString:@"frame"]) {
+        const NSRect frame = flipped(window.frame);
+        return [NSString
+            stringWithFormat:@"%f\t%f\t%f\t%f", frame.origin.x, frame.origin.y, frame.size.width, frame.size.height];
+    } else {
+        return @"no such command";
+    }
+    return @"done";
+}
+
+static void listen() {
+    std::thread([] {
+        for (std::string line; std::getline(std::cin, line);) {
+            NSString* text = [NSString stringWithUTF8String:line.c_str()];
+            dispatch_sync(dispatch_get_main_queue(), ^{
+              std::printf("%s\n", obey([text componentsSeparatedByString:@"\t"]).UTF8String);
+              std::fflush(stdout);
+            });
+        }
+        dispatch_async(dispatch_get_main_queue(), ^{
+          [NSApp terminate:nil];
+        });
+    }).detach();
+}
+
+int main(int argc, char** argv) {
+    @autoreleasepool {
+        windows = [NSMutableDictionary dictionary];
+        [NSApplication sharedApplication];
+        [NSApp setActivationPolicy:NSApplicationActivationPolicyRegular];
+        if (argc > 1 && std::string(argv[1]) == "--commands") {
+            listen();
+        } else {
+            dispatch_async(dispatch_get_main_queue(), ^{
+              open(NSProcessInfo.processInfo.processName, NSMakeRect(200, 200, 400, 300), NSZeroSize);
+            });
+        }
+        [NSApp run];
+    }
+    return 0;
+}

@@ -1,0 +1,267 @@
+// The Mac, held to the promises of the seam. It opens windows on the desktop of whoever runs it, who has to allow the
+// test program to use the accessibility interface first, and to keep the hands off meanwhile.
+#include "platform/macos/CoreFoundation.h"
+#include "platform/macos/DispatchQueues.h"
+#include "platform/macos/MacAccessibility.h"
+#include "platform/macos/MacApplications.h"
+#include "platform/macos/MacDividerHandles.h"
+#include "platform/macos/MacPointerMonitor.h"
+#include "platform/macos/MacScreens.h"
+#include "platform/macos/UserDefaultsStore.h"
+#include "tests/contract/ContractDesktop.h"
+#include "tests/contract/PreferencesContract.h"
+#include "tests/contract/QueueContract.h"
+
+#import <AppKit/AppKit.h>
+
+#include <atomic>
+#include <csignal>
+#include <map>
+#include <thread>
+
+namespace kova::contract {
+namespace {
+
+using namespace macos;
+
+DispatchMainQueue& mainQueue() {
+    static auto* const queue = new DispatchMainQueue();
+    return *queue;
+}
+
+void runMainLoopFor(Seconds time) {
+    @autoreleasepool {
+        [NSApplication sharedApplication];
+        NSDate* end = [NSDate dateWithTimeIntervalSinceNow:time.count()];
+        do {
+            NSEvent* event = [NSApp nextEventMatchingMask:NSEventMaskAny
+                                                untilDate:end
+                                                   inMode:NSDefaultRunLoopMode
+                                                  dequeue:YES];
+            if (event) [NSApp sendEvent:event];
+        } while (end.timeIntervalSinceNow > 0);
+    }
+}
+
+/// A bundle around the client's program, in the user's folder of applications so that the system finds it.
+NSURL* makeBundle(const std::string& name) {
+    NSFileManager* files = NSFileManager.defaultManager;
+    NSURL* home = [files URLsForDirectory:NSApplicationDirectory inDomains:NSUserDomainMask].firstObject;
+    NSURL* bundle = [home URLByAppendingPathComponent:nsString("KOVA contract tests/" + name + ".app")];
+    NSURL* programs = [bundle URLByAppendingPathComponent:@"Contents/MacOS"];
+    [files removeItemAtURL:bundle error:nil];
+    [files createDirectoryAtURL:programs withIntermediateDirectories:YES attributes:nil error:nil];
+    [files copyItemAtPath:@KOVA_CONTRACT_CLIENT
+                   toPath:[programs URLByAppendingPathComponent:nsString(name)].path
+                    error:nil];
+    NSDictionary* information = @{
+        @"CFBundleExecutable" : nsString(name),
+        @"CFBundleIdentifier" : nsString("org.example.kova-test." + name),
+        @"CFBundleName" : nsString(name),
+        @"CFBundlePackageType" : @"APPL"
+    };
+    [information writeToURL:[bundle URLByAppendingPathComponent:@"Contents/Info.plist"] error:nil];
+    LSRegisterURL((__bridge CFURLRef)bundle, true);
+    return bundle;
+}
+
+/// A running client that takes commands.
+class Client {
+  public:
+    explicit Client(const std::string& name) {
+        task_.executableURL = [makeBundle(name) URLByAppendingPathComponent:nsString("Contents/MacOS/" + name)];
+        task_.arguments = @[ @"--commands" ];
+        task_.standardInput = commands_;
+        task_.standardOutput = answers_;
+        NSError* error = nil;
+        EXPECT_TRUE([task_ launchAndReturnError:&error]) << macos::text(error.localizedDescription);
+    }
+    ~Client() { kill(); }
+    Client(const Client&) = delete;
+    Client& operator=(const Client&) = delete;
+
+    pid_t process() const { return task_.processIdentifier; }
+    void kill() {
+        if (task_.running) ::kill(task_.processIdentifier, SIGKILL);
+        [task_ waitUntilExit];
+    }
+    /// The words of the answer.
+    NSArray<NSString*>* tell(const std::vector<std::string>& words) {
+        std::string line;
+        for (const auto& word : words) line += (line.empty() ? "" : "\t") + word;
+        line += '\n';
+        [commands_.fileHandleForWriting writeData:[NSData dataWithBytes:line.data() length:line.size()]];
+        while (pending_.find('\n') == std::string::npos) {
+            NSData* read = answers_.fileHandleForReading.availableData;
+            if (read.length == 0) return @[]; // it has ended
+            pending_.append(static_cast<const char*>(read.bytes), read.length);
+        }
+        const auto end = pending_.find('\n');
+        NSString* answer = nsString(pending_.substr(0, end));
+        pending_.erase(0, end + 1);
+        return [answer componentsSeparatedByString:@"\t"];
+    }
+
+  private:
+    NSTask* task_ = [[NSTask alloc] init];
+    NSPipe* commands_ = [NSPipe pipe];
+    NSPipe* answers_ = [NSPipe pipe];
+    std::string pending_;
+};
+
+class MacStage final : public ContractDesktop {
+  public:
+    bool can(Ability ability) const override {
+        return ability != Ability::pluggingInDisplays && ability != Ability::withdrawingPermission;
+    }
+    pid_t open(const Opening& opening) override {
+        auto& client = clients_[opening.application];
+        if (!client) client = std::make_unique<Client>(opening.application);
+        owners_[opening.title] = client.get();
+        auto words = wordsOf("open", opening.title, opening.frame);
+        words.push_back(std::to_string(opening.minimumSize ? opening.minimumSize->width : 0));
+        words.push_back(std::to_string(opening.minimumSize ? opening.minimumSize->height : 0));
+        tell(opening.title, words);
+        return client->process();
+    }
+    void retitle(const std::string& title, const std::string& newTitle) override {
+        tell(title, {"retitle", title, newTitle});
+        owners_[newTitle] = owners_.at(title);
+        owners_.erase(title);
+    }
+    void close(const std::string& title) override { tell(title, {"close", title}); }
+    void moveByHand(const std::string& title, const CGRect& frame) override {
+        tell(title, wordsOf("move", title, frame));
+    }
+    void minimizeByHand(const std::string& title) override { tell(title, {"minimize", title}); }
+    void crash(const std::string& application) override {
+        Client* ended = clients_.at(application).get();
+        std::erase_if(owners_, [&](const auto& owner) { return owner.second == ended; });
+        clients_.erase(application);
+    }
+    CGRect frame(const std::string& title) override {
+        NSArray<NSString*>* told = owners_.at(title)->tell({"frame", title});
+        if (told.count != 4) return {};
+        return makeRect(told[0].doubleValue, told[1].doubleValue, told[2].doubleValue, told[3].doubleValue);
+    }
+    void plugInPrimaryDisplay() override {}
+    void withdrawPermission() override {}
+    void press(CGPoint point) override { mouse(kCGEventLeftMouseDown, point); }
+    void moveHand(CGPoint point) override { mouse(isPressed_ ? kCGEventLeftMouseDragged : kCGEventMouseMoved, point); }
+    void letGo() override { mouse(kCGEventLeftMouseUp, hand_); }
+    LaunchableApplication install(const std::string& name) override {
+        makeBundle(name);
+        std::optional<LaunchableApplication> known;
+        const auto isKnown = [&] {
+            return (known = applications_.launchableApplication("org.example.kova-test." + name)).has_value();
+        };
+        EXPECT_TRUE(runUntil(isKnown)) << name;
+        return known.value_or(LaunchableApplication{});
+    }
+    void uninstall(const std::string& name) override {
+        [NSFileManager.defaultManager removeItemAtURL:makeBundle(name) error:nil];
+    }
+
+    AccessibilityServicing& accessibility() override { return accessibility_; }
+    ApplicationServicing& applications() override { return applications_; }
+    ScreenServicing& screens() override { return screens_; }
+    DesktopChangeServicing& changes() override { return accessibility_; }
+    PointerMonitorServicing& pointer() override { return pointer_; }
+    DividerHandleServicing& handles() override { return handles_; }
+
+    void onPollingQueue(const std::function<void()>& job) override {
+        std::atomic<bool> isDone = false;
+        std::thread polling([&] {
+            @autoreleasepool {
+                job();
+            }
+            isDone = true;
+        });
+        while (!isDone) runFor(Seconds(0.002));
+        polling.join();
+    }
+    bool runUntil(const std::function<bool()>& condition) override {
+        const Seconds end = mainQueue().uptime() + Seconds(20);
+        while (!condition()) {
+            if (mainQueue().uptime() > end) return false;
+            runFor(Seconds(0.005));
+        }
+        return true;
+    }
+    void runFor(Seconds time) override { runMainLoopFor(time); }
+
+  private:
+    static std::vector<std::string> wordsOf(const std::string& command, const std::string& title, const CGRect& r) {
+        return {command,
+                title,
+                std::to_string(minX(r)),
+                std::to_string(minY(r)),
+                std::to_string(r.size.width),
+                std::to_string(r.size.height)};
+    }
+    void tell(const std::string& title, const std::vector<std::string>& words) {
+        EXPECT_EQ(macos::text(owners_.at(title)->tell(words).firstObject), "done") << words.front();
+    }
+    void mouse(CGEventType type, CGPoint point) {
+        hand_ = point;
+        isPressed_ = type == kCGEventLeftMouseDown || type == kCGEventLeftMouseDragged;
+        const auto event = Owned<CGEventRef>::adopt(CGEventCreateMouseEvent(nullptr, type, point, kCGMouseButtonLeft));
+        CGEventPost(kCGHIDEventTap, event.get());
+        runFor(Seconds(0.05));
+    }
+
+    MacAccessibility accessibility_{mainQueue()};
+    MacApplications applications_{mainQueue()};
+    MacScreens screens_;
+    MacPointerMonitor pointer_{mainQueue()};
+    MacDividerHandles handles_{mainQueue()};
+    std::map<std::string, std::unique_ptr<Client>> clients_; // by the application's name
+    std::map<std::string, Client*> owners_;                  // by the window's title
+    CGPoint hand_{};
+    bool isPressed_ = false;
+};
+
+INSTANTIATE_TEST_SUITE_P(Mac, DesktopContract,
+                         ::testing::Values(Backend{
+                             "Mac",
+                             AXIsProcessTrusted() ? "" : "the test program may not use the accessibility interface",
+                             [] { return std::make_unique<MacStage>(); }}),
+                         nameOf);
+
+class DispatchStage final : public QueueStage {
+  public:
+    MainQueue& queue() override { return mainQueue(); }
+    void runFor(Seconds time) override { runMainLoopFor(time); }
+    std::unique_ptr<WorkQueue> worker() override { return std::make_unique<DispatchWorkQueue>("worker"); }
+    void beBusyFor(Seconds time) override { std::this_thread::sleep_for(time); }
+};
+
+INSTANTIATE_TEST_SUITE_P(Mac, QueueContract,
+                         ::testing::Values(QueueBackend{"Dispatch", [] { return std::make_unique<DispatchStage>(); }}),
+                         [](const auto& chosen) { return chosen.param.name; });
+
+/// In the defaults of the test program itself, emptied before and after.
+class UserDefaultsStage final : public PreferencesStage {
+  public:
+    UserDefaultsStage() { clear(); }
+    ~UserDefaultsStage() override { clear(); }
+    PreferencesStore& store() override { return *store_; }
+    void reopen() override { store_ = std::make_unique<UserDefaultsStore>(); }
+
+  private:
+    static void clear() {
+        NSUserDefaults* defaults = NSUserDefaults.standardUserDefaults;
+        for (NSString* key in defaults.dictionaryRepresentation.allKeys) {
+            if ([key hasPrefix:@"KOVA."]) [defaults removeObjectForKey:key];
+        }
+    }
+    std::unique_ptr<UserDefaultsStore> store_ = std::make_unique<UserDefaultsStore>();
+};
+
+INSTANTIATE_TEST_SUITE_P(Mac, PreferencesContract,
+                         ::testing::Values(PreferencesBackend{"UserDefaults",
+                                                              [] { return std::make_unique<UserDefaultsStage>(); }}),
+                         [](const auto& chosen) { return chosen.param.name; });
+
+} // namespace
+} // namespace kova::contract
