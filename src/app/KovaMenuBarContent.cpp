@@ -1,0 +1,287 @@
+#include "app/KovaMenuBarContent.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+#include <utility>
+
+namespace kova {
+
+namespace {
+
+constexpr std::array kDirections = {WorkspaceDirection::left, WorkspaceDirection::right, WorkspaceDirection::up,
+                                    WorkspaceDirection::down};
+constexpr std::array kFocusShortcuts = {KovaShortcutAction::focusLeft, KovaShortcutAction::focusRight,
+                                        KovaShortcutAction::focusUp, KovaShortcutAction::focusDown};
+constexpr std::array kMoveShortcuts = {KovaShortcutAction::moveLeft, KovaShortcutAction::moveRight,
+                                       KovaShortcutAction::moveUp, KovaShortcutAction::moveDown};
+constexpr std::array<const char*, 4> kFocusTitles = {"Focus Left", "Focus Right", "Focus Up", "Focus Down"};
+constexpr std::array<const char*, 4> kMoveTitles = {"Move Window Left", "Move Window Right", "Move Window Up",
+                                                    "Move Window Down"};
+
+enum class Enabled { no, yes };
+enum class Checked { no, yes };
+
+Enabled enabledIf(bool condition) {
+    return condition ? Enabled::yes : Enabled::no;
+}
+Checked checkedIf(bool condition) {
+    return condition ? Checked::yes : Checked::no;
+}
+
+/// UTF-8 of a code point of the Mac's range for function keys (U+F700 to U+F8FF).
+std::string functionKey(unsigned codePoint) {
+    return {static_cast<char>(0xE0 | (codePoint >> 12)), static_cast<char>(0x80 | ((codePoint >> 6) & 0x3F)),
+            static_cast<char>(0x80 | (codePoint & 0x3F))};
+}
+
+bool isOneCharacter(std::string_view text) {
+    const auto isStart = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) != 0x80; };
+    return std::count_if(text.begin(), text.end(), isStart) == 1;
+}
+
+} // namespace
+
+std::string menuKeyEquivalent(const KovaShortcut& shortcut) {
+    static const std::map<std::uint16_t, std::string> kNamedKeys = {
+        {36, "\r"},
+        {48, "\t"},
+        {49, " "},
+        {51, "\b"},
+        {53, "\x1b"},
+        {117, functionKey(0xF728)},
+        {126, functionKey(0xF700)},
+        {125, functionKey(0xF701)},
+        {123, functionKey(0xF702)},
+        {124, functionKey(0xF703)},
+        {115, functionKey(0xF729)},
+        {119, functionKey(0xF72B)},
+        {116, functionKey(0xF72C)},
+        {121, functionKey(0xF72D)},
+        {122, functionKey(0xF704)},
+        {120, functionKey(0xF705)},
+        {99, functionKey(0xF706)},
+        {118, functionKey(0xF707)},
+        {96, functionKey(0xF708)},
+        {97, functionKey(0xF709)},
+        {98, functionKey(0xF70A)},
+        {100, functionKey(0xF70B)},
+        {101, functionKey(0xF70C)},
+        {109, functionKey(0xF70D)},
+        {103, functionKey(0xF70E)},
+        {111, functionKey(0xF70F)},
+    };
+    const auto named = kNamedKeys.find(shortcut.keyCode);
+    if (named != kNamedKeys.end()) return named->second;
+    std::string label = shortcut.keyLabel;
+    if (!isOneCharacter(label)) return {};
+    // A capital would mean that Shift is held.
+    if (label[0] >= 'A' && label[0] <= 'Z') label[0] = static_cast<char>(label[0] - 'A' + 'a');
+    return label;
+}
+
+/// Puts the menu together, with what each entry does.
+class KovaMenuBarContent::Build {
+  public:
+    explicit Build(const MenuBarServices& services) :
+        services_(services), workspace_(services.delegate.workspace()), state_(workspace_.state()),
+        isGranted_(*state_.permissionState == AccessibilityPermissionState::granted),
+        isAtWork_(services.delegate.isWorkspaceStarted() && !services.delegate.isWorkspaceSuspended()),
+        mayMoveWindows_(isGranted_ && isAtWork_), focused_(mayMoveWindows_ ? workspace_.focusedWindow() : nullptr) {
+        addWindowEntries();
+        addLayoutEntries();
+        addSceneEntries();
+        separate();
+        addSwitch("theme-background", "Use Theme Background", *state_.useThemeBackground,
+                  [this](bool on) { workspace_.setUseThemeBackground(on); });
+        inSubmenu("Settings", [this] { addSettings(); });
+        addProgramEntries();
+    }
+
+    std::vector<MenuEntry> takeEntries() { return std::move(entries_); }
+    /// What the entry does; empty when there is none that is enabled.
+    std::function<void()> takeOperation(std::string_view id) {
+        const auto found = operations_.find(id);
+        return found == operations_.end() ? nullptr : std::move(found->second);
+    }
+
+  private:
+    void add(std::string id, std::string title, Enabled enabled, std::function<void()> operation,
+             Checked checked = Checked::no, std::optional<KovaShortcutAction> shortcutOf = std::nullopt) {
+        MenuEntry entry{.id = std::move(id), .title = std::move(title)};
+        entry.isEnabled = enabled == Enabled::yes;
+        entry.isChecked = checked == Checked::yes;
+        if (shortcutOf) entry.shortcut = services_.delegate.shortcutSettings().shortcut(*shortcutOf);
+        if (entry.isEnabled) operations_[entry.id] = std::move(operation);
+        entries_.push_back(std::move(entry));
+    }
+    void add(std::string id, std::string title, Enabled enabled, std::function<void()> operation,
+             KovaShortcutAction shortcutOf) {
+        add(std::move(id), std::move(title), enabled, std::move(operation), Checked::no, shortcutOf);
+    }
+    void addSwitch(std::string id, std::string title, bool isOn, const std::function<void(bool)>& set) {
+        add(
+            std::move(id), std::move(title), Enabled::yes, [set, isOn] { set(!isOn); }, checkedIf(isOn));
+    }
+    void separate() { entries_.push_back({.kind = MenuEntry::Kind::separator}); }
+    template <class Add>
+    void inSubmenu(std::string title, Add addEntries) {
+        auto outer = std::exchange(entries_, {});
+        addEntries();
+        MenuEntry submenu{.kind = MenuEntry::Kind::submenu, .title = std::move(title)};
+        submenu.entries = std::exchange(entries_, std::move(outer));
+        submenu.isEnabled = !submenu.entries.empty();
+        entries_.push_back(std::move(submenu));
+    }
+    void perform(const WorkspaceAction& action) { workspace_.perform(action); }
+
+    bool isFocusedInTile() const { return focused_ && workspace_.assignments().isAssigned(focused_->id); }
+    bool hasWindowBehindFocused() const {
+        const auto tile = focused_ ? workspace_.assignments().targetOf(focused_->id) : std::nullopt;
+        if (!tile) return false;
+        const auto& stacks = workspace_.assignments().stackWindowIDsByTarget;
+        const auto stack = stacks.find(*tile);
+        return stack != stacks.end() && stack->second.size() > 1;
+    }
+
+    void addWindowEntries() {
+        if (!isGranted_) {
+            entries_.push_back({.kind = MenuEntry::Kind::heading, .title = "Accessibility permission is required"});
+            entries_.back().isEnabled = false;
+            separate();
+        }
+        add(
+            "arrange", "Arrange Windows into Zones", enabledIf(mayMoveWindows_ && !state_.windows->empty()),
+            [this] { perform(action::Arrange{}); }, KovaShortcutAction::arrangeWindows);
+        add(
+            "undo", "Undo Window Action", enabledIf(mayMoveWindows_ && *state_.canUndo),
+            [this] { perform(action::Undo{}); }, KovaShortcutAction::undo);
+        const bool isZoomed = state_.focusMode->has_value();
+        add(
+            "zoom", "Focus Mode", enabledIf(isAtWork_ && (isZoomed || focused_)),
+            [this] { perform(action::ToggleFocusZoom{}); }, checkedIf(isZoomed), KovaShortcutAction::focusZoom);
+        add(
+            "stack", "Next Window in Zone", enabledIf(hasWindowBehindFocused()),
+            [this] { perform(action::CycleStack{}); }, KovaShortcutAction::cycleStack);
+        const Enabled fromTile = enabledIf(isFocusedInTile());
+        inSubmenu("Focus", [&] {
+            for (std::size_t i = 0; i < kDirections.size(); ++i) {
+                const auto direction = kDirections[i];
+                add(
+                    "focus." + std::string(describe(direction)), kFocusTitles[i], fromTile,
+                    [this, direction] { perform(action::Focus{direction}); }, kFocusShortcuts[i]);
+            }
+        });
+        inSubmenu("Move", [&] {
+            for (std::size_t i = 0; i < kDirections.size(); ++i) {
+                const auto direction = kDirections[i];
+                add(
+                    "move." + std::string(describe(direction)), kMoveTitles[i], fromTile,
+                    [this, direction] { perform(action::Move{direction}); }, kMoveShortcuts[i]);
+            }
+        });
+    }
+
+    void addLayoutEntries() {
+        separate();
+        const auto display = isAtWork_ ? workspace_.currentDisplayID() : std::nullopt;
+        const LayoutDefinition* current = display ? workspace_.resolvedLayout(*display) : nullptr;
+        const std::string currentID = current ? current->id : "";
+        const Enabled enabled = enabledIf(current);
+        inSubmenu("Layout on Current Display", [&] {
+            for (const auto& layout : workspace_.catalogue()) {
+                add(
+                    "layout." + layout.id, layout.name, enabled,
+                    [this, display, id = layout.id] {
+                        (void)workspace_.selectLayout(*display, DisplayLayoutSelection::layout(id));
+                    },
+                    checkedIf(layout.id == currentID));
+            }
+        });
+        add(
+            "layout-next", "Next Layout on Current Display", enabled, [this] { workspace_.selectNextLayout(); },
+            KovaShortcutAction::nextLayout);
+        add(
+            "layout-previous", "Previous Layout on Current Display", enabled,
+            [this] { workspace_.selectPreviousLayout(); }, KovaShortcutAction::previousLayout);
+        add("layout-reset", "Reset Layout Sizes on Current Display",
+            enabledIf(current && !state_.profile->weights(*display, currentID).splits.empty()),
+            [this, display] { workspace_.resetLayoutSizes(display); });
+    }
+
+    void addSceneEntries() {
+        separate();
+        inSubmenu("Scenes", [this] {
+            for (const auto& scene : *state_.scenes) {
+                add(
+                    "scene." + scene.id.string(), scene.name, enabledIf(mayMoveWindows_),
+                    [this, id = scene.id] { perform(action::ActivateScene{id}); },
+                    checkedIf(*state_.activeSceneID == scene.id));
+            }
+            if (!state_.scenes->empty()) separate();
+            add("scene-save", "Save Workspace as Scene", enabledIf(mayMoveWindows_),
+                [this] { workspace_.captureScene(); });
+        });
+        addSwitch("continuous-management", "Continuous Management", *state_.continuousManagementEnabled,
+                  [this](bool on) { workspace_.setContinuousManagementEnabled(on); });
+    }
+
+    void addSettings() {
+        addSwitch("tile-backgrounds", "Show Tile Backgrounds", *state_.showTileBackgrounds,
+                  [this](bool on) { workspace_.setShowTileBackgrounds(on); });
+        addUpdateSettings();
+        if (!services_.documents) return;
+        separate();
+        add("export", "Export Scenes and Rules…", Enabled::yes, [this] { services_.documents->exportDocument(); });
+        add("import", "Import Scenes and Rules…", Enabled::yes, [this] { services_.documents->importDocument(); });
+    }
+
+    void addUpdateSettings() {
+        UpdateChecker* updates = services_.updates;
+        if (!updates) return;
+        const bool checks = updates->automaticallyChecksForUpdates();
+        const bool downloads = updates->automaticallyDownloadsUpdates();
+        separate();
+        addSwitch("update-automatically", "Check for Updates Automatically", checks,
+                  [updates](bool on) { updates->setAutomaticallyChecksForUpdates(on); });
+        // Nothing is downloaded that nobody looks for.
+        add(
+            "update-download", "Download Updates Automatically", enabledIf(checks),
+            [updates, downloads] { updates->setAutomaticallyDownloadsUpdates(!downloads); }, checkedIf(downloads));
+    }
+
+    void addProgramEntries() {
+        separate();
+        add("force-quit-all", "Force Quit All Open Applications…", enabledIf(isAtWork_),
+            [this] { workspace_.forceQuitAllApplications(); });
+        add("recheck", "Recheck Accessibility", enabledIf(isAtWork_), [this] { workspace_.recheckAccessibility(); });
+        if (UpdateChecker* updates = services_.updates) {
+            add("update", "Check for Updates…", enabledIf(updates->canCheckForUpdates()),
+                [updates] { updates->checkForUpdates(); });
+        }
+        if (!services_.quit) return;
+        separate();
+        add("quit", "Quit KOVA", Enabled::yes, services_.quit);
+    }
+
+    const MenuBarServices& services_;
+    WorkspaceController& workspace_;
+    const WorkspaceState& state_;
+    const bool isGranted_, isAtWork_, mayMoveWindows_;
+    const ManagedWindow* focused_;
+    std::vector<MenuEntry> entries_;
+    std::map<std::string, std::function<void()>, std::less<>> operations_;
+};
+
+std::vector<MenuEntry> KovaMenuBarContent::entries() const {
+    return Build(services_).takeEntries();
+}
+
+bool KovaMenuBarContent::choose(std::string_view id) {
+    Build menu(services_);
+    const auto operation = menu.takeOperation(id);
+    if (operation) operation();
+    return operation != nullptr;
+}
+
+} // namespace kova

@@ -1,0 +1,15 @@
+// Updates through Sparkle, where the program was built with it (KOVA_WITH_SPARKLE); the feed and the key that updates
+// are signed with stand in the bundle's Info.plist. Main thread only.
+#pragma once
+
+#include "app/UpdateChecker.h"
+
+#include <memory>
+
+namespace kova::macos {
+
+/// Begins to look for updates as the user has set it; null in a program that was built without Sparkle, or whose bundle
+/// names no feed.
+std::unique_ptr<UpdateChecker> makeUpdateChecker();
+
+} // namespace kova::macos

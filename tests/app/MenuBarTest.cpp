@@ -1,0 +1,299 @@
+// The menu-bar menu, opened and chosen from while windows come and go.
+#include "app/KovaMenuBarContent.h"
+#include "persistence/MemoryPreferencesStore.h"
+#include "platform/simulated/SimulatedDesktop.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace kova {
+namespace {
+
+class Panels final : public DocumentPanelServicing {
+  public:
+    void saveDocument(const std::string& proposedName, std::string,
+                      std::function<void(const std::optional<FileProblem>&)>) override {
+        calls += "save " + proposedName + " ";
+    }
+    void openDocument(std::function<void(const std::variant<std::string, FileProblem>&)>) override { calls += "open "; }
+    std::string calls;
+};
+
+class Updates final : public UpdateChecker {
+  public:
+    bool canCheckForUpdates() const override { return !isChecking; }
+    void checkForUpdates() override { isChecking = true; }
+    bool automaticallyChecksForUpdates() const override { return checks; }
+    void setAutomaticallyChecksForUpdates(bool on) override { checks = on; }
+    bool automaticallyDownloadsUpdates() const override { return downloads; }
+    void setAutomaticallyDownloadsUpdates(bool on) override { downloads = on; }
+    bool isChecking = false, checks = true, downloads = false;
+};
+
+class MenuBar : public ::testing::Test {
+  protected:
+    MenuBar() {
+        desktop.addDisplay({.name = "A", .size = {2560, 1440}});
+        passes(0);
+        (void)workspace.selectLayout(displayID(desktop.screens().front()),
+                                     DisplayLayoutSelection::layout("jarvis.dual-split"));
+        delegate.startWorkspace();
+    }
+    ~MenuBar() override { EXPECT_EQ(desktop.brokenPromises(), std::vector<std::string>{}); }
+
+    void opens(const std::string& name) {
+        if (!desktop.isRunning(name)) desktop.launch(name);
+        desktop.open(name);
+        passes(0.6);
+    }
+    void passes(double seconds) { desktop.queue().advance(Seconds(seconds)); }
+    static std::string line(const MenuEntry& entry) {
+        const bool isCommand = entry.kind == MenuEntry::Kind::command;
+        return (entry.isEnabled ? "" : "(") + entry.title + (entry.isEnabled ? "" : ")") +
+               (entry.isChecked ? " ✓" : "") + (isCommand ? "" : ":");
+    }
+    /// A line per entry, "(…)" for one that is not enabled, "---" for a separator; submenus by their titles only.
+    std::string picture(const std::vector<MenuEntry>& entries) {
+        std::string lines;
+        for (const auto& entry : entries) {
+            lines += (entry.kind == MenuEntry::Kind::separator ? "---" : line(entry)) + "\n";
+        }
+        return lines;
+    }
+    MenuEntry entry(const std::string& title) { return entryIn(menu.entries(), title).value_or(MenuEntry{}); }
+    static std::optional<MenuEntry> entryIn(const std::vector<MenuEntry>& entries, const std::string& title) {
+        for (const auto& candidate : entries) {
+            if (candidate.title == title) return candidate;
+            if (const auto inside = entryIn(candidate.entries, title)) return inside;
+        }
+        return std::nullopt;
+    }
+    bool isEnabled(const std::string& title) { return entry(title).isEnabled && !entry(title).title.empty(); }
+    /// By its title, as the user does.
+    bool choose(const std::string& title) {
+        const bool chosen = menu.choose(entry(title).id);
+        passes(2.4);
+        return chosen;
+    }
+    std::string message() { return workspace.state().lastActionMessage.get().value_or(""); }
+
+    SimulatedDesktop desktop;
+    MemoryPreferencesStore preferences;
+    AppDelegate delegate{
+        {desktop, desktop, desktop, desktop, desktop, preferences, desktop.queue(), desktop.pollingQueue(), desktop}};
+    WorkspaceController& workspace = delegate.workspace();
+    KovaShortcutSettings& shortcuts = delegate.shortcutSettings();
+    Panels panels;
+    DocumentExchange documents{workspace, panels, desktop};
+    Updates updates;
+    int quits = 0;
+    KovaMenuBarContent menu{
+        {.delegate = delegate, .documents = &documents, .updates = &updates, .quit = [this] { ++quits; }}};
+};
+
+TEST_F(MenuBar, OffersWhatCanBeDoneNow) {
+    passes(0.6);
+    EXPECT_EQ(picture(menu.entries()), "(Arrange Windows into Zones)\n"
+                                       "Undo Window Action\n"
+                                       "(Focus Mode)\n"
+                                       "(Next Window in Zone)\n"
+                                       "Focus:\n"
+                                       "Move:\n"
+                                       "---\n"
+                                       "Layout on Current Display:\n"
+                                       "Next Layout on Current Display\n"
+                                       "Previous Layout on Current Display\n"
+                                       "(Reset Layout Sizes on Current Display)\n"
+                                       "---\n"
+                                       "Scenes:\n"
+                                       "Continuous Management\n"
+                                       "---\n"
+                                       "Use Theme Background\n"
+                                       "Settings:\n"
+                                       "---\n"
+                                       "Force Quit All Open Applications…\n"
+                                       "Recheck Accessibility\n"
+                                       "Check for Updates…\n"
+                                       "---\n"
+                                       "Quit KOVA\n");
+    EXPECT_FALSE(choose("Arrange Windows into Zones"));
+    EXPECT_FALSE(isEnabled("Focus Left"));
+
+    for (const char* name : {"Mail", "Notes", "Chat"}) opens(name);
+    EXPECT_TRUE(choose("Arrange Windows into Zones"));
+    EXPECT_EQ(message(), "Windows arranged into zones — Undo is available");
+    EXPECT_TRUE(isEnabled("Undo Window Action"));
+    desktop.focusByHand("Mail");
+    passes(0.6);
+    EXPECT_TRUE(isEnabled("Focus Left") && isEnabled("Move Window Right"));
+    const std::string front = workspace.focusedWindow()->id;
+    const auto target = workspace.assignments().targetOf(front);
+    ASSERT_TRUE(target);
+    const auto& stacks = workspace.assignments().stackWindowIDsByTarget;
+    EXPECT_EQ(isEnabled("Next Window in Zone"), stacks.contains(*target) && stacks.at(*target).size() > 1);
+
+    // What was chosen is what is done, and can be undone.
+    const bool isLeft = target->ends_with("::primary") || desktop.window("Mail").frame.origin.x < 1000;
+    EXPECT_TRUE(choose(isLeft ? "Move Window Right" : "Move Window Left"));
+    EXPECT_NE(workspace.assignments().targetOf(front), target);
+    EXPECT_TRUE(choose("Undo Window Action"));
+    EXPECT_EQ(workspace.assignments().targetOf(front), target);
+    EXPECT_TRUE(choose("Focus Mode"));
+    EXPECT_TRUE(entry("Focus Mode").isChecked);
+    EXPECT_TRUE(choose("Focus Mode"));
+    EXPECT_FALSE(entry("Focus Mode").isChecked);
+
+    EXPECT_TRUE(choose("Quit KOVA"));
+    EXPECT_EQ(quits, 1);
+    EXPECT_FALSE(menu.choose(""));
+    EXPECT_FALSE(menu.choose("nonsense"));
+}
+
+TEST_F(MenuBar, ChecksTheLayoutAndTheSceneInForce) {
+    opens("Mail");
+    const auto checked = [&](const std::string& submenu) {
+        std::string titles;
+        for (const auto& candidate : entry(submenu).entries) titles += candidate.isChecked ? candidate.title + ";" : "";
+        return titles;
+    };
+    EXPECT_EQ(entry("Layout on Current Display").entries.size(), workspace.catalogue().size());
+    EXPECT_EQ(checked("Layout on Current Display"),
+              workspace.resolvedLayout(*workspace.currentDisplayID())->name + ";");
+    const std::string other = entry("Layout on Current Display").entries.back().title;
+    EXPECT_TRUE(choose(other));
+    EXPECT_EQ(checked("Layout on Current Display"), other + ";");
+    EXPECT_TRUE(choose("Next Layout on Current Display"));
+    EXPECT_TRUE(choose("Previous Layout on Current Display"));
+    EXPECT_EQ(checked("Layout on Current Display"), other + ";");
+
+    const auto dividers = workspace.dividers();
+    ASSERT_FALSE(dividers.empty());
+    EXPECT_FALSE(isEnabled("Reset Layout Sizes on Current Display"));
+    ASSERT_TRUE(workspace.beginDividerDrag(dividers.front()));
+    workspace.updateDividerDrag(dividers.front(), 60);
+    workspace.endDividerDrag(dividers.front());
+    passes(1);
+    EXPECT_TRUE(choose("Reset Layout Sizes on Current Display"));
+    EXPECT_FALSE(isEnabled("Reset Layout Sizes on Current Display"));
+
+    EXPECT_EQ(entry("Scenes").entries.size(), 1u);
+    EXPECT_TRUE(choose("Save Workspace as Scene"));
+    ASSERT_EQ(workspace.state().scenes->size(), 1u);
+    const WorkspaceScene scene = workspace.state().scenes->front();
+    EXPECT_EQ(checked("Scenes"), scene.name + ";");
+    const std::string id = entry(scene.name).id;
+    EXPECT_TRUE(choose("Next Layout on Current Display"));
+    EXPECT_TRUE(menu.choose(id));
+    passes(2.4);
+    EXPECT_EQ(checked("Layout on Current Display"), other + ";");
+    // The menu was open while somebody else deleted it.
+    EXPECT_TRUE(workspace.deleteScene(scene.id));
+    EXPECT_FALSE(menu.choose(id));
+}
+
+TEST_F(MenuBar, SaysWhyNothingCanBeDone) {
+    opens("Mail");
+    desktop.setTrusted(false);
+    passes(3);
+    EXPECT_EQ(menu.entries().front().title, "Accessibility permission is required");
+    for (const char* title : {"Arrange Windows into Zones", "Undo Window Action", "Focus Mode", "Next Window in Zone",
+                              "Focus Left", "Move Window Down", "Save Workspace as Scene"}) {
+        EXPECT_FALSE(isEnabled(title)) << title;
+    }
+    EXPECT_TRUE(isEnabled("Next Layout on Current Display")) << "a choice for later";
+    desktop.setTrusted(true);
+    EXPECT_TRUE(choose("Recheck Accessibility"));
+    EXPECT_TRUE(isEnabled("Arrange Windows into Zones"));
+
+    delegate.handleSystemActivityEvent(SystemActivityEvent::systemWillSleep);
+    for (const char* title : {"Arrange Windows into Zones", "Next Layout on Current Display", "Recheck Accessibility",
+                              "Force Quit All Open Applications…"}) {
+        EXPECT_FALSE(isEnabled(title)) << title;
+    }
+    EXPECT_TRUE(isEnabled("Quit KOVA") && isEnabled("Use Theme Background"));
+    delegate.handleSystemActivityEvent(SystemActivityEvent::systemDidWake);
+    passes(3);
+    EXPECT_TRUE(isEnabled("Arrange Windows into Zones"));
+}
+
+TEST_F(MenuBar, SwitchesWhatTheyStandFor) {
+    opens("Mail");
+    for (const char* title : {"Use Theme Background", "Continuous Management", "Show Tile Backgrounds",
+                              "Check for Updates Automatically", "Download Updates Automatically"}) {
+        const bool before = entry(title).isChecked;
+        EXPECT_TRUE(choose(title)) << title;
+        EXPECT_NE(entry(title).isChecked, before) << title;
+        if (title == std::string("Check for Updates Automatically")) {
+            EXPECT_FALSE(isEnabled("Download Updates Automatically"));
+            EXPECT_TRUE(choose(title));
+        }
+    }
+    EXPECT_TRUE(*workspace.state().continuousManagementEnabled);
+    EXPECT_TRUE(updates.downloads);
+    EXPECT_TRUE(choose("Check for Updates…"));
+    EXPECT_FALSE(isEnabled("Check for Updates…")) << "one is under way";
+    EXPECT_TRUE(choose("Export Scenes and Rules…"));
+    EXPECT_TRUE(choose("Import Scenes and Rules…"));
+    EXPECT_EQ(panels.calls, "save KOVA-Workspace.json open ");
+
+    // The user is asked first, and nothing that runs is ended without that.
+    EXPECT_TRUE(choose("Force Quit All Open Applications…"));
+    ASSERT_EQ(desktop.takeAlerts().size(), 1u);
+    EXPECT_TRUE(desktop.isRunning("Mail"));
+    desktop.answerAlert(true);
+    passes(1);
+    EXPECT_FALSE(desktop.isRunning("Mail"));
+}
+
+TEST_F(MenuBar, ShowsShortcutsAsTheyAreSet) {
+    opens("Mail");
+    const auto arrange = shortcuts.shortcut(KovaShortcutAction::arrangeWindows);
+    ASSERT_TRUE(arrange);
+    EXPECT_EQ(entry("Arrange Windows into Zones").shortcut, arrange);
+    EXPECT_EQ(entry("Focus Up").shortcut, shortcuts.shortcut(KovaShortcutAction::focusUp));
+    EXPECT_EQ(entry("Move Window Left").shortcut, shortcuts.shortcut(KovaShortcutAction::moveLeft));
+    EXPECT_EQ(entry("Quit KOVA").shortcut, std::nullopt);
+    ASSERT_TRUE(shortcuts.setShortcut(std::nullopt, KovaShortcutAction::arrangeWindows));
+    EXPECT_EQ(entry("Arrange Windows into Zones").shortcut, std::nullopt);
+
+    const std::pair<KovaShortcut, std::string> known[] = {
+        {{.keyCode = 0, .modifierFlagsRawValue = 0, .keyLabel = "A"}, "a"},
+        {{.keyCode = 41, .modifierFlagsRawValue = 0, .keyLabel = "Ö"}, "Ö"},
+        {{.keyCode = 123, .modifierFlagsRawValue = 0, .keyLabel = "←"}, "\xEF\x9C\x82"}, // U+F702
+        {{.keyCode = 122, .modifierFlagsRawValue = 0, .keyLabel = "F1"}, "\xEF\x9C\x84"},
+        {{.keyCode = 49, .modifierFlagsRawValue = 0, .keyLabel = "Space"}, " "},
+        {{.keyCode = 200, .modifierFlagsRawValue = 0, .keyLabel = "Key (event.keyCode)"}, ""},
+        {{.keyCode = 200, .modifierFlagsRawValue = 0, .keyLabel = ""}, ""},
+    };
+    for (const auto& [shortcut, character] : known) EXPECT_EQ(menuKeyEquivalent(shortcut), character);
+}
+
+TEST_F(MenuBar, LeavesOutWhatIsNotThere) {
+    KovaMenuBarContent bare({.delegate = delegate});
+    for (const char* title :
+         {"Check for Updates…", "Quit KOVA", "Export Scenes and Rules…", "Check for Updates Automatically"}) {
+        EXPECT_FALSE(entryIn(bare.entries(), title)) << title;
+    }
+    // Its ids are told apart, and a separator stands between two groups only.
+    std::vector<std::string> ids;
+    const std::function<void(const std::vector<MenuEntry>&)> gather = [&](const std::vector<MenuEntry>& entries) {
+        for (const auto& each : entries) {
+            if (each.kind == MenuEntry::Kind::command) ids.push_back(each.id);
+            gather(each.entries);
+        }
+    };
+    gather(menu.entries());
+    std::ranges::sort(ids);
+    EXPECT_EQ(std::ranges::adjacent_find(ids), ids.end());
+    for (const auto& shown : {menu.entries(), bare.entries()}) {
+        for (std::size_t i = 0; i + 1 < shown.size(); ++i) {
+            EXPECT_FALSE(shown[i].kind == MenuEntry::Kind::separator &&
+                         shown[i + 1].kind == MenuEntry::Kind::separator);
+        }
+        EXPECT_NE(shown.back().kind, MenuEntry::Kind::separator);
+    }
+}
+
+} // namespace
+} // namespace kova
