@@ -28,7 +28,7 @@ class MacDividerHandles::Panel {
     LayoutAxis axis() const { return axis_; }
     void show(const CGRect& frameOnScreen) {
         [panel_ setFrame:frameOnScreen display:NO];
-        [panel_ orderFrontRegardless];
+        if (!panel_.visible) [panel_ orderFrontRegardless];
     }
 
   private:
