@@ -59,7 +59,10 @@ struct MacAgent::Parts {
     Parts() :
         agent({.workspace = {accessibility, applications, screens, session, accessibility, preferences, mainQueue(),
                              pollingQueue, alerts},
-               .shell = {.pointer = &pointer, .dividerHandles = &dividerHandles, .systemActivity = &systemActivity},
+               .shell = {.pointer = &pointer,
+                         .dividerHandles = &dividerHandles,
+                         .systemActivity = &systemActivity,
+                         .keys = &keys},
                .diagnostics = diagnostics,
                .quit = quitMacAgent}) {}
 

@@ -24,6 +24,7 @@ void AppDelegate::startWorkspace() {
     if (shell_.keys) layoutShortcuts_.emplace(workspace_, shortcutSettings_, *shell_.keys, services_.queue);
     installMonitors();
     workspace_.start(false);
+    permissionSubscription_ = workspace_.state().permissionState.observe([this](auto) { installMonitorsAnew(); });
     if (shell_.systemActivity) {
         systemActivitySubscription_ = shell_.systemActivity->observeSystemActivity(
             [this](SystemActivityEvent event) { handleSystemActivityEvent(event); });
@@ -36,6 +37,7 @@ void AppDelegate::startWorkspace() {
 void AppDelegate::stopWorkspace() {
     if (!workspaceIsStarted_) return;
     systemActivitySubscription_ = {};
+    permissionSubscription_ = {};
     // What the hand still holds goes back first.
     removeMonitors();
     layoutShortcuts_.reset();
@@ -54,6 +56,12 @@ void AppDelegate::installMonitors() {
     removeMonitors();
     if (windowDrags_) windowDrags_->installMonitor();
     if (layoutShortcuts_) layoutShortcuts_->installMonitors();
+}
+
+/// A desktop may keep a monitor that was installed without the permission deaf for good.
+void AppDelegate::installMonitorsAnew() {
+    const bool isGranted = *workspace_.state().permissionState == AccessibilityPermissionState::granted;
+    if (isGranted && !workspaceIsSuspendedForSystemTransition_) installMonitors();
 }
 
 void AppDelegate::removeMonitors() {

@@ -53,6 +53,7 @@ class AppDelegate {
 
   private:
     void installMonitors();
+    void installMonitorsAnew();
     void removeMonitors();
 
     WorkspaceServices services_;
@@ -65,6 +66,7 @@ class AppDelegate {
     std::optional<WindowDragCoordinator> windowDrags_;
     std::optional<LayoutShortcutCoordinator> layoutShortcuts_;
     Subscription systemActivitySubscription_;
+    Subscription permissionSubscription_;
 
     SystemActivityState systemActivityState_;
     bool workspaceIsSuspendedForSystemTransition_ = false;

@@ -162,6 +162,42 @@ TEST_F(SystemActivity, ALockedScreenAtTheStartIsWaitedOut) {
     EXPECT_TRUE(followsTheHand());
 }
 
+/// As on the Mac, where who listens without the permission hears nothing for good.
+class DeafWithoutPermission final : public PointerMonitorServicing {
+  public:
+    explicit DeafWithoutPermission(SimulatedDesktop& desktop) : desktop_(desktop) {}
+    Subscription observePointer(std::function<void(const PointerEvent&)> observer) override {
+        if (!desktop_.isProcessTrusted()) return {};
+        return desktop_.observePointer(std::move(observer));
+    }
+
+  private:
+    SimulatedDesktop& desktop_;
+};
+
+TEST(AppDelegate, HearsOnceThePermissionIsGiven) {
+    SimulatedDesktop desktop;
+    MemoryPreferencesStore preferences;
+    desktop.addDisplay({.name = "A", .size = {2560, 1440}});
+    desktop.launch("Mail");
+    desktop.open("Mail", {.frame = makeRect(100, 100, 500, 400)});
+    desktop.setTrusted(false);
+    DeafWithoutPermission pointer(desktop);
+    AppDelegate delegate(servicesOf(desktop, preferences), {.pointer = &pointer});
+    delegate.startWorkspace();
+    desktop.queue().advance(Seconds(2));
+    desktop.setTrusted(true);
+    desktop.queue().advance(Seconds(2));
+    const CGRect frame = desktop.window("Mail").frame;
+    desktop.pressAt({minX(frame) + 200, minY(frame) + 5});
+    desktop.queue().runDue();
+    desktop.moveHand({1300, 500});
+    desktop.queue().runDue();
+    EXPECT_TRUE(delegate.workspace().state().dropTargetSlotID->has_value());
+    desktop.letGo();
+    delegate.stopWorkspace();
+}
+
 TEST(AppDelegate, WatchesTheHandWhileTheWorkspaceIsStarted) {
     SimulatedDesktop desktop;
     MemoryPreferencesStore preferences;

@@ -2,14 +2,13 @@
 
 #include "platform/macos/DividerPanel.h"
 #include "platform/macos/EventMonitors.h"
+#include "windowing/KeyCodes.h"
 
 #include <algorithm>
 
 namespace kova::macos {
 
 namespace {
-
-constexpr unsigned short kEscape = 53;
 
 CGPoint pointerOnScreen() {
     return NSEvent.mouseLocation;
@@ -69,7 +68,7 @@ void MacDividerHandles::press(const std::string& handleID, int clickCount) {
     tell(grip_.press(handleID, clickCount, pointerOnScreen()));
     if (!grip_.isHeld()) return;
     escape_ = watchEventsOfOthers(NSEventMaskKeyDown, lifetime_.guard([this](NSEvent* event) {
-        if (event.keyCode == kEscape) tell(grip_.cancel(pointerOnScreen()));
+        if (event.keyCode == keyCode::escape) tell(grip_.cancel(pointerOnScreen()));
     }));
 }
 
