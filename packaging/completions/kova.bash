@@ -8,7 +8,7 @@ _kova() {
     piece=${COMP_WORDS[i]}
     ((i < COMP_CWORD)) || piece=$trimmed
     if ((i > 0)) && [[ $rest == "$trimmed" ]]; then
-      words[-1]+=$piece
+      words[${#words[@]}-1]+=$piece
     else
       words+=("$piece")
     fi
@@ -16,7 +16,7 @@ _kova() {
   done
 
   # As it is meant: without an opening quotation mark and backslashes.
-  local current=${words[-1]} quote=
+  local current=${words[${#words[@]}-1]} quote=
   [[ $current != [\"\']* ]] || quote=${current:0:1} current=${current:1}
   [[ $quote == \' ]] || current=${current//\\/}
   for ((i = 0; i < ${#words[@]} - 1; i++)); do
@@ -33,7 +33,7 @@ _kova() {
   while IFS= read -r line; do
     candidate=${line%%$'\t'*}
     if [[ ! $candidate ]]; then
-      compopt -o default
+      compopt -o default 2> /dev/null
       return
     fi
     candidate=${candidate:${#kept}}
