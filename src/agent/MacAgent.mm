@@ -13,6 +13,8 @@
 #include "platform/macos/MacScreens.h"
 #include "platform/macos/MacSystemActivity.h"
 #include "platform/macos/MainAppLoginItem.h"
+#include "platform/macos/MenuBar.h"
+#include "platform/macos/SparkleUpdateChecker.h"
 #include "platform/macos/UserDefaultsStore.h"
 #include "platform/posix/ProcessRunner.h"
 
@@ -82,6 +84,12 @@ struct MacAgent::Parts {
     DispatchWorkQueue pollingQueue{labelled(".window-snapshot")};
     SessionAgent agent;
     DocumentExchange documents{agent.delegate().workspace(), panels, alerts};
+    std::unique_ptr<UpdateChecker> updates = makeUpdateChecker();
+    KovaMenuBarContent menu{{.delegate = agent.delegate(),
+                             .documents = &documents,
+                             .updates = updates.get(),
+                             .quit = quitMacAgent}};
+    MenuBar menuBar{menu};
     // Without this the system lets an application that shows no window rest, and its timers with it. The machine may
     // sleep all the same.
     id<NSObject> activity =
