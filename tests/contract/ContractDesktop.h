@@ -6,6 +6,7 @@
 #include "support/MainQueue.h"
 #include "windowing/AccessibilityServicing.h"
 #include "windowing/ApplicationServicing.h"
+#include "windowing/KeyMonitorServicing.h"
 #include "windowing/PointerServicing.h"
 #include "windowing/ScreenServicing.h"
 
@@ -47,6 +48,7 @@ enum class Ability {
     pluggingInDisplays,
     withdrawingPermission,
     usingTheMouse,
+    claimingKeys,
     launching
 };
 
@@ -72,6 +74,10 @@ class ContractDesktop {
     virtual void press(CGPoint point) = 0;
     virtual void moveHand(CGPoint point) = 0;
     virtual void letGo() = 0;
+    /// Presses and releases a key while another application has the keyboard; H and J with modifiers are enough.
+    virtual void pressKey(KeyCombination combination) = 0;
+    /// Another program claims the combination for itself; called before anybody else does.
+    virtual void claimForOther(KeyCombination combination) = 0;
     /// Makes an application known that opens a window of its name; what was known can be made to disappear.
     virtual LaunchableApplication install(const std::string& name) = 0;
     virtual void uninstall(const std::string& name) = 0;
@@ -82,6 +88,7 @@ class ContractDesktop {
     virtual DesktopChangeServicing& changes() = 0;
     virtual PointerMonitorServicing& pointer() = 0;
     virtual DividerHandleServicing& handles() = 0;
+    virtual KeyMonitorServicing& keys() = 0;
 
     /// Runs the job on the polling queue and returns when it is done; the main queue goes on meanwhile.
     virtual void onPollingQueue(const std::function<void()>& job) = 0;

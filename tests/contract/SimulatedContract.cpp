@@ -1,6 +1,7 @@
 // The simulated desktop, virtual time and preferences in memory, held to the promises of the seam.
 #include "persistence/MemoryPreferencesStore.h"
 #include "platform/simulated/SimulatedDesktop.h"
+#include "platform/simulated/SimulatedKeyboard.h"
 #include "tests/contract/ContractDesktop.h"
 #include "tests/contract/PreferencesContract.h"
 #include "tests/contract/QueueContract.h"
@@ -47,6 +48,10 @@ class SimulatedStage final : public ContractDesktop {
     void press(CGPoint point) override { desktop_.pressAt(onDesktop({point, {}}).origin, HandGrip::nothing); }
     void moveHand(CGPoint point) override { desktop_.moveHand(onDesktop({point, {}}).origin); }
     void letGo() override { desktop_.letGo(); }
+    void pressKey(KeyCombination combination) override {
+        keyboard_.press(combination.keyCode, combination.modifierFlags);
+    }
+    void claimForOther(KeyCombination combination) override { keyboard_.holdByOther(combination); }
     LaunchableApplication install(const std::string& name) override { return desktop_.install(name); }
     void uninstall(const std::string& name) override { desktop_.uninstall(name); }
 
@@ -56,6 +61,7 @@ class SimulatedStage final : public ContractDesktop {
     DesktopChangeServicing& changes() override { return desktop_; }
     PointerMonitorServicing& pointer() override { return desktop_; }
     DividerHandleServicing& handles() override { return desktop_; }
+    KeyMonitorServicing& keys() override { return keyboard_; }
 
     void onPollingQueue(const std::function<void()>& job) override {
         bool isDone = false;
@@ -84,6 +90,7 @@ class SimulatedStage final : public ContractDesktop {
     }
 
     SimulatedDesktop desktop_;
+    SimulatedKeyboard keyboard_{desktop_.queue()};
     std::map<std::string, std::string> labels_; // by title
 };
 

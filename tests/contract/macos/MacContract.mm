@@ -5,6 +5,7 @@
 #include "platform/macos/MacAccessibility.h"
 #include "platform/macos/MacApplications.h"
 #include "platform/macos/MacDividerHandles.h"
+#include "platform/macos/MacKeyMonitors.h"
 #include "platform/macos/MacPointerMonitor.h"
 #include "platform/macos/MacScreens.h"
 #include "platform/macos/UserDefaultsStore.h"
@@ -112,7 +113,8 @@ class Client {
 class MacStage final : public ContractDesktop {
   public:
     bool can(Ability ability) const override {
-        return ability != Ability::pluggingInDisplays && ability != Ability::withdrawingPermission;
+        return ability != Ability::pluggingInDisplays && ability != Ability::withdrawingPermission &&
+               ability != Ability::claimingKeys;
     }
     pid_t open(const Opening& opening) override {
         auto& client = clients_[opening.application];
@@ -149,6 +151,16 @@ class MacStage final : public ContractDesktop {
     void press(CGPoint point) override { mouse(kCGEventLeftMouseDown, point); }
     void moveHand(CGPoint point) override { mouse(isPressed_ ? kCGEventLeftMouseDragged : kCGEventMouseMoved, point); }
     void letGo() override { mouse(kCGEventLeftMouseUp, hand_); }
+    void pressKey(KeyCombination combination) override {
+        for (const bool isDown : {true, false}) {
+            const auto event =
+                Owned<CGEventRef>::adopt(CGEventCreateKeyboardEvent(nullptr, combination.keyCode, isDown));
+            CGEventSetFlags(event.get(), static_cast<CGEventFlags>(combination.modifierFlags));
+            CGEventPost(kCGHIDEventTap, event.get());
+        }
+        runFor(Seconds(0.05));
+    }
+    void claimForOther(KeyCombination) override {}
     LaunchableApplication install(const std::string& name) override {
         makeBundle(name);
         std::optional<LaunchableApplication> known;
@@ -168,6 +180,7 @@ class MacStage final : public ContractDesktop {
     DesktopChangeServicing& changes() override { return accessibility_; }
     PointerMonitorServicing& pointer() override { return pointer_; }
     DividerHandleServicing& handles() override { return handles_; }
+    KeyMonitorServicing& keys() override { return keys_; }
 
     void onPollingQueue(const std::function<void()>& job) override {
         std::atomic<bool> isDone = false;
@@ -215,6 +228,7 @@ class MacStage final : public ContractDesktop {
     MacScreens screens_;
     MacPointerMonitor pointer_{mainQueue()};
     MacDividerHandles handles_{mainQueue()};
+    MacKeyMonitors keys_{mainQueue()};
     std::map<std::string, std::unique_ptr<Client>> clients_; // by the application's name
     std::map<std::string, Client*> owners_;                  // by the window's title
     CGPoint hand_{};

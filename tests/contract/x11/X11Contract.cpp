@@ -136,9 +136,28 @@ class X11Stage final : public ContractDesktop {
         isEnding_ = true;
         server_.end();
     }
-    void press(CGPoint point) override { mouse({"mousemove", number(point.x), number(point.y), "mousedown", "1"}); }
-    void moveHand(CGPoint point) override { mouse({"mousemove", number(point.x), number(point.y)}); }
-    void letGo() override { mouse({"mouseup", "1"}); }
+    void press(CGPoint point) override { hand({"mousemove", number(point.x), number(point.y), "mousedown", "1"}); }
+    void moveHand(CGPoint point) override { hand({"mousemove", number(point.x), number(point.y)}); }
+    void letGo() override { hand({"mouseup", "1"}); }
+    void pressKey(KeyCombination combination) override {
+        std::string chord;
+        const auto with = [&](std::uint64_t flag, const char* name) {
+            if (combination.modifierFlags & flag) chord += name;
+        };
+        with(modifierFlag::control, "ctrl+");
+        with(modifierFlag::option, "alt+");
+        with(modifierFlag::shift, "shift+");
+        with(modifierFlag::command, "super+");
+        hand({"key", chord + (combination.keyCode == 4 ? "h" : "j")});
+    }
+    void claimForOther(KeyCombination combination) override {
+        const auto modifiers = ((combination.modifierFlags & modifierFlag::control) ? XCB_MOD_MASK_CONTROL : 0) |
+                               ((combination.modifierFlags & modifierFlag::option) ? XCB_MOD_MASK_1 : 0);
+        const xcb_keycode_t key = combination.keyCode == 4 ? 43 : 44; // of every evdev keyboard
+        xcb_grab_key(watcher_->connection(), 0, watcher_->root(), static_cast<std::uint16_t>(modifiers), key,
+                     XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+        watcher_->sync();
+    }
     LaunchableApplication install(const std::string& name) override {
         home_.write("data/applications/org.test." + name + ".desktop",
                     "[Desktop Entry]\nType=Application\nName=" + name + "\nStartupWMClass=" + name +
@@ -157,6 +176,7 @@ class X11Stage final : public ContractDesktop {
     DesktopChangeServicing& changes() override { return *desktop_; }
     PointerMonitorServicing& pointer() override { return *desktop_; }
     DividerHandleServicing& handles() override { return *desktop_; }
+    KeyMonitorServicing& keys() override { return *desktop_; }
 
     void onPollingQueue(const std::function<void()>& job) override {
         std::atomic<bool> isDone = false;
@@ -191,7 +211,7 @@ class X11Stage final : public ContractDesktop {
     };
 
     static std::string number(double value) { return std::to_string(std::lround(value)); }
-    void mouse(std::vector<std::string> command) {
+    void hand(std::vector<std::string> command) {
         command.insert(command.begin(), "xdotool");
         ASSERT_EQ(server_.start(command).wait(), 0);
     }
