@@ -23,9 +23,8 @@ class RunningCommand {
     RunningCommand(const std::vector<std::string>& arguments, const std::vector<std::string>& environment,
                    std::function<void()> turn, const char* program = KOVA_COMMAND) :
         turn_(std::move(turn)) {
-        if (pipe2(out_.data(), O_CLOEXEC | O_NONBLOCK) != 0 || pipe2(err_.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
-            throw std::runtime_error("no pipe");
-        }
+        openPipe(out_);
+        openPipe(err_);
         std::vector<char*> words{const_cast<char*>(program)};
         for (const auto& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
         words.push_back(nullptr);
@@ -78,6 +77,13 @@ class RunningCommand {
     std::string err;
 
   private:
+    static void openPipe(std::array<int, 2>& ends) {
+        if (pipe(ends.data()) != 0) throw std::runtime_error("no pipe");
+        for (const int end : ends) {
+            (void)fcntl(end, F_SETFD, FD_CLOEXEC);
+            (void)fcntl(end, F_SETFL, O_NONBLOCK);
+        }
+    }
     void drain() {
         for (const auto& [pipe, text] : {std::pair{out_[0], &out}, std::pair{err_[0], &err}}) {
             std::array<char, 4096> piece;

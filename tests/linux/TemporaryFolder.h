@@ -1,10 +1,13 @@
 // A folder of a test's own, gone with it.
 #pragma once
 
+#include <stdlib.h>
+#include <unistd.h>
+
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <stdlib.h>
+#include <stdexcept>
 #include <string>
 
 namespace kova {
