@@ -183,7 +183,9 @@ std::string printStatus(const json& result, const Arguments&) {
     std::string out =
         "agent       " + line(result["version"].get<std::string>() + ", process " + number(result["process"]));
     out += "permission  " + line(result["permission"].get<std::string>());
-    out += "management  " + std::string(result["isRunning"].get<bool>() ? "running\n" : "stopped\n");
+    const bool isSuspended = result["isRunning"].get<bool>() && result.value("isSuspended", false);
+    const char* running = isSuspended ? "suspended until the screen can be seen again\n" : "running\n";
+    out += "management  " + std::string(result["isRunning"].get<bool>() ? running : "stopped\n");
     out += "displays    " + number(result["displays"]) + "\n";
     out += "windows     " + number(result["windows"]) + ", " + number(result["windowsInTiles"]) + " in tiles\n";
     if (!result["focusMode"].is_null()) out += "focus mode  " + line(result["focusMode"]["window"].get<std::string>());

@@ -269,6 +269,7 @@ class ControlMethods::Table {
                 {"process", getpid()},
                 {"permission", describe(*state.permissionState)},
                 {"isRunning", controller.isRunning()},
+                {"isSuspended", *state.isSuspended},
                 {"displays", state.screens->size()},
                 {"windows", live.size()},
                 {"windowsInTiles",

@@ -24,9 +24,10 @@ enum Section : std::uint32_t {
     explanation = 1U << 7,
     notice = 1U << 8,
     settings = 1U << 9,
+    isSuspended = 1U << 10,
 };
 
-constexpr std::uint32_t kEverySection = (settings << 1) - 1;
+constexpr std::uint32_t kEverySection = (isSuspended << 1) - 1;
 
 struct SectionRecord {
     Section section;
@@ -39,7 +40,7 @@ json messageRecord(const WorkspaceController& controller) {
     return text ? json(*text) : json(nullptr);
 }
 
-constexpr std::array<SectionRecord, 10> kSections = {{
+constexpr std::array<SectionRecord, 11> kSections = {{
     {permission, "permission",
      [](const WorkspaceController& c) -> json { return describe(*c.state().permissionState); }},
     {displays, "displays", controlRecord::displays},
@@ -52,6 +53,7 @@ constexpr std::array<SectionRecord, 10> kSections = {{
      [](const WorkspaceController& c) -> json { return *c.state().lastArrangeExplanation; }},
     {notice, "notice", controlRecord::notice},
     {settings, "settings", controlRecord::settings},
+    {isSuspended, "isSuspended", [](const WorkspaceController& c) -> json { return *c.state().isSuspended; }},
 }};
 
 } // namespace
@@ -84,6 +86,7 @@ void StateBroadcast::observe() {
         subscriptions_.push_back(published.observe([this, sections](const auto&) { touched(sections); }));
     };
     watch(observed.permissionState, permission);
+    watch(observed.isSuspended, isSuspended);
     watch(observed.screens, displays | tiles);
     watch(observed.windows, windows);
     watch(observed.titleRevision, windows);

@@ -107,6 +107,17 @@ void TileAssignments::adopt(const std::string& windowID, const TileAssignments& 
     (void)assign(windowID, targets); // who was there was not in `other`
 }
 
+void TileAssignments::rename(const std::string& windowID, const std::string& newID) {
+    for (auto& [target, front] : assignedWindowIDs) {
+        if (front == windowID) front = newID;
+    }
+    for (auto& [target, stack] : stackWindowIDsByTarget) std::replace(stack.begin(), stack.end(), windowID, newID);
+    if (auto anchor = anchorTargetIDsByWindowID.extract(windowID)) {
+        anchor.key() = newID;
+        anchorTargetIDsByWindowID.insert(std::move(anchor));
+    }
+}
+
 void TileAssignments::keepOnly(const std::set<std::string>& liveWindowIDs) {
     std::erase_if(assignedWindowIDs, [&](const auto& entry) { return !liveWindowIDs.contains(entry.second); });
     for (auto entry = stackWindowIDsByTarget.begin(); entry != stackWindowIDsByTarget.end();) {

@@ -44,6 +44,8 @@ struct TileAssignments {
                          const std::vector<std::string>& displacedWindowIDs);
     /// Takes over the window's tiles, and its place at the front of its stack, from `other`.
     void adopt(const std::string& windowID, const TileAssignments& other);
+    /// The window is known under another id from now on, which must be in no tile.
+    void rename(const std::string& windowID, const std::string& newID);
     /// Keeps only windows in `liveWindowIDs`, in their order. The tile that lost its front gets no new one.
     void keepOnly(const std::set<std::string>& liveWindowIDs);
 

@@ -5,32 +5,75 @@
 namespace kova {
 
 void TransitionRecovery::remember(const std::vector<ManagedWindow>& liveWindows, const TileAssignments& assignments) {
-    identities_.clear();
-    for (const auto& window : liveWindows) {
-        if (!assignments.targetOf(window.id)) continue;
-        identities_.push_back(
-            {window.id, window.processIdentifier, window.bundleIdentifier, window.title, window.frame});
+    const auto awaited = awaitedWindowIDs();
+    std::vector<ManagedWindowRecoveryIdentity> stillAwaited;
+    for (const auto& identity : identities_) {
+        if (deadline_ && awaited.contains(identity.id) && assignments.isInAnyTile(identity.id)) {
+            stillAwaited.push_back(identity);
+        }
     }
-    deadline_.reset();
-    recoveredWindowIDs_.clear();
+    clear();
+    for (const auto& window : liveWindows) {
+        knownWindowIDs_.insert(window.id);
+        if (assignments.isAssigned(window.id)) identities_.push_back(recoveryIdentity(window));
+    }
+    for (const auto& window : liveWindows) {
+        const bool isWaiting = !assignments.isAssigned(window.id) && assignments.isInAnyTile(window.id);
+        if (isWaiting) identities_.push_back(recoveryIdentity(window));
+    }
+    std::erase_if(stillAwaited, [this](const auto& identity) { return knownWindowIDs_.contains(identity.id); });
+    identities_.insert(identities_.end(), stillAwaited.begin(), stillAwaited.end());
 }
 
 void TransitionRecovery::begin(Seconds uptime) {
     deadline_ = uptime + kDuration;
     recoveredWindowIDs_.clear();
+    returnedWindowIDs_.clear();
 }
 
 void TransitionRecovery::clear() {
     deadline_.reset();
     recoveredWindowIDs_.clear();
     identities_.clear();
+    returnedWindowIDs_.clear();
+    knownWindowIDs_.clear();
+}
+
+std::vector<WindowSuccessor> TransitionRecovery::takeSuccessors(const std::vector<ManagedWindow>& liveWindows,
+                                                                const TileAssignments& assignments) {
+    noteReturned(liveWindows);
+    const auto awaited = awaitedWindowIDs();
+    if (awaited.empty()) return {};
+    std::vector<ManagedWindowRecoveryIdentity> missing;
+    for (const auto& identity : identities_) {
+        if (awaited.contains(identity.id)) missing.push_back(identity);
+    }
+    std::vector<const ManagedWindow*> newcomers;
+    for (const auto& window : liveWindows) {
+        const bool isNew = !knownWindowIDs_.contains(window.id) && !assignments.isInAnyTile(window.id);
+        if (isNew) newcomers.push_back(&window);
+    }
+    const auto successors = recogniseWindows(missing, newcomers);
+    for (const auto& successor : successors) {
+        for (auto& identity : identities_) {
+            if (identity.id == successor.formerID) identity.id = successor.id;
+        }
+        knownWindowIDs_.insert(successor.id);
+    }
+    noteReturned(liveWindows);
+    return successors;
+}
+
+/// Also of those that front a tile: being seen once is enough not to be awaited any more.
+void TransitionRecovery::noteReturned(const std::vector<ManagedWindow>& liveWindows) {
+    for (const auto& window : liveWindows) returnedWindowIDs_.insert(window.id);
 }
 
 std::vector<std::string> TransitionRecovery::takeRecovered(const std::vector<ManagedWindow>& liveWindows,
                                                            const TileAssignments& assignments) {
     std::vector<std::string> recovered;
     for (const auto& window : liveWindows) {
-        if (!assignments.targetOf(window.id)) continue;
+        if (!assignments.isAssigned(window.id)) continue;
         if (recoveredWindowIDs_.insert(window.id).second) recovered.push_back(window.id);
     }
     return recovered;
@@ -44,7 +87,7 @@ bool TransitionRecovery::isComplete(const TileAssignments& assignments) const {
 std::set<std::string> TransitionRecovery::awaitedWindowIDs() const {
     std::set<std::string> awaited;
     for (const auto& identity : identities_) {
-        if (!recoveredWindowIDs_.contains(identity.id)) awaited.insert(identity.id);
+        if (!returnedWindowIDs_.contains(identity.id)) awaited.insert(identity.id);
     }
     return awaited;
 }

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "support/MainQueue.h"
-#include "windowing/ManagedWindow.h"
 #include "workspace/TileAssignments.h"
+#include "workspace/WindowRecognition.h"
 
 #include <optional>
 #include <set>
@@ -13,21 +13,12 @@
 
 namespace kova {
 
-/// What is remembered of an assigned window when the desktop goes away.
-struct ManagedWindowRecoveryIdentity {
-    std::string id;
-    pid_t processIdentifier = 0;
-    std::optional<std::string> bundleIdentifier;
-    std::string title;
-    std::optional<CGRect> frame; // window-service space
-    bool operator==(const ManagedWindowRecoveryIdentity&) const = default;
-};
-
 class TransitionRecovery {
   public:
     static constexpr Seconds kDuration{10};
 
-    /// The desktop goes away: remembers the assigned live windows, in their order.
+    /// The desktop goes away: remembers the assigned live windows, in their order, and after them those that wait in
+    /// stacks. Who was still awaited since the last time goes on being awaited.
     void remember(const std::vector<ManagedWindow>& liveWindows, const TileAssignments& assignments);
     /// The desktop is back.
     void begin(Seconds uptime);
@@ -38,7 +29,11 @@ class TransitionRecovery {
     bool isActive(Seconds uptime) const { return deadline_ && uptime < *deadline_; }
     bool hasDeadline() const { return deadline_.has_value(); }
 
-    /// Windows that are live again and not yet put back; they count as put back from now on.
+    /// Windows that have come back under another identifier. They count as those that are remembered from now on, and
+    /// whoever asks gives them their tiles.
+    std::vector<WindowSuccessor> takeSuccessors(const std::vector<ManagedWindow>& liveWindows,
+                                                const TileAssignments& assignments);
+    /// Windows that front a tile, are live again and not yet put back; they count as put back from now on.
     std::vector<std::string> takeRecovered(const std::vector<ManagedWindow>& liveWindows,
                                            const TileAssignments& assignments);
     /// Every assigned window is back, or nothing is assigned.
@@ -49,9 +44,13 @@ class TransitionRecovery {
     bool detectedLockedLoginSession = false;
 
   private:
+    void noteReturned(const std::vector<ManagedWindow>& liveWindows);
+
     std::optional<Seconds> deadline_;
     std::set<std::string> recoveredWindowIDs_;
     std::vector<ManagedWindowRecoveryIdentity> identities_;
+    std::set<std::string> returnedWindowIDs_; // of those that wait in stacks
+    std::set<std::string> knownWindowIDs_;    // there before, so no successor of another
 };
 
 } // namespace kova

@@ -4,6 +4,29 @@
 
 namespace kova {
 
+namespace {
+
+void renameIn(std::set<std::string>& windowIDs, const std::string& windowID, const std::string& newID) {
+    if (windowIDs.erase(windowID) > 0) windowIDs.insert(newID);
+}
+
+} // namespace
+
+void WorkspaceUndoSnapshot::rename(const std::string& windowID, const std::string& newID) {
+    TileAssignments assignments{std::move(assignedWindowIDs), std::move(stackWindowIDsByTarget),
+                                std::move(placementAnchors)};
+    assignments.rename(windowID, newID);
+    assignedWindowIDs = std::move(assignments.assignedWindowIDs);
+    stackWindowIDsByTarget = std::move(assignments.stackWindowIDsByTarget);
+    placementAnchors = std::move(assignments.anchorTargetIDsByWindowID);
+    if (auto frame = windowFrames.extract(windowID)) {
+        frame.key() = newID;
+        windowFrames.insert(std::move(frame));
+    }
+    renameIn(minimizedWindowIDs, windowID, newID);
+    renameIn(visibleWindowIDs, windowID, newID);
+}
+
 void UndoHistory::push(UndoEntry entry) {
     entries_.push_back(std::move(entry));
     if (entries_.size() > kLimit) entries_.erase(entries_.begin());
@@ -14,6 +37,10 @@ std::optional<UndoEntry> UndoHistory::takeNewest() {
     auto newest = std::move(entries_.back());
     entries_.pop_back();
     return newest;
+}
+
+void UndoHistory::rename(const std::string& windowID, const std::string& newID) {
+    for (auto& entry : entries_) entry.snapshot.rename(windowID, newID);
 }
 
 } // namespace kova

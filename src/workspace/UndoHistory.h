@@ -26,6 +26,8 @@ struct WorkspaceUndoSnapshot {
     std::optional<Uuid> activeSceneID;
     WorkspaceProfile profile;
     std::string accentColorID;
+    /// The window is known under another id from now on.
+    void rename(const std::string& windowID, const std::string& newID);
     bool operator==(const WorkspaceUndoSnapshot&) const = default;
 };
 
@@ -53,6 +55,9 @@ class UndoHistory {
     std::optional<UndoEntry> takeNewest();
     bool isEmpty() const { return entries_.empty(); }
     std::size_t size() const { return entries_.size(); }
+
+    /// The window is known under another id from now on.
+    void rename(const std::string& windowID, const std::string& newID);
 
     /// The whole history, to be put back as it was: entering and leaving focus mode must not cost the oldest entry.
     const std::vector<UndoEntry>& entries() const { return entries_; }

@@ -57,6 +57,7 @@ void WorkspaceController::stop() {
     pendingApplicationPlacements_.clear();
     restoration_ = {};
     refreshCycle_.end();
+    state_.isSuspended.set(false);
     recovery_.clear();
     recovery_.detectedLockedLoginSession = false;
 }
@@ -105,13 +106,14 @@ bool WorkspaceController::requirePermission() {
     return refuse("Accessibility permission is required");
 }
 
-/// For the actions that move or raise windows: nobody sees them behind a locked screen.
+/// For the actions that move or raise windows: nobody sees them on a dark or locked screen.
 bool WorkspaceController::requireWindowAccess() {
-    return requirePermission() && requireUnlocked();
+    return requirePermission() && requireVisibleScreen();
 }
 
-bool WorkspaceController::requireUnlocked() {
-    return !recovery_.detectedLockedLoginSession || refuse("The screen is locked");
+bool WorkspaceController::requireVisibleScreen() {
+    if (recovery_.detectedLockedLoginSession) return refuse("The screen is locked");
+    return !refreshCycle_.isSuspended() || refuse("Suspended while the screen is asleep, locked or another user's");
 }
 
 ManagedWindow* WorkspaceController::findLive(const std::string& windowID) {

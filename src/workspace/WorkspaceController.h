@@ -4,12 +4,9 @@
 // Each concern has its own file; this header reads as the list of what a user can do.
 #pragma once
 
-#include "persistence/PreferencesStore.h"
 #include "persistence/WorkspaceProductDocument.h"
-#include "support/MainQueue.h"
 #include "themes/ThemeRegistry.h"
 #include "windowing/AccessibilityWindowService.h"
-#include "windowing/AlertServicing.h"
 #include "workspace/ArrangementPlan.h"
 #include "workspace/DisplayLayouts.h"
 #include "workspace/DividerDrag.h"
@@ -26,6 +23,7 @@
 #include "workspace/TransitionRecovery.h"
 #include "workspace/UndoHistory.h"
 #include "workspace/WorkspaceAction.h"
+#include "workspace/WorkspaceServices.h"
 #include "workspace/WorkspaceState.h"
 
 #include <functional>
@@ -38,19 +36,6 @@
 #include <vector>
 
 namespace kova {
-
-/// What the controller works with. All of it outlives the controller.
-struct WorkspaceServices {
-    AccessibilityServicing& accessibility;
-    ApplicationServicing& applications;
-    ScreenServicing& screens;
-    SessionServicing& session;
-    DesktopChangeServicing& changes;
-    PreferencesStore& preferences;
-    MainQueue& queue;
-    WorkQueue& pollingQueue;
-    AlertServicing& alerts;
-};
 
 /// A tile as it stands on a display.
 struct WorkspaceTile {
@@ -284,18 +269,23 @@ class WorkspaceController {
 
     // Refresh (WorkspaceRefresh.cpp)
     void applyPoll(PollResult result);
-    bool applyLockedSession(bool pollFoundLocked);
     void applyGrantedPoll(std::vector<ManagedWindow> windows, bool isRecovering, bool justGranted);
     void presentPoll(bool isRecovering);
     void publishWindows();
     void applyDenied();
     void keepAssignmentsValid(const std::set<std::string>& spared);
     void scheduleAutomaticArrangement(bool justGranted);
-    void recoverAssignedWindows();
     void readScreens();
     void screensChanged();
     void giveUpUnreachablePlacements();
     bool hasUnfinishedBusiness() const;
+
+    // Sleep, lock and session switches (WorkspaceRecovery.cpp)
+    void beginTransitionRecovery();
+    bool applyLockedSession(bool pollFoundLocked);
+    void adoptSuccessors(const std::vector<WindowSuccessor>& successors);
+    void recoverAssignedWindows();
+    bool isAway() const;
     bool mayMoveWindows() const;
 
     // Placement (WorkspacePlacement.cpp)
@@ -419,6 +409,8 @@ class WorkspaceController {
     void giveDisplayBack();
     bool enterFocusMode();
     std::optional<StartingPoint> zoomStartingPoint() const;
+    /// A zoomed window's, in window-service space; absent when the display is gone.
+    std::optional<CGRect> zoomFrame(const std::string& displayID) const;
 
     // Navigation (WorkspaceNavigation.cpp)
     std::optional<StartingPoint> startingPoint() const;
@@ -431,7 +423,7 @@ class WorkspaceController {
     const ManagedWindow* findLive(const std::string& windowID) const;
     bool requirePermission();
     bool requireWindowAccess();
-    bool requireUnlocked();
+    bool requireVisibleScreen();
     bool refuse(const std::string& message);
 
     /// How often a window that stays off its tile is asked again.

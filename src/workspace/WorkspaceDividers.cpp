@@ -113,6 +113,7 @@ void WorkspaceController::cancelDividerDrag() {
 }
 
 bool WorkspaceController::resetDivider(const DisplayLayoutDivider& target) {
+    if (!requireVisibleScreen()) return false;
     closeFocusMode();
     LayoutWeightOverrides weights = state_.profile->weights(target.displayID, target.layoutID);
     if (!screenOf(target.displayID) || weights.splits.erase(target.divider.splitID) == 0) return false;

@@ -16,7 +16,7 @@ WorkspaceController::launchableApplication(const std::string& bundleIdentifier) 
 
 bool WorkspaceController::launchApplication(const LaunchableApplication& application, const std::string& displayID,
                                             const std::string& slotID, LaunchCompletion completion) {
-    if (!requirePermission()) return false;
+    if (!requireWindowAccess()) return false;
     const std::string tile = tileTargetID(displayID, slotID);
     pendingApplicationPlacements_[tile] = {.application = application,
                                            .displayID = displayID,

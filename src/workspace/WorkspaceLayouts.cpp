@@ -235,7 +235,7 @@ LayoutSelectionResult WorkspaceController::selectLayout(const std::string& id,
         showStatusMessage(resolvedLayout(id)->name + " on " + screen.localizedName);
         return LayoutSelectionResult::done;
     }
-    if (!requireUnlocked()) return LayoutSelectionResult::refused;
+    if (!requireVisibleScreen()) return LayoutSelectionResult::refused;
     const std::string choice =
         selection.layoutID ? "layout " + findLayout(catalogue(), *selection.layoutID)->name : "automatic layout";
     pushUndoSnapshot({choice, applicationsOn(id)});
@@ -283,7 +283,7 @@ bool WorkspaceController::resetLayoutSizes(const std::optional<std::string>& wan
     if (!screen) return refuse("No display is connected");
     const std::string name = screen->localizedName;
     const std::string layoutID = resolvedLayout(*id)->id;
-    if (!requireUnlocked()) return false;
+    if (!requireVisibleScreen()) return false;
     if (!state_.profile->weights(*id, layoutID).splits.empty()) {
         pushUndoSnapshot({"reset layout sizes", applicationsOn(id)});
         storeWeights(*id, layoutID, {});
@@ -298,7 +298,7 @@ bool WorkspaceController::setTileInset(double points) {
     constexpr double kLargestInset = 100;
     if (!(points >= 0 && points <= kLargestInset)) return false;
     if (points == state_.profile->tileInset) return true;
-    if (!requireUnlocked()) return false;
+    if (!requireVisibleScreen()) return false;
     pushUndoSnapshot({"tile inset", applicationsOn(std::nullopt)});
     reflow_.forgetAllPushes();
     WorkspaceProfile profile = *state_.profile;

@@ -36,28 +36,11 @@ void WorkspaceController::applyPoll(PollResult result) {
     }
 }
 
-/// True while the session is locked: then nothing is moved, minimised or forgotten.
-bool WorkspaceController::applyLockedSession(bool pollFoundLocked) {
-    if (pollFoundLocked || services_.session.isLoginSessionScreenLocked()) {
-        if (!recovery_.detectedLockedLoginSession) {
-            recovery_.detectedLockedLoginSession = true;
-            recovery_.remember(liveWindows_, assignments_);
-        }
-        return true;
-    }
-    if (recovery_.detectedLockedLoginSession) {
-        recovery_.detectedLockedLoginSession = false;
-        recovery_.begin(services_.queue.uptime());
-        layouts_.invalidateAll();
-        state_.layoutRevision.set(*state_.layoutRevision + 1);
-    }
-    return false;
-}
-
 void WorkspaceController::applyGrantedPoll(std::vector<ManagedWindow> windows, bool isRecovering, bool justGranted) {
     if (!isRecovering && recovery_.hasDeadline()) recovery_.clear();
     const bool hasOtherTitles = !sameTitles(liveWindows_, windows);
     setLiveWindows(std::move(windows));
+    if (isRecovering) adoptSuccessors(recovery_.takeSuccessors(liveWindows_, assignments_));
     for (const auto& window : liveWindows_) {
         if (expectedBundleIDs_.empty()) break;
         if (window.bundleIdentifier) expectedBundleIDs_.erase(*window.bundleIdentifier);
@@ -111,17 +94,6 @@ void WorkspaceController::keepAssignmentsValid(const std::set<std::string>& spar
     publishAssignments();
 }
 
-void WorkspaceController::recoverAssignedWindows() {
-    for (const auto& windowID : recovery_.takeRecovered(liveWindows_, assignments_)) {
-        const auto frame = frameForWindow(windowID);
-        const ManagedWindow* window = findLive(windowID);
-        if (frame && window) writeFrame(*window, *frame, AccessibilityWindowService::BringToFront::no);
-    }
-    if (!recovery_.isComplete(assignments_)) return;
-    recovery_.clear();
-    refresh(); // what is left alone during recovery is due now
-}
-
 void WorkspaceController::applyDenied() {
     setLiveWindows({});
     refusals_.clear();
@@ -160,7 +132,7 @@ void WorkspaceController::screensChanged() {
     readScreens();
     layouts_.invalidateAll();
     // The zoomed window's frame was that of the display before; what is restored must be in sight on those of now.
-    if (isRunning()) closeFocusMode();
+    if (isRunning() && !isAway()) closeFocusMode();
     state_.layoutRevision.set(*state_.layoutRevision + 1);
     giveUpUnreachablePlacements();
     reflow_.forgetAllPushes();
@@ -172,33 +144,9 @@ void WorkspaceController::screensChanged() {
     refresh();
 }
 
-/// Not while the picture is not the user's to see.
-bool WorkspaceController::mayMoveWindows() const {
-    return isRunning() && !refreshCycle_.isSuspended() && !recovery_.detectedLockedLoginSession &&
-           *state_.permissionState == AccessibilityPermissionState::granted;
-}
-
 /// Verification would carry a window that the desktop has rescued from a vanished display back to where nobody sees it.
 void WorkspaceController::giveUpUnreachablePlacements() {
     windowService_->cancelPlacements([this](const CGRect& target) { return !isOnSomeScreen(target); });
-}
-
-void WorkspaceController::suspendForSystemTransition() {
-    if (!isRunning() || refreshCycle_.isSuspended()) return;
-    refreshCycle_.suspend();
-    abandonDrags();
-    recovery_.detectedLockedLoginSession = false;
-    recovery_.remember(liveWindows_, assignments_);
-}
-
-void WorkspaceController::resumeAfterSystemTransition() {
-    if (!isRunning() || !refreshCycle_.isSuspended()) return;
-    refreshCycle_.resume();
-    recovery_.begin(services_.queue.uptime());
-    layouts_.invalidateAll();
-    state_.layoutRevision.set(*state_.layoutRevision + 1);
-    refreshCycle_.startTimer();
-    refresh();
 }
 
 } // namespace kova

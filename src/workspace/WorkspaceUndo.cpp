@@ -134,7 +134,7 @@ void WorkspaceController::restoreActiveScene(const std::optional<Uuid>& id) {
 
 bool WorkspaceController::toggleFocusMode() {
     if (!focusZoomSnapshot_) return enterFocusMode();
-    if (!requireUnlocked()) return false;
+    if (!requireVisibleScreen()) return false;
     leaveFocusMode();
     showStatusMessage("Focus Mode closed — workspace restored");
     return true;
@@ -164,6 +164,15 @@ std::optional<WorkspaceController::StartingPoint> WorkspaceController::zoomStart
     return StartingPoint{*window, *nearest, display};
 }
 
+std::optional<CGRect> WorkspaceController::zoomFrame(const std::string& id) const {
+    const Screen* screen = screenOf(id);
+    if (!screen) return std::nullopt;
+    const LayoutDefinition* zoom = findLayout(builtInLayouts(), kZoomLayoutID);
+    const SolvedLayout solved = solveDefinition(*zoom, {}, screen->visibleFrame.size, state_.profile->tileInset);
+    const CGRect cell = kova::tileFrameOnScreen(solved.frames.front(), screen->visibleFrame);
+    return flipped(insetBy(cell, state_.profile->tileInset), firstScreenMaxY());
+}
+
 bool WorkspaceController::enterFocusMode() {
     if (!requireWindowAccess()) return false; // first, as without it no window is known to be the focused one
     const auto start = zoomStartingPoint();
@@ -173,10 +182,7 @@ bool WorkspaceController::enterFocusMode() {
     if (layouts_.resolve(*screen, *state_.profile, catalogue()).slots.size() < 2) {
         return refuse("This display already uses a single-pane layout");
     }
-    const LayoutDefinition* zoom = findLayout(builtInLayouts(), kZoomLayoutID);
-    const SolvedLayout solved = solveDefinition(*zoom, {}, screen->visibleFrame.size, state_.profile->tileInset);
-    const CGRect cell = kova::tileFrameOnScreen(solved.frames.front(), screen->visibleFrame);
-    const CGRect frame = flipped(insetBy(cell, state_.profile->tileInset), firstScreenMaxY());
+    const CGRect frame = *zoomFrame(start->displayID);
 
     abandonDrags(); // what the hand began would end as a step behind the focus mode's own
     auto snapshot = captureUndoSnapshot();
@@ -201,9 +207,9 @@ bool WorkspaceController::leaveFocusMode() {
     return true;
 }
 
-/// Before every other action; behind a locked screen that is refused, and the zoomed window stays.
+/// Before every other action; on a screen that nobody sees that is refused, and the zoomed window stays.
 void WorkspaceController::giveDisplayBack() {
-    if (!recovery_.detectedLockedLoginSession) closeFocusMode();
+    if (!isAway()) closeFocusMode();
 }
 
 void WorkspaceController::closeFocusMode() {

@@ -9,18 +9,18 @@ namespace kova {
 Desk::Desk() = default;
 
 Desk::~Desk() {
-    if (controller_) {
-        controller_->stop();
-        controller_.reset();
+    if (delegate_) {
+        delegate_->workspace().stop(); // also where it was started without its delegate
+        delegate_.reset();
     }
     // Longer than any delay in the house: what still stands in the queue then would have gone on for ever.
     desktop.queue().advance(Seconds(30));
     EXPECT_EQ(desktop.queue().pendingCount(), 0u) << "work is left in the queue";
 }
 
-WorkspaceController& Desk::controller() {
-    if (!controller_) {
-        controller_ = std::make_unique<WorkspaceController>(WorkspaceServices{
+AppDelegate& Desk::delegate() {
+    if (!delegate_) {
+        const WorkspaceServices services{
             .accessibility = desktop,
             .applications = desktop,
             .screens = desktop,
@@ -30,9 +30,10 @@ WorkspaceController& Desk::controller() {
             .queue = desktop.queue(),
             .pollingQueue = desktop.pollingQueue(),
             .alerts = desktop,
-        });
+        };
+        delegate_ = std::make_unique<AppDelegate>(services, ShellServices{.systemActivity = &desktop});
     }
-    return *controller_;
+    return *delegate_;
 }
 
 // The stage
@@ -77,42 +78,36 @@ Desk& Desk::opens(const std::string& application, WindowTraits traits) {
 
 Desk& Desk::start() {
     wasStarted_ = true;
-    controller().start(false);
+    delegate().startWorkspace();
     desktop.queue().advance(Seconds(0.5));
     return *this;
 }
 
 Desk& Desk::stop() {
-    controller().stop();
+    delegate().stopWorkspace();
     return settle();
 }
 
 Desk& Desk::restart() {
-    controller_.reset();
-    isAsleep_ = false;
+    delegate_.reset();
     return start().settle();
 }
 
-Desk& Desk::sleep() {
-    controller().suspendForSystemTransition();
-    isAsleep_ = true;
-    return *this;
-}
-
-Desk& Desk::wake() {
-    controller().resumeAfterSystemTransition();
-    isAsleep_ = false;
+Desk& Desk::undergo(SystemActivityEvent event) {
+    (void)isRecovering(); // from when it was still away
+    desktop.undergo(event);
+    desktop.queue().runDue();
     return *this;
 }
 
 bool Desk::isManaging() {
-    return controller_ && controller_->isRunning() && desktop.isProcessTrusted() && !isAsleep_ &&
+    return delegate_ && controller().isRunning() && desktop.isProcessTrusted() && !isSuspended() &&
            !desktop.isLoginSessionScreenLocked() && !desktop.screens().empty();
 }
 
 /// After sleep and lock, windows that are missing are awaited for 10 s from the first poll, which may be slow.
 bool Desk::isRecovering() {
-    if (isAsleep_ || desktop.isLoginSessionScreenLocked()) recoveryEnd_ = desktop.queue().uptime() + Seconds(14);
+    if (isSuspended() || desktop.isLoginSessionScreenLocked()) recoveryEnd_ = desktop.queue().uptime() + Seconds(14);
     return desktop.queue().uptime() < recoveryEnd_;
 }
 

@@ -11,9 +11,9 @@
 // its tile, and none lies outside all displays. When the desk is cleared, no work is left in the queue.
 #pragma once
 
+#include "app/AppDelegate.h"
 #include "persistence/MemoryPreferencesStore.h"
 #include "platform/simulated/SimulatedDesktop.h"
-#include "workspace/WorkspaceController.h"
 
 #include <memory>
 #include <optional>
@@ -48,9 +48,10 @@ class Desk {
     Desk& restart();
 
     /// The machine goes to sleep and wakes up.
-    Desk& sleep();
-    Desk& wake();
-    bool isAsleep() const { return isAsleep_; }
+    Desk& sleep() { return undergo(SystemActivityEvent::systemWillSleep); }
+    Desk& wake() { return undergo(SystemActivityEvent::systemDidWake); }
+    Desk& undergo(SystemActivityEvent event);
+    bool isSuspended() { return delegate().isWorkspaceSuspended(); }
 
     // What the person asks for, through the one door. Each settles afterwards.
     Desk& arrange();
@@ -80,7 +81,8 @@ class Desk {
     /// The last arrangement's lines.
     std::string explanation();
 
-    WorkspaceController& controller();
+    AppDelegate& delegate();
+    WorkspaceController& controller() { return delegate().workspace(); }
     const WorkspaceState& state() { return controller().state(); }
     std::string displayIDOf(std::string_view displayName) const;
     std::string targetID(std::string_view displayName, std::string_view slotID) const;
@@ -98,13 +100,12 @@ class Desk {
     void checkAssignments(std::vector<std::string>& broken);
     void checkWindowsAreAtRest(std::vector<std::string>& broken);
 
-    std::unique_ptr<WorkspaceController> controller_;
+    std::unique_ptr<AppDelegate> delegate_;
     std::string lastDisplay_;
     int displayCount_ = 0;
     bool wasStarted_ = false;
     bool wasCarriedOut_ = false;
     bool isSettled_ = false;
-    bool isAsleep_ = false;
     Seconds recoveryEnd_{0}; // uptime
 };
 

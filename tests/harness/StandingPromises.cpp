@@ -78,8 +78,8 @@ void Desk::checkTilesFillTheirDisplays(std::vector<std::string>& broken) {
 }
 
 void Desk::checkAssignments(std::vector<std::string>& broken) {
-    if (!controller_) return;
-    const auto& assignments = controller_->assignments();
+    if (!delegate_) return;
+    const auto& assignments = controller().assignments();
     std::map<std::string, std::set<std::string>> tilesOfWindow;
     for (const auto& [target, window] : assignments.assignedWindowIDs) tilesOfWindow[window].insert(target);
     for (const auto& [window, targets] : tilesOfWindow) {
@@ -101,7 +101,7 @@ void Desk::checkAssignments(std::vector<std::string>& broken) {
             broken.push_back("not first of its stack: " + desktop.labelOfID(front->second));
         }
     }
-    const auto& published = controller_->state();
+    const auto& published = controller().state();
     if (*published.assignedWindowIDs != assignments.assignedWindowIDs ||
         *published.stackWindowIDsByTarget != assignments.stackWindowIDsByTarget) {
         broken.push_back("what is published differs from what is so");

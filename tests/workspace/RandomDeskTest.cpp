@@ -133,6 +133,18 @@ class RandomDay {
         using enum WorkspaceDirection;
         return anyOf({left, right, up, down});
     }
+    void undergoAnything() {
+        using enum SystemActivityEvent;
+        const auto event = anyOf({systemWillSleep, systemDidWake, screensDidSleep, screensDidWake,
+                                  sessionDidResignActive, sessionDidBecomeActive, screenDidLock, screenDidUnlock});
+        story_ += " " + std::to_string(static_cast<int>(event));
+        desk_.undergo(event);
+    }
+    /// As the window server does around sleep.
+    void loseAnyWindow() {
+        if (!desk_.isSuspended()) desk_.sleep();
+        withAnyWindow([&](const auto& label) { desk_.desktop.loseWindow(label); });
+    }
     double anyDistance() { return static_cast<double>(below(1600)) - 800; }
     /// Something else may happen while the hand is still down.
     void holdOn() {
@@ -225,10 +237,13 @@ class RandomDay {
     /// A day of sleep, locks and missing displays would show little.
     void endTrouble() {
         auto& desktop = desk_.desktop;
-        const bool wasAway = desktop.isLoginSessionScreenLocked() || desk_.isAsleep();
+        using enum SystemActivityEvent;
+        const bool wasAway = desktop.isLoginSessionScreenLocked() || desk_.isSuspended();
         desktop.setTrusted(true);
-        desktop.setLocked(false);
-        desk_.wake();
+        for (const auto event : {systemDidWake, screensDidWake, sessionDidBecomeActive, screenDidUnlock}) {
+            desk_.undergo(event);
+        }
+        for (const auto* window : desktop.livingWindows()) desktop.loseWindow(window->label(), false);
         if (desktop.screens().empty()) desk_.display(2560, 1440);
         if (wasAway) desk_.advance(Seconds(14));
     }
@@ -317,8 +332,10 @@ class RandomDay {
         {"locks", [this] { desk_.desktop.setLocked(!desk_.desktop.isLoginSessionScreenLocked()); }},
         {"permission", [this] { desk_.desktop.setTrusted(!desk_.desktop.isProcessTrusted() || chance(3)); }},
         {"slow polls", [this] { desk_.desktop.pollingQueue().setJobDuration(Seconds(chance(3) ? 0.5 : 0.01)); }},
-        {"sleeps", [this] { desk_.sleep(); }},
-        {"wakes", [this] { desk_.wake(); }},
+        {"undergoes", [this] { undergoAnything(); }},
+        {"undergoes", [this] { undergoAnything(); }},
+        {"loses", [this] { loseAnyWindow(); }},
+        {"renumbers", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.renumber(label); }); }},
         {"inset", [this] { desk_.controller().setTileInset(static_cast<double>(below(12))); }},
         {"resets divider", [this] { resetDivider(); }},
         {"rules",

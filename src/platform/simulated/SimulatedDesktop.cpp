@@ -383,6 +383,25 @@ void SimulatedDesktop::showVirtualDesktop(int virtualDesktop) {
     changed();
 }
 
+void SimulatedDesktop::loseWindow(std::string_view label, bool lose) {
+    mutableWindow(label).isLost = lose;
+    changed();
+}
+
+void SimulatedDesktop::renumber(std::string_view label) {
+    const std::uint64_t former = window(label).number();
+    const std::uint64_t number = lastWindowNumber_ += kNumbersPerWindow;
+    auto entry = windows_.extract(former);
+    entry.key() = number;
+    entry.mapped().renumber(number);
+    windows_.insert(std::move(entry));
+    std::replace(stacking_.begin(), stacking_.end(), former, number);
+    for (auto& application : applications_) {
+        if (application.focusedWindow == former) application.focusedWindow = number;
+    }
+    changed();
+}
+
 void SimulatedDesktop::raise(const SimulatedWindow& window) {
     std::erase(stacking_, window.number());
     stacking_.insert(stacking_.begin(), window.number());

@@ -142,6 +142,10 @@ class SimulatedDesktop : public AccessibilityServicing,
     void setFullScreen(std::string_view label, bool fullScreen);
     void sendToVirtualDesktop(std::string_view label, int virtualDesktop);
     void showVirtualDesktop(int virtualDesktop);
+    /// The window server lists a living window no more, or again, as around sleep.
+    void loseWindow(std::string_view label, bool lose = true);
+    /// The window goes on living under another identifier.
+    void renumber(std::string_view label);
     const SimulatedWindow& window(std::string_view label) const;
     std::vector<const SimulatedWindow*> livingWindows() const; // in the order in which they were opened
 

@@ -110,7 +110,7 @@ AttributeValue SimulatedDesktop::value(const Application& application, Accessibi
     if (attribute == AccessibilityAttribute::windows) {
         std::vector<AccessibilityElement> elements;
         for (const auto& [number, window] : windows_) {
-            if (window.processIdentifier() != application.record.processIdentifier) continue;
+            if (window.processIdentifier() != application.record.processIdentifier || window.isLost) continue;
             elements.insert(elements.end(), application.listsWindowsTwice ? 2 : 1, elementOf(window));
         }
         return elements;
@@ -248,7 +248,7 @@ std::vector<OnScreenWindow> SimulatedDesktop::onScreenWindows() const {
     std::vector<OnScreenWindow> shown;
     for (const auto number : stacking_) {
         const auto& window = *findWindow(number);
-        if (!isOnScreen(window)) continue;
+        if (!isOnScreen(window) || window.isLost) continue;
         shown.push_back({window.processIdentifier(), window.traits().layer, frameForWindowService(window)});
     }
     return shown;

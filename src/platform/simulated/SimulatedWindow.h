@@ -50,6 +50,7 @@ class SimulatedWindow {
     SimulatedWindow(std::uint64_t number, pid_t processIdentifier, std::string label, WindowTraits traits);
 
     std::uint64_t number() const { return number_; }
+    void renumber(std::uint64_t number) { number_ = number; }
     pid_t processIdentifier() const { return processIdentifier_; }
     /// What scenarios call it; unique among living windows.
     const std::string& label() const { return label_; }
@@ -65,6 +66,7 @@ class SimulatedWindow {
     bool isMinimized = false;
     bool isFullScreen = false;
     bool wasIconifiedByHiding = false;
+    bool isLost = false; // it lives, but the window server does not list it
     int virtualDesktop = 0;
     CGRect frameBeforeFullScreen{};
     int writeCount = 0;      // requests to write any attribute

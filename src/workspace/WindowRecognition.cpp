@@ -1,0 +1,77 @@
+#include "workspace/WindowRecognition.h"
+
+#include <cmath>
+#include <functional>
+#include <map>
+
+namespace kova {
+
+namespace {
+
+constexpr double kSamePoints = 2;
+
+bool near(double a, double b) {
+    return std::abs(a - b) <= kSamePoints;
+}
+
+bool isSamePlace(const CGRect& a, const CGRect& b) {
+    return near(minX(a), minX(b)) && near(minY(a), minY(b));
+}
+
+bool isSameSize(const CGRect& a, const CGRect& b) {
+    return near(a.size.width, b.size.width) && near(a.size.height, b.size.height);
+}
+
+bool isSameKind(const ManagedWindowRecoveryIdentity& identity, const ManagedWindow& window) {
+    return identity.processIdentifier == window.processIdentifier &&
+           identity.bundleIdentifier == window.bundleIdentifier && identity.title == window.title && identity.frame &&
+           window.frame;
+}
+
+using Fits = std::function<bool(const CGRect&, const CGRect&)>;
+
+/// Takes pairs out of both lists in which each is the only one for the other.
+void pairUp(std::vector<const ManagedWindowRecoveryIdentity*>& missing, std::vector<const ManagedWindow*>& candidates,
+            const Fits& fits, std::vector<WindowSuccessor>& successors) {
+    std::map<const ManagedWindowRecoveryIdentity*, std::vector<const ManagedWindow*>> choices;
+    std::map<const ManagedWindow*, int> askedFor;
+    for (const auto* identity : missing) {
+        for (const auto* window : candidates) {
+            if (!isSameKind(*identity, *window) || !fits(*identity->frame, *window->frame)) continue;
+            choices[identity].push_back(window);
+            ++askedFor[window];
+        }
+    }
+    std::erase_if(missing, [&](const auto* identity) {
+        const auto choice = choices.find(identity);
+        if (choice == choices.end()) return false;
+        const ManagedWindow* only = choice->second.front();
+        if (choice->second.size() > 1 || askedFor[only] > 1) return true; // in doubt, nobody
+        successors.push_back({identity->id, only->id});
+        std::erase(candidates, only);
+        return true;
+    });
+}
+
+} // namespace
+
+ManagedWindowRecoveryIdentity recoveryIdentity(const ManagedWindow& window) {
+    return {window.id, window.processIdentifier, window.bundleIdentifier, window.title, window.frame};
+}
+
+std::vector<WindowSuccessor> recogniseWindows(const std::vector<ManagedWindowRecoveryIdentity>& missing,
+                                              const std::vector<const ManagedWindow*>& candidates) {
+    std::vector<WindowSuccessor> successors;
+    std::vector<const ManagedWindowRecoveryIdentity*> identities;
+    for (const auto& identity : missing) identities.push_back(&identity);
+    auto windows = candidates;
+    pairUp(
+        identities, windows, [](const CGRect& a, const CGRect& b) { return isSamePlace(a, b) && isSameSize(a, b); },
+        successors);
+    pairUp(
+        identities, windows, [](const CGRect& a, const CGRect& b) { return isSamePlace(a, b) || isSameSize(a, b); },
+        successors);
+    return successors;
+}
+
+} // namespace kova

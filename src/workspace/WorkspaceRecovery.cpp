@@ -1,0 +1,98 @@
+// Sleep, lock and session switches: the workspace leaves everything alone until the user can see the screen again, and
+// then puts back what the desktop has lost, moved or renamed meanwhile.
+#include "workspace/WorkspaceController.h"
+
+namespace kova {
+
+/// The user cannot see what would be done.
+bool WorkspaceController::isAway() const {
+    return refreshCycle_.isSuspended() || recovery_.detectedLockedLoginSession;
+}
+
+bool WorkspaceController::mayMoveWindows() const {
+    return isRunning() && !isAway() && *state_.permissionState == AccessibilityPermissionState::granted;
+}
+
+void WorkspaceController::suspendForSystemTransition() {
+    if (!isRunning() || refreshCycle_.isSuspended()) return;
+    refreshCycle_.suspend();
+    state_.isSuspended.set(true);
+    recovery_.detectedLockedLoginSession = false;
+    recovery_.remember(liveWindows_, assignments_);
+    abandonDrags();
+    windowService_->cancelPlacements([](const CGRect&) { return true; });
+}
+
+void WorkspaceController::resumeAfterSystemTransition() {
+    if (!isRunning() || !refreshCycle_.isSuspended()) return;
+    refreshCycle_.resume();
+    state_.isSuspended.set(false);
+    beginTransitionRecovery();
+    refreshCycle_.startTimer();
+    refresh();
+}
+
+void WorkspaceController::beginTransitionRecovery() {
+    recovery_.begin(services_.queue.uptime());
+    layouts_.invalidateAll();
+    state_.layoutRevision.set(*state_.layoutRevision + 1);
+}
+
+/// True while the session is locked: then nothing is moved, minimised or forgotten.
+bool WorkspaceController::applyLockedSession(bool pollFoundLocked) {
+    if (pollFoundLocked || services_.session.isLoginSessionScreenLocked()) {
+        if (!recovery_.detectedLockedLoginSession) {
+            recovery_.detectedLockedLoginSession = true;
+            state_.isSuspended.set(true);
+            recovery_.remember(liveWindows_, assignments_);
+            windowService_->cancelPlacements([](const CGRect&) { return true; });
+        }
+        return true;
+    }
+    if (recovery_.detectedLockedLoginSession) {
+        recovery_.detectedLockedLoginSession = false;
+        state_.isSuspended.set(false);
+        beginTransitionRecovery();
+    }
+    return false;
+}
+
+/// Windows that are known again under another id keep all that was known of them.
+void WorkspaceController::adoptSuccessors(const std::vector<WindowSuccessor>& successors) {
+    for (const auto& [formerID, id] : successors) {
+        assignments_.rename(formerID, id);
+        undo_.rename(formerID, id);
+        for (auto& entry : historyBeforeFocusMode_) entry.snapshot.rename(formerID, id);
+        if (focusZoomSnapshot_) focusZoomSnapshot_->rename(formerID, id);
+        auto zoomed = *state_.focusMode;
+        if (zoomed && zoomed->windowID == formerID) {
+            zoomed->windowID = id;
+            state_.focusMode.set(zoomed);
+        }
+        auto minimums = *state_.observedMinimumSizes;
+        if (auto minimum = minimums.extract(formerID)) {
+            minimum.key() = id;
+            minimums.insert(std::move(minimum));
+            state_.observedMinimumSizes.set(std::move(minimums));
+        }
+        noteHasItsPlace(id);
+    }
+}
+
+/// Each window once. Whoever is minimised or hidden is put there when it comes back.
+void WorkspaceController::recoverAssignedWindows() {
+    for (const auto& windowID : recovery_.takeRecovered(liveWindows_, assignments_)) {
+        const ManagedWindow* window = findLive(windowID);
+        if (!window) continue;
+        const bool isZoomed = *state_.focusMode && (*state_.focusMode)->windowID == windowID;
+        const auto frame = isZoomed ? zoomFrame((*state_.focusMode)->displayID) : frameForWindow(windowID);
+        if (frame && (isZoomed || !isLeftAlone(*window))) {
+            writeFrame(*window, *frame, AccessibilityWindowService::BringToFront::no);
+        }
+    }
+    if (!recovery_.isComplete(assignments_)) return;
+    recovery_.clear();
+    refresh(); // what is left alone during recovery is due now
+}
+
+} // namespace kova

@@ -1,0 +1,177 @@
+// Sleep, lock and session switches: what the window server does to windows meanwhile, and how they get back.
+#include "tests/harness/Desk.h"
+
+#include <gtest/gtest.h>
+
+namespace kova {
+namespace {
+
+using enum SystemActivityEvent;
+
+/// Mail and Notes side by side.
+class Recovery : public ::testing::Test {
+  protected:
+    Recovery() {
+        desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
+        picture = desk.tiles();
+    }
+    Desk desk;
+    std::string picture;
+};
+
+TEST_F(Recovery, WindowsComeBackOneByOneAndEachIsPutBackOnce) {
+    desk.sleep();
+    desk.desktop.loseWindow("Mail");
+    desk.desktop.moveByHand("Notes", makeRect(5, 5, 640, 480));
+    desk.advance(Seconds(60)).wake().advance(Seconds(3));
+    EXPECT_EQ(desk.tiles().find("Notes 15,15 1254x1382"), 0u) << desk.tiles();
+    const int writes = desk.desktop.window("Mail").frameWriteCount;
+    desk.desktop.moveByHand("Mail", makeRect(5, 5, 640, 480));
+    desk.desktop.loseWindow("Mail", false);
+    desk.settle();
+    desk.expectTiles(picture);
+    EXPECT_GT(desk.desktop.window("Mail").frameWriteCount, writes);
+    EXPECT_EQ(desk.framesWrittenWithin(Seconds(20)), 0) << "seen on many polls, put back once";
+}
+
+TEST_F(Recovery, WhoIsNotBackAfterTenSecondsHasLostItsTileAndWhoVanishesAgainAtOnce) {
+    desk.sleep();
+    desk.desktop.loseWindow("Mail");
+    desk.wake().advance(Seconds(9));
+    EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
+    desk.advance(Seconds(2));
+    EXPECT_EQ(desk.state().assignedWindowIDs->size(), 1u);
+
+    desk.desktop.loseWindow("Mail", false);
+    desk.arrange().sleep();
+    for (const char* label : {"Mail", "Notes"}) desk.desktop.loseWindow(label);
+    desk.wake().advance(Seconds(1));
+    desk.desktop.loseWindow("Notes", false);
+    desk.advance(Seconds(1));
+    desk.desktop.loseWindow("Notes");
+    desk.advance(Seconds(1));
+    EXPECT_EQ(desk.state().assignedWindowIDs->size(), 1u) << "Notes had been back; Mail is still awaited";
+    desk.desktop.loseWindow("Mail", false);
+    desk.advance(Seconds(12));
+    EXPECT_EQ(desk.state().assignedWindowIDs->size(), 1u);
+}
+
+TEST_F(Recovery, ANewSleepDoesNotForgetWhoWasStillAwaited) {
+    desk.sleep();
+    desk.desktop.loseWindow("Mail");
+    desk.wake().advance(Seconds(5)).sleep().advance(Seconds(100)).wake().advance(Seconds(5));
+    desk.desktop.loseWindow("Mail", false);
+    desk.settle();
+    desk.expectTiles(picture);
+}
+
+TEST_F(Recovery, AWindowWithANewIdentifierIsKnownByWhatItIs) {
+    desk.zoom();
+    const std::string zoomed = desk.desktop.focusedLabel();
+    const std::string zoomedPicture = desk.desktop.picture();
+    desk.sleep();
+    desk.desktop.renumber("Mail");
+    desk.desktop.renumber("Notes");
+    desk.wake().settle();
+    EXPECT_EQ(desk.desktop.picture(), zoomedPicture) << "the zoomed one goes on owning the display";
+    EXPECT_EQ(desk.desktop.labelOfID((*desk.state().focusMode)->windowID), zoomed);
+    desk.zoom();
+    desk.expectTiles(picture);
+    desk.undo(); // of the arrangement: what was remembered of them is still theirs
+    EXPECT_TRUE(desk.state().assignedWindowIDs->empty());
+}
+
+TEST_F(Recovery, InDoubtNobodyIsRecognised) {
+    struct Night {
+        const char* what;
+        std::function<void(SimulatedDesktop&)> happens;
+        std::size_t assigned;
+    };
+    const std::vector<Night> nights = {
+        {"moved by the desktop",
+         [](auto& desktop) {
+             const CGRect frame = desktop.window("Mail").frame;
+             desktop.moveByHand("Mail", makeRect(900, 300, frame.size.width, frame.size.height));
+         },
+         2},
+        {"moved and resized", [](auto& desktop) { desktop.moveByHand("Mail", makeRect(900, 300, 500, 400)); }, 1},
+        {"of another title", [](auto& desktop) { desktop.setTitle("Mail", "Drafts"); }, 1},
+        {"one of two that fit",
+         [](auto& desktop) { desktop.setTitle(desktop.open("Mail", {.frame = desktop.window("Mail").frame}), "Mail"); },
+         1},
+    };
+    for (const auto& night : nights) {
+        SCOPED_TRACE(night.what);
+        Desk other;
+        other.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
+        other.sleep();
+        night.happens(other.desktop);
+        other.desktop.renumber("Mail");
+        other.wake();
+        other.advance(Seconds(12));
+        EXPECT_EQ(other.state().assignedWindowIDs->size(), night.assigned);
+    }
+}
+
+TEST_F(Recovery, SuspendedMeansThatEveryWishIsRefusedInASentence) {
+    const std::string pictureBefore = desk.desktop.picture();
+    auto& kova = desk.controller();
+    const auto divider = kova.dividers().front();
+    desk.advance(Seconds(3)).undergo(screensDidSleep);
+    EXPECT_TRUE(*desk.state().isSuspended);
+    const auto tile = kova.tiles().front();
+    const std::vector<std::pair<const char*, std::function<bool()>>> wishes = {
+        {"arrange", [&] { return kova.perform(action::Arrange{}); }},
+        {"focus", [&] { return kova.perform(action::Focus{WorkspaceDirection::right}); }},
+        {"move", [&] { return kova.perform(action::Move{WorkspaceDirection::right}); }},
+        {"cycle", [&] { return kova.perform(action::CycleStack{}); }},
+        {"zoom", [&] { return kova.perform(action::ToggleFocusZoom{}); }},
+        {"undo", [&] { return kova.perform(action::Undo{}); }},
+        {"layout", [&] { return kova.selectNextLayout(); }},
+        {"inset", [&] { return kova.setTileInset(20); }},
+        {"sizes", [&] { return kova.resetLayoutSizes(); }},
+        {"divider", [&] { return kova.resetDivider(divider); }},
+        {"launch", [&] { return kova.launchApplication(desk.desktop.install("Codex"), tile.displayID, tile.slot.id); }},
+    };
+    for (const auto& [name, wish] : wishes) {
+        desk.advance(Seconds(5));
+        EXPECT_FALSE(wish()) << name;
+        desk.expectMessage("Suspended while the screen is asleep, locked or another user's");
+    }
+    EXPECT_FALSE(kova.beginDividerDrag(divider));
+    EXPECT_FALSE(kova.beginWindowDrag(desk.desktop.windowIDOf("Mail"), makeRect(0, 0, 100, 100)));
+    desk.advance(Seconds(60));
+    EXPECT_EQ(desk.desktop.picture(), pictureBefore);
+    EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0);
+    desk.undergo(screensDidWake).settle();
+    EXPECT_FALSE(*desk.state().isSuspended);
+    EXPECT_TRUE(kova.perform(action::Undo{}));
+}
+
+TEST_F(Recovery, WhatTheHandHeldAndWhatWasBeingVerifiedEndsWithTheSuspension) {
+    auto& kova = desk.controller();
+    const auto divider = kova.dividers().front();
+    ASSERT_TRUE(kova.beginDividerDrag(divider));
+    kova.updateDividerDrag(divider, 300);
+    desk.advance(Seconds(0.1));
+    desk.desktop.takeJournal();
+    desk.sleep().advance(Seconds(5));
+    kova.updateDividerDrag(divider, 500);
+    kova.endDividerDrag(divider);
+    desk.advance(Seconds(5));
+    EXPECT_EQ(desk.desktop.takeJournal(), "");
+    EXPECT_TRUE(desk.state().profile->layoutWeightsByDisplay.empty());
+    desk.wake().settle();
+    desk.expectTiles(picture);
+}
+
+TEST_F(Recovery, StoppingWhileSuspendedGivesTheZoomedDisplayBack) {
+    desk.zoom().sleep().stop();
+    EXPECT_FALSE(desk.state().focusMode->has_value());
+    EXPECT_FALSE(*desk.state().isSuspended);
+    desk.start().settle();
+    desk.expectTiles(picture);
+}
+
+} // namespace
+} // namespace kova
