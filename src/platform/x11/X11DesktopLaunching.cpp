@@ -37,7 +37,10 @@ std::optional<LaunchableApplication> X11Desktop::launchableApplication(const std
 
 void X11Desktop::launch(const LaunchableApplication& application, LaunchActivation activation,
                         LaunchCompletion completion) {
-    if (parts_->launcher) return parts_->launcher->launch(application, activation, std::move(completion));
+    // The launcher outlives the desktop, whoever waits for the outcome need not.
+    if (parts_->launcher) {
+        return parts_->launcher->launch(application, activation, parts_->lifetime.guard(std::move(completion)));
+    }
     parts_->queue.post(parts_->lifetime.guard(
         [text = application.name + " cannot be launched here", completion = std::move(completion)] {
             completion({.error = text, .processIdentifier = std::nullopt});
