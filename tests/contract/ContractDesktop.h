@@ -49,7 +49,8 @@ enum class Ability {
     withdrawingPermission,
     usingTheMouse,
     claimingKeys,
-    launching
+    launching,
+    lettingGo
 };
 
 class ContractDesktop {
@@ -71,6 +72,8 @@ class ContractDesktop {
     virtual void plugInPrimaryDisplay() = 0;
     /// From now on nothing of the desktop may be used.
     virtual void withdrawPermission() = 0;
+    /// The agent lets go of the desktop, while its queue goes on; nothing of the seam may be used any more.
+    virtual void letGoOfDesktop() = 0;
     virtual void press(CGPoint point) = 0;
     virtual void moveHand(CGPoint point) = 0;
     virtual void letGo() = 0;

@@ -90,6 +90,26 @@ TEST_P(DesktopContract, LaunchesTellOnceAndLaterWhatBecameOfThem) {
     EXPECT_EQ(failures, 1);
 }
 
+TEST_P(DesktopContract, ADesktopThatIsLetGoOfTellsNothingMore) {
+    if (!stage().can(Ability::lettingGo) || !stage().can(Ability::launching)) GTEST_SKIP() << "it ends with its queue";
+    stage().open(kPlan);
+    element("Plan");
+    const auto late = stage().install("Late"), gone = stage().install("Gone");
+    stage().uninstall("Gone");
+    int calls = 0;
+    for (const auto& application : {late, gone}) {
+        applications().launch(application, LaunchActivation::inBackground, [&](const LaunchResult&) { ++calls; });
+    }
+    const auto count = stage().changes().changeCount();
+    if (count) stage().changes().notifyWhenChanged(*count - 1, [&] { ++calls; });
+    const auto keys = stage().keys().addGlobalMonitor([&](const KeyPress&) { ++calls; });
+    const auto pointer = stage().pointer().observePointer([&](const PointerEvent&) { ++calls; });
+    stage().letGoOfDesktop();
+    stage().retitle("Plan", "Plan B");
+    stage().runFor(Seconds(1));
+    EXPECT_EQ(calls, 0);
+}
+
 TEST_P(DesktopContract, DisplaysStartWithThePrimaryOneAndTellOfChanges) {
     const auto screens = [&] { return stage().screens().screens(); };
     ASSERT_FALSE(screens().empty());

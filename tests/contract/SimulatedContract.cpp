@@ -19,6 +19,8 @@ class SimulatedStage final : public ContractDesktop {
         desktop_.queue().runDue();
     }
 
+    /// Its queue ends with it.
+    bool can(Ability ability) const override { return ability != Ability::lettingGo; }
     pid_t open(const Opening& opening) override {
         if (!desktop_.isRunning(opening.application)) desktop_.launch(opening.application);
         const std::string label = desktop_.open(
@@ -45,6 +47,7 @@ class SimulatedStage final : public ContractDesktop {
         desktop_.makeFirstDisplay("Second");
     }
     void withdrawPermission() override { desktop_.setTrusted(false); }
+    void letGoOfDesktop() override {}
     void press(CGPoint point) override { desktop_.pressAt(onDesktop({point, {}}).origin, HandGrip::nothing); }
     void moveHand(CGPoint point) override { desktop_.moveHand(onDesktop({point, {}}).origin); }
     void letGo() override { desktop_.letGo(); }

@@ -18,6 +18,7 @@
 #include <atomic>
 #include <csignal>
 #include <map>
+#include <optional>
 #include <thread>
 
 namespace kova::contract {
@@ -148,6 +149,11 @@ class MacStage final : public ContractDesktop {
     }
     void plugInPrimaryDisplay() override {}
     void withdrawPermission() override {}
+    void letGoOfDesktop() override {
+        applications_.reset();
+        keys_.reset();
+        pointer_.reset();
+    }
     void press(CGPoint point) override { mouse(kCGEventLeftMouseDown, point); }
     void moveHand(CGPoint point) override { mouse(isPressed_ ? kCGEventLeftMouseDragged : kCGEventMouseMoved, point); }
     void letGo() override { mouse(kCGEventLeftMouseUp, hand_); }
@@ -165,7 +171,7 @@ class MacStage final : public ContractDesktop {
         makeBundle(name);
         std::optional<LaunchableApplication> known;
         const auto isKnown = [&] {
-            return (known = applications_.launchableApplication("org.example.kova-test." + name)).has_value();
+            return (known = applications_->launchableApplication("org.example.kova-test." + name)).has_value();
         };
         EXPECT_TRUE(runUntil(isKnown)) << name;
         return known.value_or(LaunchableApplication{});
@@ -175,12 +181,12 @@ class MacStage final : public ContractDesktop {
     }
 
     AccessibilityServicing& accessibility() override { return accessibility_; }
-    ApplicationServicing& applications() override { return applications_; }
+    ApplicationServicing& applications() override { return *applications_; }
     ScreenServicing& screens() override { return screens_; }
     DesktopChangeServicing& changes() override { return accessibility_; }
-    PointerMonitorServicing& pointer() override { return pointer_; }
+    PointerMonitorServicing& pointer() override { return *pointer_; }
     DividerHandleServicing& handles() override { return handles_; }
-    KeyMonitorServicing& keys() override { return keys_; }
+    KeyMonitorServicing& keys() override { return *keys_; }
 
     void onPollingQueue(const std::function<void()>& job) override {
         std::atomic<bool> isDone = false;
@@ -224,11 +230,11 @@ class MacStage final : public ContractDesktop {
     }
 
     MacAccessibility accessibility_{mainQueue()};
-    MacApplications applications_{mainQueue()};
+    std::optional<MacApplications> applications_{std::in_place, mainQueue()};
     MacScreens screens_;
-    MacPointerMonitor pointer_{mainQueue()};
+    std::optional<MacPointerMonitor> pointer_{std::in_place, mainQueue()};
     MacDividerHandles handles_{mainQueue()};
-    MacKeyMonitors keys_{mainQueue()};
+    std::optional<MacKeyMonitors> keys_{std::in_place, mainQueue()};
     std::map<std::string, std::unique_ptr<Client>> clients_; // by the application's name
     std::map<std::string, Client*> owners_;                  // by the window's title
     CGPoint hand_{};

@@ -136,6 +136,7 @@ class X11Stage final : public ContractDesktop {
         isEnding_ = true;
         server_.end();
     }
+    void letGoOfDesktop() override { desktop_.reset(); }
     void press(CGPoint point) override { hand({"mousemove", number(point.x), number(point.y), "mousedown", "1"}); }
     void moveHand(CGPoint point) override { hand({"mousemove", number(point.x), number(point.y)}); }
     void letGo() override { hand({"mouseup", "1"}); }
