@@ -14,6 +14,9 @@ class MacKeyMonitors final : public KeyMonitorServicing {
   public:
     /// The queue outlives the monitors.
     explicit MacKeyMonitors(MainQueue& queue) : queue_(queue) {}
+    ~MacKeyMonitors() override;
+    MacKeyMonitors(const MacKeyMonitors&) = delete;
+    MacKeyMonitors& operator=(const MacKeyMonitors&) = delete;
 
     Subscription addGlobalMonitor(std::function<void(const KeyPress&)> monitor) override;
     Subscription addLocalMonitor(std::function<bool(const KeyPress&)> monitor) override;

@@ -45,6 +45,10 @@ struct MacKeyMonitors::Recording {
     bool isOn() const { return recorder != nullptr; }
 };
 
+MacKeyMonitors::~MacKeyMonitors() {
+    if (const auto recording = recording_.lock()) recording->end();
+}
+
 Subscription MacKeyMonitors::addGlobalMonitor(std::function<void(const KeyPress&)> monitor) {
     return tellEvents<KeyPress>(queue_, EventSource::others, kKeyDown, keyPress,
                                 lifetime_.guard([this, monitor = std::move(monitor)](const KeyPress& press) {
@@ -54,8 +58,13 @@ Subscription MacKeyMonitors::addGlobalMonitor(std::function<void(const KeyPress&
 }
 
 Subscription MacKeyMonitors::addLocalMonitor(std::function<bool(const KeyPress&)> monitor) {
-    return watchOwnEvents(kKeyDown,
-                          [monitor = std::move(monitor)](NSEvent* event) { return monitor(keyPress(event)); });
+    auto hear = lifetime_.guard(
+        [monitor = std::move(monitor)](const KeyPress& press, bool& isKept) { isKept = monitor(press); });
+    return watchOwnEvents(kKeyDown, [hear = std::move(hear)](NSEvent* event) mutable {
+        bool isKept = false;
+        hear(keyPress(event), isKept);
+        return isKept;
+    });
 }
 
 void MacKeyMonitors::claim(const std::vector<KeyCombination>&) {

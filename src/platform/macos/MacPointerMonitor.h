@@ -1,6 +1,7 @@
 // The pointer while its main button is held, wherever on the desktop that is.
 #pragma once
 
+#include "support/Lifetime.h"
 #include "support/MainQueue.h"
 #include "windowing/PointerServicing.h"
 
@@ -14,6 +15,7 @@ class MacPointerMonitor final : public PointerMonitorServicing {
 
   private:
     MainQueue& queue_;
+    Lifetime lifetime_;
 };
 
 } // namespace kova::macos

@@ -31,7 +31,8 @@ PointerEvent pointerEvent(NSEvent* event) {
 } // namespace
 
 Subscription MacPointerMonitor::observePointer(std::function<void(const PointerEvent&)> observer) {
-    return tellEvents<PointerEvent>(queue_, EventSource::everywhere, kMainButton, pointerEvent, std::move(observer));
+    return tellEvents<PointerEvent>(queue_, EventSource::everywhere, kMainButton, pointerEvent,
+                                    lifetime_.guard(std::move(observer)));
 }
 
 } // namespace kova::macos
