@@ -2,11 +2,13 @@
 zmodload zsh/zpty
 zpty -b shell "COLUMNS=200 PS1= zsh -f -i"
 say() { zpty -w shell "$1" }
-say "fpath=($1 \$fpath); autoload -U compinit; compinit -u -D; bindkey '^I' complete-word; unsetopt BEEP"
-say "zle-tell() { print -r -- \"[[\$BUFFER]]\"; BUFFER= }; zle -N zle-tell; bindkey '^X' zle-tell; print READY\$((1))"
+# Of all completions only what completion itself is made of, or each run would read a thousand files.
+say "setopt EXTENDED_GLOB"
+say "fpath=($1 \${fpath:#*/(site-functions|vendor-*|Completion/(^Base))}); autoload -U compinit; compinit -u -D; bindkey '^I' complete-word; unsetopt BEEP"
+say "zle-tell() { print -r -- \"[[\$BUFFER]]\"; BUFFER= }; zle -N zle-tell; bindkey '^T' zle-tell; print READY\$((1))"
 zpty -r shell heard '*READY1*'
 for line in 'kova theme b' 'kova scene open D' 'kova scene open "D' 'kova scene open At' 'kova layout show --display A'; do
-  zpty -w -n shell "$line"$'\t'$'\x18'
+  zpty -w -n shell "$line"$'\t\x14'
   zpty -r shell heard $'*\\[\\[*\\]\\]*'
   heard=${heard##*\[\[}
   print -r -- "$line => [${heard%%\]\]*}]"
