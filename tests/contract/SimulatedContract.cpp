@@ -5,6 +5,7 @@
 #include "tests/contract/ContractDesktop.h"
 #include "tests/contract/PreferencesContract.h"
 #include "tests/contract/QueueContract.h"
+#include "tests/contract/SessionContract.h"
 
 #include <map>
 
@@ -105,6 +106,26 @@ INSTANTIATE_TEST_SUITE_P(Simulated, DesktopContract,
                          ::testing::Values(simulated("Simulated", HidingStyle::hidesApplication),
                                            simulated("SimulatedIconifying", HidingStyle::iconifiesWindows)),
                          nameOf);
+
+class SimulatedSession final : public SessionStage {
+  public:
+    SystemActivityServicing& activity() override { return desktop_; }
+    SessionServicing& session() override { return desktop_; }
+    void undergo(SystemActivityEvent event) override { desktop_.undergo(event); }
+    bool runUntil(const std::function<bool()>& condition) override {
+        desktop_.queue().runDue();
+        return condition();
+    }
+    void runFor(Seconds time) override { desktop_.queue().advance(time); }
+
+  private:
+    SimulatedDesktop desktop_;
+};
+
+INSTANTIATE_TEST_SUITE_P(Simulated, SessionContract,
+                         ::testing::Values(SessionBackend{"Simulated", "",
+                                                          [] { return std::make_unique<SimulatedSession>(); }}),
+                         [](const auto& chosen) { return chosen.param.name; });
 
 class VirtualStage final : public QueueStage {
   public:

@@ -8,10 +8,12 @@
 #include "platform/macos/MacKeyMonitors.h"
 #include "platform/macos/MacPointerMonitor.h"
 #include "platform/macos/MacScreens.h"
+#include "platform/macos/MacSystemActivity.h"
 #include "platform/macos/UserDefaultsStore.h"
 #include "tests/contract/ContractDesktop.h"
 #include "tests/contract/PreferencesContract.h"
 #include "tests/contract/QueueContract.h"
+#include "tests/contract/SessionContract.h"
 
 #import <AppKit/AppKit.h>
 
@@ -247,6 +249,38 @@ INSTANTIATE_TEST_SUITE_P(Mac, DesktopContract,
                              AXIsProcessTrusted() ? "" : "the test program may not use the accessibility interface",
                              [] { return std::make_unique<MacStage>(); }}),
                          nameOf);
+
+/// Told by the test itself in the system's place. Not of the lock, which other applications would believe.
+class MacSessionStage final : public SessionStage {
+  public:
+    SystemActivityServicing& activity() override { return activity_; }
+    SessionServicing& session() override { return session_; }
+    void undergo(SystemActivityEvent event) override {
+        NSArray<NSNotificationName>* names = @[
+            NSWorkspaceWillSleepNotification, NSWorkspaceDidWakeNotification, NSWorkspaceScreensDidSleepNotification,
+            NSWorkspaceScreensDidWakeNotification, NSWorkspaceSessionDidResignActiveNotification,
+            NSWorkspaceSessionDidBecomeActiveNotification
+        ];
+        NSNotificationName name = names[static_cast<NSUInteger>(event)];
+        mainQueue().post(
+            [name] { [NSWorkspace.sharedWorkspace.notificationCenter postNotificationName:name object:nil]; });
+    }
+    bool runUntil(const std::function<bool()>& condition) override {
+        for (int i = 0; i < 400 && !condition(); ++i) runFor(Seconds(0.05));
+        return condition();
+    }
+    void runFor(Seconds time) override { runMainLoopFor(time); }
+    Locking locking() const override { return Locking::cannotBeTried; }
+
+  private:
+    MacSystemActivity activity_;
+    MacSession session_;
+};
+
+INSTANTIATE_TEST_SUITE_P(Mac, SessionContract,
+                         ::testing::Values(SessionBackend{"Mac", "",
+                                                          [] { return std::make_unique<MacSessionStage>(); }}),
+                         [](const auto& chosen) { return chosen.param.name; });
 
 class DispatchStage final : public QueueStage {
   public:

@@ -1,0 +1,52 @@
+// What every login session promises. A back end joins with a stage on which the machine goes through something.
+#pragma once
+
+#include "support/MainQueue.h"
+#include "windowing/ScreenServicing.h"
+#include "windowing/SystemActivityServicing.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <ostream>
+#include <string>
+
+namespace kova::contract {
+
+enum class Locking { canBeTried, cannotBeTried };
+
+class SessionStage {
+  public:
+    virtual ~SessionStage() = default;
+    virtual SystemActivityServicing& activity() = 0;
+    virtual SessionServicing& session() = 0;
+    /// The machine goes through this.
+    virtual void undergo(SystemActivityEvent event) = 0;
+    virtual bool runUntil(const std::function<bool()>& condition) = 0;
+    virtual void runFor(Seconds time) = 0;
+    virtual Locking locking() const { return Locking::canBeTried; }
+};
+
+struct SessionBackend {
+    std::string name;
+    std::string missing; // why it cannot be tried here; empty when it can
+    std::function<std::unique_ptr<SessionStage>()> open;
+};
+inline std::ostream& operator<<(std::ostream& stream, const SessionBackend& backend) {
+    return stream << backend.name;
+}
+
+class SessionContract : public ::testing::TestWithParam<SessionBackend> {
+  protected:
+    void SetUp() override {
+        if (!GetParam().missing.empty()) GTEST_SKIP() << GetParam().missing;
+        stage_ = GetParam().open();
+    }
+    SessionStage& stage() { return *stage_; }
+
+  private:
+    std::unique_ptr<SessionStage> stage_;
+};
+
+} // namespace kova::contract

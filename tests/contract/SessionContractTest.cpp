@@ -1,0 +1,55 @@
+#include "tests/contract/SessionContract.h"
+
+#include <vector>
+
+namespace kova::contract {
+namespace {
+
+using Event = SystemActivityEvent;
+using Events = std::vector<Event>;
+
+TEST_P(SessionContract, WhatTheMachineGoesThroughIsToldInItsOrder) {
+    Events told, toldOnce, toldLate;
+    bool isInOurHands = false;
+    const auto watch = stage().activity().observeSystemActivity([&](Event event) {
+        EXPECT_FALSE(isInOurHands) << "told inside somebody's call";
+        told.push_back(event);
+    });
+    Subscription once;
+    once = stage().activity().observeSystemActivity([&](Event event) {
+        toldOnce.push_back(event);
+        once = Subscription();
+    });
+    Subscription dropped = stage().activity().observeSystemActivity([&](Event event) { toldLate.push_back(event); });
+    stage().runFor(Seconds(0.2));
+    EXPECT_TRUE(told.empty()) << "nothing has happened since";
+    EXPECT_FALSE(stage().session().isLoginSessionScreenLocked());
+
+    Events happened = {Event::systemWillSleep, Event::systemDidWake,          Event::screensDidSleep,
+                       Event::screensDidWake,  Event::sessionDidResignActive, Event::sessionDidBecomeActive};
+    if (stage().locking() == Locking::canBeTried) {
+        // A sleep with a lock, which outlasts it.
+        happened.insert(happened.end(), {Event::systemWillSleep, Event::screenDidLock, Event::systemDidWake});
+    }
+    for (std::size_t i = 0; i < happened.size(); ++i) {
+        isInOurHands = true;
+        stage().undergo(happened[i]);
+        isInOurHands = false;
+        EXPECT_TRUE(stage().runUntil([&] { return told.size() == i + 1; })) << i;
+    }
+    EXPECT_EQ(told, happened);
+    EXPECT_EQ(toldOnce, Events{Event::systemWillSleep});
+    if (stage().locking() == Locking::cannotBeTried) return;
+
+    // Whoever asks hears the same as whoever listens.
+    EXPECT_TRUE(stage().session().isLoginSessionScreenLocked());
+    const std::size_t heard = toldLate.size();
+    dropped = Subscription();
+    stage().undergo(Event::screenDidUnlock);
+    EXPECT_TRUE(stage().runUntil([&] { return told.back() == Event::screenDidUnlock; }));
+    EXPECT_FALSE(stage().session().isLoginSessionScreenLocked());
+    EXPECT_EQ(toldLate.size(), heard);
+}
+
+} // namespace
+} // namespace kova::contract
