@@ -1,0 +1,57 @@
+#include "platform/linux/ActivityConditions.h"
+
+namespace kova {
+
+ActivityFacts afterLockSignal(ActivityFacts facts) {
+    facts.isLockAwaited = !isLocked(facts) || facts.isLockAwaited;
+    return facts;
+}
+
+ActivityFacts afterUnlockSignal(ActivityFacts facts) {
+    facts.isLockAwaited = false;
+    return facts;
+}
+
+ActivityFacts afterLockedHint(ActivityFacts facts, bool isSet) {
+    facts.isLockedHintSet = isSet;
+    facts.isLockAwaited = false; // confirmed, or over
+    return facts;
+}
+
+ActivityFacts afterScreenSaver(ActivityFacts facts, const std::string& name, bool isActive) {
+    if (isActive) {
+        facts.activeScreenSavers.insert(name);
+    } else {
+        facts.activeScreenSavers.erase(name);
+    }
+    facts.isLockAwaited = false;
+    return facts;
+}
+
+ActivityFacts withoutLogind(ActivityFacts facts) {
+    const ActivityFacts quiet;
+    facts.isPreparingForSleep = quiet.isPreparingForSleep;
+    facts.isSessionActive = quiet.isSessionActive;
+    facts.isLockedHintSet = quiet.isLockedHintSet;
+    facts.isLockAwaited = quiet.isLockAwaited;
+    return facts;
+}
+
+bool isLocked(const ActivityFacts& facts) {
+    return facts.isLockedHintSet || facts.isLockAwaited || !facts.activeScreenSavers.empty();
+}
+
+std::vector<SystemActivityEvent> eventsBetween(const ActivityFacts& before, const ActivityFacts& after) {
+    using enum SystemActivityEvent;
+    std::vector<SystemActivityEvent> events;
+    const auto tell = [&events](bool was, bool is, SystemActivityEvent begins, SystemActivityEvent ends) {
+        if (was != is) events.push_back(is ? begins : ends);
+    };
+    tell(before.isPreparingForSleep, after.isPreparingForSleep, systemWillSleep, systemDidWake);
+    tell(!before.areScreensOn, !after.areScreensOn, screensDidSleep, screensDidWake);
+    tell(!before.isSessionActive, !after.isSessionActive, sessionDidResignActive, sessionDidBecomeActive);
+    tell(isLocked(before), isLocked(after), screenDidLock, screenDidUnlock);
+    return events;
+}
+
+} // namespace kova

@@ -1,0 +1,98 @@
+#include "platform/linux/LoginSession.h"
+
+#include <cstdlib>
+#include <utility>
+
+namespace kova {
+
+namespace {
+
+std::string environment(const char* name) {
+    const char* value = std::getenv(name);
+    return value ? value : "";
+}
+
+} // namespace
+
+BusAddresses BusAddresses::fromEnvironment() {
+    BusAddresses addresses{environment("DBUS_SYSTEM_BUS_ADDRESS"), environment("DBUS_SESSION_BUS_ADDRESS")};
+    if (addresses.system.empty()) {
+        addresses.system = "unix:path=/run/dbus/system_bus_socket;unix:path=/var/run/dbus/system_bus_socket";
+    }
+    if (const auto runtime = environment("XDG_RUNTIME_DIR"); addresses.session.empty() && !runtime.empty()) {
+        addresses.session = "unix:path=" + runtime + "/bus";
+    }
+    return addresses;
+}
+
+LoginSession::LoginSession(EventLoop& loop, const BusAddresses& addresses, SessionTraces traces,
+                           LoginSessionPatience patience) :
+    loop_(loop),
+    patience_(patience), logind_(addresses.system, std::move(traces), loop, listener()),
+    screenSavers_(addresses.session, loop,
+                  [this](const std::string& name, bool isActive) { hear(afterScreenSaver(facts_, name, isActive)); }) {}
+
+Subscription LoginSession::observeSystemActivity(std::function<void(SystemActivityEvent)> observer) {
+    return observers_.add(std::move(observer));
+}
+
+LogindConversation::Listener LoginSession::listener() {
+    const auto known = [this] {
+        if (silencePatience_) std::exchange(silencePatience_, nullptr)->cancel();
+    };
+    LogindConversation::Listener listener;
+    listener.sleep = [this](bool isPreparing) {
+        auto facts = facts_;
+        facts.isPreparingForSleep = isPreparing;
+        hear(std::move(facts));
+    };
+    listener.active = [this, known](bool isActive) {
+        known();
+        auto facts = facts_;
+        facts.isSessionActive = isActive;
+        hear(std::move(facts));
+    };
+    listener.lockedHint = [this, known](bool isSet) {
+        known();
+        hear(afterLockedHint(facts_, isSet));
+    };
+    listener.lockSignal = [this] { hear(afterLockSignal(facts_)); };
+    listener.unlockSignal = [this] { hear(afterUnlockSignal(facts_)); };
+    listener.silence = [this] {
+        if (silencePatience_ || withoutLogind(facts_) == facts_) return;
+        silencePatience_ = loop_.after(patience_.withSilence, lifetime_.guard([this] {
+            silencePatience_.reset();
+            hear(withoutLogind(facts_));
+        }));
+    };
+    return listener;
+}
+
+void LoginSession::screensAreOn(bool areOn) {
+    auto facts = facts_;
+    facts.areScreensOn = areOn;
+    hear(std::move(facts));
+}
+
+void LoginSession::hear(ActivityFacts facts) {
+    const auto before = std::exchange(facts_, std::move(facts));
+    isLockedHintSet_ = facts_.isLockedHintSet;
+    if (facts_.isLockAwaited != before.isLockAwaited) {
+        if (lockPatience_) std::exchange(lockPatience_, nullptr)->cancel();
+        if (facts_.isLockAwaited) {
+            lockPatience_ =
+                loop_.after(patience_.withLock, lifetime_.guard([this] { hear(afterUnlockSignal(facts_)); }));
+        }
+    }
+    for (const auto event : eventsBetween(before, facts_)) observers_.notify(event);
+}
+
+std::vector<DiagnosticLine> LoginSession::diagnose() const {
+    const auto verdict = [](bool isListening) {
+        return isListening ? DiagnosticVerdict::fine : DiagnosticVerdict::note;
+    };
+    return {{"login session", verdict(logind_.isListening()), logind_.description()},
+            {"screen saver", verdict(screenSavers_.isListening()), screenSavers_.description()}};
+}
+
+} // namespace kova

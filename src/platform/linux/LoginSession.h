@@ -1,0 +1,68 @@
+// The login session on Linux: says when the machine sleeps, the screens are dark, another user has the seat or the
+// screen is locked, by what logind, the screen saver and the X server tell. Without them it tells nothing, and all is
+// well. It waits for nobody, and wakes the agent only when one of them has something to say.
+#pragma once
+
+#include "platform/linux/ActivityConditions.h"
+#include "platform/linux/LogindConversation.h"
+#include "platform/linux/ScreenSavers.h"
+#include "support/Lifetime.h"
+#include "windowing/DiagnosticsServicing.h"
+#include "windowing/ScreenServicing.h"
+#include "windowing/SystemActivityServicing.h"
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+/// Where the buses are, as D-Bus writes addresses; empty for one that nobody named.
+struct BusAddresses {
+    std::string system;
+    std::string session;
+
+    static BusAddresses fromEnvironment();
+};
+
+struct LoginSessionPatience {
+    /// A lock that nobody confirms counts for this long: until a desktop has drawn its lock screen.
+    Seconds withLock{10};
+    /// What logind said last holds for this long after it has gone: it may only be restarting.
+    Seconds withSilence{10};
+};
+
+/// Main thread only, where it does not say otherwise.
+class LoginSession final : public SessionServicing, public SystemActivityServicing, public DiagnosticsServicing {
+  public:
+    /// Begins to connect; what it learns it tells once the loop runs.
+    LoginSession(EventLoop& loop, const BusAddresses& addresses, SessionTraces traces,
+                 LoginSessionPatience patience = {});
+
+    /// Any thread; what logind said last.
+    bool isLoginSessionScreenLocked() const override { return isLockedHintSet_; }
+    Subscription observeSystemActivity(std::function<void(SystemActivityEvent)> observer) override;
+    std::vector<DiagnosticLine> diagnose() const override;
+
+    /// What the X server says of its screens.
+    void screensAreOn(bool areOn);
+
+  private:
+    LogindConversation::Listener listener();
+    void hear(ActivityFacts facts);
+
+    EventLoop& loop_;
+    LoginSessionPatience patience_;
+    ActivityFacts facts_;
+    std::atomic<bool> isLockedHintSet_ = false;
+    Observers<SystemActivityEvent> observers_;
+    std::shared_ptr<ScheduledWork> lockPatience_;
+    std::shared_ptr<ScheduledWork> silencePatience_;
+    Lifetime lifetime_;
+    LogindConversation logind_;
+    ScreenSavers screenSavers_;
+};
+
+} // namespace kova

@@ -1,0 +1,260 @@
+#include "platform/linux/LogindConversation.h"
+
+#include "support/Log.h"
+
+#include <sdbus-c++/sdbus-c++.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <map>
+#include <tuple>
+#include <utility>
+
+namespace kova {
+
+namespace {
+
+constexpr const char* kService = "org.freedesktop.login1";
+constexpr const char* kManagerPath = "/org/freedesktop/login1";
+constexpr const char* kManager = "org.freedesktop.login1.Manager";
+constexpr const char* kSession = "org.freedesktop.login1.Session";
+constexpr const char* kUser = "org.freedesktop.login1.User";
+constexpr const char* kProperties = "org.freedesktop.DBus.Properties";
+
+using Properties = std::map<std::string, sdbus::Variant>;
+
+/// The property, when it is there and of the type.
+template <class T>
+std::optional<T> property(const Properties& properties, const char* name) {
+    const auto found = properties.find(name);
+    if (found == properties.end() || !found->second.containsValueOfType<T>()) return std::nullopt;
+    return found->second.get<T>();
+}
+
+std::string signalRule(const std::string& interface, const std::string& member) {
+    return std::string("type='signal',sender='") + kService + "',interface='" + interface + "',member='" + member + "'";
+}
+
+} // namespace
+
+SessionTraces SessionTraces::ofThisProcess() {
+    SessionTraces traces;
+    if (const char* id = std::getenv("XDG_SESSION_ID"); id && *id) traces.sessionID = id;
+    traces.process = getpid();
+    traces.user = getuid();
+    return traces;
+}
+
+LogindConversation::LogindConversation(std::string busAddress, SessionTraces traces, EventLoop& loop,
+                                       Listener listener) :
+    traces_(std::move(traces)),
+    bus_("system bus", std::move(busAddress), loop), listener_(std::move(listener)) {
+    bus_.open(
+        signals(), [this] { begin(); }, [this] { fallSilent("the system bus is gone"); });
+}
+
+std::string LogindConversation::description() const {
+    if (!bus_.isConnected()) {
+        return "There is no system bus (" + bus_.problem() +
+               "): sleep, the lock and a switch to another user go unnoticed.";
+    }
+    if (!isListening()) return problem_ + ": sleep, the lock and a switch to another user may go unnoticed.";
+    return "logind tells of sleep, the lock and a switch to another user; this is session " + sessionName_ + ".";
+}
+
+std::vector<BusSignal> LogindConversation::signals() {
+    std::vector<BusSignal> all;
+    all.push_back({signalRule(kManager, "PrepareForSleep"), [this](sdbus::Message& message) {
+                       bool isPreparing = false;
+                       message >> isPreparing;
+                       listener_.sleep(isPreparing);
+                   }});
+    all.push_back({signalRule(kManager, "SessionNew"), [this](sdbus::Message&) {
+                       if (!isListening()) begin(); // perhaps this one is ours
+                   }});
+    all.push_back({signalRule(kManager, "SessionRemoved"), [this](sdbus::Message& message) {
+                       std::string id;
+                       sdbus::ObjectPath path;
+                       message >> id >> path;
+                       if (path == sessionPath_) begin();
+                   }});
+    all.push_back({signalRule(kSession, "Lock"), [this](sdbus::Message& message) {
+                       if (message.getPath() == sessionPath_) listener_.lockSignal();
+                   }});
+    all.push_back({signalRule(kSession, "Unlock"), [this](sdbus::Message& message) {
+                       if (message.getPath() == sessionPath_) listener_.unlockSignal();
+                   }});
+    all.push_back(
+        {signalRule(kProperties, "PropertiesChanged") + ",arg0='" + kSession + "'", [this](sdbus::Message& message) {
+             if (message.getPath() == sessionPath_) propertiesChanged(message);
+         }});
+    all.push_back({std::string("type='signal',sender='org.freedesktop.DBus',interface='org.freedesktop.DBus',"
+                               "member='NameOwnerChanged',arg0='") +
+                       kService + "'",
+                   [this](sdbus::Message& message) {
+                       std::string name, before, after;
+                       message >> name >> before >> after;
+                       if (after.empty()) {
+                           fallSilent("logind does not run");
+                       } else {
+                           begin();
+                       }
+                   }});
+    return all;
+}
+
+void LogindConversation::begin() {
+    const Number round = ++round_;
+    candidate_.reset();
+    bus_.askForOwner(kService, [this, round](const std::string& owner) {
+        if (round != round_) return;
+        if (owner.empty()) return fallSilent("logind does not run");
+        bus_.ask({kService, kManagerPath, kProperties, "Get"}, {kManager, "PreparingForSleep"},
+                 [this, round](sdbus::Message* reply) {
+                     if (!reply || round != round_) return;
+                     sdbus::Variant value;
+                     *reply >> value;
+                     listener_.sleep(value.get<bool>());
+                 });
+        search(Search::namedByEnvironment);
+    });
+}
+
+void LogindConversation::fallSilent(std::string problem) {
+    ++round_;
+    if (problem != problem_) log(LogLevel::note, problem);
+    problem_ = std::move(problem);
+    sessionPath_.clear();
+    listener_.silence();
+}
+
+void LogindConversation::search(Search place) {
+    const auto round = round_;
+    const auto onePath = [this, round, place](sdbus::Message* reply) {
+        if (round != round_) return;
+        sdbus::ObjectPath path;
+        if (reply) *reply >> path;
+        examine(path.empty() ? std::vector<std::string>() : std::vector<std::string>{path}, place);
+    };
+    const BusQuestion manager{kService, kManagerPath, kManager, {}};
+    const auto asking = [&](const char* method) {
+        BusQuestion question = manager;
+        question.method = method;
+        return question;
+    };
+    switch (place) {
+    case Search::namedByEnvironment:
+        if (!traces_.sessionID) return search(Search::ofProcess);
+        return bus_.ask(asking("GetSession"), MessageBus::Words{*traces_.sessionID}, onePath);
+    case Search::ofProcess:
+        return bus_.ask(asking("GetSessionByPID"), static_cast<std::uint32_t>(traces_.process), onePath);
+    case Search::displayOfUser:
+        return bus_.ask(
+            asking("GetUser"), static_cast<std::uint32_t>(traces_.user), [this, round](sdbus::Message* reply) {
+                if (round != round_) return;
+                if (!reply) return examine({}, Search::displayOfUser);
+                sdbus::ObjectPath user;
+                *reply >> user;
+                bus_.ask({kService, user, kProperties, "Get"}, {kUser, "Display"},
+                         [this, round](sdbus::Message* answer) {
+                             if (round != round_) return;
+                             std::vector<std::string> paths;
+                             if (answer) {
+                                 sdbus::Variant value;
+                                 *answer >> value;
+                                 const auto display = value.get<sdbus::Struct<std::string, sdbus::ObjectPath>>();
+                                 if (!std::get<0>(display).empty()) paths.push_back(std::get<1>(display));
+                             }
+                             examine(std::move(paths), Search::displayOfUser);
+                         });
+            });
+    case Search::anyOfUser:
+        return bus_.ask(asking("ListSessions"), MessageBus::Words{}, [this, round](sdbus::Message* reply) {
+            if (round != round_) return;
+            using Listed = sdbus::Struct<std::string, std::uint32_t, std::string, std::string, sdbus::ObjectPath>;
+            std::vector<Listed> listed;
+            if (reply) *reply >> listed;
+            std::vector<std::string> paths;
+            for (const Listed& session : listed) {
+                if (std::get<1>(session) == traces_.user) paths.push_back(std::get<4>(session));
+            }
+            examine(std::move(paths), Search::anyOfUser);
+        });
+    case Search::over:
+        return conclude();
+    }
+}
+
+/// Takes the first of the sessions that has a screen of its own, else goes on searching.
+void LogindConversation::examine(std::vector<std::string> paths, Search place) {
+    if (paths.empty()) return search(static_cast<Search>(static_cast<int>(place) + 1));
+    const std::string path = paths.front();
+    paths.erase(paths.begin());
+    const auto round = round_;
+    askForSession(path, [this, round, place, rest = std::move(paths)](const std::optional<Session>& session) {
+        if (round != round_) return;
+        if (session && session->isOurs) {
+            if (session->isGraphical()) return take(*session);
+            if (!candidate_) candidate_ = session; // startx leaves a session the terminal that it was
+        }
+        examine(rest, place);
+    });
+}
+
+void LogindConversation::askForSession(const std::string& path, std::function<void(std::optional<Session>)> answer) {
+    bus_.ask({kService, path, kProperties, "GetAll"}, {kSession},
+             [this, path, answer = std::move(answer)](sdbus::Message* reply) {
+                 if (!reply) return answer(std::nullopt);
+                 Properties properties;
+                 *reply >> properties;
+                 using User = sdbus::Struct<std::uint32_t, sdbus::ObjectPath>;
+                 const auto user = property<User>(properties, "User");
+                 Session session;
+                 session.path = path;
+                 session.id = property<std::string>(properties, "Id").value_or("");
+                 session.type = property<std::string>(properties, "Type").value_or("");
+                 session.isOurs = user && std::get<0>(*user) == traces_.user &&
+                                  property<std::string>(properties, "Class").value_or("user") == "user" &&
+                                  property<std::string>(properties, "State") != "closing";
+                 session.isActive = property<bool>(properties, "Active").value_or(true);
+                 session.isLocked = property<bool>(properties, "LockedHint").value_or(false);
+                 answer(session);
+             });
+}
+
+void LogindConversation::take(const Session& session) {
+    if (sessionPath_ != session.path) {
+        log(LogLevel::note, "logind knows this session as " + session.id + " (" + session.type + ")");
+    }
+    sessionPath_ = session.path;
+    sessionName_ = session.id + " (" + session.type + ")";
+    problem_.clear();
+    candidate_.reset();
+    listener_.active(session.isActive);
+    listener_.lockedHint(session.isLocked);
+}
+
+void LogindConversation::conclude() {
+    if (const auto session = candidate_) return take(*session);
+    fallSilent("logind knows no session of this user");
+}
+
+void LogindConversation::propertiesChanged(sdbus::Message& message) {
+    std::string interface;
+    Properties changed;
+    std::vector<std::string> withoutValue;
+    message >> interface >> changed >> withoutValue;
+    if (const auto isActive = property<bool>(changed, "Active")) listener_.active(*isActive);
+    if (const auto isLocked = property<bool>(changed, "LockedHint")) listener_.lockedHint(*isLocked);
+    for (const std::string& name : withoutValue) {
+        if (name == "Active" || name == "LockedHint") return askAgain();
+    }
+}
+
+void LogindConversation::askAgain() {
+    askForSession(sessionPath_, [this, round = round_](const std::optional<Session>& session) {
+        if (session && round == round_) take(*session);
+    });
+}
+
+} // namespace kova

@@ -1,0 +1,81 @@
+// What logind tells of the machine's sleep and of our login session: which one that is, whether it is the active one of
+// its seat, and whether it is locked. logind may come late, restart or be missing; the session may come late as well.
+#pragma once
+
+#include "platform/linux/MessageBus.h"
+#include "support/Lifetime.h"
+
+#include <sys/types.h>
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+/// How a process recognises its login session.
+struct SessionTraces {
+    std::optional<std::string> sessionID; // $XDG_SESSION_ID
+    pid_t process = 0;
+    uid_t user = 0;
+
+    static SessionTraces ofThisProcess();
+};
+
+/// Main thread only.
+class LogindConversation {
+  public:
+    struct Listener {
+        std::function<void(bool isPreparing)> sleep;
+        std::function<void(bool isActive)> active;
+        std::function<void(bool isSet)> lockedHint;
+        std::function<void()> lockSignal;
+        std::function<void()> unlockSignal;
+        std::function<void()> silence; // nobody can tell any more; what was told before may be out of date
+    };
+
+    LogindConversation(std::string busAddress, SessionTraces traces, EventLoop& loop, Listener listener);
+
+    /// One sentence: what is told by whom, or what is missing.
+    std::string description() const;
+    bool isListening() const { return !sessionPath_.empty(); }
+
+  private:
+    struct Session {
+        std::string path;
+        std::string id;
+        std::string type;
+        bool isOurs = false; // of this user, and no greeter
+        bool isActive = true;
+        bool isLocked = false;
+        bool isGraphical() const { return type == "x11" || type == "wayland" || type == "mir"; }
+    };
+    /// Places where a session may be found, the surest first.
+    enum class Search { namedByEnvironment, ofProcess, displayOfUser, anyOfUser, over };
+    using Number = std::uint64_t;
+
+    std::vector<BusSignal> signals();
+    void begin();
+    void fallSilent(std::string problem);
+    void search(Search place);
+    void examine(std::vector<std::string> paths, Search place);
+    void take(const Session& session);
+    void conclude();
+    void askForSession(const std::string& path, std::function<void(std::optional<Session>)> answer);
+    void propertiesChanged(sdbus::Message& message);
+    void askAgain();
+
+    SessionTraces traces_;
+    MessageBus bus_;
+    Listener listener_;
+    std::string sessionPath_; // empty while there is none
+    std::string sessionName_; // for people
+    std::string problem_;
+    std::optional<Session> candidate_; // one without a screen of its own, while a better one is searched for
+    Number round_ = 0;                 // of the search; answers to an older one are too late
+    Lifetime lifetime_;
+};
+
+} // namespace kova

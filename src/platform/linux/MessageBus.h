@@ -1,0 +1,91 @@
+// A connection to a message bus that comes and goes. Nobody waits for the bus: a thread of a moment connects and asks
+// it to pass on signals; from then on everything happens on the event loop, when the bus has something to say.
+#pragma once
+
+#include "platform/linux/EventLoop.h"
+#include "support/Lifetime.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace sdbus {
+class IConnection;
+class IProxy;
+class Message;
+class MethodCall;
+} // namespace sdbus
+
+namespace kova {
+
+/// A signal that is to be passed on, by the bus's rules for matches. It is heard on the main thread.
+struct BusSignal {
+    std::string rule;
+    std::function<void(sdbus::Message&)> heard;
+};
+
+/// What is asked of whom.
+struct BusQuestion {
+    std::string service;
+    std::string path;
+    std::string interface;
+    std::string method;
+};
+
+/// Main thread only.
+class MessageBus {
+  public:
+    using Words = std::vector<std::string>;
+    /// Null when the question was refused or not answered in time.
+    using Answer = std::function<void(sdbus::Message*)>;
+
+    /// `name` is for people: "system bus". Nothing happens before `open`.
+    MessageBus(std::string name, std::string address, EventLoop& loop);
+    ~MessageBus();
+    MessageBus(const MessageBus&) = delete;
+    MessageBus& operator=(const MessageBus&) = delete;
+
+    /// Connects now, and again after ever longer pauses, up to ten minutes, whenever there is no connection. Once.
+    void open(std::vector<BusSignal> signals, std::function<void()> connected, std::function<void()> lost);
+    bool isConnected() const { return connection_ != nullptr; }
+    /// Why there is no connection; empty while there is one.
+    const std::string& problem() const { return problem_; }
+    const std::string& name() const { return name_; }
+
+    /// Asks without waiting. The answer comes later, or never if the connection is lost first.
+    void ask(const BusQuestion& question, const Words& words, Answer answer);
+    /// The same with a number.
+    void ask(const BusQuestion& question, std::uint32_t number, Answer answer);
+    /// Who owns the name; empty when nobody does. Starts no service.
+    void askForOwner(const std::string& service, std::function<void(const std::string& owner)> answer);
+
+  private:
+    struct Attempt;
+    void connect();
+    void arrived(std::shared_ptr<sdbus::IConnection> connection, const std::string& problem);
+    void send(const BusQuestion& question, const std::function<void(sdbus::MethodCall&)>& fill, Answer answer);
+    void process();
+    void waitForDeadline();
+    void lose(const std::string& problem);
+
+    std::string name_;
+    std::string address_;
+    EventLoop& loop_;
+    std::vector<BusSignal> signals_;
+    std::function<void()> connected_;
+    std::function<void()> lost_;
+    std::string problem_ = "not connected yet";
+    std::shared_ptr<Attempt> attempt_;
+    Seconds pause_;
+    // The watch ends before what it watches, the proxies before their connection.
+    std::shared_ptr<sdbus::IConnection> connection_;
+    std::map<std::string, std::unique_ptr<sdbus::IProxy>> proxies_; // by service and path
+    Subscription watch_;
+    std::shared_ptr<ScheduledWork> deadline_; // of the questions that are not answered
+    std::shared_ptr<ScheduledWork> retry_;
+    Lifetime lifetime_;
+};
+
+} // namespace kova

@@ -1,0 +1,99 @@
+#include "platform/linux/ScreenSavers.h"
+
+#include <sdbus-c++/sdbus-c++.h>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace kova {
+
+namespace {
+
+/// Each is the name of a service and of its interface.
+constexpr std::array<const char*, 5> kNames = {"org.freedesktop.ScreenSaver", "org.gnome.ScreenSaver",
+                                               "org.cinnamon.ScreenSaver", "org.mate.ScreenSaver",
+                                               "org.xfce.ScreenSaver"};
+
+/// "/org/gnome/ScreenSaver"
+std::string pathOf(const std::string& name) {
+    std::string path = "/" + name;
+    std::replace(path.begin(), path.end(), '.', '/');
+    return path;
+}
+
+} // namespace
+
+ScreenSavers::ScreenSavers(std::string busAddress, EventLoop& loop, Listener listener) :
+    bus_("session bus", std::move(busAddress), loop), listener_(std::move(listener)) {
+    bus_.open(
+        signals(), [this] { begin(); },
+        [this] {
+            for (const char* name : kNames) gone(name);
+        });
+}
+
+std::string ScreenSavers::description() const {
+    if (!bus_.isConnected()) return "There is no session bus (" + bus_.problem() + "): screen savers go unnoticed.";
+    if (present_.empty()) return "No screen saver is on the session bus; one that is not there goes unnoticed.";
+    std::string names;
+    for (const std::string& name : present_) names += (names.empty() ? "" : ", ") + name;
+    return names + " tells when it hides the screen.";
+}
+
+std::vector<BusSignal> ScreenSavers::signals() {
+    std::vector<BusSignal> all;
+    for (const std::string name : kNames) {
+        all.push_back(
+            {"type='signal',interface='" + name + "',member='ActiveChanged'", [this, name](sdbus::Message& message) {
+                 bool isActive = false;
+                 message >> isActive;
+                 present_.insert(name);
+                 listener_(name, isActive);
+             }});
+        all.push_back({"type='signal',sender='org.freedesktop.DBus',interface='org.freedesktop.DBus',"
+                       "member='NameOwnerChanged',arg0='" +
+                           name + "'",
+                       [this, name](sdbus::Message& message) {
+                           std::string subject, before, after;
+                           message >> subject >> before >> after;
+                           gone(name); // who comes instead begins anew
+                           if (!after.empty()) ask(name);
+                       }});
+    }
+    return all;
+}
+
+void ScreenSavers::begin() {
+    for (const std::string name : kNames) {
+        // Asking for the state would start a screen saver that does not run.
+        bus_.askForOwner(name, [this, name](const std::string& owner) {
+            if (!owner.empty()) ask(name);
+        });
+    }
+}
+
+void ScreenSavers::ask(const std::string& name) {
+    // The oldest of them is found under a short path as well.
+    ask(name, pathOf(name), "/ScreenSaver");
+}
+
+void ScreenSavers::ask(const std::string& name, const std::string& path, const std::string& otherPath) {
+    bus_.ask({name, path, name, "GetActive"}, MessageBus::Words{}, [this, name, otherPath](sdbus::Message* reply) {
+        if (reply) {
+            bool isActive = false;
+            *reply >> isActive;
+            present_.insert(name);
+            listener_(name, isActive);
+        } else if (!otherPath.empty()) {
+            ask(name, otherPath, {});
+        } // else the name serves another purpose
+    });
+}
+
+void ScreenSavers::gone(const std::string& name) {
+    present_.erase(name);
+    listener_(name, false);
+}
+
+} // namespace kova

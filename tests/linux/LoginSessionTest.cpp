@@ -1,0 +1,250 @@
+#include "platform/linux/LoginSession.h"
+#include "tests/linux/PrivateBus.h"
+
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+namespace kova {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::uint32_t kSomebodyElse = 4711;
+
+std::string nameOf(SystemActivityEvent event) {
+    using enum SystemActivityEvent;
+    switch (event) {
+    case systemWillSleep:
+        return "asleep ";
+    case systemDidWake:
+        return "awake ";
+    case screensDidSleep:
+        return "dark ";
+    case screensDidWake:
+        return "lit ";
+    case sessionDidResignActive:
+        return "inactive ";
+    case sessionDidBecomeActive:
+        return "active ";
+    case screenDidLock:
+        return "locked ";
+    case screenDidUnlock:
+        return "unlocked ";
+    }
+    return {};
+}
+
+TEST(ActivityConditions, BecomeEventsOnlyWhereTheWorkspaceWouldNotice) {
+    using Facts = ActivityFacts;
+    struct Step {
+        const char* what;
+        std::function<Facts(Facts)> heard;
+        const char* events;
+    };
+    const auto hint = [](bool isSet) { return [isSet](Facts f) { return afterLockedHint(f, isSet); }; };
+    const auto saver = [](const char* name, bool isActive) {
+        return [name, isActive](Facts f) { return afterScreenSaver(f, name, isActive); };
+    };
+    const std::vector<std::vector<Step>> stories = {
+        {{"a desktop confirms the lock", afterLockSignal, "locked "},
+         {"by the hint", hint(true), ""},
+         {"is asked to unlock", afterUnlockSignal, ""},
+         {"and has unlocked", hint(false), "unlocked "}},
+        {{"a locker that says nothing", afterLockSignal, "locked "},
+         {"is asked twice", afterLockSignal, ""},
+         {"and ended, or the patience is over", afterUnlockSignal, "unlocked "}},
+        {{"a saver and the hint", saver("a", true), "locked "},
+         {"one after the other", hint(true), ""},
+         {"asked while it is locked", afterLockSignal, ""},
+         {"the saver goes first", saver("a", false), ""},
+         {"the hint decides", hint(false), "unlocked "}},
+        {{"two names of one saver", saver("a", true), "locked "},
+         {"tell the same", saver("b", true), ""},
+         {"and again", saver("b", true), ""},
+         {"one is through", saver("a", false), ""},
+         {"both are", saver("b", false), "unlocked "}},
+        {{"all at once",
+          [](Facts f) {
+              f.isPreparingForSleep = f.isLockedHintSet = true;
+              f.isSessionActive = f.areScreensOn = false;
+              return f;
+          },
+          "asleep dark inactive locked "},
+         {"logind goes, the screens are none of its business", withoutLogind, "awake active unlocked "},
+         {"light", [](Facts) { return Facts{}; }, "lit "}},
+    };
+    for (const auto& story : stories) {
+        Facts facts;
+        for (const Step& step : story) {
+            const Facts next = step.heard(facts);
+            std::string events;
+            for (const auto event : eventsBetween(facts, next)) events += nameOf(event);
+            EXPECT_EQ(events, step.events) << story.front().what << ": " << step.what;
+            facts = next;
+        }
+    }
+}
+
+/// A session on a bus of its own, and what it has told.
+class LoginSessionTest : public ::testing::Test {
+  protected:
+    void open(std::optional<std::string> sessionID, LoginSessionPatience patience = {}) {
+        // The test may run in a session of its own, so nothing is taken from its environment.
+        session_ = std::make_unique<LoginSession>(loop_, BusAddresses{bus_.address(), bus_.address()},
+                                                  SessionTraces{sessionID, getpid(), getuid()}, patience);
+        watch_ = session_->observeSystemActivity([this](SystemActivityEvent event) { told_ += nameOf(event); });
+    }
+    template <class Condition>
+    bool turnUntil(Condition condition) {
+        const auto end = std::chrono::steady_clock::now() + 20s;
+        while (!condition() && std::chrono::steady_clock::now() < end) turn(5ms);
+        return condition();
+    }
+    void turn(Seconds duration) {
+        loop_.after(duration, [this] { loop_.quit(0); });
+        loop_.run();
+    }
+    std::string lineOf(const std::string& subject) const {
+        for (const auto& line : session_->diagnose()) {
+            if (line.subject == subject) return line.text;
+        }
+        return {};
+    }
+    bool isListening() const { return lineOf("login session").starts_with("logind tells"); }
+    /// What is told next, and nothing but that.
+    void expectTold(const std::string& expected) {
+        turnUntil([&] { return told_.size() >= expected.size(); });
+        EXPECT_EQ(std::exchange(told_, {}), expected);
+    }
+
+    PrivateBus bus_;
+    EventLoop loop_;
+    std::unique_ptr<LoginSession> session_;
+    std::string told_;
+    Subscription watch_;
+};
+
+TEST_F(LoginSessionTest, TellsWhatLogindTells) {
+    bus_.start();
+    bus_.startLogind();
+    bus_.addSession("c1", getuid(), "x11");
+    bus_.addSession("c2", getuid(), "tty");
+    bus_.set("c1", "LockedHint", sdbus::Variant(true));
+    open("c1");
+    EXPECT_FALSE(session_->isLoginSessionScreenLocked()) << "nothing is known before the loop runs";
+    expectTold("locked ");
+    EXPECT_TRUE(session_->isLoginSessionScreenLocked());
+
+    bus_.set("c1", "LockedHint", sdbus::Variant(false));
+    expectTold("unlocked ");
+    EXPECT_FALSE(session_->isLoginSessionScreenLocked());
+
+    bus_.emit("PrepareForSleep", "b", {sdbus::Variant(true)});
+    bus_.emit("PrepareForSleep", "b", {sdbus::Variant(false)});
+    expectTold("asleep awake ");
+    bus_.set("c1", "Active", sdbus::Variant(false));
+    bus_.set("c1", "Active", sdbus::Variant(true));
+    expectTold("inactive active ");
+
+    bus_.call("c2", "Lock"); // another session
+    bus_.set("c2", "LockedHint", sdbus::Variant(true));
+    bus_.set("c1", "IdleHint", sdbus::Variant(true));
+    bus_.call("c1", "Lock");
+    bus_.set("c1", "LockedHint", sdbus::Variant(true));
+    bus_.call("c1", "Unlock");
+    bus_.set("c1", "LockedHint", sdbus::Variant(false));
+    bus_.call("c1", "Lock");
+    bus_.call("c1", "Unlock");
+    expectTold("locked unlocked locked unlocked ");
+    EXPECT_EQ(lineOf("login session"),
+              "logind tells of sleep, the lock and a switch to another user; this is session c1 (x11).");
+}
+
+TEST_F(LoginSessionTest, FindsItsSessionWhereverItWasStarted) {
+    struct Case {
+        const char* name;
+        std::optional<std::string> id;
+        std::vector<std::tuple<std::string, std::uint32_t, std::string>> sessions;
+        const char* found; // in the sentence; empty for none
+    };
+    const std::uint32_t me = getuid();
+    const std::vector<Case> cases = {
+        {"named", "c2", {{"c1", me, "x11"}, {"c2", me, "x11"}}, "session c2 (x11)"},
+        {"named one is over", "c9", {{"c1", me, "wayland"}}, "session c1 (wayland)"},
+        {"named one is of a terminal", "c2", {{"c1", me, "x11"}, {"c2", me, "tty"}}, "session c1 (x11)"},
+        {"startx", "c1", {{"c1", me, "tty"}}, "session c1 (tty)"},
+        {"not named", {}, {{"c1", kSomebodyElse, "x11"}, {"c2", me, "x11"}}, "session c2 (x11)"},
+        {"none of ours", "c1", {{"c1", kSomebodyElse, "x11"}}, "logind knows no session of this user"},
+    };
+    bus_.start();
+    for (const Case& c : cases) {
+        bus_.startLogind();
+        for (const auto& [id, user, type] : c.sessions) bus_.addSession(id, user, type);
+        open(c.id);
+        EXPECT_TRUE(turnUntil([&] { return lineOf("login session").find(c.found) != std::string::npos; }))
+            << c.name << ": " << lineOf("login session");
+        session_.reset();
+        bus_.stopLogind();
+    }
+}
+
+TEST_F(LoginSessionTest, SurvivesThatLogindRestarts) {
+    bus_.start();
+    bus_.startLogind("{\"PreparingForSleep\": true}");
+    bus_.addSession("c1", getuid(), "x11");
+    bus_.set("c1", "LockedHint", sdbus::Variant(true));
+    open("c1");
+    expectTold("asleep locked ");
+    bus_.stopLogind();
+    bus_.startLogind(); // has lost its memory: there is no session yet
+    expectTold("awake ");
+    bus_.addSession("c1", getuid(), "x11");
+    bus_.emit(
+        "SessionNew", "so",
+        {sdbus::Variant(std::string("c1")), sdbus::Variant(sdbus::ObjectPath("/org/freedesktop/login1/session/c1"))});
+    expectTold("unlocked ");
+}
+
+TEST_F(LoginSessionTest, WhoIsGoneKeepsNobodySuspended) {
+    bus_.start();
+    bus_.startLogind();
+    bus_.addSession("c1", getuid(), "x11");
+    open("c1", {.withLock = 50ms, .withSilence = 50ms});
+    ASSERT_TRUE(turnUntil([&] { return isListening(); }));
+    bus_.call("c1", "Lock");
+    expectTold("locked unlocked "); // nobody confirms it
+    bus_.startScreenSaver();
+    bus_.setScreenSaver(true);
+    expectTold("locked ");
+    bus_.stopScreenSaver();
+    expectTold("unlocked ");
+    bus_.set("c1", "Active", sdbus::Variant(false));
+    expectTold("inactive ");
+    bus_.stopLogind();
+    expectTold("active ");
+}
+
+TEST_F(LoginSessionTest, LivesWithoutABusAndConnectsWhenThereIsOne) {
+    open("c1", {.withLock = 50ms, .withSilence = 50ms});
+    ASSERT_TRUE(turnUntil([&] { return lineOf("login session").find("not connected yet") == std::string::npos; }));
+    EXPECT_TRUE(lineOf("login session").starts_with("There is no system bus (")) << lineOf("login session");
+    EXPECT_TRUE(lineOf("screen saver").starts_with("There is no session bus (")) << lineOf("screen saver");
+    for (int life = 0; life < 2; ++life) {
+        bus_.start();
+        bus_.startLogind();
+        bus_.addSession("c1", getuid(), "x11");
+        bus_.startScreenSaver();
+        bus_.setScreenSaver(true);
+        bus_.set("c1", "Active", sdbus::Variant(false));
+        ASSERT_TRUE(turnUntil([&] { return told_.size() >= std::string("inactive locked ").size(); })) << told_;
+        told_.clear();
+        bus_.stop();
+        ASSERT_TRUE(turnUntil([&] { return told_.size() >= std::string("active unlocked ").size(); })) << told_;
+        EXPECT_FALSE(isListening());
+        told_.clear();
+    }
+}
+
+} // namespace
+} // namespace kova

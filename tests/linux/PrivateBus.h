@@ -1,0 +1,116 @@
+// A message bus of a test's own, on which a stand-in for logind and for a screen saver can be played.
+#pragma once
+
+#include "tests/desktop/PrivateServer.h"
+#include "tests/linux/TemporaryFolder.h"
+
+#include <sdbus-c++/sdbus-c++.h>
+
+#include <map>
+#include <memory>
+#include <string>
+#include <thread>
+
+namespace kova {
+
+class PrivateBus {
+  public:
+    static constexpr const char* kManager = "org.freedesktop.login1.Manager";
+    static constexpr const char* kSession = "org.freedesktop.login1.Session";
+
+    std::string address() const { return "unix:path=" + (folder_.path() / "bus").string(); }
+
+    void start() {
+        std::filesystem::remove(folder_.path() / "bus");
+        daemon_ = testing::ChildProcess({"/usr/bin/dbus-daemon", "--session", "--nofork", "--address=" + address()},
+                                        {"PATH=/usr/bin:/bin"});
+        waitFor([&] { return (connection_ = connect()) != nullptr; });
+    }
+    void stop() {
+        connection_.reset();
+        logind_.end();
+        daemon_.end();
+    }
+    void startLogind(const std::string& parameters = "{}") {
+        logind_ = play("logind", parameters);
+        waitForOwner("org.freedesktop.login1", true);
+    }
+    void stopLogind() {
+        logind_.end();
+        waitForOwner("org.freedesktop.login1", false);
+    }
+    void startScreenSaver() {
+        screenSaver_ = play("gnome_screensaver", "{}");
+        waitForOwner("org.gnome.ScreenSaver", true);
+    }
+    void stopScreenSaver() { screenSaver_.end(); }
+    void setScreenSaver(bool isActive) {
+        sdbus::createProxy(*connection_, "org.gnome.ScreenSaver", "/org/gnome/ScreenSaver")
+            ->callMethod("SetActive")
+            .onInterface("org.gnome.ScreenSaver")
+            .withArguments(isActive);
+    }
+
+    void addSession(const std::string& id, std::uint32_t user, const std::string& type) {
+        std::string path;
+        logind("")
+            ->callMethod("AddSession")
+            .onInterface("org.freedesktop.DBus.Mock")
+            .withArguments(id, std::string("seat0"), user, std::string("somebody"), true)
+            .storeResultsTo(path);
+        set(id, "Type", sdbus::Variant(type));
+    }
+    void set(const std::string& session, const std::string& property, const sdbus::Variant& value) {
+        logind("/session/" + session)
+            ->callMethod("UpdateProperties")
+            .onInterface("org.freedesktop.DBus.Mock")
+            .withArguments(std::string(kSession), std::map<std::string, sdbus::Variant>{{property, value}});
+    }
+    void call(const std::string& session, const std::string& method) {
+        logind("/session/" + session)->callMethod(method).onInterface(kSession);
+    }
+    void emit(const std::string& signal, const std::string& types, const std::vector<sdbus::Variant>& values) {
+        logind("")
+            ->callMethod("EmitSignal")
+            .onInterface("org.freedesktop.DBus.Mock")
+            .withArguments(std::string(kManager), signal, types, values);
+    }
+
+  private:
+    template <class Condition>
+    void waitFor(Condition condition) {
+        for (int i = 0; i < 2000 && !condition(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    std::unique_ptr<sdbus::IConnection> connect() const {
+        try {
+            return sdbus::createSessionBusConnectionWithAddress(address());
+        } catch (const sdbus::Error&) {
+            return nullptr;
+        }
+    }
+    testing::ChildProcess play(const std::string& part, const std::string& parameters) const {
+        return testing::ChildProcess(
+            {"/usr/bin/python3", "-m", "dbusmock", "-t", part, "-p", parameters},
+            {"PATH=/usr/bin:/bin", "DBUS_SYSTEM_BUS_ADDRESS=" + address(), "DBUS_SESSION_BUS_ADDRESS=" + address()});
+    }
+    void waitForOwner(const std::string& name, bool expected) {
+        const auto bus = sdbus::createProxy(*connection_, "org.freedesktop.DBus", "/org/freedesktop/DBus");
+        waitFor([&] {
+            bool isOwned = false;
+            bus->callMethod("NameHasOwner")
+                .onInterface("org.freedesktop.DBus")
+                .withArguments(name)
+                .storeResultsTo(isOwned);
+            return isOwned == expected;
+        });
+    }
+    std::unique_ptr<sdbus::IProxy> logind(const std::string& path) {
+        return sdbus::createProxy(*connection_, "org.freedesktop.login1", "/org/freedesktop/login1" + path);
+    }
+
+    TemporaryFolder folder_;
+    testing::ChildProcess daemon_, logind_, screenSaver_;
+    std::unique_ptr<sdbus::IConnection> connection_;
+};
+
+} // namespace kova
