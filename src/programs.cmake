@@ -22,9 +22,6 @@ if(EXISTS ${CMAKE_CURRENT_LIST_DIR}/agent/main.cpp AND TARGET kova_platform_x11 
   file(GLOB agent_sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/agent/*.cpp)
   add_executable(kova-agent ${agent_sources})
   target_link_libraries(kova-agent PRIVATE kova_control kova_platform_x11 kova_platform_linux kova_app)
-  if(NOT KOVA_SANITIZE)
-    target_link_options(kova-agent PRIVATE -static-libstdc++ -static-libgcc)
-  endif()
 endif()
 
 if(APPLE)

@@ -11,6 +11,8 @@ namespace kova {
 
 inline constexpr int kExitFailed = 1;
 inline constexpr int kExitWrongUsage = 2;
+/// Another agent has the session, or its socket cannot be made: starting again would change nothing.
+inline constexpr int kExitSessionNotTaken = 5;
 
 struct AgentOptions {
     LogEcho echo = LogEcho::none;

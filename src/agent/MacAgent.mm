@@ -65,7 +65,7 @@ struct MacAgent::Parts {
                          .dividerHandles = &dividerHandles,
                          .systemActivity = &systemActivity,
                          .keys = &keys},
-               .diagnostics = diagnostics,
+               .diagnostics = {&diagnostics},
                .quit = quitMacAgent}) {}
 
     UserDefaultsStore preferences;

@@ -1,20 +1,34 @@
 #include "agent/SessionAgent.h"
 
+#include "app/SystemSettings.h"
 #include "support/Log.h"
 #include "support/Version.h"
 
 namespace kova {
 
+namespace {
+
+template <class Controller>
+std::optional<SystemSetting> settingOf(Controller* controller, SystemSetting (*setting)(Controller&)) {
+    return controller ? std::optional(setting(*controller)) : std::nullopt;
+}
+
+} // namespace
+
 SessionAgent::SessionAgent(const AgentServices& services) :
     queue_(services.workspace.queue), delegate_(services.workspace, services.shell),
+    acquaintance_(*delegate_.onboarding().isCompleted() ? Acquaintance::knowsTheWay : Acquaintance::newUser),
     methods_({.controller = delegate_.workspace(),
               .urls = delegate_.urls(),
               .shortcuts = delegate_.shortcutSettings(),
               .preferences = services.workspace.preferences,
-              .diagnostics = &services.diagnostics,
+              .diagnostics = services.diagnostics,
               .keys = services.shell.keys,
               .queue = services.workspace.queue,
-              .quit = services.quit}) {
+              .quit = services.quit,
+              .startAtLogin = settingOf(delegate_.launchAtLogin(), startAtLoginSetting),
+              .dockAutoHide = settingOf(delegate_.dockAutoHide(), dockAutoHideSetting),
+              .firstSteps = [this] { return firstSteps(); }}) {
     const auto& state = delegate_.workspace().state();
     messages_ = state.lastActionMessage.observe([](const std::optional<std::string>& message) {
         if (message) log(LogLevel::detail, *message);
@@ -35,8 +49,13 @@ std::optional<std::string> SessionAgent::start(AgentClaim claim) {
     server_.emplace(std::move(claim), queue_, methods_);
     if (auto problem = server_->start()) return problem;
     log(LogLevel::note, "kova-agent " KOVA_VERSION " manages this session");
-    delegate_.startWorkspace();
+    delegate_.applicationDidFinishLaunching();
+    if (const auto text = firstSteps()) log(LogLevel::note, *text);
     return std::nullopt;
+}
+
+std::optional<std::string> SessionAgent::firstSteps() {
+    return kova::firstSteps(acquaintance_, *delegate_.workspace().state().permissionState);
 }
 
 } // namespace kova

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/AppDelegate.h"
+#include "app/FirstSteps.h"
 #include "control/AgentClaim.h"
 #include "control/ControlMethods.h"
 #include "control/ControlServer.h"
@@ -9,6 +10,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace kova {
 
@@ -16,8 +18,8 @@ namespace kova {
 struct AgentServices {
     WorkspaceServices workspace;
     ShellServices shell;
-    DiagnosticsServicing& diagnostics;
-    std::function<void()> quit; // ends the process soon, with success
+    std::vector<const DiagnosticsServicing*> diagnostics; // whoever has something to tell
+    std::function<void()> quit;                           // ends the process soon, with success
 };
 
 class SessionAgent {
@@ -37,10 +39,13 @@ class SessionAgent {
     void stop() { delegate_.stopWorkspace(); }
 
     AppDelegate& delegate() { return delegate_; }
+    /// What a new user is told, until this agent ends; absent for anybody else.
+    std::optional<std::string> firstSteps();
 
   private:
     MainQueue& queue_;
     AppDelegate delegate_;
+    const Acquaintance acquaintance_; // as it was found
     Subscription messages_;
     ControlMethods methods_;
     std::optional<ControlServer> server_;

@@ -4,10 +4,13 @@
 #include "agent/AgentOptions.h"
 #include "agent/SessionAgent.h"
 #include "platform/linux/AbsentDesktop.h"
+#include "platform/linux/AbsentDock.h"
+#include "platform/linux/AutostartEntry.h"
 #include "platform/linux/DesktopEntries.h"
 #include "platform/linux/DesktopLauncher.h"
 #include "platform/linux/EventLoop.h"
 #include "platform/linux/FilePreferencesStore.h"
+#include "platform/linux/LoginSession.h"
 #include "platform/linux/Process.h"
 #include "platform/linux/SerialWorkQueue.h"
 #include "platform/linux/XdgFolders.h"
@@ -34,12 +37,6 @@ or the end of the X server; ask it with "kova". One agent has a session.
 The log is in $XDG_STATE_HOME/kova/agent.log, the preferences are in $XDG_CONFIG_HOME/kova/preferences.json.
 )";
 
-/// Nobody has told us of a locked screen.
-class UnlockedSession final : public SessionServicing {
-  public:
-    bool isLoginSessionScreenLocked() const override { return false; }
-};
-
 /// The desktop of this session, behind the seams.
 class Desktop {
   public:
@@ -64,8 +61,14 @@ class Desktop {
 
     /// Null on a session without X.
     X11Desktop* x11() const { return x11_.get(); }
-    ShellServices shell() const {
-        return {.pointer = x11_.get(), .dividerHandles = x11_.get(), .systemActivity = nullptr, .keys = x11_.get()};
+    ShellServices shell(SystemActivityServicing& systemActivity, LaunchAtLoginServicing& launchAtLogin,
+                        DockAutoHideServicing& dockAutoHide) const {
+        return {.pointer = x11_.get(),
+                .dividerHandles = x11_.get(),
+                .systemActivity = &systemActivity,
+                .keys = x11_.get(),
+                .launchAtLogin = &launchAtLogin,
+                .dockAutoHide = &dockAutoHide};
     }
     DiagnosticsServicing& diagnostics() const { return x11_ ? static_cast<DiagnosticsServicing&>(*x11_) : *absent_; }
     WorkspaceServices services(SessionServicing& session, PreferencesStore& preferences, MainQueue& queue,
@@ -97,7 +100,7 @@ int manageSession(const AgentOptions& options) {
     openAgentLog(stateFolder, options);
     const auto complaint = [&options](const std::string& text) { complain(options, text); };
     auto claim = SessionAgent::claimSession(complaint);
-    if (!claim) return kExitFailed;
+    if (!claim) return kExitSessionNotTaken;
 
     EventLoop loop;
     loop.onStopSignal([&loop] { loop.quit(EXIT_SUCCESS); });
@@ -109,12 +112,14 @@ int manageSession(const AgentOptions& options) {
     const auto desktop = Desktop::open(options, (stateFolder / "hidden-windows").string(), loop, catalogue, launcher);
     if (!desktop) return kExitFailed;
 
-    UnlockedSession session;
+    LoginSession session(loop, BusAddresses::fromEnvironment(), SessionTraces::ofThisProcess());
     SerialWorkQueue pollingQueue("kova-polling");
+    AutostartEntry loginItem(folders, ownProgram());
+    AbsentDock dock;
     UnansweredAlerts alerts; // the command line asks at its terminal
     SessionAgent agent({.workspace = desktop->services(session, preferences, loop, pollingQueue, alerts),
-                        .shell = desktop->shell(),
-                        .diagnostics = desktop->diagnostics(),
+                        .shell = desktop->shell(session, loginItem, dock),
+                        .diagnostics = {&desktop->diagnostics(), &session},
                         .quit = [&loop] { loop.quit(EXIT_SUCCESS); }});
     if (X11Desktop* x11 = desktop->x11()) {
         const auto watch = [&loop](int descriptor, std::function<void()> readable) {
@@ -130,6 +135,8 @@ int manageSession(const AgentOptions& options) {
         complain(options, *problem);
         return kExitFailed;
     }
+    if (const auto text = agent.firstSteps(); text && isTerminal())
+        std::fprintf(stderr, "kova-agent: %s\n", text->c_str());
     const int exitCode = loop.run();
     agent.stop();
     return exitCode;

@@ -2,11 +2,25 @@
 
 #include "support/Log.h"
 
+#include <utility>
+
 namespace kova {
 
+namespace {
+
+template <class Controller, class Service>
+std::optional<Controller> controllerOf(Service* service, PreferencesStore& preferences) {
+    // Built in place: what callbacks point to does not move.
+    return service ? std::optional<Controller>(std::in_place, *service, preferences) : std::nullopt;
+}
+
+} // namespace
+
 AppDelegate::AppDelegate(const WorkspaceServices& services, const ShellServices& shell) :
-    services_(services), shell_(shell), shortcutSettings_(services.preferences), workspace_(services),
-    urls_(workspace_, services.queue) {}
+    services_(services), shell_(shell), onboarding_(services.preferences),
+    launchAtLogin_(controllerOf<LaunchAtLoginController>(shell.launchAtLogin, services.preferences)),
+    dockAutoHide_(controllerOf<DockAutoHideController>(shell.dockAutoHide, services.preferences)),
+    shortcutSettings_(services.preferences), workspace_(services), urls_(workspace_, services.queue) {}
 
 AppDelegate::~AppDelegate() {
     stopWorkspace();
@@ -14,6 +28,25 @@ AppDelegate::~AppDelegate() {
 
 void AppDelegate::openURLs(const std::vector<std::string>& urls) {
     for (const auto& url : urls) (void)urls_.handle(url);
+}
+
+void AppDelegate::applicationDidFinishLaunching() {
+    if (launchAtLogin_) launchAtLogin_->refreshStatus();
+    if (dockAutoHide_ && *dockAutoHide_->hidesSystemDock()) {
+        dockAutoHide_->applyDockPreference();
+    } else if (dockAutoHide_) {
+        dockAutoHide_->refreshDockState(); // the Dock is changed at a start only for who wants it hidden
+    }
+    startWorkspace();
+}
+
+void AppDelegate::showOnboardingIfNeeded() {
+    if (*onboarding_.isCompleted()) return;
+    if (*workspace_.state().permissionState == AccessibilityPermissionState::granted) {
+        onboarding_.complete();
+    } else if (shell_.onboarding) {
+        shell_.onboarding->showOnboarding();
+    }
 }
 
 void AppDelegate::startWorkspace() {
@@ -32,6 +65,7 @@ void AppDelegate::startWorkspace() {
     log(LogLevel::note, "workspace started");
     // Nobody tells of a lock that was there before.
     if (services_.session.isLoginSessionScreenLocked()) handleSystemActivityEvent(SystemActivityEvent::screenDidLock);
+    showOnboardingIfNeeded();
 }
 
 void AppDelegate::stopWorkspace() {
@@ -41,6 +75,7 @@ void AppDelegate::stopWorkspace() {
     // What the hand still holds goes back first.
     removeMonitors();
     layoutShortcuts_.reset();
+    if (shell_.onboarding) shell_.onboarding->closeOnboarding();
     windowDrags_.reset();
     dividerWindows_.reset();
     workspace_.stop();

@@ -2,7 +2,11 @@
 // user cannot see the screen. Main thread only.
 #pragma once
 
+#include "app/DockAutoHideController.h"
+#include "app/KovaOnboardingState.h"
+#include "app/LaunchAtLoginController.h"
 #include "app/LayoutDividerWindowController.h"
+#include "app/OnboardingServicing.h"
 #include "app/SystemActivityState.h"
 #include "app/WindowDragCoordinator.h"
 #include "commands/LayoutShortcutCoordinator.h"
@@ -21,6 +25,9 @@ struct ShellServices {
     DividerHandleServicing* dividerHandles = nullptr;
     SystemActivityServicing* systemActivity = nullptr;
     KeyMonitorServicing* keys = nullptr;
+    LaunchAtLoginServicing* launchAtLogin = nullptr;
+    DockAutoHideServicing* dockAutoHide = nullptr;
+    OnboardingServicing* onboarding = nullptr;
 };
 
 class AppDelegate {
@@ -37,6 +44,13 @@ class AppDelegate {
     /// What the desktop asks the program to open.
     void openURLs(const std::vector<std::string>& urls);
     KovaShortcutSettings& shortcutSettings() { return shortcutSettings_; }
+    KovaOnboardingState& onboarding() { return onboarding_; }
+    /// Null where the desktop has no such service.
+    LaunchAtLoginController* launchAtLogin() { return launchAtLogin_ ? &*launchAtLogin_ : nullptr; }
+    DockAutoHideController* dockAutoHide() { return dockAutoHide_ ? &*dockAutoHide_ : nullptr; }
+
+    /// What is to be done once the process is up: settings of the system are looked at, and the workspace is started.
+    void applicationDidFinishLaunching();
 
     /// Begins to manage windows, without asking the user for the permission; on a locked screen it begins suspended.
     /// Does nothing when it is started already.
@@ -44,6 +58,8 @@ class AppDelegate {
     /// Ends it: the desktop gets back what was borrowed, and the preferences are on disk. Does nothing unless started.
     void stopWorkspace();
     bool isWorkspaceStarted() const { return workspaceIsStarted_; }
+    /// Shows a new user round; one who has given the permission already needs no more of it.
+    void showOnboardingIfNeeded();
 
     /// Suspends with the first condition that keeps the user from the screen, resumes once there is none left. Does
     /// nothing unless started: what was missed is asked for at the start.
@@ -58,6 +74,10 @@ class AppDelegate {
 
     WorkspaceServices services_;
     ShellServices shell_;
+    // In the order in which they read their preferences.
+    KovaOnboardingState onboarding_;
+    std::optional<LaunchAtLoginController> launchAtLogin_;
+    std::optional<DockAutoHideController> dockAutoHide_;
     KovaShortcutSettings shortcutSettings_;
     WorkspaceController workspace_;
     URLHandler urls_;

@@ -4,27 +4,24 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <variant>
 
 namespace kova {
 
 /// A command that the Dock is asked or told with could not be run, or failed.
-struct DockCommandFailed {
+struct DockAutoHideServiceError {
     std::string command; // its name without the folder
     std::string message; // what it said, or why it could not be run
-    bool operator==(const DockCommandFailed&) const = default;
+
+    static DockAutoHideServiceError commandFailed(std::string command, std::string message) {
+        return {std::move(command), std::move(message)};
+    }
+    /// In the user's words: "Unable to run defaults: ...".
+    std::string description() const { return "Unable to run " + command + (message.empty() ? "" : ": " + message); }
+
+    bool operator==(const DockAutoHideServiceError&) const = default;
 };
-
-/// This desktop has no such preference.
-struct DockPreferenceAbsent {
-    std::string message; // one sentence, for the user
-    bool operator==(const DockPreferenceAbsent&) const = default;
-};
-
-using DockAutoHideServiceError = std::variant<DockCommandFailed, DockPreferenceAbsent>;
-
-/// In the user's words: "Unable to run defaults: ...".
-std::string describe(const DockAutoHideServiceError& error);
 
 /// Main thread. Nothing here waits: each completion is called once, on the main thread and after the call has returned.
 /// The calls are carried out one after the other, in their order.
@@ -34,6 +31,9 @@ class DockAutoHideServicing {
     using WriteCompletion = std::function<void(const std::optional<DockAutoHideServiceError>&)>;
 
     virtual ~DockAutoHideServicing() = default;
+    /// Why this desktop has no such preference, in one sentence; absent where it has one, and then the calls below are
+    /// of use.
+    virtual std::optional<std::string> absence() const { return std::nullopt; }
     /// Whether the Dock hides itself at present.
     virtual void readAutoHide(ReadCompletion completion) = 0;
     /// Makes it hide itself, or stay; it takes a moment to show. Absent when that is done.

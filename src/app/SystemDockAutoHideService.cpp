@@ -1,7 +1,5 @@
 #include "app/SystemDockAutoHideService.h"
 
-#include "support/Overloaded.h"
-
 #include <utility>
 
 namespace kova {
@@ -35,19 +33,10 @@ DockAutoHideServiceError failure(const std::string& program, const ProcessOutcom
             break;
         }
     }
-    return DockCommandFailed{program.substr(program.find_last_of('/') + 1), message};
+    return DockAutoHideServiceError::commandFailed(program.substr(program.find_last_of('/') + 1), message);
 }
 
 } // namespace
-
-std::string describe(const DockAutoHideServiceError& error) {
-    return std::visit(Overloaded{[](const DockCommandFailed& failed) {
-                                     return "Unable to run " + failed.command +
-                                            (failed.message.empty() ? "" : ": " + failed.message);
-                                 },
-                                 [](const DockPreferenceAbsent& absent) { return absent.message; }},
-                      error);
-}
 
 void SystemDockAutoHideService::readAutoHide(ReadCompletion completion) {
     workQueue_.post([&runner = runner_, &queue = queue_, commands = commands_, completion = std::move(completion)] {

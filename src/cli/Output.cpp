@@ -179,6 +179,19 @@ std::string printExplanation(const json& result, const Arguments&) {
     return out.empty() ? "Nothing was arranged yet.\n" : out;
 }
 
+namespace {
+
+/// What else there is to say of a setting of the system.
+std::string remarksOf(const json& result) {
+    std::string out;
+    for (const char* remark : {"problem", "guidance"}) {
+        if (!result[remark].is_null()) out += line(result[remark].get<std::string>());
+    }
+    return out;
+}
+
+} // namespace
+
 std::string printStatus(const json& result, const Arguments&) {
     std::string out =
         "agent       " + line(result["version"].get<std::string>() + ", process " + number(result["process"]));
@@ -193,7 +206,18 @@ std::string printStatus(const json& result, const Arguments&) {
     for (const json& shortcut : held)
         out += "not ours    " + line(shortcut.get<std::string>() + " is held by another program");
     if (!result["message"].is_null()) out += "message     " + line(result["message"].get<std::string>());
+    if (!result["firstSteps"].is_null()) out += "first steps " + line(result["firstSteps"].get<std::string>());
     return out;
+}
+
+std::string printStartAtLogin(const json& result, const Arguments&) {
+    return (result["isOn"].get<bool>() ? "KOVA starts with the session.\n"
+                                       : "KOVA does not start with the session.\n") +
+           remarksOf(result);
+}
+
+std::string printDockAutoHide(const json& result, const Arguments&) {
+    return (result["isOn"].get<bool>() ? "The Dock hides itself.\n" : "The Dock stays.\n") + remarksOf(result);
 }
 
 std::string printQuit(const json& result, const Arguments&) {

@@ -11,6 +11,7 @@
 #include "control/Refusal.h"
 #include "control/RuleMethods.h"
 #include "control/SceneMethods.h"
+#include "control/SettingMethods.h"
 #include "control/ShortcutMethods.h"
 #include "control/StateBroadcast.h"
 #include "control/ThemeMethods.h"
@@ -54,6 +55,7 @@ class ControlMethods::Table {
         addLook();
         addShortcuts();
         addQueries();
+        addSettings();
         addAgent();
     }
 
@@ -217,6 +219,16 @@ class ControlMethods::Table {
         add("explain", {"window"}, [this](const Call& call) { return explain(call); });
     }
 
+    void addSettings() {
+        const auto addSwitch = [this](const std::string& name, const std::optional<SystemSetting>& setting) {
+            add(name + ".status", {}, [&setting](const Call&) { return tellSetting(setting); });
+            add(name + ".on", {}, [&setting](const Call&) { return switchSetting(setting, true); });
+            add(name + ".off", {}, [&setting](const Call&) { return switchSetting(setting, false); });
+        };
+        addSwitch("login", context_.startAtLogin);
+        addSwitch("dock", context_.dockAutoHide);
+    }
+
     void addAgent() {
         add("status", {}, [this](const Call&) -> ControlReply { return status(); });
         add("doctor", {}, [this](const Call&) -> ControlReply { return examine(context_, shortcuts_); });
@@ -277,7 +289,8 @@ class ControlMethods::Table {
                 {"focusMode", controlRecord::focusMode(controller)},
                 {"canUndo", *state.canUndo},
                 {"shortcutsHeldByOthers", shortcuts_.heldByOthers()},
-                {"message", orNull(*state.lastActionMessage)}};
+                {"message", orNull(*state.lastActionMessage)},
+                {"firstSteps", orNull(context_.firstSteps ? context_.firstSteps() : std::nullopt)}};
     }
 
     std::vector<std::string> names() const {

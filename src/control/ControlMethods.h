@@ -3,10 +3,14 @@
 #pragma once
 
 #include "control/ControlHandling.h"
+#include "control/SystemSetting.h"
 #include "support/MainQueue.h"
 
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace kova {
 
@@ -23,10 +27,14 @@ struct ControlContext {
     URLHandler& urls;
     KovaShortcutSettings& shortcuts;
     const PreferencesStore& preferences;
-    const DiagnosticsServicing* diagnostics = nullptr; // null when the desktop has nothing to tell
+    std::vector<const DiagnosticsServicing*> diagnostics = {}; // whoever has something to tell
     KeyMonitorServicing* keys = nullptr;               // null where no key can be heard
     MainQueue& queue;
     std::function<void()> quit; // called on the main queue, after the answer was sent
+    // Absent where nobody has such a thing.
+    std::optional<SystemSetting> startAtLogin = {};
+    std::optional<SystemSetting> dockAutoHide = {};
+    std::function<std::optional<std::string>()> firstSteps = {}; // what a new user is told
 };
 
 /// Main thread only.

@@ -8,6 +8,8 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <utility>
+#include <vector>
 
 namespace kova {
 
@@ -75,7 +77,9 @@ DiagnosticLine shortcutsLine(const ControlContext& context, const std::vector<st
 
 nlohmann::json examine(const ControlContext& context, const ShortcutMethods& shortcuts) {
     std::vector<DiagnosticLine> lines;
-    if (context.diagnostics) lines = context.diagnostics->diagnose();
+    for (const DiagnosticsServicing* part : context.diagnostics) {
+        for (DiagnosticLine& line : part->diagnose()) lines.push_back(std::move(line));
+    }
     // The desktop knows more about what it speaks of than we do.
     const auto addUnlessKnown = [&lines](DiagnosticLine line) {
         const auto same = [&](const DiagnosticLine& known) { return known.subject == line.subject; };

@@ -15,6 +15,9 @@ inline constexpr std::string_view showBrain = "KOVA.showBrain.v1";
 inline constexpr std::string_view showTileBackgrounds = "KOVA.showTileBackgrounds.v1";
 inline constexpr std::string_view continuousManagement = "KOVA.continuousManagement.v1";
 inline constexpr std::string_view keyboardShortcuts = "KOVA.keyboardShortcuts.v1";
+inline constexpr std::string_view startAtLogin = "KOVA.startAtLogin.v1";
+inline constexpr std::string_view hideSystemDock = "KOVA.hideSystemDock.v2";
+inline constexpr std::string_view onboardingCompleted = "KOVA.onboarding.completed.v1";
 
 /// Any of these under a value marks an existing user.
 inline constexpr std::array existingUserKeys = {workspaceProfile,    useThemeBackground, showBrain,

@@ -25,7 +25,7 @@ TEST_F(AgentLife, OneAgentHasTheSessionAndSignalsEndItCleanly) {
         const pid_t agent = session.startAgent();
         ASSERT_TRUE(session.agentAnswers());
         const auto second = session.run({KOVA_AGENT});
-        EXPECT_EQ(second.exitCode, 1);
+        EXPECT_EQ(second.exitCode, 5);
         EXPECT_EQ(second.output, "kova-agent: process " + std::to_string(agent) + " already manages this session\n");
         EXPECT_EQ(session.kova({"status"}).exitCode, 0); // the first one goes on
 

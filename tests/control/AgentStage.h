@@ -28,14 +28,22 @@ class AgentStage {
         desk.desktop.install("Maps", {.bundleIdentifier = "org.example.Maps", .startsAfter = Seconds(0)});
         desk.start();
         urls.emplace(desk.controller(), desk.desktop.queue());
-        methods.emplace(ControlContext{.controller = desk.controller(),
-                                       .urls = *urls,
-                                       .shortcuts = shortcuts,
-                                       .preferences = desk.preferences,
-                                       .diagnostics = &desk.desktop,
-                                       .keys = &desk.desktop.keyboard(),
-                                       .queue = desk.desktop.queue(),
-                                       .quit = [this] { hasQuit = true; }});
+        ControlContext context{.controller = desk.controller(),
+                               .urls = *urls,
+                               .shortcuts = shortcuts,
+                               .preferences = desk.preferences,
+                               .diagnostics = {&desk.desktop},
+                               .keys = &desk.desktop.keyboard(),
+                               .queue = desk.desktop.queue(),
+                               .quit = [this] { hasQuit = true; }};
+        for (auto* setting : {&context.startAtLogin, &context.dockAutoHide}) {
+            const auto isOn = std::make_shared<bool>(false);
+            *setting = SystemSetting{[isOn] {
+                                         return SystemSetting::State{*isOn, {}, "Said by the system."};
+                                     },
+                                     [isOn](bool wanted) { *isOn = wanted; }};
+        }
+        methods.emplace(std::move(context));
         monitors.emplace(desk.controller(), shortcuts, desk.desktop.keyboard(), desk.desktop.queue()).installMonitors();
         auto claim = AgentClaim::take({socketPath(), true});
         server.emplace(std::get<AgentClaim>(std::move(claim)), desk.desktop.queue(), *methods);

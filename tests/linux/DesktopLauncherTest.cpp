@@ -82,8 +82,12 @@ class Launching : public ::testing::Test {
     const std::string path_ = getenv("PATH");
     const std::filesystem::path out_ = folder_.path() / "out";
     EventLoop loop_;
-    XdgFolders folders_{
-        .configHome = {}, .stateHome = {}, .dataHome = folder_.path() / "data", .dataFolders = {}, .runtime = {}};
+    XdgFolders folders_{.configHome = {},
+                        .configFolders = {},
+                        .stateHome = {},
+                        .dataHome = folder_.path() / "data",
+                        .dataFolders = {},
+                        .runtime = {}};
     DesktopEntries entries_{folders_, "C"};
     DesktopLauncher launcher_{entries_, loop_};
 };

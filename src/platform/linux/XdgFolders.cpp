@@ -43,6 +43,9 @@ std::vector<std::filesystem::path> folderList(std::string_view text) {
 XdgFolders XdgFolders::fromEnvironment() {
     XdgFolders folders;
     folders.configHome = folderNamedBy("XDG_CONFIG_HOME").value_or(home() / ".config");
+    const char* configFolders = std::getenv("XDG_CONFIG_DIRS");
+    folders.configFolders = folderList(configFolders ? configFolders : "");
+    if (folders.configFolders.empty()) folders.configFolders = {"/etc/xdg"};
     folders.stateHome = folderNamedBy("XDG_STATE_HOME").value_or(home() / ".local/state");
     folders.dataHome = folderNamedBy("XDG_DATA_HOME").value_or(home() / ".local/share");
     const char* dataFolders = std::getenv("XDG_DATA_DIRS");

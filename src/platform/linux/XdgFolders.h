@@ -9,10 +9,11 @@
 namespace kova {
 
 struct XdgFolders {
-    std::filesystem::path configHome;               // XDG_CONFIG_HOME, else ~/.config
-    std::filesystem::path stateHome;                // XDG_STATE_HOME, else ~/.local/state
-    std::filesystem::path dataHome;                 // XDG_DATA_HOME, else ~/.local/share
-    std::vector<std::filesystem::path> dataFolders; // XDG_DATA_DIRS, the most important first, without dataHome
+    std::filesystem::path configHome;                 // XDG_CONFIG_HOME, else ~/.config
+    std::vector<std::filesystem::path> configFolders; // XDG_CONFIG_DIRS, the most important first, without configHome
+    std::filesystem::path stateHome;                  // XDG_STATE_HOME, else ~/.local/state
+    std::filesystem::path dataHome;                   // XDG_DATA_HOME, else ~/.local/share
+    std::vector<std::filesystem::path> dataFolders;   // XDG_DATA_DIRS, the most important first, without dataHome
     /// XDG_RUNTIME_DIR; absent outside a login session.
     std::optional<std::filesystem::path> runtime;
 

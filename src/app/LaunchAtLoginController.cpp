@@ -1,0 +1,34 @@
+#include "app/LaunchAtLoginController.h"
+
+#include "persistence/PreferenceKeys.h"
+#include "support/Log.h"
+
+namespace kova {
+
+LaunchAtLoginController::LaunchAtLoginController(LaunchAtLoginServicing& service, PreferencesStore& defaults) :
+    service_(service), defaults_(defaults),
+    startsAtLogin_(defaults.boolean(preferenceKey::startAtLogin).value_or(false)) {}
+
+void LaunchAtLoginController::setStartsAtLogin(bool starts) {
+    const auto problem = starts ? service_.registerAtLogin() : service_.unregisterAtLogin();
+    if (problem) {
+        log(LogLevel::error, "Unable to update KOVA login item: " + *problem);
+        refreshStatus(); // the switch shows what is, not what was wished
+        errorMessage_.set(problem);
+        return;
+    }
+    defaults_.setValue(preferenceKey::startAtLogin, starts);
+    log(LogLevel::note, starts ? "KOVA registered as a login item" : "KOVA removed as a login item");
+    errorMessage_.set(std::nullopt);
+    startsAtLogin_.set(starts);
+    if (!starts || service_.status() != LaunchAtLoginStatus::requiresApproval) return;
+    startsAtLogin_.set(false);
+    errorMessage_.set(service_.guidance());
+}
+
+void LaunchAtLoginController::refreshStatus() {
+    // A program that still waits for the user's approval is not started.
+    startsAtLogin_.set(service_.status() == LaunchAtLoginStatus::enabled);
+}
+
+} // namespace kova

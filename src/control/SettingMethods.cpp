@@ -1,0 +1,36 @@
+#include "control/SettingMethods.h"
+
+#include "control/Refusal.h"
+
+namespace kova {
+
+namespace {
+
+using nlohmann::json;
+
+constexpr const char* kNoSetting = "This desktop has no such setting";
+
+json orNull(const std::optional<std::string>& text) {
+    return text ? json(*text) : json(nullptr);
+}
+
+json record(const SystemSetting::State& state) {
+    return {{"isOn", state.isOn}, {"problem", orNull(state.problem)}, {"guidance", orNull(state.guidance)}};
+}
+
+} // namespace
+
+ControlReply tellSetting(const std::optional<SystemSetting>& setting) {
+    if (!setting) return refusal(kNoSetting);
+    return record(setting->state());
+}
+
+ControlReply switchSetting(const std::optional<SystemSetting>& setting, bool isOn) {
+    if (!setting) return refusal(kNoSetting);
+    setting->set(isOn);
+    const auto state = setting->state();
+    if (state.problem) return refusal(*state.problem);
+    return record(state);
+}
+
+} // namespace kova

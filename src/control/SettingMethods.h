@@ -1,0 +1,14 @@
+// Settings of the system that the agent keeps: it starts at login, the Dock hides itself.
+#pragma once
+
+#include "control/ControlHandling.h"
+#include "control/SystemSetting.h"
+
+#include <optional>
+
+namespace kova {
+
+ControlReply tellSetting(const std::optional<SystemSetting>& setting);
+ControlReply switchSetting(const std::optional<SystemSetting>& setting, bool isOn);
+
+} // namespace kova

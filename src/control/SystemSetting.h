@@ -1,0 +1,22 @@
+// A setting of the system that the agent keeps for the user: whether it starts at login, whether the Dock hides itself.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace kova {
+
+/// Main thread; nothing here waits.
+struct SystemSetting {
+    struct State {
+        bool isOn = false;
+        std::optional<std::string> problem;  // why it is not as wished
+        std::optional<std::string> guidance; // what else there is to know
+    };
+    std::function<State()> state;
+    /// The state afterwards says whether it worked, as far as that is known at once.
+    std::function<void(bool isOn)> set;
+};
+
+} // namespace kova

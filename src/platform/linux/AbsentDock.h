@@ -1,0 +1,18 @@
+// Linux desktops have docks and panels of many makes, and no common preference for hiding them.
+#pragma once
+
+#include "app/DockAutoHideServicing.h"
+
+namespace kova {
+
+class AbsentDock final : public DockAutoHideServicing {
+  public:
+    std::optional<std::string> absence() const override {
+        return "This desktop has no common preference for hiding its dock or panel; its own settings may have one.";
+    }
+    /// Nobody answers: there is nothing to ask.
+    void readAutoHide(ReadCompletion) override {}
+    void writeAutoHide(bool, WriteCompletion) override {}
+};
+
+} // namespace kova

@@ -1,0 +1,212 @@
+#include "app/AppDelegate.h"
+#include "app/SystemDockAutoHideService.h"
+#include "persistence/MemoryPreferencesStore.h"
+#include "persistence/PreferenceKeys.h"
+#include "platform/simulated/SimulatedDesktop.h"
+#include "support/Log.h"
+
+#include <gtest/gtest.h>
+
+#include <deque>
+
+namespace kova {
+namespace {
+
+/// What is logged meanwhile.
+class HeardLog {
+  public:
+    HeardLog() {
+        setLogWriter([this](LogLevel, const std::string& text) { lines.push_back(text); }, LogLevel::note);
+    }
+    ~HeardLog() { setLogWriter({}, LogLevel::note); }
+    std::vector<std::string> lines;
+};
+
+class PlayedLoginItem final : public LaunchAtLoginServicing {
+  public:
+    LaunchAtLoginStatus status() const override { return now; }
+    std::optional<std::string> registerAtLogin() override { return change(registered); }
+    std::optional<std::string> unregisterAtLogin() override { return change(LaunchAtLoginStatus::notRegistered); }
+
+    LaunchAtLoginStatus now = LaunchAtLoginStatus::notRegistered;
+    LaunchAtLoginStatus registered = LaunchAtLoginStatus::enabled; // what registering leads to
+    std::optional<std::string> problem;
+
+  private:
+    std::optional<std::string> change(LaunchAtLoginStatus next) {
+        if (!problem) now = next;
+        return problem;
+    }
+};
+
+TEST(LaunchAtLogin, ShowsWhatTheSystemHasMadeOfTheWish) {
+    HeardLog log;
+    MemoryPreferencesStore defaults;
+    PlayedLoginItem item;
+    LaunchAtLoginController controller(item, defaults);
+    const auto expect = [&](bool starts, const std::optional<std::string>& error, std::optional<bool> stored,
+                            const std::string& line) {
+        EXPECT_EQ(*controller.startsAtLogin(), starts) << line;
+        EXPECT_EQ(*controller.errorMessage(), error) << line;
+        EXPECT_EQ(defaults.boolean(preferenceKey::startAtLogin), stored) << line;
+        EXPECT_EQ(log.lines.empty() ? "" : log.lines.back(), line);
+    };
+    item.now = LaunchAtLoginStatus::enabled;
+    controller.refreshStatus();
+    expect(true, std::nullopt, std::nullopt, ""); // what was not chosen here is not kept here
+    controller.setStartsAtLogin(false);
+    expect(false, std::nullopt, false, "KOVA removed as a login item");
+    controller.setStartsAtLogin(true);
+    expect(true, std::nullopt, true, "KOVA registered as a login item");
+    item.problem = "the disk is full";
+    controller.setStartsAtLogin(false);
+    expect(true, "the disk is full", true, "Unable to update KOVA login item: the disk is full");
+    item.problem.reset();
+    item.registered = LaunchAtLoginStatus::requiresApproval;
+    controller.setStartsAtLogin(true);
+    expect(false, "Allow KOVA under System Settings → General → Login Items.", true, "KOVA registered as a login item");
+}
+
+/// A Dock whose commands are played: what was run, and what each command answers.
+class Dock : public ::testing::Test, public ProcessRunning, public WorkQueue {
+  protected:
+    ProcessOutcome run(const std::string& program, const std::vector<std::string>& arguments, Seconds) override {
+        std::string words = program;
+        for (const auto& argument : arguments) words += " " + argument;
+        if (arguments.front() == "read") return isSet ? outcome(isHidden ? "1\n" : "0\n") : failing("does not exist");
+        commands += words + "\n";
+        if (!failure.empty() && program.ends_with(failure)) return failing("Could not write domain\n");
+        if (arguments.front() == "write") {
+            isHidden = arguments.back() == "true";
+            isSet = true;
+        }
+        return outcome("");
+    }
+    void post(std::function<void()> job) override { jobs.push_back(std::move(job)); }
+
+    static ProcessOutcome outcome(std::string text) {
+        return {.ending = ProcessOutcome::Ending::exited, .exitCode = 0, .output = std::move(text), .problem = {}};
+    }
+    static ProcessOutcome failing(std::string text) {
+        return {.ending = ProcessOutcome::Ending::exited, .exitCode = 1, .output = {}, .problem = std::move(text)};
+    }
+    void settle() {
+        for (desktop.queue().runDue(); !jobs.empty(); desktop.queue().runDue()) {
+            const auto job = std::move(jobs.front());
+            jobs.pop_front();
+            job();
+        }
+    }
+    std::string takeCommands() { return std::exchange(commands, {}); }
+
+    SimulatedDesktop desktop;
+    MemoryPreferencesStore defaults;
+    SystemDockAutoHideService service{*this, *this, desktop.queue()};
+    DockAutoHideController controller{service, defaults};
+    HeardLog log;
+    std::deque<std::function<void()>> jobs;
+    std::string commands;
+    std::string failure; // the end of the program that fails
+    bool isHidden = false;
+    bool isSet = false;
+};
+
+constexpr const char* kHide = "/usr/bin/defaults write com.apple.dock autohide -bool true\n/usr/bin/killall Dock\n";
+constexpr const char* kShow = "/usr/bin/defaults write com.apple.dock autohide -bool false\n/usr/bin/killall Dock\n";
+
+TEST_F(Dock, IsRestartedOnlyWhereItDiffersFromTheChoice) {
+    controller.setHidesSystemDock(true);
+    EXPECT_EQ(takeCommands(), "") << "nobody waits for a command";
+    settle();
+    EXPECT_EQ(takeCommands(), kHide);
+    EXPECT_EQ(log.lines.back(), "macOS Dock auto-hide set to true");
+    controller.setHidesSystemDock(true);
+    settle();
+    EXPECT_EQ(takeCommands(), "");
+    controller.setHidesSystemDock(false);
+    settle();
+    EXPECT_EQ(takeCommands(), kShow);
+    controller.setHidesSystemDock(true); // and changes their mind before anything was asked
+    controller.setHidesSystemDock(false);
+    settle();
+    EXPECT_EQ(takeCommands(), "");
+    EXPECT_EQ(defaults.boolean(preferenceKey::hideSystemDock), false);
+}
+
+TEST_F(Dock, SaysWhichCommandFailedAndWhatItSaid) {
+    failure = "defaults";
+    controller.setHidesSystemDock(true);
+    settle();
+    EXPECT_EQ(takeCommands(), "/usr/bin/defaults write com.apple.dock autohide -bool true\n"); // and no restart
+    EXPECT_EQ(*controller.errorMessage(), "Unable to run defaults: Could not write domain");
+    EXPECT_EQ(log.lines.back(), *controller.errorMessage());
+    failure = "killall";
+    controller.applyDockPreference();
+    settle();
+    EXPECT_EQ(*controller.errorMessage(), "Unable to run killall: Could not write domain");
+    failure = {};
+    isHidden = false;
+    controller.applyDockPreference();
+    settle();
+    EXPECT_EQ(*controller.errorMessage(), std::nullopt);
+}
+
+TEST_F(Dock, IsChangedAtTheStartOnlyForWhoWantsItHidden) {
+    struct Case {
+        std::optional<bool> chosen;
+        bool isHidden;
+        const char* commands;
+        bool shown; // by the switch
+    };
+    const std::vector<Case> cases = {
+        {std::nullopt, false, "", false}, {std::nullopt, true, "", true}, {false, true, "", true},
+        {true, true, "", true},           {true, false, kHide, true},
+    };
+    for (const Case& c : cases) {
+        MemoryPreferencesStore preferences;
+        if (c.chosen) preferences.setValue(preferenceKey::hideSystemDock, *c.chosen);
+        isHidden = c.isHidden;
+        isSet = true;
+        AppDelegate delegate({desktop, desktop, desktop, desktop, desktop, preferences, desktop.queue(),
+                              desktop.pollingQueue(), desktop},
+                             {.dockAutoHide = &service});
+        delegate.applicationDidFinishLaunching();
+        settle();
+        EXPECT_EQ(takeCommands(), c.commands);
+        EXPECT_EQ(*delegate.dockAutoHide()->hidesSystemDock(), c.shown);
+        EXPECT_EQ(*delegate.dockAutoHide()->isPreferenceConfigured(), c.chosen.has_value());
+        EXPECT_EQ(preferences.boolean(preferenceKey::hideSystemDock), c.chosen);
+    }
+}
+
+class PlayedOnboarding final : public OnboardingServicing {
+  public:
+    void showOnboarding() override { ++timesShown; }
+    void closeOnboarding() override { ++timesClosed; }
+    int timesShown = 0;
+    int timesClosed = 0;
+};
+
+TEST(Onboarding, IsShownUntilThePermissionIsGivenAndNeverAgain) {
+    SimulatedDesktop desktop;
+    MemoryPreferencesStore preferences;
+    PlayedOnboarding onboarding;
+    const auto start = [&](bool isTrusted) {
+        desktop.setTrusted(isTrusted);
+        AppDelegate delegate({desktop, desktop, desktop, desktop, desktop, preferences, desktop.queue(),
+                              desktop.pollingQueue(), desktop},
+                             {.onboarding = &onboarding});
+        delegate.applicationDidFinishLaunching();
+        return *delegate.onboarding().isCompleted();
+    };
+    EXPECT_FALSE(start(false));
+    EXPECT_EQ(onboarding.timesShown, 1);
+    EXPECT_EQ(onboarding.timesClosed, 1); // with the workspace
+    EXPECT_TRUE(start(true));
+    EXPECT_EQ(preferences.boolean(preferenceKey::onboardingCompleted), true);
+    EXPECT_TRUE(start(false));
+    EXPECT_EQ(onboarding.timesShown, 1);
+}
+
+} // namespace
+} // namespace kova

@@ -1,0 +1,113 @@
+#include "platform/linux/AutostartEntry.h"
+#include "tests/linux/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+namespace kova {
+namespace {
+
+using Status = LaunchAtLoginStatus;
+
+constexpr const char* kOurs = "[Desktop Entry]\nType=Application\nName=KOVA\nComment=Puts windows into tiles\n"
+                              "Exec=/bin/true\nNoDisplay=true\nTerminal=false\n";
+
+class AutostartEntryTest : public ::testing::Test {
+  protected:
+    AutostartEntry item(const std::string& program = "/bin/true") const {
+        XdgFolders folders;
+        folders.configHome = folder.path() / "home";
+        folders.configFolders = {folder.path() / "xdg"};
+        return {folders, program, folder.path() / "systemd"};
+    }
+    bool hasEntry() const { return std::filesystem::exists(folder.path() / kEntry); }
+    std::string entry() const { return contentsOf(folder.path() / kEntry); }
+
+    static constexpr const char* kEntry = "home/autostart/kova-agent.desktop";
+    static constexpr const char* kShared = "xdg/autostart/kova-agent.desktop";
+    TemporaryFolder folder;
+};
+
+TEST_F(AutostartEntryTest, AppearsAndDisappears) {
+    auto login = item();
+    EXPECT_EQ(login.status(), Status::notRegistered);
+    EXPECT_EQ(login.unregisterAtLogin(), std::nullopt);
+    EXPECT_FALSE(hasEntry());
+    EXPECT_EQ(login.registerAtLogin(), std::nullopt);
+    EXPECT_EQ(entry(), kOurs);
+    EXPECT_EQ(login.status(), Status::enabled);
+    EXPECT_EQ(login.unregisterAtLogin(), std::nullopt);
+    EXPECT_FALSE(hasEntry());
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path() / "home/autostart"), {}), 0);
+}
+
+TEST_F(AutostartEntryTest, HonoursWhatSomebodyHasWrittenByHand) {
+    struct Case {
+        const char* name;
+        std::string before;
+        Status status;
+        std::string on, off; // the file afterwards; empty: none
+    };
+    const std::string theirs = "# mine\n[Desktop Entry]\nType=Application\nName=Tiles\nExec=/bin/true --verbose\n"
+                               "OnlyShowIn=XFCE;\n\n[X-Other]\nHidden=true\n";
+    const auto with = [](std::string text, const std::string& line) {
+        const std::string group = "[Desktop Entry]\n";
+        return text.insert(text.find(group) + group.size(), line + "\n");
+    };
+    const std::string gone = "[Desktop Entry]\nType=Application\nName=KOVA\nComment=Puts windows into tiles\n"
+                             "Exec=/nonexistent/kova-agent\nNoDisplay=true\nTerminal=false\n";
+    const std::vector<Case> cases = {
+        {"their own lines", theirs, Status::enabled, theirs, with(theirs, "Hidden=true")},
+        {"hidden", with(theirs, "Hidden=true"), Status::notRegistered, theirs, with(theirs, "Hidden=true")},
+        {"switched off by a desktop", with(kOurs, "X-GNOME-Autostart-enabled=false"), Status::notRegistered, kOurs,
+         with(with(kOurs, "X-GNOME-Autostart-enabled=false"), "Hidden=true")},
+        {"the program has moved", gone, Status::notFound, kOurs, ""},
+        {"no entry at all", "nonsense\n", Status::notFound, "nonsense\n[Desktop Entry]\nExec=/bin/true\n",
+         "nonsense\n[Desktop Entry]\nHidden=true\n"},
+    };
+    for (const Case& c : cases) {
+        folder.write(kEntry, c.before);
+        EXPECT_EQ(item().status(), c.status) << c.name;
+        EXPECT_EQ(entry(), c.before) << c.name << ": looking changes nothing";
+        EXPECT_EQ(item().registerAtLogin(), std::nullopt) << c.name;
+        EXPECT_EQ(entry(), c.on) << c.name;
+        folder.write(kEntry, c.before);
+        EXPECT_EQ(item().unregisterAtLogin(), std::nullopt) << c.name;
+        EXPECT_EQ(hasEntry() ? entry() : "", c.off) << c.name;
+        EXPECT_EQ(item().status(), Status::notRegistered) << c.name;
+    }
+}
+
+TEST_F(AutostartEntryTest, ReckonsWithWhatElseStartsTheAgent) {
+    folder.write(kShared, kOurs);
+    EXPECT_EQ(item().status(), Status::enabled);
+    EXPECT_EQ(item().unregisterAtLogin(), std::nullopt);
+    EXPECT_NE(entry().find("Hidden=true"), std::string::npos) << "the user's hides that of the machine";
+    EXPECT_EQ(item().status(), Status::notRegistered);
+    EXPECT_EQ(item().registerAtLogin(), std::nullopt);
+    EXPECT_EQ(item().status(), Status::enabled);
+
+    const auto wants = folder.path() / "home/systemd/user/graphical-session.target.wants";
+    std::filesystem::create_directories(wants);
+    std::filesystem::create_symlink("/usr/lib/systemd/user/kova-agent.service", wants / "kova-agent.service");
+    const auto problem = item().unregisterAtLogin();
+    ASSERT_TRUE(problem);
+    EXPECT_NE(problem->find("systemctl --user disable kova-agent.service"), std::string::npos);
+    EXPECT_EQ(item().status(), Status::enabled);
+    std::filesystem::create_symlink("/dev/null", folder.path() / "home/systemd/user/kova-agent.service");
+    EXPECT_EQ(item().status(), Status::notRegistered) << "a masked unit starts nothing";
+}
+
+TEST_F(AutostartEntryTest, QuotesItsProgramAndSaysWhatWentWrong) {
+    const auto program = folder.write("a \"$5\" 100% \\ folder/kova-agent", "#!/bin/sh\n");
+    std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+    EXPECT_EQ(item(program.string()).registerAtLogin(), std::nullopt);
+    EXPECT_EQ(item().status(), Status::enabled) << entry(); // read back by the rules of desktop entries
+    std::filesystem::remove_all(folder.path() / "home");
+    folder.write("home/autostart", "a file, no folder");
+    const auto problem = item().registerAtLogin();
+    ASSERT_TRUE(problem);
+    EXPECT_NE(problem->find(kEntry), std::string::npos) << *problem;
+}
+
+} // namespace
+} // namespace kova
