@@ -5,7 +5,7 @@ if(UNIX AND NOT APPLE)
   kova_tests(x11 kova_platform_x11)
   kova_tests(desktop kova_platform_x11)
   # Joins the desktops that are compared everywhere.
-  target_sources(contract_tests PRIVATE contract/x11/X11Contract.cpp desktop/PrivateServer.cpp desktop/TestClient.cpp)
+  target_sources(contract_tests PRIVATE contract/x11/X11Contract.cpp contract/x11/LinuxSessionContract.cpp desktop/PrivateServer.cpp desktop/TestClient.cpp)
   target_link_libraries(contract_tests PRIVATE kova_platform_x11 kova_platform_linux)
   kova_tests(agent kova_platform_x11)
   target_sources(agent_tests PRIVATE desktop/PrivateServer.cpp desktop/TestClient.cpp)

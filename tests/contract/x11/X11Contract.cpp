@@ -211,6 +211,13 @@ class X11Stage final : public ContractDesktop {
         xcb_window_t window = 0;
     };
 
+    static XdgFolders foldersIn(const std::filesystem::path& home) {
+        XdgFolders folders;
+        folders.configHome = home / "config";
+        folders.stateHome = home / "state";
+        folders.dataHome = home / "data";
+        return folders;
+    }
     static std::string number(double value) { return std::to_string(std::lround(value)); }
     void hand(std::vector<std::string> command) {
         command.insert(command.begin(), "xdotool");
@@ -240,12 +247,7 @@ class X11Stage final : public ContractDesktop {
     PrivateServer server_;
     std::unique_ptr<TestClient> watcher_;
     EventLoop loop_;
-    DesktopEntries catalogue_{XdgFolders{.configHome = home_.path() / "config",
-                                         .stateHome = home_.path() / "state",
-                                         .dataHome = home_.path() / "data",
-                                         .dataFolders = {},
-                                         .runtime = std::nullopt},
-                              "C"};
+    DesktopEntries catalogue_{foldersIn(home_.path()), "C"};
     DesktopLauncher launcher_{catalogue_, loop_};
     std::unique_ptr<X11Desktop> desktop_;
     std::map<std::string, Application> applications_;

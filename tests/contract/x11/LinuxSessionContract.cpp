@@ -1,0 +1,73 @@
+// The login session on Linux, with a stand-in for logind on a bus of the test's own.
+#include "platform/linux/LoginSession.h"
+#include "tests/contract/SessionContract.h"
+#include "tests/linux/PrivateBus.h"
+
+#include <unistd.h>
+
+namespace kova::contract {
+namespace {
+
+class LinuxSessionStage final : public SessionStage {
+  public:
+    LinuxSessionStage() {
+        bus_.start();
+        bus_.startLogind();
+        bus_.addSession("c1", getuid(), "x11");
+        session_ = std::make_unique<LoginSession>(loop_, BusAddresses{bus_.address(), bus_.address()},
+                                                  SessionTraces{"c1", getpid(), getuid()});
+        EXPECT_TRUE(runUntil([&] { return isListening(); }));
+    }
+    SystemActivityServicing& activity() override { return *session_; }
+    SessionServicing& session() override { return *session_; }
+    void undergo(SystemActivityEvent event) override {
+        using enum SystemActivityEvent;
+        switch (event) {
+        case systemWillSleep:
+        case systemDidWake:
+            return bus_.emit("PrepareForSleep", "b", {sdbus::Variant(event == systemWillSleep)});
+        case screensDidSleep:
+        case screensDidWake:
+            // As the X server's watch reports it, which never calls from inside another's call.
+            return loop_.post([this, event] { session_->screensAreOn(event == screensDidWake); });
+        case sessionDidResignActive:
+        case sessionDidBecomeActive:
+            return bus_.set("c1", "Active", sdbus::Variant(event == sessionDidBecomeActive));
+        case screenDidLock:
+        case screenDidUnlock:
+            return bus_.set("c1", "LockedHint", sdbus::Variant(event == screenDidLock));
+        }
+    }
+    bool runUntil(const std::function<bool()>& condition) override {
+        const Seconds end = loop_.uptime() + Seconds(20);
+        while (!condition()) {
+            if (loop_.uptime() > end) return false;
+            runFor(Seconds(0.005));
+        }
+        return true;
+    }
+    void runFor(Seconds time) override {
+        loop_.after(time, [this] { loop_.quit(0); });
+        loop_.run();
+    }
+
+  private:
+    bool isListening() const {
+        for (const auto& line : session_->diagnose()) {
+            if (line.subject == "login session" && line.text.starts_with("logind tells")) return true;
+        }
+        return false;
+    }
+
+    PrivateBus bus_;
+    EventLoop loop_;
+    std::unique_ptr<LoginSession> session_;
+};
+
+INSTANTIATE_TEST_SUITE_P(Linux, SessionContract,
+                         ::testing::Values(SessionBackend{"Logind", "",
+                                                          [] { return std::make_unique<LinuxSessionStage>(); }}),
+                         [](const auto& chosen) { return chosen.param.name; });
+
+} // namespace
+} // namespace kova::contract
