@@ -124,6 +124,13 @@ class KovaMenuBarContent::Build {
             std::move(id), std::move(title), Enabled::yes, [set, isOn] { set(!isOn); }, checkedIf(isOn));
     }
     void separate() { entries_.push_back({.kind = MenuEntry::Kind::separator}); }
+    /// A line to read; none when there is nothing to say.
+    void addHeading(const std::string& text) {
+        if (text.empty()) return;
+        MenuEntry heading{.kind = MenuEntry::Kind::heading, .title = text};
+        heading.isEnabled = false;
+        entries_.push_back(std::move(heading));
+    }
     template <class Add>
     void inSubmenu(std::string title, Add addEntries) {
         auto outer = std::exchange(entries_, {});
@@ -146,8 +153,7 @@ class KovaMenuBarContent::Build {
 
     void addWindowEntries() {
         if (!isGranted_) {
-            entries_.push_back({.kind = MenuEntry::Kind::heading, .title = "Accessibility permission is required"});
-            entries_.back().isEnabled = false;
+            addHeading("Accessibility permission is required");
             separate();
         }
         add(
@@ -229,11 +235,26 @@ class KovaMenuBarContent::Build {
     void addSettings() {
         addSwitch("tile-backgrounds", "Show Tile Backgrounds", *state_.showTileBackgrounds,
                   [this](bool on) { workspace_.setShowTileBackgrounds(on); });
+        addSystemSettings();
         addUpdateSettings();
         if (!services_.documents) return;
         separate();
         add("export", "Export Scenes and Rules…", Enabled::yes, [this] { services_.documents->exportDocument(); });
         add("import", "Import Scenes and Rules…", Enabled::yes, [this] { services_.documents->importDocument(); });
+    }
+
+    /// What the system refuses is said below the switch.
+    void addSystemSettings() {
+        if (LaunchAtLoginController* login = services_.delegate.launchAtLogin()) {
+            addSwitch("start-at-login", "Start at Login", *login->startsAtLogin(),
+                      [login](bool on) { login->setStartsAtLogin(on); });
+            addHeading(login->errorMessage()->value_or(""));
+        }
+        DockAutoHideController* dock = services_.delegate.dockAutoHide();
+        if (!dock || dock->absence()) return;
+        addSwitch("hide-dock", "Hide the Dock Automatically", *dock->hidesSystemDock(),
+                  [dock](bool on) { dock->setHidesSystemDock(on); });
+        addHeading(dock->errorMessage()->value_or(""));
     }
 
     void addUpdateSettings() {

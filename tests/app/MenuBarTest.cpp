@@ -31,6 +31,43 @@ class Updates final : public UpdateChecker {
     bool isChecking = false, checks = true, downloads = false;
 };
 
+class LoginItem final : public LaunchAtLoginServicing {
+  public:
+    LaunchAtLoginStatus status() const override {
+        return isOn ? LaunchAtLoginStatus::enabled : LaunchAtLoginStatus::notRegistered;
+    }
+    std::optional<std::string> registerAtLogin() override {
+        if (!problem) isOn = true;
+        return problem;
+    }
+    std::optional<std::string> unregisterAtLogin() override {
+        if (!problem) isOn = false;
+        return problem;
+    }
+    bool isOn = false;
+    std::optional<std::string> problem;
+};
+
+class Dock final : public DockAutoHideServicing {
+  public:
+    explicit Dock(MainQueue& queue) : queue_(queue) {}
+    std::optional<std::string> absence() const override { return missing; }
+    void readAutoHide(ReadCompletion completion) override {
+        queue_.post([this, completion] { completion(isHidden); });
+    }
+    void writeAutoHide(bool hides, WriteCompletion completion) override {
+        queue_.post([this, hides, completion] {
+            isHidden = hides;
+            completion({});
+        });
+    }
+    std::optional<std::string> missing;
+    bool isHidden = false;
+
+  private:
+    MainQueue& queue_;
+};
+
 class MenuBar : public ::testing::Test {
   protected:
     MenuBar() {
@@ -80,8 +117,11 @@ class MenuBar : public ::testing::Test {
 
     SimulatedDesktop desktop;
     MemoryPreferencesStore preferences;
+    LoginItem loginItem;
+    Dock dock{desktop.queue()};
     AppDelegate delegate{
-        {desktop, desktop, desktop, desktop, desktop, preferences, desktop.queue(), desktop.pollingQueue(), desktop}};
+        {desktop, desktop, desktop, desktop, desktop, preferences, desktop.queue(), desktop.pollingQueue(), desktop},
+        {.launchAtLogin = &loginItem, .dockAutoHide = &dock}};
     WorkspaceController& workspace = delegate.workspace();
     KovaShortcutSettings& shortcuts = delegate.shortcutSettings();
     Panels panels;
@@ -236,6 +276,17 @@ TEST_F(MenuBar, SwitchesWhatTheyStandFor) {
     EXPECT_TRUE(choose("Export Scenes and Rules…"));
     EXPECT_TRUE(choose("Import Scenes and Rules…"));
     EXPECT_EQ(panels.calls, "save KOVA-Workspace.json open ");
+
+    EXPECT_TRUE(choose("Start at Login"));
+    EXPECT_TRUE(loginItem.isOn && entry("Start at Login").isChecked);
+    loginItem.problem = "The disk is full.";
+    EXPECT_TRUE(choose("Start at Login"));
+    EXPECT_TRUE(loginItem.isOn && entry("Start at Login").isChecked);
+    EXPECT_EQ(entry("The disk is full.").kind, MenuEntry::Kind::heading);
+    EXPECT_TRUE(choose("Hide the Dock Automatically"));
+    EXPECT_TRUE(dock.isHidden && entry("Hide the Dock Automatically").isChecked);
+    dock.missing = "There is no Dock.";
+    EXPECT_FALSE(isEnabled("Hide the Dock Automatically"));
 
     // The user is asked first, and nothing that runs is ended without that.
     EXPECT_TRUE(choose("Force Quit All Open Applications…"));
