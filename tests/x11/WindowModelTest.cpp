@@ -102,6 +102,22 @@ TEST_F(Model, TakesAWindowThatFillsADisplayForFullScreenUntilItKnows) {
     EXPECT_FALSE(model.isFullScreen(window()));
 }
 
+TEST_F(Model, TakesANumberThatIsGivenOutAgainForAnotherWindow) {
+    window().netName = "Old";
+    model.takeStale(window());
+    model.staleClientList = false;
+    xcb_generic_event_t whole{};
+    auto& created = reinterpret_cast<xcb_create_notify_event_t&>(whole);
+    created.response_type = XCB_CREATE_NOTIFY;
+    created.parent = kRoot;
+    created.window = kWindow;
+    EXPECT_TRUE(model.apply(whole).changed);
+    EXPECT_TRUE(model.staleClientList);
+    model.setClientList({kWindow}, Seconds(0));
+    EXPECT_EQ(window().title(), "");
+    EXPECT_EQ(window().stale, std::uint32_t{stale::all});
+}
+
 TEST_F(Model, MeasuresNothingWhileAFrameIsBehindItsWindow) {
     announceDecorations({1, 1, 20, 5}, 12);
     model.takeMeasuredFrame(window(), {1, 1, 20, 5}, 13);

@@ -16,11 +16,18 @@ EventEffects WindowModel::apply(const xcb_generic_event_t& event) {
     case XCB_CREATE_NOTIFY: {
         const auto& created = reinterpret_cast<const xcb_create_notify_event_t&>(event);
         if (created.parent != root_) return {};
+        EventEffects effects;
+        if (client(created.window)) {
+            // The server gives numbers out again: the window that had it has gone, unheard inside its frame, and a list
+            // that names the number means the new one.
+            forget(created.window);
+            effects.changed = staleClientList = true;
+        }
         const PixelRect rect{created.x, created.y, created.width + 2 * created.border_width,
                              created.height + 2 * created.border_width};
         setTopLevel(created.window, {rect, created.border_width, false, created.override_redirect != 0,
                                      event.full_sequence, event.full_sequence});
-        return {};
+        return effects;
     }
     case XCB_DESTROY_NOTIFY: {
         const auto& destroyed = reinterpret_cast<const xcb_destroy_notify_event_t&>(event);
