@@ -102,6 +102,17 @@ void TestClient::unmap(xcb_window_t window) {
     sync();
 }
 
+void TestClient::withdraw(xcb_window_t window) {
+    xcb_unmap_window(connection_, window);
+    xcb_unmap_notify_event_t message{};
+    message.response_type = XCB_UNMAP_NOTIFY;
+    message.event = root_;
+    message.window = window;
+    xcb_send_event(connection_, 0, root_, XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&message));
+    sync();
+}
+
 void TestClient::destroy(xcb_window_t window) {
     xcb_destroy_window(connection_, window);
     sync();

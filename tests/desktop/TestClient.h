@@ -42,6 +42,8 @@ class TestClient {
     xcb_window_t create(const TestWindow& window);
     void map(xcb_window_t window);
     void unmap(xcb_window_t window);
+    /// Takes it back from whoever manages it, also when it is not mapped.
+    void withdraw(xcb_window_t window);
     void destroy(xcb_window_t window);
     /// Moves and resizes it, as its own program.
     void configure(xcb_window_t window, const CGRect& area);

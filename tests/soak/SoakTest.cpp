@@ -1,0 +1,407 @@
+// A long day in a short time: real windows, the real agent, and anything that can happen to them, at any moment.
+//
+// KOVA_SOAK_SECONDS   how long it lasts; memory is judged from a minute on
+// KOVA_SOAK_SEED      begins with this seed; what comes of it still depends on how fast the machine is
+#include "tests/agent/Session.h"
+#include "tests/desktop/TestClient.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <deque>
+#include <fstream>
+#include <memory>
+#include <random>
+#include <thread>
+
+namespace kova::testing {
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+constexpr std::size_t kMostWindows = 14;
+constexpr std::size_t kMostTerminals = 5;
+constexpr std::size_t kStepsTold = 40;
+constexpr std::chrono::seconds kLongEnoughForMemory{60};
+
+std::chrono::seconds duration() {
+    const char* told = std::getenv("KOVA_SOAK_SECONDS");
+    return std::chrono::seconds(told ? std::atoi(told) : 10);
+}
+
+std::uint32_t seed() {
+    const char* told = std::getenv("KOVA_SOAK_SEED");
+    return told ? static_cast<std::uint32_t>(std::atol(told)) : std::random_device{}();
+}
+
+class Soak : public ::testing::TestWithParam<Manager> {
+  protected:
+    struct Window {
+        std::size_t application;
+        xcb_window_t number;
+        std::string title;
+    };
+    struct Terminal {
+        std::string title;
+        ChildProcess process;
+    };
+    struct Step {
+        int weight;
+        std::string name;
+        std::function<void()> take;
+    };
+
+    void SetUp() override {
+        if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
+        for (int i = 0; i < 4; ++i) {
+            applications_.push_back(std::make_unique<TestClient>(server_.displayName(), "Drawing" + std::to_string(i),
+                                                                 static_cast<std::uint32_t>(getpid())));
+        }
+        if (GetParam() == Manager::openbox) startManager();
+        // What has been freed is to be seen by the memory's count.
+        session_.setVariable("ASAN_OPTIONS", "quarantine_size_mb=1:detect_leaks=1:malloc_context_size=8");
+        agent_ = session_.startAgent();
+        ASSERT_TRUE(session_.agentAnswers());
+    }
+
+    std::size_t below(std::size_t count) { return random_() % count; }
+    double between(double least, double most) {
+        return std::floor(std::uniform_real_distribution<double>(least, most)(random_));
+    }
+    std::string anyOf(std::vector<std::string> choices) { return choices[below(choices.size())]; }
+    /// Somewhere on the screen, for the most part.
+    CGRect anyFrame() { return makeRect(between(0, 1500), between(0, 800), between(120, 1200), between(80, 900)); }
+
+    void startManager() {
+        server_.startManager();
+        // The word of one that has gone is left on the root.
+        const auto& eye = *applications_.front();
+        const auto namesItself = [&eye](xcb_window_t window) {
+            return eye.numbers(window, "_NET_SUPPORTING_WM_CHECK") == std::vector<std::uint32_t>{window};
+        };
+        ASSERT_TRUE(eventually([&] {
+            const auto named = eye.numbers(eye.root(), "_NET_SUPPORTING_WM_CHECK");
+            return !named.empty() && namesItself(named.front());
+        }));
+    }
+
+    // What programs do
+    void openWindow() {
+        if (windows_.size() >= kMostWindows) return closeWindow();
+        const std::size_t application = below(applications_.size());
+        TestWindow traits{.title = "window " + std::to_string(++opened_), .frame = anyFrame(), .knowsDelete = true};
+        if (below(5) == 0) traits.minimumSize = CGSize{between(100, 1500), between(100, 800)};
+        if (below(5) == 0) traits.cells = CGSize{7, 14};
+        if (below(8) == 0) traits.type = anyOf({"DIALOG", "UTILITY", "SPLASH", "TOOLBAR"});
+        windows_.push_back({application, applications_[application]->open(traits), traits.title});
+    }
+    void closeWindow() {
+        withAnyWindow([this](Window& window, TestClient& client) {
+            client.destroy(window.number);
+            windows_.erase(windows_.begin() + (&window - windows_.data()));
+        });
+    }
+    void withAnyWindow(const std::function<void(Window&, TestClient&)>& act) {
+        if (windows_.empty()) return;
+        Window& window = windows_[below(windows_.size())];
+        act(window, *applications_[window.application]);
+    }
+    void startTerminal() {
+        if (terminals_.size() >= kMostTerminals) return killTerminal();
+        const std::string title = "terminal " + std::to_string(++opened_);
+        terminals_.push_back({title, server_.start({"xterm", "-T", title, "-e", "sleep", "1000"})});
+    }
+    void killTerminal() {
+        if (!terminals_.empty())
+            terminals_.erase(terminals_.begin() + static_cast<std::ptrdiff_t>(below(terminals_.size())));
+    }
+
+    // What the machine does
+    void changeDisplays() {
+        const auto width = std::to_string(static_cast<int>(between(700, 1200)));
+        switch (below(3)) {
+        case 0: // one display becomes two
+            session_.run({"xrandr", "--setmonitor", "left", width + "/254x1080/285+0+0", "screen"});
+            session_.run({"xrandr", "--setmonitor", "right", "700/190x1080/285+" + width + "+0", "none"});
+            break;
+        case 1:
+            session_.run({"xrandr", "--delmonitor", "right"});
+            break;
+        default:
+            restoreDisplays();
+        }
+    }
+    void restoreDisplays() {
+        session_.run({"xrandr", "--delmonitor", "right"});
+        session_.run({"xrandr", "--delmonitor", "left"});
+    }
+    void replaceManager() {
+        if (GetParam() == Manager::none) return;
+        server_.endManager();
+        startManager();
+    }
+
+    // What a person does
+    void says(const std::vector<std::string>& words) {
+        const auto finished = session_.kova(words);
+        if (finished.exitCode == 0 || finished.exitCode == 1) return; // done, or refused with a reason
+        std::string command;
+        for (const auto& word : words) command += " " + word;
+        ADD_FAILURE() << "kova" << command << " ended with " << finished.exitCode << ":\n" << finished.output;
+    }
+    std::string anyTitle() { return windows_.empty() ? "nothing" : windows_[below(windows_.size())].title; }
+    void dragDivider() {
+        const auto answer = session_.kova({"divider", "list", "--json"});
+        if (answer.exitCode != 0) return;
+        const auto dividers = nlohmann::json::parse(answer.output).at("dividers");
+        if (dividers.empty()) return;
+        const auto& divider = dividers[below(dividers.size())];
+        says({"divider", "drag", divider.at("split"), std::to_string(divider.at("boundary").get<int>()),
+              std::to_string(static_cast<int>(between(-400, 400))), "--display", divider.at("display")});
+    }
+    void carryWithTheMouse() {
+        const auto place = [this] {
+            return std::pair{std::to_string(static_cast<int>(between(0, 1919))),
+                             std::to_string(static_cast<int>(between(0, 1079)))};
+        };
+        const auto [x, y] = place();
+        const auto [toX, toY] = place();
+        session_.run({"xdotool", "mousemove", x, y, "mousedown", "1", "mousemove", toX, toY, "mouseup", "1"});
+    }
+
+    std::vector<Step> steps() {
+        const auto direction = [this] { return anyOf({"left", "right", "up", "down"}); };
+        return {
+            {8, "open window", [this] { openWindow(); }},
+            {5, "close window", [this] { closeWindow(); }},
+            {6, "retitle",
+             [this] {
+                 withAnyWindow([this](Window& window, TestClient& client) {
+                     window.title = "window " + std::to_string(++opened_) + anyOf({"", " \xc3\xa9", " \"", "\n"});
+                     client.setTitle(window.number, window.title);
+                 });
+             }},
+            {8, "resize itself",
+             [this] {
+                 withAnyWindow(
+                     [this](Window& window, TestClient& client) { client.configure(window.number, anyFrame()); });
+             }},
+            {2, "go away and come back",
+             [this] {
+                 withAnyWindow([this](Window& window, TestClient& client) {
+                     // A program waits until its window is its own again. Managers that have just minimised it take
+                     // the first word for the end of that.
+                     const auto isWithdrawn = [&] {
+                         client.withdraw(window.number);
+                         const auto state = client.numbers(window.number, "WM_STATE");
+                         return state.empty() || state.front() == 0;
+                     };
+                     // One that was just coming never knew the window, and leaves what its predecessor wrote.
+                     eventually(isWithdrawn, 1s);
+                     client.map(window.number);
+                 });
+             }},
+            {2, "fill the screen",
+             [this] {
+                 withAnyWindow([this](Window& window, TestClient& client) {
+                     client.demandState(window.number,
+                                        anyOf({"_NET_WM_STATE_FULLSCREEN", "_NET_WM_STATE_MAXIMIZED_VERT"}), "",
+                                        below(2) ? TestClient::Demand::add : TestClient::Demand::remove);
+                 });
+             }},
+            {3, "start terminal", [this] { startTerminal(); }},
+            {2, "kill terminal", [this] { killTerminal(); }},
+            {2, "change displays", [this] { changeDisplays(); }},
+            {1, "replace window manager", [this] { replaceManager(); }},
+            {6, "mouse", [this] { carryWithTheMouse(); }},
+            {8, "arrange", [this] { says({"arrange"}); }},
+            {4, "layout",
+             [this] {
+                 says({"layout", anyOf({"next", "previous", "reset-sizes"})});
+             }},
+            {2, "inset",
+             [this] {
+                 says({"layout", "inset", std::to_string(below(30))});
+             }},
+            {8, "focus",
+             [this, direction] {
+                 says({"focus", direction()});
+             }},
+            {8, "move",
+             [this, direction] {
+                 says({"move", direction()});
+             }},
+            {5, "stack", [this] { says({"stack"}); }},
+            {4, "zoom", [this] { says({"zoom"}); }},
+            {6, "undo", [this] { says({"undo"}); }},
+            {4, "drag divider", [this] { dragDivider(); }},
+            {2, "capture",
+             [this] {
+                 says({"scene", "capture", anyOf({"Work", "Home", "Play"})});
+             }},
+            {3, "open scene",
+             [this] {
+                 says({"scene", "open", anyOf({"Work", "Home", "Play"})});
+             }},
+            {1, "delete scene",
+             [this] {
+                 says({"scene", "delete", anyOf({"Work", "Home", "Play"})});
+             }},
+            {1, "rules",
+             [this] {
+                 says({"rules", anyOf({"on", "off"})});
+             }},
+            {1, "rule",
+             [this] {
+                 says({"rule", "add", "--app", "Drawing1", anyOf({"float", "ignore"})});
+             }},
+            {1, "forget rule",
+             [this] {
+                 says({"rule", "delete", "1"});
+             }},
+            {3, "ask",
+             [this] {
+                 says({"query", "state"});
+             }},
+            {4, "open URL",
+             [this] {
+                 says({"open", anyOf({"kova://action/arrange", "kova:action/stack", "KOVA://scene/work",
+                                      "kova://action/move/up", "kova://action/focus/nowhere", "kova://%"})});
+             }},
+            {2, "explain",
+             [this] {
+                 says({"explain", anyTitle()});
+             }},
+        };
+    }
+
+    // What must be true
+    /// Tiles that one window covers have one frame.
+    void expectNoOverlaps() {
+        const auto tiles = session_.query("tiles");
+        EXPECT_FALSE(tiles.empty());
+        const auto frameOf = [](const nlohmann::json& tile) {
+            const auto& frame = tile.at("frame");
+            return makeRect(frame.at("x"), frame.at("y"), frame.at("width"), frame.at("height"));
+        };
+        for (auto tile = tiles.begin(); tile != tiles.end(); ++tile) {
+            for (auto other = tiles.begin(); other != tile; ++other) {
+                const bool isShared = !(*tile)["window"].is_null() && (*tile)["window"] == (*other)["window"];
+                if (isShared || (*tile)["display"] != (*other)["display"]) continue;
+                EXPECT_EQ(intersectionArea(frameOf(*tile), frameOf(*other)), 0) << tiles.dump();
+            }
+        }
+    }
+    void expectNobodyWasClosed() {
+        for (const auto& window : windows_) {
+            EXPECT_EQ(applications_[window.application]->deleteCount(window.number), 0) << window.title;
+        }
+    }
+    /// On the screen, or where a window manager keeps what is minimised.
+    std::string outOfReach() {
+        std::string lost;
+        for (const auto& window : windows_) {
+            const auto& client = *applications_[window.application];
+            const double seen = intersectionArea(client.area(window.number), makeRect(0, 0, 1920, 1080));
+            const bool isSeen = client.isViewable(window.number) && seen >= 30 * 30;
+            const auto state = client.numbers(window.number, "WM_STATE");
+            const bool isIconic = GetParam() == Manager::openbox && !state.empty() && state.front() == 3;
+            if (isSeen || isIconic) continue;
+            const CGRect area = client.area(window.number);
+            lost += window.title + (client.isViewable(window.number) ? " is shown at " : " is not shown, at ") +
+                    std::to_string(minX(area)) + "," + std::to_string(minY(area)) + ", state " +
+                    (state.empty() ? "none" : std::to_string(state.front())) + "\n";
+        }
+        return lost;
+    }
+    std::string unknownTerminals() {
+        const auto known = session_.query("windows");
+        std::string unknown;
+        for (const auto& terminal : terminals_) {
+            const bool isKnown = std::any_of(known.begin(), known.end(),
+                                             [&](const auto& window) { return window.at("title") == terminal.title; });
+            if (!isKnown) unknown += terminal.title + "\n";
+        }
+        return unknown;
+    }
+    /// In KiB, as far as the agent has it for itself.
+    long memory() const {
+        std::ifstream rollup("/proc/" + std::to_string(agent_) + "/smaps_rollup");
+        for (std::string line; std::getline(rollup, line);) {
+            if (line.starts_with("Private_Dirty:"))
+                return std::atol(line.c_str() + std::string("Private_Dirty:").size());
+        }
+        return 0;
+    }
+    void expectPlateau(const std::vector<long>& samples) {
+        // The first third fills what is kept: undo, scenes, what was learnt of the applications.
+        const auto third = static_cast<std::ptrdiff_t>(samples.size() / 3);
+        const long before = *std::max_element(samples.begin() + third, samples.end() - third);
+        const long after = *std::max_element(samples.end() - third, samples.end());
+        std::cerr << "private memory: " << before << " KiB before, " << after << " KiB at the end\n";
+        EXPECT_LT(after, before + before / 10 + 1024);
+    }
+
+    const std::uint32_t seed_ = seed();
+    std::mt19937 random_{seed_};
+    PrivateServer server_{"1920x1080"};
+    Session session_{server_.folder(), server_.displayName()};
+    std::vector<std::unique_ptr<TestClient>> applications_;
+    std::vector<Window> windows_;
+    std::vector<Terminal> terminals_;
+    pid_t agent_ = -1;
+    int opened_ = 0;
+};
+
+TEST_P(Soak, NothingIsLostAndNothingGrows) {
+    const auto steps = this->steps();
+    std::vector<int> weights;
+    for (const auto& step : steps) weights.push_back(step.weight);
+    std::discrete_distribution<std::size_t> choose(weights.begin(), weights.end());
+
+    std::deque<std::string> story;
+    std::vector<long> samples;
+    const auto begin = Clock::now();
+    auto sampleDue = begin;
+    long taken = 0;
+    for (; Clock::now() - begin < duration() && !HasFailure(); ++taken) {
+        const auto& step = steps[choose(random_)];
+        story.push_back(step.name);
+        if (story.size() > kStepsTold) story.pop_front();
+        step.take();
+        if (below(40) == 0) expectNoOverlaps();
+        if (below(4) == 0) std::this_thread::sleep_for(std::chrono::milliseconds(below(120)));
+        if (Clock::now() >= sampleDue) {
+            samples.push_back(memory());
+            sampleDue += 1s;
+        }
+    }
+    // The day is over: whoever had moved away for a moment comes to rest.
+    restoreDisplays();
+    EXPECT_TRUE(eventually([&] { return unknownTerminals().empty(); })) << unknownTerminals();
+    says({"arrange"});
+    expectNoOverlaps();
+    expectNobodyWasClosed();
+    if (duration() >= kLongEnoughForMemory) expectPlateau(samples);
+
+    EXPECT_EQ(session_.kova({"quit"}).exitCode, 0);
+    const auto finished = session_.waitForAgent();
+    ASSERT_TRUE(finished) << "the agent does not end";
+    EXPECT_EQ(finished->exitCode, 0) << finished->output;
+    EXPECT_EQ(finished->output.find("Sanitizer"), std::string::npos) << finished->output;
+    EXPECT_TRUE(eventually([&] { return outOfReach().empty(); })) << outOfReach();
+
+    std::cerr << taken << " steps, seed " << seed_ << ", " << windows_.size() + terminals_.size() << " windows left\n";
+    if (!HasFailure()) return;
+    for (const auto& name : story) std::cerr << name << "; ";
+    std::cerr << "\n";
+}
+
+INSTANTIATE_TEST_SUITE_P(Beside, Soak, ::testing::Values(Manager::none, Manager::openbox),
+                         [](const auto& chosen) { return chosen.param == Manager::none ? "NoManager" : "Openbox"; });
+
+} // namespace
+} // namespace kova::testing
