@@ -7,6 +7,7 @@
 #include "app/DocumentExchange.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,8 +21,9 @@ class MacAgent {
     MacAgent(const MacAgent&) = delete;
     MacAgent& operator=(const MacAgent&) = delete;
 
-    /// False when it cannot manage this session; it has been said why. URLs that came before are opened then.
-    [[nodiscard]] bool start();
+    /// Opens the URLs that came before, too. The process's exit code when it cannot manage this session, and it has
+    /// been said why; absent when it does.
+    [[nodiscard]] std::optional<int> start();
     /// The desktop gets back what was borrowed, and the preferences are on disk.
     void stop();
     void openURLs(const std::vector<std::string>& urls);

@@ -1,5 +1,6 @@
 #include "agent/MacAgent.h"
 
+#include "app/SystemDockAutoHideService.h"
 #include "platform/macos/CoreFoundation.h"
 #include "platform/macos/DispatchQueues.h"
 #include "platform/macos/MacAccessibility.h"
@@ -9,6 +10,7 @@
 #include "platform/macos/MacDividerHandles.h"
 #include "platform/macos/MacDocumentPanels.h"
 #include "platform/macos/MacKeyMonitors.h"
+#include "platform/macos/MacOnboarding.h"
 #include "platform/macos/MacPointerMonitor.h"
 #include "platform/macos/MacScreens.h"
 #include "platform/macos/MacSystemActivity.h"
@@ -64,7 +66,10 @@ struct MacAgent::Parts {
                .shell = {.pointer = &pointer,
                          .dividerHandles = &dividerHandles,
                          .systemActivity = &systemActivity,
-                         .keys = &keys},
+                         .keys = &keys,
+                         .launchAtLogin = &loginItem,
+                         .dockAutoHide = &dock,
+                         .onboarding = &onboarding},
                .diagnostics = {&diagnostics},
                .quit = quitMacAgent}) {}
 
@@ -79,16 +84,19 @@ struct MacAgent::Parts {
     MacDividerHandles dividerHandles{mainQueue()};
     MacAlerts alerts;
     MacDiagnostics diagnostics{accessibility, applications};
+    MacOnboarding onboarding{accessibility};
+    MainAppLoginItem loginItem;
+    ProcessRunner runner;
+    DispatchWorkQueue commandQueue{labelled(".commands")};
+    SystemDockAutoHideService dock{runner, commandQueue, mainQueue()};
     DispatchWorkQueue diskQueue{labelled(".disk")};
     MacDocumentPanels panels{mainQueue(), diskQueue};
     DispatchWorkQueue pollingQueue{labelled(".window-snapshot")};
     SessionAgent agent;
     DocumentExchange documents{agent.delegate().workspace(), panels, alerts};
     std::unique_ptr<UpdateChecker> updates = makeUpdateChecker();
-    KovaMenuBarContent menu{{.delegate = agent.delegate(),
-                             .documents = &documents,
-                             .updates = updates.get(),
-                             .quit = quitMacAgent}};
+    KovaMenuBarContent menu{
+        {.delegate = agent.delegate(), .documents = &documents, .updates = updates.get(), .quit = quitMacAgent}};
     MenuBar menuBar{menu};
     // Without this the system lets an application that shows no window rest, and its timers with it. The machine may
     // sleep all the same.
@@ -107,18 +115,18 @@ MacAgent::~MacAgent() {
     closeLog();
 }
 
-bool MacAgent::start() {
+std::optional<int> MacAgent::start() {
     const auto complaint = [this](const std::string& problem) { complain(options_, problem); };
     auto claim = SessionAgent::claimSession(complaint);
-    if (!claim) return false;
+    if (!claim) return kExitSessionNotTaken;
     parts_ = std::make_unique<Parts>();
     if (const auto problem = parts_->agent.start(std::move(*claim))) {
         complaint(*problem);
-        return false;
+        return kExitFailed;
     }
     isStarted_ = true;
     openURLs(std::exchange(waitingURLs_, {}));
-    return true;
+    return std::nullopt;
 }
 
 void MacAgent::stop() {

@@ -49,11 +49,11 @@ The log is ~/Library/Logs/KOVA/agent.log, the preferences are in the user's defa
     [NSApp setActivationPolicy:NSApplicationActivationPolicyAccessory];
     [NSApp setApplicationIconImage:[NSImage imageNamed:@"AppIcon"]];
     [self listenToStopSignals];
-    bool isStarted = false;
-    kova::macos::contained([&] { isStarted = self->_agent->start(); });
-    if (!isStarted) {
+    std::optional<int> exitCode = kova::kExitFailed; // unless it gets as far as to say otherwise
+    kova::macos::contained([&] { exitCode = self->_agent->start(); });
+    if (exitCode) {
         _agent.reset();
-        std::exit(kova::kExitFailed);
+        std::exit(*exitCode);
     }
 }
 
