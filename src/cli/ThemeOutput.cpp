@@ -73,8 +73,9 @@ std::string chosen(const char* what, const json& record) {
 } // namespace
 
 std::string printThemes(const json& result, const Arguments&) {
-    constexpr std::array kColors = {"background", "panel", "text", "mutedText", "accent", "secondaryAccent"};
-    Table table({{"NAME"}, {"ID"}, {"BACKGROUND"}, {"PANEL"}, {"TEXT"}, {"MUTED"}, {"ACCENT"}, {"SECOND"}});
+    // As many as fit into a line of 80 columns; the others are in the agent's answer, too.
+    constexpr std::array kColors = {"background", "panel", "text", "accent"};
+    Table table({{"NAME"}, {"ID"}, {"BACKGROUND"}, {"PANEL"}, {"TEXT"}, {"ACCENT"}});
     std::vector<std::vector<json>> colors;
     for (const json& theme : result["themes"]) {
         std::vector<std::string> cells{marked(theme), theme["id"]};

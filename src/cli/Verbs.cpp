@@ -278,8 +278,9 @@ std::span<const Verb> verbs() {
 }
 
 const Verb* verbNamed(std::string_view name) {
-    const auto* found = std::find_if(kVerbs.begin(), kVerbs.end(), [&](const Verb& verb) { return verb.name == name; });
-    return found == kVerbs.end() ? nullptr : found;
+    const auto all = verbs();
+    const auto found = std::find_if(all.begin(), all.end(), [&](const Verb& verb) { return verb.name == name; });
+    return found == all.end() ? nullptr : &*found;
 }
 
 std::string overview() {

@@ -352,9 +352,9 @@ TEST_F(CommandLine, TheLookIsListedAndChosen) {
     EXPECT_EQ(run({"theme", "background", "on"}).out, "The theme's background is on.\n");
     EXPECT_EQ(run({"accent", "select", "AMBER"}).out, "The accent colour is REACTOR AMBER (reactor-amber).\n");
     EXPECT_EQ(run({"theme", "list"}).out,
-              R"(NAME         ID                BACKGROUND  PANEL    TEXT     MUTED    ACCENT   SECOND
-Native       kova.native       #1C1C1F     #2B2B2E  #F5F5F7  #ADADB5  #FF9E1F  #FFD161
-* Neon Cyan  jarvis.neon-cyan  #03080F     #081421  #E0F7FF  #7AA8BD  #FF9E1F  #FFD161
+              R"(NAME         ID                BACKGROUND  PANEL    TEXT     ACCENT
+Native       kova.native       #1C1C1F     #2B2B2E  #F5F5F7  #FF9E1F
+* Neon Cyan  jarvis.neon-cyan  #03080F     #081421  #E0F7FF  #FF9E1F
 
 The theme's background is on.
 The brain is off.
@@ -378,6 +378,19 @@ The backgrounds of tiles are on.
     EXPECT_EQ(*again.state().accentColorID, "reactor-amber");
     EXPECT_TRUE(*again.state().useThemeBackground && *again.state().showBrain);
     EXPECT_FALSE(*again.state().showTileBackgrounds);
+}
+
+TEST_F(CommandLine, OpeningNothingStartsAnAgentUnlessOneRuns) {
+    files.write("kova-agent", "#!/bin/sh\necho started $#\n");
+    std::filesystem::permissions("kova-agent", std::filesystem::perms::owner_all);
+    environment.push_back("PATH=" + files.path().string() + ":/bin:/usr/bin");
+    EXPECT_EQ(run({"open"}).out, run({"status"}).out);
+    environment[0] += ".gone";
+    EXPECT_EQ(run({"open"}).out, "started 0\n");
+    environment.back() = "PATH=/nowhere";
+    const Result missing = run({"open"});
+    EXPECT_EQ(missing.code, 3);
+    EXPECT_NE(missing.err.find("kova-agent cannot be started: No such file"), std::string::npos) << missing.err;
 }
 
 TEST_F(CommandLine, SubscribersHearOfEachChangeUntilTheAgentEnds) {
