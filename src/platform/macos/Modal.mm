@@ -11,6 +11,7 @@ void runDialogSoon(std::function<void()> dialog) {
                                     block:^{
                                       contained(dialog);
                                     }];
+    CFRunLoopWakeUp(CFRunLoopGetMain()); // it may be asleep
 }
 
 void comeToFront() {
