@@ -1,0 +1,146 @@
+// A person at the keyboard: presses become operations of the workspace.
+#include "commands/LayoutShortcutCoordinator.h"
+#include "tests/harness/Desk.h"
+#include "windowing/KeyCodes.h"
+
+#include <gtest/gtest.h>
+
+namespace kova {
+namespace {
+
+constexpr std::uint64_t kFocus = modifierFlag::control | modifierFlag::option;
+constexpr std::uint64_t kMove = kFocus | modifierFlag::shift;
+const char* const kHalves = "Codex 15,15 1254x1382 | Mail 1291,15 1254x1382";
+
+class Keys : public ::testing::Test {
+  public:
+    Keys() {
+        desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+        desk.desktop.focusByHand("Mail");
+        desk.settle();
+        coordinator.installMonitors();
+        desk.settle();
+    }
+    /// Pressed once and let go.
+    void press(std::uint16_t code, std::uint64_t flags) {
+        keyboard.press(code, flags);
+        desk.settle();
+    }
+    std::string layout() { return desk.controller().resolvedLayout(desk.displayIDOf("A"))->id; }
+
+    Desk desk;
+    SimulatedKeyboard& keyboard = desk.desktop.keyboard();
+    KovaShortcutSettings settings{desk.preferences};
+    LayoutShortcutCoordinator coordinator{desk.controller(), settings, keyboard, desk.desktop.queue()};
+};
+
+TEST_F(Keys, DriveTheWholeWorkspace) {
+    desk.expectTiles(kHalves);
+    press(keyCode::h, kFocus);
+    desk.expectFocus("Codex");
+    press(keyCode::l, kFocus | modifierFlag::capsLock);
+    desk.expectFocus("Mail");
+    press(keyCode::h, kMove);
+    desk.expectTiles("Mail 15,15 1254x1382 + Codex | -");
+    press(keyCode::tab, kFocus);
+    desk.expectFocus("Codex");
+    press(keyCode::z, kFocus);
+    press(keyCode::z, kFocus);
+    desk.expectTiles(kHalves);
+    press(keyCode::returnKey, kFocus);
+    EXPECT_TRUE(desk.state().focusMode->has_value());
+    press(keyCode::returnKey, kFocus);
+    EXPECT_FALSE(desk.state().focusMode->has_value());
+    desk.desktop.moveByHand("Mail", makeRect(300, 300, 500, 400));
+    press(keyCode::a, kFocus);
+    desk.expectMessage("Windows arranged into zones — Undo is available");
+    EXPECT_TRUE(keyboard.takeTyped().empty());
+    press(keyCode::a, 0);
+    EXPECT_EQ(keyboard.takeTyped().size(), 1U) << "what is no shortcut is typed";
+}
+
+TEST_F(Keys, ChangeTheLayoutOfTheFocusedWindowsDisplayOnceWhileHeld) {
+    desk.display(1920, 1080, "B").layout("jarvis.dual-split", "B");
+    const std::string other = desk.displayIDOf("B");
+    desk.desktop.movePointer(CGPoint{3000, 500}); // over the other display
+    keyboard.press(keyCode::right, kFocus);
+    for (int i = 0; i < 5; ++i) keyboard.repeat(keyCode::right, kFocus);
+    desk.settle();
+    EXPECT_EQ(layout(), "jarvis.dual-stack");
+    EXPECT_EQ(desk.controller().resolvedLayout(other)->id, "jarvis.dual-split");
+    press(keyCode::left, kFocus);
+    EXPECT_EQ(layout(), "jarvis.dual-split");
+}
+
+TEST_F(Keys, AreKeptFromOurOwnWindowsEvenWhenRefused) {
+    keyboard.setFocus(SimulatedKeyboard::Focus::ownWindow);
+    desk.desktop.setLocked(true);
+    desk.settle();
+    press(keyCode::a, kFocus);
+    EXPECT_TRUE(keyboard.takeTyped().empty()) << "refused, and kept from the text field all the same";
+    press(keyCode::a, modifierFlag::shift);
+    keyboard.repeat(keyCode::a, kFocus);
+    EXPECT_EQ(keyboard.takeTyped().size(), 2U);
+}
+
+TEST_F(Keys, AreHeardOnceEachWithOneSetOfMonitorsAndNotWithout) {
+    coordinator.installMonitors();
+    keyboard.press(keyCode::right, kFocus);
+    desk.settle();
+    EXPECT_EQ(layout(), "jarvis.dual-stack") << "installed twice, heard once";
+    // What was pressed before they are removed, and is heard after, comes too late.
+    keyboard.press(keyCode::right, kFocus);
+    coordinator.removeMonitors();
+    coordinator.removeMonitors();
+    EXPECT_TRUE(keyboard.claimed().empty());
+    press(keyCode::right, kFocus);
+    EXPECT_EQ(layout(), "jarvis.dual-stack");
+    EXPECT_EQ(keyboard.takeTyped().size(), 1U);
+    coordinator.installMonitors();
+    press(keyCode::left, kFocus);
+    EXPECT_EQ(layout(), "jarvis.dual-split");
+}
+
+TEST_F(Keys, FollowTheConfigurationAndWaitWhileOneIsRecorded) {
+    ASSERT_TRUE(settings.setShortcut({{keyCode::f5, modifierFlag::command, "F5"}}, KovaShortcutAction::nextLayout));
+    ASSERT_TRUE(settings.setShortcut({{keyCode::q, kFocus, "Q"}}, KovaShortcutAction::commandCenter));
+    EXPECT_FALSE(keyboard.claimed().contains({keyCode::right, kFocus}));
+    EXPECT_FALSE(keyboard.claimed().contains({keyCode::q, kFocus})) << "nobody would hear of it";
+    press(keyCode::q, kFocus);
+    press(keyCode::right, kFocus);
+    EXPECT_EQ(keyboard.takeTyped().size(), 2U);
+    press(keyCode::f5, modifierFlag::command);
+    EXPECT_EQ(layout(), "jarvis.dual-stack");
+    settings.isRecording.set(true);
+    press(keyCode::f5, modifierFlag::command);
+    EXPECT_EQ(layout(), "jarvis.dual-stack");
+    EXPECT_FALSE(coordinator.handle({keyCode::f5, modifierFlag::command, false}));
+    settings.isRecording.set(false);
+    EXPECT_FALSE(coordinator.handle({keyCode::f5, modifierFlag::command, true})) << "held down";
+    EXPECT_TRUE(coordinator.handle({keyCode::f5, modifierFlag::command, false}));
+}
+
+TEST_F(Keys, ThatAnotherProgramHoldsDoNothingAndTheOthersWork) {
+    coordinator.removeMonitors();
+    const KeyCombination right{keyCode::right, kFocus};
+    keyboard.holdByOther(right);
+    coordinator.installMonitors();
+    EXPECT_EQ(keyboard.heldByOthers(), std::vector{right});
+    press(keyCode::right, kFocus);
+    EXPECT_EQ(layout(), "jarvis.dual-split");
+    press(keyCode::h, kFocus);
+    desk.expectFocus("Codex");
+    keyboard.giveUpByOther(right);
+    press(keyCode::right, kFocus);
+    EXPECT_EQ(layout(), "jarvis.dual-stack");
+}
+
+TEST_F(Keys, AreTypedAllTheSameWhereAllMayListen) {
+    keyboard.setDelivery(SimulatedKeyboard::Delivery::observed);
+    press(keyCode::right, kFocus);
+    EXPECT_EQ(layout(), "jarvis.dual-stack");
+    EXPECT_EQ(keyboard.takeTyped().size(), 1U);
+}
+
+} // namespace
+} // namespace kova
