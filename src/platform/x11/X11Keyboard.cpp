@@ -193,7 +193,7 @@ void Keyboard::updateClaims() {
         });
     };
     bool hasChanged = false;
-    for (const Claim& claim : claims_) {
+    for (Claim& claim : claims_) {
         if (sameIn(wanted, claim) != wanted.end()) continue;
         hasChanged |= claim.isHeldByOther;
         ungrab(claim);
@@ -218,7 +218,9 @@ void Keyboard::tryHeld() {
     bool any = false;
     for (Claim& claim : claims_) {
         if (!claim.isHeldByOther) continue;
+        // Given up in the same breath: what is pressed meanwhile is still the other program's.
         grab(claim);
+        ungrab(claim);
         any = true;
     }
     if (any) askWhetherRefused();
@@ -226,6 +228,7 @@ void Keyboard::tryHeld() {
 
 void Keyboard::grab(Claim& claim) {
     claim.isRefused = false;
+    claim.isGrabbed = true;
     mustSend_ = true;
     for (const auto& [key, state] : claim.grabs) {
         const auto sent = xcb_grab_key(connection_.get(), 0, connection_.root(), state, key, XCB_GRAB_MODE_ASYNC,
@@ -234,7 +237,8 @@ void Keyboard::grab(Claim& claim) {
     }
 }
 
-void Keyboard::ungrab(const Claim& claim) {
+void Keyboard::ungrab(Claim& claim) {
+    claim.isGrabbed = false;
     mustSend_ = true;
     for (const auto& [key, state] : claim.grabs) xcb_ungrab_key(connection_.get(), key, connection_.root(), state);
 }
@@ -254,12 +258,23 @@ void Keyboard::settleClaims() {
     if (questionsOpen_ != 0) return; // asked again meanwhile
     unanswered_.clear();
     bool hasChanged = std::exchange(mustTell_, false);
+    bool isAnyFree = false;
     for (Claim& claim : claims_) {
+        if (claim.isHeldByOther && !claim.isRefused && !claim.isGrabbed) {
+            grab(claim);
+            isAnyFree = true;
+            continue;
+        }
         // With some locks it may be free and with others not: nobody would understand that.
-        if (claim.isRefused) ungrab(claim);
+        if (claim.isRefused && claim.isGrabbed) ungrab(claim);
         hasChanged |= std::exchange(claim.isHeldByOther, claim.isRefused) != claim.isRefused;
     }
-    if (hasChanged) news_.push_back({KeyNews::Kind::claimsKnown, {}});
+    if (isAnyFree) {
+        mustTell_ = hasChanged;
+        askWhetherRefused();
+    } else if (hasChanged) {
+        news_.push_back({KeyNews::Kind::claimsKnown, {}});
+    }
 }
 
 // Recording

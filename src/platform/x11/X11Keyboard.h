@@ -62,6 +62,7 @@ class Keyboard {
     struct Claim {
         KeyCombination combination;
         std::vector<std::pair<xcb_keycode_t, std::uint16_t>> grabs; // key and state
+        bool isGrabbed = false;                                     // not only tried
         bool isRefused = false;                                     // the newest try, as far as is known
         bool isHeldByOther = false;
     };
@@ -79,7 +80,7 @@ class Keyboard {
     std::vector<Claim> wantedClaims() const;
     void updateClaims();
     void grab(Claim& claim);
-    void ungrab(const Claim& claim);
+    void ungrab(Claim& claim);
     void askWhetherRefused();
     void settleClaims();
 

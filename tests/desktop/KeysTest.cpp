@@ -1,0 +1,210 @@
+// Real keys on a private server: claimed, held by others, repeated, recorded, and under changing keyboard layouts.
+#include "platform/x11/XkbProtocol.h"
+#include "tests/desktop/Desk.h"
+#include "windowing/KeyCodes.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace kova::testing {
+namespace {
+
+constexpr std::uint64_t kControlOption = modifierFlag::control | modifierFlag::option;
+
+class Keys : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
+        desk = std::make_unique<Desk>(Manager::none);
+        other = desk->client("Other", 4001);
+        desk->openDesktop();
+    }
+    /// Hears what is claimed from now on.
+    void listen(const std::vector<KeyCombination>& combinations) {
+        known = desk->desktop().observeHeldByOthers([this] { ++timesTold; });
+        monitor = desk->desktop().addGlobalMonitor([this](const KeyPress& press) { heard.push_back(press); });
+        claim(combinations);
+    }
+    void claim(const std::vector<KeyCombination>& combinations) {
+        const int before = timesTold;
+        desk->desktop().claim(combinations);
+        ASSERT_TRUE(desk->runUntil([&] { return timesTold > before; }));
+    }
+    /// Runs a program of the desktop to its end.
+    void run(const std::string& command) {
+        const std::string line = "DISPLAY=" + desk->server().displayName() + " " + command + " >/dev/null 2>&1";
+        EXPECT_EQ(std::system(line.c_str()), 0) << command;
+    }
+    void press(const std::string& keys) { run("xdotool key " + keys); }
+    /// True once the press is heard, and nothing else was.
+    bool isHeard(const std::string& keys, const KeyCombination& combination) {
+        heard.clear();
+        press(keys);
+        const bool any = desk->runUntil([&] { return !heard.empty(); });
+        return any && heard.size() == 1 && heard[0].keyCode == combination.keyCode && !heard[0].isRepeat &&
+               (heard[0].modifierFlags & modifierFlag::ofShortcuts) == combination.modifierFlags;
+    }
+    /// Another key, heard afterwards, shows that the first one never will be.
+    bool isNotHeard(const std::string& keys, const std::string& heardKeys, const KeyCombination& combination) {
+        press(keys);
+        return isHeard(heardKeys, combination);
+    }
+    void switchToGroup(std::uint8_t group) {
+        xcb_xkb_use_extension(other->connection(), 1, 0);
+        xcb_xkb_latch_lock_state(other->connection(), XCB_XKB_ID_USE_CORE_KBD, 0, 0, 1, group, 0, 0, 0);
+        other->sync();
+    }
+    void grabAsOther(std::uint16_t state, xcb_keycode_t key) {
+        xcb_grab_key(other->connection(), 0, other->root(), state, key, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+        other->sync();
+    }
+
+    std::unique_ptr<Desk> desk;
+    std::unique_ptr<TestClient> other;
+    std::vector<KeyPress> heard;
+    int timesTold = 0;
+    Subscription known, monitor;
+};
+
+const KeyCombination kH{keyCode::h, kControlOption}, kJ{keyCode::j, kControlOption | modifierFlag::shift},
+    kLeft{keyCode::left, modifierFlag::command};
+constexpr xcb_keycode_t kServersH = 43;
+constexpr std::uint16_t kServersControlOption = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
+
+TEST_F(Keys, AreHeardWithAnyLocksWhileSomebodyListens) {
+    listen({kH, kJ, kLeft});
+    for (const char* lock : {"", "Caps_Lock", "Num_Lock", "Caps_Lock"}) {
+        if (*lock) press(lock);
+        EXPECT_TRUE(isHeard("ctrl+alt+h", kH)) << lock;
+        EXPECT_TRUE(isHeard("ctrl+alt+shift+j", kJ)) << lock;
+        EXPECT_TRUE(isHeard("super+Left", kLeft)) << lock;
+        EXPECT_TRUE(isNotHeard("ctrl+alt+shift+h ctrl+h h alt+j super+alt+Left", "ctrl+alt+h", kH)) << lock;
+    }
+    EXPECT_EQ(heard[0].charactersIgnoringModifiers, "h");
+    // Claimed anew: what is not named any more is not heard.
+    claim({kLeft});
+    EXPECT_TRUE(isNotHeard("ctrl+alt+h", "super+Left", kLeft));
+    // Nobody listens: the keys are everybody's again.
+    monitor = {};
+    EXPECT_TRUE(desk->runUntil([&] {
+        const auto cookie = xcb_grab_key_checked(other->connection(), 0, other->root(), XCB_MOD_MASK_4, 113,
+                                                 XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+        xcb_generic_error_t* error = xcb_request_check(other->connection(), cookie);
+        const bool isFree = error == nullptr;
+        std::free(error);
+        return isFree;
+    }));
+}
+
+TEST_F(Keys, ThatAnotherProgramHoldsAreNamedAndTriedAgain) {
+    grabAsOther(kServersControlOption | XCB_MOD_MASK_2, kServersH); // with Num Lock only
+    listen({kH, kLeft});
+    EXPECT_EQ(desk->desktop().heldByOthers(), std::vector{kH});
+    EXPECT_TRUE(isNotHeard("ctrl+alt+h", "super+Left", kLeft)) << "half of it would be worse than none";
+    xcb_ungrab_key(other->connection(), kServersH, other->root(), kServersControlOption | XCB_MOD_MASK_2);
+    other->sync();
+    // Whoever asks has it tried again.
+    EXPECT_TRUE(desk->runUntil([&] { return desk->desktop().heldByOthers().empty(); }));
+    EXPECT_TRUE(isHeard("ctrl+alt+h", kH));
+}
+
+TEST_F(Keys, StayWhereTheyAreOnTheKeyboardWhenItsLayoutChanges) {
+    const KeyCombination q{keyCode::q, kControlOption};
+    listen({q});
+    const auto writes = [&](const std::string& text) {
+        return desk->runUntil([&] { return desk->desktop().charactersOf(keyCode::q) == text; });
+    };
+    EXPECT_TRUE(writes("q"));
+    EXPECT_TRUE(isHeard("ctrl+alt+q", q));
+    run("setxkbmap fr");
+    EXPECT_TRUE(writes("a"));
+    EXPECT_EQ(desk->desktop().charactersOf(keyCode::leftBracket), "^") << "a dead key";
+    EXPECT_EQ(desk->desktop().charactersOf(keyCode::keypad7), "7");
+    EXPECT_EQ(desk->desktop().charactersOf(keyCode::space), " ");
+    EXPECT_EQ(desk->desktop().charactersOf(keyCode::f1), "");
+    EXPECT_TRUE(isHeard("ctrl+alt+a", q));
+    EXPECT_EQ(heard[0].charactersIgnoringModifiers, "a");
+    run("setxkbmap us -variant dvorak");
+    EXPECT_TRUE(writes("'"));
+    EXPECT_TRUE(isHeard("ctrl+alt+apostrophe", q));
+    // Two layouts at once, of which the second is switched to.
+    run("setxkbmap us,ru");
+    EXPECT_TRUE(writes("q"));
+    switchToGroup(1);
+    EXPECT_TRUE(writes("й"));
+    EXPECT_TRUE(isHeard("ctrl+alt+24", q)); // by the server's number
+    switchToGroup(0);
+    EXPECT_TRUE(writes("q"));
+    // The modifier is another one.
+    run("setxkbmap us");
+    run("xmodmap -e 'clear mod1' -e 'add mod3 = Alt_L'");
+    EXPECT_TRUE(desk->runUntil([&] {
+        heard.clear();
+        press("ctrl+alt+q");
+        desk->runFor(Seconds(0.1));
+        return !heard.empty();
+    }));
+    EXPECT_EQ(heard.back().modifierFlags, kControlOption);
+}
+
+TEST_F(Keys, ThatAreHeldAreToldToRepeat) {
+    listen({kH});
+    run("xset r rate 150 30");
+    for (int round = 0; round < 2; ++round) {
+        heard.clear();
+        run("xdotool keydown ctrl keydown alt keydown h");
+        EXPECT_TRUE(desk->runUntil([&] { return heard.size() > 3; })) << heard.size();
+        run("xdotool keyup h keyup alt keyup ctrl");
+        ASSERT_FALSE(heard.empty());
+        EXPECT_FALSE(heard.front().isRepeat);
+        EXPECT_EQ(std::ranges::count_if(heard, &KeyPress::isRepeat), std::ssize(heard) - 1);
+        desk->runFor(Seconds(0.1));
+    }
+}
+
+TEST_F(Keys, AllComeToWhoeverRecordsAndNoneElsewhere) {
+    listen({kH});
+    std::vector<KeyPress> recorded;
+    std::string reason;
+    const auto record = [&] {
+        return desk->desktop().recordKeys(
+            [&](const KeyPress& press) {
+                recorded.push_back(press);
+                return press.keyCode == keyCode::escape;
+            },
+            [&](const std::string& why) { reason = why; });
+    };
+    Subscription recording = record();
+    // It takes a moment until the keyboard is ours.
+    ASSERT_TRUE(desk->runUntil([&] {
+        press("F7");
+        desk->runFor(Seconds(0.05));
+        return !recorded.empty();
+    }));
+    heard.clear();
+    recorded.clear();
+    press("shift+a ctrl+alt+h Escape");
+    EXPECT_TRUE(desk->runUntil([&] { return recorded.size() == 3; })) << recorded.size();
+    EXPECT_EQ(recorded[0], (KeyPress{keyCode::a, modifierFlag::shift, false, "a"}));
+    EXPECT_EQ(recorded[1], (KeyPress{keyCode::h, kControlOption, false, "h"}));
+    EXPECT_TRUE(heard.empty());
+    EXPECT_TRUE(desk->runUntil([&] {
+        press("ctrl+alt+h");
+        desk->runFor(Seconds(0.05));
+        return !heard.empty();
+    })) << "its end gives the keys back to who listens";
+    EXPECT_EQ(recorded.size(), 3U);
+
+    const auto grabbed = xcb_grab_keyboard(other->connection(), 0, other->root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC,
+                                           XCB_GRAB_MODE_ASYNC);
+    std::free(xcb_grab_keyboard_reply(other->connection(), grabbed, nullptr));
+    recording = record();
+    EXPECT_TRUE(desk->runUntil([&] { return !reason.empty(); }));
+    EXPECT_NE(reason.find("Another program holds the keyboard"), std::string::npos) << reason;
+    xcb_ungrab_keyboard(other->connection(), XCB_CURRENT_TIME);
+    other->sync();
+    EXPECT_TRUE(isHeard("ctrl+alt+h", kH));
+}
+
+} // namespace
+} // namespace kova::testing
