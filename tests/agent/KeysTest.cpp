@@ -1,0 +1,150 @@
+// A person who drives a real desktop with the keyboard alone.
+#include "tests/agent/Session.h"
+#include "tests/desktop/TestClient.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cmath>
+#include <csignal>
+#include <future>
+
+namespace kova::testing {
+namespace {
+
+class Keyboard : public ::testing::TestWithParam<Manager> {
+  protected:
+    void SetUp() override {
+        if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
+        if (GetParam() == Manager::openbox) {
+            server_.startManager();
+            ASSERT_TRUE(client_.waitForManager());
+        }
+        left_ = client_.open({.title = "Left"});
+        right_ = client_.open({.title = "Right", .frame = makeRect(700, 60, 400, 300)});
+        session_.startAgent();
+        ASSERT_TRUE(session_.agentAnswers());
+        ASSERT_TRUE(eventually([&] { return session_.query("windows").size() == 2; }));
+        ASSERT_EQ(session_.kova({"layout", "select", "jarvis.dual-split"}).exitCode, 0);
+    }
+    void press(const std::string& keys) {
+        const auto finished = session_.run({"/bin/sh", "-c", "xdotool key " + keys});
+        ASSERT_EQ(finished.exitCode, 0) << finished.output;
+    }
+    std::string place(xcb_window_t window) const {
+        return client_.isViewable(window) ? std::to_string(std::lround(minX(client_.outerFrame(window)))) : "away";
+    }
+    std::string places() const { return place(left_) + " " + place(right_); }
+    bool standAt(const std::string& expected) {
+        const bool does = eventually([&] { return places() == expected; });
+        if (!does) ADD_FAILURE() << places() << " instead of " << expected << session_.kova({"query", "tiles"}).output;
+        return does;
+    }
+    std::string layout() const { return session_.query("displays")[0]["layout"]["id"]; }
+    bool layoutBecomes(const std::string& expected) {
+        const bool does = eventually([&] { return layout() == expected; });
+        if (!does) ADD_FAILURE() << layout() << " instead of " << expected;
+        return does;
+    }
+    /// `kova shortcut record`, with keys pressed once it listens; they are pressed again until it has ended.
+    Finished record(const std::string& action, const std::string& keys) {
+        auto recording = std::async(std::launch::async, [&] { return session_.kova({"shortcut", "record", action}); });
+        const auto hasEnded = [&] { return recording.wait_for(std::chrono::seconds(0)) == std::future_status::ready; };
+        EXPECT_TRUE(eventually([&] {
+            if (hasEnded()) return true;
+            const auto list = nlohmann::json::parse(session_.kova({"shortcut", "list", "--json"}).output);
+            if (list["isRecording"]) press(keys);
+            return false;
+        }));
+        return recording.get();
+    }
+
+    PrivateServer server_{"1280x800"};
+    Session session_{server_.folder(), server_.displayName()};
+    TestClient client_{server_.displayName(), "Drawing", static_cast<std::uint32_t>(getpid())};
+    xcb_window_t left_ = 0, right_ = 0;
+};
+
+TEST_P(Keyboard, ArrangesMovesAndStepsBackWithAnyLockOn) {
+    press("ctrl+alt+a");
+    ASSERT_TRUE(eventually([&] { return places() == "15 651" || places() == "651 15"; })) << places();
+    if (places() != "15 651") std::swap(left_, right_);
+    // Where the keyboard is when nobody has told anything else.
+    ASSERT_EQ(session_.run({"xdotool", "mousemove", "900", "400", "click", "1"}).exitCode, 0);
+    for (const char* lock : {"Shift_L", "Caps_Lock", "Num_Lock"}) {
+        SCOPED_TRACE(lock);
+        press(lock);
+        // Whoever had the keyboard, it goes to the left and then to the right.
+        press("ctrl+alt+h");
+        EXPECT_TRUE(eventually([&] { return client_.focus() == left_; }));
+        press("ctrl+alt+l");
+        EXPECT_TRUE(eventually([&] { return client_.focus() == right_; }));
+        press("ctrl+alt+Return");
+        EXPECT_TRUE(eventually([&] { return client_.outerFrame(right_).size.width > 1200; })) << places();
+        press("ctrl+alt+Return");
+        standAt("15 651");
+        press("ctrl+alt+shift+h");
+        standAt("away 15");
+        press("ctrl+alt+z");
+        standAt("15 651");
+        // The next round begins once the agent has seen that it is back.
+        EXPECT_TRUE(eventually([&] {
+            return std::ranges::none_of(session_.query("windows"),
+                                        [](const auto& w) { return w["isMinimized"] == true; });
+        }));
+    }
+}
+
+TEST_P(Keyboard, NamesWhatAnotherProgramHoldsAndTheOthersWork) {
+    const bool isManaged = GetParam() == Manager::openbox; // which holds the arrows for its own desktops
+    const auto status = session_.kova({"status"}).output;
+    EXPECT_EQ(status.find("Ctrl+Alt+Right (Next Layout) is held by another program") != std::string::npos, isManaged)
+        << status;
+    const auto doctor = session_.kova({"doctor"}).output;
+    EXPECT_EQ(doctor.find("Ctrl+Alt+Left (Previous Layout)") != std::string::npos, isManaged) << doctor;
+    const auto finished = session_.kova({"shortcut", "set", "nextLayout", "super+n"});
+    EXPECT_EQ(finished.output, "“Next Layout”: Super+N\n");
+    press("super+n");
+    layoutBecomes("jarvis.dual-stack");
+    // Held down, it acts once.
+    session_.run({"xset", "r", "rate", "100", "30"});
+    session_.run({"/bin/sh", "-c", "xdotool keydown super keydown n sleep 0.6 keyup n keyup super"});
+    layoutBecomes("jarvis.triple-strip");
+    EXPECT_EQ(session_.kova({"shortcut", "clear", "nextLayout"}).exitCode, 0);
+    EXPECT_EQ(session_.kova({"shortcut", "set", "commandCenter", "super+n"}).exitCode, 0);
+    EXPECT_EQ(session_.kova({"shortcut", "set", "previousLayout", "super+p"}).exitCode, 0);
+    press("super+n super+p");
+    layoutBecomes("jarvis.dual-stack");
+}
+
+TEST_P(Keyboard, RecordsAndRemembersAShortcut) {
+    auto recorded = record("nextLayout", "shift+n ctrl+alt+a super+n");
+    EXPECT_EQ(recorded.exitCode, 0);
+    EXPECT_NE(recorded.output.find("Type Shortcut…\n"), std::string::npos);
+    EXPECT_NE(recorded.output.find("This shortcut is already used by “Arrange Windows into Zones”."),
+              std::string::npos);
+    EXPECT_NE(recorded.output.find("“Next Layout”: Super+N\n"), std::string::npos) << recorded.output;
+    EXPECT_EQ(record("previousLayout", "Escape").exitCode, 1);
+    EXPECT_EQ(record("previousLayout", "ctrl+c").exitCode, 1);
+    EXPECT_NE(record("undo", "ctrl+Delete").output.find("“Undo Window Action” has no shortcut."), std::string::npos);
+    press("super+n");
+    layoutBecomes("jarvis.dual-stack");
+
+    session_.signalAgent(SIGTERM);
+    ASSERT_TRUE(session_.waitForAgent());
+    session_.startAgent();
+    ASSERT_TRUE(session_.agentAnswers());
+    const auto list = session_.kova({"shortcut", "list"}).output;
+    EXPECT_NE(list.find("Super+N"), std::string::npos) << list;
+    EXPECT_NE(list.find("previousLayout  Previous Layout              Ctrl+Alt+Left"), std::string::npos) << list;
+    EXPECT_NE(list.find("undo            Undo Window Action           - "), std::string::npos) << list;
+    press("super+n");
+    layoutBecomes("jarvis.triple-strip");
+}
+
+INSTANTIATE_TEST_SUITE_P(Beside, Keyboard, ::testing::Values(Manager::none, Manager::openbox),
+                         [](const auto& chosen) { return chosen.param == Manager::none ? "NoManager" : "Openbox"; });
+
+} // namespace
+} // namespace kova::testing
