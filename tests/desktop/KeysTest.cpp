@@ -3,6 +3,8 @@
 #include "tests/desktop/Desk.h"
 #include "windowing/KeyCodes.h"
 
+#include <xcb/xinput.h>
+
 #include <algorithm>
 #include <cstdlib>
 
@@ -59,6 +61,18 @@ class Keys : public ::testing::Test {
         other->sync();
     }
 
+    void grabByInputExtension(std::uint32_t state, xcb_keycode_t key) {
+        xcb_connection_t* connection = other->connection();
+        std::free(xcb_input_xi_query_version_reply(connection, xcb_input_xi_query_version(connection, 2, 2), nullptr));
+        constexpr std::uint16_t kVirtualCoreKeyboard = 3;
+        const std::uint32_t mask = XCB_INPUT_XI_EVENT_MASK_KEY_PRESS;
+        const auto grabbed = xcb_input_xi_passive_grab_device(
+            connection, XCB_CURRENT_TIME, other->root(), XCB_CURSOR_NONE, key, kVirtualCoreKeyboard, 1, 1,
+            XCB_INPUT_GRAB_TYPE_KEYCODE, XCB_INPUT_GRAB_MODE_22_ASYNC, XCB_INPUT_GRAB_MODE_22_ASYNC,
+            XCB_INPUT_GRAB_OWNER_NO_OWNER, &mask, &state);
+        std::free(xcb_input_xi_passive_grab_device_reply(connection, grabbed, nullptr));
+    }
+
     std::unique_ptr<Desk> desk;
     std::unique_ptr<TestClient> other;
     std::vector<KeyPress> heard;
@@ -68,7 +82,7 @@ class Keys : public ::testing::Test {
 
 const KeyCombination kH{keyCode::h, kControlOption}, kJ{keyCode::j, kControlOption | modifierFlag::shift},
     kLeft{keyCode::left, modifierFlag::command};
-constexpr xcb_keycode_t kServersH = 43;
+constexpr xcb_keycode_t kServersH = 43, kServersLeft = 113;
 constexpr std::uint16_t kServersControlOption = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
 
 TEST_F(Keys, AreHeardWithAnyLocksWhileSomebodyListens) {
@@ -87,7 +101,7 @@ TEST_F(Keys, AreHeardWithAnyLocksWhileSomebodyListens) {
     // Nobody listens: the keys are everybody's again.
     monitor = {};
     EXPECT_TRUE(desk->runUntil([&] {
-        const auto cookie = xcb_grab_key_checked(other->connection(), 0, other->root(), XCB_MOD_MASK_4, 113,
+        const auto cookie = xcb_grab_key_checked(other->connection(), 0, other->root(), XCB_MOD_MASK_4, kServersLeft,
                                                  XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
         xcb_generic_error_t* error = xcb_request_check(other->connection(), cookie);
         const bool isFree = error == nullptr;
@@ -106,6 +120,13 @@ TEST_F(Keys, ThatAnotherProgramHoldsAreNamedAndTriedAgain) {
     // Whoever asks has it tried again.
     EXPECT_TRUE(desk->runUntil([&] { return desk->desktop().heldByOthers().empty(); }));
     EXPECT_TRUE(isHeard("ctrl+alt+h", kH));
+
+    // The other kind of claim, of which the server itself tells nothing.
+    grabByInputExtension(XCB_MOD_MASK_4, kServersLeft);
+    claim({kH});
+    claim({kH, kLeft});
+    EXPECT_EQ(desk->desktop().heldByOthers(), std::vector{kLeft});
+    EXPECT_TRUE(isNotHeard("super+Left", "ctrl+alt+h", kH));
 }
 
 TEST_F(Keys, StayWhereTheyAreOnTheKeyboardWhenItsLayoutChanges) {

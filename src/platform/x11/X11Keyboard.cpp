@@ -2,6 +2,8 @@
 
 #include "platform/x11/XkbProtocol.h"
 
+#include <xcb/xinput.h>
+
 #include <algorithm>
 
 namespace kova::x11 {
@@ -29,6 +31,8 @@ Keyboard::Keyboard(const XConnection& connection, std::deque<Questions>& asked, 
         xcb_xkb_use_extension_reply(server, xcb_xkb_use_extension(server, kXkbMajor, kXkbMinor), nullptr));
     if (!used || !used->supported) return;
     firstEvent_ = extension->first_event;
+    const auto* input = xcb_get_extension_data(server, &xcb_input_id);
+    hasInputExtension_ = input && input->present;
     begin();
     askForMap();
     asked_.back().wait(connection_);
@@ -112,8 +116,7 @@ bool Keyboard::takeError(const xcb_generic_event_t& event) {
     const auto& error = reinterpret_cast<const xcb_generic_error_t&>(event);
     const auto grab = std::ranges::find(unanswered_, error.full_sequence, &Grab::sequence);
     if (grab == unanswered_.end()) return false;
-    const auto claim = std::ranges::find(claims_, grab->combination, &Claim::combination);
-    if (claim != claims_.end()) claim->isRefused = true;
+    refuse(grab->combination);
     return true;
 }
 
@@ -235,6 +238,33 @@ void Keyboard::grab(Claim& claim) {
                                        XCB_GRAB_MODE_ASYNC);
         unanswered_.push_back({sent.sequence, claim.combination});
     }
+    if (hasInputExtension_) askOtherKindOfGrab(claim);
+}
+
+/// The server lets claims of its extension for input devices stand beside the others, and gives a press to whoever came
+/// last. So that one is tried, too, for no longer than it takes to find out.
+void Keyboard::askOtherKindOfGrab(const Claim& claim) {
+    std::map<xcb_keycode_t, std::vector<std::uint32_t>> statesByKey;
+    for (const auto& [key, state] : claim.grabs) statesByKey[key].push_back(state);
+    for (const auto& [key, states] : statesByKey) {
+        const auto count = static_cast<std::uint16_t>(states.size());
+        constexpr std::uint32_t kMask = XCB_INPUT_XI_EVENT_MASK_KEY_PRESS;
+        const auto grabbed = xcb_input_xi_passive_grab_device(
+            connection_.get(), XCB_CURRENT_TIME, connection_.root(), XCB_CURSOR_NONE, key, XCB_INPUT_DEVICE_ALL_MASTER,
+            count, 1, XCB_INPUT_GRAB_TYPE_KEYCODE, XCB_INPUT_GRAB_MODE_22_ASYNC, XCB_INPUT_GRAB_MODE_22_ASYNC,
+            XCB_INPUT_GRAB_OWNER_NO_OWNER, &kMask, states.data());
+        xcb_input_xi_passive_ungrab_device(connection_.get(), connection_.root(), key, XCB_INPUT_DEVICE_ALL_MASTER,
+                                           count, XCB_INPUT_GRAB_TYPE_KEYCODE, states.data());
+        asked_.emplace_back().add(grabbed, [this, combination = claim.combination](const void* reply) {
+            const auto* answer = static_cast<const xcb_input_xi_passive_grab_device_reply_t*>(reply);
+            if (answer && answer->num_modifiers > 0) refuse(combination);
+        });
+    }
+}
+
+void Keyboard::refuse(const KeyCombination& combination) {
+    const auto claim = std::ranges::find(claims_, combination, &Claim::combination);
+    if (claim != claims_.end()) claim->isRefused = true;
 }
 
 void Keyboard::ungrab(Claim& claim) {

@@ -80,6 +80,8 @@ class Keyboard {
     std::vector<Claim> wantedClaims() const;
     void updateClaims();
     void grab(Claim& claim);
+    void askOtherKindOfGrab(const Claim& claim);
+    void refuse(const KeyCombination& combination);
     void ungrab(Claim& claim);
     void askWhetherRefused();
     void settleClaims();
@@ -88,6 +90,7 @@ class Keyboard {
     std::deque<Questions>& asked_;
     std::function<void()> tryAgain_;
     std::uint8_t firstEvent_ = 0; // of XKB; 0: the server has none of use
+    bool hasInputExtension_ = false;
     KeyboardMap map_;
     std::uint8_t group_ = 0;
     bool isMapDue_ = false;

@@ -1,0 +1,169 @@
+// Keyboard shortcuts over the agent's socket.
+#include "control/ShortcutMethods.h"
+#include "control/client/ControlCodes.h"
+#include "tests/control/AgentStage.h"
+#include "tests/control/JsonSchema.h"
+#include "windowing/KeyCodes.h"
+
+#include <gtest/gtest.h>
+
+namespace kova {
+
+namespace {
+
+using nlohmann::json;
+
+constexpr std::uint64_t kControlOption = modifierFlag::control | modifierFlag::option;
+
+class ShortcutsOverTheSocket : public testing::Test, public AgentStage {
+  protected:
+    json call(SocketClient& by, const std::string& method, json parameters = json::object()) {
+        return by.ask(
+            json{{"jsonrpc", "2.0"}, {"id", 1}, {"method", method}, {"params", std::move(parameters)}}.dump());
+    }
+    json result(const std::string& method, json parameters = json::object()) {
+        json reply = call(connection, method, std::move(parameters));
+        EXPECT_TRUE(reply.contains("result")) << method << ": " << reply;
+        json found = reply.value("result", json());
+        EXPECT_EQ(schemaViolation(schema, "result:" + method, found), "");
+        return found;
+    }
+    /// What the agent tells by itself next: "recorded refused", with the message if there is one.
+    std::string told(SocketClient& by) {
+        const json message = by.message();
+        if (!message.is_object()) return message.dump();
+        const std::string name = message["method"];
+        EXPECT_EQ(schemaViolation(schema, "notification:" + name, message["params"]), "");
+        const json& what = message["params"];
+        if (name == "claimed") return name + " " + shown(what["shortcut"]);
+        const json& reason = what["message"];
+        return name + " " + what["outcome"].get<std::string>() +
+               (reason.is_null() ? "" : ": " + reason.get<std::string>());
+    }
+    static std::string shown(const json& shortcut) {
+        const std::string keys = shortcut["keys"].is_null() ? "-" : shortcut["keys"].get<std::string>();
+        return keys + (shortcut["isHeldByOther"].get<bool>() ? " held" : "");
+    }
+    std::string complaint(const std::string& method, json parameters, int code = controlCode::refused) {
+        const json reply = call(connection, method, std::move(parameters));
+        EXPECT_EQ(reply["error"]["code"], code) << reply;
+        return reply["error"].value("message", "");
+    }
+    json shortcutOf(const std::string& action) {
+        const json list = result("shortcut.list");
+        for (const json& shortcut : list["shortcuts"]) {
+            if (shortcut["action"] == action) return shortcut;
+        }
+        return {};
+    }
+    SimulatedKeyboard& keyboard() { return desk.desktop.keyboard(); }
+
+    const json schema = controlSchema();
+    SocketClient connection = client();
+};
+
+} // namespace
+
+TEST_F(ShortcutsOverTheSocket, AreSetClearedAndRestored) {
+    EXPECT_EQ(result("shortcut.list")["shortcuts"].size(), 15U);
+    EXPECT_EQ(shown(result("shortcut.set", {{"action", "Focus-Left"}, {"keys", "super+f2"}})["shortcut"]), "Super+F2");
+    EXPECT_EQ(told(connection), "claimed Super+F2");
+    EXPECT_EQ(shown(result("shortcut.clear", {{"action", "move window left"}})["shortcut"]), "-");
+    EXPECT_FALSE(keyboard().claimed().contains({keyCode::h, kControlOption}));
+    EXPECT_EQ(complaint("shortcut.set", {{"action", "undo"}, {"keys", "ctrl+alt+a"}}),
+              "This shortcut is already used by “Arrange Windows into Zones”.");
+    EXPECT_NE(complaint("shortcut.set", {{"action", "undo"}, {"keys", "shift+u"}}).find("needs ctrl, alt or super"),
+              std::string::npos);
+    EXPECT_EQ(complaint("shortcut.set", {{"action", "undo"}, {"keys", "hyper+u"}}, controlCode::invalidParameters),
+              "keys: “hyper” is no modifier; there are ctrl, alt, shift and super");
+    EXPECT_NE(complaint("shortcut.clear", {{"action", "fly"}}).find("focusLeft  Focus Left"), std::string::npos);
+    EXPECT_EQ(shortcutOf("undo")["keys"], "Ctrl+Alt+Z");
+    result("shortcut.restoreDefaults");
+    EXPECT_EQ(shown(shortcutOf("focusLeft")), "Ctrl+Alt+H");
+    EXPECT_EQ(shortcutOf("moveLeft")["modifiers"], json({"control", "option", "shift"}));
+    // A configuration edited by hand may have the same keys twice.
+    auto twice = *shortcuts.configuration;
+    twice.setShortcut({{keyCode::h, kControlOption, "H"}}, KovaShortcutAction::undo);
+    shortcuts.configuration.set(twice);
+    EXPECT_EQ(shortcutOf("focusLeft")["conflict"], "undo");
+    EXPECT_EQ(shortcutOf("undo")["conflict"], "focusLeft");
+}
+
+TEST_F(ShortcutsOverTheSocket, ThatAnotherProgramHoldsAreNamed) {
+    keyboard().holdByOther({keyCode::g, modifierFlag::command});
+    EXPECT_EQ(result("status")["shortcutsHeldByOthers"], json::array());
+    result("shortcut.set", {{"action", "undo"}, {"keys", "super+g"}});
+    EXPECT_EQ(told(connection), "claimed Super+G held");
+    EXPECT_EQ(result("status")["shortcutsHeldByOthers"], json({"Super+G (Undo Window Action)"}));
+    bool isTold = false;
+    const json report = result("doctor");
+    for (const json& check : report["checks"]) {
+        if (check["subject"] != "shortcuts") continue;
+        isTold = check["verdict"] == "note" &&
+                 check["text"].get<std::string>().find("Super+G (Undo Window Action)") != std::string::npos;
+    }
+    EXPECT_TRUE(isTold);
+    keyboard().giveUpByOther({keyCode::g, modifierFlag::command});
+    EXPECT_EQ(result("status")["shortcutsHeldByOthers"], json::array());
+}
+
+TEST_F(ShortcutsOverTheSocket, AreRecordedByTheRulesOfTheRecorder) {
+    EXPECT_EQ(result("shortcut.record", {{"action", "undo"}})["prompt"], "Type Shortcut…");
+    EXPECT_TRUE(result("shortcut.list")["isRecording"].get<bool>());
+    keyboard().repeat(keyCode::returnKey, 0); // with which the command was entered
+    keyboard().press(keyCode::u, modifierFlag::shift);
+    EXPECT_EQ(told(connection), "recorded refused");
+    keyboard().press(keyCode::h, kControlOption);
+    EXPECT_EQ(told(connection), "recorded refused: This shortcut is already used by “Focus Left”.");
+    keyboard().press(keyCode::u, modifierFlag::control | modifierFlag::shift);
+    EXPECT_EQ(told(connection), "recorded recorded");
+    EXPECT_EQ(told(connection), "claimed Ctrl+Shift+U");
+    EXPECT_FALSE(*shortcuts.isRecording);
+    EXPECT_TRUE(keyboard().takeTyped().empty());
+
+    const std::vector<std::pair<KeyCombination, std::string>> endings = {
+        {{keyCode::escape, 0}, "recorded cancelled"},
+        {{keyCode::c, modifierFlag::control}, "recorded cancelled"}, // at a terminal it means that
+        {{keyCode::deleteForward, modifierFlag::shift}, "recorded cleared"}};
+    for (const auto& [pressed, outcome] : endings) {
+        result("shortcut.record", {{"action", "undo"}});
+        keyboard().press(pressed.keyCode, pressed.modifierFlags);
+        EXPECT_EQ(told(connection), outcome);
+        EXPECT_FALSE(*shortcuts.isRecording);
+    }
+    EXPECT_EQ(shown(shortcutOf("undo")), "-");
+}
+
+TEST_F(ShortcutsOverTheSocket, GiveTheKeyboardBackWhoeverRecorded) {
+    const auto isBack = [&] {
+        desk.advance(Seconds(1));
+        return !*shortcuts.isRecording && keyboard().claimed().contains({keyCode::h, kControlOption});
+    };
+    std::optional<SocketClient> gone(client());
+    call(*gone, "shortcut.record", {{"action", "undo"}});
+    EXPECT_TRUE(*shortcuts.isRecording);
+    EXPECT_TRUE(keyboard().claimed().empty());
+    gone.reset();
+    EXPECT_TRUE(waitUntil([&] { turn(); }, isBack));
+
+    result("shortcut.record", {{"action", "undo"}});
+    SocketClient other = client();
+    call(other, "shortcut.record", {{"action", "focusUp"}});
+    EXPECT_EQ(told(connection), "recorded cancelled: Another shortcut is being recorded");
+    keyboard().press(keyCode::u, modifierFlag::command);
+    EXPECT_EQ(told(other), "recorded recorded");
+    EXPECT_TRUE(isBack());
+    EXPECT_EQ(shown(shortcutOf("focusUp")), "Super+U");
+
+    result("shortcut.record", {{"action", "undo"}});
+    desk.advance(ShortcutMethods::kRecordingPatience + Seconds(1));
+    EXPECT_EQ(told(connection), "recorded cancelled: Nothing was typed for a minute");
+    EXPECT_TRUE(isBack());
+
+    keyboard().setKeyboardHeldByOther(true);
+    result("shortcut.record", {{"action", "undo"}});
+    EXPECT_EQ(told(connection), "recorded failed: Another program holds the keyboard");
+    EXPECT_TRUE(isBack());
+}
+
+} // namespace kova
