@@ -1,5 +1,6 @@
 # Tests of what only one system has. Those under desktop/ open real windows on a private X server.
 if(UNIX AND NOT APPLE)
+  find_package(sdbus-c++ REQUIRED)
   kova_tests(linux kova_platform_linux kova_platform_simulated)
   target_sources(linux_tests PRIVATE desktop/PrivateServer.cpp)
   kova_tests(x11 kova_platform_x11)
@@ -7,7 +8,7 @@ if(UNIX AND NOT APPLE)
   # Joins the desktops that are compared everywhere.
   target_sources(contract_tests PRIVATE contract/x11/X11Contract.cpp contract/x11/LinuxSessionContract.cpp desktop/PrivateServer.cpp desktop/TestClient.cpp)
   target_link_libraries(contract_tests PRIVATE kova_platform_x11 kova_platform_linux)
-  kova_tests(agent kova_platform_x11)
+  kova_tests(agent kova_platform_x11 SDBusCpp::sdbus-c++)
   target_sources(agent_tests PRIVATE desktop/PrivateServer.cpp desktop/TestClient.cpp)
   target_compile_definitions(agent_tests PRIVATE KOVA_COMMAND="$<TARGET_FILE:kova>" KOVA_AGENT="$<TARGET_FILE:kova-agent>")
   add_dependencies(agent_tests kova kova-agent)

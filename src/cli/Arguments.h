@@ -37,6 +37,9 @@ struct Arguments {
     std::optional<std::string> choice; // “on” or “off”
     std::optional<std::string> action; // that a shortcut is for
     std::optional<std::string> keys;   // of a shortcut
+    bool follow = false;               // print what is added, until interrupted
+    std::optional<int> lines;          // of the log, the newest
+    std::optional<std::string> level;  // the least that is printed of the log
     std::optional<int> width;          // columns of a picture
 };
 

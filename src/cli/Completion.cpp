@@ -90,7 +90,8 @@ std::vector<Candidate> valuesOf(const Taking& taking) {
     if (taking.takenBy == kDirection) return {{"left", ""}, {"right", ""}, {"up", ""}, {"down", ""}};
     if (taking.takenBy == kDisposition) return {{"tile", ""}, {"float", ""}, {"ignore", ""}};
     if (taking.takenBy == kSwitch) return {{"on", ""}, {"off", ""}};
-    if (taking.takenBy == kFile) return {{"", "files"}};
+    if (taking.takenBy == kLevel) return {{"detail", ""}, {"note", ""}, {"warning", ""}, {"error", ""}};
+    if (taking.takenBy == kFile || taking.takenBy == kNewFile) return {{"", "files"}};
     if (taking.takenBy == kWindow || taking.takenBy == kRequiredWindow) return windowNames();
     std::vector<Candidate> values;
     for (const NameSource& source : kNameSources) {

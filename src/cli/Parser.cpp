@@ -1,5 +1,6 @@
 #include "cli/Parser.h"
 
+#include "cli/LogFiles.h"
 #include "cli/Terminal.h"
 
 #include <algorithm>
@@ -17,6 +18,7 @@ constexpr double kLargestInset = 100; // points
 constexpr double kFarthest = 100'000; // points, for a divider
 constexpr int kLargestBoundary = 1000;
 constexpr int kLargestPlace = 1'000'000;
+constexpr int kMostLines = 1'000'000;
 constexpr int kNarrowestPicture = 16; // columns
 constexpr int kWidestPicture = 1000;
 constexpr std::size_t kHelpWidth = 80; // columns
@@ -63,6 +65,12 @@ Problem takeDirection(Arguments& arguments, std::string_view word) {
     return std::nullopt;
 }
 
+Problem takeLevel(Arguments& arguments, std::string_view word) {
+    if (!logSeverityNamed(word)) return "“" + std::string(word) + "” is not detail, note, warning or error";
+    arguments.level = word;
+    return std::nullopt;
+}
+
 Problem takeDisposition(Arguments& arguments, std::string_view word) {
     if (word != "tile" && word != "float" && word != "ignore") {
         return "“" + std::string(word) + "” is not tile, float or ignore";
@@ -99,80 +107,91 @@ struct Option {
 constexpr std::uint64_t kEveryVerb = ~std::uint64_t{0};
 
 constexpr std::array kOptions =
-    std::to_array<Option>({
-        {kLayout, "", "LAYOUT", "id or name of a layout, or a part of it (default: the one in force)",
-         [](Arguments& a, std::string_view word) { return takeName(a.layout, word); }},
-        {kRequiredLayout, "", "LAYOUT", "id or name of a layout, or a part of it; or “automatic”",
-         [](Arguments& a, std::string_view word) { return takeName(a.layout, word); }},
-        {kWindow, "", "WINDOW", "id, application or title of a window, or a part of them",
-         [](Arguments& a, std::string_view word) { return takeName(a.window, word); }},
-        {kRequiredPoints, "", "POINTS", "a number from 0 to 100",
-         [](Arguments& a, std::string_view word) {
-             return takeNumber(a.points, word, 0.0, kLargestInset, "a number from 0 to 100");
-         }},
-        {kDirection, "", "DIRECTION", "left, right, up or down", takeDirection},
-        {kSplit, "", "SPLIT", "the split that the divider belongs to, as “divider list” names it",
-         [](Arguments& a, std::string_view word) { return takeName(a.split, word); }},
-        {kBoundary, "", "BOUNDARY", "which of the split's boundaries, counted from 0",
-         [](Arguments& a, std::string_view word) {
-             return takeNumber(a.boundary, word, 0, kLargestBoundary, "a whole number from 0 to 1000");
-         }},
-        {kTranslation, "", "POINTS", "how far: to the right or downwards; negative to the left or upwards",
-         [](Arguments& a, std::string_view word) {
-             return takeNumber(a.points, word, -kFarthest, kFarthest, "a number from -100000 to 100000");
-         }},
-        {kApplication, "", "APP", "id or name of an application, or a part of it, as “app list” names it",
-         [](Arguments& a, std::string_view word) { return takeName(a.application, word); }},
-        {kRequiredWindow, "", "WINDOW", "id, application or title of a window, or a part of them",
-         [](Arguments& a, std::string_view word) { return takeName(a.window, word); }},
-        {kScene, "", "SCENE", "name of a scene, or its id",
-         [](Arguments& a, std::string_view word) { return takeName(a.scene, word); }},
-        {kSceneName, "", "NAME", "of the scene (default: “Workspace” and the time)",
-         [](Arguments& a, std::string_view word) { return takeName(a.name, word); }},
-        {kNewName, "", "NAME", "the scene's new name",
-         [](Arguments& a, std::string_view word) { return takeName(a.newName, word); }},
-        {kRule, "", "RULE", "number, name or id of a rule, as “rule list” tells them, or a part of it",
-         [](Arguments& a, std::string_view word) { return takeName(a.rule, word); }},
-        {kPlace, "", "PLACE", "number in the list that the rule is to have; 1 comes first",
-         [](Arguments& a, std::string_view word) {
-             return takeNumber(a.place, word, 1, kLargestPlace, "a whole number from 1 on");
-         }},
-        {kDisposition, "", "DISPOSITION", "“tile” with a SLOT, “float” or “ignore”", takeDisposition},
-        {kSlot, "", "SLOT", "with “tile”: a slot of any layout, or number or name of a tile in force",
-         [](Arguments& a, std::string_view word) { return takeName(a.slot, word); }},
-        {kFile, "", "FILE", "a JSON file", [](Arguments& a, std::string_view word) { return takeName(a.file, word); }},
-        {kUrl, "", "URL", "of the scheme kova, such as kova://action/arrange",
-         [](Arguments& a, std::string_view word) { return takeName(a.url, word); }},
-        {kShortcutAction, "", "ACTION", "as “shortcut list” names it, such as focusLeft; or its title, or a part",
-         [](Arguments& a, std::string_view word) { return takeName(a.action, word); }},
-        {kShortcutKeys, "", "KEYS", "modifiers and a key, such as ctrl+alt+h, alt+f5 or super+left",
-         [](Arguments& a, std::string_view word) { return takeName(a.keys, word); }},
-        {kTheme, "", "THEME", "id or name of a theme, or a part of it",
-         [](Arguments& a, std::string_view word) { return takeName(a.theme, word); }},
-        {kAccent, "", "COLOUR", "id or name of an accent colour, or a part of it",
-         [](Arguments& a, std::string_view word) { return takeName(a.accent, word); }},
-        {kSwitch, "", "on|off", "on or off", takeSwitch},
-        {kRuleApplication, "--app", "ID", "id or name of an application, or a part of it",
-         [](Arguments& a, std::string_view word) { return takeName(a.application, word); }},
-        {kFocused, "--focused", "", "instead of --app: the application of the focused window",
-         [](Arguments& a, std::string_view) -> Problem { return a.focused = true, std::nullopt; }},
-        {kTitle, "--title", "TEXT", "only windows with this text in their title, in any case",
-         [](Arguments& a, std::string_view word) { return takeName(a.title, word); }},
-        {kTile, "--tile", "SLOT", "id, number or name of a tile of the display's layout",
-         [](Arguments& a, std::string_view word) { return takeName(a.tile, word); }},
-        {kDisplay, "--display", "DISPLAY", "number, name or id of a display (default: the current one)",
-         [](Arguments& a, std::string_view word) { return takeName(a.display, word); }},
-        {kWidth, "--width", "COLUMNS", "of the drawing (default: the terminal's)",
-         [](Arguments& a, std::string_view word) {
-             return takeNumber(a.width, word, kNarrowestPicture, kWidestPicture, "a whole number from 16 to 1000");
-         }},
-        {kDryRun, "--dry-run", "", "only say what would be done",
-         [](Arguments& a, std::string_view) -> Problem { return a.dryRun = true, std::nullopt; }},
-        {kYes, "--yes", "", "do it without asking",
-         [](Arguments& a, std::string_view) -> Problem { return a.yes = true, std::nullopt; }},
-        {kEveryVerb, "--json", "", "print the agent's answer as JSON",
-         [](Arguments& a, std::string_view) -> Problem { return a.json = true, std::nullopt; }},
-    });
+    std::to_array<Option>(
+        {
+            {kLayout, "", "LAYOUT", "id or name of a layout, or a part of it (default: the one in force)",
+             [](Arguments& a, std::string_view word) { return takeName(a.layout, word); }},
+            {kRequiredLayout, "", "LAYOUT", "id or name of a layout, or a part of it; or “automatic”",
+             [](Arguments& a, std::string_view word) { return takeName(a.layout, word); }},
+            {kWindow, "", "WINDOW", "id, application or title of a window, or a part of them",
+             [](Arguments& a, std::string_view word) { return takeName(a.window, word); }},
+            {kRequiredPoints, "", "POINTS", "a number from 0 to 100",
+             [](Arguments& a, std::string_view word) {
+                 return takeNumber(a.points, word, 0.0, kLargestInset, "a number from 0 to 100");
+             }},
+            {kDirection, "", "DIRECTION", "left, right, up or down", takeDirection},
+            {kSplit, "", "SPLIT", "the split that the divider belongs to, as “divider list” names it",
+             [](Arguments& a, std::string_view word) { return takeName(a.split, word); }},
+            {kBoundary, "", "BOUNDARY", "which of the split's boundaries, counted from 0",
+             [](Arguments& a, std::string_view word) {
+                 return takeNumber(a.boundary, word, 0, kLargestBoundary, "a whole number from 0 to 1000");
+             }},
+            {kTranslation, "", "POINTS", "how far: to the right or downwards; negative to the left or upwards",
+             [](Arguments& a, std::string_view word) {
+                 return takeNumber(a.points, word, -kFarthest, kFarthest, "a number from -100000 to 100000");
+             }},
+            {kApplication, "", "APP", "id or name of an application, or a part of it, as “app list” names it",
+             [](Arguments& a, std::string_view word) { return takeName(a.application, word); }},
+            {kRequiredWindow, "", "WINDOW", "id, application or title of a window, or a part of them",
+             [](Arguments& a, std::string_view word) { return takeName(a.window, word); }},
+            {kScene, "", "SCENE", "name of a scene, or its id",
+             [](Arguments& a, std::string_view word) { return takeName(a.scene, word); }},
+            {kSceneName, "", "NAME", "of the scene (default: “Workspace” and the time)",
+             [](Arguments& a, std::string_view word) { return takeName(a.name, word); }},
+            {kNewName, "", "NAME", "the scene's new name",
+             [](Arguments& a, std::string_view word) { return takeName(a.newName, word); }},
+            {kRule, "", "RULE", "number, name or id of a rule, as “rule list” tells them, or a part of it",
+             [](Arguments& a, std::string_view word) { return takeName(a.rule, word); }},
+            {kPlace, "", "PLACE", "number in the list that the rule is to have; 1 comes first",
+             [](Arguments& a, std::string_view word) {
+                 return takeNumber(a.place, word, 1, kLargestPlace, "a whole number from 1 on");
+             }},
+            {kDisposition, "", "DISPOSITION", "“tile” with a SLOT, “float” or “ignore”", takeDisposition},
+            {kSlot, "", "SLOT", "with “tile”: a slot of any layout, or number or name of a tile in force",
+             [](Arguments& a, std::string_view word) { return takeName(a.slot, word); }},
+            {kNewFile, "", "FILE", "a file that is not there yet",
+             [](Arguments& a, std::string_view word) { return takeName(a.file, word); }},
+            {kFollow, "-f", "", "go on with what is added, until interrupted",
+             [](Arguments& a, std::string_view) -> Problem { return a.follow = true, std::nullopt; }},
+            {kLines, "-n", "LINES", "how many of the newest lines (default: 50)",
+             [](Arguments& a, std::string_view word) {
+                 return takeNumber(a.lines, word, 0, kMostLines, "a whole number from 0 to 1000000");
+             }},
+            {kLevel, "--level", "LEVEL", "detail, note, warning or error, and what is graver", takeLevel},
+            {kFile, "", "FILE", "a JSON file",
+             [](Arguments& a, std::string_view word) { return takeName(a.file, word); }},
+            {kUrl, "", "URL", "of the scheme kova, such as kova://action/arrange",
+             [](Arguments& a, std::string_view word) { return takeName(a.url, word); }},
+            {kShortcutAction, "", "ACTION", "as “shortcut list” names it, such as focusLeft; or its title, or a part",
+             [](Arguments& a, std::string_view word) { return takeName(a.action, word); }},
+            {kShortcutKeys, "", "KEYS", "modifiers and a key, such as ctrl+alt+h, alt+f5 or super+left",
+             [](Arguments& a, std::string_view word) { return takeName(a.keys, word); }},
+            {kTheme, "", "THEME", "id or name of a theme, or a part of it",
+             [](Arguments& a, std::string_view word) { return takeName(a.theme, word); }},
+            {kAccent, "", "COLOUR", "id or name of an accent colour, or a part of it",
+             [](Arguments& a, std::string_view word) { return takeName(a.accent, word); }},
+            {kSwitch, "", "on|off", "on or off", takeSwitch},
+            {kRuleApplication, "--app", "ID", "id or name of an application, or a part of it",
+             [](Arguments& a, std::string_view word) { return takeName(a.application, word); }},
+            {kFocused, "--focused", "", "instead of --app: the application of the focused window",
+             [](Arguments& a, std::string_view) -> Problem { return a.focused = true, std::nullopt; }},
+            {kTitle, "--title", "TEXT", "only windows with this text in their title, in any case",
+             [](Arguments& a, std::string_view word) { return takeName(a.title, word); }},
+            {kTile, "--tile", "SLOT", "id, number or name of a tile of the display's layout",
+             [](Arguments& a, std::string_view word) { return takeName(a.tile, word); }},
+            {kDisplay, "--display", "DISPLAY", "number, name or id of a display (default: the current one)",
+             [](Arguments& a, std::string_view word) { return takeName(a.display, word); }},
+            {kWidth, "--width", "COLUMNS", "of the drawing (default: the terminal's)",
+             [](Arguments& a, std::string_view word) {
+                 return takeNumber(a.width, word, kNarrowestPicture, kWidestPicture, "a whole number from 16 to 1000");
+             }},
+            {kDryRun, "--dry-run", "", "only say what would be done",
+             [](Arguments& a, std::string_view) -> Problem { return a.dryRun = true, std::nullopt; }},
+            {kYes, "--yes", "", "do it without asking",
+             [](Arguments& a, std::string_view) -> Problem { return a.yes = true, std::nullopt; }},
+            {kEveryVerb, "--json", "", "print the agent's answer as JSON",
+             [](Arguments& a, std::string_view) -> Problem { return a.json = true, std::nullopt; }},
+        });
 
 bool takes(const Verb& verb, const Option& option) {
     return option.takenBy == kEveryVerb || (verb.takes & option.takenBy) != 0;
@@ -181,7 +200,7 @@ bool takes(const Verb& verb, const Option& option) {
 bool isRequired(const Option& option) {
     constexpr std::uint64_t kRequired = kRequiredLayout | kRequiredPoints | kDirection | kSplit | kBoundary |
                                         kTranslation | kApplication | kTile | kRequiredWindow | kScene | kNewName |
-                                        kRule | kPlace | kDisposition | kFile | kTheme | kAccent | kSwitch |
+                                        kRule | kPlace | kDisposition | kFile | kNewFile | kTheme | kAccent | kSwitch |
                                         kShortcutAction | kShortcutKeys;
     return option.takenBy != kEveryVerb && (option.takenBy & kRequired) != 0;
 }

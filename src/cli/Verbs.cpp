@@ -181,7 +181,8 @@ constexpr std::array kVerbs = std::to_array<Verb>({
      "kova shortcut list\nkova shortcut list --json", kNothing, printShortcuts},
     {"shortcut set", "shortcut.set", "give an action a keyboard shortcut",
      "Modifiers are ctrl, alt, shift and super, of which one other than shift is needed. The key is what is written on "
-     "it without shift, by the active keyboard layout, or left, right, up, down, return, tab, space, home, end, pageup, "
+     "it without shift, by the active keyboard layout, or left, right, up, down, return, tab, space, home, end, "
+     "pageup, "
      "pagedown, insert, f1 to f20. It stays the same key on the keyboard when the layout changes.",
      "kova shortcut set focusLeft ctrl+alt+h\nkova shortcut set next-layout super+right",
      kShortcutAction | kShortcutKeys, printShortcut},
@@ -189,8 +190,10 @@ constexpr std::array kVerbs = std::to_array<Verb>({
      "The action can still be asked for in any other way.", "kova shortcut clear focusZoom", kShortcutAction,
      printShortcut},
     {"shortcut record", "shortcut.record", "give an action the keys that are pressed next",
-     "Waits for one key press, with at least one of ctrl, alt and super. Escape ends it and changes nothing, and so does "
-     "Ctrl+C; Delete takes the shortcut away. What another action has is refused, and the next press is awaited. No other "
+     "Waits for one key press, with at least one of ctrl, alt and super. Escape ends it and changes nothing, and so "
+     "does "
+     "Ctrl+C; Delete takes the shortcut away. What another action has is refused, and the next press is awaited. No "
+     "other "
      "program hears the keyboard meanwhile; after a minute without an accepted press it is given back.",
      "kova shortcut record focusLeft", kShortcutAction, printShortcut},
     {"shortcut restore-defaults", "shortcut.restoreDefaults", "go back to the keyboard shortcuts that KOVA comes with",
@@ -247,6 +250,16 @@ constexpr std::array kVerbs = std::to_array<Verb>({
      "that "
      "answer slowly, the preference file and the versions. Exits with 1 when something is wrong.",
      "kova doctor", kNothing, nullptr},
+    {"log", "", "print the agent's log",
+     "The newest lines, also when no agent runs. Titles of windows are never among them, unless the agent was started "
+     "with --verbose.",
+     "kova log\nkova log -n 200 --level warning", kFollow | kLines | kLevel, nullptr},
+    {"bugreport", "", "write a report for whoever is to find a fault",
+     "What “doctor” finds, the versions, the state of the workspace, the preferences, and what was logged in the last "
+     "minutes, as text to be read before it is passed on. Titles of windows, names of scenes and messages are "
+     "replaced by words made up for this report. Works without an agent, too, as far as it can. A file that is there "
+     "is not overwritten; only you may read the new one.",
+     "kova bugreport kova-report.txt", kNewFile, nullptr},
     {"quit", "quit", "end the agent", "Windows stay where they are; what the agent had hidden comes back.", "kova quit",
      kNothing, printQuit},
 });

@@ -47,6 +47,10 @@ enum Takes : std::uint64_t {
     kSwitch = 1U << 29,
     kShortcutAction = 1U << 30,
     kShortcutKeys = 1U << 31,
+    kFollow = 1ULL << 40,
+    kLines = 1ULL << 41,
+    kLevel = 1ULL << 42,
+    kNewFile = 1ULL << 43,
 };
 
 struct Verb {

@@ -2,6 +2,7 @@
 // answer, so nothing is built that the verb at hand does not use.
 #include "cli/ApplicationVerbs.h"
 #include "cli/Completion.h"
+#include "cli/DiagnosisVerbs.h"
 #include "cli/DocumentVerbs.h"
 #include "cli/Output.h"
 #include "cli/Parser.h"
@@ -56,34 +57,6 @@ json parametersOf(const Arguments& arguments) {
     return parameters;
 }
 
-ExitCode runDoctor(const Arguments& arguments) {
-    json report = {{"isHealthy", false}, {"version", nullptr}, {"checks", json::array()}};
-    const auto check = [&](const char* subject, const char* verdict, const std::string& text) {
-        report["checks"].push_back({{"subject", subject}, {"verdict", verdict}, {"text", text}});
-    };
-    auto connected = Agent::connect();
-    auto answer = std::holds_alternative<Agent>(connected) ? std::get<Agent>(connected).ask("doctor", json::object())
-                                                           : std::variant<json, Trouble>(std::get<Trouble>(connected));
-    if (const auto* trouble = std::get_if<Trouble>(&answer)) {
-        std::string text = trouble->message;
-        std::replace(text.begin(), text.end(), '\n', ' ');
-        check("agent", "wrong", text);
-        check("versions", "note", "The command line is " KOVA_VERSION "; no agent could be asked.");
-    } else {
-        const json found = std::get<json>(answer);
-        const bool isSame = found["version"] == KOVA_VERSION;
-        report["version"] = found["version"];
-        report["isHealthy"] = found["isHealthy"].get<bool>() && isSame;
-        check("agent", "fine", "It answers at " + std::get<Agent>(connected).socketPath() + ".");
-        for (const json& line : found["checks"]) report["checks"].push_back(line);
-        check("versions", isSame ? "fine" : "wrong",
-              "The agent is " + found["version"].get<std::string>() + ", the command line " KOVA_VERSION +
-                  (isSame ? "." : "; end the agent with “kova quit” and start it anew."));
-    }
-    write(STDOUT_FILENO, arguments.json ? asText(report, 2) : printChecks(report["checks"]));
-    return report["isHealthy"].get<bool>() ? ExitCode::done : ExitCode::refused;
-}
-
 ExitCode runSubscribe(const Arguments& arguments) {
     auto connected = Agent::connect();
     if (const auto* trouble = std::get_if<Trouble>(&connected)) return end(*trouble);
@@ -105,6 +78,8 @@ ExitCode runSubscribe(const Arguments& arguments) {
 
 ExitCode run(const Verb& verb, const Arguments& arguments) {
     if (verb.name == "doctor") return runDoctor(arguments);
+    if (verb.name == "log") return runLog(arguments);
+    if (verb.name == "bugreport") return runBugReport(arguments);
     if (verb.name == "subscribe") return runSubscribe(arguments);
     if (verb.name == "launch") return runLaunch(verb, arguments, parametersOf(arguments));
     if (verb.name == "force-quit-all") return runForceQuitAll(verb, arguments);

@@ -1,0 +1,42 @@
+// The agent's log as files: the command line reads them itself, so that there is something to read when no agent runs.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kova::cli {
+
+/// "debug", "info", "warning" and "error" in the file.
+enum class LogSeverity { detail, note, warning, error };
+
+std::optional<LogSeverity> logSeverityNamed(std::string_view name);
+
+struct LogLine {
+    std::string time; // local: "2024-02-29 12:34:56.789"
+    LogSeverity severity = LogSeverity::note;
+    std::string text; // as it is in the file, without the newline
+};
+
+/// Puts lines together as they come. A line that does not begin like one belongs to the line before.
+class LogReader {
+  public:
+    explicit LogReader(LogSeverity least) : least_(least) {}
+    /// The lines that are complete and at least as severe as asked for.
+    std::vector<LogLine> take(std::string_view text);
+
+  private:
+    LogSeverity least_;
+    std::string rest_; // the beginning of a line
+    LogLine last_;
+};
+
+/// Where the agent keeps its log; the file may be missing.
+std::string logFile();
+/// The file before that, which was set aside when it had grown.
+std::string olderLogFile();
+/// The whole log, the oldest line first; absent when there is none.
+std::optional<std::vector<LogLine>> readLog(LogSeverity least);
+
+} // namespace kova::cli

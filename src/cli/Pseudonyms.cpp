@@ -1,0 +1,86 @@
+#include "cli/Pseudonyms.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdio>
+
+namespace kova::cli {
+
+namespace {
+
+using nlohmann::json;
+
+constexpr auto kHarmless = std::to_array<std::string_view>({
+    "accent",
+    "accentColor",
+    "accentColorID",
+    "action",
+    "application",
+    "applicationName",
+    "axis",
+    "bundleIdentifier",
+    "createdAt",
+    "direction",
+    "display",
+    "displayClass",
+    "displayID",
+    "disposition",
+    "id",
+    "key",
+    "kind",
+    "layout",
+    "layoutID",
+    "modifiers",
+    "permission",
+    "rule",
+    "selection",
+    "slot",
+    "slotID",
+    "split",
+    "stack",
+    "targetID",
+    "theme",
+    "themeID",
+    "tile",
+    "updatedAt",
+    "version",
+    "window",
+    "windowID",
+    "shortcutsHeldByOthers",
+});
+
+bool isHarmless(std::string_view key) {
+    // Whole values under preference keys are choices of ours: an accent, a switch.
+    return key.starts_with("KOVA.") || std::find(kHarmless.begin(), kHarmless.end(), key) != kHarmless.end();
+}
+
+} // namespace
+
+std::string Pseudonyms::wordFor(const std::string& text) {
+    if (text.empty()) return text;
+    std::string& word = words_[text];
+    if (word.empty()) {
+        std::array<char, 32> buffer{};
+        std::snprintf(buffer.data(), buffer.size(), "text-%08x", static_cast<unsigned>(random_()));
+        word = buffer.data();
+    }
+    return word;
+}
+
+json Pseudonyms::applied(const json& record) {
+    return applied(record, "");
+}
+
+json Pseudonyms::applied(const json& value, std::string_view key) {
+    if (value.is_string()) return isHarmless(key) ? value : json(wordFor(value.get<std::string>()));
+    json out = value;
+    if (value.is_object()) {
+        for (auto& [name, member] : out.items()) member = applied(member, name);
+    } else if (value.is_array()) {
+        for (json& element : out) element = applied(element, key);
+    }
+    return out;
+}
+
+} // namespace kova::cli

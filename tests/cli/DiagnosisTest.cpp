@@ -1,0 +1,123 @@
+#include "cli/LogFiles.h"
+#include "cli/Pseudonyms.h"
+#include "support/Version.h"
+#include "tests/cli/CommandRun.h"
+#include "tests/control/AgentStage.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include <set>
+
+namespace kova {
+namespace {
+
+using nlohmann::json;
+
+class Diagnosis : public testing::Test, public AgentStage {
+  protected:
+    Diagnosis() {
+        environment = {"KOVA_SOCKET=" + socketPath(), "HOME=" + files.path().string(),
+                       "XDG_STATE_HOME=" + (files.path() / "state").string(),
+                       "XDG_CONFIG_HOME=" + (files.path() / "config").string(), "LANG=C.UTF-8"};
+    }
+    std::unique_ptr<RunningCommand> begin(const std::vector<std::string>& words) {
+        return std::make_unique<RunningCommand>(words, environment, [this] { turn(); });
+    }
+    /// What it printed, and "!" with its exit code and complaint when it failed.
+    std::string run(const std::vector<std::string>& words) {
+        auto command = begin(words);
+        const int code = command->wait();
+        return command->out + (code == 0 ? "" : "!" + std::to_string(code) + " " + command->err);
+    }
+    std::string path(const std::string& name) const { return (files.path() / name).string(); }
+
+    TemporaryFolder files;
+    std::vector<std::string> environment;
+};
+
+constexpr const char* kFirst = "2024-02-29 12:34:56.789 debug: in detail\n";
+constexpr const char* kSecond = "2024-02-29 12:34:57.000 info: a note\nof two lines\n";
+constexpr const char* kThird = "2024-02-29 12:34:58.000 error: a fault\n";
+
+TEST_F(Diagnosis, TheLogIsReadWithItsPastAndFollowedIntoItsFuture) {
+    EXPECT_EQ(run({"log"}), "!1 There is no log at " + path("state/kova/agent.log") + ".\n");
+    files.write("state/kova/agent.1.log", kFirst);
+    files.write("state/kova/agent.log", std::string(kSecond) + kThird + "half a li");
+    struct Case {
+        std::vector<std::string> words;
+        std::string out;
+    };
+    const std::vector<Case> cases = {
+        {{"log"}, std::string(kFirst) + kSecond + kThird},
+        {{"log", "-n", "2"}, std::string("of two lines\n") + kThird},
+        {{"log", "--level", "note"}, std::string(kSecond) + kThird},
+        {{"log", "--level=warning"}, kThird},
+        {{"log", "-n", "0"}, ""},
+        {{"log", "--level", "loud"},
+         "!2 kova: --level: “loud” is not detail, note, warning or error\n"
+         "Try “kova log --help”.\n"},
+    };
+    for (const Case& c : cases) EXPECT_EQ(run(c.words), c.out);
+
+    auto following = begin({"log", "-f", "--level", "error"});
+    EXPECT_TRUE(following->waitForOutput("a fault"));
+    std::filesystem::rename(path("state/kova/agent.log"), path("state/kova/agent.1.log")); // it has grown
+    files.write("state/kova/agent.log", "2024-02-29 12:35:00.000 error: another fault\n");
+    EXPECT_TRUE(following->waitForOutput("another fault")) << following->out;
+}
+
+TEST_F(Diagnosis, AReportTellsNothingThatPeopleHaveWritten) {
+    desk.opens("Editor", {.title = "Secret plan"});
+    desk.settle();
+    (void)desk.controller().captureScene("Secret scene");
+    files.write("config/kova/preferences.json",
+                R"({"KOVA.accentColor.v1": "system-blue", "KOVA.workspaceProduct.v1":
+                    {"scenes": [{"name": "Secret scene", "placements": [{"windowTitle": "Secret plan"}]}],
+                     "rules": [{"titleContains": "Secret plan"}]}})");
+    files.write("state/kova/agent.log", "2024-02-29 12:34:56.789 debug: Secret plan\n"
+                                        "2024-02-29 12:34:57.000 warning: " +
+                                            path("x") + " is full\n");
+    EXPECT_EQ(run({"bugreport", path("report.txt")}),
+              "The report is in " + path("report.txt") + ". Read it before you pass it on.\n");
+    const std::string report = contentsOf(path("report.txt"));
+    EXPECT_EQ(report.find("Secret"), std::string::npos) << report;
+    EXPECT_EQ(report.find(files.path().string()), std::string::npos) << report;
+    for (const char* part :
+         {"== Checks", "\"application\": \"Editor\"", "\"title\": \"text-", "\"windowTitle\": \"text-",
+          "\"KOVA.accentColor.v1\": \"system-blue\"", "~/x is full", KOVA_VERSION}) {
+        EXPECT_NE(report.find(part), std::string::npos) << part;
+    }
+    struct stat file {};
+    ASSERT_EQ(stat(path("report.txt").c_str(), &file), 0);
+    EXPECT_EQ(file.st_mode & 0777U, 0600U);
+    EXPECT_EQ(run({"bugreport", path("report.txt")}),
+              "!1 " + path("report.txt") + " is there already; it is not overwritten\n");
+
+    endServer();
+    EXPECT_EQ(run({"bugreport", path("alone.txt")}).front(), 'T');
+    const std::string alone = contentsOf(path("alone.txt"));
+    EXPECT_NE(alone.find("~/x is full"), std::string::npos) << "the log is there without an agent";
+    EXPECT_NE(alone.find("no agent could be asked"), std::string::npos);
+}
+
+TEST(Pseudonyms, AreTheSameForTheSameTextInOneReportOnly) {
+    const json record = {{"title", "Inbox"},      {"id", "7:8"},
+                         {"unknownKey", "Inbox"}, {"list", {"Inbox", "Mail", 3}},
+                         {"empty", ""},           {"KOVA.x.v1", "dark"}};
+    cli::Pseudonyms pseudonyms;
+    const json shown = pseudonyms.applied(record);
+    EXPECT_EQ(shown["id"], "7:8");
+    EXPECT_EQ(shown["KOVA.x.v1"], "dark");
+    EXPECT_EQ(shown["empty"], "");
+    EXPECT_EQ(shown["list"][2], 3);
+    EXPECT_EQ(shown["title"], shown["unknownKey"]);
+    EXPECT_EQ(shown["title"], shown["list"][0]);
+    EXPECT_NE(shown["title"], shown["list"][1]);
+    EXPECT_EQ(shown.dump().find("Inbox"), std::string::npos);
+    EXPECT_NE(cli::Pseudonyms().applied(record)["title"], shown["title"]);
+}
+
+} // namespace
+} // namespace kova
