@@ -84,8 +84,7 @@ std::vector<KeyCombination> combinationsOf(const KovaShortcutConfiguration& conf
         }
     }
     std::ranges::sort(combinations);
-    const auto repeated = std::ranges::unique(combinations);
-    combinations.erase(repeated.begin(), repeated.end());
+    combinations.erase(std::unique(combinations.begin(), combinations.end()), combinations.end());
     return combinations;
 }
 

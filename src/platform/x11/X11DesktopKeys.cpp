@@ -15,9 +15,13 @@ constexpr Seconds kPauseBetweenQuestions{1}, kPauseBetweenChanges{10};
 /// Something that is kept by a subscription, and what is to happen once it is dropped.
 template <class Thing>
 struct Kept {
+    explicit Kept(Thing kept) : thing(std::move(kept)) {}
+    Kept(const Kept&) = delete;
+    Kept& operator=(const Kept&) = delete;
+    ~Kept() { dropped(); }
+
     Thing thing;
     std::function<void()> dropped;
-    ~Kept() { dropped(); }
 };
 
 } // namespace
@@ -27,7 +31,7 @@ Subscription X11Desktop::addGlobalMonitor(std::function<void(const KeyPress&)> m
         const std::lock_guard lock(parts->mutex);
         if (parts->hand) parts->hand->listenToKeys(parts->keyMonitors.hasAny());
     };
-    auto kept = std::make_shared<Kept<Subscription>>(parts_->keyMonitors.add(std::move(monitor)), nullptr);
+    auto kept = std::make_shared<Kept<Subscription>>(parts_->keyMonitors.add(std::move(monitor)));
     kept->dropped = [kept = kept.get(), guarded = parts_->lifetime.guard(listen)]() mutable {
         kept->thing = {};
         guarded();
@@ -66,8 +70,8 @@ Subscription X11Desktop::recordKeys(std::function<bool(const KeyPress&)> recorde
     const auto end = [parts = parts_.get()] {
         if (parts->keyRecorder.expired()) parts->stopRecordingKeys();
     };
-    auto kept = std::make_shared<Kept<Parts::KeyRecorder>>(Parts::KeyRecorder{std::move(recorder), std::move(failed)},
-                                                           parts_->lifetime.guard(end));
+    auto kept = std::make_shared<Kept<Parts::KeyRecorder>>(Parts::KeyRecorder{std::move(recorder), std::move(failed)});
+    kept->dropped = parts_->lifetime.guard(end);
     parts_->keyRecorder = std::shared_ptr<Parts::KeyRecorder>(kept, &kept->thing);
     const std::lock_guard lock(parts_->mutex);
     if (parts_->hand && parts_->hand->keyboard().isUsable()) {
