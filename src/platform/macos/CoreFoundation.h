@@ -4,6 +4,10 @@
 
 #import <Foundation/Foundation.h>
 
+#if !__has_feature(objc_arc)
+#error "Objects are released by automatic reference counting only: compile with -fobjc-arc"
+#endif
+
 #include <memory>
 #include <string>
 #include <string_view>
