@@ -87,12 +87,21 @@ bool ShortcutMethods::isHeldByOther(const KovaShortcut& shortcut) const {
     return std::ranges::find(held, KeyCombination{shortcut.keyCode, shortcut.modifierFlagsRawValue}) != held.end();
 }
 
+/// As it is to be typed now: by what the active layout writes on the key, which may not be what was written on it when
+/// the shortcut was made.
+std::string ShortcutMethods::textOf(KovaShortcut shortcut) const {
+    const std::string written = keys_ ? keys_->charactersOf(shortcut.keyCode) : "";
+    const std::string label = keyLabel({shortcut.keyCode, 0, false, written});
+    if (label != kUnknownKeyLabel) shortcut.keyLabel = label;
+    return shortcutText(shortcut);
+}
+
 json ShortcutMethods::recordOf(KovaShortcutAction action) const {
     json out = {{"action", rawValue(action)}, {"title", title(action)}, {"keys", nullptr},
                 {"label", nullptr},           {"keyCode", nullptr},     {"modifiers", nullptr},
                 {"conflict", nullptr},        {"isHeldByOther", false}};
     if (const auto shortcut = settings_.shortcut(action)) {
-        out["keys"] = shortcutText(*shortcut);
+        out["keys"] = textOf(*shortcut);
         out["label"] = shortcut->keyLabel;
         out["keyCode"] = shortcut->keyCode;
         out["modifiers"] = modifierNames(shortcut->modifierFlagsRawValue);
@@ -113,7 +122,7 @@ std::vector<std::string> ShortcutMethods::heldByOthers() const {
     for (const auto action : kShortcutActions) {
         const auto shortcut = settings_.shortcut(action);
         if (!shortcut || action == KovaShortcutAction::commandCenter || !isHeldByOther(*shortcut)) continue;
-        texts.push_back(shortcutText(*shortcut) + " (" + std::string(title(action)) + ")");
+        texts.push_back(textOf(*shortcut) + " (" + std::string(title(action)) + ")");
     }
     return texts;
 }

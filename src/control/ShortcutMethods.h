@@ -49,6 +49,7 @@ class ShortcutMethods {
         KovaShortcutAction action;
     };
 
+    std::string textOf(KovaShortcut shortcut) const;
     nlohmann::json recordOf(KovaShortcutAction action) const;
     nlohmann::json recordsOfAll() const;
     bool isHeldByOther(const KovaShortcut& shortcut) const;

@@ -87,6 +87,12 @@ TEST_F(ShortcutsOverTheSocket, AreSetClearedAndRestored) {
     shortcuts.configuration.set(twice);
     EXPECT_EQ(shortcutOf("focusLeft")["conflict"], "undo");
     EXPECT_EQ(shortcutOf("undo")["conflict"], "focusLeft");
+    // Another layout: the same key, told by what is written on it now.
+    keyboard().setLayout({{keyCode::a, "q"}, {keyCode::q, "a"}});
+    EXPECT_EQ(shortcutOf("arrangeWindows")["keys"], "Ctrl+Alt+Q");
+    EXPECT_EQ(shortcutOf("arrangeWindows")["label"], "A");
+    EXPECT_EQ(result("shortcut.set", {{"action", "arrange-windows"}, {"keys", "ctrl+alt+a"}})["shortcut"]["keyCode"],
+              keyCode::q);
 }
 
 TEST_F(ShortcutsOverTheSocket, ThatAnotherProgramHoldsAreNamed) {
