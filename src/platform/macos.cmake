@@ -1,9 +1,4 @@
 # What only the Mac has: its windows, displays, keys and dialogs, in Objective-C++ with automatic reference counting.
-enable_language(OBJCXX)
-set(CMAKE_OBJCXX_STANDARD ${CMAKE_CXX_STANDARD})
-set(CMAKE_OBJCXX_STANDARD_REQUIRED ON)
-set(CMAKE_OBJCXX_EXTENSIONS OFF)
-
 file(GLOB macos_sources CONFIGURE_DEPENDS platform/macos/*.mm)
 add_library(kova_platform_macos STATIC ${macos_sources})
 target_compile_options(kova_platform_macos PUBLIC $<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc> -Wunguarded-availability)
