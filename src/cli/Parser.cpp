@@ -162,7 +162,7 @@ constexpr std::array kOptions =
              [](Arguments& a, std::string_view word) { return takeName(a.file, word); }},
             {kUrl, "", "URL", "of the scheme kova, such as kova://action/arrange",
              [](Arguments& a, std::string_view word) { return takeName(a.url, word); }},
-            {kShortcutAction, "", "ACTION", "as “shortcut list” names it, such as focusLeft; or its title, or a part",
+            {kShortcutAction, "", "ACTION", "name or title of an action, or a part of it",
              [](Arguments& a, std::string_view word) { return takeName(a.action, word); }},
             {kShortcutKeys, "", "KEYS", "modifiers and a key, such as ctrl+alt+h, alt+f5 or super+left",
              [](Arguments& a, std::string_view word) { return takeName(a.keys, word); }},

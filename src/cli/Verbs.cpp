@@ -196,7 +196,7 @@ constexpr std::array kVerbs = std::to_array<Verb>({
      "other "
      "program hears the keyboard meanwhile; after a minute without an accepted press it is given back.",
      "kova shortcut record focusLeft", kShortcutAction, printShortcut},
-    {"shortcut restore-defaults", "shortcut.restoreDefaults", "go back to the keyboard shortcuts that KOVA comes with",
+    {"shortcut restore-defaults", "shortcut.restoreDefaults", "bring back the standard shortcuts",
      "Of all actions. “undo” does not take this back.", "kova shortcut restore-defaults", kNothing, printShortcuts},
     {"theme list", "theme.list", "list the themes",
      "Their colours, with those of the accent colour in use, and what is shown of them. The theme in use is marked.",
