@@ -4,7 +4,6 @@
 
 #include "agent/AgentOptions.h"
 #include "agent/SessionAgent.h"
-#include "app/DocumentExchange.h"
 
 #include <memory>
 #include <optional>
@@ -27,10 +26,6 @@ class MacAgent {
     /// The desktop gets back what was borrowed, and the preferences are on disk.
     void stop();
     void openURLs(const std::vector<std::string>& urls);
-
-    // What a menu calls
-    AppDelegate& delegate();
-    DocumentExchange& documents();
 
   private:
     struct Parts;

@@ -1,5 +1,7 @@
 #include "agent/MacAgent.h"
 
+#include "app/DocumentExchange.h"
+
 #include "app/SystemDockAutoHideService.h"
 #include "platform/macos/CoreFoundation.h"
 #include "platform/macos/DispatchQueues.h"
@@ -137,14 +139,6 @@ void MacAgent::stop() {
 void MacAgent::openURLs(const std::vector<std::string>& urls) {
     if (isStarted_) return parts_->agent.delegate().openURLs(urls);
     waitingURLs_.insert(waitingURLs_.end(), urls.begin(), urls.end());
-}
-
-AppDelegate& MacAgent::delegate() {
-    return parts_->agent.delegate();
-}
-
-DocumentExchange& MacAgent::documents() {
-    return parts_->documents;
 }
 
 void quitMacAgent() {
