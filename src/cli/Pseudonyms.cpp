@@ -19,6 +19,8 @@ constexpr auto kHarmless = std::to_array<std::string_view>({
     "application",
     "applicationName",
     "axis",
+    "claimedSlotIDs",
+    "firstSteps",
     "bundleIdentifier",
     "createdAt",
     "direction",
@@ -50,9 +52,12 @@ constexpr auto kHarmless = std::to_array<std::string_view>({
     "shortcutsHeldByOthers",
 });
 
+bool isPreferenceKey(std::string_view key) {
+    return key.starts_with("KOVA.");
+}
+
 bool isHarmless(std::string_view key) {
-    // Whole values under preference keys are choices of ours: an accent, a switch.
-    return key.starts_with("KOVA.") || std::find(kHarmless.begin(), kHarmless.end(), key) != kHarmless.end();
+    return isPreferenceKey(key) || std::find(kHarmless.begin(), kHarmless.end(), key) != kHarmless.end();
 }
 
 } // namespace
@@ -78,7 +83,8 @@ json Pseudonyms::applied(const json& value, std::string_view key) {
     if (value.is_object()) {
         for (auto& [name, member] : out.items()) member = applied(member, name);
     } else if (value.is_array()) {
-        for (json& element : out) element = applied(element, key);
+        // Whole values under preference keys are choices of ours; lists of words need not be.
+        for (json& element : out) element = applied(element, isPreferenceKey(key) ? "" : key);
     }
     return out;
 }

@@ -22,13 +22,16 @@ json record(const SystemSetting::State& state) {
 
 ControlReply tellSetting(const std::optional<SystemSetting>& setting) {
     if (!setting) return refusal(kNoSetting);
-    return record(setting->state());
+    const auto state = setting->state();
+    if (state.absence) return refusal(*state.absence);
+    return record(state);
 }
 
 ControlReply switchSetting(const std::optional<SystemSetting>& setting, bool isOn) {
     if (!setting) return refusal(kNoSetting);
     setting->set(isOn);
     const auto state = setting->state();
+    if (state.absence) return refusal(*state.absence);
     if (state.problem) return refusal(*state.problem);
     return record(state);
 }

@@ -13,6 +13,7 @@ struct SystemSetting {
         bool isOn = false;
         std::optional<std::string> problem;  // why it is not as wished
         std::optional<std::string> guidance; // what else there is to know
+        std::optional<std::string> absence;  // why this desktop has nothing of the kind; then the rest means nothing
     };
     std::function<State()> state;
     /// The state afterwards says whether it worked, as far as that is known at once.

@@ -79,9 +79,11 @@ TEST_F(SystemTest, ANewUserIsToldWhatToDoAndTheAgentStartsWithTheSessionIfWanted
     EXPECT_EQ(session_.kova({"login", "on"}).exitCode, 0);
     const std::string entry = contentsOf(server_.folder() + "/config/autostart/kova-agent.desktop");
     EXPECT_NE(entry.find(std::string("Exec=") + KOVA_AGENT), std::string::npos) << entry;
-    const auto dock = session_.kova({"dock", "on"});
-    EXPECT_EQ(dock.exitCode, 1);
-    EXPECT_NE(dock.output.find("no common preference"), std::string::npos) << dock.output;
+    for (const char* wish : {"on", "off", "status"}) {
+        const auto dock = session_.kova({"dock", wish});
+        EXPECT_EQ(dock.exitCode, 1);
+        EXPECT_NE(dock.output.find("no common preference"), std::string::npos) << dock.output;
+    }
     session_.signalAgent(SIGTERM);
     ASSERT_TRUE(session_.waitForAgent());
 

@@ -111,6 +111,8 @@ TEST(Pseudonyms, AreTheSameForTheSameTextInOneReportOnly) {
     EXPECT_EQ(shown["id"], "7:8");
     EXPECT_EQ(shown["KOVA.x.v1"], "dark");
     EXPECT_EQ(shown["empty"], "");
+    EXPECT_EQ(pseudonyms.applied({{"KOVA.y.v1", {"Inbox"}}})["KOVA.y.v1"][0], shown["title"])
+        << "a list may be anybody's";
     EXPECT_EQ(shown["list"][2], 3);
     EXPECT_EQ(shown["title"], shown["unknownKey"]);
     EXPECT_EQ(shown["title"], shown["list"][0]);

@@ -39,7 +39,7 @@ class AgentStage {
         for (auto* setting : {&context.startAtLogin, &context.dockAutoHide}) {
             const auto isOn = std::make_shared<bool>(false);
             *setting = SystemSetting{[isOn] {
-                                         return SystemSetting::State{*isOn, {}, "Said by the system."};
+                                         return SystemSetting::State{*isOn, {}, "Said by the system.", {}};
                                      },
                                      [isOn](bool wanted) { *isOn = wanted; }};
         }

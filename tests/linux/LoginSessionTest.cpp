@@ -67,12 +67,11 @@ TEST(ActivityConditions, BecomeEventsOnlyWhereTheWorkspaceWouldNotice) {
         {{"all at once",
           [](Facts f) {
               f.isPreparingForSleep = f.isLockedHintSet = true;
-              f.isSessionActive = f.areScreensOn = false;
+              f.isSessionActive = false;
               return f;
           },
-          "asleep dark inactive locked "},
-         {"logind goes, the screens are none of its business", withoutLogind, "awake active unlocked "},
-         {"light", [](Facts) { return Facts{}; }, "lit "}},
+          "asleep inactive locked "},
+         {"logind goes", withoutLogind, "awake active unlocked "}},
     };
     for (const auto& story : stories) {
         Facts facts;

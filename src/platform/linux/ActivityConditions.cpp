@@ -48,7 +48,6 @@ std::vector<SystemActivityEvent> eventsBetween(const ActivityFacts& before, cons
         if (was != is) events.push_back(is ? begins : ends);
     };
     tell(before.isPreparingForSleep, after.isPreparingForSleep, systemWillSleep, systemDidWake);
-    tell(!before.areScreensOn, !after.areScreensOn, screensDidSleep, screensDidWake);
     tell(!before.isSessionActive, !after.isSessionActive, sessionDidResignActive, sessionDidBecomeActive);
     tell(isLocked(before), isLocked(after), screenDidLock, screenDidUnlock);
     return events;

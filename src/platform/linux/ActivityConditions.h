@@ -1,5 +1,5 @@
-// When is a Linux session asleep, dark, inactive or locked? Several sources tell, each in its own words and not each of
-// them on every desktop; here they become the four conditions of the workspace. Values and arithmetic only.
+// When is a Linux session asleep, inactive or locked? Several sources tell, each in its own words and not each of
+// them on every desktop; here they become the conditions of the workspace. Values and arithmetic only.
 #pragma once
 
 #include "windowing/SystemActivityServicing.h"
@@ -19,7 +19,6 @@ struct ActivityFacts {
     /// Somebody has asked for a lock, and nobody has confirmed it yet.
     bool isLockAwaited = false;
     std::set<std::string> activeScreenSavers;
-    bool areScreensOn = true;
 
     bool operator==(const ActivityFacts&) const = default;
 };

@@ -68,12 +68,6 @@ LogindConversation::Listener LoginSession::listener() {
     return listener;
 }
 
-void LoginSession::screensAreOn(bool areOn) {
-    auto facts = facts_;
-    facts.areScreensOn = areOn;
-    hear(std::move(facts));
-}
-
 void LoginSession::hear(ActivityFacts facts) {
     const auto before = std::exchange(facts_, std::move(facts));
     isLockedHintSet_ = facts_.isLockedHintSet;

@@ -46,9 +46,6 @@ class LoginSession final : public SessionServicing, public SystemActivityServici
     Subscription observeSystemActivity(std::function<void(SystemActivityEvent)> observer) override;
     std::vector<DiagnosticLine> diagnose() const override;
 
-    /// What the X server says of its screens.
-    void screensAreOn(bool areOn);
-
   private:
     LogindConversation::Listener listener();
     void hear(ActivityFacts facts);
