@@ -1,7 +1,6 @@
 #include "agent/MacAgent.h"
 
 #include "app/DocumentExchange.h"
-
 #include "app/SystemDockAutoHideService.h"
 #include "platform/macos/CoreFoundation.h"
 #include "platform/macos/DispatchQueues.h"
