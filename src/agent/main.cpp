@@ -44,9 +44,11 @@ class Desktop {
     static std::optional<Desktop> open(const AgentOptions& options, const std::string& hiddenWindowsFile,
                                        EventLoop& loop, ApplicationCatalogue& catalogue,
                                        ApplicationLauncher& launcher) {
-        auto opened = X11Desktop::open(
-            {.displayName = std::nullopt, .hiddenWindowsFile = hiddenWindowsFile, .launcher = &launcher}, loop,
-            catalogue);
+        auto opened = X11Desktop::open({.displayName = std::nullopt,
+                                        .hiddenWindowsFile = hiddenWindowsFile,
+                                        .launcher = &launcher,
+                                        .waitsToSettleHiddenWindows = true},
+                                       loop, catalogue);
         Desktop desktop;
         if (auto* x11 = std::get_if<std::unique_ptr<X11Desktop>>(&opened)) {
             desktop.x11_ = std::move(*x11);

@@ -56,6 +56,9 @@ struct LaunchResult {
 
 using LaunchCompletion = std::function<void(const LaunchResult&)>;
 
+/// What becomes of windows that an agent before this one hid and could not bring back.
+enum class LeftWindows { stayHidden, comeBack };
+
 class ApplicationServicing {
   public:
     virtual ~ApplicationServicing() = default;
@@ -79,6 +82,13 @@ class ApplicationServicing {
     virtual void hide(pid_t processIdentifier) = 0;
     virtual void unhide(pid_t processIdentifier) = 0;
     virtual void activate(pid_t processIdentifier) = 0;
+
+    /// Tells the process from every other that had or will have its number, also after the machine was started anew;
+    /// absent where nothing does. Main thread; may read files.
+    virtual std::optional<std::string> processStartIdentity(pid_t) const { return std::nullopt; }
+    /// Said once, with the first picture of the desktop: windows that stay hidden count as hidden by this agent. Where
+    /// nobody says it, and where hiding outlives nobody, they come back by themselves. Main thread.
+    virtual void settleHiddenWindows(LeftWindows) {}
 
     /// What a user would find in a menu of applications, sorted by name. Main thread; may read files, waits for nobody.
     virtual std::vector<LaunchableApplication> launchableApplications() const = 0;

@@ -86,6 +86,13 @@ void giveSlots(std::vector<Occupant>& all, std::vector<std::string>& free, Fits 
 
 } // namespace
 
+DisplayTiles tilesOf(const SolvedLayout& solved) {
+    DisplayTiles tiles;
+    for (const auto& slot : solved.slots) tiles.slotIDs.push_back(slot.id);
+    tiles.frames = solved.frames;
+    return tiles;
+}
+
 LayoutMigration migrateAssignments(const TileAssignments& before, const std::string& displayID,
                                    const DisplayTiles& oldTiles, const DisplayTiles& newTiles) {
     const std::string prefix = tileTargetID(displayID, "");

@@ -1,6 +1,7 @@
 // What becomes of the windows of a display whose layout changes.
 #pragma once
 
+#include "layout/LayoutSolver.h"
 #include "layout/TileSpans.h"
 #include "workspace/TileAssignments.h"
 
@@ -14,6 +15,8 @@ struct DisplayTiles {
     std::vector<std::string> slotIDs;
     std::vector<CGRect> frames;
 };
+
+DisplayTiles tilesOf(const SolvedLayout& solved);
 
 struct LayoutMigration {
     TileAssignments assignments;

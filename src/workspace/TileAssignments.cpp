@@ -1,5 +1,7 @@
 #include "workspace/TileAssignments.h"
 
+#include "layout/TileSpans.h"
+
 #include <algorithm>
 
 namespace kova {
@@ -31,6 +33,59 @@ std::vector<std::string> TileAssignments::targetsOf(const std::string& windowID)
 
 bool TileAssignments::isInAnyTile(const std::string& windowID) const {
     return targetOf(windowID).has_value() || stackTargetOf(windowID).has_value();
+}
+
+std::vector<std::string> TileAssignments::targetsAnchorFirst(const std::string& windowID) const {
+    auto targets = targetsOf(windowID);
+    if (const auto anchor = targetOf(windowID)) {
+        const auto at = std::find(targets.begin(), targets.end(), *anchor);
+        if (at != targets.end()) std::rotate(targets.begin(), at, at + 1);
+    }
+    return targets;
+}
+
+TileAssignments TileAssignments::onDisplay(const std::string& displayID) const {
+    const std::string prefix = tileTargetID(displayID, "");
+    TileAssignments here = *this;
+    std::erase_if(here.assignedWindowIDs, [&](const auto& entry) { return !entry.first.starts_with(prefix); });
+    std::erase_if(here.stackWindowIDsByTarget, [&](const auto& entry) { return !entry.first.starts_with(prefix); });
+    std::erase_if(here.anchorTargetIDsByWindowID, [&](const auto& entry) { return !entry.second.starts_with(prefix); });
+    return here;
+}
+
+bool TileAssignments::isSound() const {
+    std::map<std::string, std::size_t> tileCounts;
+    for (const auto& [target, window] : assignedWindowIDs) ++tileCounts[window];
+    for (const auto& [window, count] : tileCounts) {
+        const auto anchor = anchorTargetIDsByWindowID.find(window);
+        const bool hasAnchor = anchor != anchorTargetIDsByWindowID.end();
+        if (hasAnchor != (count > 1)) return false;
+        if (!hasAnchor) continue;
+        const auto front = assignedWindowIDs.find(anchor->second);
+        if (front == assignedWindowIDs.end() || front->second != window) return false;
+    }
+    for (const auto& [window, anchor] : anchorTargetIDsByWindowID) {
+        if (!tileCounts.contains(window)) return false;
+    }
+    std::set<std::string> stacked;
+    for (const auto& [target, stack] : stackWindowIDsByTarget) {
+        if (stack.empty()) return false;
+        for (const auto& window : stack) {
+            if (!stacked.insert(window).second) return false;
+        }
+        const auto front = assignedWindowIDs.find(target);
+        if (front != assignedWindowIDs.end() && stack.front() != front->second) return false;
+    }
+    return true;
+}
+
+void TileAssignments::putFrontsFirst() {
+    for (auto& [target, stack] : stackWindowIDsByTarget) {
+        const auto front = assignedWindowIDs.find(target);
+        if (front == assignedWindowIDs.end() || targetOf(front->second) != target) continue;
+        std::erase(stack, front->second);
+        stack.insert(stack.begin(), front->second);
+    }
 }
 
 void TileAssignments::removeFromStacks(const std::string& windowID) {
@@ -97,13 +152,9 @@ void TileAssignments::mergeStacksInto(const std::string& anchorTargetID, const s
 }
 
 void TileAssignments::adopt(const std::string& windowID, const TileAssignments& other) {
-    const auto target = other.targetOf(windowID);
-    if (!target) return;
-    std::vector<std::string> targets{*target};
-    for (const auto& covered : other.targetsOf(windowID)) {
-        if (covered != *target) targets.push_back(covered);
-    }
-    insertIntoStack(*target, windowID, StackPosition::front);
+    const auto targets = other.targetsAnchorFirst(windowID);
+    if (targets.empty()) return;
+    insertIntoStack(targets.front(), windowID, StackPosition::front);
     (void)assign(windowID, targets); // who was there was not in `other`
 }
 

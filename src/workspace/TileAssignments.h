@@ -26,6 +26,12 @@ struct TileAssignments {
     /// Whether the window fronts a tile.
     bool isAssigned(const std::string& windowID) const { return targetOf(windowID).has_value(); }
     bool isInAnyTile(const std::string& windowID) const;
+    /// Every tile that the window fronts, its anchor first; empty when it fronts none.
+    std::vector<std::string> targetsAnchorFirst(const std::string& windowID) const;
+    /// What there is on one display.
+    TileAssignments onDisplay(const std::string& displayID) const;
+    /// Whether what is always true of assignments is true of these, which somebody else may have written.
+    bool isSound() const;
 
     /// Takes the window out of every stack, dropping stacks that become empty.
     void removeFromStacks(const std::string& windowID);
@@ -42,6 +48,8 @@ struct TileAssignments {
     /// there.
     void mergeStacksInto(const std::string& anchorTargetID, const std::vector<std::string>& targets,
                          const std::vector<std::string>& displacedWindowIDs);
+    /// Puts who fronts a tile first in its stack, where it has one.
+    void putFrontsFirst();
     /// Takes over the window's tiles, and its place at the front of its stack, from `other`.
     void adopt(const std::string& windowID, const TileAssignments& other);
     /// The window is known under another id from now on, which must be in no tile.

@@ -40,13 +40,15 @@ bool WorkspaceController::arrange() {
     return true;
 }
 
-/// Absent for windows that take no part: full-screen ones, those on another virtual desktop, and those that a rule lets
-/// float or ignores.
+/// Absent for windows that take no part: those whose display may be back in a moment, full-screen ones, those on
+/// another virtual desktop, and those that a rule lets float or ignores.
 std::optional<ArrangementCandidate> WorkspaceController::candidateFor(const ManagedWindow& window,
                                                                       const TileAssignments& assignments) const {
     const bool isHidden = windowService_->isApplicationHidden(window.processIdentifier);
     const bool isElsewhere = !window.isVisible && !window.isMinimized && !isHidden && window.frame;
-    if (window.isFullScreen || isElsewhere || isExcludedByRules(window)) return std::nullopt;
+    if (window.isFullScreen || isElsewhere || isExcludedByRules(window) || isAwaitedHome(window.id)) {
+        return std::nullopt;
+    }
     ArrangementCandidate candidate;
     candidate.window = window;
     candidate.applicationKey = applicationKey(window.applicationName, window.bundleIdentifier);
@@ -116,10 +118,12 @@ void WorkspaceController::arrangeWindows() {
 }
 
 void WorkspaceController::carryOut(const ArrangementPlan& plan) {
-    TileAssignments next;
+    TileAssignments next = assignmentsOnAbsentDisplays();
     for (const auto& window : liveWindows_) { // a full-screen window keeps its tile
         if (window.isFullScreen) next.adopt(window.id, assignments_);
     }
+    for (const auto& placement : plan.placements) next.remove(placement.window.id);
+    for (const auto& surplus : plan.surplus) next.remove(surplus.window.id);
     for (const auto& placement : plan.placements) {
         std::vector<std::string> claimed;
         for (const auto& target : placement.claimedTargets) claimed.push_back(target.id());

@@ -33,6 +33,7 @@ WorkspaceController::WorkspaceController(const WorkspaceServices& services) :
     state_.activeSceneID.set(loaded.document.activeSceneID);
     state_.continuousManagementEnabled.set(loaded.continuousManagementEnabled);
     readScreens();
+    keepSession();
     screensSubscription_ = services_.screens.observeScreens(lifetime_.guard([this] { screensChanged(); }));
 }
 
@@ -40,7 +41,6 @@ WorkspaceController::~WorkspaceController() = default;
 
 void WorkspaceController::start(bool promptForPermission) {
     refreshCycle_.begin();
-    didAutoArrange_ = false;
     readScreens();
     state_.permissionState.set(windowService_->permissionState());
     if (promptForPermission && *state_.permissionState != AccessibilityPermissionState::granted) {
@@ -53,6 +53,7 @@ void WorkspaceController::start(bool promptForPermission) {
 void WorkspaceController::stop() {
     abandonDrags();
     closeFocusMode();
+    if (isRunning()) session_->save();
     ++autoArrangeGeneration_;
     pendingApplicationPlacements_.clear();
     restoration_ = {};

@@ -8,6 +8,7 @@
 #include "themes/ThemeRegistry.h"
 #include "windowing/AccessibilityWindowService.h"
 #include "workspace/ArrangementPlan.h"
+#include "workspace/DisplayAbsence.h"
 #include "workspace/DisplayLayouts.h"
 #include "workspace/DividerDrag.h"
 #include "workspace/LayoutMigration.h"
@@ -19,10 +20,13 @@
 #include "workspace/SceneCapture.h"
 #include "workspace/SceneDifferences.h"
 #include "workspace/SceneRestoration.h"
+#include "workspace/SessionKeeper.h"
+#include "workspace/SessionResumption.h"
 #include "workspace/TileAssignments.h"
 #include "workspace/TransitionRecovery.h"
 #include "workspace/UndoHistory.h"
 #include "workspace/WorkspaceAction.h"
+#include "workspace/WorkspaceRecords.h"
 #include "workspace/WorkspaceServices.h"
 #include "workspace/WorkspaceState.h"
 
@@ -36,25 +40,6 @@
 #include <vector>
 
 namespace kova {
-
-/// A tile as it stands on a display.
-struct WorkspaceTile {
-    std::string targetID;
-    std::string displayID;
-    TileSlot slot;
-    CGRect frameOnScreen{};         // screen space, the tile's cell
-    CGRect frameForWindowService{}; // window-service space, where a window of this tile is put (inset applied)
-    std::optional<std::string> windowID;
-    std::vector<std::string> stack; // front first
-};
-
-/// What a file held, whether it was new or not.
-struct WorkspaceImportCounts {
-    std::size_t scenes = 0;
-    std::size_t rules = 0;
-};
-
-enum class LayoutSelectionResult { done, unknownDisplay, unknownLayout, refused };
 
 class WorkspaceController {
   public:
@@ -273,12 +258,33 @@ class WorkspaceController {
     void presentPoll(bool isRecovering);
     void publishWindows();
     void applyDenied();
-    void keepAssignmentsValid(const std::set<std::string>& spared);
+    void keepAssignmentsValid();
     void scheduleAutomaticArrangement(bool justGranted);
+    bool hasUnfinishedBusiness() const;
+
+    // Displays that come and go (WorkspaceDisplays.cpp)
     void readScreens();
     void screensChanged();
+    void noteDisplaysThatCameAndWent(const std::set<std::string>& before);
+    void takeBack(DisplayAbsence& homes, const std::string& key);
+    void settleOnDisplays();
+    void presentRegained();
+    void migrateChangedDisplays();
+    void forgetOutgrownLayouts(const std::string& displayID);
+    void noteMovedByUser(const std::string& windowID);
+    void awaitStableDisplays();
+    bool isAwaitedHome(const std::string& windowID) const;
+    void placeHomelessWindows();
+    TileAssignments assignmentsOnAbsentDisplays() const;
     void giveUpUnreachablePlacements();
-    bool hasUnfinishedBusiness() const;
+
+    // What outlives the agent (WorkspaceRestart.cpp)
+    void keepSession();
+    std::optional<WorkspaceSession> describeSession();
+    bool takeUpSession();
+    void acceptPlacesOfWindows();
+    void takeUpZoom(const WorkspaceSessionZoom& zoom, const ResumedWindows& resumed);
+    std::set<std::string> sparedWindowIDs();
 
     // Sleep, lock and session switches (WorkspaceRecovery.cpp)
     void beginTransitionRecovery();
@@ -391,7 +397,6 @@ class WorkspaceController {
     std::map<std::string, CGRect> framesOfTiledWindows(const Screen& screen) const;
     bool cycleLayout(int step);
     void noteTileGeometry();
-    void migrateChangedDisplays();
     void layoutChanged(const std::string& displayID);
     void setProfile(WorkspaceProfile profile);
 
@@ -428,6 +433,8 @@ class WorkspaceController {
 
     /// How often a window that stays off its tile is asked again.
     static constexpr int kPlacementAttempts = 3;
+    /// So long the displays must stay as they are until windows of those that are away go elsewhere.
+    static constexpr Seconds kDisplaysAreStableAfter{2};
     static constexpr std::string_view kOpenSceneAction = "open scene";
 
     WorkspaceServices services_;
@@ -456,6 +463,17 @@ class WorkspaceController {
     std::map<std::string, CGSize> minimumsToApply_;
     std::map<std::string, CGSize> minimumsOfSpanning_; // as they were at the last poll
     TransitionRecovery recovery_;
+    std::vector<Screen> screensBeforeTransition_;
+    DisplayAbsence absence_;
+    DisplayAbsence outgrown_;              // by display and layout
+    std::set<std::string> regainedFronts_; // to be shown, and to be put away, once that may be
+    std::set<std::string> regainedWaiting_;
+    Seconds displaysAreStableAt_{0};
+    std::optional<SessionKeeper> session_;
+    std::optional<WorkspaceSession> sessionToTakeUp_;
+    std::map<pid_t, std::optional<std::string>> processStarts_;
+    std::set<std::string> awaitedOfSession_;
+    Seconds awaitedOfSessionUntil_{0};
     std::unordered_map<std::string, Refusal> refusals_;
     /// What each display showed last, also those that are away.
     struct ShownLayout {
@@ -469,10 +487,12 @@ class WorkspaceController {
     std::map<std::string, Seconds> expectedBundleIDs_; // launched, without a window yet; uptime until which it may come
     std::set<std::string> handledRuleWindowIDs_;
     std::int64_t autoArrangeGeneration_ = 0;
+    bool hasFirstPicture_ = false; // of the desktop, so that what was left of a former session was taken up
     bool didAutoArrange_ = false;
     bool isLearningSavePending_ = false;
     std::uint64_t statusMessageSerial_ = 0;
     Subscription screensSubscription_;
+    std::vector<Subscription> sessionSubscriptions_;
     RefreshCycle refreshCycle_;
     Lifetime lifetime_;
 };

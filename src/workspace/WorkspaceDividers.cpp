@@ -176,8 +176,7 @@ void WorkspaceController::endDrags() {
 
 void WorkspaceController::presentationResumed() {
     publishWindows();
-    const bool isRecovering = recovery_.isActive(services_.queue.uptime());
-    keepAssignmentsValid(isRecovering ? recovery_.awaitedWindowIDs() : std::set<std::string>{});
+    keepAssignmentsValid();
     refresh();
 }
 

@@ -9,17 +9,6 @@
 
 namespace kova {
 
-namespace {
-
-DisplayTiles tilesOf(const SolvedLayout& solved) {
-    DisplayTiles tiles;
-    for (const auto& slot : solved.slots) tiles.slotIDs.push_back(slot.id);
-    tiles.frames = solved.frames;
-    return tiles;
-}
-
-} // namespace
-
 const std::vector<LayoutDefinition>& WorkspaceController::catalogue() const {
     return registry_.theme(state_.profile->themeID).layouts;
 }
@@ -207,22 +196,6 @@ void WorkspaceController::noteTileGeometry() {
     if (hasMoved) state_.layoutRevision.set(*state_.layoutRevision + 1);
 }
 
-/// A display that changed its size may have changed its layout with it: its windows follow, and nothing is undone.
-void WorkspaceController::migrateChangedDisplays() {
-    for (const auto& screen : *state_.screens) {
-        const std::string id = displayID(screen);
-        const auto last = lastLayoutByDisplay_.find(id);
-        const LayoutDefinition& layout = layouts_.resolve(screen, *state_.profile, catalogue());
-        if (last == lastLayoutByDisplay_.end() || last->second.layoutID == layout.id) continue;
-        const DisplayTiles after =
-            tilesOf(solveDefinition(layout, {}, screen.visibleFrame.size, state_.profile->tileInset));
-        LayoutMigration migration = migrateAssignments(assignments_, id, last->second.tiles, after);
-        assignments_ = std::move(migration.assignments);
-        presentDisplaced(migration.displacedWindowIDs);
-    }
-    publishAssignments();
-}
-
 LayoutSelectionResult WorkspaceController::selectLayout(const std::string& id,
                                                         const DisplayLayoutSelection& selection) {
     const Screen* found = screenOf(id);
@@ -242,6 +215,7 @@ LayoutSelectionResult WorkspaceController::selectLayout(const std::string& id,
     const DisplayTiles before = tilesOf(solvedTiles(screen));
     WorkspaceProfile profile = *state_.profile;
     profile.layoutSelectionsByDisplay[id] = selection;
+    forgetOutgrownLayouts(id);
     setProfile(std::move(profile));
 
     const LayoutDefinition& layout = layouts_.resolve(screen, *state_.profile, catalogue());

@@ -62,6 +62,7 @@ bool WorkspaceController::moveWindow(WorkspaceDirection direction) {
     const auto target = neighbourOf(*start, direction, TilesConsidered::all);
     if (!target) return refuse("No zone " + word + " of the focused window");
     pushUndoSnapshot({"move " + word, {start->window.applicationName}});
+    noteMovedByUser(start->window.id);
     placeWindow(start->window.id, *target, Focusing::yes);
     learn(start->window, *target);
     showStatusMessage("Moved " + start->window.applicationName + " to the " + word + " zone");

@@ -16,6 +16,7 @@ bool WorkspaceController::mayMoveWindows() const {
 void WorkspaceController::suspendForSystemTransition() {
     if (!isRunning() || refreshCycle_.isSuspended()) return;
     refreshCycle_.suspend();
+    screensBeforeTransition_ = *state_.screens;
     state_.isSuspended.set(true);
     recovery_.detectedLockedLoginSession = false;
     recovery_.remember(liveWindows_, assignments_);
@@ -32,7 +33,13 @@ void WorkspaceController::resumeAfterSystemTransition() {
     refresh();
 }
 
+/// Displays that went and came back meanwhile have changed nothing.
 void WorkspaceController::beginTransitionRecovery() {
+    if (*state_.screens != screensBeforeTransition_) {
+        closeFocusMode();
+        migrateChangedDisplays();
+    }
+    awaitStableDisplays();
     recovery_.begin(services_.queue.uptime());
     layouts_.invalidateAll();
     state_.layoutRevision.set(*state_.layoutRevision + 1);
@@ -44,6 +51,7 @@ bool WorkspaceController::applyLockedSession(bool pollFoundLocked) {
         if (!recovery_.detectedLockedLoginSession) {
             recovery_.detectedLockedLoginSession = true;
             state_.isSuspended.set(true);
+            screensBeforeTransition_ = *state_.screens;
             recovery_.remember(liveWindows_, assignments_);
             windowService_->cancelPlacements([](const CGRect&) { return true; });
         }
@@ -61,6 +69,8 @@ bool WorkspaceController::applyLockedSession(bool pollFoundLocked) {
 void WorkspaceController::adoptSuccessors(const std::vector<WindowSuccessor>& successors) {
     for (const auto& [formerID, id] : successors) {
         assignments_.rename(formerID, id);
+        absence_.rename(formerID, id);
+        outgrown_.rename(formerID, id);
         undo_.rename(formerID, id);
         for (auto& entry : historyBeforeFocusMode_) entry.snapshot.rename(formerID, id);
         if (focusZoomSnapshot_) focusZoomSnapshot_->rename(formerID, id);

@@ -45,6 +45,7 @@ void WorkspaceController::applyGrantedPoll(std::vector<ManagedWindow> windows, b
         if (expectedBundleIDs_.empty()) break;
         if (window.bundleIdentifier) expectedBundleIDs_.erase(*window.bundleIdentifier);
     }
+    const bool tookUpSession = takeUpSession();
     if (hasOtherTitles) state_.titleRevision.set(*state_.titleRevision + 1);
     if (!isRecovering && *state_.focusMode && !findLive((*state_.focusMode)->windowID)) {
         closeFocusMode();
@@ -61,17 +62,20 @@ void WorkspaceController::applyGrantedPoll(std::vector<ManagedWindow> windows, b
     std::erase_if(minimumsToApply_, isGone);
     reflow_.keepOnly([this](const std::string& windowID) { return findLive(windowID) != nullptr; });
     if (!suspension_.isSuspended()) presentPoll(isRecovering);
-    scheduleAutomaticArrangement(justGranted);
+    if (tookUpSession) {
+        didAutoArrange_ = true; // everything is where it was
+    } else {
+        scheduleAutomaticArrangement(justGranted);
+    }
 }
 
 /// Not while the user's hand moves windows: then the picture is the hand's.
 void WorkspaceController::presentPoll(bool isRecovering) {
     publishWindows();
+    keepAssignmentsValid();
     if (isRecovering) {
-        keepAssignmentsValid(recovery_.awaitedWindowIDs());
+        if (!regainedFronts_.empty() || !regainedWaiting_.empty()) settleOnDisplays();
         recoverAssignedWindows();
-    } else {
-        keepAssignmentsValid({});
     }
     relaxMinimums();
     giveBackSpans();
@@ -87,10 +91,12 @@ void WorkspaceController::publishWindows() {
     if (!samePresentation(*state_.windows, liveWindows_)) state_.windows.set(liveWindows_);
 }
 
-void WorkspaceController::keepAssignmentsValid(const std::set<std::string>& spared) {
-    std::set<std::string> kept = spared;
+void WorkspaceController::keepAssignmentsValid() {
+    std::set<std::string> kept = sparedWindowIDs();
     for (const auto& window : liveWindows_) kept.insert(window.id);
     assignments_.keepOnly(kept);
+    absence_.keepOnly(kept);
+    outgrown_.keepOnly(kept);
     publishAssignments();
 }
 
@@ -115,38 +121,11 @@ void WorkspaceController::scheduleAutomaticArrangement(bool justGranted) {
 }
 
 bool WorkspaceController::hasUnfinishedBusiness() const {
-    return recovery_.hasDeadline() || recovery_.detectedLockedLoginSession || reflow_.isWaiting() ||
-           !pendingApplicationPlacements_.empty() || !restoration_.pending.empty() ||
+    return recovery_.hasDeadline() || !awaitedOfSession_.empty() || recovery_.detectedLockedLoginSession ||
+           reflow_.isWaiting() || !pendingApplicationPlacements_.empty() || !restoration_.pending.empty() ||
            std::any_of(refusals_.begin(), refusals_.end(), [](const auto& entry) {
                return entry.second.isUnseen || entry.second.attempts < kPlacementAttempts;
            });
-}
-
-void WorkspaceController::readScreens() {
-    auto screens = services_.screens.screens();
-    for (Screen& screen : screens) screen.knownID = displayID(screen);
-    state_.screens.set(std::move(screens));
-}
-
-void WorkspaceController::screensChanged() {
-    readScreens();
-    layouts_.invalidateAll();
-    // The zoomed window's frame was that of the display before; what is restored must be in sight on those of now.
-    if (isRunning() && !isAway()) closeFocusMode();
-    state_.layoutRevision.set(*state_.layoutRevision + 1);
-    giveUpUnreachablePlacements();
-    reflow_.forgetAllPushes();
-    if (!mayMoveWindows()) return;
-    migrateChangedDisplays();
-    claimRoomWhereNeeded();
-    reapplyTileFrames();
-    services_.accessibility.flush();
-    refresh();
-}
-
-/// Verification would carry a window that the desktop has rescued from a vanished display back to where nobody sees it.
-void WorkspaceController::giveUpUnreachablePlacements() {
-    windowService_->cancelPlacements([this](const CGRect& target) { return !isOnSomeScreen(target); });
 }
 
 } // namespace kova

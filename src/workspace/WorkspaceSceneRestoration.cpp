@@ -57,6 +57,8 @@ bool WorkspaceController::activateScene(const Uuid& id) {
     restoration_ = {};
     applyLook(scene);
     assignments_ = {};
+    absence_.forgetAll();
+    outgrown_.forgetAll();
     recovery_.clear(); // nothing that was in a tile before is awaited there any more
     const std::size_t pendingCount = placeWindowsOf(scene);
     state_.activeSceneID.set(scene.id);

@@ -81,6 +81,7 @@ bool WorkspaceController::undoLastAction() {
 void WorkspaceController::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot) {
     state_.focusMode.set(std::nullopt);
     assignments_ = {snapshot.assignedWindowIDs, snapshot.stackWindowIDsByTarget, snapshot.placementAnchors};
+    absence_.restate(assignments_);
     publishAssignments();
     state_.profile.set(snapshot.profile);
     saveProfile(services_.preferences, snapshot.profile);

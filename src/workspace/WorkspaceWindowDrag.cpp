@@ -117,6 +117,7 @@ void WorkspaceController::dropWindow(const ManagedWindow& window, CGPoint pointe
     if (lettingGo == LettingGo::floating) {
         if (!assignments_.isInAnyTile(window.id)) return;
         pushUndoSnapshot({"float", {window.applicationName}}, std::move(snapshotBeforeDrag_));
+        noteMovedByUser(window.id);
         assignments_.remove(window.id);
         showStatusMessage(window.applicationName + " floats until the next arrangement");
         return;
@@ -126,6 +127,7 @@ void WorkspaceController::dropWindow(const ManagedWindow& window, CGPoint pointe
     const auto covering = coveringFor(window, *target);
     if (!covering) return;
     pushUndoSnapshot({"drop on a tile", {window.applicationName}}, std::move(snapshotBeforeDrag_));
+    noteMovedByUser(window.id);
     place(window, *covering, AccessibilityWindowService::BringToFront::yes);
     learn(window, *target);
     showStatusMessage("Moved " + window.applicationName + " to " + covering->targets.front().slot.name);

@@ -326,7 +326,7 @@ TEST(SceneStories, ADisplayThatIsMissingIsStoodInForByTheFirst) {
     desk.expectTiles("- | - || Mail 2575,15 934x1022 | -");
     capture(desk);
     desk.desktop.removeDisplay("B");
-    desk.settle();
+    desk.advance(Seconds(1)); // it may be back in a moment
     EXPECT_EQ(differences(desk, lastScene(desk)), "display B: connected / not connected\n"
                                                   "Mail “Mail”: A focus-main / in no tile\n");
     open(desk, lastScene(desk)).expectTiles("Mail 15,15 1254x1382 | -");

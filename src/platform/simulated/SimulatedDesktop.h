@@ -216,6 +216,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     ApplicationIcon systemSymbolIcon(const std::string& name) const override;
     void hide(pid_t processIdentifier) override;
     void unhide(pid_t processIdentifier) override;
+    std::optional<std::string> processStartIdentity(pid_t processIdentifier) const override;
     void activate(pid_t processIdentifier) override;
     std::vector<LaunchableApplication> launchableApplications() const override;
     std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) const override;

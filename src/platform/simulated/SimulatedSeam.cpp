@@ -260,6 +260,12 @@ void SimulatedDesktop::flush() {
 
 // ApplicationServicing
 
+/// No number is given twice here.
+std::optional<std::string> SimulatedDesktop::processStartIdentity(pid_t processIdentifier) const {
+    if (!findApplication(processIdentifier)) return std::nullopt;
+    return "start of " + std::to_string(processIdentifier);
+}
+
 std::vector<RunningApplication> SimulatedDesktop::runningApplications() const {
     std::vector<RunningApplication> running;
     for (const auto& application : applications_) running.push_back(application.record);

@@ -10,6 +10,7 @@
 #include <csignal>
 #include <fstream>
 #include <optional>
+#include <sstream>
 
 namespace kova::x11 {
 
@@ -148,6 +149,25 @@ std::string programOf(pid_t process) {
     std::string name;
     std::getline(comm, name);
     return name;
+}
+
+std::optional<std::string> startOf(pid_t process) {
+    static const std::string machineStart = [] {
+        std::ifstream file("/proc/sys/kernel/random/boot_id");
+        std::string id;
+        std::getline(file, id);
+        return id;
+    }();
+    std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+    std::string line;
+    if (!std::getline(file, line)) return std::nullopt;
+    // The program's name, in parentheses, may hold anything; the 20th word after it is the time.
+    constexpr int kWordsBefore = 19;
+    std::istringstream words(line.substr(std::min(line.rfind(')') + 1, line.size())));
+    std::string word;
+    for (int skipped = 0; skipped < kWordsBefore; ++skipped) words >> word;
+    if (!(words >> word)) return std::nullopt;
+    return machineStart + "/" + word;
 }
 
 std::vector<pid_t> ownLine() {

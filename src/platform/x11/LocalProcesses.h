@@ -3,6 +3,7 @@
 
 #include <sys/types.h>
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +15,9 @@ namespace kova::x11 {
 bool isDesktopProgram(std::string_view program, std::string_view windowManager);
 /// The name of the process's program; empty when there is no such process.
 std::string programOf(pid_t process);
+/// When the process started, on which start of the machine: no other process has the same. Absent when there is no such
+/// process.
+std::optional<std::string> startOf(pid_t process);
 /// This process and those that it descends from: with them it would end, too.
 std::vector<pid_t> ownLine();
 

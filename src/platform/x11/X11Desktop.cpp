@@ -50,7 +50,7 @@ std::variant<std::unique_ptr<X11Desktop>, std::string> X11Desktop::open(const Op
 }
 
 X11Desktop::X11Desktop(std::unique_ptr<Parts> parts) : parts_(std::move(parts)) {
-    parts_->takeOverLeftWindows();
+    parts_->takeOverLeftWindows(options.waitsToSettleHiddenWindows);
     // Takes in what the server said while the desktop was read.
     parts_->send();
 }
@@ -103,7 +103,7 @@ void X11Desktop::Parts::readEverything() {
 }
 
 /// Windows that an agent before this one took away and could not bring back.
-void X11Desktop::Parts::takeOverLeftWindows() {
+void X11Desktop::Parts::takeOverLeftWindows(bool waitsToSettle) {
     const auto left = hidden.readFile();
     if (left.empty()) return;
     std::vector<HiddenWindow> found;
@@ -130,7 +130,7 @@ void X11Desktop::Parts::takeOverLeftWindows() {
     questions.take();
     if (found.empty()) hidden.writeFile();
     hidden.add(found);
-    bringAllBack();
+    if (!waitsToSettle) bringAllBack();
 }
 
 // Events

@@ -35,6 +35,7 @@ class X11Desktop final : public AccessibilityServicing,
         std::string hiddenWindowsFile;           // its folder exists; empty: hidden windows are kept in memory only
         ApplicationLauncher* launcher = nullptr; // outlives the desktop; null: nothing can be launched
         Seconds patienceAtTheEnd{0.5};           // how long its end waits for windows to come back
+        bool waitsToSettleHiddenWindows = false; // those that a killed agent left stay until `settleHiddenWindows`
     };
     /// Connects and reads the whole desktop, waiting for the server; windows that a killed agent left hidden come back.
     /// The text says in the user's words why there is no desktop and what to do. The thread that calls this is the main
@@ -81,6 +82,8 @@ class X11Desktop final : public AccessibilityServicing,
     ApplicationIcon systemSymbolIcon(const std::string& name) const override;
     void hide(pid_t processIdentifier) override;
     void unhide(pid_t processIdentifier) override;
+    std::optional<std::string> processStartIdentity(pid_t processIdentifier) const override;
+    void settleHiddenWindows(LeftWindows leftWindows) override;
     void activate(pid_t processIdentifier) override;
     std::vector<LaunchableApplication> launchableApplications() const override;
     std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) const override;

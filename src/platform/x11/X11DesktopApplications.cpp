@@ -71,6 +71,19 @@ ApplicationIcon X11Desktop::systemSymbolIcon(const std::string& name) const {
     return name == "macwindow" ? ApplicationIcon{"application-x-executable", nullptr} : ApplicationIcon{};
 }
 
+std::optional<std::string> X11Desktop::processStartIdentity(pid_t processIdentifier) const {
+    return x11::startOf(processIdentifier);
+}
+
+void X11Desktop::settleHiddenWindows(LeftWindows leftWindows) {
+    if (leftWindows == LeftWindows::stayHidden) return;
+    {
+        const std::lock_guard lock(parts_->mutex);
+        parts_->bringAllBack();
+    }
+    parts_->send();
+}
+
 void X11Desktop::hide(pid_t processIdentifier) {
     const std::lock_guard lock(parts_->mutex);
     std::vector<HiddenWindow> leaving;

@@ -156,7 +156,7 @@ struct X11Desktop::Parts {
     void bringBack(xcb_window_t window);
     void bringAllBack();
     void remindOfReturning();
-    void takeOverLeftWindows(); // not locked; waits for the server
+    void takeOverLeftWindows(bool waitsToSettle); // not locked; waits for the server
     bool isAnyReturning() const;
     bool isAnyBelieved() const;
     void sendSoon();

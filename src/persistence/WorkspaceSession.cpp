@@ -1,0 +1,120 @@
+#include "persistence/WorkspaceSession.h"
+
+#include "support/JsonDecoding.h"
+
+namespace kova {
+
+namespace {
+
+using nlohmann::json;
+
+json encode(const CGRect& rect) {
+    return json::array({rect.origin.x, rect.origin.y, rect.size.width, rect.size.height});
+}
+
+std::vector<double> numbers(const JsonCursor& cursor, std::size_t count) {
+    std::vector<double> out;
+    for (const auto& element : cursor.elements()) out.push_back(element.number());
+    if (out.size() != count) cursor.fail("expected " + std::to_string(count) + " numbers");
+    return out;
+}
+
+CGRect rect(const JsonCursor& cursor) {
+    const auto n = numbers(cursor, 4);
+    const CGRect decoded = makeRect(n[0], n[1], n[2], n[3]);
+    if (!isFinite(decoded)) cursor.fail("expected finite numbers");
+    return decoded;
+}
+
+json encode(const WorkspaceSessionWindow& window) {
+    json out = {{"id", window.id}, {"process", window.processIdentifier}, {"title", window.title}};
+    if (window.processStart) out["processStart"] = *window.processStart;
+    if (window.bundleIdentifier) out["bundleIdentifier"] = *window.bundleIdentifier;
+    if (window.frame && isFinite(*window.frame)) out["frame"] = encode(*window.frame);
+    if (const auto& minimum = window.observedMinimumSize; minimum && isFinite(*minimum)) {
+        out["observedMinimumSize"] = json::array({minimum->width, minimum->height});
+    }
+    return out;
+}
+
+WorkspaceSessionWindow decodeWindow(const JsonCursor& cursor) {
+    WorkspaceSessionWindow window;
+    window.id = cursor.required("id").string();
+    window.processIdentifier = static_cast<pid_t>(cursor.required("process").integer());
+    window.title = cursor.required("title").string();
+    if (const auto start = cursor.optional("processStart")) window.processStart = start->string();
+    if (const auto bundle = cursor.optional("bundleIdentifier")) window.bundleIdentifier = bundle->string();
+    if (const auto frame = cursor.optional("frame")) window.frame = rect(*frame);
+    if (const auto minimum = cursor.optional("observedMinimumSize")) {
+        const auto n = numbers(*minimum, 2);
+        window.observedMinimumSize = CGSize{n[0], n[1]};
+    }
+    return window;
+}
+
+json encode(const WorkspaceSessionTiles& tiles) {
+    return {
+        {"assigned", tiles.assignedWindowIDs}, {"stacks", tiles.stackWindowIDs}, {"anchors", tiles.anchorTargetIDs}};
+}
+
+std::map<std::string, std::string> decodeNames(const JsonCursor& cursor) {
+    std::map<std::string, std::string> names;
+    for (const auto& [key, value] : cursor.members()) names[key] = value.string();
+    return names;
+}
+
+WorkspaceSessionTiles decodeTiles(const JsonCursor& cursor) {
+    WorkspaceSessionTiles tiles;
+    tiles.assignedWindowIDs = decodeNames(cursor.required("assigned"));
+    tiles.anchorTargetIDs = decodeNames(cursor.required("anchors"));
+    for (const auto& [target, stack] : cursor.required("stacks").members()) {
+        for (const auto& window : stack.elements()) tiles.stackWindowIDs[target].push_back(window.string());
+    }
+    return tiles;
+}
+
+WorkspaceSessionZoom decodeZoom(const JsonCursor& cursor) {
+    WorkspaceSessionZoom zoom{.displayID = cursor.required("displayID").string(),
+                              .anchorTargetID = cursor.required("anchorTargetID").string(),
+                              .windowID = cursor.required("windowID").string()};
+    if (const auto frame = cursor.optional("frameBefore")) zoom.frameBefore = rect(*frame);
+    return zoom;
+}
+
+} // namespace
+
+std::string encodeWorkspaceSession(const WorkspaceSession& session) {
+    json out = {{"tiles", encode(session.tiles)},
+                {"windows", json::array()},
+                {"awayDisplays", json::object()},
+                {"handledRuleWindowIDs", session.handledRuleWindowIDs}};
+    for (const auto& window : session.windows) out["windows"].push_back(encode(window));
+    for (const auto& [display, tiles] : session.awayDisplays) out["awayDisplays"][display] = encode(tiles);
+    if (session.zoom) {
+        out["zoom"] = {{"displayID", session.zoom->displayID},
+                       {"anchorTargetID", session.zoom->anchorTargetID},
+                       {"windowID", session.zoom->windowID}};
+        if (session.zoom->frameBefore) out["zoom"]["frameBefore"] = encode(*session.zoom->frameBefore);
+    }
+    // A title is whatever its window says.
+    return out.dump(-1, ' ', false, json::error_handler_t::replace);
+}
+
+Decoded<WorkspaceSession> decodeWorkspaceSession(std::string_view text) {
+    return decodeJson(text, [](const JsonCursor& cursor) {
+        WorkspaceSession session;
+        session.tiles = decodeTiles(cursor.required("tiles"));
+        for (const auto& window : cursor.required("windows").elements())
+            session.windows.push_back(decodeWindow(window));
+        for (const auto& [display, tiles] : cursor.required("awayDisplays").members()) {
+            session.awayDisplays[display] = decodeTiles(tiles);
+        }
+        for (const auto& id : cursor.required("handledRuleWindowIDs").elements()) {
+            session.handledRuleWindowIDs.insert(id.string());
+        }
+        if (const auto zoom = cursor.optional("zoom")) session.zoom = decodeZoom(*zoom);
+        return session;
+    });
+}
+
+} // namespace kova

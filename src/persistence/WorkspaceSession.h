@@ -1,0 +1,58 @@
+// What is kept of the windows in their tiles for the next start: which window is where, and how each is known again.
+#pragma once
+
+#include "support/Decoded.h"
+#include "support/Geometry.h"
+
+#include <sys/types.h>
+
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kova {
+
+struct WorkspaceSessionWindow {
+    std::string id;
+    pid_t processIdentifier = 0;
+    std::optional<std::string> processStart{}; // tells the process from others of its number
+    std::optional<std::string> bundleIdentifier{};
+    std::string title{};
+    std::optional<CGRect> frame{};               // window-service space
+    std::optional<CGSize> observedMinimumSize{}; // points
+    bool operator==(const WorkspaceSessionWindow&) const = default;
+};
+
+/// As in the assignments of the workspace; windows by their ids at the time.
+struct WorkspaceSessionTiles {
+    std::map<std::string, std::string> assignedWindowIDs;           // by tile-target id
+    std::map<std::string, std::vector<std::string>> stackWindowIDs; // by tile-target id, front first
+    std::map<std::string, std::string> anchorTargetIDs;             // by window id
+    bool operator==(const WorkspaceSessionTiles&) const = default;
+};
+
+/// The window that owned its display.
+struct WorkspaceSessionZoom {
+    std::string displayID;
+    std::string anchorTargetID;
+    std::string windowID;
+    std::optional<CGRect> frameBefore{}; // window-service space
+    bool operator==(const WorkspaceSessionZoom&) const = default;
+};
+
+struct WorkspaceSession {
+    std::vector<WorkspaceSessionWindow> windows;
+    WorkspaceSessionTiles tiles;
+    std::map<std::string, WorkspaceSessionTiles> awayDisplays; // what displays that are away held, by display id
+    std::set<std::string> handledRuleWindowIDs;
+    std::optional<WorkspaceSessionZoom> zoom;
+    bool operator==(const WorkspaceSession&) const = default;
+};
+
+std::string encodeWorkspaceSession(const WorkspaceSession& session);
+Decoded<WorkspaceSession> decodeWorkspaceSession(std::string_view text);
+
+} // namespace kova

@@ -1,0 +1,103 @@
+#include "workspace/DisplayAbsence.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kova {
+
+namespace {
+
+std::set<std::string> windowsIn(const TileAssignments& assignments) {
+    std::set<std::string> windows;
+    for (const auto& [target, window] : assignments.assignedWindowIDs) windows.insert(window);
+    for (const auto& [target, stack] : assignments.stackWindowIDsByTarget) windows.insert(stack.begin(), stack.end());
+    return windows;
+}
+
+} // namespace
+
+void DisplayAbsence::leave(const std::string& key, const std::string& displayID, const TileAssignments& assignments) {
+    TileAssignments held = assignments.onDisplay(displayID);
+    for (const auto& window : windowsIn(held)) {
+        if (isHomeless(window)) held.remove(window);
+    }
+    if (held != TileAssignments{}) homes_[key] = std::move(held);
+}
+
+DisplayAbsence::Return DisplayAbsence::comeBack(const std::string& key, TileAssignments assignments) {
+    const auto home = homes_.extract(key);
+    if (home.empty()) return {std::move(assignments), {}, {}};
+    const TileAssignments& held = home.mapped();
+    const TileAssignments before = std::move(assignments);
+    Return back{before, {}, {}};
+    const auto residents = windowsIn(held);
+    for (const auto& window : residents) back.assignments.remove(window);
+
+    std::set<std::string> evicted;
+    for (const auto& window : residents) {
+        const auto targets = held.targetsAnchorFirst(window);
+        if (targets.empty()) {
+            if (before.stackTargetOf(window) != held.stackTargetOf(window) || before.isAssigned(window)) {
+                back.regainedWaiting.push_back(window);
+            }
+            continue;
+        }
+        if (before.targetsAnchorFirst(window) != targets) back.regainedFronts.push_back(window);
+        for (auto& loser : back.assignments.assign(window, targets)) evicted.insert(std::move(loser));
+    }
+    for (const auto& [target, stack] : held.stackWindowIDsByTarget) {
+        auto& now = back.assignments.stackWindowIDsByTarget[target];
+        const auto meanwhile = std::exchange(now, stack);
+        now.insert(now.end(), meanwhile.begin(), meanwhile.end());
+    }
+    for (const auto& loser : evicted) {
+        const auto lost = before.targetOf(loser);
+        if (lost && !back.assignments.isInAnyTile(loser))
+            back.assignments.insertIntoStack(*lost, loser, TileAssignments::StackPosition::behind);
+        back.regainedWaiting.push_back(loser);
+    }
+    back.assignments.putFrontsFirst();
+    return back;
+}
+
+bool DisplayAbsence::isHomeless(const std::string& windowID) const {
+    return std::any_of(homes_.begin(), homes_.end(),
+                       [&](const auto& home) { return home.second.isInAnyTile(windowID); });
+}
+
+void DisplayAbsence::forget(const std::string& windowID) {
+    for (auto& [key, held] : homes_) held.remove(windowID);
+    dropEmpty();
+}
+
+void DisplayAbsence::forgetKeys(const std::string& prefix) {
+    std::erase_if(homes_, [&](const auto& home) { return home.first.starts_with(prefix); });
+}
+
+void DisplayAbsence::keepOnly(const std::set<std::string>& windowIDs) {
+    for (auto& [key, held] : homes_) held.keepOnly(windowIDs);
+    dropEmpty();
+}
+
+void DisplayAbsence::rename(const std::string& windowID, const std::string& newID) {
+    for (auto& [key, held] : homes_) held.rename(windowID, newID);
+}
+
+void DisplayAbsence::restate(const TileAssignments& assignments) {
+    for (auto& [displayID, held] : homes_) {
+        auto stated = assignments.onDisplay(displayID);
+        if (stated == TileAssignments{}) continue;
+        for (auto& [other, others] : homes_) {
+            if (other == displayID) continue;
+            for (const auto& window : windowsIn(stated)) others.remove(window);
+        }
+        held = std::move(stated);
+    }
+    dropEmpty();
+}
+
+void DisplayAbsence::dropEmpty() {
+    std::erase_if(homes_, [](const auto& home) { return home.second == TileAssignments{}; });
+}
+
+} // namespace kova

@@ -1,0 +1,45 @@
+#include "workspace/SessionKeeper.h"
+
+#include "persistence/PreferenceKeys.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+namespace kova {
+
+SessionKeeper::SessionKeeper(MainQueue& queue, PreferencesStore& store,
+                             std::function<std::optional<WorkspaceSession>()> describe) :
+    queue_(queue),
+    store_(store), describe_(std::move(describe)) {}
+
+std::optional<WorkspaceSession> SessionKeeper::kept() const {
+    const auto data = store_.data(preferenceKey::workspaceSession);
+    if (!data) return std::nullopt;
+    auto decoded = decodeWorkspaceSession(data->json);
+    if (!std::holds_alternative<WorkspaceSession>(decoded)) return std::nullopt;
+    return std::get<WorkspaceSession>(std::move(decoded));
+}
+
+void SessionKeeper::noteChange() {
+    if (std::exchange(isDue_, true)) return;
+    // Never within the operation that changes it, which has windows to move first.
+    const Seconds earliest = lastSave_ ? *lastSave_ + kInterval : queue_.uptime();
+    queue_.after(std::max(Seconds(0), earliest - queue_.uptime()), lifetime_.guard([this] {
+        if (isDue_) save();
+    }));
+}
+
+void SessionKeeper::save() {
+    isDue_ = false;
+    auto session = describe_();
+    if (!session || session == last_) return;
+    lastSave_ = queue_.uptime();
+    last_ = session;
+    store_.setValueLater(preferenceKey::workspaceSession,
+                         [kept = std::make_shared<WorkspaceSession>(*std::move(session))]() -> PreferenceValue {
+                             return PreferenceData{encodeWorkspaceSession(*kept)};
+                         });
+}
+
+} // namespace kova

@@ -1,0 +1,192 @@
+// Displays that come, go and change their size, and what becomes of the windows on them.
+#include "workspace/WorkspaceController.h"
+
+#include "workspace/LayoutMigration.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kova {
+
+namespace {
+
+std::set<std::string> idsOf(const std::vector<Screen>& screens) {
+    std::set<std::string> ids;
+    for (const auto& screen : screens) ids.insert(displayID(screen));
+    return ids;
+}
+
+std::string layoutKey(const std::string& displayID, const std::string& layoutID) {
+    return displayID + "\n" + layoutID;
+}
+
+} // namespace
+
+void WorkspaceController::readScreens() {
+    auto screens = services_.screens.screens();
+    for (Screen& screen : screens) screen.knownID = displayID(screen);
+    state_.screens.set(std::move(screens));
+}
+
+void WorkspaceController::screensChanged() {
+    const auto before = idsOf(*state_.screens);
+    readScreens();
+    layouts_.invalidateAll();
+    // The zoomed window's frame was that of the display before; what is restored must be in sight on those of now.
+    if (isRunning() && !isAway()) closeFocusMode();
+    noteDisplaysThatCameAndWent(before);
+    state_.layoutRevision.set(*state_.layoutRevision + 1);
+    giveUpUnreachablePlacements();
+    reflow_.forgetAllPushes();
+    awaitStableDisplays();
+    if (!mayMoveWindows()) return;
+    settleOnDisplays();
+    refresh();
+}
+
+/// Only on record: whether anything may be moved now is another question.
+void WorkspaceController::noteDisplaysThatCameAndWent(const std::set<std::string>& before) {
+    const auto now = idsOf(*state_.screens);
+    for (const auto& id : before) {
+        if (!now.contains(id)) absence_.leave(id, id, assignments_);
+    }
+    for (const auto& id : now) {
+        if (!before.contains(id)) takeBack(absence_, id);
+    }
+    // Without a look at the tiles: what the displays showed before is still to be compared with what they show now.
+    state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
+    state_.stackWindowIDsByTarget.set(assignments_.stackWindowIDsByTarget);
+}
+
+void WorkspaceController::takeBack(DisplayAbsence& homes, const std::string& key) {
+    if (!homes.holds(key)) return;
+    auto back = homes.comeBack(key, std::move(assignments_));
+    assignments_ = std::move(back.assignments);
+    regainedFronts_.insert(back.regainedFronts.begin(), back.regainedFronts.end());
+    regainedWaiting_.insert(back.regainedWaiting.begin(), back.regainedWaiting.end());
+}
+
+/// Windows and layouts follow the displays as they are now.
+void WorkspaceController::settleOnDisplays() {
+    migrateChangedDisplays();
+    presentRegained();
+    claimRoomWhereNeeded();
+    reapplyTileFrames();
+    services_.accessibility.flush();
+}
+
+/// Who is in front again of a tile that it had lost comes back to the screen; who waits again leaves it.
+void WorkspaceController::presentRegained() {
+    const auto fronts = std::exchange(regainedFronts_, {});
+    const auto waiting = std::exchange(regainedWaiting_, {});
+    for (const auto& id : fronts) {
+        const ManagedWindow* window = findLive(id);
+        if (!window || !assignments_.isAssigned(id)) continue;
+        if (window->isMinimized || windowService_->isApplicationHidden(window->processIdentifier)) {
+            bringBack(ManagedWindow(*window));
+        }
+    }
+    std::vector<std::string> leaving;
+    for (const auto& id : waiting) {
+        if (!assignments_.isAssigned(id) && assignments_.isInAnyTile(id)) leaving.push_back(id);
+    }
+    presentDisplaced(leaving);
+}
+
+/// A display that changed its size may have changed its layout with it: its windows follow, and nothing is undone. With
+/// the layout that it had before, they are where they were.
+void WorkspaceController::migrateChangedDisplays() {
+    for (const auto& screen : *state_.screens) {
+        const std::string id = displayID(screen);
+        const auto last = lastLayoutByDisplay_.find(id);
+        const LayoutDefinition& layout = layouts_.resolve(screen, *state_.profile, catalogue());
+        if (last == lastLayoutByDisplay_.end() || last->second.layoutID == layout.id) continue;
+        outgrown_.leave(layoutKey(id, last->second.layoutID), id, assignments_);
+        const DisplayTiles after =
+            tilesOf(solveDefinition(layout, {}, screen.visibleFrame.size, state_.profile->tileInset));
+        LayoutMigration migration = migrateAssignments(assignments_, id, last->second.tiles, after);
+        assignments_ = std::move(migration.assignments);
+        takeBack(outgrown_, layoutKey(id, layout.id));
+        std::erase_if(migration.displacedWindowIDs, [this](const auto& w) { return assignments_.isAssigned(w); });
+        presentDisplaced(migration.displacedWindowIDs);
+    }
+    publishAssignments();
+}
+
+/// The user has chosen what the display shows.
+void WorkspaceController::forgetOutgrownLayouts(const std::string& id) {
+    outgrown_.forgetKeys(layoutKey(id, ""));
+}
+
+void WorkspaceController::noteMovedByUser(const std::string& windowID) {
+    absence_.forget(windowID);
+    outgrown_.forget(windowID);
+}
+
+/// A standby looks like an unplugging: only displays that stay away let go of their windows.
+void WorkspaceController::awaitStableDisplays() {
+    displaysAreStableAt_ = services_.queue.uptime() + kDisplaysAreStableAfter;
+    if (absence_.homes().empty()) return;
+    services_.queue.after(kDisplaysAreStableAfter, lifetime_.guard([this, due = displaysAreStableAt_] {
+        if (due == displaysAreStableAt_ && mayMoveWindows()) placeHomelessWindows();
+    }));
+}
+
+bool WorkspaceController::isAwaitedHome(const std::string& windowID) const {
+    return services_.queue.uptime() < displaysAreStableAt_ && absence_.isHomeless(windowID);
+}
+
+/// Windows whose display stays away take tiles that are free, best the ones of the same name. Nobody is pushed out, and
+/// they go home when their display returns.
+void WorkspaceController::placeHomelessWindows() {
+    if (*state_.focusMode || suspension_.isSuspended()) return;
+    std::vector<std::pair<std::string, std::string>> homeless; // slot id, window id
+    for (const auto& [displayID, held] : absence_.homes()) {
+        for (const auto& [target, windowID] : held.assignedWindowIDs) {
+            const auto slot = slotIDOn(displayID, target);
+            const auto now = assignments_.targetOf(windowID);
+            const bool hasTile = (now && screenOfTarget(*now)) || held.targetOf(windowID) != target;
+            if (slot && !hasTile) homeless.emplace_back(*slot, windowID);
+        }
+    }
+    const auto isFree = [this](const WorkspaceTile& tile) { return !tile.windowID && tile.stack.empty(); };
+    bool hasPlaced = false;
+    for (const auto& [slotID, windowID] : homeless) {
+        const ManagedWindow* live = findLive(windowID);
+        if (!live || !live->isVisible || isLeftAlone(*live)) continue;
+        const ManagedWindow window = *live;
+        std::optional<Covering> chosen;
+        bool isNamesake = false;
+        for (const auto& tile : tiles()) {
+            const bool sameName = tile.slot.id == slotID;
+            if (!isFree(tile) || (chosen && (isNamesake || !sameName))) continue;
+            auto covering = coveringFor(window, tile.targetID);
+            if (!covering || covering->targets.size() > 1) continue; // it would need tiles of others
+            chosen = std::move(covering);
+            isNamesake = sameName;
+        }
+        if (!chosen) continue;
+        place(window, *chosen, AccessibilityWindowService::BringToFront::no);
+        hasPlaced = true;
+    }
+    if (!hasPlaced) return;
+    publishAssignments();
+    reapplyTileFrames();
+    services_.accessibility.flush();
+}
+
+TileAssignments WorkspaceController::assignmentsOnAbsentDisplays() const {
+    TileAssignments away = assignments_;
+    for (const auto& tile : tiles()) {
+        if (tile.windowID) away.remove(*tile.windowID);
+        for (const auto& waiting : tile.stack) away.remove(waiting);
+    }
+    return away;
+}
+
+/// Verification would carry a window that the desktop has rescued from a vanished display back to where nobody sees it.
+void WorkspaceController::giveUpUnreachablePlacements() {
+    windowService_->cancelPlacements([this](const CGRect& target) { return !isOnSomeScreen(target); });
+}
+
+} // namespace kova

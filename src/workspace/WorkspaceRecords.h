@@ -1,0 +1,32 @@
+// Small answers that the workspace gives.
+#pragma once
+
+#include "layout/LayoutSolver.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+/// A tile as it stands on a display.
+struct WorkspaceTile {
+    std::string targetID;
+    std::string displayID;
+    TileSlot slot;
+    CGRect frameOnScreen{};         // screen space, the tile's cell
+    CGRect frameForWindowService{}; // window-service space, where a window of this tile is put (inset applied)
+    std::optional<std::string> windowID;
+    std::vector<std::string> stack; // front first
+};
+
+/// What a file held, whether it was new or not.
+struct WorkspaceImportCounts {
+    std::size_t scenes = 0;
+    std::size_t rules = 0;
+};
+
+enum class LayoutSelectionResult { done, unknownDisplay, unknownLayout, refused };
+
+} // namespace kova

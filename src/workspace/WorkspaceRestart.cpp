@@ -1,0 +1,128 @@
+// What outlives the agent: the session is kept while it changes, and taken up again at the start.
+#include "workspace/WorkspaceController.h"
+
+#include <utility>
+
+namespace kova {
+
+void WorkspaceController::keepSession() {
+    session_.emplace(services_.queue, services_.preferences, [this] { return describeSession(); });
+    sessionToTakeUp_ = session_->kept();
+    const auto watch = [this](const auto& published) {
+        sessionSubscriptions_.push_back(published.observe([this](const auto&) { session_->noteChange(); }));
+    };
+    watch(state_.assignedWindowIDs);
+    watch(state_.stackWindowIDsByTarget);
+    watch(state_.observedMinimumSizes);
+    watch(state_.focusMode);
+}
+
+/// Absent while nothing is known of the windows, which is no reason to forget what was.
+std::optional<WorkspaceSession> WorkspaceController::describeSession() {
+    if (sessionToTakeUp_ || *state_.permissionState != AccessibilityPermissionState::granted) return std::nullopt;
+    WorkspaceSession session;
+    session.tiles = sessionTiles(assignments_);
+    for (const auto& [id, held] : absence_.homes()) session.awayDisplays[id] = sessionTiles(held);
+    std::map<pid_t, std::optional<std::string>> starts;
+    for (const auto& window : liveWindows_) {
+        const bool isHandled = handledRuleWindowIDs_.contains(window.id);
+        if (isHandled) session.handledRuleWindowIDs.insert(window.id);
+        if (!isHandled && !assignments_.isInAnyTile(window.id) && !absence_.isHomeless(window.id)) continue;
+        const auto [start, isNew] = starts.try_emplace(window.processIdentifier);
+        if (isNew) {
+            // A process that has a window goes on; reading again what tells it from others would cost a file each.
+            const auto known = processStarts_.find(window.processIdentifier);
+            start->second = known != processStarts_.end()
+                                ? known->second
+                                : services_.applications.processStartIdentity(window.processIdentifier);
+        }
+        WorkspaceSessionWindow kept{
+            window.id,   window.processIdentifier, start->second, window.bundleIdentifier, window.title, window.frame,
+            std::nullopt};
+        const auto minimum = state_.observedMinimumSizes->find(window.id);
+        if (minimum != state_.observedMinimumSizes->end()) kept.observedMinimumSize = minimum->second;
+        session.windows.push_back(std::move(kept));
+    }
+    processStarts_ = std::move(starts);
+    if (const auto& zoomed = *state_.focusMode; zoomed && focusZoomSnapshot_) {
+        session.zoom = WorkspaceSessionZoom{zoomed->displayID, zoomed->anchorTargetID, zoomed->windowID, std::nullopt};
+        const auto before = focusZoomSnapshot_->windowFrames.find(zoomed->windowID);
+        if (before != focusZoomSnapshot_->windowFrames.end()) session.zoom->frameBefore = before->second;
+    }
+    return session;
+}
+
+/// With the first picture of the desktop. True when some window was known again.
+bool WorkspaceController::takeUpSession() {
+    if (std::exchange(hasFirstPicture_, true)) return false;
+    const WorkspaceSession session = std::exchange(sessionToTakeUp_, std::nullopt).value_or(WorkspaceSession{});
+    const auto resumed = resumedWindows(
+        session, liveWindows_, [this](pid_t process) { return services_.applications.processStartIdentity(process); });
+    const bool knowsAny = !resumed.idNow.empty();
+    services_.applications.settleHiddenWindows(knowsAny ? LeftWindows::stayHidden : LeftWindows::comeBack);
+    if (resumed.idNow.empty() && resumed.awaited.empty()) return false;
+
+    assignments_ = resumedTiles(session.tiles, resumed);
+    std::map<std::string, TileAssignments> homes;
+    for (const auto& [id, tiles] : session.awayDisplays) {
+        auto held = resumedTiles(tiles, resumed);
+        if (held != TileAssignments{}) homes[id] = std::move(held);
+    }
+    absence_.restore(std::move(homes));
+    awaitedOfSession_ = resumed.awaited;
+    awaitedOfSessionUntil_ = services_.queue.uptime() + kResumptionPatience;
+    auto minimums = *state_.observedMinimumSizes;
+    for (const auto& window : session.windows) {
+        const auto now = resumed.idNow.find(window.id);
+        if (now == resumed.idNow.end()) continue;
+        if (window.observedMinimumSize) minimums[now->second] = *window.observedMinimumSize;
+        if (session.handledRuleWindowIDs.contains(window.id) || assignments_.isInAnyTile(now->second)) {
+            noteHasItsPlace(now->second);
+        }
+    }
+    state_.observedMinimumSizes.set(std::move(minimums));
+    // Displays that are there now and were away then, and the other way round.
+    for (const auto& screen : *state_.screens) takeBack(absence_, displayID(screen));
+    for (const auto& [target, windowID] : session.tiles.assignedWindowIDs) {
+        const std::string id = target.substr(0, target.find("::"));
+        if (!screenOf(id) && !absence_.holds(id)) absence_.leave(id, id, assignments_);
+    }
+    publishAssignments();
+    acceptPlacesOfWindows();
+    if (session.zoom) takeUpZoom(*session.zoom, resumed);
+    return knowsAny;
+}
+
+/// Where windows are now is where they rest, though it may not be quite their tile: some keep to cells or sizes of
+/// their own, and a new start is no reason to move anything.
+void WorkspaceController::acceptPlacesOfWindows() {
+    for (const auto& [windowID, target] : framesOfTiledWindows()) {
+        const ManagedWindow* window = findLive(windowID);
+        if (window && window->frame && *window->frame != target) {
+            refusals_[windowID] = {target, *window->frame, kPlacementAttempts, false};
+        }
+    }
+}
+
+void WorkspaceController::takeUpZoom(const WorkspaceSessionZoom& zoom, const ResumedWindows& resumed) {
+    const auto now = resumed.idNow.find(zoom.windowID);
+    if (now == resumed.idNow.end() || !screenOf(zoom.displayID)) return;
+    focusZoomSnapshot_ = captureUndoSnapshot();
+    historyBeforeFocusMode_ = undo_.entries();
+    const auto before = zoom.frameBefore ? zoom.frameBefore : frameForWindow(now->second);
+    if (before) focusZoomSnapshot_->windowFrames[now->second] = *before;
+    state_.focusMode.set(WorkspaceFocusMode{zoom.displayID, zoom.anchorTargetID, now->second});
+}
+
+/// Windows that are not seen but may yet be.
+std::set<std::string> WorkspaceController::sparedWindowIDs() {
+    std::set<std::string> spared;
+    if (recovery_.hasDeadline()) spared = recovery_.awaitedWindowIDs();
+    if (awaitedOfSession_.empty()) return spared;
+    std::erase_if(awaitedOfSession_, [this](const auto& id) { return findLive(id) != nullptr; });
+    if (services_.queue.uptime() >= awaitedOfSessionUntil_) awaitedOfSession_.clear();
+    spared.insert(awaitedOfSession_.begin(), awaitedOfSession_.end());
+    return spared;
+}
+
+} // namespace kova

@@ -1,0 +1,107 @@
+// What real windows feel of an agent that ends and of the one after it, and of a screen that changes its size.
+#include "tests/agent/Session.h"
+#include "tests/desktop/TestClient.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <csignal>
+
+namespace kova::testing {
+namespace {
+
+class Restart : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
+        server_.startManager();
+        ASSERT_TRUE(drawing_.waitForManager());
+        for (int i = 0; i < 2; ++i) windows_.push_back(drawing_.open({.title = "Drawing " + std::to_string(i)}));
+        // Keeps to cells of its own, and so never quite fills its tile.
+        waiting_ = writing_.open({.title = "Writing", .cells = CGSize{17, 31}});
+        windows_.push_back(waiting_);
+        start();
+        ASSERT_TRUE(eventually([&] { return session_.query("windows").size() == 3; }));
+        ASSERT_EQ(session_.kova({"layout", "select", "jarvis.dual-split"}).exitCode, 0);
+        ASSERT_EQ(session_.kova({"arrange"}).exitCode, 0);
+        ASSERT_EQ(session_.kova({"move", "left"}).exitCode + session_.kova({"move", "right"}).exitCode, 1)
+            << "one way there is a tile, the other there is none";
+        settle();
+    }
+    void start() {
+        session_.startAgent();
+        ASSERT_TRUE(session_.agentAnswers());
+    }
+    /// Until nothing has moved for a while; by then everything is on record.
+    void settle() {
+        int quiet = 0;
+        EXPECT_TRUE(eventually([&] {
+            usleep(100'000);
+            quiet = takeMoves() == 0 ? quiet + 1 : 0;
+            return quiet >= 30;
+        }));
+    }
+    int takeMoves() {
+        drawing_.sync();
+        writing_.sync();
+        int moves = 0;
+        for (const auto window : windows_) {
+            moves += window == waiting_ ? writing_.takeConfigureCount(window) : drawing_.takeConfigureCount(window);
+        }
+        return moves;
+    }
+    std::vector<bool> shown() {
+        std::vector<bool> all;
+        for (const auto window : windows_) all.push_back(drawing_.isViewable(window));
+        return all;
+    }
+
+    PrivateServer server_{"1920x1080"};
+    Session session_{server_.folder(), server_.displayName()};
+    TestClient drawing_{server_.displayName(), "Drawing", static_cast<std::uint32_t>(getpid())};
+    TestClient writing_{server_.displayName(), "Writing", static_cast<std::uint32_t>(getppid())};
+    std::vector<xcb_window_t> windows_;
+    xcb_window_t waiting_ = 0;
+};
+
+TEST_F(Restart, AKilledAgentLosesNothingAndItsSuccessorMovesNothing) {
+    const auto tiles = session_.query("tiles");
+    const auto seen = shown();
+    for (int round = 0; round < 2; ++round) {
+        session_.signalAgent(SIGKILL);
+        ASSERT_TRUE(session_.waitForAgent());
+        start();
+        ASSERT_TRUE(eventually([&] { return session_.query("tiles") == tiles; })) << session_.query("tiles").dump(1);
+        sleep(2);
+        EXPECT_EQ(session_.query("tiles"), tiles);
+        EXPECT_EQ(takeMoves(), 0);
+        EXPECT_EQ(shown(), seen);
+    }
+    const auto undo = session_.kova({"undo"});
+    EXPECT_EQ(undo.exitCode, 1);
+    EXPECT_NE(undo.output.find("nothing to undo"), std::string::npos) << undo.output;
+}
+
+TEST_F(Restart, AScreenThatChangesItsSizeAndBackHasEverybodyInPlace) {
+    const auto tiles = session_.query("tiles");
+    const auto seen = shown();
+    const auto resize = [&](const std::string& size) {
+        EXPECT_EQ(session_.run({"xrandr", "--fb", size}).exitCode, 0);
+        EXPECT_TRUE(eventually([&] {
+            const auto displays = session_.query("displays");
+            return displays.size() == 1 && displays[0].dump().find(size.substr(0, 4)) != std::string::npos;
+        })) << session_.query("displays").dump(1);
+    };
+    for (const int pause : {0, 4}) {
+        resize("1280x800");
+        sleep(static_cast<unsigned>(pause));
+        resize("1920x1080");
+        EXPECT_TRUE(eventually([&] { return session_.query("tiles") == tiles; })) << session_.query("tiles").dump(1);
+        settle();
+        EXPECT_EQ(session_.query("tiles"), tiles);
+        EXPECT_EQ(shown(), seen);
+    }
+}
+
+} // namespace
+} // namespace kova::testing

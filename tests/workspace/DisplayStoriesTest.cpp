@@ -1,0 +1,180 @@
+// Displays that are unplugged, stand by, change their size or their order, and what windows do meanwhile.
+#include "tests/harness/Desk.h"
+#include "tests/workspace/Seeds.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+
+namespace kova {
+namespace {
+
+/// Three displays with six windows in tiles, one of them behind another.
+class Displays : public ::testing::Test {
+  protected:
+    Displays() { prepare(desk); }
+    static void prepare(Desk& desk) {
+        for (const char* name : {"A", "B", "C"}) {
+            desk.display(2560, 1440, name).layout("jarvis.dual-split");
+        }
+        for (const char* name : {"Mail", "Notes", "Codex", "Firefox", "Console", "Viewer"}) {
+            desk.opens(name, {.frame = makeRect(100 + 2560.0 * (desk.desktop.openedCount() / 2), 100, 900, 700)});
+        }
+        desk.arrange();
+    }
+    static SimulatedDisplay takeOut(Desk& desk, const std::string& name) {
+        const CGRect frame = desk.desktop.frameOfDisplay(name);
+        desk.desktop.removeDisplay(name);
+        return {.name = name, .size = frame.size, .origin = frame.origin};
+    }
+    Desk desk;
+};
+
+TEST_F(Displays, AStandbyMovesNobodyElsewhere) {
+    desk.desktop.close("Mail"); // a free tile, wherever it is
+    desk.settle();
+    const auto assigned = *desk.state().assignedWindowIDs;
+    for (const char* name : {"A", "B", "C"}) {
+        SCOPED_TRACE(name);
+        const auto display = takeOut(desk, name);
+        desk.advance(Seconds(0.5));
+        desk.controller().perform(action::Arrange{}); // not even then
+        desk.advance(Seconds(1.4));
+        EXPECT_EQ(*desk.state().assignedWindowIDs, assigned);
+        desk.desktop.addDisplay(display);
+        desk.settle();
+        EXPECT_EQ(*desk.state().assignedWindowIDs, assigned);
+    }
+}
+
+TEST_F(Displays, WhoseDisplayStaysAwayTakesAFreeTileAndGoesHome) {
+    const std::string onC = *desk.controller().tiles().back().windowID;
+    const std::string onA = *desk.controller().tiles().front().windowID;
+    const std::string label = desk.desktop.labelOfID(onC);
+    desk.desktop.close(desk.desktop.labelOfID(onA));
+    desk.settle();
+    const std::string before = desk.tiles();
+    const auto display = takeOut(desk, "C");
+    desk.advance(Seconds(3)).settle();
+    EXPECT_NE(desk.tiles().find(label + " 15,15") == std::string::npos, desk.tiles().starts_with(label))
+        << desk.tiles();
+    EXPECT_EQ(std::ranges::count(desk.tiles(), '-'), 0)
+        << "a window of C is in the tile that was free: " << desk.tiles();
+    desk.desktop.addDisplay(display);
+    desk.settle();
+    EXPECT_EQ(desk.tiles(), before);
+}
+
+TEST_F(Displays, WhatTheUserMovedMeanwhileStaysWhereItWasPut) {
+    const std::string onC = *desk.controller().tiles().back().windowID;
+    const std::string label = desk.desktop.labelOfID(onC);
+    const auto display = takeOut(desk, "C");
+    desk.advance(Seconds(3));
+    desk.desktop.focusByHand(label);
+    ASSERT_TRUE(desk.controller().beginWindowDrag(onC, desk.desktop.frameForWindowService(desk.desktop.window(label))));
+    const auto tile = desk.controller().tiles().front();
+    const CGPoint there = centre(tile.frameOnScreen);
+    desk.controller().updateWindowDrag(there, WorkspaceController::HandMovement::move);
+    desk.controller().endWindowDrag(there, WorkspaceController::HandMovement::move,
+                                    WorkspaceController::LettingGo::intoTile);
+    desk.advance(Seconds(3));
+    desk.desktop.addDisplay(display);
+    desk.settle();
+    EXPECT_EQ(desk.controller().assignments().targetOf(onC), tile.targetID);
+}
+
+TEST_F(Displays, AnArrangementWithoutADisplayIsTakenBackByItsReturn) {
+    const std::string before = desk.tiles();
+    const auto display = takeOut(desk, "B");
+    desk.advance(Seconds(3)).arrange();
+    EXPECT_NE(desk.desktop.picture().find("minimized"), std::string::npos) << "there were too few tiles";
+    const auto owners = *desk.state().assignedWindowIDs;
+    desk.desktop.addDisplay(display);
+    desk.settle();
+    for (const auto& tile : desk.controller().tiles()) {
+        if (tile.displayID != desk.displayIDOf("B")) continue;
+        ASSERT_TRUE(tile.windowID);
+        EXPECT_FALSE(desk.desktop.window(desk.desktop.labelOfID(*tile.windowID)).isMinimized);
+    }
+}
+
+TEST_F(Displays, ALayoutThatADisplayCannotShowForAWhileLosesNothing) {
+    Desk one;
+    one.display(5120, 1440);
+    (void)one.controller().selectLayout(one.displayIDOf("A"), DisplayLayoutSelection{});
+    for (const char* name : {"Mail", "Notes", "Codex", "Firefox", "Console"}) one.opens(name);
+    one.arrange();
+    const std::string picture = one.tiles();
+    for (const Seconds meanwhile : {Seconds(0.2), Seconds(8)}) {
+        one.desktop.resizeDisplay("A", {1280, 800});
+        one.advance(meanwhile);
+        EXPECT_NE(one.tiles(), picture);
+        one.desktop.resizeDisplay("A", {5120, 1440});
+        one.settle().settle();
+        EXPECT_EQ(one.tiles(), picture);
+    }
+}
+
+TEST_F(Displays, FocusModeSurvivesDisplaysThatOnlySleep) {
+    desk.zoom();
+    ASSERT_TRUE(desk.state().focusMode->has_value());
+    const std::string picture = desk.desktop.picture();
+    desk.undergo(SystemActivityEvent::screensDidSleep);
+    const auto display = takeOut(desk, "C");
+    desk.advance(Seconds(60));
+    desk.desktop.addDisplay(display);
+    desk.advance(Seconds(1)).undergo(SystemActivityEvent::screensDidWake).settle();
+    EXPECT_EQ(desk.desktop.picture(), picture);
+    EXPECT_TRUE(desk.state().focusMode->has_value());
+}
+
+/// Down to no display at all and back, in any order, fast or slowly, awake or asleep, in another order of the displays
+/// or moved beside one another: the picture is what it was.
+TEST(DisplayWalk, ShrinkingToNothingAndBackGivesTheSamePicture) {
+    forEachSeed(60, [](std::uint32_t seed) {
+        SCOPED_TRACE(seed);
+        std::mt19937 random(seed);
+        Desk desk;
+        for (const char* name : {"A", "B", "C"}) desk.display(2560, 1440, name).layout("jarvis.dual-split");
+        const std::size_t count = 3 + random() % 6;
+        const std::vector<const char*> names = {"Mail", "Notes", "Codex", "Firefox", "Console", "Viewer", "Maps"};
+        for (std::size_t i = 0; i < count; ++i) {
+            desk.opens(names[i % names.size()],
+                       {.frame = makeRect(100 + 2560.0 * static_cast<double>(random() % 3), 100, 900, 700)});
+        }
+        desk.arrange();
+        const std::string tiles = desk.tiles();
+        const auto assignments = desk.controller().assignments();
+        const bool sleeps = random() % 3 == 0;
+        if (sleeps) desk.sleep();
+        std::vector<SimulatedDisplay> away;
+        std::vector<std::string> order = {"A", "B", "C"};
+        const auto pause = [&] { desk.advance(Seconds(std::vector{0.0, 0.3, 1.5, 2.5, 5.0}[random() % 5])); };
+        std::shuffle(order.begin(), order.end(), random);
+        std::size_t gone = 0;
+        while (gone < order.size() || !away.empty()) {
+            const bool removes = gone < order.size() && (away.empty() || random() % 3 > 0);
+            if (removes) {
+                const CGRect frame = desk.desktop.frameOfDisplay(order[gone]);
+                away.push_back({.name = order[gone], .size = frame.size, .origin = frame.origin});
+                desk.desktop.removeDisplay(order[gone++]);
+            } else {
+                const auto chosen = away.begin() + static_cast<std::ptrdiff_t>(random() % away.size());
+                desk.desktop.addDisplay(*chosen);
+                away.erase(chosen);
+            }
+            pause();
+        }
+        if (sleeps) desk.wake();
+        desk.desktop.makeFirstDisplay("C");
+        desk.desktop.makeFirstDisplay("B");
+        desk.desktop.makeFirstDisplay("A");
+        desk.advance(Seconds(15)).settle();
+        EXPECT_EQ(desk.tiles(), tiles);
+        EXPECT_EQ(desk.controller().assignments(), assignments);
+    });
+}
+
+} // namespace
+} // namespace kova

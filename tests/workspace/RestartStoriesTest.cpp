@@ -1,0 +1,173 @@
+// An agent that ends, in whatever way, and the one after it.
+#include "tests/harness/Desk.h"
+#include "workspace/SessionResumption.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace kova {
+namespace {
+
+/// Two tiles, three windows, one of which waits behind another.
+class Restart : public ::testing::Test {
+  protected:
+    Restart() {
+        desk.display(2560, 1440).layout("jarvis.dual-split");
+        desk.opens("Mail").opens("Terminal", {.cell = {17, 31}}).arrange();
+        desk.opens("Notes").settle();
+        kova().placeWindow(desk.desktop.windowIDOf("Notes"), kova().tiles().front().targetID,
+                           WorkspaceController::Focusing::yes);
+        desk.settle();
+        picture = desk.desktop.picture();
+        assignments = kova().assignments();
+    }
+    WorkspaceController& kova() { return desk.controller(); }
+    /// Ends without a chance to do or to save anything more, and the next one starts.
+    Desk& isKilledAndFollowed() {
+        desk.desktop.setTrusted(false); // so that nothing of its end reaches the windows or the record
+        desk.advance(Seconds(0.6));
+        meanwhile();
+        desk.desktop.takeJournal();
+        desk.desktop.queue().post([this] { desk.desktop.setTrusted(true); });
+        return desk.restart();
+    }
+    std::function<void()> meanwhile = [] {};
+
+    Desk desk;
+    std::string picture;
+    TileAssignments assignments;
+};
+
+TEST_F(Restart, ACrashLosesNothingAndMovesNothing) {
+    desk.advance(Seconds(1));
+    isKilledAndFollowed().advance(Seconds(30));
+    EXPECT_EQ(desk.desktop.takeJournal(), "");
+    EXPECT_EQ(desk.desktop.picture(), picture);
+    EXPECT_EQ(kova().assignments(), assignments);
+    desk.undo();
+    EXPECT_FALSE(desk.wasCarriedOut()) << "there is nothing to undo";
+    desk.desktop.focusByHand("Notes");
+    desk.cycleStack();
+    EXPECT_TRUE(desk.wasCarriedOut());
+    EXPECT_EQ(desk.tiles().substr(0, 5),
+              kova().tiles().front().windowID == desk.desktop.windowIDOf("Mail") ? "Mail " : "Termi");
+    desk.cycleStack();
+    EXPECT_EQ(desk.tiles().substr(0, 5), "Notes");
+}
+
+TEST_F(Restart, AZoomedWindowStaysZoomedAndGoesBack) {
+    const std::string before = desk.tiles();
+    desk.zoom().advance(Seconds(1));
+    const std::string zoomed = desk.desktop.picture();
+    isKilledAndFollowed();
+    EXPECT_EQ(desk.desktop.picture(), zoomed);
+    desk.zoom();
+    desk.expectTiles(before);
+}
+
+TEST_F(Restart, ArrangingOnLaunchLeavesWhatWasTakenUp) {
+    WorkspaceProfile profile = *desk.state().profile;
+    profile.autoArrangeOnLaunch = true;
+    desk.preferences.setValue("KOVA.workspaceProfile.v1", PreferenceData{encodeWorkspaceProfile(profile)});
+    desk.advance(Seconds(1));
+    meanwhile = [this] { desk.opens("Codex"); };
+    isKilledAndFollowed();
+    EXPECT_EQ(kova().assignments(), assignments);
+}
+
+TEST_F(Restart, WhoIsGoneIsGoneAndWhoDoesNotAnswerYetIsAwaited) {
+    desk.advance(Seconds(1));
+    const std::string notes = desk.desktop.windowIDOf("Notes");
+    meanwhile = [this] {
+        desk.desktop.quit("Notes");
+        desk.desktop.loseWindow("Terminal");
+    };
+    isKilledAndFollowed();
+    desk.desktop.loseWindow("Terminal", false);
+    desk.settle();
+    EXPECT_TRUE(kova().assignments().isInAnyTile(desk.desktop.windowIDOf("Terminal")));
+    EXPECT_FALSE(kova().assignments().isInAnyTile(notes));
+}
+
+TEST_F(Restart, NoSaveIsSoonerThanASecondAfterTheOther) {
+    const auto saves = [&] {
+        const auto data = desk.preferences.data("KOVA.workspaceSession.v1");
+        return data ? data->json : "";
+    };
+    desk.advance(Seconds(5));
+    int changes = 0;
+    std::string last = saves();
+    for (std::size_t step = 0; step < 40; ++step) {
+        kova().placeWindow(desk.desktop.windowIDOf("Mail"), kova().tiles()[step % 2].targetID,
+                           WorkspaceController::Focusing::no);
+        desk.advance(Seconds(0.1));
+        changes += saves() != last ? 1 : 0;
+        last = saves();
+    }
+    EXPECT_GE(changes, 3);
+    EXPECT_LE(changes, 5);
+}
+
+TEST(Resumption, IdentifiersOfAnotherTimeAreNobodys) {
+    const auto window = [](std::string id, pid_t process, std::string title, CGRect frame) {
+        ManagedWindow w;
+        w.id = std::move(id);
+        w.processIdentifier = process;
+        w.bundleIdentifier = "sim.mail";
+        w.title = std::move(title);
+        w.frame = frame;
+        return w;
+    };
+    const CGRect here = makeRect(0, 0, 600, 400);
+    WorkspaceSession session;
+    session.windows = {{"7:1", 7, "boot 1/100", "sim.mail", "Inbox", here, std::nullopt}};
+    session.tiles.assignedWindowIDs = {{"d::a", "7:1"}};
+    struct Case {
+        const char* what;
+        std::optional<std::string> startNow;
+        ManagedWindow live;
+        std::map<std::string, std::string> idNow;
+        bool isAwaited;
+    };
+    const std::vector<Case> cases = {
+        {"the same", "boot 1/100", window("7:1", 7, "Outbox", here), {{"7:1", "7:1"}}, false},
+        {"after a reboot", "boot 2/100", window("7:1", 7, "Inbox", here), {}, false},
+        {"a process that cannot tell any more", std::nullopt, window("7:1", 7, "Inbox", here), {}, false},
+        {"another id", "boot 1/100", window("7:2", 7, "Inbox", here), {{"7:1", "7:2"}}, false},
+        {"another id and title", "boot 1/100", window("7:2", 7, "Outbox", here), {}, true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        const auto resumed = resumedWindows(session, {c.live}, [&](pid_t) { return c.startNow; });
+        EXPECT_EQ(resumed.idNow, c.idNow);
+        EXPECT_EQ(!resumed.awaited.empty(), c.isAwaited);
+    }
+    session.windows[0].processStart.reset();
+    const auto byTitle = [&](std::string title) {
+        return !resumedWindows(session, {window("7:1", 7, std::move(title), here)}, [](pid_t) {
+                    return std::nullopt;
+                }).idNow.empty();
+    };
+    EXPECT_TRUE(byTitle("Inbox")) << "where no start is known";
+    EXPECT_FALSE(byTitle("Outbox"));
+}
+
+TEST(Resumption, ARecordThatIsNotSoundIsNotTakenUp) {
+    const ResumedWindows all{{{"1", "1"}, {"2", "2"}}, {}};
+    EXPECT_NE(resumedTiles({{{"d::a", "1"}}, {{"d::a", {"1", "2"}}}, {}}, all), TileAssignments{});
+    const std::vector<WorkspaceSessionTiles> wrong = {
+        {{{"d::a", "1"}, {"d::b", "1"}}, {}, {}},      // a span without an anchor
+        {{{"d::a", "1"}}, {}, {{"1", "d::a"}}},        // an anchor without a span
+        {{{"d::a", "1"}}, {{"d::a", {"2", "1"}}}, {}}, // not in front
+        {{}, {{"d::a", {"2"}}, {"d::b", {"2"}}}, {}},  // twice
+        {{{"d::a", "1"}}, {{"d::a", {}}}, {}},         // empty
+    };
+    for (const auto& tiles : wrong) EXPECT_EQ(resumedTiles(tiles, all), TileAssignments{});
+    for (const char* text : {"", "[]", "{}", R"({"tiles":{"assigned":{"a":1},"anchors":{},"stacks":{}}})"}) {
+        EXPECT_TRUE(std::holds_alternative<DecodingError>(decodeWorkspaceSession(text))) << text;
+    }
+}
+
+} // namespace
+} // namespace kova
