@@ -46,10 +46,10 @@ std::variant<std::unique_ptr<X11Desktop>, std::string> X11Desktop::open(const Op
     parts->readEverything();
     parts->openHand();
     if (parts->isLost) return "The X display \"" + parts->connection->displayName() + "\" closed the connection.";
-    return std::unique_ptr<X11Desktop>(new X11Desktop(std::move(parts)));
+    return std::unique_ptr<X11Desktop>(new X11Desktop(std::move(parts), options));
 }
 
-X11Desktop::X11Desktop(std::unique_ptr<Parts> parts) : parts_(std::move(parts)) {
+X11Desktop::X11Desktop(std::unique_ptr<Parts> parts, const Options& options) : parts_(std::move(parts)) {
     parts_->takeOverLeftWindows(options.waitsToSettleHiddenWindows);
     // Takes in what the server said while the desktop was read.
     parts_->send();

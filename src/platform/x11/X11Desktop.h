@@ -127,7 +127,7 @@ class X11Desktop final : public AccessibilityServicing,
 
   private:
     struct Parts;
-    explicit X11Desktop(std::unique_ptr<Parts> parts);
+    X11Desktop(std::unique_ptr<Parts> parts, const Options& options);
 
     std::unique_ptr<Parts> parts_;
 };

@@ -1,4 +1,5 @@
 // Applications, hidden and brought back; displays; and what the desktop tells of its health.
+#include "platform/x11/LocalProcesses.h"
 #include "platform/x11/X11Parts.h"
 
 #include <unistd.h>
