@@ -149,7 +149,7 @@ void WorkspaceController::placeHomelessWindows() {
             if (slot && !hasTile) homeless.emplace_back(*slot, windowID);
         }
     }
-    const auto isFree = [this](const WorkspaceTile& tile) { return !tile.windowID && tile.stack.empty(); };
+    const auto isFree = [](const WorkspaceTile& tile) { return !tile.windowID && tile.stack.empty(); };
     bool hasPlaced = false;
     for (const auto& [slotID, windowID] : homeless) {
         const ManagedWindow* live = findLive(windowID);
