@@ -46,7 +46,8 @@ class ControlMethods::Table {
   public:
     explicit Table(ControlContext context) :
         context_(std::move(context)), broadcast_(context_.controller, context_.queue),
-        transfer_(context_.controller, context_.queue), shortcuts_(context_.shortcuts, context_.keys, context_.queue) {
+        transfer_(context_.controller, context_.queue),
+        shortcuts_(context_.shortcuts, context_.keys, context_.queue, context_.controller.state().isSuspended) {
         addActions();
         addLayouts();
         addApplications();

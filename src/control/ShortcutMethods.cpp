@@ -20,6 +20,7 @@ constexpr Seconds kLookInterval{0.2};
 constexpr Seconds kClaimPatience{0.5};
 
 constexpr const char* kNoKeys = "No key can be heard in this session";
+constexpr const char* kSuspended = "Suspended while the screen is asleep, locked or another user's";
 
 /// "focus-left"
 std::string kebab(std::string_view camel) {
@@ -76,9 +77,14 @@ json modifierNames(std::uint64_t flags) {
 
 } // namespace
 
-ShortcutMethods::ShortcutMethods(KovaShortcutSettings& settings, KeyMonitorServicing* keys, MainQueue& queue) :
-    settings_(settings), keys_(keys), queue_(queue) {
+ShortcutMethods::ShortcutMethods(KovaShortcutSettings& settings, KeyMonitorServicing* keys, MainQueue& queue,
+                                 const Published<bool>& isSuspended) :
+    settings_(settings),
+    keys_(keys), queue_(queue), isSuspended_(isSuspended) {
     if (keys_) claims_ = keys_->observeHeldByOthers([this] { tellClaimed(); });
+    suspensions_ = isSuspended_.observe([this](bool isNow) {
+        if (isNow) endRecording("cancelled", kSuspended);
+    });
 }
 
 bool ShortcutMethods::isHeldByOther(const KovaShortcut& shortcut) const {
@@ -171,6 +177,7 @@ ControlReply ShortcutMethods::record(const JsonCursor& parameters, const std::sh
     const auto found = wantedAction(parameters);
     if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
     if (!keys_) return refusal(kNoKeys);
+    if (*isSuspended_) return refusal(kSuspended);
     const auto action = std::get<KovaShortcutAction>(found);
     endRecording("cancelled", "Another shortcut is being recorded");
     const auto number = ++recordings_;

@@ -21,8 +21,11 @@ class ShortcutMethods {
     /// A key that nobody presses for so long is not awaited any more: meanwhile no other program has the keyboard.
     static constexpr Seconds kRecordingPatience{60};
 
-    /// All of them outlive the methods; `keys` is null in a session where no key can be heard.
-    ShortcutMethods(KovaShortcutSettings& settings, KeyMonitorServicing* keys, MainQueue& queue);
+    /// All of them outlive the methods; `keys` is null in a session where no key can be heard. Nothing is recorded
+    /// while the workspace is suspended: whoever locks the screen needs the keyboard, and what is typed there is no
+    /// shortcut.
+    ShortcutMethods(KovaShortcutSettings& settings, KeyMonitorServicing* keys, MainQueue& queue,
+                    const Published<bool>& isSuspended);
 
     ControlReply list() const;
     ControlReply set(const JsonCursor& parameters, const std::shared_ptr<ControlPeer>& peer);
@@ -64,10 +67,12 @@ class ShortcutMethods {
     KovaShortcutSettings& settings_;
     KeyMonitorServicing* keys_;
     MainQueue& queue_;
+    const Published<bool>& isSuspended_;
     std::optional<Recording> recording_;
     std::uint64_t recordings_ = 0; // since the start
     std::vector<Waiting> waiting_;
     Subscription claims_;
+    Subscription suspensions_;
     Lifetime lifetime_;
 };
 

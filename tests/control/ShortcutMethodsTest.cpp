@@ -170,6 +170,16 @@ TEST_F(ShortcutsOverTheSocket, GiveTheKeyboardBackWhoeverRecorded) {
     result("shortcut.record", {{"action", "undo"}});
     EXPECT_EQ(told(connection), "recorded failed: Another program holds the keyboard");
     EXPECT_TRUE(isBack());
+    keyboard().setKeyboardHeldByOther(false);
+
+    // Whoever locks the screen needs it, and what is typed there is no shortcut.
+    const std::string why = "Suspended while the screen is asleep, locked or another user's";
+    result("shortcut.record", {{"action", "undo"}});
+    desk.controller().suspendForSystemTransition();
+    EXPECT_EQ(told(connection), "recorded cancelled: " + why);
+    EXPECT_TRUE(isBack());
+    EXPECT_EQ(complaint("shortcut.record", {{"action", "undo"}}), why);
+    EXPECT_FALSE(*shortcuts.isRecording);
 }
 
 } // namespace kova
