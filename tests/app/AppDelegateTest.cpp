@@ -95,8 +95,9 @@ class SystemActivity : public ::testing::Test {
 
     SimulatedDesktop desktop;
     MemoryPreferencesStore preferences;
-    AppDelegate delegate{servicesOf(desktop, preferences),
-                         {.pointer = &desktop, .dividerHandles = &desktop, .systemActivity = &desktop}};
+    AppDelegate delegate{
+        servicesOf(desktop, preferences),
+        {.pointer = &desktop, .dividerHandles = &desktop, .systemActivity = &desktop, .keys = &desktop.keyboard()}};
     WorkspaceController& workspace = delegate.workspace();
 };
 
@@ -140,6 +141,29 @@ TEST_F(SystemActivity, TheHandIsFollowedOnceWhileTheScreenCanBeSeenAndHandlesSta
     undergoes({screenDidUnlock, screenDidUnlock});
     EXPECT_TRUE(followsTheHand());
     EXPECT_EQ(desktop.handles().size(), 1U);
+}
+
+TEST_F(SystemActivity, ShortcutsAreEverybodysWhileTheScreenCannotBeSeen) {
+    const KeyCombination right{124, modifierFlag::control | modifierFlag::option};
+    const auto isOurs = [&] { return desktop.keyboard().claimed().contains(right); };
+    const auto steps = [&] {
+        const auto layout = [&] { return workspace.resolvedLayout(displayID(desktop.screens().front()))->id; };
+        const std::string before = layout();
+        desktop.keyboard().press(right.keyCode, right.modifierFlags);
+        passes(1);
+        return layout() != before;
+    };
+    EXPECT_FALSE(isOurs());
+    startAndArrange();
+    EXPECT_TRUE(isOurs() && steps());
+    undergoes({screenDidLock, screensDidSleep});
+    EXPECT_FALSE(isOurs() || steps());
+    undergoes({screensDidWake});
+    EXPECT_FALSE(isOurs());
+    undergoes({screenDidUnlock});
+    EXPECT_TRUE(isOurs() && steps());
+    delegate.stopWorkspace();
+    EXPECT_FALSE(isOurs() || steps());
 }
 
 TEST_F(SystemActivity, ALockedScreenAtTheStartIsWaitedOut) {
