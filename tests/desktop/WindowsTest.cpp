@@ -167,6 +167,7 @@ TEST_P(Windows, AreListedAsTheyStandWhileTheyComeAndGo) {
         ASSERT_TRUE(pollsUntil(isAway));
         pollsFor(Seconds(i * 0.2)); // to come back from its way, too
         desk.service().restoreAndFocus(window);
+        EXPECT_FALSE(desk.poll().at(0).isMinimized) << "before its manager has brought it back";
         ASSERT_TRUE(pollsUntil([&](const auto& windows) {
             return client->isViewable(draft) && text(client->outerFrame(draft)) == text(left) && windows.size() == 1 &&
                    !windows[0].isMinimized && client->focus() == draft;

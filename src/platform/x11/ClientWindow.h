@@ -116,8 +116,9 @@ struct ClientWindow {
     std::optional<std::uint32_t> ownUnmap;         // the request by which it was, until its event has come
     bool hasLeft = false;                          // was unmapped since it was last asked to go; it may be back
     bool isMapAsked = false;                       // by us, while it was unmapped; its event has not come yet
-    std::optional<Seconds> leaveAsked; // when the window manager was asked to iconify it, until it comes back
-    bool returnsOnceGone = false;      // and what it was asked since, before it had left
+    std::optional<Seconds> leaveAsked;  // when the window manager was asked to iconify it, until it comes back
+    bool returnsOnceGone = false;       // and what it was asked since, before it had left
+    std::optional<Seconds> returnAsked; // when the window manager was asked to bring it back, until it is asked to go
 
     WindowKind kind() const;
     /// False for the answer to an older question than the last that was taken. Otherwise it is the last.

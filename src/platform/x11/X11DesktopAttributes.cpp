@@ -101,7 +101,7 @@ AttributeValue X11Desktop::Parts::read(const ClientWindow& client, Accessibility
         return client.title().empty() ? AttributeValue{} : AttributeValue{client.title()};
     case AccessibilityAttribute::minimized:
         // A hidden application's windows are not minimised: they come back with it.
-        return model.isMinimized(client) &&
+        return model.isMinimized(client) && !isBelievedBack(client, now) &&
                !(hidden.holds(client.window) && isApplicationHidden(client.processIdentifier));
     case AccessibilityAttribute::position:
     case AccessibilityAttribute::size: {
@@ -255,12 +255,13 @@ void X11Desktop::Parts::restoreByWish(ClientWindow& client) {
 }
 
 void X11Desktop::Parts::minimize(ClientWindow& client) {
-    if (model.isMinimized(client)) return;
+    if (model.isMinimized(client) && !isBelievedBack(client, queue.uptime())) return;
     client.hasLeft = false;
     if (model.windowManager().isPresent) {
         connection->sendToWindowManager(client.window, Atom::wmChangeState, {XCB_ICCCM_WM_STATE_ICONIC, 0, 0, 0, 0});
         client.leaveAsked = queue.uptime();
         client.returnsOnceGone = false;
+        client.returnAsked.reset();
     } else {
         // An application that is being hidden has its windows on record already.
         if (!hidden.holds(client.window)) hidden.add({recordOf(client, TakenAway::byUnmapping)});
@@ -293,6 +294,7 @@ void X11Desktop::Parts::mapAgain(xcb_window_t window) {
     // At once, so that the next wish is not measured by what no longer holds. If it stays iconic, the poll finds out.
     client->isIconic = client->isHiddenState = client->isIconifiedByUs = false;
     client->leaveAsked.reset();
+    client->returnAsked = queue.uptime();
     const TopLevel* top = model.topLevel(client->topLevel);
     client->isMapAsked = top && !top->isMapped;
     model.markStale(*client, stale::state);
@@ -305,18 +307,24 @@ void X11Desktop::Parts::setIconicState(xcb_window_t window, std::uint32_t state)
     xcb_change_property(connection->get(), XCB_PROP_MODE_REPLACE, window, property, property, 32, 2, values.data());
 }
 
-/// What no `flush` follows is sent all the same, once the main thread has done what it is doing.
+/// A window manager needs a moment to bring a window back, and whoever asks meanwhile is not told that it stays away.
+bool X11Desktop::Parts::isBelievedBack(const ClientWindow& client, Seconds now) const {
+    return client.returnAsked && now - *client.returnAsked < kBenefitOfDoubt && model.windowManager().isPresent;
+}
+
 /// Whether some window is said to be where it was wished to be although it is not there yet. Nothing announces that it
 /// did not come.
 bool X11Desktop::Parts::isAnyBelieved() const {
     const Seconds now = queue.uptime();
     return std::ranges::any_of(model.clientOrder(), [&](xcb_window_t window) {
         const ClientWindow* client = model.client(window);
+        if (client && model.isMinimized(*client) && isBelievedBack(*client, now)) return true;
         return client && client->pending && !client->insistsOnItsFrame() &&
                model.expectedFrame(*client, now, kBenefitOfDoubt) != model.outerFrame(*client);
     });
 }
 
+/// What no `flush` follows is sent all the same, once the main thread has done what it is doing.
 void X11Desktop::Parts::sendSoon() {
     if (std::exchange(isSendDue, true)) return;
     queue.post(lifetime.guard([this] { send(); }));

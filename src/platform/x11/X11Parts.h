@@ -158,6 +158,7 @@ struct X11Desktop::Parts {
     void remindOfReturning();
     void takeOverLeftWindows(bool waitsToSettle); // not locked; waits for the server
     bool isAnyReturning() const;
+    bool isBelievedBack(const x11::ClientWindow& client, Seconds now) const;
     bool isAnyBelieved() const;
     void sendSoon();
     void send(); // not locked
