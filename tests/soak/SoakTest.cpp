@@ -173,6 +173,16 @@ class Soak : public ::testing::TestWithParam<Manager> {
         session_.run({"xdotool", "mousemove", x, y, "mousedown", "1", "mousemove", toX, toY, "mouseup", "1"});
     }
 
+    /// Those with arrows and Tab belong to the window manager, where there is one.
+    void pressShortcuts() {
+        std::vector<std::string> command{"xdotool", "key"};
+        for (std::size_t left = 1 + below(3); left > 0; --left) {
+            command.push_back("ctrl+alt+" + anyOf({"a", "z", "Return", "h", "j", "k", "l", "shift+h", "shift+j",
+                                                   "shift+k", "shift+l"}));
+        }
+        EXPECT_EQ(session_.run(command).exitCode, 0);
+    }
+
     std::vector<Step> steps() {
         const auto direction = [this] { return anyOf({"left", "right", "up", "down"}); };
         return {
@@ -218,6 +228,7 @@ class Soak : public ::testing::TestWithParam<Manager> {
             {2, "change displays", [this] { changeDisplays(); }},
             {1, "replace window manager", [this] { replaceManager(); }},
             {6, "mouse", [this] { carryWithTheMouse(); }},
+            {6, "keyboard", [this] { pressShortcuts(); }},
             {8, "arrange", [this] { says({"arrange"}); }},
             {4, "layout",
              [this] {
