@@ -15,6 +15,11 @@
     return NO;
 }
 
+/// Tiles go on while a dialog of ours waits.
+- (BOOL)worksWhenModal {
+    return YES;
+}
+
 @end
 
 @implementation KOVADividerView {

@@ -22,8 +22,7 @@ bool isConfirmed(const Alert& alert, NSAlertStyle style) {
         dialog.buttons.firstObject.hasDestructiveAction = YES;
         dialog.buttons.firstObject.keyEquivalent = @"";
     }
-    comeToFront();
-    return [dialog runModal] == NSAlertFirstButtonReturn;
+    return runAlert(dialog) == NSAlertFirstButtonReturn;
 }
 
 } // namespace

@@ -18,7 +18,7 @@ void MacOnboarding::showOnboarding() {
 
 void MacOnboarding::closeOnboarding() {
     isWanted_ = false;
-    if (isRunning_) [NSApp abortModal];
+    if (isRunning_) abandonAlert();
 }
 
 void MacOnboarding::run() {
@@ -30,14 +30,13 @@ void MacOnboarding::run() {
         @"then it stays idle.";
     [dialog addButtonWithTitle:@"Continue"];
     [dialog addButtonWithTitle:@"Later"];
-    comeToFront();
     // The agent may end while the dialog waits, and this with it.
     auto finish = lifetime_.guard([this](NSModalResponse answer) {
         isWanted_ = isRunning_ = false;
         if (answer == NSAlertFirstButtonReturn) (void)accessibility_.requestTrust(true);
     });
     isRunning_ = true;
-    const NSModalResponse answer = [dialog runModal];
+    const NSModalResponse answer = runAlert(dialog);
     finish(answer);
 }
 

@@ -2,6 +2,8 @@
 // thread.
 #pragma once
 
+#import <AppKit/AppKit.h>
+
 #include <functional>
 
 namespace kova::macos {
@@ -12,5 +14,10 @@ void runDialogSoon(std::function<void()> dialog);
 
 /// A dialog that nobody sees is no use: it comes before the windows of other applications.
 void comeToFront();
+
+/// Shows the alert in front and waits for its answer; the agent can be ended meanwhile.
+NSModalResponse runAlert(NSAlert* alert);
+/// Takes away the alert that is waited for, unanswered.
+void abandonAlert();
 
 } // namespace kova::macos

@@ -2,8 +2,6 @@
 
 #include "platform/macos/Contained.h"
 
-#import <AppKit/AppKit.h>
-
 namespace kova::macos {
 
 void runDialogSoon(std::function<void()> dialog) {
@@ -20,6 +18,29 @@ void comeToFront() {
     } else {
         [NSApp activateIgnoringOtherApps:YES];
     }
+}
+
+NSModalResponse runAlert(NSAlert* alert) {
+    // Usually nothing ends an application while such a dialog waits, neither its own command nor a logout.
+    alert.window.preventsApplicationTerminationWhenModal = NO;
+    comeToFront();
+    return [alert runModal];
+}
+
+void abandonAlert() {
+    // Asks the loop to end instead of throwing out of it: what is thrown here would not get past our own callbacks. It
+    // looks after the next event, so there has to be one.
+    [NSApp stopModalWithCode:NSModalResponseAbort];
+    NSEvent* event = [NSEvent otherEventWithType:NSEventTypeApplicationDefined
+                                        location:NSZeroPoint
+                                   modifierFlags:NSEventModifierFlags(0)
+                                       timestamp:0
+                                    windowNumber:0
+                                         context:nil
+                                         subtype:0
+                                           data1:0
+                                           data2:0];
+    [NSApp postEvent:event atStart:NO];
 }
 
 } // namespace kova::macos
