@@ -19,7 +19,14 @@
     return self;
 }
 
-- (void)heard:(NSNotification*)__unused notification {
+- (void)heard:(NSNotification*)notification {
+    if (!NSThread.isMainThread) {                     // who posts chooses the thread
+        __weak KOVANotificationTarget* target = self; // nobody hears of it when the registration has ended
+        dispatch_async(dispatch_get_main_queue(), ^{
+          [target heard:notification];
+        });
+        return;
+    }
     kova::macos::contained([&] {
         const auto observer = self->_observer; // which may end this registration
         (*observer)();
