@@ -39,7 +39,7 @@ class MacAccessibility final : public AccessibilityServicing, public DesktopChan
     /// The call's number of an error, or nothing when the application is not to be asked now.
     template <class Call>
     std::optional<int> ask(pid_t process, Call call) const;
-    /// True when it was on and is to be switched on again.
+    /// True when it was on and is to be switched on again, also when it is not known whether it went off.
     bool switchOffEnhancedInterface(pid_t process, const void* application) const;
 
     const MainQueue& queue_;

@@ -124,7 +124,8 @@ bool MacAccessibility::switchOffEnhancedInterface(pid_t process, const void* app
     Owned<CFTypeRef> present;
     ask(process, [&] { return AXUIElementCopyAttributeValue(target, name, present.receiver()); });
     if (seamValue(present.get()) != AttributeValue(true)) return false;
-    return ask(process, [&] { return AXUIElementSetAttributeValue(target, name, kCFBooleanFalse); }) == kAXErrorSuccess;
+    // An application that did not answer in time may still do what it was told.
+    return ask(process, [&] { return AXUIElementSetAttributeValue(target, name, kCFBooleanFalse); }).has_value();
 }
 
 void MacAccessibility::writeAttributes(const AccessibilityElement& element, std::span<const AttributeWrite> writes) {
