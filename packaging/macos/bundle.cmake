@@ -57,6 +57,7 @@ else()
 endif()
 option(KOVA_WITH_APP_INTENTS "Build the Mac application with its App Intents, in Swift" ${intents_default})
 if(KOVA_WITH_APP_INTENTS)
+  set(CMAKE_Swift_LANGUAGE_VERSION 5) # else Xcode is told an older one
   enable_language(Swift)
   target_sources(kova-agent PRIVATE ${intents})
   target_compile_options(kova-agent PRIVATE $<$<COMPILE_LANGUAGE:Swift>:-parse-as-library>)

@@ -38,7 +38,9 @@ schemes = [scheme for kind in info["CFBundleURLTypes"] for scheme in kind["CFBun
 expect(schemes == ["kova"], f"Info.plist: URL schemes {schemes}")
 
 with open(entitlements_file, "rb") as file:
-    entitlements = plistlib.load(file)
+    text = file.read()
+entitlements = plistlib.loads(text)
+expect(b"<!--" not in text, "entitlements: the system's reader at a program's start knows no comments")
 expect(not entitlements.get("com.apple.security.app-sandbox"), "a sandbox keeps other applications' windows away")
 
 with open(swift_file, encoding="utf-8") as file:
