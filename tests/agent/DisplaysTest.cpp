@@ -1,0 +1,135 @@
+// Displays that go and come back, as a real server tells of them.
+#include "tests/agent/Session.h"
+#include "tests/desktop/TestClient.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <map>
+
+namespace kova::testing {
+namespace {
+
+class RealDisplays : public ::testing::TestWithParam<Manager> {
+  protected:
+    void SetUp() override {
+        if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
+        if (GetParam() == Manager::openbox) {
+            server_.startManager();
+            ASSERT_TRUE(drawing_.waitForManager());
+        }
+        plugIn("left", "960/254x1080/285+0+0", "screen");
+        plugIn("right", "960/254x1080/285+960+0");
+        for (int i = 0; i < 4; ++i) {
+            const double x = i < 2 ? 50 : 1010;
+            windows_.push_back(drawing_.open({.title = std::to_string(i), .frame = makeRect(x, 60, 300, 200)}));
+        }
+        session_.startAgent();
+        ASSERT_TRUE(session_.agentAnswers());
+        ASSERT_TRUE(eventually([&] { return session_.query("windows").size() == 4; }));
+        for (const char* display : {"1", "2"}) {
+            ASSERT_EQ(session_.kova({"layout", "select", "dual-split", "--display", display}).exitCode, 0);
+        }
+        ASSERT_EQ(session_.kova({"arrange"}).exitCode, 0);
+        settle();
+        picture_ = picture();
+    }
+    void plugIn(const char* name, const char* place, const char* output = "none") {
+        session_.run({"xrandr", "--setmonitor", name, place, output});
+    }
+    void unplug(const char* name) { session_.run({"xrandr", "--delmonitor", name}); }
+    bool hasDisplays(std::size_t count) {
+        return eventually([&] { return session_.query("displays").size() == count; });
+    }
+    std::string picture() {
+        std::string all;
+        for (const auto window : windows_) {
+            const CGRect frame = drawing_.outerFrame(window);
+            all += std::to_string(window) + (drawing_.isViewable(window) ? " at " : " away at ") +
+                   std::to_string(minX(frame)) + "," + std::to_string(minY(frame)) + " " +
+                   std::to_string(frame.size.width) + "x" + std::to_string(frame.size.height) + "\n";
+        }
+        for (const auto& tile : session_.query("tiles")) {
+            all += tile.at("id").get<std::string>() + " " + tile.at("window").dump() + "\n";
+        }
+        return all;
+    }
+    bool isAsBefore() {
+        const bool isSo = eventually([&] { return picture() == picture_; });
+        EXPECT_EQ(picture(), picture_);
+        return isSo;
+    }
+    int takeMoves() {
+        int moves = 0;
+        for (const auto window : windows_) moves += drawing_.takeConfigureCount(window);
+        return moves;
+    }
+    void settle() {
+        int quiet = 0;
+        EXPECT_TRUE(eventually([&] {
+            usleep(100'000);
+            quiet = takeMoves() == 0 ? quiet + 1 : 0;
+            return quiet >= 15;
+        }));
+    }
+
+    PrivateServer server_{"1920x1080"};
+    Session session_{server_.folder(), server_.displayName()};
+    TestClient drawing_{server_.displayName(), "Drawing", static_cast<std::uint32_t>(getpid())};
+    std::vector<xcb_window_t> windows_;
+    std::string picture_;
+};
+
+TEST_P(RealDisplays, GiveEveryWindowItsPlaceBackWhenTheyReturn) {
+    // Standby looks like an unplugged cable: nobody moves.
+    unplug("right");
+    ASSERT_TRUE(hasDisplays(1));
+    plugIn("right", "960/254x1080/285+960+0");
+    ASSERT_TRUE(hasDisplays(2));
+    settle();
+    EXPECT_TRUE(isAsBefore());
+
+    // Away for good, as far as anybody can tell; whoever is re-tiled meanwhile goes home.
+    unplug("right");
+    ASSERT_TRUE(hasDisplays(1));
+    sleep(3);
+    EXPECT_EQ(session_.query("windows").size(), 4U);
+    plugIn("right", "960/254x1080/285+960+0");
+    ASSERT_TRUE(hasDisplays(2));
+    EXPECT_TRUE(isAsBefore());
+
+    // Another resolution, and the old one again.
+    unplug("right");
+    plugIn("right", "640/170x720/190+960+0");
+    EXPECT_TRUE(eventually([&] { return picture() != picture_; }));
+    sleep(3);
+    unplug("right");
+    plugIn("right", "960/254x1080/285+960+0");
+    EXPECT_TRUE(isAsBefore());
+}
+
+TEST_P(RealDisplays, LeaveAWindowWhereTheUserPutItMeanwhile) {
+    unplug("right");
+    ASSERT_TRUE(hasDisplays(1));
+    sleep(3);
+    // Everything to the left display, by the user's own word.
+    ASSERT_EQ(session_.kova({"arrange"}).exitCode, 0);
+    settle();
+    const auto left = session_.query("tiles");
+    plugIn("right", "960/254x1080/285+960+0");
+    ASSERT_TRUE(hasDisplays(2));
+    settle();
+    for (const auto& tile : left) {
+        const auto now = session_.query("tiles");
+        const auto same =
+            std::find_if(now.begin(), now.end(), [&](const auto& each) { return each["id"] == tile["id"]; });
+        ASSERT_NE(same, now.end()) << now.dump(1);
+        EXPECT_EQ((*same)["window"], tile["window"]) << now.dump(1);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Beside, RealDisplays, ::testing::Values(Manager::none, Manager::openbox),
+                         [](const auto& chosen) { return chosen.param == Manager::none ? "NoManager" : "Openbox"; });
+
+} // namespace
+} // namespace kova::testing
