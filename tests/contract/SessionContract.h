@@ -14,18 +14,17 @@
 
 namespace kova::contract {
 
-enum class Locking { canBeTried, cannotBeTried };
-
 class SessionStage {
   public:
     virtual ~SessionStage() = default;
     virtual SystemActivityServicing& activity() = 0;
     virtual SessionServicing& session() = 0;
+    /// False for what cannot be tried here, or what nothing tells of.
+    virtual bool canUndergo(SystemActivityEvent) const { return true; }
     /// The machine goes through this.
     virtual void undergo(SystemActivityEvent event) = 0;
     virtual bool runUntil(const std::function<bool()>& condition) = 0;
     virtual void runFor(Seconds time) = 0;
-    virtual Locking locking() const { return Locking::canBeTried; }
 };
 
 struct SessionBackend {

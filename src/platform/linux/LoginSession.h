@@ -1,6 +1,6 @@
-// The login session on Linux: says when the machine sleeps, the screens are dark, another user has the seat or the
-// screen is locked, by what logind, the screen saver and the X server tell. Without them it tells nothing, and all is
-// well. It waits for nobody, and wakes the agent only when one of them has something to say.
+// The login session on Linux: says when the machine sleeps, another user has the seat or the screen is locked, by what
+// logind and the screen savers tell. Without them it tells nothing, and all is well. It waits for nobody, and wakes the
+// agent only when one of them has something to say.
 #pragma once
 
 #include "platform/linux/ActivityConditions.h"

@@ -270,7 +270,9 @@ class MacSessionStage final : public SessionStage {
         return condition();
     }
     void runFor(Seconds time) override { runMainLoopFor(time); }
-    Locking locking() const override { return Locking::cannotBeTried; }
+    bool canUndergo(SystemActivityEvent event) const override {
+        return event != SystemActivityEvent::screenDidLock && event != SystemActivityEvent::screenDidUnlock;
+    }
 
   private:
     MacSystemActivity activity_;

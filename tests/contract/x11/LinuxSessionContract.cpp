@@ -20,6 +20,10 @@ class LinuxSessionStage final : public SessionStage {
     }
     SystemActivityServicing& activity() override { return *session_; }
     SessionServicing& session() override { return *session_; }
+    /// Of dark screens nobody tells.
+    bool canUndergo(SystemActivityEvent event) const override {
+        return event != SystemActivityEvent::screensDidSleep && event != SystemActivityEvent::screensDidWake;
+    }
     void undergo(SystemActivityEvent event) override {
         using enum SystemActivityEvent;
         switch (event) {
@@ -28,8 +32,7 @@ class LinuxSessionStage final : public SessionStage {
             return bus_.emit("PrepareForSleep", "b", {sdbus::Variant(event == systemWillSleep)});
         case screensDidSleep:
         case screensDidWake:
-            // As the X server's watch reports it, which never calls from inside another's call.
-            return loop_.post([this, event] { session_->screensAreOn(event == screensDidWake); });
+            return;
         case sessionDidResignActive:
         case sessionDidBecomeActive:
             return bus_.set("c1", "Active", sdbus::Variant(event == sessionDidBecomeActive));
