@@ -121,6 +121,7 @@ void LayoutShortcutCoordinator::claim() {
 
 /// In the log, once each: whoever wonders why a key does nothing looks there.
 void LayoutShortcutCoordinator::noteHeldByOthers() {
+    if (*shortcuts_.isRecording) return; // nothing is claimed meanwhile
     const auto held = keys_.heldByOthers();
     for (const auto action : kDispatchedActions) {
         const KovaShortcut* shortcut = shortcuts_.configuration->shortcut(action);

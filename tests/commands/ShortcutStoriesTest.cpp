@@ -1,5 +1,6 @@
 // A person at the keyboard: presses become operations of the workspace.
 #include "commands/LayoutShortcutCoordinator.h"
+#include "support/Log.h"
 #include "tests/harness/Desk.h"
 #include "windowing/KeyCodes.h"
 
@@ -121,10 +122,25 @@ TEST_F(Keys, FollowTheConfigurationAndWaitWhileOneIsRecorded) {
 }
 
 TEST_F(Keys, ThatAnotherProgramHoldsDoNothingAndTheOthersWork) {
+    std::vector<std::string> logged;
+    setLogWriter([&](LogLevel, const std::string& text) { logged.push_back(text); }, LogLevel::warning);
     coordinator.removeMonitors();
     const KeyCombination right{keyCode::right, kFocus};
     keyboard.holdByOther(right);
     coordinator.installMonitors();
+    desk.settle();
+    // Neither a recording nor a new start is news.
+    settings.isRecording.set(true);
+    Subscription recording = keyboard.recordKeys([](const KeyPress&) { return false; }, [](const std::string&) {});
+    desk.settle();
+    settings.isRecording.set(false);
+    recording = {};
+    desk.settle();
+    coordinator.removeMonitors();
+    coordinator.installMonitors();
+    desk.settle();
+    setLogWriter({}, LogLevel::note);
+    EXPECT_EQ(logged, std::vector<std::string>{"another program holds Ctrl+Alt+Right, the shortcut for “Next Layout”"});
     EXPECT_EQ(keyboard.heldByOthers(), std::vector{right});
     press(keyCode::right, kFocus);
     EXPECT_EQ(layout(), "jarvis.dual-split");

@@ -83,7 +83,7 @@ void SimulatedKeyboard::tellHeldByOthers() {
 
 std::vector<KeyCombination> SimulatedKeyboard::heldByOthers() const {
     std::vector<KeyCombination> held;
-    if (delivery_ == Delivery::observed || !globalMonitors_.hasAny()) return held;
+    if (delivery_ == Delivery::observed || !globalMonitors_.hasAny() || !recorder_.expired()) return held;
     for (const KeyCombination& combination : wanted_) {
         if (heldByOthers_.contains(combination)) held.push_back(combination);
     }
@@ -103,6 +103,7 @@ Subscription SimulatedKeyboard::recordKeys(std::function<bool(const KeyPress&)> 
         });
     } else {
         recorder_ = kept;
+        tellHeldByOthers();
     }
     // What was given up for it is claimed again at its end.
     return Subscription(std::shared_ptr<void>(
