@@ -282,7 +282,7 @@ class WorkspaceController {
     void keepSession();
     std::optional<WorkspaceSession> describeSession();
     bool takeUpSession();
-    void acceptPlacesOfWindows();
+    void acceptPlacesOfWindows(const std::set<std::string>& returnedDisplayIDs);
     void takeUpZoom(const WorkspaceSessionZoom& zoom, const ResumedWindows& resumed);
     std::set<std::string> sparedWindowIDs();
 

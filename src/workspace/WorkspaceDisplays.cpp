@@ -56,6 +56,7 @@ void WorkspaceController::noteDisplaysThatCameAndWent(const std::set<std::string
     // Without a look at the tiles: what the displays showed before is still to be compared with what they show now.
     state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
     state_.stackWindowIDsByTarget.set(assignments_.stackWindowIDsByTarget);
+    session_->noteChange(); // who is away is of the record, too
 }
 
 void WorkspaceController::takeBack(DisplayAbsence& homes, const std::string& key) {

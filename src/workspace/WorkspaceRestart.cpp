@@ -5,6 +5,14 @@
 
 namespace kova {
 
+namespace {
+
+std::string displayOfTarget(const std::string& targetID) {
+    return targetID.substr(0, targetID.find("::"));
+}
+
+} // namespace
+
 void WorkspaceController::keepSession() {
     session_.emplace(services_.queue, services_.preferences, [this] { return describeSession(); });
     sessionToTakeUp_ = session_->kept();
@@ -82,21 +90,30 @@ bool WorkspaceController::takeUpSession() {
     }
     state_.observedMinimumSizes.set(std::move(minimums));
     // Displays that are there now and were away then, and the other way round.
-    for (const auto& screen : *state_.screens) takeBack(absence_, displayID(screen));
+    std::set<std::string> returned;
+    for (const auto& screen : *state_.screens) {
+        const std::string id = displayID(screen);
+        if (!absence_.holds(id)) continue;
+        returned.insert(id);
+        takeBack(absence_, id);
+    }
     for (const auto& [target, windowID] : session.tiles.assignedWindowIDs) {
-        const std::string id = target.substr(0, target.find("::"));
+        const std::string id = displayOfTarget(target);
         if (!screenOf(id) && !absence_.holds(id)) absence_.leave(id, id, assignments_);
     }
     publishAssignments();
-    acceptPlacesOfWindows();
+    acceptPlacesOfWindows(returned);
+    presentRegained();
     if (session.zoom) takeUpZoom(*session.zoom, resumed);
     return knowsAny;
 }
 
 /// Where windows are now is where they rest, though it may not be quite their tile: some keep to cells or sizes of
-/// their own, and a new start is no reason to move anything.
-void WorkspaceController::acceptPlacesOfWindows() {
+/// their own, and a new start is no reason to move anything. The return of a display is one.
+void WorkspaceController::acceptPlacesOfWindows(const std::set<std::string>& returnedDisplayIDs) {
     for (const auto& [windowID, target] : framesOfTiledWindows()) {
+        const auto tile = assignments_.targetOf(windowID);
+        if (tile && returnedDisplayIDs.contains(displayOfTarget(*tile))) continue;
         const ManagedWindow* window = findLive(windowID);
         if (window && window->frame && *window->frame != target) {
             refusals_[windowID] = {target, *window->frame, kPlacementAttempts, false};

@@ -76,6 +76,28 @@ TEST_F(Restart, ArrangingOnLaunchLeavesWhatWasTakenUp) {
     EXPECT_EQ(kova().assignments(), assignments);
 }
 
+/// Whether the windows of the other display stand where the desktop has put them or in tiles that were free.
+TEST_F(Restart, ADisplayThatReturnsWhileNoAgentRunsHasItsWindowsBack) {
+    for (const bool isTileFree : {false, true}) {
+        SCOPED_TRACE(isTileFree);
+        desk.display(2560, 1440, "B").layout("jarvis.dual-split");
+        desk.opens("Codex", {.frame = makeRect(2700, 100, 900, 700)}).arrange();
+        if (isTileFree) desk.desktop.close("Terminal");
+        desk.settle();
+        const std::string before = desk.tiles();
+        const CGRect frame = desk.desktop.frameOfDisplay("B");
+        desk.desktop.removeDisplay("B");
+        desk.advance(Seconds(5));
+        EXPECT_NE(desk.tiles(), before);
+        meanwhile = [&] { desk.desktop.addDisplay({.name = "B", .size = frame.size, .origin = frame.origin}); };
+        isKilledAndFollowed().settle();
+        EXPECT_EQ(desk.tiles(), before);
+        desk.desktop.close("Codex");
+        desk.desktop.removeDisplay("B");
+        desk.settle();
+    }
+}
+
 TEST_F(Restart, WhoIsGoneIsGoneAndWhoDoesNotAnswerYetIsAwaited) {
     desk.advance(Seconds(1));
     const std::string notes = desk.desktop.windowIDOf("Notes");
