@@ -205,7 +205,9 @@ std::variant<KovaShortcut, std::string> parseShortcut(std::string_view text, con
                "” is no key: name what is written on it without Shift, or left, right, up, down, return, "
                "tab, space, home, end, pageup, pagedown, insert, f1 to f20";
     }
-    return KovaShortcut{*code, modifiers, keyLabel({*code, modifiers, false, charactersOf(*code)})};
+    std::string written = charactersOf(*code);
+    if (written.empty()) written = americanCharacterOf(*code); // which is how the key was found
+    return KovaShortcut{*code, modifiers, keyLabel({*code, modifiers, false, written})};
 }
 
 } // namespace kova

@@ -251,6 +251,8 @@ TEST(ShortcutNames, AreReadAsAPersonTypesThem) {
     // A layout without Latin letters.
     const auto parsed = parseShortcut("ctrl+h", [](std::uint16_t code) { return code == keyCode::h ? "р" : ""; });
     EXPECT_EQ(std::get<KovaShortcut>(parsed), (KovaShortcut{4, 0x40000, "Р"}));
+    const auto blind = parseShortcut("ctrl+u", [](std::uint16_t) { return ""; });
+    EXPECT_EQ(std::get<KovaShortcut>(blind), (KovaShortcut{32, 0x40000, "U"})) << "where no key can be heard";
     EXPECT_EQ(shortcutText({93, 0x40000, "Key (event.keyCode)"}), "Ctrl+Key 93");
 
     for (const auto& [typed, complaint] : std::map<std::string, std::string>{{"", "key is missing"},
