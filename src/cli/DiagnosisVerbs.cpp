@@ -164,10 +164,21 @@ std::string systemSection() {
     return text;
 }
 
-std::string preferencesSection(Pseudonyms& pseudonyms) {
+/// Empty where they are in no file.
+std::string preferencesFile() {
+#if defined(__APPLE__)
+    return {};
+#else
     const std::string configured = environment("XDG_CONFIG_HOME");
     const std::string folder = configured.starts_with('/') ? configured : environment("HOME") + "/.config";
-    const auto read = readFile(folder + "/kova/preferences.json", kLargestPreferences);
+    return folder + "/kova/preferences.json";
+#endif
+}
+
+std::string preferencesSection(Pseudonyms& pseudonyms) {
+    const std::string file = preferencesFile();
+    if (file.empty()) return "They are in the user's defaults and are left out.\n";
+    const auto read = readFile(file, kLargestPreferences);
     if (const auto* problem = std::get_if<FileProblem>(&read)) return problem->message + "\n";
     const auto preferences = json::parse(std::get<std::string>(read), nullptr, false);
     if (preferences.is_discarded()) return "They cannot be read.\n";

@@ -46,9 +46,9 @@ class CommandLine : public testing::Test, public AgentStage {
     /// Commands that write a file write it here.
     void SetUp() override {
         std::filesystem::current_path(files.path());
-        environment.push_back("XDG_STATE_HOME=" + state.path().string());
-        state.write("kova/agent.log", "2024-02-29 12:34:56.789 info: workspace started\n"
-                                      "2024-02-29 12:34:57.000 warning: it rains\n");
+        for (const char* home : {"HOME=", "XDG_STATE_HOME="}) environment.push_back(home + state.path().string());
+        state.write(kLogFolder + "agent.log", "2024-02-29 12:34:56.789 info: workspace started\n"
+                                              "2024-02-29 12:34:57.000 warning: it rains\n");
     }
     void TearDown() override { std::filesystem::current_path("/"); }
 

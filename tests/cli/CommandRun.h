@@ -17,6 +17,13 @@
 
 namespace kova {
 
+/// Where the command looks for the log, in a folder that is its home and its XDG_STATE_HOME.
+#if defined(__APPLE__)
+inline const std::string kLogFolder = "Library/Logs/KOVA/";
+#else
+inline const std::string kLogFolder = "kova/";
+#endif
+
 /// A command that was started. It is ended with this object.
 class RunningCommand {
   public:
