@@ -148,6 +148,11 @@ void WindowModel::adoptUnmanaged(xcb_window_t window) {
     setTopLevelOf(place->second, window);
 }
 
+void WindowModel::adoptIconified(xcb_window_t window) {
+    adoptUnmanaged(window);
+    if (ClientWindow* adopted = client(window)) adopted->isIconifiedByUs = true;
+}
+
 void WindowModel::setTopLevelOf(ClientWindow& client, xcb_window_t topLevel) {
     const auto old = clientByTopLevel_.find(client.topLevel);
     if (old != clientByTopLevel_.end() && old->second == client.window) clientByTopLevel_.erase(old);

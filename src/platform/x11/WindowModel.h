@@ -78,6 +78,8 @@ class WindowModel {
     void setTopLevelOf(ClientWindow& client, xcb_window_t topLevel);
     /// Without a window manager: a mapped top level that a user can work with joins the list.
     void adoptUnmanaged(xcb_window_t window);
+    /// The same with one that an agent before this one took off the screen.
+    void adoptIconified(xcb_window_t window);
     void forget(xcb_window_t client);
     /// From _NET_FRAME_EXTENTS, asked by the main thread. A window in a frame has to be measured after that.
     void takeDecorations(ClientWindow& client, const PropertyView& extents, std::uint32_t asked);

@@ -130,7 +130,16 @@ void X11Desktop::Parts::takeOverLeftWindows(bool waitsToSettle) {
     questions.take();
     if (found.empty()) hidden.writeFile();
     hidden.add(found);
-    if (!waitsToSettle) bringAllBack();
+    if (!waitsToSettle) return bringAllBack();
+    for (const HiddenWindow& taken : found) {
+        if (model.client(taken.window)) continue;
+        if (model.windowManager().isPresent || model.windowManager().isMute) {
+            hidden.markReturning(taken.window, queue.uptime()); // the manager knows nothing of it: nobody else would
+            bringBack(taken.window);
+        } else {
+            model.adoptIconified(taken.window); // what is not on the screen is on nobody's list but ours
+        }
+    }
 }
 
 // Events
