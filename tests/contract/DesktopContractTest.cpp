@@ -42,6 +42,7 @@ TEST_P(DesktopContract, ApplicationsKeepTheirOrderAndTheirRecords) {
     EXPECT_FALSE(known->isTerminated || known->isHidden || known->isPartOfDesktop);
     EXPECT_NE(own, editor);
     EXPECT_EQ(applications().runningApplication(-7), std::nullopt);
+    EXPECT_EQ(applications().processStartIdentity(-7), std::nullopt);
     stage().crash("Editor");
     EXPECT_TRUE(until([&] { return !polled(editor); }));
     EXPECT_TRUE(polled(mail));

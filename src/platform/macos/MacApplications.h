@@ -25,6 +25,8 @@ class MacApplications final : public ApplicationServicing {
     std::vector<RunningApplication> runningApplications() const override;
     std::optional<RunningApplication> runningApplication(pid_t processIdentifier) const override;
     std::optional<pid_t> frontmostApplication() const override;
+    /// The wall-clock time at which the process began.
+    std::optional<std::string> processStartIdentity(pid_t processIdentifier) const override;
     ApplicationIcon iconForFile(const std::string& path) const override;
     ApplicationIcon systemSymbolIcon(const std::string& name) const override;
     void hide(pid_t processIdentifier) override;

@@ -5,7 +5,10 @@
 
 #import <AppKit/AppKit.h>
 
+#include <sys/sysctl.h>
+
 #include <algorithm>
+#include <array>
 
 namespace kova::macos {
 
@@ -91,6 +94,17 @@ std::optional<pid_t> MacApplications::frontmostApplication() const {
         if (!application) return std::nullopt;
         return application.processIdentifier;
     }
+}
+
+std::optional<std::string> MacApplications::processStartIdentity(pid_t processIdentifier) const {
+    // The system's workspace knows the date only of what it has launched itself.
+    std::array<int, 4> question{CTL_KERN, KERN_PROC, KERN_PROC_PID, processIdentifier};
+    kinfo_proc process{};
+    std::size_t size = sizeof process;
+    const int error = sysctl(question.data(), static_cast<u_int>(question.size()), &process, &size, nullptr, 0);
+    if (error != 0 || size < sizeof process) return std::nullopt; // nothing is written of one that is gone
+    const timeval begun = process.kp_proc.p_starttime;
+    return std::to_string(begun.tv_sec) + "." + std::to_string(begun.tv_usec);
 }
 
 ApplicationIcon MacApplications::iconForFile(const std::string& path) const {
