@@ -115,8 +115,12 @@ void WorkspaceController::scheduleAutomaticArrangement(bool justGranted) {
     if (!isDue || !state_.profile->autoArrangeOnLaunch || state_.screens->empty()) return;
     didAutoArrange_ = true;
     services_.queue.after(kAutomaticArrangementDelay, lifetime_.guard([this, generation = autoArrangeGeneration_] {
-        // Who arranged meanwhile, or undid that, has had their way.
-        if (generation == autoArrangeGeneration_ && mayMoveWindows()) arrangeWindows();
+        if (generation != autoArrangeGeneration_) return; // who arranged meanwhile, or undid that, has had their way
+        if (mayMoveWindows()) {
+            arrangeWindows();
+        } else if (isAway()) {
+            didAutoArrange_ = false; // a lock may be heard of late: it is due when the user is back
+        }
     }));
 }
 

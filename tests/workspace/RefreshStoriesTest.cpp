@@ -120,13 +120,17 @@ TEST(RefreshStories, PermissionTakenEmptiesTheTilesAndGivenBackArrangesAgain) {
     EXPECT_TRUE(desk.state().assignedWindowIDs->empty()) << "nobody asked for arranging on launch";
 }
 
-TEST(RefreshStories, ArrangingOnLaunchWaitsThreeTenthsOfASecond) {
-    Desk desk;
+void prepareArrangingOnLaunch(Desk& desk) {
     WorkspaceProfile profile;
     profile.autoArrangeOnLaunch = true;
     profile.layoutID = "jarvis.dual-split";
     desk.preferences.setValue("KOVA.workspaceProfile.v1", PreferenceData{encodeWorkspaceProfile(profile)});
     desk.display(2560, 1440).opens("Mail").opens("Notes");
+}
+
+TEST(RefreshStories, ArrangingOnLaunchWaitsThreeTenthsOfASecond) {
+    Desk desk;
+    prepareArrangingOnLaunch(desk);
     desk.desktop.setTrusted(false);
     desk.start();
     desk.desktop.setTrusted(true);
@@ -135,6 +139,22 @@ TEST(RefreshStories, ArrangingOnLaunchWaitsThreeTenthsOfASecond) {
     desk.settle();
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
     EXPECT_FALSE(*desk.state().canUndo) << "what the machine does by itself is no step of the person's";
+}
+
+TEST(RefreshStories, ArrangingOnLaunchWaitsForALockThatIsHeardOfLate) {
+    Desk desk;
+    prepareArrangingOnLaunch(desk);
+    desk.desktop.setTrusted(false);
+    desk.start();
+    desk.desktop.setTrusted(true);
+    desk.advance(Seconds(0.75)).undergo(SystemActivityEvent::screenDidLock).advance(Seconds(60));
+    EXPECT_TRUE(desk.state().assignedWindowIDs->empty());
+    desk.undergo(SystemActivityEvent::screenDidUnlock).settle();
+    EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
+    const std::string arranged = desk.tiles();
+    desk.opens("Codex").undergo(SystemActivityEvent::screenDidLock).undergo(SystemActivityEvent::screenDidUnlock);
+    desk.settle();
+    EXPECT_EQ(desk.tiles(), arranged) << "once is enough";
 }
 
 TEST(RefreshStories, NothingIsForgottenWhileTheScreenIsLocked) {
