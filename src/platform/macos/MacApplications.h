@@ -32,6 +32,7 @@ class MacApplications final : public ApplicationServicing {
     void hide(pid_t processIdentifier) override;
     void unhide(pid_t processIdentifier) override;
     void activate(pid_t processIdentifier) override;
+    void settleHiddenWindows(LeftWindows leftWindows) override;
     std::vector<LaunchableApplication> launchableApplications() const override;
     std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) const override;
     void launch(const LaunchableApplication& application, LaunchActivation activation,
@@ -48,6 +49,8 @@ class MacApplications final : public ApplicationServicing {
     Lifetime lifetime_;
 
     RunningApplication describe(const void* application) const;
+    /// Written down, for the agent after one that is killed.
+    void keepHidden() const;
 };
 
 } // namespace kova::macos

@@ -39,10 +39,52 @@ std::optional<std::string> optionalText(NSString* string) {
     return text(string);
 }
 
+/// Of the user's defaults: processes that an agent has hidden, each as its number and its start.
+NSString* const kHiddenKey = @"KOVA.hiddenApplications.v1";
+
 } // namespace
 
 MacApplications::~MacApplications() {
-    for (const pid_t process : hidden_) [find(process) unhide];
+    if (hidden_.empty()) return; // and what an agent before it has left stays written down
+    @autoreleasepool {
+        for (const pid_t process : hidden_) [find(process) unhide];
+        hidden_.clear();
+        keepHidden();
+    }
+}
+
+void MacApplications::keepHidden() const {
+    NSMutableArray<NSString*>* kept = [NSMutableArray array];
+    for (const pid_t process : hidden_) {
+        if (const auto start = processStartIdentity(process)) {
+            [kept addObject:nsString(std::to_string(process) + " " + *start)];
+        }
+    }
+    NSUserDefaults* defaults = NSUserDefaults.standardUserDefaults;
+    if (kept.count > 0) {
+        [defaults setObject:kept forKey:kHiddenKey];
+    } else {
+        [defaults removeObjectForKey:kHiddenKey];
+    }
+}
+
+void MacApplications::settleHiddenWindows(LeftWindows leftWindows) {
+    @autoreleasepool {
+        for (id each in [NSUserDefaults.standardUserDefaults arrayForKey:kHiddenKey]) {
+            if (![each isKindOfClass:NSString.class]) continue;
+            const pid_t process = [each intValue]; // up to the blank
+            const auto start = processStartIdentity(process);
+            if (!start || text(each) != std::to_string(process) + " " + *start) continue;
+            NSRunningApplication* application = find(process);
+            if (!application.hidden) continue; // shown by its user since
+            if (leftWindows == LeftWindows::stayHidden) {
+                hidden_.insert(process);
+            } else {
+                [application unhide];
+            }
+        }
+        keepHidden();
+    }
 }
 
 RunningApplication MacApplications::describe(const void* object) const {
@@ -124,13 +166,15 @@ void MacApplications::hide(pid_t processIdentifier) {
         NSRunningApplication* application = find(processIdentifier);
         // What its user has hidden stays so when we end.
         if (!application || application.hidden) return;
-        if ([application hide]) hidden_.insert(processIdentifier);
+        if (![application hide]) return;
+        hidden_.insert(processIdentifier);
+        keepHidden();
     }
 }
 
 void MacApplications::unhide(pid_t processIdentifier) {
     @autoreleasepool {
-        hidden_.erase(processIdentifier);
+        if (hidden_.erase(processIdentifier) > 0) keepHidden();
         [find(processIdentifier) unhide];
     }
 }
