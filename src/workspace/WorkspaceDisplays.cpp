@@ -140,8 +140,9 @@ bool WorkspaceController::isAwaitedHome(const std::string& windowID) const {
 /// Windows whose display stays away take tiles that are free, best the ones of the same name. Nobody is pushed out, and
 /// they go home when their display returns.
 void WorkspaceController::placeHomelessWindows() {
-    if (*state_.focusMode || suspension_.isSuspended()) return;
-    std::vector<std::pair<std::string, std::string>> homeless; // slot id, window id
+    if (*state_.focusMode) return;
+    if (suspension_.isSuspended()) return awaitStableDisplays(); // the hand comes first
+    std::vector<std::pair<std::string, std::string>> homeless;   // slot id, window id
     for (const auto& [displayID, held] : absence_.homes()) {
         for (const auto& [target, windowID] : held.assignedWindowIDs) {
             const auto slot = slotIDOn(displayID, target);

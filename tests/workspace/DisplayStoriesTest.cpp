@@ -66,6 +66,25 @@ TEST_F(Displays, WhoseDisplayStaysAwayTakesAFreeTileAndGoesHome) {
     EXPECT_EQ(desk.tiles(), before);
 }
 
+TEST_F(Displays, AHandThatMovesAWindowOnlyPutsOffThatOthersAreSetElsewhere) {
+    desk.desktop.close(desk.desktop.labelOfID(*desk.controller().tiles().front().windowID));
+    desk.settle();
+    const auto held = desk.controller().tiles()[1];
+    (void)takeOut(desk, "C");
+    desk.advance(Seconds(1.5));
+    const std::string label = desk.desktop.labelOfID(*held.windowID);
+    ASSERT_TRUE(desk.controller().beginWindowDrag(*held.windowID,
+                                                  desk.desktop.frameForWindowService(desk.desktop.window(label))));
+    const auto before = *desk.state().assignedWindowIDs;
+    desk.advance(Seconds(1));
+    EXPECT_EQ(*desk.state().assignedWindowIDs, before);
+    const CGPoint there = centre(held.frameOnScreen);
+    desk.controller().endWindowDrag(there, WorkspaceController::HandMovement::move,
+                                    WorkspaceController::LettingGo::intoTile);
+    desk.advance(Seconds(5));
+    EXPECT_EQ(std::ranges::count(desk.tiles(), '-'), 0) << "a window of C has the free tile: " << desk.tiles();
+}
+
 TEST_F(Displays, WhatTheUserMovedMeanwhileStaysWhereItWasPut) {
     const std::string onC = *desk.controller().tiles().back().windowID;
     const std::string label = desk.desktop.labelOfID(onC);
