@@ -157,7 +157,8 @@ std::optional<std::string> AutostartEntry::unregisterAtLogin() {
     const auto shared = sharedEntry();
     if (shared || (present && !isAsWritten(*present))) {
         // Without it the one of the whole machine would count, or lines of somebody else be lost.
-        problem = replace(withValue(present.value_or(contents(*shared).value_or("")), kHidden, "true"));
+        const std::string text = present ? *present : contents(*shared).value_or("");
+        problem = replace(withValue(text, kHidden, "true"));
     } else if (present) {
         std::error_code error;
         if (!fs::remove(entry_, error) && error) problem = entry_.string() + ": " + error.message();
