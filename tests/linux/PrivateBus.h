@@ -4,8 +4,12 @@
 #include "tests/desktop/PrivateServer.h"
 #include "tests/linux/TemporaryFolder.h"
 
+#include <fcntl.h>
+#include <gtest/gtest.h>
 #include <sdbus-c++/sdbus-c++.h>
+#include <unistd.h>
 
+#include <array>
 #include <map>
 #include <memory>
 #include <string>
@@ -22,9 +26,17 @@ class PrivateBus {
 
     void start() {
         std::filesystem::remove(folder_.path() / "bus");
-        daemon_ = testing::ChildProcess({"/usr/bin/dbus-daemon", "--session", "--nofork", "--address=" + address()},
-                                        {"PATH=/usr/bin:/bin"});
-        waitFor([&] { return (connection_ = connect()) != nullptr; });
+        // It says its address once somebody may call; the library keeps the memory of each try that comes too early.
+        std::array<int, 2> ends{};
+        ASSERT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
+        daemon_ = testing::ChildProcess({"/usr/bin/dbus-daemon", "--session", "--nofork", "--address=" + address(),
+                                         "--print-address=" + std::to_string(ends[1])},
+                                        {"PATH=/usr/bin:/bin"}, ends[1]);
+        close(ends[1]);
+        char byte = 0;
+        EXPECT_EQ(read(ends[0], &byte, 1), 1) << "the bus does not start";
+        close(ends[0]);
+        ASSERT_TRUE(connection_ = connect());
     }
     void stop() {
         connection_.reset();

@@ -3,12 +3,18 @@
 #include "support/Log.h"
 
 #include <sdbus-c++/sdbus-c++.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
+#include <cstring>
 #include <limits>
 #include <mutex>
 #include <optional>
+#include <string_view>
 #include <thread>
 #include <utility>
 
@@ -21,6 +27,59 @@ constexpr Seconds kLongestPause{600};
 constexpr std::chrono::seconds kPatience{5}; // with a question
 
 constexpr const char* kBusService = "org.freedesktop.DBus";
+
+/// Why nobody listens at a socket's path; empty when somebody does.
+std::string whyNobodyListens(const std::string& path) {
+    sockaddr_un place{};
+    place.sun_family = AF_UNIX;
+    if (path.size() >= sizeof place.sun_path) return path + ": " + std::strerror(ENAMETOOLONG);
+    path.copy(place.sun_path, path.size());
+    const int socket = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (socket < 0) return std::strerror(errno);
+    const bool answers = ::connect(socket, reinterpret_cast<const sockaddr*>(&place), sizeof place) == 0;
+    const std::string problem = answers ? "" : path + ": " + std::strerror(errno);
+    ::close(socket);
+    return problem;
+}
+
+/// Why nobody answers at any of the addresses; empty when somebody does, or when only the library can tell. It is asked
+/// first because the library keeps the memory of each of its tries that fail, and a bus may stay away for days.
+std::string whyUnreachable(std::string_view addresses) {
+    constexpr std::string_view kPlain = "unix:path=";
+    std::string problem;
+    while (!addresses.empty()) {
+        const auto end = std::min(addresses.find(';'), addresses.size());
+        const std::string_view address = addresses.substr(0, end);
+        addresses.remove_prefix(std::min(end + 1, addresses.size()));
+        if (!address.starts_with(kPlain) || address.find_first_of(",%") != address.npos) return {};
+        problem = whyNobodyListens(std::string(address.substr(kPlain.size())));
+        if (problem.empty()) return {};
+    }
+    return problem;
+}
+
+/// Null, and the problem, when there is none.
+std::shared_ptr<sdbus::IConnection> connectionTo(const std::string& address, const std::vector<BusSignal>& signals,
+                                                 std::string& problem) {
+    try {
+        std::shared_ptr<sdbus::IConnection> connection = sdbus::createSessionBusConnectionWithAddress(address);
+        connection->setMethodCallTimeout(kPatience);
+        for (const BusSignal& signal : signals) {
+            const auto heard = [hear = signal.heard](sdbus::Message& message) {
+                try {
+                    hear(message);
+                } catch (const sdbus::Error&) {
+                    // Somebody speaks another dialect; what cannot be read was not said.
+                }
+            };
+            connection->addMatch(signal.rule, heard, sdbus::floating_slot);
+        }
+        return connection;
+    } catch (const sdbus::Error& error) {
+        problem = error.getMessage();
+        return nullptr;
+    }
+}
 
 } // namespace
 
@@ -60,25 +119,8 @@ void MessageBus::connect() {
     attempt_ = std::make_shared<Attempt>(*this, loop_);
     // The handshake and each request for signals wait for the bus, which may be as slow as it likes.
     std::thread([attempt = attempt_, address = address_, signals = signals_] {
-        std::shared_ptr<sdbus::IConnection> connection;
-        std::string problem;
-        try {
-            connection = sdbus::createSessionBusConnectionWithAddress(address);
-            connection->setMethodCallTimeout(kPatience);
-            for (const BusSignal& signal : signals) {
-                const auto heard = [hear = signal.heard](sdbus::Message& message) {
-                    try {
-                        hear(message);
-                    } catch (const sdbus::Error&) {
-                        // Somebody speaks another dialect; what cannot be read was not said.
-                    }
-                };
-                connection->addMatch(signal.rule, heard, sdbus::floating_slot);
-            }
-        } catch (const sdbus::Error& error) {
-            connection.reset();
-            problem = error.getMessage();
-        }
+        std::string problem = whyUnreachable(address);
+        const auto connection = problem.empty() ? connectionTo(address, signals, problem) : nullptr;
         const std::lock_guard lock(attempt->mutex);
         if (!attempt->queue) return;
         attempt->queue->post([attempt, connection, problem]() mutable {
