@@ -202,7 +202,7 @@ class Soak : public ::testing::TestWithParam<Manager> {
              }},
             {2, "go away and come back",
              [this] {
-                 withAnyWindow([this](Window& window, TestClient& client) {
+                 withAnyWindow([](Window& window, TestClient& client) {
                      // A program waits until its window is its own again. Managers that have just minimised it take
                      // the first word for the end of that.
                      const auto isWithdrawn = [&] {
