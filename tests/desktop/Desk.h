@@ -88,7 +88,6 @@ class Desk {
   private:
     PrivateServer server_;
     // Stays connected: the next client would get its numbers, and its windows would be taken for the probe.
-    std::unique_ptr<TestClient> watcher_;
     TestLoop loop_;
     PlainCatalogue catalogue_;
     std::unique_ptr<X11Desktop> desktop_;

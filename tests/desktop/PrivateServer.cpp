@@ -1,5 +1,7 @@
 #include "tests/desktop/PrivateServer.h"
 
+#include "tests/desktop/TestClient.h"
+
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
@@ -105,6 +107,7 @@ ChildProcess PrivateServer::start(const std::vector<std::string>& command) const
 void PrivateServer::startManager() {
     const char* other = std::getenv("KOVA_TEST_WINDOW_MANAGER");
     manager_ = start({"/bin/sh", "-c", std::string("exec ") + (other ? other : "openbox --sm-disable")});
+    EXPECT_TRUE(TestClient(displayName_, "Probe", 1).waitForManager()) << "the window manager did not start";
 }
 
 } // namespace kova::testing

@@ -40,7 +40,8 @@ class PrivateServer {
     /// A folder for files of the test, removed at the end.
     const std::string& folder() const { return folder_; }
     ChildProcess start(const std::vector<std::string>& command) const;
-    /// Openbox, or the command in KOVA_TEST_WINDOW_MANAGER, to try another one by hand.
+    /// Openbox, or the command in KOVA_TEST_WINDOW_MANAGER, to try another one by hand. Returns when it takes windows
+    /// in.
     void startManager();
     void endManager() { manager_.end(); }
     void end() { server_.end(); }

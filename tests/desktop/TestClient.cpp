@@ -2,6 +2,7 @@
 
 #include <xcb/xcb_icccm.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
@@ -42,15 +43,18 @@ bool TestClient::waitForManager() {
         }
         return true;
     };
-    const auto isListEmpty = [&] { return numbers(root_, "_NET_CLIENT_LIST").empty(); };
     const xcb_window_t probe = create({.title = "Probe"});
+    const auto isListed = [&] {
+        const auto windows = numbers(root_, "_NET_CLIENT_LIST");
+        return std::ranges::find(windows, probe) != windows.end();
+    };
     const bool isReady = waitUntil([&] {
         unmap(probe);
         map(probe);
-        return !isListEmpty();
+        return isListed();
     });
     destroy(probe);
-    return isReady && waitUntil(isListEmpty);
+    return isReady && waitUntil([&] { return !isListed(); });
 }
 
 xcb_window_t TestClient::create(const TestWindow& options) {

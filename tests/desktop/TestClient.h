@@ -33,8 +33,8 @@ class TestClient {
     TestClient(const TestClient&) = delete;
     TestClient& operator=(const TestClient&) = delete;
 
-    /// A window manager that starts may overlook a window: it is ready once it has noticed one. False when none does
-    /// within 20 s.
+    /// A window manager that starts says so before it sees every window that asks to be shown: it is ready once it has
+    /// taken one in. False when none does within 20 s.
     bool waitForManager();
 
     xcb_window_t open(const TestWindow& window);
