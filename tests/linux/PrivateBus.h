@@ -1,7 +1,7 @@
 // A message bus of a test's own, on which a stand-in for logind and for a screen saver can be played.
 #pragma once
 
-#include "tests/desktop/PrivateServer.h"
+#include "tests/desktop/ChildProcess.h"
 #include "tests/linux/TemporaryFolder.h"
 
 #include <fcntl.h>
