@@ -8,7 +8,7 @@ void TransitionRecovery::remember(const std::vector<ManagedWindow>& liveWindows,
     const auto awaited = awaitedWindowIDs();
     std::vector<ManagedWindowRecoveryIdentity> stillAwaited;
     for (const auto& identity : identities_) {
-        if (deadline_ && awaited.contains(identity.id) && assignments.isInAnyTile(identity.id)) {
+        if (awaited.contains(identity.id) && assignments.isInAnyTile(identity.id)) {
             stillAwaited.push_back(identity);
         }
     }

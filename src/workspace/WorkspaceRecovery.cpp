@@ -15,8 +15,8 @@ bool WorkspaceController::mayMoveWindows() const {
 
 void WorkspaceController::suspendForSystemTransition() {
     if (!isRunning() || refreshCycle_.isSuspended()) return;
+    if (!isAway()) screensBeforeTransition_ = *state_.screens; // a poll may have seen the lock before it was told
     refreshCycle_.suspend();
-    screensBeforeTransition_ = *state_.screens;
     state_.isSuspended.set(true);
     recovery_.detectedLockedLoginSession = false;
     recovery_.remember(liveWindows_, assignments_);

@@ -148,6 +148,17 @@ TEST_F(Displays, FocusModeSurvivesDisplaysThatOnlySleep) {
     EXPECT_TRUE(desk.state().focusMode->has_value());
 }
 
+TEST_F(Displays, FocusModeEndsWithThoseThatChangeBetweenALockAndTheWordOfIt) {
+    desk.zoom();
+    ASSERT_TRUE(desk.state().focusMode->has_value());
+    desk.desktop.setLocked(true);
+    desk.advance(Seconds(1)); // a poll has seen it
+    for (const char* name : {"A", "B", "C"}) desk.desktop.resizeDisplay(name, {1920, 1080});
+    desk.undergo(SystemActivityEvent::screenDidLock).advance(Seconds(60));
+    desk.undergo(SystemActivityEvent::screenDidUnlock).advance(Seconds(12));
+    EXPECT_FALSE(desk.state().focusMode->has_value());
+}
+
 /// Down to no display at all and back, in any order, fast or slowly, awake or asleep, in another order of the displays
 /// or moved beside one another: the picture is what it was.
 TEST(DisplayWalk, ShrinkingToNothingAndBackGivesTheSamePicture) {

@@ -65,6 +65,17 @@ TEST_F(Recovery, ANewSleepDoesNotForgetWhoWasStillAwaited) {
     desk.expectTiles(picture);
 }
 
+TEST_F(Recovery, NorDoesALockThatAPollSeesBeforeItIsTold) {
+    desk.sleep();
+    desk.desktop.loseWindow("Mail");
+    desk.wake().advance(Seconds(3));
+    desk.desktop.setLocked(true);
+    desk.advance(Seconds(1)).undergo(screenDidLock).advance(Seconds(60)).undergo(screenDidUnlock).advance(Seconds(3));
+    desk.desktop.loseWindow("Mail", false);
+    desk.settle();
+    desk.expectTiles(picture);
+}
+
 TEST_F(Recovery, AWindowWithANewIdentifierIsKnownByWhatItIs) {
     desk.zoom();
     const std::string zoomed = desk.desktop.focusedLabel();
