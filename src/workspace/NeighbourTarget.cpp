@@ -14,8 +14,7 @@ struct Offset {
     double cross;
 };
 
-Offset along(WorkspaceDirection direction, CGPoint from, CGPoint to) {
-    const double dx = to.x - from.x, dy = to.y - from.y;
+Offset along(WorkspaceDirection direction, double dx, double dy) {
     switch (direction) {
     case WorkspaceDirection::left:
         return {-dx, dy};
@@ -31,10 +30,6 @@ Offset along(WorkspaceDirection direction, CGPoint from, CGPoint to) {
 
 } // namespace
 
-bool liesTowards(WorkspaceDirection direction, const CGRect& from, const CGRect& to) {
-    return along(direction, centre(from), centre(to)).primary > kSameLine;
-}
-
 std::optional<std::string> neighbourTarget(const std::string& sourceKey, WorkspaceDirection direction,
                                            const std::map<std::string, CGRect>& frames) {
     const auto source = frames.find(sourceKey);
@@ -43,8 +38,10 @@ std::optional<std::string> neighbourTarget(const std::string& sourceKey, Workspa
     std::optional<std::string> best;
     double bestScore = 0;
     for (const auto& [key, frame] : frames) { // in key order, so that the smaller key keeps a tie
-        if (key == sourceKey || !liesTowards(direction, source->second, frame)) continue;
-        const Offset offset = along(direction, from, centre(frame));
+        if (key == sourceKey) continue;
+        const CGPoint to = centre(frame);
+        const Offset offset = along(direction, to.x - from.x, to.y - from.y);
+        if (!(offset.primary > kSameLine)) continue;
         const double score = offset.primary + kCrossAxisWeight * std::abs(offset.cross);
         if (!best || score < bestScore) {
             best = key;

@@ -12,9 +12,6 @@ namespace kova {
 
 inline constexpr const char* kDirectionalSourceKey = "__kova_directional_source__";
 
-/// Whether the middle of `to` lies in the direction from that of `from` by more than a point, in screen space (y up).
-bool liesTowards(WorkspaceDirection direction, const CGRect& from, const CGRect& to);
-
 /// The key of the rectangle that lies best in the direction from the one under `sourceKey`, in screen space (y up).
 /// What is off to the side counts two and a quarter times; equal scores go to the smaller key. Absent when nothing lies
 /// there by more than a point, or there is no source.

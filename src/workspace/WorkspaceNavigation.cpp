@@ -26,12 +26,8 @@ std::optional<std::string> WorkspaceController::neighbourOf(const StartingPoint&
                                                             TilesConsidered considered) const {
     std::map<std::string, CGRect> frames;
     if (start.window.frame) frames[kDirectionalSourceKey] = flipped(*start.window.frame, firstScreenMaxY());
-    // A window need not fill its tile: what is to the right of its middle may be just above the tile.
-    const auto placed = frameForWindow(start.window.id);
-    const auto home = placed ? std::optional(flipped(*placed, firstScreenMaxY())) : std::nullopt;
     for (const auto& tile : tiles()) {
         if (tile.displayID != start.displayID || tile.windowID == start.window.id) continue;
-        if (home && !liesTowards(direction, *home, tile.frameOnScreen)) continue;
         if (considered == TilesConsidered::occupied && !tile.windowID) continue;
         frames[tile.targetID] = tile.frameOnScreen;
     }

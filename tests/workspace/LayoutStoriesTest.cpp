@@ -275,20 +275,6 @@ TEST(NavigationStories, FocusWalksOverOccupiedTilesAndSaysWhereItEnds) {
     desk.expectMessage("No zone down of the focused window");
 }
 
-TEST(NavigationStories, AWindowThatDoesNotFillItsTileGoesAsidesOnlyFromThere) {
-    Desk desk;
-    desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Codex").opens("Mail");
-    desk.opens("Terminal", {.cell = {100, 100}}).arrange().settle();
-    desk.desktop.focusByHand("Terminal");
-    desk.focus(right); // the tile beside it is empty, and the one above lies to the right of its middle
-    desk.expectFocus("Mail");
-    desk.desktop.focusByHand("Terminal");
-    desk.focus(left);
-    desk.expectMessage("No occupied zone left of the focused window");
-    desk.focus(up);
-    desk.expectFocus("Codex");
-}
-
 TEST(NavigationStories, ACycleThatClaimsASpanLosesNobody) {
     Desk desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
