@@ -11,20 +11,20 @@ using nlohmann::json;
 
 std::string printApplications(const json& result, const Arguments&) {
     Table table({{"NAME"}, {"ID"}});
-    for (const json& application : result["applications"]) table.add({application["name"], application["id"]});
+    for (const json& application : result.at("applications")) table.add({application.at("name"), application.at("id")});
     return table.isEmpty() ? "No application can be launched here.\n" : table.text();
 }
 
 std::string printLaunch(const json& result, const Arguments&) {
-    return printable(result["application"]["name"].get<std::string>() + " is launched into " +
-                     result["tile"]["name"].get<std::string>()) +
+    return printable(result.at("application").at("name").get<std::string>() + " is launched into " +
+                     result.at("tile").at("name").get<std::string>()) +
            "\n";
 }
 
 std::string printForceQuit(const json& result, const Arguments&) {
     std::string out = "Force quit:\n";
-    for (const json& application : result["applications"]) {
-        const json& name = application["name"];
+    for (const json& application : result.at("applications")) {
+        const json& name = application.at("name");
         out += "  " + printable(name.is_null() ? "Unknown Application" : name.get<std::string>()) + "\n";
     }
     return out;

@@ -22,9 +22,9 @@ std::string lowercasedAscii(std::string text) {
 
 /// The agent's question, put to the person at the terminal. Standard output is left to the answer.
 bool isConfirmedAtTerminal(const json& question) {
-    write(STDERR_FILENO,
-          printableLines(question["title"].get<std::string>() + "\n" + question["text"].get<std::string>() + "\n"));
-    write(STDERR_FILENO, "\nType “yes” to " + lowercasedAscii(question["confirm"].get<std::string>()) + ": ");
+    write(STDERR_FILENO, printableLines(question.at("title").get<std::string>() + "\n" +
+                                        question.at("text").get<std::string>() + "\n"));
+    write(STDERR_FILENO, "\nType “yes” to " + lowercasedAscii(question.at("confirm").get<std::string>()) + ": ");
     const auto answer = readLine();
     return answer && lowercasedAscii(*answer) == "yes";
 }
@@ -42,7 +42,7 @@ ExitCode runLaunch(const Verb& verb, const Arguments& arguments, const json& par
         if (const auto* trouble = std::get_if<Trouble>(&heard)) return end(*trouble);
         const json& message = std::get<json>(heard);
         if (message.value("method", "") != "launched") continue;
-        const json& error = message["params"]["error"];
+        const json& error = message.at("params").at("error");
         if (error.is_string()) return end({ExitCode::refused, error.get<std::string>()});
         break;
     }
@@ -58,9 +58,10 @@ ExitCode runForceQuitAll(const Verb& verb, const Arguments& arguments) {
     auto asked = agent.ask(verb.method, json::object());
     if (const auto* trouble = std::get_if<Trouble>(&asked)) return end(*trouble);
     const json& plan = std::get<json>(asked);
-    const json& question = plan["question"];
-    if (plan["applications"].empty()) {
-        const std::string notice = question["title"].get<std::string>() + "\n" + question["text"].get<std::string>();
+    const json& question = plan.at("question");
+    if (plan.at("applications").empty()) {
+        const std::string notice =
+            question.at("title").get<std::string>() + "\n" + question.at("text").get<std::string>();
         write(STDOUT_FILENO, arguments.json ? asText(plan, 2) : printableLines(notice));
         return ExitCode::done;
     }
@@ -70,7 +71,7 @@ ExitCode runForceQuitAll(const Verb& verb, const Arguments& arguments) {
         }
         if (!isConfirmedAtTerminal(question)) return end({ExitCode::refused, "Nothing was force quit"});
     }
-    auto answer = agent.ask(verb.method, {{"confirmed", plan["applications"]}});
+    auto answer = agent.ask(verb.method, {{"confirmed", plan.at("applications")}});
     if (const auto* trouble = std::get_if<Trouble>(&answer)) return end(*trouble);
     const json& result = std::get<json>(answer);
     write(STDOUT_FILENO, arguments.json ? asText(result, 2) : verb.print(result, arguments));

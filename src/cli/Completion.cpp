@@ -66,10 +66,10 @@ std::vector<Candidate> windowNames() {
     const json windows = recordsFrom("query.windows", "windows");
     std::vector<Candidate> names;
     for (const json& window : windows) {
-        const auto isOfTheSame = [&](const json& other) { return other["application"] == window["application"]; };
+        const auto isOfTheSame = [&](const json& other) { return other.at("application") == window.at("application"); };
         const bool isAlone = std::count_if(windows.begin(), windows.end(), isOfTheSame) == 1;
-        const std::string application = textOf(window["application"]);
-        const std::string title = textOf(window["title"]);
+        const std::string application = textOf(window.at("application"));
+        const std::string title = textOf(window.at("title"));
         names.push_back(isAlone ? Candidate{application, title} : Candidate{title, application});
     }
     return names;

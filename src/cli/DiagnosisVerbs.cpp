@@ -42,31 +42,43 @@ Answer askAgent(std::string_view method) {
     return std::get<Agent>(connected).ask(method, json::object());
 }
 
+void addCheck(json& report, const char* subject, const char* verdict, const std::string& text) {
+    report["checks"].push_back({{"subject", subject}, {"verdict", verdict}, {"text", text}});
+}
+
+/// Takes over what the agent has found, and compares the versions.
+void addFindings(json& report, const Agent& agent, const json& found) {
+    const std::string version = found.at("version");
+    const bool isSame = version == KOVA_VERSION;
+    report["version"] = version;
+    report["isHealthy"] = found.at("isHealthy").get<bool>() && isSame;
+    addCheck(report, "agent", "fine", "It answers at " + agent.socketPath() + ".");
+    for (const json& line : found.at("checks")) report["checks"].push_back(line);
+    addCheck(report, "versions", isSame ? "fine" : "wrong",
+             "The agent is " + version + ", the command line " KOVA_VERSION +
+                 (isSame ? "." : "; end the agent with “kova quit” and start it anew."));
+}
+
 /// The agent's checks, and what only a client can tell.
 json examine() {
     json report = {{"isHealthy", false}, {"version", nullptr}, {"checks", json::array()}};
-    const auto check = [&](const char* subject, const char* verdict, const std::string& text) {
-        report["checks"].push_back({{"subject", subject}, {"verdict", verdict}, {"text", text}});
-    };
     auto connected = Agent::connect();
     auto answer = std::holds_alternative<Agent>(connected) ? std::get<Agent>(connected).ask("doctor", json::object())
                                                            : Answer(std::get<Trouble>(connected));
     if (const auto* trouble = std::get_if<Trouble>(&answer)) {
         std::string text = trouble->message;
         std::replace(text.begin(), text.end(), '\n', ' ');
-        check("agent", "wrong", text);
-        check("versions", "note", "The command line is " KOVA_VERSION "; no agent could be asked.");
+        addCheck(report, "agent", "wrong", text);
+        addCheck(report, "versions", "note", "The command line is " KOVA_VERSION "; no agent could be asked.");
         return report;
     }
-    const json found = std::get<json>(answer);
-    const bool isSame = found["version"] == KOVA_VERSION;
-    report["version"] = found["version"];
-    report["isHealthy"] = found["isHealthy"].get<bool>() && isSame;
-    check("agent", "fine", "It answers at " + std::get<Agent>(connected).socketPath() + ".");
-    for (const json& line : found["checks"]) report["checks"].push_back(line);
-    check("versions", isSame ? "fine" : "wrong",
-          "The agent is " + found["version"].get<std::string>() + ", the command line " KOVA_VERSION +
-              (isSame ? "." : "; end the agent with “kova quit” and start it anew."));
+    try {
+        addFindings(report, std::get<Agent>(connected), std::get<json>(answer));
+    } catch (const json::exception&) {
+        addCheck(report, "versions", "wrong",
+                 "The agent answers as another version does, the command line is " KOVA_VERSION
+                 "; end the agent with “kova quit” and start it anew.");
+    }
     return report;
 }
 
@@ -222,8 +234,8 @@ std::optional<std::string> writeNewFile(const std::string& path, std::string_vie
 
 ExitCode runDoctor(const Arguments& arguments) {
     const json report = examine();
-    write(STDOUT_FILENO, arguments.json ? asText(report, 2) : printChecks(report["checks"]));
-    return report["isHealthy"].get<bool>() ? ExitCode::done : ExitCode::refused;
+    write(STDOUT_FILENO, arguments.json ? asText(report, 2) : printChecks(report.at("checks")));
+    return report.at("isHealthy").get<bool>() ? ExitCode::done : ExitCode::refused;
 }
 
 ExitCode runLog(const Arguments& arguments) {
@@ -255,7 +267,7 @@ ExitCode runBugReport(const Arguments& arguments) {
     };
     add("System", systemSection());
     const json report = examine();
-    add("Checks", printChecks(report["checks"]));
+    add("Checks", printChecks(report.at("checks")));
     for (const auto& [title, method] : {std::pair{"Status", "status"}, std::pair{"State", "query.state"}}) {
         const auto answer = askAgent(method);
         const auto* trouble = std::get_if<Trouble>(&answer);

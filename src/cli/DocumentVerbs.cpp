@@ -60,7 +60,7 @@ ExitCode runExport(const Verb& verb, const Arguments& arguments) {
     if (const auto* trouble = std::get_if<Trouble>(&answer)) return end(*trouble);
     json& result = std::get<json>(answer);
     const std::string path = documentPath(arguments.file.value_or("."), kProposedName);
-    if (const auto problem = replaceFile(path, result["text"].get_ref<const std::string&>())) {
+    if (const auto problem = replaceFile(path, result.at("text").get_ref<const std::string&>())) {
         return end({ExitCode::refused, "Export failed: " + problem->message});
     }
     result.erase("text");

@@ -23,28 +23,28 @@ Lines lineStyle() {
 }
 
 CGRect rectOf(const json& value) {
-    return {{value["x"], value["y"]}, {value["width"], value["height"]}};
+    return {{value.at("x"), value.at("y")}, {value.at("width"), value.at("height")}};
 }
 
 std::string sizeText(const json& size) {
     const std::string times = isUnicodeTerminal() ? "×" : "x";
-    return std::to_string(std::llround(size["width"].get<double>())) + times +
-           std::to_string(std::llround(size["height"].get<double>()));
+    return std::to_string(std::llround(size.at("width").get<double>())) + times +
+           std::to_string(std::llround(size.at("height").get<double>()));
 }
 
 double aspect(const json& size) {
-    const double height = size["height"];
-    return height > 0 ? size["width"].get<double>() / height : 1;
+    const double height = size.at("height");
+    return height > 0 ? size.at("width").get<double>() / height : 1;
 }
 
 PictureTile pictureTile(const json& tile) {
-    PictureTile out{rectOf(tile["frame"]), {}};
-    out.captions = {printable(tile["name"].get<std::string>()), printable(tile["slot"].get<std::string>()),
-                    sizeText(tile["windowSize"])};
-    if (!tile["window"].is_null()) {
-        const std::size_t behind = std::max<std::size_t>(tile["stackSize"].get<std::size_t>(), 1) - 1;
+    PictureTile out{rectOf(tile.at("frame")), {}};
+    out.captions = {printable(tile.at("name").get<std::string>()), printable(tile.at("slot").get<std::string>()),
+                    sizeText(tile.at("windowSize"))};
+    if (!tile.at("window").is_null()) {
+        const std::size_t behind = std::max<std::size_t>(tile.at("stackSize").get<std::size_t>(), 1) - 1;
         const std::string more = behind == 0 ? "" : " +" + std::to_string(behind);
-        out.captions.push_back(printable(tile["window"].get<std::string>()) + more);
+        out.captions.push_back(printable(tile.at("window").get<std::string>()) + more);
     }
     return out;
 }
@@ -54,37 +54,37 @@ PictureTile pictureTile(const json& tile) {
 std::string printLayout(const json& result, const Arguments& arguments) {
     const int columns = arguments.width.value_or(terminalWidth());
     const int rows =
-        std::clamp(static_cast<int>(std::lround(columns / aspect(result["area"]) / kCellAspect)), 3, kTallest);
+        std::clamp(static_cast<int>(std::lround(columns / aspect(result.at("area")) / kCellAspect)), 3, kTallest);
     std::vector<PictureTile> tiles;
-    for (const json& tile : result["tiles"]) tiles.push_back(pictureTile(tile));
+    for (const json& tile : result.at("tiles")) tiles.push_back(pictureTile(tile));
 
     std::string out;
     for (const std::string& row : drawLayout(tiles, columns, rows, lineStyle())) out += row + "\n";
-    const json& layout = result["layout"];
-    const std::string state = result["isInForce"].get<bool>() ? "in force on " : "as it would be on ";
-    out += printable(layout["name"].get<std::string>() + ", " + layout["id"].get<std::string>()) + "\n";
-    out +=
-        printable(state + result["display"]["name"].get<std::string>() + " (" + sizeText(result["area"]) + " points)") +
-        "\n";
+    const json& layout = result.at("layout");
+    const std::string state = result.at("isInForce").get<bool>() ? "in force on " : "as it would be on ";
+    out += printable(layout.at("name").get<std::string>() + ", " + layout.at("id").get<std::string>()) + "\n";
+    out += printable(state + result.at("display").at("name").get<std::string>() + " (" + sizeText(result.at("area")) +
+                     " points)") +
+           "\n";
     return out;
 }
 
 std::string printLayoutList(const json& result, const Arguments&) {
     std::string out;
-    for (const json& layout : result["layouts"]) {
+    for (const json& layout : result.at("layouts")) {
         if (!out.empty()) out += "\n";
         std::vector<PictureTile> tiles;
-        for (const json& slot : layout["slots"]) tiles.push_back({rectOf(slot["frame"]), {}});
+        for (const json& slot : layout.at("slots")) tiles.push_back({rectOf(slot.at("frame")), {}});
         // An odd number, so that a half has a column of its own.
         const int columns =
-            static_cast<int>(std::lround(aspect(layout["referenceSize"]) * kSmallHeight * kCellAspect)) | 1;
+            static_cast<int>(std::lround(aspect(layout.at("referenceSize")) * kSmallHeight * kCellAspect)) | 1;
         const auto picture = drawLayout(tiles, columns, kSmallHeight, lineStyle());
 
         const std::string count = std::to_string(tiles.size()) + (tiles.size() == 1 ? " tile" : " tiles");
-        std::vector<std::string> texts{layout["name"], layout["id"],
-                                       count + ", " + layout["displayClass"].get<std::string>()};
-        for (const json& display : layout["displays"])
-            texts.push_back("in force on " + display["name"].get<std::string>());
+        std::vector<std::string> texts{layout.at("name"), layout.at("id"),
+                                       count + ", " + layout.at("displayClass").get<std::string>()};
+        for (const json& display : layout.at("displays"))
+            texts.push_back("in force on " + display.at("name").get<std::string>());
         for (std::size_t i = 0; i < std::max(picture.size(), texts.size()); ++i) {
             const std::string row =
                 i < picture.size() ? picture[i] : std::string(static_cast<std::size_t>(columns), ' ');
@@ -95,9 +95,9 @@ std::string printLayoutList(const json& result, const Arguments&) {
 }
 
 std::string printLayoutChange(const json& result, const Arguments&) {
-    if (!result["message"].is_null()) return printable(result["message"].get<std::string>()) + "\n";
-    if (result["layout"].is_null()) return "Done.\n";
-    return printable(result["layout"]["name"].get<std::string>()) + "\n";
+    if (!result.at("message").is_null()) return printable(result.at("message").get<std::string>()) + "\n";
+    if (result.at("layout").is_null()) return "Done.\n";
+    return printable(result.at("layout").at("name").get<std::string>()) + "\n";
 }
 
 } // namespace kova::cli

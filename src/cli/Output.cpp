@@ -26,7 +26,8 @@ std::string number(const json& value) {
 /// "12,34 1908x1382"; "-" without a frame.
 std::string frame(const json& value) {
     if (value.is_null()) return "-";
-    return number(value["x"]) + "," + number(value["y"]) + " " + number(value["width"]) + "x" + number(value["height"]);
+    return number(value.at("x")) + "," + number(value.at("y")) + " " + number(value.at("width")) + "x" +
+           number(value.at("height"));
 }
 
 std::string textOr(const json& value, const char* otherwise) {
@@ -34,9 +35,9 @@ std::string textOr(const json& value, const char* otherwise) {
 }
 
 std::string shape(const json& window) {
-    if (window["isFullScreen"].get<bool>()) return "full screen";
-    if (window["isMinimized"].get<bool>()) return "minimised";
-    return window["isVisible"].get<bool>() ? "visible" : "not visible";
+    if (window.at("isFullScreen").get<bool>()) return "full screen";
+    if (window.at("isMinimized").get<bool>()) return "minimised";
+    return window.at("isVisible").get<bool>() ? "visible" : "not visible";
 }
 
 std::string counted(std::size_t count, const char* one, const char* several) {
@@ -46,9 +47,10 @@ std::string counted(std::size_t count, const char* one, const char* several) {
 std::string displayTable(const json& displays, const json& current) {
     Table table({{"NUMBER", Align::right}, {"NAME"}, {"FRAME"}, {"LAYOUT"}, {"ID"}});
     for (const json& display : displays) {
-        const std::string mark = display["id"] == current ? "* " : "";
-        table.add({mark + number(display["number"]), display["name"], frame(display["frame"]),
-                   display["layout"].is_null() ? "-" : display["layout"]["name"].get<std::string>(), display["id"]});
+        const std::string mark = display.at("id") == current ? "* " : "";
+        table.add({mark + number(display.at("number")), display.at("name"), frame(display.at("frame")),
+                   display.at("layout").is_null() ? "-" : display.at("layout").at("name").get<std::string>(),
+                   display.at("id")});
     }
     return table.isEmpty() ? "No display is connected.\n" : table.text();
 }
@@ -56,9 +58,9 @@ std::string displayTable(const json& displays, const json& current) {
 std::string windowTable(const json& windows) {
     Table table({{"ID"}, {"APPLICATION"}, {"TILE"}, {"FRAME"}, {"STATE"}, {"TITLE"}});
     for (const json& window : windows) {
-        const std::string behind = window["tile"].is_null() || window["isFront"].get<bool>() ? "" : " (behind)";
-        table.add({window["id"], window["application"], textOr(window["tile"], "-") + behind, frame(window["frame"]),
-                   shape(window), window["title"]});
+        const std::string behind = window.at("tile").is_null() || window.at("isFront").get<bool>() ? "" : " (behind)";
+        table.add({window.at("id"), window.at("application"), textOr(window.at("tile"), "-") + behind,
+                   frame(window.at("frame")), shape(window), window.at("title")});
     }
     return table.isEmpty() ? "No windows.\n" : table.text();
 }
@@ -66,8 +68,8 @@ std::string windowTable(const json& windows) {
 std::string tileTable(const json& tiles) {
     Table table({{"TILE"}, {"NAME"}, {"FRAME"}, {"STACK", Align::right}, {"WINDOW"}});
     for (const json& tile : tiles) {
-        table.add({tile["id"], tile["name"], frame(tile["frame"]), std::to_string(tile["stack"].size()),
-                   textOr(tile["application"], "-")});
+        table.add({tile.at("id"), tile.at("name"), frame(tile.at("frame")), std::to_string(tile.at("stack").size()),
+                   textOr(tile.at("application"), "-")});
     }
     return table.isEmpty() ? "No tiles.\n" : table.text();
 }
@@ -85,15 +87,15 @@ std::string summary(const std::string& section, const json& value) {
     if (section == "displays") return counted(value.size(), "display", "displays");
     if (section == "tiles") {
         const auto occupied =
-            std::count_if(value.begin(), value.end(), [](const json& t) { return !t["window"].is_null(); });
+            std::count_if(value.begin(), value.end(), [](const json& t) { return !t.at("window").is_null(); });
         return std::to_string(occupied) + " of " + counted(value.size(), "tile", "tiles") + " taken";
     }
     if (section == "explanation") return counted(value.size(), "line", "lines");
-    if (section == "focusMode") return value.is_null() ? "off" : value["window"].get<std::string>();
+    if (section == "focusMode") return value.is_null() ? "off" : value.at("window").get<std::string>();
     if (section == "notice") {
-        return value.is_null()
-                   ? "-"
-                   : value["application"].get<std::string>() + " takes " + number(value["additionalTiles"]) + " more";
+        return value.is_null() ? "-"
+                               : value.at("application").get<std::string>() + " takes " +
+                                     number(value.at("additionalTiles")) + " more";
     }
     if (value.is_string()) return value.get<std::string>();
     return value.is_null() ? "-" : value.dump(-1, ' ', false, json::error_handler_t::replace);
@@ -112,70 +114,71 @@ std::string localTime(const std::string& utc) {
 
 std::string printArrangement(const json& result, const Arguments&) {
     std::string out;
-    for (const json& decision : result["explanation"]) out += line(decision.get<std::string>());
-    if (result["dryRun"].get<bool>()) {
+    for (const json& decision : result.at("explanation")) out += line(decision.get<std::string>());
+    if (result.at("dryRun").get<bool>()) {
         if (out.empty()) out = "There is no window to arrange.\n";
-    } else if (!result["message"].is_null()) {
-        out += line(result["message"].get<std::string>());
+    } else if (!result.at("message").is_null()) {
+        out += line(result.at("message").get<std::string>());
     }
     return out;
 }
 
 std::string printMessage(const json& result, const Arguments&) {
-    return line(textOr(result["message"], "Done."));
+    return line(textOr(result.at("message"), "Done."));
 }
 
 std::string printHistory(const json& result, const Arguments&) {
     Table table({{"TIME"}, {"ACTION"}, {"WINDOWS"}});
-    for (const json& entry : result["entries"]) {
-        table.add({localTime(entry["time"]), entry["action"], listed(entry["windows"])});
+    for (const json& entry : result.at("entries")) {
+        table.add({localTime(entry.at("time")), entry.at("action"), listed(entry.at("windows"))});
     }
     return table.isEmpty() ? "There is nothing to undo.\n" : table.text();
 }
 
 std::string printDividers(const json& result, const Arguments&) {
     Table table({{"SPLIT"}, {"BOUNDARY", Align::right}, {"ROOM"}, {"FRAME"}, {"DISPLAY"}});
-    for (const json& divider : result["dividers"]) {
-        const bool isUpright = divider["axis"] == "horizontal"; // between columns
-        const std::string room = number(divider["least"]) + (isUpright ? " left, +" : " up, +") +
-                                 number(divider["most"]) + (isUpright ? " right" : " down");
-        table.add({divider["split"], number(divider["boundary"]), room, frame(divider["frame"]), divider["display"]});
+    for (const json& divider : result.at("dividers")) {
+        const bool isUpright = divider.at("axis") == "horizontal"; // between columns
+        const std::string room = number(divider.at("least")) + (isUpright ? " left, +" : " up, +") +
+                                 number(divider.at("most")) + (isUpright ? " right" : " down");
+        table.add({divider.at("split"), number(divider.at("boundary")), room, frame(divider.at("frame")),
+                   divider.at("display")});
     }
     return table.isEmpty() ? "There is no divider.\n" : table.text();
 }
 
 std::string printDividerDrag(const json& result, const Arguments&) {
-    return line("The divider " + result["split"].get<std::string>() + " " + number(result["boundary"]) + " moved by " +
-                number(result["points"]) + " points.");
+    return line("The divider " + result.at("split").get<std::string>() + " " + number(result.at("boundary")) +
+                " moved by " + number(result.at("points")) + " points.");
 }
 
 std::string printInset(const json& result, const Arguments&) {
-    return "The gap around windows is now " + number(result["points"]) + " points.\n";
+    return "The gap around windows is now " + number(result.at("points")) + " points.\n";
 }
 
 std::string printDisplays(const json& result, const Arguments&) {
-    return displayTable(result["displays"], result["current"]);
+    return displayTable(result.at("displays"), result.at("current"));
 }
 
 std::string printWindows(const json& result, const Arguments&) {
-    return windowTable(result["windows"]);
+    return windowTable(result.at("windows"));
 }
 
 std::string printTiles(const json& result, const Arguments&) {
-    return tileTable(result["tiles"]);
+    return tileTable(result.at("tiles"));
 }
 
 std::string printState(const json& result, const Arguments&) {
-    const json& state = result["state"];
-    std::string out = displayTable(state["displays"], nullptr) + "\n" + tileTable(state["tiles"]) + "\n" +
-                      windowTable(state["windows"]);
-    if (!state["message"].is_null()) out += "\n" + line(state["message"].get<std::string>());
+    const json& state = result.at("state");
+    std::string out = displayTable(state.at("displays"), nullptr) + "\n" + tileTable(state.at("tiles")) + "\n" +
+                      windowTable(state.at("windows"));
+    if (!state.at("message").is_null()) out += "\n" + line(state.at("message").get<std::string>());
     return out;
 }
 
 std::string printExplanation(const json& result, const Arguments&) {
     std::string out;
-    for (const json& text : result["lines"]) out += line(text.get<std::string>());
+    for (const json& text : result.at("lines")) out += line(text.get<std::string>());
     return out.empty() ? "Nothing was arranged yet.\n" : out;
 }
 
@@ -185,7 +188,7 @@ namespace {
 std::string remarksOf(const json& result) {
     std::string out;
     for (const char* remark : {"problem", "guidance"}) {
-        if (!result[remark].is_null()) out += line(result[remark].get<std::string>());
+        if (!result.at(remark).is_null()) out += line(result.at(remark).get<std::string>());
     }
     return out;
 }
@@ -194,34 +197,35 @@ std::string remarksOf(const json& result) {
 
 std::string printStatus(const json& result, const Arguments&) {
     std::string out =
-        "agent       " + line(result["version"].get<std::string>() + ", process " + number(result["process"]));
-    out += "permission  " + line(result["permission"].get<std::string>());
-    const bool isSuspended = result["isRunning"].get<bool>() && result.value("isSuspended", false);
+        "agent       " + line(result.at("version").get<std::string>() + ", process " + number(result.at("process")));
+    out += "permission  " + line(result.at("permission").get<std::string>());
+    const bool isSuspended = result.at("isRunning").get<bool>() && result.value("isSuspended", false);
     const char* running = isSuspended ? "suspended until the screen can be seen again\n" : "running\n";
-    out += "management  " + std::string(result["isRunning"].get<bool>() ? running : "stopped\n");
-    out += "displays    " + number(result["displays"]) + "\n";
-    out += "windows     " + number(result["windows"]) + ", " + number(result["windowsInTiles"]) + " in tiles\n";
-    if (!result["focusMode"].is_null()) out += "focus mode  " + line(result["focusMode"]["window"].get<std::string>());
-    const json& held = result["shortcutsHeldByOthers"];
+    out += "management  " + std::string(result.at("isRunning").get<bool>() ? running : "stopped\n");
+    out += "displays    " + number(result.at("displays")) + "\n";
+    out += "windows     " + number(result.at("windows")) + ", " + number(result.at("windowsInTiles")) + " in tiles\n";
+    if (!result.at("focusMode").is_null())
+        out += "focus mode  " + line(result.at("focusMode").at("window").get<std::string>());
+    const json& held = result.at("shortcutsHeldByOthers");
     for (const json& shortcut : held)
         out += "not ours    " + line(shortcut.get<std::string>() + " is held by another program");
-    if (!result["message"].is_null()) out += "message     " + line(result["message"].get<std::string>());
-    if (!result["firstSteps"].is_null()) out += "first steps " + line(result["firstSteps"].get<std::string>());
+    if (!result.at("message").is_null()) out += "message     " + line(result.at("message").get<std::string>());
+    if (!result.at("firstSteps").is_null()) out += "first steps " + line(result.at("firstSteps").get<std::string>());
     return out;
 }
 
 std::string printStartAtLogin(const json& result, const Arguments&) {
-    return (result["isOn"].get<bool>() ? "KOVA starts with the session.\n"
-                                       : "KOVA does not start with the session.\n") +
+    return (result.at("isOn").get<bool>() ? "KOVA starts with the session.\n"
+                                          : "KOVA does not start with the session.\n") +
            remarksOf(result);
 }
 
 std::string printDockAutoHide(const json& result, const Arguments&) {
-    return (result["isOn"].get<bool>() ? "The Dock hides itself.\n" : "The Dock stays.\n") + remarksOf(result);
+    return (result.at("isOn").get<bool>() ? "The Dock hides itself.\n" : "The Dock stays.\n") + remarksOf(result);
 }
 
 std::string printQuit(const json& result, const Arguments&) {
-    return "The agent (process " + number(result["process"]) + ") ends.\n";
+    return "The agent (process " + number(result.at("process")) + ") ends.\n";
 }
 
 std::string printChanges(std::uint64_t sequence, const json& sections) {
@@ -234,7 +238,7 @@ std::string printChanges(std::uint64_t sequence, const json& sections) {
 
 std::string printChecks(const json& checks) {
     Table table({{"CHECK"}, {"VERDICT"}, {"FINDING"}});
-    for (const json& check : checks) table.add({check["subject"], check["verdict"], check["text"]});
+    for (const json& check : checks) table.add({check.at("subject"), check.at("verdict"), check.at("text")});
     return table.text();
 }
 

@@ -27,17 +27,18 @@ std::string counted(const json& count, const char* one) {
 }
 
 std::string quotedName(const json& record) {
-    return "“" + printable(record["name"].get<std::string>()) + "”";
+    return "“" + printable(record.at("name").get<std::string>()) + "”";
 }
 
 std::string act(const json& rule) {
-    return rule["slot"].is_null() ? text(rule["disposition"]) : "tile " + text(rule["slot"]);
+    return rule.at("slot").is_null() ? text(rule.at("disposition")) : "tile " + text(rule.at("slot"));
 }
 
 std::string criterion(const json& rule) {
-    std::string out = text(rule["bundleIdentifier"], "");
-    if (!rule["applicationName"].is_null()) out += (out.empty() ? "" : ", ") + text(rule["applicationName"]);
-    if (!rule["title"].is_null()) out += (out.empty() ? "" : ", ") + ("“" + text(rule["title"]) + "” in the title");
+    std::string out = text(rule.at("bundleIdentifier"), "");
+    if (!rule.at("applicationName").is_null()) out += (out.empty() ? "" : ", ") + text(rule.at("applicationName"));
+    if (!rule.at("title").is_null())
+        out += (out.empty() ? "" : ", ") + ("“" + text(rule.at("title")) + "” in the title");
     return out.empty() ? "-" : out;
 }
 
@@ -45,88 +46,90 @@ std::string criterion(const json& rule) {
 
 std::string printScenes(const json& result, const Arguments&) {
     Table table({{"NAME"}, {"CAPTURED"}, {"DISPLAYS", Align::right}, {"WINDOWS", Align::right}, {"ID"}});
-    for (const json& scene : result["scenes"]) {
-        table.add({(scene["isActive"].get<bool>() ? "* " : "") + text(scene["name"]), localTime(scene["createdAt"]),
-                   number(scene["displays"]), number(scene["windows"]), text(scene["id"])});
+    for (const json& scene : result.at("scenes")) {
+        table.add({(scene.at("isActive").get<bool>() ? "* " : "") + text(scene.at("name")),
+                   localTime(scene.at("createdAt")), number(scene.at("displays")), number(scene.at("windows")),
+                   text(scene.at("id"))});
     }
     return table.isEmpty() ? "There is no scene; “kova scene capture” makes one.\n" : table.text();
 }
 
 std::string printScene(const json& result, const Arguments&) {
-    const json& scene = result["scene"];
+    const json& scene = result.at("scene");
     std::string out =
-        quotedName(scene) + ", captured " + localTime(scene["createdAt"]) + ", " + text(scene["id"]) + "\n";
-    out += printable("theme " + text(result["theme"]) + ", accent colour " + text(result["accentColor"]) + ", gap " +
-                     result["tileInset"].dump()) +
+        quotedName(scene) + ", captured " + localTime(scene.at("createdAt")) + ", " + text(scene.at("id")) + "\n";
+    out += printable("theme " + text(result.at("theme")) + ", accent colour " + text(result.at("accentColor")) +
+                     ", gap " + result.at("tileInset").dump()) +
            "\n\n";
     Table displays({{"DISPLAY", Align::right}, {"NAME"}, {"LAYOUT"}});
-    for (const json& display : result["displays"]) {
-        displays.add({number(display["number"]), text(display["name"]), text(display["layout"])});
+    for (const json& display : result.at("displays")) {
+        displays.add({number(display.at("number")), text(display.at("name")), text(display.at("layout"))});
     }
     Table windows({{"DISPLAY", Align::right}, {"SLOT"}, {"APPLICATION"}, {"TITLE"}});
-    for (const json& window : result["placements"]) {
-        std::string slot = text(window["slot"]) + (window["isFront"].get<bool>() ? "" : " (behind)");
-        for (const json& covered : window["covers"]) {
-            if (covered != window["slot"]) slot += " + " + text(covered);
+    for (const json& window : result.at("placements")) {
+        std::string slot = text(window.at("slot")) + (window.at("isFront").get<bool>() ? "" : " (behind)");
+        for (const json& covered : window.at("covers")) {
+            if (covered != window.at("slot")) slot += " + " + text(covered);
         }
-        windows.add({number(window["display"]), slot, text(window["application"]), text(window["title"])});
+        windows.add({number(window.at("display")), slot, text(window.at("application")), text(window.at("title"))});
     }
     return out + displays.text() + "\n" + (windows.isEmpty() ? "No windows.\n" : windows.text());
 }
 
 std::string printDifferences(const json& result, const Arguments&) {
     Table table({{"WHAT"}, {"IN THE SCENE"}, {"NOW"}});
-    for (const json& difference : result["differences"]) {
-        table.add({text(difference["what"]), text(difference["inScene"]), text(difference["now"])});
+    for (const json& difference : result.at("differences")) {
+        table.add({text(difference.at("what")), text(difference.at("inScene")), text(difference.at("now"))});
     }
-    return table.isEmpty() ? "Nothing differs from scene " + quotedName(result["scene"]) + ".\n" : table.text();
+    return table.isEmpty() ? "Nothing differs from scene " + quotedName(result.at("scene")) + ".\n" : table.text();
 }
 
 std::string printRules(const json& result, const Arguments&) {
     Table table({{"NUMBER", Align::right}, {"NAME"}, {"DOES"}, {"ENABLED"}, {"FOR"}});
-    for (const json& rule : result["rules"]) {
-        table.add({number(rule["number"]), text(rule["name"]), act(rule), rule["isEnabled"].get<bool>() ? "yes" : "no",
-                   criterion(rule)});
+    for (const json& rule : result.at("rules")) {
+        table.add({number(rule.at("number")), text(rule.at("name")), act(rule),
+                   rule.at("isEnabled").get<bool>() ? "yes" : "no", criterion(rule)});
     }
-    const std::string remark = result["isOn"].get<bool>() ? "" : std::string("\n") + kRulesAreOff;
+    const std::string remark = result.at("isOn").get<bool>() ? "" : std::string("\n") + kRulesAreOff;
     return table.isEmpty() ? "There is no rule.\n" : table.text() + remark;
 }
 
 std::string printAddedRule(const json& result, const Arguments& arguments) {
-    return printMessage(result, arguments) + (result["isOn"].get<bool>() ? "" : kRulesAreOff);
+    return printMessage(result, arguments) + (result.at("isOn").get<bool>() ? "" : kRulesAreOff);
 }
 
 std::string printSwitchedRule(const json& result, const Arguments&) {
-    const json& rule = result["rule"];
-    return "Rule " + quotedName(rule) + (rule["isEnabled"].get<bool>() ? " is enabled.\n" : " is disabled.\n");
+    const json& rule = result.at("rule");
+    return "Rule " + quotedName(rule) + (rule.at("isEnabled").get<bool>() ? " is enabled.\n" : " is disabled.\n");
 }
 
 std::string printMovedRule(const json& result, const Arguments&) {
-    const json& rule = result["rule"];
-    return "Rule " + quotedName(rule) + " is number " + number(rule["number"]) + " of " + number(result["rules"]) +
-           ".\n";
+    const json& rule = result.at("rule");
+    return "Rule " + quotedName(rule) + " is number " + number(rule.at("number")) + " of " +
+           number(result.at("rules")) + ".\n";
 }
 
 std::string printDeletedRule(const json& result, const Arguments&) {
-    return "Rule " + quotedName(result["rule"]) + " is deleted.\n";
+    return "Rule " + quotedName(result.at("rule")) + " is deleted.\n";
 }
 
 std::string printRuleTest(const json& result, const Arguments&) {
     Table table({{"NUMBER", Align::right}, {"RULE"}, {"SAYS"}});
     int place = 0;
-    for (const json& reason : result["reasons"]) {
-        table.add({std::to_string(++place), text(reason["name"]), text(reason["text"])});
+    for (const json& reason : result.at("reasons")) {
+        table.add({std::to_string(++place), text(reason.at("name")), text(reason.at("text"))});
     }
-    return printable(text(result["summary"])) + "\n" + (table.isEmpty() ? "" : "\n" + table.text());
+    return printable(text(result.at("summary"))) + "\n" + (table.isEmpty() ? "" : "\n" + table.text());
 }
 
 std::string printRulesSwitch(const json& result, const Arguments&) {
-    return result["isOn"].get<bool>() ? "Rules are on: each window is put where they say once.\n" : "Rules are off.\n";
+    return result.at("isOn").get<bool>() ? "Rules are on: each window is put where they say once.\n"
+                                         : "Rules are off.\n";
 }
 
 std::string printExport(const json& result, const Arguments&) {
-    return counted(result["scenes"], "scene") + " and " + counted(result["rules"], "rule") + " written to " +
-           printable(text(result["file"])) + "\n";
+    return counted(result.at("scenes"), "scene") + " and " + counted(result.at("rules"), "rule") + " written to " +
+           printable(text(result.at("file"))) + "\n";
 }
 
 } // namespace kova::cli

@@ -20,11 +20,11 @@ constexpr std::chrono::seconds kPatienceWithClaims{3};
 /// What is odd about a shortcut; empty when nothing is.
 std::string remark(const json& shortcut) {
     std::string out;
-    if (shortcut["action"] == "commandCenter" && !shortcut["keys"].is_null()) out = "does nothing any more";
-    if (!shortcut["conflict"].is_null()) {
-        out += (out.empty() ? "" : "; ") + ("also the shortcut of " + shortcut["conflict"].get<std::string>());
+    if (shortcut.at("action") == "commandCenter" && !shortcut.at("keys").is_null()) out = "does nothing any more";
+    if (!shortcut.at("conflict").is_null()) {
+        out += (out.empty() ? "" : "; ") + ("also the shortcut of " + shortcut.at("conflict").get<std::string>());
     }
-    if (shortcut["isHeldByOther"].get<bool>()) {
+    if (shortcut.at("isHeldByOther").get<bool>()) {
         out += std::string(out.empty() ? "" : "; ") + "held by another program";
     }
     return out;
@@ -37,7 +37,7 @@ ExitCode finish(Agent& agent, const Verb& verb, const Arguments& arguments, json
         if (const auto* trouble = std::get_if<Trouble>(&heard)) return end(*trouble);
         const json& message = std::get<json>(heard);
         if (message.value("method", "") != "claimed") continue;
-        result["shortcut"] = message["params"]["shortcut"];
+        result["shortcut"] = message.at("params").at("shortcut");
         break;
     }
     write(STDOUT_FILENO, arguments.json ? asText(result, 2) : verb.print(result, arguments));
@@ -54,21 +54,21 @@ void refuse(const json& message) {
 
 std::string printShortcuts(const json& result, const Arguments&) {
     Table table({{"ACTION"}, {"TITLE"}, {"KEYS"}, {"LABEL"}, {"REMARK"}});
-    for (const json& shortcut : result["shortcuts"]) {
-        const json& keys = shortcut["keys"];
-        const json& label = shortcut["label"];
-        table.add({shortcut["action"], shortcut["title"], keys.is_null() ? "-" : keys.get<std::string>(),
+    for (const json& shortcut : result.at("shortcuts")) {
+        const json& keys = shortcut.at("keys");
+        const json& label = shortcut.at("label");
+        table.add({shortcut.at("action"), shortcut.at("title"), keys.is_null() ? "-" : keys.get<std::string>(),
                    label.is_null() ? "-" : label.get<std::string>(), remark(shortcut)});
     }
     return table.text();
 }
 
 std::string printShortcut(const json& result, const Arguments&) {
-    const json& shortcut = result["shortcut"];
-    const std::string subject = "“" + shortcut["title"].get<std::string>() + "”";
-    if (shortcut["keys"].is_null()) return subject + " has no shortcut.\n";
+    const json& shortcut = result.at("shortcut");
+    const std::string subject = "“" + shortcut.at("title").get<std::string>() + "”";
+    if (shortcut.at("keys").is_null()) return subject + " has no shortcut.\n";
     const std::string odd = remark(shortcut);
-    return printable(subject + ": " + shortcut["keys"].get<std::string>() + (odd.empty() ? "" : ", " + odd)) + "\n";
+    return printable(subject + ": " + shortcut.at("keys").get<std::string>() + (odd.empty() ? "" : ", " + odd)) + "\n";
 }
 
 ExitCode runShortcutSet(const Verb& verb, const Arguments& arguments, const json& parameters) {
@@ -87,25 +87,25 @@ ExitCode runShortcutRecord(const Verb& verb, const Arguments& arguments, const j
     auto answer = agent.ask(verb.method, parameters);
     if (const auto* trouble = std::get_if<Trouble>(&answer)) return end(*trouble);
     // Standard output is left to the answer.
-    write(STDERR_FILENO, std::get<json>(answer)["prompt"].get<std::string>() + "\n");
+    write(STDERR_FILENO, std::get<json>(answer).at("prompt").get<std::string>() + "\n");
     while (true) {
         auto heard = agent.next();
         if (const auto* trouble = std::get_if<Trouble>(&heard)) return end(*trouble);
         const json& message = std::get<json>(heard);
         if (message.value("method", "") != "recorded") continue;
-        const json& told = message["params"];
-        const std::string outcome = told["outcome"];
+        const json& told = message.at("params");
+        const std::string outcome = told.at("outcome");
         if (outcome == "refused") {
-            refuse(told["message"]);
+            refuse(told.at("message"));
             continue;
         }
-        json result = {{"outcome", outcome}, {"shortcut", told["shortcut"]}};
+        json result = {{"outcome", outcome}, {"shortcut", told.at("shortcut")}};
         if (outcome == "recorded") return finish(agent, verb, arguments, std::move(result));
         if (outcome == "cleared") {
             write(STDOUT_FILENO, arguments.json ? asText(result, 2) : verb.print(result, arguments));
             return ExitCode::done;
         }
-        const std::string reason = told["message"].is_null() ? "Nothing was changed" : told["message"];
+        const std::string reason = told.at("message").is_null() ? "Nothing was changed" : told.at("message");
         return end({ExitCode::refused, reason});
     }
 }

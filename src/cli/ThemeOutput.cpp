@@ -22,7 +22,7 @@ constexpr const char* kTileBackgrounds = "The backgrounds of tiles are ";
 
 /// Red, green and blue from 0 to 255.
 std::array<int, 3> bytesOf(const json& color) {
-    const auto byte = [&](const char* key) { return static_cast<int>(std::lround(color[key].get<double>() * 255)); };
+    const auto byte = [&](const char* key) { return static_cast<int>(std::lround(color.at(key).get<double>() * 255)); };
     return {byte("red"), byte("green"), byte("blue")};
 }
 
@@ -58,7 +58,7 @@ std::string withPatches(const std::string& table, const std::vector<std::vector<
 }
 
 std::string marked(const json& record) {
-    return (record["isActive"].get<bool>() ? "* " : "") + record["displayName"].get<std::string>();
+    return (record.at("isActive").get<bool>() ? "* " : "") + record.at("displayName").get<std::string>();
 }
 
 std::string switched(const char* what, const json& isOn) {
@@ -66,7 +66,8 @@ std::string switched(const char* what, const json& isOn) {
 }
 
 std::string chosen(const char* what, const json& record) {
-    return printable(what + record["displayName"].get<std::string>() + " (" + record["id"].get<std::string>() + ").") +
+    return printable(what + record.at("displayName").get<std::string>() + " (" + record.at("id").get<std::string>() +
+                     ").") +
            "\n";
 }
 
@@ -77,48 +78,48 @@ std::string printThemes(const json& result, const Arguments&) {
     constexpr std::array kColors = {"background", "panel", "text", "accent"};
     Table table({{"NAME"}, {"ID"}, {"BACKGROUND"}, {"PANEL"}, {"TEXT"}, {"ACCENT"}});
     std::vector<std::vector<json>> colors;
-    for (const json& theme : result["themes"]) {
-        std::vector<std::string> cells{marked(theme), theme["id"]};
+    for (const json& theme : result.at("themes")) {
+        std::vector<std::string> cells{marked(theme), theme.at("id")};
         colors.emplace_back();
         for (const char* name : kColors) {
-            cells.push_back(hexadecimal(theme["palette"][name]));
-            colors.back().push_back(theme["palette"][name]);
+            cells.push_back(hexadecimal(theme.at("palette").at(name)));
+            colors.back().push_back(theme.at("palette").at(name));
         }
         table.add(std::move(cells));
     }
-    return withPatches(table.text(), colors) + "\n" + switched(kThemeBackground, result["useThemeBackground"]) +
-           switched(kBrain, result["showBrain"]) + switched(kTileBackgrounds, result["showTileBackgrounds"]);
+    return withPatches(table.text(), colors) + "\n" + switched(kThemeBackground, result.at("useThemeBackground")) +
+           switched(kBrain, result.at("showBrain")) + switched(kTileBackgrounds, result.at("showTileBackgrounds"));
 }
 
 std::string printTheme(const json& result, const Arguments&) {
-    return chosen("The theme is ", result["theme"]);
+    return chosen("The theme is ", result.at("theme"));
 }
 
 std::string printAccentColors(const json& result, const Arguments&) {
     Table table({{"NAME"}, {"ID"}, {"ACCENT"}, {"SECOND"}});
     std::vector<std::vector<json>> colors;
-    for (const json& option : result["accentColors"]) {
-        table.add(
-            {marked(option), option["id"], hexadecimal(option["accent"]), hexadecimal(option["secondaryAccent"])});
-        colors.push_back({option["accent"], option["secondaryAccent"]});
+    for (const json& option : result.at("accentColors")) {
+        table.add({marked(option), option.at("id"), hexadecimal(option.at("accent")),
+                   hexadecimal(option.at("secondaryAccent"))});
+        colors.push_back({option.at("accent"), option.at("secondaryAccent")});
     }
     return withPatches(table.text(), colors);
 }
 
 std::string printAccentColor(const json& result, const Arguments&) {
-    return chosen("The accent colour is ", result["accentColor"]);
+    return chosen("The accent colour is ", result.at("accentColor"));
 }
 
 std::string printThemeBackgroundSwitch(const json& result, const Arguments&) {
-    return switched(kThemeBackground, result["isOn"]);
+    return switched(kThemeBackground, result.at("isOn"));
 }
 
 std::string printBrainSwitch(const json& result, const Arguments&) {
-    return switched(kBrain, result["isOn"]);
+    return switched(kBrain, result.at("isOn"));
 }
 
 std::string printTileBackgroundsSwitch(const json& result, const Arguments&) {
-    return switched(kTileBackgrounds, result["isOn"]);
+    return switched(kTileBackgrounds, result.at("isOn"));
 }
 
 } // namespace kova::cli

@@ -64,14 +64,15 @@ ExitCode runSubscribe(const Arguments& arguments) {
     auto answer = agent.ask("subscribe", json::object());
     if (const auto* trouble = std::get_if<Trouble>(&answer)) return end(*trouble);
     const auto print = [&](const json& told, const char* sections) {
-        return write(STDOUT_FILENO, arguments.json ? asText(told, -1) : printChanges(told["sequence"], told[sections]));
+        return write(STDOUT_FILENO,
+                     arguments.json ? asText(told, -1) : printChanges(told.at("sequence"), told.at(sections)));
     };
     bool isHeard = print(std::get<json>(answer), "state");
     while (isHeard) {
         auto heard = agent.next();
         if (const auto* trouble = std::get_if<Trouble>(&heard)) return end(*trouble);
         const json& message = std::get<json>(heard);
-        if (message.value("method", "") == "changed") isHeard = print(message["params"], "changes");
+        if (message.value("method", "") == "changed") isHeard = print(message.at("params"), "changes");
     }
     return ExitCode::done;
 }

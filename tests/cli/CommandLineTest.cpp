@@ -85,6 +85,30 @@ std::vector<std::string> linesOf(std::string_view text) {
     return lines;
 }
 
+TEST_F(CommandLine, AnAgentOfAnotherVersionIsNotMisunderstood) {
+    struct OtherVersion final : ControlHandling {
+        ControlReply handle(const ControlRequest&, const std::shared_ptr<ControlPeer>&) override {
+            return json::object();
+        }
+    } other;
+    endServer();
+    ControlServer answers(std::get<AgentClaim>(AgentClaim::take({socketPath(), true})), desk.desktop.queue(), other);
+    ASSERT_EQ(answers.start(), std::nullopt);
+    for (const Words& words : {Words{"status"}, {"layout", "list"}, {"shortcut", "record", "undo"}, {"subscribe"}}) {
+        auto command = begin(words);
+        EXPECT_EQ(command->wait(), 1) << words[0];
+        EXPECT_NE(command->err.find("makes no sense"), std::string::npos) << words[0] << ": " << command->err;
+    }
+    const auto checked = run({"doctor"});
+    EXPECT_EQ(checked.code, 1);
+    EXPECT_NE(checked.out.find("answers as another version does"), std::string::npos) << checked.out << checked.err;
+    EXPECT_EQ(run({"bugreport", "report.txt"}).code, 0);
+    for (const cli::Verb& verb : cli::verbs()) {
+        if (!verb.print) continue;
+        EXPECT_THROW((void)verb.print(json::object(), {}), json::exception) << verb.name;
+    }
+}
+
 } // namespace
 
 TEST_F(CommandLine, EveryExampleInTheHelpAndTheDocumentsWorks) {
