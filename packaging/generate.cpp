@@ -88,18 +88,13 @@ std::string optionForManual(const cli::Taking& taking) {
     return out;
 }
 
-/// Whether every verb takes it; such options stand on the page once.
-bool belongsToEveryVerb(const cli::Taking& taking) {
-    return taking.takenBy == ~0U;
-}
-
 std::string verbs() {
     std::string out;
     for (const cli::Verb& verb : cli::verbs()) {
         std::string usage = "\\fBkova " + forManual(verb.name) + "\\fR";
         std::string options;
         for (const cli::Taking& taking : cli::takingsOf(verb)) {
-            if (belongsToEveryVerb(taking)) continue;
+            if (taking.takenBy == cli::kEveryVerb) continue; // stands on the page once
             const std::string option = optionForManual(taking);
             usage += taking.isRequired ? " " + option : " [" + option + "]";
             options += ".TP\n" + option + "\n" + forManual(taking.meaning) + "\n";
@@ -113,6 +108,7 @@ std::string verbs() {
 std::string methods() {
     std::string out;
     for (const cli::Verb& verb : cli::verbs()) {
+        if (verb.method.empty()) continue; // the agent is not asked
         out += ".TP\n\\fB" + forManual(verb.method) + "\\fR\n" + forManual(verb.summary) + " (\\fBkova " +
                forManual(verb.name) + "\\fR)\n";
     }

@@ -97,14 +97,12 @@ Problem contradictionIn(const Verb& verb, const Arguments& arguments) {
 
 /// One thing that a verb may take. Without a flag it is a word by itself; without a value it is there or not.
 struct Option {
-    std::uint64_t takenBy; // of `Takes`
+    std::uint64_t takenBy; // of `Takes`, or kEveryVerb
     std::string_view flag;
     std::string_view value;
     std::string_view meaning;
     Problem (*take)(Arguments& arguments, std::string_view word);
 };
-
-constexpr std::uint64_t kEveryVerb = ~std::uint64_t{0};
 
 constexpr std::array kOptions =
     std::to_array<Option>(

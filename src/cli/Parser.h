@@ -18,9 +18,12 @@ struct ParseEnd {
     std::string text;
 };
 
+/// Takes what belongs to every verb.
+inline constexpr std::uint64_t kEveryVerb = ~std::uint64_t{0};
+
 /// One thing that a verb takes. Without a flag it is a word by itself; without a value it is there or not.
 struct Taking {
-    std::uint64_t takenBy = 0; // of `Takes`; all bits for what belongs to every verb
+    std::uint64_t takenBy = 0; // of `Takes`, or kEveryVerb
     std::string_view flag;
     std::string_view value;
     std::string_view meaning;
