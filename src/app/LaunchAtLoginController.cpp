@@ -10,6 +10,7 @@ LaunchAtLoginController::LaunchAtLoginController(LaunchAtLoginServicing& service
     startsAtLogin_(defaults.boolean(preferenceKey::startAtLogin).value_or(false)) {}
 
 void LaunchAtLoginController::setStartsAtLogin(bool starts) {
+    wish_ = starts;
     const auto problem = starts ? service_.registerAtLogin() : service_.unregisterAtLogin();
     if (problem) {
         log(LogLevel::error, "Unable to update KOVA login item: " + *problem);
@@ -29,6 +30,8 @@ void LaunchAtLoginController::setStartsAtLogin(bool starts) {
 void LaunchAtLoginController::refreshStatus() {
     // A program that still waits for the user's approval is not started.
     startsAtLogin_.set(service_.status() == LaunchAtLoginStatus::enabled);
+    // The user has allowed it meanwhile, or done it by hand.
+    if (wish_ == *startsAtLogin_) errorMessage_.set(std::nullopt);
 }
 
 } // namespace kova

@@ -16,7 +16,7 @@ class LaunchAtLoginController {
     LaunchAtLoginController(LaunchAtLoginServicing& service, PreferencesStore& defaults);
 
     const Published<bool>& startsAtLogin() const { return startsAtLogin_; }
-    /// What went wrong last, or what the user still has to allow.
+    /// What went wrong last, or what the user still has to allow, until it is as wished.
     const Published<std::optional<std::string>>& errorMessage() const { return errorMessage_; }
     /// Where the user can allow or forbid it by hand.
     std::string guidance() const { return service_.guidance(); }
@@ -29,6 +29,7 @@ class LaunchAtLoginController {
   private:
     LaunchAtLoginServicing& service_;
     PreferencesStore& defaults_;
+    std::optional<bool> wish_; // the newest of this process
     Published<bool> startsAtLogin_;
     Published<std::optional<std::string>> errorMessage_;
 };

@@ -65,6 +65,11 @@ TEST(LaunchAtLogin, ShowsWhatTheSystemHasMadeOfTheWish) {
     item.registered = LaunchAtLoginStatus::requiresApproval;
     controller.setStartsAtLogin(true);
     expect(false, "Allow KOVA under System Settings → General → Login Items.", true, "KOVA registered as a login item");
+    controller.refreshStatus();
+    EXPECT_TRUE(*controller.errorMessage()) << "nobody has allowed it yet";
+    item.now = LaunchAtLoginStatus::enabled;
+    controller.refreshStatus();
+    expect(true, std::nullopt, true, "KOVA registered as a login item");
 }
 
 /// A Dock whose commands are played: what was run, and what each command answers.
