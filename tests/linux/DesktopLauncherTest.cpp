@@ -1,5 +1,6 @@
 // Real programs, launched as from a menu.
 #include "platform/linux/DesktopLauncher.h"
+#include "tests/linux/LoopTime.h"
 #include "tests/linux/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -63,15 +64,7 @@ class Launching : public ::testing::Test {
         EXPECT_EQ(calls, 1);
         return result.value_or(LaunchResult{});
     }
-    bool runUntil(const std::function<bool()>& holds) {
-        const auto end = loop_.uptime() + Seconds(20);
-        while (!holds()) {
-            if (loop_.uptime() > end) return false;
-            loop_.after(Seconds(0.02), [this] { loop_.quit(0); });
-            loop_.run();
-        }
-        return true;
-    }
+    bool runUntil(const std::function<bool()>& holds) { return letPassUntil(loop_, holds); }
     std::string told() {
         EXPECT_TRUE(runUntil([&] { return std::filesystem::exists(out_); }));
         return contentsOf(out_);

@@ -1,4 +1,5 @@
 #include "platform/linux/LoginSession.h"
+#include "tests/linux/LoopTime.h"
 #include "tests/linux/PrivateBus.h"
 
 #include <gtest/gtest.h>
@@ -59,6 +60,10 @@ TEST(ActivityConditions, BecomeEventsOnlyWhereTheWorkspaceWouldNotice) {
          {"asked while it is locked", afterLockSignal, ""},
          {"the saver goes first", saver("a", false), ""},
          {"the hint decides", hint(false), "unlocked "}},
+        {{"a saver that is only started by the lock", afterLockSignal, "locked "},
+         {"tells that it hides nothing yet", saver("a", false), ""},
+         {"then hides all", saver("a", true), ""},
+         {"and is through", saver("a", false), "unlocked "}},
         {{"two names of one saver", saver("a", true), "locked "},
          {"tell the same", saver("b", true), ""},
          {"and again", saver("b", true), ""},
@@ -94,16 +99,8 @@ class LoginSessionTest : public ::testing::Test {
                                                   SessionTraces{sessionID, getpid(), getuid()}, patience);
         watch_ = session_->observeSystemActivity([this](SystemActivityEvent event) { told_ += nameOf(event); });
     }
-    template <class Condition>
-    bool turnUntil(Condition condition) {
-        const auto end = std::chrono::steady_clock::now() + 20s;
-        while (!condition() && std::chrono::steady_clock::now() < end) turn(5ms);
-        return condition();
-    }
-    void turn(Seconds duration) {
-        loop_.after(duration, [this] { loop_.quit(0); });
-        loop_.run();
-    }
+    bool turnUntil(const std::function<bool()>& condition) { return letPassUntil(loop_, condition); }
+    void turn(Seconds duration) { letPass(loop_, duration); }
     std::string lineOf(const std::string& subject) const {
         for (const auto& line : session_->diagnose()) {
             if (line.subject == subject) return line.text;

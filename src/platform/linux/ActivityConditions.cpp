@@ -21,10 +21,10 @@ ActivityFacts afterLockedHint(ActivityFacts facts, bool isSet) {
 ActivityFacts afterScreenSaver(ActivityFacts facts, const std::string& name, bool isActive) {
     if (isActive) {
         facts.activeScreenSavers.insert(name);
+        facts.isLockAwaited = false; // confirmed
     } else {
-        facts.activeScreenSavers.erase(name);
+        facts.activeScreenSavers.erase(name); // one that hides nothing yet may be about to
     }
-    facts.isLockAwaited = false;
     return facts;
 }
 

@@ -1,6 +1,7 @@
 // The login session on Linux, with a stand-in for logind on a bus of the test's own.
 #include "platform/linux/LoginSession.h"
 #include "tests/contract/SessionContract.h"
+#include "tests/linux/LoopTime.h"
 #include "tests/linux/PrivateBus.h"
 
 #include <unistd.h>
@@ -41,18 +42,8 @@ class LinuxSessionStage final : public SessionStage {
             return bus_.set("c1", "LockedHint", sdbus::Variant(event == screenDidLock));
         }
     }
-    bool runUntil(const std::function<bool()>& condition) override {
-        const Seconds end = loop_.uptime() + Seconds(20);
-        while (!condition()) {
-            if (loop_.uptime() > end) return false;
-            runFor(Seconds(0.005));
-        }
-        return true;
-    }
-    void runFor(Seconds time) override {
-        loop_.after(time, [this] { loop_.quit(0); });
-        loop_.run();
-    }
+    bool runUntil(const std::function<bool()>& condition) override { return letPassUntil(loop_, condition); }
+    void runFor(Seconds time) override { letPass(loop_, time); }
 
   private:
     bool isListening() const {

@@ -10,6 +10,7 @@
 #include "tests/contract/QueueContract.h"
 #include "tests/desktop/PrivateServer.h"
 #include "tests/desktop/TestClient.h"
+#include "tests/linux/LoopTime.h"
 #include "tests/linux/TemporaryFolder.h"
 
 #include <xcb/randr.h>
@@ -185,18 +186,8 @@ class X11Stage final : public ContractDesktop {
         while (!isDone) runFor(Seconds(0.002));
         polling.join();
     }
-    bool runUntil(const std::function<bool()>& condition) override {
-        const Seconds end = loop_.uptime() + Seconds(20);
-        while (!condition()) {
-            if (loop_.uptime() > end) return false;
-            runFor(Seconds(0.005));
-        }
-        return true;
-    }
-    void runFor(Seconds time) override {
-        loop_.after(time, [this] { loop_.quit(0); });
-        loop_.run();
-    }
+    bool runUntil(const std::function<bool()>& condition) override { return letPassUntil(loop_, condition); }
+    void runFor(Seconds time) override { letPass(loop_, time); }
 
   private:
     struct Application {
@@ -266,10 +257,7 @@ INSTANTIATE_TEST_SUITE_P(X11, DesktopContract,
 class EventLoopStage final : public QueueStage {
   public:
     MainQueue& queue() override { return loop_; }
-    void runFor(Seconds time) override {
-        loop_.after(time, [this] { loop_.quit(0); });
-        loop_.run();
-    }
+    void runFor(Seconds time) override { letPass(loop_, time); }
     std::unique_ptr<WorkQueue> worker() override { return std::make_unique<SerialWorkQueue>("worker"); }
     void beBusyFor(Seconds time) override { std::this_thread::sleep_for(time); }
 
