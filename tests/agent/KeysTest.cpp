@@ -1,9 +1,5 @@
 // A person who drives a real desktop with the keyboard alone.
-#include "tests/agent/Session.h"
-#include "tests/desktop/TestClient.h"
-
-#include <gtest/gtest.h>
-#include <unistd.h>
+#include "tests/agent/TwoWindows.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,18 +9,8 @@
 namespace kova::testing {
 namespace {
 
-class Keyboard : public ::testing::TestWithParam<Manager> {
+class Keyboard : public TwoWindows {
   protected:
-    void SetUp() override {
-        if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
-        if (GetParam() == Manager::openbox) server_.startManager();
-        left_ = client_.open({.title = "Left"});
-        right_ = client_.open({.title = "Right", .frame = makeRect(700, 60, 400, 300)});
-        session_.startAgent();
-        ASSERT_TRUE(session_.agentAnswers());
-        ASSERT_TRUE(eventually([&] { return session_.query("windows").size() == 2; }));
-        ASSERT_EQ(session_.kova({"layout", "select", "jarvis.dual-split"}).exitCode, 0);
-    }
     void press(const std::string& keys) {
         const auto finished = session_.run({"/bin/sh", "-c", "xdotool key " + keys});
         ASSERT_EQ(finished.exitCode, 0) << finished.output;
@@ -56,11 +42,6 @@ class Keyboard : public ::testing::TestWithParam<Manager> {
         }));
         return recording.get();
     }
-
-    PrivateServer server_{"1280x800"};
-    Session session_{server_.folder(), server_.displayName()};
-    TestClient client_{server_.displayName(), "Drawing", static_cast<std::uint32_t>(getpid())};
-    xcb_window_t left_ = 0, right_ = 0;
 };
 
 TEST_P(Keyboard, ArrangesMovesAndStepsBackWithAnyLockOn) {
@@ -94,12 +75,12 @@ TEST_P(Keyboard, ArrangesMovesAndStepsBackWithAnyLockOn) {
 }
 
 TEST_P(Keyboard, NamesWhatAnotherProgramHoldsAndTheOthersWork) {
-    const bool isManaged = GetParam() == Manager::openbox; // which holds the arrows for its own desktops
+    // Openbox holds the arrows for its own desktops.
     const auto status = session_.kova({"status"}).output;
-    EXPECT_EQ(status.find("Ctrl+Alt+Right (Next Layout) is held by another program") != std::string::npos, isManaged)
+    EXPECT_EQ(status.find("Ctrl+Alt+Right (Next Layout) is held by another program") != std::string::npos, isManaged())
         << status;
     const auto doctor = session_.kova({"doctor"}).output;
-    EXPECT_EQ(doctor.find("Ctrl+Alt+Left (Previous Layout)") != std::string::npos, isManaged) << doctor;
+    EXPECT_EQ(doctor.find("Ctrl+Alt+Left (Previous Layout)") != std::string::npos, isManaged()) << doctor;
     const auto finished = session_.kova({"shortcut", "set", "nextLayout", "super+n"});
     EXPECT_EQ(finished.output, "“Next Layout”: Super+N\n");
     press("super+n");
@@ -140,8 +121,7 @@ TEST_P(Keyboard, RecordsAndRemembersAShortcut) {
     layoutBecomes("jarvis.triple-strip");
 }
 
-INSTANTIATE_TEST_SUITE_P(Beside, Keyboard, ::testing::Values(Manager::none, Manager::openbox),
-                         [](const auto& chosen) { return chosen.param == Manager::none ? "NoManager" : "Openbox"; });
+INSTANTIATE_TEST_SUITE_P(Beside, Keyboard, ::testing::Values(Manager::none, Manager::openbox), managerName);
 
 } // namespace
 } // namespace kova::testing

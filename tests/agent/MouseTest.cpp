@@ -1,9 +1,5 @@
 // A real mouse on a real desktop: dividers are dragged, and windows carried from tile to tile.
-#include "tests/agent/Session.h"
-#include "tests/desktop/TestClient.h"
-
-#include <gtest/gtest.h>
-#include <unistd.h>
+#include "tests/agent/TwoWindows.h"
 
 #include <cmath>
 #include <filesystem>
@@ -17,17 +13,11 @@ std::string text(const CGRect& r) {
     return number(minX(r)) + "," + number(minY(r)) + " " + number(r.size.width) + "x" + number(r.size.height);
 }
 
-class Mouse : public ::testing::TestWithParam<Manager> {
+class Mouse : public TwoWindows {
   protected:
     void SetUp() override {
-        if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
-        if (isManaged()) server_.startManager();
-        left_ = client_.open({.title = "Left"});
-        right_ = client_.open({.title = "Right", .frame = makeRect(700, 60, 400, 300)});
-        session_.startAgent();
-        ASSERT_TRUE(session_.agentAnswers());
-        ASSERT_TRUE(eventually([&] { return session_.query("windows").size() == 2; }));
-        ASSERT_EQ(session_.kova({"layout", "select", "jarvis.dual-split"}).exitCode, 0);
+        TwoWindows::SetUp();
+        if (IsSkipped() || HasFatalFailure()) return;
         ASSERT_EQ(session_.kova({"arrange"}).exitCode, 0);
         const auto isLeft = [&] { return minX(client_.outerFrame(left_)) < minX(client_.outerFrame(right_)); };
         ASSERT_TRUE(eventually([&] { return frames() == kHalves || (!isLeft() && frames() == kHalvesTheOtherWay); }));
@@ -41,7 +31,6 @@ class Mouse : public ::testing::TestWithParam<Manager> {
                   << session_.kova({"query", "tiles"}).output << session_.kova({"query", "windows"}).output;
     }
 
-    bool isManaged() const { return GetParam() == Manager::openbox; }
     void mouse(std::vector<std::string> command) {
         command.insert(command.begin(), "xdotool");
         const auto finished = session_.run(command);
@@ -108,10 +97,6 @@ class Mouse : public ::testing::TestWithParam<Manager> {
 
     const std::string kHalves = "15,15 614x742 | 651,15 614x742";
     const std::string kHalvesTheOtherWay = "651,15 614x742 | 15,15 614x742";
-    PrivateServer server_{"1280x800"};
-    Session session_{server_.folder(), server_.displayName()};
-    TestClient client_{server_.displayName(), "Drawing", static_cast<std::uint32_t>(getpid())};
-    xcb_window_t left_ = 0, right_ = 0;
 };
 
 TEST_P(Mouse, DragsADividerAndBothNeighboursFollow) {
@@ -189,8 +174,7 @@ TEST_P(Mouse, BringsAWindowBackThatIsDroppedElsewhere) {
     EXPECT_EQ(tiles(), before);
 }
 
-INSTANTIATE_TEST_SUITE_P(Beside, Mouse, ::testing::Values(Manager::none, Manager::openbox),
-                         [](const auto& chosen) { return chosen.param == Manager::none ? "NoManager" : "Openbox"; });
+INSTANTIATE_TEST_SUITE_P(Beside, Mouse, ::testing::Values(Manager::none, Manager::openbox), managerName);
 
 } // namespace
 } // namespace kova::testing

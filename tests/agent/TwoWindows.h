@@ -1,0 +1,40 @@
+// A session with two windows beside each other, its agent and a layout of two tiles; once with a window manager and
+// once without one.
+#pragma once
+
+#include "tests/agent/Session.h"
+#include "tests/desktop/TestClient.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdint>
+#include <string>
+
+namespace kova::testing {
+
+class TwoWindows : public ::testing::TestWithParam<Manager> {
+  protected:
+    void SetUp() override {
+        if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
+        if (isManaged()) server_.startManager();
+        left_ = client_.open({.title = "Left"});
+        right_ = client_.open({.title = "Right", .frame = makeRect(700, 60, 400, 300)});
+        session_.startAgent();
+        ASSERT_TRUE(session_.agentAnswers());
+        ASSERT_TRUE(eventually([&] { return session_.query("windows").size() == 2; }));
+        ASSERT_EQ(session_.kova({"layout", "select", "jarvis.dual-split"}).exitCode, 0);
+    }
+    bool isManaged() const { return GetParam() == Manager::openbox; }
+
+    PrivateServer server_{"1280x800"};
+    Session session_{server_.folder(), server_.displayName()};
+    TestClient client_{server_.displayName(), "Drawing", static_cast<std::uint32_t>(getpid())};
+    xcb_window_t left_ = 0, right_ = 0;
+};
+
+inline std::string managerName(const ::testing::TestParamInfo<Manager>& chosen) {
+    return chosen.param == Manager::none ? "NoManager" : "Openbox";
+}
+
+} // namespace kova::testing
