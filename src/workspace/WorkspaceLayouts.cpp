@@ -1,6 +1,7 @@
 // Which layout each display shows, and where its tiles are.
 #include "workspace/WorkspaceController.h"
 
+#include "layout/SpanFrame.h"
 #include "workspace/LayoutMigration.h"
 #include "workspace/WorkspacePreferences.h"
 
@@ -74,13 +75,12 @@ std::optional<CGRect> WorkspaceController::tileFrameOnScreen(const std::string& 
 }
 
 std::optional<CGRect> WorkspaceController::frameForWindow(const std::string& windowID) const {
-    std::optional<CGRect> covered;
-    for (const auto& target : assignments_.targetsOf(windowID)) {
-        const auto cell = tileFrameOnScreen(target);
-        if (cell) covered = covered ? unionOf(*covered, *cell) : *cell;
-    }
-    if (!covered) return std::nullopt;
-    return flipped(insetBy(*covered, state_.profile->tileInset), firstScreenMaxY());
+    const auto target = assignments_.targetOf(windowID);
+    const Screen* screen = target ? screenOfTarget(*target) : nullptr;
+    if (!screen) return std::nullopt;
+    const auto frames = framesOfTiledWindows(*screen);
+    const auto frame = frames.find(windowID);
+    return frame == frames.end() ? std::nullopt : std::optional(frame->second);
 }
 
 std::map<std::string, CGRect> WorkspaceController::framesOfTiledWindows() const {
@@ -90,17 +90,23 @@ std::map<std::string, CGRect> WorkspaceController::framesOfTiledWindows() const 
 }
 
 std::map<std::string, CGRect> WorkspaceController::framesOfTiledWindows(const Screen& screen) const {
-    std::map<std::string, CGRect> frames; // first the cells, in screen space
+    std::map<std::string, std::vector<CGRect>> cells; // in screen space; those of nobody under no name
     const std::string id = displayID(screen);
     const SolvedLayout& solved = solvedTiles(screen);
     for (std::size_t i = 0; i < solved.slots.size(); ++i) {
         const auto front = assignments_.assignedWindowIDs.find(tileTargetID(id, solved.slots[i].id));
-        if (front == assignments_.assignedWindowIDs.end()) continue;
-        const CGRect cell = kova::tileFrameOnScreen(solved.frames[i], screen.visibleFrame);
-        const auto [frame, isFirst] = frames.try_emplace(front->second, cell);
-        if (!isFirst) frame->second = unionOf(frame->second, cell);
+        const bool isTaken = front != assignments_.assignedWindowIDs.end();
+        cells[isTaken ? front->second : ""].push_back(kova::tileFrameOnScreen(solved.frames[i], screen.visibleFrame));
     }
-    for (auto& [window, frame] : frames) frame = flipped(insetBy(frame, state_.profile->tileInset), firstScreenMaxY());
+    std::map<std::string, CGRect> frames;
+    for (const auto& [window, own] : cells) {
+        if (window.empty()) continue;
+        std::vector<CGRect> others;
+        for (const auto& [other, theirs] : cells) {
+            if (own.size() > 1 && other != window) others.insert(others.end(), theirs.begin(), theirs.end());
+        }
+        frames[window] = flipped(insetBy(frameOfSpan(own, others), state_.profile->tileInset), firstScreenMaxY());
+    }
     return frames;
 }
 
@@ -109,6 +115,7 @@ std::vector<WorkspaceTile> WorkspaceController::tiles() const {
     for (const auto& screen : *state_.screens) {
         const std::string id = displayID(screen);
         const SolvedLayout& solved = solvedTiles(screen);
+        const auto frames = framesOfTiledWindows(screen);
         for (std::size_t i = 0; i < solved.slots.size(); ++i) {
             WorkspaceTile tile;
             tile.targetID = tileTargetID(id, solved.slots[i].id);
@@ -120,7 +127,7 @@ std::vector<WorkspaceTile> WorkspaceController::tiles() const {
             const auto front = assignments_.assignedWindowIDs.find(tile.targetID);
             if (front != assignments_.assignedWindowIDs.end()) {
                 tile.windowID = front->second;
-                tile.frameForWindowService = frameForWindow(front->second).value_or(tile.frameForWindowService);
+                tile.frameForWindowService = frames.at(front->second);
             }
             const auto stack = assignments_.stackWindowIDsByTarget.find(tile.targetID);
             if (stack != assignments_.stackWindowIDsByTarget.end()) tile.stack = stack->second;

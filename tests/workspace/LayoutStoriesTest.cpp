@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 
 namespace kova {
@@ -161,6 +162,27 @@ TEST(LayoutStories, AWindowThatNoLongerFitsClaimsASpanAtOnceAndHandlesHearOfEver
     desk.desktop.close("Mail");
     desk.settle();
     EXPECT_GT(*desk.state().layoutRevision, revision) << "its minimum goes with it, and the divider moves";
+}
+
+TEST(LayoutStories, ASpanKeepsClearOfTheTilesNextToItWhenTheseGrow) {
+    Desk desk;
+    desk.display(2560, 1440)
+        .layout("jarvis.six-grid-portrait")
+        .opens("Codex", {.minimumSize = {{300, 1300}}})
+        .arrange();
+    desk.expectTiles("Codex 15,15 1254x1382 | - | (Codex) | - | (Codex) | -");
+    const auto dividers = desk.controller().dividers();
+    const auto middleRow = std::ranges::find(dividers, "root.1", [](const auto& each) { return each.divider.splitID; });
+    ASSERT_NE(middleRow, dividers.end());
+    for (const auto& [translation, expected] : {std::pair{-300.0, 954}, std::pair{300.0, 1254}}) {
+        ASSERT_TRUE(desk.controller().beginDividerDrag(*middleRow));
+        desk.controller().updateDividerDrag(*middleRow, translation);
+        desk.controller().endDividerDrag(*middleRow);
+        desk.settle().expectTiles("Codex 15,15 " + std::to_string(expected) + "x1382 | - | (Codex) | - | (Codex) | -");
+        desk.undo().settle();
+    }
+    desk.opens("Mail", {.minimumSize = {{1700, 300}}}).arrange();
+    desk.expectTiles("Codex 15,15 808x1382 | Mail 845,15 1700x428 | (Codex) | - | (Codex) | -");
 }
 
 TEST(LayoutStories, NothingMovesWhileTheScreenIsLocked) {
