@@ -98,21 +98,23 @@ class Soak : public ::testing::TestWithParam<Manager> {
     }
     /// As a program does: it waits until its window is its own again, and insists on its return. A manager that has
     /// just minimised the window takes the first word for the end of that; each further one would be heard after the
-    /// return.
+    /// return. And it has to have a window before it can take it away: what openbox is told of one that it has not
+    /// taken in yet it hears in the wrong order.
     void reopen(const Window& window) {
         TestClient& client = *applications_[window.application];
         const auto isWithdrawn = [&] {
             const auto state = client.numbers(window.number, "WM_STATE");
             return state.empty() || state.front() == 0;
         };
+        const auto isTakenIn = [&] { return GetParam() == Manager::none || isManaged(window); };
+        EXPECT_TRUE(eventually(isTakenIn)) << window.title;
         for (int attempt = 0; attempt < 2; ++attempt) {
             client.withdraw(window.number);
             if (eventually(isWithdrawn, 1s)) break;
         }
-        const auto isBack = [&] { return GetParam() == Manager::none || isManaged(window); };
         for (int attempt = 0; attempt < 3; ++attempt) {
             client.map(window.number);
-            if (eventually(isBack, 1s)) break;
+            if (eventually(isTakenIn, 1s)) break;
         }
     }
     void startTerminal() {
@@ -147,6 +149,18 @@ class Soak : public ::testing::TestWithParam<Manager> {
     }
     bool isManaged(const Window& window) const {
         return !applications_[window.application]->numbers(window.number, "WM_STATE").empty();
+    }
+    /// Kills it and starts it again. What it has not taken in by then asked nobody: the next one looks only at what is
+    /// shown.
+    void replaceManager() {
+        if (GetParam() == Manager::none) return;
+        const auto areAllTakenIn = [this] {
+            return std::ranges::all_of(windows_, [this](const Window& window) { return isManaged(window); }) &&
+                   unknownTerminals().empty();
+        };
+        EXPECT_TRUE(eventually(areAllTakenIn)) << unknownTerminals();
+        server_.endManager();
+        server_.startManager();
     }
 
     // What a person does
@@ -217,6 +231,7 @@ class Soak : public ::testing::TestWithParam<Manager> {
             {3, "start terminal", [this] { startTerminal(); }},
             {2, "kill terminal", [this] { killTerminal(); }},
             {2, "change displays", [this] { changeDisplays(); }},
+            {1, "replace window manager", [this] { replaceManager(); }},
             {6, "mouse", [this] { carryWithTheMouse(); }},
             {6, "keyboard", [this] { pressShortcuts(); }},
             {8, "arrange", [this] { says({"arrange"}); }},
@@ -319,13 +334,22 @@ class Soak : public ::testing::TestWithParam<Manager> {
         }
         return lost;
     }
+    /// A terminal can be made as small as a palette, which is no window to manage.
+    bool isSmall(const Terminal& terminal) const {
+        const auto told = session_.run({"xwininfo", "-name", terminal.title}).output;
+        const auto isBelow = [&](const std::string& label, int least) {
+            const auto at = told.find(label);
+            return at != std::string::npos && std::atoi(told.c_str() + at + label.size()) < least;
+        };
+        return isBelow("Width:", 120) || isBelow("Height:", 80);
+    }
     std::string unknownTerminals() {
         const auto known = session_.query("windows");
         std::string unknown;
         for (const auto& terminal : terminals_) {
             const bool isKnown = std::any_of(known.begin(), known.end(),
                                              [&](const auto& window) { return window.at("title") == terminal.title; });
-            if (!isKnown) unknown += terminal.title + "\n";
+            if (!isKnown && !isSmall(terminal)) unknown += terminal.title + "\n";
         }
         return unknown;
     }
