@@ -20,6 +20,17 @@ std::string layoutKey(const std::string& displayID, const std::string& layoutID)
     return displayID + "\n" + layoutID;
 }
 
+/// Whether every window of the display is in a tile that the layout has.
+bool hasTilesFor(const LayoutDefinition& layout, const std::string& displayID, const TileAssignments& assignments) {
+    const auto isOfLayout = [&](const auto& entry) {
+        return std::ranges::any_of(layout.slots,
+                                   [&](const auto& slot) { return slotIDOn(displayID, entry.first) == slot.id; });
+    };
+    const TileAssignments here = assignments.onDisplay(displayID);
+    return std::ranges::all_of(here.assignedWindowIDs, isOfLayout) &&
+           std::ranges::all_of(here.stackWindowIDsByTarget, isOfLayout);
+}
+
 } // namespace
 
 void WorkspaceController::readScreens() {
@@ -109,6 +120,17 @@ void WorkspaceController::migrateChangedDisplays() {
         assignments_ = std::move(migration.assignments);
         takeBack(outgrown_, layoutKey(id, layout.id));
         std::erase_if(migration.displacedWindowIDs, [this](const auto& w) { return assignments_.isAssigned(w); });
+        presentDisplaced(migration.displacedWindowIDs);
+    }
+    // What is remembered of another time may name tiles that a display of another size does not have.
+    for (const auto& screen : *state_.screens) {
+        const std::string id = displayID(screen);
+        const LayoutDefinition& layout = layouts_.resolve(screen, *state_.profile, catalogue());
+        if (hasTilesFor(layout, id, assignments_)) continue;
+        const DisplayTiles after =
+            tilesOf(solveDefinition(layout, {}, screen.visibleFrame.size, state_.profile->tileInset));
+        LayoutMigration migration = migrateAssignments(assignments_, id, {}, after);
+        assignments_ = std::move(migration.assignments);
         presentDisplaced(migration.displacedWindowIDs);
     }
     publishAssignments();

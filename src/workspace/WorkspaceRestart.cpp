@@ -11,6 +11,16 @@ std::string displayOfTarget(const std::string& targetID) {
     return targetID.substr(0, targetID.find("::"));
 }
 
+std::set<std::string> displaysThatDiffer(const std::vector<Screen>& screens, const TileAssignments& before,
+                                         const TileAssignments& after) {
+    std::set<std::string> ids;
+    for (const auto& screen : screens) {
+        const std::string id = displayID(screen);
+        if (before.onDisplay(id) != after.onDisplay(id)) ids.insert(id);
+    }
+    return ids;
+}
+
 } // namespace
 
 void WorkspaceController::keepSession() {
@@ -101,10 +111,13 @@ bool WorkspaceController::takeUpSession() {
         const std::string id = displayOfTarget(target);
         if (!screenOf(id) && !absence_.holds(id)) absence_.leave(id, id, assignments_);
     }
-    publishAssignments();
+    const TileAssignments known = assignments_;
+    migrateChangedDisplays();
+    const auto changed = displaysThatDiffer(*state_.screens, known, assignments_);
+    returned.insert(changed.begin(), changed.end());
     acceptPlacesOfWindows(returned);
     presentRegained();
-    if (session.zoom) takeUpZoom(*session.zoom, resumed);
+    if (session.zoom && !changed.contains(session.zoom->displayID)) takeUpZoom(*session.zoom, resumed);
     return knowsAny;
 }
 

@@ -73,6 +73,12 @@ bool WorkspaceController::undoLastAction() {
     reflow_.forgetAllPushes();
     if (entry->label.action == kOpenSceneAction) restoration_ = {}; // and so is what a scene still waits for
     restoreUndoSnapshot(entry->snapshot);
+    noteTileGeometry();
+    migrateChangedDisplays(); // some may have had another size then
+    if (assignments_.assignedWindowIDs != entry->snapshot.assignedWindowIDs) {
+        reapplyTileFrames();
+        services_.accessibility.flush();
+    }
     state_.canUndo.set(!undo_.isEmpty());
     showStatusMessage("Last window action undone");
     return true;
@@ -82,7 +88,10 @@ void WorkspaceController::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snaps
     state_.focusMode.set(std::nullopt);
     assignments_ = {snapshot.assignedWindowIDs, snapshot.stackWindowIDsByTarget, snapshot.placementAnchors};
     absence_.restate(assignments_);
-    publishAssignments();
+    // Without a look at the tiles: what the displays showed before may still have to be compared with what they show
+    // now.
+    state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
+    state_.stackWindowIDsByTarget.set(assignments_.stackWindowIDsByTarget);
     state_.profile.set(snapshot.profile);
     saveProfile(services_.preferences, snapshot.profile);
     state_.accentColorID.set(snapshot.accentColorID);

@@ -135,6 +135,61 @@ TEST_F(Displays, ALayoutThatADisplayCannotShowForAWhileLosesNothing) {
     }
 }
 
+TEST_F(Displays, ALayoutThatADisplayCannotShowLeavesNoWindowWithoutATileOfNow) {
+    struct Way {
+        const char* what;
+        std::function<void(Desk&)> shrinks;
+        bool isForgotten; // what was in which tile of the layout before
+    };
+    const std::vector<Way> ways = {
+        {"while one is zoomed",
+         [](Desk& one) {
+             one.zoom().desktop.resizeDisplay("A", {1280, 800});
+         },
+         false},
+        {"asleep, while one is zoomed",
+         [](Desk& one) {
+             one.zoom().sleep().desktop.resizeDisplay("A", {1280, 800});
+             one.wake();
+         },
+         false},
+        {"and the step back is to before",
+         [](Desk& one) {
+             one.arrange().desktop.resizeDisplay("A", {1280, 800});
+             one.settle().undo();
+         },
+         true},
+        {"while no agent runs",
+         [](Desk& one) {
+             one.stop().desktop.resizeDisplay("A", {1280, 800});
+             one.restart();
+         },
+         true},
+    };
+    for (const auto& way : ways) {
+        SCOPED_TRACE(way.what);
+        Desk one;
+        one.display(5120, 1440);
+        (void)one.controller().selectLayout(one.displayIDOf("A"), DisplayLayoutSelection{});
+        for (const char* name : {"Mail", "Notes", "Codex", "Firefox", "Console"}) one.opens(name);
+        one.arrange();
+        one.desktop.focusByHand("Notes");
+        const std::string picture = one.tiles();
+        way.shrinks(one);
+        one.settle().settle();
+        std::set<std::string> shown;
+        for (const auto& tile : one.controller().tiles()) {
+            if (tile.windowID) shown.insert(*tile.windowID);
+            shown.insert(tile.stack.begin(), tile.stack.end());
+        }
+        EXPECT_EQ(shown.size(), 5u) << one.tiles();
+        if (way.isForgotten) continue;
+        one.desktop.resizeDisplay("A", {5120, 1440});
+        one.advance(Seconds(12)).settle();
+        EXPECT_EQ(one.tiles(), picture);
+    }
+}
+
 TEST_F(Displays, FocusModeSurvivesDisplaysThatOnlySleep) {
     desk.zoom();
     ASSERT_TRUE(desk.state().focusMode->has_value());
