@@ -45,8 +45,17 @@ void AppDelegate::showOnboardingIfNeeded() {
     if (*workspace_.state().permissionState == AccessibilityPermissionState::granted) {
         onboarding_.complete();
     } else if (shell_.onboarding) {
-        shell_.onboarding->showOnboarding();
+        shell_.onboarding->showOnboarding(dockOffer());
     }
+}
+
+std::optional<OnboardingOffer> AppDelegate::dockOffer() {
+    if (!dockAutoHide_ || dockAutoHide_->absence()) return std::nullopt;
+    return OnboardingOffer{.title = "Hide the Dock Automatically",
+                           .text = "Optional. KOVA leaves your current Dock behavior untouched unless you change this "
+                                   "option. Changing it briefly restarts the Dock.",
+                           .isOn = [this] { return *dockAutoHide_->hidesSystemDock(); },
+                           .choose = [this](bool hides) { dockAutoHide_->setHidesSystemDock(hides); }};
 }
 
 void AppDelegate::startWorkspace() {

@@ -68,6 +68,7 @@ class AppDelegate {
     bool isWorkspaceSuspended() const { return workspaceIsSuspendedForSystemTransition_; }
 
   private:
+    std::optional<OnboardingOffer> dockOffer();
     void installMonitors();
     void installMonitorsAnew();
     void removeMonitors();

@@ -186,11 +186,32 @@ TEST_F(Dock, IsChangedAtTheStartOnlyForWhoWantsItHidden) {
 
 class PlayedOnboarding final : public OnboardingServicing {
   public:
-    void showOnboarding() override { ++timesShown; }
+    void showOnboarding(std::optional<OnboardingOffer> offered) override {
+        ++timesShown;
+        offer = std::move(offered);
+    }
     void closeOnboarding() override { ++timesClosed; }
     int timesShown = 0;
     int timesClosed = 0;
+    std::optional<OnboardingOffer> offer;
 };
+
+TEST_F(Dock, IsOfferedToANewUserAndLeftAloneUnlessItIsChosen) {
+    PlayedOnboarding onboarding;
+    desktop.setTrusted(false);
+    AppDelegate delegate(
+        {desktop, desktop, desktop, desktop, desktop, defaults, desktop.queue(), desktop.pollingQueue(), desktop},
+        {.dockAutoHide = &service, .onboarding = &onboarding});
+    delegate.applicationDidFinishLaunching();
+    settle();
+    ASSERT_TRUE(onboarding.offer);
+    EXPECT_FALSE(onboarding.offer->isOn());
+    EXPECT_EQ(takeCommands(), "");
+    onboarding.offer->choose(true);
+    settle();
+    EXPECT_TRUE(onboarding.offer->isOn());
+    EXPECT_EQ(takeCommands(), kHide);
+}
 
 TEST(Onboarding, IsShownUntilThePermissionIsGivenAndNeverAgain) {
     SimulatedDesktop desktop;

@@ -11,14 +11,15 @@ class MacOnboarding final : public OnboardingServicing {
   public:
     /// The accessibility outlives it.
     explicit MacOnboarding(AccessibilityServicing& accessibility) : accessibility_(accessibility) {}
-    void showOnboarding() override;
+    void showOnboarding(std::optional<OnboardingOffer> offer) override;
     void closeOnboarding() override;
 
   private:
     void run();
 
     AccessibilityServicing& accessibility_;
-    bool isWanted_ = false; // shown, or about to be
+    std::optional<OnboardingOffer> offer_; // while it is wanted
+    bool isWanted_ = false;                // shown, or about to be
     bool isRunning_ = false;
     Lifetime lifetime_;
 };

@@ -9,8 +9,33 @@
 
 namespace kova::macos {
 
-void MacOnboarding::showOnboarding() {
+namespace {
+
+constexpr CGFloat kOfferWidth = 260; // points
+
+NSButton* checkbox(const OnboardingOffer& offer) {
+    NSButton* box = [NSButton checkboxWithTitle:nsString(offer.title) target:nil action:nil];
+    box.state = offer.isOn() ? NSControlStateValueOn : NSControlStateValueOff;
+    return box;
+}
+
+/// The box with its text below, as large as the text needs it.
+NSView* offerView(NSButton* box, const OnboardingOffer& offer) {
+    NSTextField* label = [NSTextField wrappingLabelWithString:nsString(offer.text)];
+    label.font = [NSFont systemFontOfSize:NSFont.smallSystemFontSize];
+    label.preferredMaxLayoutWidth = kOfferWidth;
+    NSStackView* view = [NSStackView stackViewWithViews:@[ box, label ]];
+    view.orientation = NSUserInterfaceLayoutOrientationVertical;
+    view.alignment = NSLayoutAttributeLeading;
+    view.frame = NSMakeRect(0, 0, kOfferWidth, view.fittingSize.height);
+    return view;
+}
+
+} // namespace
+
+void MacOnboarding::showOnboarding(std::optional<OnboardingOffer> offer) {
     if (std::exchange(isWanted_, true)) return;
+    offer_ = std::move(offer);
     runDialogSoon(lifetime_.guard([this] {
         if (isWanted_ && !isRunning_) run();
     }));
@@ -18,6 +43,7 @@ void MacOnboarding::showOnboarding() {
 
 void MacOnboarding::closeOnboarding() {
     isWanted_ = false;
+    offer_.reset();
     if (isRunning_) abandonAlert();
 }
 
@@ -30,10 +56,16 @@ void MacOnboarding::run() {
         @"then it stays idle.";
     [dialog addButtonWithTitle:@"Continue"];
     [dialog addButtonWithTitle:@"Later"];
+    NSButton* box = offer_ ? checkbox(*offer_) : nil;
+    const NSControlStateValue before = box.state;
+    if (box) dialog.accessoryView = offerView(box, *offer_);
     // The agent may end while the dialog waits, and this with it.
-    auto finish = lifetime_.guard([this](NSModalResponse answer) {
+    auto finish = lifetime_.guard([this, box, before](NSModalResponse answer) {
         isWanted_ = isRunning_ = false;
-        if (answer == NSAlertFirstButtonReturn) (void)accessibility_.requestTrust(true);
+        const auto offer = std::exchange(offer_, std::nullopt);
+        if (answer != NSAlertFirstButtonReturn) return;
+        if (offer && box.state != before) offer->choose(box.state == NSControlStateValueOn);
+        (void)accessibility_.requestTrust(true);
     });
     isRunning_ = true;
     const NSModalResponse answer = runAlert(dialog);
