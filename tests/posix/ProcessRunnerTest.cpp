@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <csignal>
 
 namespace kova {
 namespace {
@@ -49,6 +50,15 @@ TEST(ProcessRunner, EndsAProgramThatHangsTogetherWithItsChildren) {
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 20s);
     EXPECT_EQ(outcome.ending, Ending::timedOut);
     EXPECT_EQ(outcome.output, "begun\n");
+}
+
+TEST(ProcessRunner, DoesNotTakeAnEndThatNobodyTellsForSuccess) {
+    // As a parent that looks after no child hands it down.
+    const auto before = std::signal(SIGCHLD, SIG_IGN);
+    const auto outcome = ProcessRunner().run("/bin/sh", {"-c", "exit 7"}, 8s);
+    std::signal(SIGCHLD, before);
+    EXPECT_FALSE(outcome.hasSucceeded());
+    EXPECT_EQ(outcome.problem, "how it ended is not known");
 }
 
 TEST(ProcessRunner, AFloodOfWordsNeitherBlocksNorFillsTheMemory) {

@@ -128,12 +128,14 @@ ProcessOutcome ProcessRunner::run(const std::string& program, const std::vector<
     err.closeWriteEnd();
 
     int status = 0;
+    pid_t ended = 0;
     bool hasTimedOut = false;
-    while (waitpid(process, &status, WNOHANG) == 0) {
+    while ((ended = waitpid(process, &status, WNOHANG)) == 0) {
         if (Clock::now() >= end) {
             hasTimedOut = true;
             kill(-process, SIGKILL);
-            waitpid(process, &status, 0);
+            while (waitpid(process, &status, 0) < 0 && errno == EINTR) {
+            }
             break;
         }
         std::array<pollfd, 2> waited = {{{out.readEnd(), POLLIN, 0}, {err.readEnd(), POLLIN, 0}}};
@@ -143,8 +145,10 @@ ProcessOutcome ProcessRunner::run(const std::string& program, const std::vector<
     }
     out.drainInto(outcome.output);
     err.drainInto(outcome.problem);
-    outcome.ending = hasTimedOut ? Ending::timedOut : WIFEXITED(status) ? Ending::exited : Ending::killed;
+    const bool isKnown = ended == process; // else somebody else has been told
+    outcome.ending = hasTimedOut ? Ending::timedOut : isKnown && WIFEXITED(status) ? Ending::exited : Ending::killed;
     if (outcome.ending == Ending::exited) outcome.exitCode = WEXITSTATUS(status);
+    if (!isKnown && !hasTimedOut && outcome.problem.empty()) outcome.problem = "how it ended is not known";
     return outcome;
 }
 
