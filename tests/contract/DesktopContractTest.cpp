@@ -265,6 +265,17 @@ TEST_P(DesktopContract, AHandleKeepsTheHandUntilItLetsGo) {
     EXPECT_EQ(text({last, {}}), text({flipped(CGPoint{199, 200}, height), {}}));
     pointer = Subscription();
     stage().letGo();
+
+    // Another divider's handle lies elsewhere and is that one's alone.
+    stage().handles().showHandles({{"other", flipped(makeRect(450, 499, 200, 2), height), LayoutAxis::vertical}});
+    stage().runFor(Seconds(0.2));
+    for (const double x : {200.0, 500.0}) {
+        stage().moveHand({x, 500});
+        stage().press({x, 500});
+        stage().letGo();
+    }
+    EXPECT_TRUE(until([&] { return told == "other: press release "; })) << told;
+    told.clear();
     stage().handles().showHandles({});
     stage().runFor(Seconds(0.1));
     stage().moveHand({500, 600});

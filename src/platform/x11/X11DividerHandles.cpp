@@ -54,37 +54,66 @@ HandlePlace placeOfHandle(const std::string& id, PixelRect gap, LayoutAxis axis)
 // Which there are
 
 void DividerHandleWindows::show(const std::vector<HandlePlace>& places) {
-    const auto isGone = [&](const Shown& shown) {
-        return std::ranges::none_of(places, [&](const HandlePlace& place) {
+    std::vector<Shown> spare;
+    std::erase_if(shown_, [&](const Shown& shown) {
+        const bool stays = std::ranges::any_of(places, [&](const HandlePlace& place) {
             return place.id == shown.place.id && place.axis == shown.place.axis;
         });
-    };
-    for (const Shown& shown : shown_) {
-        if (!isGone(shown)) continue;
-        if (held_ && held_->window == shown.window) {
+        if (!stays) spare.push_back(shown);
+        return !stays;
+    });
+    mustSend_ = true;
+    std::vector<xcb_window_t> made;
+    const std::size_t before = shown_.size();
+    for (const HandlePlace& place : places) {
+        const auto end = shown_.begin() + static_cast<std::ptrdiff_t>(before);
+        const auto known =
+            std::find_if(shown_.begin(), end, [&](const Shown& shown) { return shown.place.id == place.id; });
+        if (known != end) {
+            if (known->place != place) move(*known, place);
+            continue;
+        }
+        // Windows are put to other use where they can be: a new one is news to every program that watches the stack.
+        const auto free = std::ranges::find_if_not(spare, [&](const Shown& shown) { return isHeld(shown); });
+        if (free == spare.end()) {
+            made.push_back(create(place));
+            continue;
+        }
+        reuse(*free, place);
+        spare.erase(free);
+    }
+    for (const Shown& shown : spare) {
+        if (isHeld(shown)) {
             letGoByEscape();
             held_.reset();
         }
         xcb_destroy_window(connection_.get(), shown.window);
     }
-    std::erase_if(shown_, isGone);
-    mustSend_ = true;
-    for (const HandlePlace& place : places) {
-        const auto known = std::ranges::find(shown_, place.id, [](const Shown& shown) { return shown.place.id; });
-        if (known == shown_.end()) {
-            create(place);
-        } else if (known->place != place) {
-            const auto values = numbersOf(place.rect);
-            xcb_configure_window(connection_.get(), known->window,
-                                 XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
-                                     XCB_CONFIG_WINDOW_HEIGHT,
-                                 values.data());
-            known->place = place;
-        }
-    }
+    if (made.empty()) return;
+    restack(); // new windows are on top of all others
+    for (const xcb_window_t window : made) xcb_map_window(connection_.get(), window);
 }
 
-void DividerHandleWindows::create(const HandlePlace& place) {
+std::uint32_t DividerHandleWindows::move(Shown& shown, const HandlePlace& place) {
+    const auto values = numbersOf(place.rect);
+    shown.place = place;
+    return xcb_configure_window(connection_.get(), shown.window,
+                                XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                                    XCB_CONFIG_WINDOW_HEIGHT,
+                                values.data())
+        .sequence;
+}
+
+void DividerHandleWindows::reuse(Shown shown, const HandlePlace& place) {
+    if (shown.place.axis != place.axis) {
+        const std::uint32_t cursor = cursorFor(place.axis);
+        xcb_change_window_attributes(connection_.get(), shown.window, XCB_CW_CURSOR, &cursor);
+    }
+    shown.since = move(shown, place);
+    shown_.push_back(std::move(shown));
+}
+
+xcb_window_t DividerHandleWindows::create(const HandlePlace& place) {
     xcb_connection_t* connection = connection_.get();
     const xcb_window_t window = xcb_generate_id(connection);
     const std::array<std::uint32_t, 2> values = {1, cursorFor(place.axis)};
@@ -97,9 +126,8 @@ void DividerHandleWindows::create(const HandlePlace& place) {
     xcb_grab_button(connection, 0, window,
                     XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE | XCB_EVENT_MASK_BUTTON_1_MOTION,
                     XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC, XCB_NONE, XCB_NONE, kMainButton, XCB_MOD_MASK_ANY);
-    shown_.push_back({place, window});
-    restack(); // new windows are on top of all others
-    xcb_map_window(connection, window);
+    shown_.push_back({place, window, std::nullopt});
+    return window;
 }
 
 xcb_cursor_t DividerHandleWindows::cursorFor(LayoutAxis axis) {
@@ -186,7 +214,7 @@ void DividerHandleWindows::restack() {
 bool DividerHandleWindows::take(const xcb_generic_event_t& event) {
     switch (event.response_type) { // as the server tells; what other programs make up has another bit
     case XCB_BUTTON_PRESS:
-        pressed(reinterpret_cast<const xcb_button_press_event_t&>(event));
+        pressed(reinterpret_cast<const xcb_button_press_event_t&>(event), event.full_sequence);
         return true;
     case XCB_MOTION_NOTIFY: {
         const auto& motion = reinterpret_cast<const xcb_motion_notify_event_t&>(event);
@@ -206,9 +234,11 @@ bool DividerHandleWindows::take(const xcb_generic_event_t& event) {
     }
 }
 
-void DividerHandleWindows::pressed(const xcb_button_press_event_t& event) {
+void DividerHandleWindows::pressed(const xcb_button_press_event_t& event, std::uint32_t sequence) {
     const Shown* shown = find(event.event);
     if (!shown || event.detail != kMainButton) return;
+    const bool isForAnother = shown->since && static_cast<std::int32_t>(sequence - *shown->since) < 0;
+    if (isForAnother) return; // whose handle this window was
     const std::string& id = shown->place.id;
     const auto before = std::exchange(lastClick_, std::nullopt);
     const bool isDouble = before && before->id == id && event.time - before->when <= kDoubleClickTime;

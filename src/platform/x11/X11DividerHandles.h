@@ -60,6 +60,7 @@ class DividerHandleWindows {
     struct Shown {
         HandlePlace place;
         xcb_window_t window;
+        std::optional<std::uint32_t> since; // the request by which it was taken over from another divider
     };
     struct Held {
         std::string id;
@@ -73,10 +74,16 @@ class DividerHandleWindows {
         std::string id;
         xcb_timestamp_t when = 0;
     };
-    void create(const HandlePlace& place);
+    /// Not mapped yet, and on top of all windows.
+    xcb_window_t create(const HandlePlace& place);
+    /// Gives the number of the request.
+    std::uint32_t move(Shown& shown, const HandlePlace& place);
+    /// The window is this divider's from now on.
+    void reuse(Shown shown, const HandlePlace& place);
+    bool isHeld(const Shown& shown) const { return held_ && held_->window == shown.window; }
     xcb_cursor_t cursorFor(LayoutAxis axis);
     const Shown* find(xcb_window_t window) const;
-    void pressed(const xcb_button_press_event_t& event);
+    void pressed(const xcb_button_press_event_t& event, std::uint32_t sequence);
     void moved(int x, int y);
     void released(const xcb_button_release_event_t& event);
     void letGoByEscape();
