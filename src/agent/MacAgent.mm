@@ -66,7 +66,7 @@ struct MacAgent::Parts {
                              pollingQueue, alerts},
                .shell = {.pointer = &pointer,
                          .dividerHandles = &dividerHandles,
-                         .systemActivity = &systemActivity,
+                         .systemActivity = {&systemActivity},
                          .keys = &keys,
                          .launchAtLogin = &loginItem,
                          .dockAutoHide = &dock,

@@ -18,6 +18,8 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
+#include <vector>
 
 namespace kova {
 namespace {
@@ -63,11 +65,13 @@ class Desktop {
 
     /// Null on a session without X.
     X11Desktop* x11() const { return x11_.get(); }
-    ShellServices shell(SystemActivityServicing& systemActivity, LaunchAtLoginServicing& launchAtLogin,
+    ShellServices shell(SystemActivityServicing& session, LaunchAtLoginServicing& launchAtLogin,
                         DockAutoHideServicing& dockAutoHide) const {
+        std::vector<SystemActivityServicing*> activity{&session};
+        if (x11_) activity.push_back(x11_.get());
         return {.pointer = x11_.get(),
                 .dividerHandles = x11_.get(),
-                .systemActivity = &systemActivity,
+                .systemActivity = std::move(activity),
                 .keys = x11_.get(),
                 .launchAtLogin = &launchAtLogin,
                 .dockAutoHide = &dockAutoHide};

@@ -67,9 +67,9 @@ void AppDelegate::startWorkspace() {
     installMonitors();
     workspace_.start(false);
     permissionSubscription_ = workspace_.state().permissionState.observe([this](auto) { installMonitorsAnew(); });
-    if (shell_.systemActivity) {
-        systemActivitySubscription_ = shell_.systemActivity->observeSystemActivity(
-            [this](SystemActivityEvent event) { handleSystemActivityEvent(event); });
+    for (SystemActivityServicing* source : shell_.systemActivity) {
+        systemActivitySubscriptions_.push_back(
+            source->observeSystemActivity([this](SystemActivityEvent event) { handleSystemActivityEvent(event); }));
     }
     log(LogLevel::note, "workspace started");
     // Nobody tells of a lock that was there before.
@@ -79,7 +79,7 @@ void AppDelegate::startWorkspace() {
 
 void AppDelegate::stopWorkspace() {
     if (!workspaceIsStarted_) return;
-    systemActivitySubscription_ = {};
+    systemActivitySubscriptions_.clear();
     permissionSubscription_ = {};
     // What the hand still holds goes back first.
     removeMonitors();

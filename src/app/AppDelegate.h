@@ -23,7 +23,7 @@ namespace kova {
 struct ShellServices {
     PointerMonitorServicing* pointer = nullptr;
     DividerHandleServicing* dividerHandles = nullptr;
-    SystemActivityServicing* systemActivity = nullptr;
+    std::vector<SystemActivityServicing*> systemActivity{}; // each tells of its own
     KeyMonitorServicing* keys = nullptr;
     LaunchAtLoginServicing* launchAtLogin = nullptr;
     DockAutoHideServicing* dockAutoHide = nullptr;
@@ -86,7 +86,7 @@ class AppDelegate {
     std::optional<LayoutDividerWindowController> dividerWindows_;
     std::optional<WindowDragCoordinator> windowDrags_;
     std::optional<LayoutShortcutCoordinator> layoutShortcuts_;
-    Subscription systemActivitySubscription_;
+    std::vector<Subscription> systemActivitySubscriptions_;
     Subscription permissionSubscription_;
 
     SystemActivityState systemActivityState_;

@@ -97,7 +97,7 @@ class SystemActivity : public ::testing::Test {
     MemoryPreferencesStore preferences;
     AppDelegate delegate{
         servicesOf(desktop, preferences),
-        {.pointer = &desktop, .dividerHandles = &desktop, .systemActivity = &desktop, .keys = &desktop.keyboard()}};
+        {.pointer = &desktop, .dividerHandles = &desktop, .systemActivity = {&desktop}, .keys = &desktop.keyboard()}};
     WorkspaceController& workspace = delegate.workspace();
 };
 

@@ -31,7 +31,7 @@ AppDelegate& Desk::delegate() {
             .pollingQueue = desktop.pollingQueue(),
             .alerts = desktop,
         };
-        delegate_ = std::make_unique<AppDelegate>(services, ShellServices{.systemActivity = &desktop});
+        delegate_ = std::make_unique<AppDelegate>(services, ShellServices{.systemActivity = {&desktop}});
     }
     return *delegate_;
 }

@@ -19,6 +19,7 @@ void EventEffects::add(EventEffects&& other) {
     changed |= other.changed;
     askActiveWindow |= other.askActiveWindow;
     askDisplays |= other.askDisplays;
+    askScreenPower |= other.askScreenPower;
     panelsChanged |= other.panelsChanged;
     redecorated.insert(redecorated.end(), other.redecorated.begin(), other.redecorated.end());
     restated.insert(restated.end(), other.restated.begin(), other.restated.end());

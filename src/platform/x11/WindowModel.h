@@ -41,14 +41,15 @@ struct EventEffects {
     bool changed = false; // a poll would see something new
     bool askActiveWindow = false;
     bool askDisplays = false;
+    bool askScreenPower = false;
     bool panelsChanged = false;
     std::vector<xcb_window_t> redecorated; // announced other decorations
     std::vector<xcb_window_t> restated;    // announced another state under a window manager
     std::vector<xcb_window_t> returning;   // went as asked, and are wanted back by now
     void add(EventEffects&& other);
     bool isForMainThread() const {
-        return askActiveWindow || askDisplays || panelsChanged || !redecorated.empty() || !restated.empty() ||
-               !returning.empty();
+        return askActiveWindow || askDisplays || askScreenPower || panelsChanged || !redecorated.empty() ||
+               !restated.empty() || !returning.empty();
     }
 };
 

@@ -32,7 +32,7 @@ X11Desktop::Parts::Parts(std::unique_ptr<XConnection> opened, const Options& opt
     connection(std::move(opened)),
     queue(mainQueue), catalogue(applicationCatalogue), launcher(options.launcher),
     patienceAtTheEnd(options.patienceAtTheEnd), ownProcesses(ownLine()), model(connection->atoms(), connection->root()),
-    displays(*connection), hidden(options.hiddenWindowsFile), outbox(*connection, model),
+    displays(*connection), screenPower(*connection), hidden(options.hiddenWindowsFile), outbox(*connection, model),
     refresh(*connection, mutex, model) {
     model.setRandrEventBase(displays.eventBase());
     model.rootSize = {connection->screen().width_in_pixels, connection->screen().height_in_pixels};
@@ -224,7 +224,9 @@ EventEffects X11Desktop::Parts::drain(xcb_generic_event_t* (*next)(xcb_connectio
     EventEffects effects;
     while (const XReply<xcb_generic_event_t> event{next(connection->get())}) {
         // Type 0 is the error of a request without a reply: a window that had gone.
-        if (event->response_type != 0) effects.add(model.apply(*event));
+        if (event->response_type == 0) continue;
+        effects.askScreenPower |= screenPower.isHint(*event);
+        effects.add(model.apply(*event));
     }
     if (effects.changed) noteChange();
     return effects;
@@ -269,6 +271,7 @@ bool X11Desktop::Parts::actOn(const EventEffects& effects) {
     if (displaysTold) monitors = displays.monitors();
     if (effects.askDisplays) displays.begin();
     if (effects.askActiveWindow) askActiveWindow();
+    if (effects.askScreenPower) askScreenPower();
     for (const xcb_window_t window : effects.redecorated) askDecorations(window);
     for (const xcb_window_t window : effects.restated) {
         ClientWindow* client = model.client(window);

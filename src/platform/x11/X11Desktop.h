@@ -13,6 +13,7 @@
 #include "windowing/KeyMonitorServicing.h"
 #include "windowing/PointerServicing.h"
 #include "windowing/ScreenServicing.h"
+#include "windowing/SystemActivityServicing.h"
 
 #include <memory>
 #include <optional>
@@ -25,6 +26,7 @@ class X11Desktop final : public AccessibilityServicing,
                          public ApplicationServicing,
                          public ScreenServicing,
                          public DesktopChangeServicing,
+                         public SystemActivityServicing,
                          public DiagnosticsServicing,
                          public PointerMonitorServicing,
                          public DividerHandleServicing,
@@ -102,6 +104,10 @@ class X11Desktop final : public AccessibilityServicing,
     // DesktopChangeServicing
     std::optional<std::uint64_t> changeCount() const override;
     void notifyWhenChanged(std::uint64_t count, std::function<void()> callback) override;
+
+    // SystemActivityServicing
+    /// Only that the screens go dark and are lit again, on a server that can switch them off.
+    Subscription observeSystemActivity(std::function<void(SystemActivityEvent)> observer) override;
 
     // DiagnosticsServicing
     std::vector<DiagnosticLine> diagnose() const override;

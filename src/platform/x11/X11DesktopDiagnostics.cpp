@@ -59,6 +59,12 @@ std::vector<DiagnosticLine> X11Desktop::diagnose() const {
             screen.localizedName + " " + sizeText(screen.frame) + " (" + sizeText(screen.visibleFrame) + " visible)";
     }
     lines.push_back({"displays", DiagnosticVerdict::fine, displays});
+    lines.push_back(parts_->screenPower.isKnown()
+                        ? DiagnosticLine{"dark screens", DiagnosticVerdict::fine,
+                                         "Dark screens are noticed: the X server is asked whenever its screen saver "
+                                         "begins or ends."}
+                        : DiagnosticLine{"dark screens", DiagnosticVerdict::note,
+                                         "This X server does not switch screens off (no DPMS), so none are dark."});
     std::size_t managed = 0;
     for (const xcb_window_t window : parts_->model.clientOrder()) {
         const ClientWindow* client = parts_->model.client(window);

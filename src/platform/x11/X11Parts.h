@@ -6,6 +6,7 @@
 #include "platform/x11/HiddenWindows.h"
 #include "platform/x11/ModelRefresh.h"
 #include "platform/x11/Outbox.h"
+#include "platform/x11/ScreenPower.h"
 #include "platform/x11/X11Desktop.h"
 #include "platform/x11/X11Hand.h"
 #include "support/Lifetime.h"
@@ -66,6 +67,9 @@ struct X11Desktop::Parts {
     std::weak_ptr<KeyRecorder> keyRecorder;
     Seconds heldKeysTried{-1000.0};     // uptime
     std::vector<DividerHandle> handles; // as they were wished for
+    Observers<SystemActivityEvent> activityObservers;
+    bool wereScreensOff = false; // as the observers know it
+    std::shared_ptr<ScheduledWork> screenPowerLook;
     std::uint64_t awaitedCount = 0;
     std::function<void()> whenChanged;
     std::atomic<bool> isAwaited{false}; // somebody waits for a change
@@ -77,6 +81,7 @@ struct X11Desktop::Parts {
     Seconds caughtUp{-1.0};                // uptime when the connection was last looked at during a rest
     x11::WindowModel model;
     x11::DisplayReader displays;
+    x11::ScreenPower screenPower;
     std::deque<x11::Questions> asked; // by the main thread, which does not wait for the replies
     bool isPointerAsked = false;
     Seconds lastReminder{};
@@ -112,6 +117,10 @@ struct X11Desktop::Parts {
     bool arrangeDisplays(); // true when something changed
     void noteChange();
     void callWhenChanged();
+
+    // The power of the screens (X11DesktopPower.cpp), main thread, locked
+    void askScreenPower();
+    void followScreenPower();
 
     // The hand (X11DesktopHand.cpp), main thread
     void openHand(); // waits for the server
