@@ -1,9 +1,5 @@
 // Applications that are launched and ended over the agent's socket.
-#include "control/client/ControlCodes.h"
-#include "tests/control/AgentStage.h"
-#include "tests/control/JsonSchema.h"
-
-#include <gtest/gtest.h>
+#include "tests/control/MethodCalls.h"
 
 namespace kova {
 
@@ -11,24 +7,8 @@ namespace {
 
 using nlohmann::json;
 
-class ApplicationMethods : public testing::Test, public AgentStage {
+class ApplicationMethods : public MethodCalls {
   protected:
-    json call(const std::string& method, json parameters = json::object()) {
-        return connection.ask(
-            json{{"jsonrpc", "2.0"}, {"id", 1}, {"method", method}, {"params", std::move(parameters)}}.dump());
-    }
-    json result(const std::string& method, json parameters = json::object()) {
-        const json reply = call(method, std::move(parameters));
-        EXPECT_TRUE(reply.contains("result")) << method << ": " << reply;
-        json found = reply.value("result", json());
-        EXPECT_EQ(schemaViolation(schema, "result:" + method, found), "");
-        return found;
-    }
-    std::string refusal(const std::string& method, json parameters = json::object()) {
-        const json reply = call(method, std::move(parameters));
-        EXPECT_EQ(reply["error"]["code"], controlCode::refused) << reply;
-        return reply["error"].value("message", "");
-    }
     /// The parameters of the next notification.
     json launched() {
         const json told = connection.message();
@@ -36,8 +16,6 @@ class ApplicationMethods : public testing::Test, public AgentStage {
         EXPECT_EQ(schemaViolation(schema, "notification:launched", told["params"]), "");
         return told["params"];
     }
-    const json schema = controlSchema();
-    SocketClient connection = client();
 };
 
 } // namespace

@@ -1,9 +1,5 @@
 // What the agent does and answers, asked over its socket.
-#include "control/client/ControlCodes.h"
-#include "tests/control/AgentStage.h"
-#include "tests/control/JsonSchema.h"
-
-#include <gtest/gtest.h>
+#include "tests/control/MethodCalls.h"
 
 #include <set>
 
@@ -13,26 +9,13 @@ namespace {
 
 using nlohmann::json;
 
-class AgentMethods : public testing::Test, public AgentStage {
+class AgentMethods : public MethodCalls {
   protected:
-    json call(const std::string& method, json parameters = json::object()) {
-        return connection.ask(
-            json{{"jsonrpc", "2.0"}, {"id", 1}, {"method", method}, {"params", std::move(parameters)}}.dump());
-    }
-    json result(const std::string& method, json parameters = json::object()) {
-        const json reply = call(method, std::move(parameters));
-        EXPECT_TRUE(reply.contains("result")) << method << ": " << reply;
-        json found = reply.value("result", json());
-        EXPECT_EQ(schemaViolation(schema, "result:" + method, found), "");
-        return found;
-    }
     json error(const std::string& method, json parameters = json::object()) {
         const json reply = call(method, std::move(parameters));
         EXPECT_TRUE(reply.contains("error")) << method << ": " << reply;
         return reply.value("error", json{{"code", 0}, {"message", ""}, {"data", nullptr}});
     }
-    const json schema = controlSchema();
-    SocketClient connection = client();
 };
 
 } // namespace

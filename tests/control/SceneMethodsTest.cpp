@@ -1,10 +1,6 @@
 // Scenes, rules and their document over the agent's socket.
 #include "control/DocumentTransfer.h"
-#include "control/client/ControlCodes.h"
-#include "tests/control/AgentStage.h"
-#include "tests/control/JsonSchema.h"
-
-#include <gtest/gtest.h>
+#include "tests/control/MethodCalls.h"
 
 namespace kova {
 
@@ -12,32 +8,14 @@ namespace {
 
 using nlohmann::json;
 
-class SceneMethods : public testing::Test, public AgentStage {
+class SceneMethods : public MethodCalls {
   protected:
-    json call(SocketClient& by, const std::string& method, json parameters = json::object()) {
-        return by.ask(
-            json{{"jsonrpc", "2.0"}, {"id", 1}, {"method", method}, {"params", std::move(parameters)}}.dump());
-    }
-    json result(const std::string& method, json parameters = json::object()) {
-        const json reply = call(connection, method, std::move(parameters));
-        EXPECT_TRUE(reply.contains("result")) << method << ": " << reply;
-        json found = reply.value("result", json());
-        EXPECT_EQ(schemaViolation(schema, "result:" + method, found), "");
-        return found;
-    }
-    std::string refusal(const std::string& method, json parameters = json::object()) {
-        const json reply = call(connection, method, std::move(parameters));
-        EXPECT_EQ(reply["error"]["code"], controlCode::refused) << reply;
-        return reply["error"].value("message", "");
-    }
     std::string ruleNames() {
         std::string names;
         const json list = result("rule.list");
         for (const json& rule : list["rules"]) names += (names.empty() ? "" : ", ") + rule["name"].get<std::string>();
         return names;
     }
-    const json schema = controlSchema();
-    SocketClient connection = client();
 };
 
 } // namespace

@@ -1,11 +1,7 @@
 // Keyboard shortcuts over the agent's socket.
 #include "control/ShortcutMethods.h"
-#include "control/client/ControlCodes.h"
-#include "tests/control/AgentStage.h"
-#include "tests/control/JsonSchema.h"
+#include "tests/control/MethodCalls.h"
 #include "windowing/KeyCodes.h"
-
-#include <gtest/gtest.h>
 
 namespace kova {
 
@@ -15,19 +11,8 @@ using nlohmann::json;
 
 constexpr std::uint64_t kControlOption = modifierFlag::control | modifierFlag::option;
 
-class ShortcutsOverTheSocket : public testing::Test, public AgentStage {
+class ShortcutsOverTheSocket : public MethodCalls {
   protected:
-    json call(SocketClient& by, const std::string& method, json parameters = json::object()) {
-        return by.ask(
-            json{{"jsonrpc", "2.0"}, {"id", 1}, {"method", method}, {"params", std::move(parameters)}}.dump());
-    }
-    json result(const std::string& method, json parameters = json::object()) {
-        json reply = call(connection, method, std::move(parameters));
-        EXPECT_TRUE(reply.contains("result")) << method << ": " << reply;
-        json found = reply.value("result", json());
-        EXPECT_EQ(schemaViolation(schema, "result:" + method, found), "");
-        return found;
-    }
     /// What the agent tells by itself next: "recorded refused", with the message if there is one.
     std::string told(SocketClient& by) {
         const json message = by.message();
@@ -44,11 +29,6 @@ class ShortcutsOverTheSocket : public testing::Test, public AgentStage {
         const std::string keys = shortcut["keys"].is_null() ? "-" : shortcut["keys"].get<std::string>();
         return keys + (shortcut["isHeldByOther"].get<bool>() ? " held" : "");
     }
-    std::string complaint(const std::string& method, json parameters, int code = controlCode::refused) {
-        const json reply = call(connection, method, std::move(parameters));
-        EXPECT_EQ(reply["error"]["code"], code) << reply;
-        return reply["error"].value("message", "");
-    }
     json shortcutOf(const std::string& action) {
         const json list = result("shortcut.list");
         for (const json& shortcut : list["shortcuts"]) {
@@ -57,9 +37,6 @@ class ShortcutsOverTheSocket : public testing::Test, public AgentStage {
         return {};
     }
     SimulatedKeyboard& keyboard() { return desk.desktop.keyboard(); }
-
-    const json schema = controlSchema();
-    SocketClient connection = client();
 };
 
 } // namespace
@@ -70,13 +47,13 @@ TEST_F(ShortcutsOverTheSocket, AreSetClearedAndRestored) {
     EXPECT_EQ(told(connection), "claimed Super+F2");
     EXPECT_EQ(shown(result("shortcut.clear", {{"action", "move window left"}})["shortcut"]), "-");
     EXPECT_FALSE(keyboard().claimed().contains({keyCode::h, kControlOption}));
-    EXPECT_EQ(complaint("shortcut.set", {{"action", "undo"}, {"keys", "ctrl+alt+a"}}),
+    EXPECT_EQ(refusal("shortcut.set", {{"action", "undo"}, {"keys", "ctrl+alt+a"}}),
               "This shortcut is already used by “Arrange Windows into Zones”.");
-    EXPECT_NE(complaint("shortcut.set", {{"action", "undo"}, {"keys", "shift+u"}}).find("needs ctrl, alt or super"),
+    EXPECT_NE(refusal("shortcut.set", {{"action", "undo"}, {"keys", "shift+u"}}).find("needs ctrl, alt or super"),
               std::string::npos);
-    EXPECT_EQ(complaint("shortcut.set", {{"action", "undo"}, {"keys", "hyper+u"}}, controlCode::invalidParameters),
+    EXPECT_EQ(refusal("shortcut.set", {{"action", "undo"}, {"keys", "hyper+u"}}, controlCode::invalidParameters),
               "keys: “hyper” is no modifier; there are ctrl, alt, shift and super");
-    EXPECT_NE(complaint("shortcut.clear", {{"action", "fly"}}).find("focusLeft  Focus Left"), std::string::npos);
+    EXPECT_NE(refusal("shortcut.clear", {{"action", "fly"}}).find("focusLeft  Focus Left"), std::string::npos);
     EXPECT_EQ(shortcutOf("undo")["keys"], "Ctrl+Alt+Z");
     result("shortcut.restoreDefaults");
     EXPECT_EQ(shown(shortcutOf("focusLeft")), "Ctrl+Alt+H");
@@ -178,7 +155,7 @@ TEST_F(ShortcutsOverTheSocket, GiveTheKeyboardBackWhoeverRecorded) {
     desk.controller().suspendForSystemTransition();
     EXPECT_EQ(told(connection), "recorded cancelled: " + why);
     EXPECT_TRUE(isBack());
-    EXPECT_EQ(complaint("shortcut.record", {{"action", "undo"}}), why);
+    EXPECT_EQ(refusal("shortcut.record", {{"action", "undo"}}), why);
     EXPECT_FALSE(*shortcuts.isRecording);
 }
 
