@@ -88,7 +88,8 @@ std::vector<Candidate> namesFrom(const NameSource& source) {
 
 std::vector<Candidate> valuesOf(const Taking& taking) {
     if (taking.takenBy == kDirection) return {{"left", ""}, {"right", ""}, {"up", ""}, {"down", ""}};
-    if (taking.takenBy == kDisposition) return {{"tile", ""}, {"float", ""}, {"ignore", ""}};
+    if (taking.takenBy == kDisposition || taking.takenBy == kNewDisposition)
+        return {{"tile", ""}, {"float", ""}, {"ignore", ""}};
     if (taking.takenBy == kSwitch) return {{"on", ""}, {"off", ""}};
     if (taking.takenBy == kLevel) return {{"detail", ""}, {"note", ""}, {"warning", ""}, {"error", ""}};
     if (taking.takenBy == kFile || taking.takenBy == kNewFile) return {{"", "files"}};

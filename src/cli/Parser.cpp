@@ -92,6 +92,9 @@ Problem contradictionIn(const Verb& verb, const Arguments& arguments) {
     }
     if (arguments.disposition == "tile" && !arguments.slot) return "SLOT is missing";
     if (arguments.slot && arguments.disposition != "tile") return "only “tile” takes a SLOT";
+    if ((verb.takes & kNewDisposition) != 0 && !arguments.disposition && !arguments.title) {
+        return "either a DISPOSITION or --title is needed";
+    }
     return std::nullopt;
 }
 
@@ -145,6 +148,7 @@ constexpr std::array kOptions =
                  return takeNumber(a.place, word, 1, kLargestPlace, "a whole number from 1 on");
              }},
             {kDisposition, "", "DISPOSITION", "“tile” with a SLOT, “float” or “ignore”", takeDisposition},
+            {kNewDisposition, "", "DISPOSITION", "“tile” with a SLOT, “float” or “ignore”", takeDisposition},
             {kSlot, "", "SLOT", "with “tile”: a slot of any layout, or number or name of a tile in force",
              [](Arguments& a, std::string_view word) { return takeName(a.slot, word); }},
             {kNewFile, "", "FILE", "a file that is not there yet",
@@ -175,6 +179,8 @@ constexpr std::array kOptions =
              [](Arguments& a, std::string_view) -> Problem { return a.focused = true, std::nullopt; }},
             {kTitle, "--title", "TEXT", "only windows with this text in their title, in any case",
              [](Arguments& a, std::string_view word) { return takeName(a.title, word); }},
+            {kNewTitle, "--title", "TEXT", "from now on only windows with this text in their title; '' for all of them",
+             [](Arguments& a, std::string_view word) -> Problem { return a.title = word, std::nullopt; }},
             {kTile, "--tile", "SLOT", "id, number or name of a tile of the display's layout",
              [](Arguments& a, std::string_view word) { return takeName(a.tile, word); }},
             {kDisplay, "--display", "DISPLAY", "number, name or id of a display (default: the current one)",

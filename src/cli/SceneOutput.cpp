@@ -98,6 +98,11 @@ std::string printAddedRule(const json& result, const Arguments& arguments) {
     return printMessage(result, arguments) + (result.at("isOn").get<bool>() ? "" : kRulesAreOff);
 }
 
+std::string printChangedRule(const json& result, const Arguments&) {
+    const json& rule = result.at("rule");
+    return "Rule " + quotedName(rule) + ": " + act(rule) + ", for " + criterion(rule) + "\n";
+}
+
 std::string printSwitchedRule(const json& result, const Arguments&) {
     const json& rule = result.at("rule");
     return "Rule " + quotedName(rule) + (rule.at("isEnabled").get<bool>() ? " is enabled.\n" : " is disabled.\n");

@@ -14,6 +14,7 @@ std::string printScene(const nlohmann::json& result, const Arguments& arguments)
 std::string printDifferences(const nlohmann::json& result, const Arguments& arguments);
 std::string printRules(const nlohmann::json& result, const Arguments& arguments);
 std::string printAddedRule(const nlohmann::json& result, const Arguments& arguments);
+std::string printChangedRule(const nlohmann::json& result, const Arguments& arguments);
 std::string printSwitchedRule(const nlohmann::json& result, const Arguments& arguments);
 std::string printMovedRule(const nlohmann::json& result, const Arguments& arguments);
 std::string printDeletedRule(const nlohmann::json& result, const Arguments& arguments);

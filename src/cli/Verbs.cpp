@@ -154,6 +154,10 @@ constexpr std::array kVerbs = std::to_array<Verb>({
      "add "
      "--focused float",
      kRuleApplication | kFocused | kTitle | kDisposition | kSlot, printAddedRule},
+    {"rule change", "rule.change", "change what a rule does, or for which titles",
+     "The rule keeps its name, its place and its application.",
+     "kova rule change 1 float\nkova rule change 1 tile 2 --title inbox\nkova rule change 1 --title ''",
+     kRule | kNewDisposition | kSlot | kNewTitle, printChangedRule},
     {"rule enable", "rule.enable", "let a rule act again", "The opposite of “rule disable”.", "kova rule enable 1",
      kRule, printSwitchedRule},
     {"rule disable", "rule.disable", "keep a rule from acting", "It stays in the list, and is passed over.",

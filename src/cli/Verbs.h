@@ -51,6 +51,8 @@ enum Takes : std::uint64_t {
     kLines = 1ULL << 41,
     kLevel = 1ULL << 42,
     kNewFile = 1ULL << 43,
+    kNewDisposition = 1ULL << 44, // a disposition, if the user wants another one
+    kNewTitle = 1ULL << 45,
 };
 
 struct Verb {

@@ -163,6 +163,8 @@ class ControlMethods::Table {
         add("rule.list", {}, [&controller](const Call&) { return listRules(controller); });
         add("rule.add", {"application", "focused", "title", "disposition", "slot"},
             [&controller](const Call& call) { return addRule(controller, call.parameters); });
+        add("rule.change", {"rule", "title", "disposition", "slot"},
+            [&controller](const Call& call) { return changeRule(controller, call.parameters); });
         add("rule.enable", {"rule"},
             [&controller](const Call& call) { return switchRule(controller, call.parameters, RuleSwitch::enable); });
         add("rule.disable", {"rule"},

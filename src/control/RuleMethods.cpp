@@ -148,6 +148,26 @@ ControlReply addRule(WorkspaceController& controller, const JsonCursor& paramete
                 {"message", orNull(listening.heard())}};
 }
 
+ControlReply changeRule(WorkspaceController& controller, const JsonCursor& parameters) {
+    const auto title = parameters.optional("title");
+    const std::string titleText = title ? title->string() : "";
+    std::optional<WorkspaceRuleDisposition> disposition;
+    if (parameters.optional("disposition") || !title) {
+        auto wanted = wantedDisposition(controller, parameters);
+        if (auto* failure = std::get_if<ControlFailure>(&wanted)) return *std::move(failure);
+        disposition = std::get<WorkspaceRuleDisposition>(std::move(wanted));
+    } else if (const auto slot = parameters.optional("slot")) {
+        slot->fail("only “tile” takes a slot");
+    }
+    const auto found = wantedRule(controller, parameters);
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    const auto index = std::get<std::size_t>(found);
+    const auto id = (*controller.state().rules)[index].id;
+    if (disposition) controller.setRuleDisposition(id, *std::move(disposition));
+    if (title) controller.setRuleTitleContains(id, titleText);
+    return orderChange(controller, record(controller, index));
+}
+
 ControlReply switchRule(WorkspaceController& controller, const JsonCursor& parameters, RuleSwitch direction) {
     const auto found = wantedRule(controller, parameters);
     if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;

@@ -14,6 +14,8 @@ inline constexpr std::int64_t kMostRules = 1'000'000; // beyond any list: a plac
 /// In their order: the first that matches a window decides.
 ControlReply listRules(const WorkspaceController& controller);
 ControlReply addRule(WorkspaceController& controller, const JsonCursor& parameters);
+/// What it does, the text in titles that it asks for, or both; its name, its place and its application stay.
+ControlReply changeRule(WorkspaceController& controller, const JsonCursor& parameters);
 enum class RuleSwitch { disable, enable };
 ControlReply switchRule(WorkspaceController& controller, const JsonCursor& parameters, RuleSwitch direction);
 ControlReply deleteRule(WorkspaceController& controller, const JsonCursor& parameters);

@@ -222,6 +222,7 @@ TEST_F(CommandLine, ExitCodesTellWhatWentWrong) {
         {{"rule", "add", "--focused", "tile"}, 2, "SLOT is missing"},
         {{"rule", "add", "--focused", "float", "1"}, 2, "only “tile” takes a SLOT"},
         {{"rule", "add", "--focused", "hide"}, 2, "“hide” is not tile, float or ignore"},
+        {{"rule", "change", "1"}, 2, "either a DISPOSITION or --title is needed"},
         {{"rule", "move", "1", "0"}, 2, "PLACE: “0” is not a whole number from 1 on"},
         {{"rules"}, 2, "rules off"},
         {{"import", "missing.json"}, 1, "Import failed: cannot read “missing.json”: No such file or directory"},
@@ -449,6 +450,9 @@ TEST_F(CommandLine, ScenesAndRulesTravelAsAFile) {
 
 Rules are off; “kova rules on” lets them act.
 )");
+    EXPECT_EQ(run({"rule", "change", "2", "tile", "1", "--title", ""}).out,
+              "Rule “Terminal ignored”: tile focus-main, for sim.terminal\n");
+    EXPECT_EQ(run({"rule", "change", "2", "--title", "make"}).code, 0);
     std::filesystem::create_directory("real");
     std::filesystem::create_symlink("real/old.json", "link.json");
     std::ofstream("real/old.json") << "old";

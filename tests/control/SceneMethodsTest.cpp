@@ -98,6 +98,13 @@ TEST_F(SceneMethods, RulesAreAddedOrderedAndAsked) {
     EXPECT_EQ(result("rule.test", {{"window", "mail"}})["reasons"][0]["verdict"], "disabled");
     EXPECT_EQ(result("rule.enable", {{"rule", "mail → secondary-1"}})["rule"]["isEnabled"], true);
 
+    const json changed = result("rule.change", {{"rule", "terminal"}, {"disposition", "tile"}, {"slot", "1"}})["rule"];
+    EXPECT_EQ(changed["slot"], "focus-main");
+    EXPECT_EQ(changed["title"], "build") << "what is not named stays";
+    const json unnamed = result("rule.change", {{"rule", "2"}, {"title", " "}})["rule"];
+    EXPECT_TRUE(unnamed["title"].is_null());
+    EXPECT_EQ(unnamed["slot"], "focus-main");
+
     EXPECT_EQ(result("rule.move", {{"rule", "maps"}, {"to", 1}})["rule"]["number"], 1);
     EXPECT_EQ(result("rule.move", {{"rule", "2"}, {"to", 900}})["rule"]["number"], 3);
     EXPECT_EQ(ruleNames(), "Maps → secondary-3, Terminal floats, Mail → secondary-1");
@@ -120,6 +127,11 @@ TEST_F(SceneMethods, ARuleThatMakesNoSenseIsNotAdded) {
     };
     for (const auto& parameters : cases) {
         EXPECT_EQ(call(connection, "rule.add", parameters)["error"]["code"], controlCode::invalidParameters)
+            << json(parameters);
+    }
+    for (const auto& parameters :
+         {Parameters{{"rule", "1"}}, Parameters{{"rule", "1"}, {"title", "x"}, {"slot", "1"}}}) {
+        EXPECT_EQ(call(connection, "rule.change", parameters)["error"]["code"], controlCode::invalidParameters)
             << json(parameters);
     }
     EXPECT_EQ(call(connection, "rule.move", {{"rule", "1"}, {"to", 0}})["error"]["code"],
