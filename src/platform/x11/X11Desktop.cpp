@@ -57,8 +57,10 @@ X11Desktop::X11Desktop(std::unique_ptr<Parts> parts, const Options& options) : p
 
 X11Desktop::~X11Desktop() {
     if (parts_->isLost) return;
+    xcb_window_t active = kNoWindow;
     {
         const std::lock_guard lock(parts_->mutex);
+        active = parts_->model.activeWindow;
         parts_->hidden.followModel(parts_->model, parts_->queue.uptime());
         if (parts_->hidden.all().empty() && !parts_->isAnyReturning()) return;
     }
@@ -74,8 +76,18 @@ X11Desktop::~X11Desktop() {
         isAnyReturning = parts_->isAnyReturning() || !parts_->hidden.all().empty();
         if (isAnyReturning) ::poll(&readable, 1, 20);
     }
+    parts_->keepActive(active);
     std::free(
         xcb_get_input_focus_reply(parts_->connection->get(), xcb_get_input_focus(parts_->connection->get()), nullptr));
+}
+
+/// Many window managers give the keyboard to whoever comes back, which is nobody's wish when an agent ends.
+void X11Desktop::Parts::keepActive(xcb_window_t window) {
+    const std::lock_guard lock(mutex);
+    const ClientWindow* client = model.client(window);
+    if (isLost || !client || !model.windowManager().isPresent || model.isMinimized(*client)) return;
+    outbox.activate(*client);
+    outbox.send();
 }
 
 int X11Desktop::connectionDescriptor() const {

@@ -165,6 +165,7 @@ struct X11Desktop::Parts {
     void bringBack(xcb_window_t window);
     void bringAllBack();
     void remindOfReturning();
+    void keepActive(xcb_window_t window);         // not locked; whoever has come back meanwhile
     void takeOverLeftWindows(bool waitsToSettle); // not locked; waits for the server
     bool isAnyReturning() const;
     bool isBelievedBack(const x11::ClientWindow& client, Seconds now) const;
