@@ -34,6 +34,7 @@ json encode(const WorkspaceSessionWindow& window) {
     if (const auto& minimum = window.observedMinimumSize; minimum && isFinite(*minimum)) {
         out["observedMinimumSize"] = json::array({minimum->width, minimum->height});
     }
+    if (window.isPutAway) out["isPutAway"] = true;
     return out;
 }
 
@@ -49,6 +50,7 @@ WorkspaceSessionWindow decodeWindow(const JsonCursor& cursor) {
         const auto n = numbers(*minimum, 2);
         window.observedMinimumSize = CGSize{n[0], n[1]};
     }
+    if (const auto putAway = cursor.optional("isPutAway")) window.isPutAway = putAway->boolean();
     return window;
 }
 

@@ -23,6 +23,7 @@ struct WorkspaceSessionWindow {
     std::string title{};
     std::optional<CGRect> frame{};               // window-service space
     std::optional<CGSize> observedMinimumSize{}; // points
+    bool isPutAway = false;                      // it waited in a stack, off the screen
     bool operator==(const WorkspaceSessionWindow&) const = default;
 };
 

@@ -74,6 +74,16 @@ void DisplayAbsence::forgetKeys(const std::string& prefix) {
     std::erase_if(homes_, [&](const auto& home) { return home.first.starts_with(prefix); });
 }
 
+void DisplayAbsence::renameDisplay(const std::string& displayID, const std::string& newID) {
+    std::map<std::string, TileAssignments> renamed;
+    for (auto& [key, held] : homes_) {
+        held.renameDisplay(displayID, newID);
+        const bool isItsOwn = key == displayID || key.starts_with(displayID + "\n");
+        renamed.insert_or_assign(isItsOwn ? newID + key.substr(displayID.size()) : key, std::move(held));
+    }
+    homes_ = std::move(renamed);
+}
+
 void DisplayAbsence::keepOnly(const std::set<std::string>& windowIDs) {
     for (auto& [key, held] : homes_) held.keepOnly(windowIDs);
     dropEmpty();

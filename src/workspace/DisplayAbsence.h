@@ -32,6 +32,8 @@ class DisplayAbsence {
     void forgetAll() { homes_.clear(); }
     /// What was kept under keys that begin so.
     void forgetKeys(const std::string& prefix);
+    /// The display is known under another id from now on, and its keys begin with that.
+    void renameDisplay(const std::string& displayID, const std::string& newID);
     void keepOnly(const std::set<std::string>& windowIDs);
     void rename(const std::string& windowID, const std::string& newID);
     /// The assignments were set back to a time at which these displays had windows: that is what they held.

@@ -16,6 +16,12 @@ struct DisplayTiles {
     std::vector<CGRect> frames;
 };
 
+/// What a display showed last.
+struct ShownLayout {
+    std::string layoutID;
+    DisplayTiles tiles;
+};
+
 DisplayTiles tilesOf(const SolvedLayout& solved);
 
 struct LayoutMigration {

@@ -12,6 +12,14 @@
 
 namespace kova {
 
+/// What a window rested at after refusing a frame: asking again for the same would get the same answer.
+struct Refusal {
+    CGRect wanted{}; // window-service space
+    CGRect actual{};
+    int attempts = 0;
+    bool isUnseen = true; // no poll has read since where it came to rest
+};
+
 class ReflowPolicy {
   public:
     static constexpr Seconds kReflowInterval{1};   // per display

@@ -169,6 +169,20 @@ void TileAssignments::rename(const std::string& windowID, const std::string& new
     }
 }
 
+void TileAssignments::renameDisplay(const std::string& displayID, const std::string& newID) {
+    const std::string prefix = tileTargetID(displayID, "");
+    const auto renamed = [&](const std::string& target) {
+        return target.starts_with(prefix) ? tileTargetID(newID, target.substr(prefix.size())) : target;
+    };
+    std::map<std::string, std::string> fronts;
+    for (auto& [target, window] : assignedWindowIDs) fronts.emplace(renamed(target), std::move(window));
+    assignedWindowIDs = std::move(fronts);
+    std::map<std::string, std::vector<std::string>> stacks;
+    for (auto& [target, stack] : stackWindowIDsByTarget) stacks.emplace(renamed(target), std::move(stack));
+    stackWindowIDsByTarget = std::move(stacks);
+    for (auto& [window, anchor] : anchorTargetIDsByWindowID) anchor = renamed(anchor);
+}
+
 void TileAssignments::keepOnly(const std::set<std::string>& liveWindowIDs) {
     std::erase_if(assignedWindowIDs, [&](const auto& entry) { return !liveWindowIDs.contains(entry.second); });
     for (auto entry = stackWindowIDsByTarget.begin(); entry != stackWindowIDsByTarget.end();) {

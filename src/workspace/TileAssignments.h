@@ -54,6 +54,8 @@ struct TileAssignments {
     void adopt(const std::string& windowID, const TileAssignments& other);
     /// The window is known under another id from now on, which must be in no tile.
     void rename(const std::string& windowID, const std::string& newID);
+    /// The display is known under another id from now on, which must have nothing yet.
+    void renameDisplay(const std::string& displayID, const std::string& newID);
     /// Keeps only windows in `liveWindowIDs`, in their order. The tile that lost its front gets no new one.
     void keepOnly(const std::set<std::string>& liveWindowIDs);
 

@@ -1,5 +1,7 @@
 #include "workspace/UndoHistory.h"
 
+#include "workspace/DisplaySuccession.h"
+
 #include <utility>
 
 namespace kova {
@@ -27,6 +29,16 @@ void WorkspaceUndoSnapshot::rename(const std::string& windowID, const std::strin
     renameIn(visibleWindowIDs, windowID, newID);
 }
 
+void WorkspaceUndoSnapshot::renameDisplay(const std::string& displayID, const std::string& newID) {
+    TileAssignments assignments{std::move(assignedWindowIDs), std::move(stackWindowIDsByTarget),
+                                std::move(placementAnchors)};
+    assignments.renameDisplay(displayID, newID);
+    assignedWindowIDs = std::move(assignments.assignedWindowIDs);
+    stackWindowIDsByTarget = std::move(assignments.stackWindowIDsByTarget);
+    placementAnchors = std::move(assignments.anchorTargetIDsByWindowID);
+    copyDisplay(profile, displayID, newID);
+}
+
 void UndoHistory::push(UndoEntry entry) {
     entries_.push_back(std::move(entry));
     if (entries_.size() > kLimit) entries_.erase(entries_.begin());
@@ -41,6 +53,10 @@ std::optional<UndoEntry> UndoHistory::takeNewest() {
 
 void UndoHistory::rename(const std::string& windowID, const std::string& newID) {
     for (auto& entry : entries_) entry.snapshot.rename(windowID, newID);
+}
+
+void UndoHistory::renameDisplay(const std::string& displayID, const std::string& newID) {
+    for (auto& entry : entries_) entry.snapshot.renameDisplay(displayID, newID);
 }
 
 } // namespace kova

@@ -28,6 +28,8 @@ struct WorkspaceUndoSnapshot {
     std::string accentColorID;
     /// The window is known under another id from now on.
     void rename(const std::string& windowID, const std::string& newID);
+    /// And so is the display, whose layout goes with it.
+    void renameDisplay(const std::string& displayID, const std::string& newID);
     bool operator==(const WorkspaceUndoSnapshot&) const = default;
 };
 
@@ -58,6 +60,7 @@ class UndoHistory {
 
     /// The window is known under another id from now on.
     void rename(const std::string& windowID, const std::string& newID);
+    void renameDisplay(const std::string& displayID, const std::string& newID);
 
     /// The whole history, to be put back as it was: entering and leaving focus mode must not cost the oldest entry.
     const std::vector<UndoEntry>& entries() const { return entries_; }

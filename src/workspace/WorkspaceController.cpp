@@ -4,6 +4,7 @@
 #include "workspace/WorkspacePreferences.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kova {
 
@@ -34,6 +35,12 @@ WorkspaceController::WorkspaceController(const WorkspaceServices& services) :
     state_.continuousManagementEnabled.set(loaded.continuousManagementEnabled);
     readScreens();
     keepSession();
+    sessionSubscriptions_.push_back(state_.focusMode.observe([this](const auto& mode) {
+        if (mode || !std::exchange(isZoomInTheWayOfHomeless_, false)) return;
+        services_.queue.post(lifetime_.guard([this] {
+            if (mayMoveWindows()) placeHomelessWindows();
+        }));
+    }));
     screensSubscription_ = services_.screens.observeScreens(lifetime_.guard([this] { screensChanged(); }));
 }
 

@@ -244,13 +244,6 @@ class WorkspaceController {
         std::string targetID;
         std::string displayID;
     };
-    /// What a window rested at after refusing a frame: asking again for the same would get the same answer.
-    struct Refusal {
-        CGRect wanted{};
-        CGRect actual{};
-        int attempts = 0;
-        bool isUnseen = true; // no poll has read since where it came to rest
-    };
 
     // Refresh (WorkspaceRefresh.cpp)
     void applyPoll(PollResult result);
@@ -267,6 +260,7 @@ class WorkspaceController {
     void screensChanged();
     void noteDisplaysThatCameAndWent(const std::set<std::string>& before);
     void takeBack(DisplayAbsence& homes, const std::string& key);
+    void displayHasNewID(const std::string& formerID, const std::string& newID);
     void settleOnDisplays();
     void presentRegained();
     void migrateChangedDisplays();
@@ -275,6 +269,10 @@ class WorkspaceController {
     void awaitStableDisplays();
     bool isAwaitedHome(const std::string& windowID) const;
     void placeHomelessWindows();
+    std::vector<std::string> placeHomelessFronts();
+    std::vector<std::string> takeWaitingAlong();
+    bool isZoomedOver(const WorkspaceTile& tile) const;
+    void keepBesideFocusMode(const std::vector<std::string>& fronts, const std::vector<std::string>& waiting);
     TileAssignments assignmentsOnAbsentDisplays() const;
     void giveUpUnreachablePlacements();
 
@@ -282,7 +280,9 @@ class WorkspaceController {
     void keepSession();
     std::optional<WorkspaceSession> describeSession();
     bool takeUpSession();
+    std::set<std::string> takeUpResizedDisplays();
     void acceptPlacesOfWindows(const std::set<std::string>& returnedDisplayIDs);
+    void putAwayAgain(const WorkspaceSession& session, const ResumedWindows& resumed);
     void takeUpZoom(const WorkspaceSessionZoom& zoom, const ResumedWindows& resumed);
     std::set<std::string> sparedWindowIDs();
 
@@ -469,18 +469,16 @@ class WorkspaceController {
     std::set<std::string> regainedFronts_; // to be shown, and to be put away, once that may be
     std::set<std::string> regainedWaiting_;
     Seconds displaysAreStableAt_{0};
+    std::set<std::string> latelyGone_; // displays without another name than their frame, until nobody waits for them
+    std::set<std::string> carriedDisplays_; // ids that have the layout of the one before
+    bool isZoomInTheWayOfHomeless_ = false;
     std::optional<SessionKeeper> session_;
     std::optional<WorkspaceSession> sessionToTakeUp_;
     std::map<pid_t, std::optional<std::string>> processStarts_;
     std::set<std::string> awaitedOfSession_;
     Seconds awaitedOfSessionUntil_{0};
     std::unordered_map<std::string, Refusal> refusals_;
-    /// What each display showed last, also those that are away.
-    struct ShownLayout {
-        std::string layoutID;
-        DisplayTiles tiles;
-    };
-    std::map<std::string, ShownLayout> lastLayoutByDisplay_;
+    std::map<std::string, ShownLayout> lastLayoutByDisplay_; // also of displays that are away
     ArrangementPlan lastArrangement_;
     std::map<std::string, PendingApplicationPlacement> pendingApplicationPlacements_; // by tile-target id
     SceneRestoration restoration_;

@@ -1,6 +1,7 @@
 // Displays that come, go and change their size, and what becomes of the windows on them.
 #include "workspace/WorkspaceController.h"
 
+#include "workspace/DisplaySuccession.h"
 #include "workspace/LayoutMigration.h"
 
 #include <algorithm>
@@ -59,10 +60,25 @@ void WorkspaceController::screensChanged() {
 void WorkspaceController::noteDisplaysThatCameAndWent(const std::set<std::string>& before) {
     const auto now = idsOf(*state_.screens);
     for (const auto& id : before) {
-        if (!now.contains(id)) absence_.leave(id, id, assignments_);
+        if (now.contains(id)) continue;
+        absence_.leave(id, id, assignments_);
+        if (isNamedByFrame(id)) latelyGone_.insert(id);
     }
+    std::set<std::string> unknown;
     for (const auto& id : now) {
-        if (!before.contains(id)) takeBack(absence_, id);
+        if (before.contains(id)) continue;
+        const bool isKnown =
+            latelyGone_.erase(id) > 0 || absence_.holds(id) || assignments_.onDisplay(id) != TileAssignments{};
+        if (isKnown) {
+            takeBack(absence_, id);
+        } else {
+            unknown.insert(id);
+        }
+    }
+    for (const auto& [formerID, newID] : successorsOfDisplays(latelyGone_, unknown)) {
+        latelyGone_.erase(formerID);
+        takeBack(absence_, formerID);
+        displayHasNewID(formerID, newID);
     }
     // Without a look at the tiles: what the displays showed before is still to be compared with what they show now.
     state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
@@ -76,6 +92,27 @@ void WorkspaceController::takeBack(DisplayAbsence& homes, const std::string& key
     assignments_ = std::move(back.assignments);
     regainedFronts_.insert(back.regainedFronts.begin(), back.regainedFronts.end());
     regainedWaiting_.insert(back.regainedWaiting.begin(), back.regainedWaiting.end());
+}
+
+/// It is the same display, as far as anybody can tell, in another size or at another place.
+void WorkspaceController::displayHasNewID(const std::string& formerID, const std::string& newID) {
+    assignments_.renameDisplay(formerID, newID);
+    outgrown_.renameDisplay(formerID, newID);
+    undo_.renameDisplay(formerID, newID);
+    for (auto& entry : historyBeforeFocusMode_) entry.snapshot.renameDisplay(formerID, newID);
+    if (focusZoomSnapshot_) focusZoomSnapshot_->renameDisplay(formerID, newID);
+    for (auto& placement : restoration_.pending) {
+        if (placement.displayID == formerID) placement.displayID = newID;
+    }
+    if (auto shown = lastLayoutByDisplay_.extract(formerID)) {
+        lastLayoutByDisplay_[newID] = std::move(shown.mapped());
+    }
+    WorkspaceProfile profile = *state_.profile;
+    copyDisplay(profile, formerID, newID);
+    // Of all the sizes that a display goes through only the first, at which its layout was chosen, is kept for ever.
+    if (carriedDisplays_.erase(formerID) > 0) eraseDisplay(profile, formerID);
+    if (!state_.profile->layoutSelectionsByDisplay.contains(newID)) carriedDisplays_.insert(newID);
+    if (profile != *state_.profile) setProfile(std::move(profile));
 }
 
 /// Windows and layouts follow the displays as they are now.
@@ -149,9 +186,11 @@ void WorkspaceController::noteMovedByUser(const std::string& windowID) {
 /// A standby looks like an unplugging: only displays that stay away let go of their windows.
 void WorkspaceController::awaitStableDisplays() {
     displaysAreStableAt_ = services_.queue.uptime() + kDisplaysAreStableAfter;
-    if (absence_.homes().empty()) return;
+    if (absence_.homes().empty() && latelyGone_.empty()) return;
     services_.queue.after(kDisplaysAreStableAfter, lifetime_.guard([this, due = displaysAreStableAt_] {
-        if (due == displaysAreStableAt_ && mayMoveWindows()) placeHomelessWindows();
+        if (due != displaysAreStableAt_ || !mayMoveWindows()) return;
+        latelyGone_.clear();
+        placeHomelessWindows();
     }));
 }
 
@@ -160,11 +199,32 @@ bool WorkspaceController::isAwaitedHome(const std::string& windowID) const {
 }
 
 /// Windows whose display stays away take tiles that are free, best the ones of the same name. Nobody is pushed out, and
-/// they go home when their display returns.
+/// they go home when their display returns. Under a window that owns its display nothing changes before it gives it
+/// back.
 void WorkspaceController::placeHomelessWindows() {
-    if (*state_.focusMode) return;
     if (suspension_.isSuspended()) return awaitStableDisplays(); // the hand comes first
-    std::vector<std::pair<std::string, std::string>> homeless;   // slot id, window id
+    const auto fronts = placeHomelessFronts();
+    const auto waiting = takeWaitingAlong();
+    if (*state_.focusMode) {
+        isZoomInTheWayOfHomeless_ = !absence_.homes().empty();
+        keepBesideFocusMode(fronts, waiting);
+    }
+    if (fronts.empty() && waiting.empty()) return;
+    publishAssignments();
+    reapplyTileFrames();
+    services_.accessibility.flush();
+}
+
+bool WorkspaceController::isZoomedOver(const WorkspaceTile& tile) const {
+    return *state_.focusMode && (*state_.focusMode)->displayID == tile.displayID;
+}
+
+/// The windows that were placed.
+std::vector<std::string> WorkspaceController::placeHomelessFronts() {
+    const auto isFree = [this](const WorkspaceTile& tile) {
+        return !tile.windowID && tile.stack.empty() && !isZoomedOver(tile);
+    };
+    std::vector<std::pair<std::string, std::string>> homeless; // slot id, window id
     for (const auto& [displayID, held] : absence_.homes()) {
         for (const auto& [target, windowID] : held.assignedWindowIDs) {
             const auto slot = slotIDOn(displayID, target);
@@ -173,8 +233,7 @@ void WorkspaceController::placeHomelessWindows() {
             if (slot && !hasTile) homeless.emplace_back(*slot, windowID);
         }
     }
-    const auto isFree = [](const WorkspaceTile& tile) { return !tile.windowID && tile.stack.empty(); };
-    bool hasPlaced = false;
+    std::vector<std::string> placed;
     for (const auto& [slotID, windowID] : homeless) {
         const ManagedWindow* live = findLive(windowID);
         if (!live || !live->isVisible || isLeftAlone(*live)) continue;
@@ -191,12 +250,60 @@ void WorkspaceController::placeHomelessWindows() {
         }
         if (!chosen) continue;
         place(window, *chosen, AccessibilityWindowService::BringToFront::no);
-        hasPlaced = true;
+        placed.push_back(windowID);
     }
-    if (!hasPlaced) return;
-    publishAssignments();
-    reapplyTileFrames();
-    services_.accessibility.flush();
+    return placed;
+}
+
+/// Who waited behind a window goes on waiting behind it, or else behind the window of another tile, best the one of the
+/// same name: in a tile that is away nobody could reach it. Gives those that wait elsewhere now.
+std::vector<std::string> WorkspaceController::takeWaitingAlong() {
+    std::vector<std::string> taken;
+    for (const auto& [displayID, held] : absence_.homes()) {
+        for (const auto& [home, stack] : held.stackWindowIDsByTarget) {
+            const auto front = held.assignedWindowIDs.find(home);
+            const auto slot = slotIDOn(displayID, home);
+            std::optional<std::string> there;
+            if (front != held.assignedWindowIDs.end()) there = assignments_.targetOf(front->second);
+            if (!there || !screenOfTarget(*there)) {
+                there.reset();
+                for (const auto& tile : tiles()) {
+                    if (!tile.windowID || isZoomedOver(tile)) continue;
+                    const bool isNamesake = slot && tile.slot.id == *slot;
+                    if (!there || isNamesake) there = assignments_.targetOf(*tile.windowID);
+                    if (isNamesake) break;
+                }
+            }
+            if (!there) continue;
+            for (const auto& member : stack) {
+                const auto now = assignments_.stackTargetOf(member);
+                if (!now || screenOfTarget(*now) || assignments_.isAssigned(member)) continue;
+                assignments_.insertIntoStack(*there, member, TileAssignments::StackPosition::behind);
+                taken.push_back(member);
+            }
+        }
+    }
+    return taken;
+}
+
+/// What happened on other displays is not undone when the zoomed window gives its own back.
+void WorkspaceController::keepBesideFocusMode(const std::vector<std::string>& fronts,
+                                              const std::vector<std::string>& waiting) {
+    if (!focusZoomSnapshot_) return;
+    WorkspaceUndoSnapshot& snapshot = *focusZoomSnapshot_;
+    TileAssignments then{snapshot.assignedWindowIDs, snapshot.stackWindowIDsByTarget, snapshot.placementAnchors};
+    for (const auto& id : fronts) {
+        then.adopt(id, assignments_);
+        if (const auto frame = frameForWindow(id)) snapshot.windowFrames[id] = *frame;
+    }
+    for (const auto& id : waiting) {
+        if (const auto tile = assignments_.stackTargetOf(id)) {
+            then.insertIntoStack(*tile, id, TileAssignments::StackPosition::behind);
+        }
+    }
+    snapshot.assignedWindowIDs = std::move(then.assignedWindowIDs);
+    snapshot.stackWindowIDsByTarget = std::move(then.stackWindowIDsByTarget);
+    snapshot.placementAnchors = std::move(then.anchorTargetIDsByWindowID);
 }
 
 TileAssignments WorkspaceController::assignmentsOnAbsentDisplays() const {

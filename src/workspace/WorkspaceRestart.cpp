@@ -1,11 +1,20 @@
 // What outlives the agent: the session is kept while it changes, and taken up again at the start.
 #include "workspace/WorkspaceController.h"
 
+#include "workspace/DisplaySuccession.h"
+
+#include <cmath>
 #include <utility>
 
 namespace kova {
 
 namespace {
+
+constexpr double kRestingTolerancePoints = 2;
+
+bool isSamePlace(CGPoint a, CGPoint b) {
+    return std::abs(a.x - b.x) <= kRestingTolerancePoints && std::abs(a.y - b.y) <= kRestingTolerancePoints;
+}
 
 std::string displayOfTarget(const std::string& targetID) {
     return targetID.substr(0, targetID.find("::"));
@@ -57,6 +66,8 @@ std::optional<WorkspaceSession> WorkspaceController::describeSession() {
         WorkspaceSessionWindow kept{
             window.id,   window.processIdentifier, start->second, window.bundleIdentifier, window.title, window.frame,
             std::nullopt};
+        kept.isPutAway =
+            !window.isVisible && !assignments_.isAssigned(window.id) && assignments_.isInAnyTile(window.id);
         const auto minimum = state_.observedMinimumSizes->find(window.id);
         if (minimum != state_.observedMinimumSizes->end()) kept.observedMinimumSize = minimum->second;
         session.windows.push_back(std::move(kept));
@@ -107,9 +118,12 @@ bool WorkspaceController::takeUpSession() {
         returned.insert(id);
         takeBack(absence_, id);
     }
+    for (const auto& id : takeUpResizedDisplays()) returned.insert(id);
     for (const auto& [target, windowID] : session.tiles.assignedWindowIDs) {
         const std::string id = displayOfTarget(target);
-        if (!screenOf(id) && !absence_.holds(id)) absence_.leave(id, id, assignments_);
+        if (screenOf(id) || absence_.holds(id)) continue;
+        absence_.leave(id, id, assignments_);
+        awaitStableDisplays();
     }
     const TileAssignments known = assignments_;
     migrateChangedDisplays();
@@ -117,8 +131,29 @@ bool WorkspaceController::takeUpSession() {
     returned.insert(changed.begin(), changed.end());
     acceptPlacesOfWindows(returned);
     presentRegained();
+    putAwayAgain(session, resumed);
     if (session.zoom && !changed.contains(session.zoom->displayID)) takeUpZoom(*session.zoom, resumed);
     return knowsAny;
+}
+
+/// Displays that have another size, and hence another name, than they had for the agent before this one; by their names
+/// of now.
+std::set<std::string> WorkspaceController::takeUpResizedDisplays() {
+    std::set<std::string> gone, come;
+    for (const auto& [target, window] : assignments_.assignedWindowIDs) {
+        const std::string id = displayOfTarget(target);
+        if (!screenOf(id) && !absence_.holds(id)) gone.insert(id);
+    }
+    for (const auto& screen : *state_.screens) {
+        const std::string id = displayID(screen);
+        if (assignments_.onDisplay(id) == TileAssignments{}) come.insert(id);
+    }
+    std::set<std::string> resized;
+    for (const auto& [formerID, newID] : successorsOfDisplays(gone, come)) {
+        displayHasNewID(formerID, newID);
+        resized.insert(newID);
+    }
+    return resized;
 }
 
 /// Where windows are now is where they rest, though it may not be quite their tile: some keep to cells or sizes of
@@ -132,6 +167,45 @@ void WorkspaceController::acceptPlacesOfWindows(const std::set<std::string>& ret
             refusals_[windowID] = {target, *window->frame, kPlacementAttempts, false};
         }
     }
+}
+
+/// An agent that ends in peace brings back whoever waits; those go on waiting now, unless somebody has taken to one
+/// meanwhile: who works in it or has moved it, or has closed what it waited behind.
+void WorkspaceController::putAwayAgain(const WorkspaceSession& session, const ResumedWindows& resumed) {
+    const ManagedWindow* focused = focusedWindow();
+    std::set<std::string> leaving;
+    for (const auto& former : session.windows) {
+        const auto now = resumed.idNow.find(former.id);
+        const ManagedWindow* window = now == resumed.idNow.end() ? nullptr : findLive(now->second);
+        if (!former.isPutAway || !window || !window->isVisible || window == focused) continue;
+        const auto tile = assignments_.stackTargetOf(window->id);
+        if (!tile || !screenOfTarget(*tile) || assignments_.isAssigned(window->id)) continue;
+        const auto front = assignments_.assignedWindowIDs.find(*tile);
+        const ManagedWindow* inFront =
+            front == assignments_.assignedWindowIDs.end() ? nullptr : findLive(front->second);
+        if (!inFront || !inFront->isVisible) continue;
+        // What was read of it while it was off the screen may not be where it comes back.
+        const auto place = frameForWindow(inFront->id);
+        const bool isInItsTile = place && window->frame && isSamePlace(window->frame->origin, place->origin);
+        const bool isWhereItWas =
+            former.frame && window->frame && nearlyEqual(*window->frame, *former.frame, kRestingTolerancePoints);
+        if (isInItsTile || isWhereItWas || !window->frame) leaving.insert(window->id);
+    }
+    // An application that has something else to show is not hidden.
+    std::set<pid_t> staying;
+    for (const auto& window : liveWindows_) {
+        if (window.isVisible && !leaving.contains(window.id)) staying.insert(window.processIdentifier);
+    }
+    std::vector<std::string> displaced;
+    for (const auto& id : leaving) {
+        const ManagedWindow window = *findLive(id);
+        if (staying.contains(window.processIdentifier)) {
+            minimizeWindow(window);
+        } else {
+            displaced.push_back(id);
+        }
+    }
+    presentDisplaced(displaced);
 }
 
 void WorkspaceController::takeUpZoom(const WorkspaceSessionZoom& zoom, const ResumedWindows& resumed) {

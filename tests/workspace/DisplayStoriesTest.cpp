@@ -1,11 +1,14 @@
 // Displays that are unplugged, stand by, change their size or their order, and what windows do meanwhile.
 #include "tests/harness/Desk.h"
 #include "tests/workspace/Seeds.h"
+#include "workspace/DisplaySuccession.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 #include <random>
+#include <utility>
 
 namespace kova {
 namespace {
@@ -212,6 +215,157 @@ TEST_F(Displays, FocusModeEndsWithThoseThatChangeBetweenALockAndTheWordOfIt) {
     desk.undergo(SystemActivityEvent::screenDidLock).advance(Seconds(60));
     desk.undergo(SystemActivityEvent::screenDidUnlock).advance(Seconds(12));
     EXPECT_FALSE(desk.state().focusMode->has_value());
+}
+
+/// The one that waits is not to be seen wherever its display is; it must be where somebody can get at it.
+TEST_F(Displays, WhoWaitsBehindAHomelessWindowCanBeReachedMeanwhile) {
+    const auto onC = desk.controller().tiles().back();
+    const std::string waiting = *onC.windowID;
+    const std::string namesake = tileTargetID(desk.displayIDOf("A"), onC.slot.id);
+    desk.desktop.close(desk.desktop.labelOfID(*desk.controller().tiles()[4].windowID));
+    desk.opens("Maps", {.frame = makeRect(5200, 100, 900, 700)}).settle();
+    const std::string front = desk.desktop.windowIDOf("Maps");
+    for (const bool isTileFree : {false, true}) {
+        SCOPED_TRACE(isTileFree);
+        desk.controller().placeWindow(front, onC.targetID, WorkspaceController::Focusing::yes);
+        desk.settle();
+        ASSERT_EQ(desk.controller().assignments().stackTargetOf(waiting), onC.targetID);
+        if (isTileFree) {
+            desk.desktop.close(desk.desktop.labelOfID(desk.controller().assignments().assignedWindowIDs.at(namesake)));
+            desk.settle();
+        }
+        const std::string before = desk.tiles();
+        const auto display = takeOut(desk, "C");
+        desk.advance(Seconds(3)).settle();
+        const auto& meanwhile = desk.controller().assignments();
+        EXPECT_EQ(meanwhile.stackTargetOf(waiting), namesake);
+        EXPECT_EQ(meanwhile.targetOf(front) == namesake, isTileFree);
+        desk.desktop.focusByHand(desk.desktop.labelOfID(meanwhile.assignedWindowIDs.at(namesake)));
+        for (std::size_t i = meanwhile.stackWindowIDsByTarget.at(namesake).size(); i > 0; --i) desk.cycleStack();
+        EXPECT_TRUE(desk.wasCarriedOut());
+        desk.desktop.addDisplay(display);
+        desk.settle();
+        EXPECT_EQ(desk.tiles(), before);
+    }
+}
+
+TEST_F(Displays, AZoomedWindowKeepsNobodyHomeless) {
+    struct Case {
+        const char* freeOn;
+        bool isPlacedAtOnce;
+    };
+    for (const Case& c : {Case{"B", true}, Case{"A", false}}) {
+        SCOPED_TRACE(c.freeOn);
+        Desk one;
+        prepare(one);
+        const auto holder = [&](const char* display, std::size_t slot) {
+            std::vector<std::string> labels;
+            for (const auto& tile : one.controller().tiles()) {
+                if (tile.displayID == one.displayIDOf(display)) labels.push_back(one.desktop.labelOfID(*tile.windowID));
+            }
+            return labels.at(slot);
+        };
+        const std::string zoomed = holder("A", 0);
+        one.desktop.close(holder(c.freeOn, 1));
+        one.settle();
+        (void)takeOut(one, "C");
+        one.advance(Seconds(1));
+        one.desktop.focusByHand(zoomed);
+        one.controller().perform(action::ToggleFocusZoom{});
+        one.advance(Seconds(3));
+        ASSERT_TRUE(one.state().focusMode->has_value());
+        EXPECT_EQ(std::ranges::count(one.tiles(), '-'), c.isPlacedAtOnce ? 0 : 1) << one.tiles();
+        one.zoom();
+        EXPECT_FALSE(one.state().focusMode->has_value());
+        EXPECT_EQ(std::ranges::count(one.tiles(), '-'), 0) << one.tiles();
+        EXPECT_TRUE(one.tiles().starts_with(zoomed)) << one.tiles();
+    }
+}
+
+/// As a virtual machine's, which has no name but its frame.
+class NamelessDisplay : public ::testing::Test {
+  protected:
+    NamelessDisplay() {
+        plugIn({1920, 1080});
+        desk.layout("jarvis.dual-split", "VM").opens("Mail").opens("Notes").arrange();
+        desk.opens("Codex").settle();
+        desk.controller().placeWindow(desk.desktop.windowIDOf("Codex"), desk.controller().tiles().back().targetID,
+                                      WorkspaceController::Focusing::yes);
+        desk.settle();
+        before = windowsInTiles();
+    }
+    void plugIn(CGSize size) {
+        desk.desktop.addDisplay({.name = "VM", .size = size, .origin = CGPoint{0, 0}, .canTellUUID = false});
+        desk.desktop.queue().runDue();
+    }
+    /// Per tile, who is in front and who waits.
+    std::string windowsInTiles() {
+        std::string text;
+        for (const auto& tile : desk.controller().tiles()) {
+            text += tile.slot.id + ":";
+            if (tile.windowID) text += " " + desk.desktop.labelOfID(*tile.windowID);
+            for (const auto& waiting : tile.stack) text += " +" + desk.desktop.labelOfID(waiting);
+            text += "\n";
+        }
+        return text;
+    }
+    Desk desk;
+    std::string before;
+};
+
+TEST_F(NamelessDisplay, KeepsItsWindowsAndItsLayoutInEverySize) {
+    const std::vector<std::pair<const char*, std::function<void(CGSize)>>> ways = {
+        {"at once", [&](CGSize size) { desk.desktop.resizeDisplay("VM", size); }},
+        {"gone for a moment",
+         [&](CGSize size) {
+             desk.desktop.removeDisplay("VM");
+             desk.advance(Seconds(0.5));
+             plugIn(size);
+         }},
+        {"asleep",
+         [&](CGSize size) {
+             desk.sleep().advance(Seconds(60));
+             desk.desktop.removeDisplay("VM");
+             desk.advance(Seconds(60));
+             plugIn(size);
+             desk.wake().advance(Seconds(15));
+         }},
+        {"while no agent ran",
+         [&](CGSize size) {
+             desk.stop();
+             desk.desktop.resizeDisplay("VM", size);
+             desk.restart();
+         }},
+    };
+    double width = 1920;
+    for (const auto& [what, resizeTo] : ways) {
+        SCOPED_TRACE(what);
+        width += 320;
+        resizeTo({width, 1200});
+        desk.settle().settle();
+        EXPECT_EQ(windowsInTiles(), before);
+        const auto profile = *desk.state().profile;
+        EXPECT_LE(profile.layoutSelectionsByDisplay.size(), 3u) << "sizes that are over are forgotten";
+    }
+    desk.move(WorkspaceDirection::left);
+    EXPECT_NE(windowsInTiles(), before);
+    desk.desktop.resizeDisplay("VM", {1280, 800});
+    desk.settle().undo();
+    EXPECT_EQ(windowsInTiles(), before);
+}
+
+TEST(DisplaySuccession, IsGuessedOnlyWhereThereIsOneAnswer) {
+    const std::string a = "display-0-0-1920x1080", b = "display--1920-0-1920x1080", c = "display-0-0-1280x800";
+    const std::string other = "display-1920-0-2560x1440", device = "display-8A0F0DCC-11C8-8F52-9AAC-00DE52A1B4F5";
+    using Ids = std::set<std::string>;
+    using Pairs = std::map<std::string, std::string>;
+    EXPECT_EQ(successorsOfDisplays(Ids{a}, Ids{c}), (Pairs{{a, c}}));
+    EXPECT_EQ(successorsOfDisplays(Ids{a, device}, Ids{c}), (Pairs{{a, c}}));
+    EXPECT_EQ(successorsOfDisplays(Ids{device}, Ids{c}), Pairs{});
+    EXPECT_EQ(successorsOfDisplays(Ids{a}, Ids{device}), Pairs{});
+    EXPECT_EQ(successorsOfDisplays(Ids{a, other}, Ids{b, c}), (Pairs{{a, b}, {other, c}})) << "the size tells";
+    EXPECT_EQ(successorsOfDisplays(Ids{a, b}, Ids{c}), Pairs{});
+    EXPECT_EQ(successorsOfDisplays(Ids{a}, Ids{c, other}), Pairs{});
 }
 
 /// Down to no display at all and back, in any order, fast or slowly, awake or asleep, in another order of the displays

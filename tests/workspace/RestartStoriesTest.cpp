@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <utility>
 
 namespace kova {
 namespace {
@@ -56,6 +57,48 @@ TEST_F(Restart, ACrashLosesNothingAndMovesNothing) {
     EXPECT_EQ(desk.tiles().substr(0, 5), "Notes");
 }
 
+/// On a desktop that brings back what was hidden when its agent ends.
+TEST_F(Restart, AnUpgradeGivesTheSamePicture) {
+    struct Case {
+        const char* what;
+        std::function<void()> meanwhile;
+        bool isPutAway;
+    };
+    const std::string waiting =
+        kova().tiles().front().stack.back() == desk.desktop.windowIDOf("Mail") ? "Mail" : "Terminal";
+    std::string second;
+    const std::vector<Case> cases = {
+        {"nothing", [] {}, true},
+        {"another window of the waiting application", [&] { second = desk.desktop.open(waiting); }, true},
+        {"the user works in it", [&] { desk.desktop.focusByHand(waiting); }, false},
+        {"the user has moved it", [&] { desk.desktop.moveByHand(waiting, makeRect(700, 300, 500, 400)); }, false},
+        {"nobody is before it any more", [&] { desk.desktop.quit("Notes"); }, false},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        ASSERT_FALSE(desk.desktop.isOnScreen(desk.desktop.window(waiting)));
+        desk.stop();
+        desk.desktop.hideByHand(waiting, false);
+        desk.desktop.minimizeByHand(waiting, false);
+        desk.desktop.focusByHand("Notes");
+        c.meanwhile();
+        desk.desktop.takeJournal();
+        desk.restart();
+        EXPECT_EQ(desk.desktop.isOnScreen(desk.desktop.window(waiting)), !c.isPutAway);
+        EXPECT_NE(desk.desktop.takeJournal().empty(), c.isPutAway);
+        if (!second.empty()) {
+            EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window(second)));
+            desk.desktop.close(std::exchange(second, ""));
+        }
+        if (!desk.desktop.isRunning("Notes")) break;
+        EXPECT_EQ(kova().assignments(), assignments);
+        desk.desktop.focusByHand("Notes");
+        desk.cycleStack();
+        EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window(waiting)));
+        desk.cycleStack();
+    }
+}
+
 TEST_F(Restart, AZoomedWindowStaysZoomedAndGoesBack) {
     const std::string before = desk.tiles();
     desk.zoom().advance(Seconds(1));
@@ -96,6 +139,22 @@ TEST_F(Restart, ADisplayThatReturnsWhileNoAgentRunsHasItsWindowsBack) {
         desk.desktop.removeDisplay("B");
         desk.settle();
     }
+}
+
+TEST_F(Restart, ADisplayThatGoesWhileNoAgentRunsLeavesNobodyWithoutATile) {
+    desk.display(2560, 1440, "B").layout("jarvis.dual-split");
+    desk.opens("Codex", {.frame = makeRect(2700, 100, 900, 700)}).arrange();
+    desk.desktop.close("Terminal");
+    desk.settle();
+    const std::string before = desk.tiles();
+    const CGRect frame = desk.desktop.frameOfDisplay("B");
+    meanwhile = [&] { desk.desktop.removeDisplay("B"); };
+    isKilledAndFollowed().settle();
+    EXPECT_TRUE(kova().assignments().isAssigned(desk.desktop.windowIDOf("Codex")));
+    for (const auto& tile : kova().tiles()) EXPECT_TRUE(tile.windowID) << desk.tiles();
+    desk.desktop.addDisplay({.name = "B", .size = frame.size, .origin = frame.origin});
+    desk.settle();
+    EXPECT_EQ(desk.tiles(), before);
 }
 
 TEST_F(Restart, WhoIsGoneIsGoneAndWhoDoesNotAnswerYetIsAwaited) {
