@@ -8,6 +8,9 @@ namespace kova {
 
 namespace {
 
+constexpr Seconds kPatienceWithFirstLook{0.5};
+constexpr Seconds kPauseBeforeWindowsAreKnown{0.002};
+
 template <class Controller>
 std::optional<SystemSetting> settingOf(Controller* controller, SystemSetting (*setting)(Controller&)) {
     return controller ? std::optional(setting(*controller)) : std::nullopt;
@@ -51,7 +54,15 @@ std::optional<std::string> SessionAgent::start(AgentClaim claim) {
     log(LogLevel::note, "kova-agent " KOVA_VERSION " manages this session");
     delegate_.applicationDidFinishLaunching();
     if (const auto text = firstSteps()) log(LogLevel::note, *text);
+    serveOnceWindowsAreKnown(queue_.uptime() + kPatienceWithFirstLook);
     return std::nullopt;
+}
+
+/// Whoever starts the agent and at once has it arrange means the windows that are there. A session that is locked is
+/// not waited for.
+void SessionAgent::serveOnceWindowsAreKnown(Seconds until) {
+    if (delegate_.workspace().hasLooked() || queue_.uptime() >= until) return server_->serve();
+    queue_.after(kPauseBeforeWindowsAreKnown, lifetime_.guard([this, until] { serveOnceWindowsAreKnown(until); }));
 }
 
 std::optional<std::string> SessionAgent::firstSteps() {

@@ -32,8 +32,8 @@ class SessionAgent {
     /// said.
     static std::optional<AgentClaim> claimSession(const std::function<void(const std::string&)>& complain);
 
-    /// Listens at the socket and begins to manage windows. Absent when it does; else what is in the way, in words for a
-    /// person.
+    /// Listens at the socket and begins to manage windows; clients are served once these are known. Absent when it
+    /// does; else what is in the way, in words for a person.
     [[nodiscard]] std::optional<std::string> start(AgentClaim claim);
     /// The desktop gets back what was borrowed. The socket is open until the agent is gone.
     void stop() { delegate_.stopWorkspace(); }
@@ -43,12 +43,15 @@ class SessionAgent {
     std::optional<std::string> firstSteps();
 
   private:
+    void serveOnceWindowsAreKnown(Seconds until);
+
     MainQueue& queue_;
     AppDelegate delegate_;
     const Acquaintance acquaintance_; // as it was found
     Subscription messages_;
     ControlMethods methods_;
     std::optional<ControlServer> server_;
+    Lifetime lifetime_;
 };
 
 } // namespace kova

@@ -94,12 +94,15 @@ class ControlServer::Listener {
         acceptor_.assign(Local(), listening, error);
         if (error) return "Cannot listen at " + claim_.socketPath() + ": " + error.message();
         try {
-            accept();
             thread_ = std::thread([this] { run(); });
         } catch (const std::system_error& failure) {
             return std::string("Cannot start the control thread: ") + failure.what();
         }
         return std::nullopt;
+    }
+
+    void serve() {
+        asio::post(*context_, [this] { accept(); });
     }
 
   private:
@@ -200,6 +203,10 @@ ControlServer::~ControlServer() = default;
 
 std::optional<std::string> ControlServer::start() {
     return listener_->start();
+}
+
+void ControlServer::serve() {
+    listener_->serve();
 }
 
 } // namespace kova

@@ -33,8 +33,11 @@ class ControlServer {
     ControlServer(const ControlServer&) = delete;
     ControlServer& operator=(const ControlServer&) = delete;
 
-    /// Begins to listen. Absent when it does; else what is in the way, in words for a person.
+    /// From now on clients can connect; they wait until `serve`. Absent when it listens; else what is in the way, in
+    /// words for a person.
     std::optional<std::string> start();
+    /// Begins to read what they send. Once, after `start`.
+    void serve();
 
   private:
     class Listener;

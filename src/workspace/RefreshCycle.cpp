@@ -86,6 +86,7 @@ void RefreshCycle::receive(PollResult result, std::int64_t generation) {
     isPollInFlight_ = false;
     if (!isRunning_ || isSuspended_) return;
     appliedChangeCount_ = result.changeCount;
+    hasResult_ = true;
     callbacks_.apply(std::move(result));
 }
 

@@ -52,6 +52,8 @@ class RefreshCycle {
 
     bool isRunning() const { return isRunning_; }
     bool isSuspended() const { return isSuspended_; }
+    /// Whether a result was ever applied.
+    bool hasResult() const { return hasResult_; }
     /// True while the timer is off because the desktop vouches that nothing changed.
     bool isResting() const { return isResting_; }
 
@@ -74,6 +76,7 @@ class RefreshCycle {
     bool isSuspended_ = false;
     bool isPollInFlight_ = false;
     bool isResting_ = false;
+    bool hasResult_ = false;
     std::int64_t generation_ = 0;
     Seconds nextTick_{0}; // uptime
     std::shared_ptr<ScheduledWork> timer_;

@@ -62,6 +62,7 @@ class WorkspaceController {
     void refresh();
     void recheckAccessibility();
     bool isRunning() const { return refreshCycle_.isRunning(); }
+    bool hasLooked() const { return refreshCycle_.hasResult(); } // knows the windows, if it may
     /// Around sleep, lock and session switches: no poll, no window moves, until resumed.
     void suspendForSystemTransition();
     void resumeAfterSystemTransition();

@@ -1,9 +1,12 @@
 // The real agent, from its start to each of its ends.
 #include "support/Version.h"
 #include "tests/agent/Session.h"
+#include "tests/desktop/TestClient.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -40,6 +43,23 @@ TEST_F(AgentLife, OneAgentHasTheSessionAndSignalsEndItCleanly) {
         EXPECT_EQ(ended->output, "");
         EXPECT_FALSE(std::filesystem::exists(session.socket()));
         EXPECT_EQ(session.kova({"status"}).exitCode, 3);
+    }
+}
+
+TEST_F(AgentLife, TheFirstCommandFindsTheWindowsThatAreThere) {
+    PrivateServer server("800x600");
+    TestClient client(server.displayName(), "Drawing", static_cast<std::uint32_t>(getpid()));
+    for (int i = 0; i < 40; ++i) client.open({.title = std::to_string(i)});
+    for (int start = 0; start < 5; ++start) {
+        const std::string home = server.folder() + "/" + std::to_string(start); // nothing to be taken up from the last
+        std::filesystem::create_directory(home);
+        Session session(home, server.displayName());
+        session.startAgent();
+        session.run({"/bin/sh", "-c", "until " KOVA_COMMAND " arrange; do :; done"});
+        const auto tiles = session.query("tiles");
+        EXPECT_TRUE(std::ranges::any_of(tiles, [](const auto& tile) { return !tile.at("window").is_null(); }));
+        EXPECT_EQ(session.kova({"quit"}).exitCode, 0);
+        session.waitForAgent();
     }
 }
 

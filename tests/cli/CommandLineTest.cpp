@@ -94,6 +94,7 @@ TEST_F(CommandLine, AnAgentOfAnotherVersionIsNotMisunderstood) {
     endServer();
     ControlServer answers(std::get<AgentClaim>(AgentClaim::take({socketPath(), true})), desk.desktop.queue(), other);
     ASSERT_EQ(answers.start(), std::nullopt);
+    answers.serve();
     for (const Words& words : {Words{"status"}, {"layout", "list"}, {"shortcut", "record", "undo"}, {"subscribe"}}) {
         auto command = begin(words);
         EXPECT_EQ(command->wait(), 1) << words[0];

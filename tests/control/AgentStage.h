@@ -48,6 +48,7 @@ class AgentStage {
         auto claim = AgentClaim::take({socketPath(), true});
         server.emplace(std::get<AgentClaim>(std::move(claim)), desk.desktop.queue(), *methods);
         EXPECT_EQ(server->start(), std::nullopt);
+        server->serve();
     }
 
     std::string socketPath() const { return (folder.path() / "kova" / "agent.sock").string(); }

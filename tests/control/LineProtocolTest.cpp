@@ -48,6 +48,7 @@ class LineProtocol : public testing::Test {
         ASSERT_TRUE(std::holds_alternative<AgentClaim>(claim)) << std::get<AgentClaimRefusal>(claim).message;
         server.emplace(std::get<AgentClaim>(std::move(claim)), queue, agent, limits);
         ASSERT_EQ(server->start(), std::nullopt);
+        server->serve();
     }
     SocketClient client() {
         return SocketClient(path(), [this] { queue.runDue(); });
