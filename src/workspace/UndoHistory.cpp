@@ -12,15 +12,20 @@ void renameIn(std::set<std::string>& windowIDs, const std::string& windowID, con
     if (windowIDs.erase(windowID) > 0) windowIDs.insert(newID);
 }
 
+template <class Change>
+void changeTiles(WorkspaceUndoSnapshot& snapshot, const Change& change) {
+    TileAssignments tiles{std::move(snapshot.assignedWindowIDs), std::move(snapshot.stackWindowIDsByTarget),
+                          std::move(snapshot.placementAnchors)};
+    change(tiles);
+    snapshot.assignedWindowIDs = std::move(tiles.assignedWindowIDs);
+    snapshot.stackWindowIDsByTarget = std::move(tiles.stackWindowIDsByTarget);
+    snapshot.placementAnchors = std::move(tiles.anchorTargetIDsByWindowID);
+}
+
 } // namespace
 
 void WorkspaceUndoSnapshot::rename(const std::string& windowID, const std::string& newID) {
-    TileAssignments assignments{std::move(assignedWindowIDs), std::move(stackWindowIDsByTarget),
-                                std::move(placementAnchors)};
-    assignments.rename(windowID, newID);
-    assignedWindowIDs = std::move(assignments.assignedWindowIDs);
-    stackWindowIDsByTarget = std::move(assignments.stackWindowIDsByTarget);
-    placementAnchors = std::move(assignments.anchorTargetIDsByWindowID);
+    changeTiles(*this, [&](TileAssignments& tiles) { tiles.rename(windowID, newID); });
     if (auto frame = windowFrames.extract(windowID)) {
         frame.key() = newID;
         windowFrames.insert(std::move(frame));
@@ -30,12 +35,7 @@ void WorkspaceUndoSnapshot::rename(const std::string& windowID, const std::strin
 }
 
 void WorkspaceUndoSnapshot::renameDisplay(const std::string& displayID, const std::string& newID) {
-    TileAssignments assignments{std::move(assignedWindowIDs), std::move(stackWindowIDsByTarget),
-                                std::move(placementAnchors)};
-    assignments.renameDisplay(displayID, newID);
-    assignedWindowIDs = std::move(assignments.assignedWindowIDs);
-    stackWindowIDsByTarget = std::move(assignments.stackWindowIDsByTarget);
-    placementAnchors = std::move(assignments.anchorTargetIDsByWindowID);
+    changeTiles(*this, [&](TileAssignments& tiles) { tiles.renameDisplay(displayID, newID); });
     copyDisplay(profile, displayID, newID);
 }
 

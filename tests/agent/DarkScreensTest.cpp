@@ -149,12 +149,7 @@ class DarkScreens : public ::testing::Test {
         return moves;
     }
     void settle() {
-        int quiet = 0;
-        EXPECT_TRUE(eventually([&] {
-            usleep(100'000);
-            quiet = takeMoves() == 0 ? quiet + 1 : 0;
-            return quiet >= 15;
-        }));
+        EXPECT_TRUE(comesToRest([this] { return takeMoves(); }, std::chrono::milliseconds(1500)));
     }
 
     std::optional<SwitchableServer> server_;

@@ -55,12 +55,7 @@ class Restart : public ::testing::TestWithParam<Manager> {
     }
     /// Until nothing has moved for a while; by then everything is on record.
     void settle() {
-        int quiet = 0;
-        EXPECT_TRUE(eventually([&] {
-            usleep(100'000);
-            quiet = takeMoves() == 0 ? quiet + 1 : 0;
-            return quiet >= 30;
-        }));
+        EXPECT_TRUE(comesToRest([this] { return takeMoves(); }, std::chrono::milliseconds(3000)));
     }
     int takeMoves() {
         drawing_.sync();

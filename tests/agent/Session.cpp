@@ -41,6 +41,16 @@ bool eventually(const std::function<bool()>& holds, std::chrono::seconds patienc
     return true;
 }
 
+bool comesToRest(const std::function<int()>& takeMoves, std::chrono::milliseconds quietFor) {
+    constexpr std::chrono::milliseconds kBetweenLooks(100);
+    std::chrono::milliseconds quiet(0);
+    return eventually([&] {
+        std::this_thread::sleep_for(kBetweenLooks);
+        quiet = takeMoves() == 0 ? quiet + kBetweenLooks : std::chrono::milliseconds(0);
+        return quiet >= quietFor;
+    });
+}
+
 Session::Session(const std::string& folder, const std::string& displayName) :
     folder_(folder), environment_{{"HOME", folder},
                                   {"PATH", "/usr/bin:/bin"},

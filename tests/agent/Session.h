@@ -58,4 +58,8 @@ class Session {
 /// False when it does not hold within that time.
 bool eventually(const std::function<bool()>& holds, std::chrono::seconds patience = std::chrono::seconds(20));
 
+/// Waits until nothing has moved for that long; `takeMoves` counts what has since it was last asked. False when things
+/// go on moving for twenty seconds.
+bool comesToRest(const std::function<int()>& takeMoves, std::chrono::milliseconds quietFor);
+
 } // namespace kova::testing
