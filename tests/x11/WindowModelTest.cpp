@@ -118,6 +118,27 @@ TEST_F(Model, TakesANumberThatIsGivenOutAgainForAnotherWindow) {
     EXPECT_EQ(window().stale, std::uint32_t{stale::all});
 }
 
+TEST_F(Model, BelievesTheManagerAboutTheKeyboardWhileThereIsOne) {
+    const auto focus = [&](std::uint8_t type, std::uint32_t sequence) {
+        xcb_generic_event_t whole{};
+        auto& event = reinterpret_cast<xcb_focus_in_event_t&>(whole);
+        event.response_type = type;
+        event.event = kWindow;
+        whole.full_sequence = sequence;
+        model.apply(whole);
+        return model.activeWindow;
+    };
+    // The manager announces a moment later what the server did at once, and in between what was before.
+    model.activeWindow = kFrame;
+    EXPECT_EQ(focus(XCB_FOCUS_IN, 20), kFrame);
+    model.activeWindow = kWindow;
+    EXPECT_EQ(focus(XCB_FOCUS_OUT, 30), kWindow);
+
+    model.setWindowManager({}, Seconds(1));
+    EXPECT_EQ(focus(XCB_FOCUS_OUT, 40), kNoWindow);
+    EXPECT_EQ(focus(XCB_FOCUS_IN, 50), kWindow);
+}
+
 TEST_F(Model, MeasuresNothingWhileAFrameIsBehindItsWindow) {
     announceDecorations({1, 1, 20, 5}, 12);
     model.takeMeasuredFrame(window(), {1, 1, 20, 5}, 13);

@@ -269,7 +269,9 @@ EventEffects WindowModel::removeTopLevel(xcb_window_t window) {
 }
 
 EventEffects WindowModel::applyFocus(xcb_window_t window, bool gained, std::uint32_t sequence) {
-    if (!client(window)) return {};
+    // A window manager says itself who is active, a moment after the focus has moved: whoever listened to both would see
+    // the keyboard go back and forth.
+    if (manager_.isPresent || !client(window)) return {};
     focusTold_ = sequence;
     if (gained) {
         activeWindow = window;
