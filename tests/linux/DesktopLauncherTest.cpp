@@ -176,6 +176,8 @@ TEST_F(Launching, ATerminalIsOpenedForWhatNeedsOne) {
 TEST_F(Launching, ManyAtOnceAreAllStartedAndReaped) {
     install("quick", "Exec=true\n");
     install("broken", "Exec=/bin/true\nPath=/nowhere\n");
+    const auto descriptors = [] { return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}); };
+    const auto before = descriptors();
     int started = 0, failed = 0;
     std::vector<pid_t> processes;
     for (int i = 0; i < 40; ++i) {
@@ -189,10 +191,7 @@ TEST_F(Launching, ManyAtOnceAreAllStartedAndReaped) {
     EXPECT_TRUE(runUntil([&] {
         return std::none_of(processes.begin(), processes.end(), [&](pid_t process) { return isThere(process); });
     }));
-    const auto descriptors = [] { return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}); };
-    const auto before = descriptors();
-    EXPECT_EQ(launch("quick").error, std::nullopt);
-    EXPECT_TRUE(runUntil([&] { return descriptors() == before; }));
+    EXPECT_TRUE(runUntil([&] { return descriptors() == before; })) << descriptors() << ", before " << before;
 }
 
 TEST_F(Launching, WhatMenusShowCanBeListed) {
