@@ -12,20 +12,19 @@ void renameIn(std::set<std::string>& windowIDs, const std::string& windowID, con
     if (windowIDs.erase(windowID) > 0) windowIDs.insert(newID);
 }
 
-template <class Change>
-void changeTiles(WorkspaceUndoSnapshot& snapshot, const Change& change) {
-    TileAssignments tiles{std::move(snapshot.assignedWindowIDs), std::move(snapshot.stackWindowIDsByTarget),
-                          std::move(snapshot.placementAnchors)};
-    change(tiles);
-    snapshot.assignedWindowIDs = std::move(tiles.assignedWindowIDs);
-    snapshot.stackWindowIDsByTarget = std::move(tiles.stackWindowIDsByTarget);
-    snapshot.placementAnchors = std::move(tiles.anchorTargetIDsByWindowID);
-}
-
 } // namespace
 
+void WorkspaceUndoSnapshot::changeAssignments(const std::function<void(TileAssignments&)>& change) {
+    TileAssignments assignments{std::move(assignedWindowIDs), std::move(stackWindowIDsByTarget),
+                                std::move(placementAnchors)};
+    change(assignments);
+    assignedWindowIDs = std::move(assignments.assignedWindowIDs);
+    stackWindowIDsByTarget = std::move(assignments.stackWindowIDsByTarget);
+    placementAnchors = std::move(assignments.anchorTargetIDsByWindowID);
+}
+
 void WorkspaceUndoSnapshot::rename(const std::string& windowID, const std::string& newID) {
-    changeTiles(*this, [&](TileAssignments& tiles) { tiles.rename(windowID, newID); });
+    changeAssignments([&](TileAssignments& tiles) { tiles.rename(windowID, newID); });
     if (auto frame = windowFrames.extract(windowID)) {
         frame.key() = newID;
         windowFrames.insert(std::move(frame));
@@ -35,7 +34,7 @@ void WorkspaceUndoSnapshot::rename(const std::string& windowID, const std::strin
 }
 
 void WorkspaceUndoSnapshot::renameDisplay(const std::string& displayID, const std::string& newID) {
-    changeTiles(*this, [&](TileAssignments& tiles) { tiles.renameDisplay(displayID, newID); });
+    changeAssignments([&](TileAssignments& tiles) { tiles.renameDisplay(displayID, newID); });
     copyDisplay(profile, displayID, newID);
 }
 

@@ -7,6 +7,7 @@
 
 #include <sys/types.h>
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -26,6 +27,8 @@ struct WorkspaceUndoSnapshot {
     std::optional<Uuid> activeSceneID;
     WorkspaceProfile profile;
     std::string accentColorID;
+    /// Who stands and waits where, and how it got there, is what `change` makes of it.
+    void changeAssignments(const std::function<void(TileAssignments&)>& change);
     /// The window is known under another id from now on.
     void rename(const std::string& windowID, const std::string& newID);
     /// And so is the display, whose layout goes with it.

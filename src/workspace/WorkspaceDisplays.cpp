@@ -291,19 +291,17 @@ void WorkspaceController::keepBesideFocusMode(const std::vector<std::string>& fr
                                               const std::vector<std::string>& waiting) {
     if (!focusZoomSnapshot_) return;
     WorkspaceUndoSnapshot& snapshot = *focusZoomSnapshot_;
-    TileAssignments then{snapshot.assignedWindowIDs, snapshot.stackWindowIDsByTarget, snapshot.placementAnchors};
+    snapshot.changeAssignments([&](TileAssignments& then) {
+        for (const auto& id : fronts) then.adopt(id, assignments_);
+        for (const auto& id : waiting) {
+            if (const auto tile = assignments_.stackTargetOf(id)) {
+                then.insertIntoStack(*tile, id, TileAssignments::StackPosition::behind);
+            }
+        }
+    });
     for (const auto& id : fronts) {
-        then.adopt(id, assignments_);
         if (const auto frame = frameForWindow(id)) snapshot.windowFrames[id] = *frame;
     }
-    for (const auto& id : waiting) {
-        if (const auto tile = assignments_.stackTargetOf(id)) {
-            then.insertIntoStack(*tile, id, TileAssignments::StackPosition::behind);
-        }
-    }
-    snapshot.assignedWindowIDs = std::move(then.assignedWindowIDs);
-    snapshot.stackWindowIDsByTarget = std::move(then.stackWindowIDsByTarget);
-    snapshot.placementAnchors = std::move(then.anchorTargetIDsByWindowID);
 }
 
 TileAssignments WorkspaceController::assignmentsOnAbsentDisplays() const {

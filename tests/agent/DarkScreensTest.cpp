@@ -143,13 +143,9 @@ class DarkScreens : public ::testing::Test {
         }
         return all;
     }
-    int takeMoves() {
-        int moves = 0;
-        for (const auto window : windows_) moves += drawing_->takeConfigureCount(window);
-        return moves;
-    }
     void settle() {
-        EXPECT_TRUE(comesToRest([this] { return takeMoves(); }, std::chrono::milliseconds(1500)));
+        EXPECT_TRUE(
+            comesToRest([this] { return drawing_->takeConfigureCount(windows_); }, std::chrono::milliseconds(1500)));
     }
 
     std::optional<SwitchableServer> server_;
@@ -194,13 +190,13 @@ TEST_F(DarkScreens, SuspendTheWorkspaceUntilTheyAreLitAgain) {
 
 TEST_F(DarkScreens, MayLeaveTheirServerAndComeBackLate) {
     const std::string before = picture();
-    takeMoves();
+    drawing_->takeConfigureCount(windows_);
     power("off");
     ASSERT_TRUE(hasSlept(1));
     session_->run({"xrandr", "--delmonitor", "right"});
     // Much longer than a display may be away from a workspace that is not suspended.
     sleep(3);
-    EXPECT_EQ(takeMoves(), 0);
+    EXPECT_EQ(drawing_->takeConfigureCount(windows_), 0);
     power("on");
     ASSERT_TRUE(hasWoken(1));
     ASSERT_TRUE(eventually([&] { return session_->query("displays").size() == 1; }));

@@ -56,13 +56,9 @@ class RealDisplays : public ::testing::TestWithParam<Manager> {
         EXPECT_EQ(picture(), picture_);
         return isSo;
     }
-    int takeMoves() {
-        int moves = 0;
-        for (const auto window : windows_) moves += drawing_.takeConfigureCount(window);
-        return moves;
-    }
     void settle() {
-        EXPECT_TRUE(comesToRest([this] { return takeMoves(); }, std::chrono::milliseconds(1500)));
+        EXPECT_TRUE(
+            comesToRest([this] { return drawing_.takeConfigureCount(windows_); }, std::chrono::milliseconds(1500)));
     }
 
     PrivateServer server_{"1920x1080"};

@@ -194,6 +194,12 @@ int TestClient::takeConfigureCount(xcb_window_t window) {
     return std::exchange(configureCounts_[window], 0);
 }
 
+int TestClient::takeConfigureCount(const std::vector<xcb_window_t>& windows) {
+    int count = 0;
+    for (const auto window : windows) count += takeConfigureCount(window);
+    return count;
+}
+
 CGRect TestClient::area(xcb_window_t window) const {
     const auto read = [&] {
         const auto sizeAsked = xcb_get_geometry(connection_, window);

@@ -60,6 +60,7 @@ class TestClient {
 
     /// How often the window was told of a new geometry since the last time this was asked, made-up events included.
     int takeConfigureCount(xcb_window_t window);
+    int takeConfigureCount(const std::vector<xcb_window_t>& windows); // of all of them together
     /// How often the window was asked to close since it was opened.
     int deleteCount(xcb_window_t window);
     /// The client's own area as the server has it, in root coordinates, and the same grown by _NET_FRAME_EXTENTS.

@@ -56,7 +56,7 @@ TEST_P(Windows, StandWhereTheyArePutAndAreToldOnce) {
         client->open({.title = "Large", .frame = makeRect(100, 100, 700, 500), .minimumSize = CGSize{650, 450}});
     desk.openDesktop();
     EXPECT_TRUE(desk.showsExactly({"Large", "Left", "Right"}));
-    for (const auto window : {left, right, large}) client->takeConfigureCount(window);
+    client->takeConfigureCount(std::vector{left, right, large});
 
     // A wish that is not answered in time is repeated, so only what is answered at once tells how often it was made.
     bool wasPrompt = false;
