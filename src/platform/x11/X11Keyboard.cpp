@@ -5,6 +5,7 @@
 #include <xcb/xinput.h>
 
 #include <algorithm>
+#include <map>
 
 namespace kova::x11 {
 
@@ -13,10 +14,6 @@ namespace {
 constexpr std::uint16_t kXkbMajor = 1, kXkbMinor = 0;
 constexpr xcb_xkb_device_spec_t kCoreKeyboard = XCB_XKB_ID_USE_CORE_KBD;
 constexpr std::uint16_t kMapParts = XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
-/// A press so long after the last one of the same key is no repetition: its release was lost. In milliseconds.
-constexpr xcb_timestamp_t kLongestRepeatDelay = 3000;
-/// The same for a key whose release nobody tells us of.
-constexpr xcb_timestamp_t kUsualRepeatDelay = 800;
 /// For as long as a menu takes to close.
 constexpr int kRecordingTries = 20;
 
@@ -123,10 +120,10 @@ bool Keyboard::takeError(const xcb_generic_event_t& event) {
 bool Keyboard::takeKey(const xcb_key_press_event_t& event, bool isPress) {
     if (event.event != connection_.root()) return false; // of a divider's handle
     if (!isPress) {
-        down_.erase(event.detail);
+        if (held_.release(event.detail) && !hasKeyboard_) loseSightOfKeys();
         return true;
     }
-    const bool isHeld = isRepeat(event);
+    const bool isHeld = held_.press(event.detail, event.time);
     const auto code = map_.macKeyCode(event.detail);
     if (!code || !(hasKeyboard_ || isListening_)) return true;
     news_.push_back({hasKeyboard_ ? KeyNews::Kind::recorded : KeyNews::Kind::pressed,
@@ -134,12 +131,13 @@ bool Keyboard::takeKey(const xcb_key_press_event_t& event, bool isPress) {
     return true;
 }
 
-bool Keyboard::isRepeat(const xcb_key_press_event_t& event) {
-    const auto [key, isNew] = down_.try_emplace(event.detail);
-    // The server's clock turns over.
-    const bool isHeld = !isNew && static_cast<std::int32_t>(key->second - event.time) >= 0;
-    key->second = event.time + kLongestRepeatDelay;
-    return isHeld;
+/// Some may still be down; whether they repeat is told by how long the server waits for that.
+void Keyboard::loseSightOfKeys() {
+    held_.loseSight();
+    mustSend_ = true;
+    asked_.emplace_back().add(xcb_xkb_get_controls(connection_.get(), kCoreKeyboard), [this](const void* reply) {
+        if (reply) held_.setRepeatDelay(static_cast<const xcb_xkb_get_controls_reply_t*>(reply)->repeatDelay);
+    });
 }
 
 bool Keyboard::act() {
@@ -315,8 +313,7 @@ void Keyboard::record(bool records) {
     recordingTries_ = 0;
     if (!records && std::exchange(hasKeyboard_, false)) {
         xcb_ungrab_keyboard(connection_.get(), XCB_CURRENT_TIME);
-        mustSend_ = true;
-        for (auto& [key, until] : down_) until -= kLongestRepeatDelay - kUsualRepeatDelay;
+        loseSightOfKeys();
     }
     updateClaims();
     if (records) tryRecording();

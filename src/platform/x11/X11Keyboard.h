@@ -6,12 +6,12 @@
 // that may have changed; nothing wakes up for that alone.
 #pragma once
 
+#include "platform/x11/HeldKeys.h"
 #include "platform/x11/Questions.h"
 #include "platform/x11/X11KeyboardMap.h"
 
 #include <deque>
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
 #include <utility>
@@ -76,7 +76,7 @@ class Keyboard {
     void takeMap(const void* names, const void* map);
     bool takeError(const xcb_generic_event_t& event);
     bool takeKey(const xcb_key_press_event_t& event, bool isPress);
-    bool isRepeat(const xcb_key_press_event_t& event);
+    void loseSightOfKeys();
     std::vector<Claim> wantedClaims() const;
     void updateClaims();
     void grab(Claim& claim);
@@ -107,8 +107,7 @@ class Keyboard {
     bool areAnswersIn_ = false;
     bool mustTell_ = false; // that the claims are known, even if nothing about them is new
 
-    /// The keys that are down, and until when another press of one is taken for its repetition.
-    std::map<xcb_keycode_t, xcb_timestamp_t> down_;
+    HeldKeys held_;
     bool mustSend_ = false;
     std::vector<KeyNews> news_;
 };

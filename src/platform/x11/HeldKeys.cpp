@@ -1,0 +1,41 @@
+#include "platform/x11/HeldKeys.h"
+
+namespace kova::x11 {
+
+namespace {
+
+/// A press so long after the last one of the same key is no repetition: its release was lost. In milliseconds.
+constexpr std::int32_t kLongestRepeatDelay = 3000;
+/// A repetition comes hardly before its time, and when the server is busy a little after it.
+constexpr std::int32_t kTooEarly = 10, kTooLate = 100;
+
+} // namespace
+
+bool HeldKeys::press(xcb_keycode_t key, xcb_timestamp_t time) {
+    if (!first_) first_ = key;
+    const auto [known, isNew] = held_.try_emplace(key);
+    const bool repeats = !isNew && isRepetition(known->second, time);
+    known->second = {.pressed = time, .repeats = repeats};
+    return repeats;
+}
+
+bool HeldKeys::isRepetition(const Held& held, xcb_timestamp_t time) const {
+    const auto since = static_cast<std::int32_t>(time - held.pressed);
+    if (held.isInSight) return since <= kLongestRepeatDelay;
+    // It may have been let go since: only what comes when the server would repeat it is taken for that.
+    return since <= repeatDelay_ + kTooLate && (held.repeats || since >= repeatDelay_ - kTooEarly);
+}
+
+bool HeldKeys::release(xcb_keycode_t key) {
+    held_.erase(key);
+    if (first_ != key) return false;
+    first_.reset();
+    return !held_.empty();
+}
+
+void HeldKeys::loseSight() {
+    first_.reset();
+    for (auto& [key, held] : held_) held.isInSight = false;
+}
+
+} // namespace kova::x11
