@@ -80,8 +80,10 @@ std::vector<std::string> TransitionRecovery::takeRecovered(const std::vector<Man
 }
 
 bool TransitionRecovery::isComplete(const TileAssignments& assignments) const {
-    return std::all_of(assignments.assignedWindowIDs.begin(), assignments.assignedWindowIDs.end(),
-                       [&](const auto& entry) { return recoveredWindowIDs_.contains(entry.second); });
+    const auto awaited = awaitedWindowIDs();
+    return std::ranges::all_of(assignments.assignedWindowIDs,
+                               [&](const auto& entry) { return recoveredWindowIDs_.contains(entry.second); }) &&
+           std::ranges::none_of(awaited, [&](const auto& id) { return assignments.isInAnyTile(id); });
 }
 
 std::set<std::string> TransitionRecovery::awaitedWindowIDs() const {

@@ -36,7 +36,7 @@ class TransitionRecovery {
     /// Windows that front a tile, are live again and not yet put back; they count as put back from now on.
     std::vector<std::string> takeRecovered(const std::vector<ManagedWindow>& liveWindows,
                                            const TileAssignments& assignments);
-    /// Every assigned window is back, or nothing is assigned.
+    /// Every assigned window is back, and who waited behind it; or nothing is assigned.
     bool isComplete(const TileAssignments& assignments) const;
     /// Remembered windows that have not come back yet.
     std::set<std::string> awaitedWindowIDs() const;
@@ -49,7 +49,7 @@ class TransitionRecovery {
     std::optional<Seconds> deadline_;
     std::set<std::string> recoveredWindowIDs_;
     std::vector<ManagedWindowRecoveryIdentity> identities_;
-    std::set<std::string> returnedWindowIDs_; // of those that wait in stacks
+    std::set<std::string> returnedWindowIDs_; // seen again, in front or behind
     std::set<std::string> knownWindowIDs_;    // there before, so no successor of another
 };
 

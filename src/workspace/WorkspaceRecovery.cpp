@@ -53,6 +53,7 @@ bool WorkspaceController::applyLockedSession(bool pollFoundLocked) {
             state_.isSuspended.set(true);
             screensBeforeTransition_ = *state_.screens;
             recovery_.remember(liveWindows_, assignments_);
+            abandonDrags(); // the hand cannot see what it would do
             windowService_->cancelPlacements([](const CGRect&) { return true; });
         }
         return true;

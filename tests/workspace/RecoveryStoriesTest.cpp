@@ -56,6 +56,23 @@ TEST_F(Recovery, WhoIsNotBackAfterTenSecondsHasLostItsTileAndWhoVanishesAgainAtO
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 1u);
 }
 
+TEST_F(Recovery, WhoWaitedBehindAnotherIsAwaitedAlthoughAllInFrontAreBack) {
+    desk.opens("Maps").settle();
+    const auto tile = desk.controller().tiles().front();
+    const std::string waiting = desk.desktop.labelOfID(*tile.windowID);
+    ASSERT_TRUE(desk.controller().placeWindow(desk.desktop.windowIDOf("Maps"), tile.targetID,
+                                              WorkspaceController::Focusing::yes));
+    desk.settle();
+    picture = desk.tiles();
+    ASSERT_NE(picture.find(" + " + waiting), std::string::npos);
+    desk.sleep();
+    desk.desktop.loseWindow(waiting);
+    desk.wake().advance(Seconds(5));
+    desk.desktop.loseWindow(waiting, false);
+    desk.advance(Seconds(10)).settle();
+    desk.expectTiles(picture);
+}
+
 TEST_F(Recovery, ANewSleepDoesNotForgetWhoWasStillAwaited) {
     desk.sleep();
     desk.desktop.loseWindow("Mail");
@@ -162,18 +179,31 @@ TEST_F(Recovery, SuspendedMeansThatEveryWishIsRefusedInASentence) {
 TEST_F(Recovery, WhatTheHandHeldAndWhatWasBeingVerifiedEndsWithTheSuspension) {
     auto& kova = desk.controller();
     const auto divider = kova.dividers().front();
-    ASSERT_TRUE(kova.beginDividerDrag(divider));
-    kova.updateDividerDrag(divider, 300);
-    desk.advance(Seconds(0.1));
-    desk.desktop.takeJournal();
-    desk.sleep().advance(Seconds(5));
-    kova.updateDividerDrag(divider, 500);
-    kova.endDividerDrag(divider);
-    desk.advance(Seconds(5));
-    EXPECT_EQ(desk.desktop.takeJournal(), "");
-    EXPECT_TRUE(desk.state().profile->layoutWeightsByDisplay.empty());
-    desk.wake().settle();
-    desk.expectTiles(picture);
+    for (const bool isTold : {true, false}) { // or a poll sees the lock
+        SCOPED_TRACE(isTold);
+        ASSERT_TRUE(kova.beginDividerDrag(divider));
+        kova.updateDividerDrag(divider, 300);
+        desk.advance(Seconds(0.1));
+        desk.desktop.takeJournal();
+        if (isTold) {
+            desk.sleep();
+        } else {
+            desk.desktop.setLocked(true);
+        }
+        desk.advance(Seconds(5));
+        kova.updateDividerDrag(divider, 500);
+        kova.endDividerDrag(divider);
+        desk.advance(Seconds(5));
+        EXPECT_EQ(desk.desktop.takeJournal(), "");
+        EXPECT_TRUE(desk.state().profile->layoutWeightsByDisplay.empty());
+        if (isTold) {
+            desk.wake();
+        } else {
+            desk.desktop.setLocked(false);
+        }
+        desk.settle();
+        desk.expectTiles(picture);
+    }
 }
 
 TEST_F(Recovery, StoppingWhileSuspendedGivesTheZoomedDisplayBack) {
