@@ -16,11 +16,14 @@ constexpr auto kHarmless = std::to_array<std::string_view>({
     "accentColor",
     "accentColorID",
     "action",
+    "activeSceneID",
+    "anchorTargetID",
     "application",
     "applicationName",
     "axis",
     "claimedSlotIDs",
     "firstSteps",
+    "handledRuleWindowIDs",
     "bundleIdentifier",
     "createdAt",
     "direction",
@@ -52,12 +55,20 @@ constexpr auto kHarmless = std::to_array<std::string_view>({
     "shortcutsHeldByOthers",
 });
 
+/// In the record of a session: ids of windows by those of tiles, or the other way round.
+constexpr auto kMapsOfIDs = std::to_array<std::string_view>({"anchors", "assigned", "stacks"});
+
+bool isMapOfIDs(std::string_view key) {
+    return std::find(kMapsOfIDs.begin(), kMapsOfIDs.end(), key) != kMapsOfIDs.end();
+}
+
 bool isPreferenceKey(std::string_view key) {
     return key.starts_with("KOVA.");
 }
 
 bool isHarmless(std::string_view key) {
-    return isPreferenceKey(key) || std::find(kHarmless.begin(), kHarmless.end(), key) != kHarmless.end();
+    return isPreferenceKey(key) || isMapOfIDs(key) ||
+           std::find(kHarmless.begin(), kHarmless.end(), key) != kHarmless.end();
 }
 
 } // namespace
@@ -81,7 +92,7 @@ json Pseudonyms::applied(const json& value, std::string_view key) {
     if (value.is_string()) return isHarmless(key) ? value : json(wordFor(value.get<std::string>()));
     json out = value;
     if (value.is_object()) {
-        for (auto& [name, member] : out.items()) member = applied(member, name);
+        for (auto& [name, member] : out.items()) member = applied(member, isMapOfIDs(key) ? key : name);
     } else if (value.is_array()) {
         // Whole values under preference keys are choices of ours; lists of words need not be.
         for (json& element : out) element = applied(element, isPreferenceKey(key) ? "" : key);

@@ -107,12 +107,14 @@ TEST_F(Diagnosis, AReportTellsNothingThatPeopleHaveWritten) {
 }
 
 TEST(Pseudonyms, AreTheSameForTheSameTextInOneReportOnly) {
-    const json record = {{"title", "Inbox"},      {"id", "7:8"},
-                         {"unknownKey", "Inbox"}, {"list", {"Inbox", "Mail", 3}},
-                         {"empty", ""},           {"KOVA.x.v1", "dark"}};
+    const json tiles = {{"assigned", {{"d::left", "7:8"}}}, {"stacks", {{"d::left", {"7:8", "7:9"}}}}};
+    const json record = {
+        {"title", "Inbox"}, {"id", "7:8"},         {"unknownKey", "Inbox"}, {"list", {"Inbox", "Mail", 3}},
+        {"empty", ""},      {"KOVA.x.v1", "dark"}, {"tiles", tiles}};
     cli::Pseudonyms pseudonyms;
     const json shown = pseudonyms.applied(record);
     EXPECT_EQ(shown["id"], "7:8");
+    EXPECT_EQ(shown["tiles"], tiles) << "whose window is in which tile is for everybody to see";
     EXPECT_EQ(shown["KOVA.x.v1"], "dark");
     EXPECT_EQ(shown["empty"], "");
     EXPECT_EQ(pseudonyms.applied({{"KOVA.y.v1", {"Inbox"}}})["KOVA.y.v1"][0], shown["title"])
