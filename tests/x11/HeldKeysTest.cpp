@@ -17,6 +17,14 @@ TEST(HeldKeys, RepeatUntilTheyAreLetGo) {
     EXPECT_FALSE(keys.release(kH)) << "nothing else is down";
     EXPECT_FALSE(keys.press(kH, 500));
     EXPECT_FALSE(keys.press(kH, 3501)) << "its release was lost";
+    HeldKeys::Bits down{};
+    down[kJ / 8] = 1 << kJ % 8;
+    keys.areDown(down);
+    EXPECT_FALSE(keys.press(kH, 3600)) << "its release went elsewhere";
+    EXPECT_TRUE(keys.press(kJ, 9000)) << "it was down before";
+    EXPECT_TRUE(keys.press(kJ, 9040));
+    keys.release(kJ);
+    EXPECT_FALSE(keys.press(kJ, 9080));
 }
 
 TEST(HeldKeys, ThatOthersHearTheReleaseOfAreNotTakenForHeld) {

@@ -20,10 +20,19 @@ bool HeldKeys::press(xcb_keycode_t key, xcb_timestamp_t time) {
 }
 
 bool HeldKeys::isRepetition(const Held& held, xcb_timestamp_t time) const {
-    const auto since = static_cast<std::int32_t>(time - held.pressed);
+    if (!held.pressed) return held.isInSight;
+    const auto since = static_cast<std::int32_t>(time - *held.pressed);
     if (held.isInSight) return since <= kLongestRepeatDelay;
     // It may have been let go since: only what comes when the server would repeat it is taken for that.
     return since <= repeatDelay_ + kTooLate && (held.repeats || since >= repeatDelay_ - kTooEarly);
+}
+
+void HeldKeys::areDown(const Bits& keys) {
+    first_.reset();
+    held_.clear();
+    for (std::size_t key = 0; key < 8 * keys.size(); ++key) {
+        if ((keys[key / 8] >> (key % 8) & 1) != 0) held_[static_cast<xcb_keycode_t>(key)] = {};
+    }
 }
 
 bool HeldKeys::release(xcb_keycode_t key) {

@@ -5,6 +5,7 @@
 
 #include <xcb/xproto.h>
 
+#include <array>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -13,8 +14,13 @@ namespace kova::x11 {
 
 class HeldKeys {
   public:
+    using Bits = std::array<std::uint8_t, 32>; // as the server tells them, by key and from the lowest bit
+
     /// Times are the server's, in milliseconds; its clock turns over. True when the key repeats.
     bool press(xcb_keycode_t key, xcb_timestamp_t time);
+    /// All keys that are down, a bit for each, from the moment on in which their releases are told. None of them is
+    /// new.
+    void areDown(const Bits& keys);
     /// True when this was the key with which the claim began and others are still down, whose releases are not told
     /// now.
     bool release(xcb_keycode_t key);
@@ -25,7 +31,7 @@ class HeldKeys {
 
   private:
     struct Held {
-        xcb_timestamp_t pressed = 0;
+        std::optional<xcb_timestamp_t> pressed; // absent until it repeats, for one that was down before
         bool repeats = false;
         bool isInSight = true; // its release will be told
     };

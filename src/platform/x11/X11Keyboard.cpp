@@ -322,9 +322,15 @@ void Keyboard::record(bool records) {
 void Keyboard::tryRecording() {
     if (!isRecording_ || hasKeyboard_) return;
     mustSend_ = true;
+    Questions& questions = asked_.emplace_back();
+    // Keys that are down already were pressed for something else.
+    const auto down = std::make_shared<HeldKeys::Bits>();
+    questions.add(xcb_query_keymap(connection_.get()), [down](const void* reply) {
+        if (reply) std::ranges::copy(static_cast<const xcb_query_keymap_reply_t*>(reply)->keys, down->begin());
+    });
     const auto grabbed = xcb_grab_keyboard(connection_.get(), 0, connection_.root(), XCB_CURRENT_TIME,
                                            XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-    asked_.emplace_back().add(grabbed, [this](const void* reply) {
+    questions.add(grabbed, [this, down](const void* reply) {
         const auto* answer = static_cast<const xcb_grab_keyboard_reply_t*>(reply);
         const bool isOurs = answer && answer->status == XCB_GRAB_STATUS_SUCCESS;
         if (!isRecording_) {
@@ -333,6 +339,7 @@ void Keyboard::tryRecording() {
             mustSend_ |= isOurs;
         } else if (isOurs) {
             hasKeyboard_ = true;
+            held_.areDown(*down);
         } else if (++recordingTries_ < kRecordingTries) {
             tryAgain_();
         } else {
