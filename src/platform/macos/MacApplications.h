@@ -5,6 +5,7 @@
 #include "support/Lifetime.h"
 #include "support/MainQueue.h"
 #include "windowing/ApplicationServicing.h"
+#include "windowing/HidingWishes.h"
 
 #include <map>
 #include <mutex>
@@ -42,12 +43,14 @@ class MacApplications final : public ApplicationServicing {
 
   private:
     MainQueue& queue_;
+    mutable std::mutex mutex_; // of icons and wishes
     // The system makes a new image with every question; an application keeps its own.
-    mutable std::mutex iconsMutex_;
     mutable std::map<pid_t, ApplicationIcon> icons_;
+    HidingWishes wishes_;
     std::set<pid_t> hidden_; // by us
     Lifetime lifetime_;
 
+    bool isHidden(const void* application) const;
     RunningApplication describe(const void* application) const;
     /// Written down, for the agent after one that is killed.
     void keepHidden() const;

@@ -87,6 +87,13 @@ void MacApplications::settleHiddenWindows(LeftWindows leftWindows) {
     }
 }
 
+bool MacApplications::isHidden(const void* object) const {
+    auto* application = (__bridge NSRunningApplication*)object;
+    const bool isToldHidden = application.hidden != NO; // the same until the main run loop goes on
+    const std::lock_guard lock(mutex_);
+    return wishes_.isHidden(application.processIdentifier, isToldHidden, queue_.uptime());
+}
+
 RunningApplication MacApplications::describe(const void* object) const {
     auto* application = (__bridge NSRunningApplication*)object;
     RunningApplication running;
@@ -95,9 +102,9 @@ RunningApplication MacApplications::describe(const void* object) const {
     running.bundleIdentifier = optionalText(application.bundleIdentifier);
     running.bundlePath = text(application.bundleURL.path);
     running.activationPolicy = activationPolicy(application);
-    running.isHidden = application.hidden != NO;
+    running.isHidden = isHidden(object);
     running.isTerminated = application.terminated != NO;
-    const std::lock_guard lock(iconsMutex_);
+    const std::lock_guard lock(mutex_);
     ApplicationIcon& kept = icons_[running.processIdentifier];
     if (kept.isEmpty()) kept = icon(application.icon);
     running.icon = kept;
@@ -115,7 +122,7 @@ std::vector<RunningApplication> MacApplications::runningApplications() const {
             running.push_back(describe((__bridge const void*)application));
         }
     }
-    const std::lock_guard lock(iconsMutex_);
+    const std::lock_guard lock(mutex_);
     std::erase_if(icons_, [&](const auto& kept) {
         return std::ranges::find(running, kept.first, &RunningApplication::processIdentifier) == running.end();
     });
@@ -165,8 +172,12 @@ void MacApplications::hide(pid_t processIdentifier) {
     @autoreleasepool {
         NSRunningApplication* application = find(processIdentifier);
         // What its user has hidden stays so when we end.
-        if (!application || application.hidden) return;
+        if (!application || isHidden((__bridge const void*)application)) return;
         if (![application hide]) return;
+        {
+            const std::lock_guard lock(mutex_);
+            wishes_.hide(processIdentifier, queue_.uptime());
+        }
         hidden_.insert(processIdentifier);
         keepHidden();
     }
@@ -175,7 +186,9 @@ void MacApplications::hide(pid_t processIdentifier) {
 void MacApplications::unhide(pid_t processIdentifier) {
     @autoreleasepool {
         if (hidden_.erase(processIdentifier) > 0) keepHidden();
-        [find(processIdentifier) unhide];
+        if (![find(processIdentifier) unhide]) return;
+        const std::lock_guard lock(mutex_);
+        wishes_.show(processIdentifier, queue_.uptime());
     }
 }
 
