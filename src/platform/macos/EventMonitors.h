@@ -8,6 +8,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace kova::macos {
@@ -19,9 +20,11 @@ namespace kova::macos {
 
 enum class EventSource { others, everywhere };
 
-/// Events read as values and told on the main queue, after what is queued already; kept from nobody.
+/// Events read as values and told on the main queue, after what is queued already; kept from nobody. They are read as
+/// they come; one that reads as nothing is not told.
 template <class Value>
-[[nodiscard]] Subscription tellEvents(MainQueue& queue, EventSource source, NSEventMask mask, Value (*read)(NSEvent*),
+[[nodiscard]] Subscription tellEvents(MainQueue& queue, EventSource source, NSEventMask mask,
+                                      std::function<std::optional<Value>(NSEvent*)> read,
                                       std::function<void(const Value&)> observer) {
     struct Telling {
         std::function<void(const Value&)> observer;
@@ -30,8 +33,10 @@ template <class Value>
     const auto telling = std::make_shared<Telling>();
     telling->observer = std::move(observer);
     const auto tell = [&queue, read, weak = std::weak_ptr(telling)](NSEvent* event) {
-        queue.post([weak, value = read(event)] {
-            if (const auto alive = weak.lock()) alive->observer(value);
+        const std::optional<Value> value = read(event);
+        if (!value) return;
+        queue.post([weak, told = *value] {
+            if (const auto alive = weak.lock()) alive->observer(told);
         });
     };
     telling->others = watchEventsOfOthers(mask, tell);

@@ -50,11 +50,18 @@ MacKeyMonitors::~MacKeyMonitors() {
 }
 
 Subscription MacKeyMonitors::addGlobalMonitor(std::function<void(const KeyPress&)> monitor) {
-    return tellEvents<KeyPress>(queue_, EventSource::others, kKeyDown, keyPress,
-                                lifetime_.guard([this, monitor = std::move(monitor)](const KeyPress& press) {
-                                    const auto recording = recording_.lock();
-                                    if (!recording || !recording->isOn()) monitor(press);
-                                }));
+    auto listen = lifetime_.guard([this](NSEvent* event, std::optional<KeyPress>& heard) {
+        // As the press comes: the system chooses whose monitor is called first, and when this one is told, the press
+        // may have ended the recording that it belongs to.
+        const auto recording = recording_.lock();
+        if (!recording || !recording->isOn()) heard = keyPress(event);
+    });
+    const auto read = [listen = std::move(listen)](NSEvent* event) mutable {
+        std::optional<KeyPress> heard;
+        listen(event, heard);
+        return heard;
+    };
+    return tellEvents<KeyPress>(queue_, EventSource::others, kKeyDown, read, lifetime_.guard(std::move(monitor)));
 }
 
 Subscription MacKeyMonitors::addLocalMonitor(std::function<bool(const KeyPress&)> monitor) {
