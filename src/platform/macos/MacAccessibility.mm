@@ -5,6 +5,8 @@
 
 #import <AppKit/AppKit.h>
 
+#include <unistd.h>
+
 #include <algorithm>
 
 namespace kova::macos {
@@ -48,13 +50,20 @@ WindowListEntry windowListEntry(NSDictionary* window) {
             .height = number(rectangle, @"Height")};
 }
 
-/// Ours are nobody's to manage, and to ask ourselves would be to wait for ourselves.
-bool isOverOwnWindow(CGPoint pointInWindowService) {
+/// Whom the window server says that the window under the point belongs to; absent when it lists none there.
+std::optional<pid_t> ownerOfWindowAt(CGPoint pointInWindowService) {
     NSScreen* first = NSScreen.screens.firstObject;
-    if (!first) return false;
+    if (!first) return std::nullopt;
     const CGPoint onScreen = flipped(pointInWindowService, maxY(first.frame));
-    const NSInteger window = [NSWindow windowNumberAtPoint:onScreen belowWindowWithWindowNumber:0];
-    return [NSApp windowWithWindowNumber:window] != nil;
+    const NSInteger number = [NSWindow windowNumberAtPoint:onScreen belowWindowWithWindowNumber:0];
+    if (number <= 0) return std::nullopt;
+    if ([NSApp windowWithWindowNumber:number]) return getpid();
+    NSArray* windows = CFBridgingRelease(
+        CGWindowListCopyWindowInfo(kCGWindowListOptionIncludingWindow, static_cast<CGWindowID>(number)));
+    id window = windows.firstObject;
+    if (![window isKindOfClass:NSDictionary.class]) return std::nullopt;
+    const auto listed = onScreenWindow(windowListEntry(window));
+    return listed ? std::optional(listed->processIdentifier) : std::nullopt;
 }
 
 } // namespace
@@ -84,6 +93,8 @@ AccessibilityElement MacAccessibility::applicationElement(pid_t processIdentifie
 
 template <class Call>
 std::optional<int> MacAccessibility::ask(pid_t process, Call call) const {
+    // Windows of ours are nobody's to manage, and to ask ourselves would be to wait for ourselves.
+    if (process == getpid()) return std::nullopt;
     const auto occasion = NSThread.isMainThread ? AskingOccasion::mainThread : AskingOccasion::poll;
     const Seconds asked = queue_.uptime();
     {
@@ -160,10 +171,18 @@ void MacAccessibility::performAction(const AccessibilityElement& element, Access
 
 std::optional<AccessibilityElement> MacAccessibility::elementAtPosition(CGPoint point) const {
     @autoreleasepool {
-        if (isOverOwnWindow(point)) return std::nullopt;
+        const auto owner = ownerOfWindowAt(point);
         Owned<AXUIElementRef> found;
-        AXUIElementCopyElementAtPosition(static_cast<AXUIElementRef>(systemWide_.get()), static_cast<float>(point.x),
-                                         static_cast<float>(point.y), found.receiver());
+        const auto question = [&] {
+            return AXUIElementCopyElementAtPosition(static_cast<AXUIElementRef>(systemWide_.get()),
+                                                    static_cast<float>(point.x), static_cast<float>(point.y),
+                                                    found.receiver());
+        };
+        if (owner) {
+            ask(*owner, question);
+        } else {
+            question();
+        }
         if (!found) return std::nullopt;
         return seamElement(found.get());
     }
