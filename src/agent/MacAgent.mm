@@ -136,7 +136,7 @@ void MacAgent::stop() {
 }
 
 void MacAgent::openURLs(const std::vector<std::string>& urls) {
-    if (isStarted_) return parts_->agent.delegate().openURLs(urls);
+    if (isStarted_) return parts_->agent.openURLs(urls);
     waitingURLs_.insert(waitingURLs_.end(), urls.begin(), urls.end());
 }
 

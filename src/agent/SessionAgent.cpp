@@ -4,6 +4,8 @@
 #include "support/Log.h"
 #include "support/Version.h"
 
+#include <utility>
+
 namespace kova {
 
 namespace {
@@ -61,8 +63,18 @@ std::optional<std::string> SessionAgent::start(AgentClaim claim) {
 /// Whoever starts the agent and at once has it arrange means the windows that are there. A session that is locked is
 /// not waited for.
 void SessionAgent::serveOnceWindowsAreKnown(Seconds until) {
-    if (delegate_.workspace().hasLooked() || queue_.uptime() >= until) return server_->serve();
-    queue_.after(kPauseBeforeWindowsAreKnown, lifetime_.guard([this, until] { serveOnceWindowsAreKnown(until); }));
+    if (!delegate_.workspace().hasLooked() && queue_.uptime() < until) {
+        queue_.after(kPauseBeforeWindowsAreKnown, lifetime_.guard([this, until] { serveOnceWindowsAreKnown(until); }));
+        return;
+    }
+    isServing_ = true;
+    server_->serve();
+    delegate_.openURLs(std::exchange(waitingURLs_, {}));
+}
+
+void SessionAgent::openURLs(const std::vector<std::string>& urls) {
+    if (isServing_) return delegate_.openURLs(urls);
+    waitingURLs_.insert(waitingURLs_.end(), urls.begin(), urls.end());
 }
 
 std::optional<std::string> SessionAgent::firstSteps() {

@@ -38,6 +38,9 @@ class SessionAgent {
     /// The desktop gets back what was borrowed. The socket is open until the agent is gone.
     void stop() { delegate_.stopWorkspace(); }
 
+    /// What the desktop asks the program to open; done once the windows are known.
+    void openURLs(const std::vector<std::string>& urls);
+
     AppDelegate& delegate() { return delegate_; }
     /// What a new user is told, until this agent ends; absent for anybody else.
     std::optional<std::string> firstSteps();
@@ -51,6 +54,8 @@ class SessionAgent {
     Subscription messages_;
     ControlMethods methods_;
     std::optional<ControlServer> server_;
+    bool isServing_ = false;
+    std::vector<std::string> waitingURLs_; // until it does
     Lifetime lifetime_;
 };
 

@@ -8,6 +8,8 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <string_view>
+#include <vector>
 
 namespace {
 
@@ -93,7 +95,9 @@ The log is ~/Library/Logs/KOVA/agent.log, the preferences are in the user's defa
 
 int main(int argc, char** argv) {
     @autoreleasepool {
-        const auto arguments = std::span(argv, static_cast<std::size_t>(argc)).subspan(argc > 0 ? 1 : 0);
+        std::vector<char*> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
+        // The system may add a number of its own when it opens a downloaded application for the first time.
+        std::erase_if(arguments, [](std::string_view argument) { return argument.starts_with("-psn_"); });
         const auto options = kova::readAgentOptions(arguments, kHelp);
         if (const auto* exitCode = std::get_if<int>(&options)) return *exitCode;
         NSApplication* application = NSApplication.sharedApplication;
