@@ -59,6 +59,7 @@ option(KOVA_WITH_APP_INTENTS "Build the Mac application with its App Intents, in
 if(KOVA_WITH_APP_INTENTS)
   set(CMAKE_Swift_LANGUAGE_VERSION 5) # else Xcode is told an older one
   enable_language(Swift)
+  set_target_properties(kova-agent PROPERTIES Swift_MODULE_NAME KOVA) # a module's name has no hyphen
   target_sources(kova-agent PRIVATE ${intents})
   target_compile_options(kova-agent PRIVATE $<$<COMPILE_LANGUAGE:Swift>:-parse-as-library>)
   target_link_libraries(kova-agent PRIVATE "-framework AppIntents")

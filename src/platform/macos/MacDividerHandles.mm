@@ -41,6 +41,7 @@ MacDividerHandles::~MacDividerHandles() = default;
 
 void MacDividerHandles::showHandles(const std::vector<DividerHandle>& handles) {
     tell(grip_.keepOnly(handles, pointerOnScreen()));
+    if (!grip_.isHeld()) escape_ = {}; // a handle that is gone is never let go
     std::erase_if(panels_, [&](const auto& shown) {
         return std::ranges::none_of(handles, [&](const DividerHandle& handle) {
             return handle.id == shown.first && handle.axis == shown.second->axis();

@@ -27,7 +27,10 @@ NSView* offerView(NSButton* box, const OnboardingOffer& offer) {
     NSStackView* view = [NSStackView stackViewWithViews:@[ box, label ]];
     view.orientation = NSUserInterfaceLayoutOrientationVertical;
     view.alignment = NSLayoutAttributeLeading;
-    view.frame = NSMakeRect(0, 0, kOfferWidth, view.fittingSize.height);
+    const CGFloat height = view.fittingSize.height;
+    // The dialog goes by the frame, which counts for nothing in a stack of views unless it is told so.
+    view.translatesAutoresizingMaskIntoConstraints = YES;
+    view.frame = NSMakeRect(0, 0, kOfferWidth, height);
     return view;
 }
 
