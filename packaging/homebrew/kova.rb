@@ -27,7 +27,7 @@ class Kova < Formula
 
   service do
     run [opt_prefix/"KOVA.app/Contents/MacOS/KOVA"]
-    keep_alive successful_exit: false
+    keep_alive crashed: true # one that ends by itself, as where another has the session, has said why
   end
 
   def caveats

@@ -9,10 +9,16 @@ namespace {
 
 using nlohmann::json;
 
+#if defined(__APPLE__)
+constexpr const char* kHowToStart = ".\nStart it by opening KOVA.app.";
+#else
+constexpr const char* kHowToStart = ".\nStart it with “kova-agent”.";
+#endif
+
 Trouble trouble(const ConnectionFailure& failure) {
     // Only where nobody listens would it help to start an agent.
     const bool isMissing = failure.trouble == ConnectionTrouble::noAgent;
-    return {ExitCode::noAgent, failure.message + (isMissing ? ".\nStart it with “kova-agent”." : ".")};
+    return {ExitCode::noAgent, failure.message + (isMissing ? kHowToStart : ".")};
 }
 
 Trouble refusal(const json& error) {

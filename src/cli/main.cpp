@@ -101,7 +101,11 @@ ExitCode run(const Verb& verb, const Arguments& arguments) {
 ExitCode startAgent(const Arguments& arguments) {
     auto connected = Agent::connect();
     if (std::holds_alternative<Agent>(connected)) return run(*verbNamed("status"), arguments);
+#if defined(__APPLE__)
+    execl("/usr/bin/open", "open", "-a", "KOVA", static_cast<char*>(nullptr)); // the system knows where it lies
+#else
     execlp("kova-agent", "kova-agent", static_cast<char*>(nullptr));
+#endif
     return end({ExitCode::noAgent, std::string("kova-agent cannot be started: ") + std::strerror(errno)});
 }
 
