@@ -51,6 +51,7 @@ class MacApplications final : public ApplicationServicing {
     Lifetime lifetime_;
 
     bool isHidden(const void* application) const;
+    ApplicationIcon iconOf(const void* application) const;
     RunningApplication describe(const void* application) const;
     /// Written down, for the agent after one that is killed.
     void keepHidden() const;

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace kova::macos {
 
@@ -104,11 +105,22 @@ RunningApplication MacApplications::describe(const void* object) const {
     running.activationPolicy = activationPolicy(application);
     running.isHidden = isHidden(object);
     running.isTerminated = application.terminated != NO;
-    const std::lock_guard lock(mutex_);
-    ApplicationIcon& kept = icons_[running.processIdentifier];
-    if (kept.isEmpty()) kept = icon(application.icon);
-    running.icon = kept;
+    running.icon = iconOf(object);
     return running;
+}
+
+ApplicationIcon MacApplications::iconOf(const void* object) const {
+    auto* application = (__bridge NSRunningApplication*)object;
+    const pid_t process = application.processIdentifier;
+    {
+        const std::lock_guard lock(mutex_);
+        if (const auto kept = icons_.find(process); kept != icons_.end()) return kept->second;
+    }
+    // Without the lock: it may come from the disk, and the main thread must not wait for the polling queue.
+    auto made = icon(application.icon);
+    if (made.isEmpty()) return made;
+    const std::lock_guard lock(mutex_);
+    return icons_.try_emplace(process, std::move(made)).first->second;
 }
 
 pid_t MacApplications::ownProcessIdentifier() const {
