@@ -59,7 +59,7 @@ void WorkspaceController::start(bool promptForPermission) {
 
 void WorkspaceController::stop() {
     abandonDrags();
-    closeFocusMode();
+    (void)leaveFocusMode(); // whoever sees it
     if (isRunning()) session_->save();
     ++autoArrangeGeneration_;
     pendingApplicationPlacements_.clear();
@@ -84,7 +84,7 @@ void WorkspaceController::recheckAccessibility() {
 bool WorkspaceController::perform(const WorkspaceAction& action) {
     const bool keepsFocusMode =
         std::holds_alternative<action::ToggleFocusZoom>(action) || std::holds_alternative<action::Undo>(action);
-    if (!keepsFocusMode) giveDisplayBack();
+    if (!keepsFocusMode) closeFocusMode();
     return std::visit(Overloaded{[&](const action::Focus& focus) { return focusWindow(focus.direction); },
                                  [&](const action::Move& move) { return moveWindow(move.direction); },
                                  [&](const action::ActivateScene& scene) { return activateScene(scene.id); },

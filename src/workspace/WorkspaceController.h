@@ -236,6 +236,7 @@ class WorkspaceController {
     bool undoLastAction();
     /// Gives the focused window its whole display, or gives the display back.
     bool toggleFocusMode();
+    /// Gives it back, but on a screen that nobody sees.
     void closeFocusMode();
     const UndoHistory& undoHistory() const { return undo_; }
 
@@ -412,7 +413,6 @@ class WorkspaceController {
     std::vector<ManagedWindow> windowsAsIn(const WorkspaceUndoSnapshot& snapshot) const;
     void restoreActiveScene(const std::optional<Uuid>& id);
     bool leaveFocusMode();
-    void giveDisplayBack();
     bool enterFocusMode();
     std::optional<StartingPoint> zoomStartingPoint() const;
     /// A zoomed window's, in window-service space; absent when the display is gone.

@@ -45,7 +45,7 @@ void WorkspaceController::screensChanged() {
     readScreens();
     layouts_.invalidateAll();
     // The zoomed window's frame was that of the display before; what is restored must be in sight on those of now.
-    if (isRunning() && !isAway()) closeFocusMode();
+    if (isRunning()) closeFocusMode();
     noteDisplaysThatCameAndWent(before);
     state_.layoutRevision.set(*state_.layoutRevision + 1);
     giveUpUnreachablePlacements();

@@ -38,7 +38,10 @@ std::optional<CGRect> WorkspaceController::dividerFrameOnScreen(const DisplayLay
 }
 
 bool WorkspaceController::beginDividerDrag(const DisplayLayoutDivider& target) {
-    if (!mayMoveWindows()) return false;
+    if (!mayMoveWindows()) {
+        (void)requireVisibleScreen(); // says why
+        return false;
+    }
     closeFocusMode();
     const Screen* screen = screenOf(target.displayID);
     if (!screen || layouts_.resolve(*screen, *state_.profile, catalogue()).id != target.layoutID) return false;

@@ -35,7 +35,7 @@ std::optional<std::string> WorkspaceController::neighbourOf(const StartingPoint&
 }
 
 bool WorkspaceController::focusWindow(WorkspaceDirection direction) {
-    giveDisplayBack();
+    closeFocusMode();
     if (!requireWindowAccess()) return false;
     const auto start = startingPoint();
     if (!start) return false;
@@ -54,7 +54,7 @@ bool WorkspaceController::focusWindow(WorkspaceDirection direction) {
 }
 
 bool WorkspaceController::moveWindow(WorkspaceDirection direction) {
-    giveDisplayBack();
+    closeFocusMode();
     if (!requireWindowAccess()) return false;
     const auto start = startingPoint();
     if (!start) return false;
@@ -92,7 +92,7 @@ void WorkspaceController::noteBroughtBack(const std::string& windowID) {
 }
 
 bool WorkspaceController::cycleStack() {
-    giveDisplayBack();
+    closeFocusMode();
     if (!requireWindowAccess()) return false;
     const auto start = startingPoint();
     if (!start) return false;

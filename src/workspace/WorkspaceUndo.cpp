@@ -218,12 +218,8 @@ bool WorkspaceController::leaveFocusMode() {
 }
 
 /// Before every other action; on a screen that nobody sees that is refused, and the zoomed window stays.
-void WorkspaceController::giveDisplayBack() {
-    if (!isAway()) closeFocusMode();
-}
-
 void WorkspaceController::closeFocusMode() {
-    (void)leaveFocusMode();
+    if (!isAway()) (void)leaveFocusMode();
 }
 
 } // namespace kova

@@ -142,9 +142,10 @@ TEST_F(Recovery, InDoubtNobodyIsRecognised) {
 }
 
 TEST_F(Recovery, SuspendedMeansThatEveryWishIsRefusedInASentence) {
-    const std::string pictureBefore = desk.desktop.picture();
     auto& kova = desk.controller();
     const auto divider = kova.dividers().front();
+    desk.zoom();
+    const std::string pictureBefore = desk.desktop.picture();
     desk.advance(Seconds(3)).undergo(screensDidSleep);
     EXPECT_TRUE(*desk.state().isSuspended);
     const auto tile = kova.tiles().front();
@@ -159,6 +160,7 @@ TEST_F(Recovery, SuspendedMeansThatEveryWishIsRefusedInASentence) {
         {"inset", [&] { return kova.setTileInset(20); }},
         {"sizes", [&] { return kova.resetLayoutSizes(); }},
         {"divider", [&] { return kova.resetDivider(divider); }},
+        {"drag", [&] { return kova.beginDividerDrag(divider); }},
         {"launch", [&] { return kova.launchApplication(desk.desktop.install("Codex"), tile.displayID, tile.slot.id); }},
     };
     for (const auto& [name, wish] : wishes) {
@@ -166,7 +168,7 @@ TEST_F(Recovery, SuspendedMeansThatEveryWishIsRefusedInASentence) {
         EXPECT_FALSE(wish()) << name;
         desk.expectMessage("Suspended while the screen is asleep, locked or another user's");
     }
-    EXPECT_FALSE(kova.beginDividerDrag(divider));
+    kova.closeFocusMode();
     EXPECT_FALSE(kova.beginWindowDrag(desk.desktop.windowIDOf("Mail"), makeRect(0, 0, 100, 100)));
     desk.advance(Seconds(60));
     EXPECT_EQ(desk.desktop.picture(), pictureBefore);
