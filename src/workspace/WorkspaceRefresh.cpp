@@ -27,6 +27,7 @@ void WorkspaceController::applyPoll(PollResult result) {
     const bool isRecovering = recovery_.isActive(services_.queue.uptime());
     const bool isGranted = result.permissionState == AccessibilityPermissionState::granted;
     if (isRecovering && !isGranted) return;
+    if (!isRecovering && recovery_.hasDeadline()) recovery_.clear();
     const bool justGranted = isGranted && *state_.permissionState != AccessibilityPermissionState::granted;
     state_.permissionState.set(result.permissionState);
     if (isGranted) {
@@ -37,7 +38,6 @@ void WorkspaceController::applyPoll(PollResult result) {
 }
 
 void WorkspaceController::applyGrantedPoll(std::vector<ManagedWindow> windows, bool isRecovering, bool justGranted) {
-    if (!isRecovering && recovery_.hasDeadline()) recovery_.clear();
     const bool hasOtherTitles = !sameTitles(liveWindows_, windows);
     setLiveWindows(std::move(windows));
     if (isRecovering) adoptSuccessors(recovery_.takeSuccessors(liveWindows_, assignments_));

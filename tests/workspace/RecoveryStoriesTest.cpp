@@ -208,6 +208,14 @@ TEST_F(Recovery, WhatTheHandHeldAndWhatWasBeingVerifiedEndsWithTheSuspension) {
     }
 }
 
+TEST_F(Recovery, IsOverInTimeWithoutThePermissionToo) {
+    desk.desktop.setTrusted(false);
+    desk.settle().sleep().wake().advance(Seconds(12));
+    const int polls = desk.desktop.pollingQueue().jobsBegun();
+    desk.advance(Seconds(30));
+    EXPECT_EQ(desk.desktop.pollingQueue().jobsBegun(), polls) << "nothing is waited for";
+}
+
 TEST_F(Recovery, StoppingWhileSuspendedGivesTheZoomedDisplayBack) {
     desk.zoom().sleep().stop();
     EXPECT_FALSE(desk.state().focusMode->has_value());
