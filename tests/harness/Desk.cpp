@@ -90,6 +90,11 @@ Desk& Desk::stop() {
 
 Desk& Desk::restart() {
     delegate_.reset();
+    resumptionEnd_ = desktop.queue().uptime() + Seconds(14);
+    foundAtRestart_.clear();
+    for (const auto* window : desktop.livingWindows()) {
+        foundAtRestart_[window->label()] = desktop.frameForWindowService(*window);
+    }
     return start().settle();
 }
 
@@ -109,6 +114,11 @@ bool Desk::isManaging() {
 bool Desk::isRecovering() {
     if (isSuspended() || desktop.isLoginSessionScreenLocked()) recoveryEnd_ = desktop.queue().uptime() + Seconds(14);
     return desktop.queue().uptime() < recoveryEnd_;
+}
+
+/// After a restart it is the same for windows that closed while no agent was looking.
+bool Desk::isResuming() {
+    return desktop.queue().uptime() < resumptionEnd_;
 }
 
 // What the person asks for

@@ -94,6 +94,7 @@ class Desk {
     std::string describeTile(const WorkspaceTile& tile);
     bool isManaging();
     bool isRecovering();
+    bool isResuming();
     int frameWrites() const;
     void checkPromises();
     void checkTilesFillTheirDisplays(std::vector<std::string>& broken);
@@ -107,6 +108,8 @@ class Desk {
     bool wasCarriedOut_ = false;
     bool isSettled_ = false;
     Seconds recoveryEnd_{0}; // uptime
+    Seconds resumptionEnd_{0};
+    std::map<std::string, CGRect> foundAtRestart_; // by label, window-service space
 };
 
 } // namespace kova

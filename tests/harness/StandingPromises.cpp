@@ -123,19 +123,23 @@ void Desk::checkWindowsAreAtRest(std::vector<std::string>& broken) {
     if (zoomed && !living.contains(zoomed->windowID)) broken.push_back("focus mode of a dead window");
     for (const auto& [target, stack] : controller().assignments().stackWindowIDsByTarget) {
         for (const auto& windowID : stack) {
-            if (!living.contains(windowID)) broken.push_back("a dead window waits in " + target);
+            if (!living.contains(windowID) && !isResuming()) broken.push_back("a dead window waits in " + target);
         }
     }
     for (const auto& tile : controller().tiles()) {
         if (!tile.windowID || (zoomed && zoomed->windowID == *tile.windowID)) continue;
         if (!living.contains(*tile.windowID)) {
-            broken.push_back("a dead window holds " + tile.targetID);
+            if (!isResuming()) broken.push_back("a dead window holds " + tile.targetID);
             continue;
         }
         const auto& window = desktop.window(desktop.labelOfID(*tile.windowID));
         if (!window.isObedient() || !desktop.isAnswering(window)) continue;
         if (!desktop.isOnScreen(window) || window.isFullScreen) continue;
-        if (!nearlyEqual(desktop.frameForWindowService(window), tile.frameForWindowService, kTolerance)) {
+        const CGRect frame = desktop.frameForWindowService(window);
+        // A restart moves nobody: who had just strayed stays there until something is asked for.
+        const auto found = foundAtRestart_.find(window.label());
+        if (found != foundAtRestart_.end() && found->second == frame) continue;
+        if (!nearlyEqual(frame, tile.frameForWindowService, kTolerance)) {
             broken.push_back(window.label() + " is not in its tile " + describeFrame(tile.frameForWindowService));
         }
     }
