@@ -43,18 +43,22 @@ bool TestClient::waitForManager() {
         }
         return true;
     };
-    const xcb_window_t probe = create({.title = "Probe"});
-    const auto isListed = [&] {
+    const auto isListed = [&](xcb_window_t window) {
         const auto windows = numbers(root_, "_NET_CLIENT_LIST");
-        return std::ranges::find(windows, probe) != windows.end();
+        return std::ranges::find(windows, window) != windows.end();
     };
+    const xcb_window_t probe = create({.title = "Probe"});
     const bool isReady = waitUntil([&] {
         unmap(probe);
         map(probe);
-        return isListed();
+        return isListed(probe);
     });
     destroy(probe);
-    return isReady && waitUntil([&] { return !isListed(); });
+    // A slow manager still has all that mapping to read. It would take it for that of whoever gets the number next.
+    const xcb_window_t last = open({.title = "Probe"});
+    const bool hasRead = isReady && waitUntil([&] { return isListed(last); });
+    destroy(last);
+    return hasRead && waitUntil([&] { return !isListed(last); });
 }
 
 xcb_window_t TestClient::create(const TestWindow& options) {
