@@ -121,7 +121,9 @@ void WorkspaceController::presentDisplaced(const std::vector<std::string>& displ
     std::vector<std::pair<ManagedWindow*, DisplacedWindowPresentationAction>> decisions;
     for (const auto& id : displacedWindowIDs) {
         ManagedWindow* window = findLive(id);
-        if (!window || window->isMinimized || window->isFullScreen) continue;
+        if (!window || window->isFullScreen) continue;
+        // One that was asked to come back, and is not seen yet, would.
+        if (window->isMinimized && !window->isVisible) continue;
         const bool stays = staying.contains(window->processIdentifier);
         const bool isGone = !stays && (!leaving.insert(window->processIdentifier).second ||
                                        windowService_->isApplicationHidden(window->processIdentifier));

@@ -77,6 +77,7 @@ TEST(PlacementStories, TheSecondPassDoesNotTakeBackWhatTheUserDidMeanwhile) {
     desk.settle();
     desk.expectTiles("- | Codex 1291,15 1254x1382 + Mail");
     EXPECT_FALSE(desk.desktop.isHidden("Codex"));
+    EXPECT_FALSE(desk.desktop.isOnScreen(desk.desktop.window("Mail"))) << "who waits is not seen";
 }
 
 TEST(PlacementStories, AFullScreenWindowIsNotTakenOffTheScreenByALayout) {
