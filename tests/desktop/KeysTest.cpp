@@ -242,5 +242,38 @@ TEST_F(Keys, AllComeToWhoeverRecordsAndNoneElsewhere) {
     EXPECT_TRUE(isHeard("ctrl+alt+h", kH));
 }
 
+/// As when somebody points at a divider to have the program behind it killed. Windows are managed all the same.
+TEST_F(Keys, ThatAreNotHeardAnyMoreAreSaidToBe) {
+    const auto topLevels = [&] {
+        const auto asked = xcb_query_tree(other->connection(), other->root());
+        auto* tree = xcb_query_tree_reply(other->connection(), asked, nullptr);
+        const xcb_window_t* children = xcb_query_tree_children(tree);
+        std::vector<xcb_window_t> all(children, children + xcb_query_tree_children_length(tree));
+        std::free(tree);
+        return all;
+    };
+    const auto isSaid = [&] {
+        return std::ranges::any_of(desk->desktop().diagnose(), [](const DiagnosticLine& line) {
+            return line.subject == "keys and dividers" && line.verdict == DiagnosticVerdict::wrong;
+        });
+    };
+    listen({kH});
+    ASSERT_TRUE(isHeard("ctrl+alt+h", kH));
+    const auto before = topLevels();
+    desk->desktop().showHandles({{"divider", makeRect(400, 0, 10, 600), LayoutAxis::horizontal}});
+    ASSERT_TRUE(desk->runUntil([&] { return topLevels().size() > before.size(); }));
+    EXPECT_FALSE(isSaid());
+    for (const xcb_window_t window : topLevels()) {
+        if (std::ranges::find(before, window) == before.end()) xcb_kill_client(other->connection(), window);
+    }
+    other->sync();
+    EXPECT_TRUE(desk->runUntil(isSaid));
+    EXPECT_FALSE(desk->isConnectionLost());
+    desk->desktop().claim({kH, kJ});
+    desk->desktop().showHandles({});
+    other->open({.title = "Still"});
+    EXPECT_TRUE(desk->showsExactly({"Still"}));
+}
+
 } // namespace
 } // namespace kova::testing

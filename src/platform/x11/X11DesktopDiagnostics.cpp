@@ -51,6 +51,12 @@ std::vector<DiagnosticLine> X11Desktop::diagnose() const {
              "on X11 (\"Xorg\") in the login screen to manage all."});
     }
     const std::lock_guard lock(parts_->mutex);
+    if (!parts_->hand || parts_->hand->isLost()) {
+        lines.push_back(
+            {"keys and dividers", DiagnosticVerdict::wrong,
+             "Their connection to the X display " + display +
+                 " is lost: shortcuts, dividers and dragging do nothing until the agent is started again."});
+    }
     lines.push_back(describeManager(parts_->model.windowManager()));
     std::string displays;
     for (const Screen& screen : parts_->arrangement.screens) {
