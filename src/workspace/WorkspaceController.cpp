@@ -61,6 +61,7 @@ void WorkspaceController::stop() {
     abandonDrags();
     (void)leaveFocusMode(); // whoever sees it
     if (isRunning()) session_->save();
+    comingBack_.clear();
     ++autoArrangeGeneration_;
     pendingApplicationPlacements_.clear();
     restoration_ = {};

@@ -284,7 +284,8 @@ class WorkspaceController {
     bool takeUpSession();
     std::set<std::string> takeUpResizedDisplays();
     void acceptPlacesOfWindows(const std::set<std::string>& returnedDisplayIDs);
-    void putAwayAgain(const WorkspaceSession& session, const ResumedWindows& resumed);
+    void putAwayAgain();
+    bool hasComeBackToWait(const ManagedWindow& window, const std::optional<CGRect>& formerFrame);
     void takeUpZoom(const WorkspaceSessionZoom& zoom, const ResumedWindows& resumed);
     std::set<std::string> sparedWindowIDs();
 
@@ -478,6 +479,8 @@ class WorkspaceController {
     std::map<pid_t, std::optional<std::string>> processStarts_;
     std::set<std::string> awaitedOfSession_;
     Seconds awaitedOfSessionUntil_{0};
+    std::map<std::string, std::optional<CGRect>> comingBack_; // who waited when the last agent ended, and where
+    Seconds comingBackUntil_{0};
     std::unordered_map<std::string, Refusal> refusals_;
     std::map<std::string, ShownLayout> lastLayoutByDisplay_; // also of displays that are away
     ArrangementPlan lastArrangement_;

@@ -73,6 +73,7 @@ void WorkspaceController::applyGrantedPoll(std::vector<ManagedWindow> windows, b
 void WorkspaceController::presentPoll(bool isRecovering) {
     publishWindows();
     keepAssignmentsValid();
+    putAwayAgain();
     if (isRecovering) {
         if (!regainedFronts_.empty() || !regainedWaiting_.empty()) settleOnDisplays();
         recoverAssignedWindows();
@@ -125,9 +126,9 @@ void WorkspaceController::scheduleAutomaticArrangement(bool justGranted) {
 }
 
 bool WorkspaceController::hasUnfinishedBusiness() const {
-    return recovery_.hasDeadline() || !awaitedOfSession_.empty() || recovery_.detectedLockedLoginSession ||
-           reflow_.isWaiting() || !pendingApplicationPlacements_.empty() || !restoration_.pending.empty() ||
-           std::any_of(refusals_.begin(), refusals_.end(), [](const auto& entry) {
+    return recovery_.hasDeadline() || !awaitedOfSession_.empty() || !comingBack_.empty() ||
+           recovery_.detectedLockedLoginSession || reflow_.isWaiting() || !pendingApplicationPlacements_.empty() ||
+           !restoration_.pending.empty() || std::any_of(refusals_.begin(), refusals_.end(), [](const auto& entry) {
                return entry.second.isUnseen || entry.second.attempts < kPlacementAttempts;
            });
 }

@@ -11,6 +11,9 @@ namespace kova {
 namespace {
 
 constexpr double kRestingTolerancePoints = 2;
+/// So long a window may take to come back to its place once its agent has ended: some window managers draw its way, and
+/// give it the keyboard at first.
+constexpr Seconds kPatienceWithReturn{3};
 
 bool isSamePlace(CGPoint a, CGPoint b) {
     return std::abs(a.x - b.x) <= kRestingTolerancePoints && std::abs(a.y - b.y) <= kRestingTolerancePoints;
@@ -66,8 +69,10 @@ std::optional<WorkspaceSession> WorkspaceController::describeSession() {
         WorkspaceSessionWindow kept{
             window.id,   window.processIdentifier, start->second, window.bundleIdentifier, window.title, window.frame,
             std::nullopt};
-        kept.isPutAway =
-            !window.isVisible && !assignments_.isAssigned(window.id) && assignments_.isInAnyTile(window.id);
+        const auto comingBack = comingBack_.find(window.id);
+        if (comingBack != comingBack_.end()) kept.frame = comingBack->second;
+        kept.isPutAway = (!window.isVisible || comingBack != comingBack_.end()) &&
+                         !assignments_.isAssigned(window.id) && assignments_.isInAnyTile(window.id);
         const auto minimum = state_.observedMinimumSizes->find(window.id);
         if (minimum != state_.observedMinimumSizes->end()) kept.observedMinimumSize = minimum->second;
         session.windows.push_back(std::move(kept));
@@ -131,7 +136,12 @@ bool WorkspaceController::takeUpSession() {
     returned.insert(changed.begin(), changed.end());
     acceptPlacesOfWindows(returned);
     presentRegained();
-    putAwayAgain(session, resumed);
+    for (const auto& former : session.windows) {
+        const auto now = resumed.idNow.find(former.id);
+        if (former.isPutAway && now != resumed.idNow.end()) comingBack_[now->second] = former.frame;
+    }
+    comingBackUntil_ = services_.queue.uptime() + kPatienceWithReturn;
+    putAwayAgain();
     if (session.zoom && !changed.contains(session.zoom->displayID)) takeUpZoom(*session.zoom, resumed);
     return knowsAny;
 }
@@ -170,26 +180,30 @@ void WorkspaceController::acceptPlacesOfWindows(const std::set<std::string>& ret
 }
 
 /// An agent that ends in peace brings back whoever waits; those go on waiting now, unless somebody has taken to one
-/// meanwhile: who works in it or has moved it, or has closed what it waited behind.
-void WorkspaceController::putAwayAgain(const WorkspaceSession& session, const ResumedWindows& resumed) {
-    const ManagedWindow* focused = focusedWindow();
+/// meanwhile: who works in it or has moved it, or has closed what it waited behind. One that is on its way back looks
+/// the same at first, which is why a look decides only in favour of going.
+void WorkspaceController::putAwayAgain() {
+    if (comingBack_.empty()) return;
+    const bool isLastLook = services_.queue.uptime() >= comingBackUntil_;
+    std::erase_if(comingBack_, [this](const auto& entry) {
+        return !findLive(entry.first) || assignments_.isAssigned(entry.first) ||
+               !assignments_.stackTargetOf(entry.first);
+    });
     std::set<std::string> leaving;
-    for (const auto& former : session.windows) {
-        const auto now = resumed.idNow.find(former.id);
-        const ManagedWindow* window = now == resumed.idNow.end() ? nullptr : findLive(now->second);
-        if (!former.isPutAway || !window || !window->isVisible || window == focused) continue;
-        const auto tile = assignments_.stackTargetOf(window->id);
-        if (!tile || !screenOfTarget(*tile) || assignments_.isAssigned(window->id)) continue;
-        const auto front = assignments_.assignedWindowIDs.find(*tile);
-        const ManagedWindow* inFront =
-            front == assignments_.assignedWindowIDs.end() ? nullptr : findLive(front->second);
-        if (!inFront || !inFront->isVisible) continue;
-        // What was read of it while it was off the screen may not be where it comes back.
-        const auto place = frameForWindow(inFront->id);
-        const bool isInItsTile = place && window->frame && isSamePlace(window->frame->origin, place->origin);
-        const bool isWhereItWas =
-            former.frame && window->frame && nearlyEqual(*window->frame, *former.frame, kRestingTolerancePoints);
-        if (isInItsTile || isWhereItWas || !window->frame) leaving.insert(window->id);
+    std::set<pid_t> undecided; // an application goes as a whole
+    for (const auto& [id, former] : comingBack_) {
+        const ManagedWindow& window = *findLive(id);
+        if (hasComeBackToWait(window, former)) {
+            leaving.insert(id);
+        } else if (window.isVisible && !isLastLook) {
+            undecided.insert(window.processIdentifier);
+        }
+    }
+    std::erase_if(leaving, [&](const auto& id) { return undecided.contains(findLive(id)->processIdentifier); });
+    if (isLastLook) {
+        comingBack_.clear();
+    } else {
+        for (const auto& id : leaving) comingBack_.erase(id);
     }
     // An application that has something else to show is not hidden.
     std::set<pid_t> staying;
@@ -206,6 +220,20 @@ void WorkspaceController::putAwayAgain(const WorkspaceSession& session, const Re
         }
     }
     presentDisplaced(displaced);
+}
+
+/// Whether the window stands where it waits, or did, behind somebody who can be seen.
+bool WorkspaceController::hasComeBackToWait(const ManagedWindow& window, const std::optional<CGRect>& formerFrame) {
+    const auto tile = assignments_.stackTargetOf(window.id);
+    if (!window.isVisible || &window == focusedWindow() || !tile || !screenOfTarget(*tile)) return false;
+    const auto front = assignments_.assignedWindowIDs.find(*tile);
+    const ManagedWindow* inFront = front == assignments_.assignedWindowIDs.end() ? nullptr : findLive(front->second);
+    if (!inFront || !inFront->isVisible) return false;
+    if (!window.frame) return true;
+    // What was read of it while it was off the screen may not be where it comes back.
+    const auto place = frameForWindow(inFront->id);
+    return (place && isSamePlace(window.frame->origin, place->origin)) ||
+           (formerFrame && nearlyEqual(*window.frame, *formerFrame, kRestingTolerancePoints));
 }
 
 void WorkspaceController::takeUpZoom(const WorkspaceSessionZoom& zoom, const ResumedWindows& resumed) {

@@ -24,6 +24,9 @@ class Restart : public ::testing::Test {
         assignments = kova().assignments();
     }
     WorkspaceController& kova() { return desk.controller(); }
+    std::string nameOfWaiting() {
+        return kova().tiles().front().stack.back() == desk.desktop.windowIDOf("Mail") ? "Mail" : "Terminal";
+    }
     /// Ends without a chance to do or to save anything more, and the next one starts.
     Desk& isKilledAndFollowed() {
         desk.desktop.setTrusted(false); // so that nothing of its end reaches the windows or the record
@@ -64,14 +67,33 @@ TEST_F(Restart, AnUpgradeGivesTheSamePicture) {
         std::function<void()> meanwhile;
         bool isPutAway;
     };
-    const std::string waiting =
-        kova().tiles().front().stack.back() == desk.desktop.windowIDOf("Mail") ? "Mail" : "Terminal";
+    const std::string waiting = nameOfWaiting();
+    const CGRect tile = kova().tiles().front().frameForWindowService;
+    const auto soon = [&](std::function<void()> work) { desk.desktop.queue().after(Seconds(0.3), std::move(work)); };
     std::string second;
     const std::vector<Case> cases = {
         {"nothing", [] {}, true},
         {"another window of the waiting application", [&] { second = desk.desktop.open(waiting); }, true},
         {"the user works in it", [&] { desk.desktop.focusByHand(waiting); }, false},
         {"the user has moved it", [&] { desk.desktop.moveByHand(waiting, makeRect(700, 300, 500, 400)); }, false},
+        {"it is drawn on its way back",
+         [&] {
+             desk.desktop.moveByHand(waiting, makeRect(900, 1300, 500, 400));
+             soon([&] { desk.desktop.moveByHand(waiting, tile); });
+         },
+         true},
+        {"it is not back yet",
+         [&] {
+             desk.desktop.hideByHand(waiting, true);
+             soon([&] { desk.desktop.hideByHand(waiting, false); });
+         },
+         true},
+        {"it has the keyboard at first",
+         [&] {
+             desk.desktop.focusByHand(waiting);
+             soon([&] { desk.desktop.focusByHand("Notes"); });
+         },
+         true},
         {"nobody is before it any more", [&] { desk.desktop.quit("Notes"); }, false},
     };
     for (const auto& c : cases) {
@@ -97,6 +119,32 @@ TEST_F(Restart, AnUpgradeGivesTheSamePicture) {
         EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window(waiting)));
         desk.cycleStack();
     }
+}
+
+/// Which takes a moment: what is asked for, or befalls the agent, meanwhile.
+TEST_F(Restart, WhoIsOnItsWayBackMayBeAskedForOrWaitForTheAgentAfterThisOne) {
+    const std::string waiting = nameOfWaiting();
+    const CGRect tile = kova().tiles().front().frameForWindowService;
+    const auto isUpgraded = [&] {
+        desk.stop();
+        desk.desktop.hideByHand(waiting, false);
+        desk.desktop.moveByHand(waiting, makeRect(900, 1300, 500, 400));
+        desk.desktop.focusByHand("Notes");
+    };
+    isUpgraded();
+    meanwhile = [&] { desk.desktop.moveByHand(waiting, tile); };
+    desk.desktop.queue().after(Seconds(0.3), [&] { desk.stop(); });
+    desk.restart();
+    isKilledAndFollowed();
+    EXPECT_FALSE(desk.desktop.isOnScreen(desk.desktop.window(waiting)));
+    EXPECT_EQ(kova().assignments(), assignments);
+
+    isUpgraded();
+    desk.desktop.queue().after(Seconds(0.3), [&] { kova().cycleStack(); });
+    desk.restart().advance(Seconds(5));
+    EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window(waiting)));
+    EXPECT_TRUE(kova().assignments().isAssigned(desk.desktop.windowIDOf(waiting)));
+    EXPECT_FALSE(desk.desktop.isOnScreen(desk.desktop.window("Notes")));
 }
 
 TEST_F(Restart, AZoomedWindowStaysZoomedAndGoesBack) {
