@@ -101,7 +101,39 @@ TEST_P(Restart, AKilledAgentLosesNothingAndItsSuccessorMovesNothing) {
     EXPECT_NE(undo.output.find("nothing to undo"), std::string::npos) << undo.output;
 }
 
+/// Only under a window manager does one wait behind another here.
+class Upgrade : public Restart {};
+
+/// Ending brings back who was hidden, with the keyboard where it was; the next agent takes it off the screen again.
+TEST_P(Upgrade, GivesTheSamePicture) {
+    // Of two applications with a window each, the one that waits is hidden whole.
+    drawing_.destroy(windows_[1]);
+    windows_.erase(windows_.begin() + 1);
+    ASSERT_TRUE(eventually([&] { return session_.query("windows").size() == 2; }));
+    ASSERT_EQ(session_.kova({"arrange"}).exitCode, 0);
+    settle();
+    ASSERT_TRUE(putOneBehindTheOther());
+    settle();
+    const auto tiles = session_.query("tiles");
+    const auto seen = shown();
+    const auto focused = drawing_.focus();
+    for (int round = 0; round < 2; ++round) {
+        session_.signalAgent(SIGTERM);
+        ASSERT_TRUE(session_.waitForAgent());
+        EXPECT_TRUE(eventually([&] { return shown() != seen; })) << "one was hidden";
+        start(); // while the window manager may still draw its way back
+        EXPECT_TRUE(eventually([&] { return shown() == seen; }));
+        settle();
+        EXPECT_EQ(shown(), seen);
+        EXPECT_EQ(session_.query("tiles"), tiles);
+        EXPECT_EQ(drawing_.focus(), focused);
+    }
+    EXPECT_EQ(session_.kova({"stack"}).exitCode, 0);
+    EXPECT_TRUE(eventually([&] { return shown() != seen; }));
+}
+
 INSTANTIATE_TEST_SUITE_P(Managers, Restart, ::testing::Values(Manager::openbox, Manager::none));
+INSTANTIATE_TEST_SUITE_P(Managers, Upgrade, ::testing::Values(Manager::openbox));
 
 } // namespace
 } // namespace kova::testing
