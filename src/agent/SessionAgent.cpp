@@ -10,7 +10,7 @@ namespace kova {
 
 namespace {
 
-constexpr Seconds kPatienceWithFirstLook{0.5};
+constexpr Seconds kPatienceWithFirstLook{2};
 constexpr Seconds kPauseBeforeWindowsAreKnown{0.002};
 
 template <class Controller>
