@@ -38,10 +38,7 @@ std::optional<CGRect> WorkspaceController::dividerFrameOnScreen(const DisplayLay
 }
 
 bool WorkspaceController::beginDividerDrag(const DisplayLayoutDivider& target) {
-    if (!mayMoveWindows()) {
-        (void)requireVisibleScreen(); // says why
-        return false;
-    }
+    if (!requireVisibleScreen() || !mayMoveWindows()) return false;
     closeFocusMode();
     const Screen* screen = screenOf(target.displayID);
     if (!screen || layouts_.resolve(*screen, *state_.profile, catalogue()).id != target.layoutID) return false;
