@@ -93,7 +93,7 @@ Desk& Desk::restart() {
     resumptionEnd_ = desktop.queue().uptime() + Seconds(14);
     foundAtRestart_.clear();
     for (const auto* window : desktop.livingWindows()) {
-        foundAtRestart_[window->label()] = desktop.frameForWindowService(*window);
+        foundAtRestart_[window->label()] = {desktop.frameForWindowService(*window), std::nullopt};
     }
     return start().settle();
 }
@@ -133,6 +133,7 @@ Desk& Desk::perform(const WorkspaceAction& action) {
 Desk& Desk::arrange() {
     // A poll sees what was opened just now.
     if (wasStarted_) desktop.queue().advance(RefreshCycle::kInterval);
+    foundAtRestart_.clear();
     return perform(action::Arrange{});
 }
 

@@ -109,7 +109,11 @@ class Desk {
     bool isSettled_ = false;
     Seconds recoveryEnd_{0}; // uptime
     Seconds resumptionEnd_{0};
-    std::map<std::string, CGRect> foundAtRestart_; // by label, window-service space
+    struct Found {
+        CGRect frame;
+        std::optional<CGRect> tile; // at the first look at it
+    };
+    std::map<std::string, Found> foundAtRestart_; // by label, window-service space; until the next arrangement
 };
 
 } // namespace kova

@@ -136,9 +136,12 @@ void Desk::checkWindowsAreAtRest(std::vector<std::string>& broken) {
         if (!window.isObedient() || !desktop.isAnswering(window)) continue;
         if (!desktop.isOnScreen(window) || window.isFullScreen) continue;
         const CGRect frame = desktop.frameForWindowService(window);
-        // A restart moves nobody: who had just strayed stays there until something is asked for.
+        // A restart moves nobody: who had just strayed stays there until its tile is another or all are arranged.
         const auto found = foundAtRestart_.find(window.label());
-        if (found != foundAtRestart_.end() && found->second == frame) continue;
+        if (found != foundAtRestart_.end()) {
+            if (!found->second.tile) found->second.tile = tile.frameForWindowService;
+            if (found->second.frame == frame && found->second.tile == tile.frameForWindowService) continue;
+        }
         if (!nearlyEqual(frame, tile.frameForWindowService, kTolerance)) {
             broken.push_back(window.label() + " is not in its tile " + describeFrame(tile.frameForWindowService));
         }
