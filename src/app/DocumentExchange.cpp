@@ -3,7 +3,9 @@
 namespace kova {
 
 void DocumentExchange::exportDocument() {
-    panels_.saveDocument("KOVA-Workspace.json", workspace_.exportWorkspaceDocument(),
+    const auto exported = workspace_.exportWorkspaceDocument();
+    if (const auto* error = std::get_if<DecodingError>(&exported)) return fail("Export failed: ", error->what());
+    panels_.saveDocument("KOVA-Workspace.json", std::get<std::string>(exported),
                          lifetime_.guard([this](const std::optional<FileProblem>& problem) {
                              if (problem) fail("Export failed: ", problem->message);
                          }));

@@ -22,9 +22,13 @@ ControlFailure importFailure(const std::string& reason) {
 } // namespace
 
 ControlReply DocumentTransfer::exportDocument() const {
+    auto exported = controller_.exportWorkspaceDocument();
+    if (const auto* error = std::get_if<DecodingError>(&exported)) {
+        return refusal(std::string("Export failed: ") + error->what());
+    }
     return json{{"scenes", controller_.state().scenes->size()},
                 {"rules", controller_.state().rules->size()},
-                {"text", controller_.exportWorkspaceDocument()}};
+                {"text", std::get<std::string>(std::move(exported))}};
 }
 
 ControlReply DocumentTransfer::importDocument(const JsonCursor& parameters, const std::shared_ptr<ControlPeer>& peer) {

@@ -67,7 +67,7 @@ ControlReply captureScene(WorkspaceController& controller, const JsonCursor& par
     const auto named = parameters.optional("name");
     const std::optional<std::string> name = named ? std::optional(named->string()) : std::nullopt;
     const Listening listening(controller);
-    controller.captureScene(name);
+    if (!controller.captureScene(name)) return refusal(listening.heard().value_or("The scene was not captured"));
     const WorkspaceScene& scene = controller.state().scenes->back();
     return json{{"scene", entry(scene, *controller.state().activeSceneID)}, {"message", orNull(listening.heard())}};
 }

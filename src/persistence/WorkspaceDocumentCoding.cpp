@@ -109,6 +109,40 @@ std::string write(const WorkspaceProductDocument& document, DateCoding dates, in
     return out.dump(indent, ' ', false, json::error_handler_t::replace);
 }
 
+/// As the reader counts them.
+std::size_t valuesIn(const WorkspaceSceneDisplay& display) {
+    constexpr std::size_t kScalars = 4, kWeights = 2; // "layoutWeights" and its "splits"
+    std::size_t count = kScalars + kWeights;
+    for (const auto& [split, weights] : display.layoutWeights.splits) count += 1 + weights.size();
+    return count;
+}
+
+std::size_t valuesIn(const WorkspaceScenePlacement& placement) {
+    const auto& window = placement.window;
+    constexpr std::size_t kScalars = 4, kWindow = 2; // "window" and its "applicationName"
+    return kScalars + kWindow + (window.bundleIdentifier ? 1 : 0) + (window.titleHint ? 1 : 0) +
+           (placement.isActive ? 1 : 0) + (placement.claimedSlotIDs ? 1 + placement.claimedSlotIDs->size() : 0);
+}
+
+template <class Record>
+std::optional<DecodingError> whyUnreadable(const std::vector<Record>& records, const std::string& path) {
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        if (valuesIn(records[i]) > kMaximumValuesPerRecord) {
+            return tooManyValues(path + "[" + std::to_string(i) + "]");
+        }
+    }
+    return std::nullopt;
+}
+
+DecodingError tooLarge() {
+    return {"", "larger than " + std::to_string(kMaximumImportBytes >> 20) + " MiB"};
+}
+
+std::string exported(const WorkspaceProductDocument& document) {
+    constexpr int kIndent = 2;
+    return write(document, DateCoding::iso8601, kIndent) + "\n";
+}
+
 Decoded<WorkspaceProductDocument> read(std::string_view text, DateCoding dates) {
     try {
         WorkspaceDocumentReader reader(dates);
@@ -129,15 +163,27 @@ Decoded<WorkspaceProductDocument> decodeStoredDocument(std::string_view json) {
     return read(json, DateCoding::secondsSince2001);
 }
 
-std::string encodeExportedDocument(const WorkspaceProductDocument& document) {
-    constexpr int kIndent = 2;
-    return write(document, DateCoding::iso8601, kIndent) + "\n";
+std::optional<DecodingError> whyUnreadable(const WorkspaceProductDocument& document, std::size_t storedBytes) {
+    for (std::size_t i = 0; i < document.scenes.size(); ++i) {
+        const std::string path = "scenes[" + std::to_string(i) + "]";
+        if (auto error = whyUnreadable(document.scenes[i].displays, path + ".displays")) return error;
+        if (auto error = whyUnreadable(document.scenes[i].placements, path + ".placements")) return error;
+    }
+    // Indentation makes a list of digits nine and a half times as long, and nothing grows more than that.
+    constexpr std::size_t kLargestGrowth = 12;
+    if (storedBytes <= kMaximumImportBytes / kLargestGrowth) return std::nullopt;
+    if (exported(document).size() > kMaximumImportBytes) return tooLarge();
+    return std::nullopt;
+}
+
+Decoded<std::string> encodeExportedDocument(const WorkspaceProductDocument& document) {
+    std::string text = exported(document);
+    if (text.size() > kMaximumImportBytes) return tooLarge();
+    return text;
 }
 
 Decoded<WorkspaceProductDocument> decodeExportedDocument(std::string_view json) {
-    if (json.size() > kMaximumImportBytes) {
-        return DecodingError("", "larger than " + std::to_string(kMaximumImportBytes >> 20) + " MiB");
-    }
+    if (json.size() > kMaximumImportBytes) return tooLarge();
     return read(json, DateCoding::iso8601);
 }
 

@@ -8,20 +8,29 @@
 #include "support/Decoded.h"
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
 namespace kova {
 
-/// A file beyond this is not one that was exported.
+/// The largest exported document, in bytes; reading and writing keep to it.
 inline constexpr std::size_t kMaximumImportBytes = std::size_t{64} << 20;
+/// The most JSON values (members, elements, nested ones too) in one display or placement of a scene or in one rule;
+/// reading and writing keep to it.
+inline constexpr std::size_t kMaximumValuesPerRecord = 4096;
+
+/// Why the document could not be read again once it was written; absent when it can. `storedBytes` is the size of
+/// `encodeStoredDocument(document)`, which tells cheaply that most documents are small.
+std::optional<DecodingError> whyUnreadable(const WorkspaceProductDocument& document, std::size_t storedBytes);
 
 /// For the preferences: compact, dates as seconds since 2001.
 std::string encodeStoredDocument(const WorkspaceProductDocument& document);
 Decoded<WorkspaceProductDocument> decodeStoredDocument(std::string_view json);
 
-/// For a file: indented, sorted keys, dates as ISO 8601 texts. Reading refuses more than `kMaximumImportBytes`.
-std::string encodeExportedDocument(const WorkspaceProductDocument& document);
+/// For a file: indented, sorted keys, dates as ISO 8601 texts. Neither reading nor writing accepts more than
+/// `kMaximumImportBytes`.
+Decoded<std::string> encodeExportedDocument(const WorkspaceProductDocument& document);
 Decoded<WorkspaceProductDocument> decodeExportedDocument(std::string_view json);
 
 } // namespace kova

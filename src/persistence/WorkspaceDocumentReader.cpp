@@ -1,6 +1,7 @@
 #include "persistence/WorkspaceDocumentReader.h"
 
 #include "layout/LayoutCoding.h"
+#include "persistence/WorkspaceDocumentCoding.h"
 
 #include <algorithm>
 #include <array>
@@ -10,9 +11,6 @@
 namespace kova {
 
 namespace {
-
-/// No entry that was ever written comes near this; one that does would not be worth its memory.
-constexpr std::size_t kMaximumValuesPerRecord = 4096;
 
 std::string text(const JsonCursor& at) {
     std::string value = at.string();
@@ -43,6 +41,10 @@ WorkspaceWindowReference decodeReference(const JsonCursor& at) {
 }
 
 } // namespace
+
+DecodingError tooManyValues(const std::string& path) {
+    return {path, "holds more than " + std::to_string(kMaximumValuesPerRecord) + " values"};
+}
 
 WorkspaceDocumentReader::Kind WorkspaceDocumentReader::entryKind(const std::string& list) {
     if (list == "scenes") return Kind::scene;
@@ -105,9 +107,7 @@ bool WorkspaceDocumentReader::scalar(json value) {
 }
 
 WorkspaceDocumentReader::json* WorkspaceDocumentReader::insert(Record& record, json value) {
-    if (++record.values > kMaximumValuesPerRecord) {
-        throw DecodingError(record.path, "holds more than " + std::to_string(kMaximumValuesPerRecord) + " values");
-    }
+    if (++record.values > kMaximumValuesPerRecord) throw tooManyValues(record.path);
     if (record.containers.empty()) return &(record.members[record.key] = std::move(value));
     json& container = *record.containers.back();
     if (container.is_array()) return &container.emplace_back(std::move(value));

@@ -15,6 +15,9 @@ namespace kova {
 
 enum class DateCoding { secondsSince2001, iso8601 };
 
+/// Of a record at the path that exceeds `kMaximumValuesPerRecord`.
+DecodingError tooManyValues(const std::string& path);
+
 /// The parser's listener: the names of its calls are the library's. They throw `DecodingError`.
 class WorkspaceDocumentReader {
   public:

@@ -15,6 +15,25 @@ std::string after(std::string_view mark, std::string_view text) {
     return reason.size() <= kLongestReason ? std::string(reason) : std::string(reason.substr(0, kLongestReason)) + "…";
 }
 
+/// Counts brackets before anything is parsed: a parser callback, which could count them too, makes the library search
+/// all siblings of an object whenever one ends, so that a list of many objects takes quadratic time.
+bool isNestedDeeperThan(int levels, std::string_view text) {
+    int depth = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        if (c == '"') {
+            for (++i; i < text.size() && text[i] != '"'; ++i) {
+                if (text[i] == '\\') ++i;
+            }
+        } else if (c == '[' || c == '{') {
+            if (++depth > levels) return true;
+        } else if (c == ']' || c == '}') {
+            --depth;
+        }
+    }
+    return false;
+}
+
 } // namespace
 
 std::string shownKey(std::string_view key) {
@@ -53,7 +72,8 @@ std::int64_t JsonCursor::integer() const {
     if (!value_->is_number()) fail("expected an integer");
     const double number = value_->get<double>();
     if (std::trunc(number) != number) fail("expected an integer");
-    if (number < -9.2233720368547758e18 || number >= 9.2233720368547758e18) fail("integer out of range");
+    // An integer below the least one reaches us as this very double, so it cannot be told from it.
+    if (number <= -9.2233720368547758e18 || number >= 9.2233720368547758e18) fail("integer out of range");
     return static_cast<std::int64_t>(number);
 }
 
@@ -111,13 +131,11 @@ DecodingError notJson(const nlohmann::json::exception& error) {
 }
 
 nlohmann::json parseJson(std::string_view text) {
-    const auto limitDepth = [](int depth, nlohmann::json::parse_event_t, const nlohmann::json&) {
-        if (depth > kMaximumJsonDepth)
-            throw DecodingError("", "nested deeper than " + std::to_string(kMaximumJsonDepth) + " levels");
-        return true;
-    };
+    if (isNestedDeeperThan(kMaximumJsonDepth, text)) {
+        throw DecodingError("", "nested deeper than " + std::to_string(kMaximumJsonDepth) + " levels");
+    }
     try {
-        return nlohmann::json::parse(text, limitDepth);
+        return nlohmann::json::parse(text);
     } catch (const nlohmann::json::exception& error) {
         throw notJson(error);
     }

@@ -140,7 +140,8 @@ class WorkspaceController {
 
     // Scenes
     /// Saves the workspace as it is under the name, or under one that tells the time.
-    void captureScene(const std::optional<std::string>& name = std::nullopt);
+    /// False, with a message, when the scenes would be too large to be read back.
+    bool captureScene(const std::optional<std::string>& name = std::nullopt);
     /// Restores layouts, look and windows; applications that are missing are launched, and their windows are placed as
     /// they appear within 25 s. False when there is no such scene, or without permission.
     bool activateScene(const Uuid& id);
@@ -190,8 +191,9 @@ class WorkspaceController {
     const std::set<std::string>& handledRuleWindowIDs() const { return handledRuleWindowIDs_; }
 
     // The document of scenes and rules
-    std::string exportWorkspaceDocument() const;
-    /// Adds what is new in the file; on an error nothing changes.
+    Decoded<std::string> exportWorkspaceDocument() const;
+    /// Adds what is new in the file; on an error, also when the result would be too large to be read back, nothing
+    /// changes.
     Decoded<WorkspaceImportCounts> importWorkspaceDocument(std::string_view data);
 
     // Dividers
@@ -344,6 +346,8 @@ class WorkspaceController {
     void endRestoration(std::size_t unavailable);
     WorkspaceProductDocument workspaceDocument() const;
     void saveWorkspaceDocument();
+    [[nodiscard]] bool changeDocument(WorkspaceProductDocument next);
+    std::optional<DecodingError> takeDocument(WorkspaceProductDocument next);
 
     // Rules (WorkspaceRules.cpp)
     void applyRules(const std::vector<ManagedWindow>& windows);

@@ -34,7 +34,27 @@ void WorkspaceController::saveWorkspaceDocument() {
                                    PreferenceData{encodeStoredDocument(workspaceDocument())});
 }
 
-std::string WorkspaceController::exportWorkspaceDocument() const {
+/// Takes over a document that can be read back, and stores it; else gives the reason, and nothing changes. A document
+/// that was too large before, as only an edited preference file makes it, may still be changed, so that it can shrink.
+std::optional<DecodingError> WorkspaceController::takeDocument(WorkspaceProductDocument next) {
+    std::string stored = encodeStoredDocument(next);
+    if (auto reason = whyUnreadable(next, stored.size())) {
+        const auto present = workspaceDocument();
+        if (!whyUnreadable(present, encodeStoredDocument(present).size())) return reason;
+    }
+    state_.scenes.set(std::move(next.scenes));
+    state_.rules.set(std::move(next.rules));
+    state_.activeSceneID.set(next.activeSceneID);
+    services_.preferences.setValue(preferenceKey::workspaceProduct, PreferenceData{std::move(stored)});
+    return std::nullopt;
+}
+
+bool WorkspaceController::changeDocument(WorkspaceProductDocument next) {
+    const auto reason = takeDocument(std::move(next));
+    return !reason || refuse(std::string("Not changed, because it could not be stored: ") + reason->what());
+}
+
+Decoded<std::string> WorkspaceController::exportWorkspaceDocument() const {
     return encodeExportedDocument(workspaceDocument());
 }
 
@@ -43,9 +63,13 @@ Decoded<WorkspaceImportCounts> WorkspaceController::importWorkspaceDocument(std:
     if (const auto* error = std::get_if<DecodingError>(&decoded)) return *error;
     auto& imported = std::get<WorkspaceProductDocument>(decoded);
     const WorkspaceImportCounts counts{imported.scenes.size(), imported.rules.size()};
-    state_.scenes.set(joined(*state_.scenes, std::move(imported.scenes)));
-    state_.rules.set(joined(*state_.rules, std::move(imported.rules)));
-    saveWorkspaceDocument();
+    WorkspaceProductDocument next{.version = 1,
+                                  .scenes = joined(*state_.scenes, std::move(imported.scenes)),
+                                  .rules = joined(*state_.rules, std::move(imported.rules)),
+                                  .activeSceneID = *state_.activeSceneID};
+    if (const auto reason = takeDocument(std::move(next))) {
+        return DecodingError("", std::string("scenes and rules together could not be stored: ") + reason->what());
+    }
     showStatusMessage("Imported " + std::to_string(counts.scenes) + " scenes and " + std::to_string(counts.rules) +
                       " rules");
     return counts;

@@ -80,23 +80,20 @@ bool WorkspaceController::addRule(WorkspaceRule rule) {
 /// The newest has the lowest precedence.
 bool WorkspaceController::appendRule(WorkspaceRule rule, const std::string& subject) {
     const std::string message = "Rule added for " + subject;
-    auto rules = *state_.rules;
-    rules.push_back(std::move(rule));
-    state_.rules.set(std::move(rules));
-    saveWorkspaceDocument();
+    auto document = workspaceDocument();
+    document.rules.push_back(std::move(rule));
+    if (!changeDocument(std::move(document))) return false;
     showStatusMessage(message);
     return true;
 }
 
 template <class Edit>
 bool WorkspaceController::editRule(const Uuid& id, Edit edit) {
-    auto rules = *state_.rules;
-    const auto rule = std::find_if(rules.begin(), rules.end(), [&](const auto& each) { return each.id == id; });
-    if (rule == rules.end()) return false;
-    edit(rules, rule);
-    state_.rules.set(std::move(rules));
-    saveWorkspaceDocument();
-    return true;
+    auto document = workspaceDocument();
+    const auto rule = std::ranges::find(document.rules, id, &WorkspaceRule::id);
+    if (rule == document.rules.end()) return false;
+    edit(document.rules, rule);
+    return changeDocument(std::move(document));
 }
 
 bool WorkspaceController::setRuleEnabled(const Uuid& id, bool enabled) {

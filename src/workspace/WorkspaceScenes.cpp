@@ -61,7 +61,7 @@ std::vector<WorkspaceSceneDisplay> WorkspaceController::capturedDisplays() const
     return displays;
 }
 
-void WorkspaceController::captureScene(const std::optional<std::string>& name) {
+bool WorkspaceController::captureScene(const std::optional<std::string>& name) {
     const Date now = std::chrono::floor<std::chrono::microseconds>(services_.queue.now());
     WorkspaceScene scene;
     scene.name = trimmed(name.value_or(""));
@@ -74,26 +74,25 @@ void WorkspaceController::captureScene(const std::optional<std::string>& name) {
     scene.displays = capturedDisplays();
     for (auto& captured : capturedPlacements()) scene.placements.push_back(std::move(captured.placement));
 
-    state_.activeSceneID.set(scene.id);
     const std::string message = "Scene " + quoted(scene.name) + " captured";
-    auto scenes = *state_.scenes;
-    scenes.push_back(std::move(scene));
-    state_.scenes.set(std::move(scenes));
-    saveWorkspaceDocument();
+    auto document = workspaceDocument();
+    document.activeSceneID = scene.id;
+    document.scenes.push_back(std::move(scene));
+    if (!changeDocument(std::move(document))) return false;
     showStatusMessage(message);
+    return true;
 }
 
 bool WorkspaceController::renameScene(const Uuid& id, const std::string& name) {
     const std::string newName = trimmed(name);
-    auto scenes = *state_.scenes;
-    const auto scene = std::find_if(scenes.begin(), scenes.end(), [&](const auto& each) { return each.id == id; });
-    if (scene == scenes.end()) return false;
+    auto document = workspaceDocument();
+    const auto scene = std::ranges::find(document.scenes, id, &WorkspaceScene::id);
+    if (scene == document.scenes.end()) return false;
     if (newName.empty()) return refuse("A scene needs a name");
     const std::string message = "Scene " + quoted(scene->name) + " renamed to " + quoted(newName);
     scene->name = newName;
     scene->updatedAt = std::chrono::floor<std::chrono::microseconds>(services_.queue.now());
-    state_.scenes.set(std::move(scenes));
-    saveWorkspaceDocument();
+    if (!changeDocument(std::move(document))) return false;
     showStatusMessage(message);
     return true;
 }
@@ -101,11 +100,10 @@ bool WorkspaceController::renameScene(const Uuid& id, const std::string& name) {
 bool WorkspaceController::deleteScene(const Uuid& id) {
     const auto scene = sceneWithID(id);
     if (!scene) return false;
-    auto scenes = *state_.scenes;
-    std::erase_if(scenes, [&](const auto& each) { return each.id == id; });
-    state_.scenes.set(std::move(scenes));
-    if (*state_.activeSceneID == id) state_.activeSceneID.set(std::nullopt);
-    saveWorkspaceDocument();
+    auto document = workspaceDocument();
+    std::erase_if(document.scenes, [&](const auto& each) { return each.id == id; });
+    if (document.activeSceneID == id) document.activeSceneID.reset();
+    if (!changeDocument(std::move(document))) return false;
     showStatusMessage("Scene " + quoted(scene->name) + " deleted");
     return true;
 }

@@ -67,7 +67,7 @@ TEST_F(SceneMethods, ASceneIsComparedAndOpened) {
 TEST_F(SceneMethods, AnyIndexOfAFileCanBeShown) {
     desk.arrange();
     result("scene.capture", {{"name", "Work"}});
-    json file = json::parse(desk.controller().exportWorkspaceDocument());
+    json file = json::parse(std::get<std::string>(desk.controller().exportWorkspaceDocument()));
     json& scene = file["scenes"][0];
     scene["id"] = "3F2504E0-4F89-41D3-9A0C-0305E82C3301";
     scene["name"] = "Far";

@@ -15,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (const auto* document = std::get_if<WorkspaceProductDocument>(&imported)) {
         WorkspaceProductDocument written = *document;
         written.version = 1;
-        const auto again = decodeExportedDocument(encodeExportedDocument(written));
+        const auto again = decodeExportedDocument(std::get<std::string>(encodeExportedDocument(written)));
         if (!std::holds_alternative<WorkspaceProductDocument>(again)) std::abort();
         if (std::get<WorkspaceProductDocument>(again) != written) std::abort();
     }

@@ -32,6 +32,12 @@ WorkspaceProductDocument decoded(const Decoded<WorkspaceProductDocument>& result
     return std::get<WorkspaceProductDocument>(result);
 }
 
+std::string exportOf(const WorkspaceProductDocument& document) {
+    const auto text = encodeExportedDocument(document);
+    if (const auto* error = std::get_if<DecodingError>(&text)) throw std::runtime_error(error->what());
+    return std::get<std::string>(text);
+}
+
 std::string importError(const std::string& text) {
     const auto result = decodeExportedDocument(text);
     const auto* error = std::get_if<DecodingError>(&result);
@@ -53,7 +59,7 @@ std::string changed(const std::string& pointer, const json& value) {
 TEST(WorkspaceDocument, ReadsAndWritesBothEncodingsToTheLetter) {
     const std::string exported = fileText("exported.json");
     const WorkspaceProductDocument document = decoded(decodeExportedDocument(exported));
-    EXPECT_EQ(encodeExportedDocument(document), exported);
+    EXPECT_EQ(exportOf(document), exported);
     ASSERT_EQ(document.scenes.size(), 1u);
     const WorkspaceScene& scene = document.scenes.front();
     EXPECT_EQ(document.activeSceneID, scene.id);
@@ -71,7 +77,7 @@ TEST(WorkspaceDocument, ReadsAndWritesBothEncodingsToTheLetter) {
     const std::string stored = fileText("stored.json");
     WorkspaceProductDocument withFraction = decoded(decodeStoredDocument(stored));
     EXPECT_EQ(encodeStoredDocument(withFraction) + "\n", stored);
-    EXPECT_EQ(encodeExportedDocument(withFraction), exported) << "a fraction is dropped";
+    EXPECT_EQ(exportOf(withFraction), exported) << "a fraction is dropped";
     withFraction.scenes.front().createdAt -= std::chrono::milliseconds(250);
     EXPECT_EQ(withFraction, document);
 }
@@ -142,7 +148,7 @@ TEST(WorkspaceDocument, WhatIsWrittenCanBeRead) {
     document.scenes.back().placements.emplace_back().claimedSlotIDs = {withNul};
     document.rules.emplace_back().disposition = disposition::Tile{withNul};
     for (const auto& read : {decoded(decodeStoredDocument(encodeStoredDocument(document))),
-                             decoded(decodeExportedDocument(encodeExportedDocument(document)))}) {
+                             decoded(decodeExportedDocument(exportOf(document)))}) {
         EXPECT_EQ(read.scenes.front().name, "ab");
         EXPECT_EQ(read.scenes.front().placements.front().claimedSlotIDs->front(), "ab");
         EXPECT_EQ(read.rules.front().disposition, WorkspaceRuleDisposition(disposition::Tile{"ab"}));
@@ -273,7 +279,42 @@ RC_GTEST_PROP(WorkspaceDocumentProperty, SurvivesBothEncodings, ()) {
         scene.createdAt = std::chrono::floor<std::chrono::seconds>(scene.createdAt);
         scene.updatedAt = std::chrono::floor<std::chrono::seconds>(scene.updatedAt);
     }
-    RC_ASSERT(decoded(decodeExportedDocument(encodeExportedDocument(document))) == document);
+    RC_ASSERT(decoded(decodeExportedDocument(exportOf(document))) == document);
+}
+
+RC_GTEST_PROP(WorkspaceDocumentProperty, WhatMayBeWrittenIsReadBackAndNothingElse, ()) {
+    WorkspaceProductDocument document;
+    document.scenes.push_back(anyScene());
+    auto& scene = document.scenes.front();
+    scene.displays.push_back({0, "", 1, "", {}});
+    scene.placements.push_back(anyPlacement());
+    // About as many values as one record may have, in one list or in several.
+    const auto near = [] {
+        return *rc::gen::inRange<std::size_t>(kMaximumValuesPerRecord - 20, kMaximumValuesPerRecord);
+    };
+    auto& splits = scene.displays.back().layoutWeights.splits;
+    if (*rc::gen::arbitrary<bool>()) splits["root"].assign(near(), anyNumber());
+    if (*rc::gen::arbitrary<bool>()) splits["root.1"].assign(*rc::gen::inRange<std::size_t>(0, 30), 1);
+    if (*rc::gen::arbitrary<bool>()) scene.placements.back().claimedSlotIDs.emplace(near(), *anyText());
+    const std::string stored = encodeStoredDocument(document);
+    const bool isReadable = std::holds_alternative<WorkspaceProductDocument>(decodeStoredDocument(stored));
+    RC_ASSERT(!whyUnreadable(document, stored.size()) == isReadable);
+    RC_ASSERT(std::holds_alternative<WorkspaceProductDocument>(decodeExportedDocument(exportOf(document))) ==
+              isReadable);
+}
+
+TEST(WorkspaceDocument, NothingIsExportedThatImportRefuses) {
+    WorkspaceProductDocument document;
+    WorkspaceScene scene;
+    scene.displays.push_back({0, "", 1, "", {{{"root", std::vector<double>(4000, 1)}}}});
+    document.scenes.assign(950, scene);
+    const std::string stored = encodeStoredDocument(document);
+    ASSERT_LT(stored.size(), kMaximumImportBytes / 4) << "small as long as nothing is indented";
+    EXPECT_STREQ(whyUnreadable(document, stored.size())->what(), "larger than 64 MiB");
+    EXPECT_STREQ(std::get<DecodingError>(encodeExportedDocument(document)).what(), "larger than 64 MiB");
+    document.scenes.resize(700);
+    EXPECT_FALSE(whyUnreadable(document, encodeStoredDocument(document).size()));
+    EXPECT_EQ(decoded(decodeExportedDocument(exportOf(document))).scenes.size(), 700U);
 }
 
 } // namespace

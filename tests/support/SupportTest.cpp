@@ -92,7 +92,10 @@ TEST(JsonDecoding, ErrorsNameThePlaceAndTheReason) {
         {"1.0", integer, ""},
         {"1.5", integer, "expected an integer"},
         {"1e300", integer, "integer out of range"},
+        {"9223372036854775807", integer, ""},
         {"9223372036854775808", integer, "integer out of range"},
+        {"-9223372036854775808", integer, ""},
+        {"-9223372036854775809", integer, "integer out of range"},
         {"true", integer, "expected an integer"},
         {"true", [](const JsonCursor& at) { at.number(); }, "expected a number"},
         {"1", [](const JsonCursor& at) { at.boolean(); }, "expected true or false"},
@@ -110,6 +113,15 @@ TEST(JsonDecoding, ErrorsNameThePlaceAndTheReason) {
     EXPECT_EQ(JsonCursor(parseJson("1.0"), "").integer(), 1);
     EXPECT_FALSE(JsonCursor(parseJson(R"({"a": null})"), "").optional("a"));
     EXPECT_NO_THROW(parseJson(std::string(60, '[') + std::string(60, ']')));
+    EXPECT_NO_THROW(parseJson("\"\\\"" + std::string(100, '[') + "\"")) << "brackets within a text";
+}
+
+TEST(JsonDecoding, TimeGrowsWithTheTextAlone) {
+    std::string text = "[{}";
+    for (int i = 0; i < 300'000; ++i) text += ",{}";
+    const auto begun = std::chrono::steady_clock::now();
+    EXPECT_EQ(parseJson(text + "]").size(), 300'001U);
+    EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::seconds(20)) << "minutes, where it is quadratic";
 }
 
 TEST(JsonDecoding, BrokenTextIsToldWithItsPlace) {

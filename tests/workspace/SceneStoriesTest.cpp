@@ -84,10 +84,14 @@ WorkspaceScene sceneOf(const std::vector<std::string>& windows, const std::strin
     return scene;
 }
 
+std::string exportOf(const WorkspaceProductDocument& document) {
+    return std::get<std::string>(encodeExportedDocument(document));
+}
+
 Uuid import(Desk& desk, const WorkspaceScene& scene) {
     WorkspaceProductDocument document;
     document.scenes.push_back(scene);
-    const auto imported = desk.controller().importWorkspaceDocument(encodeExportedDocument(document));
+    const auto imported = desk.controller().importWorkspaceDocument(exportOf(document));
     EXPECT_TRUE(std::holds_alternative<WorkspaceImportCounts>(imported));
     return scene.id;
 }
@@ -453,7 +457,7 @@ TEST(SceneStories, ImportAddsWhatIsNewAndCountsWhatIsInTheFile) {
     file.activeSceneID = file.scenes.front().id;
     const auto mine = *desk.state().activeSceneID;
     for (int round = 0; round < 2; ++round) {
-        (void)desk.controller().importWorkspaceDocument(encodeExportedDocument(file));
+        (void)desk.controller().importWorkspaceDocument(exportOf(file));
         desk.expectMessage("Imported 4 scenes and 2 rules");
         ASSERT_EQ(desk.state().scenes->size(), 3u);
         EXPECT_EQ(desk.state().scenes->at(0).name, "Mine");
@@ -462,13 +466,35 @@ TEST(SceneStories, ImportAddsWhatIsNewAndCountsWhatIsInTheFile) {
         EXPECT_EQ(*desk.state().activeSceneID, mine);
     }
     EXPECT_EQ(storedDocument(desk).scenes, *desk.state().scenes);
-    const auto exported = desk.controller().exportWorkspaceDocument();
+    const auto exported = std::get<std::string>(desk.controller().exportWorkspaceDocument());
     const auto before = *desk.state().scenes;
     const auto failed = desk.controller().importWorkspaceDocument("{\"version\": 1, \"scenes\": [7]}");
     ASSERT_TRUE(std::holds_alternative<DecodingError>(failed));
     EXPECT_STREQ(std::get<DecodingError>(failed).what(), "scenes[0]: expected an object");
     EXPECT_EQ(*desk.state().scenes, before);
     EXPECT_EQ(std::get<WorkspaceProductDocument>(decodeExportedDocument(exported)).rules, *desk.state().rules);
+}
+
+TEST(SceneStories, ASceneThatCouldNotBeReadBackIsNotTaken) {
+    Desk desk;
+    desk.display(2560, 1440).opens("Mail").arrange();
+    capture(desk, "Mine");
+    auto scene = sceneOf({});
+    // As many values as a display may have; a divider that is dragged adds those of its own split.
+    scene.displays[0].layoutWeights.splits["of another layout"].assign(4089, 1.0);
+    open(desk, import(desk, scene));
+    const auto before = *desk.state().scenes;
+    const auto divider = desk.controller().dividers().front();
+    ASSERT_TRUE(desk.controller().beginDividerDrag(divider));
+    desk.controller().updateDividerDrag(divider, 100);
+    desk.controller().endDividerDrag(divider);
+    desk.settle();
+    EXPECT_FALSE(desk.controller().captureScene("Evening"));
+    desk.expectMessage(
+        "Not changed, because it could not be stored: scenes[2].displays[0]: holds more than 4096 values");
+    EXPECT_EQ(*desk.state().scenes, before);
+    desk.restart().start();
+    EXPECT_EQ(*desk.state().scenes, before);
 }
 
 TEST(SceneStories, AStoredDocumentThatCannotBeReadCountsAsNone) {
