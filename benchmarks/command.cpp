@@ -20,6 +20,8 @@
 #include <string>
 #include <vector>
 
+extern char** environ; // only some systems declare it
+
 namespace {
 
 using Microseconds = double;
@@ -35,7 +37,7 @@ constexpr const char* kQuestion = R"({"jsonrpc":"2.0","id":1,"method":"status"})
 /// A process that answers each line with itself, at the path; negative when there can be none.
 pid_t startEcho(const std::string& path) {
     const auto address = kova::controlSocketAddress(path);
-    const int listening = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const int listening = socket(AF_UNIX, SOCK_STREAM, 0);
     if (!address || bind(listening, reinterpret_cast<const sockaddr*>(&*address), sizeof *address) != 0 ||
         listen(listening, 16) != 0) {
         return -1;

@@ -1,7 +1,9 @@
 #include "layout/LayoutSolver.h"
 
 #include <gtest/gtest.h>
+#ifdef KOVA_HAS_RAPIDCHECK
 #include <rapidcheck/gtest.h>
+#endif
 
 #include <cmath>
 #include <limits>
@@ -76,6 +78,7 @@ TEST(RoundLengths, Table) {
     for (const auto& c : cases) EXPECT_EQ(roundLengths(c.lengths, c.available), c.expected) << c.what;
 }
 
+#ifdef KOVA_HAS_RAPIDCHECK
 RC_GTEST_PROP(DistributeLengths, KeepsMinimumsThatFitAndRoundsToTheWholeLength, ()) {
     const auto count = *rc::gen::inRange<std::size_t>(1, 12);
     const auto weights =
@@ -105,6 +108,7 @@ RC_GTEST_PROP(DistributeLengths, KeepsMinimumsThatFitAndRoundsToTheWholeLength, 
         RC_ASSERT(std::abs(rounded[i] - lengths[i]) <= 1);
     }
 }
+#endif
 
 TEST(DraggedWeights, Table) {
     struct Case {

@@ -1,7 +1,9 @@
 #include "tests/layout/Trees.h"
 
 #include <gtest/gtest.h>
+#ifdef KOVA_HAS_RAPIDCHECK
 #include <rapidcheck/gtest.h>
+#endif
 
 #include <cmath>
 #include <cstdlib>
@@ -196,6 +198,7 @@ TEST(LayoutTree, WeightOverrides) {
     EXPECT_EQ(tileCount(tree), 4U);
 }
 
+#ifdef KOVA_HAS_RAPIDCHECK
 namespace {
 
 /// Walks the tree as the reader of the rules would, and holds the result against it.
@@ -322,6 +325,7 @@ RC_GTEST_PROP(LayoutSolver, AnyNumbersGiveFiniteFrames, ()) {
     }
     RC_ASSERT(!std::isnan(minimumLength(tree, LayoutAxis::horizontal, minimums, metrics, inset)));
 }
+#endif
 
 namespace {
 

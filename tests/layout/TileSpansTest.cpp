@@ -2,7 +2,9 @@
 #include "layout/LayoutCatalogue.h"
 
 #include <gtest/gtest.h>
+#ifdef KOVA_HAS_RAPIDCHECK
 #include <rapidcheck/gtest.h>
+#endif
 
 #include <bit>
 #include <cmath>
@@ -28,6 +30,11 @@ std::string ids(const std::optional<TileSpan>& span) {
 TileSlot slot(std::string id, double x, double y, double width, double height) {
     return {std::move(id), "", makeRect(x, y, width, height)};
 }
+
+} // namespace
+
+#ifdef KOVA_HAS_RAPIDCHECK
+namespace {
 
 /// The rules to the letter: every subset with the anchor, the first in the candidate order.
 std::optional<TileSpan> bestOfAllSubsets(const Slots& slots, std::size_t anchor, double inset, CGSize minimum,
@@ -132,6 +139,7 @@ RC_GTEST_PROP(TileSpans, AgreeWithTheLiteralSearch, (bool tidy)) {
     if (actual) RC_ASSERT(nearlyEqual(actual->normalizedFrame, expected->normalizedFrame, 1e-12));
     RC_TAG(expected ? std::to_string(expected->slots.size()) : "none");
 }
+#endif
 
 TEST(TileSpans, PreferenceTable) {
     struct Case {

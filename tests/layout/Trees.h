@@ -3,7 +3,9 @@
 
 #include "layout/LayoutSolver.h"
 
+#ifdef KOVA_HAS_RAPIDCHECK
 #include <rapidcheck.h>
+#endif
 
 #include <sstream>
 #include <string>
@@ -47,6 +49,7 @@ inline std::string print(const LayoutDivider& divider) {
     return out.str();
 }
 
+#ifdef KOVA_HAS_RAPIDCHECK
 /// A tree of `depth` levels at most, its tiles numbered from `nextTile` on; numbers from `distinctIDs` on begin anew.
 /// Some of its splits have no branches.
 inline LayoutNode randomTree(const rc::Gen<double>& weights, int depth, int& nextTile, int distinctIDs = 1000) {
@@ -59,5 +62,6 @@ inline LayoutNode randomTree(const rc::Gen<double>& weights, int depth, int& nex
     }
     return split;
 }
+#endif
 
 } // namespace kova::testing

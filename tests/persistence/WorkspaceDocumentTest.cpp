@@ -4,7 +4,9 @@
 #include <nlohmann/json.hpp>
 
 #include <gtest/gtest.h>
+#ifdef KOVA_HAS_RAPIDCHECK
 #include <rapidcheck/gtest.h>
+#endif
 
 #include <cstdlib>
 #include <fstream>
@@ -215,6 +217,7 @@ TEST(WorkspaceDocument, MemoryStaysWithinASmallMultipleOfAnyText) {
     EXPECT_EQ(importError(std::string(kMaximumImportBytes + 1, ' ')), "larger than 64 MiB");
 }
 
+#ifdef KOVA_HAS_RAPIDCHECK
 // Round trips of any document.
 
 rc::Gen<std::string> anyText() {
@@ -316,6 +319,7 @@ TEST(WorkspaceDocument, NothingIsExportedThatImportRefuses) {
     EXPECT_FALSE(whyUnreadable(document, encodeStoredDocument(document).size()));
     EXPECT_EQ(decoded(decodeExportedDocument(exportOf(document))).scenes.size(), 700U);
 }
+#endif
 
 } // namespace
 

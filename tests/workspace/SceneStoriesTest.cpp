@@ -112,7 +112,7 @@ TEST(SceneStories, EveryWindowIsBackInItsTileAndStack) {
     capture(desk, "  Büro \n").expectMessage("Scene “Büro” captured");
     const WorkspaceScene scene = desk.state().scenes->back();
     EXPECT_EQ(*desk.state().activeSceneID, scene.id);
-    EXPECT_EQ(scene.createdAt, scene.updatedAt);
+    EXPECT_TRUE(scene.createdAt == scene.updatedAt);
     EXPECT_EQ(storedDocument(desk).scenes.size(), 1u);
     EXPECT_EQ(differences(desk, scene.id), "");
 
