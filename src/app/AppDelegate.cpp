@@ -67,6 +67,7 @@ void AppDelegate::startWorkspace() {
     installMonitors();
     workspace_.start(false);
     permissionSubscription_ = workspace_.state().permissionState.observe([this](auto) { installMonitorsAnew(); });
+    pauseSubscription_ = workspace_.state().isPaused.observe([this](bool) { suspendOrResume(); });
     for (SystemActivityServicing* source : shell_.systemActivity) {
         systemActivitySubscriptions_.push_back(
             source->observeSystemActivity([this](SystemActivityEvent event) { handleSystemActivityEvent(event); }));
@@ -81,6 +82,8 @@ void AppDelegate::stopWorkspace() {
     if (!workspaceIsStarted_) return;
     systemActivitySubscriptions_.clear();
     permissionSubscription_ = {};
+    pauseSubscription_ = {};
+    workspace_.setPaused(false);
     // What the hand still holds goes back first.
     removeMonitors();
     layoutShortcuts_.reset();
@@ -102,6 +105,13 @@ void AppDelegate::installMonitors() {
     if (layoutShortcuts_) layoutShortcuts_->installMonitors();
 }
 
+/// The key that paused KOVA resumes it; while the screen cannot be seen no key is heard.
+void AppDelegate::hearResumeShortcut() {
+    if (!workspaceIsSuspendedForSystemTransition_ || !layoutShortcuts_) return;
+    layoutShortcuts_->removeMonitors();
+    if (*workspace_.state().isPaused && systemActivityState_.isAvailable()) layoutShortcuts_->installMonitors();
+}
+
 /// A desktop may keep a monitor that was installed without the permission deaf for good.
 void AppDelegate::installMonitorsAnew() {
     const bool isGranted = *workspace_.state().permissionState == AccessibilityPermissionState::granted;
@@ -116,13 +126,24 @@ void AppDelegate::removeMonitors() {
 void AppDelegate::handleSystemActivityEvent(SystemActivityEvent event) {
     if (!workspaceIsStarted_) return;
     systemActivityState_.update(event);
-    const bool suspends = !systemActivityState_.isAvailable();
-    if (suspends == workspaceIsSuspendedForSystemTransition_) return;
+    suspendOrResume();
+}
+
+/// While the user cannot see the screen, or has paused KOVA.
+void AppDelegate::suspendOrResume() {
+    const bool isPaused = *workspace_.state().isPaused;
+    const bool isAvailable = systemActivityState_.isAvailable();
+    const bool suspends = isPaused || !isAvailable;
+    if (suspends == workspaceIsSuspendedForSystemTransition_) {
+        hearResumeShortcut();
+        return;
+    }
     workspaceIsSuspendedForSystemTransition_ = suspends;
     if (suspends) {
         workspace_.suspendForSystemTransition();
         removeMonitors(); // the handles between tiles stay where they are
-        log(LogLevel::note, "workspace suspended");
+        hearResumeShortcut();
+        log(LogLevel::note, isPaused ? "workspace paused" : "workspace suspended");
         return;
     }
     workspace_.resumeAfterSystemTransition();

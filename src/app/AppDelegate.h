@@ -71,6 +71,8 @@ class AppDelegate {
     std::optional<OnboardingOffer> dockOffer();
     void installMonitors();
     void installMonitorsAnew();
+    void suspendOrResume();
+    void hearResumeShortcut();
     void removeMonitors();
 
     WorkspaceServices services_;
@@ -88,6 +90,7 @@ class AppDelegate {
     std::optional<LayoutShortcutCoordinator> layoutShortcuts_;
     std::vector<Subscription> systemActivitySubscriptions_;
     Subscription permissionSubscription_;
+    Subscription pauseSubscription_;
 
     SystemActivityState systemActivityState_;
     bool workspaceIsSuspendedForSystemTransition_ = false;

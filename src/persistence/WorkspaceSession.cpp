@@ -98,6 +98,7 @@ std::string encodeWorkspaceSession(const WorkspaceSession& session) {
                        {"windowID", session.zoom->windowID}};
         if (session.zoom->frameBefore) out["zoom"]["frameBefore"] = encode(*session.zoom->frameBefore);
     }
+    if (!session.floatingWindowIDs.empty()) out["floatingWindowIDs"] = session.floatingWindowIDs;
     // A title is whatever its window says.
     return out.dump(-1, ' ', false, json::error_handler_t::replace);
 }
@@ -113,6 +114,9 @@ Decoded<WorkspaceSession> decodeWorkspaceSession(std::string_view text) {
         }
         for (const auto& id : cursor.required("handledRuleWindowIDs").elements()) {
             session.handledRuleWindowIDs.insert(id.string());
+        }
+        if (const auto floating = cursor.optional("floatingWindowIDs")) {
+            for (const auto& id : floating->elements()) session.floatingWindowIDs.insert(id.string());
         }
         if (const auto zoom = cursor.optional("zoom")) session.zoom = decodeZoom(*zoom);
         return session;

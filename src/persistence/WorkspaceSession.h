@@ -50,6 +50,7 @@ struct WorkspaceSession {
     std::map<std::string, WorkspaceSessionTiles> awayDisplays; // what displays that are away held, by display id
     std::set<std::string> handledRuleWindowIDs;
     std::optional<WorkspaceSessionZoom> zoom;
+    std::set<std::string> floatingWindowIDs{}; // by command
     bool operator==(const WorkspaceSession&) const = default;
 };
 

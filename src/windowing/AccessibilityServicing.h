@@ -80,7 +80,10 @@ class AccessibilityServicing {
 
     /// Whether this process may manage other applications' windows; never shows a prompt. Any thread.
     virtual bool isProcessTrusted() const = 0;
-    /// The same, showing the system's prompt if asked to and there is one. Main thread.
+    /// Why no window of this session can be managed, whatever the user permits, and what to do; absent where they can
+    /// be. Any thread.
+    virtual std::optional<std::string> absence() const { return std::nullopt; }
+    /// Whether this process may manage windows, showing the system's prompt if asked to and there is one. Main thread.
     virtual bool requestTrust(bool prompt) = 0;
 
     /// The element of an application; it exists as a value even when the process does not. Any thread.
@@ -117,7 +120,7 @@ class DesktopChangeServicing {
   public:
     virtual ~DesktopChangeServicing() = default;
 
-    /// A number that grows with every change that a poll could see (windows, titles, frames, focus does not count,
+    /// A number that grows with every change that a poll could see (windows, titles, frames, focus,
     /// applications, permission, lock); absent when the desktop cannot vouch for that. Any thread.
     virtual std::optional<std::uint64_t> changeCount() const = 0;
     /// Calls back once, on the main queue, when the count differs from `count`: at once if it does already. A new call

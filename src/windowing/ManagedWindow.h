@@ -28,8 +28,9 @@ struct ManagedWindow {
     bool isMinimized = false;
     bool isVisible = false;
     bool isFullScreen = false;
-    std::optional<CGRect> frame;       // window-service space
-    std::optional<CGSize> minimumSize; // points
+    bool isFocusedOfApplication = false; // has the keyboard when its application is the front one
+    std::optional<CGRect> frame;         // window-service space
+    std::optional<CGSize> minimumSize;   // points
     bool operator==(const ManagedWindow&) const = default;
 };
 

@@ -107,11 +107,12 @@ std::vector<ManagedWindow> AccessibilityWindowService::enumerateWindows() const 
 std::vector<ManagedWindow>
 AccessibilityWindowService::enumerateWindows(const RunningApplication& application,
                                              std::span<const CGRect> onScreenRectangles) const {
-    constexpr std::array asked = {AccessibilityAttribute::windows};
+    constexpr std::array asked = {AccessibilityAttribute::windows, AccessibilityAttribute::focusedWindow};
     const auto applicationElement = accessibility_.applicationElement(application.processIdentifier);
     const Answers answers(accessibility_, applicationElement, asked);
     const auto* elements = answers.get<std::vector<AccessibilityElement>>(AccessibilityAttribute::windows);
     if (!elements || elements->empty()) return {};
+    const auto* focused = answers.get<AccessibilityElement>(AccessibilityAttribute::focusedWindow);
 
     std::vector<WindowCandidate> candidates;
     std::unordered_set<std::string> seen;
@@ -126,6 +127,7 @@ AccessibilityWindowService::enumerateWindows(const RunningApplication& applicati
     windows.reserve(candidates.size());
     const auto visible = visibleCandidates(candidates, onScreenRectangles);
     for (auto& candidate : candidates) {
+        const bool isFocused = focused && candidate.id == windowID(application.processIdentifier, *focused);
         windows.push_back({.id = std::move(candidate.id),
                            .element = std::move(candidate.element),
                            .processIdentifier = application.processIdentifier,
@@ -136,6 +138,7 @@ AccessibilityWindowService::enumerateWindows(const RunningApplication& applicati
                            .isMinimized = candidate.isMinimized,
                            .isVisible = false,
                            .isFullScreen = candidate.isFullScreen,
+                           .isFocusedOfApplication = isFocused,
                            .frame = candidate.frame,
                            .minimumSize = candidate.minimumSize});
     }

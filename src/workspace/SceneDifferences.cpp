@@ -36,7 +36,7 @@ class Comparison {
 
     std::vector<SceneDifference> compare() {
         note("theme", scene_.themeID, now_.themeID);
-        note("accent colour", scene_.accentColorID, now_.accentColorID);
+        note("accent color", scene_.accentColorID, now_.accentColorID);
         note("tile inset", plain(scene_.tileInset), plain(now_.tileInset));
         for (const auto& display : scene_.displays) compareDisplay(display);
         compareWindows();

@@ -31,6 +31,7 @@ void WorkspaceUndoSnapshot::rename(const std::string& windowID, const std::strin
     }
     renameIn(minimizedWindowIDs, windowID, newID);
     renameIn(visibleWindowIDs, windowID, newID);
+    renameIn(floatingWindowIDs, windowID, newID);
 }
 
 void WorkspaceUndoSnapshot::renameDisplay(const std::string& displayID, const std::string& newID) {

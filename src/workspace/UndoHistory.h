@@ -24,6 +24,7 @@ struct WorkspaceUndoSnapshot {
     std::set<std::string> minimizedWindowIDs;
     std::set<std::string> visibleWindowIDs;
     std::set<pid_t> hiddenProcessIdentifiers; // applications that were hidden
+    std::set<std::string> floatingWindowIDs;  // by command
     std::optional<Uuid> activeSceneID;
     WorkspaceProfile profile;
     std::string accentColorID;

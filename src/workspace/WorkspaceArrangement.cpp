@@ -41,12 +41,13 @@ bool WorkspaceController::arrange() {
 }
 
 /// Absent for windows that take no part: those whose display may be back in a moment, full-screen ones, those on
-/// another virtual desktop, and those that a rule lets float or ignores.
+/// another virtual desktop, those that float by command, and those that a rule lets float or ignores.
 std::optional<ArrangementCandidate> WorkspaceController::candidateFor(const ManagedWindow& window,
                                                                       const TileAssignments& assignments) const {
     const bool isHidden = windowService_->isApplicationHidden(window.processIdentifier);
     const bool isElsewhere = !window.isVisible && !window.isMinimized && !isHidden && window.frame;
-    if (window.isFullScreen || isElsewhere || isExcludedByRules(window) || isAwaitedHome(window.id)) {
+    if (window.isFullScreen || isElsewhere || isExcludedByRules(window) || isAwaitedHome(window.id) ||
+        state_.floatingWindowIDs->contains(window.id)) {
         return std::nullopt;
     }
     ArrangementCandidate candidate;

@@ -86,14 +86,15 @@ bool WorkspaceController::perform(const WorkspaceAction& action) {
     const bool keepsFocusMode =
         std::holds_alternative<action::ToggleFocusZoom>(action) || std::holds_alternative<action::Undo>(action);
     if (!keepsFocusMode) closeFocusMode();
-    return std::visit(Overloaded{[&](const action::Focus& focus) { return focusWindow(focus.direction); },
-                                 [&](const action::Move& move) { return moveWindow(move.direction); },
-                                 [&](const action::ActivateScene& scene) { return activateScene(scene.id); },
-                                 [&](const action::CycleStack&) { return cycleStack(); },
-                                 [&](const action::ToggleFocusZoom&) { return toggleFocusMode(); },
-                                 [&](const action::Arrange&) { return arrange(); },
-                                 [&](const action::Undo&) { return undoLastAction(); }},
-                      action);
+    return std::visit(
+        Overloaded{[&](const action::Focus& focus) { return focusWindow(focus.direction, focus.windowID); },
+                   [&](const action::Move& move) { return moveWindow(move.direction, move.windowID); },
+                   [&](const action::ActivateScene& scene) { return activateScene(scene.id); },
+                   [&](const action::CycleStack& cycle) { return cycleStack(cycle); },
+                   [&](const action::ToggleFocusZoom& zoom) { return toggleFocusMode(zoom.windowID); },
+                   [&](const action::Arrange&) { return arrange(); },
+                   [&](const action::Undo&) { return undoLastAction(); }},
+        action);
 }
 
 void WorkspaceController::showStatusMessage(const std::string& text) {
@@ -112,7 +113,11 @@ bool WorkspaceController::refuse(const std::string& message) {
 
 bool WorkspaceController::requirePermission() {
     if (*state_.permissionState == AccessibilityPermissionState::granted) return true;
-    return refuse("Accessibility permission is required");
+    return refuse(permissionProblem());
+}
+
+std::string WorkspaceController::permissionProblem() const {
+    return absenceOfWindows().value_or("Accessibility permission is required");
 }
 
 /// For the actions that move or raise windows: nobody sees them on a dark or locked screen.
@@ -121,6 +126,7 @@ bool WorkspaceController::requireWindowAccess() {
 }
 
 bool WorkspaceController::requireVisibleScreen() {
+    if (*state_.isPaused) return refuse("KOVA is paused; “kova resume” goes on");
     if (recovery_.detectedLockedLoginSession) return refuse("The screen is locked");
     return !refreshCycle_.isSuspended() || refuse("Suspended while the screen is asleep, locked or another user's");
 }

@@ -11,6 +11,7 @@
 #include "workspace/DisplayAbsence.h"
 #include "workspace/DisplayLayouts.h"
 #include "workspace/DividerDrag.h"
+#include "workspace/FocusOrder.h"
 #include "workspace/LayoutMigration.h"
 #include "workspace/PendingApplicationPlacement.h"
 #include "workspace/PresentationSuspension.h"
@@ -25,6 +26,7 @@
 #include "workspace/TileAssignments.h"
 #include "workspace/TransitionRecovery.h"
 #include "workspace/UndoHistory.h"
+#include "workspace/WindowCommand.h"
 #include "workspace/WorkspaceAction.h"
 #include "workspace/WorkspaceRecords.h"
 #include "workspace/WorkspaceServices.h"
@@ -67,9 +69,20 @@ class WorkspaceController {
     void suspendForSystemTransition();
     void resumeAfterSystemTransition();
 
+    /// Why windows cannot be managed in this session at all; absent where they can, or could with the permission.
+    std::optional<std::string> absenceOfWindows() const { return services_.accessibility.absence(); }
+    /// What is said without the permission.
+    std::string permissionProblem() const;
+
     /// The one door for actions; false when the action was not carried out (the status message then says why, if there
     /// is anything to say).
     bool perform(const WorkspaceAction& action);
+    /// The same for a command on one window.
+    bool perform(const WindowCommand& command);
+    /// What the command would do now, without doing it.
+    std::variant<WindowPlan, WindowRefusal> planCommand(const WindowCommand& command) const;
+    /// While paused, no window is moved, no rule acts and no other shortcut is heard.
+    void setPaused(bool paused);
     /// Shows the text for 4 seconds, or until the next one.
     void showStatusMessage(const std::string& text);
     /// Grows with every message, also when the same is said again.
@@ -103,16 +116,28 @@ class WorkspaceController {
     // Single windows
     /// The live window that has the keyboard; null when none has.
     const ManagedWindow* focusedWindow() const;
+    /// The named window, else the focused one; null when there is none.
+    const ManagedWindow* actingWindow(const std::optional<std::string>& windowID) const;
+    /// The display that the window's tile, else most of the window, is on; absent when there is none.
+    std::optional<std::string> displayIDOfWindow(const std::string& windowID) const;
+    /// The window that `cycleStack` would bring to the front; absent when no other waits.
+    std::optional<std::string> nextInStack(const action::CycleStack& cycle) const;
+    /// The shown window of the display that had the keyboard last, else the first in its tiles; absent without any.
+    std::optional<std::string> windowLastFocusedOn(const std::string& displayID) const;
+    /// Compares the frames of all windows in front of tiles with what was requested.
+    std::vector<PlacementFinding> verifyPlacements() const;
+    /// Requests the frames of those that drifted again. False when windows cannot be moved now.
+    bool repairPlacements();
     enum class Focusing { no, yes };
     /// Puts a live window into a tile: displaces whoever fronts it, claims a span when the window does not fit, sets
     /// the frame. False when there is no such window or tile.
     bool placeWindow(const std::string& windowID, const std::string& targetID, Focusing focusing);
-    /// Moves the focused window into the neighbouring tile.
-    bool moveWindow(WorkspaceDirection direction);
-    /// Focuses the window of the neighbouring tile.
-    bool focusWindow(WorkspaceDirection direction);
-    /// Brings the next window of the focused tile's stack to the front.
-    bool cycleStack();
+    /// Moves the window (the focused one when none is named) into the neighboring tile.
+    bool moveWindow(WorkspaceDirection direction, const std::optional<std::string>& windowID = std::nullopt);
+    /// Focuses the window of the neighboring tile.
+    bool focusWindow(WorkspaceDirection direction, const std::optional<std::string>& fromWindowID = std::nullopt);
+    /// Brings the next or the previous window of a tile's stack to the front.
+    bool cycleStack(const action::CycleStack& cycle = {});
 
     // Launching and quitting
     /// Launches the application; the first of its windows that appears within 20 s, or is there without a tile, is put
@@ -237,7 +262,7 @@ class WorkspaceController {
     // Undo and focus mode
     bool undoLastAction();
     /// Gives the focused window its whole display, or gives the display back.
-    bool toggleFocusMode();
+    bool toggleFocusMode(const std::optional<std::string>& windowID = std::nullopt);
     /// Gives it back, but on a screen that nobody sees.
     void closeFocusMode();
     const UndoHistory& undoHistory() const { return undo_; }
@@ -303,7 +328,7 @@ class WorkspaceController {
     struct Covering {
         std::vector<DisplayTileTarget> targets; // anchor first
     };
-    std::optional<Covering> coveringFor(const ManagedWindow& window, const std::string& targetID);
+    std::optional<Covering> coveringFor(const ManagedWindow& window, const std::string& targetID) const;
     void place(const ManagedWindow& window, const Covering& covering, AccessibilityWindowService::BringToFront raise);
     void announceClaim(const ManagedWindow& window, const Covering& covering);
     void presentDisplaced(const std::vector<std::string>& displacedWindowIDs);
@@ -322,6 +347,16 @@ class WorkspaceController {
     bool isLeftAlone(const ManagedWindow& window) const;
     CGSize minimumSizeOf(const ManagedWindow& window) const;
     void publishAssignments();
+
+    // Commands for one window (WorkspaceWindowCommands.cpp)
+    WindowCommandInput windowCommandInput() const;
+    bool carryOut(const WindowPlan& plan);
+    static const WindowStep* lastPlacement(const WindowPlan& plan);
+    void placeByCommand(const ManagedWindow& window, const std::string& targetID,
+                        AccessibilityWindowService::BringToFront bringToFront);
+    void floatByCommand(const ManagedWindow& window);
+    void keepFloatingValid();
+    void noteFocus();
 
     // Launching and quitting (WorkspaceLaunching.cpp, WorkspaceQuitting.cpp)
     void applicationLaunched(const std::string& tile, const std::string& identifier, const LaunchResult& result);
@@ -418,13 +453,18 @@ class WorkspaceController {
     std::vector<ManagedWindow> windowsAsIn(const WorkspaceUndoSnapshot& snapshot) const;
     void restoreActiveScene(const std::optional<Uuid>& id);
     bool leaveFocusMode();
-    bool enterFocusMode();
-    std::optional<StartingPoint> zoomStartingPoint() const;
+    bool enterFocusMode(const std::optional<std::string>& windowID);
+    std::optional<StartingPoint> zoomStartingPoint(const std::optional<std::string>& windowID) const;
     /// A zoomed window's, in window-service space; absent when the display is gone.
     std::optional<CGRect> zoomFrame(const std::string& displayID) const;
 
     // Navigation (WorkspaceNavigation.cpp)
-    std::optional<StartingPoint> startingPoint() const;
+    std::optional<StartingPoint> startingPoint(const std::optional<std::string>& windowID) const;
+    struct StackTurn {
+        std::string targetID;
+        std::vector<std::string> order; // as it is to be, front first
+    };
+    std::optional<StackTurn> stackTurn(const action::CycleStack& cycle) const;
     enum class TilesConsidered { all, occupied };
     std::optional<std::string> neighbourOf(const StartingPoint& start, WorkspaceDirection direction,
                                            TilesConsidered considered) const;
@@ -453,6 +493,7 @@ class WorkspaceController {
     TileAssignments assignments_;
     mutable DisplayLayouts layouts_;
     UndoHistory undo_;
+    FocusOrder focusOrder_;
     std::optional<WorkspaceUndoSnapshot> focusZoomSnapshot_;
     std::vector<UndoEntry> historyBeforeFocusMode_;
     DividerDrag dividerDrag_;

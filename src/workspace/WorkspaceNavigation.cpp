@@ -12,9 +12,14 @@ const ManagedWindow* WorkspaceController::focusedWindow() const {
     return focused ? findLive(*focused) : nullptr;
 }
 
-/// The focused window of the front application, if it is managed and in a tile.
-std::optional<WorkspaceController::StartingPoint> WorkspaceController::startingPoint() const {
-    const ManagedWindow* window = focusedWindow();
+const ManagedWindow* WorkspaceController::actingWindow(const std::optional<std::string>& windowID) const {
+    return windowID ? findLive(*windowID) : focusedWindow();
+}
+
+/// The window, else the focused one of the front application, if it is managed and in a tile.
+std::optional<WorkspaceController::StartingPoint>
+WorkspaceController::startingPoint(const std::optional<std::string>& windowID) const {
+    const ManagedWindow* window = actingWindow(windowID);
     if (!window) return std::nullopt;
     const auto target = assignments_.targetOf(window->id);
     const Screen* screen = target ? screenOfTarget(*target) : nullptr;
@@ -34,10 +39,10 @@ std::optional<std::string> WorkspaceController::neighbourOf(const StartingPoint&
     return neighbourTarget(kDirectionalSourceKey, direction, frames);
 }
 
-bool WorkspaceController::focusWindow(WorkspaceDirection direction) {
+bool WorkspaceController::focusWindow(WorkspaceDirection direction, const std::optional<std::string>& fromWindowID) {
     closeFocusMode();
     if (!requireWindowAccess()) return false;
-    const auto start = startingPoint();
+    const auto start = startingPoint(fromWindowID);
     if (!start) return false;
     const auto target = neighbourOf(*start, direction, TilesConsidered::occupied);
     const auto front = target ? assignments_.assignedWindowIDs.find(*target) : assignments_.assignedWindowIDs.end();
@@ -53,10 +58,10 @@ bool WorkspaceController::focusWindow(WorkspaceDirection direction) {
     return true;
 }
 
-bool WorkspaceController::moveWindow(WorkspaceDirection direction) {
+bool WorkspaceController::moveWindow(WorkspaceDirection direction, const std::optional<std::string>& windowID) {
     closeFocusMode();
     if (!requireWindowAccess()) return false;
-    const auto start = startingPoint();
+    const auto start = startingPoint(windowID);
     if (!start) return false;
     const std::string word(describe(direction));
     const auto target = neighbourOf(*start, direction, TilesConsidered::all);
@@ -91,31 +96,50 @@ void WorkspaceController::noteBroughtBack(const std::string& windowID) {
     window->isVisible = true;
 }
 
-bool WorkspaceController::cycleStack() {
+/// The tile whose stack is meant, of a spanning window its anchor, and the stack once it was turned. Absent when no
+/// other window waits there.
+std::optional<WorkspaceController::StackTurn> WorkspaceController::stackTurn(const action::CycleStack& cycle) const {
+    std::optional<std::string> front = cycle.windowID;
+    if (cycle.targetID) {
+        const auto found = assignments_.assignedWindowIDs.find(*cycle.targetID);
+        if (found == assignments_.assignedWindowIDs.end()) return std::nullopt;
+        front = found->second;
+    }
+    const auto start = startingPoint(front);
+    if (!start) return std::nullopt;
+    const auto stack = assignments_.stackWindowIDsByTarget.find(start->targetID);
+    if (stack == assignments_.stackWindowIDsByTarget.end() || stack->second.size() < 2) return std::nullopt;
+    StackTurn turn{start->targetID, stack->second};
+    const auto at = std::find(turn.order.begin(), turn.order.end(), start->window.id);
+    if (at == turn.order.end()) return std::nullopt;
+    const auto step = cycle.step == StackStep::next ? 1 : static_cast<std::ptrdiff_t>(turn.order.size()) - 1;
+    const auto first = (at - turn.order.begin() + step) % static_cast<std::ptrdiff_t>(turn.order.size());
+    std::rotate(turn.order.begin(), turn.order.begin() + first, turn.order.end());
+    return turn;
+}
+
+std::optional<std::string> WorkspaceController::nextInStack(const action::CycleStack& cycle) const {
+    const auto turn = stackTurn(cycle);
+    return turn ? std::optional(turn->order.front()) : std::nullopt;
+}
+
+bool WorkspaceController::cycleStack(const action::CycleStack& cycle) {
     closeFocusMode();
     if (!requireWindowAccess()) return false;
-    const auto start = startingPoint();
-    if (!start) return false;
-    const auto front = assignments_.assignedWindowIDs.find(start->targetID);
-    const auto stack = assignments_.stackWindowIDsByTarget.find(start->targetID);
-    if (front == assignments_.assignedWindowIDs.end() || stack == assignments_.stackWindowIDsByTarget.end())
-        return false;
-    std::vector<std::string> order = stack->second;
-    if (order.size() < 2) return false;
-    const auto at = std::find(order.begin(), order.end(), front->second);
-    if (at == order.end()) return false;
-    std::rotate(order.begin(), at + 1 == order.end() ? order.begin() : at + 1, order.end());
+    auto turn = stackTurn(cycle);
+    if (!turn) return false;
+    auto& [target, order] = *turn;
     const ManagedWindow* next = findLive(order.front());
     if (!next) return false;
     const ManagedWindow window = *next;
     pushUndoSnapshot({"cycle stack", {window.applicationName}});
     bringBack(window);
-    placeWindow(window.id, start->targetID, Focusing::yes);
+    placeWindow(window.id, target, Focusing::yes);
     // Whoever gave way to a window that spans several tiles waits behind those that waited here before.
-    for (const auto& member : assignments_.stackWindowIDsByTarget[start->targetID]) {
+    for (const auto& member : assignments_.stackWindowIDsByTarget[target]) {
         if (std::find(order.begin(), order.end(), member) == order.end()) order.push_back(member);
     }
-    assignments_.stackWindowIDsByTarget[start->targetID] = std::move(order);
+    assignments_.stackWindowIDsByTarget[target] = std::move(order);
     publishAssignments();
     showStatusMessage(window.applicationName + " is now active");
     return true;

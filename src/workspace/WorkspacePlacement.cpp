@@ -25,6 +25,7 @@ std::set<pid_t> processesInFront(const TileAssignments& assignments, const std::
 } // namespace
 
 void WorkspaceController::publishAssignments() {
+    keepFloatingValid();
     state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
     state_.stackWindowIDsByTarget.set(assignments_.stackWindowIDsByTarget);
     noteTileGeometry();
@@ -46,7 +47,7 @@ CGSize WorkspaceController::minimumSizeOf(const ManagedWindow& window) const {
 }
 
 std::optional<WorkspaceController::Covering> WorkspaceController::coveringFor(const ManagedWindow& window,
-                                                                              const std::string& targetID) {
+                                                                              const std::string& targetID) const {
     const Screen* screen = screenOfTarget(targetID);
     if (!screen) return std::nullopt;
     const std::string display = displayID(*screen);

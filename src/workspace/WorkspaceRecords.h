@@ -27,6 +27,22 @@ struct WorkspaceImportCounts {
     std::size_t rules = 0;
 };
 
+enum class PlacementVerdict {
+    asRequested,
+    drifted,
+    underWay,  // the request is not verified yet
+    leftAlone, // zoomed, minimized, in full screen, hidden or held by the user
+};
+
+/// Where the front window of a tile should be, and where it is; frames in window-service space.
+struct PlacementFinding {
+    std::string windowID;
+    std::string targetID;
+    CGRect requestedFrame{};
+    std::optional<CGRect> actualFrame; // absent when it cannot be read
+    PlacementVerdict verdict = PlacementVerdict::asRequested;
+};
+
 enum class LayoutSelectionResult { done, unknownDisplay, unknownLayout, refused };
 
 } // namespace kova

@@ -87,6 +87,12 @@ void WorkspaceController::adoptSuccessors(const std::vector<WindowSuccessor>& su
             state_.observedMinimumSizes.set(std::move(minimums));
         }
         noteHasItsPlace(id);
+        focusOrder_.rename(formerID, id);
+        auto floating = *state_.floatingWindowIDs;
+        if (floating.erase(formerID) > 0) {
+            floating.insert(id);
+            state_.floatingWindowIDs.set(std::move(floating));
+        }
     }
 }
 

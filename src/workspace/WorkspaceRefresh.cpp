@@ -72,6 +72,7 @@ void WorkspaceController::applyGrantedPoll(std::vector<ManagedWindow> windows, b
 /// Not while the user's hand moves windows: then the picture is the hand's.
 void WorkspaceController::presentPoll(bool isRecovering) {
     publishWindows();
+    noteFocus();
     keepAssignmentsValid();
     putAwayAgain();
     if (isRecovering) {
@@ -106,6 +107,7 @@ void WorkspaceController::applyDenied() {
     refusals_.clear();
     abandonDrags();
     state_.windows.set({});
+    state_.focusedWindowID.set(std::nullopt);
     assignments_.assignedWindowIDs.clear();
     assignments_.anchorTargetIDsByWindowID.clear();
     publishAssignments();

@@ -45,6 +45,7 @@ void WorkspaceController::keepSession() {
     watch(state_.stackWindowIDsByTarget);
     watch(state_.observedMinimumSizes);
     watch(state_.focusMode);
+    watch(state_.floatingWindowIDs);
 }
 
 /// Absent while nothing is known of the windows, which is no reason to forget what was.
@@ -57,7 +58,10 @@ std::optional<WorkspaceSession> WorkspaceController::describeSession() {
     for (const auto& window : liveWindows_) {
         const bool isHandled = handledRuleWindowIDs_.contains(window.id);
         if (isHandled) session.handledRuleWindowIDs.insert(window.id);
-        if (!isHandled && !assignments_.isInAnyTile(window.id) && !absence_.isHomeless(window.id)) continue;
+        const bool isFloating = state_.floatingWindowIDs->contains(window.id);
+        if (isFloating) session.floatingWindowIDs.insert(window.id);
+        if (!isHandled && !isFloating && !assignments_.isInAnyTile(window.id) && !absence_.isHomeless(window.id))
+            continue;
         const auto [start, isNew] = starts.try_emplace(window.processIdentifier);
         if (isNew) {
             // A process that has a window goes on; reading again what tells it from others would cost a file each.
@@ -115,6 +119,11 @@ bool WorkspaceController::takeUpSession() {
         }
     }
     state_.observedMinimumSizes.set(std::move(minimums));
+    std::set<std::string> floating;
+    for (const auto& id : session.floatingWindowIDs) {
+        if (const auto now = resumed.idNow.find(id); now != resumed.idNow.end()) floating.insert(now->second);
+    }
+    state_.floatingWindowIDs.set(std::move(floating));
     // Displays that are there now and were away then, and the other way round.
     std::set<std::string> returned;
     for (const auto& screen : *state_.screens) {

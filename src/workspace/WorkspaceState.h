@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -56,6 +57,9 @@ struct WorkspaceState {
     Published<std::string> accentColorID{"system-blue"};
     Published<WorkspaceProfile> profile;
     Published<std::vector<Screen>> screens;
+    Published<std::optional<std::string>> focusedWindowID; // as of the last poll; absent when none is managed
+    Published<std::set<std::string>> floatingWindowIDs;    // out of tiles by command, until they are put into one
+    Published<bool> isPaused{false};                       // by the user: everything is left alone
 };
 
 } // namespace kova

@@ -24,6 +24,7 @@ WorkspaceUndoSnapshot WorkspaceController::captureUndoSnapshot() const {
                                    .minimizedWindowIDs = {},
                                    .visibleWindowIDs = {},
                                    .hiddenProcessIdentifiers = {},
+                                   .floatingWindowIDs = *state_.floatingWindowIDs,
                                    .activeSceneID = *state_.activeSceneID,
                                    .profile = *state_.profile,
                                    .accentColorID = *state_.accentColorID};
@@ -88,6 +89,7 @@ void WorkspaceController::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snaps
     state_.focusMode.set(std::nullopt);
     assignments_ = {snapshot.assignedWindowIDs, snapshot.stackWindowIDsByTarget, snapshot.placementAnchors};
     absence_.restate(assignments_);
+    state_.floatingWindowIDs.set(snapshot.floatingWindowIDs);
     // Without a look at the tiles: what the displays showed before may still have to be compared with what they show
     // now.
     state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
@@ -142,8 +144,8 @@ void WorkspaceController::restoreActiveScene(const std::optional<Uuid>& id) {
     saveWorkspaceDocument();
 }
 
-bool WorkspaceController::toggleFocusMode() {
-    if (!focusZoomSnapshot_) return enterFocusMode();
+bool WorkspaceController::toggleFocusMode(const std::optional<std::string>& windowID) {
+    if (!focusZoomSnapshot_) return enterFocusMode(windowID);
     if (!requireVisibleScreen()) return false;
     leaveFocusMode();
     showStatusMessage("Focus Mode closed — workspace restored");
@@ -151,9 +153,10 @@ bool WorkspaceController::toggleFocusMode() {
 }
 
 /// Any focused window can be zoomed: one without a tile counts as being in the tile under its middle, or the nearest.
-std::optional<WorkspaceController::StartingPoint> WorkspaceController::zoomStartingPoint() const {
-    if (const auto start = startingPoint()) return start;
-    const ManagedWindow* window = focusedWindow();
+std::optional<WorkspaceController::StartingPoint>
+WorkspaceController::zoomStartingPoint(const std::optional<std::string>& windowID) const {
+    if (const auto start = startingPoint(windowID)) return start;
+    const ManagedWindow* window = actingWindow(windowID);
     const Screen* screen = window && window->frame ? screenOfWindow(*window) : nullptr;
     if (!screen) return std::nullopt;
     const std::string display = displayID(*screen);
@@ -183,9 +186,9 @@ std::optional<CGRect> WorkspaceController::zoomFrame(const std::string& id) cons
     return flipped(insetBy(cell, state_.profile->tileInset), firstScreenMaxY());
 }
 
-bool WorkspaceController::enterFocusMode() {
+bool WorkspaceController::enterFocusMode(const std::optional<std::string>& windowID) {
     if (!requireWindowAccess()) return false; // first, as without it no window is known to be the focused one
-    const auto start = zoomStartingPoint();
+    const auto start = zoomStartingPoint(windowID);
     if (!start) return false;
     const Screen* screen = screenOf(start->displayID);
     if (!screen) return false;

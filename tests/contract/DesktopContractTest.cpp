@@ -186,6 +186,14 @@ TEST_P(DesktopContract, EveryChangeThatAPollCouldSeeIsCountedAndAnnouncedOnce) {
     const std::vector<Happening> happenings = {
         {"a title", [&] { stage().retitle("Plan", "Plan B"); }},
         {"a frame", [&] { stage().moveByHand("Plan B", makeRect(90, 110, 430, 330)); }},
+        {"the keyboard at another window",
+         [&] {
+             write(plan, {{Attribute::main, true}});
+             accessibility().performAction(plan, AccessibilityAction::raise);
+             applications().activate(plan.processIdentifier);
+             accessibility().flush();
+         },
+         true},
         {"a new window",
          [&] {
              stage().open({"Editor", "Draft", makeRect(600, 50, 400, 300)});

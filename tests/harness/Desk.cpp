@@ -130,6 +130,13 @@ Desk& Desk::perform(const WorkspaceAction& action) {
     return settle();
 }
 
+Desk& Desk::perform(const WindowCommand& command) {
+    if (!wasStarted_) start();
+    desktop.queue().runDue();
+    wasCarriedOut_ = controller().perform(command);
+    return settle();
+}
+
 Desk& Desk::arrange() {
     // A poll sees what was opened just now.
     if (wasStarted_) desktop.queue().advance(RefreshCycle::kInterval);

@@ -61,6 +61,7 @@ class Desk {
     Desk& move(WorkspaceDirection direction);
     Desk& focus(WorkspaceDirection direction);
     Desk& perform(const WorkspaceAction& action);
+    Desk& perform(const WindowCommand& command);
     /// Whether the last action was carried out.
     bool wasCarriedOut() const { return wasCarriedOut_; }
 

@@ -351,6 +351,7 @@ void SimulatedDesktop::focusByHand(std::string_view label) {
     raise(chosen);
     owner.focusedWindow = chosen.number();
     frontmost_ = chosen.processIdentifier();
+    changed();
 }
 
 void SimulatedDesktop::setMinimumSize(std::string_view label, CGSize size) {
@@ -428,6 +429,11 @@ void SimulatedDesktop::undergo(SystemActivityEvent event) {
     if (event == SystemActivityEvent::screenDidLock) setLocked(true);
     if (event == SystemActivityEvent::screenDidUnlock) setLocked(false);
     queue_.post(lifetime_.guard([this, event] { systemActivityObservers_.notify(event); }));
+}
+
+void SimulatedDesktop::setAbsence(std::string reason) {
+    absence_ = std::move(reason);
+    setTrusted(false);
 }
 
 void SimulatedDesktop::setTrusted(bool trusted) {

@@ -155,6 +155,8 @@ class SimulatedDesktop : public AccessibilityServicing,
     /// What the machine or the login session goes through; told by the queue.
     void undergo(SystemActivityEvent event);
     void setTrusted(bool trusted);
+    /// No window can be managed here at all, for that reason.
+    void setAbsence(std::string reason);
     void setAnswerToPrompt(bool trusted) { answerToPrompt_ = trusted; }
     int promptCount() const { return promptCount_; }
     void movePointer(std::optional<CGPoint> pointOnDesktop);
@@ -199,6 +201,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     // AccessibilityServicing
     bool isProcessTrusted() const override { return isTrusted_; }
     bool requestTrust(bool prompt) override;
+    std::optional<std::string> absence() const override { return absence_; }
     AccessibilityElement applicationElement(pid_t processIdentifier) const override;
     std::vector<AttributeValue> readAttributes(const AccessibilityElement& element,
                                                std::span<const AccessibilityAttribute> attributes) const override;
@@ -341,6 +344,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     int virtualDesktop_ = 0;
     bool strandsWindows_ = false;
     bool isTrusted_ = true;
+    std::optional<std::string> absence_;
     bool answerToPrompt_ = false;
     bool isLocked_ = false;
     bool vouches_ = true;

@@ -310,6 +310,7 @@ void SimulatedDesktop::activate(pid_t processIdentifier) {
     if (application->record.isHidden) return;
     frontmost_ = processIdentifier;
     if (activationThief_ && activationThief_ != processIdentifier) frontmost_ = std::exchange(activationThief_, {});
+    changed();
 }
 
 const SimulatedWindow* SimulatedDesktop::focusedWindow(const Application& application) const {

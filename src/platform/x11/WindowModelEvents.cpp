@@ -269,16 +269,19 @@ EventEffects WindowModel::removeTopLevel(xcb_window_t window) {
 }
 
 EventEffects WindowModel::applyFocus(xcb_window_t window, bool gained, std::uint32_t sequence) {
-    // A window manager says itself who is active, a moment after the focus has moved: whoever listened to both would see
-    // the keyboard go back and forth.
+    // A window manager says itself who is active, a moment after the focus has moved: whoever listened to both would
+    // see the keyboard go back and forth.
     if (manager_.isPresent || !client(window)) return {};
     focusTold_ = sequence;
+    const xcb_window_t before = activeWindow;
     if (gained) {
         activeWindow = window;
     } else if (activeWindow == window) {
         activeWindow = kNoWindow;
     }
-    return {};
+    EventEffects effects;
+    effects.changed = activeWindow != before;
+    return effects;
 }
 
 void WindowModel::placeInStack(xcb_window_t window, xcb_window_t below) {

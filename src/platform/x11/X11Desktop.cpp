@@ -326,11 +326,13 @@ void X11Desktop::Parts::noteChange() {
 }
 
 void X11Desktop::Parts::takeReplies() {
+    const xcb_window_t active = model.activeWindow;
     while (!asked.empty() && asked.front().collect(*connection)) {
         Questions answered = std::move(asked.front());
         asked.pop_front();
         answered.take();
     }
+    if (model.activeWindow != active) noteChange();
 }
 
 void X11Desktop::Parts::askActiveWindow() {

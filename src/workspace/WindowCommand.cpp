@@ -1,0 +1,297 @@
+#include "workspace/WindowCommand.h"
+
+#include "support/Overloaded.h"
+#include "workspace/NeighbourTarget.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kova {
+
+namespace {
+
+using Kind = WindowStep::Kind;
+using Planned = std::variant<WindowPlan, WindowRefusal>;
+
+class Planner {
+  public:
+    explicit Planner(const WindowCommandInput& input) : input_(input) {}
+
+    Planned plan(const command::Place& place) const {
+        return onWindow(place.windowID, [&](const ManagedWindow& window) -> Planned {
+            const WorkspaceTile* tile = tileWith(place.targetID);
+            if (!tile) return WindowRefusal{"There is no such tile"};
+            return into(window, *tile, "place");
+        });
+    }
+
+    Planned plan(const command::PlaceInNumbered& place) const {
+        return onWindow(place.windowID, [&](const ManagedWindow& window) -> Planned {
+            const auto tiles = tilesOn(displayOf(window));
+            if (place.number < 1 || place.number > tiles.size()) {
+                return WindowRefusal{"There is no tile " + std::to_string(place.number) + " in this layout"};
+            }
+            return into(window, *tiles[place.number - 1], "place");
+        });
+    }
+
+    Planned plan(const command::Swap& swap) const {
+        return onWindow(swap.windowID, [&](const ManagedWindow& window) -> Planned {
+            const auto own = input_.assignments.targetOf(window.id);
+            if (!own || !tileWith(*own)) return WindowRefusal{inNoTile(window)};
+            const WorkspaceTile* tile =
+                std::visit(Overloaded{[&](WorkspaceDirection direction) { return neighbourOf(window, direction); },
+                                      [&](const std::string& targetID) { return tileWith(targetID); }},
+                           swap.with);
+            if (!tile) {
+                const auto* direction = std::get_if<WorkspaceDirection>(&swap.with);
+                return WindowRefusal{direction ? "There is no tile " + where(*direction) + " " + window.applicationName
+                                               : "There is no such tile"};
+            }
+            const ManagedWindow* other = tile->windowID ? windowWith(*tile->windowID) : nullptr;
+            if (!other || other == &window) return into(window, *tile, "swap");
+            if (other->isFullScreen) return WindowRefusal{isFullScreen(*other)};
+            // Of a spanning window the anchor is the tile that is exchanged.
+            const std::string theirs = input_.assignments.targetOf(other->id).value_or(tile->targetID);
+            for (const auto& [moved, target, left] :
+                 {std::tuple{&window, theirs, *own}, std::tuple{other, *own, theirs}}) {
+                const auto covered = input_.covering(*moved, target);
+                if (std::find(covered.begin(), covered.end(), left) != covered.end()) {
+                    return WindowRefusal{moved->applicationName + " is too large to trade places with " +
+                                         (moved == &window ? *other : window).applicationName};
+                }
+            }
+            return WindowPlan{"swap",
+                              "Swapped " + window.applicationName + " and " + other->applicationName,
+                              {{Kind::place, other->id, *own}, {Kind::place, window.id, theirs}}};
+        });
+    }
+
+    Planned plan(const command::FocusDisplay& focus) const {
+        const Screen* screen = chosen(focus.display, input_.currentDisplayID);
+        if (!screen) return WindowRefusal{noSuchDisplay(focus.display)};
+        const ManagedWindow* window = mostRecentOn(displayID(*screen));
+        if (!window) return WindowRefusal{"No window on " + screen->localizedName + " can be focused"};
+        return WindowPlan{"", "Focused " + window->applicationName, {{Kind::focus, window->id, std::nullopt}}};
+    }
+
+    Planned plan(const command::MoveToDisplay& move) const {
+        return onWindow(move.windowID, [&](const ManagedWindow& window) -> Planned {
+            const auto from = displayOf(window);
+            const Screen* screen = chosen(move.display, from);
+            if (!screen) return WindowRefusal{noSuchDisplay(move.display)};
+            const std::string id = displayID(*screen);
+            if (from == id) {
+                return WindowPlan{"", window.applicationName + " is on " + screen->localizedName + " already", {}};
+            }
+            const WorkspaceTile* tile = landingTile(window, id);
+            if (!tile) return WindowRefusal{screen->localizedName + " has no tile"};
+            auto planned = into(window, *tile, "move to " + screen->localizedName);
+            std::get<WindowPlan>(planned).message += " on " + screen->localizedName;
+            return planned;
+        });
+    }
+
+    Planned plan(const command::Float& wanted) const {
+        return onWindow(wanted.windowID, [&](const ManagedWindow& window) -> Planned {
+            if (input_.floatingWindowIDs.contains(window.id))
+                return WindowPlan{"", window.applicationName + " floats already", {}};
+            return WindowPlan{"float",
+                              window.applicationName + " floats until it is put into a tile",
+                              {{Kind::floating, window.id, std::nullopt}}};
+        });
+    }
+
+    Planned plan(const command::Tile& wanted) const {
+        return onWindow(wanted.windowID, [&](const ManagedWindow& window) -> Planned {
+            const auto own = input_.assignments.targetOf(window.id);
+            if (const WorkspaceTile* tile = own ? tileWith(*own) : nullptr) {
+                return WindowPlan{"", window.applicationName + " is in " + tile->slot.name + " already", {}};
+            }
+            const auto display = displayOf(window);
+            const WorkspaceTile* tile = display ? nearestTile(window, *display) : nullptr;
+            if (!tile) return WindowRefusal{"There is no tile for " + window.applicationName};
+            return into(window, *tile, "tile");
+        });
+    }
+
+    Planned plan(const command::ToggleFloating& toggle) const {
+        return onWindow(toggle.windowID, [&](const ManagedWindow& window) -> Planned {
+            const bool isTiled = input_.assignments.isInAnyTile(window.id);
+            return isTiled ? plan(command::Float{window.id}) : plan(command::Tile{window.id});
+        });
+    }
+
+  private:
+    template <class Make>
+    Planned onWindow(const std::optional<std::string>& wanted, Make make) const {
+        const auto& id = wanted ? wanted : input_.focusedWindowID;
+        const ManagedWindow* window = id ? windowWith(*id) : nullptr;
+        if (!window) return WindowRefusal{wanted ? "There is no such window" : "No managed window has the focus"};
+        if (window->isFullScreen) return WindowRefusal{isFullScreen(*window)};
+        return make(*window);
+    }
+
+    const ManagedWindow* windowWith(const std::string& id) const {
+        const auto found = std::ranges::find(input_.windows, id, &ManagedWindow::id);
+        return found == input_.windows.end() ? nullptr : &*found;
+    }
+    const WorkspaceTile* tileWith(const std::string& targetID) const {
+        const auto found = std::ranges::find(input_.tiles, targetID, &WorkspaceTile::targetID);
+        return found == input_.tiles.end() ? nullptr : &*found;
+    }
+    std::vector<const WorkspaceTile*> tilesOn(const std::optional<std::string>& display) const {
+        std::vector<const WorkspaceTile*> tiles;
+        for (const auto& tile : input_.tiles) {
+            if (tile.displayID == display) tiles.push_back(&tile);
+        }
+        return tiles;
+    }
+    std::optional<std::string> displayOf(const ManagedWindow& window) const {
+        const auto found = input_.displayIDByWindowID.find(window.id);
+        return found == input_.displayIDByWindowID.end() ? input_.currentDisplayID : std::optional(found->second);
+    }
+
+    static std::string inNoTile(const ManagedWindow& window) {
+        return window.applicationName + " is in no tile. Put it into one with “kova tile” or “kova place”";
+    }
+    static std::string isFullScreen(const ManagedWindow& window) {
+        return window.applicationName + " is in full screen; end that first";
+    }
+    static std::string where(WorkspaceDirection direction) {
+        switch (direction) {
+        case WorkspaceDirection::left:
+            return "to the left of";
+        case WorkspaceDirection::right:
+            return "to the right of";
+        case WorkspaceDirection::up:
+            return "above";
+        case WorkspaceDirection::down:
+            return "below";
+        }
+        return "";
+    }
+    static std::string noSuchDisplay(const DisplayChoice& choice) {
+        return std::holds_alternative<DisplayStep>(choice) ? "There is no other display" : "There is no such display";
+    }
+
+    /// The window in front of the tile, and what has to give way to it there.
+    Planned into(const ManagedWindow& window, const WorkspaceTile& tile, std::string action) const {
+        if (input_.assignments.targetOf(window.id) == tile.targetID) {
+            return WindowPlan{"", window.applicationName + " is in " + tile.slot.name + " already", {}};
+        }
+        WindowPlan plan{std::move(action), "Moved " + window.applicationName + " to " + tile.slot.name, {}};
+        plan.steps.push_back({Kind::place, window.id, tile.targetID});
+        std::set<std::string> displaced;
+        for (const auto& target : input_.covering(window, tile.targetID)) {
+            const auto front = input_.assignments.assignedWindowIDs.find(target);
+            if (front == input_.assignments.assignedWindowIDs.end() || front->second == window.id) continue;
+            if (displaced.insert(front->second).second) {
+                plan.steps.push_back({Kind::wait, front->second, tile.targetID});
+            }
+        }
+        return plan;
+    }
+
+    const WorkspaceTile* neighbourOf(const ManagedWindow& window, WorkspaceDirection direction) const {
+        std::map<std::string, CGRect> frames;
+        if (window.frame) frames[kDirectionalSourceKey] = flipped(*window.frame, input_.firstScreenMaxY);
+        for (const WorkspaceTile* tile : tilesOn(displayOf(window))) {
+            if (tile->windowID != window.id) frames[tile->targetID] = tile->frameOnScreen;
+        }
+        const auto target = neighbourTarget(kDirectionalSourceKey, direction, frames);
+        return target ? tileWith(*target) : nullptr;
+    }
+
+    const Screen* chosen(const DisplayChoice& choice, const std::optional<std::string>& from) const {
+        const auto& screens = input_.screens;
+        const auto indexOf = [&](const std::string& id) {
+            return static_cast<std::size_t>(
+                std::ranges::find_if(screens, [&](const Screen& screen) { return displayID(screen) == id; }) -
+                screens.begin());
+        };
+        if (const auto* id = std::get_if<std::string>(&choice)) {
+            const std::size_t index = indexOf(*id);
+            return index < screens.size() ? &screens[index] : nullptr;
+        }
+        const std::size_t index = from ? indexOf(*from) : screens.size();
+        if (screens.size() < 2 || index == screens.size()) return nullptr;
+        const std::size_t step = std::get<DisplayStep>(choice) == DisplayStep::next ? 1 : screens.size() - 1;
+        return &screens[(index + step) % screens.size()];
+    }
+
+    const ManagedWindow* mostRecentOn(const std::string& display) const {
+        const auto isShownThere = [&](const ManagedWindow& window) {
+            return window.isVisible && !window.isMinimized && displayOf(window) == display;
+        };
+        for (const auto& id : input_.focusOrder) {
+            const ManagedWindow* window = windowWith(id);
+            if (window && isShownThere(*window)) return window;
+        }
+        for (const WorkspaceTile* tile : tilesOn(display)) {
+            const ManagedWindow* window = tile->windowID ? windowWith(*tile->windowID) : nullptr;
+            if (window && isShownThere(*window)) return window;
+        }
+        const auto any = std::ranges::find_if(input_.windows, isShownThere);
+        return any == input_.windows.end() ? nullptr : &*any;
+    }
+
+    /// Free tiles first; among these the one of the window's own slot, then the first of the layout. Without a free one
+    /// the tile of the same slot, else the first.
+    const WorkspaceTile* landingTile(const ManagedWindow& window, const std::string& display) const {
+        const auto own = input_.assignments.targetOf(window.id);
+        const WorkspaceTile* ownTile = own ? tileWith(*own) : nullptr;
+        const WorkspaceTile* best = nullptr;
+        int bestRank = -1;
+        for (const WorkspaceTile* tile : tilesOn(display)) {
+            const int rank = (tile->windowID ? 0 : 2) + (ownTile && ownTile->slot.id == tile->slot.id ? 1 : 0);
+            if (rank <= bestRank) continue;
+            best = tile;
+            bestRank = rank;
+        }
+        return best;
+    }
+
+    const WorkspaceTile* nearestTile(const ManagedWindow& window, const std::string& display) const {
+        const auto tiles = tilesOn(display);
+        const bool hasFree = std::ranges::any_of(tiles, [](const auto* tile) { return !tile->windowID; });
+        const CGPoint middle = window.frame ? centre(flipped(*window.frame, input_.firstScreenMaxY)) : CGPoint{};
+        const WorkspaceTile* best = nullptr;
+        double bestDistance = 0;
+        for (const WorkspaceTile* tile : tiles) {
+            if (hasFree && tile->windowID) continue;
+            const CGPoint to = centre(tile->frameOnScreen);
+            const double distance =
+                containsPoint(tile->frameOnScreen, middle) ? -1 : std::hypot(to.x - middle.x, to.y - middle.y);
+            if (best && distance >= bestDistance) continue;
+            best = tile;
+            bestDistance = distance;
+        }
+        return best;
+    }
+
+    const WindowCommandInput& input_;
+};
+
+} // namespace
+
+std::string_view describe(WindowStep::Kind kind) {
+    switch (kind) {
+    case Kind::place:
+        return "place";
+    case Kind::wait:
+        return "wait";
+    case Kind::focus:
+        return "focus";
+    case Kind::floating:
+        return "float";
+    }
+    return "";
+}
+
+std::variant<WindowPlan, WindowRefusal> planWindowCommand(const WindowCommand& command,
+                                                          const WindowCommandInput& input) {
+    return std::visit([&](const auto& wanted) { return Planner(input).plan(wanted); }, command);
+}
+
+} // namespace kova

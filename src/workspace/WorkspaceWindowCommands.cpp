@@ -1,0 +1,197 @@
+// Commands for one window: planned from values, carried out in one place.
+#include "workspace/WorkspaceController.h"
+
+#include <algorithm>
+
+namespace kova {
+
+using BringToFront = AccessibilityWindowService::BringToFront;
+
+WindowCommandInput WorkspaceController::windowCommandInput() const {
+    WindowCommandInput input{.windows = liveWindows_,
+                             .tiles = tiles(),
+                             .screens = *state_.screens,
+                             .assignments = assignments_,
+                             .floatingWindowIDs = *state_.floatingWindowIDs,
+                             .focusOrder = focusOrder_.windowIDs(),
+                             .focusedWindowID = windowService_->focusedWindowID(),
+                             .currentDisplayID = currentDisplayID(),
+                             .displayIDByWindowID = {},
+                             .covering =
+                                 [this](const ManagedWindow& window, const std::string& targetID) {
+                                     std::vector<std::string> targetIDs;
+                                     const auto covering = coveringFor(window, targetID);
+                                     if (!covering) return targetIDs;
+                                     for (const auto& target : covering->targets) targetIDs.push_back(target.id());
+                                     return targetIDs;
+                                 },
+                             .firstScreenMaxY = firstScreenMaxY()};
+    for (const auto& window : liveWindows_) {
+        if (const Screen* screen = screenOfWindow(window)) input.displayIDByWindowID[window.id] = displayID(*screen);
+    }
+    return input;
+}
+
+std::variant<WindowPlan, WindowRefusal> WorkspaceController::planCommand(const WindowCommand& command) const {
+    return planWindowCommand(command, windowCommandInput());
+}
+
+bool WorkspaceController::perform(const WindowCommand& command) {
+    closeFocusMode();
+    if (!requireWindowAccess()) return false;
+    const auto planned = planCommand(command);
+    if (const auto* refusal = std::get_if<WindowRefusal>(&planned)) return refuse(refusal->reason);
+    const auto& plan = std::get<WindowPlan>(planned);
+    const bool isDone = carryOut(plan);
+    services_.accessibility.flush();
+    if (isDone) showStatusMessage(plan.message);
+    return isDone;
+}
+
+bool WorkspaceController::carryOut(const WindowPlan& plan) {
+    if (!plan.action.empty()) {
+        std::vector<std::string> applications;
+        for (const auto& step : plan.steps) {
+            const ManagedWindow* window = findLive(step.windowID);
+            if (window && step.kind != WindowStep::Kind::wait) applications.push_back(window->applicationName);
+        }
+        pushUndoSnapshot({plan.action, std::move(applications)});
+    }
+    const auto focused = windowService_->focusedWindowID();
+    // The keyboard stays where it is, unless its window is among those that move.
+    const bool takesKeyboard = std::ranges::any_of(
+        plan.steps, [&](const WindowStep& step) { return step.windowID == focused && step.targetID; });
+    // All of them first: two windows that trade places must not displace each other.
+    for (const auto& step : plan.steps) {
+        if (step.kind == WindowStep::Kind::place) assignments_.remove(step.windowID);
+    }
+    for (const auto& step : plan.steps) {
+        const ManagedWindow* live = findLive(step.windowID);
+        if (!live) continue;
+        const ManagedWindow window = *live;
+        switch (step.kind) {
+        case WindowStep::Kind::place:
+            placeByCommand(window, *step.targetID,
+                           takesKeyboard && &step == lastPlacement(plan) ? BringToFront::yes : BringToFront::no);
+            break;
+        case WindowStep::Kind::wait: // placing the other one sees to it
+            break;
+        case WindowStep::Kind::focus:
+            if (!windowService_->restoreAndFocus(window)) return false;
+            noteBroughtBack(window.id);
+            break;
+        case WindowStep::Kind::floating:
+            floatByCommand(window);
+            break;
+        }
+    }
+    if (plan.steps.empty() || plan.action.empty()) return true;
+    publishAssignments();
+    reapplyTileFrames();
+    return true;
+}
+
+const WindowStep* WorkspaceController::lastPlacement(const WindowPlan& plan) {
+    const WindowStep* last = nullptr;
+    for (const auto& step : plan.steps) {
+        if (step.kind == WindowStep::Kind::place) last = &step;
+    }
+    return last;
+}
+
+void WorkspaceController::placeByCommand(const ManagedWindow& window, const std::string& targetID,
+                                         BringToFront bringToFront) {
+    const auto covering = coveringFor(window, targetID);
+    if (!covering) return;
+    noteMovedByUser(window.id);
+    noteHasItsPlace(window.id);
+    bringBack(window);
+    place(window, *covering, bringToFront);
+    learn(window, targetID);
+}
+
+void WorkspaceController::floatByCommand(const ManagedWindow& window) {
+    noteMovedByUser(window.id);
+    noteHasItsPlace(window.id);
+    assignments_.remove(window.id);
+    auto floating = *state_.floatingWindowIDs;
+    floating.insert(window.id);
+    state_.floatingWindowIDs.set(std::move(floating));
+    bringBack(window); // one that waited in a stack was off the screen
+}
+
+/// Windows that are in a tile again, or are gone, float no more.
+void WorkspaceController::keepFloatingValid() {
+    auto floating = *state_.floatingWindowIDs;
+    const auto ended = [this](const std::string& id) { return assignments_.isInAnyTile(id) || !findLive(id); };
+    if (std::erase_if(floating, ended) > 0) state_.floatingWindowIDs.set(std::move(floating));
+}
+
+/// Absent without permission, and while a window has the keyboard that is not managed.
+void WorkspaceController::noteFocus() {
+    focusOrder_.keepOnly([this](const std::string& id) { return findLive(id) != nullptr; });
+    const auto process = services_.applications.frontmostApplication();
+    const auto focused = std::ranges::find_if(liveWindows_, [&](const ManagedWindow& window) {
+        return window.processIdentifier == process && window.isFocusedOfApplication;
+    });
+    if (focused == liveWindows_.end()) {
+        state_.focusedWindowID.set(std::nullopt);
+        return;
+    }
+    focusOrder_.note(focused->id);
+    state_.focusedWindowID.set(focused->id);
+}
+
+std::optional<std::string> WorkspaceController::windowLastFocusedOn(const std::string& wantedDisplayID) const {
+    const auto planned = planCommand(command::FocusDisplay{wantedDisplayID});
+    const auto* plan = std::get_if<WindowPlan>(&planned);
+    return plan ? std::optional(plan->steps.front().windowID) : std::nullopt;
+}
+
+std::optional<std::string> WorkspaceController::displayIDOfWindow(const std::string& windowID) const {
+    const ManagedWindow* window = findLive(windowID);
+    const Screen* screen = window ? screenOfWindow(*window) : nullptr;
+    return screen ? std::optional(displayID(*screen)) : std::nullopt;
+}
+
+void WorkspaceController::setPaused(bool paused) {
+    if (*state_.isPaused != paused) state_.isPaused.set(paused);
+}
+
+// Requested against actual frames
+
+std::vector<PlacementFinding> WorkspaceController::verifyPlacements() const {
+    constexpr double kTolerancePoints = 2;
+    std::vector<PlacementFinding> findings;
+    for (const auto& [windowID, requested] : framesOfTiledWindows()) {
+        const ManagedWindow* window = findLive(windowID);
+        if (!window) continue;
+        PlacementFinding finding{windowID, *assignments_.targetOf(windowID), requested, std::nullopt, {}};
+        finding.actualFrame = windowService_->readFrame(window->element);
+        using enum PlacementVerdict;
+        if (isLeftAlone(*window) || !window->isVisible) {
+            finding.verdict = leftAlone;
+        } else if (finding.actualFrame && nearlyEqual(*finding.actualFrame, requested, kTolerancePoints)) {
+            finding.verdict = asRequested;
+        } else {
+            finding.verdict = windowService_->pendingFrame(windowID) ? underWay : drifted;
+        }
+        findings.push_back(std::move(finding));
+    }
+    return findings;
+}
+
+bool WorkspaceController::repairPlacements() {
+    closeFocusMode();
+    if (!requireWindowAccess()) return false;
+    for (const auto& finding : verifyPlacements()) {
+        const ManagedWindow* window = findLive(finding.windowID);
+        if (!window || finding.verdict != PlacementVerdict::drifted) continue;
+        refusals_.erase(finding.windowID); // it is asked as often as at first
+        writeFrame(ManagedWindow(*window), finding.requestedFrame, BringToFront::no);
+    }
+    services_.accessibility.flush();
+    return true;
+}
+
+} // namespace kova

@@ -1,0 +1,163 @@
+// Commands for one window: into a tile, out of it, to another display, and what a dry run says of each.
+#include "tests/harness/Desk.h"
+
+#include <gtest/gtest.h>
+
+namespace kova {
+
+namespace {
+
+const char* const kHalves = "Codex 15,15 1254x1382 | Mail 1291,15 1254x1382";
+
+class WindowCommands : public ::testing::Test {
+  public:
+    WindowCommands() {
+        desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+        desk.expectTiles(kHalves);
+        desk.desktop.focusByHand("Mail");
+        desk.settle();
+    }
+    std::string id(const char* label) { return desk.desktop.windowIDOf(label); }
+    std::string tile(const char* slot, const char* display = "A") { return desk.targetID(display, slot); }
+    /// "place Mail A1, wait Codex A1"
+    std::string steps(const WindowCommand& command) {
+        const auto planned = desk.controller().planCommand(command);
+        if (const auto* refusal = std::get_if<WindowRefusal>(&planned)) return refusal->reason;
+        std::string out;
+        for (const auto& step : std::get<WindowPlan>(planned).steps) {
+            out += (out.empty() ? "" : ", ") + std::string(describe(step.kind)) + " " +
+                   desk.desktop.labelOfID(step.windowID);
+            if (step.targetID) out += " " + step.targetID->substr(step.targetID->find("::") + 2);
+        }
+        return out;
+    }
+    std::string picture() { return desk.desktop.picture(); }
+
+    Desk desk;
+};
+
+} // namespace
+
+TEST_F(WindowCommands, AWindowWithoutATileIsPutIntoTheOneThatIsNamed) {
+    desk.opens("Notes").settle();
+    desk.desktop.minimizeByHand("Notes");
+    desk.desktop.focusByHand("Codex");
+    desk.settle();
+    const WindowCommand place = command::Place{id("Notes"), tile("secondary-1")};
+    EXPECT_EQ(steps(place), "place Notes secondary-1, wait Mail secondary-1");
+    const std::string before = picture();
+    desk.perform(place);
+    desk.expectTiles("Codex 15,15 1254x1382 | Notes 1291,15 1254x1382 + Mail");
+    desk.expectMessage("Moved Notes to Secondary");
+    desk.expectFocus("Codex");
+    desk.undo();
+    EXPECT_EQ(picture(), before);
+    desk.perform(command::Place{std::nullopt, tile("focus-main")});
+    EXPECT_TRUE(desk.wasCarriedOut()) << "it is there already";
+    desk.perform(command::Place{id("Notes"), "nowhere::slot"});
+    EXPECT_FALSE(desk.wasCarriedOut());
+}
+
+TEST_F(WindowCommands, TwoWindowsTradePlacesAndTheirStacksStay) {
+    desk.opens("Notes").opens("Viewer").settle();
+    desk.perform(command::Place{id("Notes"), tile("focus-main")});
+    desk.perform(command::Place{id("Viewer"), tile("secondary-1")});
+    desk.expectTiles("Notes 15,15 1254x1382 + Codex | Viewer 1291,15 1254x1382 + Mail");
+    desk.desktop.focusByHand("Notes");
+    EXPECT_EQ(steps(command::Swap{std::nullopt, WorkspaceDirection::right}),
+              "place Viewer focus-main, place Notes secondary-1");
+    desk.perform(command::Swap{std::nullopt, WorkspaceDirection::right});
+    desk.expectTiles("Viewer 15,15 1254x1382 + Codex | Notes 1291,15 1254x1382 + Mail");
+    desk.expectMessage("Swapped Notes and Viewer");
+    desk.expectFocus("Notes");
+    EXPECT_EQ(steps(command::Swap{std::nullopt, WorkspaceDirection::right}), "There is no tile to the right of Notes");
+    desk.perform(command::Swap{std::nullopt, tile("focus-main")}).undo().undo();
+    desk.expectTiles("Notes 15,15 1254x1382 + Codex | Viewer 1291,15 1254x1382 + Mail");
+}
+
+TEST_F(WindowCommands, AFloatingWindowIsLeftAloneUntilItIsPutIntoATileAgain) {
+    desk.desktop.moveByHand("Mail", makeRect(1500, 200, 700, 500));
+    desk.settle();
+    desk.perform(command::Float{});
+    desk.expectMessage("Mail floats until it is put into a tile");
+    desk.desktop.moveByHand("Mail", makeRect(1500, 200, 700, 500));
+    desk.settle();
+    desk.opens("Notes").arrange();
+    EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Mail")), "Mail 1500,200 700x500");
+    EXPECT_EQ(desk.state().floatingWindowIDs->size(), 1u);
+    desk.undo(); // the arrangement alone
+    EXPECT_EQ(desk.state().floatingWindowIDs->size(), 1u);
+    desk.desktop.focusByHand("Mail");
+    desk.perform(command::ToggleFloating{});
+    desk.expectTiles(kHalves);
+    EXPECT_TRUE(desk.state().floatingWindowIDs->empty());
+    desk.perform(command::ToggleFloating{}).undo();
+    EXPECT_TRUE(desk.state().floatingWindowIDs->empty());
+    desk.expectTiles(kHalves);
+}
+
+TEST_F(WindowCommands, AFloatingWindowFloatsOnAfterARestart) {
+    desk.perform(command::Float{});
+    desk.advance(Seconds(2));
+    desk.restart().settle();
+    EXPECT_EQ(desk.state().floatingWindowIDs->size(), 1u);
+    desk.arrange();
+    desk.expectTiles("Codex 15,15 1254x1382 | -");
+}
+
+TEST_F(WindowCommands, TheKeyboardAndWindowsGoToOtherDisplays) {
+    desk.display(2560, 1440).layout("jarvis.dual-split", "B");
+    desk.opens("Notes", {.frame = makeRect(2700, 100, 800, 600)}).settle();
+    desk.desktop.focusByHand("Notes");
+    desk.settle();
+    desk.desktop.focusByHand("Codex");
+    desk.settle();
+    EXPECT_EQ(*desk.state().focusedWindowID, id("Codex"));
+    desk.perform(command::FocusDisplay{DisplayStep::next}).expectFocus("Notes");
+    desk.perform(command::FocusDisplay{DisplayStep::previous}).expectFocus("Codex");
+    desk.perform(command::FocusDisplay{desk.displayIDOf("B")}).expectFocus("Notes");
+    desk.desktop.focusByHand("Mail");
+    EXPECT_EQ(steps(command::MoveToDisplay{std::nullopt, DisplayStep::next}), "place Mail secondary-1");
+    desk.perform(command::MoveToDisplay{std::nullopt, DisplayStep::next});
+    desk.expectMessage("Moved Mail to Secondary on B");
+    desk.expectTiles("Codex 15,15 1254x1382 | - || - | Mail 3851,15 1254x1382");
+    desk.perform(command::MoveToDisplay{std::nullopt, DisplayStep::next}).undo();
+    desk.expectTiles("Codex 15,15 1254x1382 | - || - | Mail 3851,15 1254x1382");
+    EXPECT_EQ(steps(command::MoveToDisplay{std::nullopt, std::string("gone")}), "There is no such display");
+}
+
+TEST_F(WindowCommands, WhatIsNamedIsMeantAndNotWhatHasTheFocus) {
+    desk.opens("Notes").settle();
+    desk.perform(command::Place{id("Notes"), tile("focus-main")});
+    desk.perform(action::CycleStack{StackStep::previous, {}, tile("focus-main")});
+    desk.expectTiles("Codex 15,15 1254x1382 + Notes | Mail 1291,15 1254x1382");
+    desk.desktop.focusByHand("Mail");
+    desk.perform(action::ToggleFocusZoom{id("Codex")});
+    EXPECT_EQ((*desk.state().focusMode)->windowID, id("Codex"));
+    desk.perform(action::ToggleFocusZoom{}).desktop.focusByHand("Mail");
+    desk.perform(action::Move{WorkspaceDirection::right, id("Codex")});
+    EXPECT_EQ(desk.state().assignedWindowIDs->at(tile("secondary-1")), id("Codex"));
+}
+
+TEST_F(WindowCommands, WindowsThatDriftedAreFoundAndSentBack) {
+    const auto verdictOf = [&](const char* label) {
+        for (const auto& finding : desk.controller().verifyPlacements()) {
+            if (finding.windowID == id(label)) return finding.verdict;
+        }
+        return PlacementVerdict::leftAlone;
+    };
+    EXPECT_EQ(verdictOf("Mail"), PlacementVerdict::asRequested);
+    desk.opens("Notes", {.frame = makeRect(100, 100, 700, 500), .springsBackTimes = 40}).settle();
+    desk.perform(command::Place{id("Notes"), tile("focus-main")}).advance(Seconds(10));
+    EXPECT_EQ(verdictOf("Notes"), PlacementVerdict::drifted) << "it was asked as often as a poll asks";
+    for (int i = 0; i < 20 && verdictOf("Notes") != PlacementVerdict::asRequested; ++i) {
+        ASSERT_TRUE(desk.controller().repairPlacements());
+        desk.settle();
+    }
+    EXPECT_EQ(verdictOf("Notes"), PlacementVerdict::asRequested);
+    desk.desktop.minimizeByHand("Mail");
+    desk.settle();
+    EXPECT_EQ(verdictOf("Mail"), PlacementVerdict::leftAlone);
+}
+
+} // namespace kova
