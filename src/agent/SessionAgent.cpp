@@ -53,7 +53,9 @@ std::optional<AgentClaim> SessionAgent::claimSession(const std::function<void(co
 std::optional<std::string> SessionAgent::start(AgentClaim claim) {
     server_.emplace(std::move(claim), queue_, methods_);
     if (auto problem = server_->start()) return problem;
-    log(LogLevel::note, "kova-agent " KOVA_VERSION " manages this session");
+    const bool isAbsent = delegate_.workspace().absenceOfWindows().has_value();
+    log(LogLevel::note, isAbsent ? "kova-agent " KOVA_VERSION " answers, and can manage no window of this session"
+                                 : "kova-agent " KOVA_VERSION " manages this session");
     delegate_.applicationDidFinishLaunching();
     if (const auto text = firstSteps()) log(LogLevel::note, *text);
     serveOnceWindowsAreKnown(queue_.uptime() + kPatienceWithFirstLook);
@@ -78,7 +80,12 @@ void SessionAgent::openURLs(const std::vector<std::string>& urls) {
 }
 
 std::optional<std::string> SessionAgent::firstSteps() {
-    return kova::firstSteps(acquaintance_, *delegate_.workspace().state().permissionState);
+    const auto& workspace = delegate_.workspace();
+    if (workspace.absenceOfWindows()) return std::nullopt; // which is told as it is
+    // The first arrangement shows that the user knows the way.
+    const bool hasArranged = !workspace.state().lastArrangeExplanation->empty();
+    return kova::firstSteps(hasArranged ? Acquaintance::knowsTheWay : acquaintance_,
+                            *workspace.state().permissionState);
 }
 
 } // namespace kova

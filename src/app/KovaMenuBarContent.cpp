@@ -153,7 +153,7 @@ class KovaMenuBarContent::Build {
 
     void addWindowEntries() {
         if (!isGranted_) {
-            addHeading("Accessibility permission is required");
+            addHeading(workspace_.permissionProblem());
             separate();
         }
         add(

@@ -24,13 +24,17 @@ Trouble trouble(const ConnectionFailure& failure) {
 Trouble refusal(const json& error) {
     const int code = error.value("code", controlCode::internalError);
     const std::string message = error.value("message", "The agent refused without saying why");
+    std::vector<std::string> choices;
+    if (const auto data = error.find("data"); data != error.end() && data->contains("choices")) {
+        for (const json& choice : data->at("choices")) choices.push_back(choice.get<std::string>());
+    }
     switch (code) {
     case controlCode::invalidParameters:
-        return {ExitCode::wrongUsage, message};
+        return {ExitCode::wrongUsage, message, std::move(choices)};
     case controlCode::noPermission:
-        return {ExitCode::noPermission, message};
+        return {ExitCode::noPermission, message, std::move(choices)};
     default:
-        return {ExitCode::refused, message};
+        return {ExitCode::refused, message, std::move(choices)};
     }
 }
 

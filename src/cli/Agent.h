@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 #include <variant>
+#include <vector>
 
 namespace kova::cli {
 
@@ -17,6 +18,7 @@ namespace kova::cli {
 struct Trouble {
     ExitCode code = ExitCode::refused;
     std::string message;
+    std::vector<std::string> choices{}; // what would have been understood
 };
 
 class Agent {

@@ -22,9 +22,9 @@ std::string lowercasedAscii(std::string text) {
 
 /// The agent's question, put to the person at the terminal. Standard output is left to the answer.
 bool isConfirmedAtTerminal(const json& question) {
-    write(STDERR_FILENO, printableLines(question.at("title").get<std::string>() + "\n" +
-                                        question.at("text").get<std::string>() + "\n"));
-    write(STDERR_FILENO, "\nType “yes” to " + lowercasedAscii(question.at("confirm").get<std::string>()) + ": ");
+    complain(
+        printableLines(question.at("title").get<std::string>() + "\n" + question.at("text").get<std::string>() + "\n"));
+    complain("\nType “yes” to " + lowercasedAscii(question.at("confirm").get<std::string>()) + ": ");
     const auto answer = readLine();
     return answer && lowercasedAscii(*answer) == "yes";
 }
@@ -47,8 +47,7 @@ ExitCode runLaunch(const Verb& verb, const Arguments& arguments, const json& par
         break;
     }
     const json& result = std::get<json>(answer);
-    write(STDOUT_FILENO, arguments.json ? asText(result, 2) : verb.print(result, arguments));
-    return ExitCode::done;
+    return print(arguments.json ? asText(result, 2) : verb.print(result, arguments));
 }
 
 ExitCode runForceQuitAll(const Verb& verb, const Arguments& arguments) {
@@ -62,8 +61,7 @@ ExitCode runForceQuitAll(const Verb& verb, const Arguments& arguments) {
     if (plan.at("applications").empty()) {
         const std::string notice =
             question.at("title").get<std::string>() + "\n" + question.at("text").get<std::string>();
-        write(STDOUT_FILENO, arguments.json ? asText(plan, 2) : printableLines(notice));
-        return ExitCode::done;
+        return print(arguments.json ? asText(plan, 2) : printableLines(notice));
     }
     if (!arguments.yes) {
         if (!canAsk()) {
@@ -74,8 +72,7 @@ ExitCode runForceQuitAll(const Verb& verb, const Arguments& arguments) {
     auto answer = agent.ask(verb.method, {{"confirmed", plan.at("applications")}});
     if (const auto* trouble = std::get_if<Trouble>(&answer)) return end(*trouble);
     const json& result = std::get<json>(answer);
-    write(STDOUT_FILENO, arguments.json ? asText(result, 2) : verb.print(result, arguments));
-    return ExitCode::done;
+    return print(arguments.json ? asText(result, 2) : verb.print(result, arguments));
 }
 
 } // namespace kova::cli

@@ -41,6 +41,11 @@ struct Arguments {
     std::optional<int> lines;          // of the log, the newest
     std::optional<std::string> level;  // the least that is printed of the log
     std::optional<int> width;          // columns of a picture
+    std::optional<std::string> with;   // a direction or a tile, to swap with
+    std::optional<std::string> to;     // “next”, “previous” or a display
+    std::optional<std::string> step;   // “next” or “previous” of a stack
+    bool repair = false;               // request frames again
+    bool force = false;                // overwrite a file
 };
 
 } // namespace kova::cli

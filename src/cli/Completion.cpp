@@ -34,9 +34,9 @@ struct NameSource {
 
 constexpr std::array kNameSources = std::to_array<NameSource>({
     {kLayout | kRequiredLayout, "layout.list", "layouts", "id", "name"},
-    {kDisplay, "query.displays", "displays", "name", "id"},
+    {kDisplay | kDisplayWord, "query.displays", "displays", "name", "id"},
     {kApplication | kRuleApplication, "app.list", "applications", "id", "name"},
-    {kTile | kSlot, "query.tiles", "tiles", "slot", "name"},
+    {kTile | kSlot | kPlaceTile | kTileOption | kSwapWith, "query.tiles", "tiles", "slot", "name"},
     {kSplit, "divider.list", "dividers", "split", "axis"},
     {kBoundary, "divider.list", "dividers", "boundary", "split"},
     {kScene, "scene.list", "scenes", "name", "createdAt"},
@@ -88,15 +88,20 @@ std::vector<Candidate> namesFrom(const NameSource& source) {
 
 std::vector<Candidate> valuesOf(const Taking& taking) {
     if (taking.takenBy == kDirection) return {{"left", ""}, {"right", ""}, {"up", ""}, {"down", ""}};
+    if (taking.takenBy == kStackStep) return {{"next", ""}, {"previous", ""}};
     if (taking.takenBy == kDisposition || taking.takenBy == kNewDisposition)
         return {{"tile", ""}, {"float", ""}, {"ignore", ""}};
     if (taking.takenBy == kSwitch) return {{"on", ""}, {"off", ""}};
     if (taking.takenBy == kLevel) return {{"detail", ""}, {"note", ""}, {"warning", ""}, {"error", ""}};
     if (taking.takenBy == kFile || taking.takenBy == kNewFile) return {{"", "files"}};
-    if (taking.takenBy == kWindow || taking.takenBy == kRequiredWindow) return windowNames();
+    if (taking.takenBy == kWindow || taking.takenBy == kRequiredWindow || taking.takenBy == kWindowOption)
+        return windowNames();
     std::vector<Candidate> values;
+    if (taking.takenBy == kSwapWith) values = {{"left", ""}, {"right", ""}, {"up", ""}, {"down", ""}};
+    if (taking.takenBy == kDisplayWord) values = {{"next", ""}, {"previous", ""}};
     for (const NameSource& source : kNameSources) {
-        if ((source.takenBy & taking.takenBy) != 0) values = namesFrom(source);
+        if ((source.takenBy & taking.takenBy) == 0) continue;
+        for (Candidate& name : namesFrom(source)) values.push_back(std::move(name));
     }
     if (taking.takenBy == kRequiredLayout) values.push_back({"automatic", "as the display's shape decides"});
     return values;
@@ -193,7 +198,12 @@ std::vector<Candidate> everything(std::span<const std::string> before, std::stri
     if (isHelp) return {};
     Position position(*verb);
     for (const auto& word : before) position.pass(word);
-    return position.candidates(current);
+    auto candidates = position.candidates(current);
+    // “focus” is a verb, and “focus display” another one.
+    if (before.empty()) {
+        for (Candidate& word : verbWords(verb->name)) candidates.push_back(std::move(word));
+    }
+    return candidates;
 }
 
 bool isSameLetter(char a, char b) {
@@ -235,8 +245,7 @@ ExitCode runComplete(std::span<char* const> words) {
     for (const Candidate& each : candidatesFor(std::vector<std::string>(words.begin(), words.end()))) {
         out += each.text + "\t" + each.description + "\n";
     }
-    write(STDOUT_FILENO, out);
-    return ExitCode::done;
+    return print(out);
 }
 
 } // namespace kova::cli

@@ -234,8 +234,8 @@ std::optional<std::string> writeNewFile(const std::string& path, std::string_vie
 
 ExitCode runDoctor(const Arguments& arguments) {
     const json report = examine();
-    write(STDOUT_FILENO, arguments.json ? asText(report, 2) : printChecks(report.at("checks")));
-    return report.at("isHealthy").get<bool>() ? ExitCode::done : ExitCode::refused;
+    const ExitCode printed = print(arguments.json ? asText(report, 2) : printChecks(report.at("checks")));
+    return report.at("isHealthy").get<bool>() ? printed : ExitCode::refused;
 }
 
 ExitCode runLog(const Arguments& arguments) {
@@ -244,8 +244,7 @@ ExitCode runLog(const Arguments& arguments) {
     if (!arguments.follow) {
         auto lines = readLog(least);
         if (!lines) return end({ExitCode::refused, "There is no log at " + logFile() + "."});
-        print(lastOf(*std::move(lines), count), arguments);
-        return ExitCode::done;
+        return print(lastOf(*std::move(lines), count), arguments) ? ExitCode::done : endUnwritten();
     }
     LogReader reader(least);
     FollowedFile file(logFile());
@@ -254,7 +253,7 @@ ExitCode runLog(const Arguments& arguments) {
         std::this_thread::sleep_for(kLook);
         isHeard = print(reader.take(file.more()), arguments);
     }
-    return ExitCode::done;
+    return endUnwritten();
 }
 
 ExitCode runBugReport(const Arguments& arguments) {
@@ -277,9 +276,8 @@ ExitCode runBugReport(const Arguments& arguments) {
     add("Log", logSection());
     const std::string path = arguments.file.value_or("");
     if (const auto problem = writeNewFile(path, text)) return end({ExitCode::refused, *problem});
-    write(STDOUT_FILENO, arguments.json ? asText(json{{"file", path}}, 2)
-                                        : "The report is in " + path + ". Read it before you pass it on.\n");
-    return ExitCode::done;
+    return print(arguments.json ? asText(json{{"file", path}}, 2)
+                                : "The report is in " + path + ". Read it before you pass it on.\n");
 }
 
 } // namespace kova::cli

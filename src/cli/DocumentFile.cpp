@@ -45,7 +45,9 @@ void syncFolder(const fs::path& folder) {
 } // namespace
 
 std::variant<std::string, FileProblem> readFile(const std::string& path, std::size_t mostBytes) {
-    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    const bool isStandardInput = path == kStandardStream;
+    const Descriptor file(isStandardInput ? fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0)
+                                          : open(path.c_str(), O_RDONLY | O_CLOEXEC));
     if (!file.isOpen()) return problem("read", path, errno);
     std::string text;
     std::array<char, 64 * 1024> piece;
@@ -66,6 +68,11 @@ std::string documentPath(const std::string& path, std::string_view nameInFolder)
     fs::path target = fs::is_directory(path, error) ? fs::path(path) / nameInFolder : fs::path(path);
     const fs::path real = fs::canonical(target, error);
     return error || !fs::is_symlink(target, error) ? target.string() : real.string();
+}
+
+bool wouldOverwrite(const std::string& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
 std::optional<FileProblem> replaceFile(const std::string& path, std::string_view text) {

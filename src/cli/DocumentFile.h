@@ -9,6 +9,9 @@
 
 namespace kova::cli {
 
+/// In place of a path: standard input, or standard output.
+inline constexpr std::string_view kStandardStream = "-";
+
 struct FileProblem {
     std::string message; // names the file
 };
@@ -18,6 +21,9 @@ std::variant<std::string, FileProblem> readFile(const std::string& path, std::si
 
 /// Where a document goes that is to be written to the path: in a folder it gets the name, links are followed.
 std::string documentPath(const std::string& path, std::string_view nameInFolder);
+
+/// Whether writing there would replace a file that is there.
+bool wouldOverwrite(const std::string& path);
 
 /// Written aside, brought to the disk and moved into place: whoever looks finds the old file or the new one. What is no
 /// regular file, such as a pipe, is written to as it is. Absent when it was written.

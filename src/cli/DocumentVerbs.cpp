@@ -59,14 +59,17 @@ ExitCode runExport(const Verb& verb, const Arguments& arguments) {
     auto answer = std::get<Agent>(connected).ask(verb.method, json::object(), kPatience);
     if (const auto* trouble = std::get_if<Trouble>(&answer)) return end(*trouble);
     json& result = std::get<json>(answer);
+    if (arguments.file == kStandardStream) return print(result.at("text").get_ref<const std::string&>());
     const std::string path = documentPath(arguments.file.value_or("."), kProposedName);
+    if (!arguments.force && wouldOverwrite(path)) {
+        return end({ExitCode::refused, "Export failed: “" + path + "” is there already; --force overwrites it"});
+    }
     if (const auto problem = replaceFile(path, result.at("text").get_ref<const std::string&>())) {
         return end({ExitCode::refused, "Export failed: " + problem->message});
     }
     result.erase("text");
     result["file"] = path;
-    write(STDOUT_FILENO, arguments.json ? asText(result, 2) : verb.print(result, arguments));
-    return ExitCode::done;
+    return print(arguments.json ? asText(result, 2) : verb.print(result, arguments));
 }
 
 ExitCode runImport(const Verb& verb, const Arguments& arguments) {
@@ -82,8 +85,7 @@ ExitCode runImport(const Verb& verb, const Arguments& arguments) {
     auto answer = sendDocument(std::get<Agent>(connected), verb.method, text);
     if (const auto* trouble = std::get_if<Trouble>(&answer)) return end(*trouble);
     const json& result = std::get<json>(answer);
-    write(STDOUT_FILENO, arguments.json ? asText(result, 2) : verb.print(result, arguments));
-    return ExitCode::done;
+    return print(arguments.json ? asText(result, 2) : verb.print(result, arguments));
 }
 
 } // namespace kova::cli

@@ -36,7 +36,7 @@ std::string textOr(const json& value, const char* otherwise) {
 
 std::string shape(const json& window) {
     if (window.at("isFullScreen").get<bool>()) return "full screen";
-    if (window.at("isMinimized").get<bool>()) return "minimised";
+    if (window.at("isMinimized").get<bool>()) return "minimized";
     return window.at("isVisible").get<bool>() ? "visible" : "not visible";
 }
 
@@ -198,9 +198,14 @@ std::string remarksOf(const json& result) {
 std::string printStatus(const json& result, const Arguments&) {
     std::string out =
         "agent       " + line(result.at("version").get<std::string>() + ", process " + number(result.at("process")));
-    out += "permission  " + line(result.at("permission").get<std::string>());
+    if (result.at("problem").is_null()) {
+        out += "permission  " + line(result.at("permission").get<std::string>());
+    } else {
+        out += "problem     " + line(result.at("problem").get<std::string>());
+    }
     const bool isSuspended = result.at("isRunning").get<bool>() && result.value("isSuspended", false);
     const char* running = isSuspended ? "suspended until the screen can be seen again\n" : "running\n";
+    if (result.value("isPaused", false)) running = "paused until “kova resume”\n";
     out += "management  " + std::string(result.at("isRunning").get<bool>() ? running : "stopped\n");
     out += "displays    " + number(result.at("displays")) + "\n";
     out += "windows     " + number(result.at("windows")) + ", " + number(result.at("windowsInTiles")) + " in tiles\n";

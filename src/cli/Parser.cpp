@@ -65,6 +65,12 @@ Problem takeDirection(Arguments& arguments, std::string_view word) {
     return std::nullopt;
 }
 
+Problem takeStackStep(Arguments& arguments, std::string_view word) {
+    if (word != "next" && word != "previous") return "“" + std::string(word) + "” is not next or previous";
+    arguments.step = word;
+    return std::nullopt;
+}
+
 Problem takeLevel(Arguments& arguments, std::string_view word) {
     if (!logSeverityNamed(word)) return "“" + std::string(word) + "” is not detail, note, warning or error";
     arguments.level = word;
@@ -90,6 +96,7 @@ Problem contradictionIn(const Verb& verb, const Arguments& arguments) {
     if ((verb.takes & kRuleApplication) != 0 && arguments.application.has_value() == arguments.focused) {
         return "either --app or --focused is needed";
     }
+    if ((verb.takes & kPlaceTile) != 0 && !arguments.tile) return "either WINDOW and TILE or --tile is needed";
     if (arguments.disposition == "tile" && !arguments.slot) return "SLOT is missing";
     if (arguments.slot && arguments.disposition != "tile") return "only “tile” takes a SLOT";
     if ((verb.takes & kNewDisposition) != 0 && !arguments.disposition && !arguments.title) {
@@ -116,10 +123,17 @@ constexpr std::array kOptions =
              [](Arguments& a, std::string_view word) { return takeName(a.layout, word); }},
             {kWindow, "", "WINDOW", "id, application or title of a window, or a part of them",
              [](Arguments& a, std::string_view word) { return takeName(a.window, word); }},
+            {kPlaceTile, "", "TILE", "id, number or name of a tile, on the window's display",
+             [](Arguments& a, std::string_view word) { return takeName(a.tile, word); }},
+            {kSwapWith, "", "WITH", "left, right, up, down, or id, number or name of a tile",
+             [](Arguments& a, std::string_view word) { return takeName(a.with, word); }},
+            {kDisplayWord, "", "TO", "next, previous, or number, name or id of a display",
+             [](Arguments& a, std::string_view word) { return takeName(a.to, word); }},
+            {kStackStep, "", "STEP", "next (which is meant without it) or previous", takeStackStep},
             {kRequiredPoints, "", "POINTS", "a number from 0 to 100",
-             [](Arguments& a, std::string_view word) {
-                 return takeNumber(a.points, word, 0.0, kLargestInset, "a number from 0 to 100");
-             }},
+             [](Arguments& a,
+                std::string_view
+                    word) { return takeNumber(a.points, word, 0.0, kLargestInset, "a number from 0 to 100"); }},
             {kDirection, "", "DIRECTION", "left, right, up or down", takeDirection},
             {kSplit, "", "SPLIT", "the split that the divider belongs to, as “divider list” names it",
              [](Arguments& a, std::string_view word) { return takeName(a.split, word); }},
@@ -160,7 +174,7 @@ constexpr std::array kOptions =
                  return takeNumber(a.lines, word, 0, kMostLines, "a whole number from 0 to 1000000");
              }},
             {kLevel, "--level", "LEVEL", "detail, note, warning or error, and what is graver", takeLevel},
-            {kFile, "", "FILE", "a JSON file",
+            {kFile, "", "FILE", "a JSON file; “-” for the standard stream",
              [](Arguments& a, std::string_view word) { return takeName(a.file, word); }},
             {kUrl, "", "URL", "of the scheme kova, such as kova://action/arrange",
              [](Arguments& a, std::string_view word) { return takeName(a.url, word); }},
@@ -170,7 +184,7 @@ constexpr std::array kOptions =
              [](Arguments& a, std::string_view word) { return takeName(a.keys, word); }},
             {kTheme, "", "THEME", "id or name of a theme, or a part of it",
              [](Arguments& a, std::string_view word) { return takeName(a.theme, word); }},
-            {kAccent, "", "COLOUR", "id or name of an accent colour, or a part of it",
+            {kAccent, "", "COLOR", "id or name of an accent color, or a part of it",
              [](Arguments& a, std::string_view word) { return takeName(a.accent, word); }},
             {kSwitch, "", "on|off", "on or off", takeSwitch},
             {kRuleApplication, "--app", "ID", "id or name of an application, or a part of it",
@@ -183,6 +197,16 @@ constexpr std::array kOptions =
              [](Arguments& a, std::string_view word) -> Problem { return a.title = word, std::nullopt; }},
             {kTile, "--tile", "SLOT", "id, number or name of a tile of the display's layout",
              [](Arguments& a, std::string_view word) { return takeName(a.tile, word); }},
+            {kPlaceTile, "--tile", "TILE", "the same; without WINDOW for the focused one",
+             [](Arguments& a, std::string_view word) { return takeName(a.tile, word); }},
+            {kTileOption, "--tile", "TILE", "id, number or name of a tile, in place of the focused window's",
+             [](Arguments& a, std::string_view word) { return takeName(a.tile, word); }},
+            {kWindowOption, "--window", "WINDOW", "id, application or title of a window (default: the focused one)",
+             [](Arguments& a, std::string_view word) { return takeName(a.window, word); }},
+            {kRepair, "--repair", "", "request the frames of those that drifted again",
+             [](Arguments& a, std::string_view) -> Problem { return a.repair = true, std::nullopt; }},
+            {kForce, "--force", "", "overwrite a file that is there",
+             [](Arguments& a, std::string_view) -> Problem { return a.force = true, std::nullopt; }},
             {kDisplay, "--display", "DISPLAY", "number, name or id of a display (default: the current one)",
              [](Arguments& a, std::string_view word) { return takeName(a.display, word); }},
             {kWidth, "--width", "COLUMNS", "of the drawing (default: the terminal's)",
@@ -205,7 +229,7 @@ bool isRequired(const Option& option) {
     constexpr std::uint64_t kRequired = kRequiredLayout | kRequiredPoints | kDirection | kSplit | kBoundary |
                                         kTranslation | kApplication | kTile | kRequiredWindow | kScene | kNewName |
                                         kRule | kPlace | kDisposition | kFile | kNewFile | kTheme | kAccent | kSwitch |
-                                        kShortcutAction | kShortcutKeys;
+                                        kShortcutAction | kShortcutKeys | kSwapWith | kDisplayWord;
     return option.takenBy != kEveryVerb && (option.takenBy & kRequired) != 0;
 }
 

@@ -58,7 +58,7 @@ std::string printScene(const json& result, const Arguments&) {
     const json& scene = result.at("scene");
     std::string out =
         quotedName(scene) + ", captured " + localTime(scene.at("createdAt")) + ", " + text(scene.at("id")) + "\n";
-    out += printable("theme " + text(result.at("theme")) + ", accent colour " + text(result.at("accentColor")) +
+    out += printable("theme " + text(result.at("theme")) + ", accent color " + text(result.at("accentColor")) +
                      ", gap " + result.at("tileInset").dump()) +
            "\n\n";
     Table displays({{"DISPLAY", Align::right}, {"NAME"}, {"LAYOUT"}});
@@ -128,7 +128,7 @@ std::string printRuleTest(const json& result, const Arguments&) {
 }
 
 std::string printRulesSwitch(const json& result, const Arguments&) {
-    return result.at("isOn").get<bool>() ? "Rules are on: each window is put where they say once.\n"
+    return result.at("isOn").get<bool>() ? "Rules are on: each new window is put, once, where they say.\n"
                                          : "Rules are off.\n";
 }
 

@@ -40,14 +40,13 @@ ExitCode finish(Agent& agent, const Verb& verb, const Arguments& arguments, json
         result["shortcut"] = message.at("params").at("shortcut");
         break;
     }
-    write(STDOUT_FILENO, arguments.json ? asText(result, 2) : verb.print(result, arguments));
-    return ExitCode::done;
+    return print(arguments.json ? asText(result, 2) : verb.print(result, arguments));
 }
 
 /// Rings the terminal's bell, where there is a terminal.
 void refuse(const json& message) {
-    if (isatty(STDERR_FILENO)) write(STDERR_FILENO, "\a");
-    if (message.is_string()) write(STDERR_FILENO, printableLines(message.get<std::string>() + "\n"));
+    if (isatty(STDERR_FILENO)) complain("\a");
+    if (message.is_string()) complain(printableLines(message.get<std::string>() + "\n"));
 }
 
 } // namespace
@@ -87,7 +86,7 @@ ExitCode runShortcutRecord(const Verb& verb, const Arguments& arguments, const j
     auto answer = agent.ask(verb.method, parameters);
     if (const auto* trouble = std::get_if<Trouble>(&answer)) return end(*trouble);
     // Standard output is left to the answer.
-    write(STDERR_FILENO, std::get<json>(answer).at("prompt").get<std::string>() + "\n");
+    complain(std::get<json>(answer).at("prompt").get<std::string>() + "\n");
     while (true) {
         auto heard = agent.next();
         if (const auto* trouble = std::get_if<Trouble>(&heard)) return end(*trouble);
@@ -101,10 +100,7 @@ ExitCode runShortcutRecord(const Verb& verb, const Arguments& arguments, const j
         }
         json result = {{"outcome", outcome}, {"shortcut", told.at("shortcut")}};
         if (outcome == "recorded") return finish(agent, verb, arguments, std::move(result));
-        if (outcome == "cleared") {
-            write(STDOUT_FILENO, arguments.json ? asText(result, 2) : verb.print(result, arguments));
-            return ExitCode::done;
-        }
+        if (outcome == "cleared") return print(arguments.json ? asText(result, 2) : verb.print(result, arguments));
         const std::string reason = told.at("message").is_null() ? "Nothing was changed" : told.at("message");
         return end({ExitCode::refused, reason});
     }

@@ -6,8 +6,31 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 
 namespace kova::cli {
+
+namespace {
+
+bool areErrorsJson = false;
+
+const char* nameOf(ExitCode code) {
+    switch (code) {
+    case ExitCode::done:
+        return "done";
+    case ExitCode::refused:
+        return "refused";
+    case ExitCode::wrongUsage:
+        return "wrongUsage";
+    case ExitCode::noAgent:
+        return "noAgent";
+    case ExitCode::noPermission:
+        return "noPermission";
+    }
+    return "refused";
+}
+
+} // namespace
 
 bool write(int descriptor, std::string_view text) {
     while (!text.empty()) {
@@ -29,9 +52,34 @@ std::string printableLines(std::string_view text) {
     return out;
 }
 
+ExitCode print(std::string_view text) {
+    if (text.empty() || write(STDOUT_FILENO, text)) return ExitCode::done;
+    return endUnwritten();
+}
+
+ExitCode endUnwritten() {
+    return end({ExitCode::refused, std::string("cannot write to standard output: ") + std::strerror(errno)});
+}
+
+void complain(std::string_view text) {
+    (void)write(STDERR_FILENO, text);
+}
+
+void reportErrorsAsJson() {
+    areErrorsJson = true;
+}
+
 ExitCode end(const Trouble& trouble) {
-    // What the agent quotes may have come from a window.
-    write(STDERR_FILENO, printableLines(trouble.message));
+    if (areErrorsJson) {
+        const nlohmann::json error = {{"code", nameOf(trouble.code)},
+                                      {"exitCode", static_cast<int>(trouble.code)},
+                                      {"message", trouble.message},
+                                      {"choices", trouble.choices}};
+        complain(asText({{"error", error}}, 2));
+    } else {
+        // What the agent quotes may have come from a window.
+        complain(printableLines(trouble.message));
+    }
     return trouble.code;
 }
 

@@ -11,8 +11,16 @@
 
 namespace kova::cli {
 
-/// False when nobody takes it any more.
-bool write(int descriptor, std::string_view text);
+/// False, with `errno` set, when not all of it could be written.
+[[nodiscard]] bool write(int descriptor, std::string_view text);
+/// Writes the result to standard output. When that fails, says so and gives the code for it.
+ExitCode print(std::string_view text);
+/// Writes to standard error; a failure cannot be reported anywhere.
+void complain(std::string_view text);
+/// Says that standard output does not take any more, by `errno`, and gives the code for it.
+ExitCode endUnwritten();
+/// From now on `end` writes one JSON document.
+void reportErrorsAsJson();
 /// Says what the trouble is, on standard error, and gives its code.
 ExitCode end(const Trouble& trouble);
 /// One document; on one line when the indentation is negative.

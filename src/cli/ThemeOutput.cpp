@@ -65,6 +65,11 @@ std::string switched(const char* what, const json& isOn) {
     return std::string(what) + (isOn.get<bool>() ? "on.\n" : "off.\n");
 }
 
+/// What becomes of it.
+std::string remarkOn(const json& result) {
+    return result.at("isDrawn").get<bool>() ? "" : "Stored; this build draws nothing.\n";
+}
+
 std::string chosen(const char* what, const json& record) {
     return printable(what + record.at("displayName").get<std::string>() + " (" + record.at("id").get<std::string>() +
                      ").") +
@@ -88,11 +93,12 @@ std::string printThemes(const json& result, const Arguments&) {
         table.add(std::move(cells));
     }
     return withPatches(table.text(), colors) + "\n" + switched(kThemeBackground, result.at("useThemeBackground")) +
-           switched(kBrain, result.at("showBrain")) + switched(kTileBackgrounds, result.at("showTileBackgrounds"));
+           switched(kBrain, result.at("showBrain")) + switched(kTileBackgrounds, result.at("showTileBackgrounds")) +
+           remarkOn(result);
 }
 
 std::string printTheme(const json& result, const Arguments&) {
-    return chosen("The theme is ", result.at("theme"));
+    return chosen("The theme is ", result.at("theme")) + remarkOn(result);
 }
 
 std::string printAccentColors(const json& result, const Arguments&) {
@@ -107,19 +113,19 @@ std::string printAccentColors(const json& result, const Arguments&) {
 }
 
 std::string printAccentColor(const json& result, const Arguments&) {
-    return chosen("The accent colour is ", result.at("accentColor"));
+    return chosen("The accent color is ", result.at("accentColor")) + remarkOn(result);
 }
 
 std::string printThemeBackgroundSwitch(const json& result, const Arguments&) {
-    return switched(kThemeBackground, result.at("isOn"));
+    return switched(kThemeBackground, result.at("isOn")) + remarkOn(result);
 }
 
 std::string printBrainSwitch(const json& result, const Arguments&) {
-    return switched(kBrain, result.at("isOn"));
+    return switched(kBrain, result.at("isOn")) + remarkOn(result);
 }
 
 std::string printTileBackgroundsSwitch(const json& result, const Arguments&) {
-    return switched(kTileBackgrounds, result.at("isOn"));
+    return switched(kTileBackgrounds, result.at("isOn")) + remarkOn(result);
 }
 
 } // namespace kova::cli

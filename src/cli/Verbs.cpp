@@ -6,6 +6,7 @@
 #include "cli/SceneOutput.h"
 #include "cli/ShortcutVerbs.h"
 #include "cli/ThemeOutput.h"
+#include "cli/WindowVerbs.h"
 
 #include <algorithm>
 #include <array>
@@ -18,25 +19,58 @@ constexpr std::array kVerbs = std::to_array<Verb>({
     {"arrange", "arrange", "put every window into a tile",
      "Distributes the windows of all displays over the tiles of their layouts: each to the tile that suits it best, by "
      "what "
-     "was learnt, by the role of its application and by where it is. Windows for which no tile is left are minimised; "
+     "was learnt, by the role of its application and by where it is. Windows for which no tile is left are minimized; "
      "none "
      "is ever closed. One undo step.",
      "kova arrange\nkova arrange --dry-run", kDryRun, printArrangement},
-    {"focus", "focus", "focus the window of the neighbouring tile",
+    {"focus", "focus", "focus the window of the neighboring tile",
      "Looks from the focused window in one direction for the nearest tile that holds a window, the one straight ahead "
      "first.",
-     "kova focus right", kDirection, printMessage},
-    {"move", "move", "move the focused window to the neighbouring tile",
-     "The window that was in front there waits behind it. One undo step.", "kova move left", kDirection, printMessage},
-    {"stack", "stack", "bring the next window of the focused tile to the front",
-     "Goes round the windows that wait behind the focused one. One undo step.", "kova stack", kNothing, printMessage},
+     "kova focus right", kDirection | kWindowOption | kDisplay, printMessage},
+    {"move", "move", "move the focused window to the neighboring tile",
+     "The window that was in front there waits behind it. One undo step.", "kova move left",
+     kDirection | kWindowOption | kDisplay, printMessage},
+    {"stack", "stack", "bring another window of a tile to the front",
+     "Goes round the windows that wait behind the focused one, or in the tile that is named. One undo step.",
+     "kova stack\nkova stack previous --tile 1", kStackStep | kTileOption | kWindowOption | kDisplay | kDryRun,
+     printMessage},
+    {"place", "place", "put a window into a tile",
+     "The window named, or the focused one, comes to the front of the tile; what was in front waits behind it. A tile "
+     "is named by its id, its number in the layout or its name, and lies on the window's display unless --display "
+     "names another. One undo step.",
+     "kova place mail 2\nkova place --tile focus-main\nkova place mail --tile 1 --dry-run",
+     kWindow | kPlaceTile | kDisplay | kDryRun, printWindowPlan},
+    {"swap", "swap", "exchange a window with its neighbor or with the window of a tile",
+     "Each tile keeps what waits behind in it; into an empty tile the window just moves. With a tile, --display says "
+     "on "
+     "which display it lies; with a direction, whose window is meant. One undo step.",
+     "kova swap right\nkova swap 1 --window mail\nkova swap left --dry-run",
+     kSwapWith | kWindowOption | kDisplay | kDryRun, printWindowPlan},
+    {"focus display", "focus.display", "focus a window on another display",
+     "The one there that had the keyboard last, else the first in its tiles.",
+     "kova focus display 1\nkova focus display 1 --dry-run", kDisplayWord | kDryRun, printWindowPlan},
+    {"move display", "move.display", "move a window to another display",
+     "Into a free tile, the one of the same name first; without a free one, into the tile of the same name, whose "
+     "window then waits behind it. One undo step.",
+     "kova move display 1\nkova move display 1 --window mail", kDisplayWord | kWindowOption | kDisplay | kDryRun,
+     printWindowPlan},
+    {"float", "float", "take a window out of its tile, or put it back into one",
+     "Arrangements and rules leave a floating window alone until it is put into a tile again. One that is in no tile "
+     "is "
+     "put into one, as “tile” does. One undo step.",
+     "kova float\nkova float --window mail", kWindowOption | kDisplay | kDryRun, printWindowPlan},
+    {"tile", "tile", "put a window that is in no tile into one",
+     "Into the nearest free tile of its display; without a free one, into the tile that it lies over, whose window "
+     "then "
+     "waits behind it. One undo step.",
+     "kova tile\nkova tile --window mail", kWindowOption | kDisplay | kDryRun, printWindowPlan},
     {"zoom", "zoom", "give the focused window its whole display, or give it back",
      "The layout stays as it is, and all comes back with the second “kova zoom” or before the next other action. The "
      "history of what can be undone does not change.",
-     "kova zoom", kNothing, printMessage},
+     "kova zoom", kWindowOption | kDisplay, printMessage},
     {"undo", "undo", "step back",
      "Takes back the last action that rearranged windows, a divider or a window moved by hand included: tiles, frames, "
-     "minimised and hidden windows, layouts and sizes come back. The last 30 actions can be undone; nothing is redone.",
+     "minimized and hidden windows, layouts and sizes come back. The last 30 actions can be undone; nothing is redone.",
      "kova undo", kNothing, printMessage},
     {"open", "openURL", "do what a URL asks for",
      "What browsers, launchers and scripts use: kova://action/ with arrange, undo, zoom or stack, or with focus or "
@@ -49,7 +83,7 @@ constexpr std::array kVerbs = std::to_array<Verb>({
      kNothing, printHistory},
     {"divider list", "divider.list", "list the dividers between tiles",
      "The split and the boundary that name each for “divider drag”, how far it has room to move, and where it is.",
-     "kova divider list", kNothing, printDividers},
+     "kova divider list\nkova divider list --display 1", kDisplay, printDividers},
     {"divider drag", "divider.drag", "move a divider between tiles",
      "Windows on both sides follow; the divider stops where one of them cannot shrink any further. One undo step.",
      "kova divider drag root 0 120\nkova divider drag root 0 -120 --display 1",
@@ -92,6 +126,16 @@ constexpr std::array kVerbs = std::to_array<Verb>({
     {"query tiles", "query.tiles", "list the tiles",
      "Every tile of every display: the frame that a window gets in it, the window in front and how many are behind it.",
      "kova query tiles\nkova query tiles --json", kNothing, printTiles},
+    {"query focus", "query.focus", "tell the focused window", "And its tile and its display.",
+     "kova query focus\nkova query focus --json", kNothing, printFocus},
+    {"windows", "windows", "list the windows by their tiles",
+     "For every tile the window in front and those that wait behind it, then the windows that are in no tile. The "
+     "focused one is marked.",
+     "kova windows\nkova windows --json", kNothing, printWindowList},
+    {"verify", "verify", "compare the frames of windows with what was requested",
+     "Prints the windows that are not where they should be, and exits with 1 when there is one. A window that is "
+     "minimized, zoomed, hidden or in full screen is left alone and counts for neither.",
+     "kova verify\nkova verify --repair", kRepair, printVerification},
     {"query state", "query.state", "show all of it", "Displays, tiles and windows together, and what was said last.",
      "kova query state\nkova query state --json", kNothing, printState},
     {"explain", "explain", "say why windows are where they are",
@@ -203,7 +247,7 @@ constexpr std::array kVerbs = std::to_array<Verb>({
     {"shortcut restore-defaults", "shortcut.restoreDefaults", "bring back the standard shortcuts",
      "Of all actions. “undo” does not take this back.", "kova shortcut restore-defaults", kNothing, printShortcuts},
     {"theme list", "theme.list", "list the themes",
-     "Their colours, with those of the accent colour in use, and what is shown of them. The theme in use is marked.",
+     "Their colors, with those of the accent color in use, and what is shown of them. The theme in use is marked.",
      "kova theme list\nkova theme list --json", kNothing, printThemes},
     {"theme select", "theme.select", "choose a theme", "Windows stay where they are: all themes have the same layouts.",
      "kova theme select native\nkova theme select \"Neon Cyan\"", kTheme, printTheme},
@@ -213,22 +257,23 @@ constexpr std::array kVerbs = std::to_array<Verb>({
     {"theme brain", "theme.brain", "show the brain, or not", "The decoration of the theme's background.",
      "kova theme brain off", kSwitch, printBrainSwitch},
     {"theme tile-backgrounds", "theme.tileBackgrounds", "show the backgrounds of tiles, or not",
-     "A pane in the theme's colours in every tile.", "kova theme tile-backgrounds on", kSwitch,
+     "A pane in the theme's colors in every tile.", "kova theme tile-backgrounds on", kSwitch,
      printTileBackgroundsSwitch},
-    {"accent list", "accent.list", "list the accent colours", "The one in use is marked.", "kova accent list", kNothing,
+    {"accent list", "accent.list", "list the accent colors", "The one in use is marked.", "kova accent list", kNothing,
      printAccentColors},
-    {"accent select", "accent.select", "choose the accent colour",
+    {"accent select", "accent.select", "choose the accent color",
      "It takes the place of the theme's own accent; scenes remember it.",
      "kova accent select reactor-amber\nkova accent select magenta", kAccent, printAccentColor},
     {"export", "export", "write all scenes and rules to a file",
      "The file is written aside and moved into place. In a folder it is named KOVA-Workspace.json. It undoes what "
-     "“scene delete” and “rule delete” do after it, when it is imported.",
-     "kova export workspace.json\nkova export .", kFile, printExport},
+     "“scene delete” and “rule delete” do after it, when it is imported. A file that is there is overwritten only with "
+     "--force; “-” writes to standard output.",
+     "kova export desk.json\nkova export --force .\nkova export -", kFile | kForce, printExport},
     {"import", "import", "add the scenes and rules of a file",
      "What is there stays as it is: a scene or rule that is known already is passed over, though it is counted. New "
      "rules "
-     "come last.",
-     "kova import workspace.json\nkova import KOVA-Workspace.json", kFile, printMessage},
+     "come last. “-” reads from standard input.",
+     "kova import desk.json\nkova import KOVA-Workspace.json", kFile, printMessage},
     {"login status", "login.status", "say whether KOVA starts with the session",
      "And what it is that starts it, or keeps it from starting.", "kova login status", kNothing, printStartAtLogin},
     {"login on", "login.on", "start KOVA with the session",
@@ -247,6 +292,13 @@ constexpr std::array kVerbs = std::to_array<Verb>({
     {"subscribe", "subscribe", "follow what changes",
      "Prints the state and then a line for each change, until interrupted. With --json each line is one JSON document.",
      "kova subscribe\nkova subscribe --json", kNothing, nullptr},
+    {"pause", "pause", "leave all windows alone",
+     "Until “resume”: no window is moved, no rule acts, and of the shortcuts only the one that resumes is heard. "
+     "Actions "
+     "are refused meanwhile. Windows stay where they are.",
+     "kova pause", kNothing, printMessage},
+    {"resume", "resume", "manage windows again", "Windows go back into their tiles.", "kova resume", kNothing,
+     printMessage},
     {"status", "status", "say how the agent is doing", "One answer from the agent, as short as possible.",
      "kova status\nkova status --json", kNothing, printStatus},
     {"doctor", "doctor", "look for what keeps windows from being arranged",

@@ -53,6 +53,14 @@ enum Takes : std::uint64_t {
     kNewFile = 1ULL << 43,
     kNewDisposition = 1ULL << 44, // a disposition, if the user wants another one
     kNewTitle = 1ULL << 45,
+    kWindowOption = 1ULL << 46,
+    kPlaceTile = 1ULL << 47,  // a tile as a word, if the user names a window before it
+    kTileOption = 1ULL << 48, // a tile by its option, if the user wants to name one
+    kSwapWith = 1ULL << 49,
+    kDisplayWord = 1ULL << 50,
+    kStackStep = 1ULL << 51, // a step, if the user wants to name one
+    kRepair = 1ULL << 52,
+    kForce = 1ULL << 53,
 };
 
 struct Verb {

@@ -8,6 +8,8 @@
 #include "cli/Parser.h"
 #include "cli/ShortcutVerbs.h"
 #include "cli/Streams.h"
+#include "cli/WindowVerbs.h"
+#include "support/Spelling.h"
 #include "support/Version.h"
 
 #include <unistd.h>
@@ -54,6 +56,9 @@ json parametersOf(const Arguments& arguments) {
     if (arguments.theme) parameters["theme"] = *arguments.theme;
     if (arguments.accent) parameters["accentColor"] = *arguments.accent;
     if (arguments.choice) parameters["isOn"] = *arguments.choice == "on";
+    if (arguments.with) parameters["with"] = *arguments.with;
+    if (arguments.to) parameters["to"] = *arguments.to;
+    if (arguments.step) parameters["step"] = *arguments.step;
     return parameters;
 }
 
@@ -63,18 +68,18 @@ ExitCode runSubscribe(const Arguments& arguments) {
     Agent& agent = std::get<Agent>(connected);
     auto answer = agent.ask("subscribe", json::object());
     if (const auto* trouble = std::get_if<Trouble>(&answer)) return end(*trouble);
-    const auto print = [&](const json& told, const char* sections) {
+    const auto show = [&](const json& told, const char* sections) {
         return write(STDOUT_FILENO,
                      arguments.json ? asText(told, -1) : printChanges(told.at("sequence"), told.at(sections)));
     };
-    bool isHeard = print(std::get<json>(answer), "state");
+    bool isHeard = show(std::get<json>(answer), "state");
     while (isHeard) {
         auto heard = agent.next();
         if (const auto* trouble = std::get_if<Trouble>(&heard)) return end(*trouble);
         const json& message = std::get<json>(heard);
-        if (message.value("method", "") == "changed") isHeard = print(message.at("params"), "changes");
+        if (message.value("method", "") == "changed") isHeard = show(message.at("params"), "changes");
     }
-    return ExitCode::done;
+    return endUnwritten();
 }
 
 ExitCode run(const Verb& verb, const Arguments& arguments) {
@@ -88,13 +93,13 @@ ExitCode run(const Verb& verb, const Arguments& arguments) {
     if (verb.name == "shortcut record") return runShortcutRecord(verb, arguments, parametersOf(arguments));
     if (verb.name == "export") return runExport(verb, arguments);
     if (verb.name == "import") return runImport(verb, arguments);
+    if (verb.name == "verify") return runVerify(verb, arguments);
     auto connected = Agent::connect();
     if (const auto* trouble = std::get_if<Trouble>(&connected)) return end(*trouble);
     auto answer = std::get<Agent>(connected).ask(verb.method, parametersOf(arguments));
     if (const auto* trouble = std::get_if<Trouble>(&answer)) return end(*trouble);
     const json& result = std::get<json>(answer);
-    write(STDOUT_FILENO, arguments.json ? asText(result, 2) : verb.print(result, arguments));
-    return ExitCode::done;
+    return print(arguments.json ? asText(result, 2) : verb.print(result, arguments));
 }
 
 /// What a menu does with the program: there is an agent afterwards. It takes the place of this process.
@@ -123,26 +128,44 @@ bool asksForHelp(std::string_view word) {
     return word == "--help" || word == "-h" || word == "help";
 }
 
+/// The verbs, or the words after a group, that a misspelt one may mean: the nearest alone, else none.
+std::vector<std::string> meantInstead(std::string_view lead, std::string_view word) {
+    std::vector<std::string> known;
+    for (const Verb& verb : verbs()) {
+        if (!verb.name.starts_with(lead)) continue;
+        const std::string_view rest = verb.name.substr(lead.size());
+        known.emplace_back(rest.substr(0, rest.find(' ')));
+    }
+    const auto nearest = nearestWord(word, known);
+    return nearest ? std::vector{std::string(lead) + known[*nearest]} : std::vector<std::string>{};
+}
+
+std::string asQuestion(const std::vector<std::string>& meant) {
+    return meant.empty() ? "" : ". Did you mean “kova " + meant.front() + "”?";
+}
+
 ExitCode unknown(std::span<char* const> words) {
     const std::string group(words[0]);
     const std::string members = groupOverview(group);
-    const bool wantsHelp = words.size() > 1 && asksForHelp(words[1]);
-    if (!members.empty() && wantsHelp) return write(STDOUT_FILENO, members), ExitCode::done;
-    if (!members.empty()) {
-        const std::string what =
-            words.size() > 1 ? "There is no “" + group + " " + words[1] + "”" : "“" + group + "” alone is no verb";
-        end({ExitCode::wrongUsage, what + ". There is:"});
-        return write(STDERR_FILENO, members), ExitCode::wrongUsage;
+    const std::string second = words.size() > 1 ? words[1] : "";
+    if (members.empty()) {
+        const auto meant = meantInstead("", group);
+        const std::string hint = meant.empty() ? "." : asQuestion(meant);
+        return end({ExitCode::wrongUsage, "There is no verb “" + group + "”" + hint + "\nTry “kova help”.", meant});
     }
-    return end({ExitCode::wrongUsage, "There is no verb “" + group + "”.\nTry “kova help”."});
+    if (asksForHelp(second)) return print(members);
+    const auto meant = meantInstead(group + " ", second);
+    const std::string what = second.empty() ? "“" + group + "” alone is no verb"
+                                            : "There is no “" + group + " " + second + "”" + asQuestion(meant);
+    return end({ExitCode::wrongUsage, what + (meant.empty() ? ". " : " ") + "There is:\n" + members, meant});
 }
 
 ExitCode showHelp(std::span<char* const> topic) {
-    if (topic.empty()) return write(STDOUT_FILENO, overview()), ExitCode::done;
+    if (topic.empty()) return print(overview());
     const auto [verb, count] = findVerb(topic);
-    if (verb && count == topic.size()) return write(STDOUT_FILENO, help(*verb)), ExitCode::done;
+    if (verb && count == topic.size()) return print(help(*verb));
     if (const std::string members = groupOverview(topic[0]); topic.size() == 1 && !members.empty()) {
-        return write(STDOUT_FILENO, members), ExitCode::done;
+        return print(members);
     }
     return unknown(topic);
 }
@@ -150,10 +173,15 @@ ExitCode showHelp(std::span<char* const> topic) {
 ExitCode runCommand(std::span<char* const> words) {
     bool wantsJson = false;
     for (; !words.empty() && std::string_view(words[0]) == "--json"; words = words.subspan(1)) wantsJson = true;
-    if (words.empty()) return write(STDERR_FILENO, overview()), ExitCode::wrongUsage;
-    if (std::string_view(words[0]) == "--version")
-        return write(STDOUT_FILENO, "kova " KOVA_VERSION "\n"), ExitCode::done;
-    if (std::string_view(words[0]) == "--complete") return runComplete(words.subspan(1));
+    for (const std::string_view word : words) {
+        if (word == "--") break;
+        wantsJson = wantsJson || word == "--json";
+    }
+    const bool isCompletion = !words.empty() && std::string_view(words[0]) == "--complete";
+    if (wantsJson && !isCompletion) reportErrorsAsJson();
+    if (words.empty()) return complain(overview()), ExitCode::wrongUsage;
+    if (std::string_view(words[0]) == "--version") return print("kova " KOVA_VERSION "\n");
+    if (isCompletion) return runComplete(words.subspan(1));
     if (asksForHelp(words[0])) return showHelp(words.subspan(1));
 
     const auto [verb, count] = findVerb(words);
@@ -161,7 +189,7 @@ ExitCode runCommand(std::span<char* const> words) {
     auto parsed = parse(*verb, words.subspan(count));
     if (const auto* ended = std::get_if<ParseEnd>(&parsed)) {
         if (ended->code != ExitCode::done) return end({ended->code, ended->text});
-        return write(STDOUT_FILENO, ended->text), ExitCode::done;
+        return print(ended->text);
     }
     auto& arguments = std::get<Arguments>(parsed);
     arguments.json = arguments.json || wantsJson;

@@ -4,7 +4,7 @@
 #include "support/Log.h"
 
 #include <algorithm>
-#include <array>
+#include <span>
 
 namespace kova {
 
@@ -12,14 +12,19 @@ namespace {
 
 using enum KovaShortcutAction;
 
-/// Those that act, in the order in which a press is offered to them.
-constexpr std::array kDispatchedActions = {previousLayout, nextLayout, arrangeWindows, undo,      focusLeft,
-                                           focusRight,     focusUp,    focusDown,      moveLeft,  moveRight,
-                                           moveUp,         moveDown,   focusZoom,      cycleStack};
+/// Those that act, in the order in which a press is offered to them: all but the legacy one.
+constexpr auto kDispatchedActions = std::span(kShortcutActions).subspan(1);
+static_assert(kShortcutActions.front() == commandCenter);
+
+/// While KOVA is paused only the shortcut that resumes it counts.
+bool actsWhilePaused(KovaShortcutAction action) {
+    return action == pauseOrResume;
+}
 
 void run(WorkspaceController& workspace, KovaShortcutAction wanted) {
     const auto focus = [&](WorkspaceDirection direction) { workspace.perform(action::Focus{direction}); };
     const auto move = [&](WorkspaceDirection direction) { workspace.perform(action::Move{direction}); };
+    const auto swap = [&](WorkspaceDirection direction) { workspace.perform(command::Swap{std::nullopt, direction}); };
     switch (wanted) {
     case commandCenter:
         return;
@@ -56,6 +61,47 @@ void run(WorkspaceController& workspace, KovaShortcutAction wanted) {
         return;
     case cycleStack:
         workspace.perform(action::CycleStack{});
+        return;
+    case previousInStack:
+        workspace.perform(action::CycleStack{StackStep::previous});
+        return;
+    case swapLeft:
+        return swap(WorkspaceDirection::left);
+    case swapRight:
+        return swap(WorkspaceDirection::right);
+    case swapUp:
+        return swap(WorkspaceDirection::up);
+    case swapDown:
+        return swap(WorkspaceDirection::down);
+    case focusNextDisplay:
+        workspace.perform(command::FocusDisplay{DisplayStep::next});
+        return;
+    case focusPreviousDisplay:
+        workspace.perform(command::FocusDisplay{DisplayStep::previous});
+        return;
+    case moveToNextDisplay:
+        workspace.perform(command::MoveToDisplay{std::nullopt, DisplayStep::next});
+        return;
+    case moveToPreviousDisplay:
+        workspace.perform(command::MoveToDisplay{std::nullopt, DisplayStep::previous});
+        return;
+    case toggleFloating:
+        workspace.perform(command::ToggleFloating{});
+        return;
+    case placeInTile1:
+    case placeInTile2:
+    case placeInTile3:
+    case placeInTile4:
+    case placeInTile5:
+    case placeInTile6:
+    case placeInTile7:
+    case placeInTile8:
+    case placeInTile9:
+        workspace.perform(command::PlaceInNumbered{std::nullopt, static_cast<std::size_t>(wanted) -
+                                                                     static_cast<std::size_t>(placeInTile1) + 1});
+        return;
+    case pauseOrResume:
+        workspace.setPaused(!*workspace.state().isPaused);
         return;
     }
 }
@@ -116,7 +162,10 @@ void LayoutShortcutCoordinator::removeMonitors() {
 }
 
 void LayoutShortcutCoordinator::claim() {
-    keys_.claim(combinationsOf(*shortcuts_.configuration));
+    if (!*workspace_.state().isPaused) return keys_.claim(combinationsOf(*shortcuts_.configuration));
+    KovaShortcutConfiguration resuming;
+    resuming.setShortcut(shortcuts_.shortcut(pauseOrResume), pauseOrResume);
+    keys_.claim(combinationsOf(resuming));
 }
 
 /// In the log, once each: whoever wonders why a key does nothing looks there.
@@ -138,8 +187,9 @@ void LayoutShortcutCoordinator::noteHeldByOthers() {
 bool LayoutShortcutCoordinator::handle(const KovaShortcutEvent& event) {
     if (*shortcuts_.isRecording || event.isRepeat) return false;
     const auto wanted = actionFor(*shortcuts_.configuration, event);
-    if (wanted) run(workspace_, *wanted);
-    return wanted.has_value();
+    if (!wanted || (*workspace_.state().isPaused && !actsWhilePaused(*wanted))) return false;
+    run(workspace_, *wanted);
+    return true;
 }
 
 } // namespace kova

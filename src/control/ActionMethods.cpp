@@ -12,26 +12,37 @@ namespace {
 
 using nlohmann::json;
 
-/// Why an action that begins at the focused window did nothing, where the workspace kept silent.
-std::string silentReason(const WorkspaceController& controller, std::string otherwise) {
-    const ManagedWindow* focused = controller.focusedWindow();
-    if (!focused) return "No window that is managed has the focus";
-    if (!controller.assignments().isAssigned(focused->id)) return focused->applicationName + " is in no tile";
+/// Why an action that begins at a window, the focused one when none is named, did nothing where the workspace kept
+/// silent.
+std::string silentReason(const WorkspaceController& controller, const std::optional<std::string>& windowID,
+                         std::string otherwise) {
+    const ManagedWindow* acting = controller.actingWindow(windowID);
+    if (!acting) return windowID ? "There is no such window" : "No managed window has the focus";
+    if (!controller.assignments().isAssigned(acting->id)) {
+        return acting->applicationName + " is in no tile. Put it into one with “kova tile” or “kova place”";
+    }
     return otherwise;
 }
+
+} // namespace
 
 std::string silentReason(const WorkspaceController& controller, const WorkspaceAction& action) {
     return std::visit(
         Overloaded{
-            [&](const action::Focus&) { return silentReason(controller, "The window there could not be focused"); },
-            [&](const action::Move&) { return silentReason(controller, "The window was not moved"); },
-            [](const action::ActivateScene&) { return std::string("There is no such scene"); },
-            [&](const action::CycleStack&) {
-                return silentReason(controller, "No other window waits behind the focused one");
+            [&](const action::Focus& focus) {
+                return silentReason(controller, focus.windowID, "The window there could not be focused");
             },
-            [&](const action::ToggleFocusZoom&) {
-                return std::string(controller.focusedWindow() ? "The focused window lies on no display"
-                                                              : "No window that is managed has the focus");
+            [&](const action::Move& move) {
+                return silentReason(controller, move.windowID, "The window was not moved");
+            },
+            [](const action::ActivateScene&) { return std::string("There is no such scene"); },
+            [&](const action::CycleStack& cycle) {
+                if (cycle.targetID) return std::string("No other window waits in that tile");
+                return silentReason(controller, cycle.windowID, "No other window waits behind it in its tile");
+            },
+            [&](const action::ToggleFocusZoom& zoom) {
+                return std::string(controller.actingWindow(zoom.windowID) ? "The window lies on no display"
+                                                                          : "No managed window has the focus");
             },
             [](const action::Arrange&) { return std::string("There is nothing to arrange"); },
             [](const action::Undo&) { return std::string("There is nothing to undo"); },
@@ -39,19 +50,16 @@ std::string silentReason(const WorkspaceController& controller, const WorkspaceA
         action);
 }
 
-json performed(const WorkspaceController& controller, const Listening& listening) {
-    const auto said = listening.heard();
-    return {{"message", said ? json(*said) : json(nullptr)},
+json performed(const WorkspaceController& controller, const std::optional<std::string>& message) {
+    return {{"message", message ? json(*message) : json(nullptr)},
             {"canUndo", *controller.state().canUndo},
             {"focusMode", controlRecord::focusMode(controller)}};
 }
 
-} // namespace
-
 ControlReply performAction(WorkspaceController& controller, const WorkspaceAction& action) {
     const Listening listening(controller);
     if (!controller.perform(action)) return listening.refusalOr(silentReason(controller, action));
-    return performed(controller, listening);
+    return performed(controller, listening.heard());
 }
 
 ControlReply openURL(WorkspaceController& controller, URLHandler& urls, const JsonCursor& parameters) {
@@ -59,9 +67,9 @@ ControlReply openURL(WorkspaceController& controller, URLHandler& urls, const Js
     const Listening listening(controller);
     switch (urls.handle(url)) {
     case URLHandler::Outcome::done:
-        return performed(controller, listening);
+        return performed(controller, listening.heard());
     case URLHandler::Outcome::notUnderstood:
-        return refusal("Nothing is to be done for this URL");
+        return refusal("This URL asks for nothing that KOVA does");
     case URLHandler::Outcome::dropped:
         return refusal("Too many URLs came within a second, this one was dropped");
     case URLHandler::Outcome::refused:

@@ -8,6 +8,12 @@
 
 namespace kova {
 
+/// Why the action was not carried out, where the workspace kept silent.
+std::string silentReason(const WorkspaceController& controller, const WorkspaceAction& action);
+
+/// What every action answers.
+nlohmann::json performed(const WorkspaceController& controller, const std::optional<std::string>& message);
+
 ControlReply performAction(WorkspaceController& controller, const WorkspaceAction& action);
 
 /// Does what the "url" of the parameters asks for. Why nothing was done is told to the client alone: the workspace says

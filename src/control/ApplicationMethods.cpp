@@ -108,7 +108,7 @@ ControlReply launchIntoTile(WorkspaceController& controller, const JsonCursor& p
 
 ControlReply endApplication(WorkspaceController& controller, const JsonCursor& parameters, Ending ending) {
     if (auto failure = withoutPermission(controller)) return *failure;
-    const auto found = lookUpWindow(controller, parameters.required("window").string());
+    const auto found = lookUpWindowOfApplication(controller, parameters.required("window").string());
     if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
     const auto& window = std::get<ManagedWindow>(found);
     const Listening listening(controller);

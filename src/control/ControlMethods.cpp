@@ -15,6 +15,7 @@
 #include "control/ShortcutMethods.h"
 #include "control/StateBroadcast.h"
 #include "control/ThemeMethods.h"
+#include "control/WindowCommandMethods.h"
 #include "control/WindowExplanation.h"
 #include "control/client/ControlCodes.h"
 #include "support/JsonDecoding.h"
@@ -40,6 +41,14 @@ json orNull(const std::optional<std::string>& text) {
     return text ? json(*text) : json(nullptr);
 }
 
+/// The action on the window that the parameters name.
+template <class Action, class... Argument>
+ControlReply performOn(WorkspaceController& controller, const JsonCursor& parameters, Argument... argument) {
+    auto window = wantedWindow(controller, parameters);
+    if (const auto* failure = std::get_if<ControlFailure>(&window)) return *failure;
+    return performAction(controller, Action{argument..., std::get<std::optional<std::string>>(std::move(window))});
+}
+
 } // namespace
 
 class ControlMethods::Table {
@@ -49,6 +58,7 @@ class ControlMethods::Table {
         transfer_(context_.controller, context_.queue),
         shortcuts_(context_.shortcuts, context_.keys, context_.queue, context_.controller.state().isSuspended) {
         addActions();
+        addWindowCommands();
         addLayouts();
         addApplications();
         addScenes();
@@ -91,21 +101,43 @@ class ControlMethods::Table {
     void addActions() {
         WorkspaceController& controller = context_.controller;
         add("arrange", {"dryRun"}, [this](const Call& call) { return arrange(call); });
-        add("focus", {"direction"}, [&controller](const Call& call) {
-            return performAction(controller, action::Focus{wantedDirection(call.parameters)});
+        add("focus", {"direction", "window", "display"}, [&controller](const Call& call) {
+            return performOn<action::Focus>(controller, call.parameters, wantedDirection(call.parameters));
         });
-        add("move", {"direction"}, [&controller](const Call& call) {
-            return performAction(controller, action::Move{wantedDirection(call.parameters)});
+        add("move", {"direction", "window", "display"}, [&controller](const Call& call) {
+            return performOn<action::Move>(controller, call.parameters, wantedDirection(call.parameters));
         });
-        add("stack", {}, [&controller](const Call&) { return performAction(controller, action::CycleStack{}); });
-        add("zoom", {}, [&controller](const Call&) { return performAction(controller, action::ToggleFocusZoom{}); });
+        add("zoom", {"window", "display"}, [&controller](const Call& call) {
+            return performOn<action::ToggleFocusZoom>(controller, call.parameters);
+        });
         add("undo", {}, [&controller](const Call&) { return performAction(controller, action::Undo{}); });
         add("openURL", {"url"},
             [this](const Call& call) { return openURL(context_.controller, context_.urls, call.parameters); });
         add("history", {}, [&controller](const Call&) { return tellHistory(controller); });
-        add("divider.list", {}, [&controller](const Call&) { return listDividers(controller); });
+        add("divider.list", {"display"},
+            [&controller](const Call& call) { return listDividers(controller, call.parameters); });
         add("divider.drag", {"split", "boundary", "points", "display"},
             [&controller](const Call& call) { return dragDivider(controller, call.parameters); });
+    }
+
+    void addWindowCommands() {
+        WorkspaceController& controller = context_.controller;
+        const auto addCommand = [&](const char* name, std::vector<std::string_view> parameters,
+                                    ControlReply (*run)(WorkspaceController&, const JsonCursor&)) {
+            add(name, std::move(parameters),
+                [&controller, run](const Call& call) { return run(controller, call.parameters); });
+        };
+        addCommand("place", {"window", "tile", "display", "dryRun"}, placeWindow);
+        addCommand("swap", {"with", "window", "display", "dryRun"}, swapWindows);
+        addCommand("focus.display", {"to", "dryRun"}, focusDisplay);
+        addCommand("move.display", {"to", "window", "display", "dryRun"}, moveToDisplay);
+        addCommand("float", {"window", "display", "dryRun"}, floatWindow);
+        addCommand("tile", {"window", "display", "dryRun"}, tileWindow);
+        addCommand("stack", {"step", "tile", "window", "display", "dryRun"}, stepStack);
+        addCommand("verify", {"repair"}, verifyPlacements);
+        add("windows", {}, [&controller](const Call&) { return listWindows(controller); });
+        add("pause", {}, [&controller](const Call&) { return setPaused(controller, Pausing::pause); });
+        add("resume", {}, [&controller](const Call&) { return setPaused(controller, Pausing::resume); });
     }
 
     void addLayouts() {
@@ -218,6 +250,7 @@ class ControlMethods::Table {
         add("query.tiles", {}, [&controller](const Call&) -> ControlReply {
             return json{{"tiles", controlRecord::tiles(controller)}};
         });
+        add("query.focus", {}, [&controller](const Call&) -> ControlReply { return controlRecord::focus(controller); });
         add("query.state", {}, [this](const Call&) -> ControlReply { return json{{"state", broadcast_.state()}}; });
         add("explain", {"window"}, [this](const Call& call) { return explain(call); });
     }
@@ -271,7 +304,7 @@ class ControlMethods::Table {
         const auto found = lookUpWindow(context_.controller, named->string());
         if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
         const auto& window = std::get<ManagedWindow>(found);
-        return json{{"window", controlRecord::window(window, context_.controller.assignments())},
+        return json{{"window", controlRecord::window(window, context_.controller)},
                     {"lines", explainWindow(context_.controller, window)}};
     }
 
@@ -285,6 +318,8 @@ class ControlMethods::Table {
                 {"permission", describe(*state.permissionState)},
                 {"isRunning", controller.isRunning()},
                 {"isSuspended", *state.isSuspended},
+                {"isPaused", *state.isPaused},
+                {"problem", orNull(controller.absenceOfWindows())},
                 {"displays", state.screens->size()},
                 {"windows", live.size()},
                 {"windowsInTiles",

@@ -70,7 +70,38 @@ json size(const CGSize& size) {
     return {{"width", number(size.width)}, {"height", number(size.height)}};
 }
 
-json window(const ManagedWindow& window, const TileAssignments& assignments) {
+json briefWindow(const WorkspaceController& controller, const std::string& windowID) {
+    const ManagedWindow* window = controller.actingWindow(windowID);
+    return window ? brief(*window) : json{{"id", windowID}, {"application", ""}, {"title", ""}};
+}
+
+json windowInBrief(const WorkspaceController& controller, const std::string& windowID) {
+    json out = briefWindow(controller, windowID);
+    const ManagedWindow* window = controller.actingWindow(windowID);
+    const auto stateOf = [](const ManagedWindow& known) {
+        if (known.isFullScreen) return "fullScreen";
+        if (known.isMinimized) return "minimized";
+        return known.isVisible ? "visible" : "notVisible";
+    };
+    const ManagedWindow* focused = controller.focusedWindow();
+    out["state"] = window ? stateOf(*window) : "notVisible";
+    out["isFocused"] = focused && focused->id == windowID;
+    out["isFloating"] = controller.state().floatingWindowIDs->contains(windowID);
+    return out;
+}
+
+json focus(const WorkspaceController& controller) {
+    const ManagedWindow* window = controller.focusedWindow();
+    if (!window) return {{"window", nullptr}, {"tile", nullptr}, {"display", orNull(controller.currentDisplayID())}};
+    const auto display = controller.displayIDOfWindow(window->id);
+    return {{"window", brief(*window)},
+            {"tile", orNull(controller.assignments().targetOf(window->id))},
+            {"display", orNull(display ? display : controller.currentDisplayID())}};
+}
+
+json window(const ManagedWindow& window, const WorkspaceController& controller) {
+    const TileAssignments& assignments = controller.assignments();
+    const ManagedWindow* focused = controller.focusedWindow();
     const auto front = assignments.targetOf(window.id);
     return {{"id", window.id},
             {"application", window.applicationName},
@@ -83,7 +114,9 @@ json window(const ManagedWindow& window, const TileAssignments& assignments) {
             {"isVisible", window.isVisible},
             {"isFullScreen", window.isFullScreen},
             {"tile", orNull(front ? front : assignments.stackTargetOf(window.id))},
-            {"isFront", front.has_value()}};
+            {"isFront", front.has_value()},
+            {"isFocused", focused && focused->id == window.id},
+            {"isFloating", controller.state().floatingWindowIDs->contains(window.id)}};
 }
 
 json displays(const WorkspaceController& controller) {
@@ -106,7 +139,7 @@ json displays(const WorkspaceController& controller) {
 
 json windows(const WorkspaceController& controller) {
     json out = json::array();
-    for (const ManagedWindow& live : controller.liveWindows()) out.push_back(window(live, controller.assignments()));
+    for (const ManagedWindow& live : controller.liveWindows()) out.push_back(window(live, controller));
     return out;
 }
 

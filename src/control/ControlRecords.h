@@ -21,7 +21,13 @@ nlohmann::json rect(const CGRect& frame);
 nlohmann::json size(const CGSize& size);
 /// The name of the window's application; null without a window.
 nlohmann::json applicationOf(const WorkspaceController& controller, const std::optional<std::string>& windowID);
-nlohmann::json window(const ManagedWindow& window, const TileAssignments& assignments);
+nlohmann::json window(const ManagedWindow& window, const WorkspaceController& controller);
+/// Id, application and title; the last two are empty for a window that is gone.
+nlohmann::json briefWindow(const WorkspaceController& controller, const std::string& windowID);
+/// The same with what can be seen of the window.
+nlohmann::json windowInBrief(const WorkspaceController& controller, const std::string& windowID);
+/// The focused window with its tile and display; without one the current display.
+nlohmann::json focus(const WorkspaceController& controller);
 
 nlohmann::json displays(const WorkspaceController& controller);
 nlohmann::json windows(const WorkspaceController& controller);

@@ -49,8 +49,15 @@ ControlFailure unknown(const WantedDivider& wanted, const std::vector<DisplayLay
 
 } // namespace
 
-ControlReply listDividers(const WorkspaceController& controller) {
-    return json{{"dividers", controlRecord::dividers(controller)}};
+ControlReply listDividers(const WorkspaceController& controller, const JsonCursor& parameters) {
+    json dividers = controlRecord::dividers(controller);
+    if (const auto named = parameters.optional("display")) {
+        const auto display = lookUpDisplay(controller, named->string());
+        if (const auto* failure = std::get_if<ControlFailure>(&display)) return *failure;
+        std::erase_if(dividers.get_ref<json::array_t&>(),
+                      [&](const json& divider) { return divider.at("display") != std::get<std::string>(display); });
+    }
+    return json{{"dividers", std::move(dividers)}};
 }
 
 ControlReply dragDivider(WorkspaceController& controller, const JsonCursor& parameters) {

@@ -7,7 +7,8 @@
 
 namespace kova {
 
-ControlReply listDividers(const WorkspaceController& controller);
+/// Those of the display that the parameters name, else of all.
+ControlReply listDividers(const WorkspaceController& controller, const JsonCursor& parameters);
 
 /// Moves one divider as a hand would, from press to release: one undo step, within the minimums of its neighbours.
 ControlReply dragDivider(WorkspaceController& controller, const JsonCursor& parameters);

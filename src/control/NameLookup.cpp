@@ -2,6 +2,7 @@
 
 #include "control/Refusal.h"
 #include "control/client/ControlCodes.h"
+#include "support/Spelling.h"
 #include "support/text/Text.h"
 
 #include <algorithm>
@@ -45,11 +46,24 @@ std::vector<std::size_t> everyIndex(std::size_t count) {
     return all;
 }
 
+/// “. Did you mean “quad-grid”?”; empty when no name is near.
+std::string nearestName(std::string_view wanted, std::span<const NamedThing> things) {
+    std::vector<std::string> names, folded;
+    for (const NamedThing& thing : things) {
+        for (const auto& name : thing.names) names.push_back(name);
+        names.push_back(thing.id);
+    }
+    for (const auto& name : names) folded.push_back(lowercased(name));
+    const auto nearest = nearestWord(lowercased(wanted.substr(0, kLongestQuotation)), folded);
+    return nearest ? ". Did you mean " + quoted(std::string_view(names[*nearest])) + "?" : "";
+}
+
 ControlFailure noneOf(std::string_view kind, std::string_view wanted, std::span<const NamedThing> things) {
     const std::string what(kind);
     const std::string none = "There is no " + what + " " + quoted(wanted);
     if (things.empty()) return listing(none + "; there is no " + what + " at all", wanted, things, {});
-    return listing(none + ". There is:", wanted, things, everyIndex(things.size()));
+    const std::string meant = nearestName(wanted, things);
+    return listing(none + (meant.empty() ? "." : meant) + " There is:", wanted, things, everyIndex(things.size()));
 }
 
 } // namespace
@@ -140,6 +154,27 @@ std::variant<ManagedWindow, ControlFailure> lookUpWindow(const WorkspaceControll
     const auto found = lookUp("window", wanted, windows, Numbered::no);
     if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
     return controller.liveWindows()[std::get<std::size_t>(found)];
+}
+
+std::variant<ManagedWindow, ControlFailure> lookUpWindowOfApplication(const WorkspaceController& controller,
+                                                                      std::string_view wanted) {
+    std::vector<NamedThing> applications; // by the id of their first window
+    std::vector<pid_t> processes;
+    for (const ManagedWindow& window : controller.liveWindows()) {
+        if (window.id == wanted) return window;
+        const auto known = std::find(processes.begin(), processes.end(), window.processIdentifier);
+        if (known != processes.end()) {
+            applications[static_cast<std::size_t>(known - processes.begin())].names.push_back(window.title);
+            continue;
+        }
+        processes.push_back(window.processIdentifier);
+        applications.push_back({window.id,
+                                {window.applicationName, window.title},
+                                window.id + "  " + window.applicationName + "  " + window.title});
+    }
+    const auto found = lookUp("window", wanted, applications, Numbered::no);
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    return lookUpWindow(controller, applications[std::get<std::size_t>(found)].id);
 }
 
 std::variant<WorkspaceScene, ControlFailure> lookUpScene(const WorkspaceController& controller,

@@ -12,7 +12,7 @@ ControlFailure refusal(std::string message) {
 
 std::optional<ControlFailure> withoutPermission(const WorkspaceController& controller) {
     if (*controller.state().permissionState == AccessibilityPermissionState::granted) return std::nullopt;
-    return ControlFailure{controlCode::noPermission, "Accessibility permission is required", nullptr};
+    return ControlFailure{controlCode::noPermission, controller.permissionProblem(), nullptr};
 }
 
 std::optional<std::string> Listening::heard() const {

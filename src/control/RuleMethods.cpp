@@ -215,7 +215,7 @@ ControlReply testRules(const WorkspaceController& controller, const JsonCursor& 
                            {"verdict", word(reason.verdict)},
                            {"text", reason.text}});
     }
-    return json{{"window", controlRecord::window(window, controller.assignments())},
+    return json{{"window", controlRecord::window(window, controller)},
                 {"rule", explanation->deciding ? record(controller, *explanation->deciding) : json(nullptr)},
                 {"summary", explanation->summary},
                 {"reasons", std::move(reasons)}};

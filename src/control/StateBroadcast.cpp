@@ -25,9 +25,11 @@ enum Section : std::uint32_t {
     notice = 1U << 8,
     settings = 1U << 9,
     isSuspended = 1U << 10,
+    focus = 1U << 11,
+    isPaused = 1U << 12,
 };
 
-constexpr std::uint32_t kEverySection = (isSuspended << 1) - 1;
+constexpr std::uint32_t kEverySection = (isPaused << 1) - 1;
 
 struct SectionRecord {
     Section section;
@@ -40,7 +42,7 @@ json messageRecord(const WorkspaceController& controller) {
     return text ? json(*text) : json(nullptr);
 }
 
-constexpr std::array<SectionRecord, 11> kSections = {{
+constexpr std::array<SectionRecord, 13> kSections = {{
     {permission, "permission",
      [](const WorkspaceController& c) -> json { return describe(*c.state().permissionState); }},
     {displays, "displays", controlRecord::displays},
@@ -54,6 +56,8 @@ constexpr std::array<SectionRecord, 11> kSections = {{
     {notice, "notice", controlRecord::notice},
     {settings, "settings", controlRecord::settings},
     {isSuspended, "isSuspended", [](const WorkspaceController& c) -> json { return *c.state().isSuspended; }},
+    {focus, "focus", controlRecord::focus},
+    {isPaused, "isPaused", [](const WorkspaceController& c) -> json { return *c.state().isPaused; }},
 }};
 
 } // namespace
@@ -90,7 +94,10 @@ void StateBroadcast::observe() {
     watch(observed.screens, displays | tiles);
     watch(observed.windows, windows);
     watch(observed.titleRevision, windows);
-    watch(observed.assignedWindowIDs, windows | tiles);
+    watch(observed.focusedWindowID, windows | focus);
+    watch(observed.floatingWindowIDs, windows);
+    watch(observed.isPaused, isPaused);
+    watch(observed.assignedWindowIDs, windows | tiles | focus);
     watch(observed.stackWindowIDsByTarget, windows | tiles);
     watch(observed.layoutRevision, displays | tiles);
     watch(observed.profile, displays | tiles | settings);

@@ -13,6 +13,9 @@ namespace {
 
 using nlohmann::json;
 
+/// Themes and accent colors are stored, listed and told to clients, but the agent itself has nothing to draw them on.
+constexpr bool kDrawsLook = false;
+
 json themeRecord(const WorkspaceController& controller, const ThemeDescriptor& theme) {
     const ThemeRegistry& registry = controller.registry();
     const WorkspaceState& state = controller.state();
@@ -46,7 +49,8 @@ ControlReply listThemes(const WorkspaceController& controller) {
     return json{{"themes", std::move(themes)},
                 {"useThemeBackground", *state.useThemeBackground},
                 {"showBrain", *state.showBrain},
-                {"showTileBackgrounds", *state.showTileBackgrounds}};
+                {"showTileBackgrounds", *state.showTileBackgrounds},
+                {"isDrawn", kDrawsLook}};
 }
 
 ControlReply selectTheme(WorkspaceController& controller, const JsonCursor& parameters) {
@@ -58,7 +62,7 @@ ControlReply selectTheme(WorkspaceController& controller, const JsonCursor& para
     if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
     const ThemeDescriptor& theme = themes[std::get<std::size_t>(found)]->descriptor();
     if (!controller.selectTheme(theme.id)) return refusal("The theme was not selected");
-    return json{{"theme", themeRecord(controller, theme)}};
+    return json{{"theme", themeRecord(controller, theme)}, {"isDrawn", kDrawsLook}};
 }
 
 ControlReply listAccentColors(const WorkspaceController& controller) {
@@ -71,18 +75,18 @@ ControlReply selectAccentColor(WorkspaceController& controller, const JsonCursor
     const std::string wanted = parameters.required("accentColor").string();
     std::vector<NamedThing> things;
     for (const auto& option : accentColorOptions()) things.push_back(named(option.id, option.displayName));
-    const auto found = lookUp("accent colour", wanted, things, Numbered::no);
+    const auto found = lookUp("accent color", wanted, things, Numbered::no);
     if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
     const AccentColorOption& option = accentColorOptions()[std::get<std::size_t>(found)];
     controller.selectAccentColor(option.id);
-    return json{{"accentColor", accentRecord(controller, option)}};
+    return json{{"accentColor", accentRecord(controller, option)}, {"isDrawn", kDrawsLook}};
 }
 
 ControlReply switchLook(WorkspaceController& controller, const JsonCursor& parameters,
                         void (WorkspaceController::*set)(bool)) {
     const bool isOn = parameters.required("isOn").boolean();
     (controller.*set)(isOn);
-    return json{{"isOn", isOn}};
+    return json{{"isOn", isOn}, {"isDrawn", kDrawsLook}};
 }
 
 } // namespace kova

@@ -127,6 +127,7 @@ TEST_F(CommandLine, EveryExampleInTheHelpAndTheDocumentsWorks) {
     for (const auto& example : examples) {
         const Words words = wordsOf(example);
         reopen();
+        if (example == "kova focus right") (void)run({"swap", "1"}); // what was learnt may have put it elsewhere
         auto command = begin(words);
         if (words[0] == "subscribe") {
             EXPECT_TRUE(command->waitForOutput("windows")) << example;
@@ -181,7 +182,18 @@ TEST_F(CommandLine, ExitCodesTellWhatWentWrong) {
         {{"explain", "Solitaire"}, 1, "Mail  Inbox"},
         {{"explain", "\xFF\xFE"}, 1, "There is no window"},
         {{}, 2, "usage: kova VERB"},
-        {{"arange"}, 2, "There is no verb “arange”"},
+        {{"arange"}, 2, "There is no verb “arange”. Did you mean “kova arrange”?"},
+        {{"layout", "slect"}, 2, "Did you mean “kova layout select”? There is:"},
+        {{"layout", "select", "qaud-grid"}, 1, "Did you mean “quad-grid”? There is:"},
+        {{"place", "mail"}, 2, "either WINDOW and TILE or --tile is needed"},
+        {{"place", "mail", "9"}, 1, "2  Secondary  secondary-1"},
+        {{"swap", "left"}, 1, "Put it into one with “kova tile” or “kova place”"},
+        {{"stack", "first"}, 2, "STEP: “first” is not next or previous"},
+        {{"focus", "display", "next"}, 1, "There is no other display"},
+        {{"move", "display", "Beamer"}, 1, "There is no display “Beamer”"},
+        {{"zoom", "--window", "Solitaire"}, 1, "There is no window “Solitaire”"},
+        {{"--json", "layout", "select", "qaud"}, 1, "\"choices\": [\n      \"jarvis.command-center\""},
+        {{"status", "please", "--json"}, 2, "\"code\": \"wrongUsage\""},
         {{"layout"}, 2, "layout reset-sizes"},
         {{"layout", "turn"}, 2, "There is no “layout turn”"},
         {{"layout", "select"}, 2, "LAYOUT is missing"},
@@ -231,14 +243,14 @@ TEST_F(CommandLine, ExitCodesTellWhatWentWrong) {
         {{"import", "/dev/zero"}, 1, "Import failed: “/dev/zero” is larger than 64 MiB"},
         {{"export", "missing/"}, 1, "Export failed: cannot write"},
         {{"export", "/proc/nothing.json"}, 1, "Export failed: cannot write “/proc/nothing.json”"},
-        {{"open", "https://action/undo"}, 1, "Nothing is to be done for this URL"},
+        {{"open", "https://action/undo"}, 1, "This URL asks for nothing that KOVA does"},
         {{"open", "kova://scene/Leisure"}, 1, "There is no such scene"},
         {{"open", "kova://action/focus/left"}, 1, "Terminal is in no tile"},
         {{"open", ""}, 2, "URL: a name must not be empty"},
         {{"theme", "select", "plaid"}, 1, "kova.native  Native"},
         {{"theme", "background"}, 2, "on|off is missing"},
         {{"theme", "brain", "maybe"}, 2, "“maybe” is not on or off"},
-        {{"accent", "select", "e"}, 1, "more than one accent colour"},
+        {{"accent", "select", "e"}, 1, "more than one accent color"},
         {{"status", "please"}, 2, "“please” is a word too many"},
         {{"help", "arange"}, 2, "There is no verb “arange”"},
         {{"--version"}, 0, ""},
@@ -267,6 +279,55 @@ TEST_F(CommandLine, ExitCodesTellWhatWentWrong) {
     EXPECT_NE(alone.err.find("Start it with “kova-agent”"), std::string::npos);
     EXPECT_EQ(run({"open", "kova://action/arrange"}).code, 3);
     EXPECT_EQ(run({"doctor"}).code, 1);
+}
+
+TEST_F(CommandLine, WhatCannotBeWrittenIsAnError) {
+    if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "there is no file that is always full";
+    for (const char* verb : {"status", "doctor", "log", "help", "layout list --json"}) {
+        RunningCommand command(
+            {"-c", std::string(KOVA_COMMAND " ") + verb + " > /dev/full"}, environment, [this] { turn(); }, "/bin/sh");
+        EXPECT_EQ(command.wait(), 1) << verb;
+        EXPECT_NE(command.err.find("cannot write to standard output: "), std::string::npos) << verb << command.err;
+    }
+}
+
+TEST_F(CommandLine, WindowsAreListedByTheirTilesAndDriftIsFound) {
+    desk.arrange();
+    EXPECT_EQ(run({"windows"}).out, R"(A: Dual Split (2)
+  1  Primary    * Terminal
+  2  Secondary  Notes
+In no tile:
+  Mail “Inbox”, minimized
+)");
+    EXPECT_EQ(run({"place", "mail", "2", "--dry-run"}).out,
+              "Mail “Inbox” would go to display-UUID-OF-A::secondary-1\nNotes would wait behind it\n");
+    EXPECT_EQ(run({"place", "mail", "2"}).out, "Moved Mail to Secondary\n");
+    desk.settle();
+    EXPECT_EQ(run({"windows"}).out, R"(A: Dual Split (2)
+  1  Primary    * Terminal
+  2  Secondary  Mail “Inbox”
+                behind: Notes
+)");
+    EXPECT_EQ(run({"query", "focus"}).out, "window   Terminal  103:48\n"
+                                           "tile     display-UUID-OF-A::focus-main\n"
+                                           "display  display-UUID-OF-A\n");
+    EXPECT_EQ(run({"verify"}).out, "2 windows are where requested.\n");
+    desk.desktop.moveByHand("Mail", makeRect(1500, 100, 500, 400)); // and no poll has seen it yet
+    const Result drifted = run({"verify"});
+    EXPECT_EQ(drifted.code, 1);
+    EXPECT_EQ(drifted.out, R"(WINDOW        TILE                            REQUESTED          ACTUAL            STATE
+Mail “Inbox”  display-UUID-OF-A::secondary-1  1291,15 1254x1382  1500,100 500x400  drifted
+1 window is where requested.
+)");
+    EXPECT_EQ(run({"pause"}).code, 0);
+    EXPECT_EQ(run({"move", "left"}).err, "KOVA is paused; “kova resume” goes on\n");
+    EXPECT_NE(run({"status"}).out.find("management  paused"), std::string::npos);
+    EXPECT_EQ(run({"verify", "--repair"}).code, 1);
+    EXPECT_EQ(run({"resume"}).out, "KOVA manages windows\n");
+    desk.settle();
+    EXPECT_EQ(run({"verify"}).code, 0);
+    desk.desktop.moveByHand("Mail", makeRect(1500, 100, 500, 400));
+    EXPECT_EQ(json::parse(run({"verify", "--json"}).out)["isAsRequested"], false);
 }
 
 TEST_F(CommandLine, DrawsLayoutsAsWideAsTheTerminal) {
@@ -348,7 +409,7 @@ TEST_F(CommandLine, TablesAreAlignedAndTitlesCannotSteerTheTerminal) {
     desk.arrange();
     EXPECT_EQ(run({"query", "windows"}).out,
               R"(ID      APPLICATION  TILE                            FRAME              STATE      TITLE
-101:16  Mail         -                               100,100 800x600    minimised  Inbox
+101:16  Mail         -                               100,100 800x600    minimized  Inbox
 102:32  Notes        display-UUID-OF-A::secondary-1  1291,15 1254x1382  visible    a?]0;b???� 漢字
 103:48  Terminal     display-UUID-OF-A::focus-main   15,15 1254x1382    visible    Terminal
 )");
@@ -379,9 +440,12 @@ root          0  -824 left, +1064 right  1154,10 12x1392  display-UUID-OF-A
 }
 
 TEST_F(CommandLine, TheLookIsListedAndChosen) {
-    EXPECT_EQ(run({"theme", "select", "neon"}).out, "The theme is Neon Cyan (jarvis.neon-cyan).\n");
-    EXPECT_EQ(run({"theme", "background", "on"}).out, "The theme's background is on.\n");
-    EXPECT_EQ(run({"accent", "select", "AMBER"}).out, "The accent colour is REACTOR AMBER (reactor-amber).\n");
+    EXPECT_EQ(run({"theme", "select", "neon"}).out,
+              "The theme is Neon Cyan (jarvis.neon-cyan).\nStored; this build draws nothing.\n");
+    EXPECT_EQ(run({"theme", "background", "on"}).out,
+              "The theme's background is on.\nStored; this build draws nothing.\n");
+    EXPECT_EQ(run({"accent", "select", "AMBER"}).out,
+              "The accent color is REACTOR AMBER (reactor-amber).\nStored; this build draws nothing.\n");
     EXPECT_EQ(run({"theme", "list"}).out,
               R"(NAME         ID                BACKGROUND  PANEL    TEXT     ACCENT
 Native       kova.native       #1C1C1F     #2B2B2E  #F5F5F7  #FF9E1F
@@ -390,6 +454,7 @@ Native       kova.native       #1C1C1F     #2B2B2E  #F5F5F7  #FF9E1F
 The theme's background is on.
 The brain is off.
 The backgrounds of tiles are on.
+Stored; this build draws nothing.
 )");
     const std::string accents = run({"accent", "list"}).out;
     EXPECT_NE(accents.find("* REACTOR AMBER  reactor-amber    #FF9E1F  #FFD161\n"), std::string::npos) << accents;
@@ -458,18 +523,25 @@ Rules are off; “kova rules on” lets them act.
     std::filesystem::create_symlink("real/old.json", "link.json");
     std::ofstream("real/old.json") << "old";
     std::filesystem::permissions("real/old.json", std::filesystem::perms::owner_read);
-    EXPECT_EQ(run({"export", "link.json"}).code, 0);
+    EXPECT_NE(run({"export", "link.json"}).err.find("/real/old.json” is there already; --force overwrites it\n"),
+              std::string::npos);
+    EXPECT_EQ(contentsOf("link.json"), "old");
+    EXPECT_EQ(run({"export", "--force", "link.json"}).code, 0);
     EXPECT_TRUE(std::filesystem::is_symlink("link.json"));
     EXPECT_EQ(std::filesystem::status("real/old.json").permissions(), std::filesystem::perms::owner_read);
     EXPECT_EQ(run({"export", "."}).out, "1 scene and 2 rules written to ./KOVA-Workspace.json\n");
     const std::string text = contentsOf("KOVA-Workspace.json");
     EXPECT_EQ(contentsOf("link.json"), text);
     EXPECT_EQ(run({"export", "/dev/stdout"}).out.substr(0, text.size()), text);
+    EXPECT_EQ(run({"export", "-"}).out, text);
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator("."), {}), 3) << "no draft is left behind";
 
     EXPECT_EQ(run({"scene", "delete", "work"}).out, "Scene “Work” deleted\n");
     EXPECT_EQ(run({"rule", "delete", "1"}).out, "Rule “Mail → focus-main” is deleted.\n");
-    EXPECT_EQ(run({"import", "KOVA-Workspace.json"}).out, "Imported 1 scenes and 2 rules\n");
+    RunningCommand reading(
+        {"-c", KOVA_COMMAND " import - < KOVA-Workspace.json"}, environment, [this] { turn(); }, "/bin/sh");
+    EXPECT_EQ(reading.wait(), 0) << reading.err;
+    EXPECT_EQ(reading.out, "Imported 1 scenes and 2 rules\n");
     EXPECT_EQ(run({"scene", "diff", "Work"}).out, "Nothing differs from scene “Work”.\n");
     EXPECT_EQ(run({"rule", "move", "2", "1"}).out, "Rule “Mail → focus-main” is number 1 of 2.\n");
 

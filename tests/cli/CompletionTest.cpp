@@ -64,8 +64,13 @@ TEST_F(Completion, OffersWhatMayStandThere) {
         {{"LAYOUT", "n"}, ""},
         {{"help", "scene", "r"}, "rename"},
         {{"--json", "und"}, "undo"},
-        {{"focus", ""}, "left|right|up|down"},
-        {{"focus", "left", ""}, "--json|--help"},
+        {{"focus", ""}, "left|right|up|down|display"},
+        {{"focus", "left", ""}, "--window|--display|--json|--help"},
+        {{"focus", "display", ""}, "next|previous|A"},
+        {{"place", "No", ""}, "focus-main|secondary-1"},
+        {{"swap", "s"}, "secondary-1"},
+        {{"stack", ""}, "next|previous"},
+        {{"float", "--window", "No"}, "Notes"},
         {{"layout", "select", "QUAD"}, "quad-grid|quad-strip"},
         {{"layout", "select", "aut"}, "automatic"},
         {{"layout", "select", "quad-grid", "--d"}, "--display"},
@@ -122,6 +127,7 @@ kova scene open D => [kova scene open Deep\ Work ]
 kova scene open "D => [kova scene open "Deep Work" ]
 kova scene open At => [kova scene open At\ 10:30 ]
 kova layout show --display A => [kova layout show --display A ]
+kova layout show --display  => [kova layout show --display A ]
 )");
 }
 

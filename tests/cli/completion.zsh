@@ -7,7 +7,7 @@ say "setopt EXTENDED_GLOB"
 say "fpath=($1 \${fpath:#*/(site-functions|vendor-*|Completion/(^Base))}); autoload -U compinit; compinit -u -D; bindkey '^I' complete-word; unsetopt BEEP"
 say "zle-tell() { print -r -- \"[[\$BUFFER]]\"; BUFFER= }; zle -N zle-tell; bindkey '^T' zle-tell; print READY\$((1))"
 zpty -r shell heard '*READY1*'
-for line in 'kova theme b' 'kova scene open D' 'kova scene open "D' 'kova scene open At' 'kova layout show --display A'; do
+for line in 'kova theme b' 'kova scene open D' 'kova scene open "D' 'kova scene open At' 'kova layout show --display A' 'kova layout show --display '; do
   zpty -w -n shell "$line"$'\t\x14'
   zpty -r shell heard $'*\\[\\[*\\]\\]*'
   heard=${heard##*\[\[}

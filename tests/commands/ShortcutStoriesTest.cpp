@@ -35,6 +35,40 @@ class Keys : public ::testing::Test {
     LayoutShortcutCoordinator coordinator{desk.controller(), settings, keyboard, desk.desktop.queue()};
 };
 
+TEST_F(Keys, AssignedByTheUserDriveCommandsForOneWindow) {
+    const auto pressed = [this](KovaShortcutAction action) {
+        EXPECT_TRUE(settings.setShortcut({{keyCode::g, kFocus, "G"}}, action));
+        press(keyCode::g, kFocus);
+        EXPECT_TRUE(settings.setShortcut(std::nullopt, action));
+    };
+    using enum KovaShortcutAction;
+    pressed(swapLeft);
+    desk.expectTiles("Mail 15,15 1254x1382 | Codex 1291,15 1254x1382");
+    pressed(placeInTile2);
+    desk.expectTiles("- | Mail 1291,15 1254x1382 + Codex");
+    pressed(previousInStack);
+    desk.expectTiles("- | Codex 1291,15 1254x1382 + Mail");
+    pressed(toggleFloating);
+    EXPECT_EQ(desk.state().floatingWindowIDs->size(), 1u);
+    pressed(focusNextDisplay);
+    desk.expectMessage("There is no other display");
+    pressed(placeInTile3);
+    desk.expectMessage("There is no tile 3 in this layout");
+}
+
+TEST_F(Keys, OneOfThemPausesEverythingAndResumesIt) {
+    ASSERT_TRUE(settings.setShortcut({{keyCode::g, kFocus, "G"}}, KovaShortcutAction::pauseOrResume));
+    press(keyCode::g, kFocus);
+    EXPECT_TRUE(*desk.state().isPaused);
+    desk.desktop.moveByHand("Mail", makeRect(300, 300, 500, 400));
+    press(keyCode::a, kFocus);
+    EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Mail")), "Mail 300,300 500x400");
+    EXPECT_FALSE(desk.controller().perform(action::Arrange{}));
+    desk.expectMessage("KOVA is paused; “kova resume” goes on");
+    press(keyCode::g, kFocus);
+    desk.expectTiles(kHalves);
+}
+
 TEST_F(Keys, DriveTheWholeWorkspace) {
     desk.expectTiles(kHalves);
     press(keyCode::h, kFocus);

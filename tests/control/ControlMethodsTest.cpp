@@ -183,6 +183,13 @@ TEST_F(AgentMethods, SubscribersHearNumberedChangesAndEndUpWithTheState) {
     result("zoom");
     EXPECT_TRUE(heard()["focusMode"].is_null());
 
+    // Whoever follows the focus hears of it, also when nothing else changes.
+    desk.desktop.focusByHand("Notes");
+    desk.settle();
+    const json focus = heard()["focus"];
+    EXPECT_EQ(focus["window"]["application"], "Notes");
+    EXPECT_EQ(focus, result("query.focus"));
+
     // What one action touches is told in one line.
     result("layout.setInset", {{"points", 30}});
     const json changes = heard();
@@ -201,10 +208,11 @@ TEST_F(AgentMethods, EachActionIsCarriedOutOrSaysWhyNot) {
         EXPECT_EQ(found["code"], controlCode::refused);
         return found["message"].get<std::string>();
     };
-    EXPECT_EQ(refused("move", {{"direction", "left"}}), "Terminal is in no tile");
+    EXPECT_EQ(refused("move", {{"direction", "left"}}),
+              "Terminal is in no tile. Put it into one with “kova tile” or “kova place”");
     desk.arrange().expectTiles("Terminal 15,15 1254x1382 | Notes 1291,15 1254x1382");
     // What was said about something else is no reason.
-    EXPECT_EQ(refused("stack"), "No other window waits behind the focused one");
+    EXPECT_EQ(refused("stack"), "No other window waits behind it in its tile");
     EXPECT_EQ(refused("focus", {{"direction", "up"}}), "No occupied zone up of the focused window");
     EXPECT_EQ(said("focus", {{"direction", "right"}}), "Focused Notes");
     EXPECT_EQ(refused("move", {{"direction", "right"}}), "No zone right of the focused window");
@@ -234,7 +242,7 @@ TEST_F(AgentMethods, EachActionIsCarriedOutOrSaysWhyNot) {
     desk.desktop.quit("Notes");
     desk.desktop.quit("Mail");
     desk.settle();
-    EXPECT_EQ(refused("zoom"), "No window that is managed has the focus");
+    EXPECT_EQ(refused("zoom"), "No managed window has the focus");
 }
 
 TEST_F(AgentMethods, DividersGoAsFarAsTheirNeighboursLetThem) {
@@ -257,6 +265,44 @@ TEST_F(AgentMethods, DividersGoAsFarAsTheirNeighboursLetThem) {
     desk.settle();
     result("undo");
     EXPECT_EQ(result("divider.list")["dividers"][0], divider);
+}
+
+TEST_F(AgentMethods, CommandsForOneWindowSayWhatTheyWouldDoAndDoIt) {
+    desk.arrange().expectTiles("Terminal 15,15 1254x1382 | Notes 1291,15 1254x1382");
+    const json commands = {{{"method", "place"}, {"params", {{"window", "Mail"}, {"tile", "2"}}}},
+                           {{"method", "swap"}, {"params", {{"with", "right"}, {"display", "A"}}}},
+                           {{"method", "float"}, {"params", {{"window", "Notes"}}}},
+                           {{"method", "tile"}, {"params", {{"window", "Notes"}}}}};
+    for (const json& command : commands) {
+        const std::string before = desk.tiles();
+        const std::size_t steps = result("history")["entries"].size();
+        json parameters = command["params"];
+        parameters["dryRun"] = true;
+        const json planned = result(command["method"], parameters);
+        EXPECT_EQ(desk.tiles(), before) << command;
+        EXPECT_EQ(result("history")["entries"].size(), steps);
+        const json done = result(command["method"], command["params"]);
+        EXPECT_EQ(done["steps"], planned["steps"]);
+        EXPECT_EQ(done["message"], planned["message"]);
+        EXPECT_EQ(*desk.state().lastActionMessage, done["message"]);
+        desk.settle();
+        result("undo");
+        desk.settle();
+        EXPECT_EQ(desk.tiles(), before) << command;
+        result(command["method"], command["params"]);
+        desk.settle();
+    }
+    EXPECT_EQ(result("query.windows")["windows"][1]["isFloating"], false);
+    EXPECT_EQ(result("windows")["displays"][0]["tiles"][1]["window"]["application"], "Notes");
+    EXPECT_EQ(error("swap", {{"with", "left"}, {"display", "Beamer"}})["data"]["choices"].size(), 1u);
+}
+
+TEST_F(AgentMethods, ADesktopWithoutWindowsToManageSaysWhy) {
+    desk.desktop.setAbsence("This is a Wayland session. Log in to an X11 session instead.");
+    desk.settle();
+    EXPECT_EQ(error("arrange")["message"], "This is a Wayland session. Log in to an X11 session instead.");
+    EXPECT_EQ(error("arrange")["code"], controlCode::noPermission);
+    EXPECT_EQ(result("status")["problem"], "This is a Wayland session. Log in to an X11 session instead.");
 }
 
 TEST_F(AgentMethods, WithoutPermissionSaysSo) {

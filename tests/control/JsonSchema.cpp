@@ -27,7 +27,7 @@ class Checker {
 
     std::string check(const json& rule, const json& value, const std::string& path) const {
         for (const auto& [keyword, argument] : rule.items()) {
-            std::string violation = checkKeyword(keyword, argument, rule, value, path);
+            std::string violation = checkKeyword(keyword, argument, value, path);
             if (!violation.empty()) return violation;
         }
         return {};
@@ -38,7 +38,7 @@ class Checker {
     }
 
   private:
-    std::string checkKeyword(const std::string& keyword, const json& argument, const json& rule, const json& value,
+    std::string checkKeyword(const std::string& keyword, const json& argument, const json& value,
                              const std::string& path) const {
         const auto violated = [&](const std::string& what) { return path + ": " + what + ", not " + value.dump(); };
         if (keyword == "description") return {};
@@ -66,12 +66,12 @@ class Checker {
             }
             return {};
         }
-        if (keyword == "properties") return checkProperties(argument, value, path);
-        if (keyword == "additionalProperties") {
+        if (keyword == "properties") {
+            // Answers may grow for clients; this agent says nothing that its schema does not describe.
             for (const auto& [key, member] : value.items()) {
-                if (!rule["properties"].contains(key)) return path + "." + key + " is not described";
+                if (!argument.contains(key)) return path + "." + key + " is not described";
             }
-            return {};
+            return checkProperties(argument, value, path);
         }
         if (keyword == "items") {
             for (std::size_t i = 0; i < value.size(); ++i) {
@@ -85,7 +85,6 @@ class Checker {
 
     std::string checkProperties(const json& properties, const json& value, const std::string& path) const {
         for (const auto& [key, member] : value.items()) {
-            if (!properties.contains(key)) continue;
             const auto violation = check(properties[key], member, path + "." + key);
             if (!violation.empty()) return violation;
         }

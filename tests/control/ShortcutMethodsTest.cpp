@@ -42,7 +42,7 @@ class ShortcutsOverTheSocket : public MethodCalls {
 } // namespace
 
 TEST_F(ShortcutsOverTheSocket, AreSetClearedAndRestored) {
-    EXPECT_EQ(result("shortcut.list")["shortcuts"].size(), 15U);
+    EXPECT_EQ(result("shortcut.list")["shortcuts"].size(), kShortcutActions.size());
     EXPECT_EQ(shown(result("shortcut.set", {{"action", "Focus-Left"}, {"keys", "super+f2"}})["shortcut"]), "Super+F2");
     EXPECT_EQ(told(connection), "claimed Super+F2");
     EXPECT_EQ(shown(result("shortcut.clear", {{"action", "move window left"}})["shortcut"]), "-");

@@ -1,0 +1,20 @@
+// What the verbs for single windows print, and `kova verify`.
+#pragma once
+
+#include "cli/Verbs.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <string>
+
+namespace kova::cli {
+
+std::string printWindowPlan(const nlohmann::json& result, const Arguments& arguments);
+std::string printWindowList(const nlohmann::json& result, const Arguments& arguments);
+std::string printFocus(const nlohmann::json& result, const Arguments& arguments);
+std::string printVerification(const nlohmann::json& result, const Arguments& arguments);
+
+/// Waits for placements that are under way; refused when a window is not where it was requested to be.
+ExitCode runVerify(const Verb& verb, const Arguments& arguments);
+
+} // namespace kova::cli

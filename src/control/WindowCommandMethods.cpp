@@ -1,0 +1,272 @@
+#include "control/WindowCommandMethods.h"
+
+#include "control/ActionMethods.h"
+#include "control/ControlRecords.h"
+#include "control/NameLookup.h"
+#include "control/Refusal.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kova {
+
+namespace {
+
+using nlohmann::json;
+using WindowChoice = std::variant<std::optional<std::string>, ControlFailure>;
+
+bool isTrue(const JsonCursor& parameters, std::string_view name) {
+    const auto given = parameters.optional(name);
+    return given && given->boolean();
+}
+
+json orNull(const std::optional<std::string>& text) {
+    return text ? json(*text) : json(nullptr);
+}
+
+json answer(const WorkspaceController& controller, bool isDryRun, const WindowPlan& plan) {
+    json steps = json::array();
+    for (const auto& step : plan.steps) {
+        steps.push_back({{"kind", describe(step.kind)},
+                         {"window", controlRecord::briefWindow(controller, step.windowID)},
+                         {"tile", orNull(step.targetID)}});
+    }
+    return {{"dryRun", isDryRun},
+            {"message", plan.message},
+            {"steps", std::move(steps)},
+            {"canUndo", *controller.state().canUndo},
+            {"focusMode", controlRecord::focusMode(controller)}};
+}
+
+ControlReply carriedOut(WorkspaceController& controller, const JsonCursor& parameters, const WindowCommand& command) {
+    if (auto failure = withoutPermission(controller)) return *failure;
+    const bool isDryRun = isTrue(parameters, "dryRun");
+    const auto planned = controller.planCommand(command);
+    if (const auto* refused = std::get_if<WindowRefusal>(&planned)) return refusal(refused->reason);
+    if (!isDryRun) {
+        const Listening listening(controller);
+        if (!controller.perform(command)) return listening.refusalOr("The window could not be focused");
+    }
+    return answer(controller, isDryRun, std::get<WindowPlan>(planned));
+}
+
+/// The window named by "window" alone: "display" says where the tile is.
+WindowChoice namedWindow(const WorkspaceController& controller, const JsonCursor& parameters) {
+    const auto named = parameters.optional("window");
+    if (!named) return std::nullopt;
+    const auto found = lookUpWindow(controller, named->string());
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    return std::get<ManagedWindow>(found).id;
+}
+
+/// The tile-target id. Without a display the tile is on that of the window, else on the current one.
+std::variant<std::string, ControlFailure> wantedTile(const WorkspaceController& controller,
+                                                     const JsonCursor& parameters, const std::string& wanted,
+                                                     const std::optional<std::string>& windowID) {
+    for (const WorkspaceTile& tile : controller.tiles()) {
+        if (tile.targetID == wanted) return wanted;
+    }
+    std::optional<std::string> display;
+    if (!parameters.optional("display") && windowID) display = controller.displayIDOfWindow(*windowID);
+    if (!display) {
+        auto named = wantedDisplay(controller, parameters);
+        if (const auto* failure = std::get_if<ControlFailure>(&named)) return *failure;
+        display = std::get<std::string>(std::move(named));
+    }
+    const auto slot = lookUpSlot(controller, *display, wanted);
+    if (const auto* failure = std::get_if<ControlFailure>(&slot)) return *failure;
+    return tileTargetID(*display, std::get<TileSlot>(slot).id);
+}
+
+std::variant<DisplayChoice, ControlFailure> displayChoice(const WorkspaceController& controller,
+                                                          const JsonCursor& parameters) {
+    const std::string word = parameters.required("to").string();
+    if (word == "next") return DisplayStep::next;
+    if (word == "previous") return DisplayStep::previous;
+    auto found = lookUpDisplay(controller, word);
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    return std::get<std::string>(std::move(found));
+}
+
+std::optional<WorkspaceDirection> directionNamed(std::string_view word) {
+    using enum WorkspaceDirection;
+    for (const auto direction : {left, right, up, down}) {
+        if (word == describe(direction)) return direction;
+    }
+    return std::nullopt;
+}
+
+template <class Command>
+ControlReply onWantedWindow(WorkspaceController& controller, const JsonCursor& parameters) {
+    auto window = wantedWindow(controller, parameters);
+    if (const auto* failure = std::get_if<ControlFailure>(&window)) return *failure;
+    return carriedOut(controller, parameters, Command{std::get<std::optional<std::string>>(std::move(window))});
+}
+
+const char* describe(PlacementVerdict verdict) {
+    switch (verdict) {
+    case PlacementVerdict::asRequested:
+        return "asRequested";
+    case PlacementVerdict::drifted:
+        return "drifted";
+    case PlacementVerdict::underWay:
+        return "underWay";
+    case PlacementVerdict::leftAlone:
+        return "leftAlone";
+    }
+    return "";
+}
+
+} // namespace
+
+WindowChoice wantedWindow(const WorkspaceController& controller, const JsonCursor& parameters) {
+    if (parameters.optional("window")) return namedWindow(controller, parameters);
+    const auto named = parameters.optional("display");
+    if (!named) return std::nullopt;
+    const auto display = lookUpDisplay(controller, named->string());
+    if (const auto* failure = std::get_if<ControlFailure>(&display)) return *failure;
+    auto window = controller.windowLastFocusedOn(std::get<std::string>(display));
+    if (!window) return refusal("No window is shown on this display");
+    return window;
+}
+
+ControlReply placeWindow(WorkspaceController& controller, const JsonCursor& parameters) {
+    auto window = namedWindow(controller, parameters);
+    if (const auto* failure = std::get_if<ControlFailure>(&window)) return *failure;
+    auto& windowID = std::get<std::optional<std::string>>(window);
+    auto tile = wantedTile(controller, parameters, parameters.required("tile").string(), windowID);
+    if (const auto* failure = std::get_if<ControlFailure>(&tile)) return *failure;
+    return carriedOut(controller, parameters,
+                      command::Place{std::move(windowID), std::get<std::string>(std::move(tile))});
+}
+
+ControlReply swapWindows(WorkspaceController& controller, const JsonCursor& parameters) {
+    const std::string with = parameters.required("with").string();
+    if (const auto direction = directionNamed(with)) {
+        auto window = wantedWindow(controller, parameters);
+        if (const auto* failure = std::get_if<ControlFailure>(&window)) return *failure;
+        return carriedOut(controller, parameters,
+                          command::Swap{std::get<std::optional<std::string>>(std::move(window)), *direction});
+    }
+    auto window = namedWindow(controller, parameters);
+    if (const auto* failure = std::get_if<ControlFailure>(&window)) return *failure;
+    auto& windowID = std::get<std::optional<std::string>>(window);
+    auto tile = wantedTile(controller, parameters, with, windowID);
+    if (const auto* failure = std::get_if<ControlFailure>(&tile)) return *failure;
+    return carriedOut(controller, parameters,
+                      command::Swap{std::move(windowID), std::get<std::string>(std::move(tile))});
+}
+
+ControlReply focusDisplay(WorkspaceController& controller, const JsonCursor& parameters) {
+    auto display = displayChoice(controller, parameters);
+    if (const auto* failure = std::get_if<ControlFailure>(&display)) return *failure;
+    return carriedOut(controller, parameters, command::FocusDisplay{std::get<DisplayChoice>(std::move(display))});
+}
+
+ControlReply moveToDisplay(WorkspaceController& controller, const JsonCursor& parameters) {
+    auto window = wantedWindow(controller, parameters);
+    if (const auto* failure = std::get_if<ControlFailure>(&window)) return *failure;
+    auto display = displayChoice(controller, parameters);
+    if (const auto* failure = std::get_if<ControlFailure>(&display)) return *failure;
+    return carriedOut(controller, parameters,
+                      command::MoveToDisplay{std::get<std::optional<std::string>>(std::move(window)),
+                                             std::get<DisplayChoice>(std::move(display))});
+}
+
+ControlReply floatWindow(WorkspaceController& controller, const JsonCursor& parameters) {
+    return onWantedWindow<command::ToggleFloating>(controller, parameters);
+}
+
+ControlReply tileWindow(WorkspaceController& controller, const JsonCursor& parameters) {
+    return onWantedWindow<command::Tile>(controller, parameters);
+}
+
+ControlReply stepStack(WorkspaceController& controller, const JsonCursor& parameters) {
+    action::CycleStack cycle;
+    if (const auto step = parameters.optional("step")) {
+        const std::string word = step->string();
+        if (word != "next" && word != "previous") step->fail("expected next or previous");
+        cycle.step = word == "next" ? StackStep::next : StackStep::previous;
+    }
+    if (const auto tile = parameters.optional("tile")) {
+        auto found = wantedTile(controller, parameters, tile->string(), std::nullopt);
+        if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+        cycle.targetID = std::get<std::string>(std::move(found));
+    } else {
+        auto window = wantedWindow(controller, parameters);
+        if (const auto* failure = std::get_if<ControlFailure>(&window)) return *failure;
+        cycle.windowID = std::get<std::optional<std::string>>(std::move(window));
+    }
+    if (!isTrue(parameters, "dryRun")) return performAction(controller, cycle);
+    if (auto failure = withoutPermission(controller)) return *failure;
+    const auto next = controller.nextInStack(cycle);
+    if (!next) return refusal(silentReason(controller, cycle));
+    json result = performed(controller, std::nullopt);
+    result["message"] =
+        controlRecord::briefWindow(controller, *next).at("application").get<std::string>() + " would come to the front";
+    return result;
+}
+
+ControlReply listWindows(const WorkspaceController& controller) {
+    json displays = json::array();
+    const auto tiles = controller.tiles();
+    for (json& display : controlRecord::displays(controller)) {
+        json own = json::array();
+        for (const WorkspaceTile& tile : tiles) {
+            if (tile.displayID != display.at("id")) continue;
+            json waiting = json::array();
+            for (const auto& id : tile.stack) {
+                if (id != tile.windowID) waiting.push_back(controlRecord::windowInBrief(controller, id));
+            }
+            own.push_back(
+                {{"id", tile.targetID},
+                 {"number", own.size() + 1},
+                 {"name", tile.slot.name},
+                 {"window", tile.windowID ? controlRecord::windowInBrief(controller, *tile.windowID) : json(nullptr)},
+                 {"waiting", std::move(waiting)}});
+        }
+        displays.push_back({{"id", display.at("id")},
+                            {"number", display.at("number")},
+                            {"name", display.at("name")},
+                            {"layout", display.at("layout")},
+                            {"tiles", std::move(own)}});
+    }
+    json others = json::array();
+    for (const ManagedWindow& window : controller.liveWindows()) {
+        if (!controller.assignments().isInAnyTile(window.id)) {
+            others.push_back(controlRecord::windowInBrief(controller, window.id));
+        }
+    }
+    return json{{"displays", std::move(displays)}, {"others", std::move(others)}};
+}
+
+ControlReply verifyPlacements(WorkspaceController& controller, const JsonCursor& parameters) {
+    if (auto failure = withoutPermission(controller)) return *failure;
+    const auto findings = controller.verifyPlacements();
+    const bool repairs = isTrue(parameters, "repair");
+    if (repairs) {
+        const Listening listening(controller);
+        if (!controller.repairPlacements()) return listening.refusalOr("Windows cannot be moved now");
+    }
+    bool isAsRequested = true;
+    json windows = json::array();
+    for (const auto& finding : findings) {
+        isAsRequested = isAsRequested && finding.verdict != PlacementVerdict::drifted;
+        windows.push_back({{"window", controlRecord::briefWindow(controller, finding.windowID)},
+                           {"tile", finding.targetID},
+                           {"requested", controlRecord::rect(finding.requestedFrame)},
+                           {"actual", finding.actualFrame ? controlRecord::rect(*finding.actualFrame) : json(nullptr)},
+                           {"verdict", describe(finding.verdict)}});
+    }
+    return json{{"isAsRequested", isAsRequested}, {"isRepaired", repairs}, {"windows", std::move(windows)}};
+}
+
+ControlReply setPaused(WorkspaceController& controller, Pausing pausing) {
+    const bool isPaused = pausing == Pausing::pause;
+    controller.setPaused(isPaused);
+    return json{{"isPaused", isPaused},
+                {"message", isPaused ? "KOVA is paused: it leaves all windows alone until “kova resume”"
+                                     : "KOVA manages windows"}};
+}
+
+} // namespace kova

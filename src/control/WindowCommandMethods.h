@@ -1,0 +1,35 @@
+// Commands for one window, as methods of the socket; each can be asked what it would do.
+#pragma once
+
+#include "control/ControlHandling.h"
+#include "support/JsonDecoding.h"
+#include "workspace/WorkspaceController.h"
+
+#include <optional>
+#include <string>
+#include <variant>
+
+namespace kova {
+
+/// The id of the window that the parameters name by "window", or that had the keyboard last on their "display"; absent
+/// when they name neither, which means the focused window.
+std::variant<std::optional<std::string>, ControlFailure> wantedWindow(const WorkspaceController& controller,
+                                                                      const JsonCursor& parameters);
+
+ControlReply placeWindow(WorkspaceController& controller, const JsonCursor& parameters);
+ControlReply swapWindows(WorkspaceController& controller, const JsonCursor& parameters);
+ControlReply focusDisplay(WorkspaceController& controller, const JsonCursor& parameters);
+ControlReply moveToDisplay(WorkspaceController& controller, const JsonCursor& parameters);
+ControlReply floatWindow(WorkspaceController& controller, const JsonCursor& parameters);
+ControlReply tileWindow(WorkspaceController& controller, const JsonCursor& parameters);
+ControlReply stepStack(WorkspaceController& controller, const JsonCursor& parameters);
+
+/// Every tile with the windows in it, and the windows in none.
+ControlReply listWindows(const WorkspaceController& controller);
+/// Compares the frames of tiled windows with what was requested; with "repair" they are requested again.
+ControlReply verifyPlacements(WorkspaceController& controller, const JsonCursor& parameters);
+
+enum class Pausing { pause, resume };
+ControlReply setPaused(WorkspaceController& controller, Pausing pausing);
+
+} // namespace kova
