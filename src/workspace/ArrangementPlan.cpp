@@ -2,6 +2,7 @@
 
 #include "support/text/Text.h"
 #include "workspace/ArrangementScore.h"
+#include "workspace/TileRoom.h"
 
 #include <algorithm>
 
@@ -21,8 +22,6 @@ struct Pair {
 struct Desk {
     const ArrangementDisplay* display;
     std::vector<std::optional<std::size_t>> holder; // by slot: the candidate in front
-    TileMinimumSizes minimumSizes;                  // of the fronts that keep to one tile
-    SolvedLayout solved;                            // with those
 };
 
 struct Seat {
@@ -31,11 +30,8 @@ struct Seat {
     std::string reason;
 };
 
-/// The tiles that a window would cover.
-struct Fit {
-    std::vector<std::size_t> slots; // anchor first
-    bool isInItsTile = false;       // its minimum size fits the anchor tile, once the layout has made room
-};
+/// The tiles that a window would cover, the anchor first; empty where it must not be.
+using Fit = std::vector<std::size_t>;
 
 /// Whether a large window may take tiles from others.
 enum class Elbows { in, out };
@@ -55,7 +51,8 @@ class Planner {
     bool pushesSomeone(std::size_t desk, const Fit& fit) const;
     void seat(std::size_t candidate, std::size_t desk, const Fit& fit, std::string reason);
     void vacate(std::size_t candidate);
-    void solve(Desk& desk) const;
+    TileRoom roomOn(std::size_t desk) const;
+    bool isAnyTileFree() const;
     std::optional<AutoArrangePlacement> behindPlacement(std::size_t candidate) const;
     AutoArrangePlacement frontPlacement(std::size_t candidate, const Seat& seat) const;
     std::string describe(std::size_t candidate) const;
@@ -69,7 +66,7 @@ class Planner {
 Planner::Planner(const ArrangementInput& input) :
     input_(input), seats_(input.candidates.size()), wasDisplaced_(input.candidates.size()) {
     for (const auto& display : input.displays) {
-        desks_.push_back({&display, {}, {}, display.solved});
+        desks_.push_back({&display, {}});
         desks_.back().holder.resize(display.solved.slots.size());
     }
 }
@@ -84,14 +81,25 @@ std::vector<Pair> Planner::pairsFor(std::size_t desk, Phase phase) const {
     constexpr double kDeferredPenalty = 1000;
     const ArrangementDisplay& display = *desks_[desk].display;
     std::vector<Pair> pairs;
+    // A tile that would have to grow for the window, at the cost of others, comes after those that need not.
+    constexpr double kGrowthPenalty = 50;
     for (std::size_t c = 0; c < input_.candidates.size(); ++c) {
         const auto& candidate = input_.candidates[c];
         if (seats_[c]) continue;
         if (phase == Phase::ownDisplay && candidate.displayID != display.displayID) continue;
+        const auto fits = [&](std::size_t s) {
+            const CGSize tile = display.solved.frames[s].size;
+            return tile.width - 2 * input_.tileInset >= candidate.minimumSize.width &&
+                   tile.height - 2 * input_.tileInset >= candidate.minimumSize.height;
+        };
+        bool fitsAny = false;
+        for (std::size_t s = 0; s < display.solved.slots.size(); ++s) fitsAny = fitsAny || (isFree(desk, s) && fits(s));
         for (std::size_t s = 0; s < display.solved.slots.size(); ++s) {
             if (!isFree(desk, s)) continue;
             const ArrangementScore score = scoreOf(candidate, display, s, input_.learning);
-            pairs.push_back({c, s, score, score.total() - (candidate.isDeferred ? kDeferredPenalty : 0)});
+            const double penalty =
+                (candidate.isDeferred ? kDeferredPenalty : 0) + (fitsAny && !fits(s) ? kGrowthPenalty : 0);
+            pairs.push_back({c, s, score, score.total() - penalty});
         }
     }
     std::stable_sort(pairs.begin(), pairs.end(), [&](const Pair& a, const Pair& b) {
@@ -102,77 +110,65 @@ std::vector<Pair> Planner::pairsFor(std::size_t desk, Phase phase) const {
     return pairs;
 }
 
-/// The tile alone, or the span that the window needs when its minimum size does not fit the tile even after the layout
-/// has made room. When nothing helps the window takes its tile all the same.
+TileRoom Planner::roomOn(std::size_t desk) const {
+    const ArrangementDisplay& display = *desks_[desk].display;
+    std::vector<TileHolder> holders;
+    for (std::size_t c = 0; c < seats_.size(); ++c) {
+        if (!seats_[c] || seats_[c]->desk != desk) continue;
+        TileHolder holder{input_.candidates[c].window.id, {}, input_.candidates[c].minimumSize};
+        for (const std::size_t slot : seats_[c]->slots) holder.slotIDs.push_back(display.solved.slots[slot].id);
+        holders.push_back(std::move(holder));
+    }
+    return {display.layout, display.visibleFrame.size, input_.tileInset, std::move(holders)};
+}
+
+/// The tile alone, or the span that the window needs where not everybody would have room otherwise. A window that had
+/// to give way once is not chased again; a full-screen window keeps its tile, but is not in the way while it lasts.
 Fit Planner::fitFor(std::size_t candidate, std::size_t desk, std::size_t slot) const {
     const Desk& d = desks_[desk];
     const ArrangementDisplay& display = *d.display;
-    const CGSize minimum = input_.candidates[candidate].minimumSize;
     const auto& slots = display.solved.slots;
-    if (minimum.width <= 0 && minimum.height <= 0) return {{slot}, true};
-
-    TileMinimumSizes wanted = d.minimumSizes;
-    wanted[slots[slot].id] = minimum;
-    const SolvedLayout solved = solveDefinition(display.layout, wanted, display.visibleFrame.size, input_.tileInset);
-    const bool everyoneFits = std::all_of(wanted.begin(), wanted.end(), [&](const auto& entry) {
-        return !solved.unsatisfiedTileIDs.contains(entry.first) || d.solved.unsatisfiedTileIDs.contains(entry.first);
-    });
-    if (everyoneFits) return {{slot}, true};
-
-    std::set<std::string> occupied = display.reservedSlotIDs;
+    const ArrangementCandidate& wanted = input_.candidates[candidate];
+    const auto needed = roomOn(desk).tilesFor(wanted.window.id, wanted.minimumSize, slots[slot].id);
+    Fit fit{slot};
+    bool isBesideFullScreen = false;
     for (std::size_t s = 0; s < slots.size(); ++s) {
-        if (d.holder[s]) occupied.insert(slots[s].id);
+        if (s == slot || std::ranges::find(needed, slots[s].id) == needed.end()) continue;
+        if (d.holder[s] && wasDisplaced_[*d.holder[s]]) return {};
+        isBesideFullScreen = isBesideFullScreen || display.reservedSlotIDs.contains(slots[s].id);
+        fit.push_back(s);
     }
-    const auto span = TileSpanPolicy::bestSpan(d.solved.slots, slots[slot].id, display.visibleFrame.size,
-                                               input_.tileInset, minimum, occupied);
-    Fit fit{{slot}, false};
-    if (!span) return fit;
-    for (std::size_t s = 0; s < slots.size(); ++s) {
-        const bool inSpan = std::any_of(span->slots.begin(), span->slots.end(),
-                                        [&](const TileSlot& spanned) { return spanned.id == slots[s].id; });
-        if (!inSpan || s == slot) continue;
-        // A full-screen window keeps its tile, and a window that had to give way once is not chased again.
-        const bool isKept =
-            display.reservedSlotIDs.contains(slots[s].id) || (d.holder[s] && wasDisplaced_[*d.holder[s]]);
-        if (isKept) return {{slot}, false};
-        fit.slots.push_back(s);
-    }
-    return fit;
+    if (!isBesideFullScreen) return fit;
+    return pushesSomeone(desk, fit) ? Fit{} : Fit{slot};
 }
 
 bool Planner::pushesSomeone(std::size_t desk, const Fit& fit) const {
-    return std::any_of(fit.slots.begin(), fit.slots.end(),
-                       [&](std::size_t slot) { return desks_[desk].holder[slot].has_value(); });
-}
-
-void Planner::solve(Desk& desk) const {
-    desk.solved =
-        solveDefinition(desk.display->layout, desk.minimumSizes, desk.display->visibleFrame.size, input_.tileInset);
+    return std::any_of(fit.begin(), fit.end(), [&](std::size_t slot) { return desks_[desk].holder[slot].has_value(); });
 }
 
 void Planner::vacate(std::size_t candidate) {
     Desk& d = desks_[seats_[candidate]->desk];
-    for (const std::size_t slot : seats_[candidate]->slots) {
-        d.holder[slot].reset();
-        d.minimumSizes.erase(d.display->solved.slots[slot].id);
-    }
-    solve(d);
+    for (const std::size_t slot : seats_[candidate]->slots) d.holder[slot].reset();
     seats_[candidate].reset();
     wasDisplaced_[candidate] = true;
 }
 
 void Planner::seat(std::size_t candidate, std::size_t desk, const Fit& fit, std::string reason) {
     Desk& d = desks_[desk];
-    for (const std::size_t slot : fit.slots) {
+    for (const std::size_t slot : fit) {
         if (d.holder[slot]) vacate(*d.holder[slot]);
         d.holder[slot] = candidate;
     }
-    const CGSize minimum = input_.candidates[candidate].minimumSize;
-    if (fit.isInItsTile && (minimum.width > 0 || minimum.height > 0)) {
-        d.minimumSizes[d.display->solved.slots[fit.slots.front()].id] = minimum;
-        solve(d);
+    seats_[candidate] = Seat{desk, fit, std::move(reason)};
+}
+
+bool Planner::isAnyTileFree() const {
+    for (std::size_t desk = 0; desk < desks_.size(); ++desk) {
+        for (std::size_t slot = 0; slot < desks_[desk].holder.size(); ++slot) {
+            if (isFree(desk, slot)) return true;
+        }
     }
-    seats_[candidate] = Seat{desk, fit.slots, std::move(reason)};
+    return false;
 }
 
 /// True when a window had to give way.
@@ -182,7 +178,7 @@ bool Planner::seatOn(std::size_t desk, Phase phase, Elbows elbows) {
         if (seats_[pair.candidate] || !isFree(desk, pair.slot)) continue;
         const Fit fit = fitFor(pair.candidate, desk, pair.slot);
         const bool pushes = pushesSomeone(desk, fit);
-        if (pushes && elbows == Elbows::in) continue;
+        if (fit.empty() || (pushes && elbows == Elbows::in)) continue;
         someoneGaveWay = someoneGaveWay || pushes;
         seat(pair.candidate, desk, fit,
              reasonFor(pair.score, input_.candidates[pair.candidate], desks_[desk].display->solved.slots[pair.slot]));
@@ -232,13 +228,20 @@ std::optional<AutoArrangePlacement> Planner::behindPlacement(std::size_t candida
     for (const Desk& desk : desks_) {
         for (std::size_t slot = 0; slot < desk.display->solved.slots.size(); ++slot) {
             const DisplayTileTarget target{desk.display->displayID, desk.display->solved.slots[slot]};
-            if (target.id() != *behind || !desk.holder[slot]) continue;
+            if (target.id() != *behind) continue;
             AutoArrangePlacement placement;
             placement.window = input_.candidates[candidate].window;
+            placement.isPrimary = false;
+            if (desk.display->reservedSlotIDs.contains(target.slot.id)) {
+                placement.target = target;
+                placement.explanation = describe(candidate) + " → behind the full-screen window in " +
+                                        target.slot.name + " on " + desk.display->name + ": it was stacked there";
+                return placement;
+            }
+            if (!desk.holder[slot]) continue;
             // A spanning window has one stack, at its anchor.
             const std::size_t anchor = seats_[*desk.holder[slot]]->slots.front();
             placement.target = {desk.display->displayID, desk.display->solved.slots[anchor]};
-            placement.isPrimary = false;
             placement.explanation = describe(candidate) + " → behind " + describe(*desk.holder[slot]) + " in " +
                                     placement.target.slot.name + " on " + desk.display->name + ": it was stacked there";
             return placement;
@@ -265,7 +268,8 @@ ArrangementPlan Planner::plan() {
         if (auto behind = behindPlacement(c)) {
             plan.placements.push_back(std::move(*behind));
         } else {
-            plan.surplus.push_back({input_.candidates[c].window, describe(c) + " → minimized: no tile was left"});
+            const std::string reason = isAnyTileFree() ? "no free tile has room for it" : "no tile was left";
+            plan.surplus.push_back({input_.candidates[c].window, describe(c) + " → minimized: " + reason});
         }
     }
     return plan;

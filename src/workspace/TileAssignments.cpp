@@ -146,7 +146,9 @@ void TileAssignments::mergeStacksInto(const std::string& anchorTargetID, const s
         waiting.insert(waiting.end(), stack->second.begin(), stack->second.end());
     }
     for (const auto& loser : displacedWindowIDs) {
-        if (!stackTargetOf(loser)) waiting.push_back(loser);
+        // A stack without a front window is out of reach of every command.
+        const auto stack = stackTargetOf(loser);
+        if (!stack || !assignedWindowIDs.contains(*stack)) waiting.push_back(loser);
     }
     for (const auto& id : waiting) insertIntoStack(anchorTargetID, id, StackPosition::behind);
 }

@@ -44,8 +44,8 @@ struct TileAssignments {
     /// Makes the window front of `targets` (anchor first) and of no other tile. Gives the windows that fronted one of
     /// them, each once, which lose all their tiles and their anchors but stay in their stacks.
     std::vector<std::string> assign(const std::string& windowID, const std::vector<std::string>& targets);
-    /// A spanning window's tiles share one stack, its anchor's: what waited in the others, and who fronted them, waits
-    /// there.
+    /// A spanning window's tiles share one stack, its anchor's: what waited in the others waits there, and so do
+    /// displaced windows whose own stack has no front window any more.
     void mergeStacksInto(const std::string& anchorTargetID, const std::vector<std::string>& targets,
                          const std::vector<std::string>& displacedWindowIDs);
     /// Puts who fronts a tile first in its stack, where it has one.

@@ -24,6 +24,7 @@
 #include "workspace/SessionKeeper.h"
 #include "workspace/SessionResumption.h"
 #include "workspace/TileAssignments.h"
+#include "workspace/TileRoom.h"
 #include "workspace/TransitionRecovery.h"
 #include "workspace/UndoHistory.h"
 #include "workspace/WindowCommand.h"
@@ -329,6 +330,8 @@ class WorkspaceController {
         std::vector<DisplayTileTarget> targets; // anchor first
     };
     std::optional<Covering> coveringFor(const ManagedWindow& window, const std::string& targetID) const;
+    std::optional<Covering> coveringOn(const Screen& screen, const std::vector<std::string>& slotIDs) const;
+    TileRoom roomOn(const Screen& screen) const;
     void place(const ManagedWindow& window, const Covering& covering, AccessibilityWindowService::BringToFront raise);
     void announceClaim(const ManagedWindow& window, const Covering& covering);
     void presentDisplaced(const std::vector<std::string>& displacedWindowIDs);
@@ -407,7 +410,11 @@ class WorkspaceController {
 
     // Windows that refuse (WorkspaceReflow.cpp)
     void reflow(const std::string& windowID);
-    void claimRoomWhereNeeded();
+    void claimRoomWhereNeeded(const std::string& first = {});
+    std::optional<std::pair<ManagedWindow, Covering>> nextClaimOn(const Screen& screen, const std::string& first,
+                                                                  const std::set<std::string>& done) const;
+    void moveOutOfTheWay(const Screen& screen, const std::pair<ManagedWindow, Covering>& claim);
+    std::optional<Covering> freeCoveringOn(const Screen& screen, const ManagedWindow& window) const;
     void relaxMinimums();
     void giveBackSpans();
 
@@ -508,7 +515,7 @@ class WorkspaceController {
     std::unordered_map<std::string, CGRect> interactiveWindowFramesByID_;
     ReflowPolicy reflow_;
     std::map<std::string, CGSize> minimumsToApply_;
-    std::map<std::string, CGSize> minimumsOfSpanning_; // as they were at the last poll
+    std::map<std::string, CGSize> minimumsOfSpanning_; // as they were at the last poll outside focus mode
     TransitionRecovery recovery_;
     std::vector<Screen> screensBeforeTransition_;
     DisplayAbsence absence_;

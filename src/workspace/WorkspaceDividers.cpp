@@ -43,8 +43,14 @@ bool WorkspaceController::beginDividerDrag(const DisplayLayoutDivider& target) {
     const Screen* screen = screenOf(target.displayID);
     if (!screen || layouts_.resolve(*screen, *state_.profile, catalogue()).id != target.layoutID) return false;
     abandonDrags();
+    layouts_.invalidate(target.displayID);
+    // A handle was drawn with the minimum sizes of that time; the weights must honor those of now.
+    const auto now = dividersOn(target.displayID);
+    const auto current =
+        std::ranges::find_if(now, [&](const DisplayLayoutDivider& divider) { return isSameDivider(divider, target); });
+    if (current == now.end()) return false;
     snapshotBeforeDrag_ = captureUndoSnapshot();
-    dividerDrag_.begin(target, state_.profile->weights(target.displayID, target.layoutID));
+    dividerDrag_.begin(*current, state_.profile->weights(target.displayID, target.layoutID));
     interactiveWindowFramesByID_.clear();
     for (const auto& [targetID, windowID] : assignments_.assignedWindowIDs) {
         const ManagedWindow* window = findLive(windowID);

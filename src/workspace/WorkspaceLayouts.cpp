@@ -287,6 +287,7 @@ bool WorkspaceController::setTileInset(double points) {
     setProfile(std::move(profile));
     layouts_.invalidateAll();
     state_.layoutRevision.set(*state_.layoutRevision + 1);
+    claimRoomWhereNeeded();
     reapplyTileFrames(Straying::any);
     services_.accessibility.flush();
     return true;

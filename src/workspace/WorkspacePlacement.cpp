@@ -46,44 +46,45 @@ CGSize WorkspaceController::minimumSizeOf(const ManagedWindow& window) const {
     return {std::max(own.width, seen.width), std::max(own.height, seen.height)};
 }
 
+TileRoom WorkspaceController::roomOn(const Screen& screen) const {
+    std::map<std::string, TileHolder> holders; // by window id
+    const std::string id = displayID(screen);
+    for (const auto& [target, windowID] : assignments_.assignedWindowIDs) {
+        const auto slot = slotIDOn(id, target);
+        if (!slot) continue;
+        TileHolder& holder = holders[windowID];
+        holder.slotIDs.emplace_back(*slot);
+        if (assignments_.targetOf(windowID) == target) std::swap(holder.slotIDs.front(), holder.slotIDs.back());
+    }
+    std::vector<TileHolder> all;
+    for (auto& [windowID, holder] : holders) {
+        holder.windowID = windowID;
+        if (const ManagedWindow* window = findLive(windowID)) holder.minimumSize = minimumSizeOf(*window);
+        all.push_back(std::move(holder));
+    }
+    return {layouts_.resolve(screen, *state_.profile, catalogue()), screen.visibleFrame.size, state_.profile->tileInset,
+            std::move(all)};
+}
+
 std::optional<WorkspaceController::Covering> WorkspaceController::coveringFor(const ManagedWindow& window,
                                                                               const std::string& targetID) const {
     const Screen* screen = screenOfTarget(targetID);
     if (!screen) return std::nullopt;
     const std::string display = displayID(*screen);
     const std::string slotID(*slotIDOn(display, targetID));
-    const LayoutDefinition& layout = layouts_.resolve(*screen, *state_.profile, catalogue());
+    return coveringOn(*screen, roomOn(*screen).tilesFor(window.id, minimumSizeOf(window), slotID));
+}
 
-    TileMinimumSizes others = tileMinimumSizes(display);
-    for (const auto& target : assignments_.targetsOf(window.id)) {
-        if (const auto own = slotIDOn(display, target)) others.erase(std::string(*own));
+/// Absent for no slot at all.
+std::optional<WorkspaceController::Covering>
+WorkspaceController::coveringOn(const Screen& screen, const std::vector<std::string>& slotIDs) const {
+    const auto& slots = solvedTiles(screen).slots;
+    Covering covering;
+    for (const auto& slotID : slotIDs) {
+        const auto slot = std::ranges::find(slots, slotID, &TileSlot::id);
+        if (slot != slots.end()) covering.targets.push_back({displayID(screen), *slot});
     }
-    others.erase(slotID);
-    const CGSize visibleSize = screen->visibleFrame.size;
-    const double inset = state_.profile->tileInset;
-    const SolvedLayout without = solveDefinition(layout, others, visibleSize, inset);
-    const auto slot = std::find_if(without.slots.begin(), without.slots.end(),
-                                   [&](const TileSlot& candidate) { return candidate.id == slotID; });
-    if (slot == without.slots.end()) return std::nullopt;
-    const Covering single{{{display, *slot}}};
-
-    const CGSize minimum = minimumSizeOf(window);
-    TileMinimumSizes together = others;
-    if (minimum.width > 0 || minimum.height > 0) together[slotID] = minimum;
-    const SolvedLayout with = solveDefinition(layout, together, visibleSize, inset);
-    if (!with.unsatisfiedTileIDs.contains(slotID)) return single;
-
-    std::set<std::string> occupied;
-    for (const auto& [target, holder] : assignments_.assignedWindowIDs) {
-        const auto held = slotIDOn(display, target);
-        if (held && holder != window.id) occupied.emplace(*held);
-    }
-    const auto span = TileSpanPolicy::bestSpan(without.slots, slotID, visibleSize, inset, minimum, occupied);
-    if (!span) return single;
-    Covering covering = single;
-    for (const auto& spanned : span->slots) {
-        if (spanned.id != slotID) covering.targets.push_back({display, spanned});
-    }
+    if (covering.targets.empty()) return std::nullopt;
     return covering;
 }
 

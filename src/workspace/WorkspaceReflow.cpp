@@ -24,7 +24,7 @@ void WorkspaceController::minimumSizeObserved(const std::string& windowID, const
     if (actual.size.height > wanted.size.height + kRefusalPoints) {
         minimum.height = std::max(minimum.height, actual.size.height);
     }
-    if (minimum == before) return;
+    if (minimum == before) return makeRoomFor(ManagedWindow(*window)); // known, and yet it does not fit
     minimumsToApply_[windowID] = minimum;
     reflow(windowID);
 }
@@ -55,39 +55,93 @@ void WorkspaceController::reflow(const std::string& windowID) {
     makeRoomFor(ManagedWindow(*window));
 }
 
-/// The tiles are solved again with what was learnt; a window that still does not fit claims a span.
+/// The tiles are solved again with what was learnt; where that is not enough the window claims a span.
 void WorkspaceController::makeRoomFor(const ManagedWindow& window) {
-    const auto target = assignments_.targetOf(window.id);
-    if (!target || (*state_.focusMode && (*state_.focusMode)->windowID == window.id)) return;
+    if (!assignments_.isAssigned(window.id) || suspension_.isSuspended()) return; // then a later poll does it
     state_.layoutRevision.set(*state_.layoutRevision + 1);
-    const auto covering = coveringFor(window, *target);
-    if (covering && covering->targets.size() > assignments_.targetsOf(window.id).size()) {
-        place(window, *covering, AccessibilityWindowService::BringToFront::no);
-        publishAssignments();
-    }
+    claimRoomWhereNeeded(window.id);
     reapplyTileFrames();
     services_.accessibility.flush();
 }
 
-/// A window whose known minimum does not fit its tile under a new layout claims a span at once.
-void WorkspaceController::claimRoomWhereNeeded() {
-    std::vector<std::pair<ManagedWindow, Covering>> claims;
-    for (const auto& screen : *state_.screens) {
-        const std::set<std::string> unsatisfied = solvedTiles(screen).unsatisfiedTileIDs;
-        for (const auto& slotID : unsatisfied) {
-            const auto front = assignments_.assignedWindowIDs.find(tileTargetID(displayID(screen), slotID));
-            const ManagedWindow* window =
-                front == assignments_.assignedWindowIDs.end() ? nullptr : findLive(front->second);
-            if (!window || isLeftAlone(*window)) continue;
-            const auto covering = coveringFor(*window, front->first);
-            if (covering && covering->targets.size() > 1) claims.emplace_back(*window, *covering);
+/// Windows that their tiles are too small for claim spans, `first` before all others. Ends, as every claim takes tiles
+/// that the window did not have.
+void WorkspaceController::claimRoomWhereNeeded(const std::string& first) {
+    bool hasClaimed = false;
+    for (const Screen& screen : std::vector<Screen>(*state_.screens)) {
+        if (*state_.focusMode && (*state_.focusMode)->displayID == displayID(screen)) continue;
+        std::set<std::string> done; // once each, so that two windows cannot take turns
+        while (const auto claim = nextClaimOn(screen, first, done)) {
+            done.insert(claim->first.id);
+            moveOutOfTheWay(screen, *claim);
+            place(claim->first, claim->second, AccessibilityWindowService::BringToFront::no);
+            hasClaimed = true;
         }
     }
-    for (const auto& [window, covering] : claims) {
-        // An earlier claim may have taken its tile.
-        if (assignments_.isAssigned(window.id)) place(window, covering, AccessibilityWindowService::BringToFront::no);
+    if (hasClaimed) publishAssignments();
+}
+
+std::optional<std::pair<ManagedWindow, WorkspaceController::Covering>>
+WorkspaceController::nextClaimOn(const Screen& screen, const std::string& first,
+                                 const std::set<std::string>& done) const {
+    const TileRoom room = roomOn(screen);
+    auto cramped = room.cramped();
+    std::ranges::stable_partition(cramped, [&](const std::string& id) { return id == first; });
+    for (const auto& windowID : cramped) {
+        const ManagedWindow* window = findLive(windowID);
+        const auto anchor = assignments_.targetOf(windowID);
+        if (done.contains(windowID) || !window || !anchor || isLeftAlone(*window)) continue;
+        const auto slot = slotIDOn(displayID(screen), *anchor);
+        if (!slot) continue;
+        const auto slots = room.tilesFor(windowID, minimumSizeOf(*window), std::string(*slot));
+        const auto own = assignments_.targetsOf(windowID);
+        const bool isMore = std::ranges::any_of(slots, [&](const std::string& id) {
+            return std::ranges::find(own, tileTargetID(displayID(screen), id)) == own.end();
+        });
+        const auto losers = room.holdersOf(slots, windowID);
+        const bool takesFromFullScreen = std::ranges::any_of(losers, [&](const std::string& id) {
+            const ManagedWindow* loser = findLive(id);
+            return loser && loser->isFullScreen;
+        });
+        if (!isMore || takesFromFullScreen) continue;
+        if (auto covering = coveringOn(screen, slots)) return std::pair{*window, *std::move(covering)};
     }
-    if (!claims.empty()) publishAssignments();
+    return std::nullopt;
+}
+
+/// Windows that a claim takes tiles from go to tiles that are free, as far as they fit there; the others will wait
+/// behind it.
+void WorkspaceController::moveOutOfTheWay(const Screen& screen, const std::pair<ManagedWindow, Covering>& claim) {
+    std::vector<std::string> claimed;
+    for (const auto& target : claim.second.targets) claimed.push_back(target.slot.id);
+    for (const auto& windowID : roomOn(screen).holdersOf(claimed, claim.first.id)) {
+        const ManagedWindow* live = findLive(windowID);
+        if (!live || isLeftAlone(*live)) continue;
+        const ManagedWindow window = *live;
+        TileAssignments before = assignments_;
+        assignments_.remove(windowID);
+        std::vector<std::string> targets;
+        for (const auto& target : claim.second.targets) targets.push_back(target.id());
+        (void)assignments_.assign(claim.first.id, targets);
+        auto covering = freeCoveringOn(screen, window);
+        assignments_ = std::move(before);
+        if (covering) place(window, *covering, AccessibilityWindowService::BringToFront::no);
+    }
+}
+
+/// The first free tile, or span of free tiles, that has room for the window.
+std::optional<WorkspaceController::Covering> WorkspaceController::freeCoveringOn(const Screen& screen,
+                                                                                 const ManagedWindow& window) const {
+    const TileRoom room = roomOn(screen);
+    for (const auto& slot : solvedTiles(screen).slots) {
+        const auto slots = room.tilesFor(window.id, minimumSizeOf(window), slot.id);
+        const bool isFree =
+            room.holdersOf(slots, window.id).empty() && std::ranges::none_of(slots, [&](const auto& id) {
+                return assignments_.stackWindowIDsByTarget.contains(tileTargetID(displayID(screen), id));
+            });
+        if (isFree) return coveringOn(screen, slots);
+    }
+    return std::nullopt;
 }
 
 /// A window that has stayed well below its remembered minimum does not need it any more.
@@ -108,18 +162,19 @@ void WorkspaceController::relaxMinimums() {
     state_.observedMinimumSizes.set(std::move(observed));
 }
 
-/// A window that needs less than it did keeps only as many tiles as it now needs.
+/// A window that needs less than when it claimed its span keeps only as many tiles as it now needs. Not in focus mode,
+/// whose end restores the tiles as they were.
 void WorkspaceController::giveBackSpans() {
-    std::map<std::string, CGSize> before = std::exchange(minimumsOfSpanning_, {});
+    if (*state_.focusMode) return;
+    const auto& anchors = assignments_.anchorTargetIDsByWindowID;
+    std::erase_if(minimumsOfSpanning_, [&](const auto& entry) { return !anchors.contains(entry.first); });
     std::vector<ManagedWindow> modest;
-    for (const auto& [windowID, anchor] : assignments_.anchorTargetIDsByWindowID) {
+    for (const auto& [windowID, anchor] : anchors) {
         const ManagedWindow* window = findLive(windowID);
         if (!window) continue;
         const CGSize now = minimumSizeOf(*window);
-        minimumsOfSpanning_[windowID] = now;
-        const auto last = before.find(windowID);
-        const bool needsLess =
-            last != before.end() && (now.width < last->second.width || now.height < last->second.height);
+        const CGSize then = std::exchange(minimumsOfSpanning_.try_emplace(windowID, now).first->second, now);
+        const bool needsLess = now.width < then.width || now.height < then.height;
         if (needsLess && reflow_.mayGiveBackSpan(windowID)) modest.push_back(*window);
     }
     for (const ManagedWindow& window : modest) {

@@ -81,6 +81,7 @@ void WorkspaceController::presentPoll(bool isRecovering) {
     }
     relaxMinimums();
     giveBackSpans();
+    if (!isRecovering) claimRoomWhereNeeded();
     noteTileGeometry();
     reapplyTileFrames();
     processPendingApplicationPlacements();

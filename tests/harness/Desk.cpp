@@ -173,6 +173,14 @@ Desk& Desk::advance(Seconds duration) {
     return *this;
 }
 
+Desk& Desk::rest() {
+    advance(Seconds(20));
+    std::vector<std::string> broken;
+    if (isManaging() && isSettled_ && !isRecovering()) checkTiledWindowsDoNotOverlap(broken, MinimumSizes::all);
+    for (const auto& promise : broken) ADD_FAILURE() << promise << "\non the screen: " << desktop.picture();
+    return *this;
+}
+
 // What there is to see
 
 std::string Desk::describeTile(const WorkspaceTile& tile) {

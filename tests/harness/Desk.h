@@ -8,7 +8,8 @@
 // Every step ends with the standing promises: tiles fill their display and do not overlap, no window is in two tiles
 // but as a span, stacks and anchors agree with the assignments, what is published is what is so, and no call breaks a
 // promise of the seam. Once settled also: only living windows are held, every window that does as it is told rests in
-// its tile, and none lies outside all displays. When the desk is cleared, no work is left in the queue.
+// its tile, none lies outside all displays, and tiled windows that are as large as they must be do not overlap. When
+// the desk is cleared, no work is left in the queue.
 #pragma once
 
 #include "app/AppDelegate.h"
@@ -68,6 +69,8 @@ class Desk {
     // Time
     Desk& advance(Seconds duration);
     Desk& settle() { return advance(kSettlingTime); }
+    /// Long enough for windows to show minimum sizes that they have not told, and for others to give way.
+    Desk& rest();
 
     // What there is to see, as one line each. A failure shows the whole screen.
     /// Per tile in layout order the window in front with its frame in window-service space, then those behind it:
@@ -101,6 +104,8 @@ class Desk {
     void checkTilesFillTheirDisplays(std::vector<std::string>& broken);
     void checkAssignments(std::vector<std::string>& broken);
     void checkWindowsAreAtRest(std::vector<std::string>& broken);
+    enum class MinimumSizes { told, all };
+    void checkTiledWindowsDoNotOverlap(std::vector<std::string>& broken, MinimumSizes considered);
 
     std::unique_ptr<AppDelegate> delegate_;
     std::string lastDisplay_;

@@ -47,7 +47,10 @@ void Desk::checkPromises() {
     const bool recovers = isRecovering();
     if (isManaging()) {
         checkTilesFillTheirDisplays(broken);
-        if (isSettled_ && !recovers) checkWindowsAreAtRest(broken);
+        if (isSettled_ && !recovers) {
+            checkWindowsAreAtRest(broken);
+            checkTiledWindowsDoNotOverlap(broken, MinimumSizes::told);
+        }
     }
     for (const auto& promise : broken) ADD_FAILURE() << promise << "\non the screen: " << desktop.picture();
 }
@@ -105,6 +108,38 @@ void Desk::checkAssignments(std::vector<std::string>& broken) {
     if (*published.assignedWindowIDs != assignments.assignedWindowIDs ||
         *published.stackWindowIDsByTarget != assignments.stackWindowIDsByTarget) {
         broken.push_back("what is published differs from what is so");
+    }
+}
+
+/// Of windows that take every frame down to their minimum size. One that is larger than its whole display overlaps
+/// whatever is done.
+void Desk::checkTiledWindowsDoNotOverlap(std::vector<std::string>& broken, MinimumSizes considered) {
+    std::map<std::string, CGRect> frames; // by label
+    for (const auto& tile : controller().tiles()) {
+        if (!tile.windowID || *controller().state().focusMode) continue;
+        const auto label = desktop.labelOfID(*tile.windowID);
+        if (label == *tile.windowID) continue; // gone, and not noticed yet
+        const auto& window = desktop.window(label);
+        const auto minimum = window.leastSize();
+        const auto screens = desktop.screens();
+        const auto screen =
+            std::ranges::find_if(screens, [&](const Screen& shown) { return displayID(shown) == tile.displayID; });
+        if (screen == screens.end()) continue; // the controller hears of it with the next event
+        const CGSize display = screen->visibleFrame.size;
+        const bool isKnown = considered == MinimumSizes::all || !window.traits().secretMinimumSize;
+        const bool isPossible = minimum && minimum->width < display.width - 40 && minimum->height < display.height - 70;
+        if (!isKnown || !isPossible || !desktop.isAnswering(window) || !desktop.isOnScreen(window) ||
+            window.isFullScreen || foundAtRestart_.contains(label)) {
+            continue;
+        }
+        frames[label] = desktop.frameForWindowService(window);
+    }
+    for (auto a = frames.begin(); a != frames.end(); ++a) {
+        for (auto b = std::next(a); b != frames.end(); ++b) {
+            if (overlap(insetBy(a->second, kTolerance), insetBy(b->second, kTolerance))) {
+                broken.push_back(a->first + " and " + b->first + " overlap: " + tiles());
+            }
+        }
     }
 }
 

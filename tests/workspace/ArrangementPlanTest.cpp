@@ -115,6 +115,30 @@ TEST(ArrangementPlan, AFullScreenWindowsTileIsNotGivenAway) {
     table.window("Codex");
     table.window("Mail");
     EXPECT_EQ(table.plan(), "Codex:secondary-1 Mail:surplus");
+    table.input.candidates.back().stackedBehindID = "D::focus-main";
+    EXPECT_EQ(table.plan(), "Codex:secondary-1 Mail behind:focus-main") << "and who waits there goes on waiting";
+}
+
+TEST(ArrangementPlan, ATallWindowGetsATileThatIsTallEnoughWhereOneIsFree) {
+    Table table;
+    table.display("D", "jarvis.command-center");
+    table.window("Console").minimumSize = {300, 600};
+    EXPECT_EQ(table.plan(), "Console:focus-right-bottom") << "the utility tile is too flat";
+    for (auto& candidate : table.input.candidates) candidate.minimumSize = {300, 100};
+    EXPECT_EQ(table.plan(), "Console:focus-utility");
+}
+
+TEST(ArrangementPlan, NeitherOfTwoLargeWindowsIsCoveredByTheOther) {
+    Table table;
+    table.display("D", "jarvis.quad-grid");
+    table.window("Codex").minimumSize = {1702, 400};
+    table.window("Mail").minimumSize = {1002, 400};
+    table.input.candidates.back().currentTargetID = "D::secondary-1";
+    EXPECT_EQ(table.plan(), "Codex:focus-main Mail:secondary-2") << "side by side they do not fit";
+    // A spanning window is no less in need of its room than one in a single tile.
+    table.input.candidates.back().minimumSize = {700, 1300};
+    table.window("Firefox").minimumSize = {2000, 300};
+    EXPECT_EQ(table.plan(), "Codex:focus-main Mail:secondary-1+secondary-3 Firefox:surplus");
 }
 
 TEST(ArrangementPlan, ALargeWindowGrowsItsTileOrClaimsItsNeighbour) {
@@ -136,7 +160,8 @@ TEST(ArrangementPlan, ALargeWindowGrowsItsTileOrClaimsItsNeighbour) {
     hopeless.display("D", "jarvis.dual-split");
     hopeless.window("Codex").minimumSize = {9000, 9000};
     hopeless.window("Mail");
-    EXPECT_EQ(hopeless.plan(), "Codex:focus-main Mail:secondary-1") << "nothing would help, so nobody is pushed aside";
+    EXPECT_EQ(hopeless.plan(), "Codex:focus-main+secondary-1 Mail:surplus")
+        << "it covers the whole display in any case";
 }
 
 TEST(ArrangementPlan, ALargeWindowPushesASmallerOneAsideOnceAndItFindsAnotherTile) {

@@ -71,7 +71,13 @@ class RandomDay {
 
     WindowTraits anyTraits() {
         WindowTraits traits{.frame = anyFrame()};
-        switch (below(25)) {
+        switch (below(16)) {
+        case 10:
+            traits.secretMinimumSize = CGSize{static_cast<double>(500 + below(1300)), 300};
+            break;
+        case 11:
+            traits.minimumSize = CGSize{static_cast<double>(500 + below(1300)), static_cast<double>(below(900))};
+            break;
         case 0:
             traits.minimumSize = CGSize{static_cast<double>(below(2000)), static_cast<double>(below(1200))};
             break;
@@ -231,7 +237,11 @@ class RandomDay {
         // At once, in the midst of the passes, between two polls, or when all is at rest, which it is not in the hand.
         const Seconds longest = isInterrupted_ ? Seconds(0.9) : Desk::kSettlingTime;
         const Seconds pause = anyOf({Seconds(0), Seconds(0.1), Seconds(0.5), Seconds(0.9), longest});
-        desk_.advance(pause);
+        if (!isInterrupted_ && chance(12)) {
+            desk_.rest();
+        } else {
+            desk_.advance(pause);
+        }
         story_ += "\n    " + desk_.desktop.picture();
     }
     /// A day of sleep, locks and missing displays would show little.
@@ -253,9 +263,9 @@ class RandomDay {
         for (const auto& application : desktop.runningApplications())
             desktop.setAnswering(*application.localizedName, true);
         endTrouble();
-        desk_.advance(Seconds(20)).arrange();
+        desk_.rest().arrange();
         withAnyWindow([&](const auto& label) { desk_.desktop.moveByHand(label, anyFrame()); });
-        desk_.advance(Seconds(20)); // a window that refuses its tile is asked more than once
+        desk_.rest(); // a window that refuses its tile is asked more than once
         EXPECT_EQ(desk_.framesWrittenWithin(Seconds(30)), 0) << "it never comes to rest: " << desktop.picture();
     }
 

@@ -11,6 +11,17 @@ namespace {
 using enum TileAssignments::StackPosition;
 using IDs = std::vector<std::string>;
 
+TEST(TileAssignments, ALoserWaitsWhereAFrontWindowIs) {
+    TileAssignments tiles;
+    (void)tiles.assign("wide", {"D::a", "D::b"});
+    tiles.insertIntoStack("D::a", "wide", TileAssignments::StackPosition::front);
+    tiles.insertIntoStack("D::a", "other", TileAssignments::StackPosition::behind);
+    tiles.insertIntoStack("D::b", "newcomer", TileAssignments::StackPosition::front);
+    tiles.mergeStacksInto("D::b", {"D::b"}, tiles.assign("newcomer", {"D::b"}));
+    EXPECT_EQ(tiles.stackTargetOf("wide"), "D::b");
+    EXPECT_EQ(tiles.stackTargetOf("other"), "D::a");
+}
+
 TEST(TileAssignments, ANewcomerTakesTheTileAndTheLoserWaitsBehindIt) {
     TileAssignments tiles;
     EXPECT_TRUE(tiles.assign("mail", {"D::a"}).empty());

@@ -41,10 +41,18 @@ SimulatedWindow::SimulatedWindow(std::uint64_t number, pid_t processIdentifier, 
 }
 
 bool SimulatedWindow::isObedient() const {
-    return traits_.role == "AXWindow" && traits_.unreadable.empty() && !traits_.minimumSize &&
-           !traits_.secretMinimumSize && !traits_.maximumSize && traits_.cell == CGSize{} && !traits_.refusesToMove &&
-           !traits_.refusesToResize && !traits_.clampsToDisplay && traits_.answersAfter <= Seconds(0) &&
-           traits_.springsBackTimes == 0 && traits_.vanishesAtWrite == 0;
+    return leastSize() && !traits_.minimumSize && !traits_.secretMinimumSize && !traits_.maximumSize &&
+           traits_.cell == CGSize{};
+}
+
+std::optional<CGSize> SimulatedWindow::leastSize() const {
+    const bool isPlain = traits_.role == "AXWindow" && traits_.unreadable.empty() && !traits_.refusesToMove &&
+                         !traits_.refusesToResize && !traits_.clampsToDisplay && traits_.answersAfter <= Seconds(0) &&
+                         traits_.springsBackTimes == 0 && traits_.vanishesAtWrite == 0;
+    if (!isPlain) return std::nullopt;
+    const CGSize told = traits_.minimumSize.value_or(CGSize{});
+    const CGSize secret = traits_.secretMinimumSize.value_or(CGSize{});
+    return CGSize{std::max(told.width, secret.width), std::max(told.height, secret.height)};
 }
 
 CGRect SimulatedWindow::frameMovedTo(CGPoint origin, const CGRect& displayFrame) const {

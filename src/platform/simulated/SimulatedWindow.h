@@ -57,6 +57,8 @@ class SimulatedWindow {
     const WindowTraits& traits() const { return traits_; }
     /// Takes a frame as it is told, whatever it is.
     bool isObedient() const;
+    /// The size below which it stays, for a window that otherwise takes a frame as it is told; absent for others.
+    std::optional<CGSize> leastSize() const;
 
     /// From now on it needs less, or more, and says so.
     void setMinimumSize(std::optional<CGSize> size) { traits_.minimumSize = size; }

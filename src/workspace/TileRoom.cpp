@@ -1,0 +1,137 @@
+#include "workspace/TileRoom.h"
+
+#include "layout/SpanFrame.h"
+
+#include <algorithm>
+
+namespace kova {
+
+namespace {
+
+constexpr double kFitTolerancePoints = 0.5; // as the solver's
+
+bool contains(const std::vector<std::string>& ids, const std::string& id) {
+    return std::find(ids.begin(), ids.end(), id) != ids.end();
+}
+
+bool hasAny(const CGSize& size) {
+    return size.width > 0 || size.height > 0;
+}
+
+} // namespace
+
+TileRoom::TileRoom(const LayoutDefinition& layout, CGSize visibleSize, double tileInset,
+                   std::vector<TileHolder> holders) :
+    layout_(&layout),
+    visibleSize_(visibleSize), tileInset_(tileInset), holders_(std::move(holders)) {}
+
+TileRoom TileRoom::with(std::vector<TileHolder> holders) const {
+    return {*layout_, visibleSize_, tileInset_, std::move(holders)};
+}
+
+std::vector<TileHolder> TileRoom::withoutHoldersOf(const std::vector<std::string>& slotIDs,
+                                                   const std::string& windowID) const {
+    const auto leaving = holdersOf(slotIDs, windowID);
+    std::vector<TileHolder> rest;
+    for (const auto& holder : holders_) {
+        if (holder.windowID != windowID && !leaving.contains(holder.windowID)) rest.push_back(holder);
+    }
+    return rest;
+}
+
+std::set<std::string> TileRoom::holdersOf(const std::vector<std::string>& slotIDs,
+                                          const std::string& exceptWindowID) const {
+    std::set<std::string> found;
+    for (const auto& holder : holders_) {
+        const bool holdsOne = std::any_of(holder.slotIDs.begin(), holder.slotIDs.end(),
+                                          [&](const std::string& slot) { return contains(slotIDs, slot); });
+        if (holdsOne && holder.windowID != exceptWindowID) found.insert(holder.windowID);
+    }
+    return found;
+}
+
+/// As the display shows it: only windows that keep to one tile have a say in the sizes of tiles.
+SolvedLayout TileRoom::solved() const {
+    TileMinimumSizes sizes;
+    for (const auto& holder : holders_) {
+        if (holder.slotIDs.size() == 1 && hasAny(holder.minimumSize)) sizes[holder.slotIDs[0]] = holder.minimumSize;
+    }
+    return solveDefinition(*layout_, sizes, visibleSize_, tileInset_);
+}
+
+CGSize TileRoom::attainable(CGSize minimumSize, const SolvedLayout& solved) const {
+    if (solved.slots.empty()) return minimumSize;
+    CGRect all = solved.slots.front().normalizedFrame;
+    for (const auto& slot : solved.slots) all = unionOf(all, slot.normalizedFrame);
+    return {std::min(minimumSize.width, std::max(0.0, all.size.width * visibleSize_.width - 2 * tileInset_)),
+            std::min(minimumSize.height, std::max(0.0, all.size.height * visibleSize_.height - 2 * tileInset_))};
+}
+
+bool TileRoom::isCramped(const TileHolder& holder, const SolvedLayout& solved) const {
+    if (!hasAny(holder.minimumSize)) return false;
+    std::vector<CGRect> own, others;
+    for (std::size_t i = 0; i < solved.slots.size(); ++i) {
+        (contains(holder.slotIDs, solved.slots[i].id) ? own : others).push_back(solved.frames[i]);
+    }
+    if (own.empty()) return false;
+    const CGSize cell = own.size() == 1 ? own.front().size : frameOfSpan(own, others).size;
+    const CGSize least = attainable(holder.minimumSize, solved);
+    return cell.width - 2 * tileInset_ < least.width - kFitTolerancePoints ||
+           cell.height - 2 * tileInset_ < least.height - kFitTolerancePoints;
+}
+
+std::vector<std::string> TileRoom::cramped() const {
+    std::vector<std::string> found;
+    const SolvedLayout solved = this->solved();
+    for (const auto& holder : holders_) {
+        if (isCramped(holder, solved)) found.push_back(holder.windowID);
+    }
+    return found;
+}
+
+std::vector<std::string> TileRoom::tilesFor(const std::string& windowID, CGSize minimumSize,
+                                            const std::string& slotID) const {
+    std::vector<std::string> slots = {slotID};
+    std::set<std::string> occupied;
+    for (const auto& holder : holders_) {
+        if (holder.windowID != windowID) occupied.insert(holder.slotIDs.begin(), holder.slotIDs.end());
+    }
+    TileRoom others = with(withoutHoldersOf(slots, windowID));
+    const auto alone = others.solved();
+    if (std::none_of(alone.slots.begin(), alone.slots.end(), [&](const auto& slot) { return slot.id == slotID; })) {
+        return {};
+    }
+
+    const auto isCrampedIn = [&](const TileRoom& room, const std::vector<std::string>& own) {
+        auto holders = room.holders_;
+        holders.push_back({windowID, own, minimumSize});
+        const auto before = room.cramped();
+        const auto after = room.with(std::move(holders)).cramped();
+        return std::any_of(after.begin(), after.end(), [&](const auto& id) { return !contains(before, id); });
+    };
+    if (!isCrampedIn(others, slots)) return slots;
+
+    // Tiles change their sizes as windows leave them, so that a span may prove too small once it is taken. Beside a
+    // window that made its tile larger, tiles no longer line up; those of the layout itself may still be a span then.
+    for (;;) {
+        std::vector<std::vector<std::string>> spans;
+        for (const SolvedLayout& solved : {others.solved(), with({}).solved()}) {
+            const auto span = TileSpanPolicy::bestSpan(solved.slots, slotID, visibleSize_, tileInset_,
+                                                       attainable(minimumSize, solved), occupied);
+            spans.push_back({slotID});
+            for (const auto& slot : span ? span->slots : std::vector<TileSlot>{}) {
+                if (slot.id != slotID) spans.back().push_back(slot.id);
+            }
+        }
+        std::ranges::stable_sort(spans, {}, &std::vector<std::string>::size);
+        for (const auto& span : spans) {
+            if (!isCrampedIn(with(others.withoutHoldersOf(span, windowID)), span)) return span;
+        }
+        slots = spans.back();
+        auto rest = others.withoutHoldersOf(slots, windowID);
+        if (rest.size() == others.holders_.size()) return slots;
+        others = with(std::move(rest));
+    }
+}
+
+} // namespace kova

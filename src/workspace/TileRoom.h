@@ -1,0 +1,50 @@
+// Whether the windows in the tiles of one display have the room that they need, and which tiles a window takes that
+// does not fit a single one. Values only: an arrangement and every single placement decide by the same rules.
+#pragma once
+
+#include "layout/LayoutCatalogue.h"
+#include "layout/TileSpans.h"
+
+#include <set>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+/// A window in front of one tile, or of the tiles of one span.
+struct TileHolder {
+    std::string windowID;
+    std::vector<std::string> slotIDs; // anchor first
+    CGSize minimumSize{};             // points; 0 where none is known
+};
+
+class TileRoom {
+  public:
+    /// `layout` must outlive the object; `visibleSize` and `tileInset` are in points.
+    TileRoom(const LayoutDefinition& layout, CGSize visibleSize, double tileInset, std::vector<TileHolder> holders);
+
+    /// The holders whose tiles leave them less than they need. A window that needs more than all tiles together offer
+    /// counts as one that needs just these.
+    std::vector<std::string> cramped() const;
+    /// The tiles that the window takes when it is put into the slot, anchor first: the slot alone where every holder
+    /// keeps the room that it has, otherwise the preferred span in which the window fits. The present holders of these
+    /// tiles lose theirs. Empty when the layout has no such slot.
+    std::vector<std::string> tilesFor(const std::string& windowID, CGSize minimumSize, const std::string& slotID) const;
+    /// The holders, other than the window, of any of the slots.
+    std::set<std::string> holdersOf(const std::vector<std::string>& slotIDs, const std::string& exceptWindowID) const;
+
+  private:
+    TileRoom with(std::vector<TileHolder> holders) const;
+    std::vector<TileHolder> withoutHoldersOf(const std::vector<std::string>& slotIDs,
+                                             const std::string& windowID) const;
+    SolvedLayout solved() const;
+    CGSize attainable(CGSize minimumSize, const SolvedLayout& solved) const;
+    bool isCramped(const TileHolder& holder, const SolvedLayout& solved) const;
+
+    const LayoutDefinition* layout_;
+    CGSize visibleSize_;
+    double tileInset_;
+    std::vector<TileHolder> holders_;
+};
+
+} // namespace kova
