@@ -156,6 +156,10 @@ constexpr std::array kVerbs = std::to_array<Verb>({
     {"app force-quit", "app.forceQuit", "end the application of a window without asking it",
      "What was not saved is lost. What the desktop consists of stays open.", "kova app force-quit notes",
      kRequiredWindow, printMessage},
+    {"app forget", "app.forget", "drop what was learned of an application",
+     "The minimum sizes that its windows have shown, and the tiles in which it is usually kept. Its windows are then "
+     "put into tiles as if they were new, and what they show is learned again.",
+     "kova app forget xterm", kApplication, printMessage},
     {"force-quit-all", "forceQuitAll", "end all open applications without asking them",
      "Names them and asks first; where there is no terminal to ask at it needs --yes. The agent, the file manager and "
      "what else the desktop consists of stay open.",

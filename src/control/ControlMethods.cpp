@@ -166,6 +166,8 @@ class ControlMethods::Table {
             [&controller](const Call& call) { return endApplication(controller, call.parameters, Ending::quit); });
         add("app.forceQuit", {"window"},
             [&controller](const Call& call) { return endApplication(controller, call.parameters, Ending::forceQuit); });
+        add("app.forget", {"application"},
+            [&controller](const Call& call) { return forgetApplication(controller, call.parameters); });
         add("forceQuitAll", {"confirmed"},
             [&controller](const Call& call) { return forceQuitAll(controller, call.parameters); });
     }

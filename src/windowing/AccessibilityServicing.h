@@ -4,6 +4,7 @@
 #pragma once
 
 #include "support/Geometry.h"
+#include "windowing/WindowSizeHints.h"
 
 #include <sys/types.h>
 
@@ -95,6 +96,12 @@ class AccessibilityServicing {
     /// deadline pass, until a poll has had an answer. Without permission nothing is known.
     virtual std::vector<AttributeValue> readAttributes(const AccessibilityElement& element,
                                                        std::span<const AccessibilityAttribute> attributes) const = 0;
+
+    /// Which sizes the window takes; absent where the desktop has no such hints, as on a Mac. Any thread.
+    virtual std::optional<WindowSizeHints> sizeHints(const AccessibilityElement&) const { return std::nullopt; }
+    /// Whether the sizes that windows show now are their own: false for about two seconds after the window manager was
+    /// replaced, and while the window gets other decorations. Main thread.
+    virtual bool areSizesReliable(const AccessibilityElement&) const { return true; }
 
     /// Writes the attributes in the order given, as one request where the desktop can: a position and a size written
     /// together move and size a window at once. A refused write is dropped silently. Main thread.

@@ -54,7 +54,7 @@ class AccessibilityWindowService {
     enum class BringToFront { no, yes };
     /// Writes the frame (window-service space) and verifies it in four passes over the next 0.65 s; a newer request for
     /// the window ends the passes of the older one. `onMinimumSizeObserved` is told once, on the last pass, the frame
-    /// of a window that refuses to shrink.
+    /// of a window that refuses to shrink, if it had the same size in the pass before and its sizes are reliable.
     void setFrame(const ManagedWindow& window, const CGRect& frame, BringToFront bringToFront,
                   std::function<void(CGRect)> onMinimumSizeObserved);
     /// One immediate write while the user drags; ends the pending passes of the window.
@@ -80,6 +80,7 @@ class AccessibilityWindowService {
     std::optional<std::pair<pid_t, AccessibilityElement>> windowElement(CGPoint pointOnScreen) const;
     /// Id of the focused window of the front application; absent when there is none.
     std::optional<std::string> focusedWindowID() const;
+    bool areSizesReliable(const ManagedWindow& window) const { return accessibility_.areSizesReliable(window.element); }
     /// Sends what was written so far.
     void flush();
 
@@ -98,7 +99,7 @@ class AccessibilityWindowService {
     void verifyLater(Placement placement);
     void scheduleVerification(const std::shared_ptr<VerificationRound>& round);
     void verify(const std::shared_ptr<VerificationRound>& round);
-    void verify(const Placement& placement, int pass);
+    void verify(Placement& placement, int pass);
     void correct(const Placement& placement, int pass);
 
     AccessibilityServicing& accessibility_;

@@ -31,6 +31,7 @@ struct ManagedWindow {
     bool isFocusedOfApplication = false; // has the keyboard when its application is the front one
     std::optional<CGRect> frame;         // window-service space
     std::optional<CGSize> minimumSize;   // points
+    std::optional<WindowSizeHints> sizeHints;
     bool operator==(const ManagedWindow&) const = default;
 };
 

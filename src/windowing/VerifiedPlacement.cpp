@@ -2,8 +2,20 @@
 #include "windowing/AccessibilityWindowService.h"
 
 #include <cassert>
+#include <cmath>
+#include <utility>
 
 namespace kova {
+
+namespace {
+
+/// A window on its way to a smaller size refuses nothing.
+bool isSameSize(const std::optional<CGSize>& before, const CGSize& now) {
+    return before && std::abs(before->width - now.width) <= kPlacementTolerance &&
+           std::abs(before->height - now.height) <= kPlacementTolerance;
+}
+
+} // namespace
 
 struct AccessibilityWindowService::Placement {
     AccessibilityElement element;
@@ -12,6 +24,7 @@ struct AccessibilityWindowService::Placement {
     BringToFront bringToFront = BringToFront::no;
     std::function<void(CGRect)> onMinimumSizeObserved;
     int generation = 0;
+    std::optional<CGSize> refusedAt; // its size when the last pass found it too large
 };
 
 struct AccessibilityWindowService::VerificationRound {
@@ -45,7 +58,8 @@ void AccessibilityWindowService::setFrame(const ManagedWindow& window, const CGR
         applications_.activate(window.processIdentifier);
     }
 
-    verifyLater({window.element, window.id, frame, bringToFront, std::move(onMinimumSizeObserved), generation});
+    verifyLater(
+        {window.element, window.id, frame, bringToFront, std::move(onMinimumSizeObserved), generation, std::nullopt});
 }
 
 /// What is asked for in one go is looked at in one go: a layout of a hundred windows wakes the main thread as often as
@@ -70,7 +84,7 @@ void AccessibilityWindowService::verify(const std::shared_ptr<VerificationRound>
         return placementGenerations_[placement.windowID] != placement.generation;
     });
     if (round->placements.empty()) return;
-    for (const Placement& placement : round->placements) verify(placement, round->pass);
+    for (Placement& placement : round->placements) verify(placement, round->pass);
     if (round->pass++ < kLastVerificationPass) scheduleVerification(round);
 }
 
@@ -93,7 +107,7 @@ std::optional<CGRect> AccessibilityWindowService::pendingFrame(const std::string
     return pending->second;
 }
 
-void AccessibilityWindowService::verify(const Placement& placement, int pass) {
+void AccessibilityWindowService::verify(Placement& placement, int pass) {
     if (placementGenerations_[placement.windowID] != placement.generation) return;
     // Before anything is told: who hears of a minimum size may ask for a new frame at once.
     if (pass == kLastVerificationPass) pendingFrames_.erase(placement.windowID);
@@ -102,16 +116,19 @@ void AccessibilityWindowService::verify(const Placement& placement, int pass) {
     const FrameVerdict verdict = verdictOnFrame(frame, placement.target);
     // One that has gone full screen meanwhile says nothing of its sizes, and is to be left alone.
     if (verdict != FrameVerdict::onTarget && readsAsFullScreen(placement.element)) return;
+    const auto refusedBefore = std::exchange(placement.refusedAt, std::nullopt);
     switch (verdict) {
     case FrameVerdict::onTarget:
         return;
     case FrameVerdict::off:
         return correct(placement, pass);
     case FrameVerdict::refusesToShrink:
+        placement.refusedAt = frame->size;
         if (pass < kLastVerificationPass) {
             writeFrame(placement.element, placement.target, writeOrder(pass + 1));
             flush();
-        } else if (placement.onMinimumSizeObserved) {
+        } else if (placement.onMinimumSizeObserved && isSameSize(refusedBefore, frame->size) &&
+                   accessibility_.areSizesReliable(placement.element)) {
             placement.onMinimumSizeObserved(*frame);
         }
     }

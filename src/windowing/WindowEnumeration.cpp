@@ -128,6 +128,7 @@ AccessibilityWindowService::enumerateWindows(const RunningApplication& applicati
     const auto visible = visibleCandidates(candidates, onScreenRectangles);
     for (auto& candidate : candidates) {
         const bool isFocused = focused && candidate.id == windowID(application.processIdentifier, *focused);
+        auto hints = accessibility_.sizeHints(candidate.element);
         windows.push_back({.id = std::move(candidate.id),
                            .element = std::move(candidate.element),
                            .processIdentifier = application.processIdentifier,
@@ -140,7 +141,8 @@ AccessibilityWindowService::enumerateWindows(const RunningApplication& applicati
                            .isFullScreen = candidate.isFullScreen,
                            .isFocusedOfApplication = isFocused,
                            .frame = candidate.frame,
-                           .minimumSize = candidate.minimumSize});
+                           .minimumSize = candidate.minimumSize,
+                           .sizeHints = std::move(hints)});
     }
     for (const auto index : visible) windows[index].isVisible = !application.isHidden;
     return windows;

@@ -60,7 +60,7 @@ std::optional<ArrangementCandidate> WorkspaceController::candidateFor(const Mana
     const Screen* holding = screenHolding(*state_.screens, candidate.frameOnScreen);
     if (!holding && candidate.currentTargetID) holding = screenOfTarget(*candidate.currentTargetID);
     if (holding) candidate.displayID = displayID(*holding);
-    candidate.minimumSize = minimumSizeOf(window);
+    candidate.minimumSize = minimumSizeOf(window, WindowSizes::Purpose::nextArrangement);
     candidate.isDeferred = window.isMinimized || isHidden;
     return candidate;
 }
@@ -105,6 +105,9 @@ void WorkspaceController::arrangeWindows() {
     const auto generation = ++autoArrangeGeneration_;
     closeFocusMode();
     lastArrangement_ = planArrangement();
+    sizes_.beginArrangement();
+    publishMinimums();
+    reflow_.forgetAllPushes();
     carryOut(lastArrangement_);
     services_.accessibility.flush();
 
@@ -157,6 +160,7 @@ void WorkspaceController::carryOutPlacement(const AutoArrangePlacement& placemen
     if (!live) return;
     if (placement.isPrimary) {
         place(*live, {placement.claimedTargets}, BringToFront::no);
+        retryMinimum(placement.window.id);
         return;
     }
     assignments_.insertIntoStack(placement.target.id(), live->id, TileAssignments::StackPosition::behind);

@@ -28,6 +28,7 @@
 #include "workspace/TransitionRecovery.h"
 #include "workspace/UndoHistory.h"
 #include "workspace/WindowCommand.h"
+#include "workspace/WindowSizes.h"
 #include "workspace/WorkspaceAction.h"
 #include "workspace/WorkspaceRecords.h"
 #include "workspace/WorkspaceServices.h"
@@ -157,6 +158,10 @@ class WorkspaceController {
     bool quitApplication(const std::string& windowID);
     /// Ends it without asking it.
     bool forceQuitApplication(const std::string& windowID);
+    /// Drops what was learned of an application, given by its name, its identifier or a part of them that no other
+    /// application has: minimum sizes and the tiles in which it is usually kept. The names of the applications; empty
+    /// when there is none such.
+    std::vector<std::string> forgetApplication(const std::string& name);
     /// What `forceQuitAllApplications` would end, by name.
     std::vector<RunningApplication> regularApplicationsToForceQuit() const;
     /// Asks the user and then ends them.
@@ -348,7 +353,11 @@ class WorkspaceController {
     void reapplyTileFrames(Straying straying = Straying::noticeable);
     void reapplyWindow(const ManagedWindow& window, const CGRect& target, Straying straying);
     bool isLeftAlone(const ManagedWindow& window) const;
-    CGSize minimumSizeOf(const ManagedWindow& window) const;
+    CGSize minimumSizeOf(const ManagedWindow& window,
+                         WindowSizes::Purpose purpose = WindowSizes::Purpose::present) const;
+    std::optional<CGSize> minimumOfApplication(const ManagedWindow& window) const;
+    void rememberMinimum(const ManagedWindow& window, std::optional<CGSize> minimum);
+    CGRect restingFrame(const ManagedWindow& window, const CGRect& tileFrame) const;
     void publishAssignments();
 
     // Commands for one window (WorkspaceWindowCommands.cpp)
@@ -415,7 +424,9 @@ class WorkspaceController {
                                                                   const std::set<std::string>& done) const;
     void moveOutOfTheWay(const Screen& screen, const std::pair<ManagedWindow, Covering>& claim);
     std::optional<Covering> freeCoveringOn(const Screen& screen, const ManagedWindow& window) const;
-    void relaxMinimums();
+    void noteSizesSeen();
+    void retryMinimum(const std::string& windowID);
+    void publishMinimums() { state_.observedMinimumSizes.set(sizes_.shown()); }
     void giveBackSpans();
 
     // Arrangement (WorkspaceArrangement.cpp)
@@ -514,7 +525,7 @@ class WorkspaceController {
     std::optional<HeldWindow> heldWindow_;
     std::unordered_map<std::string, CGRect> interactiveWindowFramesByID_;
     ReflowPolicy reflow_;
-    std::map<std::string, CGSize> minimumsToApply_;
+    WindowSizes sizes_;
     std::map<std::string, CGSize> minimumsOfSpanning_; // as they were at the last poll outside focus mode
     TransitionRecovery recovery_;
     std::vector<Screen> screensBeforeTransition_;

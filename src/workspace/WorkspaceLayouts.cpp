@@ -105,7 +105,9 @@ std::map<std::string, CGRect> WorkspaceController::framesOfTiledWindows(const Sc
         for (const auto& [other, theirs] : cells) {
             if (own.size() > 1 && other != window) others.insert(others.end(), theirs.begin(), theirs.end());
         }
-        frames[window] = flipped(insetBy(frameOfSpan(own, others), state_.profile->tileInset), firstScreenMaxY());
+        const CGRect tile = flipped(insetBy(frameOfSpan(own, others), state_.profile->tileInset), firstScreenMaxY());
+        const ManagedWindow* live = findLive(window);
+        frames[window] = live ? restingFrame(*live, tile) : tile;
     }
     return frames;
 }

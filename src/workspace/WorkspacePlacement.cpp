@@ -31,19 +31,20 @@ void WorkspaceController::publishAssignments() {
     noteTileGeometry();
 }
 
-/// What is known of the window itself, else what was learnt about its application; 0 where nothing is known.
-CGSize WorkspaceController::minimumSizeOf(const ManagedWindow& window) const {
-    const auto observed = state_.observedMinimumSizes->find(window.id);
-    const bool wasObserved = observed != state_.observedMinimumSizes->end();
-    if (!window.minimumSize && !wasObserved) {
-        if (state_.profile->applicationMinimumSizes.empty()) return {0, 0};
-        const auto key = applicationKey(window.applicationName, window.bundleIdentifier);
-        const auto remembered = state_.profile->applicationMinimumSizes.find(key);
-        return remembered == state_.profile->applicationMinimumSizes.end() ? CGSize{0, 0} : remembered->second;
-    }
-    const CGSize own = window.minimumSize.value_or(CGSize{0, 0});
-    const CGSize seen = wasObserved ? observed->second : CGSize{0, 0};
-    return {std::max(own.width, seen.width), std::max(own.height, seen.height)};
+CGSize WorkspaceController::minimumSizeOf(const ManagedWindow& window, WindowSizes::Purpose purpose) const {
+    return sizes_.minimumOf(window, minimumOfApplication(window), purpose);
+}
+
+std::optional<CGSize> WorkspaceController::minimumOfApplication(const ManagedWindow& window) const {
+    const auto& remembered = state_.profile->applicationMinimumSizes;
+    if (remembered.empty()) return std::nullopt;
+    const auto found = remembered.find(applicationKey(window.applicationName, window.bundleIdentifier));
+    return found == remembered.end() ? std::nullopt : std::optional(found->second);
+}
+
+/// Where the window rests in a tile of that frame, in window-service space.
+CGRect WorkspaceController::restingFrame(const ManagedWindow& window, const CGRect& tileFrame) const {
+    return window.sizeHints ? largestFrameWithin(tileFrame, *window.sizeHints) : tileFrame;
 }
 
 TileRoom WorkspaceController::roomOn(const Screen& screen) const {
@@ -195,6 +196,10 @@ bool WorkspaceController::isLeftAlone(const ManagedWindow& window) const {
 /// Writes the frame of a window that strayed. A placement that is still being verified is left to its passes, and a
 /// window that keeps refusing is asked only so many times.
 void WorkspaceController::reapplyWindow(const ManagedWindow& window, const CGRect& target, Straying straying) {
+    if (sizes_.isBeingRetried(window.id)) {
+        if (windowService_->pendingFrame(window.id)) return;
+        sizes_.endRetry(window.id);
+    }
     const double tolerance = straying == Straying::any ? kSamePlacePoints : kOffTolerancePoints;
     if (const auto pending = windowService_->pendingFrame(window.id)) {
         if (!nearlyEqual(*pending, target, tolerance)) writeFrame(window, target, BringToFront::no);
@@ -209,7 +214,8 @@ void WorkspaceController::reapplyWindow(const ManagedWindow& window, const CGRec
                            nearlyEqual(refusal.actual, *window.frame, kSamePlacePoints);
     if (!sameAgain) refusal = {target, *window.frame, 0, refusal.isUnseen};
     if (refusal.attempts >= kPlacementAttempts) return;
-    ++refusal.attempts;
+    // While a window manager is replaced, a window that stays where it is refuses nothing.
+    if (windowService_->areSizesReliable(window)) ++refusal.attempts;
     writeFrame(window, target, BringToFront::no);
 }
 

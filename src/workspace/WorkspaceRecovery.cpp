@@ -80,12 +80,8 @@ void WorkspaceController::adoptSuccessors(const std::vector<WindowSuccessor>& su
             zoomed->windowID = id;
             state_.focusMode.set(zoomed);
         }
-        auto minimums = *state_.observedMinimumSizes;
-        if (auto minimum = minimums.extract(formerID)) {
-            minimum.key() = id;
-            minimums.insert(std::move(minimum));
-            state_.observedMinimumSizes.set(std::move(minimums));
-        }
+        sizes_.rename(formerID, id);
+        publishMinimums();
         noteHasItsPlace(id);
         focusOrder_.rename(formerID, id);
         auto floating = *state_.floatingWindowIDs;
@@ -102,7 +98,8 @@ void WorkspaceController::recoverAssignedWindows() {
         const ManagedWindow* window = findLive(windowID);
         if (!window) continue;
         const bool isZoomed = *state_.focusMode && (*state_.focusMode)->windowID == windowID;
-        const auto frame = isZoomed ? zoomFrame((*state_.focusMode)->displayID) : frameForWindow(windowID);
+        auto frame = isZoomed ? zoomFrame((*state_.focusMode)->displayID) : frameForWindow(windowID);
+        if (isZoomed && frame) frame = restingFrame(*window, *frame);
         if (frame && (isZoomed || !isLeftAlone(*window))) {
             writeFrame(*window, *frame, AccessibilityWindowService::BringToFront::no);
         }

@@ -2,40 +2,34 @@
 // forgotten when it proves to be no longer so.
 #include "workspace/WorkspaceController.h"
 
+#include "workspace/WorkspacePreferences.h"
+
 #include <algorithm>
 #include <utility>
 
 namespace kova {
 
-namespace {
-
-constexpr double kRefusalPoints = 2;
-
-} // namespace
-
 /// A window that did not shrink tells its minimum in the directions in which it stayed larger than asked for.
 void WorkspaceController::minimumSizeObserved(const std::string& windowID, const CGRect& wanted, const CGRect& actual) {
+    sizes_.endRetry(windowID);
     const ManagedWindow* window = findLive(windowID);
     if (!window || window->isFullScreen) return;
-    CGSize minimum = minimumSizeOf(*window);
-    const CGSize before = minimum;
-    if (actual.size.width > wanted.size.width + kRefusalPoints)
-        minimum.width = std::max(minimum.width, actual.size.width);
-    if (actual.size.height > wanted.size.height + kRefusalPoints) {
-        minimum.height = std::max(minimum.height, actual.size.height);
+    switch (sizes_.noteRefusal(*window, wanted.size, actual.size, services_.queue.uptime())) {
+    case WindowSizes::Refusal::unreliable:
+        return;
+    case WindowSizes::Refusal::known:
+        return makeRoomFor(ManagedWindow(*window));
+    case WindowSizes::Refusal::news:
+        return reflow(windowID);
     }
-    if (minimum == before) return makeRoomFor(ManagedWindow(*window)); // known, and yet it does not fit
-    minimumsToApply_[windowID] = minimum;
-    reflow(windowID);
 }
 
 /// Now, or as soon as the display may be laid out again; not at all when the window has asked often enough.
 void WorkspaceController::reflow(const std::string& windowID) {
-    const auto minimum = minimumsToApply_.find(windowID);
     const ManagedWindow* window = findLive(windowID);
     const auto target = assignments_.targetOf(windowID);
     const Screen* screen = target ? screenOfTarget(*target) : nullptr;
-    if (minimum == minimumsToApply_.end() || !window || !screen || !mayMoveWindows()) return;
+    if (!sizes_.hasNews(windowID) || !window || !screen || !mayMoveWindows()) return;
     const Seconds now = services_.queue.uptime();
     const auto due = reflow_.nextReflow(displayID(*screen), windowID, now);
     if (!due) return;
@@ -44,15 +38,21 @@ void WorkspaceController::reflow(const std::string& windowID) {
         return;
     }
     reflow_.noteReflow(displayID(*screen), windowID, now);
-    auto observed = *state_.observedMinimumSizes;
-    observed[windowID] = minimum->second;
-    state_.observedMinimumSizes.set(std::move(observed));
-    WorkspaceProfile profile = *state_.profile;
-    profile.applicationMinimumSizes[applicationKey(window->applicationName, window->bundleIdentifier)] =
-        minimum->second;
-    setProfile(std::move(profile));
-    minimumsToApply_.erase(minimum);
+    if (sizes_.applyNews(windowID)) rememberMinimum(*window, minimumSizeOf(*window));
+    publishMinimums();
     makeRoomFor(ManagedWindow(*window));
+}
+
+/// As a first guess for other windows of the application; absent: there is none any more.
+void WorkspaceController::rememberMinimum(const ManagedWindow& window, std::optional<CGSize> minimum) {
+    WorkspaceProfile profile = *state_.profile;
+    const auto key = applicationKey(window.applicationName, window.bundleIdentifier);
+    if (minimum) {
+        profile.applicationMinimumSizes[key] = *minimum;
+    } else {
+        profile.applicationMinimumSizes.erase(key);
+    }
+    setProfile(std::move(profile));
 }
 
 /// The tiles are solved again with what was learnt; where that is not enough the window claims a span.
@@ -144,22 +144,86 @@ std::optional<WorkspaceController::Covering> WorkspaceController::freeCoveringOn
     return std::nullopt;
 }
 
-/// A window that has stayed well below its remembered minimum does not need it any more.
-void WorkspaceController::relaxMinimums() {
-    auto observed = *state_.observedMinimumSizes;
-    for (auto& [windowID, minimum] : observed) {
-        const ManagedWindow* window = findLive(windowID);
-        const bool isResting = window && window->frame && window->isVisible && !windowService_->pendingFrame(windowID);
-        if (!isResting) continue;
-        const auto relaxed = reflow_.relaxedMinimum(windowID, minimum, window->frame->size, services_.queue.uptime());
-        if (!relaxed) continue;
-        minimum = *relaxed;
-        WorkspaceProfile profile = *state_.profile;
-        profile.applicationMinimumSizes[applicationKey(window->applicationName, window->bundleIdentifier)] = *relaxed;
-        setProfile(std::move(profile));
-        reflow_.forgetPushes(windowID);
+/// A window that is smaller than it is said to need does not need that.
+void WorkspaceController::noteSizesSeen() {
+    for (const ManagedWindow& window : liveWindows_) {
+        const bool isAtRest = window.frame && window.isVisible && !window.isMinimized && !window.isFullScreen &&
+                              !windowService_->pendingFrame(window.id);
+        if (!isAtRest) continue;
+        const auto disproof = sizes_.noteSeen(window, window.frame->size, minimumOfApplication(window));
+        if (disproof.ofApplication) rememberMinimum(window, std::nullopt);
     }
-    state_.observedMinimumSizes.set(std::move(observed));
+    publishMinimums();
+}
+
+/// Asks a window once for the size that its tile would have if less were known of it. Where it refuses again, nothing
+/// is to be seen of that; otherwise the next poll finds it smaller, and what was remembered is forgotten.
+void WorkspaceController::retryMinimum(const std::string& windowID) {
+    const ManagedWindow* window = findLive(windowID);
+    const auto anchor = assignments_.targetOf(windowID);
+    const Screen* screen = anchor ? screenOfTarget(*anchor) : nullptr;
+    const auto frame = frameForWindow(windowID);
+    if (!window || !screen || !frame || isLeftAlone(*window)) return;
+    if (!sizes_.isRetryDue(*window, minimumOfApplication(*window), services_.queue.uptime())) return;
+    const SolvedLayout plain = solveDefinition(layouts_.resolve(*screen, *state_.profile, catalogue()), {},
+                                               screen->visibleFrame.size, state_.profile->tileInset);
+    const auto slot = std::ranges::find(plain.slots, *slotIDOn(displayID(*screen), *anchor), &TileSlot::id);
+    if (slot == plain.slots.end()) return;
+    const CGRect cell = plain.frames[static_cast<std::size_t>(slot - plain.slots.begin())];
+    const CGSize tile = insetBy(cell, state_.profile->tileInset).size;
+    const CGSize announced = window->minimumSize.value_or(CGSize{});
+    const CGSize needed = minimumSizeOf(*window);
+    CGRect asked = *frame;
+    if (needed.width > tile.width) asked.size.width = std::max(announced.width, tile.width);
+    if (needed.height > tile.height) asked.size.height = std::max(announced.height, tile.height);
+    if (nearlyEqual(asked, *frame, WindowSizes::kTolerancePoints)) return; // it has the room that it needs anyway
+    sizes_.beginRetry(windowID);
+    writeFrame(*window, asked, AccessibilityWindowService::BringToFront::no);
+}
+
+std::vector<std::string> WorkspaceController::forgetApplication(const std::string& name) {
+    std::map<std::string, std::string> names; // by application key
+    for (const auto& [key, minimum] : state_.profile->applicationMinimumSizes) names.emplace(key, key);
+    for (const auto& [layoutID, layout] : learning_.layouts) {
+        for (const auto& [key, learnt] : layout.applications) names.emplace(key, key);
+    }
+    for (const auto& window : liveWindows_) {
+        names[applicationKey(window.applicationName, window.bundleIdentifier)] = window.applicationName;
+    }
+    const std::string asName = applicationKey(name, std::nullopt), asIdentifier = applicationKey("", name);
+    const auto isMeant = [&](const auto& entry) {
+        return entry.first == asName || entry.first == asIdentifier || applicationKey("", entry.second) == asIdentifier;
+    };
+    const auto isPart = [&](const auto& entry) {
+        return entry.first.find(asIdentifier) != std::string::npos ||
+               applicationKey("", entry.second).find(asIdentifier) != std::string::npos;
+    };
+    if (std::ranges::any_of(names, isMeant)) {
+        std::erase_if(names, std::not_fn(isMeant));
+    } else if (std::ranges::count_if(names, isPart) == 1) {
+        std::erase_if(names, std::not_fn(isPart));
+    } else {
+        return {};
+    }
+    std::vector<std::string> forgotten;
+    WorkspaceProfile profile = *state_.profile;
+    for (const auto& [key, shownName] : names) {
+        profile.applicationMinimumSizes.erase(key);
+        for (auto& [layoutID, layout] : learning_.layouts) layout.applications.erase(key);
+        for (const auto& window : liveWindows_) {
+            if (applicationKey(window.applicationName, window.bundleIdentifier) != key) continue;
+            sizes_.forget(window.id);
+            refusals_.erase(window.id);
+        }
+        forgotten.push_back(shownName);
+    }
+    setProfile(std::move(profile));
+    saveLearning(services_.preferences, learning_);
+    publishMinimums();
+    reflow_.forgetAllPushes();
+    state_.layoutRevision.set(*state_.layoutRevision + 1);
+    if (mayMoveWindows()) refresh(); // the poll gives back spans and puts everything into its tile
+    return forgotten;
 }
 
 /// A window that needs less than when it claimed its span keeps only as many tiles as it now needs. Not in focus mode,

@@ -52,14 +52,12 @@ void WorkspaceController::applyGrantedPoll(std::vector<ManagedWindow> windows, b
         showStatusMessage("Focus Mode closed because its window is no longer available");
     }
     const auto isGone = [&](const auto& entry) { return !findLive(entry.first); };
-    auto minimums = *state_.observedMinimumSizes;
-    std::erase_if(minimums, isGone);
-    state_.observedMinimumSizes.set(std::move(minimums));
+    sizes_.keepOnly([this](const std::string& windowID) { return findLive(windowID) != nullptr; });
+    publishMinimums();
     std::erase_if(refusals_, isGone);
     for (auto& [windowID, refusal] : refusals_) {
         if (!windowService_->pendingFrame(windowID)) refusal.isUnseen = false;
     }
-    std::erase_if(minimumsToApply_, isGone);
     reflow_.keepOnly([this](const std::string& windowID) { return findLive(windowID) != nullptr; });
     if (!suspension_.isSuspended()) presentPoll(isRecovering);
     if (tookUpSession) {
@@ -79,7 +77,7 @@ void WorkspaceController::presentPoll(bool isRecovering) {
         if (!regainedFronts_.empty() || !regainedWaiting_.empty()) settleOnDisplays();
         recoverAssignedWindows();
     }
-    relaxMinimums();
+    noteSizesSeen();
     giveBackSpans();
     if (!isRecovering) claimRoomWhereNeeded();
     noteTileGeometry();
@@ -130,7 +128,7 @@ void WorkspaceController::scheduleAutomaticArrangement(bool justGranted) {
 
 bool WorkspaceController::hasUnfinishedBusiness() const {
     return recovery_.hasDeadline() || !awaitedOfSession_.empty() || !comingBack_.empty() ||
-           recovery_.detectedLockedLoginSession || reflow_.isWaiting() || !pendingApplicationPlacements_.empty() ||
+           recovery_.detectedLockedLoginSession || !pendingApplicationPlacements_.empty() ||
            !restoration_.pending.empty() || std::any_of(refusals_.begin(), refusals_.end(), [](const auto& entry) {
                return entry.second.isUnseen || entry.second.attempts < kPlacementAttempts;
            });

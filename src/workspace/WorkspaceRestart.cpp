@@ -55,6 +55,7 @@ std::optional<WorkspaceSession> WorkspaceController::describeSession() {
     session.tiles = sessionTiles(assignments_);
     for (const auto& [id, held] : absence_.homes()) session.awayDisplays[id] = sessionTiles(held);
     std::map<pid_t, std::optional<std::string>> starts;
+    const auto minimums = sizes_.confirmed();
     for (const auto& window : liveWindows_) {
         const bool isHandled = handledRuleWindowIDs_.contains(window.id);
         if (isHandled) session.handledRuleWindowIDs.insert(window.id);
@@ -77,8 +78,8 @@ std::optional<WorkspaceSession> WorkspaceController::describeSession() {
         if (comingBack != comingBack_.end()) kept.frame = comingBack->second;
         kept.isPutAway = (!window.isVisible || comingBack != comingBack_.end()) &&
                          !assignments_.isAssigned(window.id) && assignments_.isInAnyTile(window.id);
-        const auto minimum = state_.observedMinimumSizes->find(window.id);
-        if (minimum != state_.observedMinimumSizes->end()) kept.observedMinimumSize = minimum->second;
+        const auto minimum = minimums.find(window.id);
+        if (minimum != minimums.end()) kept.observedMinimumSize = minimum->second;
         session.windows.push_back(std::move(kept));
     }
     processStarts_ = std::move(starts);
@@ -109,16 +110,15 @@ bool WorkspaceController::takeUpSession() {
     absence_.restore(std::move(homes));
     awaitedOfSession_ = resumed.awaited;
     awaitedOfSessionUntil_ = services_.queue.uptime() + kResumptionPatience;
-    auto minimums = *state_.observedMinimumSizes;
     for (const auto& window : session.windows) {
         const auto now = resumed.idNow.find(window.id);
         if (now == resumed.idNow.end()) continue;
-        if (window.observedMinimumSize) minimums[now->second] = *window.observedMinimumSize;
+        if (window.observedMinimumSize) sizes_.restore(now->second, *window.observedMinimumSize);
         if (session.handledRuleWindowIDs.contains(window.id) || assignments_.isInAnyTile(now->second)) {
             noteHasItsPlace(now->second);
         }
     }
-    state_.observedMinimumSizes.set(std::move(minimums));
+    publishMinimums();
     std::set<std::string> floating;
     for (const auto& id : session.floatingWindowIDs) {
         if (const auto now = resumed.idNow.find(id); now != resumed.idNow.end()) floating.insert(now->second);

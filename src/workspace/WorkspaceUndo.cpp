@@ -195,7 +195,7 @@ bool WorkspaceController::enterFocusMode(const std::optional<std::string>& windo
     if (layouts_.resolve(*screen, *state_.profile, catalogue()).slots.size() < 2) {
         return refuse("This display already uses a single-pane layout");
     }
-    const CGRect frame = *zoomFrame(start->displayID);
+    const CGRect frame = restingFrame(start->window, *zoomFrame(start->displayID));
 
     abandonDrags(); // what the hand began would end as a step behind the focus mode's own
     auto snapshot = captureUndoSnapshot();

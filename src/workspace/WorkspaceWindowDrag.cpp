@@ -1,4 +1,5 @@
 // Windows that the user moves and resizes by hand.
+#include "layout/SpanFrame.h"
 #include "workspace/EdgeResize.h"
 #include "workspace/WorkspaceController.h"
 
@@ -44,12 +45,14 @@ std::optional<CGRect> WorkspaceController::currentFrame(const std::string& windo
 }
 
 void WorkspaceController::holdWindow(const std::string& windowID) {
+    sizes_.notePointer(services_.queue.uptime());
     heldWindow_ = HeldWindow{windowID, currentFrame(windowID)};
     windowService_->cancelPlacement(windowID);
 }
 
 void WorkspaceController::letGoOfWindow() {
     const auto held = std::exchange(heldWindow_, std::nullopt);
+    sizes_.notePointer(services_.queue.uptime());
     ManagedWindow* window = held ? findLive(held->id) : nullptr;
     if (!window || !mayMoveWindows()) return;
     const auto now = windowService_->readFrame(window->element);
@@ -90,6 +93,7 @@ void WorkspaceController::endWindowDrag(CGPoint pointer, HandMovement movement, 
     if (!handMovedWindowID_) return;
     const std::string windowID = *handMovedWindowID_;
     handMovedWindowID_.reset();
+    sizes_.notePointer(services_.queue.uptime());
     state_.dropTargetSlotID.set(std::nullopt);
     ManagedWindow* window = findLive(windowID);
     if (window) {
@@ -110,7 +114,9 @@ void WorkspaceController::endWindowDrag(CGPoint pointer, HandMovement movement, 
 }
 
 void WorkspaceController::cancelWindowDrag() {
-    if (handMovedWindowID_ || heldWindow_) abandonDrags();
+    if (!handMovedWindowID_ && !heldWindow_) return;
+    sizes_.notePointer(services_.queue.uptime());
+    abandonDrags();
 }
 
 void WorkspaceController::dropWindow(const ManagedWindow& window, CGPoint pointer, LettingGo lettingGo) {
@@ -138,11 +144,16 @@ void WorkspaceController::dropWindow(const ManagedWindow& window, CGPoint pointe
 void WorkspaceController::resizeTileLike(const ManagedWindow& window, const CGRect& frameBefore) {
     const auto anchor = assignments_.targetOf(window.id);
     const Screen* screen = anchor ? screenOfTarget(*anchor) : nullptr;
-    const auto placed = frameForWindow(window.id);
-    if (!screen || !placed || !window.frame) return;
+    if (!screen || !window.frame) return;
     const double top = firstScreenMaxY();
     const CGRect visible = screen->visibleFrame;
-    const CGRect cell = insetBy(inLayout(flipped(*placed, top), visible), -state_.profile->tileInset);
+    std::vector<CGRect> own, others; // the tile, which the window itself may not fill
+    for (const auto& tile : tiles()) {
+        if (tile.displayID != displayID(*screen)) continue;
+        (tile.windowID == window.id ? own : others).push_back(inLayout(tile.frameOnScreen, visible));
+    }
+    if (own.empty()) return;
+    const CGRect cell = frameOfSpan(own, others);
     const std::string id = displayID(*screen);
     const std::string layoutID = layouts_.resolve(*screen, *state_.profile, catalogue()).id;
     const auto moves = dividersMovedBy(cell, inLayout(flipped(frameBefore, top), visible),

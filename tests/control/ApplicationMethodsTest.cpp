@@ -56,6 +56,13 @@ TEST_F(ApplicationMethods, OneApplicationIsEndedByItsWindow) {
     EXPECT_EQ(refusal("app.forceQuit", {{"window", "files"}}), "Files belongs to the desktop and stays open");
 }
 
+TEST_F(ApplicationMethods, WhatWasLearnedOfAnApplicationIsForgotten) {
+    desk.arrange();
+    EXPECT_EQ(result("app.forget", {{"application", "mail"}})["message"],
+              "Forgot the minimum sizes and usual tiles of Mail");
+    EXPECT_EQ(refusal("app.forget", {{"application", "nothing"}}), "Nothing was learned of an application “nothing”");
+}
+
 TEST_F(ApplicationMethods, AllAreEndedOnlyAsConfirmed) {
     const json asked = result("forceQuitAll");
     EXPECT_EQ(asked["isDone"], false);

@@ -23,19 +23,6 @@ TEST(ReflowPolicy, OncePerSecondAndDisplayAndThreeTimesPerWindow) {
     EXPECT_EQ(policy.nextReflow("D", "a", Seconds(90)), Seconds(90));
 }
 
-TEST(ReflowPolicy, AMinimumIsGivenUpAfterTwoSecondsEightPointsBelow) {
-    ReflowPolicy policy;
-    const CGSize minimum = {600, 400};
-    EXPECT_FALSE(policy.relaxedMinimum("a", minimum, {593, 500}, Seconds(0)));
-    EXPECT_FALSE(policy.isWaiting());
-    EXPECT_FALSE(policy.relaxedMinimum("a", minimum, {592, 500}, Seconds(1)));
-    EXPECT_FALSE(policy.relaxedMinimum("a", minimum, {550, 500}, Seconds(2.9)));
-    EXPECT_EQ(policy.relaxedMinimum("a", minimum, {550, 500}, Seconds(3)), (CGSize{592, 400})) << "the most it needed";
-    EXPECT_FALSE(policy.relaxedMinimum("a", minimum, {550, 500}, Seconds(4)));
-    EXPECT_FALSE(policy.relaxedMinimum("a", minimum, {600, 400}, Seconds(5))) << "back at its minimum: begins anew";
-    EXPECT_FALSE(policy.relaxedMinimum("a", minimum, {550, 500}, Seconds(6.5)));
-}
-
 TEST(ReflowStories, AWindowThatAlwaysTakesMoreThanItsTileIsGivenUpOnInTime) {
     Desk desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Codex");

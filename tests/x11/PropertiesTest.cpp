@@ -78,6 +78,25 @@ TEST(Properties, SizeHintsGiveTheMinimumElseTheBaseSize) {
     EXPECT_FALSE(withNumbers(XCB_ATOM_WM_NORMAL_HINTS, XCB_ATOM_CARDINAL, hints).minimumAndBase);
 }
 
+TEST(Properties, SizeHintsTellIncrementsLargestSizesAndAspects) {
+    const auto hints = [](std::vector<std::uint32_t> numbers) {
+        return withNumbers(XCB_ATOM_WM_NORMAL_HINTS, XCB_ATOM_WM_SIZE_HINTS, numbers).sizeHints;
+    };
+    constexpr std::uint32_t kMinimum = 1U << 4, kMaximum = 1U << 5, kIncrement = 1U << 6, kAspect = 1U << 7;
+    std::vector<std::uint32_t> numbers = {
+        kMinimum | kMaximum | kIncrement | kAspect, 0, 0, 0, 0, 20, 30, 800, 10, 6, 13, 16, 9, 16, 9, 4, 4, 1};
+    EXPECT_EQ(hints(numbers), (WindowSizeHints{.minimum = {20, 30},
+                                               .maximum = {800, 0}, // no window is that flat
+                                               .base = {20, 30},
+                                               .increment = {6, 13},
+                                               .leastAspect = 16.0 / 9,
+                                               .mostAspect = 16.0 / 9}));
+    numbers[12] = 0;
+    EXPECT_EQ(hints(numbers).leastAspect, 0) << "nothing is divided by it";
+    numbers[0] = 0;
+    EXPECT_EQ(hints(numbers), WindowSizeHints{});
+}
+
 TEST(Properties, KindsAreTheFirstTypeThatIsUnderstood) {
     const auto kind = [](const std::vector<std::uint32_t>& types) {
         return withNumbers(kAtoms[Atom::netWmWindowType], XCB_ATOM_ATOM, types).kind();

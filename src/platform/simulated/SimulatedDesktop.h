@@ -139,6 +139,10 @@ class SimulatedDesktop : public AccessibilityServicing,
     void focusByHand(std::string_view label);
     void setTitle(std::string_view label, std::string title);
     void setMinimumSize(std::string_view label, CGSize size);
+    /// For the duration windows keep their sizes, and for two seconds more they are not to be relied on.
+    void replaceWindowManager(Seconds duration) { managerComesAt_ = queue_.uptime() + duration; }
+    /// For so long windows keep their sizes although nothing says why.
+    void stallResizing(Seconds duration) { stalledUntil_ = queue_.uptime() + duration; }
     void setFullScreen(std::string_view label, bool fullScreen);
     void sendToVirtualDesktop(std::string_view label, int virtualDesktop);
     void showVirtualDesktop(int virtualDesktop);
@@ -199,6 +203,8 @@ class SimulatedDesktop : public AccessibilityServicing,
     int openedCount() const { return openedCount_; }
 
     // AccessibilityServicing
+    std::optional<WindowSizeHints> sizeHints(const AccessibilityElement& element) const override;
+    bool areSizesReliable(const AccessibilityElement&) const override;
     bool isProcessTrusted() const override { return isTrusted_; }
     bool requestTrust(bool prompt) override;
     std::optional<std::string> absence() const override { return absence_; }
@@ -347,6 +353,8 @@ class SimulatedDesktop : public AccessibilityServicing,
     std::optional<std::string> absence_;
     bool answerToPrompt_ = false;
     bool isLocked_ = false;
+    std::optional<Seconds> managerComesAt_; // uptime
+    Seconds stalledUntil_{0};
     bool vouches_ = true;
     std::optional<CGPoint> pointerOnDesktop_;
     pid_t lastProcessIdentifier_ = 100;

@@ -69,6 +69,15 @@ AccessibilityElement SimulatedDesktop::applicationElement(pid_t processIdentifie
     return {processIdentifier, 0, nullptr};
 }
 
+std::optional<WindowSizeHints> SimulatedDesktop::sizeHints(const AccessibilityElement& element) const {
+    const auto* window = windowOf(element);
+    return window && isTrusted_ ? window->sizeHints() : std::nullopt;
+}
+
+bool SimulatedDesktop::areSizesReliable(const AccessibilityElement&) const {
+    return !managerComesAt_ || queue_.uptime() >= *managerComesAt_ + Seconds(2);
+}
+
 AttributeValue SimulatedDesktop::value(const SimulatedWindow& window, AccessibilityAttribute attribute) const {
     if (window.traits().unreadable.contains(attribute)) return {};
     switch (attribute) {
@@ -216,6 +225,7 @@ void SimulatedDesktop::apply(SimulatedWindow& window, const AttributeWrite& writ
         // A place on another display is measured against that display.
         setFrameOf(window, window.frameMovedTo(origin, displayFrameUnder({origin, {}})));
     } else if (size && write.attribute == AccessibilityAttribute::size) {
+        if (queue_.uptime() < std::max(stalledUntil_, managerComesAt_.value_or(Seconds{0}))) return;
         setFrameOf(window, window.frameResizedTo(*size, display));
     } else if (const auto* flag = std::get_if<bool>(&write.value)) {
         if (write.attribute == AccessibilityAttribute::minimized) setMinimizedByWish(window, *flag);

@@ -47,8 +47,9 @@ bool SimulatedWindow::isObedient() const {
 
 std::optional<CGSize> SimulatedWindow::leastSize() const {
     const bool isPlain = traits_.role == "AXWindow" && traits_.unreadable.empty() && !traits_.refusesToMove &&
-                         !traits_.refusesToResize && !traits_.clampsToDisplay && traits_.answersAfter <= Seconds(0) &&
-                         traits_.springsBackTimes == 0 && traits_.vanishesAtWrite == 0;
+                         !traits_.refusesToResize && !traits_.clampsToDisplay && !traits_.aspect &&
+                         traits_.answersAfter <= Seconds(0) && traits_.springsBackTimes == 0 &&
+                         traits_.vanishesAtWrite == 0;
     if (!isPlain) return std::nullopt;
     const CGSize told = traits_.minimumSize.value_or(CGSize{});
     const CGSize secret = traits_.secretMinimumSize.value_or(CGSize{});
@@ -72,10 +73,21 @@ CGRect SimulatedWindow::frameResizedTo(CGSize size, const CGRect& displayFrame) 
     const CGSize told = traits_.minimumSize.value_or(CGSize{1, 1});
     const CGSize secret = traits_.secretMinimumSize.value_or(CGSize{1, 1});
     const CGSize maximum = traits_.maximumSize.value_or(CGSize{1e6, 1e6});
-    return {frame.origin,
-            {keptLength(wholeCells(size.width, traits_.cell.width), std::max(told.width, secret.width), maximum.width),
-             keptLength(wholeCells(size.height, traits_.cell.height), std::max(told.height, secret.height),
-                        maximum.height)}};
+    CGSize taken = {
+        keptLength(wholeCells(size.width, traits_.cell.width), std::max(told.width, secret.width), maximum.width),
+        keptLength(wholeCells(size.height, traits_.cell.height), std::max(told.height, secret.height), maximum.height)};
+    if (traits_.aspect) taken.height = std::round(taken.width / *traits_.aspect);
+    return {frame.origin, taken};
+}
+
+std::optional<WindowSizeHints> SimulatedWindow::sizeHints() const {
+    if (!traits_.tellsSizeHints) return std::nullopt;
+    const double aspect = traits_.aspect.value_or(0);
+    return WindowSizeHints{.minimum = traits_.minimumSize.value_or(CGSize{}),
+                           .maximum = traits_.maximumSize.value_or(CGSize{}),
+                           .increment = traits_.cell,
+                           .leastAspect = aspect,
+                           .mostAspect = aspect};
 }
 
 std::string describeFrame(const CGRect& frame) {

@@ -36,7 +36,9 @@ struct WindowTraits {
     std::optional<CGSize> otherMinimumSize{};  // told under the attribute's other name, and not kept
     std::optional<CGSize> secretMinimumSize{}; // kept, and told to nobody
     std::optional<CGSize> maximumSize{};
-    CGSize cell{}; // sizes are whole cells, as in a terminal; 0: any size
+    std::optional<double> aspect{}; // width divided by height; keeps the width that it is told, whatever the height
+    bool tellsSizeHints = false;    // of cells, largest size and aspect
+    CGSize cell{};                  // sizes are whole cells, as in a terminal; 0: any size
     bool refusesToMove = false;
     bool refusesToResize = false;
     bool clampsToDisplay = false; // clamps the size against its place, and the place against its size
@@ -60,6 +62,7 @@ class SimulatedWindow {
     /// The size below which it stays, for a window that otherwise takes a frame as it is told; absent for others.
     std::optional<CGSize> leastSize() const;
 
+    std::optional<WindowSizeHints> sizeHints() const;
     /// From now on it needs less, or more, and says so.
     void setMinimumSize(std::optional<CGSize> size) { traits_.minimumSize = size; }
 

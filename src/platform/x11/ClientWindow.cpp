@@ -35,8 +35,39 @@ void takeOldName(ClientWindow& window, const PropertyView& property, const Atoms
     window.oldName = textIn(property, atoms);
 }
 
+double aspectOf(std::uint32_t numerator, std::uint32_t denominator) {
+    const auto across = pixels(numerator), down = pixels(denominator);
+    return across && down && *across > 0 && *down > 0 ? static_cast<double>(*across) / *down : 0;
+}
+
+/// Of the 18 numbers of WM_NORMAL_HINTS; what contradicts itself restricts nothing.
+WindowSizeHints sizeHintsIn(const std::vector<std::uint32_t>& numbers) {
+    WindowSizeHints hints;
+    if (numbers.size() < 15) return hints;
+    const auto has = [&](std::uint32_t flag) { return (numbers[0] & flag) != 0; };
+    const auto sizeAt = [&](std::size_t at) {
+        return CGSize{static_cast<double>(pixels(numbers[at]).value_or(0)),
+                      static_cast<double>(pixels(numbers[at + 1]).value_or(0))};
+    };
+    const bool hasBase = numbers.size() >= 18 && has(XCB_ICCCM_SIZE_HINT_BASE_SIZE);
+    if (has(XCB_ICCCM_SIZE_HINT_P_MIN_SIZE)) hints.minimum = sizeAt(5);
+    if (has(XCB_ICCCM_SIZE_HINT_P_MAX_SIZE)) hints.maximum = sizeAt(7);
+    if (has(XCB_ICCCM_SIZE_HINT_P_RESIZE_INC)) hints.increment = sizeAt(9);
+    if (hasBase) hints.base = hints.aspectBase = sizeAt(15);
+    if (!hasBase) hints.base = hints.minimum;
+    if (has(XCB_ICCCM_SIZE_HINT_P_ASPECT)) {
+        hints.leastAspect = aspectOf(numbers[11], numbers[12]);
+        hints.mostAspect = aspectOf(numbers[13], numbers[14]);
+        if (hints.mostAspect > 0 && hints.leastAspect > hints.mostAspect) hints.leastAspect = hints.mostAspect = 0;
+    }
+    if (hints.maximum.width < hints.minimum.width) hints.maximum.width = 0;
+    if (hints.maximum.height < hints.minimum.height) hints.maximum.height = 0;
+    return hints;
+}
+
 void takeHints(ClientWindow& window, const PropertyView& property, const Atoms&) {
     window.minimumAndBase.reset();
+    window.sizeHints = sizeHintsIn(numbersIn(property, XCB_ATOM_WM_SIZE_HINTS));
     window.gravity = XCB_GRAVITY_NORTH_WEST;
     window.repeats = 0; // it may obey now
     const auto numbers = numbersIn(property, XCB_ATOM_WM_SIZE_HINTS);

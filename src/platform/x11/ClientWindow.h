@@ -5,6 +5,7 @@
 #include "platform/x11/XConnection.h"
 #include "platform/x11/XGeometry.h"
 #include "support/MainQueue.h"
+#include "windowing/WindowSizeHints.h"
 
 #include <sys/types.h>
 
@@ -101,6 +102,8 @@ struct ClientWindow {
     std::optional<PixelEdges> measuredDecorations;
     std::optional<PixelRect> frameBefore;    // the visible edge, while the frame has no room for the window
     std::optional<PixelRect> minimumAndBase; // width and height only
+    WindowSizeHints sizeHints;               // without `around`
+    PixelEdges decorationsWhenPlaced;        // when it was last asked for a place
     std::uint32_t gravity = XCB_GRAVITY_NORTH_WEST;
     std::optional<Strut> strut, partialStrut;
 

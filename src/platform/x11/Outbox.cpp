@@ -51,6 +51,7 @@ Outbox::Wish& Outbox::wishFor(xcb_window_t window) {
 
 void Outbox::place(ClientWindow& client, const PixelRect& outer, Seconds now) {
     if (model_.isFullScreen(client) || outer.width <= 0 || outer.height <= 0) return;
+    client.decorationsWhenPlaced = client.decorations;
     const bool unmaximizes = client.isMaximized && model_.windowManager().isPresent;
     if (!unmaximizes) {
         if (model_.outerFrame(client) == outer) {

@@ -92,7 +92,10 @@ void WindowModel::setWindowManager(const WindowManager& manager, Seconds now) {
         hasChangedHands = ownersChanged = true;
         staleClientList = manager.isPresent;
         staleWorkarea = staleDesktop = true;
-        if (std::exchange(isManagerKnown_, true)) startSettling(now);
+        if (std::exchange(isManagerKnown_, true)) {
+            startSettling(now);
+            changedHandsAt_ = now;
+        }
         for (const xcb_window_t window : order_) {
             ClientWindow* known = client(window);
             if (!known) continue;

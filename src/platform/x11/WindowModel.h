@@ -74,6 +74,10 @@ class WindowModel {
     /// Whether a manager is going, or has just gone or come. What the root says is then stale again at every poll, and
     /// that a window is on the screen does not mean that somebody wanted it there.
     bool isSettling() const { return isLettingGo_ || settlesAt_; }
+    /// Whether another manager came, or the last one went, within the duration.
+    bool hasChangedHandsWithin(Seconds duration, Seconds now) const {
+        return changedHandsAt_ && now - *changedHandsAt_ < duration;
+    }
     /// At the beginning of a poll.
     void settle(Seconds now);
     void setTopLevelOf(ClientWindow& client, xcb_window_t topLevel);
@@ -161,6 +165,7 @@ class WindowModel {
     WindowManager manager_;
     bool isManagerKnown_ = false;
     std::optional<Seconds> settlesAt_;
+    std::optional<Seconds> changedHandsAt_;
     bool isLettingGo_ = false; // a managed window has left its frame; until the next poll begins
     std::unordered_map<xcb_window_t, TopLevel> topLevels_;
     std::vector<xcb_window_t> stacking_;

@@ -69,6 +69,8 @@ class X11Desktop final : public AccessibilityServicing,
     AccessibilityElement applicationElement(pid_t processIdentifier) const override;
     std::vector<AttributeValue> readAttributes(const AccessibilityElement& element,
                                                std::span<const AccessibilityAttribute> attributes) const override;
+    std::optional<WindowSizeHints> sizeHints(const AccessibilityElement& element) const override;
+    bool areSizesReliable(const AccessibilityElement& element) const override;
     void writeAttributes(const AccessibilityElement& element, std::span<const AttributeWrite> writes) override;
     void performAction(const AccessibilityElement& element, AccessibilityAction action) override;
     std::optional<AccessibilityElement> elementAtPosition(CGPoint point) const override;

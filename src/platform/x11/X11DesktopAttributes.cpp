@@ -16,6 +16,8 @@ namespace {
 constexpr Seconds kBenefitOfDoubt{0.05};
 /// How long a wish that the window manager has not carried out yet may still be.
 constexpr Seconds kPatienceWithManager{1.0};
+/// For so long windows may have the sizes that a new window manager has given them, or not yet given them.
+constexpr Seconds kSizesSettleAfterManager{2.0};
 
 } // namespace
 
@@ -166,6 +168,25 @@ AttributeValue X11Desktop::Parts::readApplication(pid_t processIdentifier, Acces
     default:
         return {};
     }
+}
+
+std::optional<WindowSizeHints> X11Desktop::sizeHints(const AccessibilityElement& element) const {
+    const std::lock_guard lock(parts_->mutex);
+    const ClientWindow* client = std::as_const(*parts_).find(element);
+    if (!client) return std::nullopt;
+    WindowSizeHints hints = client->sizeHints;
+    const PixelEdges around = client->decorations - client->shadow;
+    hints.around = {static_cast<double>(around.horizontal()), static_cast<double>(around.vertical())};
+    return hints;
+}
+
+bool X11Desktop::areSizesReliable(const AccessibilityElement& element) const {
+    const Seconds now = parts_->queue.uptime();
+    const std::lock_guard lock(parts_->mutex);
+    const ClientWindow* client = std::as_const(*parts_).find(element);
+    return client && !parts_->model.isSettling() &&
+           !parts_->model.hasChangedHandsWithin(kSizesSettleAfterManager, now) &&
+           client->decorations == client->decorationsWhenPlaced;
 }
 
 // Writing

@@ -1,0 +1,178 @@
+#include "workspace/WindowSizes.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace kova {
+
+namespace {
+
+constexpr int kArrangementsToBelieve = 2; // what the window's own announcement contradicts
+constexpr double kSameSizePoints = 0.5;
+
+bool isAny(CGSize size) {
+    return size.width > 0 || size.height > 0;
+}
+
+bool isSmaller(double length, double least) {
+    return least > 0 && length < least - WindowSizes::kTolerancePoints;
+}
+
+CGSize larger(CGSize a, CGSize b) {
+    return {std::max(a.width, b.width), std::max(a.height, b.height)};
+}
+
+CGSize smaller(CGSize a, CGSize b) {
+    return {std::min(a.width, b.width), std::min(a.height, b.height)};
+}
+
+} // namespace
+
+bool WindowSizes::Known::isConfirmed() const {
+    return !contradictsAnnouncement || arrangements >= kArrangementsToBelieve;
+}
+
+const WindowSizes::Known* WindowSizes::find(const std::string& windowID) const {
+    const auto found = known_.find(windowID);
+    return found == known_.end() ? nullptr : &found->second;
+}
+
+CGSize WindowSizes::minimumOf(const ManagedWindow& window, const std::optional<CGSize>& ofApplication,
+                              Purpose purpose) const {
+    const Known* known = find(window.id);
+    const CGSize announced = window.minimumSize.value_or(CGSize{});
+    const bool counts = known && isAny(known->shown) && (purpose == Purpose::present || known->isConfirmed());
+    if (counts) return larger(announced, known->shown);
+    if (window.minimumSize || !ofApplication) return announced;
+    return known && known->smallest ? smaller(*ofApplication, *known->smallest) : *ofApplication;
+}
+
+std::map<std::string, CGSize> WindowSizes::shown() const {
+    std::map<std::string, CGSize> sizes;
+    for (const auto& [id, known] : known_) {
+        if (isAny(known.shown)) sizes[id] = known.shown;
+    }
+    return sizes;
+}
+
+std::map<std::string, CGSize> WindowSizes::confirmed() const {
+    std::map<std::string, CGSize> sizes;
+    for (const auto& [id, known] : known_) {
+        if (isAny(known.shown) && known.isConfirmed()) sizes[id] = known.shown;
+    }
+    return sizes;
+}
+
+void WindowSizes::beginArrangement() {
+    ++arrangement_;
+    for (auto& [id, known] : known_) {
+        known.wasRetried = known.isBeingRetried = false;
+        if (known.isConfirmed()) continue;
+        known.shown = {};
+        known.news.reset();
+    }
+}
+
+WindowSizes::Refusal WindowSizes::noteRefusal(const ManagedWindow& window, CGSize wanted, CGSize actual,
+                                              Seconds uptime) {
+    if (pointerMovedAt_ && uptime - *pointerMovedAt_ < kSettlesAfterPointer) return Refusal::unreliable;
+    Known& known = known_[window.id];
+    CGSize shown = known.shown;
+    if (actual.width > wanted.width + kTolerancePoints) shown.width = actual.width;
+    if (actual.height > wanted.height + kTolerancePoints) shown.height = actual.height;
+    if (!isAny(shown)) return Refusal::unreliable;
+    const CGSize announced = window.minimumSize.value_or(shown);
+    known.contradictsAnnouncement =
+        shown.width > announced.width + kTolerancePoints || shown.height > announced.height + kTolerancePoints;
+    if (std::exchange(known.lastArrangement, arrangement_) != arrangement_) ++known.arrangements;
+    known.shownAt = uptime;
+    const bool isSame = std::abs(shown.width - known.shown.width) <= kSameSizePoints &&
+                        std::abs(shown.height - known.shown.height) <= kSameSizePoints;
+    if (isSame) return Refusal::known;
+    known.news = shown;
+    return Refusal::news;
+}
+
+bool WindowSizes::hasNews(const std::string& windowID) const {
+    const Known* known = find(windowID);
+    return known && known->news;
+}
+
+bool WindowSizes::applyNews(const std::string& windowID) {
+    Known& known = known_[windowID];
+    if (known.news) known.shown = *std::exchange(known.news, std::nullopt);
+    return known.isConfirmed();
+}
+
+WindowSizes::Disproof WindowSizes::noteSeen(const ManagedWindow& window, CGSize size,
+                                            const std::optional<CGSize>& ofApplication) {
+    Known& known = known_[window.id];
+    known.smallest = known.smallest ? smaller(*known.smallest, size) : size;
+    if (known.news && (isSmaller(size.width, known.news->width) || isSmaller(size.height, known.news->height))) {
+        known.news.reset();
+    }
+    Disproof disproof;
+    if (isSmaller(size.width, known.shown.width)) {
+        known.shown.width = 0;
+        disproof.ofWindow = true;
+    }
+    if (isSmaller(size.height, known.shown.height)) {
+        known.shown.height = 0;
+        disproof.ofWindow = true;
+    }
+    if (disproof.ofWindow) {
+        known.arrangements = 0;
+        known.lastArrangement = -1;
+    }
+    // Another window of the application may simply be a small one.
+    disproof.ofApplication =
+        ofApplication && (disproof.ofWindow || known.wasRetried) &&
+        (isSmaller(size.width, ofApplication->width) || isSmaller(size.height, ofApplication->height));
+    return disproof;
+}
+
+bool WindowSizes::isRetryDue(const ManagedWindow& window, const std::optional<CGSize>& ofApplication,
+                             Seconds uptime) const {
+    const Known* known = find(window.id);
+    if (known && known->wasRetried) return false;
+    const CGSize announced = window.minimumSize.value_or(CGSize{});
+    const CGSize least = minimumOf(window, ofApplication);
+    const bool isRemembered =
+        least.width > announced.width + kTolerancePoints || least.height > announced.height + kTolerancePoints;
+    const bool wasShownLately = known && isAny(known->shown) && uptime - known->shownAt < kRetryAfter;
+    return isRemembered && !wasShownLately;
+}
+
+void WindowSizes::beginRetry(const std::string& windowID) {
+    known_[windowID].wasRetried = known_[windowID].isBeingRetried = true;
+}
+
+void WindowSizes::endRetry(const std::string& windowID) {
+    if (const auto found = known_.find(windowID); found != known_.end()) found->second.isBeingRetried = false;
+}
+
+bool WindowSizes::isBeingRetried(const std::string& windowID) const {
+    const Known* known = find(windowID);
+    return known && known->isBeingRetried;
+}
+
+void WindowSizes::keepOnly(const std::function<bool(const std::string& windowID)>& isLive) {
+    std::erase_if(known_, [&](const auto& entry) { return !isLive(entry.first); });
+}
+
+void WindowSizes::rename(const std::string& windowID, const std::string& newID) {
+    if (auto known = known_.extract(windowID)) {
+        known_.erase(newID);
+        known.key() = newID;
+        known_.insert(std::move(known));
+    }
+}
+
+void WindowSizes::restore(const std::string& windowID, CGSize size) {
+    Known& known = known_[windowID];
+    known.shown = size;
+    known.arrangements = kArrangementsToBelieve;
+}
+
+} // namespace kova

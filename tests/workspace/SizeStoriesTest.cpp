@@ -1,0 +1,92 @@
+// What windows show of their sizes: what is learned of it, what is not, and how it is forgotten again.
+#include "tests/harness/Desk.h"
+
+#include <gtest/gtest.h>
+
+namespace kova {
+
+namespace {
+
+std::size_t learnedOfApplications(Desk& desk) {
+    return desk.state().profile->applicationMinimumSizes.size();
+}
+
+TEST(SizeStories, ASmallSecondWindowOfAnApplicationKeepsToOneTile) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail", {.secretMinimumSize = {{1500, 300}}}).arrange();
+    EXPECT_EQ(learnedOfApplications(desk), 1u);
+    desk.opens("Mail", {.frame = makeRect(100, 100, 600, 400), .title = "Small"}).arrange();
+    desk.expectTiles("Mail 15,15 1500x1382 | Mail 2 1537,15 1008x1382");
+}
+
+TEST(SizeStories, AFalseMinimumHealsWithTheNextArrangement) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex");
+    desk.opens("Mail", {.frame = makeRect(900, 100, 1500, 400)});
+    desk.desktop.stallResizing(Seconds(1.4));
+    desk.arrange();
+    desk.expectTiles("Codex 15,15 1008x1382 | Mail 1045,15 1500x1382");
+    EXPECT_EQ(learnedOfApplications(desk), 1u);
+    desk.advance(WindowSizes::kRetryAfter).arrange();
+    desk.expectTiles("Codex 15,15 1254x1382 | Mail 1291,15 1254x1382");
+    EXPECT_EQ(learnedOfApplications(desk), 0u);
+
+    // A true one stays, and nothing is to be seen of it afterwards.
+    Desk honest;
+    honest.display(2560, 1440).layout("jarvis.quad-grid").opens("Mail", {.secretMinimumSize = {{2400, 300}}}).arrange();
+    honest.rest().arrange();
+    honest.expectTiles("Mail 15,15 2530x666 | (Mail) | - | -");
+    EXPECT_EQ(honest.framesWrittenWithin(Seconds(60)), 0);
+}
+
+TEST(SizeStories, WhatContradictsTheAnnouncedMinimumMakesRoomOnlyUntilTheNextArrangement) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex");
+    desk.opens("Terminal", {.frame = makeRect(900, 100, 1500, 400), .minimumSize = {{10, 17}}});
+    desk.desktop.stallResizing(Seconds(1.4));
+    desk.arrange();
+    desk.expectTiles("Codex 15,15 1008x1382 | Terminal 1045,15 1500x1382");
+    EXPECT_EQ(learnedOfApplications(desk), 0u);
+    desk.arrange();
+    desk.expectTiles("Codex 15,15 1254x1382 | Terminal 1291,15 1254x1382");
+}
+
+TEST(SizeStories, NothingIsLearnedWhileTheWindowManagerIsReplaced) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex");
+    desk.opens("Mail", {.frame = makeRect(900, 100, 1500, 400)});
+    desk.start().desktop.replaceWindowManager(Seconds(2));
+    desk.arrange();
+    EXPECT_TRUE(desk.state().observedMinimumSizes->empty());
+    desk.rest();
+    desk.expectTiles("Codex 15,15 1254x1382 | Mail 1291,15 1254x1382");
+}
+
+TEST(SizeStories, AWindowNeverCoversMoreThanItsTileAndRestsInItsMiddle) {
+    Desk desk;
+    desk.display(1920, 1080).layout("jarvis.triple-stack");
+    desk.opens("Viewer", {.aspect = 16.0 / 9, .tellsSizeHints = true});
+    desk.opens("Question", {.minimumSize = {{400, 200}}, .maximumSize = {{400, 200}}, .tellsSizeHints = true});
+    desk.opens("Terminal", {.tellsSizeHints = true, .cell = {17, 31}}).arrange();
+    desk.expectTiles("Terminal 15,15 1887x279 | Question 760,426 400x200 | Viewer 687,730 545x307");
+    EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0);
+    desk.desktop.focusByHand("Viewer");
+    desk.zoom();
+    EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Viewer")), "Viewer 52,15 1816x1022");
+}
+
+TEST(SizeStories, WhatWasLearnedOfAnApplicationCanBeForgotten) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex");
+    desk.opens("Mail", {.secretMinimumSize = {{1500, 300}}}).arrange();
+    EXPECT_TRUE(desk.controller().forgetApplication("Notes").empty());
+    EXPECT_EQ(desk.controller().forgetApplication("mail"), std::vector<std::string>{"Mail"});
+    EXPECT_EQ(learnedOfApplications(desk), 0u);
+    desk.rest();
+    desk.expectTiles("Codex 15,15 1008x1382 | Mail 1045,15 1500x1382");
+    EXPECT_EQ(learnedOfApplications(desk), 1u) << "it showed it again";
+}
+
+} // namespace
+
+} // namespace kova
