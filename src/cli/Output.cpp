@@ -35,8 +35,10 @@ std::string textOr(const json& value, const char* otherwise) {
 }
 
 std::string shape(const json& window) {
+    if (!window.at("dialogOf").is_null()) return "dialog of " + window.at("dialogOf").get<std::string>();
     if (window.at("isFullScreen").get<bool>()) return "full screen";
     if (window.at("isMinimized").get<bool>()) return "minimized";
+    if (window.at("isMaximized").get<bool>()) return "maximized";
     return window.at("isVisible").get<bool>() ? "visible" : "not visible";
 }
 

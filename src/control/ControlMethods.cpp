@@ -303,7 +303,7 @@ class ControlMethods::Table {
             return json{{"window", nullptr}, {"lines", *context_.controller.state().lastArrangeExplanation}};
         }
         if (auto failure = withoutPermission(context_.controller)) return *failure;
-        const auto found = lookUpWindow(context_.controller, named->string());
+        const auto found = lookUpWindowOrDialog(context_.controller, named->string());
         if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
         const auto& window = std::get<ManagedWindow>(found);
         return json{{"window", controlRecord::window(window, context_.controller)},

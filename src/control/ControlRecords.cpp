@@ -113,6 +113,8 @@ json window(const ManagedWindow& window, const WorkspaceController& controller) 
             {"isMinimized", window.isMinimized},
             {"isVisible", window.isVisible},
             {"isFullScreen", window.isFullScreen},
+            {"isMaximized", window.isMaximized},
+            {"dialogOf", orNull(window.parentID)},
             {"tile", orNull(front ? front : assignments.stackTargetOf(window.id))},
             {"isFront", front.has_value()},
             {"isFocused", focused && focused->id == window.id},
@@ -140,6 +142,7 @@ json displays(const WorkspaceController& controller) {
 json windows(const WorkspaceController& controller) {
     json out = json::array();
     for (const ManagedWindow& live : controller.liveWindows()) out.push_back(window(live, controller));
+    for (const ManagedWindow& dialog : controller.dialogs().all()) out.push_back(window(dialog, controller));
     return out;
 }
 

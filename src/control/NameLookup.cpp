@@ -177,6 +177,19 @@ std::variant<ManagedWindow, ControlFailure> lookUpWindowOfApplication(const Work
     return lookUpWindow(controller, applications[std::get<std::size_t>(found)].id);
 }
 
+std::variant<ManagedWindow, ControlFailure> lookUpWindowOrDialog(const WorkspaceController& controller,
+                                                                 std::string_view wanted) {
+    auto found = lookUpWindow(controller, wanted);
+    if (std::holds_alternative<ManagedWindow>(found)) return found;
+    std::vector<NamedThing> dialogs;
+    for (const ManagedWindow& dialog : controller.dialogs().all()) {
+        dialogs.push_back({dialog.id, {dialog.title}, dialog.id + "  " + dialog.title});
+    }
+    const auto dialog = lookUp("window", wanted, dialogs, Numbered::no);
+    if (const auto* index = std::get_if<std::size_t>(&dialog)) return controller.dialogs().all()[*index];
+    return found;
+}
+
 std::variant<WorkspaceScene, ControlFailure> lookUpScene(const WorkspaceController& controller,
                                                          std::string_view wanted) {
     const auto& scenes = *controller.state().scenes;

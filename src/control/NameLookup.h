@@ -47,6 +47,9 @@ std::variant<ManagedWindow, ControlFailure> lookUpWindow(const WorkspaceControll
 /// The same for what is done to a whole application: the names of its windows all mean the first of them.
 std::variant<ManagedWindow, ControlFailure> lookUpWindowOfApplication(const WorkspaceController& controller,
                                                                       std::string_view wanted);
+/// The same, or else a dialog by its id or title.
+std::variant<ManagedWindow, ControlFailure> lookUpWindowOrDialog(const WorkspaceController& controller,
+                                                                 std::string_view wanted);
 /// By its exact name, else the first of that name in another case, else by its id. Never by a part of its name: what is
 /// deleted must have been meant.
 std::variant<WorkspaceScene, ControlFailure> lookUpScene(const WorkspaceController& controller,

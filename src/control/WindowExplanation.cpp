@@ -36,11 +36,14 @@ std::string whereItIs(const WorkspaceController& controller, const ManagedWindow
     const TileAssignments& assignments = controller.assignments();
     const auto& mode = *controller.state().focusMode;
     if (mode && mode->windowID == window.id) return nameOf(window) + " has the whole display to itself (focus mode).";
+    const std::string filling = window.isMaximized    ? " It was maximized by hand and goes back there when that ends."
+                                : window.isFullScreen ? " It is in full screen and goes back there when that ends."
+                                                      : "";
     if (const auto front = assignments.targetOf(window.id)) {
         const std::size_t more = assignments.targetsOf(window.id).size() - 1;
         const std::string span =
             more == 0 ? "" : ", and " + std::to_string(more) + " more, because it does not fit one tile";
-        return nameOf(window) + " is in " + placeOf(controller, *front) + span + ".";
+        return nameOf(window) + " is in " + placeOf(controller, *front) + span + "." + filling;
     }
     if (const auto stacked = assignments.stackTargetOf(window.id)) {
         return nameOf(window) + " is behind another window in " + placeOf(controller, *stacked) + ".";
@@ -58,6 +61,10 @@ std::string whyLeftOut(const ManagedWindow& window) {
 } // namespace
 
 std::vector<std::string> explainWindow(const WorkspaceController& controller, const ManagedWindow& window) {
+    if (const ManagedWindow* owner = controller.windowOfDialog(window)) {
+        return {nameOf(window) + " is a dialog of " + nameOf(*owner) +
+                ": it takes no tile of its own and moves along with that window."};
+    }
     std::vector<std::string> lines{whereItIs(controller, window)};
     const auto then = decisionIn(controller.lastArrangement(), window.id);
     if (then) lines.push_back("The last arrangement decided: " + *then);

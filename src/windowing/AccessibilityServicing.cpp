@@ -34,6 +34,8 @@ std::string_view attributeName(AccessibilityAttribute attribute) {
         return "AXFocused";
     case AccessibilityAttribute::fullScreen:
         return "AXFullScreen";
+    case AccessibilityAttribute::maximized:
+        return "AXMaximized";
     }
     return {};
 }

@@ -45,10 +45,11 @@ enum class AccessibilityAttribute {
     size,
     minSize,
     minimumSize,
-    parent,
+    parent, // of a window: its application, or the window that it is a dialog of
     main,
     focused,
     fullScreen,
+    maximized, // fills its display by the window manager's doing, in one direction at least; no Mac window ever is
 };
 
 /// "AXWindows", "AXFocusedWindow", and so on.

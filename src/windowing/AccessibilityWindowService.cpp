@@ -49,6 +49,11 @@ void AccessibilityWindowService::setFrameInteractive(const ManagedWindow& window
     accessibility_.writeAttributes(window.element, writes);
 }
 
+void AccessibilityWindowService::move(const ManagedWindow& window, CGPoint origin) {
+    const AttributeWrite write{AccessibilityAttribute::position, origin};
+    accessibility_.writeAttributes(window.element, {&write, 1});
+}
+
 bool AccessibilityWindowService::isRunning(pid_t processIdentifier) const {
     const auto application = applications_.runningApplication(processIdentifier);
     return application && !application->isTerminated;
@@ -89,6 +94,11 @@ void AccessibilityWindowService::minimize(const ManagedWindow& window) {
 
 void AccessibilityWindowService::unminimize(const ManagedWindow& window) {
     write(window.element, AccessibilityAttribute::minimized, false);
+}
+
+void AccessibilityWindowService::maximize(const ManagedWindow& window) {
+    cancelPlacement(window.id);
+    write(window.element, AccessibilityAttribute::maximized, true);
 }
 
 void AccessibilityWindowService::raise(const ManagedWindow& window) {

@@ -29,8 +29,10 @@ struct WindowCandidate {
     std::string title;
     bool isMinimized = false;
     bool isFullScreen = false;
-    std::optional<CGRect> frame;       // window-service space
-    std::optional<CGSize> minimumSize; // points
+    bool isMaximized = false;
+    std::optional<CGRect> frame;           // window-service space
+    std::optional<CGSize> minimumSize;     // points
+    std::optional<std::string> parentID{}; // of the window above it in the tree; absent below the application itself
 };
 
 /// Process identifier, ":", hash of the element.
@@ -59,6 +61,8 @@ class AccessibilityWindowService {
                   std::function<void(CGRect)> onMinimumSizeObserved);
     /// One immediate write while the user drags; ends the pending passes of the window.
     void setFrameInteractive(const ManagedWindow& window, const CGRect& frame);
+    /// One write of the position (window-service space); the size is left to the window.
+    void move(const ManagedWindow& window, CGPoint origin);
     /// Ends the pending passes of the window and writes nothing.
     void cancelPlacement(const std::string& windowID);
     /// Ends the pending passes towards the frames (window-service space) that are chosen, and writes nothing.
@@ -71,6 +75,7 @@ class AccessibilityWindowService {
     bool restoreAndFocus(const ManagedWindow& window);
     void minimize(const ManagedWindow& window);
     void unminimize(const ManagedWindow& window);
+    void maximize(const ManagedWindow& window);
     void raise(const ManagedWindow& window);
     void presentDisplaced(const ManagedWindow& window, DisplacedWindowPresentationAction action);
     void unhideApplication(pid_t processIdentifier);
@@ -89,8 +94,7 @@ class AccessibilityWindowService {
     struct VerificationRound;
     std::vector<ManagedWindow> enumerateWindows(const RunningApplication& application,
                                                 std::span<const CGRect> onScreenRectangles) const;
-    bool readsAsMinimized(const AccessibilityElement& element) const;
-    bool readsAsFullScreen(const AccessibilityElement& element) const;
+    bool readsAs(AccessibilityAttribute state, const AccessibilityElement& element) const;
     ApplicationIcon icon(const RunningApplication& application) const;
     void write(const AccessibilityElement& element, AccessibilityAttribute attribute, bool value);
     void writeFrame(const AccessibilityElement& element, const CGRect& frame, FrameWriteOrder order);

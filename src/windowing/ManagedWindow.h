@@ -28,10 +28,14 @@ struct ManagedWindow {
     bool isMinimized = false;
     bool isVisible = false;
     bool isFullScreen = false;
+    bool isMaximized = false;            // by the window manager
     bool isFocusedOfApplication = false; // has the keyboard when its application is the front one
     std::optional<CGRect> frame;         // window-service space
     std::optional<CGSize> minimumSize;   // points
     std::optional<WindowSizeHints> sizeHints;
+    /// Of a dialog: the id of the window that it belongs to, itself no dialog of another; absent for every other
+    /// window.
+    std::optional<std::string> parentID{};
     bool operator==(const ManagedWindow&) const = default;
 };
 

@@ -53,7 +53,7 @@ void AccessibilityWindowService::setFrame(const ManagedWindow& window, const CGR
     if (bringToFront == BringToFront::yes) {
         applications_.unhide(window.processIdentifier);
         // The snapshot may be older than the last time the window was put away.
-        if (window.isMinimized || readsAsMinimized(window.element)) unminimize(window);
+        if (window.isMinimized || readsAs(AccessibilityAttribute::minimized, window.element)) unminimize(window);
         raise(window);
         applications_.activate(window.processIdentifier);
     }
@@ -114,8 +114,13 @@ void AccessibilityWindowService::verify(Placement& placement, int pass) {
 
     const auto frame = readFrame(placement.element);
     const FrameVerdict verdict = verdictOnFrame(frame, placement.target);
-    // One that has gone full screen meanwhile says nothing of its sizes, and is to be left alone.
-    if (verdict != FrameVerdict::onTarget && readsAsFullScreen(placement.element)) return;
+    // A window that the user made full screen or maximized meanwhile says nothing of its sizes, and is left alone.
+    // Until the last pass a maximize may be the one that the placement itself is ending.
+    if (verdict != FrameVerdict::onTarget) {
+        if (readsAs(AccessibilityAttribute::fullScreen, placement.element)) return;
+        const bool isLastPass = pass == kLastVerificationPass;
+        if (isLastPass && readsAs(AccessibilityAttribute::maximized, placement.element)) return;
+    }
     const auto refusedBefore = std::exchange(placement.refusedAt, std::nullopt);
     switch (verdict) {
     case FrameVerdict::onTarget:

@@ -2,6 +2,7 @@
 #include "windowing/AccessibilityWindowService.h"
 #include "windowing/VisibilityMatching.h"
 
+#include <algorithm>
 #include <unordered_set>
 
 namespace kova {
@@ -12,12 +13,14 @@ constexpr CGSize kSmallestManagedSize = {120, 80}; // points; anything smaller i
 constexpr std::string_view kUntitled = "Untitled Window";
 constexpr std::string_view kUnnamedApplication = "App";
 constexpr std::string_view kWindowSymbol = "macwindow";
+constexpr int kLongestChain = 16; // of dialogs that open dialogs; a longer one is a circle
 
 /// All that is asked of a window, in one request.
 constexpr std::array kWindowAttributes = {
     AccessibilityAttribute::role,      AccessibilityAttribute::subrole,     AccessibilityAttribute::title,
     AccessibilityAttribute::minimized, AccessibilityAttribute::position,    AccessibilityAttribute::size,
     AccessibilityAttribute::minSize,   AccessibilityAttribute::minimumSize, AccessibilityAttribute::fullScreen,
+    AccessibilityAttribute::maximized, AccessibilityAttribute::parent,
 };
 
 /// The answers to one request for attributes.
@@ -79,6 +82,19 @@ std::vector<std::size_t> visibleCandidates(const std::vector<WindowCandidate>& c
     return visibleWindows(std::move(pool), onScreenRectangles);
 }
 
+/// The window at the head of a dialog's chain of parents; absent for a window that is no dialog of another one of its
+/// application, and for a circle.
+std::optional<std::string> ownerOf(const WindowCandidate& dialog, const std::vector<WindowCandidate>& candidates) {
+    const WindowCandidate* at = &dialog;
+    for (int length = 0; length < kLongestChain; ++length) {
+        const auto parent =
+            !at->parentID ? candidates.end() : std::ranges::find(candidates, *at->parentID, &WindowCandidate::id);
+        if (parent == candidates.end()) return at == &dialog ? std::nullopt : std::optional(at->id);
+        at = &*parent;
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 std::vector<ManagedWindow> AccessibilityWindowService::enumerateWindows() const {
@@ -126,7 +142,10 @@ AccessibilityWindowService::enumerateWindows(const RunningApplication& applicati
     std::vector<ManagedWindow> windows;
     windows.reserve(candidates.size());
     const auto visible = visibleCandidates(candidates, onScreenRectangles);
-    for (auto& candidate : candidates) {
+    std::vector<std::optional<std::string>> owners;
+    for (const auto& candidate : candidates) owners.push_back(ownerOf(candidate, candidates));
+    for (std::size_t i = 0; i < candidates.size(); ++i) {
+        WindowCandidate& candidate = candidates[i];
         const bool isFocused = focused && candidate.id == windowID(application.processIdentifier, *focused);
         auto hints = accessibility_.sizeHints(candidate.element);
         windows.push_back({.id = std::move(candidate.id),
@@ -139,10 +158,12 @@ AccessibilityWindowService::enumerateWindows(const RunningApplication& applicati
                            .isMinimized = candidate.isMinimized,
                            .isVisible = false,
                            .isFullScreen = candidate.isFullScreen,
+                           .isMaximized = candidate.isMaximized,
                            .isFocusedOfApplication = isFocused,
                            .frame = candidate.frame,
                            .minimumSize = candidate.minimumSize,
-                           .sizeHints = std::move(hints)});
+                           .sizeHints = std::move(hints),
+                           .parentID = std::move(owners[i])});
     }
     for (const auto index : visible) windows[index].isVisible = !application.isHidden;
     return windows;
@@ -165,13 +186,17 @@ std::optional<WindowCandidate> AccessibilityWindowService::windowCandidate(const
         return std::nullopt;
     }
     const auto* title = answers.get<std::string>(AccessibilityAttribute::title);
+    const auto* parent = answers.get<AccessibilityElement>(AccessibilityAttribute::parent);
+    const bool isInWindow = parent && parent->hash != 0 && parent->processIdentifier == processIdentifier;
     return WindowCandidate{.id = windowID(processIdentifier, element),
                            .element = element,
                            .title = title ? *title : std::string(kUntitled),
                            .isMinimized = answers.isTrue(AccessibilityAttribute::minimized),
                            .isFullScreen = answers.isTrue(AccessibilityAttribute::fullScreen),
+                           .isMaximized = answers.isTrue(AccessibilityAttribute::maximized),
                            .frame = frame,
-                           .minimumSize = answers.minimumSize()};
+                           .minimumSize = answers.minimumSize(),
+                           .parentID = isInWindow ? std::optional(windowID(processIdentifier, *parent)) : std::nullopt};
 }
 
 std::optional<CGRect> AccessibilityWindowService::readFrame(const AccessibilityElement& element) const {
@@ -179,14 +204,9 @@ std::optional<CGRect> AccessibilityWindowService::readFrame(const AccessibilityE
     return Answers(accessibility_, element, asked).frame();
 }
 
-bool AccessibilityWindowService::readsAsMinimized(const AccessibilityElement& element) const {
-    constexpr std::array asked = {AccessibilityAttribute::minimized};
-    return Answers(accessibility_, element, asked).isTrue(AccessibilityAttribute::minimized);
-}
-
-bool AccessibilityWindowService::readsAsFullScreen(const AccessibilityElement& element) const {
-    constexpr std::array asked = {AccessibilityAttribute::fullScreen};
-    return Answers(accessibility_, element, asked).isTrue(AccessibilityAttribute::fullScreen);
+bool AccessibilityWindowService::readsAs(AccessibilityAttribute state, const AccessibilityElement& element) const {
+    const std::array asked = {state};
+    return Answers(accessibility_, element, asked).isTrue(state);
 }
 
 std::optional<CGSize> AccessibilityWindowService::readMinimumSize(const AccessibilityElement& element) const {

@@ -64,7 +64,7 @@ struct ArrangementPlan {
     std::vector<AutoArrangePlacement> placements; // fronts in display and layout order, then those behind them
     std::vector<ArrangementSurplus> surplus;      // to be minimised
 
-    /// A line per decision, then the surplus line when there is surplus.
+    /// A line per decision, a line per window that is left alone, then the surplus line when there is surplus.
     std::vector<std::string> explanation() const;
 };
 

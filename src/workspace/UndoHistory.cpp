@@ -30,6 +30,7 @@ void WorkspaceUndoSnapshot::rename(const std::string& windowID, const std::strin
         windowFrames.insert(std::move(frame));
     }
     renameIn(minimizedWindowIDs, windowID, newID);
+    renameIn(maximizedWindowIDs, windowID, newID);
     renameIn(visibleWindowIDs, windowID, newID);
     renameIn(floatingWindowIDs, windowID, newID);
 }

@@ -22,6 +22,7 @@ struct WorkspaceUndoSnapshot {
     std::map<std::string, std::vector<std::string>> stackWindowIDsByTarget;
     std::map<std::string, CGRect> windowFrames; // window-service space
     std::set<std::string> minimizedWindowIDs;
+    std::set<std::string> maximizedWindowIDs;
     std::set<std::string> visibleWindowIDs;
     std::set<pid_t> hiddenProcessIdentifiers; // applications that were hidden
     std::set<std::string> floatingWindowIDs;  // by command

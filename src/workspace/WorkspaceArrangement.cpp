@@ -16,18 +16,8 @@ using BringToFront = AccessibilityWindowService::BringToFront;
 
 constexpr Seconds kFollowUpDelay{0.85};
 
-/// The display that holds most of the rectangle; absent when none holds any of it.
-const Screen* screenHolding(const std::vector<Screen>& screens, const CGRect& rectOnScreen) {
-    const Screen* best = nullptr;
-    double bestArea = 0;
-    for (const auto& screen : screens) {
-        const double area = intersectionArea(screen.frame, rectOnScreen);
-        if (area > bestArea) {
-            bestArea = area;
-            best = &screen;
-        }
-    }
-    return best;
+std::string nameOf(const ManagedWindow& window) {
+    return window.title.empty() ? window.applicationName : window.applicationName + " “" + window.title + "”";
 }
 
 } // namespace
@@ -57,7 +47,7 @@ std::optional<ArrangementCandidate> WorkspaceController::candidateFor(const Mana
     candidate.currentTargetID = assignments.targetOf(window.id);
     if (!candidate.currentTargetID) candidate.stackedBehindID = assignments.stackTargetOf(window.id);
     if (window.frame) candidate.frameOnScreen = flipped(*window.frame, firstScreenMaxY());
-    const Screen* holding = screenHolding(*state_.screens, candidate.frameOnScreen);
+    const Screen* holding = screenShowing(*state_.screens, candidate.frameOnScreen);
     if (!holding && candidate.currentTargetID) holding = screenOfTarget(*candidate.currentTargetID);
     if (holding) candidate.displayID = displayID(*holding);
     candidate.minimumSize = minimumSizeOf(window, WindowSizes::Purpose::nextArrangement);

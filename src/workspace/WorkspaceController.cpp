@@ -136,6 +136,10 @@ ManagedWindow* WorkspaceController::findLive(const std::string& windowID) {
     return found == liveIndexByID_.end() ? nullptr : &liveWindows_[found->second];
 }
 
+const ManagedWindow* WorkspaceController::windowOfDialog(const ManagedWindow& dialog) const {
+    return dialog.parentID ? findLive(*dialog.parentID) : nullptr;
+}
+
 void WorkspaceController::setLiveWindows(std::vector<ManagedWindow> windows) {
     liveWindows_ = std::move(windows);
     liveIndexByID_.clear();

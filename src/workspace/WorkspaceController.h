@@ -8,6 +8,7 @@
 #include "themes/ThemeRegistry.h"
 #include "windowing/AccessibilityWindowService.h"
 #include "workspace/ArrangementPlan.h"
+#include "workspace/AttachedDialogs.h"
 #include "workspace/DisplayAbsence.h"
 #include "workspace/DisplayLayouts.h"
 #include "workspace/DividerDrag.h"
@@ -55,6 +56,10 @@ class WorkspaceController {
     const WorkspaceState& state() const { return state_; }
     /// The last enumeration, unfiltered.
     const std::vector<ManagedWindow>& liveWindows() const { return liveWindows_; }
+    /// Dialogs that belong to a window; they are not among `liveWindows`.
+    const AttachedDialogs& dialogs() const { return dialogs_; }
+    /// Null for a window that is no dialog.
+    const ManagedWindow* windowOfDialog(const ManagedWindow& dialog) const;
     const TileAssignments& assignments() const { return assignments_; }
     const ThemeRegistry& registry() const { return registry_; }
 
@@ -342,6 +347,7 @@ class WorkspaceController {
     void presentDisplaced(const std::vector<std::string>& displacedWindowIDs);
     void writeFrame(const ManagedWindow& window, const CGRect& frameForWindowService,
                     AccessibilityWindowService::BringToFront raise);
+    void moveDialogsAlong(const std::string& windowID, const CGRect& frameForWindowService);
     void minimizeWindow(const ManagedWindow& window);
     void hideApplicationOf(const ManagedWindow& window);
     void bringBack(const ManagedWindow& window);
@@ -477,6 +483,7 @@ class WorkspaceController {
     std::optional<CGRect> zoomFrame(const std::string& displayID) const;
 
     // Navigation (WorkspaceNavigation.cpp)
+    std::optional<std::string> focusedWindowID() const;
     std::optional<StartingPoint> startingPoint(const std::optional<std::string>& windowID) const;
     struct StackTurn {
         std::string targetID;

@@ -3,6 +3,7 @@
 
 #include "workspace/DisplaySuccession.h"
 #include "workspace/LayoutMigration.h"
+#include "workspace/VisibleArea.h"
 
 #include <algorithm>
 #include <utility>

@@ -159,7 +159,7 @@ const Screen* WorkspaceController::screenOfWindow(const ManagedWindow& window) c
 }
 
 std::optional<std::string> WorkspaceController::currentDisplayID() const {
-    if (const auto focused = windowService_->focusedWindowID()) {
+    if (const auto focused = focusedWindowID()) {
         const ManagedWindow* window = findLive(*focused);
         const Screen* screen = window ? screenOfWindow(*window) : nullptr;
         if (screen) return displayID(*screen);

@@ -7,8 +7,14 @@
 
 namespace kova {
 
-const ManagedWindow* WorkspaceController::focusedWindow() const {
+/// A dialog's is that of its window.
+std::optional<std::string> WorkspaceController::focusedWindowID() const {
     const auto focused = windowService_->focusedWindowID();
+    return focused ? std::optional(dialogs_.ownerOf(*focused)) : std::nullopt;
+}
+
+const ManagedWindow* WorkspaceController::focusedWindow() const {
+    const auto focused = focusedWindowID();
     return focused ? findLive(*focused) : nullptr;
 }
 

@@ -1,6 +1,8 @@
 // Putting single windows into tiles, and keeping every tiled window at its tile's frame.
 #include "workspace/WorkspaceController.h"
 
+#include "workspace/VisibleArea.h"
+
 #include <algorithm>
 
 namespace kova {
@@ -168,7 +170,20 @@ void WorkspaceController::writeFrame(const ManagedWindow& window, const CGRect& 
     }));
     refusals_[id].isUnseen = true;
     refreshCycle_.wake(); // until the window is seen at its place
-    if (ManagedWindow* live = findLive(id)) live->frame = frame;
+    if (ManagedWindow* live = findLive(id)) {
+        live->frame = frame;
+        live->isMaximized = false; // placing ends it
+    }
+    moveDialogsAlong(id, frame);
+}
+
+void WorkspaceController::moveDialogsAlong(const std::string& windowID, const CGRect& frame) {
+    const Screen* screen = screenNearest(*state_.screens, flipped(frame, firstScreenMaxY()));
+    if (!screen) return;
+    const CGRect visibleArea = flipped(screen->visibleFrame, firstScreenMaxY());
+    for (const auto& move : dialogs_.follow(windowID, frame, visibleArea)) {
+        windowService_->move(move.dialog, move.origin);
+    }
 }
 
 void WorkspaceController::reapplyTileFrames(Straying straying) {
@@ -185,12 +200,13 @@ void WorkspaceController::reapplyTileFrames(Straying straying) {
     }
 }
 
-/// Zoomed, minimised, full-screen and hidden windows, and the one in the user's hand, keep their tiles and are put
-/// there when they come back.
+/// Zoomed, minimized, maximized, full-screen and hidden windows, and the one that the user drags, keep their tiles and
+/// are put there when they come back.
 bool WorkspaceController::isLeftAlone(const ManagedWindow& window) const {
     const bool isZoomed = *state_.focusMode && (*state_.focusMode)->windowID == window.id;
     return isZoomed || handMovedWindowID_ == window.id || (heldWindow_ && heldWindow_->id == window.id) ||
-           window.isMinimized || window.isFullScreen || windowService_->isApplicationHidden(window.processIdentifier);
+           window.isMinimized || window.isMaximized || window.isFullScreen ||
+           windowService_->isApplicationHidden(window.processIdentifier);
 }
 
 /// Writes the frame of a window that strayed. A placement that is still being verified is left to its passes, and a

@@ -13,7 +13,7 @@ namespace kova {
 void WorkspaceController::minimumSizeObserved(const std::string& windowID, const CGRect& wanted, const CGRect& actual) {
     sizes_.endRetry(windowID);
     const ManagedWindow* window = findLive(windowID);
-    if (!window || window->isFullScreen) return;
+    if (!window || window->isFullScreen || window->isMaximized) return;
     switch (sizes_.noteRefusal(*window, wanted.size, actual.size, services_.queue.uptime())) {
     case WindowSizes::Refusal::unreliable:
         return;

@@ -38,7 +38,9 @@ void WorkspaceController::applyPoll(PollResult result) {
 }
 
 void WorkspaceController::applyGrantedPoll(std::vector<ManagedWindow> windows, bool isRecovering, bool justGranted) {
-    const bool hasOtherTitles = !sameTitles(liveWindows_, windows);
+    const auto dialogsBefore = dialogs_.all();
+    windows = dialogs_.takeFrom(std::move(windows));
+    const bool hasOtherTitles = !sameTitles(liveWindows_, windows) || !sameTitles(dialogsBefore, dialogs_.all());
     setLiveWindows(std::move(windows));
     if (isRecovering) adoptSuccessors(recovery_.takeSuccessors(liveWindows_, assignments_));
     for (const auto& window : liveWindows_) {
@@ -102,7 +104,7 @@ void WorkspaceController::keepAssignmentsValid() {
 }
 
 void WorkspaceController::applyDenied() {
-    setLiveWindows({});
+    setLiveWindows(dialogs_.takeFrom({}));
     refusals_.clear();
     abandonDrags();
     state_.windows.set({});

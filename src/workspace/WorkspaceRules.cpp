@@ -54,7 +54,7 @@ bool WorkspaceController::isExcludedByRules(const ManagedWindow& window) const {
 }
 
 bool WorkspaceController::addRuleForFocusedWindow(const WorkspaceRuleDisposition& disposition) {
-    const auto focused = windowService_->focusedWindowID();
+    const auto focused = focusedWindowID();
     const ManagedWindow* window = focused ? findLive(*focused) : nullptr;
     if (!window) return refuse("No focused application window found");
     WorkspaceRule rule;

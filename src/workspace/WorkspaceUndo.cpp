@@ -22,6 +22,7 @@ WorkspaceUndoSnapshot WorkspaceController::captureUndoSnapshot() const {
                                    .stackWindowIDsByTarget = assignments_.stackWindowIDsByTarget,
                                    .windowFrames = {},
                                    .minimizedWindowIDs = {},
+                                   .maximizedWindowIDs = {},
                                    .visibleWindowIDs = {},
                                    .hiddenProcessIdentifiers = {},
                                    .floatingWindowIDs = *state_.floatingWindowIDs,
@@ -33,6 +34,7 @@ WorkspaceUndoSnapshot WorkspaceController::captureUndoSnapshot() const {
         const auto pending = windowService_->pendingFrame(window.id);
         if (pending || window.frame) snapshot.windowFrames[window.id] = pending ? *pending : *window.frame;
         if (window.isMinimized) snapshot.minimizedWindowIDs.insert(window.id);
+        if (window.isMaximized) snapshot.maximizedWindowIDs.insert(window.id);
         if (window.isVisible) snapshot.visibleWindowIDs.insert(window.id);
         if (windowService_->isApplicationHidden(window.processIdentifier)) {
             snapshot.hiddenProcessIdentifiers.insert(window.processIdentifier);
@@ -123,7 +125,12 @@ void WorkspaceController::restoreWindow(ManagedWindow& window, const WorkspaceUn
         window.isMinimized = false;
         window.isVisible = wasVisible || (window.isVisible && !wasHidden);
     }
-    if (isKnown) writeFrame(window, frame->second, AccessibilityWindowService::BringToFront::no);
+    if (snapshot.maximizedWindowIDs.contains(window.id)) {
+        if (!window.isMaximized) windowService_->maximize(window);
+        window.isMaximized = true;
+    } else if (isKnown) {
+        writeFrame(window, frame->second, AccessibilityWindowService::BringToFront::no);
+    }
 }
 
 std::vector<ManagedWindow> WorkspaceController::windowsAsIn(const WorkspaceUndoSnapshot& snapshot) const {

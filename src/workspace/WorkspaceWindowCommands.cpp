@@ -14,7 +14,7 @@ WindowCommandInput WorkspaceController::windowCommandInput() const {
                              .assignments = assignments_,
                              .floatingWindowIDs = *state_.floatingWindowIDs,
                              .focusOrder = focusOrder_.windowIDs(),
-                             .focusedWindowID = windowService_->focusedWindowID(),
+                             .focusedWindowID = focusedWindowID(),
                              .currentDisplayID = currentDisplayID(),
                              .displayIDByWindowID = {},
                              .covering =
@@ -57,7 +57,7 @@ bool WorkspaceController::carryOut(const WindowPlan& plan) {
         }
         pushUndoSnapshot({plan.action, std::move(applications)});
     }
-    const auto focused = windowService_->focusedWindowID();
+    const auto focused = focusedWindowID();
     // The keyboard stays where it is, unless its window is among those that move.
     const bool takesKeyboard = std::ranges::any_of(
         plan.steps, [&](const WindowStep& step) { return step.windowID == focused && step.targetID; });

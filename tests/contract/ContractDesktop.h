@@ -38,7 +38,8 @@ struct Opening {
     std::string application;
     std::string title;
     CGRect frame{};
-    std::optional<CGSize> minimumSize{}; // told to who asks, and kept where somebody does
+    std::optional<CGSize> minimumSize{};   // told to who asks, and kept where somebody does
+    std::optional<std::string> dialogOf{}; // the title of the window that it belongs to
 };
 
 /// What the test may ask of the person at this desktop.
@@ -50,7 +51,8 @@ enum class Ability {
     usingTheMouse,
     claimingKeys,
     launching,
-    lettingGo
+    lettingGo,
+    openingDialogs
 };
 
 class ContractDesktop {

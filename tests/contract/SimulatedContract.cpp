@@ -24,9 +24,12 @@ class SimulatedStage final : public ContractDesktop {
     bool can(Ability ability) const override { return ability != Ability::lettingGo; }
     pid_t open(const Opening& opening) override {
         if (!desktop_.isRunning(opening.application)) desktop_.launch(opening.application);
-        const std::string label = desktop_.open(
-            opening.application,
-            {.frame = onDesktop(opening.frame), .title = opening.title, .minimumSize = opening.minimumSize});
+        const std::string label =
+            desktop_.open(opening.application,
+                          {.frame = onDesktop(opening.frame),
+                           .title = opening.title,
+                           .dialogOf = opening.dialogOf ? std::optional(labels_.at(*opening.dialogOf)) : std::nullopt,
+                           .minimumSize = opening.minimumSize});
         labels_[opening.title] = label;
         return desktop_.processIdentifier(opening.application);
     }

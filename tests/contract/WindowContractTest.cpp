@@ -12,9 +12,10 @@ const Opening kDraft{"Editor", "Draft", makeRect(600, 50, 500, 400)};
 const Opening kInbox{"Mail", "Inbox", makeRect(200, 200, 500, 400)};
 
 const std::vector<Attribute> kEverything = {
-    Attribute::windows, Attribute::focusedWindow, Attribute::frontmost,   Attribute::role,    Attribute::subrole,
-    Attribute::title,   Attribute::minimized,     Attribute::position,    Attribute::size,    Attribute::minSize,
-    Attribute::parent,  Attribute::main,          Attribute::minimumSize, Attribute::focused, Attribute::fullScreen};
+    Attribute::windows,     Attribute::focusedWindow, Attribute::frontmost,  Attribute::role,
+    Attribute::subrole,     Attribute::title,         Attribute::minimized,  Attribute::position,
+    Attribute::size,        Attribute::minSize,       Attribute::parent,     Attribute::main,
+    Attribute::minimumSize, Attribute::focused,       Attribute::fullScreen, Attribute::maximized};
 
 TEST_P(DesktopContract, AttributesComeInTheOrderAskedForWithGapsForWhatThereIsNot) {
     const pid_t editor = stage().open(kPlan);

@@ -89,6 +89,9 @@ xcb_window_t TestClient::create(const TestWindow& options) {
                                             static_cast<int>(options.cells->height));
     }
     xcb_icccm_set_wm_normal_hints(connection_, window, &hints);
+    if (options.transientFor != XCB_WINDOW_NONE) {
+        setNumbers(window, "WM_TRANSIENT_FOR", "WINDOW", {options.transientFor});
+    }
     if (options.knowsDelete)
         setNumbers(window, "WM_PROTOCOLS", "ATOM", {atom("WM_TAKE_FOCUS"), atom("WM_DELETE_WINDOW")});
     return window;

@@ -23,6 +23,7 @@ struct TestWindow {
     bool isOverrideRedirect = false;
     int border = 0;
     bool knowsDelete = false; // lists WM_DELETE_WINDOW
+    xcb_window_t transientFor = XCB_WINDOW_NONE;
 };
 
 class TestClient {

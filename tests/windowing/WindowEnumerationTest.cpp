@@ -25,6 +25,27 @@ std::string listed(const ServiceBench& bench) {
 
 using enum AccessibilityAttribute;
 
+TEST(WindowEnumeration, ADialogNamesTheWindowOfItsApplicationThatItBelongsTo) {
+    ServiceBench bench;
+    bench.desktop.launch("Mail");
+    bench.desktop.launch("Notes");
+    const CGRect tiny = makeRect(0, 0, 50, 50);
+    bench.desktop.open("Mail", {.title = "Inbox"});
+    bench.desktop.open("Mail", {.title = "Save?", .subrole = "AXDialog", .dialogOf = "Mail"});
+    bench.desktop.open("Mail", {.title = "Really?", .dialogOf = "Mail 2"});
+    bench.desktop.open("Mail", {.frame = tiny});
+    bench.desktop.open("Mail", {.title = "of what is not managed", .dialogOf = "Mail 4"});
+    bench.desktop.open("Mail", {.title = "there", .dialogOf = "Mail 7"});
+    bench.desktop.open("Mail", {.title = "and back", .dialogOf = "Mail 6"});
+    bench.desktop.open("Notes", {.title = "of another application", .dialogOf = "Mail"});
+    std::string owners;
+    for (const auto& window : bench.service.enumerateWindows()) {
+        owners += window.title + ": " + (window.parentID ? bench.desktop.labelOfID(*window.parentID) : "-") + "\n";
+    }
+    EXPECT_EQ(owners, "Inbox: -\nSave?: Mail\nReally?: Mail\nof what is not managed: -\nthere: -\nand back: -\n"
+                      "of another application: -\n");
+}
+
 TEST(WindowEnumeration, ManagesOnlyWhatIsAWindowOfDecentSize) {
     const CGRect decent = makeRect(10, 20, 300, 200);
     struct Case {

@@ -154,5 +154,45 @@ TEST_F(Model, MeasuresNothingWhileAFrameIsBehindItsWindow) {
     EXPECT_EQ(model.outerFrame(window()), (PixelRect{20, 0, 402, 325}));
 }
 
+TEST_F(Model, FindsTheWindowThatADialogBelongsTo) {
+    constexpr xcb_window_t kDialog = 40, kOther = 50, kForeign = 60, kLeader = 70;
+    model.setStacking({kOther, kWindow, kDialog, kForeign});
+    model.setClientList({kWindow, kDialog, kOther, kForeign}, Seconds(0));
+    for (const xcb_window_t window : {kWindow, kDialog, kOther, kForeign}) {
+        ClientWindow& client = *model.client(window);
+        client.processIdentifier = window == kForeign ? 2 : 1;
+        client.group = window == kOther ? kNoWindow : kLeader;
+        model.setTopLevelOf(client, window);
+    }
+    struct Case {
+        const char* what;
+        std::optional<xcb_window_t> transientFor;
+        bool isModal;
+        xcb_window_t parent;
+    };
+    const Case cases[] = {
+        {"a window like any other", std::nullopt, false, kNoWindow},
+        {"named", kOther, false, kOther},
+        {"of another application", kForeign, true, kNoWindow},
+        {"itself", kDialog, false, kNoWindow},
+        {"modal for its group", kRoot, true, kWindow},
+        {"modal for the group of a leader that nobody sees", kLeader, true, kWindow},
+        {"modal and no more", std::nullopt, true, kWindow},
+        {"of its group, but not modal", kRoot, false, kNoWindow},
+    };
+    for (const auto& c : cases) {
+        ClientWindow& dialog = *model.client(kDialog);
+        dialog.transientFor = c.transientFor;
+        dialog.isModal = c.isModal;
+        const ClientWindow* parent = model.parentOf(dialog);
+        EXPECT_EQ(parent ? parent->window : kNoWindow, c.parent) << c.what;
+    }
+    model.client(kDialog)->transientFor = kOther;
+    model.client(kOther)->transientFor = kWindow;
+    EXPECT_EQ(model.dialogsOf(window()), (std::vector{kOther, kDialog}));
+    window().transientFor = kDialog; // round in a circle
+    EXPECT_EQ(model.dialogsOf(window()), (std::vector{kOther, kDialog}));
+}
+
 } // namespace
 } // namespace kova::x11

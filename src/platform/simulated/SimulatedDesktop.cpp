@@ -309,7 +309,31 @@ void SimulatedDesktop::moveByHand(std::string_view label, const CGRect& frameOnD
     setFrameOf(moved, {frameOnDesktop.origin, moved.frameResizedTo(frameOnDesktop.size, display).size});
 }
 
+const SimulatedWindow* SimulatedDesktop::ownerOf(const SimulatedWindow& window) const {
+    for (const auto& [number, candidate] : windows_) {
+        const bool isOwner = candidate.processIdentifier() == window.processIdentifier() && number != window.number();
+        if (isOwner && window.traits().dialogOf == candidate.label()) return &candidate;
+    }
+    return nullptr;
+}
+
+std::vector<SimulatedWindow*> SimulatedDesktop::familyOf(const SimulatedWindow& window) {
+    const auto head = [this](const SimulatedWindow* of) {
+        while (const auto* owner = ownerOf(*of)) of = owner;
+        return of;
+    };
+    std::vector<SimulatedWindow*> family;
+    for (auto& [number, candidate] : windows_) {
+        if (head(&candidate) == head(&window)) family.push_back(&candidate);
+    }
+    return family;
+}
+
 void SimulatedDesktop::setMinimized(SimulatedWindow& window, bool minimized) {
+    for (SimulatedWindow* member : familyOf(window)) setMinimizedAlone(*member, minimized);
+}
+
+void SimulatedDesktop::setMinimizedAlone(SimulatedWindow& window, bool minimized) {
     if (window.isMinimized == minimized) return;
     window.isMinimized = minimized;
     // An application of which something can be seen is not hidden, where hiding means iconifying.
@@ -374,6 +398,15 @@ void SimulatedDesktop::setFullScreen(std::string_view label, bool fullScreen) {
     changed();
 }
 
+void SimulatedDesktop::setMaximized(std::string_view label, bool maximized) {
+    auto& chosen = mutableWindow(label);
+    if (chosen.isMaximized == maximized || displays_.empty()) return;
+    if (maximized) chosen.frameBeforeFullScreen = chosen.frame;
+    chosen.isMaximized = maximized;
+    chosen.frame = maximized ? displayFrameUnder(chosen.frame) : chosen.frameBeforeFullScreen;
+    changed();
+}
+
 void SimulatedDesktop::sendToVirtualDesktop(std::string_view label, int virtualDesktop) {
     mutableWindow(label).virtualDesktop = virtualDesktop;
     changed();
@@ -406,6 +439,9 @@ void SimulatedDesktop::renumber(std::string_view label) {
 void SimulatedDesktop::raise(const SimulatedWindow& window) {
     std::erase(stacking_, window.number());
     stacking_.insert(stacking_.begin(), window.number());
+    for (const auto& [number, other] : windows_) {
+        if (ownerOf(other) == &window) raise(other); // its dialogs stay above it
+    }
 }
 
 void SimulatedDesktop::focusNextApplication() {

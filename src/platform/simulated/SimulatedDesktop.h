@@ -144,6 +144,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     /// For so long windows keep their sizes although nothing says why.
     void stallResizing(Seconds duration) { stalledUntil_ = queue_.uptime() + duration; }
     void setFullScreen(std::string_view label, bool fullScreen);
+    void setMaximized(std::string_view label, bool maximized);
     void sendToVirtualDesktop(std::string_view label, int virtualDesktop);
     void showVirtualDesktop(int virtualDesktop);
     /// The window server lists a living window no more, or again, as around sleep.
@@ -317,7 +318,12 @@ class SimulatedDesktop : public AccessibilityServicing,
     void requireMainThread(const char* call) const;
     void remove(const SimulatedWindow& window);
     void setFrameOf(SimulatedWindow& window, const CGRect& frame);
+    /// The window whose dialog it is; null for none that lives.
+    const SimulatedWindow* ownerOf(const SimulatedWindow& window) const;
+    /// A window and its dialogs, and theirs, leave the screen and come back together, whichever of them is told to.
+    std::vector<SimulatedWindow*> familyOf(const SimulatedWindow& window);
     void setMinimized(SimulatedWindow& window, bool minimized);
+    void setMinimizedAlone(SimulatedWindow& window, bool minimized);
     void setMinimizedByWish(SimulatedWindow& window, bool minimized);
     /// Those that left with their hidden application come back with it.
     bool isMinimizedByItself(const SimulatedWindow& window) const;

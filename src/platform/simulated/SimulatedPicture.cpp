@@ -30,6 +30,7 @@ std::string SimulatedDesktop::describeWindow(const SimulatedWindow& window) cons
     if (isMinimizedByItself(window)) text += " minimized";
     if (findApplication(window.processIdentifier())->record.isHidden) text += " hidden";
     if (window.isFullScreen) text += " full screen";
+    if (window.isMaximized) text += " maximized";
     if (window.virtualDesktop != virtualDesktop_) text += " on desktop " + std::to_string(window.virtualDesktop);
     return text;
 }

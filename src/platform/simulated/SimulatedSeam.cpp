@@ -91,6 +91,8 @@ AttributeValue SimulatedDesktop::value(const SimulatedWindow& window, Accessibil
         return isMinimizedByItself(window);
     case AccessibilityAttribute::fullScreen:
         return window.isFullScreen;
+    case AccessibilityAttribute::maximized:
+        return window.isMaximized;
     case AccessibilityAttribute::position:
         return frameForWindowService(window).origin;
     case AccessibilityAttribute::size:
@@ -99,8 +101,10 @@ AttributeValue SimulatedDesktop::value(const SimulatedWindow& window, Accessibil
         return window.traits().minimumSize ? AttributeValue(*window.traits().minimumSize) : AttributeValue();
     case AccessibilityAttribute::minimumSize:
         return window.traits().otherMinimumSize ? AttributeValue(*window.traits().otherMinimumSize) : AttributeValue();
-    case AccessibilityAttribute::parent:
-        return applicationElement(window.processIdentifier());
+    case AccessibilityAttribute::parent: {
+        const SimulatedWindow* owner = ownerOf(window);
+        return owner ? elementOf(*owner) : applicationElement(window.processIdentifier());
+    }
     case AccessibilityAttribute::main:
     case AccessibilityAttribute::focused:
         return findApplication(window.processIdentifier())->focusedWindow == window.number();
@@ -229,6 +233,7 @@ void SimulatedDesktop::apply(SimulatedWindow& window, const AttributeWrite& writ
         setFrameOf(window, window.frameResizedTo(*size, display));
     } else if (const auto* flag = std::get_if<bool>(&write.value)) {
         if (write.attribute == AccessibilityAttribute::minimized) setMinimizedByWish(window, *flag);
+        if (write.attribute == AccessibilityAttribute::maximized) setMaximized(window.label(), *flag);
         if (*flag &&
             (write.attribute == AccessibilityAttribute::main || write.attribute == AccessibilityAttribute::focused)) {
             findApplication(window.processIdentifier())->focusedWindow = window.number();

@@ -31,6 +31,7 @@ struct WindowTraits {
     int layer = 0;
     int virtualDesktop = 0;
     bool isMinimized = false;
+    std::optional<std::string> dialogOf{}; // label of the window that it belongs to
 
     std::optional<CGSize> minimumSize{};       // kept, and told to who asks
     std::optional<CGSize> otherMinimumSize{};  // told under the attribute's other name, and not kept
@@ -70,12 +71,13 @@ class SimulatedWindow {
     std::string title;
     bool isMinimized = false;
     bool isFullScreen = false;
+    bool isMaximized = false;
     bool wasIconifiedByHiding = false;
     bool isLost = false; // it lives, but the window server does not list it
     int virtualDesktop = 0;
-    CGRect frameBeforeFullScreen{};
-    int writeCount = 0;      // requests to write any attribute
-    int frameWriteCount = 0; // of these, with a position or a size
+    CGRect frameBeforeFullScreen{}; // or before it was maximized
+    int writeCount = 0;             // requests to write any attribute
+    int frameWriteCount = 0;        // of these, with a position or a size
     int springsBackTimes = 0;
 
     /// The frame that it takes when told to be at the origin or to have the size. `displayFrame` is the display that

@@ -96,6 +96,7 @@ void takeNetState(ClientWindow& window, const PropertyView& property, const Atom
     window.isMaximized = has(Atom::netWmStateMaximizedVert) || has(Atom::netWmStateMaximizedHorz);
     window.isShaded = has(Atom::netWmStateShaded);
     window.isStickyState = has(Atom::netWmStateSticky);
+    window.isModal = has(Atom::netWmStateModal);
 }
 
 void takeWmState(ClientWindow& window, const PropertyView& property, const Atoms& atoms) {
@@ -131,7 +132,15 @@ void takeType(ClientWindow& window, const PropertyView& property, const Atoms& a
 
 void takeTransientFor(ClientWindow& window, const PropertyView& property, const Atoms&) {
     const auto numbers = numbersIn(property, XCB_ATOM_WINDOW);
-    window.isTransient = !numbers.empty() && numbers[0] != kNoWindow;
+    window.transientFor.reset();
+    if (!numbers.empty() && numbers[0] != kNoWindow) window.transientFor = numbers[0];
+}
+
+void takeGroup(ClientWindow& window, const PropertyView& property, const Atoms&) {
+    constexpr std::size_t kGroupAt = 8;
+    const auto numbers = numbersIn(property, XCB_ATOM_WM_HINTS);
+    const bool isGiven = numbers.size() > kGroupAt && (numbers[0] & XCB_ICCCM_WM_HINT_WINDOW_GROUP);
+    window.group = isGiven ? numbers[kGroupAt] : kNoWindow;
 }
 
 void takeFrameExtents(ClientWindow& window, const PropertyView& property, const Atoms&) {
@@ -247,7 +256,7 @@ std::string_view subroleOf(WindowKind kind) {
 
 WindowKind ClientWindow::kind() const {
     if (declaredKind) return *declaredKind;
-    return isTransient ? WindowKind::dialog : WindowKind::standard;
+    return transientFor ? WindowKind::dialog : WindowKind::standard;
 }
 
 bool ClientWindow::admits(std::uint32_t staleBit, std::uint32_t asked) {
@@ -267,6 +276,7 @@ std::vector<PropertyRule> propertyRules(const Atoms& atoms) {
         {atoms[Atom::wmState], stale::state, 2, takeWmState},
         {atoms[Atom::netWmWindowType], stale::kind, 16, takeType},
         {XCB_ATOM_WM_TRANSIENT_FOR, stale::kind, 1, takeTransientFor},
+        {XCB_ATOM_WM_HINTS, stale::kind, 9, takeGroup},
         {atoms[Atom::netFrameExtents], stale::frame, 4, takeFrameExtents},
         {atoms[Atom::gtkFrameExtents], stale::frame, 4, takeShadow},
         {atoms[Atom::netWmDesktop], stale::desktop, 1, takeDesktop},

@@ -84,7 +84,9 @@ struct ClientWindow {
     std::optional<std::string> netName; // preferred, UTF-8
     std::string oldName;
     std::optional<WindowKind> declaredKind;
-    bool isTransient = false;
+    std::optional<xcb_window_t> transientFor; // WM_TRANSIENT_FOR, which may also name the root or a window of no user
+    xcb_window_t group = kNoWindow;           // the leader that WM_HINTS names
+    bool isModal = false;
 
     bool isIconic = false;      // WM_STATE
     bool isHiddenState = false; // _NET_WM_STATE

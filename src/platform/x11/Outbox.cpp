@@ -14,7 +14,7 @@ constexpr int kMostRepeats = 4;
 
 // Words of EWMH messages
 constexpr std::uint32_t kFromPager = 2;
-constexpr std::uint32_t kRemoveState = 0;
+constexpr std::uint32_t kRemoveState = 0, kAddState = 1;
 constexpr std::uint32_t kMoveresizeFlags = XCB_GRAVITY_NORTH_WEST | (0xFU << 8) | (kFromPager << 12);
 
 constexpr std::uint16_t kPlaceMask =
@@ -45,7 +45,7 @@ std::pair<int, int> positionByGravity(std::uint32_t gravity, int x, int y, const
 Outbox::Wish& Outbox::wishFor(xcb_window_t window) {
     const auto known = std::ranges::find(wishes_, window, &Wish::window);
     if (known != wishes_.end()) return *known;
-    wishes_.push_back({window, std::nullopt, false, false});
+    wishes_.push_back({window, std::nullopt, false, false, false});
     return wishes_.back();
 }
 
@@ -72,10 +72,29 @@ void Outbox::place(ClientWindow& client, const PixelRect& outer, Seconds now) {
     client.placedAt = now;
     Wish& wish = wishFor(client.window);
     wish.outer = outer;
+    wish.maximize = false;
     wish.unmaximize |= unmaximizes;
 }
 
+void Outbox::maximize(ClientWindow& client) {
+    if (!model_.windowManager().isPresent) return;
+    client.isMaximized = true;
+    client.pending.reset();
+    Wish& wish = wishFor(client.window);
+    wish.outer.reset();
+    wish.unmaximize = false;
+    wish.maximize = true;
+}
+
 void Outbox::raise(const ClientWindow& client) {
+    raiseAlone(client);
+    if (model_.windowManager().isPresent) return; // it keeps dialogs above their windows
+    for (const xcb_window_t window : model_.dialogsOf(client)) {
+        if (const ClientWindow* dialog = model_.client(window)) raiseAlone(*dialog);
+    }
+}
+
+void Outbox::raiseAlone(const ClientWindow& client) {
     Wish wish = wishFor(client.window);
     wish.raise = true;
     // The last one raised is to be on top.
@@ -136,12 +155,8 @@ void Outbox::sendDirectly(ClientWindow& client, const Wish& wish) {
 
 void Outbox::sendThroughManager(ClientWindow& client, const Wish& wish) {
     const WindowManager& manager = model_.windowManager();
-    const Atoms& atoms = connection_.atoms();
-    if (wish.unmaximize) {
-        connection_.sendToWindowManager(
-            client.window, Atom::netWmState,
-            {kRemoveState, atoms[Atom::netWmStateMaximizedVert], atoms[Atom::netWmStateMaximizedHorz], kFromPager, 0});
-    }
+    if (wish.unmaximize) changeMaximizing(client, kRemoveState);
+    if (wish.maximize) changeMaximizing(client, kAddState);
     if (wish.outer) {
         // The window manager's frame around the client, and the client's size within it.
         const PixelRect frame = grown(*wish.outer, client.shadow);
@@ -170,6 +185,13 @@ void Outbox::sendThroughManager(ClientWindow& client, const Wish& wish) {
     }
 }
 
+void Outbox::changeMaximizing(const ClientWindow& client, std::uint32_t change) {
+    const Atoms& atoms = connection_.atoms();
+    connection_.sendToWindowManager(
+        client.window, Atom::netWmState,
+        {change, atoms[Atom::netWmStateMaximizedVert], atoms[Atom::netWmStateMaximizedHorz], kFromPager, 0});
+}
+
 void Outbox::sendActivation(const ClientWindow& client) {
     if (model_.windowManager().isPresent) {
         connection_.sendToWindowManager(client.window, Atom::netActiveWindow,
@@ -178,6 +200,9 @@ void Outbox::sendActivation(const ClientWindow& client) {
     }
     const std::uint32_t above = XCB_STACK_MODE_ABOVE;
     xcb_configure_window(connection_.get(), client.window, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    for (const xcb_window_t dialog : model_.dialogsOf(client)) {
+        xcb_configure_window(connection_.get(), dialog, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    }
     xcb_set_input_focus(connection_.get(), XCB_INPUT_FOCUS_POINTER_ROOT, client.window, XCB_CURRENT_TIME);
 }
 

@@ -18,6 +18,7 @@ class Outbox {
     /// that is or will be there already is not bothered.
     void place(ClientWindow& client, const PixelRect& outer, Seconds now);
     void raise(const ClientWindow& client);
+    void maximize(ClientWindow& client);
     /// The keyboard goes to the window, or to the one of its process that was wished for or raised before it.
     void activate(const ClientWindow& client);
     void activateApplication(pid_t processIdentifier, const ClientWindow* mainWindow);
@@ -32,6 +33,7 @@ class Outbox {
         std::optional<PixelRect> outer;
         bool raise = false;
         bool unmaximize = false;
+        bool maximize = false;
     };
     struct Activation {
         xcb_window_t window = kNoWindow;
@@ -39,6 +41,7 @@ class Outbox {
     };
 
     Wish& wishFor(xcb_window_t window);
+    void raiseAlone(const ClientWindow& client);
     void sendDirectly(ClientWindow& client, const Wish& wish);
     void sendThroughManager(ClientWindow& client, const Wish& wish);
     void sendActivation(const ClientWindow& client);

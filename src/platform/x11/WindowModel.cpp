@@ -281,6 +281,34 @@ bool WindowModel::isFullScreen(const ClientWindow& client) const {
     return outer && std::ranges::find(displayRects, *outer) != displayRects.end();
 }
 
+const ClientWindow* WindowModel::parentOf(const ClientWindow& client) const {
+    const auto isParent = [&](const ClientWindow* other) {
+        return other && other != &client && other->processIdentifier == client.processIdentifier && !other->isInputOnly;
+    };
+    const ClientWindow* named = client.transientFor ? this->client(*client.transientFor) : nullptr;
+    if (isParent(named)) return named;
+    if (named || !client.isModal || client.group == kNoWindow) return nullptr;
+    for (auto top = stacking_.rbegin(); top != stacking_.rend(); ++top) {
+        const ClientWindow* other = clientIn(*top);
+        const bool isOrdinary = other && other->isManaged() && !other->transientFor && !other->isModal;
+        if (isOrdinary && isParent(other) && other->group == client.group) return other;
+    }
+    return nullptr;
+}
+
+std::vector<xcb_window_t> WindowModel::dialogsOf(const ClientWindow& client) const {
+    std::vector<xcb_window_t> dialogs;
+    const ClientWindow* at = &client;
+    for (std::size_t next = 0; at; at = next < dialogs.size() ? this->client(dialogs[next++]) : nullptr) {
+        for (const xcb_window_t window : order_) {
+            const ClientWindow* other = this->client(window);
+            const bool isKnown = window == client.window || std::ranges::find(dialogs, window) != dialogs.end();
+            if (other && !isKnown && parentOf(*other) == at) dialogs.push_back(window);
+        }
+    }
+    return dialogs;
+}
+
 bool WindowModel::isMinimized(const ClientWindow& client) const {
     return manager_.isPresent ? client.isIconic || client.isHiddenState : client.isIconifiedByUs;
 }

@@ -117,6 +117,11 @@ class WindowModel {
     /// These are the window manager's words; what is left of them once it has gone means nothing.
     bool isOnCurrentDesktop(const ClientWindow& client) const;
     bool isFullScreen(const ClientWindow& client) const;
+    /// The window of the same application that a dialog belongs to: the one that it names, or, when it is modal and
+    /// names none that is listed, the topmost of its group. Null for every other window.
+    const ClientWindow* parentOf(const ClientWindow& client) const;
+    /// Its dialogs, and theirs, each once.
+    std::vector<xcb_window_t> dialogsOf(const ClientWindow& client) const;
     const WindowManager& windowManager() const { return manager_; }
 
     /// Whether anything was announced that was not asked about yet.

@@ -121,13 +121,17 @@ AttributeValue X11Desktop::Parts::read(const ClientWindow& client, Accessibility
         return CGSize{static_cast<double>(std::max(0, client.minimumAndBase->width + around.horizontal())),
                       static_cast<double>(std::max(0, client.minimumAndBase->height + around.vertical()))};
     }
-    case AccessibilityAttribute::parent:
-        return AccessibilityElement{client.processIdentifier, 0, nullptr};
+    case AccessibilityAttribute::parent: {
+        const ClientWindow* parent = model.parentOf(client);
+        return parent ? elementOf(*parent) : AccessibilityElement{client.processIdentifier, 0, nullptr};
+    }
     case AccessibilityAttribute::main:
     case AccessibilityAttribute::focused:
         return model.activeWindow == client.window;
     case AccessibilityAttribute::fullScreen:
         return model.isFullScreen(client);
+    case AccessibilityAttribute::maximized:
+        return client.isMaximized && model.windowManager().isPresent;
     case AccessibilityAttribute::windows:
     case AccessibilityAttribute::focusedWindow:
     case AccessibilityAttribute::frontmost:
@@ -213,6 +217,8 @@ void X11Desktop::writeAttributes(const AccessibilityElement& element, std::span<
             if (write.attribute == AccessibilityAttribute::size) size = *extent;
         } else if (write.attribute == AccessibilityAttribute::minimized && flag) {
             isTrue ? parts_->minimizeByWish(*client) : parts_->restoreByWish(*client);
+        } else if (write.attribute == AccessibilityAttribute::maximized && isTrue) {
+            parts_->outbox.maximize(*client);
         } else if ((write.attribute == AccessibilityAttribute::main ||
                     write.attribute == AccessibilityAttribute::focused) &&
                    isTrue) {
@@ -266,11 +272,26 @@ void X11Desktop::Parts::minimizeByWish(ClientWindow& client) {
         }
     }
     minimize(client);
+    for (ClientWindow* dialog : dialogsToTakeAlong(client)) minimize(*dialog);
+}
+
+/// Window managers take dialogs along by themselves.
+std::vector<ClientWindow*> X11Desktop::Parts::dialogsToTakeAlong(const ClientWindow& client) {
+    std::vector<ClientWindow*> dialogs;
+    if (model.windowManager().isPresent) return dialogs;
+    for (const xcb_window_t window : model.dialogsOf(client)) {
+        if (ClientWindow* dialog = model.client(window)) dialogs.push_back(dialog);
+    }
+    return dialogs;
 }
 
 /// One that is not to be minimised any more comes back when they do, and not before.
 void X11Desktop::Parts::restoreByWish(ClientWindow& client) {
-    if (!isApplicationHidden(client.processIdentifier)) return restore(client);
+    if (!isApplicationHidden(client.processIdentifier)) {
+        restore(client);
+        for (ClientWindow* dialog : dialogsToTakeAlong(client)) restore(*dialog);
+        return;
+    }
     if (hidden.holds(client.window) || !model.isMinimized(client)) return;
     hidden.add({recordOf(client, TakenAway::byHiding)});
 }

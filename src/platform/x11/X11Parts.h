@@ -158,6 +158,7 @@ struct X11Desktop::Parts {
     x11::HiddenWindow recordOf(const x11::ClientWindow& client, x11::TakenAway how) const;
     void minimizeByWish(x11::ClientWindow& client);
     void restoreByWish(x11::ClientWindow& client);
+    std::vector<x11::ClientWindow*> dialogsToTakeAlong(const x11::ClientWindow& client);
     void minimize(x11::ClientWindow& client);
     void restore(x11::ClientWindow& client);
     void mapAgain(xcb_window_t window);

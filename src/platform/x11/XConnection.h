@@ -46,6 +46,7 @@ inline constexpr xcb_window_t kNoWindow = XCB_WINDOW_NONE;
     X(netWmStateMaximizedVert, "_NET_WM_STATE_MAXIMIZED_VERT")                                                         \
     X(netWmStateMaximizedHorz, "_NET_WM_STATE_MAXIMIZED_HORZ")                                                         \
     X(netWmStateShaded, "_NET_WM_STATE_SHADED")                                                                        \
+    X(netWmStateModal, "_NET_WM_STATE_MODAL")                                                                          \
     X(netWmStateSticky, "_NET_WM_STATE_STICKY")                                                                        \
     X(netWmWindowType, "_NET_WM_WINDOW_TYPE")                                                                          \
     X(typeNormal, "_NET_WM_WINDOW_TYPE_NORMAL")                                                                        \

@@ -117,7 +117,7 @@ class MacStage final : public ContractDesktop {
   public:
     bool can(Ability ability) const override {
         return ability != Ability::pluggingInDisplays && ability != Ability::withdrawingPermission &&
-               ability != Ability::claimingKeys;
+               ability != Ability::claimingKeys && ability != Ability::openingDialogs;
     }
     pid_t open(const Opening& opening) override {
         auto& client = clients_[opening.application];

@@ -64,8 +64,12 @@ class X11Stage final : public ContractDesktop {
                                                               static_cast<std::uint32_t>(application.process));
         }
         TestClient& client = *application.client;
-        const auto window = client.open(
-            {.title = opening.title, .frame = opening.frame, .minimumSize = opening.minimumSize, .knowsDelete = true});
+        const auto window =
+            client.open({.title = opening.title,
+                         .frame = opening.frame,
+                         .minimumSize = opening.minimumSize,
+                         .knowsDelete = true,
+                         .transientFor = opening.dialogOf ? windows_.at(*opening.dialogOf).window : xcb_window_t{}});
         windows_[opening.title] = {&client, window};
         // Its window manager has taken it in, decorated it, and put it where it likes.
         const auto isSettled = [&] {

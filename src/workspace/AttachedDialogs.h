@@ -1,0 +1,47 @@
+// Dialogs that belong to a window. They are no candidates for tiles, rules, scenes or stacks: they stay where their
+// program put them, and move along when their window moves to another place.
+// Frames are in window-service space.
+#pragma once
+
+#include "windowing/ManagedWindow.h"
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kova {
+
+class AttachedDialogs {
+  public:
+    /// Takes the dialogs out of what a poll found and gives the rest. A dialog that is not where it was counts from
+    /// there from now on; a window that the user moved does not change where its dialogs belong.
+    std::vector<ManagedWindow> takeFrom(std::vector<ManagedWindow> found);
+
+    const std::vector<ManagedWindow>& all() const { return dialogs_; }
+    /// Null when no dialog has the id.
+    const ManagedWindow* find(const std::string& id) const;
+    /// The window that a dialog belongs to; the id itself when it is no dialog's.
+    std::string ownerOf(const std::string& id) const;
+
+    struct Move {
+        ManagedWindow dialog;
+        CGPoint origin{};
+    };
+    /// Where the window's dialogs go when the window goes to `frame`: by the same amount, but inside `visibleArea` as
+    /// far as they fit. The dialogs count as being there from now on; those that are there already are left out.
+    std::vector<Move> follow(const std::string& windowID, const CGRect& frame, const CGRect& visibleArea);
+
+  private:
+    struct Place {
+        CGPoint offset{}; // from the window's origin, as the user or the program chose it
+        CGPoint origin{}; // where the dialog was seen or put last
+    };
+
+    std::vector<ManagedWindow> dialogs_;
+    std::map<std::string, Place> places_; // by the dialog's id
+};
+
+} // namespace kova
