@@ -57,6 +57,12 @@ DiagnosticLine managementLine(const WorkspaceController& controller) {
             "The agent has stopped watching windows; end it with “kova quit” and start it again."};
 }
 
+std::optional<DiagnosticLine> placingLine(const WorkspaceController& controller) {
+    const auto obstacle = controller.whyWindowsStay();
+    if (!obstacle) return std::nullopt;
+    return DiagnosticLine{"placing windows", Verdict::wrong, *obstacle};
+}
+
 DiagnosticLine preferencesLine(const PreferencesStore& preferences) {
     const std::string problem = preferences.problem();
     if (problem.empty()) return {"preferences", Verdict::fine, "The preferences were read and can be written."};
@@ -89,6 +95,7 @@ nlohmann::json examine(const ControlContext& context, const ShortcutMethods& sho
     addUnlessKnown(permissionLine(context.controller));
     addUnlessKnown(displaysLine(context.controller));
     addUnlessKnown(managementLine(context.controller));
+    if (auto obstacle = placingLine(context.controller)) addUnlessKnown(std::move(*obstacle));
     addUnlessKnown(preferencesLine(context.preferences));
     addUnlessKnown(shortcutsLine(context, shortcuts.heldByOthers()));
 

@@ -118,6 +118,10 @@ class AccessibilityServicing {
     /// Windows that are on the screen now, front to back; empty when the desktop cannot say. Any thread.
     virtual std::vector<OnScreenWindow> onScreenWindows() const = 0;
 
+    /// The name of a window manager that places all windows itself, so that frames are not taken; absent as a rule.
+    /// Main thread; never waits.
+    virtual std::optional<std::string> placingManager() const { return std::nullopt; }
+
     /// Sends what was written so far; called at the end of every operation that wrote to several windows. Main thread.
     virtual void flush() = 0;
 };

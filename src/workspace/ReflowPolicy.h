@@ -17,7 +17,8 @@ struct Refusal {
     CGRect wanted{}; // window-service space
     CGRect actual{};
     int attempts = 0;
-    bool isUnseen = true; // no poll has read since where it came to rest
+    bool isUnseen = true;    // no poll has read since where it came to rest
+    bool isAccepted = false; // it was there when the agent started, and was not asked
 };
 
 class ReflowPolicy {

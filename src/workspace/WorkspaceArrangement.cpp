@@ -2,6 +2,8 @@
 // back.
 #include "workspace/WorkspaceController.h"
 
+#include "workspace/PlacementObedience.h"
+#include "workspace/VisibleArea.h"
 #include "workspace/WorkspacePreferences.h"
 
 #include <algorithm>
@@ -25,9 +27,31 @@ std::string nameOf(const ManagedWindow& window) {
 bool WorkspaceController::arrange() {
     if (!requireWindowAccess()) return false;
     pushUndoSnapshot({"arrange", applicationsOn(std::nullopt)});
+    const auto obstacle = whyWindowsStay(); // as far as the arrangements before this one have shown
     arrangeWindows();
-    showStatusMessage("Windows arranged into zones — Undo is available");
+    showStatusMessage(obstacle.value_or("Windows arranged into zones — Undo is available"));
     return true;
+}
+
+std::optional<std::string> WorkspaceController::whyWindowsStay() const {
+    constexpr std::string_view kWayOut =
+        "Only windows that float there can be arranged; use KOVA with a window manager "
+        "that lets windows float.";
+    if (const auto name = services_.accessibility.placingManager()) {
+        return *name + " places windows itself, so they stay where it puts them. " + std::string(kWayOut);
+    }
+    std::vector<PlacedWindow> placed;
+    const auto frames = framesOfTiledWindows();
+    for (const ManagedWindow& window : liveWindows_) {
+        const auto wanted = frames.find(window.id);
+        if (wanted == frames.end() || !window.isVisible || !window.frame || isLeftAlone(window)) continue;
+        const auto refusal = refusals_.find(window.id);
+        const bool wasAskedEnough =
+            refusal != refusals_.end() && refusal->second.attempts >= kPlacementAttempts && !refusal->second.isAccepted;
+        placed.push_back({wanted->second, *window.frame, wasAskedEnough});
+    }
+    if (!isPlacingIgnored(placed)) return std::nullopt;
+    return "No window goes where it is sent: the window manager places them itself. " + std::string(kWayOut);
 }
 
 /// Absent for windows that take no part: those whose display may be back in a moment, full-screen ones, those on

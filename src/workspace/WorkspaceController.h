@@ -99,6 +99,9 @@ class WorkspaceController {
     /// What `arrange` would do now, without doing it.
     ArrangementPlan planArrangement() const;
     void arrangeWindows();
+    /// A sentence for the user when the window manager places windows itself, known by its name or by what it does;
+    /// absent as a rule.
+    std::optional<std::string> whyWindowsStay() const;
     /// What the last arrangement decided; empty before the first.
     const ArrangementPlan& lastArrangement() const { return lastArrangement_; }
 

@@ -183,7 +183,7 @@ void WorkspaceController::acceptPlacesOfWindows(const std::set<std::string>& ret
         if (tile && returnedDisplayIDs.contains(displayOfTarget(*tile))) continue;
         const ManagedWindow* window = findLive(windowID);
         if (window && window->frame && *window->frame != target) {
-            refusals_[windowID] = {target, *window->frame, kPlacementAttempts, false};
+            refusals_[windowID] = {target, *window->frame, kPlacementAttempts, false, true};
         }
     }
 }

@@ -168,8 +168,8 @@ void Desk::checkWindowsAreAtRest(std::vector<std::string>& broken) {
             continue;
         }
         const auto& window = desktop.window(desktop.labelOfID(*tile.windowID));
-        if (!window.isObedient() || !desktop.isAnswering(window)) continue;
-        if (!desktop.isOnScreen(window) || window.isFullScreen) continue;
+        if (desktop.placesWindows() || !window.isObedient() || !desktop.isAnswering(window)) continue;
+        if (!desktop.isOnScreen(window) || window.isFullScreen || window.isMaximized) continue;
         const CGRect frame = desktop.frameForWindowService(window);
         // A restart moves nobody: who had just strayed stays there until its tile is another or all are arranged.
         const auto found = foundAtRestart_.find(window.label());

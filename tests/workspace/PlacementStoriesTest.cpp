@@ -22,6 +22,28 @@ TEST(PlacementStories, SurplusWindowsAreMinimizedNeverClosedAndStayWhereTheyAreN
     EXPECT_EQ(desk.desktop.picture(), before) << "arranging again moves nothing without a reason";
 }
 
+TEST(PlacementStories, ADesktopThatPlacesWindowsItselfIsNamedOrFoundOut) {
+    const std::string wayOut =
+        "Only windows that float there can be arranged; use KOVA with a window manager that lets "
+        "windows float.";
+    Desk named;
+    named.display(2560, 1440).opens("Mail").opens("Notes");
+    named.desktop.placeWindowsItself("i3");
+    named.arrange().expectMessage("i3 places windows itself, so they stay where it puts them. " + wayOut);
+
+    Desk nameless;
+    nameless.display(2560, 1440).opens("Mail").opens("Notes");
+    nameless.desktop.placeWindowsItself(std::nullopt);
+    nameless.arrange().expectMessage("Windows arranged into zones — Undo is available");
+    nameless.settle().arrange();
+    nameless.expectMessage("No window goes where it is sent: the window manager places them itself. " + wayOut);
+
+    Desk obedient; // but for one window
+    obedient.display(2560, 1440).opens("Mail", {.refusesToMove = true}).opens("Notes");
+    obedient.arrange().settle().arrange();
+    obedient.expectMessage("Windows arranged into zones — Undo is available");
+}
+
 TEST(PlacementStories, ADryRunTouchesNothingAndSaysWhatArrangingDoes) {
     Desk desk;
     desk.display(2560, 1440).layout("jarvis.triple-strip").opens("Mail").opens("Codex").start();

@@ -117,6 +117,13 @@ class SimulatedDesktop : public AccessibilityServicing,
     bool isAnswering(const SimulatedWindow& window) const;
     /// Once, as soon as another application is activated, this one takes the keyboard back.
     void stealNextActivation(std::string_view application);
+    /// From now on the desktop places windows itself, and says its name if it has one: what is written to frames is
+    /// lost.
+    void placeWindowsItself(std::optional<std::string> name) {
+        placesWindows_ = true;
+        placingManager_ = std::move(name);
+    }
+    bool placesWindows() const { return placesWindows_; }
     void setHidingStyle(HidingStyle style) { hidingStyle_ = style; }
     pid_t processIdentifier(std::string_view application) const;
     bool isRunning(std::string_view application) const;
@@ -216,6 +223,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     void performAction(const AccessibilityElement& element, AccessibilityAction action) override;
     std::optional<AccessibilityElement> elementAtPosition(CGPoint point) const override;
     std::vector<OnScreenWindow> onScreenWindows() const override;
+    std::optional<std::string> placingManager() const override { return placingManager_; }
     void flush() override;
     // ApplicationServicing
     pid_t ownProcessIdentifier() const override { return kOwnProcessIdentifier; }
@@ -353,6 +361,8 @@ class SimulatedDesktop : public AccessibilityServicing,
     std::optional<pid_t> frontmost_;
     std::optional<pid_t> activationThief_;
     HidingStyle hidingStyle_ = HidingStyle::hidesApplication;
+    bool placesWindows_ = false;
+    std::optional<std::string> placingManager_;
     int virtualDesktop_ = 0;
     bool strandsWindows_ = false;
     bool isTrusted_ = true;

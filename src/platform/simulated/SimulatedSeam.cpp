@@ -222,6 +222,10 @@ void SimulatedDesktop::apply(SimulatedWindow& window, const AttributeWrite& writ
     const CGRect display = displayFrameUnder(window.frame);
     const auto* point = std::get_if<CGPoint>(&write.value);
     const auto* size = std::get_if<CGSize>(&write.value);
+    if (concernsFrame(write)) {
+        if (placesWindows_) return;
+        window.isMaximized = false;
+    }
     // A value of another kind than the attribute's is refused, as anything is that cannot be written.
     if (point && write.attribute == AccessibilityAttribute::position) {
         const CGPoint corner = firstDisplayOrigin();

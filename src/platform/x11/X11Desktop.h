@@ -74,6 +74,7 @@ class X11Desktop final : public AccessibilityServicing,
     void writeAttributes(const AccessibilityElement& element, std::span<const AttributeWrite> writes) override;
     void performAction(const AccessibilityElement& element, AccessibilityAction action) override;
     std::optional<AccessibilityElement> elementAtPosition(CGPoint point) const override;
+    std::optional<std::string> placingManager() const override;
     std::vector<OnScreenWindow> onScreenWindows() const override;
     void flush() override;
 

@@ -1,4 +1,5 @@
 // What the desktop tells people who wonder why a window does not move.
+#include "platform/x11/TilingManagers.h"
 #include "platform/x11/X11Parts.h"
 
 #include <cstdlib>
@@ -32,6 +33,12 @@ DiagnosticLine describeManager(const WindowManager& manager) {
 }
 
 } // namespace
+
+std::optional<std::string> X11Desktop::placingManager() const {
+    const std::lock_guard lock(parts_->mutex);
+    const WindowManager& manager = parts_->model.windowManager();
+    return manager.isPresent && isTilingManager(manager.name) ? std::optional(manager.name) : std::nullopt;
+}
 
 std::vector<DiagnosticLine> X11Desktop::diagnose() const {
     std::vector<DiagnosticLine> lines;

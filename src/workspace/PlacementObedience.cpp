@@ -1,0 +1,25 @@
+#include "workspace/PlacementObedience.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kova {
+
+namespace {
+
+constexpr std::size_t kFewestWindows = 2;
+constexpr double kSamePlacePoints = 2;
+
+bool stayedAway(const PlacedWindow& window) {
+    const bool beginsThere = std::abs(minX(window.wanted) - minX(window.actual)) <= kSamePlacePoints &&
+                             std::abs(minY(window.wanted) - minY(window.actual)) <= kSamePlacePoints;
+    return window.wasAskedEnough && !beginsThere;
+}
+
+} // namespace
+
+bool isPlacingIgnored(const std::vector<PlacedWindow>& windows) {
+    return windows.size() >= kFewestWindows && std::ranges::all_of(windows, stayedAway);
+}
+
+} // namespace kova
