@@ -76,6 +76,9 @@ struct OnScreenWindow {
     CGRect bounds{}; // window-service space
 };
 
+/// A dialog is a window whose parent is a window. It stays above that window, and leaves the screen and comes back with
+/// it; a desktop need not move it along. A window that comes back leaves the keyboard where it is, unless it is to have
+/// the keyboard. A position or size written to a maximized window ends that first.
 class AccessibilityServicing {
   public:
     virtual ~AccessibilityServicing() = default;

@@ -124,7 +124,7 @@ class WorkspaceController {
     std::vector<WorkspaceTile> tiles() const;
 
     // Single windows
-    /// The live window that has the keyboard; null when none has.
+    /// The live window that has the keyboard, itself or one of its dialogs; null when none has.
     const ManagedWindow* focusedWindow() const;
     /// The named window, else the focused one; null when there is none.
     const ManagedWindow* actingWindow(const std::optional<std::string>& windowID) const;

@@ -270,6 +270,52 @@ TEST_P(DesktopContract, OneApplicationHasTheKeyboardAndOneOfItsWindows) {
     }));
 }
 
+TEST_P(DesktopContract, ADialogStaysAboveItsWindowAndLeavesAndComesBackWithIt) {
+    if (!stage().can(Ability::openingDialogs)) return;
+    const pid_t editor = stage().open({"Editor", "Plan", makeRect(100, 100, 500, 400)});
+    stage().open(
+        {.application = "Editor", .title = "Save?", .frame = makeRect(200, 200, 250, 150), .dialogOf = "Plan"});
+    const auto plan = element("Plan"), dialog = element("Save?");
+    const auto seen = [&] { return titleAt({110, 300}) + " | " + titleAt({300, 300}); };
+    EXPECT_EQ(read(dialog, Attribute::parent), AttributeValue(plan));
+    EXPECT_EQ(read(plan, Attribute::parent), AttributeValue(accessibility().applicationElement(editor)));
+    accessibility().performAction(plan, AccessibilityAction::raise);
+    applications().activate(editor);
+    accessibility().flush();
+    stage().runFor(Seconds(0.2));
+    EXPECT_EQ(seen(), "Plan | Save?");
+    for (int times = 0; times < 2; ++times) {
+        write(plan, {{Attribute::minimized, true}});
+        EXPECT_TRUE(until([&] { return seen() == " | "; })) << seen();
+        write(plan, {{Attribute::minimized, false}});
+        EXPECT_TRUE(until([&] { return seen() == "Plan | Save?"; })) << seen();
+    }
+    stage().close("Plan");
+    EXPECT_TRUE(until([&] { return read(dialog, Attribute::parent) != AttributeValue(plan); }));
+}
+
+TEST_P(DesktopContract, AWindowThatComesBackLeavesTheKeyboardWhereItIs) {
+    const pid_t editor = stage().open(kPlan);
+    const pid_t mail = stage().open(kInbox);
+    const auto plan = element("Plan"), inbox = element("Inbox");
+    const auto isAway = [&] { return titleAt({60, 80}).empty(); };
+    for (const bool asApplication : {false, true}) {
+        asApplication ? applications().hide(editor) : write(plan, {{Attribute::minimized, true}});
+        accessibility().flush();
+        ASSERT_TRUE(until(isAway));
+        write(accessibility().applicationElement(mail), {{Attribute::frontmost, true}});
+        write(inbox, {{Attribute::main, true}, {Attribute::focused, true}});
+        applications().activate(mail);
+        accessibility().flush();
+        ASSERT_TRUE(until([&] { return applications().frontmostApplication() == mail; }));
+        asApplication ? applications().unhide(editor) : write(plan, {{Attribute::minimized, false}});
+        accessibility().flush();
+        EXPECT_TRUE(until([&] { return !isAway(); }));
+        stage().runFor(Seconds(0.3));
+        EXPECT_EQ(applications().frontmostApplication(), mail) << (asApplication ? "unhidden" : "restored");
+    }
+}
+
 TEST_P(DesktopContract, WithoutPermissionNothingIsKnownAndNothingDone) {
     stage().open(kPlan);
     const auto plan = element("Plan");

@@ -23,6 +23,13 @@ class Outbox {
     void activate(const ClientWindow& client);
     void activateApplication(pid_t processIdentifier, const ClientWindow* mainWindow);
 
+    /// The window that is to have the keyboard; absent when none was wished for.
+    std::optional<xcb_window_t> activated() const {
+        return activation_ ? std::optional(activation_->window) : std::nullopt;
+    }
+    /// The same at once and beside that: it comes back to the screen by it.
+    void sendActivation(const ClientWindow& client);
+
     bool isEmpty() const { return wishes_.empty() && !activation_; }
     /// Buffers the requests for all wishes.
     void send();
@@ -44,7 +51,7 @@ class Outbox {
     void raiseAlone(const ClientWindow& client);
     void sendDirectly(ClientWindow& client, const Wish& wish);
     void sendThroughManager(ClientWindow& client, const Wish& wish);
-    void sendActivation(const ClientWindow& client);
+    void changeMaximizing(const ClientWindow& client, std::uint32_t change);
 
     const XConnection& connection_;
     WindowModel& model_;

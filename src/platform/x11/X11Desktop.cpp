@@ -21,6 +21,8 @@ namespace {
 /// How long somebody looks after a window that was placed.
 constexpr Seconds kPlacingTime{1.0};
 constexpr Seconds kOneGo{0.001};
+/// How long a window manager may take to minimize a window.
+constexpr Seconds kTimeToLeave{1.0};
 /// How long the connection goes unwatched at most while the next poll has something to find in any case: until that
 /// poll, which reads for itself, as a rule.
 constexpr Seconds kRest{0.55};
@@ -60,9 +62,11 @@ X11Desktop::~X11Desktop() {
     xcb_window_t active = kNoWindow;
     {
         const std::lock_guard lock(parts_->mutex);
-        active = parts_->model.activeWindow;
-        parts_->hidden.followModel(parts_->model, parts_->queue.uptime());
-        if (parts_->hidden.all().empty() && !parts_->isAnyReturning()) return;
+        const Seconds now = parts_->queue.uptime();
+        const auto kept = parts_->keyboard.kept(now);
+        active = kept.value_or(parts_->model.activeWindow);
+        parts_->hidden.followModel(parts_->model, now);
+        if (parts_->hidden.all().empty() && !parts_->isAnyReturning() && !kept) return;
     }
     restoreHidden();
     // A window that was on its way out comes back once it is out; what is not back by the end stays on record for the
@@ -211,8 +215,8 @@ void X11Desktop::Parts::readAndRest() {
 bool X11Desktop::Parts::mayRest() const {
     if (queue.uptime() - lastPlacing < kPlacingTime) return false;
     const auto isLeaving = [](const HiddenWindow& taken) { return !taken.hasLeftScreen; };
-    return !whenChanged && asked.empty() && !displays.isAsking() && std::ranges::none_of(hidden.all(), isLeaving) &&
-           !isAnyReturning();
+    return !whenChanged && !keyboard.kept(queue.uptime()) && asked.empty() && !displays.isAsking() &&
+           std::ranges::none_of(hidden.all(), isLeaving) && !isAnyReturning();
 }
 
 void X11Desktop::Parts::resume() {
@@ -344,10 +348,24 @@ void X11Desktop::Parts::askActiveWindow() {
                 const auto windows =
                     numbersIn(viewOf(static_cast<const xcb_get_property_reply_t*>(reply)), XCB_ATOM_WINDOW);
                 model.activeWindow = windows.empty() ? kNoWindow : windows[0];
+                leaveKeyboard();
             });
     } else {
         askFocus(asked.emplace_back(), *connection, model);
     }
+}
+
+/// Gives the keyboard back when a window that was only to come back has taken it.
+void X11Desktop::Parts::leaveKeyboard() {
+    const ClientWindow* active = model.client(model.activeWindow);
+    const ClientWindow* owner = active ? model.parentOf(*active) : nullptr;
+    const auto kept = keyboard.toGiveBack(model.activeWindow, owner ? owner->window : kNoWindow, queue.uptime());
+    const ClientWindow* client = kept ? model.client(*kept) : nullptr;
+    if (!client || outbox.activated()) return;
+    const bool isLeaving = client->leaveAsked && queue.uptime() - *client->leaveAsked < kTimeToLeave;
+    if (isLeaving || model.isMinimized(*client)) return;
+    outbox.activate(*client);
+    sendSoon();
 }
 
 /// Asked at once and not by the next poll: a window that is being placed must be placed again by its new decorations.

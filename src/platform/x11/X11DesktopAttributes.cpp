@@ -331,13 +331,18 @@ void X11Desktop::Parts::mapAgain(xcb_window_t window) {
     if (!model.windowManager().isPresent) setIconicState(window, XCB_ICCCM_WM_STATE_NORMAL);
     xcb_map_window(connection->get(), window);
     mustFlush = true;
+    if (model.windowManager().isPresent) keyboard.noteReturning(window, model.activeWindow, queue.uptime());
     ClientWindow* client = model.client(window);
     if (!client) return;
+    const TopLevel* top = model.topLevel(client->topLevel);
+    // Some window managers leave a minimized window mapped. Mapping it does nothing then; giving it the keyboard brings
+    // it back.
+    const bool isStillMapped = top && top->isMapped && (client->isIconic || client->isHiddenState);
+    if (isStillMapped && model.windowManager().isPresent) outbox.sendActivation(*client);
     // At once, so that the next wish is not measured by what no longer holds. If it stays iconic, the poll finds out.
     client->isIconic = client->isHiddenState = client->isIconifiedByUs = false;
     client->leaveAsked.reset();
     client->returnAsked = queue.uptime();
-    const TopLevel* top = model.topLevel(client->topLevel);
     client->isMapAsked = top && !top->isMapped;
     model.markStale(*client, stale::state);
 }
@@ -376,6 +381,7 @@ void X11Desktop::Parts::send() {
     isSendDue = false;
     {
         const std::lock_guard lock(mutex);
+        if (const auto given = outbox.activated()) keyboard.noteGiven(*given);
         outbox.send();
         mustFlush = true;
     }

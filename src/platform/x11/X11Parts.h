@@ -4,6 +4,7 @@
 
 #include "platform/x11/DisplayReader.h"
 #include "platform/x11/HiddenWindows.h"
+#include "platform/x11/KeyboardKeeper.h"
 #include "platform/x11/ModelRefresh.h"
 #include "platform/x11/Outbox.h"
 #include "platform/x11/ScreenPower.h"
@@ -87,6 +88,7 @@ struct X11Desktop::Parts {
     Seconds lastReminder{};
     x11::HiddenWindows hidden;
     x11::Outbox outbox;
+    x11::KeyboardKeeper keyboard;
     x11::EventEffects unsettled; // found by the polling queue, for the main thread to act on
     x11::DisplayArrangement arrangement;
     std::vector<x11::Monitor> monitors;
@@ -111,6 +113,7 @@ struct X11Desktop::Parts {
     bool actOn(const x11::EventEffects& effects);                 // locked
     void takeReplies();                                           // locked; those that have come
     void askActiveWindow();                                       // locked, as are these
+    void leaveKeyboard();
     void askDecorations(xcb_window_t window);
     void askState(x11::ClientWindow& client);
     void askPointer();

@@ -1,0 +1,44 @@
+#include "platform/x11/KeyboardKeeper.h"
+
+namespace kova::x11 {
+
+namespace {
+
+/// Later than that it is the user who has chosen the window.
+constexpr Seconds kTimeToReturn{1};
+/// An application that insists on the keyboard has it.
+constexpr int kMostTimesGivenBack = 6;
+
+} // namespace
+
+void KeyboardKeeper::noteReturning(xcb_window_t window, xcb_window_t active, Seconds now) {
+    if (!isKeeping(now)) {
+        returning_.clear();
+        kept_ = active;
+        timesGivenBack_ = 0;
+    }
+    returning_.insert(window);
+    until_ = now + kTimeToReturn;
+}
+
+void KeyboardKeeper::noteGiven(xcb_window_t window) {
+    if (!returning_.empty()) kept_ = window;
+}
+
+std::optional<xcb_window_t> KeyboardKeeper::toGiveBack(xcb_window_t active, xcb_window_t owner, Seconds now) {
+    if (!isKeeping(now) || active == kNoWindow || active == kept_) return std::nullopt;
+    if (!returning_.contains(active) && !returning_.contains(owner)) {
+        returning_.clear(); // the user, or the window manager, has chosen another one
+        return std::nullopt;
+    }
+    if (kept_ == kNoWindow || timesGivenBack_ >= kMostTimesGivenBack) return std::nullopt;
+    ++timesGivenBack_;
+    return kept_;
+}
+
+std::optional<xcb_window_t> KeyboardKeeper::kept(Seconds now) const {
+    if (!isKeeping(now) || kept_ == kNoWindow) return std::nullopt;
+    return kept_;
+}
+
+} // namespace kova::x11

@@ -1,0 +1,55 @@
+#include "platform/x11/KeyboardKeeper.h"
+
+#include "platform/x11/TilingManagers.h"
+
+#include <gtest/gtest.h>
+
+namespace kova::x11 {
+namespace {
+
+constexpr xcb_window_t kEditor = 10, kMail = 20, kPlayer = 30, kQuestion = 31;
+
+class Keeping : public ::testing::Test {
+  protected:
+    /// The window that is activated in answer; kNoWindow for none.
+    xcb_window_t after(xcb_window_t active, double uptime, xcb_window_t owner = kNoWindow) {
+        return keeper.toGiveBack(active, owner, Seconds(uptime)).value_or(kNoWindow);
+    }
+    KeyboardKeeper keeper;
+};
+
+TEST_F(Keeping, GivesTheKeyboardBackWhenAReturningWindowTakesIt) {
+    EXPECT_EQ(after(kMail, 0), kNoWindow) << "nothing comes back";
+    keeper.noteReturning(kMail, kEditor, Seconds(1));
+    keeper.noteReturning(kPlayer, kMail, Seconds(1.1)); // which has taken it by now
+    EXPECT_EQ(after(kMail, 1.2), kEditor);
+    EXPECT_EQ(after(kEditor, 1.3), kNoWindow);
+    EXPECT_EQ(after(kNoWindow, 1.3), kNoWindow) << "between two windows";
+    EXPECT_EQ(after(kQuestion, 1.4, kPlayer), kEditor) << "a dialog that came with its window";
+    EXPECT_EQ(keeper.kept(Seconds(1.4)), kEditor);
+    EXPECT_EQ(after(kMail, 2.2), kNoWindow) << "by now it is the user's choice";
+    EXPECT_EQ(keeper.kept(Seconds(2.2)), std::nullopt);
+}
+
+TEST_F(Keeping, EndsWithAnotherChoiceAndWithAProgramThatInsists) {
+    keeper.noteReturning(kMail, kEditor, Seconds(1));
+    EXPECT_EQ(after(kPlayer, 1.1), kNoWindow);
+    EXPECT_EQ(after(kMail, 1.2), kNoWindow) << "the user has chosen meanwhile";
+
+    keeper.noteReturning(kMail, kEditor, Seconds(5));
+    keeper.noteGiven(kPlayer); // by KOVA itself, in the same action
+    int given = 0;
+    for (double uptime = 5.1; uptime < 5.9; uptime += 0.05) given += after(kMail, uptime) == kPlayer ? 1 : 0;
+    EXPECT_EQ(given, 6);
+
+    keeper.noteReturning(kMail, kNoWindow, Seconds(9));
+    EXPECT_EQ(after(kMail, 9.1), kNoWindow) << "no window had it before";
+}
+
+TEST(TilingManagers, AreKnownByTheirWholeName) {
+    for (const char* name : {"i3", "bspwm", "Qtile", "wlroots wm"}) EXPECT_TRUE(isTilingManager(name)) << name;
+    for (const char* name : {"", "Openbox", "i3 or so", "Mutter"}) EXPECT_FALSE(isTilingManager(name)) << name;
+}
+
+} // namespace
+} // namespace kova::x11
