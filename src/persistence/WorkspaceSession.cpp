@@ -35,6 +35,7 @@ json encode(const WorkspaceSessionWindow& window) {
         out["observedMinimumSize"] = json::array({minimum->width, minimum->height});
     }
     if (window.isPutAway) out["isPutAway"] = true;
+    if (window.isSurplus) out["isSurplus"] = true;
     return out;
 }
 
@@ -51,6 +52,7 @@ WorkspaceSessionWindow decodeWindow(const JsonCursor& cursor) {
         window.observedMinimumSize = CGSize{n[0], n[1]};
     }
     if (const auto putAway = cursor.optional("isPutAway")) window.isPutAway = putAway->boolean();
+    if (const auto surplus = cursor.optional("isSurplus")) window.isSurplus = surplus->boolean();
     return window;
 }
 

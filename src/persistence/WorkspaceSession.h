@@ -24,6 +24,7 @@ struct WorkspaceSessionWindow {
     std::optional<CGRect> frame{};               // window-service space
     std::optional<CGSize> observedMinimumSize{}; // points
     bool isPutAway = false;                      // it waited in a stack, off the screen
+    bool isSurplus = false;                      // it was minimized because no tile was left
     bool operator==(const WorkspaceSessionWindow&) const = default;
 };
 

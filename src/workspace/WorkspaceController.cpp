@@ -61,6 +61,10 @@ void WorkspaceController::stop() {
     abandonDrags();
     (void)leaveFocusMode(); // whoever sees it
     if (isRunning()) session_->save();
+    for (const auto& id : minimizedWindows_.takeAll()) {
+        if (const ManagedWindow* window = findLive(id)) windowService_->unminimize(*window);
+    }
+    services_.accessibility.flush();
     comingBack_.clear();
     ++autoArrangeGeneration_;
     pendingApplicationPlacements_.clear();

@@ -14,6 +14,7 @@
 #include "workspace/DividerDrag.h"
 #include "workspace/FocusOrder.h"
 #include "workspace/LayoutMigration.h"
+#include "workspace/MinimizedWindows.h"
 #include "workspace/PendingApplicationPlacement.h"
 #include "workspace/PresentationSuspension.h"
 #include "workspace/ReflowPolicy.h"
@@ -518,6 +519,8 @@ class WorkspaceController {
     AutoArrangeLearningModel learning_;
     std::vector<ManagedWindow> liveWindows_;
     std::unordered_map<std::string, std::size_t> liveIndexByID_;
+    AttachedDialogs dialogs_;
+    MinimizedWindows minimizedWindows_;
     TileAssignments assignments_;
     mutable DisplayLayouts layouts_;
     UndoHistory undo_;

@@ -153,6 +153,8 @@ void WorkspaceController::hideApplicationOf(const ManagedWindow& window) {
 }
 
 void WorkspaceController::minimizeWindow(const ManagedWindow& window) {
+    const bool wasMinimizedByUser = window.isMinimized && !minimizedWindows_.contains(window.id);
+    if (!wasMinimizedByUser) minimizedWindows_.note(window.id, services_.queue.uptime());
     windowService_->presentDisplaced(window, DisplacedWindowPresentationAction::minimizeWindow);
     if (ManagedWindow* live = findLive(window.id)) {
         live->isMinimized = true;

@@ -47,6 +47,7 @@ void WorkspaceController::applyGrantedPoll(std::vector<ManagedWindow> windows, b
         if (expectedBundleIDs_.empty()) break;
         if (window.bundleIdentifier) expectedBundleIDs_.erase(*window.bundleIdentifier);
     }
+    minimizedWindows_.follow(liveWindows_, services_.queue.uptime());
     const bool tookUpSession = takeUpSession();
     if (hasOtherTitles) state_.titleRevision.set(*state_.titleRevision + 1);
     if (!isRecovering && *state_.focusMode && !findLive((*state_.focusMode)->windowID)) {
@@ -129,7 +130,8 @@ void WorkspaceController::scheduleAutomaticArrangement(bool justGranted) {
 }
 
 bool WorkspaceController::hasUnfinishedBusiness() const {
-    return recovery_.hasDeadline() || !awaitedOfSession_.empty() || !comingBack_.empty() ||
+    return recovery_.hasDeadline() || minimizedWindows_.isExpecting() || !awaitedOfSession_.empty() ||
+           !comingBack_.empty() ||
            recovery_.detectedLockedLoginSession || !pendingApplicationPlacements_.empty() ||
            !restoration_.pending.empty() || std::any_of(refusals_.begin(), refusals_.end(), [](const auto& entry) {
                return entry.second.isUnseen || entry.second.attempts < kPlacementAttempts;

@@ -61,8 +61,9 @@ std::optional<WorkspaceSession> WorkspaceController::describeSession() {
         if (isHandled) session.handledRuleWindowIDs.insert(window.id);
         const bool isFloating = state_.floatingWindowIDs->contains(window.id);
         if (isFloating) session.floatingWindowIDs.insert(window.id);
-        if (!isHandled && !isFloating && !assignments_.isInAnyTile(window.id) && !absence_.isHomeless(window.id))
-            continue;
+        const bool isSurplus = minimizedWindows_.contains(window.id) && !assignments_.isInAnyTile(window.id);
+        const bool hasPlace = assignments_.isInAnyTile(window.id) || absence_.isHomeless(window.id);
+        if (!isHandled && !isFloating && !hasPlace && !isSurplus) continue;
         const auto [start, isNew] = starts.try_emplace(window.processIdentifier);
         if (isNew) {
             // A process that has a window goes on; reading again what tells it from others would cost a file each.
@@ -74,6 +75,7 @@ std::optional<WorkspaceSession> WorkspaceController::describeSession() {
         WorkspaceSessionWindow kept{
             window.id,   window.processIdentifier, start->second, window.bundleIdentifier, window.title, window.frame,
             std::nullopt};
+        kept.isSurplus = isSurplus;
         const auto comingBack = comingBack_.find(window.id);
         if (comingBack != comingBack_.end()) kept.frame = comingBack->second;
         kept.isPutAway = (!window.isVisible || comingBack != comingBack_.end()) &&
@@ -150,6 +152,12 @@ bool WorkspaceController::takeUpSession() {
         if (former.isPutAway && now != resumed.idNow.end()) comingBack_[now->second] = former.frame;
     }
     comingBackUntil_ = services_.queue.uptime() + kPatienceWithReturn;
+    for (const auto& former : session.windows) {
+        const auto now = resumed.idNow.find(former.id);
+        if (former.isSurplus && now != resumed.idNow.end()) {
+            minimizedWindows_.expectBack(now->second, former.frame, comingBackUntil_);
+        }
+    }
     putAwayAgain();
     if (session.zoom && !changed.contains(session.zoom->displayID)) takeUpZoom(*session.zoom, resumed);
     return knowsAny;
@@ -192,6 +200,13 @@ void WorkspaceController::acceptPlacesOfWindows(const std::set<std::string>& ret
 /// meanwhile: who works in it or has moved it, or has closed what it waited behind. One that is on its way back looks
 /// the same at first, which is why a look decides only in favour of going.
 void WorkspaceController::putAwayAgain() {
+    if (minimizedWindows_.isExpecting()) {
+        const ManagedWindow* focused = focusedWindow();
+        const auto inUse = focused ? std::optional(focused->id) : std::nullopt;
+        for (const auto& id : minimizedWindows_.takeReturned(liveWindows_, inUse, services_.queue.uptime())) {
+            if (!assignments_.isInAnyTile(id)) minimizeWindow(ManagedWindow(*findLive(id)));
+        }
+    }
     if (comingBack_.empty()) return;
     const bool isLastLook = services_.queue.uptime() >= comingBackUntil_;
     std::erase_if(comingBack_, [this](const auto& entry) {

@@ -282,6 +282,32 @@ TEST(Resumption, IdentifiersOfAnotherTimeAreNobodys) {
     EXPECT_FALSE(byTitle("Outbox"));
 }
 
+TEST(Resumption, WhatKovaMinimizedComesBackAtItsEndAndLeavesWithTheNextAgent) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split");
+    for (const char* name : {"Codex", "Firefox", "Mail", "Viewer", "Wiki", "Zip"}) desk.opens(name);
+    desk.desktop.minimizeByHand("Zip");
+    desk.arrange();
+    const auto minimized = [&] {
+        std::string names;
+        for (const auto* window : desk.desktop.livingWindows())
+            names += window->isMinimized ? window->label() + " " : "";
+        return names;
+    };
+    EXPECT_EQ(minimized(), "Mail Viewer Wiki Zip ");
+    desk.desktop.minimizeByHand("Wiki", false);
+    desk.settle();
+    desk.desktop.minimizeByHand("Wiki"); // now it is the user's doing
+    desk.settle().stop();
+    EXPECT_EQ(minimized(), "Wiki Zip ");
+    desk.desktop.focusByHand("Codex");
+    desk.desktop.moveByHand("Viewer", makeRect(900, 700, 500, 400));
+    desk.restart();
+    EXPECT_EQ(minimized(), "Mail Wiki Zip ") << "the user has moved the other one meanwhile";
+    desk.settle().restart().stop();
+    EXPECT_EQ(minimized(), "Wiki Zip ");
+}
+
 TEST(Resumption, ARecordThatIsNotSoundIsNotTakenUp) {
     const ResumedWindows all{{{"1", "1"}, {"2", "2"}}, {}};
     EXPECT_NE(resumedTiles({{{"d::a", "1"}}, {{"d::a", {"1", "2"}}}, {}}, all), TileAssignments{});

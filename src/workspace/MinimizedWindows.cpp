@@ -1,0 +1,65 @@
+#include "workspace/MinimizedWindows.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace kova {
+
+namespace {
+
+/// A window that is not minimized by then refuses to be.
+constexpr Seconds kTimeToLeave{2};
+constexpr double kSamePlacePoints = 2;
+
+} // namespace
+
+void MinimizedWindows::note(const std::string& windowID, Seconds now) {
+    away_[windowID] = {now, false};
+}
+
+void MinimizedWindows::follow(const std::vector<ManagedWindow>& live, Seconds now) {
+    for (auto entry = away_.begin(); entry != away_.end();) {
+        auto& [id, away] = *entry;
+        const auto window = std::ranges::find(live, id, &ManagedWindow::id);
+        const bool isMinimized = window != live.end() && window->isMinimized;
+        away.wasSeen |= isMinimized;
+        const bool isLeaving = !away.wasSeen && now - away.since <= kTimeToLeave;
+        const bool isOver = window == live.end() || !(isMinimized || isLeaving);
+        entry = isOver ? away_.erase(entry) : std::next(entry);
+    }
+}
+
+std::vector<std::string> MinimizedWindows::takeAll() {
+    std::vector<std::string> ids;
+    for (const auto& [id, away] : std::exchange(away_, {})) ids.push_back(id);
+    return ids;
+}
+
+void MinimizedWindows::expectBack(const std::string& windowID, const std::optional<CGRect>& frame, Seconds deadline) {
+    expected_[windowID] = {frame, deadline};
+}
+
+std::vector<std::string> MinimizedWindows::takeReturned(const std::vector<ManagedWindow>& live,
+                                                        const std::optional<std::string>& focusedWindowID,
+                                                        Seconds now) {
+    std::vector<std::string> returned;
+    std::erase_if(expected_, [&](const auto& entry) {
+        const auto& [id, expected] = entry;
+        const auto window = std::ranges::find(live, id, &ManagedWindow::id);
+        if (window == live.end()) return true;
+        const bool isLastLook = now >= expected.deadline;
+        if (window->isMinimized) {
+            if (!contains(id)) note(id, now);
+            return isLastLook;
+        }
+        const bool isInPlace =
+            !expected.frame || !window->frame || nearlyEqual(*window->frame, *expected.frame, kSamePlacePoints);
+        if (!window->isVisible || !isInPlace || id == focusedWindowID) return isLastLook;
+        returned.push_back(id);
+        return true;
+    });
+    return returned;
+}
+
+} // namespace kova

@@ -1,0 +1,48 @@
+// Which windows KOVA minimized itself, for as long as they stay so: they come back when it ends, and are minimized
+// again by the agent that takes up the session.
+#pragma once
+
+#include "support/MainQueue.h"
+#include "windowing/ManagedWindow.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+class MinimizedWindows {
+  public:
+    /// Times are uptimes.
+    void note(const std::string& windowID, Seconds now);
+    /// Forgets windows that have closed or are not minimized any more.
+    void follow(const std::vector<ManagedWindow>& live, Seconds now);
+    bool contains(const std::string& windowID) const { return away_.contains(windowID); }
+    /// Those that are to come back now; none is on record afterwards.
+    std::vector<std::string> takeAll();
+
+    /// The agent before this one had minimized the window and brought it back to `frame` as it ended, which may take
+    /// until `deadline`.
+    void expectBack(const std::string& windowID, const std::optional<CGRect>& frame, Seconds deadline);
+    bool isExpecting() const { return !expected_.empty(); }
+    /// The expected windows that are back where they were and not in use: they are to be minimized again. One that
+    /// stays minimized counts as minimized by this agent.
+    std::vector<std::string> takeReturned(const std::vector<ManagedWindow>& live,
+                                          const std::optional<std::string>& focusedWindowID, Seconds now);
+
+  private:
+    struct Away {
+        Seconds since{};
+        bool wasSeen = false; // minimized, by a poll
+    };
+    struct Expected {
+        std::optional<CGRect> frame; // window-service space
+        Seconds deadline{};
+    };
+
+    std::map<std::string, Away> away_;
+    std::map<std::string, Expected> expected_;
+};
+
+} // namespace kova
