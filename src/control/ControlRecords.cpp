@@ -225,8 +225,14 @@ json plan(const ArrangementPlan& plan) {
     for (const ArrangementSurplus& left : plan.surplus) {
         surplus.push_back({{"window", brief(left.window)}, {"explanation", left.explanation}});
     }
-    return {
-        {"placements", std::move(placements)}, {"surplus", std::move(surplus)}, {"explanation", plan.explanation()}};
+    json leftAlone = json::array();
+    for (const ArrangementLeftAlone& left : plan.leftAlone) {
+        leftAlone.push_back({{"window", brief(left.window)}, {"explanation", left.explanation}});
+    }
+    return {{"placements", std::move(placements)},
+            {"surplus", std::move(surplus)},
+            {"leftAlone", std::move(leftAlone)},
+            {"explanation", plan.explanation()}};
 }
 
 json focusMode(const WorkspaceController& controller) {

@@ -272,6 +272,7 @@ ArrangementPlan Planner::plan() {
             plan.surplus.push_back({input_.candidates[c].window, describe(c) + " → minimized: " + reason});
         }
     }
+    plan.leftAlone = input_.leftAlone;
     return plan;
 }
 
@@ -285,6 +286,7 @@ std::vector<std::string> ArrangementPlan::explanation() const {
     std::vector<std::string> lines;
     for (const auto& placement : placements) lines.push_back(placement.explanation);
     for (const auto& window : surplus) lines.push_back(window.explanation);
+    for (const auto& window : leftAlone) lines.push_back(window.explanation);
     if (!surplus.empty()) {
         lines.push_back(std::to_string(surplus.size()) + " surplus windows minimized; none were closed.");
     }

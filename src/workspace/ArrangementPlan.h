@@ -38,9 +38,16 @@ struct ArrangementCandidate {
     bool isDeferred = false;                    // minimised or hidden: needs time to come back
 };
 
+/// A window that takes no part although the user may expect it to.
+struct ArrangementLeftAlone {
+    ManagedWindow window;
+    std::string explanation; // one line in plain words
+};
+
 struct ArrangementInput {
     std::vector<ArrangementDisplay> displays;     // the platform's order
     std::vector<ArrangementCandidate> candidates; // the order of the window list
+    std::vector<ArrangementLeftAlone> leftAlone;
     AutoArrangeLearningModel learning;
     double tileInset = 5; // points
 };
@@ -63,6 +70,7 @@ struct ArrangementSurplus {
 struct ArrangementPlan {
     std::vector<AutoArrangePlacement> placements; // fronts in display and layout order, then those behind them
     std::vector<ArrangementSurplus> surplus;      // to be minimised
+    std::vector<ArrangementLeftAlone> leftAlone;
 
     /// A line per decision, a line per window that is left alone, then the surplus line when there is surplus.
     std::vector<std::string> explanation() const;

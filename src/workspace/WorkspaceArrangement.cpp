@@ -95,6 +95,10 @@ ArrangementInput WorkspaceController::arrangementInput(const std::vector<Managed
     }
     for (const auto& window : windows) {
         if (auto candidate = candidateFor(window, assignments)) input.candidates.push_back(std::move(*candidate));
+        if (isAwaitedHome(window.id)) {
+            input.leftAlone.push_back({window, nameOf(window) + " is left alone for a moment: its display was "
+                                                                "unplugged just now and may come back"});
+        }
         if (!window.isFullScreen) continue;
         for (const auto& target : assignments.targetsOf(window.id)) {
             for (auto& display : input.displays) {

@@ -313,6 +313,7 @@ class WorkspaceController {
     void awaitStableDisplays();
     bool isAwaitedHome(const std::string& windowID) const;
     void placeHomelessWindows();
+    void bringIntoSight();
     std::vector<std::string> placeHomelessFronts();
     std::vector<std::string> takeWaitingAlong();
     bool isZoomedOver(const WorkspaceTile& tile) const;

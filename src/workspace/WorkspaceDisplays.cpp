@@ -187,11 +187,11 @@ void WorkspaceController::noteMovedByUser(const std::string& windowID) {
 /// A standby looks like an unplugging: only displays that stay away let go of their windows.
 void WorkspaceController::awaitStableDisplays() {
     displaysAreStableAt_ = services_.queue.uptime() + kDisplaysAreStableAfter;
-    if (absence_.homes().empty() && latelyGone_.empty()) return;
     services_.queue.after(kDisplaysAreStableAfter, lifetime_.guard([this, due = displaysAreStableAt_] {
         if (due != displaysAreStableAt_ || !mayMoveWindows()) return;
         latelyGone_.clear();
         placeHomelessWindows();
+        bringIntoSight();
     }));
 }
 
@@ -213,6 +213,24 @@ void WorkspaceController::placeHomelessWindows() {
     if (fronts.empty() && waiting.empty()) return;
     publishAssignments();
     reapplyTileFrames();
+    services_.accessibility.flush();
+}
+
+/// What no tile was free for, and what floated on a display that is gone, may lie where no display shows it.
+void WorkspaceController::bringIntoSight() {
+    if (suspension_.isSuspended() || state_.screens->empty()) return;
+    const double top = firstScreenMaxY();
+    for (const ManagedWindow& live : std::vector(liveWindows_)) {
+        const auto tile = assignments_.targetOf(live.id);
+        const bool hasTile = tile && screenOfTarget(*tile);
+        if (hasTile || !live.isVisible || !live.frame || isLeftAlone(live)) continue;
+        const CGRect onScreen = flipped(*live.frame, top);
+        const CGRect visible = flipped(screenNearest(*state_.screens, onScreen)->visibleFrame, top);
+        const bool isInSight = absence_.isHomeless(live.id) ? containsWithin(visible, *live.frame, 0)
+                                                            : isMiddleShown(*state_.screens, onScreen);
+        if (!isInSight)
+            writeFrame(live, movedIntoArea(*live.frame, visible), AccessibilityWindowService::BringToFront::no);
+    }
     services_.accessibility.flush();
 }
 

@@ -51,6 +51,27 @@ TEST_F(Displays, AStandbyMovesNobodyElsewhere) {
     }
 }
 
+TEST_F(Displays, WhatFindsNoFreeTileIsMovedIntoSightOnceTheDisplayStaysAway) {
+    desk.desktop.strandWindows(true);
+    desk.opens("Floating", {.frame = makeRect(5600, 300, 900, 700)});
+    desk.opens("Peeking", {.frame = makeRect(4400, 900, 900, 700)}).settle();
+    const std::string before = desk.tiles();
+    const auto shown = [&](const char* label) { return desk.desktop.describeWindow(desk.desktop.window(label)); };
+    const auto display = takeOut(desk, "C");
+    desk.advance(Seconds(1));
+    const auto said = desk.controller().planArrangement().explanation();
+    EXPECT_TRUE(std::ranges::find(said, "Console “Console” is left alone for a moment: its display was unplugged just "
+                                        "now and may come back") != said.end());
+    desk.advance(Seconds(1.1));
+    EXPECT_EQ(shown("Console"), "Console 3866,15 1254x1382");
+    EXPECT_EQ(shown("Viewer"), "Viewer 3866,15 1254x1382");
+    EXPECT_EQ(shown("Floating"), "Floating 4220,300 900x700");
+    EXPECT_EQ(shown("Peeking"), "Peeking 4400,900 900x700") << "the user has put it there";
+    desk.desktop.addDisplay(display);
+    desk.settle();
+    EXPECT_EQ(desk.tiles(), before);
+}
+
 TEST_F(Displays, WhoseDisplayStaysAwayTakesAFreeTileAndGoesHome) {
     const std::string onC = *desk.controller().tiles().back().windowID;
     const std::string onA = *desk.controller().tiles().front().windowID;
