@@ -131,8 +131,7 @@ void WorkspaceController::scheduleAutomaticArrangement(bool justGranted) {
 
 bool WorkspaceController::hasUnfinishedBusiness() const {
     return recovery_.hasDeadline() || minimizedWindows_.isExpecting() || !awaitedOfSession_.empty() ||
-           !comingBack_.empty() ||
-           recovery_.detectedLockedLoginSession || !pendingApplicationPlacements_.empty() ||
+           !comingBack_.empty() || recovery_.detectedLockedLoginSession || !pendingApplicationPlacements_.empty() ||
            !restoration_.pending.empty() || std::any_of(refusals_.begin(), refusals_.end(), [](const auto& entry) {
                return entry.second.isUnseen || entry.second.attempts < kPlacementAttempts;
            });
