@@ -80,12 +80,7 @@ void SessionAgent::openURLs(const std::vector<std::string>& urls) {
 }
 
 std::optional<std::string> SessionAgent::firstSteps() {
-    const auto& workspace = delegate_.workspace();
-    if (workspace.absenceOfWindows()) return std::nullopt; // which is told as it is
-    // The first arrangement shows that the user knows the way.
-    const bool hasArranged = !workspace.state().lastArrangeExplanation->empty();
-    return kova::firstSteps(hasArranged ? Acquaintance::knowsTheWay : acquaintance_,
-                            *workspace.state().permissionState);
+    return kova::firstSteps(acquaintance_, delegate_.workspace());
 }
 
 } // namespace kova

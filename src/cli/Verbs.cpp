@@ -92,7 +92,7 @@ constexpr std::array kVerbs = std::to_array<Verb>({
      "Lists the catalogue in the order in which “layout next” goes through it.", "kova layout list", kNothing,
      printLayoutList},
     {"layout show", "layout.show", "draw a layout",
-     "Draws the layout that is in force on a display, with the sizes that windows get in it and who is where; or any "
+     "Draws the layout that is in force on a display, with the sizes that windows get in it and the windows in its tiles; or any "
      "other "
      "layout as it would be on that display. The drawing is as wide as the terminal.",
      "kova layout show\nkova layout show quad-grid --width 60", kLayout | kDisplay | kWidth, printLayout},
@@ -187,7 +187,7 @@ constexpr std::array kVerbs = std::to_array<Verb>({
      "wins over what is in a file.",
      "kova scene rename Work Desk", kScene | kNewName, printMessage},
     {"scene delete", "scene.delete", "delete a scene",
-     "“undo” does not take this back. Whoever wants to be able to go back exports before (“kova export”); importing "
+     "“undo” does not take this back. To be able to go back, export first (“kova export”); importing "
      "that "
      "file brings the scene back.",
      "kova scene delete Desk", kScene, printMessage},
@@ -218,7 +218,7 @@ constexpr std::array kVerbs = std::to_array<Verb>({
     {"rule test", "rule.test", "say which rule decides for a window, and why",
      "Asks every rule in turn, without doing anything.", "kova rule test Mail", kRequiredWindow, printRuleTest},
     {"rule delete", "rule.delete", "delete a rule",
-     "“undo” does not take this back. Whoever wants to be able to go back exports before (“kova export”); importing "
+     "“undo” does not take this back. To be able to go back, export first (“kova export”); importing "
      "that "
      "file brings the rule back, as the last one.",
      "kova rule delete 1", kRule, printDeletedRule},
@@ -281,7 +281,7 @@ constexpr std::array kVerbs = std::to_array<Verb>({
     {"login status", "login.status", "say whether KOVA starts with the session",
      "And what it is that starts it, or keeps it from starting.", "kova login status", kNothing, printStartAtLogin},
     {"login on", "login.on", "start KOVA with the session",
-     "Also if it was switched off by hand before: this is the newer wish.", "kova login on", kNothing,
+     "Also if the autostart entry was switched off elsewhere before.", "kova login on", kNothing,
      printStartAtLogin},
     {"login off", "login.off", "start KOVA only when asked to", "The agent that runs goes on.", "kova login off",
      kNothing, printStartAtLogin},
@@ -314,7 +314,7 @@ constexpr std::array kVerbs = std::to_array<Verb>({
      "The newest lines, also when no agent runs. Titles of windows are never among them, unless the agent was started "
      "with --verbose.",
      "kova log\nkova log -n 200 --level warning", kFollow | kLines | kLevel, nullptr},
-    {"bugreport", "", "write a report for whoever is to find a fault",
+    {"bugreport", "", "write a report about a fault",
      "What “doctor” finds, the versions, the state of the workspace, the preferences, and what was logged in the last "
      "minutes, as text to be read before it is passed on. Titles of windows, names of scenes and messages are "
      "replaced by words made up for this report. Works without an agent, too, as far as it can. A file that is there "

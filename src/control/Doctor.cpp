@@ -38,7 +38,7 @@ DiagnosticLine permissionLine(const WorkspaceController& controller) {
         return {"permission", Verdict::wrong,
                 "KOVA may not move other applications' windows; it stays idle until it may."};
     case AccessibilityPermissionState::unknown:
-        return {"permission", Verdict::note, "Nobody has asked for the permission yet."};
+        return {"permission", Verdict::note, "The permission was not asked for yet."};
     }
     return {};
 }
@@ -92,10 +92,13 @@ nlohmann::json examine(const ControlContext& context, const ShortcutMethods& sho
         const auto same = [&](const DiagnosticLine& known) { return known.subject == line.subject; };
         if (std::none_of(lines.begin(), lines.end(), same)) lines.push_back(std::move(line));
     };
-    addUnlessKnown(permissionLine(context.controller));
-    addUnlessKnown(displaysLine(context.controller));
-    addUnlessKnown(managementLine(context.controller));
-    if (auto obstacle = placingLine(context.controller)) addUnlessKnown(std::move(*obstacle));
+    // Where no window can be managed at all, which the desktop has said, there is nothing to permit or to watch.
+    if (!context.controller.absenceOfWindows()) {
+        addUnlessKnown(permissionLine(context.controller));
+        addUnlessKnown(displaysLine(context.controller));
+        addUnlessKnown(managementLine(context.controller));
+        if (auto obstacle = placingLine(context.controller)) addUnlessKnown(std::move(*obstacle));
+    }
     addUnlessKnown(preferencesLine(context.preferences));
     addUnlessKnown(shortcutsLine(context, shortcuts.heldByOthers()));
 

@@ -120,10 +120,13 @@ void WorkspaceController::floatByCommand(const ManagedWindow& window) {
     bringBack(window); // one that waited in a stack was off the screen
 }
 
-/// Windows that are in a tile again, or are gone, float no more.
+/// Windows that are in a tile again, or are gone, float no more. Soon after a sleep some are not listed yet.
 void WorkspaceController::keepFloatingValid() {
     auto floating = *state_.floatingWindowIDs;
-    const auto ended = [this](const std::string& id) { return assignments_.isInAnyTile(id) || !findLive(id); };
+    const bool isRecovering = recovery_.isActive(services_.queue.uptime());
+    const auto ended = [&](const std::string& id) {
+        return assignments_.isInAnyTile(id) || (!isRecovering && !findLive(id));
+    };
     if (std::erase_if(floating, ended) > 0) state_.floatingWindowIDs.set(std::move(floating));
 }
 
@@ -131,15 +134,16 @@ void WorkspaceController::keepFloatingValid() {
 void WorkspaceController::noteFocus() {
     focusOrder_.keepOnly([this](const std::string& id) { return findLive(id) != nullptr; });
     const auto process = services_.applications.frontmostApplication();
-    const auto focused = std::ranges::find_if(liveWindows_, [&](const ManagedWindow& window) {
+    const auto hasFocus = [&](const ManagedWindow& window) {
         return window.processIdentifier == process && window.isFocusedOfApplication;
-    });
-    if (focused == liveWindows_.end()) {
-        state_.focusedWindowID.set(std::nullopt);
-        return;
+    };
+    std::optional<std::string> focused;
+    for (const auto* windows : {&liveWindows_, &dialogs_.all()}) {
+        const auto found = std::ranges::find_if(*windows, hasFocus);
+        if (found != windows->end()) focused = dialogs_.ownerOf(found->id);
     }
-    focusOrder_.note(focused->id);
-    state_.focusedWindowID.set(focused->id);
+    if (focused) focusOrder_.note(*focused);
+    state_.focusedWindowID.set(focused);
 }
 
 std::optional<std::string> WorkspaceController::windowLastFocusedOn(const std::string& wantedDisplayID) const {

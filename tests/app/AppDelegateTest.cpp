@@ -1,6 +1,8 @@
 #include "app/AppDelegate.h"
+#include "app/FirstSteps.h"
 #include "persistence/MemoryPreferencesStore.h"
 #include "platform/simulated/SimulatedDesktop.h"
+#include "tests/harness/Desk.h"
 
 #include <gtest/gtest.h>
 
@@ -254,4 +256,19 @@ TEST(AppDelegate, WatchesTheHandWhileTheWorkspaceIsStarted) {
 }
 
 } // namespace
+
+TEST(FirstSteps, AreToldUntilTheFirstArrangement) {
+    Desk desk;
+    desk.display(2560, 1440).opens("Mail").start().settle();
+    const auto told = [&](Acquaintance acquaintance) { return firstSteps(acquaintance, desk.controller()); };
+    EXPECT_EQ(told(Acquaintance::knowsTheWay), std::nullopt);
+    EXPECT_NE(told(Acquaintance::newUser).value_or("").find("“kova arrange”"), std::string::npos);
+    desk.arrange();
+    EXPECT_EQ(told(Acquaintance::newUser), std::nullopt);
+    Desk wayland;
+    wayland.desktop.setAbsence("This is a Wayland session.");
+    wayland.start().settle();
+    EXPECT_EQ(firstSteps(Acquaintance::newUser, wayland.controller()), std::nullopt);
+}
+
 } // namespace kova

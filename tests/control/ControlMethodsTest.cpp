@@ -303,6 +303,7 @@ TEST_F(AgentMethods, ADesktopWithoutWindowsToManageSaysWhy) {
     EXPECT_EQ(error("arrange")["message"], "This is a Wayland session. Log in to an X11 session instead.");
     EXPECT_EQ(error("arrange")["code"], controlCode::noPermission);
     EXPECT_EQ(result("status")["problem"], "This is a Wayland session. Log in to an X11 session instead.");
+    EXPECT_EQ(result("doctor").dump().find("permission"), std::string::npos);
 }
 
 TEST_F(AgentMethods, WithoutPermissionSaysSo) {

@@ -96,8 +96,13 @@ TEST_F(WindowCommands, AFloatingWindowIsLeftAloneUntilItIsPutIntoATileAgain) {
     desk.expectTiles(kHalves);
 }
 
-TEST_F(WindowCommands, AFloatingWindowFloatsOnAfterARestart) {
-    desk.perform(command::Float{});
+TEST_F(WindowCommands, AFloatingWindowFloatsOnAfterASleepAndARestart) {
+    desk.perform(command::Float{}).sleep();
+    desk.desktop.loseWindow("Mail");
+    desk.wake().advance(Seconds(1));
+    desk.desktop.loseWindow("Mail", false);
+    desk.advance(Seconds(15));
+    EXPECT_EQ(desk.state().floatingWindowIDs->size(), 1u);
     desk.advance(Seconds(2));
     desk.restart().settle();
     EXPECT_EQ(desk.state().floatingWindowIDs->size(), 1u);
@@ -137,6 +142,15 @@ TEST_F(WindowCommands, WhatIsNamedIsMeantAndNotWhatHasTheFocus) {
     desk.perform(action::ToggleFocusZoom{}).desktop.focusByHand("Mail");
     desk.perform(action::Move{WorkspaceDirection::right, id("Codex")});
     EXPECT_EQ(desk.state().assignedWindowIDs->at(tile("secondary-1")), id("Codex"));
+}
+
+TEST_F(WindowCommands, ADialogWithTheKeyboardMeansItsWindow) {
+    desk.opens("Codex", {.frame = makeRect(300, 300, 400, 200), .title = "Save?", .dialogOf = "Codex"}).settle();
+    desk.desktop.focusByHand("Codex 2");
+    desk.settle();
+    EXPECT_EQ(*desk.state().focusedWindowID, id("Codex"));
+    desk.perform(command::Swap{std::nullopt, WorkspaceDirection::right});
+    desk.expectTiles("Mail 15,15 1254x1382 | Codex 1291,15 1254x1382");
 }
 
 TEST_F(WindowCommands, WindowsThatDriftedAreFoundAndSentBack) {
