@@ -137,11 +137,12 @@ void WorkspaceController::noteFocus() {
     const auto hasFocus = [&](const ManagedWindow& window) {
         return window.processIdentifier == process && window.isFocusedOfApplication;
     };
+    const auto& dialogs = dialogs_.all();
+    const auto window = std::ranges::find_if(liveWindows_, hasFocus);
+    const auto dialog = std::ranges::find_if(dialogs, hasFocus);
     std::optional<std::string> focused;
-    for (const auto* windows : {&liveWindows_, &dialogs_.all()}) {
-        const auto found = std::ranges::find_if(*windows, hasFocus);
-        if (found != windows->end()) focused = dialogs_.ownerOf(found->id);
-    }
+    if (window != liveWindows_.end()) focused = window->id;
+    if (dialog != dialogs.end()) focused = dialogs_.ownerOf(dialog->id);
     if (focused) focusOrder_.note(*focused);
     state_.focusedWindowID.set(focused);
 }
