@@ -6,6 +6,8 @@
 
 #include <unistd.h>
 
+#include <algorithm>
+
 namespace kova {
 namespace {
 
@@ -219,6 +221,49 @@ TEST_F(LoginSessionTest, WhoIsGoneKeepsNobodySuspended) {
     expectTold("inactive ");
     bus_.stopLogind();
     expectTold("active ");
+}
+
+TEST_F(LoginSessionTest, OnlyTheOwnerOfTheNameIsBelievedAboutTheScreenSaver) {
+    bus_.start();
+    bus_.startLogind();
+    bus_.addSession("c1", getuid(), "x11");
+    open("c1");
+    ASSERT_TRUE(turnUntil([&] { return isListening(); }));
+    bus_.forgeScreenSaver(true); // nothing owns the name
+    bus_.startScreenSaver();
+    bus_.forgeScreenSaver(true);
+    bus_.setScreenSaver(true);
+    expectTold("locked ");
+    bus_.forgeScreenSaver(false);
+    turn(100ms);
+    expectTold("");
+    bus_.setScreenSaver(false);
+    expectTold("unlocked ");
+}
+
+TEST_F(LoginSessionTest, AFloodOfChangesIsReducedToItsOutcome) {
+    constexpr int kChanges = 1501;
+    bus_.start();
+    bus_.startLogind();
+    bus_.addSession("c1", getuid(), "x11");
+    open("c1", {.withFlood = 200ms});
+    ASSERT_TRUE(turnUntil([&] { return isListening(); }));
+    // Nothing is heard before the loop runs again: by then all of them wait.
+    for (int i = 0; i < kChanges; ++i) bus_.set("c1", "LockedHint", sdbus::Variant(i % 2 == 0));
+    // Other work of the loop is not held up meanwhile.
+    Seconds longestPause{0}, before = loop_.uptime();
+    std::function<void()> tick = [&] {
+        const Seconds now = loop_.uptime();
+        longestPause = std::max(longestPause, now - before);
+        before = now;
+        loop_.post(tick);
+    };
+    tick();
+    ASSERT_TRUE(turnUntil([&] { return told_.size() > 100; })) << told_;
+    turn(1500ms);
+    EXPECT_TRUE(told_.ends_with("locked ") && !told_.ends_with("unlocked ")) << told_;
+    EXPECT_LT(std::ranges::count(told_, ' '), kChanges / 10) << "each of them stops or starts the workspace";
+    EXPECT_LT(longestPause, 250ms);
 }
 
 TEST_F(LoginSessionTest, LivesWithoutABusAndConnectsWhenThereIsOne) {

@@ -14,6 +14,7 @@
 #include <memory>
 #include <string>
 #include <thread>
+#include <vector>
 
 namespace kova {
 
@@ -41,6 +42,7 @@ class PrivateBus {
     void stop() {
         connection_.reset();
         logind_.end();
+        userManager_.end();
         daemon_.end();
     }
     void startLogind(const std::string& parameters = "{}") {
@@ -55,12 +57,56 @@ class PrivateBus {
         screenSaver_ = play("gnome_screensaver", "{}");
         waitForOwner("org.gnome.ScreenSaver", true);
     }
+    /// A user manager that takes every scope.
+    void startUserManager() {
+        userManager_ = testing::ChildProcess({"/usr/bin/python3", "-m", "dbusmock", "org.freedesktop.systemd1",
+                                              "/org/freedesktop/systemd1", "org.freedesktop.systemd1.Manager"},
+                                             {"PATH=/usr/bin:/bin", "DBUS_SESSION_BUS_ADDRESS=" + address()});
+        waitForOwner("org.freedesktop.systemd1", true);
+        userManager()
+            ->callMethod("AddMethod")
+            .onInterface("org.freedesktop.DBus.Mock")
+            .withArguments(std::string("org.freedesktop.systemd1.Manager"), std::string("StartTransientUnit"),
+                           std::string("ssa(sv)a(sa(sv))"), std::string("o"),
+                           std::string("ret = dbus.ObjectPath('/org/freedesktop/systemd1/job/1')"));
+    }
+    /// The arguments of each scope that was asked for.
+    std::vector<std::vector<sdbus::Variant>> scopes() {
+        std::vector<sdbus::Struct<std::uint64_t, std::vector<sdbus::Variant>>> calls;
+        userManager()
+            ->callMethod("GetMethodCalls")
+            .onInterface("org.freedesktop.DBus.Mock")
+            .withArguments(std::string("StartTransientUnit"))
+            .storeResultsTo(calls);
+        std::vector<std::vector<sdbus::Variant>> scopes;
+        for (const auto& call : calls) scopes.push_back(std::get<1>(call));
+        return scopes;
+    }
     void stopScreenSaver() { screenSaver_.end(); }
     void setScreenSaver(bool isActive) {
         sdbus::createProxy(*connection_, "org.gnome.ScreenSaver", "/org/gnome/ScreenSaver")
             ->callMethod("SetActive")
             .onInterface("org.gnome.ScreenSaver")
             .withArguments(isActive);
+    }
+    /// A signal of the screen saver's interface from a program that owns no name: to all, and to each connection alone.
+    void forgeScreenSaver(bool isActive) {
+        const auto object = sdbus::createObject(*connection_, "/org/gnome/ScreenSaver");
+        const auto send = [&](const std::string& receiver) {
+            auto signal = object->createSignal("org.gnome.ScreenSaver", "ActiveChanged");
+            signal << isActive;
+            if (!receiver.empty()) signal.setDestination(receiver);
+            signal.send();
+        };
+        send("");
+        std::vector<std::string> names;
+        sdbus::createProxy(*connection_, "org.freedesktop.DBus", "/org/freedesktop/DBus")
+            ->callMethod("ListNames")
+            .onInterface("org.freedesktop.DBus")
+            .storeResultsTo(names);
+        for (const std::string& name : names) {
+            if (name.starts_with(':')) send(name);
+        }
     }
 
     void addSession(const std::string& id, std::uint32_t user, const std::string& type) {
@@ -120,8 +166,12 @@ class PrivateBus {
         return sdbus::createProxy(*connection_, "org.freedesktop.login1", "/org/freedesktop/login1" + path);
     }
 
+    std::unique_ptr<sdbus::IProxy> userManager() {
+        return sdbus::createProxy(*connection_, "org.freedesktop.systemd1", "/org/freedesktop/systemd1");
+    }
+
     TemporaryFolder folder_;
-    testing::ChildProcess daemon_, logind_, screenSaver_;
+    testing::ChildProcess daemon_, logind_, screenSaver_, userManager_;
     std::unique_ptr<sdbus::IConnection> connection_;
 };
 

@@ -78,7 +78,23 @@ void LoginSession::hear(ActivityFacts facts) {
                 loop_.after(patience_.withLock, lifetime_.guard([this] { hear(afterUnlockSignal(facts_)); }));
         }
     }
-    for (const auto event : eventsBetween(before, facts_)) observers_.notify(event);
+    if (toldInARow_ < LoginSessionPatience::changesAtOnce) tell();
+}
+
+/// Each change stops or starts the workspace, so a flood of them is reduced to its outcome.
+void LoginSession::tell() {
+    const auto events = eventsBetween(told_, facts_);
+    told_ = facts_;
+    if (events.empty()) return;
+    ++toldInARow_;
+    if (!floodPause_) {
+        floodPause_ = loop_.after(patience_.withFlood, lifetime_.guard([this] {
+            floodPause_.reset();
+            toldInARow_ = 0;
+            tell();
+        }));
+    }
+    for (const auto event : events) observers_.notify(event);
 }
 
 std::vector<DiagnosticLine> LoginSession::diagnose() const {

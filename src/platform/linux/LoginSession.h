@@ -28,10 +28,14 @@ struct BusAddresses {
 };
 
 struct LoginSessionPatience {
+    static constexpr int changesAtOnce = 16;
     /// A lock that nobody confirms counts for this long: until a desktop has drawn its lock screen.
     Seconds withLock{10};
     /// What logind said last holds for this long after it has gone: it may only be restarting.
     Seconds withSilence{10};
+    /// Changes are told one by one, but no more than `changesAtOnce` of them within `withFlood`; beyond that only what
+    /// holds at the end of that time is told.
+    Seconds withFlood{1};
 };
 
 /// Main thread only, where it does not say otherwise.
@@ -49,10 +53,14 @@ class LoginSession final : public SessionServicing, public SystemActivityServici
   private:
     LogindConversation::Listener listener();
     void hear(ActivityFacts facts);
+    void tell();
 
     EventLoop& loop_;
     LoginSessionPatience patience_;
     ActivityFacts facts_;
+    ActivityFacts told_; // as the observers know them
+    int toldInARow_ = 0; // changes since `floodPause_` began
+    std::shared_ptr<ScheduledWork> floodPause_;
     std::atomic<bool> isLockedHintSet_ = false;
     Observers<SystemActivityEvent> observers_;
     std::shared_ptr<ScheduledWork> lockPatience_;

@@ -25,6 +25,8 @@ namespace {
 constexpr Seconds kFirstPause{1};
 constexpr Seconds kLongestPause{600};
 constexpr std::chrono::seconds kPatience{5}; // with a question
+/// Handled in one go. Other work of the event loop comes between, so that a flood of messages does not hold it up.
+constexpr int kMessagesPerTurn = 64;
 
 constexpr const char* kBusService = "org.freedesktop.DBus";
 
@@ -188,7 +190,17 @@ void MessageBus::askForOwner(const std::string& service, std::function<void(cons
 
 void MessageBus::process() {
     try {
+        int handled = 0;
         while (connection_ && connection_->processPendingRequest()) {
+            if (++handled < kMessagesPerTurn) continue;
+            // Some may have been read already, and nothing else would wake the loop for them.
+            if (!std::exchange(isTurnDue_, true)) {
+                loop_.post(lifetime_.guard([this] {
+                    isTurnDue_ = false;
+                    process();
+                }));
+            }
+            break;
         }
     } catch (const sdbus::Error& error) {
         return lose(error.getMessage());

@@ -58,6 +58,8 @@ class MessageBus {
     void ask(const BusQuestion& question, const Words& words, Answer answer);
     /// The same with a number.
     void ask(const BusQuestion& question, std::uint32_t number, Answer answer);
+    /// With arguments of any types, which `fill` writes before this returns.
+    void send(const BusQuestion& question, const std::function<void(sdbus::MethodCall&)>& fill, Answer answer);
     /// Who owns the name; empty when nobody does. Starts no service.
     void askForOwner(const std::string& service, std::function<void(const std::string& owner)> answer);
 
@@ -65,7 +67,6 @@ class MessageBus {
     struct Attempt;
     void connect();
     void arrived(std::shared_ptr<sdbus::IConnection> connection, const std::string& problem);
-    void send(const BusQuestion& question, const std::function<void(sdbus::MethodCall&)>& fill, Answer answer);
     void process();
     void waitForDeadline();
     void lose(const std::string& problem);
@@ -85,6 +86,7 @@ class MessageBus {
     Subscription watch_;
     std::shared_ptr<ScheduledWork> deadline_; // of the questions that are not answered
     std::shared_ptr<ScheduledWork> retry_;
+    bool isTurnDue_ = false;
     Lifetime lifetime_;
 };
 

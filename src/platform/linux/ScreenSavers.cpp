@@ -29,6 +29,9 @@ ScreenSavers::ScreenSavers(std::string busAddress, EventLoop& loop, Listener lis
     bus_.open(
         signals(), [this] { begin(); },
         [this] {
+            // No question is answered any more.
+            asked_.clear();
+            outdated_.clear();
             for (const char* name : kNames) gone(name);
         });
 }
@@ -44,13 +47,17 @@ std::string ScreenSavers::description() const {
 std::vector<BusSignal> ScreenSavers::signals() {
     std::vector<BusSignal> all;
     for (const std::string name : kNames) {
-        all.push_back(
-            {"type='signal',interface='" + name + "',member='ActiveChanged'", [this, name](sdbus::Message& message) {
-                 bool isActive = false;
-                 message >> isActive;
-                 present_.insert(name);
-                 listener_(name, isActive);
-             }});
+        all.push_back({"type='signal',sender='" + name + "',interface='" + name + "',member='ActiveChanged'",
+                       [this, name](sdbus::Message& message) {
+                           // A signal that is sent to this connection alone passes by the bus's matching.
+                           const auto owner = owners_.find(name);
+                           if (owner == owners_.end() || message.getSender() != owner->second) return;
+                           bool isActive = false;
+                           message >> isActive;
+                           present_.insert(name);
+                           listener_(name, isActive);
+                           confirm(name);
+                       }});
         all.push_back({"type='signal',sender='org.freedesktop.DBus',interface='org.freedesktop.DBus',"
                        "member='NameOwnerChanged',arg0='" +
                            name + "'",
@@ -58,7 +65,7 @@ std::vector<BusSignal> ScreenSavers::signals() {
                            std::string subject, before, after;
                            message >> subject >> before >> after;
                            gone(name); // who comes instead begins anew
-                           if (!after.empty()) ask(name);
+                           setOwner(name, after);
                        }});
     }
     return all;
@@ -67,31 +74,45 @@ std::vector<BusSignal> ScreenSavers::signals() {
 void ScreenSavers::begin() {
     for (const std::string name : kNames) {
         // Asking for the state would start a screen saver that does not run.
-        bus_.askForOwner(name, [this, name](const std::string& owner) {
-            if (!owner.empty()) ask(name);
-        });
+        bus_.askForOwner(name, [this, name](const std::string& owner) { setOwner(name, owner); });
     }
 }
 
-void ScreenSavers::ask(const std::string& name) {
+void ScreenSavers::setOwner(const std::string& name, const std::string& owner) {
+    owners_.erase(name);
+    if (owner.empty()) return;
+    owners_[name] = owner;
+    confirm(name);
+}
+
+/// One question at a time; what is heard while it is open is asked about once it is answered.
+void ScreenSavers::confirm(const std::string& name) {
+    if (!asked_.insert(name).second) {
+        outdated_.insert(name);
+        return;
+    }
     // The oldest of them is found under a short path as well.
     ask(name, pathOf(name), "/ScreenSaver");
 }
 
 void ScreenSavers::ask(const std::string& name, const std::string& path, const std::string& otherPath) {
     bus_.ask({name, path, name, "GetActive"}, MessageBus::Words{}, [this, name, otherPath](sdbus::Message* reply) {
-        if (reply) {
+        const bool isNewest = !outdated_.contains(name) && owners_.contains(name);
+        if (reply && isNewest) {
             bool isActive = false;
             *reply >> isActive;
             present_.insert(name);
             listener_(name, isActive);
-        } else if (!otherPath.empty()) {
-            ask(name, otherPath, {});
+        } else if (!reply && !otherPath.empty()) {
+            return ask(name, otherPath, {});
         } // else the name serves another purpose
+        asked_.erase(name);
+        if (outdated_.erase(name) > 0 && owners_.contains(name)) confirm(name);
     });
 }
 
 void ScreenSavers::gone(const std::string& name) {
+    owners_.erase(name);
     present_.erase(name);
     listener_(name, false);
 }
