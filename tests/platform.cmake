@@ -4,6 +4,7 @@ if(UNIX AND NOT APPLE)
   set(private_server desktop/ChildProcess.cpp desktop/PrivateServer.cpp desktop/TestClient.cpp)
   kova_tests(linux kova_platform_linux kova_platform_simulated)
   target_sources(linux_tests PRIVATE desktop/ChildProcess.cpp)
+  target_compile_definitions(linux_tests PRIVATE KOVA_SERVICE_UNIT="${PROJECT_SOURCE_DIR}/packaging/linux/kova-agent.service")
   kova_tests(x11 kova_platform_x11)
   kova_tests(desktop kova_platform_x11)
   # Joins the desktops that are compared everywhere.

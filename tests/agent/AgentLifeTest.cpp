@@ -4,12 +4,14 @@
 #include "tests/desktop/TestClient.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
 namespace kova::testing {
 namespace {
@@ -20,6 +22,40 @@ class AgentLife : public ::testing::Test {
         if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
     }
 };
+
+TEST_F(AgentLife, ALimitOnTheSizeOfFilesEndsNoAgent) {
+    PrivateServer server("800x600");
+    Session session(server.folder(), server.displayName());
+    rlimit before{};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit none{0, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &none); // the agent inherits it
+    session.startAgent();
+    setrlimit(RLIMIT_FSIZE, &before);
+    ASSERT_TRUE(session.agentAnswers());
+    EXPECT_EQ(session.kova({"layout", "select", "dual-split"}).exitCode, 0);
+    std::this_thread::sleep_for(std::chrono::milliseconds(1500)); // by then the change was to be written
+    EXPECT_EQ(session.kova({"status"}).exitCode, 0);
+}
+
+/// Each has a runtime folder, and so a socket, of its own.
+TEST_F(AgentLife, OneAgentHasTheServer) {
+    PrivateServer server("800x600", ClientProcessNumbers::told);
+    Session session(server.folder(), server.displayName());
+    const pid_t agent = session.startAgent();
+    ASSERT_TRUE(session.agentAnswers());
+    const std::string other = server.folder() + "/other";
+    std::filesystem::create_directory(other);
+    std::filesystem::permissions(other, std::filesystem::perms::owner_all);
+    const auto second = session.run({"env", "XDG_RUNTIME_DIR=" + other, "XDG_STATE_HOME=" + other, KOVA_AGENT});
+    EXPECT_EQ(second.exitCode, 5);
+    EXPECT_EQ(second.output, "kova-agent: process " + std::to_string(agent) + " already manages the X display \"" +
+                                 server.displayName() + "\"\n");
+    session.signalAgent(SIGKILL);
+    ASSERT_TRUE(session.waitForAgent());
+    session.startAgent(); // the claim went with the agent
+    EXPECT_TRUE(session.agentAnswers());
+}
 
 TEST_F(AgentLife, OneAgentHasTheSessionAndSignalsEndItCleanly) {
     PrivateServer server("800x600");

@@ -9,7 +9,7 @@ namespace {
 using Status = LaunchAtLoginStatus;
 
 constexpr const char* kOurs = "[Desktop Entry]\nType=Application\nName=KOVA\nComment=Puts windows into tiles\n"
-                              "Exec=/bin/true\nNoDisplay=true\nTerminal=false\n";
+                              "TryExec=/bin/true\nExec=/bin/true\nNoDisplay=true\nTerminal=false\n";
 
 class AutostartEntryTest : public ::testing::Test {
   protected:
@@ -61,8 +61,8 @@ TEST_F(AutostartEntryTest, HonoursWhatSomebodyHasWrittenByHand) {
         {"switched off by a desktop", with(kOurs, "X-GNOME-Autostart-enabled=false"), Status::notRegistered, kOurs,
          with(with(kOurs, "X-GNOME-Autostart-enabled=false"), "Hidden=true")},
         {"the program has moved", gone, Status::notFound, kOurs, ""},
-        {"no entry at all", "nonsense\n", Status::notFound, "nonsense\n[Desktop Entry]\nExec=/bin/true\n",
-         "nonsense\n[Desktop Entry]\nHidden=true\n"},
+        {"no entry at all", "nonsense\n", Status::notFound,
+         "nonsense\n[Desktop Entry]\nExec=/bin/true\nTryExec=/bin/true\n", "nonsense\n[Desktop Entry]\nHidden=true\n"},
     };
     for (const Case& c : cases) {
         folder.write(kEntry, c.before);

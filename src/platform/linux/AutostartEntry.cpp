@@ -91,6 +91,13 @@ std::string withValue(const std::string& text, std::string_view key, const std::
     return out;
 }
 
+/// The text as the value of a key.
+std::string keyValue(const std::string& text) {
+    std::string value;
+    for (const char c : text) value += c == '\\' ? std::string("\\\\") : std::string(1, c);
+    return value;
+}
+
 /// The program as a word of an Exec line.
 std::string execWord(const std::string& program) {
     constexpr std::string_view kPlain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-+./,:@";
@@ -146,7 +153,7 @@ std::optional<std::string> AutostartEntry::registerAtLogin() {
     // Whoever asks for it now does so after having switched it off by hand; all else in the entry stays.
     std::string text = withValue(withValue(*present, kHidden, std::nullopt), kEnabled, std::nullopt);
     if (!isStartable(entry_)) {
-        text = withValue(withValue(text, "TryExec", std::nullopt), "Exec", execWord(program_));
+        text = withValue(withValue(text, "TryExec", keyValue(program_)), "Exec", execWord(program_));
     }
     return replace(text);
 }
@@ -209,14 +216,17 @@ std::optional<fs::path> AutostartEntry::sharedEntry() const {
 
 std::string AutostartEntry::writtenEntry() const {
     return std::string(kGroup) +
-           "\nType=Application\nName=KOVA\nComment=Puts windows into tiles\nExec=" + execWord(program_) +
-           "\nNoDisplay=true\nTerminal=false\n";
+           "\nType=Application\nName=KOVA\nComment=Puts windows into tiles\nTryExec=" + keyValue(program_) +
+           "\nExec=" + execWord(program_) + "\nNoDisplay=true\nTerminal=false\n";
 }
 
 /// Also by a program that lay elsewhere.
 bool AutostartEntry::isAsWritten(const std::string& text) const {
     const auto exec = valueOf(linesOf(text), "Exec");
-    return exec && withValue(text, "Exec", std::nullopt) == withValue(writtenEntry(), "Exec", std::nullopt);
+    const auto withoutProgram = [](const std::string& entry) {
+        return withValue(withValue(entry, "TryExec", std::nullopt), "Exec", std::nullopt);
+    };
+    return exec && withoutProgram(text) == withoutProgram(writtenEntry());
 }
 
 /// What was wrong; absent when the entry is the text now. At every moment it is the old or the new one.

@@ -87,8 +87,8 @@ std::string homeFolder() {
 
 } // namespace
 
-DesktopLauncher::DesktopLauncher(DesktopEntries& entries, EventLoop& loop) :
-    entries_(entries), loop_(loop), processes_(loop) {}
+DesktopLauncher::DesktopLauncher(DesktopEntries& entries, EventLoop& loop, ApplicationScopes* scopes) :
+    entries_(entries), loop_(loop), scopes_(scopes), processes_(loop) {}
 
 std::vector<LaunchableApplication> DesktopLauncher::launchableApplications() {
     return entries_.launchableApplications();
@@ -119,12 +119,14 @@ void DesktopLauncher::launch(const LaunchableApplication& application, LaunchAct
         command.environment.push_back("DESKTOP_STARTUP_ID=kova-" + std::to_string(getpid()) + "-" +
                                       std::to_string(++backgroundLaunches_) + "_TIME0");
     }
-    processes_.start(command, [name = application.name, command, completion = std::move(completion)](const auto& how) {
+    processes_.start(command, [scopes = scopes_, identifier = application.identifier, name = application.name, command,
+                               completion = std::move(completion)](const auto& how) {
         LaunchResult result;
         if (const auto* failure = std::get_if<StartFailure>(&how)) {
             result.error = name + " " + explain(*failure, command);
         } else {
             result.processIdentifier = std::get<pid_t>(how);
+            if (scopes) scopes->separate(std::get<pid_t>(how), identifier, name);
         }
         completion(result);
     });

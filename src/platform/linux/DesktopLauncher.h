@@ -1,6 +1,7 @@
 // Launches applications by the Exec line of their desktop entry, never through a shell.
 #pragma once
 
+#include "platform/linux/ApplicationScopes.h"
 #include "platform/linux/ChildProcesses.h"
 #include "platform/linux/DesktopEntries.h"
 #include "platform/x11/ApplicationLauncher.h"
@@ -9,8 +10,9 @@ namespace kova {
 
 class DesktopLauncher final : public ApplicationLauncher {
   public:
-    /// The entries outlive the launcher; what it started outlives it.
-    DesktopLauncher(DesktopEntries& entries, EventLoop& loop);
+    /// Entries and scopes outlive the launcher; what it started outlives it. Without scopes an application stays in the
+    /// control group of this process.
+    DesktopLauncher(DesktopEntries& entries, EventLoop& loop, ApplicationScopes* scopes = nullptr);
 
     std::vector<LaunchableApplication> launchableApplications() override;
     std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) override;
@@ -21,6 +23,7 @@ class DesktopLauncher final : public ApplicationLauncher {
   private:
     DesktopEntries& entries_;
     EventLoop& loop_;
+    ApplicationScopes* scopes_;
     ChildProcesses processes_;
     int backgroundLaunches_ = 0;
     Lifetime lifetime_;

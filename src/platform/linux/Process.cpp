@@ -13,6 +13,7 @@ namespace kova {
 
 void prepareProcess() {
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN); // writing fails instead, as on a full disk
 #if defined(__GLIBC__)
     mallopt(M_ARENA_MAX, 1);
 #endif

@@ -5,8 +5,9 @@
 
 namespace kova {
 
-/// A client that goes away while it is written to must not end the process. The few threads share one pool of memory,
-/// since a pool each costs more than they ever wait for one another. Before the first thread starts.
+/// A client that goes away while it is written to must not end the process, nor must a limit on the size of files. The
+/// few threads share one pool of memory, since a pool each costs more than they ever wait for one another. Before the
+/// first thread starts.
 void prepareProcess();
 
 /// The full path of this program, also when the file has been replaced since; empty when it cannot be known.
