@@ -3,6 +3,7 @@
 #include "cli/Streams.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -36,6 +37,24 @@ FileProblem problem(const std::string& what, const std::string& path, int error)
     return {"cannot " + what + " “" + path + "”: " + std::strerror(error)};
 }
 
+/// A pipe is opened without waiting for the other end; whether there is one is told by reading. True while more may
+/// come.
+bool waitForMore(int descriptor, bool hasWriter, bool hasText) {
+    constexpr int kPatienceWithWriterMilliseconds = 2000;
+    constexpr int kPauseMilliseconds = 20;
+    if (hasWriter) {
+        pollfd readable{descriptor, POLLIN, 0};
+        return poll(&readable, 1, -1) >= 0 || errno == EINTR;
+    }
+    if (hasText) return false;
+    for (int waited = 0; waited < kPatienceWithWriterMilliseconds; waited += kPauseMilliseconds) {
+        // Before the first writer has come, nothing is reported at all; afterwards either text or that it has gone.
+        pollfd readable{descriptor, POLLIN, 0};
+        if (poll(&readable, 1, kPauseMilliseconds) > 0) return (readable.revents & POLLIN) != 0;
+    }
+    return false;
+}
+
 /// The folder's new entry lasts only once the folder is on disk too. The file is whole either way.
 void syncFolder(const fs::path& folder) {
     const Descriptor opened(open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -47,14 +66,19 @@ void syncFolder(const fs::path& folder) {
 std::variant<std::string, FileProblem> readFile(const std::string& path, std::size_t mostBytes) {
     const bool isStandardInput = path == kStandardStream;
     const Descriptor file(isStandardInput ? fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0)
-                                          : open(path.c_str(), O_RDONLY | O_CLOEXEC));
+                                          : open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!file.isOpen()) return problem("read", path, errno);
+    struct stat status {};
+    const bool isPipe = !isStandardInput && fstat(file.number(), &status) == 0 && S_ISFIFO(status.st_mode);
     std::string text;
     std::array<char, 64 * 1024> piece;
     while (true) {
         const auto count = ::read(file.number(), piece.data(), piece.size());
+        if (count == 0 && isPipe && waitForMore(file.number(), false, !text.empty())) continue;
+        if (count == 0 && isPipe && text.empty()) return FileProblem{"no program writes to the pipe “" + path + "”"};
         if (count == 0) return text;
         if (count < 0 && errno == EINTR) continue;
+        if (count < 0 && errno == EAGAIN && waitForMore(file.number(), true, false)) continue;
         if (count < 0) return problem("read", path, errno);
         text.append(piece.data(), static_cast<std::size_t>(count));
         if (text.size() > mostBytes) {

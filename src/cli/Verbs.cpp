@@ -242,9 +242,8 @@ constexpr std::array kVerbs = std::to_array<Verb>({
      "The action can still be asked for in any other way.", "kova shortcut clear focusZoom", kShortcutAction,
      printShortcut},
     {"shortcut record", "shortcut.record", "give an action the keys that are pressed next",
-     "Waits for one key press, with at least one of ctrl, alt and super. Escape ends it and changes nothing, and so "
-     "does "
-     "Ctrl+C; Delete takes the shortcut away. What another action has is refused, and the next press is awaited. No "
+     "Waits for one key press, with at least one of ctrl, alt and super. Escape ends it and changes nothing; Delete "
+     "takes the shortcut away. What another action has is refused, and the next press is awaited. No "
      "other "
      "program hears the keyboard meanwhile; after a minute without an accepted press it is given back.",
      "kova shortcut record focusLeft", kShortcutAction, printShortcut},

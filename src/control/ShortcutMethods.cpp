@@ -58,12 +58,6 @@ std::string_view word(ShortcutRecorder::Outcome outcome) {
     return "";
 }
 
-/// What a person at a terminal presses to have the command end, and not to have it as a shortcut.
-bool isInterrupt(const KeyPress& press) {
-    return (press.modifierFlags & modifierFlag::ofShortcuts) == modifierFlag::control &&
-           press.charactersIgnoringModifiers == "c";
-}
-
 json modifierNames(std::uint64_t flags) {
     json names = json::array();
     for (const auto& [flag, name] : {std::pair{modifierFlag::control, "control"},
@@ -194,10 +188,6 @@ bool ShortcutMethods::heard(const KeyPress& press) {
     if (!recording_) return true;
     // A key that was held before has been pressed for something else.
     if (press.isRepeat) return false;
-    if (isInterrupt(press)) {
-        endRecording("cancelled", "");
-        return true;
-    }
     const auto step = recording_->recorder.take(press);
     if (!step.endsRecording()) {
         tellRecorded(*recording_, word(step.outcome), step.message);

@@ -6,6 +6,7 @@
 #include "windowing/KeyCodes.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <array>
 #include <cstdio>
@@ -46,6 +47,7 @@ class CommandLine : public testing::Test, public AgentStage {
     /// Commands that write a file write it here.
     void SetUp() override {
         std::filesystem::current_path(files.path());
+        mkfifo("pipe", 0600);
         for (const char* home : {"HOME=", "XDG_STATE_HOME="}) environment.push_back(home + state.path().string());
         state.write(kLogFolder + "agent.log", "2024-02-29 12:34:56.789 info: workspace started\n"
                                               "2024-02-29 12:34:57.000 warning: it rains\n");
@@ -240,6 +242,7 @@ TEST_F(CommandLine, ExitCodesTellWhatWentWrong) {
         {{"rules"}, 2, "rules off"},
         {{"import", "missing.json"}, 1, "Import failed: cannot read “missing.json”: No such file or directory"},
         {{"import", "."}, 1, "Import failed: cannot read “.”: Is a directory"},
+        {{"import", "pipe"}, 1, "Import failed: no program writes to the pipe “pipe”"},
         {{"import", "/dev/zero"}, 1, "Import failed: “/dev/zero” is larger than 64 MiB"},
         {{"export", "missing/"}, 1, "Export failed: cannot write"},
         {{"export", "/proc/nothing.json"}, 1, "Export failed: cannot write “/proc/nothing.json”"},
