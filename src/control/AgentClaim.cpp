@@ -74,7 +74,9 @@ std::variant<AgentClaim, AgentClaimRefusal> AgentClaim::take(const ControlSocket
         const std::string who = holder ? " (process " + std::to_string(*holder) + ")" : "";
         return refuse("Another KOVA agent" + who + " has this session", holder);
     }
-    if (!writeHolder(lock)) return refuse("Cannot write to " + lockPath + because(errno));
+    // The lock holds without the number, which only a second agent's message needs.
+    const auto isFull = [](int error) { return error == EFBIG || error == ENOSPC || error == EDQUOT; };
+    if (!writeHolder(lock) && !isFull(errno)) return refuse("Cannot write to " + lockPath + because(errno));
     return claim;
 }
 
