@@ -27,6 +27,7 @@ std::string printForceQuit(const json& result, const Arguments&) {
         const json& name = application.at("name");
         out += "  " + printable(name.is_null() ? "Unknown Application" : name.get<std::string>()) + "\n";
     }
+    for (const json& refusal : result.at("refused")) out += printable(refusal.get<std::string>()) + "\n";
     return out;
 }
 

@@ -137,13 +137,21 @@ ControlReply forceQuitAll(WorkspaceController& controller, const JsonCursor& par
         const Alert alert = candidates.empty() ? noOpenApplicationsAlert() : forceQuitAllAlert(candidates);
         return json{{"isDone", false},
                     {"question", {{"title", alert.title}, {"text", alert.text}, {"confirm", alert.confirmButton}}},
-                    {"applications", identitiesOf(candidates)}};
+                    {"applications", identitiesOf(candidates)},
+                    {"refused", json::array()}};
     }
     const auto chosen = confirmedAmong(candidates, *confirmed);
     const Listening listening(controller);
-    const auto ended = controller.forceQuit(chosen);
-    if (ended.empty()) return listening.refusalOr("No open applications were force quit");
-    return json{{"isDone", true}, {"question", nullptr}, {"applications", identitiesOf(ended)}};
+    const auto outcome = controller.forceQuit(chosen);
+    if (outcome.ended.empty()) {
+        auto failure = listening.refusalOr("No open applications were force quit");
+        for (const std::string& refusal : outcome.refusals) failure.message += "\n" + refusal;
+        return failure;
+    }
+    return json{{"isDone", true},
+                {"question", nullptr},
+                {"applications", identitiesOf(outcome.ended)},
+                {"refused", outcome.refusals}};
 }
 
 } // namespace kova

@@ -1,5 +1,5 @@
 # What only Linux has: the desktop on X11, and what stands beside it (folders, desktop entries, event loop).
-pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb xcb-dpms xcb-icccm xcb-randr xcb-screensaver xcb-xinput xcb-xkb xkbcommon)
+pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb xcb-dpms xcb-icccm xcb-randr xcb-res xcb-screensaver xcb-xinput xcb-xkb xkbcommon)
 find_package(sdbus-c++ REQUIRED)
 
 kova_room(platform_linux platform/linux kova_platform_posix kova_app kova_text SDBusCpp::sdbus-c++ Threads::Threads)

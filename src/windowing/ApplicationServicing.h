@@ -103,9 +103,9 @@ class ApplicationServicing {
     /// Asks the application to quit, as if its user had; it may ask back, take its time, or stay. False when there is
     /// nobody to ask. Main thread; never waits.
     virtual bool terminate(pid_t processIdentifier) = 0;
-    /// Ends the application's process without asking it; what was not saved is lost. False when there is no such
-    /// application, or it is none of the user's to end. Main thread; never waits.
-    virtual bool forceTerminate(pid_t processIdentifier) = 0;
+    /// Ends the application's process without asking it; what was not saved is lost. Absent when the process was
+    /// signalled, otherwise why it was not, as a sentence without its end. Main thread; never waits.
+    [[nodiscard]] virtual std::optional<std::string> forceTerminate(pid_t processIdentifier) = 0;
 };
 
 } // namespace kova

@@ -46,6 +46,10 @@ std::string displayedName(const RunningApplication& application) {
     return application.localizedName.value_or("Unknown Application");
 }
 
+std::string notForceQuitMessage(const std::string& applicationName, const std::string& reason) {
+    return applicationName + " was not force quit: " + reason;
+}
+
 Alert noOpenApplicationsAlert() {
     return {.title = "No Open Applications",
             .text = "There are no regular applications to close. KOVA and Finder are always kept open.",

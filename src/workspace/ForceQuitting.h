@@ -19,6 +19,15 @@ std::vector<RunningApplication> forceQuitCandidates(const std::vector<RunningApp
 /// By name as people sort; those without one come last.
 void sortByName(std::vector<RunningApplication>& applications);
 
+/// What became of the applications that were to be ended by force.
+struct ForceQuitOutcome {
+    std::vector<RunningApplication> ended;
+    std::vector<std::string> refusals; // a sentence for each that was not signalled
+};
+
+/// The sentence for an application that was not ended; `reason` is a sentence without its end.
+std::string notForceQuitMessage(const std::string& applicationName, const std::string& reason);
+
 /// "Unknown Application" for one without a name.
 std::string displayedName(const RunningApplication& application);
 

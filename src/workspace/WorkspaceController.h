@@ -13,6 +13,7 @@
 #include "workspace/DisplayLayouts.h"
 #include "workspace/DividerDrag.h"
 #include "workspace/FocusOrder.h"
+#include "workspace/ForceQuitting.h"
 #include "workspace/LayoutMigration.h"
 #include "workspace/MinimizedWindows.h"
 #include "workspace/PendingApplicationPlacement.h"
@@ -165,7 +166,7 @@ class WorkspaceController {
     }
     /// Asks the application that owns the window to quit. False when there is no such window, or it is the desktop's.
     bool quitApplication(const std::string& windowID);
-    /// Ends it without asking it.
+    /// Ends it without asking it. False, with the reason as the status message, when nothing was signalled.
     bool forceQuitApplication(const std::string& windowID);
     /// Drops what was learned of an application, given by its name, its identifier or a part of them that no other
     /// application has: minimum sizes and the tiles in which it is usually kept. The names of the applications; empty
@@ -175,8 +176,8 @@ class WorkspaceController {
     std::vector<RunningApplication> regularApplicationsToForceQuit() const;
     /// Asks the user and then ends them.
     void forceQuitAllApplications();
-    /// Ends those that the user has confirmed and that are still what they were; gives them.
-    std::vector<RunningApplication> forceQuit(const std::vector<RunningApplication>& confirmed);
+    /// Ends those that the user has confirmed and that are still what they were.
+    ForceQuitOutcome forceQuit(const std::vector<RunningApplication>& confirmed);
 
     // Scenes
     /// Saves the workspace as it is under the name, or under one that tells the time.
@@ -387,7 +388,7 @@ class WorkspaceController {
     void processPendingApplicationPlacements();
     const ManagedWindow* windowLaunchedFor(const PendingApplicationPlacement& placement) const;
     bool endApplicationOf(const std::string& windowID, const std::string& message,
-                          const std::function<void(pid_t)>& end);
+                          const std::function<std::optional<std::string>(pid_t)>& end);
 
     // Scenes (WorkspaceScenes.cpp, WorkspaceSceneRestoration.cpp) and the document (WorkspaceDocument.cpp)
     std::optional<WorkspaceScene> sceneWithID(const Uuid& id) const;

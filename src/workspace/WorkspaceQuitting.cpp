@@ -1,6 +1,7 @@
 // Ending applications: the one that owns a window, or all regular ones at once.
 #include "workspace/WorkspaceController.h"
 
+#include "support/Log.h"
 #include "workspace/ForceQuitting.h"
 
 #include <algorithm>
@@ -8,18 +9,20 @@
 namespace kova {
 
 bool WorkspaceController::quitApplication(const std::string& windowID) {
-    return endApplicationOf(windowID, "Quit requested for ",
-                            [this](pid_t process) { (void)services_.applications.terminate(process); });
+    return endApplicationOf(windowID, "Quit requested for ", [this](pid_t process) -> std::optional<std::string> {
+        (void)services_.applications.terminate(process);
+        return std::nullopt;
+    });
 }
 
 bool WorkspaceController::forceQuitApplication(const std::string& windowID) {
     return endApplicationOf(windowID, "Force quit requested for ",
-                            [this](pid_t process) { (void)services_.applications.forceTerminate(process); });
+                            [this](pid_t process) { return services_.applications.forceTerminate(process); });
 }
 
-/// A request without an answer: an application that refuses stays, and its windows stay managed.
+/// An application that is asked and refuses stays, and its windows stay managed.
 bool WorkspaceController::endApplicationOf(const std::string& windowID, const std::string& message,
-                                           const std::function<void(pid_t)>& end) {
+                                           const std::function<std::optional<std::string>(pid_t)>& end) {
     const ManagedWindow* live = findLive(windowID);
     if (!live) return false;
     const ManagedWindow window = *live;
@@ -27,7 +30,10 @@ bool WorkspaceController::endApplicationOf(const std::string& windowID, const st
     if (running && isKeptOpen(*running))
         return refuse(window.applicationName + " belongs to the desktop and stays open");
     closeFocusMode();
-    if (running) end(window.processIdentifier);
+    if (running) {
+        if (const auto reason = end(window.processIdentifier))
+            return refuse(notForceQuitMessage(window.applicationName, *reason));
+    }
     showStatusMessage(message + window.applicationName);
     refresh();
     return true;
@@ -49,20 +55,25 @@ void WorkspaceController::forceQuitAllApplications() {
 }
 
 /// Only what still is what the user was asked about: a process number may have passed on to another application.
-std::vector<RunningApplication> WorkspaceController::forceQuit(const std::vector<RunningApplication>& confirmed) {
-    std::vector<RunningApplication> ended;
+ForceQuitOutcome WorkspaceController::forceQuit(const std::vector<RunningApplication>& confirmed) {
+    ForceQuitOutcome outcome;
     for (const auto& candidate : regularApplicationsToForceQuit()) {
         const bool isConfirmed = std::any_of(confirmed.begin(), confirmed.end(), [&](const auto& other) {
             return other.processIdentifier == candidate.processIdentifier &&
                    other.bundleIdentifier == candidate.bundleIdentifier &&
                    other.localizedName == candidate.localizedName;
         });
-        if (isConfirmed && services_.applications.forceTerminate(candidate.processIdentifier))
-            ended.push_back(candidate);
+        if (!isConfirmed) continue;
+        if (const auto reason = services_.applications.forceTerminate(candidate.processIdentifier)) {
+            outcome.refusals.push_back(notForceQuitMessage(displayedName(candidate), *reason));
+        } else {
+            outcome.ended.push_back(candidate);
+        }
     }
-    if (ended.empty()) showStatusMessage("No open applications were force quit");
+    for (const auto& refusal : outcome.refusals) log(LogLevel::note, refusal);
+    if (outcome.ended.empty()) showStatusMessage("No open applications were force quit");
     refresh();
-    return ended;
+    return outcome;
 }
 
 } // namespace kova

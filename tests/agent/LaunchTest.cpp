@@ -50,7 +50,7 @@ class Launched : public ::testing::TestWithParam<Manager> {
         return isSo;
     }
 
-    PrivateServer server_{"1600x900"};
+    PrivateServer server_{"1600x900", ClientProcessNumbers::told};
     Session session_{server_.folder(), server_.displayName()};
 };
 

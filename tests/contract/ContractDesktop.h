@@ -51,6 +51,7 @@ enum class Ability {
     usingTheMouse,
     claimingKeys,
     launching,
+    endingByForce, // its windows are known to be their process's
     lettingGo,
     openingDialogs
 };

@@ -54,6 +54,12 @@ TEST_F(ApplicationMethods, OneApplicationIsEndedByItsWindow) {
     desk.desktop.launch("Files", {.isPartOfDesktop = true});
     desk.opens("Files").settle();
     EXPECT_EQ(refusal("app.forceQuit", {{"window", "files"}}), "Files belongs to the desktop and stays open");
+    desk.desktop.launch("Maps", {.isVerified = false});
+    desk.opens("Maps").settle();
+    const std::string reason = "Maps was not force quit: its process is not known";
+    EXPECT_EQ(refusal("app.forceQuit", {{"window", "maps"}}), reason);
+    const json maps = result("forceQuitAll")["applications"][0];
+    EXPECT_EQ(refusal("forceQuitAll", {{"confirmed", {maps}}}), "No open applications were force quit\n" + reason);
 }
 
 TEST_F(ApplicationMethods, WhatWasLearnedOfAnApplicationIsForgotten) {

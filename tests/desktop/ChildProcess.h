@@ -21,6 +21,7 @@ class ChildProcess {
     void end();
     /// Until it ends by itself; its exit code, or -1 when something else ended it.
     int wait();
+    pid_t process() const { return process_; }
 
   private:
     pid_t process_ = -1;

@@ -81,7 +81,7 @@ ApplicationIdentity PlainCatalogue::identify(const std::string&, const std::stri
     return {"test." + className, className, "", ""};
 }
 
-Desk::Desk(Manager manager, const std::string& size) : server_(size) {
+Desk::Desk(Manager manager, const std::string& size, ClientProcessNumbers numbers) : server_(size, numbers) {
     if (manager == Manager::openbox) server_.startManager();
 }
 

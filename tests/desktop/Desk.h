@@ -46,7 +46,8 @@ class PlainCatalogue final : public ApplicationCatalogue {
 
 class Desk {
   public:
-    explicit Desk(Manager manager, const std::string& size = "1280x800");
+    explicit Desk(Manager manager, const std::string& size = "1280x800",
+                  ClientProcessNumbers numbers = ClientProcessNumbers::untold);
     ~Desk();
 
     /// Opens the desktop under test; once, or again after `crash`.

@@ -18,14 +18,16 @@ bool PrivateServer::isInstalled() {
     return access("/usr/bin/Xvfb", X_OK) == 0;
 }
 
-PrivateServer::PrivateServer(const std::string& size) {
+PrivateServer::PrivateServer(const std::string& size, ClientProcessNumbers numbers) {
     std::string pattern = (std::filesystem::temp_directory_path() / "kova-desktop-XXXXXX").string();
     if (const char* made = mkdtemp(pattern.data())) folder_ = made;
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0) return;
-    server_ = ChildProcess({"/usr/bin/Xvfb", "-displayfd", std::to_string(ends[1]), "-screen", "0", size + "x24",
-                            "-nolisten", "tcp", "-noreset"},
-                           {"HOME=" + folder_, "PATH=/usr/bin:/bin"}, ends[1]);
+    std::vector<std::string> command = {"/usr/bin/Xvfb", "-displayfd", std::to_string(ends[1]),
+                                        "-screen",       "0",          size + "x24",
+                                        "-nolisten",     "tcp",        "-noreset"};
+    if (numbers == ClientProcessNumbers::untold) command.insert(command.end(), {"-extension", "X-Resource"});
+    server_ = ChildProcess(command, {"HOME=" + folder_, "PATH=/usr/bin:/bin"}, ends[1]);
     close(ends[1]);
     std::string number;
     pollfd readable{ends[0], POLLIN, 0};

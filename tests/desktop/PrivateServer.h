@@ -9,12 +9,15 @@
 namespace kova::testing {
 
 enum class Manager { none, openbox };
+/// Whether the server tells which processes its clients are. Where it does not, a test's clients may pass for several
+/// programs, though all are of one process.
+enum class ClientProcessNumbers { untold, told };
 
 class PrivateServer {
   public:
     static bool isInstalled();
     /// The screen's size as "1280x800".
-    explicit PrivateServer(const std::string& size);
+    explicit PrivateServer(const std::string& size, ClientProcessNumbers numbers = ClientProcessNumbers::untold);
     ~PrivateServer();
 
     const std::string& displayName() const { return displayName_; }

@@ -69,6 +69,8 @@ class TestClient {
     CGRect outerFrame(xcb_window_t window) const;
     bool isViewable(xcb_window_t window) const;
     std::vector<std::uint32_t> numbers(xcb_window_t window, const std::string& property) const;
+    /// Any program's window of that WM_NAME, wherever a window manager has put it; 0 when there is none.
+    xcb_window_t windowTitled(const std::string& title) const;
     xcb_window_t root() const { return root_; }
     xcb_window_t focus() const;
     xcb_atom_t atom(const std::string& name) const;

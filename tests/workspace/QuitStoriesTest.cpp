@@ -54,6 +54,18 @@ TEST_F(Quitting, WhoRefusesStaysManagedUntilForced) {
     EXPECT_FALSE(desk.desktop.isRunning("Mail"));
 }
 
+TEST_F(Quitting, AnApplicationWhoseProcessIsUncertainIsNotForced) {
+    desk.desktop.launch("Maps", {.isVerified = false});
+    desk.opens("Maps").settle();
+    EXPECT_FALSE(desk.controller().forceQuitApplication(desk.desktop.windowIDOf("Maps")));
+    desk.expectMessage("Maps was not force quit: its process is not known");
+    const auto outcome = desk.controller().forceQuit(desk.controller().regularApplicationsToForceQuit());
+    EXPECT_EQ(outcome.ended.size(), 2u);
+    EXPECT_EQ(outcome.refusals, std::vector<std::string>{"Maps was not force quit: its process is not known"});
+    EXPECT_EQ(asked(), "Mail: force terminate, Notes: force terminate");
+    EXPECT_TRUE(desk.controller().quitApplication(desk.desktop.windowIDOf("Maps"))) << "asking harms no other process";
+}
+
 TEST_F(Quitting, AZoomedApplicationFirstGivesTheDisplayBack) {
     desk.desktop.focusByHand("Mail");
     const std::string before = desk.tiles();

@@ -49,7 +49,7 @@ class AbsentDesktop final : public AccessibilityServicing,
     void launch(const LaunchableApplication& application, LaunchActivation activation,
                 LaunchCompletion completion) override;
     bool terminate(pid_t) override { return false; }
-    bool forceTerminate(pid_t) override { return false; }
+    std::optional<std::string> forceTerminate(pid_t) override { return "there is no desktop"; }
 
     std::vector<Screen> screens() const override { return {}; }
     Subscription observeScreens(std::function<void()>) override { return {}; }

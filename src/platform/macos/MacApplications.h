@@ -39,7 +39,7 @@ class MacApplications final : public ApplicationServicing {
     void launch(const LaunchableApplication& application, LaunchActivation activation,
                 LaunchCompletion completion) override;
     bool terminate(pid_t processIdentifier) override;
-    bool forceTerminate(pid_t processIdentifier) override;
+    std::optional<std::string> forceTerminate(pid_t processIdentifier) override;
 
   private:
     MainQueue& queue_;

@@ -217,10 +217,13 @@ bool MacApplications::terminate(pid_t processIdentifier) {
     }
 }
 
-bool MacApplications::forceTerminate(pid_t processIdentifier) {
-    if (processIdentifier == ownProcessIdentifier()) return false;
+std::optional<std::string> MacApplications::forceTerminate(pid_t processIdentifier) {
+    if (processIdentifier == ownProcessIdentifier()) return "it is KOVA itself";
     @autoreleasepool {
-        return [find(processIdentifier) forceTerminate] != NO;
+        NSRunningApplication* application = find(processIdentifier);
+        if (!application) return "it does not run any more";
+        if ([application forceTerminate]) return std::nullopt;
+        return "the system does not let KOVA end it";
     }
 }
 

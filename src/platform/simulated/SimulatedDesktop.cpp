@@ -155,7 +155,8 @@ pid_t SimulatedDesktop::launch(std::string name, ApplicationTraits traits) {
     applications_.push_back({.record = std::move(record),
                              .name = std::move(name),
                              .listsWindowsTwice = traits.listsWindowsTwice,
-                             .lingersWhenHidden = traits.lingersWhenHidden});
+                             .lingersWhenHidden = traits.lingersWhenHidden,
+                             .isVerified = traits.isVerified});
     changed();
     return applications_.back().record.processIdentifier;
 }

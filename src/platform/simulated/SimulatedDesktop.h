@@ -43,6 +43,7 @@ struct ApplicationTraits {
     ApplicationIcon icon{.name = "application", .image = nullptr};
     std::string bundlePath{};
     bool isPartOfDesktop = false;
+    bool isVerified = true; // nothing contradicts that its windows belong to its process
     bool hasBundleIdentifier = true;
     bool listsWindowsTwice = false;
     bool lingersWhenHidden = false; // its windows stay on the screen all the same
@@ -241,7 +242,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     void launch(const LaunchableApplication& application, LaunchActivation activation,
                 LaunchCompletion completion) override;
     bool terminate(pid_t processIdentifier) override;
-    bool forceTerminate(pid_t processIdentifier) override;
+    std::optional<std::string> forceTerminate(pid_t processIdentifier) override;
     // AlertServicing
     void inform(const Alert& alert) override;
     void confirm(const Alert& alert, std::function<void(bool)> answer) override;
@@ -269,6 +270,7 @@ class SimulatedDesktop : public AccessibilityServicing,
         std::string name;
         bool listsWindowsTwice = false;
         bool lingersWhenHidden = false;
+        bool isVerified = true;
         bool answers = true;
         QuittingHabit quittingHabit = QuittingHabit::quits;
         std::uint64_t focusedWindow = 0;

@@ -128,15 +128,17 @@ bool SimulatedDesktop::terminate(pid_t process) {
     return true;
 }
 
-bool SimulatedDesktop::forceTerminate(pid_t process) {
+std::optional<std::string> SimulatedDesktop::forceTerminate(pid_t process) {
     requireMainThread("forceTerminate");
     const auto* ended = findApplication(process);
-    if (!ended || process == kOwnProcessIdentifier || ended->record.isPartOfDesktop) return false;
+    if (!ended || process == kOwnProcessIdentifier) return "there is no such application";
+    if (ended->record.isPartOfDesktop) return "it belongs to the desktop";
+    if (!ended->isVerified) return "its process is not known";
     note(ended->name + ": force terminate");
     queue_.post(lifetime_.guard([this, process] {
         if (findApplication(process)) end(process);
     }));
-    return true;
+    return std::nullopt;
 }
 
 // AlertServicing

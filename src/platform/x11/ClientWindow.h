@@ -76,8 +76,9 @@ struct ClientWindow {
     std::uint32_t stale = stale::all;
     bool isInputOnly = false;
 
-    pid_t processIdentifier = 0;
-    std::optional<std::uint32_t> claimedProcess; // as the window says, which may be of another machine
+    pid_t processIdentifier = 0;                 // of the application that the window belongs to
+    std::optional<std::uint32_t> claimedProcess; // as the window says
+    std::optional<pid_t> toldProcess;            // as the X server says
     std::string clientMachine;
     std::string instanceName, className;
 

@@ -179,16 +179,17 @@ std::vector<pid_t> ownLine() {
     return line;
 }
 
-bool killProcess(pid_t process) {
-    if (process <= 1 || process == getpid()) return false;
+std::optional<std::string> killProcess(pid_t process) {
+    if (process <= 1 || process == getpid()) return "it is part of the system";
     // From here on the number stands for this process alone, whatever becomes of it.
     const int handle = static_cast<int>(syscall(SYS_pidfd_open, process, 0));
-    if (handle < 0) return false;
+    if (handle < 0) return "there is no such process";
     const auto owner = statusNumber(process, "Uid");
     const bool isOurs = owner && *owner == static_cast<long>(getuid());
     const bool isKilled = isOurs && syscall(SYS_pidfd_send_signal, handle, SIGKILL, nullptr, 0) == 0;
     close(handle);
-    return isKilled;
+    if (isKilled) return std::nullopt;
+    return isOurs ? "the system does not let KOVA end it" : "its process belongs to another user";
 }
 
 } // namespace kova::x11

@@ -22,7 +22,7 @@ std::optional<std::string> startOf(pid_t process);
 std::vector<pid_t> ownLine();
 
 /// Ends the process at once with SIGKILL. Never init, a process group, ourselves or a process of another user, and
-/// never one that comes to bear the number meanwhile. False when nothing was ended.
-bool killProcess(pid_t process);
+/// never one that comes to bear the number meanwhile. Absent when it was signalled, otherwise why not.
+[[nodiscard]] std::optional<std::string> killProcess(pid_t process);
 
 } // namespace kova::x11

@@ -3,8 +3,6 @@
 #include "platform/x11/FocusQuestions.h"
 #include "platform/x11/FrameQuestions.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <memory>
@@ -28,11 +26,6 @@ xcb_window_t windowIn(const void* reply) {
     return windows.empty() ? kNoWindow : windows[0];
 }
 
-std::string hostNameOfThisMachine() {
-    std::array<char, 256> name{};
-    return gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "";
-}
-
 /// How deep window managers nest a client below the root.
 constexpr int kDeepestFrame = 8;
 /// Longest list of windows that is believed.
@@ -42,8 +35,10 @@ constexpr int kMostRounds = 4;
 
 } // namespace
 
-ModelRefresh::ModelRefresh(const XConnection& connection, std::mutex& mutex, WindowModel& model) :
-    connection_(connection), mutex_(mutex), model_(model), hostName_(hostNameOfThisMachine()) {}
+ModelRefresh::ModelRefresh(const XConnection& connection, const ClientProcesses& processes, std::mutex& mutex,
+                           WindowModel& model) :
+    connection_(connection),
+    processes_(processes), mutex_(mutex), model_(model) {}
 
 /// Sends, waits without the lock, and takes the answers under it.
 void ModelRefresh::ask() {
@@ -209,6 +204,7 @@ void ModelRefresh::askClients() {
                 if (ClientWindow* known = model_.client(window))
                     known->isInputOnly = attributes->_class == XCB_WINDOW_CLASS_INPUT_ONLY;
             });
+            askProcess(window);
         }
         askProperties(window, bits);
         if (bits & stale::topLevel) unplaced_.push_back(window);
@@ -216,6 +212,15 @@ void ModelRefresh::askClients() {
     }
     // It may have come under the pointer before anything was heard of it.
     if (mayHaveMissedFocus) askFocus(questions_, connection_, model_);
+}
+
+/// Before the window's own word about it, which is judged by the answer.
+void ModelRefresh::askProcess(xcb_window_t window) {
+    if (!processes_.canAnswer()) return;
+    questions_.add(processes_.ask(window), [this, window](const void* reply) {
+        if (ClientWindow* known = model_.client(window))
+            known->toldProcess = ClientProcesses::processIn(as<xcb_res_query_client_ids_reply_t>(reply));
+    });
 }
 
 void ModelRefresh::askProperties(xcb_window_t window, std::uint32_t bits) {
@@ -263,14 +268,11 @@ void ModelRefresh::takeProperty(xcb_window_t window, const PropertyRule& rule, c
     }
 }
 
-void ModelRefresh::settleOwner(ClientWindow& client) const {
-    if (client.claimedProcess && isSameMachine(client.clientMachine, hostName_)) {
-        client.processIdentifier = static_cast<pid_t>(*client.claimedProcess);
-        return;
-    }
+void ModelRefresh::settleOwner(ClientWindow& client) {
+    if (const auto process = attributedProcess(evidenceOf(client))) return model_.setOwner(client, *process);
     // The windows of one connection have the same upper bits, of which the server uses 29 at most.
     const std::uint32_t owner = client.window & ~xcb_get_setup(connection_.get())->resource_id_mask;
-    client.processIdentifier = static_cast<pid_t>((owner & (kFirstMadeUpProcess - 1)) | kFirstMadeUpProcess);
+    model_.setOwner(client, static_cast<pid_t>((owner & (kFirstMadeUpProcess - 1)) | kFirstMadeUpProcess));
 }
 
 /// Climbs from each client to the root's child that holds it, one level of all windows in each round trip.

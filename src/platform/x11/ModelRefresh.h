@@ -5,6 +5,7 @@
 // and requests are answered in order. A window is listened to before it is asked about, so no change falls between.
 #pragma once
 
+#include "platform/x11/ClientProcesses.h"
 #include "platform/x11/Questions.h"
 #include "platform/x11/WindowModel.h"
 
@@ -23,7 +24,8 @@ struct RefreshOutcome {
 class ModelRefresh {
   public:
     /// `mutex` guards the model and is held only while answers are taken.
-    ModelRefresh(const XConnection& connection, std::mutex& mutex, WindowModel& model);
+    ModelRefresh(const XConnection& connection, const ClientProcesses& processes, std::mutex& mutex,
+                 WindowModel& model);
 
     /// Nothing is asked when nothing is stale. One caller at a time.
     RefreshOutcome run(Seconds now);
@@ -35,18 +37,19 @@ class ModelRefresh {
     void askManager(const void* checkReply);
     void askNewTopLevels();
     void askClients();
+    void askProcess(xcb_window_t window);
     void askProperties(xcb_window_t window, std::uint32_t bits);
     void takeProperty(xcb_window_t window, const PropertyRule& rule, const void* reply, std::uint32_t asked);
     void findTopLevels();
     void measureFrames();
     void askTopLevel(xcb_window_t window);
-    void settleOwner(ClientWindow& client) const;
+    void settleOwner(ClientWindow& client);
     void ask();
 
     const XConnection& connection_;
+    const ClientProcesses& processes_;
     std::mutex& mutex_;
     WindowModel& model_;
-    std::string hostName_;
     Questions questions_;
     RefreshOutcome outcome_;
     Seconds now_{};

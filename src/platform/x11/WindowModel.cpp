@@ -177,9 +177,26 @@ void WindowModel::forget(xcb_window_t window) {
     ownersChanged = true;
     if (place->second.stale != 0) --staleClients;
     setTopLevelOf(place->second, kNoWindow);
+    setOwner(place->second, 0);
     clients_.erase(place);
     std::erase(order_, window);
     if (activeWindow == window && !manager_.isPresent) activeWindow = kNoWindow;
+}
+
+void WindowModel::setOwner(ClientWindow& client, pid_t process) {
+    if (client.processIdentifier == process) return;
+    if (const auto before = windowsByProcess_.find(client.processIdentifier); before != windowsByProcess_.end()) {
+        std::erase(before->second, client.window);
+        if (before->second.empty()) windowsByProcess_.erase(before);
+    }
+    if (process != 0) windowsByProcess_[process].push_back(client.window);
+    client.processIdentifier = process;
+}
+
+const std::vector<xcb_window_t>& WindowModel::windowsOf(pid_t process) const {
+    static const std::vector<xcb_window_t> none;
+    const auto found = windowsByProcess_.find(process);
+    return found == windowsByProcess_.end() ? none : found->second;
 }
 
 void WindowModel::takeDecorations(ClientWindow& client, const PropertyView& extents, std::uint32_t asked) {

@@ -86,6 +86,8 @@ class WindowModel {
     /// The same with one that an agent before this one took off the screen.
     void adoptIconified(xcb_window_t window);
     void forget(xcb_window_t client);
+    /// Attributes the window to the process; the only place that does.
+    void setOwner(ClientWindow& client, pid_t process);
     /// From _NET_FRAME_EXTENTS, asked by the main thread. A window in a frame has to be measured after that.
     void takeDecorations(ClientWindow& client, const PropertyView& extents, std::uint32_t asked);
     /// How far the window's area lies inside the frame that holds it.
@@ -101,6 +103,8 @@ class WindowModel {
     ClientWindow* client(xcb_window_t window);
     const TopLevel* topLevel(xcb_window_t window) const;
     const std::vector<xcb_window_t>& clientOrder() const { return order_; }
+    /// The clients attributed to the process, in no particular order.
+    const std::vector<xcb_window_t>& windowsOf(pid_t process) const;
     const std::vector<xcb_window_t>& stacking() const { return stacking_; } // bottom first
     /// The client that the root's child holds; null for what holds none.
     const ClientWindow* clientIn(xcb_window_t topLevel) const;
@@ -178,6 +182,7 @@ class WindowModel {
     std::unordered_map<xcb_window_t, ClientWindow> clients_;
     std::unordered_map<xcb_window_t, xcb_window_t> clientByTopLevel_;
     std::vector<xcb_window_t> order_;
+    std::unordered_map<pid_t, std::vector<xcb_window_t>> windowsByProcess_;
     std::optional<std::uint32_t> focusTold_; // by which event it was told last
 };
 

@@ -33,9 +33,9 @@ X11Desktop::Parts::Parts(std::unique_ptr<XConnection> opened, const Options& opt
                          ApplicationCatalogue& applicationCatalogue) :
     connection(std::move(opened)),
     queue(mainQueue), catalogue(applicationCatalogue), launcher(options.launcher),
-    patienceAtTheEnd(options.patienceAtTheEnd), ownProcesses(ownLine()), model(connection->atoms(), connection->root()),
-    displays(*connection), screenPower(*connection), hidden(options.hiddenWindowsFile), outbox(*connection, model),
-    refresh(*connection, mutex, model) {
+    patienceAtTheEnd(options.patienceAtTheEnd), ownProcesses(ownLine()), processes(*connection),
+    model(connection->atoms(), connection->root()), displays(*connection), screenPower(*connection),
+    hidden(options.hiddenWindowsFile), outbox(*connection, model), refresh(*connection, processes, mutex, model) {
     model.setRandrEventBase(displays.eventBase());
     model.rootSize = {connection->screen().width_in_pixels, connection->screen().height_in_pixels};
 }
@@ -135,9 +135,15 @@ void X11Desktop::Parts::takeOverLeftWindows(bool waitsToSettle) {
                                         connection->atoms());
                           });
         }
+        if (processes.canAnswer()) {
+            questions.add(processes.ask(taken.window), [state](const void* reply) {
+                state->toldProcess =
+                    ClientProcesses::processIn(static_cast<const xcb_res_query_client_ids_reply_t*>(reply));
+            });
+        }
         questions.add(xcb_get_geometry(connection->get(), taken.window), [&found, taken, state](const void* reply) {
-            const bool isSame =
-                !state->claimedProcess || *state->claimedProcess == static_cast<std::uint32_t>(taken.processIdentifier);
+            const auto process = attributedProcess(evidenceOf(*state));
+            const bool isSame = !process || *process == taken.processIdentifier;
             if (reply && isSame && (state->isIconic || state->isHiddenState)) found.push_back(taken);
         });
     }

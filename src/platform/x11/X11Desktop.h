@@ -95,7 +95,7 @@ class X11Desktop final : public AccessibilityServicing,
     void launch(const LaunchableApplication& application, LaunchActivation activation,
                 LaunchCompletion completion) override;
     bool terminate(pid_t processIdentifier) override;
-    bool forceTerminate(pid_t processIdentifier) override;
+    std::optional<std::string> forceTerminate(pid_t processIdentifier) override;
 
     // ScreenServicing
     std::vector<Screen> screens() const override;

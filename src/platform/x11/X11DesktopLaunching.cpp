@@ -74,12 +74,22 @@ bool X11Desktop::terminate(pid_t processIdentifier) {
     return true;
 }
 
-bool X11Desktop::forceTerminate(pid_t processIdentifier) {
+std::optional<std::string> X11Desktop::forceTerminate(pid_t processIdentifier) {
+    std::vector<OwnerEvidence> evidence;
     {
         const std::lock_guard lock(parts_->mutex);
         const auto found =
             std::ranges::find(parts_->applications, processIdentifier, &X11Application::processIdentifier);
-        if (found == parts_->applications.end() || found->isPartOfDesktop) return false;
+        if (found == parts_->applications.end()) return "it does not run any more";
+        if (found->isPartOfDesktop) return "it belongs to the desktop";
+        for (const xcb_window_t window : parts_->model.windowsOf(processIdentifier)) {
+            if (const ClientWindow* client = parts_->model.client(window)) evidence.push_back(evidenceOf(*client));
+        }
+    }
+    // One window that is attributed to the process by its own word alone is enough to doubt which one is meant.
+    const auto innerNumber = innerProcessNumber(processIdentifier);
+    for (const OwnerEvidence& ofWindow : evidence) {
+        if (auto doubt = whyUnverified(ofWindow, innerNumber)) return doubt;
     }
     return killProcess(processIdentifier);
 }

@@ -41,6 +41,7 @@ struct X11Desktop::Parts {
     ApplicationLauncher* launcher; // null: nothing can be launched
     const Seconds patienceAtTheEnd;
     const std::vector<pid_t> ownProcesses; // this one and those it descends from
+    const x11::ClientProcesses processes;
     const std::thread::id mainThread = std::this_thread::get_id();
 
     std::atomic<std::uint64_t> changes{1};
