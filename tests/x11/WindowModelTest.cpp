@@ -57,6 +57,28 @@ class Model : public ::testing::Test {
     WindowModel model{atoms, kRoot};
 };
 
+/// Any client can send any event with the mark of a made-up one.
+TEST_F(Model, MadeUpEventsEndNoWindow) {
+    model.setWindowManager({}, Seconds(0));
+    model.setStacking({kWindow});
+    model.takeTopLevel(kWindow, {.rect = {0, 0, 400, 300}, .isMapped = true, .rectTold = {}, .mappingTold = {}}, 10);
+    model.setTopLevelOf(window(), kWindow);
+    const auto tell = [&](int type, bool isMadeUp) {
+        xcb_generic_event_t whole{};
+        auto& event = reinterpret_cast<xcb_destroy_notify_event_t&>(whole); // the same fields as of unmapping
+        event.response_type = static_cast<std::uint8_t>(type | (isMadeUp ? 0x80 : 0));
+        event.event = kRoot;
+        event.window = kWindow;
+        model.apply(whole);
+    };
+    for (const int type : {XCB_DESTROY_NOTIFY, XCB_UNMAP_NOTIFY, XCB_REPARENT_NOTIFY, XCB_MAP_NOTIFY}) {
+        tell(type, true);
+        EXPECT_TRUE(model.client(kWindow)) << type;
+    }
+    tell(XCB_DESTROY_NOTIFY, false);
+    EXPECT_FALSE(model.client(kWindow));
+}
+
 TEST_F(Model, KeepsWhatAnEventToldAfterTheQuestion) {
     const TopLevel answer{.rect = {5, 5, 50, 50}, .isMapped = true, .rectTold = {}, .mappingTold = {}};
     configure(100, 402, 325, 21);

@@ -6,12 +6,14 @@
 namespace kova::x11 {
 
 EventEffects WindowModel::apply(const xcb_generic_event_t& event) {
+    // Any client can send any event. The server itself tells everything but one thing: that a program takes back a
+    // window that is not mapped.
+    const bool isMadeUp = event.response_type & 0x80;
+    if (isMadeUp && (event.response_type & 0x7F) != XCB_UNMAP_NOTIFY) return {};
     switch (event.response_type & 0x7F) {
     case XCB_PROPERTY_NOTIFY:
         return applyProperty(reinterpret_cast<const xcb_property_notify_event_t&>(event));
     case XCB_CONFIGURE_NOTIFY:
-        // Those that window managers make up are about the client's place, which the frame has told already.
-        if (event.response_type & 0x80) return {};
         return applyConfigure(reinterpret_cast<const xcb_configure_notify_event_t&>(event), event.full_sequence);
     case XCB_CREATE_NOTIFY: {
         const auto& created = reinterpret_cast<const xcb_create_notify_event_t&>(event);
@@ -42,8 +44,7 @@ EventEffects WindowModel::apply(const xcb_generic_event_t& event) {
     }
     case XCB_UNMAP_NOTIFY: {
         const auto& unmapped = reinterpret_cast<const xcb_unmap_notify_event_t&>(event);
-        const bool isMadeUp = event.response_type & 0x80;
-        if (isMadeUp && !manager_.isPresent && client(unmapped.window)) return applyWithdrawal(unmapped.window);
+        if (isMadeUp) return applyWithdrawal(unmapped.window);
         return applyMapping(unmapped.window, false, event.full_sequence);
     }
     case XCB_REPARENT_NOTIFY:
@@ -214,6 +215,8 @@ EventEffects WindowModel::applyMapping(xcb_window_t window, bool isMapped, std::
 EventEffects WindowModel::applyWithdrawal(xcb_window_t window) {
     EventEffects effects;
     const ClientWindow* known = client(window);
+    const TopLevel* top = topLevel(window);
+    if (manager_.isPresent || !known || (top && top->isMapped)) return effects;
     effects.changed = true;
     effects.panelsChanged = known->strut || known->partialStrut;
     forget(window);
