@@ -1,7 +1,11 @@
 // What KOVA takes off the screen comes back: by wish, by hand, at the end, and after a crash.
 #include "tests/desktop/Desk.h"
 
+#include <sys/inotify.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <fstream>
 
@@ -130,6 +134,29 @@ TEST_P(Hiding, KeepsWhatIsMinimisedMeanwhileApart) {
     desk->runFor(Seconds(0.3));
     EXPECT_FALSE(mail->isViewable(inbox));
     EXPECT_TRUE(desk->isMinimized("Inbox"));
+}
+
+TEST_P(Hiding, ManyWindowsAreRecordedInOneWrite) {
+    if (GetParam() != Manager::none) GTEST_SKIP() << "each goes by itself";
+    constexpr int kWindows = 40;
+    std::vector<xcb_window_t> many;
+    for (int i = 0; i < kWindows; ++i) many.push_back(notes->open({.title = "Note " + std::to_string(i)}));
+    ASSERT_TRUE(desk->runUntil([&] { return desk->titles().size() == kWindows + 3; }));
+    const auto windows = desk->poll();
+    const int watch = inotify_init1(IN_CLOEXEC | IN_NONBLOCK);
+    ASSERT_GE(inotify_add_watch(watch, desk->server().folder().c_str(), IN_MOVED_TO), 0);
+    for (const auto& window : windows) desk->service().minimize(window);
+    EXPECT_TRUE(desk->runUntil(
+        [&] { return std::ranges::none_of(many, [&](auto window) { return notes->isViewable(window); }); }));
+    int writes = 0;
+    alignas(inotify_event) std::array<char, 4096> events{};
+    for (ssize_t length; (length = read(watch, events.data(), events.size())) > 0;) {
+        for (ssize_t at = 0; at < length; ++writes)
+            at += static_cast<ssize_t>(sizeof(inotify_event) +
+                                       reinterpret_cast<inotify_event*>(&events[static_cast<std::size_t>(at)])->len);
+    }
+    close(watch);
+    EXPECT_EQ(writes, 1);
 }
 
 TEST_P(Hiding, EndsWithTheAgent) {

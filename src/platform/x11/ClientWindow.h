@@ -119,6 +119,7 @@ struct ClientWindow {
     std::optional<PixelRect> lastWish, lastAnswer; // the place last asked for, and the frame when it was
     int repeats = 0;                               // of the same wish with the same answer
     bool isIconifiedByUs = false;                  // without a window manager
+    bool isUnmapDue = false;                       // without a window manager, with the next requests that are sent
     std::optional<std::uint32_t> ownUnmap;         // the request by which it was, until its event has come
     bool hasLeft = false;                          // was unmapped since it was last asked to go; it may be back
     bool isMapAsked = false;                       // by us, while it was unmapped; its event has not come yet

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <fstream>
 #include <iterator>
+#include <utility>
 
 namespace kova::x11 {
 
@@ -50,69 +51,80 @@ std::vector<HiddenWindow> HiddenWindows::readFile() const {
     return windows;
 }
 
-void HiddenWindows::add(const std::vector<HiddenWindow>& windows) {
-    if (windows.empty()) return;
-    for (const HiddenWindow& added : windows) {
-        std::erase_if(windows_, [&](const HiddenWindow& known) { return known.window == added.window; });
-        windows_.push_back(added);
-    }
-    writeFile();
+bool HiddenWindows::isHeld(const HiddenWindow& hidden) {
+    return !hidden.isReturning && hidden.how == TakenAway::byHiding;
 }
 
-template <class Condition>
-void HiddenWindows::removeWhere(Condition condition) {
-    if (std::erase_if(windows_, condition) > 0) writeFile();
+void HiddenWindows::countHeld(const HiddenWindow& hidden, int change) {
+    if (!isHeld(hidden)) return;
+    int& count = heldByProcess_[hidden.processIdentifier];
+    count += change;
+    if (count == 0) heldByProcess_.erase(hidden.processIdentifier);
+}
+
+void HiddenWindows::erase(Place place) {
+    countHeld(*place, -1);
+    places_.erase(place->window);
+    windows_.erase(place);
+    isWritten_ = false;
+}
+
+void HiddenWindows::setReturning(HiddenWindow& hidden, Seconds now) {
+    countHeld(hidden, -1);
+    hidden.isReturning = true;
+    hidden.since = now;
+}
+
+void HiddenWindows::add(const std::vector<HiddenWindow>& windows) {
+    for (const HiddenWindow& added : windows) {
+        remove(added.window);
+        places_[added.window] = windows_.insert(windows_.end(), added);
+        countHeld(added, +1);
+        isWritten_ = false;
+    }
 }
 
 std::vector<xcb_window_t> HiddenWindows::takeHidden(pid_t processIdentifier, Seconds now) {
     std::vector<xcb_window_t> taken;
+    const auto held = heldByProcess_.find(processIdentifier);
+    if (held == heldByProcess_.end()) return taken;
+    taken.reserve(static_cast<std::size_t>(held->second));
     for (HiddenWindow& hidden : windows_) {
-        if (hidden.processIdentifier != processIdentifier || !holds(hidden.window)) continue;
-        hidden.isReturning = true;
-        hidden.since = now;
+        if (hidden.processIdentifier != processIdentifier || !isHeld(hidden)) continue;
+        setReturning(hidden, now);
         taken.push_back(hidden.window);
     }
     return taken;
 }
 
 void HiddenWindows::markReturning(xcb_window_t window, Seconds now) {
-    for (HiddenWindow& hidden : windows_) {
-        if (hidden.window != window) continue;
-        hidden.isReturning = true;
-        hidden.since = now;
-    }
+    if (const auto known = places_.find(window); known != places_.end()) setReturning(*known->second, now);
 }
 
 void HiddenWindows::remove(xcb_window_t window) {
-    removeWhere([&](const HiddenWindow& hidden) { return hidden.window == window; });
+    if (const auto known = places_.find(window); known != places_.end()) erase(known->second);
 }
 
 std::vector<xcb_window_t> HiddenWindows::takeAll(Seconds now) {
     std::vector<xcb_window_t> taken;
     for (HiddenWindow& hidden : windows_) {
-        hidden.isReturning = true;
-        hidden.since = now;
+        setReturning(hidden, now);
         taken.push_back(hidden.window);
     }
     return taken;
 }
 
 bool HiddenWindows::holds(xcb_window_t window) const {
-    return std::ranges::any_of(windows_, [&](const HiddenWindow& hidden) {
-        return hidden.window == window && !hidden.isReturning && hidden.how == TakenAway::byHiding;
-    });
+    const auto known = places_.find(window);
+    return known != places_.end() && isHeld(*known->second);
 }
 
 bool HiddenWindows::isApplicationHidden(pid_t processIdentifier, const WindowModel& model) const {
-    const bool tookAny = std::ranges::any_of(windows_, [&](const HiddenWindow& hidden) {
-        return hidden.processIdentifier == processIdentifier && !hidden.isReturning &&
-               hidden.how == TakenAway::byHiding;
-    });
-    if (!tookAny) return false;
-    return std::ranges::none_of(model.clientOrder(), [&](xcb_window_t window) {
+    if (!heldByProcess_.contains(processIdentifier)) return false;
+    return std::ranges::none_of(model.windowsOf(processIdentifier), [&](xcb_window_t window) {
+        if (holds(window)) return false;
         const ClientWindow* client = model.client(window);
-        return client && client->processIdentifier == processIdentifier && client->isManaged() &&
-               model.isShown(*client) && !holds(window);
+        return client && client->isManaged() && model.isShown(*client);
     });
 }
 
@@ -143,7 +155,7 @@ void HiddenWindows::followModel(const WindowModel& model, Seconds now) {
     }
     // What is on the screen between two managers may be put away again by the one that comes.
     if (model.isSettling()) return;
-    removeWhere([&](const HiddenWindow& hidden) {
+    const auto isOver = [&](const HiddenWindow& hidden) {
         if (hidden.missingSince) return now - *hidden.missingSince > kPatienceForReturn;
         const ClientWindow* client = model.client(hidden.window);
         const bool isLeavingFirst = client->returnsOnceGone && now - hidden.since < kPatience;
@@ -151,23 +163,31 @@ void HiddenWindows::followModel(const WindowModel& model, Seconds now) {
             return (isShown(hidden) && !isLeavingFirst) || now - hidden.since > kPatienceForReturn;
         }
         return isShown(hidden) && (hidden.hasLeftScreen || now - hidden.since > kPatience);
-    });
+    };
+    for (Place place = windows_.begin(); place != windows_.end();) {
+        const Place next = std::next(place);
+        if (isOver(*place)) erase(place);
+        place = next;
+    }
 }
 
-void HiddenWindows::writeFile() const {
-    if (path_.empty()) return;
+void HiddenWindows::writeFile() {
+    if (path_.empty() || std::exchange(isWritten_, true)) return;
     if (windows_.empty()) {
         std::remove(path_.c_str());
         return;
     }
-    auto list = nlohmann::json::array();
+    // Without the library's tree: a record of thousands of windows is written while the user waits for an arrangement.
+    std::string list;
     for (const HiddenWindow& hidden : windows_) {
-        list.push_back({{"window", hidden.window}, {"process", hidden.processIdentifier}, {"how", word(hidden.how)}});
+        list += (list.empty() ? "\n" : ",\n");
+        list += R"(    {"window": )" + std::to_string(hidden.window) + R"(, "process": )" +
+                std::to_string(hidden.processIdentifier) + R"(, "how": ")" + word(hidden.how) + R"("})";
     }
     const std::string aside = path_ + ".new";
     {
         std::ofstream file(aside, std::ios::trunc);
-        file << nlohmann::json{{"windows", list}}.dump(2) << '\n';
+        file << "{\n  \"windows\": [" << list << "\n  ]\n}\n";
         if (!file.flush()) return;
     }
     std::rename(aside.c_str(), path_.c_str());

@@ -6,8 +6,10 @@
 
 #include "platform/x11/WindowModel.h"
 
+#include <list>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace kova::x11 {
@@ -29,10 +31,10 @@ class HiddenWindows {
     /// An empty path keeps nothing on disk.
     explicit HiddenWindows(std::string path) : path_(std::move(path)) {}
 
-    const std::vector<HiddenWindow>& all() const { return windows_; }
+    const std::list<HiddenWindow>& all() const { return windows_; }
     /// What an agent before this one left; a file that cannot be read holds nothing.
     std::vector<HiddenWindow> readFile() const;
-    /// One entry a window: a newer one replaces it.
+    /// One entry a window: a newer one replaces it. `writeFile` is due before the windows go.
     void add(const std::vector<HiddenWindow>& windows);
     /// The windows of the process that were hidden with it. They are on record until they are on the screen again.
     std::vector<xcb_window_t> takeHidden(pid_t processIdentifier, Seconds now);
@@ -41,7 +43,12 @@ class HiddenWindows {
     void remove(xcb_window_t window);
     /// All windows, the same way.
     std::vector<xcb_window_t> takeAll(Seconds now);
-    void writeFile() const;
+    /// Replaces the file, if the record has changed since it was written. An entry too many does no harm: at the next
+    /// start a window that is on the screen is passed over.
+    void writeFile();
+    bool isWritten() const { return isWritten_; }
+    /// Has the file written whatever it holds.
+    void doubtFile() { isWritten_ = false; }
 
     /// Whether hiding took this window away.
     bool holds(xcb_window_t window) const;
@@ -54,11 +61,17 @@ class HiddenWindows {
     bool isBehind(const WindowModel& model, Seconds now) const;
 
   private:
-    template <class Condition>
-    void removeWhere(Condition condition);
+    using Place = std::list<HiddenWindow>::iterator;
+    static bool isHeld(const HiddenWindow& hidden);
+    void setReturning(HiddenWindow& hidden, Seconds now);
+    void erase(Place place);
+    void countHeld(const HiddenWindow& hidden, int change);
 
     std::string path_;
-    std::vector<HiddenWindow> windows_;
+    bool isWritten_ = true;
+    std::list<HiddenWindow> windows_; // in the order in which they went
+    std::unordered_map<xcb_window_t, Place> places_;
+    std::unordered_map<pid_t, int> heldByProcess_; // how many windows hiding took away
 };
 
 } // namespace kova::x11

@@ -317,10 +317,11 @@ std::vector<xcb_window_t> WindowModel::dialogsOf(const ClientWindow& client) con
     std::vector<xcb_window_t> dialogs;
     const ClientWindow* at = &client;
     for (std::size_t next = 0; at; at = next < dialogs.size() ? this->client(dialogs[next++]) : nullptr) {
-        for (const xcb_window_t window : order_) {
+        for (const xcb_window_t window : windowsOf(client.processIdentifier)) {
             const ClientWindow* other = this->client(window);
+            if (!other || (!other->transientFor && !other->isModal)) continue; // most windows
             const bool isKnown = window == client.window || std::ranges::find(dialogs, window) != dialogs.end();
-            if (other && !isKnown && parentOf(*other) == at) dialogs.push_back(window);
+            if (!isKnown && parentOf(*other) == at) dialogs.push_back(window);
         }
     }
     return dialogs;

@@ -66,6 +66,7 @@ X11Desktop::~X11Desktop() {
         const auto kept = parts_->keyboard.kept(now);
         active = kept.value_or(parts_->model.activeWindow);
         parts_->hidden.followModel(parts_->model, now);
+        parts_->hidden.writeFile();
         if (parts_->hidden.all().empty() && !parts_->isAnyReturning() && !kept) return;
     }
     restoreHidden();
@@ -81,6 +82,7 @@ X11Desktop::~X11Desktop() {
         if (isAnyReturning) ::poll(&readable, 1, 20);
     }
     parts_->keepActive(active);
+    parts_->hidden.writeFile();
     std::free(
         xcb_get_input_focus_reply(parts_->connection->get(), xcb_get_input_focus(parts_->connection->get()), nullptr));
 }
@@ -150,8 +152,9 @@ void X11Desktop::Parts::takeOverLeftWindows(bool waitsToSettle) {
     questions.wait(*connection);
     const std::lock_guard lock(mutex);
     questions.take();
-    if (found.empty()) hidden.writeFile();
     hidden.add(found);
+    hidden.doubtFile();
+    hidden.writeFile();
     if (!waitsToSettle) return bringAllBack();
     for (const HiddenWindow& taken : found) {
         if (model.client(taken.window)) continue;
@@ -265,7 +268,10 @@ void X11Desktop::Parts::settle(EventEffects effects) {
         for (bool again = true; again;) {
             displaysChanged |= actOn(effects);
             again = std::exchange(mustFlush, false);
-            if (again) connection->flush();
+            if (again) {
+                sendLeaving();
+                connection->flush();
+            }
             effects = drain(xcb_poll_for_queued_event);
             again |= effects.changed || effects.isForMainThread();
         }
@@ -288,6 +294,7 @@ bool X11Desktop::Parts::actOn(const EventEffects& effects) {
     for (const xcb_window_t window : effects.returning) mapAgain(window);
     if (model.isSettling()) remindOfReturning();
     hidden.followModel(model, queue.uptime());
+    writeRecordSoon();
     takeReplies();
     const bool displaysTold = displays.advance();
     if (displaysTold) monitors = displays.monitors();

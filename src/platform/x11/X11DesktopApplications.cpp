@@ -88,19 +88,14 @@ void X11Desktop::settleHiddenWindows(LeftWindows leftWindows) {
 void X11Desktop::hide(pid_t processIdentifier) {
     const std::lock_guard lock(parts_->mutex);
     std::vector<HiddenWindow> leaving;
-    for (const xcb_window_t window : parts_->model.clientOrder()) {
+    for (const xcb_window_t window : parts_->model.windowsOf(processIdentifier)) {
         const ClientWindow* client = parts_->model.client(window);
-        if (!client || client->processIdentifier != processIdentifier || !client->isManaged() ||
-            parts_->model.isMinimized(*client))
-            continue;
-        HiddenWindow hidden;
-        hidden.window = window;
-        hidden.processIdentifier = processIdentifier;
-        hidden.since = parts_->queue.uptime();
-        leaving.push_back(hidden);
+        if (client && client->isManaged() && !parts_->model.isMinimized(*client))
+            leaving.push_back(parts_->recordOf(*client, TakenAway::byHiding));
     }
-    // On record before they go: the agent may end at any moment.
     parts_->hidden.add(leaving);
+    // On record before they go: the agent may end at any moment. Without a window manager they go later.
+    if (parts_->model.windowManager().isPresent) parts_->hidden.writeFile();
     for (const HiddenWindow& hidden : leaving) {
         if (ClientWindow* client = parts_->model.client(hidden.window)) parts_->minimize(*client);
     }

@@ -308,10 +308,32 @@ void X11Desktop::Parts::minimize(ClientWindow& client) {
         // An application that is being hidden has its windows on record already.
         if (!hidden.holds(client.window)) hidden.add({recordOf(client, TakenAway::byUnmapping)});
         client.isIconifiedByUs = true;
-        setIconicState(client.window, XCB_ICCCM_WM_STATE_ICONIC);
-        client.ownUnmap = xcb_unmap_window(connection->get(), client.window).sequence;
+        if (!std::exchange(client.isUnmapDue, true)) leaving.push_back(client.window);
         mustFlush = true;
     }
+}
+
+/// Windows are unmapped together, after one write of the record: it is complete before the first of them goes.
+void X11Desktop::Parts::sendLeaving() {
+    if (leaving.empty()) return;
+    hidden.writeFile();
+    for (const xcb_window_t window : std::exchange(leaving, {})) {
+        ClientWindow* client = model.client(window);
+        if (!client || !std::exchange(client->isUnmapDue, false)) continue;
+        setIconicState(window, XCB_ICCCM_WM_STATE_ICONIC);
+        client->ownUnmap = xcb_unmap_window(connection->get(), window).sequence;
+    }
+}
+
+/// What came back by itself need not be forgotten at once.
+void X11Desktop::Parts::writeRecordSoon() {
+    constexpr Seconds kPause{0.3};
+    if (hidden.isWritten() || std::exchange(isRecordDue, true)) return;
+    queue.after(kPause, lifetime.guard([this] {
+        const std::lock_guard lock(mutex);
+        isRecordDue = false;
+        hidden.writeFile();
+    }));
 }
 
 void X11Desktop::Parts::restore(ClientWindow& client) {
@@ -340,7 +362,7 @@ void X11Desktop::Parts::mapAgain(xcb_window_t window) {
     const bool isStillMapped = top && top->isMapped && (client->isIconic || client->isHiddenState);
     if (isStillMapped && model.windowManager().isPresent) outbox.sendActivation(*client);
     // At once, so that the next wish is not measured by what no longer holds. If it stays iconic, the poll finds out.
-    client->isIconic = client->isHiddenState = client->isIconifiedByUs = false;
+    client->isIconic = client->isHiddenState = client->isIconifiedByUs = client->isUnmapDue = false;
     client->leaveAsked.reset();
     client->returnAsked = queue.uptime();
     client->isMapAsked = top && !top->isMapped;

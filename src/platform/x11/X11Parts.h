@@ -88,6 +88,8 @@ struct X11Desktop::Parts {
     bool isPointerAsked = false;
     Seconds lastReminder{};
     x11::HiddenWindows hidden;
+    std::vector<xcb_window_t> leaving; // to be unmapped with the next requests that are sent
+    bool isRecordDue = false;          // of hidden windows, a little later
     x11::Outbox outbox;
     x11::KeyboardKeeper keyboard;
     x11::EventEffects unsettled; // found by the polling queue, for the main thread to act on
@@ -166,6 +168,8 @@ struct X11Desktop::Parts {
     void minimize(x11::ClientWindow& client);
     void restore(x11::ClientWindow& client);
     void mapAgain(xcb_window_t window);
+    void sendLeaving();
+    void writeRecordSoon();
     void setIconicState(xcb_window_t window, std::uint32_t state);
     void bringBack(xcb_window_t window);
     void bringAllBack();

@@ -1,0 +1,38 @@
+#include "platform/x11/HiddenWindows.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+namespace kova::x11 {
+namespace {
+
+/// Thousands of windows can be hidden at once; looking through all of them for each takes minutes here.
+TEST(HiddenWindows, EachOfManyIsFoundAtOnce) {
+    constexpr xcb_window_t kWindows = 100'000;
+    const Atoms atoms;
+    const WindowModel model(atoms, 1);
+    HiddenWindows hidden("");
+    const auto processOf = [](xcb_window_t window) { return static_cast<pid_t>(window % 1000 + 1); };
+    const auto begin = std::chrono::steady_clock::now();
+    for (xcb_window_t window = 1; window <= kWindows; ++window) {
+        HiddenWindow entry;
+        entry.window = window;
+        entry.processIdentifier = processOf(window);
+        hidden.add({entry});
+    }
+    for (xcb_window_t window = 1; window <= kWindows; ++window) {
+        ASSERT_TRUE(hidden.holds(window) && hidden.isApplicationHidden(processOf(window), model)) << window;
+    }
+    hidden.add({{.window = 5, .processIdentifier = 7777}}); // a newer entry replaces the older one
+    EXPECT_EQ(hidden.all().size(), kWindows);
+    EXPECT_EQ(hidden.takeHidden(7777, Seconds(1)), std::vector<xcb_window_t>{5});
+    EXPECT_FALSE(hidden.holds(5) || hidden.isApplicationHidden(7777, model)) << "it is on its way back";
+    for (xcb_window_t window = 1; window <= kWindows; ++window) hidden.remove(window);
+    EXPECT_TRUE(hidden.all().empty());
+    EXPECT_FALSE(hidden.isApplicationHidden(processOf(1), model));
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
+}
+
+} // namespace
+} // namespace kova::x11
