@@ -77,8 +77,8 @@ void TestLoop::dropAll() {
     timers_.clear();
 }
 
-ApplicationIdentity PlainCatalogue::identify(const std::string&, const std::string& className) {
-    return {"test." + className, className, "", ""};
+ApplicationIdentity PlainCatalogue::identify(const ApplicationTraces& traces) {
+    return {"test." + traces.className, traces.className, "", ""};
 }
 
 Desk::Desk(Manager manager, const std::string& size, ClientProcessNumbers numbers) : server_(size, numbers) {

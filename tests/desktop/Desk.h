@@ -41,7 +41,7 @@ class TestLoop final : public MainQueue {
 /// Classes are their own names.
 class PlainCatalogue final : public ApplicationCatalogue {
   public:
-    ApplicationIdentity identify(const std::string& instanceName, const std::string& className) override;
+    ApplicationIdentity identify(const ApplicationTraces& traces) override;
 };
 
 class Desk {

@@ -46,7 +46,7 @@ TEST(DesktopEntries, AWindowBelongsToTheEntryThatNamesItBest) {
     auto entries = desk.entries();
 
     struct Case {
-        std::string instance, windowClass, id, name;
+        std::string instance, windowClass, id, name, applicationID{};
     };
     const std::vector<Case> cases = {
         {"Mail", "Thunderbird", "mail", "Mail"},
@@ -60,20 +60,24 @@ TEST(DesktopEntries, AWindowBelongsToTheEntryThatNamesItBest) {
         {"x", "Settings", "z-settings", "Settings"},
         {"x", "Helper", "helper", "Helper"},
         {"x", "NorThis", "northis", "NorThis"},
+        // Programs whose class is not what their entry is called say so.
+        {"x", "example-files", "org.example.Files", "Files", "org.example.Files"},
+        {"x", "Thunderbird", "org.example.Files", "Files", "org.example.Files"},
+        {"x", "Thunderbird", "mail", "Mail", "org.example.Missing"},
         {"x", "ÉDITEUR", "éditeur", "ÉDITEUR"},
         {"lonely", "", "lonely", "lonely"},
         {"", "", "", ""},
         {"bad\xff", "bad\xff", "bad\xEF\xBF\xBD", "bad\xEF\xBF\xBD"},
     };
     for (const auto& c : cases) {
-        const auto identity = entries.identify(c.instance, c.windowClass);
+        const auto identity = entries.identify({c.instance, c.windowClass, c.applicationID});
         EXPECT_EQ(identity.bundleIdentifier, c.id) << c.instance << "/" << c.windowClass;
         EXPECT_EQ(identity.localizedName, c.name) << c.instance << "/" << c.windowClass;
     }
-    const auto mail = entries.identify("Mail", "Thunderbird");
+    const auto mail = entries.identify({"Mail", "Thunderbird"});
     EXPECT_EQ(mail.bundlePath, (desk.applications() / "mail.desktop").string());
     EXPECT_EQ(mail.iconName, "mail-icon");
-    EXPECT_EQ(entries.identify("x", "NorThis").bundlePath, "");
+    EXPECT_EQ(entries.identify({"x", "NorThis"}).bundlePath, "");
 }
 
 TEST(DesktopEntries, NamesComeInTheReadersLanguage) {
@@ -115,11 +119,11 @@ TEST(DesktopEntries, OneFileHidesAnotherAndBrokenOnesAreSkipped) {
     std::filesystem::create_directory_symlink(desk.applications(), desk.applications() / "circle");
     std::filesystem::create_symlink("nowhere", desk.applications() / "dangling.desktop");
     auto entries = desk.entries();
-    EXPECT_EQ(entries.identify("", "Editor").localizedName, "My editor");
-    EXPECT_EQ(entries.identify("", "Crlf").localizedName, "From elsewhere");
+    EXPECT_EQ(entries.identify({"", "Editor"}).localizedName, "My editor");
+    EXPECT_EQ(entries.identify({"", "Crlf"}).localizedName, "From elsewhere");
     for (const std::string name :
          {"Gone", "Link", "Nameless", "Huge", "Pipe", "Folder", "Dangling", "Empty", "Bytes"}) {
-        EXPECT_EQ(entries.identify("", name).bundlePath, "") << name;
+        EXPECT_EQ(entries.identify({"", name}).bundlePath, "") << name;
     }
 }
 
@@ -127,21 +131,21 @@ TEST(DesktopEntries, WhatIsInstalledLaterIsFoundAtTheNextNewQuestion) {
     Desk desk;
     desk.install("one.desktop", entry("One"));
     auto entries = desk.entries();
-    EXPECT_EQ(entries.identify("", "One").localizedName, "One");
-    EXPECT_EQ(entries.identify("", "Two").bundlePath, "");
+    EXPECT_EQ(entries.identify({"", "One"}).localizedName, "One");
+    EXPECT_EQ(entries.identify({"", "Two"}).bundlePath, "");
     std::this_thread::sleep_for(std::chrono::milliseconds(20)); // coarse clocks of file systems
     desk.install("two.desktop", entry("The second"));
-    EXPECT_EQ(entries.identify("", "Three").bundlePath, ""); // notices the change ...
-    EXPECT_EQ(entries.identify("", "Two").localizedName, "The second");
+    EXPECT_EQ(entries.identify({"", "Three"}).bundlePath, ""); // notices the change ...
+    EXPECT_EQ(entries.identify({"", "Two"}).localizedName, "The second");
 
     std::vector<std::thread> threads;
     for (int t = 0; t < 4; ++t) {
         threads.emplace_back([&entries, t] {
-            for (int i = 0; i < 500; ++i) entries.identify("", "Class" + std::to_string(i * t));
+            for (int i = 0; i < 500; ++i) entries.identify({"", "Class" + std::to_string(i * t)});
         });
     }
     for (auto& thread : threads) thread.join();
-    EXPECT_EQ(entries.identify("", "One").localizedName, "One");
+    EXPECT_EQ(entries.identify({"", "One"}).localizedName, "One");
 }
 
 } // namespace

@@ -242,33 +242,38 @@ std::string DesktopEntries::localeOfMessages() {
     return "C";
 }
 
-ApplicationIdentity DesktopEntries::identify(const std::string& instanceName, const std::string& className) {
+ApplicationIdentity DesktopEntries::identify(const ApplicationTraces& traces) {
     const std::lock_guard lock(mutex_);
-    const std::pair question(instanceName, className);
-    if (const auto known = answers_.find(question); known != answers_.end()) return known->second;
+    if (const auto known = answers_.find(traces); known != answers_.end()) return known->second;
     if (!isScanned_ || hasChanged()) scan();
     if (answers_.size() >= kMostAnswers) answers_.clear();
 
     ApplicationIdentity identity;
-    if (const Entry* entry = find(instanceName, className)) {
+    if (const Entry* entry = find(traces)) {
         identity.bundleIdentifier = text(entry->id);
         identity.localizedName = text(entry->name);
         identity.bundlePath = text(entry->path);
         identity.iconName = text(entry->iconName);
         identity.isFileManager = entry->isFileManager;
     } else {
-        const std::string name = validUtf8(className.empty() ? instanceName : className);
+        const std::string name = validUtf8(traces.className.empty() ? traces.instanceName : traces.className);
         identity.bundleIdentifier = lowercased(name);
         identity.localizedName = name;
     }
-    return answers_.emplace(question, std::move(identity)).first->second;
+    return answers_.emplace(traces, std::move(identity)).first->second;
 }
 
-const DesktopEntries::Entry* DesktopEntries::find(const std::string& instanceName, const std::string& className) const {
+const DesktopEntries::Entry* DesktopEntries::find(const ApplicationTraces& traces) const {
+    const std::string &instanceName = traces.instanceName, &className = traces.className,
+                      &applicationID = traces.applicationID;
     const auto first = [this](auto&& matches) -> const Entry* {
         const auto found = std::find_if(entries_.begin(), entries_.end(), matches);
         return found == entries_.end() ? nullptr : &*found;
     };
+    // Exactly: this is the name of an entry, and one that is not installed is none.
+    if (!applicationID.empty()) {
+        if (const auto* entry = first([&](const Entry& e) { return text(e.id) == applicationID; })) return entry;
+    }
     for (const auto& name : {className, instanceName}) {
         if (name.empty()) continue;
         if (const auto* entry = first([&](const Entry& e) { return text(e.windowClass) == name; })) return entry;

@@ -51,10 +51,10 @@ class DesktopEntries final : public ApplicationCatalogue {
     /// The locale that the environment gives to messages.
     static std::string localeOfMessages();
 
-    /// The entry whose StartupWMClass is the class, or the instance; else the one whose file name or last component of
-    /// a reverse domain name is the class; each exactly, then without regard to case. Entries that are kept out of
-    /// menus come last.
-    ApplicationIdentity identify(const std::string& instanceName, const std::string& className) override;
+    /// The entry of the application's own ID; else the one whose StartupWMClass is the class, or the instance; else the
+    /// one whose file name or last component of a reverse domain name is the class; each exactly, then without regard
+    /// to case. Entries that are kept out of menus come last.
+    ApplicationIdentity identify(const ApplicationTraces& traces) override;
 
     /// What menus show, by name.
     std::vector<LaunchableApplication> launchableApplications();
@@ -85,7 +85,7 @@ class DesktopEntries final : public ApplicationCatalogue {
     void addFile(const std::string& path, const std::string& id);
     bool hasChanged() const;
     LaunchableApplication launchable(const Entry& entry) const;
-    const Entry* find(const std::string& instanceName, const std::string& className) const;
+    const Entry* find(const ApplicationTraces& traces) const;
     Range keep(std::string_view text);
     std::string_view text(Range range) const;
 
@@ -96,7 +96,7 @@ class DesktopEntries final : public ApplicationCatalogue {
     std::string texts_;
     std::vector<Entry> entries_; // displayed ones first, then in the order of the folders
     std::vector<Folder> folders_;
-    std::map<std::pair<std::string, std::string>, ApplicationIdentity> answers_;
+    std::map<ApplicationTraces, ApplicationIdentity> answers_;
 };
 
 } // namespace kova

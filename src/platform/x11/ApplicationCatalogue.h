@@ -1,6 +1,7 @@
 // Who an X11 window belongs to, in the words of the applications that are installed.
 #pragma once
 
+#include <compare>
 #include <optional>
 #include <string>
 
@@ -15,12 +16,18 @@ struct ApplicationIdentity {
     bool operator==(const ApplicationIdentity&) const = default;
 };
 
+/// What a window says of its application; each may be empty.
+struct ApplicationTraces {
+    std::string instanceName{}, className{}; // the two halves of WM_CLASS
+    std::string applicationID{};             // _GTK_APPLICATION_ID: the name of the desktop entry
+    auto operator<=>(const ApplicationTraces&) const = default;
+};
+
 class ApplicationCatalogue {
   public:
     virtual ~ApplicationCatalogue() = default;
-    /// From the two halves of WM_CLASS, either of which may be empty. Any thread; answers from memory after the first
-    /// time.
-    virtual ApplicationIdentity identify(const std::string& instanceName, const std::string& className) = 0;
+    /// Any thread; answers from memory after the first time.
+    virtual ApplicationIdentity identify(const ApplicationTraces& traces) = 0;
 };
 
 } // namespace kova

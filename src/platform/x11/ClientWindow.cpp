@@ -167,6 +167,10 @@ void takeClass(ClientWindow& window, const PropertyView& property, const Atoms& 
     window.className = textIn({property.type, 8, property.bytes.subspan(instanceLength + 1)}, atoms);
 }
 
+void takeApplicationId(ClientWindow& window, const PropertyView& property, const Atoms& atoms) {
+    window.applicationID = textIn(property, atoms);
+}
+
 void takeProcess(ClientWindow& window, const PropertyView& property, const Atoms&) {
     const auto numbers = numbersIn(property, XCB_ATOM_CARDINAL);
     window.claimedProcess.reset();
@@ -281,6 +285,7 @@ std::vector<PropertyRule> propertyRules(const Atoms& atoms) {
         {atoms[Atom::gtkFrameExtents], stale::frame, 4, takeShadow},
         {atoms[Atom::netWmDesktop], stale::desktop, 1, takeDesktop},
         {XCB_ATOM_WM_CLASS, stale::owner, 128, takeClass},
+        {atoms[Atom::gtkApplicationId], stale::owner, 64, takeApplicationId},
         {atoms[Atom::netWmPid], stale::owner, 1, takeProcess},
         {atoms[Atom::wmClientMachine], stale::owner, 64, takeMachine},
         {atoms[Atom::netWmStrut], stale::strut, 4, takeStrut},

@@ -80,7 +80,7 @@ struct ClientWindow {
     std::optional<std::uint32_t> claimedProcess; // as the window says
     std::optional<pid_t> toldProcess;            // as the X server says
     std::string clientMachine;
-    std::string instanceName, className;
+    std::string instanceName, className, applicationID;
 
     std::optional<std::string> netName; // preferred, UTF-8
     std::string oldName;

@@ -467,7 +467,7 @@ void X11Desktop::Parts::bringUpToDate() {
 
 void X11Desktop::Parts::identifyApplications() {
     struct Owner {
-        std::string instanceName, className;
+        ApplicationTraces traces;
         bool isRegular = false;
         bool drawsDesktop = false; // or a panel on it
     };
@@ -484,11 +484,8 @@ void X11Desktop::Parts::identifyApplications() {
             if (isNew) order.push_back(client->processIdentifier);
             Owner& owner = place->second;
             // Panels and palettes do not give their application its name while it has a proper window.
-            const bool tellsMore = owner.className.empty() || (client->isManaged() && !owner.isRegular);
-            if (tellsMore) {
-                owner.instanceName = client->instanceName;
-                owner.className = client->className;
-            }
+            const bool tellsMore = owner.traces.className.empty() || (client->isManaged() && !owner.isRegular);
+            if (tellsMore) owner.traces = {client->instanceName, client->className, client->applicationID};
             owner.isRegular |= client->isManaged();
             owner.drawsDesktop |= client->kind() == WindowKind::desktop || client->kind() == WindowKind::dock;
         }
@@ -497,7 +494,7 @@ void X11Desktop::Parts::identifyApplications() {
     for (const pid_t process : order) {
         const Owner& owner = owners[process];
         // Reads the disk the first time, so not under the lock.
-        auto identity = catalogue.identify(owner.instanceName, owner.className);
+        auto identity = catalogue.identify(owner.traces);
         const bool isPart = isPartOfDesktop(process, identity, owner.drawsDesktop, windowManager);
         identified.push_back({process, std::move(identity), owner.isRegular, isPart});
     }

@@ -35,6 +35,7 @@ inline constexpr xcb_window_t kNoWindow = XCB_WINDOW_NONE;
     X(netRestackWindow, "_NET_RESTACK_WINDOW")                                                                         \
     X(netFrameExtents, "_NET_FRAME_EXTENTS")                                                                           \
     X(gtkFrameExtents, "_GTK_FRAME_EXTENTS")                                                                           \
+    X(gtkApplicationId, "_GTK_APPLICATION_ID")                                                                         \
     X(netWmName, "_NET_WM_NAME")                                                                                       \
     X(netWmPid, "_NET_WM_PID")                                                                                         \
     X(netWmDesktop, "_NET_WM_DESKTOP")                                                                                 \
