@@ -27,6 +27,8 @@ class DisplayReader {
     bool hasUnsent() { return std::exchange(hasUnsent_, false); }
     void wait();
     const std::vector<Monitor>& monitors() const { return monitors_; }
+    /// Whether the server tells of monitors; if it tells of none, all are off.
+    bool isTold() const { return isTold_; }
 
   private:
     void takeMonitors(const void* reply);
@@ -37,6 +39,7 @@ class DisplayReader {
     std::vector<Monitor> monitors_, coming_;
     bool startsOver_ = false;
     bool hasUnsent_ = false;
+    bool isTold_ = false;
 };
 
 } // namespace kova::x11

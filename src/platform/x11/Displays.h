@@ -45,7 +45,10 @@ struct DisplayArrangement {
 
 /// `workarea` is what the window manager leaves of the root window; with several monitors it says too little and is not
 /// asked. A monitor that panels would cover whole keeps its full frame.
-DisplayArrangement describeDisplays(std::vector<Monitor> monitors, std::span<const Panel> panels,
+/// Without monitors there is no display where the server tells of them (`MonitorsTold::all`): all are off. Where it
+/// does not, the root window is the display.
+enum class MonitorsTold { none, all };
+DisplayArrangement describeDisplays(std::vector<Monitor> monitors, MonitorsTold told, std::span<const Panel> panels,
                                     const std::optional<PixelRect>& workarea, const PixelRect& root);
 
 /// The part of the monitor that the panels leave; root coordinates.

@@ -157,12 +157,13 @@ bool X11Desktop::Parts::arrangeDisplays() {
     if (model.currentDesktop < model.workareas.size()) workarea = model.workareas[model.currentDesktop];
     if (monitors.empty()) monitors = displays.monitors();
     const PixelRect root{0, 0, model.rootSize.first, model.rootSize.second};
-    auto next = describeDisplays(monitors, panels, workarea, root);
+    const auto told = displays.isTold() ? MonitorsTold::all : MonitorsTold::none;
+    auto next = describeDisplays(monitors, told, panels, workarea, root);
     if (next == arrangement) return false;
     arrangement = std::move(next);
     model.displayRects.clear();
     for (const Monitor& monitor : monitors) model.displayRects.push_back(monitor.rect);
-    if (monitors.empty()) model.displayRects.push_back(root);
+    if (model.displayRects.empty() && told == MonitorsTold::none) model.displayRects.push_back(root);
     return true;
 }
 
