@@ -5,6 +5,7 @@
 #include "agent/SessionAgent.h"
 #include "platform/linux/AbsentDesktop.h"
 #include "platform/linux/AbsentDock.h"
+#include "platform/linux/ApplicationScopes.h"
 #include "platform/linux/AutostartEntry.h"
 #include "platform/linux/DesktopEntries.h"
 #include "platform/linux/DesktopLauncher.h"
@@ -19,6 +20,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <utility>
+#include <variant>
 #include <vector>
 
 namespace kova {
@@ -42,24 +44,26 @@ The log is in $XDG_STATE_HOME/kova/agent.log, the preferences are in $XDG_CONFIG
 /// The desktop of this session, behind the seams.
 class Desktop {
   public:
-    /// Absent when there is none and the agent should end; it has been said why.
-    static std::optional<Desktop> open(const AgentOptions& options, const std::string& hiddenWindowsFile,
-                                       EventLoop& loop, ApplicationCatalogue& catalogue,
-                                       ApplicationLauncher& launcher) {
+    /// The exit code when there is none and the agent should end; it has been said why.
+    static std::variant<Desktop, int> open(const AgentOptions& options, const std::string& hiddenWindowsFile,
+                                           EventLoop& loop, ApplicationCatalogue& catalogue,
+                                           ApplicationLauncher& launcher) {
         auto opened = X11Desktop::open({.displayName = std::nullopt,
                                         .hiddenWindowsFile = hiddenWindowsFile,
                                         .launcher = &launcher,
-                                        .waitsToSettleHiddenWindows = true},
+                                        .waitsToSettleHiddenWindows = true,
+                                        .claimsServer = true},
                                        loop, catalogue);
         Desktop desktop;
         if (auto* x11 = std::get_if<std::unique_ptr<X11Desktop>>(&opened)) {
             desktop.x11_ = std::move(*x11);
             return desktop;
         }
-        const auto& reason = std::get<std::string>(opened);
-        complain(options, reason);
-        if (!isWaylandOnly()) return std::nullopt;
-        desktop.absent_ = std::make_unique<AbsentDesktop>(reason, loop);
+        const auto& failure = std::get<X11Desktop::Failure>(opened);
+        complain(options, failure.reason);
+        if (failure.isClaimedByOther) return kExitSessionNotTaken;
+        if (!isWaylandOnly()) return kExitFailed;
+        desktop.absent_ = std::make_unique<AbsentDesktop>(failure.reason, loop);
         return desktop;
     }
 
@@ -114,9 +118,11 @@ int manageSession(const AgentOptions& options) {
     FilePreferencesStore preferences(folders.configHome / "kova/preferences.json", loop, diskQueue,
                                      [](const std::string& problem) { log(LogLevel::warning, problem); });
     DesktopEntries catalogue(folders, DesktopEntries::localeOfMessages());
-    DesktopLauncher launcher(catalogue, loop);
-    const auto desktop = Desktop::open(options, (stateFolder / "hidden-windows").string(), loop, catalogue, launcher);
-    if (!desktop) return kExitFailed;
+    ApplicationScopes scopes(BusAddresses::fromEnvironment().session, loop);
+    DesktopLauncher launcher(catalogue, loop, &scopes);
+    const auto opened = Desktop::open(options, (stateFolder / "hidden-windows").string(), loop, catalogue, launcher);
+    if (const auto* exitCode = std::get_if<int>(&opened)) return *exitCode;
+    const auto* desktop = std::get_if<Desktop>(&opened);
 
     LoginSession session(loop, BusAddresses::fromEnvironment(), SessionTraces::ofThisProcess());
     SerialWorkQueue pollingQueue("kova-polling");

@@ -95,7 +95,7 @@ X11Desktop& Desk::openDesktop() {
                                     .launcher = nullptr,
                                     .patienceAtTheEnd = Seconds(10)},
                                    loop_, catalogue_);
-    if (const auto* reason = std::get_if<std::string>(&opened)) throw std::runtime_error(*reason);
+    if (const auto* failure = std::get_if<X11Desktop::Failure>(&opened)) throw std::runtime_error(failure->reason);
     desktop_ = std::move(std::get<0>(opened));
     isConnectionLost_ = false;
     desktop_->listen([this](int descriptor, auto readable) { return loop_.watch(descriptor, std::move(readable)); },

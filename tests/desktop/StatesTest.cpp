@@ -359,8 +359,8 @@ TEST_F(Desktop, SaysWhyThereIsNone) {
     PlainCatalogue catalogue;
     const auto reason = [&](const std::optional<std::string>& display) {
         auto opened = X11Desktop::open({display, ""}, loop, catalogue);
-        const auto* text = std::get_if<std::string>(&opened);
-        return text ? *text : "it opened";
+        const auto* failure = std::get_if<X11Desktop::Failure>(&opened);
+        return failure ? failure->reason : "it opened";
     };
     unsetenv("DISPLAY");
     unsetenv("WAYLAND_DISPLAY");

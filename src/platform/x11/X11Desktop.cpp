@@ -4,6 +4,7 @@
 #include "platform/x11/FocusQuestions.h"
 #include "platform/x11/FrameQuestions.h"
 #include "platform/x11/LocalProcesses.h"
+#include "platform/x11/ServerClaim.h"
 #include "platform/x11/X11Parts.h"
 
 #include <poll.h>
@@ -40,14 +41,21 @@ X11Desktop::Parts::Parts(std::unique_ptr<XConnection> opened, const Options& opt
     model.rootSize = {connection->screen().width_in_pixels, connection->screen().height_in_pixels};
 }
 
-std::variant<std::unique_ptr<X11Desktop>, std::string> X11Desktop::open(const Options& options, MainQueue& queue,
-                                                                        ApplicationCatalogue& catalogue) {
+std::variant<std::unique_ptr<X11Desktop>, X11Desktop::Failure>
+X11Desktop::open(const Options& options, MainQueue& queue, ApplicationCatalogue& catalogue) {
     auto connected = XConnection::open(options.displayName);
-    if (auto* reason = std::get_if<std::string>(&connected)) return std::move(*reason);
+    if (auto* reason = std::get_if<std::string>(&connected)) return Failure{std::move(*reason)};
     auto parts = std::make_unique<Parts>(std::move(std::get<0>(connected)), options, queue, catalogue);
+    const std::string display = "the X display \"" + parts->connection->displayName() + "\"";
+    if (options.claimsServer) {
+        if (const auto other = claimServer(*parts->connection, parts->processes)) {
+            const std::string agent = other->process ? "process " + std::to_string(*other->process) : "another agent";
+            return Failure{agent + " already manages " + display, true};
+        }
+    }
     parts->readEverything();
     parts->openHand();
-    if (parts->isLost) return "The X display \"" + parts->connection->displayName() + "\" closed the connection.";
+    if (parts->isLost) return Failure{"The connection to " + display + " was closed."};
     return std::unique_ptr<X11Desktop>(new X11Desktop(std::move(parts), options));
 }
 

@@ -38,12 +38,18 @@ class X11Desktop final : public AccessibilityServicing,
         ApplicationLauncher* launcher = nullptr; // outlives the desktop; null: nothing can be launched
         Seconds patienceAtTheEnd{0.5};           // how long its end waits for windows to come back
         bool waitsToSettleHiddenWindows = false; // those that a killed agent left stay until `settleHiddenWindows`
+        bool claimsServer = false;               // fails where another agent has claimed the server
+    };
+    /// Why there is no desktop.
+    struct Failure {
+        std::string reason; // in the user's words, with what to do
+        bool isClaimedByOther = false;
     };
     /// Connects and reads the whole desktop, waiting for the server; windows that a killed agent left hidden come back.
-    /// The text says in the user's words why there is no desktop and what to do. The thread that calls this is the main
+    /// The thread that calls this is the main
     /// thread; queue and catalogue must outlive the desktop, and the polling queue must have ended before it.
-    static std::variant<std::unique_ptr<X11Desktop>, std::string> open(const Options& options, MainQueue& queue,
-                                                                       ApplicationCatalogue& catalogue);
+    static std::variant<std::unique_ptr<X11Desktop>, Failure> open(const Options& options, MainQueue& queue,
+                                                                   ApplicationCatalogue& catalogue);
     /// Restores what was hidden.
     ~X11Desktop() override;
     X11Desktop(const X11Desktop&) = delete;

@@ -64,6 +64,7 @@ inline constexpr xcb_window_t kNoWindow = XCB_WINDOW_NONE;
     X(typeNotification, "_NET_WM_WINDOW_TYPE_NOTIFICATION")                                                            \
     X(typeCombo, "_NET_WM_WINDOW_TYPE_COMBO")                                                                          \
     X(typeDragIcon, "_NET_WM_WINDOW_TYPE_DND")                                                                         \
+    X(kovaAgent, "_KOVA_AGENT")                                                                                        \
     X(edid, "EDID")
 
 enum class Atom : std::uint8_t {

@@ -45,7 +45,7 @@ class X11Stage final : public ContractDesktop {
                                         .launcher = &launcher_,
                                         .patienceAtTheEnd = Seconds(10)},
                                        loop_, catalogue_);
-        if (const auto* reason = std::get_if<std::string>(&opened)) throw std::runtime_error(*reason);
+        if (const auto* failure = std::get_if<X11Desktop::Failure>(&opened)) throw std::runtime_error(failure->reason);
         desktop_ = std::move(std::get<0>(opened));
         desktop_->listen(
             [this](int descriptor, auto readable) { return loop_.watchReadable(descriptor, std::move(readable)); },
