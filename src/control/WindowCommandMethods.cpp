@@ -213,7 +213,7 @@ ControlReply listWindows(const WorkspaceController& controller) {
     for (json& display : controlRecord::displays(controller)) {
         json own = json::array();
         for (const WorkspaceTile& tile : tiles) {
-            if (tile.displayID != display.at("id")) continue;
+            if (display.at("id") != tile.displayID) continue;
             json waiting = json::array();
             for (const auto& id : tile.stack) {
                 if (id != tile.windowID) waiting.push_back(controlRecord::windowInBrief(controller, id));
