@@ -39,6 +39,7 @@ std::string shape(const json& window) {
     if (window.at("isFullScreen").get<bool>()) return "full screen";
     if (window.at("isMinimized").get<bool>()) return "minimized";
     if (window.at("isMaximized").get<bool>()) return "maximized";
+    if (window.value("isElsewhere", false)) return "on another desktop";
     return window.at("isVisible").get<bool>() ? "visible" : "not visible";
 }
 

@@ -115,6 +115,7 @@ json window(const ManagedWindow& window, const WorkspaceController& controller) 
             {"isFullScreen", window.isFullScreen},
             {"isMaximized", window.isMaximized},
             {"dialogOf", orNull(window.parentID)},
+            {"isElsewhere", window.isElsewhere},
             {"tile", orNull(front ? front : assignments.stackTargetOf(window.id))},
             {"isFront", front.has_value()},
             {"isFocused", focused && focused->id == window.id},

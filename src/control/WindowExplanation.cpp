@@ -53,7 +53,7 @@ std::string whereItIs(const WorkspaceController& controller, const ManagedWindow
 
 std::string whyLeftOut(const ManagedWindow& window) {
     if (window.isFullScreen) return "An arrangement leaves it alone while it is in full screen.";
-    if (!window.isVisible && !window.isMinimized)
+    if (window.isElsewhere || (!window.isVisible && !window.isMinimized))
         return "An arrangement leaves it alone while it is on another desktop.";
     return "An arrangement leaves it alone.";
 }

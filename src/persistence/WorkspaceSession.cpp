@@ -94,6 +94,11 @@ std::string encodeWorkspaceSession(const WorkspaceSession& session) {
                 {"handledRuleWindowIDs", session.handledRuleWindowIDs}};
     for (const auto& window : session.windows) out["windows"].push_back(encode(window));
     for (const auto& [display, tiles] : session.awayDisplays) out["awayDisplays"][display] = encode(tiles);
+    for (const auto& space : session.otherSpaces) {
+        json entry = {{"tiles", encode(space.tiles)}};
+        if (space.number) entry["number"] = *space.number;
+        out["otherSpaces"].push_back(std::move(entry));
+    }
     if (session.zoom) {
         out["zoom"] = {{"displayID", session.zoom->displayID},
                        {"anchorTargetID", session.zoom->anchorTargetID},
@@ -113,6 +118,14 @@ Decoded<WorkspaceSession> decodeWorkspaceSession(std::string_view text) {
             session.windows.push_back(decodeWindow(window));
         for (const auto& [display, tiles] : cursor.required("awayDisplays").members()) {
             session.awayDisplays[display] = decodeTiles(tiles);
+        }
+        if (const auto spaces = cursor.optional("otherSpaces")) {
+            for (const auto& space : spaces->elements()) {
+                const auto number = space.optional("number");
+                session.otherSpaces.push_back(
+                    {number ? std::optional(static_cast<std::uint64_t>(number->integer())) : std::nullopt,
+                     decodeTiles(space.required("tiles"))});
+            }
         }
         for (const auto& id : cursor.required("handledRuleWindowIDs").elements()) {
             session.handledRuleWindowIDs.insert(id.string());

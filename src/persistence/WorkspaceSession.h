@@ -6,6 +6,7 @@
 
 #include <sys/types.h>
 
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <set>
@@ -36,6 +37,13 @@ struct WorkspaceSessionTiles {
     bool operator==(const WorkspaceSessionTiles&) const = default;
 };
 
+/// What windows of a Space (virtual desktop) that is not shown come back to.
+struct WorkspaceSessionSpace {
+    std::optional<std::uint64_t> number{}; // absent where Spaces have none
+    WorkspaceSessionTiles tiles;
+    bool operator==(const WorkspaceSessionSpace&) const = default;
+};
+
 /// The window that owned its display.
 struct WorkspaceSessionZoom {
     std::string displayID;
@@ -49,6 +57,7 @@ struct WorkspaceSession {
     std::vector<WorkspaceSessionWindow> windows;
     WorkspaceSessionTiles tiles;
     std::map<std::string, WorkspaceSessionTiles> awayDisplays; // what displays that are away held, by display id
+    std::vector<WorkspaceSessionSpace> otherSpaces;
     std::set<std::string> handledRuleWindowIDs;
     std::optional<WorkspaceSessionZoom> zoom;
     std::set<std::string> floatingWindowIDs{}; // by command

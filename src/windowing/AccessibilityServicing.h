@@ -76,6 +76,13 @@ struct OnScreenWindow {
     CGRect bounds{}; // window-service space
 };
 
+/// What became of a window that its application does not list.
+enum class WindowPresence {
+    present,  // it exists and is not shown: it is on another Space, in full screen there, or behind another tab
+    gone,     // it was closed
+    noAnswer, // its application did not answer in time
+};
+
 /// A dialog is a window whose parent is a window. It stays above that window, and leaves the screen and comes back with
 /// it; a desktop need not move it along. A window that comes back leaves the keyboard where it is, unless it is to have
 /// the keyboard. A position or size written to a maximized window ends that first.
@@ -106,6 +113,17 @@ class AccessibilityServicing {
     /// Whether the sizes that windows show now are their own: false for about two seconds after the window manager was
     /// replaced, and while the window gets other decorations. Main thread.
     virtual bool areSizesReliable(const AccessibilityElement&) const { return true; }
+
+    /// Asked only for a window that was known before and that its application does not list any more. Costs at most the
+    /// platform's deadline. Polling queue.
+    virtual WindowPresence presenceOf(const AccessibilityElement& window) const = 0;
+
+    /// The Space (virtual desktop) that the window belongs to; absent for one on every Space, and on desktops that do
+    /// not tell. Any thread; never waits.
+    virtual std::optional<std::uint64_t> spaceOf(const AccessibilityElement&) const { return std::nullopt; }
+    /// Differs whenever another Space is shown; where `spaceOf` tells Spaces, the one that is shown. Any thread; never
+    /// waits.
+    virtual std::uint64_t shownSpace() const { return 0; }
 
     /// Writes the attributes in the order given, as one request where the desktop can: a position and a size written
     /// together move and size a window at once. A refused write is dropped silently. Main thread.

@@ -35,6 +35,26 @@ struct WindowCandidate {
     std::optional<std::string> parentID{}; // of the window above it in the tree; absent below the application itself
 };
 
+/// A window as the poll before knew it.
+struct KnownWindow {
+    std::string id;
+    AccessibilityElement element;
+};
+
+/// A known window that no application lists any more, and that has not gone.
+struct UnlistedWindow {
+    std::string id;
+    bool answers = true;                // false: its application is silent
+    std::optional<WindowCandidate> now; // what it answered; absent when it did not, or not as a window that is managed
+};
+
+/// What one poll found.
+struct WindowEnumeration {
+    std::vector<ManagedWindow> listed;
+    std::vector<UnlistedWindow> unlisted; // in the order of the known windows
+    std::uint64_t shownSpace = 0;
+};
+
 /// Process identifier, ":", hash of the element.
 std::string windowID(pid_t processIdentifier, const AccessibilityElement& window);
 
@@ -46,8 +66,10 @@ class AccessibilityWindowService {
     AccessibilityPermissionState permissionState() const; // any thread
     AccessibilityPermissionState requestPermission(bool prompt);
 
-    /// Every eligible window of every eligible application. Touches no state: it is called on the polling queue.
-    std::vector<ManagedWindow> enumerateWindows() const;
+    /// Every eligible window of every eligible application, and what became of the known windows that are not among
+    /// them: only these are asked one by one, and of a silent application only the first. Polling queue; touches no
+    /// state.
+    WindowEnumeration enumerateWindows(std::span<const KnownWindow> known = {}) const;
     /// Reads and filters one element; absent for what is never managed.
     std::optional<WindowCandidate> windowCandidate(const AccessibilityElement& element, pid_t processIdentifier) const;
     std::optional<CGRect> readFrame(const AccessibilityElement& element) const;
@@ -92,8 +114,10 @@ class AccessibilityWindowService {
   private:
     struct Placement;
     struct VerificationRound;
-    std::vector<ManagedWindow> enumerateWindows(const RunningApplication& application,
-                                                std::span<const CGRect> onScreenRectangles) const;
+    struct Roll;
+    void enumerateWindows(const RunningApplication& application, std::span<const CGRect> onScreenRectangles,
+                          Roll& roll) const;
+    std::vector<UnlistedWindow> unlistedWindows(std::span<const KnownWindow> known, const Roll& roll) const;
     bool readsAs(AccessibilityAttribute state, const AccessibilityElement& element) const;
     ApplicationIcon icon(const RunningApplication& application) const;
     void write(const AccessibilityElement& element, AccessibilityAttribute attribute, bool value);

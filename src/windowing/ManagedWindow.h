@@ -30,6 +30,9 @@ struct ManagedWindow {
     bool isFullScreen = false;
     bool isMaximized = false;            // by the window manager
     bool isFocusedOfApplication = false; // has the keyboard when its application is the front one
+    bool isElsewhere = false;            // exists and is not shown: on another Space, or behind another tab
+    bool isAnswering = true;             // false: its application is silent, and this is what was known before
+    std::optional<std::uint64_t> space;  // its Space (virtual desktop); absent: on every one, or not known
     std::optional<CGRect> frame;         // window-service space
     std::optional<CGSize> minimumSize;   // points
     std::optional<WindowSizeHints> sizeHints;

@@ -7,8 +7,10 @@ namespace kova {
 
 namespace {
 
+constexpr int kFailure = -25200;
 constexpr int kInvalidElement = -25202;
 constexpr int kCannotComplete = -25204;
+constexpr int kInterfaceDisabled = -25211;
 
 template <class Integer>
 std::optional<Integer> integral(std::optional<double> number) {
@@ -27,6 +29,19 @@ AccessibilityOutcome accessibilityOutcome(int error) {
         return AccessibilityOutcome::silent;
     default:
         return AccessibilityOutcome::answered;
+    }
+}
+
+WindowPresence windowPresence(int error) {
+    switch (error) {
+    case kInvalidElement:
+        return WindowPresence::gone;
+    case kCannotComplete:
+    case kInterfaceDisabled:
+    case kFailure:
+        return WindowPresence::noAnswer;
+    default:
+        return WindowPresence::present;
     }
 }
 

@@ -17,6 +17,10 @@ enum class AccessibilityOutcome {
 /// `error` as the Mac numbers it; 0 is success.
 AccessibilityOutcome accessibilityOutcome(int error);
 
+/// What the answer to a question to a window that is not listed says of it. An interface that is switched off, and a
+/// failure without a reason, say nothing.
+WindowPresence windowPresence(int error);
+
 /// One window as the window server lists it; absent is what was missing or no number.
 struct WindowListEntry {
     std::optional<double> layer;

@@ -39,6 +39,13 @@ class Answers {
         }
         return nullptr;
     }
+    /// Whether anything at all was said about the attribute.
+    bool has(AccessibilityAttribute attribute) const {
+        for (std::size_t i = 0; i < values_.size() && i < attributes_.size(); ++i) {
+            if (attributes_[i] == attribute) return !std::holds_alternative<std::monostate>(values_[i]);
+        }
+        return false;
+    }
     bool isTrue(AccessibilityAttribute attribute) const {
         const auto* value = get<bool>(attribute);
         return value && *value;
@@ -73,113 +80,42 @@ bool isManagedKind(const Answers& answers) {
     return !subrole || *subrole == "AXStandardWindow" || *subrole == "AXDialog";
 }
 
-std::vector<std::size_t> visibleCandidates(const std::vector<WindowCandidate>& candidates,
+/// A candidate with what the desktop says of its Space.
+struct Found {
+    WindowCandidate candidate;
+    std::optional<std::uint64_t> space;
+    bool isElsewhere = false;
+};
+
+/// A rectangle on the screen belongs to a window of the Space that is shown, also when one of another Space has exactly
+/// its frame.
+std::vector<std::size_t> visibleCandidates(const std::vector<Found>& found,
                                            std::span<const CGRect> onScreenRectangles) {
     std::vector<VisibilityCandidate> pool;
-    for (std::size_t i = 0; i < candidates.size(); ++i) {
-        if (!candidates[i].isMinimized && candidates[i].frame) pool.push_back({i, *candidates[i].frame});
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        const WindowCandidate& candidate = found[i].candidate;
+        if (!candidate.isMinimized && !found[i].isElsewhere && candidate.frame) pool.push_back({i, *candidate.frame});
     }
     return visibleWindows(std::move(pool), onScreenRectangles);
 }
 
 /// The window at the head of a dialog's chain of parents; absent for a window that is no dialog of another one of its
 /// application, and for a circle.
-std::optional<std::string> ownerOf(const WindowCandidate& dialog, const std::vector<WindowCandidate>& candidates) {
+std::optional<std::string> ownerOf(const WindowCandidate& dialog, const std::vector<Found>& found) {
     const WindowCandidate* at = &dialog;
     for (int length = 0; length < kLongestChain; ++length) {
         const auto parent =
-            !at->parentID ? candidates.end() : std::ranges::find(candidates, *at->parentID, &WindowCandidate::id);
-        if (parent == candidates.end()) return at == &dialog ? std::nullopt : std::optional(at->id);
-        at = &*parent;
+            !at->parentID ? found.end() : std::ranges::find(found, *at->parentID, [](const Found& each) {
+                return each.candidate.id;
+            });
+        if (parent == found.end()) return at == &dialog ? std::nullopt : std::optional(at->id);
+        at = &parent->candidate;
     }
     return std::nullopt;
 }
 
-} // namespace
-
-std::vector<ManagedWindow> AccessibilityWindowService::enumerateWindows() const {
-    if (!accessibility_.isProcessTrusted()) return {};
-
-    // In this order: a desktop brings what it knows up to date with the first question of a poll.
-    const auto running = applications_.runningApplications();
-    std::unordered_map<pid_t, std::vector<CGRect>> rectanglesOfProcess;
-    for (const auto& window : accessibility_.onScreenWindows()) {
-        if (window.layer == 0 && isFinite(window.bounds)) {
-            rectanglesOfProcess[window.processIdentifier].push_back(window.bounds);
-        }
-    }
-    std::vector<ManagedWindow> windows;
-    for (const auto& application : running) {
-        if (application.processIdentifier == applications_.ownProcessIdentifier() || application.isTerminated ||
-            application.activationPolicy != ApplicationActivationPolicy::regular) {
-            continue;
-        }
-        auto found = enumerateWindows(application, rectanglesOfProcess[application.processIdentifier]);
-        std::move(found.begin(), found.end(), std::back_inserter(windows));
-    }
-    return windows;
-}
-
-std::vector<ManagedWindow>
-AccessibilityWindowService::enumerateWindows(const RunningApplication& application,
-                                             std::span<const CGRect> onScreenRectangles) const {
-    constexpr std::array asked = {AccessibilityAttribute::windows, AccessibilityAttribute::focusedWindow};
-    const auto applicationElement = accessibility_.applicationElement(application.processIdentifier);
-    const Answers answers(accessibility_, applicationElement, asked);
-    const auto* elements = answers.get<std::vector<AccessibilityElement>>(AccessibilityAttribute::windows);
-    if (!elements || elements->empty()) return {};
-    const auto* focused = answers.get<AccessibilityElement>(AccessibilityAttribute::focusedWindow);
-
-    std::vector<WindowCandidate> candidates;
-    std::unordered_set<std::string> seen;
-    for (const auto& element : *elements) {
-        auto candidate = windowCandidate(element, application.processIdentifier);
-        if (candidate && seen.insert(candidate->id).second) candidates.push_back(std::move(*candidate));
-    }
-
-    const std::string name = application.localizedName.value_or(std::string(kUnnamedApplication));
-    const auto applicationIcon = icon(application);
-    std::vector<ManagedWindow> windows;
-    windows.reserve(candidates.size());
-    const auto visible = visibleCandidates(candidates, onScreenRectangles);
-    std::vector<std::optional<std::string>> owners;
-    for (const auto& candidate : candidates) owners.push_back(ownerOf(candidate, candidates));
-    for (std::size_t i = 0; i < candidates.size(); ++i) {
-        WindowCandidate& candidate = candidates[i];
-        const bool isFocused = focused && candidate.id == windowID(application.processIdentifier, *focused);
-        auto hints = accessibility_.sizeHints(candidate.element);
-        windows.push_back({.id = std::move(candidate.id),
-                           .element = std::move(candidate.element),
-                           .processIdentifier = application.processIdentifier,
-                           .applicationName = name,
-                           .bundleIdentifier = application.bundleIdentifier,
-                           .title = std::move(candidate.title),
-                           .icon = applicationIcon,
-                           .isMinimized = candidate.isMinimized,
-                           .isVisible = false,
-                           .isFullScreen = candidate.isFullScreen,
-                           .isMaximized = candidate.isMaximized,
-                           .isFocusedOfApplication = isFocused,
-                           .frame = candidate.frame,
-                           .minimumSize = candidate.minimumSize,
-                           .sizeHints = std::move(hints),
-                           .parentID = std::move(owners[i])});
-    }
-    for (const auto index : visible) windows[index].isVisible = !application.isHidden;
-    return windows;
-}
-
-ApplicationIcon AccessibilityWindowService::icon(const RunningApplication& application) const {
-    if (!application.icon.isEmpty()) return application.icon;
-    if (!application.bundlePath.empty()) {
-        if (auto icon = applications_.iconForFile(application.bundlePath); !icon.isEmpty()) return icon;
-    }
-    return applications_.systemSymbolIcon(std::string(kWindowSymbol));
-}
-
-std::optional<WindowCandidate> AccessibilityWindowService::windowCandidate(const AccessibilityElement& element,
-                                                                           pid_t processIdentifier) const {
-    const Answers answers(accessibility_, element, kWindowAttributes);
+std::optional<WindowCandidate> candidateIn(const Answers& answers, const AccessibilityElement& element,
+                                           pid_t processIdentifier) {
     if (!isManagedKind(answers)) return std::nullopt;
     const auto frame = answers.frame();
     if (frame && (frame->size.width < kSmallestManagedSize.width || frame->size.height < kSmallestManagedSize.height)) {
@@ -197,6 +133,131 @@ std::optional<WindowCandidate> AccessibilityWindowService::windowCandidate(const
                            .frame = frame,
                            .minimumSize = answers.minimumSize(),
                            .parentID = isInWindow ? std::optional(windowID(processIdentifier, *parent)) : std::nullopt};
+}
+
+} // namespace
+
+/// What a poll has gathered so far.
+struct AccessibilityWindowService::Roll {
+    std::uint64_t shownSpace = 0;
+    std::vector<ManagedWindow> windows;
+    std::unordered_set<std::string> answered; // ids of listed elements that said what they are, managed or not
+    std::unordered_set<pid_t> processes;      // of the applications whose windows are managed
+};
+
+WindowEnumeration AccessibilityWindowService::enumerateWindows(std::span<const KnownWindow> known) const {
+    if (!accessibility_.isProcessTrusted()) return {};
+
+    // In this order: a desktop brings what it knows up to date with the first question of a poll.
+    const auto running = applications_.runningApplications();
+    Roll roll;
+    roll.shownSpace = accessibility_.shownSpace();
+    std::unordered_map<pid_t, std::vector<CGRect>> rectanglesOfProcess;
+    for (const auto& window : accessibility_.onScreenWindows()) {
+        if (window.layer == 0 && isFinite(window.bounds)) {
+            rectanglesOfProcess[window.processIdentifier].push_back(window.bounds);
+        }
+    }
+    for (const auto& application : running) {
+        if (application.processIdentifier == applications_.ownProcessIdentifier() || application.isTerminated ||
+            application.activationPolicy != ApplicationActivationPolicy::regular) {
+            continue;
+        }
+        enumerateWindows(application, rectanglesOfProcess[application.processIdentifier], roll);
+    }
+    auto unlisted = unlistedWindows(known, roll);
+    return {std::move(roll.windows), std::move(unlisted), roll.shownSpace};
+}
+
+void AccessibilityWindowService::enumerateWindows(const RunningApplication& application,
+                                                  std::span<const CGRect> onScreenRectangles, Roll& roll) const {
+    constexpr std::array asked = {AccessibilityAttribute::windows, AccessibilityAttribute::focusedWindow};
+    const pid_t process = application.processIdentifier;
+    roll.processes.insert(process);
+    const Answers answers(accessibility_, accessibility_.applicationElement(process), asked);
+    const auto* elements = answers.get<std::vector<AccessibilityElement>>(AccessibilityAttribute::windows);
+    if (!elements || elements->empty()) return;
+    const auto* focused = answers.get<AccessibilityElement>(AccessibilityAttribute::focusedWindow);
+
+    std::vector<Found> found;
+    std::unordered_set<std::string> seen;
+    for (const auto& element : *elements) {
+        const Answers window(accessibility_, element, kWindowAttributes);
+        if (window.has(AccessibilityAttribute::role)) roll.answered.insert(windowID(process, element));
+        auto candidate = candidateIn(window, element, process);
+        if (!candidate || !seen.insert(candidate->id).second) continue;
+        const auto space = accessibility_.spaceOf(element);
+        found.push_back({std::move(*candidate), space, space && *space != roll.shownSpace});
+    }
+
+    const std::string name = application.localizedName.value_or(std::string(kUnnamedApplication));
+    const auto applicationIcon = icon(application);
+    const std::size_t first = roll.windows.size();
+    roll.windows.reserve(first + found.size());
+    const auto visible = visibleCandidates(found, onScreenRectangles);
+    std::vector<std::optional<std::string>> owners;
+    for (const auto& each : found) owners.push_back(ownerOf(each.candidate, found));
+    for (std::size_t i = 0; i < found.size(); ++i) {
+        auto& [candidate, space, isElsewhere] = found[i];
+        auto hints = accessibility_.sizeHints(candidate.element);
+        const bool isFocused = focused && candidate.id == windowID(process, *focused);
+        roll.windows.push_back({.id = std::move(candidate.id),
+                                .element = std::move(candidate.element),
+                                .processIdentifier = process,
+                                .applicationName = name,
+                                .bundleIdentifier = application.bundleIdentifier,
+                                .title = std::move(candidate.title),
+                                .icon = applicationIcon,
+                                .isMinimized = candidate.isMinimized,
+                                .isVisible = false,
+                                .isFullScreen = candidate.isFullScreen,
+                                .isMaximized = candidate.isMaximized,
+                                .isFocusedOfApplication = isFocused,
+                                .isElsewhere = isElsewhere,
+                                .space = space,
+                                .frame = candidate.frame,
+                                .minimumSize = candidate.minimumSize,
+                                .sizeHints = std::move(hints),
+                                .parentID = std::move(owners[i])});
+    }
+    for (const auto index : visible) roll.windows[first + index].isVisible = !application.isHidden;
+}
+
+std::vector<UnlistedWindow> AccessibilityWindowService::unlistedWindows(std::span<const KnownWindow> known,
+                                                                        const Roll& roll) const {
+    std::vector<UnlistedWindow> unlisted;
+    std::unordered_set<pid_t> silent; // each costs one deadline
+    for (const auto& window : known) {
+        const pid_t process = window.element.processIdentifier;
+        if (roll.answered.contains(window.id) || !roll.processes.contains(process)) continue;
+        const auto presence =
+            silent.contains(process) ? WindowPresence::noAnswer : accessibility_.presenceOf(window.element);
+        switch (presence) {
+        case WindowPresence::gone:
+            break;
+        case WindowPresence::present:
+            unlisted.push_back({window.id, true, windowCandidate(window.element, process)});
+            break;
+        case WindowPresence::noAnswer:
+            silent.insert(process);
+            unlisted.push_back({window.id, false, std::nullopt});
+            break;
+        }
+    }
+    return unlisted;
+}
+
+ApplicationIcon AccessibilityWindowService::icon(const RunningApplication& application) const {
+    if (!application.icon.isEmpty()) return application.icon;
+    if (!application.bundlePath.empty()) {
+        if (auto icon = applications_.iconForFile(application.bundlePath); !icon.isEmpty()) return icon;
+    }
+    return applications_.systemSymbolIcon(std::string(kWindowSymbol));
+}
+
+std::optional<WindowCandidate> AccessibilityWindowService::windowCandidate(const AccessibilityElement& element,
+                                                                           pid_t processIdentifier) const {
+    return candidateIn(Answers(accessibility_, element, kWindowAttributes), element, processIdentifier);
 }
 
 std::optional<CGRect> AccessibilityWindowService::readFrame(const AccessibilityElement& element) const {

@@ -282,6 +282,15 @@ ArrangementPlan planArrangement(const ArrangementInput& input) {
     return Planner(input).plan();
 }
 
+void ArrangementPlan::rename(const std::string& windowID, const std::string& newID) {
+    for (auto& placement : placements) {
+        if (placement.window.id == windowID) placement.window.id = newID;
+    }
+    for (auto& left : surplus) {
+        if (left.window.id == windowID) left.window.id = newID;
+    }
+}
+
 std::vector<std::string> ArrangementPlan::explanation() const {
     std::vector<std::string> lines;
     for (const auto& placement : placements) lines.push_back(placement.explanation);

@@ -74,6 +74,8 @@ struct ArrangementPlan {
 
     /// A line per decision, a line per window that is left alone, then the surplus line when there is surplus.
     std::vector<std::string> explanation() const;
+    /// The window is known under another id from now on.
+    void rename(const std::string& windowID, const std::string& newID);
 };
 
 /// Deterministic: the same input gives the same plan.

@@ -16,20 +16,9 @@ std::set<std::string> windowsIn(const TileAssignments& assignments) {
 
 } // namespace
 
-void DisplayAbsence::leave(const std::string& key, const std::string& displayID, const TileAssignments& assignments) {
-    TileAssignments held = assignments.onDisplay(displayID);
-    for (const auto& window : windowsIn(held)) {
-        if (isHomeless(window)) held.remove(window);
-    }
-    if (held != TileAssignments{}) homes_[key] = std::move(held);
-}
-
-DisplayAbsence::Return DisplayAbsence::comeBack(const std::string& key, TileAssignments assignments) {
-    const auto home = homes_.extract(key);
-    if (home.empty()) return {std::move(assignments), {}, {}};
-    const TileAssignments& held = home.mapped();
+ReturnOfResidents withResidentsBack(const TileAssignments& held, TileAssignments assignments) {
     const TileAssignments before = std::move(assignments);
-    Return back{before, {}, {}};
+    ReturnOfResidents back{before, {}, {}};
     const auto residents = windowsIn(held);
     for (const auto& window : residents) back.assignments.remove(window);
 
@@ -58,6 +47,20 @@ DisplayAbsence::Return DisplayAbsence::comeBack(const std::string& key, TileAssi
     }
     back.assignments.putFrontsFirst();
     return back;
+}
+
+void DisplayAbsence::leave(const std::string& key, const std::string& displayID, const TileAssignments& assignments) {
+    TileAssignments held = assignments.onDisplay(displayID);
+    for (const auto& window : windowsIn(held)) {
+        if (isHomeless(window)) held.remove(window);
+    }
+    if (held != TileAssignments{}) homes_[key] = std::move(held);
+}
+
+DisplayAbsence::Return DisplayAbsence::comeBack(const std::string& key, TileAssignments assignments) {
+    const auto home = homes_.extract(key);
+    if (home.empty()) return {std::move(assignments), {}, {}};
+    return withResidentsBack(home.mapped(), std::move(assignments));
 }
 
 bool DisplayAbsence::isHomeless(const std::string& windowID) const {

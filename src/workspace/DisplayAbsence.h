@@ -12,16 +12,21 @@
 
 namespace kova {
 
+struct ReturnOfResidents {
+    TileAssignments assignments;
+    std::vector<std::string> regainedFronts;  // in front again of tiles that they had lost meanwhile
+    std::vector<std::string> regainedWaiting; // behind others again, and were not meanwhile
+};
+/// The assignments with the windows of `held` in the places that they have there, in front of those that came into
+/// these tiles meanwhile.
+ReturnOfResidents withResidentsBack(const TileAssignments& held, TileAssignments assignments);
+
 class DisplayAbsence {
   public:
     /// What is on the display is kept under the key, but for windows that are guests there.
     void leave(const std::string& key, const std::string& displayID, const TileAssignments& assignments);
 
-    struct Return {
-        TileAssignments assignments;
-        std::vector<std::string> regainedFronts;  // in front again of tiles that they had lost meanwhile
-        std::vector<std::string> regainedWaiting; // behind others again, and were not meanwhile
-    };
+    using Return = ReturnOfResidents;
     /// Everybody who was not forgotten is back in their slot, in front of who came there meanwhile.
     Return comeBack(const std::string& key, TileAssignments assignments);
     bool holds(const std::string& key) const { return homes_.contains(key); }

@@ -22,6 +22,17 @@ bool ReflowPolicy::mayGiveBackSpan(const std::string& windowID) const {
     return count == givenBackCounts_.end() || count->second < kReflowsPerWindow;
 }
 
+void ReflowPolicy::rename(const std::string& windowID, const std::string& newID) {
+    const auto renameIn = [&](auto& map) {
+        auto entry = map.extract(windowID);
+        if (entry.empty()) return;
+        entry.key() = newID;
+        map.insert(std::move(entry));
+    };
+    renameIn(pushCounts_);
+    renameIn(givenBackCounts_);
+}
+
 void ReflowPolicy::keepOnly(const std::function<bool(const std::string& windowID)>& isLive) {
     std::erase_if(pushCounts_, [&](const auto& entry) { return !isLive(entry.first); });
     std::erase_if(givenBackCounts_, [&](const auto& entry) { return !isLive(entry.first); });

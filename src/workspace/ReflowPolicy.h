@@ -38,6 +38,8 @@ class ReflowPolicy {
     /// never come to rest.
     bool mayGiveBackSpan(const std::string& windowID) const;
     void noteSpanGivenBack(const std::string& windowID) { ++givenBackCounts_[windowID]; }
+    /// The window is known under another id from now on.
+    void rename(const std::string& windowID, const std::string& newID);
     void keepOnly(const std::function<bool(const std::string& windowID)>& isLive);
 
   private:

@@ -10,13 +10,13 @@ namespace kova {
 namespace {
 
 PollResult poll(const AccessibilityWindowService& service, const SessionServicing& session,
-                const DesktopChangeServicing& changes) {
+                const DesktopChangeServicing& changes, const std::vector<KnownWindow>& known) {
     PollResult result;
     result.changeCount = changes.changeCount();
     result.isSessionLocked = session.isLoginSessionScreenLocked();
     result.permissionState = service.permissionState();
     if (result.permissionState == AccessibilityPermissionState::granted && !result.isSessionLocked) {
-        result.windows = service.enumerateWindows();
+        result.windows = service.enumerateWindows(known);
     }
     return result;
 }
@@ -72,8 +72,9 @@ void RefreshCycle::refresh() {
     auto deliver = lifetime_.guard(
         [this](PollResult& result, std::int64_t generation) { receive(std::move(result), generation); });
     pollingQueue_.post([service = service_, &session = session_, &changes = changes_, &queue = queue_,
-                        generation = generation_, deliver = std::move(deliver)]() mutable {
-        auto result = std::make_shared<PollResult>(poll(*service, session, changes));
+                        generation = generation_, known = callbacks_.knownWindows(),
+                        deliver = std::move(deliver)]() mutable {
+        auto result = std::make_shared<PollResult>(poll(*service, session, changes, known));
         // The service travels along, so that the last hold on it is given up on the main thread.
         queue.post([result, generation, service = std::move(service), deliver = std::move(deliver)]() mutable {
             deliver(*result, generation);

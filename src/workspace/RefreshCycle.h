@@ -17,7 +17,7 @@ namespace kova {
 
 struct PollResult {
     AccessibilityPermissionState permissionState = AccessibilityPermissionState::denied;
-    std::vector<ManagedWindow> windows;
+    WindowEnumeration windows;
     bool isSessionLocked = false;
     std::optional<std::uint64_t> changeCount; // before the desktop was read
 };
@@ -29,6 +29,7 @@ class RefreshCycle {
     struct Callbacks {
         std::function<void(PollResult)> apply;       // a current result; the cycle is running and not suspended
         std::function<bool()> hasUnfinishedBusiness; // something waits for time to pass: keep polling
+        std::function<std::vector<KnownWindow>()> knownWindows; // asked about when a poll does not list them
     };
 
     RefreshCycle(std::shared_ptr<AccessibilityWindowService> service, SessionServicing& session,

@@ -25,6 +25,7 @@ void WorkspaceUndoSnapshot::changeAssignments(const std::function<void(TileAssig
 
 void WorkspaceUndoSnapshot::rename(const std::string& windowID, const std::string& newID) {
     changeAssignments([&](TileAssignments& tiles) { tiles.rename(windowID, newID); });
+    spaces.rename(windowID, newID);
     if (auto frame = windowFrames.extract(windowID)) {
         frame.key() = newID;
         windowFrames.insert(std::move(frame));
@@ -37,6 +38,7 @@ void WorkspaceUndoSnapshot::rename(const std::string& windowID, const std::strin
 
 void WorkspaceUndoSnapshot::renameDisplay(const std::string& displayID, const std::string& newID) {
     changeAssignments([&](TileAssignments& tiles) { tiles.renameDisplay(displayID, newID); });
+    spaces.renameDisplay(displayID, newID);
     copyDisplay(profile, displayID, newID);
 }
 

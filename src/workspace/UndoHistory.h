@@ -3,6 +3,7 @@
 
 #include "layout/WorkspaceProfile.h"
 #include "support/MainQueue.h"
+#include "workspace/SpaceMemory.h"
 #include "workspace/TileAssignments.h"
 
 #include <sys/types.h>
@@ -20,6 +21,7 @@ struct WorkspaceUndoSnapshot {
     std::map<std::string, std::string> assignedWindowIDs;
     std::map<std::string, std::string> placementAnchors;
     std::map<std::string, std::vector<std::string>> stackWindowIDsByTarget;
+    SpaceMemory spaces;
     std::map<std::string, CGRect> windowFrames; // window-service space
     std::set<std::string> minimizedWindowIDs;
     std::set<std::string> maximizedWindowIDs;

@@ -49,7 +49,7 @@ class Planner {
                                                : "There is no such tile"};
             }
             const ManagedWindow* other = tile->windowID ? windowWith(*tile->windowID) : nullptr;
-            if (!other || other == &window) return into(window, *tile, "swap");
+            if (!other || other == &window || other->isElsewhere) return into(window, *tile, "swap");
             if (other->isFullScreen) return WindowRefusal{isFullScreen(*other)};
             // Of a spanning window the anchor is the tile that is exchanged.
             const std::string theirs = input_.assignments.targetOf(other->id).value_or(tile->targetID);
@@ -129,6 +129,7 @@ class Planner {
         const ManagedWindow* window = id ? windowWith(*id) : nullptr;
         if (!window) return WindowRefusal{wanted ? "There is no such window" : "No managed window has the focus"};
         if (window->isFullScreen) return WindowRefusal{isFullScreen(*window)};
+        if (window->isElsewhere) return WindowRefusal{window->applicationName + " is on another desktop; go there first"};
         return make(*window);
     }
 

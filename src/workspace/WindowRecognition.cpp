@@ -28,7 +28,11 @@ bool isSameKind(const ManagedWindowRecoveryIdentity& identity, const ManagedWind
            window.frame;
 }
 
-using Fits = std::function<bool(const CGRect&, const CGRect&)>;
+bool isSameFrame(const CGRect& a, const CGRect& b) {
+    return isSamePlace(a, b) && isSameSize(a, b);
+}
+
+using Fits = std::function<bool(const ManagedWindowRecoveryIdentity&, const ManagedWindow&)>;
 
 /// Takes pairs out of both lists in which each is the only one for the other.
 void pairUp(std::vector<const ManagedWindowRecoveryIdentity*>& missing, std::vector<const ManagedWindow*>& candidates,
@@ -37,7 +41,7 @@ void pairUp(std::vector<const ManagedWindowRecoveryIdentity*>& missing, std::vec
     std::map<const ManagedWindow*, int> askedFor;
     for (const auto* identity : missing) {
         for (const auto* window : candidates) {
-            if (!isSameKind(*identity, *window) || !fits(*identity->frame, *window->frame)) continue;
+            if (!fits(*identity, *window)) continue;
             choices[identity].push_back(window);
             ++askedFor[window];
         }
@@ -66,10 +70,33 @@ std::vector<WindowSuccessor> recogniseWindows(const std::vector<ManagedWindowRec
     for (const auto& identity : missing) identities.push_back(&identity);
     auto windows = candidates;
     pairUp(
-        identities, windows, [](const CGRect& a, const CGRect& b) { return isSamePlace(a, b) && isSameSize(a, b); },
+        identities, windows,
+        [](const auto& identity, const auto& window) {
+            return isSameKind(identity, window) && isSameFrame(*identity.frame, *window.frame);
+        },
         successors);
     pairUp(
-        identities, windows, [](const CGRect& a, const CGRect& b) { return isSamePlace(a, b) || isSameSize(a, b); },
+        identities, windows,
+        [](const auto& identity, const auto& window) {
+            return isSameKind(identity, window) &&
+                   (isSamePlace(*identity.frame, *window.frame) || isSameSize(*identity.frame, *window.frame));
+        },
+        successors);
+    return successors;
+}
+
+std::vector<WindowSuccessor> recogniseTabs(const std::vector<ManagedWindowRecoveryIdentity>& missing,
+                                           const std::vector<const ManagedWindow*>& candidates) {
+    std::vector<WindowSuccessor> successors;
+    std::vector<const ManagedWindowRecoveryIdentity*> identities;
+    for (const auto& identity : missing) identities.push_back(&identity);
+    auto windows = candidates;
+    pairUp(
+        identities, windows,
+        [](const auto& identity, const auto& window) {
+            return identity.processIdentifier == window.processIdentifier && identity.frame && window.frame &&
+                   isSameFrame(*identity.frame, *window.frame);
+        },
         successors);
     return successors;
 }

@@ -35,4 +35,9 @@ struct WindowSuccessor {
 std::vector<WindowSuccessor> recogniseWindows(const std::vector<ManagedWindowRecoveryIdentity>& missing,
                                               const std::vector<const ManagedWindow*>& candidates);
 
+/// The same where a native tab group shows another of its tabs: a window of the same process with the same frame within
+/// 2 points, whatever its title.
+std::vector<WindowSuccessor> recogniseTabs(const std::vector<ManagedWindowRecoveryIdentity>& missing,
+                                           const std::vector<const ManagedWindow*>& candidates);
+
 } // namespace kova

@@ -59,9 +59,9 @@ std::optional<std::string> WorkspaceController::whyWindowsStay() const {
 std::optional<ArrangementCandidate> WorkspaceController::candidateFor(const ManagedWindow& window,
                                                                       const TileAssignments& assignments) const {
     const bool isHidden = windowService_->isApplicationHidden(window.processIdentifier);
-    const bool isElsewhere = !window.isVisible && !window.isMinimized && !isHidden && window.frame;
-    if (window.isFullScreen || isElsewhere || isExcludedByRules(window) || isAwaitedHome(window.id) ||
-        state_.floatingWindowIDs->contains(window.id)) {
+    const bool isOffScreen = !window.isVisible && !window.isMinimized && !isHidden && window.frame;
+    if (window.isFullScreen || window.isElsewhere || isOffScreen || isExcludedByRules(window) ||
+        isAwaitedHome(window.id) || state_.floatingWindowIDs->contains(window.id)) {
         return std::nullopt;
     }
     ArrangementCandidate candidate;
@@ -99,7 +99,7 @@ ArrangementInput WorkspaceController::arrangementInput(const std::vector<Managed
             input.leftAlone.push_back({window, nameOf(window) + " is left alone for a moment: its display was "
                                                                 "unplugged just now and may come back"});
         }
-        if (!window.isFullScreen) continue;
+        if (!window.isFullScreen || window.isElsewhere) continue; // the tiles of other Spaces are free here
         for (const auto& target : assignments.targetsOf(window.id)) {
             for (auto& display : input.displays) {
                 if (const auto slot = slotIDOn(display.displayID, target)) display.reservedSlotIDs.emplace(*slot);
@@ -122,6 +122,7 @@ void WorkspaceController::arrangeWindows() {
     if (autoArrangeGeneration_ == std::numeric_limits<std::int64_t>::max()) std::abort();
     const auto generation = ++autoArrangeGeneration_;
     closeFocusMode();
+    spaces_.store(liveWindows_, assignments_);
     lastArrangement_ = planArrangement();
     sizes_.beginArrangement();
     publishMinimums();

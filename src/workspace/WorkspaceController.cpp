@@ -1,6 +1,7 @@
 #include "workspace/WorkspaceController.h"
 
 #include "support/Overloaded.h"
+#include "workspace/WindowContinuity.h"
 #include "workspace/WorkspacePreferences.h"
 
 #include <algorithm>
@@ -19,9 +20,9 @@ WorkspaceController::WorkspaceController(const WorkspaceServices& services) :
                              services.accessibility, services.applications, services.screens, services.queue)),
     dividerDrag_(services.queue, [this] { applyDividerDrag(); }),
     suspension_(services.queue, [this] { presentationResumed(); }),
-    refreshCycle_(
-        windowService_, services.session, services.changes, services.queue, services.pollingQueue,
-        {[this](PollResult result) { applyPoll(std::move(result)); }, [this] { return hasUnfinishedBusiness(); }}) {
+    refreshCycle_(windowService_, services.session, services.changes, services.queue, services.pollingQueue,
+                  {[this](PollResult result) { applyPoll(std::move(result)); },
+                   [this] { return hasUnfinishedBusiness(); }, [this] { return knownWindows(liveWindows_); }}) {
     WorkspacePreferences loaded = loadWorkspacePreferences(services_.preferences);
     state_.profile.set(std::move(loaded.profile));
     learning_ = std::move(loaded.learning);

@@ -26,6 +26,7 @@
 #include "workspace/SceneRestoration.h"
 #include "workspace/SessionKeeper.h"
 #include "workspace/SessionResumption.h"
+#include "workspace/SpaceMemory.h"
 #include "workspace/TileAssignments.h"
 #include "workspace/TileRoom.h"
 #include "workspace/TransitionRecovery.h"
@@ -292,9 +293,11 @@ class WorkspaceController {
 
     // Refresh (WorkspaceRefresh.cpp)
     void applyPoll(PollResult result);
-    void applyGrantedPoll(std::vector<ManagedWindow> windows, bool isRecovering, bool justGranted);
+    void applyGrantedPoll(WindowEnumeration found, bool isRecovering, bool justGranted);
     void presentPoll(bool isRecovering);
     void publishWindows();
+    void followShownSpace();
+    void giveOwedFrames();
     void applyDenied();
     void keepAssignmentsValid();
     void scheduleAutomaticArrangement(bool justGranted);
@@ -393,6 +396,7 @@ class WorkspaceController {
     // Scenes (WorkspaceScenes.cpp, WorkspaceSceneRestoration.cpp) and the document (WorkspaceDocument.cpp)
     std::optional<WorkspaceScene> sceneWithID(const Uuid& id) const;
     std::vector<CapturedPlacement> capturedPlacements() const;
+    std::vector<ManagedWindow> windowsHere() const;
     std::vector<WorkspaceSceneDisplay> capturedDisplays() const;
     void applyLook(const WorkspaceScene& scene);
     std::size_t placeWindowsOf(const WorkspaceScene& scene);
@@ -523,7 +527,9 @@ class WorkspaceController {
     std::unordered_map<std::string, std::size_t> liveIndexByID_;
     AttachedDialogs dialogs_;
     MinimizedWindows minimizedWindows_;
+    std::uint64_t shownSpace_ = 0; // at the last poll
     TileAssignments assignments_;
+    SpaceMemory spaces_;
     mutable DisplayLayouts layouts_;
     UndoHistory undo_;
     FocusOrder focusOrder_;

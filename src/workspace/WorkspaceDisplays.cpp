@@ -99,6 +99,7 @@ void WorkspaceController::takeBack(DisplayAbsence& homes, const std::string& key
 void WorkspaceController::displayHasNewID(const std::string& formerID, const std::string& newID) {
     assignments_.renameDisplay(formerID, newID);
     outgrown_.renameDisplay(formerID, newID);
+    spaces_.renameDisplay(formerID, newID);
     undo_.renameDisplay(formerID, newID);
     for (auto& entry : historyBeforeFocusMode_) entry.snapshot.renameDisplay(formerID, newID);
     if (focusZoomSnapshot_) focusZoomSnapshot_->renameDisplay(formerID, newID);

@@ -79,7 +79,8 @@ void WorkspaceController::processPendingApplicationPlacements() {
 /// The first window of the application that has no place yet; a full-screen one wants none.
 const ManagedWindow* WorkspaceController::windowLaunchedFor(const PendingApplicationPlacement& placement) const {
     const auto found = std::find_if(liveWindows_.begin(), liveWindows_.end(), [&](const ManagedWindow& window) {
-        return placement.isAwaiting(window) && !window.isFullScreen && !assignments_.isInAnyTile(window.id);
+        return placement.isAwaiting(window) && !window.isFullScreen && !window.isElsewhere &&
+               !assignments_.isInAnyTile(window.id);
     });
     return found == liveWindows_.end() ? nullptr : &*found;
 }

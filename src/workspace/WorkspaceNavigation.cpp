@@ -39,7 +39,8 @@ std::optional<std::string> WorkspaceController::neighbourOf(const StartingPoint&
     if (start.window.frame) frames[kDirectionalSourceKey] = flipped(*start.window.frame, firstScreenMaxY());
     for (const auto& tile : tiles()) {
         if (tile.displayID != start.displayID || tile.windowID == start.window.id) continue;
-        if (considered == TilesConsidered::occupied && !tile.windowID) continue;
+        const ManagedWindow* front = tile.windowID ? findLive(*tile.windowID) : nullptr;
+        if (considered == TilesConsidered::occupied && (!front || front->isElsewhere)) continue;
         frames[tile.targetID] = tile.frameOnScreen;
     }
     return neighbourTarget(kDirectionalSourceKey, direction, frames);

@@ -95,6 +95,7 @@ void WorkspaceController::place(const ManagedWindow& window, const Covering& cov
     std::vector<std::string> targetIDs;
     for (const auto& target : covering.targets) targetIDs.push_back(target.id());
     const std::string& anchorID = targetIDs.front();
+    spaces_.storeFrom(targetIDs, liveWindows_, assignments_);
     assignments_.insertIntoStack(anchorID, window.id, TileAssignments::StackPosition::front);
     const auto displaced = assignments_.assign(window.id, targetIDs);
     assignments_.mergeStacksInto(anchorID, targetIDs, displaced);
@@ -118,15 +119,18 @@ void WorkspaceController::announceClaim(const ManagedWindow& window, const Cover
 }
 
 /// Takes windows that lost their tile off the screen. An application is hidden only when none of its windows stays in a
-/// tile; otherwise just the window is minimised.
+/// tile and none is on another Space, from which it would vanish as well; otherwise just the window is minimised.
 void WorkspaceController::presentDisplaced(const std::vector<std::string>& displacedWindowIDs) {
     if (displacedWindowIDs.empty()) return;
-    const auto staying = processesInFront(assignments_, liveWindows_);
+    auto staying = processesInFront(assignments_, liveWindows_);
+    for (const auto& window : liveWindows_) {
+        if (window.isElsewhere) staying.insert(window.processIdentifier);
+    }
     std::set<pid_t> leaving; // an application is hidden once, with all its windows
     std::vector<std::pair<ManagedWindow*, DisplacedWindowPresentationAction>> decisions;
     for (const auto& id : displacedWindowIDs) {
         ManagedWindow* window = findLive(id);
-        if (!window || window->isFullScreen) continue;
+        if (!window || window->isFullScreen || window->isElsewhere) continue;
         // One that was asked to come back, and is not seen yet, would.
         if (window->isMinimized && !window->isVisible) continue;
         const bool stays = staying.contains(window->processIdentifier);
@@ -166,6 +170,7 @@ void WorkspaceController::minimizeWindow(const ManagedWindow& window) {
 void WorkspaceController::writeFrame(const ManagedWindow& window, const CGRect& frame, BringToFront raise) {
     // A remembered frame can lie where a display was unplugged meanwhile.
     if (window.isFullScreen || !isOnSomeScreen(frame)) return;
+    if (window.isElsewhere || !window.isAnswering) return spaces_.owe(window.id, frame);
     const std::string id = window.id;
     windowService_->setFrame(window, frame, raise, lifetime_.guard([this, id, frame](CGRect actual) {
         minimumSizeObserved(id, frame, actual);
@@ -202,12 +207,13 @@ void WorkspaceController::reapplyTileFrames(Straying straying) {
     }
 }
 
-/// Zoomed, minimized, maximized, full-screen and hidden windows, and the one that the user drags, keep their tiles and
-/// are put there when they come back.
+/// Zoomed, minimized, maximized, full-screen and hidden windows, those of other Spaces and of silent applications, and
+/// the one that the user drags, keep their tiles and are put there when they come back.
 bool WorkspaceController::isLeftAlone(const ManagedWindow& window) const {
     const bool isZoomed = *state_.focusMode && (*state_.focusMode)->windowID == window.id;
     return isZoomed || handMovedWindowID_ == window.id || (heldWindow_ && heldWindow_->id == window.id) ||
-           window.isMinimized || window.isMaximized || window.isFullScreen ||
+           window.isMinimized || window.isMaximized || window.isFullScreen || window.isElsewhere ||
+           !window.isAnswering ||
            windowService_->isApplicationHidden(window.processIdentifier);
 }
 

@@ -4,6 +4,18 @@
 
 namespace kova {
 
+namespace {
+
+template <class Map>
+void renameKey(Map& map, const std::string& formerKey, const std::string& key) {
+    auto entry = map.extract(formerKey);
+    if (entry.empty()) return;
+    entry.key() = key;
+    map.insert(std::move(entry));
+}
+
+} // namespace
+
 /// The user cannot see what would be done.
 bool WorkspaceController::isAway() const {
     return refreshCycle_.isSuspended() || recovery_.detectedLockedLoginSession;
@@ -72,9 +84,12 @@ void WorkspaceController::adoptSuccessors(const std::vector<WindowSuccessor>& su
         assignments_.rename(formerID, id);
         absence_.rename(formerID, id);
         outgrown_.rename(formerID, id);
+        spaces_.rename(formerID, id);
         undo_.rename(formerID, id);
+        reflow_.rename(formerID, id);
         for (auto& entry : historyBeforeFocusMode_) entry.snapshot.rename(formerID, id);
         if (focusZoomSnapshot_) focusZoomSnapshot_->rename(formerID, id);
+        if (snapshotBeforeDrag_) snapshotBeforeDrag_->rename(formerID, id);
         auto zoomed = *state_.focusMode;
         if (zoomed && zoomed->windowID == formerID) {
             zoomed->windowID = id;
@@ -82,14 +97,27 @@ void WorkspaceController::adoptSuccessors(const std::vector<WindowSuccessor>& su
         }
         sizes_.rename(formerID, id);
         publishMinimums();
-        noteHasItsPlace(id);
+        renameKey(minimumsOfSpanning_, formerID, id);
+        renameKey(interactiveWindowFramesByID_, formerID, id);
+        renameKey(comingBack_, formerID, id);
+        renameKey(restoration_.stackIndexByID, formerID, id);
+        for (auto* ids : {&handledRuleWindowIDs_, &awaitedOfSession_, &regainedFronts_, &regainedWaiting_}) {
+            if (ids->erase(formerID) > 0) ids->insert(id);
+        }
         focusOrder_.rename(formerID, id);
         auto floating = *state_.floatingWindowIDs;
         if (floating.erase(formerID) > 0) {
             floating.insert(id);
             state_.floatingWindowIDs.set(std::move(floating));
         }
+        if (handMovedWindowID_ == formerID) handMovedWindowID_ = id;
+        if (heldWindow_ && heldWindow_->id == formerID) heldWindow_->id = id;
+        lastArrangement_.rename(formerID, id);
+        if (assignments_.isInAnyTile(id)) noteHasItsPlace(id);
     }
+    if (successors.empty()) return;
+    state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
+    state_.stackWindowIDsByTarget.set(assignments_.stackWindowIDsByTarget);
 }
 
 /// Each window once. Whoever is minimised or hidden is put there when it comes back.

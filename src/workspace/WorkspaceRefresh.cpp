@@ -1,7 +1,9 @@
 // What a poll changes: the window lists, the assignments, and frames that have strayed from their tiles.
+#include "workspace/WindowContinuity.h"
 #include "workspace/WorkspaceController.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kova {
 
@@ -37,12 +39,25 @@ void WorkspaceController::applyPoll(PollResult result) {
     }
 }
 
-void WorkspaceController::applyGrantedPoll(std::vector<ManagedWindow> windows, bool isRecovering, bool justGranted) {
+void WorkspaceController::applyGrantedPoll(WindowEnumeration found, bool isRecovering, bool justGranted) {
+    const auto formerSpace = std::exchange(shownSpace_, found.shownSpace);
+    std::vector<WindowSuccessor> tabs;
+    if (!isRecovering) {
+        tabs =
+            takeTabSuccessors(found, liveWindows_, formerSpace == shownSpace_ ? ShownSpace::same : ShownSpace::another);
+    }
     const auto dialogsBefore = dialogs_.all();
-    windows = dialogs_.takeFrom(std::move(windows));
+    auto windows = dialogs_.takeFrom(withUnlisted(std::move(found), liveWindows_));
     const bool hasOtherTitles = !sameTitles(liveWindows_, windows) || !sameTitles(dialogsBefore, dialogs_.all());
     setLiveWindows(std::move(windows));
+    adoptSuccessors(tabs);
     if (isRecovering) adoptSuccessors(recovery_.takeSuccessors(liveWindows_, assignments_));
+    for (const auto& window : liveWindows_) { // what is not shown is not written to
+        const auto pending = window.isElsewhere ? windowService_->pendingFrame(window.id) : std::nullopt;
+        if (!pending) continue;
+        spaces_.owe(window.id, *pending);
+        windowService_->cancelPlacement(window.id);
+    }
     for (const auto& window : liveWindows_) {
         if (expectedBundleIDs_.empty()) break;
         if (window.bundleIdentifier) expectedBundleIDs_.erase(*window.bundleIdentifier);
@@ -75,6 +90,7 @@ void WorkspaceController::presentPoll(bool isRecovering) {
     publishWindows();
     noteFocus();
     keepAssignmentsValid();
+    followShownSpace();
     putAwayAgain();
     if (isRecovering) {
         if (!regainedFronts_.empty() || !regainedWaiting_.empty()) settleOnDisplays();
@@ -85,6 +101,7 @@ void WorkspaceController::presentPoll(bool isRecovering) {
     if (!isRecovering) claimRoomWhereNeeded();
     noteTileGeometry();
     reapplyTileFrames();
+    giveOwedFrames();
     processPendingApplicationPlacements();
     processPendingScenePlacements();
     if (!isRecovering && *state_.continuousManagementEnabled) applyRules(liveWindows_);
@@ -95,12 +112,28 @@ void WorkspaceController::publishWindows() {
     if (!samePresentation(*state_.windows, liveWindows_)) state_.windows.set(liveWindows_);
 }
 
+/// Windows of the Space that is shown now are where they were when it was last shown.
+void WorkspaceController::followShownSpace() {
+    if (!spaces_.restore(liveWindows_, shownSpace_, assignments_)) return;
+    migrateChangedDisplays(); // a display may have another layout since
+}
+
+/// A window in a tile has been put there already.
+void WorkspaceController::giveOwedFrames() {
+    for (const auto& [windowID, frame] : spaces_.takeDueFrames(liveWindows_)) {
+        const ManagedWindow* window = findLive(windowID);
+        if (assignments_.isAssigned(windowID) || isLeftAlone(*window)) continue;
+        writeFrame(ManagedWindow(*window), frame, AccessibilityWindowService::BringToFront::no);
+    }
+}
+
 void WorkspaceController::keepAssignmentsValid() {
     std::set<std::string> kept = sparedWindowIDs();
     for (const auto& window : liveWindows_) kept.insert(window.id);
     assignments_.keepOnly(kept);
     absence_.keepOnly(kept);
     outgrown_.keepOnly(kept);
+    spaces_.keepOnly(kept);
     publishAssignments();
 }
 
@@ -112,6 +145,7 @@ void WorkspaceController::applyDenied() {
     state_.focusedWindowID.set(std::nullopt);
     assignments_.assignedWindowIDs.clear();
     assignments_.anchorTargetIDsByWindowID.clear();
+    spaces_ = {};
     publishAssignments();
 }
 

@@ -54,6 +54,7 @@ std::optional<WorkspaceSession> WorkspaceController::describeSession() {
     WorkspaceSession session;
     session.tiles = sessionTiles(assignments_);
     for (const auto& [id, held] : absence_.homes()) session.awayDisplays[id] = sessionTiles(held);
+    for (const auto& [space, tiles] : spaces_.places()) session.otherSpaces.push_back({space, sessionTiles(tiles)});
     std::map<pid_t, std::optional<std::string>> starts;
     const auto minimums = sizes_.confirmed();
     for (const auto& window : liveWindows_) {
@@ -62,7 +63,8 @@ std::optional<WorkspaceSession> WorkspaceController::describeSession() {
         const bool isFloating = state_.floatingWindowIDs->contains(window.id);
         if (isFloating) session.floatingWindowIDs.insert(window.id);
         const bool isSurplus = minimizedWindows_.contains(window.id) && !assignments_.isInAnyTile(window.id);
-        const bool hasPlace = assignments_.isInAnyTile(window.id) || absence_.isHomeless(window.id);
+        const bool hasPlace = assignments_.isInAnyTile(window.id) || absence_.isHomeless(window.id) ||
+                              spaces_.holds(window.id);
         if (!isHandled && !isFloating && !hasPlace && !isSurplus) continue;
         const auto [start, isNew] = starts.try_emplace(window.processIdentifier);
         if (isNew) {
@@ -110,6 +112,12 @@ bool WorkspaceController::takeUpSession() {
         if (held != TileAssignments{}) homes[id] = std::move(held);
     }
     absence_.restore(std::move(homes));
+    std::vector<SpaceMemory::Places> places;
+    for (const auto& [space, tiles] : session.otherSpaces) {
+        auto held = resumedTiles(tiles, resumed);
+        if (held != TileAssignments{}) places.push_back({space, std::move(held)});
+    }
+    spaces_.setPlaces(std::move(places));
     awaitedOfSession_ = resumed.awaited;
     awaitedOfSessionUntil_ = services_.queue.uptime() + kResumptionPatience;
     for (const auto& window : session.windows) {

@@ -43,6 +43,13 @@ std::optional<ManagedWindow> WorkspaceController::findWindow(const WorkspaceWind
     return *window;
 }
 
+/// A scene is about the Space that is shown.
+std::vector<ManagedWindow> WorkspaceController::windowsHere() const {
+    std::vector<ManagedWindow> here = liveWindows_;
+    std::erase_if(here, [](const ManagedWindow& window) { return window.isElsewhere; });
+    return here;
+}
+
 bool WorkspaceController::activateScene(const Uuid& id) {
     const auto found = sceneWithID(id);
     if (!found || !requireWindowAccess()) return false;
@@ -56,6 +63,7 @@ bool WorkspaceController::activateScene(const Uuid& id) {
     pushUndoSnapshot({std::string(kOpenSceneAction), std::move(applications)});
     restoration_ = {};
     applyLook(scene);
+    spaces_.store(liveWindows_, assignments_);
     assignments_ = {};
     absence_.forgetAll();
     outgrown_.forgetAll();
@@ -98,7 +106,8 @@ void WorkspaceController::applyLook(const WorkspaceScene& scene) {
 /// Gives the number of windows that are still to come.
 std::size_t WorkspaceController::placeWindowsOf(const WorkspaceScene& scene) {
     const auto& screens = *state_.screens;
-    WindowMatcher matcher(liveWindows_, {});
+    const auto here = windowsHere();
+    WindowMatcher matcher(here, {});
     std::vector<RestoredPlacement> restored;
     std::vector<std::string> toLaunch;
     for (const auto& placement : inRestoringOrder(scene.placements)) {
@@ -214,7 +223,8 @@ void WorkspaceController::processPendingScenePlacements() {
     std::set<std::string> used;
     for (const auto& [target, windowID] : assignments_.assignedWindowIDs) used.insert(windowID);
     for (const auto& [target, stack] : assignments_.stackWindowIDsByTarget) used.insert(stack.begin(), stack.end());
-    WindowMatcher matcher(liveWindows_, used);
+    const auto here = windowsHere();
+    WindowMatcher matcher(here, used);
 
     auto pending = std::move(restoration_.pending);
     restoration_.pending.clear();

@@ -45,7 +45,10 @@ std::vector<CapturedPlacement> WorkspaceController::capturedPlacements() const {
         }
         displays.push_back(std::move(display));
     }
-    return capturePlacements(displays, assignments_, [this](const std::string& id) { return findLive(id); });
+    return capturePlacements(displays, assignments_, [this](const std::string& id) {
+        const ManagedWindow* window = findLive(id);
+        return window && !window->isElsewhere ? window : nullptr;
+    });
 }
 
 std::vector<WorkspaceSceneDisplay> WorkspaceController::capturedDisplays() const {
@@ -111,12 +114,13 @@ bool WorkspaceController::deleteScene(const Uuid& id) {
 std::optional<std::vector<SceneDifference>> WorkspaceController::diffScene(const Uuid& id) const {
     const auto scene = sceneWithID(id);
     if (!scene) return std::nullopt;
+    const auto here = windowsHere();
     return sceneDifferences(*scene, {.themeID = state_.profile->themeID,
                                      .accentColorID = *state_.accentColorID,
                                      .tileInset = state_.profile->tileInset,
                                      .displays = capturedDisplays(),
                                      .placements = capturedPlacements(),
-                                     .windows = liveWindows_});
+                                     .windows = here});
 }
 
 } // namespace kova

@@ -20,6 +20,7 @@ WorkspaceUndoSnapshot WorkspaceController::captureUndoSnapshot() const {
     WorkspaceUndoSnapshot snapshot{.assignedWindowIDs = assignments_.assignedWindowIDs,
                                    .placementAnchors = assignments_.anchorTargetIDsByWindowID,
                                    .stackWindowIDsByTarget = assignments_.stackWindowIDsByTarget,
+                                   .spaces = spaces_,
                                    .windowFrames = {},
                                    .minimizedWindowIDs = {},
                                    .maximizedWindowIDs = {},
@@ -90,6 +91,8 @@ bool WorkspaceController::undoLastAction() {
 void WorkspaceController::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot) {
     state_.focusMode.set(std::nullopt);
     assignments_ = {snapshot.assignedWindowIDs, snapshot.stackWindowIDsByTarget, snapshot.placementAnchors};
+    spaces_ = snapshot.spaces; // of another Space, perhaps
+    (void)spaces_.restore(liveWindows_, shownSpace_, assignments_);
     absence_.restate(assignments_);
     state_.floatingWindowIDs.set(snapshot.floatingWindowIDs);
     // Without a look at the tiles: what the displays showed before may still have to be compared with what they show
@@ -117,6 +120,10 @@ void WorkspaceController::restoreWindow(ManagedWindow& window, const WorkspaceUn
     const bool wasHidden = snapshot.hiddenProcessIdentifiers.contains(window.processIdentifier);
     const auto frame = snapshot.windowFrames.find(window.id);
     const bool isKnown = frame != snapshot.windowFrames.end();
+    if (window.isElsewhere) {
+        if (isKnown) spaces_.owe(window.id, frame->second);
+        return;
+    }
     if (wasVisible || (isKnown && !wasHidden)) windowService_->unhideApplication(window.processIdentifier);
     if (snapshot.minimizedWindowIDs.contains(window.id)) {
         minimizeWindow(window);

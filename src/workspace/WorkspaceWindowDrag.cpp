@@ -67,7 +67,7 @@ void WorkspaceController::letGoOfWindow() {
 
 bool WorkspaceController::beginWindowDrag(const std::string& windowID, const CGRect& frameBefore) {
     const ManagedWindow* window = findLive(windowID);
-    if (!window || window->isFullScreen || !mayMoveWindows()) return false;
+    if (!window || window->isFullScreen || window->isElsewhere || !mayMoveWindows()) return false;
     if (*state_.focusMode && (*state_.focusMode)->windowID == windowID) return false;
     closeFocusMode();
     heldWindow_.reset(); // more than held from here on

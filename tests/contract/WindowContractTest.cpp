@@ -98,8 +98,20 @@ TEST_P(DesktopContract, WhatHasGoneHasNoValueAndHearsNoWish) {
     const auto before = frameOf(draft);
     wishInVain(plan);
 
+    const auto presenceOf = [&](const AccessibilityElement& window) {
+        auto presence = WindowPresence::noAnswer;
+        stage().onPollingQueue([&] {
+            (void)applications().runningApplications();
+            presence = accessibility().presenceOf(window);
+        });
+        return presence;
+    };
+    EXPECT_EQ(presenceOf(plan), WindowPresence::gone);
+    EXPECT_EQ(presenceOf(inbox), WindowPresence::present);
+
     stage().crash("Mail");
     EXPECT_TRUE(until([&] { return !polled(mail); }));
+    EXPECT_EQ(presenceOf(inbox), WindowPresence::gone);
     EXPECT_EQ(read(inbox, kEverything), nothing);
     EXPECT_EQ(read(accessibility().applicationElement(mail), kEverything), nothing);
     EXPECT_EQ(applications().runningApplication(mail), std::nullopt);

@@ -125,7 +125,7 @@ std::unique_ptr<TestClient> Desk::client(const std::string& className, std::uint
 }
 
 std::vector<ManagedWindow> Desk::poll() {
-    auto polled = std::async(std::launch::async, [this] { return service_->enumerateWindows(); });
+    auto polled = std::async(std::launch::async, [this] { return service_->enumerateWindows().listed; });
     while (polled.wait_for(std::chrono::seconds(0)) != std::future_status::ready) loop_.turn();
     return polled.get();
 }

@@ -67,6 +67,36 @@ TEST_F(Desktop, LearnsNoMinimumFromAWindowThatGoesFullScreenBetweenTwoPolls) {
     }
 }
 
+TEST_F(Desktop, TellsMinimizedWindowsFromShadedOnesAndThoseOfOtherDesktops) {
+    Desk desk(Manager::openbox);
+    const auto client = desk.client("Editor", 4001);
+    const auto code = client->open({.title = "Code", .frame = makeRect(20, 40, 500, 400)});
+    const auto plan = client->open({.title = "Plan", .frame = makeRect(620, 40, 500, 400)});
+    desk.openDesktop();
+    ASSERT_TRUE(desk.showsExactly({"Code", "Plan"}));
+    client->demandState(code, "_NET_WM_STATE_SHADED");
+    ASSERT_TRUE(desk.runUntil([&] { return !client->numbers(code, "_NET_WM_STATE").empty(); }));
+    desk.runFor(Seconds(0.3));
+    EXPECT_FALSE(desk.window("Code").isMinimized);
+    EXPECT_TRUE(desk.window("Code").isVisible);
+    client->demandState(code, "_NET_WM_STATE_SHADED", "", TestClient::Demand::remove);
+
+    client->ask("_NET_NUMBER_OF_DESKTOPS", client->root(), {2});
+    client->ask("_NET_CURRENT_DESKTOP", client->root(), {1});
+    ASSERT_TRUE(desk.runUntil([&] { return desk.window("Code").isElsewhere; }));
+    for (const auto& window : desk.poll()) {
+        EXPECT_FALSE(window.isMinimized || window.isVisible) << window.title;
+        EXPECT_EQ(window.space, 0u) << window.title;
+    }
+    desk.desktop().hide(4001); // which concerns the windows that can be seen
+    desk.runFor(Seconds(0.5));
+    client->ask("_NET_WM_DESKTOP", plan, {0xFFFFFFFF});
+    ASSERT_TRUE(desk.runUntil([&] { return desk.window("Plan").isVisible; }));
+    EXPECT_FALSE(desk.window("Plan").isElsewhere);
+    client->ask("_NET_CURRENT_DESKTOP", client->root(), {0});
+    EXPECT_TRUE(desk.showsExactly({"Code", "Plan"}));
+}
+
 /// Beside a window manager that grants no other size than the one that the window has.
 TEST_F(Desktop, DrawsAWindowThatKeepsItsSizeIntoItsPlace) {
     Desk desk(Manager::none);

@@ -161,19 +161,22 @@ void TestClient::remove(xcb_window_t window, const std::string& property) {
     sync();
 }
 
-void TestClient::demandState(xcb_window_t window, const std::string& first, const std::string& second, Demand demand) {
+void TestClient::ask(const std::string& type, xcb_window_t window, const std::vector<std::uint32_t>& numbers) {
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;
     message.format = 32;
     message.window = window;
-    message.type = atom("_NET_WM_STATE");
-    message.data.data32[0] = demand == Demand::add;
-    message.data.data32[1] = atom(first);
-    message.data.data32[2] = second.empty() ? 0 : atom(second);
-    message.data.data32[3] = 2;
+    message.type = atom(type);
+    std::copy(numbers.begin(), numbers.end(), message.data.data32);
     xcb_send_event(connection_, 0, root_, XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
                    reinterpret_cast<const char*>(&message));
     sync();
+}
+
+void TestClient::demandState(xcb_window_t window, const std::string& first, const std::string& second, Demand demand) {
+    constexpr std::uint32_t kPager = 2;
+    ask("_NET_WM_STATE", window,
+        {demand == Demand::add ? 1U : 0U, atom(first), second.empty() ? 0U : atom(second), kPager});
 }
 
 void TestClient::readEvents() {

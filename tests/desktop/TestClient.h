@@ -54,6 +54,8 @@ class TestClient {
                     const std::vector<std::uint32_t>& numbers);
     void setText(xcb_window_t window, const std::string& property, const std::string& type, const std::string& bytes);
     void remove(xcb_window_t window, const std::string& property);
+    /// Asks the window manager by a client message to the root: "_NET_WM_DESKTOP" of a window, for example.
+    void ask(const std::string& type, xcb_window_t window, const std::vector<std::uint32_t>& numbers);
     enum class Demand { remove, add };
     /// To the window manager: _NET_WM_STATE is to hold these, or to hold them no more.
     void demandState(xcb_window_t window, const std::string& first, const std::string& second = "",

@@ -154,6 +154,10 @@ void Desk::checkWindowsAreAtRest(std::vector<std::string>& broken) {
             broken.push_back("outside all displays: " + window->label());
         }
     }
+    // What a silent application has closed is not known before it answers.
+    for (const auto& window : controller().liveWindows()) {
+        if (desktop.isSilent(window.processIdentifier)) living.insert(window.id);
+    }
     const auto& zoomed = *controller().state().focusMode;
     if (zoomed && !living.contains(zoomed->windowID)) broken.push_back("focus mode of a dead window");
     for (const auto& [target, stack] : controller().assignments().stackWindowIDsByTarget) {
@@ -167,7 +171,9 @@ void Desk::checkWindowsAreAtRest(std::vector<std::string>& broken) {
             if (!isResuming()) broken.push_back("a dead window holds " + tile.targetID);
             continue;
         }
-        const auto& window = desktop.window(desktop.labelOfID(*tile.windowID));
+        const std::string label = desktop.labelOfID(*tile.windowID);
+        if (label == *tile.windowID) continue;
+        const auto& window = desktop.window(label);
         if (desktop.placesWindows() || !window.isObedient() || !desktop.isAnswering(window)) continue;
         if (!desktop.isOnScreen(window) || window.isFullScreen || window.isMaximized) continue;
         const CGRect frame = desktop.frameForWindowService(window);

@@ -34,6 +34,20 @@ TEST(RawAnswers, AWindowOfTheListIsTakenOnlyWhole) {
     EXPECT_FALSE(onScreenWindow(tooLarge));
 }
 
+TEST(RawAnswers, AWindowHasGoneOnlyWhenTheAnswerSaysSo) {
+    using enum WindowPresence;
+    const std::pair<int, WindowPresence> answers[] = {
+        {0, present},       // success
+        {-25205, present},  // attribute unsupported
+        {-25212, present},  // no value
+        {-25202, gone},     // invalid element
+        {-25204, noAnswer}, // cannot complete
+        {-25211, noAnswer}, // interface disabled
+        {-25200, noAnswer}, // failure
+    };
+    for (const auto& [error, presence] : answers) EXPECT_EQ(windowPresence(error), presence) << error;
+}
+
 TEST(ApplicationPatience, OneThatHangsIsAskedLessOftenUntilItAnswers) {
     constexpr pid_t kHanging = 7, kWell = 8;
     constexpr auto kSilent = AccessibilityOutcome::silent;

@@ -15,7 +15,7 @@ struct ServiceBench {
     }
 
     ManagedWindow managed(std::string_view label) const {
-        for (auto& window : service.enumerateWindows()) {
+        for (auto& window : service.enumerateWindows().listed) {
             if (window.id == desktop.windowIDOf(label)) return window;
         }
         throw std::out_of_range("not listed: " + std::string(label));

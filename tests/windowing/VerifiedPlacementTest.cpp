@@ -209,7 +209,7 @@ TEST(VerifiedPlacement, SurvivesWindowsThatVanishAndTheEndOfTheService) {
     desktop.open("Mail", {.refusesToMove = true});
     {
         AccessibilityWindowService service(desktop, desktop, desktop, desktop.queue());
-        const auto window = service.enumerateWindows().front();
+        const auto window = service.enumerateWindows().listed.front();
         service.setFrame(window, kTarget, BringToFront::no, {});
         service.restoreAndFocus(window);
     }

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <functional>
 
 namespace kova {
 
@@ -12,7 +13,7 @@ namespace {
 /// "Mail/Inbox 100,100 800x600 visible, Mail/Draft 0,0 300x300 minimized, least 200x100".
 std::string listed(const ServiceBench& bench) {
     std::string text;
-    for (const auto& window : bench.service.enumerateWindows()) {
+    for (const auto& window : bench.service.enumerateWindows().listed) {
         text += (text.empty() ? "" : ", ") + window.applicationName + "/" + window.title;
         text += window.frame ? " " + describeFrame(*window.frame) : " nowhere";
         if (window.isVisible) text += " visible";
@@ -119,7 +120,7 @@ TEST(WindowEnumeration, AsksEachElementOnce) {
     bench.desktop.launch("Notes");
     for (int i = 0; i < 3; ++i) bench.desktop.open("Mail");
     const int before = bench.desktop.readCount();
-    EXPECT_EQ(bench.service.enumerateWindows().size(), 3u);
+    EXPECT_EQ(bench.service.enumerateWindows().listed.size(), 3u);
     EXPECT_EQ(bench.desktop.readCount() - before, 2 + 3) << "two applications and three windows";
 }
 
@@ -137,6 +138,49 @@ TEST(WindowEnumeration, SilentApplicationCostsItsDeadlineAndNoOther) {
     desktop.queue().advance(Seconds(0.001));
     EXPECT_EQ(found, "Notes/Notes 0,0 500x400 visible");
     EXPECT_TRUE(desktop.brokenPromises().empty()) << desktop.brokenPromises().front();
+}
+
+TEST(WindowEnumeration, AsksOnlyKnownWindowsThatAreMissingWhatBecameOfThem) {
+    ServiceBench bench;
+    auto& desktop = bench.desktop;
+    desktop.setSpaceStyle(SpaceStyle::listsShown);
+    desktop.launch("Notes");
+    std::vector<KnownWindow> known;
+    for (const char* name : {"Mail", "Mail", "Notes", "Notes"}) {
+        const auto window = bench.managed(desktop.open(name));
+        known.push_back({window.id, window.element});
+    }
+    struct Case {
+        const char* what;
+        std::function<void()> happens;
+        std::string expected; // the windows that are neither listed nor gone
+        int asked;            // requests beyond those of a poll without known windows
+    };
+    const Case cases[] = {
+        {"all are listed", [] {}, "", 0},
+        {"minimised", [&] { desktop.minimizeByHand("Mail"); }, "", 0},
+        {"on another Space", [&] { desktop.sendToVirtualDesktop("Mail 2", 1); }, "Mail 2", 2},
+        {"closed", [&] { desktop.close("Mail 2"); }, "", 1},
+        {"silent", [&] { desktop.setAnswering("Notes", false); }, "Notes silent, Notes 2 silent", 2},
+        {"ended", [&] { desktop.quit("Notes"); }, "", 1},
+    };
+    WindowEnumeration found;
+    const auto requestsOfPoll = [&](std::span<const KnownWindow> about) {
+        const int before = desktop.readCount();
+        desktop.pollingQueue().post([&] { found = bench.service.enumerateWindows(about); });
+        desktop.queue().advance(Seconds(5));
+        return desktop.readCount() - before;
+    };
+    for (const auto& [what, happens, expected, asked] : cases) {
+        happens();
+        const int without = requestsOfPoll({});
+        EXPECT_EQ(requestsOfPoll(known) - without, asked) << what;
+        std::string text;
+        for (const auto& window : found.unlisted) {
+            text += (text.empty() ? "" : ", ") + desktop.labelOfID(window.id) + (window.answers ? "" : " silent");
+        }
+        EXPECT_EQ(text, expected) << what;
+    }
 }
 
 TEST(WindowEnumeration, IconsFallBack) {

@@ -25,6 +25,7 @@ class RandomDay {
         desk_.desktop.setVouching(chance(2));
         for (const char* name : {"Mail", "Notes", "Codex"}) desk_.desktop.install(name);
         desk_.desktop.setHidingStyle(chance(2) ? HidingStyle::hidesApplication : HidingStyle::iconifiesWindows);
+        desk_.desktop.setSpaceStyle(chance(2) ? SpaceStyle::listsAll : SpaceStyle::listsShown);
         desk_.start();
         for (int step = 0; step < kStepsPerDay && !testing::Test::HasFailure(); ++step) takeStep();
         if (!testing::Test::HasFailure()) checkRest();
@@ -150,6 +151,32 @@ class RandomDay {
     void loseAnyWindow() {
         if (!desk_.isSuspended()) desk_.sleep();
         withAnyWindow([&](const auto& label) { desk_.desktop.loseWindow(label); });
+    }
+    /// Windows that are not listed for a while, with nothing else happening, keep their tiles.
+    void expectNoLoss(const std::function<void()>& away, const std::function<void()>& back) {
+        auto& desktop = desk_.desktop;
+        if (isInterrupted_ || desk_.isSuspended() || desktop.isLoginSessionScreenLocked() ||
+            !desktop.isProcessTrusted())
+            return;
+        desk_.advance(Seconds(1));
+        const auto before = desk_.controller().assignments();
+        away();
+        desk_.advance(Seconds(1.5));
+        back();
+        desk_.advance(Seconds(1.5));
+        for (const auto* window : desktop.livingWindows()) {
+            const auto id = desktop.windowIDOf(window->label());
+            if (!before.isInAnyTile(id)) continue;
+            EXPECT_TRUE(desk_.controller().assignments().isInAnyTile(id)) << window->label();
+        }
+    }
+    void useTabs(const std::string& label) {
+        const auto& window = desk_.desktop.window(label);
+        if (window.isBackgroundTab) {
+            desk_.desktop.showTab(label);
+        } else if (desk_.desktop.livingWindows().size() < kMostWindows) {
+            desk_.desktop.openTab(label);
+        }
     }
     double anyDistance() { return static_cast<double>(below(1600)) - 800; }
     /// Something else may happen while the hand is still down.
@@ -326,6 +353,22 @@ class RandomDay {
          [this] {
              withAnyWindow([&](const auto& label) { desk_.desktop.setAnswering(applicationOf(label), chance(2)); });
          }},
+        {"hangs for a moment",
+         [this] {
+             withAnyWindow([&](const auto& label) {
+                 const std::string application = applicationOf(label);
+                 expectNoLoss([&] { desk_.desktop.setAnswering(application, false); },
+                              [&] { desk_.desktop.setAnswering(application, true); });
+             });
+         }},
+        {"visits a desktop",
+         [this] {
+             const int here = desk_.desktop.shownVirtualDesktop();
+             expectNoLoss([&] { desk_.desktop.showVirtualDesktop(here + 1); },
+                          [&] { desk_.desktop.showVirtualDesktop(here); });
+         }},
+        {"uses tabs", [this] { withAnyWindow([&](const auto& label) { useTabs(label); }); }},
+        {"uses tabs", [this] { withAnyWindow([&](const auto& label) { useTabs(label); }); }},
         {"plugs in",
          [this] {
              if (desk_.desktop.screens().size() < 3) desk_.display(1920, 1080, "P" + std::to_string(displays_++));

@@ -308,6 +308,20 @@ TEST(Resumption, WhatKovaMinimizedComesBackAtItsEndAndLeavesWithTheNextAgent) {
     EXPECT_EQ(minimized(), "Wiki Zip ");
 }
 
+TEST(RestartStories, PlacesOnTheOtherSpaceOutliveTheAgent) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
+    const std::string here = desk.tiles();
+    desk.desktop.showVirtualDesktop(1);
+    desk.advance(Seconds(1)).opens("Maps").opens("Codex").arrange();
+    const std::string there = desk.tiles();
+    desk.restart();
+    desk.expectTiles(there);
+    desk.desktop.showVirtualDesktop(0);
+    desk.settle();
+    desk.expectTiles(here);
+}
+
 TEST(Resumption, ARecordThatIsNotSoundIsNotTakenUp) {
     const ResumedWindows all{{{"1", "1"}, {"2", "2"}}, {}};
     EXPECT_NE(resumedTiles({{{"d::a", "1"}}, {{"d::a", {"1", "2"}}}, {}}, all), TileAssignments{});

@@ -4,9 +4,11 @@
 #pragma once
 
 #include "support/MainQueue.h"
+#include "support/Published.h"
 #include "windowing/AccessibilityServicing.h"
 #include "windowing/ApplicationPatience.h"
 
+#include <atomic>
 #include <mutex>
 
 namespace kova::macos {
@@ -21,6 +23,11 @@ class MacAccessibility final : public AccessibilityServicing, public DesktopChan
     AccessibilityElement applicationElement(pid_t processIdentifier) const override;
     std::vector<AttributeValue> readAttributes(const AccessibilityElement& element,
                                                std::span<const AccessibilityAttribute> attributes) const override;
+    /// An element that is held goes on answering for its window also where "AXWindows" does not hold it: on another
+    /// Space, in full screen, behind another tab.
+    WindowPresence presenceOf(const AccessibilityElement& window) const override;
+    /// How often another Space was shown: Spaces have no public numbers.
+    std::uint64_t shownSpace() const override { return spaceChanges_; }
     void writeAttributes(const AccessibilityElement& element, std::span<const AttributeWrite> writes) override;
     void performAction(const AccessibilityElement& element, AccessibilityAction action) override;
     std::optional<AccessibilityElement> elementAtPosition(CGPoint point) const override;
@@ -44,6 +51,8 @@ class MacAccessibility final : public AccessibilityServicing, public DesktopChan
 
     const MainQueue& queue_;
     std::shared_ptr<const void> systemWide_;
+    std::atomic<std::uint64_t> spaceChanges_{0};
+    Subscription spaceChangesSubscription_;
     mutable std::mutex mutex_; // of the patience
     mutable ApplicationPatience patience_;
 };

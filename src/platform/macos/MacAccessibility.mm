@@ -1,6 +1,7 @@
 #include "platform/macos/MacAccessibility.h"
 
 #include "platform/macos/AccessibilityValues.h"
+#include "platform/macos/NotificationObserver.h"
 #include "windowing/RawAnswers.h"
 
 #import <AppKit/AppKit.h>
@@ -14,7 +15,8 @@ namespace kova::macos {
 namespace {
 
 // The seam numbers errors as the Mac does.
-static_assert(kAXErrorSuccess == 0 && kAXErrorInvalidUIElement == -25202 && kAXErrorCannotComplete == -25204);
+static_assert(kAXErrorSuccess == 0 && kAXErrorFailure == -25200 && kAXErrorInvalidUIElement == -25202 &&
+              kAXErrorCannotComplete == -25204 && kAXErrorAPIDisabled == -25211);
 
 constexpr CGWindowListOption kShownWindows = kCGWindowListOptionOnScreenOnly | kCGWindowListExcludeDesktopElements;
 static_assert(kShownWindows == 17);
@@ -73,6 +75,9 @@ MacAccessibility::MacAccessibility(const MainQueue& queue) : queue_(queue) {
     // Set on this element, it holds for every element that has no deadline of its own.
     AXUIElementSetMessagingTimeout(systemWide.get(), static_cast<float>(ApplicationPatience::kDeadline.count()));
     systemWide_ = shared(systemWide.get());
+    spaceChangesSubscription_ =
+        observeNotification(NSWorkspace.sharedWorkspace.notificationCenter, NSWorkspaceActiveSpaceDidChangeNotification,
+                            [this] { ++spaceChanges_; });
 }
 
 bool MacAccessibility::isProcessTrusted() const {
@@ -127,6 +132,18 @@ std::vector<AttributeValue> MacAccessibility::readAttributes(const Accessibility
         }
     }
     return values;
+}
+
+WindowPresence MacAccessibility::presenceOf(const AccessibilityElement& window) const {
+    @autoreleasepool {
+        const auto target = systemElement(window);
+        NSString* name = nsString(attributeName(AccessibilityAttribute::role));
+        Owned<CFTypeRef> role;
+        const auto error = ask(window.processIdentifier, [&] {
+            return AXUIElementCopyAttributeValue(target.get(), (__bridge CFStringRef)name, role.receiver());
+        });
+        return error ? windowPresence(*error) : WindowPresence::noAnswer;
+    }
 }
 
 bool MacAccessibility::switchOffEnhancedInterface(pid_t process, const void* application) const {

@@ -185,6 +185,7 @@ void SimulatedDesktop::hideByHand(std::string_view name, bool hide) {
 
 void SimulatedDesktop::setAnswering(std::string_view name, bool answers) {
     application(name).answers = answers;
+    changed();
 }
 
 void SimulatedDesktop::stealNextActivation(std::string_view name) {
@@ -236,6 +237,7 @@ std::string SimulatedDesktop::freeLabel(const std::string& applicationName) cons
 std::string SimulatedDesktop::open(std::string_view applicationName, WindowTraits traits) {
     auto& owner = application(applicationName);
     const std::uint64_t number = lastWindowNumber_ += kNumbersPerWindow;
+    if (!traits.virtualDesktop) traits.virtualDesktop = virtualDesktop_;
     if (!traits.frame) {
         const double shift = 100 + kCascadeStep * (openedCount_ % kCascadeSteps);
         const CGPoint corner = firstDisplayOrigin();
@@ -283,6 +285,8 @@ std::vector<const SimulatedWindow*> SimulatedDesktop::livingWindows() const {
 
 void SimulatedDesktop::remove(const SimulatedWindow& window) {
     const auto number = window.number();
+    if (window.isFullScreen && spaceStyle_ == SpaceStyle::listsShown) leaveOwnSpace(*findWindow(number));
+    showNextTabOf(window);
     std::erase(stacking_, number);
     windows_.erase(number);
     ++closedCount_;
@@ -372,7 +376,8 @@ void SimulatedDesktop::focusByHand(std::string_view label) {
     auto& owner = *findApplication(chosen.processIdentifier());
     setHidden(owner, false);
     setMinimized(chosen, false);
-    if (chosen.virtualDesktop != virtualDesktop_) showVirtualDesktop(chosen.virtualDesktop);
+    if (chosen.isBackgroundTab) showTab(label);
+    if (!isOnShownSpace(chosen)) showVirtualDesktop(chosen.virtualDesktop);
     raise(chosen);
     owner.focusedWindow = chosen.number();
     frontmost_ = chosen.processIdentifier();
@@ -389,42 +394,18 @@ void SimulatedDesktop::setTitle(std::string_view label, std::string title) {
     changed();
 }
 
-void SimulatedDesktop::setFullScreen(std::string_view label, bool fullScreen) {
-    auto& chosen = mutableWindow(label);
-    if (chosen.isFullScreen == fullScreen || displays_.empty()) return;
-    if (fullScreen) chosen.frameBeforeFullScreen = chosen.frame;
-    chosen.isFullScreen = fullScreen;
-    chosen.frame = fullScreen ? displayFrameUnder(chosen.frame) : chosen.frameBeforeFullScreen;
-    if (!isOnSomeDisplay(chosen)) chosen.frame.origin = firstDisplayOrigin();
-    changed();
-}
-
-void SimulatedDesktop::setMaximized(std::string_view label, bool maximized) {
-    auto& chosen = mutableWindow(label);
-    if (chosen.isMaximized == maximized || displays_.empty()) return;
-    if (maximized) chosen.frameBeforeFullScreen = chosen.frame;
-    chosen.isMaximized = maximized;
-    chosen.frame = maximized ? displayFrameUnder(chosen.frame) : chosen.frameBeforeFullScreen;
-    changed();
-}
-
-void SimulatedDesktop::sendToVirtualDesktop(std::string_view label, int virtualDesktop) {
-    mutableWindow(label).virtualDesktop = virtualDesktop;
-    changed();
-}
-
-void SimulatedDesktop::showVirtualDesktop(int virtualDesktop) {
-    virtualDesktop_ = virtualDesktop;
-    changed();
-}
-
 void SimulatedDesktop::loseWindow(std::string_view label, bool lose) {
     mutableWindow(label).isLost = lose;
     changed();
 }
 
 void SimulatedDesktop::renumber(std::string_view label) {
-    const std::uint64_t former = window(label).number();
+    renumber(mutableWindow(label));
+    changed();
+}
+
+void SimulatedDesktop::renumber(SimulatedWindow& window) {
+    const std::uint64_t former = window.number();
     const std::uint64_t number = lastWindowNumber_ += kNumbersPerWindow;
     auto entry = windows_.extract(former);
     entry.key() = number;
@@ -434,7 +415,6 @@ void SimulatedDesktop::renumber(std::string_view label) {
     for (auto& application : applications_) {
         if (application.focusedWindow == former) application.focusedWindow = number;
     }
-    changed();
 }
 
 void SimulatedDesktop::raise(const SimulatedWindow& window) {

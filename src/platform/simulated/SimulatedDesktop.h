@@ -71,6 +71,12 @@ enum class HidingStyle {
     iconifiesWindows, // each is minimised, and exactly these come back
 };
 
+/// How a desktop with several Spaces (virtual desktops) speaks of those that are not shown.
+enum class SpaceStyle {
+    listsAll,   // every window is listed and its Space is told; a full-screen window stays on its Space
+    listsShown, // applications list windows of the shown Space, and minimised ones; full screen is a Space of its own
+};
+
 /// The part of a window by which the hand holds it.
 enum class HandGrip { nothing, titleBar, leftEdge, rightEdge, topEdge, bottomEdge };
 enum class ShiftKey { up, down };
@@ -116,6 +122,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     /// Stops or begins to answer. Who asks it waits for the deadline; what is written to it is lost.
     void setAnswering(std::string_view application, bool answers);
     bool isAnswering(const SimulatedWindow& window) const;
+    bool isSilent(pid_t processIdentifier) const;
     /// Once, as soon as another application is activated, this one takes the keyboard back.
     void stealNextActivation(std::string_view application);
     /// From now on the desktop places windows itself, and says its name if it has one: what is written to frames is
@@ -151,11 +158,18 @@ class SimulatedDesktop : public AccessibilityServicing,
     void replaceWindowManager(Seconds duration) { managerComesAt_ = queue_.uptime() + duration; }
     /// For so long windows keep their sizes although nothing says why.
     void stallResizing(Seconds duration) { stalledUntil_ = queue_.uptime() + duration; }
+    // Spaces and native tabs (SimulatedSpaces.cpp)
+    void setSpaceStyle(SpaceStyle style) { spaceStyle_ = style; }
     void setFullScreen(std::string_view label, bool fullScreen);
     void setMaximized(std::string_view label, bool maximized);
     void sendToVirtualDesktop(std::string_view label, int virtualDesktop);
     void showVirtualDesktop(int virtualDesktop);
-    /// The window server lists a living window no more, or again, as around sleep.
+    int shownVirtualDesktop() const { return virtualDesktop_; }
+    /// Opens one more tab in the window's tab group and shows it. Only the tab shown is listed, and its element is a
+    /// new one whenever it is shown; what was known of the others goes on answering.
+    std::string openTab(std::string_view label, WindowTraits traits = {});
+    void showTab(std::string_view label);
+    /// The window server says that a living window has gone, and then that it is there again, as around sleep.
     void loseWindow(std::string_view label, bool lose = true);
     /// The window goes on living under another identifier.
     void renumber(std::string_view label);
@@ -220,6 +234,9 @@ class SimulatedDesktop : public AccessibilityServicing,
     AccessibilityElement applicationElement(pid_t processIdentifier) const override;
     std::vector<AttributeValue> readAttributes(const AccessibilityElement& element,
                                                std::span<const AccessibilityAttribute> attributes) const override;
+    WindowPresence presenceOf(const AccessibilityElement& window) const override;
+    std::optional<std::uint64_t> spaceOf(const AccessibilityElement& window) const override;
+    std::uint64_t shownSpace() const override;
     void writeAttributes(const AccessibilityElement& element, std::span<const AttributeWrite> writes) override;
     void performAction(const AccessibilityElement& element, AccessibilityAction action) override;
     std::optional<AccessibilityElement> elementAtPosition(CGPoint point) const override;
@@ -343,6 +360,12 @@ class SimulatedDesktop : public AccessibilityServicing,
     void apply(SimulatedWindow& window, const AttributeWrite& write);
     void springBackLater(const SimulatedWindow& window, const CGRect& frame);
     void raise(const SimulatedWindow& window);
+    void renumber(SimulatedWindow& window);
+    void showNextTabOf(const SimulatedWindow& closing);
+    bool isOnShownSpace(const SimulatedWindow& window) const;
+    bool isListed(const SimulatedWindow& window) const;
+    void enterOwnSpace(SimulatedWindow& window);
+    void leaveOwnSpace(SimulatedWindow& window);
     void focusNextApplication();
     const SimulatedWindow* focusedWindow(const Application& application) const;
     AttributeValue value(const SimulatedWindow& window, AccessibilityAttribute attribute) const;
@@ -365,7 +388,10 @@ class SimulatedDesktop : public AccessibilityServicing,
     HidingStyle hidingStyle_ = HidingStyle::hidesApplication;
     bool placesWindows_ = false;
     std::optional<std::string> placingManager_;
+    SpaceStyle spaceStyle_ = SpaceStyle::listsAll;
     int virtualDesktop_ = 0;
+    int lastOwnSpace_ = 1000; // of a window in full screen; higher than any that scenarios use
+    std::uint64_t spaceChanges_ = 0;
     bool strandsWindows_ = false;
     bool isTrusted_ = true;
     std::optional<std::string> absence_;

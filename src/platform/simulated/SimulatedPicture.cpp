@@ -14,11 +14,16 @@ bool SimulatedDesktop::isOnScreen(const SimulatedWindow& window) const {
     const auto* owner = findApplication(window.processIdentifier());
     const bool hidden =
         owner->record.isHidden && hidingStyle_ == HidingStyle::hidesApplication && !owner->lingersWhenHidden;
-    return !isLocked_ && !hidden && !window.isMinimized && window.virtualDesktop == virtualDesktop_;
+    return !isLocked_ && !hidden && !window.isMinimized && !window.isBackgroundTab && isOnShownSpace(window);
 }
 
 bool SimulatedDesktop::isAnswering(const SimulatedWindow& window) const {
     return findApplication(window.processIdentifier())->answers;
+}
+
+bool SimulatedDesktop::isSilent(pid_t processIdentifier) const {
+    const auto* application = findApplication(processIdentifier);
+    return application && !application->answers;
 }
 
 bool SimulatedDesktop::isOnSomeDisplay(const SimulatedWindow& window) const {
@@ -31,7 +36,8 @@ std::string SimulatedDesktop::describeWindow(const SimulatedWindow& window) cons
     if (findApplication(window.processIdentifier())->record.isHidden) text += " hidden";
     if (window.isFullScreen) text += " full screen";
     if (window.isMaximized) text += " maximized";
-    if (window.virtualDesktop != virtualDesktop_) text += " on desktop " + std::to_string(window.virtualDesktop);
+    if (window.isBackgroundTab) text += " behind a tab";
+    if (!isOnShownSpace(window)) text += " on desktop " + std::to_string(window.virtualDesktop);
     return text;
 }
 

@@ -123,7 +123,7 @@ AttributeValue SimulatedDesktop::value(const Application& application, Accessibi
     if (attribute == AccessibilityAttribute::windows) {
         std::vector<AccessibilityElement> elements;
         for (const auto& [number, window] : windows_) {
-            if (window.processIdentifier() != application.record.processIdentifier || window.isLost) continue;
+            if (window.processIdentifier() != application.record.processIdentifier || !isListed(window)) continue;
             elements.insert(elements.end(), application.listsWindowsTwice ? 2 : 1, elementOf(window));
         }
         return elements;

@@ -35,8 +35,9 @@ double keptPlace(double asked, double length, double low, double high) {
 SimulatedWindow::SimulatedWindow(std::uint64_t number, pid_t processIdentifier, std::string label,
                                  WindowTraits traits) :
     title(traits.title.value_or(label)),
-    isMinimized(traits.isMinimized), virtualDesktop(traits.virtualDesktop), springsBackTimes(traits.springsBackTimes),
-    number_(number), processIdentifier_(processIdentifier), label_(std::move(label)), traits_(std::move(traits)) {
+    isMinimized(traits.isMinimized), virtualDesktop(traits.virtualDesktop.value_or(0)),
+    springsBackTimes(traits.springsBackTimes), number_(number), processIdentifier_(processIdentifier),
+    label_(std::move(label)), traits_(std::move(traits)) {
     if (traits_.frame) frame = *traits_.frame;
 }
 

@@ -13,6 +13,8 @@
 
 namespace kova {
 
+inline constexpr int kEveryVirtualDesktop = -1;
+
 /// What lies inside a window, as seen by who asks for the element under the pointer.
 enum class InnerElements {
     nested,   // a button in a group in the window
@@ -29,7 +31,7 @@ struct WindowTraits {
     std::set<AccessibilityAttribute> unreadable{};
     InnerElements inside = InnerElements::nested;
     int layer = 0;
-    int virtualDesktop = 0;
+    std::optional<int> virtualDesktop{}; // absent: the one that is shown
     bool isMinimized = false;
     std::optional<std::string> dialogOf{}; // label of the window that it belongs to
 
@@ -73,8 +75,11 @@ class SimulatedWindow {
     bool isFullScreen = false;
     bool isMaximized = false;
     bool wasIconifiedByHiding = false;
-    bool isLost = false; // it lives, but the window server does not list it
+    bool isLost = false; // it lives, but the window server says that it has gone
     int virtualDesktop = 0;
+    int virtualDesktopBeforeFullScreen = 0;
+    std::uint64_t tabGroup = 0; // 0: none
+    bool isBackgroundTab = false;
     CGRect frameBeforeFullScreen{}; // or before it was maximized
     int writeCount = 0;             // requests to write any attribute
     int frameWriteCount = 0;        // of these, with a position or a size

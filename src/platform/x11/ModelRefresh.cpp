@@ -140,6 +140,7 @@ void ModelRefresh::askManager(const void* checkReply) {
                        manager->movesAndResizes = has(Atom::netMoveresizeWindow);
                        manager->restacks = has(Atom::netRestackWindow);
                        manager->announcesDecorations = has(Atom::netFrameExtents);
+                       manager->announcesHidden = has(Atom::netWmStateHidden);
                        manager->isMute = manager->isMute && !manager->isPresent;
                        WindowManager none;
                        none.isMute = manager->isMute;

@@ -328,7 +328,12 @@ std::vector<xcb_window_t> WindowModel::dialogsOf(const ClientWindow& client) con
 }
 
 bool WindowModel::isMinimized(const ClientWindow& client) const {
-    return manager_.isPresent ? client.isIconic || client.isHiddenState : client.isIconifiedByUs;
+    if (!manager_.isPresent) return client.isIconifiedByUs;
+    // ICCCM lets a manager use the iconic state for whatever is not shown, and some call shaded windows hidden: these
+    // keep a mapped title bar.
+    const TopLevel* top = topLevel(client.topLevel);
+    if (client.isShaded && top && top->isMapped) return false;
+    return manager_.announcesHidden ? client.isHiddenState : client.isIconic && isOnCurrentDesktop(client);
 }
 
 bool WindowModel::isShown(const ClientWindow& client) const {
@@ -336,9 +341,13 @@ bool WindowModel::isShown(const ClientWindow& client) const {
     return top && top->isMapped && !isMinimized(client);
 }
 
+std::optional<std::uint32_t> WindowModel::desktopOf(const ClientWindow& client) const {
+    const bool isOnAll = !client.desktop || *client.desktop == kAllDesktops || client.isStickyState;
+    return manager_.isPresent && !isOnAll ? client.desktop : std::nullopt;
+}
+
 bool WindowModel::isOnCurrentDesktop(const ClientWindow& client) const {
-    return !manager_.isPresent || !client.desktop || *client.desktop == kAllDesktops || client.isStickyState ||
-           *client.desktop == currentDesktop;
+    return desktopOf(client).value_or(currentDesktop) == currentDesktop;
 }
 
 void WindowModel::markStale(ClientWindow& client, std::uint32_t bits) {

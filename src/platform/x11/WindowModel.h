@@ -33,6 +33,7 @@ struct WindowManager {
     bool movesAndResizes = false; // understands _NET_MOVERESIZE_WINDOW
     bool restacks = false;        // understands _NET_RESTACK_WINDOW
     bool announcesDecorations = false;
+    bool announcesHidden = false; // says by _NET_WM_STATE_HIDDEN which windows are minimised
     bool operator==(const WindowManager&) const = default;
 };
 
@@ -115,10 +116,13 @@ class WindowModel {
     /// it cannot answer.
     std::optional<PixelRect> expectedFrame(const ClientWindow& client, Seconds now, Seconds patience) const;
     /// As the window manager tells; without one only we can iconify, and what the window says of itself means nothing.
+    /// Windows of other desktops and shaded ones, which may be iconic for the manager, are not minimised.
     bool isMinimized(const ClientWindow& client) const;
     /// Mapped, not iconified; on any virtual desktop.
     bool isShown(const ClientWindow& client) const;
-    /// These are the window manager's words; what is left of them once it has gone means nothing.
+    /// The virtual desktop of the window; absent when it is on all of them, or without a window manager, as what is
+    /// left of its words once it has gone means nothing.
+    std::optional<std::uint32_t> desktopOf(const ClientWindow& client) const;
     bool isOnCurrentDesktop(const ClientWindow& client) const;
     bool isFullScreen(const ClientWindow& client) const;
     /// The window of the same application that a dialog belongs to: the one that it names, or, when it is modal and

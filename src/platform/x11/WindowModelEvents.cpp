@@ -182,8 +182,7 @@ EventEffects WindowModel::applyMapping(xcb_window_t window, bool isMapped, std::
         // earlier wish: the later one to leave still counts.
         const bool isNews = isMapped ? isMinimized(*known) : known->leaveAsked.has_value();
         if (isNews) {
-            known->isIconic = !isMapped;
-            known->isHiddenState = false;
+            known->isIconic = known->isHiddenState = !isMapped;
             markStale(*known, stale::state);
         }
         if (!isMapped && std::exchange(known->returnsOnceGone, false)) effects.returning.push_back(known->window);

@@ -77,6 +77,10 @@ class X11Desktop final : public AccessibilityServicing,
                                                std::span<const AccessibilityAttribute> attributes) const override;
     std::optional<WindowSizeHints> sizeHints(const AccessibilityElement& element) const override;
     bool areSizesReliable(const AccessibilityElement& element) const override;
+    /// The window manager lists every window on every desktop, so that a window it does not list has gone.
+    WindowPresence presenceOf(const AccessibilityElement& window) const override;
+    std::optional<std::uint64_t> spaceOf(const AccessibilityElement& window) const override;
+    std::uint64_t shownSpace() const override;
     void writeAttributes(const AccessibilityElement& element, std::span<const AttributeWrite> writes) override;
     void performAction(const AccessibilityElement& element, AccessibilityAction action) override;
     std::optional<AccessibilityElement> elementAtPosition(CGPoint point) const override;

@@ -193,6 +193,24 @@ bool X11Desktop::areSizesReliable(const AccessibilityElement& element) const {
            client->decorations == client->decorationsWhenPlaced;
 }
 
+WindowPresence X11Desktop::presenceOf(const AccessibilityElement& window) const {
+    if (parts_->isLost) return WindowPresence::noAnswer;
+    const std::lock_guard lock(parts_->mutex);
+    return std::as_const(*parts_).find(window) ? WindowPresence::present : WindowPresence::gone;
+}
+
+std::optional<std::uint64_t> X11Desktop::spaceOf(const AccessibilityElement& window) const {
+    const std::lock_guard lock(parts_->mutex);
+    const ClientWindow* client = std::as_const(*parts_).find(window);
+    const auto desktop = client ? parts_->model.desktopOf(*client) : std::nullopt;
+    return desktop ? std::optional<std::uint64_t>(*desktop) : std::nullopt;
+}
+
+std::uint64_t X11Desktop::shownSpace() const {
+    const std::lock_guard lock(parts_->mutex);
+    return parts_->model.currentDesktop;
+}
+
 // Writing
 
 void X11Desktop::writeAttributes(const AccessibilityElement& element, std::span<const AttributeWrite> writes) {

@@ -1,0 +1,108 @@
+#include "workspace/SpaceMemory.h"
+
+#include "workspace/DisplayAbsence.h"
+
+#include <algorithm>
+
+namespace kova {
+
+void SpaceMemory::store(const std::vector<ManagedWindow>& windows, TileAssignments& assignments) {
+    std::map<std::optional<std::uint64_t>, std::set<std::string>> leaving;
+    for (const auto& window : windows) {
+        if (window.isElsewhere && assignments.isInAnyTile(window.id)) leaving[window.space].insert(window.id);
+    }
+    for (const auto& [space, ids] : leaving) {
+        TileAssignments held = assignments;
+        held.keepOnly(ids);
+        for (const auto& id : ids) {
+            assignments.remove(id);
+            for (auto& places : places_) places.tiles.remove(id);
+        }
+        add(space, std::move(held));
+    }
+}
+
+void SpaceMemory::storeFrom(const std::vector<std::string>& targets, const std::vector<ManagedWindow>& windows,
+                            TileAssignments& assignments) {
+    const auto isIn = [&](const std::string& target) { return std::ranges::find(targets, target) != targets.end(); };
+    std::vector<ManagedWindow> leaving;
+    for (const auto& window : windows) {
+        if (!window.isElsewhere) continue;
+        const auto fronted = assignments.targetsOf(window.id);
+        const auto stack = assignments.stackTargetOf(window.id);
+        if (std::ranges::any_of(fronted, isIn) || (stack && isIn(*stack))) leaving.push_back(window);
+    }
+    store(leaving, assignments);
+}
+
+void SpaceMemory::add(const std::optional<std::uint64_t>& space, TileAssignments held) {
+    const auto same = space ? std::ranges::find(places_, space, &Places::space) : places_.end();
+    if (same == places_.end()) {
+        places_.push_back({space, std::move(held)});
+    } else {
+        same->tiles = withResidentsBack(held, std::move(same->tiles)).assignments;
+    }
+}
+
+bool SpaceMemory::restore(const std::vector<ManagedWindow>& windows, std::uint64_t shownSpace,
+                          TileAssignments& assignments) {
+    if (places_.empty()) return false;
+    std::vector<TileAssignments> returning;
+    for (auto& [space, tiles] : places_) {
+        std::set<std::string> back;
+        for (const auto& window : windows) {
+            if (!tiles.isInAnyTile(window.id)) continue;
+            const bool belongsHere = !space || *space == shownSpace;
+            // While window managers change nothing tells which Space a window is on.
+            const bool wasSentHere = !window.isElsewhere && !belongsHere && window.space;
+            if (wasSentHere || assignments.isInAnyTile(window.id)) {
+                tiles.remove(window.id);
+            } else if (!window.isElsewhere && belongsHere) {
+                back.insert(window.id);
+            }
+        }
+        if (back.empty()) continue;
+        returning.push_back(tiles);
+        returning.back().keepOnly(back);
+        for (const auto& id : back) tiles.remove(id);
+    }
+    std::erase_if(places_, [](const Places& places) { return places.tiles == TileAssignments{}; });
+    if (returning.empty()) return false;
+    store(windows, assignments);
+    for (const auto& held : returning) assignments = withResidentsBack(held, std::move(assignments)).assignments;
+    return true;
+}
+
+std::map<std::string, CGRect> SpaceMemory::takeDueFrames(const std::vector<ManagedWindow>& windows) {
+    std::map<std::string, CGRect> due;
+    if (owedFrames_.empty()) return due;
+    for (const auto& window : windows) {
+        if (window.isElsewhere || !window.isAnswering) continue;
+        if (auto owed = owedFrames_.extract(window.id)) due.insert(std::move(owed));
+    }
+    return due;
+}
+
+bool SpaceMemory::holds(const std::string& windowID) const {
+    return std::ranges::any_of(places_, [&](const Places& places) { return places.tiles.isInAnyTile(windowID); });
+}
+
+void SpaceMemory::keepOnly(const std::set<std::string>& windowIDs) {
+    for (auto& places : places_) places.tiles.keepOnly(windowIDs);
+    std::erase_if(places_, [](const Places& places) { return places.tiles == TileAssignments{}; });
+    std::erase_if(owedFrames_, [&](const auto& owed) { return !windowIDs.contains(owed.first); });
+}
+
+void SpaceMemory::rename(const std::string& windowID, const std::string& newID) {
+    for (auto& places : places_) places.tiles.rename(windowID, newID);
+    if (auto owed = owedFrames_.extract(windowID)) {
+        owed.key() = newID;
+        owedFrames_.insert(std::move(owed));
+    }
+}
+
+void SpaceMemory::renameDisplay(const std::string& displayID, const std::string& newID) {
+    for (auto& places : places_) places.tiles.renameDisplay(displayID, newID);
+}
+
+} // namespace kova

@@ -1,0 +1,59 @@
+// What windows on other Spaces (virtual desktops) come back to. While a Space is not shown its windows keep their tiles
+// in the assignments; only when such a tile is given to another window is the place remembered here instead.
+// Always true: a window has at most one place here.
+#pragma once
+
+#include "windowing/ManagedWindow.h"
+#include "workspace/TileAssignments.h"
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+class SpaceMemory {
+  public:
+    /// Places that were given up together.
+    struct Places {
+        std::optional<std::uint64_t> space; // absent where Spaces have no numbers
+        TileAssignments tiles;
+        bool operator==(const Places&) const = default;
+    };
+
+    /// Takes the windows that are elsewhere out of the assignments and remembers their places.
+    void store(const std::vector<ManagedWindow>& windows, TileAssignments& assignments);
+    /// The same with those among them that are in one of the tiles, in front or behind.
+    void storeFrom(const std::vector<std::string>& targets, const std::vector<ManagedWindow>& windows,
+                   TileAssignments& assignments);
+    /// Windows that are shown again are in their tiles again, in front of those that came there meanwhile; windows that
+    /// are elsewhere make way. A window that was sent to another Space has no place there, and one that has a place in
+    /// the assignments by now keeps that. True when any came back.
+    bool restore(const std::vector<ManagedWindow>& windows, std::uint64_t shownSpace, TileAssignments& assignments);
+
+    /// The window is to have the frame (window-service space) once it is shown and answers.
+    void owe(const std::string& windowID, const CGRect& frame) { owedFrames_[windowID] = frame; }
+    /// The frames of windows that are shown and answer, which are owed no more.
+    std::map<std::string, CGRect> takeDueFrames(const std::vector<ManagedWindow>& windows);
+
+    /// Whether a place of the window is remembered here.
+    bool holds(const std::string& windowID) const;
+    void keepOnly(const std::set<std::string>& windowIDs);
+    void rename(const std::string& windowID, const std::string& newID);
+    void renameDisplay(const std::string& displayID, const std::string& newID);
+
+    const std::vector<Places>& places() const { return places_; }
+    void setPlaces(std::vector<Places> places) { places_ = std::move(places); }
+    bool operator==(const SpaceMemory&) const = default;
+
+  private:
+    void add(const std::optional<std::uint64_t>& space, TileAssignments held);
+
+    std::vector<Places> places_;
+    std::map<std::string, CGRect> owedFrames_;
+};
+
+} // namespace kova

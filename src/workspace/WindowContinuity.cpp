@@ -1,0 +1,94 @@
+#include "workspace/WindowContinuity.h"
+
+#include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+namespace kova {
+
+namespace {
+
+using WindowsByID = std::unordered_map<std::string, const ManagedWindow*>;
+
+WindowsByID byID(const std::vector<ManagedWindow>& windows) {
+    WindowsByID index;
+    for (const auto& window : windows) index.emplace(window.id, &window);
+    return index;
+}
+
+ManagedWindow keptWindow(const ManagedWindow& before, const UnlistedWindow& unlisted) {
+    ManagedWindow kept = before;
+    kept.isAnswering = unlisted.answers;
+    if (!unlisted.answers) return kept;
+    kept.isElsewhere = true;
+    kept.isVisible = false;
+    if (!unlisted.now) return kept;
+    kept.title = unlisted.now->title;
+    kept.isMinimized = unlisted.now->isMinimized;
+    kept.isFullScreen = unlisted.now->isFullScreen;
+    kept.isMaximized = unlisted.now->isMaximized;
+    if (unlisted.now->frame) kept.frame = unlisted.now->frame;
+    if (unlisted.now->minimumSize) kept.minimumSize = unlisted.now->minimumSize;
+    return kept;
+}
+
+} // namespace
+
+std::vector<KnownWindow> knownWindows(const std::vector<ManagedWindow>& windows) {
+    std::vector<KnownWindow> known;
+    known.reserve(windows.size());
+    for (const auto& window : windows) known.push_back({window.id, window.element});
+    return known;
+}
+
+std::vector<WindowSuccessor> takeTabSuccessors(WindowEnumeration& found, const std::vector<ManagedWindow>& before,
+                                               ShownSpace shownSpace) {
+    const WindowsByID known = byID(before);
+    std::vector<const ManagedWindow*> newcomers;
+    std::unordered_set<std::string> there;
+    for (const auto& window : found.listed) {
+        there.insert(window.id);
+        if (window.isVisible && !window.parentID && !known.contains(window.id)) newcomers.push_back(&window);
+    }
+    if (newcomers.empty()) return {};
+    for (const auto& window : found.unlisted) {
+        if (!window.answers || shownSpace == ShownSpace::another) there.insert(window.id);
+    }
+    std::vector<ManagedWindowRecoveryIdentity> missing;
+    for (const auto& window : before) {
+        const bool wasShown = !window.isElsewhere && !window.isMinimized;
+        if (wasShown && !there.contains(window.id)) missing.push_back(recoveryIdentity(window));
+    }
+    auto successors = recogniseTabs(missing, newcomers);
+    std::erase_if(found.unlisted, [&](const auto& window) {
+        return std::ranges::find(successors, window.id, &WindowSuccessor::formerID) != successors.end();
+    });
+    return successors;
+}
+
+std::vector<ManagedWindow> withUnlisted(WindowEnumeration found, const std::vector<ManagedWindow>& before) {
+    auto windows = std::move(found.listed);
+    if (found.unlisted.empty()) return windows;
+    std::unordered_map<std::string, const UnlistedWindow*> unlisted;
+    for (const auto& window : found.unlisted) unlisted.emplace(window.id, &window);
+    // Each goes behind the window that it followed in the list before, so that the order stays as it was.
+    const auto behind = [&windows](const std::optional<std::string>& id) {
+        const auto place = id ? std::ranges::find(windows, *id, &ManagedWindow::id) : windows.end();
+        return place == windows.end() ? windows.begin() : place + 1;
+    };
+    std::unordered_set<std::string> there;
+    for (const auto& window : windows) there.insert(window.id);
+    std::optional<std::string> previous;
+    for (const auto& window : before) {
+        if (const auto entry = unlisted.find(window.id); entry != unlisted.end()) {
+            windows.insert(behind(previous), keptWindow(window, *entry->second));
+            previous = window.id;
+        } else if (there.contains(window.id)) {
+            previous = window.id;
+        }
+    }
+    return windows;
+}
+
+} // namespace kova
