@@ -1,6 +1,7 @@
 #include "app/DockAutoHideController.h"
 
 #include "persistence/PreferenceKeys.h"
+#include "persistence/StoredValues.h"
 #include "support/Log.h"
 
 #include <utility>
@@ -9,8 +10,8 @@ namespace kova {
 
 DockAutoHideController::DockAutoHideController(DockAutoHideServicing& service, PreferencesStore& defaults) :
     service_(service), defaults_(defaults),
-    hidesSystemDock_(defaults.boolean(preferenceKey::hideSystemDock).value_or(false)),
-    isPreferenceConfigured_(defaults.boolean(preferenceKey::hideSystemDock).has_value()) {}
+    hidesSystemDock_(storedBoolean(defaults, preferenceKey::hideSystemDock).value_or(false)),
+    isPreferenceConfigured_(storedBoolean(defaults, preferenceKey::hideSystemDock).has_value()) {}
 
 template <class Callback>
 auto DockAutoHideController::ifNewest(Callback callback) {

@@ -3,6 +3,7 @@
 
 #include "persistence/PreferenceKeys.h"
 #include "persistence/PreferencesStore.h"
+#include "persistence/StoredValues.h"
 #include "support/Published.h"
 
 namespace kova {
@@ -11,7 +12,8 @@ class KovaOnboardingState {
   public:
     /// The store outlives the state.
     explicit KovaOnboardingState(PreferencesStore& defaults) :
-        defaults_(defaults), isCompleted_(defaults.boolean(preferenceKey::onboardingCompleted).value_or(false)) {}
+        defaults_(defaults), isCompleted_(storedBoolean(defaults, preferenceKey::onboardingCompleted).value_or(false)) {
+    }
 
     const Published<bool>& isCompleted() const { return isCompleted_; }
     void complete() {

@@ -1,13 +1,14 @@
 #include "app/LaunchAtLoginController.h"
 
 #include "persistence/PreferenceKeys.h"
+#include "persistence/StoredValues.h"
 #include "support/Log.h"
 
 namespace kova {
 
 LaunchAtLoginController::LaunchAtLoginController(LaunchAtLoginServicing& service, PreferencesStore& defaults) :
     service_(service), defaults_(defaults),
-    startsAtLogin_(defaults.boolean(preferenceKey::startAtLogin).value_or(false)) {}
+    startsAtLogin_(storedBoolean(defaults, preferenceKey::startAtLogin).value_or(false)) {}
 
 void LaunchAtLoginController::setStartsAtLogin(bool starts) {
     wish_ = starts;

@@ -89,11 +89,15 @@ std::string encodeShortcutConfiguration(const KovaShortcutConfiguration& configu
         const Field field = fieldOf(action);
         if (field && configuration.*field) out[std::string(rawValue(action))] = encode(*(configuration.*field));
     }
-    if (configuration.additional) {
+    if (configuration.additional || !configuration.unknown.empty()) {
         json& additional = out["additional"] = json::object();
-        for (const auto& [action, shortcut] : *configuration.additional) {
-            additional[std::string(rawValue(action))] = encode(shortcut);
+        for (const auto& [name, text] : configuration.unknown) {
+            additional[name] = json::parse(text, nullptr, false);
         }
+        if (configuration.additional)
+            for (const auto& [action, shortcut] : *configuration.additional) {
+                additional[std::string(rawValue(action))] = encode(shortcut);
+            }
     }
     return out.dump(-1, ' ', false, json::error_handler_t::replace);
 }
@@ -108,8 +112,11 @@ Decoded<KovaShortcutConfiguration> decodeShortcutConfiguration(std::string_view 
             configuration.additional.emplace();
             for (const auto& [name, member] : additional->members()) {
                 const auto action = shortcutActionFrom(name);
-                if (!action) member.fail("there is no such action");
-                configuration.additional->emplace(*action, decodeShortcut(member));
+                if (action) {
+                    configuration.additional->emplace(*action, decodeShortcut(member));
+                } else {
+                    configuration.unknown.emplace(name, member.value().dump());
+                }
             }
         }
         return configuration;

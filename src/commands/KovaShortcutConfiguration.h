@@ -18,6 +18,9 @@ struct KovaShortcutConfiguration {
     std::optional<KovaShortcut> nextLayout;
     std::optional<KovaShortcut> arrangeWindows;
     std::optional<std::map<KovaShortcutAction, KovaShortcut>> additional;
+    /// Entries of `additional` for actions that this version does not know, as JSON texts by name: kept for the version
+    /// that does.
+    std::map<std::string, std::string> unknown;
 
     bool operator==(const KovaShortcutConfiguration&) const = default;
 
@@ -31,7 +34,8 @@ struct KovaShortcutConfiguration {
 };
 
 std::string encodeShortcutConfiguration(const KovaShortcutConfiguration& configuration);
-/// One wrong value makes the whole configuration wrong. Modifiers that no shortcut asks for are dropped.
+/// One wrong value makes the whole configuration wrong, but for those of unknown actions, which are not looked at.
+/// Modifiers that no shortcut asks for are dropped.
 Decoded<KovaShortcutConfiguration> decodeShortcutConfiguration(std::string_view json);
 
 } // namespace kova

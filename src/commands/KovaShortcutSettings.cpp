@@ -1,6 +1,7 @@
 #include "commands/KovaShortcutSettings.h"
 
 #include "persistence/PreferenceKeys.h"
+#include "persistence/StoredValues.h"
 
 #include <utility>
 
@@ -8,12 +9,9 @@ namespace kova {
 
 namespace {
 
-KovaShortcutConfiguration storedIn(const PreferencesStore& store, const std::string& key) {
-    const auto data = store.data(key);
-    if (!data) return KovaShortcutConfiguration::standard();
-    auto decoded = decodeShortcutConfiguration(data->json);
-    if (!std::holds_alternative<KovaShortcutConfiguration>(decoded)) return KovaShortcutConfiguration::standard();
-    return std::get<KovaShortcutConfiguration>(std::move(decoded));
+KovaShortcutConfiguration storedIn(PreferencesStore& store, const std::string& key) {
+    return storedRecord<KovaShortcutConfiguration>(store, key, decodeShortcutConfiguration)
+        .value_or(KovaShortcutConfiguration::standard());
 }
 
 } // namespace

@@ -63,10 +63,12 @@ std::optional<DiagnosticLine> placingLine(const WorkspaceController& controller)
     return DiagnosticLine{"placing windows", Verdict::wrong, *obstacle};
 }
 
-DiagnosticLine preferencesLine(const PreferencesStore& preferences) {
-    const std::string problem = preferences.problem();
-    if (problem.empty()) return {"preferences", Verdict::fine, "The preferences were read and can be written."};
-    return {"preferences", Verdict::wrong, problem};
+/// One for each fault.
+std::vector<DiagnosticLine> preferencesLines(const PreferencesStore& preferences) {
+    std::vector<DiagnosticLine> lines;
+    for (const auto& problem : preferences.problems()) lines.push_back({"preferences", Verdict::wrong, problem + "."});
+    if (lines.empty()) lines.push_back({"preferences", Verdict::fine, "The preferences were read and can be written."});
+    return lines;
 }
 
 DiagnosticLine shortcutsLine(const ControlContext& context, const std::vector<std::string>& held) {
@@ -99,7 +101,7 @@ nlohmann::json examine(const ControlContext& context, const ShortcutMethods& sho
         addUnlessKnown(managementLine(context.controller));
         if (auto obstacle = placingLine(context.controller)) addUnlessKnown(std::move(*obstacle));
     }
-    addUnlessKnown(preferencesLine(context.preferences));
+    for (DiagnosticLine& line : preferencesLines(context.preferences)) lines.push_back(std::move(line));
     addUnlessKnown(shortcutsLine(context, shortcuts.heldByOthers()));
 
     nlohmann::json checks = nlohmann::json::array();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "persistence/PreferencesStore.h"
+#include "persistence/UnusableValues.h"
 
 #include <functional>
 #include <map>
@@ -13,7 +14,10 @@ class MemoryPreferencesStore : public PreferencesStore {
     std::optional<PreferenceValue> value(std::string_view key) const override;
     void setValue(std::string_view key, PreferenceValue value) override;
     void removeValue(std::string_view key) override;
+    void save(Saved done) override { done(std::nullopt); }
     void synchronize() override {}
+    void noteUnusable(std::string_view key, const std::string& reason) override { unusable_.note(key, reason); }
+    std::vector<std::string> problems() const override { return unusable_.texts(); }
 
     const std::map<std::string, PreferenceValue, std::less<>>& values() const { return values_; }
     /// How often a value was set, changed or not.
@@ -22,6 +26,7 @@ class MemoryPreferencesStore : public PreferencesStore {
   private:
     std::map<std::string, PreferenceValue, std::less<>> values_;
     int setCount_ = 0;
+    UnusableValues unusable_;
 };
 
 } // namespace kova

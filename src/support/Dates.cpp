@@ -89,4 +89,12 @@ std::string localMonthDayTime(Date date) {
     return text.data();
 }
 
+std::string localDateStamp(Date date) {
+    const std::time_t time = static_cast<std::time_t>(floor<seconds>(date).time_since_epoch().count());
+    std::tm local{};
+    localtime_r(&time, &local);
+    std::array<char, 32> text{};
+    return {text.data(), std::strftime(text.data(), text.size(), "%Y%m%d-%H%M%S", &local)};
+}
+
 } // namespace kova

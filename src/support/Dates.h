@@ -24,4 +24,7 @@ std::optional<Date> dateFromIso8601(std::string_view text);
 /// The moment on the clocks of the user's time zone, as in "Nov 14, 18:12".
 std::string localMonthDayTime(Date date);
 
+/// "20261121-035455", in local time, for names of files.
+std::string localDateStamp(Date date);
+
 } // namespace kova

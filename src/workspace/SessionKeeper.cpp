@@ -1,6 +1,7 @@
 #include "workspace/SessionKeeper.h"
 
 #include "persistence/PreferenceKeys.h"
+#include "persistence/StoredValues.h"
 
 #include <algorithm>
 #include <memory>
@@ -14,11 +15,7 @@ SessionKeeper::SessionKeeper(MainQueue& queue, PreferencesStore& store,
     store_(store), describe_(std::move(describe)) {}
 
 std::optional<WorkspaceSession> SessionKeeper::kept() const {
-    const auto data = store_.data(preferenceKey::workspaceSession);
-    if (!data) return std::nullopt;
-    auto decoded = decodeWorkspaceSession(data->json);
-    if (!std::holds_alternative<WorkspaceSession>(decoded)) return std::nullopt;
-    return std::get<WorkspaceSession>(std::move(decoded));
+    return storedRecord<WorkspaceSession>(store_, preferenceKey::workspaceSession, decodeWorkspaceSession);
 }
 
 void SessionKeeper::noteChange() {

@@ -1,8 +1,10 @@
 #include "workspace/WorkspacePreferences.h"
 
 #include "persistence/PreferenceKeys.h"
+#include "persistence/StoredValues.h"
 #include "persistence/WorkspaceDocumentCoding.h"
 #include "themes/ThemeRegistry.h"
+#include "workspace/StoredProfile.h"
 
 #include <algorithm>
 
@@ -17,22 +19,26 @@ bool isExistingUser(const PreferencesStore& store) {
                        [&](std::string_view key) { return store.contains(key); });
 }
 
-/// The stored record; absent when there is none or it cannot be decoded.
-template <class Record, class Decode>
-std::optional<Record> stored(const PreferencesStore& store, std::string_view key, Decode decode) {
-    const auto data = store.data(key);
-    if (!data) return std::nullopt;
-    auto decoded = decode(data->json);
-    if (!std::holds_alternative<Record>(decoded)) return std::nullopt;
-    return std::get<Record>(std::move(decoded));
-}
-
-WorkspaceProfile loadProfile(const PreferencesStore& store, bool existingUser) {
+WorkspaceProfile loadProfile(PreferencesStore& store, bool existingUser) {
     const auto decode = [](std::string_view json) { return decodeWorkspaceProfile(json); };
-    if (auto profile = stored<WorkspaceProfile>(store, preferenceKey::workspaceProfile, decode)) return *profile;
     WorkspaceProfile fresh;
     if (existingUser) fresh.themeID = kExistingUserThemeID;
-    return fresh;
+    auto profile = storedRecord<WorkspaceProfile>(store, preferenceKey::workspaceProfile, decode);
+    if (!profile) return fresh;
+    for (const auto& line : correctStoredProfile(*profile, ThemeRegistry(), fresh.themeID)) {
+        store.noteUnusable(preferenceKey::workspaceProfile, line);
+    }
+    return *std::move(profile);
+}
+
+std::string loadAccentColorID(PreferencesStore& store) {
+    const auto stored = storedString(store, preferenceKey::accentColor);
+    std::string id = normalizedAccentColorID(stored.value_or(std::string(kDefaultAccentColorID)));
+    if (stored && id != *stored) {
+        store.noteUnusable(preferenceKey::accentColor,
+                           "there is no accent color \"" + *stored + "\"; \"" + id + "\" is used");
+    }
+    return id;
 }
 
 } // namespace
@@ -41,16 +47,16 @@ WorkspacePreferences loadWorkspacePreferences(PreferencesStore& store) {
     const bool existingUser = isExistingUser(store);
     WorkspacePreferences out;
     out.profile = loadProfile(store, existingUser);
-    out.learning = stored<AutoArrangeLearningModel>(store, preferenceKey::autoArrangeLearning, decodeLearningModel)
-                       .value_or(AutoArrangeLearningModel{});
-    out.useThemeBackground = store.boolean(preferenceKey::useThemeBackground).value_or(existingUser);
-    out.showBrain = store.boolean(preferenceKey::showBrain).value_or(false);
-    out.showTileBackgrounds = store.boolean(preferenceKey::showTileBackgrounds).value_or(true);
-    out.accentColorID =
-        normalizedAccentColorID(store.string(preferenceKey::accentColor).value_or(std::string(kDefaultAccentColorID)));
-    out.document = stored<WorkspaceProductDocument>(store, preferenceKey::workspaceProduct, decodeStoredDocument)
+    out.learning =
+        storedRecord<AutoArrangeLearningModel>(store, preferenceKey::autoArrangeLearning, decodeLearningModel)
+            .value_or(AutoArrangeLearningModel{});
+    out.useThemeBackground = storedBoolean(store, preferenceKey::useThemeBackground).value_or(existingUser);
+    out.showBrain = storedBoolean(store, preferenceKey::showBrain).value_or(false);
+    out.showTileBackgrounds = storedBoolean(store, preferenceKey::showTileBackgrounds).value_or(true);
+    out.accentColorID = loadAccentColorID(store);
+    out.document = storedRecord<WorkspaceProductDocument>(store, preferenceKey::workspaceProduct, decodeStoredDocument)
                        .value_or(WorkspaceProductDocument{});
-    out.continuousManagementEnabled = store.boolean(preferenceKey::continuousManagement).value_or(false);
+    out.continuousManagementEnabled = storedBoolean(store, preferenceKey::continuousManagement).value_or(false);
     if (!existingUser) {
         saveProfile(store, out.profile);
         store.setValue(preferenceKey::useThemeBackground, false);

@@ -22,8 +22,9 @@ struct WorkspacePreferences {
     WorkspaceProductDocument document;
 };
 
-/// What cannot be read counts as absent. On the first start with an empty store the profile and the theme background
-/// are written at once, so that the next start finds an existing user with the same look.
+/// What cannot be read counts as absent, and so does a value out of range; the store is told of each. On the first
+/// start with an empty store the profile and the theme background are written at once, so that the next start finds an
+/// existing user with the same look.
 WorkspacePreferences loadWorkspacePreferences(PreferencesStore& store);
 
 void saveProfile(PreferencesStore& store, const WorkspaceProfile& profile);

@@ -94,7 +94,6 @@ TEST(Shortcuts, AreTheStandardOnesWhenWhatIsStoredCannotBeRead) {
         R"({"nextLayout":{"keyCode":1.5,"modifierFlagsRawValue":262144,"keyLabel":"S"}})",
         R"({"nextLayout":{"keyCode":1,"modifierFlagsRawValue":-1,"keyLabel":"S"}})",
         R"({"nextLayout":{"keyCode":1,"modifierFlagsRawValue":262144,"keyLabel":7}})",
-        R"({"additional":{"fly":)" + good + "}}",
         R"({"nextLayout":)" + good + R"(,"additional":{"undo":3}})"};
     for (const std::string& text : unreadable) {
         MemoryPreferencesStore store;
@@ -108,6 +107,17 @@ TEST(Shortcuts, AreTheStandardOnesWhenWhatIsStoredCannotBeRead) {
     EXPECT_EQ(settings.shortcut(nextLayout), (KovaShortcut{1, 0x40000, "S"}));
     EXPECT_EQ(settings.shortcut(previousLayout), std::nullopt);
     EXPECT_EQ(settings.shortcut(undo), std::nullopt);
+}
+
+TEST(Shortcuts, OfActionsThatThisVersionDoesNotKnowAreKept) {
+    const std::string good = R"({"keyCode":1,"keyLabel":"S","modifierFlagsRawValue":262144})";
+    MemoryPreferencesStore store;
+    store.setValue(kKey, PreferenceData{R"({"additional":{"fly":{"keys":[7]},"undo":)" + good + "}}"});
+    KovaShortcutSettings settings(store);
+    EXPECT_EQ(settings.shortcut(undo), (KovaShortcut{1, 0x40000, "S"}));
+    EXPECT_TRUE(store.problems().empty());
+    EXPECT_TRUE(settings.setShortcut(std::nullopt, undo));
+    EXPECT_EQ(storedText(store), R"({"additional":{"fly":{"keys":[7]}}})");
 }
 
 TEST(Shortcuts, ThatAnotherActionHasAreRefused) {

@@ -33,7 +33,12 @@ TEST_P(PreferencesContract, ValuesKeepTheirTypeAndAWrongTypeIsAsGoodAsNone) {
             EXPECT_TRUE(store().contains(key)) << key;
         }
     }
-    EXPECT_EQ(store().problem(), "");
+    EXPECT_TRUE(store().problems().empty());
+    for (int i = 0; i < 2; ++i) store().noteUnusable("KOVA.record.v1", "a: expected a number");
+    ASSERT_EQ(store().problems().size(), 1U);
+    EXPECT_TRUE(store().problems()[0].starts_with("KOVA.record.v1 is not used as stored: a: expected a number"));
+    store().setValue("KOVA.record.v1", PreferenceData{"{}"}); // with a copy kept of what was there
+    EXPECT_EQ(store().data("KOVA.record.v1"), PreferenceData{"{}"});
 }
 
 TEST_P(PreferencesContract, TheLastWriteCountsAndWhatIsRemovedIsAbsent) {

@@ -45,8 +45,47 @@ TEST(WorkspacePreferences, WhatCannotBeReadCountsAsAbsent) {
     EXPECT_EQ(loaded.learning, AutoArrangeLearningModel{});
     EXPECT_TRUE(loaded.showTileBackgrounds);
     EXPECT_EQ(loaded.accentColorID, "system-blue");
+    const auto problems = store.problems();
+    ASSERT_EQ(problems.size(), 4U) << "each is told";
+    EXPECT_NE(problems[0].find("workspaceProfile.v1 is not used as stored: id: expected a string"), std::string::npos)
+        << problems[0];
+    EXPECT_NE(problems[3].find("there is no accent color \"no such colour\"; \"system-blue\" is used"),
+              std::string::npos)
+        << problems[3];
     store.setValue(preferenceKey::showTileBackgrounds, false);
     EXPECT_FALSE(loadWorkspacePreferences(store).showTileBackgrounds);
+}
+
+TEST(WorkspacePreferences, ValuesOutOfRangeAreRefusedOneByOne) {
+    WorkspaceProfile profile;
+    profile.themeID = "plaid";
+    profile.layoutID = "jarvis.nope";
+    profile.layoutSelectionsByDisplay = {{"A", DisplayLayoutSelection::layout("jarvis.gone")},
+                                         {"B", DisplayLayoutSelection::layout("jarvis.quad-grid")}};
+    profile.tileInset = 5000;
+    profile.applicationMinimumSizes = {{"good", {600, 0}}, {"low", {-1, 100}}, {"vast", {1e9, 100}}};
+    profile.layoutWeightsByDisplay["A"]["jarvis.gone"].splits["root"] = {0, -1}; // such weights have a floor
+    MemoryPreferencesStore store;
+    saveProfile(store, profile);
+    const auto loaded = loadWorkspacePreferences(store).profile;
+    const std::string before = "KOVA.workspaceProfile.v1 is not used as stored: ";
+    std::string lines;
+    for (const auto& problem : store.problems()) {
+        const auto reason = problem.substr(std::min(before.size(), problem.size()));
+        lines += reason.substr(0, reason.find(". A copy")) + "\n";
+    }
+    EXPECT_EQ(lines, "themeID: there is no theme \"plaid\"; \"jarvis.neon-cyan\" is used\n"
+                     "layoutID: there is no layout \"jarvis.nope\"; \"jarvis.command-center\" is used\n"
+                     "layoutSelectionsByDisplay.A: there is no layout \"jarvis.gone\"; the automatic one is used\n"
+                     "tileInset: 5000 is not between 0 and 100; 5 is used\n"
+                     "applicationMinimumSizes.low: -1 x 100 is no size of a window; it is not used\n"
+                     "applicationMinimumSizes.vast: 1e+09 x 100 is no size of a window; it is not used\n");
+    profile.themeID = "jarvis.neon-cyan";
+    profile.layoutID = "jarvis.command-center";
+    profile.layoutSelectionsByDisplay["A"] = DisplayLayoutSelection::automatic();
+    profile.tileInset = 5;
+    profile.applicationMinimumSizes = {{"good", {600, 0}}};
+    EXPECT_EQ(loaded, profile) << "the rest is used";
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "platform/linux/FilePreferencesStore.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace kova {
@@ -11,8 +12,10 @@ FilePreferencesStore::FilePreferencesStore(std::filesystem::path file, MainQueue
     file_(std::make_shared<PreferencesFile>(std::move(file))) {
     auto loaded = file_->load(queue_.now());
     values_ = std::move(loaded.values);
-    notice_ = std::move(loaded.problem);
-    report(notice_);
+    if (!loaded.notice.empty()) notices_.push_back(loaded.notice);
+    report(loaded.notice);
+    report(writeProblem_ = loaded.problem);
+    if (!writeProblem_.empty()) noteChange(); // so that it is tried again
 }
 
 std::optional<PreferenceValue> FilePreferencesStore::value(std::string_view key) const {
@@ -29,7 +32,7 @@ void FilePreferencesStore::setValue(std::string_view key, PreferenceValue value)
 
 void FilePreferencesStore::setValueLater(std::string_view key, std::function<PreferenceValue()> make) {
     promised_.insert_or_assign(std::string(key), std::move(make));
-    writeLater();
+    writeWithin(kGatheringTime);
 }
 
 void FilePreferencesStore::takePromised() {
@@ -45,9 +48,7 @@ void FilePreferencesStore::store(std::string_view key, PreferenceValue value) {
     } else {
         return;
     }
-    ++version_;
-    isUnwritten_ = true;
-    writeLater();
+    noteChange();
 }
 
 void FilePreferencesStore::removeValue(std::string_view key) {
@@ -55,42 +56,88 @@ void FilePreferencesStore::removeValue(std::string_view key) {
     const auto found = values_.find(key);
     if (found == values_.end()) return;
     values_.erase(found);
-    ++version_;
-    isUnwritten_ = true;
-    writeLater();
+    noteChange();
 }
 
-void FilePreferencesStore::writeLater() {
-    if (std::exchange(isWriteScheduled_, true)) return;
-    queue_.after(kGatheringTime, lifetime_.guard([this] {
-        takePromised();
-        isWriteScheduled_ = false;
-        if (isUnwritten_) writeSoon();
+void FilePreferencesStore::noteChange() {
+    ++version_;
+    writeWithin(kGatheringTime);
+}
+
+void FilePreferencesStore::writeWithin(Seconds delay) {
+    const Seconds due = queue_.uptime() + delay;
+    if (scheduledWrite_) {
+        if (scheduledFor_ <= due) return;
+        scheduledWrite_->cancel();
+    }
+    scheduledFor_ = due;
+    scheduledWrite_ = queue_.after(delay, lifetime_.guard([this] {
+        scheduledWrite_.reset();
+        writeNow();
     }));
 }
 
-void FilePreferencesStore::writeSoon() {
-    isUnwritten_ = false;
-    const std::function<void(const PreferencesFile::Written&, const PreferenceValues&)> adoptLater = lifetime_.guard(
-        [this](const PreferencesFile::Written& written, const PreferenceValues& asked) { adopt(written, asked); });
-    const bool hadProblem = !writeProblem_.empty();
-    diskQueue_.post([file = file_, values = values_, version = version_, now = queue_.now(), &queue = queue_,
-                     hadProblem, adoptLater] {
-        auto written = file->write(values, version, now);
-        // Nothing to tell: the main queue need not wake up for it.
-        if (written.isOnDisk && written.takenOver.empty() && written.notice.empty() && !hadProblem) return;
-        queue.post([adoptLater, written = std::move(written), values] { adoptLater(written, values); });
+PreferencesFile::Request FilePreferencesStore::request() const {
+    return {values_, version_, unusable_.notKept()};
+}
+
+/// What changes while a write is under way is written after it.
+void FilePreferencesStore::writeNow() {
+    takePromised();
+    if (isWriting_ || isWritten()) return;
+    if (scheduledWrite_) scheduledWrite_->cancel();
+    scheduledWrite_.reset();
+    isWriting_ = true;
+    const std::function<void(const PreferencesFile::Request&, const PreferencesFile::Written&)> finishLater =
+        lifetime_.guard([this](const PreferencesFile::Request& asked, const PreferencesFile::Written& written) {
+            isWriting_ = false;
+            finish(asked, written);
+            if (!waiting_.empty()) writeNow();
+        });
+    diskQueue_.post([file = file_, asked = std::make_shared<const PreferencesFile::Request>(request()),
+                     now = queue_.now(), &queue = queue_, finishLater] {
+        auto written = std::make_shared<const PreferencesFile::Written>(file->write(*asked, now));
+        queue.post([finishLater, asked, written] { finishLater(*asked, *written); });
     });
+}
+
+void FilePreferencesStore::save(Saved done) {
+    takePromised();
+    if (isWritten()) return done(std::nullopt);
+    waiting_.push_back({version_, std::move(done)});
+    writeNow();
 }
 
 void FilePreferencesStore::synchronize() {
     takePromised();
-    adopt(file_->write(values_, version_, queue_.now()), values_);
+    const auto asked = request();
+    finish(asked, file_->write(asked, queue_.now()));
 }
 
-void FilePreferencesStore::adopt(const PreferencesFile::Written& written, const PreferenceValues& asked) {
-    if (!written.isOnDisk) isUnwritten_ = true; // tried again with the next change
-    for (const auto& [key, theirs] : written.takenOver) {
+void FilePreferencesStore::finish(const PreferencesFile::Request& asked, const PreferencesFile::Written& written) {
+    takeOver(written.takenOver, asked.values);
+    if (!written.keptAt.empty()) {
+        unusable_.keptAt(asked.unusable, written.keptAt);
+        report("the preferences with values that are not used were kept as " + written.keptAt);
+    }
+    if (!written.notice.empty() && std::ranges::find(notices_, written.notice) == notices_.end()) {
+        notices_.push_back(written.notice);
+        report(written.notice);
+    }
+    if (written.problem != writeProblem_) report(writeProblem_ = written.problem);
+    if (written.isOnDisk) {
+        writtenVersion_ = std::max(writtenVersion_, asked.version);
+        retryDelay_ = kFirstRetry;
+        if (!isWritten()) writeWithin(kGatheringTime);
+    } else {
+        writeWithin(retryDelay_);
+        retryDelay_ = std::min(2 * retryDelay_, kLongestRetry);
+    }
+    answerWaiting(asked.version);
+}
+
+void FilePreferencesStore::takeOver(const PreferencesFile::TakenOver& changes, const PreferenceValues& asked) {
+    for (const auto& [key, theirs] : changes) {
         const auto ours = std::as_const(values_).find(key), before = asked.find(key);
         const bool isChangedSince = (ours == values_.cend()) != (before == asked.end()) ||
                                     (ours != values_.cend() && ours->second != before->second);
@@ -101,19 +148,33 @@ void FilePreferencesStore::adopt(const PreferencesFile::Written& written, const 
             values_.erase(key);
         }
     }
-    if (!written.notice.empty() && written.notice != notice_) report(notice_ = written.notice);
-    if (written.problem != writeProblem_) report(writeProblem_ = written.problem);
+}
+
+/// A write that failed is no reason to keep a client waiting: its change is in memory, and will be tried again.
+void FilePreferencesStore::answerWaiting(std::uint64_t version) {
+    const auto firstLeft =
+        std::ranges::find_if(waiting_, [version](const Waiting& waiting) { return waiting.version > version; });
+    std::vector<Waiting> answered(std::make_move_iterator(waiting_.begin()), std::make_move_iterator(firstLeft));
+    waiting_.erase(waiting_.begin(), firstLeft);
+    const auto problem = writeProblem_.empty() ? std::nullopt : std::optional(writeProblem_);
+    for (const Waiting& waiting : answered) waiting.done(problem);
+}
+
+void FilePreferencesStore::noteUnusable(std::string_view key, const std::string& reason) {
+    if (unusable_.note(key, reason)) report(unusable_.texts().back());
 }
 
 void FilePreferencesStore::report(const std::string& text) {
     if (!text.empty() && problemFound_) problemFound_(text);
 }
 
-std::string FilePreferencesStore::problem() const {
-    if (notice_.empty() || writeProblem_.empty() || notice_ == writeProblem_) {
-        return notice_.empty() ? writeProblem_ : notice_;
+std::vector<std::string> FilePreferencesStore::problems() const {
+    std::vector<std::string> all = unusable_.texts();
+    all.insert(all.end(), notices_.begin(), notices_.end());
+    if (!writeProblem_.empty()) {
+        all.push_back(writeProblem_ + ". Changes are in memory only; writing is tried again");
     }
-    return notice_ + "; " + writeProblem_;
+    return all;
 }
 
 } // namespace kova

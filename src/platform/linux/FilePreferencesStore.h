@@ -1,8 +1,10 @@
-// Preferences in a file of their own. Reads answer from memory; a change is written soon after, together with others
-// that came meanwhile, on a work queue, so that nobody waits for the disk.
+// Preferences in a file of their own. Reads answer from memory; changes are written on a work queue, gathered for a
+// second or at once when a save is asked for, so that the main queue never waits for the disk. What could not be
+// written is tried again, at growing intervals, until it is on disk.
 #pragma once
 
 #include "persistence/PreferencesStore.h"
+#include "persistence/UnusableValues.h"
 #include "platform/linux/PreferencesFile.h"
 #include "support/Lifetime.h"
 #include "support/MainQueue.h"
@@ -12,13 +14,17 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace kova {
 
 class FilePreferencesStore final : public PreferencesStore {
   public:
-    /// Changes that come within this time of the first are written together.
+    /// Changes that come within this time of the first are written together, unless a save is asked for.
     static constexpr Seconds kGatheringTime{1.0};
+    /// After a failed write the next one comes this much later, twice as late each time up to the longest.
+    static constexpr Seconds kFirstRetry{1.0};
+    static constexpr Seconds kLongestRetry{60.0};
 
     /// Reads the file, which need not be there. `problemFound` hears of each problem when it shows. The queues outlive
     /// the store.
@@ -29,15 +35,27 @@ class FilePreferencesStore final : public PreferencesStore {
     void setValue(std::string_view key, PreferenceValue value) override;
     void setValueLater(std::string_view key, std::function<PreferenceValue()> make) override;
     void removeValue(std::string_view key) override;
+    void save(Saved done) override;
     void synchronize() override;
-    std::string problem() const override;
+    void noteUnusable(std::string_view key, const std::string& reason) override;
+    std::vector<std::string> problems() const override;
 
   private:
+    struct Waiting {
+        std::uint64_t version;
+        Saved done;
+    };
+
     void takePromised();
     void store(std::string_view key, PreferenceValue value);
-    void writeLater();
-    void writeSoon();
-    void adopt(const PreferencesFile::Written& written, const PreferenceValues& asked);
+    void noteChange();
+    bool isWritten() const { return version_ == writtenVersion_; }
+    void writeWithin(Seconds delay);
+    void writeNow();
+    PreferencesFile::Request request() const;
+    void finish(const PreferencesFile::Request& request, const PreferencesFile::Written& written);
+    void takeOver(const PreferencesFile::TakenOver& changes, const PreferenceValues& asked);
+    void answerWaiting(std::uint64_t version);
     void report(const std::string& text);
 
     MainQueue& queue_;
@@ -47,10 +65,15 @@ class FilePreferencesStore final : public PreferencesStore {
     PreferenceValues values_;
     std::map<std::string, std::function<PreferenceValue()>, std::less<>> promised_; // newer than `values_`
     std::uint64_t version_ = 0;
-    bool isWriteScheduled_ = false;
-    bool isUnwritten_ = false;
-    std::string notice_;       // stays until the agent ends
-    std::string writeProblem_; // stays until a write succeeds
+    std::uint64_t writtenVersion_ = 0;
+    bool isWriting_ = false; // on the work queue
+    std::shared_ptr<ScheduledWork> scheduledWrite_;
+    Seconds scheduledFor_{0}; // uptime
+    Seconds retryDelay_{kFirstRetry};
+    std::vector<Waiting> waiting_; // oldest first
+    UnusableValues unusable_;
+    std::vector<std::string> notices_; // stay until the agent ends
+    std::string writeProblem_;         // stays until a write succeeds
     Lifetime lifetime_;
 };
 

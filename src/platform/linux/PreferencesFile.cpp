@@ -1,18 +1,20 @@
 #include "platform/linux/PreferencesFile.h"
 
+#include "persistence/PreferenceKeys.h"
 #include "platform/linux/XdgFolders.h"
+#include "support/Dates.h"
 #include "support/JsonDecoding.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
+#include <sys/file.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <csignal>
 #include <cstring>
-#include <ctime>
-#include <set>
+#include <thread>
 #include <utility>
 
 namespace kova {
@@ -21,25 +23,21 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr off_t kLargestFileBytes = 64 << 20;
+/// A file beyond this is none of ours: scenes and rules take at most 64 MiB as they are exported, and a third more when
+/// they are indented once more.
+constexpr off_t kLargestFileBytes = 96 << 20;
+/// Another agent that holds the file for so long has been stopped.
+constexpr auto kLongestTurn = std::chrono::seconds(1);
 constexpr int kMostLinks = 40;
 
 std::string reasonOf(int error) {
     return std::strerror(error);
 }
 
-/// "20261121-035455", in local time, as a person looks at a clock.
-std::string dateStamp(WallTime now) {
-    const auto seconds = std::chrono::system_clock::to_time_t(now);
-    tm local{};
-    localtime_r(&seconds, &local);
-    char text[32];
-    return {text, std::strftime(text, sizeof text, "%Y%m%d-%H%M%S", &local)};
-}
-
 /// A name beside the file that nothing has yet: "preferences.json.damaged-20261121-035455".
 fs::path freeNameBeside(const fs::path& file, const std::string& word, WallTime now) {
-    const std::string base = file.string() + "." + word + "-" + dateStamp(now);
+    const std::string base =
+        file.string() + "." + word + "-" + localDateStamp(std::chrono::floor<std::chrono::microseconds>(now));
     fs::path name = base;
     struct stat status {};
     for (int i = 2; lstat(name.c_str(), &status) == 0; ++i) name = base + "-" + std::to_string(i);
@@ -68,6 +66,17 @@ nlohmann::json jsonOf(const PreferenceValue& value) {
     if (const auto* boolean = std::get_if<bool>(&value)) return *boolean;
     if (const auto* string = std::get_if<std::string>(&value)) return *string;
     return nlohmann::json::parse(std::get<PreferenceData>(value).json, nullptr, false);
+}
+
+/// Whole records that an agent keeps for itself: which windows are where means nothing to another one.
+bool isOwnState(const std::string& key) {
+    return key == preferenceKey::workspaceSession || key == preferenceKey::autoArrangeLearning;
+}
+
+/// Values that every agent sets for its own session, so that nothing a person wrote is lost when one gives way.
+bool isWorthACopy(const std::string& place) {
+    return place != std::string(preferenceKey::workspaceProduct) + ".activeSceneID" &&
+           place != std::string(preferenceKey::workspaceProfile) + ".id";
 }
 
 /// The values as they come back from the file: a record's text depends on its content alone.
@@ -105,26 +114,14 @@ std::optional<PreferenceValue> at(const PreferenceValues& values, const std::str
     return found->second;
 }
 
-/// Brings into `ours` what somebody changed in the file (from `before` to `theirs`) and we did not. Gives the keys that
-/// both changed, to different values, as a list for people; there ours stays.
-std::string merge(const PreferenceValues& before, const PreferenceValues& theirs, PreferenceValues& ours,
-                  PreferencesFile::TakenOver& takenOver) {
-    std::set<std::string> keys;
-    for (const auto& entry : theirs) keys.insert(entry.first);
-    for (const auto& entry : before) keys.insert(entry.first);
-    std::string disputed;
-    for (const auto& key : keys) {
-        const auto valueBefore = at(before, key), theirValue = at(theirs, key), ourValue = at(ours, key);
-        if (theirValue == valueBefore || theirValue == ourValue) continue;
-        if (ourValue != valueBefore) {
-            disputed += (disputed.empty() ? "" : ", ") + key;
-            continue;
-        }
-        takenOver.emplace(key, theirValue);
-        ours.erase(key);
-        if (theirValue) ours.emplace(key, *theirValue);
-    }
-    return disputed;
+JsonOrAbsent jsonAt(const PreferenceValues& values, const std::string& key) {
+    const auto found = values.find(key);
+    if (found == values.end()) return std::nullopt;
+    return jsonOf(found->second);
+}
+
+bool isRecord(const std::optional<PreferenceValue>& value) {
+    return value && std::holds_alternative<PreferenceData>(*value);
 }
 
 class Descriptor {
@@ -190,6 +187,27 @@ void removeAbandonedDrafts(const fs::path& target) {
     }
 }
 
+/// While it exists, agents of other sessions do not write into the folder. Best effort: a folder that cannot be locked,
+/// as on some network file systems, is used without.
+class FolderTurn {
+  public:
+    explicit FolderTurn(const fs::path& folder) : folder_(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+        const auto end = std::chrono::steady_clock::now() + kLongestTurn;
+        while (folder_.isOpen() && flock(folder_.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK &&
+               std::chrono::steady_clock::now() < end) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+    }
+
+  private:
+    Descriptor folder_; // closing it ends the turn
+};
+
+/// Something that is no file of ours, rather than a file that cannot be read at the moment.
+bool isDamage(int error) {
+    return error == EISDIR || error == EINVAL || error == EFBIG;
+}
+
 } // namespace
 
 bool PreferencesFile::Fingerprint::operator==(const Fingerprint& other) const {
@@ -199,100 +217,160 @@ bool PreferencesFile::Fingerprint::operator==(const Fingerprint& other) const {
 
 PreferencesFile::PreferencesFile(fs::path path) : path_(std::move(path)) {}
 
+PreferencesFile::Fingerprint PreferencesFile::fingerprintOf(const struct stat& status) {
+    return {status.st_dev, status.st_ino, status.st_size, status.st_mtim};
+}
+
 std::optional<PreferencesFile::Fingerprint> PreferencesFile::fingerprint(const fs::path& target) {
     struct stat status {};
     if (lstat(target.c_str(), &status) != 0) return std::nullopt;
-    return Fingerprint{status.st_dev, status.st_ino, status.st_size, status.st_mtim};
+    return fingerprintOf(status);
 }
 
 PreferencesFile::Reading PreferencesFile::read(const fs::path& target, WallTime now) {
-    Reading reading;
-    std::string reason;
+    Text reading;
     const int error = readAll(target, reading.text);
-    if (error == ENOENT || error == ENOTDIR) return reading;
-    if (error == 0) {
-        try {
-            reading.values = valuesOf(reading.text);
-            return reading;
-        } catch (const DecodingError& decodingError) {
-            reason = decodingError.what();
-        }
-    } else {
-        reason = reasonOf(error);
+    if (error == ENOENT || error == ENOTDIR) return Absent{};
+    if (isDamage(error)) return setAside(target, reasonOf(error), now);
+    if (error != 0) return Blocked{target.string() + " cannot be read now: " + reasonOf(error)};
+    try {
+        reading.values = valuesOf(reading.text);
+        return reading;
+    } catch (const DecodingError& decodingError) {
+        return setAside(target, decodingError.what(), now);
     }
-    const auto aside = freeNameBeside(target, "damaged", now);
-    if (rename(target.c_str(), aside.c_str()) == 0) {
-        reading.notice = target.string() + " could not be read (" + reason + "); it was set aside as " + aside.string();
-    } else {
-        reading.isBlocked = true;
-        reading.notice = target.string() + " could not be read (" + reason + ") and not be set aside (" +
-                         reasonOf(errno) + "); preferences are not written";
-    }
-    return reading;
+}
+
+/// A link is set aside rather than what it points to, which may be a file of another program.
+PreferencesFile::Reading PreferencesFile::setAside(const fs::path& target, const std::string& reason, WallTime now) {
+    std::error_code error;
+    const fs::path& damaged = fs::is_symlink(path_, error) ? path_ : target;
+    const auto aside = freeNameBeside(damaged, "damaged", now);
+    const std::string what = target.string() + " could not be read (" + reason + ")";
+    if (rename(damaged.c_str(), aside.c_str()) == 0) return SetAside{what + "; it was set aside as " + aside.string()};
+    return Blocked{what + " and not be set aside (" + reasonOf(errno) + ")"};
 }
 
 PreferencesFile::Loaded PreferencesFile::load(WallTime now) {
     const std::lock_guard lock(mutex_);
     const auto target = targetOf(path_);
-    if (!target) return {{}, path_.string() + " is a link that leads back to itself; preferences are not written"};
+    if (!target) return {{}, {}, path_.string() + " is a link that leads back to itself"};
     removeAbandonedDrafts(*target);
     knownFingerprint_ = fingerprint(*target);
-    auto reading = read(*target, now);
-    if (!reading.values) knownFingerprint_.reset();
-    known_ = reading.values.value_or(PreferenceValues{});
-    return {known_, reading.notice};
+    const auto reading = read(*target, now);
+    if (const auto* text = std::get_if<Text>(&reading)) {
+        ours_ = known_ = text->values;
+        return {known_, {}, {}};
+    }
+    knownFingerprint_.reset();
+    if (const auto* aside = std::get_if<SetAside>(&reading)) return {{}, aside->notice, {}};
+    const auto* blocked = std::get_if<Blocked>(&reading);
+    isUnread_ = blocked != nullptr;
+    return {{}, {}, blocked ? blocked->reason : std::string()};
 }
 
-PreferencesFile::Written PreferencesFile::write(const PreferenceValues& values, std::uint64_t version, WallTime now) {
+PreferenceValues PreferencesFile::mergeInto(const PreferenceValues& theirs, const PreferenceValues& ours,
+                                            Written& written, std::string& disputed) const {
+    PreferenceKeySet keys;
+    for (const auto* side : {&theirs, &ours}) {
+        for (const auto& entry : *side) keys.insert(entry.first);
+    }
+    PreferenceValues next;
+    for (const auto& key : keys) {
+        const auto our = at(ours, key), their = at(theirs, key), base = at(ours_, key);
+        std::optional<PreferenceValue> value = our;
+        if (our == base || our == at(known_, key)) { // unchanged by us, or what an earlier look took over
+            value = their;
+        } else if (their != base && their != our && !isOwnState(key)) {
+            const auto merged = merge(key, {jsonAt(ours_, key), jsonAt(ours, key), jsonAt(theirs, key),
+                                            jsonAt(known_, key), isUnread_ ? MergeWinner::theirs : MergeWinner::ours});
+            value = merged.value ? std::optional(valueOf(*merged.value)) : std::nullopt;
+            for (const auto& place : merged.disputed) {
+                if (isWorthACopy(place)) disputed += (disputed.empty() ? "" : ", ") + place;
+            }
+        }
+        if (value != our && !isRecord(value) && !isRecord(our)) written.takenOver.emplace(key, value);
+        if (value) next.emplace(key, *std::move(value));
+    }
+    return next;
+}
+
+std::string PreferencesFile::keepCopies(const fs::path& target, const PreferenceValues& next, const Request& request,
+                                        const std::string& disputed, WallTime now, Written& written) {
+    const bool overwritesUnusable =
+        std::ranges::any_of(request.unusable, [&](const auto& key) { return at(next, key) != at(known_, key); });
+    if (disputed.empty() && !overwritesUnusable) return {};
+    const auto present = fingerprint(target);
+    if (!present) return {};             // nothing is overwritten
+    if (present != copiedFingerprint_) { // else this is another try, and the copy is there
+        const auto aside = freeNameBeside(target, disputed.empty() ? "damaged" : "edited", now);
+        std::string text;
+        int error = readAll(target, text);
+        if (error == 0) {
+            const Descriptor copy(open(aside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+            error = copy.isOpen() ? writeDurably(copy.number(), text) : errno;
+            if (copy.isOpen() && error != 0) unlink(aside.c_str());
+        }
+        if (error != 0) return "no copy of " + target.string() + " could be kept: " + reasonOf(error);
+        copiedFingerprint_ = present;
+        copiedTo_ = aside.string();
+    }
+    if (!disputed.empty()) {
+        written.notice = target.string() + " was edited while " + disputed +
+                         " also changed here; the edited file was kept as " + copiedTo_;
+    }
+    if (overwritesUnusable) written.keptAt = copiedTo_;
+    return {};
+}
+
+PreferencesFile::Written PreferencesFile::write(const Request& request, WallTime now) {
     const std::lock_guard lock(mutex_);
     Written written;
-    if (version < newestVersion_) {
+    if (request.version < newestVersion_) {
         written.isOnDisk = true; // as part of the newer version
         return written;
     }
-    const auto target = targetOf(path_);
+    auto target = targetOf(path_);
     if (!target) {
         written.problem = path_.string() + " is a link that leads back to itself";
         return written;
     }
-    auto next = asInFile(values, known_);
+    const FolderTurn turn(target->parent_path());
     const auto present = fingerprint(*target);
     std::optional<PreferenceValues> inFile;
     if (present && present == knownFingerprint_) {
         inFile = known_;
     } else if (present) {
         auto reading = read(*target, now);
-        if (reading.isBlocked) {
-            written.problem = reading.notice;
+        if (auto* blocked = std::get_if<Blocked>(&reading)) {
+            written.problem = blocked->reason;
             return written;
         }
-        written.notice = reading.notice;
-        inFile = std::move(reading.values);
-        const auto disputed = inFile ? merge(known_, *inFile, next, written.takenOver) : std::string();
-        if (!disputed.empty()) {
-            const auto aside = freeNameBeside(*target, "edited", now);
-            const Descriptor copy(open(aside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-            if (const int error = copy.isOpen() ? writeDurably(copy.number(), reading.text) : errno; error != 0) {
-                written.problem =
-                    target->string() + " was edited meanwhile, and no copy of it could be kept: " + reasonOf(error);
-                written.takenOver.clear();
-                return written;
-            }
-            written.notice = target->string() + " was edited while " + disputed +
-                             " also changed here; the edited file was kept as " + aside.string();
+        if (auto* aside = std::get_if<SetAside>(&reading)) {
+            written.notice = aside->notice;
+            target = targetOf(path_).value_or(path_); // no longer what a link pointed to
         }
+        if (auto* text = std::get_if<Text>(&reading)) inFile = std::move(text->values);
     }
-    // A file that says all this already stays as a person wrote it, and nobody gets a file for nothing.
+    auto ours = asInFile(request.values, ours_);
+    // A file that was removed or damaged meanwhile comes back as it was.
+    std::string disputed;
+    auto next = mergeInto(inFile.value_or(known_), ours, written, disputed);
+    // A file that says all this already stays as a person wrote it, and where there is nothing to say there is no file.
     if (inFile ? next != *inFile : !next.empty()) {
-        written.problem = replace(*target, documentOf(next));
+        written.problem = keepCopies(*target, next, request, disputed, now, written);
+        if (written.problem.empty()) written.problem = replace(*target, documentOf(next));
         if (!written.problem.empty()) {
             written.takenOver.clear();
             return written;
         }
+    } else {
+        knownFingerprint_ = present;
     }
-    knownFingerprint_ = fingerprint(*target);
     known_ = std::move(next);
-    newestVersion_ = version;
+    ours_ = std::move(ours);
+    isUnread_ = false;
+    newestVersion_ = request.version;
     written.isOnDisk = true;
     return written;
 }
@@ -307,10 +385,13 @@ std::string PreferencesFile::replace(const fs::path& target, const std::string& 
     const auto failure = [&target](int error) { return "cannot write " + target.string() + ": " + reasonOf(error); };
     // At the next start it would be set aside as damaged, with all that is in it.
     if (text.size() > static_cast<std::size_t>(kLargestFileBytes)) return failure(EFBIG);
+    struct stat status {};
     {
         const Descriptor file(open(draft.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600));
         if (!file.isOpen()) return failure(errno);
-        if (const int error = writeDurably(file.number(), text); error != 0) {
+        int error = writeDurably(file.number(), text);
+        if (error == 0 && fstat(file.number(), &status) != 0) error = errno;
+        if (error != 0) {
             unlink(draft.c_str());
             return failure(error);
         }
@@ -320,6 +401,7 @@ std::string PreferencesFile::replace(const fs::path& target, const std::string& 
         unlink(draft.c_str());
         return failure(error);
     }
+    knownFingerprint_ = fingerprintOf(status);
     // The new name lasts only once its folder is on disk too. The file is whole either way.
     const Descriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (opened.isOpen()) fsync(opened.number());

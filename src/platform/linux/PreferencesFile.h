@@ -1,8 +1,10 @@
 // The preference file on disk: JSON that a person can read and edit, every key beside its value, records as structure.
-// At every moment the file is whole, the old one or the new one. What cannot be read is never overwritten, and neither
-// is what somebody else wrote meanwhile: the one is set aside under a dated name, the other is merged.
+// At every moment the file is whole, the old one or the new one. Nothing of another writer, a person or the agent of
+// another session, is overwritten: what we changed is merged into what is there, and where both changed one value, or
+// the file is damaged, a copy is kept under a dated name.
 #pragma once
 
+#include "persistence/PreferenceMerge.h"
 #include "persistence/PreferencesStore.h"
 #include "support/MainQueue.h"
 
@@ -10,14 +12,18 @@
 #include <map>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
+#include <variant>
 #include <vector>
 
+#include <sys/stat.h>
 #include <sys/types.h>
 
 namespace kova {
 
 using PreferenceValues = std::map<std::string, PreferenceValue, std::less<>>;
+using PreferenceKeySet = std::set<std::string, std::less<>>;
 
 /// Any thread; calls wait for one another and for the disk.
 class PreferencesFile {
@@ -25,23 +31,31 @@ class PreferencesFile {
     /// A path that is a link is written through to what it points to.
     explicit PreferencesFile(std::filesystem::path path);
 
+    /// In words for a person; empty when there is nothing to say.
     struct Loaded {
         PreferenceValues values;
-        std::string problem; // in words for a person; empty when there is none
+        std::string notice;  // what became of a damaged file
+        std::string problem; // why the file cannot be read at the moment
     };
     Loaded load(WallTime now);
 
-    /// A key that somebody else changed in the file and we did not: its value there, absent when it was removed.
+    struct Request {
+        PreferenceValues values;
+        std::uint64_t version = 0; // grows with every change of the values
+        PreferenceKeySet unusable; // keys whose stored value is kept in a copy before it is overwritten
+    };
+    /// A key that was changed in the file and not by us: its value there, absent when it was removed. Records are not
+    /// among them: whoever holds one in memory goes on with it, and only the file has both sides' changes.
     using TakenOver = std::map<std::string, std::optional<PreferenceValue>>;
     struct Written {
         bool isOnDisk = false;
         TakenOver takenOver;
+        std::string keptAt;  // the copy of a file with unusable values; empty when none was made
         std::string notice;  // what a person should know of, although all went well
         std::string problem; // why nothing was written
     };
-    /// Writes all the values, unless they are on disk already. `version` grows with every change of the values: an
-    /// older version than one written before is dropped.
-    Written write(const PreferenceValues& values, std::uint64_t version, WallTime now);
+    /// Writes all the values, unless they are on disk already. An older version than one written before is dropped.
+    Written write(const Request& request, WallTime now);
 
   private:
     /// Tells two states of a file apart without reading it.
@@ -52,22 +66,40 @@ class PreferencesFile {
         timespec changed{};
         bool operator==(const Fingerprint& other) const;
     };
-    /// What is in the file now; values are absent when there is no file, or none that could be kept.
-    struct Reading {
-        std::optional<PreferenceValues> values;
-        std::string text;
+    struct Absent {};
+    struct SetAside {
         std::string notice;
-        bool isBlocked = false; // something unreadable is in the way, and could not be set aside: `notice` says what
     };
+    /// Not now: it is neither read nor written.
+    struct Blocked {
+        std::string reason;
+    };
+    struct Text {
+        PreferenceValues values;
+        std::string text;
+    };
+    using Reading = std::variant<Absent, Text, SetAside, Blocked>;
+
     Reading read(const std::filesystem::path& target, WallTime now);
+    Reading setAside(const std::filesystem::path& target, const std::string& reason, WallTime now);
+    PreferenceValues mergeInto(const PreferenceValues& theirs, const PreferenceValues& ours, Written& written,
+                               std::string& disputed) const;
+    /// Empty when done or done before, else why not.
+    std::string keepCopies(const std::filesystem::path& target, const PreferenceValues& next, const Request& request,
+                           const std::string& disputed, WallTime now, Written& written);
+    static Fingerprint fingerprintOf(const struct stat& status);
     static std::optional<Fingerprint> fingerprint(const std::filesystem::path& target);
-    /// Empty when done, else why not.
+    /// Empty when done, else why not. Then `knownFingerprint_` is that of the new file.
     std::string replace(const std::filesystem::path& target, const std::string& text);
 
     const std::filesystem::path path_;
     std::mutex mutex_;
     PreferenceValues known_; // in the file, as far as we know
+    PreferenceValues ours_;  // what we wrote last, or read at the start
+    bool isUnread_ = false;  // the file could not be read at the start, and what it holds goes before ours
     std::optional<Fingerprint> knownFingerprint_;
+    std::optional<Fingerprint> copiedFingerprint_; // of the file that the last copy was made of
+    std::string copiedTo_;
     std::uint64_t newestVersion_ = 0;
 };
 

@@ -2,8 +2,11 @@
 #pragma once
 
 #include "persistence/PreferencesStore.h"
+#include "persistence/UnusableValues.h"
+#include "support/Lifetime.h"
 
 #include <string>
+#include <vector>
 
 namespace kova::macos {
 
@@ -14,11 +17,19 @@ class UserDefaultsStore final : public PreferencesStore {
     std::optional<PreferenceValue> value(std::string_view key) const override;
     void setValue(std::string_view key, PreferenceValue value) override;
     void removeValue(std::string_view key) override;
+    void save(Saved done) override;
     void synchronize() override;
-    std::string problem() const override { return problem_; }
+    /// The copy is kept in the same domain, under the key with ".damaged-" and the date behind it.
+    void noteUnusable(std::string_view key, const std::string& reason) override;
+    std::vector<std::string> problems() const override;
 
   private:
-    std::string problem_;
+    void keepCopy(std::string_view key);
+    void noteWritten(bool isWritten);
+
+    UnusableValues unusable_;
+    std::string writeProblem_;
+    Lifetime lifetime_;
 };
 
 } // namespace kova::macos

@@ -1,7 +1,15 @@
 #include "platform/macos/UserDefaultsStore.h"
 
+#include "platform/macos/Contained.h"
 #include "platform/macos/CoreFoundation.h"
+#include "support/Dates.h"
+#include "support/Log.h"
 #include "support/Overloaded.h"
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <utility>
 
 namespace kova::macos {
 
@@ -37,19 +45,58 @@ std::optional<PreferenceValue> UserDefaultsStore::value(std::string_view key) co
 
 void UserDefaultsStore::setValue(std::string_view key, PreferenceValue value) {
     @autoreleasepool {
+        keepCopy(key);
         [NSUserDefaults.standardUserDefaults setObject:object(value) forKey:nsString(key)];
     }
 }
 
 void UserDefaultsStore::removeValue(std::string_view key) {
     @autoreleasepool {
+        keepCopy(key);
         [NSUserDefaults.standardUserDefaults removeObjectForKey:nsString(key)];
     }
 }
 
+void UserDefaultsStore::save(Saved done) {
+    const auto answer = std::make_shared<std::function<void(bool)>>(
+        lifetime_.guard([this, done = std::move(done)](bool isWritten) {
+            noteWritten(isWritten);
+            done(isWritten ? std::nullopt : std::optional(writeProblem_));
+        }));
+    // The call waits for the system's preferences daemon.
+    dispatch_async(dispatch_get_global_queue(QOS_CLASS_USER_INITIATED, 0), ^{
+      const bool isWritten = CFPreferencesAppSynchronize(kCFPreferencesCurrentApplication) != 0;
+      dispatch_async(dispatch_get_main_queue(), ^{
+        contained([&] { (*answer)(isWritten); });
+      });
+    });
+}
+
 void UserDefaultsStore::synchronize() {
-    const bool isWritten = CFPreferencesAppSynchronize(kCFPreferencesCurrentApplication) != 0;
-    problem_ = isWritten ? "" : "The system could not write the preferences";
+    noteWritten(CFPreferencesAppSynchronize(kCFPreferencesCurrentApplication) != 0);
+}
+
+void UserDefaultsStore::noteWritten(bool isWritten) {
+    writeProblem_ = isWritten ? "" : "The system could not write the preferences";
+}
+
+void UserDefaultsStore::noteUnusable(std::string_view key, const std::string& reason) {
+    if (unusable_.note(key, reason)) log(LogLevel::warning, unusable_.texts().back());
+}
+
+void UserDefaultsStore::keepCopy(std::string_view key) {
+    if (!unusable_.notKept().contains(key)) return;
+    id stored = [NSUserDefaults.standardUserDefaults objectForKey:nsString(key)];
+    const auto now = std::chrono::floor<std::chrono::microseconds>(std::chrono::system_clock::now());
+    const std::string copy = std::string(key) + ".damaged-" + localDateStamp(now);
+    if (stored) [NSUserDefaults.standardUserDefaults setObject:stored forKey:nsString(copy)];
+    unusable_.keptAt({std::string(key)}, copy);
+}
+
+std::vector<std::string> UserDefaultsStore::problems() const {
+    std::vector<std::string> all = unusable_.texts();
+    if (!writeProblem_.empty()) all.push_back(writeProblem_);
+    return all;
 }
 
 } // namespace kova::macos

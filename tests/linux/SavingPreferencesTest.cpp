@@ -1,0 +1,281 @@
+// When a change is on disk, and what becomes of it when the disk or another writer is in the way.
+#include "persistence/PreferenceKeys.h"
+#include "platform/linux/FilePreferencesStore.h"
+#include "platform/simulated/VirtualTime.h"
+#include "tests/linux/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <deque>
+
+namespace kova {
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+
+/// A disk that works when the test lets it.
+class HeldDisk final : public WorkQueue {
+  public:
+    void post(std::function<void()> job) override { jobs.push_back(std::move(job)); }
+    /// The number of jobs done.
+    int run() {
+        int done = 0;
+        for (; !jobs.empty(); ++done) {
+            const auto job = std::move(jobs.front());
+            jobs.pop_front();
+            job();
+        }
+        return done;
+    }
+    std::deque<std::function<void()>> jobs;
+};
+
+class SavingPreferences : public testing::Test {
+  protected:
+    fs::path folder() const { return temporary.path() / "config/kova"; }
+    fs::path file() const { return folder() / "preferences.json"; }
+    fs::path given(const std::string& text) const { return temporary.write("config/kova/preferences.json", text); }
+    json inFile() const { return json::parse(contentsOf(file())); }
+    FilePreferencesStore store() {
+        return FilePreferencesStore(file(), queue, disk, [this](const std::string& text) { log += text + "\n"; });
+    }
+    /// The answer to a save, with nothing held.
+    std::string saved(FilePreferencesStore& store) {
+        std::string answer = "none";
+        store.save([&](const auto& problem) { answer = problem.value_or("on disk"); });
+        disk.run();
+        queue.runDue();
+        return answer;
+    }
+    /// Contents of the files that were set aside or copied.
+    std::vector<std::string> copies(const std::string& word) const {
+        std::vector<std::string> found;
+        for (const auto& member : fs::directory_iterator(folder())) {
+            if (member.path().filename().string().starts_with("preferences.json." + word + "-"))
+                found.push_back(contentsOf(member.path()));
+        }
+        return found;
+    }
+    static std::string all(const PreferencesStore& store) {
+        std::string text;
+        for (const auto& problem : store.problems()) text += problem + "\n";
+        return text;
+    }
+    /// While it lives, no file can be opened.
+    class NoDescriptors {
+      public:
+        NoDescriptors() {
+            getrlimit(RLIMIT_NOFILE, &usual_);
+            rlimit none = usual_;
+            const int lowestFree = dup(STDERR_FILENO);
+            close(lowestFree);
+            none.rlim_cur = static_cast<rlim_t>(lowestFree);
+            setrlimit(RLIMIT_NOFILE, &none);
+        }
+        ~NoDescriptors() { setrlimit(RLIMIT_NOFILE, &usual_); }
+
+      private:
+        rlimit usual_{};
+    };
+
+    TemporaryFolder temporary;
+    VirtualMainQueue queue;
+    HeldDisk disk;
+    std::string log;
+};
+
+TEST_F(SavingPreferences, ASaveIsAnsweredOnceItIsOnDiskAndNobodyWaitsForTheDisk) {
+    auto store = this->store();
+    std::string answers;
+    const auto save = [&](const char* name) {
+        store.save([&answers, name](const auto& problem) { answers += name + problem.value_or(""); });
+    };
+    store.setValue("a", true);
+    save("a");
+    store.setValue("b", true);
+    save("b"); // while the first is being written
+    queue.runDue();
+    EXPECT_EQ(answers, "");
+    ASSERT_EQ(disk.jobs.size(), 1U);
+    disk.run();
+    EXPECT_EQ(inFile(), json::parse(R"({"a":true})"));
+    EXPECT_EQ(answers, "") << "the main queue has not heard of it";
+    queue.runDue();
+    EXPECT_EQ(answers, "a");
+    disk.run();
+    queue.runDue();
+    EXPECT_EQ(answers, "ab");
+    EXPECT_EQ(inFile(), json::parse(R"({"a":true,"b":true})"));
+    save("c");
+    EXPECT_EQ(answers, "abc") << "nothing is left to write";
+    queue.advance(Seconds(5));
+    EXPECT_TRUE(disk.jobs.empty()) << "what was saved is not written again";
+    store.setValueLater("later", [] { return PreferenceValue(true); });
+    EXPECT_EQ(saved(store), "on disk");
+    EXPECT_TRUE(inFile().contains("later"));
+    EXPECT_EQ(queue.pendingCount(), 0U);
+}
+
+TEST_F(SavingPreferences, WhatCannotBeWrittenIsSaidAndTriedAgainUntilItCan) {
+    const auto obstacle = temporary.write("config", "a file where the folder should be");
+    auto store = this->store();
+    store.setValue("a", true);
+    EXPECT_NE(saved(store).find("cannot make the folder"), std::string::npos);
+    EXPECT_NE(all(store).find("in memory only"), std::string::npos) << all(store);
+    EXPECT_EQ(std::ranges::count(log, '\n'), 1) << log;
+    std::string tries;
+    for (int second = 1; second <= 200; ++second) {
+        queue.advance(Seconds(1));
+        if (disk.run() > 0) tries += std::to_string(second) + " ";
+        queue.runDue();
+    }
+    EXPECT_EQ(tries, "1 3 7 15 31 63 123 183 ");
+    EXPECT_EQ(std::ranges::count(log, '\n'), 1) << "said once";
+    fs::remove(obstacle);
+    queue.advance(FilePreferencesStore::kLongestRetry);
+    disk.run();
+    queue.runDue();
+    EXPECT_EQ(inFile(), json::parse(R"({"a":true})"));
+    EXPECT_EQ(all(store), "");
+    EXPECT_EQ(queue.pendingCount(), 0U);
+}
+
+TEST_F(SavingPreferences, AFileThatCannotBeReadNowIsLeftAloneAndGoesBeforeWhatWasMadeUpMeanwhile) {
+    given(R"({"KOVA.workspaceProfile.v1": {"name": "Mine"}, "both": "theirs"})");
+    std::optional<FilePreferencesStore> store;
+    {
+        const NoDescriptors none;
+        store.emplace(file(), queue, disk);
+        EXPECT_NE(all(*store).find("cannot be read now"), std::string::npos) << all(*store);
+        store->setValue("KOVA.workspaceProfile.v1", PreferenceData{R"({"name": "New", "themeID": "x"})"});
+        store->setValue("both", std::string("ours"));
+        EXPECT_NE(saved(*store).find("cannot be read now"), std::string::npos);
+    }
+    EXPECT_EQ(saved(*store), "on disk");
+    EXPECT_EQ(inFile(),
+              json::parse(R"({"KOVA.workspaceProfile.v1": {"name": "Mine", "themeID": "x"}, "both": "theirs"})"));
+    EXPECT_EQ(store->string("both"), "theirs");
+    EXPECT_EQ(all(*store), "") << "it could be read after all";
+
+    // An edit is not lost either because it could not be looked at.
+    given(R"({"both": "edited", "new": true})");
+    store->setValue("mine", true);
+    {
+        const NoDescriptors none;
+        EXPECT_NE(saved(*store).find("cannot be read now"), std::string::npos);
+    }
+    EXPECT_EQ(saved(*store), "on disk");
+    EXPECT_EQ(inFile(), json::parse(R"({"both": "edited", "mine": true, "new": true})"));
+    EXPECT_TRUE(copies("damaged").empty());
+}
+
+TEST_F(SavingPreferences, AValueThatIsNotUsedIsCopiedBeforeItIsFirstOverwritten) {
+    const std::string text = R"({"good": {"n": 1}, "bad": {"n": "one"}})";
+    given(text);
+    auto store = this->store();
+    store.noteUnusable("bad", "n: expected a number");
+    store.noteUnusable("bad", "n: expected a number");
+    EXPECT_EQ(all(store),
+              "bad is not used as stored: n: expected a number. A copy will be kept before it is overwritten\n");
+    EXPECT_EQ(log, all(store));
+    store.setValue("good", PreferenceData{R"({"n":2})"});
+    EXPECT_EQ(saved(store), "on disk");
+    EXPECT_EQ(inFile()["bad"]["n"], "one");
+    EXPECT_TRUE(copies("damaged").empty());
+    const std::string before = contentsOf(file());
+    for (const char* value : {R"({"n":1})", R"({"n":3})"}) {
+        store.setValue("bad", PreferenceData{value});
+        EXPECT_EQ(saved(store), "on disk");
+    }
+    EXPECT_EQ(copies("damaged"), std::vector{before}) << "once";
+    EXPECT_NE(all(store).find("What was stored is kept as " + file().string() + ".damaged-"), std::string::npos)
+        << all(store);
+
+    // When no copy can be kept, nothing is overwritten.
+    store.noteUnusable("good", "n: too small");
+    store.setValue("good", PreferenceData{"7"});
+    {
+        const NoDescriptors none;
+        EXPECT_NE(saved(store).find("no copy"), std::string::npos);
+    }
+    EXPECT_EQ(inFile()["good"]["n"], 2);
+}
+
+TEST_F(SavingPreferences, ADamagedFileBehindALinkKeepsItsName) {
+    const auto foreign = temporary.write("home/.bashrc", "alias ll=ls");
+    fs::create_directories(folder());
+    fs::create_symlink(foreign, file());
+    auto store = this->store();
+    store.setValue("a", true);
+    EXPECT_EQ(saved(store), "on disk");
+    EXPECT_EQ(contentsOf(foreign), "alias ll=ls");
+    EXPECT_EQ(inFile(), json::parse(R"({"a":true})"));
+    EXPECT_EQ(copies("damaged"), std::vector<std::string>{"alias ll=ls"}) << "the link";
+}
+
+TEST_F(SavingPreferences, TwoAgentsKeepWhatEachOfThemAdds) {
+    auto first = this->store(), second = this->store();
+    const std::string product(preferenceKey::workspaceProduct), profile(preferenceKey::workspaceProfile),
+        session(preferenceKey::workspaceSession);
+    for (int i = 1; i <= 12; ++i) {
+        for (auto* agent : {&first, &second}) {
+            const std::string name = agent == &first ? "first" : "second";
+            json scenes = json::array(), selections = json::object();
+            for (int scene = 1; scene <= i; ++scene) {
+                scenes.push_back({{"id", name + std::to_string(scene)}});
+                selections["display of " + name + std::to_string(scene)] = scene;
+            }
+            agent->setValue(
+                product, PreferenceData{json{{"scenes", scenes}, {"activeSceneID", name + std::to_string(i)}}.dump()});
+            agent->setValue(profile,
+                            PreferenceData{json{{"id", name}, {"layoutSelectionsByDisplay", selections}}.dump()});
+            agent->setValue(session, PreferenceData{json{{"windows", {name, i}}}.dump()});
+            agent->setValue(name, std::to_string(i));
+            ASSERT_EQ(saved(*agent), "on disk");
+        }
+    }
+    EXPECT_EQ(inFile()[product]["scenes"].size(), 24U);
+    EXPECT_EQ(inFile()[profile]["layoutSelectionsByDisplay"].size(), 24U);
+    EXPECT_EQ(inFile()[session], json::parse(R"({"windows": ["second", 12]})"));
+    EXPECT_EQ(inFile()["first"], "12");
+    EXPECT_EQ(copies("edited").size() + copies("damaged").size(), 0U);
+    EXPECT_EQ(log, "");
+
+    // One removes a scene of its own, the other one goes on.
+    json scenes = json::array();
+    for (int scene = 2; scene <= 12; ++scene) scenes.push_back({{"id", "first" + std::to_string(scene)}});
+    first.setValue(product, PreferenceData{json{{"scenes", scenes}}.dump()});
+    ASSERT_EQ(saved(first), "on disk");
+    second.setValue("more", true);
+    ASSERT_EQ(saved(second), "on disk");
+    EXPECT_EQ(inFile()[product]["scenes"].size(), 23U);
+}
+
+TEST_F(SavingPreferences, AnEditWithinARecordIsMergedWithWhatTheAgentChangesInIt) {
+    const std::string profile(preferenceKey::workspaceProfile);
+    given(json{{profile, {{"tileInset", 5}, {"name", "Mine"}, {"themeID", "a"}}}}.dump());
+    auto store = this->store();
+    given(json{{profile, {{"tileInset", 5}, {"name", "Edited"}, {"themeID", "a"}}}}.dump());
+    for (const int inset : {7, 8}) { // what the agent has in memory never had the edit
+        store.setValue(profile, PreferenceData{json{{"tileInset", inset}, {"name", "Mine"}, {"themeID", "a"}}.dump()});
+        ASSERT_EQ(saved(store), "on disk");
+        EXPECT_EQ(inFile()[profile],
+                  json::parse(R"({"tileInset": )" + std::to_string(inset) + R"(, "name": "Edited", "themeID": "a"})"));
+    }
+    EXPECT_TRUE(copies("edited").empty());
+    const std::string edited = json{{profile, {{"tileInset", 9}, {"name", "Edited"}, {"themeID", "a"}}}}.dump();
+    given(edited);
+    store.setValue(profile, PreferenceData{R"({"tileInset":10,"name":"Mine","themeID":"a"})"});
+    ASSERT_EQ(saved(store), "on disk");
+    EXPECT_EQ(inFile()[profile]["tileInset"], 10);
+    EXPECT_EQ(copies("edited"), std::vector{edited});
+    EXPECT_NE(log.find(profile + ".tileInset also changed here"), std::string::npos) << log;
+}
+
+} // namespace
+} // namespace kova
