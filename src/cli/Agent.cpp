@@ -1,7 +1,10 @@
 #include "cli/Agent.h"
 
+#include "cli/Terminal.h"
 #include "control/client/ControlCodes.h"
 #include "control/client/ControlSocket.h"
+
+#include <cstdio>
 
 namespace kova::cli {
 
@@ -60,7 +63,12 @@ std::variant<json, Trouble> Agent::ask(std::string_view method, const json& para
     if (!message) return reply;
     if (message->contains("error")) return refusal((*message)["error"]);
     if (!message->contains("result")) return Trouble{ExitCode::refused, "The agent's answer makes no sense"};
-    return std::move((*message)["result"]);
+    json& result = (*message)["result"];
+    if (const std::string unsaved = result.is_object() ? result.value("unsaved", "") : ""; !unsaved.empty()) {
+        std::fprintf(stderr, "kova: not saved yet: %s. The change is in memory only; writing is tried again.\n",
+                     printable(unsaved).c_str());
+    }
+    return std::move(result);
 }
 
 std::variant<json, Trouble> Agent::next(std::chrono::milliseconds patience) {

@@ -217,6 +217,8 @@ std::string printStatus(const json& result, const Arguments&) {
     const json& held = result.at("shortcutsHeldByOthers");
     for (const json& shortcut : held)
         out += "not ours    " + line(shortcut.get<std::string>() + " is held by another program");
+    for (const json& problem : result.value("preferenceProblems", json::array()))
+        out += "preferences " + line(problem.get<std::string>());
     if (!result.at("message").is_null()) out += "message     " + line(result.at("message").get<std::string>());
     if (!result.at("firstSteps").is_null()) out += "first steps " + line(result.at("firstSteps").get<std::string>());
     return out;

@@ -3,20 +3,14 @@
 #include "control/client/ControlCodes.h"
 
 #include <asio/post.hpp>
-#include <sys/socket.h>
 
 #include <cerrno>
+#include <optional>
 #include <utility>
 
 namespace kova {
 
 namespace {
-
-#if defined(MSG_NOSIGNAL)
-constexpr int kSendFlags = MSG_DONTWAIT | MSG_NOSIGNAL;
-#else
-constexpr int kSendFlags = MSG_DONTWAIT;
-#endif
 
 bool wouldWait(int error) {
     return error == EAGAIN || error == EWOULDBLOCK || error == EINTR;
@@ -30,11 +24,12 @@ jsonrpc::Message invalidLine(std::string reason) {
 } // namespace
 
 ControlConnection::ControlConnection(std::shared_ptr<asio::io_context> context, Socket socket,
-                                     const ControlServerLimits& limits, std::span<char> readBuffer, Received received,
-                                     Closed closed) :
+                                     const ControlServerLimits& limits, std::shared_ptr<UnsentBudget> budget,
+                                     std::span<char> readBuffer, Received received, Closed closed) :
     context_(std::move(context)),
     socket_(std::move(socket)), descriptor_(socket_.native_handle()), limits_(limits), readBuffer_(readBuffer),
-    received_(std::move(received)), closed_(std::move(closed)), lines_(kLongestControlLine) {}
+    received_(std::move(received)), closed_(std::move(closed)), lines_(kLongestControlLine), budget_(std::move(budget)),
+    account_(*budget_, [this] { closeSoon(); }) {}
 
 void ControlConnection::start() {
     readWhatHasCome(); // most clients ask as they connect
@@ -45,10 +40,20 @@ void ControlConnection::close() {
         const std::lock_guard guard(lock_);
         if (!std::exchange(isOpen_, false)) return;
         unsent_ = {};
+        alreadySent_ = 0;
+        pending_.clear();
+        account_.hold(0);
         asio::error_code ignored;
         socket_.close(ignored);
     }
     closed_(shared_from_this());
+}
+
+/// From any thread, with locks held.
+void ControlConnection::closeSoon() {
+    asio::post(*context_, [weak = weak_from_this()] {
+        if (const auto self = weak.lock()) self->close();
+    });
 }
 
 bool ControlConnection::isConnected() const {
@@ -84,21 +89,38 @@ void ControlConnection::readInput() {
 
 void ControlConnection::take(std::string_view bytes) {
     lines_.feed(
-        bytes, [this](std::string_view line) { takeMessage(jsonrpc::readMessage(line)); },
-        [this] { takeMessage(invalidLine("a line holds at most " + std::to_string(kLongestControlLine) + " bytes")); });
+        bytes, [this](std::string_view line) { takeMessage(jsonrpc::readMessage(line), line.size()); },
+        [this] {
+            takeMessage(invalidLine("a line holds at most " + std::to_string(kLongestControlLine) + " bytes"), 0);
+        });
 }
 
-void ControlConnection::takeMessage(jsonrpc::Message message) {
+void ControlConnection::takeMessage(jsonrpc::Message message, std::size_t bytes) {
     {
         const std::lock_guard guard(lock_);
         if (!isOpen_) return;
-        ++unanswered_;
+        pending_.push_back({std::move(message), bytes});
+        pendingBytes_ += bytes;
     }
-    received_(shared_from_this(), std::move(message));
+    handOverNext();
+}
+
+/// A client that does not read its answers gets no further ones.
+void ControlConnection::handOverNext() {
+    std::optional<Pending> next;
+    {
+        const std::lock_guard guard(lock_);
+        if (!isOpen_ || isHandling_ || pending_.empty() || !unsent_.empty()) return;
+        next = std::move(pending_.front());
+        pending_.pop_front();
+        pendingBytes_ -= next->bytes;
+        isHandling_ = true;
+    }
+    received_(shared_from_this(), std::move(next->message));
 }
 
 void ControlConnection::endInput() {
-    if (lines_.isInsideLine()) takeMessage(invalidLine("the request ends in mid-line"));
+    if (lines_.isInsideLine()) takeMessage(invalidLine("the request ends in mid-line"), 0);
     bool isDone = false;
     {
         const std::lock_guard guard(lock_);
@@ -108,16 +130,19 @@ void ControlConnection::endInput() {
     if (isDone) close();
 }
 
-void ControlConnection::finishMessage(const std::string& reply) {
-    const std::lock_guard guard(lock_);
-    --unanswered_;
-    if (!isOpen_) return;
-    if (!reply.empty()) enqueue(reply);
-    if (hasNothingLeftToSay()) {
-        asio::post(*context_, [self = shared_from_this()] { self->close(); });
-    } else if (isInputPaused_ && hasRoomForInput(limits_.unansweredRequests / 2)) {
-        asio::post(*context_, [self = shared_from_this()] { self->resumeInput(); });
+void ControlConnection::finishMessage(std::string reply) {
+    {
+        const std::lock_guard guard(lock_);
+        isHandling_ = false;
+        if (!isOpen_) return;
+        if (!reply.empty()) enqueue(std::move(reply));
+        if (hasNothingLeftToSay()) {
+            closeSoon();
+        } else if (isInputPaused_ && hasRoomForInput(limits_.unansweredRequests / 2)) {
+            asio::post(*context_, [self = shared_from_this()] { self->resumeInput(); });
+        }
     }
+    handOverNext();
 }
 
 void ControlConnection::resumeInput() {
@@ -128,29 +153,32 @@ void ControlConnection::resumeInput() {
 }
 
 bool ControlConnection::hasRoomForInput(std::size_t unansweredAllowed) const {
-    return unanswered_ <= unansweredAllowed && unsent_.empty();
+    return pending_.size() + (isHandling_ ? 1 : 0) <= unansweredAllowed && pendingBytes_ < kLongestControlLine &&
+           unsent_.empty();
 }
 
 bool ControlConnection::hasNothingLeftToSay() const {
-    return hasInputEnded_ && unanswered_ == 0 && unsent_.empty();
+    return hasInputEnded_ && !isHandling_ && pending_.empty() && unsent_.empty();
 }
 
 void ControlConnection::send(const std::string& line) {
     const std::lock_guard guard(lock_);
-    if (!isOpen_) return;
-    if (!unsent_.empty() && unsent_.size() + line.size() > limits_.unsentBytes) {
-        asio::post(*context_, [self = shared_from_this()] { self->close(); });
-        return;
-    }
+    if (!isOpen_ || account_.isDropped()) return;
+    if (!unsent_.empty() && unsentBytes() + line.size() > limits_.unsentBytes) return closeSoon();
     enqueue(line);
 }
 
-void ControlConnection::enqueue(const std::string& line) {
+void ControlConnection::enqueue(std::string line) {
     const bool wasWaiting = !unsent_.empty();
-    unsent_.append(line).push_back('\n');
-    if (wasWaiting) return;
+    line.push_back('\n');
+    if (wasWaiting) {
+        unsent_.append(line);
+        account_.hold(unsentBytes());
+        return;
+    }
+    unsent_ = std::move(line);
     if (!sendWhatFits()) {
-        asio::post(*context_, [self = shared_from_this()] { self->close(); });
+        closeSoon();
     } else if (!unsent_.empty()) {
         asio::post(*context_, [self = shared_from_this()] { self->waitForRoom(); });
     }
@@ -174,14 +202,22 @@ void ControlConnection::sendQueued() {
     }
     if (isDone) return close();
     if (!isEmpty) return waitForRoom();
+    handOverNext();
     resumeInput();
 }
 
 bool ControlConnection::sendWhatFits() {
-    const auto sent = ::send(descriptor_, unsent_.data(), unsent_.size(), kSendFlags);
-    if (sent < 0) return wouldWait(errno);
-    unsent_.erase(0, static_cast<std::size_t>(sent));
-    if (unsent_.empty()) unsent_ = {}; // a client that is silent from now on keeps no memory
+    const auto sent = ::send(descriptor_, unsent_.data() + alreadySent_, unsentBytes(), kControlSendFlags);
+    if (sent < 0 && !wouldWait(errno)) return false;
+    if (sent > 0) alreadySent_ += static_cast<std::size_t>(sent);
+    if (alreadySent_ == unsent_.size()) {
+        unsent_ = {}; // a client that is silent from now on keeps no memory
+        alreadySent_ = 0;
+    } else if (alreadySent_ > unsent_.size() / 2) { // seldom enough that a long answer is not moved again and again
+        unsent_.erase(0, alreadySent_);
+        alreadySent_ = 0;
+    }
+    account_.hold(unsentBytes());
     return true;
 }
 

@@ -1,16 +1,20 @@
-// One client of the agent's socket. Its lines are read on the control thread and handed to the main queue; what is sent
-// to it leaves at once from whichever thread sends it, and what the system does not take at once waits in its queue for
-// the control thread, so that the main queue never waits for a client.
+// One client of the agent's socket. Its lines are read on the control thread and handed to the main queue one at a
+// time, so that a client that sends ahead delays itself only. What is sent to it leaves at once from whichever thread
+// sends it, and what the system does not take at once waits in its queue for the control thread, so that the main queue
+// never waits for a client.
 #pragma once
 
 #include "control/ControlHandling.h"
 #include "control/ControlServer.h"
 #include "control/JsonRpc.h"
 #include "control/LineBuffer.h"
+#include "control/UnsentBudget.h"
 
 #include <asio/io_context.hpp>
 #include <asio/local/stream_protocol.hpp>
+#include <sys/socket.h>
 
+#include <deque>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -19,16 +23,23 @@
 
 namespace kova {
 
+#if defined(MSG_NOSIGNAL)
+inline constexpr int kControlSendFlags = MSG_DONTWAIT | MSG_NOSIGNAL;
+#else
+inline constexpr int kControlSendFlags = MSG_DONTWAIT;
+#endif
+
 class ControlConnection final : public ControlPeer, public std::enable_shared_from_this<ControlConnection> {
   public:
     using Socket = asio::local::stream_protocol::socket;
     using Received = std::function<void(const std::shared_ptr<ControlConnection>&, jsonrpc::Message)>;
     using Closed = std::function<void(const std::shared_ptr<ControlConnection>&)>;
 
-    /// `readBuffer` is shared by all connections of the thread: a silent client holds no buffer of its own. Both
-    /// callbacks come on the control thread.
+    /// `readBuffer` is shared by all connections of the thread: a silent client holds no buffer of its own. `received`
+    /// is called on either thread, the next time only after `finishMessage`; `closed` on the control thread.
     ControlConnection(std::shared_ptr<asio::io_context> context, Socket socket, const ControlServerLimits& limits,
-                      std::span<char> readBuffer, Received received, Closed closed);
+                      std::shared_ptr<UnsentBudget> budget, std::span<char> readBuffer, Received received,
+                      Closed closed);
 
     // Control thread
     void start();
@@ -36,8 +47,8 @@ class ControlConnection final : public ControlPeer, public std::enable_shared_fr
 
     // Main thread
     void send(const std::string& line) override;
-    /// Sends the answer to one received message, if it has one, and makes room for the next.
-    void finishMessage(const std::string& reply);
+    /// Sends the answer to the received message, if it has one. The next one is received once the client has read it.
+    void finishMessage(std::string reply);
 
     bool isConnected() const override;
 
@@ -46,15 +57,18 @@ class ControlConnection final : public ControlPeer, public std::enable_shared_fr
     void readWhatHasCome();
     void readInput();
     void take(std::string_view bytes);
-    void takeMessage(jsonrpc::Message message);
+    void takeMessage(jsonrpc::Message message, std::size_t bytes);
+    void handOverNext();
     void endInput();
+    void closeSoon();
     void resumeInput();
     void waitForRoom();
     void sendQueued();
     // With the lock held
     bool hasNothingLeftToSay() const;
     bool hasRoomForInput(std::size_t unansweredAllowed) const;
-    void enqueue(const std::string& line);
+    std::size_t unsentBytes() const { return unsent_.size() - alreadySent_; }
+    void enqueue(std::string line);
     bool sendWhatFits(); // false when the connection is broken
 
     const std::shared_ptr<asio::io_context> context_; // outlives the socket, whoever holds the connection last
@@ -67,13 +81,23 @@ class ControlConnection final : public ControlPeer, public std::enable_shared_fr
     Closed closed_;
     LineBuffer lines_;
 
+    struct Pending {
+        jsonrpc::Message message;
+        std::size_t bytes; // of the line that it came in
+    };
+
     // Shared by both threads
     mutable std::mutex lock_;
     bool isOpen_ = true;
     bool hasInputEnded_ = false;
     bool isInputPaused_ = false;
-    std::size_t unanswered_ = 0;
+    bool isHandling_ = false; // a message is on the main queue
+    std::deque<Pending> pending_;
+    std::size_t pendingBytes_ = 0;
     std::string unsent_;
+    std::size_t alreadySent_ = 0; // bytes at the beginning of `unsent_`
+    const std::shared_ptr<UnsentBudget> budget_;
+    UnsentBudget::Account account_;
 };
 
 } // namespace kova

@@ -1,8 +1,9 @@
-// What stands behind the agent's socket: one call a request.
+// What is behind the agent's socket: one call a request.
 #pragma once
 
 #include <nlohmann/json.hpp>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <variant>
@@ -22,6 +23,8 @@ struct ControlFailure {
 };
 
 using ControlReply = std::variant<nlohmann::json, ControlFailure>;
+/// Takes the reply to one request, once, on the main queue.
+using ControlAnswer = std::function<void(ControlReply)>;
 
 /// One connected client.
 class ControlPeer {
@@ -37,8 +40,10 @@ class ControlPeer {
 class ControlHandling {
   public:
     virtual ~ControlHandling() = default;
-    /// Main thread. May throw `DecodingError` for parameters that are not what the method takes.
-    virtual ControlReply handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer) = 0;
+    /// Main thread. Answers at once or later; no other request of the client is handled before. May throw
+    /// `DecodingError`, before it answers, for parameters that are not what the method takes.
+    virtual void handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer,
+                        ControlAnswer answer) = 0;
 };
 
 } // namespace kova

@@ -10,6 +10,7 @@
 #include "control/NameLookup.h"
 #include "control/Refusal.h"
 #include "control/RuleMethods.h"
+#include "control/SavedMethods.h"
 #include "control/SceneMethods.h"
 #include "control/SettingMethods.h"
 #include "control/ShortcutMethods.h"
@@ -18,6 +19,7 @@
 #include "control/WindowCommandMethods.h"
 #include "control/WindowExplanation.h"
 #include "control/client/ControlCodes.h"
+#include "persistence/PreferencesStore.h"
 #include "support/JsonDecoding.h"
 #include "support/Version.h"
 #include "support/text/Text.h"
@@ -70,7 +72,19 @@ class ControlMethods::Table {
         addAgent();
     }
 
-    ControlReply handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer) {
+    void handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer, ControlAnswer answer) {
+        ControlReply reply = carryOut(request, peer);
+        auto* result = std::get_if<json>(&reply);
+        if (!result || !isAnsweredOnceSaved(request.method)) return answer(std::move(reply));
+        context_.preferences.save(
+            [result = std::move(*result), answer = std::move(answer)](const auto& problem) mutable {
+                if (problem) result["unsaved"] = *problem;
+                answer(std::move(result));
+            });
+    }
+
+  private:
+    ControlReply carryOut(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer) {
         const auto found = methods_.find(request.method);
         if (found == methods_.end()) {
             return ControlFailure{controlCode::methodNotFound, "There is no such method", {{"methods", names()}}};
@@ -84,7 +98,6 @@ class ControlMethods::Table {
         return found->second.run({parameters, peer});
     }
 
-  private:
     struct Call {
         JsonCursor parameters;
         const std::shared_ptr<ControlPeer>& peer;
@@ -329,6 +342,7 @@ class ControlMethods::Table {
                 {"focusMode", controlRecord::focusMode(controller)},
                 {"canUndo", *state.canUndo},
                 {"shortcutsHeldByOthers", shortcuts_.heldByOthers()},
+                {"preferenceProblems", context_.preferences.problems()},
                 {"message", orNull(*state.lastActionMessage)},
                 {"firstSteps", orNull(context_.firstSteps ? context_.firstSteps() : std::nullopt)}};
     }
@@ -351,8 +365,9 @@ ControlMethods::ControlMethods(ControlContext context) : table_(std::make_unique
 
 ControlMethods::~ControlMethods() = default;
 
-ControlReply ControlMethods::handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer) {
-    return table_->handle(request, peer);
+void ControlMethods::handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer,
+                            ControlAnswer answer) {
+    table_->handle(request, peer, std::move(answer));
 }
 
 } // namespace kova

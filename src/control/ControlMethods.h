@@ -26,9 +26,9 @@ struct ControlContext {
     WorkspaceController& controller;
     URLHandler& urls;
     KovaShortcutSettings& shortcuts;
-    const PreferencesStore& preferences;
+    PreferencesStore& preferences;
     std::vector<const DiagnosticsServicing*> diagnostics = {}; // whoever has something to tell
-    KeyMonitorServicing* keys = nullptr;               // null where no key can be heard
+    KeyMonitorServicing* keys = nullptr;                       // null where no key can be heard
     MainQueue& queue;
     std::function<void()> quit; // called on the main queue, after the answer was sent
     // Absent where nobody has such a thing.
@@ -42,7 +42,9 @@ class ControlMethods final : public ControlHandling {
   public:
     explicit ControlMethods(ControlContext context);
     ~ControlMethods() override;
-    ControlReply handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer) override;
+    /// A method that changes what the user keeps is answered once that is on disk, see `isAnsweredOnceSaved`; when it
+    /// could not be written, the answer says so in a member "unsaved".
+    void handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer, ControlAnswer answer) override;
 
   private:
     class Table;

@@ -1,8 +1,8 @@
 #include "control/ControlServer.h"
 
 #include "control/ControlConnection.h"
+#include "control/ControlExchange.h"
 #include "control/client/ControlCodes.h"
-#include "support/JsonDecoding.h"
 #include "support/Lifetime.h"
 
 #include <asio/executor_work_guard.hpp>
@@ -20,7 +20,6 @@
 #include <system_error>
 #include <thread>
 #include <utility>
-#include <variant>
 
 namespace kova {
 
@@ -83,8 +82,11 @@ class ControlServer::Listener {
     ~Listener() {
         if (acceptor_.is_open()) unlink(claim_.socketPath().c_str());
         if (!thread_.joinable()) return;
-        asio::post(*context_, [this] { endOnControlThread(); });
+        context_->stop(); // what other clients have sent is not looked at any more
         thread_.join();
+        asio::error_code ignored;
+        acceptor_.close(ignored);
+        for (const auto& connection : std::set(connections_)) connection->close();
     }
 
     std::optional<std::string> start() {
@@ -144,38 +146,31 @@ class ControlServer::Listener {
             return;
         }
         const bool isAllowed = peerUser(accepted) == limits_.onlyUser.value_or(geteuid());
-        if (!isAllowed || connections_.size() >= limits_.connections) return;
+        if (!isAllowed) return;
+        if (connections_.size() >= limits_.connections) return tellFull(accepted);
         auto connection = std::make_shared<ControlConnection>(
-            context_, std::move(socket), limits_, std::span<char>(readBuffer_),
+            context_, std::move(socket), limits_, unsent_, std::span<char>(readBuffer_),
             [this](const auto& from, jsonrpc::Message message) { handOver(from, std::move(message)); },
             [this](const auto& gone) { connections_.erase(gone); });
         connections_.insert(connection);
         connection->start();
     }
 
+    void tellFull(int descriptor) const {
+        const ControlFailure full{controlCode::refused,
+                                  "The agent serves " + std::to_string(limits_.connections) +
+                                      " clients already and takes no more; end some of them and try again",
+                                  nullptr};
+        const std::string line = jsonrpc::line(jsonrpc::failureReply(nullptr, full)) + "\n";
+        (void)::send(descriptor, line.data(), line.size(), kControlSendFlags);
+    }
+
     void handOver(const std::shared_ptr<ControlConnection>& from, jsonrpc::Message message) {
-        queue_.post(lifetime_.guard([this, from, message = std::move(message)] {
-            from->finishMessage(
-                jsonrpc::answer(message, [&](const ControlRequest& call) { return reply(call, from); }));
-        }));
-    }
-
-    ControlReply reply(const ControlRequest& call, const std::shared_ptr<ControlConnection>& from) {
-        try {
-            return handling_.handle(call, from);
-        } catch (const DecodingError& error) {
-            return ControlFailure{controlCode::invalidParameters, error.what(), nullptr};
-        } catch (const std::exception& error) {
-            return ControlFailure{controlCode::internalError, std::string("Internal error: ") + error.what(), nullptr};
-        }
-    }
-
-    void endOnControlThread() {
-        asio::error_code ignored;
-        acceptor_.close(ignored);
-        retry_.cancel();
-        for (const auto& connection : std::set(connections_)) connection->close();
-        work_.reset();
+        const ControlExchange::Turn turn =
+            lifetime_.guard([this](std::function<void()> work) { queue_.post(lifetime_.guard(std::move(work))); });
+        const auto exchange =
+            std::make_shared<ControlExchange>(turn, handling_, from, std::move(message), limits_.longestBatchAnswer);
+        queue_.post(lifetime_.guard([exchange] { exchange->carryOn(); }));
     }
 
     AgentClaim claim_;
@@ -190,6 +185,8 @@ class ControlServer::Listener {
     asio::steady_timer retry_{*context_};
     std::set<std::shared_ptr<ControlConnection>> connections_;
     std::array<char, 64 * 1024> readBuffer_;
+
+    const std::shared_ptr<UnsentBudget> unsent_ = std::make_shared<UnsentBudget>(limits_.totalUnsentBytes);
 
     std::thread thread_;
     Lifetime lifetime_;

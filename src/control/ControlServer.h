@@ -1,6 +1,6 @@
 // The agent's socket: JSON-RPC 2.0, one message a line. It reads and writes on a thread of its own; every request is
-// handled on the main queue, one after the other, and the main queue never waits for a client. Nothing that a client
-// sends, or leaves unsent, stops the agent or another client.
+// handled on the main queue, one of each client at a time, and the main queue never waits for a client. Nothing that a
+// client sends, leaves unsent or leaves unread stops the agent or another client.
 #pragma once
 
 #include "control/AgentClaim.h"
@@ -18,10 +18,12 @@ namespace kova {
 class ControlHandling;
 
 struct ControlServerLimits {
-    std::size_t connections = 512;             // further ones are closed at once
-    std::size_t unsentBytes = 4 * 1024 * 1024; // a subscriber that lets more than this pile up is dropped
-    std::size_t unansweredRequests = 64;       // of one client; what it sends beyond that is not read yet
-    std::optional<uid_t> onlyUser{};           // who may connect; this process's own user when absent
+    std::size_t connections = 512;                    // further ones are told so and closed
+    std::size_t unsentBytes = 4 * 1024 * 1024;        // of one client: a subscriber that leaves more unread is dropped
+    std::size_t totalUnsentBytes = 64 * 1024 * 1024;  // of all clients, see `UnsentBudget`
+    std::size_t longestBatchAnswer = 4 * 1024 * 1024; // in bytes: what comes after that in a batch is not carried out
+    std::size_t unansweredRequests = 64;              // of one client; what it sends beyond that is not read yet
+    std::optional<uid_t> onlyUser{};                  // who may connect; this process's own user when absent
 };
 
 class ControlServer {
@@ -29,6 +31,7 @@ class ControlServer {
     /// The queue and the handling outlive the server. Main thread, as for all calls.
     ControlServer(AgentClaim claim, MainQueue& queue, ControlHandling& handling, ControlServerLimits limits = {});
     /// Closes every connection and removes the socket. Replies that were given before are with the system by then.
+    /// Waits for what the control thread does at the moment, which is bounded by one line.
     ~ControlServer();
     ControlServer(const ControlServer&) = delete;
     ControlServer& operator=(const ControlServer&) = delete;

@@ -73,6 +73,11 @@ json failureReply(const json& id, const ControlFailure& failure) {
     return {{"jsonrpc", "2.0"}, {"id", id}, {"error", std::move(error)}};
 }
 
+json replyTo(const json& id, ControlReply reply) {
+    if (const auto* failure = std::get_if<ControlFailure>(&reply)) return failureReply(id, *failure);
+    return resultReply(id, std::get<json>(std::move(reply)));
+}
+
 json notification(std::string_view method, json parameters) {
     return {{"jsonrpc", "2.0"}, {"method", method}, {"params", std::move(parameters)}};
 }

@@ -36,32 +36,12 @@ struct Message {
 
 Message readMessage(std::string_view line);
 
+/// What answers the request with the id.
+nlohmann::json replyTo(const nlohmann::json& id, ControlReply reply);
 nlohmann::json resultReply(const nlohmann::json& id, nlohmann::json result);
 nlohmann::json failureReply(const nlohmann::json& id, const ControlFailure& failure);
 nlohmann::json notification(std::string_view method, nlohmann::json parameters);
 /// One line of JSON; bytes that are not UTF-8 become U+FFFD.
 std::string line(const nlohmann::json& message);
-
-/// The line that answers the message, when `handle` gives the reply to each request; empty when nobody expects one.
-template <class Handle>
-std::string answer(const Message& message, Handle handle) {
-    nlohmann::json replies = nlohmann::json::array();
-    for (const Entry& entry : message.entries) {
-        if (const auto* invalid = std::get_if<Invalid>(&entry)) {
-            replies.push_back(failureReply(invalid->id, invalid->failure));
-            continue;
-        }
-        const auto& request = std::get<Request>(entry);
-        ControlReply reply = handle(request.call);
-        if (!request.id) continue;
-        if (const auto* failure = std::get_if<ControlFailure>(&reply)) {
-            replies.push_back(failureReply(*request.id, *failure));
-        } else {
-            replies.push_back(resultReply(*request.id, std::move(std::get<nlohmann::json>(reply))));
-        }
-    }
-    if (replies.empty()) return {};
-    return line(message.isBatch ? replies : replies.front());
-}
 
 } // namespace kova::jsonrpc

@@ -87,10 +87,21 @@ std::vector<std::string> linesOf(std::string_view text) {
     return lines;
 }
 
+TEST_F(CommandLine, SaysWhenAChangeIsInMemoryOnly) {
+    disk.problem = "cannot write preferences.json: No space left on device";
+    const auto changed = run({"accent", "select", "matrix-emerald"});
+    EXPECT_EQ(changed.code, 0);
+    EXPECT_EQ(changed.err,
+              "kova: not saved yet: " + *disk.problem + ". The change is in memory only; writing is tried again.\n");
+    EXPECT_NE(run({"status"}).out.find("preferences " + *disk.problem), std::string::npos);
+    EXPECT_NE(run({"doctor"}).out.find(*disk.problem), std::string::npos);
+    EXPECT_EQ(run({"doctor"}).code, 1);
+}
+
 TEST_F(CommandLine, AnAgentOfAnotherVersionIsNotMisunderstood) {
     struct OtherVersion final : ControlHandling {
-        ControlReply handle(const ControlRequest&, const std::shared_ptr<ControlPeer>&) override {
-            return json::object();
+        void handle(const ControlRequest&, const std::shared_ptr<ControlPeer>&, ControlAnswer answer) override {
+            answer(json::object());
         }
     } other;
     endServer();

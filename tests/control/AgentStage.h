@@ -31,7 +31,7 @@ class AgentStage {
         ControlContext context{.controller = desk.controller(),
                                .urls = *urls,
                                .shortcuts = shortcuts,
-                               .preferences = desk.preferences,
+                               .preferences = disk,
                                .diagnostics = {&desk.desktop},
                                .keys = &desk.desktop.keyboard(),
                                .queue = desk.desktop.queue(),
@@ -65,6 +65,22 @@ class AgentStage {
         desk.settle();
     }
 
+    /// Says when what was changed is saved, and whether it could be.
+    class Disk final : public MemoryPreferencesStore {
+      public:
+        void save(Saved done) override {
+            if (!isHeld) return done(problem);
+            waiting.push_back(std::move(done));
+        }
+        std::vector<std::string> problems() const override {
+            return problem ? std::vector{*problem} : std::vector<std::string>();
+        }
+        bool isHeld = false;
+        std::optional<std::string> problem;
+        std::vector<Saved> waiting;
+    };
+
+    Disk disk;
     Desk desk;
     KovaShortcutSettings shortcuts{desk.preferences};
     void endServer() { server.reset(); }

@@ -63,6 +63,40 @@ TEST_F(AgentMethods, ArrangeMovesWhatADryRunOnlyAnnounced) {
     EXPECT_EQ(result("status")["windowsInTiles"], 2);
 }
 
+TEST_F(AgentMethods, WhatTheUserKeepsIsAnsweredOnceItIsOnDisk) {
+    const std::pair<const char*, json> changes[] = {{"scene.capture", {{"name", "Work"}}},
+                                                    {"scene.rename", {{"scene", "Work"}, {"newName", "Desk"}}},
+                                                    {"scene.open", {{"scene", "Desk"}}},
+                                                    {"rule.add", {{"application", "mail"}, {"disposition", "float"}}},
+                                                    {"rule.disable", {{"rule", "1"}}},
+                                                    {"rules.on", json::object()},
+                                                    {"shortcut.clear", {{"action", "undo"}}},
+                                                    {"accent.select", {{"accentColor", "emerald"}}},
+                                                    {"theme.brain", {{"isOn", true}}},
+                                                    {"layout.setInset", {{"points", 7}}},
+                                                    {"login.on", json::object()}};
+    auto other = client();
+    for (const auto& [method, parameters] : changes) {
+        disk.isHeld = true;
+        connection.send(json{{"jsonrpc", "2.0"}, {"id", 1}, {"method", method}, {"params", parameters}}.dump() + "\n");
+        for (const char* atOnce : {"scene.list", "shortcut.list", "arrange"}) {
+            EXPECT_TRUE(call(other, atOnce).contains("result")) << atOnce << " waits for the disk";
+        }
+        ASSERT_EQ(disk.waiting.size(), 1U) << method << " does not";
+        std::exchange(disk.waiting, {}).front()(std::nullopt);
+        json reply = connection.message();
+        ASSERT_TRUE(reply.contains("result")) << method << reply;
+        EXPECT_FALSE(reply["result"].contains("unsaved"));
+        disk.isHeld = false;
+        disk.problem = "cannot write preferences.json: No space left on device";
+        if (std::string(method) == "scene.rename") continue; // it has another name now
+        EXPECT_EQ(result(method, parameters)["unsaved"], *disk.problem);
+        EXPECT_EQ(result("status")["preferenceProblems"], json::array({*disk.problem}));
+        disk.problem.reset();
+    }
+    EXPECT_TRUE(result("status")["preferenceProblems"].empty());
+}
+
 TEST_F(AgentMethods, LayoutsAreFoundByWhateverNamesThem) {
     desk.display(1920, 1080, "Beamer");
     const auto selected = [&](json parameters) {

@@ -65,10 +65,20 @@ std::optional<ConnectionFailure> ControlClient::send(std::string line) {
     while (!rest.empty()) {
         const auto sent = ::send(socket_, rest.data(), rest.size(), kSendFlags);
         if (sent < 0 && errno == EINTR) continue;
+        if (sent < 0 && hasHeardLastWords()) return std::nullopt;
         if (sent < 0) return ConnectionFailure{ConnectionTrouble::ended, "The agent at " + path_ + " has ended"};
         rest.remove_prefix(static_cast<std::size_t>(sent));
     }
     return std::nullopt;
+}
+
+/// An agent that hangs up may have said why.
+bool ControlClient::hasHeardLastWords() {
+    std::array<char, 4096> piece;
+    for (ssize_t length; (length = recv(socket_, piece.data(), piece.size(), MSG_DONTWAIT)) > 0;) {
+        received_.append(piece.data(), static_cast<std::size_t>(length));
+    }
+    return received_.find('\n') != std::string::npos;
 }
 
 std::variant<std::string, ConnectionFailure> ControlClient::receive() {

@@ -34,12 +34,15 @@ class ControlClient {
 
     /// How long a read waits; zero: for ever, which is what a new connection does.
     void setPatience(std::chrono::milliseconds patience);
-    /// Sends one line; `line` has no line break. Absent when it was sent.
+    /// Sends one line; `line` has no line break. Absent when it was sent, or when the agent hung up with a line that is
+    /// still to be received.
     std::optional<ConnectionFailure> send(std::string line);
     /// The next line, without its line break.
     std::variant<std::string, ConnectionFailure> receive();
 
   private:
+    bool hasHeardLastWords();
+
     ControlClient(int socket, std::string path) : socket_(socket), path_(std::move(path)) {}
 
     int socket_;

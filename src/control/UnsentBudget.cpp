@@ -1,0 +1,47 @@
+#include "control/UnsentBudget.h"
+
+#include <utility>
+
+namespace kova {
+
+UnsentBudget::Account::Account(UnsentBudget& budget, std::function<void()> drop) :
+    budget_(budget), drop_(std::move(drop)) {
+    const std::lock_guard guard(budget_.mutex_);
+    budget_.accounts_.push_back(this);
+}
+
+UnsentBudget::Account::~Account() {
+    const std::lock_guard guard(budget_.mutex_);
+    budget_.accounts_.remove(this);
+    if (!isDropped_) budget_.bytesHeld_ -= bytes_;
+}
+
+void UnsentBudget::Account::hold(std::size_t bytes, Clock::time_point now) {
+    const std::lock_guard guard(budget_.mutex_);
+    if (isDropped_) return;
+    if (bytes_ == 0 || bytes < bytes_) waitingSince_ = now;
+    budget_.bytesHeld_ += bytes - bytes_;
+    bytes_ = bytes;
+    budget_.dropUntilItFits(*this);
+}
+
+std::size_t UnsentBudget::bytesHeld() const {
+    const std::lock_guard guard(mutex_);
+    return bytesHeld_;
+}
+
+void UnsentBudget::dropUntilItFits(const Account& charged) {
+    while (bytesHeld_ > bytesAllowed_ && bytesHeld_ > charged.bytes_) {
+        Account* longest = nullptr;
+        for (Account* account : accounts_) {
+            if (account->isDropped_ || account->bytes_ == 0) continue;
+            if (!longest || account->waitingSince_ < longest->waitingSince_) longest = account;
+        }
+        longest->isDropped_ = true;
+        bytesHeld_ -= longest->bytes_;
+        longest->drop_();
+        if (longest == &charged) return;
+    }
+}
+
+} // namespace kova

@@ -1,0 +1,56 @@
+// What all clients together have not read yet, and which of them are dropped when that becomes too much: those that
+// have read nothing for the longest time. Any thread.
+#pragma once
+
+#include <atomic>
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <list>
+#include <memory>
+#include <mutex>
+
+namespace kova {
+
+class UnsentBudget {
+  public:
+    using Clock = std::chrono::steady_clock;
+
+    explicit UnsentBudget(std::size_t bytes) : bytesAllowed_(bytes) {}
+
+    /// The share of one client; it gives up what it holds when it ends.
+    class Account {
+      public:
+        /// `drop` is called at most once, from any thread and with locks held: it may only ask for the client to be
+        /// closed.
+        Account(UnsentBudget& budget, std::function<void()> drop);
+        ~Account();
+        Account(const Account&) = delete;
+        Account& operator=(const Account&) = delete;
+
+        /// The client has so much to read from now on; less than before means that it has read. A single client may
+        /// hold more than is allowed for all while no other holds anything.
+        void hold(std::size_t bytes, Clock::time_point now = Clock::now());
+        bool isDropped() const { return isDropped_; }
+
+      private:
+        friend class UnsentBudget;
+        UnsentBudget& budget_;
+        std::function<void()> drop_;
+        std::size_t bytes_ = 0;
+        Clock::time_point waitingSince_{};
+        std::atomic<bool> isDropped_ = false;
+    };
+
+    std::size_t bytesHeld() const;
+
+  private:
+    void dropUntilItFits(const Account& charged);
+
+    const std::size_t bytesAllowed_;
+    mutable std::mutex mutex_;
+    std::list<Account*> accounts_;
+    std::size_t bytesHeld_ = 0; // without the dropped ones
+};
+
+} // namespace kova

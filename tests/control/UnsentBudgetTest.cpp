@@ -1,0 +1,39 @@
+#include "control/UnsentBudget.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace kova {
+namespace {
+
+TEST(UnsentBudget, DropsWhoHasReadNothingForTheLongestTime) {
+    UnsentBudget budget(100);
+    std::string dropped;
+    UnsentBudget::Account a(budget, [&] { dropped += "a"; }), b(budget, [&] { dropped += "b"; }),
+        c(budget, [&] { dropped += "c"; });
+    const UnsentBudget::Clock::time_point start{};
+    const auto at = [start](int second) { return start + std::chrono::seconds(second); };
+    a.hold(40, at(1));
+    b.hold(50, at(2));
+    EXPECT_EQ(budget.bytesHeld(), 90U);
+    a.hold(30, at(3)); // it has read
+    c.hold(30, at(4));
+    EXPECT_EQ(dropped, "b");
+    EXPECT_TRUE(b.isDropped());
+    EXPECT_EQ(budget.bytesHeld(), 60U);
+    b.hold(1000, at(5));
+    EXPECT_EQ(budget.bytesHeld(), 60U) << "what is dropped counts no more";
+    c.hold(500, at(6)); // one answer may be larger than all that is allowed, once no other client holds anything
+    EXPECT_EQ(dropped, "ba");
+    EXPECT_EQ(budget.bytesHeld(), 500U);
+    {
+        UnsentBudget::Account d(budget, [&] { dropped += "d"; });
+        d.hold(90, at(7));
+        EXPECT_EQ(dropped, "bac");
+    }
+    EXPECT_EQ(budget.bytesHeld(), 0U);
+}
+
+} // namespace
+} // namespace kova
