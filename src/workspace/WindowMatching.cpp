@@ -9,7 +9,7 @@ namespace kova {
 
 namespace {
 
-/// Both in lower case, neither empty.
+/// Both case-folded, neither empty.
 bool containOneAnother(const std::string& title, const std::string& hint) {
     return title.find(hint) != std::string::npos || hint.find(title) != std::string::npos;
 }
@@ -63,11 +63,11 @@ const ManagedWindow* WindowMatcher::takeFrom(Group& group, const std::optional<s
     const auto first = group.members.begin() + static_cast<std::ptrdiff_t>(group.firstUnused);
     auto chosen = first;
     if (titleHint && !titleHint->empty()) {
-        const std::string hint = lowercased(*titleHint);
+        const std::string hint = caseFolded(*titleHint);
         chosen = std::find_if(first, group.members.end(), [&](std::size_t index) {
             Candidate& candidate = candidates_[index];
             if (candidate.isUsed) return false;
-            if (!candidate.foldedTitle) candidate.foldedTitle = lowercased(candidate.window->title);
+            if (!candidate.foldedTitle) candidate.foldedTitle = caseFolded(candidate.window->title);
             return !candidate.foldedTitle->empty() && containOneAnother(*candidate.foldedTitle, hint);
         });
         if (chosen == group.members.end()) chosen = first;

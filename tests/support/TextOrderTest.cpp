@@ -60,6 +60,8 @@ TEST(Text, ContainsPartsInAnyCaseOfAnyScript) {
     EXPECT_TRUE(localizedCaseInsensitiveContains("Inbox – MAIL", "mail"));
     EXPECT_TRUE(localizedCaseInsensitiveContains("ПОЧТА (3)", "почта"));
     EXPECT_TRUE(localizedCaseInsensitiveContains("Cafe\u0301", "CAFÉ")) << "composed or not";
+    EXPECT_TRUE(localizedCaseInsensitiveContains("ΚΟΣΜΟΣ", "ΚΟΣ")) << "a sigma is one letter at every place";
+    EXPECT_TRUE(localizedCaseInsensitiveContains("κόσμος", "ΣΜΟΣ"));
     EXPECT_TRUE(localizedCaseInsensitiveContains("", ""));
     EXPECT_FALSE(localizedCaseInsensitiveContains("Cafe", "Café"));
     EXPECT_FALSE(localizedCaseInsensitiveContains("Mai", "Mail"));

@@ -68,6 +68,14 @@ std::u16string filled(std::u16string_view text, Fill fill) {
     return out;
 }
 
+/// The composed form of the text.
+std::u16string composed(std::u16string_view text) {
+    return filled(text, [&](UChar* to, std::int32_t capacity, UErrorCode* status) {
+        const UNormalizer2* composer = unorm2_getNFCInstance(status);
+        return unorm2_normalize(composer, units(text.data()), lengthOf(text), to, capacity, status);
+    });
+}
+
 /// The language in which the session compares text. The "C" locale's order is that of code points, capitals first,
 /// which no reader means: the order that suits most languages stands in for it.
 const char* comparisonLocale() {
@@ -145,10 +153,15 @@ std::string lowercased(std::string_view text) {
     const std::u16string lower = filled(decoded, [&](UChar* to, std::int32_t capacity, UErrorCode* status) {
         return u_strToLower(to, capacity, units(decoded.data()), lengthOf(decoded), "", status);
     });
-    return encode(filled(lower, [&](UChar* to, std::int32_t capacity, UErrorCode* status) {
-        const UNormalizer2* composer = unorm2_getNFCInstance(status);
-        return unorm2_normalize(composer, units(lower.data()), lengthOf(lower), to, capacity, status);
-    }));
+    return encode(composed(lower));
+}
+
+std::string caseFolded(std::string_view text) {
+    if (isAscii(text)) return lowercased(text);
+    const std::u16string decoded = decode(text);
+    return encode(composed(filled(decoded, [&](UChar* to, std::int32_t capacity, UErrorCode* status) {
+        return u_strFoldCase(to, capacity, units(decoded.data()), lengthOf(decoded), U_FOLD_CASE_DEFAULT, status);
+    })));
 }
 
 std::string uppercased(std::string_view text) {
@@ -178,7 +191,7 @@ int localizedCaseInsensitiveCompare(std::string_view a, std::string_view b) {
 }
 
 bool localizedCaseInsensitiveContains(std::string_view text, std::string_view part) {
-    return lowercased(text).find(lowercased(part)) != std::string::npos;
+    return caseFolded(text).find(caseFolded(part)) != std::string::npos;
 }
 
 std::string trimmed(std::string_view text) {

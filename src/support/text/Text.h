@@ -12,6 +12,9 @@ std::string lowercased(std::string_view text);
 std::string uppercased(std::string_view text);
 /// The localized, case-insensitive order: negative, zero or positive as `a` comes before, with or after `b`.
 int localizedCaseInsensitiveCompare(std::string_view a, std::string_view b);
+/// For searching a part of a text in any case: each letter is folded by itself, while its lower case can depend on its
+/// neighbors (a Greek sigma at the end of a word is another letter).
+std::string caseFolded(std::string_view text);
 /// Whether `part`, in its case or another, occurs in the text; an empty one does.
 bool localizedCaseInsensitiveContains(std::string_view text, std::string_view part);
 /// Without the white space and line breaks (all that Unicode knows) at both ends.
