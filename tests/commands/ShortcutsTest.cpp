@@ -217,6 +217,19 @@ TEST(ShortcutMatching, FollowsTheOrderTheModifiersAndNothingElse) {
     EXPECT_EQ(std::ranges::count(claimed, KeyCombination{8, 0x40000}), 0);
 }
 
+TEST(ShortcutDispatch, OffersAPressInThisOrder) {
+    KovaShortcutConfiguration configuration;
+    const KovaShortcut shared{9, kControlOption, "V"};
+    for (const auto action : kShortcutActions) configuration.setShortcut(shared, action);
+    std::string order;
+    while (const auto action = actionFor(configuration, eventOf({9, kControlOption, false, ""}))) {
+        order += std::string(rawValue(*action)) + " ";
+        configuration.setShortcut(std::nullopt, *action);
+    }
+    EXPECT_EQ(order, "previousLayout nextLayout arrangeWindows undo focusLeft focusRight focusUp focusDown moveLeft "
+                     "moveRight moveUp moveDown focusZoom cycleStack ");
+}
+
 TEST(ShortcutNames, AreReadAsAPersonTypesThem) {
     const auto german = [](std::uint16_t code) -> std::string {
         switch (code) {

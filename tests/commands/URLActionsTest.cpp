@@ -120,6 +120,38 @@ TEST(Intents, AreWhatTheirURLsDo) {
     }
 }
 
+TEST(Intents, AreOfferedInTheseWords) {
+    std::string intents, shortcuts;
+    for (const Intent* intent : kIntents) {
+        intents += std::string(intent->typeName) + "|" + std::string(intent->title) + "|" + std::string(intent->url) +
+                   "|" + intentDialog(*intent, "X");
+        if (intent->parameter) {
+            intents += "|" + std::string(intent->parameter->name) + "|" + std::string(intent->parameter->title);
+        }
+        intents += "\n";
+    }
+    for (const AppShortcut& shortcut : kAppShortcuts) {
+        shortcuts += std::string(shortcut.intent.typeName) + "|";
+        for (const auto& phrase : shortcut.phrases) {
+            shortcuts += std::string(phrase.before) + "KOVA" + std::string(phrase.after) + "|";
+        }
+        shortcuts += std::string(shortcut.shortTitle) + "|" + std::string(shortcut.symbol) + "\n";
+    }
+    EXPECT_EQ(intents,
+              "KOVAArrangeIntent|Arrange Windows with KOVA|kova://action/arrange|"
+              "KOVA is arranging the workspace.\n"
+              "KOVAUndoIntent|Undo KOVA Window Action|kova://action/undo|"
+              "KOVA restored the previous workspace state.\n"
+              "KOVAFocusZoomIntent|Enter or Exit KOVA Focus Mode|kova://action/zoom|"
+              "KOVA entered or exited Focus Mode.\n"
+              "KOVAOpenSceneIntent|Open KOVA Scene|kova://scene/|KOVA is restoring “X”|sceneName|Scene Name\n");
+    EXPECT_EQ(shortcuts, "KOVAArrangeIntent|Arrange my windows with KOVA|Place my windows into zones with KOVA|"
+                         "Arrange into Zones|rectangle.3.group\n"
+                         "KOVAFocusZoomIntent|Focus my window with KOVA|Focus Mode|"
+                         "arrow.up.left.and.arrow.down.right\n"
+                         "KOVAUndoIntent|Undo KOVA window action|Undo Window Action|arrow.uturn.backward\n");
+}
+
 #ifdef KOVA_HAS_RAPIDCHECK
 RC_GTEST_PROP(Intents, EverySceneIsReachedByItsURL, ()) {
     const auto piece = rc::gen::element<std::string>("a", "Z", " ", "%", "%41", "/", "//", "?", "#", ":", "@", "+",

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <sstream>
 
 using namespace kova;
 
@@ -46,6 +47,48 @@ TEST(AutoArrangeLearning, Roles) {
     EXPECT_EQ(applicationKey("Mail", "Com.Apple.Mail"), "com.apple.mail");
     EXPECT_EQ(applicationKey("My Tool", ""), "name:my tool");
     EXPECT_EQ(applicationKey("ÜBUNG", std::nullopt), "name:übung");
+}
+
+TEST(AutoArrangeLearning, EveryWordOfARole) {
+    using enum AutoArrangeAppRole;
+    enum class Where { bundle, partOfBundle, partOfName };
+    const struct {
+        AutoArrangeAppRole role;
+        Where where;
+        const char* words; // separated by commas
+    } cases[] = {
+        {codingAgent, Where::bundle,
+         "com.openai.codex,com.todesktop.230313mzl4w4u92,com.anthropic.claudefordesktop,com.anthropic.claude-code,"
+         "com.anthropic.claudecode"},
+        {codingAgent, Where::partOfBundle, "codex,cursor,claude-code,claudecode,claude_code"},
+        {codingAgent, Where::partOfName, "codex,claude code,cursor"},
+        {browser, Where::bundle,
+         "com.apple.safari,com.google.chrome,com.google.chrome.canary,org.mozilla.firefox,com.microsoft.edgemac,"
+         "company.thebrowser.browser,com.brave.browser,com.operasoftware.opera,com.vivaldi.vivaldi,com.kagi.orion"},
+        {browser, Where::partOfName, "safari,chrome,firefox,microsoft edge,arc,brave,opera,vivaldi,orion,zen browser"},
+        {utility, Where::bundle,
+         "com.apple.systempreferences,com.apple.activitymonitor,com.apple.console,com.apple.diskutility,"
+         "com.apple.colorsyncutility,com.apple.fontbook,com.apple.keychainaccess"},
+        {utility, Where::partOfName,
+         "system settings,system preferences,systemeinstellungen,activity monitor,aktivitätsanzeige,console,konsole,"
+         "disk utility,festplattendienstprogramm,colorsync utility,font book,schriftensammlung,keychain access,"
+         "schlüsselbundverwaltung"},
+        {productivity, Where::partOfBundle,
+         "xcode,visualstudiocode,vscode,zed,sublime,jetbrains,iterm,wezterm,warp,terminal,notion,obsidian,slack,"
+         "microsoft.teams,discord,mail,notes,calendar,pages,numbers,keynote,figma,linear"},
+        {productivity, Where::partOfName,
+         "xcode,visual studio code,code,terminal,iterm,warp,zed,sublime,android studio,notion,obsidian,slack,teams,"
+         "discord,mail,notes,calendar,figma,linear"},
+    };
+    for (const auto& c : cases) {
+        std::istringstream words(c.words);
+        for (std::string word; std::getline(words, word, ',');) {
+            const std::string around = c.where == Where::bundle ? word : "~" + word + "~";
+            const auto role = c.where == Where::partOfName ? classifyApplication(around, std::nullopt)
+                                                           : classifyApplication("X", around);
+            EXPECT_EQ(describe(role), describe(c.role)) << word;
+        }
+    }
 }
 
 TEST(AutoArrangeLearning, SlotsOfOneMeaning) {

@@ -373,3 +373,10 @@ TEST(LayoutSolver, ASolveIntoAUsedResultAllocatesNothing) {
     EXPECT_EQ(allocations, before);
     EXPECT_LT(result.unsatisfiedTileIDs.size(), unsatisfiedBefore);
 }
+
+TEST(LayoutSolver, AWindowFitsWhenHalfAPointIsMissing) {
+    const CGRect frame = makeRect(0, 0, 110, 210); // 100 x 200 within an inset of 5
+    EXPECT_TRUE(holdsWindow(frame, {100.5, 200.5}, 5));
+    EXPECT_FALSE(holdsWindow(frame, {100.6, 200}, 5));
+    EXPECT_FALSE(holdsWindow(frame, {100, 200.6}, 5));
+}

@@ -209,3 +209,12 @@ TEST(TileSpans, TargetsAreNamedByDisplayAndSlot) {
     const DisplayTileTarget target{"display-0-0-2560x1440", slot("focus-main", 0, 0, 1, 1)};
     EXPECT_EQ(target.id(), "display-0-0-2560x1440::focus-main");
 }
+
+TEST(TileSpans, DistancesAndFitsHaveNarrowTolerances) {
+    // Flat tiles: that the left neighbor is wider by a hundred-thousandth shows in the distance, not in the area.
+    const Slots slots{slot("b", 0, 0, 0.30001, 0.05), slot("m", 0.30001, 0, 0.39999, 0.05),
+                      slot("z", 0.7, 0, 0.3, 0.05)};
+    EXPECT_EQ(ids(TileSpanPolicy::bestSpan(slots, "m", kDisplay, 0, {600, 0}, {})), "m z");
+    EXPECT_EQ(ids(TileSpanPolicy::bestSpan(slots, "m", kDisplay, 0, {700.0005, 0}, {})), "b m");
+    EXPECT_EQ(ids(TileSpanPolicy::bestSpan(slots, "m", kDisplay, 0, {700.05, 0}, {})), "b m z");
+}

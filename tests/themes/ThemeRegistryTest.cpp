@@ -46,6 +46,9 @@ TEST(ThemeRegistry, EveryThemeIsLegibleWithEveryAccentColor) {
     }
     EXPECT_EQ(ids, (std::vector<std::string>{"kova.native", "jarvis.neon-cyan"}));
     EXPECT_EQ(registry.theme("jarvis.neon-cyan").visualStyle, ThemeVisualStyle::system);
+    EXPECT_EQ(registry.theme("kova.native").visualStyle, ThemeVisualStyle::native);
+    EXPECT_EQ(registry.theme("jarvis.neon-cyan").displayName, "Neon Cyan");
+    EXPECT_EQ(registry.theme("kova.native").displayName, "Native");
     EXPECT_EQ(registry.theme("no such theme").id, "kova.native");
     EXPECT_EQ(registry.palette("no such theme", "plaid"), registry.palette("kova.native", "system-blue"));
 }
@@ -71,15 +74,21 @@ TEST(ThemeRegistry, ThemesTravelAsJson) {
 }
 
 TEST(AccentColors, Options) {
-    std::vector<std::string> ids;
-    for (const auto& option : accentColorOptions()) {
-        ids.push_back(option.id);
-        EXPECT_EQ(normalizedAccentColorID(option.id), option.id);
-        EXPECT_EQ(option.accent.alpha + option.secondaryAccent.alpha, 2);
+    const std::vector<AccentColorOption> expected{
+        {"system-blue", "SYSTEM BLUE", {0, 0.84, 1, 1}, {0.28, 0.96, 1, 1}},
+        {"electric-violet", "ELECTRIC VIOLET", {0.55, 0.35, 1, 1}, {0.78, 0.62, 1, 1}},
+        {"signal-magenta", "SIGNAL MAGENTA", {0.98, 0.22, 0.78, 1}, {1, 0.48, 0.9, 1}},
+        {"matrix-emerald", "MATRIX EMERALD", {0.1, 0.92, 0.58, 1}, {0.42, 1, 0.76, 1}},
+        {"reactor-amber", "REACTOR AMBER", {1, 0.62, 0.12, 1}, {1, 0.82, 0.38, 1}},
+    };
+    const auto& options = accentColorOptions();
+    ASSERT_EQ(options.size(), expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(options[i].id, expected[i].id);
+        EXPECT_EQ(options[i].displayName, expected[i].displayName);
+        EXPECT_EQ(options[i].accent, expected[i].accent) << expected[i].id;
+        EXPECT_EQ(options[i].secondaryAccent, expected[i].secondaryAccent) << expected[i].id;
+        EXPECT_EQ(normalizedAccentColorID(options[i].id), options[i].id);
     }
-    EXPECT_EQ(ids, (std::vector<std::string>{"system-blue", "electric-violet", "signal-magenta", "matrix-emerald",
-                                             "reactor-amber"}));
-    EXPECT_EQ(accentColorOptions()[4].displayName, "REACTOR AMBER");
-    EXPECT_EQ(accentColorOptions()[4].secondaryAccent, (RGBAColor{1, 0.82, 0.38, 1}));
     EXPECT_EQ(normalizedAccentColorID("plaid"), "system-blue");
 }

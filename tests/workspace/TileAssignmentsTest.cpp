@@ -90,7 +90,7 @@ TEST(LayoutMigration, WindowsKeepTheirSlotThenItsNamesakeThenTheOrder) {
     before.stackWindowIDsByTarget["D::focus-right-top"] = {"mail", "chat"};
 
     const auto result = migrateAssignments(before, "D", row({"focus-main", "odd", "focus-right-top"}),
-                                           row({"secondary-2", "focus-main", "secondary-1"}));
+                                           row({"secondary-1", "focus-main", "secondary-2"}));
     EXPECT_EQ(result.assignments.assignedWindowIDs,
               (std::map<std::string, std::string>{{"D::focus-main", "editor"},
                                                   {"D::secondary-1", "mail"},

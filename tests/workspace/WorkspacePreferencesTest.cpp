@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 namespace kova {
 
 namespace {
@@ -24,7 +26,9 @@ TEST(WorkspacePreferences, AFirstStartLeavesAnExistingUserWithTheSameLook) {
 }
 
 TEST(WorkspacePreferences, AnyOldKeyMarksAnExistingUser) {
-    for (const auto key : preferenceKey::existingUserKeys) {
+    for (const std::string_view key :
+         {"KOVA.workspaceProfile.v1", "KOVA.useThemeBackground.v1", "KOVA.showBrain.v1", "KOVA.showTileBackgrounds.v1",
+          "KOVA.accentColor.v1", "KOVA.autoArrangeLearning.v1"}) {
         MemoryPreferencesStore store;
         store.setValue(key, false); // of the wrong type for some: it is there all the same
         const auto loaded = loadWorkspacePreferences(store);
@@ -32,6 +36,26 @@ TEST(WorkspacePreferences, AnyOldKeyMarksAnExistingUser) {
         EXPECT_EQ(loaded.useThemeBackground, key != preferenceKey::useThemeBackground) << key;
         EXPECT_EQ(store.values().size(), 1u) << "nothing is written for an existing user";
     }
+}
+
+TEST(WorkspacePreferences, KeysAreThoseUnderWhichUsersHaveTheirValues) {
+    using namespace preferenceKey;
+    const std::pair<std::string_view, std::string_view> keys[] = {
+        {workspaceProfile, "KOVA.workspaceProfile.v1"},
+        {autoArrangeLearning, "KOVA.autoArrangeLearning.v1"},
+        {workspaceProduct, "KOVA.workspaceProduct.v1"},
+        {accentColor, "KOVA.accentColor.v1"},
+        {useThemeBackground, "KOVA.useThemeBackground.v1"},
+        {showBrain, "KOVA.showBrain.v1"},
+        {showTileBackgrounds, "KOVA.showTileBackgrounds.v1"},
+        {continuousManagement, "KOVA.continuousManagement.v1"},
+        {workspaceSession, "KOVA.workspaceSession.v1"},
+        {keyboardShortcuts, "KOVA.keyboardShortcuts.v1"},
+        {startAtLogin, "KOVA.startAtLogin.v1"},
+        {hideSystemDock, "KOVA.hideSystemDock.v2"},
+        {onboardingCompleted, "KOVA.onboarding.completed.v1"},
+    };
+    for (const auto& [key, literal] : keys) EXPECT_EQ(key, literal);
 }
 
 TEST(WorkspacePreferences, WhatCannotBeReadCountsAsAbsent) {
