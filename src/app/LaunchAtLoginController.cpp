@@ -12,6 +12,7 @@ LaunchAtLoginController::LaunchAtLoginController(LaunchAtLoginServicing& service
 
 void LaunchAtLoginController::setStartsAtLogin(bool starts) {
     wish_ = starts;
+    defaults_.setValue(preferenceKey::startAtLogin, starts); // the user's choice, whether the system grants it or not
     const auto problem = starts ? service_.registerAtLogin() : service_.unregisterAtLogin();
     if (problem) {
         log(LogLevel::error, "Unable to update KOVA login item: " + *problem);
@@ -19,7 +20,6 @@ void LaunchAtLoginController::setStartsAtLogin(bool starts) {
         errorMessage_.set(problem);
         return;
     }
-    defaults_.setValue(preferenceKey::startAtLogin, starts);
     log(LogLevel::note, starts ? "KOVA registered as a login item" : "KOVA removed as a login item");
     errorMessage_.set(std::nullopt);
     startsAtLogin_.set(starts);

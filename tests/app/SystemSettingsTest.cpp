@@ -60,7 +60,7 @@ TEST(LaunchAtLogin, ShowsWhatTheSystemHasMadeOfTheWish) {
     expect(true, std::nullopt, true, "KOVA registered as a login item");
     item.problem = "the disk is full";
     controller.setStartsAtLogin(false);
-    expect(true, "the disk is full", true, "Unable to update KOVA login item: the disk is full");
+    expect(true, "the disk is full", false, "Unable to update KOVA login item: the disk is full");
     item.problem.reset();
     item.registered = LaunchAtLoginStatus::requiresApproval;
     controller.setStartsAtLogin(true);
