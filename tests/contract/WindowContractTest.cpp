@@ -53,6 +53,13 @@ TEST_P(DesktopContract, AttributesComeInTheOrderAskedForWithGapsForWhatThereIsNo
               (std::vector<AttributeValue>{std::string("AXApplication"), Elements{plan}, {}, {}}));
 }
 
+TEST_P(DesktopContract, AnEmptyTitleIsATitle) {
+    stage().open(kPlan);
+    const auto plan = element("Plan");
+    stage().retitle("Plan", "");
+    EXPECT_TRUE(until([&] { return read(plan, Attribute::title) == AttributeValue(std::string()); }));
+}
+
 TEST_P(DesktopContract, AnElementIsTheSameAsLongAsItsWindowLives) {
     stage().open(kPlan);
     stage().open(kInbox);

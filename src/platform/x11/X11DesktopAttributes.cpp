@@ -100,7 +100,7 @@ AttributeValue X11Desktop::Parts::read(const ClientWindow& client, Accessibility
     case AccessibilityAttribute::subrole:
         return std::string(subroleOf(client.kind()));
     case AccessibilityAttribute::title:
-        return client.title().empty() ? AttributeValue{} : AttributeValue{client.title()};
+        return client.title(); // empty until the application has given one
     case AccessibilityAttribute::minimized:
         // A hidden application's windows are not minimised: they come back with it.
         return model.isMinimized(client) && !isBelievedBack(client, now) &&
