@@ -2,6 +2,7 @@
 
 #include "support/text/Text.h"
 #include "workspace/ArrangementScore.h"
+#include "workspace/TileClaims.h"
 #include "workspace/TileRoom.h"
 
 #include <algorithm>
@@ -43,6 +44,8 @@ class Planner {
 
   private:
     enum class Phase { ownDisplay, anyDisplay };
+    void seatClaims();
+    bool hasRoomForAllThatShow() const;
     void seatWaiting(Phase phase);
     bool seatOn(std::size_t desk, Phase phase, Elbows elbows);
     std::vector<Pair> pairsFor(std::size_t desk, Phase phase) const;
@@ -61,10 +64,13 @@ class Planner {
     std::vector<Desk> desks_;
     std::vector<std::optional<Seat>> seats_; // by candidate
     std::vector<bool> wasDisplaced_;         // once is enough: two windows must not chase each other for ever
+    std::vector<bool> hasClaimed_;           // a rule or the user gave it its tile, which no other window takes
+    std::vector<bool> staysBehind_;          // it waits in the tile that its rule names
 };
 
 Planner::Planner(const ArrangementInput& input) :
-    input_(input), seats_(input.candidates.size()), wasDisplaced_(input.candidates.size()) {
+    input_(input), seats_(input.candidates.size()), wasDisplaced_(input.candidates.size()),
+    hasClaimed_(input.candidates.size()), staysBehind_(input.candidates.size()) {
     for (const auto& display : input.displays) {
         desks_.push_back({&display, {}});
         desks_.back().holder.resize(display.solved.slots.size());
@@ -85,7 +91,7 @@ std::vector<Pair> Planner::pairsFor(std::size_t desk, Phase phase) const {
     constexpr double kGrowthPenalty = 50;
     for (std::size_t c = 0; c < input_.candidates.size(); ++c) {
         const auto& candidate = input_.candidates[c];
-        if (seats_[c]) continue;
+        if (seats_[c] || staysBehind_[c]) continue;
         if (phase == Phase::ownDisplay && candidate.displayID != display.displayID) continue;
         const auto fits = [&](std::size_t s) {
             const CGSize tile = display.solved.frames[s].size;
@@ -134,7 +140,8 @@ Fit Planner::fitFor(std::size_t candidate, std::size_t desk, std::size_t slot) c
     bool isBesideFullScreen = false;
     for (std::size_t s = 0; s < slots.size(); ++s) {
         if (s == slot || std::ranges::find(needed, slots[s].id) == needed.end()) continue;
-        if (d.holder[s] && wasDisplaced_[*d.holder[s]]) return {};
+        // One that claimed its tile keeps it; one that had to give way once is not moved again.
+        if (d.holder[s] && (wasDisplaced_[*d.holder[s]] || hasClaimed_[*d.holder[s]])) return {};
         isBesideFullScreen = isBesideFullScreen || display.reservedSlotIDs.contains(slots[s].id);
         fit.push_back(s);
     }
@@ -184,6 +191,37 @@ bool Planner::seatOn(std::size_t desk, Phase phase, Elbows elbows) {
              reasonFor(pair.score, input_.candidates[pair.candidate], desks_[desk].display->solved.slots[pair.slot]));
     }
     return someoneGaveWay;
+}
+
+bool Planner::hasRoomForAllThatShow() const {
+    std::size_t free = 0;
+    for (std::size_t desk = 0; desk < desks_.size(); ++desk) {
+        for (std::size_t slot = 0; slot < desks_[desk].holder.size(); ++slot) free += isFree(desk, slot) ? 1 : 0;
+    }
+    std::size_t waiting = 0;
+    for (std::size_t c = 0; c < seats_.size(); ++c) waiting += seats_[c] || input_.candidates[c].isDeferred ? 0 : 1;
+    return free > waiting;
+}
+
+/// Windows whose tile is named by a rule or preferred by the user come before all scores. One that would have to be
+/// brought back takes its tile only when no visible window has to leave the screen for it.
+void Planner::seatClaims() {
+    for (const TileClaim& claim : tileClaims(input_)) {
+        const ArrangementCandidate& candidate = input_.candidates[claim.candidate];
+        if (seats_[claim.candidate]) continue;
+        const ArrangementDisplay& display = input_.displays[claim.display];
+        const std::string target = tileTargetID(display.displayID, display.solved.slots[claim.slot].id);
+        if (!isFree(claim.display, claim.slot)) {
+            const bool isBehind = claim.kind == TileClaim::Kind::rule && candidate.stackedBehindID == target;
+            if (isBehind) staysBehind_[claim.candidate] = true;
+            continue;
+        }
+        if (candidate.isDeferred && !hasRoomForAllThatShow()) continue;
+        const Fit fit = fitFor(claim.candidate, claim.display, claim.slot);
+        if (fit.empty() || pushesSomeone(claim.display, fit)) continue;
+        seat(claim.candidate, claim.display, fit, claim.reason);
+        hasClaimed_[claim.candidate] = true;
+    }
 }
 
 void Planner::seatWaiting(Phase phase) {
@@ -251,6 +289,7 @@ std::optional<AutoArrangePlacement> Planner::behindPlacement(std::size_t candida
 }
 
 ArrangementPlan Planner::plan() {
+    seatClaims();
     seatWaiting(Phase::ownDisplay);
     seatWaiting(Phase::anyDisplay);
 

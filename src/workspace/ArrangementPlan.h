@@ -25,6 +25,12 @@ struct ArrangementDisplay {
     std::set<std::string> reservedSlotIDs; // held by windows that take no part, such as full-screen ones
 };
 
+/// The tile that the rule deciding for a window names.
+struct RuleTile {
+    std::string slotID;
+    std::string name; // of the rule
+};
+
 /// A window that takes part.
 struct ArrangementCandidate {
     ManagedWindow window;
@@ -35,6 +41,7 @@ struct ArrangementCandidate {
     std::optional<std::string> currentTargetID; // the tile that it fronts now
     std::optional<std::string> stackedBehindID; // the tile in whose stack it waits
     CGSize minimumSize{};                       // points, 0 where none is known
+    std::optional<RuleTile> rule;               // while rules are on
     bool isDeferred = false;                    // minimised or hidden: needs time to come back
 };
 
@@ -49,7 +56,8 @@ struct ArrangementInput {
     std::vector<ArrangementCandidate> candidates; // the order of the window list
     std::vector<ArrangementLeftAlone> leftAlone;
     AutoArrangeLearningModel learning;
-    double tileInset = 5; // points
+    std::map<std::string, std::string> preferredApplications; // slot id -> application key
+    double tileInset = 5;                                     // points
 };
 
 /// One window in one tile.

@@ -4,6 +4,7 @@
 #include "support/MainQueue.h"
 #include "windowing/ManagedWindow.h"
 
+#include <map>
 #include <optional>
 #include <string>
 
@@ -15,6 +16,7 @@ struct PendingApplicationPlacement {
     LaunchableApplication application;
     std::string displayID;
     std::string slotID;
+    std::string requestedTile;              // tile-target id at the launch; the display may have another id by now
     Seconds expiresAt{0};                   // uptime
     std::optional<pid_t> processIdentifier; // once it was started
 
@@ -25,5 +27,9 @@ struct PendingApplicationPlacement {
         return isSameBundle || window.processIdentifier == processIdentifier;
     }
 };
+
+/// The placements by tile-target id. The display is known under another id from now on: those for its tiles follow.
+void renameDisplay(std::map<std::string, PendingApplicationPlacement>& placements, const std::string& formerID,
+                   const std::string& newID);
 
 } // namespace kova

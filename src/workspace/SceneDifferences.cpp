@@ -1,7 +1,9 @@
 #include "workspace/SceneDifferences.h"
 
+#include "themes/ThemeRegistry.h"
 #include "workspace/SceneRestoration.h"
 #include "workspace/WindowMatching.h"
+#include "workspace/WindowNames.h"
 
 #include <algorithm>
 #include <map>
@@ -26,18 +28,14 @@ std::string describe(const LayoutWeightOverrides& weights) {
     return text.empty() ? "the layout's own" : text;
 }
 
-std::string describe(const WorkspaceWindowReference& window) {
-    return window.titleHint ? window.applicationName + " “" + *window.titleHint + "”" : window.applicationName;
-}
-
 class Comparison {
   public:
     Comparison(const WorkspaceScene& scene, const WorkspaceNow& now) : scene_(scene), now_(now) {}
 
     std::vector<SceneDifference> compare() {
         note("theme", scene_.themeID, now_.themeID);
-        note("accent color", scene_.accentColorID, now_.accentColorID);
-        note("tile inset", plain(scene_.tileInset), plain(now_.tileInset));
+        note("accent color", normalizedAccentColorID(scene_.accentColorID), now_.accentColorID);
+        note("tile inset", plain(clampedTileInset(scene_.tileInset)), plain(now_.tileInset));
         for (const auto& display : scene_.displays) compareDisplay(display);
         compareWindows();
         return std::move(differences_);
@@ -56,6 +54,7 @@ class Comparison {
     void compareDisplay(const WorkspaceSceneDisplay& display) {
         const auto* present = displayNow(display.ordinal);
         if (!present) return note("display " + display.name, "connected", "not connected");
+        if (!findLayout(now_.layouts, display.layoutID)) return; // the display keeps the layout that it has
         note("layout of " + present->name, display.layoutID, present->layoutID);
         if (display.layoutID != present->layoutID) return;
         note("sizes of " + present->name, describe(display.layoutWeights), describe(present->layoutWeights));
@@ -77,23 +76,38 @@ class Comparison {
         return text;
     }
 
+    /// In the layout that the display will show once the scene is opened.
+    bool hasTile(const WorkspaceScenePlacement& placement) const {
+        if (now_.displays.empty()) return false;
+        const bool isConnected = displayNow(placement.displayOrdinal) != nullptr;
+        const std::int64_t ordinal = isConnected ? placement.displayOrdinal : 0;
+        const LayoutDefinition* layout = nullptr;
+        for (const auto& display : scene_.displays) {
+            if (display.ordinal != ordinal) continue;
+            if (const auto* available = findLayout(now_.layouts, display.layoutID)) layout = available;
+        }
+        if (!layout) layout = findLayout(now_.layouts, displayNow(ordinal)->layoutID);
+        return layout && hasSlot(layout->slots, placement.slotID);
+    }
+
     void compareWindows() {
         std::map<std::string, const WorkspaceScenePlacement*> placementByWindow;
         for (const auto& captured : now_.placements) placementByWindow[captured.windowID] = &captured.placement;
         WindowMatcher matcher(now_.windows, {});
         std::set<std::string> inScene;
         for (const auto& wanted : inRestoringOrder(scene_.placements)) {
+            if (!hasTile(wanted)) continue; // opening the scene skips it
             const ManagedWindow* window = matcher.take(wanted.window);
             if (window) inScene.insert(window->id);
             const auto present = window ? placementByWindow.find(window->id) : placementByWindow.end();
             const std::string now = !window                              ? "not open"
                                     : present == placementByWindow.end() ? "in no tile"
                                                                          : place(*present->second);
-            note(describe(wanted.window), place(wanted), now);
+            note(nameOf(wanted.window), place(wanted), now);
         }
         for (const auto& captured : now_.placements) {
             if (!inScene.contains(captured.windowID)) {
-                note(describe(captured.placement.window), "not in the scene", place(captured.placement));
+                note(nameOf(captured.placement.window), "not in the scene", place(captured.placement));
             }
         }
     }

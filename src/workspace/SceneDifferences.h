@@ -1,6 +1,7 @@
 // What differs between a scene and what is on the screen now.
 #pragma once
 
+#include "layout/LayoutCatalogue.h"
 #include "persistence/WorkspaceProductDocument.h"
 #include "windowing/ManagedWindow.h"
 #include "workspace/SceneCapture.h"
@@ -24,7 +25,8 @@ struct WorkspaceNow {
     double tileInset = 5; // points
     std::vector<WorkspaceSceneDisplay> displays;
     std::vector<CapturedPlacement> placements;
-    const std::vector<ManagedWindow>& windows; // in the order in which they were enumerated
+    const std::vector<ManagedWindow>& windows;    // in the order in which they were enumerated
+    const std::vector<LayoutDefinition>& layouts; // that the scene's theme has
 };
 
 /// The look first, then displays, then windows in the scene's order, then those that it does not know. Windows are

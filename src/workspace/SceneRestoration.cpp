@@ -14,6 +14,27 @@ std::vector<WorkspaceScenePlacement> inRestoringOrder(std::vector<WorkspaceScene
     return placements;
 }
 
+double clampedTileInset(double points) {
+    constexpr double kLargestInset = 100;
+    return std::clamp(points, 0.0, kLargestInset);
+}
+
+bool hasSlot(const std::vector<TileSlot>& slots, const std::string& slotID) {
+    return std::any_of(slots.begin(), slots.end(), [&](const TileSlot& slot) { return slot.id == slotID; });
+}
+
+std::string_view describe(SceneReport::State state) {
+    switch (state) {
+    case SceneReport::State::waiting:
+        return "waiting";
+    case SceneReport::State::finished:
+        return "finished";
+    case SceneReport::State::abandoned:
+        return "abandoned";
+    }
+    return "";
+}
+
 bool frontsItsTile(std::int64_t stackIndex, std::optional<bool> isActive) {
     return isActive.value_or(stackIndex == 0);
 }

@@ -1,8 +1,10 @@
 // Windows on their way back to the places that a scene remembers.
 #pragma once
 
+#include "layout/LayoutSolver.h"
 #include "persistence/WorkspaceProductDocument.h"
 #include "support/MainQueue.h"
+#include "workspace/SceneReport.h"
 #include "workspace/TileAssignments.h"
 
 #include <cstdint>
@@ -32,7 +34,15 @@ struct SceneRestoration {
     std::vector<PendingSceneWindowPlacement> pending;   // in the order in which they were deferred
     std::set<std::string> launchedBundleIDs;            // each application is launched at most once
     std::map<std::string, std::int64_t> stackIndexByID; // of the windows that were put back
+    std::set<std::string> movedByUser; // meanwhile: floated or placed, so no longer the scene's to place
+    SceneReport report;
 };
+
+/// A tile inset as it takes effect, in points: 0 to 100.
+double clampedTileInset(double points);
+
+/// Whether the layout has the slot; a placement in a slot that the layout lacks is skipped.
+bool hasSlot(const std::vector<TileSlot>& slots, const std::string& slotID);
 
 /// The placements as they are put back: by display, slot and place in the stack.
 std::vector<WorkspaceScenePlacement> inRestoringOrder(std::vector<WorkspaceScenePlacement> placements);

@@ -75,6 +75,7 @@ std::optional<ArrangementCandidate> WorkspaceController::candidateFor(const Mana
     if (!holding && candidate.currentTargetID) holding = screenOfTarget(*candidate.currentTargetID);
     if (holding) candidate.displayID = displayID(*holding);
     candidate.minimumSize = minimumSizeOf(window, WindowSizes::Purpose::nextArrangement);
+    candidate.rule = tileOfRule(window);
     candidate.isDeferred = window.isMinimized || isHidden;
     return candidate;
 }
@@ -83,6 +84,7 @@ ArrangementInput WorkspaceController::arrangementInput(const std::vector<Managed
                                                        const TileAssignments& assignments) const {
     ArrangementInput input;
     input.learning = learning_;
+    input.preferredApplications = state_.profile->preferredApplications;
     input.tileInset = state_.profile->tileInset;
     for (const auto& screen : *state_.screens) {
         ArrangementDisplay display;

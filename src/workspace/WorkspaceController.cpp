@@ -69,7 +69,9 @@ void WorkspaceController::stop() {
     comingBack_.clear();
     ++autoArrangeGeneration_;
     pendingApplicationPlacements_.clear();
+    publishSceneReport(SceneReport::State::abandoned);
     restoration_ = {};
+    (void)unseenTime_.end(services_.queue.uptime());
     refreshCycle_.end();
     state_.isSuspended.set(false);
     recovery_.clear();

@@ -12,6 +12,7 @@
 #include "workspace/DisplayAbsence.h"
 #include "workspace/DisplayLayouts.h"
 #include "workspace/DividerDrag.h"
+#include "workspace/ExpectedApplications.h"
 #include "workspace/FocusOrder.h"
 #include "workspace/ForceQuitting.h"
 #include "workspace/LayoutMigration.h"
@@ -31,6 +32,7 @@
 #include "workspace/TileRoom.h"
 #include "workspace/TransitionRecovery.h"
 #include "workspace/UndoHistory.h"
+#include "workspace/UnseenTime.h"
 #include "workspace/WindowCommand.h"
 #include "workspace/WindowSizes.h"
 #include "workspace/WorkspaceAction.h"
@@ -107,6 +109,11 @@ class WorkspaceController {
     std::optional<std::string> whyWindowsStay() const;
     /// What the last arrangement decided; empty before the first.
     const ArrangementPlan& lastArrangement() const { return lastArrangement_; }
+    /// Whether everything is arranged once after each start of the agent. Neither this nor a preferred application is
+    /// taken back by an undo.
+    void setAutoArrangeOnLaunch(bool arranges);
+    /// Arrangements offer tiles of this slot to the application, by its key, before others; to none when it is absent.
+    void setPreferredApplication(const std::string& slotID, const std::optional<std::string>& applicationKey);
 
     // Layouts
     const std::vector<LayoutDefinition>& catalogue() const;
@@ -338,6 +345,7 @@ class WorkspaceController {
 
     // Sleep, lock and session switches (WorkspaceRecovery.cpp)
     void beginTransitionRecovery();
+    void postponeDeadlines(Seconds duration);
     bool applyLockedSession(bool pollFoundLocked);
     void adoptSuccessors(const std::vector<WindowSuccessor>& successors);
     void recoverAssignedWindows();
@@ -351,6 +359,7 @@ class WorkspaceController {
     std::optional<Covering> coveringFor(const ManagedWindow& window, const std::string& targetID) const;
     std::optional<Covering> coveringOn(const Screen& screen, const std::vector<std::string>& slotIDs) const;
     TileRoom roomOn(const Screen& screen) const;
+    std::vector<std::string> takeTiles(const std::string& windowID, const Covering& covering);
     void place(const ManagedWindow& window, const Covering& covering, AccessibilityWindowService::BringToFront raise);
     void announceClaim(const ManagedWindow& window, const Covering& covering);
     void presentDisplaced(const std::vector<std::string>& displacedWindowIDs);
@@ -403,10 +412,13 @@ class WorkspaceController {
     std::vector<std::string> targetsFor(const Screen& screen, const std::string& slotID,
                                         const std::optional<std::vector<std::string>>& claimedSlotIDs) const;
     void launchForScene(const std::vector<std::string>& bundleIDs);
-    void expectWindowOf(const std::string& bundleID);
+    void launchedForScene(const LaunchableApplication& application, const LaunchResult& result);
+    void noteStarted(const LaunchableApplication& application, const LaunchResult& result);
+    void raiseRestored(const std::vector<std::string>& windowIDs);
     void carryOutRestored(const std::vector<RestoredPlacement>& placements);
     void processPendingScenePlacements();
     void endRestoration(std::size_t unavailable);
+    void publishSceneReport(SceneReport::State state);
     WorkspaceProductDocument workspaceDocument() const;
     void saveWorkspaceDocument();
     [[nodiscard]] bool changeDocument(WorkspaceProductDocument next);
@@ -414,7 +426,8 @@ class WorkspaceController {
 
     // Rules (WorkspaceRules.cpp)
     void applyRules(const std::vector<ManagedWindow>& windows);
-    void applyRule(const WorkspaceRule& rule, ManagedWindow window);
+    void carryOutRules(const std::vector<std::pair<std::string, std::size_t>>& decisions);
+    std::optional<RuleTile> tileOfRule(const ManagedWindow& window) const;
     void noteHasItsPlace(const std::string& windowID);
     bool isExcludedByRules(const ManagedWindow& window) const;
     bool appendRule(WorkspaceRule rule, const std::string& subject);
@@ -570,7 +583,8 @@ class WorkspaceController {
     ArrangementPlan lastArrangement_;
     std::map<std::string, PendingApplicationPlacement> pendingApplicationPlacements_; // by tile-target id
     SceneRestoration restoration_;
-    std::map<std::string, Seconds> expectedBundleIDs_; // launched, without a window yet; uptime until which it may come
+    ExpectedApplications expectedApplications_;
+    UnseenTime unseenTime_;
     std::set<std::string> handledRuleWindowIDs_;
     std::int64_t autoArrangeGeneration_ = 0;
     bool hasFirstPicture_ = false; // of the desktop, so that what was left of a former session was taken up

@@ -106,6 +106,7 @@ void WorkspaceController::displayHasNewID(const std::string& formerID, const std
     for (auto& placement : restoration_.pending) {
         if (placement.displayID == formerID) placement.displayID = newID;
     }
+    renameDisplay(pendingApplicationPlacements_, formerID, newID);
     if (auto shown = lastLayoutByDisplay_.extract(formerID)) {
         lastLayoutByDisplay_[newID] = std::move(shown.mapped());
     }
@@ -183,6 +184,7 @@ void WorkspaceController::forgetOutgrownLayouts(const std::string& id) {
 void WorkspaceController::noteMovedByUser(const std::string& windowID) {
     absence_.forget(windowID);
     outgrown_.forget(windowID);
+    if (!restoration_.pending.empty()) restoration_.movedByUser.insert(windowID);
 }
 
 /// A standby looks like an unplugging: only displays that stay away let go of their windows.

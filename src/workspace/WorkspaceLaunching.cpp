@@ -21,14 +21,17 @@ bool WorkspaceController::launchApplication(const LaunchableApplication& applica
     pendingApplicationPlacements_[tile] = {.application = application,
                                            .displayID = displayID,
                                            .slotID = slotID,
+                                           .requestedTile = tile,
                                            .expiresAt =
                                                services_.queue.uptime() + PendingApplicationPlacement::kLifetime,
                                            .processIdentifier = std::nullopt};
-    if (application.bundleIdentifier) expectWindowOf(*application.bundleIdentifier);
+    if (application.bundleIdentifier) {
+        expectedApplications_.expect(*application.bundleIdentifier, services_.queue.uptime());
+    }
     services_.applications.launch(
         application, LaunchActivation::activates,
         lifetime_.guard([this, tile, application, completion = std::move(completion)](const LaunchResult& result) {
-            if (result.error && application.bundleIdentifier) expectedBundleIDs_.erase(*application.bundleIdentifier);
+            noteStarted(application, result);
             applicationLaunched(tile, application.identifier, result);
             if (completion) completion(result);
         }));
@@ -36,11 +39,25 @@ bool WorkspaceController::launchApplication(const LaunchableApplication& applica
     return true;
 }
 
+/// For scenes, which launch no application whose window may still come by itself.
+void WorkspaceController::noteStarted(const LaunchableApplication& application, const LaunchResult& result) {
+    if (!application.bundleIdentifier) return;
+    if (result.error) {
+        expectedApplications_.forget(*application.bundleIdentifier);
+    } else if (result.processIdentifier) {
+        expectedApplications_.noteStarted(*application.bundleIdentifier, *result.processIdentifier,
+                                          services_.applications.processStartIdentity(*result.processIdentifier));
+    }
+}
+
 void WorkspaceController::applicationLaunched(const std::string& tile, const std::string& identifier,
                                               const LaunchResult& result) {
-    const auto pending = pendingApplicationPlacements_.find(tile);
     // Meanwhile another application may have been launched into the tile.
-    if (pending != pendingApplicationPlacements_.end() && pending->second.application.identifier == identifier) {
+    const auto pending = std::find_if(
+        pendingApplicationPlacements_.begin(), pendingApplicationPlacements_.end(), [&](const auto& entry) {
+            return entry.second.requestedTile == tile && entry.second.application.identifier == identifier;
+        });
+    if (pending != pendingApplicationPlacements_.end()) {
         if (result.error) {
             pendingApplicationPlacements_.erase(pending);
         } else {

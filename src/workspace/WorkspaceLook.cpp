@@ -1,4 +1,4 @@
-// How the workspace looks: theme, accent colour, and what the overlay shows.
+// Settings that move no window: theme, accent colour, what the overlay shows, and what later arrangements do.
 #include "workspace/WorkspaceController.h"
 
 #include "persistence/PreferenceKeys.h"
@@ -21,6 +21,23 @@ bool WorkspaceController::selectTheme(const std::string& id) {
     profile.themeID = id;
     setProfile(std::move(profile));
     return true;
+}
+
+void WorkspaceController::setAutoArrangeOnLaunch(bool arranges) {
+    WorkspaceProfile profile = *state_.profile;
+    profile.autoArrangeOnLaunch = arranges;
+    setProfile(std::move(profile));
+}
+
+void WorkspaceController::setPreferredApplication(const std::string& slotID,
+                                                  const std::optional<std::string>& applicationKey) {
+    WorkspaceProfile profile = *state_.profile;
+    if (applicationKey) {
+        profile.preferredApplications[slotID] = *applicationKey;
+    } else {
+        profile.preferredApplications.erase(slotID);
+    }
+    setProfile(std::move(profile));
 }
 
 void WorkspaceController::selectAccentColor(const std::string& id) {

@@ -91,15 +91,20 @@ WorkspaceController::coveringOn(const Screen& screen, const std::vector<std::str
     return covering;
 }
 
-void WorkspaceController::place(const ManagedWindow& window, const Covering& covering, BringToFront raise) {
+/// Gives the windows that fronted the tiles, each once.
+std::vector<std::string> WorkspaceController::takeTiles(const std::string& windowID, const Covering& covering) {
     std::vector<std::string> targetIDs;
     for (const auto& target : covering.targets) targetIDs.push_back(target.id());
     const std::string& anchorID = targetIDs.front();
     spaces_.storeFrom(targetIDs, liveWindows_, assignments_);
-    assignments_.insertIntoStack(anchorID, window.id, TileAssignments::StackPosition::front);
-    const auto displaced = assignments_.assign(window.id, targetIDs);
+    assignments_.insertIntoStack(anchorID, windowID, TileAssignments::StackPosition::front);
+    auto displaced = assignments_.assign(windowID, targetIDs);
     assignments_.mergeStacksInto(anchorID, targetIDs, displaced);
-    presentDisplaced(displaced);
+    return displaced;
+}
+
+void WorkspaceController::place(const ManagedWindow& window, const Covering& covering, BringToFront raise) {
+    presentDisplaced(takeTiles(window.id, covering));
     if (const auto frame = frameForWindow(window.id)) writeFrame(window, *frame, raise);
     if (covering.targets.size() > 1) announceClaim(window, covering);
 }

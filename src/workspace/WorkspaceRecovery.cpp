@@ -28,6 +28,7 @@ bool WorkspaceController::mayMoveWindows() const {
 void WorkspaceController::suspendForSystemTransition() {
     if (!isRunning() || refreshCycle_.isSuspended()) return;
     if (!isAway()) screensBeforeTransition_ = *state_.screens; // a poll may have seen the lock before it was told
+    unseenTime_.begin(services_.queue.uptime());
     refreshCycle_.suspend();
     state_.isSuspended.set(true);
     recovery_.detectedLockedLoginSession = false;
@@ -45,8 +46,16 @@ void WorkspaceController::resumeAfterSystemTransition() {
     refresh();
 }
 
+/// While nothing could be placed, nothing that waits for a window has run out of time.
+void WorkspaceController::postponeDeadlines(Seconds duration) {
+    for (auto& [tile, placement] : pendingApplicationPlacements_) placement.expiresAt += duration;
+    for (auto& placement : restoration_.pending) placement.expiresAt += duration;
+    expectedApplications_.postpone(duration);
+}
+
 /// Displays that went and came back meanwhile have changed nothing.
 void WorkspaceController::beginTransitionRecovery() {
+    postponeDeadlines(unseenTime_.end(services_.queue.uptime()));
     if (*state_.screens != screensBeforeTransition_) {
         closeFocusMode();
         migrateChangedDisplays();
@@ -61,6 +70,7 @@ void WorkspaceController::beginTransitionRecovery() {
 bool WorkspaceController::applyLockedSession(bool pollFoundLocked) {
     if (pollFoundLocked || services_.session.isLoginSessionScreenLocked()) {
         if (!recovery_.detectedLockedLoginSession) {
+            unseenTime_.begin(services_.queue.uptime());
             recovery_.detectedLockedLoginSession = true;
             state_.isSuspended.set(true);
             screensBeforeTransition_ = *state_.screens;

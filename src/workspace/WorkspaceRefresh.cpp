@@ -24,8 +24,8 @@ bool sameTitles(const std::vector<ManagedWindow>& a, const std::vector<ManagedWi
 } // namespace
 
 void WorkspaceController::applyPoll(PollResult result) {
-    dropExpiredApplicationPlacements();
     if (applyLockedSession(result.isSessionLocked)) return;
+    dropExpiredApplicationPlacements();
     const bool isRecovering = recovery_.isActive(services_.queue.uptime());
     const bool isGranted = result.permissionState == AccessibilityPermissionState::granted;
     if (isRecovering && !isGranted) return;
@@ -58,10 +58,7 @@ void WorkspaceController::applyGrantedPoll(WindowEnumeration found, bool isRecov
         spaces_.owe(window.id, *pending);
         windowService_->cancelPlacement(window.id);
     }
-    for (const auto& window : liveWindows_) {
-        if (expectedBundleIDs_.empty()) break;
-        if (window.bundleIdentifier) expectedBundleIDs_.erase(*window.bundleIdentifier);
-    }
+    expectedApplications_.forgetThoseWithWindows(liveWindows_);
     minimizedWindows_.follow(liveWindows_, services_.queue.uptime());
     const bool tookUpSession = takeUpSession();
     if (hasOtherTitles) state_.titleRevision.set(*state_.titleRevision + 1);
@@ -151,8 +148,9 @@ void WorkspaceController::applyDenied() {
 
 void WorkspaceController::scheduleAutomaticArrangement(bool justGranted) {
     const bool isDue = justGranted || !didAutoArrange_;
-    if (!isDue || !state_.profile->autoArrangeOnLaunch || state_.screens->empty()) return;
-    didAutoArrange_ = true;
+    if (!isDue || state_.screens->empty()) return;
+    didAutoArrange_ = true; // also when it is off: switched on later, it is for the next start
+    if (!state_.profile->autoArrangeOnLaunch) return;
     services_.queue.after(kAutomaticArrangementDelay, lifetime_.guard([this, generation = autoArrangeGeneration_] {
         if (generation != autoArrangeGeneration_) return; // who arranged meanwhile, or undid that, has had their way
         if (mayMoveWindows()) {

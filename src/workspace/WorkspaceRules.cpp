@@ -5,6 +5,7 @@
 #include "support/text/Text.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kova {
 
@@ -18,6 +19,8 @@ void WorkspaceController::setContinuousManagementEnabled(bool enabled) {
 void WorkspaceController::applyRules(const std::vector<ManagedWindow>& windows) {
     if (*state_.permissionState != AccessibilityPermissionState::granted) return;
     if (*state_.focusMode) return; // what it restores later would take the tiles away again
+    // All windows are asked before any is placed: placing one hides another, whose own rule may name a tile as well.
+    std::vector<std::pair<std::string, std::size_t>> decisions; // window id and index of the rule
     for (const auto& window : windows) {
         if (handledRuleWindowIDs_.contains(window.id)) continue;
         const bool isShown = window.isVisible && !window.isMinimized && !window.isFullScreen;
@@ -28,23 +31,57 @@ void WorkspaceController::applyRules(const std::vector<ManagedWindow>& windows) 
         // Its time comes when it shows itself, and when it can be told from others.
         if (!isShown || awaitsTitle(*state_.rules, window)) continue;
         handledRuleWindowIDs_.insert(window.id);
-        if (const auto deciding = decidingRule(*state_.rules, window)) applyRule((*state_.rules)[*deciding], window);
+        if (const auto deciding = decidingRule(*state_.rules, window)) decisions.emplace_back(window.id, *deciding);
     }
+    carryOutRules(decisions);
     std::erase_if(handledRuleWindowIDs_, [this](const std::string& id) { return !findLive(id); });
 }
 
-void WorkspaceController::applyRule(const WorkspaceRule& rule, ManagedWindow window) {
-    const auto* tile = std::get_if<disposition::Tile>(&rule.disposition);
-    const Screen* screen = tile ? screenOfWindow(window) : nullptr;
-    if (!screen) return;
-    const std::string target = tileTargetID(displayID(*screen), tile->slotID);
-    if (!tileFrameOnScreen(target)) return;
-    const std::string message = "Rule “" + rule.name + "” placed " + window.applicationName;
-    if (assignments_.targetOf(window.id) != target) (void)placeWindow(window.id, target, Focusing::no);
-    showStatusMessage(message);
+/// Windows that move leave their tiles first, so that two of them can change places.
+void WorkspaceController::carryOutRules(const std::vector<std::pair<std::string, std::size_t>>& decisions) {
+    std::vector<std::pair<std::string, std::string>> moving; // window and tile-target id
+    for (const auto& [windowID, index] : decisions) {
+        const WorkspaceRule& rule = (*state_.rules)[index];
+        const ManagedWindow& window = *findLive(windowID);
+        const auto* tile = std::get_if<disposition::Tile>(&rule.disposition);
+        const Screen* screen = tile ? screenOfWindow(window) : nullptr;
+        if (!screen) continue;
+        const std::string target = tileTargetID(displayID(*screen), tile->slotID);
+        if (!tileFrameOnScreen(target)) continue;
+        if (assignments_.targetOf(windowID) != target) moving.emplace_back(windowID, target);
+        showStatusMessage("Rule “" + rule.name + "” placed " + window.applicationName);
+    }
+    if (moving.empty()) return;
+    for (const auto& [windowID, target] : moving) assignments_.remove(windowID);
+    std::vector<std::string> displaced;
+    std::vector<std::pair<std::string, Covering>> placed;
+    for (const auto& [windowID, target] : moving) {
+        const auto covering = coveringFor(*findLive(windowID), target);
+        if (!covering) continue;
+        for (auto& id : takeTiles(windowID, *covering)) displaced.push_back(std::move(id));
+        placed.emplace_back(windowID, *covering);
+    }
+    presentDisplaced(displaced);
+    for (const auto& [windowID, covering] : placed) {
+        const auto frame = frameForWindow(windowID);
+        if (!frame) continue; // another window with the same rule is in front
+        writeFrame(*findLive(windowID), *frame, AccessibilityWindowService::BringToFront::no);
+        if (covering.targets.size() > 1) announceClaim(*findLive(windowID), covering);
+    }
+    publishAssignments();
+    reapplyTileFrames();
 }
 
-/// Whoever was put into a tile by name of the window is not moved on by a rule for all of them.
+std::optional<RuleTile> WorkspaceController::tileOfRule(const ManagedWindow& window) const {
+    if (!*state_.continuousManagementEnabled) return std::nullopt;
+    const auto deciding = decidingRule(*state_.rules, window);
+    if (!deciding) return std::nullopt;
+    const WorkspaceRule& rule = (*state_.rules)[*deciding];
+    const auto* tile = std::get_if<disposition::Tile>(&rule.disposition);
+    return tile ? std::optional(RuleTile{tile->slotID, rule.name}) : std::nullopt;
+}
+
+/// A window that was put into a tile by itself is not moved on by a rule for its application.
 void WorkspaceController::noteHasItsPlace(const std::string& windowID) {
     if (*state_.continuousManagementEnabled) handledRuleWindowIDs_.insert(windowID);
 }

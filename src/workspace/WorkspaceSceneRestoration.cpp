@@ -3,17 +3,16 @@
 
 #include "persistence/PreferenceKeys.h"
 #include "support/Log.h"
+#include "workspace/StackingOrder.h"
 #include "workspace/WindowMatching.h"
+#include "workspace/WindowNames.h"
 
 #include <algorithm>
-#include <cmath>
 #include <set>
 
 namespace kova {
 
 namespace {
-
-constexpr double kLargestInset = 100; // points
 
 std::string quoted(const std::string& name) {
     return "“" + name + "”";
@@ -61,7 +60,10 @@ bool WorkspaceController::activateScene(const Uuid& id) {
         if (named.insert(name).second) applications.push_back(name);
     }
     pushUndoSnapshot({std::string(kOpenSceneAction), std::move(applications)});
+    publishSceneReport(SceneReport::State::abandoned);
     restoration_ = {};
+    sessionToTakeUp_.reset(); // what it would put into tiles with the first poll would displace the scene's windows
+    didAutoArrange_ = true;
     applyLook(scene);
     spaces_.store(liveWindows_, assignments_);
     assignments_ = {};
@@ -71,6 +73,7 @@ bool WorkspaceController::activateScene(const Uuid& id) {
     const std::size_t pendingCount = placeWindowsOf(scene);
     state_.activeSceneID.set(scene.id);
     saveWorkspaceDocument();
+    publishSceneReport(pendingCount == 0 ? SceneReport::State::finished : SceneReport::State::waiting);
     if (pendingCount == 0) {
         showStatusMessage("Scene " + quoted(scene.name) + " restored");
     } else {
@@ -84,7 +87,7 @@ bool WorkspaceController::activateScene(const Uuid& id) {
 void WorkspaceController::applyLook(const WorkspaceScene& scene) {
     WorkspaceProfile profile = *state_.profile;
     profile.themeID = scene.themeID;
-    profile.tileInset = std::clamp(scene.tileInset, 0.0, kLargestInset);
+    profile.tileInset = clampedTileInset(scene.tileInset);
     const auto& screens = *state_.screens;
     const auto& available = registry_.theme(scene.themeID).layouts;
     for (const auto& display : scene.displays) {
@@ -116,8 +119,12 @@ std::size_t WorkspaceController::placeWindowsOf(const WorkspaceScene& scene) {
             placement.displayOrdinal >= 0 && placement.displayOrdinal < static_cast<std::int64_t>(screens.size());
         const Screen& screen = screens[isConnected ? static_cast<std::size_t>(placement.displayOrdinal) : 0];
         const auto targets = targetsFor(screen, placement.slotID, placement.claimedSlotIDs);
-        if (targets.empty()) continue;
+        if (targets.empty()) {
+            restoration_.report.withoutTile.push_back(nameOf(placement.window));
+            continue;
+        }
         if (const ManagedWindow* window = matcher.take(placement.window)) {
+            restoration_.report.adopted.push_back(nameOf(*window));
             restored.push_back(
                 {window->id, targets, placement.stackIndex, frontsItsTile(placement.stackIndex, placement.isActive)});
             continue;
@@ -143,8 +150,7 @@ std::vector<std::string>
 WorkspaceController::targetsFor(const Screen& screen, const std::string& slotID,
                                 const std::optional<std::vector<std::string>>& claimedSlotIDs) const {
     const auto& slots = layouts_.resolve(screen, *state_.profile, catalogue()).slots;
-    const bool isThere = std::any_of(slots.begin(), slots.end(), [&](const auto& slot) { return slot.id == slotID; });
-    if (!isThere) return {};
+    if (!hasSlot(slots, slotID)) return {};
     const std::string display = displayID(screen);
     std::vector<std::string> targets{tileTargetID(display, slotID)};
     if (!claimedSlotIDs) return targets;
@@ -165,28 +171,26 @@ void WorkspaceController::launchForScene(const std::vector<std::string>& bundleI
     for (const auto& application : services_.applications.runningApplications()) {
         if (application.bundleIdentifier && !application.isTerminated) running.insert(*application.bundleIdentifier);
     }
-    std::erase_if(expectedBundleIDs_, [now = services_.queue.uptime()](const auto& app) { return app.second <= now; });
+    const Seconds now = services_.queue.uptime();
+    const auto startIdentityOf = [this](pid_t process) { return services_.applications.processStartIdentity(process); };
     for (const auto& bundleID : bundleIDs) {
         // Its window is expected to appear by itself.
-        if (running.contains(bundleID) || expectedBundleIDs_.contains(bundleID)) continue;
+        if (running.contains(bundleID) || expectedApplications_.isExpected(bundleID, now, startIdentityOf)) continue;
         const auto application = services_.applications.launchableApplication(bundleID);
         if (!application || !restoration_.launchedBundleIDs.insert(bundleID).second) continue;
-        expectWindowOf(bundleID);
+        restoration_.report.launched.push_back(application->name);
+        expectedApplications_.expect(bundleID, now);
         services_.applications.launch(*application, LaunchActivation::inBackground,
                                       lifetime_.guard([this, application = *application](const LaunchResult& result) {
-                                          if (result.error) {
-                                              expectedBundleIDs_.erase(*application.bundleIdentifier);
-                                              log(LogLevel::warning, application.name + ": " + *result.error);
-                                          }
-                                          refresh();
+                                          launchedForScene(application, result);
                                       }));
     }
 }
 
-/// Between its launch and its first window an application may count as not running. Another scene must not start it
-/// once more meanwhile.
-void WorkspaceController::expectWindowOf(const std::string& bundleID) {
-    expectedBundleIDs_[bundleID] = services_.queue.uptime() + PendingSceneWindowPlacement::kLifetime;
+void WorkspaceController::launchedForScene(const LaunchableApplication& application, const LaunchResult& result) {
+    noteStarted(application, result);
+    if (result.error) log(LogLevel::warning, application.name + ": " + *result.error);
+    refresh();
 }
 
 /// Puts windows into their tiles: those in front are brought back, those that wait leave the screen.
@@ -215,12 +219,30 @@ void WorkspaceController::carryOutRestored(const std::vector<RestoredPlacement>&
     claimRoomWhereNeeded();
     publishAssignments();
     reapplyTileFrames(Straying::any);
+    std::vector<std::string> placedFronts;
+    for (const auto& placement : placements) {
+        if (fronts.contains(placement.windowID)) placedFronts.push_back(placement.windowID);
+    }
+    raiseRestored(placedFronts);
     services_.accessibility.flush();
+}
+
+/// Above the windows that do not belong to the scene; the one with the keyboard comes out on top.
+void WorkspaceController::raiseRestored(const std::vector<std::string>& windowIDs) {
+    std::vector<const ManagedWindow*> fronts;
+    for (const auto& id : windowIDs) {
+        const ManagedWindow* window = findLive(id);
+        if (window && !window->isFullScreen) fronts.push_back(window);
+    }
+    auto covered = coveredByOthers(fronts, services_.accessibility.onScreenWindows());
+    const ManagedWindow* focused = focusedWindow();
+    std::stable_partition(covered.begin(), covered.end(), [&](const auto* window) { return window != focused; });
+    for (const auto* window : covered) windowService_->raise(*window);
 }
 
 void WorkspaceController::processPendingScenePlacements() {
     if (restoration_.pending.empty()) return;
-    std::set<std::string> used;
+    std::set<std::string> used = restoration_.movedByUser;
     for (const auto& [target, windowID] : assignments_.assignedWindowIDs) used.insert(windowID);
     for (const auto& [target, stack] : assignments_.stackWindowIDsByTarget) used.insert(stack.begin(), stack.end());
     const auto here = windowsHere();
@@ -235,6 +257,7 @@ void WorkspaceController::processPendingScenePlacements() {
     for (auto& placement : pending) {
         if (placement.expiresAt <= services_.queue.uptime()) {
             ++unavailable;
+            restoration_.report.missing.push_back(nameOf(placement.window));
             continue;
         }
         const Screen* screen = screenOf(placement.displayID);
@@ -242,6 +265,7 @@ void WorkspaceController::processPendingScenePlacements() {
             screen ? targetsFor(*screen, placement.slotID, placement.claimedSlotIDs) : std::vector<std::string>{};
         const ManagedWindow* window = targets.empty() ? nullptr : matcher.take(placement.window);
         if (window) {
+            restoration_.report.placed.push_back(nameOf(*window));
             restored.push_back(
                 {window->id, targets, placement.stackIndex, frontsItsTile(placement.stackIndex, placement.isActive)});
         } else {
@@ -252,10 +276,20 @@ void WorkspaceController::processPendingScenePlacements() {
         closeFocusMode(); // what it restores later would take the tiles away again
         carryOutRestored(restored);
     }
-    if (restoration_.pending.empty()) endRestoration(unavailable);
+    if (restoration_.pending.empty()) return endRestoration(unavailable);
+    publishSceneReport(SceneReport::State::waiting);
+}
+
+/// An opening that has ended keeps the state in which it ended.
+void WorkspaceController::publishSceneReport(SceneReport::State state) {
+    SceneReport& report = restoration_.report;
+    if (state == SceneReport::State::abandoned && restoration_.pending.empty()) return;
+    report.state = state;
+    state_.sceneReport.set(report);
 }
 
 void WorkspaceController::endRestoration(std::size_t unavailable) {
+    publishSceneReport(SceneReport::State::finished);
     restoration_ = {};
     if (unavailable == 0) return showStatusMessage("Scene fully restored");
     showStatusMessage("Scene restored — " + std::to_string(unavailable) + " app window" +

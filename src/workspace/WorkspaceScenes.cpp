@@ -120,7 +120,8 @@ std::optional<std::vector<SceneDifference>> WorkspaceController::diffScene(const
                                      .tileInset = state_.profile->tileInset,
                                      .displays = capturedDisplays(),
                                      .placements = capturedPlacements(),
-                                     .windows = here});
+                                     .windows = here,
+                                     .layouts = registry_.theme(scene->themeID).layouts});
 }
 
 } // namespace kova

@@ -6,6 +6,7 @@
 #include "support/Published.h"
 #include "windowing/ManagedWindow.h"
 #include "windowing/ScreenServicing.h"
+#include "workspace/SceneReport.h"
 
 #include <cstdint>
 #include <map>
@@ -50,6 +51,7 @@ struct WorkspaceState {
     Published<std::vector<WorkspaceScene>> scenes; // the newest last
     Published<std::vector<WorkspaceRule>> rules;   // the first that matches decides
     Published<std::optional<Uuid>> activeSceneID;
+    Published<std::optional<SceneReport>> sceneReport; // of the scene opened last; absent before the first
     Published<bool> continuousManagementEnabled{false};
     Published<bool> useThemeBackground{false};
     Published<bool> showBrain{false};

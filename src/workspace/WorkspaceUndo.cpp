@@ -75,7 +75,10 @@ bool WorkspaceController::undoLastAction() {
     focusZoomSnapshot_.reset();
     ++autoArrangeGeneration_; // what an arrangement still had to do is undone with it
     reflow_.forgetAllPushes();
-    if (entry->label.action == kOpenSceneAction) restoration_ = {}; // and so is what a scene still waits for
+    if (entry->label.action == kOpenSceneAction) { // and so is what a scene still waits for
+        publishSceneReport(SceneReport::State::abandoned);
+        restoration_ = {};
+    }
     restoreUndoSnapshot(entry->snapshot);
     noteTileGeometry();
     migrateChangedDisplays(); // some may have had another size then
@@ -99,8 +102,11 @@ void WorkspaceController::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snaps
     // now.
     state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
     state_.stackWindowIDsByTarget.set(assignments_.stackWindowIDsByTarget);
-    state_.profile.set(snapshot.profile);
-    saveProfile(services_.preferences, snapshot.profile);
+    WorkspaceProfile profile = snapshot.profile;
+    profile.autoArrangeOnLaunch = state_.profile->autoArrangeOnLaunch; // settings that no step has changed
+    profile.preferredApplications = state_.profile->preferredApplications;
+    state_.profile.set(std::move(profile));
+    saveProfile(services_.preferences, *state_.profile);
     state_.accentColorID.set(snapshot.accentColorID);
     services_.preferences.setValue(preferenceKey::accentColor, snapshot.accentColorID);
     restoreActiveScene(snapshot.activeSceneID);

@@ -76,9 +76,10 @@ Desk& Desk::opens(const std::string& application, WindowTraits traits) {
 
 // Lifecycle
 
-Desk& Desk::start() {
+Desk& Desk::start(const std::function<void()>& beforeTheFirstPoll) {
     wasStarted_ = true;
     delegate().startWorkspace();
+    if (beforeTheFirstPoll) beforeTheFirstPoll();
     desktop.queue().advance(Seconds(0.5));
     return *this;
 }
@@ -88,14 +89,14 @@ Desk& Desk::stop() {
     return settle();
 }
 
-Desk& Desk::restart() {
+Desk& Desk::restart(const std::function<void()>& beforeTheFirstPoll) {
     delegate_.reset();
     resumptionEnd_ = desktop.queue().uptime() + Seconds(14);
     foundAtRestart_.clear();
     for (const auto* window : desktop.livingWindows()) {
         foundAtRestart_[window->label()] = {desktop.frameForWindowService(*window), std::nullopt};
     }
-    return start().settle();
+    return start(beforeTheFirstPoll).settle();
 }
 
 Desk& Desk::undergo(SystemActivityEvent event) {

@@ -16,6 +16,7 @@
 #include "persistence/MemoryPreferencesStore.h"
 #include "platform/simulated/SimulatedDesktop.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -43,10 +44,10 @@ class Desk {
     Desk& opens(const std::string& application, WindowTraits traits = {});
 
     // Lifecycle; every action starts the controller if nothing else did.
-    Desk& start();
+    Desk& start(const std::function<void()>& beforeTheFirstPoll = {});
     Desk& stop();
     /// Lets the controller go and begins anew with the preferences as they are.
-    Desk& restart();
+    Desk& restart(const std::function<void()>& beforeTheFirstPoll = {});
 
     /// The machine goes to sleep and wakes up.
     Desk& sleep() { return undergo(SystemActivityEvent::systemWillSleep); }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 using namespace kova;
 
 namespace {
@@ -86,6 +88,59 @@ TEST(ArrangementPlan, AmongEqualTilesTheNearestIsTaken) {
     table.window("Codex");
     table.window("Viewer").frameOnScreen = makeRect(1300, 20, 1200, 650); // lower right, y up
     EXPECT_EQ(table.plan(), "Codex:focus-main Viewer:secondary-3");
+}
+
+TEST(ArrangementPlan, TilesThatRulesOrTheUserNameComeBeforeAllScores) {
+    const struct {
+        const char* why;
+        std::function<void(Table&)> change;
+        const char* plan;
+    } cases[] = {
+        {"roles and learning alone", [](Table&) {}, "Codex:focus-main Firefox:secondary-1 Viewer:surplus"},
+        {"a rule",
+         [](Table& t) {
+             t.input.candidates[2].rule = RuleTile{"focus-main", "R"};
+         },
+         "Viewer:focus-main Codex:secondary-1 Firefox:surplus"},
+        {"a rule for a tile that the layout lacks",
+         [](Table& t) {
+             t.input.candidates[2].rule = RuleTile{"secondary-9", "R"};
+         },
+         "Codex:focus-main Firefox:secondary-1 Viewer:surplus"},
+        {"two with a rule for one tile: the one in front there",
+         [](Table& t) {
+             t.input.candidates[1].rule = t.input.candidates[2].rule = RuleTile{"focus-main", "R"};
+             t.input.candidates[2].currentTargetID = "D::focus-main";
+         },
+         "Viewer:focus-main Codex:secondary-1 Firefox:surplus"},
+        {"one that would have to be brought back does not take the place of one that is visible",
+         [](Table& t) {
+             t.input.candidates[2].rule = RuleTile{"focus-main", "R"};
+             t.input.candidates[2].isDeferred = true;
+         },
+         "Codex:focus-main Firefox:secondary-1 Viewer:surplus"},
+        {"a preferred application", [](Table& t) { t.input.preferredApplications["secondary-1"] = "name:viewer"; },
+         "Codex:focus-main Viewer:secondary-1 Firefox:surplus"},
+        {"a rule before a preference",
+         [](Table& t) {
+             t.input.preferredApplications["secondary-1"] = "name:viewer";
+             t.input.candidates[0].rule = RuleTile{"secondary-1", "R"};
+         },
+         "Firefox:focus-main Codex:secondary-1 Viewer:surplus"},
+        {"a window too large for its tiles does not take one that was claimed",
+         [](Table& t) {
+             t.input.preferredApplications["secondary-1"] = "name:viewer";
+             t.input.candidates[0].minimumSize = {2300, 400};
+         },
+         "Codex:focus-main Viewer:secondary-1 Firefox:surplus"},
+    };
+    for (const auto& c : cases) {
+        Table table;
+        table.display("D", "jarvis.dual-split");
+        for (const char* name : {"Codex", "Firefox", "Viewer"}) table.window(name);
+        c.change(table);
+        EXPECT_EQ(table.plan(), c.plan) << c.why;
+    }
 }
 
 TEST(ArrangementPlan, WindowsStayOnTheirDisplayWhileItHasAFreeTile) {

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 namespace kova {
 
 namespace {
@@ -168,6 +170,54 @@ TEST_F(Launching, ADisplayThatIsAwayOrALayoutWithoutTheTileMayComeBack) {
     EXPECT_EQ(desk.desktop.window("Notes").frame, kSomewhere);
 }
 
+TEST_F(Launching, TheTimeOfALockedOrSleepingScreenDoesNotCount) {
+    using Change = std::function<void(Desk&)>;
+    const struct {
+        const char* how;
+        Change away, back;
+    } cases[] = {
+        {"asleep", [](Desk& d) { d.sleep(); }, [](Desk& d) { d.wake(); }},
+        {"locked, seen by a poll", [](Desk& d) { d.desktop.setLocked(true); },
+         [](Desk& d) { d.desktop.setLocked(false); }},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.how);
+        const auto notes = desk.desktop.install("Notes", {.startsAfter = Seconds(3), .window = {.frame = kSomewhere}});
+        launch(notes, kRight);
+        desk.advance(Seconds(1));
+        c.away(desk);
+        desk.advance(Seconds(300));
+        EXPECT_EQ(desk.desktop.window("Notes").frame, kSomewhere);
+        c.back(desk);
+        desk.settle().expectTiles(kBoth);
+        desk.desktop.quit("Notes");
+        desk.advance(Seconds(20)).expectTiles(kAlone);
+        desk.desktop.uninstall("Notes");
+    }
+    launch(desk.desktop.install("Late", {.startsAfter = Seconds(400)}), kRight);
+    desk.advance(Seconds(15)).sleep().advance(Seconds(300)).wake().advance(Seconds(4));
+    EXPECT_EQ(waiting(), 1u);
+    desk.advance(Seconds(2));
+    EXPECT_EQ(waiting(), 0u) << "what was left of the 20 s is over";
+    desk.advance(Seconds(120));
+}
+
+TEST(LaunchingOnANamelessDisplay, ItsTileIsFoundAfterAChangeOfSize) {
+    Desk desk;
+    desk.desktop.addDisplay({.name = "VM", .size = {1920, 1080}, .origin = CGPoint{0, 0}, .canTellUUID = false});
+    desk.layout("jarvis.dual-split", "VM").opens("Mail").arrange();
+    const auto notes = desk.desktop.install("Notes", {.startsAfter = Seconds(4)});
+    EXPECT_TRUE(desk.controller().launchApplication(notes, desk.displayIDOf("VM"), kRight));
+    desk.advance(Seconds(1)).desktop.resizeDisplay("VM", {2560, 1440});
+    desk.advance(Seconds(8)).expectTiles("Mail 15,15 1254x1382 | Notes 1291,15 1254x1382");
+    EXPECT_TRUE(desk.controller().pendingApplicationPlacements().empty());
+    const auto broken = desk.desktop.install("Broken", {.fails = "Broken is broken", .startsAfter = Seconds(2)});
+    EXPECT_TRUE(desk.controller().launchApplication(broken, desk.displayIDOf("VM"), kRight));
+    desk.advance(Seconds(1)).desktop.resizeDisplay("VM", {1920, 1080});
+    desk.advance(Seconds(3));
+    EXPECT_TRUE(desk.controller().pendingApplicationPlacements().empty());
+}
+
 TEST_F(Launching, AZoomedWindowMakesWay) {
     launch(desk.desktop.install("Notes", {.startsAfter = Seconds(3)}), kRight);
     desk.desktop.focusByHand("Mail");
@@ -184,11 +234,33 @@ TEST_F(Launching, NothingIsPlacedOnceManagementHasEnded) {
     EXPECT_EQ(waiting(), 0u);
 }
 
-TEST(ArrangingAfterTheStart, HappensOnceInTheLifeOfTheProcess) {
+/// The profile of a user that has switched on arranging after the start.
+PreferenceData arrangingProfile() {
     WorkspaceProfile profile;
-    profile.autoArrangeOnLaunch = true;
     profile.layoutID = "jarvis.dual-split";
-    const PreferenceData stored{encodeWorkspaceProfile(profile)};
+    Desk desk;
+    desk.preferences.setValue("KOVA.workspaceProfile.v1", PreferenceData{encodeWorkspaceProfile(profile)});
+    desk.controller().setAutoArrangeOnLaunch(true);
+    return *desk.preferences.data("KOVA.workspaceProfile.v1");
+}
+
+TEST(ArrangingAfterTheStart, LeavesAloneWhatARuleHasPlaced) {
+    Desk desk;
+    desk.preferences.setValue("KOVA.workspaceProfile.v1", arrangingProfile());
+    desk.display(2560, 1440).opens("Mail").start().settle();
+    desk.expectTiles("Mail 15,15 1254x1382 | -"); // learnt
+    desk.controller().addRule(
+        {Uuid::random(), "Mail aside", true, "sim.mail", std::nullopt, std::nullopt, disposition::Tile{kRight}});
+    desk.controller().setContinuousManagementEnabled(true);
+    desk.desktop.quit("Mail");
+    desk.settle().opens("Mail", {.frame = kSomewhere}).opens("Mail", {.frame = kSomewhere});
+    desk.restart().expectTiles("- | Mail 2 1291,15 1254x1382 + Mail");
+    desk.undo();
+    EXPECT_TRUE(desk.state().profile->autoArrangeOnLaunch) << "a setting is no step of a window";
+}
+
+TEST(ArrangingAfterTheStart, HappensOnceInTheLifeOfTheProcess) {
+    const PreferenceData stored = arrangingProfile();
     Desk desk;
     desk.preferences.setValue("KOVA.workspaceProfile.v1", stored);
     desk.display(2560, 1440).opens("Mail").start().settle();

@@ -188,6 +188,50 @@ TEST_F(Rules, KeepWindowsOutOfArrangements) {
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
 }
 
+TEST_F(Rules, AllAreAskedBeforeAnyWindowMoves) {
+    struct Case {
+        const char* layout;
+        const char* notesTo;
+        const char* after;
+    };
+    const Case cases[] = {
+        {"jarvis.dual-split", kLeft, "Notes 15,15 1254x1382 | Mail 1291,15 1254x1382"},
+        {"jarvis.triple-strip", "secondary-2", "- | Mail 866,15 829x1382 | Notes 1717,15 828x1382"},
+    };
+    for (const auto& c : cases) {
+        for (const bool mailFirst : {true, false}) {
+            SCOPED_TRACE(c.layout + std::string(mailFirst ? ", Mail first" : ", Notes first"));
+            Desk two;
+            two.display(2560, 1440).layout(c.layout);
+            two.opens(mailFirst ? "Mail" : "Notes").opens(mailFirst ? "Notes" : "Mail").start();
+            for (const auto& [label, slot] : {std::pair{"Mail", kLeft}, {"Notes", kRight}}) {
+                two.controller().placeWindow(two.desktop.windowIDOf(label), two.targetID("A", slot),
+                                             WorkspaceController::Focusing::no);
+            }
+            two.settle();
+            two.controller().addRule(tileMail());
+            two.controller().addRule(rule("", "sim.notes", std::nullopt, std::nullopt, disposition::Tile{c.notesTo}));
+            two.controller().setContinuousManagementEnabled(true);
+            two.settle().expectTiles(c.after);
+            EXPECT_TRUE(two.desktop.isOnScreen(two.desktop.window("Mail")));
+            EXPECT_TRUE(two.desktop.isOnScreen(two.desktop.window("Notes")));
+        }
+    }
+}
+
+TEST_F(Rules, TakePartInArrangements) {
+    desk.opens("Notes").arrange().expectTiles("Notes 15,15 1254x1382 | -"); // learnt
+    add(rule("Notes aside", "sim.notes", std::nullopt, std::nullopt, disposition::Tile{kRight}));
+    desk.arrange().expectTiles("Notes 15,15 1254x1382 | -");
+    manageContinuously();
+    desk.arrange().expectTiles("- | Notes 1291,15 1254x1382");
+    EXPECT_EQ(desk.explanation(), "Notes “Notes” → Secondary on A: the rule “Notes aside” names this tile\n");
+
+    add(tileMail());
+    opensQuietly("Mail").settle().expectTiles("- | Mail 1291,15 1254x1382 + Notes");
+    desk.arrange().expectTiles("- | Mail 1291,15 1254x1382 + Notes");
+}
+
 TEST_F(Rules, YieldToASceneThatNamesTheWindow) {
     opensQuietly("Mail").arrange().expectTiles("Mail 15,15 1254x1382 | -");
     desk.controller().captureScene("Work");

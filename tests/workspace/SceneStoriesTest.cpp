@@ -113,6 +113,7 @@ TEST(SceneStories, EveryWindowIsBackInItsTileAndStack) {
     const WorkspaceScene scene = desk.state().scenes->back();
     EXPECT_EQ(*desk.state().activeSceneID, scene.id);
     EXPECT_TRUE(scene.createdAt == scene.updatedAt);
+    EXPECT_DOUBLE_EQ(scene.displays.front().aspectRatio, 2560.0 / 1440);
     EXPECT_EQ(storedDocument(desk).scenes.size(), 1u);
     EXPECT_EQ(differences(desk, scene.id), "");
 

@@ -1,0 +1,19 @@
+#include "workspace/PendingApplicationPlacement.h"
+
+#include "layout/TileSpans.h"
+
+#include <utility>
+
+namespace kova {
+
+void renameDisplay(std::map<std::string, PendingApplicationPlacement>& placements, const std::string& formerID,
+                   const std::string& newID) {
+    std::map<std::string, PendingApplicationPlacement> renamed;
+    for (auto& [tile, placement] : placements) {
+        if (placement.displayID == formerID) placement.displayID = newID;
+        renamed.insert_or_assign(tileTargetID(placement.displayID, placement.slotID), std::move(placement));
+    }
+    placements = std::move(renamed);
+}
+
+} // namespace kova

@@ -1,0 +1,31 @@
+// What became of each window of a scene that was opened, by name, for the user that opened it.
+#pragma once
+
+#include "persistence/WorkspaceProductDocument.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kova {
+
+struct SceneReport {
+    enum class State {
+        waiting,   // for windows that have not appeared
+        finished,  // every window was placed or has not come in time
+        abandoned, // another scene was opened, the opening was undone, or management ended
+    };
+    Uuid opening = Uuid::random(); // tells one opening from the next
+    State state = State::waiting;
+    std::vector<std::string> adopted;     // windows that were there, as "Mail “Inbox”"
+    std::vector<std::string> launched;    // names of applications
+    std::vector<std::string> placed;      // windows that appeared later
+    std::vector<std::string> withoutTile; // windows whose tile the layout in force does not have
+    std::vector<std::string> missing;     // windows that did not appear in time
+    bool operator==(const SceneReport&) const = default;
+};
+
+/// "waiting", "finished", "abandoned".
+std::string_view describe(SceneReport::State state);
+
+} // namespace kova

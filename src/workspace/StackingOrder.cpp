@@ -1,0 +1,41 @@
+#include "workspace/StackingOrder.h"
+
+#include <algorithm>
+
+namespace kova {
+
+namespace {
+
+constexpr double kSameFramePoints = 2;
+
+bool shows(const OnScreenWindow& shown, const ManagedWindow& window) {
+    return shown.processIdentifier == window.processIdentifier && window.frame &&
+           nearlyEqual(shown.bounds, *window.frame, kSameFramePoints);
+}
+
+} // namespace
+
+std::vector<const ManagedWindow*> coveredByOthers(const std::vector<const ManagedWindow*>& windows,
+                                                  const std::vector<OnScreenWindow>& onScreen) {
+    std::vector<CGRect> others; // in front of the window at hand
+    std::vector<const ManagedWindow*> unseen = windows;
+    std::vector<const ManagedWindow*> covered;
+    for (const auto& shown : onScreen) {
+        if (shown.layer != 0) continue; // panels and menus lie above all windows anyway
+        const auto found =
+            std::find_if(unseen.begin(), unseen.end(), [&](const auto* window) { return shows(shown, *window); });
+        if (found == unseen.end()) {
+            others.push_back(shown.bounds);
+            continue;
+        }
+        const bool isCovered = std::any_of(others.begin(), others.end(), [&](const CGRect& other) {
+            return intersectionArea(other, shown.bounds) > 0;
+        });
+        if (isCovered) covered.push_back(*found);
+        unseen.erase(found);
+    }
+    covered.insert(covered.end(), unseen.begin(), unseen.end());
+    return covered;
+}
+
+} // namespace kova

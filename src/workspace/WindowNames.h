@@ -1,0 +1,20 @@
+// Windows as texts for the user name them.
+#pragma once
+
+#include "persistence/WorkspaceProductDocument.h"
+#include "windowing/ManagedWindow.h"
+
+#include <string>
+
+namespace kova {
+
+/// "Mail “Inbox”"; just "Mail" for a window without a title.
+inline std::string nameOf(const ManagedWindow& window) {
+    return window.title.empty() ? window.applicationName : window.applicationName + " “" + window.title + "”";
+}
+
+inline std::string nameOf(const WorkspaceWindowReference& window) {
+    return window.titleHint ? window.applicationName + " “" + *window.titleHint + "”" : window.applicationName;
+}
+
+} // namespace kova

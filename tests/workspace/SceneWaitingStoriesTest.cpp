@@ -1,0 +1,186 @@
+// Scenes that wait for windows: how long, whose windows they take, and what the user is told in the end.
+#include "tests/harness/Desk.h"
+
+#include "persistence/WorkspaceDocumentCoding.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+namespace kova {
+
+namespace {
+
+const CGRect kSomewhere = makeRect(300, 300, 800, 600);
+
+class WaitingScene : public ::testing::Test {
+  protected:
+    WaitingScene() { desk.display(2560, 1440).layout("jarvis.dual-split"); }
+
+    /// Adds a scene with a window of each application, in the slots of the dual split.
+    Uuid scene(const std::vector<std::string>& applications) {
+        WorkspaceScene made;
+        made.name = "Told";
+        made.themeID = "kova.native";
+        made.displays.push_back(
+            {.ordinal = 0, .name = "A", .aspectRatio = 1.8, .layoutID = "jarvis.dual-split", .layoutWeights = {}});
+        for (const auto& application : applications) {
+            WorkspaceScenePlacement placement;
+            placement.window = {"sim." + application, application, std::nullopt};
+            placement.slotID = made.placements.empty() ? "focus-main" : "secondary-1";
+            made.placements.push_back(placement);
+        }
+        return add(made);
+    }
+    Uuid add(const WorkspaceScene& made) {
+        WorkspaceProductDocument document;
+        document.scenes.push_back(made);
+        (void)desk.controller().importWorkspaceDocument(std::get<std::string>(encodeExportedDocument(document)));
+        return made.id;
+    }
+    Desk& open(const Uuid& id) { return desk.perform(action::ActivateScene{id}); }
+    std::string report() {
+        const auto& told = *desk.state().sceneReport;
+        if (!told) return "none";
+        std::string text(describe(told->state));
+        const auto list = [&](const char* what, const std::vector<std::string>& names) {
+            for (const auto& name : names) text += std::string(", ") + what + " " + name;
+        };
+        list("adopted", told->adopted);
+        list("launched", told->launched);
+        list("placed", told->placed);
+        list("without a tile", told->withoutTile);
+        list("missing", told->missing);
+        return text;
+    }
+    Desk desk;
+};
+
+TEST_F(WaitingScene, TheTimeOfALockedOrSleepingScreenDoesNotCount) {
+    using Change = std::function<void(Desk&)>;
+    const struct {
+        const char* how;
+        Change away, back;
+    } cases[] = {
+        {"asleep", [](Desk& d) { d.sleep(); }, [](Desk& d) { d.wake(); }},
+        {"locked, seen by a poll", [](Desk& d) { d.desktop.setLocked(true); },
+         [](Desk& d) { d.desktop.setLocked(false); }},
+    };
+    desk.start();
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.how);
+        desk.desktop.install("mail", {.startsAfter = Seconds(4), .window = {.frame = kSomewhere}});
+        desk.controller().activateScene(scene({"mail"}));
+        desk.advance(Seconds(1));
+        c.away(desk);
+        desk.advance(Seconds(600));
+        EXPECT_EQ(desk.desktop.window("mail").frame, kSomewhere);
+        c.back(desk);
+        desk.settle().expectTiles("mail 15,15 1254x1382 | -");
+        desk.expectMessage("Scene fully restored");
+        desk.desktop.quit("mail");
+        desk.advance(Seconds(20));
+        desk.desktop.uninstall("mail");
+    }
+}
+
+TEST_F(WaitingScene, WhatTheUserLetsFloatMeanwhileIsNotTaken) {
+    desk.opens("mail", {.frame = kSomewhere}).start();
+    open(scene({"mail", "mail"})).expectTiles("mail 15,15 1254x1382 | -");
+    const std::string mail = desk.desktop.windowIDOf("mail");
+    using Controller = WorkspaceController;
+    desk.controller().beginWindowDrag(mail, makeRect(15, 15, 1254, 1382));
+    desk.desktop.moveByHand("mail", kSomewhere);
+    desk.controller().endWindowDrag({700, 700}, Controller::HandMovement::move, Controller::LettingGo::floating);
+    desk.advance(Seconds(5)).expectTiles("- | -");
+    desk.opens("mail").settle().expectTiles("- | mail 2 1291,15 1254x1382");
+}
+
+TEST_F(WaitingScene, AnApplicationThatEndedBeforeItsWindowIsLaunchedByTheNextOpening) {
+    desk.start();
+    desk.desktop.install("mail", {.startsAfter = Seconds(1), .opensAfter = Seconds(4)});
+    const Uuid id = scene({"mail"});
+    const auto launches = [&] {
+        const std::string journal = desk.desktop.takeJournal();
+        return journal.find("mail: launch in the background") != std::string::npos;
+    };
+    open(id);
+    EXPECT_TRUE(launches());
+    open(id);
+    EXPECT_FALSE(launches()) << "its window may still come";
+    desk.desktop.quit("mail");
+    open(id);
+    EXPECT_TRUE(launches());
+    desk.advance(Seconds(6)).expectTiles("mail 15,15 1254x1382 | -");
+}
+
+TEST_F(WaitingScene, OpenedBeforeTheFirstPollItKeepsItsPlaceFromTheSessionBefore) {
+    desk.opens("mail").opens("notes").start();
+    open(scene({"mail", "notes"})).expectTiles("mail 15,15 1254x1382 | notes 1291,15 1254x1382");
+    const Uuid other = scene({"notes", "mail"});
+    desk.advance(Seconds(3)).stop();
+    desk.restart([&] { desk.controller().activateScene(other); });
+    desk.expectTiles("notes 15,15 1254x1382 | mail 1291,15 1254x1382");
+    EXPECT_EQ(report(), "finished, placed notes “notes”, placed mail “mail”");
+}
+
+TEST_F(WaitingScene, WindowsAreRaisedAboveThoseThatDoNotBelongToTheScene) {
+    desk.opens("mail").opens("notes").opens("viewer", {.frame = makeRect(0, 0, 2560, 1440)}).start();
+    const Uuid id = scene({"mail", "notes"});
+    desk.desktop.focusByHand("viewer");
+    desk.settle();
+    open(id);
+    const auto onTopAt = [&](CGPoint point) {
+        for (const auto& shown : desk.desktop.onScreenWindows()) {
+            if (containsPoint(shown.bounds, point)) return shown.processIdentifier;
+        }
+        return pid_t{0};
+    };
+    EXPECT_EQ(onTopAt({600, 700}), desk.desktop.processIdentifier("mail"));
+    EXPECT_EQ(onTopAt({1900, 700}), desk.desktop.processIdentifier("notes"));
+    desk.expectFocus("viewer");
+    desk.desktop.takeJournal();
+    open(id);
+    EXPECT_EQ(desk.desktop.takeJournal(), "") << "the second time raises nothing";
+}
+
+TEST_F(WaitingScene, WhatWouldNotChangeIsNoDifference) {
+    desk.opens("mail").start();
+    WorkspaceScene strange;
+    strange.name = "Strange";
+    strange.themeID = "kova.native";
+    strange.accentColorID = "plaid";
+    strange.tileInset = 150;
+    strange.displays.push_back({.ordinal = 0, .name = "A", .aspectRatio = 1, .layoutID = "none", .layoutWeights = {}});
+    WorkspaceScenePlacement nowhere;
+    nowhere.window = {"sim.mail", "mail", std::nullopt};
+    nowhere.slotID = "secondary-9";
+    WorkspaceScenePlacement left = nowhere;
+    left.slotID = "focus-main";
+    strange.placements = {nowhere, left};
+    const Uuid id = add(strange);
+    EXPECT_EQ(desk.controller().diffScene(id)->size(), 2u) << "the inset and the window";
+    open(id);
+    EXPECT_TRUE(desk.controller().diffScene(id)->empty());
+    EXPECT_EQ(report(), "finished, adopted mail “mail”, without a tile mail");
+}
+
+TEST_F(WaitingScene, TheReportNamesEveryWindow) {
+    desk.opens("mail").start();
+    desk.desktop.install("notes", {.startsAfter = Seconds(1)});
+    open(scene({"mail", "notes", "maps"})).settle();
+    EXPECT_EQ(report(), "waiting, adopted mail “mail”, launched notes, placed notes “notes”");
+    desk.advance(Seconds(25));
+    EXPECT_EQ(report(), "finished, adopted mail “mail”, launched notes, placed notes “notes”, missing maps");
+    const Uuid waits = scene({"maps"});
+    open(waits);
+    desk.undo();
+    EXPECT_EQ(report(), "abandoned");
+    open(waits).advance(Seconds(1));
+    open(scene({"mail"}));
+    EXPECT_EQ(report(), "finished, adopted mail “mail”");
+}
+
+} // namespace
+
+} // namespace kova
