@@ -50,6 +50,28 @@ ExitCode runLaunch(const Verb& verb, const Arguments& arguments, const json& par
     return print(arguments.json ? asText(result, 2) : verb.print(result, arguments));
 }
 
+ExitCode runSceneOpen(const Verb& verb, const Arguments& arguments, const json& parameters) {
+    auto connected = Agent::connect();
+    if (const auto* trouble = std::get_if<Trouble>(&connected)) return end(*trouble);
+    Agent& agent = std::get<Agent>(connected);
+    auto answer = agent.ask(verb.method, parameters);
+    if (const auto* trouble = std::get_if<Trouble>(&answer)) return end(*trouble);
+    json& result = std::get<json>(answer);
+    while (arguments.wait && result.at("report").at("state") == "waiting") {
+        auto heard = agent.next(); // while the screen is locked, the windows may come as late as they like
+        if (const auto* trouble = std::get_if<Trouble>(&heard)) return end(*trouble);
+        const json& message = std::get<json>(heard);
+        if (message.value("method", "") == "sceneOpened") result["report"] = message.at("params").at("report");
+    }
+    write(STDOUT_FILENO, arguments.json ? asText(result, 2) : verb.print(result, arguments));
+    const json& report = result.at("report");
+    if (report.at("state") == "abandoned") {
+        return end(
+            {ExitCode::refused, "Another scene was opened, or the opening was undone, before all windows came."});
+    }
+    return arguments.wait && !report.at("missing").empty() ? ExitCode::refused : ExitCode::done;
+}
+
 ExitCode runForceQuitAll(const Verb& verb, const Arguments& arguments) {
     auto connected = Agent::connect();
     if (const auto* trouble = std::get_if<Trouble>(&connected)) return end(*trouble);

@@ -9,6 +9,8 @@
 namespace kova::cli {
 
 ExitCode runLaunch(const Verb& verb, const Arguments& arguments, const nlohmann::json& parameters);
+/// With --wait it ends when no window of the scene is awaited any more.
+ExitCode runSceneOpen(const Verb& verb, const Arguments& arguments, const nlohmann::json& parameters);
 ExitCode runForceQuitAll(const Verb& verb, const Arguments& arguments);
 
 } // namespace kova::cli

@@ -46,6 +46,8 @@ struct Arguments {
     std::optional<std::string> step;   // “next” or “previous” of a stack
     bool repair = false;               // request frames again
     bool force = false;                // overwrite a file
+    bool clear = false;                // take away what was chosen
+    bool wait = false;                 // for what follows later
 };
 
 } // namespace kova::cli

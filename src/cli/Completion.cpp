@@ -35,8 +35,8 @@ struct NameSource {
 constexpr std::array kNameSources = std::to_array<NameSource>({
     {kLayout | kRequiredLayout, "layout.list", "layouts", "id", "name"},
     {kDisplay | kDisplayWord, "query.displays", "displays", "name", "id"},
-    {kApplication | kRuleApplication, "app.list", "applications", "id", "name"},
-    {kTile | kSlot | kPlaceTile | kTileOption | kSwapWith, "query.tiles", "tiles", "slot", "name"},
+    {kApplication | kRuleApplication | kPreferredApplication, "app.list", "applications", "id", "name"},
+    {kTile | kSlot | kPlaceTile | kTileOption | kSwapWith | kPreferredTile, "query.tiles", "tiles", "slot", "name"},
     {kSplit, "divider.list", "dividers", "split", "axis"},
     {kBoundary, "divider.list", "dividers", "boundary", "split"},
     {kScene, "scene.list", "scenes", "name", "createdAt"},

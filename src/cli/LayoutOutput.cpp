@@ -94,6 +94,13 @@ std::string printLayoutList(const json& result, const Arguments&) {
     return out;
 }
 
+std::string printPreference(const json& result, const Arguments&) {
+    const std::string slot = result.at("slot").get<std::string>();
+    const json& application = result.at("application");
+    if (application.is_null()) return printable("The tile " + slot + " is offered to no application first.") + "\n";
+    return printable("The tile " + slot + " is offered to " + application.get<std::string>() + " first.") + "\n";
+}
+
 std::string printLayoutChange(const json& result, const Arguments&) {
     if (!result.at("message").is_null()) return printable(result.at("message").get<std::string>()) + "\n";
     if (result.at("layout").is_null()) return "Done.\n";

@@ -77,6 +77,10 @@ std::string tileTable(const json& tiles) {
     return table.isEmpty() ? "No tiles.\n" : table.text();
 }
 
+std::string points(const json& count) {
+    return number(count) + (count == 1 || count == -1 ? " point" : " points");
+}
+
 /// "Mail, Notes"; "-" for nothing.
 std::string listed(const json& names) {
     std::string out;
@@ -126,6 +130,11 @@ std::string printArrangement(const json& result, const Arguments&) {
     return out;
 }
 
+std::string printArrangeAfterLaunch(const json& result, const Arguments&) {
+    return result.at("isOn").get<bool>() ? "Windows are arranged once after each start of KOVA.\n"
+                                         : "Windows stay where they are when KOVA starts.\n";
+}
+
 std::string printMessage(const json& result, const Arguments&) {
     return line(textOr(result.at("message"), "Done."));
 }
@@ -152,11 +161,11 @@ std::string printDividers(const json& result, const Arguments&) {
 
 std::string printDividerDrag(const json& result, const Arguments&) {
     return line("The divider " + result.at("split").get<std::string>() + " " + number(result.at("boundary")) +
-                " moved by " + number(result.at("points")) + " points.");
+                " moved by " + points(result.at("points")) + ".");
 }
 
 std::string printInset(const json& result, const Arguments&) {
-    return "The gap around windows is now " + number(result.at("points")) + " points.\n";
+    return "The gap around windows is now " + points(result.at("points")) + ".\n";
 }
 
 std::string printDisplays(const json& result, const Arguments&) {
@@ -181,8 +190,9 @@ std::string printState(const json& result, const Arguments&) {
 
 std::string printExplanation(const json& result, const Arguments&) {
     std::string out;
+    if (result.at("window").is_null() && result.at("decisions").empty()) out = "Nothing was arranged yet.\n";
     for (const json& text : result.at("lines")) out += line(text.get<std::string>());
-    return out.empty() ? "Nothing was arranged yet.\n" : out;
+    return out;
 }
 
 namespace {

@@ -11,6 +11,7 @@
 namespace kova::cli {
 
 std::string printArrangement(const nlohmann::json& result, const Arguments& arguments);
+std::string printArrangeAfterLaunch(const nlohmann::json& result, const Arguments& arguments);
 std::string printMessage(const nlohmann::json& result, const Arguments& arguments);
 std::string printHistory(const nlohmann::json& result, const Arguments& arguments);
 std::string printDividers(const nlohmann::json& result, const Arguments& arguments);

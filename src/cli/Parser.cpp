@@ -97,6 +97,9 @@ Problem contradictionIn(const Verb& verb, const Arguments& arguments) {
         return "either --app or --focused is needed";
     }
     if ((verb.takes & kPlaceTile) != 0 && !arguments.tile) return "either WINDOW and TILE or --tile is needed";
+    if ((verb.takes & kPreferredApplication) != 0 && arguments.application.has_value() == arguments.clear) {
+        return "either an APP or --clear is needed";
+    }
     if (arguments.disposition == "tile" && !arguments.slot) return "SLOT is missing";
     if (arguments.slot && arguments.disposition != "tile") return "only “tile” takes a SLOT";
     if ((verb.takes & kNewDisposition) != 0 && !arguments.disposition && !arguments.title) {
@@ -146,6 +149,10 @@ constexpr std::array kOptions =
                  return takeNumber(a.points, word, -kFarthest, kFarthest, "a number from -100000 to 100000");
              }},
             {kApplication, "", "APP", "id or name of an application, or a part of it, as “app list” names it",
+             [](Arguments& a, std::string_view word) { return takeName(a.application, word); }},
+            {kPreferredTile, "", "TILE", "a slot of any layout, or number or name of a tile in force",
+             [](Arguments& a, std::string_view word) { return takeName(a.tile, word); }},
+            {kPreferredApplication, "", "APP", "id or name of an application, or a part of it",
              [](Arguments& a, std::string_view word) { return takeName(a.application, word); }},
             {kRequiredWindow, "", "WINDOW", "id, application or title of a window, or a part of them",
              [](Arguments& a, std::string_view word) { return takeName(a.window, word); }},
@@ -215,6 +222,10 @@ constexpr std::array kOptions =
              }},
             {kDryRun, "--dry-run", "", "only say what would be done",
              [](Arguments& a, std::string_view) -> Problem { return a.dryRun = true, std::nullopt; }},
+            {kClear, "--clear", "", "instead of APP: offer the tile to no application first",
+             [](Arguments& a, std::string_view) -> Problem { return a.clear = true, std::nullopt; }},
+            {kWait, "--wait", "", "wait until every window is placed or has not come in time",
+             [](Arguments& a, std::string_view) -> Problem { return a.wait = true, std::nullopt; }},
             {kYes, "--yes", "", "do it without asking",
              [](Arguments& a, std::string_view) -> Problem { return a.yes = true, std::nullopt; }},
             {kEveryVerb, "--json", "", "print the agent's answer as JSON",
@@ -229,7 +240,7 @@ bool isRequired(const Option& option) {
     constexpr std::uint64_t kRequired = kRequiredLayout | kRequiredPoints | kDirection | kSplit | kBoundary |
                                         kTranslation | kApplication | kTile | kRequiredWindow | kScene | kNewName |
                                         kRule | kPlace | kDisposition | kFile | kNewFile | kTheme | kAccent | kSwitch |
-                                        kShortcutAction | kShortcutKeys | kSwapWith | kDisplayWord;
+                                        kShortcutAction | kShortcutKeys | kSwapWith | kDisplayWord | kPreferredTile;
     return option.takenBy != kEveryVerb && (option.takenBy & kRequired) != 0;
 }
 

@@ -76,6 +76,23 @@ std::string printScene(const json& result, const Arguments&) {
     return out + displays.text() + "\n" + (windows.isEmpty() ? "No windows.\n" : windows.text());
 }
 
+std::string printOpenedScene(const json& result, const Arguments& arguments) {
+    std::string out = printable(text(result.at("message"), "Done.")) + "\n";
+    const json& report = result.at("report");
+    const auto list = [&](const char* what, const char* key) {
+        std::string names;
+        for (const json& name : report.at(key)) names += (names.empty() ? "" : ", ") + text(name);
+        if (!names.empty()) out += std::string(what) + printable(names) + "\n";
+    };
+    if (!arguments.wait) return out;
+    list("were there      ", "adopted");
+    list("launched        ", "launched");
+    list("came later      ", "placed");
+    list("never came      ", "missing");
+    list("without a tile  ", "withoutTile");
+    return out;
+}
+
 std::string printDifferences(const json& result, const Arguments&) {
     Table table({{"WHAT"}, {"IN THE SCENE"}, {"NOW"}});
     for (const json& difference : result.at("differences")) {

@@ -11,6 +11,7 @@ namespace kova::cli {
 
 std::string printScenes(const nlohmann::json& result, const Arguments& arguments);
 std::string printScene(const nlohmann::json& result, const Arguments& arguments);
+std::string printOpenedScene(const nlohmann::json& result, const Arguments& arguments);
 std::string printDifferences(const nlohmann::json& result, const Arguments& arguments);
 std::string printRules(const nlohmann::json& result, const Arguments& arguments);
 std::string printAddedRule(const nlohmann::json& result, const Arguments& arguments);

@@ -19,6 +19,7 @@ constexpr std::chrono::seconds kPatienceWithClaims{3};
 
 /// What is odd about a shortcut; empty when nothing is.
 std::string remark(const json& shortcut) {
+    if (shortcut.at("keys").is_null()) return "Keyboard shortcut not set";
     std::string out;
     if (shortcut.at("action") == "commandCenter" && !shortcut.at("keys").is_null()) out = "does nothing any more";
     if (!shortcut.at("conflict").is_null()) {

@@ -23,6 +23,11 @@ constexpr std::array kVerbs = std::to_array<Verb>({
      "none "
      "is ever closed. One undo step.",
      "kova arrange\nkova arrange --dry-run", kDryRun, printArrangement},
+    {"arrange-after-launch", "arrangeAfterLaunch", "arrange windows once after each start of KOVA, or not",
+     "Automatically arrange after launch: once the agent knows the windows, as “arrange” would. Windows that it left "
+     "in "
+     "tiles before are found there again and are not arranged anew.",
+     "kova arrange-after-launch on", kSwitch, printArrangeAfterLaunch},
     {"focus", "focus", "focus the window of the neighboring tile",
      "Looks from the focused window in one direction for the nearest tile that holds a window, the one straight ahead "
      "first.",
@@ -113,6 +118,11 @@ constexpr std::array kVerbs = std::to_array<Verb>({
     {"layout reset-sizes", "layout.resetSizes", "give all tiles of a display their usual sizes",
      "Forgets how the dividers of the layout in force were moved.",
      "kova layout reset-sizes\nkova layout reset-sizes --display 1", kDisplay, printLayoutChange},
+    {"layout prefer", "layout.prefer", "offer a tile to an application before others",
+     "From the next arrangement on, a tile of this slot goes to the application if it has a window, whatever its role "
+     "and whatever was learnt; only rules come before. It holds in every layout that has the slot.",
+     "kova layout prefer focus-main Mail\nkova layout prefer 2 --clear",
+     kPreferredTile | kPreferredApplication | kClear, printPreference},
     {"layout inset", "layout.setInset", "set the gap around windows",
      "Sets the gap that is kept on each side between a tile and the window in it, from 0 to 100 points.",
      "kova layout inset 8", kRequiredPoints, printInset},
@@ -139,9 +149,9 @@ constexpr std::array kVerbs = std::to_array<Verb>({
     {"query state", "query.state", "show all of it", "Displays, tiles and windows together, and what was said last.",
      "kova query state\nkova query state --json", kNothing, printState},
     {"explain", "explain", "say why windows are where they are",
-     "Without a window: a line for each decision of the last arrangement. With one, named by its id, its application "
-     "or its "
-     "title, or a part of them: where it is, why, and what would be decided now.",
+     "Without a window: a line for each decision of the last arrangement, with what is so now where a decision no "
+     "longer holds, and which rules and preferred applications the next one will heed. With one, named by its id, its "
+     "application or its title, or a part of them: where it is, why, and what would be decided now.",
      "kova explain\nkova explain Mail", kWindow, printExplanation},
     {"launch", "launch", "launch an application into a tile",
      "Starts the application, or asks one that runs for a window. The first window of it that has no tile, or that "
@@ -165,9 +175,8 @@ constexpr std::array kVerbs = std::to_array<Verb>({
      "what else the desktop consists of stay open.",
      "kova force-quit-all --yes", kYes, printForceQuit},
     {"scene capture", "scene.capture", "save the workspace as a scene",
-     "A scene holds, for every display, the layout and its sizes, the windows of all tiles and stacks, and the look. "
-     "It is "
-     "added to the list; none is replaced, also when it has the same name.",
+     "A Scene restores layouts, windows, tile stacks, display roles, and theme. It is added to the list; none is "
+     "replaced, also when it has the same name.",
      "kova scene capture Work\nkova scene capture", kSceneName, printMessage},
     {"scene list", "scene.list", "list the scenes", "The newest last; the one opened or captured last is marked.",
      "kova scene list", kNothing, printScenes},
@@ -175,9 +184,10 @@ constexpr std::array kVerbs = std::to_array<Verb>({
      "Its displays with their layouts, and its windows with their tiles.", "kova scene show Work", kScene, printScene},
     {"scene open", "scene.open", "bring a scene back",
      "Layouts, sizes and look come back, and every window goes to its tile and stack. Applications that do not run are "
-     "launched behind the others, and their windows follow within 25 seconds. Opening a scene twice moves nothing the "
-     "second time. One undo step.",
-     "kova scene open Work\nkova scene open work", kScene, printMessage},
+     "launched behind the others, and their windows follow within 25 seconds. With --wait the command ends when all of "
+     "them are there or the time is over, names what became of each, and exits with 1 when some never came. Opening a "
+     "scene twice moves nothing the second time. One undo step.",
+     "kova scene open Work\nkova scene open work --wait", kScene | kWait, printOpenedScene},
     {"scene diff", "scene.diff", "say what differs between a scene and now",
      "A line for each thing that opening the scene would change; windows are matched as they would be then.",
      "kova scene diff Work", kScene, printDifferences},
@@ -192,8 +202,8 @@ constexpr std::array kVerbs = std::to_array<Verb>({
      "file brings the scene back.",
      "kova scene delete Desk", kScene, printMessage},
     {"rule list", "rule.list", "list the rules for windows",
-     "In their order: the first that matches a window decides. They act only while they are switched on, see “rules "
-     "on”.",
+     "In their order: the first that matches a window decides. Rules are explainable and run only when continuous "
+     "management is enabled, see “rules on”.",
      "kova rule list", kNothing, printRules},
     {"rule add", "rule.add", "add a rule for the windows of an application",
      "“tile” puts each new window of the application into a tile, “float” and “ignore” leave it alone and out of "
@@ -223,8 +233,8 @@ constexpr std::array kVerbs = std::to_array<Verb>({
      "file brings the rule back, as the last one.",
      "kova rule delete 1", kRule, printDeletedRule},
     {"rules on", "rules.on", "apply the rules to windows as they appear",
-     "Also to those that are there, once. Each window is asked about once.", "kova rules on", kNothing,
-     printRulesSwitch},
+     "Continuously apply window rules: to the windows that are there and to each new one, once.", "kova rules on",
+     kNothing, printRulesSwitch},
     {"rules off", "rules.off", "stop applying the rules", "Windows stay where they are.", "kova rules off", kNothing,
      printRulesSwitch},
     {"shortcut list", "shortcut.list", "list the keyboard shortcuts",
@@ -268,7 +278,8 @@ constexpr std::array kVerbs = std::to_array<Verb>({
      "It takes the place of the theme's own accent; scenes remember it.",
      "kova accent select reactor-amber\nkova accent select magenta", kAccent, printAccentColor},
     {"export", "export", "write all scenes and rules to a file",
-     "The file is written aside and moved into place. In a folder it is named KOVA-Workspace.json. It undoes what "
+     "Portable JSON · local-first. The file is written aside and moved into place. In a folder it is named "
+     "KOVA-Workspace.json. It undoes what "
      "“scene delete” and “rule delete” do after it, when it is imported. A file that is there is overwritten only with "
      "--force; “-” writes to standard output.",
      "kova export desk.json\nkova export --force .\nkova export -", kFile | kForce, printExport},

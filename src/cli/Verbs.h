@@ -61,6 +61,10 @@ enum Takes : std::uint64_t {
     kStackStep = 1ULL << 51, // a step, if the user wants to name one
     kRepair = 1ULL << 52,
     kForce = 1ULL << 53,
+    kPreferredTile = 1ULL << 55,
+    kPreferredApplication = 1ULL << 56,
+    kClear = 1ULL << 57,
+    kWait = 1ULL << 58,
 };
 
 struct Verb {

@@ -32,6 +32,7 @@ using nlohmann::json;
 json parametersOf(const Arguments& arguments) {
     json parameters = json::object();
     if (arguments.dryRun) parameters["dryRun"] = true;
+    if (arguments.wait) parameters["wait"] = true;
     if (arguments.layout) parameters["layout"] = *arguments.layout;
     if (arguments.display) parameters["display"] = *arguments.display;
     if (arguments.window) parameters["window"] = *arguments.window;
@@ -88,6 +89,7 @@ ExitCode run(const Verb& verb, const Arguments& arguments) {
     if (verb.name == "bugreport") return runBugReport(arguments);
     if (verb.name == "subscribe") return runSubscribe(arguments);
     if (verb.name == "launch") return runLaunch(verb, arguments, parametersOf(arguments));
+    if (verb.name == "scene open") return runSceneOpen(verb, arguments, parametersOf(arguments));
     if (verb.name == "force-quit-all") return runForceQuitAll(verb, arguments);
     if (verb.name == "shortcut set") return runShortcutSet(verb, arguments, parametersOf(arguments));
     if (verb.name == "shortcut record") return runShortcutRecord(verb, arguments, parametersOf(arguments));

@@ -11,6 +11,7 @@
 #include "control/Refusal.h"
 #include "control/RuleMethods.h"
 #include "control/SavedMethods.h"
+#include "control/SceneListeners.h"
 #include "control/SceneMethods.h"
 #include "control/SettingMethods.h"
 #include "control/ShortcutMethods.h"
@@ -57,7 +58,7 @@ class ControlMethods::Table {
   public:
     explicit Table(ControlContext context) :
         context_(std::move(context)), broadcast_(context_.controller, context_.queue),
-        transfer_(context_.controller, context_.queue),
+        sceneListeners_(context_.controller), transfer_(context_.controller, context_.queue),
         shortcuts_(context_.shortcuts, context_.keys, context_.queue, context_.controller.state().isSuspended) {
         addActions();
         addWindowCommands();
@@ -114,6 +115,9 @@ class ControlMethods::Table {
     void addActions() {
         WorkspaceController& controller = context_.controller;
         add("arrange", {"dryRun"}, [this](const Call& call) { return arrange(call); });
+        add("arrangeAfterLaunch", {"isOn"}, [&controller](const Call& call) {
+            return switchPreference(controller, call.parameters, &WorkspaceController::setAutoArrangeOnLaunch);
+        });
         add("focus", {"direction", "window", "display"}, [&controller](const Call& call) {
             return performOn<action::Focus>(controller, call.parameters, wantedDirection(call.parameters));
         });
@@ -166,6 +170,8 @@ class ControlMethods::Table {
             [&controller](const Call& call) { return selectLayout(controller, call.parameters); });
         add("layout.resetSizes", {"display"},
             [&controller](const Call& call) { return resetLayoutSizes(controller, call.parameters); });
+        add("layout.prefer", {"tile", "application"},
+            [&controller](const Call& call) { return preferApplication(controller, call.parameters); });
         add("layout.setInset", {"points"},
             [&controller](const Call& call) { return setTileInset(controller, call.parameters); });
     }
@@ -192,8 +198,9 @@ class ControlMethods::Table {
         add("scene.list", {}, [&controller](const Call&) { return listScenes(controller); });
         add("scene.show", {"scene"},
             [&controller](const Call& call) { return showScene(controller, call.parameters); });
-        add("scene.open", {"scene"},
-            [&controller](const Call& call) { return openScene(controller, call.parameters); });
+        add("scene.open", {"scene", "wait"}, [this](const Call& call) {
+            return openScene(context_.controller, sceneListeners_, call.parameters, call.peer);
+        });
         add("scene.rename", {"scene", "newName"},
             [&controller](const Call& call) { return renameScene(controller, call.parameters); });
         add("scene.delete", {"scene"},
@@ -236,7 +243,7 @@ class ControlMethods::Table {
             [&controller](const Call& call) { return selectAccentColor(controller, call.parameters); });
         const auto addSwitch = [&](const char* name, void (WorkspaceController::*set)(bool)) {
             add(name, {"isOn"},
-                [&controller, set](const Call& call) { return switchLook(controller, call.parameters, set); });
+                [&controller, set](const Call& call) { return switchPreference(controller, call.parameters, set); });
         };
         addSwitch("theme.background", &WorkspaceController::setUseThemeBackground);
         addSwitch("theme.brain", &WorkspaceController::setShowBrain);
@@ -267,7 +274,7 @@ class ControlMethods::Table {
         });
         add("query.focus", {}, [&controller](const Call&) -> ControlReply { return controlRecord::focus(controller); });
         add("query.state", {}, [this](const Call&) -> ControlReply { return json{{"state", broadcast_.state()}}; });
-        add("explain", {"window"}, [this](const Call& call) { return explain(call); });
+        add("explain", {"window"}, [&controller](const Call& call) { return explain(controller, call.parameters); });
     }
 
     void addSettings() {
@@ -310,19 +317,6 @@ class ControlMethods::Table {
         return result;
     }
 
-    ControlReply explain(const Call& call) const {
-        const auto named = call.parameters.optional("window");
-        if (!named) {
-            return json{{"window", nullptr}, {"lines", *context_.controller.state().lastArrangeExplanation}};
-        }
-        if (auto failure = withoutPermission(context_.controller)) return *failure;
-        const auto found = lookUpWindowOrDialog(context_.controller, named->string());
-        if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-        const auto& window = std::get<ManagedWindow>(found);
-        return json{{"window", controlRecord::window(window, context_.controller)},
-                    {"lines", explainWindow(context_.controller, window)}};
-    }
-
     json status() const {
         const WorkspaceController& controller = context_.controller;
         const WorkspaceState& state = controller.state();
@@ -356,6 +350,7 @@ class ControlMethods::Table {
 
     ControlContext context_;
     StateBroadcast broadcast_;
+    SceneListeners sceneListeners_;
     DocumentTransfer transfer_;
     ShortcutMethods shortcuts_;
     std::unordered_map<std::string, Method> methods_;

@@ -258,6 +258,7 @@ json settings(const WorkspaceController& controller) {
             {"layout", state.profile->layoutID},
             {"tileInset", number(state.profile->tileInset)},
             {"autoArrangeOnLaunch", state.profile->autoArrangeOnLaunch},
+            {"preferredApplications", state.profile->preferredApplications},
             {"continuousManagement", *state.continuousManagementEnabled},
             {"useThemeBackground", *state.useThemeBackground},
             {"showBrain", *state.showBrain},

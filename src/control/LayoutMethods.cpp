@@ -131,6 +131,22 @@ ControlReply resetLayoutSizes(WorkspaceController& controller, const JsonCursor&
     return inForce(controller, std::get<std::string>(display));
 }
 
+ControlReply preferApplication(WorkspaceController& controller, const JsonCursor& parameters) {
+    const auto slot = lookUpSlotOfAnyLayout(controller, parameters.required("tile").string());
+    if (const auto* failure = std::get_if<ControlFailure>(&slot)) return *failure;
+    const auto& slotID = std::get<std::string>(slot);
+    const auto wanted = parameters.optional("application");
+    if (!wanted) {
+        controller.setPreferredApplication(slotID, std::nullopt);
+        return json{{"slot", slotID}, {"application", nullptr}};
+    }
+    const auto found = lookUpApplicationForRule(controller, wanted->string());
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    const auto& [name, bundleIdentifier] = std::get<NamedApplication>(found);
+    controller.setPreferredApplication(slotID, applicationKey(name, bundleIdentifier));
+    return json{{"slot", slotID}, {"application", name}};
+}
+
 ControlReply setTileInset(WorkspaceController& controller, const JsonCursor& parameters) {
     const JsonCursor given = parameters.required("points");
     const double points = given.number();

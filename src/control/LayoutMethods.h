@@ -12,6 +12,8 @@ ControlReply selectLayout(WorkspaceController& controller, const JsonCursor& par
 enum class LayoutStep { next, previous };
 ControlReply stepLayout(WorkspaceController& controller, LayoutStep step);
 ControlReply resetLayoutSizes(WorkspaceController& controller, const JsonCursor& parameters);
+/// Which application arrangements offer the tiles of a slot first; none when the parameters name no application.
+ControlReply preferApplication(WorkspaceController& controller, const JsonCursor& parameters);
 ControlReply setTileInset(WorkspaceController& controller, const JsonCursor& parameters);
 
 } // namespace kova

@@ -130,6 +130,20 @@ std::variant<TileSlot, ControlFailure> lookUpSlot(const WorkspaceController& con
     return layout->slots[std::get<std::size_t>(found)];
 }
 
+std::variant<std::string, ControlFailure> lookUpSlotOfAnyLayout(const WorkspaceController& controller,
+                                                                const std::string& wanted) {
+    for (const LayoutDefinition& layout : controller.catalogue()) {
+        for (const TileSlot& slot : layout.slots) {
+            if (slot.id == wanted) return wanted;
+        }
+    }
+    const auto display = controller.currentDisplayID();
+    if (!display) return refusal("No display is connected");
+    const auto slot = lookUpSlot(controller, *display, wanted);
+    if (const auto* failure = std::get_if<ControlFailure>(&slot)) return *failure;
+    return std::get<TileSlot>(slot).id;
+}
+
 std::variant<std::string, ControlFailure> lookUpLayout(const WorkspaceController& controller, std::string_view wanted) {
     if (findLayout(controller.catalogue(), std::string(wanted))) return std::string(wanted);
     std::vector<NamedThing> layouts;

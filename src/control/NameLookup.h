@@ -40,6 +40,10 @@ std::variant<std::string, ControlFailure> wantedDisplay(const WorkspaceControlle
 /// A tile of the layout in force on the display, by its slot's id, its number in the layout's order, its name, ...
 std::variant<TileSlot, ControlFailure> lookUpSlot(const WorkspaceController& controller, const std::string& displayID,
                                                   std::string_view wanted);
+/// A slot's id, for what holds on all displays: a slot of any layout, or on the current display a tile's number or
+/// name.
+std::variant<std::string, ControlFailure> lookUpSlotOfAnyLayout(const WorkspaceController& controller,
+                                                                const std::string& wanted);
 /// The layout's id.
 std::variant<std::string, ControlFailure> lookUpLayout(const WorkspaceController& controller, std::string_view wanted);
 std::variant<ManagedWindow, ControlFailure> lookUpWindow(const WorkspaceController& controller,

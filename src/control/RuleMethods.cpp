@@ -47,28 +47,13 @@ std::variant<std::size_t, ControlFailure> wantedRule(const WorkspaceController& 
     return lookUpRule(controller, parameters.required("rule").string());
 }
 
-/// A rule is for all displays: any layout's slot will do, and on the current display also a tile's number or name.
-std::variant<std::string, ControlFailure> lookUpRuleSlot(const WorkspaceController& controller,
-                                                         const std::string& wanted) {
-    for (const LayoutDefinition& layout : controller.catalogue()) {
-        for (const TileSlot& slot : layout.slots) {
-            if (slot.id == wanted) return wanted;
-        }
-    }
-    const auto display = controller.currentDisplayID();
-    if (!display) return refusal("No display is connected");
-    const auto slot = lookUpSlot(controller, *display, wanted);
-    if (const auto* failure = std::get_if<ControlFailure>(&slot)) return *failure;
-    return std::get<TileSlot>(slot).id;
-}
-
 std::variant<WorkspaceRuleDisposition, ControlFailure> wantedDisposition(const WorkspaceController& controller,
                                                                          const JsonCursor& parameters) {
     const JsonCursor given = parameters.required("disposition");
     const std::string word = given.string();
     const auto slot = parameters.optional("slot");
     if (word == "tile") {
-        auto found = lookUpRuleSlot(controller, parameters.required("slot").string());
+        auto found = lookUpSlotOfAnyLayout(controller, parameters.required("slot").string());
         if (auto* failure = std::get_if<ControlFailure>(&found)) return *std::move(failure);
         return disposition::Tile{std::get<std::string>(std::move(found))};
     }

@@ -92,7 +92,10 @@ ControlReply showScene(const WorkspaceController& controller, const JsonCursor& 
                 {"placements", placementsOf(scene)}};
 }
 
-ControlReply openScene(WorkspaceController& controller, const JsonCursor& parameters) {
+ControlReply openScene(WorkspaceController& controller, SceneListeners& listeners, const JsonCursor& parameters,
+                       const std::shared_ptr<ControlPeer>& peer) {
+    const auto waits = parameters.optional("wait");
+    const bool isAwaited = waits && waits->boolean();
     const auto found = wantedScene(controller, parameters);
     if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
     const auto& scene = std::get<WorkspaceScene>(found);
@@ -100,8 +103,11 @@ ControlReply openScene(WorkspaceController& controller, const JsonCursor& parame
     if (!controller.perform(action::ActivateScene{scene.id})) {
         return listening.refusalOr("The scene was not opened");
     }
+    const SceneReport report = **controller.state().sceneReport;
+    if (isAwaited && report.state == SceneReport::State::waiting) listeners.add(report.opening, peer);
     return json{{"scene", brief(scene)},
                 {"awaited", controller.pendingSceneWindowPlacements().size()},
+                {"report", record(report)},
                 {"message", orNull(listening.heard())},
                 {"canUndo", *controller.state().canUndo}};
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "control/ControlHandling.h"
+#include "control/SceneListeners.h"
 #include "support/JsonDecoding.h"
 #include "workspace/WorkspaceController.h"
 
@@ -11,8 +12,10 @@ ControlReply captureScene(WorkspaceController& controller, const JsonCursor& par
 /// The newest last.
 ControlReply listScenes(const WorkspaceController& controller);
 ControlReply showScene(const WorkspaceController& controller, const JsonCursor& parameters);
-/// Answered at once: windows of applications that are launched for it follow.
-ControlReply openScene(WorkspaceController& controller, const JsonCursor& parameters);
+/// Answered at once: windows of applications that are launched for it follow. With “wait” the client is told of the
+/// end.
+ControlReply openScene(WorkspaceController& controller, SceneListeners& listeners, const JsonCursor& parameters,
+                       const std::shared_ptr<ControlPeer>& peer);
 ControlReply renameScene(WorkspaceController& controller, const JsonCursor& parameters);
 ControlReply deleteScene(WorkspaceController& controller, const JsonCursor& parameters);
 ControlReply diffScene(const WorkspaceController& controller, const JsonCursor& parameters);

@@ -82,8 +82,8 @@ ControlReply selectAccentColor(WorkspaceController& controller, const JsonCursor
     return json{{"accentColor", accentRecord(controller, option)}, {"isDrawn", kDrawsLook}};
 }
 
-ControlReply switchLook(WorkspaceController& controller, const JsonCursor& parameters,
-                        void (WorkspaceController::*set)(bool)) {
+ControlReply switchPreference(WorkspaceController& controller, const JsonCursor& parameters,
+                              void (WorkspaceController::*set)(bool)) {
     const bool isOn = parameters.required("isOn").boolean();
     (controller.*set)(isOn);
     return json{{"isOn", isOn}, {"isDrawn", kDrawsLook}};

@@ -14,7 +14,7 @@ ControlReply listAccentColors(const WorkspaceController& controller);
 ControlReply selectAccentColor(WorkspaceController& controller, const JsonCursor& parameters);
 
 /// "isOn" of the parameters, given to the setter; the answer is the same.
-ControlReply switchLook(WorkspaceController& controller, const JsonCursor& parameters,
-                        void (WorkspaceController::*set)(bool));
+ControlReply switchPreference(WorkspaceController& controller, const JsonCursor& parameters,
+                              void (WorkspaceController::*set)(bool));
 
 } // namespace kova

@@ -1,5 +1,10 @@
 #include "control/WindowExplanation.h"
 
+#include "control/ControlRecords.h"
+#include "control/NameLookup.h"
+#include "control/Refusal.h"
+#include "workspace/WindowNames.h"
+
 #include <algorithm>
 #include <optional>
 
@@ -7,9 +12,7 @@ namespace kova {
 
 namespace {
 
-std::string nameOf(const ManagedWindow& window) {
-    return window.title.empty() ? window.applicationName : window.applicationName + " “" + window.title + "”";
-}
+using nlohmann::json;
 
 /// What the plan says about the window; absent when the window takes no part in it.
 std::optional<std::string> decisionIn(const ArrangementPlan& plan, const std::string& windowID) {
@@ -41,8 +44,10 @@ std::string whereItIs(const WorkspaceController& controller, const ManagedWindow
                                                       : "";
     if (const auto front = assignments.targetOf(window.id)) {
         const std::size_t more = assignments.targetsOf(window.id).size() - 1;
-        const std::string span =
-            more == 0 ? "" : ", and " + std::to_string(more) + " more, because it does not fit one tile";
+        const std::string span = more == 0
+                                     ? ""
+                                     : ", and in " + std::to_string(more) + (more == 1 ? " more tile" : " more tiles") +
+                                           ", because it does not fit one tile";
         return nameOf(window) + " is in " + placeOf(controller, *front) + span + "." + filling;
     }
     if (const auto stacked = assignments.stackTargetOf(window.id)) {
@@ -51,7 +56,40 @@ std::string whereItIs(const WorkspaceController& controller, const ManagedWindow
     return nameOf(window) + " is in no tile.";
 }
 
-std::string whyLeftOut(const ManagedWindow& window) {
+/// Where the window is now, to be put after "no longer: "; `windowID` may be of one that is gone.
+std::string presentPlace(const WorkspaceController& controller, const std::string& windowID) {
+    const auto& live = controller.liveWindows();
+    const auto window = std::find_if(live.begin(), live.end(), [&](const auto& each) { return each.id == windowID; });
+    if (window == live.end()) return "it is closed";
+    const TileAssignments& assignments = controller.assignments();
+    if (const auto front = assignments.targetOf(windowID)) return "it is in " + placeOf(controller, *front);
+    if (const auto stacked = assignments.stackTargetOf(windowID)) {
+        return "it is behind another window in " + placeOf(controller, *stacked);
+    }
+    if (window->isElsewhere) return "it is on another desktop";
+    return window->isMinimized ? "it is minimized" : "it is in no tile";
+}
+
+bool stillHolds(const WorkspaceController& controller, const AutoArrangePlacement& placement) {
+    const TileAssignments& assignments = controller.assignments();
+    const auto place = placement.isPrimary                           ? assignments.targetOf(placement.window.id)
+                       : assignments.isAssigned(placement.window.id) ? std::nullopt
+                                                                     : assignments.stackTargetOf(placement.window.id);
+    return place == placement.target.id();
+}
+
+/// The rule that keeps the window out of arrangements; null when none does.
+const WorkspaceRule* excludingRule(const WorkspaceController& controller, const ManagedWindow& window) {
+    const auto& rules = *controller.state().rules;
+    if (!*controller.state().continuousManagementEnabled || !isExcluded(rules, window)) return nullptr;
+    return &rules[*decidingRule(rules, window)];
+}
+
+std::string whyLeftOut(const WorkspaceController& controller, const ManagedWindow& window) {
+    if (const auto* rule = excludingRule(controller, window)) {
+        return "An arrangement leaves it alone: the rule “" + rule->name + "” says " + describe(rule->disposition) +
+               ".";
+    }
     if (window.isFullScreen) return "An arrangement leaves it alone while it is in full screen.";
     if (window.isElsewhere || (!window.isVisible && !window.isMinimized))
         return "An arrangement leaves it alone while it is on another desktop.";
@@ -60,23 +98,75 @@ std::string whyLeftOut(const ManagedWindow& window) {
 
 } // namespace
 
+std::vector<ExplainedDecision> explainLastArrangement(const WorkspaceController& controller) {
+    const ArrangementPlan& plan = controller.lastArrangement();
+    std::vector<ExplainedDecision> decisions;
+    for (const auto& placement : plan.placements) {
+        const bool holds = stillHolds(controller, placement);
+        decisions.push_back({placement.explanation, holds ? "" : presentPlace(controller, placement.window.id)});
+    }
+    for (const auto& surplus : plan.surplus) {
+        const std::string now = presentPlace(controller, surplus.window.id);
+        decisions.push_back({surplus.explanation, now == "it is minimized" ? "" : now});
+    }
+    return decisions;
+}
+
+std::vector<std::string> explainStandingChoices(const WorkspaceController& controller) {
+    std::vector<std::string> lines;
+    for (const auto& [slotID, application] : controller.state().profile->preferredApplications) {
+        lines.push_back("The tile " + slotID + " is offered to " + application + " first.");
+    }
+    for (const ManagedWindow& window : controller.liveWindows()) {
+        const auto* rule = excludingRule(controller, window);
+        if (!rule) continue;
+        lines.push_back(nameOf(window) + " is left alone: the rule “" + rule->name + "” says " +
+                        describe(rule->disposition) + ".");
+    }
+    return lines;
+}
+
 std::vector<std::string> explainWindow(const WorkspaceController& controller, const ManagedWindow& window) {
     if (const ManagedWindow* owner = controller.windowOfDialog(window)) {
         return {nameOf(window) + " is a dialog of " + nameOf(*owner) +
                 ": it takes no tile of its own and moves along with that window."};
     }
     std::vector<std::string> lines{whereItIs(controller, window)};
+    const auto rules = controller.explainRules(window.id);
+    if (rules && rules->deciding) lines.push_back(rules->summary + ".");
     const auto then = decisionIn(controller.lastArrangement(), window.id);
     if (then) lines.push_back("The last arrangement decided: " + *then);
     const auto now = decisionIn(controller.planArrangement(), window.id);
     if (!now) {
-        lines.push_back(whyLeftOut(window));
+        lines.push_back(whyLeftOut(controller, window));
     } else if (now != then) {
         lines.push_back("Arranging now would decide: " + *now);
     } else {
         lines.push_back("Arranging now would decide the same.");
     }
     return lines;
+}
+
+ControlReply explain(const WorkspaceController& controller, const JsonCursor& parameters) {
+    const auto named = parameters.optional("window");
+    if (!named) {
+        json lines = json::array(), decisions = json::array();
+        for (const auto& decision : explainLastArrangement(controller)) {
+            const bool holds = decision.now.empty();
+            lines.push_back(holds ? decision.text : decision.text + " (no longer: " + decision.now + ")");
+            decisions.push_back(
+                {{"text", decision.text}, {"holds", holds}, {"now", holds ? json() : json(decision.now)}});
+        }
+        for (auto& line : explainStandingChoices(controller)) lines.push_back(std::move(line));
+        return json{{"window", nullptr}, {"lines", std::move(lines)}, {"decisions", std::move(decisions)}};
+    }
+    if (auto failure = withoutPermission(controller)) return *failure;
+    const auto found = lookUpWindowOrDialog(controller, named->string());
+    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    const auto& window = std::get<ManagedWindow>(found);
+    return json{{"window", controlRecord::window(window, controller)},
+                {"lines", explainWindow(controller, window)},
+                {"decisions", json::array()}};
 }
 
 } // namespace kova

@@ -1,6 +1,8 @@
-// Why a window is where it is, in plain words.
+// Why windows are where they are, in plain words.
 #pragma once
 
+#include "control/ControlHandling.h"
+#include "support/JsonDecoding.h"
 #include "workspace/WorkspaceController.h"
 
 #include <string>
@@ -8,7 +10,20 @@
 
 namespace kova {
 
-/// One sentence a line.
+/// A decision of the last arrangement, and whether it still holds.
+struct ExplainedDecision {
+    std::string text;
+    std::string now; // what is so instead; empty while the decision holds
+};
+
+/// In the arrangement's order; empty before the first.
+std::vector<ExplainedDecision> explainLastArrangement(const WorkspaceController& controller);
+/// What later arrangements will heed: preferred applications, and rules that leave windows alone.
+std::vector<std::string> explainStandingChoices(const WorkspaceController& controller);
+/// Where the window is, which rule decides for it, what the last arrangement decided and what another would decide.
 std::vector<std::string> explainWindow(const WorkspaceController& controller, const ManagedWindow& window);
+
+/// The answer to `explain`.
+ControlReply explain(const WorkspaceController& controller, const JsonCursor& parameters);
 
 } // namespace kova

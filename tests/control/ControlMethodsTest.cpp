@@ -172,7 +172,14 @@ TEST_F(AgentMethods, ExplainsEachWindow) {
     EXPECT_NE(explained("Mail").find("Mail “Inbox” is in no tile.\nArranging now would decide: Mail “Inbox” → "),
               std::string::npos);
     desk.arrange();
-    EXPECT_EQ(result("explain")["lines"].size(), 4u);
+    const auto explanation = [&] {
+        std::string all;
+        const json told = result("explain");
+        for (const json& line : told["lines"]) all += line.get<std::string>() + "\n";
+        return all;
+    };
+    EXPECT_EQ(result("explain")["lines"].size(), 3u);
+    EXPECT_EQ(explanation().find("no longer"), std::string::npos);
     const json primary = result("query.tiles")["tiles"][0];
     EXPECT_NE(explained(primary["window"].get<std::string>().c_str())
                   .find("is in Primary on A.\nThe last arrangement decided: "),
@@ -181,6 +188,30 @@ TEST_F(AgentMethods, ExplainsEachWindow) {
     desk.desktop.setFullScreen("Film", true);
     desk.settle();
     EXPECT_NE(explained("film").find("full screen"), std::string::npos);
+
+    // What has changed since is said of the present.
+    const std::string front = desk.desktop.labelOfID(primary["window"].get<std::string>());
+    desk.desktop.close(front);
+    result("rule.add", {{"application", "Film"}, {"disposition", "float"}});
+    result("layout.prefer", {{"tile", "2"}, {"application", "Film"}});
+    EXPECT_EQ(explanation().find("is left alone"), std::string::npos) << "rules are off";
+    result("rules.on");
+    desk.settle();
+    EXPECT_NE(explanation().find(" (no longer: it is closed)\n"), std::string::npos) << explanation();
+    EXPECT_NE(explanation().find("The tile secondary-1 is offered to sim.film first.\n"), std::string::npos);
+    EXPECT_NE(explanation().find("Film “Film” is left alone: the rule “Film floats” says float.\n"), std::string::npos);
+    EXPECT_NE(explained("film").find("Rule “Film floats” decides: float"), std::string::npos);
+    result("layout.prefer", {{"tile", "secondary-1"}});
+    EXPECT_EQ(explanation().find("is offered to"), std::string::npos);
+}
+
+TEST_F(AgentMethods, ArrangingAfterTheStartIsSwitched) {
+    EXPECT_EQ(result("arrangeAfterLaunch", {{"isOn", true}})["isOn"], true);
+    desk.settle();
+    EXPECT_EQ(desk.tiles(), "- | -") << "it is for the next start";
+    EXPECT_EQ(result("query.state")["state"]["settings"]["autoArrangeOnLaunch"], true);
+    EXPECT_EQ(result("arrangeAfterLaunch", {{"isOn", false}})["isOn"], false);
+    EXPECT_EQ(result("query.state")["state"]["settings"]["autoArrangeOnLaunch"], false);
 }
 
 TEST_F(AgentMethods, SubscribersHearNumberedChangesAndEndUpWithTheState) {

@@ -39,6 +39,31 @@ TEST_F(SceneMethods, ASceneIsFoundByItsWholeNameOrItsId) {
     EXPECT_EQ(left[0]["isActive"], false);
 }
 
+TEST_F(SceneMethods, WhoWaitsForASceneIsToldWhatBecameOfEachWindow) {
+    desk.arrange();
+    result("scene.capture", {{"name", "Work"}});
+    desk.desktop.quit("Notes");
+    desk.settle();
+    const auto open = [&](SocketClient& by) {
+        return call(by, "scene.open", {{"scene", "Work"}, {"wait", true}})["result"]["report"]["state"];
+    };
+    EXPECT_EQ(open(connection), "waiting");
+    const auto told = [&](SocketClient& listener) {
+        const json message = listener.message();
+        EXPECT_EQ(message["method"], "sceneOpened") << message;
+        EXPECT_EQ(schemaViolation(schema, "notification:sceneOpened", message["params"]), "");
+        return message["params"]["report"];
+    };
+    auto other = client();
+    EXPECT_EQ(open(other), "waiting");
+    EXPECT_EQ(told(connection)["state"], "abandoned");
+    desk.advance(Seconds(26));
+    const json report = told(other);
+    EXPECT_EQ(report["state"], "finished");
+    EXPECT_EQ(report["adopted"].size(), 1u);
+    EXPECT_EQ(report["missing"], json::array({"Notes “Notes”"}));
+}
+
 TEST_F(SceneMethods, ASceneIsComparedAndOpened) {
     desk.arrange();
     const std::string before = desk.tiles();
