@@ -1,5 +1,7 @@
 #include "app/KovaMenuBarContent.h"
 
+#include "app/DisplayLayoutMenu.h"
+
 #include <algorithm>
 #include <array>
 #include <map>
@@ -167,7 +169,7 @@ class KovaMenuBarContent::Build {
             "zoom", "Focus Mode", enabledIf(isAtWork_ && (isZoomed || focused_)),
             [this] { perform(action::ToggleFocusZoom{}); }, checkedIf(isZoomed), KovaShortcutAction::focusZoom);
         add(
-            "stack", "Next Window in Zone", enabledIf(hasWindowBehindFocused()),
+            "stack", "Next Window in Current Zone", enabledIf(hasWindowBehindFocused()),
             [this] { perform(action::CycleStack{}); }, KovaShortcutAction::cycleStack);
         const Enabled fromTile = enabledIf(isFocusedInTile());
         inSubmenu("Focus", [&] {
@@ -188,22 +190,33 @@ class KovaMenuBarContent::Build {
         });
     }
 
+    /// `prefix` tells the entries of one display from those of another.
+    void addLayoutMenu(std::string title, const std::string& prefix, const DisplayLayoutMenu& menu, Enabled enabled) {
+        inSubmenu(std::move(title), [&] {
+            for (const auto& option : menu.options) {
+                add(
+                    prefix + option.id, option.name, enabled,
+                    [this, display = menu.id, id = option.id] { (void)chooseLayout(workspace_, display, id); },
+                    checkedIf(option.id == menu.selectedOptionID));
+            }
+        });
+    }
+
     void addLayoutEntries() {
         separate();
         const auto display = isAtWork_ ? workspace_.currentDisplayID() : std::nullopt;
         const LayoutDefinition* current = display ? workspace_.resolvedLayout(*display) : nullptr;
         const std::string currentID = current ? current->id : "";
         const Enabled enabled = enabledIf(current);
-        inSubmenu("Layout on Current Display", [&] {
-            for (const auto& layout : workspace_.catalogue()) {
-                add(
-                    "layout." + layout.id, layout.name, enabled,
-                    [this, display, id = layout.id] {
-                        (void)workspace_.selectLayout(*display, DisplayLayoutSelection::layout(id));
-                    },
-                    checkedIf(layout.id == currentID));
-            }
-        });
+        const auto menus = displayLayoutMenus(workspace_);
+        for (const auto& menu : menus) {
+            if (menu.id == display) addLayoutMenu("Layout on Current Display", "layout.", menu, enabled);
+        }
+        if (menus.empty() || !display) inSubmenu("Layout on Current Display", [] {});
+        for (const auto& menu : menus) {
+            if (menus.size() < 2) break;
+            addLayoutMenu("Layout on " + menu.title, "layout." + menu.id + ".", menu, enabledIf(isAtWork_));
+        }
         add(
             "layout-next", "Next Layout on Current Display", enabled, [this] { workspace_.selectNextLayout(); },
             KovaShortcutAction::nextLayout);
@@ -225,14 +238,17 @@ class KovaMenuBarContent::Build {
                     checkedIf(*state_.activeSceneID == scene.id));
             }
             if (!state_.scenes->empty()) separate();
-            add("scene-save", "Save Workspace as Scene", enabledIf(mayMoveWindows_),
+            add("scene-save", "Capture Workspace as Scene", enabledIf(mayMoveWindows_),
                 [this] { workspace_.captureScene(); });
         });
-        addSwitch("continuous-management", "Continuous Management", *state_.continuousManagementEnabled,
+        addSwitch("continuous-management", "Continuously apply window rules", *state_.continuousManagementEnabled,
                   [this](bool on) { workspace_.setContinuousManagementEnabled(on); });
+        addHeading("Rules are explainable and run only when continuous management is enabled.");
     }
 
     void addSettings() {
+        addSwitch("arrange-after-launch", "Automatically arrange after launch", state_.profile->autoArrangeOnLaunch,
+                  [this](bool on) { workspace_.setAutoArrangeOnLaunch(on); });
         addSwitch("tile-backgrounds", "Show Tile Backgrounds", *state_.showTileBackgrounds,
                   [this](bool on) { workspace_.setShowTileBackgrounds(on); });
         addSystemSettings();
@@ -241,6 +257,7 @@ class KovaMenuBarContent::Build {
         separate();
         add("export", "Export Scenes and Rules…", Enabled::yes, [this] { services_.documents->exportDocument(); });
         add("import", "Import Scenes and Rules…", Enabled::yes, [this] { services_.documents->importDocument(); });
+        addHeading("Portable JSON · local-first");
     }
 
     /// What the system refuses is said below the switch.

@@ -1,5 +1,7 @@
 // The menu-bar menu, opened and chosen from while windows come and go.
 #include "app/KovaMenuBarContent.h"
+
+#include "app/DisplayLayoutMenu.h"
 #include "persistence/MemoryPreferencesStore.h"
 #include "platform/simulated/SimulatedDesktop.h"
 
@@ -137,7 +139,7 @@ TEST_F(MenuBar, OffersWhatCanBeDoneNow) {
     EXPECT_EQ(picture(menu.entries()), "(Arrange Windows into Zones)\n"
                                        "Undo Window Action\n"
                                        "(Focus Mode)\n"
-                                       "(Next Window in Zone)\n"
+                                       "(Next Window in Current Zone)\n"
                                        "Focus:\n"
                                        "Move:\n"
                                        "---\n"
@@ -147,7 +149,8 @@ TEST_F(MenuBar, OffersWhatCanBeDoneNow) {
                                        "(Reset Layout Sizes on Current Display)\n"
                                        "---\n"
                                        "Scenes:\n"
-                                       "Continuous Management\n"
+                                       "Continuously apply window rules\n"
+                                       "(Rules are explainable and run only when continuous management is enabled.):\n"
                                        "---\n"
                                        "Use Theme Background\n"
                                        "Settings:\n"
@@ -171,7 +174,7 @@ TEST_F(MenuBar, OffersWhatCanBeDoneNow) {
     const auto target = workspace.assignments().targetOf(front);
     ASSERT_TRUE(target);
     const auto& stacks = workspace.assignments().stackWindowIDsByTarget;
-    EXPECT_EQ(isEnabled("Next Window in Zone"), stacks.contains(*target) && stacks.at(*target).size() > 1);
+    EXPECT_EQ(isEnabled("Next Window in Current Zone"), stacks.contains(*target) && stacks.at(*target).size() > 1);
 
     // What was chosen is what is done, and can be undone.
     const bool isLeft = target->ends_with("::primary") || desktop.window("Mail").frame.origin.x < 1000;
@@ -197,7 +200,7 @@ TEST_F(MenuBar, ChecksTheLayoutAndTheSceneInForce) {
         for (const auto& candidate : entry(submenu).entries) titles += candidate.isChecked ? candidate.title + ";" : "";
         return titles;
     };
-    EXPECT_EQ(entry("Layout on Current Display").entries.size(), workspace.catalogue().size());
+    EXPECT_EQ(entry("Layout on Current Display").entries.size(), workspace.catalogue().size() + 1) << "and automatic";
     EXPECT_EQ(checked("Layout on Current Display"),
               workspace.resolvedLayout(*workspace.currentDisplayID())->name + ";");
     const std::string other = entry("Layout on Current Display").entries.back().title;
@@ -218,7 +221,7 @@ TEST_F(MenuBar, ChecksTheLayoutAndTheSceneInForce) {
     EXPECT_FALSE(isEnabled("Reset Layout Sizes on Current Display"));
 
     EXPECT_EQ(entry("Scenes").entries.size(), 1u);
-    EXPECT_TRUE(choose("Save Workspace as Scene"));
+    EXPECT_TRUE(choose("Capture Workspace as Scene"));
     ASSERT_EQ(workspace.state().scenes->size(), 1u);
     const WorkspaceScene scene = workspace.state().scenes->front();
     EXPECT_EQ(checked("Scenes"), scene.name + ";");
@@ -232,13 +235,36 @@ TEST_F(MenuBar, ChecksTheLayoutAndTheSceneInForce) {
     EXPECT_FALSE(menu.choose(id));
 }
 
+TEST_F(MenuBar, ChoosesTheLayoutOfEachDisplay) {
+    const std::string first = displayLayoutMenus(workspace).front().title;
+    EXPECT_FALSE(entryIn(menu.entries(), "Layout on " + first)) << "the current one is all there is";
+    desktop.addDisplay({.name = "Beamer", .size = {1920, 1080}});
+    passes(3);
+    const auto menuOfBeamer = [&] { return displayLayoutMenus(workspace).at(1); };
+    EXPECT_EQ(menuOfBeamer().title, "Beamer");
+    EXPECT_EQ(menuOfBeamer().options.size(), workspace.catalogue().size() + 1);
+    EXPECT_EQ(menuOfBeamer().selectedOptionID, workspace.resolvedLayout(menuOfBeamer().id)->id);
+    const auto chooseOption = [&](std::size_t option) {
+        EXPECT_TRUE(menu.choose(entry("Layout on Beamer").entries.at(option).id));
+        EXPECT_TRUE(entry("Layout on Beamer").entries.at(option).isChecked);
+    };
+    chooseOption(0);
+    EXPECT_EQ(menuOfBeamer().selectedOptionID, "automatic");
+    chooseOption(3);
+    EXPECT_EQ(workspace.resolvedLayout(menuOfBeamer().id)->id, workspace.catalogue().at(2).id);
+    EXPECT_EQ(displayLayoutMenus(workspace).front().selectedOptionID,
+              workspace.resolvedLayout(displayLayoutMenus(workspace).front().id)->id);
+    EXPECT_FALSE(chooseLayout(workspace, "gone", "automatic"));
+}
+
 TEST_F(MenuBar, SaysWhyNothingCanBeDone) {
     opens("Mail");
     desktop.setTrusted(false);
     passes(3);
     EXPECT_EQ(menu.entries().front().title, "Accessibility permission is required");
-    for (const char* title : {"Arrange Windows into Zones", "Undo Window Action", "Focus Mode", "Next Window in Zone",
-                              "Focus Left", "Move Window Down", "Save Workspace as Scene"}) {
+    for (const char* title :
+         {"Arrange Windows into Zones", "Undo Window Action", "Focus Mode", "Next Window in Current Zone", "Focus Left",
+          "Move Window Down", "Capture Workspace as Scene"}) {
         EXPECT_FALSE(isEnabled(title)) << title;
     }
     EXPECT_TRUE(isEnabled("Next Layout on Current Display")) << "a choice for later";
@@ -259,8 +285,9 @@ TEST_F(MenuBar, SaysWhyNothingCanBeDone) {
 
 TEST_F(MenuBar, SwitchesWhatTheyStandFor) {
     opens("Mail");
-    for (const char* title : {"Use Theme Background", "Continuous Management", "Show Tile Backgrounds",
-                              "Check for Updates Automatically", "Download Updates Automatically"}) {
+    for (const char* title :
+         {"Use Theme Background", "Continuously apply window rules", "Automatically arrange after launch",
+          "Show Tile Backgrounds", "Check for Updates Automatically", "Download Updates Automatically"}) {
         const bool before = entry(title).isChecked;
         EXPECT_TRUE(choose(title)) << title;
         EXPECT_NE(entry(title).isChecked, before) << title;
