@@ -128,8 +128,8 @@ TileRoom Planner::roomOn(std::size_t desk) const {
     return {display.layout, display.visibleFrame.size, input_.tileInset, std::move(holders)};
 }
 
-/// The tile alone, or the span that the window needs where not everybody would have room otherwise. A window that had
-/// to give way once is not chased again; a full-screen window keeps its tile, but is not in the way while it lasts.
+/// The tile alone, or the span that the window needs where not every window would have room otherwise. A window that
+/// had to give way once is not chased again; a full-screen window keeps its tile, but is not in the way while it lasts.
 Fit Planner::fitFor(std::size_t candidate, std::size_t desk, std::size_t slot) const {
     const Desk& d = desks_[desk];
     const ArrangementDisplay& display = *d.display;

@@ -70,7 +70,7 @@ void WindowSizes::beginArrangement() {
         known.wasRetried = known.isBeingRetried = false;
         if (known.isConfirmed()) continue;
         known.shown = {};
-        known.news.reset();
+        known.pending.reset();
     }
 }
 
@@ -90,18 +90,18 @@ WindowSizes::Refusal WindowSizes::noteRefusal(const ManagedWindow& window, CGSiz
     const bool isSame = std::abs(shown.width - known.shown.width) <= kSameSizePoints &&
                         std::abs(shown.height - known.shown.height) <= kSameSizePoints;
     if (isSame) return Refusal::known;
-    known.news = shown;
-    return Refusal::news;
+    known.pending = shown;
+    return Refusal::changed;
 }
 
-bool WindowSizes::hasNews(const std::string& windowID) const {
+bool WindowSizes::hasPendingChange(const std::string& windowID) const {
     const Known* known = find(windowID);
-    return known && known->news;
+    return known && known->pending;
 }
 
-bool WindowSizes::applyNews(const std::string& windowID) {
+bool WindowSizes::applyChange(const std::string& windowID) {
     Known& known = known_[windowID];
-    if (known.news) known.shown = *std::exchange(known.news, std::nullopt);
+    if (known.pending) known.shown = *std::exchange(known.pending, std::nullopt);
     return known.isConfirmed();
 }
 
@@ -109,8 +109,9 @@ WindowSizes::Disproof WindowSizes::noteSeen(const ManagedWindow& window, CGSize 
                                             const std::optional<CGSize>& ofApplication) {
     Known& known = known_[window.id];
     known.smallest = known.smallest ? smaller(*known.smallest, size) : size;
-    if (known.news && (isSmaller(size.width, known.news->width) || isSmaller(size.height, known.news->height))) {
-        known.news.reset();
+    if (known.pending &&
+        (isSmaller(size.width, known.pending->width) || isSmaller(size.height, known.pending->height))) {
+        known.pending.reset();
     }
     Disproof disproof;
     if (isSmaller(size.width, known.shown.width)) {

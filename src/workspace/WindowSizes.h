@@ -38,12 +38,12 @@ class WindowSizes {
     /// Windows that are to confirm what they have shown are asked for their plain tiles by this arrangement.
     void beginArrangement();
 
-    enum class Refusal { unreliable, known, news };
-    /// The window was asked for `wanted` and stays at `actual`. News count once they are applied.
+    enum class Refusal { unreliable, known, changed };
+    /// The window was asked for `wanted` and stays at `actual`. A change counts once it is applied.
     Refusal noteRefusal(const ManagedWindow& window, CGSize wanted, CGSize actual, Seconds uptime);
-    bool hasNews(const std::string& windowID) const;
+    bool hasPendingChange(const std::string& windowID) const;
     /// Gives whether it is certain enough to be remembered for the application.
-    bool applyNews(const std::string& windowID);
+    bool applyChange(const std::string& windowID);
 
     struct Disproof {
         bool ofWindow = false;
@@ -67,7 +67,7 @@ class WindowSizes {
   private:
     struct Known {
         CGSize shown{};                 // 0 in a direction in which it refused nothing
-        std::optional<CGSize> news;     // not applied yet
+        std::optional<CGSize> pending;  // not applied yet
         std::optional<CGSize> smallest; // at rest
         bool contradictsAnnouncement = false;
         int arrangements = 0; // in how many it was shown

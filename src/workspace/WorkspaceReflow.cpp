@@ -19,7 +19,7 @@ void WorkspaceController::minimumSizeObserved(const std::string& windowID, const
         return;
     case WindowSizes::Refusal::known:
         return makeRoomFor(ManagedWindow(*window));
-    case WindowSizes::Refusal::news:
+    case WindowSizes::Refusal::changed:
         return reflow(windowID);
     }
 }
@@ -29,7 +29,7 @@ void WorkspaceController::reflow(const std::string& windowID) {
     const ManagedWindow* window = findLive(windowID);
     const auto target = assignments_.targetOf(windowID);
     const Screen* screen = target ? screenOfTarget(*target) : nullptr;
-    if (!sizes_.hasNews(windowID) || !window || !screen || !mayMoveWindows()) return;
+    if (!sizes_.hasPendingChange(windowID) || !window || !screen || !mayMoveWindows()) return;
     const Seconds now = services_.queue.uptime();
     const auto due = reflow_.nextReflow(displayID(*screen), windowID, now);
     if (!due) return;
@@ -38,7 +38,7 @@ void WorkspaceController::reflow(const std::string& windowID) {
         return;
     }
     reflow_.noteReflow(displayID(*screen), windowID, now);
-    if (sizes_.applyNews(windowID)) rememberMinimum(*window, minimumSizeOf(*window));
+    if (sizes_.applyChange(windowID)) rememberMinimum(*window, minimumSizeOf(*window));
     publishMinimums();
     makeRoomFor(ManagedWindow(*window));
 }

@@ -273,6 +273,27 @@ TEST(WindowManager, MayBeReplacedWithoutAWindowBeingMissed) {
     replaceTheManager(false);
 }
 
+TEST(WindowManager, SizesAreNotReliedOnForTwoSecondsAfterItIsReplaced) {
+    if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
+    Desk desk(Manager::openbox);
+    const auto mail = desk.client("Mail", 4001);
+    mail->open({.title = "Inbox"});
+    desk.openDesktop();
+    ASSERT_TRUE(desk.showsExactly({"Inbox"}));
+    const auto isReliable = [&] { return desk.service().areSizesReliable(desk.window("Inbox")); };
+    const auto isReliableOncePlaced = [&] {
+        desk.place(desk.window("Inbox"), makeRect(20, 30, 500, 300));
+        desk.runFor(Seconds(0.1));
+        return isReliable();
+    };
+    EXPECT_TRUE(desk.runUntil(isReliableOncePlaced));
+    const ChildProcess next = desk.server().start({"openbox", "--sm-disable", "--replace"});
+    ASSERT_TRUE(desk.runUntil([&] { return !isReliable(); }));
+    const Seconds begin = desk.loop().uptime();
+    EXPECT_TRUE(desk.runUntil(isReliableOncePlaced));
+    EXPECT_GE(desk.loop().uptime() - begin, Seconds(1.9));
+}
+
 TEST(WindowManager, GivesHiddenWindowsBackWhenItIsReplaced) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
     replaceTheManager(true);

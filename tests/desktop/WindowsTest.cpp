@@ -119,6 +119,30 @@ TEST_P(Windows, StandWhereTheyArePutAndAreToldOnce) {
     EXPECT_EQ(text(desk.reportedMinimums().back()), text(client->outerFrame(large)));
 }
 
+TEST_P(Windows, TakeTheLargestFrameThatTheirHintsAllow) {
+    Desk desk(GetParam());
+    const auto client = desk.client("Player", 4001);
+    const auto film = client->open({.title = "Film"}), shell = client->open({.title = "Shell", .cells = CGSize{7, 13}});
+    constexpr std::uint32_t kAspect = 1U << 7;
+    client->setNumbers(film, "WM_NORMAL_HINTS", "WM_SIZE_HINTS",
+                       {kAspect, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 16, 9, 16, 9, 0, 0, 0});
+    desk.openDesktop();
+    EXPECT_TRUE(desk.showsExactly({"Film", "Shell"}));
+    const CGRect tile = makeRect(20, 30, 900, 250);
+    for (const auto& [title, window] : {std::pair{"Film", film}, std::pair{"Shell", shell}}) {
+        ASSERT_TRUE(desk.window(title).sizeHints);
+        const CGRect wished = largestFrameWithin(tile, *desk.window(title).sizeHints);
+        desk.place(desk.window(title), wished);
+        desk.service().flush();
+        EXPECT_TRUE(desk.runUntil([&] {
+            const CGRect frame = client->outerFrame(window);
+            return nearlyEqual(frame, wished, 2) && containsWithin(tile, frame, 0);
+        })) << title;
+        desk.runFor(Seconds(0.8));
+    }
+    EXPECT_TRUE(desk.reportedMinimums().empty());
+}
+
 TEST_P(Windows, AreMinimisedAndComeBack) {
     Desk desk(GetParam());
     const auto client = desk.client("Editor", 4001);

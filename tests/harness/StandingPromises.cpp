@@ -114,7 +114,7 @@ void Desk::checkAssignments(std::vector<std::string>& broken) {
 /// Of windows that take every frame down to their minimum size. One that is larger than its whole display overlaps
 /// whatever is done.
 void Desk::checkTiledWindowsDoNotOverlap(std::vector<std::string>& broken, MinimumSizes considered) {
-    std::map<std::string, CGRect> frames; // by label
+    std::map<std::string, std::pair<std::string, CGRect>> frames; // by label: display and frame
     for (const auto& tile : controller().tiles()) {
         if (!tile.windowID || *controller().state().focusMode) continue;
         const auto label = desktop.labelOfID(*tile.windowID);
@@ -132,11 +132,13 @@ void Desk::checkTiledWindowsDoNotOverlap(std::vector<std::string>& broken, Minim
             window.isFullScreen || foundAtRestart_.contains(label)) {
             continue;
         }
-        frames[label] = desktop.frameForWindowService(window);
+        frames[label] = {tile.displayID, desktop.frameForWindowService(window)};
     }
     for (auto a = frames.begin(); a != frames.end(); ++a) {
         for (auto b = std::next(a); b != frames.end(); ++b) {
-            if (overlap(insetBy(a->second, kTolerance), insetBy(b->second, kTolerance))) {
+            // A display that has grown may itself overlap the next.
+            if (a->second.first != b->second.first) continue;
+            if (overlap(insetBy(a->second.second, kTolerance), insetBy(b->second.second, kTolerance))) {
                 broken.push_back(a->first + " and " + b->first + " overlap: " + tiles());
             }
         }

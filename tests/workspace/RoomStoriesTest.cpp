@@ -54,7 +54,7 @@ TEST(RoomStories, AnApplicationThatRaisesItsMinimumGetsTheRoom) {
     EXPECT_FALSE(desk.desktop.isOnScreen(desk.desktop.window("Mail")));
 }
 
-TEST(RoomStories, ALargerInsetLeavesNobodyCramped) {
+TEST(RoomStories, ALargerInsetLeavesNoWindowCramped) {
     Desk desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex", {.minimumSize = {{1240, 300}}}).opens("Mail", {.minimumSize = {{1240, 300}}}).arrange();
@@ -63,7 +63,7 @@ TEST(RoomStories, ALargerInsetLeavesNobodyCramped) {
     desk.expectTiles("Codex 30,30 2500x1352 + Mail | (Codex)");
 }
 
-TEST(RoomStories, WhoLosesASpanWaitsWhereTheNewcomerIs) {
+TEST(RoomStories, AWindowThatLosesItsSpanWaitsWhereTheNewcomerIs) {
     Desk desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.opens("Codex", {.minimumSize = {{2300, 400}}}).opens("Mail").arrange();
@@ -73,6 +73,18 @@ TEST(RoomStories, WhoLosesASpanWaitsWhereTheNewcomerIs) {
     desk.settle().expectTiles("- | Mail 1291,15 1254x666 + Codex | - | -");
     desk.cycleStack();
     EXPECT_TRUE(desk.wasCarriedOut());
+}
+
+TEST(RoomStories, AnArrangementLeavesAWindowBehindAFullScreenOneWhereItWaits) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+    desk.desktop.focusByHand("Mail");
+    desk.move(left);
+    desk.desktop.setFullScreen("Mail", true);
+    desk.settle().arrange();
+    EXPECT_EQ(desk.controller().assignments().stackTargetOf(desk.desktop.windowIDOf("Codex")),
+              desk.targetID("A", "focus-main"));
+    EXPECT_FALSE(desk.desktop.window("Codex").isMinimized);
 }
 
 TEST(RoomStories, ASpanIsGivenBackWhenItsWindowCameToNeedLessDuringAZoom) {
@@ -100,8 +112,8 @@ TEST(RoomStories, ADividerHandleOfBeforeKeepsToTheMinimumsOfNow) {
     desk.expectTiles("Codex 15,15 1200x1382 | Mail 1237,15 1308x1382");
 }
 
-/// Whatever is put where, in whatever order: nobody is cramped who was not before.
-TEST(TileRoom, APlacementLeavesEverybodyTheRoomTheyHad) {
+/// Whatever is put where, in whatever order: no window is cramped that was not before.
+TEST(TileRoom, APlacementLeavesEveryWindowItsRoom) {
     const auto& layouts = builtInLayouts();
     forEachSeed(300, [&](std::uint32_t seed) {
         std::mt19937 random(seed);

@@ -19,7 +19,7 @@ struct Bench {
     WindowSizes sizes;
     WindowSizes::Refusal refuses(const ManagedWindow& window, CGSize actual, double uptime = 100) {
         const auto refusal = sizes.noteRefusal(window, {1254, 676}, actual, Seconds(uptime));
-        isConfirmed = refusal == news && sizes.applyNews(window.id);
+        isConfirmed = refusal == changed && sizes.applyChange(window.id);
         return refusal;
     }
     bool isConfirmed = false;
@@ -28,7 +28,7 @@ struct Bench {
 TEST(WindowSizes, AWindowShowsTheDirectionsInWhichItRefusesAndForgetsThemOnceItIsSeenSmaller) {
     Bench bench;
     const auto window = windowCalled("a");
-    EXPECT_EQ(bench.refuses(window, {1500, 600}), news);
+    EXPECT_EQ(bench.refuses(window, {1500, 600}), changed);
     EXPECT_TRUE(bench.isConfirmed) << "it announces nothing that would contradict it";
     EXPECT_EQ(bench.sizes.minimumOf(window, {}), (CGSize{1500, 0}));
     EXPECT_EQ(bench.refuses(window, {1500, 600}), known);
@@ -41,14 +41,14 @@ TEST(WindowSizes, WhatContradictsTheAnnouncementIsBelievedAfterTwoArrangements) 
     Bench bench;
     const auto window = windowCalled("xterm", CGSize{10, 17});
     bench.sizes.beginArrangement();
-    EXPECT_EQ(bench.refuses(window, {1500, 900}), news);
+    EXPECT_EQ(bench.refuses(window, {1500, 900}), changed);
     EXPECT_FALSE(bench.isConfirmed);
     EXPECT_EQ(bench.sizes.minimumOf(window, {}), (CGSize{1500, 900})) << "there is room for it, for now";
     EXPECT_TRUE(bench.sizes.confirmed().empty());
     EXPECT_EQ(bench.sizes.minimumOf(window, {}, WindowSizes::Purpose::nextArrangement), (CGSize{10, 17}));
     bench.sizes.beginArrangement();
     EXPECT_EQ(bench.sizes.minimumOf(window, {}), (CGSize{10, 17})) << "asked for its plain tile once more";
-    EXPECT_EQ(bench.refuses(window, {1500, 900}), news);
+    EXPECT_EQ(bench.refuses(window, {1500, 900}), changed);
     EXPECT_TRUE(bench.isConfirmed);
     bench.sizes.beginArrangement();
     EXPECT_EQ(bench.sizes.minimumOf(window, {}), (CGSize{1500, 900}));
@@ -58,7 +58,7 @@ TEST(WindowSizes, NothingIsLearnedWithinASecondOfThePointersRelease) {
     Bench bench;
     bench.sizes.notePointer(Seconds(99.1));
     EXPECT_EQ(bench.refuses(windowCalled("a"), {1500, 600}), unreliable);
-    EXPECT_EQ(bench.refuses(windowCalled("a"), {1500, 600}, 100.2), news);
+    EXPECT_EQ(bench.refuses(windowCalled("a"), {1500, 600}, 100.2), changed);
 }
 
 TEST(WindowSizes, WhatWasLearnedOfTheApplicationIsAFirstGuessOnly) {
