@@ -176,6 +176,18 @@ TEST_F(Model, MeasuresNothingWhileAFrameIsBehindItsWindow) {
     EXPECT_EQ(model.outerFrame(window()), (PixelRect{20, 0, 402, 325}));
 }
 
+TEST_F(Model, TakesNoFrameDrawnForShowForAWindowWhileAnotherOneLeaves) {
+    announceDecorations({1, 1, 20, 5}, 12);
+    model.takeMeasuredFrame(window(), {1, 1, 20, 5}, 13);
+    model.setClientList({kWindow, 40}, Seconds(1));
+    model.setClientList({kWindow}, Seconds(1));
+    ASSERT_TRUE(model.isSettling());
+    configure(20, 200, 20, 14);
+    EXPECT_EQ(model.outerFrame(window()), std::nullopt) << "a title bar on its way to the screen";
+    configure(0, 402, 325, 15);
+    EXPECT_EQ(model.outerFrame(window()), (PixelRect{0, 0, 402, 325}));
+}
+
 TEST_F(Model, FindsTheWindowThatADialogBelongsTo) {
     constexpr xcb_window_t kDialog = 40, kOther = 50, kForeign = 60, kLeader = 70;
     model.setStacking({kOther, kWindow, kDialog, kForeign});

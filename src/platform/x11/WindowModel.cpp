@@ -269,6 +269,9 @@ std::optional<PixelRect> WindowModel::outerFrame(const ClientWindow& client) con
     // A manager that comes makes frames that are not as large yet as what is in them.
     const bool isFrameExact = client.topLevel == client.window || client.margins == client.shadow;
     if (settlesAt_ && (!isFrameExact || (client.stale & stale::topLevel))) return std::nullopt;
+    // While managers change, what a frame showed before does not count, but one drawn small for show is no window's
+    // size.
+    if (settlesAt_ && !client.isShaded && !hasRoomInside(client)) return std::nullopt;
     if (client.frameBefore) return client.frameBefore;
     const PixelRect outer = shrunk(top->rect, client.margins);
     // A shadow larger than the window is none.
