@@ -206,9 +206,12 @@ void WorkspaceController::reapplyTileFrames(Straying straying) {
         const auto target = frames.find(window.id);
         if (target != frames.end() && !isLeftAlone(window)) {
             reapplyWindow(window, target->second, straying);
-        } else {
-            refusals_.erase(window.id);
+            continue;
         }
+        // A window that keeps to a size of its own is not asked again whenever its Space is shown.
+        const auto refusal = refusals_.find(window.id);
+        const bool isSettled = refusal != refusals_.end() && refusal->second.attempts >= kPlacementAttempts;
+        if (!window.isElsewhere || !isSettled) refusals_.erase(window.id);
     }
 }
 
@@ -218,8 +221,7 @@ bool WorkspaceController::isLeftAlone(const ManagedWindow& window) const {
     const bool isZoomed = *state_.focusMode && (*state_.focusMode)->windowID == window.id;
     return isZoomed || handMovedWindowID_ == window.id || (heldWindow_ && heldWindow_->id == window.id) ||
            window.isMinimized || window.isMaximized || window.isFullScreen || window.isElsewhere ||
-           !window.isAnswering ||
-           windowService_->isApplicationHidden(window.processIdentifier);
+           !window.isAnswering || windowService_->isApplicationHidden(window.processIdentifier);
 }
 
 /// Writes the frame of a window that strayed. A placement that is still being verified is left to its passes, and a

@@ -50,6 +50,13 @@ TEST_P(Spaces, WindowsOfTheOtherSpaceKeepTheirTilesAndAreNotWrittenTo) {
     EXPECT_FALSE(live("Mail").isElsewhere);
 }
 
+TEST_P(Spaces, AWindowThatKeepsToASizeOfItsOwnIsNotAskedAgainAtEachReturn) {
+    desk.opens("Terminal", {.cell = {17, 31}}).layout("jarvis.triple-stack").arrange().advance(Seconds(20));
+    const int asked = desk.desktop.window("Terminal").frameWriteCount;
+    for (const int space : {1, 0, 1, 0}) show(space).settle();
+    EXPECT_EQ(desk.desktop.window("Terminal").frameWriteCount, asked);
+}
+
 TEST_P(Spaces, AnArrangementThereLeavesThePictureHere) {
     show(1).opens("Maps").opens("Codex").arrange();
     const std::string there = desk.tiles();

@@ -79,6 +79,39 @@ TEST_F(Model, MadeUpEventsEndNoWindow) {
     EXPECT_FALSE(model.client(kWindow));
 }
 
+TEST_F(Model, MinimizedIsWhatTheManagerSaysByTheWordThatItUses) {
+    struct Case {
+        const char* what;
+        bool announcesHidden, isIconic, isHidden, isShaded, isMapped, isOnAnotherDesktop;
+        bool expected;
+    };
+    const Case cases[] = {
+        {"minimized", true, true, true, false, false, false, true},
+        {"minimized and still mapped", true, true, true, false, true, false, true},
+        {"of another desktop, iconic", true, true, false, false, false, true, false},
+        {"minimized on another desktop", true, true, true, false, false, true, true},
+        {"shaded, iconic", true, true, false, true, true, false, false},
+        {"shaded, hidden", true, false, true, true, true, false, false},
+        {"shaded and minimized", true, true, true, true, true, false, true},
+        {"iconic", false, true, false, false, false, false, true},
+        {"iconic on another desktop", false, true, false, false, false, true, false},
+        {"iconic as it is shaded", false, true, false, true, true, false, false},
+    };
+    for (const Case& each : cases) {
+        WindowManager manager;
+        manager.isPresent = true;
+        manager.announcesHidden = each.announcesHidden;
+        model.setWindowManager(manager, Seconds(0));
+        const TopLevel top{.rect = {0, 0, 402, 325}, .isMapped = each.isMapped, .rectTold = {}, .mappingTold = {}};
+        model.takeTopLevel(kFrame, top, 30);
+        window().isIconic = each.isIconic;
+        window().isHiddenState = each.isHidden;
+        window().isShaded = each.isShaded;
+        window().desktop = each.isOnAnotherDesktop ? 1U : 0U;
+        EXPECT_EQ(model.isMinimized(window()), each.expected) << each.what;
+    }
+}
+
 TEST_F(Model, KeepsWhatAnEventToldAfterTheQuestion) {
     const TopLevel answer{.rect = {5, 5, 50, 50}, .isMapped = true, .rectTold = {}, .mappingTold = {}};
     configure(100, 402, 325, 21);

@@ -332,11 +332,11 @@ std::vector<xcb_window_t> WindowModel::dialogsOf(const ClientWindow& client) con
 
 bool WindowModel::isMinimized(const ClientWindow& client) const {
     if (!manager_.isPresent) return client.isIconifiedByUs;
-    // ICCCM lets a manager use the iconic state for whatever is not shown, and some call shaded windows hidden: these
-    // keep a mapped title bar.
+    // Some managers call shaded windows hidden, others iconic, and only minimized ones both. ICCCM lets a manager use
+    // the iconic state for all that is not shown.
+    if (manager_.announcesHidden) return client.isHiddenState && (client.isIconic || !client.isShaded);
     const TopLevel* top = topLevel(client.topLevel);
-    if (client.isShaded && top && top->isMapped) return false;
-    return manager_.announcesHidden ? client.isHiddenState : client.isIconic && isOnCurrentDesktop(client);
+    return client.isIconic && isOnCurrentDesktop(client) && !(client.isShaded && top && top->isMapped);
 }
 
 bool WindowModel::isShown(const ClientWindow& client) const {
