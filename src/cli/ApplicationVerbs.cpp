@@ -63,7 +63,8 @@ ExitCode runSceneOpen(const Verb& verb, const Arguments& arguments, const json& 
         const json& message = std::get<json>(heard);
         if (message.value("method", "") == "sceneOpened") result["report"] = message.at("params").at("report");
     }
-    write(STDOUT_FILENO, arguments.json ? asText(result, 2) : verb.print(result, arguments));
+    const ExitCode printed = print(arguments.json ? asText(result, 2) : verb.print(result, arguments));
+    if (printed != ExitCode::done) return printed;
     const json& report = result.at("report");
     if (report.at("state") == "abandoned") {
         return end(
