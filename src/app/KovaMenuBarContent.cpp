@@ -224,7 +224,7 @@ class KovaMenuBarContent::Build {
             "layout-previous", "Previous Layout on Current Display", enabled,
             [this] { workspace_.selectPreviousLayout(); }, KovaShortcutAction::previousLayout);
         add("layout-reset", "Reset Layout Sizes on Current Display",
-            enabledIf(current && !state_.profile->weights(*display, currentID).splits.empty()),
+            enabledIf(current && state_.profile->layoutWeightsByDisplay.contains(*display)),
             [this, display] { workspace_.resetLayoutSizes(display); });
     }
 
@@ -251,6 +251,8 @@ class KovaMenuBarContent::Build {
                   [this](bool on) { workspace_.setAutoArrangeOnLaunch(on); });
         addSwitch("tile-backgrounds", "Show Tile Backgrounds", *state_.showTileBackgrounds,
                   [this](bool on) { workspace_.setShowTileBackgrounds(on); });
+        addSwitch("bring-forward", "Bring Next Window Forward", *state_.bringsNextForward,
+                  [this](bool on) { workspace_.setBringsNextForward(on); });
         addSystemSettings();
         addUpdateSettings();
         if (!services_.documents) return;

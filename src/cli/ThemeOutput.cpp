@@ -124,6 +124,11 @@ std::string printBrainSwitch(const json& result, const Arguments&) {
     return switched(kBrain, result.at("isOn")) + remarkOn(result);
 }
 
+std::string printBringForwardSwitch(const json& result, const Arguments&) {
+    return result.at("isOn").get<bool>() ? "The next window of a stack comes forward when the front one leaves.\n"
+                                         : "Windows that wait in a stack stay there when the front one leaves.\n";
+}
+
 std::string printTileBackgroundsSwitch(const json& result, const Arguments&) {
     return switched(kTileBackgrounds, result.at("isOn")) + remarkOn(result);
 }

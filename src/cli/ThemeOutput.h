@@ -15,6 +15,7 @@ std::string printAccentColors(const nlohmann::json& result, const Arguments& arg
 std::string printAccentColor(const nlohmann::json& result, const Arguments& arguments);
 std::string printThemeBackgroundSwitch(const nlohmann::json& result, const Arguments& arguments);
 std::string printBrainSwitch(const nlohmann::json& result, const Arguments& arguments);
+std::string printBringForwardSwitch(const nlohmann::json& result, const Arguments& arguments);
 std::string printTileBackgroundsSwitch(const nlohmann::json& result, const Arguments& arguments);
 
 } // namespace kova::cli

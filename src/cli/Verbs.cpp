@@ -272,6 +272,10 @@ constexpr std::array kVerbs = std::to_array<Verb>({
     {"theme tile-backgrounds", "theme.tileBackgrounds", "show the backgrounds of tiles, or not",
      "A pane in the theme's colors in every tile.", "kova theme tile-backgrounds on", kSwitch,
      printTileBackgroundsSwitch},
+    {"bring-forward", "bringForward", "bring the next window of a stack forward, or not",
+     "When the window in front of a tile is closed or goes to another tile, the next one that waits there takes its "
+     "place. On unless it is switched off.",
+     "kova bring-forward off", kSwitch, printBringForwardSwitch},
     {"accent list", "accent.list", "list the accent colors", "The one in use is marked.", "kova accent list", kNothing,
      printAccentColors},
     {"accent select", "accent.select", "choose the accent color",

@@ -12,16 +12,10 @@ namespace {
 
 using nlohmann::json;
 
-/// Why an action that begins at a window, the focused one when none is named, did nothing where the workspace kept
-/// silent.
+/// Why an action that begins at a window, the focused one when none is named, did nothing.
 std::string silentReason(const WorkspaceController& controller, const std::optional<std::string>& windowID,
                          std::string otherwise) {
-    const ManagedWindow* acting = controller.actingWindow(windowID);
-    if (!acting) return windowID ? "There is no such window" : "No managed window has the focus";
-    if (!controller.assignments().isAssigned(acting->id)) {
-        return acting->applicationName + " is in no tile. Put it into one with “kova tile” or “kova place”";
-    }
-    return otherwise;
+    return controller.whyNoStartingPoint(windowID).value_or(std::move(otherwise));
 }
 
 } // namespace

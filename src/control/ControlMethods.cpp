@@ -248,6 +248,7 @@ class ControlMethods::Table {
         addSwitch("theme.background", &WorkspaceController::setUseThemeBackground);
         addSwitch("theme.brain", &WorkspaceController::setShowBrain);
         addSwitch("theme.tileBackgrounds", &WorkspaceController::setShowTileBackgrounds);
+        addSwitch("bringForward", &WorkspaceController::setBringsNextForward);
     }
 
     void addShortcuts() {

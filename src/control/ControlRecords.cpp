@@ -260,6 +260,7 @@ json settings(const WorkspaceController& controller) {
             {"autoArrangeOnLaunch", state.profile->autoArrangeOnLaunch},
             {"preferredApplications", state.profile->preferredApplications},
             {"continuousManagement", *state.continuousManagementEnabled},
+            {"bringsNextForward", *state.bringsNextForward},
             {"useThemeBackground", *state.useThemeBackground},
             {"showBrain", *state.showBrain},
             {"showTileBackgrounds", *state.showTileBackgrounds}};

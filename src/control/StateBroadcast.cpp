@@ -108,6 +108,7 @@ void StateBroadcast::observe() {
     watch(observed.placementNotice, notice);
     watch(observed.accentColorID, settings);
     watch(observed.continuousManagementEnabled, settings);
+    watch(observed.bringsNextForward, settings);
     watch(observed.useThemeBackground, settings);
     watch(observed.showBrain, settings);
     watch(observed.showTileBackgrounds, settings);

@@ -154,6 +154,7 @@ double AutoArrangeLearningModel::preference(const std::string& layoutID, const s
         if (application == layout.applications.end()) continue;
         for (const auto& [slot, stored] : application->second.slotWeights) {
             const double weight = learntWeight(stored);
+            if (weight < kHabitWeight) continue;
             if (id == layoutID) {
                 totalHere += weight;
                 if (slot == slotID) matchingHere += weight;
@@ -167,17 +168,50 @@ double AutoArrangeLearningModel::preference(const std::string& layoutID, const s
     return totalElsewhere > 0 ? kOtherLayoutsShare * matchingElsewhere / totalElsewhere : 0;
 }
 
-void AutoArrangeLearningModel::learn(const std::string& layoutID, const std::string& applicationKey,
-                                     const std::string& slotID) {
+bool AutoArrangeLearningModel::isPlacedByUser(const std::string& layoutID, const std::string& applicationKey,
+                                              std::string_view slotID) const {
+    const auto layout = layouts.find(layoutID);
+    if (layout == layouts.end()) return false;
+    const auto application = layout->second.applications.find(applicationKey);
+    if (application == layout->second.applications.end()) return false;
+    const auto slot = application->second.slotWeights.find(std::string(slotID));
+    return slot != application->second.slotWeights.end() && learntWeight(slot->second) > kHabitWeight;
+}
+
+void AutoArrangeLearningModel::learnArrangement(const std::string& layoutID, const std::string& applicationKey,
+                                                const std::set<std::string>& slotIDs) {
     AppLearning& learning = layouts[layoutID].applications[applicationKey];
     for (auto& [slot, weight] : learning.slotWeights) {
         weight = learntWeight(weight);
-        if (slot != slotID) weight *= kFadePerPlacement;
+        if (!slotIDs.contains(slot) && weight <= kHabitWeight) weight *= kFadePerPlacement;
     }
-    std::erase_if(learning.slotWeights,
-                  [&](const auto& entry) { return entry.first != slotID && entry.second < kForgottenWeight; });
-    learning.slotWeights[slotID] += 1;
-    if (learning.placementCount < std::numeric_limits<std::int64_t>::max()) ++learning.placementCount;
+    for (const auto& slot : slotIDs) {
+        double& weight = learning.slotWeights[slot];
+        if (weight < kHabitWeight) weight = std::min(weight + 1, kHabitWeight);
+    }
+    learning.forgetFaded();
+    learning.count(slotIDs.size());
+}
+
+void AutoArrangeLearningModel::learnPlacementByUser(const std::string& layoutID, const std::string& applicationKey,
+                                                    const std::string& slotID) {
+    AppLearning& learning = layouts[layoutID].applications[applicationKey];
+    for (auto& [slot, weight] : learning.slotWeights) {
+        weight = std::min(learntWeight(weight), kHabitWeight) * kFadePerPlacement;
+    }
+    learning.slotWeights[slotID] = kHabitWeight + 1;
+    learning.forgetFaded();
+    learning.count(1);
+}
+
+void AutoArrangeLearningModel::AppLearning::forgetFaded() {
+    std::erase_if(slotWeights, [](const auto& entry) { return entry.second < kForgottenWeight; });
+}
+
+void AutoArrangeLearningModel::AppLearning::count(std::size_t placements) {
+    const auto more = static_cast<std::int64_t>(placements);
+    placementCount =
+        placementCount > std::numeric_limits<std::int64_t>::max() - more ? placementCount : placementCount + more;
 }
 
 std::string encodeLearningModel(const AutoArrangeLearningModel& model) {

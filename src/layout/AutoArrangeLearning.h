@@ -3,9 +3,11 @@
 
 #include "support/Decoded.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,6 +35,9 @@ struct AutoArrangeLearningModel {
         std::map<std::string, double> slotWeights;
         std::int64_t placementCount = 0;
         bool operator==(const AppLearning&) const = default;
+
+        void forgetFaded();
+        void count(std::size_t placements);
     };
     struct LayoutLearning {
         std::map<std::string, AppLearning> applications; // by application key
@@ -40,12 +45,24 @@ struct AutoArrangeLearningModel {
     };
     std::map<std::string, LayoutLearning> layouts; // by layout id
 
-    /// How much the application is at home in the slot, from 0 to 1: the slot's share of the weight learnt on this
-    /// layout, else the share that other layouts give to slots of the same canonical id, halved.
+    /// From this weight on a slot is where the user keeps the application: three arrangements left it there, or the
+    /// user put it there. A larger weight only the user's own placement gives.
+    static constexpr double kHabitWeight = 3;
+
+    /// How much the application is at home in the slot, from 0 to 1: the slot's share of the habits learnt on this
+    /// layout, else the share that other layouts give to slots of the same canonical id, halved. What is not a habit
+    /// yet counts for nothing.
     double preference(const std::string& layoutID, const std::string& applicationKey, std::string_view slotID) const;
-    /// One more placement of the application in the slot: its weight rises by 1, those of the layout's other slots fade
-    /// to 0.7 of what they were and are forgotten below 0.001, so that a new habit wins in a few rounds.
-    void learn(const std::string& layoutID, const std::string& applicationKey, const std::string& slotID);
+    /// Whether the user has put the application into the slot, and not elsewhere on this layout since.
+    bool isPlacedByUser(const std::string& layoutID, const std::string& applicationKey, std::string_view slotID) const;
+    /// An arrangement has put windows of the application into the slots: their weights rise by 1 up to a habit, those
+    /// of the layout's other slots fade to 0.7 of what they were and are forgotten below 0.001, unless the user chose
+    /// them.
+    void learnArrangement(const std::string& layoutID, const std::string& applicationKey,
+                          const std::set<std::string>& slotIDs);
+    /// The user has put a window of the application into the slot, which is a habit at once, and the only one.
+    void learnPlacementByUser(const std::string& layoutID, const std::string& applicationKey,
+                              const std::string& slotID);
     bool operator==(const AutoArrangeLearningModel&) const = default;
 };
 

@@ -14,6 +14,7 @@ inline constexpr std::string_view useThemeBackground = "KOVA.useThemeBackground.
 inline constexpr std::string_view showBrain = "KOVA.showBrain.v1";
 inline constexpr std::string_view showTileBackgrounds = "KOVA.showTileBackgrounds.v1";
 inline constexpr std::string_view continuousManagement = "KOVA.continuousManagement.v1";
+inline constexpr std::string_view bringNextForward = "KOVA.bringNextForward.v1";
 inline constexpr std::string_view workspaceSession = "KOVA.workspaceSession.v1";
 inline constexpr std::string_view keyboardShortcuts = "KOVA.keyboardShortcuts.v1";
 inline constexpr std::string_view startAtLogin = "KOVA.startAtLogin.v1";

@@ -6,6 +6,8 @@
 #include "workspace/TileRoom.h"
 
 #include <algorithm>
+#include <limits>
+#include <tuple>
 
 namespace kova {
 
@@ -37,6 +39,9 @@ using Fit = std::vector<std::size_t>;
 /// Whether a large window may take tiles from others.
 enum class Elbows { in, out };
 
+/// Which of the windows that wait may have a tile.
+enum class Admission { asManyAsTiles, all };
+
 class Planner {
   public:
     explicit Planner(const ArrangementInput& input);
@@ -47,11 +52,18 @@ class Planner {
     void seatClaims();
     bool hasRoomForAllThatShow() const;
     void seatWaiting(Phase phase);
-    bool seatOn(std::size_t desk, Phase phase, Elbows elbows);
-    std::vector<Pair> pairsFor(std::size_t desk, Phase phase) const;
+    bool seatOn(std::size_t desk, Phase phase, Elbows elbows, Admission admission = Admission::asManyAsTiles);
+    std::vector<Pair> pairsFor(std::size_t desk, Phase phase, Admission admission) const;
+    std::vector<std::size_t> waitingFor(std::size_t desk, Phase phase) const;
+    std::optional<std::size_t> slotOfWindowAlone(std::size_t desk, Phase phase) const;
+    void keepThoseThatComeFirst(std::vector<Pair>& pairs, std::size_t tileCount) const;
+    bool outranks(std::size_t candidate, std::size_t other) const;
+    bool isCrowded(std::size_t desk, Phase phase) const;
     bool isFree(std::size_t desk, std::size_t slot) const;
     Fit fitFor(std::size_t candidate, std::size_t desk, std::size_t slot) const;
     bool pushesSomeone(std::size_t desk, const Fit& fit) const;
+    bool isOutrankedByOneWaiting(std::size_t candidate, std::size_t desk, Phase phase) const;
+    bool pushesOneThatComesFirst(std::size_t candidate, std::size_t desk, const Fit& fit) const;
     void seat(std::size_t candidate, std::size_t desk, const Fit& fit, std::string reason);
     void vacate(std::size_t candidate);
     TileRoom roomOn(std::size_t desk) const;
@@ -63,14 +75,16 @@ class Planner {
     const ArrangementInput& input_;
     std::vector<Desk> desks_;
     std::vector<std::optional<Seat>> seats_; // by candidate
+    std::vector<bool> isCrowded_;            // by desk: more windows than tiles, when the phase began
     std::vector<bool> wasDisplaced_;         // once is enough: two windows must not chase each other for ever
     std::vector<bool> hasClaimed_;           // a rule or the user gave it its tile, which no other window takes
     std::vector<bool> staysBehind_;          // it waits in the tile that its rule names
 };
 
 Planner::Planner(const ArrangementInput& input) :
-    input_(input), seats_(input.candidates.size()), wasDisplaced_(input.candidates.size()),
-    hasClaimed_(input.candidates.size()), staysBehind_(input.candidates.size()) {
+    input_(input), seats_(input.candidates.size()), isCrowded_(input.displays.size()),
+    wasDisplaced_(input.candidates.size()), hasClaimed_(input.candidates.size()),
+    staysBehind_(input.candidates.size()) {
     for (const auto& display : input.displays) {
         desks_.push_back({&display, {}});
         desks_.back().holder.resize(display.solved.slots.size());
@@ -82,17 +96,74 @@ bool Planner::isFree(std::size_t desk, std::size_t slot) const {
     return !d.holder[slot] && !d.display->reservedSlotIDs.contains(d.display->solved.slots[slot].id);
 }
 
-std::vector<Pair> Planner::pairsFor(std::size_t desk, Phase phase) const {
+std::vector<std::size_t> Planner::waitingFor(std::size_t desk, Phase phase) const {
+    std::vector<std::size_t> waiting;
+    for (std::size_t c = 0; c < input_.candidates.size(); ++c) {
+        const bool isHere = input_.candidates[c].displayID == desks_[desk].display->displayID;
+        if (!seats_[c] && !staysBehind_[c] && (isHere || phase == Phase::anyDisplay)) waiting.push_back(c);
+    }
+    return waiting;
+}
+
+/// Which of two windows comes first where there are fewer tiles than windows: one that can be seen before one that has
+/// to be brought back, then the one used last, one never used after all others, one that can be resized before one of
+/// fixed size.
+bool Planner::outranks(std::size_t candidate, std::size_t other) const {
+    const auto rank = [](const ArrangementCandidate& c) {
+        return std::tuple(c.isDeferred, c.useRank.value_or(std::numeric_limits<std::size_t>::max()), c.isFixedSize);
+    };
+    return rank(input_.candidates[candidate]) < rank(input_.candidates[other]);
+}
+
+bool Planner::isCrowded(std::size_t desk, Phase phase) const {
+    std::size_t freeCount = 0;
+    for (std::size_t slot = 0; slot < desks_[desk].holder.size(); ++slot) freeCount += isFree(desk, slot) ? 1 : 0;
+    return waitingFor(desk, phase).size() > freeCount;
+}
+
+/// `pairs` are sorted by score, which decides between windows of one rank.
+void Planner::keepThoseThatComeFirst(std::vector<Pair>& pairs, std::size_t tileCount) const {
+    std::vector<std::size_t> order;
+    for (const Pair& pair : pairs) {
+        if (std::find(order.begin(), order.end(), pair.candidate) == order.end()) order.push_back(pair.candidate);
+    }
+    if (order.size() <= tileCount) return;
+    std::stable_sort(order.begin(), order.end(), [this](std::size_t a, std::size_t b) { return outranks(a, b); });
+    order.resize(tileCount);
+    std::erase_if(
+        pairs, [&](const Pair& pair) { return std::find(order.begin(), order.end(), pair.candidate) == order.end(); });
+}
+
+/// The primary tile, or the one into which the user has put the application; absent when there are other windows.
+std::optional<std::size_t> Planner::slotOfWindowAlone(std::size_t desk, Phase phase) const {
+    const ArrangementDisplay& display = *desks_[desk].display;
+    const auto& slots = display.solved.slots;
+    const auto waiting = waitingFor(desk, phase);
+    const bool isAlone = phase == Phase::ownDisplay && waiting.size() == 1 && display.reservedSlotIDs.empty() &&
+                         std::none_of(desks_[desk].holder.begin(), desks_[desk].holder.end(),
+                                      [](const auto& holder) { return holder.has_value(); });
+    if (!isAlone || slots.empty()) return std::nullopt;
+    const std::string& key = input_.candidates[waiting.front()].applicationKey;
+    std::size_t primary = 0;
+    for (std::size_t s = 0; s < slots.size(); ++s) {
+        if (input_.learning.isPlacedByUser(display.layout.id, key, slots[s].id)) return s;
+        if (canonicalSlotID(slots[s].id) == kPrimarySlotID) primary = s;
+    }
+    return primary;
+}
+
+std::vector<Pair> Planner::pairsFor(std::size_t desk, Phase phase, Admission admission) const {
     // Windows that can be seen come before those that would have to be brought back.
     constexpr double kDeferredPenalty = 1000;
     const ArrangementDisplay& display = *desks_[desk].display;
+    const auto alone = slotOfWindowAlone(desk, phase);
     std::vector<Pair> pairs;
     // A tile that would have to grow for the window, at the cost of others, comes after those that need not.
     constexpr double kGrowthPenalty = 50;
-    for (std::size_t c = 0; c < input_.candidates.size(); ++c) {
+    std::size_t freeCount = 0;
+    for (std::size_t s = 0; s < display.solved.slots.size(); ++s) freeCount += isFree(desk, s) ? 1 : 0;
+    for (const std::size_t c : waitingFor(desk, phase)) {
         const auto& candidate = input_.candidates[c];
-        if (seats_[c] || staysBehind_[c]) continue;
-        if (phase == Phase::ownDisplay && candidate.displayID != display.displayID) continue;
         const auto fits = [&](std::size_t s) {
             const CGSize tile = display.solved.frames[s].size;
             return tile.width - 2 * input_.tileInset >= candidate.minimumSize.width &&
@@ -101,8 +172,10 @@ std::vector<Pair> Planner::pairsFor(std::size_t desk, Phase phase) const {
         bool fitsAny = false;
         for (std::size_t s = 0; s < display.solved.slots.size(); ++s) fitsAny = fitsAny || (isFree(desk, s) && fits(s));
         for (std::size_t s = 0; s < display.solved.slots.size(); ++s) {
-            if (!isFree(desk, s)) continue;
-            const ArrangementScore score = scoreOf(candidate, display, s, input_.learning);
+            if (!isFree(desk, s) || (alone && s != *alone)) continue;
+            ArrangementScore score = scoreOf(candidate, display, s, input_.learning);
+            score.isAlone = alone && display.solved.slots.size() > 1 &&
+                            canonicalSlotID(display.solved.slots[s].id) == kPrimarySlotID;
             const double penalty =
                 (candidate.isDeferred ? kDeferredPenalty : 0) + (fitsAny && !fits(s) ? kGrowthPenalty : 0);
             pairs.push_back({c, s, score, score.total() - penalty});
@@ -113,6 +186,7 @@ std::vector<Pair> Planner::pairsFor(std::size_t desk, Phase phase) const {
         return localizedCaseInsensitiveCompare(input_.candidates[a.candidate].window.applicationName,
                                                input_.candidates[b.candidate].window.applicationName) < 0;
     });
+    if (admission == Admission::asManyAsTiles) keepThoseThatComeFirst(pairs, freeCount);
     return pairs;
 }
 
@@ -178,14 +252,29 @@ bool Planner::isAnyTileFree() const {
     return false;
 }
 
+bool Planner::isOutrankedByOneWaiting(std::size_t candidate, std::size_t desk, Phase phase) const {
+    const auto waiting = waitingFor(desk, phase);
+    return std::any_of(waiting.begin(), waiting.end(), [&](std::size_t other) { return outranks(other, candidate); });
+}
+
+bool Planner::pushesOneThatComesFirst(std::size_t candidate, std::size_t desk, const Fit& fit) const {
+    return std::any_of(fit.begin(), fit.end(), [&](std::size_t slot) {
+        const auto& holder = desks_[desk].holder[slot];
+        return holder && outranks(*holder, candidate);
+    });
+}
+
 /// True when a window had to give way.
-bool Planner::seatOn(std::size_t desk, Phase phase, Elbows elbows) {
+bool Planner::seatOn(std::size_t desk, Phase phase, Elbows elbows, Admission admission) {
     bool someoneGaveWay = false;
-    for (const Pair& pair : pairsFor(desk, phase)) {
+    const bool wasCrowded = isCrowded_[desk];
+    for (const Pair& pair : pairsFor(desk, phase, admission)) {
         if (seats_[pair.candidate] || !isFree(desk, pair.slot)) continue;
         const Fit fit = fitFor(pair.candidate, desk, pair.slot);
         const bool pushes = pushesSomeone(desk, fit);
         if (fit.empty() || (pushes && elbows == Elbows::in)) continue;
+        const bool takesTilesOfOthers = fit.size() > 1 && isOutrankedByOneWaiting(pair.candidate, desk, phase);
+        if (wasCrowded && (takesTilesOfOthers || pushesOneThatComesFirst(pair.candidate, desk, fit))) continue;
         someoneGaveWay = someoneGaveWay || pushes;
         seat(pair.candidate, desk, fit,
              reasonFor(pair.score, input_.candidates[pair.candidate], desks_[desk].display->solved.slots[pair.slot]));
@@ -226,12 +315,15 @@ void Planner::seatClaims() {
 
 void Planner::seatWaiting(Phase phase) {
     for (std::size_t desk = 0; desk < desks_.size(); ++desk) {
+        isCrowded_[desk] = isCrowded(desk, phase);
         // First everyone who can sit down without pushing; then those who cannot. Who gave way looks for another tile.
         bool someoneGaveWay = true;
         while (someoneGaveWay) {
             seatOn(desk, phase, Elbows::in);
             someoneGaveWay = seatOn(desk, phase, Elbows::out);
         }
+        // A tile that a window of higher rank left free, because it does not fit there, goes to the next.
+        seatOn(desk, phase, Elbows::in, Admission::all);
     }
 }
 

@@ -42,7 +42,9 @@ struct ArrangementCandidate {
     std::optional<std::string> stackedBehindID; // the tile in whose stack it waits
     CGSize minimumSize{};                       // points, 0 where none is known
     std::optional<RuleTile> rule;               // while rules are on
-    bool isDeferred = false;                    // minimised or hidden: needs time to come back
+    bool isDeferred = false;                    // minimized or hidden: needs time to come back
+    std::optional<std::size_t> useRank;         // 0 for the window used last; absent for one never used
+    bool isFixedSize = false;
 };
 
 /// A window that takes no part although the user may expect it to.

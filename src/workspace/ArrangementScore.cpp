@@ -13,7 +13,7 @@ constexpr double kLearntWeight = 100;
 constexpr double kPresentTile = 25;
 constexpr double kDistanceWeight = 15;
 
-constexpr std::string_view kPrimarySlot = "focus-main";
+constexpr std::string_view kPrimarySlot = kPrimarySlotID;
 constexpr std::string_view kUtilitySlot = "focus-utility";
 
 /// Who comes first when there are fewer tiles than windows; the same for every tile.
@@ -87,7 +87,9 @@ ArrangementScore scoreOf(const ArrangementCandidate& candidate, const Arrangemen
 
 std::string reasonFor(const ArrangementScore& score, const ArrangementCandidate& candidate, const TileSlot& slot) {
     const bool isPrimary = canonicalSlotID(slot.id) == kPrimarySlot;
-    if (score.learnt >= std::max(score.present, score.role)) return "that is where you usually keep it";
+    if (score.learnt > 0 && score.learnt >= std::max(score.present, score.role))
+        return "that is where you usually keep it";
+    if (score.isAlone) return "a window alone has the primary tile";
     if (score.present > 0) return "it is there already";
     if (isPrimary && candidate.role != AutoArrangeAppRole::utility) {
         return plural(candidate.role) + " are offered the primary tile first";

@@ -6,14 +6,19 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
 namespace kova {
+
+/// The canonical id of the tile that is offered first.
+inline constexpr std::string_view kPrimarySlotID = "focus-main";
 
 struct ArrangementScore {
     double learnt = 0;
     double role = 0;
     double present = 0;
     double distance = 0;
+    bool isAlone = false; // the display has no other window
     double total() const { return learnt + role + present + distance; }
 };
 

@@ -5,21 +5,10 @@
 
 namespace kova {
 
-namespace {
-
-std::set<std::string> windowsIn(const TileAssignments& assignments) {
-    std::set<std::string> windows;
-    for (const auto& [target, window] : assignments.assignedWindowIDs) windows.insert(window);
-    for (const auto& [target, stack] : assignments.stackWindowIDsByTarget) windows.insert(stack.begin(), stack.end());
-    return windows;
-}
-
-} // namespace
-
 ReturnOfResidents withResidentsBack(const TileAssignments& held, TileAssignments assignments) {
     const TileAssignments before = std::move(assignments);
     ReturnOfResidents back{before, {}, {}};
-    const auto residents = windowsIn(held);
+    const auto residents = held.windows();
     for (const auto& window : residents) back.assignments.remove(window);
 
     std::set<std::string> evicted;
@@ -51,7 +40,7 @@ ReturnOfResidents withResidentsBack(const TileAssignments& held, TileAssignments
 
 void DisplayAbsence::leave(const std::string& key, const std::string& displayID, const TileAssignments& assignments) {
     TileAssignments held = assignments.onDisplay(displayID);
-    for (const auto& window : windowsIn(held)) {
+    for (const auto& window : held.windows()) {
         if (isHomeless(window)) held.remove(window);
     }
     if (held != TileAssignments{}) homes_[key] = std::move(held);
@@ -102,7 +91,7 @@ void DisplayAbsence::restate(const TileAssignments& assignments) {
         if (stated == TileAssignments{}) continue;
         for (auto& [other, others] : homes_) {
             if (other == displayID) continue;
-            for (const auto& window : windowsIn(stated)) others.remove(window);
+            for (const auto& window : stated.windows()) others.remove(window);
         }
         held = std::move(stated);
     }

@@ -18,6 +18,7 @@ struct Occupant {
     std::optional<std::string> front;
     std::vector<std::string> stack;
     CGPoint place{};
+    std::vector<std::string> spanSlotIDs; // anchor first; of a window that spans several tiles
     std::optional<std::string> newSlotID;
 };
 
@@ -40,10 +41,12 @@ std::vector<Occupant> occupants(const TileAssignments& before, const std::string
 
     std::vector<Occupant> out;
     for (const auto& slot : ordered) {
-        Occupant occupant{slot, {}, {}, {}, {}};
+        Occupant occupant{slot, {}, {}, {}, {}, {}};
         const auto front = before.assignedWindowIDs.find(prefix + slot);
         if (front != before.assignedWindowIDs.end() && before.targetOf(front->second) == prefix + slot) {
             occupant.front = front->second;
+            const auto targets = before.targetsAnchorFirst(front->second);
+            for (const auto& target : targets) occupant.spanSlotIDs.push_back(target.substr(prefix.size()));
         }
         if (const auto stack = before.stackWindowIDsByTarget.find(prefix + slot);
             stack != before.stackWindowIDsByTarget.end()) {
@@ -93,12 +96,26 @@ DisplayTiles tilesOf(const SolvedLayout& solved) {
     return tiles;
 }
 
-LayoutMigration migrateAssignments(const TileAssignments& before, const std::string& displayID,
-                                   const DisplayTiles& oldTiles, const DisplayTiles& newTiles) {
-    const std::string prefix = tileTargetID(displayID, "");
-    std::vector<Occupant> all = occupants(before, prefix, oldTiles);
+namespace {
 
-    LayoutMigration result{before, {}};
+/// The windows of a span have all its tiles again, if these are free and one layout's own.
+void giveSpans(std::vector<Occupant>& all, std::vector<std::string>& free) {
+    const auto isFree = [&](const std::string& id) { return std::find(free.begin(), free.end(), id) != free.end(); };
+    for (Occupant& occupant : all) {
+        const auto& span = occupant.spanSlotIDs;
+        if (span.size() < 2 || !std::all_of(span.begin(), span.end(), isFree)) {
+            occupant.spanSlotIDs.clear();
+            continue;
+        }
+        occupant.newSlotID = occupant.spanSlotIDs.front();
+        for (const auto& slot : occupant.spanSlotIDs) std::erase(free, slot);
+    }
+}
+
+LayoutMigration migrate(const TileAssignments& before, const std::string& displayID, std::vector<Occupant> all,
+                        const DisplayTiles& newTiles) {
+    const std::string prefix = tileTargetID(displayID, "");
+    LayoutMigration result{before, {}, {}};
     const auto isHere = [&](const auto& entry) { return entry.first.starts_with(prefix); };
     std::erase_if(result.assignments.assignedWindowIDs, isHere);
     std::erase_if(result.assignments.stackWindowIDsByTarget, isHere);
@@ -107,6 +124,7 @@ LayoutMigration migrateAssignments(const TileAssignments& before, const std::str
     if (newTiles.slotIDs.empty()) return result;
 
     std::vector<std::string> free = newTiles.slotIDs;
+    giveSpans(all, free);
     giveSlots(all, free, [](const Occupant& o, const std::string& id) { return id == o.slotID; });
     giveSlots(all, free, [](const Occupant& o, const std::string& id) {
         return canonicalSlotID(id) == canonicalSlotID(o.slotID);
@@ -116,7 +134,10 @@ LayoutMigration migrateAssignments(const TileAssignments& before, const std::str
     for (const Occupant& occupant : all) {
         if (!occupant.newSlotID) continue;
         const std::string target = prefix + *occupant.newSlotID;
-        (void)result.assignments.assign(*occupant.front, {target}); // the slot was free: nobody is displaced
+        std::vector<std::string> targets{target};
+        for (std::size_t i = 1; i < occupant.spanSlotIDs.size(); ++i)
+            targets.push_back(prefix + occupant.spanSlotIDs[i]);
+        (void)result.assignments.assign(*occupant.front, targets); // the tiles were free: no window is displaced
         if (!occupant.stack.empty()) result.assignments.stackWindowIDsByTarget[target] = occupant.stack;
     }
     for (const Occupant& occupant : all) {
@@ -129,9 +150,57 @@ LayoutMigration migrateAssignments(const TileAssignments& before, const std::str
         for (const auto& member : members) {
             result.assignments.insertIntoStack(target, member, TileAssignments::StackPosition::behind);
         }
-        if (occupant.front) result.displacedWindowIDs.push_back(*occupant.front);
+    }
+    for (const auto& [target, window] : before.onDisplay(displayID).assignedWindowIDs) {
+        const auto& displaced = result.displacedWindowIDs;
+        const bool isListed = std::find(displaced.begin(), displaced.end(), window) != displaced.end();
+        if (!isListed && !result.assignments.isAssigned(window)) result.displacedWindowIDs.push_back(window);
+    }
+    for (const auto& [target, window] : result.assignments.onDisplay(displayID).assignedWindowIDs) {
+        const auto& regained = result.regainedWindowIDs;
+        const bool isListed = std::find(regained.begin(), regained.end(), window) != regained.end();
+        if (!isListed && !before.isAssigned(window)) result.regainedWindowIDs.push_back(window);
     }
     return result;
+}
+
+/// A window that has come forward from the stack in which it is at home stays in front; a stack whose window has left
+/// goes on with its next.
+void putForward(std::vector<Occupant>& all, const TileAssignments& now) {
+    for (Occupant& occupant : all) {
+        if (occupant.front && now.isAssigned(*occupant.front)) continue;
+        const auto forward = std::find_if(occupant.stack.begin(), occupant.stack.end(),
+                                          [&](const std::string& member) { return now.isAssigned(member); });
+        if (forward != occupant.stack.end()) {
+            occupant.front = *forward;
+            std::rotate(occupant.stack.begin(), forward, forward + 1);
+        } else if (!occupant.front && !occupant.stack.empty()) {
+            occupant.front = occupant.stack.front();
+        }
+    }
+}
+
+} // namespace
+
+LayoutMigration migrateAssignments(const TileAssignments& before, const std::string& displayID,
+                                   const DisplayTiles& oldTiles, const DisplayTiles& newTiles) {
+    std::vector<Occupant> all = occupants(before, tileTargetID(displayID, ""), oldTiles);
+    for (Occupant& occupant : all) occupant.spanSlotIDs.clear(); // the tiles of another layout are no span
+    return migrate(before, displayID, std::move(all), newTiles);
+}
+
+LayoutMigration migrateHomes(const TileAssignments& before, const std::string& displayID,
+                             const std::vector<LayoutHome>& homes, const ShownLayout& next) {
+    std::vector<Occupant> all;
+    for (const LayoutHome& home : homes) {
+        auto some = occupants(home.assignments, tileTargetID(displayID, ""), home.shown.tiles);
+        for (Occupant& occupant : some) {
+            if (home.shown.layoutID != next.layoutID) occupant.spanSlotIDs.clear();
+            all.push_back(std::move(occupant));
+        }
+    }
+    putForward(all, before);
+    return migrate(before, displayID, std::move(all), next.tiles);
 }
 
 } // namespace kova

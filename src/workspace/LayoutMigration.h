@@ -14,24 +14,40 @@ namespace kova {
 struct DisplayTiles {
     std::vector<std::string> slotIDs;
     std::vector<CGRect> frames;
+    bool operator==(const DisplayTiles&) const = default;
 };
 
 /// What a display showed last.
 struct ShownLayout {
     std::string layoutID;
     DisplayTiles tiles;
+    bool operator==(const ShownLayout&) const = default;
+};
+
+/// What a display showed, and the windows in its tiles.
+struct LayoutHome {
+    ShownLayout shown;
+    TileAssignments assignments;
+    bool operator==(const LayoutHome&) const = default;
 };
 
 DisplayTiles tilesOf(const SolvedLayout& solved);
 
 struct LayoutMigration {
     TileAssignments assignments;
-    std::vector<std::string> displacedWindowIDs; // fronts that lost their tile and went behind another's
+    std::vector<std::string> displacedWindowIDs; // lost their tile and wait behind another window
+    std::vector<std::string> regainedWindowIDs;  // front a tile, and did not before
 };
 
 /// Windows stay in the slot of the same id, else of the same canonical id; the others take the free slots in order;
 /// what is left goes behind the nearest tile's window. Stacks go with their front. Other displays are untouched.
 LayoutMigration migrateAssignments(const TileAssignments& before, const std::string& displayID,
                                    const DisplayTiles& oldTiles, const DisplayTiles& newTiles);
+
+/// The same for windows that are at home in several layouts; those of an earlier entry choose first. In the layout in
+/// which they are at home, windows have their tiles again, spans included. A window that has come forward in a stack
+/// stays in front of it.
+LayoutMigration migrateHomes(const TileAssignments& before, const std::string& displayID,
+                             const std::vector<LayoutHome>& homes, const ShownLayout& next);
 
 } // namespace kova

@@ -72,9 +72,10 @@ void RefreshCycle::refresh() {
     auto deliver = lifetime_.guard(
         [this](PollResult& result, std::int64_t generation) { receive(std::move(result), generation); });
     pollingQueue_.post([service = service_, &session = session_, &changes = changes_, &queue = queue_,
-                        generation = generation_, known = callbacks_.knownWindows(),
+                        generation = generation_, known = callbacks_.knownWindows(), begun = queue_.uptime(),
                         deliver = std::move(deliver)]() mutable {
         auto result = std::make_shared<PollResult>(poll(*service, session, changes, known));
+        result->begun = begun;
         // The service travels along, so that the last hold on it is given up on the main thread.
         queue.post([result, generation, service = std::move(service), deliver = std::move(deliver)]() mutable {
             deliver(*result, generation);

@@ -20,6 +20,7 @@ struct PollResult {
     WindowEnumeration windows;
     bool isSessionLocked = false;
     std::optional<std::uint64_t> changeCount; // before the desktop was read
+    Seconds begun{0};                         // uptime at which it was asked for
 };
 
 class RefreshCycle {

@@ -44,6 +44,13 @@ std::vector<std::string> TileAssignments::targetsAnchorFirst(const std::string& 
     return targets;
 }
 
+std::set<std::string> TileAssignments::windows() const {
+    std::set<std::string> all;
+    for (const auto& [target, window] : assignedWindowIDs) all.insert(window);
+    for (const auto& [target, stack] : stackWindowIDsByTarget) all.insert(stack.begin(), stack.end());
+    return all;
+}
+
 TileAssignments TileAssignments::onDisplay(const std::string& displayID) const {
     const std::string prefix = tileTargetID(displayID, "");
     TileAssignments here = *this;

@@ -28,6 +28,8 @@ struct TileAssignments {
     bool isInAnyTile(const std::string& windowID) const;
     /// Every tile that the window fronts, its anchor first; empty when it fronts none.
     std::vector<std::string> targetsAnchorFirst(const std::string& windowID) const;
+    /// Every window that fronts a tile or waits in a stack.
+    std::set<std::string> windows() const;
     /// What there is on one display.
     TileAssignments onDisplay(const std::string& displayID) const;
     /// Whether what is always true of assignments is true of these, which somebody else may have written.

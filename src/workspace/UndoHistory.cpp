@@ -34,12 +34,14 @@ void WorkspaceUndoSnapshot::rename(const std::string& windowID, const std::strin
     renameIn(maximizedWindowIDs, windowID, newID);
     renameIn(visibleWindowIDs, windowID, newID);
     renameIn(floatingWindowIDs, windowID, newID);
+    layoutHomes.rename(windowID, newID);
 }
 
 void WorkspaceUndoSnapshot::renameDisplay(const std::string& displayID, const std::string& newID) {
     changeAssignments([&](TileAssignments& tiles) { tiles.renameDisplay(displayID, newID); });
     spaces.renameDisplay(displayID, newID);
     copyDisplay(profile, displayID, newID);
+    layoutHomes.renameDisplay(displayID, newID);
 }
 
 void UndoHistory::push(UndoEntry entry) {

@@ -1,8 +1,10 @@
 // What can be stepped back to. A snapshot is taken before an action changes anything; the newest comes off first.
 #pragma once
 
+#include "layout/AutoArrangeLearning.h"
 #include "layout/WorkspaceProfile.h"
 #include "support/MainQueue.h"
+#include "workspace/LayoutHomes.h"
 #include "workspace/SpaceMemory.h"
 #include "workspace/TileAssignments.h"
 
@@ -10,6 +12,7 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -31,7 +34,14 @@ struct WorkspaceUndoSnapshot {
     std::optional<Uuid> activeSceneID;
     WorkspaceProfile profile;
     std::string accentColorID;
-    /// Who stands and waits where, and how it got there, is what `change` makes of it.
+    LayoutHomes layoutHomes;
+    std::shared_ptr<const AutoArrangeLearningModel> learning; // what is undone is not learnt
+    /// Whether the window existed when the snapshot was taken.
+    bool knows(const std::string& windowID) const {
+        return windowFrames.contains(windowID) || minimizedWindowIDs.contains(windowID) ||
+               visibleWindowIDs.contains(windowID);
+    }
+    /// Replaces tiles, stacks and anchors by what `change` makes of them.
     void changeAssignments(const std::function<void(TileAssignments&)>& change);
     /// The window is known under another id from now on.
     void rename(const std::string& windowID, const std::string& newID);

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
+#include <utility>
 
 namespace kova {
 
@@ -18,6 +19,14 @@ using BringToFront = AccessibilityWindowService::BringToFront;
 
 constexpr Seconds kFollowUpDelay{0.85};
 
+/// A window that cannot be smaller than it is counts as one of fixed size.
+bool isAtItsMinimum(const ManagedWindow& window) {
+    constexpr double kSameSizePoints = 1;
+    return window.minimumSize && window.frame &&
+           window.minimumSize->width >= window.frame->size.width - kSameSizePoints &&
+           window.minimumSize->height >= window.frame->size.height - kSameSizePoints;
+}
+
 std::string nameOf(const ManagedWindow& window) {
     return window.title.empty() ? window.applicationName : window.applicationName + " “" + window.title + "”";
 }
@@ -26,6 +35,7 @@ std::string nameOf(const ManagedWindow& window) {
 
 bool WorkspaceController::arrange() {
     if (!requireWindowAccess()) return false;
+    if (!hasWindowToArrange()) return refuse("There is no window to arrange");
     pushUndoSnapshot({"arrange", applicationsOn(std::nullopt)});
     const auto obstacle = whyWindowsStay(); // as far as the arrangements before this one have shown
     arrangeWindows();
@@ -54,14 +64,19 @@ std::optional<std::string> WorkspaceController::whyWindowsStay() const {
     return "No window goes where it is sent: the window manager places them itself. " + std::string(kWayOut);
 }
 
+bool WorkspaceController::hasWindowToArrange() const {
+    return !state_.screens->empty() &&
+           std::any_of(liveWindows_.begin(), liveWindows_.end(),
+                       [this](const auto& window) { return candidateFor(window, assignments_).has_value(); });
+}
+
 /// Absent for windows that take no part: those whose display may be back in a moment, full-screen ones, those on
 /// another virtual desktop, those that float by command, and those that a rule lets float or ignores.
 std::optional<ArrangementCandidate> WorkspaceController::candidateFor(const ManagedWindow& window,
                                                                       const TileAssignments& assignments) const {
     const bool isHidden = windowService_->isApplicationHidden(window.processIdentifier);
-    const bool isOffScreen = !window.isVisible && !window.isMinimized && !isHidden && window.frame;
-    if (window.isFullScreen || window.isElsewhere || isOffScreen || isExcludedByRules(window) ||
-        isAwaitedHome(window.id) || state_.floatingWindowIDs->contains(window.id)) {
+    if (window.isFullScreen || isOffScreen(window) || isExcludedByRules(window) || isAwaitedHome(window.id) ||
+        state_.floatingWindowIDs->contains(window.id)) {
         return std::nullopt;
     }
     ArrangementCandidate candidate;
@@ -76,14 +91,15 @@ std::optional<ArrangementCandidate> WorkspaceController::candidateFor(const Mana
     if (holding) candidate.displayID = displayID(*holding);
     candidate.minimumSize = minimumSizeOf(window, WindowSizes::Purpose::nextArrangement);
     candidate.rule = tileOfRule(window);
-    candidate.isDeferred = window.isMinimized || isHidden;
+    candidate.isFixedSize = isAtItsMinimum(window);
+    candidate.isDeferred = window.isMinimized || isHidden || presentationRequests_.isComingBack(window.id);
     return candidate;
 }
 
 ArrangementInput WorkspaceController::arrangementInput(const std::vector<ManagedWindow>& windows,
                                                        const TileAssignments& assignments) const {
     ArrangementInput input;
-    input.learning = learning_;
+    input.learning = *learning_;
     input.preferredApplications = state_.profile->preferredApplications;
     input.tileInset = state_.profile->tileInset;
     for (const auto& screen : *state_.screens) {
@@ -95,8 +111,14 @@ ArrangementInput WorkspaceController::arrangementInput(const std::vector<Managed
         display.solved = solveDefinition(display.layout, {}, screen.visibleFrame.size, input.tileInset);
         input.displays.push_back(std::move(display));
     }
+    std::vector<std::string> focusOrder = focusOrder_.windowIDs();
+    if (const auto focused = focusedWindowID()) focusOrder.insert(focusOrder.begin(), *focused);
     for (const auto& window : windows) {
-        if (auto candidate = candidateFor(window, assignments)) input.candidates.push_back(std::move(*candidate));
+        if (auto candidate = candidateFor(window, assignments)) {
+            const auto used = std::find(focusOrder.begin(), focusOrder.end(), window.id);
+            if (used != focusOrder.end()) candidate->useRank = static_cast<std::size_t>(used - focusOrder.begin());
+            input.candidates.push_back(std::move(*candidate));
+        }
         if (isAwaitedHome(window.id)) {
             input.leftAlone.push_back({window, nameOf(window) + " is left alone for a moment: its display was "
                                                                 "unplugged just now and may come back"});
@@ -140,6 +162,7 @@ void WorkspaceController::arrangeWindows() {
         carryOutDeferred(std::move(deferred), generation);
     }));
     learnFrom(lastArrangement_);
+    layoutHomes_.keepOnlyWaiting(assignments_);
 }
 
 void WorkspaceController::carryOut(const ArrangementPlan& plan) {
@@ -170,8 +193,7 @@ void WorkspaceController::carryOut(const ArrangementPlan& plan) {
         } else if (placement.isPrimary) {
             windowService_->unhideApplication(placement.window.processIdentifier);
             windowService_->unminimize(placement.window);
-            // It goes on counting as minimised until it is seen, so that another arrangement waits for it as well.
-            if (ManagedWindow* live = findLive(placement.window.id)) live->isVisible = true;
+            requestPresentation(placement.window.id, WindowPresentation::shown);
         }
     }
 }
@@ -193,31 +215,52 @@ void WorkspaceController::carryOutDeferred(std::vector<AutoArrangePlacement> def
     if (!mayMoveWindows()) return;
     closeFocusMode();
     for (const auto& placement : deferred) {
-        // Meanwhile the user may have given its tile to another window.
-        if (assignments_.targetOf(placement.window.id) == placement.target.id()) carryOutPlacement(placement);
+        // Meanwhile the user may have given its tile to another window, or have taken hold of it.
+        const bool hasItsTile = assignments_.targetOf(placement.window.id) == placement.target.id();
+        if (hasItsTile && !isHeldByUser(placement.window.id)) carryOutPlacement(placement);
     }
     publishAssignments();
     services_.accessibility.flush();
 }
 
+/// Windows of one application are one habit together: none of them makes the places of the others fade.
 void WorkspaceController::learnFrom(const ArrangementPlan& plan) {
+    std::map<std::pair<std::string, std::string>, std::set<std::string>> slots; // by layout and application
     for (const auto& placement : plan.placements) {
-        if (placement.isPrimary) learn(placement.window, placement.target.id());
+        const auto place = placement.isPrimary ? learntPlace(placement.target.id()) : std::nullopt;
+        if (!place) continue;
+        const ManagedWindow& window = placement.window;
+        slots[{place->layoutID, applicationKey(window.applicationName, window.bundleIdentifier)}].insert(place->slotID);
     }
+    AutoArrangeLearningModel model = *learning_;
+    for (const auto& [habit, slotIDs] : slots) model.learnArrangement(habit.first, habit.second, slotIDs);
+    setLearning(std::make_shared<const AutoArrangeLearningModel>(std::move(model)));
 }
 
-void WorkspaceController::learn(const ManagedWindow& window, const std::string& targetID) {
+void WorkspaceController::learnPlacementByUser(const ManagedWindow& window, const std::string& targetID) {
+    const auto place = learntPlace(targetID);
+    if (!place) return;
+    AutoArrangeLearningModel model = *learning_;
+    model.learnPlacementByUser(place->layoutID, applicationKey(window.applicationName, window.bundleIdentifier),
+                               place->slotID);
+    setLearning(std::make_shared<const AutoArrangeLearningModel>(std::move(model)));
+}
+
+std::optional<WorkspaceController::LearntPlace> WorkspaceController::learntPlace(const std::string& targetID) const {
     const Screen* screen = screenOfTarget(targetID);
-    if (!screen) return;
-    const std::string layoutID = layouts_.resolve(*screen, *state_.profile, catalogue()).id;
-    const auto slotID = slotIDOn(displayID(*screen), targetID);
-    learning_.learn(layoutID, applicationKey(window.applicationName, window.bundleIdentifier), std::string(*slotID));
-    if (isLearningSavePending_) return;
-    isLearningSavePending_ = true;
-    // After the windows have been told to move: what was learnt can wait for that.
+    if (!screen) return std::nullopt;
+    return LearntPlace{layouts_.resolve(*screen, *state_.profile, catalogue()).id,
+                       std::string(*slotIDOn(displayID(*screen), targetID))};
+}
+
+/// Saved after the windows have been told to move: what was learnt can wait for that.
+void WorkspaceController::setLearning(std::shared_ptr<const AutoArrangeLearningModel> learning) {
+    if (learning == learning_) return;
+    learning_ = std::move(learning);
+    if (std::exchange(isLearningSavePending_, true)) return;
     services_.queue.post(lifetime_.guard([this] {
         isLearningSavePending_ = false;
-        saveLearning(services_.preferences, learning_);
+        saveLearning(services_.preferences, *learning_);
     }));
 }
 

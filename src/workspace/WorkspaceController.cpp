@@ -25,7 +25,7 @@ WorkspaceController::WorkspaceController(const WorkspaceServices& services) :
                    [this] { return hasUnfinishedBusiness(); }, [this] { return knownWindows(liveWindows_); }}) {
     WorkspacePreferences loaded = loadWorkspacePreferences(services_.preferences);
     state_.profile.set(std::move(loaded.profile));
-    learning_ = std::move(loaded.learning);
+    learning_ = std::make_shared<const AutoArrangeLearningModel>(std::move(loaded.learning));
     state_.useThemeBackground.set(loaded.useThemeBackground);
     state_.showBrain.set(loaded.showBrain);
     state_.showTileBackgrounds.set(loaded.showTileBackgrounds);
@@ -34,6 +34,7 @@ WorkspaceController::WorkspaceController(const WorkspaceServices& services) :
     state_.rules.set(std::move(loaded.document.rules));
     state_.activeSceneID.set(loaded.document.activeSceneID);
     state_.continuousManagementEnabled.set(loaded.continuousManagementEnabled);
+    state_.bringsNextForward.set(loaded.bringsNextForward);
     readScreens();
     keepSession();
     sessionSubscriptions_.push_back(state_.focusMode.observe([this](const auto& mode) {

@@ -15,9 +15,11 @@
 #include "workspace/ExpectedApplications.h"
 #include "workspace/FocusOrder.h"
 #include "workspace/ForceQuitting.h"
+#include "workspace/LayoutHomes.h"
 #include "workspace/LayoutMigration.h"
 #include "workspace/MinimizedWindows.h"
 #include "workspace/PendingApplicationPlacement.h"
+#include "workspace/PresentationRequests.h"
 #include "workspace/PresentationSuspension.h"
 #include "workspace/ReflowPolicy.h"
 #include "workspace/RefreshCycle.h"
@@ -28,6 +30,7 @@
 #include "workspace/SessionKeeper.h"
 #include "workspace/SessionResumption.h"
 #include "workspace/SpaceMemory.h"
+#include "workspace/StackSuccession.h"
 #include "workspace/TileAssignments.h"
 #include "workspace/TileRoom.h"
 #include "workspace/TransitionRecovery.h"
@@ -125,7 +128,7 @@ class WorkspaceController {
     /// Through the whole catalogue in its order, with wrap-around, on the current display.
     bool selectNextLayout();
     bool selectPreviousLayout();
-    /// Drops the weights of the display's layout; of the current display when none is named.
+    /// Drops the weights of every layout on the display; of the current display when none is named.
     bool resetLayoutSizes(const std::optional<std::string>& displayID = std::nullopt);
     /// Sets the gap on each side between tiles and windows, in points (0 to 100).
     bool setTileInset(double points);
@@ -158,6 +161,10 @@ class WorkspaceController {
     bool focusWindow(WorkspaceDirection direction, const std::optional<std::string>& fromWindowID = std::nullopt);
     /// Brings the next or the previous window of a tile's stack to the front.
     bool cycleStack(const action::CycleStack& cycle = {});
+    /// Whether the next window of a stack comes forward when the one in front has left its tile; kept at once.
+    void setBringsNextForward(bool bringsForward);
+    /// Why no action can begin at the window, the focused one when none is named; absent when one can.
+    std::optional<std::string> whyNoStartingPoint(const std::optional<std::string>& windowID) const;
 
     // Launching and quitting
     /// Launches the application; the first of its windows that appears within 20 s, or is there without a tile, is put
@@ -292,6 +299,10 @@ class WorkspaceController {
     const UndoHistory& undoHistory() const { return undo_; }
 
   private:
+    struct LearntPlace {
+        std::string layoutID;
+        std::string slotID;
+    };
     struct StartingPoint {
         ManagedWindow window;
         std::string targetID;
@@ -300,7 +311,7 @@ class WorkspaceController {
 
     // Refresh (WorkspaceRefresh.cpp)
     void applyPoll(PollResult result);
-    void applyGrantedPoll(WindowEnumeration found, bool isRecovering, bool justGranted);
+    void applyGrantedPoll(WindowEnumeration found, Seconds begun, bool isRecovering, bool justGranted);
     void presentPoll(bool isRecovering);
     void publishWindows();
     void followShownSpace();
@@ -313,6 +324,8 @@ class WorkspaceController {
     // Displays that come and go (WorkspaceDisplays.cpp)
     void readScreens();
     void screensChanged();
+    bool isBesideFocusMode(const std::vector<Screen>& before) const;
+    void keepFramesBesideFocusMode();
     void noteDisplaysThatCameAndWent(const std::set<std::string>& before);
     void takeBack(DisplayAbsence& homes, const std::string& key);
     void displayHasNewID(const std::string& formerID, const std::string& newID);
@@ -323,6 +336,7 @@ class WorkspaceController {
     void noteMovedByUser(const std::string& windowID);
     void awaitStableDisplays();
     bool isAwaitedHome(const std::string& windowID) const;
+    void leaveAbsentDisplays();
     void placeHomelessWindows();
     void bringIntoSight();
     std::vector<std::string> placeHomelessFronts();
@@ -369,7 +383,7 @@ class WorkspaceController {
     void minimizeWindow(const ManagedWindow& window);
     void hideApplicationOf(const ManagedWindow& window);
     void bringBack(const ManagedWindow& window);
-    void noteBroughtBack(const std::string& windowID);
+    void requestPresentation(const std::string& windowID, WindowPresentation presentation);
     void minimumSizeObserved(const std::string& windowID, const CGRect& wanted, const CGRect& actual);
     void makeRoomFor(const ManagedWindow& window);
     /// How far off its tile a window counts as strayed: what the user changes by a point is to be seen.
@@ -382,6 +396,7 @@ class WorkspaceController {
     std::optional<CGSize> minimumOfApplication(const ManagedWindow& window) const;
     void rememberMinimum(const ManagedWindow& window, std::optional<CGSize> minimum);
     CGRect restingFrame(const ManagedWindow& window, const CGRect& tileFrame) const;
+    bool isHeldByUser(const std::string& windowID) const;
     void publishAssignments();
 
     // Commands for one window (WorkspaceWindowCommands.cpp)
@@ -393,6 +408,11 @@ class WorkspaceController {
     void floatByCommand(const ManagedWindow& window);
     void keepFloatingValid();
     void noteFocus();
+
+    // Stacks (WorkspaceStacks.cpp)
+    void bringNextForward(const TileAssignments& before);
+    bool bringForward(const Promotion& promotion);
+    bool isOffScreen(const ManagedWindow& window) const;
 
     // Launching and quitting (WorkspaceLaunching.cpp, WorkspaceQuitting.cpp)
     void applicationLaunched(const std::string& tile, const std::string& identifier, const LaunchResult& result);
@@ -460,6 +480,7 @@ class WorkspaceController {
 
     // Arrangement (WorkspaceArrangement.cpp)
     bool arrange();
+    bool hasWindowToArrange() const;
     ArrangementInput arrangementInput(const std::vector<ManagedWindow>& windows,
                                       const TileAssignments& assignments) const;
     std::optional<ArrangementCandidate> candidateFor(const ManagedWindow& window,
@@ -468,7 +489,9 @@ class WorkspaceController {
     void carryOutPlacement(const AutoArrangePlacement& placement);
     void carryOutDeferred(std::vector<AutoArrangePlacement> deferred, std::int64_t generation);
     void learnFrom(const ArrangementPlan& plan);
-    void learn(const ManagedWindow& window, const std::string& targetID);
+    void learnPlacementByUser(const ManagedWindow& window, const std::string& targetID);
+    std::optional<LearntPlace> learntPlace(const std::string& targetID) const;
+    void setLearning(std::shared_ptr<const AutoArrangeLearningModel> learning);
 
     // Layouts (WorkspaceLayouts.cpp)
     const Screen* screenOf(const std::string& displayID) const;
@@ -496,6 +519,7 @@ class WorkspaceController {
     std::vector<std::string> applicationsOn(const std::optional<std::string>& displayID) const;
     void restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot);
     void restoreWindow(ManagedWindow& window, const WorkspaceUndoSnapshot& snapshot);
+    void hideAsIn(const WorkspaceUndoSnapshot& snapshot);
     /// The live windows as they will be once the snapshot is restored.
     std::vector<ManagedWindow> windowsAsIn(const WorkspaceUndoSnapshot& snapshot) const;
     void restoreActiveScene(const std::optional<Uuid>& id);
@@ -508,6 +532,7 @@ class WorkspaceController {
     // Navigation (WorkspaceNavigation.cpp)
     std::optional<std::string> focusedWindowID() const;
     std::optional<StartingPoint> startingPoint(const std::optional<std::string>& windowID) const;
+    std::optional<StartingPoint> requireStartingPoint(const std::optional<std::string>& windowID);
     struct StackTurn {
         std::string targetID;
         std::vector<std::string> order; // as it is to be, front first
@@ -535,7 +560,9 @@ class WorkspaceController {
     std::shared_ptr<AccessibilityWindowService> windowService_;
     ThemeRegistry registry_;
     WorkspaceState state_;
-    AutoArrangeLearningModel learning_;
+    std::shared_ptr<const AutoArrangeLearningModel> learning_; // shared with undo snapshots
+    StackSuccession succession_;
+    LayoutHomes layoutHomes_;
     std::vector<ManagedWindow> liveWindows_;
     std::unordered_map<std::string, std::size_t> liveIndexByID_;
     AttachedDialogs dialogs_;
@@ -550,6 +577,7 @@ class WorkspaceController {
     std::vector<UndoEntry> historyBeforeFocusMode_;
     DividerDrag dividerDrag_;
     PresentationSuspension suspension_;
+    PresentationRequests presentationRequests_;
     std::optional<WorkspaceUndoSnapshot> snapshotBeforeDrag_;
     std::optional<std::string> handMovedWindowID_;
     struct HeldWindow {

@@ -42,19 +42,44 @@ void WorkspaceController::readScreens() {
 }
 
 void WorkspaceController::screensChanged() {
-    const auto before = idsOf(*state_.screens);
+    const std::vector<Screen> before = *state_.screens;
     readScreens();
     layouts_.invalidateAll();
+    const bool keepsFocusMode = isBesideFocusMode(before);
     // The zoomed window's frame was that of the display before; what is restored must be in sight on those of now.
-    if (isRunning()) closeFocusMode();
-    noteDisplaysThatCameAndWent(before);
+    if (isRunning() && !keepsFocusMode) closeFocusMode();
+    noteDisplaysThatCameAndWent(idsOf(before));
     state_.layoutRevision.set(*state_.layoutRevision + 1);
     giveUpUnreachablePlacements();
     reflow_.forgetAllPushes();
     awaitStableDisplays();
     if (!mayMoveWindows()) return;
     settleOnDisplays();
+    if (keepsFocusMode) keepFramesBesideFocusMode();
     refresh();
+}
+
+/// Whether the change concerns only the visible frames of other displays than the zoomed window's, as when a panel or a
+/// dock comes or goes there, and leaves them their layouts.
+bool WorkspaceController::isBesideFocusMode(const std::vector<Screen>& before) const {
+    if (!*state_.focusMode) return false;
+    const auto& now = *state_.screens;
+    return std::equal(before.begin(), before.end(), now.begin(), now.end(), [this](const Screen& a, const Screen& b) {
+        const std::string id = displayID(b);
+        if (displayID(a) != id || a.frame != b.frame) return false;
+        if (id == (*state_.focusMode)->displayID) return a.visibleFrame == b.visibleFrame;
+        const auto last = lastLayoutByDisplay_.find(id);
+        return last != lastLayoutByDisplay_.end() &&
+               last->second.layoutID == layouts_.resolve(b, *state_.profile, catalogue()).id;
+    });
+}
+
+void WorkspaceController::keepFramesBesideFocusMode() {
+    if (!focusZoomSnapshot_) return;
+    for (const auto& screen : *state_.screens) {
+        if (displayID(screen) == (*state_.focusMode)->displayID) continue;
+        for (const auto& [id, frame] : framesOfTiledWindows(screen)) focusZoomSnapshot_->windowFrames[id] = frame;
+    }
 }
 
 /// Only on record: whether anything may be moved now is another question.
@@ -100,6 +125,7 @@ void WorkspaceController::displayHasNewID(const std::string& formerID, const std
     assignments_.renameDisplay(formerID, newID);
     outgrown_.renameDisplay(formerID, newID);
     spaces_.renameDisplay(formerID, newID);
+    layoutHomes_.renameDisplay(formerID, newID);
     undo_.renameDisplay(formerID, newID);
     for (auto& entry : historyBeforeFocusMode_) entry.snapshot.renameDisplay(formerID, newID);
     if (focusZoomSnapshot_) focusZoomSnapshot_->renameDisplay(formerID, newID);
@@ -154,6 +180,7 @@ void WorkspaceController::migrateChangedDisplays() {
         const LayoutDefinition& layout = layouts_.resolve(screen, *state_.profile, catalogue());
         if (last == lastLayoutByDisplay_.end() || last->second.layoutID == layout.id) continue;
         outgrown_.leave(layoutKey(id, last->second.layoutID), id, assignments_);
+        layoutHomes_.forgetDisplay(id);
         const DisplayTiles after =
             tilesOf(solveDefinition(layout, {}, screen.visibleFrame.size, state_.profile->tileInset));
         LayoutMigration migration = migrateAssignments(assignments_, id, last->second.tiles, after);
@@ -185,6 +212,7 @@ void WorkspaceController::noteMovedByUser(const std::string& windowID) {
     absence_.forget(windowID);
     outgrown_.forget(windowID);
     if (!restoration_.pending.empty()) restoration_.movedByUser.insert(windowID);
+    layoutHomes_.forget(windowID);
 }
 
 /// A standby looks like an unplugging: only displays that stay away let go of their windows.
@@ -196,6 +224,17 @@ void WorkspaceController::awaitStableDisplays() {
         placeHomelessWindows();
         bringIntoSight();
     }));
+}
+
+/// What a step back assigns to a display that is not connected counts as held by that display.
+void WorkspaceController::leaveAbsentDisplays() {
+    std::set<std::string> ids;
+    for (const auto& [target, window] : assignments_.assignedWindowIDs) {
+        if (!screenOfTarget(target)) ids.insert(target.substr(0, target.find("::")));
+    }
+    for (const auto& id : ids) {
+        if (!absence_.holds(id)) absence_.leave(id, id, assignments_);
+    }
 }
 
 bool WorkspaceController::isAwaitedHome(const std::string& windowID) const {

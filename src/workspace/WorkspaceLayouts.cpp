@@ -221,7 +221,7 @@ LayoutSelectionResult WorkspaceController::selectLayout(const std::string& id,
     const std::string choice =
         selection.layoutID ? "layout " + findLayout(catalogue(), *selection.layoutID)->name : "automatic layout";
     pushUndoSnapshot({choice, applicationsOn(id)});
-    const DisplayTiles before = tilesOf(solvedTiles(screen));
+    layoutHomes_.leave(id, {resolvedLayout(id)->id, tilesOf(solvedTiles(screen))}, assignments_);
     WorkspaceProfile profile = *state_.profile;
     profile.layoutSelectionsByDisplay[id] = selection;
     forgetOutgrownLayouts(id);
@@ -231,9 +231,11 @@ LayoutSelectionResult WorkspaceController::selectLayout(const std::string& id,
     const std::string layoutName = layout.name;
     const DisplayTiles after =
         tilesOf(solveDefinition(layout, {}, screen.visibleFrame.size, state_.profile->tileInset));
-    LayoutMigration migration = migrateAssignments(assignments_, id, before, after);
+    LayoutMigration migration = migrateHomes(assignments_, id, layoutHomes_.of(id, assignments_), {layout.id, after});
     assignments_ = std::move(migration.assignments);
-    presentDisplaced(migration.displacedWindowIDs);
+    regainedFronts_.insert(migration.regainedWindowIDs.begin(), migration.regainedWindowIDs.end());
+    regainedWaiting_.insert(migration.displacedWindowIDs.begin(), migration.displacedWindowIDs.end());
+    presentRegained();
     reflow_.forgetAllPushes();
     layoutChanged(id);
     showStatusMessage(layoutName + " on " + screen.localizedName);
@@ -265,11 +267,12 @@ bool WorkspaceController::resetLayoutSizes(const std::optional<std::string>& wan
     const Screen* screen = id ? screenOf(*id) : nullptr;
     if (!screen) return refuse("No display is connected");
     const std::string name = screen->localizedName;
-    const std::string layoutID = resolvedLayout(*id)->id;
     if (!requireVisibleScreen()) return false;
-    if (!state_.profile->weights(*id, layoutID).splits.empty()) {
+    if (state_.profile->layoutWeightsByDisplay.contains(*id)) {
         pushUndoSnapshot({"reset layout sizes", applicationsOn(id)});
-        storeWeights(*id, layoutID, {});
+        WorkspaceProfile profile = *state_.profile;
+        profile.layoutWeightsByDisplay.erase(*id);
+        setProfile(std::move(profile));
         reflow_.forgetAllPushes();
         layoutChanged(*id);
     }

@@ -33,6 +33,21 @@ WorkspaceController::startingPoint(const std::optional<std::string>& windowID) c
     return StartingPoint{*window, *target, displayID(*screen)};
 }
 
+std::optional<std::string> WorkspaceController::whyNoStartingPoint(const std::optional<std::string>& windowID) const {
+    if (startingPoint(windowID)) return std::nullopt;
+    const ManagedWindow* window = actingWindow(windowID);
+    if (!window) return windowID ? "There is no such window" : "No managed window has the focus";
+    return window->applicationName + " is in no tile. Put it into one with “kova tile” or “kova place”";
+}
+
+/// The same as `startingPoint`; a refusal says what is missing.
+std::optional<WorkspaceController::StartingPoint>
+WorkspaceController::requireStartingPoint(const std::optional<std::string>& windowID) {
+    auto start = startingPoint(windowID);
+    if (!start) (void)refuse(*whyNoStartingPoint(windowID));
+    return start;
+}
+
 std::optional<std::string> WorkspaceController::neighbourOf(const StartingPoint& start, WorkspaceDirection direction,
                                                             TilesConsidered considered) const {
     std::map<std::string, CGRect> frames;
@@ -49,7 +64,7 @@ std::optional<std::string> WorkspaceController::neighbourOf(const StartingPoint&
 bool WorkspaceController::focusWindow(WorkspaceDirection direction, const std::optional<std::string>& fromWindowID) {
     closeFocusMode();
     if (!requireWindowAccess()) return false;
-    const auto start = startingPoint(fromWindowID);
+    const auto start = requireStartingPoint(fromWindowID);
     if (!start) return false;
     const auto target = neighbourOf(*start, direction, TilesConsidered::occupied);
     const auto front = target ? assignments_.assignedWindowIDs.find(*target) : assignments_.assignedWindowIDs.end();
@@ -58,7 +73,7 @@ bool WorkspaceController::focusWindow(WorkspaceDirection direction, const std::o
     const std::string name = window->applicationName;
     const std::string windowID = window->id;
     const bool focused = windowService_->restoreAndFocus(*window);
-    if (focused) noteBroughtBack(windowID);
+    if (focused) requestPresentation(windowID, WindowPresentation::shown);
     services_.accessibility.flush();
     if (!focused) return false;
     showStatusMessage("Focused " + name);
@@ -68,7 +83,7 @@ bool WorkspaceController::focusWindow(WorkspaceDirection direction, const std::o
 bool WorkspaceController::moveWindow(WorkspaceDirection direction, const std::optional<std::string>& windowID) {
     closeFocusMode();
     if (!requireWindowAccess()) return false;
-    const auto start = startingPoint(windowID);
+    const auto start = requireStartingPoint(windowID);
     if (!start) return false;
     const std::string word(describe(direction));
     const auto target = neighbourOf(*start, direction, TilesConsidered::all);
@@ -76,7 +91,7 @@ bool WorkspaceController::moveWindow(WorkspaceDirection direction, const std::op
     pushUndoSnapshot({"move " + word, {start->window.applicationName}});
     noteMovedByUser(start->window.id);
     placeWindow(start->window.id, *target, Focusing::yes);
-    learn(start->window, *target);
+    learnPlacementByUser(start->window, *target);
     showStatusMessage("Moved " + start->window.applicationName + " to the " + word + " zone");
     return true;
 }
@@ -86,21 +101,13 @@ void WorkspaceController::bringBack(const ManagedWindow& window) {
     const bool wasHidden = windowService_->isApplicationHidden(window.processIdentifier);
     windowService_->unhideApplication(window.processIdentifier);
     windowService_->unminimize(window);
-    noteBroughtBack(window.id);
+    requestPresentation(window.id, WindowPresentation::shown);
     if (!wasHidden) return;
     for (auto& other : liveWindows_) {
         const bool isSibling = other.processIdentifier == window.processIdentifier && other.id != window.id;
         if (isSibling && !assignments_.isAssigned(other.id) && assignments_.stackTargetOf(other.id))
             minimizeWindow(other);
     }
-}
-
-/// What was asked to come back counts as being there: the next poll may be half a second away.
-void WorkspaceController::noteBroughtBack(const std::string& windowID) {
-    ManagedWindow* window = findLive(windowID);
-    if (!window) return;
-    window->isMinimized = false;
-    window->isVisible = true;
 }
 
 /// The tile whose stack is meant, of a spanning window its anchor, and the stack once it was turned. Absent when no
@@ -134,7 +141,10 @@ bool WorkspaceController::cycleStack(const action::CycleStack& cycle) {
     closeFocusMode();
     if (!requireWindowAccess()) return false;
     auto turn = stackTurn(cycle);
-    if (!turn) return false;
+    if (!turn) {
+        if (cycle.targetID) return refuse("No other window waits in that tile");
+        return requireStartingPoint(cycle.windowID) && refuse("No other window waits behind it in its tile");
+    }
     auto& [target, order] = *turn;
     const ManagedWindow* next = findLive(order.front());
     if (!next) return false;
@@ -142,7 +152,9 @@ bool WorkspaceController::cycleStack(const action::CycleStack& cycle) {
     pushUndoSnapshot({"cycle stack", {window.applicationName}});
     bringBack(window);
     placeWindow(window.id, target, Focusing::yes);
-    // Whoever gave way to a window that spans several tiles waits behind those that waited here before.
+    // One of them may have come forward in a tile that the span gave up.
+    std::erase_if(order, [&](const std::string& id) { return assignments_.stackTargetOf(id) != target; });
+    // A window that gave way to one that spans several tiles waits behind those that waited here before.
     for (const auto& member : assignments_.stackWindowIDsByTarget[target]) {
         if (std::find(order.begin(), order.end(), member) == order.end()) order.push_back(member);
     }

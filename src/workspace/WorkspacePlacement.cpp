@@ -97,9 +97,18 @@ std::vector<std::string> WorkspaceController::takeTiles(const std::string& windo
     for (const auto& target : covering.targets) targetIDs.push_back(target.id());
     const std::string& anchorID = targetIDs.front();
     spaces_.storeFrom(targetIDs, liveWindows_, assignments_);
+    std::map<std::string, std::string> lost; // by the window that is displaced
+    for (const auto& target : targetIDs) {
+        const auto front = assignments_.assignedWindowIDs.find(target);
+        if (front != assignments_.assignedWindowIDs.end()) lost[front->second] = *assignments_.targetOf(front->second);
+    }
     assignments_.insertIntoStack(anchorID, windowID, TileAssignments::StackPosition::front);
     auto displaced = assignments_.assign(windowID, targetIDs);
     assignments_.mergeStacksInto(anchorID, targetIDs, displaced);
+    succession_.forget(windowID);
+    for (const auto& loser : displaced) {
+        succession_.noteDisplaced(loser, lost[loser], assignments_.stackTargetOf(loser).value_or(lost[loser]));
+    }
     return displaced;
 }
 
@@ -135,9 +144,7 @@ void WorkspaceController::presentDisplaced(const std::vector<std::string>& displ
     std::vector<std::pair<ManagedWindow*, DisplacedWindowPresentationAction>> decisions;
     for (const auto& id : displacedWindowIDs) {
         ManagedWindow* window = findLive(id);
-        if (!window || window->isFullScreen || window->isElsewhere) continue;
-        // One that was asked to come back, and is not seen yet, would.
-        if (window->isMinimized && !window->isVisible) continue;
+        if (!window || window->isFullScreen || window->isElsewhere || window->isMinimized) continue;
         const bool stays = staying.contains(window->processIdentifier);
         const bool isGone = !stays && (!leaving.insert(window->processIdentifier).second ||
                                        windowService_->isApplicationHidden(window->processIdentifier));
@@ -157,18 +164,24 @@ void WorkspaceController::presentDisplaced(const std::vector<std::string>& displ
 void WorkspaceController::hideApplicationOf(const ManagedWindow& window) {
     windowService_->presentDisplaced(window, DisplacedWindowPresentationAction::hideApplication);
     for (auto& other : liveWindows_) {
-        if (other.processIdentifier == window.processIdentifier) other.isVisible = false;
+        if (other.processIdentifier != window.processIdentifier) continue;
+        presentationRequests_.request(other, WindowPresentation::hidden, services_.queue.uptime());
     }
+    refreshCycle_.wake(); // until they are seen so
 }
 
 void WorkspaceController::minimizeWindow(const ManagedWindow& window) {
     const bool wasMinimizedByUser = window.isMinimized && !minimizedWindows_.contains(window.id);
     if (!wasMinimizedByUser) minimizedWindows_.note(window.id, services_.queue.uptime());
     windowService_->presentDisplaced(window, DisplacedWindowPresentationAction::minimizeWindow);
-    if (ManagedWindow* live = findLive(window.id)) {
-        live->isMinimized = true;
-        live->isVisible = false;
-    }
+    requestPresentation(window.id, WindowPresentation::minimized);
+}
+
+void WorkspaceController::requestPresentation(const std::string& windowID, WindowPresentation presentation) {
+    ManagedWindow* window = findLive(windowID);
+    if (!window) return;
+    presentationRequests_.request(*window, presentation, services_.queue.uptime());
+    refreshCycle_.wake(); // until the window is seen so
 }
 
 /// The live list follows at once, so that a snapshot taken before the next poll does not remember an older picture.
@@ -202,7 +215,7 @@ void WorkspaceController::reapplyTileFrames(Straying straying) {
     if (*state_.permissionState != AccessibilityPermissionState::granted) return;
     const auto frames = framesOfTiledWindows();
     for (const ManagedWindow& window : liveWindows_) {
-        if (heldWindow_ && heldWindow_->id == window.id) continue; // until it is let go
+        if (heldWindow_ && heldWindow_->id == window.id) continue; // until it is released
         const auto target = frames.find(window.id);
         if (target != frames.end() && !isLeftAlone(window)) {
             reapplyWindow(window, target->second, straying);
@@ -219,9 +232,12 @@ void WorkspaceController::reapplyTileFrames(Straying straying) {
 /// the one that the user drags, keep their tiles and are put there when they come back.
 bool WorkspaceController::isLeftAlone(const ManagedWindow& window) const {
     const bool isZoomed = *state_.focusMode && (*state_.focusMode)->windowID == window.id;
-    return isZoomed || handMovedWindowID_ == window.id || (heldWindow_ && heldWindow_->id == window.id) ||
-           window.isMinimized || window.isMaximized || window.isFullScreen || window.isElsewhere ||
-           !window.isAnswering || windowService_->isApplicationHidden(window.processIdentifier);
+    return isZoomed || isHeldByUser(window.id) || window.isMinimized || window.isMaximized || window.isFullScreen ||
+           window.isElsewhere || !window.isAnswering || windowService_->isApplicationHidden(window.processIdentifier);
+}
+
+bool WorkspaceController::isHeldByUser(const std::string& windowID) const {
+    return handMovedWindowID_ == windowID || (heldWindow_ && heldWindow_->id == windowID);
 }
 
 /// Writes the frame of a window that strayed. A placement that is still being verified is left to its passes, and a
@@ -256,7 +272,9 @@ bool WorkspaceController::placeWindow(const std::string& windowID, const std::st
     const ManagedWindow window = *live;
     const auto covering = coveringFor(window, targetID);
     if (!covering) return false;
+    const TileAssignments before = assignments_;
     place(window, *covering, focusing == Focusing::yes ? BringToFront::yes : BringToFront::no);
+    bringNextForward(before);
     publishAssignments();
     reapplyTileFrames();
     services_.accessibility.flush();

@@ -57,6 +57,7 @@ WorkspacePreferences loadWorkspacePreferences(PreferencesStore& store) {
     out.document = storedRecord<WorkspaceProductDocument>(store, preferenceKey::workspaceProduct, decodeStoredDocument)
                        .value_or(WorkspaceProductDocument{});
     out.continuousManagementEnabled = storedBoolean(store, preferenceKey::continuousManagement).value_or(false);
+    out.bringsNextForward = storedBoolean(store, preferenceKey::bringNextForward).value_or(true);
     if (!existingUser) {
         saveProfile(store, out.profile);
         store.setValue(preferenceKey::useThemeBackground, false);

@@ -18,6 +18,7 @@ struct WorkspacePreferences {
     bool showBrain = false;
     bool showTileBackgrounds = true;
     bool continuousManagementEnabled = false;
+    bool bringsNextForward = true;
     std::string accentColorID;
     WorkspaceProductDocument document;
 };

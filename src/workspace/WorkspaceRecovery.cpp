@@ -95,6 +95,9 @@ void WorkspaceController::adoptSuccessors(const std::vector<WindowSuccessor>& su
         absence_.rename(formerID, id);
         outgrown_.rename(formerID, id);
         spaces_.rename(formerID, id);
+        layoutHomes_.rename(formerID, id);
+        succession_.rename(formerID, id);
+        presentationRequests_.rename(formerID, id);
         undo_.rename(formerID, id);
         reflow_.rename(formerID, id);
         for (auto& entry : historyBeforeFocusMode_) entry.snapshot.rename(formerID, id);

@@ -184,7 +184,7 @@ void WorkspaceController::retryMinimum(const std::string& windowID) {
 std::vector<std::string> WorkspaceController::forgetApplication(const std::string& name) {
     std::map<std::string, std::string> names; // by application key
     for (const auto& [key, minimum] : state_.profile->applicationMinimumSizes) names.emplace(key, key);
-    for (const auto& [layoutID, layout] : learning_.layouts) {
+    for (const auto& [layoutID, layout] : learning_->layouts) {
         for (const auto& [key, learnt] : layout.applications) names.emplace(key, key);
     }
     for (const auto& window : liveWindows_) {
@@ -207,9 +207,10 @@ std::vector<std::string> WorkspaceController::forgetApplication(const std::strin
     }
     std::vector<std::string> forgotten;
     WorkspaceProfile profile = *state_.profile;
+    AutoArrangeLearningModel learning = *learning_;
     for (const auto& [key, shownName] : names) {
         profile.applicationMinimumSizes.erase(key);
-        for (auto& [layoutID, layout] : learning_.layouts) layout.applications.erase(key);
+        for (auto& [layoutID, layout] : learning.layouts) layout.applications.erase(key);
         for (const auto& window : liveWindows_) {
             if (applicationKey(window.applicationName, window.bundleIdentifier) != key) continue;
             sizes_.forget(window.id);
@@ -218,7 +219,7 @@ std::vector<std::string> WorkspaceController::forgetApplication(const std::strin
         forgotten.push_back(shownName);
     }
     setProfile(std::move(profile));
-    saveLearning(services_.preferences, learning_);
+    setLearning(std::make_shared<const AutoArrangeLearningModel>(std::move(learning)));
     publishMinimums();
     reflow_.forgetAllPushes();
     state_.layoutRevision.set(*state_.layoutRevision + 1);
@@ -241,6 +242,7 @@ void WorkspaceController::giveBackSpans() {
         const bool needsLess = now.width < then.width || now.height < then.height;
         if (needsLess && reflow_.mayGiveBackSpan(windowID)) modest.push_back(*window);
     }
+    const TileAssignments assignmentsBefore = assignments_;
     for (const ManagedWindow& window : modest) {
         const auto covering = coveringFor(window, *assignments_.targetOf(window.id));
         const auto own = assignments_.targetsOf(window.id);
@@ -254,7 +256,9 @@ void WorkspaceController::giveBackSpans() {
         reflow_.noteSpanGivenBack(window.id);
         (void)assignments_.assign(window.id, kept);
     }
-    if (!modest.empty()) publishAssignments();
+    if (modest.empty()) return;
+    bringNextForward(assignmentsBefore);
+    publishAssignments();
 }
 
 } // namespace kova

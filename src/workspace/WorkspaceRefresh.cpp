@@ -33,13 +33,14 @@ void WorkspaceController::applyPoll(PollResult result) {
     const bool justGranted = isGranted && *state_.permissionState != AccessibilityPermissionState::granted;
     state_.permissionState.set(result.permissionState);
     if (isGranted) {
-        applyGrantedPoll(std::move(result.windows), isRecovering, justGranted);
+        applyGrantedPoll(std::move(result.windows), result.begun, isRecovering, justGranted);
     } else {
         applyDenied();
     }
 }
 
-void WorkspaceController::applyGrantedPoll(WindowEnumeration found, bool isRecovering, bool justGranted) {
+void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begun, bool isRecovering,
+                                           bool justGranted) {
     const auto formerSpace = std::exchange(shownSpace_, found.shownSpace);
     std::vector<WindowSuccessor> tabs;
     if (!isRecovering) {
@@ -48,6 +49,7 @@ void WorkspaceController::applyGrantedPoll(WindowEnumeration found, bool isRecov
     }
     const auto dialogsBefore = dialogs_.all();
     auto windows = dialogs_.takeFrom(withUnlisted(std::move(found), liveWindows_));
+    presentationRequests_.overrule(windows, begun);
     const bool hasOtherTitles = !sameTitles(liveWindows_, windows) || !sameTitles(dialogsBefore, dialogs_.all());
     setLiveWindows(std::move(windows));
     adoptSuccessors(tabs);
@@ -127,15 +129,20 @@ void WorkspaceController::giveOwedFrames() {
 void WorkspaceController::keepAssignmentsValid() {
     std::set<std::string> kept = sparedWindowIDs();
     for (const auto& window : liveWindows_) kept.insert(window.id);
+    const TileAssignments before = assignments_;
     assignments_.keepOnly(kept);
     absence_.keepOnly(kept);
     outgrown_.keepOnly(kept);
     spaces_.keepOnly(kept);
+    layoutHomes_.keepOnly(kept);
+    succession_.keepOnly(kept);
+    if (before != assignments_) bringNextForward(before);
     publishAssignments();
 }
 
 void WorkspaceController::applyDenied() {
     setLiveWindows(dialogs_.takeFrom({}));
+    presentationRequests_.clear();
     refusals_.clear();
     abandonDrags();
     state_.windows.set({});
@@ -163,8 +170,9 @@ void WorkspaceController::scheduleAutomaticArrangement(bool justGranted) {
 
 bool WorkspaceController::hasUnfinishedBusiness() const {
     return recovery_.hasDeadline() || minimizedWindows_.isExpecting() || !awaitedOfSession_.empty() ||
-           !comingBack_.empty() || recovery_.detectedLockedLoginSession || !pendingApplicationPlacements_.empty() ||
-           !restoration_.pending.empty() || std::any_of(refusals_.begin(), refusals_.end(), [](const auto& entry) {
+           !comingBack_.empty() || presentationRequests_.isWaiting() || recovery_.detectedLockedLoginSession ||
+           !pendingApplicationPlacements_.empty() || !restoration_.pending.empty() ||
+           std::any_of(refusals_.begin(), refusals_.end(), [](const auto& entry) {
                return entry.second.isUnseen || entry.second.attempts < kPlacementAttempts;
            });
 }

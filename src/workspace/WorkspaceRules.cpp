@@ -52,6 +52,7 @@ void WorkspaceController::carryOutRules(const std::vector<std::pair<std::string,
         showStatusMessage("Rule “" + rule.name + "” placed " + window.applicationName);
     }
     if (moving.empty()) return;
+    const TileAssignments before = assignments_;
     for (const auto& [windowID, target] : moving) assignments_.remove(windowID);
     std::vector<std::string> displaced;
     std::vector<std::pair<std::string, Covering>> placed;
@@ -62,6 +63,7 @@ void WorkspaceController::carryOutRules(const std::vector<std::pair<std::string,
         placed.emplace_back(windowID, *covering);
     }
     presentDisplaced(displaced);
+    bringNextForward(before);
     for (const auto& [windowID, covering] : placed) {
         const auto frame = frameForWindow(windowID);
         if (!frame) continue; // another window with the same rule is in front

@@ -69,6 +69,7 @@ bool WorkspaceController::activateScene(const Uuid& id) {
     assignments_ = {};
     absence_.forgetAll();
     outgrown_.forgetAll();
+    layoutHomes_.forgetAll();
     recovery_.clear(); // nothing that was in a tile before is awaited there any more
     const std::size_t pendingCount = placeWindowsOf(scene);
     state_.activeSceneID.set(scene.id);

@@ -53,6 +53,7 @@ struct WorkspaceState {
     Published<std::optional<Uuid>> activeSceneID;
     Published<std::optional<SceneReport>> sceneReport; // of the scene opened last; absent before the first
     Published<bool> continuousManagementEnabled{false};
+    Published<bool> bringsNextForward{true}; // when the front window of a stack leaves its tile
     Published<bool> useThemeBackground{false};
     Published<bool> showBrain{false};
     Published<bool> showTileBackgrounds{true};

@@ -29,7 +29,9 @@ WorkspaceUndoSnapshot WorkspaceController::captureUndoSnapshot() const {
                                    .floatingWindowIDs = *state_.floatingWindowIDs,
                                    .activeSceneID = *state_.activeSceneID,
                                    .profile = *state_.profile,
-                                   .accentColorID = *state_.accentColorID};
+                                   .accentColorID = *state_.accentColorID,
+                                   .layoutHomes = layoutHomes_,
+                                   .learning = learning_};
     for (const auto& window : liveWindows_) {
         // A frame on its way counts as reached: what was last read may be older than what was last asked for.
         const auto pending = windowService_->pendingFrame(window.id);
@@ -71,6 +73,8 @@ bool WorkspaceController::undoLastAction() {
     if (undo_.isEmpty() || !requireWindowAccess()) return false;
     endDrags();
     const auto entry = undo_.takeNewest();
+    // What happened beside the zoomed window is known to the snapshot of focus mode alone.
+    const WorkspaceUndoSnapshot snapshot = focusZoomSnapshot_ ? *focusZoomSnapshot_ : entry->snapshot;
     if (focusZoomSnapshot_) undo_.restore(std::move(historyBeforeFocusMode_));
     focusZoomSnapshot_.reset();
     ++autoArrangeGeneration_; // what an arrangement still had to do is undone with it
@@ -79,10 +83,11 @@ bool WorkspaceController::undoLastAction() {
         publishSceneReport(SceneReport::State::abandoned);
         restoration_ = {};
     }
-    restoreUndoSnapshot(entry->snapshot);
+    restoreUndoSnapshot(snapshot);
     noteTileGeometry();
     migrateChangedDisplays(); // some may have had another size then
-    if (assignments_.assignedWindowIDs != entry->snapshot.assignedWindowIDs) {
+    if (services_.queue.uptime() >= displaysAreStableAt_) placeHomelessWindows();
+    if (assignments_.assignedWindowIDs != snapshot.assignedWindowIDs) {
         reapplyTileFrames();
         services_.accessibility.flush();
     }
@@ -98,6 +103,7 @@ void WorkspaceController::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snaps
     (void)spaces_.restore(liveWindows_, shownSpace_, assignments_);
     absence_.restate(assignments_);
     state_.floatingWindowIDs.set(snapshot.floatingWindowIDs);
+    leaveAbsentDisplays();
     // Without a look at the tiles: what the displays showed before may still have to be compared with what they show
     // now.
     state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
@@ -110,13 +116,12 @@ void WorkspaceController::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snaps
     state_.accentColorID.set(snapshot.accentColorID);
     services_.preferences.setValue(preferenceKey::accentColor, snapshot.accentColorID);
     restoreActiveScene(snapshot.activeSceneID);
+    layoutHomes_ = snapshot.layoutHomes;
+    if (snapshot.learning) setLearning(snapshot.learning);
     layouts_.invalidateAll();
     state_.layoutRevision.set(*state_.layoutRevision + 1);
     for (ManagedWindow& window : liveWindows_) restoreWindow(window, snapshot);
-    // Last, so that whoever was minimised beside its hidden application is not taken for hidden.
-    for (const ManagedWindow& window : liveWindows_) {
-        if (snapshot.hiddenProcessIdentifiers.contains(window.processIdentifier)) hideApplicationOf(window);
-    }
+    hideAsIn(snapshot); // last, so that a window minimized beside its hidden application does not count as hidden
     services_.accessibility.flush();
     refresh();
 }
@@ -125,24 +130,49 @@ void WorkspaceController::restoreWindow(ManagedWindow& window, const WorkspaceUn
     const bool wasVisible = snapshot.visibleWindowIDs.contains(window.id);
     const bool wasHidden = snapshot.hiddenProcessIdentifiers.contains(window.processIdentifier);
     const auto frame = snapshot.windowFrames.find(window.id);
-    const bool isKnown = frame != snapshot.windowFrames.end();
     if (window.isElsewhere) {
-        if (isKnown) spaces_.owe(window.id, frame->second);
+        if (frame != snapshot.windowFrames.end()) spaces_.owe(window.id, frame->second);
         return;
     }
-    if (wasVisible || (isKnown && !wasHidden)) windowService_->unhideApplication(window.processIdentifier);
+    if (wasVisible || (snapshot.knows(window.id) && !wasHidden)) {
+        windowService_->unhideApplication(window.processIdentifier);
+    }
     if (snapshot.minimizedWindowIDs.contains(window.id)) {
         minimizeWindow(window);
     } else {
         windowService_->unminimize(window);
+        if (wasVisible || (window.isMinimized && !wasHidden)) {
+            requestPresentation(window.id, WindowPresentation::shown);
+        }
         window.isMinimized = false;
-        window.isVisible = wasVisible || (window.isVisible && !wasHidden);
     }
     if (snapshot.maximizedWindowIDs.contains(window.id)) {
         if (!window.isMaximized) windowService_->maximize(window);
         window.isMaximized = true;
-    } else if (isKnown) {
+    } else if (frame != snapshot.windowFrames.end()) {
         writeFrame(window, frame->second, AccessibilityWindowService::BringToFront::no);
+    }
+}
+
+/// Hiding an application takes all its windows along. Where one was opened since the snapshot, those that were hidden
+/// are minimized instead.
+void WorkspaceController::hideAsIn(const WorkspaceUndoSnapshot& snapshot) {
+    std::set<pid_t> withNewWindows;
+    for (const ManagedWindow& window : liveWindows_) {
+        if (!snapshot.knows(window.id)) withNewWindows.insert(window.processIdentifier);
+    }
+    std::set<pid_t> hidden;
+    for (const ManagedWindow& window : liveWindows_) {
+        const pid_t process = window.processIdentifier;
+        if (!snapshot.hiddenProcessIdentifiers.contains(process) || window.isElsewhere ||
+            windowService_->isApplicationHidden(process)) {
+            continue;
+        }
+        if (!withNewWindows.contains(process)) {
+            if (hidden.insert(process).second) hideApplicationOf(window);
+        } else if (snapshot.knows(window.id) && !snapshot.visibleWindowIDs.contains(window.id)) {
+            minimizeWindow(window);
+        }
     }
 }
 
@@ -166,7 +196,7 @@ void WorkspaceController::restoreActiveScene(const std::optional<Uuid>& id) {
 
 bool WorkspaceController::toggleFocusMode(const std::optional<std::string>& windowID) {
     if (!focusZoomSnapshot_) return enterFocusMode(windowID);
-    if (!requireVisibleScreen()) return false;
+    if (!requireWindowAccess()) return false;
     leaveFocusMode();
     showStatusMessage("Focus Mode closed — workspace restored");
     return true;
@@ -209,7 +239,10 @@ std::optional<CGRect> WorkspaceController::zoomFrame(const std::string& id) cons
 bool WorkspaceController::enterFocusMode(const std::optional<std::string>& windowID) {
     if (!requireWindowAccess()) return false; // first, as without it no window is known to be the focused one
     const auto start = zoomStartingPoint(windowID);
-    if (!start) return false;
+    if (!start) {
+        const bool isThere = actingWindow(windowID) != nullptr;
+        return refuse(isThere ? "The window lies on no display" : *whyNoStartingPoint(windowID));
+    }
     const Screen* screen = screenOf(start->displayID);
     if (!screen) return false;
     if (layouts_.resolve(*screen, *state_.profile, catalogue()).slots.size() < 2) {

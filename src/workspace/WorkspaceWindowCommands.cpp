@@ -57,6 +57,7 @@ bool WorkspaceController::carryOut(const WindowPlan& plan) {
         }
         pushUndoSnapshot({plan.action, std::move(applications)});
     }
+    const TileAssignments before = assignments_;
     const auto focused = focusedWindowID();
     // The keyboard stays where it is, unless its window is among those that move.
     const bool takesKeyboard = std::ranges::any_of(
@@ -78,7 +79,7 @@ bool WorkspaceController::carryOut(const WindowPlan& plan) {
             break;
         case WindowStep::Kind::focus:
             if (!windowService_->restoreAndFocus(window)) return false;
-            noteBroughtBack(window.id);
+            requestPresentation(window.id, WindowPresentation::shown);
             break;
         case WindowStep::Kind::floating:
             floatByCommand(window);
@@ -86,6 +87,7 @@ bool WorkspaceController::carryOut(const WindowPlan& plan) {
         }
     }
     if (plan.steps.empty() || plan.action.empty()) return true;
+    bringNextForward(before);
     publishAssignments();
     reapplyTileFrames();
     return true;
@@ -107,7 +109,7 @@ void WorkspaceController::placeByCommand(const ManagedWindow& window, const std:
     noteHasItsPlace(window.id);
     bringBack(window);
     place(window, *covering, bringToFront);
-    learn(window, targetID);
+    learnPlacementByUser(window, targetID);
 }
 
 void WorkspaceController::floatByCommand(const ManagedWindow& window) {

@@ -124,7 +124,9 @@ void WorkspaceController::dropWindow(const ManagedWindow& window, CGPoint pointe
         if (!assignments_.isInAnyTile(window.id)) return;
         pushUndoSnapshot({"float", {window.applicationName}}, std::move(snapshotBeforeDrag_));
         noteMovedByUser(window.id);
+        const TileAssignments before = assignments_;
         assignments_.remove(window.id);
+        bringNextForward(before);
         showStatusMessage(window.applicationName + " floats until the next arrangement");
         return;
     }
@@ -134,8 +136,10 @@ void WorkspaceController::dropWindow(const ManagedWindow& window, CGPoint pointe
     if (!covering) return;
     pushUndoSnapshot({"drop on a tile", {window.applicationName}}, std::move(snapshotBeforeDrag_));
     noteMovedByUser(window.id);
+    const TileAssignments before = assignments_;
     place(window, *covering, AccessibilityWindowService::BringToFront::yes);
-    learn(window, *target);
+    bringNextForward(before);
+    learnPlacementByUser(window, *target);
     showStatusMessage("Moved " + window.applicationName + " to " + covering->targets.front().slot.name);
 }
 

@@ -164,6 +164,7 @@ TEST_F(MenuBar, OffersWhatCanBeDoneNow) {
     EXPECT_FALSE(isEnabled("Focus Left"));
 
     for (const char* name : {"Mail", "Notes", "Chat"}) opens(name);
+    desktop.focusByHand("Mail");
     EXPECT_TRUE(choose("Arrange Windows into Zones"));
     EXPECT_EQ(message(), "Windows arranged into zones — Undo is available");
     EXPECT_TRUE(isEnabled("Undo Window Action"));

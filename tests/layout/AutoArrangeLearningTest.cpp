@@ -4,6 +4,7 @@
 
 #include <limits>
 #include <sstream>
+#include <utility>
 
 using namespace kova;
 
@@ -112,35 +113,45 @@ TEST(AutoArrangeLearning, SlotsOfOneMeaning) {
     EXPECT_EQ(slotIDAliases("focus-utility"), Aliases{});
 }
 
-TEST(AutoArrangeLearning, AHabitGrowsAndANewOneReplacesIt) {
+TEST(AutoArrangeLearning, ThreeArrangementsOrOnePlacementByTheUserMakeAHabit) {
     AutoArrangeLearningModel model;
-    const auto weight = [&model](const char* slot) {
-        return model.layouts["grid"].applications["mail"].slotWeights[slot];
+    const auto preferences = [&] {
+        return std::pair(model.preference("grid", "mail", "focus-main"),
+                         model.preference("grid", "mail", "secondary-1"));
     };
-    EXPECT_EQ(model.preference("grid", "mail", "focus-main"), 0);
-    for (int i = 0; i < 50; ++i) {
-        const double before = weight("focus-main");
-        model.learn("grid", "mail", "focus-main");
-        EXPECT_GT(weight("focus-main"), before);
+    using Pair = std::pair<double, double>;
+    for (const double expected : {0, 0, 1, 1, 1}) {
+        model.learnArrangement("grid", "mail", {"focus-main"});
+        EXPECT_EQ(preferences(), Pair(expected, 0));
     }
-    EXPECT_EQ(model.preference("grid", "mail", "focus-main"), 1);
+    EXPECT_FALSE(model.isPlacedByUser("grid", "mail", "focus-main")) << "however often KOVA put it there";
     EXPECT_EQ(model.preference("grid", "chat", "focus-main"), 0);
-    int rounds = 0;
-    while (model.preference("grid", "mail", "secondary-1") <= model.preference("grid", "mail", "focus-main")) {
-        model.learn("grid", "mail", "secondary-1");
-        ASSERT_LE(++rounds, 8);
+    for (const Pair& expected : {Pair(0, 0), Pair(0, 0), Pair(0, 1)}) {
+        model.learnArrangement("grid", "mail", {"secondary-1"});
+        EXPECT_EQ(preferences(), expected) << "a new habit replaces the old one";
     }
-    EXPECT_EQ(model.layouts["grid"].applications["mail"].placementCount, 50 + rounds);
-    for (int i = 0; i < 30; ++i) model.learn("grid", "mail", "secondary-1");
-    EXPECT_EQ(model.layouts["grid"].applications["mail"].slotWeights.size(), 1U) << "the old habit is forgotten";
+    model.learnPlacementByUser("grid", "mail", "focus-main");
+    EXPECT_EQ(preferences(), Pair(1, 0));
+    for (int round = 0; round < 2; ++round) model.learnArrangement("grid", "mail", {"secondary-1"});
+    EXPECT_TRUE(model.isPlacedByUser("grid", "mail", "focus-main")) << "arrangements do not overrule the user";
+    model.learnPlacementByUser("grid", "mail", "secondary-2");
+    EXPECT_FALSE(model.isPlacedByUser("grid", "mail", "focus-main"));
+    EXPECT_EQ(preferences(), Pair(0, 0));
+    EXPECT_EQ(model.layouts["grid"].applications["mail"].placementCount, 12);
+    for (int round = 0; round < 30; ++round) model.learnArrangement("grid", "mail", {"secondary-2"});
+    EXPECT_EQ(model.layouts["grid"].applications["mail"].slotWeights.size(), 1U) << "old places are forgotten";
+
+    for (int round = 0; round < 3; ++round) model.learnArrangement("grid", "term", {"secondary-1", "secondary-2"});
+    EXPECT_EQ(model.preference("grid", "term", "secondary-1"), 0.5) << "two windows of one application, two places";
+    EXPECT_EQ(model.preference("grid", "term", "secondary-2"), 0.5);
 }
 
 TEST(AutoArrangeLearning, CarriesOverToSlotsOfTheSameMeaning) {
     AutoArrangeLearningModel model;
-    model.learn("command-center", "mail", "focus-right-top");
+    model.learnPlacementByUser("command-center", "mail", "focus-right-top");
     EXPECT_EQ(model.preference("six-grid", "mail", "secondary-1"), 0.5);
     EXPECT_EQ(model.preference("six-grid", "mail", "secondary-2"), 0);
-    model.learn("six-grid", "mail", "secondary-2");
+    model.learnPlacementByUser("six-grid", "mail", "secondary-2");
     EXPECT_EQ(model.preference("six-grid", "mail", "secondary-1"), 0) << "what was learnt here counts alone";
 
     auto& weights = model.layouts["absurd"].applications["mail"].slotWeights;
@@ -151,6 +162,6 @@ TEST(AutoArrangeLearning, CarriesOverToSlotsOfTheSameMeaning) {
     EXPECT_EQ(model.preference("absurd", "mail", "a"), 0.5);
     EXPECT_EQ(model.preference("absurd", "mail", "c"), 0);
     model.layouts["absurd"].applications["mail"].placementCount = std::numeric_limits<std::int64_t>::max();
-    model.learn("absurd", "mail", "d");
+    model.learnArrangement("absurd", "mail", {"d"});
     EXPECT_EQ(weights.at("d"), 1);
 }

@@ -78,8 +78,16 @@ TEST(ArrangementPlan, WhatWasLearntWinsOverThePresentTileAndThatOverTheRole) {
     table.window("Firefox").currentTargetID = "D::secondary-1";
     table.window("Mail");
     EXPECT_EQ(table.plan(), "Mail:focus-main Firefox:secondary-1") << "nothing moves without a reason";
-    table.input.learning.learn("jarvis.dual-split", "name:firefox", "focus-main");
-    EXPECT_EQ(table.plan(), "Firefox:focus-main Mail:secondary-1");
+    for (const int round : {1, 2, 3}) {
+        table.input.learning.learnArrangement("jarvis.dual-split", "name:firefox", {"focus-main"});
+        const auto lines = planArrangement(table.input).explanation();
+        EXPECT_EQ(table.plan() == "Firefox:focus-main Mail:secondary-1", round == 3) << "three rounds make a habit";
+        EXPECT_EQ(lines.front().find("usually keep") != std::string::npos, round == 3) << lines.front();
+    }
+    table.input.learning.learnPlacementByUser("jarvis.dual-split", "name:mail", "focus-main");
+    EXPECT_EQ(table.plan(), "Firefox:focus-main Mail:secondary-1") << "two habits: the role decides";
+    table.input.learning.learnPlacementByUser("jarvis.dual-split", "name:firefox", "secondary-1");
+    EXPECT_EQ(table.plan(), "Mail:focus-main Firefox:secondary-1") << "the user's own choice counts at once";
 }
 
 TEST(ArrangementPlan, AmongEqualTilesTheNearestIsTaken) {
@@ -161,6 +169,44 @@ TEST(ArrangementPlan, WhoMustBeBroughtBackComesAfterWhoCanBeSeen) {
     EXPECT_EQ(table.plan(), "Other:focus-main Viewer:secondary-1 Codex:surplus");
     table.input.candidates[0].stackedBehindID = "D::secondary-1";
     EXPECT_EQ(table.plan(), "Other:focus-main Viewer:secondary-1 Codex behind:secondary-1");
+}
+
+TEST(ArrangementPlan, WithFewerTilesThanWindowsTheOnesInUseHaveThem) {
+    Table table;
+    table.display("D", "jarvis.dual-split");
+    table.window("Console").useRank = 0; // a utility, but it has the keyboard
+    table.window("Viewer").useRank = 1;
+    table.window("Codex");
+    table.window("Firefox");
+    EXPECT_EQ(table.plan(), "Viewer:focus-main Console:secondary-1 Codex:surplus Firefox:surplus");
+    table.input.candidates[1].useRank.reset();
+    EXPECT_EQ(table.plan(), "Codex:focus-main Console:secondary-1 Viewer:surplus Firefox:surplus");
+    table.input.candidates[2].isFixedSize = true;
+    EXPECT_EQ(table.plan(), "Firefox:focus-main Console:secondary-1 Viewer:surplus Codex:surplus");
+    table.input.candidates[3].isDeferred = true;
+    EXPECT_EQ(table.plan(), "Viewer:focus-main Console:secondary-1 Codex:surplus Firefox:surplus");
+
+    Table large; // has no right to the tile of the window in use
+    large.display("D", "jarvis.dual-split");
+    large.window("Mail").useRank = 0;
+    large.window("Codex").minimumSize = {2300, 400};
+    large.window("Viewer");
+    EXPECT_EQ(large.plan(), "Mail:focus-main Viewer:secondary-1 Codex:surplus");
+}
+
+TEST(ArrangementPlan, AWindowAloneHasThePrimaryTileUnlessTheUserPutItElsewhere) {
+    Table table;
+    table.display("D", "jarvis.command-center");
+    auto& alone = table.window("Console");
+    alone.currentTargetID = "D::focus-right-top";
+    for (int round = 0; round < 5; ++round) {
+        table.input.learning.learnArrangement("jarvis.command-center", "name:console", {"focus-utility"});
+    }
+    EXPECT_EQ(table.plan(), "Console:focus-main");
+    EXPECT_EQ(planArrangement(table.input).explanation().front(),
+              "Console → Primary on D: a window alone has the primary tile");
+    table.input.learning.learnPlacementByUser("jarvis.command-center", "name:console", "focus-right-bottom");
+    EXPECT_EQ(table.plan(), "Console:focus-right-bottom");
 }
 
 TEST(ArrangementPlan, AFullScreenWindowsTileIsNotGivenAway) {

@@ -302,6 +302,7 @@ TEST(NavigationStories, ACycleThatClaimsASpanLosesNobody) {
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     for (const char* name : {"Codex", "Firefox", "Mail", "Viewer"}) desk.opens(name);
     desk.arrange();
+    desk.controller().setBringsNextForward(false);
     desk.opens("Big", {.minimumSize = {{2000, 1300}}}).advance(Seconds(1));
     desk.desktop.focusByHand("Codex");
     const std::string anchor = desk.targetID("A", "focus-main");

@@ -10,7 +10,7 @@ namespace {
 TEST(PlacementStories, SurplusWindowsAreMinimizedNeverClosedAndStayWhereTheyAreNextTime) {
     Desk desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
-    for (const char* name : {"Codex", "Firefox", "Mail", "Viewer"}) desk.opens(name);
+    for (const char* name : {"Codex", "Mail", "Viewer", "Firefox"}) desk.opens(name);
     desk.arrange();
     desk.expectTiles("Codex 15,15 1254x1382 | Firefox 1291,15 1254x1382");
     EXPECT_TRUE(desk.desktop.window("Mail").isMinimized);
@@ -186,7 +186,9 @@ TEST(PlacementStories, FullScreenWindowsAndOtherVirtualDesktopsTakeNoPart) {
     Desk desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     desk.desktop.setFullScreen("Codex", true);
-    desk.opens("Elsewhere", {.frame = makeRect(10, 10, 640, 480), .virtualDesktop = 3}).opens("Viewer").arrange();
+    desk.opens("Elsewhere", {.frame = makeRect(10, 10, 640, 480), .virtualDesktop = 3}).opens("Viewer");
+    desk.desktop.focusByHand("Mail");
+    desk.arrange();
     const auto& assigned = *desk.state().assignedWindowIDs;
     EXPECT_EQ(assigned.at(desk.targetID("A", "focus-main")), desk.desktop.windowIDOf("Codex")) << "keeps its tile";
     EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Elsewhere")).substr(0, 23), "Elsewhere 10,10 640x480");
@@ -214,6 +216,36 @@ TEST(PlacementStories, WhatIsLearntSurvivesARestart) {
     desk.restart();
     desk.arrange();
     desk.expectTiles("Mail 15,15 1254x1382 | Codex 1291,15 1254x1382");
+}
+
+TEST(PlacementStories, AnArrangementThatIsUndoneIsNotLearnt) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.quad-grid");
+    for (int count = 0; count < 3; ++count) desk.opens("Terminal");
+    desk.opens("Mail").arrange();
+    const std::string arranged = desk.desktop.picture();
+    desk.undo();
+    for (int round = 0; round < 5; ++round) {
+        desk.arrange();
+        EXPECT_EQ(desk.desktop.picture(), arranged) << "several windows of one application keep their places";
+        EXPECT_EQ(desk.explanation().find("usually keep"), std::string::npos) << desk.explanation();
+        desk.undo();
+    }
+    for (int round = 0; round < 4; ++round) {
+        EXPECT_EQ(desk.arrange().explanation().find("usually keep") != std::string::npos, round == 3) << round;
+        EXPECT_EQ(desk.desktop.picture(), arranged);
+    }
+}
+
+TEST(PlacementStories, TheWindowInUseKeepsATile) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split");
+    for (const char* name : {"Console", "Codex", "Firefox", "Mail"}) desk.opens(name);
+    desk.start().desktop.focusByHand("Firefox");
+    desk.settle().desktop.focusByHand("Console");
+    desk.settle().arrange();
+    desk.expectTiles("Firefox 15,15 1254x1382 | Console 1291,15 1254x1382");
+    desk.arrange().expectTiles("Firefox 15,15 1254x1382 | Console 1291,15 1254x1382");
 }
 
 TEST(PlacementStories, WindowsStayOnTheirDisplays) {

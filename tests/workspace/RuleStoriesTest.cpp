@@ -181,7 +181,7 @@ TEST_F(Rules, KeepWindowsOutOfArrangements) {
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u) << "they run only while management is continuous";
     desk.undo();
     manageContinuously();
-    desk.arrange().expectTiles("- | Notes 1291,15 1254x1382");
+    desk.arrange().expectTiles("Notes 15,15 1254x1382 | -");
     EXPECT_EQ(desk.desktop.window("Mail").frame, kSomewhere);
     desk.controller().setRuleDisposition(desk.state().rules->front().id, disposition::Tile{kRight});
     desk.arrange();

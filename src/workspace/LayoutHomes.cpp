@@ -1,0 +1,69 @@
+#include "workspace/LayoutHomes.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kova {
+
+void LayoutHomes::leave(const std::string& displayID, const ShownLayout& layout, const TileAssignments& assignments) {
+    auto& homes = homes_[displayID];
+    if (!homes.empty() && homes.back().shown.layoutID == layout.layoutID) homes.clear();
+    LayoutHome home{layout, assignments.onDisplay(displayID)};
+    for (const auto& other : homes) {
+        for (const auto& window : other.assignments.windows()) home.assignments.remove(window);
+    }
+    if (home.assignments != TileAssignments{}) homes.insert(homes.begin(), std::move(home));
+    if (homes.empty()) homes_.erase(displayID);
+}
+
+std::vector<LayoutHome> LayoutHomes::of(const std::string& displayID, const TileAssignments& assignments) const {
+    const auto found = homes_.find(displayID);
+    if (found == homes_.end()) return {};
+    const auto present = assignments.onDisplay(displayID).windows();
+    std::vector<LayoutHome> homes = found->second;
+    for (auto& home : homes) home.assignments.keepOnly(present);
+    return homes;
+}
+
+void LayoutHomes::keepIf(const std::function<bool(const std::string&)>& isKept) {
+    for (auto& [display, homes] : homes_) {
+        for (auto& home : homes) {
+            for (const auto& window : home.assignments.windows()) {
+                if (!isKept(window)) home.assignments.remove(window);
+            }
+        }
+        std::erase_if(homes, [](const LayoutHome& home) { return home.assignments == TileAssignments{}; });
+    }
+    std::erase_if(homes_, [](const auto& entry) { return entry.second.empty(); });
+}
+
+void LayoutHomes::forget(const std::string& windowID) {
+    keepIf([&](const std::string& window) { return window != windowID; });
+}
+
+void LayoutHomes::keepOnlyWaiting(const TileAssignments& assignments) {
+    keepIf([&](const std::string& window) {
+        return !assignments.isAssigned(window) && assignments.stackTargetOf(window).has_value();
+    });
+}
+
+void LayoutHomes::keepOnly(const std::set<std::string>& windowIDs) {
+    if (homes_.empty()) return;
+    keepIf([&](const std::string& window) { return windowIDs.contains(window); });
+}
+
+void LayoutHomes::rename(const std::string& windowID, const std::string& newID) {
+    for (auto& [display, homes] : homes_) {
+        for (auto& home : homes) home.assignments.rename(windowID, newID);
+    }
+}
+
+void LayoutHomes::renameDisplay(const std::string& displayID, const std::string& newID) {
+    auto homes = homes_.extract(displayID);
+    if (homes.empty()) return;
+    homes.key() = newID;
+    for (auto& home : homes.mapped()) home.assignments.renameDisplay(displayID, newID);
+    homes_.insert(std::move(homes));
+}
+
+} // namespace kova

@@ -1,0 +1,44 @@
+#include "workspace/StackSuccession.h"
+
+#include <algorithm>
+
+namespace kova {
+
+void StackSuccession::noteDisplaced(const std::string& windowID, const std::string& lostTargetID,
+                                    const std::string& waitingTargetID) {
+    if (lostTargetID == waitingTargetID) return forget(windowID);
+    lostTargetIDs_[windowID] = lostTargetID;
+}
+
+void StackSuccession::rename(const std::string& windowID, const std::string& newID) {
+    if (auto lost = lostTargetIDs_.extract(windowID)) {
+        lost.key() = newID;
+        lostTargetIDs_.insert(std::move(lost));
+    }
+}
+
+void StackSuccession::keepOnly(const std::set<std::string>& windowIDs) {
+    std::erase_if(lostTargetIDs_, [&](const auto& entry) { return !windowIDs.contains(entry.first); });
+}
+
+std::vector<std::vector<Promotion>> StackSuccession::candidates(const TileAssignments& before,
+                                                                const TileAssignments& now) const {
+    std::vector<std::vector<Promotion>> all;
+    for (const auto& [target, former] : before.assignedWindowIDs) {
+        if (now.assignedWindowIDs.contains(target)) continue;
+        std::vector<Promotion> here;
+        const auto offer = [&](const std::string& windowID) {
+            if (!now.isAssigned(windowID) && !before.isAssigned(windowID)) here.push_back({windowID, target});
+        };
+        const auto stack = now.stackWindowIDsByTarget.find(target);
+        if (stack != now.stackWindowIDsByTarget.end()) std::for_each(stack->second.begin(), stack->second.end(), offer);
+        for (const auto& [windowID, lost] : lostTargetIDs_) {
+            const auto waits = now.stackTargetOf(windowID);
+            if (lost == target && waits && *waits != target) offer(windowID);
+        }
+        if (!here.empty()) all.push_back(std::move(here));
+    }
+    return all;
+}
+
+} // namespace kova

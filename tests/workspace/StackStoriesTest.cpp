@@ -1,0 +1,158 @@
+// Windows that wait in a tile, and what brings them forward; layouts with fewer tiles, and the way back.
+#include "tests/harness/Desk.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+
+namespace kova {
+
+namespace {
+
+using enum WorkspaceDirection;
+
+void dropByHand(Desk& desk, const char* label, CGPoint onDesktop, WorkspaceController::LettingGo lettingGo) {
+    using Movement = WorkspaceController::HandMovement;
+    const auto& window = desk.desktop.window(label);
+    ASSERT_TRUE(desk.controller().beginWindowDrag(desk.desktop.windowIDOf(label), window.frame));
+    desk.desktop.moveByHand(label, makeRect(onDesktop.x - 100, onDesktop.y - 20, 700, 500));
+    desk.controller().endWindowDrag({onDesktop.x, 1440 - onDesktop.y}, Movement::move, lettingGo);
+}
+
+struct Leaving {
+    const char* how;
+    std::function<void(Desk&)> leave;
+    const char* tiles;
+    const char* tilesWithoutSuccession;
+};
+
+TEST(StackStories, TheNextWindowComesForwardHoweverTheFrontOneLeaves) {
+    using LettingGo = WorkspaceController::LettingGo;
+    const Leaving ways[] = {
+        {"closed", [](Desk& desk) { desk.desktop.close("Codex"); },
+         "- | Mail 866,15 829x1382 | Viewer 1717,15 828x1382", "- | - + Mail | Viewer 1717,15 828x1382"},
+        {"quit", [](Desk& desk) { desk.desktop.quit("Codex"); }, "- | Mail 866,15 829x1382 | Viewer 1717,15 828x1382",
+         "- | - + Mail | Viewer 1717,15 828x1382"},
+        {"moved", [](Desk& desk) { desk.move(right); }, "- | Mail 866,15 829x1382 | Codex 1717,15 828x1382 + Viewer",
+         "- | - + Mail | Codex 1717,15 828x1382 + Viewer"},
+        {"dropped",
+         [](Desk& desk) {
+             dropByHand(desk, "Codex", {300, 300}, LettingGo::intoTile);
+         },
+         "Codex 15,15 829x1382 | Mail 866,15 829x1382 | Viewer 1717,15 828x1382",
+         "Codex 15,15 829x1382 | - + Mail | Viewer 1717,15 828x1382"},
+        {"floated",
+         [](Desk& desk) {
+             dropByHand(desk, "Codex", {300, 300}, LettingGo::floating);
+         },
+         "- | Mail 866,15 829x1382 | Viewer 1717,15 828x1382", "- | - + Mail | Viewer 1717,15 828x1382"},
+    };
+    for (const auto style : {HidingStyle::hidesApplication, HidingStyle::iconifiesWindows}) {
+        for (const bool isOn : {true, false}) {
+            for (const auto& way : ways) {
+                Desk desk;
+                desk.desktop.setHidingStyle(style);
+                desk.display(2560, 1440).layout("jarvis.triple-strip");
+                desk.opens("Viewer", {.frame = makeRect(1800, 50, 600, 800)}).opens("Mail").opens("Codex").arrange();
+                desk.controller().setBringsNextForward(isOn);
+                desk.desktop.focusByHand("Codex");
+                desk.move(right).expectTiles("- | Codex 866,15 829x1382 + Mail | Viewer 1717,15 828x1382");
+                way.leave(desk);
+                desk.settle().expectTiles(isOn ? way.tiles : way.tilesWithoutSuccession);
+                EXPECT_EQ(desk.desktop.isOnScreen(desk.desktop.window("Mail")), isOn) << way.how;
+            }
+        }
+    }
+}
+
+TEST(StackStories, WalkingAWindowRoundAGridAndBackGivesThePictureOfTheStart) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.quad-grid");
+    for (const char* name : {"Codex", "Firefox", "Mail", "Viewer"}) desk.opens(name);
+    desk.arrange().desktop.focusByHand("Codex");
+    const std::string start = desk.desktop.picture();
+    desk.move(right).move(left);
+    EXPECT_EQ(desk.desktop.picture(), start);
+    desk.move(right).move(down).move(left).move(up);
+    EXPECT_EQ(desk.desktop.picture(), start);
+    for (int step = 0; step < 6; ++step) desk.undo();
+    EXPECT_EQ(desk.desktop.picture(), start);
+}
+
+TEST(StackStories, WhatASpanningWindowDisplacedComesBackToTheTileThatItLost) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Mail").opens("Notes");
+    desk.opens("Codex", {.minimumSize = {{2300, 400}}}).arrange();
+    const std::string start = "Codex 15,15 2530x666 | (Codex) | Mail 15,731 1254x666 | Notes 1291,731 1254x666";
+    desk.expectTiles(start);
+    desk.move(down).expectTiles("- | - | Codex 15,731 2530x666 + Mail + Notes | (Codex)");
+    desk.move(up).expectTiles(start);
+    desk.move(down).cycleStack();
+    EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window("Notes"))) << "its tile is free: " << desk.tiles();
+}
+
+TEST(StackStories, BehindAZoomedWindowTheNextComesForwardWhenFocusModeEnds) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.triple-strip").opens("Viewer").opens("Mail").opens("Codex").arrange();
+    desk.desktop.focusByHand("Codex");
+    desk.move(right).expectTiles("- | Codex 866,15 829x1382 + Mail | Viewer 1717,15 828x1382");
+    desk.desktop.focusByHand("Viewer");
+    desk.zoom();
+    desk.desktop.close("Codex");
+    desk.settle();
+    EXPECT_FALSE(desk.desktop.isOnScreen(desk.desktop.window("Mail")));
+    desk.zoom().expectTiles("- | Mail 866,15 829x1382 | Viewer 1717,15 828x1382");
+}
+
+std::size_t shownCount(Desk& desk) {
+    const auto windows = desk.desktop.livingWindows();
+    return static_cast<std::size_t>(std::count_if(
+        windows.begin(), windows.end(), [&](const auto* window) { return desk.desktop.isOnScreen(*window); }));
+}
+
+TEST(LayoutCycle, ThroughAllLayoutsAndBackGivesThePictureOfTheStart) {
+    for (const auto style : {HidingStyle::hidesApplication, HidingStyle::iconifiesWindows}) {
+        Desk desk;
+        desk.desktop.setHidingStyle(style);
+        desk.display(2560, 1440).layout("jarvis.quad-grid");
+        for (const char* name : {"Codex", "Firefox", "Mail", "Mail"}) desk.opens(name);
+        desk.arrange();
+        const std::string start = desk.desktop.picture();
+        for (std::size_t step = 0; step < desk.controller().catalogue().size(); ++step) {
+            ASSERT_TRUE(desk.controller().selectNextLayout());
+            desk.settle();
+            EXPECT_EQ(shownCount(desk), std::min<std::size_t>(4, desk.controller().tiles().size())) << desk.tiles();
+        }
+        EXPECT_EQ(desk.desktop.picture(), start);
+        for (int step = 0; step < 5; ++step) desk.undo();
+        EXPECT_EQ(shownCount(desk), std::min<std::size_t>(4, desk.controller().tiles().size())) << desk.tiles();
+        desk.layout("jarvis.quad-grid");
+        EXPECT_EQ(desk.desktop.picture(), start) << "the steps that were undone do not count";
+    }
+}
+
+TEST(LayoutCycle, WhatTheUserDidMeanwhileStays) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.quad-grid");
+    desk.opens("Viewer", {.frame = makeRect(1400, 800, 900, 500)})
+        .opens("Mail", {.frame = makeRect(50, 800, 900, 500)});
+    desk.opens("Firefox", {.frame = makeRect(1400, 50, 900, 500)})
+        .opens("Codex", {.frame = makeRect(50, 50, 900, 500)});
+    desk.arrange().layout("jarvis.dual-split");
+    desk.expectTiles("Codex 15,15 1254x1382 + Mail | Firefox 1291,15 1254x1382 + Viewer");
+    desk.desktop.focusByHand("Codex");
+    desk.move(right).layout("jarvis.quad-grid");
+    desk.expectTiles(
+        "Firefox 15,15 1254x666 | Codex 1291,15 1254x666 | Mail 15,731 1254x666 | Viewer 1291,731 1254x666");
+
+    desk.layout("jarvis.focus-single");
+    desk.cycleStack();
+    desk.desktop.close(desk.desktop.focusedLabel());
+    desk.settle().layout("jarvis.quad-grid");
+    EXPECT_EQ(shownCount(desk), 3u) << "who was cycled away or came forward has its tile again: " << desk.tiles();
+}
+
+} // namespace
+
+} // namespace kova

@@ -1,0 +1,189 @@
+// Stepping back and focus mode when windows, displays and the permission changed meanwhile, and when one command
+// follows the other at once.
+#include "tests/harness/Desk.h"
+
+#include <gtest/gtest.h>
+
+namespace kova {
+
+namespace {
+
+class UndoStories : public testing::TestWithParam<HidingStyle> {};
+
+INSTANTIATE_TEST_SUITE_P(BothStyles, UndoStories,
+                         testing::Values(HidingStyle::hidesApplication, HidingStyle::iconifiesWindows));
+
+TEST_P(UndoStories, AWindowOpenedMeanwhileStaysInSightWhenItsApplicationIsHiddenAgain) {
+    for (const bool byUndo : {false, true}) {
+        Desk desk;
+        desk.desktop.setHidingStyle(GetParam());
+        desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Codex").arrange();
+        desk.desktop.focusByHand("Codex");
+        desk.move(WorkspaceDirection::right);
+        ASSERT_FALSE(desk.desktop.isOnScreen(desk.desktop.window("Mail")));
+        desk.zoom();
+        desk.desktop.hideByHand("Mail", false); // as an application does that opens a window
+        desk.opens("Mail").settle();
+        byUndo ? desk.undo() : desk.zoom();
+        EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window("Mail 2"))) << desk.desktop.picture();
+        EXPECT_FALSE(desk.desktop.isOnScreen(desk.desktop.window("Mail"))) << desk.desktop.picture();
+        desk.desktop.focusByHand("Codex");
+        desk.cycleStack();
+        EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window("Mail"))) << "it is reached as before";
+    }
+}
+
+TEST_P(UndoStories, AWindowOnItsWayBackCountsAsBack) {
+    for (const Seconds pollDuration : {Seconds(0), Seconds(0.3)}) {
+        Desk desk;
+        desk.desktop.setHidingStyle(GetParam());
+        desk.desktop.pollingQueue().setJobDuration(pollDuration);
+        desk.display(2560, 1440).layout("jarvis.dual-split");
+        desk.opens("Mail", {.isMinimized = true, .answersAfter = Seconds(0.2)}).opens("Codex").start();
+        desk.advance(Seconds(1));
+        auto& controller = desk.controller();
+        controller.perform(action::Arrange{});
+        desk.advance(Seconds(0.1));
+        controller.perform(action::ToggleFocusZoom{});
+        desk.advance(Seconds(0.1));
+        controller.perform(action::ToggleFocusZoom{});
+        desk.advance(Seconds(0.1));
+        controller.perform(action::Move{WorkspaceDirection::right});
+        desk.advance(Seconds(0.1));
+        controller.perform(action::Undo{});
+        desk.settle();
+        desk.expectTiles("Codex 15,15 1254x1382 | Mail 1291,15 1254x1382");
+    }
+}
+
+TEST_P(UndoStories, AnswersReadBeforeARequestDoNotOverruleIt) {
+    Desk desk;
+    desk.desktop.setHidingStyle(GetParam());
+    desk.desktop.setVouching(false);
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Codex").arrange();
+    desk.desktop.focusByHand("Codex");
+    desk.move(WorkspaceDirection::right).expectTiles("- | Codex 1291,15 1254x1382 + Mail");
+    desk.desktop.pollingQueue().setJobDuration(Seconds(0.4));
+    for (int step = 0; step < 8; ++step) {
+        desk.controller().perform(action::CycleStack{});
+        desk.advance(Seconds(0.35));
+    }
+    desk.settle().expectTiles("- | Codex 1291,15 1254x1382 + Mail");
+    EXPECT_FALSE(desk.desktop.isOnScreen(desk.desktop.window("Mail"))) << desk.desktop.picture();
+}
+
+TEST_P(UndoStories, CommandsWithoutAPauseStartFromTheStateThatTheOneBeforeHasFixed) {
+    Desk desk;
+    desk.desktop.setHidingStyle(GetParam());
+    desk.display(2560, 1440).layout("jarvis.quad-grid");
+    for (const char* name : {"Codex", "Firefox", "Mail", "Viewer"}) desk.opens(name, {.answersAfter = Seconds(0.15)});
+    desk.arrange();
+    auto& controller = desk.controller();
+    for (const auto direction : {WorkspaceDirection::right, WorkspaceDirection::left, WorkspaceDirection::down}) {
+        controller.perform(action::Move{direction});
+    }
+    desk.advance(Seconds(0.5));
+    controller.perform(action::Undo{});
+    (void)controller.selectLayout(desk.displayIDOf("A"), DisplayLayoutSelection::layout("jarvis.dual-split"));
+    controller.perform(action::Arrange{});
+    desk.settle();
+    for (const auto* window : desk.desktop.livingWindows()) {
+        const bool hasTile = controller.assignments().isAssigned(desk.desktop.windowIDOf(window->label()));
+        EXPECT_EQ(hasTile, desk.desktop.isOnScreen(*window)) << window->label() << ": " << desk.desktop.picture();
+    }
+}
+
+TEST(UndoAndFocusStories, AStepBackWhileADisplayIsAwayLeavesNoVisibleWindowWithoutATile) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").display(1920, 1080).layout("jarvis.dual-split");
+    desk.opens("Mail", {.frame = makeRect(2700, 60, 800, 600)}).opens("Codex", {.frame = makeRect(50, 60, 800, 600)});
+    desk.arrange().move(WorkspaceDirection::right);
+    desk.desktop.removeDisplay("B");
+    desk.settle().expectTiles("Mail 15,15 1254x1382 | Codex 1291,15 1254x1382");
+    desk.undo().expectTiles("Codex 15,15 1254x1382 | Mail 1291,15 1254x1382");
+    desk.display(1920, 1080, "B").settle();
+    desk.expectTiles("Codex 15,15 1254x1382 | - || Mail 2575,15 934x1022 | -");
+}
+
+TEST(UndoAndFocusStories, TheSecondPassOfAnArrangementLeavesAWindowInTheUsersHold) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail", {.isMinimized = true}).opens("Codex").start();
+    desk.controller().perform(action::Arrange{});
+    desk.advance(Seconds(0.7));
+    desk.controller().holdWindow(desk.desktop.windowIDOf("Mail"));
+    const CGRect held = makeRect(600, 300, 700, 500);
+    desk.desktop.moveByHand("Mail", held);
+    desk.advance(Seconds(1));
+    EXPECT_EQ(desk.desktop.window("Mail").frame, held);
+    desk.controller().letGoOfWindow();
+    desk.settle().expectTiles("Codex 15,15 1254x1382 | Mail 1291,15 1254x1382");
+}
+
+TEST(UndoAndFocusStories, PanelsAndWindowsOnAnotherDisplayDoNotEndFocusMode) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").display(1920, 1080).layout("jarvis.dual-split");
+    desk.opens("Notes", {.frame = makeRect(2700, 60, 800, 600)}).opens("Mail", {.frame = makeRect(50, 60, 800, 600)});
+    desk.arrange().zoom().expectMessage("Focus Mode — Mail owns this display");
+    desk.desktop.setPanels("B", makeRect(0, 40, 0, 0));
+    desk.opens("Question", {.frame = makeRect(2900, 300, 400, 200), .subrole = "AXDialog"}).settle();
+    EXPECT_TRUE(*desk.state().focusMode);
+    desk.zoom().expectTiles("Mail 15,15 1254x1382 | - || Notes 2575,55 934x982 | -");
+    desk.zoom().undo().expectTiles("Mail 15,15 1254x1382 | - || Notes 2575,55 934x982 | -");
+    desk.desktop.focusByHand("Mail");
+    desk.zoom().desktop.setPanels("A", makeRect(0, 40, 0, 0));
+    desk.settle();
+    EXPECT_FALSE(*desk.state().focusMode) << "its own display is another now";
+}
+
+TEST(UndoAndFocusStories, LeavingFocusModeNeedsThePermission) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").arrange().zoom();
+    desk.desktop.setTrusted(false);
+    desk.settle().zoom().expectMessage("Accessibility permission is required");
+    EXPECT_FALSE(desk.wasCarriedOut());
+    desk.desktop.setTrusted(true);
+    desk.settle().zoom().expectMessage("Focus Mode closed — workspace restored");
+}
+
+TEST(UndoAndFocusStories, ResettingTheSizesOfADisplayResetsEveryLayoutOfIt) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").arrange();
+    const auto drag = [&] {
+        const auto divider = desk.controller().dividers().front();
+        ASSERT_TRUE(desk.controller().beginDividerDrag(divider));
+        desk.controller().updateDividerDrag(divider, 200);
+        desk.controller().endDividerDrag(divider);
+        desk.settle();
+    };
+    drag();
+    desk.layout("jarvis.triple-strip");
+    drag();
+    desk.layout("jarvis.quad-grid");
+    EXPECT_TRUE(desk.controller().resetLayoutSizes());
+    EXPECT_TRUE(desk.state().profile->layoutWeightsByDisplay.empty());
+    desk.undo();
+    EXPECT_EQ(desk.state().profile->layoutWeightsByDisplay.at(desk.displayIDOf("A")).size(), 2u);
+}
+
+TEST(UndoAndFocusStories, WhatIsRefusedSaysWhy) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").start();
+    const auto steps = desk.controller().undoHistory().size();
+    desk.arrange().expectMessage("There is no window to arrange");
+    EXPECT_EQ(desk.controller().undoHistory().size(), steps) << "no step for nothing";
+    const WorkspaceAction fromTheFocusedTile[] = {action::Focus{WorkspaceDirection::left},
+                                                  action::Move{WorkspaceDirection::left}, action::CycleStack{}};
+    for (const auto& action : fromTheFocusedTile) {
+        desk.perform(action).expectMessage("No managed window has the focus");
+    }
+    desk.zoom().expectMessage("No managed window has the focus");
+    desk.opens("Mail").settle();
+    for (const auto& action : fromTheFocusedTile) {
+        desk.perform(action).expectMessage("Mail is in no tile. Put it into one with “kova tile” or “kova place”");
+    }
+    desk.arrange().cycleStack().expectMessage("No other window waits behind it in its tile");
+}
+
+} // namespace
+
+} // namespace kova
