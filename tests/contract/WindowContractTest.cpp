@@ -295,7 +295,10 @@ TEST_P(DesktopContract, ADialogStaysAboveItsWindowAndLeavesAndComesBackWithIt) {
     stage().open(
         {.application = "Editor", .title = "Save?", .frame = makeRect(200, 200, 250, 150), .dialogOf = "Plan"});
     const auto plan = element("Plan"), dialog = element("Save?");
-    const auto seen = [&] { return titleAt({110, 300}) + " | " + titleAt({300, 300}); };
+    const auto seen = [&] {
+        (void)poll();
+        return titleAt({110, 300}) + " | " + titleAt({300, 300});
+    };
     EXPECT_EQ(read(dialog, Attribute::parent), AttributeValue(plan));
     EXPECT_EQ(read(plan, Attribute::parent), AttributeValue(accessibility().applicationElement(editor)));
     accessibility().performAction(plan, AccessibilityAction::raise);
@@ -317,7 +320,10 @@ TEST_P(DesktopContract, AWindowThatComesBackLeavesTheKeyboardWhereItIs) {
     const pid_t editor = stage().open(kPlan);
     const pid_t mail = stage().open(kInbox);
     const auto plan = element("Plan"), inbox = element("Inbox");
-    const auto isAway = [&] { return titleAt({60, 80}).empty(); };
+    const auto isAway = [&] {
+        (void)poll();
+        return titleAt({60, 80}).empty();
+    };
     for (const bool asApplication : {false, true}) {
         asApplication ? applications().hide(editor) : write(plan, {{Attribute::minimized, true}});
         accessibility().flush();

@@ -129,7 +129,7 @@ void Desk::checkTiledWindowsDoNotOverlap(std::vector<std::string>& broken, Minim
         const bool isKnown = considered == MinimumSizes::all || !window.traits().secretMinimumSize;
         const bool isPossible = minimum && minimum->width < display.width - 40 && minimum->height < display.height - 70;
         if (!isKnown || !isPossible || !desktop.isAnswering(window) || !desktop.isOnScreen(window) ||
-            window.isFullScreen || foundAtRestart_.contains(label)) {
+            window.isFullScreen || window.isMaximized || desktop.placesWindows() || foundAtRestart_.contains(label)) {
             continue;
         }
         frames[label] = {tile.displayID, desktop.frameForWindowService(window)};

@@ -212,9 +212,11 @@ TEST_F(Model, MeasuresNothingWhileAFrameIsBehindItsWindow) {
 TEST_F(Model, TakesNoFrameDrawnForShowForAWindowWhileAnotherOneLeaves) {
     announceDecorations({1, 1, 20, 5}, 12);
     model.takeMeasuredFrame(window(), {1, 1, 20, 5}, 13);
+    (void)model.takeStale(window()); // everything is known of it
     model.setClientList({kWindow, 40}, Seconds(1));
     model.setClientList({kWindow}, Seconds(1));
     ASSERT_TRUE(model.isSettling());
+    EXPECT_EQ(model.outerFrame(window()), (PixelRect{0, 0, 402, 325}));
     configure(20, 200, 20, 14);
     EXPECT_EQ(model.outerFrame(window()), std::nullopt) << "a title bar on its way to the screen";
     configure(0, 402, 325, 15);

@@ -39,7 +39,7 @@ class X11Stage final : public ContractDesktop {
         // What is launched inherits them.
         setenv("DISPLAY", server_.displayName().c_str(), 1);
         watcher_ = std::make_unique<TestClient>(server_.displayName(), "Watcher", 1);
-        if (manager == Manager::openbox) server_.startManager();
+        if (manager != Manager::none) server_.startManager(manager);
         auto opened = X11Desktop::open({.displayName = server_.displayName(),
                                         .hiddenWindowsFile = server_.folder() + "/hidden.json",
                                         .launcher = &launcher_,
@@ -54,7 +54,7 @@ class X11Stage final : public ContractDesktop {
 
     bool can(Ability ability) const override {
         if (ability == Ability::endingByForce) return false; // all clients of the test are of its own process
-        return manager_ == Manager::openbox ||
+        return manager_ != Manager::none ||
                (ability != Ability::minimizingByHand && ability != Ability::keepingMinimumSizes);
     }
     pid_t open(const Opening& opening) override {
@@ -251,12 +251,16 @@ class X11Stage final : public ContractDesktop {
 };
 
 Backend onX11(const std::string& name, Manager manager) {
-    return {name, PrivateServer::isInstalled() ? "" : "Xvfb is not installed",
-            [manager] { return std::make_unique<X11Stage>(manager); }};
+    const char* missing = !PrivateServer::isInstalled()          ? "Xvfb is not installed"
+                          : !PrivateServer::isInstalled(manager) ? "the window manager is not installed"
+                                                                 : "";
+    return {name, missing, [manager] { return std::make_unique<X11Stage>(manager); }};
 }
 
+// Mutter, unlike others, leaves a minimized window mapped.
 INSTANTIATE_TEST_SUITE_P(X11, DesktopContract,
-                         ::testing::Values(onX11("Openbox", Manager::openbox), onX11("NoManager", Manager::none)),
+                         ::testing::Values(onX11("Openbox", Manager::openbox), onX11("Mutter", Manager::mutter),
+                                           onX11("NoManager", Manager::none)),
                          nameOf);
 
 class EventLoopStage final : public QueueStage {
