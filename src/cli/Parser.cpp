@@ -2,6 +2,7 @@
 
 #include "cli/LogFiles.h"
 #include "cli/Terminal.h"
+#include "support/Spelling.h"
 
 #include <algorithm>
 #include <array>
@@ -294,7 +295,7 @@ class Parser {
         const auto option = std::find_if(kOptions.begin(), kOptions.end(), [&](const Option& candidate) {
             return candidate.flag == name && takes(verb_, candidate);
         });
-        if (option == kOptions.end()) return "there is no option “" + std::string(name) + "”";
+        if (option == kOptions.end()) return "there is no option “" + std::string(name) + "”" + nearestFlag(name);
         if (option->value.empty()) {
             if (equals != std::string_view::npos) return std::string(name) + " takes no value";
             return option->take(arguments_, {});
@@ -306,6 +307,16 @@ class Parser {
         taken_ |= option->takenBy;
         auto problem = option->take(arguments_, value);
         return problem ? std::string(name) + ": " + *problem : problem;
+    }
+
+    /// “. Did you mean “--display”?”; empty when no option of the verb is near.
+    std::string nearestFlag(std::string_view name) const {
+        std::vector<std::string> flags;
+        for (const Option& option : kOptions) {
+            if (!option.flag.empty() && takes(verb_, option)) flags.emplace_back(option.flag);
+        }
+        const auto nearest = nearestWord(name, flags);
+        return nearest ? ". Did you mean “" + flags[*nearest] + "”?" : "";
     }
 
     Problem takeWord(std::string_view word) {

@@ -218,6 +218,7 @@ TEST_F(CommandLine, ExitCodesTellWhatWentWrong) {
         {{"layout", "inset", "1e9"}, 2, "“1e9” is not a number from 0 to 100"},
         {{"layout", "show", "--width", "wide"}, 2, "“wide” is not a whole number"},
         {{"arrange", "--dry"}, 2, "--dry"},
+        {{"zoom", "--widow", "mail"}, 2, "there is no option “--widow”. Did you mean “--window”?"},
         {{"stack"}, 1, "Terminal is in no tile. Put it into one with “kova tile” or “kova place”"},
         {{"focus", "left"}, 1, "Terminal is in no tile. Put it into one with “kova tile” or “kova place”"},
         {{"focus"}, 2, "DIRECTION is missing"},
