@@ -40,7 +40,7 @@ TEST(WindowEnumeration, ADialogNamesTheWindowOfItsApplicationThatItBelongsTo) {
     bench.desktop.open("Mail", {.title = "and back", .dialogOf = "Mail 6"});
     bench.desktop.open("Notes", {.title = "of another application", .dialogOf = "Mail"});
     std::string owners;
-    for (const auto& window : bench.service.enumerateWindows()) {
+    for (const auto& window : bench.service.enumerateWindows().listed) {
         owners += window.title + ": " + (window.parentID ? bench.desktop.labelOfID(*window.parentID) : "-") + "\n";
     }
     EXPECT_EQ(owners, "Inbox: -\nSave?: Mail\nReally?: Mail\nof what is not managed: -\nthere: -\nand back: -\n"
