@@ -76,6 +76,7 @@ void ControlConnection::readWhatHasCome() {
 }
 
 void ControlConnection::readInput() {
+    if (!isConnected()) return; // closed while this waited for its turn, and the descriptor may be another's by now
     const auto length = ::recv(descriptor_, readBuffer_.data(), readBuffer_.size(), MSG_DONTWAIT);
     if (length < 0) return wouldWait(errno) ? waitForInput() : close();
     if (length == 0) return endInput();

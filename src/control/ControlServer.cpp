@@ -86,7 +86,12 @@ class ControlServer::Listener {
         thread_.join();
         asio::error_code ignored;
         acceptor_.close(ignored);
+        retry_.cancel();
         for (const auto& connection : std::set(connections_)) connection->close();
+        // Work that is left in the context holds connections, and these hold the context.
+        work_.reset();
+        context_->restart();
+        context_->poll();
     }
 
     std::optional<std::string> start() {
