@@ -147,8 +147,9 @@ std::optional<WorkspaceController::Covering> WorkspaceController::freeCoveringOn
 /// A window that is smaller than it is said to need does not need that.
 void WorkspaceController::noteSizesSeen() {
     for (const ManagedWindow& window : liveWindows_) {
-        const bool isAtRest = window.frame && window.isVisible && !window.isMinimized && !window.isFullScreen &&
-                              !windowService_->pendingFrame(window.id);
+        // The frame of a window that does not answer is the one that it was told to take.
+        const bool isAtRest = window.frame && window.isVisible && window.isAnswering && !window.isMinimized &&
+                              !window.isFullScreen && !windowService_->pendingFrame(window.id);
         if (!isAtRest) continue;
         const auto disproof = sizes_.noteSeen(window, window.frame->size, minimumOfApplication(window));
         if (disproof.ofApplication) rememberMinimum(window, std::nullopt);
