@@ -135,12 +135,12 @@ TEST(ArrangementPlan, TilesThatRulesOrTheUserNameComeBeforeAllScores) {
              t.input.candidates[0].rule = RuleTile{"secondary-1", "R"};
          },
          "Firefox:focus-main Codex:secondary-1 Viewer:surplus"},
-        {"a window too large for its tiles does not take one that was claimed",
+        {"a window too large for its tiles neither takes nor covers one that was claimed",
          [](Table& t) {
              t.input.preferredApplications["secondary-1"] = "name:viewer";
              t.input.candidates[0].minimumSize = {2300, 400};
          },
-         "Codex:focus-main Viewer:secondary-1 Firefox:surplus"},
+         "Firefox:focus-main Viewer:secondary-1 Codex:surplus"},
     };
     for (const auto& c : cases) {
         Table table;
