@@ -77,10 +77,10 @@ TEST(RoomStories, AWindowThatLosesItsSpanWaitsWhereTheNewcomerIs) {
 
 TEST(RoomStories, AnArrangementLeavesAWindowBehindAFullScreenOneWhereItWaits) {
     Desk desk;
-    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
-    desk.desktop.focusByHand("Mail");
-    desk.move(left);
-    desk.desktop.setFullScreen("Mail", true);
+    desk.display(2560, 1440).layout("jarvis.focus-single").opens("Codex").opens("Mail").arrange();
+    (void)desk.controller().placeWindow(desk.desktop.windowIDOf("Mail"), desk.targetID("A", "focus-main"),
+                                        WorkspaceController::Focusing::yes);
+    desk.settle().desktop.setFullScreen("Mail", true);
     desk.settle().arrange();
     EXPECT_EQ(desk.controller().assignments().stackTargetOf(desk.desktop.windowIDOf("Codex")),
               desk.targetID("A", "focus-main"));
