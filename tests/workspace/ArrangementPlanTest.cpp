@@ -223,10 +223,11 @@ TEST(ArrangementPlan, AFullScreenWindowsTileIsNotGivenAway) {
 TEST(ArrangementPlan, ATallWindowGetsATileThatIsTallEnoughWhereOneIsFree) {
     Table table;
     table.display("D", "jarvis.command-center");
+    table.window("Codex");
     table.window("Console").minimumSize = {300, 600};
-    EXPECT_EQ(table.plan(), "Console:focus-right-bottom") << "the utility tile is too flat";
+    EXPECT_EQ(table.plan(), "Codex:focus-main Console:focus-right-bottom") << "the utility tile is too flat";
     for (auto& candidate : table.input.candidates) candidate.minimumSize = {300, 100};
-    EXPECT_EQ(table.plan(), "Console:focus-utility");
+    EXPECT_EQ(table.plan(), "Codex:focus-main Console:focus-utility");
 }
 
 TEST(ArrangementPlan, NeitherOfTwoLargeWindowsIsCoveredByTheOther) {

@@ -24,6 +24,7 @@ TEST(DialogStories, ADialogTakesNoTileAndMovesAlongByTheSameAmount) {
     Desk desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     openMailWithDialog(desk);
+    desk.desktop.focusByHand("Notes");
     desk.arrange();
     EXPECT_EQ(desk.explanation().find("Save?"), std::string::npos) << desk.explanation();
     desk.expectTiles("Mail 15,15 1254x1382 | Notes 1291,15 1254x1382");
@@ -60,6 +61,7 @@ TEST(DialogStories, ASurplusWindowGoesWithItsDialogAndBothComeBack) {
     desk.display(2560, 1440).layout("jarvis.focus-single");
     desk.opens("Codex");
     openMailWithDialog(desk);
+    desk.desktop.focusByHand("Codex");
     desk.arrange();
     desk.expectTiles("Codex 15,15 2530x1382");
     EXPECT_TRUE(desk.desktop.window("Mail").isMinimized && desk.desktop.window("Mail 2").isMinimized);

@@ -36,7 +36,7 @@ class Displays : public ::testing::Test {
 
 TEST_F(Displays, AStandbyMovesNobodyElsewhere) {
     desk.desktop.close("Mail"); // a free tile, wherever it is
-    desk.settle();
+    desk.settle().arrange();
     const auto assigned = *desk.state().assignedWindowIDs;
     for (const char* name : {"A", "B", "C"}) {
         SCOPED_TRACE(name);

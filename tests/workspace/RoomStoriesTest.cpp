@@ -77,7 +77,7 @@ TEST(RoomStories, AWindowThatLosesItsSpanWaitsWhereTheNewcomerIs) {
 
 TEST(RoomStories, AnArrangementLeavesAWindowBehindAFullScreenOneWhereItWaits) {
     Desk desk;
-    desk.display(2560, 1440).layout("jarvis.focus-single").opens("Codex").opens("Mail").arrange();
+    desk.display(2560, 1440).layout("jarvis.focus-single").opens("Mail").opens("Codex").arrange();
     (void)desk.controller().placeWindow(desk.desktop.windowIDOf("Mail"), desk.targetID("A", "focus-main"),
                                         WorkspaceController::Focusing::yes);
     desk.settle().desktop.setFullScreen("Mail", true);

@@ -82,7 +82,8 @@ TEST(StackStories, WalkingAWindowRoundAGridAndBackGivesThePictureOfTheStart) {
 
 TEST(StackStories, WhatASpanningWindowDisplacedComesBackToTheTileThatItLost) {
     Desk desk;
-    desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Mail").opens("Notes");
+    desk.display(2560, 1440).layout("jarvis.quad-grid");
+    desk.opens("Mail", {.frame = makeRect(50, 800, 900, 500)}).opens("Notes", {.frame = makeRect(1400, 800, 900, 500)});
     desk.opens("Codex", {.minimumSize = {{2300, 400}}}).arrange();
     const std::string start = "Codex 15,15 2530x666 | (Codex) | Mail 15,731 1254x666 | Notes 1291,731 1254x666";
     desk.expectTiles(start);
