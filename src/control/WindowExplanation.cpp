@@ -109,6 +109,10 @@ std::vector<ExplainedDecision> explainLastArrangement(const WorkspaceController&
         const std::string now = presentPlace(controller, surplus.window.id);
         decisions.push_back({surplus.explanation, now == "it is minimized" ? "" : now});
     }
+    for (const auto& left : plan.leftAlone) {
+        const std::string now = presentPlace(controller, left.window.id);
+        decisions.push_back({left.explanation, now == "it is in no tile" ? "" : now});
+    }
     return decisions;
 }
 

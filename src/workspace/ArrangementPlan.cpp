@@ -4,6 +4,7 @@
 #include "workspace/ArrangementScore.h"
 #include "workspace/TileClaims.h"
 #include "workspace/TileRoom.h"
+#include "workspace/WindowNames.h"
 
 #include <algorithm>
 #include <limits>
@@ -328,8 +329,7 @@ void Planner::seatWaiting(Phase phase) {
 }
 
 std::string Planner::describe(std::size_t candidate) const {
-    const ManagedWindow& window = input_.candidates[candidate].window;
-    return window.title.empty() ? window.applicationName : window.applicationName + " “" + window.title + "”";
+    return nameOf(input_.candidates[candidate].window);
 }
 
 AutoArrangePlacement Planner::frontPlacement(std::size_t candidate, const Seat& seat) const {

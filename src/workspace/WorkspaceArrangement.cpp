@@ -4,6 +4,7 @@
 
 #include "workspace/PlacementObedience.h"
 #include "workspace/VisibleArea.h"
+#include "workspace/WindowNames.h"
 #include "workspace/WorkspacePreferences.h"
 
 #include <algorithm>
@@ -25,10 +26,6 @@ bool isAtItsMinimum(const ManagedWindow& window) {
     return window.minimumSize && window.frame &&
            window.minimumSize->width >= window.frame->size.width - kSameSizePoints &&
            window.minimumSize->height >= window.frame->size.height - kSameSizePoints;
-}
-
-std::string nameOf(const ManagedWindow& window) {
-    return window.title.empty() ? window.applicationName : window.applicationName + " “" + window.title + "”";
 }
 
 } // namespace

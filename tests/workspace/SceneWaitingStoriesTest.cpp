@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 
 namespace kova {
@@ -163,6 +164,15 @@ TEST_F(WaitingScene, WhatWouldNotChangeIsNoDifference) {
     open(id);
     EXPECT_TRUE(desk.controller().diffScene(id)->empty());
     EXPECT_EQ(report(), "finished, adopted mail “mail”, without a tile mail");
+}
+
+TEST_F(WaitingScene, AnActiveSceneIsAlwaysInTheList) {
+    desk.start();
+    const auto subscription = desk.state().activeSceneID.observe([&](const std::optional<Uuid>& id) {
+        const auto& scenes = *desk.state().scenes;
+        EXPECT_TRUE(std::any_of(scenes.begin(), scenes.end(), [&](const auto& each) { return each.id == id; }));
+    });
+    desk.controller().captureScene("Captured");
 }
 
 TEST_F(WaitingScene, TheReportNamesEveryWindow) {

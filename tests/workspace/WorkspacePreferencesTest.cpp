@@ -54,6 +54,7 @@ TEST(WorkspacePreferences, KeysAreThoseUnderWhichUsersHaveTheirValues) {
         {startAtLogin, "KOVA.startAtLogin.v1"},
         {hideSystemDock, "KOVA.hideSystemDock.v2"},
         {onboardingCompleted, "KOVA.onboarding.completed.v1"},
+        {hiddenApplications, "KOVA.hiddenApplications.v1"},
     };
     for (const auto& [key, literal] : keys) EXPECT_EQ(key, literal);
 }

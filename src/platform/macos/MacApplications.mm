@@ -1,5 +1,6 @@
 #include "platform/macos/MacApplications.h"
 
+#include "persistence/PreferenceKeys.h"
 #include "platform/macos/Contained.h"
 #include "platform/macos/CoreFoundation.h"
 
@@ -40,8 +41,9 @@ std::optional<std::string> optionalText(NSString* string) {
     return text(string);
 }
 
-/// Of the user's defaults: processes that an agent has hidden, each as its number and its start.
-NSString* const kHiddenKey = @"KOVA.hiddenApplications.v1";
+NSString* hiddenKey() {
+    return nsString(preferenceKey::hiddenApplications);
+}
 
 } // namespace
 
@@ -63,15 +65,15 @@ void MacApplications::keepHidden() const {
     }
     NSUserDefaults* defaults = NSUserDefaults.standardUserDefaults;
     if (kept.count > 0) {
-        [defaults setObject:kept forKey:kHiddenKey];
+        [defaults setObject:kept forKey:hiddenKey()];
     } else {
-        [defaults removeObjectForKey:kHiddenKey];
+        [defaults removeObjectForKey:hiddenKey()];
     }
 }
 
 void MacApplications::settleHiddenWindows(LeftWindows leftWindows) {
     @autoreleasepool {
-        for (id each in [NSUserDefaults.standardUserDefaults arrayForKey:kHiddenKey]) {
+        for (id each in [NSUserDefaults.standardUserDefaults arrayForKey:hiddenKey()]) {
             if (![each isKindOfClass:NSString.class]) continue;
             const pid_t process = [each intValue]; // up to the blank
             const auto start = processStartIdentity(process);
