@@ -144,7 +144,7 @@ constexpr std::array kVerbs = std::to_array<Verb>({
      "kova windows\nkova windows --json", kNothing, printWindowList},
     {"verify", "verify", "compare the frames of windows with what was requested",
      "Prints the windows that are not where they should be, and exits with 1 when there is one. A window that is "
-     "minimized, zoomed, hidden or in full screen is left alone and counts for neither.",
+     "minimized, zoomed, hidden, in full screen or on another desktop is left alone and counts for neither.",
      "kova verify\nkova verify --repair", kRepair, printVerification},
     {"query state", "query.state", "show all of it", "Displays, tiles and windows together, and what was said last.",
      "kova query state\nkova query state --json", kNothing, printState},

@@ -52,6 +52,7 @@ std::string described(const json& window) {
     if (window.at("isFloating").get<bool>()) out += ", floating";
     if (state == "minimized") out += ", minimized";
     if (state == "notVisible") out += ", not visible";
+    if (state == "elsewhere") out += ", on another desktop";
     if (state == "fullScreen") out += ", full screen";
     return out;
 }

@@ -81,6 +81,7 @@ json windowInBrief(const WorkspaceController& controller, const std::string& win
     const auto stateOf = [](const ManagedWindow& known) {
         if (known.isFullScreen) return "fullScreen";
         if (known.isMinimized) return "minimized";
+        if (known.isElsewhere) return "elsewhere";
         return known.isVisible ? "visible" : "notVisible";
     };
     const ManagedWindow* focused = controller.focusedWindow();
