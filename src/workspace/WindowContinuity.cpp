@@ -44,6 +44,8 @@ std::vector<KnownWindow> knownWindows(const std::vector<ManagedWindow>& windows)
 
 std::vector<WindowSuccessor> takeTabSuccessors(WindowEnumeration& found, const std::vector<ManagedWindow>& before,
                                                ShownSpace shownSpace) {
+    const bool isSameList = std::ranges::equal(found.listed, before, {}, &ManagedWindow::id, &ManagedWindow::id);
+    if (isSameList) return {}; // as nearly always
     const WindowsByID known = byID(before);
     std::vector<const ManagedWindow*> newcomers;
     std::unordered_set<std::string> there;
