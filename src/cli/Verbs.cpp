@@ -169,7 +169,7 @@ constexpr std::array kVerbs = std::to_array<Verb>({
     {"app forget", "app.forget", "drop what was learned of an application",
      "The minimum sizes that its windows have shown, and the tiles in which it is usually kept. Its windows are then "
      "put into tiles as if they were new, and what they show is learned again.",
-     "kova app forget xterm", kApplication, printMessage},
+     "kova app forget mail", kApplication, printMessage},
     {"force-quit-all", "forceQuitAll", "end all open applications without asking them",
      "Names them and asks first; where there is no terminal to ask at it needs --yes. The agent, the file manager and "
      "what else the desktop consists of stay open.",

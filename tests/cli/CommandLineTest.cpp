@@ -140,7 +140,6 @@ TEST_F(CommandLine, EveryExampleInTheHelpAndTheDocumentsWorks) {
     for (const auto& example : examples) {
         const Words words = wordsOf(example);
         reopen();
-        if (words[0] == "app" && words[1] == "forget") (void)run({"arrange"}); // so that something is known
         if (example == "kova focus right") (void)run({"swap", "1"}); // what was learnt may have put it elsewhere
         auto command = begin(words);
         if (words[0] == "subscribe") {
@@ -176,7 +175,6 @@ TEST_F(CommandLine, EveryVerbHasHelpAndJson) {
         words = wordsOf(linesOf(verb.examples).front());
         words.insert(words.begin(), "--json");
         reopen();
-        if (verb.name == "app forget") (void)run({"arrange"}); // so that something is known
         const Result asJson = run(words);
         EXPECT_EQ(asJson.code, 0) << asJson.err;
         EXPECT_EQ(schemaViolation(schema, "result:" + std::string(verb.method), json::parse(asJson.out)), "");
