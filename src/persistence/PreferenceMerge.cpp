@@ -30,8 +30,7 @@ const json* member(const json* object, const std::string& key) {
 
 /// An enumeration with a payload: an object whose one key is the case. Two cases must not be merged into one object.
 bool areDifferentCases(const Sides& sides) {
-    const bool mayBeCase = !sides.base || sides.base->size() == 1;
-    return mayBeCase && sides.ours->size() == 1 && sides.theirs->size() == 1 &&
+    return sides.base && sides.base->size() == 1 && sides.ours->size() == 1 && sides.theirs->size() == 1 &&
            sides.ours->begin().key() != sides.theirs->begin().key();
 }
 

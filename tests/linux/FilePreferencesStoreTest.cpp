@@ -189,31 +189,32 @@ TEST(FilePreferencesStore, SetsAsideWhatItCannotRead) {
 }
 
 TEST(FilePreferencesStore, WritesNothingWhenTheDamagedFileCannotBeSetAside) {
-    Home home;
-    home.given("precious, but broken");
-    {
+    const std::pair<fs::perms, const char*> cases[] = {
+        {fs::perms::owner_read | fs::perms::owner_exec, "not be set aside"}, {fs::perms::none, "cannot be read now"}};
+    for (const auto& [allowed, expected] : cases) {
+        Home home;
+        home.given("precious, but broken");
         // A child, since root may do anything: it gives up its rights first.
         const pid_t child = fork();
         if (child == 0) {
             fs::permissions(home.temporary().path(), fs::perms::all);
             fs::permissions(home.temporary().path() / "config", fs::perms::all);
             fs::permissions(home.file(), fs::perms::all);
-            fs::permissions(home.folder(), fs::perms::owner_read | fs::perms::owner_exec | fs::perms::others_read |
-                                               fs::perms::others_exec);
-            if (getuid() == 0 && setuid(65534) != 0) _exit(2);
+            fs::permissions(home.folder(), allowed);
+            if (getuid() == 0 && (chown(home.folder().c_str(), 65534, 65534) != 0 || setuid(65534) != 0)) _exit(2);
             auto store = home.store();
             store.setValue("a", true);
             store.synchronize();
             store.synchronize();
-            _exit(all(store).find("not be set aside") != std::string::npos ? 0 : 1);
+            _exit(all(store).find(expected) != std::string::npos ? 0 : 1);
         }
         int status = 0;
         ASSERT_EQ(waitpid(child, &status, 0), child);
-        EXPECT_EQ(WEXITSTATUS(status), 0);
+        EXPECT_EQ(WEXITSTATUS(status), 0) << expected;
+        fs::permissions(home.folder(), fs::perms::owner_all);
+        EXPECT_EQ(contentsOf(home.file()), "precious, but broken");
+        EXPECT_EQ(std::distance(fs::directory_iterator(home.folder()), fs::directory_iterator()), 1);
     }
-    fs::permissions(home.folder(), fs::perms::owner_all);
-    EXPECT_EQ(contentsOf(home.file()), "precious, but broken");
-    EXPECT_EQ(std::distance(fs::directory_iterator(home.folder()), fs::directory_iterator()), 1);
 }
 
 TEST(FilePreferencesStore, APersonsEditIsNoticed) {

@@ -203,6 +203,10 @@ class FolderTurn {
     Descriptor folder_; // closing it ends the turn
 };
 
+std::string notNow(const fs::path& target, int error) {
+    return target.string() + " cannot be read now: " + reasonOf(error);
+}
+
 /// Something that is no file of ours, rather than a file that cannot be read at the moment.
 bool isDamage(int error) {
     return error == EISDIR || error == EINVAL || error == EFBIG;
@@ -232,7 +236,7 @@ PreferencesFile::Reading PreferencesFile::read(const fs::path& target, WallTime 
     const int error = readAll(target, reading.text);
     if (error == ENOENT || error == ENOTDIR) return Absent{};
     if (isDamage(error)) return setAside(target, reasonOf(error), now);
-    if (error != 0) return Blocked{target.string() + " cannot be read now: " + reasonOf(error)};
+    if (error != 0) return Blocked{notNow(target, error)};
     try {
         reading.values = valuesOf(reading.text);
         return reading;
@@ -337,6 +341,10 @@ PreferencesFile::Written PreferencesFile::write(const Request& request, WallTime
     }
     const FolderTurn turn(target->parent_path());
     const auto present = fingerprint(*target);
+    if (!present && errno != ENOENT && errno != ENOTDIR) {
+        written.problem = notNow(*target, errno);
+        return written;
+    }
     std::optional<PreferenceValues> inFile;
     if (present && present == knownFingerprint_) {
         inFile = known_;

@@ -88,6 +88,7 @@ class PreferencesFile {
     std::string keepCopies(const std::filesystem::path& target, const PreferenceValues& next, const Request& request,
                            const std::string& disputed, WallTime now, Written& written);
     static Fingerprint fingerprintOf(const struct stat& status);
+    /// Absent when there is no file, or when errno says why it cannot be looked at.
     static std::optional<Fingerprint> fingerprint(const std::filesystem::path& target);
     /// Empty when done, else why not. Then `knownFingerprint_` is that of the new file.
     std::string replace(const std::filesystem::path& target, const std::string& text);
