@@ -60,6 +60,12 @@ std::variant<json, Trouble> Agent::ask(std::string_view method, const json& para
         return trouble(*failure);
     auto reply = receive();
     auto* message = std::get_if<json>(&reply);
+    // What the agent tells by itself may come before an answer that waits for the disk.
+    while (message && message->contains("method")) {
+        told_.push_back(std::move(*message));
+        reply = receive();
+        message = std::get_if<json>(&reply);
+    }
     if (!message) return reply;
     if (message->contains("error")) return refusal((*message)["error"]);
     if (!message->contains("result")) return Trouble{ExitCode::refused, "The agent's answer makes no sense"};
@@ -72,6 +78,11 @@ std::variant<json, Trouble> Agent::ask(std::string_view method, const json& para
 }
 
 std::variant<json, Trouble> Agent::next(std::chrono::milliseconds patience) {
+    if (!told_.empty()) {
+        json first = std::move(told_.front());
+        told_.pop_front();
+        return first;
+    }
     client_.setPatience(patience);
     return receive();
 }

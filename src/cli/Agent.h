@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include <chrono>
+#include <deque>
 #include <optional>
 #include <string>
 #include <variant>
@@ -36,6 +37,7 @@ class Agent {
 
     ControlClient client_;
     std::string path_;
+    std::deque<nlohmann::json> told_; // notifications that came before an answer
 };
 
 } // namespace kova::cli

@@ -2,6 +2,7 @@
 #include "workspace/WorkspaceController.h"
 
 #include <algorithm>
+#include <charconv>
 
 namespace kova {
 
@@ -122,13 +123,16 @@ void WorkspaceController::floatByCommand(const ManagedWindow& window) {
     bringBack(window); // one that waited in a stack was off the screen
 }
 
-/// Windows that are in a tile again, or are gone, float no more. Soon after a sleep some are not listed yet.
+/// Windows that are in a tile again float no more, and neither do those of a process that has ended. One that is not
+/// listed, as after a sleep, may come back.
 void WorkspaceController::keepFloatingValid() {
     auto floating = *state_.floatingWindowIDs;
-    const bool isRecovering = recovery_.isActive(services_.queue.uptime());
-    const auto ended = [&](const std::string& id) {
-        return assignments_.isInAnyTile(id) || (!isRecovering && !findLive(id));
+    const auto hasEnded = [&](const std::string& id) {
+        pid_t process = 0;
+        std::from_chars(id.data(), id.data() + id.size(), process); // an id begins with the process
+        return !findLive(id) && !services_.applications.runningApplication(process);
     };
+    const auto ended = [&](const std::string& id) { return assignments_.isInAnyTile(id) || hasEnded(id); };
     if (std::erase_if(floating, ended) > 0) state_.floatingWindowIDs.set(std::move(floating));
 }
 

@@ -98,6 +98,26 @@ TEST_F(CommandLine, SaysWhenAChangeIsInMemoryOnly) {
     EXPECT_EQ(run({"doctor"}).code, 1);
 }
 
+TEST_F(CommandLine, WhatIsToldBeforeTheAnswerIsHeard) {
+    struct Hasty final : ControlHandling {
+        void handle(const ControlRequest&, const std::shared_ptr<ControlPeer>& peer, ControlAnswer answer) override {
+            json shortcut = {{"action", "undo"}, {"title", "Undo"},     {"keys", "Ctrl+Z"},
+                             {"label", "Z"},     {"conflict", nullptr}, {"isHeldByOther", true}};
+            const json told = {{"jsonrpc", "2.0"}, {"method", "claimed"}, {"params", {{"shortcut", shortcut}}}};
+            peer->send(told.dump());
+            shortcut["isHeldByOther"] = false;
+            answer(json{{"shortcut", shortcut}});
+        }
+    } other;
+    endServer();
+    ControlServer answers(std::get<AgentClaim>(AgentClaim::take({socketPath(), true})), desk.desktop.queue(), other);
+    ASSERT_EQ(answers.start(), std::nullopt);
+    answers.serve();
+    auto command = begin({"shortcut", "set", "undo", "ctrl+z"});
+    EXPECT_EQ(command->wait(), 0) << command->err;
+    EXPECT_NE(command->out.find("another program"), std::string::npos) << command->out;
+}
+
 TEST_F(CommandLine, AnAgentOfAnotherVersionIsNotMisunderstood) {
     struct OtherVersion final : ControlHandling {
         void handle(const ControlRequest&, const std::shared_ptr<ControlPeer>&, ControlAnswer answer) override {
@@ -260,7 +280,9 @@ TEST_F(CommandLine, ExitCodesTellWhatWentWrong) {
         {{"export", "/proc/nothing.json"}, 1, "Export failed: cannot write “/proc/nothing.json”"},
         {{"open", "https://action/undo"}, 1, "This URL asks for nothing that KOVA does"},
         {{"open", "kova://scene/Leisure"}, 1, "There is no such scene"},
-        {{"open", "kova://action/focus/left"}, 1, "Terminal is in no tile. Put it into one with “kova tile” or “kova place”"},
+        {{"open", "kova://action/focus/left"},
+         1,
+         "Terminal is in no tile. Put it into one with “kova tile” or “kova place”"},
         {{"open", ""}, 2, "URL: a name must not be empty"},
         {{"theme", "select", "plaid"}, 1, "kova.native  Native"},
         {{"theme", "background"}, 2, "on|off is missing"},
@@ -549,6 +571,7 @@ Rules are off; “kova rules on” lets them act.
     EXPECT_EQ(contentsOf("link.json"), text);
     EXPECT_EQ(run({"export", "/dev/stdout"}).out.substr(0, text.size()), text);
     EXPECT_EQ(run({"export", "-"}).out, text);
+    std::filesystem::remove("pipe");
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator("."), {}), 3) << "no draft is left behind";
 
     EXPECT_EQ(run({"scene", "delete", "work"}).out, "Scene “Work” deleted\n");

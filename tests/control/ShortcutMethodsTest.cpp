@@ -106,7 +106,6 @@ TEST_F(ShortcutsOverTheSocket, AreRecordedByTheRulesOfTheRecorder) {
 
     const std::vector<std::pair<KeyCombination, std::string>> endings = {
         {{keyCode::escape, 0}, "recorded cancelled"},
-        {{keyCode::c, modifierFlag::control}, "recorded cancelled"}, // at a terminal it means that
         {{keyCode::deleteForward, modifierFlag::shift}, "recorded cleared"}};
     for (const auto& [pressed, outcome] : endings) {
         result("shortcut.record", {{"action", "undo"}});
@@ -115,6 +114,10 @@ TEST_F(ShortcutsOverTheSocket, AreRecordedByTheRulesOfTheRecorder) {
         EXPECT_FALSE(*shortcuts.isRecording);
     }
     EXPECT_EQ(shown(shortcutOf("undo")), "-");
+    result("shortcut.record", {{"action", "undo"}});
+    keyboard().press(keyCode::c, modifierFlag::control);
+    EXPECT_EQ(told(connection), "recorded recorded") << "at a terminal the command ends by its signal";
+    EXPECT_EQ(told(connection), "claimed Ctrl+C");
 }
 
 TEST_F(ShortcutsOverTheSocket, GiveTheKeyboardBackWhoeverRecorded) {

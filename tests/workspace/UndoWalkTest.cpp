@@ -216,6 +216,25 @@ class UndoWalk {
         desk_.opens(name, traits);
     }
     void act(const WorkspaceAction& action) { desk_.controller().perform(action); }
+    /// Any of the commands for one window, the focused one or another.
+    void command() {
+        std::optional<std::string> window;
+        if (chance(2)) withAnyWindow([&](const auto& label) { window = desk_.desktop.windowIDOf(label); });
+        const auto tiles = desk_.controller().tiles();
+        if (tiles.empty()) return;
+        const std::string tile = tiles[below(tiles.size())].targetID;
+        const std::vector<WindowCommand> commands = {command::Place{window, tile},
+                                                     command::PlaceInNumbered{window, 1 + below(4)},
+                                                     command::Swap{window, tile},
+                                                     command::Swap{window, anyDirection()},
+                                                     command::ToggleFloating{window},
+                                                     command::Float{window},
+                                                     command::FocusDisplay{DisplayStep::next},
+                                                     command::MoveToDisplay{window, DisplayStep::previous}};
+        const std::size_t chosen = below(commands.size());
+        story_ += " " + std::to_string(chosen) + " " + tile;
+        desk_.controller().perform(commands[chosen]);
+    }
     WorkspaceDirection anyDirection() {
         using enum WorkspaceDirection;
         return std::vector{left, right, up, down}[below(4)];
@@ -277,6 +296,9 @@ class UndoWalk {
         {"move", [this] { act(action::Move{anyDirection()}); }, true},
         {"move", [this] { act(action::Move{anyDirection()}); }, true},
         {"move", [this] { act(action::Move{anyDirection()}); }, true},
+        {"command", [this] { command(); }, true},
+        {"command", [this] { command(); }, true},
+        {"command", [this] { command(); }, true},
         {"next layout", [this] { desk_.controller().selectNextLayout(); }, true},
         {"previous layout", [this] { desk_.controller().selectPreviousLayout(); }, true},
         {"reset sizes", [this] { desk_.controller().resetLayoutSizes(); }, true},
