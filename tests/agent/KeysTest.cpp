@@ -113,10 +113,12 @@ TEST_P(Keyboard, RecordsAndRemembersAShortcut) {
     ASSERT_TRUE(session_.waitForAgent());
     session_.startAgent();
     ASSERT_TRUE(session_.agentAnswers());
-    const auto list = session_.kova({"shortcut", "list"}).output;
+    std::string list = session_.kova({"shortcut", "list"}).output; // how wide its columns are is not the point
+    const auto isSpace = [](char a, char b) { return a == ' ' && b == ' '; };
+    list.erase(std::unique(list.begin(), list.end(), isSpace), list.end());
     EXPECT_NE(list.find("Super+N"), std::string::npos) << list;
-    EXPECT_NE(list.find("previousLayout  Previous Layout              Ctrl+Alt+Left"), std::string::npos) << list;
-    EXPECT_NE(list.find("undo            Undo Window Action           - "), std::string::npos) << list;
+    EXPECT_NE(list.find("previousLayout Previous Layout Ctrl+Alt+Left"), std::string::npos) << list;
+    EXPECT_NE(list.find("undo Undo Window Action - "), std::string::npos) << list;
     press("super+n");
     layoutBecomes("jarvis.triple-strip");
 }
