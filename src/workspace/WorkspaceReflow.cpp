@@ -12,8 +12,9 @@ namespace kova {
 /// A window that did not shrink tells its minimum in the directions in which it stayed larger than asked for.
 void WorkspaceController::minimumSizeObserved(const std::string& windowID, const CGRect& wanted, const CGRect& actual) {
     sizes_.endRetry(windowID);
-    const ManagedWindow* window = findLive(windowID);
+    ManagedWindow* window = findLive(windowID);
     if (!window || window->isFullScreen || window->isMaximized) return;
+    window->frame = actual; // until now the one that it was asked for
     switch (sizes_.noteRefusal(*window, wanted.size, actual.size, services_.queue.uptime())) {
     case WindowSizes::Refusal::unreliable:
         return;

@@ -293,7 +293,9 @@ class RandomDay {
         desk_.rest().arrange();
         withAnyWindow([&](const auto& label) { desk_.desktop.moveByHand(label, anyFrame()); });
         desk_.rest(); // a window that refuses its tile is asked more than once
-        EXPECT_EQ(desk_.framesWrittenWithin(Seconds(30)), 0) << "it never comes to rest: " << desktop.picture();
+        (void)desktop.takeJournal();
+        EXPECT_EQ(desk_.framesWrittenWithin(Seconds(30)), 0) << "it never comes to rest: " << desktop.picture() << "\n"
+                                                             << desktop.takeJournal().substr(0, 600);
     }
 
     Desk desk_;
