@@ -47,7 +47,6 @@ class CommandLine : public testing::Test, public AgentStage {
     /// Commands that write a file write it here.
     void SetUp() override {
         std::filesystem::current_path(files.path());
-        mkfifo("pipe", 0600);
         for (const char* home : {"HOME=", "XDG_STATE_HOME="}) environment.push_back(home + state.path().string());
         state.write(kLogFolder + "agent.log", "2024-02-29 12:34:56.789 info: workspace started\n"
                                               "2024-02-29 12:34:57.000 warning: it rains\n");
@@ -202,6 +201,7 @@ TEST_F(CommandLine, EveryVerbHasHelpAndJson) {
 }
 
 TEST_F(CommandLine, ExitCodesTellWhatWentWrong) {
+    mkfifo("pipe", 0600);
     struct Case {
         Words words;
         int code;

@@ -229,7 +229,7 @@ TEST_F(Model, FindsTheWindowThatADialogBelongsTo) {
     model.setClientList({kWindow, kDialog, kOther, kForeign}, Seconds(0));
     for (const xcb_window_t window : {kWindow, kDialog, kOther, kForeign}) {
         ClientWindow& client = *model.client(window);
-        client.processIdentifier = window == kForeign ? 2 : 1;
+        model.setOwner(client, window == kForeign ? 2 : 1);
         client.group = window == kOther ? kNoWindow : kLeader;
         model.setTopLevelOf(client, window);
     }
