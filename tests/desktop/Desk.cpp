@@ -81,7 +81,9 @@ ApplicationIdentity PlainCatalogue::identify(const ApplicationTraces& traces) {
     return {"test." + traces.className, traces.className, "", ""};
 }
 
-Desk::Desk(Manager manager, const std::string& size, ClientProcessNumbers numbers) : server_(size, numbers) {
+Desk::Desk(Manager manager, const std::string& size, ClientProcessNumbers numbers) :
+    // Some window managers live only where the server tells; there the desktop does not ask.
+    numbers_(numbers), server_(size, ClientProcessNumbers::told) {
     if (manager == Manager::openbox) server_.startManager();
 }
 
@@ -93,7 +95,8 @@ X11Desktop& Desk::openDesktop() {
     auto opened = X11Desktop::open({.displayName = server_.displayName(),
                                     .hiddenWindowsFile = hiddenWindowsFile(),
                                     .launcher = nullptr,
-                                    .patienceAtTheEnd = Seconds(10)},
+                                    .patienceAtTheEnd = Seconds(10),
+                                    .asksForProcesses = numbers_ == ClientProcessNumbers::told},
                                    loop_, catalogue_);
     if (const auto* failure = std::get_if<X11Desktop::Failure>(&opened)) throw std::runtime_error(failure->reason);
     desktop_ = std::move(std::get<0>(opened));

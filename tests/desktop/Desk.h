@@ -87,6 +87,7 @@ class Desk {
     std::string hiddenWindowsFile() const { return server_.folder() + "/hidden.json"; }
 
   private:
+    const ClientProcessNumbers numbers_;
     PrivateServer server_;
     // Stays connected: the next client would get its numbers, and its windows would be taken for the probe.
     TestLoop loop_;

@@ -53,7 +53,8 @@ std::optional<pid_t> innerProcessNumber(pid_t process) {
     return std::nullopt;
 }
 
-ClientProcesses::ClientProcesses(const XConnection& connection) : connection_(connection) {
+ClientProcesses::ClientProcesses(const XConnection& connection, bool asks) : connection_(connection) {
+    if (!asks) return;
     constexpr std::uint32_t kVersion = (1U << 16) + 2;
     const auto* extension = xcb_get_extension_data(connection.get(), &xcb_res_id);
     if (!extension || !extension->present) return;

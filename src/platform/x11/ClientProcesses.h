@@ -41,7 +41,8 @@ class ClientProcesses {
   public:
     /// Waits for the server. It counts as knowing no process where its numbers are not this process's: where it runs in
     /// another process namespace.
-    explicit ClientProcesses(const XConnection& connection);
+    /// Nor where it is not to be asked.
+    ClientProcesses(const XConnection& connection, bool asks);
 
     bool canAnswer() const { return canAnswer_; }
     /// Only when it can answer. Sends nothing yet.

@@ -34,9 +34,10 @@ X11Desktop::Parts::Parts(std::unique_ptr<XConnection> opened, const Options& opt
                          ApplicationCatalogue& applicationCatalogue) :
     connection(std::move(opened)),
     queue(mainQueue), catalogue(applicationCatalogue), launcher(options.launcher),
-    patienceAtTheEnd(options.patienceAtTheEnd), ownProcesses(ownLine()), processes(*connection),
-    model(connection->atoms(), connection->root()), displays(*connection), screenPower(*connection),
-    hidden(options.hiddenWindowsFile), outbox(*connection, model), refresh(*connection, processes, mutex, model) {
+    patienceAtTheEnd(options.patienceAtTheEnd), ownProcesses(ownLine()),
+    processes(*connection, options.asksForProcesses), model(connection->atoms(), connection->root()),
+    displays(*connection), screenPower(*connection), hidden(options.hiddenWindowsFile), outbox(*connection, model),
+    refresh(*connection, processes, mutex, model) {
     model.setRandrEventBase(displays.eventBase());
     model.rootSize = {connection->screen().width_in_pixels, connection->screen().height_in_pixels};
 }

@@ -38,6 +38,7 @@ class X11Desktop final : public AccessibilityServicing,
         ApplicationLauncher* launcher = nullptr; // outlives the desktop; null: nothing can be launched
         Seconds patienceAtTheEnd{0.5};           // how long its end waits for windows to come back
         bool waitsToSettleHiddenWindows = false; // those that a killed agent left stay until `settleHiddenWindows`
+        bool asksForProcesses = true;            // the server; else what windows say of theirs is all that is known
         bool claimsServer = false;               // fails where another agent has claimed the server
     };
     /// Why there is no desktop.

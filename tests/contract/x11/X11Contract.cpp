@@ -35,7 +35,7 @@ constexpr std::uint16_t kScreenWidth = 1280, kScreenHeight = 800, kSecondAt = 80
 
 class X11Stage final : public ContractDesktop {
   public:
-    explicit X11Stage(Manager manager) : manager_(manager), server_("1280x800") {
+    explicit X11Stage(Manager manager) : manager_(manager), server_("1280x800", testing::ClientProcessNumbers::told) {
         // What is launched inherits them.
         setenv("DISPLAY", server_.displayName().c_str(), 1);
         watcher_ = std::make_unique<TestClient>(server_.displayName(), "Watcher", 1);
@@ -43,7 +43,8 @@ class X11Stage final : public ContractDesktop {
         auto opened = X11Desktop::open({.displayName = server_.displayName(),
                                         .hiddenWindowsFile = server_.folder() + "/hidden.json",
                                         .launcher = &launcher_,
-                                        .patienceAtTheEnd = Seconds(10)},
+                                        .patienceAtTheEnd = Seconds(10),
+                                        .asksForProcesses = false}, // all clients are of this process
                                        loop_, catalogue_);
         if (const auto* failure = std::get_if<X11Desktop::Failure>(&opened)) throw std::runtime_error(failure->reason);
         desktop_ = std::move(std::get<0>(opened));
