@@ -18,18 +18,6 @@ bool PrivateServer::isInstalled() {
     return access("/usr/bin/Xvfb", X_OK) == 0;
 }
 
-bool PrivateServer::isInstalled(Manager manager) {
-    switch (manager) {
-    case Manager::none:
-        return true;
-    case Manager::openbox:
-        return access("/usr/bin/openbox", X_OK) == 0;
-    case Manager::mutter:
-        return access("/usr/bin/mutter", X_OK) == 0;
-    }
-    return false;
-}
-
 PrivateServer::PrivateServer(const std::string& size, ClientProcessNumbers numbers) {
     std::string pattern = (std::filesystem::temp_directory_path() / "kova-desktop-XXXXXX").string();
     if (const char* made = mkdtemp(pattern.data())) folder_ = made;
@@ -65,12 +53,9 @@ ChildProcess PrivateServer::start(const std::vector<std::string>& command) const
                                   "LC_ALL=C.UTF-8", "DISPLAY=" + displayName_});
 }
 
-void PrivateServer::startManager(Manager manager) {
+void PrivateServer::startManager() {
     const char* other = std::getenv("KOVA_TEST_WINDOW_MANAGER");
-    const std::string command = manager == Manager::mutter ? "mutter --x11 --sm-disable"
-                                : other                    ? other
-                                                           : "openbox --sm-disable";
-    manager_ = start({"/bin/sh", "-c", "exec " + command});
+    manager_ = start({"/bin/sh", "-c", std::string("exec ") + (other ? other : "openbox --sm-disable")});
     EXPECT_TRUE(TestClient(displayName_, "Probe", 1).waitForManager()) << "the window manager did not start";
 }
 

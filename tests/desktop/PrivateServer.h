@@ -8,7 +8,7 @@
 
 namespace kova::testing {
 
-enum class Manager { none, openbox, mutter };
+enum class Manager { none, openbox };
 /// Whether the server tells which processes its clients are. Where it does not, a test's clients may pass for several
 /// programs, though all are of one process.
 enum class ClientProcessNumbers { untold, told };
@@ -16,7 +16,6 @@ enum class ClientProcessNumbers { untold, told };
 class PrivateServer {
   public:
     static bool isInstalled();
-    static bool isInstalled(Manager manager);
     /// The screen's size as "1280x800".
     explicit PrivateServer(const std::string& size, ClientProcessNumbers numbers = ClientProcessNumbers::untold);
     ~PrivateServer();
@@ -27,7 +26,7 @@ class PrivateServer {
     ChildProcess start(const std::vector<std::string>& command) const;
     /// In place of Openbox the command in KOVA_TEST_WINDOW_MANAGER, to try another one by hand. Returns when it takes
     /// windows in.
-    void startManager(Manager manager = Manager::openbox);
+    void startManager();
     void endManager() { manager_.end(); }
     void end() { server_.end(); }
 
