@@ -419,13 +419,17 @@ void X11Desktop::Parts::sendSoon() {
 
 void X11Desktop::Parts::send() {
     isSendDue = false;
+    bool mustWatch = false;
     {
         const std::lock_guard lock(mutex);
         if (const auto given = outbox.activated()) keyboard.noteGiven(*given);
         outbox.send();
         mustFlush = true;
+        // A window that comes back and takes the keyboard is to be noticed at once.
+        mustWatch = isResting && !restsForPoll && keyboard.kept(queue.uptime());
     }
     settle({});
+    if (mustWatch) resume();
 }
 
 void X11Desktop::flush() {
