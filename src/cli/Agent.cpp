@@ -58,7 +58,12 @@ std::variant<json, Trouble> Agent::ask(std::string_view method, const json& para
     // What a terminal hands over need not be UTF-8; the agent then knows no such name and says so.
     if (const auto failure = client_.send(request.dump(-1, ' ', false, json::error_handler_t::replace)))
         return trouble(*failure);
-    auto reply = receive();
+    std::variant<json, Trouble> reply;
+    const json* told = nullptr;
+    do { // what is told meanwhile is no answer
+        reply = receive();
+        told = std::get_if<json>(&reply);
+    } while (told && told->contains("method"));
     auto* message = std::get_if<json>(&reply);
     // What the agent tells by itself may come before an answer that waits for the disk.
     while (message && message->contains("method")) {

@@ -137,6 +137,7 @@ void ControlConnection::finishMessage(std::string reply) {
         isHandling_ = false;
         if (!isOpen_) return;
         if (!reply.empty()) enqueue(std::move(reply));
+        for (auto& line : std::exchange(afterAnswer_, {})) enqueue(std::move(line));
         if (hasNothingLeftToSay()) {
             closeSoon();
         } else if (isInputPaused_ && hasRoomForInput(limits_.unansweredRequests / 2)) {
@@ -167,6 +168,15 @@ void ControlConnection::send(const std::string& line) {
     if (!isOpen_ || account_.isDropped()) return;
     if (!unsent_.empty() && unsentBytes() + line.size() > limits_.unsentBytes) return closeSoon();
     enqueue(line);
+}
+
+void ControlConnection::sendAfterAnswer(const std::string& line) {
+    {
+        const std::lock_guard guard(lock_);
+        if (!isOpen_) return;
+        if (isHandling_) return afterAnswer_.push_back(line);
+    }
+    send(line);
 }
 
 void ControlConnection::enqueue(std::string line) {

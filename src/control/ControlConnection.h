@@ -20,6 +20,7 @@
 #include <mutex>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace kova {
 
@@ -47,6 +48,7 @@ class ControlConnection final : public ControlPeer, public std::enable_shared_fr
 
     // Main thread
     void send(const std::string& line) override;
+    void sendAfterAnswer(const std::string& line) override;
     /// Sends the answer to the received message, if it has one. The next one is received once the client has read it.
     void finishMessage(std::string reply);
 
@@ -91,7 +93,8 @@ class ControlConnection final : public ControlPeer, public std::enable_shared_fr
     bool isOpen_ = true;
     bool hasInputEnded_ = false;
     bool isInputPaused_ = false;
-    bool isHandling_ = false; // a message is on the main queue
+    bool isHandling_ = false;              // a message is on the main queue
+    std::vector<std::string> afterAnswer_; // lines to send once that message is answered
     std::deque<Pending> pending_;
     std::size_t pendingBytes_ = 0;
     std::string unsent_;

@@ -218,7 +218,7 @@ void ShortcutMethods::tellRecorded(const Recording& recording, std::string_view 
                                    const std::string& message) const {
     const auto peer = recording.peer.lock();
     if (!peer) return;
-    peer->send(
+    peer->sendAfterAnswer(
         jsonrpc::line(jsonrpc::notification("recorded", {{"outcome", outcome},
                                                          {"message", message.empty() ? json(nullptr) : json(message)},
                                                          {"shortcut", recordOf(recording.action)}})));
@@ -243,7 +243,8 @@ void ShortcutMethods::tellClaimed() {
     for (const Waiting& waiting : std::exchange(waiting_, {})) {
         const auto peer = waiting.peer.lock();
         if (!peer) continue;
-        peer->send(jsonrpc::line(jsonrpc::notification("claimed", {{"shortcut", recordOf(waiting.action)}})));
+        peer->sendAfterAnswer(
+            jsonrpc::line(jsonrpc::notification("claimed", {{"shortcut", recordOf(waiting.action)}})));
     }
 }
 

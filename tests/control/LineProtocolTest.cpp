@@ -30,7 +30,10 @@ class EchoingAgent : public ControlHandling {
     void handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer,
                 ControlAnswer answer) override {
         ++count;
-        if (request.method == "later") return held.push_back(std::move(answer));
+        if (request.method == "later") {
+            if (!request.parameters.empty()) peer->sendAfterAnswer(request.parameters["tells"].dump());
+            return held.push_back(std::move(answer));
+        }
         if (request.method == "count") return answer(json(count));
         answer(reply(request, peer));
     }
@@ -283,11 +286,19 @@ TEST_F(LineProtocol, AnAnswerMayComeLaterAndInItsOrder) {
     EXPECT_EQ(connection.message().size(), 2u);
     EXPECT_EQ(connection.message()["id"], 7);
 
+    connection.send(R"({"jsonrpc":"2.0","id":3,"method":"later","params":{"tells":"news"}})"
+                    "\n");
+    EXPECT_EQ(other.ask(kEcho)["id"], 7);
+    ASSERT_EQ(agent.held.size(), 3u);
+    agent.held[2](json("c"));
+    EXPECT_EQ(connection.message()["result"], "c");
+    EXPECT_EQ(connection.message(), "news") << "not before the answer";
+
     connection.send(later + "\n");
     EXPECT_EQ(other.ask(kEcho)["id"], 7);
     server.reset();
-    ASSERT_EQ(agent.held.size(), 3u);
-    agent.held[2](json("too late"));
+    ASSERT_EQ(agent.held.size(), 4u);
+    agent.held[3](json("too late"));
     EXPECT_TRUE(connection.hungUp());
 }
 
