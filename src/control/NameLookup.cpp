@@ -13,7 +13,8 @@ namespace kova {
 
 namespace {
 
-constexpr std::size_t kLongestQuotation = 80; // bytes
+constexpr std::size_t kLongestQuotation = 80;    // bytes
+constexpr std::size_t kFirstNumberInNames = 100; // smaller ones are places in a list, or meant to be
 
 std::string quoted(std::string_view wanted) {
     return "“" + quotedName(wanted) + "”";
@@ -85,7 +86,9 @@ std::variant<std::size_t, ControlFailure> lookUp(std::string_view kind, std::str
 
     const std::string folded = lowercased(wanted);
     auto found = matching(things, [&](const std::string& name) { return name == folded; });
-    if (found.empty() && !folded.empty()) {
+    // “2” where there is one display is no part of its id.
+    const bool isPlace = numbered == Numbered::yes && isNumber && number < kFirstNumberInNames;
+    if (found.empty() && !folded.empty() && !isPlace) {
         found = matching(things, [&](const std::string& name) { return name.find(folded) != std::string::npos; });
     }
     if (found.size() == 1) return found.front();

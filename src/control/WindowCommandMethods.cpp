@@ -52,6 +52,8 @@ ControlReply carriedOut(WorkspaceController& controller, const JsonCursor& param
 
 /// The window named by "window" alone: "display" says where the tile is.
 WindowChoice namedWindow(const WorkspaceController& controller, const JsonCursor& parameters) {
+    // Without permission no window is known, and that is what is the matter.
+    if (auto failure = withoutPermission(controller)) return *std::move(failure);
     const auto named = parameters.optional("window");
     if (!named) return std::nullopt;
     const auto found = lookUpWindow(controller, named->string());
@@ -120,9 +122,9 @@ const char* describe(PlacementVerdict verdict) {
 } // namespace
 
 WindowChoice wantedWindow(const WorkspaceController& controller, const JsonCursor& parameters) {
-    if (parameters.optional("window")) return namedWindow(controller, parameters);
     const auto named = parameters.optional("display");
-    if (!named) return std::nullopt;
+    if (parameters.optional("window") || !named) return namedWindow(controller, parameters);
+    if (auto failure = withoutPermission(controller)) return *std::move(failure);
     const auto display = lookUpDisplay(controller, named->string());
     if (const auto* failure = std::get_if<ControlFailure>(&display)) return *failure;
     auto window = controller.windowLastFocusedOn(std::get<std::string>(display));

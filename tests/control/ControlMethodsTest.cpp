@@ -117,6 +117,12 @@ TEST_F(AgentMethods, LayoutsAreFoundByWhateverNamesThem) {
     EXPECT_EQ(shown["tiles"].size(), 6u);
     result("layout.setInset", {{"points", 20}});
     EXPECT_EQ(result("query.state")["state"]["settings"]["tileInset"], 20);
+
+    desk.desktop.renameDisplay("Beamer", "Wall 4");
+    desk.settle();
+    EXPECT_EQ(selected({{"layout", "quad-grid"}, {"display", "wall 4"}}), "jarvis.quad-grid");
+    EXPECT_EQ(error("layout.select", {{"layout", "quad-grid"}, {"display", "4"}})["code"], controlCode::refused)
+        << "there is no fourth display";
 }
 
 TEST_F(AgentMethods, RefusesWhatDoesNotExistWithAListOfWhatDoes) {
@@ -368,6 +374,12 @@ TEST_F(AgentMethods, ADesktopWithoutWindowsToManageSaysWhy) {
     EXPECT_EQ(error("arrange")["message"], "This is a Wayland session. Log in to an X11 session instead.");
     EXPECT_EQ(error("arrange")["code"], controlCode::noPermission);
     EXPECT_EQ(result("status")["problem"], "This is a Wayland session. Log in to an X11 session instead.");
+    for (const char* method : {"move", "place", "zoom"}) {
+        json parameters = {{"window", "mail"}};
+        if (method == std::string("move")) parameters["direction"] = "left";
+        if (method == std::string("place")) parameters["tile"] = "1";
+        EXPECT_EQ(error(method, parameters)["code"], controlCode::noPermission) << method;
+    }
     EXPECT_EQ(result("doctor").dump().find("permission"), std::string::npos);
 }
 
