@@ -58,14 +58,9 @@ std::variant<json, Trouble> Agent::ask(std::string_view method, const json& para
     // What a terminal hands over need not be UTF-8; the agent then knows no such name and says so.
     if (const auto failure = client_.send(request.dump(-1, ' ', false, json::error_handler_t::replace)))
         return trouble(*failure);
-    std::variant<json, Trouble> reply;
-    const json* told = nullptr;
-    do { // what is told meanwhile is no answer
-        reply = receive();
-        told = std::get_if<json>(&reply);
-    } while (told && told->contains("method"));
+    auto reply = receive();
     auto* message = std::get_if<json>(&reply);
-    // What the agent tells by itself may come before an answer that waits for the disk.
+    // What the agent tells by itself meanwhile is no answer, and is heard later.
     while (message && message->contains("method")) {
         told_.push_back(std::move(*message));
         reply = receive();
