@@ -147,6 +147,11 @@ TEST_F(SavingPreferences, WhatCannotBeWrittenIsSaidAndTriedAgainUntilItCan) {
 
 TEST_F(SavingPreferences, AFileThatCannotBeReadNowIsLeftAloneAndGoesBeforeWhatWasMadeUpMeanwhile) {
     given(R"({"KOVA.workspaceProfile.v1": {"name": "Mine"}, "both": "theirs"})");
+    {
+        // The undefined-behavior sanitizer needs a descriptor when it meets a type for the first time.
+        auto ordinary = this->store();
+        EXPECT_EQ(saved(ordinary), "on disk");
+    }
     std::optional<FilePreferencesStore> store;
     {
         const NoDescriptors none;
