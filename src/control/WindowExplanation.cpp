@@ -66,7 +66,7 @@ std::string presentPlace(const WorkspaceController& controller, const std::strin
     if (const auto stacked = assignments.stackTargetOf(windowID)) {
         return "it is behind another window in " + placeOf(controller, *stacked);
     }
-    if (window->isElsewhere) return "it is on another desktop";
+    if (window->isElsewhere) return "it is on another desktop, or too small to be managed";
     return window->isMinimized ? "it is minimized" : "it is in no tile";
 }
 

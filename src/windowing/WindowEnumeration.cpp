@@ -141,7 +141,7 @@ std::optional<WindowCandidate> candidateIn(const Answers& answers, const Accessi
 struct AccessibilityWindowService::Roll {
     std::uint64_t shownSpace = 0;
     std::vector<ManagedWindow> windows;
-    std::unordered_set<std::string> answered; // ids of listed elements that said what they are, managed or not
+    std::unordered_set<std::string> answered; // ids of listed elements that are managed
     std::unordered_set<pid_t> processes;      // of the applications whose windows are managed
 };
 
@@ -183,9 +183,9 @@ void AccessibilityWindowService::enumerateWindows(const RunningApplication& appl
     std::unordered_set<std::string> seen;
     for (const auto& element : *elements) {
         const Answers window(accessibility_, element, kWindowAttributes);
-        if (window.has(AccessibilityAttribute::role)) roll.answered.insert(windowID(process, element));
         auto candidate = candidateIn(window, element, process);
         if (!candidate || !seen.insert(candidate->id).second) continue;
+        roll.answered.insert(candidate->id);
         const auto space = accessibility_.spaceOf(element);
         found.push_back({std::move(*candidate), space, space && *space != roll.shownSpace});
     }

@@ -1,5 +1,6 @@
 #include "workspace/TileRoom.h"
 
+#include "layout/LayoutSolver.h"
 #include "layout/SpanFrame.h"
 
 #include <algorithm>
@@ -7,8 +8,6 @@
 namespace kova {
 
 namespace {
-
-constexpr double kFitTolerancePoints = 0.5; // as the solver's
 
 bool contains(const std::vector<std::string>& ids, const std::string& id) {
     return std::find(ids.begin(), ids.end(), id) != ids.end();
@@ -76,8 +75,8 @@ bool TileRoom::isCramped(const TileHolder& holder, const SolvedLayout& solved) c
     if (own.empty()) return false;
     const CGSize cell = own.size() == 1 ? own.front().size : frameOfSpan(own, others).size;
     const CGSize least = attainable(holder.minimumSize, solved);
-    return cell.width - 2 * tileInset_ < least.width - kFitTolerancePoints ||
-           cell.height - 2 * tileInset_ < least.height - kFitTolerancePoints;
+    return cell.width - 2 * tileInset_ < least.width - kMinimumFitTolerance ||
+           cell.height - 2 * tileInset_ < least.height - kMinimumFitTolerance;
 }
 
 std::vector<std::string> TileRoom::cramped() const {

@@ -95,6 +95,7 @@ void WorkspaceController::writeInteractiveFrames(const std::string& id) {
 
 void WorkspaceController::endDividerDrag(const DisplayLayoutDivider& target) {
     if (!dividerDrag_.concerns(target)) return;
+    sizes_.notePointer(services_.queue.uptime());
     applyDividerDrag();
     const auto drag = dividerDrag_.end();
     const std::string id = drag->target.displayID;

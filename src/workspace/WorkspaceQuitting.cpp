@@ -16,6 +16,9 @@ bool WorkspaceController::quitApplication(const std::string& windowID) {
 }
 
 bool WorkspaceController::forceQuitApplication(const std::string& windowID) {
+    const ManagedWindow* window = findLive(windowID);
+    if (window && !services_.applications.runningApplication(window->processIdentifier))
+        return refuse(notForceQuitMessage(window->applicationName, "it does not run any more"));
     return endApplicationOf(windowID, "Force quit requested for ",
                             [this](pid_t process) { return services_.applications.forceTerminate(process); });
 }

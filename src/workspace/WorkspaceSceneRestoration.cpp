@@ -236,6 +236,7 @@ void WorkspaceController::raiseRestored(const std::vector<std::string>& windowID
         if (window && !window->isFullScreen) fronts.push_back(window);
     }
     auto covered = coveredByOthers(fronts, services_.accessibility.onScreenWindows());
+    std::reverse(covered.begin(), covered.end()); // the lowest first, so that they keep their order
     const ManagedWindow* focused = focusedWindow();
     std::stable_partition(covered.begin(), covered.end(), [&](const auto* window) { return window != focused; });
     for (const auto* window : covered) windowService_->raise(*window);

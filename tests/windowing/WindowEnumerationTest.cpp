@@ -159,6 +159,7 @@ TEST(WindowEnumeration, AsksOnlyKnownWindowsThatAreMissingWhatBecameOfThem) {
     const Case cases[] = {
         {"all are listed", [] {}, "", 0},
         {"minimised", [&] { desktop.minimizeByHand("Mail"); }, "", 0},
+        {"too small", [&] { desktop.moveByHand("Mail 2", makeRect(0, 0, 100, 60)); }, "Mail 2", 2},
         {"on another Space", [&] { desktop.sendToVirtualDesktop("Mail 2", 1); }, "Mail 2", 2},
         {"closed", [&] { desktop.close("Mail 2"); }, "", 1},
         {"silent", [&] { desktop.setAnswering("Notes", false); }, "Notes silent, Notes 2 silent", 2},

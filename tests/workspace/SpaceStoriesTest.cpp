@@ -50,6 +50,14 @@ TEST_P(Spaces, WindowsOfTheOtherSpaceKeepTheirTilesAndAreNotWrittenTo) {
     EXPECT_FALSE(live("Mail").isElsewhere);
 }
 
+TEST_P(Spaces, AWindowThatIsTooSmallForAWhileKeepsItsTile) {
+    desk.desktop.moveByHand("Mail", makeRect(40, 40, 100, 60));
+    desk.advance(Seconds(2));
+    EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
+    desk.desktop.moveByHand("Mail", makeRect(40, 40, 700, 500));
+    desk.settle().expectTiles(picture);
+}
+
 TEST_P(Spaces, AWindowThatKeepsToASizeOfItsOwnIsNotAskedAgainAtEachReturn) {
     desk.opens("Terminal", {.cell = {17, 31}}).layout("jarvis.triple-stack").arrange().advance(Seconds(20));
     const int asked = desk.desktop.window("Terminal").frameWriteCount;

@@ -55,6 +55,7 @@ TEST(WorkspacePreferences, KeysAreThoseUnderWhichUsersHaveTheirValues) {
         {hideSystemDock, "KOVA.hideSystemDock.v2"},
         {onboardingCompleted, "KOVA.onboarding.completed.v1"},
         {hiddenApplications, "KOVA.hiddenApplications.v1"},
+        {bringNextForward, "KOVA.bringNextForward.v1"},
     };
     for (const auto& [key, literal] : keys) EXPECT_EQ(key, literal);
 }

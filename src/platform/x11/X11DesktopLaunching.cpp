@@ -86,6 +86,8 @@ std::optional<std::string> X11Desktop::forceTerminate(pid_t processIdentifier) {
             if (const ClientWindow* client = parts_->model.client(window)) evidence.push_back(evidenceOf(*client));
         }
     }
+    // Without a window nothing says that the process is still the one meant: its number may be another's by now.
+    if (evidence.empty()) return "it has no window any more";
     // One window that is attributed to the process by its own word alone is enough to doubt which one is meant.
     const auto innerNumber = innerProcessNumber(processIdentifier);
     for (const OwnerEvidence& ofWindow : evidence) {
