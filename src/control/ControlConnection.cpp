@@ -41,6 +41,7 @@ void ControlConnection::close() {
         if (!std::exchange(isOpen_, false)) return;
         unsent_ = {};
         alreadySent_ = 0;
+        batchAnswer_ = {};
         pending_.clear();
         account_.hold(0);
         asio::error_code ignored;
@@ -131,12 +132,29 @@ void ControlConnection::endInput() {
     if (isDone) close();
 }
 
-void ControlConnection::finishMessage(std::string reply) {
+void ControlConnection::addToBatch(std::string_view answer) {
+    const std::lock_guard guard(lock_);
+    if (answer.empty() || !isOpen_ || account_.isDropped()) return;
+    appendToBatch(answer);
+    countUnread();
+}
+
+void ControlConnection::appendToBatch(std::string_view answer) {
+    batchAnswer_ += batchAnswer_.empty() ? '[' : ',';
+    batchAnswer_ += answer;
+}
+
+void ControlConnection::finishMessage(std::string answer, bool isBatch) {
     {
         const std::lock_guard guard(lock_);
         isHandling_ = false;
-        if (!isOpen_) return;
-        if (!reply.empty()) enqueue(std::move(reply));
+        if (!isOpen_ || account_.isDropped()) return;
+        if (isBatch) {
+            if (!answer.empty()) appendToBatch(answer);
+            answer = std::exchange(batchAnswer_, {});
+            if (!answer.empty()) answer += ']';
+        }
+        if (!answer.empty()) enqueue(std::move(answer));
         for (auto& line : std::exchange(afterAnswer_, {})) enqueue(std::move(line));
         if (hasNothingLeftToSay()) {
             closeSoon();
@@ -184,7 +202,7 @@ void ControlConnection::enqueue(std::string line) {
     line.push_back('\n');
     if (wasWaiting) {
         unsent_.append(line);
-        account_.hold(unsentBytes());
+        countUnread();
         return;
     }
     unsent_ = std::move(line);
@@ -228,7 +246,7 @@ bool ControlConnection::sendWhatFits() {
         unsent_.erase(0, alreadySent_);
         alreadySent_ = 0;
     }
-    account_.hold(unsentBytes());
+    countUnread();
     return true;
 }
 

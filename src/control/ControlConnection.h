@@ -20,6 +20,7 @@
 #include <mutex>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kova {
@@ -49,8 +50,11 @@ class ControlConnection final : public ControlPeer, public std::enable_shared_fr
     // Main thread
     void send(const std::string& line) override;
     void sendAfterAnswer(const std::string& line) override;
-    /// Sends the answer to the received message, if it has one. The next one is received once the client has read it.
-    void finishMessage(std::string reply);
+    /// Keeps one answer to the received batch until all are there; it counts as unread meanwhile. Empty: none.
+    void addToBatch(std::string_view answer);
+    /// Sends the answer to the received message, of a batch the last one and those that were added, unless there is
+    /// none. The next message is received once the client has read it.
+    void finishMessage(std::string answer, bool isBatch);
 
     bool isConnected() const override;
 
@@ -70,6 +74,8 @@ class ControlConnection final : public ControlPeer, public std::enable_shared_fr
     bool hasNothingLeftToSay() const;
     bool hasRoomForInput(std::size_t unansweredAllowed) const;
     std::size_t unsentBytes() const { return unsent_.size() - alreadySent_; }
+    void appendToBatch(std::string_view answer);
+    void countUnread() { account_.hold(unsentBytes() + batchAnswer_.size()); }
     void enqueue(std::string line);
     bool sendWhatFits(); // false when the connection is broken
 
@@ -94,6 +100,7 @@ class ControlConnection final : public ControlPeer, public std::enable_shared_fr
     bool hasInputEnded_ = false;
     bool isInputPaused_ = false;
     bool isHandling_ = false;              // a message is on the main queue
+    std::string batchAnswer_;              // to that message, as far as it is built
     std::vector<std::string> afterAnswer_; // lines to send once that message is answered
     std::deque<Pending> pending_;
     std::size_t pendingBytes_ = 0;

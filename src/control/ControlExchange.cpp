@@ -4,6 +4,7 @@
 #include "support/Decoded.h"
 
 #include <exception>
+#include <string>
 #include <utility>
 #include <variant>
 
@@ -40,7 +41,7 @@ void ControlExchange::carryOut(const jsonrpc::Request& request) {
         const auto line = jsonrpc::replyTo(*id, std::move(reply));
         self->answered(&line);
     };
-    if (answers_.size() > longestBatchAnswer_) return answer(batchTooLarge(longestBatchAnswer_));
+    if (answerBytes_ > longestBatchAnswer_) return answer(batchTooLarge(longestBatchAnswer_));
     try {
         handling_.handle(request.call, connection_, answer);
     } catch (const DecodingError& error) {
@@ -52,13 +53,11 @@ void ControlExchange::carryOut(const jsonrpc::Request& request) {
 
 /// Null for a notification, which has no answer.
 void ControlExchange::answered(const nlohmann::json* reply) {
-    if (reply) {
-        if (!answers_.empty()) answers_ += ',';
-        answers_ += jsonrpc::line(*reply);
-    }
-    if (++at_ < message_.entries.size()) return turn_([self = shared_from_this()] { self->carryOn(); });
-    if (message_.isBatch && !answers_.empty()) answers_ = "[" + answers_ + "]";
-    connection_->finishMessage(std::move(answers_));
+    std::string answer = reply ? jsonrpc::line(*reply) : std::string();
+    answerBytes_ += answer.size();
+    if (++at_ == message_.entries.size()) return connection_->finishMessage(std::move(answer), message_.isBatch);
+    connection_->addToBatch(answer);
+    turn_([self = shared_from_this()] { self->carryOn(); });
 }
 
 } // namespace kova

@@ -9,7 +9,6 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
-#include <string>
 
 namespace kova {
 
@@ -35,7 +34,7 @@ class ControlExchange : public std::enable_shared_from_this<ControlExchange> {
     const jsonrpc::Message message_;
     const std::size_t longestBatchAnswer_;
     std::size_t at_ = 0;
-    std::string answers_; // separated by commas
+    std::size_t answerBytes_ = 0; // so far; the connection holds them
 };
 
 } // namespace kova

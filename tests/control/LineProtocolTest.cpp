@@ -323,6 +323,26 @@ TEST_F(LineProtocol, WhatAllClientsLeaveUnreadIsBoundedToo) {
               5'000'000u);
 }
 
+TEST_F(LineProtocol, AnswersOfBatchesThatAreNotCompleteCountAsUnread) {
+    listen({.totalUnsentBytes = 3'000'000});
+    const std::string batch = R"([{"jsonrpc":"2.0","id":1,"method":"large","params":{"bytes":900000}},)"
+                              R"({"jsonrpc":"2.0","id":2,"method":"later"}])"
+                              "\n";
+    // The second round finds nothing left of what the first one held.
+    for (int round = 0; round < 2; ++round) {
+        agent.held.clear();
+        std::vector<SocketClient> clients;
+        for (std::size_t i = 0; i < 8; ++i) {
+            clients.push_back(client());
+            clients.back().send(batch);
+            ASSERT_TRUE(waitUntil([this] { queue.runDue(); }, [&] { return agent.held.size() == i + 1; }));
+        }
+        for (std::size_t i = 0; i < 5; ++i) EXPECT_TRUE(clients[i].hungUp()) << i;
+        for (const auto& answer : std::vector(agent.held)) answer(json("done"));
+        for (std::size_t i = 5; i < 8; ++i) EXPECT_EQ(clients[i].message().size(), 2u) << i;
+    }
+}
+
 TEST_F(LineProtocol, EndingWaitsForNothingThatClientsHaveSent) {
     listen();
     std::string objects = R"({"jsonrpc":"2.0","id":1,"method":"echo","params":[{})";
