@@ -10,7 +10,6 @@
 #include "control/NameLookup.h"
 #include "control/Refusal.h"
 #include "control/RuleMethods.h"
-#include "control/SavedMethods.h"
 #include "control/SceneListeners.h"
 #include "control/SceneMethods.h"
 #include "control/SettingMethods.h"
@@ -74,9 +73,14 @@ class ControlMethods::Table {
     }
 
     void handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer, ControlAnswer answer) {
-        ControlReply reply = carryOut(request, peer);
+        const auto found = methods_.find(request.method);
+        if (found == methods_.end()) {
+            return answer(
+                ControlFailure{controlCode::methodNotFound, "There is no such method", {{"methods", names()}}});
+        }
+        ControlReply reply = carryOut(found->second, request, peer);
         auto* result = std::get_if<json>(&reply);
-        if (!result || !isAnsweredOnceSaved(request.method)) return answer(std::move(reply));
+        if (!result || !found->second.isAnsweredOnceSaved) return answer(std::move(reply));
         context_.preferences.save(
             [result = std::move(*result), answer = std::move(answer)](const auto& problem) mutable {
                 if (problem) result["unsaved"] = *problem;
@@ -85,20 +89,6 @@ class ControlMethods::Table {
     }
 
   private:
-    ControlReply carryOut(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer) {
-        const auto found = methods_.find(request.method);
-        if (found == methods_.end()) {
-            return ControlFailure{controlCode::methodNotFound, "There is no such method", {{"methods", names()}}};
-        }
-        const JsonCursor parameters(request.parameters, "");
-        // An unknown parameter is a misspelt one: a “dryrun” must not move windows.
-        for (const auto& [name, value] : parameters.members()) {
-            const auto& known = found->second.parameters;
-            if (std::find(known.begin(), known.end(), name) == known.end()) value.fail("there is no such parameter");
-        }
-        return found->second.run({parameters, peer});
-    }
-
     struct Call {
         JsonCursor parameters;
         const std::shared_ptr<ControlPeer>& peer;
@@ -106,16 +96,34 @@ class ControlMethods::Table {
     struct Method {
         std::vector<std::string_view> parameters;
         std::function<ControlReply(const Call&)> run;
+        bool isAnsweredOnceSaved = false;
     };
 
     void add(std::string name, std::vector<std::string_view> parameters, std::function<ControlReply(const Call&)> run) {
         methods_.emplace(std::move(name), Method{std::move(parameters), std::move(run)});
     }
 
+    /// A method that changes what the user keeps: it is answered once the change is on disk.
+    void addSaved(std::string name, std::vector<std::string_view> parameters,
+                  std::function<ControlReply(const Call&)> run) {
+        methods_.emplace(std::move(name), Method{std::move(parameters), std::move(run), true});
+    }
+
+    static ControlReply carryOut(const Method& method, const ControlRequest& request,
+                                 const std::shared_ptr<ControlPeer>& peer) {
+        const JsonCursor parameters(request.parameters, "");
+        // An unknown parameter is a misspelt one: a “dryrun” must not move windows.
+        for (const auto& [name, value] : parameters.members()) {
+            const auto& known = method.parameters;
+            if (std::find(known.begin(), known.end(), name) == known.end()) value.fail("there is no such parameter");
+        }
+        return method.run({parameters, peer});
+    }
+
     void addActions() {
         WorkspaceController& controller = context_.controller;
         add("arrange", {"dryRun"}, [this](const Call& call) { return arrange(call); });
-        add("arrangeAfterLaunch", {"isOn"}, [&controller](const Call& call) {
+        addSaved("arrangeAfterLaunch", {"isOn"}, [&controller](const Call& call) {
             return switchPreference(controller, call.parameters, &WorkspaceController::setAutoArrangeOnLaunch);
         });
         add("focus", {"direction", "window", "display"}, [&controller](const Call& call) {
@@ -170,10 +178,10 @@ class ControlMethods::Table {
             [&controller](const Call& call) { return selectLayout(controller, call.parameters); });
         add("layout.resetSizes", {"display"},
             [&controller](const Call& call) { return resetLayoutSizes(controller, call.parameters); });
-        add("layout.prefer", {"tile", "application"},
-            [&controller](const Call& call) { return preferApplication(controller, call.parameters); });
-        add("layout.setInset", {"points"},
-            [&controller](const Call& call) { return setTileInset(controller, call.parameters); });
+        addSaved("layout.prefer", {"tile", "application"},
+                 [&controller](const Call& call) { return preferApplication(controller, call.parameters); });
+        addSaved("layout.setInset", {"points"},
+                 [&controller](const Call& call) { return setTileInset(controller, call.parameters); });
     }
 
     void addApplications() {
@@ -185,65 +193,68 @@ class ControlMethods::Table {
             [&controller](const Call& call) { return endApplication(controller, call.parameters, Ending::quit); });
         add("app.forceQuit", {"window"},
             [&controller](const Call& call) { return endApplication(controller, call.parameters, Ending::forceQuit); });
-        add("app.forget", {"application"},
-            [&controller](const Call& call) { return forgetApplication(controller, call.parameters); });
+        addSaved("app.forget", {"application"},
+                 [&controller](const Call& call) { return forgetApplication(controller, call.parameters); });
         add("forceQuitAll", {"confirmed"},
             [&controller](const Call& call) { return forceQuitAll(controller, call.parameters); });
     }
 
     void addScenes() {
         WorkspaceController& controller = context_.controller;
-        add("scene.capture", {"name"},
-            [&controller](const Call& call) { return captureScene(controller, call.parameters); });
+        addSaved("scene.capture", {"name"},
+                 [&controller](const Call& call) { return captureScene(controller, call.parameters); });
         add("scene.list", {}, [&controller](const Call&) { return listScenes(controller); });
         add("scene.show", {"scene"},
             [&controller](const Call& call) { return showScene(controller, call.parameters); });
-        add("scene.open", {"scene", "wait"}, [this](const Call& call) {
+        addSaved("scene.open", {"scene", "wait"}, [this](const Call& call) {
             return openScene(context_.controller, sceneListeners_, call.parameters, call.peer);
         });
-        add("scene.rename", {"scene", "newName"},
-            [&controller](const Call& call) { return renameScene(controller, call.parameters); });
-        add("scene.delete", {"scene"},
-            [&controller](const Call& call) { return deleteScene(controller, call.parameters); });
+        addSaved("scene.rename", {"scene", "newName"},
+                 [&controller](const Call& call) { return renameScene(controller, call.parameters); });
+        addSaved("scene.delete", {"scene"},
+                 [&controller](const Call& call) { return deleteScene(controller, call.parameters); });
         add("scene.diff", {"scene"},
             [&controller](const Call& call) { return diffScene(controller, call.parameters); });
         add("export", {}, [this](const Call&) { return transfer_.exportDocument(); });
-        add("import", {"text", "more"},
-            [this](const Call& call) { return transfer_.importDocument(call.parameters, call.peer); });
+        addSaved("import", {"text", "more"},
+                 [this](const Call& call) { return transfer_.importDocument(call.parameters, call.peer); });
     }
 
     void addRules() {
         WorkspaceController& controller = context_.controller;
         add("rule.list", {}, [&controller](const Call&) { return listRules(controller); });
-        add("rule.add", {"application", "focused", "title", "disposition", "slot"},
-            [&controller](const Call& call) { return addRule(controller, call.parameters); });
-        add("rule.change", {"rule", "title", "disposition", "slot"},
-            [&controller](const Call& call) { return changeRule(controller, call.parameters); });
-        add("rule.enable", {"rule"},
-            [&controller](const Call& call) { return switchRule(controller, call.parameters, RuleSwitch::enable); });
-        add("rule.disable", {"rule"},
-            [&controller](const Call& call) { return switchRule(controller, call.parameters, RuleSwitch::disable); });
-        add("rule.delete", {"rule"},
-            [&controller](const Call& call) { return deleteRule(controller, call.parameters); });
-        add("rule.move", {"rule", "to"},
-            [&controller](const Call& call) { return moveRule(controller, call.parameters); });
+        addSaved("rule.add", {"application", "focused", "title", "disposition", "slot"},
+                 [&controller](const Call& call) { return addRule(controller, call.parameters); });
+        addSaved("rule.change", {"rule", "title", "disposition", "slot"},
+                 [&controller](const Call& call) { return changeRule(controller, call.parameters); });
+        addSaved("rule.enable", {"rule"}, [&controller](const Call& call) {
+            return switchRule(controller, call.parameters, RuleSwitch::enable);
+        });
+        addSaved("rule.disable", {"rule"}, [&controller](const Call& call) {
+            return switchRule(controller, call.parameters, RuleSwitch::disable);
+        });
+        addSaved("rule.delete", {"rule"},
+                 [&controller](const Call& call) { return deleteRule(controller, call.parameters); });
+        addSaved("rule.move", {"rule", "to"},
+                 [&controller](const Call& call) { return moveRule(controller, call.parameters); });
         add("rule.test", {"window"},
             [&controller](const Call& call) { return testRules(controller, call.parameters); });
-        add("rules.on", {}, [&controller](const Call&) { return switchRules(controller, RulesSwitch::on); });
-        add("rules.off", {}, [&controller](const Call&) { return switchRules(controller, RulesSwitch::off); });
+        addSaved("rules.on", {}, [&controller](const Call&) { return switchRules(controller, RulesSwitch::on); });
+        addSaved("rules.off", {}, [&controller](const Call&) { return switchRules(controller, RulesSwitch::off); });
     }
 
     void addLook() {
         WorkspaceController& controller = context_.controller;
         add("theme.list", {}, [&controller](const Call&) { return listThemes(controller); });
-        add("theme.select", {"theme"},
-            [&controller](const Call& call) { return selectTheme(controller, call.parameters); });
+        addSaved("theme.select", {"theme"},
+                 [&controller](const Call& call) { return selectTheme(controller, call.parameters); });
         add("accent.list", {}, [&controller](const Call&) { return listAccentColors(controller); });
-        add("accent.select", {"accentColor"},
-            [&controller](const Call& call) { return selectAccentColor(controller, call.parameters); });
+        addSaved("accent.select", {"accentColor"},
+                 [&controller](const Call& call) { return selectAccentColor(controller, call.parameters); });
         const auto addSwitch = [&](const char* name, void (WorkspaceController::*set)(bool)) {
-            add(name, {"isOn"},
-                [&controller, set](const Call& call) { return switchPreference(controller, call.parameters, set); });
+            addSaved(name, {"isOn"}, [&controller, set](const Call& call) {
+                return switchPreference(controller, call.parameters, set);
+            });
         };
         addSwitch("theme.background", &WorkspaceController::setUseThemeBackground);
         addSwitch("theme.brain", &WorkspaceController::setShowBrain);
@@ -253,12 +264,12 @@ class ControlMethods::Table {
 
     void addShortcuts() {
         add("shortcut.list", {}, [this](const Call&) { return shortcuts_.list(); });
-        add("shortcut.set", {"action", "keys"},
-            [this](const Call& call) { return shortcuts_.set(call.parameters, call.peer); });
-        add("shortcut.clear", {"action"}, [this](const Call& call) { return shortcuts_.clear(call.parameters); });
+        addSaved("shortcut.set", {"action", "keys"},
+                 [this](const Call& call) { return shortcuts_.set(call.parameters, call.peer); });
+        addSaved("shortcut.clear", {"action"}, [this](const Call& call) { return shortcuts_.clear(call.parameters); });
         add("shortcut.record", {"action"},
             [this](const Call& call) { return shortcuts_.record(call.parameters, call.peer); });
-        add("shortcut.restoreDefaults", {}, [this](const Call&) { return shortcuts_.restoreDefaults(); });
+        addSaved("shortcut.restoreDefaults", {}, [this](const Call&) { return shortcuts_.restoreDefaults(); });
     }
 
     void addQueries() {
@@ -281,8 +292,8 @@ class ControlMethods::Table {
     void addSettings() {
         const auto addSwitch = [this](const std::string& name, const std::optional<SystemSetting>& setting) {
             add(name + ".status", {}, [&setting](const Call&) { return tellSetting(setting); });
-            add(name + ".on", {}, [&setting](const Call&) { return switchSetting(setting, true); });
-            add(name + ".off", {}, [&setting](const Call&) { return switchSetting(setting, false); });
+            addSaved(name + ".on", {}, [&setting](const Call&) { return switchSetting(setting, true); });
+            addSaved(name + ".off", {}, [&setting](const Call&) { return switchSetting(setting, false); });
         };
         addSwitch("login", context_.startAtLogin);
         addSwitch("dock", context_.dockAutoHide);

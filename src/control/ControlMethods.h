@@ -42,8 +42,8 @@ class ControlMethods final : public ControlHandling {
   public:
     explicit ControlMethods(ControlContext context);
     ~ControlMethods() override;
-    /// A method that changes what the user keeps is answered once that is on disk, see `isAnsweredOnceSaved`; when it
-    /// could not be written, the answer says so in a member "unsaved".
+    /// A method that changes what the user keeps is answered once that is on disk; when it could not be
+    /// written, the answer says so in a member "unsaved".
     void handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer, ControlAnswer answer) override;
 
   private:

@@ -73,7 +73,11 @@ TEST_F(AgentMethods, WhatTheUserKeepsIsAnsweredOnceItIsOnDisk) {
                                                     {"shortcut.clear", {{"action", "undo"}}},
                                                     {"accent.select", {{"accentColor", "emerald"}}},
                                                     {"theme.brain", {{"isOn", true}}},
+                                                    {"arrangeAfterLaunch", {{"isOn", true}}},
+                                                    {"bringForward", {{"isOn", false}}},
                                                     {"layout.setInset", {{"points", 7}}},
+                                                    {"layout.prefer", {{"tile", "2"}, {"application", "Mail"}}},
+                                                    {"app.forget", {{"application", "Mail"}}},
                                                     {"login.on", json::object()}};
     auto other = client();
     for (const auto& [method, parameters] : changes) {
