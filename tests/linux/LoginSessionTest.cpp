@@ -223,7 +223,8 @@ TEST_F(LoginSessionTest, WhoIsGoneKeepsNobodySuspended) {
     expectTold("active ");
 }
 
-TEST_F(LoginSessionTest, OnlyTheOwnerOfTheNameIsBelievedAboutTheScreenSaver) {
+TEST_F(LoginSessionTest, OnlyTheOwnerOfTheNameIsBelieved) {
+    const std::string session = "/org/freedesktop/login1/session/c1";
     bus_.start();
     bus_.startLogind();
     bus_.addSession("c1", getuid(), "x11");
@@ -235,10 +236,33 @@ TEST_F(LoginSessionTest, OnlyTheOwnerOfTheNameIsBelievedAboutTheScreenSaver) {
     bus_.setScreenSaver(true);
     expectTold("locked ");
     bus_.forgeScreenSaver(false);
+    bus_.forgeOwner("org.gnome.ScreenSaver", "");
     turn(100ms);
     expectTold("");
     bus_.setScreenSaver(false);
     expectTold("unlocked ");
+    bus_.forgeOwner("org.gnome.ScreenSaver", bus_.forger());
+    bus_.forgeScreenSaver(true);
+    bus_.forge("/org/freedesktop/login1", PrivateBus::kManager, "PrepareForSleep", true);
+    bus_.forge(session, PrivateBus::kSession, "Lock");
+    bus_.forge(session, "org.freedesktop.DBus.Properties", "PropertiesChanged", std::string(PrivateBus::kSession),
+               std::map<std::string, sdbus::Variant>{{"Active", sdbus::Variant(false)}}, std::vector<std::string>());
+    bus_.forgeOwner("org.freedesktop.login1", "");
+    turn(200ms);
+    expectTold("");
+    EXPECT_TRUE(isListening());
+    bus_.call("c1", "Lock"); // logind itself is still heard
+    expectTold("locked ");
+}
+
+TEST_F(LoginSessionTest, AScreenSaverThatCannotConfirmItsSignalLocksNothing) {
+    bus_.start();
+    bus_.startLogind();
+    bus_.addSession("c1", getuid(), "x11");
+    open("c1");
+    ASSERT_TRUE(turnUntil([&] { return isListening(); }));
+    bus_.playSaverWithoutState("org.mate.ScreenSaver");
+    expectTold("locked unlocked ");
 }
 
 TEST_F(LoginSessionTest, AFloodOfChangesIsReducedToItsOutcome) {

@@ -89,12 +89,32 @@ class PrivateBus {
             .onInterface("org.gnome.ScreenSaver")
             .withArguments(isActive);
     }
-    /// A signal of the screen saver's interface from a program that owns no name: to all, and to each connection alone.
+    /// A program that owns the name of a screen saver, sends its signal, and has no method to ask for the state.
+    void playSaverWithoutState(const std::string& name) {
+        screenSaver_ = testing::ChildProcess({"/usr/bin/python3", "-m", "dbusmock", name, "/", name},
+                                             {"PATH=/usr/bin:/bin", "DBUS_SESSION_BUS_ADDRESS=" + address()});
+        waitForOwner(name, true);
+        sdbus::createProxy(*connection_, name, "/")
+            ->callMethod("EmitSignal")
+            .onInterface("org.freedesktop.DBus.Mock")
+            .withArguments(name, std::string("ActiveChanged"), std::string("b"),
+                           std::vector<sdbus::Variant>{sdbus::Variant(true)});
+    }
     void forgeScreenSaver(bool isActive) {
-        const auto object = sdbus::createObject(*connection_, "/org/gnome/ScreenSaver");
+        forge("/org/gnome/ScreenSaver", "org.gnome.ScreenSaver", "ActiveChanged", isActive);
+    }
+    std::string forger() const { return connection_->getUniqueName(); }
+    /// A forged signal of the bus that the name has another owner; an empty one for none.
+    void forgeOwner(const std::string& name, const std::string& owner) {
+        forge("/org/freedesktop/DBus", "org.freedesktop.DBus", "NameOwnerChanged", name, std::string(), owner);
+    }
+    /// A signal from a program that owns no name: to all, and to each connection alone.
+    template <class... Arguments>
+    void forge(const std::string& path, const char* interface, const char* member, const Arguments&... arguments) {
+        const auto object = sdbus::createObject(*connection_, path);
         const auto send = [&](const std::string& receiver) {
-            auto signal = object->createSignal("org.gnome.ScreenSaver", "ActiveChanged");
-            signal << isActive;
+            auto signal = object->createSignal(interface, member);
+            ((signal << arguments), ...);
             if (!receiver.empty()) signal.setDestination(receiver);
             signal.send();
         };

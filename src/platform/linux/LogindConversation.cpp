@@ -32,7 +32,7 @@ std::optional<T> property(const Properties& properties, const char* name) {
 }
 
 std::string signalRule(const std::string& interface, const std::string& member) {
-    return std::string("type='signal',sender='") + kService + "',interface='" + interface + "',member='" + member + "'";
+    return "interface='" + interface + "',member='" + member + "'";
 }
 
 } // namespace
@@ -64,42 +64,37 @@ std::string LogindConversation::description() const {
 
 std::vector<BusSignal> LogindConversation::signals() {
     std::vector<BusSignal> all;
-    all.push_back({signalRule(kManager, "PrepareForSleep"), [this](sdbus::Message& message) {
+    all.push_back({kService, signalRule(kManager, "PrepareForSleep"), [this](sdbus::Message& message) {
                        bool isPreparing = false;
                        message >> isPreparing;
                        listener_.sleep(isPreparing);
                    }});
-    all.push_back({signalRule(kManager, "SessionNew"), [this](sdbus::Message&) {
+    all.push_back({kService, signalRule(kManager, "SessionNew"), [this](sdbus::Message&) {
                        if (!isListening()) begin(); // perhaps this one is ours
                    }});
-    all.push_back({signalRule(kManager, "SessionRemoved"), [this](sdbus::Message& message) {
+    all.push_back({kService, signalRule(kManager, "SessionRemoved"), [this](sdbus::Message& message) {
                        std::string id;
                        sdbus::ObjectPath path;
                        message >> id >> path;
                        if (path == sessionPath_) begin();
                    }});
-    all.push_back({signalRule(kSession, "Lock"), [this](sdbus::Message& message) {
+    all.push_back({kService, signalRule(kSession, "Lock"), [this](sdbus::Message& message) {
                        if (message.getPath() == sessionPath_) listener_.lockSignal();
                    }});
-    all.push_back({signalRule(kSession, "Unlock"), [this](sdbus::Message& message) {
+    all.push_back({kService, signalRule(kSession, "Unlock"), [this](sdbus::Message& message) {
                        if (message.getPath() == sessionPath_) listener_.unlockSignal();
                    }});
-    all.push_back(
-        {signalRule(kProperties, "PropertiesChanged") + ",arg0='" + kSession + "'", [this](sdbus::Message& message) {
-             if (message.getPath() == sessionPath_) propertiesChanged(message);
-         }});
-    all.push_back({std::string("type='signal',sender='org.freedesktop.DBus',interface='org.freedesktop.DBus',"
-                               "member='NameOwnerChanged',arg0='") +
-                       kService + "'",
+    all.push_back({kService, signalRule(kProperties, "PropertiesChanged") + ",arg0='" + kSession + "'",
                    [this](sdbus::Message& message) {
-                       std::string name, before, after;
-                       message >> name >> before >> after;
-                       if (after.empty()) {
-                           fallSilent("logind does not run");
-                       } else {
-                           begin();
-                       }
+                       if (message.getPath() == sessionPath_) propertiesChanged(message);
                    }});
+    all.push_back(ownerChange(kService, [this](const std::string& owner) {
+        if (owner.empty()) {
+            fallSilent("logind does not run");
+        } else {
+            begin();
+        }
+    }));
     return all;
 }
 

@@ -11,9 +11,11 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <limits>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string_view>
 #include <thread>
 #include <utility>
@@ -74,7 +76,8 @@ std::shared_ptr<sdbus::IConnection> connectionTo(const std::string& address, con
                     // Somebody speaks another dialect; what cannot be read was not said.
                 }
             };
-            connection->addMatch(signal.rule, heard, sdbus::floating_slot);
+            connection->addMatch("type='signal',sender='" + signal.sender + "'," + signal.rule, heard,
+                                 sdbus::floating_slot);
         }
         return connection;
     } catch (const sdbus::Error& error) {
@@ -84,6 +87,16 @@ std::shared_ptr<sdbus::IConnection> connectionTo(const std::string& address, con
 }
 
 } // namespace
+
+BusSignal ownerChange(const std::string& service, std::function<void(const std::string&)> heard) {
+    return {kBusService,
+            std::string("interface='") + kBusService + "',member='NameOwnerChanged',arg0='" + service + "'",
+            [heard = std::move(heard)](sdbus::Message& message) {
+                std::string name, before, after;
+                message >> name >> before >> after;
+                heard(after);
+            }};
+}
 
 /// Shared with the thread that connects. It may outlive the bus when nobody answers at the other end.
 struct MessageBus::Attempt {
@@ -107,7 +120,19 @@ MessageBus::~MessageBus() {
 }
 
 void MessageBus::open(std::vector<BusSignal> signals, std::function<void()> connected, std::function<void()> lost) {
-    signals_ = std::move(signals);
+    std::set<std::string> services;
+    for (const BusSignal& signal : signals) services.insert(signal.sender);
+    services.erase(kBusService);
+    for (const std::string& service : services) {
+        signals_.push_back(
+            ownerChange(service, [this, service](const std::string& owner) { setOwner(service, owner); }));
+    }
+    std::ranges::move(signals, std::back_inserter(signals_));
+    for (BusSignal& signal : signals_) {
+        signal.heard = [this, sender = signal.sender, heard = std::move(signal.heard)](sdbus::Message& message) {
+            if (isGenuine(message, sender)) heard(message);
+        };
+    }
     connected_ = std::move(connected);
     lost_ = std::move(lost);
     connect();
@@ -181,11 +206,29 @@ void MessageBus::ask(const BusQuestion& question, std::uint32_t number, Answer a
 
 void MessageBus::askForOwner(const std::string& service, std::function<void(const std::string&)> answer) {
     ask({kBusService, "/org/freedesktop/DBus", kBusService, "GetNameOwner"}, {service},
-        [answer = std::move(answer)](sdbus::Message* reply) {
+        [this, service, answer = std::move(answer)](sdbus::Message* reply) {
             std::string owner;
             if (reply) *reply >> owner;
+            // No reply in time does not mean that a known owner has left: the bus announces that.
+            if (!owner.empty()) setOwner(service, owner);
             answer(owner);
         });
+}
+
+void MessageBus::setOwner(const std::string& service, const std::string& owner) {
+    if (owner.empty()) {
+        owners_.erase(service);
+    } else {
+        owners_[service] = owner;
+    }
+}
+
+/// Match rules do not keep forged signals out: a signal that is addressed to this connection alone is delivered without
+/// the bus's matching. The bus itself writes the sender into each message.
+bool MessageBus::isGenuine(const sdbus::Message& signal, const std::string& sender) const {
+    if (sender == kBusService) return signal.getSender() == kBusService;
+    const auto owner = owners_.find(sender);
+    return owner != owners_.end() && signal.getSender() == owner->second;
 }
 
 void MessageBus::process() {
@@ -221,6 +264,7 @@ void MessageBus::lose(const std::string& problem) {
     const bool wasConnected = problem_.empty();
     problem_ = problem;
     watch_ = {};
+    owners_.clear();
     proxies_.clear();
     // Its descriptor stays open until the watch, in whose call this may be, has let go of it.
     loop_.post([last = std::exchange(connection_, nullptr)] {});

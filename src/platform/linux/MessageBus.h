@@ -20,11 +20,16 @@ class MethodCall;
 
 namespace kova {
 
-/// A signal that is to be passed on, by the bus's rules for matches. It is heard on the main thread.
+/// A signal to listen to. `heard` is called on the main thread, and only for signals that the current owner of the name
+/// `sender` sent.
 struct BusSignal {
-    std::string rule;
+    std::string sender;
+    std::string rule; // further conditions of the bus's match rule: "interface='...',member='...'"
     std::function<void(sdbus::Message&)> heard;
 };
+
+/// The bus's signal that `service` has another owner; `owner` is empty when it has none any more.
+BusSignal ownerChange(const std::string& service, std::function<void(const std::string& owner)> heard);
 
 /// What is asked of whom.
 struct BusQuestion {
@@ -60,8 +65,11 @@ class MessageBus {
     void ask(const BusQuestion& question, std::uint32_t number, Answer answer);
     /// With arguments of any types, which `fill` writes before this returns.
     void send(const BusQuestion& question, const std::function<void(sdbus::MethodCall&)>& fill, Answer answer);
-    /// Who owns the name; empty when nobody does. Starts no service.
+    /// Asks for the owner of the name; empty when there is none. Starts no service. Signals of a service are passed on
+    /// only after this has been asked on the current connection, or after the service has appeared on it.
     void askForOwner(const std::string& service, std::function<void(const std::string& owner)> answer);
+    /// Whether the name is known to have an owner.
+    bool hasOwner(const std::string& service) const { return owners_.contains(service); }
 
   private:
     struct Attempt;
@@ -70,11 +78,14 @@ class MessageBus {
     void process();
     void waitForDeadline();
     void lose(const std::string& problem);
+    void setOwner(const std::string& service, const std::string& owner);
+    bool isGenuine(const sdbus::Message& signal, const std::string& sender) const;
 
     std::string name_;
     std::string address_;
     EventLoop& loop_;
     std::vector<BusSignal> signals_;
+    std::map<std::string, std::string> owners_; // unique connection name by service; empty without a connection
     std::function<void()> connected_;
     std::function<void()> lost_;
     std::string problem_ = "not connected yet";

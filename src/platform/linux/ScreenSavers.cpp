@@ -47,26 +47,17 @@ std::string ScreenSavers::description() const {
 std::vector<BusSignal> ScreenSavers::signals() {
     std::vector<BusSignal> all;
     for (const std::string name : kNames) {
-        all.push_back({"type='signal',sender='" + name + "',interface='" + name + "',member='ActiveChanged'",
-                       [this, name](sdbus::Message& message) {
-                           // A signal that is sent to this connection alone passes by the bus's matching.
-                           const auto owner = owners_.find(name);
-                           if (owner == owners_.end() || message.getSender() != owner->second) return;
+        all.push_back({name, "interface='" + name + "',member='ActiveChanged'", [this, name](sdbus::Message& message) {
                            bool isActive = false;
                            message >> isActive;
                            present_.insert(name);
                            listener_(name, isActive);
                            confirm(name);
                        }});
-        all.push_back({"type='signal',sender='org.freedesktop.DBus',interface='org.freedesktop.DBus',"
-                       "member='NameOwnerChanged',arg0='" +
-                           name + "'",
-                       [this, name](sdbus::Message& message) {
-                           std::string subject, before, after;
-                           message >> subject >> before >> after;
-                           gone(name); // who comes instead begins anew
-                           setOwner(name, after);
-                       }});
+        all.push_back(ownerChange(name, [this, name](const std::string& owner) {
+            gone(name); // the state of the previous owner does not apply to the new one
+            if (!owner.empty()) confirm(name);
+        }));
     }
     return all;
 }
@@ -74,15 +65,10 @@ std::vector<BusSignal> ScreenSavers::signals() {
 void ScreenSavers::begin() {
     for (const std::string name : kNames) {
         // Asking for the state would start a screen saver that does not run.
-        bus_.askForOwner(name, [this, name](const std::string& owner) { setOwner(name, owner); });
+        bus_.askForOwner(name, [this, name](const std::string& owner) {
+            if (!owner.empty()) confirm(name);
+        });
     }
-}
-
-void ScreenSavers::setOwner(const std::string& name, const std::string& owner) {
-    owners_.erase(name);
-    if (owner.empty()) return;
-    owners_[name] = owner;
-    confirm(name);
 }
 
 /// One question at a time; what is heard while it is open is asked about once it is answered.
@@ -97,7 +83,7 @@ void ScreenSavers::confirm(const std::string& name) {
 
 void ScreenSavers::ask(const std::string& name, const std::string& path, const std::string& otherPath) {
     bus_.ask({name, path, name, "GetActive"}, MessageBus::Words{}, [this, name, otherPath](sdbus::Message* reply) {
-        const bool isNewest = !outdated_.contains(name) && owners_.contains(name);
+        const bool isNewest = !outdated_.contains(name) && bus_.hasOwner(name);
         if (reply && isNewest) {
             bool isActive = false;
             *reply >> isActive;
@@ -105,14 +91,16 @@ void ScreenSavers::ask(const std::string& name, const std::string& path, const s
             listener_(name, isActive);
         } else if (!reply && !otherPath.empty()) {
             return ask(name, otherPath, {});
-        } // else the name serves another purpose
+        } else if (!reply && isNewest) {
+            // The name serves another purpose. A lock that cannot be confirmed must not suspend the agent for good.
+            gone(name);
+        }
         asked_.erase(name);
-        if (outdated_.erase(name) > 0 && owners_.contains(name)) confirm(name);
+        if (outdated_.erase(name) > 0 && bus_.hasOwner(name)) confirm(name);
     });
 }
 
 void ScreenSavers::gone(const std::string& name) {
-    owners_.erase(name);
     present_.erase(name);
     listener_(name, false);
 }

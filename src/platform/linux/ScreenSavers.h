@@ -1,12 +1,11 @@
 // What the session's screen saver tells. Desktops have one each, under names of their own, with the same interface.
-// Only the owner of the name is believed: any program on the bus can send a signal of that interface. What a signal
-// says is confirmed by asking the owner.
+// What a signal says is confirmed by asking the owner of the name; without an answer the screen saver counts as
+// inactive.
 #pragma once
 
 #include "platform/linux/MessageBus.h"
 
 #include <functional>
-#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -30,15 +29,13 @@ class ScreenSavers {
     void ask(const std::string& name);
     void ask(const std::string& name, const std::string& path, const std::string& otherPath);
     void gone(const std::string& name);
-    void setOwner(const std::string& name, const std::string& owner);
     void confirm(const std::string& name);
 
     MessageBus bus_;
     Listener listener_;
     std::set<std::string> present_;
-    std::map<std::string, std::string> owners_; // the connection that owns each name
-    std::set<std::string> asked_;               // of names whose answer is awaited
-    std::set<std::string> outdated_;            // of those, names of which something was heard meanwhile
+    std::set<std::string> asked_;    // of names whose answer is awaited
+    std::set<std::string> outdated_; // of those, names of which something was heard meanwhile
 };
 
 } // namespace kova
