@@ -340,7 +340,7 @@ AutoArrangePlacement Planner::frontPlacement(std::size_t candidate, const Seat& 
         placement.claimedTargets.push_back({display.displayID, display.solved.slots[slot]});
     }
     placement.target = placement.claimedTargets.front();
-    placement.isDeferred = input_.candidates[candidate].isDeferred;
+    placement.isDeferred = input_.candidates[candidate].isDeferred || input_.candidates[candidate].isComingBack;
     placement.explanation =
         describe(candidate) + " → " + placement.target.slot.name + " on " + display.name + ": " + seat.reason;
     if (seat.slots.size() > 1) {

@@ -43,6 +43,7 @@ struct ArrangementCandidate {
     CGSize minimumSize{};                       // points, 0 where none is known
     std::optional<RuleTile> rule;               // while rules are on
     bool isDeferred = false;                    // minimized or hidden: needs time to come back
+    bool isComingBack = false;                  // was, and is on its way: needs the time, but ranks as shown
     std::optional<std::size_t> useRank;         // 0 for the window used last; absent for one never used
     bool isFixedSize = false;
 };

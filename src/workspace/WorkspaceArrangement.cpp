@@ -89,7 +89,8 @@ std::optional<ArrangementCandidate> WorkspaceController::candidateFor(const Mana
     candidate.minimumSize = minimumSizeOf(window, WindowSizes::Purpose::nextArrangement);
     candidate.rule = tileOfRule(window);
     candidate.isFixedSize = isAtItsMinimum(window);
-    candidate.isDeferred = window.isMinimized || isHidden || presentationRequests_.isComingBack(window.id);
+    candidate.isComingBack = presentationRequests_.isComingBack(window.id);
+    candidate.isDeferred = !candidate.isComingBack && (window.isMinimized || isHidden);
     return candidate;
 }
 

@@ -66,6 +66,27 @@ TEST(StackStories, TheNextWindowComesForwardHoweverTheFrontOneLeaves) {
     }
 }
 
+TEST(StackStories, AnArrangementThatFollowsAtOnceFindsTheNextWindowShown) {
+    for (const auto style : {HidingStyle::hidesApplication, HidingStyle::iconifiesWindows}) {
+        std::string pictures[2];
+        for (const bool isAtOnce : {false, true}) {
+            Desk desk;
+            desk.desktop.setHidingStyle(style);
+            desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Viewer").arrange();
+            const auto left = desk.controller().tiles().front().targetID;
+            desk.opens("Codex").settle();
+            desk.controller().placeWindow(desk.desktop.windowIDOf("Codex"), left, WorkspaceController::Focusing::no);
+            desk.settle().desktop.focusByHand("Codex");
+            desk.settle();
+            EXPECT_TRUE(desk.controller().moveWindow(right));
+            if (!isAtOnce) desk.settle();
+            EXPECT_TRUE(desk.controller().perform(action::Arrange{}));
+            pictures[isAtOnce] = desk.settle().tiles();
+        }
+        EXPECT_EQ(pictures[1], pictures[0]);
+    }
+}
+
 TEST(StackStories, WalkingAWindowRoundAGridAndBackGivesThePictureOfTheStart) {
     Desk desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
