@@ -24,7 +24,8 @@ void StackSuccession::keepOnly(const std::set<std::string>& windowIDs) {
 std::vector<std::vector<Promotion>> StackSuccession::candidates(const TileAssignments& before,
                                                                 const TileAssignments& now) const {
     std::vector<std::vector<Promotion>> all;
-    for (const auto& [target, former] : before.assignedWindowIDs) {
+    for (const auto& [key, former] : before.assignedWindowIDs) {
+        const std::string& target = key;
         if (now.assignedWindowIDs.contains(target)) continue;
         std::vector<Promotion> here;
         const auto offer = [&](const std::string& windowID) {

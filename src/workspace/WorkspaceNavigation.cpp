@@ -145,7 +145,8 @@ bool WorkspaceController::cycleStack(const action::CycleStack& cycle) {
         if (cycle.targetID) return refuse("No other window waits in that tile");
         return requireStartingPoint(cycle.windowID) && refuse("No other window waits behind it in its tile");
     }
-    auto& [target, order] = *turn;
+    const auto& target = turn->targetID;
+    auto& order = turn->order;
     const ManagedWindow* next = findLive(order.front());
     if (!next) return false;
     const ManagedWindow window = *next;

@@ -87,7 +87,7 @@ WorkspaceController::nextClaimOn(const Screen& screen, const std::string& first,
                                  const std::set<std::string>& done) const {
     const TileRoom room = roomOn(screen);
     auto cramped = room.cramped();
-    std::ranges::stable_partition(cramped, [&](const std::string& id) { return id == first; });
+    std::stable_partition(cramped.begin(), cramped.end(), [&](const std::string& id) { return id == first; });
     for (const auto& windowID : cramped) {
         const ManagedWindow* window = findLive(windowID);
         const auto anchor = assignments_.targetOf(windowID);

@@ -134,8 +134,8 @@ TEST_P(Windows, TakeTheLargestFrameThatTheirHintsAllow) {
         const CGRect wished = largestFrameWithin(tile, *desk.window(title).sizeHints);
         desk.place(desk.window(title), wished);
         desk.service().flush();
-        EXPECT_TRUE(desk.runUntil([&] {
-            const CGRect frame = client->outerFrame(window);
+        EXPECT_TRUE(desk.runUntil([&, id = window] {
+            const CGRect frame = client->outerFrame(id);
             return nearlyEqual(frame, wished, 2) && containsWithin(tile, frame, 0);
         })) << title;
         desk.runFor(Seconds(0.8));

@@ -112,8 +112,8 @@ class UndoWalk {
             if (!living.contains(id) || isLeftAlone || mayBeBack || (haveTilesMoved && now.assignments.isAssigned(id)))
                 continue;
             // Where a window was opened since, the others of its hidden application are minimized instead.
-            const bool hasNewSibling = std::any_of(living.begin(), living.end(), [&](const std::string& other) {
-                return !before.windows.contains(other) && processOf(other) == processOf(id);
+            const bool hasNewSibling = std::any_of(living.begin(), living.end(), [&, process = processOf(id)](const std::string& other) {
+                return !before.windows.contains(other) && processOf(other) == process;
             });
             EXPECT_EQ(hasNewSibling ? minimizedForHidden(now.windows.at(id)) : now.windows.at(id),
                       hasNewSibling ? minimizedForHidden(description) : description);
