@@ -23,7 +23,7 @@ struct ControlServerLimits {
     std::size_t totalUnsentBytes = 64 * 1024 * 1024;  // of all clients, see `UnsentBudget`
     std::size_t longestBatchAnswer = 4 * 1024 * 1024; // in bytes: what comes after that in a batch is not carried out
     std::size_t unansweredRequests = 64;              // of one client; what it sends beyond that is not read yet
-    std::optional<uid_t> onlyUser{};                  // who may connect; this process's own user when absent
+    std::optional<uid_t> onlyUser{};                  // the user that may connect; this process's own when absent
 };
 
 class ControlServer {

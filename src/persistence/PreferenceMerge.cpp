@@ -102,7 +102,7 @@ class Merger {
             const auto found = records.find(id);
             return found == records.end() ? nullptr : found->second;
         };
-        // Whoever rearranged the records says their order; new ones of the other side come last.
+        // The side that rearranged the records gives their order; new ones of the other side come last.
         const bool haveWeMoved = order(sides.ours, *base) != order(sides.base, *ours);
         auto ids = order(haveWeMoved ? sides.ours : sides.theirs, haveWeMoved ? *ours : *theirs);
         const std::set<std::string> ordered(ids.begin(), ids.end());

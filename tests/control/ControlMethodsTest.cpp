@@ -258,7 +258,7 @@ TEST_F(AgentMethods, SubscribersHearNumberedChangesAndEndUpWithTheState) {
     result("zoom");
     EXPECT_TRUE(heard()["focusMode"].is_null());
 
-    // Whoever follows the focus hears of it, also when nothing else changes.
+    // Subscribers of the focus are notified, also when nothing else changes.
     desk.desktop.focusByHand("Notes");
     desk.settle();
     const json focus = heard()["focus"];

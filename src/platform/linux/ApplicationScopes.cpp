@@ -66,7 +66,7 @@ void ApplicationScopes::ask(const Launched& launched) {
         {"PIDs", sdbus::Variant(std::vector<std::uint32_t>{static_cast<std::uint32_t>(launched.process)})},
         {"Description", sdbus::Variant(launched.name + ", launched by KOVA")},
         {"Slice", sdbus::Variant(std::string("app.slice"))},
-        // One that has ended badly is not kept for somebody to look at.
+        // A unit that failed is not kept for inspection.
         {"CollectMode", sdbus::Variant(std::string("inactive-or-failed"))}};
     const std::string name = scopeName(launched.identifier, launched.process);
     bus_.send(

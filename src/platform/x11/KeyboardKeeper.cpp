@@ -4,7 +4,7 @@ namespace kova::x11 {
 
 namespace {
 
-/// Later than that it is the user who has chosen the window.
+/// Later than that the user has chosen the window.
 constexpr Seconds kTimeToReturn{1};
 /// An application that insists on the keyboard has it.
 constexpr int kMostTimesGivenBack = 6;
