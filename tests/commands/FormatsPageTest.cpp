@@ -1,0 +1,80 @@
+// The examples of docs/formats.md are what the agent writes: each decodes, and encoding it again gives the same
+// members.
+#include "commands/KovaShortcutConfiguration.h"
+#include "layout/AutoArrangeLearning.h"
+#include "layout/WorkspaceProfile.h"
+#include "persistence/PreferenceKeys.h"
+#include "persistence/WorkspaceDocumentCoding.h"
+#include "persistence/WorkspaceSession.h"
+
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+
+#include <fstream>
+#include <functional>
+#include <map>
+#include <sstream>
+
+namespace kova {
+
+namespace {
+
+/// The page's blocks of JSON by the word behind the language's name.
+std::map<std::string, std::string> examples() {
+    std::ifstream page(KOVA_DOCS "/formats.md");
+    EXPECT_TRUE(page);
+    std::map<std::string, std::string> blocks;
+    std::string* open = nullptr;
+    const std::string fence = "```json ";
+    for (std::string line; std::getline(page, line);) {
+        if (line.starts_with(fence)) {
+            open = &blocks[line.substr(fence.size())];
+        } else if (line.starts_with("```")) {
+            open = nullptr;
+        } else if (open) {
+            *open += line + "\n";
+        }
+    }
+    return blocks;
+}
+
+template <typename Record>
+std::string again(const Decoded<Record>& decoded, std::string (*encode)(const Record&)) {
+    if (const auto* error = std::get_if<DecodingError>(&decoded)) return nlohmann::json(error->what()).dump();
+    return encode(std::get<Record>(decoded));
+}
+
+std::string exportedAgain(std::string_view text) {
+    const auto decoded = decodeExportedDocument(text);
+    const auto* document = std::get_if<WorkspaceProductDocument>(&decoded);
+    return document ? std::get<std::string>(encodeExportedDocument(*document))
+                    : std::get<DecodingError>(decoded).what();
+}
+
+} // namespace
+
+TEST(FormatsPage, ShowsWhatIsWritten) {
+    using Codec = std::function<std::string(std::string_view)>;
+    const std::map<std::string_view, Codec> codecs = {
+        {preferenceKey::workspaceProfile,
+         [](auto text) { return again(decodeWorkspaceProfile(text), encodeWorkspaceProfile); }},
+        {preferenceKey::workspaceProduct,
+         [](auto text) { return again(decodeStoredDocument(text), encodeStoredDocument); }},
+        {preferenceKey::autoArrangeLearning,
+         [](auto text) { return again(decodeLearningModel(text), encodeLearningModel); }},
+        {preferenceKey::keyboardShortcuts,
+         [](auto text) { return again(decodeShortcutConfiguration(text), encodeShortcutConfiguration); }},
+        {preferenceKey::workspaceSession,
+         [](auto text) { return again(decodeWorkspaceSession(text), encodeWorkspaceSession); }},
+    };
+    auto blocks = examples();
+    for (const auto& [key, codec] : codecs) {
+        const std::string example = blocks[std::string(key)];
+        EXPECT_EQ(nlohmann::json::parse(codec(example)), nlohmann::json::parse(example)) << key;
+    }
+    const std::string exported = blocks["export"];
+    EXPECT_EQ(exportedAgain(exported), exported);
+    EXPECT_EQ(blocks.size(), codecs.size() + 1) << "a block without a codec";
+}
+
+} // namespace kova
