@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 
@@ -57,6 +58,14 @@ void PrivateServer::startManager() {
     const char* other = std::getenv("KOVA_TEST_WINDOW_MANAGER");
     manager_ = start({"/bin/sh", "-c", std::string("exec ") + (other ? other : "openbox --sm-disable")});
     EXPECT_TRUE(TestClient(displayName_, "Probe", 1).waitForManager()) << "the window manager did not start";
+}
+
+void PrivateServer::pauseManager() {
+    kill(manager_.process(), SIGSTOP);
+}
+
+void PrivateServer::resumeManager() {
+    kill(manager_.process(), SIGCONT);
 }
 
 } // namespace kova::testing

@@ -28,6 +28,9 @@ class PrivateServer {
     /// windows in.
     void startManager();
     void endManager() { manager_.end(); }
+    /// Stops the window manager in its tracks, as a busy machine does; what it is asked meanwhile it does afterwards.
+    void pauseManager();
+    void resumeManager();
     void end() { server_.end(); }
 
   private:

@@ -209,6 +209,36 @@ TEST_P(Windows, AreListedAsTheyStandWhileTheyComeAndGo) {
     EXPECT_TRUE(desk.reportedMinimums().empty());
 }
 
+// A window manager on a busy machine carries requests out late. The last request holds, whatever was read meanwhile.
+TEST(WindowsOfASlowManager, AreMinimisedAsTheyWereAskedLast) {
+    if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
+    Desk desk(Manager::openbox);
+    const auto client = desk.client("Editor", 4001);
+    const auto draft = client->open({.title = "Draft"});
+    desk.openDesktop();
+    EXPECT_TRUE(desk.showsExactly({"Draft"}));
+    const auto window = desk.window("Draft");
+    const auto isAway = [&] { return !client->isViewable(draft) && desk.isMinimized("Draft"); };
+    const auto isBack = [&] { return client->isViewable(draft) && !desk.isMinimized("Draft"); };
+    int probes = 0;
+    // 'm' minimizes, 'r' restores; a poll reads the state in between, later than a result is taken on trust.
+    for (const std::string requests : {"m", "r", "mr", "mrm", "rm", "r", "mrmr", "m", "rmr", "mrm", "rmrm"}) {
+        desk.server().pauseManager();
+        for (const char request : requests) {
+            request == 'm' ? desk.service().minimize(window) : desk.service().unminimize(window);
+            desk.service().flush();
+            desk.runFor(Seconds(0.06));
+            desk.poll();
+        }
+        desk.server().resumeManager();
+        // Once the manager shows a later window it has done all before it.
+        const auto probe = client->open({.title = "Probe " + std::to_string(probes++)});
+        EXPECT_TRUE(desk.runUntil([&] { return client->isViewable(probe); }));
+        EXPECT_TRUE(desk.runUntil([&] { return requests.ends_with('m') ? isAway() : isBack(); })) << requests;
+        client->destroy(probe);
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Beside, Windows, ::testing::Values(Manager::none, Manager::openbox),
                          [](const auto& beside) { return beside.param == Manager::none ? "Nobody" : "Openbox"; });
 

@@ -257,8 +257,7 @@ void ModelRefresh::takeProperty(xcb_window_t window, const PropertyRule& rule, c
         break;
     case stale::state:
         // Some window managers iconify without taking the window off the screen.
-        if (model_.isMinimized(*client) && std::exchange(client->returnsOnceGone, false))
-            outcome_.returning.push_back(window);
+        if (model_.isMinimized(*client) && client->returnsOnceGone) outcome_.returning.push_back(window);
         break;
     case stale::title:
         // Changes of the old name were not followed while there was a new one.

@@ -185,7 +185,7 @@ EventEffects WindowModel::applyMapping(xcb_window_t window, bool isMapped, std::
             known->isIconic = known->isHiddenState = !isMapped;
             markStale(*known, stale::state);
         }
-        if (!isMapped && std::exchange(known->returnsOnceGone, false)) effects.returning.push_back(known->window);
+        if (!isMapped && known->returnsOnceGone) effects.returning.push_back(known->window);
         return effects;
     }
     if (!known) {

@@ -300,7 +300,12 @@ bool X11Desktop::Parts::actOn(const EventEffects& effects) {
         askActiveWindow();
         tryHeldKeys(HeldKeysReason::managerChanged);
     }
-    for (const xcb_window_t window : effects.returning) mapAgain(window);
+    for (const xcb_window_t window : effects.returning) {
+        // Skipped when it was asked to leave again since the poll found that it had left.
+        ClientWindow* client = model.client(window);
+        if (!client || (client->returnsOnceGone && mayStillLeave(*client))) mapAgain(window);
+        if (client) client->returnsOnceGone = false;
+    }
     if (model.isSettling()) remindOfReturning();
     hidden.followModel(model, queue.uptime());
     writeRecordSoon();
@@ -343,7 +348,7 @@ void X11Desktop::Parts::remindOfReturning() {
 bool X11Desktop::Parts::isAnyReturning() const {
     return std::ranges::any_of(model.clientOrder(), [&](xcb_window_t window) {
         const ClientWindow* client = model.client(window);
-        return client && client->returnsOnceGone;
+        return client && client->returnsOnceGone && mayStillLeave(*client);
     });
 }
 

@@ -14,8 +14,6 @@ namespace {
 
 /// How long a frame that was asked for counts as being in force; the first verification comes later.
 constexpr Seconds kBenefitOfDoubt{0.05};
-/// How long a wish that the window manager has not carried out yet may still be.
-constexpr Seconds kPatienceWithManager{1.0};
 /// For so long windows may have the sizes that a new window manager has given them, or not yet given them.
 constexpr Seconds kSizesSettleAfterManager{2.0};
 
@@ -315,7 +313,10 @@ void X11Desktop::Parts::restoreByWish(ClientWindow& client) {
 }
 
 void X11Desktop::Parts::minimize(ClientWindow& client) {
-    if (model.isMinimized(client) && !isBelievedBack(client, queue.uptime())) return;
+    // A window that was asked to come back may only read as minimized because the window manager has not got to that
+    // request yet, or the model has not read the result. Asking once too often does no harm.
+    const bool mayComeBack = client.returnAsked && model.windowManager().isPresent;
+    if (model.isMinimized(client) && !mayComeBack) return;
     client.hasLeft = false;
     if (model.windowManager().isPresent) {
         connection->sendToWindowManager(client.window, Atom::wmChangeState, {XCB_ICCCM_WM_STATE_ICONIC, 0, 0, 0, 0});
@@ -361,10 +362,16 @@ void X11Desktop::Parts::restore(ClientWindow& client) {
     const bool hasJustLeft = client.leaveAsked && top && !top->isMapped;
     if (model.isMinimized(client) || hasJustLeft) {
         mapAgain(client.window);
-    } else if (client.leaveAsked && queue.uptime() - *client.leaveAsked < kPatienceWithManager) {
+    } else if (mayStillLeave(client)) {
         // Mapping a window that is about to go does nothing; it is done when it has gone.
         client.returnsOnceGone = true;
     }
+}
+
+/// A busy window manager takes its time to minimize a window; one that has not done so within seconds never will.
+bool X11Desktop::Parts::mayStillLeave(const ClientWindow& client) const {
+    constexpr Seconds kTimeToMinimize{5};
+    return client.leaveAsked && queue.uptime() - *client.leaveAsked < kTimeToMinimize;
 }
 
 void X11Desktop::Parts::mapAgain(xcb_window_t window) {
@@ -382,6 +389,7 @@ void X11Desktop::Parts::mapAgain(xcb_window_t window) {
     // At once, so that the next wish is not measured by what no longer holds. If it stays iconic, the poll finds out.
     client->isIconic = client->isHiddenState = client->isIconifiedByUs = client->isUnmapDue = false;
     client->leaveAsked.reset();
+    client->returnsOnceGone = false;
     client->returnAsked = queue.uptime();
     client->isMapAsked = top && !top->isMapped;
     model.markStale(*client, stale::state);

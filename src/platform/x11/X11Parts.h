@@ -167,6 +167,7 @@ struct X11Desktop::Parts {
     std::vector<x11::ClientWindow*> dialogsToTakeAlong(const x11::ClientWindow& client);
     void minimize(x11::ClientWindow& client);
     void restore(x11::ClientWindow& client);
+    bool mayStillLeave(const x11::ClientWindow& client) const;
     void mapAgain(xcb_window_t window);
     void sendLeaving();
     void writeRecordSoon();
