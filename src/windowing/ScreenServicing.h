@@ -18,6 +18,7 @@ struct Screen {
     std::string localizedName;
     CGRect frame{};
     CGRect visibleFrame{}; // the frame without panels, docks and menu bars
+    double scale = 1;      // pixels to a point: only for what is drawn in pixels, as all frames are in points
     std::string knownID{}; // what `displayID` gives, kept by who asks for it often; empty elsewhere
     bool operator==(const Screen&) const = default;
 };

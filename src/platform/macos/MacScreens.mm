@@ -31,7 +31,8 @@ std::vector<Screen> MacScreens::screens() const {
             screens.push_back({.displayUUID = displayUUID(screen),
                                .localizedName = text(screen.localizedName),
                                .frame = screen.frame,
-                               .visibleFrame = screen.visibleFrame});
+                               .visibleFrame = screen.visibleFrame,
+                               .scale = screen.backingScaleFactor});
         }
     }
     return screens;
