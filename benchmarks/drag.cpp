@@ -89,7 +89,8 @@ class Bench : private RealWorkspace {
         return {sent.count(), done.count()};
     }
 
-    LayoutDividerWindowController handles_{controller, desktop, desk.loop()};
+    OverlayBoard overlay_;
+    LayoutDividerWindowController handles_{controller, desktop, overlay_, desk.loop()};
     DisplayLayoutDivider divider_;
     bool isReady_ = false;
 };

@@ -33,7 +33,8 @@ SessionAgent::SessionAgent(const AgentServices& services) :
               .quit = services.quit,
               .startAtLogin = settingOf(delegate_.launchAtLogin(), startAtLoginSetting),
               .dockAutoHide = settingOf(delegate_.dockAutoHide(), dockAutoHideSetting),
-              .firstSteps = [this] { return firstSteps(); }}) {
+              .firstSteps = [this] { return firstSteps(); },
+              .overlay = &delegate_.overlay()}) {
     const auto& state = delegate_.workspace().state();
     messages_ = state.lastActionMessage.observe([](const std::optional<std::string>& message) {
         if (message) log(LogLevel::detail, *message);

@@ -61,8 +61,12 @@ std::optional<OnboardingOffer> AppDelegate::dockOffer() {
 void AppDelegate::startWorkspace() {
     if (workspaceIsStarted_) return;
     workspaceIsStarted_ = true;
-    if (shell_.dividerHandles) dividerWindows_.emplace(workspace_, *shell_.dividerHandles, services_.queue);
-    if (shell_.pointer) windowDrags_.emplace(workspace_, *shell_.pointer, services_.queue);
+    backdrop_.emplace(workspace_, overlay_).show();
+    if (shell_.dividerHandles) {
+        layoutDividers_.emplace(workspace_, *shell_.dividerHandles, overlay_, services_.queue);
+    }
+    tileFooters_.emplace(workspace_, overlay_, services_.queue);
+    if (shell_.pointer) windowDragCoordinator_.emplace(workspace_, *shell_.pointer, overlay_, services_.queue);
     if (shell_.keys) layoutShortcuts_.emplace(workspace_, shortcutSettings_, *shell_.keys, services_.queue);
     installMonitors();
     workspace_.start(false);
@@ -88,8 +92,10 @@ void AppDelegate::stopWorkspace() {
     removeMonitors();
     layoutShortcuts_.reset();
     if (shell_.onboarding) shell_.onboarding->closeOnboarding();
-    windowDrags_.reset();
-    dividerWindows_.reset();
+    windowDragCoordinator_.reset();
+    tileFooters_.reset();
+    layoutDividers_.reset();
+    backdrop_.reset();
     workspace_.stop();
     services_.preferences.synchronize();
     workspaceIsSuspendedForSystemTransition_ = false;
@@ -101,7 +107,7 @@ void AppDelegate::stopWorkspace() {
 /// Those that follow what the user does. Each exists once, however often this is called.
 void AppDelegate::installMonitors() {
     removeMonitors();
-    if (windowDrags_) windowDrags_->installMonitor();
+    if (windowDragCoordinator_) windowDragCoordinator_->installMonitor();
     if (layoutShortcuts_) layoutShortcuts_->installMonitors();
 }
 
@@ -120,7 +126,7 @@ void AppDelegate::installMonitorsAnew() {
 
 void AppDelegate::removeMonitors() {
     if (layoutShortcuts_) layoutShortcuts_->removeMonitors();
-    if (windowDrags_) windowDrags_->removeMonitor();
+    if (windowDragCoordinator_) windowDragCoordinator_->removeMonitor();
 }
 
 void AppDelegate::handleSystemActivityEvent(SystemActivityEvent event) {
@@ -141,13 +147,15 @@ void AppDelegate::suspendOrResume() {
     workspaceIsSuspendedForSystemTransition_ = suspends;
     if (suspends) {
         workspace_.suspendForSystemTransition();
-        removeMonitors(); // the handles between tiles stay where they are
+        removeMonitors(); // the overlay stays as it is
         hearResumeShortcut();
         log(LogLevel::note, isPaused ? "workspace paused" : "workspace suspended");
         return;
     }
     workspace_.resumeAfterSystemTransition();
-    if (dividerWindows_) dividerWindows_->refresh();
+    backdrop_->show();
+    if (layoutDividers_) layoutDividers_->refresh();
+    tileFooters_->refresh();
     installMonitors();
     log(LogLevel::note, "workspace resumed");
 }

@@ -2,12 +2,15 @@
 // user cannot see the screen. Main thread only.
 #pragma once
 
+#include "app/BackdropWindowController.h"
 #include "app/DockAutoHideController.h"
 #include "app/KovaOnboardingState.h"
 #include "app/LaunchAtLoginController.h"
 #include "app/LayoutDividerWindowController.h"
 #include "app/OnboardingServicing.h"
+#include "app/OverlayBoard.h"
 #include "app/SystemActivityState.h"
+#include "app/TileFooterWindowController.h"
 #include "app/WindowDragCoordinator.h"
 #include "commands/LayoutShortcutCoordinator.h"
 #include "commands/URLHandler.h"
@@ -45,6 +48,8 @@ class AppDelegate {
     void openURLs(const std::vector<std::string>& urls);
     KovaShortcutSettings& shortcutSettings() { return shortcutSettings_; }
     KovaOnboardingState& onboarding() { return onboarding_; }
+    /// What the overlay shows; empty unless the workspace is started.
+    OverlayServing& overlay() { return overlay_; }
     /// Null where the desktop has no such service.
     LaunchAtLoginController* launchAtLogin() { return launchAtLogin_ ? &*launchAtLogin_ : nullptr; }
     DockAutoHideController* dockAutoHide() { return dockAutoHide_ ? &*dockAutoHide_ : nullptr; }
@@ -84,9 +89,12 @@ class AppDelegate {
     KovaShortcutSettings shortcutSettings_;
     WorkspaceController workspace_;
     URLHandler urls_;
+    OverlayBoard overlay_;
     // While the workspace is started.
-    std::optional<LayoutDividerWindowController> dividerWindows_;
-    std::optional<WindowDragCoordinator> windowDrags_;
+    std::optional<BackdropWindowController> backdrop_;
+    std::optional<LayoutDividerWindowController> layoutDividers_;
+    std::optional<TileFooterWindowController> tileFooters_;
+    std::optional<WindowDragCoordinator> windowDragCoordinator_;
     std::optional<LayoutShortcutCoordinator> layoutShortcuts_;
     std::vector<Subscription> systemActivitySubscriptions_;
     Subscription permissionSubscription_;

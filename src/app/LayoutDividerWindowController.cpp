@@ -15,9 +15,10 @@ std::string handleID(const DisplayLayoutDivider& divider) {
 } // namespace
 
 LayoutDividerWindowController::LayoutDividerWindowController(WorkspaceController& workspace,
-                                                             DividerHandleServicing& handles, MainQueue& queue) :
+                                                             DividerHandleServicing& handles, OverlayBoard& board,
+                                                             MainQueue& queue) :
     workspace_(workspace),
-    handles_(handles), queue_(queue) {
+    handles_(handles), board_(board), queue_(queue) {
     const auto& state = workspace_.state();
     subscriptions_.push_back(state.layoutRevision.observe([this](auto) { refreshSoon(); }));
     subscriptions_.push_back(state.screens.observe([this](const auto&) { refreshSoon(); }));
@@ -35,14 +36,23 @@ LayoutDividerWindowController::~LayoutDividerWindowController() {
 /// One operation changes the state in many places; the windows go first, and the handles once it is done.
 void LayoutDividerWindowController::refreshSoon() {
     if (std::exchange(isRefreshDue_, true)) return;
+    board_.refresh(OverlaySection::dividers);
     queue_.post(lifetime_.guard([this] {
-        if (isRefreshDue_) refresh();
+        if (isRefreshDue_) showHandles();
     }));
 }
 
 void LayoutDividerWindowController::refresh() {
+    showHandles();
+    if (!std::exchange(isClosed_, false)) return board_.refresh(OverlaySection::dividers);
+    board_.show(OverlaySection::dividers, [this](OverlayContents& out) {
+        if (isRefreshDue_) showHandles();
+        out.dividers = contents();
+    });
+}
+
+void LayoutDividerWindowController::showHandles() {
     isRefreshDue_ = false;
-    isClosed_ = false;
     std::vector<Shown> next;
     if (*workspace_.state().permissionState == AccessibilityPermissionState::granted) {
         for (const auto& divider : workspace_.dividers()) {
@@ -66,9 +76,33 @@ void LayoutDividerWindowController::close() {
         if (std::exchange(held_, std::nullopt)) workspace_.cancelDividerDrag();
         isClosed_ = true;
         shown_.clear();
+        hoveredID_.reset();
         handles_.showHandles({});
+        board_.close(OverlaySection::dividers);
     }
     isRefreshDue_ = false;
+}
+
+std::vector<OverlayDivider> LayoutDividerWindowController::contents() const {
+    const auto& screens = *workspace_.state().screens;
+    std::vector<OverlayDivider> out;
+    for (const auto& [handle, shown] : shown_) {
+        if (screens.empty()) break;
+        out.push_back({.id = handle.id,
+                       .displayID = shown.displayID,
+                       .layoutID = shown.layoutID,
+                       .splitID = shown.divider.splitID,
+                       .boundaryIndex = shown.divider.boundaryIndex,
+                       .axis = handle.axis,
+                       .frame = flipped(handle.frame, maxY(screens.front().frame)),
+                       .isHovered = hoveredID_ == handle.id,
+                       .isDragged = held_ && handleID(held_->divider) == handle.id});
+    }
+    return out;
+}
+
+void LayoutDividerWindowController::hover(const std::optional<std::string>& handleID) {
+    if (std::exchange(hoveredID_, handleID) != handleID) board_.refresh(OverlaySection::dividers);
 }
 
 std::optional<DisplayLayoutDivider> LayoutDividerWindowController::dividerOf(const std::string& id) const {
@@ -84,13 +118,13 @@ double LayoutDividerWindowController::translation(const Held& held, CGPoint loca
 
 void LayoutDividerWindowController::handle(const DividerHandleEvent& event) {
     using Kind = DividerHandleEvent::Kind;
-    if (isRefreshDue_) refresh();
+    if (isRefreshDue_) showHandles();
     // A copy: what the workspace does with it may show other handles.
     const auto divider = dividerOf(event.handleID);
     switch (event.kind) {
     case Kind::pressed:
         if (divider && workspace_.beginDividerDrag(*divider)) held_ = Held{*divider, event.location};
-        return;
+        return board_.refresh(OverlaySection::dividers);
     case Kind::moved:
         if (held_) workspace_.updateDividerDrag(held_->divider, translation(*held_, event.location));
         return;
@@ -99,13 +133,18 @@ void LayoutDividerWindowController::handle(const DividerHandleEvent& event) {
         workspace_.updateDividerDrag(held_->divider, translation(*held_, event.location));
         workspace_.endDividerDrag(held_->divider);
         held_.reset();
-        return;
+        return board_.refresh(OverlaySection::dividers);
     case Kind::cancelled:
         if (held_) workspace_.cancelDividerDrag();
         held_.reset();
-        return;
+        return board_.refresh(OverlaySection::dividers);
     case Kind::doubleClicked:
         if (divider) workspace_.resetDivider(*divider);
+        return;
+    case Kind::entered:
+        return hover(event.handleID);
+    case Kind::left:
+        if (hoveredID_ == event.handleID) hover(std::nullopt);
         return;
     }
 }

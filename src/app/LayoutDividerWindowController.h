@@ -1,6 +1,8 @@
-// Keeps a handle on every divider of every display, and turns what the hand does with them into divider drags.
+// Keeps a handle on every divider of every display, turns what the pointer does with them into divider drags, and shows
+// the dividers in the overlay. Main thread only.
 #pragma once
 
+#include "app/OverlayBoard.h"
 #include "support/Lifetime.h"
 #include "support/MainQueue.h"
 #include "windowing/PointerServicing.h"
@@ -14,7 +16,9 @@ namespace kova {
 
 class LayoutDividerWindowController {
   public:
-    LayoutDividerWindowController(WorkspaceController& workspace, DividerHandleServicing& handles, MainQueue& queue);
+    /// All of it outlives the controller.
+    LayoutDividerWindowController(WorkspaceController& workspace, DividerHandleServicing& handles, OverlayBoard& board,
+                                  MainQueue& queue);
     ~LayoutDividerWindowController();
     LayoutDividerWindowController(const LayoutDividerWindowController&) = delete;
     LayoutDividerWindowController& operator=(const LayoutDividerWindowController&) = delete;
@@ -34,16 +38,21 @@ class LayoutDividerWindowController {
         CGPoint start{};
     };
     void refreshSoon();
+    void showHandles();
     void handle(const DividerHandleEvent& event);
+    void hover(const std::optional<std::string>& handleID);
+    std::vector<OverlayDivider> contents() const;
     std::optional<DisplayLayoutDivider> dividerOf(const std::string& handleID) const;
     double translation(const Held& held, CGPoint location) const;
 
     WorkspaceController& workspace_;
     DividerHandleServicing& handles_;
+    OverlayBoard& board_;
     MainQueue& queue_;
     std::vector<Shown> shown_;
     std::optional<Held> held_;
-    bool isClosed_ = false;
+    std::optional<std::string> hoveredID_; // the handle under the pointer
+    bool isClosed_ = true;
     bool isRefreshDue_ = false;
     std::vector<Subscription> subscriptions_;
     Lifetime lifetime_;

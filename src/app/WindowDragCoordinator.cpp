@@ -6,12 +6,15 @@
 namespace kova {
 
 WindowDragCoordinator::WindowDragCoordinator(WorkspaceController& workspace, PointerMonitorServicing& pointer,
-                                             MainQueue& queue) :
+                                             OverlayBoard& board, MainQueue& queue) :
     workspace_(workspace),
-    pointer_(pointer), queue_(queue) {}
+    pointer_(pointer), board_(board), queue_(queue) {
+    board_.show(OverlaySection::drag, [this](OverlayContents& out) { out.drag = shownDrag_; });
+}
 
 WindowDragCoordinator::~WindowDragCoordinator() {
     removeMonitor();
+    board_.close(OverlaySection::drag);
 }
 
 void WindowDragCoordinator::installMonitor() {
@@ -23,6 +26,26 @@ void WindowDragCoordinator::removeMonitor() {
     letGo_.reset();
     if (grip_) workspace_.cancelWindowDrag();
     grip_.reset();
+    showDrag(std::nullopt);
+}
+
+std::optional<OverlayDrag> WindowDragCoordinator::dragAt(CGPoint location) const {
+    const bool isMoving = grip_ && !letGo_ && grip_->movement == WorkspaceController::HandMovement::move;
+    if (!isMoving) return std::nullopt;
+    return OverlayDrag{grip_->windowID, displayUnder(location), *workspace_.state().dropTargetSlotID};
+}
+
+void WindowDragCoordinator::showDrag(std::optional<OverlayDrag> drag) {
+    if (drag == shownDrag_) return;
+    shownDrag_ = std::move(drag);
+    board_.refresh(OverlaySection::drag);
+}
+
+std::optional<std::string> WindowDragCoordinator::displayUnder(CGPoint location) const {
+    for (const Screen& screen : *workspace_.state().screens) {
+        if (containsPoint(screen.frame, location)) return displayID(screen);
+    }
+    return std::nullopt;
 }
 
 void WindowDragCoordinator::handle(const PointerEvent& event) {
@@ -30,7 +53,8 @@ void WindowDragCoordinator::handle(const PointerEvent& event) {
     case PointerEvent::Kind::pressed:
         return pressed(event.location);
     case PointerEvent::Kind::moved:
-        return moved(event.location);
+        moved(event.location);
+        return showDrag(dragAt(event.location));
     case PointerEvent::Kind::released:
         return released(event.location, event.isShiftDown);
     }
@@ -66,12 +90,15 @@ void WindowDragCoordinator::moved(CGPoint location) {
     const auto what = movement();
     if (!what) return;
     if (!grip_->isDragging) grip_->isDragging = workspace_.beginWindowDrag(grip_->windowID, grip_->frame);
-    if (grip_->isDragging) workspace_.updateWindowDrag(location, *what);
+    if (!grip_->isDragging) return;
+    workspace_.updateWindowDrag(location, *what);
+    grip_->movement = *what;
 }
 
 void WindowDragCoordinator::released(CGPoint location, bool isShiftDown) {
     if (!grip_) return;
     moved(location);
+    showDrag(std::nullopt);
     if (!grip_->isDragging && isAtRest(location)) return letGoUnmoved(); // a click
     const auto lettingGo =
         isShiftDown ? WorkspaceController::LettingGo::floating : WorkspaceController::LettingGo::intoTile;

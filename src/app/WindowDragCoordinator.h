@@ -1,7 +1,9 @@
-// Recognises that the user moves or resizes a window by hand, and hands it to the workspace: over which tile it is, and
-// where it was let go. What happens then the workspace decides.
+// Recognizes that the user moves or resizes a window with the pointer, and tells the workspace over which tile the
+// window is and where it was released. What happens then the workspace decides. The overlay shows the drag while a
+// window is moved. Main thread only.
 #pragma once
 
+#include "app/OverlayBoard.h"
 #include "support/Lifetime.h"
 #include "support/MainQueue.h"
 #include "windowing/PointerServicing.h"
@@ -19,7 +21,9 @@ class WindowDragCoordinator {
     /// The window may reach its last place a little after the button is up.
     static constexpr Seconds kSettlingTime{0.05};
 
-    WindowDragCoordinator(WorkspaceController& workspace, PointerMonitorServicing& pointer, MainQueue& queue);
+    /// All of it outlives the coordinator.
+    WindowDragCoordinator(WorkspaceController& workspace, PointerMonitorServicing& pointer, OverlayBoard& board,
+                          MainQueue& queue);
     ~WindowDragCoordinator();
     WindowDragCoordinator(const WindowDragCoordinator&) = delete;
     WindowDragCoordinator& operator=(const WindowDragCoordinator&) = delete;
@@ -35,6 +39,7 @@ class WindowDragCoordinator {
         CGRect frame{};    // window-service space, when the button went down
         CGPoint pointer{}; // screen space, at the same moment
         bool isDragging = false;
+        std::optional<WorkspaceController::HandMovement> movement{}; // while dragging
     };
     void handle(const PointerEvent& event);
     void pressed(CGPoint location);
@@ -43,11 +48,15 @@ class WindowDragCoordinator {
     void letGoUnmoved();
     void finishLettingGo();
     bool isAtRest(CGPoint location) const;
+    std::optional<OverlayDrag> dragAt(CGPoint location) const;
+    void showDrag(std::optional<OverlayDrag> drag);
+    std::optional<std::string> displayUnder(CGPoint location) const;
     /// What the hand has done to the window so far; absent when nothing.
     std::optional<WorkspaceController::HandMovement> movement() const;
 
     WorkspaceController& workspace_;
     PointerMonitorServicing& pointer_;
+    OverlayBoard& board_;
     MainQueue& queue_;
     Subscription subscription_;
     /// The button is up, and the window on its way to its last place.
@@ -57,6 +66,7 @@ class WindowDragCoordinator {
     };
     std::optional<Grip> grip_;
     std::optional<LetGo> letGo_;
+    std::optional<OverlayDrag> shownDrag_; // until the button is up
     Lifetime lifetime_;
 };
 

@@ -8,6 +8,7 @@
 #include "control/DocumentTransfer.h"
 #include "control/LayoutMethods.h"
 #include "control/NameLookup.h"
+#include "control/OverlayBroadcast.h"
 #include "control/Refusal.h"
 #include "control/RuleMethods.h"
 #include "control/SceneListeners.h"
@@ -59,6 +60,7 @@ class ControlMethods::Table {
         context_(std::move(context)), broadcast_(context_.controller, context_.queue),
         sceneListeners_(context_.controller), transfer_(context_.controller, context_.queue),
         shortcuts_(context_.shortcuts, context_.keys, context_.queue, context_.controller.state().isSuspended) {
+        if (context_.overlay) overlay_.emplace(*context_.overlay, context_.queue);
         addActions();
         addWindowCommands();
         addLayouts();
@@ -302,11 +304,19 @@ class ControlMethods::Table {
     void addAgent() {
         add("status", {}, [this](const Call&) -> ControlReply { return status(); });
         add("doctor", {}, [this](const Call&) -> ControlReply { return examine(context_, shortcuts_); });
-        add("subscribe", {}, [this](const Call& call) -> ControlReply { return broadcast_.subscribe(call.peer); });
+        add("subscribe", {"topic"}, [this](const Call& call) { return subscribe(call); });
         add("quit", {}, [this](const Call&) -> ControlReply {
             context_.queue.post(context_.quit); // after this answer
             return json{{"process", getpid()}};
         });
+    }
+
+    ControlReply subscribe(const Call& call) {
+        const auto topic = call.parameters.optional("topic");
+        if (!topic) return broadcast_.subscribe(call.peer);
+        if (topic->string() != "overlay") topic->fail("the one topic is “overlay”");
+        if (!overlay_) return refusal("This agent has no overlay");
+        return overlay_->subscribe(call.peer);
     }
 
     ControlReply arrange(const Call& call) {
@@ -362,6 +372,7 @@ class ControlMethods::Table {
 
     ControlContext context_;
     StateBroadcast broadcast_;
+    std::optional<OverlayBroadcast> overlay_;
     SceneListeners sceneListeners_;
     DocumentTransfer transfer_;
     ShortcutMethods shortcuts_;

@@ -17,6 +17,7 @@ namespace kova {
 class DiagnosticsServicing;
 class KeyMonitorServicing;
 class KovaShortcutSettings;
+class OverlayServing;
 class PreferencesStore;
 class URLHandler;
 class WorkspaceController;
@@ -35,6 +36,7 @@ struct ControlContext {
     std::optional<SystemSetting> startAtLogin = {};
     std::optional<SystemSetting> dockAutoHide = {};
     std::function<std::optional<std::string>()> firstSteps = {}; // what a new user is told
+    OverlayServing* overlay = nullptr;                           // null: nothing can be shown
 };
 
 /// Main thread only.

@@ -36,7 +36,7 @@ struct DividerHandle {
 };
 
 struct DividerHandleEvent {
-    enum class Kind { pressed, moved, released, cancelled, doubleClicked };
+    enum class Kind { pressed, moved, released, cancelled, doubleClicked, entered, left };
     Kind kind = Kind::pressed;
     std::string handleID;
     CGPoint location{};
@@ -49,7 +49,8 @@ class DividerHandleServicing {
     /// but below the windows that overlap it. Main thread; never waits.
     virtual void showHandles(const std::vector<DividerHandle>& handles) = 0;
     /// What the hand does with a handle. Once pressed, a handle gets the movements until it is released or cancelled
-    /// (Escape), wherever the pointer goes.
+    /// (Escape), wherever the pointer goes. A handle is entered and left as the pointer crosses its edge; a back end
+    /// may tell of that late, or of leaving alone.
     [[nodiscard]] virtual Subscription observeHandles(std::function<void(const DividerHandleEvent&)> observer) = 0;
 };
 

@@ -6,6 +6,13 @@
 
 namespace kova {
 
+std::map<std::string, LaunchableApplication>
+applicationsOf(const std::map<std::string, PendingApplicationPlacement>& placements) {
+    std::map<std::string, LaunchableApplication> out;
+    for (const auto& [tile, placement] : placements) out.emplace(tile, placement.application);
+    return out;
+}
+
 void renameDisplay(std::map<std::string, PendingApplicationPlacement>& placements, const std::string& formerID,
                    const std::string& newID) {
     std::map<std::string, PendingApplicationPlacement> renamed;

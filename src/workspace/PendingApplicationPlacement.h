@@ -28,6 +28,9 @@ struct PendingApplicationPlacement {
     }
 };
 
+/// The applications that are launched into tiles, by tile-target id.
+std::map<std::string, LaunchableApplication>
+applicationsOf(const std::map<std::string, PendingApplicationPlacement>& placements);
 /// The placements by tile-target id. The display is known under another id from now on: those for its tiles follow.
 void renameDisplay(std::map<std::string, PendingApplicationPlacement>& placements, const std::string& formerID,
                    const std::string& newID);

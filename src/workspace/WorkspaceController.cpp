@@ -70,6 +70,7 @@ void WorkspaceController::stop() {
     comingBack_.clear();
     ++autoArrangeGeneration_;
     pendingApplicationPlacements_.clear();
+    state_.pendingLaunches.set({});
     publishSceneReport(SceneReport::State::abandoned);
     restoration_ = {};
     (void)unseenTime_.end(services_.queue.uptime());

@@ -133,6 +133,7 @@ void WorkspaceController::displayHasNewID(const std::string& formerID, const std
         if (placement.displayID == formerID) placement.displayID = newID;
     }
     renameDisplay(pendingApplicationPlacements_, formerID, newID);
+    state_.pendingLaunches.set(applicationsOf(pendingApplicationPlacements_));
     if (auto shown = lastLayoutByDisplay_.extract(formerID)) {
         lastLayoutByDisplay_[newID] = std::move(shown.mapped());
     }

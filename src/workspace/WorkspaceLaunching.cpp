@@ -25,6 +25,7 @@ bool WorkspaceController::launchApplication(const LaunchableApplication& applica
                                            .expiresAt =
                                                services_.queue.uptime() + PendingApplicationPlacement::kLifetime,
                                            .processIdentifier = std::nullopt};
+    state_.pendingLaunches.set(applicationsOf(pendingApplicationPlacements_));
     if (application.bundleIdentifier) {
         expectedApplications_.expect(*application.bundleIdentifier, services_.queue.uptime());
     }
@@ -60,6 +61,7 @@ void WorkspaceController::applicationLaunched(const std::string& tile, const std
     if (pending != pendingApplicationPlacements_.end()) {
         if (result.error) {
             pendingApplicationPlacements_.erase(pending);
+            state_.pendingLaunches.set(applicationsOf(pendingApplicationPlacements_));
         } else {
             pending->second.processIdentifier = result.processIdentifier;
         }
@@ -70,7 +72,9 @@ void WorkspaceController::applicationLaunched(const std::string& tile, const std
 
 void WorkspaceController::dropExpiredApplicationPlacements() {
     const Seconds now = services_.queue.uptime();
-    std::erase_if(pendingApplicationPlacements_, [&](const auto& entry) { return entry.second.expiresAt <= now; });
+    const auto dropped =
+        std::erase_if(pendingApplicationPlacements_, [&](const auto& entry) { return entry.second.expiresAt <= now; });
+    if (dropped != 0) state_.pendingLaunches.set(applicationsOf(pendingApplicationPlacements_));
 }
 
 /// Tiles that wait for the same application are served in the order of their keys.
@@ -86,6 +90,7 @@ void WorkspaceController::processPendingApplicationPlacements() {
         const ManagedWindow placed = *window;
         const std::string target = tile;
         next = pendingApplicationPlacements_.erase(next);
+        state_.pendingLaunches.set(applicationsOf(pendingApplicationPlacements_));
         closeFocusMode(); // what it restores later would take the tile away again
         if (placed.isMinimized || windowService_->isApplicationHidden(placed.processIdentifier)) bringBack(placed);
         (void)placeWindow(placed.id, target, Focusing::yes);

@@ -44,6 +44,8 @@ struct WorkspaceState {
     Published<std::optional<WindowPlacementNotice>> placementNotice;
     Published<std::optional<std::string>> dropTargetSlotID; // tile-target id under a window that is being dragged
     Published<std::map<std::string, std::vector<std::string>>> stackWindowIDsByTarget;
+    Published<std::map<std::string, LaunchableApplication>>
+        pendingLaunches; // by tile-target id, until a window is placed
     Published<bool> canUndo{false};
     Published<std::optional<WorkspaceFocusMode>> focusMode;
     Published<std::optional<std::string>> lastActionMessage;

@@ -14,8 +14,8 @@ class Hand : public ::testing::Test {
   public:
     Hand() {
         desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
-        dividers.emplace(desk.controller(), desk.desktop, desk.desktop.queue());
-        drags.emplace(desk.controller(), desk.desktop, desk.desktop.queue());
+        dividers.emplace(desk.controller(), desk.desktop, board, desk.desktop.queue());
+        drags.emplace(desk.controller(), desk.desktop, board, desk.desktop.queue());
         drags->installMonitor();
         history = desk.controller().undoHistory().size();
     }
@@ -55,6 +55,7 @@ class Hand : public ::testing::Test {
     }
 
     Desk desk;
+    OverlayBoard board;
     std::optional<LayoutDividerWindowController> dividers;
     std::optional<WindowDragCoordinator> drags;
     std::size_t history = 0;

@@ -35,7 +35,8 @@ class AgentStage {
                                .diagnostics = {&desk.desktop},
                                .keys = &desk.desktop.keyboard(),
                                .queue = desk.desktop.queue(),
-                               .quit = [this] { hasQuit = true; }};
+                               .quit = [this] { hasQuit = true; },
+                               .overlay = &desk.delegate().overlay()};
         for (auto* setting : {&context.startAtLogin, &context.dockAutoHide}) {
             const auto isOn = std::make_shared<bool>(false);
             *setting = SystemSetting{[isOn] {

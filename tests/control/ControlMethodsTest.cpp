@@ -273,6 +273,39 @@ TEST_F(AgentMethods, SubscribersHearNumberedChangesAndEndUpWithTheState) {
     EXPECT_FALSE(changes.contains("displays")) << "what stayed the same is told again";
 }
 
+TEST_F(AgentMethods, TheOverlaysSubscribersHearOfItsOwnChangesOnceATurn) {
+    const json topic = {{"topic", "overlay"}};
+    EXPECT_EQ(error("subscribe", {{"topic", "windows"}})["code"], controlCode::invalidParameters);
+    auto drawing = client();
+    auto plain = client();
+    call(plain, "subscribe");
+    const json start = call(drawing, "subscribe", topic)["result"];
+    EXPECT_EQ(schemaViolation(schema, "result:subscribe", start), "");
+    json state = start["state"];
+    std::uint64_t last = start["sequence"];
+    const auto heard = [&] {
+        const json params = drawing.message()["params"];
+        EXPECT_EQ(schemaViolation(schema, "notification:changed", params), "");
+        EXPECT_EQ(params.value("topic", ""), "overlay");
+        EXPECT_EQ(params["sequence"], ++last);
+        state.update(params["changes"]);
+        return params["changes"];
+    };
+    result("arrange");
+    json changes = heard();
+    EXPECT_TRUE(changes.contains("tiles") && changes.contains("message")) << "one turn, one line: " << changes;
+    EXPECT_FALSE(changes.contains("displays")) << changes;
+    desk.settle();
+    desk.zoom().zoom();
+    result("theme.select", {{"theme", "neon"}});
+    desk.desktop.addDisplay({.name = "Beamer"});
+    desk.settle();
+    json truth = call("subscribe", topic)["result"];
+    while (last < truth["sequence"]) EXPECT_FALSE(heard().empty());
+    EXPECT_EQ(state, truth["state"]);
+    EXPECT_FALSE(plain.message()["params"].contains("topic"));
+}
+
 TEST_F(AgentMethods, EachActionIsCarriedOutOrSaysWhyNot) {
     const auto said = [&](const char* method, json parameters = json::object()) {
         const json message = result(method, std::move(parameters))["message"];

@@ -74,7 +74,17 @@ void SimulatedDesktop::pressAt(CGPoint point, HandGrip grip) {
 }
 
 void SimulatedDesktop::moveHand(CGPoint point) {
+    const auto handleIDAt = [&](CGPoint place) {
+        const DividerHandle* handle = handleAt(place);
+        return handle ? std::optional(handle->id) : std::nullopt;
+    };
+    // A handle that is held has the pointer until it is released.
+    const bool mayCross = !hold_ || !hold_->handleID;
+    const auto former = mayCross && pointerOnDesktop_ ? handleIDAt(*pointerOnDesktop_) : std::nullopt;
+    const auto entered = mayCross ? handleIDAt(point) : std::nullopt;
     pointerOnDesktop_ = point;
+    if (former && former != entered) tell(DividerHandleEvent::Kind::left, *former, point);
+    if (entered && former != entered) tell(DividerHandleEvent::Kind::entered, *entered, point);
     if (!hold_) return;
     const double dx = point.x - hold_->start.x, dy = point.y - hold_->start.y;
     if (std::hypot(dx, dy) > kRestingPoints) lastClick_.reset();

@@ -1,0 +1,47 @@
+// The strip below each tile: its name, the windows of its stack, an application that is being launched into it, and for
+// 6 seconds the notice that a window claimed further tiles. A span has one footer, along the bottom of what it covers;
+// a display that a window owns in focus mode has none. Main thread only.
+#pragma once
+
+#include "app/OverlayBoard.h"
+#include "support/Lifetime.h"
+#include "support/MainQueue.h"
+#include "workspace/WorkspaceController.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+/// What the footer says of a window that claimed further tiles.
+std::string placementNoticeText(const WindowPlacementNotice& notice);
+
+class TileFooterWindowController {
+  public:
+    static constexpr Seconds kNoticeTime{6};
+
+    /// Shows the footers. The workspace, the board and the queue outlive the controller.
+    TileFooterWindowController(const WorkspaceController& workspace, OverlayBoard& board, MainQueue& queue);
+    ~TileFooterWindowController();
+    TileFooterWindowController(const TileFooterWindowController&) = delete;
+    TileFooterWindowController& operator=(const TileFooterWindowController&) = delete;
+
+    /// Computes the contents again; nothing while closed.
+    void refresh();
+    void close();
+
+  private:
+    void fill(OverlayContents& contents);
+    void addNotice(std::vector<OverlayTile>& tiles);
+
+    const WorkspaceController& workspace_;
+    OverlayBoard& board_;
+    MainQueue& queue_;
+    Seconds noticeEnd_{0}; // uptime
+    bool isNoticeEndScheduled_ = false;
+    std::vector<Subscription> subscriptions_; // while shown
+    Lifetime lifetime_;
+};
+
+} // namespace kova

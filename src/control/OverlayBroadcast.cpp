@@ -1,0 +1,67 @@
+#include "control/OverlayBroadcast.h"
+
+#include "control/JsonRpc.h"
+#include "control/OverlayRecords.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kova {
+
+using nlohmann::json;
+
+OverlayBroadcast::~OverlayBroadcast() {
+    overlay_.watch({});
+}
+
+bool OverlayBroadcast::hasPeers() {
+    std::erase_if(peers_, [](const auto& peer) { return !peer->isConnected(); });
+    if (peers_.empty()) overlay_.watch({});
+    return !peers_.empty();
+}
+
+json OverlayBroadcast::subscribe(std::shared_ptr<ControlPeer> peer) {
+    if (hasPeers()) {
+        touched_ = kEveryOverlaySection; // the other clients get first what the new one finds in the contents
+        sendChanges();
+    } else {
+        overlay_.watch([this](OverlaySections sections) { touched(sections); });
+        overlay_.update(sent_, kEveryOverlaySection);
+        touched_ = 0;
+    }
+    if (std::find(peers_.begin(), peers_.end(), peer) == peers_.end()) peers_.push_back(std::move(peer));
+    return {{"topic", "overlay"}, {"sequence", sequence_}, {"state", overlayRecord::whole(sent_)}};
+}
+
+bool OverlayBroadcast::show(const std::string& what) {
+    if (!hasPeers()) return false;
+    send(jsonrpc::notification("show", {{"what", what}}));
+    return true;
+}
+
+void OverlayBroadcast::touched(OverlaySections sections) {
+    if (touched_ == 0) {
+        queue_.post(lifetime_.guard([this] {
+            if (touched_ != 0) sendChanges();
+        }));
+    }
+    touched_ |= sections;
+}
+
+void OverlayBroadcast::sendChanges() {
+    const OverlaySections sections = std::exchange(touched_, 0);
+    if (!hasPeers()) return;
+    const OverlayContents before = sent_;
+    overlay_.update(sent_, sections);
+    json changes = overlayRecord::changes(before, sent_);
+    if (changes.empty()) return;
+    send(jsonrpc::notification("changed",
+                               {{"topic", "overlay"}, {"sequence", ++sequence_}, {"changes", std::move(changes)}}));
+}
+
+void OverlayBroadcast::send(const json& notification) {
+    const std::string line = jsonrpc::line(notification);
+    for (const auto& peer : peers_) peer->send(line);
+}
+
+} // namespace kova

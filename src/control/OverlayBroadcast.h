@@ -1,0 +1,48 @@
+// Sends the overlay's contents to the clients that draw them: whole first, then what changes. Changes of one turn of
+// the main queue are sent together, under one number; without clients nothing is computed. Main thread only.
+#pragma once
+
+#include "control/ControlHandling.h"
+#include "control/OverlayContents.h"
+#include "support/Lifetime.h"
+#include "support/MainQueue.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+class OverlayBroadcast {
+  public:
+    /// The contents outlive the broadcast.
+    OverlayBroadcast(OverlayServing& overlay, MainQueue& queue) : overlay_(overlay), queue_(queue) {}
+    ~OverlayBroadcast();
+    OverlayBroadcast(const OverlayBroadcast&) = delete;
+    OverlayBroadcast& operator=(const OverlayBroadcast&) = delete;
+
+    /// Sends changes to the client from now on; the result holds the whole contents and the number of the last change.
+    nlohmann::json subscribe(std::shared_ptr<ControlPeer> peer);
+    /// Asks the clients to open something, such as the menu. False when there are none.
+    bool show(const std::string& what);
+
+  private:
+    void touched(OverlaySections sections);
+    void sendChanges();
+    void send(const nlohmann::json& notification);
+    /// Forgets clients that are gone; ends watching with the last. True while there is one.
+    bool hasPeers();
+
+    OverlayServing& overlay_;
+    MainQueue& queue_;
+    std::vector<std::shared_ptr<ControlPeer>> peers_;
+    OverlayContents sent_; // as the clients know them
+    OverlaySections touched_ = 0;
+    std::uint64_t sequence_ = 0;
+    Lifetime lifetime_;
+};
+
+} // namespace kova

@@ -1,0 +1,149 @@
+// What the overlay shows: backdrop, tile footers, divider lines, the drop target and the status message, as values. The
+// agent computes them, a separate program draws them. Rectangles are in window-service space: points, origin at the top
+// left of the first display, y growing downwards.
+#pragma once
+
+#include "layout/LayoutTree.h"
+#include "support/Geometry.h"
+#include "themes/ThemeRegistry.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+struct OverlayAppearance {
+    std::string themeID;
+    std::string accentColorID;
+    std::optional<bool> isDark; // absent: as the desktop's own windows are
+    ThemePalette palette;       // with the accent color in it
+    bool useThemeBackground = false;
+    bool showTileBackgrounds = false;
+    bool showBrain = false;
+    bool operator==(const OverlayAppearance&) const = default;
+};
+
+struct OverlayDisplay {
+    std::string id;
+    std::string name;
+    CGRect frame{};
+    CGRect visibleFrame{}; // without panels, docks and menu bars
+    double scale = 1;      // pixels of the device per point
+    std::string layoutID{};
+    std::string layoutName{};
+    bool isFocusMode = false; // one window owns the display
+    bool isCurrent = false;   // as of the last change of this section
+    bool operator==(const OverlayDisplay&) const = default;
+};
+
+struct OverlayApplication {
+    std::optional<std::string> id;
+    std::string name;
+    bool operator==(const OverlayApplication&) const = default;
+};
+
+/// One window in a tile's application strip.
+struct OverlayWindow {
+    std::string id;
+    OverlayApplication application;
+    std::string title;
+    bool isFront = false;
+    bool isFocused = false;
+    bool isMinimized = false;
+    bool operator==(const OverlayWindow&) const = default;
+};
+
+struct OverlayNotice {
+    std::string text;
+    OverlayApplication application;
+    bool operator==(const OverlayNotice&) const = default;
+};
+
+/// A tile, or all the tiles that one window spans.
+struct OverlayTile {
+    std::string id; // tile-target id; of a span its anchor's
+    std::string displayID;
+    std::string slotID;
+    std::string name{};
+    std::vector<std::string> coveredSlotIDs{}; // its own first
+    CGRect cell{};
+    CGRect windowFrame{};                 // the cell without the inset
+    std::optional<CGRect> footerFrame{};  // absent on a display that a window owns in focus mode
+    std::vector<OverlayWindow> windows{}; // in stack order, the front window first
+    std::optional<OverlayApplication> pendingLaunch{};
+    std::optional<OverlayNotice> notice{};
+    bool isDropTarget = false;
+    bool operator==(const OverlayTile&) const = default;
+};
+
+struct OverlayDivider {
+    std::string id; // opaque; the same for the same divider as long as it is shown
+    std::string displayID;
+    std::string layoutID;
+    std::string splitID;
+    int boundaryIndex = 0;
+    LayoutAxis axis = LayoutAxis::horizontal; // in which the divider moves
+    CGRect frame{};                           // the gap between the tiles
+    bool isHovered = false;
+    bool isDragged = false;
+    bool operator==(const OverlayDivider&) const = default;
+};
+
+/// A window that is being moved with the pointer.
+struct OverlayDrag {
+    std::string windowID;
+    std::optional<std::string> displayID; // under the pointer
+    std::optional<std::string> tileID;    // the drop target
+    bool operator==(const OverlayDrag&) const = default;
+};
+
+struct OverlayMessage {
+    std::string text;
+    std::optional<std::string> displayID; // the current one when the message appeared
+    bool canUndo = false;
+    bool operator==(const OverlayMessage&) const = default;
+};
+
+struct OverlayContents {
+    bool isSuspended = false;
+    OverlayAppearance appearance;
+    std::vector<OverlayDisplay> displays;
+    std::vector<OverlayTile> tiles;
+    std::vector<OverlayDivider> dividers;
+    std::optional<OverlayDrag> drag;
+    std::optional<OverlayMessage> message;
+    bool operator==(const OverlayContents&) const = default;
+};
+
+/// The parts of the contents that change apart from each other, a bit each.
+enum class OverlaySection : std::uint32_t {
+    isSuspended = 1U << 0,
+    appearance = 1U << 1,
+    displays = 1U << 2,
+    tiles = 1U << 3,
+    dividers = 1U << 4,
+    drag = 1U << 5,
+    message = 1U << 6,
+};
+using OverlaySections = std::uint32_t;
+inline constexpr OverlaySections kEveryOverlaySection = (1U << 7) - 1;
+
+constexpr bool holds(OverlaySections sections, OverlaySection section) {
+    return (sections & static_cast<OverlaySections>(section)) != 0;
+}
+
+/// Main thread only.
+class OverlayServing {
+  public:
+    virtual ~OverlayServing() = default;
+    /// Writes the given sections of the contents as they are now; the others are left as they are.
+    virtual void update(OverlayContents& contents, OverlaySections sections) = 0;
+    /// Calls back whenever sections may have changed, possibly in the middle of an operation. One watcher at a time; an
+    /// empty function ends watching. Nothing is computed while nothing watches.
+    virtual void watch(std::function<void(OverlaySections)> changed) = 0;
+};
+
+} // namespace kova

@@ -1,0 +1,18 @@
+// The overlay's contents on the wire, section by section.
+#pragma once
+
+#include "control/OverlayContents.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+namespace kova::overlayRecord {
+
+/// Increased when a client written for the former one would misread the contents.
+inline constexpr int kContract = 1;
+
+/// Every section by its name, and the version of agent and contract.
+nlohmann::json whole(const OverlayContents& contents);
+/// The sections in which `now` differs from `before`.
+nlohmann::json changes(const OverlayContents& before, const OverlayContents& now);
+
+} // namespace kova::overlayRecord

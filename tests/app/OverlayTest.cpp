@@ -1,0 +1,256 @@
+// What the overlay shows, computed from the real workspace on the simulated desktop.
+#include "app/BackdropWindowController.h"
+#include "app/LayoutDividerWindowController.h"
+#include "app/OverlayBoard.h"
+#include "app/TileFooterWindowController.h"
+#include "app/WindowDragCoordinator.h"
+#include "tests/harness/Desk.h"
+
+#include <gtest/gtest.h>
+
+namespace kova {
+namespace {
+
+class Overlay : public ::testing::Test {
+  protected:
+    void show() {
+        desk.start();
+        backdrop.emplace(desk.controller(), board).show();
+        dividers.emplace(desk.controller(), desk.desktop, board, desk.desktop.queue());
+        footers.emplace(desk.controller(), board, desk.desktop.queue());
+        drags.emplace(desk.controller(), desk.desktop, board, desk.desktop.queue());
+        drags->installMonitor();
+        board.watch([this](OverlaySections sections) { touched |= sections; });
+    }
+    ~Overlay() override {
+        drags.reset();
+        footers.reset();
+        dividers.reset();
+        backdrop.reset();
+        EXPECT_EQ(contents(), OverlayContents{}) << "closed controllers leave nothing";
+    }
+    const OverlayContents& contents() {
+        board.update(current, kEveryOverlaySection);
+        return current;
+    }
+    /// Of each footer the tile's name and the strip, "*" before the front window, "!" before the focused one, "_"
+    /// before a minimized one; "→" what is being launched; "^" a drop target.
+    std::string strips() {
+        std::string text;
+        for (const OverlayTile& tile : contents().tiles) {
+            text += (text.empty() ? "" : " | ") + tile.name + ":" + (tile.isDropTarget ? "^" : "");
+            for (const OverlayWindow& window : tile.windows) {
+                text += std::string(" ") + (window.isFront ? "*" : "") + (window.isFocused ? "!" : "") +
+                        (window.isMinimized ? "_" : "") + window.application.name;
+            }
+            if (tile.pendingLaunch) text += " →" + tile.pendingLaunch->name;
+        }
+        return text;
+    }
+    std::string footerFrames() {
+        std::string text;
+        for (const OverlayTile& tile : contents().tiles) {
+            text += (text.empty() ? "" : " | ") + (tile.footerFrame ? describeFrame(*tile.footerFrame) : "none");
+        }
+        return text;
+    }
+    std::string hands() {
+        std::string text;
+        for (const OverlayDivider& divider : contents().dividers) {
+            text += std::string(text.empty() ? "" : " ") + (divider.isHovered ? "hovered" : "-") +
+                    (divider.isDragged ? "+dragged" : "");
+        }
+        return text;
+    }
+    std::string drag() {
+        const auto& drag = contents().drag;
+        if (!drag) return "none";
+        return (drag->windowID == desk.desktop.windowIDOf("Mail") ? "Mail over " : "Codex over ") +
+               drag->displayID.value_or("no display") + " " + drag->tileID.value_or("no tile");
+    }
+    void passes(double seconds) { desk.advance(Seconds(seconds)); }
+
+    Desk desk;
+    OverlayBoard board;
+    std::optional<BackdropWindowController> backdrop;
+    std::optional<LayoutDividerWindowController> dividers;
+    std::optional<TileFooterWindowController> footers;
+    std::optional<WindowDragCoordinator> drags;
+    OverlayContents current;
+    OverlaySections touched = 0;
+};
+
+TEST_F(Overlay, FootersNameTheTileAndItsWindowsInStackOrder) {
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+    show();
+    EXPECT_EQ(strips(), "Primary: *Codex | Secondary: *!Mail");
+    EXPECT_EQ(footerFrames(), "10,1402 1264x28 | 1286,1402 1264x28") << "directly below the cells";
+    EXPECT_EQ(describeFrame(contents().tiles[0].cell), "10,10 1264x1392");
+    EXPECT_EQ(describeFrame(contents().tiles[0].windowFrame), "15,15 1254x1382");
+    desk.move(WorkspaceDirection::left);
+    EXPECT_EQ(strips(), "Primary: *!Mail Codex | Secondary:");
+    desk.cycleStack();
+    EXPECT_EQ(strips(), "Primary: *!Codex Mail | Secondary:");
+    desk.desktop.minimizeByHand("Codex");
+    desk.settle();
+    EXPECT_NE(strips().find("_Codex"), std::string::npos) << strips();
+    desk.desktop.setTrusted(false);
+    desk.settle();
+    EXPECT_EQ(strips(), "") << "without the permission there are no tiles to speak of";
+}
+
+TEST_F(Overlay, ASpanHasOneFooterAlongItsBottomAndForSixSecondsTheNotice) {
+    desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Mail", {.minimumSize = {{2400, 400}}});
+    show();
+    ASSERT_TRUE(desk.controller().placeWindow(desk.desktop.windowIDOf("Mail"),
+                                              desk.targetID("A", desk.controller().tiles()[0].slot.id),
+                                              WorkspaceController::Focusing::no));
+    passes(0.1);
+    ASSERT_EQ(contents().tiles.size(), 3U) << strips();
+    const OverlayTile& span = contents().tiles[0];
+    EXPECT_EQ(span.coveredSlotIDs.size(), 2U);
+    EXPECT_EQ(span.coveredSlotIDs[0], span.slotID);
+    EXPECT_EQ(span.cell.size.width, 2540);
+    EXPECT_EQ(span.footerFrame, makeRect(minX(span.cell), maxY(span.cell), 2540, 28));
+    ASSERT_TRUE(span.notice);
+    EXPECT_EQ(span.notice->text,
+              "Mail did not fit in the selected tile, so KOVA automatically claimed 1 additional tiles");
+    EXPECT_EQ(span.notice->application.name, "Mail");
+    passes(5.8);
+    EXPECT_TRUE(contents().tiles[0].notice);
+    touched = 0;
+    passes(0.2);
+    EXPECT_TRUE(holds(touched, OverlaySection::tiles)) << "its end is announced";
+    EXPECT_FALSE(contents().tiles[0].notice);
+}
+
+TEST_F(Overlay, FocusModeTakesTheFootersOfItsDisplayAlone) {
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+    desk.display(1920, 1080, "B").layout("jarvis.dual-split", "B").settle();
+    show();
+    const std::string before = footerFrames();
+    EXPECT_EQ(before.find("none"), std::string::npos);
+    desk.zoom();
+    EXPECT_TRUE(footerFrames().starts_with("none | none | ")) << footerFrames();
+    EXPECT_EQ(contents().dividers.size(), 1U);
+    EXPECT_TRUE(contents().displays[0].isFocusMode);
+    EXPECT_FALSE(contents().displays[1].isFocusMode);
+    desk.zoom();
+    EXPECT_EQ(footerFrames(), before);
+}
+
+TEST_F(Overlay, ALaunchIsPendingUntilItsWindowLandsFailsOrIsAwaitedNoLonger) {
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").arrange();
+    show();
+    const auto launch = [&](const LaunchableApplication& application) {
+        touched = 0;
+        ASSERT_TRUE(desk.controller().launchApplication(application, desk.displayIDOf("A"), "secondary-1"));
+        EXPECT_TRUE(holds(touched, OverlaySection::tiles));
+        EXPECT_EQ(strips(), "Primary: *!Mail | Secondary: →" + application.name);
+    };
+    launch(desk.desktop.install("Broken", {.fails = "It is broken"}));
+    passes(0.5);
+    EXPECT_EQ(strips(), "Primary: *!Mail | Secondary:");
+    launch(desk.desktop.install("Silent", {.startsAfter = Seconds(1), .windowCount = 0}));
+    passes(19);
+    EXPECT_EQ(strips(), "Primary: *!Mail | Secondary: →Silent");
+    passes(2);
+    EXPECT_EQ(strips(), "Primary: *!Mail | Secondary:");
+    launch(desk.desktop.install("Notes", {.startsAfter = Seconds(1)}));
+    passes(3);
+    EXPECT_EQ(strips(), "Primary: *Mail | Secondary: *!Notes");
+}
+
+TEST_F(Overlay, ADraggedWindowIsShownUntilItIsReleasedCancelledOrUnwatched) {
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+    show();
+    const std::string over = "Mail over " + desk.displayIDOf("A");
+    const auto drags_ = [&](CGPoint point) {
+        desk.desktop.moveHand(point);
+        passes(0.02);
+        return drag();
+    };
+    const auto press = [&](CGPoint point, HandGrip grip = HandGrip::titleBar) {
+        desk.desktop.pressAt(point, grip);
+        passes(0.02);
+    };
+    press({1400, 30});
+    EXPECT_EQ(drag(), "none");
+    EXPECT_EQ(drags_({1500, 300}), over + " no tile") << "its own tile is no target";
+    EXPECT_EQ(drags_({500, 300}), over + " " + desk.targetID("A", "focus-main"));
+    EXPECT_EQ(strips(), "Primary:^ *Codex | Secondary: *!Mail");
+    desk.desktop.letGo();
+    passes(0);
+    EXPECT_EQ(drag(), "none") << "at once, though the window may still be on its way";
+    desk.settle();
+    EXPECT_EQ(strips(), "Primary: *!Mail Codex | Secondary:");
+    press({1268, 700}, HandGrip::rightEdge);
+    EXPECT_EQ(drags_({1468, 700}), "none") << "a resize has no target";
+    desk.desktop.letGo();
+    desk.settle();
+    press({100, 30});
+    EXPECT_NE(drags_({1900, 300}), "none");
+    drags->removeMonitor(); // as a suspension does
+    EXPECT_EQ(drag(), "none");
+    EXPECT_EQ(strips().find('^'), std::string::npos);
+    desk.desktop.letGo();
+    desk.settle();
+}
+
+TEST_F(Overlay, DividersTellOfThePointerOnThem) {
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+    show();
+    EXPECT_EQ(hands(), "-");
+    EXPECT_EQ(describeFrame(contents().dividers[0].frame), "1274,10 12x1392");
+    const auto moves = [&](CGPoint point) {
+        touched = 0;
+        desk.desktop.moveHand(point);
+        passes(0.02);
+        return hands();
+    };
+    EXPECT_EQ(moves({1280, 700}), "hovered");
+    EXPECT_EQ(moves({1281, 710}), "hovered");
+    EXPECT_EQ(touched, 0U) << "movements on it are no news";
+    desk.desktop.pressAt({1280, 700});
+    passes(0.02);
+    EXPECT_EQ(hands(), "hovered+dragged");
+    EXPECT_EQ(moves({1480, 700}), "hovered+dragged");
+    EXPECT_EQ(describeFrame(contents().dividers[0].frame), "1474,10 12x1392");
+    EXPECT_EQ(describeFrame(contents().tiles[0].windowFrame), "15,15 1454x1382");
+    EXPECT_EQ(*contents().tiles[0].footerFrame, makeRect(10, 1402, 1464, 28)) << "the footer is where the window is";
+    desk.desktop.letGo();
+    desk.settle();
+    EXPECT_EQ(moves({300, 700}), "-");
+}
+
+TEST_F(Overlay, TheBackdropHasTheLookAndAMessageStaysOnItsDisplay) {
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+    desk.display(1920, 1080, "B").settle();
+    show();
+    auto& workspace = desk.controller();
+    EXPECT_EQ(contents().appearance.isDark, std::nullopt) << "the native theme follows the desktop";
+    ASSERT_TRUE(workspace.selectTheme("jarvis.neon-cyan"));
+    workspace.selectAccentColor("reactor-amber");
+    workspace.setShowBrain(true);
+    EXPECT_EQ(contents().appearance.isDark, true);
+    EXPECT_EQ(contents().appearance.palette.accent, accentColor("reactor-amber").accent);
+    EXPECT_TRUE(contents().appearance.showBrain);
+    ASSERT_EQ(contents().displays.size(), 2U);
+    EXPECT_EQ(describeFrame(contents().displays[1].frame), "2560,0 1920x1080");
+
+    desk.arrange();
+    const auto message = contents().message;
+    ASSERT_TRUE(message);
+    EXPECT_EQ(message->text, "Windows arranged into zones — Undo is available");
+    EXPECT_EQ(message->displayID, desk.displayIDOf("A"));
+    EXPECT_TRUE(message->canUndo);
+    desk.desktop.moveByHand("Mail", makeRect(2600, 100, 800, 600));
+    desk.desktop.focusByHand("Mail");
+    passes(1);
+    EXPECT_EQ(contents().message, message);
+    passes(4);
+    EXPECT_EQ(contents().message, std::nullopt);
+}
+
+} // namespace
+} // namespace kova
