@@ -31,4 +31,5 @@ if(APPLE)
   target_link_libraries(kova-agent PRIVATE kova_control kova_platform_macos kova_platform_posix kova_app)
 endif()
 
+include(ui.cmake)
 include(${PROJECT_SOURCE_DIR}/packaging/macos/bundle.cmake)

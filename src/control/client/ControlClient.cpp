@@ -81,14 +81,34 @@ bool ControlClient::hasHeardLastWords() {
     return received_.find('\n') != std::string::npos;
 }
 
+std::optional<std::string> ControlClient::takeLine(std::size_t searched) {
+    const auto end = received_.find('\n', searched);
+    if (end == std::string::npos) return std::nullopt;
+    std::string line = received_.substr(0, end);
+    received_.erase(0, end + 1);
+    return line;
+}
+
+std::variant<std::optional<std::string>, ConnectionFailure> ControlClient::receiveAvailable() {
+    std::array<char, 16 * 1024> piece;
+    for (std::size_t searched = 0;;) {
+        if (auto line = takeLine(searched)) return line;
+        searched = received_.size();
+        const auto length = recv(socket_, piece.data(), piece.size(), MSG_DONTWAIT);
+        if (length > 0) {
+            received_.append(piece.data(), static_cast<std::size_t>(length));
+        } else if (length < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) {
+            return std::optional<std::string>{};
+        } else if (length == 0 || errno != EINTR) {
+            return ConnectionFailure{ConnectionTrouble::ended, "The agent at " + path_ + " has ended"};
+        }
+    }
+}
+
 std::variant<std::string, ConnectionFailure> ControlClient::receive() {
     std::array<char, 16 * 1024> piece;
     for (std::size_t searched = 0;;) {
-        if (const auto end = received_.find('\n', searched); end != std::string::npos) {
-            std::string line = received_.substr(0, end);
-            received_.erase(0, end + 1);
-            return line;
-        }
+        if (auto line = takeLine(searched)) return *std::move(line);
         searched = received_.size();
         const auto length = recv(socket_, piece.data(), piece.size(), 0);
         if (length > 0) {

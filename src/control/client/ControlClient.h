@@ -40,7 +40,13 @@ class ControlClient {
     /// The next line, without its line break.
     std::variant<std::string, ConnectionFailure> receive();
 
+    /// For event loops: readable when something came or the agent has ended.
+    int descriptor() const { return socket_; }
+    /// As `receive`, but absent instead of waiting when no complete line has come yet.
+    std::variant<std::optional<std::string>, ConnectionFailure> receiveAvailable();
+
   private:
+    std::optional<std::string> takeLine(std::size_t searched);
     bool hasHeardLastWords();
 
     ControlClient(int socket, std::string path) : socket_(socket), path_(std::move(path)) {}

@@ -1,0 +1,146 @@
+#include "ui/AgentActions.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QStyle>
+
+#include <algorithm>
+
+namespace kova::ui {
+
+namespace {
+
+QString titleOf(const std::string& utf8) {
+    return QString::fromStdString(utf8).replace(u'&', QStringLiteral("&&"));
+}
+
+/// The slot's id within the tile's own.
+std::string slotOf(const std::string& tile) {
+    const auto separator = tile.rfind("::");
+    return separator == std::string::npos ? tile : tile.substr(separator + 2);
+}
+
+int iconSize() {
+    return QApplication::style()->pixelMetric(QStyle::PM_SmallIconSize);
+}
+
+} // namespace
+
+void AgentActions::bringForward(const std::string& window) {
+    link_.call("focus", {{"window", window}});
+}
+
+void AgentActions::stepStack(const std::string& tile, StackStep step) {
+    link_.call("stack", {{"step", step == StackStep::next ? "next" : "previous"}, {"tile", tile}});
+}
+
+void AgentActions::place(const std::string& window, const std::string& tile) {
+    link_.call("place", {{"window", window}, {"tile", tile}});
+}
+
+void AgentActions::undo() {
+    link_.call("undo");
+}
+
+void AgentActions::chooseApplication(const std::string& tile, QPoint at) {
+    link_.call("app.list", nlohmann::json::object(), [this, tile, at](const Answer& answer) {
+        if (answer.error.empty()) listApplications(tile, answer.result, at);
+    });
+}
+
+void AgentActions::listApplications(const std::string& tile, const nlohmann::json& result, QPoint at) {
+    menu_.clear();
+    try {
+        for (const JsonCursor& application : JsonCursor(result, "").required("applications").elements()) {
+            const std::string id = application.required("id").string(), name = application.required("name").string();
+            QAction* action = menu_.addAction(titleOf(name));
+            if (icon_) action->setIcon(icon_({id, name}, iconSize()));
+            QObject::connect(action, &QAction::triggered, action, [this, id, tile] {
+                link_.call("launch", {{"application", id}, {"tile", tile}});
+            });
+        }
+    } catch (const DecodingError& error) {
+        qWarning("kova-ui: the list of applications is not understood: %s", error.what());
+    }
+    if (menu_.isEmpty()) menu_.addAction(QStringLiteral("No applications are installed"))->setEnabled(false);
+    menu_.popup(at);
+}
+
+void AgentActions::showStackMenu(const std::string& tileID, QPoint at) {
+    const TileContents* tile = link_.contents() ? link_.contents()->tile(tileID) : nullptr;
+    if (!tile) return;
+    menu_.clear();
+    for (const StackEntry& entry : tile->applications) {
+        const std::string& title = entry.title.empty() ? entry.application.name : entry.title;
+        QAction* action = menu_.addAction(titleOf(title));
+        if (icon_) action->setIcon(icon_(entry.application, iconSize()));
+        QObject::connect(action, &QAction::triggered, action, [this, window = entry.window] { bringForward(window); });
+    }
+    menu_.popup(at);
+}
+
+void AgentActions::showEntryMenu(const std::string& tileID, const std::string& window, QPoint at) {
+    const TileContents* tile = link_.contents() ? link_.contents()->tile(tileID) : nullptr;
+    if (!tile) return;
+    const auto entry = std::ranges::find(tile->applications, window, &StackEntry::window);
+    if (entry == tile->applications.end()) return;
+    menu_.clear();
+    const auto add = [&](const QString& title, auto&& act) {
+        QAction* action = menu_.addAction(title);
+        QObject::connect(action, &QAction::triggered, action, act);
+    };
+    add(QStringLiteral("Bring to Front"), [this, window] { bringForward(window); });
+    addMoves(*tile, window);
+    add(QStringLiteral("Float"), [this, window] { link_.call("float", {{"window", window}}); });
+    menu_.addSeparator();
+    addRules(*tile, entry->application);
+    menu_.addSeparator();
+    const std::string name = entry->application.name;
+    add(QStringLiteral("Quit ") + titleOf(name), [this, window] { link_.call("app.quit", {{"window", window}}); });
+    add(QStringLiteral("Force Quit ") + titleOf(name) + QStringLiteral("…"), [this, window, name] { forceQuit(window, name); });
+    menu_.popup(at);
+}
+
+void AgentActions::addMoves(const TileContents& tile, const std::string& window) {
+    QMenu* tiles = menu_.addMenu(QStringLiteral("Move to"));
+    const OverlayContents& contents = *link_.contents();
+    for (const DisplayContents& display : contents.displays) {
+        if (contents.displays.size() > 1) tiles->addSection(titleOf(display.name));
+        for (const TileContents& other : contents.tiles) {
+            if (other.display != display.id) continue;
+            QAction* action = tiles->addAction(titleOf(other.name));
+            action->setEnabled(other.id != tile.id);
+            QObject::connect(action, &QAction::triggered, action, [this, window, id = other.id] { place(window, id); });
+        }
+    }
+}
+
+void AgentActions::addRules(const TileContents& tile, const ApplicationName& application) {
+    QMenu* rules = menu_.addMenu(QStringLiteral("Rule for ") + titleOf(application.name));
+    const std::string named = application.id.empty() ? application.name : application.id;
+    const auto add = [&](const QString& title, const nlohmann::json& parameters) {
+        QAction* action = rules->addAction(title);
+        QObject::connect(action, &QAction::triggered, action, [this, parameters] { link_.call("rule.add", parameters); });
+    };
+    add(QStringLiteral("Always in ") + titleOf(tile.name),
+        {{"application", named}, {"disposition", "tile"}, {"slot", slotOf(tile.id)}});
+    add(QStringLiteral("Always Float"), {{"application", named}, {"disposition", "float"}});
+    add(QStringLiteral("Leave Alone"), {{"application", named}, {"disposition", "ignore"}});
+}
+
+void AgentActions::forceQuit(const std::string& window, const std::string& applicationName) {
+    auto* question = new QMessageBox(QMessageBox::Warning, QStringLiteral("KOVA"),
+                                     QStringLiteral("Force %1 to quit?").arg(QString::fromStdString(applicationName)));
+    question->setInformativeText(QStringLiteral("Changes that were not saved are lost."));
+    question->setAttribute(Qt::WA_DeleteOnClose);
+    const auto* confirm = question->addButton(QStringLiteral("Force Quit"), QMessageBox::DestructiveRole);
+    question->setDefaultButton(question->addButton(QMessageBox::Cancel));
+    QObject::connect(question, &QMessageBox::buttonClicked, question, [this, window, confirm](QAbstractButton* button) {
+        if (static_cast<const QAbstractButton*>(confirm) == button) link_.call("app.forceQuit", {{"window", window}});
+    });
+    question->open();
+}
+
+} // namespace kova::ui

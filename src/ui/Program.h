@@ -1,0 +1,40 @@
+// The user interface as a whole: the connection to the agent, the overlay, the status item, and the order in which they
+// begin. Main thread only.
+#pragma once
+
+#include "ui/AgentActions.h"
+#include "ui/client/AgentLink.h"
+#include "ui/overlay/Overlay.h"
+#include "ui/style/ApplicationIcons.h"
+#include "ui/style/DesktopPreferences.h"
+#include "ui/tray/Tray.h"
+
+#include <memory>
+#include <string>
+
+namespace kova::ui {
+
+class Program : public QObject {
+  public:
+    explicit Program(const std::string& socketPath);
+    void start();
+
+  private:
+    void contentsChanged();
+    void applyTaste();
+    void styleMenus();
+
+    AgentLink link_;
+    AgentActions actions_;
+    ApplicationIcons icons_;
+    DesktopPreferences preferences_;
+    std::unique_ptr<OverlayPlatform> platform_;
+    std::unique_ptr<Overlay> overlay_;
+    std::unique_ptr<Tray> tray_;
+    std::optional<Appearance> menuAppearance_; // for which menus are styled
+    bool isAgentThere_ = false;
+    bool isRefreshDue_ = false;
+    std::string lastComplaint_;
+};
+
+} // namespace kova::ui

@@ -1,0 +1,185 @@
+#include "ui/client/Contents.h"
+
+#include "themes/ThemeCoding.h"
+
+#include <algorithm>
+
+namespace kova::ui {
+
+namespace {
+
+CGRect rectangle(const JsonCursor& at) {
+    return makeRect(at.required("x").number(), at.required("y").number(), at.required("width").number(),
+                    at.required("height").number());
+}
+
+std::string text(const JsonCursor& at, std::string_view key) {
+    const auto member = at.optional(key);
+    return member ? member->string() : std::string();
+}
+
+bool flag(const JsonCursor& at, std::string_view key) {
+    const auto member = at.optional(key);
+    return member && member->boolean();
+}
+
+template <class Value>
+std::vector<Value> all(const JsonCursor& at, Value (*decode)(const JsonCursor&)) {
+    std::vector<Value> values;
+    for (const JsonCursor& element : at.elements()) values.push_back(decode(element));
+    return values;
+}
+
+template <class Value>
+std::optional<Value> ifAny(const JsonCursor& at, Value (*decode)(const JsonCursor&)) {
+    if (at.value().is_null()) return std::nullopt;
+    return decode(at);
+}
+
+template <class Value>
+std::optional<Value> member(const JsonCursor& at, std::string_view key, Value (*decode)(const JsonCursor&)) {
+    const auto found = at.optional(key);
+    if (!found) return std::nullopt;
+    return decode(*found);
+}
+
+std::string textOf(const JsonCursor& at) {
+    return at.string();
+}
+
+bool flagOf(const JsonCursor& at) {
+    return at.boolean();
+}
+
+Appearance appearance(const JsonCursor& at) {
+    return {.theme = at.required("theme").string(),
+            .isDark = member(at, "isDark", flagOf),
+            .palette = decodePalette(at.required("palette")),
+            .useThemeBackground = flag(at, "useThemeBackground"),
+            .showTileBackgrounds = flag(at, "showTileBackgrounds"),
+            .showBrain = flag(at, "showBrain")};
+}
+
+DisplayContents display(const JsonCursor& at) {
+    DisplayContents decoded{.id = at.required("id").string(),
+                            .name = text(at, "name"),
+                            .frame = rectangle(at.required("frame")),
+                            .visibleFrame = rectangle(at.required("visibleFrame")),
+                            .scale = 1,
+                            .isFocusMode = flag(at, "isFocusMode"),
+                            .isCurrent = flag(at, "isCurrent")};
+    if (const auto scale = at.optional("scale")) decoded.scale = scale->number();
+    if (!(decoded.scale >= 0.25 && decoded.scale <= 16)) at.fail("scale is out of range");
+    return decoded;
+}
+
+ApplicationName application(const JsonCursor& at) {
+    return {text(at, "id"), at.required("name").string()};
+}
+
+StackEntry stackEntry(const JsonCursor& at) {
+    // Window ids are texts; a number is taken as well, since other topics tell them so.
+    const JsonCursor window = at.required("window");
+    return {.window = window.value().is_number_integer() ? std::to_string(window.integer()) : window.string(),
+            .application = application(at.required("application")),
+            .title = text(at, "title"),
+            .isFront = flag(at, "isFront"),
+            .isFocused = flag(at, "isFocused"),
+            .isMinimized = flag(at, "isMinimized")};
+}
+
+ApplicationName pendingLaunch(const JsonCursor& at) {
+    return application(at.required("application"));
+}
+
+PlacementNotice notice(const JsonCursor& at) {
+    return {at.required("text").string(), member(at, "application", application).value_or(ApplicationName{})};
+}
+
+TileContents tile(const JsonCursor& at) {
+    return {.id = at.required("id").string(),
+            .display = at.required("display").string(),
+            .name = at.required("name").string(),
+            .frame = rectangle(at.required("frame")),
+            .footerFrame = member(at, "footerFrame", rectangle),
+            .isEmpty = flag(at, "isEmpty"),
+            .isDropTarget = flag(at, "isDropTarget"),
+            .applications = all(at.required("applications"), stackEntry),
+            .pending = member(at, "pending", pendingLaunch),
+            .notice = member(at, "notice", notice)};
+}
+
+DividerContents divider(const JsonCursor& at) {
+    return {.id = at.required("id").string(),
+            .display = at.required("display").string(),
+            .frame = rectangle(at.required("frame")),
+            .separatesSideBySide = at.required("axis").string() == "horizontal",
+            .isLit = flag(at, "isHovered") || flag(at, "isDragged")};
+}
+
+WindowDrag drag(const JsonCursor& at) {
+    return {member(at, "display", textOf), member(at, "tile", textOf)};
+}
+
+StatusMessage message(const JsonCursor& at) {
+    return {at.required("text").string(), text(at, "display"), flag(at, "canUndo")};
+}
+
+MenuItem menuItem(const JsonCursor& at) {
+    const std::string kind = at.required("kind").string();
+    MenuItem item;
+    if (kind == "submenu") {
+        item.kind = MenuItem::Kind::submenu;
+    } else if (kind == "separator") {
+        item.kind = MenuItem::Kind::separator;
+    } else if (kind == "heading") {
+        item.kind = MenuItem::Kind::heading;
+    }
+    item.id = text(at, "id");
+    item.title = text(at, "title");
+    item.isEnabled = !at.optional("isEnabled") || flag(at, "isEnabled");
+    item.isChecked = flag(at, "isChecked");
+    item.shortcut = text(at, "shortcut");
+    if (const auto entries = at.optional("entries")) item.entries = all(*entries, menuItem);
+    return item;
+}
+
+} // namespace
+
+const DisplayContents* OverlayContents::display(std::string_view id) const {
+    const auto found = std::ranges::find(displays, id, &DisplayContents::id);
+    return found == displays.end() ? nullptr : &*found;
+}
+
+const TileContents* OverlayContents::tile(std::string_view id) const {
+    const auto found = std::ranges::find(tiles, id, &TileContents::id);
+    return found == tiles.end() ? nullptr : &*found;
+}
+
+void applySections(OverlayContents& contents, const JsonCursor& sections) {
+    for (const auto& [name, at] : sections.members()) {
+        if (name == "version") {
+            contents.version = {static_cast<int>(at.required("contract").integer()), text(at, "agent")};
+        } else if (name == "isSuspended") {
+            contents.isSuspended = at.boolean();
+        } else if (name == "appearance") {
+            contents.appearance = appearance(at);
+        } else if (name == "displays") {
+            contents.displays = all(at, display);
+        } else if (name == "tiles") {
+            contents.tiles = all(at, tile);
+        } else if (name == "dividers") {
+            contents.dividers = all(at, divider);
+        } else if (name == "drag") {
+            contents.drag = ifAny(at, drag);
+        } else if (name == "message") {
+            contents.message = ifAny(at, message);
+        }
+    }
+}
+
+std::vector<MenuItem> decodeMenu(const JsonCursor& result) {
+    return all(result.required("entries"), menuItem);
+}
+
+} // namespace kova::ui

@@ -1,0 +1,61 @@
+// The overlay's contents as the agent tells them, kept in step with its numbered changes. Knows the messages, not the
+// socket: lines come in, requests go out as text. Main thread only.
+#pragma once
+
+#include "ui/client/Contents.h"
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include <nlohmann/json.hpp>
+
+namespace kova::ui {
+
+/// What became of a request: its result, or the reason why there is none.
+struct Answer {
+    nlohmann::json result;
+    std::string error; // empty when it was carried out
+};
+
+class OverlayMirror {
+  public:
+    struct Listener {
+        std::function<void()> contentsChanged;
+        std::function<void(const std::string& what)> showRequested;
+        /// The agent speaks another contract, or what it sends cannot be understood. The text is for the user.
+        std::function<void(const std::string& reason)> notUnderstood;
+    };
+    explicit OverlayMirror(Listener listener) : listener_(std::move(listener)) {}
+
+    /// A new connection: what is known is forgotten. Returns the lines to send.
+    std::string connected();
+    /// The connection has ended: requests that wait get an error, contents are gone.
+    void disconnected();
+    /// Takes one line of the agent. Returns what is to be sent because of it; mostly nothing.
+    std::string receive(std::string_view line);
+    /// The line to send for a request; `done` is called with its answer.
+    std::string request(const std::string& method, nlohmann::json parameters, std::function<void(const Answer&)> done);
+
+    /// Absent until the agent has told them, and while there is no connection.
+    const std::optional<OverlayContents>& contents() const { return contents_; }
+
+  private:
+    std::string subscribe();
+    std::string takeAnswer(const nlohmann::json& message);
+    std::string takeState(const Answer& answer);
+    std::string takeChanges(const nlohmann::json& parameters);
+    void refuse(const std::string& reason);
+
+    Listener listener_;
+    std::optional<OverlayContents> contents_;
+    std::uint64_t sequence_ = 0;
+    std::uint64_t nextRequest_ = 1;
+    std::uint64_t subscription_ = 0; // the request whose answer is the state; 0: none is under way
+    std::map<std::uint64_t, std::function<void(const Answer&)>> waiting_;
+};
+
+} // namespace kova::ui

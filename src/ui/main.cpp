@@ -1,0 +1,61 @@
+// kova-ui: what one sees of KOVA. A client of the agent's socket.
+#include "ui/Program.h"
+
+#include "control/client/ControlSocket.h"
+#include "support/Version.h"
+
+#include <QApplication>
+
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+namespace {
+
+constexpr std::string_view kHelp = R"(usage: kova-ui [--socket PATH]
+
+Shows what kova-agent manages: the footers of tiles, empty tiles, where a carried
+window would go, messages, and the menu of the desktop's panel. The agent starts
+it; without an agent it shows nothing and waits for one.
+
+  --socket PATH   the agent's socket (else KOVA_SOCKET, else that of the session)
+  --help          this text
+  --version       the version
+)";
+
+/// Sizes come from the agent, in points: the toolkit must not scale a second time. It needs no 3D, and no theme of
+/// another toolkit, whose libraries would take more memory than all the rest.
+void prepareToolkit() {
+    qputenv("QT_ENABLE_HIGHDPI_SCALING", "0");
+    for (const char* name : {"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_AUTO_SCREEN_SCALE_FACTOR"}) qunsetenv(name);
+    qputenv("QT_XCB_GL_INTEGRATION", "none");
+    qputenv("QT_QPA_PLATFORMTHEME", qgetenv("XDG_CURRENT_DESKTOP").toUpper().contains("KDE") ? "kde" : "gnome");
+    qputenv("QT_STYLE_OVERRIDE", "fusion");
+    qputenv("QT_ACCESSIBILITY", "0");
+    qputenv("QT_IM_MODULE", "none");
+    QCoreApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::string socket = kova::controlSocketPlace().path;
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view argument = argv[i];
+        if (argument == "--help") return std::fwrite(kHelp.data(), 1, kHelp.size(), stdout) == kHelp.size() ? 0 : 1;
+        if (argument == "--version") return std::puts("kova-ui " KOVA_VERSION) >= 0 ? 0 : 1;
+        if (argument == "--socket" && i + 1 < argc) {
+            socket = argv[++i];
+            continue;
+        }
+        std::fprintf(stderr, "kova-ui: unknown argument: %s\n%s", argv[i], kHelp.data());
+        return 2;
+    }
+    prepareToolkit();
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("kova-ui"));
+    QApplication::setQuitOnLastWindowClosed(false);
+    kova::ui::Program program(socket);
+    program.start();
+    return QApplication::exec();
+}

@@ -1,0 +1,30 @@
+// Shapes that several pictures share. Coordinates are pixels.
+#pragma once
+
+#include "ui/style/Style.h"
+
+#include <QPainter>
+#include <QString>
+
+#include <string_view>
+
+namespace kova::ui {
+
+inline QString textOf(std::string_view utf8) {
+    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+
+/// A rounded rectangle whose line lies inside of it, sharp on the pixel grid. Invalid colours are left out.
+void drawPanel(QPainter& painter, const QRectF& area, double radius, const QColor& fill, const QColor& line,
+               double lineWidth);
+/// One line of text, elided at its end, vertically centred. Whatever its writing direction, it starts at the left.
+void drawText(QPainter& painter, const QRect& area, const QString& text, const QFont& font, const QColor& color,
+              Qt::Alignment alignment = Qt::AlignLeft);
+int widthOf(const QString& text, const QFont& font);
+/// The application's icon, else a tile with the first letter of its name.
+void drawIcon(QPainter& painter, const QRect& area, const ApplicationName& application, const Style& style,
+              double opacity);
+/// A cross of two lines.
+void drawPlus(QPainter& painter, const QRect& area, const Style& style, const QColor& color);
+
+} // namespace kova::ui

@@ -1,0 +1,212 @@
+#include "ui/overlay/Footer.h"
+
+#include "ui/overlay/Drawing.h"
+
+#include <algorithm>
+#include <array>
+
+namespace kova::ui {
+
+namespace {
+
+/// The application's name; the window's title where several windows of the tile are of one application.
+QString labelOf(const TileContents& tile, const StackEntry& entry) {
+    const auto sameName = [&](const StackEntry& other) { return other.application.name == entry.application.name; };
+    const bool isAmbiguous = std::ranges::count_if(tile.applications, sameName) > 1;
+    return textOf(isAmbiguous && !entry.title.empty() ? entry.title : entry.application.name);
+}
+
+QFont smallFont(const Style& style) {
+    return style.font(points::smallText);
+}
+
+int entryWidth(int textWidth, const Style& style) {
+    const int icon = style.px(points::iconSize), padding = style.px(points::entryPadding);
+    return textWidth == 0 ? icon + 2 * style.px(4) : padding + icon + style.px(points::iconGap) + textWidth + padding;
+}
+
+/// How wide each entry's text is. Tries, in this order: all as they are; elided ever more; only icons for the waiting
+/// ones.
+std::vector<int> textWidths(const std::vector<QString>& labels, int available, const Style& style) {
+    std::vector<int> natural;
+    for (const QString& label : labels) natural.push_back(widthOf(label, smallFont(style)) + 1);
+    const auto total = [&](const std::vector<int>& widths) {
+        int sum = -style.px(points::entryGap);
+        for (const int width : widths) sum += entryWidth(width, style) + style.px(points::entryGap);
+        return sum;
+    };
+    std::vector<int> widths;
+    for (const double limit : {points::widestEntryText, 112.0, 80.0, 56.0}) {
+        widths.clear();
+        for (const int width : natural) widths.push_back(std::min(width, style.px(limit)));
+        if (total(widths) <= available) return widths;
+    }
+    for (std::size_t i = 1; i < widths.size(); ++i) widths[i] = 0;
+    if (!widths.empty()) widths[0] = std::min(natural[0], style.px(112));
+    if (total(widths) > available && !widths.empty()) widths[0] = std::min(natural[0], style.px(56));
+    return widths;
+}
+
+void layOutEntries(FooterLayout& layout, const TileContents& tile, QRect strip, const Style& style) {
+    std::vector<QString> labels;
+    for (const StackEntry& entry : tile.applications) labels.push_back(labelOf(tile, entry));
+    const std::vector<int> widths = textWidths(labels, strip.width(), style);
+    const int gap = style.px(points::entryGap), chip = style.px(28);
+    int x = strip.left();
+    for (std::size_t i = 0; i < labels.size(); ++i) {
+        const int width = entryWidth(widths[i], style);
+        const bool isLast = i + 1 == labels.size();
+        if (x + width > strip.right() + 1 - (isLast ? 0 : gap + chip)) {
+            layout.hiddenEntries = labels.size() - i;
+            layout.more = QRect(x, strip.top(), chip, strip.height());
+            return;
+        }
+        layout.entries.push_back(
+            {QRect(x, strip.top(), width, strip.height()), widths[i] > 0 ? labels[i] : QString(), i});
+        x += width + gap;
+    }
+    layout.remark = QRect(QPoint(x, strip.top()), QPoint(strip.right(), strip.bottom()));
+}
+
+void paintEntry(QPainter& painter, const StackEntry& entry, const FooterLayout::Entry& place, bool isHovered,
+                const Style& style) {
+    const Palette& palette = style.palette;
+    const double radius = style.px(points::entryRadius);
+    if (entry.isFront) {
+        drawPanel(painter, place.area, radius, palette.raised, entry.isFocused ? palette.accentLine : palette.raisedLine,
+                  style.line(entry.isFocused ? 1.5 : 1));
+    }
+    if (isHovered) drawPanel(painter, place.area, radius, palette.hovered, QColor(), 0);
+    const int icon = style.px(points::iconSize);
+    const bool isBare = place.label.isEmpty();
+    const QRect iconArea(place.area.left() + (isBare ? (place.area.width() - icon) / 2 : style.px(points::entryPadding)),
+                         place.area.top() + (place.area.height() - icon) / 2, icon, icon);
+    drawIcon(painter, iconArea, entry.application, style, entry.isFront || isHovered ? 1 : 0.55);
+    const QColor color = entry.isFront ? palette.text : palette.mutedText;
+    if (entry.isMinimized) {
+        const int height = static_cast<int>(style.line(2));
+        painter.fillRect(QRect(iconArea.left() + style.px(3), place.area.bottom() + 1 - height, icon - 2 * style.px(3), height),
+                         color);
+    }
+    if (isBare) return;
+    const int textLeft = iconArea.right() + 1 + style.px(points::iconGap);
+    const QRect text(QPoint(textLeft, place.area.top()),
+                     QPoint(place.area.right() - style.px(points::entryPadding) + 1, place.area.bottom()));
+    drawText(painter, text, place.label, smallFont(style), color);
+}
+
+void paintPending(QPainter& painter, const ApplicationName& application, const QRect& area, double turn,
+                  const Style& style) {
+    const int size = style.px(points::iconSize);
+    const QRect icon(area.left() + style.px(points::entryPadding), area.top() + (area.height() - size) / 2, size, size);
+    drawIcon(painter, icon.adjusted(style.px(3), style.px(3), -style.px(3), -style.px(3)), application, style, 0.8);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(Qt::NoBrush);
+    const double width = style.line(1.5);
+    const QRectF ring = QRectF(icon).adjusted(width / 2, width / 2, -width / 2, -width / 2);
+    painter.setPen(QPen(style.palette.panelLine, width));
+    painter.drawEllipse(ring);
+    painter.setPen(QPen(style.palette.accentLine, width, Qt::SolidLine, Qt::RoundCap));
+    painter.drawArc(ring, static_cast<int>((90 - 360 * turn) * 16), -100 * 16);
+    drawText(painter, area.adjusted(icon.right() + 1 - area.left() + style.px(points::iconGap), 0, 0, 0),
+             textOf(application.name) + QStringLiteral("…"), smallFont(style), style.palette.mutedText);
+}
+
+void paintNotice(QPainter& painter, const PlacementNotice& notice, const QRect& area, const Style& style) {
+    const int size = style.px(points::iconSize);
+    const QRect icon(area.left() + style.px(4), area.top() + (area.height() - size) / 2, size, size);
+    drawIcon(painter, icon, notice.application, style, 1);
+    drawText(painter, area.adjusted(size + style.px(4 + points::iconGap), 0, 0, 0), textOf(notice.text), smallFont(style),
+             style.palette.text);
+}
+
+} // namespace
+
+std::optional<QRect> footerArea(const TileContents& tile, const Style& style) {
+    if (!tile.footerFrame) return std::nullopt;
+    // In line with the window above it, which keeps an inset inside the tile.
+    const CGRect& strip = *tile.footerFrame;
+    const double left = std::max(minX(strip), minX(tile.frame)), right = std::min(maxX(strip), maxX(tile.frame));
+    const double margin = (strip.size.height - points::footerPanelHeight) / 2;
+    if (right - left < 40 || margin < 0) return style.px(strip);
+    return style.px(makeRect(left, minY(strip) + margin, right - left, points::footerPanelHeight));
+}
+
+FooterLayout layOutFooter(const TileContents& tile, QSize size, const Style& style) {
+    FooterLayout layout;
+    layout.panel = QRect(QPoint(0, 0), size);
+    const int height = style.px(points::entryHeight), top = (size.height() - height) / 2, margin = style.px(4);
+    layout.launch = QRect(size.width() - margin - height, top, height, height);
+    const QFont nameFont = style.font(points::smallText, QFont::Medium);
+    const int nameLeft = style.px(12);
+    const int widest = std::max(0, (layout.launch.left() - nameLeft) * 2 / 5);
+    layout.name = QRect(nameLeft, top, std::min(widthOf(textOf(tile.name), nameFont) + 1, widest), height);
+    const QRect strip(QPoint(layout.name.right() + 1 + style.px(12), top),
+                      QPoint(layout.launch.left() - 1 - style.px(8), top + height - 1));
+    if (strip.width() <= 0) return layout;
+    layout.remark = strip;
+    if (tile.notice) return layout;
+    QRect entries = strip;
+    if (tile.pending) {
+        const int wanted = style.px(points::entryPadding + points::iconSize + points::iconGap) + style.px(4) +
+                           widthOf(textOf(tile.pending->name) + QStringLiteral("…"), smallFont(style));
+        layout.pending = strip;
+        layout.pending.setWidth(std::min(wanted, strip.width()));
+        entries.setWidth(std::max(0, strip.width() - layout.pending.width() - style.px(points::entryGap)));
+    }
+    layOutEntries(layout, tile, entries, style);
+    if (tile.pending && !tile.applications.empty()) {
+        const QRect last = layout.hiddenEntries > 0 ? layout.more : layout.entries.back().area;
+        layout.pending.moveLeft(last.right() + 1 + style.px(points::entryGap));
+    }
+    return layout;
+}
+
+FooterHit FooterLayout::at(QPoint point) const {
+    if (launch.contains(point)) return {FooterHit::Part::launch, 0};
+    if (more.contains(point)) return {FooterHit::Part::more, 0};
+    for (const Entry& entry : entries) {
+        if (entry.area.contains(point)) return {FooterHit::Part::entry, entry.index};
+    }
+    if (panel.contains(point) && point.x() <= name.right()) return {FooterHit::Part::name, 0};
+    return {};
+}
+
+void paintFooter(QPainter& painter, const TileContents& tile, const FooterLayout& layout, const FooterState& state,
+                 const Style& style) {
+    using Part = FooterHit::Part;
+    const Palette& palette = style.palette;
+    const bool isTarget = state.isDropTarget || tile.isDropTarget;
+    drawPanel(painter, layout.panel, style.px(points::footerRadius), palette.panel,
+              isTarget ? palette.accentLine : palette.panelLine, style.line(isTarget ? 1.5 : 1));
+    drawText(painter, layout.name, textOf(tile.name), style.font(points::smallText, QFont::Medium),
+             state.hovered.part == Part::name ? palette.text : palette.mutedText);
+    if (tile.notice) {
+        paintNotice(painter, *tile.notice, layout.remark, style);
+    } else {
+        for (const FooterLayout::Entry& place : layout.entries) {
+            const bool isHovered = state.hovered == FooterHit{Part::entry, place.index};
+            paintEntry(painter, tile.applications[place.index], place, isHovered, style);
+        }
+        if (layout.hiddenEntries > 0) {
+            const bool isHovered = state.hovered.part == Part::more;
+            if (isHovered) drawPanel(painter, layout.more, style.px(points::entryRadius), palette.hovered, QColor(), 0);
+            drawText(painter, layout.more, QStringLiteral("+%1").arg(layout.hiddenEntries), smallFont(style),
+                     isHovered ? palette.text : palette.mutedText, Qt::AlignHCenter);
+        }
+        if (tile.pending) paintPending(painter, *tile.pending, layout.pending, state.spinnerTurn, style);
+        if (tile.applications.empty() && !tile.pending) {
+            drawText(painter, layout.remark, QStringLiteral("Empty"), smallFont(style), palette.mutedText);
+        }
+    }
+    const bool isHovered = state.hovered.part == Part::launch;
+    if (isHovered) drawPanel(painter, layout.launch, style.px(points::entryRadius), palette.hovered, QColor(), 0);
+    drawPlus(painter, layout.launch, style, isHovered ? palette.text : palette.mutedText);
+}
+
+bool looksTheSame(const TileContents& one, const TileContents& other) {
+    return one.name == other.name && one.applications == other.applications && one.pending == other.pending &&
+           one.notice == other.notice && one.isDropTarget == other.isDropTarget;
+}
+
+} // namespace kova::ui

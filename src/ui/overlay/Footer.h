@@ -1,0 +1,61 @@
+// A tile's footer: its name, the strip of its applications, what is being launched, the notice of a placement. Where
+// things lie, what is under a point, and how it is drawn. Coordinates are pixels in the footer's window, which is the
+// panel that is seen.
+#pragma once
+
+#include "ui/client/Contents.h"
+#include "ui/style/Style.h"
+
+#include <QPainter>
+#include <QRect>
+#include <QString>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kova::ui {
+
+struct FooterHit {
+    enum class Part { none, name, entry, more, launch };
+    Part part = Part::none;
+    std::size_t entry = 0; // index into the tile's applications
+    bool operator==(const FooterHit&) const = default;
+};
+
+struct FooterLayout {
+    struct Entry {
+        QRect area;
+        QString label; // empty: only the icon
+        std::size_t index = 0;
+    };
+    QRect panel;
+    QRect name;
+    std::vector<Entry> entries;
+    QRect more; // empty when all entries fit
+    std::size_t hiddenEntries = 0;
+    QRect pending; // empty when nothing is being launched
+    QRect remark;  // for the notice, or for saying that the tile is empty
+    QRect launch;
+
+    FooterHit at(QPoint point) const;
+};
+
+/// Where the footer of the tile lies on the screen, in pixels; absent where it has none.
+std::optional<QRect> footerArea(const TileContents& tile, const Style& style);
+
+FooterLayout layOutFooter(const TileContents& tile, QSize size, const Style& style);
+
+struct FooterState {
+    FooterHit hovered;
+    bool isDropTarget = false;
+    double spinnerTurn = 0; // of the launch indicator, 0 to 1
+    bool operator==(const FooterState&) const = default;
+};
+void paintFooter(QPainter& painter, const TileContents& tile, const FooterLayout& layout, const FooterState& state,
+                 const Style& style);
+
+/// The part of a tile that its footer shows; a change of anything else needs no repaint.
+bool looksTheSame(const TileContents& one, const TileContents& other);
+
+} // namespace kova::ui

@@ -1,0 +1,53 @@
+// The window of one tile's footer: shows it and tells what the pointer does there.
+#pragma once
+
+#include "ui/overlay/Footer.h"
+#include "ui/overlay/OverlayActions.h"
+#include "ui/overlay/OverlayWindow.h"
+
+#include <functional>
+#include <optional>
+
+namespace kova::ui {
+
+class FooterWindow final : public OverlayWindow {
+  public:
+    /// A dragged entry is over that point of the screen, in pixels; absent: it is dropped or the drag has ended.
+    using CarryEntry = std::function<void(const std::string& window, std::optional<QPoint> at, bool isDropped)>;
+
+    FooterWindow(OverlayPlatform& platform, OverlayActions& actions, CarryEntry carry);
+
+    void show(const TileContents& tile, const QRect& area, const Style& style);
+    void setDropTarget(bool isDropTarget);
+    /// The launch indicator, 0 to 1.
+    void turnSpinner(double turn);
+    const FooterLayout& layoutInWindow() const { return layout_; }
+
+    void paint(QPainter& painter) override;
+
+  protected:
+    bool event(QEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+
+  private:
+    void hover(FooterHit hit);
+    void setState(const FooterState& state);
+    const StackEntry* entryAt(FooterHit hit) const;
+    void click(FooterHit hit, QPoint at);
+
+    OverlayActions& actions_;
+    CarryEntry carry_;
+    TileContents tile_;
+    Style style_;
+    FooterLayout layout_;
+    FooterState state_;
+    std::optional<QPoint> pressedAt_;
+    FooterHit pressed_;
+    std::string carried_; // the window whose entry is dragged; empty: none
+    int wheelRest_ = 0;
+};
+
+} // namespace kova::ui

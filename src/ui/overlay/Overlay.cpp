@@ -1,0 +1,228 @@
+#include "ui/overlay/Overlay.h"
+
+#include "ui/overlay/Drawing.h"
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+#include <utility>
+
+namespace kova::ui {
+
+namespace {
+
+constexpr int kSpinnerMilliseconds = 80;
+
+/// The windows of what is not named any more are removed.
+template <class Windows>
+void keepOnly(Windows& windows, const std::set<std::string>& ids) {
+    std::erase_if(windows, [&](const auto& window) { return !ids.contains(window.first); });
+}
+
+} // namespace
+
+Overlay::Overlay(OverlayPlatform& platform, OverlayActions& actions) : platform_(platform), actions_(actions) {
+    spinner_.setInterval(kSpinnerMilliseconds);
+    QObject::connect(&spinner_, &QTimer::timeout, &spinner_, [this] {
+        spinnerTurn_ = std::fmod(spinnerTurn_ + 0.08, 1.0);
+        for (const auto& [id, footer] : footers_) footer->turnSpinner(spinnerTurn_);
+    });
+}
+
+Overlay::~Overlay() = default;
+
+void Overlay::setTaste(DesktopTaste taste) {
+    taste_ = std::move(taste);
+    refresh();
+}
+
+void Overlay::show(const std::optional<OverlayContents>& contents) {
+    contents_ = contents;
+    if (!contents_) carriedEntry_.reset();
+    refresh();
+}
+
+void Overlay::compositingChanged() {
+    const auto contents = std::exchange(contents_, std::nullopt);
+    refresh();
+    show(contents);
+}
+
+Style Overlay::styleFor(const std::string& display) const {
+    const DisplayContents* shown = contents_->display(display);
+    const Compositing compositing = platform_.isComposited() ? Compositing::running : Compositing::absent;
+    return {.palette = paletteFor(contents_->appearance, taste_.brightness, compositing),
+            .scale = shown ? shown->scale : 1,
+            .fontFamily = taste_.fontFamily,
+            .icon = taste_.icon,
+            .isComposited = compositing == Compositing::running,
+            .mayMove = taste_.mayMove};
+}
+
+void Overlay::refresh() {
+    if (!contents_) {
+        message_.reset();
+        highlights_.clear();
+        dividers_.clear();
+        footers_.clear();
+        emptyTiles_.clear();
+        backdrops_.clear();
+        return spinner_.stop();
+    }
+    // Footers first: they are what a person works with.
+    refreshFooters();
+    refreshHighlights();
+    refreshDividers();
+    refreshMessage();
+    refreshBackdrops();
+    refreshEmptyTiles();
+    refreshSpinner();
+}
+
+void Overlay::refreshBackdrops() {
+    std::set<std::string> shown;
+    if (contents_->appearance.useThemeBackground) {
+        for (const DisplayContents& display : contents_->displays) {
+            const Style style = styleFor(display.id);
+            auto& window = backdrops_[display.id];
+            if (!window) window = std::make_unique<BackdropWindow>(platform_);
+            window->show(style.px(display.frame), style);
+            shown.insert(display.id);
+        }
+    }
+    keepOnly(backdrops_, shown);
+}
+
+void Overlay::refreshEmptyTiles() {
+    std::set<std::string> shown;
+    for (const TileContents& tile : contents_->tiles) {
+        const DisplayContents* display = contents_->display(tile.display);
+        if (!contents_->appearance.showTileBackgrounds || !tile.isEmpty || !display || display->isFocusMode) continue;
+        const Style style = styleFor(tile.display);
+        const QRect area = style.px(tile.frame);
+        if (area.width() < style.px(24) || area.height() < style.px(24)) continue;
+        auto& window = emptyTiles_[tile.id];
+        if (!window) window = std::make_unique<EmptyTileWindow>(platform_, actions_);
+        const QRect backdrop = contents_->appearance.useThemeBackground ? style.px(display->frame) : QRect();
+        window->show(tile, area, backdrop, style);
+        shown.insert(tile.id);
+    }
+    keepOnly(emptyTiles_, shown);
+}
+
+void Overlay::refreshFooters() {
+    std::set<std::string> shown;
+    for (const TileContents& tile : contents_->tiles) {
+        const Style style = styleFor(tile.display);
+        const auto area = footerArea(tile, style);
+        if (!area || area->width() < style.px(40)) continue;
+        auto& window = footers_[tile.id];
+        if (!window) {
+            window = std::make_unique<FooterWindow>(
+                platform_, actions_, [this](const std::string& carried, std::optional<QPoint> at, bool isDropped) {
+                    carryEntry(carried, at, isDropped);
+                });
+        }
+        window->show(tile, *area, style);
+        window->setDropTarget(carriedEntry_ && carriedEntry_->tile == tile.id);
+        shown.insert(tile.id);
+    }
+    keepOnly(footers_, shown);
+}
+
+void Overlay::refreshDividers() {
+    std::set<std::string> shown;
+    for (const DividerContents& divider : contents_->dividers) {
+        if (!divider.isLit) continue;
+        const Style style = styleFor(divider.display);
+        const QRect line = dividerLine(style.px(divider.frame), divider.separatesSideBySide, style);
+        if (line.isEmpty()) continue;
+        auto& window = dividers_[divider.id];
+        if (!window) window = std::make_unique<DividerWindow>(platform_);
+        window->show(line, style);
+        shown.insert(divider.id);
+    }
+    keepOnly(dividers_, shown);
+}
+
+void Overlay::refreshHighlights() {
+    std::set<std::string> shown;
+    const auto& drag = carriedEntry_ ? carriedEntry_ : contents_->drag;
+    const DisplayContents* display = drag && drag->display ? contents_->display(*drag->display) : nullptr;
+    if (display && !contents_->isSuspended) {
+        const Style style = styleFor(display->id);
+        const QRect area = style.px(display->visibleFrame);
+        std::vector<CarriedOver> tiles;
+        for (const TileContents& tile : contents_->tiles) {
+            if (tile.display != display->id) continue;
+            const bool isTarget = carriedEntry_ ? carriedEntry_->tile == tile.id : tile.isDropTarget || drag->tile == tile.id;
+            tiles.push_back({style.px(tile.frame).translated(-area.topLeft()), textOf(tile.name), isTarget});
+        }
+        auto& window = highlights_[display->id];
+        if (!window) window = std::make_unique<HighlightWindow>(platform_);
+        window->show(std::move(tiles), area, style);
+        shown.insert(display->id);
+    }
+    keepOnly(highlights_, shown);
+}
+
+void Overlay::refreshMessage() {
+    const auto& message = contents_->message;
+    const DisplayContents* display = message ? contents_->display(message->display) : nullptr;
+    if (message && !display && !contents_->displays.empty()) display = &contents_->displays.front();
+    if (!display) return message_.reset();
+    // Above the lowest row of footers.
+    double bottom = maxY(display->visibleFrame);
+    for (const TileContents& tile : contents_->tiles) {
+        const bool isLowest = tile.display == display->id && tile.footerFrame &&
+                              maxY(*tile.footerFrame) > maxY(display->visibleFrame) - 2 * points::footerHeight;
+        if (isLowest) bottom = std::min(bottom, minY(*tile.footerFrame));
+    }
+    const Style style = styleFor(display->id);
+    const QPoint bottomCenter(style.px(centre(display->visibleFrame).x), style.px(bottom - points::messageMargin) - 1);
+    if (!message_) message_ = std::make_unique<MessageWindow>(platform_, actions_);
+    message_->show(*message, bottomCenter, style.px(display->visibleFrame.size.width - 2 * points::messageMargin), style);
+}
+
+void Overlay::refreshSpinner() {
+    const bool isPending = std::ranges::any_of(contents_->tiles, [](const TileContents& tile) { return tile.pending.has_value(); });
+    const bool mayTurn = isPending && taste_.mayMove && !contents_->isSuspended;
+    if (!mayTurn) {
+        spinner_.stop();
+    } else if (!spinner_.isActive()) {
+        spinner_.start();
+    }
+}
+
+const TileContents* Overlay::tileAt(QPoint pixels) const {
+    for (const TileContents& tile : contents_->tiles) {
+        const Style style = styleFor(tile.display);
+        const auto footer = footerArea(tile, style);
+        if (style.px(tile.frame).contains(pixels) || (footer && footer->contains(pixels))) return &tile;
+    }
+    return nullptr;
+}
+
+void Overlay::carryEntry(const std::string& window, std::optional<QPoint> at, bool isDropped) {
+    if (!contents_) return;
+    const TileContents* tile = at ? tileAt(*at) : nullptr;
+    const auto holds = [&](const StackEntry& entry) { return entry.window == window; };
+    const bool isElsewhere = tile && std::ranges::none_of(tile->applications, holds);
+    if (isDropped) {
+        carriedEntry_.reset();
+        const std::string target = isElsewhere ? tile->id : std::string();
+        refreshFooters();
+        refreshHighlights();
+        if (!target.empty()) actions_.place(window, target);
+        return;
+    }
+    WindowDrag drag;
+    if (tile) drag.display = tile->display;
+    if (isElsewhere) drag.tile = tile->id;
+    if (carriedEntry_ == drag) return;
+    carriedEntry_ = drag;
+    refreshFooters();
+    refreshHighlights();
+}
+
+} // namespace kova::ui

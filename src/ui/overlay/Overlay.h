@@ -1,0 +1,65 @@
+// All windows of the overlay: creates, changes and removes them so that they show what the agent tells. Main thread only.
+#pragma once
+
+#include "ui/overlay/FooterWindow.h"
+#include "ui/overlay/PictureWindows.h"
+
+#include <QTimer>
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace kova::ui {
+
+/// What the desktop prefers.
+struct DesktopTaste {
+    Brightness brightness = Brightness::dark;
+    bool mayMove = true; // no reduced motion
+    QString fontFamily;
+    IconSource icon;
+};
+
+class Overlay {
+  public:
+    Overlay(OverlayPlatform& platform, OverlayActions& actions);
+    ~Overlay();
+
+    void setTaste(DesktopTaste taste);
+    /// Absent: nothing is shown, as without an agent.
+    void show(const std::optional<OverlayContents>& contents);
+    /// Windows have to be made anew, since a compositor came or went.
+    void compositingChanged();
+
+    const std::map<std::string, std::unique_ptr<FooterWindow>>& footers() const { return footers_; }
+
+  private:
+    Style styleFor(const std::string& display) const;
+    void refresh();
+    void refreshBackdrops();
+    void refreshEmptyTiles();
+    void refreshFooters();
+    void refreshDividers();
+    void refreshHighlights();
+    void refreshMessage();
+    void refreshSpinner();
+    void carryEntry(const std::string& window, std::optional<QPoint> at, bool isDropped);
+    const TileContents* tileAt(QPoint pixels) const;
+
+    OverlayPlatform& platform_;
+    OverlayActions& actions_;
+    DesktopTaste taste_;
+    std::optional<OverlayContents> contents_;
+    std::optional<WindowDrag> carriedEntry_; // an entry of a footer that is dragged
+    std::map<std::string, std::unique_ptr<BackdropWindow>> backdrops_;   // by display
+    std::map<std::string, std::unique_ptr<EmptyTileWindow>> emptyTiles_; // by tile
+    std::map<std::string, std::unique_ptr<FooterWindow>> footers_;       // by tile
+    std::map<std::string, std::unique_ptr<DividerWindow>> dividers_;     // by divider
+    std::map<std::string, std::unique_ptr<HighlightWindow>> highlights_; // by display
+    std::unique_ptr<MessageWindow> message_;
+    QTimer spinner_;
+    double spinnerTurn_ = 0;
+};
+
+} // namespace kova::ui

@@ -1,0 +1,52 @@
+#include "ui/overlay/OverlayWindow.h"
+
+#include <QSurfaceFormat>
+
+namespace kova::ui {
+
+OverlayWindow::OverlayWindow(OverlayPlatform& platform, Layer layer, std::string_view role) :
+    platform_(platform), layer_(layer) {
+    setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint | Qt::WindowDoesNotAcceptFocus);
+    setTitle(QString::fromUtf8(role.data(), static_cast<qsizetype>(role.size())));
+    if (platform.isComposited()) {
+        QSurfaceFormat format;
+        format.setAlphaBufferSize(8);
+        setFormat(format);
+    }
+}
+
+OverlayWindow::~OverlayWindow() {
+    if (isPresented_) platform_.leave(*this);
+}
+
+void OverlayWindow::present(const QRect& area, const QRegion& seen, const QRegion& clickable) {
+    if (isPresented_ && area == geometry() && seen == seen_ && clickable == clickable_) return;
+    const bool isNewSize = !isPresented_ || area.size() != size();
+    setGeometry(area);
+    if (!isPresented_) {
+        create();
+        platform_.adopt(*this);
+    }
+    if (!isPresented_ || seen != seen_ || clickable != clickable_) platform_.shape(*this, seen, clickable);
+    seen_ = seen;
+    clickable_ = clickable;
+    const bool wasPresented = std::exchange(isPresented_, true);
+    if (isNewSize) redraw();
+    if (wasPresented) return;
+    platform_.stack(*this);
+    setVisible(true);
+}
+
+void OverlayWindow::redraw() {
+    redraw(QRect(QPoint(0, 0), size()));
+}
+
+void OverlayWindow::redraw(const QRegion& dirty) {
+    if (isPresented_) platform_.draw(*this, dirty);
+}
+
+void OverlayWindow::exposeEvent(QExposeEvent*) {
+    if (isPresented_ && isExposed()) platform_.exposed(*this);
+}
+
+} // namespace kova::ui

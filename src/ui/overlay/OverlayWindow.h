@@ -1,0 +1,67 @@
+// A window of the overlay, and what a window system has to do for it. Such a window never takes the focus, is in no list
+// of windows, and keeps its place among the others: see `Layer`. Areas and regions are pixels.
+#pragma once
+
+#include <QPainter>
+#include <QRegion>
+#include <QWindow>
+
+#include <string>
+#include <string_view>
+
+namespace kova::ui {
+
+/// From the bottom up. Up to `footer`: above the desktop and its icons, below the windows of all applications; the rest:
+/// above them.
+enum class Layer { backdrop, decoration, emptyTile, divider, footer, highlight, message };
+constexpr bool isBelowApplications(Layer layer) {
+    return layer <= Layer::footer;
+}
+
+class OverlayWindow;
+
+class OverlayPlatform {
+  public:
+    virtual ~OverlayPlatform() = default;
+    /// Whether translucent windows are mixed with what is below them.
+    virtual bool isComposited() const = 0;
+    /// The window has been created and is not yet shown.
+    virtual void adopt(OverlayWindow& window) = 0;
+    /// The window will be destroyed.
+    virtual void leave(OverlayWindow& window) = 0;
+    /// Before the window is shown: gives it its place among the others.
+    virtual void stack(OverlayWindow& window) = 0;
+    /// The parts that are seen, and those that take clicks; a click elsewhere reaches what is below.
+    virtual void shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) = 0;
+    /// Has the window draw the region and brings it to the screen.
+    virtual void draw(OverlayWindow& window, const QRegion& dirty) = 0;
+    /// The system wants the window's contents.
+    virtual void exposed(OverlayWindow& window) = 0;
+};
+
+class OverlayWindow : public QWindow {
+  public:
+    OverlayWindow(OverlayPlatform& platform, Layer layer, std::string_view role);
+    ~OverlayWindow() override;
+
+    Layer layer() const { return layer_; }
+    /// Shows the window there, or changes it. Draws it when anything of this is new.
+    void present(const QRect& area, const QRegion& seen, const QRegion& clickable);
+    /// Draws a part, or all of it, again; nothing while it is not shown.
+    void redraw();
+    void redraw(const QRegion& dirty);
+
+    /// Draws the contents; the origin is the window's top left.
+    virtual void paint(QPainter& painter) = 0;
+
+  protected:
+    void exposeEvent(QExposeEvent* event) override;
+
+  private:
+    OverlayPlatform& platform_;
+    const Layer layer_;
+    QRegion seen_, clickable_;
+    bool isPresented_ = false;
+};
+
+} // namespace kova::ui

@@ -1,0 +1,28 @@
+// Overlay windows by the toolkit's own means only, for window systems without one of ours: contents are kept in a backing
+// store for each window, the order of windows is left to the system.
+#pragma once
+
+#include "ui/overlay/OverlayWindow.h"
+
+#include <QBackingStore>
+
+#include <map>
+#include <memory>
+
+namespace kova::ui {
+
+class PlainPlatform final : public OverlayPlatform {
+  public:
+    bool isComposited() const override { return true; }
+    void adopt(OverlayWindow& window) override;
+    void leave(OverlayWindow& window) override;
+    void stack(OverlayWindow& window) override;
+    void shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) override;
+    void draw(OverlayWindow& window, const QRegion& dirty) override;
+    void exposed(OverlayWindow& window) override;
+
+  private:
+    std::map<OverlayWindow*, std::unique_ptr<QBackingStore>> stores_;
+};
+
+} // namespace kova::ui

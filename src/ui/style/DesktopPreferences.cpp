@@ -1,0 +1,82 @@
+#include "ui/style/DesktopPreferences.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QPalette>
+
+#include <utility>
+
+namespace kova::ui {
+
+namespace {
+
+const QString kPortal = QStringLiteral("org.freedesktop.portal.Desktop");
+const QString kPath = QStringLiteral("/org/freedesktop/portal/desktop");
+const QString kSettings = QStringLiteral("org.freedesktop.portal.Settings");
+const QString kAppearance = QStringLiteral("org.freedesktop.appearance");
+const QString kInterface = QStringLiteral("org.gnome.desktop.interface");
+
+/// Values come wrapped once or twice.
+QVariant unwrapped(QVariant value) {
+    while (value.canConvert<QDBusVariant>()) value = value.value<QDBusVariant>().variant();
+    return value;
+}
+
+Brightness brightnessOfPalette() {
+    return QGuiApplication::palette().color(QPalette::Window).lightness() < 128 ? Brightness::dark : Brightness::light;
+}
+
+} // namespace
+
+DesktopPreferences::DesktopPreferences(std::function<void()> changed) :
+    changed_(std::move(changed)), brightness_(brightnessOfPalette()) {}
+
+void DesktopPreferences::start() {
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) return;
+    bus.connect(kPortal, kPath, kSettings, QStringLiteral("SettingChanged"), this,
+                SLOT(settingChanged(QString, QString, QDBusVariant)));
+    ask(kAppearance, QStringLiteral("color-scheme"));
+    ask(kInterface, QStringLiteral("enable-animations"));
+    ask(kInterface, QStringLiteral("icon-theme"));
+}
+
+void DesktopPreferences::ask(const QString& group, const QString& key) {
+    QDBusMessage message = QDBusMessage::createMethodCall(kPortal, kPath, kSettings, QStringLiteral("Read"));
+    message.setArguments({group, key});
+    // A desktop without a portal is not made to start one for this.
+    message.setAutoStartService(false);
+    auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, group, key](QDBusPendingCallWatcher* done) {
+        const QDBusPendingReply<QDBusVariant> reply = *done;
+        if (!reply.isError() && take(group, key, unwrapped(reply.value().variant()))) changed_();
+        done->deleteLater();
+    });
+}
+
+void DesktopPreferences::settingChanged(const QString& group, const QString& key, const QDBusVariant& value) {
+    if (take(group, key, unwrapped(value.variant()))) changed_();
+}
+
+bool DesktopPreferences::take(const QString& group, const QString& key, const QVariant& value) {
+    if (group == kAppearance && key == QStringLiteral("color-scheme")) {
+        const uint scheme = value.toUInt(); // 1: dark, 2: light, 0: no preference
+        const Brightness wanted = scheme == 1   ? Brightness::dark
+                                  : scheme == 2 ? Brightness::light
+                                                : brightnessOfPalette();
+        return std::exchange(brightness_, wanted) != wanted;
+    }
+    if (group != kInterface) return false;
+    if (key == QStringLiteral("enable-animations")) return std::exchange(mayMove_, value.toBool()) != value.toBool();
+    if (key == QStringLiteral("icon-theme") && !value.toString().isEmpty() && QIcon::themeName() != value.toString()) {
+        QIcon::setThemeName(value.toString());
+        return true;
+    }
+    return false;
+}
+
+} // namespace kova::ui

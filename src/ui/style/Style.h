@@ -1,0 +1,53 @@
+// What a picture is drawn with. Sizes are in points, on a grid of 4; `Style::px` is the one place where they become
+// pixels.
+#pragma once
+
+#include "ui/style/Palette.h"
+
+#include <QFont>
+#include <QPixmap>
+#include <QRect>
+
+#include <cmath>
+#include <functional>
+
+namespace kova::ui {
+
+namespace points {
+inline constexpr double footerHeight = 28, footerPanelHeight = 26, footerRadius = 8;
+inline constexpr double entryHeight = 20, entryRadius = 6, entryPadding = 8, entryGap = 4, iconSize = 16, iconGap = 6;
+inline constexpr double widestEntryText = 160;
+inline constexpr double tileRadius = 10, buttonHeight = 32, cardPadding = 20;
+inline constexpr double messageHeight = 44, messageMargin = 12, widestMessage = 640;
+inline constexpr double gridStep = 60, dividerLine = 3;
+inline constexpr double smallText = 12, largeText = 14;
+} // namespace points
+
+/// A picture of the application in that many pixels square; null when there is none.
+using IconSource = std::function<QPixmap(const ApplicationName& application, int sizePixels)>;
+
+struct Style {
+    Palette palette;
+    double scale = 1; // pixels in a point
+    QString fontFamily;
+    IconSource icon;
+    bool isComposited = false;
+    bool mayMove = true; // animations are wanted
+
+    int px(double sizePoints) const { return static_cast<int>(std::lround(sizePoints * scale)); }
+    /// Where a rectangle of the agent lies on the screen.
+    QRect px(const CGRect& rect) const {
+        const QPoint topLeft(px(minX(rect)), px(minY(rect)));
+        return {topLeft, QPoint(px(maxX(rect)) - 1, px(maxY(rect)) - 1)};
+    }
+    /// At least one pixel.
+    double line(double widthPoints) const { return std::max(1.0, std::round(widthPoints * scale)); }
+    QFont font(double sizePoints, QFont::Weight weight = QFont::Normal) const {
+        QFont font(fontFamily);
+        font.setPixelSize(std::max(1, px(sizePoints)));
+        font.setWeight(weight);
+        return font;
+    }
+};
+
+} // namespace kova::ui

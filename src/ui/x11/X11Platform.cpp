@@ -1,0 +1,291 @@
+#include "ui/x11/X11Platform.h"
+
+#include <QImage>
+
+#include <xcb/shape.h>
+#include <xcb/xcb.h>
+#include <xcb/xfixes.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <string>
+
+namespace kova::ui {
+
+namespace {
+
+/// What a function of the server's library gives has to be freed.
+template <class Reply>
+using Owned = std::unique_ptr<Reply, decltype(&std::free)>;
+template <class Reply>
+Owned<Reply> owned(Reply* reply) {
+    return {reply, &std::free};
+}
+
+WindowNumber numberOf(const OverlayWindow& window) {
+    return static_cast<WindowNumber>(window.winId());
+}
+
+void shapeWindow(xcb_connection_t* connection, WindowNumber window, xcb_shape_kind_t kind, const QRegion& region) {
+    std::vector<xcb_rectangle_t> rectangles;
+    for (const QRect& rect : region) {
+        rectangles.push_back({static_cast<std::int16_t>(rect.x()), static_cast<std::int16_t>(rect.y()),
+                              static_cast<std::uint16_t>(rect.width()), static_cast<std::uint16_t>(rect.height())});
+    }
+    xcb_shape_rectangles(connection, XCB_SHAPE_SO_SET, static_cast<xcb_shape_kind_t>(kind), XCB_CLIP_ORDERING_UNSORTED,
+                         window, 0, 0, static_cast<std::uint32_t>(rectangles.size()), rectangles.data());
+}
+
+} // namespace
+
+std::unique_ptr<X11Platform> X11Platform::create(xcb_connection_t* connection,
+                                                 std::function<void()> compositingChanged) {
+    int screen = 0;
+    xcb_connection_t* const watch = xcb_connect(nullptr, &screen);
+    if (xcb_connection_has_error(watch) != 0) {
+        xcb_disconnect(watch);
+        return nullptr;
+    }
+    return std::unique_ptr<X11Platform>(new X11Platform(connection, watch, screen, std::move(compositingChanged)));
+}
+
+X11Platform::X11Platform(xcb_connection_t* connection, xcb_connection_t* watch, int screen,
+                         std::function<void()> compositingChanged) :
+    connection_(connection), watch_(watch), compositingChanged_(std::move(compositingChanged)),
+    windowType_(atom("_NET_WM_WINDOW_TYPE")), typeDesktop_(atom("_NET_WM_WINDOW_TYPE_DESKTOP")),
+    typeNotification_(atom("_NET_WM_WINDOW_TYPE_NOTIFICATION")), wmState_(atom("WM_STATE")),
+    compositorSelection_(atom("_NET_WM_CM_S" + std::to_string(screen))) {
+    auto screens = xcb_setup_roots_iterator(xcb_get_setup(watch_));
+    for (int i = 0; i < screen; ++i) xcb_screen_next(&screens);
+    screen_ = screens.data;
+    const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+    xcb_change_window_attributes(watch_, screen_->root, XCB_CW_EVENT_MASK, &mask);
+    if (const auto* fixes = xcb_get_extension_data(watch_, &xcb_xfixes_id); fixes && fixes->present) {
+        firstXFixesEvent_ = fixes->first_event;
+        const auto version = owned(xcb_xfixes_query_version_reply(watch_, xcb_xfixes_query_version(watch_, 5, 0), nullptr));
+        xcb_xfixes_select_selection_input(watch_, screen_->root, compositorSelection_,
+                                          XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                                              XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                                              XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+    }
+    isComposited_ = compositor() != XCB_NONE;
+    readOrder();
+    readable_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(watch_), QSocketNotifier::Read);
+    QObject::connect(readable_.get(), &QSocketNotifier::activated, readable_.get(), [this] { readEvents(); });
+    // Replies read so far may have brought events along.
+    readEvents();
+}
+
+X11Platform::~X11Platform() {
+    readable_.reset();
+    xcb_disconnect(watch_);
+}
+
+std::uint32_t X11Platform::atom(std::string_view name) const {
+    const auto reply = owned(xcb_intern_atom_reply(
+        watch_, xcb_intern_atom(watch_, 0, static_cast<std::uint16_t>(name.size()), name.data()), nullptr));
+    return reply ? reply->atom : static_cast<std::uint32_t>(XCB_NONE);
+}
+
+std::uint32_t X11Platform::compositor() const {
+    const auto reply =
+        owned(xcb_get_selection_owner_reply(watch_, xcb_get_selection_owner(watch_, compositorSelection_), nullptr));
+    return reply ? reply->owner : static_cast<std::uint32_t>(XCB_NONE);
+}
+
+void X11Platform::readOrder() {
+    const auto tree = owned(xcb_query_tree_reply(watch_, xcb_query_tree(watch_, screen_->root), nullptr));
+    if (!tree) return;
+    const auto* children = xcb_query_tree_children(tree.get());
+    order_.reset({children, children + xcb_query_tree_children_length(tree.get())});
+    for (const WindowNumber window : std::vector(order_.bottomFirst())) classify(window);
+}
+
+/// The window itself or the one inside of its frame that a window manager has taken in; 0: none.
+WindowNumber X11Platform::clientOf(WindowNumber window, int depth) const {
+    const auto state = owned(xcb_get_property_reply(
+        watch_, xcb_get_property(watch_, 0, window, wmState_, XCB_GET_PROPERTY_TYPE_ANY, 0, 0), nullptr));
+    if (state && state->type != XCB_NONE) return window;
+    if (depth == 0) return 0;
+    const auto tree = owned(xcb_query_tree_reply(watch_, xcb_query_tree(watch_, window), nullptr));
+    if (!tree) return 0;
+    const auto* children = xcb_query_tree_children(tree.get());
+    for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i) {
+        if (const WindowNumber client = clientOf(children[i], depth - 1); client != 0) return client;
+    }
+    return 0;
+}
+
+bool X11Platform::isDesktopType(WindowNumber window) const {
+    const auto type = owned(xcb_get_property_reply(
+        watch_, xcb_get_property(watch_, 0, window, windowType_, XCB_ATOM_ATOM, 0, 8), nullptr));
+    if (!type || type->format != 32) return false;
+    const auto* atoms = static_cast<const xcb_atom_t*>(xcb_get_property_value(type.get()));
+    const int count = xcb_get_property_value_length(type.get()) / 4;
+    return std::find(atoms, atoms + count, typeDesktop_) != atoms + count;
+}
+
+void X11Platform::classify(WindowNumber window) {
+    if (order_.kindOf(window) == RootChild::ours) return;
+    const auto attributes =
+        owned(xcb_get_window_attributes_reply(watch_, xcb_get_window_attributes(watch_, window), nullptr));
+    if (!attributes || attributes->map_state == XCB_MAP_STATE_UNMAPPED || attributes->_class == XCB_WINDOW_CLASS_INPUT_ONLY) {
+        return order_.classify(window, RootChild::other);
+    }
+    // A frame may be unmanaged itself; what it holds is not.
+    WindowNumber client = clientOf(window, 2);
+    if (client == 0 && !attributes->override_redirect) client = window;
+    if (client == 0) return order_.classify(window, RootChild::other);
+    order_.classify(window, isDesktopType(client) ? RootChild::desktop : RootChild::application);
+}
+
+void X11Platform::readEvents() {
+    bool mayBeDisturbed = false, mayHaveCompositor = false;
+    for (Owned<xcb_generic_event_t> event = owned(xcb_poll_for_event(watch_)); event;
+         event = owned(xcb_poll_for_event(watch_))) {
+        const auto kind = event->response_type & 0x7f;
+        const auto* const raw = event.get();
+        if (kind == XCB_CREATE_NOTIFY) {
+            order_.created(reinterpret_cast<const xcb_create_notify_event_t*>(raw)->window);
+        } else if (kind == XCB_DESTROY_NOTIFY) {
+            order_.removed(reinterpret_cast<const xcb_destroy_notify_event_t*>(raw)->window);
+        } else if (kind == XCB_CONFIGURE_NOTIFY) {
+            const auto* told = reinterpret_cast<const xcb_configure_notify_event_t*>(raw);
+            order_.configured(told->window, told->above_sibling);
+            mayBeDisturbed = true;
+        } else if (kind == XCB_CIRCULATE_NOTIFY) {
+            const auto* told = reinterpret_cast<const xcb_circulate_notify_event_t*>(raw);
+            told->place == XCB_PLACE_ON_TOP ? order_.raised(told->window) : order_.lowered(told->window);
+            mayBeDisturbed = true;
+        } else if (kind == XCB_MAP_NOTIFY) {
+            classify(reinterpret_cast<const xcb_map_notify_event_t*>(raw)->window);
+            mayBeDisturbed = true;
+        } else if (kind == XCB_UNMAP_NOTIFY) {
+            const WindowNumber window = reinterpret_cast<const xcb_unmap_notify_event_t*>(raw)->window;
+            if (order_.kindOf(window) != RootChild::ours) order_.classify(window, RootChild::other);
+        } else if (kind == XCB_REPARENT_NOTIFY) {
+            const auto* told = reinterpret_cast<const xcb_reparent_notify_event_t*>(raw);
+            if (told->parent == screen_->root) {
+                order_.created(told->window);
+                classify(told->window);
+            } else {
+                order_.removed(told->window);
+                classify(told->parent);
+            }
+            mayBeDisturbed = true;
+        } else if (firstXFixesEvent_ != 0 && kind == firstXFixesEvent_ + XCB_XFIXES_SELECTION_NOTIFY) {
+            mayHaveCompositor = true;
+        }
+    }
+    if (mayBeDisturbed) keepOrder();
+    if (mayHaveCompositor && std::exchange(isComposited_, compositor() != XCB_NONE) != isComposited_) compositingChanged_();
+}
+
+void X11Platform::keepOrder() {
+    std::vector<WindowNumber> ours;
+    for (const auto& [layer, windows] : layers_) ours.insert(ours.end(), windows.begin(), windows.end());
+    const StackOrder::Place place = order_.placeFor(ours);
+    if (place.isKept || ours.empty()) return;
+    WindowNumber sibling = place.above;
+    for (const WindowNumber window : ours) {
+        const std::array<std::uint32_t, 2> above{sibling, XCB_STACK_MODE_ABOVE};
+        const std::uint32_t below = XCB_STACK_MODE_BELOW;
+        if (sibling == 0) {
+            xcb_configure_window(watch_, window, XCB_CONFIG_WINDOW_STACK_MODE, &below);
+        } else {
+            xcb_configure_window(watch_, window, XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, above.data());
+        }
+        sibling = window;
+    }
+    xcb_flush(watch_);
+}
+
+void X11Platform::adopt(OverlayWindow& window) {
+    const WindowNumber number = numberOf(window);
+    // Compositors draw no shadows under these types.
+    const std::uint32_t type = isBelowApplications(window.layer()) ? typeDesktop_ : typeNotification_;
+    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, number, windowType_, XCB_ATOM_ATOM, 32, 1, &type);
+    Picture& picture = pictures_[&window];
+    const auto geometry = owned(xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, number), nullptr));
+    picture.depth = geometry ? geometry->depth : 24;
+    if (isBelowApplications(window.layer())) layers_[window.layer()].push_back(number);
+}
+
+void X11Platform::leave(OverlayWindow& window) {
+    const WindowNumber number = numberOf(window);
+    std::erase(layers_[window.layer()], number);
+    const auto found = pictures_.find(&window);
+    if (found == pictures_.end()) return;
+    if (found->second.pixmap != 0) xcb_free_pixmap(connection_, found->second.pixmap);
+    if (found->second.context != 0) xcb_free_gc(connection_, found->second.context);
+    pictures_.erase(found);
+}
+
+void X11Platform::stack(OverlayWindow& window) {
+    const WindowNumber number = numberOf(window);
+    order_.classify(number, RootChild::ours);
+    if (isBelowApplications(window.layer())) {
+        // Never for a moment above an application: lowest first, then into its place.
+        const std::uint32_t below = XCB_STACK_MODE_BELOW;
+        xcb_configure_window(connection_, number, XCB_CONFIG_WINDOW_STACK_MODE, &below);
+        xcb_flush(connection_);
+    } else {
+        const std::uint32_t above = XCB_STACK_MODE_ABOVE;
+        xcb_configure_window(connection_, number, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    }
+}
+
+void X11Platform::shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) {
+    shapeWindow(connection_, numberOf(window), XCB_SHAPE_SK_BOUNDING, seen);
+    shapeWindow(connection_, numberOf(window), XCB_SHAPE_SK_INPUT, clickable);
+}
+
+void X11Platform::draw(OverlayWindow& window, const QRegion& dirty) {
+    const WindowNumber number = numberOf(window);
+    Picture& picture = pictures_.at(&window);
+    QRegion region = dirty;
+    if (picture.size != window.size()) {
+        if (picture.pixmap != 0) xcb_free_pixmap(connection_, picture.pixmap);
+        picture.size = window.size();
+        picture.pixmap = xcb_generate_id(connection_);
+        xcb_create_pixmap(connection_, picture.depth, picture.pixmap, number,
+                          static_cast<std::uint16_t>(picture.size.width()),
+                          static_cast<std::uint16_t>(picture.size.height()));
+        if (picture.context == 0) {
+            picture.context = xcb_generate_id(connection_);
+            xcb_create_gc(connection_, picture.context, picture.pixmap, 0, nullptr);
+        }
+        region = QRect(QPoint(0, 0), picture.size);
+    }
+    for (const QRect& part : region & QRect(QPoint(0, 0), picture.size)) putPart(picture, window, part);
+    xcb_change_window_attributes(connection_, number, XCB_CW_BACK_PIXMAP, &picture.pixmap);
+    for (const QRect& part : region) {
+        xcb_clear_area(connection_, 0, number, static_cast<std::int16_t>(part.x()), static_cast<std::int16_t>(part.y()),
+                       static_cast<std::uint16_t>(part.width()), static_cast<std::uint16_t>(part.height()));
+    }
+    xcb_flush(connection_);
+}
+
+/// Drawn and sent in strips, so that a picture of a whole display costs no memory of its size.
+void X11Platform::putPart(const Picture& picture, OverlayWindow& window, const QRect& part) {
+    constexpr int kStripBytes = 128 * 1024;
+    const int rows = std::max(1, kStripBytes / (part.width() * 4));
+    for (int top = part.top(); top <= part.bottom(); top += rows) {
+        const QRect strip(part.left(), top, part.width(), std::min(rows, part.bottom() - top + 1));
+        QImage image(strip.size(), picture.depth == 32 ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32);
+        image.fill(picture.depth == 32 ? Qt::transparent : Qt::black);
+        {
+            QPainter painter(&image);
+            painter.translate(-strip.topLeft());
+            painter.setClipRect(strip);
+            window.paint(painter);
+        }
+        xcb_put_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, picture.pixmap, picture.context,
+                      static_cast<std::uint16_t>(strip.width()), static_cast<std::uint16_t>(strip.height()),
+                      static_cast<std::int16_t>(strip.x()), static_cast<std::int16_t>(strip.y()), 0, picture.depth,
+                      static_cast<std::uint32_t>(image.sizeInBytes()), image.constBits());
+    }
+}
+
+} // namespace kova::ui

@@ -1,0 +1,71 @@
+// Overlay windows on X11. No window manager knows them (override-redirect), so their order is kept here: a connection
+// of its own follows the order of the root window's children, and puts the overlay back below the applications when
+// something came in between. The pictures are kept by the X server, as the windows' backgrounds; this process keeps
+// none. Main thread only.
+#pragma once
+
+#include "ui/overlay/OverlayWindow.h"
+#include "ui/x11/StackOrder.h"
+
+#include <QSocketNotifier>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+struct xcb_connection_t;
+struct xcb_screen_t;
+
+namespace kova::ui {
+
+class X11Platform final : public OverlayPlatform {
+  public:
+    /// `connection` is the toolkit's; null when a connection of our own cannot be made. `compositingChanged` is called
+    /// when a compositor comes or goes.
+    static std::unique_ptr<X11Platform> create(xcb_connection_t* connection, std::function<void()> compositingChanged);
+    ~X11Platform() override;
+
+    bool isComposited() const override { return isComposited_; }
+    void adopt(OverlayWindow& window) override;
+    void leave(OverlayWindow& window) override;
+    void stack(OverlayWindow& window) override;
+    void shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) override;
+    void draw(OverlayWindow& window, const QRegion& dirty) override;
+    void exposed(OverlayWindow&) override {} // the server paints backgrounds itself
+
+  private:
+    struct Picture {
+        std::uint32_t pixmap = 0;
+        std::uint32_t context = 0;
+        QSize size;
+        std::uint8_t depth = 0;
+    };
+
+    X11Platform(xcb_connection_t* connection, xcb_connection_t* watch, int screen,
+                std::function<void()> compositingChanged);
+    void readEvents();
+    void readOrder();
+    void classify(WindowNumber window);
+    bool isDesktopType(WindowNumber window) const;
+    WindowNumber clientOf(WindowNumber window, int depth) const;
+    void keepOrder();
+    void putPart(const Picture& picture, OverlayWindow& window, const QRect& part);
+    std::uint32_t atom(std::string_view name) const;
+    std::uint32_t compositor() const;
+
+    xcb_connection_t* const connection_;
+    xcb_connection_t* const watch_;
+    xcb_screen_t* screen_ = nullptr;
+    std::function<void()> compositingChanged_;
+    std::unique_ptr<QSocketNotifier> readable_;
+    std::uint32_t windowType_, typeDesktop_, typeNotification_, wmState_, compositorSelection_;
+    std::uint8_t firstXFixesEvent_ = 0;
+    bool isComposited_ = false;
+    StackOrder order_;
+    std::map<Layer, std::vector<WindowNumber>> layers_; // of those below applications
+    std::map<OverlayWindow*, Picture> pictures_;
+};
+
+} // namespace kova::ui
