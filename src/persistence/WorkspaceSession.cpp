@@ -8,7 +8,7 @@ namespace {
 
 using nlohmann::json;
 
-json encode(const CGRect& rect) {
+json flatRect(const CGRect& rect) {
     return json::array({rect.origin.x, rect.origin.y, rect.size.width, rect.size.height});
 }
 
@@ -30,7 +30,7 @@ json encode(const WorkspaceSessionWindow& window) {
     json out = {{"id", window.id}, {"process", window.processIdentifier}, {"title", window.title}};
     if (window.processStart) out["processStart"] = *window.processStart;
     if (window.bundleIdentifier) out["bundleIdentifier"] = *window.bundleIdentifier;
-    if (window.frame && isFinite(*window.frame)) out["frame"] = encode(*window.frame);
+    if (window.frame && isFinite(*window.frame)) out["frame"] = flatRect(*window.frame);
     if (const auto& minimum = window.observedMinimumSize; minimum && isFinite(*minimum)) {
         out["observedMinimumSize"] = json::array({minimum->width, minimum->height});
     }
@@ -103,7 +103,7 @@ std::string encodeWorkspaceSession(const WorkspaceSession& session) {
         out["zoom"] = {{"displayID", session.zoom->displayID},
                        {"anchorTargetID", session.zoom->anchorTargetID},
                        {"windowID", session.zoom->windowID}};
-        if (session.zoom->frameBefore) out["zoom"]["frameBefore"] = encode(*session.zoom->frameBefore);
+        if (session.zoom->frameBefore) out["zoom"]["frameBefore"] = flatRect(*session.zoom->frameBefore);
     }
     if (!session.floatingWindowIDs.empty()) out["floatingWindowIDs"] = session.floatingWindowIDs;
     // A title is whatever its window says.

@@ -18,7 +18,7 @@ using std::chrono::seconds;
 using std::chrono::sys_days;
 using std::chrono::year_month_day;
 
-constexpr std::string_view kPattern = "0000-00-00T00:00:00Z";
+constexpr std::string_view kDatePattern = "0000-00-00T00:00:00Z";
 constexpr std::array kMonths = {"Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 
 constexpr Date midnight(int year, unsigned month, unsigned day) {
@@ -63,9 +63,9 @@ std::string iso8601(Date date) {
 }
 
 std::optional<Date> dateFromIso8601(std::string_view text) {
-    if (text.size() != kPattern.size()) return std::nullopt;
+    if (text.size() != kDatePattern.size()) return std::nullopt;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool fits = kPattern[i] == '0' ? text[i] >= '0' && text[i] <= '9' : text[i] == kPattern[i];
+        const bool fits = kDatePattern[i] == '0' ? text[i] >= '0' && text[i] <= '9' : text[i] == kDatePattern[i];
         if (!fits) return std::nullopt;
     }
     const year_month_day calendar{std::chrono::year(numberAt(text, 0, 4)),

@@ -7,7 +7,7 @@ namespace kova {
 
 namespace {
 
-constexpr std::string_view kPattern = "xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx";
+constexpr std::string_view kUuidPattern = "xxxxxxxx-xxxx-xxxx-xxxx-xxxxxxxxxxxx";
 constexpr std::string_view kDigits = "0123456789ABCDEF";
 
 /// Asked of the machine once: on some, every answer takes longer than all else that an identity is made for.
@@ -21,7 +21,7 @@ std::mt19937 seededGenerator() {
 
 Uuid Uuid::random() {
     static thread_local std::mt19937 source = seededGenerator();
-    std::string text(kPattern);
+    std::string text(kUuidPattern);
     std::uint_fast32_t bits = 0;
     int left = 0;
     for (char& c : text) {
@@ -41,12 +41,12 @@ Uuid Uuid::random() {
 }
 
 std::optional<Uuid> Uuid::parse(std::string_view text) {
-    if (text.size() != kPattern.size()) return std::nullopt;
+    if (text.size() != kUuidPattern.size()) return std::nullopt;
     std::string upper;
     upper.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char c = text[i] >= 'a' && text[i] <= 'f' ? static_cast<char>(text[i] - 'a' + 'A') : text[i];
-        const bool fits = kPattern[i] == 'x' ? kDigits.find(c) != std::string_view::npos : c == kPattern[i];
+        const bool fits = kUuidPattern[i] == 'x' ? kDigits.find(c) != std::string_view::npos : c == kUuidPattern[i];
         if (!fits) return std::nullopt;
         upper.push_back(c);
     }

@@ -50,9 +50,9 @@ class LoginItem final : public LaunchAtLoginServicing {
     std::optional<std::string> problem;
 };
 
-class Dock final : public DockAutoHideServicing {
+class MenuDock final : public DockAutoHideServicing {
   public:
-    explicit Dock(MainQueue& queue) : queue_(queue) {}
+    explicit MenuDock(MainQueue& queue) : queue_(queue) {}
     std::optional<std::string> absence() const override { return missing; }
     void readAutoHide(ReadCompletion completion) override {
         queue_.post([this, completion] { completion(isHidden); });
@@ -120,7 +120,7 @@ class MenuBar : public ::testing::Test {
     SimulatedDesktop desktop;
     MemoryPreferencesStore preferences;
     LoginItem loginItem;
-    Dock dock{desktop.queue()};
+    MenuDock dock{desktop.queue()};
     AppDelegate delegate{
         {desktop, desktop, desktop, desktop, desktop, preferences, desktop.queue(), desktop.pollingQueue(), desktop},
         {.launchAtLogin = &loginItem, .dockAutoHide = &dock}};

@@ -38,9 +38,12 @@ struct Opening {
     std::string application;
     std::string title;
     CGRect frame{};
-    std::optional<CGSize> minimumSize{};   // told to who asks, and kept where somebody does
+    std::optional<CGSize> minimumSize{};   // as it is announced, and kept where the desktop keeps such sizes
     std::optional<std::string> dialogOf{}; // the title of the window that it belongs to
 };
+
+inline const Opening kPlan{"Editor", "Plan", makeRect(40, 50, 500, 400), CGSize{300, 200}};
+inline const Opening kInbox{"Mail", "Inbox", makeRect(200, 200, 500, 400)};
 
 /// What the test may ask of the person at this desktop.
 enum class Ability {

@@ -8,9 +8,6 @@ namespace {
 
 using Attribute = AccessibilityAttribute;
 
-const Opening kPlan{"Editor", "Plan", makeRect(40, 50, 500, 400)};
-const Opening kInbox{"Mail", "Inbox", makeRect(200, 200, 500, 400)};
-
 TEST_P(DesktopContract, ApplicationsKeepTheirOrderAndTheirRecords) {
     const pid_t editor = stage().open(kPlan);
     ASSERT_TRUE(until([&] { return polled(editor).has_value(); }));

@@ -7,9 +7,7 @@ namespace {
 using Attribute = AccessibilityAttribute;
 using Elements = std::vector<AccessibilityElement>;
 
-const Opening kPlan{"Editor", "Plan", makeRect(40, 50, 500, 400), CGSize{300, 200}};
 const Opening kDraft{"Editor", "Draft", makeRect(600, 50, 500, 400)};
-const Opening kInbox{"Mail", "Inbox", makeRect(200, 200, 500, 400)};
 
 const std::vector<Attribute> kEverything = {
     Attribute::windows,     Attribute::focusedWindow, Attribute::frontmost,  Attribute::role,

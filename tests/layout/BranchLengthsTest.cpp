@@ -1,4 +1,5 @@
 #include "layout/LayoutSolver.h"
+#include "tests/layout/Numbers.h"
 
 #include <gtest/gtest.h>
 #ifdef KOVA_HAS_RAPIDCHECK
@@ -6,7 +7,6 @@
 #endif
 
 #include <cmath>
-#include <limits>
 #include <numeric>
 
 using namespace kova;
@@ -14,8 +14,6 @@ using namespace kova;
 namespace {
 
 using Lengths = std::vector<double>;
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 void expectNear(const Lengths& actual, const Lengths& expected, const char* what) {
     ASSERT_EQ(actual.size(), expected.size()) << what;

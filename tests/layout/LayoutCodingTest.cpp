@@ -1,16 +1,14 @@
 #include "layout/LayoutCoding.h"
 #include "layout/AutoArrangeLearning.h"
+#include "tests/layout/Numbers.h"
 
 #include <gtest/gtest.h>
 
-#include <limits>
 
 using namespace kova;
 using nlohmann::json;
 
 namespace {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 const char* const kProfile = R"({
     "id": "0c8a2f6e-6f0d-4c39-9a52-3a0b6f5d1e77", "name": "Desk", "themeID": "jarvis.neon-cyan",

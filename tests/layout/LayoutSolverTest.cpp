@@ -1,4 +1,5 @@
 #include "tests/layout/Trees.h"
+#include "tests/layout/Numbers.h"
 
 #include <gtest/gtest.h>
 #ifdef KOVA_HAS_RAPIDCHECK
@@ -7,7 +8,6 @@
 
 #include <cmath>
 #include <cstdlib>
-#include <limits>
 #include <new>
 #include <numeric>
 #include <set>
@@ -17,8 +17,6 @@ using namespace kova::testing;
 
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr LayoutMetrics kDefaults{};
 
 std::size_t allocations = 0;

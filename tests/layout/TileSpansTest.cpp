@@ -1,5 +1,6 @@
 #include "layout/TileSpans.h"
 #include "layout/LayoutCatalogue.h"
+#include "tests/layout/Numbers.h"
 
 #include <gtest/gtest.h>
 #ifdef KOVA_HAS_RAPIDCHECK
@@ -18,7 +19,6 @@ using Slots = std::vector<TileSlot>;
 using Occupied = std::set<std::string>;
 
 constexpr CGSize kDisplay{1000, 1000};
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 std::string ids(const std::optional<TileSpan>& span) {
     if (!span) return "none";

@@ -1,5 +1,6 @@
 // What the user's hand does: dividers, windows dragged from tile to tile, windows resized at their tile's edge.
 #include "tests/harness/Desk.h"
+#include "tests/workspace/Pictures.h"
 #include "workspace/EdgeResize.h"
 
 #include <gtest/gtest.h>
@@ -9,8 +10,6 @@
 namespace kova {
 
 namespace {
-
-const char* const kHalves = "Codex 15,15 1254x1382 | Mail 1291,15 1254x1382";
 
 /// Two windows side by side, the divider between them, and the hand.
 class Halves : public ::testing::Test {

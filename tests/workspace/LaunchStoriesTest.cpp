@@ -1,5 +1,6 @@
 // Applications that are launched into a tile, and the arrangement after the start.
 #include "tests/harness/Desk.h"
+#include "tests/workspace/Pictures.h"
 
 #include "layout/LayoutCoding.h"
 
@@ -13,7 +14,6 @@ namespace {
 
 constexpr const char* kLeft = "focus-main";
 constexpr const char* kRight = "secondary-1";
-const CGRect kSomewhere = makeRect(300, 300, 800, 600);
 
 class Launching : public ::testing::Test {
   protected:

@@ -1,5 +1,6 @@
 // Choosing layouts, undoing, zooming, and walking between tiles.
 #include "tests/harness/Desk.h"
+#include "tests/workspace/Pictures.h"
 
 #include <gtest/gtest.h>
 
@@ -11,8 +12,6 @@ namespace kova {
 namespace {
 
 using enum WorkspaceDirection;
-
-const char* const kHalves = "Codex 15,15 1254x1382 | Mail 1291,15 1254x1382";
 
 TEST(LayoutStories, WindowsFollowTheirTilesIntoAnotherLayoutAndUndoBringsThemBack) {
     Desk desk;

@@ -1,5 +1,6 @@
 // Scenes that wait for windows: how long, whose windows they take, and what the user is told in the end.
 #include "tests/harness/Desk.h"
+#include "tests/workspace/Pictures.h"
 
 #include "persistence/WorkspaceDocumentCoding.h"
 
@@ -11,8 +12,6 @@
 namespace kova {
 
 namespace {
-
-const CGRect kSomewhere = makeRect(300, 300, 800, 600);
 
 class WaitingScene : public ::testing::Test {
   protected:

@@ -1,13 +1,12 @@
 // Commands for one window: into a tile, out of it, to another display, and what a dry run says of each.
 #include "tests/harness/Desk.h"
+#include "tests/workspace/Pictures.h"
 
 #include <gtest/gtest.h>
 
 namespace kova {
 
 namespace {
-
-const char* const kHalves = "Codex 15,15 1254x1382 | Mail 1291,15 1254x1382";
 
 class WindowCommands : public ::testing::Test {
   public:

@@ -44,7 +44,7 @@ TEST(WorkspacePreferences, KeysAreThoseUnderWhichUsersHaveTheirValues) {
         {workspaceProfile, "KOVA.workspaceProfile.v1"},
         {autoArrangeLearning, "KOVA.autoArrangeLearning.v1"},
         {workspaceProduct, "KOVA.workspaceProduct.v1"},
-        {accentColor, "KOVA.accentColor.v1"},
+        {preferenceKey::accentColor, "KOVA.accentColor.v1"},
         {useThemeBackground, "KOVA.useThemeBackground.v1"},
         {showBrain, "KOVA.showBrain.v1"},
         {showTileBackgrounds, "KOVA.showTileBackgrounds.v1"},

@@ -1,5 +1,6 @@
 // What strangers write into properties, believed or not.
 #include "platform/x11/ClientWindow.h"
+#include "tests/x11/NumberedAtoms.h"
 
 #include <gtest/gtest.h>
 
@@ -7,14 +8,6 @@
 
 namespace kova::x11 {
 namespace {
-
-Atoms numberedAtoms() {
-    Atoms atoms;
-    for (std::size_t i = 0; i < static_cast<std::size_t>(Atom::count); ++i) {
-        atoms.set(static_cast<Atom>(i), static_cast<xcb_atom_t>(1000 + i));
-    }
-    return atoms;
-}
 
 const Atoms kAtoms = numberedAtoms();
 

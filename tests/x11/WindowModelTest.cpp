@@ -1,5 +1,6 @@
 // The order in which events and answers come in does not matter: the newest word counts.
 #include "platform/x11/WindowModel.h"
+#include "tests/x11/NumberedAtoms.h"
 
 #include <gtest/gtest.h>
 
@@ -9,13 +10,6 @@ namespace kova::x11 {
 namespace {
 
 constexpr xcb_window_t kRoot = 1, kFrame = 20, kWindow = 30;
-
-Atoms numberedAtoms() {
-    Atoms atoms;
-    for (std::uint8_t i = 0; i < static_cast<std::uint8_t>(Atom::count); ++i)
-        atoms.set(static_cast<Atom>(i), 1000U + i);
-    return atoms;
-}
 
 class Model : public ::testing::Test {
   protected:

@@ -1,0 +1,13 @@
+// What several stories of the workspace begin with.
+#pragma once
+
+#include "support/Geometry.h"
+
+namespace kova {
+
+/// Codex and Mail side by side on a display of 2560x1440.
+inline constexpr const char* kHalves = "Codex 15,15 1254x1382 | Mail 1291,15 1254x1382";
+/// In no tile.
+inline const CGRect kSomewhere = makeRect(300, 300, 800, 600);
+
+} // namespace kova
