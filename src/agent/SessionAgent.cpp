@@ -18,23 +18,33 @@ std::optional<SystemSetting> settingOf(Controller* controller, SystemSetting (*s
     return controller ? std::optional(setting(*controller)) : std::nullopt;
 }
 
+std::vector<const DiagnosticsServicing*> withUserInterface(std::vector<const DiagnosticsServicing*> parts,
+                                                           const UserInterfaceController* userInterface) {
+    if (userInterface) parts.push_back(userInterface);
+    return parts;
+}
+
 } // namespace
 
 SessionAgent::SessionAgent(const AgentServices& services) :
     queue_(services.workspace.queue), delegate_(services.workspace, services.shell),
     acquaintance_(*delegate_.onboarding().isCompleted() ? Acquaintance::knowsTheWay : Acquaintance::newUser),
+    // The answer to the client that chose to quit is sent first.
+    menu_({.delegate = delegate_, .quit = [this, quit = services.quit] { queue_.post(quit); }}),
     methods_({.controller = delegate_.workspace(),
               .urls = delegate_.urls(),
               .shortcuts = delegate_.shortcutSettings(),
               .preferences = services.workspace.preferences,
-              .diagnostics = services.diagnostics,
+              .diagnostics = withUserInterface(services.diagnostics, delegate_.userInterface()),
               .keys = services.shell.keys,
               .queue = services.workspace.queue,
               .quit = services.quit,
               .startAtLogin = settingOf(delegate_.launchAtLogin(), startAtLoginSetting),
               .dockAutoHide = settingOf(delegate_.dockAutoHide(), dockAutoHideSetting),
               .firstSteps = [this] { return firstSteps(); },
-              .overlay = &delegate_.overlay()}) {
+              .overlay = &delegate_.overlay(),
+              .menu = &menu_,
+              .userInterface = delegate_.userInterface()}) {
     const auto& state = delegate_.workspace().state();
     messages_ = state.lastActionMessage.observe([](const std::optional<std::string>& message) {
         if (message) log(LogLevel::detail, *message);

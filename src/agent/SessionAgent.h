@@ -3,6 +3,7 @@
 
 #include "app/AppDelegate.h"
 #include "app/FirstSteps.h"
+#include "app/KovaMenuBarContent.h"
 #include "control/AgentClaim.h"
 #include "control/ControlMethods.h"
 #include "control/ControlServer.h"
@@ -52,6 +53,7 @@ class SessionAgent {
     AppDelegate delegate_;
     const Acquaintance acquaintance_; // as it was found
     Subscription messages_;
+    KovaMenuBarContent menu_; // for clients that draw it
     ControlMethods methods_;
     std::optional<ControlServer> server_;
     bool isServing_ = false;

@@ -14,6 +14,7 @@
 #include "platform/linux/LoginSession.h"
 #include "platform/linux/Process.h"
 #include "platform/linux/SerialWorkQueue.h"
+#include "platform/linux/UserInterfaceProcess.h"
 #include "platform/linux/XdgFolders.h"
 #include "platform/x11/X11Desktop.h"
 
@@ -70,7 +71,7 @@ class Desktop {
     /// Null on a session without X.
     X11Desktop* x11() const { return x11_.get(); }
     ShellServices shell(SystemActivityServicing& session, LaunchAtLoginServicing& launchAtLogin,
-                        DockAutoHideServicing& dockAutoHide) const {
+                        DockAutoHideServicing& dockAutoHide, UserInterfaceServicing& userInterface) const {
         std::vector<SystemActivityServicing*> activity{&session};
         if (x11_) activity.push_back(x11_.get());
         return {.pointer = x11_.get(),
@@ -78,7 +79,8 @@ class Desktop {
                 .systemActivity = std::move(activity),
                 .keys = x11_.get(),
                 .launchAtLogin = &launchAtLogin,
-                .dockAutoHide = &dockAutoHide};
+                .dockAutoHide = &dockAutoHide,
+                .userInterface = x11_ ? &userInterface : nullptr};
     }
     DiagnosticsServicing& diagnostics() const { return x11_ ? static_cast<DiagnosticsServicing&>(*x11_) : *absent_; }
     WorkspaceServices services(SessionServicing& session, PreferencesStore& preferences, MainQueue& queue,
@@ -128,9 +130,10 @@ int manageSession(const AgentOptions& options) {
     SerialWorkQueue pollingQueue("kova-polling");
     AutostartEntry loginItem(folders, ownProgram());
     AbsentDock dock;
+    UserInterfaceProcess userInterface(ownProgram(), controlSocketPlace().path, loop);
     UnansweredAlerts alerts; // the command line asks at its terminal
     SessionAgent agent({.workspace = desktop->services(session, preferences, loop, pollingQueue, alerts),
-                        .shell = desktop->shell(session, loginItem, dock),
+                        .shell = desktop->shell(session, loginItem, dock, userInterface),
                         .diagnostics = {&desktop->diagnostics(), &session},
                         .quit = [&loop] { loop.quit(EXIT_SUCCESS); }});
     if (X11Desktop* x11 = desktop->x11()) {

@@ -20,7 +20,9 @@ AppDelegate::AppDelegate(const WorkspaceServices& services, const ShellServices&
     services_(services), shell_(shell), onboarding_(services.preferences),
     launchAtLogin_(controllerOf<LaunchAtLoginController>(shell.launchAtLogin, services.preferences)),
     dockAutoHide_(controllerOf<DockAutoHideController>(shell.dockAutoHide, services.preferences)),
-    shortcutSettings_(services.preferences), workspace_(services), urls_(workspace_, services.queue) {}
+    shortcutSettings_(services.preferences), workspace_(services), urls_(workspace_, services.queue) {
+    if (shell.userInterface) userInterface_.emplace(*shell.userInterface, services.preferences, services.queue);
+}
 
 AppDelegate::~AppDelegate() {
     stopWorkspace();
@@ -61,6 +63,7 @@ std::optional<OnboardingOffer> AppDelegate::dockOffer() {
 void AppDelegate::startWorkspace() {
     if (workspaceIsStarted_) return;
     workspaceIsStarted_ = true;
+    if (userInterface_) userInterface_->start(); // it gets ready while the windows are read
     backdrop_.emplace(workspace_, overlay_).show();
     if (shell_.dividerHandles) {
         layoutDividers_.emplace(workspace_, *shell_.dividerHandles, overlay_, services_.queue);
@@ -96,6 +99,7 @@ void AppDelegate::stopWorkspace() {
     tileFooters_.reset();
     layoutDividers_.reset();
     backdrop_.reset();
+    if (userInterface_) userInterface_->stop();
     workspace_.stop();
     services_.preferences.synchronize();
     workspaceIsSuspendedForSystemTransition_ = false;

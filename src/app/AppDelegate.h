@@ -11,6 +11,7 @@
 #include "app/OverlayBoard.h"
 #include "app/SystemActivityState.h"
 #include "app/TileFooterWindowController.h"
+#include "app/UserInterfaceController.h"
 #include "app/WindowDragCoordinator.h"
 #include "commands/LayoutShortcutCoordinator.h"
 #include "commands/URLHandler.h"
@@ -31,6 +32,7 @@ struct ShellServices {
     LaunchAtLoginServicing* launchAtLogin = nullptr;
     DockAutoHideServicing* dockAutoHide = nullptr;
     OnboardingServicing* onboarding = nullptr;
+    UserInterfaceServicing* userInterface = nullptr;
 };
 
 class AppDelegate {
@@ -52,6 +54,7 @@ class AppDelegate {
     OverlayServing& overlay() { return overlay_; }
     /// Null where the desktop has no such service.
     LaunchAtLoginController* launchAtLogin() { return launchAtLogin_ ? &*launchAtLogin_ : nullptr; }
+    UserInterfaceController* userInterface() { return userInterface_ ? &*userInterface_ : nullptr; }
     DockAutoHideController* dockAutoHide() { return dockAutoHide_ ? &*dockAutoHide_ : nullptr; }
 
     /// What is to be done once the process is up: settings of the system are looked at, and the workspace is started.
@@ -90,6 +93,7 @@ class AppDelegate {
     WorkspaceController workspace_;
     URLHandler urls_;
     OverlayBoard overlay_;
+    std::optional<UserInterfaceController> userInterface_;
     // While the workspace is started.
     std::optional<BackdropWindowController> backdrop_;
     std::optional<LayoutDividerWindowController> layoutDividers_;

@@ -30,7 +30,8 @@ std::vector<OverlayDisplay> displaysOf(const WorkspaceController& workspace) {
         OverlayDisplay display{.id = displayID(screen),
                                .name = screen.localizedName,
                                .frame = flipped(screen.frame, firstMaxY),
-                               .visibleFrame = flipped(screen.visibleFrame, firstMaxY)};
+                               .visibleFrame = flipped(screen.visibleFrame, firstMaxY),
+                               .scale = screen.scale};
         if (const LayoutDefinition* layout = workspace.resolvedLayout(display.id)) {
             display.layoutID = layout->id;
             display.layoutName = layout->name;

@@ -6,6 +6,7 @@
 #include "app/DocumentExchange.h"
 #include "app/UpdateChecker.h"
 #include "commands/KovaShortcut.h"
+#include "control/MenuServing.h"
 
 #include <functional>
 #include <optional>
@@ -14,18 +15,6 @@
 #include <vector>
 
 namespace kova {
-
-struct MenuEntry {
-    enum class Kind { command, submenu, separator, heading };
-    Kind kind = Kind::command;
-    std::string id{}; // what `choose` wants; of commands only
-    std::string title{};
-    bool isEnabled = true;
-    bool isChecked = false;
-    std::optional<KovaShortcut> shortcut{}; // shown beside the title; the menu does not listen for it
-    std::vector<MenuEntry> entries{};       // of a submenu
-    bool operator==(const MenuEntry&) const = default;
-};
 
 /// The character by which the Mac's menus know the key; empty when they know none.
 std::string menuKeyEquivalent(const KovaShortcut& shortcut);
@@ -38,15 +27,12 @@ struct MenuBarServices {
     std::function<void()> quit{};
 };
 
-class KovaMenuBarContent {
+class KovaMenuBarContent final : public MenuServing {
   public:
     explicit KovaMenuBarContent(MenuBarServices services) : services_(std::move(services)) {}
 
-    /// As things stand now; asked for anew each time the menu opens.
-    std::vector<MenuEntry> entries() const;
-    /// Does what the entry is for. False, and nothing is done, when there is no such entry any more or it is not
-    /// enabled: the menu may have been open for long. What the workspace refuses it says in its status message.
-    bool choose(std::string_view id);
+    std::vector<MenuEntry> entries() const override;
+    bool choose(std::string_view id) override;
 
   private:
     class Build;

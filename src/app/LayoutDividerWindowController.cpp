@@ -64,6 +64,7 @@ void LayoutDividerWindowController::showHandles() {
     const bool isSame = std::equal(next.begin(), next.end(), shown_.begin(), shown_.end(),
                                    [](const Shown& a, const Shown& b) { return a.handle == b.handle; });
     shown_ = std::move(next);
+    if (hoveredID_ && !dividerOf(*hoveredID_)) hoveredID_.reset();
     if (isSame) return;
     std::vector<DividerHandle> frames;
     for (const auto& shown : shown_) frames.push_back(shown.handle);

@@ -48,6 +48,8 @@ struct Arguments {
     bool force = false;                // overwrite a file
     bool clear = false;                // take away what was chosen
     bool wait = false;                 // for what follows later
+    std::optional<std::string> what;   // that kova-ui is to open
+    std::optional<std::string> entry;  // of the menu
 };
 
 } // namespace kova::cli

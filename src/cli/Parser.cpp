@@ -92,6 +92,12 @@ Problem takeSwitch(Arguments& arguments, std::string_view word) {
     return std::nullopt;
 }
 
+Problem takeShown(Arguments& arguments, std::string_view word) {
+    if (word != "menu") return "“" + std::string(word) + "” is not menu";
+    arguments.what = word;
+    return std::nullopt;
+}
+
 /// What does not go together.
 Problem contradictionIn(const Verb& verb, const Arguments& arguments) {
     if ((verb.takes & kRuleApplication) != 0 && arguments.application.has_value() == arguments.focused) {
@@ -195,6 +201,9 @@ constexpr std::array kOptions =
             {kAccent, "", "COLOR", "id or name of an accent color, or a part of it",
              [](Arguments& a, std::string_view word) { return takeName(a.accent, word); }},
             {kSwitch, "", "on|off", "on or off", takeSwitch},
+            {kShown, "", "menu", "what to open", takeShown},
+            {kMenuEntry, "", "ENTRY", "id of an entry, as “menu” tells it",
+             [](Arguments& a, std::string_view word) { return takeName(a.entry, word); }},
             {kRuleApplication, "--app", "ID", "id or name of an application, or a part of it",
              [](Arguments& a, std::string_view word) { return takeName(a.application, word); }},
             {kFocused, "--focused", "", "instead of --app: the application of the focused window",
@@ -238,10 +247,10 @@ bool takes(const Verb& verb, const Option& option) {
 }
 
 bool isRequired(const Option& option) {
-    constexpr std::uint64_t kRequired = kRequiredLayout | kRequiredPoints | kDirection | kSplit | kBoundary |
-                                        kTranslation | kApplication | kTile | kRequiredWindow | kScene | kNewName |
-                                        kRule | kPlace | kDisposition | kFile | kNewFile | kTheme | kAccent | kSwitch |
-                                        kShortcutAction | kShortcutKeys | kSwapWith | kDisplayWord | kPreferredTile;
+    constexpr std::uint64_t kRequired =
+        kRequiredLayout | kRequiredPoints | kDirection | kSplit | kBoundary | kTranslation | kApplication | kTile |
+        kRequiredWindow | kScene | kNewName | kRule | kPlace | kDisposition | kFile | kNewFile | kTheme | kAccent |
+        kSwitch | kShortcutAction | kShortcutKeys | kSwapWith | kDisplayWord | kPreferredTile | kShown | kMenuEntry;
     return option.takenBy != kEveryVerb && (option.takenBy & kRequired) != 0;
 }
 

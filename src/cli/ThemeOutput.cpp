@@ -67,7 +67,9 @@ std::string switched(const char* what, const json& isOn) {
 
 /// What becomes of it.
 std::string remarkOn(const json& result) {
-    return result.at("isDrawn").get<bool>() ? "" : "Stored; this build draws nothing.\n";
+    return result.at("isDrawn").get<bool>()
+               ? ""
+               : "Stored; nothing shows it, as kova-ui does not run (see “kova ui status”).\n";
 }
 
 std::string chosen(const char* what, const json& record) {

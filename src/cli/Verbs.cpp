@@ -6,6 +6,7 @@
 #include "cli/SceneOutput.h"
 #include "cli/ShortcutVerbs.h"
 #include "cli/ThemeOutput.h"
+#include "cli/UserInterfaceOutput.h"
 #include "cli/WindowVerbs.h"
 
 #include <algorithm>
@@ -51,6 +52,9 @@ constexpr std::array kVerbs = std::to_array<Verb>({
      "which display it lies; with a direction, whose window is meant. One undo step.",
      "kova swap right\nkova swap 1 --window mail\nkova swap left --dry-run",
      kSwapWith | kWindowOption | kDisplay | kDryRun, printWindowPlan},
+    {"focus window", "focus.window", "bring a window to the front and focus it",
+     "One that waits in a tile comes to the front of it, which is one undo step; one that is minimized is restored.",
+     "kova focus window mail\nkova focus window mail --dry-run", kRequiredWindow | kDryRun, printWindowPlan},
     {"focus display", "focus.display", "focus a window on another display",
      "The one there that had the keyboard last, else the first in its tiles.",
      "kova focus display 1\nkova focus display 1 --dry-run", kDisplayWord | kDryRun, printWindowPlan},
@@ -97,7 +101,8 @@ constexpr std::array kVerbs = std::to_array<Verb>({
      "Lists the catalogue in the order in which “layout next” goes through it.", "kova layout list", kNothing,
      printLayoutList},
     {"layout show", "layout.show", "draw a layout",
-     "Draws the layout that is in force on a display, with the sizes that windows get in it and the windows in its tiles; or any "
+     "Draws the layout that is in force on a display, with the sizes that windows get in it and the windows in its "
+     "tiles; or any "
      "other "
      "layout as it would be on that display. The drawing is as wide as the terminal.",
      "kova layout show\nkova layout show quad-grid --width 60", kLayout | kDisplay | kWidth, printLayout},
@@ -295,8 +300,7 @@ constexpr std::array kVerbs = std::to_array<Verb>({
     {"login status", "login.status", "say whether KOVA starts with the session",
      "And what it is that starts it, or keeps it from starting.", "kova login status", kNothing, printStartAtLogin},
     {"login on", "login.on", "start KOVA with the session",
-     "Also if the autostart entry was switched off elsewhere before.", "kova login on", kNothing,
-     printStartAtLogin},
+     "Also if the autostart entry was switched off elsewhere before.", "kova login on", kNothing, printStartAtLogin},
     {"login off", "login.off", "start KOVA only when asked to", "The agent that runs goes on.", "kova login off",
      kNothing, printStartAtLogin},
     {"dock status", "dock.status", "say whether the Mac's Dock hides itself", "As far as the agent has seen.",
@@ -307,6 +311,21 @@ constexpr std::array kVerbs = std::to_array<Verb>({
     {"dock off", "dock.off", "let the Mac's Dock stay",
      "This changes the system-wide Dock preference. The Dock briefly restarts when the setting changes.",
      "kova dock off", kNothing, printDockAutoHide},
+    {"ui status", "ui.status", "say whether kova-ui runs",
+     "The program that shows tile footers, the backdrop and the menu. The agent starts it and keeps it running.",
+     "kova ui status", kNothing, printUserInterface},
+    {"ui on", "ui.on", "start kova-ui with the agent", "And now. On unless it was switched off.", "kova ui on",
+     kNothing, printUserInterface},
+    {"ui off", "ui.off", "do not start kova-ui", "One that runs ends. Windows stay where they are.", "kova ui off",
+     kNothing, printUserInterface},
+    {"ui restart", "ui.restart", "end kova-ui and start it again",
+     "Also after it crashed so often that the agent gave up.", "kova ui restart", kNothing, printUserInterface},
+    {"ui show", "ui.show", "open KOVA's menu at the pointer",
+     "For desktops without a tray, bound to a key for example.", "kova ui show menu", kShown, printShown},
+    {"menu", "menu", "list the entries of KOVA's menu", "With the id of each, which “menu choose” takes.",
+     "kova menu\nkova menu --json", kNothing, printMenu},
+    {"menu choose", "menu.choose", "do what an entry of the menu does", "Refused when the entry is not enabled now.",
+     "kova menu choose undo\nkova menu choose theme-background", kMenuEntry, printMessage},
     {"subscribe", "subscribe", "follow what changes",
      "Prints the state and then a line for each change, until interrupted. With --json each line is one JSON document.",
      "kova subscribe\nkova subscribe --json", kNothing, nullptr},

@@ -65,6 +65,8 @@ enum Takes : std::uint64_t {
     kPreferredApplication = 1ULL << 56,
     kClear = 1ULL << 57,
     kWait = 1ULL << 58,
+    kShown = 1ULL << 59, // what kova-ui is to open
+    kMenuEntry = 1ULL << 60,
 };
 
 struct Verb {

@@ -59,6 +59,8 @@ json parametersOf(const Arguments& arguments) {
     if (arguments.choice) parameters["isOn"] = *arguments.choice == "on";
     if (arguments.with) parameters["with"] = *arguments.with;
     if (arguments.to) parameters["to"] = *arguments.to;
+    if (arguments.what) parameters["what"] = *arguments.what;
+    if (arguments.entry) parameters["id"] = *arguments.entry;
     if (arguments.step) parameters["step"] = *arguments.step;
     return parameters;
 }

@@ -3,6 +3,7 @@
 #include "control/JsonRpc.h"
 #include "control/NameLookup.h"
 #include "control/Refusal.h"
+#include "control/WindowCommandMethods.h"
 #include "workspace/ForceQuitting.h"
 
 #include <algorithm>
@@ -78,18 +79,16 @@ ControlReply listApplications(const WorkspaceController& controller) {
 ControlReply launchIntoTile(WorkspaceController& controller, const JsonCursor& parameters,
                             const std::shared_ptr<ControlPeer>& peer) {
     const std::string wantedApplication = parameters.required("application").string();
-    const std::string wantedTile = parameters.required("tile").string();
-    const auto display = wantedDisplay(controller, parameters);
-    if (const auto* failure = std::get_if<ControlFailure>(&display)) return *failure;
-    const auto& displayID = std::get<std::string>(display);
-    const auto slot = lookUpSlot(controller, displayID, wantedTile);
-    if (const auto* failure = std::get_if<ControlFailure>(&slot)) return *failure;
+    const auto named = wantedTile(controller, parameters, parameters.required("tile").string(), std::nullopt);
+    if (const auto* failure = std::get_if<ControlFailure>(&named)) return *failure;
+    const auto& target = std::get<std::string>(named);
+    const auto tiles = controller.tiles();
+    const auto tile = std::ranges::find(tiles, target, &WorkspaceTile::targetID);
+    if (tile == tiles.end()) return refusal("There is no such tile any more");
     const auto found = lookUpApplication(controller, wantedApplication);
     if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
 
     const auto& application = std::get<LaunchableApplication>(found);
-    const TileSlot& tile = std::get<TileSlot>(slot);
-    const std::string target = tileTargetID(displayID, tile.id);
     const Listening listening(controller);
     const auto tell = [peer = std::weak_ptr(peer), application = brief(application), target](const LaunchResult& told) {
         const auto listener = peer.lock();
@@ -99,11 +98,12 @@ ControlReply launchIntoTile(WorkspaceController& controller, const JsonCursor& p
             "launched",
             {{"application", application}, {"tile", target}, {"process", process}, {"error", orNull(told.error)}})));
     };
-    if (!controller.launchApplication(application, displayID, tile.id, tell)) {
+    if (!controller.launchApplication(application, tile->displayID, tile->slot.id, tell)) {
         return listening.refusalOr("The application was not launched");
     }
-    return json{
-        {"application", brief(application)}, {"display", displayID}, {"tile", {{"id", target}, {"name", tile.name}}}};
+    return json{{"application", brief(application)},
+                {"display", tile->displayID},
+                {"tile", {{"id", target}, {"name", tile->slot.name}}}};
 }
 
 ControlReply endApplication(WorkspaceController& controller, const JsonCursor& parameters, Ending ending) {

@@ -17,6 +17,7 @@
 #include "control/ShortcutMethods.h"
 #include "control/StateBroadcast.h"
 #include "control/ThemeMethods.h"
+#include "control/UserInterfaceMethods.h"
 #include "control/WindowCommandMethods.h"
 #include "control/WindowExplanation.h"
 #include "control/client/ControlCodes.h"
@@ -71,6 +72,7 @@ class ControlMethods::Table {
         addShortcuts();
         addQueries();
         addSettings();
+        addUserInterface();
         addAgent();
     }
 
@@ -81,6 +83,7 @@ class ControlMethods::Table {
                 ControlFailure{controlCode::methodNotFound, "There is no such method", {{"methods", names()}}});
         }
         ControlReply reply = carryOut(found->second, request, peer);
+        if (const auto* failure = std::get_if<ControlFailure>(&reply)) sayInOverlay(*failure, peer);
         auto* result = std::get_if<json>(&reply);
         if (!result || !found->second.isAnsweredOnceSaved) return answer(std::move(reply));
         context_.preferences.save(
@@ -122,12 +125,15 @@ class ControlMethods::Table {
         return method.run({parameters, peer});
     }
 
+    /// What was clicked in the overlay and is refused is said there: nothing else tells the user.
+    void sayInOverlay(const ControlFailure& failure, const std::shared_ptr<ControlPeer>& peer) {
+        if (failure.code == controlCode::refused && overlay_ && overlay_->isPeer(peer))
+            context_.controller.showStatusMessage(failure.message);
+    }
+
     void addActions() {
         WorkspaceController& controller = context_.controller;
         add("arrange", {"dryRun"}, [this](const Call& call) { return arrange(call); });
-        addSaved("arrangeAfterLaunch", {"isOn"}, [&controller](const Call& call) {
-            return switchPreference(controller, call.parameters, &WorkspaceController::setAutoArrangeOnLaunch);
-        });
         add("focus", {"direction", "window", "display"}, [&controller](const Call& call) {
             return performOn<action::Focus>(controller, call.parameters, wantedDirection(call.parameters));
         });
@@ -156,6 +162,7 @@ class ControlMethods::Table {
         };
         addCommand("place", {"window", "tile", "display", "dryRun"}, placeWindow);
         addCommand("swap", {"with", "window", "display", "dryRun"}, swapWindows);
+        addCommand("focus.window", {"window", "dryRun"}, focusWindow);
         addCommand("focus.display", {"to", "dryRun"}, focusDisplay);
         addCommand("move.display", {"to", "window", "display", "dryRun"}, moveToDisplay);
         addCommand("float", {"window", "display", "dryRun"}, floatWindow);
@@ -247,21 +254,30 @@ class ControlMethods::Table {
 
     void addLook() {
         WorkspaceController& controller = context_.controller;
-        add("theme.list", {}, [&controller](const Call&) { return listThemes(controller); });
+        add("theme.list", {}, [this](const Call&) { return withIsDrawn(listThemes(context_.controller)); });
         addSaved("theme.select", {"theme"},
-                 [&controller](const Call& call) { return selectTheme(controller, call.parameters); });
+                 [this](const Call& call) { return withIsDrawn(selectTheme(context_.controller, call.parameters)); });
         add("accent.list", {}, [&controller](const Call&) { return listAccentColors(controller); });
-        addSaved("accent.select", {"accentColor"},
-                 [&controller](const Call& call) { return selectAccentColor(controller, call.parameters); });
-        const auto addSwitch = [&](const char* name, void (WorkspaceController::*set)(bool)) {
-            addSaved(name, {"isOn"}, [&controller, set](const Call& call) {
-                return switchPreference(controller, call.parameters, set);
-            });
-        };
+        addSaved("accent.select", {"accentColor"}, [this](const Call& call) {
+            return withIsDrawn(selectAccentColor(context_.controller, call.parameters));
+        });
         addSwitch("theme.background", &WorkspaceController::setUseThemeBackground);
         addSwitch("theme.brain", &WorkspaceController::setShowBrain);
         addSwitch("theme.tileBackgrounds", &WorkspaceController::setShowTileBackgrounds);
         addSwitch("bringForward", &WorkspaceController::setBringsNextForward);
+        addSwitch("arrangeAfterLaunch", &WorkspaceController::setAutoArrangeOnLaunch);
+    }
+
+    void addSwitch(const char* name, void (WorkspaceController::*set)(bool)) {
+        addSaved(name, {"isOn"}, [this, set](const Call& call) {
+            return withIsDrawn(switchPreference(context_.controller, call.parameters, set));
+        });
+    }
+
+    /// Adds whether anything shows the look.
+    ControlReply withIsDrawn(ControlReply reply) {
+        if (auto* result = std::get_if<json>(&reply)) (*result)["isDrawn"] = overlay_ && overlay_->hasPeers();
+        return reply;
     }
 
     void addShortcuts() {
@@ -299,6 +315,24 @@ class ControlMethods::Table {
         };
         addSwitch("login", context_.startAtLogin);
         addSwitch("dock", context_.dockAutoHide);
+    }
+
+    void addUserInterface() {
+        add("menu", {}, [this](const Call&) {
+            return listMenu(context_.menu,
+                            [this](const KovaShortcut& shortcut) { return shortcuts_.textOf(shortcut); });
+        });
+        add("menu.choose", {"id"},
+            [this](const Call& call) { return chooseFromMenu(context_.menu, context_.controller, call.parameters); });
+        add("ui.status", {}, [this](const Call&) { return tellUserInterface(context_.userInterface); });
+        add("ui.restart", {},
+            [this](const Call&) { return switchUserInterface(context_.userInterface, UserInterfaceSwitch::restart); });
+        addSaved("ui.on", {},
+                 [this](const Call&) { return switchUserInterface(context_.userInterface, UserInterfaceSwitch::on); });
+        addSaved("ui.off", {},
+                 [this](const Call&) { return switchUserInterface(context_.userInterface, UserInterfaceSwitch::off); });
+        add("ui.show", {"what"},
+            [this](const Call& call) { return showInUserInterface(overlay_ ? &*overlay_ : nullptr, call.parameters); });
     }
 
     void addAgent() {

@@ -17,9 +17,11 @@ namespace kova {
 class DiagnosticsServicing;
 class KeyMonitorServicing;
 class KovaShortcutSettings;
+class MenuServing;
 class OverlayServing;
 class PreferencesStore;
 class URLHandler;
+class UserInterfaceControl;
 class WorkspaceController;
 
 /// All of it outlives the methods.
@@ -37,6 +39,8 @@ struct ControlContext {
     std::optional<SystemSetting> dockAutoHide = {};
     std::function<std::optional<std::string>()> firstSteps = {}; // what a new user is told
     OverlayServing* overlay = nullptr;                           // null: nothing can be shown
+    MenuServing* menu = nullptr;
+    UserInterfaceControl* userInterface = nullptr;
 };
 
 /// Main thread only.

@@ -252,6 +252,14 @@ json notice(const WorkspaceController& controller) {
             {"frame", rect(flipped(notice->claimedFrame, firstScreenMaxY(controller)))}};
 }
 
+json pendingLaunches(const WorkspaceController& controller) {
+    json out = json::array();
+    for (const auto& [tile, application] : *controller.state().pendingLaunches) {
+        out.push_back({{"tile", tile}, {"application", {{"id", application.identifier}, {"name", application.name}}}});
+    }
+    return out;
+}
+
 json settings(const WorkspaceController& controller) {
     const WorkspaceState& state = controller.state();
     return {{"theme", state.profile->themeID},

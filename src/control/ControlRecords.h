@@ -38,6 +38,8 @@ nlohmann::json dividers(const WorkspaceController& controller);
 nlohmann::json plan(const ArrangementPlan& plan);
 nlohmann::json focusMode(const WorkspaceController& controller);
 nlohmann::json notice(const WorkspaceController& controller);
+/// Applications that are being launched into tiles.
+nlohmann::json pendingLaunches(const WorkspaceController& controller);
 nlohmann::json settings(const WorkspaceController& controller);
 
 } // namespace kova::controlRecord

@@ -20,6 +20,10 @@ bool OverlayBroadcast::hasPeers() {
     return !peers_.empty();
 }
 
+bool OverlayBroadcast::isPeer(const std::shared_ptr<ControlPeer>& client) const {
+    return std::find(peers_.begin(), peers_.end(), client) != peers_.end();
+}
+
 json OverlayBroadcast::subscribe(std::shared_ptr<ControlPeer> peer) {
     if (hasPeers()) {
         touched_ = kEveryOverlaySection; // the other clients get first what the new one finds in the contents

@@ -29,12 +29,14 @@ class OverlayBroadcast {
     /// Asks the clients to open something, such as the menu. False when there are none.
     bool show(const std::string& what);
 
+    /// Whether a client draws the overlay. Forgets clients that are gone; ends watching with the last.
+    bool hasPeers();
+    bool isPeer(const std::shared_ptr<ControlPeer>& client) const;
+
   private:
     void touched(OverlaySections sections);
     void sendChanges();
     void send(const nlohmann::json& notification);
-    /// Forgets clients that are gone; ends watching with the last. True while there is one.
-    bool hasPeers();
 
     OverlayServing& overlay_;
     MainQueue& queue_;

@@ -37,6 +37,8 @@ class ShortcutMethods {
     /// Left)".
     std::vector<std::string> heldByOthers() const;
 
+    std::string textOf(KovaShortcut shortcut) const;
+
   private:
     struct Recording {
         KovaShortcutAction action;
@@ -52,7 +54,6 @@ class ShortcutMethods {
         KovaShortcutAction action;
     };
 
-    std::string textOf(KovaShortcut shortcut) const;
     nlohmann::json recordOf(KovaShortcutAction action) const;
     nlohmann::json recordsOfAll() const;
     bool isHeldByOther(const KovaShortcut& shortcut) const;

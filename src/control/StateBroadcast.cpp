@@ -27,9 +27,10 @@ enum Section : std::uint32_t {
     isSuspended = 1U << 10,
     focus = 1U << 11,
     isPaused = 1U << 12,
+    pendingLaunches = 1U << 13,
 };
 
-constexpr std::uint32_t kEverySection = (isPaused << 1) - 1;
+constexpr std::uint32_t kEverySection = (pendingLaunches << 1) - 1;
 
 struct SectionRecord {
     Section section;
@@ -42,7 +43,7 @@ json messageRecord(const WorkspaceController& controller) {
     return text ? json(*text) : json(nullptr);
 }
 
-constexpr std::array<SectionRecord, 13> kSections = {{
+constexpr std::array<SectionRecord, 14> kSections = {{
     {permission, "permission",
      [](const WorkspaceController& c) -> json { return describe(*c.state().permissionState); }},
     {displays, "displays", controlRecord::displays},
@@ -57,6 +58,7 @@ constexpr std::array<SectionRecord, 13> kSections = {{
     {settings, "settings", controlRecord::settings},
     {isSuspended, "isSuspended", [](const WorkspaceController& c) -> json { return *c.state().isSuspended; }},
     {focus, "focus", controlRecord::focus},
+    {pendingLaunches, "pendingLaunches", controlRecord::pendingLaunches},
     {isPaused, "isPaused", [](const WorkspaceController& c) -> json { return *c.state().isPaused; }},
 }};
 
@@ -106,6 +108,7 @@ void StateBroadcast::observe() {
     watch(observed.lastActionMessage, message);
     watch(observed.lastArrangeExplanation, explanation);
     watch(observed.placementNotice, notice);
+    watch(observed.pendingLaunches, pendingLaunches);
     watch(observed.accentColorID, settings);
     watch(observed.continuousManagementEnabled, settings);
     watch(observed.bringsNextForward, settings);

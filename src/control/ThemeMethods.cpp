@@ -13,9 +13,6 @@ namespace {
 
 using nlohmann::json;
 
-/// Themes and accent colors are stored, listed and told to clients, but the agent itself has nothing to draw them on.
-constexpr bool kDrawsLook = false;
-
 json themeRecord(const WorkspaceController& controller, const ThemeDescriptor& theme) {
     const ThemeRegistry& registry = controller.registry();
     const WorkspaceState& state = controller.state();
@@ -49,8 +46,7 @@ ControlReply listThemes(const WorkspaceController& controller) {
     return json{{"themes", std::move(themes)},
                 {"useThemeBackground", *state.useThemeBackground},
                 {"showBrain", *state.showBrain},
-                {"showTileBackgrounds", *state.showTileBackgrounds},
-                {"isDrawn", kDrawsLook}};
+                {"showTileBackgrounds", *state.showTileBackgrounds}};
 }
 
 ControlReply selectTheme(WorkspaceController& controller, const JsonCursor& parameters) {
@@ -62,7 +58,7 @@ ControlReply selectTheme(WorkspaceController& controller, const JsonCursor& para
     if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
     const ThemeDescriptor& theme = themes[std::get<std::size_t>(found)]->descriptor();
     if (!controller.selectTheme(theme.id)) return refusal("The theme was not selected");
-    return json{{"theme", themeRecord(controller, theme)}, {"isDrawn", kDrawsLook}};
+    return json{{"theme", themeRecord(controller, theme)}};
 }
 
 ControlReply listAccentColors(const WorkspaceController& controller) {
@@ -79,14 +75,14 @@ ControlReply selectAccentColor(WorkspaceController& controller, const JsonCursor
     if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
     const AccentColorOption& option = accentColorOptions()[std::get<std::size_t>(found)];
     controller.selectAccentColor(option.id);
-    return json{{"accentColor", accentRecord(controller, option)}, {"isDrawn", kDrawsLook}};
+    return json{{"accentColor", accentRecord(controller, option)}};
 }
 
 ControlReply switchPreference(WorkspaceController& controller, const JsonCursor& parameters,
                               void (WorkspaceController::*set)(bool)) {
     const bool isOn = parameters.required("isOn").boolean();
     (controller.*set)(isOn);
-    return json{{"isOn", isOn}, {"isDrawn", kDrawsLook}};
+    return json{{"isOn", isOn}};
 }
 
 } // namespace kova

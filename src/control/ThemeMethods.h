@@ -1,4 +1,4 @@
-// The look of the workspace, as methods of the socket.
+// The look of the workspace, as methods of the socket. Whether anything draws it is added by the caller.
 #pragma once
 
 #include "control/ControlHandling.h"

@@ -61,25 +61,6 @@ WindowChoice namedWindow(const WorkspaceController& controller, const JsonCursor
     return std::get<ManagedWindow>(found).id;
 }
 
-/// The tile-target id. Without a display the tile is on that of the window, else on the current one.
-std::variant<std::string, ControlFailure> wantedTile(const WorkspaceController& controller,
-                                                     const JsonCursor& parameters, const std::string& wanted,
-                                                     const std::optional<std::string>& windowID) {
-    for (const WorkspaceTile& tile : controller.tiles()) {
-        if (tile.targetID == wanted) return wanted;
-    }
-    std::optional<std::string> display;
-    if (!parameters.optional("display") && windowID) display = controller.displayIDOfWindow(*windowID);
-    if (!display) {
-        auto named = wantedDisplay(controller, parameters);
-        if (const auto* failure = std::get_if<ControlFailure>(&named)) return *failure;
-        display = std::get<std::string>(std::move(named));
-    }
-    const auto slot = lookUpSlot(controller, *display, wanted);
-    if (const auto* failure = std::get_if<ControlFailure>(&slot)) return *failure;
-    return tileTargetID(*display, std::get<TileSlot>(slot).id);
-}
-
 std::variant<DisplayChoice, ControlFailure> displayChoice(const WorkspaceController& controller,
                                                           const JsonCursor& parameters) {
     const std::string word = parameters.required("to").string();
@@ -132,6 +113,24 @@ WindowChoice wantedWindow(const WorkspaceController& controller, const JsonCurso
     return window;
 }
 
+std::variant<std::string, ControlFailure> wantedTile(const WorkspaceController& controller,
+                                                     const JsonCursor& parameters, const std::string& wanted,
+                                                     const std::optional<std::string>& windowID) {
+    for (const WorkspaceTile& tile : controller.tiles()) {
+        if (tile.targetID == wanted) return wanted;
+    }
+    std::optional<std::string> display;
+    if (!parameters.optional("display") && windowID) display = controller.displayIDOfWindow(*windowID);
+    if (!display) {
+        auto named = wantedDisplay(controller, parameters);
+        if (const auto* failure = std::get_if<ControlFailure>(&named)) return *failure;
+        display = std::get<std::string>(std::move(named));
+    }
+    const auto slot = lookUpSlot(controller, *display, wanted);
+    if (const auto* failure = std::get_if<ControlFailure>(&slot)) return *failure;
+    return tileTargetID(*display, std::get<TileSlot>(slot).id);
+}
+
 ControlReply placeWindow(WorkspaceController& controller, const JsonCursor& parameters) {
     auto window = namedWindow(controller, parameters);
     if (const auto* failure = std::get_if<ControlFailure>(&window)) return *failure;
@@ -157,6 +156,14 @@ ControlReply swapWindows(WorkspaceController& controller, const JsonCursor& para
     if (const auto* failure = std::get_if<ControlFailure>(&tile)) return *failure;
     return carriedOut(controller, parameters,
                       command::Swap{std::move(windowID), std::get<std::string>(std::move(tile))});
+}
+
+ControlReply focusWindow(WorkspaceController& controller, const JsonCursor& parameters) {
+    (void)parameters.required("window");
+    auto window = namedWindow(controller, parameters);
+    if (const auto* failure = std::get_if<ControlFailure>(&window)) return *failure;
+    return carriedOut(controller, parameters,
+                      command::FocusWindow{std::get<std::optional<std::string>>(std::move(window))});
 }
 
 ControlReply focusDisplay(WorkspaceController& controller, const JsonCursor& parameters) {

@@ -16,8 +16,15 @@ namespace kova {
 std::variant<std::optional<std::string>, ControlFailure> wantedWindow(const WorkspaceController& controller,
                                                                       const JsonCursor& parameters);
 
+/// The tile-target id of what `wanted` names: a whole id, or a tile of the display of the parameters, else of the
+/// window's, else of the current one.
+std::variant<std::string, ControlFailure> wantedTile(const WorkspaceController& controller,
+                                                     const JsonCursor& parameters, const std::string& wanted,
+                                                     const std::optional<std::string>& windowID);
+
 ControlReply placeWindow(WorkspaceController& controller, const JsonCursor& parameters);
 ControlReply swapWindows(WorkspaceController& controller, const JsonCursor& parameters);
+ControlReply focusWindow(WorkspaceController& controller, const JsonCursor& parameters);
 ControlReply focusDisplay(WorkspaceController& controller, const JsonCursor& parameters);
 ControlReply moveToDisplay(WorkspaceController& controller, const JsonCursor& parameters);
 ControlReply floatWindow(WorkspaceController& controller, const JsonCursor& parameters);

@@ -67,6 +67,20 @@ class Planner {
         });
     }
 
+    Planned plan(const command::FocusWindow& focus) const {
+        return onWindow(focus.windowID, [&](const ManagedWindow& window) -> Planned {
+            WindowPlan plan{"", "Focused " + window.applicationName, {}};
+            const bool isWaiting = !input_.assignments.isAssigned(window.id);
+            const auto stack = isWaiting ? input_.assignments.stackTargetOf(window.id) : std::nullopt;
+            if (const WorkspaceTile* tile = stack ? tileWith(*stack) : nullptr) {
+                plan = std::get<WindowPlan>(into(window, *tile, "bring to front"));
+                plan.message = window.applicationName + " is now active";
+            }
+            plan.steps.push_back({Kind::focus, window.id, std::nullopt});
+            return plan;
+        });
+    }
+
     Planned plan(const command::FocusDisplay& focus) const {
         const Screen* screen = chosen(focus.display, input_.currentDisplayID);
         if (!screen) return WindowRefusal{noSuchDisplay(focus.display)};
@@ -129,7 +143,8 @@ class Planner {
         const ManagedWindow* window = id ? windowWith(*id) : nullptr;
         if (!window) return WindowRefusal{wanted ? "There is no such window" : "No managed window has the focus"};
         if (window->isFullScreen) return WindowRefusal{isFullScreen(*window)};
-        if (window->isElsewhere) return WindowRefusal{window->applicationName + " is on another desktop; go there first"};
+        if (window->isElsewhere)
+            return WindowRefusal{window->applicationName + " is on another desktop; go there first"};
         return make(*window);
     }
 

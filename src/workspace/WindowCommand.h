@@ -40,6 +40,10 @@ struct Swap {
     std::optional<std::string> windowID;
     TileChoice with;
 };
+/// Focuses the window; one that waits in a stack comes to the front of its tile first.
+struct FocusWindow {
+    std::optional<std::string> windowID;
+};
 /// Focuses the window of the display that had the keyboard last, else the first that is in front of a tile there.
 struct FocusDisplay {
     DisplayChoice display;
@@ -63,8 +67,9 @@ struct ToggleFloating {
 };
 } // namespace command
 
-using WindowCommand = std::variant<command::Place, command::PlaceInNumbered, command::Swap, command::FocusDisplay,
-                                   command::MoveToDisplay, command::Float, command::Tile, command::ToggleFloating>;
+using WindowCommand =
+    std::variant<command::Place, command::PlaceInNumbered, command::Swap, command::FocusWindow, command::FocusDisplay,
+                 command::MoveToDisplay, command::Float, command::Tile, command::ToggleFloating>;
 
 struct WindowStep {
     enum class Kind { place, wait, focus, floating };

@@ -57,7 +57,8 @@ Session::Session(const std::string& folder, const std::string& displayName) :
                                   {"LC_ALL", "C.UTF-8"},
                                   {"XDG_RUNTIME_DIR", folder + "/runtime"},
                                   {"XDG_CONFIG_HOME", folder + "/config"},
-                                  {"XDG_STATE_HOME", folder + "/state"}} {
+                                  {"XDG_STATE_HOME", folder + "/state"},
+                                  {"KOVA_UI", ""}} {
     std::filesystem::create_directories(folder + "/runtime");
     if (!displayName.empty()) environment_["DISPLAY"] = displayName;
 }

@@ -145,6 +145,47 @@ TEST_F(SystemActivity, TheHandIsFollowedOnceWhileTheScreenCanBeSeenAndHandlesSta
     EXPECT_EQ(desktop.handles().size(), 1U);
 }
 
+TEST_F(SystemActivity, TheOverlayIsShownFromStartToStopAndRefreshedOnResume) {
+    const auto contents = [&] {
+        OverlayContents now;
+        delegate.overlay().update(now, kEveryOverlaySection);
+        return now;
+    };
+    EXPECT_EQ(contents(), OverlayContents{});
+    startAndArrange();
+    const OverlayContents shown = contents();
+    EXPECT_EQ(shown.displays.size(), 1U);
+    EXPECT_EQ(shown.tiles.size(), 2U);
+    EXPECT_EQ(shown.dividers.size(), 1U);
+    // With a window in the hand, which the suspension lets go.
+    const CGRect frame = desktop.window("Mail").frame;
+    desktop.pressAt({minX(frame) + 200, minY(frame) + 5});
+    passes(0.02);
+    desktop.moveHand({minX(frame) + 260, minY(frame) + 105});
+    passes(0.02);
+    EXPECT_TRUE(contents().drag);
+    undergoes({screenDidLock});
+    desktop.letGo();
+    EXPECT_FALSE(contents().drag);
+    EXPECT_TRUE(contents().isSuspended);
+    EXPECT_EQ(contents().displays, shown.displays) << "left up";
+    EXPECT_EQ(contents().tiles.size(), 2U);
+    OverlaySections refreshed = 0;
+    delegate.overlay().watch([&](OverlaySections sections) { refreshed |= sections; });
+    undergoes({screensDidSleep});
+    EXPECT_EQ(refreshed, 0U) << "a second reason changes nothing";
+    undergoes({screensDidWake, screenDidUnlock});
+    for (const auto section : {OverlaySection::displays, OverlaySection::tiles, OverlaySection::dividers}) {
+        EXPECT_TRUE(holds(refreshed, section)) << static_cast<int>(section);
+    }
+    delegate.stopWorkspace();
+    EXPECT_EQ(contents(), OverlayContents{});
+    delegate.startWorkspace();
+    passes(1);
+    EXPECT_EQ(contents().tiles.size(), 2U) << "built anew";
+    delegate.overlay().watch({});
+}
+
 TEST_F(SystemActivity, ShortcutsAreEverybodysWhileTheScreenCannotBeSeen) {
     const KeyCombination right{124, modifierFlag::control | modifierFlag::option};
     const auto isOurs = [&] { return desktop.keyboard().claimed().contains(right); };

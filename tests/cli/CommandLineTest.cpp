@@ -477,12 +477,14 @@ root          0  -824 left, +1064 right  1154,10 12x1392  display-UUID-OF-A
 }
 
 TEST_F(CommandLine, TheLookIsListedAndChosen) {
-    EXPECT_EQ(run({"theme", "select", "neon"}).out,
-              "The theme is Neon Cyan (jarvis.neon-cyan).\nStored; this build draws nothing.\n");
-    EXPECT_EQ(run({"theme", "background", "on"}).out,
-              "The theme's background is on.\nStored; this build draws nothing.\n");
+    EXPECT_EQ(run({"theme", "select", "neon"}).out, "The theme is Neon Cyan (jarvis.neon-cyan).\nStored; nothing shows "
+                                                    "it, as kova-ui does not run (see “kova ui status”).\n");
+    EXPECT_EQ(
+        run({"theme", "background", "on"}).out,
+        "The theme's background is on.\nStored; nothing shows it, as kova-ui does not run (see “kova ui status”).\n");
     EXPECT_EQ(run({"accent", "select", "AMBER"}).out,
-              "The accent color is REACTOR AMBER (reactor-amber).\nStored; this build draws nothing.\n");
+              "The accent color is REACTOR AMBER (reactor-amber).\nStored; nothing shows it, as kova-ui does not run "
+              "(see “kova ui status”).\n");
     EXPECT_EQ(run({"theme", "list"}).out,
               R"(NAME         ID                BACKGROUND  PANEL    TEXT     ACCENT
 Native       kova.native       #1C1C1F     #2B2B2E  #F5F5F7  #FF9E1F
@@ -491,7 +493,7 @@ Native       kova.native       #1C1C1F     #2B2B2E  #F5F5F7  #FF9E1F
 The theme's background is on.
 The brain is off.
 The backgrounds of tiles are on.
-Stored; this build draws nothing.
+Stored; nothing shows it, as kova-ui does not run (see “kova ui status”).
 )");
     const std::string accents = run({"accent", "list"}).out;
     EXPECT_NE(accents.find("* REACTOR AMBER  reactor-amber    #FF9E1F  #FFD161\n"), std::string::npos) << accents;

@@ -2,6 +2,7 @@
 // on the desktop stands still while it serves.
 #pragma once
 
+#include "app/KovaMenuBarContent.h"
 #include "commands/LayoutShortcutCoordinator.h"
 #include "commands/URLHandler.h"
 #include "control/ControlMethods.h"
@@ -36,7 +37,9 @@ class AgentStage {
                                .keys = &desk.desktop.keyboard(),
                                .queue = desk.desktop.queue(),
                                .quit = [this] { hasQuit = true; },
-                               .overlay = &desk.delegate().overlay()};
+                               .overlay = &desk.delegate().overlay(),
+                               .menu = &menu.emplace(MenuBarServices{.delegate = desk.delegate()}),
+                               .userInterface = &userInterface};
         for (auto* setting : {&context.startAtLogin, &context.dockAutoHide}) {
             const auto isOn = std::make_shared<bool>(false);
             *setting = SystemSetting{[isOn] {
@@ -81,7 +84,18 @@ class AgentStage {
         std::vector<Saved> waiting;
     };
 
+    /// Runs while it is switched on.
+    class UserInterface final : public UserInterfaceControl {
+      public:
+        std::optional<std::string> absence() const override { return std::nullopt; }
+        UserInterfaceStatus status() const override { return {isOn, isOn ? std::optional(4243) : std::nullopt, {}}; }
+        void setOn(bool on) override { isOn = on; }
+        bool restart() override { return isOn; }
+        bool isOn = true;
+    };
+
     Disk disk;
+    UserInterface userInterface;
     Desk desk;
     KovaShortcutSettings shortcuts{desk.preferences};
     void endServer() { server.reset(); }
@@ -91,6 +105,7 @@ class AgentStage {
   private:
     TemporaryFolder folder;
     std::optional<URLHandler> urls;
+    std::optional<KovaMenuBarContent> menu;
     std::optional<LayoutShortcutCoordinator> monitors;
     std::optional<ControlMethods> methods;
     std::optional<ControlServer> server;

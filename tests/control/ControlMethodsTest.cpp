@@ -306,6 +306,54 @@ TEST_F(AgentMethods, TheOverlaysSubscribersHearOfItsOwnChangesOnceATurn) {
     EXPECT_FALSE(plain.message()["params"].contains("topic"));
 }
 
+TEST_F(AgentMethods, WhatThePointerDoesInTheOverlayIsAMethodToo) {
+    desk.arrange().expectTiles("Terminal 15,15 1254x1382 | Notes 1291,15 1254x1382");
+    const std::string left = desk.targetID("A", "focus-main"), right = desk.targetID("A", "secondary-1");
+    result("place", {{"window", desk.desktop.windowIDOf("Notes")}, {"tile", left}});
+    desk.settle().expectTiles("Notes 15,15 1254x1382 + Terminal | -");
+    // A click on an entry of the strip.
+    const json terminal = {{"window", desk.desktop.windowIDOf("Terminal")}};
+    const json planned = result("focus.window", {{"window", terminal["window"]}, {"dryRun", true}});
+    EXPECT_EQ(result("focus.window", terminal)["steps"], planned["steps"]);
+    desk.settle().expectTiles("Terminal 15,15 1254x1382 + Notes | -");
+    desk.expectFocus("Terminal");
+    EXPECT_EQ(result("history")["entries"][0]["action"], "bring to front");
+    desk.desktop.focusByHand("Notes");
+    result("stack", {{"step", "next"}, {"tile", left}});
+    desk.settle().expectTiles("Notes 15,15 1254x1382 + Terminal | -");
+    EXPECT_EQ(result("launch", {{"application", "maps"}, {"tile", right}})["tile"]["id"], right);
+    EXPECT_EQ(result("query.state")["state"]["pendingLaunches"][0]["tile"], right);
+    desk.settle();
+    EXPECT_EQ(result("query.state")["state"]["pendingLaunches"], json::array());
+
+    json undo;
+    const json entries = result("menu")["entries"];
+    for (const json& entry : entries) {
+        if (entry["id"] == "undo") undo = entry;
+    }
+    EXPECT_EQ(undo["title"], "Undo Window Action");
+    EXPECT_TRUE(undo["isEnabled"].get<bool>() && undo["shortcut"].is_string()) << undo;
+    result("menu.choose", {{"id", "undo"}});
+    desk.settle();
+    EXPECT_EQ(error("menu.choose", {{"id", "layout-reset"}})["code"], controlCode::refused) << "nothing to reset";
+
+    EXPECT_EQ(error("ui.show", {{"what", "menu"}})["code"], controlCode::refused) << "nothing is there to show it";
+    EXPECT_FALSE(result("theme.list")["isDrawn"].get<bool>());
+    {
+        auto drawing = client();
+        call(drawing, "subscribe", {{"topic", "overlay"}});
+        EXPECT_TRUE(result("theme.list")["isDrawn"].get<bool>());
+        const json refusal = call(drawing, "zoom", {{"window", "no such window"}})["error"];
+        EXPECT_EQ(*desk.state().lastActionMessage, refusal["message"]);
+        result("ui.show", {{"what", "menu"}});
+        json shown = drawing.message();
+        while (shown.value("method", "") == "changed") shown = drawing.message();
+        EXPECT_EQ(schemaViolation(schema, "notification:show", shown["params"]), "");
+    }
+    result("ui.off");
+    EXPECT_EQ(error("ui.restart")["message"], "kova-ui is switched off. Switch it on with “kova ui on”");
+}
+
 TEST_F(AgentMethods, EachActionIsCarriedOutOrSaysWhyNot) {
     const auto said = [&](const char* method, json parameters = json::object()) {
         const json message = result(method, std::move(parameters))["message"];

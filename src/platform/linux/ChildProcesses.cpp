@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <pthread.h>
+#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -32,7 +33,8 @@ std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
 struct ChildPlan {
     std::vector<char*> words, environment;
     const char* folder = nullptr;
-    int outcome = -1; // where to write what went wrong
+    int outcome = -1;                // where to write what went wrong
+    std::optional<pid_t> endsWith{}; // the parent, whose end is the child's
 };
 
 void resetSignals() {
@@ -63,6 +65,10 @@ void keepDescriptors() {
 /// In the child.
 [[noreturn]] void become(const ChildPlan& plan) {
     setsid();
+    if (plan.endsWith) {
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+        if (getppid() != *plan.endsWith) _exit(127); // the parent was faster
+    }
     keepDescriptors();
     if (chdir(plan.folder) != 0) reportAndEnd(plan.outcome, StartFailure::Step::enteringFolder);
     resetSignals(); // not earlier: our handlers must not run here
@@ -89,6 +95,7 @@ struct ChildProcesses::Child {
     int outcome = -1; // readable once it is known
     int end = -1;     // readable once the process has ended
     Started started;
+    Ended ended;
     Subscription watchingOutcome, watchingEnd;
 
     ~Child() {
@@ -107,18 +114,20 @@ ChildProcesses::ChildProcesses(EventLoop& loop) : loop_(loop) {}
 
 ChildProcesses::~ChildProcesses() = default;
 
-void ChildProcesses::start(const Command& command, Started started) {
-    const auto fail = [&](int error) {
+std::optional<pid_t> ChildProcesses::start(const Command& command, Started started, Ended ended) {
+    const auto fail = [&](int error) -> std::optional<pid_t> {
         loop_.post(lifetime_.guard([started = std::move(started), error] {
             started(StartFailure{StartFailure::Step::creatingProcess, error});
         }));
+        return std::nullopt;
     };
     std::array<int, 2> pipe{};
     if (pipe2(pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0) return fail(errno);
     // Out of the way of the three standard descriptors.
     const int outcome = fcntl(pipe[1], F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
     close(pipe[1]);
-    const ChildPlan plan{pointersTo(command.words), pointersTo(command.environment), command.folder.c_str(), outcome};
+    const ChildPlan plan{pointersTo(command.words), pointersTo(command.environment), command.folder.c_str(), outcome,
+                         command.endsWithParent ? std::optional(getpid()) : std::nullopt};
     const pid_t process = outcome < 0 ? -1 : give(plan);
     const int error = errno;
     if (outcome >= 0) close(outcome);
@@ -129,9 +138,11 @@ void ChildProcesses::start(const Command& command, Started started) {
     auto child = std::make_unique<Child>();
     child->outcome = pipe[0];
     child->started = std::move(started);
+    child->ended = std::move(ended);
     child->watchingOutcome = loop_.watchReadable(pipe[0], [this, process] { readOutcome(process); });
     children_[process] = std::move(child);
     followToItsEnd(process);
+    return process;
 }
 
 /// The pipe is closed by the program's start, and holds what went wrong when there was none.
@@ -168,8 +179,11 @@ void ChildProcesses::reap(pid_t process) {
     const auto found = children_.find(process);
     if (found == children_.end()) return;
     const bool isOutcomeTold = !found->second->started;
-    if (isOutcomeTold && waitpid(process, nullptr, WNOHANG) != 0) {
+    int status = 0;
+    if (isOutcomeTold && waitpid(process, &status, WNOHANG) != 0) {
+        const Ended ended = std::move(found->second->ended);
         children_.erase(found);
+        if (ended) ended(process, status);
     } else if (found->second->end < 0) {
         loop_.after(kReapingPause, lifetime_.guard([this, process] { reap(process); }));
     }

@@ -1,6 +1,6 @@
-// Programs that are started and left alone: each in a session of its own, with nothing of ours but the environment, so
-// that it outlives us. Nobody waits: whether a program could be started is read from a pipe when it is known, and one
-// that has ended is reaped when the system says so. Main thread only.
+// Programs that are started: each in a session of its own, with nothing of ours but the environment, so that it
+// outlives us unless it is to end with us. Nothing waits: whether a program could be started is read from a pipe when
+// it is known, and one that has ended is reaped when the system says so. Main thread only.
 #pragma once
 
 #include "platform/linux/EventLoop.h"
@@ -11,6 +11,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -21,6 +22,7 @@ struct Command {
     std::vector<std::string> words;       // the first one is the program, by its absolute path
     std::string folder;                   // to start in
     std::vector<std::string> environment; // all of it, as NAME=value
+    bool endsWithParent = false;          // the kernel kills the program when this thread ends
 };
 
 /// Why there is no such process.
@@ -40,7 +42,10 @@ class ChildProcesses {
 
     /// Calls `started` once, after this has returned: with the process once the program runs in it.
     using Started = std::function<void(std::variant<pid_t, StartFailure>)>;
-    void start(const Command& command, Started started);
+    /// Called after `started`, once the process has ended and was reaped, with what waitpid gave.
+    using Ended = std::function<void(pid_t, int waitStatus)>;
+    /// Gives the process, which may still fail to run the program; absent when there is none.
+    std::optional<pid_t> start(const Command& command, Started started, Ended ended = {});
 
   private:
     struct Child;

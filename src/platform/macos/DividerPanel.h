@@ -14,6 +14,8 @@ struct DividerPanelEvents {
     std::function<void(int clickCount)> pressed;
     std::function<void()> moved;
     std::function<void()> released;
+    std::function<void()> entered;
+    std::function<void()> left;
 };
 
 } // namespace kova::macos

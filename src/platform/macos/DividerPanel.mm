@@ -50,10 +50,12 @@
 
 - (void)mouseEntered:(NSEvent*)__unused event {
     [_cursor set];
+    kova::macos::contained([&] { self->_events.entered(); });
 }
 
 - (void)mouseExited:(NSEvent*)__unused event {
     [NSCursor.arrowCursor set];
+    kova::macos::contained([&] { self->_events.left(); });
 }
 
 - (void)mouseDown:(NSEvent*)event {

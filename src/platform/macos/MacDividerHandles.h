@@ -26,6 +26,7 @@ class MacDividerHandles final : public DividerHandleServicing {
     void press(const std::string& handleID, int clickCount);
     void move();
     void release();
+    void cross(DividerHandleEvent::Kind kind, const std::string& handleID);
     void tell(const std::optional<DividerHandleEvent>& event);
 
     MainQueue& queue_;

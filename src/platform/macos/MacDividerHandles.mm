@@ -52,10 +52,13 @@ void MacDividerHandles::showHandles(const std::vector<DividerHandle>& handles) {
         if (!panel) {
             // The system may hold the view a little longer than the panel is ours.
             panel = std::make_unique<Panel>(
-                handle.axis, DividerPanelEvents{.pressed = lifetime_.guard(
-                                                    [this, id = handle.id](int clickCount) { press(id, clickCount); }),
-                                                .moved = lifetime_.guard([this] { move(); }),
-                                                .released = lifetime_.guard([this] { release(); })});
+                handle.axis,
+                DividerPanelEvents{
+                    .pressed = lifetime_.guard([this, id = handle.id](int clickCount) { press(id, clickCount); }),
+                    .moved = lifetime_.guard([this] { move(); }),
+                    .released = lifetime_.guard([this] { release(); }),
+                    .entered = lifetime_.guard([this, id = handle.id] { cross(DividerHandleEvent::Kind::entered, id); }),
+                    .left = lifetime_.guard([this, id = handle.id] { cross(DividerHandleEvent::Kind::left, id); })});
         }
         panel->show(grippableFrame(handle));
     }
@@ -80,6 +83,10 @@ void MacDividerHandles::move() {
 void MacDividerHandles::release() {
     escape_ = {};
     tell(grip_.release(pointerOnScreen()));
+}
+
+void MacDividerHandles::cross(DividerHandleEvent::Kind kind, const std::string& handleID) {
+    tell(DividerHandleEvent{kind, handleID, pointerOnScreen()});
 }
 
 void MacDividerHandles::tell(const std::optional<DividerHandleEvent>& event) {

@@ -116,11 +116,13 @@ void DividerHandleWindows::reuse(Shown shown, const HandlePlace& place) {
 xcb_window_t DividerHandleWindows::create(const HandlePlace& place) {
     xcb_connection_t* connection = connection_.get();
     const xcb_window_t window = xcb_generate_id(connection);
-    const std::array<std::uint32_t, 2> values = {1, cursorFor(place.axis)};
+    const std::array<std::uint32_t, 3> values = {1, XCB_EVENT_MASK_ENTER_WINDOW | XCB_EVENT_MASK_LEAVE_WINDOW,
+                                                 cursorFor(place.axis)};
     xcb_create_window(connection, 0, window, connection_.root(), static_cast<std::int16_t>(place.rect.x),
                       static_cast<std::int16_t>(place.rect.y), static_cast<std::uint16_t>(place.rect.width),
                       static_cast<std::uint16_t>(place.rect.height), 0, XCB_WINDOW_CLASS_INPUT_ONLY,
-                      XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT | XCB_CW_CURSOR, values.data());
+                      XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK | XCB_CW_CURSOR,
+                      values.data());
     xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8,
                         static_cast<std::uint32_t>(kName.size()), kName.data());
     xcb_grab_button(connection, 0, window,
@@ -224,6 +226,12 @@ bool DividerHandleWindows::take(const xcb_generic_event_t& event) {
     case XCB_BUTTON_RELEASE:
         released(reinterpret_cast<const xcb_button_release_event_t&>(event));
         return true;
+    case XCB_ENTER_NOTIFY:
+        crossed(reinterpret_cast<const xcb_enter_notify_event_t&>(event), DividerHandleEvent::Kind::entered);
+        return true;
+    case XCB_LEAVE_NOTIFY:
+        crossed(reinterpret_cast<const xcb_enter_notify_event_t&>(event), DividerHandleEvent::Kind::left);
+        return true;
     case XCB_KEY_PRESS:
         keysPressed_.push_back(reinterpret_cast<const xcb_key_press_event_t&>(event).detail);
         return true;
@@ -247,6 +255,10 @@ void DividerHandleWindows::pressed(const xcb_button_press_event_t& event, std::u
     mustGrabKeyboard_ = !isDouble;
     const auto kind = isDouble ? DividerHandleEvent::Kind::doubleClicked : DividerHandleEvent::Kind::pressed;
     news_.push_back({kind, id, event.root_x, event.root_y});
+}
+
+void DividerHandleWindows::crossed(const xcb_enter_notify_event_t& event, DividerHandleEvent::Kind kind) {
+    if (const Shown* shown = find(event.event)) news_.push_back({kind, shown->place.id, event.root_x, event.root_y});
 }
 
 void DividerHandleWindows::moved(int x, int y) {

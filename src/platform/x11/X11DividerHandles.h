@@ -84,6 +84,7 @@ class DividerHandleWindows {
     xcb_cursor_t cursorFor(LayoutAxis axis);
     const Shown* find(xcb_window_t window) const;
     void pressed(const xcb_button_press_event_t& event, std::uint32_t sequence);
+    void crossed(const xcb_enter_notify_event_t& event, DividerHandleEvent::Kind kind);
     void moved(int x, int y);
     void released(const xcb_button_release_event_t& event);
     void letGoByEscape();

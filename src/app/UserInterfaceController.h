@@ -1,0 +1,51 @@
+// Keeps the program that draws the overlay running while it is switched on, and tells what became of it. Main thread
+// only.
+#pragma once
+
+#include "app/CrashBackoff.h"
+#include "app/UserInterfaceServicing.h"
+#include "control/UserInterfaceControl.h"
+#include "persistence/PreferencesStore.h"
+#include "support/Lifetime.h"
+#include "support/MainQueue.h"
+#include "windowing/DiagnosticsServicing.h"
+
+#include <cstdint>
+
+namespace kova {
+
+class UserInterfaceController final : public UserInterfaceControl, public DiagnosticsServicing {
+  public:
+    /// All of it outlives the controller.
+    UserInterfaceController(UserInterfaceServicing& service, PreferencesStore& preferences, MainQueue& queue);
+    ~UserInterfaceController() override;
+    UserInterfaceController(const UserInterfaceController&) = delete;
+    UserInterfaceController& operator=(const UserInterfaceController&) = delete;
+
+    /// With the workspace: the program starts if it is switched on, and ends.
+    void start();
+    void stop();
+
+    std::optional<std::string> absence() const override { return service_.absence(); }
+    UserInterfaceStatus status() const override;
+    void setOn(bool isOn) override;
+    bool restart() override;
+    std::vector<DiagnosticLine> diagnose() const override;
+
+  private:
+    void run();
+    void end();
+    void ended(UserInterfaceEnd how);
+
+    UserInterfaceServicing& service_;
+    PreferencesStore& preferences_;
+    MainQueue& queue_;
+    bool isOn_;
+    bool isStarted_ = false; // the workspace
+    CrashBackoff backoff_;
+    std::optional<std::string> problem_; // since the last start
+    std::uint64_t run_ = 0;              // counts starts and ends, so that what belongs to an earlier one is recognized
+    Lifetime lifetime_;
+};
+
+} // namespace kova

@@ -1,0 +1,16 @@
+// What is printed of kova-ui and of the menu.
+#pragma once
+
+#include "cli/Arguments.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <string>
+
+namespace kova::cli {
+
+std::string printUserInterface(const nlohmann::json& result, const Arguments& arguments);
+std::string printShown(const nlohmann::json& result, const Arguments& arguments);
+std::string printMenu(const nlohmann::json& result, const Arguments& arguments);
+
+} // namespace kova::cli

@@ -1,0 +1,31 @@
+// The program that draws the overlay and the menu, as clients switch and see it.
+#pragma once
+
+#include <sys/types.h>
+
+#include <optional>
+#include <string>
+
+namespace kova {
+
+struct UserInterfaceStatus {
+    bool isOn = false;                    // the preference
+    std::optional<pid_t> process{};       // absent: it does not run
+    std::optional<std::string> problem{}; // why it does not run, in words for the user
+    bool operator==(const UserInterfaceStatus&) const = default;
+};
+
+/// Main thread only; nothing here waits.
+class UserInterfaceControl {
+  public:
+    virtual ~UserInterfaceControl() = default;
+    /// Why this desktop has no such program; absent when it has one.
+    virtual std::optional<std::string> absence() const = 0;
+    virtual UserInterfaceStatus status() const = 0;
+    /// Kept as a preference. Starts or ends the program at once.
+    virtual void setOn(bool isOn) = 0;
+    /// Ends the program if it runs and starts it again, whatever became of it before. False when it is switched off.
+    virtual bool restart() = 0;
+};
+
+} // namespace kova

@@ -1,0 +1,92 @@
+#include "control/UserInterfaceMethods.h"
+
+#include "control/OverlayBroadcast.h"
+#include "control/Refusal.h"
+
+namespace kova {
+
+namespace {
+
+using nlohmann::json;
+
+constexpr const char* kNoInterface = "This agent has no program that draws the overlay";
+constexpr const char* kNoMenu = "This agent has no menu";
+
+const char* word(MenuEntry::Kind kind) {
+    switch (kind) {
+    case MenuEntry::Kind::command:
+        return "command";
+    case MenuEntry::Kind::submenu:
+        return "submenu";
+    case MenuEntry::Kind::separator:
+        return "separator";
+    case MenuEntry::Kind::heading:
+        return "heading";
+    }
+    return "";
+}
+
+json recordOf(const std::vector<MenuEntry>& entries, const ShortcutTexts& textOf) {
+    json out = json::array();
+    for (const MenuEntry& entry : entries) {
+        out.push_back({{"kind", word(entry.kind)},
+                       {"id", entry.id},
+                       {"title", entry.title},
+                       {"isEnabled", entry.isEnabled},
+                       {"isChecked", entry.isChecked},
+                       {"shortcut", entry.shortcut ? json(textOf(*entry.shortcut)) : json(nullptr)},
+                       {"entries", recordOf(entry.entries, textOf)}});
+    }
+    return out;
+}
+
+json recordOf(const UserInterfaceStatus& status) {
+    return {{"isOn", status.isOn},
+            {"isRunning", status.process.has_value()},
+            {"process", status.process ? json(*status.process) : json(nullptr)},
+            {"problem", status.problem ? json(*status.problem) : json(nullptr)}};
+}
+
+} // namespace
+
+ControlReply listMenu(const MenuServing* menu, const ShortcutTexts& textOf) {
+    if (!menu) return refusal(kNoMenu);
+    return json{{"entries", recordOf(menu->entries(), textOf)}};
+}
+
+ControlReply chooseFromMenu(MenuServing* menu, const WorkspaceController& controller, const JsonCursor& parameters) {
+    if (!menu) return refusal(kNoMenu);
+    const std::string id = parameters.required("id").string();
+    const Listening listening(controller);
+    if (!menu->choose(id)) return refusal("The menu has no such entry, or it is not enabled now");
+    const auto said = listening.heard();
+    return json{{"id", id}, {"message", said ? json(*said) : json(nullptr)}};
+}
+
+ControlReply tellUserInterface(const UserInterfaceControl* interface) {
+    if (!interface) return refusal(kNoInterface);
+    if (const auto absence = interface->absence()) return refusal(*absence);
+    return recordOf(interface->status());
+}
+
+ControlReply switchUserInterface(UserInterfaceControl* interface, UserInterfaceSwitch change) {
+    if (!interface) return refusal(kNoInterface);
+    if (const auto absence = interface->absence()) return refusal(*absence);
+    if (change == UserInterfaceSwitch::restart) {
+        if (!interface->restart()) return refusal("kova-ui is switched off. Switch it on with “kova ui on”");
+    } else {
+        interface->setOn(change == UserInterfaceSwitch::on);
+    }
+    return recordOf(interface->status());
+}
+
+ControlReply showInUserInterface(OverlayBroadcast* overlay, const JsonCursor& parameters) {
+    const JsonCursor what = parameters.required("what");
+    if (what.string() != "menu") what.fail("the one thing that can be shown is “menu”");
+    if (!overlay || !overlay->show(what.string())) {
+        return refusal("No program that could show it is connected. Start it with “kova ui restart”");
+    }
+    return json{{"what", what.string()}};
+}
+
+} // namespace kova

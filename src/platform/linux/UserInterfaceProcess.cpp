@@ -1,0 +1,94 @@
+#include "platform/linux/UserInterfaceProcess.h"
+
+#include "platform/linux/DesktopEntries.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <filesystem>
+#include <string_view>
+#include <utility>
+
+namespace kova {
+
+namespace {
+
+constexpr const char* kProgram = "kova-ui";
+constexpr std::string_view kSocketVariable = "KOVA_SOCKET=";
+constexpr Seconds kTimeToEnd{2};
+
+std::vector<std::string> environmentWith(const std::string& socketPath) {
+    std::vector<std::string> environment;
+    for (char** variable = environ; variable && *variable; ++variable) {
+        if (!std::string_view(*variable).starts_with(kSocketVariable)) environment.emplace_back(*variable);
+    }
+    environment.push_back(std::string(kSocketVariable) + socketPath);
+    return environment;
+}
+
+} // namespace
+
+std::optional<std::string> findUserInterface(const std::string& ownProgram) {
+    const auto isProgram = [](const std::string& path) { return access(path.c_str(), X_OK) == 0; };
+    if (const char* named = std::getenv("KOVA_UI")) {
+        return *named && isProgram(named) ? std::optional(std::string(named)) : std::nullopt;
+    }
+    const std::filesystem::path folder = std::filesystem::path(ownProgram).parent_path();
+    for (const auto& path : {folder / kProgram, folder.parent_path() / "libexec/kova" / kProgram}) {
+        if (!ownProgram.empty() && isProgram(path)) return path.string();
+    }
+    return findProgram(kProgram);
+}
+
+UserInterfaceProcess::UserInterfaceProcess(std::string ownProgram, std::string socketPath, EventLoop& loop) :
+    ownProgram_(std::move(ownProgram)), socketPath_(std::move(socketPath)), loop_(loop), children_(loop) {}
+
+std::optional<std::string> UserInterfaceProcess::absence() const {
+    if (findUserInterface(ownProgram_)) return std::nullopt;
+    return "kova-ui is not installed: no tile footers, backdrop or menu are shown";
+}
+
+void UserInterfaceProcess::start(std::function<void(UserInterfaceEnd)> ended) {
+    if (process_) return;
+    ended_ = std::move(ended);
+    const auto program = findUserInterface(ownProgram_);
+    const Command command{.words = {program.value_or("/nonexistent")},
+                          .folder = "/",
+                          .environment = environmentWith(socketPath_),
+                          .endsWithParent = true};
+    const std::uint64_t run = ++run_;
+    process_ = children_.start(
+        command,
+        [this, run](const auto& how) {
+            if (run != run_ || !std::holds_alternative<StartFailure>(how)) return;
+            process_.reset();
+            if (const auto tell = std::exchange(ended_, nullptr)) tell(UserInterfaceEnd::notStarted);
+        },
+        [this](pid_t process, int waitStatus) { reaped(process, waitStatus); });
+}
+
+void UserInterfaceProcess::reaped(pid_t process, int waitStatus) {
+    ending_.erase(process);
+    if (process != process_) return;
+    process_.reset();
+    const bool isRegular = WIFEXITED(waitStatus) && WEXITSTATUS(waitStatus) == 0;
+    if (const auto tell = std::exchange(ended_, nullptr)) {
+        tell(isRegular ? UserInterfaceEnd::byItself : UserInterfaceEnd::unexpectedly);
+    }
+}
+
+void UserInterfaceProcess::end() {
+    if (!process_) return;
+    const pid_t process = *std::exchange(process_, std::nullopt);
+    ended_ = nullptr;
+    ++run_;
+    ending_.insert(process);
+    kill(process, SIGTERM);
+    loop_.after(kTimeToEnd, lifetime_.guard([this, process] {
+        if (ending_.contains(process)) kill(process, SIGKILL);
+    }));
+}
+
+} // namespace kova

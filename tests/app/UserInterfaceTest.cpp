@@ -1,0 +1,136 @@
+// The program that draws the overlay is kept running: in virtual time, with a stand-in that crashes on command.
+#include "app/UserInterfaceController.h"
+#include "persistence/MemoryPreferencesStore.h"
+#include "persistence/PreferenceKeys.h"
+#include "platform/simulated/VirtualTime.h"
+
+#include <gtest/gtest.h>
+
+#include <utility>
+
+namespace kova {
+namespace {
+
+class StandIn final : public UserInterfaceServicing {
+  public:
+    std::optional<std::string> absence() const override { return missing; }
+    void start(std::function<void(UserInterfaceEnd)> ended) override {
+        if (process_) return;
+        ++starts;
+        process_ = 1000 + starts;
+        ended_ = std::move(ended);
+    }
+    void end() override {
+        process_.reset();
+        ended_ = nullptr;
+    }
+    std::optional<pid_t> process() const override { return process_; }
+    void ends(UserInterfaceEnd how) {
+        process_.reset();
+        std::exchange(ended_, nullptr)(how);
+    }
+
+    std::optional<std::string> missing;
+    int starts = 0;
+
+  private:
+    std::optional<pid_t> process_;
+    std::function<void(UserInterfaceEnd)> ended_;
+};
+
+class UserInterface : public ::testing::Test {
+  protected:
+    int startsWithin(double seconds) {
+        const int before = program.starts;
+        queue.advance(Seconds(seconds));
+        return program.starts - before;
+    }
+    std::string finding() {
+        const auto lines = controller->diagnose();
+        return lines.size() == 1 ? lines[0].text : "";
+    }
+    DiagnosticVerdict verdict() { return controller->diagnose().at(0).verdict; }
+
+    VirtualMainQueue queue;
+    MemoryPreferencesStore preferences;
+    StandIn program;
+    std::optional<UserInterfaceController> controller{std::in_place, program, preferences, queue};
+};
+
+using enum UserInterfaceEnd;
+
+TEST_F(UserInterface, RunsWhileTheWorkspaceIsStartedAndItIsSwitchedOn) {
+    EXPECT_EQ(program.process(), std::nullopt);
+    controller->start();
+    EXPECT_EQ(controller->status(), (UserInterfaceStatus{true, program.process(), std::nullopt}));
+    EXPECT_EQ(verdict(), DiagnosticVerdict::fine);
+    controller->setOn(true);
+    EXPECT_EQ(program.starts, 1);
+    controller->setOn(false);
+    EXPECT_EQ(controller->status(), UserInterfaceStatus{});
+    EXPECT_FALSE(controller->restart()) << "what is switched off is not restarted";
+    controller->stop();
+    controller.emplace(program, preferences, queue);
+    controller->start();
+    EXPECT_EQ(program.process(), std::nullopt) << "it was switched off before";
+    controller->setOn(true);
+    EXPECT_NE(program.process(), std::nullopt);
+    controller.reset();
+    EXPECT_EQ(program.process(), std::nullopt) << "it ends with the agent";
+    EXPECT_EQ(startsWithin(100), 0);
+}
+
+TEST_F(UserInterface, ACrashIsFollowedByAStartLaterEachTimeUntilTheFifthWithinAMinute) {
+    controller->start();
+    for (const double delay : {1.0, 2.0, 4.0, 8.0}) {
+        program.ends(unexpectedly);
+        EXPECT_EQ(startsWithin(delay - 0.01), 0) << delay;
+        EXPECT_EQ(verdict(), DiagnosticVerdict::wrong);
+        EXPECT_EQ(startsWithin(0.02), 1) << delay;
+        EXPECT_EQ(verdict(), DiagnosticVerdict::fine);
+    }
+    program.ends(unexpectedly);
+    EXPECT_EQ(startsWithin(600), 0);
+    EXPECT_NE(finding().find("5 times within a minute"), std::string::npos) << finding();
+    EXPECT_TRUE(controller->restart());
+    EXPECT_EQ(controller->status().problem, std::nullopt);
+    program.ends(unexpectedly);
+    EXPECT_EQ(startsWithin(1.01), 1) << "restarted by the user, it begins anew";
+    // Crashes that are further apart never add up.
+    for (int i = 0; i < 10; ++i) {
+        queue.advance(Seconds(60));
+        program.ends(unexpectedly);
+        EXPECT_EQ(startsWithin(1.01), 1) << i;
+    }
+}
+
+TEST_F(UserInterface, WhatIsClosedMissingOrSwitchedOffMeanwhileIsNotStarted) {
+    controller->start();
+    program.ends(byItself);
+    EXPECT_EQ(startsWithin(100), 0);
+    EXPECT_NE(finding().find("“kova ui restart”"), std::string::npos) << finding();
+    EXPECT_TRUE(controller->restart());
+    program.ends(notStarted);
+    EXPECT_EQ(startsWithin(100), 0);
+    EXPECT_EQ(verdict(), DiagnosticVerdict::wrong);
+    EXPECT_TRUE(controller->restart());
+    program.ends(unexpectedly);
+    controller->setOn(false);
+    EXPECT_EQ(startsWithin(100), 0);
+    controller->setOn(true);
+    EXPECT_EQ(program.starts, 4);
+    program.ends(unexpectedly);
+    EXPECT_TRUE(controller->restart()) << "while a start is due";
+    EXPECT_EQ(startsWithin(100), 0) << "not twice";
+
+    program.missing = "kova-ui is not installed";
+    program.end();
+    controller->stop();
+    controller->start();
+    EXPECT_EQ(program.process(), std::nullopt);
+    EXPECT_EQ(finding(), "kova-ui is not installed.");
+    EXPECT_EQ(verdict(), DiagnosticVerdict::note);
+}
+
+} // namespace
+} // namespace kova

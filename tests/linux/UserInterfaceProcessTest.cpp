@@ -1,0 +1,137 @@
+// kova-ui as a process, played by shell scripts.
+#include "platform/linux/UserInterfaceProcess.h"
+#include "tests/linux/LoopTime.h"
+#include "tests/linux/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+#include <fstream>
+
+namespace kova {
+namespace {
+
+class UserInterfaceProgram : public ::testing::Test {
+  protected:
+    UserInterfaceProgram() { unsetenv("KOVA_UI"); }
+    ~UserInterfaceProgram() override {
+        unsetenv("KOVA_UI");
+        setenv("PATH", path_.c_str(), 1);
+    }
+    std::string program(const std::string& name, const std::string& script) {
+        folder_.write(name, "#!/bin/sh\n" + script + "\n");
+        const auto file = folder_.path() / name;
+        std::filesystem::permissions(file, std::filesystem::perms::owner_all);
+        return file.string();
+    }
+    std::string contentsOf(const std::string& name) const {
+        std::ifstream stream(folder_.path() / name);
+        return {std::istreambuf_iterator<char>(stream), {}};
+    }
+    bool isGone(pid_t process) const { return kill(process, 0) != 0; }
+
+    TemporaryFolder folder_;
+    const std::string path_ = std::getenv("PATH");
+    EventLoop loop_;
+    std::vector<UserInterfaceEnd> ends_;
+    const std::function<void(UserInterfaceEnd)> ended_ = [this](UserInterfaceEnd how) { ends_.push_back(how); };
+};
+
+TEST_F(UserInterfaceProgram, IsFoundBesideTheAgentInLibexecOrInPath) {
+    const std::string agent = (folder_.path() / "bin/kova-agent").string();
+    setenv("PATH", (folder_.path() / "path").string().c_str(), 1);
+    EXPECT_EQ(findUserInterface(agent), std::nullopt);
+    EXPECT_NE(UserInterfaceProcess(agent, "/socket", loop_).absence(), std::nullopt);
+    for (const char* place : {"path/kova-ui", "libexec/kova/kova-ui", "bin/kova-ui"}) {
+        const std::string expected = program(place, "");
+        EXPECT_EQ(findUserInterface(agent), expected) << "and each goes before those found so far";
+    }
+    setenv("KOVA_UI", program("other", "").c_str(), 1);
+    EXPECT_EQ(findUserInterface(agent), (folder_.path() / "other").string());
+    for (const char* none : {"", "/nonexistent/kova-ui"}) {
+        setenv("KOVA_UI", none, 1);
+        EXPECT_EQ(findUserInterface(agent), std::nullopt) << none;
+    }
+}
+
+TEST_F(UserInterfaceProgram, GetsTheSocketAndTellsHowItEnded) {
+    const std::string said = (folder_.path() / "said").string();
+    const std::vector<std::pair<std::string, UserInterfaceEnd>> endings = {
+        {"exit 0", UserInterfaceEnd::byItself},
+        {"exit 3", UserInterfaceEnd::unexpectedly},
+        {"kill -SEGV $$", UserInterfaceEnd::unexpectedly},
+    };
+    for (const auto& [script, how] : endings) {
+        setenv("KOVA_UI", program("ui", "echo \"$KOVA_SOCKET\" > " + said + "; " + script).c_str(), 1);
+        UserInterfaceProcess process("", "/the/socket", loop_);
+        ends_.clear();
+        process.start(ended_);
+        EXPECT_NE(process.process(), std::nullopt);
+        ASSERT_TRUE(letPassUntil(loop_, [&] { return !ends_.empty(); })) << script;
+        EXPECT_EQ(ends_, std::vector{how}) << script;
+        EXPECT_EQ(process.process(), std::nullopt);
+        EXPECT_EQ(contentsOf("said"), "/the/socket\n");
+    }
+    setenv("KOVA_UI", program("ui", "").c_str(), 1);
+    folder_.write("ui", "neither a script nor a program\n");
+    UserInterfaceProcess process("", "/the/socket", loop_);
+    ends_.clear();
+    process.start(ended_);
+    ASSERT_TRUE(letPassUntil(loop_, [&] { return !ends_.empty(); }));
+    EXPECT_EQ(ends_, std::vector{UserInterfaceEnd::notStarted});
+    EXPECT_EQ(process.process(), std::nullopt);
+}
+
+TEST_F(UserInterfaceProgram, EndsWhenAskedAlsoIfItDoesNotListenAndMayBeStartedAgainAtOnce) {
+    const std::string ready = (folder_.path() / "ready").string();
+    setenv("KOVA_UI", program("ui", "trap '' TERM; : > " + ready + "; while :; do sleep 0.05; done").c_str(), 1);
+    UserInterfaceProcess process("", "/socket", loop_);
+    process.start(ended_);
+    const pid_t first = process.process().value_or(0);
+    ASSERT_TRUE(letPassUntil(loop_, [&] { return std::filesystem::exists(ready); }));
+    process.end();
+    EXPECT_EQ(process.process(), std::nullopt);
+    process.start(ended_);
+    const pid_t second = process.process().value_or(0);
+    EXPECT_NE(first, second);
+    EXPECT_TRUE(letPassUntil(loop_, [&] { return isGone(first); }));
+    EXPECT_EQ(process.process(), second);
+    EXPECT_TRUE(ends_.empty()) << "an end that was asked for is none to tell of";
+    process.end();
+    EXPECT_TRUE(letPassUntil(loop_, [&] { return isGone(second); }));
+}
+
+TEST_F(UserInterfaceProgram, IsKilledWithAnAgentThatIsKilled) {
+    const std::string processFile = (folder_.path() / "process").string();
+    setenv("KOVA_UI",
+           program("ui", "trap '' TERM; echo $$ > " + processFile + ".part; mv " + processFile + ".part " +
+                             processFile + "; while :; do sleep 0.05; done")
+               .c_str(),
+           1);
+    const pid_t agent = fork();
+    if (agent == 0) {
+        EventLoop loop;
+        UserInterfaceProcess process("", "/socket", loop);
+        process.start({});
+        loop.run();
+        _exit(0);
+    }
+    ASSERT_TRUE(letPassUntil(loop_, [&] { return std::filesystem::exists(processFile); }));
+    const pid_t program = std::stoi(contentsOf("process"));
+    EXPECT_FALSE(isGone(program));
+    kill(agent, SIGKILL);
+    waitpid(agent, nullptr, 0);
+    // Reaped by whatever adopts it, which may be slow or absent: it is dead or a zombie.
+    const auto isDead = [&] {
+        std::ifstream stream("/proc/" + std::to_string(program) + "/stat");
+        const std::string stat{std::istreambuf_iterator<char>(stream), {}};
+        return stat.empty() || stat.find(") Z ") != std::string::npos;
+    };
+    EXPECT_TRUE(letPassUntil(loop_, isDead));
+}
+
+} // namespace
+} // namespace kova
