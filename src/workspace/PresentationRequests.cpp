@@ -4,51 +4,81 @@ namespace kova {
 
 namespace {
 
-void present(ManagedWindow& window, WindowPresentation presentation) {
+void apply(ManagedWindow& window, WindowPresentation presentation) {
     if (presentation != WindowPresentation::hidden) window.isMinimized = presentation == WindowPresentation::minimized;
     window.isVisible = presentation == WindowPresentation::shown;
 }
 
-bool isPresented(const ManagedWindow& window, WindowPresentation presentation) {
-    ManagedWindow presented = window;
-    present(presented, presentation);
-    return presented.isMinimized == window.isMinimized && presented.isVisible == window.isVisible;
+void apply(ManagedWindow& window, bool maximized) {
+    window.isMaximized = maximized;
+}
+
+bool hasState(const ManagedWindow& window, WindowPresentation presentation) {
+    const bool isMinimized =
+        presentation == WindowPresentation::hidden ? window.isMinimized : presentation == WindowPresentation::minimized;
+    return window.isMinimized == isMinimized && window.isVisible == (presentation == WindowPresentation::shown);
+}
+
+bool hasState(const ManagedWindow& window, bool maximized) {
+    return window.isMaximized == maximized;
+}
+
+template <class Requests>
+void renameIn(Requests& requests, const std::string& windowID, const std::string& newID) {
+    if (auto request = requests.extract(windowID)) {
+        request.key() = newID;
+        requests.insert(std::move(request));
+    }
 }
 
 } // namespace
 
 void PresentationRequests::request(ManagedWindow& window, WindowPresentation presentation, Seconds now) {
-    present(window, presentation);
-    requests_[window.id] = {presentation, now};
+    apply(window, presentation);
+    presentations_[window.id] = {presentation, now};
+}
+
+void PresentationRequests::requestMaximized(ManagedWindow& window, bool maximized, Seconds now) {
+    apply(window, maximized);
+    maximizations_[window.id] = {maximized, now};
+}
+
+template <class State>
+void PresentationRequests::overrule(Requests<State>& requests, std::vector<ManagedWindow>& windows, Seconds begun) {
+    if (requests.empty()) return;
+    for (ManagedWindow& window : windows) {
+        const auto found = requests.find(window.id);
+        if (found == requests.end()) continue;
+        const Request<State>& request = found->second;
+        const bool isOlder = begun <= request.requestedAt; // what the poll has read says nothing about the request
+        const bool isTooOld = begun >= request.requestedAt + kValidity;
+        if (window.isElsewhere || (!isOlder && (isTooOld || hasState(window, request.state)))) {
+            requests.erase(found);
+        } else {
+            apply(window, request.state);
+        }
+    }
+    std::erase_if(requests, [&](const auto& entry) { return begun >= entry.second.requestedAt + kValidity; });
 }
 
 void PresentationRequests::overrule(std::vector<ManagedWindow>& windows, Seconds begun) {
-    if (requests_.empty()) return;
-    for (ManagedWindow& window : windows) {
-        const auto found = requests_.find(window.id);
-        if (found == requests_.end()) continue;
-        const Request& request = found->second;
-        const bool isOlder = begun <= request.requestedAt; // what the poll has read says nothing about the request
-        const bool isTooOld = begun >= request.requestedAt + kValidity;
-        if (window.isElsewhere || (!isOlder && (isTooOld || isPresented(window, request.presentation)))) {
-            requests_.erase(found);
-        } else {
-            present(window, request.presentation);
-        }
-    }
-    std::erase_if(requests_, [&](const auto& entry) { return begun >= entry.second.requestedAt + kValidity; });
+    overrule(presentations_, windows, begun);
+    overrule(maximizations_, windows, begun);
 }
 
 bool PresentationRequests::isComingBack(const std::string& windowID) const {
-    const auto found = requests_.find(windowID);
-    return found != requests_.end() && found->second.presentation == WindowPresentation::shown;
+    const auto found = presentations_.find(windowID);
+    return found != presentations_.end() && found->second.state == WindowPresentation::shown;
 }
 
 void PresentationRequests::rename(const std::string& windowID, const std::string& newID) {
-    if (auto request = requests_.extract(windowID)) {
-        request.key() = newID;
-        requests_.insert(std::move(request));
-    }
+    renameIn(presentations_, windowID, newID);
+    renameIn(maximizations_, windowID, newID);
+}
+
+void PresentationRequests::clear() {
+    presentations_.clear();
+    maximizations_.clear();
 }
 
 } // namespace kova

@@ -1,6 +1,6 @@
-// What was last requested of each window's place on or off the screen, until a poll confirms it. A poll may have read a
-// window before it was asked to go or to come back, and a desktop may take its time; until then the request counts, so
-// that every operation starts from the state that the one before it has fixed.
+// What was last requested of each window's place on or off the screen, and of its being maximized, until a poll
+// confirms it. A poll may have read a window before the request, and a desktop may carry it out late; until then the
+// request counts, so that every operation starts from the state that the one before it has fixed.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -22,22 +22,32 @@ class PresentationRequests {
 
     /// The window follows at once; the request is remembered. `now` is an uptime.
     void request(ManagedWindow& window, WindowPresentation presentation, Seconds now);
+    /// The same for being maximized, which is independent of being shown.
+    void requestMaximized(ManagedWindow& window, bool maximized, Seconds now);
     /// Puts the requested state in place of what a poll that began at `begun` (uptime) has read. Requests that this
     /// poll confirms, that are too old to wait for, or whose window is on another Space are dropped.
     void overrule(std::vector<ManagedWindow>& windows, Seconds begun);
     /// Whether the window was asked to come back and was not seen on the screen since.
     bool isComingBack(const std::string& windowID) const;
     /// Whether any request is neither confirmed nor too old: time matters.
-    bool isWaiting() const { return !requests_.empty(); }
+    bool isWaiting() const { return !presentations_.empty() || !maximizations_.empty(); }
     void rename(const std::string& windowID, const std::string& newID);
-    void clear() { requests_.clear(); }
+    void clear();
 
   private:
+    template <class State>
     struct Request {
-        WindowPresentation presentation = WindowPresentation::shown;
+        State state{};
         Seconds requestedAt{}; // uptime
     };
-    std::map<std::string, Request> requests_; // the newest of each window
+    /// The newest of each window, by its id.
+    template <class State>
+    using Requests = std::map<std::string, Request<State>>;
+    template <class State>
+    static void overrule(Requests<State>& requests, std::vector<ManagedWindow>& windows, Seconds begun);
+
+    Requests<WindowPresentation> presentations_;
+    Requests<bool> maximizations_;
 };
 
 } // namespace kova

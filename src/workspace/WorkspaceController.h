@@ -7,27 +7,37 @@
 #include "persistence/WorkspaceProductDocument.h"
 #include "themes/ThemeRegistry.h"
 #include "windowing/AccessibilityWindowService.h"
-#include "workspace/Arranger.h"
-#include "workspace/AwaitedWindows.h"
+#include "workspace/ArrangementPlan.h"
+#include "workspace/AttachedDialogs.h"
+#include "workspace/DisplayAbsence.h"
 #include "workspace/DisplayLayouts.h"
-#include "workspace/DisplayMemory.h"
-#include "workspace/FocusMode.h"
+#include "workspace/DividerDrag.h"
+#include "workspace/ExpectedApplications.h"
+#include "workspace/FocusOrder.h"
 #include "workspace/ForceQuitting.h"
-#include "workspace/FrameKeeper.h"
-#include "workspace/LeftAlone.h"
-#include "workspace/LiveWindows.h"
-#include "workspace/PointerInteraction.h"
+#include "workspace/LayoutHomes.h"
+#include "workspace/LayoutMigration.h"
+#include "workspace/MinimizedWindows.h"
+#include "workspace/PendingApplicationPlacement.h"
+#include "workspace/PresentationRequests.h"
+#include "workspace/PresentationSuspension.h"
+#include "workspace/ReflowPolicy.h"
 #include "workspace/RefreshCycle.h"
 #include "workspace/RuleMatching.h"
 #include "workspace/SceneCapture.h"
 #include "workspace/SceneDifferences.h"
-#include "workspace/SessionRestore.h"
+#include "workspace/SceneRestoration.h"
+#include "workspace/SessionKeeper.h"
+#include "workspace/SessionResumption.h"
+#include "workspace/SpaceMemory.h"
+#include "workspace/StackSuccession.h"
 #include "workspace/TileAssignments.h"
-#include "workspace/TileMemory.h"
 #include "workspace/TileRoom.h"
 #include "workspace/TransitionRecovery.h"
 #include "workspace/UndoHistory.h"
+#include "workspace/UnseenTime.h"
 #include "workspace/WindowCommand.h"
+#include "workspace/WindowSizes.h"
 #include "workspace/WorkspaceAction.h"
 #include "workspace/WorkspaceRecords.h"
 #include "workspace/WorkspaceServices.h"
@@ -39,7 +49,7 @@
 #include <optional>
 #include <set>
 #include <string>
-#include <tuple>
+#include <unordered_map>
 #include <vector>
 
 namespace kova {
@@ -53,9 +63,9 @@ class WorkspaceController {
 
     const WorkspaceState& state() const { return state_; }
     /// The last enumeration, unfiltered.
-    const std::vector<ManagedWindow>& liveWindows() const { return liveWindows_.all(); }
+    const std::vector<ManagedWindow>& liveWindows() const { return liveWindows_; }
     /// Dialogs that belong to a window; they are not among `liveWindows`.
-    const AttachedDialogs& dialogs() const { return liveWindows_.dialogs(); }
+    const AttachedDialogs& dialogs() const { return dialogs_; }
     /// Null for a window that is no dialog.
     const ManagedWindow* windowOfDialog(const ManagedWindow& dialog) const;
     const TileAssignments& assignments() const { return assignments_; }
@@ -101,7 +111,7 @@ class WorkspaceController {
     /// absent as a rule.
     std::optional<std::string> whyWindowsStay() const;
     /// What the last arrangement decided; empty before the first.
-    const ArrangementPlan& lastArrangement() const { return arranger_.lastPlan(); }
+    const ArrangementPlan& lastArrangement() const { return lastArrangement_; }
     /// Whether everything is arranged once after each start of the agent. Neither this nor a preferred application is
     /// taken back by an undo.
     void setAutoArrangeOnLaunch(bool arranges);
@@ -167,7 +177,7 @@ class WorkspaceController {
     std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) const;
     /// By tile-target id.
     const std::map<std::string, PendingApplicationPlacement>& pendingApplicationPlacements() const {
-        return awaited_.launches();
+        return pendingApplicationPlacements_;
     }
     /// Asks the application that owns the window to quit. False when there is no such window, or it is the desktop's.
     bool quitApplication(const std::string& windowID);
@@ -199,10 +209,10 @@ class WorkspaceController {
     /// Absent when there is no such scene; empty when opening it would change nothing.
     std::optional<std::vector<SceneDifference>> diffScene(const Uuid& id) const;
     const std::vector<PendingSceneWindowPlacement>& pendingSceneWindowPlacements() const {
-        return awaited_.scene().pending;
+        return restoration_.pending;
     }
     const std::set<std::string>& pendingSceneApplicationLaunchBundleIDs() const {
-        return awaited_.scene().launchedBundleIDs;
+        return restoration_.launchedBundleIDs;
     }
     /// The live window that the reference means; absent when there is none but those excluded.
     std::optional<ManagedWindow> findWindow(const WorkspaceWindowReference& reference,
@@ -234,7 +244,7 @@ class WorkspaceController {
     /// Which rule decides for a live window, and what the others say; absent when there is no such window.
     std::optional<RuleExplanation> explainRules(const std::string& windowID) const;
     /// Windows that rules have been asked about.
-    const std::set<std::string>& handledRuleWindowIDs() const { return tileMemory_.placed(); }
+    const std::set<std::string>& handledRuleWindowIDs() const { return handledRuleWindowIDs_; }
 
     // The document of scenes and rules
     Decoded<std::string> exportWorkspaceDocument() const;
@@ -317,13 +327,16 @@ class WorkspaceController {
     bool isBesideFocusMode(const std::vector<Screen>& before) const;
     void keepFramesBesideFocusMode();
     void noteDisplaysThatCameAndWent(const std::set<std::string>& before);
+    void takeBack(DisplayAbsence& homes, const std::string& key);
     void displayHasNewID(const std::string& formerID, const std::string& newID);
     void settleOnDisplays();
     void presentRegained();
     void migrateChangedDisplays();
+    void forgetOutgrownLayouts(const std::string& displayID);
     void noteMovedByUser(const std::string& windowID);
-    void displaysSettled();
+    void awaitStableDisplays();
     bool isAwaitedHome(const std::string& windowID) const;
+    void leaveAbsentDisplays();
     void placeHomelessWindows();
     void bringIntoSight();
     std::vector<std::string> placeHomelessFronts();
@@ -334,25 +347,21 @@ class WorkspaceController {
     void giveUpUnreachablePlacements();
 
     // What outlives the agent (WorkspaceRestart.cpp)
-    void watchSession();
+    void keepSession();
     std::optional<WorkspaceSession> describeSession();
     bool takeUpSession();
     std::set<std::string> takeUpResizedDisplays();
     void acceptPlacesOfWindows(const std::set<std::string>& returnedDisplayIDs);
     void putAwayAgain();
-    bool hasComeBackToWait(const ManagedWindow& window, const std::optional<CGRect>& formerFrame) const;
-    WorkspaceSessionWindow sessionWindow(const ManagedWindow& window, const std::map<std::string, CGSize>& minimums);
-    void takeUpTiles(const WorkspaceSession& session, const ResumedWindows& resumed);
-    std::set<std::string> takeUpDisplays(const WorkspaceSession& session);
-    void expectReturns(const WorkspaceSession& session, const ResumedWindows& resumed);
+    bool hasComeBackToWait(const ManagedWindow& window, const std::optional<CGRect>& formerFrame);
     void takeUpZoom(const WorkspaceSessionZoom& zoom, const ResumedWindows& resumed);
     std::set<std::string> sparedWindowIDs();
 
     // Sleep, lock and session switches (WorkspaceRecovery.cpp)
     void beginTransitionRecovery();
+    void postponeDeadlines(Seconds duration);
     bool applyLockedSession(bool pollFoundLocked);
     void adoptSuccessors(const std::vector<WindowSuccessor>& successors);
-    void renameWindow(const std::string& formerID, const std::string& id);
     void recoverAssignedWindows();
     bool isAway() const;
     bool mayMoveWindows() const;
@@ -373,20 +382,22 @@ class WorkspaceController {
     void moveDialogsAlong(const std::string& windowID, const CGRect& frameForWindowService);
     void minimizeWindow(const ManagedWindow& window);
     void hideApplicationOf(const ManagedWindow& window);
+    void unhideApplicationOf(const ManagedWindow& window);
     void bringBack(const ManagedWindow& window);
     void requestPresentation(const std::string& windowID, WindowPresentation presentation);
     void minimumSizeObserved(const std::string& windowID, const CGRect& wanted, const CGRect& actual);
     void makeRoomFor(const ManagedWindow& window);
-    using Straying = FrameKeeper::Straying;
+    /// How far off its tile a window counts as strayed: what the user changes by a point is to be seen.
+    enum class Straying { noticeable, any };
     void reapplyTileFrames(Straying straying = Straying::noticeable);
     void reapplyWindow(const ManagedWindow& window, const CGRect& target, Straying straying);
-    std::optional<LeftAlone> whyLeftAlone(const ManagedWindow& window) const;
-    bool isLeftAlone(const ManagedWindow& window) const { return whyLeftAlone(window).has_value(); }
+    bool isLeftAlone(const ManagedWindow& window) const;
     CGSize minimumSizeOf(const ManagedWindow& window,
                          WindowSizes::Purpose purpose = WindowSizes::Purpose::present) const;
     std::optional<CGSize> minimumOfApplication(const ManagedWindow& window) const;
     void rememberMinimum(const ManagedWindow& window, std::optional<CGSize> minimum);
     CGRect restingFrame(const ManagedWindow& window, const CGRect& tileFrame) const;
+    bool isHeldByUser(const std::string& windowID) const;
     void publishAssignments();
 
     // Commands for one window (WorkspaceWindowCommands.cpp)
@@ -406,6 +417,7 @@ class WorkspaceController {
 
     // Launching and quitting (WorkspaceLaunching.cpp, WorkspaceQuitting.cpp)
     void applicationLaunched(const std::string& tile, const std::string& identifier, const LaunchResult& result);
+    void dropExpiredApplicationPlacements();
     void processPendingApplicationPlacements();
     const ManagedWindow* windowLaunchedFor(const PendingApplicationPlacement& placement) const;
     bool endApplicationOf(const std::string& windowID, const std::string& message,
@@ -446,12 +458,12 @@ class WorkspaceController {
     // Dividers and hand-made moves (WorkspaceDividers.cpp, WorkspaceWindowDrag.cpp)
     void applyDividerDrag();
     void writeInteractiveFrames(const std::string& displayID);
-    void verifyFrames(const std::string& displayID, const std::map<std::string, CGRect>& written);
+    void verifyFrames(const std::string& displayID);
     void abandonDrags();
     void endDrags();
     void presentationResumed();
-    void dropWindow(const ManagedWindow& window, CGPoint pointer, LettingGo lettingGo, WorkspaceUndoSnapshot before);
-    void resizeTileLike(const ManagedWindow& window, const CGRect& frameBefore, WorkspaceUndoSnapshot before);
+    void dropWindow(const ManagedWindow& window, CGPoint pointer, LettingGo lettingGo);
+    void resizeTileLike(const ManagedWindow& window, const CGRect& frameBefore);
     std::optional<std::string> dropTarget(const std::string& windowID, CGPoint pointOnScreen) const;
     void storeWeights(const std::string& displayID, const std::string& layoutID, LayoutWeightOverrides weights);
 
@@ -464,7 +476,7 @@ class WorkspaceController {
     std::optional<Covering> freeCoveringOn(const Screen& screen, const ManagedWindow& window) const;
     void noteSizesSeen();
     void retryMinimum(const std::string& windowID);
-    void publishMinimums() { state_.observedMinimumSizes.set(frames_.sizes().shown()); }
+    void publishMinimums() { state_.observedMinimumSizes.set(sizes_.shown()); }
     void giveBackSpans();
 
     // Arrangement (WorkspaceArrangement.cpp)
@@ -480,6 +492,7 @@ class WorkspaceController {
     void learnFrom(const ArrangementPlan& plan);
     void learnPlacementByUser(const ManagedWindow& window, const std::string& targetID);
     std::optional<LearntPlace> learntPlace(const std::string& targetID) const;
+    void setLearning(std::shared_ptr<const AutoArrangeLearningModel> learning);
 
     // Layouts (WorkspaceLayouts.cpp)
     const Screen* screenOf(const std::string& displayID) const;
@@ -530,42 +543,85 @@ class WorkspaceController {
     std::optional<std::string> neighbourOf(const StartingPoint& start, WorkspaceDirection direction,
                                            TilesConsidered considered) const;
 
-    ManagedWindow* findLive(const std::string& windowID) { return liveWindows_.find(windowID); }
-    const ManagedWindow* findLive(const std::string& windowID) const { return liveWindows_.find(windowID); }
+    void setLiveWindows(std::vector<ManagedWindow> windows);
+    ManagedWindow* findLive(const std::string& windowID);
+    const ManagedWindow* findLive(const std::string& windowID) const;
     bool requirePermission();
     bool requireWindowAccess();
     bool requireVisibleScreen();
     bool refuse(const std::string& message);
 
-    /// Every object that knows windows or displays by their ids, or that waits for time to pass.
-    template <class Self>
-    static auto partsOf(Self& self) {
-        return std::tie(self.assignments_, self.tileMemory_, self.liveWindows_, self.displays_, self.undo_,
-                        self.focusMode_, self.pointer_, self.frames_, self.session_, self.awaited_, self.arranger_,
-                        self.recovery_);
-    }
-
+    /// How often a window that stays off its tile is asked again.
+    static constexpr int kPlacementAttempts = 3;
+    /// So long the displays must stay as they are until windows of those that are away go elsewhere.
+    static constexpr Seconds kDisplaysAreStableAfter{2};
     static constexpr std::string_view kOpenSceneAction = "open scene";
 
     WorkspaceServices services_;
     std::shared_ptr<AccessibilityWindowService> windowService_;
     ThemeRegistry registry_;
     WorkspaceState state_;
-    LiveWindows liveWindows_;
+    std::shared_ptr<const AutoArrangeLearningModel> learning_; // shared with undo snapshots
+    StackSuccession succession_;
+    LayoutHomes layoutHomes_;
+    std::vector<ManagedWindow> liveWindows_;
+    std::unordered_map<std::string, std::size_t> liveIndexByID_;
+    AttachedDialogs dialogs_;
+    MinimizedWindows minimizedWindows_;
+    std::uint64_t shownSpace_ = 0; // at the last poll
     TileAssignments assignments_;
-    TileMemory tileMemory_;
+    SpaceMemory spaces_;
     mutable DisplayLayouts layouts_;
-    DisplayMemory displays_;
     UndoHistory undo_;
-    FocusMode focusMode_{state_.focusMode};
-    PointerInteraction pointer_;
-    FrameKeeper frames_;
+    FocusOrder focusOrder_;
+    std::optional<WorkspaceUndoSnapshot> focusZoomSnapshot_;
+    std::vector<UndoEntry> historyBeforeFocusMode_;
+    DividerDrag dividerDrag_;
+    PresentationSuspension suspension_;
+    PresentationRequests presentationRequests_;
+    std::optional<WorkspaceUndoSnapshot> snapshotBeforeDrag_;
+    std::optional<std::string> handMovedWindowID_;
+    struct HeldWindow {
+        std::string id;
+        std::optional<CGRect> frame; // when the button went down
+    };
+    std::optional<HeldWindow> heldWindow_;
+    std::unordered_map<std::string, CGRect> interactiveWindowFramesByID_;
+    ReflowPolicy reflow_;
+    WindowSizes sizes_;
+    std::map<std::string, CGSize> minimumsOfSpanning_; // as they were at the last poll outside focus mode
     TransitionRecovery recovery_;
-    SessionRestore session_;
-    AwaitedWindows awaited_{state_.pendingLaunches};
-    Arranger arranger_;
+    std::vector<Screen> screensBeforeTransition_;
+    DisplayAbsence absence_;
+    DisplayAbsence outgrown_;              // by display and layout
+    std::set<std::string> regainedFronts_; // to be shown, and to be put away, once that may be
+    std::set<std::string> regainedWaiting_;
+    Seconds displaysAreStableAt_{0};
+    std::set<std::string> latelyGone_; // displays without another name than their frame, until nobody waits for them
+    std::set<std::string> carriedDisplays_; // ids that have the layout of the one before
+    bool isZoomInTheWayOfHomeless_ = false;
+    std::optional<SessionKeeper> session_;
+    std::optional<WorkspaceSession> sessionToTakeUp_;
+    std::map<pid_t, std::optional<std::string>> processStarts_;
+    std::set<std::string> awaitedOfSession_;
+    Seconds awaitedOfSessionUntil_{0};
+    std::map<std::string, std::optional<CGRect>> comingBack_; // who waited when the last agent ended, and where
+    Seconds comingBackUntil_{0};
+    std::unordered_map<std::string, Refusal> refusals_;
+    std::map<std::string, ShownLayout> lastLayoutByDisplay_; // also of displays that are away
+    ArrangementPlan lastArrangement_;
+    std::map<std::string, PendingApplicationPlacement> pendingApplicationPlacements_; // by tile-target id
+    SceneRestoration restoration_;
+    ExpectedApplications expectedApplications_;
+    UnseenTime unseenTime_;
+    std::set<std::string> handledRuleWindowIDs_;
+    std::int64_t autoArrangeGeneration_ = 0;
+    bool hasFirstPicture_ = false; // of the desktop, so that what was left of a former session was taken up
+    bool didAutoArrange_ = false;
+    bool isLearningSavePending_ = false;
     std::uint64_t statusMessageSerial_ = 0;
-    std::vector<Subscription> subscriptions_;
+    Subscription screensSubscription_;
+    std::vector<Subscription> sessionSubscriptions_;
     RefreshCycle refreshCycle_;
     Lifetime lifetime_;
 };

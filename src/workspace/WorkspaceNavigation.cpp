@@ -10,7 +10,7 @@ namespace kova {
 /// A dialog's is that of its window.
 std::optional<std::string> WorkspaceController::focusedWindowID() const {
     const auto focused = windowService_->focusedWindowID();
-    return focused ? std::optional(liveWindows_.dialogs().ownerOf(*focused)) : std::nullopt;
+    return focused ? std::optional(dialogs_.ownerOf(*focused)) : std::nullopt;
 }
 
 const ManagedWindow* WorkspaceController::focusedWindow() const {
@@ -99,7 +99,7 @@ bool WorkspaceController::moveWindow(WorkspaceDirection direction, const std::op
 /// Un-hiding an application brings all its windows: those that wait in a stack go on waiting, minimised.
 void WorkspaceController::bringBack(const ManagedWindow& window) {
     const bool wasHidden = windowService_->isApplicationHidden(window.processIdentifier);
-    windowService_->unhideApplication(window.processIdentifier);
+    unhideApplicationOf(window);
     windowService_->unminimize(window);
     requestPresentation(window.id, WindowPresentation::shown);
     if (!wasHidden) return;

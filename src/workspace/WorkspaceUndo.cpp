@@ -17,8 +17,10 @@ constexpr std::string_view kZoomLayoutID = "jarvis.focus-single";
 } // namespace
 
 WorkspaceUndoSnapshot WorkspaceController::captureUndoSnapshot() const {
-    WorkspaceUndoSnapshot snapshot{.tiles = assignments_,
-                                   .spaces = tileMemory_.spaces(),
+    WorkspaceUndoSnapshot snapshot{.assignedWindowIDs = assignments_.assignedWindowIDs,
+                                   .placementAnchors = assignments_.anchorTargetIDsByWindowID,
+                                   .stackWindowIDsByTarget = assignments_.stackWindowIDsByTarget,
+                                   .spaces = spaces_,
                                    .windowFrames = {},
                                    .minimizedWindowIDs = {},
                                    .maximizedWindowIDs = {},
@@ -28,8 +30,8 @@ WorkspaceUndoSnapshot WorkspaceController::captureUndoSnapshot() const {
                                    .activeSceneID = *state_.activeSceneID,
                                    .profile = *state_.profile,
                                    .accentColorID = *state_.accentColorID,
-                                   .layoutHomes = tileMemory_.homes(),
-                                   .learning = arranger_.learning()};
+                                   .layoutHomes = layoutHomes_,
+                                   .learning = learning_};
     for (const auto& window : liveWindows_) {
         // A frame on its way counts as reached: what was last read may be older than what was last asked for.
         const auto pending = windowService_->pendingFrame(window.id);
@@ -49,7 +51,8 @@ void WorkspaceController::pushUndoSnapshot(UndoLabel label, std::optional<Worksp
         endDrags();
         closeFocusMode();
     }
-    (void)focusMode_.leave();
+    focusZoomSnapshot_.reset();
+    state_.focusMode.set(std::nullopt);
     undo_.push({snapshot ? std::move(*snapshot) : captureUndoSnapshot(), std::move(label), services_.queue.now()});
     state_.canUndo.set(true);
 }
@@ -71,20 +74,20 @@ bool WorkspaceController::undoLastAction() {
     endDrags();
     const auto entry = undo_.takeNewest();
     // What happened beside the zoomed window is known to the snapshot of focus mode alone.
-    auto zoomed = focusMode_.leave();
-    const WorkspaceUndoSnapshot snapshot = zoomed ? std::move(zoomed->snapshot) : entry->snapshot;
-    if (zoomed) undo_.restore(std::move(zoomed->history));
-    (void)arranger_.supersede(); // what an arrangement still had to do is undone with it
-    frames_.reflow().forgetAllPushes();
+    const WorkspaceUndoSnapshot snapshot = focusZoomSnapshot_ ? *focusZoomSnapshot_ : entry->snapshot;
+    if (focusZoomSnapshot_) undo_.restore(std::move(historyBeforeFocusMode_));
+    focusZoomSnapshot_.reset();
+    ++autoArrangeGeneration_; // what an arrangement still had to do is undone with it
+    reflow_.forgetAllPushes();
     if (entry->label.action == kOpenSceneAction) { // and so is what a scene still waits for
         publishSceneReport(SceneReport::State::abandoned);
-        awaited_.scene() = {};
+        restoration_ = {};
     }
     restoreUndoSnapshot(snapshot);
     noteTileGeometry();
     migrateChangedDisplays(); // some may have had another size then
-    if (!displays_.isSettling()) placeHomelessWindows();
-    if (assignments_.assignedWindowIDs != snapshot.tiles.assignedWindowIDs) {
+    if (services_.queue.uptime() >= displaysAreStableAt_) placeHomelessWindows();
+    if (assignments_.assignedWindowIDs != snapshot.assignedWindowIDs) {
         reapplyTileFrames();
         services_.accessibility.flush();
     }
@@ -94,15 +97,13 @@ bool WorkspaceController::undoLastAction() {
 }
 
 void WorkspaceController::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot) {
-    assignments_ = snapshot.tiles;
-    tileMemory_.spaces() = snapshot.spaces; // of another Space, perhaps
-    (void)tileMemory_.spaces().restore(liveWindows_.all(), liveWindows_.shownSpace(), assignments_);
-    displays_.restate(assignments_);
+    state_.focusMode.set(std::nullopt);
+    assignments_ = {snapshot.assignedWindowIDs, snapshot.stackWindowIDsByTarget, snapshot.placementAnchors};
+    spaces_ = snapshot.spaces; // of another Space, perhaps
+    (void)spaces_.restore(liveWindows_, shownSpace_, assignments_);
+    absence_.restate(assignments_);
     state_.floatingWindowIDs.set(snapshot.floatingWindowIDs);
-    std::set<std::string> connected;
-    for (const auto& screen : *state_.screens) connected.insert(displayID(screen));
-    // What a step back assigns to a display that is not connected counts as held by it.
-    displays_.leaveAbsentDisplays(assignments_, connected);
+    leaveAbsentDisplays();
     // Without a look at the tiles: what the displays showed before may still have to be compared with what they show
     // now.
     state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
@@ -115,8 +116,8 @@ void WorkspaceController::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snaps
     state_.accentColorID.set(snapshot.accentColorID);
     services_.preferences.setValue(preferenceKey::accentColor, snapshot.accentColorID);
     restoreActiveScene(snapshot.activeSceneID);
-    tileMemory_.homes() = snapshot.layoutHomes;
-    if (snapshot.learning) arranger_.setLearning(snapshot.learning);
+    layoutHomes_ = snapshot.layoutHomes;
+    if (snapshot.learning) setLearning(snapshot.learning);
     layouts_.invalidateAll();
     state_.layoutRevision.set(*state_.layoutRevision + 1);
     for (ManagedWindow& window : liveWindows_) restoreWindow(window, snapshot);
@@ -130,12 +131,10 @@ void WorkspaceController::restoreWindow(ManagedWindow& window, const WorkspaceUn
     const bool wasHidden = snapshot.hiddenProcessIdentifiers.contains(window.processIdentifier);
     const auto frame = snapshot.windowFrames.find(window.id);
     if (window.isElsewhere) {
-        if (frame != snapshot.windowFrames.end()) tileMemory_.spaces().owe(window.id, frame->second);
+        if (frame != snapshot.windowFrames.end()) spaces_.owe(window.id, frame->second);
         return;
     }
-    if (wasVisible || (snapshot.knows(window.id) && !wasHidden)) {
-        windowService_->unhideApplication(window.processIdentifier);
-    }
+    if (wasVisible || (snapshot.knows(window.id) && !wasHidden)) unhideApplicationOf(window);
     if (snapshot.minimizedWindowIDs.contains(window.id)) {
         minimizeWindow(window);
     } else {
@@ -146,8 +145,9 @@ void WorkspaceController::restoreWindow(ManagedWindow& window, const WorkspaceUn
         window.isMinimized = false;
     }
     if (snapshot.maximizedWindowIDs.contains(window.id)) {
-        if (!window.isMaximized) windowService_->maximize(window);
-        window.isMaximized = true;
+        if (window.isMaximized) return;
+        windowService_->maximize(window);
+        presentationRequests_.requestMaximized(window, true, services_.queue.uptime());
     } else if (frame != snapshot.windowFrames.end()) {
         writeFrame(window, frame->second, AccessibilityWindowService::BringToFront::no);
     }
@@ -176,7 +176,7 @@ void WorkspaceController::hideAsIn(const WorkspaceUndoSnapshot& snapshot) {
 }
 
 std::vector<ManagedWindow> WorkspaceController::windowsAsIn(const WorkspaceUndoSnapshot& snapshot) const {
-    std::vector<ManagedWindow> windows = liveWindows_.all();
+    std::vector<ManagedWindow> windows = liveWindows_;
     for (ManagedWindow& window : windows) {
         window.isMinimized = snapshot.minimizedWindowIDs.contains(window.id);
         window.isVisible = !window.isMinimized && (window.isVisible || snapshot.visibleWindowIDs.contains(window.id));
@@ -194,7 +194,7 @@ void WorkspaceController::restoreActiveScene(const std::optional<Uuid>& id) {
 }
 
 bool WorkspaceController::toggleFocusMode(const std::optional<std::string>& windowID) {
-    if (!focusMode_.isOn()) return enterFocusMode(windowID);
+    if (!focusZoomSnapshot_) return enterFocusMode(windowID);
     if (!requireWindowAccess()) return false;
     leaveFocusMode();
     showStatusMessage("Focus Mode closed — workspace restored");
@@ -251,9 +251,10 @@ bool WorkspaceController::enterFocusMode(const std::optional<std::string>& windo
 
     abandonDrags(); // what the hand began would end as a step behind the focus mode's own
     auto snapshot = captureUndoSnapshot();
-    auto history = undo_.entries();
+    historyBeforeFocusMode_ = undo_.entries();
     pushUndoSnapshot({"focus mode", {start->window.applicationName}}, snapshot);
-    focusMode_.enter({start->displayID, start->targetID, start->window.id}, {std::move(snapshot), std::move(history)});
+    focusZoomSnapshot_ = std::move(snapshot);
+    state_.focusMode.set(WorkspaceFocusMode{start->displayID, start->targetID, start->window.id});
     state_.layoutRevision.set(*state_.layoutRevision + 1);
     writeFrame(start->window, frame, AccessibilityWindowService::BringToFront::yes);
     services_.accessibility.flush();
@@ -262,10 +263,11 @@ bool WorkspaceController::enterFocusMode(const std::optional<std::string>& windo
 }
 
 bool WorkspaceController::leaveFocusMode() {
-    auto before = focusMode_.leave();
-    if (!before) return false;
-    restoreUndoSnapshot(before->snapshot);
-    undo_.restore(std::move(before->history));
+    if (!focusZoomSnapshot_) return false;
+    const WorkspaceUndoSnapshot snapshot = std::move(*focusZoomSnapshot_);
+    focusZoomSnapshot_.reset();
+    restoreUndoSnapshot(snapshot);
+    undo_.restore(std::move(historyBeforeFocusMode_));
     state_.canUndo.set(!undo_.isEmpty());
     return true;
 }

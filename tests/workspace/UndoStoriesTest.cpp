@@ -93,6 +93,24 @@ TEST_P(UndoStories, CommandsWithoutAPauseStartFromTheStateThatTheOneBeforeHasFix
     }
 }
 
+TEST(UndoAndFocusStories, AMaximizedWindowIsMaximizedAgainByADesktopThatTakesItsTime) {
+    for (int i = 0; i < 10; ++i) { // so that a poll comes before the desktop has done it
+        const bool byUndo = i % 2 == 0;
+        Desk desk;
+        desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex");
+        desk.opens("Mail", {.answersAfter = Seconds(0.3)}).arrange();
+        desk.desktop.setMaximized("Mail", true);
+        desk.desktop.focusByHand("Mail");
+        desk.advance(Seconds(2 + 0.05 * i));
+        byUndo ? desk.arrange() : desk.zoom();
+        ASSERT_FALSE(desk.desktop.window("Mail").isMaximized);
+        byUndo ? desk.undo() : desk.zoom();
+        EXPECT_TRUE(desk.desktop.window("Mail").isMaximized) << (byUndo ? "undone" : "focus mode left");
+        desk.desktop.setMaximized("Mail", false);
+        desk.settle().expectTiles("Codex 15,15 1254x1382 | Mail 1291,15 1254x1382");
+    }
+}
+
 TEST(UndoAndFocusStories, AStepBackWhileADisplayIsAwayLeavesNoVisibleWindowWithoutATile) {
     Desk desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").display(1920, 1080).layout("jarvis.dual-split");
