@@ -100,6 +100,10 @@ class ApplicationServicing {
     /// start is known to have worked or not. Not called any more when the desktop is closed first. Main thread.
     virtual void launch(const LaunchableApplication& application, LaunchActivation activation,
                         LaunchCompletion completion) = 0;
+    /// Whether the process, which `launch` has started, ended by itself with status 0, as a program does that leaves
+    /// its windows to another process. False while it runs, when it failed, and where its status is not known. Main
+    /// thread; never waits.
+    virtual bool hasLaunchedProcessSucceeded(pid_t) const { return false; }
     /// Asks the application to quit, as if its user had; it may ask back, take its time, or stay. False when there is
     /// nobody to ask. Main thread; never waits.
     virtual bool terminate(pid_t processIdentifier) = 0;

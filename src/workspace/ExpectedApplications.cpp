@@ -23,11 +23,10 @@ void ExpectedApplications::forgetThoseWithWindows(const std::vector<ManagedWindo
     }
 }
 
-bool ExpectedApplications::isExpected(const std::string& bundleID, Seconds now,
-                                      const StartIdentityOf& startIdentityOf) const {
+bool ExpectedApplications::isExpected(const std::string& bundleID, Seconds now, const HasFailed& hasFailed) const {
     const auto launch = launches_.find(bundleID);
     if (launch == launches_.end() || launch->second.expiresAt <= now) return false;
-    return !launch->second.process || startIdentityOf(*launch->second.process) == launch->second.startIdentity;
+    return !launch->second.process || !hasFailed(*launch->second.process, launch->second.startIdentity);
 }
 
 void ExpectedApplications::postpone(Seconds duration) {

@@ -16,8 +16,8 @@ namespace kova {
 class ExpectedApplications {
   public:
     static constexpr Seconds kLifetime{25};
-    /// The start identity of the process that has the number now; absent when there is none.
-    using StartIdentityOf = std::function<std::optional<std::string>(pid_t)>;
+    /// Whether no window can come of the launched process any more, given its number and its start identity.
+    using HasFailed = std::function<bool(pid_t, const std::string&)>;
 
     /// A launch was requested at the uptime `now`.
     void expect(const std::string& bundleID, Seconds now);
@@ -26,8 +26,8 @@ class ExpectedApplications {
     void forget(const std::string& bundleID) { launches_.erase(bundleID); }
     /// Applications that have a window now are expected no longer.
     void forgetThoseWithWindows(const std::vector<ManagedWindow>& windows);
-    /// Whether a window may still come by itself: not after the lifetime, nor once the launched process has ended.
-    bool isExpected(const std::string& bundleID, Seconds now, const StartIdentityOf& startIdentityOf) const;
+    /// Whether a window may still come by itself: not after the lifetime, nor once the launched process has failed.
+    bool isExpected(const std::string& bundleID, Seconds now, const HasFailed& hasFailed) const;
     /// Lets every expectation last longer, by the time in which the screen could not be seen.
     void postpone(Seconds duration);
 

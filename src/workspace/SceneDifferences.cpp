@@ -1,5 +1,6 @@
 #include "workspace/SceneDifferences.h"
 
+#include "layout/TileSpans.h"
 #include "themes/ThemeRegistry.h"
 #include "workspace/SceneRestoration.h"
 #include "workspace/WindowMatching.h"
@@ -37,11 +38,17 @@ class Comparison {
         note("accent color", normalizedAccentColorID(scene_.accentColorID), now_.accentColorID);
         note("tile inset", plain(clampedTileInset(scene_.tileInset)), plain(now_.tileInset));
         for (const auto& display : scene_.displays) compareDisplay(display);
-        compareWindows();
+        if (!now_.displays.empty()) compareWindows();
         return std::move(differences_);
     }
 
   private:
+    struct WantedWindow {
+        const WorkspaceScenePlacement* placement = nullptr;
+        std::string id; // of the live window; one of its own for a window that is not there
+        bool isOpen = false;
+    };
+
     void note(const std::string& what, const std::string& inScene, const std::string& now) {
         if (inScene != now) differences_.push_back({what, inScene, now});
     }
@@ -51,62 +58,98 @@ class Comparison {
         return isThere ? &now_.displays[static_cast<std::size_t>(ordinal)] : nullptr;
     }
 
+    /// The scene's entry that decides about the display: the last with a layout that is available; null without one.
+    const WorkspaceSceneDisplay* inScene(std::int64_t ordinal) const {
+        const WorkspaceSceneDisplay* deciding = nullptr;
+        for (const auto& display : scene_.displays) {
+            if (display.ordinal == ordinal && findLayout(now_.layouts, display.layoutID)) deciding = &display;
+        }
+        return deciding;
+    }
+
     void compareDisplay(const WorkspaceSceneDisplay& display) {
         const auto* present = displayNow(display.ordinal);
         if (!present) return note("display " + display.name, "connected", "not connected");
-        if (!findLayout(now_.layouts, display.layoutID)) return; // the display keeps the layout that it has
+        if (inScene(display.ordinal) != &display) return;
         note("layout of " + present->name, display.layoutID, present->layoutID);
         if (display.layoutID != present->layoutID) return;
         note("sizes of " + present->name, describe(display.layoutWeights), describe(present->layoutWeights));
     }
 
-    /// A display that is not there is stood in for by the first.
-    std::string place(const WorkspaceScenePlacement& placement) const {
-        if (now_.displays.empty()) return "nowhere";
-        const auto* display = displayNow(placement.displayOrdinal);
-        std::string text = (display ? display : &now_.displays.front())->name + " " + placement.slotID;
-        if (frontsItsTile(placement.stackIndex, placement.isActive)) {
-            for (const auto& slot : placement.claimedSlotIDs.value_or(std::vector<std::string>{})) {
-                if (slot != placement.slotID) text += " + " + slot;
-            }
-        } else {
-            text += ", behind";
-            if (display) text += " as number " + std::to_string(countedFromOne(placement.stackIndex));
+    /// Of the layout that the display will show once the scene is opened; empty when it is not known.
+    std::vector<TileSlot> slotsOnceOpened(std::int64_t ordinal) const {
+        const auto* display = inScene(ordinal);
+        if (!display) display = displayNow(ordinal);
+        const auto* layout = findLayout(now_.layouts, display->layoutID);
+        return layout ? applying(*layout, display->layoutWeights).slots : std::vector<TileSlot>{};
+    }
+
+    std::string place(const WorkspaceScenePlacement& captured) const {
+        std::string text = displayNow(captured.displayOrdinal)->name + " " + captured.slotID;
+        if (!captured.isActive.value_or(false)) {
+            return text + ", behind as number " + std::to_string(countedFromOne(captured.stackIndex));
+        }
+        for (const auto& slot : captured.claimedSlotIDs.value_or(std::vector<std::string>{})) {
+            if (slot != captured.slotID) text += " + " + slot;
         }
         return text;
     }
 
-    /// In the layout that the display will show once the scene is opened.
-    bool hasTile(const WorkspaceScenePlacement& placement) const {
-        if (now_.displays.empty()) return false;
-        const bool isConnected = displayNow(placement.displayOrdinal) != nullptr;
-        const std::int64_t ordinal = isConnected ? placement.displayOrdinal : 0;
-        const LayoutDefinition* layout = nullptr;
-        for (const auto& display : scene_.displays) {
-            if (display.ordinal != ordinal) continue;
-            if (const auto* available = findLayout(now_.layouts, display.layoutID)) layout = available;
+    /// Where opening the scene would put the windows, in the words of a capture, by window id. A display that is not
+    /// there is stood in for by the first. `wanted` gets the placements that have a tile.
+    std::map<std::string, std::string> placesOnceOpened(std::vector<WantedWindow>& wanted) {
+        std::vector<CapturedDisplay> displays;
+        std::vector<std::vector<TileSlot>> slots;
+        for (std::size_t ordinal = 0; ordinal < now_.displays.size(); ++ordinal) {
+            slots.push_back(slotsOnceOpened(static_cast<std::int64_t>(ordinal)));
+            displays.push_back({std::to_string(ordinal), {}});
+            for (const auto& slot : slots.back()) displays.back().slotIDs.push_back(slot.id);
         }
-        if (!layout) layout = findLayout(now_.layouts, displayNow(ordinal)->layoutID);
-        return layout && hasSlot(layout->slots, placement.slotID);
+        WindowMatcher matcher(now_.windows, {});
+        std::vector<RestoredPlacement> restored;
+        std::map<std::string, std::int64_t> stackIndexByID;
+        std::map<std::string, ManagedWindow> windows;
+        for (const auto& placement : placements_) {
+            const std::int64_t ordinal = displayNow(placement.displayOrdinal) ? placement.displayOrdinal : 0;
+            const auto taken =
+                slotsTaken(slots[static_cast<std::size_t>(ordinal)], placement.slotID, placement.claimedSlotIDs);
+            if (taken.empty()) continue; // opening the scene skips it
+            const ManagedWindow* open = matcher.take(placement.window);
+            const std::string id = open ? open->id : "missing " + std::to_string(wanted.size());
+            wanted.push_back({&placement, id, open != nullptr});
+            windows[id].id = id;
+            stackIndexByID[id] = placement.stackIndex;
+            std::vector<std::string> targets;
+            for (const auto& slot : taken) targets.push_back(tileTargetID(std::to_string(ordinal), slot));
+            restored.push_back({id, std::move(targets), placement.stackIndex,
+                                frontsItsTile(placement.stackIndex, placement.isActive)});
+        }
+        const auto assignments = withRestored({}, restored, stackIndexByID);
+        std::map<std::string, std::string> places;
+        for (const auto& captured : capturePlacements(displays, assignments, [&](const std::string& id) {
+                 const auto found = windows.find(id);
+                 return found == windows.end() ? nullptr : &found->second;
+             })) {
+            places[captured.windowID] = place(captured.placement);
+        }
+        return places;
     }
 
     void compareWindows() {
-        std::map<std::string, const WorkspaceScenePlacement*> placementByWindow;
-        for (const auto& captured : now_.placements) placementByWindow[captured.windowID] = &captured.placement;
-        WindowMatcher matcher(now_.windows, {});
-        std::set<std::string> inScene;
-        for (const auto& wanted : inRestoringOrder(scene_.placements)) {
-            if (!hasTile(wanted)) continue; // opening the scene skips it
-            const ManagedWindow* window = matcher.take(wanted.window);
-            if (window) inScene.insert(window->id);
-            const auto present = window ? placementByWindow.find(window->id) : placementByWindow.end();
-            const std::string now = !window                              ? "not open"
-                                    : present == placementByWindow.end() ? "in no tile"
-                                                                         : place(*present->second);
-            note(nameOf(wanted.window), place(wanted), now);
+        std::map<std::string, std::string> placesNow;
+        for (const auto& captured : now_.placements) placesNow[captured.windowID] = place(captured.placement);
+        std::vector<WantedWindow> wanted;
+        const auto placesThen = placesOnceOpened(wanted);
+        for (const auto& window : wanted) {
+            const auto now = placesNow.find(window.id);
+            const auto then = placesThen.find(window.id);
+            note(nameOf(window.placement->window), then == placesThen.end() ? "in no tile" : then->second,
+                 !window.isOpen           ? "not open"
+                 : now == placesNow.end() ? "in no tile"
+                                          : now->second);
         }
         for (const auto& captured : now_.placements) {
-            if (!inScene.contains(captured.windowID)) {
+            if (std::ranges::find(wanted, captured.windowID, &WantedWindow::id) == wanted.end()) {
                 note(nameOf(captured.placement.window), "not in the scene", place(captured.placement));
             }
         }
@@ -114,6 +157,7 @@ class Comparison {
 
     const WorkspaceScene& scene_;
     const WorkspaceNow& now_;
+    const std::vector<WorkspaceScenePlacement> placements_ = inRestoringOrder(scene_.placements);
     std::vector<SceneDifference> differences_;
 };
 

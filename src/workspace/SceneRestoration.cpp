@@ -7,6 +7,25 @@
 
 namespace kova {
 
+namespace {
+
+/// Whether the slots cover a rectangle of their own, so that a window over them covers no other tile.
+bool isCleanSpan(const std::vector<TileSlot>& slots, const std::vector<std::string>& claimed) {
+    const auto isClaimed = [&](const TileSlot& slot) {
+        return std::find(claimed.begin(), claimed.end(), slot.id) != claimed.end();
+    };
+    std::optional<CGRect> covered;
+    for (const auto& slot : slots) {
+        if (isClaimed(slot)) covered = covered ? unionOf(*covered, slot.normalizedFrame) : slot.normalizedFrame;
+    }
+    constexpr double kTouching = 1e-6;
+    return covered && std::none_of(slots.begin(), slots.end(), [&](const TileSlot& slot) {
+               return !isClaimed(slot) && intersectionArea(*covered, slot.normalizedFrame) > kTouching;
+           });
+}
+
+} // namespace
+
 std::vector<WorkspaceScenePlacement> inRestoringOrder(std::vector<WorkspaceScenePlacement> placements) {
     std::stable_sort(placements.begin(), placements.end(), [](const auto& a, const auto& b) {
         return std::tie(a.displayOrdinal, a.slotID, a.stackIndex) < std::tie(b.displayOrdinal, b.slotID, b.stackIndex);
@@ -19,8 +38,18 @@ double clampedTileInset(double points) {
     return std::clamp(points, 0.0, kLargestInset);
 }
 
-bool hasSlot(const std::vector<TileSlot>& slots, const std::string& slotID) {
-    return std::any_of(slots.begin(), slots.end(), [&](const TileSlot& slot) { return slot.id == slotID; });
+std::vector<std::string> slotsTaken(const std::vector<TileSlot>& slots, const std::string& slotID,
+                                    const std::optional<std::vector<std::string>>& claimedSlotIDs) {
+    if (std::ranges::find(slots, slotID, &TileSlot::id) == slots.end()) return {};
+    std::vector<std::string> taken{slotID};
+    if (!claimedSlotIDs) return taken;
+    std::vector<std::string> claimed = *claimedSlotIDs;
+    claimed.push_back(slotID);
+    if (!isCleanSpan(slots, claimed)) return taken;
+    for (const auto& slot : slots) {
+        if (slot.id != slotID && std::ranges::find(claimed, slot.id) != claimed.end()) taken.push_back(slot.id);
+    }
+    return taken;
 }
 
 std::string_view describe(SceneReport::State state) {

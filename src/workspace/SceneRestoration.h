@@ -41,8 +41,10 @@ struct SceneRestoration {
 /// A tile inset as it takes effect, in points: 0 to 100.
 double clampedTileInset(double points);
 
-/// Whether the layout has the slot; a placement in a slot that the layout lacks is skipped.
-bool hasSlot(const std::vector<TileSlot>& slots, const std::string& slotID);
+/// The slots that a placement takes of a layout's, its own first: those that it claims only when the layout's together
+/// cover a rectangle without any other. Empty when the layout lacks its own; such a placement is skipped.
+std::vector<std::string> slotsTaken(const std::vector<TileSlot>& slots, const std::string& slotID,
+                                    const std::optional<std::vector<std::string>>& claimedSlotIDs);
 
 /// The placements as they are put back: by display, slot and place in the stack.
 std::vector<WorkspaceScenePlacement> inRestoringOrder(std::vector<WorkspaceScenePlacement> placements);

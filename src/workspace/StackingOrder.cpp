@@ -38,4 +38,20 @@ std::vector<const ManagedWindow*> coveredByOthers(const std::vector<const Manage
     return covered;
 }
 
+std::vector<const ManagedWindow*> windowsToRaise(const std::vector<const ManagedWindow*>& windows,
+                                                 const std::vector<OnScreenWindow>& onScreen,
+                                                 const std::vector<std::string>& focusOrder) {
+    auto raised = coveredByOthers(windows, onScreen);
+    if (raised.empty()) return raised;
+    std::reverse(raised.begin(), raised.end()); // the lowest first, so that they keep their order
+    for (const auto& id : focusOrder) {
+        const auto last = std::ranges::find_if(windows, [&](const auto* window) { return window->id == id; });
+        if (last == windows.end()) continue;
+        std::erase(raised, *last);
+        raised.push_back(*last);
+        break;
+    }
+    return raised;
+}
+
 } // namespace kova

@@ -1,9 +1,10 @@
-// Which windows lie below others on the screen.
+// Which windows lie below others on the screen, and in which order they come above them.
 #pragma once
 
 #include "windowing/AccessibilityServicing.h"
 #include "windowing/ManagedWindow.h"
 
+#include <string>
 #include <vector>
 
 namespace kova {
@@ -12,5 +13,12 @@ namespace kova {
 /// does not show yet. `onScreen` is front to back; frames that differ by less than 2 points are the same window's.
 std::vector<const ManagedWindow*> coveredByOthers(const std::vector<const ManagedWindow*>& windows,
                                                   const std::vector<OnScreenWindow>& onScreen);
+
+/// Those of `windows` that have to be raised, in that order, so that none of them lies below a window not among them:
+/// they keep their order, but for the one that had the keyboard last, which comes on top. Empty when none is covered.
+/// `focusOrder` has ids of windows, the most recent first.
+std::vector<const ManagedWindow*> windowsToRaise(const std::vector<const ManagedWindow*>& windows,
+                                                 const std::vector<OnScreenWindow>& onScreen,
+                                                 const std::vector<std::string>& focusOrder);
 
 } // namespace kova

@@ -18,33 +18,18 @@ std::string quoted(const std::string& name) {
     return "“" + name + "”";
 }
 
-/// Whether the slots cover a rectangle of their own, so that a window over them covers no other tile.
-bool isCleanSpan(const std::vector<TileSlot>& slots, const std::vector<std::string>& claimed) {
-    const auto isClaimed = [&](const TileSlot& slot) {
-        return std::find(claimed.begin(), claimed.end(), slot.id) != claimed.end();
-    };
-    std::optional<CGRect> covered;
-    for (const auto& slot : slots) {
-        if (isClaimed(slot)) covered = covered ? unionOf(*covered, slot.normalizedFrame) : slot.normalizedFrame;
-    }
-    constexpr double kTouching = 1e-6;
-    return covered && std::none_of(slots.begin(), slots.end(), [&](const TileSlot& slot) {
-               return !isClaimed(slot) && intersectionArea(*covered, slot.normalizedFrame) > kTouching;
-           });
-}
-
 } // namespace
 
 std::optional<ManagedWindow> WorkspaceController::findWindow(const WorkspaceWindowReference& reference,
                                                              const std::set<std::string>& excluded) const {
-    const ManagedWindow* window = WindowMatcher(liveWindows_.all(), excluded).take(reference);
+    const ManagedWindow* window = WindowMatcher(liveWindows_, excluded).take(reference);
     if (!window) return std::nullopt;
     return *window;
 }
 
 /// A scene is about the Space that is shown.
 std::vector<ManagedWindow> WorkspaceController::windowsHere() const {
-    std::vector<ManagedWindow> here = liveWindows_.all();
+    std::vector<ManagedWindow> here = liveWindows_;
     std::erase_if(here, [](const ManagedWindow& window) { return window.isElsewhere; });
     return here;
 }
@@ -61,14 +46,15 @@ bool WorkspaceController::activateScene(const Uuid& id) {
     }
     pushUndoSnapshot({std::string(kOpenSceneAction), std::move(applications)});
     publishSceneReport(SceneReport::State::abandoned);
-    awaited_.scene() = {};
-    session_.dropKept(); // what it would put into tiles with the first poll would displace the scene's windows
-    arranger_.skipStartUpTurn();
+    restoration_ = {};
+    sessionToTakeUp_.reset(); // what it would put into tiles with the first poll would displace the scene's windows
+    didAutoArrange_ = true;
     applyLook(scene);
-    tileMemory_.spaces().store(liveWindows_.all(), assignments_);
+    spaces_.store(liveWindows_, assignments_);
     assignments_ = {};
-    displays_.forgetAllWindows();
-    tileMemory_.homes().forgetAll();
+    absence_.forgetAll();
+    outgrown_.forgetAll();
+    layoutHomes_.forgetAll();
     recovery_.clear(); // nothing that was in a tile before is awaited there any more
     const std::size_t pendingCount = placeWindowsOf(scene);
     state_.activeSceneID.set(scene.id);
@@ -100,8 +86,8 @@ void WorkspaceController::applyLook(const WorkspaceScene& scene) {
     setProfile(std::move(profile));
     state_.accentColorID.set(normalizedAccentColorID(scene.accentColorID));
     services_.preferences.setValue(preferenceKey::accentColor, *state_.accentColorID);
-    frames_.reflow().forgetAllPushes();
-    (void)arranger_.supersede(); // what an arrangement still had to do was meant for the tiles as they were
+    reflow_.forgetAllPushes();
+    ++autoArrangeGeneration_; // what an arrangement still had to do was meant for the tiles as they were
     layouts_.invalidateAll();
     state_.layoutRevision.set(*state_.layoutRevision + 1);
 }
@@ -120,16 +106,16 @@ std::size_t WorkspaceController::placeWindowsOf(const WorkspaceScene& scene) {
         const Screen& screen = screens[isConnected ? static_cast<std::size_t>(placement.displayOrdinal) : 0];
         const auto targets = targetsFor(screen, placement.slotID, placement.claimedSlotIDs);
         if (targets.empty()) {
-            awaited_.scene().report.withoutTile.push_back(nameOf(placement.window));
+            restoration_.report.withoutTile.push_back(nameOf(placement.window));
             continue;
         }
         if (const ManagedWindow* window = matcher.take(placement.window)) {
-            awaited_.scene().report.adopted.push_back(nameOf(*window));
+            restoration_.report.adopted.push_back(nameOf(*window));
             restored.push_back(
                 {window->id, targets, placement.stackIndex, frontsItsTile(placement.stackIndex, placement.isActive)});
             continue;
         }
-        awaited_.scene().pending.push_back(
+        restoration_.pending.push_back(
             {.window = placement.window,
              .displayID = displayID(screen),
              .slotID = placement.slotID,
@@ -141,8 +127,8 @@ std::size_t WorkspaceController::placeWindowsOf(const WorkspaceScene& scene) {
     }
     carryOutRestored(restored);
     launchForScene(toLaunch);
-    if (!awaited_.scene().pending.empty()) refreshCycle_.wake(); // until they come or have waited long enough
-    return awaited_.scene().pending.size();
+    if (!restoration_.pending.empty()) refreshCycle_.wake(); // until they come or have waited long enough
+    return restoration_.pending.size();
 }
 
 /// The tiles of a placement, the anchor first; empty when the display's layout has no such slot.
@@ -150,16 +136,9 @@ std::vector<std::string>
 WorkspaceController::targetsFor(const Screen& screen, const std::string& slotID,
                                 const std::optional<std::vector<std::string>>& claimedSlotIDs) const {
     const auto& slots = layouts_.resolve(screen, *state_.profile, catalogue()).slots;
-    if (!hasSlot(slots, slotID)) return {};
-    const std::string display = displayID(screen);
-    std::vector<std::string> targets{tileTargetID(display, slotID)};
-    if (!claimedSlotIDs) return targets;
-    std::vector<std::string> claimed = *claimedSlotIDs;
-    claimed.push_back(slotID);
-    if (!isCleanSpan(slots, claimed)) return targets;
-    for (const auto& slot : slots) {
-        const bool isClaimed = std::find(claimed.begin(), claimed.end(), slot.id) != claimed.end();
-        if (isClaimed && slot.id != slotID) targets.push_back(tileTargetID(display, slot.id));
+    std::vector<std::string> targets;
+    for (const auto& slot : slotsTaken(slots, slotID, claimedSlotIDs)) {
+        targets.push_back(tileTargetID(displayID(screen), slot));
     }
     return targets;
 }
@@ -172,14 +151,19 @@ void WorkspaceController::launchForScene(const std::vector<std::string>& bundleI
         if (application.bundleIdentifier && !application.isTerminated) running.insert(*application.bundleIdentifier);
     }
     const Seconds now = services_.queue.uptime();
-    const auto startIdentityOf = [this](pid_t process) { return services_.applications.processStartIdentity(process); };
+    // One that ended with status 0 may have left its windows to another process.
+    const auto hasFailed = [this](pid_t process, const std::string& startIdentity) {
+        const auto& applications = services_.applications;
+        return applications.processStartIdentity(process) != startIdentity &&
+               !applications.hasLaunchedProcessSucceeded(process);
+    };
     for (const auto& bundleID : bundleIDs) {
         // Its window is expected to appear by itself.
-        if (running.contains(bundleID) || awaited_.expected().isExpected(bundleID, now, startIdentityOf)) continue;
+        if (running.contains(bundleID) || expectedApplications_.isExpected(bundleID, now, hasFailed)) continue;
         const auto application = services_.applications.launchableApplication(bundleID);
-        if (!application || !awaited_.scene().launchedBundleIDs.insert(bundleID).second) continue;
-        awaited_.scene().report.launched.push_back(application->name);
-        awaited_.expected().expect(bundleID, now);
+        if (!application || !restoration_.launchedBundleIDs.insert(bundleID).second) continue;
+        restoration_.report.launched.push_back(application->name);
+        expectedApplications_.expect(bundleID, now);
         services_.applications.launch(*application, LaunchActivation::inBackground,
                                       lifetime_.guard([this, application = *application](const LaunchResult& result) {
                                           launchedForScene(application, result);
@@ -197,8 +181,8 @@ void WorkspaceController::launchedForScene(const LaunchableApplication& applicat
 void WorkspaceController::carryOutRestored(const std::vector<RestoredPlacement>& placements) {
     std::set<std::string> frontsBefore;
     for (const auto& [target, windowID] : assignments_.assignedWindowIDs) frontsBefore.insert(windowID);
-    for (const auto& placement : placements) awaited_.scene().stackIndexByID[placement.windowID] = placement.stackIndex;
-    assignments_ = withRestored(std::move(assignments_), placements, awaited_.scene().stackIndexByID);
+    for (const auto& placement : placements) restoration_.stackIndexByID[placement.windowID] = placement.stackIndex;
+    assignments_ = withRestored(std::move(assignments_), placements, restoration_.stackIndexByID);
     std::set<std::string> fronts;
     for (const auto& [target, windowID] : assignments_.assignedWindowIDs) fronts.insert(windowID);
 
@@ -227,30 +211,29 @@ void WorkspaceController::carryOutRestored(const std::vector<RestoredPlacement>&
     services_.accessibility.flush();
 }
 
-/// Above the windows that do not belong to the scene; the one with the keyboard comes out on top.
+/// Above the windows that do not belong to the scene; the one that had the keyboard last comes out on top.
 void WorkspaceController::raiseRestored(const std::vector<std::string>& windowIDs) {
     std::vector<const ManagedWindow*> fronts;
     for (const auto& id : windowIDs) {
         const ManagedWindow* window = findLive(id);
         if (window && !window->isFullScreen) fronts.push_back(window);
     }
-    auto covered = coveredByOthers(fronts, services_.accessibility.onScreenWindows());
-    std::reverse(covered.begin(), covered.end()); // the lowest first, so that they keep their order
-    const ManagedWindow* focused = focusedWindow();
-    std::stable_partition(covered.begin(), covered.end(), [&](const auto* window) { return window != focused; });
-    for (const auto* window : covered) windowService_->raise(*window);
+    std::vector<std::string> focusOrder = focusOrder_.windowIDs();
+    if (const ManagedWindow* focused = focusedWindow()) focusOrder.insert(focusOrder.begin(), focused->id);
+    const auto raised = windowsToRaise(fronts, services_.accessibility.onScreenWindows(), focusOrder);
+    for (const auto* window : raised) windowService_->raise(*window);
 }
 
 void WorkspaceController::processPendingScenePlacements() {
-    if (awaited_.scene().pending.empty()) return;
-    std::set<std::string> used = awaited_.scene().movedByUser;
+    if (restoration_.pending.empty()) return;
+    std::set<std::string> used = restoration_.movedByUser;
     for (const auto& [target, windowID] : assignments_.assignedWindowIDs) used.insert(windowID);
     for (const auto& [target, stack] : assignments_.stackWindowIDsByTarget) used.insert(stack.begin(), stack.end());
     const auto here = windowsHere();
     WindowMatcher matcher(here, used);
 
-    auto pending = std::move(awaited_.scene().pending);
-    awaited_.scene().pending.clear();
+    auto pending = std::move(restoration_.pending);
+    restoration_.pending.clear();
     std::stable_sort(pending.begin(), pending.end(),
                      [](const auto& a, const auto& b) { return a.stackIndex < b.stackIndex; });
     std::size_t unavailable = 0;
@@ -258,7 +241,7 @@ void WorkspaceController::processPendingScenePlacements() {
     for (auto& placement : pending) {
         if (placement.expiresAt <= services_.queue.uptime()) {
             ++unavailable;
-            awaited_.scene().report.missing.push_back(nameOf(placement.window));
+            restoration_.report.missing.push_back(nameOf(placement.window));
             continue;
         }
         const Screen* screen = screenOf(placement.displayID);
@@ -266,32 +249,32 @@ void WorkspaceController::processPendingScenePlacements() {
             screen ? targetsFor(*screen, placement.slotID, placement.claimedSlotIDs) : std::vector<std::string>{};
         const ManagedWindow* window = targets.empty() ? nullptr : matcher.take(placement.window);
         if (window) {
-            awaited_.scene().report.placed.push_back(nameOf(*window));
+            restoration_.report.placed.push_back(nameOf(*window));
             restored.push_back(
                 {window->id, targets, placement.stackIndex, frontsItsTile(placement.stackIndex, placement.isActive)});
         } else {
-            awaited_.scene().pending.push_back(std::move(placement));
+            restoration_.pending.push_back(std::move(placement));
         }
     }
     if (!restored.empty()) {
         closeFocusMode(); // what it restores later would take the tiles away again
         carryOutRestored(restored);
     }
-    if (awaited_.scene().pending.empty()) return endRestoration(unavailable);
+    if (restoration_.pending.empty()) return endRestoration(unavailable);
     publishSceneReport(SceneReport::State::waiting);
 }
 
 /// An opening that has ended keeps the state in which it ended.
 void WorkspaceController::publishSceneReport(SceneReport::State state) {
-    SceneReport& report = awaited_.scene().report;
-    if (state == SceneReport::State::abandoned && awaited_.scene().pending.empty()) return;
+    SceneReport& report = restoration_.report;
+    if (state == SceneReport::State::abandoned && restoration_.pending.empty()) return;
     report.state = state;
     state_.sceneReport.set(report);
 }
 
 void WorkspaceController::endRestoration(std::size_t unavailable) {
     publishSceneReport(SceneReport::State::finished);
-    awaited_.scene() = {};
+    restoration_ = {};
     if (unavailable == 0) return showStatusMessage("Scene fully restored");
     showStatusMessage("Scene restored — " + std::to_string(unavailable) + " app window" +
                       (unavailable == 1 ? " was" : "s were") + " unavailable");

@@ -194,6 +194,21 @@ TEST_F(Launching, ManyAtOnceAreAllStartedAndReaped) {
     EXPECT_TRUE(runUntil([&] { return descriptors() == before; })) << descriptors() << ", before " << before;
 }
 
+TEST_F(Launching, OnlyAnEndWithStatusZeroIsASuccess) {
+    install("good", "Exec=true\n");
+    install("bad", "Exec=false\n");
+    install("killed", "Exec=sh -c \"kill -9 \\\\$\\\\$\"\n");
+    install("running", "Exec=sleep 60\n");
+    for (const auto& [id, succeeds] : {std::pair("good", true), {"bad", false}, {"killed", false}}) {
+        const pid_t process = launch(id).processIdentifier.value();
+        EXPECT_TRUE(runUntil([&] { return !isThere(process); })) << id;
+        EXPECT_EQ(launcher_.hasLaunchedProcessSucceeded(process), succeeds) << id;
+    }
+    const pid_t process = launch("running").processIdentifier.value();
+    EXPECT_FALSE(launcher_.hasLaunchedProcessSucceeded(process));
+    kill(process, SIGKILL);
+}
+
 TEST_F(Launching, WhatMenusShowCanBeListed) {
     install("org.example.Zoo", "Exec=true\nIcon=zoo\n");
     install("org.example.apple", "Exec=true\nName[de]=Apfel\n");

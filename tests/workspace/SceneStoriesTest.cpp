@@ -359,8 +359,8 @@ TEST(SceneStories, AnyIndexOfAFileCanBeTold) {
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").start();
     auto scene = sceneOf({"Mail||focus-main|1"});
     scene.placements.front().stackIndex = INT64_MAX;
-    EXPECT_EQ(differences(desk, import(desk, scene)),
-              "Mail: A focus-main, behind as number 9223372036854775807 / in no tile\n");
+    EXPECT_EQ(differences(desk, import(desk, scene)), "Mail: A focus-main / in no tile\n")
+        << "without a window before it, it is in front";
 }
 
 TEST(SceneStories, UndoStepsBackToWhatWasBefore) {

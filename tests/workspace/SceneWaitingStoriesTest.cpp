@@ -3,6 +3,7 @@
 #include "tests/workspace/Pictures.h"
 
 #include "persistence/WorkspaceDocumentCoding.h"
+#include "workspace/StackingOrder.h"
 
 #include <gtest/gtest.h>
 
@@ -114,6 +115,18 @@ TEST_F(WaitingScene, AnApplicationThatEndedBeforeItsWindowIsLaunchedByTheNextOpe
     desk.advance(Seconds(6)).expectTiles("mail 15,15 1254x1382 | -");
 }
 
+TEST_F(WaitingScene, AProgramThatLeavesItsWindowsToAnotherProcessIsLaunchedOnce) {
+    desk.start();
+    desk.desktop.install("mail", {.opensAfter = Seconds(3), .forks = true});
+    const Uuid id = scene({"mail"});
+    open(id);
+    desk.advance(Seconds(0.2));
+    open(id);
+    const std::string journal = desk.desktop.takeJournal();
+    EXPECT_EQ(journal.find("launch"), journal.rfind("launch")) << journal;
+    desk.advance(Seconds(8)).expectTiles("mail 15,15 1254x1382 | -");
+}
+
 TEST_F(WaitingScene, OpenedBeforeTheFirstPollItKeepsItsPlaceFromTheSessionBefore) {
     desk.opens("mail").opens("notes").start();
     open(scene({"mail", "notes"})).expectTiles("mail 15,15 1254x1382 | notes 1291,15 1254x1382");
@@ -144,6 +157,37 @@ TEST_F(WaitingScene, WindowsAreRaisedAboveThoseThatDoNotBelongToTheScene) {
     EXPECT_EQ(desk.desktop.takeJournal(), "") << "the second time raises nothing";
 }
 
+TEST(StackingOrder, TheWindowThatHadTheKeyboardLastComesOutOnTop) {
+    struct Case {
+        std::string onScreen; // front to back; "x" covers all of them
+        std::vector<std::string> focusOrder;
+        std::string raised;
+    };
+    const Case cases[] = {
+        {"xabc", {}, "cba"},  {"xabc", {"x", "b", "a"}, "cab"}, {"abxc", {"b"}, "cb"}, {"abcx", {"x", "a", "b"}, ""},
+        {"xa", {"c"}, "bac"},
+    };
+    for (const auto& c : cases) {
+        std::vector<ManagedWindow> windows;
+        std::vector<OnScreenWindow> onScreen;
+        const auto frameOf = [](char name) { return makeRect(100.0 * (name - 'a'), 0, 300, 300); };
+        for (const char name : {'a', 'b', 'c'}) {
+            windows.emplace_back();
+            windows.back().id = name;
+            windows.back().processIdentifier = name;
+            windows.back().frame = frameOf(name);
+        }
+        for (const char name : c.onScreen) {
+            onScreen.push_back({name, 0, name == 'x' ? makeRect(0, 0, 900, 900) : frameOf(name)});
+        }
+        std::string raised;
+        for (const auto* window : windowsToRaise({&windows[0], &windows[1], &windows[2]}, onScreen, c.focusOrder)) {
+            raised += window->id;
+        }
+        EXPECT_EQ(raised, c.raised) << c.onScreen;
+    }
+}
+
 TEST_F(WaitingScene, WhatWouldNotChangeIsNoDifference) {
     desk.opens("mail").start();
     WorkspaceScene strange;
@@ -163,6 +207,54 @@ TEST_F(WaitingScene, WhatWouldNotChangeIsNoDifference) {
     open(id);
     EXPECT_TRUE(desk.controller().diffScene(id)->empty());
     EXPECT_EQ(report(), "finished, adopted mail “mail”, without a tile mail");
+}
+
+TEST_F(WaitingScene, OnceOpenedThereIsNoDifferenceHoweverTheSceneIsWritten) {
+    desk.opens("mail").opens("notes").opens("maps").layout("jarvis.quad-grid").start();
+    struct Case {
+        const char* how;
+        std::optional<std::vector<std::string>> claimedByMail;
+        std::vector<std::int64_t> stackIndices; // in one tile
+        std::optional<bool> isActive{};
+    };
+    const Case cases[] = {
+        {"a slot that is missing", {{"focus-main", "secondary-9"}}, {0, 1, 2}},
+        {"unsorted", {{"secondary-1", "focus-main"}}, {0, 1, 2}},
+        {"twice", {{"focus-main", "focus-main", "secondary-1", "secondary-1"}}, {0, 1, 2}},
+        {"without its own", {{"secondary-1"}}, {0, 1, 2}},
+        {"across other tiles", {{"focus-main", "secondary-3"}}, {0, 1, 2}},
+        {"gaps between stack numbers", {}, {0, 3, 7}},
+        {"negative stack numbers", {}, {-5, -5, 0}},
+        {"no front", {}, {0, 1, 1}, false},
+        {"three fronts", {}, {2, 1, 0}, true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.how);
+        WorkspaceScene made;
+        made.name = c.how;
+        made.themeID = "kova.native";
+        for (const char* layout : {"jarvis.dual-split", "jarvis.quad-grid", "none"}) {
+            made.displays.push_back(
+                {.ordinal = 0, .name = "A", .aspectRatio = 1, .layoutID = layout, .layoutWeights = {}});
+        }
+        for (const char* name : {"mail", "notes", "maps"}) {
+            WorkspaceScenePlacement placement;
+            placement.window = {std::string("sim.") + name, name, std::nullopt};
+            placement.slotID = "focus-main";
+            placement.stackIndex = c.stackIndices[made.placements.size()];
+            placement.isActive = c.isActive;
+            if (made.placements.empty()) placement.claimedSlotIDs = c.claimedByMail;
+            made.placements.push_back(placement);
+        }
+        const Uuid id = add(made);
+        open(id);
+        const auto differences = desk.controller().diffScene(id);
+        for (const auto& difference : *differences) {
+            ADD_FAILURE() << difference.what << ": " << difference.inScene << " / " << difference.now;
+        }
+        EXPECT_NE(desk.tiles().find("mail"), std::string::npos) << desk.tiles();
+        EXPECT_NE(desk.tiles().find("maps"), std::string::npos) << desk.tiles();
+    }
 }
 
 TEST_F(WaitingScene, AnActiveSceneIsAlwaysInTheList) {

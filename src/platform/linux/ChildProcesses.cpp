@@ -141,6 +141,7 @@ std::optional<pid_t> ChildProcesses::start(const Command& command, Started start
     child->ended = std::move(ended);
     child->watchingOutcome = loop_.watchReadable(pipe[0], [this, process] { readOutcome(process); });
     children_[process] = std::move(child);
+    succeeded_.erase(process);
     followToItsEnd(process);
     return process;
 }
@@ -180,7 +181,9 @@ void ChildProcesses::reap(pid_t process) {
     if (found == children_.end()) return;
     const bool isOutcomeTold = !found->second->started;
     int status = 0;
-    if (isOutcomeTold && waitpid(process, &status, WNOHANG) != 0) {
+    const pid_t reaped = isOutcomeTold ? waitpid(process, &status, WNOHANG) : 0;
+    if (reaped != 0) {
+        if (reaped == process && WIFEXITED(status) && WEXITSTATUS(status) == 0) succeeded_.insert(process);
         const Ended ended = std::move(found->second->ended);
         children_.erase(found);
         if (ended) ended(process, status);

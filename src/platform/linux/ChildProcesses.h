@@ -12,6 +12,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <variant>
 #include <vector>
@@ -46,6 +47,8 @@ class ChildProcesses {
     using Ended = std::function<void(pid_t, int waitStatus)>;
     /// Gives the process, which may still fail to run the program; absent when there is none.
     std::optional<pid_t> start(const Command& command, Started started, Ended ended = {});
+    /// Whether the process, the last one started here with that number, has ended with status 0.
+    bool hasSucceeded(pid_t process) const { return succeeded_.contains(process); }
 
   private:
     struct Child;
@@ -55,6 +58,7 @@ class ChildProcesses {
 
     EventLoop& loop_;
     std::map<pid_t, std::unique_ptr<Child>> children_;
+    std::set<pid_t> succeeded_;
     Lifetime lifetime_;
 };
 

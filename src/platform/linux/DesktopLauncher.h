@@ -19,6 +19,7 @@ class DesktopLauncher final : public ApplicationLauncher {
     /// Reads the entry anew: it may have been edited since it was listed.
     void launch(const LaunchableApplication& application, LaunchActivation activation,
                 LaunchCompletion completion) override;
+    bool hasLaunchedProcessSucceeded(pid_t process) const override { return processes_.hasSucceeded(process); }
 
   private:
     DesktopEntries& entries_;

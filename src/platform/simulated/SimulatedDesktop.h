@@ -58,6 +58,9 @@ struct InstallationTraits {
     Seconds opensAfter{0.5};            // until its first window, from there; more: one every half a second
     int windowCount = 1;
     bool opensWhenRunning = false; // one more window when it is launched again
+    /// Its program ends with status 0 at once, and another process runs `opensAfter` later, with windows another
+    /// `opensAfter` later.
+    bool forks = false;
     WindowTraits window{};
     ApplicationTraits traits{};
 };
@@ -165,6 +168,12 @@ class SimulatedDesktop : public AccessibilityServicing,
     void sendToVirtualDesktop(std::string_view label, int virtualDesktop);
     void showVirtualDesktop(int virtualDesktop);
     int shownVirtualDesktop() const { return virtualDesktop_; }
+    /// How long after another Space is shown that is told, where windows of others are not listed.
+    void tellOfSpacesAfter(Seconds delay) { spacesAreToldAfter_ = delay; }
+    /// Closes a window whose application keeps its object, which goes on answering, without a size or as it was.
+    enum class RetainedFrame { empty, asItWas };
+    void closeAndRetain(std::string_view label, RetainedFrame frame);
+    bool isRetained(const std::string& windowID) const;
     /// Opens one more tab in the window's tab group and shows it. Only the tab shown is listed, and its element is a
     /// new one whenever it is shown; what was known of the others goes on answering.
     std::string openTab(std::string_view label, WindowTraits traits = {});
@@ -253,6 +262,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     void hide(pid_t processIdentifier) override;
     void unhide(pid_t processIdentifier) override;
     std::optional<std::string> processStartIdentity(pid_t processIdentifier) const override;
+    bool hasLaunchedProcessSucceeded(pid_t processIdentifier) const override;
     void activate(pid_t processIdentifier) override;
     std::vector<LaunchableApplication> launchableApplications() const override;
     std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) const override;
@@ -310,6 +320,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     SimulatedDisplay& display(std::string_view name);
     const Installation* findInstallation(const std::string& identifier) const;
     void startInstalled(const Installation& installation, LaunchActivation activation);
+    pid_t startForking(const Installation& installation, LaunchActivation activation);
     void openLater(pid_t processIdentifier, const WindowTraits& traits, Seconds delay, LaunchActivation activation);
     void end(pid_t processIdentifier);
     std::string freeLabel(const std::string& applicationName) const;
@@ -379,6 +390,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     std::vector<SimulatedDisplay> displays_; // the platform's order
     std::deque<Application> applications_;   // the order of launching
     std::vector<Installation> installations_;
+    std::map<pid_t, bool> forkingPrograms_; // by their process: whether they have ended
     std::vector<Alert> alerts_;
     std::deque<std::function<void(bool)>> questions_;
     std::map<std::uint64_t, SimulatedWindow> windows_;
@@ -392,6 +404,8 @@ class SimulatedDesktop : public AccessibilityServicing,
     int virtualDesktop_ = 0;
     int lastOwnSpace_ = 1000; // of a window in full screen; higher than any that scenarios use
     std::uint64_t spaceChanges_ = 0;
+    Seconds spacesAreToldAfter_{0};
+    std::map<std::uint64_t, SimulatedWindow> retained_; // closed, and still answering
     bool strandsWindows_ = false;
     bool isTrusted_ = true;
     std::optional<std::string> absence_;

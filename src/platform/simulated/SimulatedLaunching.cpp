@@ -82,12 +82,30 @@ void SimulatedDesktop::launch(const LaunchableApplication& launched, LaunchActiv
             result.error = launched.name + " is not installed";
         } else if (installation->traits.fails) {
             result.error = installation->traits.fails;
+        } else if (installation->traits.forks) {
+            result.processIdentifier = startForking(*installation, activation);
         } else {
             startInstalled(*installation, activation);
             result.processIdentifier = processIdentifier(launched.name);
         }
         completion(result);
     }));
+}
+
+pid_t SimulatedDesktop::startForking(const Installation& installation, LaunchActivation activation) {
+    const pid_t program = ++lastProcessIdentifier_;
+    forkingPrograms_[program] = false;
+    queue_.post(lifetime_.guard([this, program] { forkingPrograms_[program] = true; }));
+    queue_.after(installation.traits.opensAfter,
+                 lifetime_.guard([this, identifier = installation.application.identifier, activation] {
+                     if (const auto* installed = findInstallation(identifier)) startInstalled(*installed, activation);
+                 }));
+    return program;
+}
+
+bool SimulatedDesktop::hasLaunchedProcessSucceeded(pid_t process) const {
+    const auto program = forkingPrograms_.find(process);
+    return program != forkingPrograms_.end() && program->second;
 }
 
 void SimulatedDesktop::startInstalled(const Installation& installation, LaunchActivation activation) {

@@ -46,7 +46,9 @@ void SimulatedDesktop::requireMainThread(const char* call) const {
 }
 
 const SimulatedWindow* SimulatedDesktop::windowOf(const AccessibilityElement& element) const {
-    const auto* window = findWindow(element.hash - element.hash % kNumbersPerWindow);
+    const auto number = element.hash - element.hash % kNumbersPerWindow;
+    const auto retained = retained_.find(number);
+    const auto* window = retained == retained_.end() ? findWindow(number) : &retained->second;
     return window && window->processIdentifier() == element.processIdentifier ? window : nullptr;
 }
 
@@ -281,7 +283,9 @@ void SimulatedDesktop::flush() {
 
 /// No number is given twice here.
 std::optional<std::string> SimulatedDesktop::processStartIdentity(pid_t processIdentifier) const {
-    if (!findApplication(processIdentifier)) return std::nullopt;
+    const auto program = forkingPrograms_.find(processIdentifier);
+    const bool isProgram = program != forkingPrograms_.end() && !program->second;
+    if (!isProgram && !findApplication(processIdentifier)) return std::nullopt;
     return "start of " + std::to_string(processIdentifier);
 }
 

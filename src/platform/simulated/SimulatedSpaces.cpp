@@ -25,7 +25,11 @@ void SimulatedDesktop::sendToVirtualDesktop(std::string_view label, int virtualD
 void SimulatedDesktop::showVirtualDesktop(int virtualDesktop) {
     if (virtualDesktop == virtualDesktop_) return;
     virtualDesktop_ = virtualDesktop;
-    ++spaceChanges_;
+    if (spacesAreToldAfter_ > Seconds(0)) {
+        queue_.after(spacesAreToldAfter_, lifetime_.guard([this] { ++spaceChanges_; }));
+    } else {
+        ++spaceChanges_;
+    }
     const auto* front = frontmost_ ? findApplication(*frontmost_) : nullptr;
     if (!front || !focusedWindow(*front)) focusNextApplication();
     changed();
@@ -64,6 +68,19 @@ void SimulatedDesktop::leaveOwnSpace(SimulatedWindow& window) {
         if (other.virtualDesktop == ending) other.virtualDesktop = window.virtualDesktopBeforeFullScreen;
     }
     if (virtualDesktop_ == ending) showVirtualDesktop(std::max(window.virtualDesktopBeforeFullScreen, 0));
+}
+
+void SimulatedDesktop::closeAndRetain(std::string_view label, RetainedFrame frame) {
+    SimulatedWindow closed = window(label);
+    if (frame == RetainedFrame::empty) closed.frame.size = {};
+    remove(window(label));
+    retained_.insert_or_assign(closed.number(), closed);
+}
+
+bool SimulatedDesktop::isRetained(const std::string& windowID) const {
+    return std::any_of(retained_.begin(), retained_.end(), [&](const auto& entry) {
+        return std::to_string(entry.second.processIdentifier()) + ":" + std::to_string(entry.first) == windowID;
+    });
 }
 
 std::string SimulatedDesktop::openTab(std::string_view label, WindowTraits traits) {

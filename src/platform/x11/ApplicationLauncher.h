@@ -17,6 +17,7 @@ class ApplicationLauncher {
     virtual std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) = 0;
     virtual void launch(const LaunchableApplication& application, LaunchActivation activation,
                         LaunchCompletion completion) = 0;
+    virtual bool hasLaunchedProcessSucceeded(pid_t process) const = 0;
 };
 
 } // namespace kova

@@ -99,6 +99,7 @@ class X11Desktop final : public AccessibilityServicing,
     void hide(pid_t processIdentifier) override;
     void unhide(pid_t processIdentifier) override;
     std::optional<std::string> processStartIdentity(pid_t processIdentifier) const override;
+    bool hasLaunchedProcessSucceeded(pid_t processIdentifier) const override;
     void settleHiddenWindows(LeftWindows leftWindows) override;
     void activate(pid_t processIdentifier) override;
     std::vector<LaunchableApplication> launchableApplications() const override;

@@ -47,6 +47,10 @@ void X11Desktop::launch(const LaunchableApplication& application, LaunchActivati
         }));
 }
 
+bool X11Desktop::hasLaunchedProcessSucceeded(pid_t processIdentifier) const {
+    return parts_->launcher && parts_->launcher->hasLaunchedProcessSucceeded(processIdentifier);
+}
+
 bool X11Desktop::terminate(pid_t processIdentifier) {
     const std::lock_guard lock(parts_->mutex);
     Questions questions;
