@@ -73,6 +73,10 @@ class Answers {
     std::vector<AttributeValue> values_;
 };
 
+bool isEmpty(const CGSize& size) {
+    return size.width <= 0 || size.height <= 0;
+}
+
 bool isManagedKind(const Answers& answers) {
     const auto* role = answers.get<std::string>(AccessibilityAttribute::role);
     if (!role || *role != "AXWindow") return false;
@@ -104,10 +108,9 @@ std::vector<std::size_t> visibleCandidates(const std::vector<Found>& found,
 std::optional<std::string> ownerOf(const WindowCandidate& dialog, const std::vector<Found>& found) {
     const WindowCandidate* at = &dialog;
     for (int length = 0; length < kLongestChain; ++length) {
-        const auto parent =
-            !at->parentID ? found.end() : std::ranges::find(found, *at->parentID, [](const Found& each) {
-                return each.candidate.id;
-            });
+        const auto parent = !at->parentID ? found.end()
+                                          : std::ranges::find(found, *at->parentID,
+                                                              [](const Found& each) { return each.candidate.id; });
         if (parent == found.end()) return at == &dialog ? std::nullopt : std::optional(at->id);
         at = &parent->candidate;
     }
@@ -235,9 +238,14 @@ std::vector<UnlistedWindow> AccessibilityWindowService::unlistedWindows(std::spa
         switch (presence) {
         case WindowPresence::gone:
             break;
-        case WindowPresence::present:
-            unlisted.push_back({window.id, true, windowCandidate(window.element, process)});
+        case WindowPresence::present: {
+            auto now = windowCandidate(window.element, process);
+            // An application may keep the object of a window that it has closed; one without a size is on no Space.
+            const auto frame = now ? now->frame : readFrame(window.element);
+            if (frame && isEmpty(frame->size)) break;
+            unlisted.push_back({window.id, true, std::move(now)});
             break;
+        }
         case WindowPresence::noAnswer:
             silent.insert(process);
             unlisted.push_back({window.id, false, std::nullopt});

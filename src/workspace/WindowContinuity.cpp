@@ -54,15 +54,24 @@ std::vector<WindowSuccessor> takeTabSuccessors(WindowEnumeration& found, const s
         if (window.isVisible && !window.parentID && !known.contains(window.id)) newcomers.push_back(&window);
     }
     if (newcomers.empty()) return {};
-    for (const auto& window : found.unlisted) {
-        if (!window.answers || shownSpace == ShownSpace::another) there.insert(window.id);
-    }
+    std::unordered_set<std::string> existing; // and listed no more
+    for (const auto& window : found.unlisted) (window.answers ? existing : there).insert(window.id);
     std::vector<ManagedWindowRecoveryIdentity> missing;
     for (const auto& window : before) {
         const bool wasShown = !window.isElsewhere && !window.isMinimized;
         if (wasShown && !there.contains(window.id)) missing.push_back(recoveryIdentity(window));
     }
+    const auto exists = [&](const auto& window) { return existing.contains(window.id); };
     auto successors = recogniseTabs(missing, newcomers);
+    const auto hasSuccessor = [&](const auto& window) {
+        return std::ranges::find(successors, window.id, &WindowSuccessor::formerID) != successors.end();
+    };
+    const bool haveOthersLeft =
+        std::ranges::any_of(missing, [&](const auto& window) { return exists(window) && !hasSuccessor(window); });
+    if (shownSpace == ShownSpace::another || haveOthersLeft) {
+        std::erase_if(missing, exists);
+        successors = recogniseTabs(missing, newcomers);
+    }
     std::erase_if(found.unlisted, [&](const auto& window) {
         return std::ranges::find(successors, window.id, &WindowSuccessor::formerID) != successors.end();
     });

@@ -156,9 +156,9 @@ void Desk::checkWindowsAreAtRest(std::vector<std::string>& broken) {
             broken.push_back("outside all displays: " + window->label());
         }
     }
-    // What a silent application has closed is not known before it answers.
+    // What a silent application has closed is not known before it answers, and some closed windows go on answering.
     for (const auto& window : controller().liveWindows()) {
-        if (desktop.isSilent(window.processIdentifier)) living.insert(window.id);
+        if (desktop.isSilent(window.processIdentifier) || desktop.isRetained(window.id)) living.insert(window.id);
     }
     const auto& zoomed = *controller().state().focusMode;
     if (zoomed && !living.contains(zoomed->windowID)) broken.push_back("focus mode of a dead window");

@@ -326,18 +326,52 @@ TEST(NativeTabs, TwinsAndOtherFramesAreOtherWindows) {
 }
 
 TEST(NativeTabs, AWindowOfTheNextSpaceWithTheSameFrameIsAnother) {
-    Desk desk;
-    desk.desktop.setSpaceStyle(SpaceStyle::listsShown);
-    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
-    const std::string picture = desk.tiles();
-    desk.desktop.open("Mail", {.frame = desk.desktop.window("Mail").frame, .virtualDesktop = 1});
-    desk.settle();
-    desk.desktop.showVirtualDesktop(1);
-    desk.settle();
-    EXPECT_EQ(desk.controller().assignments().targetOf(desk.desktop.windowIDOf("Mail 2")), std::nullopt);
-    desk.desktop.showVirtualDesktop(0);
-    desk.settle();
-    desk.expectTiles(picture);
+    struct Case {
+        const char* what;
+        Seconds toldAfter;
+        Seconds pollDuration;
+        bool hasOther; // another window on the Space that is left
+    };
+    const Case cases[] = {
+        {"told at once", Seconds(0), Seconds(0), false},
+        {"told while windows are listed", Seconds(0.3), Seconds(0.6), false},
+        {"told long after they were", Seconds(0.9), Seconds(0), true},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.what);
+        Desk desk;
+        desk.desktop.setSpaceStyle(SpaceStyle::listsShown);
+        desk.desktop.setVouching(false);
+        desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail");
+        if (c.hasOther) desk.opens("Notes");
+        desk.arrange();
+        const std::string picture = desk.tiles();
+        desk.desktop.open("Mail", {.frame = desk.desktop.window("Mail").frame, .virtualDesktop = 1});
+        desk.settle();
+        desk.desktop.tellOfSpacesAfter(c.toldAfter);
+        desk.desktop.pollingQueue().setJobDuration(c.pollDuration);
+        desk.controller().refresh();
+        desk.desktop.showVirtualDesktop(1);
+        desk.settle();
+        EXPECT_EQ(desk.controller().assignments().targetOf(desk.desktop.windowIDOf("Mail 2")), std::nullopt);
+        desk.desktop.showVirtualDesktop(0);
+        desk.settle();
+        desk.expectTiles(picture);
+    }
+}
+
+TEST(ClosedWindows, ThatGoOnAnsweringKeepNoTileOnceTheyHaveNoSizeOrAllAreArranged) {
+    for (const auto frame : {SimulatedDesktop::RetainedFrame::empty, SimulatedDesktop::RetainedFrame::asItWas}) {
+        Desk desk;
+        desk.desktop.setSpaceStyle(SpaceStyle::listsShown);
+        desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
+        desk.desktop.closeAndRetain("Notes", frame);
+        desk.settle();
+        const bool isKept = frame == SimulatedDesktop::RetainedFrame::asItWas; // as a window of another Space
+        EXPECT_EQ(desk.state().assignedWindowIDs->size(), isKept ? 2u : 1u);
+        desk.opens("Maps").arrange();
+        desk.expectTiles("Mail 15,15 1254x1382 | Maps 1291,15 1254x1382");
+    }
 }
 
 } // namespace
