@@ -82,11 +82,10 @@ constexpr double kFadePerPlacement = 0.7;
 constexpr double kForgottenWeight = 0.001;
 constexpr double kOtherLayoutsShare = 0.5;
 
-constexpr double kHeaviestLearntWeight = 1e6;
-
 /// Stored weights may be anything; what cannot be a weight counts as nothing learnt.
 double learntWeight(double stored) {
-    return stored > 0 ? std::min(stored, kHeaviestLearntWeight) : 0;
+    if (stored == AutoArrangeLearningModel::kUserWeight) return stored;
+    return stored > 0 ? std::min(stored, AutoArrangeLearningModel::kHabitWeight) : 0;
 }
 
 } // namespace
@@ -175,7 +174,7 @@ bool AutoArrangeLearningModel::isPlacedByUser(const std::string& layoutID, const
     const auto application = layout->second.applications.find(applicationKey);
     if (application == layout->second.applications.end()) return false;
     const auto slot = application->second.slotWeights.find(std::string(slotID));
-    return slot != application->second.slotWeights.end() && learntWeight(slot->second) > kHabitWeight;
+    return slot != application->second.slotWeights.end() && slot->second == kUserWeight;
 }
 
 void AutoArrangeLearningModel::learnArrangement(const std::string& layoutID, const std::string& applicationKey,
@@ -183,7 +182,7 @@ void AutoArrangeLearningModel::learnArrangement(const std::string& layoutID, con
     AppLearning& learning = layouts[layoutID].applications[applicationKey];
     for (auto& [slot, weight] : learning.slotWeights) {
         weight = learntWeight(weight);
-        if (!slotIDs.contains(slot) && weight <= kHabitWeight) weight *= kFadePerPlacement;
+        if (!slotIDs.contains(slot) && weight != kUserWeight) weight *= kFadePerPlacement;
     }
     for (const auto& slot : slotIDs) {
         double& weight = learning.slotWeights[slot];
@@ -199,9 +198,13 @@ void AutoArrangeLearningModel::learnPlacementByUser(const std::string& layoutID,
     for (auto& [slot, weight] : learning.slotWeights) {
         weight = std::min(learntWeight(weight), kHabitWeight) * kFadePerPlacement;
     }
-    learning.slotWeights[slotID] = kHabitWeight + 1;
+    learning.slotWeights[slotID] = kUserWeight;
     learning.forgetFaded();
     learning.count(1);
+}
+
+void AutoArrangeLearningModel::forget(const std::string& applicationKey) {
+    for (auto& [layoutID, layout] : layouts) layout.applications.erase(applicationKey);
 }
 
 void AutoArrangeLearningModel::AppLearning::forgetFaded() {

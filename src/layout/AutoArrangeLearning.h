@@ -46,8 +46,11 @@ struct AutoArrangeLearningModel {
     std::map<std::string, LayoutLearning> layouts; // by layout id
 
     /// From this weight on a slot is where the user keeps the application: three arrangements left it there, or the
-    /// user put it there. A larger weight only the user's own placement gives.
+    /// user put it there. A stored weight that is larger counts as this one.
     static constexpr double kHabitWeight = 3;
+    /// Of the slot that the user chose. No rule that counts arrangements gives a quarter, so a stored model that had no
+    /// limit does not hold a slot for the user's choice.
+    static constexpr double kUserWeight = 4.25;
 
     /// How much the application is at home in the slot, from 0 to 1: the slot's share of the habits learnt on this
     /// layout, else the share that other layouts give to slots of the same canonical id, halved. What is not a habit
@@ -63,6 +66,8 @@ struct AutoArrangeLearningModel {
     /// The user has put a window of the application into the slot, which is a habit at once, and the only one.
     void learnPlacementByUser(const std::string& layoutID, const std::string& applicationKey,
                               const std::string& slotID);
+    /// Drops all that was learnt of the application.
+    void forget(const std::string& applicationKey);
     bool operator==(const AutoArrangeLearningModel&) const = default;
 };
 

@@ -1,16 +1,35 @@
 #include "workspace/UndoHistory.h"
 
 #include "workspace/DisplaySuccession.h"
-#include "workspace/Renaming.h"
 
 #include <utility>
 
 namespace kova {
 
+namespace {
+
+void renameIn(std::set<std::string>& windowIDs, const std::string& windowID, const std::string& newID) {
+    if (windowIDs.erase(windowID) > 0) windowIDs.insert(newID);
+}
+
+} // namespace
+
+void WorkspaceUndoSnapshot::changeAssignments(const std::function<void(TileAssignments&)>& change) {
+    TileAssignments assignments{std::move(assignedWindowIDs), std::move(stackWindowIDsByTarget),
+                                std::move(placementAnchors)};
+    change(assignments);
+    assignedWindowIDs = std::move(assignments.assignedWindowIDs);
+    stackWindowIDsByTarget = std::move(assignments.stackWindowIDsByTarget);
+    placementAnchors = std::move(assignments.anchorTargetIDsByWindowID);
+}
+
 void WorkspaceUndoSnapshot::rename(const std::string& windowID, const std::string& newID) {
-    tiles.rename(windowID, newID);
+    changeAssignments([&](TileAssignments& tiles) { tiles.rename(windowID, newID); });
     spaces.rename(windowID, newID);
-    renameKey(windowFrames, windowID, newID);
+    if (auto frame = windowFrames.extract(windowID)) {
+        frame.key() = newID;
+        windowFrames.insert(std::move(frame));
+    }
     renameIn(minimizedWindowIDs, windowID, newID);
     renameIn(maximizedWindowIDs, windowID, newID);
     renameIn(visibleWindowIDs, windowID, newID);
@@ -19,10 +38,18 @@ void WorkspaceUndoSnapshot::rename(const std::string& windowID, const std::strin
 }
 
 void WorkspaceUndoSnapshot::renameDisplay(const std::string& displayID, const std::string& newID) {
-    tiles.renameDisplay(displayID, newID);
+    changeAssignments([&](TileAssignments& tiles) { tiles.renameDisplay(displayID, newID); });
     spaces.renameDisplay(displayID, newID);
     copyDisplay(profile, displayID, newID);
     layoutHomes.renameDisplay(displayID, newID);
+}
+
+void WorkspaceUndoSnapshot::forgetApplication(const std::string& applicationKey) {
+    profile.applicationMinimumSizes.erase(applicationKey);
+    if (!learning) return;
+    AutoArrangeLearningModel without = *learning;
+    without.forget(applicationKey);
+    if (without != *learning) learning = std::make_shared<const AutoArrangeLearningModel>(std::move(without));
 }
 
 void UndoHistory::push(UndoEntry entry) {
@@ -43,6 +70,10 @@ void UndoHistory::rename(const std::string& windowID, const std::string& newID) 
 
 void UndoHistory::renameDisplay(const std::string& displayID, const std::string& newID) {
     for (auto& entry : entries_) entry.snapshot.renameDisplay(displayID, newID);
+}
+
+void UndoHistory::forgetApplication(const std::string& applicationKey) {
+    for (auto& entry : entries_) entry.snapshot.forgetApplication(applicationKey);
 }
 
 } // namespace kova

@@ -10,6 +10,7 @@
 
 #include <sys/types.h>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -20,7 +21,9 @@
 namespace kova {
 
 struct WorkspaceUndoSnapshot {
-    TileAssignments tiles;
+    std::map<std::string, std::string> assignedWindowIDs;
+    std::map<std::string, std::string> placementAnchors;
+    std::map<std::string, std::vector<std::string>> stackWindowIDsByTarget;
     SpaceMemory spaces;
     std::map<std::string, CGRect> windowFrames; // window-service space
     std::set<std::string> minimizedWindowIDs;
@@ -38,10 +41,14 @@ struct WorkspaceUndoSnapshot {
         return windowFrames.contains(windowID) || minimizedWindowIDs.contains(windowID) ||
                visibleWindowIDs.contains(windowID);
     }
+    /// Replaces tiles, stacks and anchors by what `change` makes of them.
+    void changeAssignments(const std::function<void(TileAssignments&)>& change);
     /// The window is known under another id from now on.
     void rename(const std::string& windowID, const std::string& newID);
     /// And so is the display, whose layout goes with it.
     void renameDisplay(const std::string& displayID, const std::string& newID);
+    /// Going back brings nothing back that was learnt of the application.
+    void forgetApplication(const std::string& applicationKey);
     bool operator==(const WorkspaceUndoSnapshot&) const = default;
 };
 
@@ -73,6 +80,7 @@ class UndoHistory {
     /// The window is known under another id from now on.
     void rename(const std::string& windowID, const std::string& newID);
     void renameDisplay(const std::string& displayID, const std::string& newID);
+    void forgetApplication(const std::string& applicationKey);
 
     /// The whole history, to be put back as it was: entering and leaving focus mode must not cost the oldest entry.
     const std::vector<UndoEntry>& entries() const { return entries_; }

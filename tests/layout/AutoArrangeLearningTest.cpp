@@ -141,6 +141,15 @@ TEST(AutoArrangeLearning, ThreeArrangementsOrOnePlacementByTheUserMakeAHabit) {
     for (int round = 0; round < 30; ++round) model.learnArrangement("grid", "mail", {"secondary-2"});
     EXPECT_EQ(model.layouts["grid"].applications["mail"].slotWeights.size(), 1U) << "old places are forgotten";
 
+    for (const double stored : {3.5, 4.0, 12.0, 1e9}) { // of a model without the limit
+        auto& weights = model.layouts["grid"].applications["old"].slotWeights;
+        weights = {{"focus-main", stored}};
+        EXPECT_FALSE(model.isPlacedByUser("grid", "old", "focus-main")) << stored;
+        EXPECT_EQ(model.preference("grid", "old", "focus-main"), 1) << stored;
+        for (int round = 0; round < 3; ++round) model.learnArrangement("grid", "old", {"secondary-1"});
+        EXPECT_EQ(model.preference("grid", "old", "focus-main"), 0) << stored;
+    }
+
     for (int round = 0; round < 3; ++round) model.learnArrangement("grid", "term", {"secondary-1", "secondary-2"});
     EXPECT_EQ(model.preference("grid", "term", "secondary-1"), 0.5) << "two windows of one application, two places";
     EXPECT_EQ(model.preference("grid", "term", "secondary-2"), 0.5);

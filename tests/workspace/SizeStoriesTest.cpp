@@ -62,6 +62,20 @@ TEST(SizeStories, NothingIsLearnedWhileTheWindowManagerIsReplaced) {
     desk.expectTiles("Codex 15,15 1254x1382 | Mail 1291,15 1254x1382");
 }
 
+TEST(SizeStories, NothingIsLearnedWithinASecondOfADividersRelease) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+    auto& controller = desk.controller();
+    const auto divider = controller.dividers().front();
+    ASSERT_TRUE(controller.beginDividerDrag(divider));
+    desk.desktop.stallResizing(Seconds(0.9)); // longer than the verification of the last frames
+    controller.updateDividerDrag(divider, -400);
+    controller.endDividerDrag(divider);
+    desk.rest();
+    EXPECT_EQ(learnedOfApplications(desk), 0u);
+    desk.expectTiles("Codex 15,15 854x1382 | Mail 891,15 1654x1382");
+}
+
 TEST(SizeStories, AWindowNeverCoversMoreThanItsTileAndRestsInItsMiddle) {
     Desk desk;
     desk.display(1920, 1080).layout("jarvis.triple-stack");
@@ -85,6 +99,15 @@ TEST(SizeStories, WhatWasLearnedOfAnApplicationCanBeForgotten) {
     desk.rest();
     desk.expectTiles("Codex 15,15 1008x1382 | Mail 1045,15 1500x1382");
     EXPECT_EQ(learnedOfApplications(desk), 1u) << "it showed it again";
+    for (const WorkspaceAction& comingBack :
+         {WorkspaceAction(action::ToggleFocusZoom{}), WorkspaceAction(action::Undo{})}) {
+        desk.rest();
+        std::holds_alternative<action::Undo>(comingBack) ? desk.arrange() : desk.zoom();
+        ASSERT_EQ(learnedOfApplications(desk), 1u);
+        (void)desk.controller().forgetApplication("mail");
+        desk.controller().perform(comingBack);
+        EXPECT_EQ(learnedOfApplications(desk), 0u) << "forgotten for good";
+    }
 }
 
 } // namespace
