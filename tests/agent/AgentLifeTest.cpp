@@ -11,6 +11,7 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <thread>
 
 namespace kova::testing {
@@ -111,6 +112,34 @@ TEST_F(AgentLife, AKilledAgentIsFollowedByTheNext) {
     EXPECT_EQ(session.waitForAgent()->exitCode, 128 + SIGKILL);
     session.startAgent();
     EXPECT_TRUE(session.agentAnswers());
+}
+
+TEST_F(AgentLife, AnAgentThatIsKilledHasKeptTheLastValueThatItAcknowledged) {
+    PrivateServer server("800x600");
+    Session session(server.folder(), server.displayName());
+    const auto seed = std::random_device{}();
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    std::mt19937 random(seed);
+    int value = 0; // the one that was acknowledged last
+    for (int round = 0; round < 8; ++round) {
+        session.startAgent();
+        ASSERT_TRUE(session.agentAnswers());
+        const std::string reported = session.query("state").at("settings").at("tileInset").dump();
+        const double kept = std::stod(reported);
+        // A change that was on its way may have been kept as well.
+        EXPECT_TRUE(round == 0 || kept == value || kept == (value + 1) % 100) << kept << " for " << value;
+        const auto killer = std::chrono::milliseconds(std::uniform_int_distribution(0, 150)(random));
+        std::thread killing([&, killer] {
+            std::this_thread::sleep_for(killer);
+            session.signalAgent(SIGKILL);
+        });
+        value = static_cast<int>(kept);
+        while (session.kova({"layout", "inset", std::to_string((value + 1) % 100)}).exitCode == 0) {
+            value = (value + 1) % 100;
+        }
+        killing.join();
+        ASSERT_TRUE(session.waitForAgent());
+    }
 }
 
 TEST_F(AgentLife, PreferencesOutliveTheAgentAndDamageIsReported) {

@@ -145,6 +145,32 @@ TEST_F(SavingPreferences, WhatCannotBeWrittenIsSaidAndTriedAgainUntilItCan) {
     EXPECT_EQ(queue.pendingCount(), 0U);
 }
 
+TEST_F(SavingPreferences, AFileWhoseFolderIsNotOnDiskIsNotOnDisk) {
+    given(R"({"theirs": "1"})");
+    int error = EIO, syncs = 0;
+    PreferencesFile written(file(), [&](const fs::path& synced) {
+        EXPECT_EQ(synced, folder());
+        ++syncs;
+        return error;
+    });
+    (void)written.load(queue.now());
+    const PreferencesFile::Request request{.values = {{"ours", std::string("1")}}, .version = 1, .unusable = {}};
+    given(R"({"theirs": "2"})"); // as another writer has it meanwhile
+    for (int attempt = 1; attempt <= 2; ++attempt) {
+        const auto failed = written.write(request, queue.now());
+        EXPECT_FALSE(failed.isOnDisk);
+        EXPECT_EQ(failed.problem, "cannot make sure that " + file().string() + " lasts: Input/output error");
+        EXPECT_EQ(syncs, attempt);
+    }
+    error = 0;
+    const auto done = written.write(request, queue.now());
+    EXPECT_TRUE(done.isOnDisk) << done.problem;
+    EXPECT_EQ(inFile(), json::parse(R"({"theirs": "2", "ours": "1"})"));
+    EXPECT_EQ(syncs, 3);
+    (void)written.write({.values = request.values, .version = 2, .unusable = {}}, queue.now());
+    EXPECT_EQ(syncs, 3) << "nothing was written";
+}
+
 TEST_F(SavingPreferences, AFileThatCannotBeReadNowIsLeftAloneAndGoesBeforeWhatWasMadeUpMeanwhile) {
     given(R"({"KOVA.workspaceProfile.v1": {"name": "Mine"}, "both": "theirs"})");
     {

@@ -219,7 +219,15 @@ bool PreferencesFile::Fingerprint::operator==(const Fingerprint& other) const {
            changed.tv_sec == other.changed.tv_sec && changed.tv_nsec == other.changed.tv_nsec;
 }
 
-PreferencesFile::PreferencesFile(fs::path path) : path_(std::move(path)) {}
+PreferencesFile::PreferencesFile(fs::path path, FolderSync folderSync) :
+    path_(std::move(path)), syncFolder_(std::move(folderSync)) {}
+
+int PreferencesFile::syncFolder(const fs::path& folder) {
+    const Descriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!opened.isOpen()) return errno;
+    // Some file systems cannot do it for folders and need not.
+    return fsync(opened.number()) == 0 || errno == EINVAL ? 0 : errno;
+}
 
 PreferencesFile::Fingerprint PreferencesFile::fingerprintOf(const struct stat& status) {
     return {status.st_dev, status.st_ino, status.st_size, status.st_mtim};
@@ -368,12 +376,13 @@ PreferencesFile::Written PreferencesFile::write(const Request& request, WallTime
     if (inFile ? next != *inFile : !next.empty()) {
         written.problem = keepCopies(*target, next, request, disputed, now, written);
         if (written.problem.empty()) written.problem = replace(*target, documentOf(next));
-        if (!written.problem.empty()) {
-            written.takenOver.clear();
-            return written;
-        }
     } else {
         knownFingerprint_ = present;
+    }
+    if (written.problem.empty()) written.problem = makeNameLast(*target);
+    if (!written.problem.empty()) {
+        written.takenOver.clear();
+        return written;
     }
     known_ = std::move(next);
     ours_ = std::move(ours);
@@ -410,9 +419,17 @@ std::string PreferencesFile::replace(const fs::path& target, const std::string& 
         return failure(error);
     }
     knownFingerprint_ = fingerprintOf(status);
-    // The new name lasts only once its folder is on disk too. The file is whole either way.
-    const Descriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (opened.isOpen()) fsync(opened.number());
+    isNameOnDisk_ = false;
+    return {};
+}
+
+std::string PreferencesFile::makeNameLast(const fs::path& target) {
+    if (isNameOnDisk_) return {};
+    if (const int error = syncFolder_(target.parent_path()); error != 0) {
+        knownFingerprint_.reset(); // the next try begins with what the file then says
+        return "cannot make sure that " + target.string() + " lasts: " + reasonOf(error);
+    }
+    isNameOnDisk_ = true;
     return {};
 }
 

@@ -9,6 +9,7 @@
 #include "support/MainQueue.h"
 
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -28,8 +29,12 @@ using PreferenceKeySet = std::set<std::string, std::less<>>;
 /// Any thread; calls wait for one another and for the disk.
 class PreferencesFile {
   public:
+    /// Puts the names in a folder on disk; 0, or the error.
+    using FolderSync = std::function<int(const std::filesystem::path&)>;
+    static int syncFolder(const std::filesystem::path& folder);
+
     /// A path that is a link is written through to what it points to.
-    explicit PreferencesFile(std::filesystem::path path);
+    explicit PreferencesFile(std::filesystem::path path, FolderSync folderSync = syncFolder);
 
     /// In words for a person; empty when there is nothing to say.
     struct Loaded {
@@ -52,7 +57,7 @@ class PreferencesFile {
         TakenOver takenOver;
         std::string keptAt;  // the copy of a file with unusable values; empty when none was made
         std::string notice;  // what a person should know of, although all went well
-        std::string problem; // why nothing was written
+        std::string problem; // why it is not on disk
     };
     /// Writes all the values, unless they are on disk already. An older version than one written before is dropped.
     Written write(const Request& request, WallTime now);
@@ -92,8 +97,11 @@ class PreferencesFile {
     static std::optional<Fingerprint> fingerprint(const std::filesystem::path& target);
     /// Empty when done, else why not. Then `knownFingerprint_` is that of the new file.
     std::string replace(const std::filesystem::path& target, const std::string& text);
+    /// Puts the new name of a file that was replaced on disk. Empty when done or done before, else why not.
+    std::string makeNameLast(const std::filesystem::path& target);
 
     const std::filesystem::path path_;
+    const FolderSync syncFolder_;
     std::mutex mutex_;
     PreferenceValues known_; // in the file, as far as we know
     PreferenceValues ours_;  // what we wrote last, or read at the start
@@ -102,6 +110,7 @@ class PreferencesFile {
     std::optional<Fingerprint> copiedFingerprint_; // of the file that the last copy was made of
     std::string copiedTo_;
     std::uint64_t newestVersion_ = 0;
+    bool isNameOnDisk_ = true; // false from the replacement of the file until its folder is on disk
 };
 
 } // namespace kova
