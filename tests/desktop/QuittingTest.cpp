@@ -125,6 +125,26 @@ TEST_P(Quitting, WithoutTheServersWordNothingIsEndedByForce) {
     EXPECT_TRUE(x11::killProcess(victim.process())) << "there is no such process any more";
 }
 
+/// Its number may be another process's by now.
+TEST_P(Quitting, AProcessWhoseLastWindowHasGoneIsNotEndedByForce) {
+    Desk desk(GetParam());
+    Victim victim;
+    const auto mail = desk.client("Mail", static_cast<std::uint32_t>(victim.process()));
+    const auto window = mail->open({.title = "Mail"});
+    auto& desktop = desk.openDesktop();
+    ASSERT_TRUE(desk.showsExactly({"Mail"}));
+    mail->destroy(window);
+    const auto isRefusedAs = [&](const char* reason) {
+        const auto refusal = desktop.forceTerminate(victim.process());
+        EXPECT_TRUE(refusal);
+        return refusal.value_or("") == reason;
+    };
+    EXPECT_TRUE(desk.runUntil([&] { return isRefusedAs("it has no window any more"); })) << "before the next poll";
+    ASSERT_TRUE(desk.showsExactly({}));
+    EXPECT_TRUE(desk.runUntil([&] { return isRefusedAs("it does not run any more"); })) << "after it";
+    EXPECT_FALSE(victim.hasEnded());
+}
+
 TEST_P(Quitting, RealApplicationsEnd) {
     Desk desk(GetParam(), "1280x800", ClientProcessNumbers::told);
     std::vector<ChildProcess> terminals;

@@ -1,6 +1,10 @@
 #include "workspace/NeighbourTarget.h"
 
+#include "tests/harness/Desk.h"
+
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 using namespace kova;
 
@@ -43,6 +47,40 @@ TEST(NeighbourTarget, OnePointIsStillTheSameLine) {
     EXPECT_EQ(neighbourTarget("from", right, one), std::nullopt);
     const std::map<std::string, CGRect> more{{"from", makeRect(0, 0, 0, 0)}, {"near", makeRect(1.5, 0, 0, 0)}};
     EXPECT_EQ(neighbourTarget("from", right, more), "near");
+}
+
+TEST(NeighbourTarget, TheTilesOfASpanAreNoNeighborsOfIt) {
+    struct Case {
+        CGSize least; // of a window that spans two tiles of the grid
+        std::size_t at;
+        WorkspaceDirection direction;
+        std::vector<std::size_t> to; // at the same distance; none: there is no neighbor
+    };
+    const Case cases[] = {
+        {{2300, 400}, 0, left, {}},     {{2300, 400}, 0, right, {}}, {{2300, 400}, 0, up, {}},
+        {{2300, 400}, 0, down, {2, 3}}, {{400, 1300}, 1, up, {}},    {{400, 1300}, 1, right, {}},
+        {{400, 1300}, 1, left, {0, 2}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(std::string(describe(c.direction)) + " from " + std::to_string(c.at));
+        Desk desk;
+        desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Mail", {.minimumSize = c.least}).arrange();
+        const auto& controller = desk.controller();
+        const auto tiles = controller.tiles();
+        const std::string mail = desk.desktop.windowIDOf("Mail");
+        using enum WorkspaceController::Focusing;
+        ASSERT_TRUE(desk.controller().placeWindow(mail, tiles[c.at].targetID, yes));
+        desk.settle();
+        ASSERT_EQ(controller.assignments().targetsOf(mail).size(), 2u);
+        desk.move(c.direction);
+        EXPECT_EQ(desk.wasCarriedOut(), !c.to.empty());
+        if (c.to.empty()) {
+            desk.expectMessage("No zone " + std::string(describe(c.direction)) + " of the focused window");
+        } else {
+            const auto expected = std::min(tiles[c.to[0]].targetID, tiles[c.to[1]].targetID);
+            EXPECT_EQ(controller.assignments().targetOf(mail), expected);
+        }
+    }
 }
 
 } // namespace
