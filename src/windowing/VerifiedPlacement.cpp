@@ -24,6 +24,7 @@ struct AccessibilityWindowService::Placement {
     BringToFront bringToFront = BringToFront::no;
     std::function<void(CGRect)> onMinimumSizeObserved;
     int generation = 0;
+    bool endsMaximize = false;       // the window was maximized when the request was made
     std::optional<CGSize> refusedAt; // its size when the last pass found it too large
 };
 
@@ -58,8 +59,8 @@ void AccessibilityWindowService::setFrame(const ManagedWindow& window, const CGR
         applications_.activate(window.processIdentifier);
     }
 
-    verifyLater(
-        {window.element, window.id, frame, bringToFront, std::move(onMinimumSizeObserved), generation, std::nullopt});
+    verifyLater({window.element, window.id, frame, bringToFront, std::move(onMinimumSizeObserved), generation,
+                 window.isMaximized, std::nullopt});
 }
 
 /// What is asked for in one go is looked at in one go: a layout of a hundred windows wakes the main thread as often as
@@ -115,11 +116,11 @@ void AccessibilityWindowService::verify(Placement& placement, int pass) {
     const auto frame = readFrame(placement.element);
     const FrameVerdict verdict = verdictOnFrame(frame, placement.target);
     // A window that the user made full screen or maximized meanwhile says nothing of its sizes, and is left alone.
-    // Until the last pass a maximize may be the one that the placement itself is ending.
+    // Until the last pass a maximized window may be one whose maximizing the placement itself is ending.
     if (verdict != FrameVerdict::onTarget) {
         if (readsAs(AccessibilityAttribute::fullScreen, placement.element)) return;
-        const bool isLastPass = pass == kLastVerificationPass;
-        if (isLastPass && readsAs(AccessibilityAttribute::maximized, placement.element)) return;
+        const bool mayBeEnding = placement.endsMaximize && pass != kLastVerificationPass;
+        if (!mayBeEnding && readsAs(AccessibilityAttribute::maximized, placement.element)) return;
     }
     const auto refusedBefore = std::exchange(placement.refusedAt, std::nullopt);
     switch (verdict) {

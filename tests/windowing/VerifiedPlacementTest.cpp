@@ -46,16 +46,29 @@ TEST(VerifiedPlacement, WindowThatObeysIsWrittenOnce) {
     EXPECT_EQ(bench.desktop.queue().pendingCount(), 0u);
 }
 
-TEST(VerifiedPlacement, WindowThatGoesFullScreenIsLeftAlone) {
-    for (const double when : {0.0, 0.1, 0.5}) {
-        PlacementBench bench({});
-        bench.journalUntil(when);
-        bench.desktop.setFullScreen("Mail", true);
-        bench.desktop.takeJournal();
-        EXPECT_EQ(bench.journalUntil(5), "") << when;
-        EXPECT_EQ(bench.reported, "") << when;
-        EXPECT_FALSE(bench.isPending());
+TEST(VerifiedPlacement, WindowThatGoesFullScreenOrIsMaximizedIsLeftAlone) {
+    for (const auto enlarge : {&SimulatedDesktop::setFullScreen, &SimulatedDesktop::setMaximized}) {
+        for (const double when : {0.0, 0.1, 0.5}) {
+            PlacementBench bench({});
+            bench.journalUntil(when);
+            (bench.desktop.*enlarge)("Mail", true);
+            bench.desktop.takeJournal();
+            EXPECT_EQ(bench.journalUntil(5), "") << when;
+            EXPECT_EQ(bench.reported, "") << when;
+            EXPECT_FALSE(bench.isPending());
+        }
     }
+}
+
+TEST(VerifiedPlacement, EndsAMaximizeThatTheWindowManagerEndsLate) {
+    PlacementBench bench({});
+    bench.journalUntil(5);
+    bench.desktop.setMaximized("Mail", true);
+    bench.request(kTarget);
+    bench.desktop.setMaximized("Mail", true); // not yet carried out
+    bench.desktop.queue().advance(Seconds(1));
+    EXPECT_FALSE(bench.desktop.window("Mail").isMaximized);
+    EXPECT_EQ(bench.frameOf("Mail"), describeFrame(kTarget));
 }
 
 TEST(VerifiedPlacement, PassesComeOnTimeAndAlternate) {
