@@ -29,10 +29,13 @@ class TestLoop final : public MainQueue {
     /// Runs what is due and what is to be read, once; sleeps a little when there is nothing.
     void turn();
     void dropAll();
+    /// While true, no timer fires.
+    void holdTimers(bool holds) { holdsTimers_ = holds; }
 
   private:
     struct Due;
     std::mutex mutex_;
+    bool holdsTimers_ = false;
     std::vector<std::function<void()>> posted_;
     std::vector<std::shared_ptr<Due>> timers_;
     std::vector<std::weak_ptr<std::pair<int, std::function<void()>>>> watched_;

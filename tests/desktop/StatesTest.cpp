@@ -311,6 +311,24 @@ TEST_F(Desktop, KnowsWhoHasTheKeyboardAndWhatIsOnTop) {
     }
 }
 
+// The desktop's connection is not read for a while after each change; without timers that is for good.
+TEST_F(Desktop, KnowsTheFocusedWindowAtOnceWhileWindowsChange) {
+    Desk desk(Manager::openbox);
+    const auto mail = desk.client("Mail", 4001), notes = desk.client("Notes", 4002);
+    const auto inbox = mail->open({.title = "Inbox"}), pad = notes->open({.title = "Pad"});
+    desk.openDesktop();
+    ASSERT_TRUE(desk.showsExactly({"Inbox", "Pad"}));
+    desk.loop().holdTimers(true);
+    for (const auto& [window, process] : {std::pair{inbox, 4001}, std::pair{pad, 4002}, std::pair{inbox, 4001}}) {
+        mail->setTitle(inbox, "Inbox of " + std::to_string(process));
+        desk.runFor(Seconds(0.05));
+        constexpr std::uint32_t kFromPager = 2;
+        notes->ask("_NET_ACTIVE_WINDOW", window, {kFromPager, XCB_CURRENT_TIME, 0});
+        const std::string id = std::to_string(process) + ":" + std::to_string(window);
+        EXPECT_TRUE(desk.runUntil([&] { return desk.service().focusedWindowID() == id; })) << process;
+    }
+}
+
 TEST_F(Desktop, TakesTheWindowUnderThePointerForFocusedWhereTheKeyboardFollowsThat) {
     Desk desk(Manager::none);
     const auto mail = desk.client("Mail", 4001), notes = desk.client("Notes", 4002);

@@ -313,7 +313,7 @@ bool X11Desktop::Parts::actOn(const EventEffects& effects) {
     const bool displaysTold = displays.advance();
     if (displaysTold) monitors = displays.monitors();
     if (effects.askDisplays) displays.begin();
-    if (effects.askActiveWindow) askActiveWindow();
+    if (effects.askActiveWindow && !hand) askActiveWindow();
     if (effects.askScreenPower) askScreenPower();
     for (const xcb_window_t window : effects.redecorated) askDecorations(window);
     for (const xcb_window_t window : effects.restated) {
@@ -367,19 +367,22 @@ void X11Desktop::Parts::takeReplies() {
 }
 
 void X11Desktop::Parts::askActiveWindow() {
+    if (hand && model.windowManager().isPresent) return hand->askActiveWindow();
     mustFlush = true;
-    if (model.windowManager().isPresent) {
-        asked.emplace_back().add(
-            connection->askProperty(connection->root(), connection->atoms()[Atom::netActiveWindow], 1),
-            [this](const void* reply) {
-                const auto windows =
-                    numbersIn(viewOf(static_cast<const xcb_get_property_reply_t*>(reply)), XCB_ATOM_WINDOW);
-                model.activeWindow = windows.empty() ? kNoWindow : windows[0];
-                leaveKeyboard();
-            });
-    } else {
-        askFocus(asked.emplace_back(), *connection, model);
-    }
+    if (!model.windowManager().isPresent) return askFocus(asked.emplace_back(), *connection, model);
+    asked.emplace_back().add(connection->askProperty(connection->root(), connection->atoms()[Atom::netActiveWindow], 1),
+                             [this](const void* reply) {
+                                 const auto windows = numbersIn(
+                                     viewOf(static_cast<const xcb_get_property_reply_t*>(reply)), XCB_ATOM_WINDOW);
+                                 takeActiveWindow(windows.empty() ? kNoWindow : windows[0]);
+                             });
+}
+
+/// What a window manager that has left said last means nothing.
+void X11Desktop::Parts::takeActiveWindow(xcb_window_t window) {
+    if (!model.windowManager().isPresent) return;
+    if (std::exchange(model.activeWindow, window) != window) noteChange();
+    leaveKeyboard();
 }
 
 /// Gives the keyboard back when a window that was only to come back has taken it.

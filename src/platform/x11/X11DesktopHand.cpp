@@ -50,6 +50,7 @@ void X11Desktop::Parts::readHand() {
         hand->read();
     }
     tellOfHand();
+    callWhenChanged();
     if (hand->isLost()) watchingHand.reset();
 }
 
@@ -87,6 +88,7 @@ CGPoint X11Desktop::Parts::onScreen(int x, int y) const {
 /// Once whoever acts on it may read and write windows again.
 void X11Desktop::Parts::tellOfHand() {
     const std::lock_guard lock(mutex);
+    if (const auto active = hand->takeActiveWindow()) takeActiveWindow(*active);
     for (const PointerNews& news : hand->takePointerNews()) {
         const PointerEvent event{news.kind, onScreen(news.x, news.y), news.isShiftDown};
         queue.post(lifetime.guard([this, event] { pointerObservers.notify(event); }));

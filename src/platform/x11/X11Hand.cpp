@@ -3,8 +3,9 @@
 namespace kova::x11 {
 
 Hand::Hand(std::unique_ptr<XConnection> connection, const WindowModel& model, const Calls& calls) :
-    connection_(std::move(connection)), keyboard_(*connection_, asked_, calls.tryAgain),
-    pointer_(*connection_, asked_, calls.lookAgain), handles_(*connection_, model, asked_), readSoon_(calls.readSoon) {}
+    connection_(std::move(connection)), activeWindow_(*connection_, asked_),
+    keyboard_(*connection_, asked_, calls.tryAgain), pointer_(*connection_, asked_, calls.lookAgain),
+    handles_(*connection_, model, asked_), readSoon_(calls.readSoon) {}
 
 void Hand::read() {
     // Whoever looks for events also reads answers, whoever looks for answers or sends also reads events and answers:
@@ -21,7 +22,7 @@ void Hand::read() {
 bool Hand::takeEvents(xcb_generic_event_t* (*next)(xcb_connection_t*)) {
     bool any = false;
     while (const XReply<xcb_generic_event_t> event{next(connection_->get())}) {
-        if (!keyboard_.take(*event) && !handles_.take(*event)) pointer_.take(*event);
+        if (!keyboard_.take(*event) && !handles_.take(*event) && !activeWindow_.take(*event)) pointer_.take(*event);
         any = true;
     }
     return any;
@@ -39,7 +40,8 @@ bool Hand::send() {
     const bool isHandlesDue = handles_.act();
     const bool isPointerDue = pointer_.act();
     const bool isKeyboardDue = keyboard_.act();
-    const bool isAnyDue = isHandlesDue || isPointerDue || isKeyboardDue;
+    const bool isActiveWindowDue = activeWindow_.act();
+    const bool isAnyDue = isHandlesDue || isPointerDue || isKeyboardDue || isActiveWindowDue;
     if (isAnyDue) connection_->flush();
     return isAnyDue;
 }
@@ -61,6 +63,11 @@ void Hand::look() {
 void Hand::show(const std::vector<HandlePlace>& places) {
     handles_.show(places);
     readSoon_(); // what is sent then; the windows beside a divider go first
+}
+
+void Hand::askActiveWindow() {
+    activeWindow_.ask();
+    sendAndReadSoon();
 }
 
 void Hand::claimKeys(const std::vector<KeyCombination>& combinations) {

@@ -1,8 +1,9 @@
-// The user's hands on this server: the pointer's button, the handles of dividers, and keys. They have a connection of
-// their own, so that they are heard at once while the desktop's own rests from programs that change their windows all
-// the time. Main thread, with the model guarded; never waits once it is open.
+// The user's input on this server: the pointer's button, the handles of dividers, keys, and the window that has the
+// keyboard. It has a connection of its own, so that it is heard at once while the desktop's own connection rests from
+// programs that change their windows all the time. Main thread, with the model guarded; never waits once it is open.
 #pragma once
 
+#include "platform/x11/X11ActiveWindowWatch.h"
 #include "platform/x11/X11DividerHandles.h"
 #include "platform/x11/X11Keyboard.h"
 #include "platform/x11/X11PointerWatch.h"
@@ -38,6 +39,10 @@ class Hand {
     /// Windows may be stacked otherwise than before, or have moved.
     void windowsChanged(bool haveMoved);
 
+    /// Another window manager may name another window.
+    void askActiveWindow();
+    std::optional<xcb_window_t> takeActiveWindow() { return activeWindow_.takeNews(); }
+
     const Keyboard& keyboard() const { return keyboard_; }
     void claimKeys(const std::vector<KeyCombination>& combinations);
     void listenToKeys(bool listens);
@@ -58,6 +63,7 @@ class Hand {
 
     std::unique_ptr<XConnection> connection_;
     std::deque<Questions> asked_;
+    ActiveWindowWatch activeWindow_;
     Keyboard keyboard_;
     PointerWatch pointer_;
     DividerHandleWindows handles_;

@@ -116,6 +116,7 @@ struct X11Desktop::Parts {
     bool actOn(const x11::EventEffects& effects);                 // locked
     void takeReplies();                                           // locked; those that have come
     void askActiveWindow();                                       // locked, as are these
+    void takeActiveWindow(xcb_window_t window);
     void leaveKeyboard();
     void askDecorations(xcb_window_t window);
     void askState(x11::ClientWindow& client);
