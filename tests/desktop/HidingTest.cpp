@@ -273,6 +273,20 @@ TEST(WindowManager, MayBeReplacedWithoutAWindowBeingMissed) {
     replaceTheManager(false);
 }
 
+TEST(WindowManager, IsKnownWhenTheOneBeforeTookItsListOfAbilitiesAway) {
+    if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
+    Desk desk(Manager::openbox);
+    const auto client = desk.client("Mail", 4001);
+    const auto inbox = client->open({.title = "Inbox"});
+    desk.openDesktop();
+    ASSERT_TRUE(desk.showsExactly({"Inbox"}));
+    const auto before = desk.desktop().changeCount();
+    client->remove(client->root(), "_NET_SUPPORTED");
+    ASSERT_TRUE(desk.runUntil([&] { return desk.desktop().changeCount() != before; }));
+    EXPECT_TRUE(desk.showsExactly({"Inbox"}));
+    EXPECT_TRUE(desk.comesTo("Inbox", makeRect(20, 30, 500, 400), *client, inbox));
+}
+
 TEST(WindowManager, SizesAreNotReliedOnForTwoSecondsAfterItIsReplaced) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
     Desk desk(Manager::openbox);

@@ -130,13 +130,21 @@ void ModelRefresh::askManager(const void* checkReply) {
     questions_.add(
         connection_.askProperty(checkWindow, atoms[Atom::netWmName], 64),
         [this, manager](const void* reply) { manager->name = textIn(propertyIn(reply), connection_.atoms()); });
+    const auto keepsList = std::make_shared<bool>(false);
+    questions_.add(connection_.askProperty(connection_.root(), atoms[Atom::netClientList], 0),
+                   [keepsList](const void* reply) {
+                       const auto* list = as<xcb_get_property_reply_t>(reply);
+                       *keepsList = list && list->type == XCB_ATOM_WINDOW;
+                   });
     questions_.add(connection_.askProperty(connection_.root(), atoms[Atom::netSupported], 1024),
-                   [this, manager](const void* reply) {
+                   [this, manager, keepsList](const void* reply) {
                        const auto supported = numbersIn(propertyIn(reply), XCB_ATOM_ATOM);
                        const auto has = [&](Atom atom) {
                            return std::ranges::find(supported, connection_.atoms()[atom]) != supported.end();
                        };
-                       manager->isPresent = manager->isPresent && has(Atom::netClientList);
+                       // A manager that leaves can take away what the one that replaces it has written already.
+                       const bool isList = supported.empty() ? *keepsList : has(Atom::netClientList);
+                       manager->isPresent = manager->isPresent && isList;
                        manager->movesAndResizes = has(Atom::netMoveresizeWindow);
                        manager->restacks = has(Atom::netRestackWindow);
                        manager->announcesDecorations = has(Atom::netFrameExtents);
