@@ -210,7 +210,7 @@ TEST_P(Windows, AreListedAsTheyStandWhileTheyComeAndGo) {
 }
 
 // A window manager on a busy machine carries requests out late. The last request holds, whatever was read meanwhile.
-TEST(WindowsOfASlowManager, AreMinimisedAsTheyWereAskedLast) {
+TEST(WindowsOfASlowManager, AreMinimizedAndHiddenAsTheyWereAskedLast) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
     Desk desk(Manager::openbox);
     const auto client = desk.client("Editor", 4001);
@@ -218,14 +218,25 @@ TEST(WindowsOfASlowManager, AreMinimisedAsTheyWereAskedLast) {
     desk.openDesktop();
     EXPECT_TRUE(desk.showsExactly({"Draft"}));
     const auto window = desk.window("Draft");
-    const auto isAway = [&] { return !client->isViewable(draft) && desk.isMinimized("Draft"); };
-    const auto isBack = [&] { return client->isViewable(draft) && !desk.isMinimized("Draft"); };
+    const auto isAsAsked = [&](char last) {
+        const bool isAway = last == 'm' || last == 'h';
+        return client->isViewable(draft) != isAway && desk.isMinimized("Draft") == (last == 'm') &&
+               desk.isHidden(4001) == (last == 'h');
+    };
+    const auto carryOut = [&](char request) {
+        if (request == 'm') desk.service().minimize(window);
+        if (request == 'r') desk.service().unminimize(window);
+        if (request == 'h') desk.desktop().hide(4001);
+        if (request == 'u') desk.desktop().unhide(4001);
+    };
     int probes = 0;
-    // 'm' minimizes, 'r' restores; a poll reads the state in between, later than a result is taken on trust.
-    for (const std::string requests : {"m", "r", "mr", "mrm", "rm", "r", "mrmr", "m", "rmr", "mrm", "rmrm"}) {
+    // 'm' minimizes, 'r' restores, 'h' hides the application, 'u' shows it; a poll reads the state in between, later
+    // than a result is taken on trust.
+    for (const std::string requests : {"m", "r", "mr", "mrm", "rm", "r", "mrmr", "m", "rmr", "mrm", "rmrm", "rh", "u",
+                                       "huh", "uh", "uhu", "m", "rhuh", "u"}) {
         desk.server().pauseManager();
         for (const char request : requests) {
-            request == 'm' ? desk.service().minimize(window) : desk.service().unminimize(window);
+            carryOut(request);
             desk.service().flush();
             desk.runFor(Seconds(0.06));
             desk.poll();
@@ -234,7 +245,7 @@ TEST(WindowsOfASlowManager, AreMinimisedAsTheyWereAskedLast) {
         // Once the manager shows a later window it has done all before it.
         const auto probe = client->open({.title = "Probe " + std::to_string(probes++)});
         EXPECT_TRUE(desk.runUntil([&] { return client->isViewable(probe); }));
-        EXPECT_TRUE(desk.runUntil([&] { return requests.ends_with('m') ? isAway() : isBack(); })) << requests;
+        EXPECT_TRUE(desk.runUntil([&] { return isAsAsked(requests.back()); })) << requests;
         client->destroy(probe);
     }
 }

@@ -90,8 +90,8 @@ void X11Desktop::hide(pid_t processIdentifier) {
     std::vector<HiddenWindow> leaving;
     for (const xcb_window_t window : parts_->model.windowsOf(processIdentifier)) {
         const ClientWindow* client = parts_->model.client(window);
-        if (client && client->isManaged() && !parts_->model.isMinimized(*client) &&
-            parts_->model.isOnCurrentDesktop(*client))
+        if (client && client->isManaged() && parts_->model.isOnCurrentDesktop(*client) &&
+            (!parts_->model.isMinimized(*client) || parts_->mayStillReturn(*client)))
             leaving.push_back(parts_->recordOf(*client, TakenAway::byHiding));
     }
     parts_->hidden.add(leaving);

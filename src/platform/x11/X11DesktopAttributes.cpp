@@ -374,6 +374,13 @@ bool X11Desktop::Parts::mayStillLeave(const ClientWindow& client) const {
     return client.leaveAsked && queue.uptime() - *client.leaveAsked < kTimeToMinimize;
 }
 
+/// A window that was just asked back reads as minimized until the window manager has got to that request.
+bool X11Desktop::Parts::mayStillReturn(const ClientWindow& client) const {
+    constexpr Seconds kTimeToReturn{1};
+    return client.returnAsked && model.windowManager().isPresent &&
+           queue.uptime() - *client.returnAsked < kTimeToReturn;
+}
+
 void X11Desktop::Parts::mapAgain(xcb_window_t window) {
     if (!model.windowManager().isPresent) setIconicState(window, XCB_ICCCM_WM_STATE_NORMAL);
     xcb_map_window(connection->get(), window);

@@ -169,6 +169,7 @@ struct X11Desktop::Parts {
     void minimize(x11::ClientWindow& client);
     void restore(x11::ClientWindow& client);
     bool mayStillLeave(const x11::ClientWindow& client) const;
+    bool mayStillReturn(const x11::ClientWindow& client) const;
     void mapAgain(xcb_window_t window);
     void sendLeaving();
     void writeRecordSoon();
