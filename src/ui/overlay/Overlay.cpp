@@ -21,7 +21,7 @@ void keepOnly(Windows& windows, const std::set<std::string>& ids) {
 
 } // namespace
 
-Overlay::Overlay(OverlayPlatform& platform, OverlayActions& actions) : platform_(platform), actions_(actions) {
+Overlay::Overlay(OverlayPlatform& platform, OverlayActions& actions) : platform_(platform), actions_(actions), decoration_(platform) {
     spinner_.setInterval(kSpinnerMilliseconds);
     QObject::connect(&spinner_, &QTimer::timeout, &spinner_, [this] {
         spinnerTurn_ = std::fmod(spinnerTurn_ + 0.08, 1.0);
@@ -67,6 +67,7 @@ void Overlay::refresh() {
         footers_.clear();
         emptyTiles_.clear();
         backdrops_.clear();
+        decoration_.show(nullptr, {});
         return spinner_.stop();
     }
     // Footers first: they are what a person works with.
@@ -76,6 +77,7 @@ void Overlay::refresh() {
     refreshMessage();
     refreshBackdrops();
     refreshEmptyTiles();
+    decoration_.show(&*contents_, [this](const std::string& display) { return styleFor(display); });
     refreshSpinner();
 }
 

@@ -1,6 +1,7 @@
 // All windows of the overlay: creates, changes and removes them so that they show what the agent tells. Main thread only.
 #pragma once
 
+#include "ui/overlay/Decoration.h"
 #include "ui/overlay/FooterWindow.h"
 #include "ui/overlay/PictureWindows.h"
 
@@ -33,6 +34,7 @@ class Overlay {
     void compositingChanged();
 
     const std::map<std::string, std::unique_ptr<FooterWindow>>& footers() const { return footers_; }
+    bool isMoving() const { return spinner_.isActive() || decoration_.isMoving(); }
 
   private:
     Style styleFor(const std::string& display) const;
@@ -58,6 +60,7 @@ class Overlay {
     std::map<std::string, std::unique_ptr<DividerWindow>> dividers_;     // by divider
     std::map<std::string, std::unique_ptr<HighlightWindow>> highlights_; // by display
     std::unique_ptr<MessageWindow> message_;
+    Decoration decoration_;
     QTimer spinner_;
     double spinnerTurn_ = 0;
 };

@@ -50,6 +50,7 @@ void EmptyTileWindow::show(const TileContents& tile, const QRect& area, const QR
 }
 
 void EmptyTileWindow::paint(QPainter& painter) {
+    fillUnmixed(painter, size(), style_);
     if (ground() == Ground::theme) paintBackdrop(painter, backdrop_, style_);
     paintEmptyTile(painter, tile_, layout_, ground(), isHovered_, style_);
 }
@@ -98,6 +99,7 @@ void HighlightWindow::show(std::vector<CarriedOver> tiles, const QRect& area, co
 }
 
 void HighlightWindow::paint(QPainter& painter) {
+    fillUnmixed(painter, size(), style_);
     paintDropTargets(painter, tiles_, style_);
 }
 
@@ -116,6 +118,7 @@ void MessageWindow::show(const StatusMessage& message, QPoint bottomCenter, int 
 }
 
 void MessageWindow::paint(QPainter& painter) {
+    fillUnmixed(painter, size(), style_);
     paintMessage(painter, message_, layout_, isHovered_, style_);
 }
 

@@ -54,6 +54,10 @@ QRegion roundedRegion(const QRect& area, int radius) {
     return region;
 }
 
+void fillUnmixed(QPainter& painter, QSize size, const Style& style) {
+    if (!style.isComposited) painter.fillRect(QRect(QPoint(0, 0), size), style.palette.panelLine);
+}
+
 void paintBackdrop(QPainter& painter, QRect area, const Style& style) {
     QLinearGradient gradient(area.topLeft(), area.bottomLeft());
     gradient.setColorAt(0, style.palette.backdropTop);

@@ -27,10 +27,10 @@ inline constexpr double smallText = 12, largeText = 14;
 using IconSource = std::function<QPixmap(const ApplicationName& application, int sizePixels)>;
 
 struct Style {
-    Palette palette;
+    Palette palette{};
     double scale = 1; // pixels in a point
-    QString fontFamily;
-    IconSource icon;
+    QString fontFamily{};
+    IconSource icon{};
     bool isComposited = false;
     bool mayMove = true; // animations are wanted
 

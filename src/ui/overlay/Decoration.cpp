@@ -1,0 +1,87 @@
+#include "ui/overlay/Decoration.h"
+
+#include "ui/overlay/PictureWindows.h"
+
+#include <algorithm>
+
+namespace kova::ui {
+
+namespace {
+constexpr qint64 kIdleMilliseconds = 60'000;
+constexpr int kFramesPerLookAtPower = 30'000 / kParticleFrameMilliseconds;
+} // namespace
+
+class Decoration::Field final : public OverlayWindow {
+  public:
+    Field(OverlayPlatform& platform, const Particles& particles) :
+        OverlayWindow(platform, Layer::decoration, "KOVA decoration"), particles_(particles) {}
+
+    void show(const QRect& area, const QRect& backdrop, bool isCovered, const Style& style) {
+        const bool isSame = drawsAlike(style, style_) && area == geometry();
+        isCovered_ = isCovered;
+        style_ = style;
+        backdrop_ = backdrop.translated(-area.topLeft());
+        present(area, QRect(QPoint(0, 0), area.size()), QRegion());
+        if (!isSame) redraw();
+    }
+    bool isCovered() const { return isCovered_; }
+    void paint(QPainter& painter) override {
+        if (!backdrop_.isEmpty()) paintBackdrop(painter, backdrop_, style_);
+        particles_.paint(painter, style_);
+    }
+
+  private:
+    const Particles& particles_;
+    Style style_;
+    QRect backdrop_;
+    bool isCovered_ = false;
+};
+
+Decoration::Decoration(OverlayPlatform& platform) : platform_(platform) {
+    timer_.setInterval(kParticleFrameMilliseconds);
+    QObject::connect(&timer_, &QTimer::timeout, &timer_, [this] { move(); });
+}
+
+Decoration::~Decoration() = default;
+
+void Decoration::show(const OverlayContents* contents, const StyleOf& styleOf) {
+    sinceNews_.start();
+    if (!contents || !contents->appearance.showBrain) {
+        fields_.clear();
+        return timer_.stop();
+    }
+    bool isSeen = false, mayMove = true;
+    std::map<std::string, std::unique_ptr<Field>> kept;
+    for (const DisplayContents& display : contents->displays) {
+        const auto field = particleField(display);
+        const Style style = styleOf(display.id);
+        // Particles alone need a compositor: they have no shape.
+        const bool hasGround = contents->appearance.useThemeBackground || style.isComposited;
+        if (!field || !hasGround || display.isFocusMode) continue;
+        auto& window = kept[display.id];
+        window = std::move(fields_[display.id]);
+        if (!window) window = std::make_unique<Field>(platform_, particles_);
+        const bool isHidden = isCovered(*field, contents->tiles, display.id);
+        const QRect backdrop = contents->appearance.useThemeBackground ? style.px(display.frame) : QRect();
+        window->show(style.px(*field), backdrop, isHidden, style);
+        isSeen = isSeen || !isHidden;
+        mayMove = mayMove && style.mayMove;
+    }
+    fields_ = std::move(kept);
+    if (!isSeen || !mayMove || contents->isSuspended) return timer_.stop();
+    if (timer_.isActive()) return;
+    framesUntilLookAtPower_ = 0;
+    timer_.start();
+}
+
+void Decoration::move() {
+    const bool isPowerDue = framesUntilLookAtPower_-- <= 0;
+    if (isPowerDue) framesUntilLookAtPower_ = kFramesPerLookAtPower;
+    if (sinceNews_.elapsed() > kIdleMilliseconds || (isPowerDue && runsOnBattery())) return timer_.stop();
+    particles_.step();
+    for (const auto& [display, field] : fields_) {
+        if (!field->isCovered()) field->redraw();
+    }
+}
+
+} // namespace kova::ui

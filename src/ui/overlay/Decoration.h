@@ -1,0 +1,41 @@
+// The particle decoration of all displays and the one timer that moves it. It stands still, without a wake-up, while it is
+// covered by tiles or the workspace is suspended, when nothing happened on the desktop for a minute, on battery, and where
+// the desktop wants no motion.
+#pragma once
+
+#include "ui/overlay/OverlayWindow.h"
+#include "ui/overlay/Particles.h"
+
+#include <QElapsedTimer>
+#include <QTimer>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+namespace kova::ui {
+
+class Decoration {
+  public:
+    explicit Decoration(OverlayPlatform& platform);
+    ~Decoration();
+
+    using StyleOf = std::function<Style(const std::string& display)>;
+    /// The agent has told something new, which also means that something happens on the desktop. Null: nothing is shown.
+    void show(const OverlayContents* contents, const StyleOf& styleOf);
+    bool isMoving() const { return timer_.isActive(); }
+
+  private:
+    class Field;
+    void move();
+
+    OverlayPlatform& platform_;
+    std::map<std::string, std::unique_ptr<Field>> fields_; // by display
+    Particles particles_;
+    QTimer timer_;
+    QElapsedTimer sinceNews_;
+    int framesUntilLookAtPower_ = 0;
+};
+
+} // namespace kova::ui

@@ -1,0 +1,103 @@
+#include "ui/overlay/Particles.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRandomGenerator>
+
+#include <algorithm>
+#include <cmath>
+
+namespace kova::ui {
+
+namespace {
+
+constexpr int kCount = 42;
+constexpr double kNearPoints = 64;
+constexpr double kCoveredShare = 0.9;
+
+QByteArray contentsOf(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.read(64).trimmed() : QByteArray();
+}
+
+} // namespace
+
+Particles::Particles() {
+    QRandomGenerator random(20260); // the same picture at every start
+    const double middle = kParticleFieldPoints / 2;
+    for (int i = 0; i < kCount; ++i) {
+        const double angle = random.generateDouble() * 2 * M_PI, distance = std::sqrt(random.generateDouble()) * (middle - 12);
+        const double course = random.generateDouble() * 2 * M_PI, speed = 0.15 + random.generateDouble() * 0.35;
+        particles_.push_back({middle + distance * std::cos(angle), middle + distance * std::sin(angle),
+                              speed * std::cos(course), speed * std::sin(course), 1 + random.generateDouble() * 1.5});
+    }
+}
+
+void Particles::step() {
+    const double middle = kParticleFieldPoints / 2, rim = middle - 12;
+    for (Particle& particle : particles_) {
+        particle.x += particle.dx;
+        particle.y += particle.dy;
+        const double x = particle.x - middle, y = particle.y - middle, distance = std::hypot(x, y);
+        const double outward = (particle.dx * x + particle.dy * y) / std::max(distance, 1.0);
+        if (distance < rim || outward < 0) continue;
+        // Thrown back at the rim of the circle.
+        particle.dx -= 2 * outward * x / distance;
+        particle.dy -= 2 * outward * y / distance;
+    }
+}
+
+void Particles::paint(QPainter& painter, const Style& style) const {
+    painter.setRenderHint(QPainter::Antialiasing);
+    QColor color = style.palette.particle;
+    const float opacity = color.alphaF();
+    for (std::size_t i = 0; i < particles_.size(); ++i) {
+        const Particle& one = particles_[i];
+        for (std::size_t j = 0; j < i; ++j) {
+            const Particle& other = particles_[j];
+            const double distance = std::hypot(one.x - other.x, one.y - other.y);
+            if (distance >= kNearPoints) continue;
+            color.setAlphaF(opacity * static_cast<float>(0.45 * (1 - distance / kNearPoints)));
+            painter.setPen(QPen(color, style.scale));
+            painter.drawLine(QPointF(one.x, one.y) * style.scale, QPointF(other.x, other.y) * style.scale);
+        }
+    }
+    color.setAlphaF(opacity);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(color);
+    for (const Particle& particle : particles_) {
+        const double radius = particle.radius * style.scale;
+        painter.drawEllipse(QPointF(particle.x, particle.y) * style.scale, radius, radius);
+    }
+}
+
+std::optional<CGRect> particleField(const DisplayContents& display) {
+    const CGRect& area = display.visibleFrame;
+    if (area.size.width < kParticleFieldPoints || area.size.height < kParticleFieldPoints) return std::nullopt;
+    const CGPoint middle = centre(area);
+    return makeRect(middle.x - kParticleFieldPoints / 2, middle.y - kParticleFieldPoints / 2, kParticleFieldPoints,
+                    kParticleFieldPoints);
+}
+
+bool isCovered(const CGRect& field, const std::vector<TileContents>& tiles, const std::string& display) {
+    double covered = 0;
+    for (const TileContents& tile : tiles) {
+        const bool isSeenThrough = tile.display != display || tile.isEmpty;
+        if (!isSeenThrough) covered += intersectionArea(field, tile.frame);
+    }
+    return covered >= kCoveredShare * field.size.width * field.size.height;
+}
+
+bool runsOnBattery(const std::string& powerSupplyFolder) {
+    bool isDischarging = false;
+    const QDir folder(QString::fromStdString(powerSupplyFolder));
+    for (const QString& supply : folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        const QString path = folder.filePath(supply) + u'/';
+        // Batteries of mice and the like are of another scope.
+        if (contentsOf(path + QStringLiteral("type")) != "Battery" || contentsOf(path + QStringLiteral("scope")) == "Device") continue;
+        isDischarging = isDischarging || contentsOf(path + QStringLiteral("status")) == "Discharging";
+    }
+    return isDischarging;
+}
+
+} // namespace kova::ui

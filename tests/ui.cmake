@@ -1,0 +1,10 @@
+# kova-ui: its pictures, its pointer, its client, without a screen; and its windows on private X servers.
+if(NOT TARGET kova_ui)
+  return()
+endif()
+find_package(Qt6 REQUIRED COMPONENTS Test)
+kova_tests(ui kova_ui Qt6::Test kova_platform_x11)
+target_sources(ui_tests PRIVATE ${private_server})
+target_compile_definitions(ui_tests PRIVATE KOVA_GOLDEN="${CMAKE_CURRENT_SOURCE_DIR}/ui/golden"
+  KOVA_UI_PROGRAM="$<TARGET_FILE:kova-ui>")
+add_dependencies(ui_tests kova-ui)

@@ -1,0 +1,145 @@
+#include "tests/ui/FakeAgent.h"
+#include "tests/ui/Sample.h"
+
+#include "ui/client/AgentLink.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+namespace kova::ui::testing {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+struct Conversation {
+    Conversation() { agent = std::make_unique<FakeAgent>(path); }
+
+    void listen() {
+        agent = std::make_unique<FakeAgent>(path);
+        agent->setState(sampleState());
+    }
+    template <class Condition>
+    bool until(Condition condition) {
+        QElapsedTimer clock;
+        clock.start();
+        while (!condition() && clock.elapsed() < 20000) {
+            if (agent) agent->serve();
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        }
+        return condition();
+    }
+    bool hasContents() const { return link.contents().has_value(); }
+
+    QTemporaryDir folder;
+    const std::string path = folder.filePath(QStringLiteral("agent.sock")).toStdString();
+    std::unique_ptr<FakeAgent> agent;
+    std::vector<std::string> shown, complaints;
+    int changes = 0;
+    AgentLink link{path,
+                   {.contentsChanged = [this] { ++changes; },
+                    .showRequested = [this](const std::string& what) { shown.push_back(what); },
+                    .notUnderstood = [this](const std::string& reason) { complaints.push_back(reason); }}};
+};
+
+} // namespace
+
+TEST(AgentLink, MirrorsChangesAndTakesAWholeStateAfterAGap) {
+    Conversation talk;
+    talk.agent->setState(sampleState());
+    talk.link.start();
+    ASSERT_TRUE(talk.until([&] { return talk.hasContents(); }));
+    EXPECT_EQ(talk.link.contents()->tiles.size(), 4u);
+    talk.agent->change("message", nullptr);
+    ASSERT_TRUE(talk.until([&] { return !talk.link.contents()->message; }));
+    talk.agent->change("isSuspended", true, 3);
+    ASSERT_TRUE(talk.until([&] { return talk.link.contents()->isSuspended; }));
+    EXPECT_EQ(talk.agent->subscriptions(), 2) << "numbers were missing, so the whole was asked for again";
+    talk.agent->change("isSuspended", false);
+    ASSERT_TRUE(talk.until([&] { return !talk.link.contents()->isSuspended; }));
+    EXPECT_EQ(talk.agent->subscriptions(), 2);
+    EXPECT_EQ(talk.changes, 4);
+    EXPECT_TRUE(talk.complaints.empty());
+}
+
+TEST(AgentLink, WaitsForAnAgentAndConnectsAgainWhenItIsLost) {
+    Conversation talk;
+    talk.agent.reset();
+    talk.link.start();
+    EXPECT_FALSE(talk.link.isConnected());
+    talk.listen();
+    ASSERT_TRUE(talk.until([&] { return talk.hasContents(); }));
+    std::string error;
+    talk.link.call("undo", nlohmann::json::object(), [&](const Answer& answer) { error = answer.error; });
+    talk.agent.reset(); // before it answers
+    ASSERT_TRUE(talk.until([&] { return !talk.hasContents(); }));
+    EXPECT_EQ(error, "The agent has ended");
+    talk.link.call("undo", nlohmann::json::object(), [&](const Answer& answer) { error = answer.error; });
+    EXPECT_EQ(error, "The agent does not run");
+    talk.listen();
+    EXPECT_TRUE(talk.until([&] { return talk.hasContents(); }));
+}
+
+TEST(AgentLink, PausesBetweenAttemptsGrowToFiveSeconds) {
+    EXPECT_EQ(pauseBeforeAttempt(0), 100ms);
+    EXPECT_EQ(pauseBeforeAttempt(3), 800ms);
+    EXPECT_EQ(pauseBeforeAttempt(1000), 5000ms);
+}
+
+TEST(OverlayMirror, TellsWhatItCannotShow) {
+    const auto stateWith = [](const char* section, nlohmann::json value) {
+        nlohmann::json state = sampleState();
+        state[section] = std::move(value);
+        return state;
+    };
+    struct Case {
+        nlohmann::json answer;
+        std::string complaint;
+    };
+    const nlohmann::json newer{{"contract", kOverlayContract + 1}, {"agent", "9.0"}};
+    const std::vector<Case> cases{
+        {{{"result", {{"sequence", 0}, {"state", stateWith("version", newer)}}}},
+         "kova-ui 0.1.0 does not fit kova-agent 9.0. Install the same version of both, then run: kova ui restart"},
+        {{{"error", {{"code", -32602}, {"message", "unknown parameter: topic"}}}},
+         "The agent publishes no overlay: unknown parameter: topic"},
+        {{{"result", {{"sequence", 0}, {"state", stateWith("tiles", 3)}}}},
+         "What the agent tells of the overlay is not understood: state.tiles: expected an array"},
+    };
+    for (Case each : cases) {
+        std::vector<std::string> complaints;
+        OverlayMirror mirror({.contentsChanged = [] { ADD_FAILURE() << "nothing is shown"; },
+                              .showRequested = nullptr,
+                              .notUnderstood = [&](const std::string& reason) { complaints.push_back(reason); }});
+        each.answer["id"] = nlohmann::json::parse(mirror.connected())["id"];
+        mirror.receive(each.answer.dump());
+        EXPECT_EQ(complaints, std::vector<std::string>{each.complaint});
+        EXPECT_EQ(mirror.receive(R"({"method":"changed","params":{"sequence":1,"changes":{"message":null}}})"), "");
+    }
+}
+
+TEST(OverlayMirror, PassesOverWhatIsNotForIt) {
+    int changes = 0;
+    std::string asked;
+    OverlayMirror mirror({.contentsChanged = [&] { ++changes; },
+                          .showRequested = [&](const std::string& what) { asked = what; },
+                          .notUnderstood = [](const std::string& reason) { ADD_FAILURE() << reason; }});
+    const auto id = nlohmann::json::parse(mirror.connected())["id"];
+    mirror.receive(nlohmann::json{{"id", id}, {"result", {{"sequence", 7}, {"state", sampleState()}}}}.dump());
+    EXPECT_EQ(changes, 1);
+    for (const char* line : {"not JSON", "[]", R"({"id":99,"result":{}})", R"({"method":"other"})",
+                             R"({"method":"changed","params":{"topic":"windows","sequence":4,"changes":{}}})",
+                             R"({"method":"changed","params":{"sequence":8,"changes":{"unknown":1}}})"}) {
+        EXPECT_EQ(mirror.receive(line), "") << line;
+    }
+    EXPECT_EQ(changes, 1);
+    mirror.receive(R"({"method":"show","params":{"what":"menu"}})");
+    EXPECT_EQ(asked, "menu");
+    EXPECT_NE(mirror.receive(R"({"method":"changed","params":{"sequence":10,"changes":{}}})"), "") << "9 is missing";
+}
+
+} // namespace kova::ui::testing

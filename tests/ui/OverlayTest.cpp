@@ -1,0 +1,175 @@
+#include "tests/ui/Sample.h"
+
+#include <QtTest/qtest.h>
+#include <QtTest/qtestmouse.h>
+
+#include <QWheelEvent>
+
+#include <gtest/gtest.h>
+
+namespace kova::ui::testing {
+
+namespace {
+
+using Strings = std::vector<std::string>;
+
+struct Stage {
+    explicit Stage(nlohmann::json shown = sampleState()) : state(std::move(shown)) {
+        overlay.setTaste(tasteOf(Look::dark));
+        show();
+    }
+    void show() { overlay.show(contentsOf(state)); }
+    FooterWindow& footer(const std::string& slot) { return *overlay.footers().at("d1::" + slot); }
+    QPoint entry(const std::string& slot, std::size_t index) {
+        return footer(slot).layoutInWindow().entries.at(index).area.center();
+    }
+    OverlayWindow* windowOf(Layer layer) {
+        for (const auto& [window, shown] : platform.shown()) {
+            if (window->layer() == layer) return window;
+        }
+        return nullptr;
+    }
+
+    nlohmann::json state;
+    PicturePlatform platform;
+    NotedActions actions;
+    Overlay overlay{platform, actions};
+};
+
+} // namespace
+
+TEST(Overlay, PointerOnAFooterDoesWhatItSays) {
+    Stage stage;
+    FooterWindow& footer = stage.footer("primary");
+    QTest::mouseClick(&footer, Qt::LeftButton, {}, stage.entry("primary", 1));
+    QTest::mouseClick(&footer, Qt::RightButton, {}, stage.entry("primary", 2));
+    QTest::mouseClick(&footer, Qt::LeftButton, {}, footer.layoutInWindow().name.center());
+    QTest::mouseClick(&footer, Qt::LeftButton, {}, footer.layoutInWindow().launch.center());
+    QTest::mouseClick(&footer, Qt::LeftButton, {}, footer.layoutInWindow().remark.center());
+    EXPECT_EQ(stage.actions.noted, (Strings{"bringForward 1", "menu d1::primary 2", "bringForward 0", "choose d1::primary"}));
+}
+
+TEST(Overlay, WheelStepsThroughAStackByWholeNotches) {
+    Stage stage;
+    const auto turn = [&](const std::string& slot, int angle) {
+        QWheelEvent event(QPointF(20, 10), QPointF(20, 10), {}, {0, angle}, {}, {}, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(&stage.footer(slot), &event);
+    };
+    turn("primary", -120);
+    turn("primary", 60);
+    turn("primary", 60);
+    turn("utility", -120); // nothing to step through
+    EXPECT_EQ(stage.actions.noted, (Strings{"next d1::primary", "previous d1::primary"}));
+}
+
+TEST(Overlay, AnEntryIsDraggedOntoAnotherTile) {
+    Stage stage;
+    FooterWindow& footer = stage.footer("primary");
+    const QPoint start = stage.entry("primary", 1);
+    const auto dragTo = [&](QPoint onScreen) {
+        QTest::mousePress(&footer, Qt::LeftButton, {}, start);
+        QTest::mouseMove(&footer, start + QPoint(3, 0));
+        EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), 0) << "a hand that trembles drags nothing";
+        QTest::mouseMove(&footer, onScreen - footer.position());
+    };
+    dragTo(QPoint(600, 300)); // over the tile "secondary"
+    EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), 1);
+    QTest::mouseRelease(&footer, Qt::LeftButton, {}, QPoint(600, 300) - footer.position());
+    EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), 0);
+    dragTo(stage.footer("utility").geometry().center());
+    QTest::mouseRelease(&footer, Qt::LeftButton, {}, stage.footer("utility").geometry().center() - footer.position());
+    dragTo(QPoint(100, 100)); // its own tile
+    QTest::mouseRelease(&footer, Qt::LeftButton, {}, QPoint(100, 100) - footer.position());
+    EXPECT_EQ(stage.actions.noted, (Strings{"place 1 d1::secondary", "place 1 d1::utility"}));
+}
+
+TEST(Overlay, MessageAndEmptyTileTakeClicksOnTheirButtonsOnly) {
+    Stage stage;
+    for (const Layer layer : {Layer::message, Layer::emptyTile}) {
+        OverlayWindow* window = stage.windowOf(layer);
+        ASSERT_TRUE(window);
+        const QRegion clickable = stage.platform.shown().at(window).clickable;
+        EXPECT_LT(clickable.boundingRect().width(), window->width() / 2);
+        QTest::mouseClick(window, Qt::LeftButton, {}, clickable.boundingRect().center());
+    }
+    EXPECT_EQ(stage.actions.noted, (Strings{"undo", "choose d1::utility"}));
+    for (const auto& [window, shown] : stage.platform.shown()) {
+        EXPECT_EQ(shown.clickable.isEmpty(), window->layer() == Layer::backdrop);
+    }
+}
+
+TEST(Overlay, OnlyWhatChangedIsDrawn) {
+    Stage stage;
+    const int before = stage.platform.drawings();
+    stage.show();
+    EXPECT_EQ(stage.platform.drawings(), before);
+    stage.state["tiles"][0]["applications"][0]["isFocused"] = false;
+    stage.show();
+    EXPECT_EQ(stage.platform.drawings(), before + 1);
+    for (const char* part : {"frame", "footerFrame"}) stage.state["tiles"][2][part]["y"] = 40.0;
+    stage.show();
+    EXPECT_EQ(stage.platform.drawings(), before + 1) << "a footer that only moves keeps its picture";
+}
+
+TEST(Overlay, ShowsNoMoreThanTheAgentTells) {
+    Stage stage;
+    stage.state["displays"][0]["isFocusMode"] = true;
+    for (auto& tile : stage.state["tiles"]) tile["footerFrame"] = nullptr;
+    stage.state["message"] = nullptr;
+    stage.show();
+    EXPECT_EQ(stage.platform.windowsOf(Layer::footer), 0);
+    EXPECT_EQ(stage.platform.windowsOf(Layer::emptyTile), 0);
+    EXPECT_EQ(stage.platform.windowsOf(Layer::message), 0);
+    EXPECT_EQ(stage.platform.windowsOf(Layer::backdrop), 1);
+    stage.overlay.show(std::nullopt);
+    EXPECT_TRUE(stage.platform.shown().empty()) << "without an agent there is nothing";
+}
+
+TEST(Overlay, HighlightVanishesWithSuspensionAndTheEndOfTheDrag) {
+    Stage stage(sampleState({.isDragging = true}));
+    ASSERT_EQ(stage.platform.windowsOf(Layer::highlight), 1);
+    EXPECT_TRUE(stage.platform.shown().at(stage.windowOf(Layer::highlight)).clickable.isEmpty());
+    stage.state["isSuspended"] = true;
+    stage.show();
+    EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), 0);
+    stage.state["isSuspended"] = false;
+    stage.show();
+    EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), 1);
+    stage.state["drag"] = nullptr;
+    stage.show();
+    EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), 0);
+}
+
+TEST(Footer, PartsNeverOverlapWhateverTheWidth) {
+    for (const double scale : {1.0, 2.0}) {
+        for (int width = 60; width < 900; width += 37) {
+            const auto contents = contentsOf(sampleState({.windows = 12, .scale = scale}));
+            TileContents tile = contents.tiles.front();
+            for (const bool isPending : {false, true}) {
+                if (isPending) tile.pending = ApplicationName{"", "Maps"};
+                const Style style{.scale = scale, .fontFamily = QStringLiteral("DejaVu Sans")};
+                const auto layout = layOutFooter(tile, QSize(style.px(width), style.px(26)), style);
+                std::vector<QRect> parts{layout.name, layout.launch};
+                for (const auto& entry : layout.entries) parts.push_back(entry.area);
+                if (layout.hiddenEntries > 0 && !layout.more.isEmpty()) parts.push_back(layout.more);
+                for (std::size_t i = 0; i < parts.size(); ++i) {
+                    EXPECT_TRUE(i == 0 || layout.panel.contains(parts[i])) << width << " part " << i;
+                    for (std::size_t j = 0; j < i; ++j) EXPECT_FALSE(parts[i].intersects(parts[j])) << width << ": " << i << ", " << j;
+                }
+                EXPECT_TRUE(width < 200 || layout.entries.size() + layout.hiddenEntries == tile.applications.size()) << width;
+            }
+        }
+    }
+}
+
+TEST(Footer, WindowsOfOneApplicationAreToldApartByTheirTitles) {
+    auto contents = contentsOf(sampleState());
+    TileContents& tile = contents.tiles.front();
+    tile.applications[1].application.name = tile.applications[0].application.name;
+    tile.applications[1].title = "second.txt";
+    const auto layout = layOutFooter(tile, QSize(470, 26), Style{.fontFamily = QStringLiteral("DejaVu Sans")});
+    EXPECT_EQ(layout.entries[1].label, QStringLiteral("second.txt"));
+    EXPECT_EQ(layout.entries[2].label, QStringLiteral("Notes"));
+}
+
+} // namespace kova::ui::testing

@@ -1,0 +1,80 @@
+// Contents of an overlay for tests, as the agent would tell them, and a place that shows windows as pictures.
+#pragma once
+
+#include "ui/overlay/Overlay.h"
+
+#include <QImage>
+
+#include <nlohmann/json.hpp>
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace kova::ui::testing {
+
+enum class Look { dark, light, neon };
+
+struct Sample {
+    int windows = 6;
+    double scale = 1;
+    Look look = Look::dark;
+    bool useThemeBackground = true;
+    bool isDragging = false;
+    bool hasMessage = true;
+};
+/// A display of 800 by 500 points with four tiles, "utility" empty; `windows` are shared among the other three.
+nlohmann::json sampleState(const Sample& sample = {});
+OverlayContents contentsOf(const nlohmann::json& state);
+DesktopTaste tasteOf(Look look);
+
+/// Keeps each window's picture, and counts how often it was drawn.
+class PicturePlatform final : public OverlayPlatform {
+  public:
+    struct Shown {
+        QImage picture;
+        QRegion seen, clickable;
+        int drawings = 0;
+    };
+    explicit PicturePlatform(bool isComposited = true) : isComposited_(isComposited) {}
+
+    bool isComposited() const override { return isComposited_; }
+    void adopt(OverlayWindow& window) override { shown_[&window]; }
+    void leave(OverlayWindow& window) override { shown_.erase(&window); }
+    void stack(OverlayWindow&) override {}
+    void shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) override;
+    void draw(OverlayWindow& window, const QRegion& dirty) override;
+    void exposed(OverlayWindow&) override {}
+
+    const std::map<OverlayWindow*, Shown>& shown() const { return shown_; }
+    int drawings() const;
+    int windowsOf(Layer layer) const;
+    /// All windows, mixed in their order over a wallpaper.
+    QImage screen(QSize size) const;
+
+  private:
+    bool isComposited_;
+    std::map<OverlayWindow*, Shown> shown_;
+};
+
+/// Notes what is asked for, as "bringForward 3".
+class NotedActions final : public OverlayActions {
+  public:
+    void bringForward(const std::string& window) override { noted.push_back("bringForward " + window); }
+    void stepStack(const std::string& tile, StackStep step) override {
+        noted.push_back((step == StackStep::next ? "next " : "previous ") + tile);
+    }
+    void place(const std::string& window, const std::string& tile) override {
+        noted.push_back("place " + window + " " + tile);
+    }
+    void undo() override { noted.push_back("undo"); }
+    void chooseApplication(const std::string& tile, QPoint) override { noted.push_back("choose " + tile); }
+    void showEntryMenu(const std::string& tile, const std::string& window, QPoint) override {
+        noted.push_back("menu " + tile + " " + window);
+    }
+    void showStackMenu(const std::string& tile, QPoint) override { noted.push_back("stack " + tile); }
+
+    std::vector<std::string> noted;
+};
+
+} // namespace kova::ui::testing

@@ -1,0 +1,67 @@
+#include "ui/x11/StackOrder.h"
+
+#include <gtest/gtest.h>
+
+namespace kova::ui {
+
+namespace {
+
+constexpr WindowNumber kDesktop = 1, kMenu = 2, kBackdrop = 10, kFooter = 11, kEditor = 20, kMail = 21;
+
+StackOrder order(std::vector<WindowNumber> bottomFirst) {
+    StackOrder order;
+    order.reset(std::move(bottomFirst));
+    order.classify(kDesktop, RootChild::desktop);
+    order.classify(kBackdrop, RootChild::ours);
+    order.classify(kFooter, RootChild::ours);
+    order.classify(kEditor, RootChild::application);
+    order.classify(kMail, RootChild::application);
+    return order;
+}
+
+const std::vector<WindowNumber> kOurs{kBackdrop, kFooter};
+
+} // namespace
+
+TEST(StackOrder, OverlayBelongsAboveTheDesktopAndBelowEveryApplication) {
+    struct Case {
+        const char* what;
+        std::vector<WindowNumber> bottomFirst;
+        bool isKept;
+        WindowNumber above;
+    };
+    const std::vector<Case> cases{
+        {"in its place", {kDesktop, kBackdrop, kFooter, kEditor, kMail}, true, kDesktop},
+        {"support windows between do not count", {kMenu, kDesktop, kBackdrop, kMenu, kFooter, kEditor}, true, kDesktop},
+        {"an application was lowered", {kDesktop, kMail, kBackdrop, kFooter, kEditor}, false, kDesktop},
+        {"an application is below the desktop", {kMail, kDesktop, kBackdrop, kFooter, kEditor}, false, 0},
+        {"the desktop was raised", {kBackdrop, kFooter, kDesktop, kEditor}, false, kDesktop},
+        {"the desktop came in between", {kBackdrop, kDesktop, kFooter, kEditor}, false, kDesktop},
+        {"in the wrong order", {kDesktop, kFooter, kBackdrop, kEditor}, false, kDesktop},
+        {"no desktop, no application", {kMenu, kBackdrop, kFooter}, true, 0},
+        {"new windows are on top", {kDesktop, kEditor, kBackdrop, kFooter}, false, kDesktop},
+    };
+    for (const Case& each : cases) {
+        const auto place = order(each.bottomFirst).placeFor(kOurs);
+        EXPECT_EQ(place.isKept, each.isKept) << each.what;
+        EXPECT_EQ(place.above, each.above) << each.what;
+    }
+}
+
+TEST(StackOrder, FollowsTheServersEvents) {
+    StackOrder stack = order({kDesktop, kBackdrop, kFooter, kEditor});
+    stack.created(kMail);
+    stack.configured(kMail, kDesktop);
+    EXPECT_EQ(stack.bottomFirst(), (std::vector<WindowNumber>{kDesktop, kMail, kBackdrop, kFooter, kEditor}));
+    stack.configured(kEditor, 0);
+    EXPECT_EQ(stack.bottomFirst().front(), kEditor);
+    stack.raised(kEditor);
+    stack.lowered(kFooter);
+    stack.removed(kMail);
+    EXPECT_EQ(stack.bottomFirst(), (std::vector<WindowNumber>{kFooter, kDesktop, kBackdrop, kEditor}));
+    EXPECT_EQ(stack.kindOf(kMail), RootChild::other);
+    stack.configured(99, kEditor);
+    EXPECT_EQ(stack.bottomFirst().size(), 4u) << "a window that is not known is none of the root's";
+}
+
+} // namespace kova::ui

@@ -1,0 +1,61 @@
+#include "ui/style/Colours.h"
+#include "ui/style/ApplicationIcons.h"
+#include "ui/style/Style.h"
+
+#include <gtest/gtest.h>
+
+namespace kova::ui {
+
+// A translucent panel is judged over the worst wallpaper: white, or black.
+TEST(Palette, TextAndLinesAreLegibleInEachThemeWithEachAccent) {
+    const ThemeRegistry registry;
+    for (const auto& theme : registry.themes()) {
+        for (const AccentColorOption& accent : accentColorOptions()) {
+            for (const Brightness brightness : {Brightness::light, Brightness::dark}) {
+                for (const Compositing compositing : {Compositing::absent, Compositing::running}) {
+                    const std::string& id = theme->descriptor().id;
+                    SCOPED_TRACE(id + " " + accent.id + (brightness == Brightness::dark ? " dark" : " light"));
+                    Appearance appearance;
+                    appearance.palette = registry.palette(id, accent.id);
+                    if (theme->descriptor().visualStyle == ThemeVisualStyle::system) appearance.isDark = true;
+                    const Palette palette = paletteFor(appearance, brightness, compositing);
+                    for (const QColor& wallpaper : {QColor(Qt::white), QColor(Qt::black)}) {
+                        const QColor panel = over(wallpaper, palette.panel);
+                        for (const QColor& ground : {panel, over(panel, palette.hovered), palette.raised,
+                                                     over(palette.raised, palette.hovered), palette.backdropTop,
+                                                     over(palette.backdropBottom, palette.tileFill)}) {
+                            EXPECT_GE(contrast(palette.text, ground), 4.5);
+                            EXPECT_GE(contrast(palette.mutedText, ground), 4.5);
+                        }
+                        EXPECT_GE(contrast(palette.accentLine, panel), 3);
+                    }
+                    EXPECT_GE(contrast(palette.accentLine, palette.raised), 3);
+                    EXPECT_GE(contrast(palette.accentText, palette.accentFill), 4.5);
+                }
+            }
+        }
+    }
+}
+
+TEST(Colours, ContrastIsThatOfTheWebGuidelines) {
+    EXPECT_NEAR(contrast(Qt::white, Qt::black), 21, 0.01);
+    EXPECT_NEAR(contrast(QColor(0x77, 0x77, 0x77), Qt::white), 4.48, 0.01);
+    EXPECT_EQ(legible(QColor(0x22, 0x22, 0x22), {Qt::white}, 4.5), QColor(0x22, 0x22, 0x22)) << "a color that does is kept";
+    EXPECT_EQ(legible(Qt::gray, {Qt::white, Qt::black}, 20), QColor(Qt::black)) << "none does";
+}
+
+TEST(Style, NeighboursInPointsAreNeighboursInPixels) {
+    for (const double scale : {1.0, 1.25, 1.5, 2.0}) {
+        const Style style{.scale = scale};
+        const QRect left = style.px(makeRect(0.4, 0, 333.3, 20)), right = style.px(makeRect(333.7, 0, 100, 20));
+        EXPECT_EQ(left.right() + 1, right.left()) << scale;
+        EXPECT_EQ(style.px(makeRect(0, 0, 100, 20)).size(), QSize(static_cast<int>(std::lround(100 * scale)), static_cast<int>(20 * scale)));
+    }
+}
+
+TEST(ApplicationIcons, TheEntrysOwnIconCounts) {
+    EXPECT_EQ(iconNameIn("[Desktop Entry]\nName=A\nIcon = editor \n[Desktop Action x]\nIcon=other\n"), QStringLiteral("editor"));
+    EXPECT_EQ(iconNameIn("[Desktop Action x]\nIcon=other\n[Desktop Entry]\nIconName=no\n"), QString());
+}
+
+} // namespace kova::ui
