@@ -5,8 +5,13 @@
 #include "windowing/ManagedWindow.h"
 
 #include <string>
+#include <string_view>
 
 namespace kova {
+
+inline std::string quotedName(std::string_view name) {
+    return "“" + std::string(name) + "”";
+}
 
 /// "Mail “Inbox”"; just "Mail" for a window without a title.
 inline std::string nameOf(const ManagedWindow& window) {

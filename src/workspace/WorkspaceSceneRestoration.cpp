@@ -12,14 +12,6 @@
 
 namespace kova {
 
-namespace {
-
-std::string quoted(const std::string& name) {
-    return "“" + name + "”";
-}
-
-} // namespace
-
 std::optional<ManagedWindow> WorkspaceController::findWindow(const WorkspaceWindowReference& reference,
                                                              const std::set<std::string>& excluded) const {
     const ManagedWindow* window = WindowMatcher(liveWindows_, excluded).take(reference);
@@ -61,9 +53,9 @@ bool WorkspaceController::activateScene(const Uuid& id) {
     saveWorkspaceDocument();
     publishSceneReport(pendingCount == 0 ? SceneReport::State::finished : SceneReport::State::waiting);
     if (pendingCount == 0) {
-        showStatusMessage("Scene " + quoted(scene.name) + " restored");
+        showStatusMessage("Scene " + quotedName(scene.name) + " restored");
     } else {
-        showStatusMessage("Restoring Scene " + quoted(scene.name) + " — waiting for " + std::to_string(pendingCount) +
+        showStatusMessage("Restoring Scene " + quotedName(scene.name) + " — waiting for " + std::to_string(pendingCount) +
                           " app window" + (pendingCount == 1 ? "" : "s"));
     }
     return true;

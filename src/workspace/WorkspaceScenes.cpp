@@ -2,16 +2,13 @@
 #include "workspace/WorkspaceController.h"
 
 #include "support/text/Text.h"
+#include "workspace/WindowNames.h"
 
 #include <algorithm>
 
 namespace kova {
 
 namespace {
-
-std::string quoted(const std::string& name) {
-    return "“" + name + "”";
-}
 
 double aspectRatio(const Screen& screen) {
     const CGSize size = screen.visibleFrame.size;
@@ -77,7 +74,7 @@ bool WorkspaceController::captureScene(const std::optional<std::string>& name) {
     scene.displays = capturedDisplays();
     for (auto& captured : capturedPlacements()) scene.placements.push_back(std::move(captured.placement));
 
-    const std::string message = "Scene " + quoted(scene.name) + " captured";
+    const std::string message = "Scene " + quotedName(scene.name) + " captured";
     auto document = workspaceDocument();
     document.activeSceneID = scene.id;
     document.scenes.push_back(std::move(scene));
@@ -92,7 +89,7 @@ bool WorkspaceController::renameScene(const Uuid& id, const std::string& name) {
     const auto scene = std::ranges::find(document.scenes, id, &WorkspaceScene::id);
     if (scene == document.scenes.end()) return false;
     if (newName.empty()) return refuse("A scene needs a name");
-    const std::string message = "Scene " + quoted(scene->name) + " renamed to " + quoted(newName);
+    const std::string message = "Scene " + quotedName(scene->name) + " renamed to " + quotedName(newName);
     scene->name = newName;
     scene->updatedAt = std::chrono::floor<std::chrono::microseconds>(services_.queue.now());
     if (!changeDocument(std::move(document))) return false;
@@ -107,7 +104,7 @@ bool WorkspaceController::deleteScene(const Uuid& id) {
     std::erase_if(document.scenes, [&](const auto& each) { return each.id == id; });
     if (document.activeSceneID == id) document.activeSceneID.reset();
     if (!changeDocument(std::move(document))) return false;
-    showStatusMessage("Scene " + quoted(scene->name) + " deleted");
+    showStatusMessage("Scene " + quotedName(scene->name) + " deleted");
     return true;
 }
 
