@@ -35,8 +35,8 @@ std::string printUserInterface(const json& result, const Arguments&) {
     return text;
 }
 
-std::string printShown(const json&, const Arguments&) {
-    return "The menu is open.\n";
+std::string printShown(const json& result, const Arguments&) {
+    return "kova-ui was asked to open the " + result.at("what").get<std::string>() + ".\n";
 }
 
 std::string printMenu(const json& result, const Arguments&) {

@@ -20,6 +20,9 @@ namespace {
 using nlohmann::json;
 using Words = std::vector<std::string>;
 
+constexpr std::string_view kSubscribeToOverlay =
+    R"({"jsonrpc": "2.0", "id": 1, "method": "subscribe", "params": {"topic": "overlay"}})";
+
 class CommandLine : public testing::Test, public AgentStage {
   protected:
     struct Result {
@@ -156,6 +159,8 @@ TEST_F(CommandLine, EveryExampleInTheHelpAndTheDocumentsWorks) {
         for (const auto& example : linesOf(verb.examples)) examples.push_back(example);
     }
     ASSERT_GT(examples.size(), 30u);
+    auto drawing = client(); // what “ui show” asks
+    drawing.ask(kSubscribeToOverlay);
     for (const auto& example : examples) {
         const Words words = wordsOf(example);
         reopen();
@@ -177,6 +182,8 @@ TEST_F(CommandLine, EveryExampleInTheHelpAndTheDocumentsWorks) {
 TEST_F(CommandLine, EveryVerbHasHelpAndJson) {
     const json schema = controlSchema();
     const std::string overview = run({"help"}).out;
+    auto drawing = client(); // what “ui show” asks
+    drawing.ask(kSubscribeToOverlay);
     for (const cli::Verb& verb : cli::verbs()) {
         const std::string name(verb.name);
         SCOPED_TRACE(name);
