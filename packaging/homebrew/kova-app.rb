@@ -10,6 +10,7 @@ cask "kova-app" do
   homepage "https://kova.example.org"
 
   depends_on macos: ">= :ventura"
+  depends_on arch: :arm64
 
   app "KOVA.app"
   binary "#{appdir}/KOVA.app/Contents/Helpers/kova"

@@ -10,24 +10,24 @@ class Kova < Formula
   depends_on "asio" => :build
   depends_on "cmake" => :build
   depends_on "librsvg" => :build
-  depends_on "ninja" => :build
   depends_on "nlohmann-json" => :build
   depends_on "pkgconf" => :build
   depends_on "spdlog" => :build
   depends_on "icu4c@77"
   depends_on macos: :ventura
+  depends_on xcode: ["15.0", :build] # only its own build finds the App Intents
 
   def install
-    system "cmake", "-S", ".", "-B", "build", "-G", "Ninja", "-DKOVA_BUILD_TESTS=OFF", "-DKOVA_BUILD_BENCHMARKS=OFF",
-           *std_cmake_args
-    system "cmake", "--build", "build"
-    prefix.install "build/bin/KOVA.app"
+    system "cmake", "-S", ".", "-B", "build", "-G", "Xcode", "-DKOVA_WITH_APP_INTENTS=ON",
+           "-DKOVA_BUILD_TESTS=OFF", "-DKOVA_BUILD_BENCHMARKS=OFF", *std_cmake_args
+    system "cmake", "--build", "build", "--config", "Release", "--target", "kova-agent"
+    prefix.install "build/bin/Release/KOVA.app"
     bin.install_symlink prefix/"KOVA.app/Contents/Helpers/kova"
   end
 
   service do
     run [opt_prefix/"KOVA.app/Contents/MacOS/KOVA"]
-    keep_alive crashed: true # one that ends by itself, as where another has the session, has said why
+    keep_alive crashed: true # an agent that ends by itself has said why
   end
 
   def caveats
@@ -35,6 +35,10 @@ class Kova < Formula
       KOVA moves the windows of other applications. Allow it under
       System Settings → Privacy & Security → Accessibility:
         #{opt_prefix}/KOVA.app
+
+      After an upgrade, macOS may show KOVA as allowed and ignore it: remove it from that list and add it
+      again, or run
+        tccutil reset Accessibility org.example.kova
     EOS
   end
 

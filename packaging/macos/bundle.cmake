@@ -48,8 +48,8 @@ add_custom_command(TARGET kova-agent POST_BUILD
   COMMAND ${CMAKE_COMMAND} -E make_directory ${contents}/Helpers
   COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE:kova> ${contents}/Helpers/kova VERBATIM)
 
-# Titles and phrases are read out of the source by Xcode's own build; any other compiles the intents, but nobody hears
-# of them.
+# Titles and phrases are read out of the source by Xcode's own build, as in the preset "macos"; any other build compiles
+# the intents, but the system does not find them.
 if(CMAKE_GENERATOR STREQUAL Xcode)
   set(intents_default ON)
 else()

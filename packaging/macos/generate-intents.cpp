@@ -1,6 +1,7 @@
 // Writes the Swift source of the App Intents from the values that every platform offers, when the program is built. The
 // system reads titles and phrases from the source as it is compiled, so they have to stand there as literals. Each
-// intent only opens its URL.
+// intent hands its URL to the application's delegate in the same process: opening it through the system would bring KOVA
+// to the front.
 #include "commands/Intents.h"
 
 #include <iostream>
@@ -48,22 +49,37 @@ void printIntent(const Intent& intent) {
               << "}\n\n";
 }
 
-void printShortcuts() {
-    std::cout << "struct " << kAppShortcutsTypeName << ": AppShortcutsProvider {\n"
-              << "    @AppShortcutsBuilder static var appShortcuts: [AppShortcut] {\n";
+enum class ShortcutLook { none, titleAndSymbol };
+
+void printShortcuts(ShortcutLook look) {
     for (const AppShortcut& shortcut : kAppShortcuts) {
-        std::cout << "        AppShortcut(\n"
-                  << "            intent: " << shortcut.intent.typeName << "(),\n"
-                  << "            phrases: [\n";
+        std::cout << "            AppShortcut(\n"
+                  << "                intent: " << shortcut.intent.typeName << "(),\n"
+                  << "                phrases: [\n";
         for (const TextAroundName& phrase : shortcut.phrases) {
-            std::cout << "                " << literal(phrase, "\\(.applicationName)") << ",\n";
+            std::cout << "                    " << literal(phrase, "\\(.applicationName)") << ",\n";
         }
-        std::cout << "            ],\n"
-                  << "            shortTitle: " << literal(shortcut.shortTitle) << ",\n"
-                  << "            systemImageName: " << literal(shortcut.symbol) << "\n"
-                  << "        )\n";
+        std::cout << "                ]";
+        if (look == ShortcutLook::titleAndSymbol) {
+            std::cout << ",\n"
+                      << "                shortTitle: " << literal(shortcut.shortTitle) << ",\n"
+                      << "                systemImageName: " << literal(shortcut.symbol);
+        }
+        std::cout << "\n"
+                  << "            )\n";
     }
-    std::cout << "    }\n"
+}
+
+/// A program may have one provider only. Short titles and symbols came with macOS 14.
+void printShortcutsProvider() {
+    std::cout << "struct " << kAppShortcutsTypeName << ": AppShortcutsProvider {\n"
+              << "    @AppShortcutsBuilder static var appShortcuts: [AppShortcut] {\n"
+              << "        if #available(macOS 14.0, *) {\n";
+    printShortcuts(ShortcutLook::titleAndSymbol);
+    std::cout << "        } else {\n";
+    printShortcuts(ShortcutLook::none);
+    std::cout << "        }\n"
+              << "    }\n"
               << "}\n";
 }
 
@@ -78,7 +94,8 @@ private struct CannotOpenURL: Error {}
 
 @MainActor
 private func openURL(_ text: String) throws {
-    guard let url = URL(string: text), NSWorkspace.shared.open(url) else { throw CannotOpenURL() }
+    guard let url = URL(string: text), let delegate = NSApplication.shared.delegate else { throw CannotOpenURL() }
+    delegate.application?(NSApplication.shared, open: [url])
 }
 
 /// Every byte that is neither a letter, a digit nor one of "-._~".
@@ -92,6 +109,6 @@ private func percentEncoded(_ text: String) -> String {
 
 )";
     for (const Intent* intent : kIntents) printIntent(*intent);
-    printShortcuts();
+    printShortcutsProvider();
     return std::cout.flush() ? 0 : 1;
 }

@@ -58,7 +58,10 @@ for name, body in intents:
     used = set(re.findall(r"\\\((\w+)\)", body)) | set(re.findall(r"percentEncoded\((\w+)\)", body))
     expect(parameters == used, f"Swift: {name} asks for {parameters} and uses {used}")
 phrase_lists = re.findall(r"phrases: \[(.*?)\]", swift, re.S)
-expect(len(phrase_lists) == 3, f"Swift: {len(phrase_lists)} shortcuts")
+expect(len(phrase_lists) == 6, f"Swift: {len(phrase_lists)} shortcuts, for systems with short titles and for those without")
+before, _, older = swift.partition("} else {")
+expect("#available(macOS 14.0, *)" in before and "shortTitle" not in older, "Swift: short titles came with macOS 14")
+expect("NSWorkspace" not in swift, "Swift: an address that the system opens brings KOVA to the front")
 for phrases in phrase_lists:
     for phrase in re.findall(r'"(.*)"', phrases):
         expect(phrase.count(r"\(.applicationName)") == 1, f"Swift: the application is not named once in {phrase!r}")
