@@ -4,6 +4,7 @@
 
 #include "agent/AgentOptions.h"
 #include "agent/SessionAgent.h"
+#include "app/ActivationReturn.h"
 
 #include <memory>
 #include <optional>
@@ -20,12 +21,18 @@ class MacAgent {
     MacAgent(const MacAgent&) = delete;
     MacAgent& operator=(const MacAgent&) = delete;
 
-    /// Opens the URLs that came before, too. The process's exit code when it cannot manage this session, and it has
-    /// been said why; absent when it does.
+    /// Opens the URLs that came before, too. The process's exit code when it cannot manage this session, for the reason
+    /// that `startProblem` names; absent when it does.
     [[nodiscard]] std::optional<int> start();
-    /// The desktop gets back what was borrowed, and the preferences are on disk.
+    /// Why the start failed, as a sentence for the user; empty when it did not.
+    const std::string& startProblem() const { return startProblem_; }
+    /// Hidden and minimized windows are shown again, and the preferences are on disk.
     void stop();
     void openURLs(const std::vector<std::string>& urls);
+    /// KOVA became active: gives the activation back when it came by a URL and no dialog is shown.
+    void returnActivation();
+    /// Opens the menu of the menu-bar item.
+    void openMenu();
 
   private:
     struct Parts;
@@ -34,9 +41,11 @@ class MacAgent {
     std::unique_ptr<Parts> parts_;
     bool isStarted_ = false;
     std::vector<std::string> waitingURLs_;
+    std::string startProblem_;
+    ActivationReturn activationReturn_;
 };
 
-/// Ends the process soon, in the system's way: whoever has to be told is told first.
+/// Ends the process soon, in the system's way: the application's delegate stops the agent first.
 void quitMacAgent();
 
 } // namespace kova

@@ -7,6 +7,7 @@
 #include "platform/macos/MacAccessibility.h"
 #include "platform/macos/MacAlerts.h"
 #include "platform/macos/MacApplications.h"
+#include "platform/macos/MacChangeObservers.h"
 #include "platform/macos/MacDiagnostics.h"
 #include "platform/macos/MacDividerHandles.h"
 #include "platform/macos/MacDocumentPanels.h"
@@ -43,7 +44,7 @@ std::string labelled(const char* suffix) {
     return (identifier ? text(identifier) : std::string("kova-agent")) + suffix;
 }
 
-/// Not where the system could take it for something to throw away.
+/// Not in a folder that the system may empty.
 std::string logFolder() {
     NSFileManager* files = NSFileManager.defaultManager;
     NSURL* library = [files URLsForDirectory:NSLibraryDirectory inDomains:NSUserDomainMask].firstObject;
@@ -59,10 +60,10 @@ std::string logFolder() {
 
 } // namespace
 
-/// Each part after those that it leans on.
+/// Each part after those that it uses.
 struct MacAgent::Parts {
     Parts() :
-        agent({.workspace = {accessibility, applications, screens, session, accessibility, preferences, mainQueue(),
+        agent({.workspace = {accessibility, applications, screens, session, changes, preferences, mainQueue(),
                              pollingQueue, alerts},
                .shell = {.pointer = &pointer,
                          .dividerHandles = &dividerHandles,
@@ -76,7 +77,8 @@ struct MacAgent::Parts {
 
     UserDefaultsStore preferences;
     MacAccessibility accessibility{mainQueue()};
-    MacApplications applications{mainQueue()};
+    MacChangeObservers changes{mainQueue(), accessibility};
+    MacApplications applications{mainQueue(), accessibility};
     MacScreens screens;
     MacSession session;
     MacSystemActivity systemActivity;
@@ -85,7 +87,7 @@ struct MacAgent::Parts {
     MacDividerHandles dividerHandles{mainQueue()};
     MacAlerts alerts;
     MacDiagnostics diagnostics{accessibility, applications};
-    MacOnboarding onboarding{accessibility};
+    MacOnboarding onboarding;
     MainAppLoginItem loginItem;
     ProcessRunner runner;
     DispatchWorkQueue commandQueue{labelled(".commands")};
@@ -117,7 +119,10 @@ MacAgent::~MacAgent() {
 }
 
 std::optional<int> MacAgent::start() {
-    const auto complaint = [this](const std::string& problem) { complain(options_, problem); };
+    const auto complaint = [this](const std::string& problem) {
+        complain(options_, problem);
+        startProblem_ = problem;
+    };
     auto claim = SessionAgent::claimSession(complaint);
     if (!claim) return kExitSessionNotTaken;
     parts_ = std::make_unique<Parts>();
@@ -136,12 +141,30 @@ void MacAgent::stop() {
 }
 
 void MacAgent::openURLs(const std::vector<std::string>& urls) {
+    activationReturn_.noteAddresses(mainQueue().uptime());
+    if (NSApp.active) returnActivation();
     if (isStarted_) return parts_->agent.openURLs(urls);
     waitingURLs_.insert(waitingURLs_.end(), urls.begin(), urls.end());
 }
 
+void MacAgent::returnActivation() {
+    const OwnDialog dialog = NSApp.modalWindow || NSApp.keyWindow ? OwnDialog::shown : OwnDialog::none;
+    if (!activationReturn_.isDue(mainQueue().uptime(), dialog)) return;
+    // KOVA has no menu in the menu bar, which therefore still belongs to the application before.
+    NSRunningApplication* before = NSWorkspace.sharedWorkspace.menuBarOwningApplication;
+    if (!before || [before isEqual:NSRunningApplication.currentApplication]) return;
+    if (@available(macOS 14.0, *)) {
+        [NSApp yieldActivationToApplication:before];
+    }
+    [before activateWithOptions:NSApplicationActivationOptions(0)];
+}
+
+void MacAgent::openMenu() {
+    if (parts_) parts_->menuBar.open();
+}
+
 void quitMacAgent() {
-    // Nothing of ours is at work when the parts are taken down.
+    // No work of the agent is under way when the parts are destroyed.
     mainQueue().post([] { [NSApp terminate:nil]; });
 }
 

@@ -2,13 +2,17 @@
 // stops it before it ends.
 
 #include "agent/MacAgent.h"
+#include "app/SystemArguments.h"
 #include "platform/macos/Contained.h"
+#include "platform/macos/EditMenu.h"
+#include "platform/macos/Modal.h"
 
 #import <AppKit/AppKit.h>
 
+#include <unistd.h>
+
 #include <csignal>
 #include <cstdlib>
-#include <string_view>
 #include <vector>
 
 namespace {
@@ -47,16 +51,37 @@ The log is ~/Library/Logs/KOVA/agent.log, the preferences are in the user's defa
     return self;
 }
 
+- (void)applicationWillFinishLaunching:(NSNotification*)__unused notification {
+    kova::macos::installEditMenu();
+}
+
 - (void)applicationDidFinishLaunching:(NSNotification*)__unused notification {
     [NSApp setActivationPolicy:NSApplicationActivationPolicyAccessory];
     [NSApp setApplicationIconImage:[NSImage imageNamed:@"AppIcon"]];
     [self listenToStopSignals];
-    std::optional<int> exitCode = kova::kExitFailed; // unless it gets as far as to say otherwise
+    std::optional<int> exitCode = kova::kExitFailed; // unless an exception ends the start
     kova::macos::contained([&] { exitCode = self->_agent->start(); });
     if (exitCode) {
+        [self showStartProblem];
         _agent.reset();
         std::exit(*exitCode);
     }
+}
+
+/// A person who opened the application in the Finder sees neither the log nor the terminal.
+- (void)showStartProblem {
+    if (isatty(STDERR_FILENO) || _agent->startProblem().empty()) return;
+    NSAlert* alert = [[NSAlert alloc] init];
+    alert.alertStyle = NSAlertStyleCritical;
+    alert.messageText = @"KOVA could not start";
+    alert.informativeText = kova::macos::nsString(_agent->startProblem());
+    (void)kova::macos::runAlert(alert);
+}
+
+- (void)applicationDidBecomeActive:(NSNotification*)__unused notification {
+    kova::macos::contained([&] {
+        if (self->_agent) self->_agent->returnActivation();
+    });
 }
 
 - (void)applicationWillTerminate:(NSNotification*)__unused notification {
@@ -71,18 +96,21 @@ The log is ~/Library/Logs/KOVA/agent.log, the preferences are in the user's defa
     });
 }
 
-/// There is no window that opening the application once more could bring back.
+/// Shows the menu, which may be out of sight behind the notch of a display.
 - (BOOL)applicationShouldHandleReopen:(NSApplication*)__unused application hasVisibleWindows:(BOOL)__unused flag {
+    kova::macos::contained([&] {
+        if (self->_agent) self->_agent->openMenu();
+    });
     return NO;
 }
 
 - (void)listenToStopSignals {
     for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
-        std::signal(number, SIG_IGN); // the source hears of it all the same
+        std::signal(number, SIG_IGN); // the source is told all the same
         dispatch_source_t source = dispatch_source_create(DISPATCH_SOURCE_TYPE_SIGNAL, static_cast<uintptr_t>(number),
                                                           0, dispatch_get_main_queue());
         dispatch_source_set_event_handler(source, ^{
-          // A second signal, of someone who lost patience, ends the process as it would any other.
+          // A second signal ends the process at once, as it would any other.
           for (const int each : {SIGTERM, SIGINT, SIGHUP}) std::signal(each, SIG_DFL);
           kova::macos::contained(kova::quitMacAgent);
         });
@@ -95,9 +123,7 @@ The log is ~/Library/Logs/KOVA/agent.log, the preferences are in the user's defa
 
 int main(int argc, char** argv) {
     @autoreleasepool {
-        std::vector<char*> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
-        // The system may add a number of its own when it opens a downloaded application for the first time.
-        std::erase_if(arguments, [](std::string_view argument) { return argument.starts_with("-psn_"); });
+        auto arguments = kova::withoutSystemArguments({argv + (argc > 0 ? 1 : 0), argv + argc});
         const auto options = kova::readAgentOptions(arguments, kHelp);
         if (const auto* exitCode = std::get_if<int>(&options)) return *exitCode;
         NSApplication* application = NSApplication.sharedApplication;

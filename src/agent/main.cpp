@@ -3,7 +3,7 @@
 
 #include "agent/AgentOptions.h"
 #include "agent/SessionAgent.h"
-#include "platform/linux/AbsentDesktop.h"
+#include "platform/linux/UnavailableDesktop.h"
 #include "platform/linux/AbsentDock.h"
 #include "platform/linux/ApplicationScopes.h"
 #include "platform/linux/AutostartEntry.h"
@@ -64,7 +64,7 @@ class Desktop {
         complain(options, failure.reason);
         if (failure.isClaimedByOther) return kExitSessionNotTaken;
         if (!isWaylandOnly()) return kExitFailed;
-        desktop.absent_ = std::make_unique<AbsentDesktop>(failure.reason, loop);
+        desktop.absent_ = std::make_unique<UnavailableDesktop>(failure.reason, loop);
         return desktop;
     }
 
@@ -101,7 +101,7 @@ class Desktop {
     }
 
     std::unique_ptr<X11Desktop> x11_;
-    std::unique_ptr<AbsentDesktop> absent_;
+    std::unique_ptr<UnavailableDesktop> absent_;
 };
 
 /// Everything is owned here, each part after those that it leans on.

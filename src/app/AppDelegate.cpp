@@ -47,8 +47,22 @@ void AppDelegate::showOnboardingIfNeeded() {
     if (*workspace_.state().permissionState == AccessibilityPermissionState::granted) {
         onboarding_.complete();
     } else if (shell_.onboarding) {
-        shell_.onboarding->showOnboarding(dockOffer());
+        shell_.onboarding->showOnboarding(dockOffer(), [this] { askForPermission(); });
     }
+}
+
+void AppDelegate::askForPermission() {
+    if (!shell_.onboarding) return;
+    const bool asksAnew = std::exchange(hasAskedForPermission_, true) || services_.accessibility.stalePermission();
+    if (asksAnew) return shell_.onboarding->openPermissionSettings();
+    (void)services_.accessibility.requestTrust(true);
+}
+
+/// The system itself asks with its first answer, so that the onboarding has nothing more to say.
+void AppDelegate::completeOnboarding() {
+    if (*onboarding_.isCompleted()) return;
+    onboarding_.complete();
+    if (shell_.onboarding) shell_.onboarding->closeOnboarding();
 }
 
 std::optional<OnboardingOffer> AppDelegate::dockOffer() {
@@ -71,9 +85,9 @@ void AppDelegate::startWorkspace() {
     tileFooters_.emplace(workspace_, overlay_, services_.queue);
     if (shell_.pointer) windowDragCoordinator_.emplace(workspace_, *shell_.pointer, overlay_, services_.queue);
     if (shell_.keys) layoutShortcuts_.emplace(workspace_, shortcutSettings_, *shell_.keys, services_.queue);
-    installMonitors();
     workspace_.start(false);
-    permissionSubscription_ = workspace_.state().permissionState.observe([this](auto) { installMonitorsAnew(); });
+    installMonitors();
+    permissionSubscription_ = workspace_.state().permissionState.observe([this](auto) { followPermission(); });
     pauseSubscription_ = workspace_.state().isPaused.observe([this](bool) { suspendOrResume(); });
     for (SystemActivityServicing* source : shell_.systemActivity) {
         systemActivitySubscriptions_.push_back(
@@ -108,9 +122,11 @@ void AppDelegate::stopWorkspace() {
     log(LogLevel::note, "workspace stopped");
 }
 
-/// Those that follow what the user does. Each exists once, however often this is called.
+/// Those that follow what the user does. Each exists once, however often this is called. A desktop may keep a monitor
+/// that was installed without the permission deaf for good.
 void AppDelegate::installMonitors() {
     removeMonitors();
+    if (*workspace_.state().permissionState != AccessibilityPermissionState::granted) return;
     if (windowDragCoordinator_) windowDragCoordinator_->installMonitor();
     if (layoutShortcuts_) layoutShortcuts_->installMonitors();
 }
@@ -122,10 +138,10 @@ void AppDelegate::hearResumeShortcut() {
     if (*workspace_.state().isPaused && systemActivityState_.isAvailable()) layoutShortcuts_->installMonitors();
 }
 
-/// A desktop may keep a monitor that was installed without the permission deaf for good.
-void AppDelegate::installMonitorsAnew() {
-    const bool isGranted = *workspace_.state().permissionState == AccessibilityPermissionState::granted;
-    if (isGranted && !workspaceIsSuspendedForSystemTransition_) installMonitors();
+void AppDelegate::followPermission() {
+    if (*workspace_.state().permissionState != AccessibilityPermissionState::granted) return;
+    completeOnboarding();
+    if (!workspaceIsSuspendedForSystemTransition_) installMonitors();
 }
 
 void AppDelegate::removeMonitors() {

@@ -66,8 +66,13 @@ class AppDelegate {
     /// Ends it: the desktop gets back what was borrowed, and the preferences are on disk. Does nothing unless started.
     void stopWorkspace();
     bool isWorkspaceStarted() const { return workspaceIsStarted_; }
-    /// Shows a new user round; one who has given the permission already needs no more of it.
+    /// Shows the onboarding to a new user; a user who has given the permission already needs none.
     void showOnboardingIfNeeded();
+    /// Whether there is a permission that the user can be asked for.
+    bool canAskForPermission() const { return shell_.onboarding != nullptr; }
+    /// The user wants to give the permission: the system's question, and where that was shown before or is of no use,
+    /// the page of the system's settings.
+    void askForPermission();
 
     /// Suspends with the first condition that keeps the user from the screen, resumes once there is none left. Does
     /// nothing unless started: what was missed is asked for at the start.
@@ -78,7 +83,8 @@ class AppDelegate {
   private:
     std::optional<OnboardingOffer> dockOffer();
     void installMonitors();
-    void installMonitorsAnew();
+    void followPermission();
+    void completeOnboarding();
     void suspendOrResume();
     void hearResumeShortcut();
     void removeMonitors();
@@ -107,6 +113,7 @@ class AppDelegate {
     SystemActivityState systemActivityState_;
     bool workspaceIsSuspendedForSystemTransition_ = false;
     bool workspaceIsStarted_ = false;
+    bool hasAskedForPermission_ = false; // by the system's question
 };
 
 } // namespace kova

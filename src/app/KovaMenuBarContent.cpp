@@ -154,10 +154,16 @@ class KovaMenuBarContent::Build {
     }
 
     void addWindowEntries() {
+        const std::string message = state_.lastActionMessage->value_or("");
+        addHeading(message);
         if (!isGranted_) {
-            addHeading(workspace_.permissionProblem());
-            separate();
+            if (const auto problem = workspace_.permissionProblem(); problem != message) addHeading(problem);
+            if (services_.delegate.canAskForPermission()) {
+                add("permission", "Allow Accessibility Access…", Enabled::yes,
+                    [this] { services_.delegate.askForPermission(); });
+            }
         }
+        if (!isGranted_ || !message.empty()) separate();
         add(
             "arrange", "Arrange Windows into Zones", enabledIf(mayMoveWindows_ && !state_.windows->empty()),
             [this] { perform(action::Arrange{}); }, KovaShortcutAction::arrangeWindows);
@@ -315,6 +321,16 @@ class KovaMenuBarContent::Build {
 
 std::vector<MenuEntry> KovaMenuBarContent::entries() const {
     return Build(services_).takeEntries();
+}
+
+MenuBarSymbol KovaMenuBarContent::symbol() const {
+    const bool hasMessage = services_.delegate.workspace().state().lastActionMessage->has_value();
+    return hasMessage ? MenuBarSymbol::message : MenuBarSymbol::usual;
+}
+
+Subscription KovaMenuBarContent::observeSymbol(std::function<void()> changed) {
+    return services_.delegate.workspace().state().lastActionMessage.observe(
+        [changed = std::move(changed)](const auto&) { changed(); });
 }
 
 bool KovaMenuBarContent::choose(std::string_view id) {

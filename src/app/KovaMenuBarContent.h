@@ -27,12 +27,19 @@ struct MenuBarServices {
     std::function<void()> quit{};
 };
 
+/// How the item in the menu bar is drawn.
+enum class MenuBarSymbol { usual, message };
+
 class KovaMenuBarContent final : public MenuServing {
   public:
     explicit KovaMenuBarContent(MenuBarServices services) : services_(std::move(services)) {}
 
     std::vector<MenuEntry> entries() const override;
     bool choose(std::string_view id) override;
+    /// Shows that the workspace has a message, which is the first line of the menu.
+    MenuBarSymbol symbol() const;
+    /// Calls back whenever the symbol may have changed.
+    [[nodiscard]] Subscription observeSymbol(std::function<void()> changed);
 
   private:
     class Build;

@@ -55,9 +55,11 @@ void LayoutDividerWindowController::showHandles() {
     isRefreshDue_ = false;
     std::vector<Shown> next;
     if (*workspace_.state().permissionState == AccessibilityPermissionState::granted) {
+        const double inset = workspace_.state().profile->tileInset;
         for (const auto& divider : workspace_.dividers()) {
+            if (handles_.coversDesktopIcons() && !holdsWindows(divider.displayID)) continue;
             if (const auto frame = workspace_.dividerFrameOnScreen(divider)) {
-                next.push_back({{handleID(divider), *frame, divider.divider.axis}, divider});
+                next.push_back({{handleID(divider), *frame, divider.divider.axis, inset}, divider});
             }
         }
     }
@@ -69,6 +71,12 @@ void LayoutDividerWindowController::showHandles() {
     std::vector<DividerHandle> frames;
     for (const auto& shown : shown_) frames.push_back(shown.handle);
     handles_.showHandles(frames);
+}
+
+bool LayoutDividerWindowController::holdsWindows(const std::string& displayID) const {
+    return std::ranges::any_of(*workspace_.state().assignedWindowIDs, [&](const auto& assigned) {
+        return assigned.first.starts_with(tileTargetID(displayID, ""));
+    });
 }
 
 void LayoutDividerWindowController::close() {

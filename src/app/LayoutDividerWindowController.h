@@ -39,6 +39,7 @@ class LayoutDividerWindowController {
     };
     void refreshSoon();
     void showHandles();
+    bool holdsWindows(const std::string& displayID) const;
     void handle(const DividerHandleEvent& event);
     void hover(const std::optional<std::string>& handleID);
     std::vector<OverlayDivider> contents() const;

@@ -1,4 +1,4 @@
-// The seam to what a desktop shows to somebody who starts KOVA for the first time.
+// The seam to what a desktop shows a new user, and to the page on which the permission is given.
 #pragma once
 
 #include <functional>
@@ -19,11 +19,14 @@ struct OnboardingOffer {
 class OnboardingServicing {
   public:
     virtual ~OnboardingServicing() = default;
-    /// Asks for the permission that is missing, and shows what can be done. Harmless when it is shown already. Only
-    /// what the user changes of the offer is chosen; nothing of it is called any more once it is closed.
-    virtual void showOnboarding(std::optional<OnboardingOffer> offer) = 0;
+    /// Says what KOVA does, and which permission is missing; `askForPermission` is called when the user goes on. Harmless
+    /// when it is shown already. Only what the user changes of the offer is chosen; nothing is called any more once it
+    /// is closed.
+    virtual void showOnboarding(std::optional<OnboardingOffer> offer, std::function<void()> askForPermission) = 0;
     /// Takes it away; harmless when it is not shown.
     virtual void closeOnboarding() = 0;
+    /// Opens the page of the system's settings on which the permission is given.
+    virtual void openPermissionSettings() = 0;
 };
 
 } // namespace kova

@@ -1,7 +1,11 @@
 #include "app/WindowDragCoordinator.h"
 
+#include "windowing/WindowHold.h"
+
+#include <algorithm>
 #include <cmath>
 #include <utility>
+#include <vector>
 
 namespace kova {
 
@@ -24,6 +28,7 @@ void WindowDragCoordinator::installMonitor() {
 void WindowDragCoordinator::removeMonitor() {
     subscription_ = {};
     letGo_.reset();
+    contentPress_.reset();
     if (grip_) workspace_.cancelWindowDrag();
     grip_.reset();
     showDrag(std::nullopt);
@@ -64,10 +69,44 @@ void WindowDragCoordinator::pressed(CGPoint location) {
     // The hand is faster than the window, or a release was never told.
     if (grip_ && !letGo_) letGo_ = LetGo{location, WorkspaceController::LettingGo::intoTile};
     finishLettingGo();
+    const bool asksAtOnce = pointer_.dragsWindowsByAnyPoint() || isNearKnownTitleOrEdge(location);
+    contentPress_ = asksAtOnce ? std::nullopt : std::optional(location);
+    if (asksAtOnce) takeHold(location);
+}
+
+bool WindowDragCoordinator::isNearKnownTitleOrEdge(CGPoint location) const {
+    const auto& screens = *workspace_.state().screens;
+    if (screens.empty()) return false;
+    std::vector<CGRect> frames;
+    for (const ManagedWindow& window : workspace_.liveWindows()) {
+        if (window.isVisible && window.frame) frames.push_back(*window.frame);
+    }
+    return isNearTitleOrEdge(flipped(location, maxY(screens.front().frame)), frames);
+}
+
+void WindowDragCoordinator::takeHold(CGPoint location) {
     const auto windowID = workspace_.managedWindowUnder(location);
     const auto frame = windowID ? workspace_.currentFrame(*windowID) : std::nullopt;
     if (!frame) return;
     grip_ = Grip{*windowID, *frame, location};
+    workspace_.holdWindow(*windowID);
+}
+
+/// The window may have moved already: its frame at the press is the one last known.
+void WindowDragCoordinator::takeHoldByContent(CGPoint location) {
+    if (!contentPress_) return;
+    const CGPoint start = *contentPress_;
+    if (std::hypot(location.x - start.x, location.y - start.y) < kContentDragPoints) return;
+    contentPress_.reset();
+    const auto windowID = workspace_.managedWindowUnder(location);
+    if (!windowID) return;
+    const auto known = std::ranges::find(workspace_.liveWindows(), *windowID, &ManagedWindow::id);
+    if (known == workspace_.liveWindows().end() || !known->frame) return;
+    grip_ = Grip{*windowID, *known->frame, start};
+    if (!movement()) {
+        grip_.reset(); // a selection of text, and not a window that is dragged
+        return;
+    }
     workspace_.holdWindow(*windowID);
 }
 
@@ -84,6 +123,7 @@ std::optional<WorkspaceController::HandMovement> WindowDragCoordinator::movement
 }
 
 void WindowDragCoordinator::moved(CGPoint location) {
+    if (!grip_) takeHoldByContent(location);
     if (!grip_) return;
     // A window that moves under a hand that rests is moved by somebody else.
     if (!grip_->isDragging && isAtRest(location)) return;
@@ -96,9 +136,10 @@ void WindowDragCoordinator::moved(CGPoint location) {
 }
 
 void WindowDragCoordinator::released(CGPoint location, bool isShiftDown) {
-    if (!grip_) return;
     moved(location);
+    contentPress_.reset();
     showDrag(std::nullopt);
+    if (!grip_) return;
     if (!grip_->isDragging && isAtRest(location)) return letGoUnmoved(); // a click
     const auto lettingGo =
         isShiftDown ? WorkspaceController::LettingGo::floating : WorkspaceController::LettingGo::intoTile;

@@ -20,6 +20,9 @@ class WindowDragCoordinator {
     static constexpr double kSlackPoints = 2;
     /// The window may reach its last place a little after the button is up.
     static constexpr Seconds kSettlingTime{0.05};
+    /// Where windows are dragged by their titles and edges, a press elsewhere asks nothing; a drag this long may be of
+    /// a window that follows its content, and asks once.
+    static constexpr double kContentDragPoints = 24;
 
     /// All of it outlives the coordinator.
     WindowDragCoordinator(WorkspaceController& workspace, PointerMonitorServicing& pointer, OverlayBoard& board,
@@ -45,6 +48,9 @@ class WindowDragCoordinator {
     void pressed(CGPoint location);
     void moved(CGPoint location);
     void released(CGPoint location, bool isShiftDown);
+    bool isNearKnownTitleOrEdge(CGPoint location) const;
+    void takeHold(CGPoint location);
+    void takeHoldByContent(CGPoint location);
     void letGoUnmoved();
     void finishLettingGo();
     bool isAtRest(CGPoint location) const;
@@ -64,6 +70,7 @@ class WindowDragCoordinator {
         CGPoint location{};
         WorkspaceController::LettingGo lettingGo = WorkspaceController::LettingGo::intoTile;
     };
+    std::optional<CGPoint> contentPress_; // screen space; until the pointer has gone far enough to ask
     std::optional<Grip> grip_;
     std::optional<LetGo> letGo_;
     std::optional<OverlayDrag> shownDrag_; // until the button is up

@@ -247,8 +247,8 @@ constexpr std::array kVerbs = std::to_array<Verb>({
      "nothing here.",
      "kova shortcut list\nkova shortcut list --json", kNothing, printShortcuts},
     {"shortcut set", "shortcut.set", "give an action a keyboard shortcut",
-     "Modifiers are ctrl, alt, shift and super, of which one other than shift is needed. The key is what is written on "
-     "it without shift, by the active keyboard layout, or left, right, up, down, return, tab, space, home, end, "
+     "Modifiers are ctrl, alt, shift and super (on a Mac also control, option and command), of which one other than "
+     "shift is needed. The key is what is written on it without shift, by the active keyboard layout, or left, right, up, down, return, tab, space, home, end, "
      "pageup, "
      "pagedown, insert, f1 to f20. It stays the same key on the keyboard when the layout changes.",
      "kova shortcut set focusLeft ctrl+alt+h\nkova shortcut set next-layout super+right",
@@ -257,10 +257,10 @@ constexpr std::array kVerbs = std::to_array<Verb>({
      "The action can still be asked for in any other way.", "kova shortcut clear focusZoom", kShortcutAction,
      printShortcut},
     {"shortcut record", "shortcut.record", "give an action the keys that are pressed next",
-     "Waits for one key press, with at least one of ctrl, alt and super. Escape ends it and changes nothing; Delete "
-     "takes the shortcut away. What another action has is refused, and the next press is awaited. No "
-     "other "
-     "program hears the keyboard meanwhile; after a minute without an accepted press it is given back.",
+     "Waits for one key press, with at least one of ctrl, alt (Option) and super (Command). Escape ends it and "
+     "changes nothing; Delete takes the shortcut away. What another action has is refused, and the next press is "
+     "awaited. Recording ends after a minute without an accepted press. No other program hears the keyboard meanwhile, "
+     "except on a Mac.",
      "kova shortcut record focusLeft", kShortcutAction, printShortcut},
     {"shortcut restore-defaults", "shortcut.restoreDefaults", "bring back the standard shortcuts",
      "Of all actions. “undo” does not take this back.", "kova shortcut restore-defaults", kNothing, printShortcuts},

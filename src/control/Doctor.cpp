@@ -71,15 +71,18 @@ std::vector<DiagnosticLine> preferencesLines(const PreferencesStore& preferences
     return lines;
 }
 
-DiagnosticLine shortcutsLine(const ControlContext& context, const std::vector<std::string>& held) {
+std::optional<DiagnosticLine> shortcutsLine(const ControlContext& context, const std::vector<std::string>& held) {
     if (!context.keys) {
-        return {"shortcuts", Verdict::note, "No key can be heard in this session; use the command line instead."};
+        return DiagnosticLine{"shortcuts", Verdict::note,
+                              "No key can be heard in this session; use the command line instead."};
     }
-    if (held.empty()) return {"shortcuts", Verdict::fine, "No other program holds any of them."};
+    if (held.empty() && !context.keys->knowsAllHolders()) return std::nullopt;
+    if (held.empty()) return DiagnosticLine{"shortcuts", Verdict::fine, "No other program holds any of them."};
     std::string names;
     for (const std::string& name : held) names += (names.empty() ? "" : ", ") + name;
-    return {"shortcuts", Verdict::note,
-            "Held by another program: " + names + ". Free it there, or choose others with “kova shortcut set”."};
+    return DiagnosticLine{"shortcuts", Verdict::note,
+                          "Held by another program: " + names +
+                              ". Free it there, or choose others with “kova shortcut set”."};
 }
 
 } // namespace
@@ -102,7 +105,7 @@ nlohmann::json examine(const ControlContext& context, const ShortcutMethods& sho
         if (auto obstacle = placingLine(context.controller)) addUnlessKnown(std::move(*obstacle));
     }
     for (DiagnosticLine& line : preferencesLines(context.preferences)) lines.push_back(std::move(line));
-    addUnlessKnown(shortcutsLine(context, shortcuts.heldByOthers()));
+    if (auto line = shortcutsLine(context, shortcuts.heldByOthers())) addUnlessKnown(std::move(*line));
 
     nlohmann::json checks = nlohmann::json::array();
     bool isHealthy = true;

@@ -47,7 +47,8 @@ class PreferencesStore {
     /// What is wrong with the store and with what is in it, in words for a person; empty when nothing is.
     virtual std::vector<std::string> problems() const = 0;
 
-    bool contains(std::string_view key) const { return value(key).has_value(); }
+    /// Whether anything is stored under the key, also a value of a type that counts as absent.
+    virtual bool contains(std::string_view key) const { return value(key).has_value(); }
     std::optional<bool> boolean(std::string_view key) const { return typed<bool>(key); }
     std::optional<std::string> string(std::string_view key) const { return typed<std::string>(key); }
     std::optional<PreferenceData> data(std::string_view key) const { return typed<PreferenceData>(key); }

@@ -36,6 +36,8 @@ std::string_view attributeName(AccessibilityAttribute attribute) {
         return "AXFullScreen";
     case AccessibilityAttribute::maximized:
         return "AXMaximized";
+    case AccessibilityAttribute::enhancedUserInterface:
+        return "AXEnhancedUserInterface";
     }
     return {};
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "support/Geometry.h"
+#include "support/MainQueue.h"
 #include "windowing/WindowSizeHints.h"
 
 #include <sys/types.h>
@@ -50,6 +51,7 @@ enum class AccessibilityAttribute {
     focused,
     fullScreen,
     maximized, // fills its display by the window manager's doing, in one direction at least; no Mac window ever is
+    enhancedUserInterface, // of a Mac application: while it is on, the application animates frames that are written
 };
 
 /// "AXWindows", "AXFocusedWindow", and so on.
@@ -97,6 +99,13 @@ class AccessibilityServicing {
     virtual std::optional<std::string> absence() const { return std::nullopt; }
     /// Whether this process may manage windows, showing the system's prompt if asked to and there is one. Main thread.
     virtual bool requestTrust(bool prompt) = 0;
+
+    /// What to do about a permission that the process has and that every application ignores, as after an update with
+    /// another signature; absent as a rule. Known after a poll. Any thread; never waits.
+    virtual std::optional<std::string> stalePermission() const { return std::nullopt; }
+    /// Whether each read is answered by the application itself, whose main thread it takes time from; false where the
+    /// desktop answers from what it knows. Any thread.
+    virtual bool readsAskApplications() const { return false; }
 
     /// The element of an application; it exists as a value even when the process does not. Any thread.
     virtual AccessibilityElement applicationElement(pid_t processIdentifier) const = 0;
@@ -147,8 +156,11 @@ class AccessibilityServicing {
     virtual void flush() = 0;
 };
 
+/// What became of a request to announce changes.
+enum class AnnouncementAnswer { announces, refuses, noAnswer };
+
 /// Whether a poll could find anything new. A desktop that announces every change by an event vouches for it, and then
-/// nobody needs to ask.
+/// no poll is needed.
 class DesktopChangeServicing {
   public:
     virtual ~DesktopChangeServicing() = default;
@@ -159,6 +171,20 @@ class DesktopChangeServicing {
     /// Calls back once, on the main queue, when the count differs from `count`: at once if it does already. A new call
     /// replaces the one before; an empty function cancels it. Main thread.
     virtual void notifyWhenChanged(std::uint64_t count, std::function<void()> callback) = 0;
+
+    /// False where each application and each window has to be asked to announce its changes (`requestAnnouncements`).
+    /// Any thread.
+    virtual bool announcesUnasked() const { return true; }
+    /// Asks an application, or a window, to announce its changes; an element is asked again only after `noAnswer` or
+    /// `endAnnouncements`. Costs at most the platform's deadline. Polling queue.
+    virtual AnnouncementAnswer requestAnnouncements(const AccessibilityElement&) {
+        return AnnouncementAnswer::announces;
+    }
+    /// The element is gone, or of no interest any more. Costs at most the platform's deadline. Polling queue.
+    virtual void endAnnouncements(const AccessibilityElement&) {}
+    /// How long polls may rest although no change was announced, where announcements can get lost; absent where none
+    /// can. Any thread.
+    virtual std::optional<Seconds> longestRest() const { return std::nullopt; }
 };
 
 } // namespace kova

@@ -19,7 +19,7 @@ AccessibilityWindowService::AccessibilityWindowService(AccessibilityServicing& a
                                                        ApplicationServicing& applications, ScreenServicing& screens,
                                                        MainQueue& queue) :
     accessibility_(accessibility),
-    applications_(applications), screens_(screens), queue_(queue) {}
+    applications_(applications), screens_(screens), queue_(queue), animations_(accessibility, queue) {}
 
 AccessibilityPermissionState AccessibilityWindowService::permissionState() const {
     return accessibility_.isProcessTrusted() ? AccessibilityPermissionState::granted
@@ -46,12 +46,12 @@ void AccessibilityWindowService::setFrameInteractive(const ManagedWindow& window
     std::array writes = {AttributeWrite{AccessibilityAttribute::position, frame.origin},
                          AttributeWrite{AccessibilityAttribute::size, frame.size}};
     if (!grows) std::swap(writes[0], writes[1]);
-    accessibility_.writeAttributes(window.element, writes);
+    animations_.write(window.element, writes);
 }
 
 void AccessibilityWindowService::move(const ManagedWindow& window, CGPoint origin) {
     const AttributeWrite write{AccessibilityAttribute::position, origin};
-    accessibility_.writeAttributes(window.element, {&write, 1});
+    animations_.write(window.element, {&write, 1});
 }
 
 bool AccessibilityWindowService::isRunning(pid_t processIdentifier) const {

@@ -7,6 +7,7 @@
 #include "support/MainQueue.h"
 #include "windowing/AccessibilityServicing.h"
 #include "windowing/ApplicationServicing.h"
+#include "windowing/FrameAnimations.h"
 #include "windowing/FrameVerification.h"
 #include "windowing/ManagedWindow.h"
 #include "windowing/ScreenServicing.h"
@@ -52,6 +53,7 @@ struct UnlistedWindow {
 struct WindowEnumeration {
     std::vector<ManagedWindow> listed;
     std::vector<UnlistedWindow> unlisted; // in the order of the known windows
+    std::vector<pid_t> applications;      // those whose windows are managed
     std::uint64_t shownSpace = 0;
 };
 
@@ -65,6 +67,8 @@ class AccessibilityWindowService {
 
     AccessibilityPermissionState permissionState() const; // any thread
     AccessibilityPermissionState requestPermission(bool prompt);
+    /// See `AccessibilityServicing`.
+    std::optional<std::string> stalePermission() const { return accessibility_.stalePermission(); }
 
     /// Every eligible window of every eligible application, and what became of the known windows that are not among
     /// them: only these are asked one by one, and of a silent application only the first. Polling queue; touches no
@@ -134,6 +138,7 @@ class AccessibilityWindowService {
     ApplicationServicing& applications_;
     ScreenServicing& screens_;
     MainQueue& queue_;
+    FrameAnimations animations_;
     std::unordered_map<std::string, int> placementGenerations_; // by window id; grows with every request
     std::unordered_map<std::string, CGRect> pendingFrames_;
     std::shared_ptr<VerificationRound> newestRound_; // absent once its first pass has begun

@@ -6,14 +6,27 @@ namespace kova {
 
 using Kind = DividerHandleEvent::Kind;
 
-CGRect grippableFrame(const DividerHandle& handle) {
+namespace {
+
+CGRect thickened(const DividerHandle& handle, double points) {
     CGRect frame = handle.frame;
-    auto& start = handle.axis == LayoutAxis::horizontal ? frame.origin.x : frame.origin.y;
-    auto& thickness = handle.axis == LayoutAxis::horizontal ? frame.size.width : frame.size.height;
-    const double missing = std::max(0.0, kThinnestHandle - thickness);
-    start -= missing / 2;
-    thickness += missing;
+    (handle.axis == LayoutAxis::horizontal ? frame.origin.x : frame.origin.y) -= points / 2;
+    (handle.axis == LayoutAxis::horizontal ? frame.size.width : frame.size.height) += points;
     return frame;
+}
+
+double thickness(const DividerHandle& handle) {
+    return handle.axis == LayoutAxis::horizontal ? handle.frame.size.width : handle.frame.size.height;
+}
+
+} // namespace
+
+CGRect grippableFrame(const DividerHandle& handle) {
+    return thickened(handle, std::max(0.0, kThinnestHandle - thickness(handle)));
+}
+
+CGRect bareFrame(const DividerHandle& handle) {
+    return thickened(handle, std::max(2 * handle.insetPoints, kThinnestHandle - thickness(handle)));
 }
 
 std::optional<DividerHandleEvent> DividerGrip::press(const std::string& handleID, int clickCount, CGPoint location) {

@@ -15,6 +15,8 @@ inline constexpr double kThinnestHandle = 8;
 
 /// Where a handle can be taken hold of: its frame, made thick enough around its middle.
 CGRect grippableFrame(const DividerHandle& handle);
+/// All that is bare between the windows on both sides of a handle, or the grippable frame where that is thicker.
+CGRect bareFrame(const DividerHandle& handle);
 
 /// Each call gives what is to be told; absent when nothing.
 class DividerGrip {

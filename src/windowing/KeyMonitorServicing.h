@@ -51,8 +51,11 @@ class KeyMonitorServicing {
     /// Which combinations the monitors wait for, in place of those named before; claimed from the window system, where
     /// it wants that, for as long as there is a global monitor and nobody records.
     virtual void claim(const std::vector<KeyCombination>& combinations) = 0;
-    /// Those of the claimed ones that another program holds; they are not reported while it does.
+    /// Those of the claimed ones that another program holds, or the system; they are not reported while it does, or not
+    /// reported to KOVA alone.
     virtual std::vector<KeyCombination> heldByOthers() const = 0;
+    /// Whether a combination that is not among `heldByOthers` is held by no other program.
+    virtual bool knowsAllHolders() const { return true; }
     /// Tells, after each `claim`, that `heldByOthers` knows by now, and whenever that has changed since.
     [[nodiscard]] virtual Subscription observeHeldByOthers(std::function<void()> known) = 0;
 

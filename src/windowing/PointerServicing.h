@@ -25,6 +25,8 @@ class PointerMonitorServicing {
     /// Tells of the main button, and of movements only while it is held. Costs nothing while nobody observes. Main
     /// thread.
     [[nodiscard]] virtual Subscription observePointer(std::function<void(const PointerEvent&)> observer) = 0;
+    /// Whether windows are commonly dragged by any point of theirs, as with Alt on X11; else by titles and edges.
+    virtual bool dragsWindowsByAnyPoint() const { return true; }
 };
 
 /// One divider's handle.
@@ -32,6 +34,7 @@ struct DividerHandle {
     std::string id; // opaque; the same for the same divider as long as it is shown
     CGRect frame{}; // screen space, the gap between the tiles
     LayoutAxis axis = LayoutAxis::horizontal;
+    double insetPoints = 0; // windows keep this distance from the edges of their tiles, so that more of the gap is bare
     bool operator==(const DividerHandle&) const = default;
 };
 
@@ -48,6 +51,8 @@ class DividerHandleServicing {
     /// Shows exactly these handles, each at least 8 points thick, with the resize cursor of its axis, above the desktop
     /// but below the windows that overlap it. Main thread; never waits.
     virtual void showHandles(const std::vector<DividerHandle>& handles) = 0;
+    /// Whether handles lie over the desktop's icons, and are to be shown only on displays with a window in a tile.
+    virtual bool coversDesktopIcons() const { return false; }
     /// What the hand does with a handle. Once pressed, a handle gets the movements until it is released or cancelled
     /// (Escape), wherever the pointer goes. A handle is entered and left as the pointer crosses its edge; a back end
     /// may tell of that late, or of leaving alone.

@@ -42,7 +42,7 @@ void AccessibilityWindowService::writeFrame(const AccessibilityElement& element,
     const AttributeWrite size{AccessibilityAttribute::size, frame.size};
     const auto writes = order == FrameWriteOrder::positionFirst ? std::array{position, size, size, position}
                                                                 : std::array{size, position, size, position};
-    accessibility_.writeAttributes(element, writes);
+    animations_.write(element, writes);
 }
 
 void AccessibilityWindowService::setFrame(const ManagedWindow& window, const CGRect& frame, BringToFront bringToFront,

@@ -169,7 +169,8 @@ WindowEnumeration AccessibilityWindowService::enumerateWindows(std::span<const K
         enumerateWindows(application, rectanglesOfProcess[application.processIdentifier], roll);
     }
     auto unlisted = unlistedWindows(known, roll);
-    return {std::move(roll.windows), std::move(unlisted), roll.shownSpace};
+    std::vector<pid_t> applications(roll.processes.begin(), roll.processes.end());
+    return {std::move(roll.windows), std::move(unlisted), std::move(applications), roll.shownSpace};
 }
 
 void AccessibilityWindowService::enumerateWindows(const RunningApplication& application,

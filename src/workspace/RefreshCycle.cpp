@@ -10,14 +10,19 @@ namespace kova {
 namespace {
 
 PollResult poll(const AccessibilityWindowService& service, const SessionServicing& session,
-                const DesktopChangeServicing& changes, const std::vector<KnownWindow>& known) {
+                const DesktopChangeServicing& changes, ChangeAnnouncements* announcements,
+                const std::vector<KnownWindow>& known, Seconds begun) {
     PollResult result;
+    result.begun = begun;
     result.changeCount = changes.changeCount();
     result.isSessionLocked = session.isLoginSessionScreenLocked();
     result.permissionState = service.permissionState();
-    if (result.permissionState == AccessibilityPermissionState::granted && !result.isSessionLocked) {
-        result.windows = service.enumerateWindows(known);
-    }
+    const bool isReadable =
+        result.permissionState == AccessibilityPermissionState::granted && !result.isSessionLocked;
+    if (isReadable) result.windows = service.enumerateWindows(known);
+    // It shows in the answers, so that applications are asked all the same.
+    if (isReadable && service.stalePermission()) result.permissionState = AccessibilityPermissionState::denied;
+    if (announcements && !(isReadable && announcements->follow(result.windows, begun))) result.changeCount.reset();
     return result;
 }
 
@@ -27,8 +32,8 @@ RefreshCycle::RefreshCycle(std::shared_ptr<AccessibilityWindowService> service, 
                            DesktopChangeServicing& changes, MainQueue& queue, WorkQueue& pollingQueue,
                            Callbacks callbacks) :
     service_(std::move(service)),
-    session_(session), changes_(changes), queue_(queue), pollingQueue_(pollingQueue), callbacks_(std::move(callbacks)) {
-}
+    session_(session), changes_(changes), queue_(queue), pollingQueue_(pollingQueue), callbacks_(std::move(callbacks)),
+    announcements_(changes.announcesUnasked() ? nullptr : std::make_shared<ChangeAnnouncements>(changes)) {}
 
 RefreshCycle::~RefreshCycle() {
     stopTimer();
@@ -72,10 +77,10 @@ void RefreshCycle::refresh() {
     auto deliver = lifetime_.guard(
         [this](PollResult& result, std::int64_t generation) { receive(std::move(result), generation); });
     pollingQueue_.post([service = service_, &session = session_, &changes = changes_, &queue = queue_,
-                        generation = generation_, known = callbacks_.knownWindows(), begun = queue_.uptime(),
-                        deliver = std::move(deliver)]() mutable {
-        auto result = std::make_shared<PollResult>(poll(*service, session, changes, known));
-        result->begun = begun;
+                        announcements = announcements_, generation = generation_, known = callbacks_.knownWindows(),
+                        begun = queue_.uptime(), deliver = std::move(deliver)]() mutable {
+        auto result =
+            std::make_shared<PollResult>(poll(*service, session, changes, announcements.get(), known, begun));
         // The service travels along, so that the last hold on it is given up on the main thread.
         queue.post([result, generation, service = std::move(service), deliver = std::move(deliver)]() mutable {
             deliver(*result, generation);
@@ -125,7 +130,16 @@ void RefreshCycle::tick() {
     // This tick and those to come would find nothing. The next change lets them go on, in the same rhythm.
     timer_.reset();
     isResting_ = true;
+    if (const auto longest = changes_.longestRest()) {
+        timer_ = queue_.after(*longest, lifetime_.guard([this] { pollAfterLongestRest(); }));
+    }
     changes_.notifyWhenChanged(*appliedChangeCount_, lifetime_.guard([this] { resumeTicking(); }));
+}
+
+/// An announcement may have been lost.
+void RefreshCycle::pollAfterLongestRest() {
+    wake();
+    refresh();
 }
 
 void RefreshCycle::wake() {
@@ -137,6 +151,7 @@ void RefreshCycle::wake() {
 void RefreshCycle::resumeTicking() {
     if (!isResting_) return;
     isResting_ = false;
+    if (timer_) timer_->cancel();
     const double missed = std::ceil((queue_.uptime() - nextTick_) / kInterval);
     if (missed > 0) nextTick_ += missed * kInterval;
     scheduleTick();

@@ -1,11 +1,12 @@
 // When the desktop is asked what changed: twice a second while running, never twice at once, and not at all while a
-// desktop that announces its changes has announced none.
+// desktop that announces its changes has announced none; where announcements can get lost, once in its longest rest.
 // A generation counter, not a lock, keeps late answers from being applied. Main thread only, but for the poll itself.
 #pragma once
 
 #include "support/Lifetime.h"
 #include "support/MainQueue.h"
 #include "windowing/AccessibilityWindowService.h"
+#include "windowing/ChangeAnnouncements.h"
 
 #include <cstdint>
 #include <functional>
@@ -64,6 +65,7 @@ class RefreshCycle {
     void stopTimer();
     void scheduleTick();
     void resumeTicking();
+    void pollAfterLongestRest();
     void tick();
     bool mayRest() const;
     void receive(PollResult result, std::int64_t generation);
@@ -83,6 +85,7 @@ class RefreshCycle {
     Seconds nextTick_{0}; // uptime
     std::shared_ptr<ScheduledWork> timer_;
     std::optional<std::uint64_t> appliedChangeCount_;
+    std::shared_ptr<ChangeAnnouncements> announcements_; // of the polling queue; null where changes announce themselves
     Lifetime lifetime_;
 };
 

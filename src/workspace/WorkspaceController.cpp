@@ -126,7 +126,8 @@ bool WorkspaceController::requirePermission() {
 }
 
 std::string WorkspaceController::permissionProblem() const {
-    return absenceOfWindows().value_or("Accessibility permission is required");
+    if (const auto absence = absenceOfWindows()) return *absence;
+    return windowService_->stalePermission().value_or("Accessibility permission is required");
 }
 
 /// For the actions that move or raise windows: nobody sees them on a dark or locked screen.

@@ -85,6 +85,17 @@ TEST_F(DividerHandles, FollowTheLayoutsTheDisplaysAndThePermission) {
     EXPECT_EQ(handles(), "634,38 12x1032 -");
 }
 
+TEST_F(DividerHandles, LeaveTheDesktopIconsOfAnEmptyDisplayFree) {
+    desk.desktop.coverDesktopIcons();
+    desk.display(1920, 1080, "B").layout("jarvis.dual-split", "B").settle();
+    EXPECT_EQ(handles(), "1274,38 12x1392 -");
+    desk.perform(WindowCommand{command::Place{desk.desktop.windowIDOf("Mail"), desk.targetID("B", "focus-main")}});
+    EXPECT_EQ(handles(), "1274,38 12x1392 - | 3514,398 12x1032 -");
+    for (const char* label : {"Mail", "Codex"}) desk.desktop.close(label);
+    desk.settle();
+    EXPECT_EQ(handles(), "");
+}
+
 TEST_F(DividerHandles, AreGoneWhileAWindowOwnsTheDisplay) {
     desk.display(1920, 1080, "B").layout("jarvis.dual-split", "B").settle();
     desk.desktop.focusByHand("Mail");

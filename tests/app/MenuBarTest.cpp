@@ -134,6 +134,20 @@ class MenuBar : public ::testing::Test {
         {.delegate = delegate, .documents = &documents, .updates = &updates, .quit = [this] { ++quits; }}};
 };
 
+TEST_F(MenuBar, ShowsAMessageWhileItLasts) {
+    int changes = 0;
+    const auto subscription = menu.observeSymbol([&] { ++changes; });
+    EXPECT_EQ(menu.symbol(), MenuBarSymbol::usual);
+    workspace.showStatusMessage("Windows arranged");
+    EXPECT_EQ(menu.symbol(), MenuBarSymbol::message);
+    EXPECT_EQ(menu.entries().front().title, "Windows arranged");
+    EXPECT_FALSE(menu.entries().front().isEnabled);
+    passes(4.1);
+    EXPECT_EQ(menu.symbol(), MenuBarSymbol::usual);
+    EXPECT_EQ(menu.entries().front().title, "Arrange Windows into Zones");
+    EXPECT_EQ(changes, 2);
+}
+
 TEST_F(MenuBar, OffersWhatCanBeDoneNow) {
     passes(0.6);
     EXPECT_EQ(picture(menu.entries()), "(Arrange Windows into Zones)\n"

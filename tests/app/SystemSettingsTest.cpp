@@ -186,14 +186,18 @@ TEST_F(Dock, IsChangedAtTheStartOnlyForWhoWantsItHidden) {
 
 class PlayedOnboarding final : public OnboardingServicing {
   public:
-    void showOnboarding(std::optional<OnboardingOffer> offered) override {
+    void showOnboarding(std::optional<OnboardingOffer> offered, std::function<void()> asks) override {
         ++timesShown;
         offer = std::move(offered);
+        goOn = std::move(asks);
     }
     void closeOnboarding() override { ++timesClosed; }
+    void openPermissionSettings() override { ++timesSettingsOpened; }
     int timesShown = 0;
     int timesClosed = 0;
+    int timesSettingsOpened = 0;
     std::optional<OnboardingOffer> offer;
+    std::function<void()> goOn;
 };
 
 TEST_F(Dock, IsOfferedToANewUserAndLeftAloneUnlessItIsChosen) {
@@ -232,6 +236,27 @@ TEST(Onboarding, IsShownUntilThePermissionIsGivenAndNeverAgain) {
     EXPECT_EQ(preferences.boolean(preferenceKey::onboardingCompleted), true);
     EXPECT_TRUE(start(false));
     EXPECT_EQ(onboarding.timesShown, 1);
+}
+
+TEST(Onboarding, AsksByTheSystemsQuestionFirstAndThenByItsSettings) {
+    SimulatedDesktop desktop;
+    MemoryPreferencesStore preferences;
+    PlayedOnboarding onboarding;
+    desktop.setTrusted(false);
+    AppDelegate delegate(
+        {desktop, desktop, desktop, desktop, desktop, preferences, desktop.queue(), desktop.pollingQueue(), desktop},
+        {.onboarding = &onboarding});
+    delegate.applicationDidFinishLaunching();
+    onboarding.goOn();
+    EXPECT_EQ(desktop.promptCount(), 1);
+    delegate.askForPermission();
+    EXPECT_EQ(desktop.promptCount(), 1);
+    EXPECT_EQ(onboarding.timesSettingsOpened, 1);
+
+    desktop.setTrusted(true);
+    desktop.queue().advance(Seconds(1));
+    EXPECT_TRUE(*delegate.onboarding().isCompleted());
+    EXPECT_EQ(onboarding.timesClosed, 1) << "the permission came while it was shown";
 }
 
 } // namespace

@@ -61,6 +61,27 @@ std::vector<RunningApplication> DesktopContract::poll() {
     return running;
 }
 
+WindowEnumeration DesktopContract::enumeration() {
+    WindowEnumeration found;
+    for (const auto& application : applications().runningApplications()) {
+        if (application.activationPolicy != ApplicationActivationPolicy::regular) continue;
+        const pid_t process = application.processIdentifier;
+        found.applications.push_back(process);
+        const auto values = accessibility().readAttributes(accessibility().applicationElement(process),
+                                                           std::vector{Attribute::windows});
+        const auto* elements = std::get_if<std::vector<AccessibilityElement>>(&values.at(0));
+        if (!elements) continue;
+        for (const auto& element : *elements) {
+            ManagedWindow window;
+            window.id = windowID(process, element);
+            window.element = element;
+            window.processIdentifier = process;
+            found.listed.push_back(std::move(window));
+        }
+    }
+    return found;
+}
+
 std::optional<RunningApplication> DesktopContract::polled(pid_t process) {
     const auto running = poll();
     const auto found = std::ranges::find(running, process, &RunningApplication::processIdentifier);

@@ -6,6 +6,7 @@
 #include "support/MainQueue.h"
 #include "windowing/AccessibilityServicing.h"
 #include "windowing/ApplicationServicing.h"
+#include "windowing/ChangeAnnouncements.h"
 #include "windowing/KeyMonitorServicing.h"
 #include "windowing/PointerServicing.h"
 #include "windowing/ScreenServicing.h"
@@ -133,6 +134,8 @@ class DesktopContract : public ::testing::TestWithParam<Backend> {
     AttributeValue read(const AccessibilityElement& element, AccessibilityAttribute attribute);
     std::optional<CGRect> frameOf(const AccessibilityElement& element);
     bool flag(const AccessibilityElement& element, AccessibilityAttribute attribute);
+    /// The applications and their windows, as far as `ChangeAnnouncements` needs them. Polling queue.
+    WindowEnumeration enumeration();
     std::vector<RunningApplication> poll();
     std::optional<RunningApplication> polled(pid_t process);
     /// The window of that title, once it is there; the test fails when it does not come.

@@ -14,7 +14,8 @@ namespace {
 
 class SimulatedStage final : public ContractDesktop {
   public:
-    explicit SimulatedStage(HidingStyle style) {
+    explicit SimulatedStage(HidingStyle style, DesktopStyle desktopStyle = DesktopStyle::knowsItsWindows) {
+        desktop_.setStyle(desktopStyle);
         desktop_.addDisplay({.name = "First", .size = {1280, 800}});
         desktop_.setHidingStyle(style);
         desktop_.queue().runDue();
@@ -105,8 +106,13 @@ Backend simulated(const std::string& name, HidingStyle style) {
     return {name, "", [style] { return std::make_unique<SimulatedStage>(style); }};
 }
 
+Backend simulatedMac() {
+    return {"SimulatedMac", "",
+            [] { return std::make_unique<SimulatedStage>(HidingStyle::hidesApplication, DesktopStyle::mac); }};
+}
+
 INSTANTIATE_TEST_SUITE_P(Simulated, DesktopContract,
-                         ::testing::Values(simulated("Simulated", HidingStyle::hidesApplication),
+                         ::testing::Values(simulated("Simulated", HidingStyle::hidesApplication), simulatedMac(),
                                            simulated("SimulatedIconifying", HidingStyle::iconifiesWindows)),
                          nameOf);
 

@@ -88,6 +88,13 @@ TEST_F(ShortcutsOverTheSocket, ThatAnotherProgramHoldsAreNamed) {
     EXPECT_TRUE(isTold);
     keyboard().giveUpByOther({keyCode::g, modifierFlag::command});
     EXPECT_EQ(result("status")["shortcutsHeldByOthers"], json::array());
+
+    const auto saysThatNoneIsHeld = [&] {
+        return result("doctor").dump().find("No other program holds") != std::string::npos;
+    };
+    EXPECT_TRUE(saysThatNoneIsHeld());
+    keyboard().setDelivery(SimulatedKeyboard::Delivery::observed);
+    EXPECT_FALSE(saysThatNoneIsHeld()) << "this desktop does not know";
 }
 
 TEST_F(ShortcutsOverTheSocket, AreRecordedByTheRulesOfTheRecorder) {

@@ -3,10 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace kova {
 
-Desk::Desk() = default;
+Desk::Desk() {
+    const char* style = std::getenv("KOVA_DESKTOP_STYLE");
+    if (style && std::string_view(style) == "mac") desktop.setStyle(DesktopStyle::mac);
+}
 
 Desk::~Desk() {
     if (delegate_) {
@@ -108,7 +112,7 @@ Desk& Desk::undergo(SystemActivityEvent event) {
 
 bool Desk::isManaging() {
     return delegate_ && controller().isRunning() && desktop.isProcessTrusted() && !isSuspended() &&
-           !desktop.isLoginSessionScreenLocked() && !desktop.screens().empty();
+           !desktop.stalePermission() && !desktop.isLoginSessionScreenLocked() && !desktop.screens().empty();
 }
 
 /// After sleep and lock, windows that are missing are awaited for 10 s from the first poll, which may be slow.
@@ -140,7 +144,8 @@ Desk& Desk::perform(const WindowCommand& command) {
 
 Desk& Desk::arrange() {
     // A poll sees what was opened just now.
-    if (wasStarted_) desktop.queue().advance(RefreshCycle::kInterval);
+    const Seconds late = desktop.announcesUnasked() ? Seconds(0) : Seconds(0.1);
+    if (wasStarted_) desktop.queue().advance(RefreshCycle::kInterval + late);
     foundAtRestart_.clear();
     return perform(action::Arrange{});
 }
@@ -170,6 +175,12 @@ Desk& Desk::advance(Seconds duration) {
     desktop.queue().advance(duration);
     // A window that closed itself meanwhile may be noticed only by the next poll.
     isSettled_ = duration >= kSettlingTime && desktop.closedCount() == closedBefore;
+    const Seconds now = desktop.queue().uptime();
+    if (const int losses = desktop.announcements().lostCount(); losses != lossesKnown_) {
+        lossesKnown_ = losses;
+        lossesNoticed_ = now + desktop.longestRest().value_or(Seconds(0)) + kSettlingTime;
+    }
+    isSettled_ = isSettled_ && now >= lossesNoticed_;
     checkPromises();
     return *this;
 }
@@ -233,6 +244,11 @@ int Desk::framesWrittenWithin(Seconds duration) {
     const int before = frameWrites();
     advance(duration);
     return frameWrites() - before;
+}
+
+int Desk::mostPollsAtRest(Seconds duration) const {
+    const auto longestRest = desktop.longestRest();
+    return longestRest ? static_cast<int>(duration / *longestRest) : 0;
 }
 
 std::string Desk::explanation() {

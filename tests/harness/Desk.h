@@ -10,6 +10,8 @@
 // promise of the seam. Once settled also: only living windows are held, every window that does as it is told rests in
 // its tile, none lies outside all displays, and tiled windows that are as large as they must be do not overlap. When
 // the desk is cleared, no work is left in the queue.
+//
+// With KOVA_DESKTOP_STYLE=mac the desktop answers and announces as a Mac does, unless a scenario says otherwise.
 #pragma once
 
 #include "app/AppDelegate.h"
@@ -83,6 +85,8 @@ class Desk {
     void expectFocus(std::string_view label);
     /// Frames that are written to any window within the duration; none on a desktop at rest.
     int framesWrittenWithin(Seconds duration);
+    /// Polls that a desktop at rest may see within the duration: none, where no announcement can get lost.
+    int mostPollsAtRest(Seconds duration) const;
     /// The last arrangement's lines.
     std::string explanation();
 
@@ -116,6 +120,8 @@ class Desk {
     bool isSettled_ = false;
     Seconds recoveryEnd_{0}; // uptime
     Seconds resumptionEnd_{0};
+    Seconds lossesNoticed_{0}; // uptime by which a poll has found what was not announced
+    int lossesKnown_ = 0;
     struct Found {
         CGRect frame;
         std::optional<CGRect> tile; // at the first look at it

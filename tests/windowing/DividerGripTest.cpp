@@ -11,6 +11,15 @@ namespace {
 
 using Kind = DividerHandleEvent::Kind;
 
+TEST(DividerGrip, WhatIsBareIsWiderThanTheGapByTheInsets) {
+    const auto bare = [](const CGRect& frame, LayoutAxis axis, double inset) {
+        return bareFrame({.id = "a", .frame = frame, .axis = axis, .insetPoints = inset});
+    };
+    EXPECT_EQ(bare(makeRect(100, 0, 12, 500), LayoutAxis::horizontal, 5), makeRect(95, 0, 22, 500));
+    EXPECT_EQ(bare(makeRect(0, 100, 500, 40), LayoutAxis::vertical, 5), makeRect(0, 95, 500, 50));
+    EXPECT_EQ(bare(makeRect(100, 0, 2, 500), LayoutAxis::horizontal, 0), makeRect(97, 0, 8, 500));
+}
+
 TEST(DividerGrip, TellsWhatTheHandDoes) {
     DividerGrip grip;
     std::string story;

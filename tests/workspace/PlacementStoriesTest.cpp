@@ -184,6 +184,7 @@ TEST(PlacementStories, AWindowDraggedOffItsTileReturnsAndAQuietOneIsNotWritten) 
 
 TEST(PlacementStories, FullScreenWindowsAndOtherVirtualDesktopsTakeNoPart) {
     Desk desk;
+    desk.desktop.setSpaceStyle(SpaceStyle::listsAll);
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     desk.desktop.setFullScreen("Codex", true);
     desk.opens("Elsewhere", {.frame = makeRect(10, 10, 640, 480), .virtualDesktop = 3}).opens("Viewer");

@@ -25,7 +25,12 @@ class RandomDay {
         desk_.desktop.setVouching(chance(2));
         for (const char* name : {"Mail", "Notes", "Codex"}) desk_.desktop.install(name);
         desk_.desktop.setHidingStyle(chance(2) ? HidingStyle::hidesApplication : HidingStyle::iconifiesWindows);
-        desk_.desktop.setSpaceStyle(chance(2) ? SpaceStyle::listsAll : SpaceStyle::listsShown);
+        const bool listsAll = chance(2);
+        if (isMac()) {
+            desk_.desktop.setAnswerTime(anyOf({Seconds(0.001), Seconds(0.02)}));
+        } else {
+            desk_.desktop.setSpaceStyle(listsAll ? SpaceStyle::listsAll : SpaceStyle::listsShown);
+        }
         desk_.start();
         for (int step = 0; step < kStepsPerDay && !testing::Test::HasFailure(); ++step) takeStep();
         if (!testing::Test::HasFailure()) checkRest();
@@ -38,6 +43,7 @@ class RandomDay {
         std::function<void()> take;
     };
 
+    bool isMac() const { return !desk_.desktop.announcesUnasked(); }
     std::size_t below(std::size_t count) { return random_() % count; }
     bool chance(std::size_t oneIn) { return below(oneIn) == 0; }
     template <class T>
@@ -155,7 +161,7 @@ class RandomDay {
     /// Windows that are not listed for a while, with nothing else happening, keep their tiles.
     void expectNoLoss(const std::function<void()>& away, const std::function<void()>& back) {
         auto& desktop = desk_.desktop;
-        if (isInterrupted_ || desk_.isSuspended() || desktop.isLoginSessionScreenLocked() ||
+        if (isInterrupted_ || desk_.isSuspended() || desktop.stalePermission() || desktop.isLoginSessionScreenLocked() ||
             !desktop.isProcessTrusted())
             return;
         desk_.advance(Seconds(1));
@@ -255,6 +261,18 @@ class RandomDay {
             desk_.controller().endWindowDrag(pointer, movement, lettingGo);
         }
     }
+    /// What happens on a Mac only; a person elsewhere goes on with the work.
+    void haveMacTrouble() {
+        if (!isMac()) return act(action::Arrange{});
+        switch (below(3)) {
+        case 0:
+            return desk_.desktop.setAnswerTime(anyOf({Seconds(0.001), Seconds(0.02), Seconds(0.3)}));
+        case 1:
+            return desk_.desktop.setPermissionStale(chance(2));
+        default:
+            return desk_.desktop.announcements().lose(static_cast<int>(1 + below(4)));
+        }
+    }
     void takeStep() {
         if (!isInterrupted_ && chance(2)) endTrouble();
         const auto& steps = chance(4) ? trouble_ : work_;
@@ -277,6 +295,8 @@ class RandomDay {
         using enum SystemActivityEvent;
         const bool wasAway = desktop.isLoginSessionScreenLocked() || desk_.isSuspended();
         desktop.setTrusted(true);
+        desktop.setPermissionStale(false);
+        if (isMac()) desktop.setAnswerTime(Seconds(0.002));
         for (const auto event : {systemDidWake, screensDidWake, sessionDidBecomeActive, screenDidUnlock}) {
             desk_.undergo(event);
         }
@@ -401,6 +421,7 @@ class RandomDay {
              if (!desk_.state().rules->empty()) desk_.controller().deleteRule(Uuid(desk_.state().rules->front().id));
          }},
         {"restart", [this] { desk_.restart(); }},
+        {"trouble of a Mac", [this] { haveMacTrouble(); }},
     };
 };
 

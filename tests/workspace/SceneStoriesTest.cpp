@@ -296,7 +296,8 @@ TEST(SceneStories, WhoNeverComesIsCountedInTheEnd) {
         EXPECT_TRUE(desk.controller().pendingSceneWindowPlacements().empty());
         const int jobs = desk.desktop.pollingQueue().jobsBegun();
         desk.advance(Seconds(600));
-        EXPECT_EQ(desk.desktop.pollingQueue().jobsBegun(), jobs) << "then the polls rest";
+        EXPECT_LE(desk.desktop.pollingQueue().jobsBegun(), jobs + desk.mostPollsAtRest(Seconds(600)))
+            << "then the polls rest";
     }
 }
 

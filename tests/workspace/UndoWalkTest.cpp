@@ -43,7 +43,7 @@ class UndoWalk {
     struct Picture {
         TileAssignments assignments;
         std::map<std::string, std::string> windows; // by id, as the desktop describes them
-        std::set<std::string> fullScreen;           // ids: they are left alone
+        std::set<std::string> leftAlone;            // ids: in full screen, or on another Space
         WorkspaceProfile profile;
         std::string accentColor;
     };
@@ -66,7 +66,8 @@ class UndoWalk {
             // Where hiding means iconifying, an application is hidden by those of its windows that left with it.
             constexpr std::string_view kBoth = " minimized hidden";
             if (const auto at = text.find(kBoth); at != std::string::npos) text.replace(at, kBoth.size(), " minimized");
-            if (window->isFullScreen) out.fullScreen.insert(id);
+            const bool isElsewhere = window->virtualDesktop != desk_.desktop.shownVirtualDesktop();
+            if (window->isFullScreen || isElsewhere) out.leftAlone.insert(id);
         }
         return out;
     }
@@ -107,7 +108,7 @@ class UndoWalk {
         EXPECT_EQ(now.profile, before.profile);
         EXPECT_EQ(now.accentColor, before.accentColor);
         for (const auto& [id, description] : before.windows) {
-            const bool isLeftAlone = now.fullScreen.contains(id) || before.fullScreen.contains(id);
+            const bool isLeftAlone = now.leftAlone.contains(id) || before.leftAlone.contains(id);
             const bool mayBeBack = haveTilesMoved && broughtBack.contains(processOf(id));
             if (!living.contains(id) || isLeftAlone || mayBeBack || (haveTilesMoved && now.assignments.isAssigned(id)))
                 continue;

@@ -38,6 +38,14 @@ TEST(WorkspacePreferences, AnyOldKeyMarksAnExistingUser) {
     }
 }
 
+TEST(WorkspacePreferences, AValueOfAForeignTypeMarksAnExistingUserToo) {
+    struct Store final : MemoryPreferencesStore {
+        // A number, as another program may have written it.
+        bool contains(std::string_view key) const override { return key == preferenceKey::showBrain; }
+    } store;
+    EXPECT_EQ(loadWorkspacePreferences(store).profile.themeID, "jarvis.neon-cyan");
+}
+
 TEST(WorkspacePreferences, KeysAreThoseUnderWhichUsersHaveTheirValues) {
     using namespace preferenceKey;
     const std::pair<std::string_view, std::string_view> keys[] = {

@@ -1,7 +1,7 @@
 #include "platform/macos/AccessibilityValues.h"
 
 #include "support/Overloaded.h"
-#include "windowing/ApplicationPatience.h"
+#include "windowing/ApplicationBackoff.h"
 
 namespace kova::macos {
 
@@ -49,7 +49,7 @@ std::optional<AccessibilityElement> seamElement(AXUIElementRef element) {
 Owned<AXUIElementRef> systemElement(const AccessibilityElement& element) {
     if (element.object) return Owned<AXUIElementRef>::retain(static_cast<AXUIElementRef>(element.object.get()));
     auto application = Owned<AXUIElementRef>::adopt(AXUIElementCreateApplication(element.processIdentifier));
-    AXUIElementSetMessagingTimeout(application.get(), static_cast<float>(ApplicationPatience::kDeadline.count()));
+    AXUIElementSetMessagingTimeout(application.get(), static_cast<float>(ApplicationBackoff::kDeadline.count()));
     return application;
 }
 

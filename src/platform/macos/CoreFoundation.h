@@ -22,7 +22,7 @@ class Owned {
     Owned() = default;
     /// Takes over the reference that the caller was given.
     static Owned adopt(Ref given) { return Owned(given); }
-    /// Takes a reference of its own to what somebody else owns.
+    /// Takes a reference of its own to a shared object.
     static Owned retain(Ref shared) { return Owned(shared ? static_cast<Ref>(CFRetain(shared)) : Ref{}); }
 
     Owned(const Owned& other) : Owned(retain(other.ref_)) {}

@@ -9,17 +9,17 @@
 
 namespace kova::macos {
 
-/// What the hand does with a handle; where is asked elsewhere.
+/// What the pointer does with a handle; its place is asked elsewhere.
 struct DividerPanelEvents {
     std::function<void(int clickCount)> pressed;
     std::function<void()> moved;
     std::function<void()> released;
-    std::function<void()> entered;
-    std::function<void()> left;
+    std::function<void(bool isEntered)> crossed; // the pointer has entered the handle, or left it
 };
 
 } // namespace kova::macos
 
+/// Shows a thin line while the pointer is over it or drags it; else nothing.
 @interface KOVADividerView : NSView
 - (instancetype)initWithAxis:(kova::LayoutAxis)axis events:(kova::macos::DividerPanelEvents)events;
 @end

@@ -15,21 +15,33 @@
     return NO;
 }
 
-/// Tiles go on while a dialog of ours waits.
+/// Dividers can be dragged while a dialog of KOVA is open.
 - (BOOL)worksWhenModal {
     return YES;
 }
 
 @end
 
+namespace {
+
+constexpr CGFloat kLineThickness = 3; // points
+// How long the panel lets events through, for one that is sent on to what lies below.
+constexpr int64_t kPassingTime = 200 * NSEC_PER_MSEC;
+
+} // namespace
+
 @implementation KOVADividerView {
+    kova::LayoutAxis _axis;
     NSCursor* _cursor;
     kova::macos::DividerPanelEvents _events;
+    BOOL _isHovered;
+    BOOL _isPressed;
 }
 
 - (instancetype)initWithAxis:(kova::LayoutAxis)axis events:(kova::macos::DividerPanelEvents)events {
     self = [super initWithFrame:NSZeroRect];
     if (self) {
+        _axis = axis;
         _cursor = axis == kova::LayoutAxis::horizontal ? NSCursor.resizeLeftRightCursor : NSCursor.resizeUpDownCursor;
         _events = std::move(events);
         // Also while another application is active, which is as good as always.
@@ -50,15 +62,54 @@
 
 - (void)mouseEntered:(NSEvent*)__unused event {
     [_cursor set];
-    kova::macos::contained([&] { self->_events.entered(); });
+    [self hover:YES];
 }
 
 - (void)mouseExited:(NSEvent*)__unused event {
     [NSCursor.arrowCursor set];
-    kova::macos::contained([&] { self->_events.left(); });
+    [self hover:NO];
+}
+
+- (void)hover:(BOOL)isHovered {
+    _isHovered = isHovered;
+    self.needsDisplay = YES;
+    kova::macos::contained([&] { self->_events.crossed(isHovered != NO); });
+}
+
+/// The system mostly keeps the cursor of the active application, so that only the line tells of the handle.
+- (void)drawRect:(NSRect)__unused dirtyRect {
+    if (!_isHovered && !_isPressed) return;
+    const BOOL isUpright = _axis == kova::LayoutAxis::horizontal;
+    const NSRect line = isUpright ? NSInsetRect(self.bounds, (NSWidth(self.bounds) - kLineThickness) / 2, 0)
+                                  : NSInsetRect(self.bounds, 0, (NSHeight(self.bounds) - kLineThickness) / 2);
+    [[NSColor.controlAccentColor colorWithAlphaComponent:_isPressed ? 0.9 : 0.6] setFill];
+    [[NSBezierPath bezierPathWithRoundedRect:line xRadius:kLineThickness / 2 yRadius:kLineThickness / 2] fill];
+}
+
+/// The desktop's own menu opens between tiles, too.
+- (void)rightMouseDown:(NSEvent*)event {
+    [self passOn:event];
+}
+
+- (void)otherMouseDown:(NSEvent*)event {
+    [self passOn:event];
+}
+
+- (void)passOn:(NSEvent*)event {
+    const auto sent = kova::macos::Owned<CGEventRef>::adopt(event.CGEvent ? CGEventCreateCopy(event.CGEvent) : nullptr);
+    if (!sent) return;
+    NSWindow* panel = self.window;
+    panel.ignoresMouseEvents = YES;
+    CGEventPost(kCGHIDEventTap, sent.get());
+    __weak NSWindow* weak = panel;
+    dispatch_after(dispatch_time(DISPATCH_TIME_NOW, kPassingTime), dispatch_get_main_queue(), ^{
+      weak.ignoresMouseEvents = NO;
+    });
 }
 
 - (void)mouseDown:(NSEvent*)event {
+    _isPressed = YES;
+    self.needsDisplay = YES;
     const auto count = static_cast<int>(event.clickCount);
     kova::macos::contained([&] { self->_events.pressed(count); });
 }
@@ -68,6 +119,8 @@
 }
 
 - (void)mouseUp:(NSEvent*)__unused event {
+    _isPressed = NO;
+    self.needsDisplay = YES;
     kova::macos::contained([&] { self->_events.released(); });
 }
 
@@ -86,9 +139,10 @@ NSPanel* makeDividerPanel(KOVADividerView* view) {
     panel.opaque = NO;
     panel.hasShadow = NO;
     panel.hidesOnDeactivate = NO;
+    panel.canHide = NO; // "Hide Others" of another application leaves it where it is
     panel.excludedFromWindowsMenu = YES;
     panel.animationBehavior = NSWindowAnimationBehaviorNone;
-    // Not quite clear: through what is, clicks fall to what lies below.
+    // Not fully transparent: clicks fall through windows that are.
     panel.backgroundColor = [NSColor colorWithWhite:0 alpha:0.01];
     panel.ignoresMouseEvents = NO;
     panel.contentView = view;

@@ -20,8 +20,8 @@ namespace kova::macos {
 
 enum class EventSource { others, everywhere };
 
-/// Events read as values and told on the main queue, after what is queued already; kept from nobody. They are read as
-/// they come; one that reads as nothing is not told.
+/// Events read as values and told on the main queue, after what is queued already; their windows get them as well. They
+/// are read as they come; an event that reads as nothing is not told.
 template <class Value>
 [[nodiscard]] Subscription tellEvents(MainQueue& queue, EventSource source, NSEventMask mask,
                                       std::function<std::optional<Value>(NSEvent*)> read,

@@ -2,7 +2,7 @@
 
 #include "platform/macos/AccessibilityValues.h"
 #include "platform/macos/NotificationObserver.h"
-#include "windowing/RawAnswers.h"
+#include "windowing/WindowListParsing.h"
 
 #import <AppKit/AppKit.h>
 
@@ -16,23 +16,15 @@ namespace {
 
 // The seam numbers errors as the Mac does.
 static_assert(kAXErrorSuccess == 0 && kAXErrorFailure == -25200 && kAXErrorInvalidUIElement == -25202 &&
-              kAXErrorCannotComplete == -25204 && kAXErrorAPIDisabled == -25211);
+              kAXErrorCannotComplete == -25204 && kAXErrorAPIDisabled == -25211 &&
+              kAXErrorNotificationAlreadyRegistered == -25209);
 
 constexpr CGWindowListOption kShownWindows = kCGWindowListOptionOnScreenOnly | kCGWindowListExcludeDesktopElements;
 static_assert(kShownWindows == 17);
 
-/// While it is on, an application animates its windows into their frames, and is somewhere else when it is looked at.
-NSString* const kEnhancedUserInterface = @"AXEnhancedUserInterface";
-
 bool isTrusted(bool prompt) {
     NSDictionary* options = @{(__bridge NSString*)kAXTrustedCheckOptionPrompt : @(prompt)};
     return AXIsProcessTrustedWithOptions((__bridge CFDictionaryRef)options) != 0;
-}
-
-bool concernsFrame(std::span<const AttributeWrite> writes) {
-    return std::ranges::any_of(writes, [](const AttributeWrite& write) {
-        return write.attribute == AccessibilityAttribute::position || write.attribute == AccessibilityAttribute::size;
-    });
 }
 
 std::optional<double> number(NSDictionary* record, NSString* key) {
@@ -52,7 +44,7 @@ WindowListEntry windowListEntry(NSDictionary* window) {
             .height = number(rectangle, @"Height")};
 }
 
-/// Whom the window server says that the window under the point belongs to; absent when it lists none there.
+/// The process of the window under the point, by the window server; absent when it lists none there.
 std::optional<pid_t> ownerOfWindowAt(CGPoint pointInWindowService) {
     NSScreen* first = NSScreen.screens.firstObject;
     if (!first) return std::nullopt;
@@ -73,7 +65,7 @@ std::optional<pid_t> ownerOfWindowAt(CGPoint pointInWindowService) {
 MacAccessibility::MacAccessibility(const MainQueue& queue) : queue_(queue) {
     const auto systemWide = Owned<AXUIElementRef>::adopt(AXUIElementCreateSystemWide());
     // Set on this element, it holds for every element that has no deadline of its own.
-    AXUIElementSetMessagingTimeout(systemWide.get(), static_cast<float>(ApplicationPatience::kDeadline.count()));
+    AXUIElementSetMessagingTimeout(systemWide.get(), static_cast<float>(ApplicationBackoff::kDeadline.count()));
     systemWide_ = shared(systemWide.get());
     spaceChangesSubscription_ =
         observeNotification(NSWorkspace.sharedWorkspace.notificationCenter, NSWorkspaceActiveSpaceDidChangeNotification,
@@ -92,23 +84,30 @@ bool MacAccessibility::requestTrust(bool prompt) {
     }
 }
 
+std::optional<std::string> MacAccessibility::stalePermission() const {
+    const std::lock_guard lock(mutex_);
+    if (!ignoredPermission_.isIgnored()) return std::nullopt;
+    return "macOS ignores the Accessibility permission of KOVA: remove KOVA from the list in System Settings and add it "
+           "again";
+}
+
 AccessibilityElement MacAccessibility::applicationElement(pid_t processIdentifier) const {
     return {processIdentifier, 0, nullptr};
 }
 
-template <class Call>
-std::optional<int> MacAccessibility::ask(pid_t process, Call call) const {
-    // Windows of ours are nobody's to manage, and to ask ourselves would be to wait for ourselves.
+std::optional<int> MacAccessibility::ask(pid_t process, const std::function<int()>& request) const {
+    // Windows of this process are not managed, and the main thread would wait for itself.
     if (process == getpid()) return std::nullopt;
     const auto occasion = NSThread.isMainThread ? AskingOccasion::mainThread : AskingOccasion::poll;
     const Seconds asked = queue_.uptime();
     {
         const std::lock_guard lock(mutex_);
-        if (!patience_.mayAsk(process, occasion, asked)) return std::nullopt;
+        if (!backoff_.mayAsk(process, occasion, asked)) return std::nullopt;
     }
-    const int error = call();
+    const int error = request();
     const std::lock_guard lock(mutex_);
-    patience_.note(process, accessibilityOutcome(error), asked, queue_.uptime());
+    ignoredPermission_.note(process, error);
+    backoff_.note(process, accessibilityOutcome(error), asked, queue_.uptime());
     return error;
 }
 
@@ -146,33 +145,24 @@ WindowPresence MacAccessibility::presenceOf(const AccessibilityElement& window) 
     }
 }
 
-bool MacAccessibility::switchOffEnhancedInterface(pid_t process, const void* application) const {
-    const auto target = static_cast<AXUIElementRef>(application);
-    const auto name = (__bridge CFStringRef)kEnhancedUserInterface;
-    Owned<CFTypeRef> present;
-    ask(process, [&] { return AXUIElementCopyAttributeValue(target, name, present.receiver()); });
-    if (seamValue(present.get()) != AttributeValue(true)) return false;
-    // An application that did not answer in time may still do what it was told.
-    return ask(process, [&] { return AXUIElementSetAttributeValue(target, name, kCFBooleanFalse); }).has_value();
-}
-
 void MacAccessibility::writeAttributes(const AccessibilityElement& element, std::span<const AttributeWrite> writes) {
     @autoreleasepool {
-        const pid_t process = element.processIdentifier;
         const auto target = systemElement(element);
-        const auto application = systemElement(applicationElement(process));
-        const bool wasEnhanced = concernsFrame(writes) && switchOffEnhancedInterface(process, application.get());
         for (const auto& write : writes) {
             const auto value = systemValue(write.value);
             if (!value) continue;
             NSString* name = nsString(attributeName(write.attribute));
-            ask(process,
-                [&] { return AXUIElementSetAttributeValue(target.get(), (__bridge CFStringRef)name, value.get()); });
-        }
-        // Also when the application fell silent meanwhile: whoever needs it would miss it for good.
-        if (wasEnhanced) {
-            AXUIElementSetAttributeValue(application.get(), (__bridge CFStringRef)kEnhancedUserInterface,
-                                         kCFBooleanTrue);
+            const auto request = [&] {
+                return AXUIElementSetAttributeValue(target.get(), (__bridge CFStringRef)name, value.get());
+            };
+            // Also to an application that has fallen silent: VoiceOver would miss it for good.
+            const bool isGivenBack = write.attribute == AccessibilityAttribute::enhancedUserInterface &&
+                                     write.value == AttributeValue(true);
+            if (isGivenBack) {
+                request();
+            } else {
+                ask(element.processIdentifier, request);
+            }
         }
     }
 }
@@ -219,7 +209,7 @@ std::vector<OnScreenWindow> MacAccessibility::onScreenWindows() const {
 
 std::vector<pid_t> MacAccessibility::silentApplications() const {
     const std::lock_guard lock(mutex_);
-    return patience_.silent();
+    return backoff_.silent();
 }
 
 } // namespace kova::macos

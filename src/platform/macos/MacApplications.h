@@ -4,8 +4,9 @@
 
 #include "support/Lifetime.h"
 #include "support/MainQueue.h"
+#include "windowing/AccessibilityServicing.h"
 #include "windowing/ApplicationServicing.h"
-#include "windowing/HidingWishes.h"
+#include "windowing/RequestedHiding.h"
 
 #include <map>
 #include <mutex>
@@ -15,8 +16,10 @@ namespace kova::macos {
 
 class MacApplications final : public ApplicationServicing {
   public:
-    /// The queue must live as long as the process: the system tells late what became of a launch.
-    explicit MacApplications(MainQueue& queue) : queue_(queue) {}
+    /// The queue must live as long as the process: the system tells late what became of a launch. The accessibility
+    /// outlives the applications.
+    MacApplications(MainQueue& queue, AccessibilityServicing& accessibility) :
+        queue_(queue), accessibility_(accessibility) {}
     /// Unhides what was hidden and not unhidden.
     ~MacApplications() override;
     MacApplications(const MacApplications&) = delete;
@@ -25,6 +28,7 @@ class MacApplications final : public ApplicationServicing {
     pid_t ownProcessIdentifier() const override;
     std::vector<RunningApplication> runningApplications() const override;
     std::optional<RunningApplication> runningApplication(pid_t processIdentifier) const override;
+    /// The one whose menu is in the menu bar: KOVA itself, which has none there, can be active without being it.
     std::optional<pid_t> frontmostApplication() const override;
     /// The wall-clock time at which the process began.
     std::optional<std::string> processStartIdentity(pid_t processIdentifier) const override;
@@ -43,10 +47,11 @@ class MacApplications final : public ApplicationServicing {
 
   private:
     MainQueue& queue_;
-    mutable std::mutex mutex_; // of icons and wishes
+    AccessibilityServicing& accessibility_;
+    mutable std::mutex mutex_; // of the icons and of the hiding
     // The system makes a new image with every question; an application keeps its own.
     mutable std::map<pid_t, ApplicationIcon> icons_;
-    HidingWishes wishes_;
+    RequestedHiding requestedHiding_;
     std::set<pid_t> hidden_; // by us
     Lifetime lifetime_;
 

@@ -94,7 +94,7 @@ bool MacApplications::isHidden(const void* object) const {
     auto* application = (__bridge NSRunningApplication*)object;
     const bool isToldHidden = application.hidden != NO; // the same until the main run loop goes on
     const std::lock_guard lock(mutex_);
-    return wishes_.isHidden(application.processIdentifier, isToldHidden, queue_.uptime());
+    return requestedHiding_.isHidden(application.processIdentifier, isToldHidden, queue_.uptime());
 }
 
 RunningApplication MacApplications::describe(const void* object) const {
@@ -153,7 +153,7 @@ std::optional<RunningApplication> MacApplications::runningApplication(pid_t proc
 
 std::optional<pid_t> MacApplications::frontmostApplication() const {
     @autoreleasepool {
-        NSRunningApplication* application = NSWorkspace.sharedWorkspace.frontmostApplication;
+        NSRunningApplication* application = NSWorkspace.sharedWorkspace.menuBarOwningApplication;
         if (!application) return std::nullopt;
         return application.processIdentifier;
     }
@@ -190,7 +190,7 @@ void MacApplications::hide(pid_t processIdentifier) {
         if (![application hide]) return;
         {
             const std::lock_guard lock(mutex_);
-            wishes_.hide(processIdentifier, queue_.uptime());
+            requestedHiding_.hide(processIdentifier, queue_.uptime());
         }
         hidden_.insert(processIdentifier);
         keepHidden();
@@ -202,13 +202,16 @@ void MacApplications::unhide(pid_t processIdentifier) {
         if (hidden_.erase(processIdentifier) > 0) keepHidden();
         if (![find(processIdentifier) unhide]) return;
         const std::lock_guard lock(mutex_);
-        wishes_.show(processIdentifier, queue_.uptime());
+        requestedHiding_.show(processIdentifier, queue_.uptime());
     }
 }
 
 void MacApplications::activate(pid_t processIdentifier) {
     @autoreleasepool {
         [find(processIdentifier) activateWithOptions:NSApplicationActivationOptions(0)];
+        // Since macOS 14 that is only a request, when KOVA is not active itself.
+        const AttributeWrite frontmost{AccessibilityAttribute::frontmost, true};
+        accessibility_.writeAttributes(accessibility_.applicationElement(processIdentifier), {&frontmost, 1});
     }
 }
 

@@ -1,8 +1,36 @@
 #include "platform/macos/MacDiagnostics.h"
 
 #include "platform/macos/CoreFoundation.h"
+#include "windowing/SystemConflicts.h"
+
+#import <AppKit/AppKit.h>
+#import <Carbon/Carbon.h>
 
 namespace kova::macos {
+
+namespace {
+
+/// A switch of the system's window manager; `otherwise` where the user never touched it.
+bool windowManagerSwitch(NSString* key, bool otherwise) {
+    Boolean isValid = false;
+    const bool isOn =
+        CFPreferencesGetAppBooleanValue((__bridge CFStringRef)key, CFSTR("com.apple.WindowManager"), &isValid) != 0;
+    return isValid ? isOn : otherwise;
+}
+
+SystemConflicts systemConflicts() {
+    SystemConflicts conflicts;
+    conflicts.isSecureInputOn = IsSecureEventInputEnabled() != 0;
+    conflicts.isStageManagerOn = windowManagerSwitch(@"GloballyEnabled", false);
+    if (@available(macOS 15.0, *)) { // the first that tiles windows
+        conflicts.tilesWindowsAtEdges = windowManagerSwitch(@"EnableTilingByEdgeDrag", true);
+        conflicts.tilesWindowsAtMenuBar = windowManagerSwitch(@"EnableTopTilingByEdgeDrag", true);
+    }
+    conflicts.isVoiceOverOn = NSWorkspace.sharedWorkspace.voiceOverEnabled != NO;
+    return conflicts;
+}
+
+} // namespace
 
 std::vector<DiagnosticLine> MacDiagnostics::diagnose() const {
     std::vector<DiagnosticLine> lines;
@@ -19,6 +47,15 @@ std::vector<DiagnosticLine> MacDiagnostics::diagnose() const {
                          "KOVA may not move other applications' windows: allow it under System Settings → Privacy & "
                          "Security → Accessibility."});
     }
+    if (accessibility_.isProcessTrusted() && accessibility_.stalePermission()) {
+        NSString* identifier = NSBundle.mainBundle.bundleIdentifier;
+        lines.push_back({"permission", DiagnosticVerdict::wrong,
+                         "macOS ignores the Accessibility permission of KOVA, as it does after an update with another "
+                         "signature: remove KOVA from the list under System Settings → Privacy & Security → "
+                         "Accessibility and add it again, or run “tccutil reset Accessibility " +
+                             text(identifier) + "” and start KOVA anew."});
+    }
+    for (auto& line : diagnosticLines(systemConflicts())) lines.push_back(std::move(line));
     for (const pid_t process : accessibility_.silentApplications()) {
         const auto application = applications_.runningApplication(process);
         if (!application) continue;

@@ -1,5 +1,6 @@
-// The handles of dividers: panels without a picture, just above the desktop, so that every window lies over them. They
-// take the pointer and never the keyboard, and no application becomes active by them.
+// The handles of dividers: panels just above the desktop's icons, so that every window lies over them. They take the
+// pointer and never the keyboard, and no application becomes active by them. What is dragged by other applications
+// falls through them.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -11,6 +12,8 @@
 
 namespace kova::macos {
 
+struct DividerPanelEvents;
+
 class MacDividerHandles final : public DividerHandleServicing {
   public:
     /// The queue outlives the handles.
@@ -18,21 +21,25 @@ class MacDividerHandles final : public DividerHandleServicing {
     ~MacDividerHandles() override;
 
     void showHandles(const std::vector<DividerHandle>& handles) override;
+    bool coversDesktopIcons() const override { return true; }
     Subscription observeHandles(std::function<void(const DividerHandleEvent&)> observer) override;
 
   private:
     class Panel;
+    DividerPanelEvents eventsOf(const std::string& handleID);
 
     void press(const std::string& handleID, int clickCount);
     void move();
     void release();
-    void cross(DividerHandleEvent::Kind kind, const std::string& handleID);
+    void watchPressesElsewhere();
+    void letThrough(bool lets);
     void tell(const std::optional<DividerHandleEvent>& event);
 
     MainQueue& queue_;
     DividerGrip grip_;
     std::map<std::string, std::unique_ptr<Panel>> panels_; // by handle
     Subscription escape_;                                  // while one is held
+    Subscription pressesElsewhere_;                        // while there are handles
     Observers<const DividerHandleEvent&> observers_;
     Lifetime lifetime_;
 };

@@ -29,6 +29,7 @@ class MacDividerHandles::Panel {
         [panel_ setFrame:frameOnScreen display:NO];
         if (!panel_.visible) [panel_ orderFrontRegardless];
     }
+    void letThrough(bool lets) { panel_.ignoresMouseEvents = lets; }
 
   private:
     LayoutAxis axis_;
@@ -41,7 +42,12 @@ MacDividerHandles::~MacDividerHandles() = default;
 
 void MacDividerHandles::showHandles(const std::vector<DividerHandle>& handles) {
     tell(grip_.keepOnly(handles, pointerOnScreen()));
-    if (!grip_.isHeld()) escape_ = {}; // a handle that is gone is never let go
+    if (!grip_.isHeld()) escape_ = {}; // the release of a handle that is gone is never told
+    if (handles.empty()) {
+        pressesElsewhere_ = {};
+    } else if (panels_.empty()) {
+        watchPressesElsewhere();
+    }
     std::erase_if(panels_, [&](const auto& shown) {
         return std::ranges::none_of(handles, [&](const DividerHandle& handle) {
             return handle.id == shown.first && handle.axis == shown.second->axis();
@@ -51,17 +57,20 @@ void MacDividerHandles::showHandles(const std::vector<DividerHandle>& handles) {
         auto& panel = panels_[handle.id];
         if (!panel) {
             // The system may hold the view a little longer than the panel is ours.
-            panel = std::make_unique<Panel>(
-                handle.axis,
-                DividerPanelEvents{
-                    .pressed = lifetime_.guard([this, id = handle.id](int clickCount) { press(id, clickCount); }),
-                    .moved = lifetime_.guard([this] { move(); }),
-                    .released = lifetime_.guard([this] { release(); }),
-                    .entered = lifetime_.guard([this, id = handle.id] { cross(DividerHandleEvent::Kind::entered, id); }),
-                    .left = lifetime_.guard([this, id = handle.id] { cross(DividerHandleEvent::Kind::left, id); })});
+            panel = std::make_unique<Panel>(handle.axis, eventsOf(handle.id));
         }
-        panel->show(grippableFrame(handle));
+        panel->show(bareFrame(handle));
     }
+}
+
+DividerPanelEvents MacDividerHandles::eventsOf(const std::string& id) {
+    return {.pressed = lifetime_.guard([this, id](int clickCount) { press(id, clickCount); }),
+            .moved = lifetime_.guard([this] { move(); }),
+            .released = lifetime_.guard([this] { release(); }),
+            .crossed = lifetime_.guard([this, id](bool isEntered) {
+                const auto kind = isEntered ? DividerHandleEvent::Kind::entered : DividerHandleEvent::Kind::left;
+                tell(DividerHandleEvent{kind, id, pointerOnScreen()});
+            })};
 }
 
 Subscription MacDividerHandles::observeHandles(std::function<void(const DividerHandleEvent&)> observer) {
@@ -76,6 +85,18 @@ void MacDividerHandles::press(const std::string& handleID, int clickCount) {
     }));
 }
 
+/// From a press elsewhere on, something may be dragged that the desktop is to receive.
+void MacDividerHandles::watchPressesElsewhere() {
+    pressesElsewhere_ =
+        watchEventsOfOthers(NSEventMaskLeftMouseDown | NSEventMaskLeftMouseUp, lifetime_.guard([this](NSEvent* event) {
+            letThrough(event.type == NSEventTypeLeftMouseDown);
+        }));
+}
+
+void MacDividerHandles::letThrough(bool lets) {
+    for (const auto& shown : panels_) shown.second->letThrough(lets);
+}
+
 void MacDividerHandles::move() {
     tell(grip_.move(pointerOnScreen()));
 }
@@ -83,10 +104,6 @@ void MacDividerHandles::move() {
 void MacDividerHandles::release() {
     escape_ = {};
     tell(grip_.release(pointerOnScreen()));
-}
-
-void MacDividerHandles::cross(DividerHandleEvent::Kind kind, const std::string& handleID) {
-    tell(DividerHandleEvent{kind, handleID, pointerOnScreen()});
 }
 
 void MacDividerHandles::tell(const std::optional<DividerHandleEvent>& event) {

@@ -21,7 +21,7 @@ namespace {
 void show(NSSavePanel* panel, std::function<void(const std::string& path)> chosen) {
     UTType* json = [UTType typeWithIdentifier:@"public.json"];
     if (json) panel.allowedContentTypes = @[ json ];
-    comeToFront();
+    bringToFront(panel);
     [panel beginWithCompletionHandler:^(NSModalResponse response) {
       contained([&] {
           NSURL* url = panel.URL;

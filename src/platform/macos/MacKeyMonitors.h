@@ -1,5 +1,5 @@
-// Key presses anywhere on the Mac. Nothing has to be claimed here, and nobody can hold a key against us: what other
-// applications receive can be watched, not kept from them.
+// Key presses anywhere on the Mac. What other applications receive can be watched, not kept from them, so that nothing is
+// claimed from the system; which combinations the system itself acts on can be found out, those of programs cannot.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -21,7 +21,8 @@ class MacKeyMonitors final : public KeyMonitorServicing {
     Subscription addGlobalMonitor(std::function<void(const KeyPress&)> monitor) override;
     Subscription addLocalMonitor(std::function<bool(const KeyPress&)> monitor) override;
     void claim(const std::vector<KeyCombination>& combinations) override;
-    std::vector<KeyCombination> heldByOthers() const override { return {}; }
+    std::vector<KeyCombination> heldByOthers() const override;
+    bool knowsAllHolders() const override { return false; }
     Subscription observeHeldByOthers(std::function<void()> known) override;
     Subscription recordKeys(std::function<bool(const KeyPress&)> recorder,
                             std::function<void(const std::string& reason)> failed) override;
@@ -31,6 +32,7 @@ class MacKeyMonitors final : public KeyMonitorServicing {
     struct Recording;
 
     MainQueue& queue_;
+    std::vector<KeyCombination> claimed_;
     std::weak_ptr<Recording> recording_;
     Observers<> claimObservers_;
     Lifetime lifetime_;

@@ -3,7 +3,10 @@
 #include "platform/macos/Contained.h"
 #include "platform/macos/EventMonitors.h"
 
+#include "windowing/SystemConflicts.h"
+
 #import <ApplicationServices/ApplicationServices.h>
+#import <Carbon/Carbon.h>
 
 namespace kova::macos {
 
@@ -23,6 +26,17 @@ KeyPress keyPress(NSEvent* event) {
             .modifierFlags = event.modifierFlags,
             .isRepeat = event.isARepeat != NO,
             .charactersIgnoringModifiers = text(event.charactersIgnoringModifiers)};
+}
+
+unsigned numberIn(NSDictionary* record, CFStringRef key) {
+    id value = record[(__bridge NSString*)key];
+    return [value isKindOfClass:NSNumber.class] ? [value unsignedIntValue] : 0;
+}
+
+SystemHotKey systemHotKey(NSDictionary* record) {
+    return {.keyCode = static_cast<std::uint16_t>(numberIn(record, kHISymbolicHotKeyCode)),
+            .carbonModifiers = numberIn(record, kHISymbolicHotKeyModifiers),
+            .isEnabled = numberIn(record, kHISymbolicHotKeyEnabled) != 0};
 }
 
 bool isCharacter(NSString* written) {
@@ -74,7 +88,21 @@ Subscription MacKeyMonitors::addLocalMonitor(std::function<bool(const KeyPress&)
     });
 }
 
-void MacKeyMonitors::claim(const std::vector<KeyCombination>&) {
+std::vector<KeyCombination> MacKeyMonitors::heldByOthers() const {
+    @autoreleasepool {
+        CFArrayRef copied = nullptr;
+        if (CopySymbolicHotKeys(&copied) != noErr) return {};
+        NSArray* records = CFBridgingRelease(copied);
+        std::vector<SystemHotKey> keys;
+        for (id record in records) {
+            if ([record isKindOfClass:NSDictionary.class]) keys.push_back(systemHotKey(record));
+        }
+        return heldBySystem(claimed_, keys);
+    }
+}
+
+void MacKeyMonitors::claim(const std::vector<KeyCombination>& combinations) {
+    claimed_ = combinations;
     queue_.post(lifetime_.guard([this] { claimObservers_.notify(); }));
 }
 

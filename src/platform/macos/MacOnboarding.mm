@@ -36,9 +36,10 @@ NSView* offerView(NSButton* box, const OnboardingOffer& offer) {
 
 } // namespace
 
-void MacOnboarding::showOnboarding(std::optional<OnboardingOffer> offer) {
+void MacOnboarding::showOnboarding(std::optional<OnboardingOffer> offer, std::function<void()> askForPermission) {
     if (std::exchange(isWanted_, true)) return;
     offer_ = std::move(offer);
+    askForPermission_ = std::move(askForPermission);
     runDialogSoon(lifetime_.guard([this] {
         if (isWanted_ && !isRunning_) run();
     }));
@@ -47,7 +48,13 @@ void MacOnboarding::showOnboarding(std::optional<OnboardingOffer> offer) {
 void MacOnboarding::closeOnboarding() {
     isWanted_ = false;
     offer_.reset();
+    askForPermission_ = nullptr;
     if (isRunning_) abandonAlert();
+}
+
+void MacOnboarding::openPermissionSettings() {
+    NSString* page = @"x-apple.systempreferences:com.apple.preference.security?Privacy_Accessibility";
+    [NSWorkspace.sharedWorkspace openURL:[NSURL URLWithString:page]];
 }
 
 void MacOnboarding::run() {
@@ -66,9 +73,10 @@ void MacOnboarding::run() {
     auto finish = lifetime_.guard([this, box, before](NSModalResponse answer) {
         isWanted_ = isRunning_ = false;
         const auto offer = std::exchange(offer_, std::nullopt);
+        const auto askForPermission = std::exchange(askForPermission_, nullptr);
         if (answer != NSAlertFirstButtonReturn) return;
         if (offer && box.state != before) offer->choose(box.state == NSControlStateValueOn);
-        (void)accessibility_.requestTrust(true);
+        if (askForPermission) askForPermission();
     });
     isRunning_ = true;
     const NSModalResponse answer = runAlert(dialog);

@@ -12,6 +12,7 @@ class MacPointerMonitor final : public PointerMonitorServicing {
     /// The queue outlives the monitor.
     explicit MacPointerMonitor(MainQueue& queue) : queue_(queue) {}
     Subscription observePointer(std::function<void(const PointerEvent&)> observer) override;
+    bool dragsWindowsByAnyPoint() const override { return false; }
 
   private:
     MainQueue& queue_;

@@ -1,5 +1,5 @@
-// KOVA's item in the menu bar: draws what the content says and tells it what was chosen. The menu is put together anew
-// each time it opens. Main thread only.
+// KOVA's item in the menu bar: draws the content and tells it what was chosen. The menu is put together anew each time it
+// opens; the symbol is filled while there is a message. Main thread only.
 #pragma once
 
 #include "app/KovaMenuBarContent.h"
@@ -12,10 +12,13 @@ class MenuBar {
   public:
     /// Shows the item. The content outlives it.
     explicit MenuBar(KovaMenuBarContent& content);
-    /// Takes the item away; a menu that is open does nothing more.
+    /// Removes the item; a menu that is open does nothing more.
     ~MenuBar();
     MenuBar(const MenuBar&) = delete;
     MenuBar& operator=(const MenuBar&) = delete;
+
+    /// Opens the menu, as a click on the item does.
+    void open();
 
   private:
     struct Parts;

@@ -7,7 +7,7 @@
 /// Fills the menu when it opens, and passes on what is chosen.
 @interface KOVAMenuBarTarget : NSObject <NSMenuDelegate>
 - (instancetype)initWithContent:(kova::KovaMenuBarContent&)content;
-/// From now on nobody is asked and nobody is told.
+/// Ends the use of the content.
 - (void)detach;
 @end
 
@@ -76,15 +76,18 @@ struct MenuBar::Parts {
     explicit Parts(KovaMenuBarContent& content) :
         target([[KOVAMenuBarTarget alloc] initWithContent:content]),
         item([NSStatusBar.systemStatusBar statusItemWithLength:NSVariableStatusItemLength]) {
-        NSImage* symbol = [NSImage imageWithSystemSymbolName:@"rectangle.3.group" accessibilityDescription:@"KOVA"];
-        if (symbol) {
-            item.button.image = symbol;
-        } else {
-            item.button.title = @"KOVA";
-        }
+        showSymbol();
+        symbolChanges = content.observeSymbol([this, &content] { showSymbol(content.symbol()); });
         NSMenu* menu = [[NSMenu alloc] initWithTitle:@"KOVA"];
         menu.delegate = target; // not owned by the menu
         item.menu = menu;
+    }
+    /// The name without the symbol, on a system that does not have it.
+    void showSymbol(MenuBarSymbol symbol = MenuBarSymbol::usual) {
+        NSString* name = symbol == MenuBarSymbol::message ? @"rectangle.3.group.fill" : @"rectangle.3.group";
+        NSImage* image = [NSImage imageWithSystemSymbolName:name accessibilityDescription:@"KOVA"];
+        item.button.image = image;
+        item.button.title = image ? @"" : @"KOVA";
     }
     ~Parts() {
         [target detach];
@@ -95,10 +98,20 @@ struct MenuBar::Parts {
 
     KOVAMenuBarTarget* target;
     NSStatusItem* item;
+    Subscription symbolChanges;
 };
 
 MenuBar::MenuBar(KovaMenuBarContent& content) : parts_(std::make_unique<Parts>(content)) {}
 
 MenuBar::~MenuBar() = default;
+
+void MenuBar::open() {
+    // The click runs the menu's own loop, which must not be entered from within another event.
+    __weak NSStatusItem* item = parts_->item;
+    [NSRunLoop.mainRunLoop performInModes:@[ NSDefaultRunLoopMode ]
+                                    block:^{
+                                      [item.button performClick:nil];
+                                    }];
+}
 
 } // namespace kova::macos

@@ -12,12 +12,13 @@ namespace kova::macos {
 /// the queue does not run while one of its own jobs waits.
 void runDialogSoon(std::function<void()> dialog);
 
-/// A dialog that nobody sees is no use: it comes before the windows of other applications.
-void comeToFront();
+/// Makes KOVA the active application and puts the dialog before the windows of all others. Call it before the dialog is
+/// shown: it takes effect now, and again once the dialog's own loop runs.
+void bringToFront(NSWindow* dialog);
 
 /// Shows the alert in front and waits for its answer; the agent can be ended meanwhile.
 NSModalResponse runAlert(NSAlert* alert);
-/// Takes away the alert that is waited for, unanswered.
+/// Takes away the alert that is shown, unanswered.
 void abandonAlert();
 
 } // namespace kova::macos

@@ -12,18 +12,26 @@ void runDialogSoon(std::function<void()> dialog) {
     CFRunLoopWakeUp(CFRunLoopGetMain()); // it may be asleep
 }
 
-void comeToFront() {
-    if (@available(macOS 14.0, *)) {
-        [NSApp activate];
-    } else {
-        [NSApp activateIgnoringOtherApps:YES];
-    }
+void bringToFront(NSWindow* dialog) {
+    dialog.level = NSModalPanelWindowLevel;
+    // The newer call without the argument is only a request, which the system declines when it comes from the menu bar.
+    [NSApp activateIgnoringOtherApps:YES];
+    __weak NSWindow* shown = dialog;
+    [NSRunLoop.mainRunLoop performInModes:@[ NSModalPanelRunLoopMode, NSDefaultRunLoopMode ]
+                                    block:^{
+                                      NSWindow* window = shown;
+                                      if (!window.visible) return; // answered already
+                                      [NSApp activateIgnoringOtherApps:YES];
+                                      [window orderFrontRegardless];
+                                      [window makeKeyWindow];
+                                    }];
+    CFRunLoopWakeUp(CFRunLoopGetMain());
 }
 
 NSModalResponse runAlert(NSAlert* alert) {
     // Usually nothing ends an application while such a dialog waits, neither its own command nor a logout.
     alert.window.preventsApplicationTerminationWhenModal = NO;
-    comeToFront();
+    bringToFront(alert.window);
     return [alert runModal];
 }
 

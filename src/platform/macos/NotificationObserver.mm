@@ -20,8 +20,8 @@
 }
 
 - (void)heard:(NSNotification*)notification {
-    if (!NSThread.isMainThread) {                     // who posts chooses the thread
-        __weak KOVANotificationTarget* target = self; // nobody hears of it when the registration has ended
+    if (!NSThread.isMainThread) { // the thread is the poster's
+        __weak KOVANotificationTarget* target = self; // dropped when the registration has ended
         dispatch_async(dispatch_get_main_queue(), ^{
           [target heard:notification];
         });

@@ -15,6 +15,7 @@ class UserDefaultsStore final : public PreferencesStore {
     /// A record is stored as data, a text as a string and a switch as a boolean; of any other type, also a number,
     /// counts as absent.
     std::optional<PreferenceValue> value(std::string_view key) const override;
+    bool contains(std::string_view key) const override;
     void setValue(std::string_view key, PreferenceValue value) override;
     void removeValue(std::string_view key) override;
     void save(Saved done) override;

@@ -43,6 +43,12 @@ std::optional<PreferenceValue> UserDefaultsStore::value(std::string_view key) co
     }
 }
 
+bool UserDefaultsStore::contains(std::string_view key) const {
+    @autoreleasepool {
+        return [NSUserDefaults.standardUserDefaults objectForKey:nsString(key)] != nil;
+    }
+}
+
 void UserDefaultsStore::setValue(std::string_view key, PreferenceValue value) {
     @autoreleasepool {
         keepCopy(key);

@@ -185,7 +185,8 @@ void SimulatedDesktop::hideByHand(std::string_view name, bool hide) {
 
 void SimulatedDesktop::setAnswering(std::string_view name, bool answers) {
     application(name).answers = answers;
-    changed();
+    if (announcesUnasked()) return changed();
+    announcements_.noteLoss();
 }
 
 void SimulatedDesktop::stealNextActivation(std::string_view name) {
@@ -253,7 +254,7 @@ std::string SimulatedDesktop::open(std::string_view applicationName, WindowTrait
         owner.focusedWindow = number;
         frontmost_ = owner.record.processIdentifier;
     }
-    changed();
+    changed(owner);
     return window.label();
 }
 
@@ -284,13 +285,13 @@ std::vector<const SimulatedWindow*> SimulatedDesktop::livingWindows() const {
 }
 
 void SimulatedDesktop::remove(const SimulatedWindow& window) {
+    changed(window);
     const auto number = window.number();
     if (window.isFullScreen && spaceStyle_ == SpaceStyle::listsShown) leaveOwnSpace(*findWindow(number));
     showNextTabOf(window);
     std::erase(stacking_, number);
     windows_.erase(number);
     ++closedCount_;
-    changed();
 }
 
 void SimulatedDesktop::close(std::string_view label) {
@@ -305,7 +306,7 @@ bool SimulatedDesktop::isOnSomeDisplay(const CGRect& frame) const {
 void SimulatedDesktop::setFrameOf(SimulatedWindow& window, const CGRect& frame) {
     if (window.frame == frame) return;
     window.frame = frame;
-    changed();
+    changed(window);
 }
 
 void SimulatedDesktop::moveByHand(std::string_view label, const CGRect& frameOnDesktop) {
@@ -346,7 +347,7 @@ void SimulatedDesktop::setMinimizedAlone(SimulatedWindow& window, bool minimized
         window.wasIconifiedByHiding = false;
         findApplication(window.processIdentifier())->record.isHidden = false;
     }
-    changed();
+    changed(window);
 }
 
 bool SimulatedDesktop::isMinimizedByItself(const SimulatedWindow& window) const {
@@ -364,7 +365,7 @@ void SimulatedDesktop::setMinimizedByWish(SimulatedWindow& window, bool minimize
     owner.record.isHidden = std::any_of(windows_.begin(), windows_.end(), [&](const auto& entry) {
         return entry.second.processIdentifier() == window.processIdentifier() && entry.second.wasIconifiedByHiding;
     });
-    changed();
+    changed(window);
 }
 
 void SimulatedDesktop::minimizeByHand(std::string_view label, bool minimize) {
@@ -381,27 +382,27 @@ void SimulatedDesktop::focusByHand(std::string_view label) {
     raise(chosen);
     owner.focusedWindow = chosen.number();
     frontmost_ = chosen.processIdentifier();
-    changed();
+    changed(owner);
 }
 
 void SimulatedDesktop::setMinimumSize(std::string_view label, CGSize size) {
     mutableWindow(label).setMinimumSize(size);
-    changed();
+    changed(window(label));
 }
 
 void SimulatedDesktop::setTitle(std::string_view label, std::string title) {
     mutableWindow(label).title = std::move(title);
-    changed();
+    changed(window(label));
 }
 
 void SimulatedDesktop::loseWindow(std::string_view label, bool lose) {
     mutableWindow(label).isLost = lose;
-    changed();
+    changed(*findApplication(window(label).processIdentifier()));
 }
 
 void SimulatedDesktop::renumber(std::string_view label) {
     renumber(mutableWindow(label));
-    changed();
+    changed(*findApplication(window(label).processIdentifier()));
 }
 
 void SimulatedDesktop::renumber(SimulatedWindow& window) {
@@ -433,39 +434,6 @@ void SimulatedDesktop::focusNextApplication() {
         frontmost_ = next.processIdentifier();
         return;
     }
-}
-
-// Session, permission, pointer
-
-void SimulatedDesktop::setLocked(bool locked) {
-    isLocked_ = locked;
-    changed();
-}
-
-void SimulatedDesktop::undergo(SystemActivityEvent event) {
-    if (event == SystemActivityEvent::screenDidLock) setLocked(true);
-    if (event == SystemActivityEvent::screenDidUnlock) setLocked(false);
-    queue_.post(lifetime_.guard([this, event] { systemActivityObservers_.notify(event); }));
-}
-
-void SimulatedDesktop::setAbsence(std::string reason) {
-    absence_ = std::move(reason);
-    setTrusted(false);
-}
-
-void SimulatedDesktop::setTrusted(bool trusted) {
-    isTrusted_ = trusted;
-    changed();
-}
-
-void SimulatedDesktop::movePointer(std::optional<CGPoint> pointOnDesktop) {
-    pointerOnDesktop_ = pointOnDesktop;
-}
-
-void SimulatedDesktop::setVouching(bool vouches) {
-    vouches_ = vouches;
-    // Who waits for an announcement must learn that none will come.
-    if (!vouches) announceChange();
 }
 
 } // namespace kova

@@ -4,6 +4,7 @@
 // number) becomes a fault in `brokenPromises`.
 #pragma once
 
+#include "platform/simulated/SimulatedAnnouncements.h"
 #include "platform/simulated/SimulatedKeyboard.h"
 #include "platform/simulated/SimulatedWindow.h"
 #include "platform/simulated/VirtualTime.h"
@@ -80,7 +81,10 @@ enum class SpaceStyle {
     listsShown, // applications list windows of the shown Space, and minimised ones; full screen is a Space of its own
 };
 
-/// The part of a window by which the hand holds it.
+/// Which system the desktop resembles: one that answers from what it knows, or a Mac, where applications answer.
+enum class DesktopStyle { knowsItsWindows, mac };
+
+/// The part of a window by which the pointer drags it.
 enum class HandGrip { nothing, titleBar, leftEdge, rightEdge, topEdge, bottomEdge };
 enum class ShiftKey { up, down };
 
@@ -101,6 +105,8 @@ class SimulatedDesktop : public AccessibilityServicing,
 
     SimulatedDesktop();
 
+    /// Sets Spaces, announcements and the way of answering at once; each may be set otherwise afterwards.
+    void setStyle(DesktopStyle style);
     VirtualMainQueue& queue() { return queue_; }
     VirtualWorkQueue& pollingQueue() { return pollingQueue_; }
     SimulatedKeyboard& keyboard() { return keyboard_; }
@@ -122,10 +128,19 @@ class SimulatedDesktop : public AccessibilityServicing,
     /// Still listed, but on its way out.
     void beginTerminating(std::string_view application);
     void hideByHand(std::string_view application, bool hide = true);
-    /// Stops or begins to answer. Who asks it waits for the deadline; what is written to it is lost.
+    /// Stops or begins to answer. A question waits for the deadline; what is written to it is lost.
     void setAnswering(std::string_view application, bool answers);
     bool isAnswering(const SimulatedWindow& window) const;
     bool isSilent(pid_t processIdentifier) const;
+    // A Mac's way of answering (SimulatedAnnouncements.cpp)
+    /// What each question of a poll costs; one that takes as long as the deadline has no answer.
+    void setAnswerTime(Seconds time);
+    /// From now on every request is refused, although the permission is there.
+    void setPermissionStale(bool isStale);
+    SimulatedAnnouncements& announcements() { return announcements_; }
+    /// The application animates its windows while its enhanced user interface is on.
+    void setEnhancedUserInterface(std::string_view application, bool isOn);
+    bool hasEnhancedUserInterface(std::string_view application) const;
     /// Once, as soon as another application is activated, this one takes the keyboard back.
     void stealNextActivation(std::string_view application);
     /// From now on the desktop places windows itself, and says its name if it has one: what is written to frames is
@@ -138,7 +153,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     void setHidingStyle(HidingStyle style) { hidingStyle_ = style; }
     pid_t processIdentifier(std::string_view application) const;
     bool isRunning(std::string_view application) const;
-    /// Makes an application known to those who launch.
+    /// Makes an application known to launchers.
     LaunchableApplication install(std::string name, InstallationTraits traits = {});
     void uninstall(std::string_view name);
     void setQuittingHabit(std::string_view application, QuittingHabit habit);
@@ -186,7 +201,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     std::vector<const SimulatedWindow*> livingWindows() const; // in the order in which they were opened
 
     // Session, permission, pointer
-    /// Locks it without telling anybody, for those who ask.
+    /// Locks it without a notification; the state can be asked for.
     void setLocked(bool locked);
     /// What the machine or the login session goes through; told by the queue.
     void undergo(SystemActivityEvent event);
@@ -199,7 +214,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     /// Whether the desktop announces every change.
     void setVouching(bool vouches);
 
-    // The hand on the mouse (SimulatedHand.cpp); what it does is told by the queue. Points are in desktop space.
+    // The mouse (SimulatedHand.cpp); what it does is told by the queue. Points are in desktop space.
     /// Presses the main button: takes hold of the handle there when no window lies over it, else of the window there.
     void pressAt(CGPoint point, HandGrip grip = HandGrip::titleBar);
     /// Moves the pointer; what is held follows.
@@ -207,6 +222,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     void letGo(ShiftKey shift = ShiftKey::up);
     /// Lets go of a handle that is held.
     void pressEscape();
+    void coverDesktopIcons() { coversDesktopIcons_ = true; }
     /// The handles shown now.
     const std::vector<DividerHandle>& handles() const { return handles_; }
 
@@ -240,6 +256,8 @@ class SimulatedDesktop : public AccessibilityServicing,
     bool isProcessTrusted() const override { return isTrusted_; }
     bool requestTrust(bool prompt) override;
     std::optional<std::string> absence() const override { return absence_; }
+    std::optional<std::string> stalePermission() const override;
+    bool readsAskApplications() const override { return style_ == DesktopStyle::mac; }
     AccessibilityElement applicationElement(pid_t processIdentifier) const override;
     std::vector<AttributeValue> readAttributes(const AccessibilityElement& element,
                                                std::span<const AccessibilityAttribute> attributes) const override;
@@ -282,10 +300,16 @@ class SimulatedDesktop : public AccessibilityServicing,
     // DesktopChangeServicing and DiagnosticsServicing
     std::optional<std::uint64_t> changeCount() const override;
     void notifyWhenChanged(std::uint64_t count, std::function<void()> callback) override;
+    bool announcesUnasked() const override { return announcements_.style() == AnnouncementStyle::unasked; }
+    AnnouncementAnswer requestAnnouncements(const AccessibilityElement& element) override;
+    void endAnnouncements(const AccessibilityElement& element) override { announcements_.end(element); }
+    std::optional<Seconds> longestRest() const override;
     std::vector<DiagnosticLine> diagnose() const override;
     // PointerMonitorServicing and DividerHandleServicing
     Subscription observePointer(std::function<void(const PointerEvent&)> observer) override;
+    bool dragsWindowsByAnyPoint() const override { return style_ != DesktopStyle::mac; }
     void showHandles(const std::vector<DividerHandle>& handles) override;
+    bool coversDesktopIcons() const override { return coversDesktopIcons_; }
     Subscription observeHandles(std::function<void(const DividerHandleEvent&)> observer) override;
 
   private:
@@ -299,6 +323,7 @@ class SimulatedDesktop : public AccessibilityServicing,
         bool lingersWhenHidden = false;
         bool isVerified = true;
         bool answers = true;
+        bool isEnhanced = false;
         QuittingHabit quittingHabit = QuittingHabit::quits;
         std::uint64_t focusedWindow = 0;
     };
@@ -333,7 +358,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     void displaysChanged();
     CGPoint onScreen(CGPoint pointOnDesktop) const;
 
-    // What the hand holds while the button is down.
+    // What is dragged while the button is down.
     struct Hold {
         std::uint64_t window = 0;
         HandGrip grip = HandGrip::nothing;
@@ -350,8 +375,15 @@ class SimulatedDesktop : public AccessibilityServicing,
     void tell(PointerEvent::Kind kind, CGPoint pointOnDesktop, ShiftKey shift = ShiftKey::up);
     void tell(DividerHandleEvent::Kind kind, const std::string& handleID, CGPoint pointOnDesktop);
 
-    void changed();
+    void changed(); // what the system itself tells of: applications, Spaces, displays, the session
+    void changed(const SimulatedWindow& window);
+    void changed(const Application& application); // its windows, and which of them has its focus
+    void announce();
+    void announceLater();
     void announceChange();
+    /// Costs a poll the time that the application takes to answer, or the deadline.
+    bool hasAnswer(const Application& application) const;
+    bool isInTime(const Application& application) const;
     void note(std::string line);
     void requireMainThread(const char* call) const;
     void remove(const SimulatedWindow& window);
@@ -400,6 +432,10 @@ class SimulatedDesktop : public AccessibilityServicing,
     HidingStyle hidingStyle_ = HidingStyle::hidesApplication;
     bool placesWindows_ = false;
     std::optional<std::string> placingManager_;
+    DesktopStyle style_ = DesktopStyle::knowsItsWindows;
+    SimulatedAnnouncements announcements_;
+    Seconds answerTime_{0};
+    bool isPermissionStale_ = false;
     SpaceStyle spaceStyle_ = SpaceStyle::listsAll;
     int virtualDesktop_ = 0;
     int lastOwnSpace_ = 1000; // of a window in full screen; higher than any that scenarios use
@@ -425,6 +461,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     Observers<const PointerEvent&> pointerObservers_;
     Observers<const DividerHandleEvent&> handleObservers_;
     std::vector<DividerHandle> handles_;
+    bool coversDesktopIcons_ = false;
     std::optional<Hold> hold_;
     std::optional<Click> lastClick_;
     std::vector<std::string> journal_;

@@ -1,4 +1,4 @@
-// The person's hand on the mouse, and the handles that it can take hold of.
+// The mouse, and the handles of dividers.
 #include "platform/simulated/SimulatedDesktop.h"
 #include "windowing/DividerGrip.h"
 
@@ -11,7 +11,7 @@ namespace kova {
 
 namespace {
 
-/// A press counts as the second of a double click only if the hand rested in between.
+/// A press counts as the second of a double click only if the pointer moved no further in between.
 constexpr double kRestingPoints = 3;
 
 CGRect pulled(const CGRect& frame, HandGrip grip, double dx, double dy) {
@@ -122,7 +122,7 @@ void SimulatedDesktop::showHandles(const std::vector<DividerHandle>& handles) {
         if (!isFinite(handle.frame)) brokenPromises_.push_back("impossible frame of the handle " + handle.id);
     }
     handles_ = handles;
-    // What is taken away is torn out of the hand.
+    // A handle that is taken away ends its drag.
     if (hold_ && hold_->handleID && !ids.contains(*hold_->handleID)) pressEscape();
 }
 

@@ -1,5 +1,5 @@
 // The keyboard of the simulated desktop. A person presses keys; other programs hold combinations of their own, or the
-// whole keyboard. What nobody keeps from it is typed into the window that has the keyboard.
+// whole keyboard. What is not kept from it is typed into the window that has the keyboard.
 #pragma once
 
 #include "platform/simulated/VirtualTime.h"
@@ -21,8 +21,8 @@ class SimulatedKeyboard final : public KeyMonitorServicing {
 
     /// How the desktop lets programs listen to keys meant for others.
     enum class Delivery {
-        claimed,  // a combination belongs to whoever claimed it first, and is typed nowhere
-        observed, // everybody may listen to everything, and it is typed all the same
+        claimed,  // a combination belongs to the program that claimed it first, and is typed nowhere
+        observed, // every program may listen to everything, and it is typed all the same
     };
     void setDelivery(Delivery delivery) { delivery_ = delivery; }
     enum class Focus { otherApplication, ownWindow };
@@ -49,6 +49,7 @@ class SimulatedKeyboard final : public KeyMonitorServicing {
     Subscription addLocalMonitor(std::function<bool(const KeyPress&)> monitor) override;
     void claim(const std::vector<KeyCombination>& combinations) override;
     std::vector<KeyCombination> heldByOthers() const override;
+    bool knowsAllHolders() const override { return delivery_ == Delivery::claimed; }
     Subscription observeHeldByOthers(std::function<void()> known) override;
     Subscription recordKeys(std::function<bool(const KeyPress&)> recorder,
                             std::function<void(const std::string& reason)> failed) override;

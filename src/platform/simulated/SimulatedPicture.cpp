@@ -18,12 +18,12 @@ bool SimulatedDesktop::isOnScreen(const SimulatedWindow& window) const {
 }
 
 bool SimulatedDesktop::isAnswering(const SimulatedWindow& window) const {
-    return findApplication(window.processIdentifier())->answers;
+    return isInTime(*findApplication(window.processIdentifier()));
 }
 
 bool SimulatedDesktop::isSilent(pid_t processIdentifier) const {
     const auto* application = findApplication(processIdentifier);
-    return application && !application->answers;
+    return application && !isInTime(*application);
 }
 
 bool SimulatedDesktop::isOnSomeDisplay(const SimulatedWindow& window) const {

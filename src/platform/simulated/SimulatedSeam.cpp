@@ -1,4 +1,4 @@
-// What KOVA sees of the simulated desktop and what becomes of its wishes.
+// What KOVA sees of the simulated desktop and what becomes of its requests.
 #include "platform/simulated/SimulatedDesktop.h"
 
 #include <algorithm>
@@ -24,11 +24,6 @@ bool concernsFrame(const AttributeWrite& write) {
 }
 
 } // namespace
-
-void SimulatedDesktop::changed() {
-    ++changeCount_;
-    if (vouches_) announceChange();
-}
 
 void SimulatedDesktop::announceChange() {
     if (!changeCallback_) return;
@@ -113,6 +108,7 @@ AttributeValue SimulatedDesktop::value(const SimulatedWindow& window, Accessibil
     case AccessibilityAttribute::windows:
     case AccessibilityAttribute::focusedWindow:
     case AccessibilityAttribute::frontmost:
+    case AccessibilityAttribute::enhancedUserInterface:
         return {};
     }
     return {};
@@ -121,6 +117,9 @@ AttributeValue SimulatedDesktop::value(const SimulatedWindow& window, Accessibil
 AttributeValue SimulatedDesktop::value(const Application& application, AccessibilityAttribute attribute) const {
     if (attribute == AccessibilityAttribute::role) return std::string("AXApplication");
     if (attribute == AccessibilityAttribute::title) return application.name;
+    if (attribute == AccessibilityAttribute::enhancedUserInterface && style_ == DesktopStyle::mac) {
+        return application.isEnhanced;
+    }
     if (attribute == AccessibilityAttribute::frontmost) return frontmost_ == application.record.processIdentifier;
     if (attribute == AccessibilityAttribute::windows) {
         std::vector<AccessibilityElement> elements;
@@ -159,12 +158,7 @@ std::vector<AttributeValue> SimulatedDesktop::readAttributes(const Accessibility
     ++readCount_;
     std::vector<AttributeValue> values(attributes.size());
     const auto* owner = findApplication(element.processIdentifier);
-    if (!owner || !isTrusted_) return values;
-    // On the main thread the desktop answers from what it knows.
-    if (!owner->answers && pollingQueue_.isRunningJob()) {
-        pollingQueue_.spend(kReadDeadline);
-        return values;
-    }
+    if (!owner || !isTrusted_ || isPermissionStale_ || !hasAnswer(*owner)) return values;
     const auto* window = windowOf(element);
     if (!window && element.hash != 0) return values;
     const auto depth = element.hash % kNumbersPerWindow;
@@ -185,8 +179,12 @@ void SimulatedDesktop::writeAttributes(const AccessibilityElement& element, std:
     auto* owner = findApplication(element.processIdentifier);
     auto* window = const_cast<SimulatedWindow*>(windowOf(element));
     note((window ? window->label() : owner ? owner->name : "nobody") + ": " + line);
-    if (!owner || !owner->answers || !isTrusted_) return;
+    if (!owner || !isInTime(*owner) || !isTrusted_ || isPermissionStale_) return;
     if (!window) {
+        for (const auto& write : writes) {
+            const auto* flag = std::get_if<bool>(&write.value);
+            if (flag && write.attribute == AccessibilityAttribute::enhancedUserInterface) owner->isEnhanced = *flag;
+        }
         const AttributeWrite frontmost{AccessibilityAttribute::frontmost, true};
         const bool wished = std::any_of(writes.begin(), writes.end(), [&](const auto& write) {
             return write.attribute == frontmost.attribute && write.value == frontmost.value;
@@ -251,12 +249,13 @@ void SimulatedDesktop::performAction(const AccessibilityElement& element, Access
     requireMainThread("performAction");
     const auto* window = windowOf(element);
     note((window ? window->label() : "nobody") + ": " + std::string(actionName(action)));
-    if (window && isTrusted_) raise(*window);
+    if (window && isTrusted_ && !isPermissionStale_) raise(*window);
 }
 
 std::optional<AccessibilityElement> SimulatedDesktop::elementAtPosition(CGPoint point) const {
     requireMainThread("elementAtPosition");
-    if (!isTrusted_) return std::nullopt;
+    ++readCount_;
+    if (!isTrusted_ || isPermissionStale_) return std::nullopt;
     for (const auto number : stacking_) {
         const auto& window = *findWindow(number);
         if (!isOnScreen(window) || !containsPoint(frameForWindowService(window), point)) continue;

@@ -43,7 +43,7 @@ void SimulatedDesktop::setFullScreen(std::string_view label, bool fullScreen) {
     chosen.frame = fullScreen ? displayFrameUnder(chosen.frame) : chosen.frameBeforeFullScreen;
     if (!isOnSomeDisplay(chosen)) chosen.frame.origin = firstDisplayOrigin();
     if (spaceStyle_ == SpaceStyle::listsShown) fullScreen ? enterOwnSpace(chosen) : leaveOwnSpace(chosen);
-    changed();
+    changed(*findApplication(chosen.processIdentifier()));
 }
 
 void SimulatedDesktop::setMaximized(std::string_view label, bool maximized) {
@@ -52,7 +52,7 @@ void SimulatedDesktop::setMaximized(std::string_view label, bool maximized) {
     if (maximized) chosen.frameBeforeFullScreen = chosen.frame;
     chosen.isMaximized = maximized;
     chosen.frame = maximized ? displayFrameUnder(chosen.frame) : chosen.frameBeforeFullScreen;
-    changed();
+    changed(*findApplication(chosen.processIdentifier()));
 }
 
 void SimulatedDesktop::enterOwnSpace(SimulatedWindow& window) {
@@ -111,7 +111,7 @@ void SimulatedDesktop::showTab(std::string_view label) {
     renumber(shown);
     raise(shown);
     if (isOnScreen(shown)) findApplication(shown.processIdentifier())->focusedWindow = shown.number();
-    changed();
+    changed(*findApplication(shown.processIdentifier()));
 }
 
 void SimulatedDesktop::showNextTabOf(const SimulatedWindow& closing) {
@@ -127,10 +127,7 @@ WindowPresence SimulatedDesktop::presenceOf(const AccessibilityElement& window) 
     ++readCount_;
     const auto* owner = findApplication(window.processIdentifier);
     if (!owner) return WindowPresence::gone;
-    if (!owner->answers || !isTrusted_) {
-        if (pollingQueue_.isRunningJob()) pollingQueue_.spend(kReadDeadline);
-        return WindowPresence::noAnswer;
-    }
+    if (!isTrusted_ || isPermissionStale_ || !hasAnswer(*owner)) return WindowPresence::noAnswer;
     const auto* found = windowOf(window);
     return found && !found->isLost ? WindowPresence::present : WindowPresence::gone;
 }

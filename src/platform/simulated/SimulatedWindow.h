@@ -15,7 +15,7 @@ namespace kova {
 
 inline constexpr int kEveryVirtualDesktop = -1;
 
-/// What lies inside a window, as seen by who asks for the element under the pointer.
+/// What lies inside a window, as told of the element under the pointer.
 enum class InnerElements {
     nested,   // a button in a group in the window
     cyclic,   // parents that lead round in a circle
@@ -35,9 +35,9 @@ struct WindowTraits {
     bool isMinimized = false;
     std::optional<std::string> dialogOf{}; // label of the window that it belongs to
 
-    std::optional<CGSize> minimumSize{};       // kept, and told to who asks
+    std::optional<CGSize> minimumSize{};       // kept, and told
     std::optional<CGSize> otherMinimumSize{};  // told under the attribute's other name, and not kept
-    std::optional<CGSize> secretMinimumSize{}; // kept, and told to nobody
+    std::optional<CGSize> secretMinimumSize{}; // kept, and not told
     std::optional<CGSize> maximumSize{};
     std::optional<double> aspect{}; // width divided by height; keeps the width that it is told, whatever the height
     bool tellsSizeHints = false;    // of cells, largest size and aspect

@@ -58,7 +58,7 @@ class VirtualWorkQueue : public WorkQueue {
 
     /// How long each job takes from now on.
     void setJobDuration(Seconds duration) { jobDuration_ = duration; }
-    /// The running job waits for somebody.
+    /// The running job waits for another process.
     void spend(Seconds duration);
     bool isRunningJob() const { return isRunningJob_; }
     int jobsBegun() const { return jobsBegun_; }

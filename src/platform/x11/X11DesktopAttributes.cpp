@@ -134,6 +134,7 @@ AttributeValue X11Desktop::Parts::read(const ClientWindow& client, Accessibility
     case AccessibilityAttribute::focusedWindow:
     case AccessibilityAttribute::frontmost:
     case AccessibilityAttribute::minimumSize:
+    case AccessibilityAttribute::enhancedUserInterface:
         return {};
     }
     return {};

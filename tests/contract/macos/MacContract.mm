@@ -4,6 +4,7 @@
 #include "platform/macos/DispatchQueues.h"
 #include "platform/macos/MacAccessibility.h"
 #include "platform/macos/MacApplications.h"
+#include "platform/macos/MacChangeObservers.h"
 #include "platform/macos/MacDividerHandles.h"
 #include "platform/macos/MacKeyMonitors.h"
 #include "platform/macos/MacPointerMonitor.h"
@@ -152,6 +153,7 @@ class MacStage final : public ContractDesktop {
     void plugInPrimaryDisplay() override {}
     void withdrawPermission() override {}
     void letGoOfDesktop() override {
+        changes_.reset();
         applications_.reset();
         keys_.reset();
         pointer_.reset();
@@ -185,7 +187,7 @@ class MacStage final : public ContractDesktop {
     AccessibilityServicing& accessibility() override { return accessibility_; }
     ApplicationServicing& applications() override { return *applications_; }
     ScreenServicing& screens() override { return screens_; }
-    DesktopChangeServicing& changes() override { return accessibility_; }
+    DesktopChangeServicing& changes() override { return *changes_; }
     PointerMonitorServicing& pointer() override { return *pointer_; }
     DividerHandleServicing& handles() override { return handles_; }
     KeyMonitorServicing& keys() override { return *keys_; }
@@ -232,7 +234,8 @@ class MacStage final : public ContractDesktop {
     }
 
     MacAccessibility accessibility_{mainQueue()};
-    std::optional<MacApplications> applications_{std::in_place, mainQueue()};
+    std::optional<MacChangeObservers> changes_{std::in_place, mainQueue(), accessibility_};
+    std::optional<MacApplications> applications_{std::in_place, mainQueue(), accessibility_};
     MacScreens screens_;
     std::optional<MacPointerMonitor> pointer_{std::in_place, mainQueue()};
     MacDividerHandles handles_{mainQueue()};

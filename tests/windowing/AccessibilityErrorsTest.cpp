@@ -1,5 +1,6 @@
-#include "windowing/RawAnswers.h"
-#include "windowing/ApplicationPatience.h"
+#include "windowing/AccessibilityErrors.h"
+#include "windowing/ApplicationBackoff.h"
+#include "windowing/WindowListParsing.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +12,7 @@ namespace kova {
 
 namespace {
 
-TEST(RawAnswers, AWindowOfTheListIsTakenOnlyWhole) {
+TEST(WindowListParsing, AWindowOfTheListIsTakenOnlyWhole) {
     const WindowListEntry whole{.layer = 0, .ownerProcess = 501, .x = -20, .y = 30.5, .width = 800, .height = 600};
     const auto window = onScreenWindow(whole);
     ASSERT_TRUE(window);
@@ -34,7 +35,7 @@ TEST(RawAnswers, AWindowOfTheListIsTakenOnlyWhole) {
     EXPECT_FALSE(onScreenWindow(tooLarge));
 }
 
-TEST(RawAnswers, AWindowHasGoneOnlyWhenTheAnswerSaysSo) {
+TEST(AccessibilityErrors, AWindowHasGoneOnlyWhenTheAnswerSaysSo) {
     using enum WindowPresence;
     const std::pair<int, WindowPresence> answers[] = {
         {0, present},       // success
@@ -48,30 +49,30 @@ TEST(RawAnswers, AWindowHasGoneOnlyWhenTheAnswerSaysSo) {
     for (const auto& [error, presence] : answers) EXPECT_EQ(windowPresence(error), presence) << error;
 }
 
-TEST(ApplicationPatience, OneThatHangsIsAskedLessOftenUntilItAnswers) {
+TEST(ApplicationBackoff, OneThatHangsIsAskedLessOftenUntilItAnswers) {
     constexpr pid_t kHanging = 7, kWell = 8;
     constexpr auto kSilent = AccessibilityOutcome::silent;
-    ApplicationPatience patience;
+    ApplicationBackoff backoff;
     Seconds now{100};
     const auto ask = [&](AccessibilityOutcome outcome, Seconds took) {
         const Seconds asked = std::exchange(now, now + took);
-        patience.note(kHanging, outcome, asked, now);
+        backoff.note(kHanging, outcome, asked, now);
     };
     const auto pollAsksAfter = [&](double seconds) {
-        return patience.mayAsk(kHanging, AskingOccasion::poll, now + Seconds(seconds));
+        return backoff.mayAsk(kHanging, AskingOccasion::poll, now + Seconds(seconds));
     };
 
-    EXPECT_TRUE(patience.mayAsk(kHanging, AskingOccasion::mainThread, now));
+    EXPECT_TRUE(backoff.mayAsk(kHanging, AskingOccasion::mainThread, now));
     for (const double pause : {1, 2, 4, 8, 8}) {
         ask(kSilent, Seconds(0.25));
         EXPECT_FALSE(pollAsksAfter(pause - 0.01)) << pause;
         EXPECT_TRUE(pollAsksAfter(pause)) << pause;
-        EXPECT_FALSE(patience.mayAsk(kHanging, AskingOccasion::mainThread, now + Seconds(3600))) << pause;
-        EXPECT_TRUE(patience.mayAsk(kWell, AskingOccasion::mainThread, now)) << pause;
+        EXPECT_FALSE(backoff.mayAsk(kHanging, AskingOccasion::mainThread, now + Seconds(3600))) << pause;
+        EXPECT_TRUE(backoff.mayAsk(kWell, AskingOccasion::mainThread, now)) << pause;
         now += Seconds(pause);
     }
     ask(AccessibilityOutcome::answered, Seconds(0.1));
-    EXPECT_TRUE(patience.mayAsk(kHanging, AskingOccasion::mainThread, now));
+    EXPECT_TRUE(backoff.mayAsk(kHanging, AskingOccasion::mainThread, now));
     ask(kSilent, Seconds(0.25));
     EXPECT_TRUE(pollAsksAfter(1)) << "an answer makes up for what was before";
 
@@ -79,12 +80,12 @@ TEST(ApplicationPatience, OneThatHangsIsAskedLessOftenUntilItAnswers) {
     ask(kSilent, Seconds(0.01));
     EXPECT_TRUE(pollAsksAfter(0));
     ask(kSilent, Seconds(0.25));
-    EXPECT_EQ(patience.silent(), std::vector<pid_t>{kHanging});
+    EXPECT_EQ(backoff.silent(), std::vector<pid_t>{kHanging});
     ask(AccessibilityOutcome::gone, Seconds(0.25));
-    EXPECT_TRUE(patience.silent().empty());
+    EXPECT_TRUE(backoff.silent().empty());
 }
 
-TEST(RawAnswers, ARefusalIsAnAnswer) {
+TEST(AccessibilityErrors, ARefusalIsAnAnswer) {
     // As the accessibility interface numbers them.
     constexpr int kSuccess = 0, kFailure = -25200, kAttributeUnsupported = -25205, kDisabled = -25211,
                   kNoValue = -25212;
@@ -93,6 +94,31 @@ TEST(RawAnswers, ARefusalIsAnAnswer) {
     }
     EXPECT_EQ(accessibilityOutcome(-25202), AccessibilityOutcome::gone);
     EXPECT_EQ(accessibilityOutcome(-25204), AccessibilityOutcome::silent);
+}
+
+TEST(AccessibilityErrors, AnElementAnnouncesIfItTakesOneRequest) {
+    using enum AnnouncementAnswer;
+    constexpr int kUnsupported = -25207, kRegisteredAlready = -25209, kCannotComplete = -25204;
+    const std::pair<std::vector<int>, AnnouncementAnswer> cases[] = {
+        {{0, 0, 0}, announces},
+        {{kUnsupported, kRegisteredAlready}, announces},
+        {{kUnsupported, kUnsupported}, refuses},
+        {{0, kCannotComplete}, noAnswer},
+    };
+    for (const auto& [errors, answer] : cases) EXPECT_EQ(announcementAnswer(errors), answer) << errors.front();
+}
+
+TEST(AccessibilityErrors, APermissionIsIgnoredWhenNoApplicationHonorsIt) {
+    constexpr int kDisabled = -25211, kNoValue = -25212, kCannotComplete = -25204;
+    IgnoredPermission permission;
+    permission.note(7, kDisabled);
+    permission.note(7, kDisabled);
+    EXPECT_FALSE(permission.isIgnored()) << "one application may have reasons of its own";
+    permission.note(9, kCannotComplete); // says nothing
+    permission.note(8, kDisabled);
+    EXPECT_TRUE(permission.isIgnored());
+    permission.note(9, kNoValue);
+    EXPECT_FALSE(permission.isIgnored());
 }
 
 } // namespace

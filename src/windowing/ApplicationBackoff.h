@@ -1,9 +1,9 @@
-// Who may be asked when, so that an application that hangs costs one deadline now and then instead of one with every
+// When an application may be asked, so that one that hangs costs one deadline now and then instead of one with every
 // question. While it hangs only polls ask it, at growing intervals, until it answers again.
 #pragma once
 
 #include "support/MainQueue.h"
-#include "windowing/RawAnswers.h"
+#include "windowing/AccessibilityErrors.h"
 
 #include <sys/types.h>
 
@@ -14,7 +14,7 @@ namespace kova {
 
 enum class AskingOccasion { poll, mainThread };
 
-class ApplicationPatience {
+class ApplicationBackoff {
   public:
     /// How long a question waits for its answer.
     static constexpr Seconds kDeadline{0.25};

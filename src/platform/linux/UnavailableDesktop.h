@@ -12,14 +12,14 @@
 
 namespace kova {
 
-class AbsentDesktop final : public AccessibilityServicing,
+class UnavailableDesktop final : public AccessibilityServicing,
                             public ApplicationServicing,
                             public ScreenServicing,
                             public DesktopChangeServicing,
                             public DiagnosticsServicing {
   public:
     /// `reason` says in the user's words why there is no desktop and what to do.
-    AbsentDesktop(std::string reason, MainQueue& queue) : reason_(std::move(reason)), queue_(queue) {}
+    UnavailableDesktop(std::string reason, MainQueue& queue) : reason_(std::move(reason)), queue_(queue) {}
 
     bool isProcessTrusted() const override { return false; }
     bool requestTrust(bool) override { return false; }

@@ -1,4 +1,4 @@
-#include "windowing/ApplicationPatience.h"
+#include "windowing/ApplicationBackoff.h"
 
 #include <algorithm>
 
@@ -8,17 +8,17 @@ namespace {
 
 /// Silence that took less than this is no hanging: an application that only just starts is out of reach, and says so
 /// at once.
-constexpr Seconds kHanging = ApplicationPatience::kDeadline * 0.8;
+constexpr Seconds kHanging = ApplicationBackoff::kDeadline * 0.8;
 
 } // namespace
 
-bool ApplicationPatience::mayAsk(pid_t process, AskingOccasion occasion, Seconds now) const {
+bool ApplicationBackoff::mayAsk(pid_t process, AskingOccasion occasion, Seconds now) const {
     const auto found = silent_.find(process);
     if (found == silent_.end()) return true;
     return occasion == AskingOccasion::poll && now >= found->second.askAgain;
 }
 
-void ApplicationPatience::note(pid_t process, AccessibilityOutcome outcome, Seconds asked, Seconds now) {
+void ApplicationBackoff::note(pid_t process, AccessibilityOutcome outcome, Seconds asked, Seconds now) {
     if (outcome != AccessibilityOutcome::silent || now - asked < kHanging) {
         silent_.erase(process);
         return;
@@ -28,7 +28,7 @@ void ApplicationPatience::note(pid_t process, AccessibilityOutcome outcome, Seco
     silence.askAgain = now + silence.pause;
 }
 
-std::vector<pid_t> ApplicationPatience::silent() const {
+std::vector<pid_t> ApplicationBackoff::silent() const {
     std::vector<pid_t> processes;
     for (const auto& entry : silent_) processes.push_back(entry.first);
     return processes;

@@ -1,5 +1,5 @@
 // Applications that were told to hide or to come back. The desktop tells only later that they have; in the meantime
-// they count as having done it, so that who hides and shows in one go reads what it has asked for.
+// they count as having done it, so that an operation that hides and shows reads what it has requested.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -10,25 +10,25 @@
 
 namespace kova {
 
-class HidingWishes {
+class RequestedHiding {
   public:
     /// For how long an application counts as doing what it was told; then as what the desktop says.
-    static constexpr Seconds kPatience{1};
+    static constexpr Seconds kTellingTime{1};
 
     /// All times are uptimes.
-    void hide(pid_t process, Seconds now) { note(process, Wish{true, now}); }
-    void show(pid_t process, Seconds now) { note(process, Wish{false, now}); }
+    void hide(pid_t process, Seconds now) { note(process, Request{true, now}); }
+    void show(pid_t process, Seconds now) { note(process, Request{false, now}); }
     /// `isToldHidden`: what the desktop says.
     bool isHidden(pid_t process, bool isToldHidden, Seconds now) const;
 
   private:
-    struct Wish {
+    struct Request {
         bool isHidden = false;
         Seconds asked{};
     };
-    void note(pid_t process, Wish wish);
+    void note(pid_t process, Request request);
 
-    std::map<pid_t, Wish> wishes_; // the newest of each process
+    std::map<pid_t, Request> requests_; // the newest of each process
 };
 
 } // namespace kova

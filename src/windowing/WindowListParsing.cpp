@@ -1,4 +1,4 @@
-#include "windowing/RawAnswers.h"
+#include "windowing/WindowListParsing.h"
 
 #include <cmath>
 #include <limits>
@@ -6,11 +6,6 @@
 namespace kova {
 
 namespace {
-
-constexpr int kFailure = -25200;
-constexpr int kInvalidElement = -25202;
-constexpr int kCannotComplete = -25204;
-constexpr int kInterfaceDisabled = -25211;
 
 template <class Integer>
 std::optional<Integer> integral(std::optional<double> number) {
@@ -20,30 +15,6 @@ std::optional<Integer> integral(std::optional<double> number) {
 }
 
 } // namespace
-
-AccessibilityOutcome accessibilityOutcome(int error) {
-    switch (error) {
-    case kInvalidElement:
-        return AccessibilityOutcome::gone;
-    case kCannotComplete:
-        return AccessibilityOutcome::silent;
-    default:
-        return AccessibilityOutcome::answered;
-    }
-}
-
-WindowPresence windowPresence(int error) {
-    switch (error) {
-    case kInvalidElement:
-        return WindowPresence::gone;
-    case kCannotComplete:
-    case kInterfaceDisabled:
-    case kFailure:
-        return WindowPresence::noAnswer;
-    default:
-        return WindowPresence::present;
-    }
-}
 
 std::optional<OnScreenWindow> onScreenWindow(const WindowListEntry& entry) {
     const auto layer = integral<int>(entry.layer);

@@ -1,0 +1,24 @@
+#include "platform/macos/EditMenu.h"
+
+#import <AppKit/AppKit.h>
+
+namespace kova::macos {
+
+void installEditMenu() {
+    NSMenu* edit = [[NSMenu alloc] initWithTitle:@"Edit"];
+    // Sent to the field that has the keyboard, which is why there are no targets.
+    [edit addItemWithTitle:@"Undo" action:NSSelectorFromString(@"undo:") keyEquivalent:@"z"];
+    [edit addItemWithTitle:@"Redo" action:NSSelectorFromString(@"redo:") keyEquivalent:@"Z"];
+    [edit addItem:[NSMenuItem separatorItem]];
+    [edit addItemWithTitle:@"Cut" action:@selector(cut:) keyEquivalent:@"x"];
+    [edit addItemWithTitle:@"Copy" action:@selector(copy:) keyEquivalent:@"c"];
+    [edit addItemWithTitle:@"Paste" action:@selector(paste:) keyEquivalent:@"v"];
+    [edit addItemWithTitle:@"Select All" action:@selector(selectAll:) keyEquivalent:@"a"];
+
+    NSMenu* main = [[NSMenu alloc] initWithTitle:@"KOVA"];
+    [main addItemWithTitle:@"KOVA" action:nil keyEquivalent:@""]; // the place of the application's own menu
+    [main addItemWithTitle:@"Edit" action:nil keyEquivalent:@""].submenu = edit;
+    NSApp.mainMenu = main;
+}
+
+} // namespace kova::macos

@@ -1,0 +1,51 @@
+// Tells that something changed on a Mac: announcements of applications and windows that were asked for them, and what
+// the system itself announces. Made and destroyed on the main thread.
+#pragma once
+
+#include "platform/macos/MacAccessibility.h"
+#include "support/Lifetime.h"
+
+#include <atomic>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace kova::macos {
+
+class MacChangeObservers final : public DesktopChangeServicing {
+  public:
+    /// Both outlive it.
+    MacChangeObservers(MainQueue& queue, const MacAccessibility& accessibility);
+    /// No request for announcements may be under way.
+    ~MacChangeObservers() override;
+    MacChangeObservers(const MacChangeObservers&) = delete;
+    MacChangeObservers& operator=(const MacChangeObservers&) = delete;
+
+    std::optional<std::uint64_t> changeCount() const override { return changes_; }
+    void notifyWhenChanged(std::uint64_t count, std::function<void()> callback) override;
+    bool announcesUnasked() const override { return false; }
+    AnnouncementAnswer requestAnnouncements(const AccessibilityElement& element) override;
+    void endAnnouncements(const AccessibilityElement& element) override;
+    std::optional<Seconds> longestRest() const override { return Seconds(10); }
+
+    /// A change was announced. Main thread.
+    void noteChange();
+
+  private:
+    struct Observer;
+    std::shared_ptr<Observer> observerOf(pid_t process);
+    void tellSoon();
+
+    MainQueue& queue_;
+    const MacAccessibility& accessibility_;
+    std::atomic<std::uint64_t> changes_{1};
+    std::function<void()> callback_;
+    std::uint64_t request_ = 0; // the newest call of notifyWhenChanged
+    std::vector<Subscription> systemChanges_;
+    std::mutex mutex_; // of the observers
+    std::map<pid_t, std::shared_ptr<Observer>> observers_;
+    Lifetime lifetime_;
+};
+
+} // namespace kova::macos

@@ -1,0 +1,101 @@
+// A Mac's way of answering and announcing.
+#include "platform/simulated/SimulatedDesktop.h"
+
+namespace kova {
+
+AnnouncementAnswer SimulatedAnnouncements::request(const AccessibilityElement& element) {
+    ++requestCount_;
+    if (refusing_.contains(element.processIdentifier)) return AnnouncementAnswer::refuses;
+    asked_.insert({element.processIdentifier, element.hash});
+    return AnnouncementAnswer::announces;
+}
+
+bool SimulatedAnnouncements::isAnnounced(pid_t process, std::uint64_t hash) {
+    if (style_ == AnnouncementStyle::unasked) return true;
+    if (!asked_.contains({process, hash})) return false;
+    if (toLose_ == 0) return true;
+    --toLose_;
+    noteLoss();
+    return false;
+}
+
+void SimulatedDesktop::setStyle(DesktopStyle style) {
+    style_ = style;
+    const bool isMac = style == DesktopStyle::mac;
+    spaceStyle_ = isMac ? SpaceStyle::listsShown : SpaceStyle::listsAll;
+    announcements_.setStyle(isMac ? AnnouncementStyle::whenAsked : AnnouncementStyle::unasked);
+    answerTime_ = isMac ? Seconds(0.002) : Seconds(0);
+}
+
+std::optional<std::string> SimulatedDesktop::stalePermission() const {
+    return isPermissionStale_ ? std::optional<std::string>("Give the permission anew") : std::nullopt;
+}
+
+void SimulatedDesktop::setPermissionStale(bool isStale) {
+    isPermissionStale_ = isStale;
+    changed();
+}
+
+void SimulatedDesktop::setAnswerTime(Seconds time) {
+    answerTime_ = time;
+    announcements_.noteLoss();
+}
+
+bool SimulatedDesktop::isInTime(const Application& application) const {
+    return application.answers && answerTime_ < kReadDeadline;
+}
+
+bool SimulatedDesktop::hasAnswer(const Application& application) const {
+    const bool isInTime = this->isInTime(application);
+    if (!pollingQueue_.isRunningJob()) return isInTime || style_ != DesktopStyle::mac;
+    if (isInTime && answerTime_ == Seconds(0)) return true;
+    pollingQueue_.spend(isInTime ? answerTime_ : kReadDeadline);
+    return isInTime;
+}
+
+void SimulatedDesktop::setEnhancedUserInterface(std::string_view name, bool isOn) {
+    application(name).isEnhanced = isOn;
+}
+
+bool SimulatedDesktop::hasEnhancedUserInterface(std::string_view name) const {
+    return application(name).isEnhanced;
+}
+
+// What KOVA asks for
+
+AnnouncementAnswer SimulatedDesktop::requestAnnouncements(const AccessibilityElement& element) {
+    if (!pollingQueue_.isRunningJob()) brokenPromises_.push_back("requestAnnouncements on the main thread");
+    const auto* owner = findApplication(element.processIdentifier);
+    if (!owner || !hasAnswer(*owner)) return AnnouncementAnswer::noAnswer;
+    return announcements_.request(element);
+}
+
+std::optional<Seconds> SimulatedDesktop::longestRest() const {
+    return announcesUnasked() ? std::nullopt : std::optional(Seconds(10));
+}
+
+// What happens to applications and windows
+
+void SimulatedDesktop::announce() {
+    ++changeCount_;
+    if (vouches_) announceChange();
+}
+
+void SimulatedDesktop::announceLater() {
+    if (announcesUnasked()) return announce();
+    queue_.after(SimulatedAnnouncements::kDelay, lifetime_.guard([this] { announce(); }));
+}
+
+void SimulatedDesktop::changed() {
+    announceLater();
+}
+
+void SimulatedDesktop::changed(const SimulatedWindow& window) {
+    if (announcements_.isAnnounced(window.processIdentifier(), window.number())) announceLater();
+}
+
+void SimulatedDesktop::changed(const Application& application) {
+    if (announcements_.isAnnounced(application.record.processIdentifier, 0)) announceLater();
+}
+
+} // namespace kova

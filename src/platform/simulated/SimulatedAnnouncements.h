@@ -1,0 +1,50 @@
+// Which applications and windows of the simulated desktop were asked to announce their changes, and what becomes of
+// their announcements.
+#pragma once
+
+#include "support/MainQueue.h"
+#include "windowing/AccessibilityServicing.h"
+
+#include <cstdint>
+#include <set>
+#include <utility>
+
+namespace kova {
+
+/// How applications and their windows tell of changes.
+enum class AnnouncementStyle {
+    unasked,   // every change is announced at once
+    whenAsked, // only by those that were asked, and a little late
+};
+
+class SimulatedAnnouncements {
+  public:
+    static constexpr Seconds kDelay{0.05};
+
+    void setStyle(AnnouncementStyle style) { style_ = style; }
+    AnnouncementStyle style() const { return style_; }
+    /// The application never announces anything.
+    void refuse(pid_t process) { refusing_.insert(process); }
+    /// The next announcements are lost.
+    void lose(int count) { toLose_ = count; }
+    /// Changes since the start that no announcement told of although all was asked for.
+    int lostCount() const { return lostCount_; }
+    void noteLoss() { lostCount_ += style_ == AnnouncementStyle::whenAsked ? 1 : 0; }
+    /// Requests since the start, each for one element.
+    int requestCount() const { return requestCount_; }
+
+    AnnouncementAnswer request(const AccessibilityElement& element);
+    void end(const AccessibilityElement& element) { asked_.erase({element.processIdentifier, element.hash}); }
+    /// Whether the element, an application where the hash is 0, announces the change that it has just undergone.
+    bool isAnnounced(pid_t process, std::uint64_t hash);
+
+  private:
+    AnnouncementStyle style_ = AnnouncementStyle::unasked;
+    std::set<std::pair<pid_t, std::uint64_t>> asked_;
+    std::set<pid_t> refusing_;
+    int toLose_ = 0;
+    int lostCount_ = 0;
+    int requestCount_ = 0;
+};
+
+} // namespace kova

@@ -1,0 +1,39 @@
+// Session, permission and pointer of the simulated desktop.
+#include "platform/simulated/SimulatedDesktop.h"
+
+#include <utility>
+
+namespace kova {
+
+void SimulatedDesktop::setLocked(bool locked) {
+    isLocked_ = locked;
+    changed();
+}
+
+void SimulatedDesktop::undergo(SystemActivityEvent event) {
+    if (event == SystemActivityEvent::screenDidLock) setLocked(true);
+    if (event == SystemActivityEvent::screenDidUnlock) setLocked(false);
+    queue_.post(lifetime_.guard([this, event] { systemActivityObservers_.notify(event); }));
+}
+
+void SimulatedDesktop::setAbsence(std::string reason) {
+    absence_ = std::move(reason);
+    setTrusted(false);
+}
+
+void SimulatedDesktop::setTrusted(bool trusted) {
+    isTrusted_ = trusted;
+    changed();
+}
+
+void SimulatedDesktop::movePointer(std::optional<CGPoint> pointOnDesktop) {
+    pointerOnDesktop_ = pointOnDesktop;
+}
+
+void SimulatedDesktop::setVouching(bool vouches) {
+    vouches_ = vouches;
+    // A cycle that rests must learn that no announcement will come.
+    if (!vouches) announceChange();
+}
+
+} // namespace kova

@@ -1,0 +1,56 @@
+#include "windowing/AccessibilityErrors.h"
+
+#include <algorithm>
+
+namespace kova {
+
+namespace {
+
+constexpr int kFailure = -25200;
+constexpr int kInvalidElement = -25202;
+constexpr int kCannotComplete = -25204;
+constexpr int kInterfaceDisabled = -25211;
+constexpr int kAlreadyRegistered = -25209;
+
+} // namespace
+
+AccessibilityOutcome accessibilityOutcome(int error) {
+    switch (error) {
+    case kInvalidElement:
+        return AccessibilityOutcome::gone;
+    case kCannotComplete:
+        return AccessibilityOutcome::silent;
+    default:
+        return AccessibilityOutcome::answered;
+    }
+}
+
+WindowPresence windowPresence(int error) {
+    switch (error) {
+    case kInvalidElement:
+        return WindowPresence::gone;
+    case kCannotComplete:
+    case kInterfaceDisabled:
+    case kFailure:
+        return WindowPresence::noAnswer;
+    default:
+        return WindowPresence::present;
+    }
+}
+
+AnnouncementAnswer announcementAnswer(std::span<const int> errors) {
+    if (std::ranges::find(errors, kCannotComplete) != errors.end()) return AnnouncementAnswer::noAnswer;
+    const bool announcesSome =
+        std::ranges::any_of(errors, [](int error) { return error == 0 || error == kAlreadyRegistered; });
+    return announcesSome ? AnnouncementAnswer::announces : AnnouncementAnswer::refuses;
+}
+
+void IgnoredPermission::note(pid_t process, int error) {
+    if (error == kInterfaceDisabled) {
+        refusing_.insert(process);
+    } else if (error != kCannotComplete && error != kFailure) {
+        refusing_.clear();
+    }
+}
+
+} // namespace kova

@@ -1,0 +1,64 @@
+#include "windowing/ChangeAnnouncements.h"
+
+#include <algorithm>
+#include <set>
+
+namespace kova {
+
+void ChangeAnnouncements::endThoseNotIn(const std::map<std::string, AccessibilityElement>& present) {
+    std::erase_if(elements_, [&](const auto& known) {
+        if (present.contains(known.first)) return false;
+        desktop_.endAnnouncements(known.second.element);
+        return true;
+    });
+}
+
+bool ChangeAnnouncements::follow(const WindowEnumeration& found, Seconds now) {
+    std::map<std::string, AccessibilityElement> present;
+    std::set<pid_t> withWindows, silent;
+    for (const pid_t process : found.applications) {
+        const AccessibilityElement application{process, 0, nullptr};
+        present.emplace(windowID(process, application), application);
+    }
+    for (const auto& window : found.listed) {
+        present.emplace(window.id, window.element);
+        withWindows.insert(window.processIdentifier);
+    }
+    for (const auto& window : found.unlisted) {
+        // It was asked while it was listed, or as what the application showed in its place.
+        const auto known = elements_.find(window.id);
+        if (known == elements_.end()) continue;
+        present.emplace(window.id, known->second.element);
+        if (!window.answers) silent.insert(known->second.element.processIdentifier);
+    }
+    endThoseNotIn(present);
+
+    bool mayRest = true;
+    for (const auto& [id, element] : present) {
+        const pid_t process = element.processIdentifier;
+        Element& known = elements_.try_emplace(id, Element{element}).first->second;
+        if (known.state == State::silent && !silent.contains(process)) {
+            switch (desktop_.requestAnnouncements(element)) {
+            case AnnouncementAnswer::announces:
+                known.state = State::announces;
+                mayRest = false;
+                break;
+            case AnnouncementAnswer::refuses:
+                known.state = State::refuses;
+                break;
+            case AnnouncementAnswer::noAnswer:
+                silent.insert(process);
+                break;
+            }
+        }
+        if (known.state == State::refuses && withWindows.contains(process)) mayRest = false;
+    }
+    std::erase_if(silentSince_, [&](const auto& entry) { return !silent.contains(entry.first); });
+    for (const pid_t process : silent) {
+        const Seconds since = silentSince_.try_emplace(process, now).first->second;
+        if (now - since < kAttention) mayRest = false;
+    }
+    return mayRest;
+}
+
+} // namespace kova

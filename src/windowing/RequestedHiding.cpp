@@ -1,0 +1,16 @@
+#include "windowing/RequestedHiding.h"
+
+namespace kova {
+
+bool RequestedHiding::isHidden(pid_t process, bool isToldHidden, Seconds now) const {
+    const auto found = requests_.find(process);
+    const bool isRecent = found != requests_.end() && now - found->second.asked < kTellingTime;
+    return isRecent ? found->second.isHidden : isToldHidden;
+}
+
+void RequestedHiding::note(pid_t process, Request request) {
+    std::erase_if(requests_, [&](const auto& entry) { return request.asked - entry.second.asked >= kTellingTime; });
+    requests_[process] = request;
+}
+
+} // namespace kova

@@ -1,0 +1,35 @@
+// What a Mac does by itself that gets in the way of tiles and shortcuts, as values, and what a person is told of it.
+#pragma once
+
+#include "windowing/DiagnosticsServicing.h"
+#include "windowing/KeyMonitorServicing.h"
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace kova {
+
+/// As far as it could be found out; what is not known counts as off.
+struct SystemConflicts {
+    bool isSecureInputOn = false;       // no key is told to other programs
+    bool tilesWindowsAtEdges = false;   // a window dropped at an edge of the display fills a half of it
+    bool tilesWindowsAtMenuBar = false; // and at the menu bar the whole
+    bool isStageManagerOn = false;
+    bool isVoiceOverOn = false;
+};
+
+/// A line for each that is on.
+std::vector<DiagnosticLine> diagnosticLines(const SystemConflicts& conflicts);
+
+/// A shortcut of the system itself.
+struct SystemHotKey {
+    std::uint16_t keyCode = 0;
+    std::uint32_t carbonModifiers = 0; // in the older numbers of the Mac: Command 0x100, Shift 0x200, ...
+    bool isEnabled = false;
+};
+
+/// Those of the claimed combinations that the system acts on, too.
+std::vector<KeyCombination> heldBySystem(std::span<const KeyCombination> claimed, std::span<const SystemHotKey> keys);
+
+} // namespace kova

@@ -1,0 +1,152 @@
+// A desktop on which applications answer and announce, as on a Mac: who is asked how often.
+#include "app/WindowDragCoordinator.h"
+#include "tests/harness/Desk.h"
+#include "windowing/WindowHold.h"
+
+#include <gtest/gtest.h>
+
+namespace kova {
+
+namespace {
+
+class Announcements : public ::testing::Test {
+  public:
+    Announcements() {
+        desk.desktop.setStyle(DesktopStyle::mac);
+        desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
+        desk.advance(Seconds(12));
+    }
+    int polls(Seconds duration) {
+        const int before = desk.desktop.pollingQueue().jobsBegun();
+        desk.advance(duration);
+        return desk.desktop.pollingQueue().jobsBegun() - before;
+    }
+
+    Desk desk;
+};
+
+TEST_F(Announcements, PollsRestOnceEachApplicationAndWindowWasAskedOnce) {
+    EXPECT_EQ(desk.desktop.announcements().requestCount(), 4) << "two applications and two windows";
+    EXPECT_LE(polls(Seconds(600)), 60);
+    EXPECT_EQ(desk.desktop.announcements().requestCount(), 4);
+    desk.opens("Maps").advance(Seconds(3));
+    EXPECT_EQ(desk.desktop.announcements().requestCount(), 6);
+    EXPECT_EQ(desk.controller().liveWindows().size(), 3u);
+    EXPECT_LE(polls(Seconds(100)), 10);
+    desk.desktop.setTitle("Maps", "Paris"); // also one that came later is heard
+    desk.advance(Seconds(0.7));
+    EXPECT_EQ(desk.controller().liveWindows().back().title, "Paris");
+    desk.desktop.close("Maps");
+    desk.advance(Seconds(0.7));
+    EXPECT_EQ(desk.controller().liveWindows().size(), 2u);
+}
+
+TEST_F(Announcements, AnAnnouncementThatIsLostIsMadeUpForByTheNextPoll) {
+    const std::string picture = desk.tiles();
+    desk.desktop.announcements().lose(1);
+    desk.desktop.moveByHand("Mail", makeRect(300, 300, 500, 400));
+    desk.advance(Seconds(13));
+    EXPECT_EQ(desk.tiles(), picture);
+}
+
+TEST_F(Announcements, AnApplicationThatRefusesIsPolledOnlyWhileItHasWindows) {
+    desk.desktop.announcements().refuse(desk.desktop.launch("Paint"));
+    desk.advance(Seconds(3));
+    EXPECT_LE(polls(Seconds(100)), 10);
+    desk.desktop.open("Paint");
+    desk.advance(Seconds(11));
+    EXPECT_EQ(polls(Seconds(100)), 200);
+    desk.desktop.close("Paint");
+    desk.advance(Seconds(1));
+    EXPECT_LE(polls(Seconds(100)), 10);
+}
+
+TEST_F(Announcements, AnApplicationThatDoesNotAnswerIsPolledForAWhile) {
+    desk.desktop.setAnswering("Mail", false);
+    desk.advance(Seconds(11));
+    EXPECT_GE(polls(Seconds(40)), 50) << "it may come back at any moment";
+    desk.advance(Seconds(30));
+    EXPECT_LE(polls(Seconds(100)), 10);
+    desk.desktop.setAnswering("Mail", true);
+    desk.advance(Seconds(15));
+    EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
+    EXPECT_LE(polls(Seconds(100)), 10);
+}
+
+TEST_F(Announcements, APermissionThatIsIgnoredIsSaidAndFoundGoodAgain) {
+    desk.desktop.setPermissionStale(true);
+    desk.advance(Seconds(2));
+    EXPECT_EQ(*desk.state().permissionState, AccessibilityPermissionState::denied);
+    desk.perform(action::Arrange{});
+    desk.expectMessage("Give the permission anew");
+    desk.desktop.setPermissionStale(false);
+    desk.advance(Seconds(2)).arrange();
+    EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
+}
+
+TEST_F(Announcements, AnEnhancedUserInterfaceIsOffForOneSeriesOfFrames) {
+    desk.desktop.setEnhancedUserInterface("Mail", true);
+    (void)desk.desktop.takeJournal();
+    const auto divider = desk.controller().dividers().front();
+    ASSERT_TRUE(desk.controller().beginDividerDrag(divider));
+    for (double distance = 10; distance <= 300; distance += 10) {
+        desk.controller().updateDividerDrag(divider, distance);
+        desk.advance(Seconds(0.1));
+        EXPECT_FALSE(desk.desktop.hasEnhancedUserInterface("Mail"));
+    }
+    desk.controller().endDividerDrag(divider);
+    desk.settle();
+    EXPECT_TRUE(desk.desktop.hasEnhancedUserInterface("Mail"));
+    const std::string journal = desk.desktop.takeJournal();
+    const auto first = journal.find("AXEnhancedUserInterface false");
+    ASSERT_NE(first, std::string::npos);
+    EXPECT_EQ(journal.find("AXEnhancedUserInterface false", first + 1), std::string::npos);
+    EXPECT_EQ(journal.find("Notes: AXEnhanced"), std::string::npos);
+}
+
+TEST_F(Announcements, APressAsksOnlyNearATitleOrAnEdge) {
+    OverlayBoard board;
+    WindowDragCoordinator drags(desk.controller(), desk.desktop, board, desk.desktop.queue());
+    drags.installMonitor();
+    const auto questions = [&](CGPoint press, CGPoint release, HandGrip grip = HandGrip::nothing) {
+        const int before = desk.desktop.readCount();
+        desk.desktop.pressAt(press, grip);
+        desk.desktop.moveHand(release);
+        desk.desktop.queue().runDue();
+        const int asked = desk.desktop.readCount() - before;
+        desk.desktop.letGo();
+        desk.advance(Seconds(0.2));
+        return asked;
+    };
+    EXPECT_EQ(questions({600, 700}, {600, 700}), 0) << "a click inside";
+    EXPECT_EQ(questions({600, 700}, {615, 710}), 0) << "a short selection";
+    EXPECT_GT(questions({600, 700}, {900, 700}), 0) << "the window might follow";
+    EXPECT_GT(questions({600, 20}, {600, 20}), 0) << "a title";
+    EXPECT_GT(questions({16, 700}, {16, 700}), 0) << "an edge";
+    EXPECT_EQ(questions({600, 1430}, {600, 1430}), 0) << "the desktop";
+    // One that is dragged by its content is dropped like any other.
+    desk.desktop.pressAt({600, 700}, HandGrip::titleBar);
+    for (double x = 620; x <= 1900; x += 40) {
+        desk.desktop.moveHand({x, 700});
+        desk.advance(Seconds(0.05));
+    }
+    desk.desktop.letGo();
+    desk.settle().expectTiles("Notes 15,15 1254x1382 | Mail 1291,15 1254x1382");
+}
+
+TEST(WindowHold, TitlesAndEdgesAreWhereWindowsAreTakenHoldOf) {
+    const std::vector<CGRect> frames = {makeRect(100, 100, 800, 600), makeRect(1000, 100, 300, 300)};
+    const struct {
+        CGPoint point;
+        bool isNear;
+    } cases[] = {{{500, 100}, true},  {{500, 155}, true},  {{500, 157}, false}, {{500, 400}, false}, {{500, 91}, true},
+                 {{500, 89}, false},  {{109, 400}, true},  {{111, 400}, false}, {{905, 400}, true},  {{911, 400}, false},
+                 {{500, 695}, true},  {{950, 250}, false}, {{1150, 120}, true}, {{1150, 300}, false}};
+    for (const auto& each : cases) {
+        EXPECT_EQ(isNearTitleOrEdge(each.point, frames), each.isNear) << each.point.x << "," << each.point.y;
+    }
+}
+
+} // namespace
+
+} // namespace kova
