@@ -3,7 +3,6 @@
 //
 //   kova-generate desktop-entry
 //   kova-generate manual TEMPLATE    a page in which .KOVA-VERBS and .KOVA-METHODS stand for the tables
-#include "cli/Parser.h"
 #include "cli/Verbs.h"
 #include "commands/Intents.h"
 #include "support/Version.h"
@@ -80,11 +79,11 @@ std::string sentence(std::string_view summary) {
     return out;
 }
 
-std::string optionForManual(const cli::Taking& taking) {
+std::string parameterForManual(const cli::Parameter& parameter) {
     std::string out;
-    if (!taking.flag.empty()) out += "\\fB" + forManual(taking.flag) + "\\fR";
-    if (!taking.flag.empty() && !taking.value.empty()) out += " ";
-    if (!taking.value.empty()) out += "\\fI" + forManual(taking.value) + "\\fR";
+    if (!parameter.flag.empty()) out += "\\fB" + forManual(parameter.flag) + "\\fR";
+    if (!parameter.flag.empty() && !parameter.value.empty()) out += " ";
+    if (!parameter.value.empty()) out += "\\fI" + forManual(parameter.value) + "\\fR";
     return out;
 }
 
@@ -92,14 +91,13 @@ std::string verbs() {
     std::string out;
     for (const cli::Verb& verb : cli::verbs()) {
         std::string usage = "\\fBkova " + forManual(verb.name) + "\\fR";
-        std::string options;
-        for (const cli::Taking& taking : cli::takingsOf(verb)) {
-            if (taking.takenBy == cli::kEveryVerb) continue; // stands on the page once
-            const std::string option = optionForManual(taking);
-            usage += taking.isRequired ? " " + option : " [" + option + "]";
-            options += ".TP\n" + option + "\n" + forManual(taking.meaning) + "\n";
+        std::string parameters;
+        for (const cli::Parameter& parameter : verb.parameters) {
+            const std::string text = parameterForManual(parameter);
+            usage += parameter.isRequired ? " " + text : " [" + text + "]";
+            parameters += ".TP\n" + text + "\n" + forManual(parameter.meaning) + "\n";
         }
-        out += ".SS " + usage + "\n" + sentence(verb.summary) + "\n" + forManual(verb.description) + "\n" + options;
+        out += ".SS " + usage + "\n" + sentence(verb.summary) + "\n" + forManual(verb.description) + "\n" + parameters;
         out += ".PP\nExamples:\n.PP\n.RS 4\n.nf\n" + forManual(verb.examples) + "\n.fi\n.RE\n";
     }
     return out;

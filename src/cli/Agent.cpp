@@ -18,13 +18,13 @@ constexpr const char* kHowToStart = ".\nStart it by opening KOVA.app.";
 constexpr const char* kHowToStart = ".\nStart it with “kova-agent”.";
 #endif
 
-Trouble trouble(const ConnectionFailure& failure) {
-    // Only where nobody listens would it help to start an agent.
-    const bool isMissing = failure.trouble == ConnectionTrouble::noAgent;
+CommandError commandError(const ConnectionFailure& failure) {
+    // Starting an agent helps only where no process listens.
+    const bool isMissing = failure.kind == ConnectionFailure::Kind::noAgent;
     return {ExitCode::noAgent, failure.message + (isMissing ? kHowToStart : ".")};
 }
 
-Trouble refusal(const json& error) {
+CommandError refusal(const json& error) {
     const int code = error.value("code", controlCode::internalError);
     const std::string message = error.value("message", "The agent refused without saying why");
     std::vector<std::string> choices;
@@ -41,35 +41,36 @@ Trouble refusal(const json& error) {
     }
 }
 
-} // namespace
-
-std::variant<Agent, Trouble> Agent::connect() {
-    std::string path = controlSocketPlace().path;
-    auto connected = ControlClient::connect(path);
-    if (const auto* failure = std::get_if<ConnectionFailure>(&connected)) return trouble(*failure);
-    return Agent(std::get<ControlClient>(std::move(connected)), std::move(path));
+CommandError unexpectedAnswer() {
+    return {ExitCode::refused, "Unexpected response from the agent"};
 }
 
-std::variant<json, Trouble> Agent::ask(std::string_view method, const json& parameters,
-                                       std::chrono::milliseconds patience) {
+} // namespace
+
+CommandResult<Agent> Agent::connect() {
+    std::string path = controlSocketPlace().path;
+    auto client = ControlClient::connect(path);
+    if (!client) return commandError(client.error());
+    return Agent(std::move(*client), std::move(path));
+}
+
+CommandResult<json> Agent::ask(std::string_view method, const json& parameters, std::chrono::milliseconds timeout) {
     json request = {{"jsonrpc", "2.0"}, {"id", 1}, {"method", method}};
     if (!parameters.empty()) request["params"] = parameters;
-    client_.setPatience(patience);
-    // What a terminal hands over need not be UTF-8; the agent then knows no such name and says so.
+    client_.setTimeout(timeout);
+    // Words from a terminal need not be UTF-8; the agent then knows no such name and says so.
     if (const auto failure = client_.send(request.dump(-1, ' ', false, json::error_handler_t::replace)))
-        return trouble(*failure);
+        return commandError(*failure);
     auto reply = receive();
-    auto* message = std::get_if<json>(&reply);
-    // What the agent tells by itself meanwhile is no answer, and is heard later.
-    while (message && message->contains("method")) {
-        told_.push_back(std::move(*message));
+    // Notifications that arrive before the answer are kept for `next`.
+    while (reply && reply->contains("method")) {
+        notifications_.push_back(std::move(*reply));
         reply = receive();
-        message = std::get_if<json>(&reply);
     }
-    if (!message) return reply;
-    if (message->contains("error")) return refusal((*message)["error"]);
-    if (!message->contains("result")) return Trouble{ExitCode::refused, "The agent's answer makes no sense"};
-    json& result = (*message)["result"];
+    if (!reply) return reply;
+    if (reply->contains("error")) return refusal((*reply)["error"]);
+    if (!reply->contains("result")) return unexpectedAnswer();
+    json& result = (*reply)["result"];
     if (const std::string unsaved = result.is_object() ? result.value("unsaved", "") : ""; !unsaved.empty()) {
         std::fprintf(stderr, "kova: not saved yet: %s. The change is in memory only; writing is tried again.\n",
                      printable(unsaved).c_str());
@@ -77,22 +78,32 @@ std::variant<json, Trouble> Agent::ask(std::string_view method, const json& para
     return std::move(result);
 }
 
-std::variant<json, Trouble> Agent::next(std::chrono::milliseconds patience) {
-    if (!told_.empty()) {
-        json first = std::move(told_.front());
-        told_.pop_front();
-        return first;
+CommandResult<json> Agent::next(std::string_view method, std::chrono::milliseconds timeout) {
+    client_.setTimeout(timeout);
+    while (true) {
+        if (notifications_.empty()) {
+            auto received = receive();
+            if (!received) return received;
+            notifications_.push_back(std::move(*received));
+        }
+        json message = std::move(notifications_.front());
+        notifications_.pop_front();
+        if (message.value("method", "") == method) return std::move(message.at("params"));
     }
-    client_.setPatience(patience);
-    return receive();
 }
 
-std::variant<json, Trouble> Agent::receive() {
+CommandResult<json> Agent::receive() {
     const auto received = client_.receive();
-    if (const auto* failure = std::get_if<ConnectionFailure>(&received)) return trouble(*failure);
-    json message = json::parse(std::get<std::string>(received), nullptr, false);
-    if (!message.is_object()) return Trouble{ExitCode::refused, "The agent's answer makes no sense"};
+    if (!received) return commandError(received.error());
+    json message = json::parse(*received, nullptr, false);
+    if (!message.is_object()) return unexpectedAnswer();
     return message;
+}
+
+CommandResult<json> askAgent(std::string_view method, const json& parameters) {
+    auto agent = Agent::connect();
+    if (!agent) return agent.error();
+    return agent->ask(method, parameters);
 }
 
 } // namespace kova::cli

@@ -1,43 +1,50 @@
-// Asking the agent, and what its refusals mean for the exit code.
+// Requests to the agent, and the exit codes of its errors.
 #pragma once
 
 #include "cli/Arguments.h"
 #include "control/client/ControlClient.h"
+#include "support/Result.h"
 
 #include <nlohmann/json.hpp>
 
 #include <chrono>
 #include <deque>
-#include <optional>
 #include <string>
-#include <variant>
+#include <string_view>
 #include <vector>
 
 namespace kova::cli {
 
 /// Why a command ends without a result.
-struct Trouble {
+struct CommandError {
     ExitCode code = ExitCode::refused;
     std::string message;
-    std::vector<std::string> choices{}; // what would have been understood
+    std::vector<std::string> choices{}; // names that would have been accepted
 };
+template <class Value>
+using CommandResult = Result<Value, CommandError>;
 
 class Agent {
   public:
-    static std::variant<Agent, Trouble> connect();
-    std::variant<nlohmann::json, Trouble> ask(std::string_view method, const nlohmann::json& parameters,
-                                              std::chrono::milliseconds patience = std::chrono::seconds(10));
-    /// The next notification; with a patience of zero however long it takes.
-    std::variant<nlohmann::json, Trouble> next(std::chrono::milliseconds patience = std::chrono::milliseconds::zero());
+    static CommandResult<Agent> connect();
+    /// The result of the agent's method.
+    CommandResult<nlohmann::json> ask(std::string_view method, const nlohmann::json& parameters,
+                                      std::chrono::milliseconds timeout = std::chrono::seconds(10));
+    /// The parameters of the next notification of the method; others are skipped. A timeout of zero means none.
+    CommandResult<nlohmann::json> next(std::string_view method,
+                                       std::chrono::milliseconds timeout = std::chrono::milliseconds::zero());
     const std::string& socketPath() const { return path_; }
 
   private:
     Agent(ControlClient client, std::string path) : client_(std::move(client)), path_(std::move(path)) {}
-    std::variant<nlohmann::json, Trouble> receive();
+    CommandResult<nlohmann::json> receive();
 
     ControlClient client_;
     std::string path_;
-    std::deque<nlohmann::json> told_; // notifications that came before an answer
+    std::deque<nlohmann::json> notifications_; // received before an answer
 };
+
+/// Connects and asks.
+CommandResult<nlohmann::json> askAgent(std::string_view method, const nlohmann::json& parameters);
 
 } // namespace kova::cli

@@ -1,5 +1,6 @@
 #include "cli/ApplicationVerbs.h"
 
+#include "cli/PlainVerbs.h"
 #include "cli/Streams.h"
 
 #include <unistd.h>
@@ -13,14 +14,14 @@ namespace {
 
 using nlohmann::json;
 
-constexpr std::chrono::seconds kPatienceWithStarting{10};
+constexpr std::chrono::seconds kLaunchTimeout{10};
 
 std::string lowercasedAscii(std::string text) {
     for (char& c : text) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
     return text;
 }
 
-/// The agent's question, put to the person at the terminal. Standard output is left to the answer.
+/// Asks the user at the terminal, on standard error: standard output is for the answer.
 bool isConfirmedAtTerminal(const json& question) {
     complain(
         printableLines(question.at("title").get<std::string>() + "\n" + question.at("text").get<std::string>() + "\n"));
@@ -31,71 +32,58 @@ bool isConfirmedAtTerminal(const json& question) {
 
 } // namespace
 
-ExitCode runLaunch(const Verb& verb, const Arguments& arguments, const json& parameters) {
-    auto connected = Agent::connect();
-    if (const auto* trouble = std::get_if<Trouble>(&connected)) return end(*trouble);
-    Agent& agent = std::get<Agent>(connected);
-    auto answer = agent.ask(verb.method, parameters);
-    if (const auto* trouble = std::get_if<Trouble>(&answer)) return end(*trouble);
-    while (true) {
-        auto heard = agent.next(kPatienceWithStarting);
-        if (const auto* trouble = std::get_if<Trouble>(&heard)) return end(*trouble);
-        const json& message = std::get<json>(heard);
-        if (message.value("method", "") != "launched") continue;
-        const json& error = message.at("params").at("error");
-        if (error.is_string()) return end({ExitCode::refused, error.get<std::string>()});
-        break;
-    }
-    const json& result = std::get<json>(answer);
-    return print(arguments.json ? asText(result, 2) : verb.print(result, arguments));
+ExitCode runLaunch(const Verb& verb, const Arguments& arguments) {
+    auto agent = Agent::connect();
+    if (!agent) return fail(agent.error());
+    const auto result = agent->ask(verb.method, arguments.request);
+    if (!result) return fail(result.error());
+    const auto launched = agent->next("launched", kLaunchTimeout);
+    if (!launched) return fail(launched.error());
+    const json& error = launched->at("error");
+    if (error.is_string()) return fail({ExitCode::refused, error.get<std::string>()});
+    return printAnswer(verb, arguments, *result);
 }
 
-ExitCode runSceneOpen(const Verb& verb, const Arguments& arguments, const json& parameters) {
-    auto connected = Agent::connect();
-    if (const auto* trouble = std::get_if<Trouble>(&connected)) return end(*trouble);
-    Agent& agent = std::get<Agent>(connected);
-    auto answer = agent.ask(verb.method, parameters);
-    if (const auto* trouble = std::get_if<Trouble>(&answer)) return end(*trouble);
-    json& result = std::get<json>(answer);
-    while (arguments.wait && result.at("report").at("state") == "waiting") {
-        auto heard = agent.next(); // while the screen is locked, the windows may come as late as they like
-        if (const auto* trouble = std::get_if<Trouble>(&heard)) return end(*trouble);
-        const json& message = std::get<json>(heard);
-        if (message.value("method", "") == "sceneOpened") result["report"] = message.at("params").at("report");
+ExitCode runSceneOpen(const Verb& verb, const Arguments& arguments) {
+    auto agent = Agent::connect();
+    if (!agent) return fail(agent.error());
+    auto result = agent->ask(verb.method, arguments.request);
+    if (!result) return fail(result.error());
+    const bool waits = arguments.has("wait");
+    while (waits && result->at("report").at("state") == "waiting") {
+        auto opened = agent->next("sceneOpened"); // no timeout: while the screen is locked, windows may come late
+        if (!opened) return fail(opened.error());
+        (*result)["report"] = opened->at("report");
     }
-    const ExitCode printed = print(arguments.json ? asText(result, 2) : verb.print(result, arguments));
+    const ExitCode printed = printAnswer(verb, arguments, *result);
     if (printed != ExitCode::done) return printed;
-    const json& report = result.at("report");
+    const json& report = result->at("report");
     if (report.at("state") == "abandoned") {
-        return end(
+        return fail(
             {ExitCode::refused, "Another scene was opened, or the opening was undone, before all windows came."});
     }
-    return arguments.wait && !report.at("missing").empty() ? ExitCode::refused : ExitCode::done;
+    return waits && !report.at("missing").empty() ? ExitCode::refused : ExitCode::done;
 }
 
 ExitCode runForceQuitAll(const Verb& verb, const Arguments& arguments) {
-    auto connected = Agent::connect();
-    if (const auto* trouble = std::get_if<Trouble>(&connected)) return end(*trouble);
-    Agent& agent = std::get<Agent>(connected);
-    auto asked = agent.ask(verb.method, json::object());
-    if (const auto* trouble = std::get_if<Trouble>(&asked)) return end(*trouble);
-    const json& plan = std::get<json>(asked);
-    const json& question = plan.at("question");
-    if (plan.at("applications").empty()) {
+    auto agent = Agent::connect();
+    if (!agent) return fail(agent.error());
+    const auto plan = agent->ask(verb.method, json::object());
+    if (!plan) return fail(plan.error());
+    const json& question = plan->at("question");
+    if (plan->at("applications").empty()) {
         const std::string notice =
             question.at("title").get<std::string>() + "\n" + question.at("text").get<std::string>();
-        return print(arguments.json ? asText(plan, 2) : printableLines(notice));
+        return print(arguments.json ? asText(*plan, 2) : printableLines(notice));
     }
-    if (!arguments.yes) {
+    if (!arguments.has("yes")) {
         if (!canAsk()) {
-            return end({ExitCode::refused, "There is no terminal to ask at. With --yes nothing is asked."});
+            return fail({ExitCode::refused, "There is no terminal to ask at. With --yes nothing is asked."});
         }
-        if (!isConfirmedAtTerminal(question)) return end({ExitCode::refused, "Nothing was force quit"});
+        if (!isConfirmedAtTerminal(question)) return fail({ExitCode::refused, "Nothing was force quit"});
     }
-    auto answer = agent.ask(verb.method, {{"confirmed", plan.at("applications")}});
-    if (const auto* trouble = std::get_if<Trouble>(&answer)) return end(*trouble);
-    const json& result = std::get<json>(answer);
-    return print(arguments.json ? asText(result, 2) : verb.print(result, arguments));
+    const auto result = agent->ask(verb.method, {{"confirmed", plan->at("applications")}});
+    return result ? printAnswer(verb, arguments, *result) : fail(result.error());
 }
 
 } // namespace kova::cli

@@ -1,5 +1,5 @@
-// The verbs that take more than one question and an answer: launching, whose outcome comes later, and ending all
-// applications, which a person has to confirm.
+// The verbs that are more than one request: launching and opening a scene, whose outcome comes later, and ending all
+// applications, which the user confirms.
 #pragma once
 
 #include "cli/Verbs.h"
@@ -8,9 +8,9 @@
 
 namespace kova::cli {
 
-ExitCode runLaunch(const Verb& verb, const Arguments& arguments, const nlohmann::json& parameters);
+ExitCode runLaunch(const Verb& verb, const Arguments& arguments);
 /// With --wait it ends when no window of the scene is awaited any more.
-ExitCode runSceneOpen(const Verb& verb, const Arguments& arguments, const nlohmann::json& parameters);
+ExitCode runSceneOpen(const Verb& verb, const Arguments& arguments);
 ExitCode runForceQuitAll(const Verb& verb, const Arguments& arguments);
 
 } // namespace kova::cli

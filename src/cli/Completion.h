@@ -1,8 +1,8 @@
 // What may stand where the cursor is: the shells' completions ask with `kova --complete WORD...`, the last word being
-// the one at the cursor. Verbs and options come from the table of verbs; names come from the agent, and are left out
-// without a word when it does not answer at once.
+// the one at the cursor. Verbs and options come from the rows of the verbs, values from their parameters.
 #pragma once
 
+#include "cli/AgentNames.h"
 #include "cli/Arguments.h"
 
 #include <span>
@@ -10,12 +10,6 @@
 #include <vector>
 
 namespace kova::cli {
-
-struct Candidate {
-    std::string text;
-    std::string description; // may be empty
-    bool operator==(const Candidate&) const = default;
-};
 
 /// Those that begin with the last word, in any case. A single one without text stands for the names of files.
 std::vector<Candidate> candidatesFor(std::span<const std::string> words);

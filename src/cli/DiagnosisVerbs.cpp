@@ -3,9 +3,10 @@
 #include "cli/DocumentFile.h"
 #include "cli/LogFiles.h"
 #include "cli/Output.h"
-#include "cli/Pseudonyms.h"
+#include "cli/Redactor.h"
 #include "cli/Streams.h"
 #include "support/Version.h"
+#include "support/posix/AtomicFile.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -27,20 +28,12 @@ namespace {
 
 using nlohmann::json;
 
-constexpr std::size_t kUsualLines = 50;
-constexpr std::chrono::milliseconds kLook{200}; // for new lines of the log
+constexpr int kUsualLines = 50;
+constexpr std::chrono::milliseconds kLogPollInterval{200};
 constexpr std::chrono::minutes kReportedMinutes{15};
 constexpr std::size_t kMostReportedLines = 2000;
 constexpr std::size_t kLeastReportedLines = 50;
 constexpr std::size_t kLargestPreferences = 16 * 1024 * 1024;
-
-using Answer = std::variant<json, Trouble>;
-
-Answer askAgent(std::string_view method) {
-    auto connected = Agent::connect();
-    if (auto* trouble = std::get_if<Trouble>(&connected)) return std::move(*trouble);
-    return std::get<Agent>(connected).ask(method, json::object());
-}
 
 void addCheck(json& report, const char* subject, const char* verdict, const std::string& text) {
     report["checks"].push_back({{"subject", subject}, {"verdict", verdict}, {"text", text}});
@@ -62,18 +55,17 @@ void addFindings(json& report, const Agent& agent, const json& found) {
 /// The agent's checks, and what only a client can tell.
 json examine() {
     json report = {{"isHealthy", false}, {"version", nullptr}, {"checks", json::array()}};
-    auto connected = Agent::connect();
-    auto answer = std::holds_alternative<Agent>(connected) ? std::get<Agent>(connected).ask("doctor", json::object())
-                                                           : Answer(std::get<Trouble>(connected));
-    if (const auto* trouble = std::get_if<Trouble>(&answer)) {
-        std::string text = trouble->message;
+    auto agent = Agent::connect();
+    const auto answer = agent ? agent->ask("doctor", json::object()) : agent.error();
+    if (!answer) {
+        std::string text = answer.error().message;
         std::replace(text.begin(), text.end(), '\n', ' ');
         addCheck(report, "agent", "wrong", text);
         addCheck(report, "versions", "note", "The command line is " KOVA_VERSION "; no agent could be asked.");
         return report;
     }
     try {
-        addFindings(report, std::get<Agent>(connected), std::get<json>(answer));
+        addFindings(report, *agent, *answer);
     } catch (const json::exception&) {
         addCheck(report, "versions", "wrong",
                  "The agent answers as another version does, the command line is " KOVA_VERSION
@@ -92,7 +84,7 @@ bool print(const std::vector<LogLine>& lines, const Arguments& arguments) {
             out += printableLines(line.text);
         }
     }
-    return out.empty() || write(STDOUT_FILENO, out);
+    return out.empty() || writeAll(STDOUT_FILENO, out);
 }
 
 /// A file that grows, until it is set aside for another one of its name.
@@ -167,7 +159,7 @@ std::string withoutHome(std::string text) {
 
 std::string systemSection() {
     utsname system{};
-    (void)uname(&system); // not its name in the network
+    (void)uname(&system); // without its network name
     std::string text = std::string("kova ") + KOVA_VERSION + "\n" + system.sysname + " " + system.release + " " +
                        system.machine + "\n";
     for (const char* variable : {"XDG_CURRENT_DESKTOP", "XDG_SESSION_TYPE", "DISPLAY", "WAYLAND_DISPLAY", "LANG"}) {
@@ -187,14 +179,14 @@ std::string preferencesFile() {
 #endif
 }
 
-std::string preferencesSection(Pseudonyms& pseudonyms) {
+std::string preferencesSection(Redactor& redactor) {
     const std::string file = preferencesFile();
     if (file.empty()) return "They are in the user's defaults and are left out.\n";
     const auto read = readFile(file, kLargestPreferences);
-    if (const auto* problem = std::get_if<FileProblem>(&read)) return problem->message + "\n";
-    const auto preferences = json::parse(std::get<std::string>(read), nullptr, false);
+    if (!read) return read.error().message + "\n";
+    const auto preferences = json::parse(*read, nullptr, false);
     if (preferences.is_discarded()) return "They cannot be read.\n";
-    return asText(pseudonyms.applied(preferences), 2);
+    return asText(redactor.applied(preferences), 2);
 }
 
 /// Detail is left out: names and titles are among it.
@@ -210,21 +202,15 @@ std::string logSection() {
     return text;
 }
 
-/// A new file for nobody else's eyes; why not, when it could not be written.
+/// Writes a new file that only the user may read. Returns the reason when it could not be written.
 std::optional<std::string> writeNewFile(const std::string& path, std::string_view text) {
     const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
     if (file < 0) {
         return path + (errno == EEXIST ? " is there already; it is not overwritten"
                                        : std::string(": ") + std::strerror(errno));
     }
-    while (!text.empty()) {
-        const ssize_t length = ::write(file, text.data(), text.size());
-        if (length < 0 && errno == EINTR) continue;
-        if (length <= 0) break;
-        text.remove_prefix(static_cast<std::size_t>(length));
-    }
-    const bool isWritten = close(file) == 0 && text.empty();
-    if (isWritten) return std::nullopt;
+    const bool isComplete = writeAll(file, text);
+    if (close(file) == 0 && isComplete) return std::nullopt;
     const std::string problem = path + ": " + std::strerror(errno);
     unlink(path.c_str());
     return problem;
@@ -232,32 +218,32 @@ std::optional<std::string> writeNewFile(const std::string& path, std::string_vie
 
 } // namespace
 
-ExitCode runDoctor(const Arguments& arguments) {
+ExitCode runDoctor(const Verb&, const Arguments& arguments) {
     const json report = examine();
     const ExitCode printed = print(arguments.json ? asText(report, 2) : printChecks(report.at("checks")));
     return report.at("isHealthy").get<bool>() ? printed : ExitCode::refused;
 }
 
-ExitCode runLog(const Arguments& arguments) {
-    const auto least = logSeverityNamed(arguments.level.value_or("detail")).value_or(LogSeverity::detail);
-    const std::size_t count = arguments.lines ? static_cast<std::size_t>(*arguments.lines) : kUsualLines;
-    if (!arguments.follow) {
+ExitCode runLog(const Verb&, const Arguments& arguments) {
+    const auto least = logSeverityNamed(arguments.text("level", "detail")).value_or(LogSeverity::detail);
+    const std::size_t count = static_cast<std::size_t>(arguments.number("lines").value_or(kUsualLines));
+    if (!arguments.has("follow")) {
         auto lines = readLog(least);
-        if (!lines) return end({ExitCode::refused, "There is no log at " + logFile() + "."});
-        return print(lastOf(*std::move(lines), count), arguments) ? ExitCode::done : endUnwritten();
+        if (!lines) return fail({ExitCode::refused, "There is no log at " + logFile() + "."});
+        return print(lastOf(*std::move(lines), count), arguments) ? ExitCode::done : failUnwritten();
     }
     LogReader reader(least);
     FollowedFile file(logFile());
-    bool isHeard = print(lastOf(reader.take(file.more()), count), arguments);
-    while (isHeard) {
-        std::this_thread::sleep_for(kLook);
-        isHeard = print(reader.take(file.more()), arguments);
+    bool isWritten = print(lastOf(reader.take(file.more()), count), arguments);
+    while (isWritten) {
+        std::this_thread::sleep_for(kLogPollInterval);
+        isWritten = print(reader.take(file.more()), arguments);
     }
-    return endUnwritten();
+    return failUnwritten();
 }
 
-ExitCode runBugReport(const Arguments& arguments) {
-    Pseudonyms pseudonyms;
+ExitCode runBugReport(const Verb&, const Arguments& arguments) {
+    Redactor redactor;
     std::string text =
         "KOVA bug report, " + localTimeBefore(std::chrono::seconds(0)) +
         "\nTitles and other texts of yours are replaced: the same text by the same word, in this report only.\n";
@@ -268,14 +254,13 @@ ExitCode runBugReport(const Arguments& arguments) {
     const json report = examine();
     add("Checks", printChecks(report.at("checks")));
     for (const auto& [title, method] : {std::pair{"Status", "status"}, std::pair{"State", "query.state"}}) {
-        const auto answer = askAgent(method);
-        const auto* trouble = std::get_if<Trouble>(&answer);
-        add(title, trouble ? trouble->message + "\n" : asText(pseudonyms.applied(std::get<json>(answer)), 2));
+        const auto answer = askAgent(method, json::object());
+        add(title, answer ? asText(redactor.applied(*answer), 2) : answer.error().message + "\n");
     }
-    add("Preferences", preferencesSection(pseudonyms));
+    add("Preferences", preferencesSection(redactor));
     add("Log", logSection());
-    const std::string path = arguments.file.value_or("");
-    if (const auto problem = writeNewFile(path, text)) return end({ExitCode::refused, *problem});
+    const std::string path = arguments.text("file");
+    if (const auto problem = writeNewFile(path, text)) return fail({ExitCode::refused, *problem});
     return print(arguments.json ? asText(json{{"file", path}}, 2)
                                 : "The report is in " + path + ". Read it before you pass it on.\n");
 }

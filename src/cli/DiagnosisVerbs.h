@@ -1,12 +1,12 @@
-// What one needs when something is wrong: the checks, the log, and a report with all of it for whoever is to find out.
+// Diagnosis: the checks, the log, and a report with both for developers.
 #pragma once
 
-#include "cli/Arguments.h"
+#include "cli/Verbs.h"
 
 namespace kova::cli {
 
-ExitCode runDoctor(const Arguments& arguments);
-ExitCode runLog(const Arguments& arguments);
-ExitCode runBugReport(const Arguments& arguments);
+ExitCode runDoctor(const Verb& verb, const Arguments& arguments);
+ExitCode runLog(const Verb& verb, const Arguments& arguments);
+ExitCode runBugReport(const Verb& verb, const Arguments& arguments);
 
 } // namespace kova::cli

@@ -1,6 +1,6 @@
 #include "cli/DocumentFile.h"
 
-#include "cli/Streams.h"
+#include "support/posix/AtomicFile.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -18,52 +18,31 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class Descriptor {
-  public:
-    explicit Descriptor(int number) : number_(number) {}
-    ~Descriptor() {
-        if (number_ >= 0) close(number_);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int number() const { return number_; }
-    bool isOpen() const { return number_ >= 0; }
-
-  private:
-    int number_;
-};
-
 FileProblem problem(const std::string& what, const std::string& path, int error) {
     return {"cannot " + what + " “" + path + "”: " + std::strerror(error)};
 }
 
-/// A pipe is opened without waiting for the other end; whether there is one is told by reading. True while more may
-/// come.
+/// A pipe is opened without waiting for the other end, so that reading has to find out whether there is one. True while
+/// more may come.
 bool waitForMore(int descriptor, bool hasWriter, bool hasText) {
-    constexpr int kPatienceWithWriterMilliseconds = 2000;
+    constexpr int kWriterTimeoutMilliseconds = 2000;
     constexpr int kPauseMilliseconds = 20;
     if (hasWriter) {
         pollfd readable{descriptor, POLLIN, 0};
         return poll(&readable, 1, -1) >= 0 || errno == EINTR;
     }
     if (hasText) return false;
-    for (int waited = 0; waited < kPatienceWithWriterMilliseconds; waited += kPauseMilliseconds) {
-        // Before the first writer has come, nothing is reported at all; afterwards either text or that it has gone.
+    for (int waited = 0; waited < kWriterTimeoutMilliseconds; waited += kPauseMilliseconds) {
+        // Before the first writer nothing is reported at all, afterwards either text or its end.
         pollfd readable{descriptor, POLLIN, 0};
         if (poll(&readable, 1, kPauseMilliseconds) > 0) return (readable.revents & POLLIN) != 0;
     }
     return false;
 }
 
-/// The folder's new entry lasts only once the folder is on disk too. The file is whole either way.
-void syncFolder(const fs::path& folder) {
-    const Descriptor opened(open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (opened.isOpen()) fsync(opened.number());
-}
-
 } // namespace
 
-std::variant<std::string, FileProblem> readFile(const std::string& path, std::size_t mostBytes) {
+Result<std::string, FileProblem> readFile(const std::string& path, std::size_t mostBytes) {
     const bool isStandardInput = path == kStandardStream;
     const Descriptor file(isStandardInput ? fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0)
                                           : open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
@@ -104,27 +83,13 @@ std::optional<FileProblem> replaceFile(const std::string& path, std::string_view
     const bool isThere = stat(path.c_str(), &status) == 0;
     if (isThere && !S_ISREG(status.st_mode)) {
         const Descriptor sink(open(path.c_str(), O_WRONLY | O_CLOEXEC));
-        if (!sink.isOpen() || !write(sink.number(), text)) return problem("write", path, errno);
+        if (!sink.isOpen() || !writeAll(sink.number(), text)) return problem("write", path, errno);
         return std::nullopt;
     }
-    const fs::path target(path);
-    const fs::path draft =
-        target.parent_path() / ("." + target.filename().string() + ".draft-" + std::to_string(getpid()));
-    unlink(draft.c_str()); // of a process that was killed
-    int error = 0;
-    {
-        const Descriptor file(open(draft.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666)); // less the umask
-        if (!file.isOpen()) return problem("write", path, errno);
-        const bool isKept = !isThere || fchmod(file.number(), status.st_mode & 07777U) == 0;
-        if (!isKept || !write(file.number(), text) || fsync(file.number()) != 0) error = errno;
-    }
-    if (error == 0 && rename(draft.c_str(), path.c_str()) != 0) error = errno;
-    if (error != 0) {
-        unlink(draft.c_str());
-        return problem("write", path, error);
-    }
-    syncFolder(target.parent_path());
-    return std::nullopt;
+    FileReplacement how;
+    if (isThere) how.exactMode = status.st_mode & 07777U;
+    const int error = replaceFileAtomically(path, text, how);
+    return error == 0 ? std::nullopt : std::optional(problem("write", path, error));
 }
 
 } // namespace kova::cli

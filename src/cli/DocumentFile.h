@@ -1,11 +1,12 @@
 // A file that is read whole, or replaced whole.
 #pragma once
 
+#include "support/Result.h"
+
 #include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <variant>
 
 namespace kova::cli {
 
@@ -17,7 +18,7 @@ struct FileProblem {
 };
 
 /// Refuses what is larger, without reading much more of it than that.
-std::variant<std::string, FileProblem> readFile(const std::string& path, std::size_t mostBytes);
+Result<std::string, FileProblem> readFile(const std::string& path, std::size_t mostBytes);
 
 /// Where a document goes that is to be written to the path: in a folder it gets the name, links are followed.
 std::string documentPath(const std::string& path, std::string_view nameInFolder);
@@ -25,8 +26,8 @@ std::string documentPath(const std::string& path, std::string_view nameInFolder)
 /// Whether writing there would replace a file that is there.
 bool wouldOverwrite(const std::string& path);
 
-/// Written aside, brought to the disk and moved into place: whoever looks finds the old file or the new one. What is no
-/// regular file, such as a pipe, is written to as it is. Absent when it was written.
+/// Replaces the file atomically and keeps its mode. What is no regular file, such as a pipe, is written to as it is.
+/// Absent when it was written.
 std::optional<FileProblem> replaceFile(const std::string& path, std::string_view text);
 
 } // namespace kova::cli

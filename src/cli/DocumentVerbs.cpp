@@ -1,6 +1,7 @@
 #include "cli/DocumentVerbs.h"
 
 #include "cli/DocumentFile.h"
+#include "cli/PlainVerbs.h"
 #include "cli/Streams.h"
 #include "control/client/ControlCodes.h"
 
@@ -18,7 +19,7 @@ namespace {
 using nlohmann::json;
 
 constexpr std::string_view kProposedName = "KOVA-Workspace.json";
-constexpr std::chrono::seconds kPatience{60}; // with a document as large as can be
+constexpr std::chrono::seconds kTimeout{60}; // for the largest document
 /// A piece of a document in one line: a byte of it takes six at most (“\u0000”).
 constexpr std::size_t kLargestPiece = kLongestControlLine / 8;
 
@@ -32,7 +33,7 @@ std::string_view firstPiece(std::string_view text) {
     return text.substr(0, end);
 }
 
-/// What is not UTF-8 could not be told to the agent as it is.
+/// Only UTF-8 text can be sent to the agent unchanged.
 bool isUtf8(std::string_view text) {
     try {
         for (; !text.empty(); text.remove_prefix(firstPiece(text).size())) (void)json(firstPiece(text)).dump();
@@ -42,50 +43,46 @@ bool isUtf8(std::string_view text) {
     }
 }
 
-std::variant<json, Trouble> sendDocument(Agent& agent, std::string_view method, std::string_view text) {
+CommandResult<json> sendDocument(Agent& agent, std::string_view method, std::string_view text) {
     while (true) {
         const std::string_view piece = firstPiece(text);
         text.remove_prefix(piece.size());
-        auto answer = agent.ask(method, {{"text", piece}, {"more", !text.empty()}}, kPatience);
-        if (text.empty() || std::holds_alternative<Trouble>(answer)) return answer;
+        auto answer = agent.ask(method, {{"text", piece}, {"more", !text.empty()}}, kTimeout);
+        if (text.empty() || !answer) return answer;
     }
 }
 
 } // namespace
 
 ExitCode runExport(const Verb& verb, const Arguments& arguments) {
-    auto connected = Agent::connect();
-    if (const auto* trouble = std::get_if<Trouble>(&connected)) return end(*trouble);
-    auto answer = std::get<Agent>(connected).ask(verb.method, json::object(), kPatience);
-    if (const auto* trouble = std::get_if<Trouble>(&answer)) return end(*trouble);
-    json& result = std::get<json>(answer);
-    if (arguments.file == kStandardStream) return print(result.at("text").get_ref<const std::string&>());
-    const std::string path = documentPath(arguments.file.value_or("."), kProposedName);
-    if (!arguments.force && wouldOverwrite(path)) {
-        return end({ExitCode::refused, "Export failed: “" + path + "” is there already; --force overwrites it"});
+    auto agent = Agent::connect();
+    if (!agent) return fail(agent.error());
+    auto result = agent->ask(verb.method, json::object(), kTimeout);
+    if (!result) return fail(result.error());
+    const auto& document = result->at("text").get_ref<const std::string&>();
+    const std::string given = arguments.text("file", ".");
+    if (given == kStandardStream) return print(document);
+    const std::string path = documentPath(given, kProposedName);
+    if (!arguments.has("force") && wouldOverwrite(path)) {
+        return fail({ExitCode::refused, "Export failed: “" + path + "” is there already; --force overwrites it"});
     }
-    if (const auto problem = replaceFile(path, result.at("text").get_ref<const std::string&>())) {
-        return end({ExitCode::refused, "Export failed: " + problem->message});
+    if (const auto problem = replaceFile(path, document)) {
+        return fail({ExitCode::refused, "Export failed: " + problem->message});
     }
-    result.erase("text");
-    result["file"] = path;
-    return print(arguments.json ? asText(result, 2) : verb.print(result, arguments));
+    result->erase("text");
+    (*result)["file"] = path;
+    return printAnswer(verb, arguments, *result);
 }
 
 ExitCode runImport(const Verb& verb, const Arguments& arguments) {
-    auto connected = Agent::connect(); // first: without an agent nothing is wrong with the file
-    if (const auto* trouble = std::get_if<Trouble>(&connected)) return end(*trouble);
-    const std::string path = arguments.file.value_or("");
-    const auto read = readFile(path, kLargestDocument);
-    if (const auto* problem = std::get_if<FileProblem>(&read)) {
-        return end({ExitCode::refused, "Import failed: " + problem->message});
-    }
-    const auto& text = std::get<std::string>(read);
-    if (!isUtf8(text)) return end({ExitCode::refused, "Import failed: “" + path + "” is not UTF-8 text"});
-    auto answer = sendDocument(std::get<Agent>(connected), verb.method, text);
-    if (const auto* trouble = std::get_if<Trouble>(&answer)) return end(*trouble);
-    const json& result = std::get<json>(answer);
-    return print(arguments.json ? asText(result, 2) : verb.print(result, arguments));
+    auto agent = Agent::connect(); // before the file is read: a missing agent is reported first
+    if (!agent) return fail(agent.error());
+    const std::string path = arguments.text("file");
+    const auto text = readFile(path, kLargestDocument);
+    if (!text) return fail({ExitCode::refused, "Import failed: " + text.error().message});
+    if (!isUtf8(*text)) return fail({ExitCode::refused, "Import failed: “" + path + "” is not UTF-8 text"});
+    const auto result = sendDocument(*agent, verb.method, *text);
+    return result ? printAnswer(verb, arguments, *result) : fail(result.error());
 }
 
 } // namespace kova::cli

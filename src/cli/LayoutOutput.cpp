@@ -52,7 +52,7 @@ PictureTile pictureTile(const json& tile) {
 } // namespace
 
 std::string printLayout(const json& result, const Arguments& arguments) {
-    const int columns = arguments.width.value_or(terminalWidth());
+    const int columns = arguments.number("width").value_or(terminalWidth());
     const int rows =
         std::clamp(static_cast<int>(std::lround(columns / aspect(result.at("area")) / kCellAspect)), 3, kTallest);
     std::vector<PictureTile> tiles;

@@ -91,8 +91,7 @@ std::optional<std::vector<LogLine>> readLog(LogSeverity least) {
     std::vector<LogLine> lines;
     bool isThere = false;
     for (const std::string& file : {olderLogFile(), logFile()}) {
-        const auto read = readFile(file, kLargestLog);
-        const auto* text = std::get_if<std::string>(&read);
+        const auto text = readFile(file, kLargestLog);
         if (!text) continue;
         isThere = true;
         for (LogLine& line : reader.take(*text)) lines.push_back(std::move(line));

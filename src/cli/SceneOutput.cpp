@@ -84,7 +84,7 @@ std::string printOpenedScene(const json& result, const Arguments& arguments) {
         for (const json& name : report.at(key)) names += (names.empty() ? "" : ", ") + text(name);
         if (!names.empty()) out += std::string(what) + printable(names) + "\n";
     };
-    if (!arguments.wait) return out;
+    if (!arguments.has("wait")) return out;
     list("were there      ", "adopted");
     list("launched        ", "launched");
     list("came later      ", "placed");

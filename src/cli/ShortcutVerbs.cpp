@@ -1,5 +1,6 @@
 #include "cli/ShortcutVerbs.h"
 
+#include "cli/PlainVerbs.h"
 #include "cli/Streams.h"
 #include "cli/Table.h"
 #include "cli/Terminal.h"
@@ -14,10 +15,10 @@ namespace {
 
 using nlohmann::json;
 
-/// The agent tells sooner, whether it has found out or not.
-constexpr std::chrono::seconds kPatienceWithClaims{3};
+/// Longer than the agent takes to notify, whether it found out or not.
+constexpr std::chrono::seconds kClaimTimeout{3};
 
-/// What is odd about a shortcut; empty when nothing is.
+/// Why a shortcut may not work; may be empty.
 std::string remark(const json& shortcut) {
     if (shortcut.at("keys").is_null()) return "Keyboard shortcut not set";
     std::string out;
@@ -31,17 +32,12 @@ std::string remark(const json& shortcut) {
     return out;
 }
 
-/// Waits until it is known who holds the new combination, and puts that into the answer.
+/// Waits until it is known whether another program holds the new combination, and adds that to the answer.
 ExitCode finish(Agent& agent, const Verb& verb, const Arguments& arguments, json result) {
-    while (true) {
-        auto heard = agent.next(kPatienceWithClaims);
-        if (const auto* trouble = std::get_if<Trouble>(&heard)) return end(*trouble);
-        const json& message = std::get<json>(heard);
-        if (message.value("method", "") != "claimed") continue;
-        result["shortcut"] = message.at("params").at("shortcut");
-        break;
-    }
-    return print(arguments.json ? asText(result, 2) : verb.print(result, arguments));
+    const auto claimed = agent.next("claimed", kClaimTimeout);
+    if (!claimed) return fail(claimed.error());
+    result["shortcut"] = claimed->at("shortcut");
+    return printAnswer(verb, arguments, result);
 }
 
 /// Rings the terminal's bell, where there is a terminal.
@@ -71,39 +67,32 @@ std::string printShortcut(const json& result, const Arguments&) {
     return printable(subject + ": " + shortcut.at("keys").get<std::string>() + (odd.empty() ? "" : ", " + odd)) + "\n";
 }
 
-ExitCode runShortcutSet(const Verb& verb, const Arguments& arguments, const json& parameters) {
-    auto connected = Agent::connect();
-    if (const auto* trouble = std::get_if<Trouble>(&connected)) return end(*trouble);
-    Agent& agent = std::get<Agent>(connected);
-    auto answer = agent.ask(verb.method, parameters);
-    if (const auto* trouble = std::get_if<Trouble>(&answer)) return end(*trouble);
-    return finish(agent, verb, arguments, std::move(std::get<json>(answer)));
+ExitCode runShortcutSet(const Verb& verb, const Arguments& arguments) {
+    auto agent = Agent::connect();
+    if (!agent) return fail(agent.error());
+    auto result = agent->ask(verb.method, arguments.request);
+    return result ? finish(*agent, verb, arguments, std::move(*result)) : fail(result.error());
 }
 
-ExitCode runShortcutRecord(const Verb& verb, const Arguments& arguments, const json& parameters) {
-    auto connected = Agent::connect();
-    if (const auto* trouble = std::get_if<Trouble>(&connected)) return end(*trouble);
-    Agent& agent = std::get<Agent>(connected);
-    auto answer = agent.ask(verb.method, parameters);
-    if (const auto* trouble = std::get_if<Trouble>(&answer)) return end(*trouble);
-    // Standard output is left to the answer.
-    complain(std::get<json>(answer).at("prompt").get<std::string>() + "\n");
+ExitCode runShortcutRecord(const Verb& verb, const Arguments& arguments) {
+    auto agent = Agent::connect();
+    if (!agent) return fail(agent.error());
+    const auto started = agent->ask(verb.method, arguments.request);
+    if (!started) return fail(started.error());
+    complain(started->at("prompt").get<std::string>() + "\n"); // standard output is for the answer
     while (true) {
-        auto heard = agent.next();
-        if (const auto* trouble = std::get_if<Trouble>(&heard)) return end(*trouble);
-        const json& message = std::get<json>(heard);
-        if (message.value("method", "") != "recorded") continue;
-        const json& told = message.at("params");
-        const std::string outcome = told.at("outcome");
+        const auto recorded = agent->next("recorded");
+        if (!recorded) return fail(recorded.error());
+        const std::string outcome = recorded->at("outcome");
+        const json& message = recorded->at("message");
         if (outcome == "refused") {
-            refuse(told.at("message"));
+            refuse(message);
             continue;
         }
-        json result = {{"outcome", outcome}, {"shortcut", told.at("shortcut")}};
-        if (outcome == "recorded") return finish(agent, verb, arguments, std::move(result));
-        if (outcome == "cleared") return print(arguments.json ? asText(result, 2) : verb.print(result, arguments));
-        const std::string reason = told.at("message").is_null() ? "Nothing was changed" : told.at("message");
-        return end({ExitCode::refused, reason});
+        json result = {{"outcome", outcome}, {"shortcut", recorded->at("shortcut")}};
+        if (outcome == "recorded") return finish(*agent, verb, arguments, std::move(result));
+        if (outcome == "cleared") return printAnswer(verb, arguments, result);
+        return fail({ExitCode::refused, message.is_null() ? "Nothing was changed" : message.get<std::string>()});
     }
 }
 

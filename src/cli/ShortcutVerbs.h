@@ -1,5 +1,4 @@
-// The verbs for keyboard shortcuts. Whether another program holds what was set is known a moment after it was set, and
-// what is recorded whenever a person presses a key.
+// The verbs for keyboard shortcuts. Whether another program holds a new combination is known a moment after it was set.
 #pragma once
 
 #include "cli/Verbs.h"
@@ -10,8 +9,8 @@
 
 namespace kova::cli {
 
-ExitCode runShortcutSet(const Verb& verb, const Arguments& arguments, const nlohmann::json& parameters);
-ExitCode runShortcutRecord(const Verb& verb, const Arguments& arguments, const nlohmann::json& parameters);
+ExitCode runShortcutSet(const Verb& verb, const Arguments& arguments);
+ExitCode runShortcutRecord(const Verb& verb, const Arguments& arguments);
 
 std::string printShortcuts(const nlohmann::json& result, const Arguments& arguments);
 std::string printShortcut(const nlohmann::json& result, const Arguments& arguments);

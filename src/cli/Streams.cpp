@@ -1,6 +1,7 @@
 #include "cli/Streams.h"
 
 #include "cli/Terminal.h"
+#include "support/posix/AtomicFile.h"
 
 #include <unistd.h>
 
@@ -32,16 +33,6 @@ const char* nameOf(ExitCode code) {
 
 } // namespace
 
-bool write(int descriptor, std::string_view text) {
-    while (!text.empty()) {
-        const auto written = ::write(descriptor, text.data(), text.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written <= 0) return false;
-        text.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return true;
-}
-
 std::string printableLines(std::string_view text) {
     std::string out;
     while (!text.empty()) {
@@ -53,34 +44,34 @@ std::string printableLines(std::string_view text) {
 }
 
 ExitCode print(std::string_view text) {
-    if (text.empty() || write(STDOUT_FILENO, text)) return ExitCode::done;
-    return endUnwritten();
+    if (text.empty() || writeAll(STDOUT_FILENO, text)) return ExitCode::done;
+    return failUnwritten();
 }
 
-ExitCode endUnwritten() {
-    return end({ExitCode::refused, std::string("cannot write to standard output: ") + std::strerror(errno)});
+ExitCode failUnwritten() {
+    return fail({ExitCode::refused, std::string("cannot write to standard output: ") + std::strerror(errno)});
 }
 
 void complain(std::string_view text) {
-    (void)write(STDERR_FILENO, text);
+    (void)writeAll(STDERR_FILENO, text);
 }
 
 void reportErrorsAsJson() {
     areErrorsJson = true;
 }
 
-ExitCode end(const Trouble& trouble) {
+ExitCode fail(const CommandError& error) {
     if (areErrorsJson) {
-        const nlohmann::json error = {{"code", nameOf(trouble.code)},
-                                      {"exitCode", static_cast<int>(trouble.code)},
-                                      {"message", trouble.message},
-                                      {"choices", trouble.choices}};
-        complain(asText({{"error", error}}, 2));
+        const nlohmann::json document = {{"code", nameOf(error.code)},
+                                         {"exitCode", static_cast<int>(error.code)},
+                                         {"message", error.message},
+                                         {"choices", error.choices}};
+        complain(asText({{"error", document}}, 2));
     } else {
-        // What the agent quotes may have come from a window.
-        complain(printableLines(trouble.message));
+        // The agent may quote the title of a window.
+        complain(printableLines(error.message));
     }
-    return trouble.code;
+    return error.code;
 }
 
 std::string asText(const nlohmann::json& value, int indentation) {

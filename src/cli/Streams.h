@@ -11,21 +11,19 @@
 
 namespace kova::cli {
 
-/// False, with `errno` set, when not all of it could be written.
-[[nodiscard]] bool write(int descriptor, std::string_view text);
 /// Writes the result to standard output. When that fails, says so and gives the code for it.
 ExitCode print(std::string_view text);
 /// Writes to standard error; a failure cannot be reported anywhere.
 void complain(std::string_view text);
-/// Says that standard output does not take any more, by `errno`, and gives the code for it.
-ExitCode endUnwritten();
-/// From now on `end` writes one JSON document.
+/// Reports that standard output cannot be written, by `errno`, and gives the code for it.
+ExitCode failUnwritten();
+/// From now on `fail` writes one JSON document.
 void reportErrorsAsJson();
-/// Says what the trouble is, on standard error, and gives its code.
-ExitCode end(const Trouble& trouble);
+/// Reports the error on standard error and gives its code.
+ExitCode fail(const CommandError& error);
 /// One document; on one line when the indentation is negative.
 std::string asText(const nlohmann::json& value, int indentation);
-/// Text of others, made fit for a terminal line by line.
+/// Text from elsewhere, made safe for a terminal line by line.
 std::string printableLines(std::string_view text);
 
 /// Whether a person can be asked: there is a terminal to ask at and to answer from.

@@ -1,11 +1,11 @@
 #include "cli/Terminal.h"
 
+#include <locale.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
+#include <wchar.h>
 
 #include <algorithm>
-#include <array>
-#include <cstdint>
 #include <cstdlib>
 
 namespace kova::cli {
@@ -14,23 +14,22 @@ namespace {
 
 constexpr int kDefaultWidth = 80;
 
-struct Range {
-    char32_t first, last;
-};
+/// A UTF-8 locale whatever the user's own is, so that widths are known in the locale “C” too. Null where there is none.
+locale_t unicodeLocale() {
+    for (const char* name : {"C.UTF-8", "en_US.UTF-8", ""}) {
+        if (const locale_t locale = newlocale(LC_CTYPE_MASK, name, nullptr)) return locale;
+    }
+    return nullptr;
+}
 
-// The blocks whose characters take two columns, and those whose characters take none.
-constexpr std::array kWide = {Range{0x1100, 0x115F},   Range{0x2E80, 0x303E},   Range{0x3041, 0xA4CF},
-                              Range{0xAC00, 0xD7A3},   Range{0xF900, 0xFAFF},   Range{0xFE30, 0xFE6F},
-                              Range{0xFF00, 0xFF60},   Range{0xFFE0, 0xFFE6},   Range{0x1F300, 0x1F64F},
-                              Range{0x1F680, 0x1F6FF}, Range{0x1F900, 0x1FAFF}, Range{0x20000, 0x3FFFD}};
-constexpr std::array kMarks = {
-    Range{0x0300, 0x036F}, Range{0x0483, 0x0489}, Range{0x0591, 0x05BD}, Range{0x064B, 0x065F}, Range{0x093C, 0x094D},
-    Range{0x1AB0, 0x1AFF}, Range{0x1DC0, 0x1DFF}, Range{0x200B, 0x200F}, Range{0x2028, 0x202E}, Range{0x2060, 0x206F},
-    Range{0x20D0, 0x20FF}, Range{0xFE00, 0xFE0F}, Range{0xFE20, 0xFE2F}, Range{0xFEFF, 0xFEFF}};
-
-bool isIn(const auto& ranges, char32_t character) {
-    return std::any_of(ranges.begin(), ranges.end(),
-                       [=](Range range) { return character >= range.first && character <= range.last; });
+/// By the C library's tables; 1 for a character that it does not know.
+std::size_t widthOf(char32_t point) {
+    static const locale_t locale = unicodeLocale();
+    if (!locale) return 1;
+    const locale_t before = uselocale(locale);
+    const int columns = wcwidth(static_cast<wchar_t>(point));
+    uselocale(before);
+    return columns < 0 ? 1 : static_cast<std::size_t>(columns);
 }
 
 char32_t codePoint(std::string_view sequence) {
@@ -41,7 +40,7 @@ char32_t codePoint(std::string_view sequence) {
     return point;
 }
 
-/// Characters that act on the terminal or on the direction of the text around them, rather than being shown.
+/// Characters that act on the terminal or on the direction of the text around them.
 bool isControl(char32_t point) {
     return point < 0x20 || (point >= 0x7F && point < 0xA0) || (point >= 0x2028 && point <= 0x202E) ||
            (point >= 0x2066 && point <= 0x2069);
@@ -97,8 +96,7 @@ std::size_t sequenceLength(std::string_view text) {
 
 std::size_t columnsOfCharacter(std::string_view sequence) {
     const char32_t point = codePoint(sequence);
-    if (isIn(kMarks, point)) return 0;
-    return isIn(kWide, point) ? 2 : 1;
+    return point < 0x7F ? 1 : widthOf(point);
 }
 
 std::string printable(std::string_view text) {

@@ -1,5 +1,6 @@
 #include "cli/WindowVerbs.h"
 
+#include "cli/PlainVerbs.h"
 #include "cli/Streams.h"
 #include "cli/Table.h"
 #include "cli/Terminal.h"
@@ -131,23 +132,19 @@ std::string printVerification(const json& result, const Arguments&) {
 }
 
 ExitCode runVerify(const Verb& verb, const Arguments& arguments) {
-    auto connected = Agent::connect();
-    if (const auto* trouble = std::get_if<Trouble>(&connected)) return end(*trouble);
-    Agent& agent = std::get<Agent>(connected);
-    auto answer = agent.ask(verb.method, arguments.repair ? json{{"repair", true}} : json::object());
-    for (int i = 0; i < kMostTries; ++i) {
-        const auto* result = std::get_if<json>(&answer);
-        if (!result) break;
-        const bool mayChange =
-            isAny(result->at("windows"), "underWay") || (arguments.repair && isAny(result->at("windows"), "drifted"));
-        if (!mayChange) break;
+    auto agent = Agent::connect();
+    if (!agent) return fail(agent.error());
+    const bool repairs = arguments.has("repair");
+    auto result = agent->ask(verb.method, arguments.request);
+    for (int i = 0; i < kMostTries && result; ++i) {
+        const json& windows = result->at("windows");
+        if (!isAny(windows, "underWay") && !(repairs && isAny(windows, "drifted"))) break;
         std::this_thread::sleep_for(kPause);
-        answer = agent.ask(verb.method, json::object());
+        result = agent->ask(verb.method, json::object());
     }
-    if (const auto* trouble = std::get_if<Trouble>(&answer)) return end(*trouble);
-    const json& result = std::get<json>(answer);
-    const ExitCode printed = print(arguments.json ? asText(result, 2) : verb.print(result, arguments));
-    return result.at("isAsRequested").get<bool>() ? printed : ExitCode::refused;
+    if (!result) return fail(result.error());
+    const ExitCode printed = printAnswer(verb, arguments, *result);
+    return result->at("isAsRequested").get<bool>() ? printed : ExitCode::refused;
 }
 
 } // namespace kova::cli

@@ -14,17 +14,13 @@ namespace {
 
 using nlohmann::json;
 
-json orNull(const std::optional<std::string>& text) {
-    return text ? json(*text) : json(nullptr);
-}
-
 json brief(const LaunchableApplication& application) {
     return {{"id", application.identifier}, {"name", application.name}};
 }
 
 /// One that menus show, by any of its names; or any other by its id.
-std::variant<LaunchableApplication, ControlFailure> lookUpApplication(const WorkspaceController& controller,
-                                                                      const std::string& wanted) {
+ControlResult<LaunchableApplication> lookUpApplication(const WorkspaceController& controller,
+                                                       const std::string& wanted) {
     const auto applications = controller.launchableApplications();
     std::vector<NamedThing> things;
     for (const auto& application : applications) {
@@ -32,9 +28,9 @@ std::variant<LaunchableApplication, ControlFailure> lookUpApplication(const Work
             {application.identifier, {application.name}, application.identifier + "  " + application.name});
     }
     const auto found = lookUp("application", wanted, things, Numbered::no);
-    if (const auto* index = std::get_if<std::size_t>(&found)) return applications[*index];
+    if (found) return applications[*found];
     if (auto hidden = controller.launchableApplication(wanted)) return *std::move(hidden);
-    return std::get<ControlFailure>(found);
+    return found.error();
 }
 
 /// What tells a running application from another that may get its number.
@@ -80,15 +76,15 @@ ControlReply launchIntoTile(WorkspaceController& controller, const JsonCursor& p
                             const std::shared_ptr<ControlPeer>& peer) {
     const std::string wantedApplication = parameters.required("application").string();
     const auto named = wantedTile(controller, parameters, parameters.required("tile").string(), std::nullopt);
-    if (const auto* failure = std::get_if<ControlFailure>(&named)) return *failure;
-    const auto& target = std::get<std::string>(named);
+    if (!named) return named.error();
+    const auto& target = *named;
     const auto tiles = controller.tiles();
     const auto tile = std::ranges::find(tiles, target, &WorkspaceTile::targetID);
     if (tile == tiles.end()) return refusal("There is no such tile any more");
     const auto found = lookUpApplication(controller, wantedApplication);
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    if (!found) return found.error();
 
-    const auto& application = std::get<LaunchableApplication>(found);
+    const auto& application = *found;
     const Listening listening(controller);
     const auto tell = [peer = std::weak_ptr(peer), application = brief(application), target](const LaunchResult& told) {
         const auto listener = peer.lock();
@@ -109,8 +105,8 @@ ControlReply launchIntoTile(WorkspaceController& controller, const JsonCursor& p
 ControlReply endApplication(WorkspaceController& controller, const JsonCursor& parameters, Ending ending) {
     if (auto failure = withoutPermission(controller)) return *failure;
     const auto found = lookUpWindowOfApplication(controller, parameters.required("window").string());
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-    const auto& window = std::get<ManagedWindow>(found);
+    if (!found) return found.error();
+    const auto& window = *found;
     const Listening listening(controller);
     const bool isRequested =
         ending == Ending::quit ? controller.quitApplication(window.id) : controller.forceQuitApplication(window.id);

@@ -1,12 +1,14 @@
 // What is behind the agent's socket: one call a request.
 #pragma once
 
+#include "support/Result.h"
+
 #include <nlohmann/json.hpp>
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
-#include <variant>
 
 namespace kova {
 
@@ -22,7 +24,15 @@ struct ControlFailure {
     nlohmann::json data; // null when there is nothing to add
 };
 
-using ControlReply = std::variant<nlohmann::json, ControlFailure>;
+template <class Value>
+using ControlResult = Result<Value, ControlFailure>;
+using ControlReply = ControlResult<nlohmann::json>;
+/// The value, or null when it is absent.
+template <class Value>
+nlohmann::json orNull(const std::optional<Value>& value) {
+    return value ? nlohmann::json(*value) : nlohmann::json(nullptr);
+}
+
 /// Takes the reply to one request, once, on the main queue.
 using ControlAnswer = std::function<void(ControlReply)>;
 

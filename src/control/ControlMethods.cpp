@@ -41,16 +41,12 @@ namespace {
 
 using nlohmann::json;
 
-json orNull(const std::optional<std::string>& text) {
-    return text ? json(*text) : json(nullptr);
-}
-
 /// The action on the window that the parameters name.
 template <class Action, class... Argument>
 ControlReply performOn(WorkspaceController& controller, const JsonCursor& parameters, Argument... argument) {
     auto window = wantedWindow(controller, parameters);
-    if (const auto* failure = std::get_if<ControlFailure>(&window)) return *failure;
-    return performAction(controller, Action{argument..., std::get<std::optional<std::string>>(std::move(window))});
+    if (!window) return window.error();
+    return performAction(controller, Action{argument..., *std::move(window)});
 }
 
 } // namespace
@@ -83,11 +79,10 @@ class ControlMethods::Table {
                 ControlFailure{controlCode::methodNotFound, "There is no such method", {{"methods", names()}}});
         }
         ControlReply reply = carryOut(found->second, request, peer);
-        if (const auto* failure = std::get_if<ControlFailure>(&reply)) sayInOverlay(*failure, peer);
-        auto* result = std::get_if<json>(&reply);
-        if (!result || !found->second.isAnsweredOnceSaved) return answer(std::move(reply));
+        if (!reply) sayInOverlay(reply.error(), peer);
+        if (!reply || !found->second.isAnsweredOnceSaved) return answer(std::move(reply));
         context_.preferences.save(
-            [result = std::move(*result), answer = std::move(answer)](const auto& problem) mutable {
+            [result = std::move(*reply), answer = std::move(answer)](const auto& problem) mutable {
                 if (problem) result["unsaved"] = *problem;
                 answer(std::move(result));
             });
@@ -276,7 +271,7 @@ class ControlMethods::Table {
 
     /// Adds whether anything shows the look.
     ControlReply withIsDrawn(ControlReply reply) {
-        if (auto* result = std::get_if<json>(&reply)) (*result)["isDrawn"] = overlay_ && overlay_->hasPeers();
+        if (reply) (*reply)["isDrawn"] = overlay_ && overlay_->hasPeers();
         return reply;
     }
 

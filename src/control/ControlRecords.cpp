@@ -1,5 +1,6 @@
 #include "control/ControlRecords.h"
 
+#include "control/ControlHandling.h"
 #include <nlohmann/json.hpp>
 
 #include <array>
@@ -13,11 +14,6 @@ namespace kova::controlRecord {
 namespace {
 
 using nlohmann::json;
-
-template <class T>
-json orNull(const std::optional<T>& value) {
-    return value ? json(*value) : json(nullptr);
-}
 
 double firstScreenMaxY(const WorkspaceController& controller) {
     const auto& screens = *controller.state().screens;

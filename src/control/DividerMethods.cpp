@@ -53,9 +53,9 @@ ControlReply listDividers(const WorkspaceController& controller, const JsonCurso
     json dividers = controlRecord::dividers(controller);
     if (const auto named = parameters.optional("display")) {
         const auto display = lookUpDisplay(controller, named->string());
-        if (const auto* failure = std::get_if<ControlFailure>(&display)) return *failure;
+        if (!display) return display.error();
         std::erase_if(dividers.get_ref<json::array_t&>(),
-                      [&](const json& divider) { return divider.at("display") != std::get<std::string>(display); });
+                      [&](const json& divider) { return divider.at("display") != *display; });
     }
     return json{{"dividers", std::move(dividers)}};
 }
@@ -66,8 +66,8 @@ ControlReply dragDivider(WorkspaceController& controller, const JsonCursor& para
     if (!(std::abs(points) <= kFarthest)) givenPoints.fail("expected a number of points from -100000 to 100000");
     WantedDivider wanted{{}, parameters.required("split").string(), parameters.required("boundary").integer()};
     auto display = wantedDisplay(controller, parameters);
-    if (auto* failure = std::get_if<ControlFailure>(&display)) return *failure;
-    wanted.displayID = std::get<std::string>(std::move(display));
+    if (!display) return display.error();
+    wanted.displayID = *std::move(display);
     const auto known = controller.dividersOn(wanted.displayID);
     if (!wanted.among(known)) return unknown(wanted, known);
     if (auto failure = withoutPermission(controller)) return *failure;

@@ -74,8 +74,8 @@ json failureReply(const json& id, const ControlFailure& failure) {
 }
 
 json replyTo(const json& id, ControlReply reply) {
-    if (const auto* failure = std::get_if<ControlFailure>(&reply)) return failureReply(id, *failure);
-    return resultReply(id, std::get<json>(std::move(reply)));
+    if (!reply) return failureReply(id, reply.error());
+    return resultReply(id, std::move(*reply));
 }
 
 json notification(std::string_view method, json parameters) {

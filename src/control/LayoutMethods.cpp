@@ -3,6 +3,7 @@
 #include "control/ControlRecords.h"
 #include "control/NameLookup.h"
 #include "control/Refusal.h"
+#include "support/Limits.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,8 +13,6 @@ namespace kova {
 namespace {
 
 using nlohmann::json;
-
-constexpr double kLargestInset = 100; // points
 
 const Screen* findScreen(const WorkspaceController& controller, const std::string& id) {
     const auto& screens = *controller.state().screens;
@@ -66,8 +65,8 @@ json tilesProposed(const LayoutDefinition& layout, CGSize area, double inset) {
 
 ControlReply showLayout(const WorkspaceController& controller, const JsonCursor& parameters) {
     const auto display = wantedDisplay(controller, parameters);
-    if (const auto* failure = std::get_if<ControlFailure>(&display)) return *failure;
-    const std::string& displayID = std::get<std::string>(display);
+    if (!display) return display.error();
+    const std::string& displayID = *display;
     const Screen* screen = findScreen(controller, displayID);
     const LayoutDefinition* layout = controller.resolvedLayout(displayID);
     if (!screen || !layout) return refusal("No display is connected");
@@ -75,9 +74,9 @@ ControlReply showLayout(const WorkspaceController& controller, const JsonCursor&
     bool isInForce = true;
     if (const auto named = parameters.optional("layout")) {
         const auto found = lookUpLayout(controller, named->string());
-        if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-        isInForce = std::get<std::string>(found) == layout->id;
-        layout = findLayout(controller.catalogue(), std::get<std::string>(found));
+        if (!found) return found.error();
+        isInForce = *found == layout->id;
+        layout = findLayout(controller.catalogue(), *found);
     }
     const CGSize area = screen->visibleFrame.size;
     return json{
@@ -92,17 +91,17 @@ ControlReply showLayout(const WorkspaceController& controller, const JsonCursor&
 ControlReply selectLayout(WorkspaceController& controller, const JsonCursor& parameters) {
     const std::string wanted = parameters.required("layout").string();
     const auto display = wantedDisplay(controller, parameters);
-    if (const auto* failure = std::get_if<ControlFailure>(&display)) return *failure;
+    if (!display) return display.error();
     auto selection = DisplayLayoutSelection::automatic();
     if (wanted != "automatic") {
         const auto found = lookUpLayout(controller, wanted);
-        if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-        selection = DisplayLayoutSelection::layout(std::get<std::string>(found));
+        if (!found) return found.error();
+        selection = DisplayLayoutSelection::layout(*found);
     }
     const Listening listening(controller);
-    switch (controller.selectLayout(std::get<std::string>(display), selection)) {
+    switch (controller.selectLayout(*display, selection)) {
     case LayoutSelectionResult::done:
-        return inForce(controller, std::get<std::string>(display));
+        return inForce(controller, *display);
     case LayoutSelectionResult::unknownDisplay:
         return refusal("The display is no longer connected");
     case LayoutSelectionResult::unknownLayout:
@@ -123,26 +122,26 @@ ControlReply stepLayout(WorkspaceController& controller, LayoutStep step) {
 
 ControlReply resetLayoutSizes(WorkspaceController& controller, const JsonCursor& parameters) {
     const auto display = wantedDisplay(controller, parameters);
-    if (const auto* failure = std::get_if<ControlFailure>(&display)) return *failure;
+    if (!display) return display.error();
     const Listening listening(controller);
-    if (!controller.resetLayoutSizes(std::get<std::string>(display))) {
+    if (!controller.resetLayoutSizes(*display)) {
         return listening.refusalOr("The layout's sizes were not reset");
     }
-    return inForce(controller, std::get<std::string>(display));
+    return inForce(controller, *display);
 }
 
 ControlReply preferApplication(WorkspaceController& controller, const JsonCursor& parameters) {
     const auto slot = lookUpSlotOfAnyLayout(controller, parameters.required("tile").string());
-    if (const auto* failure = std::get_if<ControlFailure>(&slot)) return *failure;
-    const auto& slotID = std::get<std::string>(slot);
+    if (!slot) return slot.error();
+    const auto& slotID = *slot;
     const auto wanted = parameters.optional("application");
     if (!wanted) {
         controller.setPreferredApplication(slotID, std::nullopt);
         return json{{"slot", slotID}, {"application", nullptr}};
     }
     const auto found = lookUpApplicationForRule(controller, wanted->string());
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-    const auto& [name, bundleIdentifier] = std::get<NamedApplication>(found);
+    if (!found) return found.error();
+    const auto& [name, bundleIdentifier] = *found;
     controller.setPreferredApplication(slotID, applicationKey(name, bundleIdentifier));
     return json{{"slot", slotID}, {"application", name}};
 }
@@ -150,7 +149,7 @@ ControlReply preferApplication(WorkspaceController& controller, const JsonCursor
 ControlReply setTileInset(WorkspaceController& controller, const JsonCursor& parameters) {
     const JsonCursor given = parameters.required("points");
     const double points = given.number();
-    if (!(points >= 0 && points <= kLargestInset)) given.fail("expected a number of points from 0 to 100");
+    if (!(points >= 0 && points <= kLargestTileInset)) given.fail("expected a number of points from 0 to 100");
     const Listening listening(controller);
     if (!controller.setTileInset(points)) return listening.refusalOr("The gap was not changed");
     return json{{"points", points}};

@@ -73,8 +73,8 @@ std::string quotedName(std::string_view wanted) {
     return validUtf8(wanted.substr(0, kLongestQuotation)) + (wanted.size() > kLongestQuotation ? "…" : "");
 }
 
-std::variant<std::size_t, ControlFailure> lookUp(std::string_view kind, std::string_view wanted,
-                                                 std::span<const NamedThing> things, Numbered numbered) {
+ControlResult<std::size_t> lookUp(std::string_view kind, std::string_view wanted, std::span<const NamedThing> things,
+                                  Numbered numbered) {
     const auto exact =
         std::find_if(things.begin(), things.end(), [&](const auto& thing) { return thing.id == wanted; });
     if (exact != things.end()) return static_cast<std::size_t>(exact - things.begin());
@@ -100,8 +100,7 @@ std::variant<std::size_t, ControlFailure> lookUp(std::string_view kind, std::str
     return noneOf(kind, wanted, things);
 }
 
-std::variant<std::string, ControlFailure> lookUpDisplay(const WorkspaceController& controller,
-                                                        std::string_view wanted) {
+ControlResult<std::string> lookUpDisplay(const WorkspaceController& controller, std::string_view wanted) {
     std::vector<NamedThing> displays;
     for (const Screen& screen : *controller.state().screens) {
         const std::string id = displayID(screen);
@@ -109,19 +108,18 @@ std::variant<std::string, ControlFailure> lookUpDisplay(const WorkspaceControlle
         displays.push_back({id, {screen.localizedName}, number + "  " + screen.localizedName + "  " + id});
     }
     const auto found = lookUp("display", wanted, displays, Numbered::yes);
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-    return displays[std::get<std::size_t>(found)].id;
+    if (!found) return found.error();
+    return displays[*found].id;
 }
 
-std::variant<std::string, ControlFailure> wantedDisplay(const WorkspaceController& controller,
-                                                        const JsonCursor& parameters) {
+ControlResult<std::string> wantedDisplay(const WorkspaceController& controller, const JsonCursor& parameters) {
     if (const auto named = parameters.optional("display")) return lookUpDisplay(controller, named->string());
     if (auto current = controller.currentDisplayID()) return *std::move(current);
     return refusal("No display is connected");
 }
 
-std::variant<TileSlot, ControlFailure> lookUpSlot(const WorkspaceController& controller, const std::string& displayID,
-                                                  std::string_view wanted) {
+ControlResult<TileSlot> lookUpSlot(const WorkspaceController& controller, const std::string& displayID,
+                                   std::string_view wanted) {
     const LayoutDefinition* layout = controller.resolvedLayout(displayID);
     if (!layout) return refusal("The display is gone");
     std::vector<NamedThing> tiles;
@@ -129,12 +127,11 @@ std::variant<TileSlot, ControlFailure> lookUpSlot(const WorkspaceController& con
         tiles.push_back({slot.id, {slot.name}, std::to_string(tiles.size() + 1) + "  " + slot.name + "  " + slot.id});
     }
     const auto found = lookUp("tile", wanted, tiles, Numbered::yes);
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-    return layout->slots[std::get<std::size_t>(found)];
+    if (!found) return found.error();
+    return layout->slots[*found];
 }
 
-std::variant<std::string, ControlFailure> lookUpSlotOfAnyLayout(const WorkspaceController& controller,
-                                                                const std::string& wanted) {
+ControlResult<std::string> lookUpSlotOfAnyLayout(const WorkspaceController& controller, const std::string& wanted) {
     for (const LayoutDefinition& layout : controller.catalogue()) {
         for (const TileSlot& slot : layout.slots) {
             if (slot.id == wanted) return wanted;
@@ -143,11 +140,11 @@ std::variant<std::string, ControlFailure> lookUpSlotOfAnyLayout(const WorkspaceC
     const auto display = controller.currentDisplayID();
     if (!display) return refusal("No display is connected");
     const auto slot = lookUpSlot(controller, *display, wanted);
-    if (const auto* failure = std::get_if<ControlFailure>(&slot)) return *failure;
-    return std::get<TileSlot>(slot).id;
+    if (!slot) return slot.error();
+    return slot->id;
 }
 
-std::variant<std::string, ControlFailure> lookUpLayout(const WorkspaceController& controller, std::string_view wanted) {
+ControlResult<std::string> lookUpLayout(const WorkspaceController& controller, std::string_view wanted) {
     if (findLayout(controller.catalogue(), std::string(wanted))) return std::string(wanted);
     std::vector<NamedThing> layouts;
     for (const LayoutDefinition& layout : controller.catalogue()) {
@@ -156,12 +153,11 @@ std::variant<std::string, ControlFailure> lookUpLayout(const WorkspaceController
         layouts.push_back({layout.id, {layout.name, lastComponent}, layout.id + "  " + layout.name});
     }
     const auto found = lookUp("layout", wanted, layouts, Numbered::no);
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-    return layouts[std::get<std::size_t>(found)].id;
+    if (!found) return found.error();
+    return layouts[*found].id;
 }
 
-std::variant<ManagedWindow, ControlFailure> lookUpWindow(const WorkspaceController& controller,
-                                                         std::string_view wanted) {
+ControlResult<ManagedWindow> lookUpWindow(const WorkspaceController& controller, std::string_view wanted) {
     std::vector<NamedThing> windows;
     for (const ManagedWindow& window : controller.liveWindows()) {
         windows.push_back({window.id,
@@ -169,12 +165,11 @@ std::variant<ManagedWindow, ControlFailure> lookUpWindow(const WorkspaceControll
                            window.id + "  " + window.applicationName + "  " + window.title});
     }
     const auto found = lookUp("window", wanted, windows, Numbered::no);
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-    return controller.liveWindows()[std::get<std::size_t>(found)];
+    if (!found) return found.error();
+    return controller.liveWindows()[*found];
 }
 
-std::variant<ManagedWindow, ControlFailure> lookUpWindowOfApplication(const WorkspaceController& controller,
-                                                                      std::string_view wanted) {
+ControlResult<ManagedWindow> lookUpWindowOfApplication(const WorkspaceController& controller, std::string_view wanted) {
     std::vector<NamedThing> applications; // by the id of their first window
     std::vector<pid_t> processes;
     for (const ManagedWindow& window : controller.liveWindows()) {
@@ -190,25 +185,23 @@ std::variant<ManagedWindow, ControlFailure> lookUpWindowOfApplication(const Work
                                 window.id + "  " + window.applicationName + "  " + window.title});
     }
     const auto found = lookUp("window", wanted, applications, Numbered::no);
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-    return lookUpWindow(controller, applications[std::get<std::size_t>(found)].id);
+    if (!found) return found.error();
+    return lookUpWindow(controller, applications[*found].id);
 }
 
-std::variant<ManagedWindow, ControlFailure> lookUpWindowOrDialog(const WorkspaceController& controller,
-                                                                 std::string_view wanted) {
+ControlResult<ManagedWindow> lookUpWindowOrDialog(const WorkspaceController& controller, std::string_view wanted) {
     auto found = lookUpWindow(controller, wanted);
-    if (std::holds_alternative<ManagedWindow>(found)) return found;
+    if (found) return found;
     std::vector<NamedThing> dialogs;
     for (const ManagedWindow& dialog : controller.dialogs().all()) {
         dialogs.push_back({dialog.id, {dialog.title}, dialog.id + "  " + dialog.title});
     }
     const auto dialog = lookUp("window", wanted, dialogs, Numbered::no);
-    if (const auto* index = std::get_if<std::size_t>(&dialog)) return controller.dialogs().all()[*index];
+    if (dialog) return controller.dialogs().all()[*dialog];
     return found;
 }
 
-std::variant<WorkspaceScene, ControlFailure> lookUpScene(const WorkspaceController& controller,
-                                                         std::string_view wanted) {
+ControlResult<WorkspaceScene> lookUpScene(const WorkspaceController& controller, std::string_view wanted) {
     const auto& scenes = *controller.state().scenes;
     auto id = controller.findScene(std::string(wanted));
     if (!id) id = Uuid::parse(wanted);
@@ -219,7 +212,7 @@ std::variant<WorkspaceScene, ControlFailure> lookUpScene(const WorkspaceControll
     return noneOf("scene", wanted, things);
 }
 
-std::variant<std::size_t, ControlFailure> lookUpRule(const WorkspaceController& controller, std::string_view wanted) {
+ControlResult<std::size_t> lookUpRule(const WorkspaceController& controller, std::string_view wanted) {
     std::vector<NamedThing> rules;
     for (const auto& rule : *controller.state().rules) {
         rules.push_back({rule.id.string(), {rule.name}, std::to_string(rules.size() + 1) + "  " + rule.name});
@@ -227,8 +220,8 @@ std::variant<std::size_t, ControlFailure> lookUpRule(const WorkspaceController& 
     return lookUp("rule", wanted, rules, Numbered::yes);
 }
 
-std::variant<NamedApplication, ControlFailure> lookUpApplicationForRule(const WorkspaceController& controller,
-                                                                        std::string_view wanted) {
+ControlResult<NamedApplication> lookUpApplicationForRule(const WorkspaceController& controller,
+                                                         std::string_view wanted) {
     std::vector<NamedApplication> applications;
     std::vector<NamedThing> things;
     std::set<std::string> ids;
@@ -243,11 +236,11 @@ std::variant<NamedApplication, ControlFailure> lookUpApplicationForRule(const Wo
         if (each.bundleIdentifier) add(each.name, each.bundleIdentifier);
     }
     const auto found = lookUp("application", wanted, things, Numbered::no);
-    if (const auto* index = std::get_if<std::size_t>(&found)) return applications[*index];
+    if (found) return applications[*found];
     if (const auto hidden = controller.launchableApplication(std::string(wanted)); hidden && hidden->bundleIdentifier) {
         return NamedApplication{hidden->name, hidden->bundleIdentifier};
     }
-    return std::get<ControlFailure>(found);
+    return found.error();
 }
 
 } // namespace kova

@@ -26,47 +26,41 @@ enum class Numbered { no, yes }; // whether a number means the place in the list
 
 /// Which of the things is meant; when none or several are, a failure that lists them. `kind` is "display", "layout",
 /// ...
-std::variant<std::size_t, ControlFailure> lookUp(std::string_view kind, std::string_view wanted,
-                                                 std::span<const NamedThing> things, Numbered numbered);
+ControlResult<std::size_t> lookUp(std::string_view kind, std::string_view wanted, std::span<const NamedThing> things,
+                                  Numbered numbered);
 
 /// Fit for a message: valid, and cut where it is very long.
 std::string quotedName(std::string_view wanted);
 
 /// The display's id.
-std::variant<std::string, ControlFailure> lookUpDisplay(const WorkspaceController& controller, std::string_view wanted);
+ControlResult<std::string> lookUpDisplay(const WorkspaceController& controller, std::string_view wanted);
 /// The id of the display that the parameters name, else of the current one.
-std::variant<std::string, ControlFailure> wantedDisplay(const WorkspaceController& controller,
-                                                        const JsonCursor& parameters);
+ControlResult<std::string> wantedDisplay(const WorkspaceController& controller, const JsonCursor& parameters);
 /// A tile of the layout in force on the display, by its slot's id, its number in the layout's order, its name, ...
-std::variant<TileSlot, ControlFailure> lookUpSlot(const WorkspaceController& controller, const std::string& displayID,
-                                                  std::string_view wanted);
+ControlResult<TileSlot> lookUpSlot(const WorkspaceController& controller, const std::string& displayID,
+                                   std::string_view wanted);
 /// A slot's id, for what holds on all displays: a slot of any layout, or on the current display a tile's number or
 /// name.
-std::variant<std::string, ControlFailure> lookUpSlotOfAnyLayout(const WorkspaceController& controller,
-                                                                const std::string& wanted);
+ControlResult<std::string> lookUpSlotOfAnyLayout(const WorkspaceController& controller, const std::string& wanted);
 /// The layout's id.
-std::variant<std::string, ControlFailure> lookUpLayout(const WorkspaceController& controller, std::string_view wanted);
-std::variant<ManagedWindow, ControlFailure> lookUpWindow(const WorkspaceController& controller,
-                                                         std::string_view wanted);
+ControlResult<std::string> lookUpLayout(const WorkspaceController& controller, std::string_view wanted);
+ControlResult<ManagedWindow> lookUpWindow(const WorkspaceController& controller, std::string_view wanted);
 /// The same for what is done to a whole application: the names of its windows all mean the first of them.
-std::variant<ManagedWindow, ControlFailure> lookUpWindowOfApplication(const WorkspaceController& controller,
-                                                                      std::string_view wanted);
+ControlResult<ManagedWindow> lookUpWindowOfApplication(const WorkspaceController& controller, std::string_view wanted);
 /// The same, or else a dialog by its id or title.
-std::variant<ManagedWindow, ControlFailure> lookUpWindowOrDialog(const WorkspaceController& controller,
-                                                                 std::string_view wanted);
+ControlResult<ManagedWindow> lookUpWindowOrDialog(const WorkspaceController& controller, std::string_view wanted);
 /// By its exact name, else the first of that name in another case, else by its id. Never by a part of its name: what is
 /// deleted must have been meant.
-std::variant<WorkspaceScene, ControlFailure> lookUpScene(const WorkspaceController& controller,
-                                                         std::string_view wanted);
+ControlResult<WorkspaceScene> lookUpScene(const WorkspaceController& controller, std::string_view wanted);
 /// The rule's index; its number is that in the list, from 1.
-std::variant<std::size_t, ControlFailure> lookUpRule(const WorkspaceController& controller, std::string_view wanted);
+ControlResult<std::size_t> lookUpRule(const WorkspaceController& controller, std::string_view wanted);
 
 struct NamedApplication {
     std::string name;
     std::optional<std::string> bundleIdentifier;
 };
 /// One that has windows, or could be launched.
-std::variant<NamedApplication, ControlFailure> lookUpApplicationForRule(const WorkspaceController& controller,
-                                                                        std::string_view wanted);
+ControlResult<NamedApplication> lookUpApplicationForRule(const WorkspaceController& controller,
+                                                         std::string_view wanted);
 
 } // namespace kova

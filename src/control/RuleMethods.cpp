@@ -14,10 +14,6 @@ namespace {
 
 using nlohmann::json;
 
-json orNull(const std::optional<std::string>& text) {
-    return text ? json(*text) : json(nullptr);
-}
-
 json record(const WorkspaceRule& rule, std::size_t number) {
     const auto* tile = std::get_if<disposition::Tile>(&rule.disposition);
     const bool floats = std::holds_alternative<disposition::Float>(rule.disposition);
@@ -42,20 +38,19 @@ json orderChange(const WorkspaceController& controller, json rule) {
     return {{"rule", std::move(rule)}, {"rules", controller.state().rules->size()}};
 }
 
-std::variant<std::size_t, ControlFailure> wantedRule(const WorkspaceController& controller,
-                                                     const JsonCursor& parameters) {
+ControlResult<std::size_t> wantedRule(const WorkspaceController& controller, const JsonCursor& parameters) {
     return lookUpRule(controller, parameters.required("rule").string());
 }
 
-std::variant<WorkspaceRuleDisposition, ControlFailure> wantedDisposition(const WorkspaceController& controller,
-                                                                         const JsonCursor& parameters) {
+ControlResult<WorkspaceRuleDisposition> wantedDisposition(const WorkspaceController& controller,
+                                                          const JsonCursor& parameters) {
     const JsonCursor given = parameters.required("disposition");
     const std::string word = given.string();
     const auto slot = parameters.optional("slot");
     if (word == "tile") {
         auto found = lookUpSlotOfAnyLayout(controller, parameters.required("slot").string());
-        if (auto* failure = std::get_if<ControlFailure>(&found)) return *std::move(failure);
-        return disposition::Tile{std::get<std::string>(std::move(found))};
+        if (!found) return found.error();
+        return disposition::Tile{*std::move(found)};
     }
     if (slot) slot->fail("only “tile” takes a slot");
     if (word == "float") return disposition::Float{};
@@ -67,8 +62,8 @@ std::variant<WorkspaceRuleDisposition, ControlFailure> wantedDisposition(const W
 std::optional<ControlFailure> setApplication(WorkspaceRule& rule, const WorkspaceController& controller,
                                              const std::string& wanted) {
     const auto application = lookUpApplicationForRule(controller, wanted);
-    if (const auto* failure = std::get_if<ControlFailure>(&application)) return *failure;
-    const auto& [name, bundleIdentifier] = std::get<NamedApplication>(application);
+    if (!application) return application.error();
+    const auto& [name, bundleIdentifier] = *application;
     rule.bundleIdentifier = bundleIdentifier;
     if (!rule.bundleIdentifier) rule.applicationName = name;
     rule.name = ruleName(name, rule.disposition);
@@ -112,8 +107,8 @@ ControlReply addRule(WorkspaceController& controller, const JsonCursor& paramete
     if (application && isForFocused) focused->fail("the rule is either for “application” or for the focused window");
     if (!application && !isForFocused) (void)parameters.required("application");
     const auto found = wantedDisposition(controller, parameters);
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-    const auto& disposition = std::get<WorkspaceRuleDisposition>(found);
+    if (!found) return found.error();
+    const auto& disposition = *found;
 
     const Listening listening(controller);
     if (isForFocused) {
@@ -139,14 +134,14 @@ ControlReply changeRule(WorkspaceController& controller, const JsonCursor& param
     std::optional<WorkspaceRuleDisposition> disposition;
     if (parameters.optional("disposition") || !title) {
         auto wanted = wantedDisposition(controller, parameters);
-        if (auto* failure = std::get_if<ControlFailure>(&wanted)) return *std::move(failure);
-        disposition = std::get<WorkspaceRuleDisposition>(std::move(wanted));
+        if (!wanted) return wanted.error();
+        disposition = *std::move(wanted);
     } else if (const auto slot = parameters.optional("slot")) {
         slot->fail("only “tile” takes a slot");
     }
     const auto found = wantedRule(controller, parameters);
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-    const auto index = std::get<std::size_t>(found);
+    if (!found) return found.error();
+    const auto index = *found;
     const auto id = (*controller.state().rules)[index].id;
     if (disposition) controller.setRuleDisposition(id, *std::move(disposition));
     if (title) controller.setRuleTitleContains(id, titleText);
@@ -155,16 +150,16 @@ ControlReply changeRule(WorkspaceController& controller, const JsonCursor& param
 
 ControlReply switchRule(WorkspaceController& controller, const JsonCursor& parameters, RuleSwitch direction) {
     const auto found = wantedRule(controller, parameters);
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-    const auto index = std::get<std::size_t>(found);
+    if (!found) return found.error();
+    const auto index = *found;
     controller.setRuleEnabled((*controller.state().rules)[index].id, direction == RuleSwitch::enable);
     return orderChange(controller, record(controller, index));
 }
 
 ControlReply deleteRule(WorkspaceController& controller, const JsonCursor& parameters) {
     const auto found = wantedRule(controller, parameters);
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-    const auto index = std::get<std::size_t>(found);
+    if (!found) return found.error();
+    const auto index = *found;
     json deleted = record(controller, index);
     controller.deleteRule((*controller.state().rules)[index].id);
     return orderChange(controller, std::move(deleted));
@@ -175,9 +170,9 @@ ControlReply moveRule(WorkspaceController& controller, const JsonCursor& paramet
     const std::int64_t to = given.integer();
     if (to < 1 || to > kMostRules) given.fail("expected a place in the list, from 1 on");
     const auto found = wantedRule(controller, parameters);
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    if (!found) return found.error();
     const auto place = std::min(static_cast<std::size_t>(to), controller.state().rules->size()) - 1;
-    controller.moveRule((*controller.state().rules)[std::get<std::size_t>(found)].id, place);
+    controller.moveRule((*controller.state().rules)[*found].id, place);
     return orderChange(controller, record(controller, place));
 }
 
@@ -189,8 +184,8 @@ ControlReply switchRules(WorkspaceController& controller, RulesSwitch direction)
 ControlReply testRules(const WorkspaceController& controller, const JsonCursor& parameters) {
     if (auto failure = withoutPermission(controller)) return *failure;
     const auto found = lookUpWindow(controller, parameters.required("window").string());
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-    const auto& window = std::get<ManagedWindow>(found);
+    if (!found) return found.error();
+    const auto& window = *found;
     const auto explanation = controller.explainRules(window.id);
     if (!explanation) return refusal("The window is gone");
     json reasons = json::array();

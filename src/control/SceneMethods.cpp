@@ -12,10 +12,6 @@ namespace {
 
 using nlohmann::json;
 
-json orNull(const std::optional<std::string>& text) {
-    return text ? json(*text) : json(nullptr);
-}
-
 json brief(const WorkspaceScene& scene) {
     return {{"id", scene.id.string()}, {"name", scene.name}};
 }
@@ -56,8 +52,7 @@ json placementsOf(const WorkspaceScene& scene) {
     return out;
 }
 
-std::variant<WorkspaceScene, ControlFailure> wantedScene(const WorkspaceController& controller,
-                                                         const JsonCursor& parameters) {
+ControlResult<WorkspaceScene> wantedScene(const WorkspaceController& controller, const JsonCursor& parameters) {
     return lookUpScene(controller, parameters.required("scene").string());
 }
 
@@ -82,8 +77,8 @@ ControlReply listScenes(const WorkspaceController& controller) {
 
 ControlReply showScene(const WorkspaceController& controller, const JsonCursor& parameters) {
     const auto found = wantedScene(controller, parameters);
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-    const auto& scene = std::get<WorkspaceScene>(found);
+    if (!found) return found.error();
+    const auto& scene = *found;
     return json{{"scene", entry(scene, *controller.state().activeSceneID)},
                 {"theme", scene.themeID},
                 {"accentColor", scene.accentColorID},
@@ -97,8 +92,8 @@ ControlReply openScene(WorkspaceController& controller, SceneListeners& listener
     const auto waits = parameters.optional("wait");
     const bool isAwaited = waits && waits->boolean();
     const auto found = wantedScene(controller, parameters);
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-    const auto& scene = std::get<WorkspaceScene>(found);
+    if (!found) return found.error();
+    const auto& scene = *found;
     const Listening listening(controller);
     if (!controller.perform(action::ActivateScene{scene.id})) {
         return listening.refusalOr("The scene was not opened");
@@ -115,21 +110,21 @@ ControlReply openScene(WorkspaceController& controller, SceneListeners& listener
 ControlReply renameScene(WorkspaceController& controller, const JsonCursor& parameters) {
     const std::string newName = parameters.required("newName").string();
     const auto found = wantedScene(controller, parameters);
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-    const Uuid id = std::get<WorkspaceScene>(found).id;
+    if (!found) return found.error();
+    const Uuid id = found->id;
     const Listening listening(controller);
     if (!controller.renameScene(id, newName)) {
         return refusal(listening.heard().value_or("The scene was not renamed"));
     }
     const auto renamed = lookUpScene(controller, id.string());
-    if (const auto* failure = std::get_if<ControlFailure>(&renamed)) return *failure;
-    return json{{"scene", brief(std::get<WorkspaceScene>(renamed))}, {"message", orNull(listening.heard())}};
+    if (!renamed) return renamed.error();
+    return json{{"scene", brief(*renamed)}, {"message", orNull(listening.heard())}};
 }
 
 ControlReply deleteScene(WorkspaceController& controller, const JsonCursor& parameters) {
     const auto found = wantedScene(controller, parameters);
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-    const auto& scene = std::get<WorkspaceScene>(found);
+    if (!found) return found.error();
+    const auto& scene = *found;
     const Listening listening(controller);
     if (!controller.deleteScene(scene.id)) return refusal("The scene was not deleted");
     return json{{"scene", brief(scene)}, {"message", orNull(listening.heard())}};
@@ -138,8 +133,8 @@ ControlReply deleteScene(WorkspaceController& controller, const JsonCursor& para
 ControlReply diffScene(const WorkspaceController& controller, const JsonCursor& parameters) {
     if (auto failure = withoutPermission(controller)) return *failure; // no window is known
     const auto found = wantedScene(controller, parameters);
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-    const auto& scene = std::get<WorkspaceScene>(found);
+    if (!found) return found.error();
+    const auto& scene = *found;
     json differences = json::array();
     const auto all = controller.diffScene(scene.id);
     for (const auto& difference : all.value_or(std::vector<SceneDifference>{})) {

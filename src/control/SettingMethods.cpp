@@ -10,10 +10,6 @@ using nlohmann::json;
 
 constexpr const char* kNoSetting = "This desktop has no such setting";
 
-json orNull(const std::optional<std::string>& text) {
-    return text ? json(*text) : json(nullptr);
-}
-
 json record(const SystemSetting::State& state) {
     return {{"isOn", state.isOn}, {"problem", orNull(state.problem)}, {"guidance", orNull(state.guidance)}};
 }

@@ -33,15 +33,15 @@ std::string kebab(std::string_view camel) {
     return out;
 }
 
-std::variant<KovaShortcutAction, ControlFailure> wantedAction(const JsonCursor& parameters) {
+ControlResult<KovaShortcutAction> wantedAction(const JsonCursor& parameters) {
     std::vector<NamedThing> things;
     for (const auto action : kShortcutActions) {
         const std::string name(rawValue(action)), shown(title(action));
         things.push_back({name, {kebab(name), shown}, name + "  " + shown});
     }
     const auto found = lookUp("action", parameters.required("action").string(), things, Numbered::no);
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-    return kShortcutActions[std::get<std::size_t>(found)];
+    if (!found) return found.error();
+    return kShortcutActions[*found];
 }
 
 std::string_view word(ShortcutRecorder::Outcome outcome) {
@@ -138,8 +138,8 @@ ControlReply ShortcutMethods::set(const JsonCursor& parameters, const std::share
         parseShortcut(keys.string(), [this](std::uint16_t code) { return keys_ ? keys_->charactersOf(code) : ""; });
     if (const auto* problem = std::get_if<std::string>(&parsed)) keys.fail(*problem);
     const auto found = wantedAction(parameters);
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-    const auto action = std::get<KovaShortcutAction>(found);
+    if (!found) return found.error();
+    const auto action = *found;
     const auto& shortcut = std::get<KovaShortcut>(parsed);
     if (!canBeShortcut(shortcut.modifierFlagsRawValue)) {
         return refusal("A shortcut needs ctrl, alt or super: without them “" + shortcutText(shortcut) +
@@ -154,8 +154,8 @@ ControlReply ShortcutMethods::set(const JsonCursor& parameters, const std::share
 
 ControlReply ShortcutMethods::clear(const JsonCursor& parameters) {
     const auto found = wantedAction(parameters);
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-    const auto action = std::get<KovaShortcutAction>(found);
+    if (!found) return found.error();
+    const auto action = *found;
     if (!settings_.setShortcut(std::nullopt, action)) return refusal("The shortcut was not changed");
     return json{{"shortcut", recordOf(action)}};
 }
@@ -169,10 +169,10 @@ ControlReply ShortcutMethods::restoreDefaults() {
 
 ControlReply ShortcutMethods::record(const JsonCursor& parameters, const std::shared_ptr<ControlPeer>& peer) {
     const auto found = wantedAction(parameters);
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
+    if (!found) return found.error();
     if (!keys_) return refusal(kNoKeys);
     if (*isSuspended_) return refusal(kSuspended);
-    const auto action = std::get<KovaShortcutAction>(found);
+    const auto action = *found;
     endRecording("cancelled", "Another shortcut is being recorded");
     const auto number = ++recordings_;
     recording_.emplace(Recording{action, ShortcutRecorder(settings_, action), peer, queue_.uptime(), number, {}});

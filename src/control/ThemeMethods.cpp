@@ -55,8 +55,8 @@ ControlReply selectTheme(WorkspaceController& controller, const JsonCursor& para
     std::vector<NamedThing> things;
     for (const auto& theme : themes) things.push_back(named(theme->descriptor().id, theme->descriptor().displayName));
     const auto found = lookUp("theme", wanted, things, Numbered::no);
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-    const ThemeDescriptor& theme = themes[std::get<std::size_t>(found)]->descriptor();
+    if (!found) return found.error();
+    const ThemeDescriptor& theme = themes[*found]->descriptor();
     if (!controller.selectTheme(theme.id)) return refusal("The theme was not selected");
     return json{{"theme", themeRecord(controller, theme)}};
 }
@@ -72,8 +72,8 @@ ControlReply selectAccentColor(WorkspaceController& controller, const JsonCursor
     std::vector<NamedThing> things;
     for (const auto& option : accentColorOptions()) things.push_back(named(option.id, option.displayName));
     const auto found = lookUp("accent color", wanted, things, Numbered::no);
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-    const AccentColorOption& option = accentColorOptions()[std::get<std::size_t>(found)];
+    if (!found) return found.error();
+    const AccentColorOption& option = accentColorOptions()[*found];
     controller.selectAccentColor(option.id);
     return json{{"accentColor", accentRecord(controller, option)}};
 }

@@ -13,15 +13,11 @@ namespace kova {
 namespace {
 
 using nlohmann::json;
-using WindowChoice = std::variant<std::optional<std::string>, ControlFailure>;
+using WindowChoice = ControlResult<std::optional<std::string>>;
 
 bool isTrue(const JsonCursor& parameters, std::string_view name) {
     const auto given = parameters.optional(name);
     return given && given->boolean();
-}
-
-json orNull(const std::optional<std::string>& text) {
-    return text ? json(*text) : json(nullptr);
 }
 
 json answer(const WorkspaceController& controller, bool isDryRun, const WindowPlan& plan) {
@@ -57,18 +53,17 @@ WindowChoice namedWindow(const WorkspaceController& controller, const JsonCursor
     const auto named = parameters.optional("window");
     if (!named) return std::nullopt;
     const auto found = lookUpWindow(controller, named->string());
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-    return std::get<ManagedWindow>(found).id;
+    if (!found) return found.error();
+    return found->id;
 }
 
-std::variant<DisplayChoice, ControlFailure> displayChoice(const WorkspaceController& controller,
-                                                          const JsonCursor& parameters) {
+ControlResult<DisplayChoice> displayChoice(const WorkspaceController& controller, const JsonCursor& parameters) {
     const std::string word = parameters.required("to").string();
     if (word == "next") return DisplayStep::next;
     if (word == "previous") return DisplayStep::previous;
     auto found = lookUpDisplay(controller, word);
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-    return std::get<std::string>(std::move(found));
+    if (!found) return found.error();
+    return *std::move(found);
 }
 
 std::optional<WorkspaceDirection> directionNamed(std::string_view word) {
@@ -82,8 +77,8 @@ std::optional<WorkspaceDirection> directionNamed(std::string_view word) {
 template <class Command>
 ControlReply onWantedWindow(WorkspaceController& controller, const JsonCursor& parameters) {
     auto window = wantedWindow(controller, parameters);
-    if (const auto* failure = std::get_if<ControlFailure>(&window)) return *failure;
-    return carriedOut(controller, parameters, Command{std::get<std::optional<std::string>>(std::move(window))});
+    if (!window) return window.error();
+    return carriedOut(controller, parameters, Command{*std::move(window)});
 }
 
 const char* describe(PlacementVerdict verdict) {
@@ -107,15 +102,14 @@ WindowChoice wantedWindow(const WorkspaceController& controller, const JsonCurso
     if (parameters.optional("window") || !named) return namedWindow(controller, parameters);
     if (auto failure = withoutPermission(controller)) return *std::move(failure);
     const auto display = lookUpDisplay(controller, named->string());
-    if (const auto* failure = std::get_if<ControlFailure>(&display)) return *failure;
-    auto window = controller.windowLastFocusedOn(std::get<std::string>(display));
+    if (!display) return display.error();
+    auto window = controller.windowLastFocusedOn(*display);
     if (!window) return refusal("No window is shown on this display");
     return window;
 }
 
-std::variant<std::string, ControlFailure> wantedTile(const WorkspaceController& controller,
-                                                     const JsonCursor& parameters, const std::string& wanted,
-                                                     const std::optional<std::string>& windowID) {
+ControlResult<std::string> wantedTile(const WorkspaceController& controller, const JsonCursor& parameters,
+                                      const std::string& wanted, const std::optional<std::string>& windowID) {
     for (const WorkspaceTile& tile : controller.tiles()) {
         if (tile.targetID == wanted) return wanted;
     }
@@ -123,63 +117,57 @@ std::variant<std::string, ControlFailure> wantedTile(const WorkspaceController& 
     if (!parameters.optional("display") && windowID) display = controller.displayIDOfWindow(*windowID);
     if (!display) {
         auto named = wantedDisplay(controller, parameters);
-        if (const auto* failure = std::get_if<ControlFailure>(&named)) return *failure;
-        display = std::get<std::string>(std::move(named));
+        if (!named) return named.error();
+        display = *std::move(named);
     }
     const auto slot = lookUpSlot(controller, *display, wanted);
-    if (const auto* failure = std::get_if<ControlFailure>(&slot)) return *failure;
-    return tileTargetID(*display, std::get<TileSlot>(slot).id);
+    if (!slot) return slot.error();
+    return tileTargetID(*display, slot->id);
 }
 
 ControlReply placeWindow(WorkspaceController& controller, const JsonCursor& parameters) {
     auto window = namedWindow(controller, parameters);
-    if (const auto* failure = std::get_if<ControlFailure>(&window)) return *failure;
-    auto& windowID = std::get<std::optional<std::string>>(window);
+    if (!window) return window.error();
+    auto& windowID = *window;
     auto tile = wantedTile(controller, parameters, parameters.required("tile").string(), windowID);
-    if (const auto* failure = std::get_if<ControlFailure>(&tile)) return *failure;
-    return carriedOut(controller, parameters,
-                      command::Place{std::move(windowID), std::get<std::string>(std::move(tile))});
+    if (!tile) return tile.error();
+    return carriedOut(controller, parameters, command::Place{std::move(windowID), *std::move(tile)});
 }
 
 ControlReply swapWindows(WorkspaceController& controller, const JsonCursor& parameters) {
     const std::string with = parameters.required("with").string();
     if (const auto direction = directionNamed(with)) {
         auto window = wantedWindow(controller, parameters);
-        if (const auto* failure = std::get_if<ControlFailure>(&window)) return *failure;
-        return carriedOut(controller, parameters,
-                          command::Swap{std::get<std::optional<std::string>>(std::move(window)), *direction});
+        if (!window) return window.error();
+        return carriedOut(controller, parameters, command::Swap{*std::move(window), *direction});
     }
     auto window = namedWindow(controller, parameters);
-    if (const auto* failure = std::get_if<ControlFailure>(&window)) return *failure;
-    auto& windowID = std::get<std::optional<std::string>>(window);
+    if (!window) return window.error();
+    auto& windowID = *window;
     auto tile = wantedTile(controller, parameters, with, windowID);
-    if (const auto* failure = std::get_if<ControlFailure>(&tile)) return *failure;
-    return carriedOut(controller, parameters,
-                      command::Swap{std::move(windowID), std::get<std::string>(std::move(tile))});
+    if (!tile) return tile.error();
+    return carriedOut(controller, parameters, command::Swap{std::move(windowID), *std::move(tile)});
 }
 
 ControlReply focusWindow(WorkspaceController& controller, const JsonCursor& parameters) {
     (void)parameters.required("window");
     auto window = namedWindow(controller, parameters);
-    if (const auto* failure = std::get_if<ControlFailure>(&window)) return *failure;
-    return carriedOut(controller, parameters,
-                      command::FocusWindow{std::get<std::optional<std::string>>(std::move(window))});
+    if (!window) return window.error();
+    return carriedOut(controller, parameters, command::FocusWindow{*std::move(window)});
 }
 
 ControlReply focusDisplay(WorkspaceController& controller, const JsonCursor& parameters) {
     auto display = displayChoice(controller, parameters);
-    if (const auto* failure = std::get_if<ControlFailure>(&display)) return *failure;
-    return carriedOut(controller, parameters, command::FocusDisplay{std::get<DisplayChoice>(std::move(display))});
+    if (!display) return display.error();
+    return carriedOut(controller, parameters, command::FocusDisplay{*std::move(display)});
 }
 
 ControlReply moveToDisplay(WorkspaceController& controller, const JsonCursor& parameters) {
     auto window = wantedWindow(controller, parameters);
-    if (const auto* failure = std::get_if<ControlFailure>(&window)) return *failure;
+    if (!window) return window.error();
     auto display = displayChoice(controller, parameters);
-    if (const auto* failure = std::get_if<ControlFailure>(&display)) return *failure;
-    return carriedOut(controller, parameters,
-                      command::MoveToDisplay{std::get<std::optional<std::string>>(std::move(window)),
-                                             std::get<DisplayChoice>(std::move(display))});
+    if (!display) return display.error();
+    return carriedOut(controller, parameters, command::MoveToDisplay{*std::move(window), *std::move(display)});
 }
 
 ControlReply floatWindow(WorkspaceController& controller, const JsonCursor& parameters) {
@@ -199,12 +187,12 @@ ControlReply stepStack(WorkspaceController& controller, const JsonCursor& parame
     }
     if (const auto tile = parameters.optional("tile")) {
         auto found = wantedTile(controller, parameters, tile->string(), std::nullopt);
-        if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-        cycle.targetID = std::get<std::string>(std::move(found));
+        if (!found) return found.error();
+        cycle.targetID = *std::move(found);
     } else {
         auto window = wantedWindow(controller, parameters);
-        if (const auto* failure = std::get_if<ControlFailure>(&window)) return *failure;
-        cycle.windowID = std::get<std::optional<std::string>>(std::move(window));
+        if (!window) return window.error();
+        cycle.windowID = *std::move(window);
     }
     if (!isTrue(parameters, "dryRun")) return performAction(controller, cycle);
     if (auto failure = withoutPermission(controller)) return *failure;

@@ -13,14 +13,13 @@ namespace kova {
 
 /// The id of the window that the parameters name by "window", or that had the keyboard last on their "display"; absent
 /// when they name neither, which means the focused window.
-std::variant<std::optional<std::string>, ControlFailure> wantedWindow(const WorkspaceController& controller,
-                                                                      const JsonCursor& parameters);
+ControlResult<std::optional<std::string>> wantedWindow(const WorkspaceController& controller,
+                                                       const JsonCursor& parameters);
 
 /// The tile-target id of what `wanted` names: a whole id, or a tile of the display of the parameters, else of the
 /// window's, else of the current one.
-std::variant<std::string, ControlFailure> wantedTile(const WorkspaceController& controller,
-                                                     const JsonCursor& parameters, const std::string& wanted,
-                                                     const std::optional<std::string>& windowID);
+ControlResult<std::string> wantedTile(const WorkspaceController& controller, const JsonCursor& parameters,
+                                      const std::string& wanted, const std::optional<std::string>& windowID);
 
 ControlReply placeWindow(WorkspaceController& controller, const JsonCursor& parameters);
 ControlReply swapWindows(WorkspaceController& controller, const JsonCursor& parameters);

@@ -166,8 +166,8 @@ ControlReply explain(const WorkspaceController& controller, const JsonCursor& pa
     }
     if (auto failure = withoutPermission(controller)) return *failure;
     const auto found = lookUpWindowOrDialog(controller, named->string());
-    if (const auto* failure = std::get_if<ControlFailure>(&found)) return *failure;
-    const auto& window = std::get<ManagedWindow>(found);
+    if (!found) return found.error();
+    const auto& window = *found;
     return json{{"window", controlRecord::window(window, controller)},
                 {"lines", explainWindow(controller, window)},
                 {"decisions", json::array()}};

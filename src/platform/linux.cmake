@@ -3,4 +3,4 @@ pkg_check_modules(XCB REQUIRED IMPORTED_TARGET xcb xcb-dpms xcb-icccm xcb-randr 
 find_package(sdbus-c++ REQUIRED)
 
 kova_room(platform_linux platform/linux kova_platform_posix kova_app kova_text SDBusCpp::sdbus-c++ Threads::Threads)
-kova_room(platform_x11 platform/x11 kova_windowing PkgConfig::XCB)
+kova_room(platform_x11 platform/x11 kova_windowing kova_support_posix PkgConfig::XCB)

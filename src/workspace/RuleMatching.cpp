@@ -1,6 +1,7 @@
 #include "workspace/RuleMatching.h"
 
 #include "support/Overloaded.h"
+#include "support/Quoted.h"
 #include "support/text/Text.h"
 
 #include <algorithm>
@@ -11,10 +12,6 @@ namespace {
 
 bool hasTitleCriterion(const WorkspaceRule& rule) {
     return rule.titleContains && !rule.titleContains->empty();
-}
-
-std::string quoted(std::string_view text) {
-    return "“" + std::string(text) + "”";
 }
 
 std::string reasonText(RuleVerdict verdict, const WorkspaceRule& rule, const ManagedWindow& window) {

@@ -1,5 +1,7 @@
 #include "workspace/SceneRestoration.h"
 
+#include "support/Limits.h"
+
 #include <algorithm>
 #include <limits>
 #include <tuple>
@@ -34,8 +36,7 @@ std::vector<WorkspaceScenePlacement> inRestoringOrder(std::vector<WorkspaceScene
 }
 
 double clampedTileInset(double points) {
-    constexpr double kLargestInset = 100;
-    return std::clamp(points, 0.0, kLargestInset);
+    return std::clamp(points, 0.0, kLargestTileInset);
 }
 
 std::vector<std::string> slotsTaken(const std::vector<TileSlot>& slots, const std::string& slotID,

@@ -2,6 +2,7 @@
 
 #include "layout/LayoutCatalogue.h"
 #include "layout/LayoutSolver.h"
+#include "support/Limits.h"
 
 #include <array>
 #include <charconv>
@@ -10,7 +11,6 @@ namespace kova {
 
 namespace {
 
-constexpr double kLargestInset = 100;           // points
 constexpr double kLargestMinimumSize = 1 << 15; // points; no display is as large
 
 std::string text(double number) {
@@ -51,8 +51,8 @@ std::vector<std::string> correctStoredProfile(WorkspaceProfile& profile, const T
                         "; the automatic one is used");
         selection = DisplayLayoutSelection::automatic();
     }
-    if (!(profile.tileInset >= 0 && profile.tileInset <= kLargestInset)) {
-        lines.push_back("tileInset: " + text(profile.tileInset) + " is not between 0 and " + text(kLargestInset) +
+    if (!(profile.tileInset >= 0 && profile.tileInset <= kLargestTileInset)) {
+        lines.push_back("tileInset: " + text(profile.tileInset) + " is not between 0 and " + text(kLargestTileInset) +
                         "; " + text(kSlotInset) + " is used");
         profile.tileInset = kSlotInset;
     }

@@ -2,6 +2,7 @@
 #include "workspace/WorkspaceController.h"
 
 #include "layout/SpanFrame.h"
+#include "support/Limits.h"
 #include "workspace/LayoutMigration.h"
 #include "workspace/WorkspacePreferences.h"
 
@@ -281,8 +282,7 @@ bool WorkspaceController::resetLayoutSizes(const std::optional<std::string>& wan
 }
 
 bool WorkspaceController::setTileInset(double points) {
-    constexpr double kLargestInset = 100;
-    if (!(points >= 0 && points <= kLargestInset)) return false;
+    if (!(points >= 0 && points <= kLargestTileInset)) return false;
     if (points == state_.profile->tileInset) return true;
     if (!requireVisibleScreen()) return false;
     pushUndoSnapshot({"tile inset", applicationsOn(std::nullopt)});

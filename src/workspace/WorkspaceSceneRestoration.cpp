@@ -3,6 +3,7 @@
 
 #include "persistence/PreferenceKeys.h"
 #include "support/Log.h"
+#include "support/Quoted.h"
 #include "workspace/StackingOrder.h"
 #include "workspace/WindowMatching.h"
 #include "workspace/WindowNames.h"

@@ -1,6 +1,7 @@
 // Scenes as a list: captured, named, compared with what is on the screen.
 #include "workspace/WorkspaceController.h"
 
+#include "support/Quoted.h"
 #include "support/text/Text.h"
 #include "workspace/WindowNames.h"
 

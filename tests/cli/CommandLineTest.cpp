@@ -1,4 +1,5 @@
 // The real `kova` against a whole agent on the simulated desktop.
+#include "cli/Terminal.h"
 #include "cli/Verbs.h"
 #include "tests/cli/CommandRun.h"
 #include "tests/control/AgentStage.h"
@@ -133,7 +134,8 @@ TEST_F(CommandLine, AnAgentOfAnotherVersionIsNotMisunderstood) {
     for (const Words& words : {Words{"status"}, {"layout", "list"}, {"shortcut", "record", "undo"}, {"subscribe"}}) {
         auto command = begin(words);
         EXPECT_EQ(command->wait(), 1) << words[0];
-        EXPECT_NE(command->err.find("makes no sense"), std::string::npos) << words[0] << ": " << command->err;
+        EXPECT_NE(command->err.find("Unexpected response from the agent"), std::string::npos)
+            << words[0] << ": " << command->err;
     }
     const auto checked = run({"doctor"});
     EXPECT_EQ(checked.code, 1);
@@ -462,6 +464,21 @@ TEST_F(CommandLine, TablesAreAlignedAndTitlesCannotSteerTheTerminal) {
 display-UUID-OF-A::focus-main   Primary    15,15 1254x1382        1  Terminal
 display-UUID-OF-A::secondary-1  Secondary  1291,15 1254x1382      1  Notes
 )");
+}
+
+TEST_F(CommandLine, CharactersTakeTheColumnsThatTheTerminalGivesThem) {
+    const std::vector<std::pair<const char*, std::size_t>> cases = {
+        {"plain", 5}, {"漢字", 4}, {"⭐", 2}, {"⌚⚡", 4}, {"ที่", 1}, {"ਪੰ", 1}, {"e\u0301", 1}, {"─×…", 3}, {"😀", 2},
+    };
+    for (const auto& [text, columns] : cases) EXPECT_EQ(cli::columnsOf(text), columns) << text;
+
+    // In a locale that is not UTF-8 too.
+    environment[1] = "LANG=C";
+    environment.emplace_back("TZ=XYZ-5");
+    EXPECT_EQ(run({"scene", "capture", "⭐ ที่"}).code, 0);
+    const std::string list = run({"scene", "list"}).out;
+    EXPECT_EQ(list.substr(0, list.find(" ", list.find("2023"))), "NAME    CAPTURED             DISPLAYS  WINDOWS  ID\n"
+                                                                 "* ⭐ ที่  2023-11-15");
 }
 
 TEST_F(CommandLine, WhatWasDoneAndWhatCanMoveIsListed) {

@@ -1,5 +1,5 @@
 #include "cli/LogFiles.h"
-#include "cli/Pseudonyms.h"
+#include "cli/Redactor.h"
 #include "support/Version.h"
 #include "tests/cli/CommandRun.h"
 #include "tests/control/AgentStage.h"
@@ -106,25 +106,25 @@ TEST_F(Diagnosis, AReportTellsNothingThatPeopleHaveWritten) {
     EXPECT_NE(alone.find("no agent could be asked"), std::string::npos);
 }
 
-TEST(Pseudonyms, AreTheSameForTheSameTextInOneReportOnly) {
+TEST(Redactor, AreTheSameForTheSameTextInOneReportOnly) {
     const json tiles = {{"assigned", {{"d::left", "7:8"}}}, {"stacks", {{"d::left", {"7:8", "7:9"}}}}};
     const json record = {
         {"title", "Inbox"}, {"id", "7:8"},         {"unknownKey", "Inbox"}, {"list", {"Inbox", "Mail", 3}},
         {"empty", ""},      {"KOVA.x.v1", "dark"}, {"tiles", tiles}};
-    cli::Pseudonyms pseudonyms;
-    const json shown = pseudonyms.applied(record);
+    cli::Redactor redactor;
+    const json shown = redactor.applied(record);
     EXPECT_EQ(shown["id"], "7:8");
     EXPECT_EQ(shown["tiles"], tiles) << "whose window is in which tile is for everybody to see";
     EXPECT_EQ(shown["KOVA.x.v1"], "dark");
     EXPECT_EQ(shown["empty"], "");
-    EXPECT_EQ(pseudonyms.applied({{"KOVA.y.v1", {"Inbox"}}})["KOVA.y.v1"][0], shown["title"])
+    EXPECT_EQ(redactor.applied({{"KOVA.y.v1", {"Inbox"}}})["KOVA.y.v1"][0], shown["title"])
         << "a list may be anybody's";
     EXPECT_EQ(shown["list"][2], 3);
     EXPECT_EQ(shown["title"], shown["unknownKey"]);
     EXPECT_EQ(shown["title"], shown["list"][0]);
     EXPECT_NE(shown["title"], shown["list"][1]);
     EXPECT_EQ(shown.dump().find("Inbox"), std::string::npos);
-    EXPECT_NE(cli::Pseudonyms().applied(record)["title"], shown["title"]);
+    EXPECT_NE(cli::Redactor().applied(record)["title"], shown["title"]);
 }
 
 } // namespace

@@ -444,35 +444,33 @@ TEST_F(LineProtocol, SurvivesRandomBytes) {
 TEST(ControlClient, TellsASilentAgentFromNone) {
     const TemporaryFolder folder;
     const std::string path = (folder.path() / "s").string();
-    const auto troubleAt = [](const std::string& place) {
+    const auto failureAt = [](const std::string& place) {
         auto connected = ControlClient::connect(place);
-        if (const auto* failure = std::get_if<ConnectionFailure>(&connected)) return failure->trouble;
-        auto& client = std::get<ControlClient>(connected);
-        client.setPatience(std::chrono::milliseconds(30));
-        EXPECT_EQ(client.send("x"), std::nullopt);
-        return std::get<ConnectionFailure>(client.receive()).trouble;
+        if (!connected) return connected.error().kind;
+        connected->setTimeout(std::chrono::milliseconds(30));
+        EXPECT_EQ(connected->send("x"), std::nullopt);
+        return connected->receive().error().kind;
     };
-    EXPECT_EQ(troubleAt(path), ConnectionTrouble::noAgent);
-    EXPECT_EQ(troubleAt(std::string(200, 'x')), ConnectionTrouble::noAgent);
+    EXPECT_EQ(failureAt(path), ConnectionFailure::Kind::noAgent);
+    EXPECT_EQ(failureAt(std::string(200, 'x')), ConnectionFailure::Kind::noAgent);
     const int listening = socket(AF_UNIX, SOCK_STREAM, 0);
     const auto address = *controlSocketAddress(path);
     ASSERT_EQ(bind(listening, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
-    EXPECT_EQ(troubleAt(path), ConnectionTrouble::noAgent) << "a socket that a dead agent left";
+    EXPECT_EQ(failureAt(path), ConnectionFailure::Kind::noAgent) << "a socket that a dead agent left";
     ASSERT_EQ(::listen(listening, 1), 0);
-    EXPECT_EQ(troubleAt(path), ConnectionTrouble::silent);
+    EXPECT_EQ(failureAt(path), ConnectionFailure::Kind::silent);
     {
-        // An agent that says why it hangs up is heard, although it takes no request any more.
+        // The last line of an agent that closes the connection is received, although it takes no request any more.
         auto connected = ControlClient::connect(path);
         close(accept(listening, nullptr, nullptr)); // the one above
         const int theirs = accept(listening, nullptr, nullptr);
         ASSERT_EQ(write(theirs, "full\n", 5), 5);
         close(theirs);
-        auto& client = std::get<ControlClient>(connected);
-        EXPECT_EQ(client.send("x"), std::nullopt);
-        EXPECT_EQ(std::get<std::string>(client.receive()), "full");
+        EXPECT_EQ(connected->send("x"), std::nullopt);
+        EXPECT_EQ(*connected->receive(), "full");
     }
     close(listening);
-    if (geteuid() != 0) return; // only root can put somebody else's agent there
+    if (geteuid() != 0) return; // only root can run an agent of another user
     fs::permissions(folder.path(), fs::perms::all);
     int ready[2];
     ASSERT_EQ(pipe(ready), 0);
@@ -489,7 +487,7 @@ TEST(ControlClient, TellsASilentAgentFromNone) {
     char isListening = 0;
     EXPECT_EQ(read(ready[0], &isListening, 1), 1);
     EXPECT_EQ(isListening, 'y');
-    EXPECT_EQ(troubleAt(path), ConnectionTrouble::foreignAgent);
+    EXPECT_EQ(failureAt(path), ConnectionFailure::Kind::foreignAgent);
     kill(foreigner, SIGKILL);
     waitpid(foreigner, nullptr, 0);
 }

@@ -208,8 +208,8 @@ TEST(DocumentTransfer, HoldsNoMoreThanOneLargestDocumentAndNothingForLong) {
     const auto send = [&](const std::shared_ptr<Peer>& by, const std::string& text, bool more) -> std::string {
         const json parameters{{"text", text}, {"more", more}};
         const auto reply = transfer.importDocument(JsonCursor(parameters, ""), by);
-        if (const auto* failure = std::get_if<ControlFailure>(&reply)) return failure->message;
-        return std::get<json>(reply)["scenes"].dump();
+        if (!reply) return reply.error().message;
+        return (*reply)["scenes"].dump();
     };
     const auto one = std::make_shared<Peer>(), other = std::make_shared<Peer>();
     const std::string half(kLargestDocument / 2, ' ');

@@ -23,14 +23,14 @@ constexpr int kSendFlags = 0;
 
 } // namespace
 
-std::variant<ControlClient, ConnectionFailure> ControlClient::connect(const std::string& socketPath) {
+Result<ControlClient, ConnectionFailure> ControlClient::connect(const std::string& socketPath) {
     const auto address = controlSocketAddress(socketPath);
     if (!address) {
-        return ConnectionFailure{ConnectionTrouble::noAgent,
+        return ConnectionFailure{ConnectionFailure::Kind::noAgent,
                                  "There is no socket at “" + socketPath + "”: the path is empty or too long"};
     }
     const int descriptor = socket(AF_UNIX, SOCK_STREAM, 0);
-    if (descriptor < 0) return ConnectionFailure{ConnectionTrouble::noAgent, std::strerror(errno)};
+    if (descriptor < 0) return ConnectionFailure{ConnectionFailure::Kind::noAgent, std::strerror(errno)};
     ControlClient client(descriptor, socketPath);
 #if defined(SO_NOSIGPIPE)
     const int yes = 1;
@@ -39,11 +39,11 @@ std::variant<ControlClient, ConnectionFailure> ControlClient::connect(const std:
     if (::connect(descriptor, reinterpret_cast<const sockaddr*>(&*address), sizeof *address) != 0) {
         const std::string why =
             errno == ENOENT || errno == ECONNREFUSED ? "" : std::string(" (") + std::strerror(errno) + ")";
-        return ConnectionFailure{ConnectionTrouble::noAgent, "No agent answers at " + socketPath + why};
+        return ConnectionFailure{ConnectionFailure::Kind::noAgent, "No agent answers at " + socketPath + why};
     }
     if (peerUser(descriptor) != geteuid()) {
-        return ConnectionFailure{ConnectionTrouble::foreignAgent,
-                                 "Who listens at " + socketPath + " is another user's program"};
+        return ConnectionFailure{ConnectionFailure::Kind::foreignAgent,
+                                 "The program that listens at " + socketPath + " belongs to another user"};
     }
     return client;
 }
@@ -52,10 +52,10 @@ ControlClient::~ControlClient() {
     if (socket_ >= 0) close(socket_);
 }
 
-void ControlClient::setPatience(std::chrono::milliseconds patience) {
+void ControlClient::setTimeout(std::chrono::milliseconds timeout) {
     timeval limit{};
-    limit.tv_sec = static_cast<decltype(limit.tv_sec)>(patience.count() / 1000);
-    limit.tv_usec = static_cast<decltype(limit.tv_usec)>(patience.count() % 1000 * 1000);
+    limit.tv_sec = static_cast<decltype(limit.tv_sec)>(timeout.count() / 1000);
+    limit.tv_usec = static_cast<decltype(limit.tv_usec)>(timeout.count() % 1000 * 1000);
     setsockopt(socket_, SOL_SOCKET, SO_RCVTIMEO, &limit, sizeof limit);
 }
 
@@ -65,15 +65,15 @@ std::optional<ConnectionFailure> ControlClient::send(std::string line) {
     while (!rest.empty()) {
         const auto sent = ::send(socket_, rest.data(), rest.size(), kSendFlags);
         if (sent < 0 && errno == EINTR) continue;
-        if (sent < 0 && hasHeardLastWords()) return std::nullopt;
-        if (sent < 0) return ConnectionFailure{ConnectionTrouble::ended, "The agent at " + path_ + " has ended"};
+        if (sent < 0 && hasUnreadLine()) return std::nullopt;
+        if (sent < 0) return ConnectionFailure{ConnectionFailure::Kind::ended, "The agent at " + path_ + " has ended"};
         rest.remove_prefix(static_cast<std::size_t>(sent));
     }
     return std::nullopt;
 }
 
-/// An agent that hangs up may have said why.
-bool ControlClient::hasHeardLastWords() {
+/// Takes in what the agent sent before it closed the connection, which may be the reason.
+bool ControlClient::hasUnreadLine() {
     std::array<char, 4096> piece;
     for (ssize_t length; (length = recv(socket_, piece.data(), piece.size(), MSG_DONTWAIT)) > 0;) {
         received_.append(piece.data(), static_cast<std::size_t>(length));
@@ -89,7 +89,7 @@ std::optional<std::string> ControlClient::takeLine(std::size_t searched) {
     return line;
 }
 
-std::variant<std::optional<std::string>, ConnectionFailure> ControlClient::receiveAvailable() {
+Result<std::optional<std::string>, ConnectionFailure> ControlClient::receiveAvailable() {
     std::array<char, 16 * 1024> piece;
     for (std::size_t searched = 0;;) {
         if (auto line = takeLine(searched)) return line;
@@ -100,12 +100,12 @@ std::variant<std::optional<std::string>, ConnectionFailure> ControlClient::recei
         } else if (length < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) {
             return std::optional<std::string>{};
         } else if (length == 0 || errno != EINTR) {
-            return ConnectionFailure{ConnectionTrouble::ended, "The agent at " + path_ + " has ended"};
+            return ConnectionFailure{ConnectionFailure::Kind::ended, "The agent at " + path_ + " has ended"};
         }
     }
 }
 
-std::variant<std::string, ConnectionFailure> ControlClient::receive() {
+Result<std::string, ConnectionFailure> ControlClient::receive() {
     std::array<char, 16 * 1024> piece;
     for (std::size_t searched = 0;;) {
         if (auto line = takeLine(searched)) return *std::move(line);
@@ -114,9 +114,10 @@ std::variant<std::string, ConnectionFailure> ControlClient::receive() {
         if (length > 0) {
             received_.append(piece.data(), static_cast<std::size_t>(length));
         } else if (length < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) {
-            return ConnectionFailure{ConnectionTrouble::silent, "The agent at " + path_ + " does not answer"};
+            return ConnectionFailure{ConnectionFailure::Kind::silent, "The agent at " + path_ + " does not answer"};
         } else if (length == 0 || errno != EINTR) {
-            return ConnectionFailure{ConnectionTrouble::ended, "The agent at " + path_ + " ended before it answered"};
+            return ConnectionFailure{ConnectionFailure::Kind::ended,
+                                     "The agent at " + path_ + " ended before it answered"};
         }
     }
 }

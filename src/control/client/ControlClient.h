@@ -1,30 +1,30 @@
 // A connection to the agent, for programs that ask and wait: one line out, one line back.
 #pragma once
 
+#include "support/Result.h"
+
 #include <chrono>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
-#include <variant>
 
 namespace kova {
 
-enum class ConnectionTrouble {
-    noAgent,      // nobody listens there
-    foreignAgent, // who listens is not this user
-    silent,       // connected, but no answer came in time
-    ended,        // the agent went away
-};
-
 struct ConnectionFailure {
-    ConnectionTrouble trouble = ConnectionTrouble::noAgent;
+    enum class Kind {
+        noAgent,      // no process listens there
+        foreignAgent, // the listening process belongs to another user
+        silent,       // connected, but no answer came in time
+        ended,        // the agent closed the connection
+    };
+    Kind kind = Kind::noAgent;
     std::string message; // for a person
 };
 
 class ControlClient {
   public:
-    static std::variant<ControlClient, ConnectionFailure> connect(const std::string& socketPath);
+    static Result<ControlClient, ConnectionFailure> connect(const std::string& socketPath);
 
     ControlClient(ControlClient&& other) noexcept :
         socket_(std::exchange(other.socket_, -1)), received_(std::move(other.received_)),
@@ -32,22 +32,22 @@ class ControlClient {
     ControlClient& operator=(ControlClient&&) = delete;
     ~ControlClient();
 
-    /// How long a read waits; zero: for ever, which is what a new connection does.
-    void setPatience(std::chrono::milliseconds patience);
-    /// Sends one line; `line` has no line break. Absent when it was sent, or when the agent hung up with a line that is
-    /// still to be received.
+    /// How long a read waits; zero, as in a new connection: without end.
+    void setTimeout(std::chrono::milliseconds timeout);
+    /// Sends one line; `line` has no line break. Absent when it was sent, or when the agent has closed the connection
+    /// and a line of it is still to be received.
     std::optional<ConnectionFailure> send(std::string line);
     /// The next line, without its line break.
-    std::variant<std::string, ConnectionFailure> receive();
+    Result<std::string, ConnectionFailure> receive();
 
     /// For event loops: readable when something came or the agent has ended.
     int descriptor() const { return socket_; }
     /// As `receive`, but absent instead of waiting when no complete line has come yet.
-    std::variant<std::optional<std::string>, ConnectionFailure> receiveAvailable();
+    Result<std::optional<std::string>, ConnectionFailure> receiveAvailable();
 
   private:
     std::optional<std::string> takeLine(std::size_t searched);
-    bool hasHeardLastWords();
+    bool hasUnreadLine();
 
     ControlClient(int socket, std::string path) : socket_(socket), path_(std::move(path)) {}
 

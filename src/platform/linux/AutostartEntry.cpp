@@ -2,11 +2,11 @@
 
 #include "platform/linux/DesktopEntries.h"
 #include "platform/linux/ExecLine.h"
-
-#include <unistd.h>
+#include "support/posix/AtomicFile.h"
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <string_view>
@@ -231,22 +231,13 @@ bool AutostartEntry::isAsWritten(const std::string& text) const {
 
 /// What was wrong; absent when the entry is the text now. At every moment it is the old or the new one.
 std::optional<std::string> AutostartEntry::replace(const std::string& text) const {
-    std::error_code error, ignored;
+    std::error_code ignored;
     fs::create_directories(entry_.parent_path(), ignored); // what is in the way shows when the file is written
-    // An entry may be a link into somebody's collection of settings.
+    // An entry may be a link into a collection of settings.
     const fs::path target = fs::is_symlink(entry_, ignored) ? fs::weakly_canonical(entry_, ignored) : entry_;
-    const fs::path draft = target.string() + "." + std::to_string(getpid());
-    errno = 0;
-    {
-        std::ofstream stream(draft, std::ios::binary | std::ios::trunc);
-        stream << text;
-        stream.flush();
-        if (!stream) error = std::error_code(errno, std::generic_category());
-    }
-    if (!error) fs::rename(draft, target, error);
-    if (!error) return std::nullopt;
-    fs::remove(draft, ignored);
-    return target.string() + ": " + error.message();
+    const int error = replaceFileAtomically(target, text, {});
+    if (error == 0) return std::nullopt;
+    return target.string() + ": " + std::strerror(error);
 }
 
 } // namespace kova

@@ -4,6 +4,7 @@
 #include "platform/linux/XdgFolders.h"
 #include "support/Dates.h"
 #include "support/JsonDecoding.h"
+#include "support/posix/AtomicFile.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -124,24 +125,9 @@ bool isRecord(const std::optional<PreferenceValue>& value) {
     return value && std::holds_alternative<PreferenceData>(*value);
 }
 
-class Descriptor {
-  public:
-    explicit Descriptor(int number) : number_(number) {}
-    ~Descriptor() {
-        if (number_ >= 0) close(number_);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    int number() const { return number_; }
-    bool isOpen() const { return number_ >= 0; }
-
-  private:
-    int number_;
-};
-
 /// 0 when all is in `text`, else the error.
 int readAll(const fs::path& file, std::string& text) {
-    // Not blocking: somebody may have put a pipe there.
+    // Not blocking: it may be a pipe.
     const Descriptor descriptor(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!descriptor.isOpen()) return errno;
     struct stat status {};
@@ -157,21 +143,6 @@ int readAll(const fs::path& file, std::string& text) {
         if (count < 0) return errno;
         text.append(chunk, static_cast<std::size_t>(count));
     }
-}
-
-/// 0 when all of the text is on disk, else the error.
-int writeDurably(int descriptor, std::string_view text) {
-    while (!text.empty()) {
-        const auto count = ::write(descriptor, text.data(), text.size());
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0) return errno;
-        text.remove_prefix(static_cast<std::size_t>(count));
-    }
-    return fsync(descriptor) == 0 ? 0 : errno;
-}
-
-std::string draftPrefix(const fs::path& target) {
-    return "." + target.filename().string() + ".draft-";
 }
 
 /// What a killed process left behind.
@@ -320,7 +291,8 @@ std::string PreferencesFile::keepCopies(const fs::path& target, const Preference
         int error = readAll(target, text);
         if (error == 0) {
             const Descriptor copy(open(aside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
-            error = copy.isOpen() ? writeDurably(copy.number(), text) : errno;
+            const bool isKept = copy.isOpen() && writeAll(copy.number(), text) && fsync(copy.number()) == 0;
+            error = isKept ? 0 : errno;
             if (copy.isOpen() && error != 0) unlink(aside.c_str());
         }
         if (error != 0) return "no copy of " + target.string() + " could be kept: " + reasonOf(error);
@@ -398,26 +370,13 @@ std::string PreferencesFile::replace(const fs::path& target, const std::string& 
     if (target == path_ && !createPrivateFolder(folder)) {
         return "cannot make the folder " + folder.string() + ": " + reasonOf(errno);
     }
-    const auto draft = folder / (draftPrefix(target) + std::to_string(getpid()));
     const auto failure = [&target](int error) { return "cannot write " + target.string() + ": " + reasonOf(error); };
     // At the next start it would be set aside as damaged, with all that is in it.
     if (text.size() > static_cast<std::size_t>(kLargestFileBytes)) return failure(EFBIG);
     struct stat status {};
-    {
-        const Descriptor file(open(draft.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600));
-        if (!file.isOpen()) return failure(errno);
-        int error = writeDurably(file.number(), text);
-        if (error == 0 && fstat(file.number(), &status) != 0) error = errno;
-        if (error != 0) {
-            unlink(draft.c_str());
-            return failure(error);
-        }
-    }
-    if (rename(draft.c_str(), target.c_str()) != 0) {
-        const int error = errno;
-        unlink(draft.c_str());
-        return failure(error);
-    }
+    const int error = replaceFileAtomically(
+        target, text, {.mode = 0600, .durability = Durability::contentSurvivesPowerLoss}, &status);
+    if (error != 0) return failure(error);
     knownFingerprint_ = fingerprintOf(status);
     isNameOnDisk_ = false;
     return {};

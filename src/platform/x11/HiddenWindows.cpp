@@ -1,5 +1,7 @@
 #include "platform/x11/HiddenWindows.h"
 
+#include "support/posix/AtomicFile.h"
+
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -184,13 +186,9 @@ void HiddenWindows::writeFile() {
         list += R"(    {"window": )" + std::to_string(hidden.window) + R"(, "process": )" +
                 std::to_string(hidden.processIdentifier) + R"(, "how": ")" + word(hidden.how) + R"("})";
     }
-    const std::string aside = path_ + ".new";
-    {
-        std::ofstream file(aside, std::ios::trunc);
-        file << "{\n  \"windows\": [" << list << "\n  ]\n}\n";
-        if (!file.flush()) return;
-    }
-    std::rename(aside.c_str(), path_.c_str());
+    // Best effort, and not to the disk: hidden windows do not outlive the session.
+    const FileReplacement how{.durability = Durability::survivesProcess};
+    (void)replaceFileAtomically(path_, "{\n  \"windows\": [" + list + "\n  ]\n}\n", how);
 }
 
 } // namespace kova::x11

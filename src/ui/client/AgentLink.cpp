@@ -20,12 +20,11 @@ void AgentLink::start() {
 
 void AgentLink::connectNow() {
     auto connected = ControlClient::connect(socketPath_);
-    auto* client = std::get_if<ControlClient>(&connected);
-    if (!client) {
+    if (!connected) {
         retry_.start(pauseBeforeAttempt(attempts_++));
         return;
     }
-    client_ = std::make_unique<ControlClient>(std::move(*client));
+    client_ = std::make_unique<ControlClient>(std::move(*connected));
     readable_ = std::make_unique<QSocketNotifier>(client_->descriptor(), QSocketNotifier::Read);
     connect(readable_.get(), &QSocketNotifier::activated, this, [this] { read(); });
     send(mirror_.connected());
@@ -34,8 +33,8 @@ void AgentLink::connectNow() {
 void AgentLink::read() {
     while (client_) {
         auto received = client_->receiveAvailable();
-        if (std::holds_alternative<ConnectionFailure>(received)) return lose();
-        auto& line = std::get<std::optional<std::string>>(received);
+        if (!received) return lose();
+        const std::optional<std::string>& line = *received;
         if (!line) return;
         attempts_ = 0;
         if (std::string reply = mirror_.receive(*line); !reply.empty()) send(std::move(reply));

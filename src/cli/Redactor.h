@@ -1,6 +1,6 @@
-// Makes records fit to be shown to others: what people have written (titles, names of scenes, messages) is replaced by
-// words made up at random, the same text by the same word. Nobody can tell the text from the word, also not by trying
-// texts, and words of two reports have nothing to do with each other.
+// Replaces private texts in a record (titles, names of scenes, messages) by random words, the same text by the same
+// word. The words are not derived from the texts, so that no text can be found by trying, and differ from report to
+// report.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -12,7 +12,7 @@
 
 namespace kova::cli {
 
-class Pseudonyms {
+class Redactor {
   public:
     /// The record with every text replaced, but for those under keys that are known to hold nothing of the kind:
     /// ids, applications, kinds of things. A key that is not known yet is thus no leak.

@@ -1,4 +1,4 @@
-#include "cli/Pseudonyms.h"
+#include "cli/Redactor.h"
 
 #include <algorithm>
 #include <array>
@@ -73,7 +73,7 @@ bool isHarmless(std::string_view key) {
 
 } // namespace
 
-std::string Pseudonyms::wordFor(const std::string& text) {
+std::string Redactor::wordFor(const std::string& text) {
     if (text.empty()) return text;
     std::string& word = words_[text];
     if (word.empty()) {
@@ -84,11 +84,11 @@ std::string Pseudonyms::wordFor(const std::string& text) {
     return word;
 }
 
-json Pseudonyms::applied(const json& record) {
+json Redactor::applied(const json& record) {
     return applied(record, "");
 }
 
-json Pseudonyms::applied(const json& value, std::string_view key) {
+json Redactor::applied(const json& value, std::string_view key) {
     if (value.is_string()) return isHarmless(key) ? value : json(wordFor(value.get<std::string>()));
     json out = value;
     if (value.is_object()) {

@@ -1,0 +1,110 @@
+#include "cli/AgentNames.h"
+
+#include "cli/Agent.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <string_view>
+
+namespace kova::cli {
+
+namespace {
+
+using nlohmann::json;
+
+/// Below what a person notices; a longer delay would hold up the completion key.
+constexpr std::chrono::milliseconds kTimeout{300};
+
+std::string textOf(const json& value) {
+    if (value.is_string()) return value.get<std::string>();
+    return value.is_number_integer() ? std::to_string(value.get<std::int64_t>()) : "";
+}
+
+/// The records of the agent's answer; empty without an agent and after the timeout.
+json recordsFrom(std::string_view method, const char* records) {
+    auto agent = Agent::connect();
+    if (!agent) return json::array();
+    auto answer = agent->ask(method, json::object(), kTimeout);
+    return answer && answer->contains(records) ? (*answer)[records] : json::array();
+}
+
+std::vector<Candidate> namesFrom(std::string_view method, const char* records, const char* name,
+                                 const char* description) {
+    std::vector<Candidate> names;
+    for (const json& record : recordsFrom(method, records)) {
+        names.push_back({textOf(record.value(name, json())), textOf(record.value(description, json()))});
+    }
+    return names;
+}
+
+} // namespace
+
+std::vector<Candidate> layoutNames() {
+    auto names = namesFrom("layout.list", "layouts", "id", "name");
+    // What follows the last dot of a layout's id is enough.
+    for (Candidate& name : names) name.text.erase(0, name.text.rfind('.') + 1);
+    return names;
+}
+
+std::vector<Candidate> layoutChoices() {
+    auto choices = layoutNames();
+    choices.push_back({"automatic", "as the display's shape decides"});
+    return choices;
+}
+
+std::vector<Candidate> windowNames() {
+    const json windows = recordsFrom("query.windows", "windows");
+    std::vector<Candidate> names;
+    for (const json& window : windows) {
+        // By its application, or by its title where the application has several windows.
+        const auto isOfTheSame = [&](const json& other) { return other.at("application") == window.at("application"); };
+        const bool isAlone = std::count_if(windows.begin(), windows.end(), isOfTheSame) == 1;
+        const std::string application = textOf(window.at("application"));
+        const std::string title = textOf(window.at("title"));
+        names.push_back(isAlone ? Candidate{application, title} : Candidate{title, application});
+    }
+    return names;
+}
+
+std::vector<Candidate> displayNames() {
+    return namesFrom("query.displays", "displays", "name", "id");
+}
+
+std::vector<Candidate> tileNames() {
+    return namesFrom("query.tiles", "tiles", "slot", "name");
+}
+
+std::vector<Candidate> splitNames() {
+    return namesFrom("divider.list", "dividers", "split", "axis");
+}
+
+std::vector<Candidate> boundaryNames() {
+    return namesFrom("divider.list", "dividers", "boundary", "split");
+}
+
+std::vector<Candidate> applicationNames() {
+    return namesFrom("app.list", "applications", "id", "name");
+}
+
+std::vector<Candidate> sceneNames() {
+    return namesFrom("scene.list", "scenes", "name", "createdAt");
+}
+
+std::vector<Candidate> ruleNames() {
+    return namesFrom("rule.list", "rules", "name", "disposition");
+}
+
+std::vector<Candidate> themeNames() {
+    return namesFrom("theme.list", "themes", "id", "displayName");
+}
+
+std::vector<Candidate> accentColorNames() {
+    return namesFrom("accent.list", "accentColors", "id", "displayName");
+}
+
+std::vector<Candidate> shortcutActionNames() {
+    return namesFrom("shortcut.list", "shortcuts", "action", "title");
+}
+
+} // namespace kova::cli

@@ -1,0 +1,30 @@
+// Names that the agent knows, for the completion of a parameter's value. No names when no agent answers at once.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace kova::cli {
+
+struct Candidate {
+    std::string text;
+    std::string description{}; // may be empty
+    bool operator==(const Candidate&) const = default;
+};
+
+std::vector<Candidate> layoutNames();
+/// The same and “automatic”.
+std::vector<Candidate> layoutChoices();
+std::vector<Candidate> displayNames();
+std::vector<Candidate> windowNames();
+std::vector<Candidate> tileNames();
+std::vector<Candidate> splitNames();
+std::vector<Candidate> boundaryNames();
+std::vector<Candidate> applicationNames();
+std::vector<Candidate> sceneNames();
+std::vector<Candidate> ruleNames();
+std::vector<Candidate> themeNames();
+std::vector<Candidate> accentColorNames();
+std::vector<Candidate> shortcutActionNames();
+
+} // namespace kova::cli

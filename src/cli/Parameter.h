@@ -1,0 +1,154 @@
+// What a verb takes, one object each: the parser reads its value into the request, the help explains it and the
+// completion offers values for it.
+#pragma once
+
+#include "cli/AgentNames.h"
+
+#include <array>
+#include <initializer_list>
+#include <limits>
+#include <span>
+#include <string_view>
+
+namespace kova::cli {
+
+struct Parameter {
+    enum class Kind {
+        flag,        // present or not
+        name,        // text that is not empty
+        text,        // any text
+        file,        // a path
+        choice,      // one of `words`
+        onOff,       // “on” or “off”, a boolean in the request
+        wholeNumber, // from `least` to `most`
+        number,      // the same with a fraction
+    };
+    enum class Use { request, own };
+
+    Kind kind = Kind::name;
+    const char* key = "";                        // of the value in the request, or in the command line's own values
+    std::string_view flag{};                     // "--display"; empty for a word by itself
+    std::string_view value{};                    // "DISPLAY", in the help
+    std::string_view meaning{};                  // in the help
+    std::string_view words{};                    // "left right": what the completion offers, besides names
+    std::vector<Candidate> (*names)() = nullptr; // known to the agent
+    double least = 0;
+    double most = std::numeric_limits<int>::max(); // that much means: no limit
+    bool isRequired = true;
+    Use use = Use::request;
+
+    constexpr bool isWord() const { return flag.empty(); }
+    /// The same, not required.
+    constexpr Parameter optional() const {
+        Parameter copy = *this;
+        copy.isRequired = false;
+        return copy;
+    }
+    /// The same as an option, not required.
+    constexpr Parameter asOption(std::string_view name) const {
+        Parameter copy = optional();
+        copy.flag = name;
+        return copy;
+    }
+    constexpr Parameter withValue(std::string_view name) const {
+        Parameter copy = *this;
+        copy.value = name;
+        return copy;
+    }
+    constexpr Parameter meaningThat(std::string_view text) const {
+        Parameter copy = *this;
+        copy.meaning = text;
+        return copy;
+    }
+};
+
+/// The parameters of one verb: words in their order, and options.
+class ParameterList {
+  public:
+    constexpr ParameterList() = default;
+    constexpr ParameterList(std::initializer_list<Parameter> list) {
+        for (const Parameter& each : list) all_.at(count_++) = each;
+    }
+    constexpr const Parameter* begin() const { return all_.data(); }
+    constexpr const Parameter* end() const { return all_.data() + count_; }
+
+  private:
+    std::array<Parameter, 6> all_{};
+    std::size_t count_ = 0;
+};
+
+// Those that several verbs take.
+
+inline constexpr Parameter kJson{.kind = Parameter::Kind::flag,
+                                 .key = "json",
+                                 .flag = "--json",
+                                 .meaning = "print the agent's answer as JSON",
+                                 .isRequired = false,
+                                 .use = Parameter::Use::own}; // taken by every verb
+inline constexpr Parameter kDryRun{.kind = Parameter::Kind::flag,
+                                   .key = "dryRun",
+                                   .flag = "--dry-run",
+                                   .meaning = "only say what would be done",
+                                   .isRequired = false};
+inline constexpr Parameter kOnOff{
+    .kind = Parameter::Kind::onOff, .key = "isOn", .value = "on|off", .meaning = "on or off", .words = "on off"};
+inline constexpr Parameter kDirection{.kind = Parameter::Kind::choice,
+                                      .key = "direction",
+                                      .value = "DIRECTION",
+                                      .meaning = "left, right, up or down",
+                                      .words = "left right up down"};
+inline constexpr Parameter kDisplay{.key = "display",
+                                    .flag = "--display",
+                                    .value = "DISPLAY",
+                                    .meaning = "number, name or id of a display (default: the current one)",
+                                    .names = displayNames,
+                                    .isRequired = false};
+inline constexpr Parameter kOtherDisplay{.key = "to",
+                                         .value = "TO",
+                                         .meaning = "next, previous, or number, name or id of a display",
+                                         .words = "next previous",
+                                         .names = displayNames};
+inline constexpr Parameter kWindow{.key = "window",
+                                   .value = "WINDOW",
+                                   .meaning = "id, application or title of a window, or a part of them",
+                                   .names = windowNames};
+inline constexpr Parameter kWindowOption =
+    kWindow.asOption("--window").meaningThat("id, application or title of a window (default: the focused one)");
+inline constexpr Parameter kTile{.key = "tile",
+                                 .value = "TILE",
+                                 .meaning = "id, number or name of a tile, on the window's display",
+                                 .names = tileNames};
+inline constexpr Parameter kApplication{.key = "application",
+                                        .value = "APP",
+                                        .meaning = "id or name of an application, or a part of it",
+                                        .names = applicationNames};
+inline constexpr Parameter kListedApplication =
+    kApplication.meaningThat("id or name of an application, or a part of it, as “app list” names it");
+inline constexpr Parameter kScene{
+    .key = "scene", .value = "SCENE", .meaning = "name of a scene, or its id", .names = sceneNames};
+inline constexpr Parameter kRule{.key = "rule",
+                                 .value = "RULE",
+                                 .meaning = "number, name or id of a rule, as “rule list” tells them, or a part of it",
+                                 .names = ruleNames};
+inline constexpr Parameter kDisposition{.kind = Parameter::Kind::choice,
+                                        .key = "disposition",
+                                        .value = "DISPOSITION",
+                                        .meaning = "“tile” with a SLOT, “float” or “ignore”",
+                                        .words = "tile float ignore"};
+inline constexpr Parameter kDispositionSlot{
+    .key = "slot",
+    .value = "SLOT",
+    .meaning = "with “tile”: a slot of any layout, or number or name of a tile in force",
+    .names = tileNames,
+    .isRequired = false};
+inline constexpr Parameter kShortcutAction{.key = "action",
+                                           .value = "ACTION",
+                                           .meaning = "name or title of an action, or a part of it",
+                                           .names = shortcutActionNames};
+inline constexpr Parameter kFile{.kind = Parameter::Kind::file,
+                                 .key = "file",
+                                 .value = "FILE",
+                                 .meaning = "a JSON file; “-” for the standard stream",
+                                 .use = Parameter::Use::own};
+
+} // namespace kova::cli

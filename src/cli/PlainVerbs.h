@@ -1,0 +1,18 @@
+// The verbs that are one request and an answer, and those that take the place of one.
+#pragma once
+
+#include "cli/Verbs.h"
+
+namespace kova::cli {
+
+/// Carries the verb out, whatever it takes.
+ExitCode run(const Verb& verb, const Arguments& arguments);
+/// Prints the agent's answer to the verb, as JSON if asked.
+ExitCode printAnswer(const Verb& verb, const Arguments& arguments, const nlohmann::json& result);
+
+/// Without a URL the agent is started unless it runs; it takes the place of this process.
+ExitCode runOpen(const Verb& verb, const Arguments& arguments);
+/// Prints each change until interrupted.
+ExitCode runSubscribe(const Verb& verb, const Arguments& arguments);
+
+} // namespace kova::cli

@@ -1,0 +1,263 @@
+// The rows of the verbs for applications, scenes and rules.
+#pragma once
+
+#include "cli/ApplicationOutput.h"
+#include "cli/ApplicationVerbs.h"
+#include "cli/Output.h"
+#include "cli/SceneOutput.h"
+#include "cli/Verbs.h"
+
+#include <array>
+
+namespace kova::cli {
+
+constexpr Parameter kRuleApplication = kApplication.asOption("--app").withValue("ID");
+
+inline std::optional<std::string> checkDisposition(const Arguments& arguments) {
+    const bool isTile = arguments.request.value("disposition", "") == "tile";
+    if (isTile && !arguments.has("slot")) return "SLOT is missing";
+    if (!isTile && arguments.has("slot")) return "only “tile” takes a SLOT";
+    return std::nullopt;
+}
+
+inline std::optional<std::string> checkNewRule(const Arguments& arguments) {
+    if (arguments.has("application") == arguments.has("focused")) return "either --app or --focused is needed";
+    return checkDisposition(arguments);
+}
+
+inline std::optional<std::string> checkRuleChange(const Arguments& arguments) {
+    if (const auto problem = checkDisposition(arguments)) return problem;
+    if (!arguments.has("disposition") && !arguments.has("title")) return "either a DISPOSITION or --title is needed";
+    return std::nullopt;
+}
+
+inline constexpr auto kSceneVerbs = std::to_array<Verb>({
+    {"launch",
+     "launch",
+     "launch an application into a tile",
+     "Starts the application, or asks one that runs for a window. The first window of it that has no tile, or that "
+     "appears within 20 seconds, is put into the tile. Fails when the application cannot be started.",
+     "kova launch maps --tile focus-main\nkova launch maps --tile 1 --display 1",
+     {kListedApplication,
+      {.key = "tile",
+       .flag = "--tile",
+       .value = "SLOT",
+       .meaning = "id, number or name of a tile of the display's layout",
+       .names = tileNames},
+      kDisplay},
+     printLaunch,
+     runLaunch},
+    {"app list",
+     "app.list",
+     "list the applications that can be launched",
+     "What a menu of applications shows.",
+     "kova app list",
+     {},
+     printApplications},
+    {"app quit",
+     "app.quit",
+     "ask the application of a window to quit",
+     "As if its user had: it may ask back, take its time, or stay.",
+     "kova app quit mail",
+     {kWindow},
+     printMessage},
+    {"app force-quit",
+     "app.forceQuit",
+     "end the application of a window without asking it",
+     "What was not saved is lost. What the desktop consists of stays open.",
+     "kova app force-quit notes",
+     {kWindow},
+     printMessage},
+    {"app forget",
+     "app.forget",
+     "drop what was learned of an application",
+     "The minimum sizes that its windows have shown, and the tiles in which it is usually kept. Its windows are then "
+     "put into tiles as if they were new, and what they show is learned again.",
+     "kova app forget mail",
+     {kListedApplication},
+     printMessage},
+    {"force-quit-all",
+     "forceQuitAll",
+     "end all open applications without asking them",
+     "Names them and asks first; where there is no terminal to ask at it needs --yes. The agent, the file manager and "
+     "what else the desktop consists of stay open.",
+     "kova force-quit-all --yes",
+     {{.kind = Parameter::Kind::flag,
+       .key = "yes",
+       .flag = "--yes",
+       .meaning = "do it without asking",
+       .isRequired = false,
+       .use = Parameter::Use::own}},
+     printForceQuit,
+     runForceQuitAll},
+    {"scene capture",
+     "scene.capture",
+     "save the workspace as a scene",
+     "A Scene restores layouts, windows, tile stacks, display roles, and theme. It is added to the list; none is "
+     "replaced, also when it has the same name.",
+     "kova scene capture Work\nkova scene capture",
+     {{.key = "name",
+       .value = "NAME",
+       .meaning = "of the scene (default: “Workspace” and the time)",
+       .isRequired = false}},
+     printMessage},
+    {"scene list",
+     "scene.list",
+     "list the scenes",
+     "The newest last; the one opened or captured last is marked.",
+     "kova scene list",
+     {},
+     printScenes},
+    {"scene show",
+     "scene.show",
+     "show what a scene holds",
+     "Its displays with their layouts, and its windows with their tiles.",
+     "kova scene show Work",
+     {kScene},
+     printScene},
+    {"scene open",
+     "scene.open",
+     "bring a scene back",
+     "Layouts, sizes and look come back, and every window goes to its tile and stack. Applications that do not run "
+     "are launched behind the others, and their windows follow within 25 seconds. With --wait the command ends when "
+     "all of them are there or the time is over, names what became of each, and exits with 1 when some never came. "
+     "Opening a scene twice moves nothing the second time. One undo step.",
+     "kova scene open Work\nkova scene open work --wait",
+     {kScene,
+      {.kind = Parameter::Kind::flag,
+       .key = "wait",
+       .flag = "--wait",
+       .meaning = "wait until every window is placed or has not come in time",
+       .isRequired = false}},
+     printOpenedScene,
+     runSceneOpen},
+    {"scene diff",
+     "scene.diff",
+     "say what differs between a scene and now",
+     "A line for each thing that opening the scene would change; windows are matched as they would be then.",
+     "kova scene diff Work",
+     {kScene},
+     printDifferences},
+    {"scene rename",
+     "scene.rename",
+     "give a scene another name",
+     "“undo” does not take this back. Importing what was exported before does, once the scene is deleted: what is "
+     "there wins over what is in a file.",
+     "kova scene rename Work Desk",
+     {kScene, {.key = "newName", .value = "NAME", .meaning = "the scene's new name"}},
+     printMessage},
+    {"scene delete",
+     "scene.delete",
+     "delete a scene",
+     "“undo” does not take this back. To be able to go back, export first (“kova export”); importing that file brings "
+     "the scene back.",
+     "kova scene delete Desk",
+     {kScene},
+     printMessage},
+    {"rule list",
+     "rule.list",
+     "list the rules for windows",
+     "In their order: the first that matches a window decides. Rules are explainable and run only when continuous "
+     "management is enabled, see “rules on”.",
+     "kova rule list",
+     {},
+     printRules},
+    {"rule add",
+     "rule.add",
+     "add a rule for the windows of an application",
+     "“tile” puts each new window of the application into a tile, “float” and “ignore” leave it alone and out of "
+     "arrangements. The rule comes last, where all others go before it.",
+     "kova rule add --app org.example.Maps tile focus-main\nkova rule add --app Mail --title inbox tile 2\nkova rule "
+     "add --focused float",
+     {kDisposition,
+      kDispositionSlot,
+      kRuleApplication,
+      {.kind = Parameter::Kind::flag,
+       .key = "focused",
+       .flag = "--focused",
+       .meaning = "instead of --app: the application of the focused window",
+       .isRequired = false},
+      {.key = "title",
+       .flag = "--title",
+       .value = "TEXT",
+       .meaning = "only windows with this text in their title, in any case",
+       .isRequired = false}},
+     printAddedRule,
+     nullptr,
+     checkNewRule},
+    {"rule change",
+     "rule.change",
+     "change what a rule does, or for which titles",
+     "The rule keeps its name, its place and its application.",
+     "kova rule change 1 float\nkova rule change 1 tile 2 --title inbox\nkova rule change 1 --title ''",
+     {kRule,
+      kDisposition.optional(),
+      kDispositionSlot,
+      {.kind = Parameter::Kind::text,
+       .key = "title",
+       .flag = "--title",
+       .value = "TEXT",
+       .meaning = "from now on only windows with this text in their title; '' for all of them",
+       .isRequired = false}},
+     printChangedRule,
+     nullptr,
+     checkRuleChange},
+    {"rule enable",
+     "rule.enable",
+     "let a rule act again",
+     "The opposite of “rule disable”.",
+     "kova rule enable 1",
+     {kRule},
+     printSwitchedRule},
+    {"rule disable",
+     "rule.disable",
+     "keep a rule from acting",
+     "It stays in the list, and is passed over.",
+     "kova rule disable 1",
+     {kRule},
+     printSwitchedRule},
+    {"rule move",
+     "rule.move",
+     "change the order of the rules",
+     "“undo” does not take this back. Importing what was exported before does, once the rules are deleted: what is "
+     "there keeps its place before what is in a file.",
+     "kova rule move 1 2",
+     {kRule,
+      {.kind = Parameter::Kind::wholeNumber,
+       .key = "to",
+       .value = "PLACE",
+       .meaning = "number in the list that the rule is to have; 1 comes first",
+       .least = 1}},
+     printMovedRule},
+    {"rule test",
+     "rule.test",
+     "say which rule decides for a window, and why",
+     "Asks every rule in turn, without doing anything.",
+     "kova rule test Mail",
+     {kWindow},
+     printRuleTest},
+    {"rule delete",
+     "rule.delete",
+     "delete a rule",
+     "“undo” does not take this back. To be able to go back, export first (“kova export”); importing that file brings "
+     "the rule back, as the last one.",
+     "kova rule delete 1",
+     {kRule},
+     printDeletedRule},
+    {"rules on",
+     "rules.on",
+     "apply the rules to windows as they appear",
+     "Continuously apply window rules: to the windows that are there and to each new one, once.",
+     "kova rules on",
+     {},
+     printRulesSwitch},
+    {"rules off",
+     "rules.off",
+     "stop applying the rules",
+     "Windows stay where they are.",
+     "kova rules off",
+     {},
+     printRulesSwitch},
+});
+
+} // namespace kova::cli
