@@ -26,7 +26,7 @@ inline std::optional<std::string> checkNewRule(const Arguments& arguments) {
 }
 
 inline std::optional<std::string> checkRuleChange(const Arguments& arguments) {
-    if (const auto problem = checkDisposition(arguments)) return problem;
+    if (auto problem = checkDisposition(arguments)) return problem;
     if (!arguments.has("disposition") && !arguments.has("title")) return "either a DISPOSITION or --title is needed";
     return std::nullopt;
 }
