@@ -3,6 +3,7 @@
 // times longer it takes than the floor in the same run ("ratio").
 #include "layout/LayoutCatalogue.h"
 #include "layout/TileSpans.h"
+#include "workspace/DisplayLayouts.h"
 
 #include <benchmark/benchmark.h>
 
@@ -219,8 +220,36 @@ void SpanAmong63ScatteredSlots(benchmark::State& state) {
     searchSpan(state, slots, 0, {kWidth * 0.8, kHeight * 0.8});
 }
 
+/// What the agent does when a divider moves or a display changes: the display keeps its solver and its result.
+void Display(benchmark::State& state) {
+    const int tiles = static_cast<int>(state.range(0));
+    const std::vector<LayoutDefinition> catalogue{
+        makeLayoutDefinition("balanced", "Balanced", LayoutDisplayClass::standard,
+                             balancedTree(tiles, 0, LayoutAxis::horizontal), {0, kGap, {0, 0}})};
+    WorkspaceProfile profile;
+    profile.layoutID = "balanced";
+    profile.tileInset = 0;
+    TileMinimumSizes minimums;
+    for (int i = 0; i < tiles; ++i) minimums[tileName(i)] = minimumOfTile(i, tiles);
+    Screen screen;
+    screen.frame = screen.visibleFrame = makeRect(0, 0, kWidth, kHeight);
+    DisplayLayouts layouts;
+    int tick = 0;
+    const auto solve = [&] {
+        screen.visibleFrame.size.width = nextWidth(tick);
+        benchmark::DoNotOptimize(layouts.solve(screen, profile, catalogue, minimums).frames.data());
+        benchmark::ClobberMemory();
+    };
+    for (auto _ : state) solve();
+    FloorTree floor(tiles);
+    int floorTick = 0;
+    state.counters["ratio"] = ratioOf(
+        solve, [&] { floor.solve(nextWidth(floorTick), kHeight); }, 200'000 / tiles);
+}
+
 BENCHMARK(Floor)->Arg(6)->Arg(20)->Arg(100)->Arg(1000);
 BENCHMARK(Solver)->Arg(6)->Arg(20)->Arg(100)->Arg(1000);
+BENCHMARK(Display)->Arg(6)->Arg(20)->Arg(100)->Arg(1000);
 BENCHMARK(SpanInSixGrid);
 BENCHMARK(SpanInGridOf63)->Arg(0)->Arg(1);
 BENCHMARK(SpanAmong63ScatteredSlots);

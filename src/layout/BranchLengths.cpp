@@ -21,7 +21,6 @@ void shareOutAroundMinimums(std::span<const double> weights, std::span<const dou
         double remainingAfterPass = remaining;
         double activeWeightAfterPass = 0;
         std::size_t activeAfterPass = 0;
-        scratch.visits += count;
         for (std::size_t i = 0; i < count; ++i) {
             if (pinned[i]) continue;
             const double share = remaining * weights[i] / activeWeight;

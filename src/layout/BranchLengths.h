@@ -59,7 +59,6 @@ struct RoundingCandidate {
 struct BranchLengthsScratch {
     std::vector<unsigned char> pinned;
     std::vector<RoundingCandidate> rounding;
-    std::size_t visits = 0; // branches looked at so far
 };
 
 /// Fills `lengths`. The three spans are of one size; weights and minimums are usable ones, `available` a usable length.

@@ -155,10 +155,19 @@ const LayoutDefinition* findLayout(const std::vector<LayoutDefinition>& catalogu
 
 SolvedLayout solveDefinition(const LayoutDefinition& definition, const TileMinimumSizes& minimumSizes, CGSize areaSize,
                              double tileInset) {
-    if (definition.tree) {
-        return solveSlots(*definition.tree, minimumSizes, areaSize, definition.metrics, tileInset);
-    }
+    LayoutSolver solver;
     SolvedLayout result;
+    solveDefinition(definition, minimumSizes, areaSize, tileInset, solver, result);
+    return result;
+}
+
+void solveDefinition(const LayoutDefinition& definition, const TileMinimumSizes& minimumSizes, CGSize areaSize,
+                     double tileInset, LayoutSolver& solver, SolvedLayout& result) {
+    if (definition.tree) {
+        solver.solve(*definition.tree, minimumSizes, areaSize, definition.metrics, tileInset, result);
+        return;
+    }
+    result = {};
     result.slots = definition.slots;
     const double inset = usableLength(tileInset);
     const CGSize area{usableLength(areaSize.width), usableLength(areaSize.height)};
@@ -173,7 +182,6 @@ SolvedLayout solveDefinition(const LayoutDefinition& definition, const TileMinim
             result.unsatisfiedTileIDs.insert(window.first);
         }
     }
-    return result;
 }
 
 } // namespace kova

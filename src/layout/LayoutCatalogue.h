@@ -48,5 +48,8 @@ const LayoutDefinition* findLayout(const std::vector<LayoutDefinition>& catalogu
 /// (then without dividers).
 SolvedLayout solveDefinition(const LayoutDefinition& definition, const TileMinimumSizes& minimumSizes, CGSize areaSize,
                              double tileInset);
+/// The same into a result of before, with a solver that is kept.
+void solveDefinition(const LayoutDefinition& definition, const TileMinimumSizes& minimumSizes, CGSize areaSize,
+                     double tileInset, LayoutSolver& solver, SolvedLayout& result);
 
 } // namespace kova

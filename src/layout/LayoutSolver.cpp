@@ -38,25 +38,6 @@ struct SolveContext {
     }
 };
 
-double minimumLengthOf(const LayoutNode& node, LayoutAxis axis, const TileMinimumSizes& minimumSizes,
-                       const SolveContext& context) {
-    if (const auto* tile = std::get_if<LayoutTile>(&node)) {
-        const auto window = minimumSizes.find(tile->id);
-        return context.minimumLengthOfTile(axis, window == minimumSizes.end() ? 0 : lengthAlong(axis, window->second));
-    }
-    const auto& split = std::get<LayoutSplit>(node);
-    if (split.branches.empty()) return 0;
-    double sum = 0;
-    double largest = -kLongestLength;
-    for (const auto& branch : split.branches) {
-        const double length = minimumLengthOf(branch.node, axis, minimumSizes, context);
-        sum += length;
-        largest = std::max(largest, length);
-    }
-    if (split.axis != axis) return largest;
-    return sum + context.gap[index(axis)] * static_cast<double>(split.branches.size() - 1);
-}
-
 /// The part of the area that the root fills. An area too small for its margins loses them, and the last footer too.
 CGRect contentArea(CGSize area, double outerMargin) {
     const double margin = usableLength(outerMargin);
@@ -193,13 +174,11 @@ void LayoutSolver::Scratch::flatten(const LayoutNode& tree, const SolveContext& 
     tiles.clear();
     tileIndex.begin();
     nodeCount = 0;
-    branchLengths.visits = 0;
     addNode(tree, addNodes(1), kNoParent, 0, context);
     for (std::size_t i = 0; i < splits.size(); ++i) {
         const auto& branches = splits[i].split->branches;
         const std::uint32_t first = addNodes(branches.size());
         splits[i].firstBranch = first;
-        branchLengths.visits += branches.size();
         for (std::uint32_t k = 0; k < branches.size(); ++k) {
             weights[first + k] = usableWeight(branches[k].weight);
             addNode(branches[k].node, first + k, i, k, context);
@@ -227,7 +206,6 @@ void LayoutSolver::Scratch::readWindowMinimums(const TileMinimumSizes& sizes, co
 void LayoutSolver::Scratch::addUpBranches(const SolveContext& context) {
     for (auto split = splits.rbegin(); split != splits.rend(); ++split) {
         const std::uint32_t count = split->branchCount;
-        branchLengths.visits += count;
         const std::size_t along = index(split->axis);
         const double* minimumsAlong = minimums[along].data() + split->firstBranch;
         const double* minimumsAcross = minimums[1 - along].data() + split->firstBranch;
@@ -271,7 +249,6 @@ void LayoutSolver::Scratch::writeDivider(const Split& split, std::uint32_t bound
 void LayoutSolver::Scratch::layOutSplit(const Split& split, double gap, std::vector<LayoutDivider>& dividers) {
     const std::uint32_t count = split.branchCount;
     if (count == 0) return;
-    branchLengths.visits += count;
     const bool isRow = split.axis == LayoutAxis::horizontal;
     const CGRect area = frames[split.node];
     const double freeLength = std::max(roundedLength(lengthAlong(split.axis, area.size)) - gap * (count - 1), 0.0);
@@ -383,41 +360,11 @@ bool holdsWindow(const CGRect& frame, CGSize minimumSize, double tileInset) {
            minimumSize.height - kMinimumFitTolerance <= frame.size.height - 2 * tileInset;
 }
 
-std::size_t LayoutSolver::branchVisits() const {
-    return scratch_->branchLengths.visits;
-}
-
 SolvedLayout solveSlots(const LayoutNode& tree, const TileMinimumSizes& minimumSizes, CGSize referenceSize,
                         const LayoutMetrics& metrics, double tileInset) {
     SolvedLayout result;
     LayoutSolver().solve(tree, minimumSizes, referenceSize, metrics, tileInset, result);
     return result;
-}
-
-double minimumLength(const LayoutNode& node, LayoutAxis axis, const TileMinimumSizes& minimumSizes,
-                     const LayoutMetrics& metrics, double tileInset) {
-    return minimumLengthOf(node, axis, minimumSizes, SolveContext(metrics, tileInset));
-}
-
-std::vector<double> distributeLengths(std::span<const double> weights, std::span<const double> minimums,
-                                      double available) {
-    const std::size_t count = std::max(weights.size(), minimums.size());
-    std::vector<double> usableWeights(count, kWeightFloor);
-    std::vector<double> usableMinimums(count, 0);
-    std::transform(weights.begin(), weights.end(), usableWeights.begin(), usableWeight);
-    std::transform(minimums.begin(), minimums.end(), usableMinimums.begin(), usableMinimum);
-    std::vector<double> lengths(count);
-    BranchLengthsScratch scratch;
-    distribute(usableWeights, usableMinimums, usableLength(available), lengths, scratch);
-    return lengths;
-}
-
-std::vector<double> roundLengths(std::span<const double> lengths, double available) {
-    std::vector<double> rounded(lengths.size());
-    std::transform(lengths.begin(), lengths.end(), rounded.begin(), usableLength);
-    BranchLengthsScratch scratch;
-    roundToWholePoints(rounded, usableLength(available), scratch);
-    return rounded;
 }
 
 std::optional<std::vector<double>> draggedWeights(const LayoutDivider& divider, double translationPoints) {

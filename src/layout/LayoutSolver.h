@@ -57,7 +57,7 @@ struct SolvedLayout {
 };
 
 /// Solves layouts into results that are used again: once its buffers have grown to the size of the tree, a solve
-/// allocates nothing. One solver serves one thread.
+/// allocates nothing, which keeps a divider's movement cheap. Each display keeps one. One solver serves one thread.
 class LayoutSolver {
   public:
     LayoutSolver();
@@ -71,34 +71,18 @@ class LayoutSolver {
     void solve(const LayoutNode& tree, const TileMinimumSizes& minimumSizes, CGSize referenceSize,
                const LayoutMetrics& metrics, double tileInset, SolvedLayout& result);
 
-    /// How many times the last solve looked at a branch: its cost apart from the size of what it wrote. A small
-    /// multiple of the tree's branches, however deep the tree is.
-    std::size_t branchVisits() const;
-
   private:
     struct Scratch;
     std::unique_ptr<Scratch> scratch_;
 };
 
-/// The same for a single use.
+/// The same without reuse.
 SolvedLayout solveSlots(const LayoutNode& tree, const TileMinimumSizes& minimumSizes, CGSize referenceSize,
                         const LayoutMetrics& metrics, double tileInset);
 
 /// True when a window of this minimum size fits the tile's frame with the inset on each side, all in points. A minimum
 /// that is not a number never fits.
 bool holdsWindow(const CGRect& tileFrame, CGSize minimumSize, double tileInset);
-
-/// The smallest extent in points that the node needs along the axis.
-double minimumLength(const LayoutNode& node, LayoutAxis axis, const TileMinimumSizes& minimumSizes,
-                     const LayoutMetrics& metrics, double tileInset);
-
-/// The length in points of each branch along its split: by weight, none below its minimum unless the minimums do not
-/// fit together, in which case they are ignored altogether.
-std::vector<double> distributeLengths(std::span<const double> weights, std::span<const double> minimums,
-                                      double available);
-/// The lengths, in points, as whole points that sum to the rounded `available` points, unless they already exceed it;
-/// missing points go to the larger fractions first.
-std::vector<double> roundLengths(std::span<const double> lengths, double available);
 
 /// The split's new weights (its branch lengths in points) after the divider moved by `translationPoints` along the
 /// axis; absent when its two neighbours cannot both keep their minimums, and when the translation is not a number.

@@ -11,7 +11,6 @@ std::optional<PreferenceValue> MemoryPreferencesStore::value(std::string_view ke
 }
 
 void MemoryPreferencesStore::setValue(std::string_view key, PreferenceValue value) {
-    ++setCount_;
     values_.insert_or_assign(std::string(key), std::move(value));
 }
 

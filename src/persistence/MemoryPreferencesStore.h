@@ -20,12 +20,9 @@ class MemoryPreferencesStore : public PreferencesStore {
     std::vector<std::string> problems() const override { return unusable_.texts(); }
 
     const std::map<std::string, PreferenceValue, std::less<>>& values() const { return values_; }
-    /// How often a value was set, changed or not.
-    int setCount() const { return setCount_; }
 
   private:
     std::map<std::string, PreferenceValue, std::less<>> values_;
-    int setCount_ = 0;
     UnusableValues unusable_;
 };
 

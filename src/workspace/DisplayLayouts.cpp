@@ -29,8 +29,11 @@ DisplayLayouts::Entry& DisplayLayouts::entry(const Screen& screen, const Workspa
     const bool isCurrent = found != entries_.end() && found->second.resolvedKey.layoutID == wanted->id &&
                            found->second.resolvedKey.weights == weights;
     if (isCurrent) return found->second;
-    Entry made{{wanted->id, weights}, applying(*wanted, weights), std::nullopt, {}};
-    return entries_.insert_or_assign(id, std::move(made)).first->second;
+    Entry& changed = entries_[id];
+    changed.resolvedKey = {wanted->id, weights};
+    changed.definition = applying(*wanted, weights);
+    changed.solvedKey.reset();
+    return changed;
 }
 
 const LayoutDefinition& DisplayLayouts::resolve(const Screen& screen, const WorkspaceProfile& profile,
@@ -46,7 +49,8 @@ const SolvedLayout& DisplayLayouts::solve(const Screen& screen, const WorkspaceP
     const bool isCurrent = key && key->visibleSize == screen.visibleFrame.size && key->tileInset == profile.tileInset &&
                            key->minimumSizes == minimumSizes;
     if (!isCurrent) {
-        kept.solved = solveDefinition(kept.definition, minimumSizes, screen.visibleFrame.size, profile.tileInset);
+        solveDefinition(kept.definition, minimumSizes, screen.visibleFrame.size, profile.tileInset, kept.solver,
+                        kept.solved);
         kept.solvedKey = SolvedKey{screen.visibleFrame.size, profile.tileInset, minimumSizes};
     }
     return kept.solved;

@@ -47,6 +47,7 @@ class DisplayLayouts {
         ResolvedKey resolvedKey;
         LayoutDefinition definition;
         std::optional<SolvedKey> solvedKey;
+        LayoutSolver solver;
         SolvedLayout solved;
     };
     Entry& entry(const Screen& screen, const WorkspaceProfile& profile, const std::vector<LayoutDefinition>& catalogue);

@@ -1,5 +1,5 @@
-#include "layout/LayoutSolver.h"
 #include "tests/layout/Numbers.h"
+#include "tests/layout/Trees.h"
 
 #include <gtest/gtest.h>
 #ifdef KOVA_HAS_RAPIDCHECK
@@ -10,6 +10,7 @@
 #include <numeric>
 
 using namespace kova;
+using namespace kova::testing;
 
 namespace {
 

@@ -1,6 +1,7 @@
 // Trees in few words, solved layouts in one line, and random ones.
 #pragma once
 
+#include "layout/BranchLengths.h"
 #include "layout/LayoutSolver.h"
 
 #ifdef KOVA_HAS_RAPIDCHECK
@@ -63,5 +64,48 @@ inline LayoutNode randomTree(const rc::Gen<double>& weights, int depth, int& nex
     return split;
 }
 #endif
+
+/// The smallest extent in points that the node needs along the axis, as the rules say it.
+inline double neededLength(const LayoutNode& node, LayoutAxis axis, const TileMinimumSizes& minimums,
+                           const LayoutMetrics& metrics, double inset) {
+    const bool isAcross = axis == LayoutAxis::horizontal;
+    if (const auto* leaf = std::get_if<LayoutTile>(&node)) {
+        const auto window = minimums.find(leaf->id);
+        const CGSize size = window == minimums.end() ? CGSize{} : window->second;
+        return isAcross ? std::max(size.width + 2 * inset, metrics.minimumTileSize.width)
+                        : std::max(size.height + 2 * inset, metrics.minimumTileSize.height);
+    }
+    const auto& split = std::get<LayoutSplit>(node);
+    double sum = 0, largest = 0;
+    for (const auto& branch : split.branches) {
+        const double length = neededLength(branch.node, axis, minimums, metrics, inset);
+        sum += length;
+        largest = std::max(largest, length);
+    }
+    if (split.axis != axis || split.branches.empty()) return largest;
+    const double gap = isAcross ? metrics.columnGutter : metrics.columnGutter + 28;
+    return sum + gap * static_cast<double>(split.branches.size() - 1);
+}
+
+inline std::vector<double> distributeLengths(std::span<const double> weights, std::span<const double> minimums,
+                                             double available) {
+    const std::size_t count = std::max(weights.size(), minimums.size());
+    std::vector<double> usableWeights(count, kWeightFloor);
+    std::vector<double> usableMinimums(count, 0);
+    std::transform(weights.begin(), weights.end(), usableWeights.begin(), usableWeight);
+    std::transform(minimums.begin(), minimums.end(), usableMinimums.begin(), usableMinimum);
+    std::vector<double> lengths(count);
+    BranchLengthsScratch scratch;
+    distribute(usableWeights, usableMinimums, usableLength(available), lengths, scratch);
+    return lengths;
+}
+
+inline std::vector<double> roundLengths(std::span<const double> lengths, double available) {
+    std::vector<double> rounded(lengths.size());
+    std::transform(lengths.begin(), lengths.end(), rounded.begin(), usableLength);
+    BranchLengthsScratch scratch;
+    roundToWholePoints(rounded, usableLength(available), scratch);
+    return rounded;
+}
 
 } // namespace kova::testing

@@ -95,11 +95,6 @@ void SimulatedDesktop::resizeDisplay(std::string_view name, CGSize size) {
     displaysChanged();
 }
 
-void SimulatedDesktop::moveDisplay(std::string_view name, CGPoint originOnDesktop) {
-    display(name).origin = originOnDesktop;
-    displaysChanged();
-}
-
 void SimulatedDesktop::renameDisplay(std::string_view name, std::string newName) {
     display(name).name = std::move(newName);
     displaysChanged();

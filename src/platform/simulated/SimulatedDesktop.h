@@ -115,7 +115,6 @@ class SimulatedDesktop : public AccessibilityServicing,
     void addDisplay(SimulatedDisplay display);
     void removeDisplay(std::string_view name);
     void resizeDisplay(std::string_view name, CGSize size);
-    void moveDisplay(std::string_view name, CGPoint originOnDesktop);
     void renameDisplay(std::string_view name, std::string newName);
     void setPanels(std::string_view name, CGRect panels);
     void makeFirstDisplay(std::string_view name);

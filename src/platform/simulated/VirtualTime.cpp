@@ -44,7 +44,7 @@ std::shared_ptr<ScheduledWork> VirtualMainQueue::after(Seconds delay, std::funct
 }
 
 WallTime VirtualMainQueue::now() const {
-    return kFirstMoment + std::chrono::duration_cast<WallTime::duration>(uptime_ + wallClockLead_);
+    return kFirstMoment + std::chrono::duration_cast<WallTime::duration>(uptime_);
 }
 
 Seconds VirtualMainQueue::uptime() const {
@@ -86,10 +86,6 @@ std::size_t VirtualMainQueue::pendingCount() const {
     std::size_t count = 0;
     for (const auto& [key, task] : tasks_) count += task->isCancelled ? 0 : 1;
     return count;
-}
-
-void VirtualMainQueue::setClockForward(Seconds jump) {
-    wallClockLead_ += wholeNanoseconds(jump);
 }
 
 void VirtualMainQueue::setWorkerDelay(Seconds delay) {

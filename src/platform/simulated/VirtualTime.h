@@ -25,8 +25,6 @@ class VirtualMainQueue : public MainQueue {
     void runDue();
     /// Work that is still to run.
     std::size_t pendingCount() const;
-    /// The person sets the clock of the machine: `now` jumps, `uptime` and all that is due do not.
-    void setClockForward(Seconds jump);
 
   private:
     friend class VirtualWorkQueue;
@@ -44,7 +42,6 @@ class VirtualMainQueue : public MainQueue {
     std::map<Key, std::shared_ptr<Task>> tasks_;
     std::uint64_t asked_ = 0;
     Nanoseconds uptime_ = std::chrono::hours(1);
-    Nanoseconds wallClockLead_{0};
     Nanoseconds workerDelay_{0};
 };
 
