@@ -14,7 +14,7 @@ namespace {
 using nlohmann::json;
 
 /// Below what a person notices; a longer delay would hold up the completion key.
-constexpr std::chrono::milliseconds kTimeout{300};
+constexpr std::chrono::milliseconds kNamesTimeout{300};
 
 std::string textOf(const json& value) {
     if (value.is_string()) return value.get<std::string>();
@@ -25,7 +25,7 @@ std::string textOf(const json& value) {
 json recordsFrom(std::string_view method, const char* records) {
     auto agent = Agent::connect();
     if (!agent) return json::array();
-    auto answer = agent->ask(method, json::object(), kTimeout);
+    auto answer = agent->ask(method, json::object(), kNamesTimeout);
     return answer && answer->contains(records) ? (*answer)[records] : json::array();
 }
 

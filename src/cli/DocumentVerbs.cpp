@@ -19,7 +19,7 @@ namespace {
 using nlohmann::json;
 
 constexpr std::string_view kProposedName = "KOVA-Workspace.json";
-constexpr std::chrono::seconds kTimeout{60}; // for the largest document
+constexpr std::chrono::seconds kDocumentTimeout{60}; // for the largest document
 /// A piece of a document in one line: a byte of it takes six at most (“\u0000”).
 constexpr std::size_t kLargestPiece = kLongestControlLine / 8;
 
@@ -47,7 +47,7 @@ CommandResult<json> sendDocument(Agent& agent, std::string_view method, std::str
     while (true) {
         const std::string_view piece = firstPiece(text);
         text.remove_prefix(piece.size());
-        auto answer = agent.ask(method, {{"text", piece}, {"more", !text.empty()}}, kTimeout);
+        auto answer = agent.ask(method, {{"text", piece}, {"more", !text.empty()}}, kDocumentTimeout);
         if (text.empty() || !answer) return answer;
     }
 }
@@ -57,7 +57,7 @@ CommandResult<json> sendDocument(Agent& agent, std::string_view method, std::str
 ExitCode runExport(const Verb& verb, const Arguments& arguments) {
     auto agent = Agent::connect();
     if (!agent) return fail(agent.error());
-    auto result = agent->ask(verb.method, json::object(), kTimeout);
+    auto result = agent->ask(verb.method, json::object(), kDocumentTimeout);
     if (!result) return fail(result.error());
     const auto& document = result->at("text").get_ref<const std::string&>();
     const std::string given = arguments.text("file", ".");

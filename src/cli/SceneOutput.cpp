@@ -18,12 +18,12 @@ std::string text(const json& value, const char* otherwise = "-") {
     return value.is_null() ? otherwise : value.get<std::string>();
 }
 
-std::string number(const json& value) {
+std::string wholeNumber(const json& value) {
     return std::to_string(value.get<std::int64_t>());
 }
 
 std::string counted(const json& count, const char* one) {
-    return number(count) + " " + one + (count == 1 ? "" : "s");
+    return wholeNumber(count) + " " + one + (count == 1 ? "" : "s");
 }
 
 std::string quotedName(const json& record) {
@@ -48,8 +48,8 @@ std::string printScenes(const json& result, const Arguments&) {
     Table table({{"NAME"}, {"CAPTURED"}, {"DISPLAYS", Align::right}, {"WINDOWS", Align::right}, {"ID"}});
     for (const json& scene : result.at("scenes")) {
         table.add({(scene.at("isActive").get<bool>() ? "* " : "") + text(scene.at("name")),
-                   localTime(scene.at("createdAt")), number(scene.at("displays")), number(scene.at("windows")),
-                   text(scene.at("id"))});
+                   localTime(scene.at("createdAt")), wholeNumber(scene.at("displays")),
+                   wholeNumber(scene.at("windows")), text(scene.at("id"))});
     }
     return table.isEmpty() ? "There is no scene; “kova scene capture” makes one.\n" : table.text();
 }
@@ -63,7 +63,7 @@ std::string printScene(const json& result, const Arguments&) {
            "\n\n";
     Table displays({{"DISPLAY", Align::right}, {"NAME"}, {"LAYOUT"}});
     for (const json& display : result.at("displays")) {
-        displays.add({number(display.at("number")), text(display.at("name")), text(display.at("layout"))});
+        displays.add({wholeNumber(display.at("number")), text(display.at("name")), text(display.at("layout"))});
     }
     Table windows({{"DISPLAY", Align::right}, {"SLOT"}, {"APPLICATION"}, {"TITLE"}});
     for (const json& window : result.at("placements")) {
@@ -71,7 +71,8 @@ std::string printScene(const json& result, const Arguments&) {
         for (const json& covered : window.at("covers")) {
             if (covered != window.at("slot")) slot += " + " + text(covered);
         }
-        windows.add({number(window.at("display")), slot, text(window.at("application")), text(window.at("title"))});
+        windows.add(
+            {wholeNumber(window.at("display")), slot, text(window.at("application")), text(window.at("title"))});
     }
     return out + displays.text() + "\n" + (windows.isEmpty() ? "No windows.\n" : windows.text());
 }
@@ -104,7 +105,7 @@ std::string printDifferences(const json& result, const Arguments&) {
 std::string printRules(const json& result, const Arguments&) {
     Table table({{"NUMBER", Align::right}, {"NAME"}, {"DOES"}, {"ENABLED"}, {"FOR"}});
     for (const json& rule : result.at("rules")) {
-        table.add({number(rule.at("number")), text(rule.at("name")), act(rule),
+        table.add({wholeNumber(rule.at("number")), text(rule.at("name")), act(rule),
                    rule.at("isEnabled").get<bool>() ? "yes" : "no", criterion(rule)});
     }
     const std::string remark = result.at("isOn").get<bool>() ? "" : std::string("\n") + kRulesAreOff;
@@ -127,8 +128,8 @@ std::string printSwitchedRule(const json& result, const Arguments&) {
 
 std::string printMovedRule(const json& result, const Arguments&) {
     const json& rule = result.at("rule");
-    return "Rule " + quotedName(rule) + " is number " + number(rule.at("number")) + " of " +
-           number(result.at("rules")) + ".\n";
+    return "Rule " + quotedName(rule) + " is number " + wholeNumber(rule.at("number")) + " of " +
+           wholeNumber(result.at("rules")) + ".\n";
 }
 
 std::string printDeletedRule(const json& result, const Arguments&) {

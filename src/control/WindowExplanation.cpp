@@ -87,8 +87,8 @@ const WorkspaceRule* excludingRule(const WorkspaceController& controller, const 
 
 std::string whyLeftOut(const WorkspaceController& controller, const ManagedWindow& window) {
     if (const auto* rule = excludingRule(controller, window)) {
-        return "An arrangement leaves it alone: the rule “" + rule->name + "” says " + describe(rule->disposition) +
-               ".";
+        return "An arrangement leaves it alone: the rule “" + rule->name + "” says " +
+               kova::describe(rule->disposition) + ".";
     }
     if (window.isFullScreen) return "An arrangement leaves it alone while it is in full screen.";
     if (window.isElsewhere || (!window.isVisible && !window.isMinimized))
