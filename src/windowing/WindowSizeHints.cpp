@@ -15,7 +15,9 @@ struct Extent {
 
 double wholeIncrements(double length, double base, double increment) {
     if (increment <= 1 || length <= base) return length;
-    return base + std::floor((length - base) / increment) * increment;
+    // Points of a fractional scale are not exact: a length of whole increments must not lose one of them.
+    constexpr double kSlackIncrements = 1e-6;
+    return base + std::floor((length - base) / increment + kSlackIncrements) * increment;
 }
 
 Extent within(Extent tile, double content, double around, double least, bool isCentred) {

@@ -17,6 +17,9 @@ TEST(WindowSizeHints, TheFrameAskedForIsTheLargestThatTheHintsAllowInsideTheTile
     const Case cases[] = {
         {"no hints", {}, "10,20 800x600"},
         {"a terminal", {.around = {10, 30}, .base = {4, 4}, .increment = {6, 13}}, "10,20 800x593"},
+        {"a terminal of 90 columns of 11 pixels that fit exactly, in points of 1.25 pixels",
+         {.base = {10 / 1.25, 0}, .increment = {11 / 1.25, 0}},
+         "10,20 800x600"},
         {"a film that is wider than the tile", {.leastAspect = 2, .mostAspect = 2}, "10,120 800x400"},
         {"a film that is higher", {.leastAspect = 0.5, .mostAspect = 0.5}, "260,20 300x600"},
         {"a film with a title bar", {.around = {0, 20}, .leastAspect = 2, .mostAspect = 2}, "10,110 800x420"},

@@ -51,7 +51,7 @@ TEST(Displays, KeepTheirOrderWithThePrimaryFirstAndItsCornerAsTheOrigin) {
     // Its top is 100 above the primary's.
     EXPECT_EQ(text(displays.screens[1].frame), "-1920,460 1920x1080");
     EXPECT_EQ(text(displays.screens[2].frame), "2560,440 1000x1000");
-    EXPECT_EQ(text(displays.firstRect), "1920,100 2560x1440");
+    EXPECT_EQ(text(displays.space.firstDisplay()), "1920,100 2560x1440");
     EXPECT_FALSE(displays.screens[0].displayUUID);
 
     // Nothing connected: the root window is the screen.

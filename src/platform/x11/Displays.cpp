@@ -120,18 +120,14 @@ PixelRect visiblePart(const PixelRect& monitor, std::span<const Panel> panels, c
 }
 
 DisplayArrangement describeDisplays(std::vector<Monitor> monitors, MonitorsTold told, std::span<const Panel> panels,
-                                    const std::optional<PixelRect>& workarea, const PixelRect& root) {
+                                    const std::optional<PixelRect>& workarea, const PixelRect& root, double scale) {
     std::erase_if(monitors, [](const Monitor& monitor) { return monitor.rect.width <= 0 || monitor.rect.height <= 0; });
-    if (monitors.empty() && told == MonitorsTold::all) return {{}, root};
+    if (monitors.empty() && told == MonitorsTold::all) return {{}, PointSpace(scale, root)};
     if (monitors.empty()) monitors.push_back({"screen", true, root, std::nullopt});
     std::stable_partition(monitors.begin(), monitors.end(), [](const Monitor& monitor) { return monitor.isPrimary; });
 
     DisplayArrangement arrangement;
-    arrangement.firstRect = monitors.front().rect;
-    const PixelRect& first = arrangement.firstRect;
-    const auto onScreen = [&](const PixelRect& r) {
-        return flipped(makeRect(r.x - first.x, r.y - first.y, r.width, r.height), first.height);
-    };
+    arrangement.space = PointSpace(scale, monitors.front().rect);
     for (const Monitor& monitor : monitors) {
         PixelRect visible = visiblePart(monitor.rect, panels, root);
         if (workarea && monitors.size() == 1) {
@@ -140,8 +136,9 @@ DisplayArrangement describeDisplays(std::vector<Monitor> monitors, MonitorsTold 
             if (left < right && top < bottom) visible = {left, top, right - left, bottom - top};
         }
         Screen screen;
-        screen.frame = onScreen(monitor.rect);
-        screen.visibleFrame = onScreen(visible);
+        screen.frame = arrangement.space.pointsOnScreen(monitor.rect);
+        screen.visibleFrame = arrangement.space.pointsOnScreen(visible);
+        screen.scale = scale;
         screen.localizedName = monitor.connector;
         if (monitor.identity) {
             if (!monitor.identity->name.empty()) screen.localizedName = monitor.identity->name;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/x11/ClientWindow.h"
+#include "platform/x11/PointSpace.h"
 #include "windowing/ScreenServicing.h"
 
 #include <cstdint>
@@ -39,17 +40,18 @@ struct Panel {
 
 struct DisplayArrangement {
     std::vector<Screen> screens; // the primary first
-    PixelRect firstRect;         // of the first screen, in root coordinates
+    PointSpace space;            // of the first screen
     bool operator==(const DisplayArrangement&) const = default;
 };
 
 /// `workarea` is what the window manager leaves of the root window; with several monitors it says too little and is not
 /// asked. A monitor that panels would cover whole keeps its full frame.
+/// `scale`: pixels to a point.
 /// Without monitors there is no display where the server tells of them (`MonitorsTold::all`): all are off. Where it
 /// does not, the root window is the display.
 enum class MonitorsTold { none, all };
 DisplayArrangement describeDisplays(std::vector<Monitor> monitors, MonitorsTold told, std::span<const Panel> panels,
-                                    const std::optional<PixelRect>& workarea, const PixelRect& root);
+                                    const std::optional<PixelRect>& workarea, const PixelRect& root, double scale = 1);
 
 /// The part of the monitor that the panels leave; root coordinates.
 PixelRect visiblePart(const PixelRect& monitor, std::span<const Panel> panels, const PixelRect& root);

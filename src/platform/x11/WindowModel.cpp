@@ -20,6 +20,7 @@ void EventEffects::add(EventEffects&& other) {
     askActiveWindow |= other.askActiveWindow;
     askDisplays |= other.askDisplays;
     askScreenPower |= other.askScreenPower;
+    askScale |= other.askScale;
     panelsChanged |= other.panelsChanged;
     redecorated.insert(redecorated.end(), other.redecorated.begin(), other.redecorated.end());
     restated.insert(restated.end(), other.restated.begin(), other.restated.end());

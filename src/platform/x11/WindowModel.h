@@ -43,13 +43,14 @@ struct EventEffects {
     bool askActiveWindow = false;
     bool askDisplays = false;
     bool askScreenPower = false;
+    bool askScale = false;
     bool panelsChanged = false;
     std::vector<xcb_window_t> redecorated; // announced other decorations
     std::vector<xcb_window_t> restated;    // announced another state under a window manager
     std::vector<xcb_window_t> returning;   // went as asked, and are wanted back by now
     void add(EventEffects&& other);
     bool isForMainThread() const {
-        return askActiveWindow || askDisplays || askScreenPower || panelsChanged || !redecorated.empty() ||
+        return askActiveWindow || askDisplays || askScreenPower || askScale || panelsChanged || !redecorated.empty() ||
                !restated.empty() || !returning.empty();
     }
 };

@@ -36,8 +36,8 @@ X11Desktop::Parts::Parts(std::unique_ptr<XConnection> opened, const Options& opt
     queue(mainQueue), catalogue(applicationCatalogue), launcher(options.launcher),
     patienceAtTheEnd(options.patienceAtTheEnd), ownProcesses(ownLine()),
     processes(*connection, options.asksForProcesses), model(connection->atoms(), connection->root()),
-    displays(*connection), screenPower(*connection), hidden(options.hiddenWindowsFile), outbox(*connection, model),
-    refresh(*connection, processes, mutex, model) {
+    displays(*connection), scale(*connection), screenPower(*connection), hidden(options.hiddenWindowsFile),
+    outbox(*connection, model), refresh(*connection, processes, mutex, model) {
     model.setRandrEventBase(displays.eventBase());
     model.rootSize = {connection->screen().width_in_pixels, connection->screen().height_in_pixels};
 }
@@ -117,6 +117,8 @@ void X11Desktop::Parts::readEverything() {
     xcb_change_window_attributes(connection->get(), connection->root(), XCB_CW_EVENT_MASK, &mask);
     displays.begin();
     displays.wait();
+    scale.begin();
+    scale.wait();
     refresh.readTopLevels();
     bringUpToDate();
     const std::lock_guard lock(mutex);
@@ -234,7 +236,7 @@ bool X11Desktop::Parts::mayRest() const {
     if (queue.uptime() - lastPlacing < kPlacingTime) return false;
     const auto isLeaving = [](const HiddenWindow& taken) { return !taken.hasLeftScreen; };
     return !whenChanged && !keyboard.kept(queue.uptime()) && asked.empty() && !displays.isAsking() &&
-           std::ranges::none_of(hidden.all(), isLeaving) && !isAnyReturning();
+           !scale.isAsking() && std::ranges::none_of(hidden.all(), isLeaving) && !isAnyReturning();
 }
 
 void X11Desktop::Parts::resume() {
@@ -260,6 +262,7 @@ EventEffects X11Desktop::Parts::drain(xcb_generic_event_t* (*next)(xcb_connectio
         // Type 0 is the error of a request without a reply: a window that had gone.
         if (event->response_type == 0) continue;
         effects.askScreenPower |= screenPower.isHint(*event);
+        effects.askScale |= scale.isHint(*event);
         effects.add(model.apply(*event));
     }
     if (effects.changed) noteChange();
@@ -312,7 +315,9 @@ bool X11Desktop::Parts::actOn(const EventEffects& effects) {
     takeReplies();
     const bool displaysTold = displays.advance();
     if (displaysTold) monitors = displays.monitors();
+    const bool isScaleNew = scale.advance();
     if (effects.askDisplays) displays.begin();
+    if (effects.askScale) scale.begin();
     if (effects.askActiveWindow && !hand) askActiveWindow();
     if (effects.askScreenPower) askScreenPower();
     for (const xcb_window_t window : effects.redecorated) askDecorations(window);
@@ -321,7 +326,8 @@ bool X11Desktop::Parts::actOn(const EventEffects& effects) {
         if (client && client->placedAt && queue.uptime() - *client->placedAt < kPlacingTime) askState(*client);
     }
     mustFlush |= displays.hasUnsent();
-    const bool displaysChanged = (displaysTold || effects.panelsChanged) && arrangeDisplays();
+    mustFlush |= scale.hasUnsent();
+    const bool displaysChanged = (displaysTold || isScaleNew || effects.panelsChanged) && arrangeDisplays();
     if (displaysChanged) placeHandles();
     if (hand) hand->windowsChanged(effects.changed);
     if (effects.changed) tryHeldKeys(HeldKeysReason::windowsChanged);
@@ -472,7 +478,8 @@ void X11Desktop::Parts::bringUpToDate() {
         isPollReading = false;
         mainHasWork = restsForPoll || unsettled.isForMainThread() || model.hasChangedHands ||
                       (unsettled.changed && isAwaited) || hidden.isBehind(model, queue.uptime()) ||
-                      (hand && hand->hasMisplacedHandles()) || !asked.empty() || displays.isAsking();
+                      (hand && hand->hasMisplacedHandles()) || !asked.empty() || displays.isAsking() ||
+                      scale.isAsking();
         unsettled.changed = false;
     }
     if (!mainHasWork || isMainThread()) return;

@@ -159,7 +159,7 @@ bool X11Desktop::Parts::arrangeDisplays() {
     if (monitors.empty()) monitors = displays.monitors();
     const PixelRect root{0, 0, model.rootSize.first, model.rootSize.second};
     const auto told = displays.isTold() ? MonitorsTold::all : MonitorsTold::none;
-    auto next = describeDisplays(monitors, told, panels, workarea, root);
+    auto next = describeDisplays(monitors, told, panels, workarea, root, scale.scale());
     if (next == arrangement) return false;
     arrangement = std::move(next);
     model.displayRects.clear();
@@ -182,7 +182,7 @@ std::optional<CGPoint> X11Desktop::pointerLocation() const {
     parts_->askPointer();
     parts_->sendSoon();
     if (!parts_->model.pointer) return std::nullopt;
-    return parts_->onScreen(parts_->model.pointer->first, parts_->model.pointer->second);
+    return parts_->arrangement.space.pointOnScreen(parts_->model.pointer->first, parts_->model.pointer->second);
 }
 
 } // namespace kova

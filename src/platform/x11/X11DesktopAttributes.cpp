@@ -44,15 +44,6 @@ AccessibilityElement X11Desktop::Parts::elementOf(const ClientWindow& client) co
     return {client.processIdentifier, client.window, nullptr};
 }
 
-CGRect X11Desktop::Parts::forWindowService(const PixelRect& rect) const {
-    return makeRect(rect.x - arrangement.firstRect.x, rect.y - arrangement.firstRect.y, rect.width, rect.height);
-}
-
-PixelRect X11Desktop::Parts::onRoot(const CGRect& frame) const {
-    return roundedToPixels(makeRect(minX(frame) + arrangement.firstRect.x, minY(frame) + arrangement.firstRect.y,
-                                    frame.size.width, frame.size.height));
-}
-
 /// The window that has the keyboard, else the topmost one that can be seen, else any.
 const ClientWindow* X11Desktop::Parts::mainWindowOf(pid_t processIdentifier) const {
     const ClientWindow* active = model.client(model.activeWindow);
@@ -109,15 +100,15 @@ AttributeValue X11Desktop::Parts::read(const ClientWindow& client, Accessibility
         const auto outer =
             client.insistsOnItsFrame() ? model.outerFrame(client) : model.expectedFrame(client, now, kBenefitOfDoubt);
         if (!outer) return {};
-        const CGRect frame = forWindowService(*outer);
+        const CGRect frame = arrangement.space.points(*outer);
         if (attribute == AccessibilityAttribute::position) return frame.origin;
         return frame.size;
     }
     case AccessibilityAttribute::minSize: {
         if (!client.minimumAndBase) return {};
         const PixelEdges around = client.decorations - client.shadow;
-        return CGSize{static_cast<double>(std::max(0, client.minimumAndBase->width + around.horizontal())),
-                      static_cast<double>(std::max(0, client.minimumAndBase->height + around.vertical()))};
+        return arrangement.space.points(std::max(0, client.minimumAndBase->width + around.horizontal()),
+                                        std::max(0, client.minimumAndBase->height + around.vertical()));
     }
     case AccessibilityAttribute::parent: {
         const ClientWindow* parent = model.parentOf(client);
@@ -180,7 +171,7 @@ std::optional<WindowSizeHints> X11Desktop::sizeHints(const AccessibilityElement&
     WindowSizeHints hints = client->sizeHints;
     const PixelEdges around = client->decorations - client->shadow;
     hints.around = {static_cast<double>(around.horizontal()), static_cast<double>(around.vertical())};
-    return hints;
+    return parts_->arrangement.space.points(hints);
 }
 
 bool X11Desktop::areSizesReliable(const AccessibilityElement& element) const {
@@ -246,10 +237,10 @@ void X11Desktop::writeAttributes(const AccessibilityElement& element, std::span<
         // The last of each; what is not written stays as it is.
         const auto expected = parts_->model.expectedFrame(*client, now, kBenefitOfDoubt);
         if (expected || (origin && size)) {
-            CGRect frame = expected ? parts_->forWindowService(*expected) : CGRect{};
+            CGRect frame = expected ? parts_->arrangement.space.points(*expected) : CGRect{};
             if (origin) frame.origin = *origin;
             if (size) frame.size = *size;
-            parts_->outbox.place(*client, parts_->onRoot(frame), now);
+            parts_->outbox.place(*client, parts_->arrangement.space.pixels(frame), now);
             parts_->lastPlacing = now;
             // A poll that is under way may be told where the window was wished to be, not where it is.
             parts_->noteChange();
@@ -456,7 +447,7 @@ std::optional<AccessibilityElement> X11Desktop::elementAtPosition(CGPoint point)
     const std::lock_guard lock(parts_->mutex);
     if (parts_->isLost) return std::nullopt;
     parts_->catchUp();
-    const PixelRect at = parts_->onRoot({point, {0, 0}});
+    const PixelRect at = parts_->arrangement.space.pixels({point, {0, 0}});
     const auto& stacking = parts_->model.stacking();
     for (auto top = stacking.rbegin(); top != stacking.rend(); ++top) {
         const ClientWindow* client = parts_->model.clientIn(*top);
@@ -478,7 +469,7 @@ std::vector<OnScreenWindow> X11Desktop::onScreenWindows() const {
         const auto outer = parts_->model.outerFrame(*client);
         if (!outer || client->isInputOnly) continue;
         windows.push_back({client->processIdentifier, client->isManaged() ? kOrdinaryLayer : kPanelLayer,
-                           parts_->forWindowService(*outer)});
+                           parts_->arrangement.space.points(*outer)});
     }
     return windows;
 }

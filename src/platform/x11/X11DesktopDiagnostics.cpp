@@ -2,6 +2,8 @@
 #include "platform/x11/TilingManagers.h"
 #include "platform/x11/X11Parts.h"
 
+#include <array>
+#include <cstdio>
 #include <cstdlib>
 
 namespace kova {
@@ -70,6 +72,11 @@ std::vector<DiagnosticLine> X11Desktop::diagnose() const {
         if (!displays.empty()) displays += ", ";
         displays +=
             screen.localizedName + " " + sizeText(screen.frame) + " (" + sizeText(screen.visibleFrame) + " visible)";
+    }
+    if (const double scale = parts_->arrangement.space.scale(); scale != 1) {
+        std::array<char, 16> number{};
+        std::snprintf(number.data(), number.size(), "%g", scale);
+        displays += std::string(", in points of ") + number.data() + " pixels";
     }
     lines.push_back({"displays", DiagnosticVerdict::fine, displays});
     lines.push_back(parts_->screenPower.isKnown()

@@ -66,8 +66,7 @@ void X11Desktop::Parts::placeHandles() {
     if (!hand) return;
     std::vector<HandlePlace> places;
     for (const DividerHandle& handle : handles) {
-        const CGRect gap = flipped(handle.frame, arrangement.firstRect.height);
-        places.push_back(placeOfHandle(handle.id, onRoot(gap), handle.axis));
+        places.push_back(placeOfHandle(handle.id, handle.frame, handle.axis, arrangement.space));
     }
     hand->show(places);
 }
@@ -79,22 +78,16 @@ void X11Desktop::Parts::lookAtPointerAgain() {
     }));
 }
 
-/// Screen space of what the server tells in root coordinates.
-CGPoint X11Desktop::Parts::onScreen(int x, int y) const {
-    const PixelRect& first = arrangement.firstRect;
-    return flipped(CGPoint{static_cast<double>(x - first.x), static_cast<double>(y - first.y)}, first.height);
-}
-
 /// Once whoever acts on it may read and write windows again.
 void X11Desktop::Parts::tellOfHand() {
     const std::lock_guard lock(mutex);
     if (const auto active = hand->takeActiveWindow()) takeActiveWindow(*active);
     for (const PointerNews& news : hand->takePointerNews()) {
-        const PointerEvent event{news.kind, onScreen(news.x, news.y), news.isShiftDown};
+        const PointerEvent event{news.kind, arrangement.space.pointOnScreen(news.x, news.y), news.isShiftDown};
         queue.post(lifetime.guard([this, event] { pointerObservers.notify(event); }));
     }
     for (const HandleNews& news : hand->takeHandleNews()) {
-        const DividerHandleEvent event{news.kind, news.id, onScreen(news.x, news.y)};
+        const DividerHandleEvent event{news.kind, news.id, arrangement.space.pointOnScreen(news.x, news.y)};
         queue.post(lifetime.guard([this, event] { handleObservers.notify(event); }));
     }
     for (KeyNews& news : hand->takeKeyNews()) {

@@ -10,10 +10,10 @@ namespace kova::x11 {
 
 namespace {
 
-constexpr int kThinnestHandle = 8;                // pixels
+constexpr double kThinnestHandlePoints = 8;
 constexpr xcb_timestamp_t kDoubleClickTime = 400; // milliseconds
 /// A press counts as the second of a double click only if the hand rested in between.
-constexpr double kRestingPixels = 3;
+constexpr double kRestingPoints = 3;
 constexpr xcb_button_t kMainButton = 1;
 constexpr std::uint32_t kEscapeSymbol = 0xFF1B;
 constexpr std::string_view kName = "KOVA divider";
@@ -40,15 +40,16 @@ std::vector<xcb_keycode_t> keysFor(std::uint32_t symbol, xcb_keycode_t first,
 
 } // namespace
 
-HandlePlace placeOfHandle(const std::string& id, PixelRect gap, LayoutAxis axis) {
+HandlePlace placeOfHandle(const std::string& id, const CGRect& gapOnScreen, LayoutAxis axis, const PointSpace& space) {
+    PixelRect gap = space.pixelsFromScreen(gapOnScreen);
     int& start = axis == LayoutAxis::horizontal ? gap.x : gap.y;
     int& thickness = axis == LayoutAxis::horizontal ? gap.width : gap.height;
     int& length = axis == LayoutAxis::horizontal ? gap.height : gap.width;
-    const int missing = std::max(0, kThinnestHandle - thickness);
+    const int missing = std::max(0, space.pixels(kThinnestHandlePoints) - thickness);
     start -= missing / 2;
     thickness += missing;
     length = std::max(1, length);
-    return {id, gap, axis};
+    return {id, gap, axis, space.pixels(kRestingPoints)};
 }
 
 // Which there are
@@ -250,7 +251,8 @@ void DividerHandleWindows::pressed(const xcb_button_press_event_t& event, std::u
     const std::string& id = shown->place.id;
     const auto before = std::exchange(lastClick_, std::nullopt);
     const bool isDouble = before && before->id == id && event.time - before->when <= kDoubleClickTime;
-    held_ = Held{id, shown->window, event.time, event.root_x, event.root_y, event.root_x, event.root_y, isDouble};
+    held_ = Held{id,           shown->window, event.time, shown->place.restingPixels, event.root_x, event.root_y,
+                 event.root_x, event.root_y,  isDouble};
     if (!isDouble) lastClick_ = Click{id, event.time};
     mustGrabKeyboard_ = !isDouble;
     const auto kind = isDouble ? DividerHandleEvent::Kind::doubleClicked : DividerHandleEvent::Kind::pressed;
@@ -265,7 +267,7 @@ void DividerHandleWindows::moved(int x, int y) {
     if (!held_) return;
     held_->x = x;
     held_->y = y;
-    if (std::hypot(x - held_->startX, y - held_->startY) > kRestingPixels) lastClick_.reset();
+    if (std::hypot(x - held_->startX, y - held_->startY) > held_->restingPixels) lastClick_.reset();
     if (held_->isUsedUp) return;
     // Only the newest place matters.
     const bool isNewer = !news_.empty() && news_.back().kind == DividerHandleEvent::Kind::moved;

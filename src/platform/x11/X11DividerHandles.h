@@ -6,6 +6,7 @@
 // Requests are buffered, not sent.
 #pragma once
 
+#include "platform/x11/PointSpace.h"
 #include "platform/x11/Questions.h"
 #include "platform/x11/WindowModel.h"
 #include "windowing/PointerServicing.h"
@@ -23,11 +24,12 @@ struct HandlePlace {
     std::string id;
     PixelRect rect;
     LayoutAxis axis = LayoutAxis::horizontal;
+    int restingPixels = 3; // how far the hand may move from one press to the next of a double click
     bool operator==(const HandlePlace&) const = default;
 };
 
-/// The place of a gap's handle: the gap, but at least 8 pixels across the axis.
-HandlePlace placeOfHandle(const std::string& id, PixelRect gap, LayoutAxis axis);
+/// The place of a gap's handle: the gap (screen space), but at least 8 points across the axis.
+HandlePlace placeOfHandle(const std::string& id, const CGRect& gapOnScreen, LayoutAxis axis, const PointSpace& space);
 
 /// What the hand did with a handle; the point is in root coordinates.
 struct HandleNews {
@@ -66,6 +68,7 @@ class DividerHandleWindows {
         std::string id;
         xcb_window_t window = kNoWindow;
         xcb_timestamp_t since = 0;
+        int restingPixels = 0;
         int startX = 0, startY = 0;
         int x = 0, y = 0;
         bool isUsedUp = false; // the second press of a double click, or Escape has let go

@@ -7,6 +7,7 @@
 #include "platform/x11/KeyboardKeeper.h"
 #include "platform/x11/ModelRefresh.h"
 #include "platform/x11/Outbox.h"
+#include "platform/x11/ScaleReader.h"
 #include "platform/x11/ScreenPower.h"
 #include "platform/x11/X11Desktop.h"
 #include "platform/x11/X11Hand.h"
@@ -83,6 +84,7 @@ struct X11Desktop::Parts {
     Seconds caughtUp{-1.0};                // uptime when the connection was last looked at during a rest
     x11::WindowModel model;
     x11::DisplayReader displays;
+    x11::ScaleReader scale;
     x11::ScreenPower screenPower;
     std::deque<x11::Questions> asked; // by the main thread, which does not wait for the replies
     bool isPointerAsked = false;
@@ -137,7 +139,6 @@ struct X11Desktop::Parts {
     void placeHandles(); // locked
     void lookAtPointerAgain();
     void tellOfHand(); // not locked
-    CGPoint onScreen(int x, int y) const;
 
     // Keys (X11DesktopKeys.cpp), main thread
     enum class HeldKeysReason { managerChanged, windowsChanged, asked };
@@ -156,8 +157,6 @@ struct X11Desktop::Parts {
         return hidden.isApplicationHidden(processIdentifier, model);
     }
     const x11::ClientWindow* mainWindowOf(pid_t processIdentifier) const;
-    CGRect forWindowService(const x11::PixelRect& rect) const;
-    x11::PixelRect onRoot(const CGRect& frameForWindowService) const;
     AttributeValue read(const x11::ClientWindow& client, AccessibilityAttribute attribute, Seconds now) const;
     AttributeValue readApplication(pid_t processIdentifier, AccessibilityAttribute attribute) const;
 

@@ -31,14 +31,20 @@ using testing::Manager;
 using testing::PrivateServer;
 using testing::TestClient;
 
-constexpr std::uint16_t kScreenWidth = 1280, kScreenHeight = 800, kSecondAt = 800;
+constexpr int kScreenWidth = 1280, kScreenHeight = 800, kSecondAt = 800; // points
 
 class X11Stage final : public ContractDesktop {
   public:
-    explicit X11Stage(Manager manager) : manager_(manager), server_("1280x800", testing::ClientProcessNumbers::told) {
+    X11Stage(Manager manager, int scale) :
+        manager_(manager), scale_(scale),
+        server_(pixels(kScreenWidth) + "x" + pixels(kScreenHeight), testing::ClientProcessNumbers::told) {
         // What is launched inherits them.
         setenv("DISPLAY", server_.displayName().c_str(), 1);
         watcher_ = std::make_unique<TestClient>(server_.displayName(), "Watcher", 1);
+        if (scale != 1) {
+            watcher_->setText(watcher_->root(), "RESOURCE_MANAGER", "STRING",
+                              "Xft.antialias:\t1\nXft.dpi:\t" + std::to_string(96 * scale) + "\n");
+        }
         if (manager == Manager::openbox) server_.startManager();
         auto opened = X11Desktop::open({.displayName = server_.displayName(),
                                         .hiddenWindowsFile = server_.folder() + "/hidden.json",
@@ -68,8 +74,9 @@ class X11Stage final : public ContractDesktop {
         TestClient& client = *application.client;
         const auto window =
             client.open({.title = opening.title,
-                         .frame = opening.frame,
-                         .minimumSize = opening.minimumSize,
+                         .frame = inPixels(opening.frame),
+                         .minimumSize = opening.minimumSize ? std::optional(inPixels({{}, *opening.minimumSize}).size)
+                                                            : std::nullopt,
                          .knowsDelete = true,
                          .transientFor = opening.dialogOf ? windows_.at(*opening.dialogOf).window : xcb_window_t{}});
         windows_[opening.title] = {&client, window};
@@ -97,7 +104,7 @@ class X11Stage final : public ContractDesktop {
     void moveByHand(const std::string& title, const CGRect& frame) override {
         const auto [client, window] = windows_.at(title);
         const auto edges = client->numbers(window, "_NET_FRAME_EXTENTS"); // left, right, top, bottom
-        CGRect area = frame;
+        CGRect area = inPixels(frame);
         if (edges.size() == 4) {
             area.size.width -= edges[0] + edges[1];
             area.size.height -= edges[2] + edges[3];
@@ -128,7 +135,8 @@ class X11Stage final : public ContractDesktop {
     CGRect frame(const std::string& title) override {
         const auto [client, window] = windows_.at(title);
         const CGRect outer = client->outerFrame(window);
-        return makeRect(minX(outer) - firstDisplayX_, minY(outer), outer.size.width, outer.size.height);
+        return makeRect(minX(outer) / scale_ - firstDisplayX_, minY(outer) / scale_, outer.size.width / scale_,
+                        outer.size.height / scale_);
     }
     void plugInPrimaryDisplay() override {
         addMonitor("LEFT", false, 0, kSecondAt);
@@ -141,8 +149,8 @@ class X11Stage final : public ContractDesktop {
         server_.end();
     }
     void letGoOfDesktop() override { desktop_.reset(); }
-    void press(CGPoint point) override { hand({"mousemove", number(point.x), number(point.y), "mousedown", "1"}); }
-    void moveHand(CGPoint point) override { hand({"mousemove", number(point.x), number(point.y)}); }
+    void press(CGPoint point) override { hand({"mousemove", pixels(point.x), pixels(point.y), "mousedown", "1"}); }
+    void moveHand(CGPoint point) override { hand({"mousemove", pixels(point.x), pixels(point.y)}); }
     void letGo() override { hand({"mouseup", "1"}); }
     void pressKey(KeyCombination combination) override {
         std::string chord;
@@ -212,13 +220,16 @@ class X11Stage final : public ContractDesktop {
         folders.dataHome = home / "data";
         return folders;
     }
-    static std::string number(double value) { return std::to_string(std::lround(value)); }
+    std::string pixels(double points) const { return std::to_string(std::lround(points * scale_)); }
+    CGRect inPixels(const CGRect& r) const {
+        return makeRect(minX(r) * scale_, minY(r) * scale_, r.size.width * scale_, r.size.height * scale_);
+    }
     void hand(std::vector<std::string> command) {
         command.insert(command.begin(), "xdotool");
         ASSERT_EQ(server_.start(command).wait(), 0);
     }
     /// The library's own way to write this request trips over records without outputs.
-    void addMonitor(const char* name, bool isPrimary, std::uint16_t x, std::uint16_t width) {
+    void addMonitor(const char* name, bool isPrimary, int x, int width) {
         struct {
             xcb_randr_set_monitor_request_t request{};
             xcb_randr_monitor_info_t monitor{};
@@ -226,9 +237,9 @@ class X11Stage final : public ContractDesktop {
         whole.request.window = watcher_->root();
         whole.monitor.name = watcher_->atom(name);
         whole.monitor.primary = isPrimary;
-        whole.monitor.x = static_cast<std::int16_t>(x);
-        whole.monitor.width = width;
-        whole.monitor.height = kScreenHeight;
+        whole.monitor.x = static_cast<std::int16_t>(x * scale_);
+        whole.monitor.width = static_cast<std::uint16_t>(width * scale_);
+        whole.monitor.height = static_cast<std::uint16_t>(kScreenHeight * scale_);
         whole.monitor.width_in_millimeters = whole.monitor.height_in_millimeters = 300;
         iovec parts[3] = {{}, {}, {&whole, sizeof whole}};
         const xcb_protocol_request_t protocol = {1, &xcb_randr_id, XCB_RANDR_SET_MONITOR, 1};
@@ -237,6 +248,7 @@ class X11Stage final : public ContractDesktop {
     }
 
     const Manager manager_;
+    const int scale_; // pixels to a point
     TemporaryFolder home_;
     PrivateServer server_;
     std::unique_ptr<TestClient> watcher_;
@@ -251,13 +263,14 @@ class X11Stage final : public ContractDesktop {
     bool isEnding_ = false;
 };
 
-Backend onX11(const std::string& name, Manager manager) {
+Backend onX11(const std::string& name, Manager manager, int scale = 1) {
     return {name, PrivateServer::isInstalled() ? "" : "Xvfb is not installed",
-            [manager] { return std::make_unique<X11Stage>(manager); }};
+            [=] { return std::make_unique<X11Stage>(manager, scale); }};
 }
 
 INSTANTIATE_TEST_SUITE_P(X11, DesktopContract,
-                         ::testing::Values(onX11("Openbox", Manager::openbox), onX11("NoManager", Manager::none)),
+                         ::testing::Values(onX11("Openbox", Manager::openbox), onX11("NoManager", Manager::none),
+                                           onX11("OpenboxAtScale2", Manager::openbox, 2)),
                          nameOf);
 
 class EventLoopStage final : public QueueStage {
