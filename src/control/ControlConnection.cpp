@@ -37,7 +37,7 @@ void ControlConnection::start() {
 
 void ControlConnection::close() {
     {
-        const std::lock_guard guard(lock_);
+        const MutexLock guard(lock_);
         if (!std::exchange(isOpen_, false)) return;
         unsent_ = {};
         alreadySent_ = 0;
@@ -58,7 +58,7 @@ void ControlConnection::closeSoon() {
 }
 
 bool ControlConnection::isConnected() const {
-    const std::lock_guard guard(lock_);
+    const MutexLock guard(lock_);
     return isOpen_;
 }
 
@@ -83,7 +83,7 @@ void ControlConnection::readInput() {
     if (length == 0) return endInput();
     take({readBuffer_.data(), static_cast<std::size_t>(length)});
 
-    const std::lock_guard guard(lock_);
+    const MutexLock guard(lock_);
     if (!isOpen_) return;
     isInputPaused_ = !hasRoomForInput(limits_.unansweredRequests - 1);
     if (!isInputPaused_) waitForInput();
@@ -99,7 +99,7 @@ void ControlConnection::take(std::string_view bytes) {
 
 void ControlConnection::takeMessage(jsonrpc::Message message, std::size_t bytes) {
     {
-        const std::lock_guard guard(lock_);
+        const MutexLock guard(lock_);
         if (!isOpen_) return;
         pending_.push_back({std::move(message), bytes});
         pendingBytes_ += bytes;
@@ -111,7 +111,7 @@ void ControlConnection::takeMessage(jsonrpc::Message message, std::size_t bytes)
 void ControlConnection::handOverNext() {
     std::optional<Pending> next;
     {
-        const std::lock_guard guard(lock_);
+        const MutexLock guard(lock_);
         if (!isOpen_ || isHandling_ || pending_.empty() || !unsent_.empty()) return;
         next = std::move(pending_.front());
         pending_.pop_front();
@@ -125,7 +125,7 @@ void ControlConnection::endInput() {
     if (lines_.isInsideLine()) takeMessage(invalidLine("the request ends in mid-line"), 0);
     bool isDone = false;
     {
-        const std::lock_guard guard(lock_);
+        const MutexLock guard(lock_);
         hasInputEnded_ = true;
         isDone = hasNothingLeftToSay();
     }
@@ -133,7 +133,7 @@ void ControlConnection::endInput() {
 }
 
 void ControlConnection::addToBatch(std::string_view answer) {
-    const std::lock_guard guard(lock_);
+    const MutexLock guard(lock_);
     if (answer.empty() || !isOpen_ || account_.isDropped()) return;
     appendToBatch(answer);
     countUnread();
@@ -146,7 +146,7 @@ void ControlConnection::appendToBatch(std::string_view answer) {
 
 void ControlConnection::finishMessage(std::string answer, bool isBatch) {
     {
-        const std::lock_guard guard(lock_);
+        const MutexLock guard(lock_);
         isHandling_ = false;
         if (!isOpen_ || account_.isDropped()) return;
         if (isBatch) {
@@ -166,7 +166,7 @@ void ControlConnection::finishMessage(std::string answer, bool isBatch) {
 }
 
 void ControlConnection::resumeInput() {
-    const std::lock_guard guard(lock_);
+    const MutexLock guard(lock_);
     if (!isOpen_ || !isInputPaused_ || !hasRoomForInput(limits_.unansweredRequests / 2)) return;
     isInputPaused_ = false;
     waitForInput();
@@ -182,7 +182,7 @@ bool ControlConnection::hasNothingLeftToSay() const {
 }
 
 void ControlConnection::send(const std::string& line) {
-    const std::lock_guard guard(lock_);
+    const MutexLock guard(lock_);
     if (!isOpen_ || account_.isDropped()) return;
     if (!unsent_.empty() && unsentBytes() + line.size() > limits_.unsentBytes) return closeSoon();
     enqueue(line);
@@ -190,7 +190,7 @@ void ControlConnection::send(const std::string& line) {
 
 void ControlConnection::sendAfterAnswer(const std::string& line) {
     {
-        const std::lock_guard guard(lock_);
+        const MutexLock guard(lock_);
         if (!isOpen_) return;
         if (isHandling_) return afterAnswer_.push_back(line);
     }
@@ -224,7 +224,7 @@ void ControlConnection::sendQueued() {
     bool isDone = false;
     bool isEmpty = false;
     {
-        const std::lock_guard guard(lock_);
+        const MutexLock guard(lock_);
         if (!isOpen_) return;
         isDone = !sendWhatFits() || hasNothingLeftToSay();
         isEmpty = unsent_.empty();

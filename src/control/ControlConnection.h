@@ -9,6 +9,7 @@
 #include "control/JsonRpc.h"
 #include "control/LineBuffer.h"
 #include "control/UnsentBudget.h"
+#include "support/Mutex.h"
 
 #include <asio/io_context.hpp>
 #include <asio/local/stream_protocol.hpp>
@@ -17,7 +18,6 @@
 #include <deque>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <span>
 #include <string>
 #include <string_view>
@@ -70,14 +70,13 @@ class ControlConnection final : public ControlPeer, public std::enable_shared_fr
     void resumeInput();
     void waitForRoom();
     void sendQueued();
-    // With the lock held
-    bool hasNothingLeftToSay() const;
-    bool hasRoomForInput(std::size_t unansweredAllowed) const;
-    std::size_t unsentBytes() const { return unsent_.size() - alreadySent_; }
-    void appendToBatch(std::string_view answer);
-    void countUnread() { account_.hold(unsentBytes() + batchAnswer_.size()); }
-    void enqueue(std::string line);
-    bool sendWhatFits(); // false when the connection is broken
+    bool hasNothingLeftToSay() const KOVA_REQUIRES(lock_);
+    bool hasRoomForInput(std::size_t unansweredAllowed) const KOVA_REQUIRES(lock_);
+    std::size_t unsentBytes() const KOVA_REQUIRES(lock_) { return unsent_.size() - alreadySent_; }
+    void appendToBatch(std::string_view answer) KOVA_REQUIRES(lock_);
+    void countUnread() KOVA_REQUIRES(lock_) { account_.hold(unsentBytes() + batchAnswer_.size()); }
+    void enqueue(std::string line) KOVA_REQUIRES(lock_);
+    bool sendWhatFits() KOVA_REQUIRES(lock_); // false when the connection is broken
 
     const std::shared_ptr<asio::io_context> context_; // outlives the socket, whoever holds the connection last
     // Control thread only
@@ -95,17 +94,17 @@ class ControlConnection final : public ControlPeer, public std::enable_shared_fr
     };
 
     // Shared by both threads
-    mutable std::mutex lock_;
-    bool isOpen_ = true;
-    bool hasInputEnded_ = false;
-    bool isInputPaused_ = false;
-    bool isHandling_ = false;              // a message is on the main queue
-    std::string batchAnswer_;              // to that message, as far as it is built
-    std::vector<std::string> afterAnswer_; // lines to send once that message is answered
-    std::deque<Pending> pending_;
-    std::size_t pendingBytes_ = 0;
-    std::string unsent_;
-    std::size_t alreadySent_ = 0; // bytes at the beginning of `unsent_`
+    mutable Mutex lock_;
+    bool isOpen_ KOVA_GUARDED_BY(lock_) = true;
+    bool hasInputEnded_ KOVA_GUARDED_BY(lock_) = false;
+    bool isInputPaused_ KOVA_GUARDED_BY(lock_) = false;
+    bool isHandling_ KOVA_GUARDED_BY(lock_) = false;              // a message is on the main queue
+    std::string batchAnswer_ KOVA_GUARDED_BY(lock_);              // to that message, as far as it is built
+    std::vector<std::string> afterAnswer_ KOVA_GUARDED_BY(lock_); // lines to send once that message is answered
+    std::deque<Pending> pending_ KOVA_GUARDED_BY(lock_);
+    std::size_t pendingBytes_ KOVA_GUARDED_BY(lock_) = 0;
+    std::string unsent_ KOVA_GUARDED_BY(lock_);
+    std::size_t alreadySent_ KOVA_GUARDED_BY(lock_) = 0; // bytes at the beginning of `unsent_`
     const std::shared_ptr<UnsentBudget> budget_;
     UnsentBudget::Account account_;
 };

@@ -6,18 +6,18 @@ namespace kova {
 
 UnsentBudget::Account::Account(UnsentBudget& budget, std::function<void()> drop) :
     budget_(budget), drop_(std::move(drop)) {
-    const std::lock_guard guard(budget_.mutex_);
+    const MutexLock guard(budget_.mutex_);
     budget_.accounts_.push_back(this);
 }
 
 UnsentBudget::Account::~Account() {
-    const std::lock_guard guard(budget_.mutex_);
+    const MutexLock guard(budget_.mutex_);
     budget_.accounts_.remove(this);
     if (!isDropped_) budget_.bytesHeld_ -= bytes_;
 }
 
 void UnsentBudget::Account::hold(std::size_t bytes, Clock::time_point now) {
-    const std::lock_guard guard(budget_.mutex_);
+    const MutexLock guard(budget_.mutex_);
     if (isDropped_) return;
     if (bytes_ == 0 || bytes < bytes_) waitingSince_ = now;
     budget_.bytesHeld_ += bytes - bytes_;
@@ -26,7 +26,7 @@ void UnsentBudget::Account::hold(std::size_t bytes, Clock::time_point now) {
 }
 
 std::size_t UnsentBudget::bytesHeld() const {
-    const std::lock_guard guard(mutex_);
+    const MutexLock guard(mutex_);
     return bytesHeld_;
 }
 

@@ -2,13 +2,14 @@
 // have read nothing for the longest time. Any thread.
 #pragma once
 
+#include "support/Mutex.h"
+
 #include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <functional>
 #include <list>
 #include <memory>
-#include <mutex>
 
 namespace kova {
 
@@ -45,12 +46,12 @@ class UnsentBudget {
     std::size_t bytesHeld() const;
 
   private:
-    void dropUntilItFits(const Account& charged);
+    void dropUntilItFits(const Account& charged) KOVA_REQUIRES(mutex_);
 
     const std::size_t bytesAllowed_;
-    mutable std::mutex mutex_;
-    std::list<Account*> accounts_;
-    std::size_t bytesHeld_ = 0; // without the dropped ones
+    mutable Mutex mutex_; // of what the accounts hold, too
+    std::list<Account*> accounts_ KOVA_GUARDED_BY(mutex_);
+    std::size_t bytesHeld_ KOVA_GUARDED_BY(mutex_) = 0; // without the dropped ones
 };
 
 } // namespace kova

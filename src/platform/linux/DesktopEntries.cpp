@@ -243,7 +243,7 @@ std::string DesktopEntries::localeOfMessages() {
 }
 
 ApplicationIdentity DesktopEntries::identify(const ApplicationTraces& traces) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     if (const auto known = answers_.find(traces); known != answers_.end()) return known->second;
     if (!isScanned_ || hasChanged()) scan();
     if (answers_.size() >= kMostAnswers) answers_.clear();
@@ -266,30 +266,35 @@ ApplicationIdentity DesktopEntries::identify(const ApplicationTraces& traces) {
 const DesktopEntries::Entry* DesktopEntries::find(const ApplicationTraces& traces) const {
     const std::string &instanceName = traces.instanceName, &className = traces.className,
                       &applicationID = traces.applicationID;
+    const auto textOf = [this](Range range) {
+        mutex_.assertHeld();
+        return text(range);
+    };
     const auto first = [this](auto&& matches) -> const Entry* {
+        mutex_.assertHeld();
         const auto found = std::find_if(entries_.begin(), entries_.end(), matches);
         return found == entries_.end() ? nullptr : &*found;
     };
     // Exactly: this is the name of an entry, and one that is not installed is none.
     if (!applicationID.empty()) {
-        if (const auto* entry = first([&](const Entry& e) { return text(e.id) == applicationID; })) return entry;
+        if (const auto* entry = first([&](const Entry& e) { return textOf(e.id) == applicationID; })) return entry;
     }
     for (const auto& name : {className, instanceName}) {
         if (name.empty()) continue;
-        if (const auto* entry = first([&](const Entry& e) { return text(e.windowClass) == name; })) return entry;
-        if (const auto* entry = first([&](const Entry& e) { return equalIgnoringCase(text(e.windowClass), name); })) {
+        if (const auto* entry = first([&](const Entry& e) { return textOf(e.windowClass) == name; })) return entry;
+        if (const auto* entry = first([&](const Entry& e) { return equalIgnoringCase(textOf(e.windowClass), name); })) {
             return entry;
         }
     }
     const auto& name = className.empty() ? instanceName : className;
     if (name.empty()) return nullptr;
-    if (const auto* entry = first([&](const Entry& e) { return text(e.id) == name; })) return entry;
-    if (const auto* entry = first([&](const Entry& e) { return equalIgnoringCase(text(e.id), name); })) return entry;
-    return first([&](const Entry& e) { return equalIgnoringCase(lastComponent(text(e.id)), name); });
+    if (const auto* entry = first([&](const Entry& e) { return textOf(e.id) == name; })) return entry;
+    if (const auto* entry = first([&](const Entry& e) { return equalIgnoringCase(textOf(e.id), name); })) return entry;
+    return first([&](const Entry& e) { return equalIgnoringCase(lastComponent(textOf(e.id)), name); });
 }
 
 std::vector<LaunchableApplication> DesktopEntries::launchableApplications() {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     if (!isScanned_ || hasChanged()) scan();
     std::vector<LaunchableApplication> applications;
     for (const Entry& entry : entries_) {
@@ -301,10 +306,12 @@ std::vector<LaunchableApplication> DesktopEntries::launchableApplications() {
 }
 
 std::optional<LaunchableApplication> DesktopEntries::launchableApplication(const std::string& id) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     if (!isScanned_ || hasChanged()) scan();
-    const auto found =
-        std::find_if(entries_.begin(), entries_.end(), [&](const Entry& entry) { return text(entry.id) == id; });
+    const auto found = std::find_if(entries_.begin(), entries_.end(), [&](const Entry& entry) {
+        mutex_.assertHeld();
+        return text(entry.id) == id;
+    });
     if (found == entries_.end()) return std::nullopt;
     return launchable(*found);
 }
@@ -357,7 +364,10 @@ void DesktopEntries::scanFolder(const std::string& folder, const std::string& id
 
 void DesktopEntries::addFile(const std::string& path, const std::string& id) {
     const bool isShadowed =
-        std::any_of(entries_.begin(), entries_.end(), [&](const Entry& entry) { return text(entry.id) == id; });
+        std::any_of(entries_.begin(), entries_.end(), [&](const Entry& entry) {
+            mutex_.assertHeld();
+            return text(entry.id) == id;
+        });
     if (isShadowed) return;
     if (validUtf8(path) != path) return; // ids are told to others as text
     const auto parsed = readDesktopEntry(path, locale_);

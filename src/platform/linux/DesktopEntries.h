@@ -5,12 +5,12 @@
 
 #include "platform/linux/XdgFolders.h"
 #include "platform/x11/ApplicationCatalogue.h"
+#include "support/Mutex.h"
 #include "windowing/ApplicationServicing.h"
 
 #include <cstdint>
 #include <ctime>
 #include <map>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -80,23 +80,23 @@ class DesktopEntries final : public ApplicationCatalogue {
         std::int64_t changedNanoseconds = 0; // 0: not there
     };
 
-    void scan();
-    void scanFolder(const std::string& folder, const std::string& idPrefix, int depth);
-    void addFile(const std::string& path, const std::string& id);
-    bool hasChanged() const;
-    LaunchableApplication launchable(const Entry& entry) const;
-    const Entry* find(const ApplicationTraces& traces) const;
-    Range keep(std::string_view text);
-    std::string_view text(Range range) const;
+    void scan() KOVA_REQUIRES(mutex_);
+    void scanFolder(const std::string& folder, const std::string& idPrefix, int depth) KOVA_REQUIRES(mutex_);
+    void addFile(const std::string& path, const std::string& id) KOVA_REQUIRES(mutex_);
+    bool hasChanged() const KOVA_REQUIRES(mutex_);
+    LaunchableApplication launchable(const Entry& entry) const KOVA_REQUIRES(mutex_);
+    const Entry* find(const ApplicationTraces& traces) const KOVA_REQUIRES(mutex_);
+    Range keep(std::string_view text) KOVA_REQUIRES(mutex_);
+    std::string_view text(Range range) const KOVA_REQUIRES(mutex_);
 
-    std::mutex mutex_;
+    Mutex mutex_;
     const std::vector<std::string> roots_; // the most important first
     const std::string locale_;
-    bool isScanned_ = false;
-    std::string texts_;
-    std::vector<Entry> entries_; // displayed ones first, then in the order of the folders
-    std::vector<Folder> folders_;
-    std::map<ApplicationTraces, ApplicationIdentity> answers_;
+    bool isScanned_ KOVA_GUARDED_BY(mutex_) = false;
+    std::string texts_ KOVA_GUARDED_BY(mutex_);
+    std::vector<Entry> entries_ KOVA_GUARDED_BY(mutex_); // displayed ones first, then in the order of the folders
+    std::vector<Folder> folders_ KOVA_GUARDED_BY(mutex_);
+    std::map<ApplicationTraces, ApplicationIdentity> answers_ KOVA_GUARDED_BY(mutex_);
 };
 
 } // namespace kova

@@ -1,6 +1,7 @@
 #include "platform/linux/MessageBus.h"
 
 #include "support/Log.h"
+#include "support/Mutex.h"
 
 #include <sdbus-c++/sdbus-c++.h>
 #include <sys/socket.h>
@@ -13,7 +14,6 @@
 #include <cstring>
 #include <iterator>
 #include <limits>
-#include <mutex>
 #include <optional>
 #include <set>
 #include <string_view>
@@ -100,9 +100,9 @@ BusSignal ownerChange(const std::string& service, std::function<void(const std::
 
 /// Shared with the thread that connects. It may outlive the bus when nobody answers at the other end.
 struct MessageBus::Attempt {
-    std::mutex mutex;
+    Mutex mutex;
     MessageBus* bus;  // null once nobody wants the connection any more; set and read on the main thread only
-    MainQueue* queue; // the same, under the mutex
+    MainQueue* queue KOVA_GUARDED_BY(mutex); // the same
 
     Attempt(MessageBus& wanting, MainQueue& wantingQueue) : bus(&wanting), queue(&wantingQueue) {}
 };
@@ -115,7 +115,7 @@ MessageBus::~MessageBus() {
     if (retry_) retry_->cancel();
     if (!attempt_) return;
     attempt_->bus = nullptr;
-    const std::lock_guard lock(attempt_->mutex);
+    const MutexLock lock(attempt_->mutex);
     attempt_->queue = nullptr;
 }
 
@@ -148,7 +148,7 @@ void MessageBus::connect() {
     std::thread([attempt = attempt_, address = address_, signals = signals_] {
         std::string problem = whyUnreachable(address);
         const auto connection = problem.empty() ? connectionTo(address, signals, problem) : nullptr;
-        const std::lock_guard lock(attempt->mutex);
+        const MutexLock lock(attempt->mutex);
         if (!attempt->queue) return;
         attempt->queue->post([attempt, connection, problem]() mutable {
             if (attempt->bus) attempt->bus->arrived(std::move(connection), problem);

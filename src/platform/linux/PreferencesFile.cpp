@@ -235,7 +235,7 @@ PreferencesFile::Reading PreferencesFile::setAside(const fs::path& target, const
 }
 
 PreferencesFile::Loaded PreferencesFile::load(WallTime now) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     const auto target = targetOf(path_);
     if (!target) return {{}, {}, path_.string() + " is a link that leads back to itself"};
     removeAbandonedDrafts(*target);
@@ -280,8 +280,10 @@ PreferenceValues PreferencesFile::mergeInto(const PreferenceValues& theirs, cons
 
 std::string PreferencesFile::keepCopies(const fs::path& target, const PreferenceValues& next, const Request& request,
                                         const std::string& disputed, WallTime now, Written& written) {
-    const bool overwritesUnusable =
-        std::ranges::any_of(request.unusable, [&](const auto& key) { return at(next, key) != at(known_, key); });
+    const bool overwritesUnusable = std::ranges::any_of(request.unusable, [&](const auto& key) {
+        mutex_.assertHeld();
+        return at(next, key) != at(known_, key);
+    });
     if (disputed.empty() && !overwritesUnusable) return {};
     const auto present = fingerprint(target);
     if (!present) return {};             // nothing is overwritten
@@ -308,7 +310,7 @@ std::string PreferencesFile::keepCopies(const fs::path& target, const Preference
 }
 
 PreferencesFile::Written PreferencesFile::write(const Request& request, WallTime now) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     Written written;
     if (request.version < newestVersion_) {
         written.isOnDisk = true; // as part of the newer version

@@ -7,11 +7,11 @@
 #include "persistence/PreferenceMerge.h"
 #include "persistence/PreferencesStore.h"
 #include "support/MainQueue.h"
+#include "support/Mutex.h"
 
 #include <filesystem>
 #include <functional>
 #include <map>
-#include <mutex>
 #include <optional>
 #include <set>
 #include <string>
@@ -85,32 +85,34 @@ class PreferencesFile {
     };
     using Reading = std::variant<Absent, Text, SetAside, Blocked>;
 
-    Reading read(const std::filesystem::path& target, WallTime now);
+    Reading read(const std::filesystem::path& target, WallTime now) KOVA_REQUIRES(mutex_);
     Reading setAside(const std::filesystem::path& target, const std::string& reason, WallTime now);
     PreferenceValues mergeInto(const PreferenceValues& theirs, const PreferenceValues& ours, Written& written,
-                               std::string& disputed) const;
+                               std::string& disputed) const KOVA_REQUIRES(mutex_);
     /// Empty when done or done before, else why not.
     std::string keepCopies(const std::filesystem::path& target, const PreferenceValues& next, const Request& request,
-                           const std::string& disputed, WallTime now, Written& written);
+                           const std::string& disputed, WallTime now, Written& written) KOVA_REQUIRES(mutex_);
     static Fingerprint fingerprintOf(const struct stat& status);
     /// Absent when there is no file, or when errno says why it cannot be looked at.
     static std::optional<Fingerprint> fingerprint(const std::filesystem::path& target);
     /// Empty when done, else why not. Then `knownFingerprint_` is that of the new file.
-    std::string replace(const std::filesystem::path& target, const std::string& text);
+    std::string replace(const std::filesystem::path& target, const std::string& text) KOVA_REQUIRES(mutex_);
     /// Puts the new name of a file that was replaced on disk. Empty when done or done before, else why not.
-    std::string makeNameLast(const std::filesystem::path& target);
+    std::string makeNameLast(const std::filesystem::path& target) KOVA_REQUIRES(mutex_);
 
     const std::filesystem::path path_;
     const FolderSync syncFolder_;
-    std::mutex mutex_;
-    PreferenceValues known_; // in the file, as far as we know
-    PreferenceValues ours_;  // what we wrote last, or read at the start
-    bool isUnread_ = false;  // the file could not be read at the start, and what it holds goes before ours
-    std::optional<Fingerprint> knownFingerprint_;
-    std::optional<Fingerprint> copiedFingerprint_; // of the file that the last copy was made of
-    std::string copiedTo_;
-    std::uint64_t newestVersion_ = 0;
-    bool isNameOnDisk_ = true; // false from the replacement of the file until its folder is on disk
+    Mutex mutex_;
+    PreferenceValues known_ KOVA_GUARDED_BY(mutex_); // in the file, as far as we know
+    PreferenceValues ours_ KOVA_GUARDED_BY(mutex_);  // what we wrote last, or read at the start
+    // The file could not be read at the start, and what it holds goes before ours.
+    bool isUnread_ KOVA_GUARDED_BY(mutex_) = false;
+    std::optional<Fingerprint> knownFingerprint_ KOVA_GUARDED_BY(mutex_);
+    std::optional<Fingerprint> copiedFingerprint_ KOVA_GUARDED_BY(mutex_); // of the file that the last copy was made of
+    std::string copiedTo_ KOVA_GUARDED_BY(mutex_);
+    std::uint64_t newestVersion_ KOVA_GUARDED_BY(mutex_) = 0;
+    // False from the replacement of the file until its folder is on disk.
+    bool isNameOnDisk_ KOVA_GUARDED_BY(mutex_) = true;
 };
 
 } // namespace kova

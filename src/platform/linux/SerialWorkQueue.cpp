@@ -11,7 +11,7 @@ SerialWorkQueue::SerialWorkQueue(std::string name) : name_(std::move(name)) {}
 
 SerialWorkQueue::~SerialWorkQueue() {
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         isEnding_ = true;
     }
     changed_.notify_one();
@@ -20,7 +20,7 @@ SerialWorkQueue::~SerialWorkQueue() {
 
 void SerialWorkQueue::post(std::function<void()> job) {
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         jobs_.push_back(std::move(job));
         if (!thread_.joinable()) {
             // The thread inherits the mask: signals are for the main thread to take.
@@ -36,15 +36,16 @@ void SerialWorkQueue::post(std::function<void()> job) {
 }
 
 void SerialWorkQueue::work() {
-    std::unique_lock lock(mutex_);
     while (true) {
-        changed_.wait(lock, [this] { return isEnding_ || !jobs_.empty(); });
-        if (isEnding_) return;
-        const auto job = std::move(jobs_.front());
-        jobs_.pop_front();
-        lock.unlock();
+        std::function<void()> job;
+        {
+            const MutexLock lock(mutex_);
+            while (!isEnding_ && jobs_.empty()) changed_.wait(mutex_);
+            if (isEnding_) return;
+            job = std::move(jobs_.front());
+            jobs_.pop_front();
+        }
         job();
-        lock.lock();
     }
 }
 

@@ -2,11 +2,11 @@
 #pragma once
 
 #include "support/MainQueue.h"
+#include "support/Mutex.h"
 
 #include <condition_variable>
 #include <deque>
 #include <functional>
-#include <mutex>
 #include <string>
 #include <thread>
 
@@ -25,10 +25,10 @@ class SerialWorkQueue final : public WorkQueue {
     void work();
 
     const std::string name_;
-    std::mutex mutex_;
-    std::condition_variable changed_;
-    std::deque<std::function<void()>> jobs_;
-    bool isEnding_ = false;
+    Mutex mutex_;
+    std::condition_variable_any changed_;
+    std::deque<std::function<void()>> jobs_ KOVA_GUARDED_BY(mutex_);
+    bool isEnding_ KOVA_GUARDED_BY(mutex_) = false;
     std::thread thread_;
 };
 

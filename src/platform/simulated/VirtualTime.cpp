@@ -28,14 +28,14 @@ struct VirtualMainQueue::Task : ScheduledWork {
 
 std::shared_ptr<VirtualMainQueue::Task> VirtualMainQueue::add(Nanoseconds delay, std::function<void()> work) {
     auto task = std::make_shared<Task>(std::move(work));
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     tasks_.emplace(Key(uptime_ + std::max(delay, Nanoseconds::zero()), asked_++), task);
     return task;
 }
 
 void VirtualMainQueue::post(std::function<void()> work) {
     auto task = std::make_shared<Task>(std::move(work));
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     tasks_.emplace(Key(uptime_ + workerDelay_, asked_++), std::move(task));
 }
 
@@ -52,7 +52,7 @@ Seconds VirtualMainQueue::uptime() const {
 }
 
 std::shared_ptr<VirtualMainQueue::Task> VirtualMainQueue::takeNext(Nanoseconds notAfter) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     if (tasks_.empty() || tasks_.begin()->first.first > notAfter) return nullptr;
     const auto first = tasks_.begin();
     uptime_ = std::max(uptime_, first->first.first);
@@ -69,7 +69,7 @@ void VirtualMainQueue::runUntil(Nanoseconds end) {
         if (ranAtOneMoment > kEndlessWork) throw std::logic_error("the main queue never comes to rest");
         if (!task->isCancelled) task->work();
     }
-    const std::lock_guard lock(mutex_); // another thread may be posting
+    const MutexLock lock(mutex_); // another thread may be posting
     uptime_ = std::max(uptime_, end);
 }
 
@@ -82,14 +82,14 @@ void VirtualMainQueue::runDue() {
 }
 
 std::size_t VirtualMainQueue::pendingCount() const {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     std::size_t count = 0;
     for (const auto& [key, task] : tasks_) count += task->isCancelled ? 0 : 1;
     return count;
 }
 
 void VirtualMainQueue::setWorkerDelay(Seconds delay) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     workerDelay_ = wholeNanoseconds(delay);
 }
 

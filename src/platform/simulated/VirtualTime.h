@@ -3,11 +3,11 @@
 #pragma once
 
 #include "support/MainQueue.h"
+#include "support/Mutex.h"
 
 #include <cstdint>
 #include <deque>
 #include <map>
-#include <mutex>
 #include <utility>
 
 namespace kova {
@@ -38,11 +38,11 @@ class VirtualMainQueue : public MainQueue {
     /// Posts arrive this much later: they come from a worker that has been busy so long.
     void setWorkerDelay(Seconds delay);
 
-    mutable std::mutex mutex_; // `post` may come from another thread
-    std::map<Key, std::shared_ptr<Task>> tasks_;
-    std::uint64_t asked_ = 0;
+    mutable Mutex mutex_; // `post` may come from another thread
+    std::map<Key, std::shared_ptr<Task>> tasks_ KOVA_GUARDED_BY(mutex_);
+    std::uint64_t asked_ KOVA_GUARDED_BY(mutex_) = 0;
     Nanoseconds uptime_ = std::chrono::hours(1);
-    Nanoseconds workerDelay_{0};
+    Nanoseconds workerDelay_ KOVA_GUARDED_BY(mutex_){0};
 };
 
 /// A worker in virtual time. A job sees the desktop as it is when the job begins; what it posts arrives when the job's

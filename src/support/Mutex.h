@@ -1,0 +1,43 @@
+// A mutex whose use clang checks at compile time (-Wthread-safety): data that are KOVA_GUARDED_BY it cannot be touched,
+// and functions that KOVA_REQUIRES it cannot be called, without it. Other compilers see plain members and functions.
+#pragma once
+
+#include <mutex>
+
+#if defined(__clang__)
+#define KOVA_THREAD_SAFETY(attribute) __attribute__((attribute))
+#else
+#define KOVA_THREAD_SAFETY(attribute)
+#endif
+
+#define KOVA_GUARDED_BY(mutex) KOVA_THREAD_SAFETY(guarded_by(mutex))
+#define KOVA_POINTEE_GUARDED_BY(mutex) KOVA_THREAD_SAFETY(pt_guarded_by(mutex))
+#define KOVA_REQUIRES(mutex) KOVA_THREAD_SAFETY(requires_capability(mutex))
+#define KOVA_EXCLUDES(mutex) KOVA_THREAD_SAFETY(locks_excluded(mutex))
+
+namespace kova {
+
+class KOVA_THREAD_SAFETY(capability("mutex")) Mutex {
+  public:
+    void lock() KOVA_THREAD_SAFETY(acquire_capability()) { mutex_.lock(); }
+    void unlock() KOVA_THREAD_SAFETY(release_capability()) { mutex_.unlock(); }
+    /// For a lambda that is called while the mutex is held, which the analysis cannot see. Does nothing.
+    void assertHeld() const KOVA_THREAD_SAFETY(assert_capability(this)) {}
+
+  private:
+    std::mutex mutex_;
+};
+
+/// Holds the mutex as long as it lives.
+class KOVA_THREAD_SAFETY(scoped_lockable) MutexLock {
+  public:
+    explicit MutexLock(Mutex& mutex) KOVA_THREAD_SAFETY(acquire_capability(mutex)) : mutex_(mutex) { mutex_.lock(); }
+    ~MutexLock() KOVA_THREAD_SAFETY(release_capability()) { mutex_.unlock(); }
+    MutexLock(const MutexLock&) = delete;
+    MutexLock& operator=(const MutexLock&) = delete;
+
+  private:
+    Mutex& mutex_;
+};
+
+} // namespace kova
