@@ -12,7 +12,7 @@ namespace {
 
 constexpr PixelRect kFirst = {1920, 100, 2560, 1440};
 
-std::string text(const PixelRect& r) {
+std::string describe(const PixelRect& r) {
     return std::to_string(r.x) + "," + std::to_string(r.y) + " " + std::to_string(r.width) + "x" +
            std::to_string(r.height);
 }
@@ -32,9 +32,9 @@ TEST(PointSpace, ConvertsEveryKindOfPlace) {
     };
     for (const Case& each : cases) {
         const PointSpace space(each.scale, kFirst);
-        EXPECT_EQ(text(space.pixels(each.points)), each.pixels) << each.scale;
+        EXPECT_EQ(describe(space.pixels(each.points)), each.pixels) << each.scale;
         const CGRect onScreen = flipped(each.points, kFirst.height / each.scale);
-        EXPECT_EQ(text(space.pixelsFromScreen(onScreen)), each.pixels) << each.scale;
+        EXPECT_EQ(describe(space.pixelsFromScreen(onScreen)), each.pixels) << each.scale;
     }
     const PointSpace twice(2, kFirst);
     EXPECT_EQ(twice.pointOnScreen(1920 + 30, 100 + 1440 - 50), (CGPoint{15, 25}));
@@ -50,19 +50,20 @@ TEST(PointSpace, ConvertsEveryKindOfPlace) {
         const PointSpace space(scale, {0, 0, 2560, 1440});
         return placeOfHandle("id", flipped(makeRect(99, 10, 2, 500), 1440 / scale), LayoutAxis::horizontal, space);
     };
-    EXPECT_EQ(text(thick(1).rect), "96,10 8x500");
-    EXPECT_EQ(text(thick(2).rect), "192,20 16x1000");
+    EXPECT_EQ(describe(thick(1).rect), "96,10 8x500");
+    EXPECT_EQ(describe(thick(2).rect), "192,20 16x1000");
     EXPECT_EQ(thick(2).restingPixels, 6);
 }
 
-// What is read, and written again as it was read, stays where it is, and edges in points are off by half a pixel at most.
+// What is read, and written again as it was read, stays where it is, and edges in points are off by half a pixel at
+// most.
 TEST(PointSpace, DoesNotDrift) {
     for (double scale = 1; scale <= 4; scale += 0.25) {
         const PointSpace space(scale, kFirst);
         for (int n = -500; n < 5000; n += 7) {
             const PixelRect rect = {n, 3000 - n, 100 + (n + 500) / 3, 90 + (n + 500) / 2};
-            ASSERT_EQ(text(space.pixels(space.points(rect))), text(rect)) << scale;
-            ASSERT_EQ(text(space.pixelsFromScreen(space.pointsOnScreen(rect))), text(rect)) << scale;
+            ASSERT_EQ(describe(space.pixels(space.points(rect))), describe(rect)) << scale;
+            ASSERT_EQ(describe(space.pixelsFromScreen(space.pointsOnScreen(rect))), describe(rect)) << scale;
             const CGRect points = makeRect(n, 3000 - n, 100 + n % 300, 90 + n % 500);
             const CGRect back = space.points(space.pixels(points));
             ASSERT_TRUE(nearlyEqual(back, points, 1 / scale + 1e-5)) << scale << " " << n; // sizes by a pixel
@@ -80,7 +81,7 @@ std::string setting(std::uint8_t kind, const std::string& name, const std::strin
     return bytes + std::string("\7\0\0\0", 4) + value;
 }
 
-std::string number(std::uint32_t value) {
+std::string word(std::uint32_t value) {
     std::string bytes;
     for (int i = 0; i < 4; ++i) bytes += static_cast<char>(value >> (8 * i));
     return bytes;
@@ -92,19 +93,19 @@ SharedSettings readFrom(const std::string& bytes) {
 
 TEST(Scale, IsReadFromWhatOtherProgramsWrote) {
     const std::string head(8, '\0');
-    const std::string factor = setting(0, "Gdk/WindowScalingFactor", number(2));
-    const std::string dpi = setting(0, "Xft/DPI", number(144 * 1024));
-    const std::string theme = setting(1, "Net/ThemeName", number(5) + "Mauve" + std::string(3, '\0'));
+    const std::string factor = setting(0, "Gdk/WindowScalingFactor", word(2));
+    const std::string dpi = setting(0, "Xft/DPI", word(144 * 1024));
+    const std::string theme = setting(1, "Net/ThemeName", word(5) + "Mauve" + std::string(3, '\0'));
     const std::string color = setting(2, "Net/Tint", std::string(8, '\1'));
     const SharedSettings both = {144.0, 2};
-    EXPECT_EQ(readFrom(head + number(4) + theme + factor + color + dpi), both);
+    EXPECT_EQ(readFrom(head + word(4) + theme + factor + color + dpi), both);
     const std::string big("\1\0\0\0\0\0\0\7\0\0\0\1\0\0\0\7Xft/DPI\0\0\0\0\0\0\3\0\0", 33);
     EXPECT_EQ(readFrom(big), (SharedSettings{192.0, std::nullopt}));
     // As far as the format holds, and never further.
-    EXPECT_EQ(readFrom(head + number(4'000'000'000) + factor), (SharedSettings{std::nullopt, 2}));
-    EXPECT_EQ(readFrom(head + number(2) + setting(9, "Odd", number(1)) + factor), SharedSettings{});
-    EXPECT_EQ(readFrom(head + number(1) + setting(0, "Xft/DPI", number(0xFFFFFFFF))), SharedSettings{}) << "-1";
-    const std::string whole = head + number(4) + theme + factor + color + dpi;
+    EXPECT_EQ(readFrom(head + word(4'000'000'000) + factor), (SharedSettings{std::nullopt, 2}));
+    EXPECT_EQ(readFrom(head + word(2) + setting(9, "Odd", word(1)) + factor), SharedSettings{});
+    EXPECT_EQ(readFrom(head + word(1) + setting(0, "Xft/DPI", word(0xFFFFFFFF))), SharedSettings{}) << "-1";
+    const std::string whole = head + word(4) + theme + factor + color + dpi;
     for (std::size_t length = 0; length < whole.size(); ++length) {
         EXPECT_NE(readFrom(whole.substr(0, length)), both) << length;
     }

@@ -2,6 +2,7 @@
 // wrong type, a wrong length or an absurd number counts as no property at all.
 #pragma once
 
+#include "platform/x11/Iconification.h"
 #include "platform/x11/XConnection.h"
 #include "platform/x11/XGeometry.h"
 #include "support/MainQueue.h"
@@ -118,14 +119,7 @@ struct ClientWindow {
     std::optional<PendingFrame> pending;
     std::optional<PixelRect> lastWish, lastAnswer; // the place last asked for, and the frame when it was
     int repeats = 0;                               // of the same wish with the same answer
-    bool isIconifiedByUs = false;                  // without a window manager
-    bool isUnmapDue = false;                       // without a window manager, with the next requests that are sent
-    std::optional<std::uint32_t> ownUnmap;         // the request by which it was, until its event has come
-    bool hasLeft = false;                          // was unmapped since it was last asked to go; it may be back
-    bool isMapAsked = false;                       // by us, while it was unmapped; its event has not come yet
-    std::optional<Seconds> leaveAsked;  // when the window manager was asked to iconify it, until it comes back
-    bool returnsOnceGone = false;       // and what it was asked since, before it had left
-    std::optional<Seconds> returnAsked; // when the window manager was asked to bring it back, until it is asked to go
+    Iconification iconification;
 
     WindowKind kind() const;
     /// False for the answer to an older question than the last that was taken. Otherwise it is the last.

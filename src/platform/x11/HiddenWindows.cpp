@@ -15,13 +15,13 @@ namespace kova::x11 {
 namespace {
 
 /// How long a window manager may take to iconify a window; one that has not by then will not.
-constexpr Seconds kPatience{1.0};
+constexpr Seconds kTimeToLeaveScreen{1.0};
 /// How long a window may be missing, or on its way back, until it is given up.
 constexpr Seconds kPatienceForReturn{2.5};
 
 /// It can have been away and be back between two looks.
 bool hasLeft(const ClientWindow& client, const WindowModel& model) {
-    return client.hasLeft || (!model.isShown(client) && !client.isMapAsked);
+    return client.iconification.hasLeft() || (!model.isShown(client) && !client.iconification.isMapAwaited());
 }
 
 constexpr const char* word(TakenAway how) {
@@ -136,7 +136,7 @@ bool HiddenWindows::isBehind(const WindowModel& model, Seconds now) const {
         if (!client || hidden.isReturning) return true;
         const bool isShown = model.isShown(*client);
         const bool isGone = hidden.hasLeftScreen || hasLeft(*client, model);
-        return isGone != hidden.hasLeftScreen || (isShown && (isGone || now - hidden.since > kPatience));
+        return isGone != hidden.hasLeftScreen || (isShown && (isGone || now - hidden.since > kTimeToLeaveScreen));
     });
 }
 
@@ -160,11 +160,12 @@ void HiddenWindows::followModel(const WindowModel& model, Seconds now) {
     const auto isOver = [&](const HiddenWindow& hidden) {
         if (hidden.missingSince) return now - *hidden.missingSince > kPatienceForReturn;
         const ClientWindow* client = model.client(hidden.window);
-        const bool isLeavingFirst = client->returnsOnceGone && now - hidden.since < kPatience;
+        const bool isLeavingFirst =
+            client->iconification.isToReturnOnceGone(now) && now - hidden.since < kTimeToLeaveScreen;
         if (hidden.isReturning) {
             return (isShown(hidden) && !isLeavingFirst) || now - hidden.since > kPatienceForReturn;
         }
-        return isShown(hidden) && (hidden.hasLeftScreen || now - hidden.since > kPatience);
+        return isShown(hidden) && (hidden.hasLeftScreen || now - hidden.since > kTimeToLeaveScreen);
     };
     for (Place place = windows_.begin(); place != windows_.end();) {
         const Place next = std::next(place);

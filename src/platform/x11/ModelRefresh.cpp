@@ -35,7 +35,7 @@ constexpr int kMostRounds = 4;
 
 } // namespace
 
-ModelRefresh::ModelRefresh(const XConnection& connection, const ClientProcesses& processes, std::mutex& mutex,
+ModelRefresh::ModelRefresh(const XConnection& connection, const ClientProcesses& processes, Mutex& mutex,
                            WindowModel& model) :
     connection_(connection),
     processes_(processes), mutex_(mutex), model_(model) {}
@@ -49,7 +49,7 @@ void ModelRefresh::ask() {
         questions_ = {};
         return;
     }
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     questions_.take();
 }
 
@@ -57,12 +57,12 @@ RefreshOutcome ModelRefresh::run(Seconds now) {
     outcome_ = {};
     now_ = now;
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         model_.settle(now);
     }
     for (int round = 0; round < kMostRounds; ++round) {
         {
-            const std::lock_guard lock(mutex_);
+            const MutexLock lock(mutex_);
             if (!model_.isStale()) break;
             askRoot();
             askNewTopLevels();
@@ -81,18 +81,22 @@ void ModelRefresh::askRoot() {
     const Atoms& atoms = connection_.atoms();
     const xcb_window_t root = connection_.root();
     if (std::exchange(model_.staleManager, false)) {
-        questions_.add(connection_.askProperty(root, atoms[Atom::netSupportingWmCheck], 1),
-                       [this](const void* reply) { askManager(reply); });
+        questions_.add(connection_.askProperty(root, atoms[Atom::netSupportingWmCheck], 1), [this](const void* reply) {
+            mutex_.assertHeld();
+            askManager(reply);
+        });
     }
     if (std::exchange(model_.staleClientList, false) && model_.windowManager().isPresent) {
         questions_.add(connection_.askProperty(root, atoms[Atom::netClientList], kMostWindows),
                        [this](const void* reply) {
+                           mutex_.assertHeld();
                            model_.setClientList(numbersIn(propertyIn(reply), XCB_ATOM_WINDOW), now_);
                            outcome_.ownersChanged = outcome_.panelsChanged = true;
                        });
     }
     if (std::exchange(model_.staleDesktop, false)) {
         questions_.add(connection_.askProperty(root, atoms[Atom::netCurrentDesktop], 1), [this](const void* reply) {
+            mutex_.assertHeld();
             const auto numbers = numbersIn(propertyIn(reply), XCB_ATOM_CARDINAL);
             model_.currentDesktop = numbers.empty() ? 0 : numbers[0];
             outcome_.panelsChanged = true;
@@ -100,6 +104,7 @@ void ModelRefresh::askRoot() {
     }
     if (std::exchange(model_.staleWorkarea, false)) {
         questions_.add(connection_.askProperty(root, atoms[Atom::netWorkarea], 256), [this](const void* reply) {
+            mutex_.assertHeld();
             const auto numbers = numbersIn(propertyIn(reply), XCB_ATOM_CARDINAL);
             model_.workareas.clear();
             for (std::size_t i = 0; i + 4 <= numbers.size() && model_.windowManager().isPresent; i += 4) {
@@ -138,6 +143,7 @@ void ModelRefresh::askManager(const void* checkReply) {
                    });
     questions_.add(connection_.askProperty(connection_.root(), atoms[Atom::netSupported], 1024),
                    [this, manager, keepsList](const void* reply) {
+                       mutex_.assertHeld();
                        const auto supported = numbersIn(propertyIn(reply), XCB_ATOM_ATOM);
                        const auto has = [&](Atom atom) {
                            return std::ranges::find(supported, connection_.atoms()[atom]) != supported.end();
@@ -167,6 +173,7 @@ void ModelRefresh::askTopLevel(xcb_window_t window) {
         top->rect = {geometry->x, geometry->y, geometry->width + 2 * top->border, geometry->height + 2 * top->border};
     });
     const auto take = [this, window, top, asked = cookie.sequence](const void* reply) {
+        mutex_.assertHeld();
         const auto* attributes = as<xcb_get_window_attributes_reply_t>(reply);
         if (!attributes || top->rect.width == 0) return; // gone; its end is announced
         top->isMapped = attributes->map_state != XCB_MAP_STATE_UNMAPPED;
@@ -178,6 +185,7 @@ void ModelRefresh::askTopLevel(xcb_window_t window) {
 
 void ModelRefresh::readTopLevels() {
     questions_.add(xcb_query_tree(connection_.get(), connection_.root()), [this](const void* reply) {
+        mutex_.assertHeld();
         const auto* tree = as<xcb_query_tree_reply_t>(reply);
         if (!tree) return;
         const xcb_window_t* children = xcb_query_tree_children(tree);
@@ -208,6 +216,7 @@ void ModelRefresh::askClients() {
             xcb_change_window_attributes(connection_.get(), window, XCB_CW_EVENT_MASK, &mask);
             mayHaveMissedFocus = !isManaged;
             questions_.add(xcb_get_window_attributes(connection_.get(), window), [this, window](const void* reply) {
+                mutex_.assertHeld();
                 const auto* attributes = as<xcb_get_window_attributes_reply_t>(reply);
                 if (!attributes) return model_.forget(window); // gone, whatever lists it
                 if (ClientWindow* known = model_.client(window))
@@ -227,6 +236,7 @@ void ModelRefresh::askClients() {
 void ModelRefresh::askProcess(xcb_window_t window) {
     if (!processes_.canAnswer()) return;
     questions_.add(processes_.ask(window), [this, window](const void* reply) {
+        mutex_.assertHeld();
         if (ClientWindow* known = model_.client(window))
             known->toldProcess = ClientProcesses::processIn(as<xcb_res_query_client_ids_reply_t>(reply));
     });
@@ -243,6 +253,7 @@ void ModelRefresh::askProperties(xcb_window_t window, std::uint32_t bits) {
         // What the taker keeps is small on purpose: there can be hundreds.
         const auto cookie = connection_.askProperty(window, rules[i].property, rules[i].lengthInWords);
         questions_.add(cookie, [this, window, i, asked = cookie.sequence](const void* reply) {
+            mutex_.assertHeld();
             takeProperty(window, model_.rules()[i], reply, asked);
         });
     }
@@ -265,7 +276,8 @@ void ModelRefresh::takeProperty(xcb_window_t window, const PropertyRule& rule, c
         break;
     case stale::state:
         // Some window managers iconify without taking the window off the screen.
-        if (model_.isMinimized(*client) && client->returnsOnceGone) outcome_.returning.push_back(window);
+        if (model_.isMinimized(*client) && client->iconification.isToReturnOnceGone(now_))
+            outcome_.returning.push_back(window);
         break;
     case stale::title:
         // Changes of the old name were not followed while there was a new one.
@@ -295,6 +307,7 @@ void ModelRefresh::findTopLevels() {
         std::vector<Climb> higher;
         for (const Climb& climb : climbs) {
             questions_.add(xcb_query_tree(connection_.get(), climb.at), [this, climb, &higher](const void* reply) {
+                mutex_.assertHeld();
                 const auto* tree = as<xcb_query_tree_reply_t>(reply);
                 ClientWindow* client = model_.client(climb.client);
                 if (!tree || !client) return;
@@ -312,7 +325,7 @@ void ModelRefresh::findTopLevels() {
 
 void ModelRefresh::measureFrames() {
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         for (const xcb_window_t window : std::exchange(unmeasured_, {})) {
             ClientWindow* client = model_.client(window);
             if (!client || client->topLevel == kNoWindow) continue;

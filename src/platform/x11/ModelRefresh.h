@@ -8,8 +8,8 @@
 #include "platform/x11/ClientProcesses.h"
 #include "platform/x11/Questions.h"
 #include "platform/x11/WindowModel.h"
+#include "support/Mutex.h"
 
-#include <mutex>
 #include <string>
 #include <vector>
 
@@ -24,8 +24,7 @@ struct RefreshOutcome {
 class ModelRefresh {
   public:
     /// `mutex` guards the model and is held only while answers are taken.
-    ModelRefresh(const XConnection& connection, const ClientProcesses& processes, std::mutex& mutex,
-                 WindowModel& model);
+    ModelRefresh(const XConnection& connection, const ClientProcesses& processes, Mutex& mutex, WindowModel& model);
 
     /// Nothing is asked when nothing is stale. One caller at a time.
     RefreshOutcome run(Seconds now);
@@ -33,23 +32,24 @@ class ModelRefresh {
     void readTopLevels();
 
   private:
-    void askRoot();
-    void askManager(const void* checkReply);
-    void askNewTopLevels();
-    void askClients();
-    void askProcess(xcb_window_t window);
-    void askProperties(xcb_window_t window, std::uint32_t bits);
-    void takeProperty(xcb_window_t window, const PropertyRule& rule, const void* reply, std::uint32_t asked);
-    void findTopLevels();
-    void measureFrames();
-    void askTopLevel(xcb_window_t window);
-    void settleOwner(ClientWindow& client);
-    void ask();
+    void askRoot() KOVA_REQUIRES(mutex_);
+    void askManager(const void* checkReply) KOVA_REQUIRES(mutex_);
+    void askNewTopLevels() KOVA_REQUIRES(mutex_);
+    void askClients() KOVA_REQUIRES(mutex_);
+    void askProcess(xcb_window_t window) KOVA_REQUIRES(mutex_);
+    void askProperties(xcb_window_t window, std::uint32_t bits) KOVA_REQUIRES(mutex_);
+    void takeProperty(xcb_window_t window, const PropertyRule& rule, const void* reply, std::uint32_t asked)
+        KOVA_REQUIRES(mutex_);
+    void findTopLevels() KOVA_EXCLUDES(mutex_);
+    void measureFrames() KOVA_EXCLUDES(mutex_);
+    void askTopLevel(xcb_window_t window) KOVA_REQUIRES(mutex_);
+    void settleOwner(ClientWindow& client) KOVA_REQUIRES(mutex_);
+    void ask() KOVA_EXCLUDES(mutex_);
 
     const XConnection& connection_;
     const ClientProcesses& processes_;
-    std::mutex& mutex_;
-    WindowModel& model_;
+    Mutex& mutex_;
+    WindowModel& model_ KOVA_GUARDED_BY(mutex_);
     Questions questions_;
     RefreshOutcome outcome_;
     Seconds now_{};

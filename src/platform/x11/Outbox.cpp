@@ -8,7 +8,7 @@ namespace kova::x11 {
 namespace {
 
 /// A wish that was not answered for so long is repeated when it is wished again.
-constexpr Seconds kPatience{0.15};
+constexpr Seconds kTimeToAnswer{0.15};
 /// How often the same place is asked for from a window that answers with another; then it is believed.
 constexpr int kMostRepeats = 4;
 
@@ -59,7 +59,7 @@ void Outbox::place(ClientWindow& client, const PixelRect& outer, Seconds now) {
             client.repeats = 0;
             client.lastAnswer.reset();
         }
-        if (model_.expectedFrame(client, now, kPatience) == outer) return;
+        if (model_.expectedFrame(client, now, kTimeToAnswer) == outer) return;
         // Asked often enough and answered otherwise each time: it will not change its mind.
         const bool repeats = client.lastWish == outer && client.lastAnswer == model_.outerFrame(client);
         client.repeats = repeats ? client.repeats + 1 : 0;

@@ -7,13 +7,13 @@ namespace kova::x11 {
 namespace {
 
 /// More of them than any desktop writes.
-constexpr std::uint32_t kMostWords = 65536;
+constexpr std::uint32_t kMostSettingWords = 65536;
 
-PropertyView propertyIn(const void* reply) {
+PropertyView settingsIn(const void* reply) {
     return viewOf(static_cast<const xcb_get_property_reply_t*>(reply));
 }
 
-int numberOf(const XConnection& connection) {
+int screenNumberOf(const XConnection& connection) {
     int number = 0;
     for (auto it = xcb_setup_roots_iterator(xcb_get_setup(connection.get())); it.rem > 0; xcb_screen_next(&it)) {
         if (it.data->root == connection.root()) return number;
@@ -25,7 +25,7 @@ int numberOf(const XConnection& connection) {
 } // namespace
 
 ScaleReader::ScaleReader(const XConnection& connection) : connection_(connection) {
-    const std::string name = "_XSETTINGS_S" + std::to_string(numberOf(connection));
+    const std::string name = "_XSETTINGS_S" + std::to_string(screenNumberOf(connection));
     const XReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
         connection.get(), xcb_intern_atom(connection.get(), 0, static_cast<std::uint16_t>(name.size()), name.data()),
         nullptr));
@@ -60,8 +60,9 @@ void ScaleReader::begin() {
     }
     hasUnsent_ = true;
     questions_.add(
-        connection_.askProperty(connection_.root(), XCB_ATOM_RESOURCE_MANAGER, kMostWords), [this](const void* reply) {
-            const PropertyView property = propertyIn(reply);
+        connection_.askProperty(connection_.root(), XCB_ATOM_RESOURCE_MANAGER, kMostSettingWords),
+        [this](const void* reply) {
+            const PropertyView property = settingsIn(reply);
             const auto* text = reinterpret_cast<const char*>(property.bytes.data());
             resourceDotsPerInch_ = property.format == 8 ? dotsPerInchIn({text, property.bytes.size()}) : std::nullopt;
         });
@@ -77,9 +78,9 @@ void ScaleReader::takeOwner(const void* reply) {
     // Listened to before it is asked, so that no change falls between.
     const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(connection_.get(), owner_, XCB_CW_EVENT_MASK, &mask);
-    questions_.add(connection_.askProperty(owner_, connection_.atoms()[Atom::xsettings], kMostWords),
+    questions_.add(connection_.askProperty(owner_, connection_.atoms()[Atom::xsettings], kMostSettingWords),
                    [this](const void* settings) {
-                       const PropertyView property = propertyIn(settings);
+                       const PropertyView property = settingsIn(settings);
                        if (property.format == 8) shared_ = sharedSettingsIn(property.bytes);
                    });
 }

@@ -101,9 +101,7 @@ void WindowModel::setWindowManager(const WindowManager& manager, Seconds now) {
             ClientWindow* known = client(window);
             if (!known) continue;
             known->pending.reset();
-            known->leaveAsked.reset();
-            known->ownUnmap.reset();
-            known->isIconifiedByUs = known->returnsOnceGone = false;
+            known->iconification.forgetRequests();
             markStale(*known, stale::all);
         }
     }
@@ -127,7 +125,7 @@ void WindowModel::settle(Seconds now) {
     for (const xcb_window_t window : std::vector(order_)) {
         const ClientWindow* known = client(window);
         const TopLevel* top = known ? topLevel(known->topLevel) : nullptr;
-        const bool isUsable = known && (known->isIconifiedByUs || (top && top->isMapped));
+        const bool isUsable = known && (known->iconification.isPutAway() || (top && top->isMapped));
         if (!isUsable || manager_.isMute) forget(window);
     }
 }
@@ -155,7 +153,7 @@ void WindowModel::adoptUnmanaged(xcb_window_t window) {
 
 void WindowModel::adoptIconified(xcb_window_t window) {
     adoptUnmanaged(window);
-    if (ClientWindow* adopted = client(window)) adopted->isIconifiedByUs = true;
+    if (ClientWindow* adopted = client(window)) adopted->iconification.adoptAway();
 }
 
 void WindowModel::setTopLevelOf(ClientWindow& client, xcb_window_t topLevel) {
@@ -332,7 +330,7 @@ std::vector<xcb_window_t> WindowModel::dialogsOf(const ClientWindow& client) con
 }
 
 bool WindowModel::isMinimized(const ClientWindow& client) const {
-    if (!manager_.isPresent) return client.isIconifiedByUs;
+    if (!manager_.isPresent) return client.iconification.isPutAway();
     // Some managers call shaded windows hidden, others iconic, and only minimized ones both. ICCCM lets a manager use
     // the iconic state for all that is not shown.
     if (manager_.announcesHidden) return client.isHiddenState && (client.isIconic || !client.isShaded);

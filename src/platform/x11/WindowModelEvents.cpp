@@ -171,21 +171,16 @@ EventEffects WindowModel::applyMapping(xcb_window_t window, bool isMapped, std::
     const auto held = clientByTopLevel_.find(window);
     ClientWindow* known = held == clientByTopLevel_.end() ? nullptr : client(held->second);
     effects.changed = known != nullptr;
-    if (known) {
-        // What was asked before it was asked to go again is no coming back by hand.
-        if (!isMapped) known->hasLeft = !known->isMapAsked;
-        if (isMapped) known->isMapAsked = false;
-    }
     if (manager_.isPresent) {
         if (!known) return effects;
-        // Its state is told by a property, which only the next poll reads. That it is mapped may be the end of an
-        // earlier wish: the later one to leave still counts.
-        const bool isNews = isMapped ? isMinimized(*known) : known->leaveAsked.has_value();
+        const auto news = known->iconification.mappedByManager(isMapped);
+        // Its state is told by a property, which only the next poll reads.
+        const bool isNews = isMapped ? isMinimized(*known) : news != Iconification::News::none;
         if (isNews) {
             known->isIconic = known->isHiddenState = !isMapped;
             markStale(*known, stale::state);
         }
-        if (!isMapped && known->returnsOnceGone) effects.returning.push_back(known->window);
+        if (news == Iconification::News::returns) effects.returning.push_back(known->window);
         return effects;
     }
     if (!known) {
@@ -196,14 +191,8 @@ EventEffects WindowModel::applyMapping(xcb_window_t window, bool isMapped, std::
         effects.changed = true;
         return effects;
     }
-    // Events of before our own request to unmap it say nothing about what comes after.
-    const bool isOwn = known->ownUnmap.has_value();
-    const bool isLater = !isOwn || isAtOrAfter(sequence, *known->ownUnmap);
-    if (isLater) known->ownUnmap.reset();
-    if (isMapped) {
-        if (isLater) known->isIconifiedByUs = false;
-    } else if (!isOwn && !known->isIconifiedByUs && !settlesAt_) {
-        // Its own wish to be withdrawn, or the end of its program.
+    const auto news = known->iconification.mappedByServer(isMapped, sequence);
+    if (news == Iconification::News::withdrawn && !settlesAt_) {
         effects.panelsChanged = known->strut || known->partialStrut;
         forget(window);
     }

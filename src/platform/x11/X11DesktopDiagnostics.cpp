@@ -37,7 +37,7 @@ DiagnosticLine describeManager(const WindowManager& manager) {
 } // namespace
 
 std::optional<std::string> X11Desktop::placingManager() const {
-    const std::lock_guard lock(parts_->mutex);
+    const MutexLock lock(parts_->mutex);
     const WindowManager& manager = parts_->model.windowManager();
     return manager.isPresent && isTilingManager(manager.name) ? std::optional(manager.name) : std::nullopt;
 }
@@ -59,8 +59,8 @@ std::vector<DiagnosticLine> X11Desktop::diagnose() const {
              "This is a Wayland session: only windows of X11 programs can be seen and moved. Choose a session "
              "on X11 (\"Xorg\") in the login screen to manage all."});
     }
-    const std::lock_guard lock(parts_->mutex);
-    if (!parts_->hand || parts_->hand->isLost()) {
+    const MutexLock lock(parts_->mutex);
+    if (!parts_->input.isConnected()) {
         lines.push_back(
             {"keys and dividers", DiagnosticVerdict::wrong,
              "Their connection to the X display " + display +
@@ -68,12 +68,12 @@ std::vector<DiagnosticLine> X11Desktop::diagnose() const {
     }
     lines.push_back(describeManager(parts_->model.windowManager()));
     std::string displays;
-    for (const Screen& screen : parts_->arrangement.screens) {
+    for (const Screen& screen : parts_->displays.arrangement().screens) {
         if (!displays.empty()) displays += ", ";
         displays +=
             screen.localizedName + " " + sizeText(screen.frame) + " (" + sizeText(screen.visibleFrame) + " visible)";
     }
-    if (const double scale = parts_->arrangement.space.scale(); scale != 1) {
+    if (const double scale = parts_->displays.space().scale(); scale != 1) {
         std::array<char, 16> number{};
         std::snprintf(number.data(), number.size(), "%g", scale);
         displays += std::string(", in points of ") + number.data() + " pixels";
@@ -93,9 +93,9 @@ std::vector<DiagnosticLine> X11Desktop::diagnose() const {
     lines.push_back(
         {"windows", DiagnosticVerdict::fine,
          std::to_string(managed) + " to manage, of " + std::to_string(parts_->model.clientOrder().size()) + " listed"});
-    if (!parts_->hidden.all().empty()) {
+    if (!parts_->hider.record().all().empty()) {
         lines.push_back({"hidden windows", DiagnosticVerdict::note,
-                         std::to_string(parts_->hidden.all().size()) +
+                         std::to_string(parts_->hider.record().all().size()) +
                              " are off the screen at KOVA's wish and come back when it ends"});
     }
     return lines;

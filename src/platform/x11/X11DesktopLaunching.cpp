@@ -52,7 +52,7 @@ bool X11Desktop::hasLaunchedProcessSucceeded(pid_t processIdentifier) const {
 }
 
 bool X11Desktop::terminate(pid_t processIdentifier) {
-    const std::lock_guard lock(parts_->mutex);
+    const MutexLock lock(parts_->mutex);
     Questions questions;
     for (const xcb_window_t window : parts_->model.clientOrder()) {
         const ClientWindow* client = parts_->model.client(window);
@@ -79,13 +79,12 @@ bool X11Desktop::terminate(pid_t processIdentifier) {
 }
 
 std::optional<std::string> X11Desktop::forceTerminate(pid_t processIdentifier) {
+    const auto found = parts_->applications.find(processIdentifier);
+    if (!found) return "it does not run any more";
+    if (found->isPartOfDesktop) return "it belongs to the desktop";
     std::vector<OwnerEvidence> evidence;
     {
-        const std::lock_guard lock(parts_->mutex);
-        const auto found =
-            std::ranges::find(parts_->applications, processIdentifier, &X11Application::processIdentifier);
-        if (found == parts_->applications.end()) return "it does not run any more";
-        if (found->isPartOfDesktop) return "it belongs to the desktop";
+        const MutexLock lock(parts_->mutex);
         for (const xcb_window_t window : parts_->model.windowsOf(processIdentifier)) {
             if (const ClientWindow* client = parts_->model.client(window)) evidence.push_back(evidenceOf(*client));
         }
@@ -98,14 +97,6 @@ std::optional<std::string> X11Desktop::forceTerminate(pid_t processIdentifier) {
         if (auto doubt = whyUnverified(ofWindow, innerNumber)) return doubt;
     }
     return killProcess(processIdentifier);
-}
-
-/// Asked on the polling queue: it reads files of the system.
-bool X11Desktop::Parts::isPartOfDesktop(pid_t process, const ApplicationIdentity& identity, bool drawsDesktop,
-                                        const std::string& windowManager) const {
-    if (drawsDesktop || identity.isFileManager) return true;
-    if (std::ranges::find(ownProcesses, process) != ownProcesses.end()) return true;
-    return isDesktopProgram(programOf(process), windowManager);
 }
 
 } // namespace kova

@@ -1,0 +1,33 @@
+#include "platform/x11/ConnectionWatch.h"
+
+namespace kova::x11 {
+
+void ConnectionWatch::begin(DescriptorWatch watch, std::function<void()> readable) {
+    watch_ = std::move(watch);
+    readable_ = std::move(readable);
+    resume();
+}
+
+void ConnectionWatch::resume() {
+    if (end_) end_->cancel();
+    end_.reset();
+    isResting_ = restsForPoll_ = false;
+    if (!watching_ && watch_) watching_ = watch_(descriptor_, readable_);
+}
+
+void ConnectionWatch::rest(Seconds pause) {
+    isResting_ = true;
+    watching_.reset();
+    if (end_) end_->cancel();
+    if (restsForPoll_) return; // the end of the poll resumes
+    end_ = queue_.after(pause, lifetime_.guard([this] { readable_(); }));
+}
+
+bool ConnectionWatch::isLookDue(Seconds now) {
+    constexpr Seconds kOneGo{0.001};
+    if (!isResting_ || now - looked_ < kOneGo) return false;
+    looked_ = now;
+    return true;
+}
+
+} // namespace kova::x11

@@ -1,0 +1,60 @@
+// The applications whose windows the model lists, with their identities. The
+// polling queue brings them up to date; any thread reads them.
+#pragma once
+
+#include "platform/x11/ApplicationCatalogue.h"
+#include "platform/x11/WindowModel.h"
+#include "support/Mutex.h"
+
+#include <optional>
+#include <vector>
+
+namespace kova::x11 {
+
+/// An application as its first window shows it.
+struct X11Application {
+    pid_t processIdentifier = 0;
+    ApplicationIdentity identity;
+    bool isRegular = false; // has a window to manage, not only panels and the like
+    bool isPartOfDesktop = false;
+    bool operator==(const X11Application&) const = default;
+};
+
+/// What the windows of one process say of it.
+struct ApplicationEvidence {
+    pid_t processIdentifier = 0;
+    ApplicationTraces traces;
+    bool isRegular = false;
+    bool drawsDesktop = false; // or a panel on it
+};
+
+/// In the order of their first windows.
+std::vector<ApplicationEvidence> evidenceIn(const WindowModel& model);
+
+class KnownApplications {
+  public:
+    explicit KnownApplications(ApplicationCatalogue& catalogue);
+
+    /// `take` must not come back here.
+    template <class Taker>
+    void forEach(const Taker& take) const KOVA_EXCLUDES(mutex_) {
+        const MutexLock lock(mutex_);
+        for (const X11Application& application : applications_) take(application);
+    }
+    std::optional<X11Application> find(pid_t process) const KOVA_EXCLUDES(mutex_);
+    /// Reads files of the system, so nothing else may be locked meanwhile. One
+    /// caller at a time.
+    void identify(const std::vector<ApplicationEvidence>& evidence, const std::string& windowManager)
+        KOVA_EXCLUDES(mutex_);
+
+  private:
+    bool isPartOfDesktop(const ApplicationEvidence& evidence, const ApplicationIdentity& identity,
+                         const std::string& windowManager) const;
+
+    ApplicationCatalogue& catalogue_;
+    const std::vector<pid_t> ownProcesses_; // this one and those it descends from
+    mutable Mutex mutex_;
+    std::vector<X11Application> applications_ KOVA_GUARDED_BY(mutex_);
+};
+
+} // namespace kova::x11

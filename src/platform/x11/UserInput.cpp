@@ -1,0 +1,264 @@
+#include "platform/x11/UserInput.h"
+
+namespace kova::x11 {
+
+namespace {
+
+/// How often a held pointer is looked at.
+constexpr Seconds kLookInterval{1.0 / 60};
+constexpr Seconds kRecordingPause{0.05};
+/// How often, at most, a question for the keys that others hold has them tried again, and a window that comes or goes
+/// is taken for the end of the program that held one.
+constexpr Seconds kPauseBetweenQuestions{1}, kPauseBetweenChanges{10};
+
+/// Something that is kept by a subscription, and what is to happen once it is dropped.
+template <class Thing>
+struct Kept {
+    explicit Kept(Thing kept) : thing(std::move(kept)) {}
+    Kept(const Kept&) = delete;
+    Kept& operator=(const Kept&) = delete;
+    ~Kept() { dropped(); }
+
+    Thing thing;
+    std::function<void()> dropped;
+};
+
+} // namespace
+
+UserInput::UserInput(MainQueue& queue, Mutex& mutex, const WindowModel& model, const DisplayKeeper& displays,
+                     Calls calls) :
+    queue_(queue),
+    mutex_(mutex), calls_(std::move(calls)), model_(model), displays_(displays) {}
+
+void UserInput::open(const std::string& displayName) {
+    auto connected = XConnection::open(displayName);
+    auto* opened = std::get_if<std::unique_ptr<XConnection>>(&connected);
+    if (!opened) return;
+    const MutexLock lock(mutex_);
+    hand_ = std::make_unique<Hand>(std::move(*opened), model_,
+                                   Hand::Calls{.lookAgain = [this] { lookAtPointerAgain(); },
+                                               .tryAgain = [this] { tryRecordingAgain(); },
+                                               .readSoon = [this] { readSoon(); }});
+}
+
+void UserInput::listen(const DescriptorWatch& watch) {
+    if (!hand_) return;
+    const MutexLock lock(mutex_);
+    watching_ = watch(hand_->descriptor(), [this] { read(); });
+}
+
+// What the connection tells
+
+void UserInput::read() {
+    bool hasEnded = false;
+    {
+        const MutexLock lock(mutex_);
+        hand_->read();
+        hasEnded = hand_->isLost();
+    }
+    tell();
+    calls_.hasRead();
+    if (hasEnded) watching_.reset();
+}
+
+void UserInput::readSoon() {
+    if (std::exchange(isReadDue_, true)) return;
+    queue_.post(lifetime_.guard([this] {
+        isReadDue_ = false;
+        read();
+    }));
+}
+
+/// Posted: an observer may read and write windows.
+void UserInput::tell() {
+    const MutexLock lock(mutex_);
+    if (const auto active = hand_->takeActiveWindow()) calls_.activeWindow(*active);
+    const PointSpace& space = displays_.space();
+    for (const PointerNews& news : hand_->takePointerNews()) {
+        const PointerEvent event{news.kind, space.pointOnScreen(news.x, news.y), news.isShiftDown};
+        queue_.post(lifetime_.guard([this, event] { pointerObservers_.notify(event); }));
+    }
+    for (const HandleNews& news : hand_->takeHandleNews()) {
+        const DividerHandleEvent event{news.kind, news.id, space.pointOnScreen(news.x, news.y)};
+        queue_.post(lifetime_.guard([this, event] { handleObservers_.notify(event); }));
+    }
+    for (KeyNews& news : hand_->takeKeyNews()) {
+        queue_.post(lifetime_.guard([this, news = std::move(news)] { tellOf(news); }));
+    }
+    if (hand_->isFollowingPointer() && !pointerObservers_.hasAny()) hand_->followPointer(false);
+}
+
+void UserInput::askActiveWindow() {
+    mutex_.assertHeld();
+    hand_->askActiveWindow();
+}
+
+bool UserInput::isConnected() const {
+    mutex_.assertHeld();
+    return hand_ && !hand_->isLost();
+}
+
+// The pointer and the dividers
+
+Subscription UserInput::observePointer(std::function<void(const PointerEvent&)> observer) {
+    auto subscription = pointerObservers_.add(std::move(observer));
+    const MutexLock lock(mutex_);
+    if (hand_) hand_->followPointer(true);
+    return subscription;
+}
+
+void UserInput::lookAtPointerAgain() {
+    queue_.after(kLookInterval, lifetime_.guard([this] {
+        const MutexLock lock(mutex_);
+        hand_->look();
+    }));
+}
+
+void UserInput::showHandles(const std::vector<DividerHandle>& handles) {
+    const MutexLock lock(mutex_);
+    handles_ = handles;
+    placeHandles();
+}
+
+Subscription UserInput::observeHandles(std::function<void(const DividerHandleEvent&)> observer) {
+    return handleObservers_.add(std::move(observer));
+}
+
+void UserInput::placeHandles() {
+    if (!hand_) return;
+    std::vector<HandlePlace> places;
+    for (const DividerHandle& handle : handles_) {
+        places.push_back(placeOfHandle(handle.id, handle.frame, handle.axis, displays_.space()));
+    }
+    hand_->show(places);
+}
+
+void UserInput::displaysChanged() {
+    mutex_.assertHeld();
+    placeHandles();
+}
+
+void UserInput::windowsChanged(bool haveMoved) {
+    mutex_.assertHeld();
+    if (hand_) hand_->windowsChanged(haveMoved);
+    if (haveMoved) tryHeldKeys(HeldKeysReason::windowsChanged);
+}
+
+bool UserInput::hasMisplacedHandles() const {
+    mutex_.assertHeld();
+    return hand_ && hand_->hasMisplacedHandles();
+}
+
+// Keys, wherever on the desktop they are pressed
+
+Subscription UserInput::addGlobalMonitor(std::function<void(const KeyPress&)> monitor) {
+    auto kept = std::make_shared<Kept<Subscription>>(keyMonitors_.add(std::move(monitor)));
+    kept->dropped = [kept = kept.get(), guarded = lifetime_.guard([this] { listenToKeys(); })]() mutable {
+        kept->thing = {};
+        guarded();
+    };
+    listenToKeys();
+    return Subscription(std::move(kept));
+}
+
+void UserInput::listenToKeys() {
+    const MutexLock lock(mutex_);
+    if (hand_) hand_->listenToKeys(keyMonitors_.hasAny());
+}
+
+void UserInput::claim(const std::vector<KeyCombination>& combinations) {
+    if (hand_) {
+        const MutexLock lock(mutex_);
+        return hand_->claimKeys(combinations);
+    }
+    queue_.post(lifetime_.guard([this] { heldKeysObservers_.notify(); }));
+}
+
+std::vector<KeyCombination> UserInput::heldByOthers() {
+    if (!hand_) return {};
+    const MutexLock lock(mutex_);
+    auto held = hand_->keyboard().heldByOthers();
+    if (!held.empty()) tryHeldKeys(HeldKeysReason::asked);
+    return held;
+}
+
+Subscription UserInput::observeHeldByOthers(std::function<void()> known) {
+    return heldKeysObservers_.add(std::move(known));
+}
+
+Subscription UserInput::recordKeys(std::function<bool(const KeyPress&)> recorder,
+                                   std::function<void(const std::string&)> failed) {
+    auto kept = std::make_shared<Kept<KeyRecorder>>(KeyRecorder{std::move(recorder), std::move(failed)});
+    kept->dropped = lifetime_.guard([this] {
+        if (keyRecorder_.expired()) stopRecordingKeys();
+    });
+    keyRecorder_ = std::shared_ptr<KeyRecorder>(kept, &kept->thing);
+    const MutexLock lock(mutex_);
+    if (hand_ && hand_->keyboard().isUsable()) {
+        hand_->recordKeys(true);
+    } else {
+        queue_.post(lifetime_.guard([this] {
+            failRecordingKeys("The X server cannot tell which key is which: it lacks the XKEYBOARD extension");
+        }));
+    }
+    return Subscription(std::move(kept));
+}
+
+std::string UserInput::charactersOf(std::uint16_t keyCode) const {
+    if (!hand_) return {};
+    const MutexLock lock(mutex_);
+    return hand_->keyboard().charactersOf(keyCode);
+}
+
+void UserInput::stopRecordingKeys() {
+    const MutexLock lock(mutex_);
+    if (hand_) hand_->recordKeys(false);
+}
+
+void UserInput::tryRecordingAgain() {
+    queue_.after(kRecordingPause, lifetime_.guard([this] {
+        const MutexLock lock(mutex_);
+        hand_->tryRecording();
+    }));
+}
+
+void UserInput::failRecordingKeys(const std::string& reason) {
+    const auto recorder = std::exchange(keyRecorder_, {}).lock();
+    stopRecordingKeys();
+    if (recorder) recorder->failed(reason);
+}
+
+void UserInput::managerChanged() {
+    mutex_.assertHeld();
+    tryHeldKeys(HeldKeysReason::managerChanged);
+}
+
+void UserInput::tryHeldKeys(HeldKeysReason reason) {
+    const Seconds now = queue_.uptime();
+    const Seconds since = now - heldKeysTried_;
+    const bool isTooSoon = (reason == HeldKeysReason::windowsChanged && since < kPauseBetweenChanges) ||
+                           (reason == HeldKeysReason::asked && since < kPauseBetweenQuestions);
+    if (!hand_ || isTooSoon) return;
+    heldKeysTried_ = now;
+    hand_->tryHeldKeys();
+}
+
+void UserInput::tellOf(const KeyNews& news) {
+    switch (news.kind) {
+    case KeyNews::Kind::pressed:
+        return keyMonitors_.notify(news.press);
+    case KeyNews::Kind::recorded:
+        if (const auto recorder = keyRecorder_.lock(); recorder && recorder->take(news.press)) {
+            // Unless another one has begun meanwhile.
+            if (keyRecorder_.lock() == recorder) keyRecorder_.reset();
+            if (keyRecorder_.expired()) stopRecordingKeys();
+        }
+        return;
+    case KeyNews::Kind::notRecording:
+        return failRecordingKeys("Another program holds the keyboard; close its menu or dialog and try again");
+    case KeyNews::Kind::claimsKnown:
+        return heldKeysObservers_.notify();
+    }
+}
+
+} // namespace kova::x11

@@ -1,0 +1,93 @@
+// What the user does with pointer and keys, told to those above the seam: the pointer's button, the handles of
+// dividers, and claimed and recorded keys. On a connection of its own; without one there is a desktop all the same.
+// Main thread. It shares the lock of the model: functions for callers that hold it already say so.
+#pragma once
+
+#include "platform/x11/ConnectionWatch.h"
+#include "platform/x11/DisplayKeeper.h"
+#include "platform/x11/X11Hand.h"
+#include "support/Mutex.h"
+#include "windowing/KeyMonitorServicing.h"
+#include "windowing/PointerServicing.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kova::x11 {
+
+class UserInput {
+  public:
+    struct Calls {
+        std::function<void(xcb_window_t)> activeWindow; // which the window manager names; with the lock held
+        std::function<void()> hasRead;                  // without it, after each reading
+    };
+    /// `model` and `displays` are guarded by `mutex`.
+    UserInput(MainQueue& queue, Mutex& mutex, const WindowModel& model, const DisplayKeeper& displays, Calls calls);
+    /// Waits for the server; no other thread runs yet.
+    void open(const std::string& displayName) KOVA_EXCLUDES(mutex_);
+    void listen(const DescriptorWatch& watch) KOVA_EXCLUDES(mutex_);
+
+    // For those above the seam, without the lock
+    Subscription observePointer(std::function<void(const PointerEvent&)> observer) KOVA_EXCLUDES(mutex_);
+    void showHandles(const std::vector<DividerHandle>& handles) KOVA_EXCLUDES(mutex_);
+    Subscription observeHandles(std::function<void(const DividerHandleEvent&)> observer);
+    Subscription addGlobalMonitor(std::function<void(const KeyPress&)> monitor) KOVA_EXCLUDES(mutex_);
+    void claim(const std::vector<KeyCombination>& combinations) KOVA_EXCLUDES(mutex_);
+    std::vector<KeyCombination> heldByOthers() KOVA_EXCLUDES(mutex_);
+    Subscription observeHeldByOthers(std::function<void()> known);
+    Subscription recordKeys(std::function<bool(const KeyPress&)> recorder,
+                            std::function<void(const std::string& reason)> failed) KOVA_EXCLUDES(mutex_);
+    std::string charactersOf(std::uint16_t keyCode) const KOVA_EXCLUDES(mutex_);
+
+    // For callers that hold the lock
+    /// Whether there ever was a connection.
+    bool isOpen() const { return hand_ != nullptr; }
+    /// Another window manager may name another window. Only while it is open.
+    void askActiveWindow();
+    /// False when there never was a connection, or it has ended.
+    bool isConnected() const;
+    void displaysChanged();
+    void windowsChanged(bool haveMoved);
+    void managerChanged();
+    bool hasMisplacedHandles() const;
+
+  private:
+    struct KeyRecorder {
+        std::function<bool(const KeyPress&)> take;
+        std::function<void(const std::string& reason)> failed;
+    };
+    enum class HeldKeysReason { managerChanged, windowsChanged, asked };
+
+    void read() KOVA_EXCLUDES(mutex_);
+    void readSoon();
+    void lookAtPointerAgain();
+    void tell() KOVA_EXCLUDES(mutex_);
+    void tellOf(const KeyNews& news) KOVA_EXCLUDES(mutex_);
+    void placeHandles() KOVA_REQUIRES(mutex_);
+    void tryHeldKeys(HeldKeysReason reason) KOVA_REQUIRES(mutex_);
+    void listenToKeys() KOVA_EXCLUDES(mutex_);
+    void tryRecordingAgain();
+    void stopRecordingKeys() KOVA_EXCLUDES(mutex_);
+    void failRecordingKeys(const std::string& reason) KOVA_EXCLUDES(mutex_);
+
+    MainQueue& queue_;
+    Mutex& mutex_;
+    const Calls calls_;
+    const WindowModel& model_ KOVA_GUARDED_BY(mutex_);
+    const DisplayKeeper& displays_ KOVA_GUARDED_BY(mutex_);
+    std::unique_ptr<Hand> hand_ KOVA_POINTEE_GUARDED_BY(mutex_); // null when there is none; set while opening
+    bool isReadDue_ = false;
+    std::optional<Subscription> watching_;
+    std::vector<DividerHandle> handles_; // as they were asked for
+    Observers<const PointerEvent&> pointerObservers_;
+    Observers<const DividerHandleEvent&> handleObservers_;
+    Observers<const KeyPress&> keyMonitors_;
+    Observers<> heldKeysObservers_;
+    std::weak_ptr<KeyRecorder> keyRecorder_;
+    Seconds heldKeysTried_{-1000.0}; // uptime
+    Lifetime lifetime_;
+};
+
+} // namespace kova::x11

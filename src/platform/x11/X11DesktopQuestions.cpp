@@ -1,0 +1,117 @@
+// What the main thread asks the server without waiting, and what it does once the answer is there.
+#include "platform/x11/FocusQuestions.h"
+#include "platform/x11/FrameQuestions.h"
+#include "platform/x11/X11Parts.h"
+
+#include <algorithm>
+
+namespace kova {
+
+using namespace x11;
+
+void X11Desktop::Parts::takeReplies() {
+    const xcb_window_t active = model.activeWindow;
+    while (!asked.empty() && asked.front().collect(*connection)) {
+        Questions answered = std::move(asked.front());
+        asked.pop_front();
+        answered.take();
+    }
+    if (model.activeWindow != active) changes.note();
+}
+
+void X11Desktop::Parts::askActiveWindow() {
+    if (input.isOpen() && model.windowManager().isPresent) return input.askActiveWindow();
+    mustFlush = true;
+    if (!model.windowManager().isPresent) return askFocus(asked.emplace_back(), *connection, model);
+    asked.emplace_back().add(connection->askProperty(connection->root(), connection->atoms()[Atom::netActiveWindow], 1),
+                             [this](const void* reply) {
+                                 mutex.assertHeld();
+                                 const auto windows = numbersIn(
+                                     viewOf(static_cast<const xcb_get_property_reply_t*>(reply)), XCB_ATOM_WINDOW);
+                                 takeActiveWindow(windows.empty() ? kNoWindow : windows[0]);
+                             });
+}
+
+/// What a window manager that has left said last means nothing.
+void X11Desktop::Parts::takeActiveWindow(xcb_window_t window) {
+    if (!model.windowManager().isPresent) return;
+    if (std::exchange(model.activeWindow, window) != window) changes.note();
+    leaveKeyboard();
+}
+
+/// Gives the keyboard back when a window that was only to come back has taken it.
+void X11Desktop::Parts::leaveKeyboard() {
+    const ClientWindow* active = model.client(model.activeWindow);
+    const ClientWindow* owner = active ? model.parentOf(*active) : nullptr;
+    const auto kept = keyboard.toGiveBack(model.activeWindow, owner ? owner->window : kNoWindow, queue.uptime());
+    const ClientWindow* client = kept ? model.client(*kept) : nullptr;
+    if (!client || outbox.activated()) return;
+    constexpr Seconds kTimeToMinimize{1.0};
+    const bool isLeaving = client->iconification.isAskedToLeaveWithin(kTimeToMinimize, queue.uptime());
+    if (isLeaving || model.isMinimized(*client)) return;
+    outbox.activate(*client);
+    sendSoon();
+}
+
+/// Asked at once and not by the next poll: a window that is being placed must be placed again by its new decorations.
+void X11Desktop::Parts::askDecorations(xcb_window_t window) {
+    const ClientWindow* framed = model.client(window);
+    if (!framed) return;
+    mustFlush = true;
+    Questions& questions = asked.emplace_back();
+    const auto cookie = connection->askProperty(window, connection->atoms()[Atom::netFrameExtents], 4);
+    questions.add(cookie, [this, window, sequence = cookie.sequence](const void* reply) {
+        mutex.assertHeld();
+        ClientWindow* client = model.client(window);
+        const auto* extents = static_cast<const xcb_get_property_reply_t*>(reply);
+        if (client) model.takeDecorations(*client, viewOf(extents), sequence);
+    });
+    if (framed->topLevel != kNoWindow && framed->topLevel != window) askFrame(questions, *connection, model, *framed);
+}
+
+/// The same, for the verification of a placement: a window that goes full screen meanwhile refuses no size.
+void X11Desktop::Parts::askState(ClientWindow& client) {
+    mustFlush = true;
+    ++client.openStateQuestions;
+    Questions& questions = asked.emplace_back();
+    for (const PropertyRule& rule : model.rules()) {
+        if (rule.staleBit != stale::state) continue;
+        const auto cookie = connection->askProperty(client.window, rule.property, rule.lengthInWords);
+        const bool isLast = rule.property == connection->atoms()[Atom::wmState];
+        questions.add(cookie, [this, &rule, isLast, window = client.window, sequence = cookie.sequence](const void* r) {
+            mutex.assertHeld();
+            ClientWindow* known = model.client(window);
+            if (!known) return;
+            model.takeState(*known, rule, viewOf(static_cast<const xcb_get_property_reply_t*>(r)), sequence);
+            if (isLast) known->openStateQuestions = std::max(0, known->openStateQuestions - 1);
+        });
+    }
+}
+
+void X11Desktop::Parts::askPointer() {
+    if (std::exchange(isPointerAsked, true)) return;
+    mustFlush = true;
+    asked.emplace_back().add(xcb_query_pointer(connection->get(), connection->root()), [this](const void* reply) {
+        mutex.assertHeld();
+        isPointerAsked = false;
+        const auto* pointer = static_cast<const xcb_query_pointer_reply_t*>(reply);
+        if (pointer && pointer->same_screen) model.pointer = {pointer->root_x, pointer->root_y};
+    });
+}
+
+void X11Desktop::Parts::askScreenPowerAgain() {
+    {
+        const MutexLock lock(mutex);
+        askScreenPower();
+    }
+    settle({});
+}
+
+/// Whether the screens are dark, if there is an observer to tell.
+void X11Desktop::Parts::askScreenPower() {
+    if (!screenPower.isObserved()) return;
+    mustFlush = true;
+    screenPower.ask(asked.emplace_back());
+}
+
+} // namespace kova
