@@ -9,6 +9,18 @@
 
 namespace kova {
 
+namespace {
+
+std::set<std::string> visibleIDs(const std::vector<ManagedWindow>& windows) {
+    std::set<std::string> visible;
+    for (const auto& window : windows) {
+        if (window.isVisible) visible.insert(window.id);
+    }
+    return visible;
+}
+
+} // namespace
+
 /// A window that did not shrink tells its minimum in the directions in which it stayed larger than asked for.
 void WorkspaceController::minimumSizeObserved(const std::string& windowID, const CGRect& wanted, const CGRect& actual) {
     sizes_.endRetry(windowID);
@@ -68,18 +80,25 @@ void WorkspaceController::makeRoomFor(const ManagedWindow& window) {
 /// Windows that their tiles are too small for claim spans, `first` before all others. Ends, as every claim takes tiles
 /// that the window did not have.
 void WorkspaceController::claimRoomWhereNeeded(const std::string& first) {
-    bool hasClaimed = false;
+    std::optional<std::set<std::string>> shown; // before the first claim
     for (const Screen& screen : std::vector<Screen>(*state_.screens)) {
         if (*state_.focusMode && (*state_.focusMode)->displayID == displayID(screen)) continue;
         std::set<std::string> done; // once each, so that two windows cannot take turns
         while (const auto claim = nextClaimOn(screen, first, done)) {
             done.insert(claim->first.id);
+            if (!shown) shown = visibleIDs(liveWindows_);
             moveOutOfTheWay(screen, *claim);
             place(claim->first, claim->second, AccessibilityWindowService::BringToFront::no);
-            hasClaimed = true;
         }
     }
-    if (hasClaimed) publishAssignments();
+    if (!shown) return;
+    // One claim may have taken a window off the screen that a later one has put into a tile again.
+    for (const ManagedWindow& window : std::vector<ManagedWindow>(liveWindows_)) {
+        if (shown->contains(window.id) && assignments_.isAssigned(window.id) && !findLive(window.id)->isVisible) {
+            bringBack(window);
+        }
+    }
+    publishAssignments();
 }
 
 std::optional<std::pair<ManagedWindow, WorkspaceController::Covering>>
