@@ -370,7 +370,7 @@ TEST(ClosedWindows, ThatGoOnAnsweringKeepNoTileOnceTheyHaveNoSizeOrAllAreArrange
         const bool isKept = frame == SimulatedDesktop::RetainedFrame::asItWas; // as a window of another Space
         EXPECT_EQ(desk.state().assignedWindowIDs->size(), isKept ? 2u : 1u);
         desk.opens("Maps").arrange();
-        desk.expectTiles("Mail 15,15 1254x1382 | Maps 1291,15 1254x1382");
+        desk.expectTiles("Maps 15,15 1254x1382 | Mail 1291,15 1254x1382");
     }
 }
 
