@@ -1,5 +1,7 @@
 #include "workspace/MinimizedWindows.h"
 
+#include "workspace/Renaming.h"
+
 #include <algorithm>
 #include <iterator>
 #include <utility>
@@ -28,6 +30,11 @@ void MinimizedWindows::follow(const std::vector<ManagedWindow>& live, Seconds no
         const bool isOver = window == live.end() || !(isMinimized || isLeaving);
         entry = isOver ? away_.erase(entry) : std::next(entry);
     }
+}
+
+void MinimizedWindows::rename(const std::string& windowID, const std::string& newID) {
+    renameKey(away_, windowID, newID);
+    renameKey(expected_, windowID, newID);
 }
 
 std::vector<std::string> MinimizedWindows::takeAll() {

@@ -18,6 +18,7 @@ class MinimizedWindows {
     void note(const std::string& windowID, Seconds now);
     /// Forgets windows that have closed or are not minimized any more.
     void follow(const std::vector<ManagedWindow>& live, Seconds now);
+    void rename(const std::string& windowID, const std::string& newID);
     bool contains(const std::string& windowID) const { return away_.contains(windowID); }
     /// Those that are to come back now; none is on record afterwards.
     std::vector<std::string> takeAll();

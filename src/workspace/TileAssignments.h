@@ -12,6 +12,9 @@
 
 namespace kova {
 
+/// The display of a tile-target id.
+std::string displayIDOf(const std::string& targetID);
+
 struct TileAssignments {
     std::map<std::string, std::string> assignedWindowIDs;                   // tile-target id -> window id
     std::map<std::string, std::vector<std::string>> stackWindowIDsByTarget; // front first

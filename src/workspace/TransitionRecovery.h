@@ -3,7 +3,9 @@
 #pragma once
 
 #include "support/MainQueue.h"
+#include "windowing/ScreenServicing.h"
 #include "workspace/TileAssignments.h"
+#include "workspace/UnseenTime.h"
 #include "workspace/WindowRecognition.h"
 
 #include <optional>
@@ -41,6 +43,14 @@ class TransitionRecovery {
     /// Remembered windows that have not come back yet.
     std::set<std::string> awaitedWindowIDs() const;
 
+    // The displays and the time before
+    void noteScreens(std::vector<Screen> screens) { screensBefore_ = std::move(screens); }
+    bool hasOtherScreens(const std::vector<Screen>& now) const { return now != screensBefore_; }
+    UnseenTime& unseenTime() { return unseenTime_; }
+
+    /// Something here waits for time to pass, or for the session to be unlocked.
+    bool isWaiting() const { return hasDeadline() || detectedLockedLoginSession; }
+
     bool detectedLockedLoginSession = false;
 
   private:
@@ -51,6 +61,8 @@ class TransitionRecovery {
     std::vector<ManagedWindowRecoveryIdentity> identities_;
     std::set<std::string> returnedWindowIDs_; // seen again, in front or behind
     std::set<std::string> knownWindowIDs_;    // there before, so no successor of another
+    std::vector<Screen> screensBefore_;
+    UnseenTime unseenTime_;
 };
 
 } // namespace kova

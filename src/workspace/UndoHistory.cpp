@@ -1,35 +1,16 @@
 #include "workspace/UndoHistory.h"
 
 #include "workspace/DisplaySuccession.h"
+#include "workspace/Renaming.h"
 
 #include <utility>
 
 namespace kova {
 
-namespace {
-
-void renameIn(std::set<std::string>& windowIDs, const std::string& windowID, const std::string& newID) {
-    if (windowIDs.erase(windowID) > 0) windowIDs.insert(newID);
-}
-
-} // namespace
-
-void WorkspaceUndoSnapshot::changeAssignments(const std::function<void(TileAssignments&)>& change) {
-    TileAssignments assignments{std::move(assignedWindowIDs), std::move(stackWindowIDsByTarget),
-                                std::move(placementAnchors)};
-    change(assignments);
-    assignedWindowIDs = std::move(assignments.assignedWindowIDs);
-    stackWindowIDsByTarget = std::move(assignments.stackWindowIDsByTarget);
-    placementAnchors = std::move(assignments.anchorTargetIDsByWindowID);
-}
-
 void WorkspaceUndoSnapshot::rename(const std::string& windowID, const std::string& newID) {
-    changeAssignments([&](TileAssignments& tiles) { tiles.rename(windowID, newID); });
+    tiles.rename(windowID, newID);
     spaces.rename(windowID, newID);
-    if (auto frame = windowFrames.extract(windowID)) {
-        frame.key() = newID;
-        windowFrames.insert(std::move(frame));
-    }
+    renameKey(windowFrames, windowID, newID);
     renameIn(minimizedWindowIDs, windowID, newID);
     renameIn(maximizedWindowIDs, windowID, newID);
     renameIn(visibleWindowIDs, windowID, newID);
@@ -38,7 +19,7 @@ void WorkspaceUndoSnapshot::rename(const std::string& windowID, const std::strin
 }
 
 void WorkspaceUndoSnapshot::renameDisplay(const std::string& displayID, const std::string& newID) {
-    changeAssignments([&](TileAssignments& tiles) { tiles.renameDisplay(displayID, newID); });
+    tiles.renameDisplay(displayID, newID);
     spaces.renameDisplay(displayID, newID);
     copyDisplay(profile, displayID, newID);
     layoutHomes.renameDisplay(displayID, newID);

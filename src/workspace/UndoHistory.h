@@ -10,7 +10,6 @@
 
 #include <sys/types.h>
 
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -21,9 +20,7 @@
 namespace kova {
 
 struct WorkspaceUndoSnapshot {
-    std::map<std::string, std::string> assignedWindowIDs;
-    std::map<std::string, std::string> placementAnchors;
-    std::map<std::string, std::vector<std::string>> stackWindowIDsByTarget;
+    TileAssignments tiles;
     SpaceMemory spaces;
     std::map<std::string, CGRect> windowFrames; // window-service space
     std::set<std::string> minimizedWindowIDs;
@@ -41,8 +38,6 @@ struct WorkspaceUndoSnapshot {
         return windowFrames.contains(windowID) || minimizedWindowIDs.contains(windowID) ||
                visibleWindowIDs.contains(windowID);
     }
-    /// Replaces tiles, stacks and anchors by what `change` makes of them.
-    void changeAssignments(const std::function<void(TileAssignments&)>& change);
     /// The window is known under another id from now on.
     void rename(const std::string& windowID, const std::string& newID);
     /// And so is the display, whose layout goes with it.

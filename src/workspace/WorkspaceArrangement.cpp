@@ -8,8 +8,6 @@
 #include "workspace/WorkspacePreferences.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <limits>
 #include <utility>
 
 namespace kova {
@@ -52,9 +50,8 @@ std::optional<std::string> WorkspaceController::whyWindowsStay() const {
     for (const ManagedWindow& window : liveWindows_) {
         const auto wanted = frames.find(window.id);
         if (wanted == frames.end() || !window.isVisible || !window.frame || isLeftAlone(window)) continue;
-        const auto refusal = refusals_.find(window.id);
-        const bool wasAskedEnough =
-            refusal != refusals_.end() && refusal->second.attempts >= kPlacementAttempts && !refusal->second.isAccepted;
+        const Refusal* refusal = frames_.refusal(window.id);
+        const bool wasAskedEnough = refusal && !refusal->isAccepted;
         placed.push_back({wanted->second, *window.frame, wasAskedEnough});
     }
     if (!isPlacingIgnored(placed)) return std::nullopt;
@@ -89,7 +86,7 @@ std::optional<ArrangementCandidate> WorkspaceController::candidateFor(const Mana
     candidate.minimumSize = minimumSizeOf(window, WindowSizes::Purpose::nextArrangement);
     candidate.rule = tileOfRule(window);
     candidate.isFixedSize = isAtItsMinimum(window);
-    candidate.isComingBack = presentationRequests_.isComingBack(window.id);
+    candidate.isComingBack = liveWindows_.isComingBack(window.id);
     candidate.isDeferred = !candidate.isComingBack && (window.isMinimized || isHidden);
     return candidate;
 }
@@ -97,7 +94,7 @@ std::optional<ArrangementCandidate> WorkspaceController::candidateFor(const Mana
 ArrangementInput WorkspaceController::arrangementInput(const std::vector<ManagedWindow>& windows,
                                                        const TileAssignments& assignments) const {
     ArrangementInput input;
-    input.learning = *learning_;
+    input.learning = *arranger_.learning();
     input.preferredApplications = state_.profile->preferredApplications;
     input.tileInset = state_.profile->tileInset;
     for (const auto& screen : *state_.screens) {
@@ -109,7 +106,7 @@ ArrangementInput WorkspaceController::arrangementInput(const std::vector<Managed
         display.solved = solveDefinition(display.layout, {}, screen.visibleFrame.size, input.tileInset);
         input.displays.push_back(std::move(display));
     }
-    std::vector<std::string> focusOrder = focusOrder_.windowIDs();
+    std::vector<std::string> focusOrder = liveWindows_.focusOrder().windowIDs();
     if (const auto focused = focusedWindowID()) focusOrder.insert(focusOrder.begin(), *focused);
     for (const auto& window : windows) {
         if (auto candidate = candidateFor(window, assignments)) {
@@ -132,35 +129,34 @@ ArrangementInput WorkspaceController::arrangementInput(const std::vector<Managed
 }
 
 ArrangementPlan WorkspaceController::planArrangement() const {
-    if (!focusZoomSnapshot_) return kova::planArrangement(arrangementInput(liveWindows_, assignments_));
+    const WorkspaceUndoSnapshot* before = focusMode_.snapshot();
+    if (!before) return kova::planArrangement(arrangementInput(liveWindows_.all(), assignments_));
     // Arranging gives the display back first.
-    const TileAssignments restored = {focusZoomSnapshot_->assignedWindowIDs, focusZoomSnapshot_->stackWindowIDsByTarget,
-                                      focusZoomSnapshot_->placementAnchors};
-    return kova::planArrangement(arrangementInput(windowsAsIn(*focusZoomSnapshot_), restored));
+    return kova::planArrangement(arrangementInput(windowsAsIn(*before), before->tiles));
 }
 
 void WorkspaceController::arrangeWindows() {
     if (*state_.permissionState != AccessibilityPermissionState::granted || state_.screens->empty()) return;
-    if (autoArrangeGeneration_ == std::numeric_limits<std::int64_t>::max()) std::abort();
-    const auto generation = ++autoArrangeGeneration_;
+    const auto generation = arranger_.supersede();
     closeFocusMode();
-    spaces_.store(liveWindows_, assignments_);
-    lastArrangement_ = planArrangement();
-    sizes_.beginArrangement();
+    tileMemory_.spaces().store(liveWindows_.all(), assignments_);
+    arranger_.notePlan(planArrangement());
+    const ArrangementPlan& plan = arranger_.lastPlan();
+    frames_.sizes().beginArrangement();
     publishMinimums();
-    reflow_.forgetAllPushes();
-    carryOut(lastArrangement_);
+    frames_.reflow().forgetAllPushes();
+    carryOut(plan);
     services_.accessibility.flush();
 
     std::vector<AutoArrangePlacement> deferred;
-    std::copy_if(lastArrangement_.placements.begin(), lastArrangement_.placements.end(), std::back_inserter(deferred),
+    std::copy_if(plan.placements.begin(), plan.placements.end(), std::back_inserter(deferred),
                  [](const AutoArrangePlacement& placement) { return placement.isDeferred; });
     const Seconds delay = deferred.empty() ? Seconds{0} : kFollowUpDelay;
     services_.queue.after(delay, lifetime_.guard([this, deferred = std::move(deferred), generation]() mutable {
         carryOutDeferred(std::move(deferred), generation);
     }));
-    learnFrom(lastArrangement_);
-    layoutHomes_.keepOnlyWaiting(assignments_);
+    learnFrom(plan);
+    tileMemory_.homes().keepOnlyWaiting(assignments_);
 }
 
 void WorkspaceController::carryOut(const ArrangementPlan& plan) {
@@ -209,13 +205,13 @@ void WorkspaceController::carryOutPlacement(const AutoArrangePlacement& placemen
 }
 
 void WorkspaceController::carryOutDeferred(std::vector<AutoArrangePlacement> deferred, std::int64_t generation) {
-    if (generation != autoArrangeGeneration_ || deferred.empty()) return;
+    if (!arranger_.isNewest(generation) || deferred.empty()) return;
     if (!mayMoveWindows()) return;
     closeFocusMode();
     for (const auto& placement : deferred) {
         // Meanwhile the user may have given its tile to another window, or have taken hold of it.
         const bool hasItsTile = assignments_.targetOf(placement.window.id) == placement.target.id();
-        if (hasItsTile && !isHeldByUser(placement.window.id)) carryOutPlacement(placement);
+        if (hasItsTile && !pointer_.isHolding(placement.window.id)) carryOutPlacement(placement);
     }
     publishAssignments();
     services_.accessibility.flush();
@@ -230,18 +226,18 @@ void WorkspaceController::learnFrom(const ArrangementPlan& plan) {
         const ManagedWindow& window = placement.window;
         slots[{place->layoutID, applicationKey(window.applicationName, window.bundleIdentifier)}].insert(place->slotID);
     }
-    AutoArrangeLearningModel model = *learning_;
-    for (const auto& [habit, slotIDs] : slots) model.learnArrangement(habit.first, habit.second, slotIDs);
-    setLearning(std::make_shared<const AutoArrangeLearningModel>(std::move(model)));
+    arranger_.learn([&](AutoArrangeLearningModel& model) {
+        for (const auto& [habit, slotIDs] : slots) model.learnArrangement(habit.first, habit.second, slotIDs);
+    });
 }
 
 void WorkspaceController::learnPlacementByUser(const ManagedWindow& window, const std::string& targetID) {
     const auto place = learntPlace(targetID);
     if (!place) return;
-    AutoArrangeLearningModel model = *learning_;
-    model.learnPlacementByUser(place->layoutID, applicationKey(window.applicationName, window.bundleIdentifier),
-                               place->slotID);
-    setLearning(std::make_shared<const AutoArrangeLearningModel>(std::move(model)));
+    arranger_.learn([&](AutoArrangeLearningModel& model) {
+        model.learnPlacementByUser(place->layoutID, applicationKey(window.applicationName, window.bundleIdentifier),
+                                   place->slotID);
+    });
 }
 
 std::optional<WorkspaceController::LearntPlace> WorkspaceController::learntPlace(const std::string& targetID) const {
@@ -249,17 +245,6 @@ std::optional<WorkspaceController::LearntPlace> WorkspaceController::learntPlace
     if (!screen) return std::nullopt;
     return LearntPlace{layouts_.resolve(*screen, *state_.profile, catalogue()).id,
                        std::string(*slotIDOn(displayID(*screen), targetID))};
-}
-
-/// Saved after the windows have been told to move: what was learnt can wait for that.
-void WorkspaceController::setLearning(std::shared_ptr<const AutoArrangeLearningModel> learning) {
-    if (learning == learning_) return;
-    learning_ = std::move(learning);
-    if (std::exchange(isLearningSavePending_, true)) return;
-    services_.queue.post(lifetime_.guard([this] {
-        isLearningSavePending_ = false;
-        saveLearning(services_.preferences, *learning_);
-    }));
 }
 
 } // namespace kova

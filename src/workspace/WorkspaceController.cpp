@@ -18,14 +18,17 @@ constexpr Seconds kStatusMessageDuration{4};
 WorkspaceController::WorkspaceController(const WorkspaceServices& services) :
     services_(services), windowService_(std::make_shared<AccessibilityWindowService>(
                              services.accessibility, services.applications, services.screens, services.queue)),
-    dividerDrag_(services.queue, [this] { applyDividerDrag(); }),
-    suspension_(services.queue, [this] { presentationResumed(); }),
+    displays_(services.queue, [this] { displaysSettled(); }),
+    pointer_(
+        services.queue, [this] { applyDividerDrag(); }, [this] { presentationResumed(); }),
+    session_(services.queue, services.preferences, [this] { return describeSession(); }),
+    arranger_(services.queue, services.preferences),
     refreshCycle_(windowService_, services.session, services.changes, services.queue, services.pollingQueue,
                   {[this](PollResult result) { applyPoll(std::move(result)); },
-                   [this] { return hasUnfinishedBusiness(); }, [this] { return knownWindows(liveWindows_); }}) {
+                   [this] { return hasUnfinishedBusiness(); }, [this] { return knownWindows(liveWindows_.all()); }}) {
     WorkspacePreferences loaded = loadWorkspacePreferences(services_.preferences);
     state_.profile.set(std::move(loaded.profile));
-    learning_ = std::make_shared<const AutoArrangeLearningModel>(std::move(loaded.learning));
+    arranger_.loadLearning(std::move(loaded.learning));
     state_.useThemeBackground.set(loaded.useThemeBackground);
     state_.showBrain.set(loaded.showBrain);
     state_.showTileBackgrounds.set(loaded.showTileBackgrounds);
@@ -36,14 +39,14 @@ WorkspaceController::WorkspaceController(const WorkspaceServices& services) :
     state_.continuousManagementEnabled.set(loaded.continuousManagementEnabled);
     state_.bringsNextForward.set(loaded.bringsNextForward);
     readScreens();
-    keepSession();
-    sessionSubscriptions_.push_back(state_.focusMode.observe([this](const auto& mode) {
-        if (mode || !std::exchange(isZoomInTheWayOfHomeless_, false)) return;
+    watchSession();
+    subscriptions_.push_back(state_.focusMode.observe([this](const auto& mode) {
+        if (mode || !displays_.takeHeldBackByZoom()) return;
         services_.queue.post(lifetime_.guard([this] {
             if (mayMoveWindows()) placeHomelessWindows();
         }));
     }));
-    screensSubscription_ = services_.screens.observeScreens(lifetime_.guard([this] { screensChanged(); }));
+    subscriptions_.push_back(services_.screens.observeScreens(lifetime_.guard([this] { screensChanged(); })));
 }
 
 WorkspaceController::~WorkspaceController() = default;
@@ -62,18 +65,17 @@ void WorkspaceController::start(bool promptForPermission) {
 void WorkspaceController::stop() {
     abandonDrags();
     (void)leaveFocusMode(); // whoever sees it
-    if (isRunning()) session_->save();
-    for (const auto& id : minimizedWindows_.takeAll()) {
+    if (isRunning()) session_.save();
+    for (const auto& id : liveWindows_.minimized().takeAll()) {
         if (const ManagedWindow* window = findLive(id)) windowService_->unminimize(*window);
     }
     services_.accessibility.flush();
-    comingBack_.clear();
-    ++autoArrangeGeneration_;
-    pendingApplicationPlacements_.clear();
-    state_.pendingLaunches.set({});
+    session_.forgetReturns();
+    (void)arranger_.supersede();
+    awaited_.dropLaunches();
     publishSceneReport(SceneReport::State::abandoned);
-    restoration_ = {};
-    (void)unseenTime_.end(services_.queue.uptime());
+    awaited_.scene() = {};
+    (void)recovery_.unseenTime().end(services_.queue.uptime());
     refreshCycle_.end();
     state_.isSuspended.set(false);
     recovery_.clear();
@@ -141,23 +143,8 @@ bool WorkspaceController::requireVisibleScreen() {
     return !refreshCycle_.isSuspended() || refuse("Suspended while the screen is asleep, locked or another user's");
 }
 
-ManagedWindow* WorkspaceController::findLive(const std::string& windowID) {
-    const auto found = liveIndexByID_.find(windowID);
-    return found == liveIndexByID_.end() ? nullptr : &liveWindows_[found->second];
-}
-
 const ManagedWindow* WorkspaceController::windowOfDialog(const ManagedWindow& dialog) const {
     return dialog.parentID ? findLive(*dialog.parentID) : nullptr;
-}
-
-void WorkspaceController::setLiveWindows(std::vector<ManagedWindow> windows) {
-    liveWindows_ = std::move(windows);
-    liveIndexByID_.clear();
-    for (std::size_t i = 0; i < liveWindows_.size(); ++i) liveIndexByID_.emplace(liveWindows_[i].id, i);
-}
-
-const ManagedWindow* WorkspaceController::findLive(const std::string& windowID) const {
-    return const_cast<WorkspaceController*>(this)->findLive(windowID);
 }
 
 } // namespace kova

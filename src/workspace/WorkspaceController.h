@@ -7,37 +7,27 @@
 #include "persistence/WorkspaceProductDocument.h"
 #include "themes/ThemeRegistry.h"
 #include "windowing/AccessibilityWindowService.h"
-#include "workspace/ArrangementPlan.h"
-#include "workspace/AttachedDialogs.h"
-#include "workspace/DisplayAbsence.h"
+#include "workspace/Arranger.h"
+#include "workspace/AwaitedWindows.h"
 #include "workspace/DisplayLayouts.h"
-#include "workspace/DividerDrag.h"
-#include "workspace/ExpectedApplications.h"
-#include "workspace/FocusOrder.h"
+#include "workspace/DisplayMemory.h"
+#include "workspace/FocusMode.h"
 #include "workspace/ForceQuitting.h"
-#include "workspace/LayoutHomes.h"
-#include "workspace/LayoutMigration.h"
-#include "workspace/MinimizedWindows.h"
-#include "workspace/PendingApplicationPlacement.h"
-#include "workspace/PresentationRequests.h"
-#include "workspace/PresentationSuspension.h"
-#include "workspace/ReflowPolicy.h"
+#include "workspace/FrameKeeper.h"
+#include "workspace/LeftAlone.h"
+#include "workspace/LiveWindows.h"
+#include "workspace/PointerInteraction.h"
 #include "workspace/RefreshCycle.h"
 #include "workspace/RuleMatching.h"
 #include "workspace/SceneCapture.h"
 #include "workspace/SceneDifferences.h"
-#include "workspace/SceneRestoration.h"
-#include "workspace/SessionKeeper.h"
-#include "workspace/SessionResumption.h"
-#include "workspace/SpaceMemory.h"
-#include "workspace/StackSuccession.h"
+#include "workspace/SessionRestore.h"
 #include "workspace/TileAssignments.h"
+#include "workspace/TileMemory.h"
 #include "workspace/TileRoom.h"
 #include "workspace/TransitionRecovery.h"
 #include "workspace/UndoHistory.h"
-#include "workspace/UnseenTime.h"
 #include "workspace/WindowCommand.h"
-#include "workspace/WindowSizes.h"
 #include "workspace/WorkspaceAction.h"
 #include "workspace/WorkspaceRecords.h"
 #include "workspace/WorkspaceServices.h"
@@ -49,7 +39,7 @@
 #include <optional>
 #include <set>
 #include <string>
-#include <unordered_map>
+#include <tuple>
 #include <vector>
 
 namespace kova {
@@ -63,9 +53,9 @@ class WorkspaceController {
 
     const WorkspaceState& state() const { return state_; }
     /// The last enumeration, unfiltered.
-    const std::vector<ManagedWindow>& liveWindows() const { return liveWindows_; }
+    const std::vector<ManagedWindow>& liveWindows() const { return liveWindows_.all(); }
     /// Dialogs that belong to a window; they are not among `liveWindows`.
-    const AttachedDialogs& dialogs() const { return dialogs_; }
+    const AttachedDialogs& dialogs() const { return liveWindows_.dialogs(); }
     /// Null for a window that is no dialog.
     const ManagedWindow* windowOfDialog(const ManagedWindow& dialog) const;
     const TileAssignments& assignments() const { return assignments_; }
@@ -111,7 +101,7 @@ class WorkspaceController {
     /// absent as a rule.
     std::optional<std::string> whyWindowsStay() const;
     /// What the last arrangement decided; empty before the first.
-    const ArrangementPlan& lastArrangement() const { return lastArrangement_; }
+    const ArrangementPlan& lastArrangement() const { return arranger_.lastPlan(); }
     /// Whether everything is arranged once after each start of the agent. Neither this nor a preferred application is
     /// taken back by an undo.
     void setAutoArrangeOnLaunch(bool arranges);
@@ -177,7 +167,7 @@ class WorkspaceController {
     std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) const;
     /// By tile-target id.
     const std::map<std::string, PendingApplicationPlacement>& pendingApplicationPlacements() const {
-        return pendingApplicationPlacements_;
+        return awaited_.launches();
     }
     /// Asks the application that owns the window to quit. False when there is no such window, or it is the desktop's.
     bool quitApplication(const std::string& windowID);
@@ -209,10 +199,10 @@ class WorkspaceController {
     /// Absent when there is no such scene; empty when opening it would change nothing.
     std::optional<std::vector<SceneDifference>> diffScene(const Uuid& id) const;
     const std::vector<PendingSceneWindowPlacement>& pendingSceneWindowPlacements() const {
-        return restoration_.pending;
+        return awaited_.scene().pending;
     }
     const std::set<std::string>& pendingSceneApplicationLaunchBundleIDs() const {
-        return restoration_.launchedBundleIDs;
+        return awaited_.scene().launchedBundleIDs;
     }
     /// The live window that the reference means; absent when there is none but those excluded.
     std::optional<ManagedWindow> findWindow(const WorkspaceWindowReference& reference,
@@ -244,7 +234,7 @@ class WorkspaceController {
     /// Which rule decides for a live window, and what the others say; absent when there is no such window.
     std::optional<RuleExplanation> explainRules(const std::string& windowID) const;
     /// Windows that rules have been asked about.
-    const std::set<std::string>& handledRuleWindowIDs() const { return handledRuleWindowIDs_; }
+    const std::set<std::string>& handledRuleWindowIDs() const { return tileMemory_.placed(); }
 
     // The document of scenes and rules
     Decoded<std::string> exportWorkspaceDocument() const;
@@ -327,16 +317,13 @@ class WorkspaceController {
     bool isBesideFocusMode(const std::vector<Screen>& before) const;
     void keepFramesBesideFocusMode();
     void noteDisplaysThatCameAndWent(const std::set<std::string>& before);
-    void takeBack(DisplayAbsence& homes, const std::string& key);
     void displayHasNewID(const std::string& formerID, const std::string& newID);
     void settleOnDisplays();
     void presentRegained();
     void migrateChangedDisplays();
-    void forgetOutgrownLayouts(const std::string& displayID);
     void noteMovedByUser(const std::string& windowID);
-    void awaitStableDisplays();
+    void displaysSettled();
     bool isAwaitedHome(const std::string& windowID) const;
-    void leaveAbsentDisplays();
     void placeHomelessWindows();
     void bringIntoSight();
     std::vector<std::string> placeHomelessFronts();
@@ -347,21 +334,25 @@ class WorkspaceController {
     void giveUpUnreachablePlacements();
 
     // What outlives the agent (WorkspaceRestart.cpp)
-    void keepSession();
+    void watchSession();
     std::optional<WorkspaceSession> describeSession();
     bool takeUpSession();
     std::set<std::string> takeUpResizedDisplays();
     void acceptPlacesOfWindows(const std::set<std::string>& returnedDisplayIDs);
     void putAwayAgain();
-    bool hasComeBackToWait(const ManagedWindow& window, const std::optional<CGRect>& formerFrame);
+    bool hasComeBackToWait(const ManagedWindow& window, const std::optional<CGRect>& formerFrame) const;
+    WorkspaceSessionWindow sessionWindow(const ManagedWindow& window, const std::map<std::string, CGSize>& minimums);
+    void takeUpTiles(const WorkspaceSession& session, const ResumedWindows& resumed);
+    std::set<std::string> takeUpDisplays(const WorkspaceSession& session);
+    void expectReturns(const WorkspaceSession& session, const ResumedWindows& resumed);
     void takeUpZoom(const WorkspaceSessionZoom& zoom, const ResumedWindows& resumed);
     std::set<std::string> sparedWindowIDs();
 
     // Sleep, lock and session switches (WorkspaceRecovery.cpp)
     void beginTransitionRecovery();
-    void postponeDeadlines(Seconds duration);
     bool applyLockedSession(bool pollFoundLocked);
     void adoptSuccessors(const std::vector<WindowSuccessor>& successors);
+    void renameWindow(const std::string& formerID, const std::string& id);
     void recoverAssignedWindows();
     bool isAway() const;
     bool mayMoveWindows() const;
@@ -387,17 +378,16 @@ class WorkspaceController {
     void requestPresentation(const std::string& windowID, WindowPresentation presentation);
     void minimumSizeObserved(const std::string& windowID, const CGRect& wanted, const CGRect& actual);
     void makeRoomFor(const ManagedWindow& window);
-    /// How far off its tile a window counts as strayed: what the user changes by a point is to be seen.
-    enum class Straying { noticeable, any };
+    using Straying = FrameKeeper::Straying;
     void reapplyTileFrames(Straying straying = Straying::noticeable);
     void reapplyWindow(const ManagedWindow& window, const CGRect& target, Straying straying);
-    bool isLeftAlone(const ManagedWindow& window) const;
+    std::optional<LeftAlone> whyLeftAlone(const ManagedWindow& window) const;
+    bool isLeftAlone(const ManagedWindow& window) const { return whyLeftAlone(window).has_value(); }
     CGSize minimumSizeOf(const ManagedWindow& window,
                          WindowSizes::Purpose purpose = WindowSizes::Purpose::present) const;
     std::optional<CGSize> minimumOfApplication(const ManagedWindow& window) const;
     void rememberMinimum(const ManagedWindow& window, std::optional<CGSize> minimum);
     CGRect restingFrame(const ManagedWindow& window, const CGRect& tileFrame) const;
-    bool isHeldByUser(const std::string& windowID) const;
     void publishAssignments();
 
     // Commands for one window (WorkspaceWindowCommands.cpp)
@@ -417,7 +407,6 @@ class WorkspaceController {
 
     // Launching and quitting (WorkspaceLaunching.cpp, WorkspaceQuitting.cpp)
     void applicationLaunched(const std::string& tile, const std::string& identifier, const LaunchResult& result);
-    void dropExpiredApplicationPlacements();
     void processPendingApplicationPlacements();
     const ManagedWindow* windowLaunchedFor(const PendingApplicationPlacement& placement) const;
     bool endApplicationOf(const std::string& windowID, const std::string& message,
@@ -458,12 +447,12 @@ class WorkspaceController {
     // Dividers and hand-made moves (WorkspaceDividers.cpp, WorkspaceWindowDrag.cpp)
     void applyDividerDrag();
     void writeInteractiveFrames(const std::string& displayID);
-    void verifyFrames(const std::string& displayID);
+    void verifyFrames(const std::string& displayID, const std::map<std::string, CGRect>& written);
     void abandonDrags();
     void endDrags();
     void presentationResumed();
-    void dropWindow(const ManagedWindow& window, CGPoint pointer, LettingGo lettingGo);
-    void resizeTileLike(const ManagedWindow& window, const CGRect& frameBefore);
+    void dropWindow(const ManagedWindow& window, CGPoint pointer, LettingGo lettingGo, WorkspaceUndoSnapshot before);
+    void resizeTileLike(const ManagedWindow& window, const CGRect& frameBefore, WorkspaceUndoSnapshot before);
     std::optional<std::string> dropTarget(const std::string& windowID, CGPoint pointOnScreen) const;
     void storeWeights(const std::string& displayID, const std::string& layoutID, LayoutWeightOverrides weights);
 
@@ -476,7 +465,7 @@ class WorkspaceController {
     std::optional<Covering> freeCoveringOn(const Screen& screen, const ManagedWindow& window) const;
     void noteSizesSeen();
     void retryMinimum(const std::string& windowID);
-    void publishMinimums() { state_.observedMinimumSizes.set(sizes_.shown()); }
+    void publishMinimums() { state_.observedMinimumSizes.set(frames_.sizes().shown()); }
     void giveBackSpans();
 
     // Arrangement (WorkspaceArrangement.cpp)
@@ -492,7 +481,6 @@ class WorkspaceController {
     void learnFrom(const ArrangementPlan& plan);
     void learnPlacementByUser(const ManagedWindow& window, const std::string& targetID);
     std::optional<LearntPlace> learntPlace(const std::string& targetID) const;
-    void setLearning(std::shared_ptr<const AutoArrangeLearningModel> learning);
 
     // Layouts (WorkspaceLayouts.cpp)
     const Screen* screenOf(const std::string& displayID) const;
@@ -543,85 +531,42 @@ class WorkspaceController {
     std::optional<std::string> neighbourOf(const StartingPoint& start, WorkspaceDirection direction,
                                            TilesConsidered considered) const;
 
-    void setLiveWindows(std::vector<ManagedWindow> windows);
-    ManagedWindow* findLive(const std::string& windowID);
-    const ManagedWindow* findLive(const std::string& windowID) const;
+    ManagedWindow* findLive(const std::string& windowID) { return liveWindows_.find(windowID); }
+    const ManagedWindow* findLive(const std::string& windowID) const { return liveWindows_.find(windowID); }
     bool requirePermission();
     bool requireWindowAccess();
     bool requireVisibleScreen();
     bool refuse(const std::string& message);
 
-    /// How often a window that stays off its tile is asked again.
-    static constexpr int kPlacementAttempts = 3;
-    /// So long the displays must stay as they are until windows of those that are away go elsewhere.
-    static constexpr Seconds kDisplaysAreStableAfter{2};
+    /// Every object that knows windows or displays by their ids, or that waits for time to pass.
+    template <class Self>
+    static auto partsOf(Self& self) {
+        return std::tie(self.assignments_, self.tileMemory_, self.liveWindows_, self.displays_, self.undo_,
+                        self.focusMode_, self.pointer_, self.frames_, self.session_, self.awaited_, self.arranger_,
+                        self.recovery_);
+    }
+
     static constexpr std::string_view kOpenSceneAction = "open scene";
 
     WorkspaceServices services_;
     std::shared_ptr<AccessibilityWindowService> windowService_;
     ThemeRegistry registry_;
     WorkspaceState state_;
-    std::shared_ptr<const AutoArrangeLearningModel> learning_; // shared with undo snapshots
-    StackSuccession succession_;
-    LayoutHomes layoutHomes_;
-    std::vector<ManagedWindow> liveWindows_;
-    std::unordered_map<std::string, std::size_t> liveIndexByID_;
-    AttachedDialogs dialogs_;
-    MinimizedWindows minimizedWindows_;
-    std::uint64_t shownSpace_ = 0; // at the last poll
+    LiveWindows liveWindows_;
     TileAssignments assignments_;
-    SpaceMemory spaces_;
+    TileMemory tileMemory_;
     mutable DisplayLayouts layouts_;
+    DisplayMemory displays_;
     UndoHistory undo_;
-    FocusOrder focusOrder_;
-    std::optional<WorkspaceUndoSnapshot> focusZoomSnapshot_;
-    std::vector<UndoEntry> historyBeforeFocusMode_;
-    DividerDrag dividerDrag_;
-    PresentationSuspension suspension_;
-    PresentationRequests presentationRequests_;
-    std::optional<WorkspaceUndoSnapshot> snapshotBeforeDrag_;
-    std::optional<std::string> handMovedWindowID_;
-    struct HeldWindow {
-        std::string id;
-        std::optional<CGRect> frame; // when the button went down
-    };
-    std::optional<HeldWindow> heldWindow_;
-    std::unordered_map<std::string, CGRect> interactiveWindowFramesByID_;
-    ReflowPolicy reflow_;
-    WindowSizes sizes_;
-    std::map<std::string, CGSize> minimumsOfSpanning_; // as they were at the last poll outside focus mode
+    FocusMode focusMode_{state_.focusMode};
+    PointerInteraction pointer_;
+    FrameKeeper frames_;
     TransitionRecovery recovery_;
-    std::vector<Screen> screensBeforeTransition_;
-    DisplayAbsence absence_;
-    DisplayAbsence outgrown_;              // by display and layout
-    std::set<std::string> regainedFronts_; // to be shown, and to be put away, once that may be
-    std::set<std::string> regainedWaiting_;
-    Seconds displaysAreStableAt_{0};
-    std::set<std::string> latelyGone_; // displays without another name than their frame, until nobody waits for them
-    std::set<std::string> carriedDisplays_; // ids that have the layout of the one before
-    bool isZoomInTheWayOfHomeless_ = false;
-    std::optional<SessionKeeper> session_;
-    std::optional<WorkspaceSession> sessionToTakeUp_;
-    std::map<pid_t, std::optional<std::string>> processStarts_;
-    std::set<std::string> awaitedOfSession_;
-    Seconds awaitedOfSessionUntil_{0};
-    std::map<std::string, std::optional<CGRect>> comingBack_; // who waited when the last agent ended, and where
-    Seconds comingBackUntil_{0};
-    std::unordered_map<std::string, Refusal> refusals_;
-    std::map<std::string, ShownLayout> lastLayoutByDisplay_; // also of displays that are away
-    ArrangementPlan lastArrangement_;
-    std::map<std::string, PendingApplicationPlacement> pendingApplicationPlacements_; // by tile-target id
-    SceneRestoration restoration_;
-    ExpectedApplications expectedApplications_;
-    UnseenTime unseenTime_;
-    std::set<std::string> handledRuleWindowIDs_;
-    std::int64_t autoArrangeGeneration_ = 0;
-    bool hasFirstPicture_ = false; // of the desktop, so that what was left of a former session was taken up
-    bool didAutoArrange_ = false;
-    bool isLearningSavePending_ = false;
+    SessionRestore session_;
+    AwaitedWindows awaited_{state_.pendingLaunches};
+    Arranger arranger_;
     std::uint64_t statusMessageSerial_ = 0;
-    Subscription screensSubscription_;
-    std::vector<Subscription> sessionSubscriptions_;
+    std::vector<Subscription> subscriptions_;
     RefreshCycle refreshCycle_;
     Lifetime lifetime_;
 };

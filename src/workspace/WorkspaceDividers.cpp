@@ -15,7 +15,7 @@ std::vector<DisplayLayoutDivider> WorkspaceController::dividers() const {
     std::vector<DisplayLayoutDivider> all;
     for (const auto& screen : *state_.screens) {
         const std::string id = displayID(screen);
-        if (*state_.focusMode && (*state_.focusMode)->displayID == id) continue;
+        if (focusMode_.ownsDisplay(id)) continue;
         const auto here = dividersOn(id);
         all.insert(all.end(), here.begin(), here.end());
     }
@@ -49,28 +49,25 @@ bool WorkspaceController::beginDividerDrag(const DisplayLayoutDivider& target) {
     const auto current =
         std::ranges::find_if(now, [&](const DisplayLayoutDivider& divider) { return isSameDivider(divider, target); });
     if (current == now.end()) return false;
-    snapshotBeforeDrag_ = captureUndoSnapshot();
-    dividerDrag_.begin(*current, state_.profile->weights(target.displayID, target.layoutID));
-    interactiveWindowFramesByID_.clear();
+    std::map<std::string, CGRect> frames;
     for (const auto& [targetID, windowID] : assignments_.assignedWindowIDs) {
         const ManagedWindow* window = findLive(windowID);
-        if (window && window->frame && screenOfTarget(targetID) == screen) {
-            interactiveWindowFramesByID_[windowID] = *window->frame;
-        }
+        if (window && window->frame && screenOfTarget(targetID) == screen) frames[windowID] = *window->frame;
     }
-    suspension_.suspend();
+    pointer_.beginDividerDrag(*current, state_.profile->weights(target.displayID, target.layoutID),
+                              captureUndoSnapshot(), std::move(frames));
     return true;
 }
 
 void WorkspaceController::updateDividerDrag(const DisplayLayoutDivider& target, double translationPoints) {
-    if (!dividerDrag_.concerns(target)) return;
-    suspension_.noteMovement();
-    dividerDrag_.update(translationPoints);
+    if (!pointer_.isDragging(target)) return;
+    pointer_.noteMovement();
+    pointer_.moveDivider(translationPoints);
 }
 
 void WorkspaceController::applyDividerDrag() {
-    if (!dividerDrag_.takePendingTranslation()) return;
-    const ActiveDividerDrag& drag = *dividerDrag_.active();
+    if (!pointer_.takeDividerTranslation()) return;
+    const ActiveDividerDrag& drag = *pointer_.dividerDrag();
     layouts_.setTransientWeights(drag.target.displayID, drag.target.layoutID, drag.overrides);
     layouts_.invalidate(drag.target.displayID);
     writeInteractiveFrames(drag.target.displayID);
@@ -85,36 +82,34 @@ void WorkspaceController::writeInteractiveFrames(const std::string& id) {
     for (ManagedWindow& window : liveWindows_) {
         const auto frame = frames.find(window.id);
         if (frame == frames.end() || isLeftAlone(window)) continue;
-        const auto [last, isFirst] = interactiveWindowFramesByID_.try_emplace(window.id, frame->second);
-        if (!isFirst && last->second == frame->second) continue;
-        last->second = frame->second;
+        if (!pointer_.noteDividerFrame(window.id, frame->second)) continue;
         windowService_->setFrameInteractive(window, frame->second);
         window.frame = frame->second;
     }
 }
 
 void WorkspaceController::endDividerDrag(const DisplayLayoutDivider& target) {
-    if (!dividerDrag_.concerns(target)) return;
-    sizes_.notePointer(services_.queue.uptime());
+    if (!pointer_.isDragging(target)) return;
+    frames_.sizes().notePointer(services_.queue.uptime());
     applyDividerDrag();
-    const auto drag = dividerDrag_.end();
-    const std::string id = drag->target.displayID;
+    auto ended = pointer_.endDividerDrag();
+    const ActiveDividerDrag& drag = ended->drag;
+    const std::string id = drag.target.displayID;
     layouts_.clearTransientWeights(id);
-    if (drag->didChange()) {
-        pushUndoSnapshot({"drag divider", applicationsOn(id)}, std::move(snapshotBeforeDrag_));
-        storeWeights(id, drag->target.layoutID, drag->overrides);
+    if (drag.didChange()) {
+        pushUndoSnapshot({"drag divider", applicationsOn(id)}, std::move(ended->before));
+        storeWeights(id, drag.target.layoutID, drag.overrides);
     }
-    snapshotBeforeDrag_.reset();
-    reflow_.forgetAllPushes();
+    frames_.reflow().forgetAllPushes();
     layoutChanged(id);
-    verifyFrames(id);
-    interactiveWindowFramesByID_.clear();
-    suspension_.endAfter(kResumeDelay);
+    verifyFrames(id, ended->frames);
+    pointer_.resumePollsAfter(kResumeDelay);
 }
 
 void WorkspaceController::cancelDividerDrag() {
-    if (!dividerDrag_.active()) return;
-    const DisplayLayoutDivider target = dividerDrag_.active()->target;
+    const ActiveDividerDrag* drag = pointer_.dividerDrag();
+    if (!drag) return;
+    const DisplayLayoutDivider target = drag->target;
     updateDividerDrag(target, 0);
     endDividerDrag(target);
 }
@@ -126,7 +121,7 @@ bool WorkspaceController::resetDivider(const DisplayLayoutDivider& target) {
     if (!screenOf(target.displayID) || weights.splits.erase(target.divider.splitID) == 0) return false;
     pushUndoSnapshot({"reset divider", applicationsOn(target.displayID)});
     storeWeights(target.displayID, target.layoutID, std::move(weights));
-    reflow_.forgetAllPushes();
+    frames_.reflow().forgetAllPushes();
     layoutChanged(target.displayID);
     return true;
 }
@@ -147,8 +142,8 @@ void WorkspaceController::storeWeights(const std::string& id, const std::string&
 }
 
 /// Live writes are not verified; once the hand rests, every window of the display is placed in earnest.
-void WorkspaceController::verifyFrames(const std::string& id) {
-    for (const auto& [windowID, frame] : interactiveWindowFramesByID_) {
+void WorkspaceController::verifyFrames(const std::string& id, const std::map<std::string, CGRect>& written) {
+    for (const auto& [windowID, frame] : written) {
         const ManagedWindow* window = findLive(windowID);
         const auto target = frameForWindow(windowID);
         const auto tile = assignments_.targetOf(windowID);
@@ -160,21 +155,15 @@ void WorkspaceController::verifyFrames(const std::string& id) {
 }
 
 void WorkspaceController::abandonDrags() {
-    const bool heldPollsBack = suspension_.isSuspended() || dividerDrag_.active() || handMovedWindowID_ || heldWindow_;
-    dividerDrag_.end();
+    const bool heldPollsBack = pointer_.abandon();
     layouts_.clearAllTransientWeights();
-    interactiveWindowFramesByID_.clear();
-    snapshotBeforeDrag_.reset();
-    handMovedWindowID_.reset();
-    heldWindow_.reset();
     state_.dropTargetSlotID.set(std::nullopt);
-    suspension_.abandon();
     if (heldPollsBack) refresh(); // what they saw is still to be acted on
 }
 
 /// Another action comes first: what the hand holds is let go where it began.
 void WorkspaceController::endDrags() {
-    if (!dividerDrag_.active() && !handMovedWindowID_) return;
+    if (!pointer_.isDragging()) return;
     abandonDrags();
     layouts_.invalidateAll();
     state_.layoutRevision.set(*state_.layoutRevision + 1);

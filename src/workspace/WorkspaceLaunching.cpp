@@ -18,17 +18,7 @@ bool WorkspaceController::launchApplication(const LaunchableApplication& applica
                                             const std::string& slotID, LaunchCompletion completion) {
     if (!requireWindowAccess()) return false;
     const std::string tile = tileTargetID(displayID, slotID);
-    pendingApplicationPlacements_[tile] = {.application = application,
-                                           .displayID = displayID,
-                                           .slotID = slotID,
-                                           .requestedTile = tile,
-                                           .expiresAt =
-                                               services_.queue.uptime() + PendingApplicationPlacement::kLifetime,
-                                           .processIdentifier = std::nullopt};
-    state_.pendingLaunches.set(applicationsOf(pendingApplicationPlacements_));
-    if (application.bundleIdentifier) {
-        expectedApplications_.expect(*application.bundleIdentifier, services_.queue.uptime());
-    }
+    awaited_.awaitLaunch(application, displayID, slotID, services_.queue.uptime());
     services_.applications.launch(
         application, LaunchActivation::activates,
         lifetime_.guard([this, tile, application, completion = std::move(completion)](const LaunchResult& result) {
@@ -44,53 +34,32 @@ bool WorkspaceController::launchApplication(const LaunchableApplication& applica
 void WorkspaceController::noteStarted(const LaunchableApplication& application, const LaunchResult& result) {
     if (!application.bundleIdentifier) return;
     if (result.error) {
-        expectedApplications_.forget(*application.bundleIdentifier);
+        awaited_.expected().forget(*application.bundleIdentifier);
     } else if (result.processIdentifier) {
-        expectedApplications_.noteStarted(*application.bundleIdentifier, *result.processIdentifier,
-                                          services_.applications.processStartIdentity(*result.processIdentifier));
+        awaited_.expected().noteStarted(*application.bundleIdentifier, *result.processIdentifier,
+                                        services_.applications.processStartIdentity(*result.processIdentifier));
     }
 }
 
 void WorkspaceController::applicationLaunched(const std::string& tile, const std::string& identifier,
                                               const LaunchResult& result) {
-    // Meanwhile another application may have been launched into the tile.
-    const auto pending = std::find_if(
-        pendingApplicationPlacements_.begin(), pendingApplicationPlacements_.end(), [&](const auto& entry) {
-            return entry.second.requestedTile == tile && entry.second.application.identifier == identifier;
-        });
-    if (pending != pendingApplicationPlacements_.end()) {
-        if (result.error) {
-            pendingApplicationPlacements_.erase(pending);
-            state_.pendingLaunches.set(applicationsOf(pendingApplicationPlacements_));
-        } else {
-            pending->second.processIdentifier = result.processIdentifier;
-        }
-    }
+    awaited_.noteLaunched(tile, identifier, result);
     if (result.error) showStatusMessage(*result.error);
     refresh();
 }
 
-void WorkspaceController::dropExpiredApplicationPlacements() {
-    const Seconds now = services_.queue.uptime();
-    const auto dropped =
-        std::erase_if(pendingApplicationPlacements_, [&](const auto& entry) { return entry.second.expiresAt <= now; });
-    if (dropped != 0) state_.pendingLaunches.set(applicationsOf(pendingApplicationPlacements_));
-}
-
 /// Tiles that wait for the same application are served in the order of their keys.
 void WorkspaceController::processPendingApplicationPlacements() {
-    for (auto next = pendingApplicationPlacements_.begin(); next != pendingApplicationPlacements_.end();) {
-        const auto& [tile, placement] = *next;
+    std::vector<std::string> waiting;
+    for (const auto& [tile, placement] : awaited_.launches()) waiting.push_back(tile);
+    for (const auto& target : waiting) {
         // A display that is away may come back, and so may a layout that has the slot.
-        const ManagedWindow* window = tileFrameOnScreen(tile) ? windowLaunchedFor(placement) : nullptr;
-        if (!window) {
-            ++next;
-            continue;
-        }
+        const auto launch = awaited_.launches().find(target);
+        const bool isThere = launch != awaited_.launches().end() && tileFrameOnScreen(target);
+        const ManagedWindow* window = isThere ? windowLaunchedFor(launch->second) : nullptr;
+        if (!window) continue;
         const ManagedWindow placed = *window;
-        const std::string target = tile;
-        next = pendingApplicationPlacements_.erase(next);
-        state_.pendingLaunches.set(applicationsOf(pendingApplicationPlacements_));
+        awaited_.dropLaunch(target);
         closeFocusMode(); // what it restores later would take the tile away again
         if (placed.isMinimized || windowService_->isApplicationHidden(placed.processIdentifier)) bringBack(placed);
         (void)placeWindow(placed.id, target, Focusing::yes);

@@ -184,7 +184,7 @@ void WorkspaceController::setProfile(WorkspaceProfile profile) {
 void WorkspaceController::layoutChanged(const std::string& id) {
     layouts_.invalidate(id);
     state_.layoutRevision.set(*state_.layoutRevision + 1);
-    ++autoArrangeGeneration_; // what an arrangement still had to do was meant for the tiles as they were
+    (void)arranger_.supersede(); // what an arrangement still had to do was meant for the tiles as they were
     if (mayMoveWindows()) claimRoomWhereNeeded();
     publishAssignments();
     reapplyTileFrames(Straying::any);
@@ -197,11 +197,8 @@ void WorkspaceController::noteTileGeometry() {
     for (const auto& screen : *state_.screens) {
         const std::string id = displayID(screen);
         const SolvedLayout& solved = solvedTiles(screen);
-        auto& last = lastLayoutByDisplay_[id];
         const std::string& layoutID = layouts_.resolve(screen, *state_.profile, catalogue()).id;
-        if (last.layoutID == layoutID && last.tiles.frames == solved.frames) continue;
-        hasMoved = hasMoved || !last.layoutID.empty();
-        last = {layoutID, tilesOf(solved)};
+        hasMoved = displays_.noteShown(id, layoutID, solved) || hasMoved;
     }
     if (hasMoved) state_.layoutRevision.set(*state_.layoutRevision + 1);
 }
@@ -222,22 +219,22 @@ LayoutSelectionResult WorkspaceController::selectLayout(const std::string& id,
     const std::string choice =
         selection.layoutID ? "layout " + findLayout(catalogue(), *selection.layoutID)->name : "automatic layout";
     pushUndoSnapshot({choice, applicationsOn(id)});
-    layoutHomes_.leave(id, {resolvedLayout(id)->id, tilesOf(solvedTiles(screen))}, assignments_);
+    tileMemory_.homes().leave(id, {resolvedLayout(id)->id, tilesOf(solvedTiles(screen))}, assignments_);
     WorkspaceProfile profile = *state_.profile;
     profile.layoutSelectionsByDisplay[id] = selection;
-    forgetOutgrownLayouts(id);
+    displays_.forgetLayouts(id);
     setProfile(std::move(profile));
 
     const LayoutDefinition& layout = layouts_.resolve(screen, *state_.profile, catalogue());
     const std::string layoutName = layout.name;
     const DisplayTiles after =
         tilesOf(solveDefinition(layout, {}, screen.visibleFrame.size, state_.profile->tileInset));
-    LayoutMigration migration = migrateHomes(assignments_, id, layoutHomes_.of(id, assignments_), {layout.id, after});
+    LayoutMigration migration =
+        migrateHomes(assignments_, id, tileMemory_.homes().of(id, assignments_), {layout.id, after});
     assignments_ = std::move(migration.assignments);
-    regainedFronts_.insert(migration.regainedWindowIDs.begin(), migration.regainedWindowIDs.end());
-    regainedWaiting_.insert(migration.displacedWindowIDs.begin(), migration.displacedWindowIDs.end());
+    displays_.noteRegained(migration.regainedWindowIDs, migration.displacedWindowIDs);
     presentRegained();
-    reflow_.forgetAllPushes();
+    frames_.reflow().forgetAllPushes();
     layoutChanged(id);
     showStatusMessage(layoutName + " on " + screen.localizedName);
     return LayoutSelectionResult::done;
@@ -274,7 +271,7 @@ bool WorkspaceController::resetLayoutSizes(const std::optional<std::string>& wan
         WorkspaceProfile profile = *state_.profile;
         profile.layoutWeightsByDisplay.erase(*id);
         setProfile(std::move(profile));
-        reflow_.forgetAllPushes();
+        frames_.reflow().forgetAllPushes();
         layoutChanged(*id);
     }
     showStatusMessage("Layout sizes reset on " + name);
@@ -286,7 +283,7 @@ bool WorkspaceController::setTileInset(double points) {
     if (points == state_.profile->tileInset) return true;
     if (!requireVisibleScreen()) return false;
     pushUndoSnapshot({"tile inset", applicationsOn(std::nullopt)});
-    reflow_.forgetAllPushes();
+    frames_.reflow().forgetAllPushes();
     WorkspaceProfile profile = *state_.profile;
     profile.tileInset = points;
     setProfile(std::move(profile));

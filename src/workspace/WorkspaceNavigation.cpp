@@ -10,7 +10,7 @@ namespace kova {
 /// A dialog's is that of its window.
 std::optional<std::string> WorkspaceController::focusedWindowID() const {
     const auto focused = windowService_->focusedWindowID();
-    return focused ? std::optional(dialogs_.ownerOf(*focused)) : std::nullopt;
+    return focused ? std::optional(liveWindows_.dialogs().ownerOf(*focused)) : std::nullopt;
 }
 
 const ManagedWindow* WorkspaceController::focusedWindow() const {

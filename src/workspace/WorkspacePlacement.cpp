@@ -11,9 +11,6 @@ namespace {
 
 using BringToFront = AccessibilityWindowService::BringToFront;
 
-constexpr double kOffTolerancePoints = 2;
-constexpr double kSamePlacePoints = 0.5;
-
 std::set<pid_t> processesInFront(const TileAssignments& assignments, const std::vector<ManagedWindow>& windows) {
     std::set<std::string> fronts;
     for (const auto& [target, windowID] : assignments.assignedWindowIDs) fronts.insert(windowID);
@@ -34,7 +31,7 @@ void WorkspaceController::publishAssignments() {
 }
 
 CGSize WorkspaceController::minimumSizeOf(const ManagedWindow& window, WindowSizes::Purpose purpose) const {
-    return sizes_.minimumOf(window, minimumOfApplication(window), purpose);
+    return frames_.sizes().minimumOf(window, minimumOfApplication(window), purpose);
 }
 
 std::optional<CGSize> WorkspaceController::minimumOfApplication(const ManagedWindow& window) const {
@@ -96,7 +93,7 @@ std::vector<std::string> WorkspaceController::takeTiles(const std::string& windo
     std::vector<std::string> targetIDs;
     for (const auto& target : covering.targets) targetIDs.push_back(target.id());
     const std::string& anchorID = targetIDs.front();
-    spaces_.storeFrom(targetIDs, liveWindows_, assignments_);
+    tileMemory_.spaces().storeFrom(targetIDs, liveWindows_.all(), assignments_);
     std::map<std::string, std::string> lost; // by the window that is displaced
     for (const auto& target : targetIDs) {
         const auto front = assignments_.assignedWindowIDs.find(target);
@@ -105,9 +102,10 @@ std::vector<std::string> WorkspaceController::takeTiles(const std::string& windo
     assignments_.insertIntoStack(anchorID, windowID, TileAssignments::StackPosition::front);
     auto displaced = assignments_.assign(windowID, targetIDs);
     assignments_.mergeStacksInto(anchorID, targetIDs, displaced);
-    succession_.forget(windowID);
+    tileMemory_.succession().forget(windowID);
     for (const auto& loser : displaced) {
-        succession_.noteDisplaced(loser, lost[loser], assignments_.stackTargetOf(loser).value_or(lost[loser]));
+        tileMemory_.succession().noteDisplaced(loser, lost[loser],
+                                               assignments_.stackTargetOf(loser).value_or(lost[loser]));
     }
     return displaced;
 }
@@ -136,7 +134,7 @@ void WorkspaceController::announceClaim(const ManagedWindow& window, const Cover
 /// tile and none is on another Space, from which it would vanish as well; otherwise just the window is minimised.
 void WorkspaceController::presentDisplaced(const std::vector<std::string>& displacedWindowIDs) {
     if (displacedWindowIDs.empty()) return;
-    auto staying = processesInFront(assignments_, liveWindows_);
+    auto staying = processesInFront(assignments_, liveWindows_.all());
     for (const auto& window : liveWindows_) {
         if (window.isElsewhere) staying.insert(window.processIdentifier);
     }
@@ -163,10 +161,7 @@ void WorkspaceController::presentDisplaced(const std::vector<std::string>& displ
 
 void WorkspaceController::hideApplicationOf(const ManagedWindow& window) {
     windowService_->presentDisplaced(window, DisplacedWindowPresentationAction::hideApplication);
-    for (auto& other : liveWindows_) {
-        if (other.processIdentifier != window.processIdentifier) continue;
-        presentationRequests_.request(other, WindowPresentation::hidden, services_.queue.uptime());
-    }
+    liveWindows_.requestHidden(window.processIdentifier, services_.queue.uptime());
     refreshCycle_.wake(); // until they are seen so
 }
 
@@ -175,24 +170,19 @@ void WorkspaceController::unhideApplicationOf(const ManagedWindow& window) {
     const bool wasHidden = windowService_->isApplicationHidden(window.processIdentifier);
     windowService_->unhideApplication(window.processIdentifier);
     if (!wasHidden) return;
-    for (auto& other : liveWindows_) {
-        if (other.processIdentifier != window.processIdentifier || other.isMinimized || other.isElsewhere) continue;
-        presentationRequests_.request(other, WindowPresentation::shown, services_.queue.uptime());
-    }
+    liveWindows_.requestShown(window.processIdentifier, services_.queue.uptime());
     refreshCycle_.wake(); // until they are seen so
 }
 
 void WorkspaceController::minimizeWindow(const ManagedWindow& window) {
-    const bool wasMinimizedByUser = window.isMinimized && !minimizedWindows_.contains(window.id);
-    if (!wasMinimizedByUser) minimizedWindows_.note(window.id, services_.queue.uptime());
+    const bool wasMinimizedByUser = window.isMinimized && !liveWindows_.minimized().contains(window.id);
+    if (!wasMinimizedByUser) liveWindows_.minimized().note(window.id, services_.queue.uptime());
     windowService_->presentDisplaced(window, DisplacedWindowPresentationAction::minimizeWindow);
     requestPresentation(window.id, WindowPresentation::minimized);
 }
 
 void WorkspaceController::requestPresentation(const std::string& windowID, WindowPresentation presentation) {
-    ManagedWindow* window = findLive(windowID);
-    if (!window) return;
-    presentationRequests_.request(*window, presentation, services_.queue.uptime());
+    if (!liveWindows_.request(windowID, presentation, services_.queue.uptime())) return;
     refreshCycle_.wake(); // until the window is seen so
 }
 
@@ -200,17 +190,17 @@ void WorkspaceController::requestPresentation(const std::string& windowID, Windo
 void WorkspaceController::writeFrame(const ManagedWindow& window, const CGRect& frame, BringToFront raise) {
     // A remembered frame can lie where a display was unplugged meanwhile.
     if (window.isFullScreen || !isOnSomeScreen(frame)) return;
-    if (window.isElsewhere || !window.isAnswering) return spaces_.owe(window.id, frame);
+    if (window.isElsewhere || !window.isAnswering) return tileMemory_.spaces().owe(window.id, frame);
     const std::string id = window.id;
     windowService_->setFrame(window, frame, raise, lifetime_.guard([this, id, frame](CGRect actual) {
         minimumSizeObserved(id, frame, actual);
     }));
-    refusals_[id].isUnseen = true;
+    frames_.noteAsked(id);
     refreshCycle_.wake(); // until the window is seen at its place
     if (ManagedWindow* live = findLive(id)) {
         live->frame = frame;
         // Placing ends it.
-        if (live->isMaximized) presentationRequests_.requestMaximized(*live, false, services_.queue.uptime());
+        if (live->isMaximized) liveWindows_.requestMaximized(*live, false, services_.queue.uptime());
     }
     moveDialogsAlong(id, frame);
 }
@@ -219,7 +209,7 @@ void WorkspaceController::moveDialogsAlong(const std::string& windowID, const CG
     const Screen* screen = screenNearest(*state_.screens, flipped(frame, firstScreenMaxY()));
     if (!screen) return;
     const CGRect visibleArea = flipped(screen->visibleFrame, firstScreenMaxY());
-    for (const auto& move : dialogs_.follow(windowID, frame, visibleArea)) {
+    for (const auto& move : liveWindows_.dialogs().follow(windowID, frame, visibleArea)) {
         windowService_->move(move.dialog, move.origin);
     }
 }
@@ -228,54 +218,32 @@ void WorkspaceController::reapplyTileFrames(Straying straying) {
     if (*state_.permissionState != AccessibilityPermissionState::granted) return;
     const auto frames = framesOfTiledWindows();
     for (const ManagedWindow& window : liveWindows_) {
-        if (heldWindow_ && heldWindow_->id == window.id) continue; // until it is released
+        if (pointer_.isPressing(window.id)) continue; // until it is released
         const auto target = frames.find(window.id);
         if (target != frames.end() && !isLeftAlone(window)) {
             reapplyWindow(window, target->second, straying);
             continue;
         }
-        // A window that keeps to a size of its own is not asked again whenever its Space is shown.
-        const auto refusal = refusals_.find(window.id);
-        const bool isSettled = refusal != refusals_.end() && refusal->second.attempts >= kPlacementAttempts;
-        if (!window.isElsewhere || !isSettled) refusals_.erase(window.id);
+        frames_.noteWithoutTarget(window);
     }
 }
 
 /// Zoomed, minimized, maximized, full-screen and hidden windows, those of other Spaces and of silent applications, and
 /// the one that the user drags, keep their tiles and are put there when they come back.
-bool WorkspaceController::isLeftAlone(const ManagedWindow& window) const {
-    const bool isZoomed = *state_.focusMode && (*state_.focusMode)->windowID == window.id;
-    return isZoomed || isHeldByUser(window.id) || window.isMinimized || window.isMaximized || window.isFullScreen ||
-           window.isElsewhere || !window.isAnswering || windowService_->isApplicationHidden(window.processIdentifier);
-}
-
-bool WorkspaceController::isHeldByUser(const std::string& windowID) const {
-    return handMovedWindowID_ == windowID || (heldWindow_ && heldWindow_->id == windowID);
+std::optional<LeftAlone> WorkspaceController::whyLeftAlone(const ManagedWindow& window) const {
+    return kova::whyLeftAlone(window,
+                              {.isZoomed = focusMode_.isZoomed(window.id),
+                               .isHeldByPointer = pointer_.isHolding(window.id),
+                               .isApplicationHidden = windowService_->isApplicationHidden(window.processIdentifier)});
 }
 
 /// Writes the frame of a window that strayed. A placement that is still being verified is left to its passes, and a
 /// window that keeps refusing is asked only so many times.
 void WorkspaceController::reapplyWindow(const ManagedWindow& window, const CGRect& target, Straying straying) {
-    if (sizes_.isBeingRetried(window.id)) {
-        if (windowService_->pendingFrame(window.id)) return;
-        sizes_.endRetry(window.id);
-    }
-    const double tolerance = straying == Straying::any ? kSamePlacePoints : kOffTolerancePoints;
-    if (const auto pending = windowService_->pendingFrame(window.id)) {
-        if (!nearlyEqual(*pending, target, tolerance)) writeFrame(window, target, BringToFront::no);
-        return;
-    }
-    if (!window.frame || nearlyEqual(*window.frame, target, tolerance)) {
-        refusals_.erase(window.id);
-        return;
-    }
-    Refusal& refusal = refusals_[window.id];
-    const bool sameAgain = nearlyEqual(refusal.wanted, target, kSamePlacePoints) &&
-                           nearlyEqual(refusal.actual, *window.frame, kSamePlacePoints);
-    if (!sameAgain) refusal = {target, *window.frame, 0, refusal.isUnseen};
-    if (refusal.attempts >= kPlacementAttempts) return;
-    // While a window manager is replaced, a window that stays where it is refuses nothing.
-    if (windowService_->areSizesReliable(window)) ++refusal.attempts;
+    const auto decision = frames_.decide(window, target, straying, windowService_->pendingFrame(window.id));
+    if (decision == FrameKeeper::Decision::leave) return;
+    const bool isAgain = decision == FrameKeeper::Decision::askAgain;
+    if (isAgain && windowService_->areSizesReliable(window)) frames_.noteAttempt(window.id);
     writeFrame(window, target, BringToFront::no);
 }
 

@@ -23,11 +23,11 @@ std::set<std::string> visibleIDs(const std::vector<ManagedWindow>& windows) {
 
 /// A window that did not shrink tells its minimum in the directions in which it stayed larger than asked for.
 void WorkspaceController::minimumSizeObserved(const std::string& windowID, const CGRect& wanted, const CGRect& actual) {
-    sizes_.endRetry(windowID);
+    frames_.sizes().endRetry(windowID);
     ManagedWindow* window = findLive(windowID);
     if (!window || window->isFullScreen || window->isMaximized) return;
     window->frame = actual; // until now the one that it was asked for
-    switch (sizes_.noteRefusal(*window, wanted.size, actual.size, services_.queue.uptime())) {
+    switch (frames_.sizes().noteRefusal(*window, wanted.size, actual.size, services_.queue.uptime())) {
     case WindowSizes::Refusal::unreliable:
         return;
     case WindowSizes::Refusal::known:
@@ -42,16 +42,16 @@ void WorkspaceController::reflow(const std::string& windowID) {
     const ManagedWindow* window = findLive(windowID);
     const auto target = assignments_.targetOf(windowID);
     const Screen* screen = target ? screenOfTarget(*target) : nullptr;
-    if (!sizes_.hasPendingChange(windowID) || !window || !screen || !mayMoveWindows()) return;
+    if (!frames_.sizes().hasPendingChange(windowID) || !window || !screen || !mayMoveWindows()) return;
     const Seconds now = services_.queue.uptime();
-    const auto due = reflow_.nextReflow(displayID(*screen), windowID, now);
+    const auto due = frames_.reflow().nextReflow(displayID(*screen), windowID, now);
     if (!due) return;
     if (*due > now) {
         services_.queue.after(*due - now, lifetime_.guard([this, windowID] { reflow(windowID); }));
         return;
     }
-    reflow_.noteReflow(displayID(*screen), windowID, now);
-    if (sizes_.applyChange(windowID)) rememberMinimum(*window, minimumSizeOf(*window));
+    frames_.reflow().noteReflow(displayID(*screen), windowID, now);
+    if (frames_.sizes().applyChange(windowID)) rememberMinimum(*window, minimumSizeOf(*window));
     publishMinimums();
     makeRoomFor(ManagedWindow(*window));
 }
@@ -70,7 +70,7 @@ void WorkspaceController::rememberMinimum(const ManagedWindow& window, std::opti
 
 /// The tiles are solved again with what was learnt; where that is not enough the window claims a span.
 void WorkspaceController::makeRoomFor(const ManagedWindow& window) {
-    if (!assignments_.isAssigned(window.id) || suspension_.isSuspended()) return; // then a later poll does it
+    if (!assignments_.isAssigned(window.id) || pointer_.isPausingPolls()) return; // then a later poll does it
     state_.layoutRevision.set(*state_.layoutRevision + 1);
     claimRoomWhereNeeded(window.id);
     reapplyTileFrames();
@@ -82,7 +82,7 @@ void WorkspaceController::makeRoomFor(const ManagedWindow& window) {
 void WorkspaceController::claimRoomWhereNeeded(const std::string& first) {
     std::optional<std::set<std::string>> shown; // before the first claim
     for (const Screen& screen : std::vector<Screen>(*state_.screens)) {
-        if (*state_.focusMode && (*state_.focusMode)->displayID == displayID(screen)) continue;
+        if (focusMode_.ownsDisplay(displayID(screen))) continue;
         std::set<std::string> done; // once each, so that two windows cannot take turns
         while (const auto claim = nextClaimOn(screen, first, done)) {
             done.insert(claim->first.id);
@@ -171,7 +171,7 @@ void WorkspaceController::noteSizesSeen() {
         const bool isAtRest = window.frame && window.isVisible && window.isAnswering && !window.isMinimized &&
                               !window.isFullScreen && !windowService_->pendingFrame(window.id);
         if (!isAtRest) continue;
-        const auto disproof = sizes_.noteSeen(window, window.frame->size, minimumOfApplication(window));
+        const auto disproof = frames_.sizes().noteSeen(window, window.frame->size, minimumOfApplication(window));
         if (disproof.ofApplication) rememberMinimum(window, std::nullopt);
     }
     publishMinimums();
@@ -185,7 +185,7 @@ void WorkspaceController::retryMinimum(const std::string& windowID) {
     const Screen* screen = anchor ? screenOfTarget(*anchor) : nullptr;
     const auto frame = frameForWindow(windowID);
     if (!window || !screen || !frame || isLeftAlone(*window)) return;
-    if (!sizes_.isRetryDue(*window, minimumOfApplication(*window), services_.queue.uptime())) return;
+    if (!frames_.sizes().isRetryDue(*window, minimumOfApplication(*window), services_.queue.uptime())) return;
     const SolvedLayout plain = solveDefinition(layouts_.resolve(*screen, *state_.profile, catalogue()), {},
                                                screen->visibleFrame.size, state_.profile->tileInset);
     const auto slot = std::ranges::find(plain.slots, *slotIDOn(displayID(*screen), *anchor), &TileSlot::id);
@@ -198,14 +198,14 @@ void WorkspaceController::retryMinimum(const std::string& windowID) {
     if (needed.width > tile.width) asked.size.width = std::max(announced.width, tile.width);
     if (needed.height > tile.height) asked.size.height = std::max(announced.height, tile.height);
     if (nearlyEqual(asked, *frame, WindowSizes::kTolerancePoints)) return; // it has the room that it needs anyway
-    sizes_.beginRetry(windowID);
+    frames_.sizes().beginRetry(windowID);
     writeFrame(*window, asked, AccessibilityWindowService::BringToFront::no);
 }
 
 std::vector<std::string> WorkspaceController::forgetApplication(const std::string& name) {
     std::map<std::string, std::string> names; // by application key
     for (const auto& [key, minimum] : state_.profile->applicationMinimumSizes) names.emplace(key, key);
-    for (const auto& [layoutID, layout] : learning_->layouts) {
+    for (const auto& [layoutID, layout] : arranger_.learning()->layouts) {
         for (const auto& [key, learnt] : layout.applications) names.emplace(key, key);
     }
     for (const auto& window : liveWindows_) {
@@ -228,24 +228,23 @@ std::vector<std::string> WorkspaceController::forgetApplication(const std::strin
     }
     std::vector<std::string> forgotten;
     WorkspaceProfile profile = *state_.profile;
-    AutoArrangeLearningModel learning = *learning_;
+    AutoArrangeLearningModel learning = *arranger_.learning();
     for (const auto& [key, shownName] : names) {
         profile.applicationMinimumSizes.erase(key);
         learning.forget(key);
         undo_.forgetApplication(key);
-        for (auto& entry : historyBeforeFocusMode_) entry.snapshot.forgetApplication(key);
-        if (focusZoomSnapshot_) focusZoomSnapshot_->forgetApplication(key);
+        focusMode_.forgetApplication(key);
         for (const auto& window : liveWindows_) {
             if (applicationKey(window.applicationName, window.bundleIdentifier) != key) continue;
-            sizes_.forget(window.id);
-            refusals_.erase(window.id);
+            frames_.sizes().forget(window.id);
+            frames_.forgetRefusal(window.id);
         }
         forgotten.push_back(shownName);
     }
     setProfile(std::move(profile));
-    setLearning(std::make_shared<const AutoArrangeLearningModel>(std::move(learning)));
+    arranger_.setLearning(std::make_shared<const AutoArrangeLearningModel>(std::move(learning)));
     publishMinimums();
-    reflow_.forgetAllPushes();
+    frames_.reflow().forgetAllPushes();
     state_.layoutRevision.set(*state_.layoutRevision + 1);
     if (mayMoveWindows()) refresh(); // the poll gives back spans and puts everything into its tile
     return forgotten;
@@ -254,20 +253,16 @@ std::vector<std::string> WorkspaceController::forgetApplication(const std::strin
 /// A window that needs less than when it claimed its span keeps only as many tiles as it now needs. Not in focus mode,
 /// whose end restores the tiles as they were.
 void WorkspaceController::giveBackSpans() {
-    if (*state_.focusMode) return;
+    if (focusMode_.isOn()) return;
     const auto& anchors = assignments_.anchorTargetIDsByWindowID;
-    std::erase_if(minimumsOfSpanning_, [&](const auto& entry) { return !anchors.contains(entry.first); });
-    std::vector<ManagedWindow> modest;
-    for (const auto& [windowID, anchor] : anchors) {
-        const ManagedWindow* window = findLive(windowID);
-        if (!window) continue;
-        const CGSize now = minimumSizeOf(*window);
-        const CGSize then = std::exchange(minimumsOfSpanning_.try_emplace(windowID, now).first->second, now);
-        const bool needsLess = now.width < then.width || now.height < then.height;
-        if (needsLess && reflow_.mayGiveBackSpan(windowID)) modest.push_back(*window);
-    }
+    const auto minimumOf = [this](const std::string& id) -> std::optional<CGSize> {
+        const ManagedWindow* window = findLive(id);
+        return window ? std::optional(minimumSizeOf(*window)) : std::nullopt;
+    };
+    const auto modest = frames_.takeShrunken(anchors, minimumOf);
     const TileAssignments assignmentsBefore = assignments_;
-    for (const ManagedWindow& window : modest) {
+    for (const std::string& id : modest) {
+        const ManagedWindow window = *findLive(id);
         const auto covering = coveringFor(window, *assignments_.targetOf(window.id));
         const auto own = assignments_.targetsOf(window.id);
         if (!covering || covering->targets.size() >= own.size()) continue;
@@ -277,7 +272,7 @@ void WorkspaceController::giveBackSpans() {
             return std::find(own.begin(), own.end(), target) != own.end();
         });
         if (!isPart) continue; // it would push others out of theirs
-        reflow_.noteSpanGivenBack(window.id);
+        frames_.reflow().noteSpanGivenBack(window.id);
         (void)assignments_.assign(window.id, kept);
     }
     if (modest.empty()) return;

@@ -16,16 +16,11 @@ bool samePresentation(const std::vector<ManagedWindow>& a, const std::vector<Man
                       [](const ManagedWindow& x, const ManagedWindow& y) { return kova::samePresentation(x, y); });
 }
 
-bool sameTitles(const std::vector<ManagedWindow>& a, const std::vector<ManagedWindow>& b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](const ManagedWindow& x, const ManagedWindow& y) { return x.title == y.title; });
-}
-
 } // namespace
 
 void WorkspaceController::applyPoll(PollResult result) {
     if (applyLockedSession(result.isSessionLocked)) return;
-    dropExpiredApplicationPlacements();
+    awaited_.dropExpired(services_.queue.uptime());
     const bool isRecovering = recovery_.isActive(services_.queue.uptime());
     const bool isGranted = result.permissionState == AccessibilityPermissionState::granted;
     if (isRecovering && !isGranted) return;
@@ -41,45 +36,37 @@ void WorkspaceController::applyPoll(PollResult result) {
 
 void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begun, bool isRecovering,
                                            bool justGranted) {
-    const auto formerSpace = std::exchange(shownSpace_, found.shownSpace);
+    const auto shownSpace = found.shownSpace;
+    const auto formerSpace = liveWindows_.noteShownSpace(shownSpace);
     std::vector<WindowSuccessor> tabs;
     if (!isRecovering) {
         // A change that was told while the poll listed windows counts as well.
-        const bool isSame = formerSpace == shownSpace_ && services_.accessibility.shownSpace() == shownSpace_;
-        tabs = takeTabSuccessors(found, liveWindows_, isSame ? ShownSpace::same : ShownSpace::another);
+        const bool isSame = formerSpace == shownSpace && services_.accessibility.shownSpace() == shownSpace;
+        tabs = takeTabSuccessors(found, liveWindows_.all(), isSame ? ShownSpace::same : ShownSpace::another);
     }
-    const auto dialogsBefore = dialogs_.all();
-    auto windows = dialogs_.takeFrom(withUnlisted(std::move(found), liveWindows_));
-    presentationRequests_.overrule(windows, begun);
-    const bool hasOtherTitles = !sameTitles(liveWindows_, windows) || !sameTitles(dialogsBefore, dialogs_.all());
-    setLiveWindows(std::move(windows));
+    const bool hasOtherTitles = liveWindows_.take(withUnlisted(std::move(found), liveWindows_.all()), begun);
     adoptSuccessors(tabs);
-    if (isRecovering) adoptSuccessors(recovery_.takeSuccessors(liveWindows_, assignments_));
+    if (isRecovering) adoptSuccessors(recovery_.takeSuccessors(liveWindows_.all(), assignments_));
     for (const auto& window : liveWindows_) { // what is not shown is not written to
         const auto pending = window.isElsewhere ? windowService_->pendingFrame(window.id) : std::nullopt;
         if (!pending) continue;
-        spaces_.owe(window.id, *pending);
+        tileMemory_.spaces().owe(window.id, *pending);
         windowService_->cancelPlacement(window.id);
     }
-    expectedApplications_.forgetThoseWithWindows(liveWindows_);
-    minimizedWindows_.follow(liveWindows_, services_.queue.uptime());
+    awaited_.expected().forgetThoseWithWindows(liveWindows_.all());
+    liveWindows_.minimized().follow(liveWindows_.all(), services_.queue.uptime());
     const bool tookUpSession = takeUpSession();
     if (hasOtherTitles) state_.titleRevision.set(*state_.titleRevision + 1);
-    if (!isRecovering && *state_.focusMode && !findLive((*state_.focusMode)->windowID)) {
+    if (!isRecovering && focusMode_.isOn() && !findLive(focusMode_.mode()->windowID)) {
         closeFocusMode();
         showStatusMessage("Focus Mode closed because its window is no longer available");
     }
-    const auto isGone = [&](const auto& entry) { return !findLive(entry.first); };
-    sizes_.keepOnly([this](const std::string& windowID) { return findLive(windowID) != nullptr; });
+    frames_.onPoll([this](const std::string& id) { return findLive(id) != nullptr; },
+                   [this](const std::string& id) { return windowService_->pendingFrame(id).has_value(); });
     publishMinimums();
-    std::erase_if(refusals_, isGone);
-    for (auto& [windowID, refusal] : refusals_) {
-        if (!windowService_->pendingFrame(windowID)) refusal.isUnseen = false;
-    }
-    reflow_.keepOnly([this](const std::string& windowID) { return findLive(windowID) != nullptr; });
-    if (!suspension_.isSuspended()) presentPoll(isRecovering);
+    if (!pointer_.isPausingPolls()) presentPoll(isRecovering);
     if (tookUpSession) {
-        didAutoArrange_ = true; // everything is where it was
+        arranger_.skipStartUpTurn(); // everything is where it was
     } else {
         scheduleAutomaticArrangement(justGranted);
     }
@@ -93,7 +80,7 @@ void WorkspaceController::presentPoll(bool isRecovering) {
     followShownSpace();
     putAwayAgain();
     if (isRecovering) {
-        if (!regainedFronts_.empty() || !regainedWaiting_.empty()) settleOnDisplays();
+        if (displays_.hasRegained()) settleOnDisplays();
         recoverAssignedWindows();
     }
     noteSizesSeen();
@@ -104,23 +91,23 @@ void WorkspaceController::presentPoll(bool isRecovering) {
     giveOwedFrames();
     processPendingApplicationPlacements();
     processPendingScenePlacements();
-    if (!isRecovering && *state_.continuousManagementEnabled) applyRules(liveWindows_);
+    if (!isRecovering && *state_.continuousManagementEnabled) applyRules(liveWindows_.all());
     services_.accessibility.flush();
 }
 
 void WorkspaceController::publishWindows() {
-    if (!samePresentation(*state_.windows, liveWindows_)) state_.windows.set(liveWindows_);
+    if (!samePresentation(*state_.windows, liveWindows_.all())) state_.windows.set(liveWindows_.all());
 }
 
 /// Windows of the Space that is shown now are where they were when it was last shown.
 void WorkspaceController::followShownSpace() {
-    if (!spaces_.restore(liveWindows_, shownSpace_, assignments_)) return;
+    if (!tileMemory_.spaces().restore(liveWindows_.all(), liveWindows_.shownSpace(), assignments_)) return;
     migrateChangedDisplays(); // a display may have another layout since
 }
 
 /// A window in a tile has been put there already.
 void WorkspaceController::giveOwedFrames() {
-    for (const auto& [windowID, frame] : spaces_.takeDueFrames(liveWindows_)) {
+    for (const auto& [windowID, frame] : tileMemory_.spaces().takeDueFrames(liveWindows_.all())) {
         const ManagedWindow* window = findLive(windowID);
         if (assignments_.isAssigned(windowID) || isLeftAlone(*window)) continue;
         writeFrame(ManagedWindow(*window), frame, AccessibilityWindowService::BringToFront::no);
@@ -132,50 +119,44 @@ void WorkspaceController::keepAssignmentsValid() {
     for (const auto& window : liveWindows_) kept.insert(window.id);
     const TileAssignments before = assignments_;
     assignments_.keepOnly(kept);
-    absence_.keepOnly(kept);
-    outgrown_.keepOnly(kept);
-    spaces_.keepOnly(kept);
-    layoutHomes_.keepOnly(kept);
-    succession_.keepOnly(kept);
+    displays_.keepOnly(kept);
+    tileMemory_.keepOnly(kept);
     if (before != assignments_) bringNextForward(before);
     publishAssignments();
 }
 
 void WorkspaceController::applyDenied() {
-    setLiveWindows(dialogs_.takeFrom({}));
-    presentationRequests_.clear();
-    refusals_.clear();
+    liveWindows_.clear();
+    frames_.forgetRefusals();
     abandonDrags();
     state_.windows.set({});
     state_.focusedWindowID.set(std::nullopt);
     assignments_.assignedWindowIDs.clear();
     assignments_.anchorTargetIDsByWindowID.clear();
-    spaces_ = {};
+    tileMemory_.spaces() = {};
     publishAssignments();
 }
 
 void WorkspaceController::scheduleAutomaticArrangement(bool justGranted) {
-    const bool isDue = justGranted || !didAutoArrange_;
-    if (!isDue || state_.screens->empty()) return;
-    didAutoArrange_ = true; // also when it is off: switched on later, it is for the next start
+    if (state_.screens->empty()) return;
+    if (!arranger_.takeStartUpTurn(justGranted)) return; // taken also when it is off: that is for the next start
     if (!state_.profile->autoArrangeOnLaunch) return;
-    services_.queue.after(kAutomaticArrangementDelay, lifetime_.guard([this, generation = autoArrangeGeneration_] {
-        if (generation != autoArrangeGeneration_) return; // who arranged meanwhile, or undid that, has had their way
+    services_.queue.after(kAutomaticArrangementDelay, lifetime_.guard([this, generation = arranger_.newest()] {
+        if (!arranger_.isNewest(generation)) return; // the user has arranged meanwhile, or undone that
         if (mayMoveWindows()) {
             arrangeWindows();
         } else if (isAway()) {
-            didAutoArrange_ = false; // a lock may be heard of late: it is due when the user is back
+            arranger_.returnStartUpTurn(); // a lock may be noticed late: it is due when the user is back
         }
     }));
 }
 
 bool WorkspaceController::hasUnfinishedBusiness() const {
-    return recovery_.hasDeadline() || minimizedWindows_.isExpecting() || !awaitedOfSession_.empty() ||
-           !comingBack_.empty() || presentationRequests_.isWaiting() || recovery_.detectedLockedLoginSession ||
-           !pendingApplicationPlacements_.empty() || !restoration_.pending.empty() ||
-           std::any_of(refusals_.begin(), refusals_.end(), [](const auto& entry) {
-               return entry.second.isUnseen || entry.second.attempts < kPlacementAttempts;
-           });
+    const auto isWaiting = [](const auto& part) {
+        if constexpr (requires { part.isWaiting(); }) return part.isWaiting();
+        return false;
+    };
+    return std::apply([&](const auto&... part) { return (isWaiting(part) || ...); }, partsOf(*this));
 }
 
 } // namespace kova

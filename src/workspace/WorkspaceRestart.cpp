@@ -11,16 +11,9 @@ namespace kova {
 namespace {
 
 constexpr double kRestingTolerancePoints = 2;
-/// So long a window may take to come back to its place once its agent has ended: some window managers draw its way, and
-/// give it the keyboard at first.
-constexpr Seconds kPatienceWithReturn{3};
 
 bool isSamePlace(CGPoint a, CGPoint b) {
     return std::abs(a.x - b.x) <= kRestingTolerancePoints && std::abs(a.y - b.y) <= kRestingTolerancePoints;
-}
-
-std::string displayOfTarget(const std::string& targetID) {
-    return targetID.substr(0, targetID.find("::"));
 }
 
 std::set<std::string> displaysThatDiffer(const std::vector<Screen>& screens, const TileAssignments& before,
@@ -35,11 +28,9 @@ std::set<std::string> displaysThatDiffer(const std::vector<Screen>& screens, con
 
 } // namespace
 
-void WorkspaceController::keepSession() {
-    session_.emplace(services_.queue, services_.preferences, [this] { return describeSession(); });
-    sessionToTakeUp_ = session_->kept();
+void WorkspaceController::watchSession() {
     const auto watch = [this](const auto& published) {
-        sessionSubscriptions_.push_back(published.observe([this](const auto&) { session_->noteChange(); }));
+        subscriptions_.push_back(published.observe([this](const auto&) { session_.noteChange(); }));
     };
     watch(state_.assignedWindowIDs);
     watch(state_.stackWindowIDsByTarget);
@@ -50,80 +41,104 @@ void WorkspaceController::keepSession() {
 
 /// Absent while nothing is known of the windows, which is no reason to forget what was.
 std::optional<WorkspaceSession> WorkspaceController::describeSession() {
-    if (sessionToTakeUp_ || *state_.permissionState != AccessibilityPermissionState::granted) return std::nullopt;
+    if (session_.isUnread() || *state_.permissionState != AccessibilityPermissionState::granted) return std::nullopt;
     WorkspaceSession session;
     session.tiles = sessionTiles(assignments_);
-    for (const auto& [id, held] : absence_.homes()) session.awayDisplays[id] = sessionTiles(held);
-    for (const auto& [space, tiles] : spaces_.places()) session.otherSpaces.push_back({space, sessionTiles(tiles)});
-    std::map<pid_t, std::optional<std::string>> starts;
-    const auto minimums = sizes_.confirmed();
+    for (const auto& [id, held] : displays_.absentDisplays()) session.awayDisplays[id] = sessionTiles(held);
+    for (const auto& [space, tiles] : tileMemory_.spaces().places())
+        session.otherSpaces.push_back({space, sessionTiles(tiles)});
+    std::set<pid_t> recorded;
+    const auto minimums = frames_.sizes().confirmed();
     for (const auto& window : liveWindows_) {
-        const bool isHandled = handledRuleWindowIDs_.contains(window.id);
+        const bool isHandled = tileMemory_.isPlaced(window.id);
         if (isHandled) session.handledRuleWindowIDs.insert(window.id);
         const bool isFloating = state_.floatingWindowIDs->contains(window.id);
         if (isFloating) session.floatingWindowIDs.insert(window.id);
-        const bool isSurplus = minimizedWindows_.contains(window.id) && !assignments_.isInAnyTile(window.id);
-        const bool hasPlace = assignments_.isInAnyTile(window.id) || absence_.isHomeless(window.id) ||
-                              spaces_.holds(window.id);
+        const bool isSurplus = liveWindows_.minimized().contains(window.id) && !assignments_.isInAnyTile(window.id);
+        const bool hasPlace = assignments_.isInAnyTile(window.id) || displays_.isHomeless(window.id) ||
+                              tileMemory_.spaces().holds(window.id);
         if (!isHandled && !isFloating && !hasPlace && !isSurplus) continue;
-        const auto [start, isNew] = starts.try_emplace(window.processIdentifier);
-        if (isNew) {
-            // A process that has a window goes on; reading again what tells it from others would cost a file each.
-            const auto known = processStarts_.find(window.processIdentifier);
-            start->second = known != processStarts_.end()
-                                ? known->second
-                                : services_.applications.processStartIdentity(window.processIdentifier);
-        }
-        WorkspaceSessionWindow kept{
-            window.id,   window.processIdentifier, start->second, window.bundleIdentifier, window.title, window.frame,
-            std::nullopt};
+        recorded.insert(window.processIdentifier);
+        auto kept = sessionWindow(window, minimums);
         kept.isSurplus = isSurplus;
-        const auto comingBack = comingBack_.find(window.id);
-        if (comingBack != comingBack_.end()) kept.frame = comingBack->second;
-        kept.isPutAway = (!window.isVisible || comingBack != comingBack_.end()) &&
-                         !assignments_.isAssigned(window.id) && assignments_.isInAnyTile(window.id);
-        const auto minimum = minimums.find(window.id);
-        if (minimum != minimums.end()) kept.observedMinimumSize = minimum->second;
         session.windows.push_back(std::move(kept));
     }
-    processStarts_ = std::move(starts);
-    if (const auto& zoomed = *state_.focusMode; zoomed && focusZoomSnapshot_) {
-        session.zoom = WorkspaceSessionZoom{zoomed->displayID, zoomed->anchorTargetID, zoomed->windowID, std::nullopt};
-        const auto before = focusZoomSnapshot_->windowFrames.find(zoomed->windowID);
-        if (before != focusZoomSnapshot_->windowFrames.end()) session.zoom->frameBefore = before->second;
+    session_.keepProcesses(recorded);
+    if (const auto* before = focusMode_.snapshot()) {
+        const WorkspaceFocusMode& zoomed = *focusMode_.mode();
+        session.zoom = WorkspaceSessionZoom{zoomed.displayID, zoomed.anchorTargetID, zoomed.windowID, std::nullopt};
+        const auto frame = before->windowFrames.find(zoomed.windowID);
+        if (frame != before->windowFrames.end()) session.zoom->frameBefore = frame->second;
     }
     return session;
 }
 
+WorkspaceSessionWindow WorkspaceController::sessionWindow(const ManagedWindow& window,
+                                                          const std::map<std::string, CGSize>& minimums) {
+    WorkspaceSessionWindow kept{
+        .id = window.id,
+        .processIdentifier = window.processIdentifier,
+        .processStart = session_.processStart(
+            window.processIdentifier,
+            [this](pid_t process) { return services_.applications.processStartIdentity(process); }),
+        .bundleIdentifier = window.bundleIdentifier,
+        .title = window.title,
+        .frame = window.frame};
+    const bool isReturning = session_.isReturning(window.id);
+    if (isReturning) kept.frame = session_.formerFrame(window.id);
+    kept.isPutAway = (!window.isVisible || isReturning) && !assignments_.isAssigned(window.id) &&
+                     assignments_.isInAnyTile(window.id);
+    const auto minimum = minimums.find(window.id);
+    if (minimum != minimums.end()) kept.observedMinimumSize = minimum->second;
+    return kept;
+}
+
 /// With the first picture of the desktop. True when some window was known again.
 bool WorkspaceController::takeUpSession() {
-    if (std::exchange(hasFirstPicture_, true)) return false;
-    const WorkspaceSession session = std::exchange(sessionToTakeUp_, std::nullopt).value_or(WorkspaceSession{});
-    const auto resumed = resumedWindows(
-        session, liveWindows_, [this](pid_t process) { return services_.applications.processStartIdentity(process); });
+    const auto session = session_.takeKept();
+    if (!session) return false;
+    const auto resumed = resumedWindows(*session, liveWindows_.all(), [this](pid_t process) {
+        return services_.applications.processStartIdentity(process);
+    });
     const bool knowsAny = !resumed.idNow.empty();
     services_.applications.settleHiddenWindows(knowsAny ? LeftWindows::stayHidden : LeftWindows::comeBack);
     if (resumed.idNow.empty() && resumed.awaited.empty()) return false;
 
+    takeUpTiles(*session, resumed);
+    auto returned = takeUpDisplays(*session);
+    const TileAssignments known = assignments_;
+    migrateChangedDisplays();
+    const auto changed = displaysThatDiffer(*state_.screens, known, assignments_);
+    returned.insert(changed.begin(), changed.end());
+    acceptPlacesOfWindows(returned);
+    presentRegained();
+    expectReturns(*session, resumed);
+    putAwayAgain();
+    if (session->zoom && !changed.contains(session->zoom->displayID)) takeUpZoom(*session->zoom, resumed);
+    return knowsAny;
+}
+
+/// Which window is in which tile, here, on displays that were away and on other virtual desktops; and what else was
+/// known of the windows.
+void WorkspaceController::takeUpTiles(const WorkspaceSession& session, const ResumedWindows& resumed) {
     assignments_ = resumedTiles(session.tiles, resumed);
     std::map<std::string, TileAssignments> homes;
     for (const auto& [id, tiles] : session.awayDisplays) {
         auto held = resumedTiles(tiles, resumed);
         if (held != TileAssignments{}) homes[id] = std::move(held);
     }
-    absence_.restore(std::move(homes));
+    displays_.restoreAbsentDisplays(std::move(homes));
     std::vector<SpaceMemory::Places> places;
     for (const auto& [space, tiles] : session.otherSpaces) {
         auto held = resumedTiles(tiles, resumed);
         if (held != TileAssignments{}) places.push_back({space, std::move(held)});
     }
-    spaces_.setPlaces(std::move(places));
-    awaitedOfSession_ = resumed.awaited;
-    awaitedOfSessionUntil_ = services_.queue.uptime() + kResumptionPatience;
+    tileMemory_.spaces().setPlaces(std::move(places));
+    session_.await(resumed.awaited, services_.queue.uptime());
     for (const auto& window : session.windows) {
         const auto now = resumed.idNow.find(window.id);
         if (now == resumed.idNow.end()) continue;
-        if (window.observedMinimumSize) sizes_.restore(now->second, *window.observedMinimumSize);
+        if (window.observedMinimumSize) frames_.sizes().restore(now->second, *window.observedMinimumSize);
         if (session.handledRuleWindowIDs.contains(window.id) || assignments_.isInAnyTile(now->second)) {
             noteHasItsPlace(now->second);
         }
@@ -134,41 +149,36 @@ bool WorkspaceController::takeUpSession() {
         if (const auto now = resumed.idNow.find(id); now != resumed.idNow.end()) floating.insert(now->second);
     }
     state_.floatingWindowIDs.set(std::move(floating));
-    // Displays that are there now and were away then, and the other way round.
+}
+
+/// Displays that are there now and were away then, and the other way round. Gives those that have come back.
+std::set<std::string> WorkspaceController::takeUpDisplays(const WorkspaceSession& session) {
     std::set<std::string> returned;
     for (const auto& screen : *state_.screens) {
         const std::string id = displayID(screen);
-        if (!absence_.holds(id)) continue;
+        if (!displays_.holdsDisplay(id)) continue;
         returned.insert(id);
-        takeBack(absence_, id);
+        displays_.takeBackDisplay(id, assignments_);
     }
     for (const auto& id : takeUpResizedDisplays()) returned.insert(id);
     for (const auto& [target, windowID] : session.tiles.assignedWindowIDs) {
-        const std::string id = displayOfTarget(target);
-        if (screenOf(id) || absence_.holds(id)) continue;
-        absence_.leave(id, id, assignments_);
-        awaitStableDisplays();
+        const std::string id = displayIDOf(target);
+        if (screenOf(id) || displays_.holdsDisplay(id)) continue;
+        displays_.leaveDisplay(id, assignments_);
+        displays_.beginSettling();
     }
-    const TileAssignments known = assignments_;
-    migrateChangedDisplays();
-    const auto changed = displaysThatDiffer(*state_.screens, known, assignments_);
-    returned.insert(changed.begin(), changed.end());
-    acceptPlacesOfWindows(returned);
-    presentRegained();
+    return returned;
+}
+
+/// Windows that waited or were minimized for want of a tile, and that the last agent brought back as it ended.
+void WorkspaceController::expectReturns(const WorkspaceSession& session, const ResumedWindows& resumed) {
+    const Seconds deadline = session_.beginReturns(services_.queue.uptime());
     for (const auto& former : session.windows) {
         const auto now = resumed.idNow.find(former.id);
-        if (former.isPutAway && now != resumed.idNow.end()) comingBack_[now->second] = former.frame;
+        if (now == resumed.idNow.end()) continue;
+        if (former.isPutAway) session_.expectReturn(now->second, former.frame);
+        if (former.isSurplus) liveWindows_.minimized().expectBack(now->second, former.frame, deadline);
     }
-    comingBackUntil_ = services_.queue.uptime() + kPatienceWithReturn;
-    for (const auto& former : session.windows) {
-        const auto now = resumed.idNow.find(former.id);
-        if (former.isSurplus && now != resumed.idNow.end()) {
-            minimizedWindows_.expectBack(now->second, former.frame, comingBackUntil_);
-        }
-    }
-    putAwayAgain();
-    if (session.zoom && !changed.contains(session.zoom->displayID)) takeUpZoom(*session.zoom, resumed);
-    return knowsAny;
 }
 
 /// Displays that have another size, and hence another name, than they had for the agent before this one; by their names
@@ -176,8 +186,8 @@ bool WorkspaceController::takeUpSession() {
 std::set<std::string> WorkspaceController::takeUpResizedDisplays() {
     std::set<std::string> gone, come;
     for (const auto& [target, window] : assignments_.assignedWindowIDs) {
-        const std::string id = displayOfTarget(target);
-        if (!screenOf(id) && !absence_.holds(id)) gone.insert(id);
+        const std::string id = displayIDOf(target);
+        if (!screenOf(id) && !displays_.holdsDisplay(id)) gone.insert(id);
     }
     for (const auto& screen : *state_.screens) {
         const std::string id = displayID(screen);
@@ -196,10 +206,10 @@ std::set<std::string> WorkspaceController::takeUpResizedDisplays() {
 void WorkspaceController::acceptPlacesOfWindows(const std::set<std::string>& returnedDisplayIDs) {
     for (const auto& [windowID, target] : framesOfTiledWindows()) {
         const auto tile = assignments_.targetOf(windowID);
-        if (tile && returnedDisplayIDs.contains(displayOfTarget(*tile))) continue;
+        if (tile && returnedDisplayIDs.contains(displayIDOf(*tile))) continue;
         const ManagedWindow* window = findLive(windowID);
         if (window && window->frame && *window->frame != target) {
-            refusals_[windowID] = {target, *window->frame, kPlacementAttempts, false, true};
+            frames_.accept(windowID, target, *window->frame);
         }
     }
 }
@@ -208,35 +218,22 @@ void WorkspaceController::acceptPlacesOfWindows(const std::set<std::string>& ret
 /// meanwhile: who works in it or has moved it, or has closed what it waited behind. One that is on its way back looks
 /// the same at first, which is why a look decides only in favour of going.
 void WorkspaceController::putAwayAgain() {
-    if (minimizedWindows_.isExpecting()) {
+    if (liveWindows_.minimized().isExpecting()) {
         const ManagedWindow* focused = focusedWindow();
         const auto inUse = focused ? std::optional(focused->id) : std::nullopt;
-        for (const auto& id : minimizedWindows_.takeReturned(liveWindows_, inUse, services_.queue.uptime())) {
+        for (const auto& id :
+             liveWindows_.minimized().takeReturned(liveWindows_.all(), inUse, services_.queue.uptime())) {
             if (!assignments_.isInAnyTile(id)) minimizeWindow(ManagedWindow(*findLive(id)));
         }
     }
-    if (comingBack_.empty()) return;
-    const bool isLastLook = services_.queue.uptime() >= comingBackUntil_;
-    std::erase_if(comingBack_, [this](const auto& entry) {
-        return !findLive(entry.first) || assignments_.isAssigned(entry.first) ||
-               !assignments_.stackTargetOf(entry.first);
-    });
-    std::set<std::string> leaving;
-    std::set<pid_t> undecided; // an application goes as a whole
-    for (const auto& [id, former] : comingBack_) {
-        const ManagedWindow& window = *findLive(id);
-        if (hasComeBackToWait(window, former)) {
-            leaving.insert(id);
-        } else if (window.isVisible && !isLastLook) {
-            undecided.insert(window.processIdentifier);
-        }
-    }
-    std::erase_if(leaving, [&](const auto& id) { return undecided.contains(findLive(id)->processIdentifier); });
-    if (isLastLook) {
-        comingBack_.clear();
-    } else {
-        for (const auto& id : leaving) comingBack_.erase(id);
-    }
+    if (!session_.hasReturns()) return;
+    const auto isWaiting = [this](const std::string& id) {
+        return !assignments_.isAssigned(id) && assignments_.stackTargetOf(id);
+    };
+    const auto hasReturned = [this](const ManagedWindow& window, const std::optional<CGRect>& former) {
+        return hasComeBackToWait(window, former);
+    };
+    const auto leaving = session_.takeReturned(liveWindows_.all(), isWaiting, hasReturned, services_.queue.uptime());
     // An application that has something else to show is not hidden.
     std::set<pid_t> staying;
     for (const auto& window : liveWindows_) {
@@ -255,7 +252,8 @@ void WorkspaceController::putAwayAgain() {
 }
 
 /// Whether the window stands where it waits, or did, behind somebody who can be seen.
-bool WorkspaceController::hasComeBackToWait(const ManagedWindow& window, const std::optional<CGRect>& formerFrame) {
+bool WorkspaceController::hasComeBackToWait(const ManagedWindow& window,
+                                            const std::optional<CGRect>& formerFrame) const {
     const auto tile = assignments_.stackTargetOf(window.id);
     if (!window.isVisible || &window == focusedWindow() || !tile || !screenOfTarget(*tile)) return false;
     const auto front = assignments_.assignedWindowIDs.find(*tile);
@@ -271,21 +269,18 @@ bool WorkspaceController::hasComeBackToWait(const ManagedWindow& window, const s
 void WorkspaceController::takeUpZoom(const WorkspaceSessionZoom& zoom, const ResumedWindows& resumed) {
     const auto now = resumed.idNow.find(zoom.windowID);
     if (now == resumed.idNow.end() || !screenOf(zoom.displayID)) return;
-    focusZoomSnapshot_ = captureUndoSnapshot();
-    historyBeforeFocusMode_ = undo_.entries();
+    WorkspaceUndoSnapshot snapshot = captureUndoSnapshot();
     const auto before = zoom.frameBefore ? zoom.frameBefore : frameForWindow(now->second);
-    if (before) focusZoomSnapshot_->windowFrames[now->second] = *before;
-    state_.focusMode.set(WorkspaceFocusMode{zoom.displayID, zoom.anchorTargetID, now->second});
+    if (before) snapshot.windowFrames[now->second] = *before;
+    focusMode_.enter({zoom.displayID, zoom.anchorTargetID, now->second}, {std::move(snapshot), undo_.entries()});
 }
 
 /// Windows that are not seen but may yet be.
 std::set<std::string> WorkspaceController::sparedWindowIDs() {
     std::set<std::string> spared;
     if (recovery_.hasDeadline()) spared = recovery_.awaitedWindowIDs();
-    if (awaitedOfSession_.empty()) return spared;
-    std::erase_if(awaitedOfSession_, [this](const auto& id) { return findLive(id) != nullptr; });
-    if (services_.queue.uptime() >= awaitedOfSessionUntil_) awaitedOfSession_.clear();
-    spared.insert(awaitedOfSession_.begin(), awaitedOfSession_.end());
+    const auto& awaited = session_.awaited(liveWindows_.all(), services_.queue.uptime());
+    spared.insert(awaited.begin(), awaited.end());
     return spared;
 }
 

@@ -18,23 +18,23 @@ void WorkspaceController::setContinuousManagementEnabled(bool enabled) {
 
 void WorkspaceController::applyRules(const std::vector<ManagedWindow>& windows) {
     if (*state_.permissionState != AccessibilityPermissionState::granted) return;
-    if (*state_.focusMode) return; // what it restores later would take the tiles away again
+    if (focusMode_.isOn()) return; // what it restores later would take the tiles away again
     // All windows are asked before any is placed: placing one hides another, whose own rule may name a tile as well.
     std::vector<std::pair<std::string, std::size_t>> decisions; // window id and index of the rule
     for (const auto& window : windows) {
-        if (handledRuleWindowIDs_.contains(window.id)) continue;
+        if (tileMemory_.isPlaced(window.id)) continue;
         const bool isShown = window.isVisible && !window.isMinimized && !window.isFullScreen;
         if (assignments_.isInAnyTile(window.id) && !isShown) { // it has its place
-            handledRuleWindowIDs_.insert(window.id);
+            tileMemory_.notePlaced(window.id);
             continue;
         }
         // Its time comes when it shows itself, and when it can be told from others.
         if (!isShown || awaitsTitle(*state_.rules, window)) continue;
-        handledRuleWindowIDs_.insert(window.id);
+        tileMemory_.notePlaced(window.id);
         if (const auto deciding = decidingRule(*state_.rules, window)) decisions.emplace_back(window.id, *deciding);
     }
     carryOutRules(decisions);
-    std::erase_if(handledRuleWindowIDs_, [this](const std::string& id) { return !findLive(id); });
+    tileMemory_.keepPlaced([this](const std::string& id) { return findLive(id) != nullptr; });
 }
 
 /// Windows that move leave their tiles first, so that two of them can change places.
@@ -85,7 +85,7 @@ std::optional<RuleTile> WorkspaceController::tileOfRule(const ManagedWindow& win
 
 /// A window that was put into a tile by itself is not moved on by a rule for its application.
 void WorkspaceController::noteHasItsPlace(const std::string& windowID) {
-    if (*state_.continuousManagementEnabled) handledRuleWindowIDs_.insert(windowID);
+    if (*state_.continuousManagementEnabled) tileMemory_.notePlaced(windowID);
 }
 
 bool WorkspaceController::isExcludedByRules(const ManagedWindow& window) const {
@@ -171,7 +171,7 @@ std::optional<RuleExplanation> WorkspaceController::explainRules(const std::stri
     std::vector<std::string> remarks;
     if (!*state_.continuousManagementEnabled) {
         remarks.push_back("rules run only when continuous management is enabled");
-    } else if (handledRuleWindowIDs_.contains(windowID)) {
+    } else if (tileMemory_.isPlaced(windowID)) {
         remarks.push_back("the window was seen already and is not moved again");
     }
     return kova::explainRules(*state_.rules, *window, remarks);

@@ -15,14 +15,14 @@ namespace kova {
 
 std::optional<ManagedWindow> WorkspaceController::findWindow(const WorkspaceWindowReference& reference,
                                                              const std::set<std::string>& excluded) const {
-    const ManagedWindow* window = WindowMatcher(liveWindows_, excluded).take(reference);
+    const ManagedWindow* window = WindowMatcher(liveWindows_.all(), excluded).take(reference);
     if (!window) return std::nullopt;
     return *window;
 }
 
 /// A scene is about the Space that is shown.
 std::vector<ManagedWindow> WorkspaceController::windowsHere() const {
-    std::vector<ManagedWindow> here = liveWindows_;
+    std::vector<ManagedWindow> here = liveWindows_.all();
     std::erase_if(here, [](const ManagedWindow& window) { return window.isElsewhere; });
     return here;
 }
@@ -39,15 +39,14 @@ bool WorkspaceController::activateScene(const Uuid& id) {
     }
     pushUndoSnapshot({std::string(kOpenSceneAction), std::move(applications)});
     publishSceneReport(SceneReport::State::abandoned);
-    restoration_ = {};
-    sessionToTakeUp_.reset(); // what it would put into tiles with the first poll would displace the scene's windows
-    didAutoArrange_ = true;
+    awaited_.scene() = {};
+    session_.dropKept(); // what it would put into tiles with the first poll would displace the scene's windows
+    arranger_.skipStartUpTurn();
     applyLook(scene);
-    spaces_.store(liveWindows_, assignments_);
+    tileMemory_.spaces().store(liveWindows_.all(), assignments_);
     assignments_ = {};
-    absence_.forgetAll();
-    outgrown_.forgetAll();
-    layoutHomes_.forgetAll();
+    displays_.forgetAllWindows();
+    tileMemory_.homes().forgetAll();
     recovery_.clear(); // nothing that was in a tile before is awaited there any more
     const std::size_t pendingCount = placeWindowsOf(scene);
     state_.activeSceneID.set(scene.id);
@@ -79,8 +78,8 @@ void WorkspaceController::applyLook(const WorkspaceScene& scene) {
     setProfile(std::move(profile));
     state_.accentColorID.set(normalizedAccentColorID(scene.accentColorID));
     services_.preferences.setValue(preferenceKey::accentColor, *state_.accentColorID);
-    reflow_.forgetAllPushes();
-    ++autoArrangeGeneration_; // what an arrangement still had to do was meant for the tiles as they were
+    frames_.reflow().forgetAllPushes();
+    (void)arranger_.supersede(); // what an arrangement still had to do was meant for the tiles as they were
     layouts_.invalidateAll();
     state_.layoutRevision.set(*state_.layoutRevision + 1);
 }
@@ -99,16 +98,16 @@ std::size_t WorkspaceController::placeWindowsOf(const WorkspaceScene& scene) {
         const Screen& screen = screens[isConnected ? static_cast<std::size_t>(placement.displayOrdinal) : 0];
         const auto targets = targetsFor(screen, placement.slotID, placement.claimedSlotIDs);
         if (targets.empty()) {
-            restoration_.report.withoutTile.push_back(nameOf(placement.window));
+            awaited_.scene().report.withoutTile.push_back(nameOf(placement.window));
             continue;
         }
         if (const ManagedWindow* window = matcher.take(placement.window)) {
-            restoration_.report.adopted.push_back(nameOf(*window));
+            awaited_.scene().report.adopted.push_back(nameOf(*window));
             restored.push_back(
                 {window->id, targets, placement.stackIndex, frontsItsTile(placement.stackIndex, placement.isActive)});
             continue;
         }
-        restoration_.pending.push_back(
+        awaited_.scene().pending.push_back(
             {.window = placement.window,
              .displayID = displayID(screen),
              .slotID = placement.slotID,
@@ -120,8 +119,8 @@ std::size_t WorkspaceController::placeWindowsOf(const WorkspaceScene& scene) {
     }
     carryOutRestored(restored);
     launchForScene(toLaunch);
-    if (!restoration_.pending.empty()) refreshCycle_.wake(); // until they come or have waited long enough
-    return restoration_.pending.size();
+    if (!awaited_.scene().pending.empty()) refreshCycle_.wake(); // until they come or have waited long enough
+    return awaited_.scene().pending.size();
 }
 
 /// The tiles of a placement, the anchor first; empty when the display's layout has no such slot.
@@ -152,11 +151,11 @@ void WorkspaceController::launchForScene(const std::vector<std::string>& bundleI
     };
     for (const auto& bundleID : bundleIDs) {
         // Its window is expected to appear by itself.
-        if (running.contains(bundleID) || expectedApplications_.isExpected(bundleID, now, hasFailed)) continue;
+        if (running.contains(bundleID) || awaited_.expected().isExpected(bundleID, now, hasFailed)) continue;
         const auto application = services_.applications.launchableApplication(bundleID);
-        if (!application || !restoration_.launchedBundleIDs.insert(bundleID).second) continue;
-        restoration_.report.launched.push_back(application->name);
-        expectedApplications_.expect(bundleID, now);
+        if (!application || !awaited_.scene().launchedBundleIDs.insert(bundleID).second) continue;
+        awaited_.scene().report.launched.push_back(application->name);
+        awaited_.expected().expect(bundleID, now);
         services_.applications.launch(*application, LaunchActivation::inBackground,
                                       lifetime_.guard([this, application = *application](const LaunchResult& result) {
                                           launchedForScene(application, result);
@@ -174,8 +173,8 @@ void WorkspaceController::launchedForScene(const LaunchableApplication& applicat
 void WorkspaceController::carryOutRestored(const std::vector<RestoredPlacement>& placements) {
     std::set<std::string> frontsBefore;
     for (const auto& [target, windowID] : assignments_.assignedWindowIDs) frontsBefore.insert(windowID);
-    for (const auto& placement : placements) restoration_.stackIndexByID[placement.windowID] = placement.stackIndex;
-    assignments_ = withRestored(std::move(assignments_), placements, restoration_.stackIndexByID);
+    for (const auto& placement : placements) awaited_.scene().stackIndexByID[placement.windowID] = placement.stackIndex;
+    assignments_ = withRestored(std::move(assignments_), placements, awaited_.scene().stackIndexByID);
     std::set<std::string> fronts;
     for (const auto& [target, windowID] : assignments_.assignedWindowIDs) fronts.insert(windowID);
 
@@ -211,22 +210,22 @@ void WorkspaceController::raiseRestored(const std::vector<std::string>& windowID
         const ManagedWindow* window = findLive(id);
         if (window && !window->isFullScreen) fronts.push_back(window);
     }
-    std::vector<std::string> focusOrder = focusOrder_.windowIDs();
+    std::vector<std::string> focusOrder = liveWindows_.focusOrder().windowIDs();
     if (const ManagedWindow* focused = focusedWindow()) focusOrder.insert(focusOrder.begin(), focused->id);
     const auto raised = windowsToRaise(fronts, services_.accessibility.onScreenWindows(), focusOrder);
     for (const auto* window : raised) windowService_->raise(*window);
 }
 
 void WorkspaceController::processPendingScenePlacements() {
-    if (restoration_.pending.empty()) return;
-    std::set<std::string> used = restoration_.movedByUser;
+    if (awaited_.scene().pending.empty()) return;
+    std::set<std::string> used = awaited_.scene().movedByUser;
     for (const auto& [target, windowID] : assignments_.assignedWindowIDs) used.insert(windowID);
     for (const auto& [target, stack] : assignments_.stackWindowIDsByTarget) used.insert(stack.begin(), stack.end());
     const auto here = windowsHere();
     WindowMatcher matcher(here, used);
 
-    auto pending = std::move(restoration_.pending);
-    restoration_.pending.clear();
+    auto pending = std::move(awaited_.scene().pending);
+    awaited_.scene().pending.clear();
     std::stable_sort(pending.begin(), pending.end(),
                      [](const auto& a, const auto& b) { return a.stackIndex < b.stackIndex; });
     std::size_t unavailable = 0;
@@ -234,7 +233,7 @@ void WorkspaceController::processPendingScenePlacements() {
     for (auto& placement : pending) {
         if (placement.expiresAt <= services_.queue.uptime()) {
             ++unavailable;
-            restoration_.report.missing.push_back(nameOf(placement.window));
+            awaited_.scene().report.missing.push_back(nameOf(placement.window));
             continue;
         }
         const Screen* screen = screenOf(placement.displayID);
@@ -242,32 +241,32 @@ void WorkspaceController::processPendingScenePlacements() {
             screen ? targetsFor(*screen, placement.slotID, placement.claimedSlotIDs) : std::vector<std::string>{};
         const ManagedWindow* window = targets.empty() ? nullptr : matcher.take(placement.window);
         if (window) {
-            restoration_.report.placed.push_back(nameOf(*window));
+            awaited_.scene().report.placed.push_back(nameOf(*window));
             restored.push_back(
                 {window->id, targets, placement.stackIndex, frontsItsTile(placement.stackIndex, placement.isActive)});
         } else {
-            restoration_.pending.push_back(std::move(placement));
+            awaited_.scene().pending.push_back(std::move(placement));
         }
     }
     if (!restored.empty()) {
         closeFocusMode(); // what it restores later would take the tiles away again
         carryOutRestored(restored);
     }
-    if (restoration_.pending.empty()) return endRestoration(unavailable);
+    if (awaited_.scene().pending.empty()) return endRestoration(unavailable);
     publishSceneReport(SceneReport::State::waiting);
 }
 
 /// An opening that has ended keeps the state in which it ended.
 void WorkspaceController::publishSceneReport(SceneReport::State state) {
-    SceneReport& report = restoration_.report;
-    if (state == SceneReport::State::abandoned && restoration_.pending.empty()) return;
+    SceneReport& report = awaited_.scene().report;
+    if (state == SceneReport::State::abandoned && awaited_.scene().pending.empty()) return;
     report.state = state;
     state_.sceneReport.set(report);
 }
 
 void WorkspaceController::endRestoration(std::size_t unavailable) {
     publishSceneReport(SceneReport::State::finished);
-    restoration_ = {};
+    awaited_.scene() = {};
     if (unavailable == 0) return showStatusMessage("Scene fully restored");
     showStatusMessage("Scene restored — " + std::to_string(unavailable) + " app window" +
                       (unavailable == 1 ? " was" : "s were") + " unavailable");

@@ -16,8 +16,8 @@ void WorkspaceController::setBringsNextForward(bool bringsForward) {
 /// Fills the tiles that have lost their front window since `before`. Not while a window is zoomed: the workspace behind
 /// it is restored when focus mode ends, and the next poll then finds the tile without its window.
 void WorkspaceController::bringNextForward(const TileAssignments& before) {
-    if (!*state_.bringsNextForward || *state_.focusMode || !mayMoveWindows()) return;
-    for (const auto& candidates : succession_.candidates(before, assignments_)) {
+    if (!*state_.bringsNextForward || focusMode_.isOn() || !mayMoveWindows()) return;
+    for (const auto& candidates : tileMemory_.succession().candidates(before, assignments_)) {
         const bool isDone = std::any_of(candidates.begin(), candidates.end(),
                                         [this](const Promotion& promotion) { return bringForward(promotion); });
         if (isDone) publishAssignments();

@@ -17,10 +17,8 @@ constexpr std::string_view kZoomLayoutID = "jarvis.focus-single";
 } // namespace
 
 WorkspaceUndoSnapshot WorkspaceController::captureUndoSnapshot() const {
-    WorkspaceUndoSnapshot snapshot{.assignedWindowIDs = assignments_.assignedWindowIDs,
-                                   .placementAnchors = assignments_.anchorTargetIDsByWindowID,
-                                   .stackWindowIDsByTarget = assignments_.stackWindowIDsByTarget,
-                                   .spaces = spaces_,
+    WorkspaceUndoSnapshot snapshot{.tiles = assignments_,
+                                   .spaces = tileMemory_.spaces(),
                                    .windowFrames = {},
                                    .minimizedWindowIDs = {},
                                    .maximizedWindowIDs = {},
@@ -30,8 +28,8 @@ WorkspaceUndoSnapshot WorkspaceController::captureUndoSnapshot() const {
                                    .activeSceneID = *state_.activeSceneID,
                                    .profile = *state_.profile,
                                    .accentColorID = *state_.accentColorID,
-                                   .layoutHomes = layoutHomes_,
-                                   .learning = learning_};
+                                   .layoutHomes = tileMemory_.homes(),
+                                   .learning = arranger_.learning()};
     for (const auto& window : liveWindows_) {
         // A frame on its way counts as reached: what was last read may be older than what was last asked for.
         const auto pending = windowService_->pendingFrame(window.id);
@@ -51,8 +49,7 @@ void WorkspaceController::pushUndoSnapshot(UndoLabel label, std::optional<Worksp
         endDrags();
         closeFocusMode();
     }
-    focusZoomSnapshot_.reset();
-    state_.focusMode.set(std::nullopt);
+    (void)focusMode_.leave();
     undo_.push({snapshot ? std::move(*snapshot) : captureUndoSnapshot(), std::move(label), services_.queue.now()});
     state_.canUndo.set(true);
 }
@@ -74,20 +71,20 @@ bool WorkspaceController::undoLastAction() {
     endDrags();
     const auto entry = undo_.takeNewest();
     // What happened beside the zoomed window is known to the snapshot of focus mode alone.
-    const WorkspaceUndoSnapshot snapshot = focusZoomSnapshot_ ? *focusZoomSnapshot_ : entry->snapshot;
-    if (focusZoomSnapshot_) undo_.restore(std::move(historyBeforeFocusMode_));
-    focusZoomSnapshot_.reset();
-    ++autoArrangeGeneration_; // what an arrangement still had to do is undone with it
-    reflow_.forgetAllPushes();
+    auto zoomed = focusMode_.leave();
+    const WorkspaceUndoSnapshot snapshot = zoomed ? std::move(zoomed->snapshot) : entry->snapshot;
+    if (zoomed) undo_.restore(std::move(zoomed->history));
+    (void)arranger_.supersede(); // what an arrangement still had to do is undone with it
+    frames_.reflow().forgetAllPushes();
     if (entry->label.action == kOpenSceneAction) { // and so is what a scene still waits for
         publishSceneReport(SceneReport::State::abandoned);
-        restoration_ = {};
+        awaited_.scene() = {};
     }
     restoreUndoSnapshot(snapshot);
     noteTileGeometry();
     migrateChangedDisplays(); // some may have had another size then
-    if (services_.queue.uptime() >= displaysAreStableAt_) placeHomelessWindows();
-    if (assignments_.assignedWindowIDs != snapshot.assignedWindowIDs) {
+    if (!displays_.isSettling()) placeHomelessWindows();
+    if (assignments_.assignedWindowIDs != snapshot.tiles.assignedWindowIDs) {
         reapplyTileFrames();
         services_.accessibility.flush();
     }
@@ -97,13 +94,15 @@ bool WorkspaceController::undoLastAction() {
 }
 
 void WorkspaceController::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot) {
-    state_.focusMode.set(std::nullopt);
-    assignments_ = {snapshot.assignedWindowIDs, snapshot.stackWindowIDsByTarget, snapshot.placementAnchors};
-    spaces_ = snapshot.spaces; // of another Space, perhaps
-    (void)spaces_.restore(liveWindows_, shownSpace_, assignments_);
-    absence_.restate(assignments_);
+    assignments_ = snapshot.tiles;
+    tileMemory_.spaces() = snapshot.spaces; // of another Space, perhaps
+    (void)tileMemory_.spaces().restore(liveWindows_.all(), liveWindows_.shownSpace(), assignments_);
+    displays_.restate(assignments_);
     state_.floatingWindowIDs.set(snapshot.floatingWindowIDs);
-    leaveAbsentDisplays();
+    std::set<std::string> connected;
+    for (const auto& screen : *state_.screens) connected.insert(displayID(screen));
+    // What a step back assigns to a display that is not connected counts as held by it.
+    displays_.leaveAbsentDisplays(assignments_, connected);
     // Without a look at the tiles: what the displays showed before may still have to be compared with what they show
     // now.
     state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
@@ -116,8 +115,8 @@ void WorkspaceController::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snaps
     state_.accentColorID.set(snapshot.accentColorID);
     services_.preferences.setValue(preferenceKey::accentColor, snapshot.accentColorID);
     restoreActiveScene(snapshot.activeSceneID);
-    layoutHomes_ = snapshot.layoutHomes;
-    if (snapshot.learning) setLearning(snapshot.learning);
+    tileMemory_.homes() = snapshot.layoutHomes;
+    if (snapshot.learning) arranger_.setLearning(snapshot.learning);
     layouts_.invalidateAll();
     state_.layoutRevision.set(*state_.layoutRevision + 1);
     for (ManagedWindow& window : liveWindows_) restoreWindow(window, snapshot);
@@ -131,7 +130,7 @@ void WorkspaceController::restoreWindow(ManagedWindow& window, const WorkspaceUn
     const bool wasHidden = snapshot.hiddenProcessIdentifiers.contains(window.processIdentifier);
     const auto frame = snapshot.windowFrames.find(window.id);
     if (window.isElsewhere) {
-        if (frame != snapshot.windowFrames.end()) spaces_.owe(window.id, frame->second);
+        if (frame != snapshot.windowFrames.end()) tileMemory_.spaces().owe(window.id, frame->second);
         return;
     }
     if (wasVisible || (snapshot.knows(window.id) && !wasHidden)) unhideApplicationOf(window);
@@ -147,7 +146,7 @@ void WorkspaceController::restoreWindow(ManagedWindow& window, const WorkspaceUn
     if (snapshot.maximizedWindowIDs.contains(window.id)) {
         if (window.isMaximized) return;
         windowService_->maximize(window);
-        presentationRequests_.requestMaximized(window, true, services_.queue.uptime());
+        liveWindows_.requestMaximized(window, true, services_.queue.uptime());
     } else if (frame != snapshot.windowFrames.end()) {
         writeFrame(window, frame->second, AccessibilityWindowService::BringToFront::no);
     }
@@ -176,7 +175,7 @@ void WorkspaceController::hideAsIn(const WorkspaceUndoSnapshot& snapshot) {
 }
 
 std::vector<ManagedWindow> WorkspaceController::windowsAsIn(const WorkspaceUndoSnapshot& snapshot) const {
-    std::vector<ManagedWindow> windows = liveWindows_;
+    std::vector<ManagedWindow> windows = liveWindows_.all();
     for (ManagedWindow& window : windows) {
         window.isMinimized = snapshot.minimizedWindowIDs.contains(window.id);
         window.isVisible = !window.isMinimized && (window.isVisible || snapshot.visibleWindowIDs.contains(window.id));
@@ -194,7 +193,7 @@ void WorkspaceController::restoreActiveScene(const std::optional<Uuid>& id) {
 }
 
 bool WorkspaceController::toggleFocusMode(const std::optional<std::string>& windowID) {
-    if (!focusZoomSnapshot_) return enterFocusMode(windowID);
+    if (!focusMode_.isOn()) return enterFocusMode(windowID);
     if (!requireWindowAccess()) return false;
     leaveFocusMode();
     showStatusMessage("Focus Mode closed — workspace restored");
@@ -251,10 +250,9 @@ bool WorkspaceController::enterFocusMode(const std::optional<std::string>& windo
 
     abandonDrags(); // what the hand began would end as a step behind the focus mode's own
     auto snapshot = captureUndoSnapshot();
-    historyBeforeFocusMode_ = undo_.entries();
+    auto history = undo_.entries();
     pushUndoSnapshot({"focus mode", {start->window.applicationName}}, snapshot);
-    focusZoomSnapshot_ = std::move(snapshot);
-    state_.focusMode.set(WorkspaceFocusMode{start->displayID, start->targetID, start->window.id});
+    focusMode_.enter({start->displayID, start->targetID, start->window.id}, {std::move(snapshot), std::move(history)});
     state_.layoutRevision.set(*state_.layoutRevision + 1);
     writeFrame(start->window, frame, AccessibilityWindowService::BringToFront::yes);
     services_.accessibility.flush();
@@ -263,11 +261,10 @@ bool WorkspaceController::enterFocusMode(const std::optional<std::string>& windo
 }
 
 bool WorkspaceController::leaveFocusMode() {
-    if (!focusZoomSnapshot_) return false;
-    const WorkspaceUndoSnapshot snapshot = std::move(*focusZoomSnapshot_);
-    focusZoomSnapshot_.reset();
-    restoreUndoSnapshot(snapshot);
-    undo_.restore(std::move(historyBeforeFocusMode_));
+    auto before = focusMode_.leave();
+    if (!before) return false;
+    restoreUndoSnapshot(before->snapshot);
+    undo_.restore(std::move(before->history));
     state_.canUndo.set(!undo_.isEmpty());
     return true;
 }

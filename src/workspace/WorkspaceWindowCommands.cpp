@@ -9,12 +9,12 @@ namespace kova {
 using BringToFront = AccessibilityWindowService::BringToFront;
 
 WindowCommandInput WorkspaceController::windowCommandInput() const {
-    WindowCommandInput input{.windows = liveWindows_,
+    WindowCommandInput input{.windows = liveWindows_.all(),
                              .tiles = tiles(),
                              .screens = *state_.screens,
                              .assignments = assignments_,
                              .floatingWindowIDs = *state_.floatingWindowIDs,
-                             .focusOrder = focusOrder_.windowIDs(),
+                             .focusOrder = liveWindows_.focusOrder().windowIDs(),
                              .focusedWindowID = focusedWindowID(),
                              .currentDisplayID = currentDisplayID(),
                              .displayIDByWindowID = {},
@@ -138,18 +138,18 @@ void WorkspaceController::keepFloatingValid() {
 
 /// Absent without permission, and while a window has the keyboard that is not managed.
 void WorkspaceController::noteFocus() {
-    focusOrder_.keepOnly([this](const std::string& id) { return findLive(id) != nullptr; });
+    liveWindows_.focusOrder().keepOnly([this](const std::string& id) { return findLive(id) != nullptr; });
     const auto process = services_.applications.frontmostApplication();
     const auto hasFocus = [&](const ManagedWindow& window) {
         return window.processIdentifier == process && window.isFocusedOfApplication;
     };
-    const auto& dialogs = dialogs_.all();
-    const auto window = std::ranges::find_if(liveWindows_, hasFocus);
+    const auto& dialogs = liveWindows_.dialogs().all();
+    const auto window = std::ranges::find_if(liveWindows_.all(), hasFocus);
     const auto dialog = std::ranges::find_if(dialogs, hasFocus);
     std::optional<std::string> focused;
     if (window != liveWindows_.end()) focused = window->id;
-    if (dialog != dialogs.end()) focused = dialogs_.ownerOf(dialog->id);
-    if (focused) focusOrder_.note(*focused);
+    if (dialog != dialogs.end()) focused = liveWindows_.dialogs().ownerOf(dialog->id);
+    if (focused) liveWindows_.focusOrder().note(*focused);
     state_.focusedWindowID.set(focused);
 }
 
@@ -198,7 +198,7 @@ bool WorkspaceController::repairPlacements() {
     for (const auto& finding : verifyPlacements()) {
         const ManagedWindow* window = findLive(finding.windowID);
         if (!window || finding.verdict != PlacementVerdict::drifted) continue;
-        refusals_.erase(finding.windowID); // it is asked as often as at first
+        frames_.forgetRefusal(finding.windowID); // it is asked as often as at first
         writeFrame(ManagedWindow(*window), finding.requestedFrame, BringToFront::no);
     }
     services_.accessibility.flush();

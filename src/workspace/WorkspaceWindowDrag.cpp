@@ -45,22 +45,22 @@ std::optional<CGRect> WorkspaceController::currentFrame(const std::string& windo
 }
 
 void WorkspaceController::holdWindow(const std::string& windowID) {
-    sizes_.notePointer(services_.queue.uptime());
-    heldWindow_ = HeldWindow{windowID, currentFrame(windowID)};
+    frames_.sizes().notePointer(services_.queue.uptime());
+    pointer_.press(windowID, currentFrame(windowID));
     windowService_->cancelPlacement(windowID);
 }
 
 void WorkspaceController::letGoOfWindow() {
-    const auto held = std::exchange(heldWindow_, std::nullopt);
-    sizes_.notePointer(services_.queue.uptime());
-    ManagedWindow* window = held ? findLive(held->id) : nullptr;
+    const auto held = pointer_.release();
+    frames_.sizes().notePointer(services_.queue.uptime());
+    ManagedWindow* window = held ? findLive(held->windowID) : nullptr;
     if (!window || !mayMoveWindows()) return;
     const auto now = windowService_->readFrame(window->element);
     if (!now) return;
     window->frame = *now;
     // Where the hand has put it, it has refused nothing yet.
-    if (!held->frame || !nearlyEqual(*held->frame, *now, kSameFramePoints)) refusals_.erase(held->id);
-    if (suspension_.isSuspended()) return; // its end looks after all windows
+    if (!held->frame || !nearlyEqual(*held->frame, *now, kSameFramePoints)) frames_.forgetRefusal(held->windowID);
+    if (pointer_.isPausingPolls()) return; // its end looks after all windows
     reapplyTileFrames();
     services_.accessibility.flush();
 }
@@ -68,65 +68,65 @@ void WorkspaceController::letGoOfWindow() {
 bool WorkspaceController::beginWindowDrag(const std::string& windowID, const CGRect& frameBefore) {
     const ManagedWindow* window = findLive(windowID);
     if (!window || window->isFullScreen || window->isElsewhere || !mayMoveWindows()) return false;
-    if (*state_.focusMode && (*state_.focusMode)->windowID == windowID) return false;
+    if (focusMode_.isZoomed(windowID)) return false;
     closeFocusMode();
-    heldWindow_.reset(); // more than held from here on
+    (void)pointer_.release(); // more than pressed from here on
     abandonDrags();
-    snapshotBeforeDrag_ = captureUndoSnapshot();
-    snapshotBeforeDrag_->windowFrames[windowID] = frameBefore;
-    handMovedWindowID_ = windowID;
-    refusals_.erase(windowID); // of places that it is being taken away from
+    WorkspaceUndoSnapshot before = captureUndoSnapshot();
+    before.windowFrames[windowID] = frameBefore;
+    frames_.forgetRefusal(windowID); // of places that it is being taken away from
     windowService_->cancelPlacement(windowID);
-    suspension_.suspend();
+    pointer_.beginWindowDrag(windowID, std::move(before));
     return true;
 }
 
 void WorkspaceController::updateWindowDrag(CGPoint pointer, HandMovement movement) {
-    if (!handMovedWindowID_) return;
-    suspension_.noteMovement();
-    state_.dropTargetSlotID.set(movement == HandMovement::move ? dropTarget(*handMovedWindowID_, pointer)
-                                                               : std::nullopt);
+    const auto dragged = pointer_.draggedWindow();
+    if (!dragged) return;
+    pointer_.noteMovement();
+    state_.dropTargetSlotID.set(movement == HandMovement::move ? dropTarget(*dragged, pointer) : std::nullopt);
 }
 
 void WorkspaceController::endWindowDrag(CGPoint pointer, HandMovement movement, LettingGo lettingGo) {
-    heldWindow_.reset();
-    if (!handMovedWindowID_) return;
-    const std::string windowID = *handMovedWindowID_;
-    handMovedWindowID_.reset();
-    sizes_.notePointer(services_.queue.uptime());
+    (void)pointer_.release();
+    auto drag = pointer_.endWindowDrag();
+    if (!drag) return;
+    const std::string windowID = drag->windowID;
+    frames_.sizes().notePointer(services_.queue.uptime());
     state_.dropTargetSlotID.set(std::nullopt);
     ManagedWindow* window = findLive(windowID);
     if (window) {
-        const auto before = snapshotBeforeDrag_->windowFrames.find(windowID);
+        const auto before = drag->before.windowFrames.find(windowID);
         if (const auto now = windowService_->readFrame(window->element)) window->frame = *now;
-        const bool hadFrame = before != snapshotBeforeDrag_->windowFrames.end();
+        const bool hadFrame = before != drag->before.windowFrames.end();
         if (movement == HandMovement::move) {
-            dropWindow(ManagedWindow(*window), pointer, lettingGo);
+            dropWindow(ManagedWindow(*window), pointer, lettingGo, std::move(drag->before));
         } else if (hadFrame && assignments_.isAssigned(windowID)) {
-            resizeTileLike(ManagedWindow(*window), CGRect(before->second));
+            const CGRect frameBefore = before->second;
+            resizeTileLike(ManagedWindow(*window), frameBefore, std::move(drag->before));
         }
     }
-    snapshotBeforeDrag_.reset();
     publishAssignments();
     reapplyTileFrames();
     services_.accessibility.flush();
-    suspension_.endAfter(kResumeDelay);
+    pointer_.resumePollsAfter(kResumeDelay);
 }
 
 void WorkspaceController::cancelWindowDrag() {
-    if (!handMovedWindowID_ && !heldWindow_) return;
-    sizes_.notePointer(services_.queue.uptime());
+    if (!pointer_.isOnWindow()) return;
+    frames_.sizes().notePointer(services_.queue.uptime());
     abandonDrags();
 }
 
-void WorkspaceController::dropWindow(const ManagedWindow& window, CGPoint pointer, LettingGo lettingGo) {
+void WorkspaceController::dropWindow(const ManagedWindow& window, CGPoint pointer, LettingGo lettingGo,
+                                     WorkspaceUndoSnapshot before) {
     if (lettingGo == LettingGo::floating) {
         if (!assignments_.isInAnyTile(window.id)) return;
-        pushUndoSnapshot({"float", {window.applicationName}}, std::move(snapshotBeforeDrag_));
+        pushUndoSnapshot({"float", {window.applicationName}}, std::move(before));
         noteMovedByUser(window.id);
-        const TileAssignments before = assignments_;
+        const TileAssignments tilesBefore = assignments_;
         assignments_.remove(window.id);
-        bringNextForward(before);
+        bringNextForward(tilesBefore);
         showStatusMessage(window.applicationName + " floats until the next arrangement");
         return;
     }
@@ -134,18 +134,19 @@ void WorkspaceController::dropWindow(const ManagedWindow& window, CGPoint pointe
     if (!target) return; // back to its tile, if it has one
     const auto covering = coveringFor(window, *target);
     if (!covering) return;
-    pushUndoSnapshot({"drop on a tile", {window.applicationName}}, std::move(snapshotBeforeDrag_));
+    pushUndoSnapshot({"drop on a tile", {window.applicationName}}, std::move(before));
     noteMovedByUser(window.id);
-    const TileAssignments before = assignments_;
+    const TileAssignments tilesBefore = assignments_;
     place(window, *covering, AccessibilityWindowService::BringToFront::yes);
-    bringNextForward(before);
+    bringNextForward(tilesBefore);
     learnPlacementByUser(window, *target);
     showStatusMessage("Moved " + window.applicationName + " to " + covering->targets.front().slot.name);
 }
 
 /// The dividers at the edges that were pulled follow, as far as the minimums allow; then the window fits its tile
 /// again.
-void WorkspaceController::resizeTileLike(const ManagedWindow& window, const CGRect& frameBefore) {
+void WorkspaceController::resizeTileLike(const ManagedWindow& window, const CGRect& frameBefore,
+                                         WorkspaceUndoSnapshot before) {
     const auto anchor = assignments_.targetOf(window.id);
     const Screen* screen = anchor ? screenOfTarget(*anchor) : nullptr;
     if (!screen || !window.frame) return;
@@ -172,12 +173,12 @@ void WorkspaceController::resizeTileLike(const ManagedWindow& window, const CGRe
             pulled.splits[divider.splitID] = *result;
     }
     LayoutWeightOverrides weights = state_.profile->weights(id, layoutID);
-    const LayoutWeightOverrides before = weights;
+    const LayoutWeightOverrides weightsBefore = weights;
     for (auto& [splitID, lengths] : pulled.splits) weights.splits[splitID] = std::move(lengths);
-    if (weights == before) return;
-    pushUndoSnapshot({"resize by hand", applicationsOn(id)}, std::move(snapshotBeforeDrag_));
+    if (weights == weightsBefore) return;
+    pushUndoSnapshot({"resize by hand", applicationsOn(id)}, std::move(before));
     storeWeights(id, layoutID, std::move(weights));
-    reflow_.forgetAllPushes();
+    frames_.reflow().forgetAllPushes();
     layoutChanged(id);
 }
 

@@ -1,0 +1,39 @@
+#include "workspace/Arranger.h"
+
+#include "workspace/WorkspacePreferences.h"
+
+#include <cstdlib>
+#include <limits>
+#include <utility>
+
+namespace kova {
+
+Arranger::Arranger(MainQueue& queue, PreferencesStore& preferences) :
+    queue_(queue), preferences_(preferences), learning_(std::make_shared<const AutoArrangeLearningModel>()) {}
+
+std::int64_t Arranger::supersede() {
+    if (generation_ == std::numeric_limits<std::int64_t>::max()) std::abort();
+    return ++generation_;
+}
+
+bool Arranger::takeStartUpTurn(bool wasPermissionJustGranted) {
+    const bool isDue = wasPermissionJustGranted || !hadStartUpTurn_;
+    hadStartUpTurn_ = true;
+    return isDue;
+}
+
+void Arranger::loadLearning(AutoArrangeLearningModel model) {
+    learning_ = std::make_shared<const AutoArrangeLearningModel>(std::move(model));
+}
+
+void Arranger::setLearning(Learning learning) {
+    if (learning == learning_) return;
+    learning_ = std::move(learning);
+    if (std::exchange(isSavePending_, true)) return;
+    queue_.post(lifetime_.guard([this] {
+        isSavePending_ = false;
+        saveLearning(preferences_, *learning_);
+    }));
+}
+
+} // namespace kova

@@ -1,0 +1,65 @@
+// Arrangements: what the last one decided, what was learned from all of them, whether one still has something to do,
+// and the one that belongs to a start. Always true: what an arrangement still had to do is dropped as soon as another
+// arrangement, an undo or another layout supersedes it.
+#pragma once
+
+#include "layout/AutoArrangeLearning.h"
+#include "persistence/PreferencesStore.h"
+#include "support/Lifetime.h"
+#include "support/MainQueue.h"
+#include "workspace/ArrangementPlan.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+namespace kova {
+
+class Arranger {
+  public:
+    using Learning = std::shared_ptr<const AutoArrangeLearningModel>; // shared with undo snapshots
+
+    Arranger(MainQueue& queue, PreferencesStore& preferences);
+
+    /// What the last arrangement decided; empty before the first.
+    const ArrangementPlan& lastPlan() const { return lastPlan_; }
+    void notePlan(ArrangementPlan plan) { lastPlan_ = std::move(plan); }
+
+    /// An arrangement begins, or what is left of the last one is no longer wanted. Gives the number of the newest.
+    std::int64_t supersede();
+    std::int64_t newest() const { return generation_; }
+    bool isNewest(std::int64_t generation) const { return generation == generation_; }
+
+    /// Whether the arrangement that belongs to a start is due; it counts as done from then on.
+    bool takeStartUpTurn(bool wasPermissionJustGranted);
+    void skipStartUpTurn() { hadStartUpTurn_ = true; }
+    /// It could not be carried out: it is due again.
+    void returnStartUpTurn() { hadStartUpTurn_ = false; }
+
+    const Learning& learning() const { return learning_; }
+    /// As read from the preferences.
+    void loadLearning(AutoArrangeLearningModel model);
+    /// Saved after the windows have been told to move: what was learned can wait for that.
+    void setLearning(Learning learning);
+    /// Changes a copy by `edit`.
+    template <class Edit>
+    void learn(Edit edit) {
+        AutoArrangeLearningModel model = *learning_;
+        edit(model);
+        setLearning(std::make_shared<const AutoArrangeLearningModel>(std::move(model)));
+    }
+
+    void rename(const std::string& windowID, const std::string& newID) { lastPlan_.rename(windowID, newID); }
+
+  private:
+    MainQueue& queue_;
+    PreferencesStore& preferences_;
+    Learning learning_;
+    ArrangementPlan lastPlan_;
+    std::int64_t generation_ = 0;
+    bool hadStartUpTurn_ = false;
+    bool isSavePending_ = false;
+    Lifetime lifetime_;
+};
+
+} // namespace kova

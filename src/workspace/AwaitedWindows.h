@@ -1,0 +1,62 @@
+// Windows that have a place before they exist: of applications launched into a tile, of a scene that was opened, and of
+// applications whose launch may still bring one. Each kind is given up after a time of its own, which does not pass
+// while the screen cannot be seen.
+#pragma once
+
+#include "support/Published.h"
+#include "workspace/ExpectedApplications.h"
+#include "workspace/PendingApplicationPlacement.h"
+#include "workspace/SceneRestoration.h"
+
+#include <map>
+#include <string>
+
+namespace kova {
+
+class AwaitedWindows {
+  public:
+    using Launches = std::map<std::string, PendingApplicationPlacement>; // by tile-target id
+
+    using PublishedLaunches = Published<std::map<std::string, LaunchableApplication>>; // by tile-target id
+
+    explicit AwaitedWindows(PublishedLaunches& published) : published_(published) {}
+
+    // Launches into tiles
+    const Launches& launches() const { return launches_; }
+    /// Replaces what the tile waits for. `now` is an uptime.
+    void awaitLaunch(const LaunchableApplication& application, const std::string& displayID, const std::string& slotID,
+                     Seconds now);
+    /// The launch into the tile (its id at the time) worked or failed. Of another launch into it since, nothing
+    /// changes.
+    void noteLaunched(const std::string& requestedTile, const std::string& identifier, const LaunchResult& result);
+    void dropLaunch(const std::string& tile);
+    void dropLaunches();
+    void dropExpired(Seconds now);
+
+    // A scene
+    SceneRestoration& scene() { return scene_; }
+    const SceneRestoration& scene() const { return scene_; }
+    /// The user has put the window somewhere: the scene does not move it any more.
+    void noteMovedByUser(const std::string& windowID);
+
+    // Applications that may still show a window by themselves
+    ExpectedApplications& expected() { return expected_; }
+    const ExpectedApplications& expected() const { return expected_; }
+
+    /// So long nothing could be placed.
+    void postpone(Seconds duration);
+    /// Something is awaited until a deadline.
+    bool isWaiting() const { return !launches_.empty() || !scene_.pending.empty(); }
+    void rename(const std::string& windowID, const std::string& newID);
+    void renameDisplay(const std::string& displayID, const std::string& newID);
+
+  private:
+    void publish() { published_.set(applicationsOf(launches_)); }
+
+    PublishedLaunches& published_;
+    Launches launches_;
+    SceneRestoration scene_;
+    ExpectedApplications expected_;
+};
+
+} // namespace kova

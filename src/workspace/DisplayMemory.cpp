@@ -1,0 +1,151 @@
+#include "workspace/DisplayMemory.h"
+
+#include "layout/WorkspaceProfile.h"
+#include "workspace/DisplaySuccession.h"
+#include "workspace/Renaming.h"
+
+namespace kova {
+
+namespace {
+
+std::string layoutKey(const std::string& displayID, const std::string& layoutID) {
+    return displayID + "\n" + layoutID;
+}
+
+} // namespace
+
+DisplayMemory::DisplayMemory(MainQueue& queue, std::function<void()> settled) :
+    queue_(queue), settled_(std::move(settled)) {}
+
+std::vector<DisplayMemory::Renaming> DisplayMemory::noteConnected(const std::set<std::string>& before,
+                                                                  const std::set<std::string>& now,
+                                                                  TileAssignments& assignments) {
+    for (const auto& id : before) {
+        if (now.contains(id)) continue;
+        absence_.leave(id, id, assignments);
+        if (isNamedByFrame(id)) recentlyGone_.insert(id);
+    }
+    std::set<std::string> unknown;
+    for (const auto& id : now) {
+        if (before.contains(id)) continue;
+        const bool isKnown =
+            recentlyGone_.erase(id) > 0 || absence_.holds(id) || assignments.onDisplay(id) != TileAssignments{};
+        if (isKnown) {
+            takeBack(absence_, id, assignments);
+        } else {
+            unknown.insert(id);
+        }
+    }
+    std::vector<Renaming> renamings;
+    for (const auto& [formerID, newID] : successorsOfDisplays(recentlyGone_, unknown)) {
+        recentlyGone_.erase(formerID);
+        takeBack(absence_, formerID, assignments);
+        renamings.push_back({formerID, newID});
+    }
+    return renamings;
+}
+
+void DisplayMemory::leaveDisplay(const std::string& displayID, const TileAssignments& assignments) {
+    absence_.leave(displayID, displayID, assignments);
+}
+
+void DisplayMemory::leaveAbsentDisplays(const TileAssignments& assignments, const std::set<std::string>& connected) {
+    std::set<std::string> absent;
+    for (const auto& [target, window] : assignments.assignedWindowIDs) {
+        const std::string id = displayIDOf(target);
+        if (!connected.contains(id)) absent.insert(id);
+    }
+    for (const auto& id : absent) {
+        if (!absence_.holds(id)) absence_.leave(id, id, assignments);
+    }
+}
+
+void DisplayMemory::takeBackDisplay(const std::string& displayID, TileAssignments& assignments) {
+    takeBack(absence_, displayID, assignments);
+}
+
+void DisplayMemory::takeBack(DisplayAbsence& homes, const std::string& key, TileAssignments& assignments) {
+    if (!homes.holds(key)) return;
+    auto back = homes.comeBack(key, std::move(assignments));
+    assignments = std::move(back.assignments);
+    noteRegained(back.regainedFronts, back.regainedWaiting);
+}
+
+void DisplayMemory::leaveLayout(const std::string& displayID, const std::string& layoutID,
+                                const TileAssignments& assignments) {
+    outgrown_.leave(layoutKey(displayID, layoutID), displayID, assignments);
+}
+
+void DisplayMemory::takeBackLayout(const std::string& displayID, const std::string& layoutID,
+                                   TileAssignments& assignments) {
+    takeBack(outgrown_, layoutKey(displayID, layoutID), assignments);
+}
+
+void DisplayMemory::forgetLayouts(const std::string& displayID) {
+    outgrown_.forgetKeys(layoutKey(displayID, ""));
+}
+
+void DisplayMemory::noteRegained(const std::vector<std::string>& fronts, const std::vector<std::string>& waiting) {
+    regainedFronts_.insert(fronts.begin(), fronts.end());
+    regainedWaiting_.insert(waiting.begin(), waiting.end());
+}
+
+DisplayMemory::Regained DisplayMemory::takeRegained() {
+    return {std::exchange(regainedFronts_, {}), std::exchange(regainedWaiting_, {})};
+}
+
+const ShownLayout* DisplayMemory::shown(const std::string& displayID) const {
+    const auto found = shown_.find(displayID);
+    return found == shown_.end() ? nullptr : &found->second;
+}
+
+bool DisplayMemory::noteShown(const std::string& displayID, const std::string& layoutID, const SolvedLayout& solved) {
+    ShownLayout& last = shown_[displayID];
+    if (last.layoutID == layoutID && last.tiles.frames == solved.frames) return false;
+    const bool hasMoved = !last.layoutID.empty();
+    last = {layoutID, tilesOf(solved)};
+    return hasMoved;
+}
+
+void DisplayMemory::carryLayout(WorkspaceProfile& profile, const std::string& formerID, const std::string& newID) {
+    const bool hasItsOwn = profile.layoutSelectionsByDisplay.contains(newID);
+    copyDisplay(profile, formerID, newID);
+    if (carried_.erase(formerID) > 0) eraseDisplay(profile, formerID);
+    if (!hasItsOwn) carried_.insert(newID);
+}
+
+void DisplayMemory::beginSettling() {
+    settledAt_ = queue_.uptime() + kSettleTime;
+    queue_.after(kSettleTime, lifetime_.guard([this, due = settledAt_] {
+        if (due == settledAt_) settled_();
+    }));
+}
+
+void DisplayMemory::forget(const std::string& windowID) {
+    absence_.forget(windowID);
+    outgrown_.forget(windowID);
+}
+
+void DisplayMemory::forgetAllWindows() {
+    absence_.forgetAll();
+    outgrown_.forgetAll();
+}
+
+void DisplayMemory::keepOnly(const std::set<std::string>& windowIDs) {
+    absence_.keepOnly(windowIDs);
+    outgrown_.keepOnly(windowIDs);
+}
+
+void DisplayMemory::rename(const std::string& windowID, const std::string& newID) {
+    absence_.rename(windowID, newID);
+    outgrown_.rename(windowID, newID);
+    renameIn(regainedFronts_, windowID, newID);
+    renameIn(regainedWaiting_, windowID, newID);
+}
+
+void DisplayMemory::renameDisplay(const std::string& displayID, const std::string& newID) {
+    outgrown_.renameDisplay(displayID, newID);
+    renameKey(shown_, displayID, newID);
+}
+
+} // namespace kova

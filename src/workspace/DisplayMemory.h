@@ -1,0 +1,112 @@
+// What is remembered of displays: the windows of those that are away, the windows of layouts that a display has
+// outgrown, what each display showed last, and which one is which after a change of its size.
+// Always true: a window is held by one absent display at most; displays count as changing until they have stayed as
+// they are for `kSettleTime`, since a standby looks like an unplugging. Times are uptimes.
+#pragma once
+
+#include "support/Lifetime.h"
+#include "support/MainQueue.h"
+#include "workspace/DisplayAbsence.h"
+#include "workspace/LayoutMigration.h"
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kova {
+
+struct WorkspaceProfile;
+
+class DisplayMemory {
+  public:
+    static constexpr Seconds kSettleTime{2};
+
+    /// `settled` is called once the displays have stayed as they are for the settle time.
+    DisplayMemory(MainQueue& queue, std::function<void()> settled);
+
+    struct Renaming {
+        std::string formerID;
+        std::string newID;
+    };
+    /// Other displays are connected than before: those that went are remembered with their windows, those that came
+    /// have theirs back. Gives displays that have another id and are the same as far as can be told; the caller renames
+    /// them everywhere.
+    [[nodiscard]] std::vector<Renaming> noteConnected(const std::set<std::string>& before,
+                                                      const std::set<std::string>& now, TileAssignments& assignments);
+    /// The display keeps what is assigned there.
+    void leaveDisplay(const std::string& displayID, const TileAssignments& assignments);
+    /// The same for every display with assignments that is not connected, unless it holds windows already.
+    void leaveAbsentDisplays(const TileAssignments& assignments, const std::set<std::string>& connected);
+    void takeBackDisplay(const std::string& displayID, TileAssignments& assignments);
+    bool holdsDisplay(const std::string& displayID) const { return absence_.holds(displayID); }
+    /// The display that holds the window is away.
+    bool isHomeless(const std::string& windowID) const { return absence_.isHomeless(windowID); }
+    /// By the id of the display.
+    const std::map<std::string, TileAssignments>& absentDisplays() const { return absence_.homes(); }
+    void restoreAbsentDisplays(std::map<std::string, TileAssignments> held) { absence_.restore(std::move(held)); }
+    /// The assignments were set back to an earlier time.
+    void restate(const TileAssignments& assignments) { absence_.restate(assignments); }
+
+    /// The display changes from one layout to another because of its size, not by choice.
+    void leaveLayout(const std::string& displayID, const std::string& layoutID, const TileAssignments& assignments);
+    void takeBackLayout(const std::string& displayID, const std::string& layoutID, TileAssignments& assignments);
+    /// The user has chosen what the display shows.
+    void forgetLayouts(const std::string& displayID);
+
+    /// Windows that are in front again of tiles that they had lost, and windows that wait again, until somebody shows
+    /// and hides them.
+    void noteRegained(const std::vector<std::string>& fronts, const std::vector<std::string>& waiting);
+    bool hasRegained() const { return !regainedFronts_.empty() || !regainedWaiting_.empty(); }
+    struct Regained {
+        std::set<std::string> fronts;
+        std::set<std::string> waiting;
+    };
+    Regained takeRegained();
+
+    /// Null before the display has shown anything.
+    const ShownLayout* shown(const std::string& displayID) const;
+    /// Whether tiles of the display have moved since the last time.
+    bool noteShown(const std::string& displayID, const std::string& layoutID, const SolvedLayout& solved);
+    /// A layout chosen for a display goes with it to its new id. Of all the ids that it goes through only the first,
+    /// for which the layout was chosen, keeps it.
+    void carryLayout(WorkspaceProfile& profile, const std::string& formerID, const std::string& newID);
+
+    /// Displays changed: `settled` will be called, unless they change again.
+    void beginSettling();
+    bool isSettling() const { return queue_.uptime() < settledAt_; }
+    /// Displays that are away now do not come back under another id.
+    void forgetRecentlyGone() { recentlyGone_.clear(); }
+
+    /// Whether windows of absent displays were kept from free tiles by a zoomed window.
+    void noteHeldBackByZoom(bool isHeldBack) { isHeldBackByZoom_ = isHeldBack; }
+    bool takeHeldBackByZoom() { return std::exchange(isHeldBackByZoom_, false); }
+
+    /// The user has put the window elsewhere.
+    void forget(const std::string& windowID);
+    void forgetAllWindows();
+    void keepOnly(const std::set<std::string>& windowIDs);
+    void rename(const std::string& windowID, const std::string& newID);
+    void renameDisplay(const std::string& displayID, const std::string& newID);
+
+  private:
+    void takeBack(DisplayAbsence& homes, const std::string& key, TileAssignments& assignments);
+
+    MainQueue& queue_;
+    std::function<void()> settled_;
+    DisplayAbsence absence_;
+    DisplayAbsence outgrown_; // by display and layout
+    std::set<std::string> regainedFronts_;
+    std::set<std::string> regainedWaiting_;
+    std::map<std::string, ShownLayout> shown_; // also of displays that are away
+    std::set<std::string> recentlyGone_;       // displays without another name than their frame
+    std::set<std::string> carried_;            // ids that have the layout of the one before
+    Seconds settledAt_{0};
+    bool isHeldBackByZoom_ = false;
+    Lifetime lifetime_;
+};
+
+} // namespace kova

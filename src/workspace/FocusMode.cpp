@@ -1,0 +1,61 @@
+#include "workspace/FocusMode.h"
+
+#include "layout/TileSpans.h"
+
+#include <utility>
+
+namespace kova {
+
+void FocusMode::enter(WorkspaceFocusMode mode, Before before) {
+    before_ = std::move(before);
+    published_.set(std::move(mode));
+}
+
+std::optional<FocusMode::Before> FocusMode::leave() {
+    auto before = std::exchange(before_, std::nullopt);
+    published_.set(std::nullopt);
+    return before;
+}
+
+bool FocusMode::isZoomed(const std::string& windowID) const {
+    return mode() && mode()->windowID == windowID;
+}
+
+bool FocusMode::ownsDisplay(const std::string& displayID) const {
+    return mode() && mode()->displayID == displayID;
+}
+
+std::optional<std::string> FocusMode::displayOf(const std::string& windowID) const {
+    return isZoomed(windowID) ? std::optional(mode()->displayID) : std::nullopt;
+}
+
+void FocusMode::forgetApplication(const std::string& applicationKey) {
+    if (!before_) return;
+    before_->snapshot.forgetApplication(applicationKey);
+    for (auto& entry : before_->history) entry.snapshot.forgetApplication(applicationKey);
+}
+
+void FocusMode::rename(const std::string& windowID, const std::string& newID) {
+    if (!before_) return;
+    before_->snapshot.rename(windowID, newID);
+    for (auto& entry : before_->history) entry.snapshot.rename(windowID, newID);
+    if (!isZoomed(windowID)) return;
+    auto zoomed = mode();
+    zoomed->windowID = newID;
+    published_.set(std::move(zoomed));
+}
+
+void FocusMode::renameDisplay(const std::string& displayID, const std::string& newID) {
+    if (!before_) return;
+    before_->snapshot.renameDisplay(displayID, newID);
+    for (auto& entry : before_->history) entry.snapshot.renameDisplay(displayID, newID);
+    if (!ownsDisplay(displayID)) return;
+    auto zoomed = mode();
+    if (const auto slot = slotIDOn(displayID, zoomed->anchorTargetID)) {
+        zoomed->anchorTargetID = tileTargetID(newID, std::string(*slot));
+    }
+    zoomed->displayID = newID;
+    published_.set(std::move(zoomed));
+}
+
+} // namespace kova

@@ -1,0 +1,50 @@
+// The window that has its whole display for itself, and the workspace that comes back when that ends.
+// Always true: the mode is published exactly while the workspace of before is kept, and both are set and dropped here.
+#pragma once
+
+#include "support/Published.h"
+#include "workspace/UndoHistory.h"
+#include "workspace/WorkspaceState.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+class FocusMode {
+  public:
+    using PublishedMode = Published<std::optional<WorkspaceFocusMode>>;
+
+    /// What to restore when the display is given back.
+    struct Before {
+        WorkspaceUndoSnapshot snapshot;
+        std::vector<UndoEntry> history; // entering and leaving must not cost the oldest entry
+    };
+
+    explicit FocusMode(PublishedMode& published) : published_(published) {}
+
+    void enter(WorkspaceFocusMode mode, Before before);
+    /// Ends focus mode, if it is on; the caller restores what is given, or drops it.
+    std::optional<Before> leave();
+
+    bool isOn() const { return before_.has_value(); }
+    bool isZoomed(const std::string& windowID) const;
+    bool ownsDisplay(const std::string& displayID) const;
+    /// The display that the window is zoomed on; absent for every other window.
+    std::optional<std::string> displayOf(const std::string& windowID) const;
+    const std::optional<WorkspaceFocusMode>& mode() const { return *published_; }
+    /// Null when focus mode is off. What happens beside the zoomed window is entered here, so that leaving keeps it.
+    WorkspaceUndoSnapshot* snapshot() { return before_ ? &before_->snapshot : nullptr; }
+    const WorkspaceUndoSnapshot* snapshot() const { return before_ ? &before_->snapshot : nullptr; }
+
+    void forgetApplication(const std::string& applicationKey);
+    void rename(const std::string& windowID, const std::string& newID);
+    void renameDisplay(const std::string& displayID, const std::string& newID);
+
+  private:
+    PublishedMode& published_;
+    std::optional<Before> before_;
+};
+
+} // namespace kova

@@ -1,0 +1,85 @@
+#include "workspace/FrameKeeper.h"
+
+#include "workspace/Renaming.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kova {
+
+namespace {
+
+constexpr double kOffTolerancePoints = 2;
+constexpr double kSamePlacePoints = 0.5;
+
+} // namespace
+
+FrameKeeper::Decision FrameKeeper::decide(const ManagedWindow& window, const CGRect& wanted, Straying straying,
+                                          const std::optional<CGRect>& pending) {
+    if (sizes_.isBeingRetried(window.id)) {
+        if (pending) return Decision::leave;
+        sizes_.endRetry(window.id);
+    }
+    const double tolerance = straying == Straying::any ? kSamePlacePoints : kOffTolerancePoints;
+    // A placement that is still being verified is left to its passes.
+    if (pending) return nearlyEqual(*pending, wanted, tolerance) ? Decision::leave : Decision::ask;
+    if (!window.frame || nearlyEqual(*window.frame, wanted, tolerance)) {
+        refusals_.erase(window.id);
+        return Decision::leave;
+    }
+    Refusal& refusal = refusals_[window.id];
+    const bool sameAgain = nearlyEqual(refusal.wanted, wanted, kSamePlacePoints) &&
+                           nearlyEqual(refusal.actual, *window.frame, kSamePlacePoints);
+    if (!sameAgain) refusal = {wanted, *window.frame, 0, refusal.isUnseen};
+    return refusal.attempts < kAttempts ? Decision::askAgain : Decision::leave;
+}
+
+void FrameKeeper::accept(const std::string& windowID, const CGRect& wanted, const CGRect& actual) {
+    refusals_[windowID] = {wanted, actual, kAttempts, false, true};
+}
+
+void FrameKeeper::noteWithoutTarget(const ManagedWindow& window) {
+    if (!window.isElsewhere || !refusal(window.id)) refusals_.erase(window.id);
+}
+
+const Refusal* FrameKeeper::refusal(const std::string& windowID) const {
+    const auto found = refusals_.find(windowID);
+    return found == refusals_.end() || found->second.attempts < kAttempts ? nullptr : &found->second;
+}
+
+std::vector<std::string>
+FrameKeeper::takeShrunken(const std::map<std::string, std::string>& anchors,
+                          const std::function<std::optional<CGSize>(const std::string&)>& minimumOf) {
+    std::erase_if(minimumsOfSpanning_, [&](const auto& entry) { return !anchors.contains(entry.first); });
+    std::vector<std::string> shrunken;
+    for (const auto& [windowID, anchor] : anchors) {
+        const auto now = minimumOf(windowID);
+        if (!now) continue;
+        const CGSize then = std::exchange(minimumsOfSpanning_.try_emplace(windowID, *now).first->second, *now);
+        const bool needsLess = now->width < then.width || now->height < then.height;
+        if (needsLess && reflow_.mayGiveBackSpan(windowID)) shrunken.push_back(windowID);
+    }
+    return shrunken;
+}
+
+void FrameKeeper::onPoll(const IsLive& isLive, const IsLive& hasPendingFrame) {
+    sizes_.keepOnly(isLive);
+    reflow_.keepOnly(isLive);
+    std::erase_if(refusals_, [&](const auto& entry) { return !isLive(entry.first); });
+    for (auto& [windowID, refusal] : refusals_) {
+        if (!hasPendingFrame(windowID)) refusal.isUnseen = false;
+    }
+}
+
+bool FrameKeeper::isWaiting() const {
+    return std::ranges::any_of(
+        refusals_, [](const auto& entry) { return entry.second.isUnseen || entry.second.attempts < kAttempts; });
+}
+
+void FrameKeeper::rename(const std::string& windowID, const std::string& newID) {
+    sizes_.rename(windowID, newID);
+    reflow_.rename(windowID, newID);
+    renameKey(minimumsOfSpanning_, windowID, newID);
+}
+
+} // namespace kova

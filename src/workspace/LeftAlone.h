@@ -1,0 +1,36 @@
+// Why a window is left where it is although its tile is elsewhere: it keeps the tile, and is put there once the cause
+// is gone.
+#pragma once
+
+#include "windowing/ManagedWindow.h"
+
+#include <optional>
+#include <string_view>
+
+namespace kova {
+
+enum class LeftAlone {
+    zoomed, // by focus mode
+    heldByPointer,
+    minimized,
+    maximized,
+    fullScreen,
+    onAnotherDesktop,
+    notAnswering,
+    applicationHidden,
+};
+
+/// What is known of the window beside its own attributes.
+struct LeftAloneFacts {
+    bool isZoomed = false;
+    bool isHeldByPointer = false;
+    bool isApplicationHidden = false;
+};
+
+/// The first cause that applies; absent when the window is to be at its tile.
+std::optional<LeftAlone> whyLeftAlone(const ManagedWindow& window, const LeftAloneFacts& facts);
+
+/// The cause as the end of a sentence about the window: "is minimized".
+std::string_view describe(LeftAlone cause);
+
+} // namespace kova

@@ -1,0 +1,71 @@
+#include "workspace/LiveWindows.h"
+
+#include <algorithm>
+
+namespace kova {
+
+namespace {
+
+bool sameTitles(const std::vector<ManagedWindow>& a, const std::vector<ManagedWindow>& b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](const ManagedWindow& x, const ManagedWindow& y) { return x.title == y.title; });
+}
+
+} // namespace
+
+ManagedWindow* LiveWindows::find(const std::string& windowID) {
+    const auto found = indexByID_.find(windowID);
+    return found == indexByID_.end() ? nullptr : &windows_[found->second];
+}
+
+const ManagedWindow* LiveWindows::find(const std::string& windowID) const {
+    const auto found = indexByID_.find(windowID);
+    return found == indexByID_.end() ? nullptr : &windows_[found->second];
+}
+
+bool LiveWindows::take(std::vector<ManagedWindow> found, Seconds begun) {
+    const auto dialogsBefore = dialogs_.all();
+    auto windows = dialogs_.takeFrom(std::move(found));
+    requests_.overrule(windows, begun);
+    const bool hasOtherTitles = !sameTitles(windows_, windows) || !sameTitles(dialogsBefore, dialogs_.all());
+    set(std::move(windows));
+    return hasOtherTitles;
+}
+
+void LiveWindows::clear() {
+    set(dialogs_.takeFrom({}));
+    requests_.clear();
+}
+
+void LiveWindows::set(std::vector<ManagedWindow> windows) {
+    windows_ = std::move(windows);
+    indexByID_.clear();
+    for (std::size_t i = 0; i < windows_.size(); ++i) indexByID_.emplace(windows_[i].id, i);
+}
+
+bool LiveWindows::request(const std::string& windowID, WindowPresentation presentation, Seconds now) {
+    ManagedWindow* window = find(windowID);
+    if (window) requests_.request(*window, presentation, now);
+    return window != nullptr;
+}
+
+void LiveWindows::requestHidden(pid_t process, Seconds now) {
+    for (auto& window : windows_) {
+        if (window.processIdentifier == process) requests_.request(window, WindowPresentation::hidden, now);
+    }
+}
+
+void LiveWindows::requestShown(pid_t process, Seconds now) {
+    for (auto& window : windows_) {
+        if (window.processIdentifier != process || window.isMinimized || window.isElsewhere) continue;
+        requests_.request(window, WindowPresentation::shown, now);
+    }
+}
+
+void LiveWindows::rename(const std::string& windowID, const std::string& newID) {
+    requests_.rename(windowID, newID);
+    minimized_.rename(windowID, newID);
+    focusOrder_.rename(windowID, newID);
+}
+
+} // namespace kova

@@ -1,0 +1,78 @@
+// The windows of the last enumeration, corrected by what was asked of them since: a window that is shown, hidden or
+// minimized counts so at once, before a poll confirms it. Always true: ids are unique; the list has no dialogs.
+#pragma once
+
+#include "windowing/ManagedWindow.h"
+#include "workspace/AttachedDialogs.h"
+#include "workspace/FocusOrder.h"
+#include "workspace/MinimizedWindows.h"
+#include "workspace/PresentationRequests.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace kova {
+
+class LiveWindows {
+  public:
+    const std::vector<ManagedWindow>& all() const { return windows_; }
+    auto begin() { return windows_.begin(); }
+    auto end() { return windows_.end(); }
+    auto begin() const { return windows_.begin(); }
+    auto end() const { return windows_.end(); }
+    /// Null when there is none with the id. Valid until the next enumeration.
+    ManagedWindow* find(const std::string& windowID);
+    const ManagedWindow* find(const std::string& windowID) const;
+
+    /// What a poll that began at `begun` (uptime) has found: dialogs are taken out, requests that it cannot have seen
+    /// yet are applied. True when the titles in the lists of windows and dialogs are others.
+    bool take(std::vector<ManagedWindow> found, Seconds begun);
+    /// No window may be known any more.
+    void clear();
+
+    const AttachedDialogs& dialogs() const { return dialogs_; }
+    AttachedDialogs& dialogs() { return dialogs_; }
+
+    /// The virtual desktop that is shown, as of the last poll. Gives the one before.
+    std::uint64_t noteShownSpace(std::uint64_t space) { return std::exchange(shownSpace_, space); }
+    std::uint64_t shownSpace() const { return shownSpace_; }
+
+    // What windows are asked to be. `now` is an uptime. False when there is no such window.
+    bool request(const std::string& windowID, WindowPresentation presentation, Seconds now);
+    void requestHidden(pid_t process, Seconds now);
+    /// All windows of the process here but those that are minimized.
+    void requestShown(pid_t process, Seconds now);
+    void requestMaximized(ManagedWindow& window, bool maximized, Seconds now) {
+        requests_.requestMaximized(window, maximized, now);
+    }
+    /// Whether the window was asked to come back and was not seen on the screen since.
+    bool isComingBack(const std::string& windowID) const { return requests_.isComingBack(windowID); }
+
+    /// Windows that this agent has minimized.
+    MinimizedWindows& minimized() { return minimized_; }
+    const MinimizedWindows& minimized() const { return minimized_; }
+    FocusOrder& focusOrder() { return focusOrder_; }
+    const FocusOrder& focusOrder() const { return focusOrder_; }
+
+    /// Something here waits for time to pass.
+    bool isWaiting() const { return minimized_.isExpecting() || requests_.isWaiting(); }
+    /// The list itself has the new id already.
+    void rename(const std::string& windowID, const std::string& newID);
+
+  private:
+    void set(std::vector<ManagedWindow> windows);
+
+    std::vector<ManagedWindow> windows_;
+    std::unordered_map<std::string, std::size_t> indexByID_;
+    AttachedDialogs dialogs_;
+    MinimizedWindows minimized_;
+    PresentationRequests requests_;
+    FocusOrder focusOrder_;
+    std::uint64_t shownSpace_ = 0;
+};
+
+} // namespace kova

@@ -1,0 +1,89 @@
+// What the pointer does to the workspace: nothing, a button is down on a window, a window is dragged, or a divider is.
+// Always true: only one of these at a time; what a drag changed can be undone from the state of before it. Drags pause
+// polls, which would move what the user moves; the pause ends shortly after the drag, or when the pointer rests.
+#pragma once
+
+#include "workspace/DividerDrag.h"
+#include "workspace/PresentationSuspension.h"
+#include "workspace/UndoHistory.h"
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <variant>
+
+namespace kova {
+
+class PointerInteraction {
+  public:
+    /// A button is down on a window, which may begin to move before that is noticed.
+    struct Press {
+        std::string windowID;
+        std::optional<CGRect> frame; // at the press, in window-service space
+    };
+    struct WindowDrag {
+        std::string windowID;
+        WorkspaceUndoSnapshot before;
+    };
+    struct DividerMove {
+        ActiveDividerDrag drag;
+        WorkspaceUndoSnapshot before;
+        std::map<std::string, CGRect> frames; // last written, by window id, in window-service space
+    };
+
+    /// `moveDivider` is called when a movement of the divider is due, `resumed` when polls may move windows again.
+    PointerInteraction(MainQueue& queue, std::function<void()> moveDivider, std::function<void()> resumed);
+
+    /// Whether the window must not be moved by anything but the pointer.
+    bool isHolding(const std::string& windowID) const { return isPressing(windowID) || isDragging(windowID); }
+    bool isPressing(const std::string& windowID) const;
+    bool isDragging(const std::string& windowID) const;
+    /// A window or a divider is being dragged.
+    bool isDragging() const;
+    /// A button is down on a window, or a window is being dragged.
+    bool isOnWindow() const;
+    bool isPausingPolls() const { return pause_.isSuspended(); }
+
+    /// Without effect during a drag.
+    void press(std::string windowID, const std::optional<CGRect>& frame);
+    /// What was pressed, unless it is dragged by now.
+    std::optional<Press> release();
+
+    void beginWindowDrag(std::string windowID, WorkspaceUndoSnapshot before);
+    /// Absent when no window is dragged.
+    std::optional<std::string> draggedWindow() const;
+    std::optional<WindowDrag> endWindowDrag();
+
+    void beginDividerDrag(const DisplayLayoutDivider& target, const LayoutWeightOverrides& weights,
+                          WorkspaceUndoSnapshot before, std::map<std::string, CGRect> frames);
+    /// Null when no divider is dragged.
+    const ActiveDividerDrag* dividerDrag() const;
+    bool isDragging(const DisplayLayoutDivider& divider) const { return divider_.concerns(divider); }
+    void moveDivider(double translationPoints) { divider_.update(translationPoints); }
+    /// Moves the weights by the pending translation; true when there was one.
+    bool takeDividerTranslation() { return divider_.takePendingTranslation(); }
+    /// Whether the frame differs from what the drag last wrote for the window; it counts as written from now on.
+    bool noteDividerFrame(const std::string& windowID, const CGRect& frame);
+    std::optional<DividerMove> endDividerDrag();
+
+    /// The pointer moved during a drag: polls stay paused.
+    void noteMovement() { pause_.noteMovement(); }
+    void resumePollsAfter(Seconds delay) { pause_.endAfter(delay); }
+    /// Forgets everything; true when polls were held back by it, so that what they saw is still to be acted on.
+    bool abandon();
+
+    void rename(const std::string& windowID, const std::string& newID);
+
+  private:
+    struct DraggingDivider {
+        WorkspaceUndoSnapshot before;
+        std::map<std::string, CGRect> frames;
+    };
+
+    std::variant<std::monostate, Press, WindowDrag, DraggingDivider> now_;
+    DividerDrag divider_; // active exactly while `now_` drags a divider
+    PresentationSuspension pause_;
+};
+
+} // namespace kova

@@ -1,0 +1,87 @@
+#include "workspace/DisplayMemory.h"
+
+#include "layout/WorkspaceProfile.h"
+#include "platform/simulated/VirtualTime.h"
+
+#include <gtest/gtest.h>
+
+using namespace kova;
+
+namespace {
+
+using Names = std::set<std::string>;
+
+struct DisplayMemoryTest : testing::Test {
+    VirtualMainQueue queue;
+    int settled = 0;
+    DisplayMemory memory{queue, [this] { ++settled; }};
+    TileAssignments tiles;
+};
+
+TEST_F(DisplayMemoryTest, ADisplayThatComesBackHasItsWindowsInFrontOfOthers) {
+    (void)tiles.assign("mail", {"D::a"});
+    EXPECT_TRUE(memory.noteConnected({"C", "D"}, {"C"}, tiles).empty());
+    EXPECT_TRUE(memory.isHomeless("mail"));
+    tiles.remove("mail");
+    (void)tiles.assign("mail", {"C::a"});
+    (void)tiles.assign("notes", {"D::a"});
+    EXPECT_TRUE(memory.noteConnected({"C"}, {"C", "D"}, tiles).empty());
+    EXPECT_EQ(tiles.targetOf("mail"), "D::a");
+    EXPECT_FALSE(memory.isHomeless("mail"));
+    const auto regained = memory.takeRegained();
+    EXPECT_EQ(regained.fronts, Names{"mail"});
+    EXPECT_EQ(regained.waiting, Names{"notes"});
+    EXPECT_FALSE(memory.hasRegained());
+}
+
+TEST_F(DisplayMemoryTest, WindowsThatTheUserMovedStayWhereTheyAre) {
+    (void)tiles.assign("mail", {"D::a"});
+    (void)memory.noteConnected({"D"}, {}, tiles);
+    tiles = {};
+    (void)tiles.assign("mail", {"C::a"});
+    memory.forget("mail");
+    (void)memory.noteConnected({"C"}, {"C", "D"}, tiles);
+    EXPECT_EQ(tiles.targetOf("mail"), "C::a");
+}
+
+TEST_F(DisplayMemoryTest, WindowsAndDisplaysKeepWhatWasKnownUnderTheirFormerNames) {
+    (void)tiles.assign("mail", {"D::a"});
+    memory.leaveLayout("D", "quad", tiles);
+    EXPECT_FALSE(memory.noteShown("D", "quad", {})) << "the first layout moves nothing";
+    memory.noteRegained({"mail"}, {"notes"});
+    memory.rename("mail", "mail2");
+    memory.rename("notes", "notes2");
+    memory.renameDisplay("D", "E");
+    EXPECT_EQ(memory.shown("D"), nullptr);
+    EXPECT_EQ(memory.shown("E")->layoutID, "quad");
+    const auto regained = memory.takeRegained();
+    EXPECT_EQ(regained.fronts, Names{"mail2"});
+    EXPECT_EQ(regained.waiting, Names{"notes2"});
+    TileAssignments now;
+    memory.takeBackLayout("E", "quad", now);
+    EXPECT_EQ(now.targetOf("mail2"), "E::a");
+}
+
+TEST_F(DisplayMemoryTest, SettlesOnceNothingChangesAnyMore) {
+    memory.beginSettling();
+    queue.advance(Seconds{1});
+    memory.beginSettling();
+    queue.advance(Seconds{1.5});
+    EXPECT_TRUE(memory.isSettling());
+    EXPECT_EQ(settled, 0);
+    queue.advance(Seconds{0.5});
+    EXPECT_FALSE(memory.isSettling());
+    EXPECT_EQ(settled, 1);
+}
+
+TEST_F(DisplayMemoryTest, OnlyTheFirstNameOfADisplayKeepsTheLayoutThatWasChosenForIt) {
+    WorkspaceProfile profile;
+    profile.layoutSelectionsByDisplay["800"] = DisplayLayoutSelection::layout("quad");
+    memory.carryLayout(profile, "800", "1024");
+    memory.carryLayout(profile, "1024", "1280");
+    Names names;
+    for (const auto& [id, selection] : profile.layoutSelectionsByDisplay) names.insert(id);
+    EXPECT_EQ(names, (Names{"800", "1280"}));
+}
+
+} // namespace

@@ -1,0 +1,110 @@
+#include "workspace/FrameKeeper.h"
+
+#include <gtest/gtest.h>
+
+using namespace kova;
+
+namespace {
+
+using enum FrameKeeper::Decision;
+using Straying = FrameKeeper::Straying;
+
+constexpr CGRect kTile{{0, 0}, {100, 100}};
+
+ManagedWindow windowAt(const CGRect& frame) {
+    ManagedWindow window;
+    window.id = "mail";
+    window.frame = frame;
+    return window;
+}
+
+struct FrameKeeperTest : testing::Test {
+    FrameKeeper frames;
+    void refuse(const ManagedWindow& window, int times = FrameKeeper::kAttempts) {
+        for (int i = 0; i < times; ++i) {
+            ASSERT_EQ(frames.decide(window, kTile, Straying::noticeable, std::nullopt), askAgain);
+            frames.noteAttempt(window.id);
+        }
+    }
+};
+
+TEST_F(FrameKeeperTest, AWindowIsAskedOnlySoOftenForTheSame) {
+    const auto window = windowAt(makeRect(50, 0, 100, 100));
+    refuse(window, FrameKeeper::kAttempts - 1);
+    EXPECT_EQ(frames.refusal("mail"), nullptr);
+    EXPECT_TRUE(frames.isWaiting());
+    refuse(window, 1);
+    EXPECT_EQ(frames.decide(window, kTile, Straying::noticeable, std::nullopt), leave);
+    EXPECT_FALSE(frames.refusal("mail")->isAccepted);
+    EXPECT_EQ(frames.refusal("mail")->actual, *window.frame);
+    const CGRect otherTile = makeRect(200, 0, 100, 100);
+    EXPECT_EQ(frames.decide(window, otherTile, Straying::noticeable, std::nullopt), askAgain) << "it may want that";
+    refuse(windowAt(makeRect(60, 0, 100, 100)));
+    frames.forgetRefusal("mail");
+    EXPECT_EQ(frames.decide(window, kTile, Straying::noticeable, std::nullopt), askAgain);
+}
+
+TEST_F(FrameKeeperTest, WhatCountsAsStrayed) {
+    const struct {
+        const char* title;
+        double off;
+        Straying straying;
+        std::optional<CGRect> pending;
+        FrameKeeper::Decision expected;
+    } cases[] = {
+        {"a point or two are tolerated", 1.5, Straying::noticeable, {}, leave},
+        {"not when the user changed the tiles", 1.5, Straying::any, {}, askAgain},
+        {"a request that is being verified is left to that", 50, Straying::any, kTile, leave},
+        {"unless it was for another place", 50, Straying::any, makeRect(9, 9, 100, 100), ask},
+    };
+    for (const auto& each : cases) {
+        const auto window = windowAt(makeRect(each.off, 0, 100, 100));
+        EXPECT_EQ(frames.decide(window, kTile, each.straying, each.pending), each.expected) << each.title;
+    }
+}
+
+TEST_F(FrameKeeperTest, AWindowThatIsThereRefusesNothing) {
+    refuse(windowAt(makeRect(50, 0, 100, 100)));
+    EXPECT_EQ(frames.decide(windowAt(kTile), kTile, Straying::noticeable, std::nullopt), leave);
+    EXPECT_EQ(frames.refusal("mail"), nullptr);
+}
+
+TEST_F(FrameKeeperTest, OnAnotherDesktopARefusalIsKept) {
+    auto window = windowAt(makeRect(50, 0, 100, 100));
+    refuse(window);
+    window.isElsewhere = true;
+    frames.noteWithoutTarget(window);
+    EXPECT_TRUE(frames.refusal("mail"));
+    window.isElsewhere = false;
+    frames.noteWithoutTarget(window);
+    EXPECT_FALSE(frames.refusal("mail"));
+}
+
+TEST_F(FrameKeeperTest, APollWaitsForWhatItHasNotSeen) {
+    frames.accept("mail", kTile, makeRect(50, 0, 100, 100));
+    EXPECT_TRUE(frames.refusal("mail")->isAccepted);
+    EXPECT_FALSE(frames.isWaiting());
+    frames.noteAsked("mail");
+    EXPECT_TRUE(frames.isWaiting());
+    const auto yes = [](const std::string&) { return true; };
+    const auto no = [](const std::string&) { return false; };
+    frames.onPoll(yes, yes);
+    EXPECT_TRUE(frames.isWaiting()) << "its frame is still being verified";
+    frames.onPoll(yes, no);
+    EXPECT_FALSE(frames.isWaiting());
+    frames.onPoll(no, no);
+    EXPECT_FALSE(frames.refusal("mail")) << "the window is gone";
+}
+
+TEST_F(FrameKeeperTest, ASpanningWindowThatNeedsLessIsToldOnce) {
+    const std::map<std::string, std::string> anchors{{"mail", "D::a"}};
+    CGSize minimum{300, 100};
+    const auto minimumOf = [&](const std::string&) { return std::optional(minimum); };
+    EXPECT_TRUE(frames.takeShrunken(anchors, minimumOf).empty());
+    minimum.width = 200;
+    EXPECT_EQ(frames.takeShrunken(anchors, minimumOf), std::vector<std::string>{"mail"});
+    EXPECT_TRUE(frames.takeShrunken(anchors, minimumOf).empty());
+    EXPECT_TRUE(frames.takeShrunken({}, minimumOf).empty());
+}
+
+} // namespace

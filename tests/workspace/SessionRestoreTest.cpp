@@ -1,0 +1,74 @@
+#include "workspace/SessionRestore.h"
+
+#include "persistence/MemoryPreferencesStore.h"
+#include "platform/simulated/VirtualTime.h"
+
+#include <gtest/gtest.h>
+
+using namespace kova;
+
+namespace {
+
+ManagedWindow windowOf(const std::string& id, pid_t process, bool isVisible = true) {
+    ManagedWindow window;
+    window.id = id;
+    window.processIdentifier = process;
+    window.isVisible = isVisible;
+    return window;
+}
+
+struct SessionRestoreTest : testing::Test {
+    VirtualMainQueue queue;
+    MemoryPreferencesStore store;
+    SessionRestore restore{queue, store, [] { return std::optional<WorkspaceSession>(); }};
+
+    std::set<std::string> returned(const std::vector<ManagedWindow>& live, const std::set<std::string>& back,
+                                   Seconds now) {
+        return restore.takeReturned(
+            live, [](const auto&) { return true; },
+            [&](const ManagedWindow& window, const auto&) { return back.contains(window.id); }, now);
+    }
+};
+
+TEST_F(SessionRestoreTest, WhatWasKeptIsTakenUpOnce) {
+    WorkspaceSession session;
+    session.floatingWindowIDs = {"mail"};
+    SessionRestore former(queue, store, [&] { return std::optional(session); });
+    former.save();
+    SessionRestore next(queue, store, [&] { return std::optional(session); });
+    EXPECT_TRUE(next.isUnread());
+    EXPECT_EQ(next.takeKept()->floatingWindowIDs, session.floatingWindowIDs);
+    EXPECT_FALSE(next.isUnread() || next.takeKept());
+    EXPECT_EQ(restore.takeKept(), WorkspaceSession{}) << "nothing was kept";
+}
+
+TEST_F(SessionRestoreTest, AwaitedWindowsAreGivenUpInTime) {
+    restore.await({"mail", "notes"}, Seconds{0});
+    EXPECT_TRUE(restore.isWaiting());
+    EXPECT_EQ(restore.awaited({windowOf("mail", 1)}, Seconds{9}), std::set<std::string>{"notes"});
+    restore.rename("notes", "notes2");
+    EXPECT_EQ(restore.awaited({}, Seconds{9}), std::set<std::string>{"notes2"});
+    EXPECT_TRUE(restore.awaited({}, Seconds{10}).empty());
+    EXPECT_FALSE(restore.isWaiting());
+}
+
+TEST_F(SessionRestoreTest, AnApplicationLeavesAsAWhole) {
+    (void)restore.beginReturns(Seconds{0});
+    for (const auto* id : {"a1", "a2", "b"}) restore.expectReturn(id, makeRect(0, 0, 10, 10));
+    const std::vector live{windowOf("a1", 1), windowOf("a2", 1), windowOf("b", 2)};
+    EXPECT_EQ(returned(live, {"a1", "b"}, Seconds{1}), std::set<std::string>{"b"}) << "a2 is still on its way";
+    EXPECT_TRUE(restore.isReturning("a1") && !restore.isReturning("b"));
+    EXPECT_EQ(returned(live, {"a1"}, Seconds{3}), std::set<std::string>{"a1"}) << "a2 did not come in time";
+    EXPECT_FALSE(restore.hasReturns());
+}
+
+TEST_F(SessionRestoreTest, AProcessIsReadOnceWhileItIsOnRecord) {
+    int reads = 0;
+    const auto read = [&](pid_t) { return std::optional("start " + std::to_string(++reads)); };
+    EXPECT_EQ(restore.processStart(7, read), "start 1");
+    EXPECT_EQ(restore.processStart(7, read), "start 1");
+    restore.keepProcesses({});
+    EXPECT_EQ(restore.processStart(7, read), "start 2") << "the number may belong to another process by now";
+}
+
+} // namespace
