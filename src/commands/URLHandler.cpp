@@ -12,11 +12,14 @@ constexpr std::size_t kMostWithinASecond = 20;
 
 } // namespace
 
-URLHandler::Outcome URLHandler::handle(std::string_view url) {
-    if (isOneTooMany()) return Outcome::dropped;
+URLHandler::Answer URLHandler::handle(std::string_view url) {
+    if (isOneTooMany()) {
+        return {Verdict::dropped, "Too many URLs came within a second, this one was dropped"};
+    }
     const auto action = parseURLAction(url);
-    if (!action) return Outcome::notUnderstood;
-    return run(*action) ? Outcome::done : Outcome::refused;
+    if (!action) return {Verdict::notUnderstood, "This URL asks for nothing that KOVA does"};
+    const Outcome outcome = run(*action);
+    return {outcome ? Verdict::done : Verdict::refused, outcome.message().value_or("")};
 }
 
 bool URLHandler::isOneTooMany() {
@@ -38,13 +41,10 @@ bool URLHandler::isOneTooMany() {
     return true;
 }
 
-bool URLHandler::run(const URLAction& action) {
-    return std::visit(Overloaded{[&](const WorkspaceAction& known) { return workspace_.perform(known); },
-                                 [&](const OpenSceneNamed& scene) {
-                                     const auto id = workspace_.findScene(scene.name);
-                                     return id && workspace_.perform(action::ActivateScene{*id});
-                                 }},
-                      action);
+Outcome URLHandler::run(const URLAction& action) {
+    if (const auto* known = std::get_if<WorkspaceAction>(&action)) return workspace_.perform(*known);
+    const auto id = workspace_.findScene(std::get<OpenSceneNamed>(action).name);
+    return id ? workspace_.perform(action::ActivateScene{*id}) : Outcome::refused("There is no such scene");
 }
 
 } // namespace kova

@@ -4,8 +4,10 @@
 #include "commands/URLActions.h"
 #include "support/Lifetime.h"
 #include "support/MainQueue.h"
+#include "workspace/Outcome.h"
 
 #include <deque>
+#include <string>
 
 namespace kova {
 
@@ -17,14 +19,18 @@ class URLHandler {
     /// Both outlive the handler.
     URLHandler(WorkspaceController& workspace, MainQueue& queue) : workspace_(workspace), queue_(queue) {}
 
-    enum class Outcome { done, refused, notUnderstood, dropped };
+    enum class Verdict { done, refused, notUnderstood, dropped };
+    struct Answer {
+        Verdict verdict = Verdict::done;
+        std::string message; // of what was done, or why it was refused; empty when there is nothing to say
+    };
     /// Runs what the URL asks for, and says nothing about one that asks for nothing. More than 20 within a second are
     /// too many; what comes above that is dropped, which the log tells.
-    Outcome handle(std::string_view url);
+    Answer handle(std::string_view url);
 
   private:
     bool isOneTooMany();
-    bool run(const URLAction& action);
+    Outcome run(const URLAction& action);
 
     WorkspaceController& workspace_;
     MainQueue& queue_;

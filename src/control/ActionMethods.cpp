@@ -2,47 +2,10 @@
 
 #include "control/ControlRecords.h"
 #include "control/Refusal.h"
-#include "support/Overloaded.h"
-
-#include <utility>
 
 namespace kova {
 
-namespace {
-
 using nlohmann::json;
-
-/// Why an action that begins at a window, the focused one when none is named, did nothing.
-std::string silentReason(const WorkspaceController& controller, const std::optional<std::string>& windowID,
-                         std::string otherwise) {
-    return controller.whyNoStartingPoint(windowID).value_or(std::move(otherwise));
-}
-
-} // namespace
-
-std::string silentReason(const WorkspaceController& controller, const WorkspaceAction& action) {
-    return std::visit(
-        Overloaded{
-            [&](const action::Focus& focus) {
-                return silentReason(controller, focus.windowID, "The window there could not be focused");
-            },
-            [&](const action::Move& move) {
-                return silentReason(controller, move.windowID, "The window was not moved");
-            },
-            [](const action::ActivateScene&) { return std::string("There is no such scene"); },
-            [&](const action::CycleStack& cycle) {
-                if (cycle.targetID) return std::string("No other window waits in that tile");
-                return silentReason(controller, cycle.windowID, "No other window waits behind it in its tile");
-            },
-            [&](const action::ToggleFocusZoom& zoom) {
-                return std::string(controller.actingWindow(zoom.windowID) ? "The window lies on no display"
-                                                                          : "No managed window has the focus");
-            },
-            [](const action::Arrange&) { return std::string("There is nothing to arrange"); },
-            [](const action::Undo&) { return std::string("There is nothing to undo"); },
-        },
-        action);
-}
 
 json performed(const WorkspaceController& controller, const std::optional<std::string>& message) {
     return {{"message", message ? json(*message) : json(nullptr)},
@@ -51,27 +14,24 @@ json performed(const WorkspaceController& controller, const std::optional<std::s
 }
 
 ControlReply performAction(WorkspaceController& controller, const WorkspaceAction& action) {
-    const Listening listening(controller);
-    if (!controller.perform(action)) return listening.refusalOr(silentReason(controller, action));
-    return performed(controller, listening.heard());
+    const auto outcome = controller.perform(action);
+    if (!outcome) return failureOf(outcome);
+    return performed(controller, outcome.message());
 }
 
 ControlReply openURL(WorkspaceController& controller, URLHandler& urls, const JsonCursor& parameters) {
     const std::string url = parameters.required("url").string();
-    const Listening listening(controller);
-    switch (urls.handle(url)) {
-    case URLHandler::Outcome::done:
-        return performed(controller, listening.heard());
-    case URLHandler::Outcome::notUnderstood:
-        return refusal("This URL asks for nothing that KOVA does");
-    case URLHandler::Outcome::dropped:
-        return refusal("Too many URLs came within a second, this one was dropped");
-    case URLHandler::Outcome::refused:
+    const auto answer = urls.handle(url);
+    switch (answer.verdict) {
+    case URLHandler::Verdict::done:
+        return performed(controller, answer.message.empty() ? std::nullopt : std::optional(answer.message));
+    case URLHandler::Verdict::refused:
+        return refusal(controller, answer.message);
+    case URLHandler::Verdict::notUnderstood:
+    case URLHandler::Verdict::dropped:
         break;
     }
-    const auto asked = parseURLAction(url);
-    const auto* action = asked ? std::get_if<WorkspaceAction>(&*asked) : nullptr;
-    return listening.refusalOr(action ? silentReason(controller, *action) : "There is no such scene");
+    return refusal(answer.message);
 }
 
 WorkspaceDirection wantedDirection(const JsonCursor& parameters) {

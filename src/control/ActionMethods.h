@@ -8,9 +8,6 @@
 
 namespace kova {
 
-/// Why the action was not carried out, where the workspace kept silent.
-std::string silentReason(const WorkspaceController& controller, const WorkspaceAction& action);
-
 /// What every action answers.
 nlohmann::json performed(const WorkspaceController& controller, const std::optional<std::string>& message);
 

@@ -85,7 +85,6 @@ ControlReply launchIntoTile(WorkspaceController& controller, const JsonCursor& p
     if (!found) return found.error();
 
     const auto& application = *found;
-    const Listening listening(controller);
     const auto tell = [peer = std::weak_ptr(peer), application = brief(application), target](const LaunchResult& told) {
         const auto listener = peer.lock();
         if (!listener) return;
@@ -94,9 +93,8 @@ ControlReply launchIntoTile(WorkspaceController& controller, const JsonCursor& p
             "launched",
             {{"application", application}, {"tile", target}, {"process", process}, {"error", orNull(told.error)}})));
     };
-    if (!controller.launchApplication(application, tile->displayID, tile->slot.id, tell)) {
-        return listening.refusalOr("The application was not launched");
-    }
+    const auto outcome = controller.launchApplication(application, tile->displayID, tile->slot.id, tell);
+    if (!outcome) return failureOf(outcome);
     return json{{"application", brief(application)},
                 {"display", tile->displayID},
                 {"tile", {{"id", target}, {"name", tile->slot.name}}}};
@@ -107,14 +105,13 @@ ControlReply endApplication(WorkspaceController& controller, const JsonCursor& p
     const auto found = lookUpWindowOfApplication(controller, parameters.required("window").string());
     if (!found) return found.error();
     const auto& window = *found;
-    const Listening listening(controller);
-    const bool isRequested =
+    const auto outcome =
         ending == Ending::quit ? controller.quitApplication(window.id) : controller.forceQuitApplication(window.id);
-    if (!isRequested) return listening.refusalOr("The window is gone");
+    if (!outcome) return failureOf(outcome);
     return json{{"window", window.id},
                 {"application", window.applicationName},
                 {"process", window.processIdentifier},
-                {"message", orNull(listening.heard())}};
+                {"message", orNull(outcome.message())}};
 }
 
 ControlReply forgetApplication(WorkspaceController& controller, const JsonCursor& parameters) {
@@ -137,10 +134,9 @@ ControlReply forceQuitAll(WorkspaceController& controller, const JsonCursor& par
                     {"refused", json::array()}};
     }
     const auto chosen = confirmedAmong(candidates, *confirmed);
-    const Listening listening(controller);
     const auto outcome = controller.forceQuit(chosen);
     if (outcome.ended.empty()) {
-        auto failure = listening.refusalOr("No open applications were force quit");
+        auto failure = refusal(controller, "No open applications were force quit");
         for (const std::string& refusal : outcome.refusals) failure.message += "\n" + refusal;
         return failure;
     }

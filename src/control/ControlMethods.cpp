@@ -354,17 +354,17 @@ class ControlMethods::Table {
         const bool isDryRun = dryRun && dryRun->boolean();
         if (isDryRun) {
             if (auto failure = withoutPermission(controller)) return *failure;
-            return planned(controller.planArrangement(), isDryRun);
+            return planned(controller.planArrangement(), isDryRun, std::nullopt);
         }
-        const Listening listening(controller);
-        if (!controller.perform(action::Arrange{})) return listening.refusalOr("There is nothing to arrange");
-        return planned(controller.lastArrangement(), isDryRun);
+        const auto outcome = controller.perform(action::Arrange{});
+        if (!outcome) return failureOf(outcome);
+        return planned(controller.lastArrangement(), isDryRun, outcome.message());
     }
 
-    json planned(const ArrangementPlan& plan, bool isDryRun) const {
+    static json planned(const ArrangementPlan& plan, bool isDryRun, const std::optional<std::string>& message) {
         json result = controlRecord::plan(plan);
         result["dryRun"] = isDryRun;
-        result["message"] = isDryRun ? json(nullptr) : orNull(*context_.controller.state().lastActionMessage);
+        result["message"] = orNull(message);
         return result;
     }
 

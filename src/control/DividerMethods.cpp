@@ -18,10 +18,6 @@ using nlohmann::json;
 
 constexpr double kFarthest = 100'000; // points, more than any display has
 
-double placeOf(const LayoutDivider& divider) {
-    return divider.axis == LayoutAxis::horizontal ? minX(divider.frame) : minY(divider.frame);
-}
-
 struct WantedDivider {
     std::string displayID;
     std::string splitID;
@@ -72,21 +68,12 @@ ControlReply dragDivider(WorkspaceController& controller, const JsonCursor& para
     if (!wanted.among(known)) return unknown(wanted, known);
     if (auto failure = withoutPermission(controller)) return *failure;
 
-    const Listening listening(controller);
-    controller.closeFocusMode(); // as before every action; it may change what the neighbours need
-    const auto divider = wanted.among(controller.dividersOn(wanted.displayID));
-    if (!divider || !controller.beginDividerDrag(*divider)) {
-        return listening.refusalOr("Windows cannot be moved now");
-    }
-    controller.updateDividerDrag(*divider, points);
-    controller.endDividerDrag(*divider);
-    const auto after = wanted.among(controller.dividersOn(wanted.displayID));
-    const double moved = after ? placeOf(after->divider) - placeOf(divider->divider) : 0;
-    if (moved == 0 && std::abs(points) >= 1) return listening.refusalOr("The divider has no room to move that way");
+    const auto moved = controller.moveDivider(*wanted.among(known), points);
+    if (!moved.outcome) return failureOf(moved.outcome);
     return json{{"display", wanted.displayID},
                 {"split", wanted.splitID},
                 {"boundary", wanted.boundary},
-                {"points", controlRecord::number(moved)},
+                {"points", controlRecord::number(moved.points)},
                 {"canUndo", *controller.state().canUndo}};
 }
 

@@ -56,12 +56,10 @@ ControlReply DocumentTransfer::importDocument(const JsonCursor& parameters, cons
 }
 
 ControlReply DocumentTransfer::takeIn(const std::string& text) {
-    const Listening listening(controller_);
     const auto imported = controller_.importWorkspaceDocument(text);
     if (const auto* error = std::get_if<DecodingError>(&imported)) return importFailure(error->what());
     const auto& counts = std::get<WorkspaceImportCounts>(imported);
-    const auto said = listening.heard();
-    return json{{"scenes", counts.scenes}, {"rules", counts.rules}, {"message", said ? json(*said) : json(nullptr)}};
+    return json{{"scenes", counts.scenes}, {"rules", counts.rules}, {"message", counts.message}};
 }
 
 DocumentTransfer::Upload& DocumentTransfer::uploadOf(const std::shared_ptr<ControlPeer>& peer) {

@@ -98,35 +98,23 @@ ControlReply selectLayout(WorkspaceController& controller, const JsonCursor& par
         if (!found) return found.error();
         selection = DisplayLayoutSelection::layout(*found);
     }
-    const Listening listening(controller);
-    switch (controller.selectLayout(*display, selection)) {
-    case LayoutSelectionResult::done:
-        return inForce(controller, *display);
-    case LayoutSelectionResult::unknownDisplay:
-        return refusal("The display is no longer connected");
-    case LayoutSelectionResult::unknownLayout:
-        return refusal("The theme in use has no such layout");
-    case LayoutSelectionResult::refused:
-        break;
-    }
-    return listening.refusalOr("The layout was not selected");
+    const auto outcome = controller.selectLayout(*display, selection);
+    return outcome ? inForce(controller, *display) : ControlReply(failureOf(outcome));
 }
 
 ControlReply stepLayout(WorkspaceController& controller, LayoutStep step) {
     const auto display = controller.currentDisplayID();
-    const Listening listening(controller);
-    const bool isDone = step == LayoutStep::next ? controller.selectNextLayout() : controller.selectPreviousLayout();
-    if (!isDone || !display) return listening.refusalOr("The layout was not changed");
+    const auto outcome = step == LayoutStep::next ? controller.selectNextLayout() : controller.selectPreviousLayout();
+    if (!outcome) return failureOf(outcome);
+    if (!display) return refusal(controller, "The layout was not changed");
     return inForce(controller, *display);
 }
 
 ControlReply resetLayoutSizes(WorkspaceController& controller, const JsonCursor& parameters) {
     const auto display = wantedDisplay(controller, parameters);
     if (!display) return display.error();
-    const Listening listening(controller);
-    if (!controller.resetLayoutSizes(*display)) {
-        return listening.refusalOr("The layout's sizes were not reset");
-    }
+    const auto outcome = controller.resetLayoutSizes(*display);
+    if (!outcome) return failureOf(outcome);
     return inForce(controller, *display);
 }
 
@@ -150,8 +138,8 @@ ControlReply setTileInset(WorkspaceController& controller, const JsonCursor& par
     const JsonCursor given = parameters.required("points");
     const double points = given.number();
     if (!(points >= 0 && points <= kLargestTileInset)) given.fail("expected a number of points from 0 to 100");
-    const Listening listening(controller);
-    if (!controller.setTileInset(points)) return listening.refusalOr("The gap was not changed");
+    const auto outcome = controller.setTileInset(points);
+    if (!outcome) return failureOf(outcome);
     return json{{"points", points}};
 }
 

@@ -15,14 +15,14 @@ std::optional<ControlFailure> withoutPermission(const WorkspaceController& contr
     return ControlFailure{controlCode::noPermission, controller.permissionProblem(), nullptr};
 }
 
-std::optional<std::string> Listening::heard() const {
-    if (controller_.messagesShown() == before_) return std::nullopt;
-    return *controller_.state().lastActionMessage;
+ControlFailure refusal(const WorkspaceController& controller, std::string reason) {
+    if (auto failure = withoutPermission(controller)) return *std::move(failure);
+    return refusal(std::move(reason));
 }
 
-ControlFailure Listening::refusalOr(std::string reason) const {
-    if (auto failure = withoutPermission(controller_)) return *std::move(failure);
-    return refusal(heard().value_or(std::move(reason)));
+ControlFailure failureOf(const Outcome& outcome) {
+    const bool isPermission = outcome.code() == RefusalCode::noPermission;
+    return {isPermission ? controlCode::noPermission : controlCode::refused, outcome.message().value_or(""), nullptr};
 }
 
 } // namespace kova

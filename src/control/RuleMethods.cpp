@@ -110,22 +110,24 @@ ControlReply addRule(WorkspaceController& controller, const JsonCursor& paramete
     if (!found) return found.error();
     const auto& disposition = *found;
 
-    const Listening listening(controller);
+    std::optional<std::string> message;
     if (isForFocused) {
-        if (!controller.addRuleForFocusedWindow(disposition)) {
-            return listening.refusalOr("No focused application window found");
-        }
+        const auto outcome = controller.addRuleForFocusedWindow(disposition);
+        if (!outcome) return failureOf(outcome);
+        message = outcome.message();
         if (title) (void)controller.setRuleTitleContains(controller.state().rules->back().id, titleText);
     } else {
         WorkspaceRule rule;
         rule.disposition = disposition;
         rule.titleContains = titleText;
         if (auto failure = setApplication(rule, controller, application->string())) return *std::move(failure);
-        if (!controller.addRule(std::move(rule))) return refusal(listening.heard().value_or("The rule was not added"));
+        const auto outcome = controller.addRule(std::move(rule));
+        if (!outcome) return failureOf(outcome);
+        message = outcome.message();
     }
     return json{{"rule", record(controller, controller.state().rules->size() - 1)},
                 {"isOn", *controller.state().continuousManagementEnabled},
-                {"message", orNull(listening.heard())}};
+                {"message", orNull(message)}};
 }
 
 ControlReply changeRule(WorkspaceController& controller, const JsonCursor& parameters) {

@@ -61,10 +61,10 @@ ControlResult<WorkspaceScene> wantedScene(const WorkspaceController& controller,
 ControlReply captureScene(WorkspaceController& controller, const JsonCursor& parameters) {
     const auto named = parameters.optional("name");
     const std::optional<std::string> name = named ? std::optional(named->string()) : std::nullopt;
-    const Listening listening(controller);
-    if (!controller.captureScene(name)) return refusal(listening.heard().value_or("The scene was not captured"));
+    const auto outcome = controller.captureScene(name);
+    if (!outcome) return failureOf(outcome);
     const WorkspaceScene& scene = controller.state().scenes->back();
-    return json{{"scene", entry(scene, *controller.state().activeSceneID)}, {"message", orNull(listening.heard())}};
+    return json{{"scene", entry(scene, *controller.state().activeSceneID)}, {"message", orNull(outcome.message())}};
 }
 
 ControlReply listScenes(const WorkspaceController& controller) {
@@ -94,16 +94,14 @@ ControlReply openScene(WorkspaceController& controller, SceneListeners& listener
     const auto found = wantedScene(controller, parameters);
     if (!found) return found.error();
     const auto& scene = *found;
-    const Listening listening(controller);
-    if (!controller.perform(action::ActivateScene{scene.id})) {
-        return listening.refusalOr("The scene was not opened");
-    }
+    const auto outcome = controller.perform(action::ActivateScene{scene.id});
+    if (!outcome) return failureOf(outcome);
     const SceneReport report = **controller.state().sceneReport;
     if (isAwaited && report.state == SceneReport::State::waiting) listeners.add(report.opening, peer);
     return json{{"scene", brief(scene)},
                 {"awaited", controller.pendingSceneWindowPlacements().size()},
                 {"report", record(report)},
-                {"message", orNull(listening.heard())},
+                {"message", orNull(outcome.message())},
                 {"canUndo", *controller.state().canUndo}};
 }
 
@@ -112,22 +110,20 @@ ControlReply renameScene(WorkspaceController& controller, const JsonCursor& para
     const auto found = wantedScene(controller, parameters);
     if (!found) return found.error();
     const Uuid id = found->id;
-    const Listening listening(controller);
-    if (!controller.renameScene(id, newName)) {
-        return refusal(listening.heard().value_or("The scene was not renamed"));
-    }
+    const auto outcome = controller.renameScene(id, newName);
+    if (!outcome) return failureOf(outcome);
     const auto renamed = lookUpScene(controller, id.string());
     if (!renamed) return renamed.error();
-    return json{{"scene", brief(*renamed)}, {"message", orNull(listening.heard())}};
+    return json{{"scene", brief(*renamed)}, {"message", orNull(outcome.message())}};
 }
 
 ControlReply deleteScene(WorkspaceController& controller, const JsonCursor& parameters) {
     const auto found = wantedScene(controller, parameters);
     if (!found) return found.error();
     const auto& scene = *found;
-    const Listening listening(controller);
-    if (!controller.deleteScene(scene.id)) return refusal("The scene was not deleted");
-    return json{{"scene", brief(scene)}, {"message", orNull(listening.heard())}};
+    const auto outcome = controller.deleteScene(scene.id);
+    if (!outcome) return failureOf(outcome);
+    return json{{"scene", brief(scene)}, {"message", orNull(outcome.message())}};
 }
 
 ControlReply diffScene(const WorkspaceController& controller, const JsonCursor& parameters) {

@@ -57,10 +57,11 @@ ControlReply listMenu(const MenuServing* menu, const ShortcutTexts& textOf) {
 ControlReply chooseFromMenu(MenuServing* menu, const WorkspaceController& controller, const JsonCursor& parameters) {
     if (!menu) return refusal(kNoMenu);
     const std::string id = parameters.required("id").string();
-    const Listening listening(controller);
+    const auto messagesBefore = controller.messagesShown();
     if (!menu->choose(id)) return refusal("The menu has no such entry, or it is not enabled now");
-    const auto said = listening.heard();
-    return json{{"id", id}, {"message", said ? json(*said) : json(nullptr)}};
+    const auto& said = *controller.state().lastActionMessage;
+    const bool isNew = said && controller.messagesShown() != messagesBefore;
+    return json{{"id", id}, {"message", isNew ? json(*said) : json(nullptr)}};
 }
 
 ControlReply tellUserInterface(const UserInterfaceControl* interface) {

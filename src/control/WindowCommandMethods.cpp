@@ -40,8 +40,8 @@ ControlReply carriedOut(WorkspaceController& controller, const JsonCursor& param
     const auto planned = controller.planCommand(command);
     if (const auto* refused = std::get_if<WindowRefusal>(&planned)) return refusal(refused->reason);
     if (!isDryRun) {
-        const Listening listening(controller);
-        if (!controller.perform(command)) return listening.refusalOr("The window could not be focused");
+        const auto outcome = controller.perform(command);
+        if (!outcome) return failureOf(outcome);
     }
     return answer(controller, isDryRun, std::get<WindowPlan>(planned));
 }
@@ -197,7 +197,7 @@ ControlReply stepStack(WorkspaceController& controller, const JsonCursor& parame
     if (!isTrue(parameters, "dryRun")) return performAction(controller, cycle);
     if (auto failure = withoutPermission(controller)) return *failure;
     const auto next = controller.nextInStack(cycle);
-    if (!next) return refusal(silentReason(controller, cycle));
+    if (!next) return refusal(controller.whyNothingNext(cycle));
     json result = performed(controller, std::nullopt);
     result["message"] =
         controlRecord::briefWindow(controller, *next).at("application").get<std::string>() + " would come to the front";
@@ -242,8 +242,8 @@ ControlReply verifyPlacements(WorkspaceController& controller, const JsonCursor&
     const auto findings = controller.verifyPlacements();
     const bool repairs = isTrue(parameters, "repair");
     if (repairs) {
-        const Listening listening(controller);
-        if (!controller.repairPlacements()) return listening.refusalOr("Windows cannot be moved now");
+        const auto outcome = controller.repairPlacements();
+        if (!outcome) return failureOf(outcome);
     }
     bool isAsRequested = true;
     json windows = json::array();

@@ -85,17 +85,6 @@ const WorkspaceRule* excludingRule(const WorkspaceController& controller, const 
     return &rules[*decidingRule(rules, window)];
 }
 
-std::string whyLeftOut(const WorkspaceController& controller, const ManagedWindow& window) {
-    if (const auto* rule = excludingRule(controller, window)) {
-        return "An arrangement leaves it alone: the rule “" + rule->name + "” says " +
-               kova::describe(rule->disposition) + ".";
-    }
-    if (window.isFullScreen) return "An arrangement leaves it alone while it is in full screen.";
-    if (window.isElsewhere || (!window.isVisible && !window.isMinimized))
-        return "An arrangement leaves it alone while it is on another desktop.";
-    return "An arrangement leaves it alone.";
-}
-
 } // namespace
 
 std::vector<ExplainedDecision> explainLastArrangement(const WorkspaceController& controller) {
@@ -141,8 +130,10 @@ std::vector<std::string> explainWindow(const WorkspaceController& controller, co
     const auto then = decisionIn(controller.lastArrangement(), window.id);
     if (then) lines.push_back("The last arrangement decided: " + *then);
     const auto now = decisionIn(controller.planArrangement(), window.id);
+    const auto causes = controller.whyItStays(window);
+    lines.insert(lines.end(), causes.begin(), causes.end());
     if (!now) {
-        lines.push_back(whyLeftOut(controller, window));
+        if (causes.empty()) lines.push_back("An arrangement leaves it alone.");
     } else if (now != then) {
         lines.push_back("Arranging now would decide: " + *now);
     } else {

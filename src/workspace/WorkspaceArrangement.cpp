@@ -28,14 +28,13 @@ bool isAtItsMinimum(const ManagedWindow& window) {
 
 } // namespace
 
-bool WorkspaceController::arrange() {
-    if (!requireWindowAccess()) return false;
+Outcome WorkspaceController::arrange() {
+    if (const auto access = requireWindowAccess(); !access) return access;
     if (!hasWindowToArrange()) return refuse("There is no window to arrange");
     pushUndoSnapshot({"arrange", applicationsOn(std::nullopt)});
     const auto obstacle = whyWindowsStay(); // as far as the arrangements before this one have shown
     arrangeWindows();
-    showStatusMessage(obstacle.value_or("Windows arranged into zones — Undo is available"));
-    return true;
+    return done(obstacle.value_or("Windows arranged into zones — Undo is available"));
 }
 
 std::optional<std::string> WorkspaceController::whyWindowsStay() const {
@@ -138,7 +137,6 @@ ArrangementPlan WorkspaceController::planArrangement() const {
 void WorkspaceController::arrangeWindows() {
     if (*state_.permissionState != AccessibilityPermissionState::granted || state_.screens->empty()) return;
     const auto generation = arranger_.supersede();
-    closeFocusMode();
     tileMemory_.spaces().store(liveWindows_.all(), assignments_);
     arranger_.notePlan(planArrangement());
     const ArrangementPlan& plan = arranger_.lastPlan();
@@ -181,9 +179,10 @@ void WorkspaceController::carryOut(const ArrangementPlan& plan) {
     for (const auto& surplus : plan.surplus) {
         if (!surplus.window.isMinimized) minimizeWindow(surplus.window);
     }
+    const auto frames = framesOfTiledWindows();
     for (const auto& placement : plan.placements) {
         if (!placement.isDeferred) {
-            carryOutPlacement(placement);
+            presentPlacement(placement, frames);
         } else if (placement.isPrimary) {
             unhideApplicationOf(placement.window);
             windowService_->unminimize(placement.window);
@@ -192,7 +191,20 @@ void WorkspaceController::carryOut(const ArrangementPlan& plan) {
     }
 }
 
-void WorkspaceController::carryOutPlacement(const AutoArrangePlacement& placement) {
+/// The window has its place in the assignments already.
+void WorkspaceController::presentPlacement(const AutoArrangePlacement& placement,
+                                           const std::map<std::string, CGRect>& frames) {
+    const ManagedWindow* live = findLive(placement.window.id);
+    if (!live) return;
+    if (!placement.isPrimary) return presentDisplaced({live->id});
+    tileMemory_.succession().forget(live->id);
+    const auto frame = frames.find(live->id);
+    if (frame != frames.end()) writeFrame(*live, frame->second, BringToFront::no);
+    if (placement.claimedTargets.size() > 1) announceClaim(*live, {placement.claimedTargets});
+    retryMinimum(placement.window.id);
+}
+
+void WorkspaceController::carryOutDeferredPlacement(const AutoArrangePlacement& placement) {
     const ManagedWindow* live = findLive(placement.window.id);
     if (!live) return;
     if (placement.isPrimary) {
@@ -211,7 +223,7 @@ void WorkspaceController::carryOutDeferred(std::vector<AutoArrangePlacement> def
     for (const auto& placement : deferred) {
         // Meanwhile the user may have given its tile to another window, or have taken hold of it.
         const bool hasItsTile = assignments_.targetOf(placement.window.id) == placement.target.id();
-        if (hasItsTile && !pointer_.isHolding(placement.window.id)) carryOutPlacement(placement);
+        if (hasItsTile && !pointer_.isHolding(placement.window.id)) carryOutDeferredPlacement(placement);
     }
     publishAssignments();
     services_.accessibility.flush();

@@ -93,7 +93,7 @@ void WorkspaceController::recheckAccessibility() {
     refresh();
 }
 
-bool WorkspaceController::perform(const WorkspaceAction& action) {
+Outcome WorkspaceController::perform(const WorkspaceAction& action) {
     const bool keepsFocusMode =
         std::holds_alternative<action::ToggleFocusZoom>(action) || std::holds_alternative<action::Undo>(action);
     if (!keepsFocusMode) closeFocusMode();
@@ -117,14 +117,21 @@ void WorkspaceController::showStatusMessage(const std::string& text) {
     }));
 }
 
-bool WorkspaceController::refuse(const std::string& message) {
+Outcome WorkspaceController::done(const std::string& message) {
     showStatusMessage(message);
-    return false;
+    return Outcome::done(message);
 }
 
-bool WorkspaceController::requirePermission() {
-    if (*state_.permissionState == AccessibilityPermissionState::granted) return true;
-    return refuse(permissionProblem());
+Outcome WorkspaceController::refuse(const std::string& reason) {
+    showStatusMessage(reason);
+    return refuseSilently(reason);
+}
+
+/// Without the permission that is the reason, whatever else is in the way.
+Outcome WorkspaceController::refuseSilently(std::string reason) const {
+    const bool isGranted = *state_.permissionState == AccessibilityPermissionState::granted;
+    return isGranted ? Outcome::refused(std::move(reason))
+                     : Outcome::refused(permissionProblem(), RefusalCode::noPermission);
 }
 
 std::string WorkspaceController::permissionProblem() const {
@@ -132,15 +139,23 @@ std::string WorkspaceController::permissionProblem() const {
     return windowService_->stalePermission().value_or("Accessibility permission is required");
 }
 
-/// For the actions that move or raise windows: nobody sees them on a dark or locked screen.
-bool WorkspaceController::requireWindowAccess() {
-    return requirePermission() && requireVisibleScreen();
+/// For operations that move or raise windows, which nobody sees on a dark or locked screen.
+Outcome WorkspaceController::requireWindowAccess() {
+    const bool isGranted = *state_.permissionState == AccessibilityPermissionState::granted;
+    return isGranted ? requireVisibleScreen() : refuse(permissionProblem());
 }
 
-bool WorkspaceController::requireVisibleScreen() {
-    if (*state_.isPaused) return refuse("KOVA is paused; “kova resume” goes on");
-    if (recovery_.detectedLockedLoginSession) return refuse("The screen is locked");
-    return !refreshCycle_.isSuspended() || refuse("Suspended while the screen is asleep, locked or another user's");
+Outcome WorkspaceController::requireVisibleScreen() {
+    const auto reason = whyNothingIsSeen();
+    return reason ? refuse(*reason) : Outcome::done();
+}
+
+/// Why no window is moved now, the permission aside; absent when windows may be moved.
+std::optional<std::string> WorkspaceController::whyNothingIsSeen() const {
+    if (*state_.isPaused) return "KOVA is paused; “kova resume” goes on";
+    if (recovery_.detectedLockedLoginSession) return "The screen is locked";
+    if (refreshCycle_.isSuspended()) return "Suspended while the screen is asleep, locked or another user's";
+    return std::nullopt;
 }
 
 const ManagedWindow* WorkspaceController::windowOfDialog(const ManagedWindow& dialog) const {

@@ -16,6 +16,7 @@
 #include "workspace/FrameKeeper.h"
 #include "workspace/LeftAlone.h"
 #include "workspace/LiveWindows.h"
+#include "workspace/Outcome.h"
 #include "workspace/PointerInteraction.h"
 #include "workspace/RefreshCycle.h"
 #include "workspace/RuleMatching.h"
@@ -25,9 +26,11 @@
 #include "workspace/TileAssignments.h"
 #include "workspace/TileMemory.h"
 #include "workspace/TileRoom.h"
+#include "workspace/Transaction.h"
 #include "workspace/TransitionRecovery.h"
 #include "workspace/UndoHistory.h"
 #include "workspace/WindowCommand.h"
+#include "workspace/WindowStay.h"
 #include "workspace/WorkspaceAction.h"
 #include "workspace/WorkspaceRecords.h"
 #include "workspace/WorkspaceServices.h"
@@ -79,11 +82,10 @@ class WorkspaceController {
     /// What is said without the permission.
     std::string permissionProblem() const;
 
-    /// The one door for actions; false when the action was not carried out (the status message then says why, if there
-    /// is anything to say).
-    bool perform(const WorkspaceAction& action);
-    /// The same for a command on one window.
-    bool perform(const WindowCommand& command);
+    /// Operations give what became of them. What is said is shown as the status message as well, but for refusals that
+    /// a user sees anyway, such as an undo without anything to undo.
+    Outcome perform(const WorkspaceAction& action);
+    Outcome perform(const WindowCommand& command);
     /// What the command would do now, without doing it.
     std::variant<WindowPlan, WindowRefusal> planCommand(const WindowCommand& command) const;
     /// While paused, no window is moved, no rule acts and no other shortcut is heard.
@@ -114,14 +116,14 @@ class WorkspaceController {
     const LayoutDefinition* resolvedLayout(const std::string& displayID) const;
     /// The display of the focused window, else the one under the pointer, else the first; absent without displays.
     std::optional<std::string> currentDisplayID() const;
-    LayoutSelectionResult selectLayout(const std::string& displayID, const DisplayLayoutSelection& selection);
+    Outcome selectLayout(const std::string& displayID, const DisplayLayoutSelection& selection);
     /// Through the whole catalogue in its order, with wrap-around, on the current display.
-    bool selectNextLayout();
-    bool selectPreviousLayout();
+    Outcome selectNextLayout();
+    Outcome selectPreviousLayout();
     /// Drops the weights of every layout on the display; of the current display when none is named.
-    bool resetLayoutSizes(const std::optional<std::string>& displayID = std::nullopt);
+    Outcome resetLayoutSizes(const std::optional<std::string>& displayID = std::nullopt);
     /// Sets the gap on each side between tiles and windows, in points (0 to 100).
-    bool setTileInset(double points);
+    Outcome setTileInset(double points);
 
     /// The tiles of every display, in the platform's order and the layouts' order.
     std::vector<WorkspaceTile> tiles() const;
@@ -133,24 +135,22 @@ class WorkspaceController {
     const ManagedWindow* actingWindow(const std::optional<std::string>& windowID) const;
     /// The display that the window's tile, else most of the window, is on; absent when there is none.
     std::optional<std::string> displayIDOfWindow(const std::string& windowID) const;
-    /// The window that `cycleStack` would bring to the front; absent when no other waits.
+    /// The window that the action would bring to the front; absent when no other waits.
     std::optional<std::string> nextInStack(const action::CycleStack& cycle) const;
     /// The shown window of the display that had the keyboard last, else the first in its tiles; absent without any.
     std::optional<std::string> windowLastFocusedOn(const std::string& displayID) const;
     /// Compares the frames of all windows in front of tiles with what was requested.
     std::vector<PlacementFinding> verifyPlacements() const;
-    /// Requests the frames of those that drifted again. False when windows cannot be moved now.
-    bool repairPlacements();
+    /// Requests the frames of those that drifted again.
+    Outcome repairPlacements();
     enum class Focusing { no, yes };
     /// Puts a live window into a tile: displaces whoever fronts it, claims a span when the window does not fit, sets
     /// the frame. False when there is no such window or tile.
     bool placeWindow(const std::string& windowID, const std::string& targetID, Focusing focusing);
-    /// Moves the window (the focused one when none is named) into the neighboring tile.
-    bool moveWindow(WorkspaceDirection direction, const std::optional<std::string>& windowID = std::nullopt);
-    /// Focuses the window of the neighboring tile.
-    bool focusWindow(WorkspaceDirection direction, const std::optional<std::string>& fromWindowID = std::nullopt);
-    /// Brings the next or the previous window of a tile's stack to the front.
-    bool cycleStack(const action::CycleStack& cycle = {});
+    /// What keeps the window where it is, in sentences; empty when nothing does.
+    std::vector<std::string> whyItStays(const ManagedWindow& window) const;
+    /// Why `cycle` would bring no other window to the front.
+    std::string whyNothingNext(const action::CycleStack& cycle) const;
     /// Whether the next window of a stack comes forward when the one in front has left its tile; kept at once.
     void setBringsNextForward(bool bringsForward);
     /// Why no action can begin at the window, the focused one when none is named; absent when one can.
@@ -159,9 +159,9 @@ class WorkspaceController {
     // Launching and quitting
     /// Launches the application; the first of its windows that appears within 20 s, or is there without a tile, is put
     /// into the tile. Another launch into the tile replaces this one. `completion` is called once the launch has worked
-    /// or failed. False without permission.
-    bool launchApplication(const LaunchableApplication& application, const std::string& displayID,
-                           const std::string& slotID, LaunchCompletion completion = {});
+    /// or failed.
+    Outcome launchApplication(const LaunchableApplication& application, const std::string& displayID,
+                              const std::string& slotID, LaunchCompletion completion = {});
     /// What menus show, by name; and any installed application by its bundle identifier.
     std::vector<LaunchableApplication> launchableApplications() const;
     std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) const;
@@ -169,10 +169,10 @@ class WorkspaceController {
     const std::map<std::string, PendingApplicationPlacement>& pendingApplicationPlacements() const {
         return awaited_.launches();
     }
-    /// Asks the application that owns the window to quit. False when there is no such window, or it is the desktop's.
-    bool quitApplication(const std::string& windowID);
-    /// Ends it without asking it. False, with the reason as the status message, when nothing was signalled.
-    bool forceQuitApplication(const std::string& windowID);
+    /// Asks the application that owns the window to quit. Refused when there is no such window, or it is the desktop's.
+    Outcome quitApplication(const std::string& windowID);
+    /// Ends it without asking it. Refused when nothing was signaled.
+    Outcome forceQuitApplication(const std::string& windowID);
     /// Drops what was learned of an application, given by its name, its identifier or a part of them that no other
     /// application has: minimum sizes and the tiles in which it is usually kept. The names of the applications; empty
     /// when there is none such.
@@ -186,16 +186,16 @@ class WorkspaceController {
 
     // Scenes
     /// Saves the workspace as it is under the name, or under one that tells the time.
-    /// False, with a message, when the scenes would be too large to be read back.
-    bool captureScene(const std::optional<std::string>& name = std::nullopt);
+    /// Refused when the scenes would be too large to be read back.
+    Outcome captureScene(const std::optional<std::string>& name = std::nullopt);
     /// Restores layouts, look and windows; applications that are missing are launched, and their windows are placed as
-    /// they appear within 25 s. False when there is no such scene, or without permission.
-    bool activateScene(const Uuid& id);
+    /// they appear within 25 s.
+    Outcome activateScene(const Uuid& id);
     /// By its exact name, else the first of that name in another case.
     std::optional<Uuid> findScene(const std::string& name) const;
-    /// False when there is no such scene, or no name.
-    bool renameScene(const Uuid& id, const std::string& name);
-    bool deleteScene(const Uuid& id);
+    /// Refused when there is no such scene, or no name.
+    Outcome renameScene(const Uuid& id, const std::string& name);
+    Outcome deleteScene(const Uuid& id);
     /// Absent when there is no such scene; empty when opening it would change nothing.
     std::optional<std::vector<SceneDifference>> diffScene(const Uuid& id) const;
     const std::vector<PendingSceneWindowPlacement>& pendingSceneWindowPlacements() const {
@@ -219,10 +219,10 @@ class WorkspaceController {
 
     // Rules
     void setContinuousManagementEnabled(bool enabled);
-    /// For all windows of the focused window's application. False when no managed window is focused.
-    bool addRuleForFocusedWindow(const WorkspaceRuleDisposition& disposition);
-    /// An empty name is made from the application. False for a rule without any criterion.
-    bool addRule(WorkspaceRule rule);
+    /// For all windows of the focused window's application. Refused when no managed window is focused.
+    Outcome addRuleForFocusedWindow(const WorkspaceRuleDisposition& disposition);
+    /// An empty name is made from the application. Refused for a rule without any criterion.
+    Outcome addRule(WorkspaceRule rule);
     /// Edits of one rule; false when there is none with the id.
     bool setRuleEnabled(const Uuid& id, bool enabled);
     /// White space at both ends is dropped; an empty text takes the criterion away.
@@ -249,15 +249,21 @@ class WorkspaceController {
     std::vector<DisplayLayoutDivider> dividersOn(const std::string& displayID) const;
     /// The gap in which the divider lies, in screen space; absent when its display is gone.
     std::optional<CGRect> dividerFrameOnScreen(const DisplayLayoutDivider& divider) const;
-    /// False when the display is gone or shows another layout. Translations are in points from where the divider was at
-    /// the beginning: to the right, and downwards.
-    bool beginDividerDrag(const DisplayLayoutDivider& target);
+    /// Refused when the display is gone or shows another layout. Translations are in points from where the divider was
+    /// at the beginning: to the right, and downwards.
+    Outcome beginDividerDrag(const DisplayLayoutDivider& target);
     void updateDividerDrag(const DisplayLayoutDivider& target, double translationPoints);
     void endDividerDrag(const DisplayLayoutDivider& target);
     /// Puts the divider back where the drag began.
     void cancelDividerDrag();
+    struct MovedDivider {
+        Outcome outcome;
+        double points = 0; // how far it went
+    };
+    /// The whole of a drag at once; the divider is found by its display, split and boundary.
+    MovedDivider moveDivider(const DisplayLayoutDivider& target, double translationPoints);
     /// Drops the weights of the divider's split.
-    bool resetDivider(const DisplayLayoutDivider& target);
+    Outcome resetDivider(const DisplayLayoutDivider& target);
 
     // Windows moved by hand
     /// The button is down on a managed window, which may begin to move before anybody has heard that it does: until it
@@ -281,11 +287,9 @@ class WorkspaceController {
     void cancelWindowDrag();
 
     // Undo and focus mode
-    bool undoLastAction();
+    Outcome undoLastAction();
     /// Gives the focused window its whole display, or gives the display back.
-    bool toggleFocusMode(const std::optional<std::string>& windowID = std::nullopt);
-    /// Gives it back, but on a screen that nobody sees.
-    void closeFocusMode();
+    Outcome toggleFocusMode(const std::optional<std::string>& windowID = std::nullopt);
     const UndoHistory& undoHistory() const { return undo_; }
 
   private:
@@ -375,6 +379,7 @@ class WorkspaceController {
     void hideApplicationOf(const ManagedWindow& window);
     void unhideApplicationOf(const ManagedWindow& window);
     void bringBack(const ManagedWindow& window);
+    bool focus(const ManagedWindow& window);
     void requestPresentation(const std::string& windowID, WindowPresentation presentation);
     void minimumSizeObserved(const std::string& windowID, const CGRect& wanted, const CGRect& actual);
     void makeRoomFor(const ManagedWindow& window);
@@ -389,10 +394,12 @@ class WorkspaceController {
     void rememberMinimum(const ManagedWindow& window, std::optional<CGSize> minimum);
     CGRect restingFrame(const ManagedWindow& window, const CGRect& tileFrame) const;
     void publishAssignments();
+    void commit(const Transaction& changes);
+    void noteTilesMoved();
 
     // Commands for one window (WorkspaceWindowCommands.cpp)
     WindowCommandInput windowCommandInput() const;
-    bool carryOut(const WindowPlan& plan);
+    Outcome carryOut(const WindowPlan& plan);
     static const WindowStep* lastPlacement(const WindowPlan& plan);
     void placeByCommand(const ManagedWindow& window, const std::string& targetID,
                         AccessibilityWindowService::BringToFront bringToFront);
@@ -409,8 +416,8 @@ class WorkspaceController {
     void applicationLaunched(const std::string& tile, const std::string& identifier, const LaunchResult& result);
     void processPendingApplicationPlacements();
     const ManagedWindow* windowLaunchedFor(const PendingApplicationPlacement& placement) const;
-    bool endApplicationOf(const std::string& windowID, const std::string& message,
-                          const std::function<std::optional<std::string>(pid_t)>& end);
+    Outcome endApplicationOf(const std::string& windowID, const std::string& message,
+                             const std::function<std::optional<std::string>(pid_t)>& end);
 
     // Scenes (WorkspaceScenes.cpp, WorkspaceSceneRestoration.cpp) and the document (WorkspaceDocument.cpp)
     std::optional<WorkspaceScene> sceneWithID(const Uuid& id) const;
@@ -431,7 +438,7 @@ class WorkspaceController {
     void publishSceneReport(SceneReport::State state);
     WorkspaceProductDocument workspaceDocument() const;
     void saveWorkspaceDocument();
-    [[nodiscard]] bool changeDocument(WorkspaceProductDocument next);
+    [[nodiscard]] Outcome changeDocument(WorkspaceProductDocument next);
     std::optional<DecodingError> takeDocument(WorkspaceProductDocument next);
 
     // Rules (WorkspaceRules.cpp)
@@ -440,7 +447,7 @@ class WorkspaceController {
     std::optional<RuleTile> tileOfRule(const ManagedWindow& window) const;
     void noteHasItsPlace(const std::string& windowID);
     bool isExcludedByRules(const ManagedWindow& window) const;
-    bool appendRule(WorkspaceRule rule, const std::string& subject);
+    Outcome appendRule(WorkspaceRule rule, const std::string& subject);
     template <class Edit>
     bool editRule(const Uuid& id, Edit edit);
 
@@ -469,14 +476,15 @@ class WorkspaceController {
     void giveBackSpans();
 
     // Arrangement (WorkspaceArrangement.cpp)
-    bool arrange();
+    Outcome arrange();
     bool hasWindowToArrange() const;
     ArrangementInput arrangementInput(const std::vector<ManagedWindow>& windows,
                                       const TileAssignments& assignments) const;
     std::optional<ArrangementCandidate> candidateFor(const ManagedWindow& window,
                                                      const TileAssignments& assignments) const;
     void carryOut(const ArrangementPlan& plan);
-    void carryOutPlacement(const AutoArrangePlacement& placement);
+    void presentPlacement(const AutoArrangePlacement& placement, const std::map<std::string, CGRect>& frames);
+    void carryOutDeferredPlacement(const AutoArrangePlacement& placement);
     void carryOutDeferred(std::vector<AutoArrangePlacement> deferred, std::int64_t generation);
     void learnFrom(const ArrangementPlan& plan);
     void learnPlacementByUser(const ManagedWindow& window, const std::string& targetID);
@@ -496,7 +504,7 @@ class WorkspaceController {
     /// The same of every window that fronts a tile, by window id.
     std::map<std::string, CGRect> framesOfTiledWindows() const;
     std::map<std::string, CGRect> framesOfTiledWindows(const Screen& screen) const;
-    bool cycleLayout(int step);
+    Outcome cycleLayout(int step);
     void noteTileGeometry();
     void layoutChanged(const std::string& displayID);
     void setProfile(WorkspaceProfile profile);
@@ -512,16 +520,19 @@ class WorkspaceController {
     /// The live windows as they will be once the snapshot is restored.
     std::vector<ManagedWindow> windowsAsIn(const WorkspaceUndoSnapshot& snapshot) const;
     void restoreActiveScene(const std::optional<Uuid>& id);
+    void closeFocusMode();
     bool leaveFocusMode();
-    bool enterFocusMode(const std::optional<std::string>& windowID);
+    Outcome enterFocusMode(const std::optional<std::string>& windowID);
     std::optional<StartingPoint> zoomStartingPoint(const std::optional<std::string>& windowID) const;
     /// A zoomed window's, in window-service space; absent when the display is gone.
     std::optional<CGRect> zoomFrame(const std::string& displayID) const;
 
     // Navigation (WorkspaceNavigation.cpp)
+    Outcome moveWindow(WorkspaceDirection direction, const std::optional<std::string>& windowID);
+    Outcome focusWindow(WorkspaceDirection direction, const std::optional<std::string>& fromWindowID);
+    Outcome cycleStack(const action::CycleStack& cycle);
     std::optional<std::string> focusedWindowID() const;
     std::optional<StartingPoint> startingPoint(const std::optional<std::string>& windowID) const;
-    std::optional<StartingPoint> requireStartingPoint(const std::optional<std::string>& windowID);
     struct StackTurn {
         std::string targetID;
         std::vector<std::string> order; // as it is to be, front first
@@ -533,10 +544,12 @@ class WorkspaceController {
 
     ManagedWindow* findLive(const std::string& windowID) { return liveWindows_.find(windowID); }
     const ManagedWindow* findLive(const std::string& windowID) const { return liveWindows_.find(windowID); }
-    bool requirePermission();
-    bool requireWindowAccess();
-    bool requireVisibleScreen();
-    bool refuse(const std::string& message);
+    Outcome requireWindowAccess();
+    Outcome requireVisibleScreen();
+    std::optional<std::string> whyNothingIsSeen() const;
+    Outcome done(const std::string& message);
+    Outcome refuse(const std::string& reason);
+    Outcome refuseSilently(std::string reason) const;
 
     /// Every object that knows windows or displays by their ids, or that waits for time to pass.
     template <class Self>

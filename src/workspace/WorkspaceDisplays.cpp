@@ -45,7 +45,7 @@ void WorkspaceController::screensChanged() {
     // The zoomed window's frame was that of the display before; what is restored must be in sight on those of now.
     if (isRunning() && !keepsFocusMode) closeFocusMode();
     noteDisplaysThatCameAndWent(idsOf(before));
-    state_.layoutRevision.set(*state_.layoutRevision + 1);
+    noteTilesMoved();
     giveUpUnreachablePlacements();
     frames_.reflow().forgetAllPushes();
     displays_.beginSettling();
@@ -104,9 +104,7 @@ void WorkspaceController::displayHasNewID(const std::string& formerID, const std
 void WorkspaceController::settleOnDisplays() {
     migrateChangedDisplays();
     presentRegained();
-    claimRoomWhereNeeded();
-    reapplyTileFrames();
-    services_.accessibility.flush();
+    commit({.claimant = ""});
 }
 
 /// Who is in front again of a tile that it had lost comes back to the screen; who waits again leaves it.
@@ -187,10 +185,7 @@ void WorkspaceController::placeHomelessWindows() {
         displays_.noteHeldBackByZoom(!displays_.absentDisplays().empty());
         keepBesideFocusMode(fronts, waiting);
     }
-    if (fronts.empty() && waiting.empty()) return;
-    publishAssignments();
-    reapplyTileFrames();
-    services_.accessibility.flush();
+    if (!fronts.empty() || !waiting.empty()) commit({});
 }
 
 /// What no tile was free for, and what floated on a display that is gone, may lie where no display shows it.

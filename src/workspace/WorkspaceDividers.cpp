@@ -2,6 +2,7 @@
 #include "workspace/WorkspaceController.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace kova {
 
@@ -37,18 +38,20 @@ std::optional<CGRect> WorkspaceController::dividerFrameOnScreen(const DisplayLay
     return kova::tileFrameOnScreen(divider.divider.frame, screen->visibleFrame);
 }
 
-bool WorkspaceController::beginDividerDrag(const DisplayLayoutDivider& target) {
-    if (!requireVisibleScreen() || !mayMoveWindows()) return false;
+Outcome WorkspaceController::beginDividerDrag(const DisplayLayoutDivider& target) {
+    if (const auto seen = requireVisibleScreen(); !seen) return seen;
+    if (!mayMoveWindows()) return refuseSilently("Windows cannot be moved now");
     closeFocusMode();
     const Screen* screen = screenOf(target.displayID);
-    if (!screen || layouts_.resolve(*screen, *state_.profile, catalogue()).id != target.layoutID) return false;
+    if (!screen || layouts_.resolve(*screen, *state_.profile, catalogue()).id != target.layoutID)
+        return refuseSilently("Windows cannot be moved now");
     abandonDrags();
     layouts_.invalidate(target.displayID);
     // A handle was drawn with the minimum sizes of that time; the weights must honor those of now.
     const auto now = dividersOn(target.displayID);
     const auto current =
         std::ranges::find_if(now, [&](const DisplayLayoutDivider& divider) { return isSameDivider(divider, target); });
-    if (current == now.end()) return false;
+    if (current == now.end()) return refuseSilently("Windows cannot be moved now");
     std::map<std::string, CGRect> frames;
     for (const auto& [targetID, windowID] : assignments_.assignedWindowIDs) {
         const ManagedWindow* window = findLive(windowID);
@@ -56,7 +59,7 @@ bool WorkspaceController::beginDividerDrag(const DisplayLayoutDivider& target) {
     }
     pointer_.beginDividerDrag(*current, state_.profile->weights(target.displayID, target.layoutID),
                               captureUndoSnapshot(), std::move(frames));
-    return true;
+    return Outcome::done();
 }
 
 void WorkspaceController::updateDividerDrag(const DisplayLayoutDivider& target, double translationPoints) {
@@ -72,7 +75,7 @@ void WorkspaceController::applyDividerDrag() {
     layouts_.invalidate(drag.target.displayID);
     writeInteractiveFrames(drag.target.displayID);
     services_.accessibility.flush();
-    state_.layoutRevision.set(*state_.layoutRevision + 1); // the windows first, then who draws around them
+    noteTilesMoved(); // the windows first, then who draws around them
 }
 
 void WorkspaceController::writeInteractiveFrames(const std::string& id) {
@@ -100,7 +103,6 @@ void WorkspaceController::endDividerDrag(const DisplayLayoutDivider& target) {
         pushUndoSnapshot({"drag divider", applicationsOn(id)}, std::move(ended->before));
         storeWeights(id, drag.target.layoutID, drag.overrides);
     }
-    frames_.reflow().forgetAllPushes();
     layoutChanged(id);
     verifyFrames(id, ended->frames);
     pointer_.resumePollsAfter(kResumeDelay);
@@ -114,16 +116,44 @@ void WorkspaceController::cancelDividerDrag() {
     endDividerDrag(target);
 }
 
-bool WorkspaceController::resetDivider(const DisplayLayoutDivider& target) {
-    if (!requireVisibleScreen()) return false;
+/// Leaving focus mode may change what the neighbors need, so the divider is where it is found after that.
+WorkspaceController::MovedDivider WorkspaceController::moveDivider(const DisplayLayoutDivider& target,
+                                                                   double translationPoints) {
+    closeFocusMode();
+    const auto find = [&] {
+        const auto all = dividersOn(target.displayID);
+        const auto found = std::ranges::find_if(all, [&](const DisplayLayoutDivider& each) {
+            return each.divider.splitID == target.divider.splitID &&
+                   each.divider.boundaryIndex == target.divider.boundaryIndex;
+        });
+        return found == all.end() ? std::nullopt : std::optional(*found);
+    };
+    const auto placeOf = [](const LayoutDivider& divider) {
+        return divider.axis == LayoutAxis::horizontal ? minX(divider.frame) : minY(divider.frame);
+    };
+    const auto divider = find();
+    if (!divider) return {refuseSilently("Windows cannot be moved now")};
+    if (auto begun = beginDividerDrag(*divider); !begun) return {std::move(begun)};
+    updateDividerDrag(*divider, translationPoints);
+    endDividerDrag(*divider);
+    const auto after = find();
+    const double moved = after ? placeOf(after->divider) - placeOf(divider->divider) : 0;
+    if (moved == 0 && std::abs(translationPoints) >= 1) {
+        return {refuseSilently("The divider has no room to move that way")};
+    }
+    return {Outcome::done(), moved};
+}
+
+Outcome WorkspaceController::resetDivider(const DisplayLayoutDivider& target) {
+    if (const auto seen = requireVisibleScreen(); !seen) return seen;
     closeFocusMode();
     LayoutWeightOverrides weights = state_.profile->weights(target.displayID, target.layoutID);
-    if (!screenOf(target.displayID) || weights.splits.erase(target.divider.splitID) == 0) return false;
+    if (!screenOf(target.displayID) || weights.splits.erase(target.divider.splitID) == 0)
+        return refuseSilently("The divider is where its layout puts it");
     pushUndoSnapshot({"reset divider", applicationsOn(target.displayID)});
     storeWeights(target.displayID, target.layoutID, std::move(weights));
-    frames_.reflow().forgetAllPushes();
     layoutChanged(target.displayID);
-    return true;
+    return Outcome::done();
 }
 
 void WorkspaceController::storeWeights(const std::string& id, const std::string& layoutID,
@@ -166,8 +196,7 @@ void WorkspaceController::endDrags() {
     if (!pointer_.isDragging()) return;
     abandonDrags();
     layouts_.invalidateAll();
-    state_.layoutRevision.set(*state_.layoutRevision + 1);
-    reapplyTileFrames();
+    commit({.hasMovedTiles = true});
 }
 
 void WorkspaceController::presentationResumed() {

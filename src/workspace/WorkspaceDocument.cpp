@@ -49,9 +49,12 @@ std::optional<DecodingError> WorkspaceController::takeDocument(WorkspaceProductD
     return std::nullopt;
 }
 
-bool WorkspaceController::changeDocument(WorkspaceProductDocument next) {
+Outcome WorkspaceController::changeDocument(WorkspaceProductDocument next) {
     const auto reason = takeDocument(std::move(next));
-    return !reason || refuse(std::string("Not changed, because it could not be stored: ") + reason->what());
+    if (!reason) return Outcome::done();
+    const auto sentence = std::string("Not changed, because it could not be stored: ") + reason->what();
+    showStatusMessage(sentence);
+    return Outcome::refused(sentence);
 }
 
 Decoded<std::string> WorkspaceController::exportWorkspaceDocument() const {
@@ -62,7 +65,7 @@ Decoded<WorkspaceImportCounts> WorkspaceController::importWorkspaceDocument(std:
     auto decoded = decodeExportedDocument(data);
     if (const auto* error = std::get_if<DecodingError>(&decoded)) return *error;
     auto& imported = std::get<WorkspaceProductDocument>(decoded);
-    const WorkspaceImportCounts counts{imported.scenes.size(), imported.rules.size()};
+    WorkspaceImportCounts counts{imported.scenes.size(), imported.rules.size(), {}};
     WorkspaceProductDocument next{.version = 1,
                                   .scenes = joined(*state_.scenes, std::move(imported.scenes)),
                                   .rules = joined(*state_.rules, std::move(imported.rules)),
@@ -70,8 +73,9 @@ Decoded<WorkspaceImportCounts> WorkspaceController::importWorkspaceDocument(std:
     if (const auto reason = takeDocument(std::move(next))) {
         return DecodingError("", std::string("scenes and rules together could not be stored: ") + reason->what());
     }
-    showStatusMessage("Imported " + std::to_string(counts.scenes) + " scenes and " + std::to_string(counts.rules) +
-                      " rules");
+    counts.message =
+        "Imported " + std::to_string(counts.scenes) + " scenes and " + std::to_string(counts.rules) + " rules";
+    showStatusMessage(counts.message);
     return counts;
 }
 

@@ -14,9 +14,9 @@ WorkspaceController::launchableApplication(const std::string& bundleIdentifier) 
     return services_.applications.launchableApplication(bundleIdentifier);
 }
 
-bool WorkspaceController::launchApplication(const LaunchableApplication& application, const std::string& displayID,
-                                            const std::string& slotID, LaunchCompletion completion) {
-    if (!requireWindowAccess()) return false;
+Outcome WorkspaceController::launchApplication(const LaunchableApplication& application, const std::string& displayID,
+                                               const std::string& slotID, LaunchCompletion completion) {
+    if (const auto access = requireWindowAccess(); !access) return access;
     const std::string tile = tileTargetID(displayID, slotID);
     awaited_.awaitLaunch(application, displayID, slotID, services_.queue.uptime());
     services_.applications.launch(
@@ -27,7 +27,7 @@ bool WorkspaceController::launchApplication(const LaunchableApplication& applica
             if (completion) completion(result);
         }));
     refreshCycle_.wake(); // until its window is placed or has failed to appear
-    return true;
+    return Outcome::done();
 }
 
 /// For scenes, which launch no application whose window may still come by itself.

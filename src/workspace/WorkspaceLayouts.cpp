@@ -183,12 +183,11 @@ void WorkspaceController::setProfile(WorkspaceProfile profile) {
 /// Tiles of the display have moved: everything that shows or holds them follows.
 void WorkspaceController::layoutChanged(const std::string& id) {
     layouts_.invalidate(id);
-    state_.layoutRevision.set(*state_.layoutRevision + 1);
+    frames_.reflow().forgetAllPushes();
     (void)arranger_.supersede(); // what an arrangement still had to do was meant for the tiles as they were
-    if (mayMoveWindows()) claimRoomWhereNeeded();
-    publishAssignments();
-    reapplyTileFrames(Straying::any);
-    services_.accessibility.flush();
+    commit({.hasMovedTiles = true,
+            .claimant = mayMoveWindows() ? std::optional<std::string>("") : std::nullopt,
+            .straying = Straying::any});
 }
 
 /// Tiles can move without any layout being chosen: with the minimum sizes of the windows in them.
@@ -200,22 +199,20 @@ void WorkspaceController::noteTileGeometry() {
         const std::string& layoutID = layouts_.resolve(screen, *state_.profile, catalogue()).id;
         hasMoved = displays_.noteShown(id, layoutID, solved) || hasMoved;
     }
-    if (hasMoved) state_.layoutRevision.set(*state_.layoutRevision + 1);
+    if (hasMoved) noteTilesMoved();
 }
 
-LayoutSelectionResult WorkspaceController::selectLayout(const std::string& id,
-                                                        const DisplayLayoutSelection& selection) {
+Outcome WorkspaceController::selectLayout(const std::string& id, const DisplayLayoutSelection& selection) {
     const Screen* found = screenOf(id);
-    if (!found) return LayoutSelectionResult::unknownDisplay;
+    if (!found) return Outcome::refused("The display is no longer connected");
     if (selection.layoutID && !findLayout(catalogue(), *selection.layoutID))
-        return LayoutSelectionResult::unknownLayout;
+        return Outcome::refused("The theme in use has no such layout");
     const Screen screen = *found;
     const auto current = state_.profile->layoutSelectionsByDisplay.find(id);
     if (current != state_.profile->layoutSelectionsByDisplay.end() && current->second == selection) {
-        showStatusMessage(resolvedLayout(id)->name + " on " + screen.localizedName);
-        return LayoutSelectionResult::done;
+        return done(resolvedLayout(id)->name + " on " + screen.localizedName);
     }
-    if (!requireVisibleScreen()) return LayoutSelectionResult::refused;
+    if (const auto seen = requireVisibleScreen(); !seen) return seen;
     const std::string choice =
         selection.layoutID ? "layout " + findLayout(catalogue(), *selection.layoutID)->name : "automatic layout";
     pushUndoSnapshot({choice, applicationsOn(id)});
@@ -234,13 +231,11 @@ LayoutSelectionResult WorkspaceController::selectLayout(const std::string& id,
     assignments_ = std::move(migration.assignments);
     displays_.noteRegained(migration.regainedWindowIDs, migration.displacedWindowIDs);
     presentRegained();
-    frames_.reflow().forgetAllPushes();
     layoutChanged(id);
-    showStatusMessage(layoutName + " on " + screen.localizedName);
-    return LayoutSelectionResult::done;
+    return done(layoutName + " on " + screen.localizedName);
 }
 
-bool WorkspaceController::cycleLayout(int step) {
+Outcome WorkspaceController::cycleLayout(int step) {
     const auto id = currentDisplayID();
     if (!id) return refuse("No display is connected");
     const auto& all = catalogue();
@@ -248,51 +243,45 @@ bool WorkspaceController::cycleLayout(int step) {
     const auto at = std::find_if(all.begin(), all.end(), [&](const auto& layout) { return layout.id == current; });
     const auto count = static_cast<int>(all.size());
     const int index = (static_cast<int>(at - all.begin()) + step + count) % count;
-    return selectLayout(*id, DisplayLayoutSelection::layout(all[static_cast<std::size_t>(index)].id)) ==
-           LayoutSelectionResult::done;
+    return selectLayout(*id, DisplayLayoutSelection::layout(all[static_cast<std::size_t>(index)].id));
 }
 
-bool WorkspaceController::selectNextLayout() {
+Outcome WorkspaceController::selectNextLayout() {
     return cycleLayout(1);
 }
 
-bool WorkspaceController::selectPreviousLayout() {
+Outcome WorkspaceController::selectPreviousLayout() {
     return cycleLayout(-1);
 }
 
-bool WorkspaceController::resetLayoutSizes(const std::optional<std::string>& wanted) {
+Outcome WorkspaceController::resetLayoutSizes(const std::optional<std::string>& wanted) {
     const auto id = wanted ? wanted : currentDisplayID();
     const Screen* screen = id ? screenOf(*id) : nullptr;
     if (!screen) return refuse("No display is connected");
     const std::string name = screen->localizedName;
-    if (!requireVisibleScreen()) return false;
+    if (const auto seen = requireVisibleScreen(); !seen) return seen;
     if (state_.profile->layoutWeightsByDisplay.contains(*id)) {
         pushUndoSnapshot({"reset layout sizes", applicationsOn(id)});
         WorkspaceProfile profile = *state_.profile;
         profile.layoutWeightsByDisplay.erase(*id);
         setProfile(std::move(profile));
-        frames_.reflow().forgetAllPushes();
         layoutChanged(*id);
     }
-    showStatusMessage("Layout sizes reset on " + name);
-    return true;
+    return done("Layout sizes reset on " + name);
 }
 
-bool WorkspaceController::setTileInset(double points) {
-    if (!(points >= 0 && points <= kLargestTileInset)) return false;
-    if (points == state_.profile->tileInset) return true;
-    if (!requireVisibleScreen()) return false;
+Outcome WorkspaceController::setTileInset(double points) {
+    if (!(points >= 0 && points <= kLargestTileInset)) return refuseSilently("The gap was not changed");
+    if (points == state_.profile->tileInset) return Outcome::done();
+    if (const auto seen = requireVisibleScreen(); !seen) return seen;
     pushUndoSnapshot({"tile inset", applicationsOn(std::nullopt)});
     frames_.reflow().forgetAllPushes();
     WorkspaceProfile profile = *state_.profile;
     profile.tileInset = points;
     setProfile(std::move(profile));
     layouts_.invalidateAll();
-    state_.layoutRevision.set(*state_.layoutRevision + 1);
-    claimRoomWhereNeeded();
-    reapplyTileFrames(Straying::any);
-    services_.accessibility.flush();
-    return true;
+    commit({.hasMovedTiles = true, .claimant = "", .straying = Straying::any});
+    return Outcome::done();
 }
 
 } // namespace kova

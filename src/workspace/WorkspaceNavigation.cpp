@@ -40,14 +40,6 @@ std::optional<std::string> WorkspaceController::whyNoStartingPoint(const std::op
     return window->applicationName + " is in no tile. Put it into one with “kova tile” or “kova place”";
 }
 
-/// The same as `startingPoint`; a refusal says what is missing.
-std::optional<WorkspaceController::StartingPoint>
-WorkspaceController::requireStartingPoint(const std::optional<std::string>& windowID) {
-    auto start = startingPoint(windowID);
-    if (!start) (void)refuse(*whyNoStartingPoint(windowID));
-    return start;
-}
-
 std::optional<std::string> WorkspaceController::neighbourOf(const StartingPoint& start, WorkspaceDirection direction,
                                                             TilesConsidered considered) const {
     std::map<std::string, CGRect> frames;
@@ -61,30 +53,31 @@ std::optional<std::string> WorkspaceController::neighbourOf(const StartingPoint&
     return neighbourTarget(kDirectionalSourceKey, direction, frames);
 }
 
-bool WorkspaceController::focusWindow(WorkspaceDirection direction, const std::optional<std::string>& fromWindowID) {
-    closeFocusMode();
-    if (!requireWindowAccess()) return false;
-    const auto start = requireStartingPoint(fromWindowID);
-    if (!start) return false;
+/// Shows the window and gives it the keyboard.
+bool WorkspaceController::focus(const ManagedWindow& window) {
+    const std::string id = window.id;
+    const bool isFocused = windowService_->restoreAndFocus(window);
+    if (isFocused) requestPresentation(id, WindowPresentation::shown);
+    services_.accessibility.flush();
+    return isFocused;
+}
+
+Outcome WorkspaceController::focusWindow(WorkspaceDirection direction, const std::optional<std::string>& fromWindowID) {
+    if (const auto access = requireWindowAccess(); !access) return access;
+    const auto start = startingPoint(fromWindowID);
+    if (!start) return refuse(*whyNoStartingPoint(fromWindowID));
     const auto target = neighbourOf(*start, direction, TilesConsidered::occupied);
     const auto front = target ? assignments_.assignedWindowIDs.find(*target) : assignments_.assignedWindowIDs.end();
     const ManagedWindow* window = front == assignments_.assignedWindowIDs.end() ? nullptr : findLive(front->second);
     if (!window) return refuse("No occupied zone " + std::string(describe(direction)) + " of the focused window");
     const std::string name = window->applicationName;
-    const std::string windowID = window->id;
-    const bool focused = windowService_->restoreAndFocus(*window);
-    if (focused) requestPresentation(windowID, WindowPresentation::shown);
-    services_.accessibility.flush();
-    if (!focused) return false;
-    showStatusMessage("Focused " + name);
-    return true;
+    return focus(*window) ? done("Focused " + name) : refuseSilently("The window there could not be focused");
 }
 
-bool WorkspaceController::moveWindow(WorkspaceDirection direction, const std::optional<std::string>& windowID) {
-    closeFocusMode();
-    if (!requireWindowAccess()) return false;
-    const auto start = requireStartingPoint(windowID);
-    if (!start) return false;
+Outcome WorkspaceController::moveWindow(WorkspaceDirection direction, const std::optional<std::string>& windowID) {
+    if (const auto access = requireWindowAccess(); !access) return access;
+    const auto start = startingPoint(windowID);
+    if (!start) return refuse(*whyNoStartingPoint(windowID));
     const std::string word(describe(direction));
     const auto target = neighbourOf(*start, direction, TilesConsidered::all);
     if (!target) return refuse("No zone " + word + " of the focused window");
@@ -92,8 +85,7 @@ bool WorkspaceController::moveWindow(WorkspaceDirection direction, const std::op
     noteMovedByUser(start->window.id);
     placeWindow(start->window.id, *target, Focusing::yes);
     learnPlacementByUser(start->window, *target);
-    showStatusMessage("Moved " + start->window.applicationName + " to the " + word + " zone");
-    return true;
+    return done("Moved " + start->window.applicationName + " to the " + word + " zone");
 }
 
 /// Un-hiding an application brings all its windows: those that wait in a stack go on waiting, minimised.
@@ -137,18 +129,19 @@ std::optional<std::string> WorkspaceController::nextInStack(const action::CycleS
     return turn ? std::optional(turn->order.front()) : std::nullopt;
 }
 
-bool WorkspaceController::cycleStack(const action::CycleStack& cycle) {
-    closeFocusMode();
-    if (!requireWindowAccess()) return false;
+std::string WorkspaceController::whyNothingNext(const action::CycleStack& cycle) const {
+    if (cycle.targetID) return "No other window waits in that tile";
+    return whyNoStartingPoint(cycle.windowID).value_or("No other window waits behind it in its tile");
+}
+
+Outcome WorkspaceController::cycleStack(const action::CycleStack& cycle) {
+    if (const auto access = requireWindowAccess(); !access) return access;
     auto turn = stackTurn(cycle);
-    if (!turn) {
-        if (cycle.targetID) return refuse("No other window waits in that tile");
-        return requireStartingPoint(cycle.windowID) && refuse("No other window waits behind it in its tile");
-    }
+    if (!turn) return refuse(whyNothingNext(cycle));
     const auto& target = turn->targetID;
     auto& order = turn->order;
     const ManagedWindow* next = findLive(order.front());
-    if (!next) return false;
+    if (!next) return refuseSilently(whyNothingNext(cycle));
     const ManagedWindow window = *next;
     pushUndoSnapshot({"cycle stack", {window.applicationName}});
     bringBack(window);
@@ -161,8 +154,7 @@ bool WorkspaceController::cycleStack(const action::CycleStack& cycle) {
     }
     assignments_.stackWindowIDsByTarget[target] = std::move(order);
     publishAssignments();
-    showStatusMessage(window.applicationName + " is now active");
-    return true;
+    return done(window.applicationName + " is now active");
 }
 
 } // namespace kova

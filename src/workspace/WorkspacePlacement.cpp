@@ -30,6 +30,20 @@ void WorkspaceController::publishAssignments() {
     noteTileGeometry();
 }
 
+/// Who draws around tiles, or holds their dividers, looks at them again.
+void WorkspaceController::noteTilesMoved() {
+    state_.layoutRevision.set(*state_.layoutRevision + 1);
+}
+
+void WorkspaceController::commit(const Transaction& changes) {
+    if (changes.hasMovedTiles) noteTilesMoved();
+    if (changes.claimant) claimRoomWhereNeeded(*changes.claimant);
+    if (changes.before) bringNextForward(*changes.before);
+    publishAssignments();
+    reapplyTileFrames(changes.straying);
+    services_.accessibility.flush();
+}
+
 CGSize WorkspaceController::minimumSizeOf(const ManagedWindow& window, WindowSizes::Purpose purpose) const {
     return frames_.sizes().minimumOf(window, minimumOfApplication(window), purpose);
 }
@@ -255,10 +269,7 @@ bool WorkspaceController::placeWindow(const std::string& windowID, const std::st
     if (!covering) return false;
     const TileAssignments before = assignments_;
     place(window, *covering, focusing == Focusing::yes ? BringToFront::yes : BringToFront::no);
-    bringNextForward(before);
-    publishAssignments();
-    reapplyTileFrames();
-    services_.accessibility.flush();
+    commit({.before = before});
     return true;
 }
 

@@ -8,14 +8,14 @@
 
 namespace kova {
 
-bool WorkspaceController::quitApplication(const std::string& windowID) {
+Outcome WorkspaceController::quitApplication(const std::string& windowID) {
     return endApplicationOf(windowID, "Quit requested for ", [this](pid_t process) -> std::optional<std::string> {
         (void)services_.applications.terminate(process);
         return std::nullopt;
     });
 }
 
-bool WorkspaceController::forceQuitApplication(const std::string& windowID) {
+Outcome WorkspaceController::forceQuitApplication(const std::string& windowID) {
     const ManagedWindow* window = findLive(windowID);
     if (window && !services_.applications.runningApplication(window->processIdentifier))
         return refuse(notForceQuitMessage(window->applicationName, "it does not run any more"));
@@ -24,10 +24,10 @@ bool WorkspaceController::forceQuitApplication(const std::string& windowID) {
 }
 
 /// An application that is asked and refuses stays, and its windows stay managed.
-bool WorkspaceController::endApplicationOf(const std::string& windowID, const std::string& message,
-                                           const std::function<std::optional<std::string>(pid_t)>& end) {
+Outcome WorkspaceController::endApplicationOf(const std::string& windowID, const std::string& message,
+                                              const std::function<std::optional<std::string>(pid_t)>& end) {
     const ManagedWindow* live = findLive(windowID);
-    if (!live) return false;
+    if (!live) return refuseSilently("The window is gone");
     const ManagedWindow window = *live;
     const auto running = services_.applications.runningApplication(window.processIdentifier);
     if (running && isKeptOpen(*running))
@@ -37,9 +37,8 @@ bool WorkspaceController::endApplicationOf(const std::string& windowID, const st
         if (const auto reason = end(window.processIdentifier))
             return refuse(notForceQuitMessage(window.applicationName, *reason));
     }
-    showStatusMessage(message + window.applicationName);
     refresh();
-    return true;
+    return done(message + window.applicationName);
 }
 
 std::vector<RunningApplication> WorkspaceController::regularApplicationsToForceQuit() const {

@@ -25,6 +25,7 @@ struct WorkspaceTile {
 struct WorkspaceImportCounts {
     std::size_t scenes = 0;
     std::size_t rules = 0;
+    std::string message; // what is said about it
 };
 
 enum class PlacementVerdict {
@@ -42,7 +43,5 @@ struct PlacementFinding {
     std::optional<CGRect> actualFrame; // absent when it cannot be read
     PlacementVerdict verdict = PlacementVerdict::asRequested;
 };
-
-enum class LayoutSelectionResult { done, unknownDisplay, unknownLayout, refused };
 
 } // namespace kova

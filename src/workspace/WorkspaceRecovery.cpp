@@ -44,7 +44,7 @@ void WorkspaceController::beginTransitionRecovery() {
     displays_.beginSettling();
     recovery_.begin(services_.queue.uptime());
     layouts_.invalidateAll();
-    state_.layoutRevision.set(*state_.layoutRevision + 1);
+    noteTilesMoved();
 }
 
 /// True while the session is locked: then nothing is moved, minimised or forgotten.

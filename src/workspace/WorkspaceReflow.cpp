@@ -71,10 +71,7 @@ void WorkspaceController::rememberMinimum(const ManagedWindow& window, std::opti
 /// The tiles are solved again with what was learnt; where that is not enough the window claims a span.
 void WorkspaceController::makeRoomFor(const ManagedWindow& window) {
     if (!assignments_.isAssigned(window.id) || pointer_.isPausingPolls()) return; // then a later poll does it
-    state_.layoutRevision.set(*state_.layoutRevision + 1);
-    claimRoomWhereNeeded(window.id);
-    reapplyTileFrames();
-    services_.accessibility.flush();
+    commit({.hasMovedTiles = true, .claimant = window.id});
 }
 
 /// Windows that their tiles are too small for claim spans, `first` before all others. Ends, as every claim takes tiles
@@ -245,7 +242,7 @@ std::vector<std::string> WorkspaceController::forgetApplication(const std::strin
     arranger_.setLearning(std::make_shared<const AutoArrangeLearningModel>(std::move(learning)));
     publishMinimums();
     frames_.reflow().forgetAllPushes();
-    state_.layoutRevision.set(*state_.layoutRevision + 1);
+    noteTilesMoved();
     if (mayMoveWindows()) refresh(); // the poll gives back spans and puts everything into its tile
     return forgotten;
 }

@@ -144,6 +144,7 @@ void WorkspaceController::scheduleAutomaticArrangement(bool justGranted) {
     services_.queue.after(kAutomaticArrangementDelay, lifetime_.guard([this, generation = arranger_.newest()] {
         if (!arranger_.isNewest(generation)) return; // the user has arranged meanwhile, or undone that
         if (mayMoveWindows()) {
+            closeFocusMode();
             arrangeWindows();
         } else if (isAway()) {
             arranger_.returnStartUpTurn(); // a lock may be noticed late: it is due when the user is back

@@ -70,8 +70,7 @@ void WorkspaceController::carryOutRules(const std::vector<std::pair<std::string,
         writeFrame(*findLive(windowID), *frame, AccessibilityWindowService::BringToFront::no);
         if (covering.targets.size() > 1) announceClaim(*findLive(windowID), covering);
     }
-    publishAssignments();
-    reapplyTileFrames();
+    commit({});
 }
 
 std::optional<RuleTile> WorkspaceController::tileOfRule(const ManagedWindow& window) const {
@@ -92,7 +91,7 @@ bool WorkspaceController::isExcludedByRules(const ManagedWindow& window) const {
     return *state_.continuousManagementEnabled && isExcluded(*state_.rules, window);
 }
 
-bool WorkspaceController::addRuleForFocusedWindow(const WorkspaceRuleDisposition& disposition) {
+Outcome WorkspaceController::addRuleForFocusedWindow(const WorkspaceRuleDisposition& disposition) {
     const auto focused = focusedWindowID();
     const ManagedWindow* window = focused ? findLive(*focused) : nullptr;
     if (!window) return refuse("No focused application window found");
@@ -104,11 +103,13 @@ bool WorkspaceController::addRuleForFocusedWindow(const WorkspaceRuleDisposition
     return appendRule(std::move(rule), window->applicationName);
 }
 
-bool WorkspaceController::addRule(WorkspaceRule rule) {
+Outcome WorkspaceController::addRule(WorkspaceRule rule) {
     rule.titleContains = trimmed(rule.titleContains.value_or(""));
     if (rule.titleContains->empty()) rule.titleContains.reset();
     if (!rule.bundleIdentifier && !rule.applicationName && !rule.titleContains) {
-        return refuse("A rule needs an application or a part of a title");
+        const std::string reason = "A rule needs an application or a part of a title";
+        showStatusMessage(reason);
+        return Outcome::refused(reason);
     }
     const std::string subject =
         rule.applicationName.value_or(rule.bundleIdentifier.value_or(rule.titleContains.value_or("")));
@@ -117,13 +118,12 @@ bool WorkspaceController::addRule(WorkspaceRule rule) {
 }
 
 /// The newest has the lowest precedence.
-bool WorkspaceController::appendRule(WorkspaceRule rule, const std::string& subject) {
+Outcome WorkspaceController::appendRule(WorkspaceRule rule, const std::string& subject) {
     const std::string message = "Rule added for " + subject;
     auto document = workspaceDocument();
     document.rules.push_back(std::move(rule));
-    if (!changeDocument(std::move(document))) return false;
-    showStatusMessage(message);
-    return true;
+    const auto changed = changeDocument(std::move(document));
+    return changed ? done(message) : changed;
 }
 
 template <class Edit>

@@ -27,9 +27,10 @@ std::vector<ManagedWindow> WorkspaceController::windowsHere() const {
     return here;
 }
 
-bool WorkspaceController::activateScene(const Uuid& id) {
+Outcome WorkspaceController::activateScene(const Uuid& id) {
     const auto found = sceneWithID(id);
-    if (!found || !requireWindowAccess()) return false;
+    if (!found) return refuseSilently("There is no such scene");
+    if (const auto access = requireWindowAccess(); !access) return access;
     const WorkspaceScene& scene = *found;
     std::vector<std::string> applications;
     std::set<std::string> named;
@@ -52,13 +53,9 @@ bool WorkspaceController::activateScene(const Uuid& id) {
     state_.activeSceneID.set(scene.id);
     saveWorkspaceDocument();
     publishSceneReport(pendingCount == 0 ? SceneReport::State::finished : SceneReport::State::waiting);
-    if (pendingCount == 0) {
-        showStatusMessage("Scene " + quotedName(scene.name) + " restored");
-    } else {
-        showStatusMessage("Restoring Scene " + quotedName(scene.name) + " — waiting for " + std::to_string(pendingCount) +
-                          " app window" + (pendingCount == 1 ? "" : "s"));
-    }
-    return true;
+    if (pendingCount == 0) return done("Scene " + quotedName(scene.name) + " restored");
+    return done("Restoring Scene " + quotedName(scene.name) + " — waiting for " + std::to_string(pendingCount) +
+                " app window" + (pendingCount == 1 ? "" : "s"));
 }
 
 /// Theme, accent colour, inset, layouts and their weights. A layout that is not to be had leaves its display as it is.
@@ -81,7 +78,7 @@ void WorkspaceController::applyLook(const WorkspaceScene& scene) {
     frames_.reflow().forgetAllPushes();
     (void)arranger_.supersede(); // what an arrangement still had to do was meant for the tiles as they were
     layouts_.invalidateAll();
-    state_.layoutRevision.set(*state_.layoutRevision + 1);
+    noteTilesMoved();
 }
 
 /// Gives the number of windows that are still to come.
@@ -192,9 +189,7 @@ void WorkspaceController::carryOutRestored(const std::vector<RestoredPlacement>&
         if (window.isMinimized || windowService_->isApplicationHidden(window.processIdentifier)) bringBack(window);
     }
     presentDisplaced(waiting);
-    claimRoomWhereNeeded();
-    publishAssignments();
-    reapplyTileFrames(Straying::any);
+    commit({.claimant = "", .straying = Straying::any});
     std::vector<std::string> placedFronts;
     for (const auto& placement : placements) {
         if (fronts.contains(placement.windowID)) placedFronts.push_back(placement.windowID);

@@ -62,7 +62,7 @@ std::vector<WorkspaceSceneDisplay> WorkspaceController::capturedDisplays() const
     return displays;
 }
 
-bool WorkspaceController::captureScene(const std::optional<std::string>& name) {
+Outcome WorkspaceController::captureScene(const std::optional<std::string>& name) {
     const Date now = std::chrono::floor<std::chrono::microseconds>(services_.queue.now());
     WorkspaceScene scene;
     scene.name = trimmed(name.value_or(""));
@@ -79,34 +79,34 @@ bool WorkspaceController::captureScene(const std::optional<std::string>& name) {
     auto document = workspaceDocument();
     document.activeSceneID = scene.id;
     document.scenes.push_back(std::move(scene));
-    if (!changeDocument(std::move(document))) return false;
-    showStatusMessage(message);
-    return true;
+    const auto changed = changeDocument(std::move(document));
+    return changed ? done(message) : changed;
 }
 
-bool WorkspaceController::renameScene(const Uuid& id, const std::string& name) {
+Outcome WorkspaceController::renameScene(const Uuid& id, const std::string& name) {
     const std::string newName = trimmed(name);
     auto document = workspaceDocument();
     const auto scene = std::ranges::find(document.scenes, id, &WorkspaceScene::id);
-    if (scene == document.scenes.end()) return false;
-    if (newName.empty()) return refuse("A scene needs a name");
+    if (scene == document.scenes.end()) return Outcome::refused("The scene was not renamed");
+    if (newName.empty()) {
+        showStatusMessage("A scene needs a name");
+        return Outcome::refused("A scene needs a name");
+    }
     const std::string message = "Scene " + quotedName(scene->name) + " renamed to " + quotedName(newName);
     scene->name = newName;
     scene->updatedAt = std::chrono::floor<std::chrono::microseconds>(services_.queue.now());
-    if (!changeDocument(std::move(document))) return false;
-    showStatusMessage(message);
-    return true;
+    const auto changed = changeDocument(std::move(document));
+    return changed ? done(message) : changed;
 }
 
-bool WorkspaceController::deleteScene(const Uuid& id) {
+Outcome WorkspaceController::deleteScene(const Uuid& id) {
     const auto scene = sceneWithID(id);
-    if (!scene) return false;
+    if (!scene) return Outcome::refused("The scene was not deleted");
     auto document = workspaceDocument();
     std::erase_if(document.scenes, [&](const auto& each) { return each.id == id; });
     if (document.activeSceneID == id) document.activeSceneID.reset();
-    if (!changeDocument(std::move(document))) return false;
-    showStatusMessage("Scene " + quotedName(scene->name) + " deleted");
-    return true;
+    const auto changed = changeDocument(std::move(document));
+    return changed ? done("Scene " + quotedName(scene->name) + " deleted") : changed;
 }
 
 std::optional<std::vector<SceneDifference>> WorkspaceController::diffScene(const Uuid& id) const {

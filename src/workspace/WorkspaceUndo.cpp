@@ -66,8 +66,9 @@ std::vector<std::string> WorkspaceController::applicationsOn(const std::optional
     return names;
 }
 
-bool WorkspaceController::undoLastAction() {
-    if (undo_.isEmpty() || !requireWindowAccess()) return false;
+Outcome WorkspaceController::undoLastAction() {
+    if (undo_.isEmpty()) return refuseSilently("There is nothing to undo");
+    if (const auto access = requireWindowAccess(); !access) return access;
     endDrags();
     const auto entry = undo_.takeNewest();
     // What happened beside the zoomed window is known to the snapshot of focus mode alone.
@@ -84,13 +85,9 @@ bool WorkspaceController::undoLastAction() {
     noteTileGeometry();
     migrateChangedDisplays(); // some may have had another size then
     if (!displays_.isSettling()) placeHomelessWindows();
-    if (assignments_.assignedWindowIDs != snapshot.tiles.assignedWindowIDs) {
-        reapplyTileFrames();
-        services_.accessibility.flush();
-    }
+    if (assignments_.assignedWindowIDs != snapshot.tiles.assignedWindowIDs) commit({});
     state_.canUndo.set(!undo_.isEmpty());
-    showStatusMessage("Last window action undone");
-    return true;
+    return done("Last window action undone");
 }
 
 void WorkspaceController::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot) {
@@ -118,7 +115,7 @@ void WorkspaceController::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snaps
     tileMemory_.homes() = snapshot.layoutHomes;
     if (snapshot.learning) arranger_.setLearning(snapshot.learning);
     layouts_.invalidateAll();
-    state_.layoutRevision.set(*state_.layoutRevision + 1);
+    noteTilesMoved();
     for (ManagedWindow& window : liveWindows_) restoreWindow(window, snapshot);
     hideAsIn(snapshot); // last, so that a window minimized beside its hidden application does not count as hidden
     services_.accessibility.flush();
@@ -192,12 +189,11 @@ void WorkspaceController::restoreActiveScene(const std::optional<Uuid>& id) {
     saveWorkspaceDocument();
 }
 
-bool WorkspaceController::toggleFocusMode(const std::optional<std::string>& windowID) {
+Outcome WorkspaceController::toggleFocusMode(const std::optional<std::string>& windowID) {
     if (!focusMode_.isOn()) return enterFocusMode(windowID);
-    if (!requireWindowAccess()) return false;
+    if (const auto access = requireWindowAccess(); !access) return access;
     leaveFocusMode();
-    showStatusMessage("Focus Mode closed — workspace restored");
-    return true;
+    return done("Focus Mode closed — workspace restored");
 }
 
 /// Any focused window can be zoomed: one without a tile counts as being in the tile under its middle, or the nearest.
@@ -234,15 +230,16 @@ std::optional<CGRect> WorkspaceController::zoomFrame(const std::string& id) cons
     return flipped(insetBy(cell, state_.profile->tileInset), firstScreenMaxY());
 }
 
-bool WorkspaceController::enterFocusMode(const std::optional<std::string>& windowID) {
-    if (!requireWindowAccess()) return false; // first, as without it no window is known to be the focused one
+Outcome WorkspaceController::enterFocusMode(const std::optional<std::string>& windowID) {
+    // First, as without it no window is known to be the focused one.
+    if (const auto access = requireWindowAccess(); !access) return access;
     const auto start = zoomStartingPoint(windowID);
     if (!start) {
         const bool isThere = actingWindow(windowID) != nullptr;
         return refuse(isThere ? "The window lies on no display" : *whyNoStartingPoint(windowID));
     }
     const Screen* screen = screenOf(start->displayID);
-    if (!screen) return false;
+    if (!screen) return refuseSilently("The window lies on no display");
     if (layouts_.resolve(*screen, *state_.profile, catalogue()).slots.size() < 2) {
         return refuse("This display already uses a single-pane layout");
     }
@@ -253,11 +250,10 @@ bool WorkspaceController::enterFocusMode(const std::optional<std::string>& windo
     auto history = undo_.entries();
     pushUndoSnapshot({"focus mode", {start->window.applicationName}}, snapshot);
     focusMode_.enter({start->displayID, start->targetID, start->window.id}, {std::move(snapshot), std::move(history)});
-    state_.layoutRevision.set(*state_.layoutRevision + 1);
+    noteTilesMoved();
     writeFrame(start->window, frame, AccessibilityWindowService::BringToFront::yes);
     services_.accessibility.flush();
-    showStatusMessage("Focus Mode — " + start->window.applicationName + " owns this display");
-    return true;
+    return done("Focus Mode — " + start->window.applicationName + " owns this display");
 }
 
 bool WorkspaceController::leaveFocusMode() {

@@ -37,19 +37,17 @@ std::variant<WindowPlan, WindowRefusal> WorkspaceController::planCommand(const W
     return planWindowCommand(command, windowCommandInput());
 }
 
-bool WorkspaceController::perform(const WindowCommand& command) {
+Outcome WorkspaceController::perform(const WindowCommand& command) {
     closeFocusMode();
-    if (!requireWindowAccess()) return false;
+    if (const auto access = requireWindowAccess(); !access) return access;
     const auto planned = planCommand(command);
     if (const auto* refusal = std::get_if<WindowRefusal>(&planned)) return refuse(refusal->reason);
     const auto& plan = std::get<WindowPlan>(planned);
-    const bool isDone = carryOut(plan);
-    services_.accessibility.flush();
-    if (isDone) showStatusMessage(plan.message);
-    return isDone;
+    const auto carriedOut = carryOut(plan);
+    return carriedOut ? done(plan.message) : carriedOut;
 }
 
-bool WorkspaceController::carryOut(const WindowPlan& plan) {
+Outcome WorkspaceController::carryOut(const WindowPlan& plan) {
     if (!plan.action.empty()) {
         std::vector<std::string> applications;
         for (const auto& step : plan.steps) {
@@ -79,19 +77,16 @@ bool WorkspaceController::carryOut(const WindowPlan& plan) {
         case WindowStep::Kind::wait: // placing the other one sees to it
             break;
         case WindowStep::Kind::focus:
-            if (!windowService_->restoreAndFocus(window)) return false;
-            requestPresentation(window.id, WindowPresentation::shown);
+            if (!focus(window)) return refuseSilently("The window could not be focused");
             break;
         case WindowStep::Kind::floating:
             floatByCommand(window);
             break;
         }
     }
-    if (plan.steps.empty() || plan.action.empty()) return true;
-    bringNextForward(before);
-    publishAssignments();
-    reapplyTileFrames();
-    return true;
+    if (plan.steps.empty() || plan.action.empty()) return Outcome::done();
+    commit({.before = before});
+    return Outcome::done();
 }
 
 const WindowStep* WorkspaceController::lastPlacement(const WindowPlan& plan) {
@@ -171,6 +166,36 @@ void WorkspaceController::setPaused(bool paused) {
 
 // Requested against actual frames
 
+/// Every cause at once; `explain` prints them.
+std::vector<std::string> WorkspaceController::whyItStays(const ManagedWindow& window) const {
+    WindowSituation situation;
+    const auto isGranted = *state_.permissionState == AccessibilityPermissionState::granted;
+    if (!isGranted)
+        situation.obstacle = permissionProblem();
+    else
+        situation.obstacle = whyNothingIsSeen();
+    situation.isDragUnderWay = pointer_.isPausingPolls();
+    situation.hasTile = assignments_.isAssigned(window.id);
+    situation.leftAlone = whyLeftAlone(window);
+    situation.refusal = frames_.refusal(window.id);
+    situation.attempts = FrameKeeper::kAttempts;
+    situation.isPlacementPending = windowService_->pendingFrame(window.id).has_value();
+    situation.isFloating = state_.floatingWindowIDs->contains(window.id);
+    if (isExcludedByRules(window)) {
+        const WorkspaceRule& rule = (*state_.rules)[*decidingRule(*state_.rules, window)];
+        situation.rule = "“" + rule.name + "” says " + kova::describe(rule.disposition);
+    }
+    situation.isDisplayAwaited = isAwaitedHome(window.id);
+    const bool isInTile = assignments_.isInAnyTile(window.id);
+    situation.isAwaitedByLaunch = !isInTile && std::ranges::any_of(awaited_.launches(), [&](const auto& entry) {
+        return entry.second.isAwaiting(window);
+    });
+    situation.isAwaitedByScene = !isInTile && std::ranges::any_of(awaited_.scene().pending, [&](const auto& pending) {
+        return pending.window.bundleIdentifier && pending.window.bundleIdentifier == window.bundleIdentifier;
+    });
+    return kova::whyItStays(situation);
+}
+
 std::vector<PlacementFinding> WorkspaceController::verifyPlacements() const {
     constexpr double kTolerancePoints = 2;
     std::vector<PlacementFinding> findings;
@@ -192,9 +217,9 @@ std::vector<PlacementFinding> WorkspaceController::verifyPlacements() const {
     return findings;
 }
 
-bool WorkspaceController::repairPlacements() {
+Outcome WorkspaceController::repairPlacements() {
     closeFocusMode();
-    if (!requireWindowAccess()) return false;
+    if (const auto access = requireWindowAccess(); !access) return access;
     for (const auto& finding : verifyPlacements()) {
         const ManagedWindow* window = findLive(finding.windowID);
         if (!window || finding.verdict != PlacementVerdict::drifted) continue;
@@ -202,7 +227,7 @@ bool WorkspaceController::repairPlacements() {
         writeFrame(ManagedWindow(*window), finding.requestedFrame, BringToFront::no);
     }
     services_.accessibility.flush();
-    return true;
+    return Outcome::done();
 }
 
 } // namespace kova

@@ -61,8 +61,7 @@ void WorkspaceController::letGoOfWindow() {
     // Where the hand has put it, it has refused nothing yet.
     if (!held->frame || !nearlyEqual(*held->frame, *now, kSameFramePoints)) frames_.forgetRefusal(held->windowID);
     if (pointer_.isPausingPolls()) return; // its end looks after all windows
-    reapplyTileFrames();
-    services_.accessibility.flush();
+    commit({});
 }
 
 bool WorkspaceController::beginWindowDrag(const std::string& windowID, const CGRect& frameBefore) {
@@ -106,9 +105,7 @@ void WorkspaceController::endWindowDrag(CGPoint pointer, HandMovement movement, 
             resizeTileLike(ManagedWindow(*window), frameBefore, std::move(drag->before));
         }
     }
-    publishAssignments();
-    reapplyTileFrames();
-    services_.accessibility.flush();
+    commit({});
     pointer_.resumePollsAfter(kResumeDelay);
 }
 
@@ -178,7 +175,6 @@ void WorkspaceController::resizeTileLike(const ManagedWindow& window, const CGRe
     if (weights == weightsBefore) return;
     pushUndoSnapshot({"resize by hand", applicationsOn(id)}, std::move(before));
     storeWeights(id, layoutID, std::move(weights));
-    frames_.reflow().forgetAllPushes();
     layoutChanged(id);
 }
 

@@ -168,7 +168,6 @@ TEST_F(Recovery, SuspendedMeansThatEveryWishIsRefusedInASentence) {
         EXPECT_FALSE(wish()) << name;
         desk.expectMessage("Suspended while the screen is asleep, locked or another user's");
     }
-    kova.closeFocusMode();
     EXPECT_FALSE(kova.beginWindowDrag(desk.desktop.windowIDOf("Mail"), makeRect(0, 0, 100, 100)));
     desk.advance(Seconds(60));
     EXPECT_EQ(desk.desktop.picture(), pictureBefore);

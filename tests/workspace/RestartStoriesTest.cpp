@@ -140,7 +140,7 @@ TEST_F(Restart, WhoIsOnItsWayBackMayBeAskedForOrWaitForTheAgentAfterThisOne) {
     EXPECT_EQ(kova().assignments(), assignments);
 
     isUpgraded();
-    desk.desktop.queue().after(Seconds(0.3), [&] { kova().cycleStack(); });
+    desk.desktop.queue().after(Seconds(0.3), [&] { kova().perform(action::CycleStack{}); });
     desk.restart().advance(Seconds(5));
     EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window(waiting)));
     EXPECT_TRUE(kova().assignments().isAssigned(desk.desktop.windowIDOf(waiting)));

@@ -78,7 +78,7 @@ TEST(StackStories, AnArrangementThatFollowsAtOnceFindsTheNextWindowShown) {
             desk.controller().placeWindow(desk.desktop.windowIDOf("Codex"), left, WorkspaceController::Focusing::no);
             desk.settle().desktop.focusByHand("Codex");
             desk.settle();
-            EXPECT_TRUE(desk.controller().moveWindow(right));
+            EXPECT_TRUE(desk.controller().perform(action::Move{right}));
             if (!isAtOnce) desk.settle();
             EXPECT_TRUE(desk.controller().perform(action::Arrange{}));
             pictures[isAtOnce] = desk.settle().tiles();

@@ -1,0 +1,51 @@
+#include "workspace/WindowStay.h"
+
+#include <cmath>
+
+namespace kova {
+
+namespace {
+
+std::string sizeAndPlace(const CGRect& frame) {
+    const auto number = [](double value) { return std::to_string(std::lround(value)); };
+    return number(frame.size.width) + " × " + number(frame.size.height) + " at " + number(frame.origin.x) + ", " +
+           number(frame.origin.y);
+}
+
+std::string ofRefusal(const Refusal& refusal, int attempts) {
+    if (refusal.isAccepted) {
+        return "It is left where it was when KOVA started, " + sizeAndPlace(refusal.actual) +
+               ", until its tile changes or it moves.";
+    }
+    return "It refuses the frame of its tile: asked " + std::to_string(attempts) + " times for " +
+           sizeAndPlace(refusal.wanted) + ", it stays at " + sizeAndPlace(refusal.actual) +
+           ". It is asked again when its tile changes or it moves.";
+}
+
+} // namespace
+
+std::vector<std::string> whyItStays(const WindowSituation& situation) {
+    std::vector<std::string> causes;
+    if (situation.obstacle) causes.push_back("No window is moved now: " + *situation.obstacle + ".");
+    if (situation.isDragUnderWay) causes.push_back("No window is moved while the pointer drags something.");
+    if (situation.leftAlone) {
+        const std::string what(describe(*situation.leftAlone));
+        causes.push_back((situation.hasTile ? "It is not put into its tile while it " : "It is left alone while it ") +
+                         what + ".");
+    } else if (situation.hasTile && situation.refusal) {
+        causes.push_back(ofRefusal(*situation.refusal, situation.attempts));
+    } else if (situation.isPlacementPending) {
+        causes.push_back("It was asked for its frame a moment ago, and whether it obeys is being verified.");
+    }
+    if (situation.isFloating) causes.push_back("It floats until it is put into a tile.");
+    if (situation.rule) causes.push_back("An arrangement leaves it alone: the rule " + *situation.rule + ".");
+    if (situation.isDisplayAwaited) {
+        causes.push_back("An arrangement leaves it alone for a moment: its display was unplugged and may come back.");
+    }
+    if (situation.isAwaitedByLaunch) causes.push_back("A tile waits for a window of its application.");
+    if (situation.isAwaitedByScene)
+        causes.push_back("The scene that was opened last waits for a window of its application.");
+    return causes;
+}
+
+} // namespace kova

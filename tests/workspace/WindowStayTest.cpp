@@ -1,0 +1,61 @@
+#include "workspace/WindowStay.h"
+
+#include <gtest/gtest.h>
+
+using namespace kova;
+
+namespace {
+
+TEST(WindowStay, EveryCauseHasItsSentence) {
+    const Refusal refusing{makeRect(0, 0, 300.4, 200), makeRect(10, 20, 640, 480), 3};
+    Refusal accepted = refusing;
+    accepted.isAccepted = true;
+    const struct {
+        WindowSituation situation;
+        std::vector<std::string> expected;
+    } rows[] = {
+        {{}, {}},
+        {{.hasTile = true}, {}},
+        {{.obstacle = "The screen is locked"}, {"No window is moved now: The screen is locked."}},
+        {{.isDragUnderWay = true, .hasTile = true, .leftAlone = LeftAlone::heldByPointer},
+         {"No window is moved while the pointer drags something.",
+          "It is not put into its tile while it is held by the pointer."}},
+        {{.leftAlone = LeftAlone::fullScreen, .refusal = &refusing}, {"It is left alone while it is in full screen."}},
+        {{.hasTile = true, .refusal = &refusing, .attempts = 3},
+         {"It refuses the frame of its tile: asked 3 times for 300 × 200 at 0, 0, it stays at 640 × 480 at 10, 20. It "
+          "is "
+          "asked again when its tile changes or it moves."}},
+        {{.refusal = &refusing, .attempts = 3}, {}},
+        {{.hasTile = true, .refusal = &accepted, .attempts = 3},
+         {"It is left where it was when KOVA started, 640 × 480 at 10, 20, until its tile changes or it moves."}},
+        {{.hasTile = true, .isPlacementPending = true},
+         {"It was asked for its frame a moment ago, and whether it obeys is being verified."}},
+        {{.isFloating = true, .rule = "“Calm” says float", .isDisplayAwaited = true},
+         {"It floats until it is put into a tile.", "An arrangement leaves it alone: the rule “Calm” says float.",
+          "An arrangement leaves it alone for a moment: its display was unplugged and may come back."}},
+        {{.isAwaitedByLaunch = true, .isAwaitedByScene = true},
+         {"A tile waits for a window of its application.",
+          "The scene that was opened last waits for a window of its application."}},
+    };
+    for (const auto& row : rows) EXPECT_EQ(whyItStays(row.situation), row.expected);
+}
+
+TEST(LeftAlone, TheCauseThatTheUserSeesFirstIsNamed) {
+    ManagedWindow window;
+    window.isVisible = true;
+    EXPECT_FALSE(whyLeftAlone(window, {}));
+    EXPECT_EQ(whyLeftAlone(window, {.isApplicationHidden = true}), LeftAlone::applicationHidden);
+    window.isAnswering = false;
+    EXPECT_EQ(whyLeftAlone(window, {.isApplicationHidden = true}), LeftAlone::notAnswering);
+    window.isMaximized = true;
+    EXPECT_EQ(whyLeftAlone(window, {}), LeftAlone::maximized);
+    window.isFullScreen = true;
+    EXPECT_EQ(whyLeftAlone(window, {}), LeftAlone::fullScreen);
+    window.isMinimized = true;
+    EXPECT_EQ(whyLeftAlone(window, {}), LeftAlone::minimized);
+    window.isElsewhere = true;
+    EXPECT_EQ(whyLeftAlone(window, {}), LeftAlone::onAnotherDesktop);
+    EXPECT_EQ(whyLeftAlone(window, {.isZoomed = true, .isHeldByPointer = true}), LeftAlone::zoomed);
+}
+
+} // namespace
