@@ -10,7 +10,7 @@ namespace kova {
 namespace {
 
 constexpr double kOffTolerancePoints = 2;
-constexpr double kSamePlacePoints = 0.5;
+constexpr double kSameRefusalPoints = 0.5;
 
 } // namespace
 
@@ -20,7 +20,7 @@ FrameKeeper::Decision FrameKeeper::decide(const ManagedWindow& window, const CGR
         if (pending) return Decision::leave;
         sizes_.endRetry(window.id);
     }
-    const double tolerance = straying == Straying::any ? kSamePlacePoints : kOffTolerancePoints;
+    const double tolerance = straying == Straying::any ? kSameRefusalPoints : kOffTolerancePoints;
     // A placement that is still being verified is left to its passes.
     if (pending) return nearlyEqual(*pending, wanted, tolerance) ? Decision::leave : Decision::ask;
     if (!window.frame || nearlyEqual(*window.frame, wanted, tolerance)) {
@@ -28,8 +28,8 @@ FrameKeeper::Decision FrameKeeper::decide(const ManagedWindow& window, const CGR
         return Decision::leave;
     }
     Refusal& refusal = refusals_[window.id];
-    const bool sameAgain = nearlyEqual(refusal.wanted, wanted, kSamePlacePoints) &&
-                           nearlyEqual(refusal.actual, *window.frame, kSamePlacePoints);
+    const bool sameAgain = nearlyEqual(refusal.wanted, wanted, kSameRefusalPoints) &&
+                           nearlyEqual(refusal.actual, *window.frame, kSameRefusalPoints);
     if (!sameAgain) refusal = {wanted, *window.frame, 0, refusal.isUnseen};
     return refusal.attempts < kAttempts ? Decision::askAgain : Decision::leave;
 }

@@ -12,7 +12,7 @@ namespace {
 
 /// A window that is not minimized by then refuses to be.
 constexpr Seconds kTimeToLeave{2};
-constexpr double kSamePlacePoints = 2;
+constexpr double kReturnTolerancePoints = 2;
 
 } // namespace
 
@@ -61,7 +61,7 @@ std::vector<std::string> MinimizedWindows::takeReturned(const std::vector<Manage
             return isLastLook;
         }
         const bool isInPlace =
-            !expected.frame || !window->frame || nearlyEqual(*window->frame, *expected.frame, kSamePlacePoints);
+            !expected.frame || !window->frame || nearlyEqual(*window->frame, *expected.frame, kReturnTolerancePoints);
         if (!window->isVisible || !isInPlace || id == focusedWindowID) return isLastLook;
         returned.push_back(id);
         return true;

@@ -8,11 +8,11 @@ namespace kova {
 namespace {
 
 constexpr std::size_t kFewestWindows = 2;
-constexpr double kSamePlacePoints = 2;
+constexpr double kObeyedPoints = 2;
 
 bool stayedAway(const PlacedWindow& window) {
-    const bool beginsThere = std::abs(minX(window.wanted) - minX(window.actual)) <= kSamePlacePoints &&
-                             std::abs(minY(window.wanted) - minY(window.actual)) <= kSamePlacePoints;
+    const bool beginsThere = std::abs(minX(window.wanted) - minX(window.actual)) <= kObeyedPoints &&
+                             std::abs(minY(window.wanted) - minY(window.actual)) <= kObeyedPoints;
     return window.wasAskedEnough && !beginsThere;
 }
 

@@ -20,10 +20,10 @@ constexpr Seconds kFollowUpDelay{0.85};
 
 /// A window that cannot be smaller than it is counts as one of fixed size.
 bool isAtItsMinimum(const ManagedWindow& window) {
-    constexpr double kSameSizePoints = 1;
+    constexpr double kFixedSizePoints = 1;
     return window.minimumSize && window.frame &&
-           window.minimumSize->width >= window.frame->size.width - kSameSizePoints &&
-           window.minimumSize->height >= window.frame->size.height - kSameSizePoints;
+           window.minimumSize->width >= window.frame->size.width - kFixedSizePoints &&
+           window.minimumSize->height >= window.frame->size.height - kFixedSizePoints;
 }
 
 } // namespace

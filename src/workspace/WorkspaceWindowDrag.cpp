@@ -10,8 +10,8 @@ namespace kova {
 
 namespace {
 
-constexpr Seconds kResumeDelay{0.16};
-constexpr double kSameFramePoints = 0.5;
+constexpr Seconds kResumeAfterDrop{0.16};
+constexpr double kLetGoTolerancePoints = 0.5;
 
 /// Screen space to layout space: origin at the visible frame's top left, y down.
 CGRect inLayout(const CGRect& rectOnScreen, const CGRect& visibleFrame) {
@@ -59,7 +59,7 @@ void WorkspaceController::letGoOfWindow() {
     if (!now) return;
     window->frame = *now;
     // Where the hand has put it, it has refused nothing yet.
-    if (!held->frame || !nearlyEqual(*held->frame, *now, kSameFramePoints)) frames_.forgetRefusal(held->windowID);
+    if (!held->frame || !nearlyEqual(*held->frame, *now, kLetGoTolerancePoints)) frames_.forgetRefusal(held->windowID);
     if (pointer_.isPausingPolls()) return; // its end looks after all windows
     commit({});
 }
@@ -106,7 +106,7 @@ void WorkspaceController::endWindowDrag(CGPoint pointer, HandMovement movement, 
         }
     }
     commit({});
-    pointer_.resumePollsAfter(kResumeDelay);
+    pointer_.resumePollsAfter(kResumeAfterDrop);
 }
 
 void WorkspaceController::cancelWindowDrag() {

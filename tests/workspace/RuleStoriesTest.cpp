@@ -13,7 +13,7 @@ namespace {
 
 constexpr const char* kLeft = "focus-main";
 constexpr const char* kRight = "secondary-1";
-const CGRect kSomewhere = makeRect(300, 300, 800, 600);
+const CGRect kUntiledFrame = makeRect(300, 300, 800, 600);
 
 WorkspaceRule rule(std::string name, std::optional<std::string> bundle, std::optional<std::string> application,
                    std::optional<std::string> title, WorkspaceRuleDisposition disposition = disposition::Float{}) {
@@ -66,7 +66,7 @@ class Rules : public ::testing::Test {
     bool isHandled(const char* label) {
         return desk.controller().handledRuleWindowIDs().contains(desk.desktop.windowIDOf(label));
     }
-    Desk& opensQuietly(const char* name, WindowTraits traits = {.frame = kSomewhere}) {
+    Desk& opensQuietly(const char* name, WindowTraits traits = {.frame = kUntiledFrame}) {
         return desk.opens(name, std::move(traits)).advance(Seconds(0.6));
     }
 
@@ -137,7 +137,7 @@ TEST_F(Rules, ATitleThatComesLateIsAwaited) {
     desk.settle().expectTiles("- | Mail 1291,15 1254x1382");
     desk.desktop.close("Mail");
 
-    const std::string late = desk.desktop.open("Mail", {.frame = kSomewhere});
+    const std::string late = desk.desktop.open("Mail", {.frame = kUntiledFrame});
     desk.desktop.setTitle(late, "");
     desk.settle().expectTiles(kNothing);
     EXPECT_FALSE(isHandled(late.c_str()));
@@ -150,7 +150,7 @@ TEST_F(Rules, ATitleThatComesLateIsAwaited) {
 TEST_F(Rules, AWindowThatDoesNotShowItselfIsAskedWhenItDoes) {
     add(tileMail());
     manageContinuously();
-    opensQuietly("Mail", {.frame = kSomewhere, .isMinimized = true}).settle().expectTiles(kNothing);
+    opensQuietly("Mail", {.frame = kUntiledFrame, .isMinimized = true}).settle().expectTiles(kNothing);
     EXPECT_TRUE(desk.desktop.window("Mail").isMinimized);
     desk.desktop.minimizeByHand("Mail", false);
     desk.settle().expectTiles(kPlaced);
@@ -182,7 +182,7 @@ TEST_F(Rules, KeepWindowsOutOfArrangements) {
     desk.undo();
     manageContinuously();
     desk.arrange().expectTiles("Notes 15,15 1254x1382 | -");
-    EXPECT_EQ(desk.desktop.window("Mail").frame, kSomewhere);
+    EXPECT_EQ(desk.desktop.window("Mail").frame, kUntiledFrame);
     desk.controller().setRuleDisposition(desk.state().rules->front().id, disposition::Tile{kRight});
     desk.arrange();
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
