@@ -83,14 +83,14 @@ void WorkspaceController::claimRoomWhereNeeded(const std::string& first) {
         std::set<std::string> done; // once each, so that two windows cannot take turns
         while (const auto claim = nextClaimOn(screen, first, done)) {
             done.insert(claim->first.id);
-            if (!shown) shown = visibleIDs(liveWindows_);
+            if (!shown) shown = visibleIDs(liveWindows_.all());
             moveOutOfTheWay(screen, *claim);
             place(claim->first, claim->second, AccessibilityWindowService::BringToFront::no);
         }
     }
     if (!shown) return;
     // One claim may have taken a window off the screen that a later one has put into a tile again.
-    for (const ManagedWindow& window : std::vector<ManagedWindow>(liveWindows_)) {
+    for (const ManagedWindow& window : std::vector<ManagedWindow>(liveWindows_.all())) {
         if (shown->contains(window.id) && assignments_.isAssigned(window.id) && !findLive(window.id)->isVisible) {
             bringBack(window);
         }
