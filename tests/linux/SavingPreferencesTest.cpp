@@ -154,7 +154,8 @@ TEST_F(SavingPreferences, AFileWhoseFolderIsNotOnDiskIsNotOnDisk) {
         return error;
     });
     (void)written.load(queue.now());
-    const PreferencesFile::Request request{.values = {{"ours", std::string("1")}}, .version = 1, .unusable = {}};
+    const PreferencesFile::Request request{
+        .values = {{"theirs", std::string("1")}, {"ours", std::string("1")}}, .version = 1, .unusable = {}};
     given(R"({"theirs": "2"})"); // as another writer has it meanwhile
     for (int attempt = 1; attempt <= 2; ++attempt) {
         const auto failed = written.write(request, queue.now());
