@@ -47,10 +47,15 @@ AnnouncementAnswer announcementAnswer(std::span<const int> errors) {
 
 void IgnoredPermission::note(pid_t process, int error) {
     if (error == kInterfaceDisabled) {
-        refusing_.insert(process);
+        ++refusals_[process];
     } else if (error != kCannotComplete && error != kFailure) {
-        refusing_.clear();
+        refusals_.clear();
     }
+}
+
+bool IgnoredPermission::isIgnored() const {
+    return std::ranges::count_if(refusals_, [](const auto& entry) { return entry.second >= kFewestRefusals; }) >=
+           kFewestApplications;
 }
 
 } // namespace kova

@@ -3,8 +3,7 @@
 
 #include "windowing/AccessibilityServicing.h"
 
-#include <cstddef>
-#include <set>
+#include <map>
 #include <span>
 
 namespace kova {
@@ -27,16 +26,18 @@ WindowPresence windowPresence(int error);
 AnnouncementAnswer announcementAnswer(std::span<const int> errors);
 
 /// Recognizes a permission that the system shows as given and does not honor: every application answers that the
-/// interface is disabled. One application alone may do so for reasons of its own.
+/// interface is disabled. Single applications may do so for reasons of their own, so that no other answer may have come
+/// for as long as each of two was asked three times, which takes more than one poll.
 class IgnoredPermission {
   public:
-    static constexpr std::size_t kFewestApplications = 2;
+    static constexpr int kFewestApplications = 2;
+    static constexpr int kFewestRefusals = 3;
 
     void note(pid_t process, int error);
-    bool isIgnored() const { return refusing_.size() >= kFewestApplications; }
+    bool isIgnored() const;
 
   private:
-    std::set<pid_t> refusing_; // since an application last answered otherwise
+    std::map<pid_t, int> refusals_; // since an application last answered otherwise
 };
 
 } // namespace kova

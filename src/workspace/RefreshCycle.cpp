@@ -22,7 +22,10 @@ PollResult poll(const AccessibilityWindowService& service, const SessionServicin
     if (isReadable) result.windows = service.enumerateWindows(known);
     // It shows in the answers, so that applications are asked all the same.
     if (isReadable && service.stalePermission()) result.permissionState = AccessibilityPermissionState::denied;
-    if (announcements && !(isReadable && announcements->follow(result.windows, begun))) result.changeCount.reset();
+    // Neither a permission that is given nor an unlocked screen is announced.
+    const bool mayRest = isReadable && result.permissionState == AccessibilityPermissionState::granted &&
+                         (!announcements || announcements->follow(result.windows, begun));
+    if (announcements && !mayRest) result.changeCount.reset();
     return result;
 }
 

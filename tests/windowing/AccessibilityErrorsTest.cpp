@@ -111,14 +111,17 @@ TEST(AccessibilityErrors, AnElementAnnouncesIfItTakesOneRequest) {
 TEST(AccessibilityErrors, APermissionIsIgnoredWhenNoApplicationHonorsIt) {
     constexpr int kDisabled = -25211, kNoValue = -25212, kCannotComplete = -25204;
     IgnoredPermission permission;
-    permission.note(7, kDisabled);
-    permission.note(7, kDisabled);
-    EXPECT_FALSE(permission.isIgnored()) << "one application may have reasons of its own";
-    permission.note(9, kCannotComplete); // says nothing
-    permission.note(8, kDisabled);
-    EXPECT_TRUE(permission.isIgnored());
-    permission.note(9, kNoValue);
-    EXPECT_FALSE(permission.isIgnored());
+    const auto polls = [&](int times, std::vector<std::pair<pid_t, int>> answers) {
+        for (int i = 0; i < times; ++i) {
+            for (const auto& [process, error] : answers) permission.note(process, error);
+        }
+        return permission.isIgnored();
+    };
+    EXPECT_FALSE(polls(9, {{7, kDisabled}})) << "one application may have reasons of its own";
+    EXPECT_FALSE(polls(9, {{9, kNoValue}, {7, kDisabled}, {8, kDisabled}, {7, kDisabled}, {8, kDisabled}}))
+        << "and so may two, while another answers";
+    EXPECT_TRUE(polls(3, {{7, kDisabled}, {8, kDisabled}, {9, kCannotComplete}})) << "no answer says nothing";
+    EXPECT_FALSE(polls(1, {{9, kNoValue}}));
 }
 
 } // namespace
