@@ -250,11 +250,13 @@ TEST(AppDelegate, HearsOnceThePermissionIsGiven) {
     desktop.open("Mail", {.frame = makeRect(100, 100, 500, 400)});
     desktop.setTrusted(false);
     DeafWithoutPermission pointer(desktop);
-    AppDelegate delegate(servicesOf(desktop, preferences), {.pointer = &pointer});
+    AppDelegate delegate(servicesOf(desktop, preferences), {.pointer = &pointer, .keys = &desktop.keyboard()});
     delegate.startWorkspace();
     desktop.queue().advance(Seconds(2));
+    EXPECT_TRUE(desktop.keyboard().claimed().empty());
     desktop.setTrusted(true);
     desktop.queue().advance(Seconds(2));
+    EXPECT_FALSE(desktop.keyboard().claimed().empty());
     const CGRect frame = desktop.window("Mail").frame;
     desktop.pressAt({minX(frame) + 200, minY(frame) + 5});
     desktop.queue().runDue();
