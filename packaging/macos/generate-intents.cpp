@@ -1,7 +1,7 @@
 // Writes the Swift source of the App Intents from the values that every platform offers, when the program is built. The
 // system reads titles and phrases from the source as it is compiled, so they have to stand there as literals. Each
-// intent hands its URL to the application's delegate in the same process: opening it through the system would bring KOVA
-// to the front.
+// intent hands its URL to the application's delegate in the same process: opening it through the system would bring
+// KOVA to the front.
 #include "commands/Intents.h"
 
 #include <iostream>

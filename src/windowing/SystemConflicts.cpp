@@ -25,25 +25,29 @@ std::vector<DiagnosticLine> diagnosticLines(const SystemConflicts& conflicts) {
     using enum DiagnosticVerdict;
     std::vector<DiagnosticLine> lines;
     if (conflicts.isSecureInputOn) {
-        lines.push_back({"secure input", wrong,
-                         "A program has switched on secure keyboard entry, so that no shortcut of KOVA is heard. Usually "
-                         "a password field or a terminal does; leave the field, or end that program."});
+        lines.push_back(
+            {"secure input", wrong,
+             "A program has switched on secure keyboard entry, so that no shortcut of KOVA is heard. Usually "
+             "a password field or a terminal does; leave the field, or end that program."});
     }
     if (conflicts.tilesWindowsAtEdges || conflicts.tilesWindowsAtMenuBar) {
-        lines.push_back({"window tiling of macOS", note,
-                         "macOS tiles windows that are dragged to an edge of the display, and then KOVA moves them again. "
-                         "Switch off “Drag windows to screen edges to tile” and “Drag windows to menu bar to fill screen” "
-                         "under System Settings → Desktop & Dock."});
+        lines.push_back(
+            {"window tiling of macOS", note,
+             "macOS tiles windows that are dragged to an edge of the display, and then KOVA moves them again. "
+             "Switch off “Drag windows to screen edges to tile” and “Drag windows to menu bar to fill screen” "
+             "under System Settings → Desktop & Dock."});
     }
     if (conflicts.isStageManagerOn) {
-        lines.push_back({"Stage Manager", note,
-                         "Stage Manager puts the windows of other applications aside whenever one comes forward. Switch it "
-                         "off under System Settings → Desktop & Dock to see several tiles at once."});
+        lines.push_back(
+            {"Stage Manager", note,
+             "Stage Manager puts the windows of other applications aside whenever one comes forward. Switch it "
+             "off under System Settings → Desktop & Dock to see several tiles at once."});
     }
     if (conflicts.isVoiceOverOn) {
-        lines.push_back({"VoiceOver", note,
-                         "VoiceOver uses Control+Option, with which the standard shortcuts of KOVA begin. Choose others "
-                         "with “kova shortcut set”, or another VoiceOver modifier."});
+        lines.push_back(
+            {"VoiceOver", note,
+             "VoiceOver uses Control+Option, with which the standard shortcuts of KOVA begin. Choose others "
+             "with “kova shortcut set”, or another VoiceOver modifier."});
     }
     return lines;
 }

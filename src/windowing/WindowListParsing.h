@@ -1,5 +1,5 @@
-// The list of windows of a Mac's window server, in the numbers in which it comes. It is made by other programs, so any of
-// them may be missing or impossible.
+// The list of windows of a Mac's window server, in the numbers in which it comes. It is made by other programs, so any
+// of them may be missing or impossible.
 #pragma once
 
 #include "windowing/AccessibilityServicing.h"

@@ -17,8 +17,7 @@ PollResult poll(const AccessibilityWindowService& service, const SessionServicin
     result.changeCount = changes.changeCount();
     result.isSessionLocked = session.isLoginSessionScreenLocked();
     result.permissionState = service.permissionState();
-    const bool isReadable =
-        result.permissionState == AccessibilityPermissionState::granted && !result.isSessionLocked;
+    const bool isReadable = result.permissionState == AccessibilityPermissionState::granted && !result.isSessionLocked;
     if (isReadable) result.windows = service.enumerateWindows(known);
     // It shows in the answers, so that applications are asked all the same.
     if (isReadable && service.stalePermission()) result.permissionState = AccessibilityPermissionState::denied;
@@ -82,8 +81,7 @@ void RefreshCycle::refresh() {
     pollingQueue_.post([service = service_, &session = session_, &changes = changes_, &queue = queue_,
                         announcements = announcements_, generation = generation_, known = callbacks_.knownWindows(),
                         begun = queue_.uptime(), deliver = std::move(deliver)]() mutable {
-        auto result =
-            std::make_shared<PollResult>(poll(*service, session, changes, announcements.get(), known, begun));
+        auto result = std::make_shared<PollResult>(poll(*service, session, changes, announcements.get(), known, begun));
         // The service travels along, so that the last hold on it is given up on the main thread.
         queue.post([result, generation, service = std::move(service), deliver = std::move(deliver)]() mutable {
             deliver(*result, generation);

@@ -28,11 +28,8 @@ TEST(SystemConflicts, AShortcutOfTheSystemCountsWithItsKeyAndAllItsModifiers) {
         SystemHotKey key;
         bool isHeld;
     } cases[] = {
-        {{123, 0x1800, true}, true},
-        {{123, 0x1800, false}, false},
-        {{123, 0x1000, true}, false},
-        {{123, 0x1900, true}, false},
-        {{124, 0x1800, true}, false},
+        {{123, 0x1800, true}, true},  {{123, 0x1800, false}, false}, {{123, 0x1000, true}, false},
+        {{123, 0x1900, true}, false}, {{124, 0x1800, true}, false},
     };
     for (const auto& each : cases) {
         EXPECT_EQ(heldBySystem({{left}}, {{each.key}}).size(), each.isHeld ? 1u : 0u) << each.key.carbonModifiers;

@@ -139,9 +139,9 @@ TEST(WindowHold, TitlesAndEdgesAreWhereWindowsAreTakenHoldOf) {
     const struct {
         CGPoint point;
         bool isNear;
-    } cases[] = {{{500, 100}, true},  {{500, 155}, true},  {{500, 157}, false}, {{500, 400}, false}, {{500, 91}, true},
-                 {{500, 89}, false},  {{109, 400}, true},  {{111, 400}, false}, {{905, 400}, true},  {{911, 400}, false},
-                 {{500, 695}, true},  {{950, 250}, false}, {{1150, 120}, true}, {{1150, 300}, false}};
+    } cases[] = {{{500, 100}, true}, {{500, 155}, true},  {{500, 157}, false}, {{500, 400}, false}, {{500, 91}, true},
+                 {{500, 89}, false}, {{109, 400}, true},  {{111, 400}, false}, {{905, 400}, true},  {{911, 400}, false},
+                 {{500, 695}, true}, {{950, 250}, false}, {{1150, 120}, true}, {{1150, 300}, false}};
     for (const auto& each : cases) {
         EXPECT_EQ(isNearTitleOrEdge(each.point, frames), each.isNear) << each.point.x << "," << each.point.y;
     }

@@ -165,8 +165,8 @@ class RandomDay {
     /// their tiles.
     void expectNoLoss(const std::function<void()>& away, const std::function<void()>& back) {
         auto& desktop = desk_.desktop;
-        if (isInterrupted_ || desk_.isSuspended() || desktop.stalePermission() || desktop.isLoginSessionScreenLocked() ||
-            !desktop.isProcessTrusted())
+        if (isInterrupted_ || desk_.isSuspended() || desktop.stalePermission() ||
+            desktop.isLoginSessionScreenLocked() || !desktop.isProcessTrusted())
             return;
         desk_.rest(); // what was done before may still move windows
         const auto& controller = desk_.controller();

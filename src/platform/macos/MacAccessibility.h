@@ -1,6 +1,6 @@
-// Other applications' windows through the Mac's accessibility interface and its window server. Every request goes to the
-// other application and waits for its answer, no longer than ApplicationBackoff::kDeadline; an application that hangs
-// is left alone meanwhile. Requests may come from the main thread and from the polling queue at once.
+// Other applications' windows through the Mac's accessibility interface and its window server. Every request goes to
+// the other application and waits for its answer, no longer than ApplicationBackoff::kDeadline; an application that
+// hangs is left alone meanwhile. Requests may come from the main thread and from the polling queue at once.
 #pragma once
 
 #include "support/MainQueue.h"

@@ -87,8 +87,8 @@ bool MacAccessibility::requestTrust(bool prompt) {
 std::optional<std::string> MacAccessibility::stalePermission() const {
     const std::lock_guard lock(mutex_);
     if (!ignoredPermission_.isIgnored()) return std::nullopt;
-    return "macOS ignores the Accessibility permission of KOVA: remove KOVA from the list in System Settings and add it "
-           "again";
+    return "macOS ignores the Accessibility permission of KOVA: remove KOVA from the list in System Settings and "
+           "add it again";
 }
 
 AccessibilityElement MacAccessibility::applicationElement(pid_t processIdentifier) const {
@@ -156,8 +156,8 @@ void MacAccessibility::writeAttributes(const AccessibilityElement& element, std:
                 return AXUIElementSetAttributeValue(target.get(), (__bridge CFStringRef)name, value.get());
             };
             // Also to an application that has fallen silent: VoiceOver would miss it for good.
-            const bool isGivenBack = write.attribute == AccessibilityAttribute::enhancedUserInterface &&
-                                     write.value == AttributeValue(true);
+            const bool isGivenBack =
+                write.attribute == AccessibilityAttribute::enhancedUserInterface && write.value == AttributeValue(true);
             if (isGivenBack) {
                 request();
             } else {

@@ -23,7 +23,7 @@ std::vector<CFStringRef> announcementsOf(const AccessibilityElement& element) {
     if (element.hash == 0) {
         return {kAXWindowCreatedNotification, kAXFocusedWindowChangedNotification, kAXMainWindowChangedNotification};
     }
-    return {kAXWindowMovedNotification,         kAXWindowResizedNotification, kAXWindowMiniaturizedNotification,
+    return {kAXWindowMovedNotification,          kAXWindowResizedNotification, kAXWindowMiniaturizedNotification,
             kAXWindowDeminiaturizedNotification, kAXTitleChangedNotification,  kAXUIElementDestroyedNotification};
 }
 
@@ -58,8 +58,8 @@ MacChangeObservers::MacChangeObservers(MainQueue& queue, const MacAccessibility&
                                                  [this] { noteChange(); }));
     // Posted when the list of applications that are allowed changes. Not documented; the poll after the longest rest
     // makes up for it.
-    for (NSString* name in @[ @"com.apple.accessibility.api", @"com.apple.screenIsLocked",
-                              @"com.apple.screenIsUnlocked" ]) {
+    for (NSString* name in
+         @[ @"com.apple.accessibility.api", @"com.apple.screenIsLocked", @"com.apple.screenIsUnlocked" ]) {
         systemChanges_.push_back(observeDistributedNotification(name, [this] { noteChange(); }));
     }
 }
@@ -103,9 +103,8 @@ AnnouncementAnswer MacChangeObservers::requestAnnouncements(const AccessibilityE
         const auto target = systemElement(element);
         std::vector<int> errors;
         for (CFStringRef name : announcementsOf(element)) {
-            const auto error = accessibility_.ask(process, [&] {
-                return AXObserverAddNotification(observed->observer.get(), target.get(), name, this);
-            });
+            const auto error = accessibility_.ask(
+                process, [&] { return AXObserverAddNotification(observed->observer.get(), target.get(), name, this); });
             if (!error || accessibilityOutcome(*error) == AccessibilityOutcome::silent) {
                 return AnnouncementAnswer::noAnswer;
             }

@@ -87,10 +87,9 @@ void MacDividerHandles::press(const std::string& handleID, int clickCount) {
 
 /// From a press elsewhere on, something may be dragged that the desktop is to receive.
 void MacDividerHandles::watchPressesElsewhere() {
-    pressesElsewhere_ =
-        watchEventsOfOthers(NSEventMaskLeftMouseDown | NSEventMaskLeftMouseUp, lifetime_.guard([this](NSEvent* event) {
-            letThrough(event.type == NSEventTypeLeftMouseDown);
-        }));
+    pressesElsewhere_ = watchEventsOfOthers(
+        NSEventMaskLeftMouseDown | NSEventMaskLeftMouseUp,
+        lifetime_.guard([this](NSEvent* event) { letThrough(event.type == NSEventTypeLeftMouseDown); }));
 }
 
 void MacDividerHandles::letThrough(bool lets) {

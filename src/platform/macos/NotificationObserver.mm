@@ -20,7 +20,7 @@
 }
 
 - (void)heard:(NSNotification*)notification {
-    if (!NSThread.isMainThread) { // the thread is the poster's
+    if (!NSThread.isMainThread) {                     // the thread is the poster's
         __weak KOVANotificationTarget* target = self; // dropped when the registration has ended
         dispatch_async(dispatch_get_main_queue(), ^{
           [target heard:notification];

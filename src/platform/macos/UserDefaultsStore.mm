@@ -64,8 +64,8 @@ void UserDefaultsStore::removeValue(std::string_view key) {
 }
 
 void UserDefaultsStore::save(Saved done) {
-    const auto answer = std::make_shared<std::function<void(bool)>>(
-        lifetime_.guard([this, done = std::move(done)](bool isWritten) {
+    const auto answer =
+        std::make_shared<std::function<void(bool)>>(lifetime_.guard([this, done = std::move(done)](bool isWritten) {
             noteWritten(isWritten);
             done(isWritten ? std::nullopt : std::optional(writeProblem_));
         }));
