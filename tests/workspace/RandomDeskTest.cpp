@@ -30,7 +30,7 @@ class RandomDay {
         desk_.desktop.setHidingStyle(chance(2) ? HidingStyle::hidesApplication : HidingStyle::iconifiesWindows);
         const bool listsAll = chance(2);
         if (isMac()) {
-            desk_.desktop.setAnswerTime(anyOf({Seconds(0.001), Seconds(0.02)}));
+            desk_.desktop.setAnswerTime(anyOf({Seconds(0.001), Seconds(0.005)}));
         } else {
             desk_.desktop.setSpaceStyle(listsAll ? SpaceStyle::listsAll : SpaceStyle::listsShown);
         }
@@ -282,7 +282,7 @@ class RandomDay {
         if (!isMac()) return act(action::Arrange{});
         switch (below(3)) {
         case 0:
-            return desk_.desktop.setAnswerTime(anyOf({Seconds(0.001), Seconds(0.02), Seconds(0.3)}));
+            return desk_.desktop.setAnswerTime(anyOf({Seconds(0.001), Seconds(0.005), Seconds(0.3)}));
         case 1:
             return desk_.desktop.setPermissionStale(chance(2));
         default:

@@ -1,6 +1,8 @@
 // A Mac's way of answering and announcing.
 #include "platform/simulated/SimulatedDesktop.h"
 
+#include <utility>
+
 namespace kova {
 
 AnnouncementAnswer SimulatedAnnouncements::request(const AccessibilityElement& element) {
@@ -32,13 +34,13 @@ std::optional<std::string> SimulatedDesktop::stalePermission() const {
 }
 
 void SimulatedDesktop::setPermissionStale(bool isStale) {
-    isPermissionStale_ = isStale;
-    changed();
+    if (std::exchange(isPermissionStale_, isStale) != isStale) changed();
 }
 
 void SimulatedDesktop::setAnswerTime(Seconds time) {
+    // Nothing announces that applications answer again.
+    if ((time < kReadDeadline) != (answerTime_ < kReadDeadline)) announcements_.noteLoss();
     answerTime_ = time;
-    announcements_.noteLoss();
 }
 
 bool SimulatedDesktop::isInTime(const Application& application) const {
