@@ -172,17 +172,21 @@ Desk& Desk::focus(WorkspaceDirection direction) {
 
 Desk& Desk::advance(Seconds duration) {
     const int closedBefore = desktop.closedCount();
+    noteLosses();
     desktop.queue().advance(duration);
+    noteLosses();
     // A window that closed itself meanwhile may be noticed only by the next poll.
     isSettled_ = duration >= kSettlingTime && desktop.closedCount() == closedBefore;
-    const Seconds now = desktop.queue().uptime();
-    if (const int losses = desktop.announcements().lostCount(); losses != lossesKnown_) {
-        lossesKnown_ = losses;
-        lossesNoticed_ = now + desktop.longestRest().value_or(Seconds(0)) + kSettlingTime;
-    }
-    isSettled_ = isSettled_ && now >= lossesNoticed_;
+    isSettled_ = isSettled_ && desktop.queue().uptime() >= lossesNoticed_;
     checkPromises();
     return *this;
+}
+
+void Desk::noteLosses() {
+    const int losses = desktop.announcements().lostCount();
+    if (losses == lossesKnown_) return;
+    lossesKnown_ = losses;
+    lossesNoticed_ = desktop.queue().uptime() + desktop.longestRest().value_or(Seconds(0)) + kSettlingTime;
 }
 
 Desk& Desk::rest() {

@@ -105,6 +105,7 @@ class Desk {
     bool isRecovering();
     bool isResuming();
     int frameWrites() const;
+    void noteLosses();
     void checkPromises();
     void checkTilesFillTheirDisplays(std::vector<std::string>& broken);
     void checkAssignments(std::vector<std::string>& broken);

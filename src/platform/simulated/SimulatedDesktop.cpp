@@ -179,9 +179,9 @@ void SimulatedDesktop::hideByHand(std::string_view name, bool hide) {
 }
 
 void SimulatedDesktop::setAnswering(std::string_view name, bool answers) {
-    application(name).answers = answers;
+    const bool isSame = std::exchange(application(name).answers, answers) == answers;
     if (announcesUnasked()) return changed();
-    announcements_.noteLoss();
+    if (!isSame) announcements_.noteLoss();
 }
 
 void SimulatedDesktop::stealNextActivation(std::string_view name) {
