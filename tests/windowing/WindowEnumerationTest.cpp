@@ -159,8 +159,8 @@ TEST(WindowEnumeration, AsksOnlyKnownWindowsThatAreMissingWhatBecameOfThem) {
     const Case cases[] = {
         {"all are listed", [] {}, "", 0},
         {"minimised", [&] { desktop.minimizeByHand("Mail"); }, "", 0},
-        {"too small", [&] { desktop.moveByHand("Mail 2", makeRect(0, 0, 100, 60)); }, "Mail 2", 2},
-        {"on another Space", [&] { desktop.sendToVirtualDesktop("Mail 2", 1); }, "Mail 2", 2},
+        {"too small", [&] { desktop.moveByHand("Mail 2", makeRect(0, 0, 100, 60)); }, "Mail 2", 3},
+        {"on another Space", [&] { desktop.sendToVirtualDesktop("Mail 2", 1); }, "Mail 2", 3},
         {"closed", [&] { desktop.close("Mail 2"); }, "", 1},
         {"silent", [&] { desktop.setAnswering("Notes", false); }, "Notes silent, Notes 2 silent", 2},
         {"ended", [&] { desktop.quit("Notes"); }, "", 1},
