@@ -125,13 +125,13 @@ TEST_F(Announcements, APressAsksOnlyNearATitleOrAnEdge) {
     EXPECT_GT(questions({16, 700}, {16, 700}), 0) << "an edge";
     EXPECT_EQ(questions({600, 1430}, {600, 1430}), 0) << "the desktop";
     // One that is dragged by its content is dropped like any other.
-    desk.desktop.pressAt({600, 700}, HandGrip::titleBar);
-    for (double x = 620; x <= 1900; x += 40) {
+    desk.desktop.pressAt({1900, 700}, HandGrip::titleBar);
+    for (double x = 1880; x >= 500; x -= 40) {
         desk.desktop.moveHand({x, 700});
         desk.advance(Seconds(0.05));
     }
     desk.desktop.letGo();
-    desk.settle().expectTiles("- | Mail 1291,15 1254x1382 + Notes");
+    desk.settle().expectTiles("Mail 15,15 1254x1382 + Notes | -");
 }
 
 TEST(WindowHold, TitlesAndEdgesAreWhereWindowsAreTakenHoldOf) {
