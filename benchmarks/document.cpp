@@ -35,7 +35,7 @@ struct Session {
             desktop.setTitle(desktop.open(name), "Document " + std::to_string(i));
         }
     }
-    /// What the polling queue does, which keeps nobody waiting; its result is on its way afterwards.
+    /// What the polling queue does, off the main thread; its result follows.
     void readDesktop() {
         desktop.pollingQueue().setJobDuration(kReadingTime);
         controller.refresh();

@@ -1,4 +1,4 @@
-// How an agent is started, and how it speaks to whoever started it. The same on every desktop.
+// The options of the agent, and its messages to the process that started it. The same on every desktop.
 #pragma once
 
 #include "app/LogFile.h"
@@ -23,7 +23,7 @@ struct AgentOptions {
 /// `arguments` without the program's own name.
 std::variant<AgentOptions, int> readAgentOptions(std::span<char*> arguments, const char* help);
 
-/// Tells whoever started us, and the log.
+/// Writes to standard error and to the log.
 void complain(const AgentOptions& options, const std::string& text);
 
 /// Begins the log in "agent.log" in the folder; it is said when that cannot be written.

@@ -73,8 +73,8 @@ std::optional<std::string> SessionAgent::start(AgentClaim claim) {
     return std::nullopt;
 }
 
-/// Whoever starts the agent and at once has it arrange means the windows that are there. A session that is locked is
-/// not waited for.
+/// A client that arranges right after the start means the windows that are there, so requests are served after the
+/// first poll. A locked session is not waited for.
 void SessionAgent::serveOnceWindowsAreKnown(Seconds until) {
     if (!delegate_.workspace().hasLooked() && queue_.uptime() < until) {
         queue_.after(kPauseBeforeWindowsAreKnown, lifetime_.guard([this, until] { serveOnceWindowsAreKnown(until); }));

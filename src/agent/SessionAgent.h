@@ -19,7 +19,7 @@ namespace kova {
 struct AgentServices {
     WorkspaceServices workspace;
     ShellServices shell;
-    std::vector<const DiagnosticsServicing*> diagnostics; // whoever has something to tell
+    std::vector<const DiagnosticsServicing*> diagnostics; // the parts that report to `doctor`
     std::function<void()> quit;                           // ends the process soon, with success
 };
 
@@ -29,8 +29,8 @@ class SessionAgent {
     SessionAgent(const SessionAgent&) = delete;
     SessionAgent& operator=(const SessionAgent&) = delete;
 
-    /// The right to the session, taken before anything else is begun; absent when somebody else has it, and it has been
-    /// said.
+    /// The right to the session, taken before anything else is begun; absent when another agent has it, which has been
+    /// reported.
     static std::optional<AgentClaim> claimSession(const std::function<void(const std::string&)>& complain);
 
     /// Listens at the socket and begins to manage windows; clients are served once these are known. Absent when it
@@ -43,7 +43,7 @@ class SessionAgent {
     void openURLs(const std::vector<std::string>& urls);
 
     AppDelegate& delegate() { return delegate_; }
-    /// What a new user is told, until this agent ends; absent for anybody else.
+    /// What a new user is told, until this agent ends; absent for other users.
     std::optional<std::string> firstSteps();
 
   private:

@@ -68,7 +68,7 @@ The log is ~/Library/Logs/KOVA/agent.log, the preferences are in the user's defa
     }
 }
 
-/// A person who opened the application in the Finder sees neither the log nor the terminal.
+/// A user who opened the application in the Finder sees neither the log nor the terminal.
 - (void)showStartProblem {
     if (isatty(STDERR_FILENO) || _agent->startProblem().empty()) return;
     NSAlert* alert = [[NSAlert alloc] init];

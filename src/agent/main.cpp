@@ -3,8 +3,6 @@
 
 #include "agent/AgentOptions.h"
 #include "agent/SessionAgent.h"
-#include "platform/linux/UnavailableDesktop.h"
-#include "platform/linux/AbsentDock.h"
 #include "platform/linux/ApplicationScopes.h"
 #include "platform/linux/AutostartEntry.h"
 #include "platform/linux/DesktopEntries.h"
@@ -12,8 +10,10 @@
 #include "platform/linux/EventLoop.h"
 #include "platform/linux/FilePreferencesStore.h"
 #include "platform/linux/LoginSession.h"
+#include "platform/linux/NoDock.h"
 #include "platform/linux/Process.h"
 #include "platform/linux/SerialWorkQueue.h"
+#include "platform/linux/UnavailableDesktop.h"
 #include "platform/linux/UserInterfaceProcess.h"
 #include "platform/linux/XdgFolders.h"
 #include "platform/x11/X11Desktop.h"
@@ -126,12 +126,12 @@ int manageSession(const AgentOptions& options) {
     if (const auto* exitCode = std::get_if<int>(&opened)) return *exitCode;
     const auto* desktop = std::get_if<Desktop>(&opened);
 
-    LoginSession session(loop, BusAddresses::fromEnvironment(), SessionTraces::ofThisProcess());
+    LoginSession session(loop, BusAddresses::fromEnvironment(), SessionHints::ofThisProcess());
     SerialWorkQueue pollingQueue("kova-polling");
     AutostartEntry loginItem(folders, ownProgram());
-    AbsentDock dock;
+    NoDock dock;
     UserInterfaceProcess userInterface(ownProgram(), controlSocketPlace().path, loop);
-    UnansweredAlerts alerts; // the command line asks at its terminal
+    NullAlerts alerts; // the command line asks at its terminal
     SessionAgent agent({.workspace = desktop->services(session, preferences, loop, pollingQueue, alerts),
                         .shell = desktop->shell(session, loginItem, dock, userInterface),
                         .diagnostics = {&desktop->diagnostics(), &session},

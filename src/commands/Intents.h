@@ -1,5 +1,5 @@
 // What the system's assistants, launchers and automation tools are offered, as values. Each intent stands for one URL,
-// so that whoever offers it needs nothing of the agent but a way to open that URL. The desktop entry and the Mac's shim
+// so that a program that offers it only needs a way to open that URL. The desktop entry and the Mac's shim
 // are made from these values; neither has words of its own. The values need nothing but the language.
 #pragma once
 
@@ -31,7 +31,7 @@ struct Intent {
     std::optional<IntentParameter> parameter;
 };
 
-/// An intent that is offered to everybody without being set up.
+/// An intent that is offered without being set up.
 struct AppShortcut {
     const Intent& intent;
     std::span<const TextAroundName> phrases; // said to the assistant, around the application's name

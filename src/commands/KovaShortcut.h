@@ -19,7 +19,7 @@ struct KovaShortcut {
     bool operator==(const KovaShortcut&) const = default;
 };
 
-/// A key press as whoever looks for a shortcut sees it.
+/// A key press, for matching against shortcuts.
 struct KovaShortcutEvent {
     std::uint16_t keyCode = 0;
     std::uint64_t modifierFlagsRawValue = 0; // of `modifierFlag::ofShortcuts` only

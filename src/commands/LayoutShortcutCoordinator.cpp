@@ -143,7 +143,7 @@ LayoutShortcutCoordinator::LayoutShortcutCoordinator(WorkspaceController& worksp
 void LayoutShortcutCoordinator::installMonitors() {
     if (hasMonitors()) return;
     globalKeyMonitor_ = keys_.addGlobalMonitor([this](const KeyPress& press) {
-        // After the work that waits already; by then nobody may listen any more.
+        // After the work that is queued already; by then the monitors may be gone.
         queue_.post(lifetime_.guard([this, event = eventOf(press)] {
             if (hasMonitors()) handle(event);
         }));
@@ -168,7 +168,7 @@ void LayoutShortcutCoordinator::claim() {
     keys_.claim(combinationsOf(resuming));
 }
 
-/// In the log, once each: whoever wonders why a key does nothing looks there.
+/// In the log, once each, so that a user can find out why a key does nothing.
 void LayoutShortcutCoordinator::noteHeldByOthers() {
     if (*shortcuts_.isRecording) return; // nothing is claimed meanwhile
     const auto held = keys_.heldByOthers();

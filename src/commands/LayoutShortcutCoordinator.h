@@ -19,7 +19,7 @@ class LayoutShortcutCoordinator {
 
     /// Begins to listen, and claims the configured combinations; does nothing while there is a monitor already.
     void installMonitors();
-    /// Ceases to; what was claimed is free for others. Harmless when nobody listens.
+    /// Stops listening and releases the claimed combinations. No-op without monitors.
     void removeMonitors();
     bool hasMonitors() const { return globalKeyMonitor_ || localKeyMonitor_; }
 
@@ -43,7 +43,7 @@ class LayoutShortcutCoordinator {
 };
 
 /// The action that a press asks for: the first of those that act, in their order, whose shortcut has this key and
-/// exactly these modifiers. Absent for a press that is nobody's.
+/// exactly these modifiers. Absent for a press without a shortcut.
 std::optional<KovaShortcutAction> actionFor(const KovaShortcutConfiguration& configuration,
                                             const KovaShortcutEvent& event);
 /// What has to be claimed for a configuration, each combination once.

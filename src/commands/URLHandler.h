@@ -1,4 +1,4 @@
-// Carries out what URLs ask for. They come from anywhere, and as many at a time as somebody likes to send.
+// Carries out what URLs ask for. They come from any program, in any number at a time.
 #pragma once
 
 #include "commands/URLActions.h"

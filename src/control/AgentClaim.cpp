@@ -19,7 +19,7 @@ std::string because(int error) {
     return std::string(": ") + std::strerror(error);
 }
 
-/// Absent when the folder is there and nobody else can put anything into it.
+/// Absent when the folder exists and only this user can write to it.
 std::optional<std::string> prepareFolder(const ControlSocketPlace& place) {
     const std::string folder = place.folder();
     if (mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST)
@@ -71,8 +71,8 @@ std::variant<AgentClaim, AgentClaimRefusal> AgentClaim::take(const ControlSocket
     if (flock(lock, LOCK_EX | LOCK_NB) != 0) {
         if (errno != EWOULDBLOCK) return refuse("Cannot lock " + lockPath + because(errno));
         const auto holder = holderOf(lock);
-        const std::string who = holder ? " (process " + std::to_string(*holder) + ")" : "";
-        return refuse("Another KOVA agent" + who + " has this session", holder);
+        const std::string process = holder ? " (process " + std::to_string(*holder) + ")" : "";
+        return refuse("Another KOVA agent" + process + " has this session", holder);
     }
     // The lock holds without the number, which only a second agent's message needs.
     const auto isFull = [](int error) { return error == EFBIG || error == ENOSPC || error == EDQUOT; };

@@ -1,5 +1,5 @@
 // The right to be the one agent of a session: a lock that the system takes back by itself when its holder ends, however
-// it ends. While the claim stands, nobody else listens at its socket's place.
+// it ends. While the claim is held, no other agent listens at the socket's path.
 #pragma once
 
 #include "control/client/ControlSocket.h"

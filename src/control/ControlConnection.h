@@ -78,7 +78,7 @@ class ControlConnection final : public ControlPeer, public std::enable_shared_fr
     void enqueue(std::string line) KOVA_REQUIRES(lock_);
     bool sendWhatFits() KOVA_REQUIRES(lock_); // false when the connection is broken
 
-    const std::shared_ptr<asio::io_context> context_; // outlives the socket, whoever holds the connection last
+    const std::shared_ptr<asio::io_context> context_; // outlives the socket, whatever holds the connection last
     // Control thread only
     Socket socket_;
     const int descriptor_;

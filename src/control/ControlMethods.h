@@ -30,11 +30,11 @@ struct ControlContext {
     URLHandler& urls;
     KovaShortcutSettings& shortcuts;
     PreferencesStore& preferences;
-    std::vector<const DiagnosticsServicing*> diagnostics = {}; // whoever has something to tell
+    std::vector<const DiagnosticsServicing*> diagnostics = {}; // the parts that report to `doctor`
     KeyMonitorServicing* keys = nullptr;                       // null where no key can be heard
     MainQueue& queue;
     std::function<void()> quit; // called on the main queue, after the answer was sent
-    // Absent where nobody has such a thing.
+    // Absent where the platform has no such setting.
     std::optional<SystemSetting> startAtLogin = {};
     std::optional<SystemSetting> dockAutoHide = {};
     std::function<std::optional<std::string>()> firstSteps = {}; // what a new user is told

@@ -39,7 +39,7 @@ bool prepareSocket(int socket) {
     return fcntl(socket, F_SETFD, FD_CLOEXEC) == 0 && fcntl(socket, F_SETFL, O_NONBLOCK) == 0;
 }
 
-/// Negative when nobody is waiting or nobody can be let in, with errno set.
+/// Negative, with errno set, when no client is waiting or none can be accepted.
 int acceptFrom(int listening) {
 #if defined(SOCK_CLOEXEC)
     return accept4(listening, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
@@ -60,8 +60,8 @@ int listenAt(const std::string& path) {
     if (!address) return errno = ENAMETOOLONG, -1;
     const int listening = socket(AF_UNIX, SOCK_STREAM, 0);
     if (listening < 0) return -1;
-    // Whoever left a socket here is dead: the claim says so. Nobody can connect before the socket listens, and by then
-    // its mode is right.
+    // A socket here is stale: we hold the claim, so its owner has exited. The mode is set before listen(), so that no
+    // client can connect with the wrong one.
     unlink(path.c_str());
     const bool isReady = prepareSocket(listening) &&
                          bind(listening, reinterpret_cast<const sockaddr*>(&*address), sizeof *address) == 0 &&

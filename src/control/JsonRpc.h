@@ -17,7 +17,7 @@ inline constexpr std::size_t kLargestBatch = 100;
 
 struct Request {
     ControlRequest call;
-    std::optional<nlohmann::json> id; // absent: a notification, which nobody answers
+    std::optional<nlohmann::json> id; // absent: a notification, which has no answer
 };
 
 /// A request that is not one, with the id to answer under (null when it has none that can be told).

@@ -14,8 +14,8 @@ namespace {
 
 using nlohmann::json;
 
-/// How often it is looked whether whoever records is still there.
-constexpr Seconds kLookInterval{0.2};
+/// How often the recording client is checked for its connection.
+constexpr Seconds kConnectionCheckInterval{0.2};
 /// The answer of a window system is a matter of milliseconds; where nothing is claimed at present there is none.
 constexpr Seconds kClaimPatience{0.5};
 
@@ -179,7 +179,7 @@ ControlReply ShortcutMethods::record(const JsonCursor& parameters, const std::sh
     settings_.isRecording.set(true);
     recording_->keys = keys_->recordKeys([this](const KeyPress& press) { return heard(press); },
                                          [this](const std::string& reason) { endRecording("failed", reason); });
-    look(number);
+    checkConnection(number);
     return json{{"shortcut", recordOf(action)}, {"prompt", kRecorderPrompt}};
 }
 
@@ -201,16 +201,16 @@ bool ShortcutMethods::heard(const KeyPress& press) {
     return true;
 }
 
-/// Whoever goes away while the keyboard is taken must not keep it.
-void ShortcutMethods::look(std::uint64_t number) {
-    queue_.after(kLookInterval, lifetime_.guard([this, number] {
+/// A client that disconnects while the keyboard is grabbed must not keep the grab.
+void ShortcutMethods::checkConnection(std::uint64_t number) {
+    queue_.after(kConnectionCheckInterval, lifetime_.guard([this, number] {
         if (!recording_ || recording_->number != number) return;
         const auto peer = recording_->peer.lock();
         if (!peer || !peer->isConnected()) return endRecording("cancelled", "");
         if (queue_.uptime() - recording_->since >= kRecordingPatience) {
             return endRecording("cancelled", "Nothing was typed for a minute");
         }
-        look(number);
+        checkConnection(number);
     }));
 }
 

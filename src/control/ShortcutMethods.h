@@ -18,12 +18,11 @@ namespace kova {
 
 class ShortcutMethods {
   public:
-    /// A key that nobody presses for so long is not awaited any more: meanwhile no other program has the keyboard.
+    /// Recording ends after this long without a key: meanwhile no other program gets the keyboard.
     static constexpr Seconds kRecordingPatience{60};
 
     /// All of them outlive the methods; `keys` is null in a session where no key can be heard. Nothing is recorded
-    /// while the workspace is suspended: whoever locks the screen needs the keyboard, and what is typed there is no
-    /// shortcut.
+    /// while the workspace is suspended: the lock screen needs the keyboard, and what is typed there is no shortcut.
     ShortcutMethods(KovaShortcutSettings& settings, KeyMonitorServicing* keys, MainQueue& queue,
                     const Published<bool>& isSuspended);
 
@@ -48,7 +47,7 @@ class ShortcutMethods {
         std::uint64_t number;
         Subscription keys;
     };
-    /// Somebody who changed a shortcut and wants to know whether it can be had.
+    /// A client that changed a shortcut and waits for the answer whether another program holds it.
     struct Waiting {
         std::weak_ptr<ControlPeer> peer;
         KovaShortcutAction action;
@@ -58,7 +57,7 @@ class ShortcutMethods {
     nlohmann::json recordsOfAll() const;
     bool isHeldByOther(const KovaShortcut& shortcut) const;
     bool heard(const KeyPress& press);
-    void look(std::uint64_t number);
+    void checkConnection(std::uint64_t number);
     void tellRecorded(const Recording& recording, std::string_view outcome, const std::string& message) const;
     void endRecording(std::string_view outcome, const std::string& message);
     enum class Claiming { done, underWay };

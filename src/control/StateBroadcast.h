@@ -1,5 +1,5 @@
-// Tells subscribers how the workspace looks and then what changes. Changes of one turn of the main queue are told
-// together, under one number; while nobody listens, nothing is watched. Main thread only.
+// Sends subscribers the state of the workspace and then its changes. Changes of one turn of the main queue are sent
+// together, under one number; without subscribers nothing is observed. Main thread only.
 #pragma once
 
 #include "control/ControlHandling.h"

@@ -91,7 +91,7 @@ json encode(const WorkspaceScene& scene, DateCoding dates) {
             {"placements", encodeAll(scene.placements)}};
 }
 
-/// Reading refuses text with NUL in it, and what was written must be readable, whoever thought of the name.
+/// Reading refuses text with NUL in it, and every document that was written must be readable.
 void dropNul(json& value) {
     if (auto* text = value.get_ptr<json::string_t*>()) {
         std::erase(*text, '\0');

@@ -81,7 +81,7 @@ std::optional<Date> dateFromIso8601(std::string_view text) {
 std::string localMonthDayTime(Date date) {
     const std::time_t time = static_cast<std::time_t>(floor<seconds>(date).time_since_epoch().count());
     std::tm local{};
-    tzset(); // whoever travels may have changed the zone since the start
+    tzset(); // the time zone may have changed since the start
     if (!localtime_r(&time, &local)) return iso8601(date);
     std::array<char, 80> text{};
     std::snprintf(text.data(), text.size(), "%s %d, %02d:%02d", kMonths[static_cast<std::size_t>(local.tm_mon)],

@@ -1,5 +1,4 @@
-// What reading a stored record gives: the record, or what is wrong with it and where. Whoever only passes records on
-// needs no more than this.
+// The result of reading a stored record: the record, or what is wrong with it and where.
 #pragma once
 
 #include <stdexcept>

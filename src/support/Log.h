@@ -1,5 +1,5 @@
-// What the agent tells about its own work, for whoever looks into a problem. Titles of windows are private: they are
-// told at the level `detail` only, which nobody gets without asking for it.
+// The agent's log of its own work, for diagnosis. Titles of windows are private: they are logged at the level `detail`
+// only, which is off unless the user asks for it.
 #pragma once
 
 #include <functional>
@@ -15,7 +15,7 @@ using LogWriter = std::function<void(LogLevel, const std::string&)>;
 /// as at the start. Call it while no other thread logs.
 void setLogWriter(LogWriter writer, LogLevel lowest);
 
-/// False when a text of this level would go nowhere, so that nobody need put it together.
+/// False when a text of this level would not be written, so that it need not be composed.
 bool isLogged(LogLevel level);
 /// One line of text. Any thread.
 void log(LogLevel level, const std::string& text);

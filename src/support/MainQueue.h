@@ -1,5 +1,5 @@
-// Time and order as collaborators. All state lives on the main queue; nobody sleeps, reads a clock or sets a timer
-// except through it, so that tests can move time by hand.
+// The main queue, its clock and its timers. All state lives on it, and code sleeps, reads a clock or sets a timer only
+// through it, so that tests can advance time.
 #pragma once
 
 #include <chrono>

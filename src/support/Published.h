@@ -32,7 +32,7 @@ class Observers {
         observers_.push_back(kept);
         return Subscription(kept);
     }
-    /// Whether anybody would hear of it now.
+    /// Whether there is an observer now.
     bool hasAny() const {
         return std::any_of(observers_.begin(), observers_.end(),
                            [](const auto& observer) { return !observer.expired(); });
@@ -75,7 +75,7 @@ class Published {
         const std::uint64_t round = ++round_;
         observers_.notifyWhile([this, round] { return round == round_; }, next);
     }
-    /// Watching changes nothing that can be seen, so whoever may read the value may watch it.
+    /// Const because observing does not change the value.
     [[nodiscard]] Subscription observe(std::function<void(const T&)> observer) const {
         return observers_.add(std::move(observer));
     }

@@ -112,8 +112,8 @@ class AccessibilityServicing {
 
     /// The values of the attributes, in the order asked for, in one request. An application that does not answer costs
     /// at most the platform's deadline (0.25 s), then every value is absent. Called on the polling queue; on the main
-    /// thread a platform answers from what it knows. One that has to ask all the same asks nobody there who has let a
-    /// deadline pass, until a poll has had an answer. Without permission nothing is known.
+    /// thread a platform answers from what it knows. There, applications that timed out are
+    /// skipped until a poll reaches them again. Without permission nothing is known.
     virtual std::vector<AttributeValue> readAttributes(const AccessibilityElement& element,
                                                        std::span<const AccessibilityAttribute> attributes) const = 0;
 

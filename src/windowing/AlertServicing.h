@@ -17,15 +17,15 @@ struct Alert {
 class AlertServicing {
   public:
     virtual ~AlertServicing() = default;
-    /// Tells the user something; nobody waits for it to be read. Main thread; never waits.
+    /// Shows the user a message. Main thread; never waits.
     virtual void inform(const Alert& alert) = 0;
     /// Asks with a warning. The answer comes on the main thread, once, after this has returned, and maybe never: true
-    /// only when the user has confirmed. Where nobody can be asked the answer is no. Main thread; never waits.
+    /// only when the user has confirmed. Where the user cannot be asked the answer is no. Main thread; never waits.
     virtual void confirm(const Alert& alert, std::function<void(bool isConfirmed)> answer) = 0;
 };
 
-/// Where there is nobody to ask.
-class UnansweredAlerts final : public AlertServicing {
+/// For sessions in which the user cannot be asked.
+class NullAlerts final : public AlertServicing {
   public:
     void inform(const Alert&) override {}
     /// Never confirmed, so there is nothing to call back for.

@@ -86,14 +86,14 @@ class ApplicationServicing {
     /// Tells the process from every other that had or will have its number, also after the machine was started anew;
     /// absent where nothing does. Main thread; may read files.
     virtual std::optional<std::string> processStartIdentity(pid_t) const { return std::nullopt; }
-    /// Said once, with the first picture of the desktop: windows that stay hidden count as hidden by this agent. Where
-    /// nobody says it, and where hiding outlives nobody, they come back by themselves. Main thread.
+    /// Said once, with the first picture of the desktop: windows that stay hidden count as hidden by this agent.
+    /// Without this call, and where hiding ends with the process, they come back by themselves. Main thread.
     virtual void settleHiddenWindows(LeftWindows) {}
 
-    /// What a user would find in a menu of applications, sorted by name. Main thread; may read files, waits for nobody.
+    /// What a user would find in a menu of applications, sorted by name. Main thread; may read files, never waits.
     virtual std::vector<LaunchableApplication> launchableApplications() const = 0;
     /// The installed application of that bundle identifier, also one that menus do not show; absent when there is none.
-    /// Main thread; may read files, waits for nobody.
+    /// Main thread; may read files, never waits.
     virtual std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) const = 0;
     /// Starts the application from its location; one that runs may answer with another window, or just come to the
     /// front. Never waits: the completion is called once, on the main thread and after this has returned, when the
@@ -104,8 +104,8 @@ class ApplicationServicing {
     /// its windows to another process. False while it runs, when it failed, and where its status is not known. Main
     /// thread; never waits.
     virtual bool hasLaunchedProcessSucceeded(pid_t) const { return false; }
-    /// Asks the application to quit, as if its user had; it may ask back, take its time, or stay. False when there is
-    /// nobody to ask. Main thread; never waits.
+    /// Asks the application to quit, as if its user had; it may ask back, take its time, or stay. False when the
+    /// process has ended. Main thread; never waits.
     virtual bool terminate(pid_t processIdentifier) = 0;
     /// Ends the application's process without asking it; what was not saved is lost. Absent when the process was
     /// signalled, otherwise why it was not, as a sentence without its end. Main thread; never waits.

@@ -24,9 +24,9 @@ inline constexpr std::uint64_t ofShortcuts = shift | control | option | command;
 
 /// A key that goes down.
 struct KeyPress {
-    std::uint16_t keyCode = 0;       // the Mac's virtual key code: a place on the keyboard, not a letter
-    std::uint64_t modifierFlags = 0; // as the platform reports them; bits that nobody asked for may be among them
-    bool isRepeat = false;           // the key is held
+    std::uint16_t keyCode = 0;                 // the Mac's virtual key code: a place on the keyboard, not a letter
+    std::uint64_t modifierFlags = 0;           // as the platform reports them; unknown bits may be among them
+    bool isRepeat = false;                     // the key is held
     std::string charactersIgnoringModifiers{}; // UTF-8, by the active keyboard layout; may be empty
     bool operator==(const KeyPress&) const = default;
 };
@@ -49,7 +49,7 @@ class KeyMonitorServicing {
     /// Presses while a window of our own has the keyboard; true keeps the press from the window.
     [[nodiscard]] virtual Subscription addLocalMonitor(std::function<bool(const KeyPress&)> monitor) = 0;
     /// Which combinations the monitors wait for, in place of those named before; claimed from the window system, where
-    /// it wants that, for as long as there is a global monitor and nobody records.
+    /// it wants that, for as long as there is a global monitor and no recorder.
     virtual void claim(const std::vector<KeyCombination>& combinations) = 0;
     /// Those of the claimed ones that another program holds, or the system; they are not reported while it does, or not
     /// reported to KOVA alone.
@@ -59,9 +59,9 @@ class KeyMonitorServicing {
     /// Tells, after each `claim`, that `heldByOthers` knows by now, and whenever that has changed since.
     [[nodiscard]] virtual Subscription observeHeldByOthers(std::function<void()> known) = 0;
 
-    /// Every press goes to the recorder, and where the platform allows it to nobody else; true ends the recording. Keys
-    /// that only modify others are no presses. At most one records: a later one ends the former. `failed` is told in a
-    /// sentence for a person why there is nothing to hear, for example because another program holds the keyboard.
+    /// Every press goes to the recorder, and where the platform allows it to no other program; true ends the recording.
+    /// Keys that only modify others are no presses. At most one records: a later one ends the former. `failed` is told
+    /// in a sentence for a person why there is nothing to hear, for example because another program holds the keyboard.
     [[nodiscard]] virtual Subscription recordKeys(std::function<bool(const KeyPress&)> recorder,
                                                   std::function<void(const std::string& reason)> failed) = 0;
     /// What the active keyboard layout writes on a key, without modifiers; empty when it is no character.

@@ -22,7 +22,7 @@ struct PointerEvent {
 class PointerMonitorServicing {
   public:
     virtual ~PointerMonitorServicing() = default;
-    /// Tells of the main button, and of movements only while it is held. Costs nothing while nobody observes. Main
+    /// Reports the main button, and movements only while it is held. Costs nothing without an observer. Main
     /// thread.
     [[nodiscard]] virtual Subscription observePointer(std::function<void(const PointerEvent&)> observer) = 0;
     /// Whether windows are commonly dragged by any point of theirs, as with Alt on X11; else by titles and edges.

@@ -19,7 +19,7 @@ struct Screen {
     CGRect frame{};
     CGRect visibleFrame{}; // the frame without panels, docks and menu bars
     double scale = 1;      // pixels to a point: only for what is drawn in pixels, as all frames are in points
-    std::string knownID{}; // what `displayID` gives, kept by who asks for it often; empty elsewhere
+    std::string knownID{}; // the result of `displayID`, where it is kept; else empty
     bool operator==(const Screen&) const = default;
 };
 
@@ -40,7 +40,7 @@ class ScreenServicing {
 class SessionServicing {
   public:
     virtual ~SessionServicing() = default;
-    /// Whether the login session's screen is locked; false when nobody can say. Any thread.
+    /// Whether the login session's screen is locked; false when that is unknown. Any thread.
     virtual bool isLoginSessionScreenLocked() const = 0;
 };
 

@@ -114,11 +114,11 @@ TEST(Redactor, AreTheSameForTheSameTextInOneReportOnly) {
     cli::Redactor redactor;
     const json shown = redactor.applied(record);
     EXPECT_EQ(shown["id"], "7:8");
-    EXPECT_EQ(shown["tiles"], tiles) << "whose window is in which tile is for everybody to see";
+    EXPECT_EQ(shown["tiles"], tiles) << "ids of windows and tiles are not private";
     EXPECT_EQ(shown["KOVA.x.v1"], "dark");
     EXPECT_EQ(shown["empty"], "");
     EXPECT_EQ(redactor.applied({{"KOVA.y.v1", {"Inbox"}}})["KOVA.y.v1"][0], shown["title"])
-        << "a list may be anybody's";
+        << "a list under a preference key may hold private texts";
     EXPECT_EQ(shown["list"][2], 3);
     EXPECT_EQ(shown["title"], shown["unknownKey"]);
     EXPECT_EQ(shown["title"], shown["list"][0]);

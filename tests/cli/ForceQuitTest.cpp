@@ -108,10 +108,11 @@ TEST_F(ForceQuitAll, IsAskedAtTheTerminal) {
     desk.settle();
     EXPECT_TRUE(desk.desktop.livingWindows().empty());
 
-    Dialogue nobody(socketPath(), [this] { turn(); });
-    EXPECT_EQ(nobody.wait(), 0);
-    EXPECT_EQ(nobody.heard(), "No Open Applications\nThere are no regular applications to close. KOVA and Finder are "
-                              "always kept open.\n");
+    Dialogue withoutApplications(socketPath(), [this] { turn(); });
+    EXPECT_EQ(withoutApplications.wait(), 0);
+    EXPECT_EQ(withoutApplications.heard(),
+              "No Open Applications\nThere are no regular applications to close. KOVA and Finder are "
+              "always kept open.\n");
 }
 
 } // namespace kova

@@ -216,7 +216,7 @@ TEST_F(LineProtocol, DropsWhoDoesNotReadAndNobodyElse) {
               "\n");
     EXPECT_EQ(echoed(other.ask(kEcho)), json({{"a", 1}}));
     EXPECT_TRUE(deaf.hungUp());
-    // Who reads gets everything, more than the queue holds included.
+    // A client that reads gets everything, more than the queue holds included.
     other.send(R"({"jsonrpc":"2.0","id":1,"method":"flood","params":{"bytes":3000000,"lines":1}})"
                "\n");
     EXPECT_EQ(other.line()->size(), 3'000'000u);
@@ -312,9 +312,9 @@ TEST_F(LineProtocol, WhatAllClientsLeaveUnreadIsBoundedToo) {
         EXPECT_EQ(client().ask(kEcho)["id"], 7);
     }
     int ended = 0;
-    for (auto& each : deaf) ended += each.line() ? 0 : 1; // who was dropped does not get the whole line
+    for (auto& each : deaf) ended += each.line() ? 0 : 1; // a dropped client does not get the whole line
     EXPECT_GE(ended, 35);
-    EXPECT_LE(ended, 39) << "nobody is served";
+    EXPECT_LE(ended, 39) << "no client is served";
     // A larger answer than all that goes to a client that reads.
     auto reading = client();
     EXPECT_EQ(echoed(reading.ask(R"({"jsonrpc":"2.0","id":1,"method":"large","params":{"bytes":5000000}})"))

@@ -159,7 +159,7 @@ TEST_F(ShortcutsOverTheSocket, GiveTheKeyboardBackWhoeverRecorded) {
     EXPECT_TRUE(isBack());
     keyboard().setKeyboardHeldByOther(false);
 
-    // Whoever locks the screen needs it, and what is typed there is no shortcut.
+    // The lock screen needs it, and what is typed there is no shortcut.
     const std::string why = "Suspended while the screen is asleep, locked or another user's";
     result("shortcut.record", {{"action", "undo"}});
     desk.controller().suspendForSystemTransition();

@@ -34,7 +34,7 @@ TEST(DistributeLengths, Table) {
     const Case cases[] = {
         {"no branches", {}, {}, 100, {}},
         {"by weight", {0.63, 0.37}, {0, 0}, 2528, {1592.64, 935.36}},
-        {"minimums that do not fit together favour nobody", {1, 1}, {400, 400}, 700, {350, 350}},
+        {"minimums that do not fit together are ignored", {1, 1}, {400, 400}, 700, {350, 350}},
         {"a pinned branch leaves the rest to the others", {0.9, 0.1}, {0, 300}, 1000, {700, 300}},
         {"pinning one can pin the next", {8, 1, 1}, {0, 120, 100}, 1000, {780, 120, 100}},
         {"later passes see what is left", {6, 3, 1}, {0, 280, 200}, 1000, {520, 280, 200}},

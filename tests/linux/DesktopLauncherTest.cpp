@@ -109,7 +109,7 @@ TEST_F(Launching, GivesAProgramASessionOfItsOwnAndNothingOfOurs) {
         EXPECT_NE(said.find(fd), std::string::npos) << said;
     EXPECT_EQ(said.find(" " + std::to_string(ours) + " -> /dev/null"), std::string::npos) << said;
     EXPECT_EQ(said.find("pipe"), std::string::npos) << said;
-    EXPECT_TRUE(runUntil([&] { return !isThere(*result.processIdentifier); })) << "nobody has reaped it";
+    EXPECT_TRUE(runUntil([&] { return !isThere(*result.processIdentifier); })) << "it was not reaped";
 
     std::filesystem::remove(out_);
     EXPECT_EQ(launch("org.example.Mail", LaunchActivation::inBackground).error, std::nullopt);

@@ -120,7 +120,7 @@ TEST(FilePreferencesStore, ChangesAreGatheredAndWhatItDoesNotKnowIsKept) {
     EXPECT_FALSE(store.contains("nothing"));
     for (int i = 0; i < 100; ++i) store.setValue("KOVA.accentColor.v1", std::to_string(i));
     store.setValue("broken", PreferenceData{"{"});                        // no JSON, left out
-    EXPECT_EQ(contentsOf(home.file()).find("accent"), std::string::npos); // nobody waited for the disk
+    EXPECT_EQ(contentsOf(home.file()).find("accent"), std::string::npos); // the write was not waited for
     home.wait();
     const auto written = nlohmann::json::parse(contentsOf(home.file()));
     EXPECT_EQ(written, nlohmann::json::parse(R"({"later.v9": [1, {"x": 2}], "number": 3, "nothing": null,
@@ -143,7 +143,7 @@ TEST(FilePreferencesStore, APromisedValueIsMadeWhenItIsNeededAndNotWhenAnotherOv
     store.setValueLater("KOVA.accentColor.v1", promise("overtaken"));
     store.setValueLater("KOVA.accentColor.v1", promise("green"));
     EXPECT_EQ(made, 0);
-    EXPECT_EQ(store.string("KOVA.accentColor.v1"), "green") << "whoever asks gets it before it is written";
+    EXPECT_EQ(store.string("KOVA.accentColor.v1"), "green") << "readers get it before it is written";
     home.wait();
     EXPECT_EQ(accentInFile(), "green");
 
@@ -324,7 +324,7 @@ TEST(FilePreferencesStore, AWorkerWritesWhileTheMainThreadGoesOn) {
         loop.after(2.3s, [&] { loop.quit(0); });
         loop.run();
         store.synchronize();
-        store.setValue("round", std::string("lost: nobody waited for it"));
+        store.setValue("round", std::string("lost: the write was not waited for"));
     }
     FilePreferencesStore again(file, loop, disk);
     EXPECT_EQ(again.string("round"), "19");

@@ -98,7 +98,7 @@ class LoginSessionTest : public ::testing::Test {
     void open(std::optional<std::string> sessionID, LoginSessionPatience patience = {}) {
         // The test may run in a session of its own, so nothing is taken from its environment.
         session_ = std::make_unique<LoginSession>(loop_, BusAddresses{bus_.address(), bus_.address()},
-                                                  SessionTraces{sessionID, getpid(), getuid()}, patience);
+                                                  SessionHints{sessionID, getpid(), getuid()}, patience);
         watch_ = session_->observeSystemActivity([this](SystemActivityEvent event) { told_ += nameOf(event); });
     }
     bool turnUntil(const std::function<bool()>& condition) { return letPassUntil(loop_, condition); }
@@ -211,7 +211,7 @@ TEST_F(LoginSessionTest, WhoIsGoneKeepsNobodySuspended) {
     open("c1", {.withLock = 50ms, .withSilence = 50ms});
     ASSERT_TRUE(turnUntil([&] { return isListening(); }));
     bus_.call("c1", "Lock");
-    expectTold("locked unlocked "); // nobody confirms it
+    expectTold("locked unlocked "); // it is never confirmed
     bus_.startScreenSaver();
     bus_.setScreenSaver(true);
     expectTold("locked ");

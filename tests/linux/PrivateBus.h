@@ -27,7 +27,8 @@ class PrivateBus {
 
     void start() {
         std::filesystem::remove(folder_.path() / "bus");
-        // It says its address once somebody may call; the library keeps the memory of each try that comes too early.
+        // It prints its address once clients may connect; the library keeps the memory of each try that comes too
+        // early.
         std::array<int, 2> ends{};
         ASSERT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
         daemon_ = testing::ChildProcess({"/usr/bin/dbus-daemon", "--session", "--nofork", "--address=" + address(),
@@ -134,7 +135,7 @@ class PrivateBus {
         logind("")
             ->callMethod("AddSession")
             .onInterface("org.freedesktop.DBus.Mock")
-            .withArguments(id, std::string("seat0"), user, std::string("somebody"), true)
+            .withArguments(id, std::string("seat0"), user, std::string("user"), true)
             .storeResultsTo(path);
         set(id, "Type", sdbus::Variant(type));
     }

@@ -130,7 +130,7 @@ TEST(VerifiedPlacement, TallWindowIsReportedAsWellAndAnUnreadableOneIsOff) {
     PlacementBench unreadable({.unreadable = {AccessibilityAttribute::size}});
     EXPECT_EQ(unreadable.journalUntil(5),
               std::string(kPositionFirst) + kSizeFirst + kPositionFirst + kSizeFirst + kPositionFirst)
-        << "nobody can say where it is: it is told four times more, and not drawn in";
+        << "its frame is unknown: it is written four times more, and not drawn in";
     EXPECT_EQ(unreadable.reported, "");
 }
 

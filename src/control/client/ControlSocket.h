@@ -1,5 +1,4 @@
-// Where the agent listens, and who is at the other end of a connection. Only processes of the same user talk to each
-// other over this socket.
+// The agent's socket, and the user at the other end of a connection: only processes of one user talk over it.
 #pragma once
 
 #include <sys/types.h>

@@ -16,7 +16,7 @@ struct ActivityFacts {
     bool isSessionActive = true;
     /// The desktop has told logind that it is locked.
     bool isLockedHintSet = false;
-    /// Somebody has asked for a lock, and nobody has confirmed it yet.
+    /// A lock was requested and is not confirmed yet.
     bool isLockAwaited = false;
     std::set<std::string> activeScreenSavers;
 
@@ -26,7 +26,7 @@ struct ActivityFacts {
 /// logind's Lock signal is a request. Desktops confirm it by the hint or by their screen saver; some screen lockers do
 /// neither, and then nothing would ever tell of the unlocking. So an unconfirmed lock counts, but not for long.
 ActivityFacts afterLockSignal(ActivityFacts facts);
-/// logind's Unlock signal asks the desktop to unlock, which tells when it has. Only what nobody confirmed ends at once.
+/// logind's Unlock signal asks the desktop to unlock, which tells when it has. Only an unconfirmed lock ends at once.
 ActivityFacts afterUnlockSignal(ActivityFacts facts);
 ActivityFacts afterLockedHint(ActivityFacts facts, bool isSet);
 ActivityFacts afterScreenSaver(ActivityFacts facts, const std::string& name, bool isActive);

@@ -150,7 +150,7 @@ std::optional<std::string> AutostartEntry::registerAtLogin() {
     if (program_.empty()) return "where kova-agent is installed cannot be found out";
     const auto present = contents(entry_);
     if (!present || isAsWritten(*present)) return replace(writtenEntry());
-    // Whoever asks for it now does so after having switched it off by hand; all else in the entry stays.
+    // The user had switched it off by hand and wants it again; all else in the entry stays.
     std::string text = withValue(withValue(*present, kHidden, std::nullopt), kEnabled, std::nullopt);
     if (!isStartable(entry_)) {
         text = withValue(withValue(text, "TryExec", keyValue(program_)), "Exec", execWord(program_));
@@ -163,7 +163,7 @@ std::optional<std::string> AutostartEntry::unregisterAtLogin() {
     const auto present = contents(entry_);
     const auto shared = sharedEntry();
     if (shared || (present && !isAsWritten(*present))) {
-        // Without it the one of the whole machine would count, or lines of somebody else be lost.
+        // Without it the machine-wide entry would count, or the user's lines be lost.
         const std::string text = present ? *present : contents(*shared).value_or("");
         problem = replace(withValue(text, kHidden, "true"));
     } else if (present) {

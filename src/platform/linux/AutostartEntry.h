@@ -1,5 +1,5 @@
 // Start at login by an autostart entry, which every Linux desktop reads. Files are changed only when the user asks for
-// it; lines that somebody has put into the entry stay. A systemd unit that starts the agent as well is respected.
+// it; lines that the user has put into the entry stay. A systemd unit that starts the agent as well is respected.
 #pragma once
 
 #include "app/LaunchAtLoginServicing.h"

@@ -36,7 +36,7 @@ struct StartFailure {
 class ChildProcesses {
   public:
     explicit ChildProcesses(EventLoop& loop);
-    /// What was started goes on; who still waits to hear of it does not.
+    /// Started programs go on; completions that are still due are not called.
     ~ChildProcesses();
     ChildProcesses(const ChildProcesses&) = delete;
     ChildProcesses& operator=(const ChildProcesses&) = delete;

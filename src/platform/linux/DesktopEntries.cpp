@@ -79,7 +79,7 @@ int suitability(std::string_view keyLocale, std::string_view reader) {
     return keyLocale == language ? 2 : 0;
 }
 
-/// Absent for what is no ordinary file of a bearable size. Never waits for a pipe that somebody put there.
+/// Absent unless it is a regular file of a reasonable size. Never waits for a pipe.
 std::optional<std::string> readFile(const std::string& path) {
     const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (file < 0) return std::nullopt;
@@ -129,7 +129,7 @@ bool holds(const std::vector<std::string>& members, const std::string& wanted) {
     return std::find(members.begin(), members.end(), wanted) != members.end();
 }
 
-/// The keys that matter to who launches the application or lists it.
+/// The keys that launching and listing need.
 void takeLaunching(DesktopEntry& entry, std::string_view key, std::string_view value) {
     if (key == "Exec") {
         entry.execLine = unescaped(value);

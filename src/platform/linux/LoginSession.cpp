@@ -25,10 +25,10 @@ BusAddresses BusAddresses::fromEnvironment() {
     return addresses;
 }
 
-LoginSession::LoginSession(EventLoop& loop, const BusAddresses& addresses, SessionTraces traces,
+LoginSession::LoginSession(EventLoop& loop, const BusAddresses& addresses, SessionHints hints,
                            LoginSessionPatience patience) :
     loop_(loop),
-    patience_(patience), logind_(addresses.system, std::move(traces), loop, listener()),
+    patience_(patience), logind_(addresses.system, std::move(hints), loop, listener()),
     screenSavers_(addresses.session, loop,
                   [this](const std::string& name, bool isActive) { hear(afterScreenSaver(facts_, name, isActive)); }) {}
 
@@ -36,11 +36,11 @@ Subscription LoginSession::observeSystemActivity(std::function<void(SystemActivi
     return observers_.add(std::move(observer));
 }
 
-LogindConversation::Listener LoginSession::listener() {
+LogindClient::Listener LoginSession::listener() {
     const auto known = [this] {
         if (silencePatience_) std::exchange(silencePatience_, nullptr)->cancel();
     };
-    LogindConversation::Listener listener;
+    LogindClient::Listener listener;
     listener.sleep = [this](bool isPreparing) {
         auto facts = facts_;
         facts.isPreparingForSleep = isPreparing;

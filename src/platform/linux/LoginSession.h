@@ -1,10 +1,10 @@
 // The login session on Linux: says when the machine sleeps, another user has the seat or the screen is locked, by what
-// logind and the screen savers tell. Without them it tells nothing, and all is well. It waits for nobody, and wakes the
-// agent only when one of them has something to say.
+// logind and the screen savers tell. Without them it tells nothing, and all is well. It never waits, and wakes the
+// agent only when one of them reports a change.
 #pragma once
 
 #include "platform/linux/ActivityConditions.h"
-#include "platform/linux/LogindConversation.h"
+#include "platform/linux/LogindClient.h"
 #include "platform/linux/ScreenSavers.h"
 #include "support/Lifetime.h"
 #include "windowing/DiagnosticsServicing.h"
@@ -19,7 +19,7 @@
 
 namespace kova {
 
-/// Where the buses are, as D-Bus writes addresses; empty for one that nobody named.
+/// Where the buses are, as D-Bus writes addresses; empty for one that is not named.
 struct BusAddresses {
     std::string system;
     std::string session;
@@ -29,7 +29,7 @@ struct BusAddresses {
 
 struct LoginSessionPatience {
     static constexpr int changesAtOnce = 16;
-    /// A lock that nobody confirms counts for this long: until a desktop has drawn its lock screen.
+    /// An unconfirmed lock counts for this long: until a desktop has drawn its lock screen.
     Seconds withLock{10};
     /// What logind said last holds for this long after it has gone: it may only be restarting.
     Seconds withSilence{10};
@@ -42,7 +42,7 @@ struct LoginSessionPatience {
 class LoginSession final : public SessionServicing, public SystemActivityServicing, public DiagnosticsServicing {
   public:
     /// Begins to connect; what it learns it tells once the loop runs.
-    LoginSession(EventLoop& loop, const BusAddresses& addresses, SessionTraces traces,
+    LoginSession(EventLoop& loop, const BusAddresses& addresses, SessionHints hints,
                  LoginSessionPatience patience = {});
 
     /// Any thread; what logind said last.
@@ -51,7 +51,7 @@ class LoginSession final : public SessionServicing, public SystemActivityServici
     std::vector<DiagnosticLine> diagnose() const override;
 
   private:
-    LogindConversation::Listener listener();
+    LogindClient::Listener listener();
     void hear(ActivityFacts facts);
     void tell();
 
@@ -66,7 +66,7 @@ class LoginSession final : public SessionServicing, public SystemActivityServici
     std::shared_ptr<ScheduledWork> lockPatience_;
     std::shared_ptr<ScheduledWork> silencePatience_;
     Lifetime lifetime_;
-    LogindConversation logind_;
+    LogindClient logind_;
     ScreenSavers screenSavers_;
 };
 

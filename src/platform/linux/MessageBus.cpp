@@ -32,8 +32,8 @@ constexpr int kMessagesPerTurn = 64;
 
 constexpr const char* kBusService = "org.freedesktop.DBus";
 
-/// Why nobody listens at a socket's path; empty when somebody does.
-std::string whyNobodyListens(const std::string& path) {
+/// Why no process listens at a socket's path; empty when one does.
+std::string whyNotListening(const std::string& path) {
     sockaddr_un place{};
     place.sun_family = AF_UNIX;
     if (path.size() >= sizeof place.sun_path) return path + ": " + std::strerror(ENAMETOOLONG);
@@ -46,8 +46,8 @@ std::string whyNobodyListens(const std::string& path) {
     return problem;
 }
 
-/// Why nobody answers at any of the addresses; empty when somebody does, or when only the library can tell. It is asked
-/// first because the library keeps the memory of each of its tries that fail, and a bus may stay away for days.
+/// Why no bus answers at any of the addresses; empty when one does, or when only the library can tell. Called first
+/// because the library leaks the memory of each failed attempt, and a bus may be away for days.
 std::string whyUnreachable(std::string_view addresses) {
     constexpr std::string_view kPlain = "unix:path=";
     std::string problem;
@@ -56,7 +56,7 @@ std::string whyUnreachable(std::string_view addresses) {
         const std::string_view address = addresses.substr(0, end);
         addresses.remove_prefix(std::min(end + 1, addresses.size()));
         if (!address.starts_with(kPlain) || address.find_first_of(",%") != address.npos) return {};
-        problem = whyNobodyListens(std::string(address.substr(kPlain.size())));
+        problem = whyNotListening(std::string(address.substr(kPlain.size())));
         if (problem.empty()) return {};
     }
     return problem;
@@ -73,7 +73,7 @@ std::shared_ptr<sdbus::IConnection> connectionTo(const std::string& address, con
                 try {
                     hear(message);
                 } catch (const sdbus::Error&) {
-                    // Somebody speaks another dialect; what cannot be read was not said.
+                    // A message of an unexpected type is ignored.
                 }
             };
             connection->addMatch("type='signal',sender='" + signal.sender + "'," + signal.rule, heard,
@@ -98,10 +98,10 @@ BusSignal ownerChange(const std::string& service, std::function<void(const std::
             }};
 }
 
-/// Shared with the thread that connects. It may outlive the bus when nobody answers at the other end.
+/// Shared with the thread that connects. It may outlive the bus when the other end does not answer.
 struct MessageBus::Attempt {
     Mutex mutex;
-    MessageBus* bus;  // null once nobody wants the connection any more; set and read on the main thread only
+    MessageBus* bus;  // null once the connection is not needed any more; set and read on the main thread only
     MainQueue* queue KOVA_GUARDED_BY(mutex); // the same
 
     Attempt(MessageBus& wanting, MainQueue& wantingQueue) : bus(&wanting), queue(&wantingQueue) {}

@@ -1,5 +1,5 @@
-// A connection to a message bus that comes and goes. Nobody waits for the bus: a thread of a moment connects and asks
-// it to pass on signals; from then on everything happens on the event loop, when the bus has something to say.
+// A connection to a message bus that may come late and restart. The main thread never waits for the bus: a short-lived
+// thread connects and subscribes to signals; from then on everything happens on the event loop.
 #pragma once
 
 #include "platform/linux/EventLoop.h"
@@ -31,7 +31,7 @@ struct BusSignal {
 /// The bus's signal that `service` has another owner; `owner` is empty when it has none any more.
 BusSignal ownerChange(const std::string& service, std::function<void(const std::string& owner)> heard);
 
-/// What is asked of whom.
+/// A method call.
 struct BusQuestion {
     std::string service;
     std::string path;

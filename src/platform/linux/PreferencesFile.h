@@ -50,7 +50,7 @@ class PreferencesFile {
         PreferenceKeySet unusable; // keys whose stored value is kept in a copy before it is overwritten
     };
     /// A key that was changed in the file and not by us: its value there, absent when it was removed. Records are not
-    /// among them: whoever holds one in memory goes on with it, and only the file has both sides' changes.
+    /// among them: the copy in memory stays in use, and only the file has both sides' changes.
     using TakenOver = std::map<std::string, std::optional<PreferenceValue>>;
     struct Written {
         bool isOnDisk = false;

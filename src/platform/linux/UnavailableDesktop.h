@@ -1,5 +1,5 @@
-// A session whose windows nobody lets us reach: no permission, no applications, no displays. The agent keeps running on
-// it, so that whoever asks is told why nothing moves and what to do.
+// A session without access to its windows: no permission, no applications, no displays. The agent keeps running, so
+// that clients learn why nothing moves and what to do.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -13,10 +13,10 @@
 namespace kova {
 
 class UnavailableDesktop final : public AccessibilityServicing,
-                            public ApplicationServicing,
-                            public ScreenServicing,
-                            public DesktopChangeServicing,
-                            public DiagnosticsServicing {
+                                 public ApplicationServicing,
+                                 public ScreenServicing,
+                                 public DesktopChangeServicing,
+                                 public DiagnosticsServicing {
   public:
     /// `reason` says in the user's words why there is no desktop and what to do.
     UnavailableDesktop(std::string reason, MainQueue& queue) : reason_(std::move(reason)), queue_(queue) {}
@@ -56,7 +56,7 @@ class UnavailableDesktop final : public AccessibilityServicing,
     Subscription observeScreens(std::function<void()>) override { return {}; }
     std::optional<CGPoint> pointerLocation() const override { return std::nullopt; }
 
-    /// Nothing ever changes here, so nobody need ask twice.
+    /// Nothing ever changes here, so one poll is enough.
     std::optional<std::uint64_t> changeCount() const override { return 0; }
     void notifyWhenChanged(std::uint64_t, std::function<void()>) override {}
 

@@ -145,7 +145,7 @@ ProcessOutcome ProcessRunner::run(const std::string& program, const std::vector<
     }
     out.drainInto(outcome.output);
     err.drainInto(outcome.problem);
-    const bool isKnown = ended == process; // else somebody else has been told
+    const bool isKnown = ended == process; // else other code has reaped it
     outcome.ending = hasTimedOut ? Ending::timedOut : isKnown && WIFEXITED(status) ? Ending::exited : Ending::killed;
     if (outcome.ending == Ending::exited) outcome.exitCode = WEXITSTATUS(status);
     if (!isKnown && !hasTimedOut && outcome.problem.empty()) outcome.problem = "how it ended is not known";

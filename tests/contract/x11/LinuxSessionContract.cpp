@@ -16,7 +16,7 @@ class LinuxSessionStage final : public SessionStage {
         bus_.startLogind();
         bus_.addSession("c1", getuid(), "x11");
         session_ = std::make_unique<LoginSession>(loop_, BusAddresses{bus_.address(), bus_.address()},
-                                                  SessionTraces{"c1", getpid(), getuid()});
+                                                  SessionHints{"c1", getpid(), getuid()});
         EXPECT_TRUE(runUntil([&] { return isListening(); }));
     }
     SystemActivityServicing& activity() override { return *session_; }

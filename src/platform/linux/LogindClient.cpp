@@ -1,4 +1,4 @@
-#include "platform/linux/LogindConversation.h"
+#include "platform/linux/LogindClient.h"
 
 #include "support/Log.h"
 
@@ -37,23 +37,21 @@ std::string signalRule(const std::string& interface, const std::string& member) 
 
 } // namespace
 
-SessionTraces SessionTraces::ofThisProcess() {
-    SessionTraces traces;
-    if (const char* id = std::getenv("XDG_SESSION_ID"); id && *id) traces.sessionID = id;
-    traces.process = getpid();
-    traces.user = getuid();
-    return traces;
+SessionHints SessionHints::ofThisProcess() {
+    SessionHints hints;
+    if (const char* id = std::getenv("XDG_SESSION_ID"); id && *id) hints.sessionID = id;
+    hints.process = getpid();
+    hints.user = getuid();
+    return hints;
 }
 
-LogindConversation::LogindConversation(std::string busAddress, SessionTraces traces, EventLoop& loop,
-                                       Listener listener) :
-    traces_(std::move(traces)),
-    bus_("system bus", std::move(busAddress), loop), listener_(std::move(listener)) {
+LogindClient::LogindClient(std::string busAddress, SessionHints hints, EventLoop& loop, Listener listener) :
+    hints_(std::move(hints)), bus_("system bus", std::move(busAddress), loop), listener_(std::move(listener)) {
     bus_.open(
-        signals(), [this] { begin(); }, [this] { fallSilent("the system bus is gone"); });
+        signals(), [this] { begin(); }, [this] { onDisconnected("the system bus is gone"); });
 }
 
-std::string LogindConversation::description() const {
+std::string LogindClient::description() const {
     if (!bus_.isConnected()) {
         return "There is no system bus (" + bus_.problem() +
                "): sleep, the lock and a switch to another user go unnoticed.";
@@ -62,7 +60,7 @@ std::string LogindConversation::description() const {
     return "logind tells of sleep, the lock and a switch to another user; this is session " + sessionName_ + ".";
 }
 
-std::vector<BusSignal> LogindConversation::signals() {
+std::vector<BusSignal> LogindClient::signals() {
     std::vector<BusSignal> all;
     all.push_back({kService, signalRule(kManager, "PrepareForSleep"), [this](sdbus::Message& message) {
                        bool isPreparing = false;
@@ -90,7 +88,7 @@ std::vector<BusSignal> LogindConversation::signals() {
                    }});
     all.push_back(ownerChange(kService, [this](const std::string& owner) {
         if (owner.empty()) {
-            fallSilent("logind does not run");
+            onDisconnected("logind does not run");
         } else {
             begin();
         }
@@ -98,12 +96,12 @@ std::vector<BusSignal> LogindConversation::signals() {
     return all;
 }
 
-void LogindConversation::begin() {
+void LogindClient::begin() {
     const Number round = ++round_;
     candidate_.reset();
     bus_.askForOwner(kService, [this, round](const std::string& owner) {
         if (round != round_) return;
-        if (owner.empty()) return fallSilent("logind does not run");
+        if (owner.empty()) return onDisconnected("logind does not run");
         bus_.ask({kService, kManagerPath, kProperties, "Get"}, {kManager, "PreparingForSleep"},
                  [this, round](sdbus::Message* reply) {
                      if (!reply || round != round_) return;
@@ -115,7 +113,7 @@ void LogindConversation::begin() {
     });
 }
 
-void LogindConversation::fallSilent(std::string problem) {
+void LogindClient::onDisconnected(std::string problem) {
     ++round_;
     if (problem != problem_) log(LogLevel::note, problem);
     problem_ = std::move(problem);
@@ -123,7 +121,7 @@ void LogindConversation::fallSilent(std::string problem) {
     listener_.silence();
 }
 
-void LogindConversation::search(Search place) {
+void LogindClient::search(Search place) {
     const auto round = round_;
     const auto onePath = [this, round, place](sdbus::Message* reply) {
         if (round != round_) return;
@@ -139,13 +137,13 @@ void LogindConversation::search(Search place) {
     };
     switch (place) {
     case Search::namedByEnvironment:
-        if (!traces_.sessionID) return search(Search::ofProcess);
-        return bus_.ask(asking("GetSession"), MessageBus::Words{*traces_.sessionID}, onePath);
+        if (!hints_.sessionID) return search(Search::ofProcess);
+        return bus_.ask(asking("GetSession"), MessageBus::Words{*hints_.sessionID}, onePath);
     case Search::ofProcess:
-        return bus_.ask(asking("GetSessionByPID"), static_cast<std::uint32_t>(traces_.process), onePath);
+        return bus_.ask(asking("GetSessionByPID"), static_cast<std::uint32_t>(hints_.process), onePath);
     case Search::displayOfUser:
         return bus_.ask(
-            asking("GetUser"), static_cast<std::uint32_t>(traces_.user), [this, round](sdbus::Message* reply) {
+            asking("GetUser"), static_cast<std::uint32_t>(hints_.user), [this, round](sdbus::Message* reply) {
                 if (round != round_) return;
                 if (!reply) return examine({}, Search::displayOfUser);
                 sdbus::ObjectPath user;
@@ -171,7 +169,7 @@ void LogindConversation::search(Search place) {
             if (reply) *reply >> listed;
             std::vector<std::string> paths;
             for (const Listed& session : listed) {
-                if (std::get<1>(session) == traces_.user) paths.push_back(std::get<4>(session));
+                if (std::get<1>(session) == hints_.user) paths.push_back(std::get<4>(session));
             }
             examine(std::move(paths), Search::anyOfUser);
         });
@@ -181,7 +179,7 @@ void LogindConversation::search(Search place) {
 }
 
 /// Takes the first of the sessions that has a screen of its own, else goes on searching.
-void LogindConversation::examine(std::vector<std::string> paths, Search place) {
+void LogindClient::examine(std::vector<std::string> paths, Search place) {
     if (paths.empty()) return search(static_cast<Search>(static_cast<int>(place) + 1));
     const std::string path = paths.front();
     paths.erase(paths.begin());
@@ -196,7 +194,7 @@ void LogindConversation::examine(std::vector<std::string> paths, Search place) {
     });
 }
 
-void LogindConversation::askForSession(const std::string& path, std::function<void(std::optional<Session>)> answer) {
+void LogindClient::askForSession(const std::string& path, std::function<void(std::optional<Session>)> answer) {
     bus_.ask({kService, path, kProperties, "GetAll"}, {kSession},
              [this, path, answer = std::move(answer)](sdbus::Message* reply) {
                  if (!reply) return answer(std::nullopt);
@@ -208,7 +206,7 @@ void LogindConversation::askForSession(const std::string& path, std::function<vo
                  session.path = path;
                  session.id = property<std::string>(properties, "Id").value_or("");
                  session.type = property<std::string>(properties, "Type").value_or("");
-                 session.isOurs = user && std::get<0>(*user) == traces_.user &&
+                 session.isOurs = user && std::get<0>(*user) == hints_.user &&
                                   property<std::string>(properties, "Class").value_or("user") == "user" &&
                                   property<std::string>(properties, "State") != "closing";
                  session.isActive = property<bool>(properties, "Active").value_or(true);
@@ -217,7 +215,7 @@ void LogindConversation::askForSession(const std::string& path, std::function<vo
              });
 }
 
-void LogindConversation::take(const Session& session) {
+void LogindClient::take(const Session& session) {
     if (sessionPath_ != session.path) {
         log(LogLevel::note, "logind knows this session as " + session.id + " (" + session.type + ")");
     }
@@ -229,12 +227,12 @@ void LogindConversation::take(const Session& session) {
     listener_.lockedHint(session.isLocked);
 }
 
-void LogindConversation::conclude() {
+void LogindClient::conclude() {
     if (const auto session = candidate_) return take(*session);
-    fallSilent("logind knows no session of this user");
+    onDisconnected("logind knows no session of this user");
 }
 
-void LogindConversation::propertiesChanged(sdbus::Message& message) {
+void LogindClient::propertiesChanged(sdbus::Message& message) {
     std::string interface;
     Properties changed;
     std::vector<std::string> withoutValue;
@@ -246,7 +244,7 @@ void LogindConversation::propertiesChanged(sdbus::Message& message) {
     }
 }
 
-void LogindConversation::askAgain() {
+void LogindClient::askAgain() {
     askForSession(sessionPath_, [this, round = round_](const std::optional<Session>& session) {
         if (session && round == round_) take(*session);
     });

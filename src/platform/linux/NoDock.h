@@ -5,12 +5,12 @@
 
 namespace kova {
 
-class AbsentDock final : public DockAutoHideServicing {
+class NoDock final : public DockAutoHideServicing {
   public:
     std::optional<std::string> absence() const override {
         return "This desktop has no common preference for hiding its dock or panel; its own settings may have one.";
     }
-    /// Nobody answers: there is nothing to ask.
+    /// Never completes: there is nothing to read.
     void readAutoHide(ReadCompletion) override {}
     void writeAutoHide(bool, WriteCompletion) override {}
 };

@@ -16,16 +16,16 @@
 namespace kova {
 
 /// How a process recognises its login session.
-struct SessionTraces {
+struct SessionHints {
     std::optional<std::string> sessionID; // $XDG_SESSION_ID
     pid_t process = 0;
     uid_t user = 0;
 
-    static SessionTraces ofThisProcess();
+    static SessionHints ofThisProcess();
 };
 
 /// Main thread only.
-class LogindConversation {
+class LogindClient {
   public:
     struct Listener {
         std::function<void(bool isPreparing)> sleep;
@@ -33,12 +33,12 @@ class LogindConversation {
         std::function<void(bool isSet)> lockedHint;
         std::function<void()> lockSignal;
         std::function<void()> unlockSignal;
-        std::function<void()> silence; // nobody can tell any more; what was told before may be out of date
+        std::function<void()> silence; // disconnected; earlier reports may be out of date
     };
 
-    LogindConversation(std::string busAddress, SessionTraces traces, EventLoop& loop, Listener listener);
+    LogindClient(std::string busAddress, SessionHints hints, EventLoop& loop, Listener listener);
 
-    /// One sentence: what is told by whom, or what is missing.
+    /// One sentence for `doctor`: the session that is watched, or what is missing.
     std::string description() const;
     bool isListening() const { return !sessionPath_.empty(); }
 
@@ -58,7 +58,7 @@ class LogindConversation {
 
     std::vector<BusSignal> signals();
     void begin();
-    void fallSilent(std::string problem);
+    void onDisconnected(std::string problem);
     void search(Search place);
     void examine(std::vector<std::string> paths, Search place);
     void take(const Session& session);
@@ -67,7 +67,7 @@ class LogindConversation {
     void propertiesChanged(sdbus::Message& message);
     void askAgain();
 
-    SessionTraces traces_;
+    SessionHints hints_;
     MessageBus bus_;
     Listener listener_;
     std::string sessionPath_; // empty while there is none
