@@ -1,5 +1,6 @@
 #include "app/WindowDragCoordinator.h"
 
+#include "support/SameFrame.h"
 #include "windowing/WindowHold.h"
 
 #include <algorithm>
@@ -111,14 +112,14 @@ void WindowDragCoordinator::takeHoldByContent(CGPoint location) {
 }
 
 bool WindowDragCoordinator::isAtRest(CGPoint location) const {
-    return std::hypot(location.x - grip_->pointer.x, location.y - grip_->pointer.y) <= kSlackPoints;
+    return std::hypot(location.x - grip_->pointer.x, location.y - grip_->pointer.y) <= kFrameTolerancePoints;
 }
 
 std::optional<WorkspaceController::HandMovement> WindowDragCoordinator::movement() const {
     const auto frame = workspace_.currentFrame(grip_->windowID);
-    if (!frame || nearlyEqual(*frame, grip_->frame, kSlackPoints)) return std::nullopt;
-    const bool isResized = std::abs(frame->size.width - grip_->frame.size.width) > kSlackPoints ||
-                           std::abs(frame->size.height - grip_->frame.size.height) > kSlackPoints;
+    if (!frame || nearlyEqual(*frame, grip_->frame, kFrameTolerancePoints)) return std::nullopt;
+    const bool isResized = std::abs(frame->size.width - grip_->frame.size.width) > kFrameTolerancePoints ||
+                           std::abs(frame->size.height - grip_->frame.size.height) > kFrameTolerancePoints;
     return isResized ? WorkspaceController::HandMovement::resize : WorkspaceController::HandMovement::move;
 }
 

@@ -16,8 +16,6 @@ namespace kova {
 
 class WindowDragCoordinator {
   public:
-    /// A window counts as moved once its frame differs by more than this.
-    static constexpr double kSlackPoints = 2;
     /// The window may reach its last place a little after the button is up.
     static constexpr Seconds kSettlingTime{0.05};
     /// Where windows are dragged by their titles and edges, a press elsewhere asks nothing; a drag this long may be of

@@ -1,17 +1,19 @@
 #include "windowing/FrameVerification.h"
 
+#include "support/SameFrame.h"
+
 #include <algorithm>
 
 namespace kova {
 
 FrameVerdict verdictOnFrame(const std::optional<CGRect>& frame, const CGRect& target) {
     if (!frame) return FrameVerdict::off;
-    if (frame->size.width - target.size.width > kPlacementTolerance ||
-        frame->size.height - target.size.height > kPlacementTolerance) {
+    if (frame->size.width - target.size.width > kFrameTolerancePoints ||
+        frame->size.height - target.size.height > kFrameTolerancePoints) {
         return FrameVerdict::refusesToShrink;
     }
     const bool rests =
-        nearlyEqual(*frame, target, kPlacementTolerance) && containsWithin(target, *frame, kPlacementTolerance);
+        nearlyEqual(*frame, target, kFrameTolerancePoints) && containsWithin(target, *frame, kFrameTolerancePoints);
     return rests ? FrameVerdict::onTarget : FrameVerdict::off;
 }
 

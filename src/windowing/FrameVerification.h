@@ -17,12 +17,10 @@ inline constexpr std::array kVerificationDelays = {0.06, 0.16, 0.34, 0.65};
 inline constexpr int kLastVerificationPass = static_cast<int>(kVerificationDelays.size()) - 1;
 /// What is asked for within this time is verified together, in seconds.
 inline constexpr double kVerificationBatch = 0.001;
-/// How far from its target a window may rest, in points.
-inline constexpr double kPlacementTolerance = 2;
 
 enum class FrameVerdict {
     onTarget,
-    off,             // elsewhere, or nobody can say where
+    off,             // elsewhere, or unknown
     refusesToShrink, // larger than the target
 };
 

@@ -1,4 +1,5 @@
 // Placing a window and seeing to it that it arrives: applications clamp, delay and refuse what they are told.
+#include "support/SameFrame.h"
 #include "windowing/AccessibilityWindowService.h"
 
 #include <cassert>
@@ -11,8 +12,8 @@ namespace {
 
 /// A window on its way to a smaller size refuses nothing.
 bool isSameSize(const std::optional<CGSize>& before, const CGSize& now) {
-    return before && std::abs(before->width - now.width) <= kPlacementTolerance &&
-           std::abs(before->height - now.height) <= kPlacementTolerance;
+    return before && std::abs(before->width - now.width) <= kFrameTolerancePoints &&
+           std::abs(before->height - now.height) <= kFrameTolerancePoints;
 }
 
 } // namespace
@@ -110,7 +111,7 @@ std::optional<CGRect> AccessibilityWindowService::pendingFrame(const std::string
 
 void AccessibilityWindowService::verify(Placement& placement, int pass) {
     if (placementGenerations_[placement.windowID] != placement.generation) return;
-    // Before anything is told: who hears of a minimum size may ask for a new frame at once.
+    // Before observers are notified: one of a minimum size may request a new frame at once.
     if (pass == kLastVerificationPass) pendingFrames_.erase(placement.windowID);
 
     const auto frame = readFrame(placement.element);

@@ -1,21 +1,11 @@
 #include "workspace/AttachedDialogs.h"
 
+#include "support/SameFrame.h"
 #include "workspace/VisibleArea.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace kova {
-
-namespace {
-
-constexpr double kSamePlacePoints = 2;
-
-bool isSamePlace(CGPoint a, CGPoint b) {
-    return std::abs(a.x - b.x) <= kSamePlacePoints && std::abs(a.y - b.y) <= kSamePlacePoints;
-}
-
-} // namespace
 
 std::vector<ManagedWindow> AttachedDialogs::takeFrom(std::vector<ManagedWindow> found) {
     const auto firstDialog =

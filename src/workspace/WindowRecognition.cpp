@@ -1,5 +1,7 @@
 #include "workspace/WindowRecognition.h"
 
+#include "support/SameFrame.h"
+
 #include <cmath>
 #include <functional>
 #include <map>
@@ -8,10 +10,8 @@ namespace kova {
 
 namespace {
 
-constexpr double kSamePoints = 2;
-
 bool near(double a, double b) {
-    return std::abs(a - b) <= kSamePoints;
+    return std::abs(a - b) <= kFrameTolerancePoints;
 }
 
 bool isSamePlace(const CGRect& a, const CGRect& b) {
