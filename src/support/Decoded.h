@@ -1,4 +1,5 @@
-// The result of reading a stored record: the record, or what is wrong with it and where.
+// The result of reading a stored record: the record, or what is wrong with it and where. Code that only passes records
+// on needs no other header.
 #pragma once
 
 #include <stdexcept>
