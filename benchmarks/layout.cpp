@@ -233,6 +233,7 @@ void Display(benchmark::State& state) {
     for (int i = 0; i < tiles; ++i) minimums[tileName(i)] = minimumOfTile(i, tiles);
     Screen screen;
     screen.frame = screen.visibleFrame = makeRect(0, 0, kWidth, kHeight);
+    screen.knownID = displayID(screen); // as a platform keeps it
     DisplayLayouts layouts;
     int tick = 0;
     const auto solve = [&] {

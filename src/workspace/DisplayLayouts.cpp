@@ -51,7 +51,11 @@ const SolvedLayout& DisplayLayouts::solve(const Screen& screen, const WorkspaceP
     if (!isCurrent) {
         solveDefinition(kept.definition, minimumSizes, screen.visibleFrame.size, profile.tileInset, kept.solver,
                         kept.solved);
-        kept.solvedKey = SolvedKey{screen.visibleFrame.size, profile.tileInset, minimumSizes};
+        if (!kept.solvedKey) kept.solvedKey.emplace();
+        kept.solvedKey->visibleSize = screen.visibleFrame.size;
+        kept.solvedKey->tileInset = profile.tileInset;
+        // Comparing costs less than copying, and mostly only the size has changed.
+        if (kept.solvedKey->minimumSizes != minimumSizes) kept.solvedKey->minimumSizes = minimumSizes;
     }
     return kept.solved;
 }
