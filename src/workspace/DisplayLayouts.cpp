@@ -51,7 +51,7 @@ const SolvedLayout& DisplayLayouts::solve(const Screen& screen, const WorkspaceP
     if (!isCurrent) {
         solveDefinition(kept.definition, minimumSizes, screen.visibleFrame.size, profile.tileInset, kept.solver,
                         kept.solved);
-        if (!kept.solvedKey) kept.solvedKey.emplace();
+        if (!kept.solvedKey) kept.solvedKey = SolvedKey{};
         kept.solvedKey->visibleSize = screen.visibleFrame.size;
         kept.solvedKey->tileInset = profile.tileInset;
         // Comparing costs less than copying, and mostly only the size has changed.
