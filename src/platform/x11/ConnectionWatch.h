@@ -33,8 +33,8 @@ class ConnectionWatch {
 
     // Guarded by the caller, who also guards whether a poll is reading
     void setRestsForPoll(bool rests) { restsForPoll_ = rests; }
-    /// During a rest: whether to look at the connection before reading. Who reads a hundred windows in one go need not
-    /// look a hundred times.
+    /// During a rest: whether to look at the connection before reading from the model; at most once a millisecond, so
+    /// that reading a hundred windows in one go does not look a hundred times.
     bool isLookDue(Seconds now);
 
     // Any thread

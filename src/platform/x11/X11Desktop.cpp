@@ -94,7 +94,7 @@ X11Desktop::~X11Desktop() {
         xcb_get_input_focus_reply(parts_->connection->get(), xcb_get_input_focus(parts_->connection->get()), nullptr));
 }
 
-/// Many window managers give the keyboard to whoever comes back, which is nobody's wish when an agent ends.
+/// Many window managers give the keyboard to a window that comes back; when an agent ends, it is to stay where it is.
 void X11Desktop::Parts::keepActive(xcb_window_t window) {
     const MutexLock lock(mutex);
     const ClientWindow* client = model.client(window);

@@ -1,5 +1,5 @@
-// What X11Desktop is made of, shared by the files that answer its protocols. The mutex guards everything below it; it
-// is held for short copies and for the sending of buffered requests, never while somebody waits for the server.
+// What X11Desktop is made of, shared by the files that answer its protocols: objects that each own one concern, and
+// what holds the order of events between them. `mutex` guards the model and all that is computed from it.
 #pragma once
 
 #include "platform/x11/ChangeNotice.h"
@@ -47,7 +47,8 @@ struct X11Desktop::Parts {
     x11::ConnectionWatch watch;
     Observers<> screenObservers;
 
-    // It is held for short copies and for the sending of buffered requests, never while a thread waits for the server.
+    // Held for short copies and while requests are buffered and sent; not while a thread waits for the server, but at
+    // opening and at the end.
     mutable Mutex mutex;
     bool isPollReading KOVA_GUARDED_BY(mutex) = false; // the polling queue waits for replies
     x11::WindowModel model KOVA_GUARDED_BY(mutex);
