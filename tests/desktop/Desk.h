@@ -72,7 +72,7 @@ class Desk {
     bool isMinimized(const std::string& title) { return window(title).isMinimized; }
     bool isHidden(pid_t process);
     void place(const ManagedWindow& window, const CGRect& frame);
-    /// Places the window, again once nobody looks after the last wish any more, as whoever polls does, until `frame`
+    /// Places the window, again once the last placement is no longer looked after, as every poll does, until `frame`
     /// reads as wished.
     bool comesTo(const std::string& title, const CGRect& wished, const std::function<CGRect()>& frame);
     bool comesTo(const std::string& title, const CGRect& wished, const TestClient& client, xcb_window_t window);

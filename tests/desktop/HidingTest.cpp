@@ -92,7 +92,7 @@ TEST_P(Hiding, IsUndoneHoweverSoonTheWishComes) {
         desk->desktop().writeAttributes(window.element, {&back, 1});
         desk->runFor(Seconds(0.4));
         EXPECT_TRUE(areViewable(true)) << "minimised for " << pause;
-        // And away again, before anybody has looked at what became of the last wish.
+        // And away again, before what became of the last request was read.
         desk->desktop().hide(4001);
         desk->runFor(Seconds(pause));
         desk->desktop().unhide(4001);
@@ -201,7 +201,7 @@ TEST_P(Hiding, OfAnAgentThatWasKilledIsUndoneByTheNext) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Beside, Hiding, ::testing::Values(Manager::none, Manager::openbox),
-                         [](const auto& beside) { return beside.param == Manager::none ? "Nobody" : "Openbox"; });
+                         [](const auto& beside) { return beside.param == Manager::none ? "NoManager" : "Openbox"; });
 
 TEST(WindowManager, MayComeAndGo) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";

@@ -98,7 +98,7 @@ TEST_F(Keys, AreHeardWithAnyLocksWhileSomebodyListens) {
     // Claimed anew: what is not named any more is not heard.
     claim({kLeft});
     EXPECT_TRUE(isNotHeard("ctrl+alt+h", "super+Left", kLeft));
-    // Nobody listens: the keys are everybody's again.
+    // Without a listener the keys are free for all programs again.
     monitor = {};
     EXPECT_TRUE(desk->runUntil([&] {
         const auto cookie = xcb_grab_key_checked(other->connection(), 0, other->root(), XCB_MOD_MASK_4, kServersLeft,
@@ -117,7 +117,7 @@ TEST_F(Keys, ThatAnotherProgramHoldsAreNamedAndTriedAgain) {
     EXPECT_TRUE(isNotHeard("ctrl+alt+h", "super+Left", kLeft)) << "half of it would be worse than none";
     xcb_ungrab_key(other->connection(), kServersH, other->root(), kServersControlOption | XCB_MOD_MASK_2);
     other->sync();
-    // Whoever asks has it tried again.
+    // A question for it has it tried again.
     EXPECT_TRUE(desk->runUntil([&] { return desk->desktop().heldByOthers().empty(); }));
     EXPECT_TRUE(isHeard("ctrl+alt+h", kH));
 
@@ -181,7 +181,7 @@ TEST_F(Keys, ThatAreHeldAreToldToRepeat) {
         EXPECT_EQ(std::ranges::count_if(heard, &KeyPress::isRepeat), std::ssize(heard) - 1);
         desk->runFor(Seconds(0.1));
     }
-    // Whoever types fast presses the next key before the last one is up, and the release of that goes to another
+    // Fast typing presses the next key before the last one is up, and the release of that goes to another
     // program.
     run("xset r rate 5000 30");
     heard.clear();
@@ -228,7 +228,7 @@ TEST_F(Keys, AllComeToWhoeverRecordsAndNoneElsewhere) {
         press("ctrl+alt+h");
         desk->runFor(Seconds(0.05));
         return !heard.empty();
-    })) << "its end gives the keys back to who listens";
+    })) << "its end gives the keys back to the listeners";
     EXPECT_EQ(recorded.size(), 3U);
 
     const auto grabbed = xcb_grab_keyboard(other->connection(), 0, other->root(), XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC,
@@ -242,7 +242,7 @@ TEST_F(Keys, AllComeToWhoeverRecordsAndNoneElsewhere) {
     EXPECT_TRUE(isHeard("ctrl+alt+h", kH));
 }
 
-/// As when somebody points at a divider to have the program behind it killed. Windows are managed all the same.
+/// As when the user points at a divider to have the program behind it killed. Windows are managed all the same.
 TEST_F(Keys, ThatAreNotHeardAnyMoreAreSaidToBe) {
     const auto topLevels = [&] {
         const auto asked = xcb_query_tree(other->connection(), other->root());

@@ -1,4 +1,4 @@
-// Windows in special states, windows that lie, and windows that vanish; displays and their panels; who has the
+// Windows in special states, windows that lie, and windows that vanish; displays and their panels; what has the
 // keyboard.
 #include "tests/desktop/Desk.h"
 

@@ -54,7 +54,8 @@ bool TestClient::waitForManager() {
         return isListed(probe);
     });
     destroy(probe);
-    // A slow manager still has all that mapping to read. It would take it for that of whoever gets the number next.
+    // A slow manager still has all that mapping to read. It would take it for that of the client that gets the number
+    // next.
     const xcb_window_t last = open({.title = "Probe"});
     const bool hasRead = isReady && waitUntil([&] { return isListed(last); });
     destroy(last);

@@ -43,7 +43,7 @@ class TestClient {
     xcb_window_t create(const TestWindow& window);
     void map(xcb_window_t window);
     void unmap(xcb_window_t window);
-    /// Takes it back from whoever manages it, also when it is not mapped.
+    /// Takes it back from its window manager, also when it is not mapped.
     void withdraw(xcb_window_t window);
     void destroy(xcb_window_t window);
     /// Moves and resizes it, as its own program.

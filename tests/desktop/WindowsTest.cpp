@@ -251,7 +251,7 @@ TEST(WindowsOfASlowManager, AreMinimizedAndHiddenAsTheyWereAskedLast) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Beside, Windows, ::testing::Values(Manager::none, Manager::openbox),
-                         [](const auto& beside) { return beside.param == Manager::none ? "Nobody" : "Openbox"; });
+                         [](const auto& beside) { return beside.param == Manager::none ? "NoManager" : "Openbox"; });
 
 } // namespace
 } // namespace kova::testing

@@ -239,7 +239,7 @@ TEST_F(Model, FindsTheWindowThatADialogBelongsTo) {
         {"of another application", kForeign, true, kNoWindow},
         {"itself", kDialog, false, kNoWindow},
         {"modal for its group", kRoot, true, kWindow},
-        {"modal for the group of a leader that nobody sees", kLeader, true, kWindow},
+        {"modal for the group of a leader that is not on the screen", kLeader, true, kWindow},
         {"modal and no more", std::nullopt, true, kWindow},
         {"of its group, but not modal", kRoot, false, kNoWindow},
     };

@@ -1,4 +1,4 @@
-// Who an X11 window belongs to, in the words of the applications that are installed.
+// Which of the installed applications an X11 window belongs to.
 #pragma once
 
 #include <compare>

@@ -31,7 +31,7 @@ class ConnectionWatch {
     void rest(Seconds pause);
     void stop() { watching_.reset(); }
 
-    // Guarded by the caller, who also guards whether a poll is reading
+    // Under a lock of the caller, which also guards whether a poll is reading
     void setRestsForPoll(bool rests) { restsForPoll_ = rests; }
     /// During a rest: whether to look at the connection before reading from the model; at most once a millisecond, so
     /// that reading a hundred windows in one go does not look a hundred times.

@@ -1,4 +1,4 @@
-// Asks the server for its monitors and who they are, without waiting: first the monitors, then, with their outputs
+// Asks the server for its monitors and their identities, without waiting: first the monitors, then, with their outputs
 // known, names and identities.
 #pragma once
 

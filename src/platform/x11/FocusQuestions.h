@@ -1,4 +1,4 @@
-// Who has the keyboard where no window manager says so.
+// Asks which window has the keyboard where no window manager says so.
 #pragma once
 
 #include "platform/x11/Questions.h"

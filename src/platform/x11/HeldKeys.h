@@ -24,7 +24,7 @@ class HeldKeys {
     /// True when this was the key with which the claim began and others are still down, whose releases are not told
     /// now.
     bool release(xcb_keycode_t key);
-    /// From here on nobody tells of the releases of those that are down, unless they are pressed again.
+    /// From here on no event tells of the releases of those that are down, unless they are pressed again.
     void loseSight();
     /// How long a key is held before it repeats.
     void setRepeatDelay(std::uint16_t milliseconds) { repeatDelay_ = milliseconds; }
@@ -39,7 +39,7 @@ class HeldKeys {
 
     std::map<xcb_keycode_t, Held> held_;
     std::optional<xcb_keycode_t> first_; // since none was down
-    std::int32_t repeatDelay_ = 660;     // the server's own, unless somebody changes it
+    std::int32_t repeatDelay_ = 660;     // the server's own, unless it is changed
 };
 
 } // namespace kova::x11

@@ -55,7 +55,7 @@ class HiddenWindows {
     /// Some windows were taken away with it and none is on the screen.
     bool isApplicationHidden(pid_t processIdentifier, const WindowModel& model) const;
     /// Follows what others did: a window that came back by hand is no longer ours, nor is one that was never granted to
-    /// go, nor one that has been missing for a while: nobody lists anything while window managers change.
+    /// go, nor one that has been missing for a while: no list is kept while window managers change.
     void followModel(const WindowModel& model, Seconds now);
     /// Whether following would change anything.
     bool isBehind(const WindowModel& model, Seconds now) const;

@@ -209,8 +209,8 @@ void ModelRefresh::askClients() {
         if (!client || client->stale == 0) continue;
         const std::uint32_t bits = model_.takeStale(*client);
         if (bits & stale::events) {
-            // Who has the keyboard is told by the window manager; where there is none by the windows themselves, and it
-            // can also follow the pointer.
+            // The window that has the keyboard is told by the window manager; where there is none by the windows
+            // themselves, and it can also follow the pointer.
             constexpr std::uint32_t kFocus = XCB_EVENT_MASK_FOCUS_CHANGE | XCB_EVENT_MASK_ENTER_WINDOW;
             const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE | (isManaged ? 0U : kFocus);
             xcb_change_window_attributes(connection_.get(), window, XCB_CW_EVENT_MASK, &mask);

@@ -1,6 +1,6 @@
 // A batch of requests whose replies are wanted: all are sent before the first is waited for, and the answers are taken
-// in the order in which they were asked. Whoever may wait calls `wait`; the main thread calls `collect` whenever the
-// connection had something to read.
+// in the order in which they were asked. A thread that may wait calls `wait`; the main thread calls `collect` whenever
+// the connection had something to read.
 #pragma once
 
 #include "platform/x11/XConnection.h"

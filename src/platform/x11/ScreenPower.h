@@ -1,6 +1,6 @@
 // Whether the server has switched the screens off to save power (DPMS). It announces nothing of the kind, so it has to
 // be asked, and an idle desktop asks nothing: the server's screen saver begins when the screens go dark and ends when
-// somebody returns, and that it does announce. Only where the one can change without the other is there a time at which
+// the user returns, and that it does announce. Only where the one can change without the other is there a time at which
 // to look again. Guarded like the model.
 #pragma once
 

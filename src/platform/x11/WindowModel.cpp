@@ -88,7 +88,7 @@ void WindowModel::setWindowManager(const WindowManager& manager, Seconds now) {
                               manager.checkWindow != manager_.checkWindow || manager.isMute != manager_.isMute;
     manager_ = manager;
     if (changesHands) {
-        // Who lists and decorates the windows has changed: they are the same windows, but nothing that was known of
+        // Another program lists and decorates the windows: they are the same windows, but nothing that was known of
         // them holds.
         hasChangedHands = ownersChanged = true;
         staleClientList = manager.isPresent;
@@ -130,7 +130,7 @@ void WindowModel::settle(Seconds now) {
     }
 }
 
-/// What a user can work with while nobody lists the windows. A manager that keeps no list shows frames of its own,
+/// What a user can work with while no manager lists the windows. A manager that keeps no list shows frames of its own,
 /// which are no windows to manage, and one that is leaving still has frames around the windows that are known.
 void WindowModel::adoptMapped() {
     if (manager_.isMute) return;
@@ -264,7 +264,7 @@ const ClientWindow* WindowModel::clientIn(xcb_window_t topLevel) const {
 
 std::optional<PixelRect> WindowModel::outerFrame(const ClientWindow& client) const {
     const TopLevel* top = topLevel(client.topLevel);
-    if (!top || top->rect.width <= 0 || top->rect.height <= 0) return std::nullopt; // nobody has told its size yet
+    if (!top || top->rect.width <= 0 || top->rect.height <= 0) return std::nullopt; // its size was not told yet
     // A manager that comes makes frames that are not as large yet as what is in them.
     const bool isFrameExact = client.topLevel == client.window || client.margins == client.shadow;
     if (settlesAt_ && (!isFrameExact || (client.stale & stale::topLevel))) return std::nullopt;

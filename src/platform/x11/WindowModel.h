@@ -74,7 +74,7 @@ class WindowModel {
     void setClientList(const std::vector<xcb_window_t>& windows, Seconds now);
     void setWindowManager(const WindowManager& manager, Seconds now);
     /// Whether a manager is going, or has just gone or come. What the root says is then stale again at every poll, and
-    /// that a window is on the screen does not mean that somebody wanted it there.
+    /// that a window is on the screen does not mean that it was asked to be there.
     bool isSettling() const { return isLettingGo_ || settlesAt_; }
     /// Whether another manager came, or the last one went, within the duration.
     bool hasChangedHandsWithin(Seconds duration, Seconds now) const {
@@ -94,8 +94,8 @@ class WindowModel {
     void takeDecorations(ClientWindow& client, const PropertyView& extents, std::uint32_t asked);
     /// How far the window's area lies inside the frame that holds it.
     void takeMeasuredFrame(ClientWindow& client, const PixelEdges& around, std::uint32_t asked);
-    /// Without a window manager: who has the keyboard, and the root's child under the pointer, which has it when it
-    /// follows that.
+    /// Without a window manager: the window that has the keyboard, and the root's child under the pointer, which has it
+    /// when it follows that.
     void takeFocus(xcb_window_t focus, xcb_window_t underPointer, std::uint32_t asked);
     /// From WM_STATE or _NET_WM_STATE.
     void takeState(ClientWindow& client, const PropertyRule& rule, const PropertyView& value, std::uint32_t asked);
@@ -138,14 +138,14 @@ class WindowModel {
     /// Children of the root that came from elsewhere, so that nothing told their size; they are known afterwards.
     std::vector<xcb_window_t> takeUnknownTopLevels() { return std::exchange(unknownTopLevels_, {}); }
 
-    // State of the whole desktop; written by whoever asked.
+    // State of the whole desktop; written by those that ask the server.
     std::uint32_t staleClients = 0; // how many clients have stale bits
     bool staleClientList = true;
     bool staleManager = true;
     bool staleDesktop = true;
     bool staleWorkarea = true;
-    bool ownersChanged = false;   // a window joined or left, until somebody acts on it
-    bool hasChangedHands = false; // another window manager, or none any more; until somebody acts on it
+    bool ownersChanged = false;   // a window joined or left, and that was not acted on yet
+    bool hasChangedHands = false; // another window manager, or none any more; not acted on yet
     xcb_window_t activeWindow = kNoWindow;
     std::uint32_t currentDesktop = 0;
     std::vector<PixelRect> workareas; // by virtual desktop

@@ -108,7 +108,7 @@ EventEffects WindowModel::applyProperty(const xcb_property_notify_event_t& event
         markStale(*changed, bits);
         if (event.atom == atoms_[Atom::netFrameExtents] && manager_.isPresent)
             effects.redecorated.push_back(event.window);
-        // Only where somebody waits to see what becomes of a wish; for all others the next poll is soon enough.
+        // Only for windows whose placement is being verified; for all others the next poll is soon enough.
         if (rule.staleBit == stale::state && manager_.isPresent && changed->placedAt)
             effects.restated.push_back(event.window);
         break;
@@ -260,7 +260,7 @@ EventEffects WindowModel::removeTopLevel(xcb_window_t window) {
 }
 
 EventEffects WindowModel::applyFocus(xcb_window_t window, bool gained, std::uint32_t sequence) {
-    // A window manager says itself who is active, a moment after the focus has moved: whoever listened to both would
+    // A window manager says itself which window is active, a moment after the focus has moved: listening to both would
     // see the keyboard go back and forth.
     if (manager_.isPresent || !client(window)) return {};
     focusTold_ = sequence;

@@ -60,7 +60,7 @@ class X11Desktop final : public AccessibilityServicing,
     /// dropped.
     using Watch = std::function<Subscription(int descriptor, std::function<void()> readable)>;
     /// Reads by itself from now on whenever the server has announced something. While the next poll would find changes
-    /// anyway, it leaves what comes to that poll, or to whoever asks before it, so that a program that writes
+    /// anyway, it leaves what comes to that poll, or to the next question before it, so that a program that writes
     /// its title all the time does not keep the agent awake. `lost` is called once, when the connection has ended.
     void listen(Watch watch, std::function<void()> lost);
     /// Readable when there are events for `readEvents`.

@@ -244,7 +244,7 @@ void X11Desktop::writeAttributes(const AccessibilityElement& element, std::span<
             parts_->lastPlacing = now;
             // A poll that is under way may be told where the window was wished to be, not where it is.
             parts_->changes.note();
-            // The wish may have been made by a state that no longer holds; those who look after it are to know better.
+            // The wish may have been made by a state that no longer holds; its verification is to know better.
             if (client->stale & stale::state) parts_->askState(*client);
         }
     }

@@ -1,4 +1,4 @@
-// What the desktop tells people who wonder why a window does not move.
+// What the desktop tells about its health: findings for users that wonder why a window does not move.
 #include "platform/x11/TilingManagers.h"
 #include "platform/x11/X11Parts.h"
 

@@ -37,7 +37,7 @@ std::optional<LaunchableApplication> X11Desktop::launchableApplication(const std
 
 void X11Desktop::launch(const LaunchableApplication& application, LaunchActivation activation,
                         LaunchCompletion completion) {
-    // The launcher outlives the desktop, whoever waits for the outcome need not.
+    // The launcher outlives the desktop, the receiver of the outcome need not.
     if (parts_->launcher) {
         return parts_->launcher->launch(application, activation, parts_->lifetime.guard(std::move(completion)));
     }

@@ -196,7 +196,7 @@ void DividerHandleWindows::restack() {
     const auto [below, above] = neighbours();
     const bool hasAbove = above != kNoWindow;
     for (const Shown& shown : shown_) {
-        // At the very bottom first: there it stays, out of everybody's way, should the other window have gone.
+        // At the very bottom first: there it stays, out of the way of all others, should the other window have gone.
         const std::uint32_t atTheBottom = XCB_STACK_MODE_BELOW;
         xcb_configure_window(connection_.get(), shown.window, XCB_CONFIG_WINDOW_STACK_MODE, &atTheBottom);
         if (!hasAbove && below == kNoWindow) continue;
@@ -302,7 +302,7 @@ void DividerHandleWindows::grabKeyboard() {
     xcb_connection_t* connection = connection_.get();
     const auto grabbed =
         xcb_grab_keyboard(connection, 0, held_->window, held_->since, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-    xcb_discard_reply(connection, grabbed.sequence); // somebody else may have it: then there is no Escape this time
+    xcb_discard_reply(connection, grabbed.sequence); // another program may have it: then there is no Escape this time
     hasKeyboard_ = true;
     escapeKeys_.reset();
     keysPressed_.clear();

@@ -8,7 +8,7 @@ Hand::Hand(std::unique_ptr<XConnection> connection, const WindowModel& model, co
     handles_(*connection_, model, asked_), readSoon_(calls.readSoon) {}
 
 void Hand::read() {
-    // Whoever looks for events also reads answers, whoever looks for answers or sends also reads events and answers:
+    // Looking for events also reads answers, and looking for answers or sending also reads events and answers:
     // nothing would wake this thread for what is left lying there.
     takeEvents(xcb_poll_for_event);
     do {

@@ -239,8 +239,8 @@ void Keyboard::grab(Claim& claim) {
     if (hasInputExtension_) askOtherKindOfGrab(claim);
 }
 
-/// The server lets claims of its extension for input devices stand beside the others, and gives a press to whoever came
-/// last. So that one is tried, too, for no longer than it takes to find out.
+/// The server lets claims of its extension for input devices stand beside the others, and gives a press to the one that
+/// came last. So that one is tried, too, for no longer than it takes to find out.
 void Keyboard::askOtherKindOfGrab(const Claim& claim) {
     std::map<xcb_keycode_t, std::vector<std::uint32_t>> statesByKey;
     for (const auto& [key, state] : claim.grabs) statesByKey[key].push_back(state);
@@ -271,8 +271,8 @@ void Keyboard::ungrab(Claim& claim) {
     for (const auto& [key, state] : claim.grabs) xcb_ungrab_key(connection_.get(), key, connection_.root(), state);
 }
 
-/// Who may not have a combination is told by an error, and who may by nothing: the answer to a later question says that
-/// no more errors come.
+/// A combination that cannot be had is told by an error, and one that can by nothing: the answer to a later question
+/// says that no more errors come.
 void Keyboard::askWhetherRefused() {
     mustSend_ = true;
     ++questionsOpen_;
@@ -293,7 +293,7 @@ void Keyboard::settleClaims() {
             isAnyFree = true;
             continue;
         }
-        // With some locks it may be free and with others not: nobody would understand that.
+        // With some locks it may be free and with others not: that would be hard to understand.
         if (claim.isRefused && claim.isGrabbed) ungrab(claim);
         hasChanged |= std::exchange(claim.isHeldByOther, claim.isRefused) != claim.isRefused;
     }

@@ -1,5 +1,5 @@
-// Key presses, wherever on the desktop the keyboard is: combinations that are claimed from the server, so that nobody
-// else hears of them, and for a moment the whole keyboard while a shortcut is recorded.
+// Key presses, wherever on the desktop the keyboard is: combinations that are claimed from the server, so that no
+// other program hears of them, and for a moment the whole keyboard while a shortcut is recorded.
 //
 // A claim holds with Caps Lock, Num Lock and Scroll Lock on or off, and follows the keyboard: another layout, another
 // keyboard, another modifier. A combination that another program has claimed stays with it, and is tried again whenever
@@ -23,8 +23,8 @@ struct KeyNews {
     enum class Kind {
         pressed,      // a claimed combination, or what was pressed with it
         recorded,     // any key, while the keyboard is ours
-        notRecording, // the keyboard belongs to somebody else
-        claimsKnown,  // who holds what
+        notRecording, // another program holds the keyboard
+        claimsKnown,  // which keys other programs hold
     };
     Kind kind;
     KeyPress press{};
@@ -38,7 +38,7 @@ class Keyboard {
 
     /// False on a server that cannot tell its keys by name: nothing is heard there.
     bool isUsable() const { return firstEvent_ != 0; }
-    /// What is to be claimed, in place of what was before; held only while somebody listens and nobody records.
+    /// What is to be claimed, in place of what was before; held only while there are listeners and none records.
     void claim(std::vector<KeyCombination> combinations);
     void listen(bool listens);
     void record(bool records);

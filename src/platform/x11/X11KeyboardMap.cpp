@@ -216,7 +216,7 @@ KeyboardMap::KeyboardMap(const std::array<KeyboardKey, kKeyCount>& keys) {
     option_ = modifierWith(keys, {XKB_KEY_Alt_L, XKB_KEY_Alt_R});
     if (option_ == 0) option_ = modifierWith(keys, {XKB_KEY_Meta_L, XKB_KEY_Meta_R});
     command_ = modifierWith(keys, {XKB_KEY_Super_L, XKB_KEY_Super_R});
-    if (command_ == option_) command_ = 0; // who cannot tell them apart has Alt
+    if (command_ == option_) command_ = 0; // a keyboard that does not tell them apart has Alt
     const unsigned meant = option_ | command_ | XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL;
     unsigned locks = 0;
     for (const unsigned lock : {unsigned{XCB_MOD_MASK_LOCK}, unsigned{modifierWith(keys, {XKB_KEY_Num_Lock})},

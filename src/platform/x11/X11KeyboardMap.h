@@ -1,5 +1,5 @@
 // The keyboard as the server describes it: which key is which by the Mac's numbers, what the layouts write on each, and
-// which bits of an event's state stand for which modifier. A value; whoever asks the server makes one of its answers.
+// which bits of an event's state stand for which modifier. A value, made of the answers of the server.
 #pragma once
 
 #include "windowing/KeyMonitorServicing.h"

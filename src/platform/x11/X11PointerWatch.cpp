@@ -102,7 +102,7 @@ void PointerWatch::answered(const xcb_query_pointer_reply_t& pointer) {
                       : !wasDown ? PointerEvent::Kind::pressed
                                  : PointerEvent::Kind::moved;
     const PointerNews now{kind, pointer.root_x, pointer.root_y, (pointer.mask & XCB_KEY_BUT_MASK_SHIFT) != 0};
-    // Listening begins before the place is known, or a movement in between would be told by nobody.
+    // Listening begins before the place is known, or a movement in between would not be told.
     if (kind == PointerEvent::Kind::pressed) {
         listen(true);
         ask();

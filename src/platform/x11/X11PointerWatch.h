@@ -1,10 +1,10 @@
 // Follows the pointer's main button wherever on the desktop it is pressed, by the raw events of the XInput extension,
-// which come whoever has grabbed the pointer. They tell that something happened but not where: that is asked, and the
-// main thread does not wait for the answer. Whether the button is down is taken from the answer, too, so that buttons
-// that the user has swapped are the right ones.
+// which come whichever program has grabbed the pointer. They tell that something happened but not where: that is asked,
+// and the main thread does not wait for the answer. Whether the button is down is taken from the answer, too, so that
+// buttons that the user has swapped are the right ones.
 //
-// A mouse that is moved without a button wakes nobody: movements are listened to only while the button is held, and
-// then at most 60 times a second.
+// A mouse that is moved without a button causes no wake-up: movements are listened to only while the button is held,
+// and then at most 60 times a second.
 #pragma once
 
 #include "platform/x11/Questions.h"
@@ -66,7 +66,7 @@ class PointerWatch {
     bool isLookDue_ = false;
     bool hasButtonChanged_ = false;
     bool hasMoved_ = false;
-    bool hasWindowMoved_ = false; // and nobody was told anything since
+    bool hasWindowMoved_ = false; // and nothing was told since
     bool mustSend_ = false;
     PointerNews last_{};
     std::vector<PointerNews> news_;

@@ -36,7 +36,7 @@ std::string whyNotConnected(const std::string& displayName, int error) {
         return place + "it has no such screen.";
     default:
         return place +
-               "nobody answers there, or it refuses this user. Check that the X server runs and that XAUTHORITY "
+               "no X server answers there, or it refuses this user. Check that the X server runs and that XAUTHORITY "
                "names its key.";
     }
 }
