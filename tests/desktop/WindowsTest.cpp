@@ -229,6 +229,8 @@ TEST(WindowsOfASlowManager, AreMinimizedAndHiddenAsTheyWereAskedLast) {
         if (request == 'h') desk.desktop().hide(4001);
         if (request == 'u') desk.desktop().unhide(4001);
     };
+    // Of another application: one that has a window on the screen is not hidden.
+    const auto other = desk.client("Probe", 4002);
     int probes = 0;
     // 'm' minimizes, 'r' restores, 'h' hides the application, 'u' shows it; a poll reads the state in between, later
     // than a result is taken on trust.
@@ -243,10 +245,10 @@ TEST(WindowsOfASlowManager, AreMinimizedAndHiddenAsTheyWereAskedLast) {
         }
         desk.server().resumeManager();
         // Once the manager shows a later window it has done all before it.
-        const auto probe = client->open({.title = "Probe " + std::to_string(probes++)});
-        EXPECT_TRUE(desk.runUntil([&] { return client->isViewable(probe); }));
+        const auto probe = other->open({.title = "Probe " + std::to_string(probes++)});
+        EXPECT_TRUE(desk.runUntil([&] { return other->isViewable(probe); }));
         EXPECT_TRUE(desk.runUntil([&] { return isAsAsked(requests.back()); })) << requests;
-        client->destroy(probe);
+        other->destroy(probe);
     }
 }
 
