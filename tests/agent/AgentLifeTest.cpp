@@ -128,15 +128,17 @@ TEST_F(AgentLife, AnAgentThatIsKilledHasKeptTheLastValueThatItAcknowledged) {
         const double kept = std::stod(reported);
         // A change that was on its way may have been kept as well.
         EXPECT_TRUE(round == 0 || kept == value || kept == (value + 1) % 100) << kept << " for " << value;
-        const auto killer = std::chrono::milliseconds(std::uniform_int_distribution(0, 150)(random));
-        std::thread killing([&, killer] {
-            std::this_thread::sleep_for(killer);
+        const auto set = [&](int points) {
+            return session.kova({"layout", "inset", std::to_string(points)}).exitCode == 0;
+        };
+        value = (static_cast<int>(kept) + 1) % 100;
+        ASSERT_TRUE(set(value));
+        const auto killedAfter = std::chrono::milliseconds(std::uniform_int_distribution(0, 150)(random));
+        std::thread killing([&] {
+            std::this_thread::sleep_for(killedAfter);
             session.signalAgent(SIGKILL);
         });
-        value = static_cast<int>(kept);
-        while (session.kova({"layout", "inset", std::to_string((value + 1) % 100)}).exitCode == 0) {
-            value = (value + 1) % 100;
-        }
+        while (set((value + 1) % 100)) value = (value + 1) % 100;
         killing.join();
         ASSERT_TRUE(session.waitForAgent());
     }
