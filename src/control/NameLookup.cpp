@@ -17,7 +17,7 @@ constexpr std::size_t kLongestQuotation = 80;    // bytes
 constexpr std::size_t kFirstNumberInNames = 100; // smaller ones are places in a list, or meant to be
 
 std::string quoted(std::string_view wanted) {
-    return "“" + quotedName(wanted) + "”";
+    return "“" + textForMessage(wanted) + "”";
 }
 
 ControlFailure listing(std::string message, std::string_view wanted, std::span<const NamedThing> things,
@@ -69,7 +69,7 @@ ControlFailure noneOf(std::string_view kind, std::string_view wanted, std::span<
 
 } // namespace
 
-std::string quotedName(std::string_view wanted) {
+std::string textForMessage(std::string_view wanted) {
     return validUtf8(wanted.substr(0, kLongestQuotation)) + (wanted.size() > kLongestQuotation ? "…" : "");
 }
 

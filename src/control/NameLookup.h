@@ -30,7 +30,7 @@ ControlResult<std::size_t> lookUp(std::string_view kind, std::string_view wanted
                                   Numbered numbered);
 
 /// Fit for a message: valid, and cut where it is very long.
-std::string quotedName(std::string_view wanted);
+std::string textForMessage(std::string_view wanted);
 
 /// The display's id.
 ControlResult<std::string> lookUpDisplay(const WorkspaceController& controller, std::string_view wanted);
