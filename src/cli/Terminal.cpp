@@ -4,6 +4,9 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 #include <wchar.h>
+#if defined(__APPLE__)
+#include <xlocale.h>
+#endif
 
 #include <algorithm>
 #include <cstdlib>
