@@ -32,8 +32,9 @@ struct WantedDivider {
 };
 
 ControlFailure unknown(const WantedDivider& wanted, const std::vector<DisplayLayoutDivider>& dividers) {
-    std::string message = "There is no divider “" + textForMessage(wanted.splitID) + " " + std::to_string(wanted.boundary) +
-                          "” on this display" + (dividers.empty() ? "; its layout has none" : ". There is:");
+    std::string message = "There is no divider “" + textForMessage(wanted.splitID) + " " +
+                          std::to_string(wanted.boundary) + "” on this display" +
+                          (dividers.empty() ? "; its layout has none" : ". There is:");
     json choices = json::array();
     for (const auto& [display, layout, divider] : dividers) {
         const std::string name = divider.splitID + " " + std::to_string(divider.boundaryIndex);

@@ -1,6 +1,7 @@
 // What outlives the agent: the session is kept while it changes, and taken up again at the start.
 #include "workspace/WorkspaceController.h"
 
+#include "support/SameFrame.h"
 #include "workspace/DisplaySuccession.h"
 
 #include <cmath>
@@ -9,12 +10,6 @@
 namespace kova {
 
 namespace {
-
-constexpr double kRestingTolerancePoints = 2;
-
-bool isSamePlace(CGPoint a, CGPoint b) {
-    return std::abs(a.x - b.x) <= kRestingTolerancePoints && std::abs(a.y - b.y) <= kRestingTolerancePoints;
-}
 
 std::set<std::string> displaysThatDiffer(const std::vector<Screen>& screens, const TileAssignments& before,
                                          const TileAssignments& after) {
@@ -263,7 +258,7 @@ bool WorkspaceController::hasComeBackToWait(const ManagedWindow& window,
     // What was read of it while it was off the screen may not be where it comes back.
     const auto place = frameForWindow(inFront->id);
     return (place && isSamePlace(window.frame->origin, place->origin)) ||
-           (formerFrame && nearlyEqual(*window.frame, *formerFrame, kRestingTolerancePoints));
+           (formerFrame && nearlyEqual(*window.frame, *formerFrame, kFrameTolerancePoints));
 }
 
 void WorkspaceController::takeUpZoom(const WorkspaceSessionZoom& zoom, const ResumedWindows& resumed) {
