@@ -15,7 +15,7 @@ struct Transaction {
     /// The assignments before the operation. Absent when no tile can have lost its front window, or when that has been
     /// seen to.
     std::optional<TileAssignments> before{};
-    /// Tiles are at other places now; who draws around them is told.
+    /// Tiles are at other places now; overlays and divider handles follow.
     bool hasMovedTiles = false;
     /// Windows may lack room now, this one first; empty: none before others. Absent: none lacks room.
     std::optional<std::string> claimant{};

@@ -30,7 +30,7 @@ void WorkspaceController::publishAssignments() {
     noteTileGeometry();
 }
 
-/// Who draws around tiles, or holds their dividers, looks at them again.
+/// Overlays and divider handles follow.
 void WorkspaceController::noteTilesMoved() {
     state_.layoutRevision.set(*state_.layoutRevision + 1);
 }
