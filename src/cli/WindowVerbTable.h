@@ -149,8 +149,9 @@ inline constexpr auto kWindowVerbs = std::to_array<Verb>({
     {"open",
      "openURL",
      "do what a URL asks for",
-     "What browsers, launchers and scripts use: kova://action/ with arrange, undo, zoom or stack, or with focus or "
-     "move and a direction (kova://action/focus/left), and kova://scene/ with a scene's name "
+     "What browsers, launchers and scripts use: kova://action/ with arrange, undo, zoom, stack, float or tile, with "
+     "focus, move or swap and a direction (kova://action/focus/left), with focus/display or move/display and next or "
+     "previous, or with place and the number of a tile; and kova://scene/ with a scene's name "
      "(kova://scene/Deep%20Work). Without a URL, as when KOVA is chosen in a menu, the agent is started unless it "
      "runs.",
      "kova open kova://action/arrange",

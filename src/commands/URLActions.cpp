@@ -97,6 +97,35 @@ std::optional<WorkspaceDirection> directionNamed(std::string_view word) {
     return std::nullopt;
 }
 
+std::optional<DisplayStep> displayStepNamed(std::string_view word) {
+    if (word == "next") return DisplayStep::next;
+    if (word == "previous") return DisplayStep::previous;
+    return std::nullopt;
+}
+
+/// From 1 to 99; absent for everything else.
+std::optional<std::size_t> tileNumberIn(std::string_view word) {
+    if (word.empty() || word.size() > 2 || word.front() == '0' || !std::all_of(word.begin(), word.end(), isDigit)) {
+        return std::nullopt;
+    }
+    std::size_t number = 0;
+    for (const char digit : word) number = 10 * number + static_cast<std::size_t>(digit - '0');
+    return number;
+}
+
+/// What stands behind "focus", "move" and "swap".
+std::optional<URLAction> towards(std::string_view verb, std::string_view where, std::string_view step) {
+    if (const auto direction = directionNamed(where)) {
+        if (verb == "focus") return action::Focus{*direction};
+        if (verb == "move") return action::Move{*direction};
+        return WindowCommand(command::Swap{{}, *direction});
+    }
+    const auto display = where == "display" ? displayStepNamed(step) : std::nullopt;
+    if (!display || verb == "swap") return std::nullopt;
+    if (verb == "focus") return WindowCommand(command::FocusDisplay{*display});
+    return WindowCommand(command::MoveToDisplay{{}, *display});
+}
+
 } // namespace
 
 std::optional<URLAction> parseURLAction(std::string_view url) {
@@ -115,10 +144,12 @@ std::optional<URLAction> parseURLAction(std::string_view url) {
     if (verb == "arrange") return action::Arrange{};
     if (verb == "undo") return action::Undo{};
     if (verb == "zoom") return action::ToggleFocusZoom{};
-    if (verb == "stack") return action::CycleStack{};
-    const auto direction = directionNamed(word(2));
-    if (verb == "focus" && direction) return action::Focus{*direction};
-    if (verb == "move" && direction) return action::Move{*direction};
+    if (verb == "stack") return action::CycleStack{word(2) == "previous" ? StackStep::previous : StackStep::next};
+    if (verb == "float") return WindowCommand(command::ToggleFloating{});
+    if (verb == "tile") return WindowCommand(command::Tile{});
+    if (verb == "focus" || verb == "move" || verb == "swap") return towards(verb, word(2), word(3));
+    const auto number = verb == "place" ? tileNumberIn(word(2)) : std::nullopt;
+    if (number) return WindowCommand(command::PlaceInNumbered{{}, *number});
     return std::nullopt;
 }
 

@@ -1,12 +1,14 @@
 // Driving the workspace by URL:
 //
-//   kova://action/arrange, undo, zoom, stack    kova://action/focus/left, move/up, …    kova://scene/Deep%20Work
+//   kova://action/arrange, undo, zoom, stack, stack/previous, float, tile    kova://scene/Deep%20Work
+//   kova://action/focus/left, move/up, swap/right, …    kova://action/focus/display/next, move/display/previous, …
+//   kova://action/place/2
 //
 // A URL comes from anywhere, a web page included. It runs an operation of the workspace or does nothing; all it can
-// name is a direction or a scene that the user has captured.
+// name is a direction, a step, the number of a tile or a scene that the user has captured.
 #pragma once
 
-#include "workspace/WorkspaceAction.h"
+#include "workspace/WindowCommand.h"
 
 #include <cstddef>
 #include <optional>
@@ -21,7 +23,7 @@ struct OpenSceneNamed {
     std::string name;
 };
 
-using URLAction = std::variant<WorkspaceAction, OpenSceneNamed>;
+using URLAction = std::variant<WorkspaceAction, WindowCommand, OpenSceneNamed>;
 
 /// Longer URLs are none of ours.
 inline constexpr std::size_t kLongestURL = 4096; // bytes

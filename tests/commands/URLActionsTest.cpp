@@ -13,16 +13,38 @@
 namespace kova {
 namespace {
 
+std::string describe(const WindowCommand& asked) {
+    const auto step = [](const DisplayChoice& display) {
+        return std::get<DisplayStep>(display) == DisplayStep::next ? "next" : "previous";
+    };
+    return std::visit(
+        Overloaded{
+            [](const command::Swap& swap) {
+                return "swap " + std::string(describe(std::get<WorkspaceDirection>(swap.with)));
+            },
+            [&](const command::FocusDisplay& focus) { return std::string("focus display ") + step(focus.display); },
+            [&](const command::MoveToDisplay& move) { return std::string("move display ") + step(move.display); },
+            [](const command::PlaceInNumbered& place) { return "place " + std::to_string(place.number); },
+            [](const command::ToggleFloating&) { return std::string("float"); },
+            [](const command::Tile&) { return std::string("tile"); },
+            [](const auto&) { return std::string("another command"); },
+        },
+        asked);
+}
+
 /// "arrange", "focus left", "scene Deep Work"; "-" for nothing.
 std::string asked(std::string_view url) {
     const auto parsed = parseURLAction(url);
     if (!parsed) return "-";
     if (const auto* scene = std::get_if<OpenSceneNamed>(&*parsed)) return "scene " + scene->name;
+    if (const auto* window = std::get_if<WindowCommand>(&*parsed)) return describe(*window);
     return std::visit(Overloaded{
                           [](const action::Focus& focus) { return "focus " + std::string(describe(focus.direction)); },
                           [](const action::Move& move) { return "move " + std::string(describe(move.direction)); },
                           [](const action::ActivateScene&) { return std::string("scene by id"); },
-                          [](const action::CycleStack&) { return std::string("stack"); },
+                          [](const action::CycleStack& stack) {
+                              return std::string(stack.step == StackStep::next ? "stack" : "stack previous");
+                          },
                           [](const action::ToggleFocusZoom&) { return std::string("zoom"); },
                           [](const action::Arrange&) { return std::string("arrange"); },
                           [](const action::Undo&) { return std::string("undo"); },
@@ -41,6 +63,13 @@ TEST(URLActions, WhatAURLAsksFor) {
         {"kova://action/stack", "stack"},
         {"kova://action/focus/left", "focus left"},
         {"kova://action/MOVE/Down", "move down"},
+        {"kova://action/stack/previous", "stack previous"},
+        {"kova://action/swap/right", "swap right"},
+        {"kova://action/float", "float"},
+        {"kova://action/tile", "tile"},
+        {"kova://action/place/2", "place 2"},
+        {"kova://action/focus/display/next", "focus display next"},
+        {"kova://action/move/display/Previous", "move display previous"},
         {"kova://scene/Deep%20Work", "scene Deep Work"},
         {"kova://Scene/deep work", "scene deep work"},
         // Ways of writing it that a person or a program may choose.
@@ -70,6 +99,13 @@ TEST(URLActions, WhatAURLAsksFor) {
         {"kova://action/focus", "-"},
         {"kova://action/focus/diagonal", "-"},
         {"kova://action/focus/lef", "-"},
+        {"kova://action/focus/display", "-"},
+        {"kova://action/swap/display/next", "-"},
+        {"kova://action/place", "-"},
+        {"kova://action/place/0", "-"},
+        {"kova://action/place/-1", "-"},
+        {"kova://action/place/100", "-"},
+        {"kova://action/pause", "-"},
         {"kova://action/quit", "-"},
         {"kova://action/launch/org.example.Maps", "-"},
         {"kova://scene", "-"},
