@@ -308,6 +308,25 @@ TEST(WindowManager, SizesAreNotReliedOnForTwoSecondsAfterItIsReplaced) {
     EXPECT_GE(desk.loop().uptime() - begin, Seconds(1.9));
 }
 
+TEST(WindowManager, SizesAreNotReliedOnWhereItPlacesWindowsItself) {
+    if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
+    Desk desk(Manager::openbox);
+    const auto mail = desk.client("Mail", 4001);
+    mail->open({.title = "Inbox"});
+    desk.openDesktop();
+    const auto isReliable = [&] { return desk.service().areSizesReliable(desk.window("Inbox")); };
+    ASSERT_TRUE(desk.runUntil([&] {
+        desk.place(desk.window("Inbox"), makeRect(20, 30, 500, 300));
+        desk.runFor(Seconds(0.1));
+        return isReliable();
+    }));
+    const auto check = mail->numbers(mail->root(), "_NET_SUPPORTING_WM_CHECK");
+    ASSERT_EQ(check.size(), 1u);
+    mail->setText(check.front(), "_NET_WM_NAME", "UTF8_STRING", "i3");
+    mail->setNumbers(mail->root(), "_NET_SUPPORTING_WM_CHECK", "WINDOW", check); // is read anew
+    EXPECT_TRUE(desk.runUntil([&] { return !isReliable(); }));
+}
+
 TEST(WindowManager, GivesHiddenWindowsBackWhenItIsReplaced) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
     replaceTheManager(true);

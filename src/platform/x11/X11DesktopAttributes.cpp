@@ -1,4 +1,5 @@
 // Windows, read and written in the accessibility vocabulary.
+#include "platform/x11/TilingManagers.h"
 #include "platform/x11/X11Parts.h"
 
 #include <xcb/xcb_icccm.h>
@@ -180,7 +181,8 @@ bool X11Desktop::areSizesReliable(const AccessibilityElement& element) const {
     const ClientWindow* client = parts_->find(element);
     return client && !parts_->model.isSettling() &&
            !parts_->model.hasChangedHandsWithin(kSizesSettleAfterManager, now) &&
-           client->decorations == client->decorationsWhenPlaced;
+           client->decorations == client->decorationsWhenPlaced &&
+           !isTilingManager(parts_->model.windowManager().name); // its sizes are not the window's
 }
 
 WindowPresence X11Desktop::presenceOf(const AccessibilityElement& window) const {
