@@ -7,6 +7,7 @@
 #include <QStyle>
 
 #include <algorithm>
+#include <utility>
 
 namespace kova::ui {
 
@@ -28,8 +29,16 @@ int iconSize() {
 
 } // namespace
 
+QMenu& AgentActions::emptyMenu() {
+    styleMenus_();
+    if (!menu_) menu_ = std::make_unique<QMenu>();
+    menu_->clear();
+    qDeleteAll(menu_->findChildren<QMenu*>(Qt::FindDirectChildrenOnly));
+    return *menu_;
+}
+
 void AgentActions::bringForward(const std::string& window) {
-    link_.call("focus", {{"window", window}});
+    link_.call("focus.window", {{"window", window}});
 }
 
 void AgentActions::stepStack(const std::string& tile, StackStep step) {
@@ -51,11 +60,11 @@ void AgentActions::chooseApplication(const std::string& tile, QPoint at) {
 }
 
 void AgentActions::listApplications(const std::string& tile, const nlohmann::json& result, QPoint at) {
-    menu_.clear();
+    QMenu& menu = emptyMenu();
     try {
         for (const JsonCursor& application : JsonCursor(result, "").required("applications").elements()) {
             const std::string id = application.required("id").string(), name = application.required("name").string();
-            QAction* action = menu_.addAction(titleOf(name));
+            QAction* action = menu.addAction(titleOf(name));
             if (icon_) action->setIcon(icon_({id, name}, iconSize()));
             QObject::connect(action, &QAction::triggered, action, [this, id, tile] {
                 link_.call("launch", {{"application", id}, {"tile", tile}});
@@ -64,21 +73,21 @@ void AgentActions::listApplications(const std::string& tile, const nlohmann::jso
     } catch (const DecodingError& error) {
         qWarning("kova-ui: the list of applications is not understood: %s", error.what());
     }
-    if (menu_.isEmpty()) menu_.addAction(QStringLiteral("No applications are installed"))->setEnabled(false);
-    menu_.popup(at);
+    if (menu.isEmpty()) menu.addAction(QStringLiteral("No applications are installed"))->setEnabled(false);
+    menu.popup(at);
 }
 
 void AgentActions::showStackMenu(const std::string& tileID, QPoint at) {
     const TileContents* tile = link_.contents() ? link_.contents()->tile(tileID) : nullptr;
     if (!tile) return;
-    menu_.clear();
+    QMenu& menu = emptyMenu();
     for (const StackEntry& entry : tile->applications) {
         const std::string& title = entry.title.empty() ? entry.application.name : entry.title;
-        QAction* action = menu_.addAction(titleOf(title));
+        QAction* action = menu.addAction(titleOf(title));
         if (icon_) action->setIcon(icon_(entry.application, iconSize()));
         QObject::connect(action, &QAction::triggered, action, [this, window = entry.window] { bringForward(window); });
     }
-    menu_.popup(at);
+    menu.popup(at);
 }
 
 void AgentActions::showEntryMenu(const std::string& tileID, const std::string& window, QPoint at) {
@@ -86,25 +95,25 @@ void AgentActions::showEntryMenu(const std::string& tileID, const std::string& w
     if (!tile) return;
     const auto entry = std::ranges::find(tile->applications, window, &StackEntry::window);
     if (entry == tile->applications.end()) return;
-    menu_.clear();
+    QMenu& menu = emptyMenu();
     const auto add = [&](const QString& title, auto&& act) {
-        QAction* action = menu_.addAction(title);
+        QAction* action = menu.addAction(title);
         QObject::connect(action, &QAction::triggered, action, act);
     };
     add(QStringLiteral("Bring to Front"), [this, window] { bringForward(window); });
     addMoves(*tile, window);
     add(QStringLiteral("Float"), [this, window] { link_.call("float", {{"window", window}}); });
-    menu_.addSeparator();
+    menu.addSeparator();
     addRules(*tile, entry->application);
-    menu_.addSeparator();
+    menu.addSeparator();
     const std::string name = entry->application.name;
     add(QStringLiteral("Quit ") + titleOf(name), [this, window] { link_.call("app.quit", {{"window", window}}); });
     add(QStringLiteral("Force Quit ") + titleOf(name) + QStringLiteral("…"), [this, window, name] { forceQuit(window, name); });
-    menu_.popup(at);
+    menu.popup(at);
 }
 
 void AgentActions::addMoves(const TileContents& tile, const std::string& window) {
-    QMenu* tiles = menu_.addMenu(QStringLiteral("Move to"));
+    QMenu* tiles = menu_->addMenu(QStringLiteral("Move to"));
     const OverlayContents& contents = *link_.contents();
     for (const DisplayContents& display : contents.displays) {
         if (contents.displays.size() > 1) tiles->addSection(titleOf(display.name));
@@ -118,7 +127,7 @@ void AgentActions::addMoves(const TileContents& tile, const std::string& window)
 }
 
 void AgentActions::addRules(const TileContents& tile, const ApplicationName& application) {
-    QMenu* rules = menu_.addMenu(QStringLiteral("Rule for ") + titleOf(application.name));
+    QMenu* rules = menu_->addMenu(QStringLiteral("Rule for ") + titleOf(application.name));
     const std::string named = application.id.empty() ? application.name : application.id;
     const auto add = [&](const QString& title, const nlohmann::json& parameters) {
         QAction* action = rules->addAction(title);
@@ -131,16 +140,42 @@ void AgentActions::addRules(const TileContents& tile, const ApplicationName& app
 }
 
 void AgentActions::forceQuit(const std::string& window, const std::string& applicationName) {
-    auto* question = new QMessageBox(QMessageBox::Warning, QStringLiteral("KOVA"),
-                                     QStringLiteral("Force %1 to quit?").arg(QString::fromStdString(applicationName)));
-    question->setInformativeText(QStringLiteral("Changes that were not saved are lost."));
-    question->setAttribute(Qt::WA_DeleteOnClose);
-    const auto* confirm = question->addButton(QStringLiteral("Force Quit"), QMessageBox::DestructiveRole);
-    question->setDefaultButton(question->addButton(QMessageBox::Cancel));
-    QObject::connect(question, &QMessageBox::buttonClicked, question, [this, window, confirm](QAbstractButton* button) {
-        if (static_cast<const QAbstractButton*>(confirm) == button) link_.call("app.forceQuit", {{"window", window}});
+    ask(QStringLiteral("Force %1 to quit?").arg(QString::fromStdString(applicationName)),
+        QStringLiteral("Changes that were not saved are lost."), QStringLiteral("Force Quit"),
+        [this, window] { link_.call("app.forceQuit", {{"window", window}}); });
+}
+
+/// Ends nothing but the applications that the question was about.
+void AgentActions::forceQuitAll() {
+    link_.call("forceQuitAll", nlohmann::json::object(), [this](const Answer& answer) {
+        if (!answer.error.empty()) return;
+        try {
+            const JsonCursor result(answer.result, "");
+            const auto question = result.optional("question");
+            if (!question) return;
+            const auto text = [&](const char* key) { return QString::fromStdString(question->required(key).string()); };
+            styleMenus_();
+            ask(text("title"), text("text"), text("confirm"),
+                [this, applications = result.required("applications").value()] {
+                    link_.call("forceQuitAll", {{"confirmed", applications}});
+                });
+        } catch (const DecodingError& error) {
+            qWarning("kova-ui: the question is not understood: %s", error.what());
+        }
     });
-    question->open();
+}
+
+void AgentActions::ask(const QString& title, const QString& text, const QString& confirm, std::function<void()> confirmed) {
+    auto* question = new QMessageBox(QMessageBox::Warning, QStringLiteral("KOVA"), title);
+    question->setInformativeText(text);
+    question->setAttribute(Qt::WA_DeleteOnClose);
+    const QAbstractButton* button = question->addButton(confirm, QMessageBox::DestructiveRole);
+    question->setDefaultButton(question->addButton(QMessageBox::Cancel));
+    QObject::connect(question, &QMessageBox::buttonClicked, question,
+                     [button, act = std::move(confirmed)](const QAbstractButton* clicked) {
+                         if (clicked == button) act();
+                     });
+    question->show();
 }
 
 } // namespace kova::ui

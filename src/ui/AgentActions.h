@@ -6,13 +6,18 @@
 #include "ui/style/Style.h"
 
 #include <QMenu>
+#include <QString>
+
+#include <functional>
+#include <memory>
 
 namespace kova::ui {
 
 class AgentActions final : public OverlayActions {
   public:
-    explicit AgentActions(AgentLink& link) : link_(link) {}
-    void setIcons(IconSource icon) { icon_ = std::move(icon); }
+    /// `styleMenus` is called before a menu is made or opens.
+    AgentActions(AgentLink& link, IconSource icon, std::function<void()> styleMenus) :
+        link_(link), icon_(std::move(icon)), styleMenus_(std::move(styleMenus)) {}
 
     void bringForward(const std::string& window) override;
     void stepStack(const std::string& tile, StackStep step) override;
@@ -21,6 +26,8 @@ class AgentActions final : public OverlayActions {
     void chooseApplication(const std::string& tile, QPoint at) override;
     void showEntryMenu(const std::string& tile, const std::string& window, QPoint at) override;
     void showStackMenu(const std::string& tile, QPoint at) override;
+    /// Asks the user first.
+    void forceQuitAll();
 
   private:
     void listApplications(const std::string& tile, const nlohmann::json& result, QPoint at);
@@ -28,9 +35,14 @@ class AgentActions final : public OverlayActions {
     void addRules(const TileContents& tile, const ApplicationName& application);
     void forceQuit(const std::string& window, const std::string& applicationName);
 
+    void ask(const QString& title, const QString& text, const QString& confirm, std::function<void()> confirmed);
+    /// Without entries. Menus bring the toolkit's styles along, so there is none before the first is wanted.
+    QMenu& emptyMenu();
+
     AgentLink& link_;
     IconSource icon_;
-    QMenu menu_;
+    std::function<void()> styleMenus_;
+    std::unique_ptr<QMenu> menu_;
 };
 
 } // namespace kova::ui

@@ -7,18 +7,10 @@
 #include <QCursor>
 #include <QPalette>
 
+#include <algorithm>
+#include <utility>
+
 namespace kova::ui {
-
-namespace {
-
-std::unique_ptr<OverlayPlatform> platformOfSession(std::function<void()> compositingChanged) {
-    if (const auto* x11 = qApp->nativeInterface<QNativeInterface::QX11Application>()) {
-        if (auto platform = X11Platform::create(x11->connection(), std::move(compositingChanged))) return platform;
-    }
-    return std::make_unique<PlainPlatform>();
-}
-
-} // namespace
 
 Program::Program(const std::string& socketPath) :
     link_(socketPath, {.contentsChanged =
@@ -29,17 +21,35 @@ Program::Program(const std::string& socketPath) :
                            },
                        .showRequested =
                            [this](const std::string& what) {
-                               if (what == "menu" && tray_) tray_->openMenu(QCursor::pos());
+                               if (what == "menu") tray_.openMenu(QCursor::pos());
                            },
                        .notUnderstood =
                            [this](const std::string& reason) {
                                if (std::exchange(lastComplaint_, reason) == reason) return;
                                qWarning("kova-ui: %s", reason.c_str());
                            }}),
-    actions_(link_), preferences_([this] { applyTaste(); }),
-    platform_(platformOfSession([this] { overlay_->compositingChanged(); })),
-    overlay_(std::make_unique<Overlay>(*platform_, actions_)) {
-    actions_.setIcons([this](const ApplicationName& application, int size) { return icons_.icon(application, size); });
+    preferences_([this] { applyTaste(); }),
+    actions_(
+        link_, [this](const ApplicationName& application, int size) { return icons_.icon(application, size); },
+        [this] { styleMenus(); }),
+    tray_(
+        link_, [this] { styleMenus(); },
+        [this](const std::string& id) {
+            // What ends applications asks first.
+            if (id == "force-quit-all") return actions_.forceQuitAll();
+            link_.call("menu.choose", {{"id", id}});
+        }) {
+    if (const auto* x11 = qApp->nativeInterface<QNativeInterface::QX11Application>()) {
+        auto platform = X11Platform::create(x11->connection());
+        if (platform) {
+            platform->whenCompositingChanges([this] { overlay_->compositingChanged(); });
+            platform->whenTrayChanges([this](bool hasTray) { tray_.setHasTrayWindow(hasTray); });
+            tray_.setHasTrayWindow(platform->hasTray());
+            platform_ = std::move(platform);
+        }
+    }
+    if (!platform_) platform_ = std::make_unique<PlainPlatform>();
+    overlay_ = std::make_unique<Overlay>(*platform_, actions_);
 }
 
 void Program::start() {
@@ -52,11 +62,8 @@ void Program::contentsChanged() {
     isRefreshDue_ = false;
     const auto& contents = link_.contents();
     overlay_->show(contents);
-    if (contents && menuAppearance_ != contents->appearance) styleMenus();
-    if (std::exchange(isAgentThere_, contents.has_value()) == contents.has_value()) return;
     // After the overlay, which is what one waits for.
-    if (contents && !tray_) tray_ = std::make_unique<Tray>(link_);
-    if (tray_) tray_->show(isAgentThere_);
+    if (std::exchange(isAgentThere_, contents.has_value()) != contents.has_value()) tray_.setAgentThere(isAgentThere_);
 }
 
 void Program::applyTaste() {
@@ -67,12 +74,11 @@ void Program::applyTaste() {
                         .icon = [this](const ApplicationName& application, int size) {
                             return icons_.icon(application, size);
                         }});
-    if (link_.contents()) styleMenus();
 }
 
 void Program::styleMenus() {
+    if (!link_.contents()) return;
     const OverlayContents& contents = *link_.contents();
-    menuAppearance_ = contents.appearance;
     const Palette colors = paletteFor(contents.appearance, preferences_.brightness(), Compositing::absent);
     QPalette palette(colors.raised);
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::HighlightedText}) {

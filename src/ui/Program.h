@@ -25,13 +25,12 @@ class Program : public QObject {
     void styleMenus();
 
     AgentLink link_;
-    AgentActions actions_;
     ApplicationIcons icons_;
     DesktopPreferences preferences_;
+    AgentActions actions_;
     std::unique_ptr<OverlayPlatform> platform_;
     std::unique_ptr<Overlay> overlay_;
-    std::unique_ptr<Tray> tray_;
-    std::optional<Appearance> menuAppearance_; // for which menus are styled
+    Tray tray_;
     bool isAgentThere_ = false;
     bool isRefreshDue_ = false;
     std::string lastComplaint_;

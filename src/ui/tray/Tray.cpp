@@ -2,13 +2,25 @@
 
 #include "ui/tray/MenuBuilder.h"
 
+#include <QCursor>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
 #include <QIcon>
 #include <QPainter>
 #include <QPixmap>
+#include <QTimer>
+
+#include <chrono>
 
 namespace kova::ui {
 
 namespace {
+
+const QString kWatcherService = QStringLiteral("org.kde.StatusNotifierWatcher");
+constexpr std::chrono::milliseconds kHostPause{1000};
 
 /// A desktop of three tiles, in a grey that shows on light and dark panels.
 QIcon statusIcon() {
@@ -32,24 +44,59 @@ QIcon statusIcon() {
 
 } // namespace
 
-Tray::Tray(AgentLink& link) : link_(link) {
-    QObject::connect(&menu_, &QMenu::aboutToShow, &menu_, [this] { refresh(nullptr); });
+Tray::Tray(AgentLink& link, std::function<void()> styleMenus, std::function<void(const std::string&)> choose) :
+    link_(link), styleMenus_(std::move(styleMenus)), choose_(std::move(choose)) {
+    watchBus();
 }
 
-void Tray::show(bool isAgentThere) {
-    if (!isAgentThere) {
+void Tray::watchBus() {
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) return;
+    // A panel names the watcher first and itself as its host after that. The toolkit looks for a host only once.
+    const auto found = [this] {
+        QTimer::singleShot(kHostPause, this, [this] {
+            hasHost_ = true;
+            update();
+        });
+    };
+    auto* watcher = new QDBusServiceWatcher(kWatcherService, bus, QDBusServiceWatcher::WatchForRegistration, this);
+    connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, found);
+    auto* question = new QDBusPendingCallWatcher(
+        bus.interface()->asyncCall(QStringLiteral("NameHasOwner"), kWatcherService), this);
+    connect(question, &QDBusPendingCallWatcher::finished, this, [found](QDBusPendingCallWatcher* done) {
+        const QDBusPendingReply<bool> reply = *done;
+        if (!reply.isError() && reply.value()) found();
+        done->deleteLater();
+    });
+}
+
+void Tray::setAgentThere(bool isThere) {
+    isAgentThere_ = isThere;
+    update();
+}
+
+void Tray::setHasTrayWindow(bool hasWindow) {
+    hasTrayWindow_ = hasWindow;
+    update();
+}
+
+void Tray::update() {
+    if (!isAgentThere_ || !(hasHost_ || hasTrayWindow_)) {
         if (item_) item_->hide();
         return;
     }
-    refresh(nullptr);
     if (!item_) {
+        styleMenus_();
+        menu_ = std::make_unique<QMenu>();
+        connect(menu_.get(), &QMenu::aboutToShow, this, [this] { refresh(nullptr); });
         item_ = std::make_unique<QSystemTrayIcon>(statusIcon());
         item_->setToolTip(QStringLiteral("KOVA"));
-        item_->setContextMenu(&menu_);
-        QObject::connect(item_.get(), &QSystemTrayIcon::activated, &menu_, [this](QSystemTrayIcon::ActivationReason why) {
+        item_->setContextMenu(menu_.get());
+        connect(item_.get(), &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason why) {
             if (why == QSystemTrayIcon::Trigger) openMenu(QCursor::pos());
         });
     }
+    refresh(nullptr);
     item_->show();
 }
 
@@ -58,9 +105,8 @@ void Tray::refresh(std::function<void()> done) {
         if (!answer.error.empty()) return;
         try {
             const auto items = decodeMenu(JsonCursor(answer.result, ""));
-            const auto choose = [this](const std::string& id) { link_.call("menu.choose", {{"id", id}}); };
-            if (!menu_.isVisible()) fillMenu(menu_, items, choose);
-            if (done) fillMenu(popup_, items, choose);
+            if (menu_ && !menu_->isVisible()) fillMenu(*menu_, items, choose_);
+            if (done) fillMenu(*popup_, items, choose_);
         } catch (const DecodingError& error) {
             qWarning("kova-ui: the menu is not understood: %s", error.what());
             return;
@@ -70,7 +116,9 @@ void Tray::refresh(std::function<void()> done) {
 }
 
 void Tray::openMenu(QPoint at) {
-    refresh([this, at] { popup_.popup(at); });
+    styleMenus_();
+    if (!popup_) popup_ = std::make_unique<QMenu>();
+    refresh([this, at] { popup_->popup(at); });
 }
 
 } // namespace kova::ui

@@ -1,30 +1,43 @@
-// The status item of the desktop's panel, with the agent's menu. The entries are asked for whenever the menu opens.
+// The status item of the desktop's panel, with the agent's menu. The entries are asked for whenever the menu opens. Nothing
+// of the toolkit's menus and items is made before there is a place for them.
 #pragma once
 
 #include "ui/client/AgentLink.h"
 
 #include <QMenu>
+#include <QObject>
+#include <QPoint>
 #include <QSystemTrayIcon>
 
+#include <functional>
 #include <memory>
 
 namespace kova::ui {
 
-class Tray {
+class Tray : public QObject {
   public:
-    explicit Tray(AgentLink& link);
-    /// While the agent is there; on a desktop without a place for such items nothing is shown.
-    void show(bool isAgentThere);
-    /// The menu at that point of the screen, in pixels, or at the pointer.
+    /// `styleMenus` is called before a menu is made or opens, `choose` with the id of an entry that is chosen.
+    Tray(AgentLink& link, std::function<void()> styleMenus, std::function<void(const std::string& id)> choose);
+
+    /// While the agent is there. Where the desktop has no place for such items yet, the item follows when it has.
+    void setAgentThere(bool isThere);
+    /// The X server has, or has no more, a window that takes items in.
+    void setHasTrayWindow(bool hasWindow);
+    /// The menu at that point of the screen, in pixels.
     void openMenu(QPoint at);
 
   private:
+    void watchBus();
+    void update();
     void refresh(std::function<void()> done);
 
     AgentLink& link_;
-    QMenu menu_;
-    QMenu popup_; // of its own, since a panel may keep the other one
+    std::function<void()> styleMenus_;
+    std::function<void(const std::string&)> choose_;
+    std::unique_ptr<QMenu> menu_;
+    std::unique_ptr<QMenu> popup_; // of its own, since a panel may keep the other one
     std::unique_ptr<QSystemTrayIcon> item_;
+    bool isAgentThere_ = false, hasTrayWindow_ = false, hasHost_ = false;
 };
 
 } // namespace kova::ui

@@ -10,6 +10,7 @@
 #include <array>
 #include <cstdlib>
 #include <string>
+#include <utility>
 
 namespace kova::ui {
 
@@ -39,37 +40,27 @@ void shapeWindow(xcb_connection_t* connection, WindowNumber window, xcb_shape_ki
 
 } // namespace
 
-std::unique_ptr<X11Platform> X11Platform::create(xcb_connection_t* connection,
-                                                 std::function<void()> compositingChanged) {
+std::unique_ptr<X11Platform> X11Platform::create(xcb_connection_t* connection) {
     int screen = 0;
     xcb_connection_t* const watch = xcb_connect(nullptr, &screen);
     if (xcb_connection_has_error(watch) != 0) {
         xcb_disconnect(watch);
         return nullptr;
     }
-    return std::unique_ptr<X11Platform>(new X11Platform(connection, watch, screen, std::move(compositingChanged)));
+    return std::unique_ptr<X11Platform>(new X11Platform(connection, watch, screen));
 }
 
-X11Platform::X11Platform(xcb_connection_t* connection, xcb_connection_t* watch, int screen,
-                         std::function<void()> compositingChanged) :
-    connection_(connection), watch_(watch), compositingChanged_(std::move(compositingChanged)),
-    windowType_(atom("_NET_WM_WINDOW_TYPE")), typeDesktop_(atom("_NET_WM_WINDOW_TYPE_DESKTOP")),
+X11Platform::X11Platform(xcb_connection_t* connection, xcb_connection_t* watch, int screen) :
+    connection_(connection), watch_(watch), windowType_(atom("_NET_WM_WINDOW_TYPE")), typeDesktop_(atom("_NET_WM_WINDOW_TYPE_DESKTOP")),
     typeNotification_(atom("_NET_WM_WINDOW_TYPE_NOTIFICATION")), wmState_(atom("WM_STATE")),
-    compositorSelection_(atom("_NET_WM_CM_S" + std::to_string(screen))) {
+    compositorSelection_(atom("_NET_WM_CM_S" + std::to_string(screen))),
+    traySelection_(atom("_NET_SYSTEM_TRAY_S" + std::to_string(screen))) {
     auto screens = xcb_setup_roots_iterator(xcb_get_setup(watch_));
     for (int i = 0; i < screen; ++i) xcb_screen_next(&screens);
     screen_ = screens.data;
     const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
     xcb_change_window_attributes(watch_, screen_->root, XCB_CW_EVENT_MASK, &mask);
-    if (const auto* fixes = xcb_get_extension_data(watch_, &xcb_xfixes_id); fixes && fixes->present) {
-        firstXFixesEvent_ = fixes->first_event;
-        const auto version = owned(xcb_xfixes_query_version_reply(watch_, xcb_xfixes_query_version(watch_, 5, 0), nullptr));
-        xcb_xfixes_select_selection_input(watch_, screen_->root, compositorSelection_,
-                                          XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
-                                              XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
-                                              XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
-    }
-    isComposited_ = compositor() != XCB_NONE;
+    watchSelections();
     readOrder();
     readable_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(watch_), QSocketNotifier::Read);
     QObject::connect(readable_.get(), &QSocketNotifier::activated, readable_.get(), [this] { readEvents(); });
@@ -88,10 +79,30 @@ std::uint32_t X11Platform::atom(std::string_view name) const {
     return reply ? reply->atom : static_cast<std::uint32_t>(XCB_NONE);
 }
 
-std::uint32_t X11Platform::compositor() const {
-    const auto reply =
-        owned(xcb_get_selection_owner_reply(watch_, xcb_get_selection_owner(watch_, compositorSelection_), nullptr));
-    return reply ? reply->owner : static_cast<std::uint32_t>(XCB_NONE);
+void X11Platform::watchSelections() {
+    if (const auto* fixes = xcb_get_extension_data(watch_, &xcb_xfixes_id); fixes && fixes->present) {
+        firstXFixesEvent_ = fixes->first_event;
+        const auto version = owned(xcb_xfixes_query_version_reply(watch_, xcb_xfixes_query_version(watch_, 5, 0), nullptr));
+        for (const auto selection : {compositorSelection_, traySelection_}) {
+            xcb_xfixes_select_selection_input(watch_, screen_->root, selection,
+                                              XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
+                                                  XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
+                                                  XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
+        }
+    }
+    lookAtSelections();
+}
+
+void X11Platform::lookAtSelections() {
+    const bool wasComposited = std::exchange(isComposited_, hasOwner(compositorSelection_));
+    const bool hadTray = std::exchange(hasTray_, hasOwner(traySelection_));
+    if (wasComposited != isComposited_ && compositingChanged_) compositingChanged_();
+    if (hadTray != hasTray_ && trayChanged_) trayChanged_(hasTray_);
+}
+
+bool X11Platform::hasOwner(std::uint32_t selection) const {
+    const auto reply = owned(xcb_get_selection_owner_reply(watch_, xcb_get_selection_owner(watch_, selection), nullptr));
+    return reply && reply->owner != XCB_NONE;
 }
 
 void X11Platform::readOrder() {
@@ -141,7 +152,7 @@ void X11Platform::classify(WindowNumber window) {
 }
 
 void X11Platform::readEvents() {
-    bool mayBeDisturbed = false, mayHaveCompositor = false;
+    bool mayBeDisturbed = false, areSelectionsNews = false;
     for (Owned<xcb_generic_event_t> event = owned(xcb_poll_for_event(watch_)); event;
          event = owned(xcb_poll_for_event(watch_))) {
         const auto kind = event->response_type & 0x7f;
@@ -175,11 +186,11 @@ void X11Platform::readEvents() {
             }
             mayBeDisturbed = true;
         } else if (firstXFixesEvent_ != 0 && kind == firstXFixesEvent_ + XCB_XFIXES_SELECTION_NOTIFY) {
-            mayHaveCompositor = true;
+            areSelectionsNews = true;
         }
     }
     if (mayBeDisturbed) keepOrder();
-    if (mayHaveCompositor && std::exchange(isComposited_, compositor() != XCB_NONE) != isComposited_) compositingChanged_();
+    if (areSelectionsNews) lookAtSelections();
 }
 
 void X11Platform::keepOrder() {

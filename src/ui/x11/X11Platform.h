@@ -22,10 +22,14 @@ namespace kova::ui {
 
 class X11Platform final : public OverlayPlatform {
   public:
-    /// `connection` is the toolkit's; null when a connection of our own cannot be made. `compositingChanged` is called
-    /// when a compositor comes or goes.
-    static std::unique_ptr<X11Platform> create(xcb_connection_t* connection, std::function<void()> compositingChanged);
+    /// `connection` is the toolkit's; null when a connection of our own cannot be made.
+    static std::unique_ptr<X11Platform> create(xcb_connection_t* connection);
     ~X11Platform() override;
+
+    void whenCompositingChanges(std::function<void()> call) { compositingChanged_ = std::move(call); }
+    /// Whether a window takes in the items of a panel.
+    bool hasTray() const { return hasTray_; }
+    void whenTrayChanges(std::function<void(bool hasTray)> call) { trayChanged_ = std::move(call); }
 
     bool isComposited() const override { return isComposited_; }
     void adopt(OverlayWindow& window) override;
@@ -43,8 +47,9 @@ class X11Platform final : public OverlayPlatform {
         std::uint8_t depth = 0;
     };
 
-    X11Platform(xcb_connection_t* connection, xcb_connection_t* watch, int screen,
-                std::function<void()> compositingChanged);
+    X11Platform(xcb_connection_t* connection, xcb_connection_t* watch, int screen);
+    void watchSelections();
+    void lookAtSelections();
     void readEvents();
     void readOrder();
     void classify(WindowNumber window);
@@ -53,16 +58,17 @@ class X11Platform final : public OverlayPlatform {
     void keepOrder();
     void putPart(const Picture& picture, OverlayWindow& window, const QRect& part);
     std::uint32_t atom(std::string_view name) const;
-    std::uint32_t compositor() const;
+    bool hasOwner(std::uint32_t selection) const;
 
     xcb_connection_t* const connection_;
     xcb_connection_t* const watch_;
     xcb_screen_t* screen_ = nullptr;
     std::function<void()> compositingChanged_;
+    std::function<void(bool)> trayChanged_;
     std::unique_ptr<QSocketNotifier> readable_;
-    std::uint32_t windowType_, typeDesktop_, typeNotification_, wmState_, compositorSelection_;
+    std::uint32_t windowType_, typeDesktop_, typeNotification_, wmState_, compositorSelection_, traySelection_;
     std::uint8_t firstXFixesEvent_ = 0;
-    bool isComposited_ = false;
+    bool isComposited_ = false, hasTray_ = false;
     StackOrder order_;
     std::map<Layer, std::vector<WindowNumber>> layers_; // of those below applications
     std::map<OverlayWindow*, Picture> pictures_;
