@@ -14,7 +14,7 @@ endif()
 file(GLOB_RECURSE ui_sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/ui/*.cpp ${CMAKE_CURRENT_LIST_DIR}/ui/*.h)
 list(FILTER ui_sources EXCLUDE REGEX /ui/main\\.cpp$)
 add_library(kova_ui STATIC ${ui_sources})
-set_target_properties(kova_ui PROPERTIES AUTOMOC ON)
+set_target_properties(kova_ui PROPERTIES AUTOMOC ON UNITY_BUILD OFF) # moc and names of files on their own
 target_link_libraries(kova_ui PUBLIC kova_control_client kova_themes Qt6::Widgets Qt6::DBus PkgConfig::XCB_UI)
 target_compile_definitions(kova_ui PUBLIC QT_NO_FOREACH QT_NO_KEYWORDS)
 add_executable(kova-ui ui/main.cpp)

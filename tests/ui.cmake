@@ -7,4 +7,5 @@ kova_tests(ui kova_ui Qt6::Test kova_platform_x11)
 target_sources(ui_tests PRIVATE ${private_server})
 target_compile_definitions(ui_tests PRIVATE KOVA_GOLDEN="${CMAKE_CURRENT_SOURCE_DIR}/ui/golden"
   KOVA_UI_PROGRAM="$<TARGET_FILE:kova-ui>")
+set_target_properties(ui_tests PROPERTIES UNITY_BUILD OFF)
 add_dependencies(ui_tests kova-ui)
