@@ -4,9 +4,20 @@
 
 #include <QFontMetrics>
 
-#include <functional>
+#include <cstdint>
 
 namespace kova::ui {
+
+namespace {
+
+/// The same at every start, which the toolkit's own hashes are not.
+int hueOf(std::string_view name) {
+    std::uint32_t hash = 2166136261u;
+    for (const char byte : name) hash = (hash ^ static_cast<unsigned char>(byte)) * 16777619u;
+    return static_cast<int>(hash % 360);
+}
+
+} // namespace
 
 void drawPanel(QPainter& painter, const QRectF& area, double radius, const QColor& fill, const QColor& line,
                double lineWidth) {
@@ -39,7 +50,7 @@ void drawIcon(QPainter& painter, const QRect& area, const ApplicationName& appli
         painter.drawPixmap(area, icon);
     } else {
         // The hue follows from the name, so that an application has the same tile everywhere.
-        const auto hue = static_cast<int>(qHash(textOf(application.name), 7) % 360);
+        const int hue = hueOf(application.name);
         const QColor ground = QColor::fromHsl(hue, 115, style.palette.isDark ? 95 : 120);
         drawPanel(painter, area, area.width() / 4.0, ground, QColor(), 0);
         const QString letter = textOf(application.name).trimmed().left(1).toUpper();
