@@ -151,7 +151,9 @@ TEST(Footer, PartsNeverOverlapWhateverTheWidth) {
                 const auto layout = layOutFooter(tile, QSize(style.px(width), style.px(26)), style);
                 std::vector<QRect> parts{layout.name, layout.launch};
                 for (const auto& entry : layout.entries) parts.push_back(entry.area);
-                if (layout.hiddenEntries > 0 && !layout.more.isEmpty()) parts.push_back(layout.more);
+                for (const QRect& part : {layout.more, layout.pending}) {
+                    if (!part.isEmpty()) parts.push_back(part);
+                }
                 for (std::size_t i = 0; i < parts.size(); ++i) {
                     EXPECT_TRUE(i == 0 || layout.panel.contains(parts[i])) << width << " part " << i;
                     for (std::size_t j = 0; j < i; ++j) EXPECT_FALSE(parts[i].intersects(parts[j])) << width << ": " << i << ", " << j;

@@ -9,6 +9,12 @@
 #include <algorithm>
 #include <memory>
 
+/// What the toolkit and its libraries keep until the end of the process is not ours.
+extern "C" const char* __lsan_default_suppressions();
+extern "C" const char* __lsan_default_suppressions() {
+    return "leak:libfontconfig\nleak:libQt6\nleak:libglib\nleak:libdbus\n";
+}
+
 namespace kova::ui::testing {
 
 using nlohmann::json;

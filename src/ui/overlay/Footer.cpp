@@ -58,7 +58,8 @@ void layOutEntries(FooterLayout& layout, const TileContents& tile, QRect strip, 
         const bool isLast = i + 1 == labels.size();
         if (x + width > strip.right() + 1 - (isLast ? 0 : gap + chip)) {
             layout.hiddenEntries = labels.size() - i;
-            layout.more = QRect(x, strip.top(), chip, strip.height());
+            const int room = strip.right() + 1 - x;
+            if (room >= style.px(16)) layout.more = QRect(x, strip.top(), std::min(chip, room), strip.height());
             return;
         }
         layout.entries.push_back(
@@ -157,7 +158,7 @@ FooterLayout layOutFooter(const TileContents& tile, QSize size, const Style& sty
     layOutEntries(layout, tile, entries, style);
     if (tile.pending && !tile.applications.empty()) {
         const QRect last = layout.hiddenEntries > 0 ? layout.more : layout.entries.back().area;
-        layout.pending.moveLeft(last.right() + 1 + style.px(points::entryGap));
+        if (!last.isEmpty()) layout.pending.moveLeft(last.right() + 1 + style.px(points::entryGap));
     }
     return layout;
 }
@@ -188,7 +189,7 @@ void paintFooter(QPainter& painter, const TileContents& tile, const FooterLayout
             const bool isHovered = state.hovered == FooterHit{Part::entry, place.index};
             paintEntry(painter, tile.applications[place.index], place, isHovered, style);
         }
-        if (layout.hiddenEntries > 0) {
+        if (!layout.more.isEmpty()) {
             const bool isHovered = state.hovered.part == Part::more;
             if (isHovered) drawPanel(painter, layout.more, style.px(points::entryRadius), palette.hovered, QColor(), 0);
             drawText(painter, layout.more, QStringLiteral("+%1").arg(layout.hiddenEntries), smallFont(style),
