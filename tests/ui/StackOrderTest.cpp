@@ -6,12 +6,13 @@ namespace kova::ui {
 
 namespace {
 
-constexpr WindowNumber kDesktop = 1, kMenu = 2, kBackdrop = 10, kFooter = 11, kEditor = 20, kMail = 21;
+constexpr WindowNumber kDesktop = 1, kMenu = 2, kGuard = 3, kBackdrop = 10, kFooter = 11, kEditor = 20, kMail = 21;
 
 StackOrder order(std::vector<WindowNumber> bottomFirst) {
     StackOrder order;
     order.reset(std::move(bottomFirst));
     order.classify(kDesktop, RootChild::desktop);
+    order.classify(kGuard, RootChild::guard);
     order.classify(kBackdrop, RootChild::ours);
     order.classify(kFooter, RootChild::ours);
     order.classify(kEditor, RootChild::application);
@@ -39,6 +40,8 @@ TEST(StackOrder, OverlayBelongsAboveTheDesktopAndBelowEveryApplication) {
         {"the desktop came in between", {kBackdrop, kDesktop, kFooter, kEditor}, false, kDesktop},
         {"in the wrong order", {kDesktop, kFooter, kBackdrop, kEditor}, false, kDesktop},
         {"no desktop, no application", {kMenu, kBackdrop, kFooter}, true, 0},
+        {"above what is hidden", {kMail, kGuard, kDesktop, kBackdrop, kFooter, kEditor}, true, kDesktop},
+        {"hidden themselves", {kBackdrop, kFooter, kGuard, kEditor}, false, kGuard},
         {"new windows are on top", {kDesktop, kEditor, kBackdrop, kFooter}, false, kDesktop},
     };
     for (const Case& each : cases) {

@@ -51,13 +51,15 @@ RootChild StackOrder::kindOf(WindowNumber window) const {
 }
 
 StackOrder::Place StackOrder::placeFor(const std::vector<WindowNumber>& ours) const {
-    // From the bottom up to the lowest application; a desktop above one is not ours to mend.
-    const auto application =
-        std::ranges::find_if(order_, [&](WindowNumber window) { return kindOf(window) == RootChild::application; });
+    // From what is hidden up to the lowest application; a desktop above one is not ours to mend.
+    const auto is = [&](RootChild kind) { return [this, kind](WindowNumber window) { return kindOf(window) == kind; }; };
+    const auto guard = std::find_if(order_.rbegin(), order_.rend(), is(RootChild::guard));
+    const auto application = std::find_if(guard.base(), order_.end(), is(RootChild::application));
     Place place;
+    if (guard != order_.rend()) place.above = *guard;
     std::vector<WindowNumber> found;
     bool isDesktopAbove = false;
-    for (auto window = order_.begin(); window != application; ++window) {
+    for (auto window = guard.base(); window != application; ++window) {
         const RootChild kind = kindOf(*window);
         if (kind == RootChild::desktop) {
             place.above = *window;

@@ -14,6 +14,7 @@ enum class RootChild {
     other,       // not shown, or of no consequence: menus, tooltips, support windows
     application, // or the frame around one
     desktop,     // a window with wallpaper and icons, below all applications
+    guard,       // what is below it is hidden, and it takes the clicks that go there
     ours,
 };
 
@@ -31,7 +32,8 @@ class StackOrder {
     RootChild kindOf(WindowNumber window) const;
     const std::vector<WindowNumber>& bottomFirst() const { return order_; }
 
-    /// Where `ours` (bottom first) belong: together, below every application, above the desktops that are below those.
+    /// Where `ours` (bottom first) belong: together, below every application that is not hidden, above the desktops that
+    /// are below those.
     /// `above` is the window right above which the first of them belongs, 0: the bottom.
     struct Place {
         bool isKept = false; // nothing is to be done

@@ -137,18 +137,32 @@ bool X11Platform::isDesktopType(WindowNumber window) const {
     return std::find(atoms, atoms + count, typeDesktop_) != atoms + count;
 }
 
-void X11Platform::classify(WindowNumber window) {
-    if (order_.kindOf(window) == RootChild::ours) return;
+/// A window manager's own, below which it keeps minimized windows mapped.
+bool X11Platform::isGuard(WindowNumber window) const {
+    constexpr std::string_view kName = "mutter guard window";
+    const auto name = owned(xcb_get_property_reply(
+        watch_, xcb_get_property(watch_, 0, window, XCB_ATOM_WM_NAME, XCB_GET_PROPERTY_TYPE_ANY, 0, 16), nullptr));
+    if (!name) return false;
+    return kName == std::string_view(static_cast<const char*>(xcb_get_property_value(name.get())),
+                                     static_cast<std::size_t>(xcb_get_property_value_length(name.get())));
+}
+
+RootChild X11Platform::kindOf(WindowNumber window) const {
     const auto attributes =
         owned(xcb_get_window_attributes_reply(watch_, xcb_get_window_attributes(watch_, window), nullptr));
-    if (!attributes || attributes->map_state == XCB_MAP_STATE_UNMAPPED || attributes->_class == XCB_WINDOW_CLASS_INPUT_ONLY) {
-        return order_.classify(window, RootChild::other);
-    }
-    // A frame may be unmanaged itself; what it holds is not.
-    WindowNumber client = clientOf(window, 2);
+    if (!attributes || attributes->map_state == XCB_MAP_STATE_UNMAPPED) return RootChild::other;
+    if (attributes->_class == XCB_WINDOW_CLASS_INPUT_ONLY) return isGuard(window) ? RootChild::guard : RootChild::other;
+    // Frames bypass the window manager as menus do; it is what they hold that tells them apart. A new client may not bear
+    // its mark yet.
+    const auto known = clients_.find(window);
+    WindowNumber client = known != clients_.end() ? known->second : clientOf(window, 2);
     if (client == 0 && !attributes->override_redirect) client = window;
-    if (client == 0) return order_.classify(window, RootChild::other);
-    order_.classify(window, isDesktopType(client) ? RootChild::desktop : RootChild::application);
+    if (client == 0) return RootChild::other;
+    return isDesktopType(client) ? RootChild::desktop : RootChild::application;
+}
+
+void X11Platform::classify(WindowNumber window) {
+    if (order_.kindOf(window) != RootChild::ours) order_.classify(window, kindOf(window));
 }
 
 void X11Platform::readEvents() {
@@ -160,7 +174,9 @@ void X11Platform::readEvents() {
         if (kind == XCB_CREATE_NOTIFY) {
             order_.created(reinterpret_cast<const xcb_create_notify_event_t*>(raw)->window);
         } else if (kind == XCB_DESTROY_NOTIFY) {
-            order_.removed(reinterpret_cast<const xcb_destroy_notify_event_t*>(raw)->window);
+            const WindowNumber window = reinterpret_cast<const xcb_destroy_notify_event_t*>(raw)->window;
+            order_.removed(window);
+            clients_.erase(window);
         } else if (kind == XCB_CONFIGURE_NOTIFY) {
             const auto* told = reinterpret_cast<const xcb_configure_notify_event_t*>(raw);
             order_.configured(told->window, told->above_sibling);
@@ -179,9 +195,11 @@ void X11Platform::readEvents() {
             const auto* told = reinterpret_cast<const xcb_reparent_notify_event_t*>(raw);
             if (told->parent == screen_->root) {
                 order_.created(told->window);
+                std::erase_if(clients_, [&](const auto& frame) { return frame.second == told->window; });
                 classify(told->window);
             } else {
                 order_.removed(told->window);
+                clients_[told->parent] = told->window;
                 classify(told->parent);
             }
             mayBeDisturbed = true;

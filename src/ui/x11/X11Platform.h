@@ -53,7 +53,9 @@ class X11Platform final : public OverlayPlatform {
     void readEvents();
     void readOrder();
     void classify(WindowNumber window);
+    RootChild kindOf(WindowNumber window) const;
     bool isDesktopType(WindowNumber window) const;
+    bool isGuard(WindowNumber window) const;
     WindowNumber clientOf(WindowNumber window, int depth) const;
     void keepOrder();
     void putPart(const Picture& picture, OverlayWindow& window, const QRect& part);
@@ -70,6 +72,7 @@ class X11Platform final : public OverlayPlatform {
     std::uint8_t firstXFixesEvent_ = 0;
     bool isComposited_ = false, hasTray_ = false;
     StackOrder order_;
+    std::map<WindowNumber, WindowNumber> clients_; // by the frame that a window manager has put around them
     std::map<Layer, std::vector<WindowNumber>> layers_; // of those below applications
     std::map<OverlayWindow*, Picture> pictures_;
 };
