@@ -108,7 +108,8 @@ void AgentActions::showEntryMenu(const std::string& tileID, const std::string& w
     menu.addSeparator();
     const std::string name = entry->application.name;
     add(QStringLiteral("Quit ") + titleOf(name), [this, window] { link_.call("app.quit", {{"window", window}}); });
-    add(QStringLiteral("Force Quit ") + titleOf(name) + QStringLiteral("…"), [this, window, name] { forceQuit(window, name); });
+    add(QStringLiteral("Force Quit ") + titleOf(name) + QStringLiteral("…"),
+        [this, window, name] { forceQuit(window, name); });
     menu.popup(at);
 }
 
@@ -131,7 +132,8 @@ void AgentActions::addRules(const TileContents& tile, const ApplicationName& app
     const std::string named = application.id.empty() ? application.name : application.id;
     const auto add = [&](const QString& title, const nlohmann::json& parameters) {
         QAction* action = rules->addAction(title);
-        QObject::connect(action, &QAction::triggered, action, [this, parameters] { link_.call("rule.add", parameters); });
+        QObject::connect(action, &QAction::triggered, action,
+                         [this, parameters] { link_.call("rule.add", parameters); });
     };
     add(QStringLiteral("Always in ") + titleOf(tile.name),
         {{"application", named}, {"disposition", "tile"}, {"slot", slotOf(tile.id)}});
@@ -141,8 +143,9 @@ void AgentActions::addRules(const TileContents& tile, const ApplicationName& app
 
 void AgentActions::forceQuit(const std::string& window, const std::string& applicationName) {
     ask(QStringLiteral("Force %1 to quit?").arg(QString::fromStdString(applicationName)),
-        QStringLiteral("Changes that were not saved are lost."), QStringLiteral("Force Quit"),
-        [this, window] { link_.call("app.forceQuit", {{"window", window}}); });
+        QStringLiteral("Changes that were not saved are lost."), QStringLiteral("Force Quit"), [this, window] {
+            link_.call("app.forceQuit", {{"window", window}});
+        });
 }
 
 /// Ends nothing but the applications that the question was about.
@@ -165,7 +168,8 @@ void AgentActions::forceQuitAll() {
     });
 }
 
-void AgentActions::ask(const QString& title, const QString& text, const QString& confirm, std::function<void()> confirmed) {
+void AgentActions::ask(const QString& title, const QString& text, const QString& confirm,
+                       std::function<void()> confirmed) {
     auto* question = new QMessageBox(QMessageBox::Warning, QStringLiteral("KOVA"), title);
     question->setInformativeText(text);
     question->setAttribute(Qt::WA_DeleteOnClose);

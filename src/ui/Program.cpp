@@ -17,7 +17,8 @@ Program::Program(const std::string& socketPath) :
                            [this] {
                                // Not at once: a window's own event may be the cause, and the window may go.
                                if (std::exchange(isRefreshDue_, true)) return;
-                               QMetaObject::invokeMethod(this, [this] { contentsChanged(); }, Qt::QueuedConnection);
+                               QMetaObject::invokeMethod(
+                                   this, [this] { contentsChanged(); }, Qt::QueuedConnection);
                            },
                        .showRequested =
                            [this](const std::string& what) {
@@ -68,12 +69,11 @@ void Program::contentsChanged() {
 
 void Program::applyTaste() {
     icons_.clear();
-    overlay_->setTaste({.brightness = preferences_.brightness(),
-                        .mayMove = preferences_.mayMove(),
-                        .fontFamily = QApplication::font().family(),
-                        .icon = [this](const ApplicationName& application, int size) {
-                            return icons_.icon(application, size);
-                        }});
+    overlay_->setTaste(
+        {.brightness = preferences_.brightness(),
+         .mayMove = preferences_.mayMove(),
+         .fontFamily = QApplication::font().family(),
+         .icon = [this](const ApplicationName& application, int size) { return icons_.icon(application, size); }});
 }
 
 void Program::styleMenus() {

@@ -27,7 +27,8 @@ it; without an agent it shows nothing and waits for one.
 /// another toolkit, whose libraries would take more memory than all the rest.
 void prepareToolkit() {
     qputenv("QT_ENABLE_HIGHDPI_SCALING", "0");
-    for (const char* name : {"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_AUTO_SCREEN_SCALE_FACTOR"}) qunsetenv(name);
+    for (const char* name : {"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_AUTO_SCREEN_SCALE_FACTOR"})
+        qunsetenv(name);
     qputenv("QT_XCB_GL_INTEGRATION", "none");
     qputenv("QT_QPA_PLATFORMTHEME", qgetenv("XDG_CURRENT_DESKTOP").toUpper().contains("KDE") ? "kde" : "gnome");
     qputenv("QT_STYLE_OVERRIDE", "fusion");

@@ -23,7 +23,8 @@ TEST(Decoration, MovesOnlyWhileItIsSeenAndWanted) {
         {"suspended", false, [](auto& state, auto&) { state["isSuspended"] = true; }},
         {"reduced motion", false, [](auto&, auto& taste) { taste.mayMove = false; }},
         {"focus mode", false, [](auto& state, auto&) { state["displays"][0]["isFocusMode"] = true; }},
-        {"covered by tiles", false, [](auto& state, auto&) {
+        {"covered by tiles", false,
+         [](auto& state, auto&) {
              for (auto& tile : state["tiles"]) {
                  tile["isEmpty"] = false;
                  tile["frame"] = {{"x", 0}, {"y", 0}, {"width", 800}, {"height", 500}};
@@ -71,7 +72,8 @@ TEST(Menu, ShowsTheAgentsEntriesAndTellsWhichWasChosen) {
         {"kind": "command", "id": "arrange", "title": "Cut & Paste", "shortcut": "Ctrl+Alt+A"},
         {"kind": "command", "id": "undo", "title": "Undo", "isEnabled": false, "shortcut": null},
         {"kind": "separator"},
-        {"kind": "submenu", "title": "Layouts", "entries": [{"kind": "command", "id": "quad", "title": "Quad", "isChecked": true}]}]})"), ""));
+        {"kind": "submenu", "title": "Layouts", "entries": [{"kind": "command", "id": "quad", "title": "Quad", "isChecked": true}]}]})"),
+                                             ""));
     QMenu menu;
     std::vector<std::string> chosen;
     for (int times = 0; times < 2; ++times) fillMenu(menu, items, [&](const std::string& id) { chosen.push_back(id); });

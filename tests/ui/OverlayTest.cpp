@@ -46,7 +46,8 @@ TEST(Overlay, PointerOnAFooterDoesWhatItSays) {
     QTest::mouseClick(&footer, Qt::LeftButton, {}, footer.layoutInWindow().name.center());
     QTest::mouseClick(&footer, Qt::LeftButton, {}, footer.layoutInWindow().launch.center());
     QTest::mouseClick(&footer, Qt::LeftButton, {}, footer.layoutInWindow().remark.center());
-    EXPECT_EQ(stage.actions.noted, (Strings{"bringForward 1", "menu d1::primary 2", "bringForward 0", "choose d1::primary"}));
+    EXPECT_EQ(stage.actions.noted,
+              (Strings{"bringForward 1", "menu d1::primary 2", "bringForward 0", "choose d1::primary"}));
 }
 
 TEST(Overlay, WheelStepsThroughAStackByWholeNotches) {
@@ -156,9 +157,11 @@ TEST(Footer, PartsNeverOverlapWhateverTheWidth) {
                 }
                 for (std::size_t i = 0; i < parts.size(); ++i) {
                     EXPECT_TRUE(i == 0 || layout.panel.contains(parts[i])) << width << " part " << i;
-                    for (std::size_t j = 0; j < i; ++j) EXPECT_FALSE(parts[i].intersects(parts[j])) << width << ": " << i << ", " << j;
+                    for (std::size_t j = 0; j < i; ++j)
+                        EXPECT_FALSE(parts[i].intersects(parts[j])) << width << ": " << i << ", " << j;
                 }
-                EXPECT_TRUE(width < 200 || layout.entries.size() + layout.hiddenEntries == tile.applications.size()) << width;
+                EXPECT_TRUE(width < 200 || layout.entries.size() + layout.hiddenEntries == tile.applications.size())
+                    << width;
             }
         }
     }

@@ -44,8 +44,18 @@ json rect(double x, double y, double width, double height) {
     return {{"x", x}, {"y", y}, {"width", width}, {"height", height}};
 }
 
-const std::vector<std::string> kNames{"Code",  "Terminal", "Notes",   "Mail",        "Browser", "Calendar",
-                                      "Files", "Музыка",   "Запись",  "متصفح الويب", "A name that is much too long", "Chat"};
+const std::vector<std::string> kNames{"Code",
+                                      "Terminal",
+                                      "Notes",
+                                      "Mail",
+                                      "Browser",
+                                      "Calendar",
+                                      "Files",
+                                      "Музыка",
+                                      "Запись",
+                                      "متصفح الويب",
+                                      "A name that is much too long",
+                                      "Chat"};
 
 struct Cell {
     std::string slot, name;
@@ -113,7 +123,8 @@ json sampleState(const Sample& sample) {
                {"message", nullptr}};
     if (sample.isDragging) state["drag"] = {{"window", "3"}, {"display", "d1"}, {"tile", "d1::secondary"}};
     if (sample.hasMessage) {
-        state["message"] = {{"text", "Windows arranged into zones — Undo is available"}, {"display", "d1"}, {"canUndo", true}};
+        state["message"] = {
+            {"text", "Windows arranged into zones — Undo is available"}, {"display", "d1"}, {"canUndo", true}};
     }
     return state;
 }
@@ -152,7 +163,8 @@ int PicturePlatform::drawings() const {
 }
 
 int PicturePlatform::windowsOf(Layer layer) const {
-    return static_cast<int>(std::ranges::count_if(shown_, [&](const auto& shown) { return shown.first->layer() == layer; }));
+    return static_cast<int>(
+        std::ranges::count_if(shown_, [&](const auto& shown) { return shown.first->layer() == layer; }));
 }
 
 QImage PicturePlatform::screen(QSize size) const {

@@ -1,6 +1,6 @@
-#include "ui/style/Colours.h"
-#include "ui/style/ApplicationIcons.h"
 #include "ui/style/Style.h"
+#include "ui/style/ApplicationIcons.h"
+#include "ui/style/Colours.h"
 
 #include <gtest/gtest.h>
 
@@ -40,7 +40,8 @@ TEST(Palette, TextAndLinesAreLegibleInEachThemeWithEachAccent) {
 TEST(Colours, ContrastIsThatOfTheWebGuidelines) {
     EXPECT_NEAR(contrast(Qt::white, Qt::black), 21, 0.01);
     EXPECT_NEAR(contrast(QColor(0x77, 0x77, 0x77), Qt::white), 4.48, 0.01);
-    EXPECT_EQ(legible(QColor(0x22, 0x22, 0x22), {Qt::white}, 4.5), QColor(0x22, 0x22, 0x22)) << "a color that does is kept";
+    EXPECT_EQ(legible(QColor(0x22, 0x22, 0x22), {Qt::white}, 4.5), QColor(0x22, 0x22, 0x22))
+        << "a color that does is kept";
     EXPECT_EQ(legible(Qt::gray, {Qt::white, Qt::black}, 20), QColor(Qt::black)) << "none does";
 }
 
@@ -49,12 +50,14 @@ TEST(Style, NeighboursInPointsAreNeighboursInPixels) {
         const Style style{.scale = scale};
         const QRect left = style.px(makeRect(0.4, 0, 333.3, 20)), right = style.px(makeRect(333.7, 0, 100, 20));
         EXPECT_EQ(left.right() + 1, right.left()) << scale;
-        EXPECT_EQ(style.px(makeRect(0, 0, 100, 20)).size(), QSize(static_cast<int>(std::lround(100 * scale)), static_cast<int>(20 * scale)));
+        EXPECT_EQ(style.px(makeRect(0, 0, 100, 20)).size(),
+                  QSize(static_cast<int>(std::lround(100 * scale)), static_cast<int>(20 * scale)));
     }
 }
 
 TEST(ApplicationIcons, TheEntrysOwnIconCounts) {
-    EXPECT_EQ(iconNameIn("[Desktop Entry]\nName=A\nIcon = editor \n[Desktop Action x]\nIcon=other\n"), QStringLiteral("editor"));
+    EXPECT_EQ(iconNameIn("[Desktop Entry]\nName=A\nIcon = editor \n[Desktop Action x]\nIcon=other\n"),
+              QStringLiteral("editor"));
     EXPECT_EQ(iconNameIn("[Desktop Action x]\nIcon=other\n[Desktop Entry]\nIconName=no\n"), QString());
 }
 

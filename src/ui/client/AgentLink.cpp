@@ -5,7 +5,8 @@
 namespace kova::ui {
 
 std::chrono::milliseconds pauseBeforeAttempt(int attempts) {
-    return std::min(std::chrono::milliseconds(100) * (1 << std::clamp(attempts, 0, 10)), std::chrono::milliseconds(5000));
+    return std::min(std::chrono::milliseconds(100) * (1 << std::clamp(attempts, 0, 10)),
+                    std::chrono::milliseconds(5000));
 }
 
 AgentLink::AgentLink(std::string socketPath, OverlayMirror::Listener listener) :

@@ -1,5 +1,5 @@
-// What the overlay shows, as the agent publishes it. Rectangles are in points in window-service space: the origin is the
-// top left of the first display, y grows downwards. Plain values without a toolkit.
+// What the overlay shows, as the agent publishes it. Rectangles are in points in window-service space: the origin is
+// the top left of the first display, y grows downwards. Plain values without a toolkit.
 #pragma once
 
 #include "support/Geometry.h"

@@ -41,8 +41,7 @@ std::string OverlayMirror::request(const std::string& method, nlohmann::json par
                                    std::function<void(const Answer&)> done) {
     const std::uint64_t id = nextRequest_++;
     if (done) waiting_[id] = std::move(done);
-    const nlohmann::json message{
-        {"jsonrpc", "2.0"}, {"id", id}, {"method", method}, {"params", std::move(parameters)}};
+    const nlohmann::json message{{"jsonrpc", "2.0"}, {"id", id}, {"method", method}, {"params", std::move(parameters)}};
     return message.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
 }
 

@@ -1,6 +1,6 @@
-// The particle decoration of all displays and the one timer that moves it. It stands still, without a wake-up, while it is
-// covered by tiles or the workspace is suspended, when nothing happened on the desktop for a minute, on battery, and where
-// the desktop wants no motion.
+// The particle decoration of all displays and the one timer that moves it. It stands still, without a wake-up, while it
+// is covered by tiles or the workspace is suspended, when nothing happened on the desktop for a minute, on battery, and
+// where the desktop wants no motion.
 #pragma once
 
 #include "ui/overlay/OverlayWindow.h"
@@ -22,7 +22,8 @@ class Decoration {
     ~Decoration();
 
     using StyleOf = std::function<Style(const std::string& display)>;
-    /// The agent has told something new, which also means that something happens on the desktop. Null: nothing is shown.
+    /// The agent has told something new, which also means that something happens on the desktop. Null: nothing is
+    /// shown.
     void show(const OverlayContents* contents, const StyleOf& styleOf);
     bool isMoving() const { return timer_.isActive(); }
 

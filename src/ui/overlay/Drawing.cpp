@@ -33,7 +33,8 @@ void drawText(QPainter& painter, const QRect& area, const QString& text, const Q
     painter.setFont(font);
     painter.setPen(color);
     const QString shown = QFontMetrics(font).elidedText(text, Qt::ElideRight, area.width());
-    painter.drawText(area, static_cast<int>(alignment | Qt::AlignAbsolute | Qt::AlignVCenter) | Qt::TextSingleLine, shown);
+    painter.drawText(area, static_cast<int>(alignment | Qt::AlignAbsolute | Qt::AlignVCenter) | Qt::TextSingleLine,
+                     shown);
 }
 
 int widthOf(const QString& text, const QFont& font) {

@@ -74,20 +74,22 @@ void paintEntry(QPainter& painter, const StackEntry& entry, const FooterLayout::
     const Palette& palette = style.palette;
     const double radius = style.px(points::entryRadius);
     if (entry.isFront) {
-        drawPanel(painter, place.area, radius, palette.raised, entry.isFocused ? palette.accentLine : palette.raisedLine,
-                  style.line(entry.isFocused ? 1.5 : 1));
+        drawPanel(painter, place.area, radius, palette.raised,
+                  entry.isFocused ? palette.accentLine : palette.raisedLine, style.line(entry.isFocused ? 1.5 : 1));
     }
     if (isHovered) drawPanel(painter, place.area, radius, palette.hovered, QColor(), 0);
     const int icon = style.px(points::iconSize);
     const bool isBare = place.label.isEmpty();
-    const QRect iconArea(place.area.left() + (isBare ? (place.area.width() - icon) / 2 : style.px(points::entryPadding)),
+    const QRect iconArea(place.area.left() +
+                             (isBare ? (place.area.width() - icon) / 2 : style.px(points::entryPadding)),
                          place.area.top() + (place.area.height() - icon) / 2, icon, icon);
     drawIcon(painter, iconArea, entry.application, style, entry.isFront || isHovered ? 1 : 0.55);
     const QColor color = entry.isFront ? palette.text : palette.mutedText;
     if (entry.isMinimized) {
         const int height = static_cast<int>(style.line(2));
-        painter.fillRect(QRect(iconArea.left() + style.px(3), place.area.bottom() + 1 - height, icon - 2 * style.px(3), height),
-                         color);
+        painter.fillRect(
+            QRect(iconArea.left() + style.px(3), place.area.bottom() + 1 - height, icon - 2 * style.px(3), height),
+            color);
     }
     if (isBare) return;
     const int textLeft = iconArea.right() + 1 + style.px(points::iconGap);
@@ -117,8 +119,8 @@ void paintNotice(QPainter& painter, const PlacementNotice& notice, const QRect& 
     const int size = style.px(points::iconSize);
     const QRect icon(area.left() + style.px(4), area.top() + (area.height() - size) / 2, size, size);
     drawIcon(painter, icon, notice.application, style, 1);
-    drawText(painter, area.adjusted(size + style.px(4 + points::iconGap), 0, 0, 0), textOf(notice.text), smallFont(style),
-             style.palette.text);
+    drawText(painter, area.adjusted(size + style.px(4 + points::iconGap), 0, 0, 0), textOf(notice.text),
+             smallFont(style), style.palette.text);
 }
 
 } // namespace

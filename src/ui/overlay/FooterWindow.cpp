@@ -90,7 +90,8 @@ void FooterWindow::mousePressEvent(QMouseEvent* event) {
         pressed_ = hit;
     } else if (event->button() == Qt::RightButton) {
         const StackEntry* entry = entryAt(hit);
-        if (!entry && hit.part == FooterHit::Part::name && !tile_.applications.empty()) entry = &tile_.applications.front();
+        if (!entry && hit.part == FooterHit::Part::name && !tile_.applications.empty())
+            entry = &tile_.applications.front();
         if (entry) actions_.showEntryMenu(tile_.id, entry->window, event->globalPosition().toPoint());
     }
 }
@@ -107,15 +108,18 @@ void FooterWindow::mouseReleaseEvent(QMouseEvent* event) {
 
 void FooterWindow::click(FooterHit hit, QPoint at) {
     switch (hit.part) {
-    case FooterHit::Part::none: return;
+    case FooterHit::Part::none:
+        return;
     case FooterHit::Part::name:
         if (!tile_.applications.empty()) actions_.bringForward(tile_.applications.front().window);
         return;
     case FooterHit::Part::entry:
         if (const StackEntry* entry = entryAt(hit)) actions_.bringForward(entry->window);
         return;
-    case FooterHit::Part::more: return actions_.showStackMenu(tile_.id, at);
-    case FooterHit::Part::launch: return actions_.chooseApplication(tile_.id, at);
+    case FooterHit::Part::more:
+        return actions_.showStackMenu(tile_.id, at);
+    case FooterHit::Part::launch:
+        return actions_.chooseApplication(tile_.id, at);
     }
 }
 

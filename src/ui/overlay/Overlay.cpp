@@ -21,7 +21,8 @@ void keepOnly(Windows& windows, const std::set<std::string>& ids) {
 
 } // namespace
 
-Overlay::Overlay(OverlayPlatform& platform, OverlayActions& actions) : platform_(platform), actions_(actions), decoration_(platform) {
+Overlay::Overlay(OverlayPlatform& platform, OverlayActions& actions) :
+    platform_(platform), actions_(actions), decoration_(platform) {
     spinner_.setInterval(kSpinnerMilliseconds);
     QObject::connect(&spinner_, &QTimer::timeout, &spinner_, [this] {
         spinnerTurn_ = std::fmod(spinnerTurn_ + 0.08, 1.0);
@@ -120,10 +121,9 @@ void Overlay::refreshFooters() {
         if (!area || area->width() < style.px(40)) continue;
         auto& window = footers_[tile.id];
         if (!window) {
-            window = std::make_unique<FooterWindow>(
-                platform_, actions_, [this](const std::string& carried, std::optional<QPoint> at, bool isDropped) {
-                    carryEntry(carried, at, isDropped);
-                });
+            window = std::make_unique<FooterWindow>(platform_, actions_,
+                                                    [this](const std::string& carried, std::optional<QPoint> at,
+                                                           bool isDropped) { carryEntry(carried, at, isDropped); });
         }
         window->show(tile, *area, style);
         window->setDropTarget(carriedEntry_ && carriedEntry_->tile == tile.id);
@@ -157,7 +157,8 @@ void Overlay::refreshHighlights() {
         std::vector<CarriedOver> tiles;
         for (const TileContents& tile : contents_->tiles) {
             if (tile.display != display->id) continue;
-            const bool isTarget = carriedEntry_ ? carriedEntry_->tile == tile.id : tile.isDropTarget || drag->tile == tile.id;
+            const bool isTarget =
+                carriedEntry_ ? carriedEntry_->tile == tile.id : tile.isDropTarget || drag->tile == tile.id;
             tiles.push_back({style.px(tile.frame).translated(-area.topLeft()), textOf(tile.name), isTarget});
         }
         auto& window = highlights_[display->id];
@@ -183,11 +184,13 @@ void Overlay::refreshMessage() {
     const Style style = styleFor(display->id);
     const QPoint bottomCenter(style.px(centre(display->visibleFrame).x), style.px(bottom - points::messageMargin) - 1);
     if (!message_) message_ = std::make_unique<MessageWindow>(platform_, actions_);
-    message_->show(*message, bottomCenter, style.px(display->visibleFrame.size.width - 2 * points::messageMargin), style);
+    message_->show(*message, bottomCenter, style.px(display->visibleFrame.size.width - 2 * points::messageMargin),
+                   style);
 }
 
 void Overlay::refreshSpinner() {
-    const bool isPending = std::ranges::any_of(contents_->tiles, [](const TileContents& tile) { return tile.pending.has_value(); });
+    const bool isPending =
+        std::ranges::any_of(contents_->tiles, [](const TileContents& tile) { return tile.pending.has_value(); });
     const bool mayTurn = isPending && taste_.mayMove && !contents_->isSuspended;
     if (!mayTurn) {
         spinner_.stop();

@@ -1,4 +1,5 @@
-// All windows of the overlay: creates, changes and removes them so that they show what the agent tells. Main thread only.
+// All windows of the overlay: creates, changes and removes them so that they show what the agent tells. Main thread
+// only.
 #pragma once
 
 #include "ui/overlay/Decoration.h"
@@ -53,7 +54,7 @@ class Overlay {
     OverlayActions& actions_;
     DesktopTaste taste_;
     std::optional<OverlayContents> contents_;
-    std::optional<WindowDrag> carriedEntry_; // an entry of a footer that is dragged
+    std::optional<WindowDrag> carriedEntry_;                             // an entry of a footer that is dragged
     std::map<std::string, std::unique_ptr<BackdropWindow>> backdrops_;   // by display
     std::map<std::string, std::unique_ptr<EmptyTileWindow>> emptyTiles_; // by tile
     std::map<std::string, std::unique_ptr<FooterWindow>> footers_;       // by tile

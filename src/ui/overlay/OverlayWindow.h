@@ -1,5 +1,5 @@
-// A window of the overlay, and what a window system has to do for it. Such a window never takes the focus, is in no list
-// of windows, and keeps its place among the others: see `Layer`. Areas and regions are pixels.
+// A window of the overlay, and what a window system has to do for it. Such a window never takes the focus, is in no
+// list of windows, and keeps its place among the others: see `Layer`. Areas and regions are pixels.
 #pragma once
 
 #include <QPainter>
@@ -11,8 +11,8 @@
 
 namespace kova::ui {
 
-/// From the bottom up. Up to `footer`: above the desktop and its icons, below the windows of all applications; the rest:
-/// above them.
+/// From the bottom up. Up to `footer`: above the desktop and its icons, below the windows of all applications; the
+/// rest: above them.
 enum class Layer { backdrop, decoration, emptyTile, divider, footer, highlight, message };
 constexpr bool isBelowApplications(Layer layer) {
     return layer <= Layer::footer;

@@ -26,7 +26,8 @@ Particles::Particles() {
     QRandomGenerator random(20260); // the same picture at every start
     const double middle = kParticleFieldPoints / 2;
     for (int i = 0; i < kCount; ++i) {
-        const double angle = random.generateDouble() * 2 * M_PI, distance = std::sqrt(random.generateDouble()) * (middle - 12);
+        const double angle = random.generateDouble() * 2 * M_PI,
+                     distance = std::sqrt(random.generateDouble()) * (middle - 12);
         const double course = random.generateDouble() * 2 * M_PI, speed = 0.15 + random.generateDouble() * 0.35;
         particles_.push_back({middle + distance * std::cos(angle), middle + distance * std::sin(angle),
                               speed * std::cos(course), speed * std::sin(course), 1 + random.generateDouble() * 1.5});
@@ -94,7 +95,9 @@ bool runsOnBattery(const std::string& powerSupplyFolder) {
     for (const QString& supply : folder.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
         const QString path = folder.filePath(supply) + u'/';
         // Batteries of mice and the like are of another scope.
-        if (contentsOf(path + QStringLiteral("type")) != "Battery" || contentsOf(path + QStringLiteral("scope")) == "Device") continue;
+        if (contentsOf(path + QStringLiteral("type")) != "Battery" ||
+            contentsOf(path + QStringLiteral("scope")) == "Device")
+            continue;
         isDischarging = isDischarging || contentsOf(path + QStringLiteral("status")) == "Discharging";
     }
     return isDischarging;

@@ -1,5 +1,5 @@
-// The decoration of the backdrop: particles that drift, with lines between those that are near each other. A value that is
-// stepped; positions are in points, from the top left of a square of `kParticleFieldPoints`.
+// The decoration of the backdrop: particles that drift, with lines between those that are near each other. A value that
+// is stepped; positions are in points, from the top left of a square of `kParticleFieldPoints`.
 #pragma once
 
 #include "ui/client/Contents.h"

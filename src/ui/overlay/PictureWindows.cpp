@@ -34,11 +34,12 @@ void BackdropWindow::paint(QPainter& painter) {
 
 void EmptyTileWindow::show(const TileContents& tile, const QRect& area, const QRect& backdrop, const Style& style) {
     const QRect backdropInWindow = backdrop.translated(-area.topLeft());
-    const bool isSame = tile.name == tile_.name && drawsAlike(style, style_) && backdropInWindow == backdrop_ &&
-                        area.size() == size();
+    const bool isSame =
+        tile.name == tile_.name && drawsAlike(style, style_) && backdropInWindow == backdrop_ && area.size() == size();
     if (isSame) {
         tile_ = tile;
-        return present(area, emptyTileShape(layout_, ground(), style_), roundedRegion(layout_.button, layout_.button.height() / 2));
+        return present(area, emptyTileShape(layout_, ground(), style_),
+                       roundedRegion(layout_.button, layout_.button.height() / 2));
     }
     tile_ = tile;
     style_ = style;

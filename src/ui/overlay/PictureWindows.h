@@ -59,7 +59,8 @@ class DividerWindow final : public OverlayWindow {
 /// A display's tiles while a window is carried over it. Clicks pass through.
 class HighlightWindow final : public OverlayWindow {
   public:
-    explicit HighlightWindow(OverlayPlatform& platform) : OverlayWindow(platform, Layer::highlight, "KOVA drop target") {}
+    explicit HighlightWindow(OverlayPlatform& platform) :
+        OverlayWindow(platform, Layer::highlight, "KOVA drop target") {}
     void show(std::vector<CarriedOver> tiles, const QRect& area, const Style& style);
     void paint(QPainter& painter) override;
 

@@ -29,9 +29,9 @@ QRegion outline(const QRect& area, int radius, int width) {
 
 QRect labelArea(const CarriedOver& tile, const Style& style) {
     const int height = style.px(points::buttonHeight);
-    const int width = std::min(widthOf(QStringLiteral("Drop on ") + tile.name, largeFont(style, QFont::DemiBold)) +
-                                   2 * style.px(20),
-                               std::max(0, tile.area.width() - 2 * style.px(8)));
+    const int width =
+        std::min(widthOf(QStringLiteral("Drop on ") + tile.name, largeFont(style, QFont::DemiBold)) + 2 * style.px(20),
+                 std::max(0, tile.area.width() - 2 * style.px(8)));
     QRect area(0, 0, width, height);
     area.moveCenter(tile.area.center());
     return area;
@@ -113,7 +113,8 @@ void paintEmptyTile(QPainter& painter, const TileContents& tile, const EmptyTile
     if (ground == Ground::desktop) {
         drawPanel(painter, layout.card, style.px(12), palette.panel, palette.panelLine, line);
     }
-    drawText(painter, layout.name, textOf(tile.name), largeFont(style, QFont::Medium), palette.mutedText, Qt::AlignHCenter);
+    drawText(painter, layout.name, textOf(tile.name), largeFont(style, QFont::Medium), palette.mutedText,
+             Qt::AlignHCenter);
     if (!layout.hasButton) return;
     drawPanel(painter, layout.button, layout.button.height() / 2.0, palette.raised,
               isButtonHovered ? palette.accentLine : palette.raisedLine, style.line(isButtonHovered ? 1.5 : 1));
@@ -134,8 +135,8 @@ void paintDropTargets(QPainter& painter, const std::vector<CarriedOver>& tiles, 
     const double radius = style.px(points::tileRadius);
     for (const CarriedOver& tile : tiles) {
         if (!tile.isTarget) {
-            drawPanel(painter, tile.area, radius, QColor(), withAlpha(palette.accentLine, style.isComposited ? 0.45 : 1),
-                      style.line(1.5));
+            drawPanel(painter, tile.area, radius, QColor(),
+                      withAlpha(palette.accentLine, style.isComposited ? 0.45 : 1), style.line(1.5));
             continue;
         }
         drawPanel(painter, tile.area, radius, withAlpha(palette.accentLine, style.isComposited ? 0.22 : 1),
@@ -186,7 +187,8 @@ MessageLayout layOutMessage(const StatusMessage& message, int widestPixels, cons
     MessageLayout layout;
     const QFontMetrics metrics(largeFont(style));
     const int side = style.px(20), gap = style.px(16), height = style.px(points::messageHeight);
-    const int button = message.canUndo ? widthOf(kUndoText, style.font(points::largeText, QFont::DemiBold)) + 2 * style.px(16) : 0;
+    const int button =
+        message.canUndo ? widthOf(kUndoText, style.font(points::largeText, QFont::DemiBold)) + 2 * style.px(16) : 0;
     const int most = std::max(style.px(80), std::min(widestPixels, style.px(points::widestMessage)) - 2 * side -
                                                 (button > 0 ? gap + button - style.px(12) : 0));
     const int natural = metrics.horizontalAdvance(textOf(message.text)) + 2;

@@ -57,8 +57,8 @@ MessageLayout layOutMessage(const StatusMessage& message, int widestPixels, cons
 void paintMessage(QPainter& painter, const StatusMessage& message, const MessageLayout& layout, bool isUndoHovered,
                   const Style& style);
 
-/// Without a compositor, gives the corners that the shape of a window cuts off the color of its line, since the edges of
-/// lines are mixed with what is below them. Nothing with one.
+/// Without a compositor, gives the corners that the shape of a window cuts off the color of its line, since the edges
+/// of lines are mixed with what is below them. Nothing with one.
 void fillUnmixed(QPainter& painter, QSize size, const Style& style);
 
 /// A rounded rectangle as a region, for windows that are shaped.

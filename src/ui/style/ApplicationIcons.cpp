@@ -41,7 +41,8 @@ QString iconNameIn(const QByteArray& desktopEntry) {
         if (line.startsWith('[')) isInGroup = line == "[Desktop Entry]";
         if (!isInGroup || !line.startsWith("Icon")) continue;
         const qsizetype equals = line.indexOf('=');
-        if (equals > 0 && line.left(equals).trimmed() == "Icon") return QString::fromUtf8(line.mid(equals + 1).trimmed());
+        if (equals > 0 && line.left(equals).trimmed() == "Icon")
+            return QString::fromUtf8(line.mid(equals + 1).trimmed());
     }
     return {};
 }

@@ -76,17 +76,21 @@ Palette paletteFor(const Appearance& appearance, Brightness desktop, Compositing
     palette.tileFill = withAlpha(palette.isNeon ? colorOf(appearance.palette.accent) : grounds.text, 0.05);
     const QColor tileTop = over(grounds.top, palette.tileFill), tileBottom = over(grounds.bottom, palette.tileFill);
     const auto text = [&](const QColor& wanted) {
-        return legible(wanted, {overWhite, overBlack, hoveredWhite, hoveredBlack, grounds.raised, hovered, tileTop, tileBottom},
+        return legible(wanted,
+                       {overWhite, overBlack, hoveredWhite, hoveredBlack, grounds.raised, hovered, tileTop, tileBottom},
                        kTextContrast);
     };
     palette.text = text(grounds.text);
     palette.mutedText = text(grounds.muted);
 
     const QColor accent = colorOf(appearance.palette.accent);
-    palette.accentLine = legible(accent, {overWhite, overBlack, grounds.raised, grounds.top, grounds.bottom}, kLineContrast);
+    palette.accentLine =
+        legible(accent, {overWhite, overBlack, grounds.raised, grounds.top, grounds.bottom}, kLineContrast);
     palette.accentFill = mixed(grounds.raised, accent, 0.18);
-    palette.accentText = legible(accent, {palette.accentFill, over(palette.accentFill, palette.hovered)}, kTextContrast);
-    palette.tileLine = palette.isNeon ? mixed(grounds.panel, accent, 0.55) : mixed(tileTop, grounds.text, palette.isDark ? 0.25 : 0.3);
+    palette.accentText =
+        legible(accent, {palette.accentFill, over(palette.accentFill, palette.hovered)}, kTextContrast);
+    palette.tileLine =
+        palette.isNeon ? mixed(grounds.panel, accent, 0.55) : mixed(tileTop, grounds.text, palette.isDark ? 0.25 : 0.3);
     if (palette.isNeon) palette.grid = withAlpha(accent, 0.07);
     palette.particle = withAlpha(palette.accentLine, palette.isNeon ? 0.8 : 0.55);
     return palette;

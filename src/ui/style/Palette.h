@@ -16,16 +16,16 @@ struct Palette {
     bool isDark = true;
     bool isNeon = false;
     QColor backdropTop, backdropBottom;
-    QColor grid;                  // translucent; invalid where there is none
-    QColor panel, panelLine;      // of footers and cards; translucent with a compositor
-    QColor raised, raisedLine;    // of the front window's entry, buttons and the message
-    QColor hovered;               // translucent, over panel and raised
-    QColor text, mutedText;       // on panel, raised and the backdrop
-    QColor accentLine;            // on panel and backdrop
-    QColor accentFill;            // of a button on raised
-    QColor accentText;            // on accentFill
-    QColor tileFill, tileLine;    // of empty tiles; translucent over the theme's background
-    QColor particle;              // of the decoration, translucent
+    QColor grid;               // translucent; invalid where there is none
+    QColor panel, panelLine;   // of footers and cards; translucent with a compositor
+    QColor raised, raisedLine; // of the front window's entry, buttons and the message
+    QColor hovered;            // translucent, over panel and raised
+    QColor text, mutedText;    // on panel, raised and the backdrop
+    QColor accentLine;         // on panel and backdrop
+    QColor accentFill;         // of a button on raised
+    QColor accentText;         // on accentFill
+    QColor tileFill, tileLine; // of empty tiles; translucent over the theme's background
+    QColor particle;           // of the decoration, translucent
     bool operator==(const Palette&) const = default;
 };
 

@@ -30,7 +30,8 @@ void fillMenu(QMenu& menu, const std::vector<MenuItem>& items, const std::functi
             action->setEnabled(item.isEnabled && !isHeading);
             action->setCheckable(item.isChecked);
             action->setChecked(item.isChecked);
-            if (!isHeading) QObject::connect(action, &QAction::triggered, action, [choose, id = item.id] { choose(id); });
+            if (!isHeading)
+                QObject::connect(action, &QAction::triggered, action, [choose, id = item.id] { choose(id); });
         }
     }
 }

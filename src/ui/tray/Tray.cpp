@@ -61,8 +61,8 @@ void Tray::watchBus() {
     };
     auto* watcher = new QDBusServiceWatcher(kWatcherService, bus, QDBusServiceWatcher::WatchForRegistration, this);
     connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, found);
-    auto* question = new QDBusPendingCallWatcher(
-        bus.interface()->asyncCall(QStringLiteral("NameHasOwner"), kWatcherService), this);
+    auto* question =
+        new QDBusPendingCallWatcher(bus.interface()->asyncCall(QStringLiteral("NameHasOwner"), kWatcherService), this);
     connect(question, &QDBusPendingCallWatcher::finished, this, [found](QDBusPendingCallWatcher* done) {
         const QDBusPendingReply<bool> reply = *done;
         if (!reply.isError() && reply.value()) found();

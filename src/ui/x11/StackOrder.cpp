@@ -52,7 +52,9 @@ RootChild StackOrder::kindOf(WindowNumber window) const {
 
 StackOrder::Place StackOrder::placeFor(const std::vector<WindowNumber>& ours) const {
     // From what is hidden up to the lowest application; a desktop above one is not ours to mend.
-    const auto is = [&](RootChild kind) { return [this, kind](WindowNumber window) { return kindOf(window) == kind; }; };
+    const auto is = [&](RootChild kind) {
+        return [this, kind](WindowNumber window) { return kindOf(window) == kind; };
+    };
     const auto guard = std::find_if(order_.rbegin(), order_.rend(), is(RootChild::guard));
     const auto application = std::find_if(guard.base(), order_.end(), is(RootChild::application));
     Place place;

@@ -32,9 +32,8 @@ class StackOrder {
     RootChild kindOf(WindowNumber window) const;
     const std::vector<WindowNumber>& bottomFirst() const { return order_; }
 
-    /// Where `ours` (bottom first) belong: together, below every application that is not hidden, above the desktops that
-    /// are below those.
-    /// `above` is the window right above which the first of them belongs, 0: the bottom.
+    /// Where `ours` (bottom first) belong: together, below every application that is not hidden, above the desktops
+    /// that are below those. `above` is the window right above which the first of them belongs, 0: the bottom.
     struct Place {
         bool isKept = false; // nothing is to be done
         WindowNumber above = 0;

@@ -51,9 +51,9 @@ std::unique_ptr<X11Platform> X11Platform::create(xcb_connection_t* connection) {
 }
 
 X11Platform::X11Platform(xcb_connection_t* connection, xcb_connection_t* watch, int screen) :
-    connection_(connection), watch_(watch), windowType_(atom("_NET_WM_WINDOW_TYPE")), typeDesktop_(atom("_NET_WM_WINDOW_TYPE_DESKTOP")),
-    typeNotification_(atom("_NET_WM_WINDOW_TYPE_NOTIFICATION")), wmState_(atom("WM_STATE")),
-    compositorSelection_(atom("_NET_WM_CM_S" + std::to_string(screen))),
+    connection_(connection), watch_(watch), windowType_(atom("_NET_WM_WINDOW_TYPE")),
+    typeDesktop_(atom("_NET_WM_WINDOW_TYPE_DESKTOP")), typeNotification_(atom("_NET_WM_WINDOW_TYPE_NOTIFICATION")),
+    wmState_(atom("WM_STATE")), compositorSelection_(atom("_NET_WM_CM_S" + std::to_string(screen))),
     traySelection_(atom("_NET_SYSTEM_TRAY_S" + std::to_string(screen))) {
     auto screens = xcb_setup_roots_iterator(xcb_get_setup(watch_));
     for (int i = 0; i < screen; ++i) xcb_screen_next(&screens);
@@ -82,7 +82,8 @@ std::uint32_t X11Platform::atom(std::string_view name) const {
 void X11Platform::watchSelections() {
     if (const auto* fixes = xcb_get_extension_data(watch_, &xcb_xfixes_id); fixes && fixes->present) {
         firstXFixesEvent_ = fixes->first_event;
-        const auto version = owned(xcb_xfixes_query_version_reply(watch_, xcb_xfixes_query_version(watch_, 5, 0), nullptr));
+        const auto version =
+            owned(xcb_xfixes_query_version_reply(watch_, xcb_xfixes_query_version(watch_, 5, 0), nullptr));
         for (const auto selection : {compositorSelection_, traySelection_}) {
             xcb_xfixes_select_selection_input(watch_, screen_->root, selection,
                                               XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
@@ -101,7 +102,8 @@ void X11Platform::lookAtSelections() {
 }
 
 bool X11Platform::hasOwner(std::uint32_t selection) const {
-    const auto reply = owned(xcb_get_selection_owner_reply(watch_, xcb_get_selection_owner(watch_, selection), nullptr));
+    const auto reply =
+        owned(xcb_get_selection_owner_reply(watch_, xcb_get_selection_owner(watch_, selection), nullptr));
     return reply && reply->owner != XCB_NONE;
 }
 
@@ -129,8 +131,8 @@ WindowNumber X11Platform::clientOf(WindowNumber window, int depth) const {
 }
 
 bool X11Platform::isDesktopType(WindowNumber window) const {
-    const auto type = owned(xcb_get_property_reply(
-        watch_, xcb_get_property(watch_, 0, window, windowType_, XCB_ATOM_ATOM, 0, 8), nullptr));
+    const auto type = owned(
+        xcb_get_property_reply(watch_, xcb_get_property(watch_, 0, window, windowType_, XCB_ATOM_ATOM, 0, 8), nullptr));
     if (!type || type->format != 32) return false;
     const auto* atoms = static_cast<const xcb_atom_t*>(xcb_get_property_value(type.get()));
     const int count = xcb_get_property_value_length(type.get()) / 4;
@@ -152,8 +154,8 @@ RootChild X11Platform::kindOf(WindowNumber window) const {
         owned(xcb_get_window_attributes_reply(watch_, xcb_get_window_attributes(watch_, window), nullptr));
     if (!attributes || attributes->map_state == XCB_MAP_STATE_UNMAPPED) return RootChild::other;
     if (attributes->_class == XCB_WINDOW_CLASS_INPUT_ONLY) return isGuard(window) ? RootChild::guard : RootChild::other;
-    // Frames bypass the window manager as menus do; it is what they hold that tells them apart. A new client may not bear
-    // its mark yet.
+    // Frames bypass the window manager as menus do; it is what they hold that tells them apart. A new client may not
+    // bear its mark yet.
     const auto known = clients_.find(window);
     WindowNumber client = known != clients_.end() ? known->second : clientOf(window, 2);
     if (client == 0 && !attributes->override_redirect) client = window;
@@ -223,7 +225,8 @@ void X11Platform::keepOrder() {
         if (sibling == 0) {
             xcb_configure_window(watch_, window, XCB_CONFIG_WINDOW_STACK_MODE, &below);
         } else {
-            xcb_configure_window(watch_, window, XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, above.data());
+            xcb_configure_window(watch_, window, XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE,
+                                 above.data());
         }
         sibling = window;
     }
@@ -287,7 +290,7 @@ void X11Platform::draw(OverlayWindow& window, const QRegion& dirty) {
         }
         region = QRect(QPoint(0, 0), picture.size);
     }
-    for (const QRect& part : region & QRect(QPoint(0, 0), picture.size)) putPart(picture, window, part);
+    for (const QRect& part : region& QRect(QPoint(0, 0), picture.size)) putPart(picture, window, part);
     xcb_change_window_attributes(connection_, number, XCB_CW_BACK_PIXMAP, &picture.pixmap);
     for (const QRect& part : region) {
         xcb_clear_area(connection_, 0, number, static_cast<std::int16_t>(part.x()), static_cast<std::int16_t>(part.y()),

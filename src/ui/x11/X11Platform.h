@@ -72,7 +72,7 @@ class X11Platform final : public OverlayPlatform {
     std::uint8_t firstXFixesEvent_ = 0;
     bool isComposited_ = false, hasTray_ = false;
     StackOrder order_;
-    std::map<WindowNumber, WindowNumber> clients_; // by the frame that a window manager has put around them
+    std::map<WindowNumber, WindowNumber> clients_;      // by the frame that a window manager has put around them
     std::map<Layer, std::vector<WindowNumber>> layers_; // of those below applications
     std::map<OverlayWindow*, Picture> pictures_;
 };
