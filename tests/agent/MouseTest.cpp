@@ -8,11 +8,6 @@
 namespace kova::testing {
 namespace {
 
-std::string text(const CGRect& r) {
-    const auto number = [](double value) { return std::to_string(std::lround(value)); };
-    return number(minX(r)) + "," + number(minY(r)) + " " + number(r.size.width) + "x" + number(r.size.height);
-}
-
 class Mouse : public TwoWindows {
   protected:
     void SetUp() override {

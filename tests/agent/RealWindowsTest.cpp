@@ -25,11 +25,6 @@ xcb_window_t windowNumber(const std::string& windowID) {
     return static_cast<xcb_window_t>(std::stoul(windowID.substr(windowID.find(':') + 1)));
 }
 
-std::string text(const CGRect& r) {
-    return std::to_string(r.origin.x) + "," + std::to_string(r.origin.y) + " " + std::to_string(r.size.width) + "x" +
-           std::to_string(r.size.height);
-}
-
 class RealWindows : public ::testing::TestWithParam<Manager> {
   protected:
     void SetUp() override {

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <csignal>
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -18,13 +19,6 @@ namespace kova::testing {
 namespace {
 
 using namespace std::chrono_literals;
-
-std::vector<char*> pointersTo(std::vector<std::string>& texts) {
-    std::vector<char*> pointers;
-    for (auto& text : texts) pointers.push_back(text.data());
-    pointers.push_back(nullptr);
-    return pointers;
-}
 
 int exitCodeOf(int status) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
@@ -133,6 +127,11 @@ std::optional<Finished> Session::waitForAgent() {
     agent_ = -1;
     std::ifstream output(folder_ + "/agent.output");
     return Finished{exitCodeOf(status), {std::istreambuf_iterator<char>(output), {}}};
+}
+
+std::string text(const CGRect& r) {
+    const auto number = [](double value) { return std::to_string(std::lround(value)); };
+    return number(minX(r)) + "," + number(minY(r)) + " " + number(r.size.width) + "x" + number(r.size.height);
 }
 
 } // namespace kova::testing

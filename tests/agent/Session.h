@@ -1,6 +1,7 @@
 // A login session of the test's own: folders, environment, the real agent and the real command line in it.
 #pragma once
 
+#include "support/Geometry.h"
 #include "tests/desktop/PrivateServer.h"
 
 #include <nlohmann/json.hpp>
@@ -61,5 +62,8 @@ bool eventually(const std::function<bool()>& holds, std::chrono::seconds patienc
 /// Waits until nothing has moved for that long; `takeMoves` counts what has since it was last asked. False when things
 /// go on moving for twenty seconds.
 bool comesToRest(const std::function<int()>& takeMoves, std::chrono::milliseconds quietFor);
+
+/// "15,15 1254x1382"
+std::string text(const CGRect& r);
 
 } // namespace kova::testing

@@ -10,16 +10,12 @@
 
 namespace kova::testing {
 
-namespace {
-
 std::vector<char*> pointersTo(std::vector<std::string>& texts) {
     std::vector<char*> pointers;
     for (std::string& text : texts) pointers.push_back(text.data());
     pointers.push_back(nullptr);
     return pointers;
 }
-
-} // namespace
 
 ChildProcess::ChildProcess(const std::vector<std::string>& command, const std::vector<std::string>& environment,
                            int inherited) {

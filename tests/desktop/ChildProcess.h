@@ -27,4 +27,7 @@ class ChildProcess {
     pid_t process_ = -1;
 };
 
+/// For execve: valid as long as the texts are, and ended by a null pointer.
+std::vector<char*> pointersTo(std::vector<std::string>& texts);
+
 } // namespace kova::testing
