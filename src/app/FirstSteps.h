@@ -10,8 +10,8 @@ namespace kova {
 
 enum class Acquaintance { newUser, knowsTheWay };
 
-/// One line; absent when there is nothing to tell: the first arrangement shows that the user knows the way, and a session
-/// without windows to manage is told of as it is.
+/// One line; absent when there is nothing to tell: the first arrangement shows that the user knows the way, and a
+/// session without windows to manage is told of as it is.
 inline std::optional<std::string> firstSteps(Acquaintance acquaintance, const WorkspaceController& workspace) {
     const WorkspaceState& state = workspace.state();
     if (acquaintance == Acquaintance::knowsTheWay || !state.lastArrangeExplanation->empty() ||

@@ -19,9 +19,9 @@ struct OnboardingOffer {
 class OnboardingServicing {
   public:
     virtual ~OnboardingServicing() = default;
-    /// Says what KOVA does, and which permission is missing; `askForPermission` is called when the user goes on. Harmless
-    /// when it is shown already. Only what the user changes of the offer is chosen; nothing is called any more once it
-    /// is closed.
+    /// Says what KOVA does, and which permission is missing; `askForPermission` is called when the user goes on.
+    /// Harmless when it is shown already. Only what the user changes of the offer is chosen; nothing is called any more
+    /// once it is closed.
     virtual void showOnboarding(std::optional<OnboardingOffer> offer, std::function<void()> askForPermission) = 0;
     /// Takes it away; harmless when it is not shown.
     virtual void closeOnboarding() = 0;

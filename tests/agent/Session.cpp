@@ -6,8 +6,8 @@
 #include <unistd.h>
 
 #include <array>
-#include <csignal>
 #include <cmath>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>

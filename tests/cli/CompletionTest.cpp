@@ -64,7 +64,7 @@ TEST_F(Completion, OffersWhatMayStandThere) {
         {{"LAYOUT", "n"}, ""},
         {{"help", "scene", "r"}, "rename"},
         {{"--json", "und"}, "undo"},
-        {{"focus", ""}, "left|right|up|down|display"},
+        {{"focus", ""}, "left|right|up|down|window|display"},
         {{"focus", "left", ""}, "--window|--display|--json|--help"},
         {{"focus", "display", ""}, "next|previous|A"},
         {{"place", "No", ""}, "focus-main|secondary-1"},

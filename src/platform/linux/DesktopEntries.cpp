@@ -363,11 +363,10 @@ void DesktopEntries::scanFolder(const std::string& folder, const std::string& id
 }
 
 void DesktopEntries::addFile(const std::string& path, const std::string& id) {
-    const bool isShadowed =
-        std::any_of(entries_.begin(), entries_.end(), [&](const Entry& entry) {
-            mutex_.assertHeld();
-            return text(entry.id) == id;
-        });
+    const bool isShadowed = std::any_of(entries_.begin(), entries_.end(), [&](const Entry& entry) {
+        mutex_.assertHeld();
+        return text(entry.id) == id;
+    });
     if (isShadowed) return;
     if (validUtf8(path) != path) return; // ids are told to others as text
     const auto parsed = readDesktopEntry(path, locale_);

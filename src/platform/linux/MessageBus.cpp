@@ -101,7 +101,7 @@ BusSignal ownerChange(const std::string& service, std::function<void(const std::
 /// Shared with the thread that connects. It may outlive the bus when the other end does not answer.
 struct MessageBus::Attempt {
     Mutex mutex;
-    MessageBus* bus;  // null once the connection is not needed any more; set and read on the main thread only
+    MessageBus* bus; // null once the connection is not needed any more; set and read on the main thread only
     MainQueue* queue KOVA_GUARDED_BY(mutex); // the same
 
     Attempt(MessageBus& wanting, MainQueue& wantingQueue) : bus(&wanting), queue(&wantingQueue) {}

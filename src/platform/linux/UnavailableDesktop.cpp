@@ -8,8 +8,9 @@ AccessibilityElement UnavailableDesktop::applicationElement(pid_t processIdentif
     return {.processIdentifier = processIdentifier, .hash = 0, .object = nullptr};
 }
 
-std::vector<AttributeValue> UnavailableDesktop::readAttributes(const AccessibilityElement&,
-                                                          std::span<const AccessibilityAttribute> attributes) const {
+std::vector<AttributeValue>
+UnavailableDesktop::readAttributes(const AccessibilityElement&,
+                                   std::span<const AccessibilityAttribute> attributes) const {
     return std::vector<AttributeValue>(attributes.size());
 }
 
@@ -17,7 +18,8 @@ pid_t UnavailableDesktop::ownProcessIdentifier() const {
     return getpid();
 }
 
-void UnavailableDesktop::launch(const LaunchableApplication& application, LaunchActivation, LaunchCompletion completion) {
+void UnavailableDesktop::launch(const LaunchableApplication& application, LaunchActivation,
+                                LaunchCompletion completion) {
     queue_.post([text = application.name + " cannot be launched here", completion = std::move(completion)] {
         completion({.error = text, .processIdentifier = std::nullopt});
     });
