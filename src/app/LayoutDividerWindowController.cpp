@@ -1,11 +1,19 @@
 #include "app/LayoutDividerWindowController.h"
 
+#include "layout/LayoutSolver.h"
+
 #include <algorithm>
 #include <utility>
 
 namespace kova {
 
 namespace {
+
+/// The gap below a tile begins with its footer, which has controls of its own. `frame` is in screen space.
+void leaveFooterFree(LayoutAxis axis, CGRect& frame) {
+    if (axis == LayoutAxis::vertical && frame.size.height > kTileFooterAllowance)
+        frame.size.height -= kTileFooterAllowance;
+}
 
 std::string handleID(const DisplayLayoutDivider& divider) {
     return tileTargetID(divider.displayID, divider.layoutID) + "/" + divider.divider.splitID + "/" +
@@ -58,7 +66,8 @@ void LayoutDividerWindowController::showHandles() {
         const double inset = workspace_.state().profile->tileInset;
         for (const auto& divider : workspace_.dividers()) {
             if (handles_.coversDesktopIcons() && !holdsWindows(divider.displayID)) continue;
-            if (const auto frame = workspace_.dividerFrameOnScreen(divider)) {
+            if (auto frame = workspace_.dividerFrameOnScreen(divider)) {
+                leaveFooterFree(divider.divider.axis, *frame);
                 next.push_back({{handleID(divider), *frame, divider.divider.axis, inset}, divider});
             }
         }

@@ -96,6 +96,12 @@ TEST_F(DividerHandles, LeaveTheDesktopIconsOfAnEmptyDisplayFree) {
     EXPECT_EQ(handles(), "");
 }
 
+TEST_F(DividerHandles, LeaveTheFootersOfTheTilesAboveThemFree) {
+    desk.layout("jarvis.dual-stack").settle();
+    // The gap of 40 points begins with the footer of 28.
+    EXPECT_EQ(handles(), "10,714 2540x12 i");
+}
+
 TEST_F(DividerHandles, AreGoneWhileAWindowOwnsTheDisplay) {
     desk.display(1920, 1080, "B").layout("jarvis.dual-split", "B").settle();
     desk.desktop.focusByHand("Mail");
