@@ -41,6 +41,13 @@ CommandError refusal(const json& error) {
     }
 }
 
+void warnIfUnsaved(const json& told) {
+    const std::string unsaved = told.is_object() ? told.value("unsaved", "") : "";
+    if (unsaved.empty()) return;
+    std::fprintf(stderr, "kova: not saved yet: %s. The change is in memory only; writing is tried again.\n",
+                 printable(unsaved).c_str());
+}
+
 CommandError unexpectedAnswer() {
     return {ExitCode::refused, "Unexpected response from the agent"};
 }
@@ -71,10 +78,7 @@ CommandResult<json> Agent::ask(std::string_view method, const json& parameters, 
     if (reply->contains("error")) return refusal((*reply)["error"]);
     if (!reply->contains("result")) return unexpectedAnswer();
     json& result = (*reply)["result"];
-    if (const std::string unsaved = result.is_object() ? result.value("unsaved", "") : ""; !unsaved.empty()) {
-        std::fprintf(stderr, "kova: not saved yet: %s. The change is in memory only; writing is tried again.\n",
-                     printable(unsaved).c_str());
-    }
+    warnIfUnsaved(result);
     return std::move(result);
 }
 
@@ -88,7 +92,9 @@ CommandResult<json> Agent::next(std::string_view method, std::chrono::millisecon
         }
         json message = std::move(notifications_.front());
         notifications_.pop_front();
-        if (message.value("method", "") == method) return std::move(message.at("params"));
+        if (message.value("method", "") != method) continue;
+        warnIfUnsaved(message.at("params"));
+        return std::move(message.at("params"));
     }
 }
 

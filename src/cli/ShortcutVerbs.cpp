@@ -90,6 +90,7 @@ ExitCode runShortcutRecord(const Verb& verb, const Arguments& arguments) {
             continue;
         }
         json result = {{"outcome", outcome}, {"shortcut", recorded->at("shortcut")}};
+        if (recorded->contains("unsaved")) result["unsaved"] = recorded->at("unsaved");
         if (outcome == "recorded") return finish(*agent, verb, arguments, std::move(result));
         if (outcome == "cleared") return printAnswer(verb, arguments, result);
         return fail({ExitCode::refused, message.is_null() ? "Nothing was changed" : message.get<std::string>()});

@@ -56,7 +56,8 @@ class ControlMethods::Table {
     explicit Table(ControlContext context) :
         context_(std::move(context)), broadcast_(context_.controller, context_.queue),
         sceneListeners_(context_.controller), transfer_(context_.controller, context_.queue),
-        shortcuts_(context_.shortcuts, context_.keys, context_.queue, context_.controller.state().isSuspended) {
+        shortcuts_(context_.shortcuts, context_.keys, context_.queue, context_.controller.state().isSuspended,
+                   context_.preferences) {
         if (context_.overlay) overlay_.emplace(*context_.overlay, context_.queue);
         addActions();
         addWindowCommands();
@@ -317,8 +318,9 @@ class ControlMethods::Table {
             return listMenu(context_.menu,
                             [this](const KovaShortcut& shortcut) { return shortcuts_.textOf(shortcut); });
         });
-        add("menu.choose", {"id"},
-            [this](const Call& call) { return chooseFromMenu(context_.menu, context_.controller, call.parameters); });
+        addSaved("menu.choose", {"id"}, [this](const Call& call) {
+            return chooseFromMenu(context_.menu, context_.controller, call.parameters);
+        });
         add("ui.status", {}, [this](const Call&) { return tellUserInterface(context_.userInterface); });
         add("ui.restart", {},
             [this](const Call&) { return switchUserInterface(context_.userInterface, UserInterfaceSwitch::restart); });

@@ -72,9 +72,9 @@ json modifierNames(std::uint64_t flags) {
 } // namespace
 
 ShortcutMethods::ShortcutMethods(KovaShortcutSettings& settings, KeyMonitorServicing* keys, MainQueue& queue,
-                                 const Published<bool>& isSuspended) :
+                                 const Published<bool>& isSuspended, PreferencesStore& preferences) :
     settings_(settings),
-    keys_(keys), queue_(queue), isSuspended_(isSuspended) {
+    keys_(keys), queue_(queue), isSuspended_(isSuspended), preferences_(preferences) {
     if (keys_) claims_ = keys_->observeHeldByOthers([this] { tellClaimed(); });
     suspensions_ = isSuspended_.observe([this](bool isNow) {
         if (isNow) endRecording("cancelled", kSuspended);
@@ -193,11 +193,9 @@ bool ShortcutMethods::heard(const KeyPress& press) {
         tellRecorded(*recording_, word(step.outcome), step.message);
         return false;
     }
-    if (step.outcome == ShortcutRecorder::Outcome::recorded) {
-        // Everything is claimed again once the recording is over, changed or not.
-        tellOnceClaimed(recording_->peer, recording_->action, Claiming::underWay);
-    }
-    endRecording(word(step.outcome), step.message);
+    const bool isChange =
+        step.outcome == ShortcutRecorder::Outcome::recorded || step.outcome == ShortcutRecorder::Outcome::cleared;
+    isChange ? endOnceSaved(step) : endRecording(word(step.outcome), step.message);
     return true;
 }
 
@@ -214,14 +212,15 @@ void ShortcutMethods::checkConnection(std::uint64_t number) {
     }));
 }
 
-void ShortcutMethods::tellRecorded(const Recording& recording, std::string_view outcome,
-                                   const std::string& message) const {
+void ShortcutMethods::tellRecorded(const Recording& recording, std::string_view outcome, const std::string& message,
+                                   const std::optional<std::string>& unsaved) const {
     const auto peer = recording.peer.lock();
     if (!peer) return;
-    peer->sendAfterAnswer(
-        jsonrpc::line(jsonrpc::notification("recorded", {{"outcome", outcome},
-                                                         {"message", message.empty() ? json(nullptr) : json(message)},
-                                                         {"shortcut", recordOf(recording.action)}})));
+    json told = {{"outcome", outcome},
+                 {"message", message.empty() ? json(nullptr) : json(message)},
+                 {"shortcut", recordOf(recording.action)}};
+    if (unsaved) told["unsaved"] = *unsaved;
+    peer->sendAfterAnswer(jsonrpc::line(jsonrpc::notification("recorded", std::move(told))));
 }
 
 void ShortcutMethods::endRecording(std::string_view outcome, const std::string& message) {
@@ -229,6 +228,17 @@ void ShortcutMethods::endRecording(std::string_view outcome, const std::string& 
     if (!ended) return;
     settings_.isRecording.set(false);
     tellRecorded(*ended, outcome, message);
+}
+
+void ShortcutMethods::endOnceSaved(ShortcutRecorder::Step step) {
+    const auto ended = std::make_shared<Recording>(*std::exchange(recording_, std::nullopt));
+    settings_.isRecording.set(false);
+    preferences_.save(lifetime_.guard([this, ended, step](const std::optional<std::string>& problem) {
+        tellRecorded(*ended, word(step.outcome), step.message, problem);
+        // Everything is claimed again once the recording is over, changed or not.
+        if (step.outcome == ShortcutRecorder::Outcome::recorded)
+            tellOnceClaimed(ended->peer, ended->action, Claiming::underWay);
+    }));
 }
 
 // Claims

@@ -4,6 +4,7 @@
 #include "commands/KovaShortcutSettings.h"
 #include "commands/ShortcutRecorder.h"
 #include "control/ControlHandling.h"
+#include "persistence/PreferencesStore.h"
 #include "support/JsonDecoding.h"
 #include "support/Lifetime.h"
 #include "support/MainQueue.h"
@@ -24,7 +25,7 @@ class ShortcutMethods {
     /// All of them outlive the methods; `keys` is null in a session where no key can be heard. Nothing is recorded
     /// while the workspace is suspended: the lock screen needs the keyboard, and what is typed there is no shortcut.
     ShortcutMethods(KovaShortcutSettings& settings, KeyMonitorServicing* keys, MainQueue& queue,
-                    const Published<bool>& isSuspended);
+                    const Published<bool>& isSuspended, PreferencesStore& preferences);
 
     ControlReply list() const;
     ControlReply set(const JsonCursor& parameters, const std::shared_ptr<ControlPeer>& peer);
@@ -58,8 +59,11 @@ class ShortcutMethods {
     bool isHeldByOther(const KovaShortcut& shortcut) const;
     bool heard(const KeyPress& press);
     void checkConnection(std::uint64_t number);
-    void tellRecorded(const Recording& recording, std::string_view outcome, const std::string& message) const;
+    void tellRecorded(const Recording& recording, std::string_view outcome, const std::string& message,
+                      const std::optional<std::string>& unsaved = std::nullopt) const;
     void endRecording(std::string_view outcome, const std::string& message);
+    /// As `endRecording`, for a shortcut that was changed: the client is told once the change is on disk.
+    void endOnceSaved(ShortcutRecorder::Step step);
     enum class Claiming { done, underWay };
     void tellOnceClaimed(const std::weak_ptr<ControlPeer>& peer, KovaShortcutAction action, Claiming claiming);
     void tellClaimed();
@@ -68,6 +72,7 @@ class ShortcutMethods {
     KeyMonitorServicing* keys_;
     MainQueue& queue_;
     const Published<bool>& isSuspended_;
+    PreferencesStore& preferences_;
     std::optional<Recording> recording_;
     std::uint64_t recordings_ = 0; // since the start
     std::vector<Waiting> waiting_;

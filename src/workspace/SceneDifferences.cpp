@@ -34,7 +34,7 @@ class Comparison {
     Comparison(const WorkspaceScene& scene, const WorkspaceNow& now) : scene_(scene), now_(now) {}
 
     std::vector<SceneDifference> compare() {
-        note("theme", scene_.themeID, now_.themeID);
+        note("theme", ThemeRegistry().theme(scene_.themeID).id, now_.themeID);
         note("accent color", normalizedAccentColorID(scene_.accentColorID), now_.accentColorID);
         note("tile inset", plain(clampedTileInset(scene_.tileInset)), plain(now_.tileInset));
         for (const auto& display : scene_.displays) compareDisplay(display);

@@ -61,7 +61,7 @@ Outcome WorkspaceController::activateScene(const Uuid& id) {
 /// Theme, accent colour, inset, layouts and their weights. A layout that is not to be had leaves its display as it is.
 void WorkspaceController::applyLook(const WorkspaceScene& scene) {
     WorkspaceProfile profile = *state_.profile;
-    profile.themeID = scene.themeID;
+    profile.themeID = registry_.theme(scene.themeID).id;
     profile.tileInset = clampedTileInset(scene.tileInset);
     const auto& screens = *state_.screens;
     const auto& available = registry_.theme(scene.themeID).layouts;

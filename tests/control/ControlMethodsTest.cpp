@@ -78,6 +78,7 @@ TEST_F(AgentMethods, WhatTheUserKeepsIsAnsweredOnceItIsOnDisk) {
                                                     {"layout.setInset", {{"points", 7}}},
                                                     {"layout.prefer", {{"tile", "2"}, {"application", "Mail"}}},
                                                     {"app.forget", {{"application", "Mail"}}},
+                                                    {"menu.choose", {{"id", "scene-save"}}},
                                                     {"login.on", json::object()}};
     auto other = client();
     for (const auto& [method, parameters] : changes) {

@@ -105,7 +105,12 @@ TEST_F(ShortcutsOverTheSocket, AreRecordedByTheRulesOfTheRecorder) {
     EXPECT_EQ(told(connection), "recorded refused");
     keyboard().press(keyCode::h, kControlOption);
     EXPECT_EQ(told(connection), "recorded refused: This shortcut is already used by “Focus Left”.");
+    disk.isHeld = true;
     keyboard().press(keyCode::u, modifierFlag::control | modifierFlag::shift);
+    desk.settle();
+    EXPECT_EQ(connection.ask(R"({"jsonrpc": "2.0", "id": 9, "method": "query.focus"})")["id"], 9) << "not on disk yet";
+    disk.isHeld = false;
+    std::exchange(disk.waiting, {}).front()(std::nullopt);
     EXPECT_EQ(told(connection), "recorded recorded");
     EXPECT_EQ(told(connection), "claimed Ctrl+Shift+U");
     EXPECT_FALSE(*shortcuts.isRecording);

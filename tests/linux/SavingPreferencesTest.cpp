@@ -173,12 +173,15 @@ TEST_F(SavingPreferences, AFileWhoseFolderIsNotOnDiskIsNotOnDisk) {
 }
 
 TEST_F(SavingPreferences, AFileThatCannotBeReadNowIsLeftAloneAndGoesBeforeWhatWasMadeUpMeanwhile) {
-    given(R"({"KOVA.workspaceProfile.v1": {"name": "Mine"}, "both": "theirs"})");
     {
         // The undefined-behavior sanitizer needs a descriptor when it meets a type for the first time.
+        given(R"({"both": "theirs"})");
         auto ordinary = this->store();
+        ordinary.setValue("both", std::string("ours"));
         EXPECT_EQ(saved(ordinary), "on disk");
+        EXPECT_EQ(all(ordinary), "");
     }
+    given(R"({"KOVA.workspaceProfile.v1": {"name": "Mine"}, "both": "theirs"})");
     std::optional<FilePreferencesStore> store;
     {
         const NoDescriptors none;

@@ -22,7 +22,7 @@ class WaitingScene : public ::testing::Test {
     Uuid scene(const std::vector<std::string>& applications) {
         WorkspaceScene made;
         made.name = "Told";
-        made.themeID = "kova.native";
+        made.themeID = "plaid"; // there is none, so the default one is used
         made.displays.push_back(
             {.ordinal = 0, .name = "A", .aspectRatio = 1.8, .layoutID = "jarvis.dual-split", .layoutWeights = {}});
         for (const auto& application : applications) {
