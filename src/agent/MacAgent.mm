@@ -18,6 +18,7 @@
 #include "platform/macos/MacSystemActivity.h"
 #include "platform/macos/MainAppLoginItem.h"
 #include "platform/macos/MenuBar.h"
+#include "platform/macos/Modal.h"
 #include "platform/macos/SparkleUpdateChecker.h"
 #include "platform/macos/UserDefaultsStore.h"
 #include "platform/posix/ProcessRunner.h"
@@ -148,15 +149,8 @@ void MacAgent::openURLs(const std::vector<std::string>& urls) {
 }
 
 void MacAgent::returnActivation() {
-    const OwnDialog dialog = NSApp.modalWindow || NSApp.keyWindow ? OwnDialog::shown : OwnDialog::none;
-    if (!activationReturn_.isDue(mainQueue().uptime(), dialog)) return;
-    // KOVA has no menu in the menu bar, which therefore still belongs to the application before.
-    NSRunningApplication* before = NSWorkspace.sharedWorkspace.menuBarOwningApplication;
-    if (!before || [before isEqual:NSRunningApplication.currentApplication]) return;
-    if (@available(macOS 14.0, *)) {
-        [NSApp yieldActivationToApplication:before];
-    }
-    [before activateWithOptions:NSApplicationActivationOptions(0)];
+    const OwnDialog dialog = hasDialog() ? OwnDialog::shown : OwnDialog::none;
+    if (activationReturn_.isDue(mainQueue().uptime(), dialog)) macos::returnActivation();
 }
 
 void MacAgent::openMenu() {

@@ -39,7 +39,8 @@ WindowPresence windowPresence(int error) {
 }
 
 AnnouncementAnswer announcementAnswer(std::span<const int> errors) {
-    if (std::ranges::find(errors, kCannotComplete) != errors.end()) return AnnouncementAnswer::noAnswer;
+    const auto isNoAnswer = [](int error) { return error == kCannotComplete || error == kInterfaceDisabled; };
+    if (std::ranges::any_of(errors, isNoAnswer)) return AnnouncementAnswer::noAnswer;
     const bool announcesSome =
         std::ranges::any_of(errors, [](int error) { return error == 0 || error == kAlreadyRegistered; });
     return announcesSome ? AnnouncementAnswer::announces : AnnouncementAnswer::refuses;

@@ -22,7 +22,7 @@ AccessibilityOutcome accessibilityOutcome(int error);
 WindowPresence windowPresence(int error);
 
 /// What the answers to requests for several announcements of one element come to: an element that announces something
-/// is not polled for the rest.
+/// is not polled for the rest. An interface that is disabled is no refusal: the permission may come back.
 AnnouncementAnswer announcementAnswer(std::span<const int> errors);
 
 /// Recognizes a permission that the system shows as given and does not honor: every application answers that the

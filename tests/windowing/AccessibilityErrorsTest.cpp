@@ -98,12 +98,13 @@ TEST(AccessibilityErrors, ARefusalIsAnAnswer) {
 
 TEST(AccessibilityErrors, AnElementAnnouncesIfItTakesOneRequest) {
     using enum AnnouncementAnswer;
-    constexpr int kUnsupported = -25207, kRegisteredAlready = -25209, kCannotComplete = -25204;
+    constexpr int kUnsupported = -25207, kRegisteredAlready = -25209, kCannotComplete = -25204, kDisabled = -25211;
     const std::pair<std::vector<int>, AnnouncementAnswer> cases[] = {
         {{0, 0, 0}, announces},
         {{kUnsupported, kRegisteredAlready}, announces},
         {{kUnsupported, kUnsupported}, refuses},
         {{0, kCannotComplete}, noAnswer},
+        {{kDisabled, kDisabled}, noAnswer},
     };
     for (const auto& [errors, answer] : cases) EXPECT_EQ(announcementAnswer(errors), answer) << errors.front();
 }

@@ -97,8 +97,9 @@ constexpr int64_t kPassingTime = 200 * NSEC_PER_MSEC;
 
 - (void)passOn:(NSEvent*)event {
     const auto sent = kova::macos::Owned<CGEventRef>::adopt(event.CGEvent ? CGEventCreateCopy(event.CGEvent) : nullptr);
-    if (!sent) return;
     NSWindow* panel = self.window;
+    // One that comes back although the panel lets events through would be sent on for ever.
+    if (!sent || panel.ignoresMouseEvents) return;
     panel.ignoresMouseEvents = YES;
     CGEventPost(kCGHIDEventTap, sent.get());
     __weak NSWindow* weak = panel;

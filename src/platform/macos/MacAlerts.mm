@@ -22,7 +22,9 @@ bool isConfirmed(const Alert& alert, NSAlertStyle style) {
         dialog.buttons.firstObject.hasDestructiveAction = YES;
         dialog.buttons.firstObject.keyEquivalent = @"";
     }
-    return runAlert(dialog) == NSAlertFirstButtonReturn;
+    const NSModalResponse answer = runAlert(dialog);
+    returnActivationSoon();
+    return answer == NSAlertFirstButtonReturn;
 }
 
 } // namespace

@@ -36,7 +36,9 @@ struct MacChangeObservers::Observer {
     }
     Observer(const Observer&) = delete;
     Observer& operator=(const Observer&) = delete;
-    ~Observer() {
+    ~Observer() { stop(); }
+    /// No announcement is told any more. Any thread.
+    void stop() {
         CFRunLoopRemoveSource(CFRunLoopGetMain(), AXObserverGetRunLoopSource(observer.get()), kCFRunLoopCommonModes);
     }
 
@@ -123,7 +125,13 @@ void MacChangeObservers::endAnnouncements(const AccessibilityElement& element) {
         observed = known->second;
         if (element.hash == 0) observers_.erase(known); // takes all of the process along
     }
-    if (!observed || element.hash == 0) return;
+    if (!observed) return;
+    if (element.hash == 0) {
+        observed->stop();
+        // The main thread may be telling an announcement of it just now, and must not lose it meanwhile.
+        queue_.post([ended = std::move(observed)] {});
+        return;
+    }
     @autoreleasepool {
         const auto target = systemElement(element);
         for (CFStringRef name : announcementsOf(element)) {

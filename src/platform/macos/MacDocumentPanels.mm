@@ -23,6 +23,7 @@ void show(NSSavePanel* panel, std::function<void(const std::string& path)> chose
     if (json) panel.allowedContentTypes = @[ json ];
     bringToFront(panel);
     [panel beginWithCompletionHandler:^(NSModalResponse response) {
+      returnActivationSoon();
       contained([&] {
           NSURL* url = panel.URL;
           if (response == NSModalResponseOK && url) chosen(text(url.path));

@@ -74,7 +74,7 @@ void MacOnboarding::run() {
         isWanted_ = isRunning_ = false;
         const auto offer = std::exchange(offer_, std::nullopt);
         const auto askForPermission = std::exchange(askForPermission_, nullptr);
-        if (answer != NSAlertFirstButtonReturn) return;
+        if (answer != NSAlertFirstButtonReturn) return returnActivationSoon(); // else the system asks next
         if (offer && box.state != before) offer->choose(box.state == NSControlStateValueOn);
         if (askForPermission) askForPermission();
     });

@@ -1,6 +1,7 @@
 #include "platform/macos/MenuBar.h"
 
 #include "platform/macos/Contained.h"
+#include "platform/macos/Modal.h"
 
 #import <AppKit/AppKit.h>
 
@@ -111,6 +112,7 @@ void MenuBar::open() {
     [NSRunLoop.mainRunLoop performInModes:@[ NSDefaultRunLoopMode ]
                                     block:^{
                                       [item.button performClick:nil];
+                                      returnActivationSoon(); // opening KOVA has made it active
                                     }];
 }
 

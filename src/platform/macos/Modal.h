@@ -21,4 +21,12 @@ NSModalResponse runAlert(NSAlert* alert);
 /// Takes away the alert that is shown, unanswered.
 void abandonAlert();
 
+/// Whether a dialog of KOVA waits, or a window of it has the keyboard.
+bool hasDialog();
+/// Makes the application active from which KOVA took the activation, if KOVA is active and has no dialog.
+void returnActivation();
+/// The same once menus and alerts have ended: the system leaves KOVA active when its last window closes, and what is
+/// typed goes nowhere.
+void returnActivationSoon();
+
 } // namespace kova::macos

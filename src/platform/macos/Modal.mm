@@ -51,4 +51,30 @@ void abandonAlert() {
     [NSApp postEvent:event atStart:NO];
 }
 
+bool hasDialog() {
+    return NSApp.modalWindow || NSApp.keyWindow;
+}
+
+void returnActivation() {
+    if (!NSApp.active || hasDialog()) return;
+    // KOVA has no menu in the menu bar, which therefore still belongs to the application before.
+    NSRunningApplication* before = NSWorkspace.sharedWorkspace.menuBarOwningApplication;
+    if (!before || [before isEqual:NSRunningApplication.currentApplication]) return;
+    if (@available(macOS 14.0, *)) {
+        [NSApp yieldActivationToApplication:before];
+        [before activateFromApplication:NSRunningApplication.currentApplication
+                                options:NSApplicationActivationOptions(0)];
+    } else {
+        [before activateWithOptions:NSApplicationActivationOptions(0)];
+    }
+}
+
+void returnActivationSoon() {
+    [NSRunLoop.mainRunLoop performInModes:@[ NSDefaultRunLoopMode ]
+                                    block:^{
+                                      returnActivation();
+                                    }];
+    CFRunLoopWakeUp(CFRunLoopGetMain());
+}
+
 } // namespace kova::macos
