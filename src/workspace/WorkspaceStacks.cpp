@@ -28,7 +28,9 @@ void WorkspaceController::bringNextForward(const TileAssignments& before) {
 bool WorkspaceController::isOffScreen(const ManagedWindow& window) const {
     const bool isShownSomehow = window.isVisible || window.isMinimized || !window.frame ||
                                 windowService_->isApplicationHidden(window.processIdentifier);
-    return window.isElsewhere || !isShownSomehow;
+    // What KOVA has put away and is hidden no more was brought back by hand since the last poll.
+    const bool wasPutAway = assignments_.stackTargetOf(window.id) && !assignments_.isAssigned(window.id);
+    return window.isElsewhere || (!isShownSomehow && !wasPutAway);
 }
 
 /// False when the window cannot be shown, or needs tiles that others have.

@@ -87,6 +87,21 @@ TEST(StackStories, AnArrangementThatFollowsAtOnceFindsTheNextWindowShown) {
     }
 }
 
+TEST(StackStories, AWaitingWindowThatWasJustBroughtBackByHandTakesPartInAnArrangement) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+    desk.layout("jarvis.focus-single");
+    for (const char* label : {"Codex", "Mail"}) {
+        if (desk.desktop.isHidden(label)) desk.desktop.hideByHand(label, false);
+    }
+    desk.controller().perform(action::Arrange{}); // no poll has seen it
+    desk.settle();
+    for (const char* label : {"Codex", "Mail"}) {
+        EXPECT_TRUE(desk.controller().assignments().isInAnyTile(desk.desktop.windowIDOf(label))) << desk.tiles();
+    }
+    EXPECT_NE(desk.desktop.isHidden("Codex"), desk.desktop.isHidden("Mail"));
+}
+
 TEST(StackStories, WalkingAWindowRoundAGridAndBackGivesThePictureOfTheStart) {
     Desk desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
