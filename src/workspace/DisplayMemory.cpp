@@ -4,12 +4,34 @@
 #include "workspace/DisplaySuccession.h"
 #include "workspace/Renaming.h"
 
+#include <algorithm>
+
 namespace kova {
 
 namespace {
 
 std::string layoutKey(const std::string& displayID, const std::string& layoutID) {
     return displayID + "\n" + layoutID;
+}
+
+/// The windows that front tiles of `held`, are in no tile and are put away front free tiles of `held`, their own if
+/// possible. Gives them.
+std::vector<std::string> returnToFreeTiles(const TileAssignments& held, TileAssignments& assignments,
+                                           const std::function<bool(const std::string& windowID)>& isPutAway) {
+    std::vector<std::string> returned;
+    const auto& tiles = held.assignedWindowIDs;
+    const auto isFree = [&](const auto& tile) { return !assignments.assignedWindowIDs.contains(tile.first); };
+    for (const bool mustBeItsOwn : {true, false}) {
+        for (auto own = tiles.begin(); own != tiles.end(); ++own) {
+            if (!isPutAway(own->second) || assignments.isInAnyTile(own->second)) continue;
+            const auto tile = mustBeItsOwn ? own : std::find_if(tiles.begin(), tiles.end(), isFree);
+            if (tile == tiles.end() || !isFree(*tile)) continue;
+            (void)assignments.assign(own->second, {tile->first}); // the tile is free: no window is displaced
+            returned.push_back(own->second);
+        }
+    }
+    assignments.putFrontsFirst();
+    return returned;
 }
 
 } // namespace
@@ -83,6 +105,24 @@ void DisplayMemory::takeBackLayout(const std::string& displayID, const std::stri
 
 void DisplayMemory::forgetLayouts(const std::string& displayID) {
     outgrown_.forgetKeys(layoutKey(displayID, ""));
+    for (const auto& window : crowded_.onDisplay(displayID).windows()) crowded_.remove(window);
+}
+
+void DisplayMemory::noteArrangement(const TileAssignments& assignments) {
+    if (absence_.homes().empty() || crowded_ != TileAssignments{}) return;
+    crowded_ = assignments;
+    for (const auto& window : assignments.windows()) {
+        if (absence_.isHomeless(window)) crowded_.remove(window);
+    }
+}
+
+void DisplayMemory::takeBackCrowdedOut(TileAssignments& assignments, const std::set<std::string>& connected,
+                                       const std::function<bool(const std::string& windowID)>& isPutAway) {
+    if (!absence_.homes().empty()) return;
+    TileAssignments held = std::exchange(crowded_, {});
+    std::erase_if(held.assignedWindowIDs,
+                  [&](const auto& tile) { return !connected.contains(displayIDOf(tile.first)); });
+    noteRegained(returnToFreeTiles(held, assignments, isPutAway), {});
 }
 
 void DisplayMemory::noteRegained(const std::vector<std::string>& fronts, const std::vector<std::string>& waiting) {
@@ -124,27 +164,37 @@ void DisplayMemory::beginSettling() {
 void DisplayMemory::forget(const std::string& windowID) {
     absence_.forget(windowID);
     outgrown_.forget(windowID);
+    crowded_.remove(windowID);
+    strandedFloats_.forget(windowID);
 }
 
 void DisplayMemory::forgetAllWindows() {
     absence_.forgetAll();
     outgrown_.forgetAll();
+    crowded_ = {};
+    strandedFloats_.forgetAll();
 }
 
 void DisplayMemory::keepOnly(const std::set<std::string>& windowIDs) {
     absence_.keepOnly(windowIDs);
     outgrown_.keepOnly(windowIDs);
+    crowded_.keepOnly(windowIDs);
+    strandedFloats_.keepOnly(windowIDs);
 }
 
 void DisplayMemory::rename(const std::string& windowID, const std::string& newID) {
     absence_.rename(windowID, newID);
     outgrown_.rename(windowID, newID);
+    crowded_.rename(windowID, newID);
+    strandedFloats_.rename(windowID, newID);
     renameIn(regainedFronts_, windowID, newID);
     renameIn(regainedWaiting_, windowID, newID);
 }
 
 void DisplayMemory::renameDisplay(const std::string& displayID, const std::string& newID) {
     outgrown_.renameDisplay(displayID, newID);
+    crowded_.renameDisplay(displayID, newID);
+    strandedFloats_.renameDisplay(displayID, newID);
     renameKey(shown_, displayID, newID);
 }
 

@@ -1,13 +1,15 @@
-// What is remembered of displays: the windows of those that are away, the windows of layouts that a display has
-// outgrown, what each display showed last, and which one is which after a change of its size.
-// Always true: a window is held by one absent display at most; displays count as changing until they have stayed as
-// they are for `kSettleTime`, since a standby looks like an unplugging. Times are uptimes.
+// What is remembered of displays: the windows of those that are away, what the others showed before windows of these
+// were arranged on them, the windows of layouts that a display has outgrown, what each display showed last, and which
+// one is which after a change of its size. Always true: a window is held by one absent display at most; displays count
+// as changing until they have stayed as they are for `kSettleTime`, since a standby looks like an unplugging. Times are
+// uptimes.
 #pragma once
 
 #include "support/Lifetime.h"
 #include "support/MainQueue.h"
 #include "workspace/DisplayAbsence.h"
 #include "workspace/LayoutMigration.h"
+#include "workspace/StrandedFloats.h"
 
 #include <functional>
 #include <map>
@@ -50,6 +52,14 @@ class DisplayMemory {
     void restoreAbsentDisplays(std::map<std::string, TileAssignments> held) { absence_.restore(std::move(held)); }
     /// The assignments were set back to an earlier time.
     void restate(const TileAssignments& assignments) { absence_.restate(assignments); }
+
+    /// An arrangement is about to give tiles of connected displays to windows whose display is away.
+    void noteArrangement(const TileAssignments& assignments);
+    /// Once no display is away: windows that were in front before such an arrangement, are in no tile now and are put
+    /// away are in front again of their tiles, or of others that such windows had, as far as these are free.
+    void takeBackCrowdedOut(TileAssignments& assignments, const std::set<std::string>& connected,
+                            const std::function<bool(const std::string& windowID)>& isPutAway);
+    StrandedFloats& strandedFloats() { return strandedFloats_; }
 
     /// The display changes from one layout to another because of its size, not by choice.
     void leaveLayout(const std::string& displayID, const std::string& layoutID, const TileAssignments& assignments);
@@ -99,6 +109,8 @@ class DisplayMemory {
     std::function<void()> settled_;
     DisplayAbsence absence_;
     DisplayAbsence outgrown_; // by display and layout
+    TileAssignments crowded_; // before the first arrangement with a display away
+    StrandedFloats strandedFloats_;
     std::set<std::string> regainedFronts_;
     std::set<std::string> regainedWaiting_;
     std::map<std::string, ShownLayout> shown_; // also of displays that are away

@@ -138,6 +138,7 @@ void WorkspaceController::arrangeWindows() {
     if (*state_.permissionState != AccessibilityPermissionState::granted || state_.screens->empty()) return;
     const auto generation = arranger_.supersede();
     tileMemory_.spaces().store(liveWindows_.all(), assignments_);
+    displays_.noteArrangement(assignments_);
     arranger_.notePlan(planArrangement());
     const ArrangementPlan& plan = arranger_.lastPlan();
     frames_.sizes().beginArrangement();

@@ -324,6 +324,7 @@ class WorkspaceController {
     void displayHasNewID(const std::string& formerID, const std::string& newID);
     void settleOnDisplays();
     void presentRegained();
+    void returnStrandedFloats();
     void migrateChangedDisplays();
     void noteMovedByUser(const std::string& windowID);
     void displaysSettled();

@@ -41,6 +41,7 @@ void WorkspaceController::screensChanged() {
     const std::vector<Screen> before = *state_.screens;
     readScreens();
     layouts_.invalidateAll();
+    displays_.strandedFloats().noteGone(before, idsOf(*state_.screens), liveWindows_.all(), assignments_);
     const bool keepsFocusMode = isBesideFocusMode(before);
     // The zoomed window's frame was that of the display before; what is restored must be in sight on those of now.
     if (isRunning() && !keepsFocusMode) closeFocusMode();
@@ -83,6 +84,10 @@ void WorkspaceController::noteDisplaysThatCameAndWent(const std::set<std::string
     for (const auto& [formerID, newID] : displays_.noteConnected(before, idsOf(*state_.screens), assignments_)) {
         displayHasNewID(formerID, newID);
     }
+    displays_.takeBackCrowdedOut(assignments_, idsOf(*state_.screens), [this](const std::string& id) {
+        const ManagedWindow* window = findLive(id);
+        return window && !window->isElsewhere && liveWindows_.minimized().contains(id);
+    });
     // Without a look at the tiles: what the displays showed before is still to be compared with what they show now.
     state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
     state_.stackWindowIDsByTarget.set(assignments_.stackWindowIDsByTarget);
@@ -104,7 +109,17 @@ void WorkspaceController::displayHasNewID(const std::string& formerID, const std
 void WorkspaceController::settleOnDisplays() {
     migrateChangedDisplays();
     presentRegained();
+    returnStrandedFloats();
     commit({.claimant = ""});
+}
+
+void WorkspaceController::returnStrandedFloats() {
+    const auto returned =
+        displays_.strandedFloats().takeReturned(idsOf(*state_.screens), liveWindows_.all(), assignments_);
+    for (const auto& [id, frame] : returned) {
+        const ManagedWindow window = *findLive(id);
+        if (!isLeftAlone(window)) writeFrame(window, frame, AccessibilityWindowService::BringToFront::no);
+    }
 }
 
 /// Who is in front again of a tile that it had lost comes back to the screen; who waits again leaves it.
@@ -167,6 +182,7 @@ void WorkspaceController::displaysSettled() {
     if (!mayMoveWindows()) return;
     displays_.forgetRecentlyGone();
     placeHomelessWindows();
+    returnStrandedFloats(); // of displays that returned while the screen could not be seen
     bringIntoSight();
 }
 
@@ -200,8 +216,9 @@ void WorkspaceController::bringIntoSight() {
         const CGRect visible = flipped(screenNearest(*state_.screens, onScreen)->visibleFrame, top);
         const bool isInSight = displays_.isHomeless(live.id) ? containsWithin(visible, *live.frame, 0)
                                                              : isMiddleShown(*state_.screens, onScreen);
-        if (!isInSight)
-            writeFrame(live, movedIntoArea(*live.frame, visible), AccessibilityWindowService::BringToFront::no);
+        const CGRect inSight = isInSight ? *live.frame : movedIntoArea(*live.frame, visible);
+        if (!isInSight) writeFrame(live, inSight, AccessibilityWindowService::BringToFront::no);
+        displays_.strandedFloats().settle(live.id, inSight);
     }
     services_.accessibility.flush();
 }

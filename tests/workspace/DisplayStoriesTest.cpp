@@ -54,6 +54,7 @@ TEST_F(Displays, AStandbyMovesNobodyElsewhere) {
 TEST_F(Displays, WhatFindsNoFreeTileIsMovedIntoSightOnceTheDisplayStaysAway) {
     desk.desktop.strandWindows(true);
     desk.opens("Floating", {.frame = makeRect(5600, 300, 900, 700)});
+    desk.opens("Moved", {.frame = makeRect(5500, 200, 900, 700)});
     desk.opens("Peeking", {.frame = makeRect(4400, 900, 900, 700)}).settle();
     const std::string before = desk.tiles();
     const auto shown = [&](const char* label) { return desk.desktop.describeWindow(desk.desktop.window(label)); };
@@ -67,9 +68,13 @@ TEST_F(Displays, WhatFindsNoFreeTileIsMovedIntoSightOnceTheDisplayStaysAway) {
     EXPECT_EQ(shown("Viewer"), "Viewer 3866,15 1254x1382");
     EXPECT_EQ(shown("Floating"), "Floating 4220,300 900x700");
     EXPECT_EQ(shown("Peeking"), "Peeking 4400,900 900x700") << "the user has put it there";
+    desk.settle().desktop.moveByHand("Moved", makeRect(3000, 100, 900, 700));
+    desk.settle();
     desk.desktop.addDisplay(display);
     desk.settle();
     EXPECT_EQ(desk.tiles(), before);
+    EXPECT_EQ(shown("Floating"), "Floating 5600,300 900x700");
+    EXPECT_EQ(shown("Moved"), "Moved 3000,100 900x700");
 }
 
 TEST_F(Displays, WhoseDisplayStaysAwayTakesAFreeTileAndGoesHome) {
@@ -140,6 +145,7 @@ TEST_F(Displays, AnArrangementWithoutADisplayIsTakenBackByItsReturn) {
         ASSERT_TRUE(tile.windowID);
         EXPECT_FALSE(desk.desktop.window(desk.desktop.labelOfID(*tile.windowID)).isMinimized);
     }
+    EXPECT_EQ(desk.desktop.picture().find("minimized"), std::string::npos) << "the tiles that it freed are taken again";
 }
 
 TEST_F(Displays, ALayoutThatADisplayCannotShowForAWhileLosesNothing) {

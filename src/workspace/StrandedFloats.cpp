@@ -1,0 +1,60 @@
+#include "workspace/StrandedFloats.h"
+
+#include "workspace/Renaming.h"
+#include "workspace/VisibleArea.h"
+
+#include <algorithm>
+
+namespace kova {
+
+void StrandedFloats::noteGone(const std::vector<Screen>& before, const std::set<std::string>& connected,
+                              const std::vector<ManagedWindow>& live, const TileAssignments& tiles) {
+    if (before.empty()) return;
+    const double top = maxY(before.front().frame);
+    for (const ManagedWindow& window : live) {
+        if (!window.isVisible || !window.frame || tiles.isInAnyTile(window.id)) continue;
+        const Screen* screen = screenShowing(before, flipped(*window.frame, top));
+        if (screen && !connected.contains(displayID(*screen)))
+            stranded_.try_emplace(window.id, Stranded{displayID(*screen), *window.frame});
+    }
+}
+
+void StrandedFloats::settle(const std::string& windowID, const CGRect& frame) {
+    const auto found = stranded_.find(windowID);
+    if (found != stranded_.end() && !found->second.restingFrame) found->second.restingFrame = frame;
+}
+
+std::vector<std::pair<std::string, CGRect>> StrandedFloats::takeReturned(const std::set<std::string>& connected,
+                                                                         const std::vector<ManagedWindow>& live,
+                                                                         const TileAssignments& tiles) {
+    constexpr double kSamePlacePoints = 2;
+    std::vector<std::pair<std::string, CGRect>> returned;
+    std::erase_if(stranded_, [&](const auto& entry) {
+        const Stranded& stranded = entry.second;
+        if (!connected.contains(stranded.displayID)) return false;
+        const auto window =
+            std::find_if(live.begin(), live.end(), [&](const auto& each) { return each.id == entry.first; });
+        if (window == live.end() || tiles.isInAnyTile(window->id)) return true;
+        const auto& resting = stranded.restingFrame;
+        const bool isMoved = window->frame && resting && !nearlyEqual(*window->frame, *resting, kSamePlacePoints);
+        if (!isMoved) returned.emplace_back(entry.first, stranded.frame);
+        return true;
+    });
+    return returned;
+}
+
+void StrandedFloats::keepOnly(const std::set<std::string>& windowIDs) {
+    std::erase_if(stranded_, [&](const auto& entry) { return !windowIDs.contains(entry.first); });
+}
+
+void StrandedFloats::rename(const std::string& windowID, const std::string& newID) {
+    renameKey(stranded_, windowID, newID);
+}
+
+void StrandedFloats::renameDisplay(const std::string& displayID, const std::string& newID) {
+    for (auto& [id, stranded] : stranded_) {
+        if (stranded.displayID == displayID) stranded.displayID = newID;
+    }
+}
+
+} // namespace kova

@@ -1,0 +1,46 @@
+// Windows in no tile that lay on a display that went away, with their frames there: they go back when the display
+// returns, unless they were moved meanwhile. Frames are in window-service space. A plain value.
+#pragma once
+
+#include "windowing/ManagedWindow.h"
+#include "windowing/ScreenServicing.h"
+#include "workspace/TileAssignments.h"
+
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kova {
+
+class StrandedFloats {
+  public:
+    /// Displays have gone since `before`. `live` are the windows as they lay then. A window that is noted already keeps
+    /// its first display.
+    void noteGone(const std::vector<Screen>& before, const std::set<std::string>& connected,
+                  const std::vector<ManagedWindow>& live, const TileAssignments& tiles);
+    /// Where the window was put while its display is away: any other place later means that it was moved.
+    void settle(const std::string& windowID, const CGRect& frame);
+    /// Ids and former frames of the windows whose display is connected, that were not moved and are in no tile. All
+    /// windows of connected displays are forgotten.
+    std::vector<std::pair<std::string, CGRect>> takeReturned(const std::set<std::string>& connected,
+                                                             const std::vector<ManagedWindow>& live,
+                                                             const TileAssignments& tiles);
+    void forget(const std::string& windowID) { stranded_.erase(windowID); }
+    void forgetAll() { stranded_.clear(); }
+    void keepOnly(const std::set<std::string>& windowIDs);
+    void rename(const std::string& windowID, const std::string& newID);
+    void renameDisplay(const std::string& displayID, const std::string& newID);
+
+  private:
+    struct Stranded {
+        std::string displayID;
+        CGRect frame;
+        std::optional<CGRect> restingFrame{};
+    };
+    std::map<std::string, Stranded> stranded_; // by window id
+};
+
+} // namespace kova
