@@ -203,4 +203,19 @@ LayoutMigration migrateHomes(const TileAssignments& before, const std::string& d
     return migrate(before, displayID, std::move(all), next.tiles);
 }
 
+void keepInFront(LayoutMigration& migration, const std::string& windowID) {
+    TileAssignments& assignments = migration.assignments;
+    auto& displaced = migration.displacedWindowIDs;
+    const auto lost = std::find(displaced.begin(), displaced.end(), windowID);
+    const auto target = assignments.stackTargetOf(windowID);
+    const auto front = target ? assignments.assignedWindowIDs.find(*target) : assignments.assignedWindowIDs.end();
+    if (lost == displaced.end() || front == assignments.assignedWindowIDs.end()) return;
+    const std::string former = front->second;
+    if (assignments.targetsOf(former).size() > 1) return;
+    displaced.erase(lost);
+    assignments.insertIntoStack(*target, windowID, TileAssignments::StackPosition::front);
+    (void)assignments.assign(windowID, {*target}); // displaces the former front, which stays in the stack
+    if (std::erase(migration.regainedWindowIDs, former) == 0) displaced.push_back(former);
+}
+
 } // namespace kova

@@ -50,4 +50,8 @@ LayoutMigration migrateAssignments(const TileAssignments& before, const std::str
 LayoutMigration migrateHomes(const TileAssignments& before, const std::string& displayID,
                              const std::vector<LayoutHome>& homes, const ShownLayout& next);
 
+/// If the window fronted a tile and waits now, it comes to the front of the tile in which it waits, and the window
+/// there waits in its place. Nothing changes where that one spans several tiles.
+void keepInFront(LayoutMigration& migration, const std::string& windowID);
+
 } // namespace kova

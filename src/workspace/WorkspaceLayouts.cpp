@@ -228,6 +228,7 @@ Outcome WorkspaceController::selectLayout(const std::string& id, const DisplayLa
         tilesOf(solveDefinition(layout, {}, screen.visibleFrame.size, state_.profile->tileInset));
     LayoutMigration migration =
         migrateHomes(assignments_, id, tileMemory_.homes().of(id, assignments_), {layout.id, after});
+    if (const auto focused = focusedWindowID()) keepInFront(migration, *focused);
     assignments_ = std::move(migration.assignments);
     displays_.noteRegained(migration.regainedWindowIDs, migration.displacedWindowIDs);
     presentRegained();

@@ -19,11 +19,29 @@ TEST(LayoutStories, WindowsFollowTheirTilesIntoAnotherLayoutAndUndoBringsThemBac
     desk.layout("jarvis.dual-stack");
     desk.expectTiles("Codex 15,15 2530x666 | Mail 15,731 2530x666");
     desk.layout("jarvis.focus-single");
-    desk.expectTiles("Codex 15,15 2530x1382 + Mail");
-    EXPECT_TRUE(desk.desktop.isHidden("Mail")) << "it waits behind, and nobody sees it";
+    desk.expectTiles("Mail 15,15 2530x1382 + Codex");
+    EXPECT_TRUE(desk.desktop.isHidden("Codex")) << "it waits behind the window that has the keyboard";
     desk.undo().undo();
     desk.expectTiles(kHalves);
-    EXPECT_FALSE(desk.desktop.isHidden("Mail"));
+    EXPECT_FALSE(desk.desktop.isHidden("Codex"));
+}
+
+TEST(LayoutStories, TheFocusedWindowStaysInFrontWhereALayoutHasTooFewTiles) {
+    Desk desk;
+    desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Codex").opens("Mail").opens("Notes").opens("Maps");
+    desk.arrange();
+    for (const char* focused : {"Codex", "Mail", "Notes", "Maps"}) {
+        desk.desktop.focusByHand(focused);
+        const auto start = desk.controller().assignments();
+        for (const char* layout : {"jarvis.dual-split", "jarvis.focus-single", "jarvis.triple-strip"}) {
+            desk.layout(layout);
+            EXPECT_TRUE(desk.controller().assignments().isAssigned(desk.desktop.windowIDOf(focused)))
+                << focused << layout;
+            desk.expectFocus(focused);
+        }
+        desk.layout("jarvis.quad-grid");
+        EXPECT_EQ(desk.controller().assignments(), start) << focused;
+    }
 }
 
 TEST(LayoutStories, CyclingGoesThroughTheWholeCatalogueAndRound) {
