@@ -4,9 +4,9 @@ if(NOT KOVA_BUILD_UI OR APPLE)
   return()
 endif()
 find_package(Qt6 6.2 QUIET COMPONENTS Widgets DBus)
-pkg_check_modules(XCB_UI QUIET IMPORTED_TARGET xcb xcb-shape xcb-xfixes)
+pkg_check_modules(XCB_UI QUIET IMPORTED_TARGET xcb xcb-randr xcb-shape xcb-xfixes)
 if(NOT Qt6_FOUND OR NOT XCB_UI_FOUND)
-  message(STATUS "kova-ui is left out: Qt 6 (qt6-base-dev) or libxcb-shape0-dev, libxcb-xfixes0-dev are missing; "
+  message(STATUS "kova-ui is left out: Qt 6 (qt6-base-dev) or libxcb-randr0-dev, libxcb-shape0-dev, libxcb-xfixes0-dev are missing; "
     "script/bootstrap installs them")
   return()
 endif()

@@ -44,6 +44,7 @@ Program::Program(const std::string& socketPath) :
         auto platform = X11Platform::create(x11->connection());
         if (platform) {
             platform->whenCompositingChanges([this] { overlay_->compositingChanged(); });
+            platform->whenFirstDisplayMoves([this] { overlay_->firstDisplayMoved(); });
             platform->whenTrayChanges([this](bool hasTray) { tray_.setHasTrayWindow(hasTray); });
             tray_.setHasTrayWindow(platform->hasTray());
             platform_ = std::move(platform);

@@ -43,6 +43,10 @@ void Overlay::show(const std::optional<OverlayContents>& contents) {
     refresh();
 }
 
+void Overlay::firstDisplayMoved() {
+    refresh();
+}
+
 void Overlay::compositingChanged() {
     const auto contents = std::exchange(contents_, std::nullopt);
     refresh();
@@ -54,6 +58,7 @@ Style Overlay::styleFor(const std::string& display) const {
     const Compositing compositing = platform_.isComposited() ? Compositing::running : Compositing::absent;
     return {.palette = paletteFor(contents_->appearance, taste_.brightness, compositing),
             .scale = shown ? shown->scale : 1,
+            .firstDisplay = platform_.firstDisplay(),
             .fontFamily = taste_.fontFamily,
             .icon = taste_.icon,
             .isComposited = compositing == Compositing::running,
@@ -182,10 +187,10 @@ void Overlay::refreshMessage() {
         if (isLowest) bottom = std::min(bottom, minY(*tile.footerFrame));
     }
     const Style style = styleFor(display->id);
-    const QPoint bottomCenter(style.px(centre(display->visibleFrame).x), style.px(bottom - points::messageMargin) - 1);
+    const CGPoint bottomCenter{centre(display->visibleFrame).x, bottom - points::messageMargin};
     if (!message_) message_ = std::make_unique<MessageWindow>(platform_, actions_);
-    message_->show(*message, bottomCenter, style.px(display->visibleFrame.size.width - 2 * points::messageMargin),
-                   style);
+    message_->show(*message, style.px(bottomCenter) - QPoint(0, 1),
+                   style.px(display->visibleFrame.size.width - 2 * points::messageMargin), style);
 }
 
 void Overlay::refreshSpinner() {

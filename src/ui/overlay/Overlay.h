@@ -33,6 +33,8 @@ class Overlay {
     void show(const std::optional<OverlayContents>& contents);
     /// Windows have to be made anew, since a compositor came or went.
     void compositingChanged();
+    /// The platform puts it elsewhere on the screen.
+    void firstDisplayMoved();
 
     const std::map<std::string, std::unique_ptr<FooterWindow>>& footers() const { return footers_; }
     bool isMoving() const { return spinner_.isActive() || decoration_.isMoving(); }

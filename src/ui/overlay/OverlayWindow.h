@@ -25,6 +25,8 @@ class OverlayPlatform {
     virtual ~OverlayPlatform() = default;
     /// Whether translucent windows are mixed with what is below them.
     virtual bool isComposited() const = 0;
+    /// The top left corner of the first display, in pixels on the screen.
+    virtual QPoint firstDisplay() const { return {}; }
     /// The window has been created and is not yet shown.
     virtual void adopt(OverlayWindow& window) = 0;
     /// The window will be destroyed.

@@ -6,6 +6,7 @@
 
 #include <QFont>
 #include <QPixmap>
+#include <QPoint>
 #include <QRect>
 
 #include <cmath>
@@ -28,18 +29,17 @@ using IconSource = std::function<QPixmap(const ApplicationName& application, int
 
 struct Style {
     Palette palette{};
-    double scale = 1; // pixels in a point
+    double scale = 1;      // pixels in a point
+    QPoint firstDisplay{}; // its top left corner on the screen, in pixels; where the agent counts from
     QString fontFamily{};
     IconSource icon{};
     bool isComposited = false;
     bool mayMove = true; // animations are wanted
 
     int px(double sizePoints) const { return static_cast<int>(std::lround(sizePoints * scale)); }
-    /// Where a rectangle of the agent lies on the screen.
-    QRect px(const CGRect& rect) const {
-        const QPoint topLeft(px(minX(rect)), px(minY(rect)));
-        return {topLeft, QPoint(px(maxX(rect)) - 1, px(maxY(rect)) - 1)};
-    }
+    /// Where a point or a rectangle of the agent lies on the screen.
+    QPoint px(const CGPoint& point) const { return firstDisplay + QPoint(px(point.x), px(point.y)); }
+    QRect px(const CGRect& rect) const { return {px(rect.origin), px(CGPoint{maxX(rect), maxY(rect)}) - QPoint(1, 1)}; }
     /// At least one pixel.
     double line(double widthPoints) const { return std::max(1.0, std::round(widthPoints * scale)); }
     QFont font(double sizePoints, QFont::Weight weight = QFont::Normal) const {

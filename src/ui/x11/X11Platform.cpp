@@ -2,6 +2,7 @@
 
 #include <QImage>
 
+#include <xcb/randr.h>
 #include <xcb/shape.h>
 #include <xcb/xcb.h>
 #include <xcb/xfixes.h>
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -58,9 +60,10 @@ X11Platform::X11Platform(xcb_connection_t* connection, xcb_connection_t* watch, 
     auto screens = xcb_setup_roots_iterator(xcb_get_setup(watch_));
     for (int i = 0; i < screen; ++i) xcb_screen_next(&screens);
     screen_ = screens.data;
-    const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+    const std::uint32_t mask = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(watch_, screen_->root, XCB_CW_EVENT_MASK, &mask);
     watchSelections();
+    watchMonitors();
     readOrder();
     readable_ = std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(watch_), QSocketNotifier::Read);
     QObject::connect(readable_.get(), &QSocketNotifier::activated, readable_.get(), [this] { readEvents(); });
@@ -105,6 +108,38 @@ bool X11Platform::hasOwner(std::uint32_t selection) const {
     const auto reply =
         owned(xcb_get_selection_owner_reply(watch_, xcb_get_selection_owner(watch_, selection), nullptr));
     return reply && reply->owner != XCB_NONE;
+}
+
+void X11Platform::watchMonitors() {
+    const auto* randr = xcb_get_extension_data(watch_, &xcb_randr_id);
+    if (!randr || !randr->present) return;
+    const auto version = owned(xcb_randr_query_version_reply(watch_, xcb_randr_query_version(watch_, 1, 5), nullptr));
+    // Monitors came with 1.5.
+    if (!version || std::pair(version->major_version, version->minor_version) < std::pair(1U, 5U)) return;
+    firstRandrEvent_ = randr->first_event;
+    xcb_randr_select_input(watch_, screen_->root,
+                           XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE |
+                               XCB_RANDR_NOTIFY_MASK_OUTPUT_CHANGE);
+    readMonitors();
+}
+
+/// The first display is the same as the agent's: the primary monitor, else the first one that has an area. While all
+/// are off the last place holds.
+void X11Platform::readMonitors() {
+    const auto monitors =
+        owned(xcb_randr_get_monitors_reply(watch_, xcb_randr_get_monitors(watch_, screen_->root, 1), nullptr));
+    if (!monitors) return;
+    std::optional<QPoint> first;
+    bool isPrimary = false;
+    auto each = xcb_randr_get_monitors_monitors_iterator(monitors.get());
+    for (; each.rem > 0; xcb_randr_monitor_info_next(&each)) {
+        const xcb_randr_monitor_info_t& monitor = *each.data;
+        if (monitor.width == 0 || monitor.height == 0) continue;
+        if (first && (isPrimary || monitor.primary == 0)) continue;
+        first = QPoint(monitor.x, monitor.y);
+        isPrimary = monitor.primary != 0;
+    }
+    if (first && std::exchange(firstDisplay_, *first) != *first && firstDisplayMoved_) firstDisplayMoved_();
 }
 
 void X11Platform::readOrder() {
@@ -168,7 +203,7 @@ void X11Platform::classify(WindowNumber window) {
 }
 
 void X11Platform::readEvents() {
-    bool mayBeDisturbed = false, areSelectionsNews = false;
+    bool mayBeDisturbed = false, areSelectionsNews = false, areMonitorsNews = false;
     for (Owned<xcb_generic_event_t> event = owned(xcb_poll_for_event(watch_)); event;
          event = owned(xcb_poll_for_event(watch_))) {
         const auto kind = event->response_type & 0x7f;
@@ -181,6 +216,10 @@ void X11Platform::readEvents() {
             clients_.erase(window);
         } else if (kind == XCB_CONFIGURE_NOTIFY) {
             const auto* told = reinterpret_cast<const xcb_configure_notify_event_t*>(raw);
+            if (told->window == screen_->root) {
+                areMonitorsNews = true; // all that is told of monitors which a user defined
+                continue;
+            }
             order_.configured(told->window, told->above_sibling);
             mayBeDisturbed = true;
         } else if (kind == XCB_CIRCULATE_NOTIFY) {
@@ -207,10 +246,16 @@ void X11Platform::readEvents() {
             mayBeDisturbed = true;
         } else if (firstXFixesEvent_ != 0 && kind == firstXFixesEvent_ + XCB_XFIXES_SELECTION_NOTIFY) {
             areSelectionsNews = true;
+        } else if (firstRandrEvent_ != 0 && (kind == firstRandrEvent_ + XCB_RANDR_SCREEN_CHANGE_NOTIFY ||
+                                             kind == firstRandrEvent_ + XCB_RANDR_NOTIFY)) {
+            areMonitorsNews = true;
         }
     }
     if (mayBeDisturbed) keepOrder();
     if (areSelectionsNews) lookAtSelections();
+    if (areMonitorsNews && firstRandrEvent_ != 0) readMonitors();
+    // The answers may have brought further events along.
+    if (areSelectionsNews || areMonitorsNews) readEvents();
 }
 
 void X11Platform::keepOrder() {

@@ -27,11 +27,13 @@ class X11Platform final : public OverlayPlatform {
     ~X11Platform() override;
 
     void whenCompositingChanges(std::function<void()> call) { compositingChanged_ = std::move(call); }
+    void whenFirstDisplayMoves(std::function<void()> call) { firstDisplayMoved_ = std::move(call); }
     /// Whether a window takes in the items of a panel.
     bool hasTray() const { return hasTray_; }
     void whenTrayChanges(std::function<void(bool hasTray)> call) { trayChanged_ = std::move(call); }
 
     bool isComposited() const override { return isComposited_; }
+    QPoint firstDisplay() const override { return firstDisplay_; }
     void adopt(OverlayWindow& window) override;
     void leave(OverlayWindow& window) override;
     void stack(OverlayWindow& window) override;
@@ -50,6 +52,8 @@ class X11Platform final : public OverlayPlatform {
     X11Platform(xcb_connection_t* connection, xcb_connection_t* watch, int screen);
     void watchSelections();
     void lookAtSelections();
+    void watchMonitors();
+    void readMonitors();
     void readEvents();
     void readOrder();
     void classify(WindowNumber window);
@@ -66,10 +70,12 @@ class X11Platform final : public OverlayPlatform {
     xcb_connection_t* const watch_;
     xcb_screen_t* screen_ = nullptr;
     std::function<void()> compositingChanged_;
+    std::function<void()> firstDisplayMoved_;
     std::function<void(bool)> trayChanged_;
     std::unique_ptr<QSocketNotifier> readable_;
     std::uint32_t windowType_, typeDesktop_, typeNotification_, wmState_, compositorSelection_, traySelection_;
-    std::uint8_t firstXFixesEvent_ = 0;
+    std::uint8_t firstXFixesEvent_ = 0, firstRandrEvent_ = 0; // 0: the server has none
+    QPoint firstDisplay_;
     bool isComposited_ = false, hasTray_ = false;
     StackOrder order_;
     std::map<WindowNumber, WindowNumber> clients_;      // by the frame that a window manager has put around them

@@ -1,0 +1,290 @@
+// What holds of the overlay's windows on a real X server, under several window
+// managers and without one.
+#include "tests/desktop/PrivateServer.h"
+#include "tests/desktop/TestClient.h"
+#include "tests/ui/FakeAgent.h"
+#include "tests/ui/Sample.h"
+
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <functional>
+#include <ostream>
+#include <thread>
+
+namespace kova::ui::testing {
+
+using kova::testing::ChildProcess;
+using kova::testing::PrivateServer;
+using kova::testing::TestClient;
+
+namespace {
+
+using Windows = std::vector<xcb_window_t>;
+
+struct Session {
+    std::string name;
+    std::vector<std::string> manager;    // empty: none
+    std::vector<std::string> compositor; // empty: none
+};
+void PrintTo(const Session& session, std::ostream* out) {
+    *out << session.name;
+}
+const std::vector<Session> kSessions{
+    {"none", {}, {}},
+    {"openbox", {"/usr/bin/openbox", "--sm-disable"}, {}},
+    {"openbox and picom", {"/usr/bin/openbox", "--sm-disable"}, {"/usr/bin/picom", "--backend", "xrender"}},
+    {"xfwm4", {"/usr/bin/xfwm4", "--compositor=off"}, {}},
+    {"metacity", {"/usr/bin/metacity", "--no-composite"}, {}},
+};
+
+class Desktop {
+  public:
+    explicit Desktop(const Session& session, const std::string& size = "800x500") : server(size), session_(session) {
+        agent.setState(sampleState({.hasMessage = true}));
+        startManager();
+        if (!session.compositor.empty()) compositor_ = server.start(session.compositor);
+        ui_ = server.start({KOVA_UI_PROGRAM, "--socket", socket_});
+    }
+
+    void startManager() {
+        if (session_.manager.empty()) return;
+        manager_ = server.start(session_.manager);
+        EXPECT_TRUE(TestClient(server.displayName(), "Probe", 1).waitForManager())
+            << "the window manager did not start";
+    }
+    void endManager() { manager_.end(); }
+    bool hasManager() const { return !session_.manager.empty(); }
+
+    bool until(const std::function<bool()>& condition) {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+        while (std::chrono::steady_clock::now() < deadline) {
+            agent.serve();
+            if (condition()) return true;
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+        return false;
+    }
+
+    Windows children(xcb_window_t parent) const {
+        auto* tree = xcb_query_tree_reply(client.connection(), xcb_query_tree(client.connection(), parent), nullptr);
+        if (!tree) return {};
+        const auto* all = xcb_query_tree_children(tree);
+        Windows windows(all, all + xcb_query_tree_children_length(tree));
+        std::free(tree);
+        return windows;
+    }
+    std::string titleOf(xcb_window_t window) const {
+        auto* reply = xcb_get_property_reply(
+            client.connection(),
+            xcb_get_property(client.connection(), 0, window, XCB_ATOM_WM_NAME, XCB_GET_PROPERTY_TYPE_ANY, 0, 64),
+            nullptr);
+        if (!reply) return {};
+        std::string title(static_cast<const char*>(xcb_get_property_value(reply)),
+                          static_cast<std::size_t>(xcb_get_property_value_length(reply)));
+        std::free(reply);
+        return title;
+    }
+    /// Mapped windows of the overlay whose title begins so, bottom first.
+    Windows overlay(const std::string& title = "KOVA ") const {
+        Windows found;
+        for (const xcb_window_t window : children(client.root())) {
+            if (titleOf(window).starts_with(title) && client.isViewable(window)) found.push_back(window);
+        }
+        return found;
+    }
+    /// Where a window, or the frame around it, stands among the root's children;
+    /// from 0 at the bottom.
+    std::size_t height(xcb_window_t window) const {
+        for (;;) {
+            auto* tree =
+                xcb_query_tree_reply(client.connection(), xcb_query_tree(client.connection(), window), nullptr);
+            const xcb_window_t parent = tree ? tree->parent : client.root();
+            std::free(tree);
+            if (parent == client.root()) break;
+            window = parent;
+        }
+        const Windows all = children(client.root());
+        return static_cast<std::size_t>(std::ranges::find(all, window) - all.begin());
+    }
+    bool isBelow(const Windows& lower, const Windows& upper) const {
+        return std::ranges::all_of(lower, [&](xcb_window_t low) {
+            return std::ranges::all_of(upper, [&](xcb_window_t high) { return height(low) < height(high); });
+        });
+    }
+    /// The child of the root that a click at that point goes to.
+    xcb_window_t clickedAt(int x, int y) const {
+        auto* reply = xcb_translate_coordinates_reply(
+            client.connection(),
+            xcb_translate_coordinates(client.connection(), client.root(), client.root(), static_cast<std::int16_t>(x),
+                                      static_cast<std::int16_t>(y)),
+            nullptr);
+        const xcb_window_t child = reply ? reply->child : xcb_window_t{XCB_WINDOW_NONE};
+        std::free(reply);
+        return child;
+    }
+    void lower(xcb_window_t window) {
+        const std::uint32_t below = XCB_STACK_MODE_BELOW;
+        xcb_configure_window(client.connection(), window, XCB_CONFIG_WINDOW_STACK_MODE, &below);
+        xcb_flush(client.connection());
+    }
+    /// Below applications, that is: all but the message.
+    Windows underlay() const {
+        Windows windows = overlay();
+        std::erase_if(windows, [&](xcb_window_t window) { return titleOf(window) == "KOVA message"; });
+        return windows;
+    }
+
+    PrivateServer server;
+    TestClient client{server.displayName(), "Editor", 4711};
+
+  private:
+    const Session& session_;
+    const std::string socket_ = server.folder() + "/agent.sock";
+
+  public:
+    FakeAgent agent{socket_};
+
+  private:
+    ChildProcess manager_, compositor_, ui_;
+};
+
+class RealWindows : public ::testing::TestWithParam<Session> {
+  protected:
+    void SetUp() override {
+        const Session& session = GetParam();
+        for (const auto& command : {session.manager, session.compositor}) {
+            if (!command.empty() && access(command.front().c_str(), X_OK) != 0)
+                GTEST_SKIP() << command.front() << " is missing";
+        }
+        if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is missing";
+    }
+};
+
+class RealManagers : public RealWindows {}; // without the session that has none
+
+} // namespace
+
+TEST_P(RealWindows, OverlayStaysBelowApplicationsOutOfListsAndOutOfTheWay) {
+    Desktop desktop(GetParam());
+    const TestClient& seen = desktop.client;
+    const Windows wallpaper{
+        desktop.client.open({.title = "wallpaper", .frame = makeRect(0, 0, 800, 500), .type = "DESKTOP"})};
+    const Windows applications{desktop.client.open({.title = "editor", .frame = makeRect(20, 150, 300, 200)}),
+                               desktop.client.open({.title = "mail", .frame = makeRect(100, 180, 300, 250)})};
+    for (const xcb_window_t window : applications) {
+        ASSERT_TRUE(desktop.until([&] { return seen.isViewable(window); }));
+    }
+    const auto stands = [&] {
+        return desktop.underlay().size() == 6 && desktop.isBelow(wallpaper, desktop.underlay()) &&
+               desktop.isBelow(desktop.underlay(), applications);
+    };
+    ASSERT_TRUE(desktop.until(stands)) << desktop.underlay().size()
+                                       << " windows: a backdrop, four footers, an empty tile";
+    EXPECT_EQ(desktop.overlay("KOVA message").size(), 1u);
+
+    // An application is put below all others.
+    desktop.lower(applications[1]);
+    desktop.lower(wallpaper[0]);
+    ASSERT_TRUE(desktop.until([&] { return desktop.height(applications[1]) < desktop.height(applications[0]); }));
+    EXPECT_TRUE(desktop.until(stands));
+    const xcb_window_t late = desktop.client.open({.title = "late", .frame = makeRect(500, 200, 200, 200)});
+    ASSERT_TRUE(desktop.until([&] { return seen.isViewable(late); }));
+    EXPECT_TRUE(desktop.until([&] { return stands() && desktop.isBelow(desktop.underlay(), {late}); }));
+
+    // Lists and focus.
+    const Windows mine = desktop.overlay();
+    if (desktop.hasManager()) {
+        EXPECT_TRUE(desktop.until(
+            [&] { return std::ranges::count(seen.numbers(seen.root(), "_NET_CLIENT_LIST_STACKING"), late) == 1; }));
+    }
+    for (const char* list : {"_NET_CLIENT_LIST", "_NET_CLIENT_LIST_STACKING"}) {
+        const auto listed = seen.numbers(seen.root(), list);
+        for (const xcb_window_t window : mine) EXPECT_EQ(std::ranges::count(listed, window), 0) << list;
+    }
+    const xcb_window_t focus = seen.focus();
+    desktop.server.start({"/usr/bin/xdotool", "mousemove", "30", "303", "mousemove", "90", "476", "click", "1"}).wait();
+    desktop.server.start({"/usr/bin/xdotool", "mousemove", "770", "229", "click", "1"}).wait();
+    EXPECT_TRUE(desktop.until([&] { return !desktop.agent.calls().empty(); })) << "the plus of a footer was clicked";
+    EXPECT_EQ(std::ranges::count(mine, seen.focus()), 0) << "the focus was with " << focus;
+
+    // Clicks: on the button of the empty tile, beside it, on the backdrop, on a footer.
+    const Windows emptyTile = desktop.overlay("KOVA empty tile"), footers = desktop.overlay("KOVA footer");
+    ASSERT_EQ(emptyTile.size(), 1u);
+    desktop.client.unmap(late);
+    desktop.client.unmap(applications[0]);
+    desktop.client.unmap(applications[1]);
+    EXPECT_TRUE(desktop.until([&] { return std::ranges::count(footers, desktop.clickedAt(300, 475)) == 1; }));
+    EXPECT_TRUE(desktop.until([&] { return desktop.clickedAt(250, 412) == emptyTile[0]; }));
+    for (const auto& [x, y] : {std::pair(30, 340), std::pair(300, 100), std::pair(3, 3), std::pair(496, 200)}) {
+        EXPECT_EQ(std::ranges::count(mine, desktop.clickedAt(x, y)), 0) << x << ", " << y;
+    }
+
+    desktop.agent.hangUp();
+    desktop.agent.setState(nullptr); // what follows is not understood
+    EXPECT_TRUE(desktop.until([&] { return desktop.overlay().empty(); })) << "without an agent nothing is shown";
+}
+
+TEST_P(RealManagers, OverlayKeepsItsPlaceWhenTheWindowManagerStartsAnew) {
+    Desktop desktop(GetParam());
+    const Windows applications{desktop.client.open({.title = "editor", .frame = makeRect(20, 150, 300, 200)}),
+                               desktop.client.open({.title = "mail", .frame = makeRect(100, 180, 300, 250)})};
+    const auto stands = [&] {
+        return desktop.underlay().size() == 6 &&
+               std::ranges::all_of(applications,
+                                   [&](xcb_window_t window) { return desktop.client.isViewable(window); }) &&
+               desktop.isBelow(desktop.underlay(), applications);
+    };
+    ASSERT_TRUE(desktop.until(stands));
+    desktop.endManager();
+    EXPECT_TRUE(desktop.until(stands));
+    desktop.startManager();
+    EXPECT_TRUE(desktop.until(stands));
+}
+
+TEST_P(RealWindows, HighlightIsAboveAndTransparentToClicks) {
+    Desktop desktop(GetParam());
+    const xcb_window_t editor = desktop.client.open({.title = "editor", .frame = makeRect(20, 60, 300, 200)});
+    ASSERT_TRUE(desktop.until([&] { return desktop.client.isViewable(editor) && desktop.underlay().size() == 6; }));
+    desktop.agent.change("drag", {{"window", "1"}, {"display", "d1"}, {"tile", "d1::primary"}});
+    ASSERT_TRUE(desktop.until([&] { return desktop.overlay("KOVA drop target").size() == 1; }));
+    const Windows highlight = desktop.overlay("KOVA drop target");
+    EXPECT_TRUE(desktop.until([&] { return desktop.isBelow({editor}, highlight); }));
+    EXPECT_NE(desktop.clickedAt(160, 160), highlight[0]);
+    desktop.agent.change("drag", nullptr);
+    EXPECT_TRUE(desktop.until([&] { return desktop.overlay("KOVA drop target").empty(); }));
+}
+
+TEST(RealDisplays, OverlayIsWhereTheFirstDisplayIs) {
+    if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is missing";
+    Desktop desktop(kSessions.front(), "1600x500");
+    const auto run = [&](std::vector<std::string> command) { ASSERT_EQ(desktop.server.start(command).wait(), 0); };
+    const auto stands = [&](double left) {
+        const Windows overlay = desktop.overlay();
+        const bool isThere = std::ranges::all_of(overlay, [&](xcb_window_t window) {
+            const CGRect area = desktop.client.area(window);
+            return minX(area) >= left && maxX(area) <= left + 800;
+        });
+        return overlay.size() == 7 && isThere;
+    };
+    EXPECT_TRUE(desktop.until([&] { return stands(0); })) << "one display";
+    run({"xrandr", "--setmonitor", "left", "800/200x500/125+0+0", "screen"});
+    run({"xrandr", "--setmonitor", "*right", "800/200x500/125+800+0", "none"});
+    EXPECT_TRUE(desktop.until([&] { return stands(800); })) << "the primary one is on the right";
+    run({"xrandr", "--delmonitor", "right"});
+    EXPECT_TRUE(desktop.until([&] { return stands(0); })) << "the left one alone";
+}
+
+const auto nameOf = [](const auto& session) {
+    std::string name = session.param.name;
+    std::ranges::replace(name, ' ', '_');
+    return name;
+};
+INSTANTIATE_TEST_SUITE_P(Desktops, RealWindows, ::testing::ValuesIn(kSessions), nameOf);
+INSTANTIATE_TEST_SUITE_P(Desktops, RealManagers, ::testing::ValuesIn(kSessions.begin() + 1, kSessions.end()), nameOf);
+
+} // namespace kova::ui::testing
