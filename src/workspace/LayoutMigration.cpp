@@ -142,7 +142,11 @@ LayoutMigration migrate(const TileAssignments& before, const std::string& displa
     }
     for (const Occupant& occupant : all) {
         if (occupant.newSlotID) continue;
-        const std::string target = prefix + nearestSlot(occupant.place, newTiles);
+        std::string target = prefix + nearestSlot(occupant.place, newTiles);
+        if (const auto front = result.assignments.assignedWindowIDs.find(target);
+            front != result.assignments.assignedWindowIDs.end()) {
+            target = *result.assignments.targetOf(front->second); // the tiles of a span share the stack of its anchor
+        }
         std::vector<std::string> members = occupant.stack;
         if (occupant.front && std::find(members.begin(), members.end(), *occupant.front) == members.end()) {
             members.insert(members.begin(), *occupant.front);

@@ -326,6 +326,7 @@ class WorkspaceController {
     void presentRegained();
     void returnStrandedFloats();
     void migrateChangedDisplays();
+    void migrateFromMissingTiles();
     void noteMovedByUser(const std::string& windowID);
     void displaysSettled();
     bool isAwaitedHome(const std::string& windowID) const;

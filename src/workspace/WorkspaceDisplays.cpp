@@ -157,7 +157,12 @@ void WorkspaceController::migrateChangedDisplays() {
         std::erase_if(migration.displacedWindowIDs, [this](const auto& w) { return assignments_.isAssigned(w); });
         presentDisplaced(migration.displacedWindowIDs);
     }
-    // What is remembered of another time may name tiles that a display of another size does not have.
+    migrateFromMissingTiles();
+    publishAssignments();
+}
+
+/// Assignments of an earlier time may name tiles that the layout of now does not have.
+void WorkspaceController::migrateFromMissingTiles() {
     for (const auto& screen : *state_.screens) {
         const std::string id = displayID(screen);
         const LayoutDefinition& layout = layouts_.resolve(screen, *state_.profile, catalogue());
@@ -168,7 +173,6 @@ void WorkspaceController::migrateChangedDisplays() {
         assignments_ = std::move(migration.assignments);
         presentDisplaced(migration.displacedWindowIDs);
     }
-    publishAssignments();
 }
 
 void WorkspaceController::noteMovedByUser(const std::string& windowID) {
@@ -236,7 +240,8 @@ std::vector<std::string> WorkspaceController::placeHomelessFronts() {
     for (const auto& [displayID, held] : displays_.absentDisplays()) {
         for (const auto& [target, windowID] : held.assignedWindowIDs) {
             const auto slot = slotIDOn(displayID, target);
-            const auto now = assignments_.targetOf(windowID);
+            auto now = assignments_.targetOf(windowID);
+            if (!now) now = assignments_.stackTargetOf(windowID); // it waits behind another window
             const bool hasTile = (now && screenOfTarget(*now)) || held.targetOf(windowID) != target;
             if (slot && !hasTile) homeless.emplace_back(*slot, windowID);
         }

@@ -93,7 +93,8 @@ Outcome WorkspaceController::undoLastAction() {
 void WorkspaceController::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot) {
     assignments_ = snapshot.tiles;
     tileMemory_.spaces() = snapshot.spaces; // of another Space, perhaps
-    (void)tileMemory_.spaces().restore(liveWindows_.all(), liveWindows_.shownSpace(), assignments_);
+    const bool isAnotherSpace =
+        tileMemory_.spaces().restore(liveWindows_.all(), liveWindows_.shownSpace(), assignments_);
     displays_.restate(assignments_);
     state_.floatingWindowIDs.set(snapshot.floatingWindowIDs);
     std::set<std::string> connected;
@@ -115,6 +116,7 @@ void WorkspaceController::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snaps
     tileMemory_.homes() = snapshot.layoutHomes;
     if (snapshot.learning) arranger_.setLearning(snapshot.learning);
     layouts_.invalidateAll();
+    if (isAnotherSpace) migrateFromMissingTiles(); // its windows were last placed with the layout of that time
     noteTilesMoved();
     for (ManagedWindow& window : liveWindows_) restoreWindow(window, snapshot);
     hideAsIn(snapshot); // last, so that a window minimized beside its hidden application does not count as hidden

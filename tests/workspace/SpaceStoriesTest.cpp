@@ -142,6 +142,16 @@ TEST_P(Spaces, FocusModeLastsAndIsLeftProperly) {
     desk.expectTiles(picture);
 }
 
+TEST_P(Spaces, FocusModeThatEndsElsewhereLeavesTheWindowsThereInTilesOfTheLayoutOfNow) {
+    show(1).opens("Maps").opens("Codex").arrange().layout("jarvis.command-center").zoom();
+    ASSERT_TRUE(desk.state().focusMode->has_value());
+    show(0).settle();
+    picture = desk.tiles();
+    desk.zoom();
+    EXPECT_FALSE(desk.state().focusMode->has_value());
+    desk.expectTiles(picture);
+}
+
 TEST_P(Spaces, AWindowWithoutATileGetsItsFrameBackWhenFocusModeEndedElsewhere) {
     desk.opens("Maps", {.frame = makeRect(300, 300, 800, 600)}).settle();
     desk.desktop.focusByHand("Maps");

@@ -114,4 +114,19 @@ TEST(LayoutMigration, WhatHasNoTileWaitsBehindTheNearestAndASpanShrinksToItsAnch
     EXPECT_EQ(result.displacedWindowIDs, IDs{"last"});
 }
 
+TEST(LayoutMigration, WhatHasNoTileBesideASpanWaitsInTheStackOfItsAnchor) {
+    const ShownLayout next{"three", row({"a", "b", "c"})};
+    TileAssignments wide;
+    (void)wide.assign("wide", {"D::a", "D::b", "D::c"});
+    TileAssignments other;
+    (void)other.assign("other", {"D::c"});
+    TileAssignments before;
+    (void)before.assign("wide", {"D::only"});
+    before.stackWindowIDsByTarget["D::only"] = {"wide", "other"};
+    const auto result =
+        migrateHomes(before, "D", {{next, wide}, {{"another three", row({"d", "e", "c"})}, other}}, next).assignments;
+    EXPECT_EQ(result.targetsAnchorFirst("wide"), (IDs{"D::a", "D::b", "D::c"}));
+    EXPECT_EQ(result.stackWindowIDsByTarget, (std::map<std::string, IDs>{{"D::a", {"wide", "other"}}}));
+}
+
 } // namespace

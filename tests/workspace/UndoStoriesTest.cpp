@@ -123,6 +123,30 @@ TEST(UndoAndFocusStories, AStepBackWhileADisplayIsAwayLeavesNoVisibleWindowWitho
     desk.expectTiles("Codex 15,15 1254x1382 | - || Mail 2575,15 934x1022 | -");
 }
 
+TEST(UndoAndFocusStories, AVisibleWindowThatWaitsInAStackIsNotPlacedWhileItsDisplayIsAway) {
+    for (const bool byUndo : {false, true}) {
+        Desk desk;
+        desk.display(2560, 1440).layout("jarvis.triple-strip").display(1920, 1080).layout("jarvis.dual-split");
+        desk.opens("Mail", {.frame = makeRect(2700, 60, 800, 600)});
+        desk.opens("Codex", {.frame = makeRect(50, 60, 800, 600)}).arrange();
+        desk.desktop.removeDisplay("B");
+        desk.settle();
+        desk.perform(command::Place{desk.desktop.windowIDOf("Codex"),
+                                    *desk.controller().assignments().targetOf(desk.desktop.windowIDOf("Mail"))});
+        desk.desktop.focusByHand("Mail");
+        desk.settle();
+        const std::string before = desk.tiles();
+        if (byUndo) {
+            desk.arrange().undo();
+        } else {
+            desk.desktop.setPanels("A", makeRect(0, 40, 0, 0));
+            desk.settle().desktop.setPanels("A", {});
+            desk.settle();
+        }
+        desk.expectTiles(before);
+    }
+}
+
 TEST(UndoAndFocusStories, TheSecondPassOfAnArrangementLeavesAWindowInTheUsersHold) {
     Desk desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail", {.isMinimized = true}).opens("Codex").start();
