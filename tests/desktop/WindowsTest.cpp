@@ -246,8 +246,8 @@ TEST(WindowsOfASlowManager, AreMinimizedAndHiddenAsTheyWereAskedLast) {
         desk.server().resumeManager();
         // Once the manager shows a later window it has done all before it.
         const auto probe = other->open({.title = "Probe " + std::to_string(probes++)});
-        EXPECT_TRUE(desk.runUntil([&] { return other->isViewable(probe); }));
-        EXPECT_TRUE(desk.runUntil([&] { return isAsAsked(requests.back()); })) << requests;
+        ASSERT_TRUE(desk.runUntil([&] { return other->isViewable(probe); })) << requests;
+        ASSERT_TRUE(desk.runUntil([&] { return isAsAsked(requests.back()); })) << requests;
         other->destroy(probe);
     }
 }
