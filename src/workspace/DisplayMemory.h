@@ -67,8 +67,8 @@ class DisplayMemory {
     /// The user has chosen what the display shows.
     void forgetLayouts(const std::string& displayID);
 
-    /// Windows that are in front again of tiles that they had lost, and windows that wait again, until somebody shows
-    /// and hides them.
+    /// Windows that are in front again of tiles that they had lost, and windows that wait again, until the caller
+    /// shows and hides them.
     void noteRegained(const std::vector<std::string>& fronts, const std::vector<std::string>& waiting);
     bool hasRegained() const { return !regainedFronts_.empty() || !regainedWaiting_.empty(); }
     struct Regained {

@@ -139,7 +139,7 @@ std::string WorkspaceController::permissionProblem() const {
     return windowService_->stalePermission().value_or("Accessibility permission is required");
 }
 
-/// For operations that move or raise windows, which nobody sees on a dark or locked screen.
+/// For operations that move or raise windows, which cannot be seen on a dark or locked screen.
 Outcome WorkspaceController::requireWindowAccess() {
     const bool isGranted = *state_.permissionState == AccessibilityPermissionState::granted;
     return isGranted ? requireVisibleScreen() : refuse(permissionProblem());

@@ -91,7 +91,7 @@ void WorkspaceController::noteDisplaysThatCameAndWent(const std::set<std::string
     // Without a look at the tiles: what the displays showed before is still to be compared with what they show now.
     state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
     state_.stackWindowIDsByTarget.set(assignments_.stackWindowIDsByTarget);
-    session_.noteChange(); // who is away is of the record, too
+    session_.noteChange(); // the record names the displays that are away, too
 }
 
 /// It is the same display, as far as anybody can tell, in another size or at another place.

@@ -75,7 +75,7 @@ void WorkspaceController::applyDividerDrag() {
     layouts_.invalidate(drag.target.displayID);
     writeInteractiveFrames(drag.target.displayID);
     services_.accessibility.flush();
-    noteTilesMoved(); // the windows first, then who draws around them
+    noteTilesMoved(); // the windows first, then what is drawn around them
 }
 
 void WorkspaceController::writeInteractiveFrames(const std::string& id) {

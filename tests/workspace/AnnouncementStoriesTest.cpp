@@ -1,4 +1,4 @@
-// A desktop on which applications answer and announce, as on a Mac: who is asked how often.
+// A desktop on which applications answer and announce, as on a Mac: how often each one is asked.
 #include "app/WindowDragCoordinator.h"
 #include "tests/harness/Desk.h"
 #include "windowing/WindowHold.h"

@@ -321,7 +321,7 @@ class RandomDay {
         if (desktop.screens().empty()) desk_.display(2560, 1440);
         if (wasAway) desk_.advance(Seconds(14));
     }
-    /// When all answers again and nobody interferes, the desk comes to rest and
+    /// When all answers again and nothing interferes, the desk comes to rest and
     /// stays there.
     void checkRest() {
         auto& desktop = desk_.desktop;
