@@ -4,7 +4,7 @@
 
 #include "persistence/MemoryPreferencesStore.h"
 #include "platform/linux/SerialWorkQueue.h"
-#include "tests/desktop/Desk.h"
+#include "tests/desktop/DesktopUnderTest.h"
 #include "windowing/AlertServicing.h"
 #include "workspace/WorkspaceController.h"
 
@@ -34,13 +34,13 @@ struct RealWorkspace {
         xcb_flush(other->connection());
     }
 
-    testing::Desk desk{testing::Manager::none, "2560x1440"};
+    testing::DesktopUnderTest desk{testing::Manager::none, "2560x1440"};
     std::unique_ptr<testing::TestClient> client = desk.client("Bench", 4001);
     std::unique_ptr<testing::TestClient> other = desk.client("Other", 4002);
     std::vector<xcb_window_t> windows;
     X11Desktop& desktop = desk.openDesktop();
     UnlockedSession session;
-    UnansweredAlerts alerts;
+    NullAlerts alerts;
     MemoryPreferencesStore preferences;
     SerialWorkQueue polling{"polling"};
     WorkspaceController controller{WorkspaceServices{.accessibility = desktop,

@@ -36,7 +36,7 @@ void WindowDragCoordinator::removeMonitor() {
 }
 
 std::optional<OverlayDrag> WindowDragCoordinator::dragAt(CGPoint location) const {
-    const bool isMoving = grip_ && !letGo_ && grip_->movement == WorkspaceController::HandMovement::move;
+    const bool isMoving = grip_ && !letGo_ && grip_->movement == WorkspaceController::WindowDragKind::move;
     if (!isMoving) return std::nullopt;
     return OverlayDrag{grip_->windowID, displayUnder(location), *workspace_.state().dropTargetSlotID};
 }
@@ -115,12 +115,12 @@ bool WindowDragCoordinator::isAtRest(CGPoint location) const {
     return std::hypot(location.x - grip_->pointer.x, location.y - grip_->pointer.y) <= kFrameTolerancePoints;
 }
 
-std::optional<WorkspaceController::HandMovement> WindowDragCoordinator::movement() const {
+std::optional<WorkspaceController::WindowDragKind> WindowDragCoordinator::movement() const {
     const auto frame = workspace_.currentFrame(grip_->windowID);
     if (!frame || nearlyEqual(*frame, grip_->frame, kFrameTolerancePoints)) return std::nullopt;
     const bool isResized = std::abs(frame->size.width - grip_->frame.size.width) > kFrameTolerancePoints ||
                            std::abs(frame->size.height - grip_->frame.size.height) > kFrameTolerancePoints;
-    return isResized ? WorkspaceController::HandMovement::resize : WorkspaceController::HandMovement::move;
+    return isResized ? WorkspaceController::WindowDragKind::resize : WorkspaceController::WindowDragKind::move;
 }
 
 void WindowDragCoordinator::moved(CGPoint location) {
@@ -159,7 +159,7 @@ void WindowDragCoordinator::finishLettingGo() {
     const LetGo where = *std::exchange(letGo_, std::nullopt);
     moved(where.location); // a window that is slower than a quick hand has moved only now
     if (!grip_->isDragging) return letGoUnmoved();
-    const auto what = movement().value_or(WorkspaceController::HandMovement::move);
+    const auto what = movement().value_or(WorkspaceController::WindowDragKind::move);
     grip_.reset();
     workspace_.endWindowDrag(where.location, what, where.lettingGo);
 }

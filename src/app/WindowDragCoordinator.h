@@ -40,7 +40,7 @@ class WindowDragCoordinator {
         CGRect frame{};    // window-service space, when the button went down
         CGPoint pointer{}; // screen space, at the same moment
         bool isDragging = false;
-        std::optional<WorkspaceController::HandMovement> movement{}; // while dragging
+        std::optional<WorkspaceController::WindowDragKind> movement{}; // while dragging
     };
     void handle(const PointerEvent& event);
     void pressed(CGPoint location);
@@ -56,7 +56,7 @@ class WindowDragCoordinator {
     void showDrag(std::optional<OverlayDrag> drag);
     std::optional<std::string> displayUnder(CGPoint location) const;
     /// What the hand has done to the window so far; absent when nothing.
-    std::optional<WorkspaceController::HandMovement> movement() const;
+    std::optional<WorkspaceController::WindowDragKind> movement() const;
 
     WorkspaceController& workspace_;
     PointerMonitorServicing& pointer_;

@@ -23,13 +23,13 @@ struct Pair {
 };
 
 /// The planner's working copy of a display.
-struct Desk {
+struct DisplayState {
     const ArrangementDisplay* display;
     std::vector<std::optional<std::size_t>> holder; // by slot: the candidate in front
 };
 
-struct Seat {
-    std::size_t desk;
+struct Assignment {
+    std::size_t displayIndex;
     std::vector<std::size_t> slots; // anchor first
     std::string reason;
 };
@@ -38,7 +38,7 @@ struct Seat {
 using Fit = std::vector<std::size_t>;
 
 /// Whether a large window may take tiles from others.
-enum class Elbows { in, out };
+enum class Displacement { forbidden, allowed };
 
 /// Which of the windows that wait may have a tile.
 enum class Admission { asManyAsTiles, all };
@@ -50,58 +50,59 @@ class Planner {
 
   private:
     enum class Phase { ownDisplay, anyDisplay };
-    void seatClaims();
+    void assignClaims();
     bool hasRoomForAllThatShow() const;
-    void seatWaiting(Phase phase);
-    bool seatOn(std::size_t desk, Phase phase, Elbows elbows, Admission admission = Admission::asManyAsTiles);
-    std::vector<Pair> pairsFor(std::size_t desk, Phase phase, Admission admission) const;
-    std::vector<std::size_t> waitingFor(std::size_t desk, Phase phase) const;
-    std::optional<std::size_t> slotOfWindowAlone(std::size_t desk, Phase phase) const;
+    void assignWaiting(Phase phase);
+    bool assignOn(std::size_t displayIndex, Phase phase, Displacement displacement,
+                  Admission admission = Admission::asManyAsTiles);
+    std::vector<Pair> pairsFor(std::size_t displayIndex, Phase phase, Admission admission) const;
+    std::vector<std::size_t> waitingFor(std::size_t displayIndex, Phase phase) const;
+    std::optional<std::size_t> slotOfWindowAlone(std::size_t displayIndex, Phase phase) const;
     void keepThoseThatComeFirst(std::vector<Pair>& pairs, std::size_t tileCount) const;
     bool outranks(std::size_t candidate, std::size_t other) const;
-    bool isCrowded(std::size_t desk, Phase phase) const;
-    bool isFree(std::size_t desk, std::size_t slot) const;
-    Fit fitFor(std::size_t candidate, std::size_t desk, std::size_t slot) const;
-    bool pushesSomeone(std::size_t desk, const Fit& fit) const;
-    bool isOutrankedByOneWaiting(std::size_t candidate, std::size_t desk, Phase phase) const;
-    bool pushesOneThatComesFirst(std::size_t candidate, std::size_t desk, const Fit& fit) const;
-    void seat(std::size_t candidate, std::size_t desk, const Fit& fit, std::string reason);
+    bool isCrowded(std::size_t displayIndex, Phase phase) const;
+    bool isFree(std::size_t displayIndex, std::size_t slot) const;
+    Fit fitFor(std::size_t candidate, std::size_t displayIndex, std::size_t slot) const;
+    bool pushesSomeone(std::size_t displayIndex, const Fit& fit) const;
+    bool isOutrankedByOneWaiting(std::size_t candidate, std::size_t displayIndex, Phase phase) const;
+    bool pushesOneThatComesFirst(std::size_t candidate, std::size_t displayIndex, const Fit& fit) const;
+    void assign(std::size_t candidate, std::size_t displayIndex, const Fit& fit, std::string reason);
     void vacate(std::size_t candidate);
-    TileRoom roomOn(std::size_t desk) const;
+    TileRoom roomOn(std::size_t displayIndex) const;
     bool isAnyTileFree() const;
     std::optional<AutoArrangePlacement> behindPlacement(std::size_t candidate) const;
-    AutoArrangePlacement frontPlacement(std::size_t candidate, const Seat& seat) const;
+    AutoArrangePlacement frontPlacement(std::size_t candidate, const Assignment& assignment) const;
     std::string describe(std::size_t candidate) const;
 
     const ArrangementInput& input_;
-    std::vector<Desk> desks_;
-    std::vector<std::optional<Seat>> seats_; // by candidate
-    std::vector<bool> isCrowded_;            // by desk: more windows than tiles, when the phase began
-    std::vector<bool> wasDisplaced_;         // once is enough: two windows must not chase each other for ever
-    std::vector<bool> hasClaimed_;           // a rule or the user gave it its tile, which no other window takes
-    std::vector<bool> staysBehind_;          // it waits in the tile that its rule names
+    std::vector<DisplayState> displays_;
+    std::vector<std::optional<Assignment>> assignments_; // by candidate
+    std::vector<bool> isCrowded_;    // by displayIndex: more windows than tiles, when the phase began
+    std::vector<bool> wasDisplaced_; // once is enough: two windows must not chase each other for ever
+    std::vector<bool> hasClaimed_;   // a rule or the user gave it its tile, which no other window takes
+    std::vector<bool> staysBehind_;  // it waits in the tile that its rule names
 };
 
 Planner::Planner(const ArrangementInput& input) :
-    input_(input), seats_(input.candidates.size()), isCrowded_(input.displays.size()),
+    input_(input), assignments_(input.candidates.size()), isCrowded_(input.displays.size()),
     wasDisplaced_(input.candidates.size()), hasClaimed_(input.candidates.size()),
     staysBehind_(input.candidates.size()) {
     for (const auto& display : input.displays) {
-        desks_.push_back({&display, {}});
-        desks_.back().holder.resize(display.solved.slots.size());
+        displays_.push_back({&display, {}});
+        displays_.back().holder.resize(display.solved.slots.size());
     }
 }
 
-bool Planner::isFree(std::size_t desk, std::size_t slot) const {
-    const auto& d = desks_[desk];
+bool Planner::isFree(std::size_t displayIndex, std::size_t slot) const {
+    const auto& d = displays_[displayIndex];
     return !d.holder[slot] && !d.display->reservedSlotIDs.contains(d.display->solved.slots[slot].id);
 }
 
-std::vector<std::size_t> Planner::waitingFor(std::size_t desk, Phase phase) const {
+std::vector<std::size_t> Planner::waitingFor(std::size_t displayIndex, Phase phase) const {
     std::vector<std::size_t> waiting;
     for (std::size_t c = 0; c < input_.candidates.size(); ++c) {
-        const bool isHere = input_.candidates[c].displayID == desks_[desk].display->displayID;
-        if (!seats_[c] && !staysBehind_[c] && (isHere || phase == Phase::anyDisplay)) waiting.push_back(c);
+        const bool isHere = input_.candidates[c].displayID == displays_[displayIndex].display->displayID;
+        if (!assignments_[c] && !staysBehind_[c] && (isHere || phase == Phase::anyDisplay)) waiting.push_back(c);
     }
     return waiting;
 }
@@ -116,10 +117,11 @@ bool Planner::outranks(std::size_t candidate, std::size_t other) const {
     return rank(input_.candidates[candidate]) < rank(input_.candidates[other]);
 }
 
-bool Planner::isCrowded(std::size_t desk, Phase phase) const {
+bool Planner::isCrowded(std::size_t displayIndex, Phase phase) const {
     std::size_t freeCount = 0;
-    for (std::size_t slot = 0; slot < desks_[desk].holder.size(); ++slot) freeCount += isFree(desk, slot) ? 1 : 0;
-    return waitingFor(desk, phase).size() > freeCount;
+    for (std::size_t slot = 0; slot < displays_[displayIndex].holder.size(); ++slot)
+        freeCount += isFree(displayIndex, slot) ? 1 : 0;
+    return waitingFor(displayIndex, phase).size() > freeCount;
 }
 
 /// `pairs` are sorted by score, which decides between windows of one rank.
@@ -136,12 +138,12 @@ void Planner::keepThoseThatComeFirst(std::vector<Pair>& pairs, std::size_t tileC
 }
 
 /// The primary tile, or the one into which the user has put the application; absent when there are other windows.
-std::optional<std::size_t> Planner::slotOfWindowAlone(std::size_t desk, Phase phase) const {
-    const ArrangementDisplay& display = *desks_[desk].display;
+std::optional<std::size_t> Planner::slotOfWindowAlone(std::size_t displayIndex, Phase phase) const {
+    const ArrangementDisplay& display = *displays_[displayIndex].display;
     const auto& slots = display.solved.slots;
-    const auto waiting = waitingFor(desk, phase);
+    const auto waiting = waitingFor(displayIndex, phase);
     const bool isAlone = phase == Phase::ownDisplay && waiting.size() == 1 && display.reservedSlotIDs.empty() &&
-                         std::none_of(desks_[desk].holder.begin(), desks_[desk].holder.end(),
+                         std::none_of(displays_[displayIndex].holder.begin(), displays_[displayIndex].holder.end(),
                                       [](const auto& holder) { return holder.has_value(); });
     if (!isAlone || slots.empty()) return std::nullopt;
     const std::string& key = input_.candidates[waiting.front()].applicationKey;
@@ -153,17 +155,17 @@ std::optional<std::size_t> Planner::slotOfWindowAlone(std::size_t desk, Phase ph
     return primary;
 }
 
-std::vector<Pair> Planner::pairsFor(std::size_t desk, Phase phase, Admission admission) const {
+std::vector<Pair> Planner::pairsFor(std::size_t displayIndex, Phase phase, Admission admission) const {
     // Windows that can be seen come before those that would have to be brought back.
     constexpr double kDeferredPenalty = 1000;
-    const ArrangementDisplay& display = *desks_[desk].display;
-    const auto alone = slotOfWindowAlone(desk, phase);
+    const ArrangementDisplay& display = *displays_[displayIndex].display;
+    const auto alone = slotOfWindowAlone(displayIndex, phase);
     std::vector<Pair> pairs;
     // A tile that would have to grow for the window, at the cost of others, comes after those that need not.
     constexpr double kGrowthPenalty = 50;
     std::size_t freeCount = 0;
-    for (std::size_t s = 0; s < display.solved.slots.size(); ++s) freeCount += isFree(desk, s) ? 1 : 0;
-    for (const std::size_t c : waitingFor(desk, phase)) {
+    for (std::size_t s = 0; s < display.solved.slots.size(); ++s) freeCount += isFree(displayIndex, s) ? 1 : 0;
+    for (const std::size_t c : waitingFor(displayIndex, phase)) {
         const auto& candidate = input_.candidates[c];
         const auto fits = [&](std::size_t s) {
             const CGSize tile = display.solved.frames[s].size;
@@ -171,9 +173,10 @@ std::vector<Pair> Planner::pairsFor(std::size_t desk, Phase phase, Admission adm
                    tile.height - 2 * input_.tileInset >= candidate.minimumSize.height;
         };
         bool fitsAny = false;
-        for (std::size_t s = 0; s < display.solved.slots.size(); ++s) fitsAny = fitsAny || (isFree(desk, s) && fits(s));
+        for (std::size_t s = 0; s < display.solved.slots.size(); ++s)
+            fitsAny = fitsAny || (isFree(displayIndex, s) && fits(s));
         for (std::size_t s = 0; s < display.solved.slots.size(); ++s) {
-            if (!isFree(desk, s) || (alone && s != *alone)) continue;
+            if (!isFree(displayIndex, s) || (alone && s != *alone)) continue;
             ArrangementScore score = scoreOf(candidate, display, s, input_.learning);
             score.isAlone = alone && display.solved.slots.size() > 1 &&
                             canonicalSlotID(display.solved.slots[s].id) == kPrimarySlotID;
@@ -191,13 +194,13 @@ std::vector<Pair> Planner::pairsFor(std::size_t desk, Phase phase, Admission adm
     return pairs;
 }
 
-TileRoom Planner::roomOn(std::size_t desk) const {
-    const ArrangementDisplay& display = *desks_[desk].display;
+TileRoom Planner::roomOn(std::size_t displayIndex) const {
+    const ArrangementDisplay& display = *displays_[displayIndex].display;
     std::vector<TileHolder> holders;
-    for (std::size_t c = 0; c < seats_.size(); ++c) {
-        if (!seats_[c] || seats_[c]->desk != desk) continue;
+    for (std::size_t c = 0; c < assignments_.size(); ++c) {
+        if (!assignments_[c] || assignments_[c]->displayIndex != displayIndex) continue;
         TileHolder holder{input_.candidates[c].window.id, {}, input_.candidates[c].minimumSize};
-        for (const std::size_t slot : seats_[c]->slots) holder.slotIDs.push_back(display.solved.slots[slot].id);
+        for (const std::size_t slot : assignments_[c]->slots) holder.slotIDs.push_back(display.solved.slots[slot].id);
         holders.push_back(std::move(holder));
     }
     return {display.layout, display.visibleFrame.size, input_.tileInset, std::move(holders)};
@@ -205,12 +208,12 @@ TileRoom Planner::roomOn(std::size_t desk) const {
 
 /// The tile alone, or the span that the window needs where not every window would have room otherwise. A window that
 /// had to give way once is not chased again; a full-screen window keeps its tile, but is not in the way while it lasts.
-Fit Planner::fitFor(std::size_t candidate, std::size_t desk, std::size_t slot) const {
-    const Desk& d = desks_[desk];
+Fit Planner::fitFor(std::size_t candidate, std::size_t displayIndex, std::size_t slot) const {
+    const DisplayState& d = displays_[displayIndex];
     const ArrangementDisplay& display = *d.display;
     const auto& slots = display.solved.slots;
     const ArrangementCandidate& wanted = input_.candidates[candidate];
-    const auto needed = roomOn(desk).tilesFor(wanted.window.id, wanted.minimumSize, slots[slot].id);
+    const auto needed = roomOn(displayIndex).tilesFor(wanted.window.id, wanted.minimumSize, slots[slot].id);
     Fit fit{slot};
     bool isBesideFullScreen = false;
     for (std::size_t s = 0; s < slots.size(); ++s) {
@@ -221,84 +224,88 @@ Fit Planner::fitFor(std::size_t candidate, std::size_t desk, std::size_t slot) c
         fit.push_back(s);
     }
     if (!isBesideFullScreen) return fit;
-    return pushesSomeone(desk, fit) ? Fit{} : Fit{slot};
+    return pushesSomeone(displayIndex, fit) ? Fit{} : Fit{slot};
 }
 
-bool Planner::pushesSomeone(std::size_t desk, const Fit& fit) const {
-    return std::any_of(fit.begin(), fit.end(), [&](std::size_t slot) { return desks_[desk].holder[slot].has_value(); });
+bool Planner::pushesSomeone(std::size_t displayIndex, const Fit& fit) const {
+    return std::any_of(fit.begin(), fit.end(),
+                       [&](std::size_t slot) { return displays_[displayIndex].holder[slot].has_value(); });
 }
 
 void Planner::vacate(std::size_t candidate) {
-    Desk& d = desks_[seats_[candidate]->desk];
-    for (const std::size_t slot : seats_[candidate]->slots) d.holder[slot].reset();
-    seats_[candidate].reset();
+    DisplayState& d = displays_[assignments_[candidate]->displayIndex];
+    for (const std::size_t slot : assignments_[candidate]->slots) d.holder[slot].reset();
+    assignments_[candidate].reset();
     wasDisplaced_[candidate] = true;
 }
 
-void Planner::seat(std::size_t candidate, std::size_t desk, const Fit& fit, std::string reason) {
-    Desk& d = desks_[desk];
+void Planner::assign(std::size_t candidate, std::size_t displayIndex, const Fit& fit, std::string reason) {
+    DisplayState& d = displays_[displayIndex];
     for (const std::size_t slot : fit) {
         if (d.holder[slot]) vacate(*d.holder[slot]);
         d.holder[slot] = candidate;
     }
-    seats_[candidate] = Seat{desk, fit, std::move(reason)};
+    assignments_[candidate] = Assignment{displayIndex, fit, std::move(reason)};
 }
 
 bool Planner::isAnyTileFree() const {
-    for (std::size_t desk = 0; desk < desks_.size(); ++desk) {
-        for (std::size_t slot = 0; slot < desks_[desk].holder.size(); ++slot) {
-            if (isFree(desk, slot)) return true;
+    for (std::size_t displayIndex = 0; displayIndex < displays_.size(); ++displayIndex) {
+        for (std::size_t slot = 0; slot < displays_[displayIndex].holder.size(); ++slot) {
+            if (isFree(displayIndex, slot)) return true;
         }
     }
     return false;
 }
 
-bool Planner::isOutrankedByOneWaiting(std::size_t candidate, std::size_t desk, Phase phase) const {
-    const auto waiting = waitingFor(desk, phase);
+bool Planner::isOutrankedByOneWaiting(std::size_t candidate, std::size_t displayIndex, Phase phase) const {
+    const auto waiting = waitingFor(displayIndex, phase);
     return std::any_of(waiting.begin(), waiting.end(), [&](std::size_t other) { return outranks(other, candidate); });
 }
 
-bool Planner::pushesOneThatComesFirst(std::size_t candidate, std::size_t desk, const Fit& fit) const {
+bool Planner::pushesOneThatComesFirst(std::size_t candidate, std::size_t displayIndex, const Fit& fit) const {
     return std::any_of(fit.begin(), fit.end(), [&](std::size_t slot) {
-        const auto& holder = desks_[desk].holder[slot];
+        const auto& holder = displays_[displayIndex].holder[slot];
         return holder && outranks(*holder, candidate);
     });
 }
 
 /// True when a window had to give way.
-bool Planner::seatOn(std::size_t desk, Phase phase, Elbows elbows, Admission admission) {
+bool Planner::assignOn(std::size_t displayIndex, Phase phase, Displacement displacement, Admission admission) {
     bool someoneGaveWay = false;
-    const bool wasCrowded = isCrowded_[desk];
-    for (const Pair& pair : pairsFor(desk, phase, admission)) {
-        if (seats_[pair.candidate] || !isFree(desk, pair.slot)) continue;
-        const Fit fit = fitFor(pair.candidate, desk, pair.slot);
-        const bool pushes = pushesSomeone(desk, fit);
-        if (fit.empty() || (pushes && elbows == Elbows::in)) continue;
-        const bool takesTilesOfOthers = fit.size() > 1 && isOutrankedByOneWaiting(pair.candidate, desk, phase);
-        if (wasCrowded && (takesTilesOfOthers || pushesOneThatComesFirst(pair.candidate, desk, fit))) continue;
+    const bool wasCrowded = isCrowded_[displayIndex];
+    for (const Pair& pair : pairsFor(displayIndex, phase, admission)) {
+        if (assignments_[pair.candidate] || !isFree(displayIndex, pair.slot)) continue;
+        const Fit fit = fitFor(pair.candidate, displayIndex, pair.slot);
+        const bool pushes = pushesSomeone(displayIndex, fit);
+        if (fit.empty() || (pushes && displacement == Displacement::forbidden)) continue;
+        const bool takesTilesOfOthers = fit.size() > 1 && isOutrankedByOneWaiting(pair.candidate, displayIndex, phase);
+        if (wasCrowded && (takesTilesOfOthers || pushesOneThatComesFirst(pair.candidate, displayIndex, fit))) continue;
         someoneGaveWay = someoneGaveWay || pushes;
-        seat(pair.candidate, desk, fit,
-             reasonFor(pair.score, input_.candidates[pair.candidate], desks_[desk].display->solved.slots[pair.slot]));
+        assign(pair.candidate, displayIndex, fit,
+               reasonFor(pair.score, input_.candidates[pair.candidate],
+                         displays_[displayIndex].display->solved.slots[pair.slot]));
     }
     return someoneGaveWay;
 }
 
 bool Planner::hasRoomForAllThatShow() const {
     std::size_t free = 0;
-    for (std::size_t desk = 0; desk < desks_.size(); ++desk) {
-        for (std::size_t slot = 0; slot < desks_[desk].holder.size(); ++slot) free += isFree(desk, slot) ? 1 : 0;
+    for (std::size_t displayIndex = 0; displayIndex < displays_.size(); ++displayIndex) {
+        for (std::size_t slot = 0; slot < displays_[displayIndex].holder.size(); ++slot)
+            free += isFree(displayIndex, slot) ? 1 : 0;
     }
     std::size_t waiting = 0;
-    for (std::size_t c = 0; c < seats_.size(); ++c) waiting += seats_[c] || input_.candidates[c].isDeferred ? 0 : 1;
+    for (std::size_t c = 0; c < assignments_.size(); ++c)
+        waiting += assignments_[c] || input_.candidates[c].isDeferred ? 0 : 1;
     return free > waiting;
 }
 
 /// Windows whose tile is named by a rule or preferred by the user come before all scores. One that would have to be
 /// brought back takes its tile only when no visible window has to leave the screen for it.
-void Planner::seatClaims() {
+void Planner::assignClaims() {
     for (const TileClaim& claim : tileClaims(input_)) {
         const ArrangementCandidate& candidate = input_.candidates[claim.candidate];
-        if (seats_[claim.candidate]) continue;
+        if (assignments_[claim.candidate]) continue;
         const ArrangementDisplay& display = input_.displays[claim.display];
         const std::string target = tileTargetID(display.displayID, display.solved.slots[claim.slot].id);
         if (!isFree(claim.display, claim.slot)) {
@@ -309,22 +316,22 @@ void Planner::seatClaims() {
         if (candidate.isDeferred && !hasRoomForAllThatShow()) continue;
         const Fit fit = fitFor(claim.candidate, claim.display, claim.slot);
         if (fit.empty() || pushesSomeone(claim.display, fit)) continue;
-        seat(claim.candidate, claim.display, fit, claim.reason);
+        assign(claim.candidate, claim.display, fit, claim.reason);
         hasClaimed_[claim.candidate] = true;
     }
 }
 
-void Planner::seatWaiting(Phase phase) {
-    for (std::size_t desk = 0; desk < desks_.size(); ++desk) {
-        isCrowded_[desk] = isCrowded(desk, phase);
+void Planner::assignWaiting(Phase phase) {
+    for (std::size_t displayIndex = 0; displayIndex < displays_.size(); ++displayIndex) {
+        isCrowded_[displayIndex] = isCrowded(displayIndex, phase);
         // First everyone who can sit down without pushing; then those who cannot. Who gave way looks for another tile.
         bool someoneGaveWay = true;
         while (someoneGaveWay) {
-            seatOn(desk, phase, Elbows::in);
-            someoneGaveWay = seatOn(desk, phase, Elbows::out);
+            assignOn(displayIndex, phase, Displacement::forbidden);
+            someoneGaveWay = assignOn(displayIndex, phase, Displacement::allowed);
         }
         // A tile that a window of higher rank left free, because it does not fit there, goes to the next.
-        seatOn(desk, phase, Elbows::in, Admission::all);
+        assignOn(displayIndex, phase, Displacement::forbidden, Admission::all);
     }
 }
 
@@ -332,19 +339,19 @@ std::string Planner::describe(std::size_t candidate) const {
     return nameOf(input_.candidates[candidate].window);
 }
 
-AutoArrangePlacement Planner::frontPlacement(std::size_t candidate, const Seat& seat) const {
-    const ArrangementDisplay& display = *desks_[seat.desk].display;
+AutoArrangePlacement Planner::frontPlacement(std::size_t candidate, const Assignment& assignment) const {
+    const ArrangementDisplay& display = *displays_[assignment.displayIndex].display;
     AutoArrangePlacement placement;
     placement.window = input_.candidates[candidate].window;
-    for (const std::size_t slot : seat.slots) {
+    for (const std::size_t slot : assignment.slots) {
         placement.claimedTargets.push_back({display.displayID, display.solved.slots[slot]});
     }
     placement.target = placement.claimedTargets.front();
     placement.isDeferred = input_.candidates[candidate].isDeferred || input_.candidates[candidate].isComingBack;
     placement.explanation =
-        describe(candidate) + " → " + placement.target.slot.name + " on " + display.name + ": " + seat.reason;
-    if (seat.slots.size() > 1) {
-        const auto additional = std::to_string(seat.slots.size() - 1);
+        describe(candidate) + " → " + placement.target.slot.name + " on " + display.name + ": " + assignment.reason;
+    if (assignment.slots.size() > 1) {
+        const auto additional = std::to_string(assignment.slots.size() - 1);
         placement.explanation += "; its minimum size does not fit one tile, so it takes " + additional + " more";
     }
     if (placement.isDeferred) placement.explanation += "; it has to be brought back first";
@@ -355,25 +362,27 @@ AutoArrangePlacement Planner::frontPlacement(std::size_t candidate, const Seat& 
 std::optional<AutoArrangePlacement> Planner::behindPlacement(std::size_t candidate) const {
     const auto& behind = input_.candidates[candidate].stackedBehindID;
     if (!behind) return std::nullopt;
-    for (const Desk& desk : desks_) {
-        for (std::size_t slot = 0; slot < desk.display->solved.slots.size(); ++slot) {
-            const DisplayTileTarget target{desk.display->displayID, desk.display->solved.slots[slot]};
+    for (const DisplayState& displayIndex : displays_) {
+        for (std::size_t slot = 0; slot < displayIndex.display->solved.slots.size(); ++slot) {
+            const DisplayTileTarget target{displayIndex.display->displayID, displayIndex.display->solved.slots[slot]};
             if (target.id() != *behind) continue;
             AutoArrangePlacement placement;
             placement.window = input_.candidates[candidate].window;
             placement.isPrimary = false;
-            if (desk.display->reservedSlotIDs.contains(target.slot.id)) {
+            if (displayIndex.display->reservedSlotIDs.contains(target.slot.id)) {
                 placement.target = target;
                 placement.explanation = describe(candidate) + " → behind the full-screen window in " +
-                                        target.slot.name + " on " + desk.display->name + ": it was stacked there";
+                                        target.slot.name + " on " + displayIndex.display->name +
+                                        ": it was stacked there";
                 return placement;
             }
-            if (!desk.holder[slot]) continue;
+            if (!displayIndex.holder[slot]) continue;
             // A spanning window has one stack, at its anchor.
-            const std::size_t anchor = seats_[*desk.holder[slot]]->slots.front();
-            placement.target = {desk.display->displayID, desk.display->solved.slots[anchor]};
-            placement.explanation = describe(candidate) + " → behind " + describe(*desk.holder[slot]) + " in " +
-                                    placement.target.slot.name + " on " + desk.display->name + ": it was stacked there";
+            const std::size_t anchor = assignments_[*displayIndex.holder[slot]]->slots.front();
+            placement.target = {displayIndex.display->displayID, displayIndex.display->solved.slots[anchor]};
+            placement.explanation = describe(candidate) + " → behind " + describe(*displayIndex.holder[slot]) + " in " +
+                                    placement.target.slot.name + " on " + displayIndex.display->name +
+                                    ": it was stacked there";
             return placement;
         }
     }
@@ -381,21 +390,21 @@ std::optional<AutoArrangePlacement> Planner::behindPlacement(std::size_t candida
 }
 
 ArrangementPlan Planner::plan() {
-    seatClaims();
-    seatWaiting(Phase::ownDisplay);
-    seatWaiting(Phase::anyDisplay);
+    assignClaims();
+    assignWaiting(Phase::ownDisplay);
+    assignWaiting(Phase::anyDisplay);
 
     ArrangementPlan plan;
-    for (const Desk& desk : desks_) {
-        for (std::size_t slot = 0; slot < desk.holder.size(); ++slot) {
-            const auto candidate = desk.holder[slot];
-            if (candidate && seats_[*candidate]->slots.front() == slot) {
-                plan.placements.push_back(frontPlacement(*candidate, *seats_[*candidate]));
+    for (const DisplayState& displayIndex : displays_) {
+        for (std::size_t slot = 0; slot < displayIndex.holder.size(); ++slot) {
+            const auto candidate = displayIndex.holder[slot];
+            if (candidate && assignments_[*candidate]->slots.front() == slot) {
+                plan.placements.push_back(frontPlacement(*candidate, *assignments_[*candidate]));
             }
         }
     }
     for (std::size_t c = 0; c < input_.candidates.size(); ++c) {
-        if (seats_[c]) continue;
+        if (assignments_[c]) continue;
         if (auto behind = behindPlacement(c)) {
             plan.placements.push_back(std::move(*behind));
         } else {

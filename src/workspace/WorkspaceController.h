@@ -279,10 +279,10 @@ class WorkspaceController {
     /// The window's frame as it is now, in window-service space; absent when it cannot be read.
     std::optional<CGRect> currentFrame(const std::string& windowID) const;
     /// Where the pointer is, in screen space; and what the hand does with the window.
-    enum class HandMovement { move, resize };
-    void updateWindowDrag(CGPoint pointer, HandMovement movement);
+    enum class WindowDragKind { move, resize };
+    void updateWindowDrag(CGPoint pointer, WindowDragKind movement);
     enum class LettingGo { intoTile, floating };
-    void endWindowDrag(CGPoint pointer, HandMovement movement, LettingGo lettingGo);
+    void endWindowDrag(CGPoint pointer, WindowDragKind movement, LettingGo lettingGo);
     /// Neither dragged nor held any more.
     void cancelWindowDrag();
 

@@ -79,14 +79,14 @@ bool WorkspaceController::beginWindowDrag(const std::string& windowID, const CGR
     return true;
 }
 
-void WorkspaceController::updateWindowDrag(CGPoint pointer, HandMovement movement) {
+void WorkspaceController::updateWindowDrag(CGPoint pointer, WindowDragKind movement) {
     const auto dragged = pointer_.draggedWindow();
     if (!dragged) return;
     pointer_.noteMovement();
-    state_.dropTargetSlotID.set(movement == HandMovement::move ? dropTarget(*dragged, pointer) : std::nullopt);
+    state_.dropTargetSlotID.set(movement == WindowDragKind::move ? dropTarget(*dragged, pointer) : std::nullopt);
 }
 
-void WorkspaceController::endWindowDrag(CGPoint pointer, HandMovement movement, LettingGo lettingGo) {
+void WorkspaceController::endWindowDrag(CGPoint pointer, WindowDragKind movement, LettingGo lettingGo) {
     (void)pointer_.release();
     auto drag = pointer_.endWindowDrag();
     if (!drag) return;
@@ -98,7 +98,7 @@ void WorkspaceController::endWindowDrag(CGPoint pointer, HandMovement movement, 
         const auto before = drag->before.windowFrames.find(windowID);
         if (const auto now = windowService_->readFrame(window->element)) window->frame = *now;
         const bool hadFrame = before != drag->before.windowFrames.end();
-        if (movement == HandMovement::move) {
+        if (movement == WindowDragKind::move) {
             dropWindow(ManagedWindow(*window), pointer, lettingGo, std::move(drag->before));
         } else if (hadFrame && assignments_.isAssigned(windowID)) {
             const CGRect frameBefore = before->second;

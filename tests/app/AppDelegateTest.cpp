@@ -2,7 +2,7 @@
 #include "app/FirstSteps.h"
 #include "persistence/MemoryPreferencesStore.h"
 #include "platform/simulated/SimulatedDesktop.h"
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
 
@@ -86,9 +86,9 @@ class SystemActivity : public ::testing::Test {
         const auto count = workspace.state().dropTargetSlotID.observe([&](const auto& slot) { lit += slot ? 1 : 0; });
         desktop.pressAt(title);
         passes(0.02);
-        desktop.moveHand({title.x < 1280 ? 2000.0 : 500.0, 700}); // over the other tile
+        desktop.movePointer({title.x < 1280 ? 2000.0 : 500.0, 700}); // over the other tile
         passes(0.02);
-        desktop.moveHand(title);
+        desktop.movePointer(title);
         desktop.letGo(ShiftKey::up);
         passes(3);
         EXPECT_LE(lit, 1);
@@ -161,7 +161,7 @@ TEST_F(SystemActivity, TheOverlayIsShownFromStartToStopAndRefreshedOnResume) {
     const CGRect frame = desktop.window("Mail").frame;
     desktop.pressAt({minX(frame) + 200, minY(frame) + 5});
     passes(0.02);
-    desktop.moveHand({minX(frame) + 260, minY(frame) + 105});
+    desktop.movePointer({minX(frame) + 260, minY(frame) + 105});
     passes(0.02);
     EXPECT_TRUE(contents().drag);
     undergoes({screenDidLock});
@@ -260,7 +260,7 @@ TEST(AppDelegate, HearsOnceThePermissionIsGiven) {
     const CGRect frame = desktop.window("Mail").frame;
     desktop.pressAt({minX(frame) + 200, minY(frame) + 5});
     desktop.queue().runDue();
-    desktop.moveHand({1300, 500});
+    desktop.movePointer({1300, 500});
     desktop.queue().runDue();
     EXPECT_TRUE(delegate.workspace().state().dropTargetSlotID->has_value());
     desktop.letGo();
@@ -284,7 +284,7 @@ TEST(AppDelegate, WatchesTheHandWhileTheWorkspaceIsStarted) {
         EXPECT_EQ(desktop.handles().size(), 1U);
         desktop.pressAt({300, 110});
         desktop.queue().runDue();
-        desktop.moveHand({400, 200});
+        desktop.movePointer({400, 200});
         desktop.queue().runDue();
         EXPECT_TRUE(workspace.state().dropTargetSlotID->has_value());
         delegate.stopWorkspace();
@@ -293,7 +293,7 @@ TEST(AppDelegate, WatchesTheHandWhileTheWorkspaceIsStarted) {
         desktop.letGo();
         desktop.queue().advance(Seconds(30));
         EXPECT_EQ(desktop.queue().pendingCount(), 0U);
-        desktop.moveByHand("Mail", makeRect(100, 100, 500, 400));
+        desktop.userMoves("Mail", makeRect(100, 100, 500, 400));
     }
     EXPECT_EQ(desktop.brokenPromises(), std::vector<std::string>{});
 }
@@ -301,14 +301,14 @@ TEST(AppDelegate, WatchesTheHandWhileTheWorkspaceIsStarted) {
 } // namespace
 
 TEST(FirstSteps, AreToldUntilTheFirstArrangement) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).opens("Mail").start().settle();
     const auto told = [&](Acquaintance acquaintance) { return firstSteps(acquaintance, desk.controller()); };
     EXPECT_EQ(told(Acquaintance::knowsTheWay), std::nullopt);
     EXPECT_NE(told(Acquaintance::newUser).value_or("").find("“kova arrange”"), std::string::npos);
     desk.arrange();
     EXPECT_EQ(told(Acquaintance::newUser), std::nullopt);
-    Desk wayland;
+    Scenario wayland;
     wayland.desktop.setAbsence("This is a Wayland session.");
     wayland.start().settle();
     EXPECT_EQ(firstSteps(Acquaintance::newUser, wayland.controller()), std::nullopt);

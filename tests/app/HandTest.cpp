@@ -1,7 +1,7 @@
 // The hand on the mouse: the handles between tiles, and windows carried about.
 #include "app/LayoutDividerWindowController.h"
 #include "app/WindowDragCoordinator.h"
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
 
@@ -25,12 +25,12 @@ class Hand : public ::testing::Test {
         EXPECT_TRUE(desk.desktop.handles().empty());
     }
     std::size_t newUndoSteps() { return desk.controller().undoHistory().size() - history; }
-    Hand& presses(CGPoint point, HandGrip grip = HandGrip::titleBar) {
+    Hand& presses(CGPoint point, WindowPart grip = WindowPart::titleBar) {
         desk.desktop.pressAt(point, grip);
         return waits(0.02);
     }
     Hand& moves(CGPoint point) {
-        desk.desktop.moveHand(point);
+        desk.desktop.movePointer(point);
         return waits(0.02);
     }
     Hand& letsGo(ShiftKey shift = ShiftKey::up) {
@@ -54,7 +54,7 @@ class Hand : public ::testing::Test {
         return text;
     }
 
-    Desk desk;
+    Scenario desk;
     OverlayBoard board;
     std::optional<LayoutDividerWindowController> dividers;
     std::optional<WindowDragCoordinator> drags;
@@ -104,7 +104,7 @@ TEST_F(DividerHandles, LeaveTheFootersOfTheTilesAboveThemFree) {
 
 TEST_F(DividerHandles, AreGoneWhileAWindowOwnsTheDisplay) {
     desk.display(1920, 1080, "B").layout("jarvis.dual-split", "B").settle();
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userFocuses("Mail");
     desk.zoom();
     EXPECT_EQ(handles(), "3514,398 12x1032 -");
     desk.zoom();
@@ -113,7 +113,7 @@ TEST_F(DividerHandles, AreGoneWhileAWindowOwnsTheDisplay) {
 
 TEST_F(DividerHandles, OfAnotherDisplayEndTheZoomAndAreDraggedAllTheSame) {
     desk.display(1920, 1080, "B").layout("jarvis.dual-split", "B").settle();
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userFocuses("Mail");
     desk.zoom();
     presses({3520, 500}).moves({3420, 500}).letsGo();
     desk.settle();
@@ -204,7 +204,7 @@ TEST_F(DividerHandles, PassAThousandMovementsOnAtMostSixtyOneTimesASecond) {
     presses({1280, 700});
     const auto revision = *desk.state().layoutRevision;
     for (int i = 1; i <= 1000; ++i) {
-        desk.desktop.moveHand({1280 + i * 0.5, 700});
+        desk.desktop.movePointer({1280 + i * 0.5, 700});
         waits(0.001);
     }
     EXPECT_LE(*desk.state().layoutRevision - revision, 61);
@@ -232,12 +232,12 @@ TEST_F(CarriedWindows, LandInTheTileWhereTheyAreDropped) {
 }
 
 TEST_F(CarriedWindows, MayBeSlowerThanTheHand) {
-    presses({1400, 30}, HandGrip::nothing).moves({500, 300}).letsGo();
-    desk.desktop.moveByHand("Mail", makeRect(391, 285, 1254, 1382));
+    presses({1400, 30}, WindowPart::nothing).moves({500, 300}).letsGo();
+    desk.desktop.userMoves("Mail", makeRect(391, 285, 1254, 1382));
     desk.settle();
     desk.expectTiles("Mail 15,15 1254x1382 + Codex | -");
-    presses({100, 30}, HandGrip::nothing).moves({1900, 300}).letsGo();
-    presses({100, 30}, HandGrip::nothing);
+    presses({100, 30}, WindowPart::nothing).moves({1900, 300}).letsGo();
+    presses({100, 30}, WindowPart::nothing);
     desk.settle();
     letsGo();
     desk.expectTiles("Mail 15,15 1254x1382 + Codex | -"); // nothing is left of the first time for the second
@@ -269,10 +269,10 @@ TEST_F(CarriedWindows, FloatWithShiftUntilTheyAreDroppedOnATileOrArranged) {
 }
 
 TEST_F(CarriedWindows, TakeTheDividerAlongWithinMinimumsWhenPulledAtAnEdge) {
-    presses({1268, 700}, HandGrip::rightEdge).moves({1468, 900}).letsGo();
+    presses({1268, 700}, WindowPart::rightEdge).moves({1468, 900}).letsGo();
     desk.settle();
     desk.expectTiles("Codex 15,15 1454x1382 | Mail 1491,15 1054x1382");
-    presses({1492, 700}, HandGrip::leftEdge).moves({2540, 700}).letsGo();
+    presses({1492, 700}, WindowPart::leftEdge).moves({2540, 700}).letsGo();
     desk.settle();
     desk.expectTiles("Codex 15,15 2198x1382 | Mail 2235,15 310x1382");
     EXPECT_EQ(newUndoSteps(), 2U);
@@ -297,8 +297,8 @@ TEST_F(CarriedWindows, AreLeftAloneFromThePressOnThoughNobodyHasHeardYetThatThey
     // Pressed while its placement is still looked after.
     ASSERT_TRUE(desk.controller().placeWindow(desk.desktop.windowIDOf("Mail"), desk.targetID("A", "secondary-1"),
                                               WorkspaceController::Focusing::no));
-    presses({1400, 30}, HandGrip::nothing);
-    desk.desktop.moveByHand("Mail", makeRect(391, 285, 1254, 1382));
+    presses({1400, 30}, WindowPart::nothing);
+    desk.desktop.userMoves("Mail", makeRect(391, 285, 1254, 1382));
     for (int i = 0; i < 20; ++i) {
         waits(0.1);
         ASSERT_EQ(desk.desktop.describeWindow(desk.desktop.window("Mail")), "Mail 391,285 1254x1382");
@@ -307,8 +307,8 @@ TEST_F(CarriedWindows, AreLeftAloneFromThePressOnThoughNobodyHasHeardYetThatThey
     letsGo();
     desk.settle();
     desk.expectTiles(kHalves);
-    presses({1400, 30}, HandGrip::nothing).moves({500, 300});
-    desk.desktop.moveByHand("Mail", makeRect(391, 285, 1254, 1382));
+    presses({1400, 30}, WindowPart::nothing).moves({500, 300});
+    desk.desktop.userMoves("Mail", makeRect(391, 285, 1254, 1382));
     waits(2).letsGo();
     desk.settle();
     desk.expectTiles("Mail 15,15 1254x1382 + Codex | -");
@@ -316,30 +316,30 @@ TEST_F(CarriedWindows, AreLeftAloneFromThePressOnThoughNobodyHasHeardYetThatThey
 
 TEST_F(CarriedWindows, ReturnHoweverOftenTheyAreDroppedAtTheSamePlace) {
     for (int i = 0; i < 6; ++i) {
-        presses({1400, 30}, HandGrip::nothing);
-        desk.desktop.moveByHand("Mail", makeRect(1391, 285, 1254, 1382));
+        presses({1400, 30}, WindowPart::nothing);
+        desk.desktop.userMoves("Mail", makeRect(1391, 285, 1254, 1382));
         letsGo().waits(0.1);
         EXPECT_EQ(desk.tiles(), kHalves) << i;
     }
     desk.settle();
     desk.expectTiles(kHalves);
     // Not even the agent's end leaves it where a hand was that is no longer watched.
-    presses({1400, 30}, HandGrip::nothing);
-    desk.desktop.moveByHand("Mail", makeRect(1391, 285, 1254, 1382));
+    presses({1400, 30}, WindowPart::nothing);
+    desk.desktop.userMoves("Mail", makeRect(1391, 285, 1254, 1382));
     drags->removeMonitor();
     desk.settle();
     desk.expectTiles(kHalves);
 }
 
 TEST_F(CarriedWindows, AreNotThoseThatMoveUnderAHandAtRest) {
-    presses({1400, 30}, HandGrip::nothing);
-    desk.desktop.moveByHand("Mail", makeRect(300, 300, 800, 600));
+    presses({1400, 30}, WindowPart::nothing);
+    desk.desktop.userMoves("Mail", makeRect(300, 300, 800, 600));
     moves({1401, 31}).letsGo();
     EXPECT_EQ(*desk.state().dropTargetSlotID, std::nullopt);
     desk.settle();
     desk.expectTiles(kHalves);
     // Nor do clicks and selected text move anything.
-    presses({400, 400}, HandGrip::nothing).moves({1900, 500}).letsGo();
+    presses({400, 400}, WindowPart::nothing).moves({1900, 500}).letsGo();
     desk.settle();
     desk.expectTiles(kHalves);
     EXPECT_EQ(newUndoSteps(), 0U);

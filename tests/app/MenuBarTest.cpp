@@ -179,11 +179,11 @@ TEST_F(MenuBar, OffersWhatCanBeDoneNow) {
     EXPECT_FALSE(isEnabled("Focus Left"));
 
     for (const char* name : {"Mail", "Notes", "Chat"}) opens(name);
-    desktop.focusByHand("Mail");
+    desktop.userFocuses("Mail");
     EXPECT_TRUE(choose("Arrange Windows into Zones"));
     EXPECT_EQ(message(), "Windows arranged into zones — Undo is available");
     EXPECT_TRUE(isEnabled("Undo Window Action"));
-    desktop.focusByHand("Mail");
+    desktop.userFocuses("Mail");
     passes(0.6);
     EXPECT_TRUE(isEnabled("Focus Left") && isEnabled("Move Window Right"));
     const std::string front = workspace.focusedWindow()->id;

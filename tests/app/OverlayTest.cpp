@@ -4,7 +4,7 @@
 #include "app/OverlayBoard.h"
 #include "app/TileFooterWindowController.h"
 #include "app/WindowDragCoordinator.h"
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
 
@@ -70,7 +70,7 @@ class Overlay : public ::testing::Test {
     }
     void passes(double seconds) { desk.advance(Seconds(seconds)); }
 
-    Desk desk;
+    Scenario desk;
     OverlayBoard board;
     std::optional<BackdropWindowController> backdrop;
     std::optional<LayoutDividerWindowController> dividers;
@@ -91,7 +91,7 @@ TEST_F(Overlay, FootersNameTheTileAndItsWindowsInStackOrder) {
     EXPECT_EQ(strips(), "Primary: *!Mail Codex | Secondary:");
     desk.cycleStack();
     EXPECT_EQ(strips(), "Primary: *!Codex Mail | Secondary:");
-    desk.desktop.minimizeByHand("Codex");
+    desk.desktop.userMinimizes("Codex");
     desk.settle();
     EXPECT_NE(strips().find("_Codex"), std::string::npos) << strips();
     desk.desktop.setTrusted(false);
@@ -166,11 +166,11 @@ TEST_F(Overlay, ADraggedWindowIsShownUntilItIsReleasedCancelledOrUnwatched) {
     show();
     const std::string over = "Mail over " + desk.displayIDOf("A");
     const auto drags_ = [&](CGPoint point) {
-        desk.desktop.moveHand(point);
+        desk.desktop.movePointer(point);
         passes(0.02);
         return drag();
     };
-    const auto press = [&](CGPoint point, HandGrip grip = HandGrip::titleBar) {
+    const auto press = [&](CGPoint point, WindowPart grip = WindowPart::titleBar) {
         desk.desktop.pressAt(point, grip);
         passes(0.02);
     };
@@ -184,7 +184,7 @@ TEST_F(Overlay, ADraggedWindowIsShownUntilItIsReleasedCancelledOrUnwatched) {
     EXPECT_EQ(drag(), "none") << "at once, though the window may still be on its way";
     desk.settle();
     EXPECT_EQ(strips(), "Primary: *!Mail Codex | Secondary:");
-    press({1268, 700}, HandGrip::rightEdge);
+    press({1268, 700}, WindowPart::rightEdge);
     EXPECT_EQ(drags_({1468, 700}), "none") << "a resize has no target";
     desk.desktop.letGo();
     desk.settle();
@@ -204,7 +204,7 @@ TEST_F(Overlay, DividersTellOfThePointerOnThem) {
     EXPECT_EQ(describeFrame(contents().dividers[0].frame), "1274,10 12x1392");
     const auto moves = [&](CGPoint point) {
         touched = 0;
-        desk.desktop.moveHand(point);
+        desk.desktop.movePointer(point);
         passes(0.02);
         return hands();
     };
@@ -244,8 +244,8 @@ TEST_F(Overlay, TheBackdropHasTheLookAndAMessageStaysOnItsDisplay) {
     EXPECT_EQ(message->text, "Windows arranged into zones — Undo is available");
     EXPECT_EQ(message->displayID, desk.displayIDOf("A"));
     EXPECT_TRUE(message->canUndo);
-    desk.desktop.moveByHand("Mail", makeRect(2600, 100, 800, 600));
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userMoves("Mail", makeRect(2600, 100, 800, 600));
+    desk.desktop.userFocuses("Mail");
     passes(1);
     EXPECT_EQ(contents().message, message);
     passes(4);

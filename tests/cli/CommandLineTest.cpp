@@ -358,7 +358,7 @@ In no tile:
                                            "tile     display-UUID-OF-A::focus-main\n"
                                            "display  display-UUID-OF-A\n");
     EXPECT_EQ(run({"verify"}).out, "2 windows are where requested.\n");
-    desk.desktop.moveByHand("Mail", makeRect(1500, 100, 500, 400)); // and no poll has seen it yet
+    desk.desktop.userMoves("Mail", makeRect(1500, 100, 500, 400)); // and no poll has seen it yet
     const Result drifted = run({"verify"});
     EXPECT_EQ(drifted.code, 1);
     EXPECT_EQ(drifted.out, R"(WINDOW        TILE                            REQUESTED          ACTUAL            STATE
@@ -372,7 +372,7 @@ Mail “Inbox”  display-UUID-OF-A::secondary-1  1291,15 1254x1382  1500,100 50
     EXPECT_EQ(run({"resume"}).out, "KOVA manages windows\n");
     desk.settle();
     EXPECT_EQ(run({"verify"}).code, 0);
-    desk.desktop.moveByHand("Mail", makeRect(1500, 100, 500, 400));
+    desk.desktop.userMoves("Mail", makeRect(1500, 100, 500, 400));
     EXPECT_EQ(json::parse(run({"verify", "--json"}).out)["isAsRequested"], false);
 }
 

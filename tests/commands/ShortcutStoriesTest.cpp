@@ -1,7 +1,7 @@
 // A person at the keyboard: presses become operations of the workspace.
 #include "commands/LayoutShortcutCoordinator.h"
 #include "support/Log.h"
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 #include "windowing/KeyCodes.h"
 
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@ class Keys : public ::testing::Test {
   public:
     Keys() {
         desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
-        desk.desktop.focusByHand("Mail");
+        desk.desktop.userFocuses("Mail");
         desk.settle();
         coordinator.installMonitors();
         desk.settle();
@@ -29,7 +29,7 @@ class Keys : public ::testing::Test {
     }
     std::string layout() { return desk.controller().resolvedLayout(desk.displayIDOf("A"))->id; }
 
-    Desk desk;
+    Scenario desk;
     SimulatedKeyboard& keyboard = desk.desktop.keyboard();
     KovaShortcutSettings settings{desk.preferences};
     LayoutShortcutCoordinator coordinator{desk.controller(), settings, keyboard, desk.desktop.queue()};
@@ -60,7 +60,7 @@ TEST_F(Keys, OneOfThemPausesEverythingAndResumesIt) {
     ASSERT_TRUE(settings.setShortcut({{keyCode::g, kFocus, "G"}}, KovaShortcutAction::pauseOrResume));
     press(keyCode::g, kFocus);
     EXPECT_TRUE(*desk.state().isPaused);
-    desk.desktop.moveByHand("Mail", makeRect(300, 300, 500, 400));
+    desk.desktop.userMoves("Mail", makeRect(300, 300, 500, 400));
     press(keyCode::a, kFocus);
     EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Mail")), "Mail 300,300 500x400");
     EXPECT_FALSE(desk.controller().perform(action::Arrange{}));
@@ -86,7 +86,7 @@ TEST_F(Keys, DriveTheWholeWorkspace) {
     EXPECT_TRUE(desk.state().focusMode->has_value());
     press(keyCode::returnKey, kFocus);
     EXPECT_FALSE(desk.state().focusMode->has_value());
-    desk.desktop.moveByHand("Mail", makeRect(300, 300, 500, 400));
+    desk.desktop.userMoves("Mail", makeRect(300, 300, 500, 400));
     press(keyCode::a, kFocus);
     desk.expectMessage("Windows arranged into zones — Undo is available");
     EXPECT_TRUE(keyboard.takeTyped().empty());

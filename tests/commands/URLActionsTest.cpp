@@ -3,7 +3,7 @@
 #include "commands/URLHandler.h"
 #include "support/Log.h"
 #include "support/Overloaded.h"
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
 #ifdef KOVA_HAS_RAPIDCHECK
@@ -200,7 +200,7 @@ RC_GTEST_PROP(Intents, EverySceneIsReachedByItsURL, ()) {
 
 TEST(URLHandler, DrivesTheWorkspace) {
     using enum URLHandler::Verdict;
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     URLHandler urls(desk.controller(), desk.desktop.queue());
     desk.controller().captureScene("Deep Work");
@@ -233,7 +233,7 @@ TEST(URLHandler, TakesTwentyWithinASecondAndTellsTheLogOfTheRest) {
     using enum URLHandler::Verdict;
     std::vector<std::string> logged;
     setLogWriter([&](LogLevel, const std::string& text) { logged.push_back(text); }, LogLevel::note);
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).start();
     logged.clear();
     {

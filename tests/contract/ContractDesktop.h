@@ -48,7 +48,7 @@ inline const Opening kInbox{"Mail", "Inbox", makeRect(200, 200, 500, 400)};
 
 /// What the test may ask of the person at this desktop.
 enum class Ability {
-    minimizingByHand,
+    minimizingByUser,
     keepingMinimumSizes,
     pluggingInDisplays,
     withdrawingPermission,
@@ -69,8 +69,8 @@ class ContractDesktop {
     virtual pid_t open(const Opening& opening) = 0;
     virtual void retitle(const std::string& title, const std::string& newTitle) = 0;
     virtual void close(const std::string& title) = 0;
-    virtual void moveByHand(const std::string& title, const CGRect& frame) = 0;
-    virtual void minimizeByHand(const std::string& title) = 0;
+    virtual void userMoves(const std::string& title, const CGRect& frame) = 0;
+    virtual void userMinimizes(const std::string& title) = 0;
     /// The application and all its windows are gone at once, as after a crash.
     virtual void crash(const std::string& application) = 0;
     /// Where the desktop has the window, decorations included.
@@ -82,7 +82,7 @@ class ContractDesktop {
     /// The agent lets go of the desktop, while its queue goes on; nothing of the seam may be used any more.
     virtual void letGoOfDesktop() = 0;
     virtual void press(CGPoint point) = 0;
-    virtual void moveHand(CGPoint point) = 0;
+    virtual void movePointer(CGPoint point) = 0;
     virtual void letGo() = 0;
     /// Presses and releases a key while another application has the keyboard; H and J with modifiers are enough.
     virtual void pressKey(KeyCombination combination) = 0;

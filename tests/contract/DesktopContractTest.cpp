@@ -192,7 +192,7 @@ TEST_P(DesktopContract, EveryChangeThatAPollCouldSeeIsCountedAndAnnouncedOnce) {
     };
     const std::vector<Happening> happenings = {
         {"a title", [&] { stage().retitle("Plan", "Plan B"); }},
-        {"a frame", [&] { stage().moveByHand("Plan B", makeRect(90, 110, 430, 330)); }},
+        {"a frame", [&] { stage().userMoves("Plan B", makeRect(90, 110, 430, 330)); }},
         {"the keyboard at another window",
          [&] {
              write(plan, {{Attribute::main, true}});
@@ -263,10 +263,10 @@ TEST_P(DesktopContract, AHandleKeepsTheHandUntilItLetsGo) {
     // Thin, but it can be taken hold of; in part below the window.
     stage().handles().showHandles({{"divider", flipped(makeRect(199, 60, 2, 600), height), LayoutAxis::horizontal}});
     stage().runFor(Seconds(0.2));
-    stage().moveHand({197, 500});
+    stage().movePointer({197, 500});
     stage().press({197, 500});
     EXPECT_TRUE(until([&] { return told == "divider: press "; })) << told;
-    for (const double x : {260.0, 700.0}) stage().moveHand({x, 420});
+    for (const double x : {260.0, 700.0}) stage().movePointer({x, 420});
     EXPECT_TRUE(until([&] { return told == "divider: press move "; })) << told;
     stage().letGo();
     EXPECT_TRUE(until([&] { return told == "divider: press move release "; })) << told;
@@ -275,8 +275,8 @@ TEST_P(DesktopContract, AHandleKeepsTheHandUntilItLetsGo) {
     told.clear();
     EXPECT_TRUE(until([&] { return pointed.ends_with("release "); })) << pointed;
     pointed.clear();
-    stage().moveHand({150, 150});
-    stage().moveHand({199, 200});
+    stage().movePointer({150, 150});
+    stage().movePointer({199, 200});
     stage().press({199, 200});
     EXPECT_TRUE(until([&] { return pointed == "press "; })) << pointed;
     EXPECT_EQ(text({last, {}}), text({flipped(CGPoint{199, 200}, height), {}}));
@@ -287,7 +287,7 @@ TEST_P(DesktopContract, AHandleKeepsTheHandUntilItLetsGo) {
     stage().handles().showHandles({{"other", flipped(makeRect(450, 499, 200, 2), height), LayoutAxis::vertical}});
     stage().runFor(Seconds(0.2));
     for (const double x : {200.0, 500.0}) {
-        stage().moveHand({x, 500});
+        stage().movePointer({x, 500});
         stage().press({x, 500});
         stage().letGo();
     }
@@ -295,8 +295,8 @@ TEST_P(DesktopContract, AHandleKeepsTheHandUntilItLetsGo) {
     told.clear();
     stage().handles().showHandles({});
     stage().runFor(Seconds(0.1));
-    stage().moveHand({500, 600});
-    stage().moveHand({200, 500});
+    stage().movePointer({500, 600});
+    stage().movePointer({200, 500});
     stage().press({200, 500});
     stage().letGo();
     stage().runFor(Seconds(0.3));

@@ -39,10 +39,10 @@ class SimulatedStage final : public ContractDesktop {
         labels_[newTitle] = labels_.at(title);
     }
     void close(const std::string& title) override { desktop_.close(labels_.at(title)); }
-    void moveByHand(const std::string& title, const CGRect& frame) override {
-        desktop_.moveByHand(labels_.at(title), onDesktop(frame));
+    void userMoves(const std::string& title, const CGRect& frame) override {
+        desktop_.userMoves(labels_.at(title), onDesktop(frame));
     }
-    void minimizeByHand(const std::string& title) override { desktop_.minimizeByHand(labels_.at(title)); }
+    void userMinimizes(const std::string& title) override { desktop_.userMinimizes(labels_.at(title)); }
     void crash(const std::string& application) override { desktop_.quit(application); }
     CGRect frame(const std::string& title) override {
         return desktop_.frameForWindowService(desktop_.window(labels_.at(title)));
@@ -53,8 +53,8 @@ class SimulatedStage final : public ContractDesktop {
     }
     void withdrawPermission() override { desktop_.setTrusted(false); }
     void letGoOfDesktop() override {}
-    void press(CGPoint point) override { desktop_.pressAt(onDesktop({point, {}}).origin, HandGrip::nothing); }
-    void moveHand(CGPoint point) override { desktop_.moveHand(onDesktop({point, {}}).origin); }
+    void press(CGPoint point) override { desktop_.pressAt(onDesktop({point, {}}).origin, WindowPart::nothing); }
+    void movePointer(CGPoint point) override { desktop_.movePointer(onDesktop({point, {}}).origin); }
     void letGo() override { desktop_.letGo(); }
     void pressKey(KeyCombination combination) override {
         keyboard_.press(combination.keyCode, combination.modifierFlags);

@@ -70,7 +70,7 @@ TEST_P(DesktopContract, AnElementIsTheSameAsLongAsItsWindowLives) {
     stage().retitle("Plan", "Plan B — “final”");
     EXPECT_EQ(element("Plan B — “final”"), plan);
     EXPECT_EQ(find("Plan"), std::nullopt);
-    stage().moveByHand("Plan B — “final”", makeRect(90, 120, 450, 350));
+    stage().userMoves("Plan B — “final”", makeRect(90, 120, 450, 350));
     EXPECT_TRUE(until([&] { return frameOf(plan) && text(frameOf(plan)) == text(stage().frame("Plan B — “final”")); }));
     write(plan, {{Attribute::minimized, true}});
     EXPECT_TRUE(until([&] { return flag(plan, Attribute::minimized); }));
@@ -215,8 +215,8 @@ TEST_P(DesktopContract, MinimizedAndHiddenWindowsAreOffTheScreenAndComeBack) {
     EXPECT_TRUE(until([&] { return !flag(plan, Attribute::minimized) && countOf(editor) == 2; }));
     EXPECT_TRUE(until([&] { return text(frameOf(plan)) == frameBefore; })) << text(frameOf(plan));
 
-    if (!stage().can(Ability::minimizingByHand)) return;
-    stage().minimizeByHand("Draft");
+    if (!stage().can(Ability::minimizingByUser)) return;
+    stage().userMinimizes("Draft");
     EXPECT_TRUE(until([&] { return flag(draft, Attribute::minimized) && countOf(editor) == 1; }));
     write(draft, {{Attribute::minimized, false}});
     EXPECT_TRUE(until([&] { return !flag(draft, Attribute::minimized) && countOf(editor) == 2; }));

@@ -8,7 +8,7 @@
 #include "control/ControlMethods.h"
 #include "control/ControlServer.h"
 #include "tests/control/SocketClient.h"
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 #include "tests/linux/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -96,7 +96,7 @@ class AgentStage {
 
     Disk disk;
     UserInterface userInterface;
-    Desk desk;
+    Scenario desk;
     KovaShortcutSettings shortcuts{desk.preferences};
     void endServer() { server.reset(); }
 

@@ -260,7 +260,7 @@ TEST_F(AgentMethods, SubscribersHearNumberedChangesAndEndUpWithTheState) {
     EXPECT_TRUE(heard()["focusMode"].is_null());
 
     // Subscribers of the focus are notified, also when nothing else changes.
-    desk.desktop.focusByHand("Notes");
+    desk.desktop.userFocuses("Notes");
     desk.settle();
     const json focus = heard()["focus"];
     EXPECT_EQ(focus["window"]["application"], "Notes");
@@ -319,7 +319,7 @@ TEST_F(AgentMethods, WhatThePointerDoesInTheOverlayIsAMethodToo) {
     desk.settle().expectTiles("Terminal 15,15 1254x1382 + Notes | -");
     desk.expectFocus("Terminal");
     EXPECT_EQ(result("history")["entries"][0]["action"], "bring to front");
-    desk.desktop.focusByHand("Notes");
+    desk.desktop.userFocuses("Notes");
     result("stack", {{"step", "next"}, {"tile", left}});
     desk.settle().expectTiles("Notes 15,15 1254x1382 + Terminal | -");
     EXPECT_EQ(result("launch", {{"application", "maps"}, {"tile", right}})["tile"]["id"], right);

@@ -202,7 +202,7 @@ TEST(DocumentTransfer, HoldsNoMoreThanOneLargestDocumentAndNothingForLong) {
         bool isConnected() const override { return isThere; }
         bool isThere = true;
     };
-    Desk desk;
+    Scenario desk;
     desk.start();
     DocumentTransfer transfer(desk.controller(), desk.desktop.queue());
     const auto send = [&](const std::shared_ptr<Peer>& by, const std::string& text, bool more) -> std::string {

@@ -1,5 +1,5 @@
 // What KOVA takes off the screen comes back: by wish, by hand, at the end, and after a crash.
-#include "tests/desktop/Desk.h"
+#include "tests/desktop/DesktopUnderTest.h"
 
 #include <sys/inotify.h>
 #include <unistd.h>
@@ -16,7 +16,7 @@ class Hiding : public ::testing::TestWithParam<Manager> {
   protected:
     void SetUp() override {
         if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
-        desk = std::make_unique<Desk>(GetParam());
+        desk = std::make_unique<DesktopUnderTest>(GetParam());
         mail = desk->client("Mail", 4001);
         inbox = mail->open({.title = "Inbox"});
         draft = mail->open({.title = "Draft", .frame = makeRect(500, 60, 400, 300)});
@@ -30,7 +30,7 @@ class Hiding : public ::testing::TestWithParam<Manager> {
             [&] { return mail->isViewable(inbox) == expected && mail->isViewable(draft) == expected; });
     }
 
-    std::unique_ptr<Desk> desk;
+    std::unique_ptr<DesktopUnderTest> desk;
     std::unique_ptr<TestClient> mail, notes;
     xcb_window_t inbox = 0, draft = 0;
 };
@@ -205,7 +205,7 @@ INSTANTIATE_TEST_SUITE_P(Beside, Hiding, ::testing::Values(Manager::none, Manage
 
 TEST(WindowManager, MayComeAndGo) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
-    Desk desk(Manager::none);
+    DesktopUnderTest desk(Manager::none);
     const auto mail = desk.client("Mail", 4001);
     const auto inbox = mail->open({.title = "Inbox", .frame = makeRect(100, 100, 400, 300)});
     const auto draft = mail->open({.title = "Draft"});
@@ -243,7 +243,7 @@ TEST(WindowManager, MayComeAndGo) {
 }
 
 void replaceTheManager(bool hides) {
-    Desk desk(Manager::openbox);
+    DesktopUnderTest desk(Manager::openbox);
     const auto mail = desk.client("Mail", 4001), notes = desk.client("Notes", 4002);
     const auto inbox = mail->open({.title = "Inbox"});
     mail->open({.title = "Draft", .frame = makeRect(500, 60, 400, 300)});
@@ -275,7 +275,7 @@ TEST(WindowManager, MayBeReplacedWithoutAWindowBeingMissed) {
 
 TEST(WindowManager, IsKnownWhenTheOneBeforeTookItsListOfAbilitiesAway) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
-    Desk desk(Manager::openbox);
+    DesktopUnderTest desk(Manager::openbox);
     const auto client = desk.client("Mail", 4001);
     const auto inbox = client->open({.title = "Inbox"});
     desk.openDesktop();
@@ -289,7 +289,7 @@ TEST(WindowManager, IsKnownWhenTheOneBeforeTookItsListOfAbilitiesAway) {
 
 TEST(WindowManager, SizesAreNotReliedOnForTwoSecondsAfterItIsReplaced) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
-    Desk desk(Manager::openbox);
+    DesktopUnderTest desk(Manager::openbox);
     const auto mail = desk.client("Mail", 4001);
     mail->open({.title = "Inbox"});
     desk.openDesktop();
@@ -310,7 +310,7 @@ TEST(WindowManager, SizesAreNotReliedOnForTwoSecondsAfterItIsReplaced) {
 
 TEST(WindowManager, SizesAreNotReliedOnWhereItPlacesWindowsItself) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
-    Desk desk(Manager::openbox);
+    DesktopUnderTest desk(Manager::openbox);
     const auto mail = desk.client("Mail", 4001);
     mail->open({.title = "Inbox"});
     desk.openDesktop();

@@ -1,6 +1,6 @@
 // Real keys on a private server: claimed, held by others, repeated, recorded, and under changing keyboard layouts.
 #include "platform/x11/XkbProtocol.h"
-#include "tests/desktop/Desk.h"
+#include "tests/desktop/DesktopUnderTest.h"
 #include "windowing/KeyCodes.h"
 
 #include <xcb/xinput.h>
@@ -17,7 +17,7 @@ class Keys : public ::testing::Test {
   protected:
     void SetUp() override {
         if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
-        desk = std::make_unique<Desk>(Manager::none);
+        desk = std::make_unique<DesktopUnderTest>(Manager::none);
         other = desk->client("Other", 4001);
         desk->openDesktop();
     }
@@ -73,7 +73,7 @@ class Keys : public ::testing::Test {
         std::free(xcb_input_xi_passive_grab_device_reply(connection, grabbed, nullptr));
     }
 
-    std::unique_ptr<Desk> desk;
+    std::unique_ptr<DesktopUnderTest> desk;
     std::unique_ptr<TestClient> other;
     std::vector<KeyPress> heard;
     int timesTold = 0;

@@ -1,5 +1,5 @@
 // Ending the applications of real windows, and what is never ended.
-#include "tests/desktop/Desk.h"
+#include "tests/desktop/DesktopUnderTest.h"
 
 #include "platform/x11/LocalProcesses.h"
 
@@ -45,14 +45,14 @@ class Quitting : public ::testing::TestWithParam<Manager> {
     void SetUp() override {
         if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
     }
-    std::optional<RunningApplication> application(Desk& desk, const std::string& name) {
+    std::optional<RunningApplication> application(DesktopUnderTest& desk, const std::string& name) {
         desk.poll();
         for (const auto& running : desk.desktop().runningApplications()) {
             if (running.localizedName == name) return running;
         }
         return std::nullopt;
     }
-    bool isKeptOpen(Desk& desk, const std::string& name) {
+    bool isKeptOpen(DesktopUnderTest& desk, const std::string& name) {
         const auto found = application(desk, name);
         EXPECT_TRUE(found) << name;
         return found && found->isPartOfDesktop;
@@ -60,7 +60,7 @@ class Quitting : public ::testing::TestWithParam<Manager> {
 };
 
 TEST_P(Quitting, EachWindowThatKnowsHowIsAskedToClose) {
-    Desk desk(GetParam());
+    DesktopUnderTest desk(GetParam());
     const auto polite = desk.client("Polite", 4001), deaf = desk.client("Deaf", 4002),
                other = desk.client("Other", 4003);
     const auto first = polite->open({.title = "First", .knowsDelete = true});
@@ -88,7 +88,7 @@ TEST_P(Quitting, EachWindowThatKnowsHowIsAskedToClose) {
 }
 
 TEST_P(Quitting, WithoutTheServersWordNothingIsEndedByForce) {
-    Desk desk(GetParam());
+    DesktopUnderTest desk(GetParam());
     Victim victim, distant, panel;
     const auto number = [](const Victim& of) { return static_cast<std::uint32_t>(of.process()); };
     const auto mail = desk.client("Mail", number(victim)), remote = desk.client("Remote", number(distant)),
@@ -127,7 +127,7 @@ TEST_P(Quitting, WithoutTheServersWordNothingIsEndedByForce) {
 
 /// Its number may be another process's by now.
 TEST_P(Quitting, AProcessWhoseLastWindowHasGoneIsNotEndedByForce) {
-    Desk desk(GetParam());
+    DesktopUnderTest desk(GetParam());
     Victim victim;
     const auto mail = desk.client("Mail", static_cast<std::uint32_t>(victim.process()));
     const auto window = mail->open({.title = "Mail"});
@@ -149,7 +149,7 @@ TEST_P(Quitting, AProcessWhoseLastWindowHasGoneIsNotEndedByForce) {
 }
 
 TEST_P(Quitting, RealApplicationsEnd) {
-    Desk desk(GetParam(), "1280x800", ClientProcessNumbers::told);
+    DesktopUnderTest desk(GetParam(), "1280x800", ClientProcessNumbers::told);
     std::vector<ChildProcess> terminals;
     for (const char* title : {"One", "Two"})
         terminals.push_back(desk.server().start({"xterm", "-T", title, "-e", "sleep", "1000"}));
@@ -164,7 +164,7 @@ TEST_P(Quitting, RealApplicationsEnd) {
 /// The server knows better than the windows: one names an innocent process, two have the same number, as in process
 /// namespaces of their own, and one says nothing.
 TEST_P(Quitting, AWindowIsAttributedToTheProcessThatTheServerNames) {
-    Desk desk(GetParam(), "1280x800", ClientProcessNumbers::told);
+    DesktopUnderTest desk(GetParam(), "1280x800", ClientProcessNumbers::told);
     Victim innocent;
     std::map<std::string, ChildProcess> terminals;
     for (const char* title : {"Liar", "Box 1", "Box 2", "Silent"})

@@ -1,5 +1,5 @@
 // A display with more than one pixel to a point, told by the settings that desktops write, and changed at run time.
-#include "tests/desktop/Desk.h"
+#include "tests/desktop/DesktopUnderTest.h"
 
 #include <xcb/xcb.h>
 
@@ -41,7 +41,7 @@ class SettingsManager {
 
 TEST(Scale, FollowsTheSettingsOfTheDesktop) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
-    Desk desk(Manager::openbox);
+    DesktopUnderTest desk(Manager::openbox);
     const auto client = desk.client("Editor", 4001);
     const auto draft =
         client->open({.title = "Draft", .frame = makeRect(40, 50, 400, 300), .minimumSize = CGSize{240, 120}});

@@ -1,6 +1,6 @@
 // Windows in special states, windows that lie, and windows that vanish; displays and their panels; what has the
 // keyboard.
-#include "tests/desktop/Desk.h"
+#include "tests/desktop/DesktopUnderTest.h"
 
 #include <xcb/randr.h>
 #include <xcb/xcbext.h>
@@ -21,7 +21,7 @@ class Desktop : public ::testing::Test {
 };
 
 TEST_F(Desktop, UnmaximizesBeforePlacingAndLeavesFullScreenAlone) {
-    Desk desk(Manager::openbox);
+    DesktopUnderTest desk(Manager::openbox);
     const auto client = desk.client("Editor", 4001);
     const auto code = client->open({.title = "Code"}), film = client->open({.title = "Film"});
     desk.openDesktop();
@@ -44,7 +44,7 @@ TEST_F(Desktop, UnmaximizesBeforePlacingAndLeavesFullScreenAlone) {
 
 // Nothing polls while the passes of a placement look after the window.
 TEST_F(Desktop, LearnsNoMinimumFromAWindowThatGoesFullScreenBetweenTwoPolls) {
-    Desk desk(Manager::openbox);
+    DesktopUnderTest desk(Manager::openbox);
     const auto client = desk.client("Player", 4001);
     const auto film = client->open({.title = "Film"});
     desk.openDesktop();
@@ -68,7 +68,7 @@ TEST_F(Desktop, LearnsNoMinimumFromAWindowThatGoesFullScreenBetweenTwoPolls) {
 }
 
 TEST_F(Desktop, TellsMinimizedWindowsFromShadedOnesAndThoseOfOtherDesktops) {
-    Desk desk(Manager::openbox);
+    DesktopUnderTest desk(Manager::openbox);
     const auto client = desk.client("Editor", 4001);
     const auto code = client->open({.title = "Code", .frame = makeRect(20, 40, 500, 400)});
     const auto plan = client->open({.title = "Plan", .frame = makeRect(620, 40, 500, 400)});
@@ -99,7 +99,7 @@ TEST_F(Desktop, TellsMinimizedWindowsFromShadedOnesAndThoseOfOtherDesktops) {
 
 /// Beside a window manager that grants no other size than the one that the window has.
 TEST_F(Desktop, DrawsAWindowThatKeepsItsSizeIntoItsPlace) {
-    Desk desk(Manager::none);
+    DesktopUnderTest desk(Manager::none);
     const auto client = desk.client("Player", 4001), manager = desk.client("Manager", 4002);
     const auto film = client->open({.title = "Film", .frame = makeRect(100, 30, 300, 200)});
     const std::uint32_t redirected = XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT;
@@ -141,7 +141,7 @@ TEST_F(Desktop, DrawsAWindowThatKeepsItsSizeIntoItsPlace) {
 }
 
 TEST_F(Desktop, LeavesACellGridAloneOnceItIsKnown) {
-    Desk desk(Manager::openbox);
+    DesktopUnderTest desk(Manager::openbox);
     const auto client = desk.client("Terminal", 4001);
     const auto shell = client->open({.title = "Shell", .cells = CGSize{70, 50}});
     desk.openDesktop();
@@ -167,7 +167,7 @@ TEST_F(Desktop, LeavesACellGridAloneOnceItIsKnown) {
 
 TEST_F(Desktop, LooksPastShadowsAndFindsTheVisibleEdge) {
     for (const Manager manager : {Manager::none, Manager::openbox}) {
-        Desk desk(manager);
+        DesktopUnderTest desk(manager);
         const auto client = desk.client("Photos", 4001);
         const auto album = client->create({.title = "Album"});
         // As programs do that draw their own title bar.
@@ -188,7 +188,7 @@ TEST_F(Desktop, LooksPastShadowsAndFindsTheVisibleEdge) {
 
 TEST_F(Desktop, SurvivesWindowsThatLieOrVanish) {
     for (const Manager manager : {Manager::none, Manager::openbox}) {
-        Desk desk(manager);
+        DesktopUnderTest desk(manager);
         const auto honest = desk.client("Honest", 4001), liar = desk.client("Liar", 4002);
         honest->open({.title = "Honest"});
         const auto lie = liar->create({.title = "Lie"});
@@ -224,7 +224,7 @@ TEST_F(Desktop, SurvivesWindowsThatLieOrVanish) {
 }
 
 TEST_F(Desktop, FollowsMonitorsAndPanels) {
-    Desk desk(Manager::openbox, "2000x800");
+    DesktopUnderTest desk(Manager::openbox, "2000x800");
     const auto client = desk.client("Panel", 4001);
     auto& desktop = desk.openDesktop();
     int changes = 0;
@@ -287,7 +287,7 @@ TEST_F(Desktop, FollowsMonitorsAndPanels) {
 
 TEST_F(Desktop, KnowsWhoHasTheKeyboardAndWhatIsOnTop) {
     for (const Manager manager : {Manager::none, Manager::openbox}) {
-        Desk desk(manager);
+        DesktopUnderTest desk(manager);
         const auto mail = desk.client("Mail", 4001), notes = desk.client("Notes", 4002);
         const auto inbox = mail->open({.title = "Inbox", .frame = makeRect(100, 100, 400, 300)});
         const auto pad = notes->open({.title = "Pad", .frame = makeRect(200, 200, 400, 300)});
@@ -313,7 +313,7 @@ TEST_F(Desktop, KnowsWhoHasTheKeyboardAndWhatIsOnTop) {
 
 // The desktop's connection is not read for a while after each change; without timers that is for good.
 TEST_F(Desktop, KnowsTheFocusedWindowAtOnceWhileWindowsChange) {
-    Desk desk(Manager::openbox);
+    DesktopUnderTest desk(Manager::openbox);
     const auto mail = desk.client("Mail", 4001), notes = desk.client("Notes", 4002);
     const auto inbox = mail->open({.title = "Inbox"}), pad = notes->open({.title = "Pad"});
     desk.openDesktop();
@@ -330,7 +330,7 @@ TEST_F(Desktop, KnowsTheFocusedWindowAtOnceWhileWindowsChange) {
 }
 
 TEST_F(Desktop, TakesTheWindowUnderThePointerForFocusedWhereTheKeyboardFollowsThat) {
-    Desk desk(Manager::none);
+    DesktopUnderTest desk(Manager::none);
     const auto mail = desk.client("Mail", 4001), notes = desk.client("Notes", 4002);
     const auto pointTo = [&](std::int16_t x, std::int16_t y) {
         xcb_warp_pointer(mail->connection(), XCB_NONE, mail->root(), 0, 0, 0, 0, x, y);
@@ -352,7 +352,7 @@ TEST_F(Desktop, TakesTheWindowUnderThePointerForFocusedWhereTheKeyboardFollowsTh
 }
 
 TEST_F(Desktop, IsSilentWhileNothingHappens) {
-    Desk desk(Manager::openbox);
+    DesktopUnderTest desk(Manager::openbox);
     const auto client = desk.client("Mail", 4001);
     const auto inbox = client->open({.title = "Inbox"});
     auto& desktop = desk.openDesktop();
@@ -386,7 +386,7 @@ TEST_F(Desktop, IsSilentWhileNothingHappens) {
 }
 
 TEST_F(Desktop, EndsWhenTheServerDoes) {
-    Desk desk(Manager::none);
+    DesktopUnderTest desk(Manager::none);
     const auto client = desk.client("Mail", 4001);
     client->open({.title = "Inbox"});
     auto& desktop = desk.openDesktop();

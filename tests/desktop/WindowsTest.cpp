@@ -1,5 +1,5 @@
 // Windows of real clients on a real server, with and without a window manager.
-#include "tests/desktop/Desk.h"
+#include "tests/desktop/DesktopUnderTest.h"
 
 #include <algorithm>
 
@@ -14,7 +14,7 @@ class Windows : public ::testing::TestWithParam<Manager> {
 };
 
 TEST_P(Windows, AreListedWithWhatTheySayOfThemselves) {
-    Desk desk(GetParam());
+    DesktopUnderTest desk(GetParam());
     const auto mail = desk.client("Mail", 4001);
     mail->open({.title = "Inbox"});
     mail->open({.title = "Delete all?", .frame = makeRect(300, 300, 200, 100), .type = "DIALOG"});
@@ -49,7 +49,7 @@ TEST_P(Windows, AreListedWithWhatTheySayOfThemselves) {
 }
 
 TEST_P(Windows, StandWhereTheyArePutAndAreToldOnce) {
-    Desk desk(GetParam());
+    DesktopUnderTest desk(GetParam());
     const auto client = desk.client("Editor", 4001);
     const auto left = client->open({.title = "Left"}), right = client->open({.title = "Right", .border = 3});
     const auto large =
@@ -120,7 +120,7 @@ TEST_P(Windows, StandWhereTheyArePutAndAreToldOnce) {
 }
 
 TEST_P(Windows, TakeTheLargestFrameThatTheirHintsAllow) {
-    Desk desk(GetParam());
+    DesktopUnderTest desk(GetParam());
     const auto client = desk.client("Player", 4001);
     const auto film = client->open({.title = "Film"}), shell = client->open({.title = "Shell", .cells = CGSize{7, 13}});
     constexpr std::uint32_t kAspect = 1U << 7;
@@ -144,7 +144,7 @@ TEST_P(Windows, TakeTheLargestFrameThatTheirHintsAllow) {
 }
 
 TEST_P(Windows, AreMinimisedAndComeBack) {
-    Desk desk(GetParam());
+    DesktopUnderTest desk(GetParam());
     const auto client = desk.client("Editor", 4001);
     const auto draft = client->open({.title = "Draft"});
     desk.openDesktop();
@@ -163,7 +163,7 @@ TEST_P(Windows, AreMinimisedAndComeBack) {
 
 // Window managers draw frames small on their way out and in.
 TEST_P(Windows, AreListedAsTheyStandWhileTheyComeAndGo) {
-    Desk desk(GetParam());
+    DesktopUnderTest desk(GetParam());
     const auto client = desk.client("Editor", 4001);
     const auto draft = client->open({.title = "Draft"});
     desk.openDesktop();
@@ -212,7 +212,7 @@ TEST_P(Windows, AreListedAsTheyStandWhileTheyComeAndGo) {
 // A window manager on a busy machine carries requests out late. The last request holds, whatever was read meanwhile.
 TEST(WindowsOfASlowManager, AreMinimizedAndHiddenAsTheyWereAskedLast) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
-    Desk desk(Manager::openbox);
+    DesktopUnderTest desk(Manager::openbox);
     const auto client = desk.client("Editor", 4001);
     const auto draft = client->open({.title = "Draft"});
     desk.openDesktop();

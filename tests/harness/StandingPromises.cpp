@@ -1,5 +1,5 @@
 // What holds after every step of every scenario.
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
 
@@ -41,7 +41,7 @@ bool isCovered(const CGRect& area, const std::vector<CGRect>& rectangles) {
 
 } // namespace
 
-void Desk::checkPromises() {
+void Scenario::checkPromises() {
     std::vector<std::string> broken = desktop.brokenPromises();
     checkAssignments(broken);
     const bool recovers = isRecovering();
@@ -55,7 +55,7 @@ void Desk::checkPromises() {
     for (const auto& promise : broken) ADD_FAILURE() << promise << "\non the screen: " << desktop.picture();
 }
 
-void Desk::checkTilesFillTheirDisplays(std::vector<std::string>& broken) {
+void Scenario::checkTilesFillTheirDisplays(std::vector<std::string>& broken) {
     for (const auto& screen : desktop.screens()) {
         std::vector<CGRect> cells;
         std::vector<CGRect> surroundings;
@@ -80,7 +80,7 @@ void Desk::checkTilesFillTheirDisplays(std::vector<std::string>& broken) {
     }
 }
 
-void Desk::checkAssignments(std::vector<std::string>& broken) {
+void Scenario::checkAssignments(std::vector<std::string>& broken) {
     if (!delegate_) return;
     const auto& assignments = controller().assignments();
     std::map<std::string, std::set<std::string>> tilesOfWindow;
@@ -113,7 +113,7 @@ void Desk::checkAssignments(std::vector<std::string>& broken) {
 
 /// Of windows that take every frame down to their minimum size. One that is larger than its whole display overlaps
 /// whatever is done.
-void Desk::checkTiledWindowsDoNotOverlap(std::vector<std::string>& broken, MinimumSizes considered) {
+void Scenario::checkTiledWindowsDoNotOverlap(std::vector<std::string>& broken, MinimumSizes considered) {
     std::map<std::string, std::pair<std::string, CGRect>> frames; // by label: display and frame
     for (const auto& tile : controller().tiles()) {
         if (!tile.windowID || *controller().state().focusMode) continue;
@@ -145,7 +145,7 @@ void Desk::checkTiledWindowsDoNotOverlap(std::vector<std::string>& broken, Minim
     }
 }
 
-void Desk::checkWindowsAreAtRest(std::vector<std::string>& broken) {
+void Scenario::checkWindowsAreAtRest(std::vector<std::string>& broken) {
     std::set<std::string> living;
     for (const auto* window : desktop.livingWindows()) {
         living.insert(desktop.windowIDOf(window->label()));

@@ -15,7 +15,7 @@ std::string entry(const std::string& name, const std::string& more = "") {
            "\n[Desktop Action new]\nName=Not this one\nStartupWMClass=NorThis\n";
 }
 
-class Desk {
+class Scenario {
   public:
     void install(const std::string& file, const std::string& text) { folder_.write("user/applications/" + file, text); }
     void installForAll(const std::string& file, const std::string& text) {
@@ -34,7 +34,7 @@ class Desk {
 };
 
 TEST(DesktopEntries, AWindowBelongsToTheEntryThatNamesItBest) {
-    Desk desk;
+    Scenario desk;
     desk.install("mail.desktop", entry("Mail", "StartupWMClass=Thunderbird\nIcon=mail-icon"));
     desk.install("profile.desktop", entry("Mail, at work", "StartupWMClass=work-profile"));
     desk.installForAll("org.example.Files.desktop", entry("Files"));
@@ -101,7 +101,7 @@ TEST(DesktopEntries, NamesComeInTheReadersLanguage) {
 }
 
 TEST(DesktopEntries, OneFileHidesAnotherAndBrokenOnesAreSkipped) {
-    Desk desk;
+    Scenario desk;
     desk.installForAll("editor.desktop", entry("Editor of all", "StartupWMClass=Editor"));
     desk.install("editor.desktop", entry("My editor", "StartupWMClass=Editor"));
     desk.installForAll("gone.desktop", entry("Gone", "StartupWMClass=Gone"));
@@ -128,7 +128,7 @@ TEST(DesktopEntries, OneFileHidesAnotherAndBrokenOnesAreSkipped) {
 }
 
 TEST(DesktopEntries, WhatIsInstalledLaterIsFoundAtTheNextNewQuestion) {
-    Desk desk;
+    Scenario desk;
     desk.install("one.desktop", entry("One"));
     auto entries = desk.entries();
     EXPECT_EQ(entries.identify({"", "One"}).localizedName, "One");

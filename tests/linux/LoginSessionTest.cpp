@@ -56,7 +56,7 @@ TEST(ActivityConditions, BecomeEventsOnlyWhereTheWorkspaceWouldNotice) {
          {"and has unlocked", hint(false), "unlocked "}},
         {{"a locker that says nothing", afterLockSignal, "locked "},
          {"is asked twice", afterLockSignal, ""},
-         {"and ended, or the patience is over", afterUnlockSignal, "unlocked "}},
+         {"and ended, or the timeout is over", afterUnlockSignal, "unlocked "}},
         {{"a saver and the hint", saver("a", true), "locked "},
          {"one after the other", hint(true), ""},
          {"asked while it is locked", afterLockSignal, ""},
@@ -95,10 +95,10 @@ TEST(ActivityConditions, BecomeEventsOnlyWhereTheWorkspaceWouldNotice) {
 /// A session on a bus of its own, and what it has told.
 class LoginSessionTest : public ::testing::Test {
   protected:
-    void open(std::optional<std::string> sessionID, LoginSessionPatience patience = {}) {
+    void open(std::optional<std::string> sessionID, LoginSessionTimeouts timeouts = {}) {
         // The test may run in a session of its own, so nothing is taken from its environment.
         session_ = std::make_unique<LoginSession>(loop_, BusAddresses{bus_.address(), bus_.address()},
-                                                  SessionHints{sessionID, getpid(), getuid()}, patience);
+                                                  SessionHints{sessionID, getpid(), getuid()}, timeouts);
         watch_ = session_->observeSystemActivity([this](SystemActivityEvent event) { told_ += nameOf(event); });
     }
     bool turnUntil(const std::function<bool()>& condition) { return letPassUntil(loop_, condition); }

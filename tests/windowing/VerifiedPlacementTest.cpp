@@ -104,7 +104,7 @@ TEST(VerifiedPlacement, TwoPointsAreNearEnough) {
     for (const auto& [why, rests, written] : cases) {
         PlacementBench bench({});
         bench.desktop.takeJournal();
-        bench.desktop.moveByHand("Mail", rests);
+        bench.desktop.userMoves("Mail", rests);
         EXPECT_EQ(bench.journalUntil(0.65), written) << why;
         EXPECT_EQ(bench.frameOf("Mail"), *written ? "100,100 600x400" : describeFrame(rests)) << why;
         EXPECT_EQ(bench.reported, "") << why;
@@ -151,14 +151,14 @@ TEST(VerifiedPlacement, WindowThatCannotFillItsTargetRestsInsideIt) {
     // Cells of 130 x 90 points leave 520 x 360, dragged to where they stick out below.
     PlacementBench bench({.cell = CGSize{130, 90}});
     bench.journalUntil(0.64);
-    bench.desktop.moveByHand("Mail", makeRect(150, 150, 520, 360));
+    bench.desktop.userMoves("Mail", makeRect(150, 150, 520, 360));
     EXPECT_EQ(bench.journalUntil(5), kPositionFirst);
     EXPECT_EQ(bench.frameOf("Mail"), "100,100 520x360") << "the corner of the target was still granted";
 
     // It has not answered yet when the last pass looks again: it is drawn in from where it lies.
     PlacementBench stubborn({.maximumSize = CGSize{520, 360}, .answersAfter = Seconds(10)});
     stubborn.journalUntil(0.64);
-    stubborn.desktop.moveByHand("Mail", makeRect(250, 80, 520, 360));
+    stubborn.desktop.userMoves("Mail", makeRect(250, 80, 520, 360));
     EXPECT_EQ(stubborn.journalUntil(0.65),
               std::string(kPositionFirst) +
                   "Mail: AXSize 520x360, AXPosition 180,100, AXSize 520x360, AXPosition 180,100\n");
@@ -179,12 +179,12 @@ TEST(VerifiedPlacement, BringsToTheFrontAndRaisesAgainOnlyAfterALateCorrection) 
     PlacementBench bench({.isMinimized = true}, BringToFront::yes);
     EXPECT_EQ(bench.journalUntil(0.64),
               std::string(kPositionFirst) + "Mail: unhide\nMail: AXMinimized false\nMail: AXRaise\nMail: activate\n");
-    bench.desktop.moveByHand("Mail", makeRect(0, 0, 600, 400));
+    bench.desktop.userMoves("Mail", makeRect(0, 0, 600, 400));
     EXPECT_EQ(bench.journalUntil(5), std::string(kPositionFirst) + "Mail: AXRaise\n");
 
     // Put away after the snapshot was taken: it comes back all the same.
     const auto snapshot = bench.managed("Mail");
-    bench.desktop.minimizeByHand("Mail");
+    bench.desktop.userMinimizes("Mail");
     bench.service.setFrame(snapshot, kTarget, BringToFront::yes, {});
     EXPECT_FALSE(bench.desktop.window("Mail").isMinimized);
     EXPECT_EQ(bench.journalUntil(10),

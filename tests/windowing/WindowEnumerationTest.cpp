@@ -108,7 +108,7 @@ TEST(WindowEnumeration, ListsOrdinaryApplicationsInTheDesktopsOrder) {
     }
     desktop.open("Mail", {.title = "Draft"});
     desktop.beginTerminating("Leaving");
-    desktop.hideByHand("Notes");
+    desktop.userHides("Notes");
     EXPECT_EQ(listed(bench), "Mail/Mail 0,0 500x400 visible, Mail/Draft 310,310 800x600 visible, "
                              "App/Chat 0,0 500x400 visible, Notes/Notes 0,0 500x400");
     desktop.setTrusted(false);
@@ -158,8 +158,8 @@ TEST(WindowEnumeration, AsksOnlyKnownWindowsThatAreMissingWhatBecameOfThem) {
     };
     const Case cases[] = {
         {"all are listed", [] {}, "", 0},
-        {"minimised", [&] { desktop.minimizeByHand("Mail"); }, "", 0},
-        {"too small", [&] { desktop.moveByHand("Mail 2", makeRect(0, 0, 100, 60)); }, "Mail 2", 3},
+        {"minimised", [&] { desktop.userMinimizes("Mail"); }, "", 0},
+        {"too small", [&] { desktop.userMoves("Mail 2", makeRect(0, 0, 100, 60)); }, "Mail 2", 3},
         {"on another Space", [&] { desktop.sendToVirtualDesktop("Mail 2", 1); }, "Mail 2", 3},
         {"closed", [&] { desktop.close("Mail 2"); }, "", 1},
         {"silent", [&] { desktop.setAnswering("Notes", false); }, "Notes silent, Notes 2 silent", 2},
@@ -205,7 +205,7 @@ TEST(WindowEnumeration, OneRectangleShowsOneOfTwoTwins) {
     bench.desktop.open("Mail", {.frame = frame, .virtualDesktop = 2});
     EXPECT_EQ(listed(bench), "Mail/Mail 50,50 700x500 visible, Mail/Mail 2 50,50 700x500");
     EXPECT_NE(bench.managed("Mail").id, bench.managed("Mail 2").id);
-    bench.desktop.minimizeByHand("Mail");
+    bench.desktop.userMinimizes("Mail");
     bench.desktop.showVirtualDesktop(2);
     EXPECT_EQ(listed(bench), "Mail/Mail 50,50 700x500 minimized, Mail/Mail 2 50,50 700x500 visible")
         << "a minimised twin takes no rectangle";
@@ -218,7 +218,7 @@ TEST(WindowEnumeration, BelievesNeitherDoubleListsNorWindowsOfHiddenApplications
     EXPECT_EQ(listed(bench), "Echo/Echo 0,0 500x400 visible");
     bench.desktop.launch("Ghost", {.lingersWhenHidden = true});
     bench.desktop.open("Ghost", {.frame = makeRect(0, 0, 500, 400)});
-    bench.desktop.hideByHand("Ghost");
+    bench.desktop.userHides("Ghost");
     EXPECT_EQ(listed(bench), "Echo/Echo 0,0 500x400 visible, Ghost/Ghost 0,0 500x400");
 }
 

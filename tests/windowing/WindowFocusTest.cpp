@@ -17,8 +17,8 @@ struct FocusBench : ServiceBench {
 TEST(WindowFocus, BringsBackAWindowWhereverItWent) {
     FocusBench bench;
     const auto mail = bench.managed("Mail");
-    bench.desktop.minimizeByHand("Mail");
-    bench.desktop.hideByHand("Mail");
+    bench.desktop.userMinimizes("Mail");
+    bench.desktop.userHides("Mail");
     EXPECT_TRUE(bench.service.restoreAndFocus(mail));
     const std::string attempt = "Mail: AXFrontmost true\nMail: AXMain true, AXFocused true\nMail: AXRaise\n";
     EXPECT_EQ(bench.desktop.takeJournal(), "Mail: unhide\nMail: AXMinimized false\n" + attempt + "Mail: activate\n");
@@ -67,9 +67,9 @@ TEST(WindowFocus, RefusesWhatIsGone) {
 TEST(WindowFocus, KnowsWhichWindowHasTheKeyboard) {
     FocusBench bench;
     EXPECT_EQ(bench.service.focusedWindowID(), bench.desktop.windowIDOf("Notes"));
-    bench.desktop.focusByHand("Mail");
+    bench.desktop.userFocuses("Mail");
     EXPECT_EQ(bench.service.focusedWindowID(), bench.managed("Mail").id);
-    bench.desktop.minimizeByHand("Mail");
+    bench.desktop.userMinimizes("Mail");
     EXPECT_EQ(bench.service.focusedWindowID(), std::nullopt);
     bench.desktop.quit("Mail");
     bench.desktop.quit("Notes");

@@ -1,6 +1,6 @@
 // A desktop on which applications answer and announce, as on a Mac: how often each one is asked.
 #include "app/WindowDragCoordinator.h"
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 #include "windowing/WindowHold.h"
 
 #include <gtest/gtest.h>
@@ -22,7 +22,7 @@ class Announcements : public ::testing::Test {
         return desk.desktop.pollingQueue().jobsBegun() - before;
     }
 
-    Desk desk;
+    Scenario desk;
 };
 
 TEST_F(Announcements, PollsRestOnceEachApplicationAndWindowWasAskedOnce) {
@@ -44,7 +44,7 @@ TEST_F(Announcements, PollsRestOnceEachApplicationAndWindowWasAskedOnce) {
 TEST_F(Announcements, AnAnnouncementThatIsLostIsMadeUpForByTheNextPoll) {
     const std::string picture = desk.tiles();
     desk.desktop.announcements().lose(1);
-    desk.desktop.moveByHand("Mail", makeRect(300, 300, 500, 400));
+    desk.desktop.userMoves("Mail", makeRect(300, 300, 500, 400));
     desk.advance(Seconds(13));
     EXPECT_EQ(desk.tiles(), picture);
 }
@@ -108,10 +108,10 @@ TEST_F(Announcements, APressAsksOnlyNearATitleOrAnEdge) {
     OverlayBoard board;
     WindowDragCoordinator drags(desk.controller(), desk.desktop, board, desk.desktop.queue());
     drags.installMonitor();
-    const auto questions = [&](CGPoint press, CGPoint release, HandGrip grip = HandGrip::nothing) {
+    const auto questions = [&](CGPoint press, CGPoint release, WindowPart grip = WindowPart::nothing) {
         const int before = desk.desktop.readCount();
         desk.desktop.pressAt(press, grip);
-        desk.desktop.moveHand(release);
+        desk.desktop.movePointer(release);
         desk.desktop.queue().runDue();
         const int asked = desk.desktop.readCount() - before;
         desk.desktop.letGo();
@@ -125,9 +125,9 @@ TEST_F(Announcements, APressAsksOnlyNearATitleOrAnEdge) {
     EXPECT_GT(questions({16, 700}, {16, 700}), 0) << "an edge";
     EXPECT_EQ(questions({600, 1430}, {600, 1430}), 0) << "the desktop";
     // One that is dragged by its content is dropped like any other.
-    desk.desktop.pressAt({1900, 700}, HandGrip::titleBar);
+    desk.desktop.pressAt({1900, 700}, WindowPart::titleBar);
     for (double x = 1880; x >= 500; x -= 40) {
-        desk.desktop.moveHand({x, 700});
+        desk.desktop.movePointer({x, 700});
         desk.advance(Seconds(0.05));
     }
     desk.desktop.letGo();

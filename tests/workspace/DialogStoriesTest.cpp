@@ -1,5 +1,5 @@
 // Dialogs stay with their windows; a window that the user maximized is left to the user.
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
 
@@ -10,34 +10,34 @@ namespace {
 const CGRect kQuestion = makeRect(400, 300, 300, 150);
 
 /// Mail with a dialog, Notes and Viewer, the windows at one place.
-void openMailWithDialog(Desk& desk) {
+void openMailWithDialog(Scenario& desk) {
     desk.opens("Mail", {.frame = makeRect(200, 200, 800, 600)});
     desk.opens("Mail", {.frame = kQuestion, .title = "Save?", .subrole = "AXDialog", .dialogOf = "Mail"});
     desk.opens("Notes").opens("Viewer");
 }
 
-std::string placeOfDialog(const Desk& desk) {
+std::string placeOfDialog(const Scenario& desk) {
     return desk.desktop.describeWindow(desk.desktop.window("Mail 2"));
 }
 
 TEST(DialogStories, ADialogTakesNoTileAndMovesAlongByTheSameAmount) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     openMailWithDialog(desk);
-    desk.desktop.focusByHand("Notes");
+    desk.desktop.userFocuses("Notes");
     desk.arrange();
     EXPECT_EQ(desk.explanation().find("Save?"), std::string::npos) << desk.explanation();
     desk.expectTiles("Mail 15,15 1254x1382 | Notes 1291,15 1254x1382");
     EXPECT_EQ(placeOfDialog(desk), "Mail 2 215,115 300x150");
-    desk.desktop.focusByHand("Mail 2"); // its window counts as the one in use
+    desk.desktop.userFocuses("Mail 2"); // its window counts as the one in use
     desk.move(WorkspaceDirection::right);
     EXPECT_EQ(placeOfDialog(desk), "Mail 2 1491,115 300x150");
     desk.undo();
     EXPECT_EQ(placeOfDialog(desk), "Mail 2 215,115 300x150");
     // Where the user puts it is where it belongs from now on; a window that snaps back into its tile leaves it there.
-    desk.desktop.moveByHand("Mail 2", makeRect(900, 1200, 300, 150));
+    desk.desktop.userMoves("Mail 2", makeRect(900, 1200, 300, 150));
     desk.settle();
-    desk.desktop.moveByHand("Mail", makeRect(300, 300, 1254, 1382));
+    desk.desktop.userMoves("Mail", makeRect(300, 300, 1254, 1382));
     desk.settle();
     EXPECT_EQ(placeOfDialog(desk), "Mail 2 900,1200 300x150");
     desk.zoom().zoom();
@@ -45,10 +45,10 @@ TEST(DialogStories, ADialogTakesNoTileAndMovesAlongByTheSameAmount) {
 }
 
 TEST(DialogStories, ADialogStaysOnTheDisplayOfItsWindow) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").display(1024, 768).layout("jarvis.focus-single");
     openMailWithDialog(desk);
-    desk.desktop.moveByHand("Mail 2", makeRect(1600, 900, 300, 150)); // beyond the edge of the window
+    desk.desktop.userMoves("Mail 2", makeRect(1600, 900, 300, 150)); // beyond the edge of the window
     desk.start().settle();
     ASSERT_TRUE(desk.controller().placeWindow(desk.desktop.windowIDOf("Mail"), desk.targetID("B", "focus-main"),
                                               WorkspaceController::Focusing::no));
@@ -57,11 +57,11 @@ TEST(DialogStories, ADialogStaysOnTheDisplayOfItsWindow) {
 }
 
 TEST(DialogStories, ASurplusWindowGoesWithItsDialogAndBothComeBack) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.focus-single");
     desk.opens("Codex");
     openMailWithDialog(desk);
-    desk.desktop.focusByHand("Codex");
+    desk.desktop.userFocuses("Codex");
     desk.arrange();
     desk.expectTiles("Codex 15,15 2530x1382");
     EXPECT_TRUE(desk.desktop.window("Mail").isMinimized && desk.desktop.window("Mail 2").isMinimized);
@@ -70,7 +70,7 @@ TEST(DialogStories, ASurplusWindowGoesWithItsDialogAndBothComeBack) {
 }
 
 TEST(DialogStories, RulesAndScenesPassDialogsBy) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     WorkspaceRule rule;
     rule.bundleIdentifier = "sim.mail";
@@ -91,11 +91,11 @@ TEST(DialogStories, RulesAndScenesPassDialogsBy) {
 }
 
 TEST(DialogStories, AMaximizedWindowIsLeftAloneUntilThatEndsOrAllAreArranged) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     const std::string tiles = desk.tiles();
     desk.desktop.setMaximized("Mail", true);
-    EXPECT_EQ(desk.framesWrittenWithin(Desk::kSettlingTime), 0);
+    EXPECT_EQ(desk.framesWrittenWithin(Scenario::kSettlingTime), 0);
     desk.layout("jarvis.quad-grid").layout("jarvis.dual-split");
     EXPECT_TRUE(desk.desktop.window("Mail").isMaximized) << "a change of the layout is about the others";
     desk.desktop.setMaximized("Mail", false);

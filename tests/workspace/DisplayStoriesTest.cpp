@@ -1,5 +1,5 @@
 // Displays that are unplugged, stand by, change their size or their order, and what windows do meanwhile.
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 #include "tests/workspace/Seeds.h"
 #include "workspace/DisplaySuccession.h"
 
@@ -17,7 +17,7 @@ namespace {
 class Displays : public ::testing::Test {
   protected:
     Displays() { prepare(desk); }
-    static void prepare(Desk& desk) {
+    static void prepare(Scenario& desk) {
         for (const char* name : {"A", "B", "C"}) {
             desk.display(2560, 1440, name).layout("jarvis.dual-split");
         }
@@ -26,12 +26,12 @@ class Displays : public ::testing::Test {
         }
         desk.arrange();
     }
-    static SimulatedDisplay takeOut(Desk& desk, const std::string& name) {
+    static SimulatedDisplay takeOut(Scenario& desk, const std::string& name) {
         const CGRect frame = desk.desktop.frameOfDisplay(name);
         desk.desktop.removeDisplay(name);
         return {.name = name, .size = frame.size, .origin = frame.origin};
     }
-    Desk desk;
+    Scenario desk;
 };
 
 TEST_F(Displays, AStandbyMovesNobodyElsewhere) {
@@ -68,7 +68,7 @@ TEST_F(Displays, WhatFindsNoFreeTileIsMovedIntoSightOnceTheDisplayStaysAway) {
     EXPECT_EQ(shown("Viewer"), "Viewer 3866,15 1254x1382");
     EXPECT_EQ(shown("Floating"), "Floating 4220,300 900x700");
     EXPECT_EQ(shown("Peeking"), "Peeking 4400,900 900x700") << "the user has put it there";
-    desk.settle().desktop.moveByHand("Moved", makeRect(3000, 100, 900, 700));
+    desk.settle().desktop.userMoves("Moved", makeRect(3000, 100, 900, 700));
     desk.settle();
     desk.desktop.addDisplay(display);
     desk.settle();
@@ -108,7 +108,7 @@ TEST_F(Displays, AHandThatMovesAWindowOnlyPutsOffThatOthersAreSetElsewhere) {
     desk.advance(Seconds(1));
     EXPECT_EQ(*desk.state().assignedWindowIDs, before);
     const CGPoint there = centre(held.frameOnScreen);
-    desk.controller().endWindowDrag(there, WorkspaceController::HandMovement::move,
+    desk.controller().endWindowDrag(there, WorkspaceController::WindowDragKind::move,
                                     WorkspaceController::LettingGo::intoTile);
     desk.advance(Seconds(5));
     EXPECT_EQ(std::ranges::count(desk.tiles(), '-'), 0) << "a window of C has the free tile: " << desk.tiles();
@@ -119,12 +119,12 @@ TEST_F(Displays, WhatTheUserMovedMeanwhileStaysWhereItWasPut) {
     const std::string label = desk.desktop.labelOfID(onC);
     const auto display = takeOut(desk, "C");
     desk.advance(Seconds(3));
-    desk.desktop.focusByHand(label);
+    desk.desktop.userFocuses(label);
     ASSERT_TRUE(desk.controller().beginWindowDrag(onC, desk.desktop.frameForWindowService(desk.desktop.window(label))));
     const auto tile = desk.controller().tiles().front();
     const CGPoint there = centre(tile.frameOnScreen);
-    desk.controller().updateWindowDrag(there, WorkspaceController::HandMovement::move);
-    desk.controller().endWindowDrag(there, WorkspaceController::HandMovement::move,
+    desk.controller().updateWindowDrag(there, WorkspaceController::WindowDragKind::move);
+    desk.controller().endWindowDrag(there, WorkspaceController::WindowDragKind::move,
                                     WorkspaceController::LettingGo::intoTile);
     desk.advance(Seconds(3));
     desk.desktop.addDisplay(display);
@@ -149,7 +149,7 @@ TEST_F(Displays, AnArrangementWithoutADisplayIsTakenBackByItsReturn) {
 }
 
 TEST_F(Displays, ALayoutThatADisplayCannotShowForAWhileLosesNothing) {
-    Desk one;
+    Scenario one;
     one.display(5120, 1440);
     (void)one.controller().selectLayout(one.displayIDOf("A"), DisplayLayoutSelection{});
     for (const char* name : {"Mail", "Notes", "Codex", "Firefox", "Console"}) one.opens(name);
@@ -168,29 +168,29 @@ TEST_F(Displays, ALayoutThatADisplayCannotShowForAWhileLosesNothing) {
 TEST_F(Displays, ALayoutThatADisplayCannotShowLeavesNoWindowWithoutATileOfNow) {
     struct Way {
         const char* what;
-        std::function<void(Desk&)> shrinks;
+        std::function<void(Scenario&)> shrinks;
         bool isForgotten; // what was in which tile of the layout before
     };
     const std::vector<Way> ways = {
         {"while one is zoomed",
-         [](Desk& one) {
+         [](Scenario& one) {
              one.zoom().desktop.resizeDisplay("A", {1280, 800});
          },
          false},
         {"asleep, while one is zoomed",
-         [](Desk& one) {
+         [](Scenario& one) {
              one.zoom().sleep().desktop.resizeDisplay("A", {1280, 800});
              one.wake();
          },
          false},
         {"and the step back is to before",
-         [](Desk& one) {
+         [](Scenario& one) {
              one.arrange().desktop.resizeDisplay("A", {1280, 800});
              one.settle().undo();
          },
          true},
         {"while no agent runs",
-         [](Desk& one) {
+         [](Scenario& one) {
              one.stop().desktop.resizeDisplay("A", {1280, 800});
              one.restart();
          },
@@ -198,12 +198,12 @@ TEST_F(Displays, ALayoutThatADisplayCannotShowLeavesNoWindowWithoutATileOfNow) {
     };
     for (const auto& way : ways) {
         SCOPED_TRACE(way.what);
-        Desk one;
+        Scenario one;
         one.display(5120, 1440);
         (void)one.controller().selectLayout(one.displayIDOf("A"), DisplayLayoutSelection{});
         for (const char* name : {"Mail", "Notes", "Codex", "Firefox", "Console"}) one.opens(name);
         one.arrange();
-        one.desktop.focusByHand("Notes");
+        one.desktop.userFocuses("Notes");
         const std::string picture = one.tiles();
         way.shrinks(one);
         one.settle().settle();
@@ -267,7 +267,7 @@ TEST_F(Displays, WhoWaitsBehindAHomelessWindowCanBeReachedMeanwhile) {
         const auto& meanwhile = desk.controller().assignments();
         EXPECT_EQ(meanwhile.stackTargetOf(waiting), namesake);
         EXPECT_EQ(meanwhile.targetOf(front) == namesake, isTileFree);
-        desk.desktop.focusByHand(desk.desktop.labelOfID(meanwhile.assignedWindowIDs.at(namesake)));
+        desk.desktop.userFocuses(desk.desktop.labelOfID(meanwhile.assignedWindowIDs.at(namesake)));
         for (std::size_t i = meanwhile.stackWindowIDsByTarget.at(namesake).size(); i > 0; --i) desk.cycleStack();
         EXPECT_TRUE(desk.wasCarriedOut());
         desk.desktop.addDisplay(display);
@@ -283,7 +283,7 @@ TEST_F(Displays, AZoomedWindowKeepsNobodyHomeless) {
     };
     for (const Case& c : {Case{"B", true}, Case{"A", false}}) {
         SCOPED_TRACE(c.freeOn);
-        Desk one;
+        Scenario one;
         prepare(one);
         const auto holder = [&](const char* display, std::size_t slot) {
             std::vector<std::string> labels;
@@ -297,7 +297,7 @@ TEST_F(Displays, AZoomedWindowKeepsNobodyHomeless) {
         one.settle();
         (void)takeOut(one, "C");
         one.advance(Seconds(1));
-        one.desktop.focusByHand(zoomed);
+        one.desktop.userFocuses(zoomed);
         one.controller().perform(action::ToggleFocusZoom{});
         one.advance(Seconds(3));
         ASSERT_TRUE(one.state().focusMode->has_value());
@@ -336,7 +336,7 @@ class NamelessDisplay : public ::testing::Test {
         }
         return text;
     }
-    Desk desk;
+    Scenario desk;
     std::string before;
 };
 
@@ -401,7 +401,7 @@ TEST(DisplayWalk, ShrinkingToNothingAndBackGivesTheSamePicture) {
     forEachSeed(60, [](std::uint32_t seed) {
         SCOPED_TRACE(seed);
         std::mt19937 random(seed);
-        Desk desk;
+        Scenario desk;
         for (const char* name : {"A", "B", "C"}) desk.display(2560, 1440, name).layout("jarvis.dual-split");
         const std::size_t count = 3 + random() % 6;
         const std::vector<const char*> names = {"Mail", "Notes", "Codex", "Firefox", "Console", "Viewer", "Maps"};

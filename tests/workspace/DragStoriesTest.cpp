@@ -1,5 +1,5 @@
 // What the user's hand does: dividers, windows dragged from tile to tile, windows resized at their tile's edge.
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 #include "tests/workspace/Pictures.h"
 #include "workspace/EdgeResize.h"
 
@@ -28,15 +28,15 @@ class Halves : public ::testing::Test {
     /// The frame is in desktop space, the pointer in screen space.
     void letsGo(const std::string& label, const CGRect& frame, CGPoint pointer,
                 WorkspaceController::LettingGo how = WorkspaceController::LettingGo::intoTile,
-                WorkspaceController::HandMovement movement = WorkspaceController::HandMovement::move) {
-        desk.desktop.moveByHand(label, frame);
+                WorkspaceController::WindowDragKind movement = WorkspaceController::WindowDragKind::move) {
+        desk.desktop.userMoves(label, frame);
         kova().updateWindowDrag(pointer, movement);
         desk.advance(Seconds(0.2));
         kova().endWindowDrag(pointer, movement, how);
         desk.settle();
     }
 
-    Desk desk;
+    Scenario desk;
     DisplayLayoutDivider divider;
     std::size_t history = 0;
 };
@@ -142,15 +142,15 @@ TEST_F(Halves, ADividerDragIsAbandonedWhenTheMachineSleeps) {
 }
 
 TEST_F(Halves, NoDividersOnADisplayThatAZoomedWindowOwns) {
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userFocuses("Mail");
     desk.zoom();
     EXPECT_TRUE(kova().dividers().empty());
 }
 
 TEST_F(Halves, AWindowDroppedOnAnotherTileMovesThereAndUndoPutsItBack) {
     takes("Mail");
-    desk.desktop.moveByHand("Mail", makeRect(400, 300, 1254, 1382));
-    kova().updateWindowDrag({500, 700}, WorkspaceController::HandMovement::move);
+    desk.desktop.userMoves("Mail", makeRect(400, 300, 1254, 1382));
+    kova().updateWindowDrag({500, 700}, WorkspaceController::WindowDragKind::move);
     EXPECT_EQ(*desk.state().dropTargetSlotID, desk.targetID("A", "focus-main"));
     letsGo("Mail", makeRect(420, 300, 1254, 1382), {500, 700});
     EXPECT_EQ(*desk.state().dropTargetSlotID, std::nullopt);
@@ -172,10 +172,10 @@ TEST_F(Halves, DroppedOnItsOwnTileOrBetweenTilesItReturns) {
 TEST_F(Halves, AWindowHeldStillIsNotTakenOutOfTheHand) {
     desk.desktop.setVouching(false);
     takes("Mail");
-    desk.desktop.moveByHand("Mail", makeRect(1000, 300, 1254, 1382));
+    desk.desktop.userMoves("Mail", makeRect(1000, 300, 1254, 1382));
     for (int i = 0; i < 10; ++i) desk.advance(Seconds(0.5));
     EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Mail")), "Mail 1000,300 1254x1382");
-    kova().endWindowDrag({2000, 700}, WorkspaceController::HandMovement::move,
+    kova().endWindowDrag({2000, 700}, WorkspaceController::WindowDragKind::move,
                          WorkspaceController::LettingGo::intoTile);
     desk.settle();
     desk.expectTiles(kHalves);
@@ -195,16 +195,16 @@ TEST_F(Halves, WithShiftItFloatsUntilTheNextArrangementOrUntilItIsDroppedOnATile
 TEST_F(Halves, AWindowPulledWiderTakesTheDividerAlong) {
     takes("Codex");
     letsGo("Codex", makeRect(15, 15, 1554, 1382), {1569, 700}, WorkspaceController::LettingGo::intoTile,
-           WorkspaceController::HandMovement::resize);
+           WorkspaceController::WindowDragKind::resize);
     desk.expectTiles("Codex 15,15 1554x1382 | Mail 1591,15 954x1382");
     EXPECT_EQ(newUndoSteps(), 1u);
     takes("Mail");
     letsGo("Mail", makeRect(1291, 15, 1254, 1382), {1291, 700}, WorkspaceController::LettingGo::intoTile,
-           WorkspaceController::HandMovement::resize);
+           WorkspaceController::WindowDragKind::resize);
     desk.expectTiles(kHalves);
     takes("Codex");
     letsGo("Codex", makeRect(15, 15, 1254, 700), {700, 725}, WorkspaceController::LettingGo::intoTile,
-           WorkspaceController::HandMovement::resize);
+           WorkspaceController::WindowDragKind::resize);
     desk.expectTiles(kHalves); // there is no divider at the display's edge
 }
 
@@ -224,7 +224,7 @@ TEST_F(Halves, BothEdgesOfAPulledCornerFollowWhateverWeightsTheirSplitsHad) {
     takes("Viewer");
     letsGo("Viewer", makeRect(minX(before) - 100, minY(before) - 50, before.size.width + 100, before.size.height + 50),
            {minX(before), 1440 - minY(before)}, WorkspaceController::LettingGo::intoTile,
-           WorkspaceController::HandMovement::resize);
+           WorkspaceController::WindowDragKind::resize);
     EXPECT_NEAR(minX(corner()), minX(before) - 100, 1);
     EXPECT_NEAR(minY(corner()), minY(before) - 50, 1);
 }
@@ -243,14 +243,14 @@ TEST_F(Halves, ResizingAFloatingWindowIsNoDrop) {
     desk.opens("Notes", {.frame = makeRect(100, 100, 500, 400)}).advance(Seconds(1));
     takes("Notes");
     letsGo("Notes", makeRect(100, 100, 800, 600), {850, 600}, WorkspaceController::LettingGo::intoTile,
-           WorkspaceController::HandMovement::resize);
+           WorkspaceController::WindowDragKind::resize);
     EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Notes")), "Notes 100,100 800x600");
     EXPECT_EQ(newUndoSteps(), 0u);
 }
 
 TEST_F(Halves, TakingAnotherWindowEndsTheZoom) {
     desk.opens("Notes", {.frame = makeRect(100, 100, 500, 400)}).advance(Seconds(1));
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userFocuses("Mail");
     desk.zoom();
     takes("Notes");
     EXPECT_EQ(*desk.state().focusMode, std::nullopt);

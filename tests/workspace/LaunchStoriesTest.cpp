@@ -1,5 +1,5 @@
 // Applications that are launched into a tile, and the arrangement after the start.
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 #include "tests/workspace/Pictures.h"
 
 #include "layout/LayoutCoding.h"
@@ -29,7 +29,7 @@ class Launching : public ::testing::Test {
 
     static constexpr const char* kAlone = "Mail 15,15 1254x1382 | -";
     static constexpr const char* kBoth = "Mail 15,15 1254x1382 | Notes 1291,15 1254x1382";
-    Desk desk;
+    Scenario desk;
 };
 
 TEST_F(Launching, TheFirstWindowLandsInTheTile) {
@@ -54,8 +54,8 @@ TEST_F(Launching, AWindowThatIsThereWithoutATileWillDo) {
     };
     const Case cases[] = {
         {"open", [](auto&) {}},
-        {"minimised", [](auto& desktop) { desktop.minimizeByHand("Notes"); }},
-        {"hidden", [](auto& desktop) { desktop.hideByHand("Notes"); }},
+        {"minimised", [](auto& desktop) { desktop.userMinimizes("Notes"); }},
+        {"hidden", [](auto& desktop) { desktop.userHides("Notes"); }},
         {"beside one in full screen",
          [](auto& desktop) {
              desktop.close("Notes");
@@ -172,14 +172,14 @@ TEST_F(Launching, ADisplayThatIsAwayOrALayoutWithoutTheTileMayComeBack) {
 }
 
 TEST_F(Launching, TheTimeOfALockedOrSleepingScreenDoesNotCount) {
-    using Change = std::function<void(Desk&)>;
+    using Change = std::function<void(Scenario&)>;
     const struct {
         const char* how;
         Change away, back;
     } cases[] = {
-        {"asleep", [](Desk& d) { d.sleep(); }, [](Desk& d) { d.wake(); }},
-        {"locked, seen by a poll", [](Desk& d) { d.desktop.setLocked(true); },
-         [](Desk& d) { d.desktop.setLocked(false); }},
+        {"asleep", [](Scenario& d) { d.sleep(); }, [](Scenario& d) { d.wake(); }},
+        {"locked, seen by a poll", [](Scenario& d) { d.desktop.setLocked(true); },
+         [](Scenario& d) { d.desktop.setLocked(false); }},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.how);
@@ -204,7 +204,7 @@ TEST_F(Launching, TheTimeOfALockedOrSleepingScreenDoesNotCount) {
 }
 
 TEST(LaunchingOnANamelessDisplay, ItsTileIsFoundAfterAChangeOfSize) {
-    Desk desk;
+    Scenario desk;
     desk.desktop.addDisplay({.name = "VM", .size = {1920, 1080}, .origin = CGPoint{0, 0}, .canTellUUID = false});
     desk.layout("jarvis.dual-split", "VM").opens("Mail").arrange();
     const auto notes = desk.desktop.install("Notes", {.startsAfter = Seconds(4)});
@@ -221,7 +221,7 @@ TEST(LaunchingOnANamelessDisplay, ItsTileIsFoundAfterAChangeOfSize) {
 
 TEST_F(Launching, AZoomedWindowMakesWay) {
     launch(desk.desktop.install("Notes", {.startsAfter = Seconds(3)}), kRight);
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userFocuses("Mail");
     desk.zoom();
     ASSERT_TRUE(desk.wasCarriedOut());
     desk.advance(Seconds(5)).expectTiles(kBoth);
@@ -239,14 +239,14 @@ TEST_F(Launching, NothingIsPlacedOnceManagementHasEnded) {
 PreferenceData arrangingProfile() {
     WorkspaceProfile profile;
     profile.layoutID = "jarvis.dual-split";
-    Desk desk;
+    Scenario desk;
     desk.preferences.setValue("KOVA.workspaceProfile.v1", PreferenceData{encodeWorkspaceProfile(profile)});
     desk.controller().setAutoArrangeOnLaunch(true);
     return *desk.preferences.data("KOVA.workspaceProfile.v1");
 }
 
 TEST(ArrangingAfterTheStart, LeavesAloneWhatARuleHasPlaced) {
-    Desk desk;
+    Scenario desk;
     desk.preferences.setValue("KOVA.workspaceProfile.v1", arrangingProfile());
     desk.display(2560, 1440).opens("Mail").start().settle();
     desk.expectTiles("Mail 15,15 1254x1382 | -"); // learnt
@@ -262,7 +262,7 @@ TEST(ArrangingAfterTheStart, LeavesAloneWhatARuleHasPlaced) {
 
 TEST(ArrangingAfterTheStart, HappensOnceInTheLifeOfTheProcess) {
     const PreferenceData stored = arrangingProfile();
-    Desk desk;
+    Scenario desk;
     desk.preferences.setValue("KOVA.workspaceProfile.v1", stored);
     desk.display(2560, 1440).opens("Mail").start().settle();
     desk.expectTiles("Mail 15,15 1254x1382 | -");
@@ -272,7 +272,7 @@ TEST(ArrangingAfterTheStart, HappensOnceInTheLifeOfTheProcess) {
     desk.expectTiles("Mail 15,15 1254x1382 | -");
 
     // Who is faster than the machine has arranged already.
-    Desk other;
+    Scenario other;
     other.preferences.setValue("KOVA.workspaceProfile.v1", stored);
     other.display(2560, 1440).opens("Mail").controller().start(false);
     other.advance(Seconds(0.1));

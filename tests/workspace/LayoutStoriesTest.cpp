@@ -1,5 +1,5 @@
 // Choosing layouts, undoing, zooming, and walking between tiles.
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 #include "tests/workspace/Pictures.h"
 
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@ namespace {
 using enum WorkspaceDirection;
 
 TEST(LayoutStories, WindowsFollowTheirTilesIntoAnotherLayoutAndUndoBringsThemBack) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     desk.layout("jarvis.dual-stack");
     desk.expectTiles("Codex 15,15 2530x666 | Mail 15,731 2530x666");
@@ -27,11 +27,11 @@ TEST(LayoutStories, WindowsFollowTheirTilesIntoAnotherLayoutAndUndoBringsThemBac
 }
 
 TEST(LayoutStories, TheFocusedWindowStaysInFrontWhereALayoutHasTooFewTiles) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Codex").opens("Mail").opens("Notes").opens("Maps");
     desk.arrange();
     for (const char* focused : {"Codex", "Mail", "Notes", "Maps"}) {
-        desk.desktop.focusByHand(focused);
+        desk.desktop.userFocuses(focused);
         const auto start = desk.controller().assignments();
         for (const char* layout : {"jarvis.dual-split", "jarvis.focus-single", "jarvis.triple-strip"}) {
             desk.layout(layout);
@@ -45,7 +45,7 @@ TEST(LayoutStories, TheFocusedWindowStaysInFrontWhereALayoutHasTooFewTiles) {
 }
 
 TEST(LayoutStories, CyclingGoesThroughTheWholeCatalogueAndRound) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.super-ultrawide-5120x1440").start();
     auto& controller = desk.controller();
     const auto current = [&] { return controller.resolvedLayout(desk.displayIDOf("A"))->id; };
@@ -58,7 +58,7 @@ TEST(LayoutStories, CyclingGoesThroughTheWholeCatalogueAndRound) {
 }
 
 TEST(LayoutStories, TheCurrentDisplayIsThatOfTheFocusThenOfThePointerThenTheFirst) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).display(1920, 1080);
     desk.opens("Mail", {.frame = makeRect(2700, 60, 800, 600)}).start();
     EXPECT_EQ(desk.controller().currentDisplayID(), desk.displayIDOf("B"));
@@ -70,7 +70,7 @@ TEST(LayoutStories, TheCurrentDisplayIsThatOfTheFocusThenOfThePointerThenTheFirs
 }
 
 TEST(LayoutStories, AutomaticPicksByTheDisplay) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).display(1920, 1080).display(5120, 1440).display(4200, 1440);
     desk.desktop.setPanels("D", makeRect(0, 60, 0, 0)); // what it leaves free is more than 3 to 1
     auto& controller = desk.controller();
@@ -87,7 +87,7 @@ TEST(LayoutStories, AutomaticPicksByTheDisplay) {
 }
 
 TEST(LayoutStories, WeightsShapeTheTilesUntilTheyAreReset) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440);
     WorkspaceProfile profile;
     profile.layoutSelectionsByDisplay[desk.displayIDOf("A")] = DisplayLayoutSelection::layout("jarvis.dual-split");
@@ -102,7 +102,7 @@ TEST(LayoutStories, WeightsShapeTheTilesUntilTheyAreReset) {
 }
 
 TEST(LayoutStories, TilesFollowTheDisplayAndItsPanels) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     desk.desktop.resizeDisplay("A", {1920, 1080});
     desk.settle();
@@ -113,7 +113,7 @@ TEST(LayoutStories, TilesFollowTheDisplayAndItsPanels) {
 }
 
 TEST(LayoutStories, TheInsetIsTheGapAroundWindows) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     EXPECT_TRUE(desk.controller().setTileInset(0));
     desk.settle();
@@ -123,9 +123,9 @@ TEST(LayoutStories, TheInsetIsTheGapAroundWindows) {
 }
 
 TEST(FocusModeStories, OneWindowTakesTheDisplayAndGivesItBack) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userFocuses("Mail");
     desk.zoom();
     desk.expectMessage("Focus Mode — Mail owns this display");
     EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Mail")), "Mail 15,15 2530x1382");
@@ -137,9 +137,9 @@ TEST(FocusModeStories, OneWindowTakesTheDisplayAndGivesItBack) {
 }
 
 TEST(FocusModeStories, EveryOtherActionStartsFromTheRestoredWorkspace) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
-    desk.desktop.focusByHand("Codex");
+    desk.desktop.userFocuses("Codex");
     desk.zoom().arrange();
     desk.expectTiles(kHalves);
     EXPECT_EQ(*desk.state().focusMode, std::nullopt);
@@ -148,7 +148,7 @@ TEST(FocusModeStories, EveryOtherActionStartsFromTheRestoredWorkspace) {
 }
 
 TEST(LayoutStories, ADisplayThatPicksAnotherLayoutByItsSizeTakesItsWindowsAlong) {
-    Desk desk;
+    Scenario desk;
     desk.display(1920, 1080);
     desk.controller().selectLayout(desk.displayIDOf("A"), DisplayLayoutSelection::automatic());
     desk.opens("Codex").opens("Mail").opens("Notes").arrange();
@@ -162,7 +162,7 @@ TEST(LayoutStories, ADisplayThatPicksAnotherLayoutByItsSizeTakesItsWindowsAlong)
 }
 
 TEST(LayoutStories, AWindowThatNoLongerFitsClaimsASpanAtOnceAndHandlesHearOfEveryMove) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex", {.minimumSize = {{300, 1300}}}).arrange();
     auto revision = *desk.state().layoutRevision;
     desk.layout("jarvis.quad-grid");
@@ -179,7 +179,7 @@ TEST(LayoutStories, AWindowThatNoLongerFitsClaimsASpanAtOnceAndHandlesHearOfEver
 }
 
 TEST(LayoutStories, ASpanKeepsClearOfTheTilesNextToItWhenTheseGrow) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440)
         .layout("jarvis.six-grid-portrait")
         .opens("Codex", {.minimumSize = {{300, 1300}}})
@@ -200,7 +200,7 @@ TEST(LayoutStories, ASpanKeepsClearOfTheTilesNextToItWhenTheseGrow) {
 }
 
 TEST(LayoutStories, NothingMovesWhileTheScreenIsLocked) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     desk.desktop.setLocked(true);
     desk.advance(Seconds(1));
@@ -216,9 +216,9 @@ TEST(LayoutStories, NothingMovesWhileTheScreenIsLocked) {
 }
 
 TEST(FocusModeStories, AWindowWithoutATileCanBeZoomedAndTheZoomEndsWithItsDisplaysSize) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail", {.frame = makeRect(1500, 90, 600, 400)}).start();
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userFocuses("Mail");
     desk.zoom();
     ASSERT_TRUE(*desk.state().focusMode);
     EXPECT_EQ((*desk.state().focusMode)->anchorTargetID, desk.targetID("A", "secondary-1"));
@@ -229,40 +229,40 @@ TEST(FocusModeStories, AWindowWithoutATileCanBeZoomedAndTheZoomEndsWithItsDispla
 }
 
 TEST(FocusModeStories, WhatWasHiddenStaysHidden) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userFocuses("Mail");
     desk.move(left);
     ASSERT_TRUE(desk.desktop.isHidden("Codex"));
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userFocuses("Mail");
     desk.zoom().zoom();
     EXPECT_TRUE(desk.desktop.isHidden("Codex"));
     desk.expectTiles("Mail 15,15 1254x1382 + Codex | -");
 }
 
 TEST(FocusModeStories, ItEndsWithItsWindowAndIsRefusedWhereItWouldChangeNothing) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
-    desk.desktop.focusByHand("Codex");
+    desk.desktop.userFocuses("Codex");
     desk.zoom();
     desk.desktop.close("Codex");
     desk.settle();
     desk.expectMessage("Focus Mode closed because its window is no longer available");
     desk.expectTiles("- | Mail 1291,15 1254x1382");
     desk.layout("jarvis.focus-single");
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userFocuses("Mail");
     desk.zoom();
     EXPECT_FALSE(desk.wasCarriedOut());
     desk.expectMessage("This display already uses a single-pane layout");
 }
 
 TEST(FocusModeStories, StoppingGivesTheDisplayBackAndAFullHistoryLosesNothing) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     for (int i = 0; i < 40; ++i) desk.controller().perform(action::Arrange{});
     desk.settle();
     const auto history = desk.controller().undoHistory().entries();
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userFocuses("Mail");
     desk.zoom();
     desk.stop();
     EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Mail")), "Mail 1291,15 1254x1382");
@@ -270,13 +270,13 @@ TEST(FocusModeStories, StoppingGivesTheDisplayBackAndAFullHistoryLosesNothing) {
 }
 
 TEST(UndoStories, MinimizedStateAndFramesComeBackAndTheDeadAreSkipped) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex", {.frame = makeRect(20, 20, 600, 400)}).opens("Mail", {.frame = makeRect(80, 80, 600, 400)});
     desk.opens("Viewer", {.frame = makeRect(160, 160, 600, 400), .isMinimized = true}).start();
     const std::string before = desk.desktop.picture();
     desk.arrange();
-    desk.desktop.minimizeByHand("Mail");
+    desk.desktop.userMinimizes("Mail");
     desk.settle();
     desk.undo();
     EXPECT_EQ(desk.desktop.picture(), before);
@@ -289,16 +289,16 @@ TEST(UndoStories, MinimizedStateAndFramesComeBackAndTheDeadAreSkipped) {
 }
 
 TEST(UndoStories, AnEmptyHistoryIsSilent) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).opens("Codex").undo();
     EXPECT_FALSE(desk.wasCarriedOut());
     EXPECT_EQ(*desk.state().lastActionMessage, std::nullopt);
 }
 
 TEST(NavigationStories, FocusWalksOverOccupiedTilesAndSaysWhereItEnds) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Codex").opens("Mail").opens("Notes").arrange();
-    desk.desktop.focusByHand("Codex");
+    desk.desktop.userFocuses("Codex");
     desk.focus(right);
     desk.expectFocus("Mail");
     desk.expectMessage("Focused Mail");
@@ -312,13 +312,13 @@ TEST(NavigationStories, FocusWalksOverOccupiedTilesAndSaysWhereItEnds) {
 }
 
 TEST(NavigationStories, ACycleThatClaimsASpanLosesNobody) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     for (const char* name : {"Codex", "Firefox", "Mail", "Viewer"}) desk.opens(name);
     desk.arrange();
     desk.controller().setBringsNextForward(false);
     desk.opens("Big", {.minimumSize = {{2000, 1300}}}).advance(Seconds(1));
-    desk.desktop.focusByHand("Codex");
+    desk.desktop.userFocuses("Codex");
     const std::string anchor = desk.targetID("A", "focus-main");
     ASSERT_TRUE(
         desk.controller().placeWindow(desk.desktop.windowIDOf("Big"), anchor, WorkspaceController::Focusing::yes));
@@ -331,9 +331,9 @@ TEST(NavigationStories, ACycleThatClaimsASpanLosesNobody) {
 }
 
 TEST(NavigationStories, AStackIsCycledRound) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userFocuses("Mail");
     desk.move(left);
     desk.expectTiles("Mail 15,15 1254x1382 + Codex | -");
     desk.cycleStack();

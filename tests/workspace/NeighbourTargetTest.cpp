@@ -1,6 +1,6 @@
 #include "workspace/NeighbourTarget.h"
 
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
 
@@ -63,7 +63,7 @@ TEST(NeighbourTarget, TheTilesOfASpanAreNoNeighborsOfIt) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(std::string(describe(c.direction)) + " from " + std::to_string(c.at));
-        Desk desk;
+        Scenario desk;
         desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Mail", {.minimumSize = c.least}).arrange();
         const auto& controller = desk.controller();
         const auto tiles = controller.tiles();

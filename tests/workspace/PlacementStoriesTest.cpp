@@ -1,5 +1,5 @@
 // Who gets a tile, who gives way and how, and what large and stubborn windows do to a layout.
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@ namespace kova {
 namespace {
 
 TEST(PlacementStories, SurplusWindowsAreMinimizedNeverClosedAndStayWhereTheyAreNextTime) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     for (const char* name : {"Codex", "Mail", "Viewer", "Firefox"}) desk.opens(name);
     desk.arrange();
@@ -26,26 +26,26 @@ TEST(PlacementStories, ADesktopThatPlacesWindowsItselfIsNamedOrFoundOut) {
     const std::string wayOut =
         "Only windows that float there can be arranged; use KOVA with a window manager that lets "
         "windows float.";
-    Desk named;
+    Scenario named;
     named.display(2560, 1440).opens("Mail").opens("Notes");
     named.desktop.placeWindowsItself("i3");
     named.arrange().expectMessage("i3 places windows itself, so they stay where it puts them. " + wayOut);
 
-    Desk nameless;
+    Scenario nameless;
     nameless.display(2560, 1440).opens("Mail").opens("Notes");
     nameless.desktop.placeWindowsItself(std::nullopt);
     nameless.arrange().expectMessage("Windows arranged into zones — Undo is available");
     nameless.settle().arrange();
     nameless.expectMessage("No window goes where it is sent: the window manager places them itself. " + wayOut);
 
-    Desk obedient; // but for one window
+    Scenario obedient; // but for one window
     obedient.display(2560, 1440).opens("Mail", {.refusesToMove = true}).opens("Notes");
     obedient.arrange().settle().arrange();
     obedient.expectMessage("Windows arranged into zones — Undo is available");
 }
 
 TEST(PlacementStories, ADryRunTouchesNothingAndSaysWhatArrangingDoes) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.triple-strip").opens("Mail").opens("Codex").start();
     const std::string before = desk.desktop.picture();
     const auto planned = desk.controller().planArrangement().explanation();
@@ -55,7 +55,7 @@ TEST(PlacementStories, ADryRunTouchesNothingAndSaysWhatArrangingDoes) {
 }
 
 TEST(PlacementStories, TheFootersLieBelowTheirTilesAndPrimaryIsTopLeft) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.opens("Codex").opens("Firefox", {.frame = makeRect(1400, 100, 800, 500)});
     desk.opens("Mail", {.frame = makeRect(100, 800, 800, 500)})
@@ -67,10 +67,10 @@ TEST(PlacementStories, TheFootersLieBelowTheirTilesAndPrimaryIsTopLeft) {
 }
 
 TEST(PlacementStories, MinimizedAndHiddenWindowsAreBroughtBackInASecondPass) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex", {.isMinimized = true}).opens("Mail").start();
-    desk.desktop.hideByHand("Mail");
+    desk.desktop.userHides("Mail");
     desk.settle().arrange();
     desk.expectTiles("Codex 15,15 1254x1382 | Mail 1291,15 1254x1382");
     EXPECT_FALSE(desk.desktop.window("Codex").isMinimized);
@@ -78,7 +78,7 @@ TEST(PlacementStories, MinimizedAndHiddenWindowsAreBroughtBackInASecondPass) {
 }
 
 TEST(PlacementStories, ANewerArrangementEndsTheSecondPassOfTheOlder) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail", {.isMinimized = true}).start();
     auto& controller = desk.controller();
     controller.perform(action::Arrange{});
@@ -90,9 +90,9 @@ TEST(PlacementStories, ANewerArrangementEndsTheSecondPassOfTheOlder) {
 }
 
 TEST(PlacementStories, TheSecondPassDoesNotTakeBackWhatTheUserDidMeanwhile) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail", {.isMinimized = true}).start();
-    desk.desktop.focusByHand("Codex");
+    desk.desktop.userFocuses("Codex");
     desk.controller().perform(action::Arrange{});
     desk.advance(Seconds(0.3));
     desk.controller().perform(action::Move{WorkspaceDirection::right});
@@ -103,7 +103,7 @@ TEST(PlacementStories, TheSecondPassDoesNotTakeBackWhatTheUserDidMeanwhile) {
 }
 
 TEST(PlacementStories, AFullScreenWindowIsNotTakenOffTheScreenByALayout) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     desk.desktop.setFullScreen("Mail", true);
     desk.advance(Seconds(1));
@@ -112,18 +112,18 @@ TEST(PlacementStories, AFullScreenWindowIsNotTakenOffTheScreenByALayout) {
 }
 
 TEST(PlacementStories, ADisplacedWindowIsHiddenWithItsApplicationUnlessThatKeepsAnotherTile) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.triple-strip");
     desk.opens("Mail", {.frame = makeRect(50, 50, 600, 800)}).opens("Mail", {.frame = makeRect(900, 50, 600, 800)});
     desk.opens("Viewer", {.frame = makeRect(1800, 50, 600, 800)}).arrange();
     desk.expectTiles("Mail 15,15 829x1382 | Mail 2 866,15 829x1382 | Viewer 1717,15 828x1382");
-    desk.desktop.focusByHand("Mail 2");
+    desk.desktop.userFocuses("Mail 2");
     desk.move(WorkspaceDirection::right);
     desk.expectMessage("Moved Mail to the right zone");
     desk.expectTiles("Mail 15,15 829x1382 | - | Mail 2 1717,15 828x1382 + Viewer");
     EXPECT_TRUE(desk.desktop.isHidden("Viewer"));
 
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userFocuses("Mail");
     desk.move(WorkspaceDirection::right).move(WorkspaceDirection::right);
     desk.expectTiles("- | - | Mail 1717,15 828x1382 + Mail 2 + Viewer");
     EXPECT_TRUE(desk.desktop.window("Mail 2").isMinimized) << "its application keeps a tile";
@@ -131,7 +131,7 @@ TEST(PlacementStories, ADisplacedWindowIsHiddenWithItsApplicationUnlessThatKeeps
 }
 
 TEST(PlacementStories, AWindowThatToldItsMinimumMakesTheLayoutGiveWay) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex", {.minimumSize = {{1700, 400}}}).opens("Mail").arrange();
     desk.expectTiles("Codex 15,15 1700x1382 | Mail 1737,15 808x1382");
@@ -139,7 +139,7 @@ TEST(PlacementStories, AWindowThatToldItsMinimumMakesTheLayoutGiveWay) {
 }
 
 TEST(PlacementStories, AWindowTooLargeForItsTileClaimsTheNeighbourAndSaysSo) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.opens("Codex", {.minimumSize = {{2300, 400}}}).opens("Mail").arrange();
     desk.expectTiles("Codex 15,15 2530x666 | (Codex) | Mail 15,731 1254x666 | -");
@@ -151,7 +151,7 @@ TEST(PlacementStories, AWindowTooLargeForItsTileClaimsTheNeighbourAndSaysSo) {
 }
 
 TEST(PlacementStories, AWindowThatRefusesToShrinkIsRememberedAndGivenItsRoom) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex").opens("Mail", {.secretMinimumSize = {{1500, 300}}}).arrange();
     desk.expectTiles("Codex 15,15 1008x1382 | Mail 1045,15 1500x1382");
@@ -162,7 +162,7 @@ TEST(PlacementStories, AWindowThatRefusesToShrinkIsRememberedAndGivenItsRoom) {
 }
 
 TEST(PlacementStories, AStubbornWindowIsAskedAFewTimesAndThenLeftInPeace) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex").opens("Mail", {.frame = makeRect(40, 40, 500, 400), .refusesToMove = true}).arrange();
     desk.advance(Seconds(10));
@@ -172,23 +172,23 @@ TEST(PlacementStories, AStubbornWindowIsAskedAFewTimesAndThenLeftInPeace) {
 }
 
 TEST(PlacementStories, AWindowDraggedOffItsTileReturnsAndAQuietOneIsNotWritten) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     const std::string before = desk.tiles();
     const int writes = desk.desktop.window("Codex").frameWriteCount;
-    desk.desktop.moveByHand("Mail", makeRect(300, 300, 500, 400));
+    desk.desktop.userMoves("Mail", makeRect(300, 300, 500, 400));
     desk.settle();
     desk.expectTiles(before);
     EXPECT_EQ(desk.desktop.window("Codex").frameWriteCount, writes);
 }
 
 TEST(PlacementStories, FullScreenWindowsAndOtherVirtualDesktopsTakeNoPart) {
-    Desk desk;
+    Scenario desk;
     desk.desktop.setSpaceStyle(SpaceStyle::listsAll);
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     desk.desktop.setFullScreen("Codex", true);
     desk.opens("Elsewhere", {.frame = makeRect(10, 10, 640, 480), .virtualDesktop = 3}).opens("Viewer");
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userFocuses("Mail");
     desk.arrange();
     const auto& assigned = *desk.state().assignedWindowIDs;
     EXPECT_EQ(assigned.at(desk.targetID("A", "focus-main")), desk.desktop.windowIDOf("Codex")) << "keeps its tile";
@@ -200,19 +200,19 @@ TEST(PlacementStories, FullScreenWindowsAndOtherVirtualDesktopsTakeNoPart) {
 }
 
 TEST(PlacementStories, AWindowThatVanishesBetweenPlanAndPlacementIsSkipped) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex", {.vanishesAtWrite = 1}).opens("Mail").arrange();
     desk.expectTiles("- | Mail 1291,15 1254x1382");
 }
 
 TEST(PlacementStories, WhatIsLearntSurvivesARestart) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userFocuses("Mail");
     for (int i = 0; i < 3; ++i) {
         desk.move(WorkspaceDirection::left);
-        desk.desktop.focusByHand("Mail");
+        desk.desktop.userFocuses("Mail");
     }
     desk.restart();
     desk.arrange();
@@ -220,7 +220,7 @@ TEST(PlacementStories, WhatIsLearntSurvivesARestart) {
 }
 
 TEST(PlacementStories, AnArrangementThatIsUndoneIsNotLearnt) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     for (int count = 0; count < 3; ++count) desk.opens("Terminal");
     desk.opens("Mail").arrange();
@@ -239,18 +239,18 @@ TEST(PlacementStories, AnArrangementThatIsUndoneIsNotLearnt) {
 }
 
 TEST(PlacementStories, TheWindowInUseKeepsATile) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     for (const char* name : {"Console", "Codex", "Firefox", "Mail"}) desk.opens(name);
-    desk.start().desktop.focusByHand("Firefox");
-    desk.settle().desktop.focusByHand("Console");
+    desk.start().desktop.userFocuses("Firefox");
+    desk.settle().desktop.userFocuses("Console");
     desk.settle().arrange();
     desk.expectTiles("Firefox 15,15 1254x1382 | Console 1291,15 1254x1382");
     desk.arrange().expectTiles("Firefox 15,15 1254x1382 | Console 1291,15 1254x1382");
 }
 
 TEST(PlacementStories, WindowsStayOnTheirDisplays) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.display(1920, 1080).layout("jarvis.dual-split");
     desk.opens("Codex", {.frame = makeRect(2700, 60, 800, 600)}).opens("Mail", {.frame = makeRect(50, 60, 800, 600)});

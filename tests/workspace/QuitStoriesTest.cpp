@@ -1,5 +1,5 @@
 // Applications that are ended on request, one or all.
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
 
@@ -26,7 +26,7 @@ class Quitting : public ::testing::Test {
         return lines;
     }
 
-    Desk desk;
+    Scenario desk;
 };
 
 TEST_F(Quitting, AnApplicationIsAskedAndItsTileIsFreeSoonAfter) {
@@ -67,7 +67,7 @@ TEST_F(Quitting, AnApplicationWhoseProcessIsUncertainIsNotForced) {
 }
 
 TEST_F(Quitting, AZoomedApplicationFirstGivesTheDisplayBack) {
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userFocuses("Mail");
     const std::string before = desk.tiles();
     desk.desktop.setQuittingHabit("Mail", QuittingHabit::refuses);
     desk.zoom();

@@ -1,6 +1,6 @@
 // Any workspace can be captured, and comes back as it was after anything was done to it; opening it once more moves
 // nothing. A failure prints the seed. KOVA_RANDOM_SEED runs one seed, KOVA_RANDOM_DAYS that many seeds from it on.
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 #include "tests/workspace/Seeds.h"
 
 #include <gtest/gtest.h>
@@ -74,14 +74,14 @@ class RandomScene {
             }
             break;
         case 3:
-            desk_.desktop.focusByHand(label);
+            desk_.desktop.userFocuses(label);
             controller.perform(action::CycleStack{});
             break;
         case 4:
             controller.setTileInset(static_cast<double>(below(9)));
             break;
         case 5:
-            desk_.desktop.moveByHand(label, makeRect(static_cast<double>(below(900)), 50, 600, 400));
+            desk_.desktop.userMoves(label, makeRect(static_cast<double>(below(900)), 50, 600, 400));
             break;
         default:
             break;
@@ -97,7 +97,7 @@ class RandomScene {
     }
 
     std::mt19937 random_;
-    Desk desk_;
+    Scenario desk_;
     char next_ = 'a';
 };
 

@@ -1,5 +1,5 @@
 // Sleep, lock and session switches: what the window server does to windows meanwhile, and how they get back.
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
 
@@ -15,18 +15,18 @@ class Recovery : public ::testing::Test {
         desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
         picture = desk.tiles();
     }
-    Desk desk;
+    Scenario desk;
     std::string picture;
 };
 
 TEST_F(Recovery, WindowsComeBackOneByOneAndEachIsPutBackOnce) {
     desk.sleep();
     desk.desktop.loseWindow("Mail");
-    desk.desktop.moveByHand("Notes", makeRect(5, 5, 640, 480));
+    desk.desktop.userMoves("Notes", makeRect(5, 5, 640, 480));
     desk.advance(Seconds(60)).wake().advance(Seconds(3));
     EXPECT_EQ(desk.tiles().find("Notes 15,15 1254x1382"), 0u) << desk.tiles();
     const int writes = desk.desktop.window("Mail").frameWriteCount;
-    desk.desktop.moveByHand("Mail", makeRect(5, 5, 640, 480));
+    desk.desktop.userMoves("Mail", makeRect(5, 5, 640, 480));
     desk.desktop.loseWindow("Mail", false);
     desk.settle();
     desk.expectTiles(picture);
@@ -119,10 +119,10 @@ TEST_F(Recovery, InDoubtNobodyIsRecognised) {
         {"moved by the desktop",
          [](auto& desktop) {
              const CGRect frame = desktop.window("Mail").frame;
-             desktop.moveByHand("Mail", makeRect(900, 300, frame.size.width, frame.size.height));
+             desktop.userMoves("Mail", makeRect(900, 300, frame.size.width, frame.size.height));
          },
          2},
-        {"moved and resized", [](auto& desktop) { desktop.moveByHand("Mail", makeRect(900, 300, 500, 400)); }, 1},
+        {"moved and resized", [](auto& desktop) { desktop.userMoves("Mail", makeRect(900, 300, 500, 400)); }, 1},
         {"of another title", [](auto& desktop) { desktop.setTitle("Mail", "Drafts"); }, 1},
         {"one of two that fit",
          [](auto& desktop) { desktop.setTitle(desktop.open("Mail", {.frame = desktop.window("Mail").frame}), "Mail"); },
@@ -130,7 +130,7 @@ TEST_F(Recovery, InDoubtNobodyIsRecognised) {
     };
     for (const auto& night : nights) {
         SCOPED_TRACE(night.what);
-        Desk other;
+        Scenario other;
         other.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
         other.sleep();
         night.happens(other.desktop);

@@ -1,5 +1,5 @@
 // Windows that refuse: every desktop comes to rest, and what fits does not overlap.
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 #include "workspace/ReflowPolicy.h"
 
 #include <gtest/gtest.h>
@@ -24,7 +24,7 @@ TEST(ReflowPolicy, OncePerSecondAndDisplayAndThreeTimesPerWindow) {
 }
 
 TEST(ReflowStories, AWindowThatAlwaysTakesMoreThanItsTileIsGivenUpOnInTime) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Codex");
     desk.opens("Mail", {.secretMinimumSize = {{2400, 300}}}).opens("Notes").opens("Viewer").arrange();
     desk.advance(Seconds(10));
@@ -35,7 +35,7 @@ TEST(ReflowStories, AWindowThatAlwaysTakesMoreThanItsTileIsGivenUpOnInTime) {
 }
 
 TEST(ReflowStories, ASpanIsGivenBackWhenItsWindowNeedsItNoMore) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Mail", {.minimumSize = {{2500, 300}}}).arrange();
     desk.expectTiles("Mail 15,15 2530x666 | (Mail) | - | -");
     desk.desktop.setMinimumSize("Mail", {2450, 300});
@@ -45,7 +45,7 @@ TEST(ReflowStories, ASpanIsGivenBackWhenItsWindowNeedsItNoMore) {
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0);
 }
 
-std::vector<CGRect> tiledFrames(Desk& desk) {
+std::vector<CGRect> tiledFrames(Scenario& desk) {
     std::vector<CGRect> frames;
     for (const auto& tile : desk.controller().tiles()) {
         if (!tile.windowID) continue;
@@ -63,7 +63,7 @@ TEST(ReflowStories, EveryDeskComesToRestAndWhatFitsDoesNotOverlap) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         std::mt19937 random(seed);
         const auto upTo = [&](int limit) { return static_cast<double>(random() % static_cast<unsigned>(limit + 1)); };
-        Desk desk;
+        Scenario desk;
         desk.display(2560, 1440).layout(layouts[random() % layouts.size()]);
         bool isTame = true;
         for (int i = 0; i < 5; ++i) {

@@ -1,5 +1,5 @@
 // When the desktop is asked, what an answer changes, and which answers come too late.
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
 
@@ -20,7 +20,7 @@ const std::vector<WorkspaceAction> kMovingActions = {action::Arrange{},
                                                      action::Undo{}};
 
 TEST(RefreshStories, AQuietDesktopThatAnnouncesItsChangesIsNotAsked) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     const int jobs = desk.desktop.pollingQueue().jobsBegun();
     desk.advance(Seconds(600));
@@ -33,7 +33,7 @@ TEST(RefreshStories, AQuietDesktopThatAnnouncesItsChangesIsNotAsked) {
 }
 
 TEST(RefreshStories, ADesktopThatCannotVouchIsAskedTwiceASecond) {
-    Desk desk;
+    Scenario desk;
     desk.desktop.setVouching(false);
     desk.display(2560, 1440).opens("Mail").start();
     const int jobs = desk.desktop.pollingQueue().jobsBegun();
@@ -42,7 +42,7 @@ TEST(RefreshStories, ADesktopThatCannotVouchIsAskedTwiceASecond) {
 }
 
 TEST(RefreshStories, AWindowThatKeepsToItsCellsIsKnownAsItIsAndNotAsItWasAskedToBe) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Terminal", {.cell = {17, 31}}).arrange();
     desk.advance(Seconds(30));
     const ManagedWindow& known = desk.controller().liveWindows().front();
@@ -55,7 +55,7 @@ TEST(RefreshStories, AWindowThatKeepsToItsCellsIsKnownAsItIsAndNotAsItWasAskedTo
 }
 
 TEST(RefreshStories, OnePollAtATimeHoweverSlowItIs) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).opens("Mail").start();
     desk.desktop.pollingQueue().setJobDuration(Seconds(3));
     desk.desktop.setVouching(false);
@@ -68,7 +68,7 @@ TEST(RefreshStories, OnePollAtATimeHoweverSlowItIs) {
 }
 
 TEST(RefreshStories, AnAnswerFromBeforeAStopOrASleepIsDropped) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).start();
     desk.desktop.pollingQueue().setJobDuration(Seconds(0.4));
     desk.opens("Mail");
@@ -91,21 +91,21 @@ TEST(RefreshStories, AnAnswerFromBeforeAStopOrASleepIsDropped) {
 }
 
 TEST(RefreshStories, OnlyWhatIsShownRepublishesTheWindows) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).opens("Mail", {.frame = kSomewhere}).start();
     int published = 0;
     const auto subscription = desk.controller().state().windows.observe([&](const auto&) { ++published; });
-    desk.desktop.moveByHand("Mail", makeRect(300, 300, 700, 500));
+    desk.desktop.userMoves("Mail", makeRect(300, 300, 700, 500));
     desk.settle();
     EXPECT_EQ(published, 0) << "it merely moved";
     EXPECT_EQ(desk.controller().liveWindows().front().frame, makeRect(300, 300, 700, 500));
-    desk.desktop.minimizeByHand("Mail");
+    desk.desktop.userMinimizes("Mail");
     desk.settle();
     EXPECT_EQ(published, 1);
 }
 
 TEST(RefreshStories, PermissionTakenEmptiesTheTilesAndGivenBackArrangesAgain) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     desk.desktop.setTrusted(false);
     desk.settle();
@@ -122,7 +122,7 @@ TEST(RefreshStories, PermissionTakenEmptiesTheTilesAndGivenBackArrangesAgain) {
     EXPECT_TRUE(desk.state().assignedWindowIDs->empty()) << "nobody asked for arranging on launch";
 }
 
-void prepareArrangingOnLaunch(Desk& desk) {
+void prepareArrangingOnLaunch(Scenario& desk) {
     WorkspaceProfile profile;
     profile.autoArrangeOnLaunch = true;
     profile.layoutID = "jarvis.dual-split";
@@ -131,7 +131,7 @@ void prepareArrangingOnLaunch(Desk& desk) {
 }
 
 TEST(RefreshStories, ArrangingOnLaunchWaitsThreeTenthsOfASecond) {
-    Desk desk;
+    Scenario desk;
     prepareArrangingOnLaunch(desk);
     desk.desktop.setTrusted(false);
     desk.start();
@@ -144,7 +144,7 @@ TEST(RefreshStories, ArrangingOnLaunchWaitsThreeTenthsOfASecond) {
 }
 
 TEST(RefreshStories, ArrangingOnLaunchWaitsForALockThatIsHeardOfLate) {
-    Desk desk;
+    Scenario desk;
     prepareArrangingOnLaunch(desk);
     desk.desktop.setTrusted(false);
     desk.start();
@@ -160,12 +160,12 @@ TEST(RefreshStories, ArrangingOnLaunchWaitsForALockThatIsHeardOfLate) {
 }
 
 TEST(RefreshStories, NothingIsForgottenWhileTheScreenIsLocked) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     const std::string before = desk.tiles();
     desk.desktop.setLocked(true);
     desk.advance(Seconds(1));
-    desk.desktop.moveByHand("Mail", makeRect(0, 0, 640, 480)); // the lock screen shuffles windows
+    desk.desktop.userMoves("Mail", makeRect(0, 0, 640, 480)); // the lock screen shuffles windows
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0);
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
     const std::string strewn = desk.tiles();
@@ -186,11 +186,11 @@ TEST(RefreshStories, NothingIsForgottenWhileTheScreenIsLocked) {
 }
 
 TEST(RefreshStories, EachWindowIsPutBackOnceAfterSleep) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     const std::string before = desk.tiles();
     desk.sleep();
-    desk.desktop.moveByHand("Notes", makeRect(5, 5, 640, 480));
+    desk.desktop.userMoves("Notes", makeRect(5, 5, 640, 480));
     desk.advance(Seconds(3600));
     EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Notes")), "Notes 5,5 640x480");
     desk.wake().settle();
@@ -199,7 +199,7 @@ TEST(RefreshStories, EachWindowIsPutBackOnceAfterSleep) {
 }
 
 TEST(RefreshStories, AStatusMessageStaysForItsFullFourSeconds) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).start();
     auto& controller = desk.controller();
     controller.showStatusMessage("first");
@@ -215,7 +215,7 @@ TEST(RefreshStories, AStatusMessageStaysForItsFullFourSeconds) {
 }
 
 TEST(RefreshStories, ThePromptIsShownOnlyWhenAskedForAndNeeded) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440);
     desk.desktop.setTrusted(false);
     desk.controller().start(false);

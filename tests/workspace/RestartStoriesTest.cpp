@@ -1,5 +1,5 @@
 // An agent that ends, in whatever way, and the one after it.
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 #include "workspace/SessionResumption.h"
 
 #include <gtest/gtest.h>
@@ -28,7 +28,7 @@ class Restart : public ::testing::Test {
         return kova().tiles().front().stack.back() == desk.desktop.windowIDOf("Mail") ? "Mail" : "Terminal";
     }
     /// Ends without a chance to do or to save anything more, and the next one starts.
-    Desk& isKilledAndFollowed() {
+    Scenario& isKilledAndFollowed() {
         desk.desktop.setTrusted(false); // so that nothing of its end reaches the windows or the record
         desk.advance(Seconds(0.6));
         meanwhile();
@@ -38,7 +38,7 @@ class Restart : public ::testing::Test {
     }
     std::function<void()> meanwhile = [] {};
 
-    Desk desk;
+    Scenario desk;
     std::string picture;
     TileAssignments assignments;
 };
@@ -51,7 +51,7 @@ TEST_F(Restart, ACrashLosesNothingAndMovesNothing) {
     EXPECT_EQ(kova().assignments(), assignments);
     desk.undo();
     EXPECT_FALSE(desk.wasCarriedOut()) << "there is nothing to undo";
-    desk.desktop.focusByHand("Notes");
+    desk.desktop.userFocuses("Notes");
     desk.cycleStack();
     EXPECT_TRUE(desk.wasCarriedOut());
     EXPECT_EQ(desk.tiles().substr(0, 5),
@@ -74,24 +74,24 @@ TEST_F(Restart, AnUpgradeGivesTheSamePicture) {
     const std::vector<Case> cases = {
         {"nothing", [] {}, true},
         {"another window of the waiting application", [&] { second = desk.desktop.open(waiting); }, true},
-        {"the user works in it", [&] { desk.desktop.focusByHand(waiting); }, false},
-        {"the user has moved it", [&] { desk.desktop.moveByHand(waiting, makeRect(700, 300, 500, 400)); }, false},
+        {"the user works in it", [&] { desk.desktop.userFocuses(waiting); }, false},
+        {"the user has moved it", [&] { desk.desktop.userMoves(waiting, makeRect(700, 300, 500, 400)); }, false},
         {"it is drawn on its way back",
          [&] {
-             desk.desktop.moveByHand(waiting, makeRect(900, 1300, 500, 400));
-             soon([&] { desk.desktop.moveByHand(waiting, tile); });
+             desk.desktop.userMoves(waiting, makeRect(900, 1300, 500, 400));
+             soon([&] { desk.desktop.userMoves(waiting, tile); });
          },
          true},
         {"it is not back yet",
          [&] {
-             desk.desktop.hideByHand(waiting, true);
-             soon([&] { desk.desktop.hideByHand(waiting, false); });
+             desk.desktop.userHides(waiting, true);
+             soon([&] { desk.desktop.userHides(waiting, false); });
          },
          true},
         {"it has the keyboard at first",
          [&] {
-             desk.desktop.focusByHand(waiting);
-             soon([&] { desk.desktop.focusByHand("Notes"); });
+             desk.desktop.userFocuses(waiting);
+             soon([&] { desk.desktop.userFocuses("Notes"); });
          },
          true},
         {"nobody is before it any more", [&] { desk.desktop.quit("Notes"); }, false},
@@ -100,9 +100,9 @@ TEST_F(Restart, AnUpgradeGivesTheSamePicture) {
         SCOPED_TRACE(c.what);
         ASSERT_FALSE(desk.desktop.isOnScreen(desk.desktop.window(waiting)));
         desk.stop();
-        desk.desktop.hideByHand(waiting, false);
-        desk.desktop.minimizeByHand(waiting, false);
-        desk.desktop.focusByHand("Notes");
+        desk.desktop.userHides(waiting, false);
+        desk.desktop.userMinimizes(waiting, false);
+        desk.desktop.userFocuses("Notes");
         c.meanwhile();
         desk.desktop.takeJournal();
         desk.restart();
@@ -114,7 +114,7 @@ TEST_F(Restart, AnUpgradeGivesTheSamePicture) {
         }
         if (!desk.desktop.isRunning("Notes")) break;
         EXPECT_EQ(kova().assignments(), assignments);
-        desk.desktop.focusByHand("Notes");
+        desk.desktop.userFocuses("Notes");
         desk.cycleStack();
         EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window(waiting)));
         desk.cycleStack();
@@ -127,12 +127,12 @@ TEST_F(Restart, WhoIsOnItsWayBackMayBeAskedForOrWaitForTheAgentAfterThisOne) {
     const CGRect tile = kova().tiles().front().frameForWindowService;
     const auto isUpgraded = [&] {
         desk.stop();
-        desk.desktop.hideByHand(waiting, false);
-        desk.desktop.moveByHand(waiting, makeRect(900, 1300, 500, 400));
-        desk.desktop.focusByHand("Notes");
+        desk.desktop.userHides(waiting, false);
+        desk.desktop.userMoves(waiting, makeRect(900, 1300, 500, 400));
+        desk.desktop.userFocuses("Notes");
     };
     isUpgraded();
-    meanwhile = [&] { desk.desktop.moveByHand(waiting, tile); };
+    meanwhile = [&] { desk.desktop.userMoves(waiting, tile); };
     desk.desktop.queue().after(Seconds(0.3), [&] { desk.stop(); });
     desk.restart();
     isKilledAndFollowed();
@@ -260,11 +260,11 @@ TEST(Resumption, IdentifiersOfAnotherTimeAreNobodys) {
         bool isAwaited;
     };
     const std::vector<Case> cases = {
-        {"the same", "boot 1/100", window("7:1", 7, "Outbox", here), {{"7:1", "7:1"}}, false},
+        {"the same", "boot 1/100", window("7:1", 7, "RequestQueue", here), {{"7:1", "7:1"}}, false},
         {"after a reboot", "boot 2/100", window("7:1", 7, "Inbox", here), {}, false},
         {"a process that cannot tell any more", std::nullopt, window("7:1", 7, "Inbox", here), {}, false},
         {"another id", "boot 1/100", window("7:2", 7, "Inbox", here), {{"7:1", "7:2"}}, false},
-        {"another id and title", "boot 1/100", window("7:2", 7, "Outbox", here), {}, true},
+        {"another id and title", "boot 1/100", window("7:2", 7, "RequestQueue", here), {}, true},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
@@ -279,14 +279,14 @@ TEST(Resumption, IdentifiersOfAnotherTimeAreNobodys) {
                 }).idNow.empty();
     };
     EXPECT_TRUE(byTitle("Inbox")) << "where no start is known";
-    EXPECT_FALSE(byTitle("Outbox"));
+    EXPECT_FALSE(byTitle("RequestQueue"));
 }
 
 TEST(Resumption, WhatKovaMinimizedComesBackAtItsEndAndLeavesWithTheNextAgent) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     for (const char* name : {"Codex", "Firefox", "Mail", "Viewer", "Wiki", "Zip"}) desk.opens(name);
-    desk.desktop.minimizeByHand("Zip");
+    desk.desktop.userMinimizes("Zip");
     desk.arrange();
     const auto minimized = [&] {
         std::string names;
@@ -295,13 +295,13 @@ TEST(Resumption, WhatKovaMinimizedComesBackAtItsEndAndLeavesWithTheNextAgent) {
         return names;
     };
     EXPECT_EQ(minimized(), "Mail Viewer Wiki Zip ");
-    desk.desktop.minimizeByHand("Wiki", false);
+    desk.desktop.userMinimizes("Wiki", false);
     desk.settle();
-    desk.desktop.minimizeByHand("Wiki"); // now it is the user's doing
+    desk.desktop.userMinimizes("Wiki"); // now it is the user's doing
     desk.settle().stop();
     EXPECT_EQ(minimized(), "Wiki Zip ");
-    desk.desktop.focusByHand("Codex");
-    desk.desktop.moveByHand("Viewer", makeRect(900, 700, 500, 400));
+    desk.desktop.userFocuses("Codex");
+    desk.desktop.userMoves("Viewer", makeRect(900, 700, 500, 400));
     desk.restart();
     EXPECT_EQ(minimized(), "Mail Wiki Zip ") << "the user has moved the other one meanwhile";
     desk.settle().restart().stop();
@@ -309,7 +309,7 @@ TEST(Resumption, WhatKovaMinimizedComesBackAtItsEndAndLeavesWithTheNextAgent) {
 }
 
 TEST(RestartStories, PlacesOnTheOtherSpaceOutliveTheAgent) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     const std::string here = desk.tiles();
     desk.desktop.showVirtualDesktop(1);

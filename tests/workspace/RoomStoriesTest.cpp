@@ -1,5 +1,5 @@
 // Windows with minimum sizes: no two of them overlap; what does not fit takes a span or waits in a stack.
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 #include "tests/workspace/Seeds.h"
 #include "workspace/TileRoom.h"
 
@@ -14,12 +14,12 @@ namespace {
 using enum WorkspaceDirection;
 
 TEST(RoomStories, AWindowPlacedBesideALargeOneClaimsASpanAndTheNoticeSaysSo) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.opens("Codex", {.minimumSize = {{1702, 300}}}).arrange();
     desk.opens("Mail", {.frame = makeRect(1400, 900, 1010, 400), .minimumSize = {{1002, 300}}}).arrange();
     desk.expectTiles("Codex 15,15 1702x666 | - | - | Mail 1291,731 1254x666");
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userFocuses("Mail");
     desk.move(up);
     desk.expectTiles("(Mail) | Mail 15,15 2530x666 + Codex | - | -");
     const auto notice = *desk.state().placementNotice;
@@ -29,14 +29,14 @@ TEST(RoomStories, AWindowPlacedBesideALargeOneClaimsASpanAndTheNoticeSaysSo) {
 }
 
 TEST(RoomStories, TwoWindowsThatRefuseInTheFirstArrangementDoNotOverlap) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex", {.secretMinimumSize = {{1702, 300}}}).opens("Mail", {.secretMinimumSize = {{1002, 300}}});
     desk.arrange().rest();
     desk.expectTiles("Codex 15,15 2530x1382 + Mail | (Codex)");
     EXPECT_TRUE(*desk.state().placementNotice);
 
-    Desk roomy;
+    Scenario roomy;
     roomy.display(2560, 1440).layout("jarvis.quad-grid");
     roomy.opens("Codex", {.secretMinimumSize = {{1702, 300}}}).opens("Mail", {.secretMinimumSize = {{1002, 300}}});
     roomy.arrange().rest();
@@ -45,7 +45,7 @@ TEST(RoomStories, TwoWindowsThatRefuseInTheFirstArrangementDoNotOverlap) {
 }
 
 TEST(RoomStories, AnApplicationThatRaisesItsMinimumGetsTheRoom) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex", {.minimumSize = {{1002, 300}}}).opens("Mail", {.minimumSize = {{900, 300}}}).arrange();
     desk.desktop.setMinimumSize("Codex", {1900, 300});
@@ -55,7 +55,7 @@ TEST(RoomStories, AnApplicationThatRaisesItsMinimumGetsTheRoom) {
 }
 
 TEST(RoomStories, ALargerInsetLeavesNoWindowCramped) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex", {.minimumSize = {{1240, 300}}}).opens("Mail", {.minimumSize = {{1240, 300}}}).arrange();
     desk.controller().setTileInset(20);
@@ -64,10 +64,10 @@ TEST(RoomStories, ALargerInsetLeavesNoWindowCramped) {
 }
 
 TEST(RoomStories, AWindowThatLosesItsSpanWaitsWhereTheNewcomerIs) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.opens("Codex", {.minimumSize = {{2300, 400}}}).opens("Mail").arrange();
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userFocuses("Mail");
     desk.controller().placeWindow(desk.desktop.windowIDOf("Mail"), desk.targetID("A", "secondary-1"),
                                   WorkspaceController::Focusing::yes);
     desk.settle().expectTiles("- | Mail 1291,15 1254x666 + Codex | - | -");
@@ -76,7 +76,7 @@ TEST(RoomStories, AWindowThatLosesItsSpanWaitsWhereTheNewcomerIs) {
 }
 
 TEST(RoomStories, AnArrangementLeavesAWindowBehindAFullScreenOneWhereItWaits) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.focus-single").opens("Mail").opens("Codex").arrange();
     (void)desk.controller().placeWindow(desk.desktop.windowIDOf("Mail"), desk.targetID("A", "focus-main"),
                                         WorkspaceController::Focusing::yes);
@@ -88,7 +88,7 @@ TEST(RoomStories, AnArrangementLeavesAWindowBehindAFullScreenOneWhereItWaits) {
 }
 
 TEST(RoomStories, ASpanIsGivenBackWhenItsWindowCameToNeedLessDuringAZoom) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Mail", {.minimumSize = {{2500, 300}}}).arrange();
     desk.zoom();
     desk.desktop.setMinimumSize("Mail", {600, 300});
@@ -97,7 +97,7 @@ TEST(RoomStories, ASpanIsGivenBackWhenItsWindowCameToNeedLessDuringAZoom) {
 }
 
 TEST(RoomStories, ADividerHandleOfBeforeKeepsToTheMinimumsOfNow) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex", {.minimumSize = {{400, 300}}}).opens("Mail").arrange();
     const auto handle = desk.controller().dividers().front();

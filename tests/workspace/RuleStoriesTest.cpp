@@ -1,5 +1,5 @@
 // Rules: which one decides, when they are asked, and how they are edited.
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 
 #include "persistence/PreferenceKeys.h"
 #include "persistence/WorkspaceDocumentCoding.h"
@@ -66,7 +66,7 @@ class Rules : public ::testing::Test {
     bool isHandled(const char* label) {
         return desk.controller().handledRuleWindowIDs().contains(desk.desktop.windowIDOf(label));
     }
-    Desk& opensQuietly(const char* name, WindowTraits traits = {.frame = kUntiledFrame}) {
+    Scenario& opensQuietly(const char* name, WindowTraits traits = {.frame = kUntiledFrame}) {
         return desk.opens(name, std::move(traits)).advance(Seconds(0.6));
     }
 
@@ -75,7 +75,7 @@ class Rules : public ::testing::Test {
     }
     static constexpr const char* kPlaced = "- | Mail 1291,15 1254x1382";
     static constexpr const char* kNothing = "- | -";
-    Desk desk;
+    Scenario desk;
 };
 
 TEST_F(Rules, PlaceANewWindowOnceAndNeverAgain) {
@@ -87,7 +87,7 @@ TEST_F(Rules, PlaceANewWindowOnceAndNeverAgain) {
     desk.settle().expectTiles(kPlaced);
     EXPECT_EQ(desk.controller().undoHistory().size(), steps)
         << "what the machine does by itself is no step of the person's";
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userFocuses("Mail");
     desk.move(WorkspaceDirection::left).expectTiles("Mail 15,15 1254x1382 | -");
     desk.desktop.setTitle("Mail", "Another");
     desk.advance(Seconds(30)).expectTiles("Mail 15,15 1254x1382 | -");
@@ -152,7 +152,7 @@ TEST_F(Rules, AWindowThatDoesNotShowItselfIsAskedWhenItDoes) {
     manageContinuously();
     opensQuietly("Mail", {.frame = kUntiledFrame, .isMinimized = true}).settle().expectTiles(kNothing);
     EXPECT_TRUE(desk.desktop.window("Mail").isMinimized);
-    desk.desktop.minimizeByHand("Mail", false);
+    desk.desktop.userMinimizes("Mail", false);
     desk.settle().expectTiles(kPlaced);
 }
 
@@ -201,7 +201,7 @@ TEST_F(Rules, AllAreAskedBeforeAnyWindowMoves) {
     for (const auto& c : cases) {
         for (const bool mailFirst : {true, false}) {
             SCOPED_TRACE(c.layout + std::string(mailFirst ? ", Mail first" : ", Notes first"));
-            Desk two;
+            Scenario two;
             two.display(2560, 1440).layout(c.layout);
             two.opens(mailFirst ? "Mail" : "Notes").opens(mailFirst ? "Notes" : "Mail").start();
             for (const auto& [label, slot] : {std::pair{"Mail", kLeft}, {"Notes", kRight}}) {
@@ -252,11 +252,11 @@ TEST_F(Rules, WaitUntilFocusModeEnds) {
     add(tileMail());
     manageContinuously();
     opensQuietly("Notes").arrange();
-    desk.desktop.focusByHand("Notes");
+    desk.desktop.userFocuses("Notes");
     desk.zoom();
     opensQuietly("Mail").settle();
     EXPECT_NE(*desk.state().focusMode, std::nullopt);
-    desk.desktop.focusByHand("Notes");
+    desk.desktop.userFocuses("Notes");
     desk.zoom().settle().expectTiles("Notes 15,15 1254x1382 | Mail 1291,15 1254x1382");
 }
 
@@ -279,7 +279,7 @@ TEST_F(Rules, OfTheFocusedApplication) {
         {"Tool", disposition::Tile{kLeft}, "Tool → focus-main", std::nullopt, "Tool"},
     };
     for (const auto& c : cases) {
-        desk.desktop.focusByHand(c.application);
+        desk.desktop.userFocuses(c.application);
         EXPECT_TRUE(controller.addRuleForFocusedWindow(c.disposition));
         desk.expectMessage("Rule added for " + std::string(c.application));
         const WorkspaceRule added = desk.state().rules->back();

@@ -1,5 +1,5 @@
 // Scenes: what is remembered, what comes back, and what is said about the rest.
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 
 #include "persistence/PreferenceKeys.h"
 #include "persistence/WorkspaceDocumentCoding.h"
@@ -16,26 +16,26 @@ namespace kova {
 
 namespace {
 
-Uuid lastScene(Desk& desk) {
+Uuid lastScene(Scenario& desk) {
     return desk.state().scenes->back().id;
 }
 
-Desk& capture(Desk& desk, const char* name = "Work") {
+Scenario& capture(Scenario& desk, const char* name = "Work") {
     desk.controller().captureScene(name);
     return desk.advance(Seconds(0));
 }
 
-Desk& open(Desk& desk, const Uuid& id) {
+Scenario& open(Scenario& desk, const Uuid& id) {
     return desk.perform(action::ActivateScene{id});
 }
 
-WorkspaceProductDocument storedDocument(Desk& desk) {
+WorkspaceProductDocument storedDocument(Scenario& desk) {
     const auto data = desk.preferences.data(preferenceKey::workspaceProduct);
     if (!data) return {};
     return std::get<WorkspaceProductDocument>(decodeStoredDocument(data->json));
 }
 
-std::string launches(Desk& desk) {
+std::string launches(Scenario& desk) {
     std::string text;
     std::string journal = desk.desktop.takeJournal();
     for (std::size_t at = 0; at < journal.size();) {
@@ -47,7 +47,7 @@ std::string launches(Desk& desk) {
     return text;
 }
 
-std::string differences(Desk& desk, const Uuid& id) {
+std::string differences(Scenario& desk, const Uuid& id) {
     std::string text;
     const auto all = desk.controller().diffScene(id);
     for (const auto& difference : *all) {
@@ -88,7 +88,7 @@ std::string exportOf(const WorkspaceProductDocument& document) {
     return std::get<std::string>(encodeExportedDocument(document));
 }
 
-Uuid import(Desk& desk, const WorkspaceScene& scene) {
+Uuid import(Scenario& desk, const WorkspaceScene& scene) {
     WorkspaceProductDocument document;
     document.scenes.push_back(scene);
     const auto imported = desk.controller().importWorkspaceDocument(exportOf(document));
@@ -97,14 +97,14 @@ Uuid import(Desk& desk, const WorkspaceScene& scene) {
 }
 
 TEST(SceneStories, EveryWindowIsBackInItsTileAndStack) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.display(1920, 1080).layout("jarvis.dual-split");
     desk.opens("Codex", {.minimumSize = {{2300, 400}}}).opens("Mail").opens("Notes").opens("Notes");
     desk.desktop.setTitle("Notes", "Shopping");
     desk.desktop.setTitle("Notes 2", "Ideas");
     desk.opens("Viewer", {.frame = makeRect(2700, 60, 800, 600)}).arrange();
-    desk.desktop.focusByHand("Notes 2");
+    desk.desktop.userFocuses("Notes 2");
     desk.controller().placeWindow(desk.desktop.windowIDOf("Notes 2"), desk.targetID("A", "secondary-3"),
                                   WorkspaceController::Focusing::no);
     desk.settle();
@@ -120,7 +120,7 @@ TEST(SceneStories, EveryWindowIsBackInItsTileAndStack) {
     desk.layout("jarvis.focus-single", "B");
     desk.layout("jarvis.triple-strip", "A");
     desk.controller().setTileInset(12);
-    desk.desktop.moveByHand("Viewer", makeRect(100, 100, 700, 500));
+    desk.desktop.userMoves("Viewer", makeRect(100, 100, 700, 500));
     desk.settle();
     EXPECT_NE(differences(desk, scene.id), "");
     open(desk, scene.id).expectMessage("Scene “Büro” restored");
@@ -129,7 +129,7 @@ TEST(SceneStories, EveryWindowIsBackInItsTileAndStack) {
 }
 
 TEST(SceneStories, ASceneWithoutANameTellsTheTime) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).opens("Mail").arrange();
     const Date now = std::chrono::floor<std::chrono::microseconds>(desk.desktop.queue().now());
     desk.controller().captureScene("   ");
@@ -140,7 +140,7 @@ TEST(SceneStories, ASceneWithoutANameTellsTheTime) {
 }
 
 TEST(SceneStories, CaptureTellsOfEachWindowWhereItIs) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.opens("Codex", {.minimumSize = {{2300, 400}}}).opens("Mail").opens("Tool").arrange().opens("Floating");
     desk.desktop.setTitle("Tool", "");
@@ -165,7 +165,7 @@ TEST(SceneStories, CaptureTellsOfEachWindowWhereItIs) {
 }
 
 TEST(SceneStories, MissingApplicationsAreLaunchedOnceAndAwaited) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.triple-strip");
     desk.opens("Codex").opens("Mail").opens("Mail").arrange();
     capture(desk);
@@ -173,7 +173,7 @@ TEST(SceneStories, MissingApplicationsAreLaunchedOnceAndAwaited) {
     desk.desktop.quit("Mail");
     desk.settle();
     desk.desktop.takeJournal();
-    desk.desktop.focusByHand("Codex");
+    desk.desktop.userFocuses("Codex");
     desk.controller().activateScene(lastScene(desk));
     desk.expectMessage("Restoring Scene “Work” — waiting for 2 app windows");
     EXPECT_EQ(desk.controller().pendingSceneApplicationLaunchBundleIDs(), (std::set<std::string>{"sim.mail"}));
@@ -189,7 +189,7 @@ TEST(SceneStories, MissingApplicationsAreLaunchedOnceAndAwaited) {
 }
 
 TEST(SceneStories, WhoIsOnItsWayIsNotLaunchedOnceMore) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").start();
     const auto mail = desk.desktop.install("Mail", {.startsAfter = Seconds(3)});
     const auto scene = import(desk, sceneOf({"Mail||focus-main|0"}));
@@ -222,7 +222,7 @@ TEST(SceneStories, WhoIsOnItsWayIsNotLaunchedOnceMore) {
 }
 
 TEST(SceneStories, RunningItTwiceMovesNothing) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.opens("Codex", {.minimumSize = {{2300, 400}}}).opens("Mail").opens("Mail").opens("Viewer").arrange();
     desk.controller().placeWindow(desk.desktop.windowIDOf("Viewer"), desk.targetID("A", "secondary-2"),
@@ -241,7 +241,7 @@ TEST(SceneStories, RunningItTwiceMovesNothing) {
 }
 
 TEST(SceneStories, WindowsOfOneApplicationGoByTitleThenByOrder) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.triple-strip");
     desk.opens("Mail").opens("Mail").opens("Mail").start();
     desk.desktop.setTitle("Mail", "Calendar – Work");
@@ -256,7 +256,7 @@ TEST(SceneStories, WindowsOfOneApplicationGoByTitleThenByOrder) {
 }
 
 TEST(SceneStories, AnApplicationIsKnownByItsBundleElseByItsName) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").start();
     desk.desktop.launch("Tool", {.hasBundleIdentifier = false});
     desk.opens("Tool").opens("Mail").settle();
@@ -284,7 +284,7 @@ TEST(SceneStories, WhoNeverComesIsCountedInTheEnd) {
          "Scene restored — 2 app windows were unavailable"},
     };
     for (const auto& story : cases) {
-        Desk desk;
+        Scenario desk;
         desk.display(2560, 1440).layout("jarvis.dual-split").start();
         desk.desktop.install("Notes", {.fails = "Notes is damaged"});
         desk.controller().activateScene(import(desk, sceneOf(story.windows)));
@@ -302,7 +302,7 @@ TEST(SceneStories, WhoNeverComesIsCountedInTheEnd) {
 }
 
 TEST(SceneStories, WhileTheFrontIsAwaitedTheNextOfItsStackStandsIn) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Viewer").opens("Mail").start();
     open(desk, import(desk, sceneOf({"Notes||focus-main|0", "Mail||focus-main|1", "Viewer||focus-main|2"})));
     desk.expectTiles("Mail 15,15 1254x1382 + Viewer | -");
@@ -314,7 +314,7 @@ TEST(SceneStories, WhileTheFrontIsAwaitedTheNextOfItsStackStandsIn) {
 }
 
 TEST(SceneStories, AnotherSceneEndsTheWaitingOfTheFirst) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Viewer").start();
     desk.controller().activateScene(import(desk, sceneOf({"Mail||focus-main|0"})));
     desk.advance(Seconds(10));
@@ -325,7 +325,7 @@ TEST(SceneStories, AnotherSceneEndsTheWaitingOfTheFirst) {
 }
 
 TEST(SceneStories, ADisplayThatIsMissingIsStoodInForByTheFirst) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.display(1920, 1080).layout("jarvis.dual-split");
     desk.opens("Mail", {.frame = makeRect(2700, 60, 800, 600)}).arrange();
@@ -339,7 +339,7 @@ TEST(SceneStories, ADisplayThatIsMissingIsStoodInForByTheFirst) {
 }
 
 TEST(SceneStories, WhatIsNotToBeHadIsLeftOut) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     auto scene = sceneOf({"Mail||secondary-1|0", "Notes||no-such-slot|0"}, "no.such.layout");
     scene.themeID = "jarvis.neon-cyan";
@@ -356,7 +356,7 @@ TEST(SceneStories, WhatIsNotToBeHadIsLeftOut) {
 }
 
 TEST(SceneStories, AnyIndexOfAFileCanBeTold) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").start();
     auto scene = sceneOf({"Mail||focus-main|1"});
     scene.placements.front().stackIndex = INT64_MAX;
@@ -365,7 +365,7 @@ TEST(SceneStories, AnyIndexOfAFileCanBeTold) {
 }
 
 TEST(SceneStories, UndoStepsBackToWhatWasBefore) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     capture(desk, "First");
     desk.layout("jarvis.triple-strip").arrange();
@@ -388,7 +388,7 @@ TEST(SceneStories, UndoStepsBackToWhatWasBefore) {
 }
 
 TEST(SceneStories, RefusalsChangeNothing) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").arrange();
     capture(desk);
     desk.advance(Seconds(5));
@@ -406,18 +406,18 @@ TEST(SceneStories, RefusalsChangeNothing) {
 }
 
 TEST(SceneStories, AZoomedWindowIsGivenBackFirst) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     capture(desk);
     const std::string before = desk.tiles();
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userFocuses("Mail");
     desk.zoom();
     open(desk, lastScene(desk)).expectTiles(before);
     EXPECT_EQ(*desk.state().focusMode, std::nullopt);
 }
 
 TEST(SceneStories, ScenesAreFoundRenamedAndDeleted) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).start();
     auto& controller = desk.controller();
     for (const char* name : {"work", "Work", "Élan"}) controller.captureScene(name);
@@ -442,7 +442,7 @@ TEST(SceneStories, ScenesAreFoundRenamedAndDeleted) {
 }
 
 TEST(SceneStories, ImportAddsWhatIsNewAndCountsWhatIsInTheFile) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).opens("Mail").arrange();
     capture(desk, "Mine");
     WorkspaceRule rule;
@@ -478,7 +478,7 @@ TEST(SceneStories, ImportAddsWhatIsNewAndCountsWhatIsInTheFile) {
 }
 
 TEST(SceneStories, ASceneThatCouldNotBeReadBackIsNotTaken) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).opens("Mail").arrange();
     capture(desk, "Mine");
     auto scene = sceneOf({});
@@ -501,7 +501,7 @@ TEST(SceneStories, ASceneThatCouldNotBeReadBackIsNotTaken) {
 
 TEST(SceneStories, AStoredDocumentThatCannotBeReadCountsAsNone) {
     for (const char* stored : {R"({"version":1,"scenes":[{}],"rules":[]})", "[", "{}"}) {
-        Desk desk;
+        Scenario desk;
         desk.preferences.setValue(preferenceKey::workspaceProduct, PreferenceData{stored});
         desk.display(2560, 1440).start();
         EXPECT_TRUE(desk.state().scenes->empty());
@@ -510,7 +510,7 @@ TEST(SceneStories, AStoredDocumentThatCannotBeReadCountsAsNone) {
         capture(desk);
         EXPECT_EQ(storedDocument(desk).scenes.size(), 1u);
     }
-    Desk desk;
+    Scenario desk;
     desk.preferences.setValue(preferenceKey::workspaceProduct,
                               PreferenceData{R"({"version":7,"scenes":[],"rules":[],"activeSceneID":null})"});
     desk.display(2560, 1440).start();

@@ -1,5 +1,5 @@
 // Scenes that wait for windows: how long, whose windows they take, and what the user is told in the end.
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 #include "tests/workspace/Pictures.h"
 
 #include "persistence/WorkspaceDocumentCoding.h"
@@ -39,7 +39,7 @@ class WaitingScene : public ::testing::Test {
         (void)desk.controller().importWorkspaceDocument(std::get<std::string>(encodeExportedDocument(document)));
         return made.id;
     }
-    Desk& open(const Uuid& id) { return desk.perform(action::ActivateScene{id}); }
+    Scenario& open(const Uuid& id) { return desk.perform(action::ActivateScene{id}); }
     std::string report() {
         const auto& told = *desk.state().sceneReport;
         if (!told) return "none";
@@ -54,18 +54,18 @@ class WaitingScene : public ::testing::Test {
         list("missing", told->missing);
         return text;
     }
-    Desk desk;
+    Scenario desk;
 };
 
 TEST_F(WaitingScene, TheTimeOfALockedOrSleepingScreenDoesNotCount) {
-    using Change = std::function<void(Desk&)>;
+    using Change = std::function<void(Scenario&)>;
     const struct {
         const char* how;
         Change away, back;
     } cases[] = {
-        {"asleep", [](Desk& d) { d.sleep(); }, [](Desk& d) { d.wake(); }},
-        {"locked, seen by a poll", [](Desk& d) { d.desktop.setLocked(true); },
-         [](Desk& d) { d.desktop.setLocked(false); }},
+        {"asleep", [](Scenario& d) { d.sleep(); }, [](Scenario& d) { d.wake(); }},
+        {"locked, seen by a poll", [](Scenario& d) { d.desktop.setLocked(true); },
+         [](Scenario& d) { d.desktop.setLocked(false); }},
     };
     desk.start();
     for (const auto& c : cases) {
@@ -91,8 +91,8 @@ TEST_F(WaitingScene, WhatTheUserLetsFloatMeanwhileIsNotTaken) {
     const std::string mail = desk.desktop.windowIDOf("mail");
     using Controller = WorkspaceController;
     desk.controller().beginWindowDrag(mail, makeRect(15, 15, 1254, 1382));
-    desk.desktop.moveByHand("mail", kSomewhere);
-    desk.controller().endWindowDrag({700, 700}, Controller::HandMovement::move, Controller::LettingGo::floating);
+    desk.desktop.userMoves("mail", kSomewhere);
+    desk.controller().endWindowDrag({700, 700}, Controller::WindowDragKind::move, Controller::LettingGo::floating);
     desk.advance(Seconds(5)).expectTiles("- | -");
     desk.opens("mail").settle().expectTiles("- | mail 2 1291,15 1254x1382");
 }
@@ -140,7 +140,7 @@ TEST_F(WaitingScene, OpenedBeforeTheFirstPollItKeepsItsPlaceFromTheSessionBefore
 TEST_F(WaitingScene, WindowsAreRaisedAboveThoseThatDoNotBelongToTheScene) {
     desk.opens("mail").opens("notes").opens("viewer", {.frame = makeRect(0, 0, 2560, 1440)}).start();
     const Uuid id = scene({"mail", "notes"});
-    desk.desktop.focusByHand("viewer");
+    desk.desktop.userFocuses("viewer");
     desk.settle();
     open(id);
     const auto onTopAt = [&](CGPoint point) {

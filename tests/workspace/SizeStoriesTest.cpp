@@ -1,5 +1,5 @@
 // What windows show of their sizes: what is learned of it, what is not, and how it is forgotten again.
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
 
@@ -7,12 +7,12 @@ namespace kova {
 
 namespace {
 
-std::size_t learnedOfApplications(Desk& desk) {
+std::size_t learnedOfApplications(Scenario& desk) {
     return desk.state().profile->applicationMinimumSizes.size();
 }
 
 TEST(SizeStories, ASmallSecondWindowOfAnApplicationKeepsToOneTile) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail", {.secretMinimumSize = {{1500, 300}}}).arrange();
     EXPECT_EQ(learnedOfApplications(desk), 1u);
     desk.opens("Mail", {.frame = makeRect(100, 100, 600, 400), .title = "Small"}).arrange();
@@ -20,7 +20,7 @@ TEST(SizeStories, ASmallSecondWindowOfAnApplicationKeepsToOneTile) {
 }
 
 TEST(SizeStories, AFalseMinimumHealsWithTheNextArrangement) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex");
     desk.opens("Mail", {.frame = makeRect(900, 100, 1500, 400)});
     desk.desktop.stallResizing(Seconds(1.4));
@@ -32,7 +32,7 @@ TEST(SizeStories, AFalseMinimumHealsWithTheNextArrangement) {
     EXPECT_EQ(learnedOfApplications(desk), 0u);
 
     // A true one stays, and nothing is to be seen of it afterwards.
-    Desk honest;
+    Scenario honest;
     honest.display(2560, 1440).layout("jarvis.quad-grid").opens("Mail", {.secretMinimumSize = {{2400, 300}}}).arrange();
     honest.rest().arrange();
     honest.expectTiles("Mail 15,15 2530x666 | (Mail) | - | -");
@@ -40,7 +40,7 @@ TEST(SizeStories, AFalseMinimumHealsWithTheNextArrangement) {
 }
 
 TEST(SizeStories, WhatContradictsTheAnnouncedMinimumMakesRoomOnlyUntilTheNextArrangement) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex");
     desk.opens("Terminal", {.frame = makeRect(900, 100, 1500, 400), .minimumSize = {{10, 17}}});
     desk.desktop.stallResizing(Seconds(1.4));
@@ -52,7 +52,7 @@ TEST(SizeStories, WhatContradictsTheAnnouncedMinimumMakesRoomOnlyUntilTheNextArr
 }
 
 TEST(SizeStories, NothingIsLearnedWhileTheWindowManagerIsReplaced) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex");
     desk.opens("Mail", {.frame = makeRect(900, 100, 1500, 400)});
     desk.start().desktop.replaceWindowManager(Seconds(2));
@@ -63,7 +63,7 @@ TEST(SizeStories, NothingIsLearnedWhileTheWindowManagerIsReplaced) {
 }
 
 TEST(SizeStories, NothingIsLearnedWithinASecondOfADividersRelease) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     auto& controller = desk.controller();
     const auto divider = controller.dividers().front();
@@ -77,20 +77,20 @@ TEST(SizeStories, NothingIsLearnedWithinASecondOfADividersRelease) {
 }
 
 TEST(SizeStories, AWindowNeverCoversMoreThanItsTileAndRestsInItsMiddle) {
-    Desk desk;
+    Scenario desk;
     desk.display(1920, 1080).layout("jarvis.triple-stack");
     desk.opens("Viewer", {.aspect = 16.0 / 9, .tellsSizeHints = true});
     desk.opens("Question", {.minimumSize = {{400, 200}}, .maximumSize = {{400, 200}}, .tellsSizeHints = true});
     desk.opens("Terminal", {.tellsSizeHints = true, .cell = {17, 31}}).arrange();
     desk.expectTiles("Terminal 15,15 1887x279 | Question 760,426 400x200 | Viewer 687,730 545x307");
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0);
-    desk.desktop.focusByHand("Viewer");
+    desk.desktop.userFocuses("Viewer");
     desk.zoom();
     EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Viewer")), "Viewer 52,15 1816x1022");
 }
 
 TEST(SizeStories, WhatWasLearnedOfAnApplicationCanBeForgotten) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex");
     desk.opens("Mail", {.secretMinimumSize = {{1500, 300}}}).arrange();
     EXPECT_TRUE(desk.controller().forgetApplication("Notes").empty());

@@ -1,6 +1,6 @@
 // Windows that an application does not list for a while: on another Space, in full screen, behind a tab, hanging.
 // They keep their places; what is closed does not.
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
 
@@ -18,7 +18,7 @@ class Spaces : public ::testing::TestWithParam<SpaceStyle> {
         desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
         picture = desk.tiles();
     }
-    Desk& show(int space) {
+    Scenario& show(int space) {
         desk.desktop.showVirtualDesktop(space);
         return desk.advance(Seconds(1));
     }
@@ -29,7 +29,7 @@ class Spaces : public ::testing::TestWithParam<SpaceStyle> {
         }
         throw std::out_of_range("not known: " + std::string(label));
     }
-    Desk desk;
+    Scenario desk;
     std::string picture;
 };
 
@@ -43,7 +43,7 @@ TEST_P(Spaces, WindowsOfTheOtherSpaceKeepTheirTilesAndAreNotWrittenTo) {
     EXPECT_FALSE(live("Mail").isVisible);
     EXPECT_TRUE(live("Mail").isElsewhere);
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
-    desk.desktop.moveByHand("Mail", makeRect(40, 40, 700, 500)); // by a script of its application
+    desk.desktop.userMoves("Mail", makeRect(40, 40, 700, 500)); // by a script of its application
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(5)), 0);
     show(0).settle();
     desk.expectTiles(picture);
@@ -51,10 +51,10 @@ TEST_P(Spaces, WindowsOfTheOtherSpaceKeepTheirTilesAndAreNotWrittenTo) {
 }
 
 TEST_P(Spaces, AWindowThatIsTooSmallForAWhileKeepsItsTile) {
-    desk.desktop.moveByHand("Mail", makeRect(40, 40, 100, 60));
+    desk.desktop.userMoves("Mail", makeRect(40, 40, 100, 60));
     desk.advance(Seconds(2));
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
-    desk.desktop.moveByHand("Mail", makeRect(40, 40, 700, 500));
+    desk.desktop.userMoves("Mail", makeRect(40, 40, 700, 500));
     desk.settle().expectTiles(picture);
 }
 
@@ -72,7 +72,7 @@ TEST_P(Spaces, AnArrangementThereLeavesThePictureHere) {
     EXPECT_EQ(desk.desktop.window("Mail").isMinimized || desk.desktop.isHidden("Mail"), false);
     show(0).settle();
     desk.expectTiles(picture);
-    desk.desktop.focusByHand("Notes");
+    desk.desktop.userFocuses("Notes");
     desk.focus(desk.tiles().find("Notes") == 0 ? right : left).expectFocus("Mail");
     show(1).settle();
     desk.expectTiles(there);
@@ -124,7 +124,7 @@ TEST_P(Spaces, ATileTakenByAMoveThereIsTheFormerWindowsAgainHere) {
 }
 
 TEST_P(Spaces, FocusModeLastsAndIsLeftProperly) {
-    desk.desktop.focusByHand("Notes");
+    desk.desktop.userFocuses("Notes");
     desk.zoom();
     const std::string zoomed = desk.desktop.picture();
     show(1).settle();
@@ -134,7 +134,7 @@ TEST_P(Spaces, FocusModeLastsAndIsLeftProperly) {
     desk.zoom();
     desk.expectTiles(picture);
 
-    desk.desktop.focusByHand("Notes");
+    desk.desktop.userFocuses("Notes");
     desk.zoom();
     show(1).opens("Maps").arrange(); // closes focus mode: its window gives the display back once it is shown
     EXPECT_FALSE(desk.state().focusMode->has_value());
@@ -154,7 +154,7 @@ TEST_P(Spaces, FocusModeThatEndsElsewhereLeavesTheWindowsThereInTilesOfTheLayout
 
 TEST_P(Spaces, AWindowWithoutATileGetsItsFrameBackWhenFocusModeEndedElsewhere) {
     desk.opens("Maps", {.frame = makeRect(300, 300, 800, 600)}).settle();
-    desk.desktop.focusByHand("Maps");
+    desk.desktop.userFocuses("Maps");
     desk.zoom();
     show(1).opens("Codex").arrange();
     show(0).settle();
@@ -191,7 +191,7 @@ TEST_P(Spaces, UndoThereLeavesThePictureHere) {
 }
 
 TEST(ListedSpaces, AWindowSentToTheOtherSpaceIsANewcomerThere) {
-    Desk desk;
+    Scenario desk;
     if (desk.desktop.readsAskApplications()) GTEST_SKIP() << "a Mac numbers no Spaces: a window takes its place along";
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     desk.desktop.showVirtualDesktop(1);
@@ -206,7 +206,7 @@ TEST(ListedSpaces, AWindowSentToTheOtherSpaceIsANewcomerThere) {
 // An application that does not answer
 
 TEST(SilentApplication, KeepsItsPlacesAsLongAsItsProcessLives) {
-    Desk desk;
+    Scenario desk;
     desk.desktop.setVouching(false);
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     const std::string picture = desk.tiles();
@@ -218,7 +218,7 @@ TEST(SilentApplication, KeepsItsPlacesAsLongAsItsProcessLives) {
         desk.settle();
         EXPECT_EQ(desk.tiles(), picture);
     }
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userFocuses("Mail");
     desk.zoom();
     desk.desktop.setAnswering("Mail", false);
     desk.advance(Seconds(5));
@@ -230,7 +230,7 @@ TEST(SilentApplication, KeepsItsPlacesAsLongAsItsProcessLives) {
 }
 
 TEST(SilentApplication, FollowsAnArrangementOnceItAnswers) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     desk.desktop.setAnswering("Mail", false);
     desk.layout("jarvis.command-center").advance(Seconds(30));
@@ -243,7 +243,7 @@ TEST(SilentApplication, FollowsAnArrangementOnceItAnswers) {
 
 TEST(NativeTabs, TheShownTabIsTheWindowEverywhere) {
     for (const auto style : {SpaceStyle::listsAll, SpaceStyle::listsShown}) {
-        Desk desk;
+        Scenario desk;
         desk.desktop.setSpaceStyle(style);
         desk.display(2560, 1440).layout("jarvis.dual-split").opens("Terminal").opens("Notes").arrange();
         const auto tilesOf = [&] {
@@ -256,7 +256,7 @@ TEST(NativeTabs, TheShownTabIsTheWindowEverywhere) {
         desk.settle();
         EXPECT_EQ(tilesOf(), picture);
         EXPECT_EQ(desk.controller().liveWindows().size(), 2u);
-        desk.desktop.focusByHand("Terminal 2");
+        desk.desktop.userFocuses("Terminal 2");
         desk.zoom();
         for (const char* tab : {"Terminal", "Terminal 2", "Terminal"}) {
             desk.desktop.showTab(tab);
@@ -274,7 +274,7 @@ TEST(NativeTabs, TheShownTabIsTheWindowEverywhere) {
 }
 
 TEST(NativeTabs, RulesDoNotRunAgain) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Terminal").opens("Notes").arrange();
     desk.controller().setContinuousManagementEnabled(true);
     WorkspaceRule rule;
@@ -282,7 +282,7 @@ TEST(NativeTabs, RulesDoNotRunAgain) {
     rule.disposition = disposition::Tile{desk.controller().tiles().front().slot.id};
     ASSERT_TRUE(desk.controller().addRule(rule));
     desk.settle();
-    desk.desktop.focusByHand("Terminal");
+    desk.desktop.userFocuses("Terminal");
     desk.move(right).move(right);
     const std::string picture = desk.tiles();
     desk.desktop.renumber("Terminal");
@@ -293,34 +293,34 @@ TEST(NativeTabs, RulesDoNotRunAgain) {
 TEST(NativeTabs, TwinsAndOtherFramesAreOtherWindows) {
     struct Case {
         const char* what;
-        std::function<void(Desk&)> happens;
+        std::function<void(Scenario&)> happens;
         std::size_t assigned;
     };
     const Case cases[] = {
-        {"one renumbered", [](Desk& desk) { desk.desktop.renumber("Mail"); }, 2},
+        {"one renumbered", [](Scenario& desk) { desk.desktop.renumber("Mail"); }, 2},
         {"a point and a half off",
-         [](Desk& desk) {
+         [](Scenario& desk) {
              CGRect frame = desk.desktop.window("Mail").frame;
              frame.origin.x += 1.5;
              desk.desktop.renumber("Mail");
-             desk.desktop.moveByHand("Mail", frame);
+             desk.desktop.userMoves("Mail", frame);
          },
          2},
         {"another frame",
-         [](Desk& desk) {
+         [](Scenario& desk) {
              desk.desktop.renumber("Mail");
-             desk.desktop.moveByHand("Mail", makeRect(200, 200, 640, 480));
+             desk.desktop.userMoves("Mail", makeRect(200, 200, 640, 480));
          },
          1},
         {"two candidates",
-         [](Desk& desk) {
+         [](Scenario& desk) {
              const CGRect frame = desk.desktop.window("Mail").frame;
              desk.desktop.renumber("Mail");
              desk.desktop.open("Mail", {.frame = frame});
          },
          1},
         {"another application's window",
-         [](Desk& desk) {
+         [](Scenario& desk) {
              const CGRect frame = desk.desktop.window("Mail").frame;
              desk.desktop.close("Mail");
              desk.opens("Codex", {.frame = frame});
@@ -328,7 +328,7 @@ TEST(NativeTabs, TwinsAndOtherFramesAreOtherWindows) {
          1},
     };
     for (const auto& [what, happens, assigned] : cases) {
-        Desk desk;
+        Scenario desk;
         desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
         happens(desk);
         desk.settle();
@@ -350,7 +350,7 @@ TEST(NativeTabs, AWindowOfTheNextSpaceWithTheSameFrameIsAnother) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
-        Desk desk;
+        Scenario desk;
         desk.desktop.setSpaceStyle(SpaceStyle::listsShown);
         desk.desktop.setVouching(false);
         desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail");
@@ -373,7 +373,7 @@ TEST(NativeTabs, AWindowOfTheNextSpaceWithTheSameFrameIsAnother) {
 
 TEST(ClosedWindows, ThatGoOnAnsweringKeepNoTileOnceTheyHaveNoSizeOrAllAreArranged) {
     for (const auto frame : {SimulatedDesktop::RetainedFrame::empty, SimulatedDesktop::RetainedFrame::asItWas}) {
-        Desk desk;
+        Scenario desk;
         desk.desktop.setSpaceStyle(SpaceStyle::listsShown);
         desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
         desk.desktop.closeAndRetain("Notes", frame);

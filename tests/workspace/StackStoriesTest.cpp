@@ -1,5 +1,5 @@
 // Windows that wait in a tile, and what brings them forward; layouts with fewer tiles, and the way back.
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
 
@@ -12,17 +12,17 @@ namespace {
 
 using enum WorkspaceDirection;
 
-void dropByHand(Desk& desk, const char* label, CGPoint onDesktop, WorkspaceController::LettingGo lettingGo) {
-    using Movement = WorkspaceController::HandMovement;
+void userDrops(Scenario& desk, const char* label, CGPoint onDesktop, WorkspaceController::LettingGo lettingGo) {
+    using Movement = WorkspaceController::WindowDragKind;
     const auto& window = desk.desktop.window(label);
     ASSERT_TRUE(desk.controller().beginWindowDrag(desk.desktop.windowIDOf(label), window.frame));
-    desk.desktop.moveByHand(label, makeRect(onDesktop.x - 100, onDesktop.y - 20, 700, 500));
+    desk.desktop.userMoves(label, makeRect(onDesktop.x - 100, onDesktop.y - 20, 700, 500));
     desk.controller().endWindowDrag({onDesktop.x, 1440 - onDesktop.y}, Movement::move, lettingGo);
 }
 
 struct Leaving {
     const char* how;
-    std::function<void(Desk&)> leave;
+    std::function<void(Scenario&)> leave;
     const char* tiles;
     const char* tilesWithoutSuccession;
 };
@@ -30,33 +30,34 @@ struct Leaving {
 TEST(StackStories, TheNextWindowComesForwardHoweverTheFrontOneLeaves) {
     using LettingGo = WorkspaceController::LettingGo;
     const Leaving ways[] = {
-        {"closed", [](Desk& desk) { desk.desktop.close("Codex"); },
+        {"closed", [](Scenario& desk) { desk.desktop.close("Codex"); },
          "- | Mail 866,15 829x1382 | Viewer 1717,15 828x1382", "- | - + Mail | Viewer 1717,15 828x1382"},
-        {"quit", [](Desk& desk) { desk.desktop.quit("Codex"); }, "- | Mail 866,15 829x1382 | Viewer 1717,15 828x1382",
-         "- | - + Mail | Viewer 1717,15 828x1382"},
-        {"moved", [](Desk& desk) { desk.move(right); }, "- | Mail 866,15 829x1382 | Codex 1717,15 828x1382 + Viewer",
+        {"quit", [](Scenario& desk) { desk.desktop.quit("Codex"); },
+         "- | Mail 866,15 829x1382 | Viewer 1717,15 828x1382", "- | - + Mail | Viewer 1717,15 828x1382"},
+        {"moved", [](Scenario& desk) { desk.move(right); },
+         "- | Mail 866,15 829x1382 | Codex 1717,15 828x1382 + Viewer",
          "- | - + Mail | Codex 1717,15 828x1382 + Viewer"},
         {"dropped",
-         [](Desk& desk) {
-             dropByHand(desk, "Codex", {300, 300}, LettingGo::intoTile);
+         [](Scenario& desk) {
+             userDrops(desk, "Codex", {300, 300}, LettingGo::intoTile);
          },
          "Codex 15,15 829x1382 | Mail 866,15 829x1382 | Viewer 1717,15 828x1382",
          "Codex 15,15 829x1382 | - + Mail | Viewer 1717,15 828x1382"},
         {"floated",
-         [](Desk& desk) {
-             dropByHand(desk, "Codex", {300, 300}, LettingGo::floating);
+         [](Scenario& desk) {
+             userDrops(desk, "Codex", {300, 300}, LettingGo::floating);
          },
          "- | Mail 866,15 829x1382 | Viewer 1717,15 828x1382", "- | - + Mail | Viewer 1717,15 828x1382"},
     };
     for (const auto style : {HidingStyle::hidesApplication, HidingStyle::iconifiesWindows}) {
         for (const bool isOn : {true, false}) {
             for (const auto& way : ways) {
-                Desk desk;
+                Scenario desk;
                 desk.desktop.setHidingStyle(style);
                 desk.display(2560, 1440).layout("jarvis.triple-strip");
                 desk.opens("Viewer", {.frame = makeRect(1800, 50, 600, 800)}).opens("Mail").opens("Codex").arrange();
                 desk.controller().setBringsNextForward(isOn);
-                desk.desktop.focusByHand("Codex");
+                desk.desktop.userFocuses("Codex");
                 desk.move(right).expectTiles("- | Codex 866,15 829x1382 + Mail | Viewer 1717,15 828x1382");
                 way.leave(desk);
                 desk.settle().expectTiles(isOn ? way.tiles : way.tilesWithoutSuccession);
@@ -70,13 +71,13 @@ TEST(StackStories, AnArrangementThatFollowsAtOnceFindsTheNextWindowShown) {
     for (const auto style : {HidingStyle::hidesApplication, HidingStyle::iconifiesWindows}) {
         std::string pictures[2];
         for (const bool isAtOnce : {false, true}) {
-            Desk desk;
+            Scenario desk;
             desk.desktop.setHidingStyle(style);
             desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Viewer").arrange();
             const auto left = desk.controller().tiles().front().targetID;
             desk.opens("Codex").settle();
             desk.controller().placeWindow(desk.desktop.windowIDOf("Codex"), left, WorkspaceController::Focusing::no);
-            desk.settle().desktop.focusByHand("Codex");
+            desk.settle().desktop.userFocuses("Codex");
             desk.settle();
             EXPECT_TRUE(desk.controller().perform(action::Move{right}));
             if (!isAtOnce) desk.settle();
@@ -88,11 +89,11 @@ TEST(StackStories, AnArrangementThatFollowsAtOnceFindsTheNextWindowShown) {
 }
 
 TEST(StackStories, AWaitingWindowThatWasJustBroughtBackByHandTakesPartInAnArrangement) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     desk.layout("jarvis.focus-single");
     for (const char* label : {"Codex", "Mail"}) {
-        if (desk.desktop.isHidden(label)) desk.desktop.hideByHand(label, false);
+        if (desk.desktop.isHidden(label)) desk.desktop.userHides(label, false);
     }
     desk.controller().perform(action::Arrange{}); // no poll has seen it
     desk.settle();
@@ -103,10 +104,10 @@ TEST(StackStories, AWaitingWindowThatWasJustBroughtBackByHandTakesPartInAnArrang
 }
 
 TEST(StackStories, WalkingAWindowRoundAGridAndBackGivesThePictureOfTheStart) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     for (const char* name : {"Codex", "Firefox", "Mail", "Viewer"}) desk.opens(name);
-    desk.arrange().desktop.focusByHand("Codex");
+    desk.arrange().desktop.userFocuses("Codex");
     const std::string start = desk.desktop.picture();
     desk.move(right).move(left);
     EXPECT_EQ(desk.desktop.picture(), start);
@@ -117,7 +118,7 @@ TEST(StackStories, WalkingAWindowRoundAGridAndBackGivesThePictureOfTheStart) {
 }
 
 TEST(StackStories, WhatASpanningWindowDisplacedComesBackToTheTileThatItLost) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.opens("Mail", {.frame = makeRect(50, 800, 900, 500)}).opens("Notes", {.frame = makeRect(1400, 800, 900, 500)});
     desk.opens("Codex", {.minimumSize = {{2300, 400}}}).arrange();
@@ -130,11 +131,11 @@ TEST(StackStories, WhatASpanningWindowDisplacedComesBackToTheTileThatItLost) {
 }
 
 TEST(StackStories, BehindAZoomedWindowTheNextComesForwardWhenFocusModeEnds) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.triple-strip").opens("Viewer").opens("Mail").opens("Codex").arrange();
-    desk.desktop.focusByHand("Codex");
+    desk.desktop.userFocuses("Codex");
     desk.move(right).expectTiles("- | Codex 866,15 829x1382 + Mail | Viewer 1717,15 828x1382");
-    desk.desktop.focusByHand("Viewer");
+    desk.desktop.userFocuses("Viewer");
     desk.zoom();
     desk.desktop.close("Codex");
     desk.settle();
@@ -142,7 +143,7 @@ TEST(StackStories, BehindAZoomedWindowTheNextComesForwardWhenFocusModeEnds) {
     desk.zoom().expectTiles("- | Mail 866,15 829x1382 | Viewer 1717,15 828x1382");
 }
 
-std::size_t shownCount(Desk& desk) {
+std::size_t shownCount(Scenario& desk) {
     const auto windows = desk.desktop.livingWindows();
     return static_cast<std::size_t>(std::count_if(
         windows.begin(), windows.end(), [&](const auto* window) { return desk.desktop.isOnScreen(*window); }));
@@ -150,7 +151,7 @@ std::size_t shownCount(Desk& desk) {
 
 TEST(LayoutCycle, ThroughAllLayoutsAndBackGivesThePictureOfTheStart) {
     for (const auto style : {HidingStyle::hidesApplication, HidingStyle::iconifiesWindows}) {
-        Desk desk;
+        Scenario desk;
         desk.desktop.setHidingStyle(style);
         desk.display(2560, 1440).layout("jarvis.quad-grid");
         for (const char* name : {"Codex", "Firefox", "Mail", "Mail"}) desk.opens(name);
@@ -170,7 +171,7 @@ TEST(LayoutCycle, ThroughAllLayoutsAndBackGivesThePictureOfTheStart) {
 }
 
 TEST(LayoutCycle, WhatTheUserDidMeanwhileStays) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.opens("Viewer", {.frame = makeRect(1400, 800, 900, 500)})
         .opens("Mail", {.frame = makeRect(50, 800, 900, 500)});
@@ -178,7 +179,7 @@ TEST(LayoutCycle, WhatTheUserDidMeanwhileStays) {
         .opens("Codex", {.frame = makeRect(50, 50, 900, 500)});
     desk.arrange().layout("jarvis.dual-split");
     desk.expectTiles("Codex 15,15 1254x1382 + Mail | Firefox 1291,15 1254x1382 + Viewer");
-    desk.desktop.focusByHand("Codex");
+    desk.desktop.userFocuses("Codex");
     desk.move(right).layout("jarvis.quad-grid");
     desk.expectTiles(
         "Firefox 15,15 1254x666 | Codex 1291,15 1254x666 | Mail 15,731 1254x666 | Viewer 1291,731 1254x666");

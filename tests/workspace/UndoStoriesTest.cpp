@@ -1,6 +1,6 @@
 // Stepping back and focus mode when windows, displays and the permission changed meanwhile, and when one command
 // follows the other at once.
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
 
@@ -15,19 +15,19 @@ INSTANTIATE_TEST_SUITE_P(BothStyles, UndoStories,
 
 TEST_P(UndoStories, AWindowOpenedMeanwhileStaysInSightWhenItsApplicationIsHiddenAgain) {
     for (const bool byUndo : {false, true}) {
-        Desk desk;
+        Scenario desk;
         desk.desktop.setHidingStyle(GetParam());
         desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Codex").arrange();
-        desk.desktop.focusByHand("Codex");
+        desk.desktop.userFocuses("Codex");
         desk.move(WorkspaceDirection::right);
         ASSERT_FALSE(desk.desktop.isOnScreen(desk.desktop.window("Mail")));
         desk.zoom();
-        desk.desktop.hideByHand("Mail", false); // as an application does that opens a window
+        desk.desktop.userHides("Mail", false); // as an application does that opens a window
         desk.opens("Mail").settle();
         byUndo ? desk.undo() : desk.zoom();
         EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window("Mail 2"))) << desk.desktop.picture();
         EXPECT_FALSE(desk.desktop.isOnScreen(desk.desktop.window("Mail"))) << desk.desktop.picture();
-        desk.desktop.focusByHand("Codex");
+        desk.desktop.userFocuses("Codex");
         desk.cycleStack();
         EXPECT_TRUE(desk.desktop.isOnScreen(desk.desktop.window("Mail"))) << "it is reached as before";
     }
@@ -35,7 +35,7 @@ TEST_P(UndoStories, AWindowOpenedMeanwhileStaysInSightWhenItsApplicationIsHidden
 
 TEST_P(UndoStories, AWindowOnItsWayBackCountsAsBack) {
     for (const Seconds pollDuration : {Seconds(0), Seconds(0.3)}) {
-        Desk desk;
+        Scenario desk;
         desk.desktop.setHidingStyle(GetParam());
         desk.desktop.pollingQueue().setJobDuration(pollDuration);
         desk.display(2560, 1440).layout("jarvis.dual-split");
@@ -57,11 +57,11 @@ TEST_P(UndoStories, AWindowOnItsWayBackCountsAsBack) {
 }
 
 TEST_P(UndoStories, AnswersReadBeforeARequestDoNotOverruleIt) {
-    Desk desk;
+    Scenario desk;
     desk.desktop.setHidingStyle(GetParam());
     desk.desktop.setVouching(false);
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Codex").arrange();
-    desk.desktop.focusByHand("Codex");
+    desk.desktop.userFocuses("Codex");
     desk.move(WorkspaceDirection::right).expectTiles("- | Codex 1291,15 1254x1382 + Mail");
     desk.desktop.pollingQueue().setJobDuration(Seconds(0.4));
     for (int step = 0; step < 8; ++step) {
@@ -73,7 +73,7 @@ TEST_P(UndoStories, AnswersReadBeforeARequestDoNotOverruleIt) {
 }
 
 TEST_P(UndoStories, CommandsWithoutAPauseStartFromTheStateThatTheOneBeforeHasFixed) {
-    Desk desk;
+    Scenario desk;
     desk.desktop.setHidingStyle(GetParam());
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     for (const char* name : {"Codex", "Firefox", "Mail", "Viewer"}) desk.opens(name, {.answersAfter = Seconds(0.15)});
@@ -96,11 +96,11 @@ TEST_P(UndoStories, CommandsWithoutAPauseStartFromTheStateThatTheOneBeforeHasFix
 TEST(UndoAndFocusStories, AMaximizedWindowIsMaximizedAgainByADesktopThatTakesItsTime) {
     for (int i = 0; i < 10; ++i) { // so that a poll comes before the desktop has done it
         const bool byUndo = i % 2 == 0;
-        Desk desk;
+        Scenario desk;
         desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex");
         desk.opens("Mail", {.answersAfter = Seconds(0.3)}).arrange();
         desk.desktop.setMaximized("Mail", true);
-        desk.desktop.focusByHand("Mail");
+        desk.desktop.userFocuses("Mail");
         desk.advance(Seconds(2 + 0.05 * i));
         byUndo ? desk.arrange() : desk.zoom();
         ASSERT_FALSE(desk.desktop.window("Mail").isMaximized);
@@ -112,7 +112,7 @@ TEST(UndoAndFocusStories, AMaximizedWindowIsMaximizedAgainByADesktopThatTakesIts
 }
 
 TEST(UndoAndFocusStories, AStepBackWhileADisplayIsAwayLeavesNoVisibleWindowWithoutATile) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").display(1920, 1080).layout("jarvis.dual-split");
     desk.opens("Mail", {.frame = makeRect(2700, 60, 800, 600)}).opens("Codex", {.frame = makeRect(50, 60, 800, 600)});
     desk.arrange().move(WorkspaceDirection::right);
@@ -125,7 +125,7 @@ TEST(UndoAndFocusStories, AStepBackWhileADisplayIsAwayLeavesNoVisibleWindowWitho
 
 TEST(UndoAndFocusStories, AVisibleWindowThatWaitsInAStackIsNotPlacedWhileItsDisplayIsAway) {
     for (const bool byUndo : {false, true}) {
-        Desk desk;
+        Scenario desk;
         desk.display(2560, 1440).layout("jarvis.triple-strip").display(1920, 1080).layout("jarvis.dual-split");
         desk.opens("Mail", {.frame = makeRect(2700, 60, 800, 600)});
         desk.opens("Codex", {.frame = makeRect(50, 60, 800, 600)}).arrange();
@@ -133,7 +133,7 @@ TEST(UndoAndFocusStories, AVisibleWindowThatWaitsInAStackIsNotPlacedWhileItsDisp
         desk.settle();
         desk.perform(command::Place{desk.desktop.windowIDOf("Codex"),
                                     *desk.controller().assignments().targetOf(desk.desktop.windowIDOf("Mail"))});
-        desk.desktop.focusByHand("Mail");
+        desk.desktop.userFocuses("Mail");
         desk.settle();
         const std::string before = desk.tiles();
         if (byUndo) {
@@ -148,13 +148,13 @@ TEST(UndoAndFocusStories, AVisibleWindowThatWaitsInAStackIsNotPlacedWhileItsDisp
 }
 
 TEST(UndoAndFocusStories, TheSecondPassOfAnArrangementLeavesAWindowInTheUsersHold) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail", {.isMinimized = true}).opens("Codex").start();
     desk.controller().perform(action::Arrange{});
     desk.advance(Seconds(0.7));
     desk.controller().holdWindow(desk.desktop.windowIDOf("Mail"));
     const CGRect held = makeRect(600, 300, 700, 500);
-    desk.desktop.moveByHand("Mail", held);
+    desk.desktop.userMoves("Mail", held);
     desk.advance(Seconds(1));
     EXPECT_EQ(desk.desktop.window("Mail").frame, held);
     desk.controller().letGoOfWindow();
@@ -162,7 +162,7 @@ TEST(UndoAndFocusStories, TheSecondPassOfAnArrangementLeavesAWindowInTheUsersHol
 }
 
 TEST(UndoAndFocusStories, PanelsAndWindowsOnAnotherDisplayDoNotEndFocusMode) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").display(1920, 1080).layout("jarvis.dual-split");
     desk.opens("Notes", {.frame = makeRect(2700, 60, 800, 600)}).opens("Mail", {.frame = makeRect(50, 60, 800, 600)});
     desk.arrange().zoom().expectMessage("Focus Mode — Mail owns this display");
@@ -171,14 +171,14 @@ TEST(UndoAndFocusStories, PanelsAndWindowsOnAnotherDisplayDoNotEndFocusMode) {
     EXPECT_TRUE(*desk.state().focusMode);
     desk.zoom().expectTiles("Mail 15,15 1254x1382 | - || Notes 2575,55 934x982 | -");
     desk.zoom().undo().expectTiles("Mail 15,15 1254x1382 | - || Notes 2575,55 934x982 | -");
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userFocuses("Mail");
     desk.zoom().desktop.setPanels("A", makeRect(0, 40, 0, 0));
     desk.settle();
     EXPECT_FALSE(*desk.state().focusMode) << "its own display is another now";
 }
 
 TEST(UndoAndFocusStories, LeavingFocusModeNeedsThePermission) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").arrange().zoom();
     desk.desktop.setTrusted(false);
     desk.settle().zoom().expectMessage("Accessibility permission is required");
@@ -188,7 +188,7 @@ TEST(UndoAndFocusStories, LeavingFocusModeNeedsThePermission) {
 }
 
 TEST(UndoAndFocusStories, ResettingTheSizesOfADisplayResetsEveryLayoutOfIt) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").arrange();
     const auto drag = [&] {
         const auto divider = desk.controller().dividers().front();
@@ -208,7 +208,7 @@ TEST(UndoAndFocusStories, ResettingTheSizesOfADisplayResetsEveryLayoutOfIt) {
 }
 
 TEST(UndoAndFocusStories, WhatIsRefusedSaysWhy) {
-    Desk desk;
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").start();
     const auto steps = desk.controller().undoHistory().size();
     desk.arrange().expectMessage("There is no window to arrange");

@@ -1,7 +1,7 @@
 // Whatever a person does, each step back brings back what was before that step: tiles, stacks, anchors, frames, what
 // was minimised or hidden, the profile and the accent colour. A failure prints the seed and the story so far.
 // KOVA_RANDOM_SEED runs one seed, KOVA_RANDOM_DAYS that many seeds from it on.
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 #include "tests/workspace/Seeds.h"
 
 #include <gtest/gtest.h>
@@ -308,7 +308,7 @@ class UndoWalk {
         chance(4) ? desk_.controller().cancelDividerDrag() : desk_.controller().endDividerDrag(divider);
     }
     void dragWindow(const std::string& label) {
-        using enum WorkspaceController::HandMovement;
+        using enum WorkspaceController::WindowDragKind;
         using enum WorkspaceController::LettingGo;
         const auto& window = desk_.desktop.window(label);
         // No hand takes hold of what it does not see, and a window that it takes while another one is zoomed comes back
@@ -320,7 +320,7 @@ class UndoWalk {
             return;
         }
         const CGRect frame = anyFrameFor(label);
-        desk_.desktop.moveByHand(label, movement == move ? frame : CGRect{window.frame.origin, frame.size});
+        desk_.desktop.userMoves(label, movement == move ? frame : CGRect{window.frame.origin, frame.size});
         desk_.advance(Seconds(0.6));
         const CGPoint pointer = {minX(frame), 1440 - minY(frame)};
         desk_.controller().updateWindowDrag(pointer, movement);
@@ -333,7 +333,7 @@ class UndoWalk {
         desk_.advance(Seconds(14));
     }
 
-    Desk desk_;
+    Scenario desk_;
     Pace pace_;
     bool isWalkedBack_ = false;
     std::mt19937 random_;
@@ -379,17 +379,17 @@ class UndoWalk {
         {"opens", [this] { openWindow(); }},
         {"closes", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.close(label); }); }},
         {"moves",
-         [this] { withAnyWindow([&](const auto& label) { desk_.desktop.moveByHand(label, anyFrameFor(label)); }); }},
+         [this] { withAnyWindow([&](const auto& label) { desk_.desktop.userMoves(label, anyFrameFor(label)); }); }},
         {"minimises",
-         [this] { withAnyWindow([&](const auto& label) { desk_.desktop.minimizeByHand(label, !chance(3)); }); }},
+         [this] { withAnyWindow([&](const auto& label) { desk_.desktop.userMinimizes(label, !chance(3)); }); }},
         {"hides",
          [this] {
              withAnyWindow(
-                 [&](const auto& label) { desk_.desktop.hideByHand(label.substr(0, label.find(' ')), !chance(3)); });
+                 [&](const auto& label) { desk_.desktop.userHides(label.substr(0, label.find(' ')), !chance(3)); });
          }},
-        {"clicks", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.focusByHand(label); }); }},
-        {"clicks", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.focusByHand(label); }); }},
-        {"clicks", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.focusByHand(label); }); }},
+        {"clicks", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.userFocuses(label); }); }},
+        {"clicks", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.userFocuses(label); }); }},
+        {"clicks", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.userFocuses(label); }); }},
         {"full screen",
          [this] { withAnyWindow([&](const auto& label) { desk_.desktop.setFullScreen(label, !chance(3)); }); }},
         {"renames", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.setTitle(label, "Draft"); }); }},

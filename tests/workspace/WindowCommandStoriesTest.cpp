@@ -1,5 +1,5 @@
 // Commands for one window: into a tile, out of it, to another display, and what a dry run says of each.
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 #include "tests/workspace/Pictures.h"
 
 #include <gtest/gtest.h>
@@ -13,7 +13,7 @@ class WindowCommands : public ::testing::Test {
     WindowCommands() {
         desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
         desk.expectTiles(kHalves);
-        desk.desktop.focusByHand("Mail");
+        desk.desktop.userFocuses("Mail");
         desk.settle();
     }
     std::string id(const char* label) { return desk.desktop.windowIDOf(label); }
@@ -32,15 +32,15 @@ class WindowCommands : public ::testing::Test {
     }
     std::string picture() { return desk.desktop.picture(); }
 
-    Desk desk;
+    Scenario desk;
 };
 
 } // namespace
 
 TEST_F(WindowCommands, AWindowWithoutATileIsPutIntoTheOneThatIsNamed) {
     desk.opens("Notes").settle();
-    desk.desktop.minimizeByHand("Notes");
-    desk.desktop.focusByHand("Codex");
+    desk.desktop.userMinimizes("Notes");
+    desk.desktop.userFocuses("Codex");
     desk.settle();
     const WindowCommand place = command::Place{id("Notes"), tile("secondary-1")};
     EXPECT_EQ(steps(place), "place Notes secondary-1, wait Mail secondary-1");
@@ -62,7 +62,7 @@ TEST_F(WindowCommands, TwoWindowsTradePlacesAndTheirStacksStay) {
     desk.perform(command::Place{id("Notes"), tile("focus-main")});
     desk.perform(command::Place{id("Viewer"), tile("secondary-1")});
     desk.expectTiles("Notes 15,15 1254x1382 + Codex | Viewer 1291,15 1254x1382 + Mail");
-    desk.desktop.focusByHand("Notes");
+    desk.desktop.userFocuses("Notes");
     EXPECT_EQ(steps(command::Swap{std::nullopt, WorkspaceDirection::right}),
               "place Viewer focus-main, place Notes secondary-1");
     desk.perform(command::Swap{std::nullopt, WorkspaceDirection::right});
@@ -75,18 +75,18 @@ TEST_F(WindowCommands, TwoWindowsTradePlacesAndTheirStacksStay) {
 }
 
 TEST_F(WindowCommands, AFloatingWindowIsLeftAloneUntilItIsPutIntoATileAgain) {
-    desk.desktop.moveByHand("Mail", makeRect(1500, 200, 700, 500));
+    desk.desktop.userMoves("Mail", makeRect(1500, 200, 700, 500));
     desk.settle();
     desk.perform(command::Float{});
     desk.expectMessage("Mail floats until it is put into a tile");
-    desk.desktop.moveByHand("Mail", makeRect(1500, 200, 700, 500));
+    desk.desktop.userMoves("Mail", makeRect(1500, 200, 700, 500));
     desk.settle();
     desk.opens("Notes").arrange();
     EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Mail")), "Mail 1500,200 700x500");
     EXPECT_EQ(desk.state().floatingWindowIDs->size(), 1u);
     desk.undo(); // the arrangement alone
     EXPECT_EQ(desk.state().floatingWindowIDs->size(), 1u);
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userFocuses("Mail");
     desk.perform(command::ToggleFloating{});
     desk.expectTiles(kHalves);
     EXPECT_TRUE(desk.state().floatingWindowIDs->empty());
@@ -112,15 +112,15 @@ TEST_F(WindowCommands, AFloatingWindowFloatsOnAfterASleepAndARestart) {
 TEST_F(WindowCommands, TheKeyboardAndWindowsGoToOtherDisplays) {
     desk.display(2560, 1440).layout("jarvis.dual-split", "B");
     desk.opens("Notes", {.frame = makeRect(2700, 100, 800, 600)}).settle();
-    desk.desktop.focusByHand("Notes");
+    desk.desktop.userFocuses("Notes");
     desk.settle();
-    desk.desktop.focusByHand("Codex");
+    desk.desktop.userFocuses("Codex");
     desk.settle();
     EXPECT_EQ(*desk.state().focusedWindowID, id("Codex"));
     desk.perform(command::FocusDisplay{DisplayStep::next}).expectFocus("Notes");
     desk.perform(command::FocusDisplay{DisplayStep::previous}).expectFocus("Codex");
     desk.perform(command::FocusDisplay{desk.displayIDOf("B")}).expectFocus("Notes");
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userFocuses("Mail");
     EXPECT_EQ(steps(command::MoveToDisplay{std::nullopt, DisplayStep::next}), "place Mail secondary-1");
     desk.perform(command::MoveToDisplay{std::nullopt, DisplayStep::next});
     desk.expectMessage("Moved Mail to Secondary on B");
@@ -135,17 +135,17 @@ TEST_F(WindowCommands, WhatIsNamedIsMeantAndNotWhatHasTheFocus) {
     desk.perform(command::Place{id("Notes"), tile("focus-main")});
     desk.perform(action::CycleStack{StackStep::previous, {}, tile("focus-main")});
     desk.expectTiles("Codex 15,15 1254x1382 + Notes | Mail 1291,15 1254x1382");
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userFocuses("Mail");
     desk.perform(action::ToggleFocusZoom{id("Codex")});
     EXPECT_EQ((*desk.state().focusMode)->windowID, id("Codex"));
-    desk.perform(action::ToggleFocusZoom{}).desktop.focusByHand("Mail");
+    desk.perform(action::ToggleFocusZoom{}).desktop.userFocuses("Mail");
     desk.perform(action::Move{WorkspaceDirection::right, id("Codex")});
     EXPECT_EQ(desk.state().assignedWindowIDs->at(tile("secondary-1")), id("Codex"));
 }
 
 TEST_F(WindowCommands, ADialogWithTheKeyboardMeansItsWindow) {
     desk.opens("Codex", {.frame = makeRect(300, 300, 400, 200), .title = "Save?", .dialogOf = "Codex"}).settle();
-    desk.desktop.focusByHand("Codex 2");
+    desk.desktop.userFocuses("Codex 2");
     desk.settle();
     EXPECT_EQ(*desk.state().focusedWindowID, id("Codex"));
     desk.perform(command::Swap{std::nullopt, WorkspaceDirection::right});
@@ -168,7 +168,7 @@ TEST_F(WindowCommands, WindowsThatDriftedAreFoundAndSentBack) {
         desk.settle();
     }
     EXPECT_EQ(verdictOf("Notes"), PlacementVerdict::asRequested);
-    desk.desktop.minimizeByHand("Mail");
+    desk.desktop.userMinimizes("Mail");
     desk.settle();
     EXPECT_EQ(verdictOf("Mail"), PlacementVerdict::leftAlone);
 }

@@ -26,9 +26,9 @@ BusAddresses BusAddresses::fromEnvironment() {
 }
 
 LoginSession::LoginSession(EventLoop& loop, const BusAddresses& addresses, SessionHints hints,
-                           LoginSessionPatience patience) :
+                           LoginSessionTimeouts timeouts) :
     loop_(loop),
-    patience_(patience), logind_(addresses.system, std::move(hints), loop, listener()),
+    timeouts_(timeouts), logind_(addresses.system, std::move(hints), loop, listener()),
     screenSavers_(addresses.session, loop,
                   [this](const std::string& name, bool isActive) { hear(afterScreenSaver(facts_, name, isActive)); }) {}
 
@@ -38,7 +38,7 @@ Subscription LoginSession::observeSystemActivity(std::function<void(SystemActivi
 
 LogindClient::Listener LoginSession::listener() {
     const auto known = [this] {
-        if (silencePatience_) std::exchange(silencePatience_, nullptr)->cancel();
+        if (silenceTimeout_) std::exchange(silenceTimeout_, nullptr)->cancel();
     };
     LogindClient::Listener listener;
     listener.sleep = [this](bool isPreparing) {
@@ -59,9 +59,9 @@ LogindClient::Listener LoginSession::listener() {
     listener.lockSignal = [this] { hear(afterLockSignal(facts_)); };
     listener.unlockSignal = [this] { hear(afterUnlockSignal(facts_)); };
     listener.silence = [this] {
-        if (silencePatience_ || withoutLogind(facts_) == facts_) return;
-        silencePatience_ = loop_.after(patience_.withSilence, lifetime_.guard([this] {
-            silencePatience_.reset();
+        if (silenceTimeout_ || withoutLogind(facts_) == facts_) return;
+        silenceTimeout_ = loop_.after(timeouts_.withSilence, lifetime_.guard([this] {
+            silenceTimeout_.reset();
             hear(withoutLogind(facts_));
         }));
     };
@@ -72,13 +72,13 @@ void LoginSession::hear(ActivityFacts facts) {
     const auto before = std::exchange(facts_, std::move(facts));
     isLockedHintSet_ = facts_.isLockedHintSet;
     if (facts_.isLockAwaited != before.isLockAwaited) {
-        if (lockPatience_) std::exchange(lockPatience_, nullptr)->cancel();
+        if (lockTimeout_) std::exchange(lockTimeout_, nullptr)->cancel();
         if (facts_.isLockAwaited) {
-            lockPatience_ =
-                loop_.after(patience_.withLock, lifetime_.guard([this] { hear(afterUnlockSignal(facts_)); }));
+            lockTimeout_ =
+                loop_.after(timeouts_.withLock, lifetime_.guard([this] { hear(afterUnlockSignal(facts_)); }));
         }
     }
-    if (toldInARow_ < LoginSessionPatience::changesAtOnce) tell();
+    if (toldInARow_ < LoginSessionTimeouts::changesAtOnce) tell();
 }
 
 /// Each change stops or starts the workspace, so a flood of them is reduced to its outcome.
@@ -87,9 +87,9 @@ void LoginSession::tell() {
     told_ = facts_;
     if (events.empty()) return;
     ++toldInARow_;
-    if (!floodPause_) {
-        floodPause_ = loop_.after(patience_.withFlood, lifetime_.guard([this] {
-            floodPause_.reset();
+    if (!floodTimer_) {
+        floodTimer_ = loop_.after(timeouts_.withFlood, lifetime_.guard([this] {
+            floodTimer_.reset();
             toldInARow_ = 0;
             tell();
         }));

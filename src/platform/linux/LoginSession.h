@@ -27,7 +27,7 @@ struct BusAddresses {
     static BusAddresses fromEnvironment();
 };
 
-struct LoginSessionPatience {
+struct LoginSessionTimeouts {
     static constexpr int changesAtOnce = 16;
     /// An unconfirmed lock counts for this long: until a desktop has drawn its lock screen.
     Seconds withLock{10};
@@ -43,7 +43,7 @@ class LoginSession final : public SessionServicing, public SystemActivityServici
   public:
     /// Begins to connect; what it learns it tells once the loop runs.
     LoginSession(EventLoop& loop, const BusAddresses& addresses, SessionHints hints,
-                 LoginSessionPatience patience = {});
+                 LoginSessionTimeouts timeouts = {});
 
     /// Any thread; what logind said last.
     bool isLoginSessionScreenLocked() const override { return isLockedHintSet_; }
@@ -56,15 +56,15 @@ class LoginSession final : public SessionServicing, public SystemActivityServici
     void tell();
 
     EventLoop& loop_;
-    LoginSessionPatience patience_;
+    LoginSessionTimeouts timeouts_;
     ActivityFacts facts_;
     ActivityFacts told_; // as the observers know them
-    int toldInARow_ = 0; // changes since `floodPause_` began
-    std::shared_ptr<ScheduledWork> floodPause_;
+    int toldInARow_ = 0; // changes since `floodTimer_` began
+    std::shared_ptr<ScheduledWork> floodTimer_;
     std::atomic<bool> isLockedHintSet_ = false;
     Observers<SystemActivityEvent> observers_;
-    std::shared_ptr<ScheduledWork> lockPatience_;
-    std::shared_ptr<ScheduledWork> silencePatience_;
+    std::shared_ptr<ScheduledWork> lockTimeout_;
+    std::shared_ptr<ScheduledWork> silenceTimeout_;
     Lifetime lifetime_;
     LogindClient logind_;
     ScreenSavers screenSavers_;

@@ -5,7 +5,7 @@
 
 #include "support/Lifetime.h"
 #include "support/MainQueue.h"
-#include "windowing/DividerGrip.h"
+#include "windowing/DividerGestureRecognizer.h"
 
 #include <map>
 #include <memory>
@@ -36,7 +36,7 @@ class MacDividerHandles final : public DividerHandleServicing {
     void tell(const std::optional<DividerHandleEvent>& event);
 
     MainQueue& queue_;
-    DividerGrip grip_;
+    DividerGestureRecognizer grip_;
     std::map<std::string, std::unique_ptr<Panel>> panels_; // by handle
     Subscription escape_;                                  // while one is held
     Subscription pressesElsewhere_;                        // while there are handles

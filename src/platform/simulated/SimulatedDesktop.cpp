@@ -174,7 +174,7 @@ void SimulatedDesktop::beginTerminating(std::string_view name) {
     changed();
 }
 
-void SimulatedDesktop::hideByHand(std::string_view name, bool hide) {
+void SimulatedDesktop::userHides(std::string_view name, bool hide) {
     setHidden(application(name), hide);
 }
 
@@ -304,7 +304,7 @@ void SimulatedDesktop::setFrameOf(SimulatedWindow& window, const CGRect& frame) 
     changed(window);
 }
 
-void SimulatedDesktop::moveByHand(std::string_view label, const CGRect& frameOnDesktop) {
+void SimulatedDesktop::userMoves(std::string_view label, const CGRect& frameOnDesktop) {
     auto& moved = mutableWindow(label);
     const CGRect display = displayFrameUnder(frameOnDesktop);
     setFrameOf(moved, {frameOnDesktop.origin, moved.frameResizedTo(frameOnDesktop.size, display).size});
@@ -363,11 +363,11 @@ void SimulatedDesktop::setMinimizedByWish(SimulatedWindow& window, bool minimize
     changed(window);
 }
 
-void SimulatedDesktop::minimizeByHand(std::string_view label, bool minimize) {
+void SimulatedDesktop::userMinimizes(std::string_view label, bool minimize) {
     setMinimized(mutableWindow(label), minimize);
 }
 
-void SimulatedDesktop::focusByHand(std::string_view label) {
+void SimulatedDesktop::userFocuses(std::string_view label) {
     auto& chosen = mutableWindow(label);
     auto& owner = *findApplication(chosen.processIdentifier());
     setHidden(owner, false);

@@ -85,7 +85,7 @@ enum class SpaceStyle {
 enum class DesktopStyle { knowsItsWindows, mac };
 
 /// The part of a window by which the pointer drags it.
-enum class HandGrip { nothing, titleBar, leftEdge, rightEdge, topEdge, bottomEdge };
+enum class WindowPart { nothing, titleBar, leftEdge, rightEdge, topEdge, bottomEdge };
 enum class ShiftKey { up, down };
 
 class SimulatedDesktop : public AccessibilityServicing,
@@ -126,7 +126,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     void quit(std::string_view application);
     /// Still listed, but on its way out.
     void beginTerminating(std::string_view application);
-    void hideByHand(std::string_view application, bool hide = true);
+    void userHides(std::string_view application, bool hide = true);
     /// Stops or begins to answer. A question waits for the deadline; what is written to it is lost.
     void setAnswering(std::string_view application, bool answers);
     bool isAnswering(const SimulatedWindow& window) const;
@@ -166,9 +166,9 @@ class SimulatedDesktop : public AccessibilityServicing,
     // Windows. A label is the application's name, with a number for every further window: "Mail", "Mail 2".
     std::string open(std::string_view application, WindowTraits traits = {});
     void close(std::string_view label);
-    void moveByHand(std::string_view label, const CGRect& frameOnDesktop);
-    void minimizeByHand(std::string_view label, bool minimize = true);
-    void focusByHand(std::string_view label);
+    void userMoves(std::string_view label, const CGRect& frameOnDesktop);
+    void userMinimizes(std::string_view label, bool minimize = true);
+    void userFocuses(std::string_view label);
     void setTitle(std::string_view label, std::string title);
     void setMinimumSize(std::string_view label, CGSize size);
     /// For the duration windows keep their sizes, and for two seconds more they are not to be relied on.
@@ -215,9 +215,9 @@ class SimulatedDesktop : public AccessibilityServicing,
 
     // The mouse (SimulatedHand.cpp); what it does is told by the queue. Points are in desktop space.
     /// Presses the main button: takes hold of the handle there when no window lies over it, else of the window there.
-    void pressAt(CGPoint point, HandGrip grip = HandGrip::titleBar);
+    void pressAt(CGPoint point, WindowPart grip = WindowPart::titleBar);
     /// Moves the pointer; what is held follows.
-    void moveHand(CGPoint point);
+    void movePointer(CGPoint point);
     void letGo(ShiftKey shift = ShiftKey::up);
     /// Lets go of a handle that is held.
     void pressEscape();
@@ -360,7 +360,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     // What is dragged while the button is down.
     struct Hold {
         std::uint64_t window = 0;
-        HandGrip grip = HandGrip::nothing;
+        WindowPart grip = WindowPart::nothing;
         CGRect frame{}; // of the window, when the button went down
         CGPoint start{};
         std::optional<std::string> handleID{};

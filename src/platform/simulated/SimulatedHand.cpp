@@ -1,6 +1,6 @@
 // The mouse, and the handles of dividers.
 #include "platform/simulated/SimulatedDesktop.h"
-#include "windowing/DividerGrip.h"
+#include "windowing/DividerGestureRecognizer.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,19 +14,19 @@ namespace {
 /// A press counts as the second of a double click only if the pointer moved no further in between.
 constexpr double kRestingPoints = 3;
 
-CGRect pulled(const CGRect& frame, HandGrip grip, double dx, double dy) {
+CGRect pulled(const CGRect& frame, WindowPart grip, double dx, double dy) {
     switch (grip) {
-    case HandGrip::nothing:
+    case WindowPart::nothing:
         return frame;
-    case HandGrip::titleBar:
+    case WindowPart::titleBar:
         return makeRect(minX(frame) + dx, minY(frame) + dy, frame.size.width, frame.size.height);
-    case HandGrip::leftEdge:
+    case WindowPart::leftEdge:
         return makeRect(minX(frame) + dx, minY(frame), frame.size.width - dx, frame.size.height);
-    case HandGrip::rightEdge:
+    case WindowPart::rightEdge:
         return makeRect(minX(frame), minY(frame), frame.size.width + dx, frame.size.height);
-    case HandGrip::topEdge:
+    case WindowPart::topEdge:
         return makeRect(minX(frame), minY(frame) + dy, frame.size.width, frame.size.height - dy);
-    case HandGrip::bottomEdge:
+    case WindowPart::bottomEdge:
         return makeRect(minX(frame), minY(frame), frame.size.width, frame.size.height + dy);
     }
     return frame;
@@ -52,7 +52,7 @@ void SimulatedDesktop::tell(DividerHandleEvent::Kind kind, const std::string& ha
         [this, event = DividerHandleEvent{kind, handleID, onScreen(point)}] { handleObservers_.notify(event); }));
 }
 
-void SimulatedDesktop::pressAt(CGPoint point, HandGrip grip) {
+void SimulatedDesktop::pressAt(CGPoint point, WindowPart grip) {
     pointerOnDesktop_ = point;
     hold_ = Hold{.grip = grip, .start = point};
     tell(PointerEvent::Kind::pressed, point);
@@ -73,7 +73,7 @@ void SimulatedDesktop::pressAt(CGPoint point, HandGrip grip) {
          point);
 }
 
-void SimulatedDesktop::moveHand(CGPoint point) {
+void SimulatedDesktop::movePointer(CGPoint point) {
     const auto handleIDAt = [&](CGPoint place) {
         const DividerHandle* handle = handleAt(place);
         return handle ? std::optional(handle->id) : std::nullopt;

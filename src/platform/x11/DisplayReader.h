@@ -3,7 +3,7 @@
 #pragma once
 
 #include "platform/x11/Displays.h"
-#include "platform/x11/Questions.h"
+#include "platform/x11/PendingReplies.h"
 
 #include <optional>
 #include <utility>
@@ -35,7 +35,7 @@ class DisplayReader {
 
     const XConnection& connection_;
     std::optional<std::uint8_t> eventBase_;
-    Questions questions_;
+    PendingReplies questions_;
     std::vector<Monitor> monitors_, coming_;
     bool startsOver_ = false;
     bool hasUnsent_ = false;

@@ -1,7 +1,7 @@
 #include "platform/x11/ModelRefresh.h"
 
-#include "platform/x11/FocusQuestions.h"
-#include "platform/x11/FrameQuestions.h"
+#include "platform/x11/FocusRequests.h"
+#include "platform/x11/FrameRequests.h"
 
 #include <algorithm>
 #include <array>

@@ -6,7 +6,7 @@
 #pragma once
 
 #include "platform/x11/ClientProcesses.h"
-#include "platform/x11/Questions.h"
+#include "platform/x11/PendingReplies.h"
 #include "platform/x11/WindowModel.h"
 #include "support/Mutex.h"
 
@@ -50,7 +50,7 @@ class ModelRefresh {
     const ClientProcesses& processes_;
     Mutex& mutex_;
     WindowModel& model_ KOVA_GUARDED_BY(mutex_);
-    Questions questions_;
+    PendingReplies questions_;
     RefreshOutcome outcome_;
     Seconds now_{};
     std::vector<xcb_window_t> unplaced_;   // clients whose top level is to be found

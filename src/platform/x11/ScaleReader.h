@@ -2,7 +2,7 @@
 // XSETTINGS manager where there is one. Guarded like the model.
 #pragma once
 
-#include "platform/x11/Questions.h"
+#include "platform/x11/PendingReplies.h"
 #include "platform/x11/ScaleSettings.h"
 
 #include <optional>
@@ -33,7 +33,7 @@ class ScaleReader {
 
     const XConnection& connection_;
     xcb_atom_t selection_ = XCB_ATOM_NONE; // which the XSETTINGS manager owns
-    Questions questions_;
+    PendingReplies questions_;
     xcb_window_t owner_ = kNoWindow;
     std::optional<double> resourceDotsPerInch_;
     SharedSettings shared_;

@@ -4,7 +4,7 @@
 // to look again. Guarded like the model.
 #pragma once
 
-#include "platform/x11/Questions.h"
+#include "platform/x11/PendingReplies.h"
 #include "support/MainQueue.h"
 
 #include <functional>
@@ -35,7 +35,7 @@ class ScreenPower {
         return saverEvent_ && (event.response_type & 0x7F) == *saverEvent_;
     }
     /// Calls back once the state is that of the server.
-    void ask(Questions& questions, std::function<void()> known);
+    void ask(PendingReplies& questions, std::function<void()> known);
     const ScreenPowerState& state() const { return state_; }
 
   private:

@@ -7,7 +7,7 @@ Subscription ScreenPowerNotices::observe(std::function<void(SystemActivityEvent)
     return observers_.add(std::move(observer));
 }
 
-void ScreenPowerNotices::ask(Questions& questions) {
+void ScreenPowerNotices::ask(PendingReplies& questions) {
     power_.ask(questions, [this] { follow(); });
 }
 

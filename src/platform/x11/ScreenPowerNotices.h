@@ -26,7 +26,7 @@ class ScreenPowerNotices {
     /// An observer that comes while it is dark is told so, too, once that has been asked again.
     Subscription observe(std::function<void(SystemActivityEvent)> observer);
     bool isObserved() const { return power_.isKnown() && observers_.hasAny(); }
-    void ask(Questions& questions);
+    void ask(PendingReplies& questions);
 
   private:
     void follow();

@@ -35,16 +35,16 @@ void UserInput::open(const std::string& displayName) {
     auto* opened = std::get_if<std::unique_ptr<XConnection>>(&connected);
     if (!opened) return;
     const MutexLock lock(mutex_);
-    hand_ = std::make_unique<Hand>(std::move(*opened), model_,
-                                   Hand::Calls{.lookAgain = [this] { lookAtPointerAgain(); },
-                                               .tryAgain = [this] { tryRecordingAgain(); },
-                                               .readSoon = [this] { readSoon(); }});
+    input_ = std::make_unique<InputConnection>(std::move(*opened), model_,
+                                               InputConnection::Calls{.lookAgain = [this] { lookAtPointerAgain(); },
+                                                                      .tryAgain = [this] { tryRecordingAgain(); },
+                                                                      .readSoon = [this] { readSoon(); }});
 }
 
 void UserInput::listen(const DescriptorWatch& watch) {
-    if (!hand_) return;
+    if (!input_) return;
     const MutexLock lock(mutex_);
-    watching_ = watch(hand_->descriptor(), [this] { read(); });
+    watching_ = watch(input_->descriptor(), [this] { read(); });
 }
 
 // What the connection tells
@@ -53,8 +53,8 @@ void UserInput::read() {
     bool hasEnded = false;
     {
         const MutexLock lock(mutex_);
-        hand_->read();
-        hasEnded = hand_->isLost();
+        input_->read();
+        hasEnded = input_->isLost();
     }
     tell();
     calls_.hasRead();
@@ -72,30 +72,30 @@ void UserInput::readSoon() {
 /// Posted: an observer may read and write windows.
 void UserInput::tell() {
     const MutexLock lock(mutex_);
-    if (const auto active = hand_->takeActiveWindow()) calls_.activeWindow(*active);
+    if (const auto active = input_->takeActiveWindow()) calls_.activeWindow(*active);
     const PointSpace& space = displays_.space();
-    for (const PointerNews& news : hand_->takePointerNews()) {
+    for (const PointerNews& news : input_->takePointerNews()) {
         const PointerEvent event{news.kind, space.pointOnScreen(news.x, news.y), news.isShiftDown};
         queue_.post(lifetime_.guard([this, event] { pointerObservers_.notify(event); }));
     }
-    for (const HandleNews& news : hand_->takeHandleNews()) {
+    for (const HandleNews& news : input_->takeHandleNews()) {
         const DividerHandleEvent event{news.kind, news.id, space.pointOnScreen(news.x, news.y)};
         queue_.post(lifetime_.guard([this, event] { handleObservers_.notify(event); }));
     }
-    for (KeyNews& news : hand_->takeKeyNews()) {
+    for (KeyNews& news : input_->takeKeyNews()) {
         queue_.post(lifetime_.guard([this, news = std::move(news)] { tellOf(news); }));
     }
-    if (hand_->isFollowingPointer() && !pointerObservers_.hasAny()) hand_->followPointer(false);
+    if (input_->isFollowingPointer() && !pointerObservers_.hasAny()) input_->followPointer(false);
 }
 
 void UserInput::askActiveWindow() {
     mutex_.assertHeld();
-    hand_->askActiveWindow();
+    input_->askActiveWindow();
 }
 
 bool UserInput::isConnected() const {
     mutex_.assertHeld();
-    return hand_ && !hand_->isLost();
+    return input_ && !input_->isLost();
 }
 
 // The pointer and the dividers
@@ -103,14 +103,14 @@ bool UserInput::isConnected() const {
 Subscription UserInput::observePointer(std::function<void(const PointerEvent&)> observer) {
     auto subscription = pointerObservers_.add(std::move(observer));
     const MutexLock lock(mutex_);
-    if (hand_) hand_->followPointer(true);
+    if (input_) input_->followPointer(true);
     return subscription;
 }
 
 void UserInput::lookAtPointerAgain() {
     queue_.after(kLookInterval, lifetime_.guard([this] {
         const MutexLock lock(mutex_);
-        hand_->look();
+        input_->look();
     }));
 }
 
@@ -125,12 +125,12 @@ Subscription UserInput::observeHandles(std::function<void(const DividerHandleEve
 }
 
 void UserInput::placeHandles() {
-    if (!hand_) return;
+    if (!input_) return;
     std::vector<HandlePlace> places;
     for (const DividerHandle& handle : handles_) {
         places.push_back(placeOfHandle(handle.id, handle.frame, handle.axis, displays_.space()));
     }
-    hand_->show(places);
+    input_->show(places);
 }
 
 void UserInput::displaysChanged() {
@@ -140,13 +140,13 @@ void UserInput::displaysChanged() {
 
 void UserInput::windowsChanged(bool haveMoved) {
     mutex_.assertHeld();
-    if (hand_) hand_->windowsChanged(haveMoved);
+    if (input_) input_->windowsChanged(haveMoved);
     if (haveMoved) tryHeldKeys(HeldKeysReason::windowsChanged);
 }
 
 bool UserInput::hasMisplacedHandles() const {
     mutex_.assertHeld();
-    return hand_ && hand_->hasMisplacedHandles();
+    return input_ && input_->hasMisplacedHandles();
 }
 
 // Keys, wherever on the desktop they are pressed
@@ -163,21 +163,21 @@ Subscription UserInput::addGlobalMonitor(std::function<void(const KeyPress&)> mo
 
 void UserInput::listenToKeys() {
     const MutexLock lock(mutex_);
-    if (hand_) hand_->listenToKeys(keyMonitors_.hasAny());
+    if (input_) input_->listenToKeys(keyMonitors_.hasAny());
 }
 
 void UserInput::claim(const std::vector<KeyCombination>& combinations) {
-    if (hand_) {
+    if (input_) {
         const MutexLock lock(mutex_);
-        return hand_->claimKeys(combinations);
+        return input_->claimKeys(combinations);
     }
     queue_.post(lifetime_.guard([this] { heldKeysObservers_.notify(); }));
 }
 
 std::vector<KeyCombination> UserInput::heldByOthers() {
-    if (!hand_) return {};
+    if (!input_) return {};
     const MutexLock lock(mutex_);
-    auto held = hand_->keyboard().heldByOthers();
+    auto held = input_->keyboard().heldByOthers();
     if (!held.empty()) tryHeldKeys(HeldKeysReason::asked);
     return held;
 }
@@ -194,8 +194,8 @@ Subscription UserInput::recordKeys(std::function<bool(const KeyPress&)> recorder
     });
     keyRecorder_ = std::shared_ptr<KeyRecorder>(kept, &kept->thing);
     const MutexLock lock(mutex_);
-    if (hand_ && hand_->keyboard().isUsable()) {
-        hand_->recordKeys(true);
+    if (input_ && input_->keyboard().isUsable()) {
+        input_->recordKeys(true);
     } else {
         queue_.post(lifetime_.guard([this] {
             failRecordingKeys("The X server cannot tell which key is which: it lacks the XKEYBOARD extension");
@@ -205,20 +205,20 @@ Subscription UserInput::recordKeys(std::function<bool(const KeyPress&)> recorder
 }
 
 std::string UserInput::charactersOf(std::uint16_t keyCode) const {
-    if (!hand_) return {};
+    if (!input_) return {};
     const MutexLock lock(mutex_);
-    return hand_->keyboard().charactersOf(keyCode);
+    return input_->keyboard().charactersOf(keyCode);
 }
 
 void UserInput::stopRecordingKeys() {
     const MutexLock lock(mutex_);
-    if (hand_) hand_->recordKeys(false);
+    if (input_) input_->recordKeys(false);
 }
 
 void UserInput::tryRecordingAgain() {
     queue_.after(kRecordingPause, lifetime_.guard([this] {
         const MutexLock lock(mutex_);
-        hand_->tryRecording();
+        input_->tryRecording();
     }));
 }
 
@@ -238,9 +238,9 @@ void UserInput::tryHeldKeys(HeldKeysReason reason) {
     const Seconds since = now - heldKeysTried_;
     const bool isTooSoon = (reason == HeldKeysReason::windowsChanged && since < kPauseBetweenChanges) ||
                            (reason == HeldKeysReason::asked && since < kPauseBetweenQuestions);
-    if (!hand_ || isTooSoon) return;
+    if (!input_ || isTooSoon) return;
     heldKeysTried_ = now;
-    hand_->tryHeldKeys();
+    input_->tryHeldKeys();
 }
 
 void UserInput::tellOf(const KeyNews& news) {

@@ -5,7 +5,7 @@
 
 #include "platform/x11/ConnectionWatch.h"
 #include "platform/x11/DisplayKeeper.h"
-#include "platform/x11/X11Hand.h"
+#include "platform/x11/InputConnection.h"
 #include "support/Mutex.h"
 #include "windowing/KeyMonitorServicing.h"
 #include "windowing/PointerServicing.h"
@@ -43,7 +43,7 @@ class UserInput {
 
     // For callers that hold the lock
     /// Whether there ever was a connection.
-    bool isOpen() const { return hand_ != nullptr; }
+    bool isOpen() const { return input_ != nullptr; }
     /// Another window manager may name another window. Only while it is open.
     void askActiveWindow();
     /// False when there never was a connection, or it has ended.
@@ -77,7 +77,8 @@ class UserInput {
     const Calls calls_;
     const WindowModel& model_ KOVA_GUARDED_BY(mutex_);
     const DisplayKeeper& displays_ KOVA_GUARDED_BY(mutex_);
-    std::unique_ptr<Hand> hand_ KOVA_POINTEE_GUARDED_BY(mutex_); // null when there is none; set while opening
+    std::unique_ptr<InputConnection>
+        input_ KOVA_POINTEE_GUARDED_BY(mutex_); // null when there is none; set while opening
     bool isReadDue_ = false;
     std::optional<Subscription> watching_;
     std::vector<DividerHandle> handles_; // as they were asked for

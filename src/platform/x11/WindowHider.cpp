@@ -7,10 +7,10 @@
 
 namespace kova::x11 {
 
-WindowHider::WindowHider(const XConnection& connection, WindowModel& model, Outbox& outbox, KeyboardKeeper& keyboard,
-                         const MainQueue& clock, std::string file, Later later) :
+WindowHider::WindowHider(const XConnection& connection, WindowModel& model, RequestQueue& requests,
+                         KeyboardKeeper& keyboard, const MainQueue& clock, std::string file, Later later) :
     connection_(connection),
-    model_(model), outbox_(outbox), keyboard_(keyboard), clock_(clock), later_(std::move(later)),
+    model_(model), requests_(requests), keyboard_(keyboard), clock_(clock), later_(std::move(later)),
     record_(std::move(file)) {}
 
 // Requests
@@ -213,7 +213,7 @@ void WindowHider::mapAgain(xcb_window_t window) {
     // Some window managers leave a minimized window mapped. Mapping it does
     // nothing then; giving it the keyboard brings it back.
     const bool isStillMapped = top && top->isMapped && (client->isIconic || client->isHiddenState);
-    if (isStillMapped && isManaged) outbox_.sendActivation(*client);
+    if (isStillMapped && isManaged) requests_.sendActivation(*client);
     // At once, so that the next request is not measured by what no longer holds.
     // If it stays iconic, the poll finds out.
     client->isIconic = client->isHiddenState = false;

@@ -6,7 +6,7 @@
 
 #include "platform/x11/HiddenWindows.h"
 #include "platform/x11/KeyboardKeeper.h"
-#include "platform/x11/Outbox.h"
+#include "platform/x11/RequestQueue.h"
 
 #include <functional>
 #include <utility>
@@ -19,7 +19,7 @@ class WindowHider {
     /// Calls `work` after a pause, with the model guarded.
     using Later = std::function<void(Seconds pause, std::function<void()> work)>;
     /// `file` holds the record; empty: it is kept in memory only.
-    WindowHider(const XConnection& connection, WindowModel& model, Outbox& outbox, KeyboardKeeper& keyboard,
+    WindowHider(const XConnection& connection, WindowModel& model, RequestQueue& requests, KeyboardKeeper& keyboard,
                 const MainQueue& clock, std::string file, Later later);
 
     // Requests
@@ -76,7 +76,7 @@ class WindowHider {
 
     const XConnection& connection_;
     WindowModel& model_;
-    Outbox& outbox_;
+    RequestQueue& requests_;
     KeyboardKeeper& keyboard_;
     const MainQueue& clock_;
     Later later_;

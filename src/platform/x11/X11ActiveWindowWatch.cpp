@@ -4,7 +4,7 @@
 
 namespace kova::x11 {
 
-ActiveWindowWatch::ActiveWindowWatch(const XConnection& connection, std::deque<Questions>& asked) :
+ActiveWindowWatch::ActiveWindowWatch(const XConnection& connection, std::deque<PendingReplies>& asked) :
     connection_(connection), asked_(asked) {
     const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
     xcb_change_window_attributes(connection.get(), connection.root(), XCB_CW_EVENT_MASK, &mask);

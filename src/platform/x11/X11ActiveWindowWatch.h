@@ -3,7 +3,7 @@
 // then. Main thread; never waits.
 #pragma once
 
-#include "platform/x11/Questions.h"
+#include "platform/x11/PendingReplies.h"
 
 #include <deque>
 #include <optional>
@@ -14,7 +14,7 @@ namespace kova::x11 {
 class ActiveWindowWatch {
   public:
     /// `asked` gets the questions that the main thread does not wait for.
-    ActiveWindowWatch(const XConnection& connection, std::deque<Questions>& asked);
+    ActiveWindowWatch(const XConnection& connection, std::deque<PendingReplies>& asked);
 
     /// True when the event is about the active window; then `act` has something to do.
     bool take(const xcb_generic_event_t& event);
@@ -26,7 +26,7 @@ class ActiveWindowWatch {
 
   private:
     const XConnection& connection_;
-    std::deque<Questions>& asked_;
+    std::deque<PendingReplies>& asked_;
     bool isDue_ = true;
     std::optional<xcb_window_t> news_;
 };

@@ -22,8 +22,8 @@ X11Desktop::Parts::Parts(std::unique_ptr<XConnection> opened, const Options& opt
     processes(*connection, options.asksForProcesses), changes(mainQueue), applications(applicationCatalogue),
     watch(mainQueue, xcb_get_file_descriptor(connection->get())), model(connection->atoms(), connection->root()),
     displays(*connection), screenPower(*connection, mainQueue, [this] { askScreenPowerAgain(); }),
-    outbox(*connection, model), hider(*connection, model, outbox, keyboard, mainQueue, options.hiddenWindowsFile,
-                                      [this](Seconds pause, std::function<void()> work) { later(pause, work); }),
+    requests(*connection, model), hider(*connection, model, requests, keyboard, mainQueue, options.hiddenWindowsFile,
+                                        [this](Seconds pause, std::function<void()> work) { later(pause, work); }),
     input(mainQueue, mutex, model, displays,
           {.activeWindow =
                [this](xcb_window_t window) {
@@ -99,8 +99,8 @@ void X11Desktop::Parts::keepActive(xcb_window_t window) {
     const MutexLock lock(mutex);
     const ClientWindow* client = model.client(window);
     if (isLost || !client || !model.windowManager().isPresent || model.isMinimized(*client)) return;
-    outbox.activate(*client);
-    outbox.send();
+    requests.activate(*client);
+    requests.send();
 }
 
 int X11Desktop::connectionDescriptor() const {
@@ -122,7 +122,7 @@ void X11Desktop::Parts::readEverything() {
     const MutexLock lock(mutex);
     askActiveWindow();
     askPointer();
-    for (Questions& questions : asked) questions.wait(*connection);
+    for (PendingReplies& questions : asked) questions.wait(*connection);
     takeReplies();
     displays.arrange(model);
     model.hasChangedHands = false;
@@ -139,7 +139,7 @@ void X11Desktop::Parts::takeOverLeftWindows(bool waitsToSettle) {
         rules = model.rules();
     }
     if (left.empty()) return;
-    Questions questions;
+    PendingReplies questions;
     for (const HiddenWindow& taken : left) {
         // Numbers are given out again: it must still be an iconic window of that process.
         const auto state = std::make_shared<ClientWindow>();

@@ -107,7 +107,7 @@ void X11Desktop::unhide(pid_t processIdentifier) {
 
 void X11Desktop::activate(pid_t processIdentifier) {
     const MutexLock lock(parts_->mutex);
-    parts_->outbox.activateApplication(processIdentifier, parts_->mainWindowOf(processIdentifier));
+    parts_->requests.activateApplication(processIdentifier, parts_->mainWindowOf(processIdentifier));
     parts_->sendSoon();
 }
 

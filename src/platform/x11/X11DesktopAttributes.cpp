@@ -216,8 +216,8 @@ void X11Desktop::writeAttributes(const AccessibilityElement& element, std::span<
         const bool isTrue = flag && *flag;
         if (element.hash == 0) {
             if (write.attribute == AccessibilityAttribute::frontmost && isTrue) {
-                parts_->outbox.activateApplication(element.processIdentifier,
-                                                   parts_->mainWindowOf(element.processIdentifier));
+                parts_->requests.activateApplication(element.processIdentifier,
+                                                     parts_->mainWindowOf(element.processIdentifier));
             }
         } else if (!client) {
             return;
@@ -228,11 +228,11 @@ void X11Desktop::writeAttributes(const AccessibilityElement& element, std::span<
         } else if (write.attribute == AccessibilityAttribute::minimized && flag) {
             isTrue ? parts_->hider.minimize(*client) : parts_->hider.restore(*client);
         } else if (write.attribute == AccessibilityAttribute::maximized && isTrue) {
-            parts_->outbox.maximize(*client);
+            parts_->requests.maximize(*client);
         } else if ((write.attribute == AccessibilityAttribute::main ||
                     write.attribute == AccessibilityAttribute::focused) &&
                    isTrue) {
-            parts_->outbox.activate(*client);
+            parts_->requests.activate(*client);
         }
     }
     if (client && (origin || size)) {
@@ -242,7 +242,7 @@ void X11Desktop::writeAttributes(const AccessibilityElement& element, std::span<
             CGRect frame = expected ? parts_->displays.space().points(*expected) : CGRect{};
             if (origin) frame.origin = *origin;
             if (size) frame.size = *size;
-            parts_->outbox.place(*client, parts_->displays.space().pixels(frame), now);
+            parts_->requests.place(*client, parts_->displays.space().pixels(frame), now);
             parts_->lastPlacing = now;
             // A poll that is under way may be told where the window was wished to be, not where it is.
             parts_->changes.note();
@@ -258,7 +258,7 @@ void X11Desktop::performAction(const AccessibilityElement& element, Accessibilit
     const ClientWindow* client = parts_->find(element);
     switch (action) {
     case AccessibilityAction::raise:
-        if (client) parts_->outbox.raise(*client);
+        if (client) parts_->requests.raise(*client);
     }
     parts_->sendSoon();
 }
@@ -287,8 +287,8 @@ void X11Desktop::Parts::send() {
     bool mustWatch = false;
     {
         const MutexLock lock(mutex);
-        if (const auto given = outbox.activated()) keyboard.noteGiven(*given);
-        outbox.send();
+        if (const auto given = requests.activated()) keyboard.noteGiven(*given);
+        requests.send();
         mustFlush = true;
         // A window that comes back and takes the keyboard is to be noticed at once.
         mustWatch = watch.isResting() && !watch.restsForPoll() && keyboard.kept(queue.uptime());

@@ -53,7 +53,7 @@ bool X11Desktop::hasLaunchedProcessSucceeded(pid_t processIdentifier) const {
 
 bool X11Desktop::terminate(pid_t processIdentifier) {
     const MutexLock lock(parts_->mutex);
-    Questions questions;
+    PendingReplies questions;
     for (const xcb_window_t window : parts_->model.clientOrder()) {
         const ClientWindow* client = parts_->model.client(window);
         if (!client || client->processIdentifier != processIdentifier || client->isInputOnly) continue;

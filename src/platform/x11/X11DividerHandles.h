@@ -6,8 +6,8 @@
 // Requests are buffered, not sent.
 #pragma once
 
+#include "platform/x11/PendingReplies.h"
 #include "platform/x11/PointSpace.h"
-#include "platform/x11/Questions.h"
 #include "platform/x11/WindowModel.h"
 #include "windowing/PointerServicing.h"
 
@@ -42,7 +42,7 @@ struct HandleNews {
 class DividerHandleWindows {
   public:
     /// `asked` gets the questions that the main thread does not wait for.
-    DividerHandleWindows(const XConnection& connection, const WindowModel& model, std::deque<Questions>& asked) :
+    DividerHandleWindows(const XConnection& connection, const WindowModel& model, std::deque<PendingReplies>& asked) :
         connection_(connection), model_(model), asked_(asked) {}
 
     /// Exactly these are shown. One that is held and not among them is torn out of the hand.
@@ -103,7 +103,7 @@ class DividerHandleWindows {
 
     const XConnection& connection_;
     const WindowModel& model_;
-    std::deque<Questions>& asked_;
+    std::deque<PendingReplies>& asked_;
     std::vector<Shown> shown_;
     std::vector<HandleNews> news_;
     std::optional<Held> held_;

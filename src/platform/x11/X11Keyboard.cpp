@@ -19,7 +19,7 @@ constexpr int kRecordingTries = 20;
 
 } // namespace
 
-Keyboard::Keyboard(const XConnection& connection, std::deque<Questions>& asked, std::function<void()> tryAgain) :
+Keyboard::Keyboard(const XConnection& connection, std::deque<PendingReplies>& asked, std::function<void()> tryAgain) :
     connection_(connection), asked_(asked), tryAgain_(std::move(tryAgain)) {
     xcb_connection_t* server = connection_.get();
     const auto* extension = xcb_get_extension_data(server, &xcb_xkb_id);
@@ -59,7 +59,7 @@ void Keyboard::askForMap() {
     isAskingForMap_ = true;
     mustSend_ = true;
     xcb_connection_t* server = connection_.get();
-    Questions& questions = asked_.emplace_back();
+    PendingReplies& questions = asked_.emplace_back();
     questions.add(xcb_xkb_get_state(server, kCoreKeyboard), [this](const void* reply) {
         if (reply) group_ = static_cast<const xcb_xkb_get_state_reply_t*>(reply)->group;
     });
@@ -322,7 +322,7 @@ void Keyboard::record(bool records) {
 void Keyboard::tryRecording() {
     if (!isRecording_ || hasKeyboard_) return;
     mustSend_ = true;
-    Questions& questions = asked_.emplace_back();
+    PendingReplies& questions = asked_.emplace_back();
     // Keys that are down already were pressed for something else.
     const auto down = std::make_shared<HeldKeys::Bits>();
     questions.add(xcb_query_keymap(connection_.get()), [down](const void* reply) {

@@ -7,7 +7,7 @@
 #pragma once
 
 #include "platform/x11/HeldKeys.h"
-#include "platform/x11/Questions.h"
+#include "platform/x11/PendingReplies.h"
 #include "platform/x11/X11KeyboardMap.h"
 
 #include <deque>
@@ -34,7 +34,7 @@ class Keyboard {
   public:
     /// Waits for the server. `asked` gets the questions that the main thread does not wait for; `tryAgain` calls `try`
     /// a little later, on the main thread.
-    Keyboard(const XConnection& connection, std::deque<Questions>& asked, std::function<void()> tryAgain);
+    Keyboard(const XConnection& connection, std::deque<PendingReplies>& asked, std::function<void()> tryAgain);
 
     /// False on a server that cannot tell its keys by name: nothing is heard there.
     bool isUsable() const { return firstEvent_ != 0; }
@@ -87,7 +87,7 @@ class Keyboard {
     void settleClaims();
 
     const XConnection& connection_;
-    std::deque<Questions>& asked_;
+    std::deque<PendingReplies>& asked_;
     std::function<void()> tryAgain_;
     std::uint8_t firstEvent_ = 0; // of XKB; 0: the server has none of use
     bool hasInputExtension_ = false;

@@ -54,9 +54,10 @@ struct X11Desktop::Parts {
     x11::WindowModel model KOVA_GUARDED_BY(mutex);
     x11::DisplayKeeper displays KOVA_GUARDED_BY(mutex);
     x11::ScreenPowerNotices screenPower KOVA_GUARDED_BY(mutex);
-    std::deque<x11::Questions> asked KOVA_GUARDED_BY(mutex); // by the main thread, which does not wait for the replies
+    std::deque<x11::PendingReplies>
+        asked KOVA_GUARDED_BY(mutex); // by the main thread, which does not wait for the replies
     bool isPointerAsked KOVA_GUARDED_BY(mutex) = false;
-    x11::Outbox outbox KOVA_GUARDED_BY(mutex);
+    x11::RequestQueue requests KOVA_GUARDED_BY(mutex);
     x11::KeyboardKeeper keyboard KOVA_GUARDED_BY(mutex);
     x11::WindowHider hider KOVA_GUARDED_BY(mutex);
     x11::EventEffects unsettled KOVA_GUARDED_BY(mutex); // found by the polling queue, for the main thread to act on
@@ -66,7 +67,7 @@ struct X11Desktop::Parts {
     x11::ModelRefresh refresh; // the polling queue's
     Lifetime lifetime;
 
-    // Events (X11DesktopEvents.cpp) and questions (X11DesktopQuestions.cpp)
+    // Events (X11DesktopEvents.cpp) and questions (X11DesktopQueries.cpp)
     void readEverything();
     x11::EventEffects drain(xcb_generic_event_t* (*next)(xcb_connection_t*)) KOVA_REQUIRES(mutex);
     void readAndRest() KOVA_EXCLUDES(mutex);

@@ -26,7 +26,7 @@ std::uint8_t extensionIn(const XConnection& connection) {
 
 } // namespace
 
-PointerWatch::PointerWatch(const XConnection& connection, std::deque<Questions>& asked,
+PointerWatch::PointerWatch(const XConnection& connection, std::deque<PendingReplies>& asked,
                            std::function<void()> lookAgain) :
     connection_(connection),
     asked_(asked), lookAgain_(std::move(lookAgain)), extension_(extensionIn(connection)) {}

@@ -7,7 +7,7 @@
 // and then at most 60 times a second.
 #pragma once
 
-#include "platform/x11/Questions.h"
+#include "platform/x11/PendingReplies.h"
 #include "support/MainQueue.h"
 #include "windowing/PointerServicing.h"
 
@@ -32,7 +32,7 @@ class PointerWatch {
   public:
     /// Waits for the server. `asked` gets the questions that the main thread does not wait for; `lookAgain` calls
     /// `look` a little later, on the main thread.
-    PointerWatch(const XConnection& connection, std::deque<Questions>& asked, std::function<void()> lookAgain);
+    PointerWatch(const XConnection& connection, std::deque<PendingReplies>& asked, std::function<void()> lookAgain);
 
     /// Begins to listen, or ceases to.
     void follow(bool follows);
@@ -58,7 +58,7 @@ class PointerWatch {
     void answered(const xcb_query_pointer_reply_t& pointer);
 
     const XConnection& connection_;
-    std::deque<Questions>& asked_;
+    std::deque<PendingReplies>& asked_;
     std::function<void()> lookAgain_;
     std::uint8_t extension_ = 0; // its major opcode; 0: the server has none of use
     bool isFollowing_ = false;

@@ -136,10 +136,10 @@ class MacStage final : public ContractDesktop {
         owners_.erase(title);
     }
     void close(const std::string& title) override { tell(title, {"close", title}); }
-    void moveByHand(const std::string& title, const CGRect& frame) override {
+    void userMoves(const std::string& title, const CGRect& frame) override {
         tell(title, wordsOf("move", title, frame));
     }
-    void minimizeByHand(const std::string& title) override { tell(title, {"minimize", title}); }
+    void userMinimizes(const std::string& title) override { tell(title, {"minimize", title}); }
     void crash(const std::string& application) override {
         Client* ended = clients_.at(application).get();
         std::erase_if(owners_, [&](const auto& owner) { return owner.second == ended; });
@@ -159,7 +159,9 @@ class MacStage final : public ContractDesktop {
         pointer_.reset();
     }
     void press(CGPoint point) override { mouse(kCGEventLeftMouseDown, point); }
-    void moveHand(CGPoint point) override { mouse(isPressed_ ? kCGEventLeftMouseDragged : kCGEventMouseMoved, point); }
+    void movePointer(CGPoint point) override {
+        mouse(isPressed_ ? kCGEventLeftMouseDragged : kCGEventMouseMoved, point);
+    }
     void letGo() override { mouse(kCGEventLeftMouseUp, hand_); }
     void pressKey(KeyCombination combination) override {
         for (const bool isDown : {true, false}) {

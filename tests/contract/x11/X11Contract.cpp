@@ -62,7 +62,7 @@ class X11Stage final : public ContractDesktop {
     bool can(Ability ability) const override {
         if (ability == Ability::endingByForce) return false; // all clients of the test are of its own process
         return manager_ != Manager::none ||
-               (ability != Ability::minimizingByHand && ability != Ability::keepingMinimumSizes);
+               (ability != Ability::minimizingByUser && ability != Ability::keepingMinimumSizes);
     }
     pid_t open(const Opening& opening) override {
         auto& application = applications_[opening.application];
@@ -87,7 +87,7 @@ class X11Stage final : public ContractDesktop {
                                                  !client.numbers(window, "_NET_FRAME_EXTENTS").empty());
         };
         EXPECT_TRUE(runUntil([&] { return isSettled() && client.isViewable(window); }));
-        moveByHand(opening.title, opening.frame);
+        userMoves(opening.title, opening.frame);
         return application.process;
     }
     void retitle(const std::string& title, const std::string& newTitle) override {
@@ -101,7 +101,7 @@ class X11Stage final : public ContractDesktop {
         known.client->destroy(known.window);
         windows_.erase(title);
     }
-    void moveByHand(const std::string& title, const CGRect& frame) override {
+    void userMoves(const std::string& title, const CGRect& frame) override {
         const auto [client, window] = windows_.at(title);
         const auto edges = client->numbers(window, "_NET_FRAME_EXTENTS"); // left, right, top, bottom
         CGRect area = inPixels(frame);
@@ -114,7 +114,7 @@ class X11Stage final : public ContractDesktop {
             return std::abs(this->frame(title).size.width - frame.size.width) < 1 || client == nullptr;
         }));
     }
-    void minimizeByHand(const std::string& title) override {
+    void userMinimizes(const std::string& title) override {
         const auto [client, window] = windows_.at(title);
         xcb_client_message_event_t message{};
         message.response_type = XCB_CLIENT_MESSAGE;
@@ -150,7 +150,7 @@ class X11Stage final : public ContractDesktop {
     }
     void letGoOfDesktop() override { desktop_.reset(); }
     void press(CGPoint point) override { hand({"mousemove", pixels(point.x), pixels(point.y), "mousedown", "1"}); }
-    void moveHand(CGPoint point) override { hand({"mousemove", pixels(point.x), pixels(point.y)}); }
+    void movePointer(CGPoint point) override { hand({"mousemove", pixels(point.x), pixels(point.y)}); }
     void letGo() override { hand({"mouseup", "1"}); }
     void pressKey(KeyCombination combination) override {
         std::string chord;

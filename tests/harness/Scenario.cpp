@@ -1,4 +1,4 @@
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
 
@@ -7,12 +7,12 @@
 
 namespace kova {
 
-Desk::Desk() {
+Scenario::Scenario() {
     const char* style = std::getenv("KOVA_DESKTOP_STYLE");
     if (style && std::string_view(style) == "mac") desktop.setStyle(DesktopStyle::mac);
 }
 
-Desk::~Desk() {
+Scenario::~Scenario() {
     if (delegate_) {
         delegate_->workspace().stop(); // also where it was started without its delegate
         delegate_.reset();
@@ -22,7 +22,7 @@ Desk::~Desk() {
     EXPECT_EQ(desktop.queue().pendingCount(), 0u) << "work is left in the queue";
 }
 
-AppDelegate& Desk::delegate() {
+AppDelegate& Scenario::delegate() {
     if (!delegate_) {
         const WorkspaceServices services{
             .accessibility = desktop,
@@ -42,7 +42,7 @@ AppDelegate& Desk::delegate() {
 
 // The stage
 
-Desk& Desk::display(double width, double height, std::string name) {
+Scenario& Scenario::display(double width, double height, std::string name) {
     if (name.empty()) name = std::string(1, static_cast<char>('A' + displayCount_));
     ++displayCount_;
     desktop.addDisplay({.name = name, .size = {width, height}});
@@ -51,25 +51,25 @@ Desk& Desk::display(double width, double height, std::string name) {
     return *this;
 }
 
-std::string Desk::displayIDOf(std::string_view displayName) const {
+std::string Scenario::displayIDOf(std::string_view displayName) const {
     for (const auto& screen : desktop.screens()) {
         if (screen.localizedName == displayName) return displayID(screen);
     }
     throw std::out_of_range("no display " + std::string(displayName));
 }
 
-std::string Desk::targetID(std::string_view displayName, std::string_view slotID) const {
+std::string Scenario::targetID(std::string_view displayName, std::string_view slotID) const {
     return tileTargetID(displayIDOf(displayName), slotID);
 }
 
-Desk& Desk::layout(std::string_view layoutID, std::string_view displayName) {
+Scenario& Scenario::layout(std::string_view layoutID, std::string_view displayName) {
     const auto id = displayIDOf(displayName.empty() ? lastDisplay_ : displayName);
     const auto result = controller().selectLayout(id, DisplayLayoutSelection::layout(std::string(layoutID)));
     EXPECT_TRUE(result) << layoutID;
     return wasStarted_ ? settle() : *this;
 }
 
-Desk& Desk::opens(const std::string& application, WindowTraits traits) {
+Scenario& Scenario::opens(const std::string& application, WindowTraits traits) {
     const auto running = desktop.runningApplications();
     const bool runs = std::any_of(running.begin(), running.end(),
                                   [&](const auto& candidate) { return candidate.localizedName == application; });
@@ -80,7 +80,7 @@ Desk& Desk::opens(const std::string& application, WindowTraits traits) {
 
 // Lifecycle
 
-Desk& Desk::start(const std::function<void()>& beforeTheFirstPoll) {
+Scenario& Scenario::start(const std::function<void()>& beforeTheFirstPoll) {
     wasStarted_ = true;
     delegate().startWorkspace();
     if (beforeTheFirstPoll) beforeTheFirstPoll();
@@ -88,12 +88,12 @@ Desk& Desk::start(const std::function<void()>& beforeTheFirstPoll) {
     return *this;
 }
 
-Desk& Desk::stop() {
+Scenario& Scenario::stop() {
     delegate().stopWorkspace();
     return settle();
 }
 
-Desk& Desk::restart(const std::function<void()>& beforeTheFirstPoll) {
+Scenario& Scenario::restart(const std::function<void()>& beforeTheFirstPoll) {
     delegate_.reset();
     resumptionEnd_ = desktop.queue().uptime() + Seconds(14);
     foundAtRestart_.clear();
@@ -103,46 +103,46 @@ Desk& Desk::restart(const std::function<void()>& beforeTheFirstPoll) {
     return start(beforeTheFirstPoll).settle();
 }
 
-Desk& Desk::undergo(SystemActivityEvent event) {
+Scenario& Scenario::undergo(SystemActivityEvent event) {
     (void)isRecovering(); // from when it was still away
     desktop.undergo(event);
     desktop.queue().runDue();
     return *this;
 }
 
-bool Desk::isManaging() {
+bool Scenario::isManaging() {
     return delegate_ && controller().isRunning() && desktop.isProcessTrusted() && !isSuspended() &&
            !desktop.stalePermission() && !desktop.isLoginSessionScreenLocked() && !desktop.screens().empty();
 }
 
 /// After sleep and lock, windows that are missing are awaited for 10 s from the first poll, which may be slow.
-bool Desk::isRecovering() {
+bool Scenario::isRecovering() {
     if (isSuspended() || desktop.isLoginSessionScreenLocked()) recoveryEnd_ = desktop.queue().uptime() + Seconds(14);
     return desktop.queue().uptime() < recoveryEnd_;
 }
 
 /// After a restart it is the same for windows that closed while no agent was looking.
-bool Desk::isResuming() {
+bool Scenario::isResuming() {
     return desktop.queue().uptime() < resumptionEnd_;
 }
 
 // What the person asks for
 
-Desk& Desk::perform(const WorkspaceAction& action) {
+Scenario& Scenario::perform(const WorkspaceAction& action) {
     if (!wasStarted_) start();
     desktop.queue().runDue();
     wasCarriedOut_ = controller().perform(action);
     return settle();
 }
 
-Desk& Desk::perform(const WindowCommand& command) {
+Scenario& Scenario::perform(const WindowCommand& command) {
     if (!wasStarted_) start();
     desktop.queue().runDue();
     wasCarriedOut_ = controller().perform(command);
     return settle();
 }
 
-Desk& Desk::arrange() {
+Scenario& Scenario::arrange() {
     // A poll sees what was opened just now.
     const Seconds late = desktop.announcesUnasked() ? Seconds(0) : Seconds(0.1);
     if (wasStarted_) desktop.queue().advance(RefreshCycle::kInterval + late);
@@ -150,27 +150,27 @@ Desk& Desk::arrange() {
     return perform(action::Arrange{});
 }
 
-Desk& Desk::undo() {
+Scenario& Scenario::undo() {
     return perform(action::Undo{});
 }
 
-Desk& Desk::zoom() {
+Scenario& Scenario::zoom() {
     return perform(action::ToggleFocusZoom{});
 }
 
-Desk& Desk::cycleStack() {
+Scenario& Scenario::cycleStack() {
     return perform(action::CycleStack{});
 }
 
-Desk& Desk::move(WorkspaceDirection direction) {
+Scenario& Scenario::move(WorkspaceDirection direction) {
     return perform(action::Move{direction});
 }
 
-Desk& Desk::focus(WorkspaceDirection direction) {
+Scenario& Scenario::focus(WorkspaceDirection direction) {
     return perform(action::Focus{direction});
 }
 
-Desk& Desk::advance(Seconds duration) {
+Scenario& Scenario::advance(Seconds duration) {
     const int closedBefore = desktop.closedCount();
     noteLosses();
     desktop.queue().advance(duration);
@@ -182,14 +182,14 @@ Desk& Desk::advance(Seconds duration) {
     return *this;
 }
 
-void Desk::noteLosses() {
+void Scenario::noteLosses() {
     const int losses = desktop.announcements().lostCount();
     if (losses == lossesKnown_) return;
     lossesKnown_ = losses;
     lossesNoticed_ = desktop.queue().uptime() + desktop.longestRest().value_or(Seconds(0)) + kSettlingTime;
 }
 
-Desk& Desk::rest() {
+Scenario& Scenario::rest() {
     advance(Seconds(20));
     std::vector<std::string> broken;
     if (isManaging() && isSettled_ && !isRecovering()) checkTiledWindowsDoNotOverlap(broken, MinimumSizes::all);
@@ -199,7 +199,7 @@ Desk& Desk::rest() {
 
 // What there is to see
 
-std::string Desk::describeTile(const WorkspaceTile& tile) {
+std::string Scenario::describeTile(const WorkspaceTile& tile) {
     if (!tile.windowID && tile.stack.empty()) return "-";
     std::string text = "-";
     const auto& anchors = controller().assignments().anchorTargetIDsByWindowID;
@@ -215,7 +215,7 @@ std::string Desk::describeTile(const WorkspaceTile& tile) {
     return text;
 }
 
-std::string Desk::tiles() {
+std::string Scenario::tiles() {
     std::string text;
     std::optional<std::string> displayID;
     for (const auto& tile : controller().tiles()) {
@@ -226,36 +226,36 @@ std::string Desk::tiles() {
     return text;
 }
 
-void Desk::expectTiles(std::string_view expected) {
+void Scenario::expectTiles(std::string_view expected) {
     EXPECT_EQ(tiles(), expected) << "on the screen: " << desktop.picture();
 }
 
-void Desk::expectMessage(std::string_view expected) {
+void Scenario::expectMessage(std::string_view expected) {
     EXPECT_EQ(state().lastActionMessage->value_or(""), expected);
 }
 
-void Desk::expectFocus(std::string_view label) {
+void Scenario::expectFocus(std::string_view label) {
     EXPECT_EQ(desktop.focusedLabel(), label) << "on the screen: " << desktop.picture();
 }
 
-int Desk::frameWrites() const {
+int Scenario::frameWrites() const {
     int count = 0;
     for (const auto* window : desktop.livingWindows()) count += window->frameWriteCount;
     return count;
 }
 
-int Desk::framesWrittenWithin(Seconds duration) {
+int Scenario::framesWrittenWithin(Seconds duration) {
     const int before = frameWrites();
     advance(duration);
     return frameWrites() - before;
 }
 
-int Desk::mostPollsAtRest(Seconds duration) const {
+int Scenario::mostPollsAtRest(Seconds duration) const {
     const auto longestRest = desktop.longestRest();
     return longestRest ? static_cast<int>(duration / *longestRest) : 0;
 }
 
-std::string Desk::explanation() {
+std::string Scenario::explanation() {
     std::string text;
     for (const auto& line : *state().lastArrangeExplanation) text += line + "\n";
     return text;

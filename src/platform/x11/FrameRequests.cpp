@@ -1,10 +1,11 @@
-#include "platform/x11/FrameQuestions.h"
+#include "platform/x11/FrameRequests.h"
 
 #include <memory>
 
 namespace kova::x11 {
 
-void askFrame(Questions& questions, const XConnection& connection, WindowModel& model, const ClientWindow& client) {
+void askFrame(PendingReplies& questions, const XConnection& connection, WindowModel& model,
+              const ClientWindow& client) {
     const xcb_window_t window = client.window, frame = client.topLevel;
     const auto held = std::make_shared<PixelRect>();
     const auto size = xcb_get_geometry(connection.get(), window);

@@ -1,6 +1,6 @@
-// Wishes for windows, kept until the end of an operation and then sent at once: one request for a window's place, size
-// and order together, however often each was written, so that each moved window is told once; and one activation, since
-// only the last one would remain.
+// Requests for windows, kept until the end of an operation and then sent at once: one request for a window's place,
+// size and order together, however often each was written, so that each moved window is told once; and one activation,
+// since only the last one would remain.
 #pragma once
 
 #include "platform/x11/WindowModel.h"
@@ -10,32 +10,32 @@
 
 namespace kova::x11 {
 
-class Outbox {
+class RequestQueue {
   public:
-    Outbox(const XConnection& connection, WindowModel& model) : connection_(connection), model_(model) {}
+    RequestQueue(const XConnection& connection, WindowModel& model) : connection_(connection), model_(model) {}
 
-    /// Wishes the visible outer edge to be there; root coordinates. A full-screen window is left alone, and a window
-    /// that is or will be there already is not bothered.
+    /// Requests that the visible outer edge be there; root coordinates. A full-screen window is left alone, and a
+    /// window that is or will be there already is not bothered.
     void place(ClientWindow& client, const PixelRect& outer, Seconds now);
     void raise(const ClientWindow& client);
     void maximize(ClientWindow& client);
-    /// The keyboard goes to the window, or to the one of its process that was wished for or raised before it.
+    /// The keyboard goes to the window, or to the one of its process that had been requested or raised before it.
     void activate(const ClientWindow& client);
     void activateApplication(pid_t processIdentifier, const ClientWindow* mainWindow);
 
-    /// The window that is to have the keyboard; absent when none was wished for.
+    /// The window that is to have the keyboard; absent when none was requested.
     std::optional<xcb_window_t> activated() const {
         return activation_ ? std::optional(activation_->window) : std::nullopt;
     }
     /// The same at once and beside that: it comes back to the screen by it.
     void sendActivation(const ClientWindow& client);
 
-    bool isEmpty() const { return wishes_.empty() && !activation_; }
-    /// Buffers the requests for all wishes.
+    bool isEmpty() const { return pending_.empty() && !activation_; }
+    /// Buffers all requests.
     void send();
 
   private:
-    struct Wish {
+    struct WindowRequest {
         xcb_window_t window = kNoWindow;
         std::optional<PixelRect> outer;
         bool raise = false;
@@ -47,15 +47,15 @@ class Outbox {
         pid_t processIdentifier = 0;
     };
 
-    Wish& wishFor(xcb_window_t window);
+    WindowRequest& requestFor(xcb_window_t window);
     void raiseAlone(const ClientWindow& client);
-    void sendDirectly(ClientWindow& client, const Wish& wish);
-    void sendThroughManager(ClientWindow& client, const Wish& wish);
+    void sendDirectly(ClientWindow& client, const WindowRequest& request);
+    void sendThroughManager(ClientWindow& client, const WindowRequest& request);
     void changeMaximizing(const ClientWindow& client, std::uint32_t change);
 
     const XConnection& connection_;
     WindowModel& model_;
-    std::vector<Wish> wishes_; // in the order in which they are to be sent
+    std::vector<WindowRequest> pending_; // in the order in which they are to be sent
     std::optional<Activation> activation_;
 };
 

@@ -15,7 +15,7 @@
 
 namespace kova::x11 {
 
-class Hand {
+class InputConnection {
   public:
     /// What the main thread is to do later.
     struct Calls {
@@ -24,7 +24,7 @@ class Hand {
         std::function<void()> readSoon;  // `read`, once it has done what it is doing
     };
     /// Waits for the server.
-    Hand(std::unique_ptr<XConnection> connection, const WindowModel& model, const Calls& calls);
+    InputConnection(std::unique_ptr<XConnection> connection, const WindowModel& model, const Calls& calls);
 
     int descriptor() const { return xcb_get_file_descriptor(connection_->get()); }
     bool isLost() const { return connection_->isLost(); }
@@ -62,7 +62,7 @@ class Hand {
     void sendAndReadSoon();
 
     std::unique_ptr<XConnection> connection_;
-    std::deque<Questions> asked_;
+    std::deque<PendingReplies> asked_;
     ActiveWindowWatch activeWindow_;
     Keyboard keyboard_;
     PointerWatch pointer_;

@@ -1,4 +1,4 @@
-#include "tests/desktop/Desk.h"
+#include "tests/desktop/DesktopUnderTest.h"
 
 #include <poll.h>
 #include <sys/socket.h>
@@ -81,17 +81,17 @@ ApplicationIdentity PlainCatalogue::identify(const ApplicationTraces& traces) {
     return {"test." + traces.className, traces.className, "", ""};
 }
 
-Desk::Desk(Manager manager, const std::string& size, ClientProcessNumbers numbers) :
+DesktopUnderTest::DesktopUnderTest(Manager manager, const std::string& size, ClientProcessNumbers numbers) :
     // Some window managers live only where the server tells; there the desktop does not ask.
     numbers_(numbers), server_(size, ClientProcessNumbers::told) {
     if (manager == Manager::openbox) server_.startManager();
 }
 
-Desk::~Desk() {
+DesktopUnderTest::~DesktopUnderTest() {
     closeDesktop();
 }
 
-X11Desktop& Desk::openDesktop() {
+X11Desktop& DesktopUnderTest::openDesktop() {
     auto opened = X11Desktop::open({.displayName = server_.displayName(),
                                     .hiddenWindowsFile = hiddenWindowsFile(),
                                     .launcher = nullptr,
@@ -107,13 +107,13 @@ X11Desktop& Desk::openDesktop() {
     return *desktop_;
 }
 
-void Desk::closeDesktop() {
+void DesktopUnderTest::closeDesktop() {
     service_.reset();
     desktop_.reset();
     loop_.dropAll();
 }
 
-void Desk::crash() {
+void DesktopUnderTest::crash() {
     // A connection that is cut restores nothing; what was on disk is put back as a killed agent leaves it.
     const std::string kept = hiddenWindowsFile() + ".kept";
     std::filesystem::copy_file(hiddenWindowsFile(), kept, std::filesystem::copy_options::overwrite_existing);
@@ -123,17 +123,17 @@ void Desk::crash() {
     std::filesystem::rename(kept, hiddenWindowsFile());
 }
 
-std::unique_ptr<TestClient> Desk::client(const std::string& className, std::uint32_t process) {
+std::unique_ptr<TestClient> DesktopUnderTest::client(const std::string& className, std::uint32_t process) {
     return std::make_unique<TestClient>(server_.displayName(), className, process);
 }
 
-std::vector<ManagedWindow> Desk::poll() {
+std::vector<ManagedWindow> DesktopUnderTest::poll() {
     auto polled = std::async(std::launch::async, [this] { return service_->enumerateWindows().listed; });
     while (polled.wait_for(std::chrono::seconds(0)) != std::future_status::ready) loop_.turn();
     return polled.get();
 }
 
-ManagedWindow Desk::window(const std::string& title) {
+ManagedWindow DesktopUnderTest::window(const std::string& title) {
     ManagedWindow found;
     const auto isThere = [&] {
         for (const ManagedWindow& candidate : poll()) {
@@ -145,7 +145,7 @@ ManagedWindow Desk::window(const std::string& title) {
     return found;
 }
 
-bool Desk::showsExactly(std::vector<std::string> expected) {
+bool DesktopUnderTest::showsExactly(std::vector<std::string> expected) {
     std::ranges::sort(expected);
     return runUntil([&] {
         const auto windows = poll();
@@ -153,24 +153,24 @@ bool Desk::showsExactly(std::vector<std::string> expected) {
     });
 }
 
-std::vector<std::string> Desk::titles() {
+std::vector<std::string> DesktopUnderTest::titles() {
     std::vector<std::string> titles;
     for (const ManagedWindow& candidate : poll()) titles.push_back(candidate.title);
     std::ranges::sort(titles);
     return titles;
 }
 
-bool Desk::isHidden(pid_t process) {
+bool DesktopUnderTest::isHidden(pid_t process) {
     const auto application = desktop_->runningApplication(process);
     return application && application->isHidden;
 }
 
-void Desk::place(const ManagedWindow& window, const CGRect& frame) {
+void DesktopUnderTest::place(const ManagedWindow& window, const CGRect& frame) {
     service_->setFrame(window, frame, AccessibilityWindowService::BringToFront::no,
                        [this](CGRect minimum) { reportedMinimums_.push_back(minimum); });
 }
 
-bool Desk::comesTo(const std::string& title, const CGRect& wished, const std::function<CGRect()>& frame) {
+bool DesktopUnderTest::comesTo(const std::string& title, const CGRect& wished, const std::function<CGRect()>& frame) {
     const auto placed = window(title);
     place(placed, wished);
     return runUntil([&] {
@@ -180,23 +180,24 @@ bool Desk::comesTo(const std::string& title, const CGRect& wished, const std::fu
     });
 }
 
-bool Desk::comesTo(const std::string& title, const CGRect& wished, const TestClient& client, xcb_window_t window) {
+bool DesktopUnderTest::comesTo(const std::string& title, const CGRect& wished, const TestClient& client,
+                               xcb_window_t window) {
     return comesTo(title, wished, [&] { return client.outerFrame(window); });
 }
 
-bool Desk::readsAs(const std::string& title, const std::function<CGRect()>& frame) {
+bool DesktopUnderTest::readsAs(const std::string& title, const std::function<CGRect()>& frame) {
     return runUntil([&] {
         const auto polled = window(title).frame;
         return polled && text(*polled) == text(frame());
     });
 }
 
-void Desk::runFor(Seconds time) {
+void DesktopUnderTest::runFor(Seconds time) {
     const Seconds end = loop_.uptime() + time;
     while (loop_.uptime() < end) loop_.turn();
 }
 
-bool Desk::runUntil(const std::function<bool()>& condition) {
+bool DesktopUnderTest::runUntil(const std::function<bool()>& condition) {
     const Seconds end = loop_.uptime() + Seconds(20);
     while (!condition()) {
         if (loop_.uptime() > end) return false;

@@ -2,7 +2,7 @@
 // any moment. The desk checks its standing promises after every step; a failure
 // prints the seed and the story so far. KOVA_RANDOM_SEED runs one seed,
 // KOVA_RANDOM_DAYS that many seeds from it on.
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 #include "tests/workspace/Seeds.h"
 
 #include <gtest/gtest.h>
@@ -248,7 +248,7 @@ class RandomDay {
     }
     /// The controller may be another one after every pause.
     void dragWindow(const std::string& label) {
-        using enum WorkspaceController::HandMovement;
+        using enum WorkspaceController::WindowDragKind;
         using enum WorkspaceController::LettingGo;
         const auto& window = desk_.desktop.window(label);
         const auto movement = chance(3) ? resize : move;
@@ -264,7 +264,7 @@ class RandomDay {
             const auto living = desk_.desktop.livingWindows();
             const bool lives =
                 std::any_of(living.begin(), living.end(), [&](const auto* w) { return w->label() == label; });
-            if (lives) desk_.desktop.moveByHand(label, frame);
+            if (lives) desk_.desktop.userMoves(label, frame);
             desk_.controller().updateWindowDrag(pointer, movement);
             holdOn();
         }
@@ -297,7 +297,7 @@ class RandomDay {
         step.take();
         // At once, in the midst of the passes, between two polls, or when all is at
         // rest, which it is not in the hand.
-        const Seconds longest = isInterrupted_ ? Seconds(0.9) : Desk::kSettlingTime;
+        const Seconds longest = isInterrupted_ ? Seconds(0.9) : Scenario::kSettlingTime;
         const Seconds pause = anyOf({Seconds(0), Seconds(0.1), Seconds(0.5), Seconds(0.9), longest});
         if (!isInterrupted_ && chance(12)) {
             desk_.rest();
@@ -329,14 +329,14 @@ class RandomDay {
             desktop.setAnswering(*application.localizedName, true);
         endTrouble();
         desk_.rest().arrange();
-        withAnyWindow([&](const auto& label) { desk_.desktop.moveByHand(label, anyFrame()); });
+        withAnyWindow([&](const auto& label) { desk_.desktop.userMoves(label, anyFrame()); });
         desk_.rest(); // a window that refuses its tile is asked more than once
         (void)desktop.takeJournal();
         EXPECT_EQ(desk_.framesWrittenWithin(Seconds(30)), 0) << "it never comes to rest: " << desktop.picture() << "\n"
                                                              << desktop.takeJournal().substr(0, 600);
     }
 
-    Desk desk_;
+    Scenario desk_;
     const LaunchableApplication mail_ = desk_.desktop.install("Mail", {.startsAfter = Seconds(0.2)});
     const LaunchableApplication notes_ = desk_.desktop.install("Notes", {.opensWhenRunning = true});
     const LaunchableApplication broken_ = desk_.desktop.install("Broken", {.fails = "It is broken"});
@@ -349,11 +349,11 @@ class RandomDay {
         {"opens", [this] { openWindow(); }},
         {"opens", [this] { openWindow(); }},
         {"closes", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.close(label); }); }},
-        {"drags", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.moveByHand(label, anyFrame()); }); }},
+        {"drags", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.userMoves(label, anyFrame()); }); }},
         {"minimises",
-         [this] { withAnyWindow([&](const auto& label) { desk_.desktop.minimizeByHand(label, !chance(3)); }); }},
-        {"clicks", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.focusByHand(label); }); }},
-        {"clicks", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.focusByHand(label); }); }},
+         [this] { withAnyWindow([&](const auto& label) { desk_.desktop.userMinimizes(label, !chance(3)); }); }},
+        {"clicks", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.userFocuses(label); }); }},
+        {"clicks", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.userFocuses(label); }); }},
         {"arrange", [this] { act(action::Arrange{}); }},
         {"arrange", [this] { act(action::Arrange{}); }},
         {"arrange", [this] { act(action::Arrange{}); }},
@@ -378,7 +378,7 @@ class RandomDay {
         {"asks to quit", [this] { withAnyWindow([&](const auto& label) { endApplication(label); }); }},
         {"hides",
          [this] {
-             withAnyWindow([&](const auto& label) { desk_.desktop.hideByHand(applicationOf(label), !chance(3)); });
+             withAnyWindow([&](const auto& label) { desk_.desktop.userHides(applicationOf(label), !chance(3)); });
          }},
         {"renames", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.setTitle(label, "Draft"); }); }},
         {"full screen",
@@ -445,7 +445,7 @@ class RandomDay {
     };
 };
 
-TEST(RandomDesk, KeepsItsPromisesWhateverHappens) {
+TEST(RandomDesktop, KeepsItsPromisesWhateverHappens) {
     forEachSeed(kUsualDays, [](std::uint32_t seed) { RandomDay{seed}; });
 }
 

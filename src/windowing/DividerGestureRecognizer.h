@@ -19,7 +19,7 @@ CGRect grippableFrame(const DividerHandle& handle);
 CGRect bareFrame(const DividerHandle& handle);
 
 /// Each call gives what is to be told; absent when nothing.
-class DividerGrip {
+class DividerGestureRecognizer {
   public:
     /// `clickCount` is 2 for the second press of a double click.
     std::optional<DividerHandleEvent> press(const std::string& handleID, int clickCount, CGPoint location);

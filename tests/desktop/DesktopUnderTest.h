@@ -47,11 +47,11 @@ class PlainCatalogue final : public ApplicationCatalogue {
     ApplicationIdentity identify(const ApplicationTraces& traces) override;
 };
 
-class Desk {
+class DesktopUnderTest {
   public:
-    explicit Desk(Manager manager, const std::string& size = "1280x800",
-                  ClientProcessNumbers numbers = ClientProcessNumbers::untold);
-    ~Desk();
+    explicit DesktopUnderTest(Manager manager, const std::string& size = "1280x800",
+                              ClientProcessNumbers numbers = ClientProcessNumbers::untold);
+    ~DesktopUnderTest();
 
     /// Opens the desktop under test; once, or again after `crash`.
     X11Desktop& openDesktop();

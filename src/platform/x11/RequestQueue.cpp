@@ -1,4 +1,4 @@
-#include "platform/x11/Outbox.h"
+#include "platform/x11/RequestQueue.h"
 
 #include <algorithm>
 #include <array>
@@ -7,7 +7,7 @@ namespace kova::x11 {
 
 namespace {
 
-/// A wish that was not answered for so long is repeated when it is wished again.
+/// A request without an answer for so long is sent again when it is made again.
 constexpr Seconds kTimeToAnswer{0.15};
 /// How often the same place is asked for from a window that answers with another; then it is believed.
 constexpr int kMostRepeats = 4;
@@ -42,14 +42,14 @@ std::pair<int, int> positionByGravity(std::uint32_t gravity, int x, int y, const
 
 } // namespace
 
-Outbox::Wish& Outbox::wishFor(xcb_window_t window) {
-    const auto known = std::ranges::find(wishes_, window, &Wish::window);
-    if (known != wishes_.end()) return *known;
-    wishes_.push_back({window, std::nullopt, false, false, false});
-    return wishes_.back();
+RequestQueue::WindowRequest& RequestQueue::requestFor(xcb_window_t window) {
+    const auto known = std::ranges::find(pending_, window, &WindowRequest::window);
+    if (known != pending_.end()) return *known;
+    pending_.push_back({window, std::nullopt, false, false, false});
+    return pending_.back();
 }
 
-void Outbox::place(ClientWindow& client, const PixelRect& outer, Seconds now) {
+void RequestQueue::place(ClientWindow& client, const PixelRect& outer, Seconds now) {
     if (model_.isFullScreen(client) || outer.width <= 0 || outer.height <= 0) return;
     client.decorationsWhenPlaced = client.decorations;
     const bool unmaximizes = client.isMaximized && model_.windowManager().isPresent;
@@ -70,23 +70,23 @@ void Outbox::place(ClientWindow& client, const PixelRect& outer, Seconds now) {
     client.lastAnswer = model_.outerFrame(client);
     client.pending = PendingFrame{outer, now, std::nullopt};
     client.placedAt = now;
-    Wish& wish = wishFor(client.window);
-    wish.outer = outer;
-    wish.maximize = false;
-    wish.unmaximize |= unmaximizes;
+    WindowRequest& request = requestFor(client.window);
+    request.outer = outer;
+    request.maximize = false;
+    request.unmaximize |= unmaximizes;
 }
 
-void Outbox::maximize(ClientWindow& client) {
+void RequestQueue::maximize(ClientWindow& client) {
     if (!model_.windowManager().isPresent) return;
     client.isMaximized = true;
     client.pending.reset();
-    Wish& wish = wishFor(client.window);
-    wish.outer.reset();
-    wish.unmaximize = false;
-    wish.maximize = true;
+    WindowRequest& request = requestFor(client.window);
+    request.outer.reset();
+    request.unmaximize = false;
+    request.maximize = true;
 }
 
-void Outbox::raise(const ClientWindow& client) {
+void RequestQueue::raise(const ClientWindow& client) {
     raiseAlone(client);
     if (model_.windowManager().isPresent) return; // it keeps dialogs above their windows
     for (const xcb_window_t window : model_.dialogsOf(client)) {
@@ -94,37 +94,37 @@ void Outbox::raise(const ClientWindow& client) {
     }
 }
 
-void Outbox::raiseAlone(const ClientWindow& client) {
-    Wish wish = wishFor(client.window);
-    wish.raise = true;
+void RequestQueue::raiseAlone(const ClientWindow& client) {
+    WindowRequest request = requestFor(client.window);
+    request.raise = true;
     // The last one raised is to be on top.
-    std::erase_if(wishes_, [&](const Wish& known) { return known.window == client.window; });
-    wishes_.push_back(wish);
+    std::erase_if(pending_, [&](const WindowRequest& known) { return known.window == client.window; });
+    pending_.push_back(request);
 }
 
-void Outbox::activate(const ClientWindow& client) {
+void RequestQueue::activate(const ClientWindow& client) {
     activation_ = {client.window, client.processIdentifier};
 }
 
-void Outbox::activateApplication(pid_t processIdentifier, const ClientWindow* mainWindow) {
+void RequestQueue::activateApplication(pid_t processIdentifier, const ClientWindow* mainWindow) {
     if (activation_ && activation_->processIdentifier == processIdentifier) return;
     // An X11 application has no front of its own: it comes forward with the window that was just raised.
-    for (auto wish = wishes_.rbegin(); wish != wishes_.rend(); ++wish) {
-        const ClientWindow* raised = model_.client(wish->window);
-        if (wish->raise && raised && raised->processIdentifier == processIdentifier) return activate(*raised);
+    for (auto request = pending_.rbegin(); request != pending_.rend(); ++request) {
+        const ClientWindow* raised = model_.client(request->window);
+        if (request->raise && raised && raised->processIdentifier == processIdentifier) return activate(*raised);
     }
     if (mainWindow) activate(*mainWindow);
 }
 
-void Outbox::send() {
+void RequestQueue::send() {
     const bool isManaged = model_.windowManager().isPresent;
-    for (const Wish& wish : std::exchange(wishes_, {})) {
-        ClientWindow* client = model_.client(wish.window);
+    for (const WindowRequest& request : std::exchange(pending_, {})) {
+        ClientWindow* client = model_.client(request.window);
         if (!client) continue;
         if (isManaged) {
-            sendThroughManager(*client, wish);
+            sendThroughManager(*client, request);
         } else {
-            sendDirectly(*client, wish);
+            sendDirectly(*client, request);
         }
     }
     if (const auto activation = std::exchange(activation_, std::nullopt)) {
@@ -132,34 +132,34 @@ void Outbox::send() {
     }
 }
 
-void Outbox::sendDirectly(ClientWindow& client, const Wish& wish) {
+void RequestQueue::sendDirectly(ClientWindow& client, const WindowRequest& request) {
     std::array<std::uint32_t, 5> values{};
     std::size_t count = 0;
     std::uint16_t mask = 0;
-    if (wish.outer) {
+    if (request.outer) {
         const TopLevel* top = model_.topLevel(client.topLevel);
         const int borders = top ? 2 * top->border : 0;
-        const PixelRect area = grown(*wish.outer, client.shadow);
+        const PixelRect area = grown(*request.outer, client.shadow);
         mask = kPlaceMask;
         values = {word(area.x), word(area.y), word(std::max(1, area.width - borders)),
                   word(std::max(1, area.height - borders))};
         count = 4;
     }
-    if (wish.raise) {
+    if (request.raise) {
         mask |= XCB_CONFIG_WINDOW_STACK_MODE;
         values[count] = XCB_STACK_MODE_ABOVE;
     }
     const auto cookie = xcb_configure_window(connection_.get(), client.window, mask, values.data());
-    if (wish.outer && client.pending) client.pending->sequence = cookie.sequence;
+    if (request.outer && client.pending) client.pending->sequence = cookie.sequence;
 }
 
-void Outbox::sendThroughManager(ClientWindow& client, const Wish& wish) {
+void RequestQueue::sendThroughManager(ClientWindow& client, const WindowRequest& request) {
     const WindowManager& manager = model_.windowManager();
-    if (wish.unmaximize) changeMaximizing(client, kRemoveState);
-    if (wish.maximize) changeMaximizing(client, kAddState);
-    if (wish.outer) {
+    if (request.unmaximize) changeMaximizing(client, kRemoveState);
+    if (request.maximize) changeMaximizing(client, kAddState);
+    if (request.outer) {
         // The window manager's frame around the client, and the client's size within it.
-        const PixelRect frame = grown(*wish.outer, client.shadow);
+        const PixelRect frame = grown(*request.outer, client.shadow);
         const TopLevel* top = model_.topLevel(client.topLevel);
         const int borders = top && client.topLevel == client.window ? 2 * top->border : 0;
         const int width = std::max(1, frame.width - client.decorations.horizontal() - borders);
@@ -175,7 +175,7 @@ void Outbox::sendThroughManager(ClientWindow& client, const Wish& wish) {
         }
     }
     // Activation raises, too.
-    if (!wish.raise || (activation_ && activation_->window == client.window)) return;
+    if (!request.raise || (activation_ && activation_->window == client.window)) return;
     if (manager.restacks) {
         connection_.sendToWindowManager(client.window, Atom::netRestackWindow,
                                         {kFromPager, kNoWindow, XCB_STACK_MODE_ABOVE, 0, 0});
@@ -185,14 +185,14 @@ void Outbox::sendThroughManager(ClientWindow& client, const Wish& wish) {
     }
 }
 
-void Outbox::changeMaximizing(const ClientWindow& client, std::uint32_t change) {
+void RequestQueue::changeMaximizing(const ClientWindow& client, std::uint32_t change) {
     const Atoms& atoms = connection_.atoms();
     connection_.sendToWindowManager(
         client.window, Atom::netWmState,
         {change, atoms[Atom::netWmStateMaximizedVert], atoms[Atom::netWmStateMaximizedHorz], kFromPager, 0});
 }
 
-void Outbox::sendActivation(const ClientWindow& client) {
+void RequestQueue::sendActivation(const ClientWindow& client) {
     if (model_.windowManager().isPresent) {
         connection_.sendToWindowManager(client.window, Atom::netActiveWindow,
                                         {kFromPager, XCB_CURRENT_TIME, model_.activeWindow, 0, 0});

@@ -1,4 +1,4 @@
-#include "windowing/DividerGrip.h"
+#include "windowing/DividerGestureRecognizer.h"
 
 #include <algorithm>
 
@@ -29,7 +29,8 @@ CGRect bareFrame(const DividerHandle& handle) {
     return thickened(handle, std::max(2 * handle.insetPoints, kThinnestHandle - thickness(handle)));
 }
 
-std::optional<DividerHandleEvent> DividerGrip::press(const std::string& handleID, int clickCount, CGPoint location) {
+std::optional<DividerHandleEvent> DividerGestureRecognizer::press(const std::string& handleID, int clickCount,
+                                                                  CGPoint location) {
     if (clickCount == 2) {
         handleID_.reset();
         return DividerHandleEvent{Kind::doubleClicked, handleID, location};
@@ -38,29 +39,30 @@ std::optional<DividerHandleEvent> DividerGrip::press(const std::string& handleID
     return tell(Kind::pressed, location);
 }
 
-std::optional<DividerHandleEvent> DividerGrip::move(CGPoint location) {
+std::optional<DividerHandleEvent> DividerGestureRecognizer::move(CGPoint location) {
     return tell(Kind::moved, location);
 }
 
-std::optional<DividerHandleEvent> DividerGrip::release(CGPoint location) {
+std::optional<DividerHandleEvent> DividerGestureRecognizer::release(CGPoint location) {
     return letGo(Kind::released, location);
 }
 
-std::optional<DividerHandleEvent> DividerGrip::cancel(CGPoint location) {
+std::optional<DividerHandleEvent> DividerGestureRecognizer::cancel(CGPoint location) {
     return letGo(Kind::cancelled, location);
 }
 
-std::optional<DividerHandleEvent> DividerGrip::keepOnly(std::span<const DividerHandle> handles, CGPoint location) {
+std::optional<DividerHandleEvent> DividerGestureRecognizer::keepOnly(std::span<const DividerHandle> handles,
+                                                                     CGPoint location) {
     const bool isKept = std::ranges::any_of(handles, [this](const auto& handle) { return handle.id == handleID_; });
     return isKept ? std::nullopt : cancel(location);
 }
 
-std::optional<DividerHandleEvent> DividerGrip::tell(Kind kind, CGPoint location) const {
+std::optional<DividerHandleEvent> DividerGestureRecognizer::tell(Kind kind, CGPoint location) const {
     if (!handleID_) return std::nullopt;
     return DividerHandleEvent{kind, *handleID_, location};
 }
 
-std::optional<DividerHandleEvent> DividerGrip::letGo(Kind kind, CGPoint location) {
+std::optional<DividerHandleEvent> DividerGestureRecognizer::letGo(Kind kind, CGPoint location) {
     auto event = tell(kind, location);
     handleID_.reset();
     return event;

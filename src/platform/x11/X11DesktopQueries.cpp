@@ -1,6 +1,6 @@
 // What the main thread asks the server without waiting, and what it does once the answer is there.
-#include "platform/x11/FocusQuestions.h"
-#include "platform/x11/FrameQuestions.h"
+#include "platform/x11/FocusRequests.h"
+#include "platform/x11/FrameRequests.h"
 #include "platform/x11/X11Parts.h"
 
 #include <algorithm>
@@ -12,7 +12,7 @@ using namespace x11;
 void X11Desktop::Parts::takeReplies() {
     const xcb_window_t active = model.activeWindow;
     while (!asked.empty() && asked.front().collect(*connection)) {
-        Questions answered = std::move(asked.front());
+        PendingReplies answered = std::move(asked.front());
         asked.pop_front();
         answered.take();
     }
@@ -45,11 +45,11 @@ void X11Desktop::Parts::leaveKeyboard() {
     const ClientWindow* owner = active ? model.parentOf(*active) : nullptr;
     const auto kept = keyboard.toGiveBack(model.activeWindow, owner ? owner->window : kNoWindow, queue.uptime());
     const ClientWindow* client = kept ? model.client(*kept) : nullptr;
-    if (!client || outbox.activated()) return;
+    if (!client || requests.activated()) return;
     constexpr Seconds kTimeToMinimize{1.0};
     const bool isLeaving = client->iconification.isAskedToLeaveWithin(kTimeToMinimize, queue.uptime());
     if (isLeaving || model.isMinimized(*client)) return;
-    outbox.activate(*client);
+    requests.activate(*client);
     sendSoon();
 }
 
@@ -58,7 +58,7 @@ void X11Desktop::Parts::askDecorations(xcb_window_t window) {
     const ClientWindow* framed = model.client(window);
     if (!framed) return;
     mustFlush = true;
-    Questions& questions = asked.emplace_back();
+    PendingReplies& questions = asked.emplace_back();
     const auto cookie = connection->askProperty(window, connection->atoms()[Atom::netFrameExtents], 4);
     questions.add(cookie, [this, window, sequence = cookie.sequence](const void* reply) {
         mutex.assertHeld();
@@ -73,7 +73,7 @@ void X11Desktop::Parts::askDecorations(xcb_window_t window) {
 void X11Desktop::Parts::askState(ClientWindow& client) {
     mustFlush = true;
     ++client.openStateQuestions;
-    Questions& questions = asked.emplace_back();
+    PendingReplies& questions = asked.emplace_back();
     for (const PropertyRule& rule : model.rules()) {
         if (rule.staleBit != stale::state) continue;
         const auto cookie = connection->askProperty(client.window, rule.property, rule.lengthInWords);

@@ -1,10 +1,10 @@
-#include "platform/x11/FocusQuestions.h"
+#include "platform/x11/FocusRequests.h"
 
 #include <memory>
 
 namespace kova::x11 {
 
-void askFocus(Questions& questions, const XConnection& connection, WindowModel& model) {
+void askFocus(PendingReplies& questions, const XConnection& connection, WindowModel& model) {
     const auto focus = std::make_shared<xcb_window_t>(kNoWindow);
     const auto cookie = xcb_get_input_focus(connection.get());
     questions.add(cookie, [focus](const void* reply) {

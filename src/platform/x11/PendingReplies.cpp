@@ -1,4 +1,4 @@
-#include "platform/x11/Questions.h"
+#include "platform/x11/PendingReplies.h"
 
 #include <xcb/xcbext.h>
 
@@ -6,7 +6,7 @@
 
 namespace kova::x11 {
 
-void Questions::wait(const XConnection& connection) {
+void PendingReplies::wait(const XConnection& connection) {
     for (; collected_ < asked_.size(); ++collected_) {
         xcb_generic_error_t* error = nullptr;
         asked_[collected_].reply.reset(xcb_wait_for_reply(connection.get(), asked_[collected_].sequence, &error));
@@ -14,7 +14,7 @@ void Questions::wait(const XConnection& connection) {
     }
 }
 
-bool Questions::collect(const XConnection& connection) {
+bool PendingReplies::collect(const XConnection& connection) {
     for (; collected_ < asked_.size(); ++collected_) {
         void* reply = nullptr;
         xcb_generic_error_t* error = nullptr;
@@ -25,7 +25,7 @@ bool Questions::collect(const XConnection& connection) {
     return true;
 }
 
-void Questions::take() {
+void PendingReplies::take() {
     auto asked = std::exchange(asked_, {});
     collected_ = 0;
     for (const Asked& question : asked) question.taker(question.reply.get());

@@ -1,5 +1,5 @@
 // Days at the desk, from the poll to the last verification pass.
-#include "tests/harness/Desk.h"
+#include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
 
@@ -10,8 +10,8 @@ namespace {
 const CGRect kLeftHalf = makeRect(50, 50, 900, 700);
 const CGRect kRightHalf = makeRect(1600, 50, 900, 700);
 
-TEST(DeskStories, TwoWindowsShareADisplayAndComeBack) {
-    Desk desk;
+TEST(DesktopStories, TwoWindowsShareADisplayAndComeBack) {
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Mail", {.frame = kLeftHalf}).opens("Notes", {.frame = kRightHalf});
     const std::string before = desk.desktop.picture();
@@ -24,8 +24,8 @@ TEST(DeskStories, TwoWindowsShareADisplayAndComeBack) {
     desk.expectMessage("Last window action undone");
 }
 
-TEST(DeskStories, AWindowOnItsWayToADisplayThatIsUnpluggedStaysInSight) {
-    Desk desk;
+TEST(DesktopStories, AWindowOnItsWayToADisplayThatIsUnpluggedStaysInSight) {
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").display(1920, 1080).layout("jarvis.dual-split").start();
     desk.opens("Mail", {.frame = makeRect(2700, 100, 800, 600)});
     desk.advance(Seconds(0.5));
@@ -36,8 +36,8 @@ TEST(DeskStories, AWindowOnItsWayToADisplayThatIsUnpluggedStaysInSight) {
     EXPECT_TRUE(desk.desktop.isOnSomeDisplay(desk.desktop.window("Mail"))) << desk.desktop.picture();
 }
 
-TEST(DeskStories, UnpluggingTheDisplayOfAZoomedWindowLosesNobody) {
-    Desk desk;
+TEST(DesktopStories, UnpluggingTheDisplayOfAZoomedWindowLosesNobody) {
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").display(1920, 1080).layout("jarvis.dual-split").start();
     desk.opens("Notes", {.frame = makeRect(2700, 300, 800, 600)})
         .opens("Mail", {.frame = makeRect(2700, 100, 800, 600)});
@@ -49,13 +49,13 @@ TEST(DeskStories, UnpluggingTheDisplayOfAZoomedWindowLosesNobody) {
     EXPECT_FALSE(*desk.state().focusMode);
 }
 
-TEST(DeskStories, WhatTheHandBeganIsOverWhenItIsGivenUpOrAWindowIsZoomed) {
-    Desk desk;
+TEST(DesktopStories, WhatTheHandBeganIsOverWhenItIsGivenUpOrAWindowIsZoomed) {
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail", {.frame = kLeftHalf}).arrange();
     const std::string atRest = desk.tiles();
     const CGRect before = desk.desktop.window("Mail").frame;
     ASSERT_TRUE(desk.controller().beginWindowDrag(desk.desktop.windowIDOf("Mail"), before));
-    desk.desktop.moveByHand("Mail", kRightHalf);
+    desk.desktop.userMoves("Mail", kRightHalf);
     desk.advance(Seconds(0.6)); // polls have seen it there
     desk.controller().cancelWindowDrag();
     desk.settle().expectTiles(atRest);
@@ -70,8 +70,8 @@ TEST(DeskStories, WhatTheHandBeganIsOverWhenItIsGivenUpOrAWindowIsZoomed) {
     EXPECT_FALSE(*desk.state().focusMode) << "its window is gone";
 }
 
-TEST(DeskStories, UndoAfterTheDisplaysChangedPlacesLosesNobody) {
-    Desk desk;
+TEST(DesktopStories, UndoAfterTheDisplaysChangedPlacesLosesNobody) {
+    Scenario desk;
     desk.display(1920, 1080).layout("jarvis.dual-split").display(2560, 1440).layout("jarvis.dual-split").start();
     desk.opens("Mail", {.frame = makeRect(2000, 100, 800, 600)}).arrange();
     desk.desktop.makeFirstDisplay("B");
@@ -79,15 +79,15 @@ TEST(DeskStories, UndoAfterTheDisplaysChangedPlacesLosesNobody) {
     EXPECT_TRUE(desk.desktop.isOnSomeDisplay(desk.desktop.window("Mail"))) << desk.desktop.picture();
 }
 
-TEST(DeskStories, AnArrangementIsPlannedAsItWillBeOnceAZoomedWindowIsBack) {
-    Desk desk;
+TEST(DesktopStories, AnArrangementIsPlannedAsItWillBeOnceAZoomedWindowIsBack) {
+    Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.opens("Viewer", {.frame = makeRect(1500, 800, 900, 600)})
         .opens("Notes", {.frame = makeRect(1500, 50, 900, 600)});
     desk.opens("Mail", {.frame = makeRect(50, 800, 900, 600)}).start().settle();
     const auto before = desk.controller().planArrangement().explanation();
     for (const char* zoomed : {"Mail", "Notes", "Viewer"}) {
-        desk.desktop.focusByHand(zoomed);
+        desk.desktop.userFocuses(zoomed);
         desk.zoom();
         ASSERT_TRUE(*desk.state().focusMode);
         EXPECT_EQ(desk.controller().planArrangement().explanation(), before) << zoomed;
@@ -95,9 +95,9 @@ TEST(DeskStories, AnArrangementIsPlannedAsItWillBeOnceAZoomedWindowIsBack) {
     }
 }
 
-TEST(DeskStories, PollsLeaveAPlacementToItsPasses) {
+TEST(DesktopStories, PollsLeaveAPlacementToItsPasses) {
     // Asked anew by every poll, the window would never reach the last pass, which tells its minimum size.
-    Desk desk;
+    Scenario desk;
     desk.desktop.setVouching(false);
     desk.display(2560, 1440).layout("jarvis.quad-grid").start();
     desk.opens("Mail", {.frame = kLeftHalf, .secretMinimumSize = CGSize{1400, 500}});
@@ -110,13 +110,13 @@ TEST(DeskStories, PollsLeaveAPlacementToItsPasses) {
     EXPECT_EQ(desk.state().observedMinimumSizes->size(), 1u);
 }
 
-TEST(DeskStories, HidingThatIconifiesBringsBackTheSameWindows) {
+TEST(DesktopStories, HidingThatIconifiesBringsBackTheSameWindows) {
     // As where hiding an application means putting each of its windows away.
-    Desk desk;
+    Scenario desk;
     desk.desktop.setHidingStyle(HidingStyle::iconifiesWindows);
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Mail", {.frame = kLeftHalf}).opens("Notes", {.frame = kRightHalf}).arrange();
-    desk.desktop.focusByHand("Mail");
+    desk.desktop.userFocuses("Mail");
     desk.move(WorkspaceDirection::right);
     desk.expectTiles("- | Mail 1291,15 1254x1382 + Notes");
     EXPECT_TRUE(desk.desktop.window("Notes").isMinimized);

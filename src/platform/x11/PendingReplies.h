@@ -11,7 +11,7 @@
 
 namespace kova::x11 {
 
-class Questions {
+class PendingReplies {
   public:
     /// Gets null when the request failed, for example because its window has gone. The memory is not the taker's.
     using Taker = std::function<void(const void* reply)>;

@@ -1,4 +1,4 @@
-#include "windowing/DividerGrip.h"
+#include "windowing/DividerGestureRecognizer.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@ namespace {
 
 using Kind = DividerHandleEvent::Kind;
 
-TEST(DividerGrip, WhatIsBareIsWiderThanTheGapByTheInsets) {
+TEST(DividerGestureRecognizer, WhatIsBareIsWiderThanTheGapByTheInsets) {
     const auto bare = [](const CGRect& frame, LayoutAxis axis, double inset) {
         return bareFrame({.id = "a", .frame = frame, .axis = axis, .insetPoints = inset});
     };
@@ -20,8 +20,8 @@ TEST(DividerGrip, WhatIsBareIsWiderThanTheGapByTheInsets) {
     EXPECT_EQ(bare(makeRect(100, 0, 2, 500), LayoutAxis::horizontal, 0), makeRect(97, 0, 8, 500));
 }
 
-TEST(DividerGrip, TellsWhatTheHandDoes) {
-    DividerGrip grip;
+TEST(DividerGestureRecognizer, TellsWhatTheHandDoes) {
+    DividerGestureRecognizer grip;
     std::string story;
     const auto tell = [&](const std::optional<DividerHandleEvent>& event) {
         constexpr std::array kWords = {"pressed", "moved", "released", "cancelled", "doubleClicked"};
@@ -62,7 +62,7 @@ TEST(DividerGrip, TellsWhatTheHandDoes) {
     expect("- cancelled:a@3 - ");
 }
 
-TEST(DividerGrip, AThinHandleIsMadeThickEnoughAroundItsMiddle) {
+TEST(DividerGestureRecognizer, AThinHandleIsMadeThickEnoughAroundItsMiddle) {
     const CGRect gap = makeRect(100, 0, 4, 500);
     EXPECT_EQ(grippableFrame({"a", gap, LayoutAxis::horizontal}), makeRect(98, 0, 8, 500));
     EXPECT_EQ(grippableFrame({"a", makeRect(0, 100, 500, 4), LayoutAxis::vertical}), makeRect(0, 98, 500, 8));

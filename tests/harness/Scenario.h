@@ -1,6 +1,6 @@
 // The stage of a scenario: the real controller on the simulated desktop. Nothing of ours is replaced.
 //
-//   Desk desk;
+//   Scenario desk;
 //   desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes", {.minimumSize = {{600, 400}}});
 //   desk.arrange();
 //   desk.expectTiles("Mail 15,15 1253x1372 | Notes 1292,15 1253x1372");
@@ -27,53 +27,53 @@
 
 namespace kova {
 
-class Desk {
+class Scenario {
   public:
     /// Long enough for an arrangement, its follow-up and the verification of both, and for the polls that put back
     /// what strayed meanwhile; too short for a status message to go away.
     static constexpr Seconds kSettlingTime{2.4};
 
-    Desk();
-    ~Desk();
-    Desk(const Desk&) = delete;
-    Desk& operator=(const Desk&) = delete;
+    Scenario();
+    ~Scenario();
+    Scenario(const Scenario&) = delete;
+    Scenario& operator=(const Scenario&) = delete;
 
     // The stage. Displays are called "A", "B", and so on, unless they are named.
-    Desk& display(double width, double height, std::string name = {});
+    Scenario& display(double width, double height, std::string name = {});
     /// Of the display added last, unless one is named.
-    Desk& layout(std::string_view layoutID, std::string_view displayName = {});
+    Scenario& layout(std::string_view layoutID, std::string_view displayName = {});
     /// Opens a window, launching its application when it does not run yet.
-    Desk& opens(const std::string& application, WindowTraits traits = {});
+    Scenario& opens(const std::string& application, WindowTraits traits = {});
 
     // Lifecycle; every action starts the controller if nothing else did.
-    Desk& start(const std::function<void()>& beforeTheFirstPoll = {});
-    Desk& stop();
+    Scenario& start(const std::function<void()>& beforeTheFirstPoll = {});
+    Scenario& stop();
     /// Lets the controller go and begins anew with the preferences as they are.
-    Desk& restart(const std::function<void()>& beforeTheFirstPoll = {});
+    Scenario& restart(const std::function<void()>& beforeTheFirstPoll = {});
 
     /// The machine goes to sleep and wakes up.
-    Desk& sleep() { return undergo(SystemActivityEvent::systemWillSleep); }
-    Desk& wake() { return undergo(SystemActivityEvent::systemDidWake); }
-    Desk& undergo(SystemActivityEvent event);
+    Scenario& sleep() { return undergo(SystemActivityEvent::systemWillSleep); }
+    Scenario& wake() { return undergo(SystemActivityEvent::systemDidWake); }
+    Scenario& undergo(SystemActivityEvent event);
     bool isSuspended() { return delegate().isWorkspaceSuspended(); }
 
     // What the person asks for, through the one door. Each settles afterwards.
-    Desk& arrange();
-    Desk& undo();
-    Desk& zoom();
-    Desk& cycleStack();
-    Desk& move(WorkspaceDirection direction);
-    Desk& focus(WorkspaceDirection direction);
-    Desk& perform(const WorkspaceAction& action);
-    Desk& perform(const WindowCommand& command);
+    Scenario& arrange();
+    Scenario& undo();
+    Scenario& zoom();
+    Scenario& cycleStack();
+    Scenario& move(WorkspaceDirection direction);
+    Scenario& focus(WorkspaceDirection direction);
+    Scenario& perform(const WorkspaceAction& action);
+    Scenario& perform(const WindowCommand& command);
     /// Whether the last action was carried out.
     bool wasCarriedOut() const { return wasCarriedOut_; }
 
     // Time
-    Desk& advance(Seconds duration);
-    Desk& settle() { return advance(kSettlingTime); }
+    Scenario& advance(Seconds duration);
+    Scenario& settle() { return advance(kSettlingTime); }
     /// Long enough for windows to show minimum sizes that they have not told, and for others to give way.
-    Desk& rest();
+    Scenario& rest();
 
     // What there is to see, as one line each. A failure shows the whole screen.
     /// Per tile in layout order the window in front with its frame in window-service space, then those behind it:
