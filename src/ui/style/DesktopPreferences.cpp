@@ -1,9 +1,9 @@
 #include "ui/style/DesktopPreferences.h"
 
-#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusServiceWatcher>
 #include <QGuiApplication>
 #include <QIcon>
 #include <QPalette>
@@ -32,14 +32,24 @@ Brightness brightnessOfPalette() {
 
 } // namespace
 
-DesktopPreferences::DesktopPreferences(std::function<void()> changed) :
-    changed_(std::move(changed)), brightness_(brightnessOfPalette()) {}
+DesktopPreferences::DesktopPreferences(std::function<void()> changed, const QDBusConnection& bus) :
+    changed_(std::move(changed)), bus_(bus), brightness_(brightnessOfPalette()) {}
 
 void DesktopPreferences::start() {
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) return;
-    bus.connect(kPortal, kPath, kSettings, QStringLiteral("SettingChanged"), this,
-                SLOT(settingChanged(QString, QString, QDBusVariant)));
+    if (!bus_.isConnected()) return;
+    // Connecting finds the slot's parameter by its name, which the bus library registers only with its first value.
+    qRegisterMetaType<QDBusVariant>();
+    if (!bus_.connect(kPortal, kPath, kSettings, QStringLiteral("SettingChanged"), this,
+                      SLOT(settingChanged(QString, QString, QDBusVariant)))) {
+        qWarning("kova-ui: changes of the desktop's settings cannot be followed");
+    }
+    // The portal may start after this program, or start again with other values.
+    auto* watcher = new QDBusServiceWatcher(kPortal, bus_, QDBusServiceWatcher::WatchForRegistration, this);
+    connect(watcher, &QDBusServiceWatcher::serviceRegistered, this, [this] { askAll(); });
+    askAll();
+}
+
+void DesktopPreferences::askAll() {
     ask(kAppearance, QStringLiteral("color-scheme"));
     ask(kInterface, QStringLiteral("enable-animations"));
     ask(kInterface, QStringLiteral("icon-theme"));
@@ -50,7 +60,7 @@ void DesktopPreferences::ask(const QString& group, const QString& key) {
     message.setArguments({group, key});
     // A desktop without a portal is not made to start one for this.
     message.setAutoStartService(false);
-    auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(message), this);
+    auto* watcher = new QDBusPendingCallWatcher(bus_.asyncCall(message), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, group, key](QDBusPendingCallWatcher* done) {
         const QDBusPendingReply<QDBusVariant> reply = *done;
         if (!reply.isError() && take(group, key, unwrapped(reply.value().variant()))) changed_();

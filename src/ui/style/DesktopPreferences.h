@@ -1,9 +1,10 @@
-// What the desktop prefers, as its settings portal tells: light or dark, animations, the icon theme. Nothing is waited
-// for: defaults hold until the portal answers, and where there is none. Main thread only.
+// The desktop's preferences from its settings portal: light or dark, animations, the icon theme. Nothing waits for the
+// portal: defaults hold until it answers, and where there is none. Main thread only.
 #pragma once
 
 #include "ui/style/Palette.h"
 
+#include <QDBusConnection>
 #include <QDBusVariant>
 #include <QObject>
 #include <QString>
@@ -16,8 +17,9 @@ class DesktopPreferences : public QObject {
     Q_OBJECT
 
   public:
-    explicit DesktopPreferences(std::function<void()> changed);
-    /// Asks the portal, and hears of changes from then on.
+    explicit DesktopPreferences(std::function<void()> changed,
+                                const QDBusConnection& bus = QDBusConnection::sessionBus());
+    /// Asks the portal as soon as there is one, and follows its changes.
     void start();
 
     Brightness brightness() const { return brightness_; }
@@ -27,11 +29,13 @@ class DesktopPreferences : public QObject {
     void settingChanged(const QString& group, const QString& key, const QDBusVariant& value);
 
   private:
+    void askAll();
     void ask(const QString& group, const QString& key);
     /// False when the value says nothing new.
     bool take(const QString& group, const QString& key, const QVariant& value);
 
     std::function<void()> changed_;
+    QDBusConnection bus_;
     Brightness brightness_;
     bool mayMove_ = true;
 };
