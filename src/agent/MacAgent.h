@@ -31,8 +31,9 @@ class MacAgent {
     void openURLs(const std::vector<std::string>& urls);
     /// KOVA became active: gives the activation back when it came by a URL and no dialog is shown.
     void returnActivation();
-    /// Opens the menu of the menu-bar item.
-    void openMenu();
+    /// The user opened the program again: shows the settings, where no program draws them the menu of the menu-bar
+    /// item.
+    void reopen();
 
   private:
     struct Parts;

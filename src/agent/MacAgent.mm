@@ -153,8 +153,10 @@ void MacAgent::returnActivation() {
     if (activationReturn_.isDue(mainQueue().uptime(), dialog)) macos::returnActivation();
 }
 
-void MacAgent::openMenu() {
-    if (parts_) parts_->menuBar.open();
+void MacAgent::reopen() {
+    if (!parts_) return;
+    KovaSettingsWindowController* settings = parts_->agent.delegate().settingsWindow();
+    if (!settings || settings->show(std::nullopt)) parts_->menuBar.open();
 }
 
 void quitMacAgent() {

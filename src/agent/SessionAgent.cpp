@@ -44,7 +44,8 @@ SessionAgent::SessionAgent(const AgentServices& services) :
               .firstSteps = [this] { return firstSteps(); },
               .overlay = &delegate_.overlay(),
               .menu = &menu_,
-              .userInterface = delegate_.userInterface()}) {
+              .userInterface = delegate_.userInterface(),
+              .settingsWindow = [this] { return delegate_.settingsWindow(); }}) {
     const auto& state = delegate_.workspace().state();
     messages_ = state.lastActionMessage.observe([](const std::optional<std::string>& message) {
         if (message) log(LogLevel::detail, *message);

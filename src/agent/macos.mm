@@ -96,10 +96,10 @@ The log is ~/Library/Logs/KOVA/agent.log, the preferences are in the user's defa
     });
 }
 
-/// Shows the menu, which may be out of sight behind the notch of a display.
+/// The menu-bar item may be out of sight behind the notch of a display.
 - (BOOL)applicationShouldHandleReopen:(NSApplication*)__unused application hasVisibleWindows:(BOOL)__unused flag {
     kova::macos::contained([&] {
-        if (self->_agent) self->_agent->openMenu();
+        if (self->_agent) self->_agent->reopen();
     });
     return NO;
 }

@@ -26,6 +26,7 @@ AppDelegate::AppDelegate(const WorkspaceServices& services, const ShellServices&
 
 AppDelegate::~AppDelegate() {
     stopWorkspace();
+    if (settingsWindow_) settingsWindow_->close();
 }
 
 void AppDelegate::openURLs(const std::vector<std::string>& urls) {
@@ -39,7 +40,13 @@ void AppDelegate::applicationDidFinishLaunching() {
     } else if (dockAutoHide_) {
         dockAutoHide_->refreshDockState(); // the Dock is changed at a start only for who wants it hidden
     }
+    settingsWindow_.emplace(overlay_, userInterface(), [this] { readSystemSettings(); });
     startWorkspace();
+}
+
+void AppDelegate::readSystemSettings() {
+    if (launchAtLogin_) launchAtLogin_->refreshStatus();
+    if (dockAutoHide_ && !*dockAutoHide_->isPreferenceConfigured()) dockAutoHide_->refreshDockState();
 }
 
 void AppDelegate::showOnboardingIfNeeded() {

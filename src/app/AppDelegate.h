@@ -5,6 +5,7 @@
 #include "app/BackdropWindowController.h"
 #include "app/DockAutoHideController.h"
 #include "app/KovaOnboardingState.h"
+#include "app/KovaSettingsWindowController.h"
 #include "app/LaunchAtLoginController.h"
 #include "app/LayoutDividerWindowController.h"
 #include "app/OnboardingServicing.h"
@@ -55,6 +56,8 @@ class AppDelegate {
     /// Null where the desktop has no such service.
     LaunchAtLoginController* launchAtLogin() { return launchAtLogin_ ? &*launchAtLogin_ : nullptr; }
     UserInterfaceController* userInterface() { return userInterface_ ? &*userInterface_ : nullptr; }
+    /// Null before the launch.
+    KovaSettingsWindowController* settingsWindow() { return settingsWindow_ ? &*settingsWindow_ : nullptr; }
     DockAutoHideController* dockAutoHide() { return dockAutoHide_ ? &*dockAutoHide_ : nullptr; }
 
     /// What is to be done once the process is up: settings of the system are looked at, and the workspace is started.
@@ -82,6 +85,7 @@ class AppDelegate {
 
   private:
     std::optional<OnboardingOffer> dockOffer();
+    void readSystemSettings();
     void installMonitors();
     void followPermission();
     void completeOnboarding();
@@ -100,6 +104,7 @@ class AppDelegate {
     URLHandler urls_;
     OverlayBoard overlay_;
     std::optional<UserInterfaceController> userInterface_;
+    std::optional<KovaSettingsWindowController> settingsWindow_;
     // While the workspace is started.
     std::optional<BackdropWindowController> backdrop_;
     std::optional<LayoutDividerWindowController> layoutDividers_;

@@ -96,7 +96,12 @@ class KovaMenuBarContent::Build {
         separate();
         addSwitch("theme-background", "Use Theme Background", *state_.useThemeBackground,
                   [this](bool on) { workspace_.setUseThemeBackground(on); });
-        inSubmenu("Settings", [this] { addSettings(); });
+        const bool hasWindow = hasSettingsWindow();
+        if (hasWindow) {
+            add("settings", "Settings", Enabled::yes,
+                [this] { sayIfRefused(services_.delegate.settingsWindow()->show(std::nullopt)); });
+        }
+        inSubmenu(hasWindow ? "Quick Settings" : "Settings", [this] { addSettings(); });
         addProgramEntries();
     }
 
@@ -250,6 +255,14 @@ class KovaMenuBarContent::Build {
         addSwitch("continuous-management", "Continuously apply window rules", *state_.continuousManagementEnabled,
                   [this](bool on) { workspace_.setContinuousManagementEnabled(on); });
         addHeading("Rules are explainable and run only when continuous management is enabled.");
+    }
+
+    bool hasSettingsWindow() const {
+        UserInterfaceController* userInterface = services_.delegate.userInterface();
+        return services_.delegate.settingsWindow() && userInterface && !userInterface->absence();
+    }
+    void sayIfRefused(const std::optional<std::string>& reason) {
+        if (reason) workspace_.showStatusMessage(*reason);
     }
 
     void addSettings() {

@@ -29,6 +29,9 @@ void copySection(OverlaySection section, const OverlayContents& from, OverlayCon
     case OverlaySection::message:
         to.message = from.message;
         return;
+    case OverlaySection::windows:
+        to.windows = from.windows;
+        return;
     }
 }
 

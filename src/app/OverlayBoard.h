@@ -21,6 +21,8 @@ class OverlayBoard final : public OverlayServing {
     void close(OverlaySection section);
 
     void update(OverlayContents& contents, OverlaySections sections) override;
+    /// Whether a client draws the contents.
+    bool isWatched() const { return changed_ != nullptr; }
     void watch(std::function<void(OverlaySections)> changed) override { changed_ = std::move(changed); }
 
   private:

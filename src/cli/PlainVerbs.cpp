@@ -28,7 +28,11 @@ ExitCode runOpen(const Verb& verb, const Arguments& arguments) {
         const auto result = askAgent(verb.method, arguments.request);
         return result ? printAnswer(verb, arguments, *result) : fail(result.error());
     }
-    if (Agent::connect()) return run(*verbNamed("status"), arguments);
+    if (auto agent = Agent::connect()) {
+        // KOVA was opened again: what there is to see of it are its settings, where a program shows them.
+        const auto shown = agent->ask("settings.show", json::object());
+        return shown ? printAnswer(*verbNamed("settings"), arguments, *shown) : run(*verbNamed("status"), arguments);
+    }
 #if defined(__APPLE__)
     execl("/usr/bin/open", "open", "-a", "KOVA", static_cast<char*>(nullptr)); // the system knows where it lies
 #else

@@ -39,6 +39,16 @@ std::string printShown(const json& result, const Arguments&) {
     return "kova-ui was asked to open the " + result.at("what").get<std::string>() + ".\n";
 }
 
+std::string printHidden(const json& result, const Arguments&) {
+    return "kova-ui was asked to close the " + result.at("what").get<std::string>() + ".\n";
+}
+
+std::string printSettingsShown(const json& result, const Arguments&) {
+    const bool isNamed = result.at("pane").is_string();
+    return "kova-ui was asked to open the settings" +
+           (isNamed ? " at “" + result.at("pane").get<std::string>() + "”.\n" : ".\n");
+}
+
 std::string printMenu(const json& result, const Arguments&) {
     Table table({{"ENTRY"}, {"STATE"}, {"KEYS"}, {"TITLE"}});
     addEntries(table, result.at("entries"), "");

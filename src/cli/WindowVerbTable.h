@@ -152,8 +152,8 @@ inline constexpr auto kWindowVerbs = std::to_array<Verb>({
      "What browsers, launchers and scripts use: kova://action/ with arrange, undo, zoom, stack, float or tile, with "
      "focus, move or swap and a direction (kova://action/focus/left), with focus/display or move/display and next or "
      "previous, or with place and the number of a tile; and kova://scene/ with a scene's name "
-     "(kova://scene/Deep%20Work). Without a URL, as when KOVA is chosen in a menu, the agent is started unless it "
-     "runs.",
+     "(kova://scene/Deep%20Work). Without a URL, as when KOVA is chosen in a menu, the agent is started; if it "
+     "runs, its settings are shown.",
      "kova open kova://action/arrange",
      {{.key = "url",
        .value = "URL",

@@ -14,6 +14,9 @@
 #include "control/SceneListeners.h"
 #include "control/SceneMethods.h"
 #include "control/SettingMethods.h"
+#include "control/SettingsBroadcast.h"
+#include "control/SettingsSections.h"
+#include "control/SettingsWindowControl.h"
 #include "control/ShortcutMethods.h"
 #include "control/StateBroadcast.h"
 #include "control/ThemeMethods.h"
@@ -57,7 +60,9 @@ class ControlMethods::Table {
         context_(std::move(context)), broadcast_(context_.controller, context_.queue),
         sceneListeners_(context_.controller), transfer_(context_.controller, context_.queue),
         shortcuts_(context_.shortcuts, context_.keys, context_.queue, context_.controller.state().isSuspended,
-                   context_.preferences) {
+                   context_.preferences),
+        settings_(
+            sections(), [this](const auto& changed) { return observeSettings(context_, changed); }, context_.queue) {
         if (context_.overlay) overlay_.emplace(*context_.overlay, context_.queue);
         addActions();
         addWindowCommands();
@@ -81,6 +86,7 @@ class ControlMethods::Table {
         }
         ControlReply reply = carryOut(found->second, request, peer);
         if (!reply) sayInOverlay(reply.error(), peer);
+        if (reply) settings_.touch();
         if (!reply || !found->second.isAnsweredOnceSaved) return answer(std::move(reply));
         context_.preferences.save(
             [result = std::move(*reply), answer = std::move(answer)](const auto& problem) mutable {
@@ -326,11 +332,22 @@ class ControlMethods::Table {
             [this](const Call&) { return switchUserInterface(context_.userInterface, UserInterfaceSwitch::restart); });
         addSaved("ui.on", {},
                  [this](const Call&) { return switchUserInterface(context_.userInterface, UserInterfaceSwitch::on); });
-        addSaved("ui.off", {},
-                 [this](const Call&) { return switchUserInterface(context_.userInterface, UserInterfaceSwitch::off); });
+        addSaved("ui.off", {}, [this](const Call&) {
+            if (SettingsWindowControl* window = settingsWindow()) window->close();
+            return switchUserInterface(context_.userInterface, UserInterfaceSwitch::off);
+        });
         add("ui.show", {"what"},
-            [this](const Call& call) { return showInUserInterface(overlay_ ? &*overlay_ : nullptr, call.parameters); });
+            [this](const Call& call) { return showInUserInterface(userInterfaceWindows(), call.parameters); });
+        add("ui.hide", {"what"},
+            [this](const Call& call) { return hideInUserInterface(userInterfaceWindows(), call.parameters); });
+        add("settings.show", {"pane"},
+            [this](const Call& call) { return showSettings(userInterfaceWindows(), call.parameters); });
     }
+
+    SettingsWindowControl* settingsWindow() const {
+        return context_.settingsWindow ? context_.settingsWindow() : nullptr;
+    }
+    UserInterfaceWindows userInterfaceWindows() { return {overlay_ ? &*overlay_ : nullptr, settingsWindow()}; }
 
     void addAgent() {
         add("status", {}, [this](const Call&) -> ControlReply { return status(); });
@@ -345,7 +362,8 @@ class ControlMethods::Table {
     ControlReply subscribe(const Call& call) {
         const auto topic = call.parameters.optional("topic");
         if (!topic) return broadcast_.subscribe(call.peer);
-        if (topic->string() != "overlay") topic->fail("the one topic is “overlay”");
+        if (topic->string() == "settings") return settings_.subscribe(call.peer);
+        if (topic->string() != "overlay") topic->fail("the topics are “overlay” and “settings”");
         if (!overlay_) return refusal("This agent has no overlay");
         return overlay_->subscribe(call.peer);
     }
@@ -401,12 +419,36 @@ class ControlMethods::Table {
         return all;
     }
 
+    /// What the settings window shows: each section is the result of a method that a command uses, too.
+    std::vector<SettingsBroadcast::Section> sections() {
+        const WorkspaceController& controller = context_.controller;
+        const auto resultOf = [this](const char* method) {
+            return [this, method]() -> json {
+                const ControlReply reply = methods_.at(method).run({JsonCursor(kNoParameters, ""), kNoPeer});
+                return reply ? *reply : json(nullptr);
+            };
+        };
+        return {{"settings", [&controller] { return controlRecord::settings(controller); }},
+                {"displays", [&controller] { return controlRecord::displays(controller); }},
+                {"login", resultOf("login.status")},
+                {"dock", resultOf("dock.status")},
+                {"userInterface", resultOf("ui.status")},
+                {"shortcuts", resultOf("shortcut.list")},
+                {"themes", resultOf("theme.list")},
+                {"accentColors", resultOf("accent.list")},
+                {"rules", resultOf("rule.list")},
+                {"scenes", resultOf("scene.list")}};
+    }
+    inline static const json kNoParameters = json::object();
+    inline static const std::shared_ptr<ControlPeer> kNoPeer;
+
     ControlContext context_;
     StateBroadcast broadcast_;
     std::optional<OverlayBroadcast> overlay_;
     SceneListeners sceneListeners_;
     DocumentTransfer transfer_;
     ShortcutMethods shortcuts_;
+    SettingsBroadcast settings_;
     std::unordered_map<std::string, Method> methods_;
 };
 

@@ -20,6 +20,7 @@ class KovaShortcutSettings;
 class MenuServing;
 class OverlayServing;
 class PreferencesStore;
+class SettingsWindowControl;
 class URLHandler;
 class UserInterfaceControl;
 class WorkspaceController;
@@ -41,6 +42,7 @@ struct ControlContext {
     OverlayServing* overlay = nullptr;                           // null: nothing can be shown
     MenuServing* menu = nullptr;
     UserInterfaceControl* userInterface = nullptr;
+    std::function<SettingsWindowControl*()> settingsWindow = {}; // empty, or null for now: there is none
 };
 
 /// Main thread only.

@@ -107,6 +107,18 @@ struct OverlayMessage {
     bool operator==(const OverlayMessage&) const = default;
 };
 
+/// A window that the user opens.
+struct OverlayShownWindow {
+    std::optional<std::string> pane; // the part of it to begin with; absent: the one shown last
+    std::uint64_t request = 0;       // grows each time the window is asked for: one that is open comes to the front
+    bool operator==(const OverlayShownWindow&) const = default;
+};
+
+struct OverlayWindows {
+    std::optional<OverlayShownWindow> settings;
+    bool operator==(const OverlayWindows&) const = default;
+};
+
 struct OverlayContents {
     bool isSuspended = false;
     OverlayAppearance appearance;
@@ -115,6 +127,7 @@ struct OverlayContents {
     std::vector<OverlayDivider> dividers;
     std::optional<OverlayDrag> drag;
     std::optional<OverlayMessage> message;
+    OverlayWindows windows;
     bool operator==(const OverlayContents&) const = default;
 };
 
@@ -127,9 +140,10 @@ enum class OverlaySection : std::uint32_t {
     dividers = 1U << 4,
     drag = 1U << 5,
     message = 1U << 6,
+    windows = 1U << 7,
 };
 using OverlaySections = std::uint32_t;
-inline constexpr OverlaySections kEveryOverlaySection = (1U << 7) - 1;
+inline constexpr OverlaySections kEveryOverlaySection = (1U << 8) - 1;
 
 constexpr bool holds(OverlaySections sections, OverlaySection section) {
     return (sections & static_cast<OverlaySections>(section)) != 0;

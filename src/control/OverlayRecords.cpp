@@ -109,6 +109,14 @@ json message(const OverlayMessage& message) {
     return {{"text", message.text}, {"display", orNull(message.displayID)}, {"canUndo", message.canUndo}};
 }
 
+json shownWindow(const OverlayShownWindow& window) {
+    return {{"pane", orNull(window.pane)}, {"request", window.request}};
+}
+
+json windows(const OverlayWindows& shown) {
+    return {{"settings", orNull(shown.settings, shownWindow)}};
+}
+
 /// Of the sections that `before` has in the same form, or of all without it.
 json record(const OverlayContents& now, const OverlayContents* before) {
     json out = json::object();
@@ -122,6 +130,7 @@ json record(const OverlayContents& now, const OverlayContents* before) {
     add("dividers", &OverlayContents::dividers, [](const auto& all) { return list(all, divider); });
     add("drag", &OverlayContents::drag, [](const auto& value) { return orNull(value, drag); });
     add("message", &OverlayContents::message, [](const auto& value) { return orNull(value, message); });
+    add("windows", &OverlayContents::windows, windows);
     return out;
 }
 

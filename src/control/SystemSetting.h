@@ -1,9 +1,12 @@
 // A setting of the system that the agent keeps for the user: whether it starts at login, whether the Dock hides itself.
 #pragma once
 
+#include "support/Published.h"
+
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace kova {
 
@@ -18,6 +21,8 @@ struct SystemSetting {
     std::function<State()> state;
     /// The state afterwards says whether it worked, as far as that is known at once.
     std::function<void(bool isOn)> set;
+    /// Calls back when the state may have changed, until the result ends.
+    std::function<std::vector<Subscription>(const std::function<void()>& changed)> observe = {};
 };
 
 } // namespace kova

@@ -2,6 +2,10 @@
 
 #include "control/OverlayBroadcast.h"
 #include "control/Refusal.h"
+#include "control/SettingsWindowControl.h"
+
+#include <algorithm>
+#include <initializer_list>
 
 namespace kova {
 
@@ -81,13 +85,51 @@ ControlReply switchUserInterface(UserInterfaceControl* interface, UserInterfaceS
     return recordOf(interface->status());
 }
 
-ControlReply showInUserInterface(OverlayBroadcast* overlay, const JsonCursor& parameters) {
+namespace {
+
+/// The word for a window of the user interface.
+std::string wordIn(const JsonCursor& parameters, std::initializer_list<std::string_view> words) {
     const JsonCursor what = parameters.required("what");
-    if (what.string() != "menu") what.fail("the one thing that can be shown is “menu”");
-    if (!overlay || !overlay->show(what.string())) {
+    std::string wanted = what.string();
+    if (std::ranges::find(words, wanted) == words.end()) {
+        std::string listed;
+        for (const std::string_view word : words) listed += (listed.empty() ? "“" : ", “") + std::string(word) + "”";
+        what.fail("expected one of " + listed);
+    }
+    return wanted;
+}
+
+} // namespace
+
+ControlReply showInUserInterface(const UserInterfaceWindows& windows, const JsonCursor& parameters) {
+    const std::string what = wordIn(parameters, {"menu", "settings"});
+    if (what == "settings") {
+        const json withoutPane = json::object();
+        auto shown = showSettings(windows, JsonCursor(withoutPane, ""));
+        return shown ? ControlReply(json{{"what", what}}) : shown;
+    }
+    if (!windows.overlay || !windows.overlay->show(what)) {
         return refusal("No program that could show it is connected. Start it with “kova ui restart”");
     }
-    return json{{"what", what.string()}};
+    return json{{"what", what}};
+}
+
+ControlReply hideInUserInterface(const UserInterfaceWindows& windows, const JsonCursor& parameters) {
+    const std::string what = wordIn(parameters, {"settings"});
+    if (windows.settings) windows.settings->close();
+    return json{{"what", what}};
+}
+
+ControlReply showSettings(const UserInterfaceWindows& windows, const JsonCursor& parameters) {
+    std::optional<std::string> pane;
+    if (const auto given = parameters.optional("pane")) {
+        pane = given->string();
+        if (std::ranges::find(kSettingsPanes, *pane) == kSettingsPanes.end()) given->fail("there is no such pane");
+    }
+    if (!windows.settings) return refusal(kNoInterface);
+    if (windows.overlay) windows.overlay->hasPeers(); // forgets clients that are gone
+    if (auto problem = windows.settings->show(pane)) return refusal(*problem);
+    return json{{"pane", orNull(pane)}};
 }
 
 } // namespace kova

@@ -6,12 +6,15 @@
 #include "control/UserInterfaceControl.h"
 #include "support/JsonDecoding.h"
 
+#include <array>
 #include <functional>
 #include <string>
+#include <string_view>
 
 namespace kova {
 
 class OverlayBroadcast;
+class SettingsWindowControl;
 class WorkspaceController;
 
 /// What is shown of a shortcut.
@@ -23,7 +26,17 @@ ControlReply chooseFromMenu(MenuServing* menu, const WorkspaceController& contro
 ControlReply tellUserInterface(const UserInterfaceControl* interface);
 enum class UserInterfaceSwitch { on, off, restart };
 ControlReply switchUserInterface(UserInterfaceControl* interface, UserInterfaceSwitch change);
-/// Asks the clients that draw the overlay to open something.
-ControlReply showInUserInterface(OverlayBroadcast* overlay, const JsonCursor& parameters);
+
+/// What shows windows; null where there is none.
+struct UserInterfaceWindows {
+    OverlayBroadcast* overlay = nullptr;
+    SettingsWindowControl* settings = nullptr;
+};
+/// The panes of the settings window, in their order.
+inline constexpr std::array<std::string_view, 8> kSettingsPanes = {"general", "layouts",    "shortcuts",    "rules",
+                                                                   "scenes",  "appearance", "applications", "about"};
+ControlReply showInUserInterface(const UserInterfaceWindows& windows, const JsonCursor& parameters);
+ControlReply hideInUserInterface(const UserInterfaceWindows& windows, const JsonCursor& parameters);
+ControlReply showSettings(const UserInterfaceWindows& windows, const JsonCursor& parameters);
 
 } // namespace kova

@@ -28,6 +28,7 @@ class AgentStage {
         // Time stands still while it is launched.
         desk.desktop.install("Maps", {.bundleIdentifier = "org.example.Maps", .startsAfter = Seconds(0)});
         desk.start();
+        desk.delegate().applicationDidFinishLaunching(); // the workspace has started already
         urls.emplace(desk.controller(), desk.desktop.queue());
         ControlContext context{.controller = desk.controller(),
                                .urls = *urls,
@@ -39,7 +40,8 @@ class AgentStage {
                                .quit = [this] { hasQuit = true; },
                                .overlay = &desk.delegate().overlay(),
                                .menu = &menu.emplace(MenuBarServices{.delegate = desk.delegate()}),
-                               .userInterface = &userInterface};
+                               .userInterface = &userInterface,
+                               .settingsWindow = [this] { return desk.delegate().settingsWindow(); }};
         for (auto* setting : {&context.startAtLogin, &context.dockAutoHide}) {
             const auto isOn = std::make_shared<bool>(false);
             *setting = SystemSetting{[isOn] {

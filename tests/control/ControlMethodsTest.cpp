@@ -307,6 +307,66 @@ TEST_F(AgentMethods, TheOverlaysSubscribersHearOfItsOwnChangesOnceATurn) {
     EXPECT_FALSE(plain.message()["params"].contains("topic"));
 }
 
+TEST_F(AgentMethods, TheSettingsTopicTellsWhateverChangesASetting) {
+    const json topic = {{"topic", "settings"}};
+    auto window = client();
+    const json start = call(window, "subscribe", topic)["result"];
+    EXPECT_EQ(schemaViolation(schema, "result:subscribe", start), "");
+    struct Case {
+        const char* method;
+        json parameters;
+        std::set<std::string> sections;
+    };
+    const std::vector<Case> cases{
+        {"layout.setInset", {{"points", 9}}, {"settings"}},
+        {"layout.select", {{"layout", "quad-grid"}}, {"displays"}},
+        {"login.on", json::object(), {"login"}},
+        {"dock.on", json::object(), {"dock"}},
+        {"ui.off", json::object(), {"userInterface"}},
+        {"shortcut.clear", {{"action", "focusLeft"}}, {"shortcuts"}},
+        {"theme.select", {{"theme", "neon"}}, {"settings", "themes"}},
+        {"accent.select", {{"accentColor", "reactor-amber"}}, {"settings", "themes", "accentColors"}},
+        {"rule.add", {{"application", "mail"}, {"disposition", "float"}}, {"rules"}},
+        {"scene.capture", {{"name", "Work"}}, {"scenes"}},
+    };
+    json state = start["state"];
+    std::uint64_t last = start["sequence"];
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.method);
+        result(each.method, each.parameters);
+        const json told = window.message()["params"];
+        EXPECT_EQ(schemaViolation(schema, "notification:changed", told), "");
+        EXPECT_EQ(told["sequence"], ++last);
+        std::set<std::string> sections;
+        for (const auto& [name, value] : told["changes"].items()) sections.insert(name);
+        EXPECT_EQ(sections, each.sections);
+        state.update(told["changes"]);
+    }
+    EXPECT_EQ(state, call("subscribe", topic)["result"]["state"]);
+    EXPECT_EQ(state["login"]["isOn"], true);
+}
+
+TEST_F(AgentMethods, SettingsAreOpenUntilTheyAreClosed) {
+    EXPECT_EQ(error("settings.show")["code"], controlCode::refused) << "nothing is there to show them";
+    auto drawing = client();
+    const auto shown = [&] {
+        auto other = client();
+        return call(other, "subscribe", {{"topic", "overlay"}})["result"]["state"]["windows"]["settings"];
+    };
+    call(drawing, "subscribe", {{"topic", "overlay"}});
+    EXPECT_EQ(shown(), json());
+    EXPECT_EQ(error("settings.show", {{"pane", "colors"}})["code"], controlCode::invalidParameters);
+    result("settings.show", {{"pane", "shortcuts"}});
+    EXPECT_EQ(shown(), (json{{"pane", "shortcuts"}, {"request", 1}}));
+    result("ui.show", {{"what", "settings"}});
+    EXPECT_EQ(shown(), (json{{"pane", nullptr}, {"request", 2}})) << "asked for again";
+    result("ui.hide", {{"what", "settings"}});
+    EXPECT_EQ(shown(), json());
+    result("settings.show");
+    result("ui.off");
+    EXPECT_EQ(shown(), json()) << "what ends kova-ui closes them: they do not come back with it";
+}
+
 TEST_F(AgentMethods, WhatThePointerDoesInTheOverlayIsAMethodToo) {
     desk.arrange().expectTiles("Terminal 15,15 1254x1382 | Notes 1291,15 1254x1382");
     const std::string left = desk.targetID("A", "focus-main"), right = desk.targetID("A", "secondary-1");

@@ -1,0 +1,41 @@
+// Decides when the settings window is shown: on request only, until the user closes it or the agent ends. That it is
+// shown is a section of the overlay's contents, so that a kova-ui which starts later, or again, shows it. Main thread
+// only.
+#pragma once
+
+#include "app/OverlayBoard.h"
+#include "control/SettingsWindowControl.h"
+#include "control/UserInterfaceControl.h"
+
+#include <cstdint>
+#include <functional>
+
+namespace kova {
+
+class KovaSettingsWindowController final : public SettingsWindowControl {
+  public:
+    /// `userInterface` is null where no program draws windows. `readSystem` takes over what others may have changed in
+    /// the system's own settings. All of it outlives the controller.
+    KovaSettingsWindowController(OverlayBoard& board, UserInterfaceControl* userInterface,
+                                 std::function<void()> readSystem);
+    ~KovaSettingsWindowController() override;
+    KovaSettingsWindowController(const KovaSettingsWindowController&) = delete;
+    KovaSettingsWindowController& operator=(const KovaSettingsWindowController&) = delete;
+
+    std::optional<std::string> show(const std::optional<std::string>& pane) override;
+    /// While it is shown, reads again what the system's own settings say.
+    void refresh();
+    void close() override;
+    bool isShown() const { return shown_.has_value(); }
+
+  private:
+    std::optional<std::string> startUserInterface();
+
+    OverlayBoard& board_;
+    UserInterfaceControl* userInterface_;
+    std::function<void()> readSystem_;
+    std::optional<OverlayShownWindow> shown_;
+    std::uint64_t requests_ = 0; // since the start
+};
+
+} // namespace kova

@@ -1,0 +1,50 @@
+#include "control/SettingsBroadcast.h"
+
+#include "control/JsonRpc.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kova {
+
+using nlohmann::json;
+
+SettingsBroadcast::SettingsBroadcast(std::vector<Section> sections, Observe observe, MainQueue& queue) :
+    sections_(std::move(sections)), observe_(std::move(observe)), queue_(queue) {}
+
+json SettingsBroadcast::subscribe(std::shared_ptr<ControlPeer> peer) {
+    sendChanges(); // the other clients get first what the new one finds in the state
+    if (peers_.empty()) {
+        subscriptions_ = observe_([this] { touch(); });
+        sent_ = json::object();
+        for (const Section& section : sections_) sent_[section.name] = section.value();
+    }
+    if (std::find(peers_.begin(), peers_.end(), peer) == peers_.end()) peers_.push_back(std::move(peer));
+    return {{"topic", "settings"}, {"sequence", sequence_}, {"state", sent_}};
+}
+
+void SettingsBroadcast::touch() {
+    if (peers_.empty() || std::exchange(isTouched_, true)) return;
+    queue_.post(lifetime_.guard([this] { sendChanges(); }));
+}
+
+void SettingsBroadcast::sendChanges() {
+    isTouched_ = false;
+    std::erase_if(peers_, [](const auto& peer) { return !peer->isConnected(); });
+    if (peers_.empty()) {
+        subscriptions_.clear();
+        sent_ = nullptr;
+        return;
+    }
+    json changes = json::object();
+    for (const Section& section : sections_) {
+        json now = section.value();
+        if (now != sent_[section.name]) changes[section.name] = sent_[section.name] = std::move(now);
+    }
+    if (changes.empty()) return;
+    const std::string line = jsonrpc::line(jsonrpc::notification(
+        "changed", {{"topic", "settings"}, {"sequence", ++sequence_}, {"changes", std::move(changes)}}));
+    for (const auto& peer : peers_) peer->send(line);
+}
+
+} // namespace kova

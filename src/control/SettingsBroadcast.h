@@ -1,0 +1,52 @@
+// Sends what the settings window shows to the clients that show it: whole first, then the sections that changed.
+// Changes of one turn of the main queue are sent together, under one number; without clients nothing is observed or
+// computed. Main thread only.
+#pragma once
+
+#include "control/ControlHandling.h"
+#include "support/Lifetime.h"
+#include "support/MainQueue.h"
+#include "support/Published.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+class SettingsBroadcast {
+  public:
+    /// A part of the state, computed when it is asked for; null where this desktop has nothing of the kind.
+    struct Section {
+        std::string name;
+        std::function<nlohmann::json()> value;
+    };
+    /// Calls back when any section may have changed, until its result ends.
+    using Observe = std::function<std::vector<Subscription>(std::function<void()> changed)>;
+
+    SettingsBroadcast(std::vector<Section> sections, Observe observe, MainQueue& queue);
+
+    /// Sends changes to the client from now on; the result holds the whole state and the number of the last change.
+    nlohmann::json subscribe(std::shared_ptr<ControlPeer> peer);
+    /// Something may have changed: it is looked at in the next turn of the queue, if a client is there.
+    void touch();
+
+  private:
+    void sendChanges();
+
+    std::vector<Section> sections_;
+    Observe observe_;
+    MainQueue& queue_;
+    std::vector<std::shared_ptr<ControlPeer>> peers_;
+    std::vector<Subscription> subscriptions_;
+    nlohmann::json sent_; // the state as the clients know it
+    bool isTouched_ = false;
+    std::uint64_t sequence_ = 0;
+    Lifetime lifetime_;
+};
+
+} // namespace kova

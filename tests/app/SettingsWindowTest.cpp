@@ -1,0 +1,91 @@
+#include "app/AppDelegate.h"
+#include "app/KovaMenuBarContent.h"
+#include "persistence/MemoryPreferencesStore.h"
+#include "platform/simulated/SimulatedDesktop.h"
+
+#include <gtest/gtest.h>
+
+namespace kova {
+namespace {
+
+class Program final : public UserInterfaceServicing {
+  public:
+    std::optional<std::string> absence() const override { return missing; }
+    void start(std::function<void(UserInterfaceEnd)> ended) override {
+        isRunning = true;
+        ended_ = std::move(ended);
+    }
+    void end() override { isRunning = false; }
+    std::optional<pid_t> process() const override { return isRunning ? std::optional<pid_t>(4711) : std::nullopt; }
+    void isClosed() {
+        isRunning = false;
+        ended_(UserInterfaceEnd::byItself);
+    }
+
+    std::optional<std::string> missing;
+    bool isRunning = false;
+
+  private:
+    std::function<void(UserInterfaceEnd)> ended_;
+};
+
+class LoginItemByHand final : public LaunchAtLoginServicing {
+  public:
+    LaunchAtLoginStatus status() const override { return now; }
+    std::optional<std::string> registerAtLogin() override { return "not here"; }
+    std::optional<std::string> unregisterAtLogin() override { return "not here"; }
+    LaunchAtLoginStatus now = LaunchAtLoginStatus::notRegistered;
+};
+
+class SettingsWindow : public ::testing::Test {
+  protected:
+    SettingsWindow() { desktop.addDisplay({.name = "A"}); }
+    std::optional<OverlayShownWindow> shown() {
+        OverlayContents contents;
+        delegate.overlay().update(contents, kEveryOverlaySection);
+        return contents.windows.settings;
+    }
+
+    SimulatedDesktop desktop;
+    MemoryPreferencesStore preferences;
+    Program program;
+    LoginItemByHand loginItem;
+    AppDelegate delegate{
+        {desktop, desktop, desktop, desktop, desktop, preferences, desktop.queue(), desktop.pollingQueue(), desktop},
+        {.launchAtLogin = &loginItem, .userInterface = &program}};
+};
+
+TEST_F(SettingsWindow, IsShownOnRequestOnlyAndReadsTheSystemsSettingsThen) {
+    EXPECT_FALSE(delegate.settingsWindow()) << "before the launch";
+    delegate.applicationDidFinishLaunching();
+    EXPECT_EQ(shown(), std::nullopt);
+    loginItem.now = LaunchAtLoginStatus::enabled; // by hand
+    EXPECT_EQ(delegate.settingsWindow()->show("about"), std::nullopt);
+    EXPECT_EQ(shown(), (OverlayShownWindow{"about", 1}));
+    EXPECT_TRUE(*delegate.launchAtLogin()->startsAtLogin());
+    KovaMenuBarContent menu({.delegate = delegate});
+    EXPECT_TRUE(menu.choose("settings"));
+    EXPECT_EQ(shown(), (OverlayShownWindow{std::nullopt, 2}));
+    delegate.stopWorkspace();
+    EXPECT_TRUE(delegate.settingsWindow()->isShown()) << "they do not belong to the workspace";
+    delegate.settingsWindow()->close();
+    EXPECT_EQ(shown(), std::nullopt);
+}
+
+TEST_F(SettingsWindow, StartsTheProgramThatDrawsItOrSaysWhyNot) {
+    delegate.applicationDidFinishLaunching();
+    program.isClosed();
+    EXPECT_EQ(delegate.settingsWindow()->show(std::nullopt), std::nullopt);
+    EXPECT_TRUE(program.isRunning);
+    delegate.userInterface()->setOn(false);
+    EXPECT_EQ(delegate.settingsWindow()->show(std::nullopt), "kova-ui is switched off. Switch it on with “kova ui on”");
+    delegate.overlay().watch([](OverlaySections) {});
+    EXPECT_EQ(delegate.settingsWindow()->show(std::nullopt), std::nullopt) << "started by hand, it is there";
+    delegate.overlay().watch({});
+    program.missing = "kova-ui is not installed";
+    EXPECT_EQ(delegate.settingsWindow()->show(std::nullopt), program.missing);
+    EXPECT_FALSE(KovaMenuBarContent({.delegate = delegate}).choose("settings"));
+}
+
+} // namespace
+} // namespace kova
