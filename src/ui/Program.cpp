@@ -1,11 +1,11 @@
 #include "ui/Program.h"
 
 #include "ui/overlay/PlainPlatform.h"
+#include "ui/style/WidgetPalette.h"
 #include "ui/x11/X11Platform.h"
 
 #include <QApplication>
 #include <QCursor>
-#include <QPalette>
 
 #include <algorithm>
 #include <utility>
@@ -21,8 +21,9 @@ Program::Program(const std::string& socketPath) :
                                    this, [this] { contentsChanged(); }, Qt::QueuedConnection);
                            },
                        .showRequested =
-                           [this](const std::string& what) {
-                               if (what == "menu") tray_.openMenu(QCursor::pos());
+                           [this](const std::string& what, const nlohmann::json& parameters) {
+                               if (what == "menu") return tray_.openMenu(QCursor::pos());
+                               windows_.show(what, parameters);
                            },
                        .notUnderstood =
                            [this](const std::string& reason) {
@@ -32,14 +33,19 @@ Program::Program(const std::string& socketPath) :
     preferences_([this] { applyTaste(); }),
     actions_(
         link_, [this](const ApplicationName& application, int size) { return icons_.icon(application, size); },
-        [this] { styleMenus(); }),
+        [this] { styleWidgets(); }),
     tray_(
-        link_, [this] { styleMenus(); },
+        link_, [this] { styleWidgets(); },
         [this](const std::string& id) {
             // What ends applications asks first.
             if (id == "force-quit-all") return actions_.forceQuitAll();
             link_.call("menu.choose", {{"id", id}});
-        }) {
+        }),
+    windows_({.socketPath = socketPath,
+              .icon = [this](const ApplicationName& application, int size) { return icons_.icon(application, size); },
+              .overlay = [this] { return link_.contents() ? &*link_.contents() : nullptr; },
+              .palette = [this] { return palette(); },
+              .styleWidgets = [this] { styleWidgets(); }}) {
     if (const auto* x11 = qApp->nativeInterface<QNativeInterface::QX11Application>()) {
         auto platform = X11Platform::create(x11->connection());
         if (platform) {
@@ -64,12 +70,14 @@ void Program::contentsChanged() {
     isRefreshDue_ = false;
     const auto& contents = link_.contents();
     overlay_->show(contents);
+    if (contents && windows_.isAnyOpen() && contents->appearance != styledAppearance_) styleWidgets();
     // After the overlay, which is what one waits for.
     if (std::exchange(isAgentThere_, contents.has_value()) != contents.has_value()) tray_.setAgentThere(isAgentThere_);
 }
 
 void Program::applyTaste() {
     icons_.clear();
+    if (windows_.isAnyOpen()) styleWidgets();
     overlay_->setTaste(
         {.brightness = preferences_.brightness(),
          .mayMove = preferences_.mayMove(),
@@ -77,18 +85,16 @@ void Program::applyTaste() {
          .icon = [this](const ApplicationName& application, int size) { return icons_.icon(application, size); }});
 }
 
-void Program::styleMenus() {
+Palette Program::palette() const {
+    return paletteFor(link_.contents() ? link_.contents()->appearance : Appearance{}, preferences_.brightness(),
+                      Compositing::absent);
+}
+
+void Program::styleWidgets() {
     if (!link_.contents()) return;
     const OverlayContents& contents = *link_.contents();
-    const Palette colors = paletteFor(contents.appearance, preferences_.brightness(), Compositing::absent);
-    QPalette palette(colors.raised);
-    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::HighlightedText}) {
-        palette.setColor(role, colors.text);
-        palette.setColor(QPalette::Disabled, role, colors.mutedText);
-    }
-    palette.setColor(QPalette::Base, colors.panel);
-    palette.setColor(QPalette::Highlight, colors.accentFill);
-    QApplication::setPalette(palette);
+    styledAppearance_ = contents.appearance;
+    applyWidgetPalette(palette());
     const double scale = contents.displays.empty() ? 1 : contents.displays.front().scale;
     QFont font = QApplication::font();
     font.setPixelSize(std::max(1, static_cast<int>(std::lround((points::smallText + 1) * scale))));

@@ -8,6 +8,7 @@
 #include "ui/style/ApplicationIcons.h"
 #include "ui/style/DesktopPreferences.h"
 #include "ui/tray/Tray.h"
+#include "ui/windows/WindowHost.h"
 
 #include <memory>
 #include <string>
@@ -22,7 +23,8 @@ class Program : public QObject {
   private:
     void contentsChanged();
     void applyTaste();
-    void styleMenus();
+    Palette palette() const;
+    void styleWidgets();
 
     AgentLink link_;
     ApplicationIcons icons_;
@@ -31,9 +33,11 @@ class Program : public QObject {
     std::unique_ptr<OverlayPlatform> platform_;
     std::unique_ptr<Overlay> overlay_;
     Tray tray_;
+    WindowHost windows_;
     bool isAgentThere_ = false;
     bool isRefreshDue_ = false;
     std::string lastComplaint_;
+    Appearance styledAppearance_; // what widgets were styled for last
 };
 
 } // namespace kova::ui

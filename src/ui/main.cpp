@@ -3,6 +3,7 @@
 
 #include "control/client/ControlSocket.h"
 #include "support/Version.h"
+#include "ui/windows/Translations.h"
 
 #include <QApplication>
 
@@ -56,6 +57,7 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("kova-ui"));
     QApplication::setQuitOnLastWindowClosed(false);
+    kova::ui::installTranslations(QLocale::system());
     kova::ui::Program program(socket);
     program.start();
     return QApplication::exec();

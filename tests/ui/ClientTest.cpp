@@ -43,7 +43,7 @@ struct Conversation {
     int changes = 0;
     AgentLink link{path,
                    {.contentsChanged = [this] { ++changes; },
-                    .showRequested = [this](const std::string& what) { shown.push_back(what); },
+                    .showRequested = [this](const std::string& what, const nlohmann::json&) { shown.push_back(what); },
                     .notUnderstood = [this](const std::string& reason) { complaints.push_back(reason); }}};
 };
 
@@ -126,7 +126,7 @@ TEST(OverlayMirror, PassesOverWhatIsNotForIt) {
     int changes = 0;
     std::string asked;
     OverlayMirror mirror({.contentsChanged = [&] { ++changes; },
-                          .showRequested = [&](const std::string& what) { asked = what; },
+                          .showRequested = [&](const std::string& what, const nlohmann::json&) { asked = what; },
                           .notUnderstood = [](const std::string& reason) { ADD_FAILURE() << reason; }});
     const auto id = nlohmann::json::parse(mirror.connected())["id"];
     mirror.receive(nlohmann::json{{"id", id}, {"result", {{"sequence", 7}, {"state", sampleState()}}}}.dump());

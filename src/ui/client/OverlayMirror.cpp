@@ -51,7 +51,8 @@ std::string OverlayMirror::receive(std::string_view line) {
     const std::string method = textIn(message, "method");
     if (method == "changed") return takeChanges(memberOf(message, "params"));
     if (method == "show") {
-        listener_.showRequested(textIn(memberOf(message, "params"), "what"));
+        const nlohmann::json parameters = memberOf(message, "params");
+        listener_.showRequested(textIn(parameters, "what"), parameters);
         return {};
     }
     return method.empty() ? takeAnswer(message) : std::string();

@@ -25,7 +25,8 @@ class OverlayMirror {
   public:
     struct Listener {
         std::function<void()> contentsChanged;
-        std::function<void(const std::string& what)> showRequested;
+        /// `parameters` are those of the notification.
+        std::function<void(const std::string& what, const nlohmann::json& parameters)> showRequested;
         /// The agent speaks another contract, or what it sends cannot be understood. The text is for the user.
         std::function<void(const std::string& reason)> notUnderstood;
     };

@@ -1,0 +1,127 @@
+#include "ui/client/AgentSession.h"
+
+#include "ui/client/AgentLink.h"
+
+#include <QPointer>
+
+#include <utility>
+
+namespace kova::ui {
+
+namespace {
+
+using nlohmann::json;
+
+Answer answerIn(const json& message) {
+    if (!message.contains("error")) return {message.value("result", json()), {}};
+    const json& error = message["error"];
+    const std::string text = error.is_object() ? error.value("message", "") : "";
+    return {nullptr, text.empty() ? "The agent refused the request" : text};
+}
+
+} // namespace
+
+AgentSession::AgentSession(std::string socketPath, QObject* parent) :
+    QObject(parent), socketPath_(std::move(socketPath)) {
+    retry_.setSingleShot(true);
+    connect(&retry_, &QTimer::timeout, this, [this] { connectNow(); });
+    connectNow();
+}
+
+AgentSession::~AgentSession() {
+    blockSignals(true);
+    lose();
+}
+
+void AgentSession::connectNow() {
+    auto connected = ControlClient::connect(socketPath_);
+    if (!connected) {
+        retry_.start(pauseBeforeAttempt(attempts_++));
+        return;
+    }
+    client_ = std::make_unique<ControlClient>(std::move(*connected));
+    readable_ = std::make_unique<QSocketNotifier>(client_->descriptor(), QSocketNotifier::Read);
+    connect(readable_.get(), &QSocketNotifier::activated, this, [this] { read(); });
+    if (isFollowing_) subscribe();
+    Q_EMIT connectionChanged();
+}
+
+void AgentSession::read() {
+    while (client_) {
+        auto received = client_->receiveAvailable();
+        if (!received) return lose();
+        const std::optional<std::string>& line = *received;
+        if (!line) return;
+        attempts_ = 0;
+        receive(*line);
+    }
+}
+
+void AgentSession::lose() {
+    if (!client_) return;
+    // The notifier may be the sender of the signal that is being handled.
+    readable_->setEnabled(false);
+    readable_.release()->deleteLater();
+    client_.reset();
+    state_ = json::object();
+    retry_.start(pauseBeforeAttempt(attempts_++));
+    const auto waiting = std::exchange(waiting_, {});
+    for (const auto& [id, done] : waiting) done({nullptr, "The agent has ended"});
+    Q_EMIT connectionChanged();
+}
+
+void AgentSession::call(const QObject* context, const std::string& method, json parameters,
+                        std::function<void(const Answer&)> done) {
+    if (!client_) {
+        if (done) done({nullptr, "The agent does not run"});
+        return;
+    }
+    const std::uint64_t id = nextRequest_++;
+    if (done) {
+        waiting_[id] = [context = QPointer<const QObject>(context), act = std::move(done)](const Answer& answer) {
+            if (context) act(answer);
+        };
+    }
+    const json message{{"jsonrpc", "2.0"}, {"id", id}, {"method", method}, {"params", std::move(parameters)}};
+    if (client_->send(message.dump(-1, ' ', false, json::error_handler_t::replace))) lose();
+}
+
+void AgentSession::follow() {
+    if (std::exchange(isFollowing_, true) || !client_) return;
+    subscribe();
+}
+
+void AgentSession::subscribe() {
+    call(this, "subscribe", json::object(), [this](const Answer& answer) {
+        if (!answer.result.is_object()) return;
+        state_ = answer.result.value("state", json::object());
+        std::set<std::string> sections;
+        for (const auto& section : state_.items()) sections.insert(section.key());
+        Q_EMIT changed(sections);
+    });
+}
+
+void AgentSession::receive(const std::string& line) {
+    const json message = json::parse(line, nullptr, false);
+    if (!message.is_object()) return;
+    const auto method = message.find("method");
+    const json parameters = message.value("params", json::object());
+    if (method == message.end()) {
+        const auto found = waiting_.find(message.value("id", std::uint64_t(0)));
+        if (found == waiting_.end()) return;
+        const auto done = std::move(found->second);
+        waiting_.erase(found);
+        done(answerIn(message));
+    } else if (*method == "changed" && parameters.contains("changes")) {
+        std::set<std::string> sections;
+        for (const auto& section : parameters["changes"].items()) {
+            state_[section.key()] = section.value();
+            sections.insert(section.key());
+        }
+        Q_EMIT changed(sections);
+    } else if (method->is_string()) {
+        Q_EMIT notified(method->get<std::string>(), parameters);
+    }
+}
+
+} // namespace kova::ui

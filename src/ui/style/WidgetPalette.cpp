@@ -1,0 +1,35 @@
+#include "ui/style/WidgetPalette.h"
+
+#include "ui/style/Colours.h"
+
+#include <QApplication>
+
+namespace kova::ui {
+
+QPalette widgetPalette(const Palette& colors) {
+    QPalette palette(colors.raised, colors.panel);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::HighlightedText,
+                            QPalette::ToolTipText, QPalette::BrightText}) {
+        palette.setColor(role, colors.text);
+        palette.setColor(QPalette::Disabled, role, colors.mutedText);
+    }
+    palette.setColor(QPalette::PlaceholderText, colors.mutedText);
+    palette.setColor(QPalette::Base, colors.raised);
+    palette.setColor(QPalette::AlternateBase, over(colors.raised, colors.hovered));
+    palette.setColor(QPalette::ToolTipBase, colors.raised);
+    palette.setColor(QPalette::Highlight, colors.accentFill);
+    palette.setColor(QPalette::Link, colors.accentLine);
+    palette.setColor(QPalette::LinkVisited, colors.accentLine);
+    return palette;
+}
+
+void applyWidgetPalette(const Palette& colors) {
+    const QPalette palette = widgetPalette(colors);
+    QApplication::setPalette(palette);
+    QPalette menus = palette;
+    menus.setColor(QPalette::Window, colors.raised);
+    menus.setColor(QPalette::Base, colors.panel);
+    QApplication::setPalette(menus, "QMenu");
+}
+
+} // namespace kova::ui

@@ -1,0 +1,27 @@
+// A list to which source files add entries of their own before main() begins, so that a new window or pane changes no
+// other file.
+#pragma once
+
+#include <utility>
+#include <vector>
+
+namespace kova::ui {
+
+template <class Entry>
+class Registry {
+  public:
+    /// A constant of a source file: `const Registry<WindowKind>::Addition registration({...});`
+    struct Addition {
+        explicit Addition(Entry entry) { list().push_back(std::move(entry)); }
+    };
+    /// In no particular order.
+    static const std::vector<Entry>& entries() { return list(); }
+
+  private:
+    static std::vector<Entry>& list() {
+        static std::vector<Entry> entries;
+        return entries;
+    }
+};
+
+} // namespace kova::ui

@@ -1,0 +1,97 @@
+#include "ui/windows/WindowHost.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace kova::ui {
+
+namespace {
+
+// A window that is opened again soon finds its connection; later the memory goes back to the system.
+constexpr std::chrono::seconds kRest{3};
+
+} // namespace
+
+WindowHost::WindowHost(Surroundings surroundings) :
+    surroundings_(std::move(surroundings)), focus_(std::make_unique<WindowFocus>()) {
+    rest_.setSingleShot(true);
+    connect(&rest_, &QTimer::timeout, this, [this] {
+        services_.reset();
+        agent_.reset();
+#ifdef __GLIBC__
+        malloc_trim(0);
+#endif
+    });
+}
+
+WindowHost::~WindowHost() = default;
+
+void WindowHost::setFocus(std::unique_ptr<WindowFocus> focus) {
+    focus_ = std::move(focus);
+}
+
+HostedWindow* WindowHost::window(const std::string& what) const {
+    const auto found = windows_.find(what);
+    return found == windows_.end() ? nullptr : found->second.get();
+}
+
+bool WindowHost::show(const std::string& what, const nlohmann::json& parameters) {
+    const auto& kinds = Registry<WindowKind>::entries();
+    const auto kind = std::ranges::find(kinds, what, [](const WindowKind& each) { return std::string(each.name); });
+    if (kind == kinds.end()) return false;
+    rest_.stop();
+    if (!agent_) {
+        if (surroundings_.styleWidgets) surroundings_.styleWidgets();
+        agent_ = std::make_unique<AgentSession>(surroundings_.socketPath);
+        services_.emplace(WindowServices{
+            .agent = *agent_,
+            .icon = surroundings_.icon,
+            .overlay = surroundings_.overlay,
+            .palette = surroundings_.palette,
+            .show = [this](const std::string& other, const nlohmann::json& with) { show(other, with); }});
+    }
+    std::unique_ptr<HostedWindow>& window = windows_[what];
+    if (!window) {
+        window = kind->make(*services_);
+        window->installEventFilter(this);
+    }
+    window->present(parameters);
+    if (!window->isVisible()) focus_->prepare(*window);
+    window->show();
+    focus_->take(*window);
+    return true;
+}
+
+bool WindowHost::eventFilter(QObject* watched, QEvent* event) {
+    auto* window = qobject_cast<HostedWindow*>(watched);
+    if (!window) return false;
+    if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+        window->close();
+        return true;
+    }
+    // The window's own close event may still refuse; a hidden window has been closed.
+    if (event->type() == QEvent::Hide && !event->spontaneous()) {
+        const bool hadKeyboard = window->isActiveWindow();
+        QMetaObject::invokeMethod(
+            this, [this, window, hadKeyboard] { closed(window, hadKeyboard); }, Qt::QueuedConnection);
+    }
+    return false;
+}
+
+void WindowHost::closed(const HostedWindow* window, bool hadKeyboard) {
+    const auto found = std::ranges::find_if(windows_, [&](const auto& entry) { return entry.second.get() == window; });
+    if (found == windows_.end() || found->second->isVisible()) return;
+    windows_.erase(found);
+    if (hadKeyboard) focus_->giveBack();
+    if (windows_.empty()) rest_.start(kRest);
+}
+
+} // namespace kova::ui

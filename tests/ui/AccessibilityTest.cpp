@@ -1,0 +1,63 @@
+// Every window and every settings page, as the accessibility interface tells of it.
+#include "tests/ui/WindowStage.h"
+#include "ui/windows/Pane.h"
+
+#include <QAccessible>
+#include <QAccessibleWidget>
+
+namespace kova::ui::testing {
+
+namespace {
+
+using Accessibility = WindowStage;
+
+bool holdsItems(QAccessible::Role role) {
+    switch (role) {
+    case QAccessible::List:
+    case QAccessible::Table:
+    case QAccessible::Tree:
+    case QAccessible::ComboBox:
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// Controls that lack a name or a description, one a line. Items of lists are named by their texts.
+std::string nameless(QAccessibleInterface* at) {
+    if (!at || at->state().invisible) return {};
+    std::string found;
+    if (at->state().focusable && !at->state().disabled && at->role() != QAccessible::Window) {
+        const QString name = at->text(QAccessible::Name), description = at->text(QAccessible::Description);
+        if (name.isEmpty() || description.isEmpty()) {
+            const QObject* object = at->object();
+            found += std::string("  ") + (object ? object->metaObject()->className() : "?") + " “" +
+                     (object ? object->objectName().toStdString() : "") + "” has " +
+                     (name.isEmpty() ? "no name" : "no description") + "\n";
+        }
+    }
+    for (int i = 0; !holdsItems(at->role()) && i < at->childCount(); ++i) found += nameless(at->child(i));
+    return found;
+}
+
+void expectAccessible(QWidget* window, const std::string& what) {
+    ASSERT_TRUE(window) << what;
+    EXPECT_FALSE(window->windowTitle().isEmpty()) << what;
+    EXPECT_EQ(nameless(QAccessible::queryAccessibleInterface(window)), "") << what;
+    EXPECT_LE(window->width(), 1280) << what;
+    EXPECT_LE(window->height(), 720) << what;
+}
+
+} // namespace
+
+TEST_F(Accessibility, EveryControlHasANameAndADescriptionAndFitsASmallDisplay) {
+    QAccessible::setActive(true);
+    desk.arrange();
+    for (const WindowKind& kind : Registry<WindowKind>::entries()) expectAccessible(open(kind.name), kind.name);
+    for (const PaneKind& pane : Registry<PaneKind>::entries()) {
+        QWidget* window = open("settings", {{"pane", pane.name}});
+        expectAccessible(window, std::string("settings: ") + pane.name);
+    }
+}
+
+} // namespace kova::ui::testing

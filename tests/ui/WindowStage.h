@@ -1,0 +1,50 @@
+// A window of kova-ui in front of a whole agent on the simulated desktop, over the agent's real socket. One thread
+// plays both: `until` serves the agent and the toolkit in turn. The desktop's time stands still unless a test advances
+// it.
+#pragma once
+
+#include "tests/control/AgentStage.h"
+#include "ui/client/AgentLink.h"
+#include "ui/windows/WindowHost.h"
+
+#include <QImage>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+
+namespace kova::ui::testing {
+
+class WindowStage : public ::testing::Test, public AgentStage {
+  protected:
+    WindowStage();
+    ~WindowStage() override;
+
+    /// Opens the window and waits until it is shown; null, and a failure, when it is not.
+    HostedWindow* open(const std::string& what, const nlohmann::json& parameters = nlohmann::json::object());
+    /// False when it does not hold within ten seconds.
+    bool until(const std::function<bool()>& holds);
+    /// The control of that object name in a window; null, and a failure, when there is none.
+    template <class Control>
+    static Control* control(const QWidget* window, const char* objectName) {
+        auto* found = window ? window->findChild<Control*>(QString::fromLatin1(objectName)) : nullptr;
+        EXPECT_TRUE(found) << "no control " << objectName;
+        return found;
+    }
+    /// What the agent answers to a method, asked on another connection: {"result"} or {"error"}.
+    nlohmann::json ask(const std::string& method, const nlohmann::json& parameters = nlohmann::json::object());
+
+    void style(Brightness brightness);
+    /// The window as it is drawn at so many pixels a point; without text cursor.
+    static QImage picture(QWidget& window, int scale);
+    /// Compares the window in light and dark, at scale 1 and 2, with golden/NAME-dark@2.png and so on. Skips the
+    /// comparison where the font of the golden pictures is missing.
+    void compareWithGoldens(QWidget& window, const std::string& name);
+
+    AgentLink link;
+    Brightness brightness = Brightness::dark;
+    WindowHost host;
+};
+
+} // namespace kova::ui::testing
