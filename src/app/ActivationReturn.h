@@ -1,5 +1,5 @@
-// An address that is opened brings KOVA to the front, a moment later and although nothing of it is to be seen. Says
-// which activations are to be given back to the application in front. Main thread.
+// When the Mac opens a URL of KOVA it also activates KOVA, a moment later and although KOVA shows no window. Says after
+// which activations the former application is to be activated again. Main thread.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -12,19 +12,19 @@ enum class OwnDialog { none, shown };
 
 class ActivationReturn {
   public:
-    /// The system activates an application this long after it has opened an address, at most.
+    /// The longest time between the opening of a URL and the activation.
     static constexpr Seconds kLongestDelay{0.5};
 
     /// `now` in uptime.
     void noteAddresses(Seconds now) { opened_ = now; }
-    /// Whether KOVA, being active at `now` in uptime, became so by an address and shows nothing that needs it. A dialog
-    /// keeps the keyboard.
+    /// Whether an activation at `now` (uptime) came from a URL. False while a dialog of KOVA is open: it needs the
+    /// keyboard.
     bool isDue(Seconds now, OwnDialog dialog) const {
         return opened_ && now - *opened_ <= kLongestDelay && dialog == OwnDialog::none;
     }
 
   private:
-    std::optional<Seconds> opened_; // uptime at which addresses were last opened
+    std::optional<Seconds> opened_; // uptime of the last URLs
 };
 
 } // namespace kova

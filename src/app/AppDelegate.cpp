@@ -10,7 +10,7 @@ namespace {
 
 template <class Controller, class Service>
 std::optional<Controller> controllerOf(Service* service, PreferencesStore& preferences) {
-    // Built in place: what callbacks point to does not move.
+    // Made in place, since callbacks point to it.
     return service ? std::optional<Controller>(std::in_place, *service, preferences) : std::nullopt;
 }
 
@@ -38,7 +38,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     if (dockAutoHide_ && *dockAutoHide_->hidesSystemDock()) {
         dockAutoHide_->applyDockPreference();
     } else if (dockAutoHide_) {
-        dockAutoHide_->refreshDockState(); // the Dock is changed at a start only for who wants it hidden
+        dockAutoHide_->refreshDockState(); // a start changes the Dock only for users who chose to hide it
     }
     settingsWindow_.emplace(overlay_, userInterface(), [this] { readSystemSettings(); });
     startWorkspace();
@@ -65,7 +65,7 @@ void AppDelegate::askForPermission() {
     (void)services_.accessibility.requestTrust(true);
 }
 
-/// The system itself asks with its first answer, so that the onboarding has nothing more to say.
+/// The system shows its own question at the first request, so the onboarding dialog can close.
 void AppDelegate::completeOnboarding() {
     if (*onboarding_.isCompleted()) return;
     onboarding_.complete();
@@ -84,7 +84,7 @@ std::optional<OnboardingOffer> AppDelegate::dockOffer() {
 void AppDelegate::startWorkspace() {
     if (workspaceIsStarted_) return;
     workspaceIsStarted_ = true;
-    if (userInterface_) userInterface_->start(); // it gets ready while the windows are read
+    if (userInterface_) userInterface_->start(); // it starts up while the windows are read
     backdrop_.emplace(workspace_, overlay_).show();
     if (shell_.dividerHandles) {
         layoutDividers_.emplace(workspace_, *shell_.dividerHandles, overlay_, services_.queue);
@@ -101,7 +101,7 @@ void AppDelegate::startWorkspace() {
             source->observeSystemActivity([this](SystemActivityEvent event) { handleSystemActivityEvent(event); }));
     }
     log(LogLevel::note, "workspace started");
-    // Nobody tells of a lock that was there before.
+    // There is no event for a lock that began before the start.
     if (services_.session.isLoginSessionScreenLocked()) handleSystemActivityEvent(SystemActivityEvent::screenDidLock);
     showOnboardingIfNeeded();
 }
@@ -112,7 +112,7 @@ void AppDelegate::stopWorkspace() {
     permissionSubscription_ = {};
     pauseSubscription_ = {};
     workspace_.setPaused(false);
-    // What the hand still holds goes back first.
+    // A drag in progress is cancelled first.
     removeMonitors();
     layoutShortcuts_.reset();
     if (shell_.onboarding) shell_.onboarding->closeOnboarding();
@@ -129,8 +129,8 @@ void AppDelegate::stopWorkspace() {
     log(LogLevel::note, "workspace stopped");
 }
 
-/// Those that follow what the user does. Each exists once, however often this is called. A desktop may keep a monitor
-/// that was installed without the permission deaf for good.
+/// Installs the monitors of pointer and keys, once however often this is called. Not without the permission: some
+/// desktops never send events to a monitor that was installed before it was granted.
 void AppDelegate::installMonitors() {
     removeMonitors();
     if (*workspace_.state().permissionState != AccessibilityPermissionState::granted) return;
@@ -138,8 +138,8 @@ void AppDelegate::installMonitors() {
     if (layoutShortcuts_) layoutShortcuts_->installMonitors();
 }
 
-/// The key that paused KOVA resumes it; while the screen cannot be seen no key is heard.
-void AppDelegate::hearResumeShortcut() {
+/// While KOVA is paused, the shortcut that resumes it works; while the screen cannot be seen, no shortcut does.
+void AppDelegate::monitorResumeShortcut() {
     if (!workspaceIsSuspendedForSystemTransition_ || !layoutShortcuts_) return;
     layoutShortcuts_->removeMonitors();
     if (*workspace_.state().isPaused && systemActivityState_.isAvailable()) layoutShortcuts_->installMonitors();
@@ -162,20 +162,20 @@ void AppDelegate::handleSystemActivityEvent(SystemActivityEvent event) {
     suspendOrResume();
 }
 
-/// While the user cannot see the screen, or has paused KOVA.
+/// KOVA is suspended while the user cannot see the screen, or has paused it.
 void AppDelegate::suspendOrResume() {
     const bool isPaused = *workspace_.state().isPaused;
     const bool isAvailable = systemActivityState_.isAvailable();
     const bool suspends = isPaused || !isAvailable;
     if (suspends == workspaceIsSuspendedForSystemTransition_) {
-        hearResumeShortcut();
+        monitorResumeShortcut();
         return;
     }
     workspaceIsSuspendedForSystemTransition_ = suspends;
     if (suspends) {
         workspace_.suspendForSystemTransition();
         removeMonitors(); // the overlay stays as it is
-        hearResumeShortcut();
+        monitorResumeShortcut();
         log(LogLevel::note, isPaused ? "workspace paused" : "workspace suspended");
         return;
     }

@@ -1,5 +1,5 @@
-// The agent's heart: owns the workspace for the life of the process, starts it and stops it, and suspends it while the
-// user cannot see the screen. Main thread only.
+// Owns the workspace for the lifetime of the process, starts and stops it, and suspends it while the user cannot see
+// the screen. Main thread only.
 #pragma once
 
 #include "app/BackdropWindowController.h"
@@ -24,11 +24,11 @@
 
 namespace kova {
 
-/// What the desktop has beside windows; null where it has nothing. All of it outlives the delegate.
+/// Services of the desktop beside windows; null where the desktop has none. All of them outlive the delegate.
 struct ShellServices {
     PointerMonitorServicing* pointer = nullptr;
     DividerHandleServicing* dividerHandles = nullptr;
-    std::vector<SystemActivityServicing*> systemActivity{}; // each tells of its own
+    std::vector<SystemActivityServicing*> systemActivity{}; // each reports some of the events
     KeyMonitorServicing* keys = nullptr;
     LaunchAtLoginServicing* launchAtLogin = nullptr;
     DockAutoHideServicing* dockAutoHide = nullptr;
@@ -40,14 +40,14 @@ class AppDelegate {
   public:
     /// The services outlive the delegate.
     explicit AppDelegate(const WorkspaceServices& services, const ShellServices& shell = {});
-    /// Stops the workspace if nobody did.
+    /// Stops the workspace if it is still started.
     ~AppDelegate();
     AppDelegate(const AppDelegate&) = delete;
     AppDelegate& operator=(const AppDelegate&) = delete;
 
     WorkspaceController& workspace() { return workspace_; }
     URLHandler& urls() { return urls_; }
-    /// What the desktop asks the program to open.
+    /// Opens URLs that the desktop passes to the program.
     void openURLs(const std::vector<std::string>& urls);
     KovaShortcutSettings& shortcutSettings() { return shortcutSettings_; }
     KovaOnboardingState& onboarding() { return onboarding_; }
@@ -60,25 +60,25 @@ class AppDelegate {
     KovaSettingsWindowController* settingsWindow() { return settingsWindow_ ? &*settingsWindow_ : nullptr; }
     DockAutoHideController* dockAutoHide() { return dockAutoHide_ ? &*dockAutoHide_ : nullptr; }
 
-    /// What is to be done once the process is up: settings of the system are looked at, and the workspace is started.
+    /// Call once when the process is ready: reads settings of the system and starts the workspace.
     void applicationDidFinishLaunching();
 
     /// Begins to manage windows, without asking the user for the permission; on a locked screen it begins suspended.
     /// Does nothing when it is started already.
     void startWorkspace();
-    /// Ends it: the desktop gets back what was borrowed, and the preferences are on disk. Does nothing unless started.
+    /// Leaves focus mode, removes monitors and overlay, and writes the preferences to disk. No-op unless started.
     void stopWorkspace();
     bool isWorkspaceStarted() const { return workspaceIsStarted_; }
     /// Shows the onboarding to a new user; a user who has given the permission already needs none.
     void showOnboardingIfNeeded();
-    /// Whether there is a permission that the user can be asked for.
+    /// Whether this desktop has a permission that the user can grant.
     bool canAskForPermission() const { return shell_.onboarding != nullptr; }
-    /// The user wants to give the permission: the system's question, and where that was shown before or is of no use,
-    /// the page of the system's settings.
+    /// Shows the system's question for the permission; if that was shown before, or has no effect, the page of the
+    /// system's settings.
     void askForPermission();
 
-    /// Suspends with the first condition that keeps the user from the screen, resumes once there is none left. Does
-    /// nothing unless started: what was missed is asked for at the start.
+    /// Suspends when the first condition begins under which the user cannot see the screen, resumes when the last one
+    /// ends. No-op unless started: the start queries the present state.
     void handleSystemActivityEvent(SystemActivityEvent event);
     const SystemActivityState& systemActivityState() const { return systemActivityState_; }
     bool isWorkspaceSuspended() const { return workspaceIsSuspendedForSystemTransition_; }
@@ -90,12 +90,12 @@ class AppDelegate {
     void followPermission();
     void completeOnboarding();
     void suspendOrResume();
-    void hearResumeShortcut();
+    void monitorResumeShortcut();
     void removeMonitors();
 
     WorkspaceServices services_;
     ShellServices shell_;
-    // In the order in which they read their preferences.
+    // The order matters: each reads its preferences when it is made.
     KovaOnboardingState onboarding_;
     std::optional<LaunchAtLoginController> launchAtLogin_;
     std::optional<DockAutoHideController> dockAutoHide_;

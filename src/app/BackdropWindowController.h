@@ -1,5 +1,5 @@
-// What lies behind all windows: for each display its frame and layout, the theme's palette and what is switched on, and
-// the status message at the bottom of the current display. Main thread only.
+// Contents of the overlay behind all windows: for each display its frame and layout, the theme's palette and switches,
+// and the status message at the bottom of the current display. Main thread only.
 #pragma once
 
 #include "app/OverlayBoard.h"

@@ -1,5 +1,5 @@
-// When a program that is to run all the time is started again after a crash: after 1, 2, 4, … seconds, and no more
-// after the fifth crash within a minute. Pure of any clock.
+// Delays before a crashed program is started again: 1, 2, 4, … seconds, and no restart after the fifth crash within a
+// minute. A value without a clock.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -16,14 +16,15 @@ class CrashBackoff {
     static constexpr std::size_t kMostCrashes = 5;
     static constexpr Seconds kWithin{60};
 
-    /// Notes a crash; how long to wait before the next start, absent when there is to be none. Uptime.
+    /// Records a crash at `now` (uptime). The time until the next start; absent when the program must not be started
+    /// again.
     std::optional<Seconds> delayAfterCrash(Seconds now) {
         std::erase_if(crashes_, [now](Seconds crash) { return now - crash >= kWithin; });
         crashes_.push_back(now);
         if (crashes_.size() >= kMostCrashes) return std::nullopt;
         return Seconds(static_cast<double>(1U << (crashes_.size() - 1)));
     }
-    /// The user wants a fresh start.
+    /// Call when the user starts the program.
     void forget() { crashes_.clear(); }
 
   private:

@@ -1,4 +1,4 @@
-// For each display the layouts that can be chosen for it, and the one that is.
+// For each display the layouts that can be chosen, and the chosen one.
 #pragma once
 
 #include "workspace/WorkspaceController.h"
@@ -22,12 +22,13 @@ struct DisplayLayoutMenu {
     bool operator==(const DisplayLayoutMenu&) const = default;
 };
 
-/// Lets the display's shape decide.
+/// The layout is chosen by the display's size.
 inline constexpr std::string_view kAutomaticLayoutOption = "automatic";
 
 /// In the platform's order of displays. A display for which nothing was chosen shows the layout in force as selected.
 std::vector<DisplayLayoutMenu> displayLayoutMenus(const WorkspaceController& workspace);
-/// False when the display or the option is not there any more, or the workspace refuses (its status message says why).
+/// False if the display or the option does not exist any more, or if the workspace refuses (its status message has the
+/// reason).
 bool chooseLayout(WorkspaceController& workspace, const std::string& displayID, const std::string& optionID);
 
 } // namespace kova

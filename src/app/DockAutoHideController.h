@@ -1,5 +1,5 @@
-// Whether the system's Dock hides itself, so that tiles have the whole screen. A user who has never chosen keeps the
-// Dock as it is; it is changed only where it differs from the choice, since changing it restarts it. Main thread only.
+// Whether the system's Dock hides itself, so that tiles have the whole screen. Until the user chooses, the Dock is not
+// changed. After that it is changed only if it differs from the choice, since a change restarts it. Main thread only.
 #pragma once
 
 #include "app/DockAutoHideServicing.h"
@@ -15,22 +15,22 @@ namespace kova {
 
 class DockAutoHideController {
   public:
-    /// Both outlive the controller. Nothing is asked or changed before the first call.
+    /// Both outlive the controller. The system is neither read nor changed before the first call.
     DockAutoHideController(DockAutoHideServicing& service, PreferencesStore& defaults);
 
-    /// The user's choice; without one, what was read of the system.
+    /// The user's choice; without one, the system's last known state.
     const Published<bool>& hidesSystemDock() const { return hidesSystemDock_; }
-    /// Whether the user has ever chosen: whether there is a value under the key.
+    /// Whether the user has ever chosen: the preference has a value.
     const Published<bool>& isPreferenceConfigured() const { return isPreferenceConfigured_; }
     const Published<std::optional<std::string>>& errorMessage() const { return errorMessage_; }
     /// Why this desktop has no such preference; absent where it has one.
     std::optional<std::string> absence() const { return service_.absence(); }
 
-    /// The user's choice: kept, and applied. On a desktop without such a preference it is only answered by the error.
+    /// Stores and applies the user's choice. On a desktop without such a preference it only sets the error.
     void setHidesSystemDock(bool hides);
-    /// Makes the system agree with the choice, if it does not. The outcome comes later.
+    /// Changes the system if it differs from the choice. Asynchronous.
     void applyDockPreference();
-    /// Takes over what the system says, without changing it. The outcome comes later.
+    /// Reads the system's state without changing it. Asynchronous.
     void refreshDockState();
 
   private:
@@ -44,7 +44,7 @@ class DockAutoHideController {
     Published<bool> hidesSystemDock_;
     Published<bool> isPreferenceConfigured_;
     Published<std::optional<std::string>> errorMessage_;
-    std::uint64_t wish_ = 0; // the newest; what is answered to an older one is out of date
+    std::uint64_t request_ = 0; // the newest; replies to older requests are ignored
     Lifetime lifetime_;
 };
 

@@ -1,4 +1,4 @@
-// The seam to the system's own Dock, which may hide itself so that tiles have the whole screen.
+// Platform interface to the system's Dock, which may hide itself so that tiles have the whole screen.
 #pragma once
 
 #include <functional>
@@ -9,15 +9,15 @@
 
 namespace kova {
 
-/// A command that the Dock is asked or told with could not be run, or failed.
+/// A command that reads or changes the Dock could not be run, or failed.
 struct DockAutoHideServiceError {
     std::string command; // its name without the folder
-    std::string message; // what it said, or why it could not be run
+    std::string message; // its error output, or why it could not be run
 
     static DockAutoHideServiceError commandFailed(std::string command, std::string message) {
         return {std::move(command), std::move(message)};
     }
-    /// In the user's words: "Unable to run defaults: ...".
+    /// For the user: "Unable to run defaults: ...".
     std::string description() const { return "Unable to run " + command + (message.empty() ? "" : ": " + message); }
 
     bool operator==(const DockAutoHideServiceError&) const = default;
@@ -31,12 +31,12 @@ class DockAutoHideServicing {
     using WriteCompletion = std::function<void(const std::optional<DockAutoHideServiceError>&)>;
 
     virtual ~DockAutoHideServicing() = default;
-    /// Why this desktop has no such preference, in one sentence; absent where it has one, and then the calls below are
-    /// of use.
+    /// Why this desktop has no such preference, in one sentence; absent if it has one. Otherwise do not call the
+    /// functions below.
     virtual std::optional<std::string> absence() const { return std::nullopt; }
-    /// Whether the Dock hides itself at present.
+    /// Reads whether the Dock hides itself.
     virtual void readAutoHide(ReadCompletion completion) = 0;
-    /// Makes it hide itself, or stay; it takes a moment to show. Absent when that is done.
+    /// Changes whether the Dock hides itself, which takes a moment. Completes without an error when it is done.
     virtual void writeAutoHide(bool hides, WriteCompletion completion) = 0;
 };
 

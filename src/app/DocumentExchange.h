@@ -1,4 +1,4 @@
-// Takes scenes and rules out to a file and in from one, as the user picks it in a panel.
+// Exports scenes and rules to a file, and imports them, with panels in which the user picks the file.
 #pragma once
 
 #include "app/DocumentPanelServicing.h"
@@ -14,7 +14,7 @@ class DocumentExchange {
     DocumentExchange(WorkspaceController& workspace, DocumentPanelServicing& panels, AlertServicing& alerts) :
         workspace_(workspace), panels_(panels), alerts_(alerts) {}
 
-    /// What goes wrong is told in an alert; what is done shows by itself.
+    /// Errors are shown in an alert; success is not reported.
     void exportDocument();
     void importDocument();
 

@@ -1,4 +1,4 @@
-// The seam to the panels in which a user picks a file.
+// Platform interface to the panels in which a user picks a file.
 #pragma once
 
 #include <functional>
@@ -14,11 +14,11 @@ struct FileProblem {
 };
 
 /// Main thread; never waits. Each completion is called at most once, on the main thread and after the call has
-/// returned: whoever cancels is not heard of again.
+/// returned; not at all if the user cancels.
 class DocumentPanelServicing {
   public:
     virtual ~DocumentPanelServicing() = default;
-    /// Asks where to keep the JSON text, and writes it there: aside first, then moved into place.
+    /// Asks where to save the JSON text and writes it there atomically.
     virtual void saveDocument(const std::string& proposedName, std::string json,
                               std::function<void(const std::optional<FileProblem>&)> completion) = 0;
     /// Asks for a JSON file and reads the whole of it.

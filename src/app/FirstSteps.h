@@ -1,4 +1,4 @@
-// What a new user is told where there is no window for it.
+// First advice to a new user, for desktops on which KOVA shows no window.
 #pragma once
 
 #include "workspace/WorkspaceController.h"
@@ -10,8 +10,8 @@ namespace kova {
 
 enum class Acquaintance { newUser, knowsTheWay };
 
-/// One line; absent when there is nothing to tell: the first arrangement shows that the user knows the way, and a
-/// session without windows to manage is told of as it is.
+/// One line; absent after the first arrangement, which shows that the user needs no advice, and in sessions in which
+/// no window can be managed, for which there are other messages.
 inline std::optional<std::string> firstSteps(Acquaintance acquaintance, const WorkspaceController& workspace) {
     const WorkspaceState& state = workspace.state();
     if (acquaintance == Acquaintance::knowsTheWay || !state.lastArrangeExplanation->empty() ||

@@ -77,7 +77,7 @@ std::string menuKeyEquivalent(const KovaShortcut& shortcut) {
     if (named != kNamedKeys.end()) return named->second;
     std::string label = shortcut.keyLabel;
     if (!isOneCharacter(label)) return {};
-    // A capital would mean that Shift is held.
+    // A capital letter would stand for Shift and the letter.
     if (label[0] >= 'A' && label[0] <= 'Z') label[0] = static_cast<char>(label[0] - 'A' + 'a');
     return label;
 }
@@ -106,7 +106,7 @@ class KovaMenuBarContent::Build {
     }
 
     std::vector<MenuEntry> takeEntries() { return std::move(entries_); }
-    /// What the entry does; empty when there is none that is enabled.
+    /// The operation of the entry; empty if the entry does not exist or is disabled.
     std::function<void()> takeOperation(std::string_view id) {
         const auto found = operations_.find(id);
         return found == operations_.end() ? nullptr : std::move(found->second);
@@ -131,7 +131,7 @@ class KovaMenuBarContent::Build {
             std::move(id), std::move(title), Enabled::yes, [set, isOn] { set(!isOn); }, checkedIf(isOn));
     }
     void separate() { entries_.push_back({.kind = MenuEntry::Kind::separator}); }
-    /// A line to read; none when there is nothing to say.
+    /// A line of text without an operation; none if `text` is empty.
     void addHeading(const std::string& text) {
         if (text.empty()) return;
         MenuEntry heading{.kind = MenuEntry::Kind::heading, .title = text};
@@ -281,7 +281,7 @@ class KovaMenuBarContent::Build {
         addHeading("Portable JSON · local-first");
     }
 
-    /// What the system refuses is said below the switch.
+    /// An error of the system is shown below the switch.
     void addSystemSettings() {
         if (LaunchAtLoginController* login = services_.delegate.launchAtLogin()) {
             addSwitch("start-at-login", "Start at Login", *login->startsAtLogin(),
@@ -303,7 +303,7 @@ class KovaMenuBarContent::Build {
         separate();
         addSwitch("update-automatically", "Check for Updates Automatically", checks,
                   [updates](bool on) { updates->setAutomaticallyChecksForUpdates(on); });
-        // Nothing is downloaded that nobody looks for.
+        // Automatic downloads need automatic checks.
         add(
             "update-download", "Download Updates Automatically", enabledIf(checks),
             [updates, downloads] { updates->setAutomaticallyDownloadsUpdates(!downloads); }, checkedIf(downloads));

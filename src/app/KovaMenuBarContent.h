@@ -1,5 +1,5 @@
 // What the menu-bar menu shows and what its entries do. The platform draws it and reports what was chosen; it decides
-// nothing. Pure of any toolkit, so that the whole menu is tried where there is no menu bar. Main thread only.
+// nothing. It uses no toolkit, so that the whole menu is tested on systems without a menu bar. Main thread only.
 #pragma once
 
 #include "app/AppDelegate.h"
@@ -16,10 +16,10 @@
 
 namespace kova {
 
-/// The character by which the Mac's menus know the key; empty when they know none.
+/// The character that stands for the key in a Mac's menus; empty if there is none.
 std::string menuKeyEquivalent(const KovaShortcut& shortcut);
 
-/// What the menu is about. What is null is not there, and neither are its entries. All of it outlives the menu.
+/// Services behind the menu. Entries of a service that is null are left out. All of them outlive the menu.
 struct MenuBarServices {
     AppDelegate& delegate;
     DocumentExchange* documents = nullptr;

@@ -1,4 +1,4 @@
-// Whether the user has been shown round. Main thread only.
+// Whether onboarding is complete. Main thread only.
 #pragma once
 
 #include "persistence/PreferenceKeys.h"

@@ -11,12 +11,12 @@ LaunchAtLoginController::LaunchAtLoginController(LaunchAtLoginServicing& service
     startsAtLogin_(storedBoolean(defaults, preferenceKey::startAtLogin).value_or(false)) {}
 
 void LaunchAtLoginController::setStartsAtLogin(bool starts) {
-    wish_ = starts;
+    requested_ = starts;
     defaults_.setValue(preferenceKey::startAtLogin, starts); // the user's choice, whether the system grants it or not
     const auto problem = starts ? service_.registerAtLogin() : service_.unregisterAtLogin();
     if (problem) {
         log(LogLevel::error, "Unable to update KOVA login item: " + *problem);
-        refreshStatus(); // the switch shows what is, not what was wished
+        refreshStatus(); // the switch shows the system's state, not the request
         errorMessage_.set(problem);
         return;
     }
@@ -31,8 +31,8 @@ void LaunchAtLoginController::setStartsAtLogin(bool starts) {
 void LaunchAtLoginController::refreshStatus() {
     // A program that still waits for the user's approval is not started.
     startsAtLogin_.set(service_.status() == LaunchAtLoginStatus::enabled);
-    // The user has allowed it meanwhile, or done it by hand.
-    if (wish_ == *startsAtLogin_) errorMessage_.set(std::nullopt);
+    // The user has allowed it meanwhile, or changed it in the system's settings.
+    if (requested_ == *startsAtLogin_) errorMessage_.set(std::nullopt);
 }
 
 } // namespace kova

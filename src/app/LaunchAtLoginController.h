@@ -1,4 +1,4 @@
-// Whether KOVA starts with the login session: the user's wish, and what the system has made of it. Main thread only.
+// Whether KOVA starts with the login session: the user's choice and the system's state. Main thread only.
 #pragma once
 
 #include "app/LaunchAtLoginServicing.h"
@@ -12,24 +12,24 @@ namespace kova {
 
 class LaunchAtLoginController {
   public:
-    /// Both outlive the controller. The system is asked by `refreshStatus`, not before.
+    /// Both outlive the controller. The system is read by `refreshStatus`, not before.
     LaunchAtLoginController(LaunchAtLoginServicing& service, PreferencesStore& defaults);
 
     const Published<bool>& startsAtLogin() const { return startsAtLogin_; }
-    /// What went wrong last, or what the user still has to allow, until it is as wished.
+    /// The last error, or what the user still has to allow, until the system's state is the user's choice.
     const Published<std::optional<std::string>>& errorMessage() const { return errorMessage_; }
-    /// Where the user can allow or forbid it by hand.
+    /// Where the user can allow or forbid it in the system's settings.
     std::string guidance() const { return service_.guidance(); }
 
-    /// Registers or unregisters, also when the system seems to agree already: the user wants it to.
+    /// Registers or unregisters, even if the system's state is the same already.
     void setStartsAtLogin(bool starts);
-    /// Takes over what the system says; changes nothing there.
+    /// Reads the system's state without changing it.
     void refreshStatus();
 
   private:
     LaunchAtLoginServicing& service_;
     PreferencesStore& defaults_;
-    std::optional<bool> wish_; // the newest of this process
+    std::optional<bool> requested_; // the user's last choice in this process
     Published<bool> startsAtLogin_;
     Published<std::optional<std::string>> errorMessage_;
 };

@@ -1,4 +1,4 @@
-// The seam to the list of programs that start with the login session.
+// Platform interface to the list of programs that start with the login session.
 #pragma once
 
 #include <optional>
@@ -13,10 +13,10 @@ class LaunchAtLoginServicing {
   public:
     virtual ~LaunchAtLoginServicing() = default;
     virtual LaunchAtLoginStatus status() const = 0;
-    /// What went wrong, in the system's words; absent when it is done.
+    /// The system's error text; absent on success.
     [[nodiscard]] virtual std::optional<std::string> registerAtLogin() = 0;
     [[nodiscard]] virtual std::optional<std::string> unregisterAtLogin() = 0;
-    /// Where the user can allow or forbid it by hand: one sentence.
+    /// Where the user can allow or forbid it, in one sentence.
     virtual std::string guidance() const { return "Allow KOVA under System Settings → General → Login Items."; }
 };
 

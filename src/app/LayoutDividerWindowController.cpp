@@ -41,7 +41,7 @@ LayoutDividerWindowController::~LayoutDividerWindowController() {
     close();
 }
 
-/// One operation changes the state in many places; the windows go first, and the handles once it is done.
+/// One operation changes the state several times; the handles are updated once, after the windows were placed.
 void LayoutDividerWindowController::refreshSoon() {
     if (std::exchange(isRefreshDue_, true)) return;
     board_.refresh(OverlaySection::dividers);
@@ -90,7 +90,7 @@ bool LayoutDividerWindowController::holdsWindows(const std::string& displayID) c
 
 void LayoutDividerWindowController::close() {
     if (!isClosed_) {
-        // First, as the tiles that go back show their handles again.
+        // First, because the restored tiles show their handles again.
         if (std::exchange(held_, std::nullopt)) workspace_.cancelDividerDrag();
         isClosed_ = true;
         shown_.clear();
@@ -137,7 +137,7 @@ double LayoutDividerWindowController::translation(const Held& held, CGPoint loca
 void LayoutDividerWindowController::handle(const DividerHandleEvent& event) {
     using Kind = DividerHandleEvent::Kind;
     if (isRefreshDue_) showHandles();
-    // A copy: what the workspace does with it may show other handles.
+    // A copy: the drag may replace the handles.
     const auto divider = dividerOf(event.handleID);
     switch (event.kind) {
     case Kind::pressed:

@@ -1,5 +1,5 @@
-// Keeps a handle on every divider of every display, turns what the pointer does with them into divider drags, and shows
-// the dividers in the overlay. Main thread only.
+// Keeps a handle on every divider of every display, turns pointer events on them into divider drags, and shows the
+// dividers in the overlay. Main thread only.
 #pragma once
 
 #include "app/OverlayBoard.h"
@@ -23,9 +23,9 @@ class LayoutDividerWindowController {
     LayoutDividerWindowController(const LayoutDividerWindowController&) = delete;
     LayoutDividerWindowController& operator=(const LayoutDividerWindowController&) = delete;
 
-    /// Shows the handles where the dividers are now; harmless when nothing has changed.
+    /// Updates the handles to the present dividers; no-op if nothing has changed.
     void refresh();
-    /// Takes them all away, until the next refresh.
+    /// Removes all handles until the next refresh.
     void close();
 
   private:

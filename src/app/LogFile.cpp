@@ -38,7 +38,7 @@ std::optional<std::string> openLog(const std::string& file, LogLevel lowest, Log
     std::optional<std::string> problem;
     try {
         sinks.push_back(std::make_shared<spdlog::sinks::rotating_file_sink_mt>(file, kLargestFileBytes, kOlderFiles));
-        std::error_code ignored; // its folder keeps others out all the same
+        std::error_code ignored; // without it other users are kept out by the folder's mode
         std::filesystem::permissions(file, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write,
                                      ignored);
     } catch (const spdlog::spdlog_ex& error) {

@@ -1,4 +1,4 @@
-// Where the log goes: a file that starts anew when it has grown, with one older file kept, and on request the terminal.
+// Where the log goes: a file that is rotated at a size limit, with one older file, and optionally the terminal.
 #pragma once
 
 #include "support/Log.h"
@@ -10,10 +10,10 @@ namespace kova {
 
 enum class LogEcho { none, standardError };
 
-/// Sends the log to the file, whose folder exists. Gives what is wrong when the file cannot be written; the terminal
-/// gets its lines all the same.
+/// Sends the log to the file, whose folder must exist. Returns the error if the file cannot be written; the terminal
+/// gets its lines in any case.
 std::optional<std::string> openLog(const std::string& file, LogLevel lowest, LogEcho echo);
-/// Writes out what is left and silences the log.
+/// Flushes the log; later lines are dropped.
 void closeLog();
 
 } // namespace kova

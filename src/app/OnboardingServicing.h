@@ -1,4 +1,4 @@
-// The seam to what a desktop shows a new user, and to the page on which the permission is given.
+// Platform interface to the dialog for a new user, and to the settings page on which the permission is granted.
 #pragma once
 
 #include <functional>
@@ -7,7 +7,7 @@
 
 namespace kova {
 
-/// A setting that may be chosen on the way.
+/// A setting that the dialog offers.
 struct OnboardingOffer {
     std::string title;
     std::string text;
@@ -19,13 +19,13 @@ struct OnboardingOffer {
 class OnboardingServicing {
   public:
     virtual ~OnboardingServicing() = default;
-    /// Says what KOVA does, and which permission is missing; `askForPermission` is called when the user goes on.
-    /// Harmless when it is shown already. Only what the user changes of the offer is chosen; nothing is called any more
-    /// once it is closed.
+    /// Shows what KOVA does and which permission is missing; `askForPermission` is called when the user continues.
+    /// No-op while it is shown. The offer's setting is changed only if the user changes it. No function is called after
+    /// the dialog is closed.
     virtual void showOnboarding(std::optional<OnboardingOffer> offer, std::function<void()> askForPermission) = 0;
-    /// Takes it away; harmless when it is not shown.
+    /// Closes the dialog; no-op if it is not shown.
     virtual void closeOnboarding() = 0;
-    /// Opens the page of the system's settings on which the permission is given.
+    /// Opens the page of the system's settings on which the permission is granted.
     virtual void openPermissionSettings() = 0;
 };
 

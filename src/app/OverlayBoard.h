@@ -1,5 +1,5 @@
-// Where the overlay's controllers put what they show. Each section of the contents belongs to one controller, which
-// fills it on demand: without a watcher a refresh costs a comparison. Main thread only.
+// Connects the overlay's controllers with its contents. Each section belongs to one controller, which fills it on
+// demand: without a watcher a refresh costs one comparison. Main thread only.
 #pragma once
 
 #include "control/OverlayContents.h"
@@ -13,11 +13,11 @@ class OverlayBoard final : public OverlayServing {
   public:
     using Fill = std::function<void(OverlayContents&)>;
 
-    /// From now on the section holds what `fill` writes into it.
+    /// Registers `fill`, which writes the section's contents from now on.
     void show(OverlaySection section, Fill fill);
-    /// What the section holds may have changed.
+    /// Call when the section's contents may have changed.
     void refresh(OverlaySection section);
-    /// The section is empty from now on.
+    /// Empties the section.
     void close(OverlaySection section);
 
     void update(OverlayContents& contents, OverlaySections sections) override;

@@ -1,4 +1,4 @@
-// Runs another program to its end, for the few things that a system offers only as a command.
+// Runs another program to its end, for functions that a system offers only as a command.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -11,17 +11,17 @@ namespace kova {
 struct ProcessOutcome {
     enum class Ending { exited, killed, notStarted, timedOut };
     Ending ending = Ending::notStarted;
-    int exitCode = 0;    // of one that exited
-    std::string output;  // what it wrote to its standard output, up to 64 KiB
-    std::string problem; // what it wrote to its standard error, up to 64 KiB; or why it did not start
+    int exitCode = 0;    // if it exited by itself
+    std::string output;  // standard output, up to 64 KiB
+    std::string problem; // standard error, up to 64 KiB, or why it could not be started
     bool hasSucceeded() const { return ending == Ending::exited && exitCode == 0; }
 };
 
 class ProcessRunning {
   public:
     virtual ~ProcessRunning() = default;
-    /// Runs the program, given by its full path, without a shell and without input, and waits for its end. After the
-    /// deadline it is ended. Any thread but the main one.
+    /// Runs the program, given by its full path, without a shell and without input, and waits for its end. Kills it
+    /// after the deadline. Any thread but the main one.
     virtual ProcessOutcome run(const std::string& program, const std::vector<std::string>& arguments,
                                Seconds deadline) = 0;
 };

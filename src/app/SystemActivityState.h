@@ -1,4 +1,4 @@
-// Whether the user can see the screen, as far as the system has told. Pure value.
+// Whether the user can see the screen, by the events of the system. A value.
 #pragma once
 
 #include "windowing/SystemActivityServicing.h"
@@ -11,9 +11,9 @@ struct SystemActivityState {
     bool isSessionActive = true;
     bool isScreenLocked = false;
 
-    /// Changes the one condition that the event is about.
+    /// Changes the condition to which the event belongs.
     void update(SystemActivityEvent event);
-    /// Any single unfavourable condition is enough for windows to be left alone.
+    /// False if any of the four conditions keeps the user from seeing the screen.
     bool isAvailable() const { return isSystemAwake && areScreensAwake && isSessionActive && !isScreenLocked; }
 
     bool operator==(const SystemActivityState&) const = default;

@@ -1,4 +1,4 @@
-// Arguments that a Mac adds to those of a person.
+// Arguments that a Mac adds to those of the user.
 #pragma once
 
 #include <vector>

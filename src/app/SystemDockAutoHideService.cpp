@@ -14,7 +14,7 @@ std::string trimmed(const std::string& text) {
 }
 
 DockAutoHideServiceError failure(const std::string& program, const ProcessOutcome& outcome) {
-    // Most programs complain on their standard error; some only say it.
+    // Most programs write errors to standard error, some to standard output.
     std::string message = trimmed(outcome.problem);
     if (message.empty()) message = trimmed(outcome.output);
     if (message.empty()) {
@@ -47,7 +47,7 @@ void SystemDockAutoHideService::readAutoHide(ReadCompletion completion) {
             answer = value == "1" || value == "true" || value == "YES";
         } else if (outcome.ending != ProcessOutcome::Ending::exited) {
             answer = failure(commands.defaults, outcome);
-        } // else nobody has ever set the value, and the Dock stays
+        } // else the value was never set, and the Dock does not hide
         queue.post([completion, answer] { completion(answer); });
     });
 }

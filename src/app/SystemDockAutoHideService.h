@@ -1,4 +1,4 @@
-// The Mac's Dock, which is asked and told through two commands of the system.
+// The Mac's Dock, read and changed with two commands of the system.
 #pragma once
 
 #include "app/DockAutoHideServicing.h"
@@ -16,11 +16,11 @@ struct DockCommands {
 
 class SystemDockAutoHideService final : public DockAutoHideServicing {
   public:
-    /// For each of the commands, which end within a fraction of it.
+    /// For each command. They normally end within a fraction of it.
     static constexpr Seconds kDeadline{10};
 
-    /// The commands run on `workQueue`, which may wait for them and works them off in order. All of these outlive the
-    /// service, and `runner` what is still in the queue.
+    /// The commands run on `workQueue`, one after the other. All of these outlive the service, and `runner` also the
+    /// work that is still queued.
     SystemDockAutoHideService(ProcessRunning& runner, WorkQueue& workQueue, MainQueue& queue,
                               DockCommands commands = {}) :
         runner_(runner),

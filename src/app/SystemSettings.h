@@ -1,4 +1,4 @@
-// The shell's two settings of the system, as clients see them.
+// Start at login and the hiding Dock, as settings of the control socket.
 #pragma once
 
 #include "control/SystemSetting.h"

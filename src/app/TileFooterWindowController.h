@@ -14,7 +14,7 @@
 
 namespace kova {
 
-/// What the footer says of a window that claimed further tiles.
+/// The footer's text about a window that claimed further tiles.
 std::string placementNoticeText(const WindowPlacementNotice& notice);
 
 class TileFooterWindowController {

@@ -1,15 +1,15 @@
-// The seam to whatever looks for newer versions of the program. Where nothing does, there is none.
+// Platform interface to the check for newer versions of the program; optional.
 #pragma once
 
 namespace kova {
 
-/// Main thread; never waits. What is found is shown, and installed, by the checker itself.
+/// Main thread; never waits. The checker itself shows and installs a new version.
 class UpdateChecker {
   public:
     virtual ~UpdateChecker() = default;
     /// False while a check is under way.
     virtual bool canCheckForUpdates() const = 0;
-    /// Looks now, and also says when there is nothing new. Nothing happens unless it can.
+    /// Checks now, and also reports that there is no newer version. No-op while it cannot.
     virtual void checkForUpdates() = 0;
 
     virtual bool automaticallyChecksForUpdates() const = 0;

@@ -1,5 +1,4 @@
-// Keeps the program that draws the overlay running while it is switched on, and tells what became of it. Main thread
-// only.
+// Keeps the program that draws the overlay running while it is switched on, and reports its state. Main thread only.
 #pragma once
 
 #include "app/CrashBackoff.h"
@@ -22,7 +21,7 @@ class UserInterfaceController final : public UserInterfaceControl, public Diagno
     UserInterfaceController(const UserInterfaceController&) = delete;
     UserInterfaceController& operator=(const UserInterfaceController&) = delete;
 
-    /// With the workspace: the program starts if it is switched on, and ends.
+    /// Call with the workspace's start and stop: runs the program between them if it is switched on.
     void start();
     void stop();
 
@@ -44,7 +43,7 @@ class UserInterfaceController final : public UserInterfaceControl, public Diagno
     bool isStarted_ = false; // the workspace
     CrashBackoff backoff_;
     std::optional<std::string> problem_; // since the last start
-    std::uint64_t run_ = 0;              // counts starts and ends, so that what belongs to an earlier one is recognized
+    std::uint64_t run_ = 0;              // counts starts and ends; callbacks of earlier runs are ignored
     Lifetime lifetime_;
 };
 

@@ -1,4 +1,4 @@
-// The seam to the program that draws the overlay and the menu: one process, which ends with this one.
+// Platform interface to the program that draws the overlay and the menu: one process, which ends with this one.
 #pragma once
 
 #include <sys/types.h>
@@ -19,12 +19,12 @@ enum class UserInterfaceEnd {
 class UserInterfaceServicing {
   public:
     virtual ~UserInterfaceServicing() = default;
-    /// Why there is no such program; absent when there is one.
+    /// Why the program is not available; absent if it is.
     virtual std::optional<std::string> absence() const = 0;
     /// Starts the program unless it runs. `ended` is called once, on the main queue and after this has returned, when
     /// the process ends without `end`. Main thread; never waits.
     virtual void start(std::function<void(UserInterfaceEnd)> ended) = 0;
-    /// Asks the process to end; nothing when there is none. It may be started again at once.
+    /// Asks the process to end; no-op if it does not run. It may be started again at once.
     virtual void end() = 0;
     /// Absent when it does not run.
     virtual std::optional<pid_t> process() const = 0;

@@ -28,17 +28,17 @@ void WindowDragCoordinator::installMonitor() {
 
 void WindowDragCoordinator::removeMonitor() {
     subscription_ = {};
-    letGo_.reset();
+    release_.reset();
     contentPress_.reset();
-    if (grip_) workspace_.cancelWindowDrag();
-    grip_.reset();
+    if (press_) workspace_.cancelWindowDrag();
+    press_.reset();
     showDrag(std::nullopt);
 }
 
 std::optional<OverlayDrag> WindowDragCoordinator::dragAt(CGPoint location) const {
-    const bool isMoving = grip_ && !letGo_ && grip_->movement == WorkspaceController::WindowDragKind::move;
+    const bool isMoving = press_ && !release_ && press_->movement == WorkspaceController::WindowDragKind::move;
     if (!isMoving) return std::nullopt;
-    return OverlayDrag{grip_->windowID, displayUnder(location), *workspace_.state().dropTargetSlotID};
+    return OverlayDrag{press_->windowID, displayUnder(location), *workspace_.state().dropTargetSlotID};
 }
 
 void WindowDragCoordinator::showDrag(std::optional<OverlayDrag> drag) {
@@ -67,12 +67,12 @@ void WindowDragCoordinator::handle(const PointerEvent& event) {
 }
 
 void WindowDragCoordinator::pressed(CGPoint location) {
-    // The hand is faster than the window, or a release was never told.
-    if (grip_ && !letGo_) letGo_ = LetGo{location, WorkspaceController::LettingGo::intoTile};
-    finishLettingGo();
+    // A press soon after a release, or the event of the release was lost.
+    if (press_ && !release_) release_ = Release{location, WorkspaceController::LettingGo::intoTile};
+    finishRelease();
     const bool asksAtOnce = pointer_.dragsWindowsByAnyPoint() || isNearKnownTitleOrEdge(location);
     contentPress_ = asksAtOnce ? std::nullopt : std::optional(location);
-    if (asksAtOnce) takeHold(location);
+    if (asksAtOnce) beginPress(location);
 }
 
 bool WindowDragCoordinator::isNearKnownTitleOrEdge(CGPoint location) const {
@@ -85,16 +85,16 @@ bool WindowDragCoordinator::isNearKnownTitleOrEdge(CGPoint location) const {
     return isNearTitleOrEdge(flipped(location, maxY(screens.front().frame)), frames);
 }
 
-void WindowDragCoordinator::takeHold(CGPoint location) {
+void WindowDragCoordinator::beginPress(CGPoint location) {
     const auto windowID = workspace_.managedWindowUnder(location);
     const auto frame = windowID ? workspace_.currentFrame(*windowID) : std::nullopt;
     if (!frame) return;
-    grip_ = Grip{*windowID, *frame, location};
+    press_ = Press{*windowID, *frame, location};
     workspace_.holdWindow(*windowID);
 }
 
 /// The window may have moved already: its frame at the press is the one last known.
-void WindowDragCoordinator::takeHoldByContent(CGPoint location) {
+void WindowDragCoordinator::beginPressByContent(CGPoint location) {
     if (!contentPress_) return;
     const CGPoint start = *contentPress_;
     if (std::hypot(location.x - start.x, location.y - start.y) < kContentDragPoints) return;
@@ -103,64 +103,64 @@ void WindowDragCoordinator::takeHoldByContent(CGPoint location) {
     if (!windowID) return;
     const auto known = std::ranges::find(workspace_.liveWindows(), *windowID, &ManagedWindow::id);
     if (known == workspace_.liveWindows().end() || !known->frame) return;
-    grip_ = Grip{*windowID, *known->frame, start};
+    press_ = Press{*windowID, *known->frame, start};
     if (!movement()) {
-        grip_.reset(); // a selection of text, and not a window that is dragged
+        press_.reset(); // a selection of text, not the drag of a window
         return;
     }
     workspace_.holdWindow(*windowID);
 }
 
-bool WindowDragCoordinator::isAtRest(CGPoint location) const {
-    return std::hypot(location.x - grip_->pointer.x, location.y - grip_->pointer.y) <= kFrameTolerancePoints;
+bool WindowDragCoordinator::isUnmoved(CGPoint location) const {
+    return std::hypot(location.x - press_->pointer.x, location.y - press_->pointer.y) <= kFrameTolerancePoints;
 }
 
 std::optional<WorkspaceController::WindowDragKind> WindowDragCoordinator::movement() const {
-    const auto frame = workspace_.currentFrame(grip_->windowID);
-    if (!frame || nearlyEqual(*frame, grip_->frame, kFrameTolerancePoints)) return std::nullopt;
-    const bool isResized = std::abs(frame->size.width - grip_->frame.size.width) > kFrameTolerancePoints ||
-                           std::abs(frame->size.height - grip_->frame.size.height) > kFrameTolerancePoints;
+    const auto frame = workspace_.currentFrame(press_->windowID);
+    if (!frame || nearlyEqual(*frame, press_->frame, kFrameTolerancePoints)) return std::nullopt;
+    const bool isResized = std::abs(frame->size.width - press_->frame.size.width) > kFrameTolerancePoints ||
+                           std::abs(frame->size.height - press_->frame.size.height) > kFrameTolerancePoints;
     return isResized ? WorkspaceController::WindowDragKind::resize : WorkspaceController::WindowDragKind::move;
 }
 
 void WindowDragCoordinator::moved(CGPoint location) {
-    if (!grip_) takeHoldByContent(location);
-    if (!grip_) return;
-    // A window that moves under a hand that rests is moved by somebody else.
-    if (!grip_->isDragging && isAtRest(location)) return;
+    if (!press_) beginPressByContent(location);
+    if (!press_) return;
+    // If only the window moves, another program moves it.
+    if (!press_->isDragging && isUnmoved(location)) return;
     const auto what = movement();
     if (!what) return;
-    if (!grip_->isDragging) grip_->isDragging = workspace_.beginWindowDrag(grip_->windowID, grip_->frame);
-    if (!grip_->isDragging) return;
+    if (!press_->isDragging) press_->isDragging = workspace_.beginWindowDrag(press_->windowID, press_->frame);
+    if (!press_->isDragging) return;
     workspace_.updateWindowDrag(location, *what);
-    grip_->movement = *what;
+    press_->movement = *what;
 }
 
 void WindowDragCoordinator::released(CGPoint location, bool isShiftDown) {
     moved(location);
     contentPress_.reset();
     showDrag(std::nullopt);
-    if (!grip_) return;
-    if (!grip_->isDragging && isAtRest(location)) return letGoUnmoved(); // a click
+    if (!press_) return;
+    if (!press_->isDragging && isUnmoved(location)) return endUnmovedPress(); // a click
     const auto lettingGo =
         isShiftDown ? WorkspaceController::LettingGo::floating : WorkspaceController::LettingGo::intoTile;
-    letGo_ = LetGo{location, lettingGo};
-    queue_.after(kSettlingTime, lifetime_.guard([this] { finishLettingGo(); }));
+    release_ = Release{location, lettingGo};
+    queue_.after(kSettlingTime, lifetime_.guard([this] { finishRelease(); }));
 }
 
-/// The hand was on the window, but has not moved it.
-void WindowDragCoordinator::letGoUnmoved() {
-    grip_.reset();
+/// The window was pressed but not moved.
+void WindowDragCoordinator::endUnmovedPress() {
+    press_.reset();
     workspace_.letGoOfWindow();
 }
 
-void WindowDragCoordinator::finishLettingGo() {
-    if (!grip_ || !letGo_) return;
-    const LetGo where = *std::exchange(letGo_, std::nullopt);
-    moved(where.location); // a window that is slower than a quick hand has moved only now
-    if (!grip_->isDragging) return letGoUnmoved();
+void WindowDragCoordinator::finishRelease() {
+    if (!press_ || !release_) return;
+    const Release where = *std::exchange(release_, std::nullopt);
+    moved(where.location); // a slow window may have followed a quick drag only now
+    if (!press_->isDragging) return endUnmovedPress();
     const auto what = movement().value_or(WorkspaceController::WindowDragKind::move);
-    grip_.reset();
+    press_.reset();
     workspace_.endWindowDrag(where.location, what, where.lettingGo);
 }
 

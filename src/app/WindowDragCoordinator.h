@@ -1,6 +1,6 @@
-// Recognizes that the user moves or resizes a window with the pointer, and tells the workspace over which tile the
-// window is and where it was released. What happens then the workspace decides. The overlay shows the drag while a
-// window is moved. Main thread only.
+// Recognizes that the user moves or resizes a window with the pointer, and reports the pointer's position and the
+// release to the workspace, which decides what happens. The overlay shows the drag while a window is moved. Main thread
+// only.
 #pragma once
 
 #include "app/OverlayBoard.h"
@@ -16,10 +16,10 @@ namespace kova {
 
 class WindowDragCoordinator {
   public:
-    /// The window may reach its last place a little after the button is up.
+    /// After the release a window may reach its final frame this late.
     static constexpr Seconds kSettlingTime{0.05};
-    /// Where windows are dragged by their titles and edges, a press elsewhere asks nothing; a drag this long may be of
-    /// a window that follows its content, and asks once.
+    /// On desktops on which windows are dragged by their titles and edges, a press elsewhere sends no request to the
+    /// application. A drag of this length may move a window by its content, and sends one.
     static constexpr double kContentDragPoints = 24;
 
     /// All of it outlives the coordinator.
@@ -30,12 +30,12 @@ class WindowDragCoordinator {
     WindowDragCoordinator& operator=(const WindowDragCoordinator&) = delete;
 
     void installMonitor();
-    /// What the hand holds is left where it is, and to the polls.
+    /// Ends a drag; polls may move the window again.
     void removeMonitor();
 
   private:
-    /// The button is down on a managed window, which may or may not follow.
-    struct Grip {
+    /// The button is down on a managed window, which may or may not be dragged.
+    struct Press {
         std::string windowID;
         CGRect frame{};    // window-service space, when the button went down
         CGPoint pointer{}; // screen space, at the same moment
@@ -47,15 +47,15 @@ class WindowDragCoordinator {
     void moved(CGPoint location);
     void released(CGPoint location, bool isShiftDown);
     bool isNearKnownTitleOrEdge(CGPoint location) const;
-    void takeHold(CGPoint location);
-    void takeHoldByContent(CGPoint location);
-    void letGoUnmoved();
-    void finishLettingGo();
-    bool isAtRest(CGPoint location) const;
+    void beginPress(CGPoint location);
+    void beginPressByContent(CGPoint location);
+    void endUnmovedPress();
+    void finishRelease();
+    bool isUnmoved(CGPoint location) const;
     std::optional<OverlayDrag> dragAt(CGPoint location) const;
     void showDrag(std::optional<OverlayDrag> drag);
     std::optional<std::string> displayUnder(CGPoint location) const;
-    /// What the hand has done to the window so far; absent when nothing.
+    /// How the window's frame has changed since the press; absent if it has not.
     std::optional<WorkspaceController::WindowDragKind> movement() const;
 
     WorkspaceController& workspace_;
@@ -63,14 +63,14 @@ class WindowDragCoordinator {
     OverlayBoard& board_;
     MainQueue& queue_;
     Subscription subscription_;
-    /// The button is up, and the window on its way to its last place.
-    struct LetGo {
+    /// The button is up, and the window may still be moving to its final frame.
+    struct Release {
         CGPoint location{};
         WorkspaceController::LettingGo lettingGo = WorkspaceController::LettingGo::intoTile;
     };
-    std::optional<CGPoint> contentPress_; // screen space; until the pointer has gone far enough to ask
-    std::optional<Grip> grip_;
-    std::optional<LetGo> letGo_;
+    std::optional<CGPoint> contentPress_; // screen space; until the pointer has moved by kContentDragPoints
+    std::optional<Press> press_;
+    std::optional<Release> release_;
     std::optional<OverlayDrag> shownDrag_; // until the button is up
     Lifetime lifetime_;
 };

@@ -84,14 +84,14 @@ void DocumentTransfer::scheduleSweep() {
     if (sweep_) sweep_->cancel();
     sweep_.reset();
     if (uploads_.empty()) return;
-    sweep_ = queue_.after(kPatience + Seconds(1), lifetime_.guard([this] { dropAbandoned(); }));
+    sweep_ = queue_.after(kUploadTimeout + Seconds(1), lifetime_.guard([this] { dropAbandoned(); }));
 }
 
 void DocumentTransfer::dropAbandoned() {
     const Seconds now = queue_.uptime();
     std::erase_if(uploads_, [&](const Upload& upload) {
         const auto peer = upload.peer.lock();
-        return !peer || !peer->isConnected() || now - upload.lastPiece > kPatience;
+        return !peer || !peer->isConnected() || now - upload.lastPiece > kUploadTimeout;
     });
     scheduleSweep();
 }

@@ -18,7 +18,7 @@ namespace kova {
 class DocumentTransfer {
   public:
     /// A client that says nothing for so long in the middle of a document has given up.
-    static constexpr Seconds kPatience{60};
+    static constexpr Seconds kUploadTimeout{60};
 
     /// Both outlive the transfer.
     DocumentTransfer(WorkspaceController& controller, MainQueue& queue) : controller_(controller), queue_(queue) {}

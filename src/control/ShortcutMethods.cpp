@@ -17,7 +17,7 @@ using nlohmann::json;
 /// How often the recording client is checked for its connection.
 constexpr Seconds kConnectionCheckInterval{0.2};
 /// The answer of a window system is a matter of milliseconds; where nothing is claimed at present there is none.
-constexpr Seconds kClaimPatience{0.5};
+constexpr Seconds kClaimReportDelay{0.5};
 
 constexpr const char* kNoKeys = "No key can be heard in this session";
 constexpr const char* kSuspended = "Suspended while the screen is asleep, locked or another user's";
@@ -205,7 +205,7 @@ void ShortcutMethods::checkConnection(std::uint64_t number) {
         if (!recording_ || recording_->number != number) return;
         const auto peer = recording_->peer.lock();
         if (!peer || !peer->isConnected()) return endRecording("cancelled", "");
-        if (queue_.uptime() - recording_->since >= kRecordingPatience) {
+        if (queue_.uptime() - recording_->since >= kRecordingTimeout) {
             return endRecording("cancelled", "Nothing was typed for a minute");
         }
         checkConnection(number);
@@ -246,7 +246,8 @@ void ShortcutMethods::endOnceSaved(ShortcutRecorder::Step step) {
 void ShortcutMethods::tellOnceClaimed(const std::weak_ptr<ControlPeer>& peer, KovaShortcutAction action,
                                       Claiming claiming) {
     waiting_.push_back({peer, action});
-    queue_.after(claiming == Claiming::done ? Seconds(0) : kClaimPatience, lifetime_.guard([this] { tellClaimed(); }));
+    queue_.after(claiming == Claiming::done ? Seconds(0) : kClaimReportDelay,
+                 lifetime_.guard([this] { tellClaimed(); }));
 }
 
 void ShortcutMethods::tellClaimed() {

@@ -20,7 +20,7 @@ namespace kova {
 class ShortcutMethods {
   public:
     /// Recording ends after this long without a key: meanwhile no other program gets the keyboard.
-    static constexpr Seconds kRecordingPatience{60};
+    static constexpr Seconds kRecordingTimeout{60};
 
     /// All of them outlive the methods; `keys` is null in a session where no key can be heard. Nothing is recorded
     /// while the workspace is suspended: the lock screen needs the keyboard, and what is typed there is no shortcut.

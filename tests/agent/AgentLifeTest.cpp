@@ -24,7 +24,7 @@ class AgentLife : public ::testing::Test {
     }
 };
 
-TEST_F(AgentLife, ALimitOnTheSizeOfFilesEndsNoAgent) {
+TEST_F(AgentLife, ALimitOnFileSizesDoesNotEndTheAgent) {
 #ifdef __SANITIZE_THREAD__
     GTEST_SKIP() << "the thread sanitizer itself cannot start with such a limit";
 #endif
@@ -43,7 +43,7 @@ TEST_F(AgentLife, ALimitOnTheSizeOfFilesEndsNoAgent) {
 }
 
 /// Each has a runtime folder, and so a socket, of its own.
-TEST_F(AgentLife, OneAgentHasTheServer) {
+TEST_F(AgentLife, OnlyOneAgentManagesAServer) {
     PrivateServer server("800x600", ClientProcessNumbers::told);
     Session session(server.folder(), server.displayName());
     const pid_t agent = session.startAgent();
@@ -61,7 +61,7 @@ TEST_F(AgentLife, OneAgentHasTheServer) {
     EXPECT_TRUE(session.agentAnswers());
 }
 
-TEST_F(AgentLife, OneAgentHasTheSessionAndSignalsEndItCleanly) {
+TEST_F(AgentLife, OnlyOneAgentManagesASessionAndSignalsEndItCleanly) {
     PrivateServer server("800x600");
     Session session(server.folder(), server.displayName());
     for (const int signal : {SIGTERM, SIGINT, SIGHUP, 0}) {
@@ -86,7 +86,7 @@ TEST_F(AgentLife, OneAgentHasTheSessionAndSignalsEndItCleanly) {
     }
 }
 
-TEST_F(AgentLife, TheFirstCommandFindsTheWindowsThatAreThere) {
+TEST_F(AgentLife, TheFirstCommandFindsExistingWindows) {
     PrivateServer server("800x600");
     TestClient client(server.displayName(), "Drawing", static_cast<std::uint32_t>(getpid()));
     for (int i = 0; i < 40; ++i) client.open({.title = std::to_string(i)});

@@ -1,5 +1,4 @@
-// Screens that the X server switches off. The servers in memory have none to switch off, so the one of real desktops
-// runs here, with a screen that does not exist.
+// Screens that the X server switches off. Xvfb cannot do that, so these tests run Xorg with a dummy driver.
 #include "tests/agent/Session.h"
 #include "tests/desktop/TestClient.h"
 #include "tests/linux/TemporaryFolder.h"
@@ -154,27 +153,27 @@ class DarkScreens : public ::testing::Test {
     std::vector<xcb_window_t> windows_;
 };
 
-TEST_F(DarkScreens, SuspendTheWorkspaceUntilTheyAreLitAgain) {
+TEST_F(DarkScreens, SuspendTheWorkspaceUntilTheyAreOnAgain) {
     EXPECT_NE(session_->kova({"doctor"}).output.find("Dark screens are noticed"), std::string::npos);
     const std::string before = picture();
     power("standby");
     ASSERT_TRUE(hasSlept(1));
     EXPECT_EQ(session_->kova({"arrange"}).exitCode, 1);
-    power("off"); // darker still is the same
+    power("off"); // another level of off is the same
     session_->run({"xdotool", "mousemove", "9", "9"});
     ASSERT_TRUE(hasWoken(1));
     EXPECT_EQ(session_->kova({"arrange"}).exitCode, 0);
     settle();
     EXPECT_EQ(picture(), before);
 
-    // The saver was there first, and stays when the screens are lit: nothing announces either.
+    // The screen saver was active before and stays so when the screens go on: no event reports either.
     session_->run({"xset", "s", "activate"});
     power("off");
     ASSERT_TRUE(hasSlept(2));
     power("on");
     ASSERT_TRUE(hasWoken(2));
 
-    // An agent that starts in the dark.
+    // An agent that starts while the screens are off.
     power("off");
     ASSERT_TRUE(hasSlept(3));
     session_->signalAgent(SIGKILL);
@@ -188,7 +187,7 @@ TEST_F(DarkScreens, SuspendTheWorkspaceUntilTheyAreLitAgain) {
     EXPECT_EQ(count("workspace suspended"), 4);
 }
 
-TEST_F(DarkScreens, MayLeaveTheirServerAndComeBackLate) {
+TEST_F(DarkScreens, MayDisconnectAndReturnLate) {
     const std::string before = picture();
     drawing_->takeConfigureCount(windows_);
     power("off");

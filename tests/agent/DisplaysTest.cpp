@@ -1,4 +1,4 @@
-// Displays that go and come back, as a real server tells of them.
+// Displays that disconnect and return on a real server.
 #include "tests/agent/Session.h"
 #include "tests/desktop/TestClient.h"
 
@@ -68,8 +68,8 @@ class RealDisplays : public ::testing::TestWithParam<Manager> {
     std::string picture_;
 };
 
-TEST_P(RealDisplays, GiveEveryWindowItsPlaceBackWhenTheyReturn) {
-    // Standby looks like an unplugged cable: nobody moves.
+TEST_P(RealDisplays, RestoreEveryWindowWhenTheyReturn) {
+    // Standby looks like an unplugged cable: no window moves.
     unplug("right");
     ASSERT_TRUE(hasDisplays(1));
     plugIn("right", "960/254x1080/285+960+0");
@@ -77,7 +77,7 @@ TEST_P(RealDisplays, GiveEveryWindowItsPlaceBackWhenTheyReturn) {
     settle();
     EXPECT_TRUE(isAsBefore());
 
-    // Away for good, as far as anybody can tell; whoever is re-tiled meanwhile goes home.
+    // Disconnected for longer: windows that were re-tiled meanwhile return.
     unplug("right");
     ASSERT_TRUE(hasDisplays(1));
     sleep(3);
@@ -96,7 +96,7 @@ TEST_P(RealDisplays, GiveEveryWindowItsPlaceBackWhenTheyReturn) {
     EXPECT_TRUE(isAsBefore());
 }
 
-TEST_P(RealDisplays, LeaveAWindowWhereTheUserPutItMeanwhile) {
+TEST_P(RealDisplays, LeaveAWindowThatTheUserMovedMeanwhile) {
     const auto before = session_.query("tiles");
     const auto& tileOnLeft = before.at(1).at("id");
     const auto& windowOfRight = before.at(3).at("window");

@@ -1,4 +1,4 @@
-// A person who drives a real desktop with the keyboard alone.
+// A real desktop used with the keyboard alone.
 #include "tests/agent/TwoWindows.h"
 
 #include <algorithm>
@@ -44,16 +44,16 @@ class Keyboard : public TwoWindows {
     }
 };
 
-TEST_P(Keyboard, ArrangesMovesAndStepsBackWithAnyLockOn) {
+TEST_P(Keyboard, ArrangesMovesAndUndoesWithAnyLockOn) {
     press("ctrl+alt+a");
     ASSERT_TRUE(eventually([&] { return places() == "15 651" || places() == "651 15"; })) << places();
     if (places() != "15 651") std::swap(left_, right_);
-    // Where the keyboard is when nobody has told anything else.
+    // Focuses a window without the agent.
     ASSERT_EQ(session_.run({"xdotool", "mousemove", "900", "400", "click", "1"}).exitCode, 0);
     for (const char* lock : {"Shift_L", "Caps_Lock", "Num_Lock"}) {
         SCOPED_TRACE(lock);
         press(lock);
-        // Whoever had the keyboard, it goes to the left and then to the right.
+        // Focus moves to the left and then to the right, from any window.
         press("ctrl+alt+h");
         EXPECT_TRUE(eventually([&] { return client_.focus() == left_; }));
         press("ctrl+alt+l");
@@ -74,7 +74,7 @@ TEST_P(Keyboard, ArrangesMovesAndStepsBackWithAnyLockOn) {
     }
 }
 
-TEST_P(Keyboard, NamesWhatAnotherProgramHoldsAndTheOthersWork) {
+TEST_P(Keyboard, NamesCombinationsOfOtherProgramsAndTheOthersWork) {
     // Openbox holds the arrows for its own desktops.
     const auto status = session_.kova({"status"}).output;
     EXPECT_EQ(status.find("Ctrl+Alt+Right (Next Layout) is held by another program") != std::string::npos, isManaged())
@@ -113,7 +113,7 @@ TEST_P(Keyboard, RecordsAndRemembersAShortcut) {
     ASSERT_TRUE(session_.waitForAgent());
     session_.startAgent();
     ASSERT_TRUE(session_.agentAnswers());
-    std::string list = session_.kova({"shortcut", "list"}).output; // how wide its columns are is not the point
+    std::string list = session_.kova({"shortcut", "list"}).output; // without the widths of columns
     const auto isSpace = [](char a, char b) { return a == ' ' && b == ' '; };
     list.erase(std::unique(list.begin(), list.end(), isSpace), list.end());
     EXPECT_NE(list.find("Super+N"), std::string::npos) << list;

@@ -19,7 +19,7 @@ class Launched : public ::testing::TestWithParam<Manager> {
         if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
         if (GetParam() == Manager::openbox) server_.startManager();
         install("shell", "Name=My Shell\nExec=xterm -class MyShell -T %c -e sleep 1000\nStartupWMClass=MyShell\n");
-        // Its windows do not say that they are its own: only the process tells.
+        // Its windows have another class, so only the process identifies them.
         install("stranger", "Name=Stranger\nExec=xterm -T stranger -e sleep 1000\n");
         install("broken", "Name=Broken\nExec=/nowhere/program\n");
         session_.setVariable("XDG_DATA_HOME", server_.folder() + "/data");
@@ -72,7 +72,7 @@ TEST_P(Launched, ApplicationsLandInTheirTilesAndEndOnRequest) {
     EXPECT_EQ(session_.query("windows").size(), 2U);
     EXPECT_EQ(session_.kova({"force-quit-all", "--yes"}).output, "Force quit:\n  My Shell\n  XTerm\n");
     EXPECT_TRUE(eventually([&] { return session_.query("windows").empty(); }));
-    // What was started is nobody's burden: all have been reaped.
+    // All started processes have been reaped.
     EXPECT_TRUE(eventually([&] {
         return session_.run({"ps", "--ppid", std::to_string(session_.agent()), "-o", "pid="}).output.empty();
     }));

@@ -1,4 +1,4 @@
-// A real mouse on a real desktop: dividers are dragged, and windows carried from tile to tile.
+// Drags of dividers and windows with the pointer of a real server.
 #include "tests/agent/TwoWindows.h"
 
 #include <cmath>
@@ -31,7 +31,7 @@ class Mouse : public TwoWindows {
         const auto finished = session_.run(command);
         ASSERT_EQ(finished.exitCode, 0) << finished.output;
     }
-    /// As a hand does it: movements, not leaps.
+    /// In small steps, as a user does.
     void movesBy(int x, int y) {
         mouse({"mousemove_relative", "--", std::to_string(x / 2), std::to_string(y / 2)});
         mouse({"mousemove_relative", "--", std::to_string(x - x / 2), std::to_string(y - y / 2)});
@@ -77,7 +77,7 @@ class Mouse : public TwoWindows {
             const CGRect now = client_.outerFrame(window);
             client_.configure(window, makeRect(minX(now) + dx, minY(now) + dy, now.size.width, now.size.height));
         };
-        // It follows once its manager has found out that this is no click.
+        // The window follows after a threshold of the window manager.
         goesTo(40, 30);
         EXPECT_TRUE(eventually([&] {
             if (client_.outerFrame(window).origin != before.origin) return true;
@@ -94,7 +94,7 @@ class Mouse : public TwoWindows {
     const std::string kHalvesTheOtherWay = "651,15 614x742 | 15,15 614x742";
 };
 
-TEST_P(Mouse, DragsADividerAndBothNeighboursFollow) {
+TEST_P(Mouse, DragsADividerAndBothNeighborsFollow) {
     takesHoldAt(640, 400);
     movesBy(100, 20);
     EXPECT_TRUE(standsLike("15,15 714x742 | 751,15 514x742")) << "while the button is held";
@@ -135,17 +135,17 @@ TEST_P(Mouse, LeavesADividerUnderAWindowAlone) {
     takesHoldAt(640, 400);
     movesBy(100, 0);
     letsGo();
-    // Beside the dialog it can be taken hold of, and is still where it was.
+    // Beside the dialog the divider can be pressed, and has not moved.
     takesHoldAt(640, 600);
     movesBy(100, 0);
     EXPECT_TRUE(standsLike("15,15 714x742 | 751,15 514x742"));
     letsGo();
 }
 
-TEST_P(Mouse, CarriesAWindowToAnotherTile) {
+TEST_P(Mouse, DragsAWindowToAnotherTile) {
     const std::string before = tiles();
     const std::string after = before.substr(before.find(' ') + 1) + " -";
-    // Programs are quicker than hands: on a busy machine all may be over before the agent has looked.
+    // On a busy machine the drag may be over before the agent has handled the press.
     for (int attempt = 0; attempt < 5 && tiles() != after; ++attempt) {
         EXPECT_TRUE(standsLike(kHalves));
         carries(right_, -500, 40);
@@ -161,7 +161,7 @@ TEST_P(Mouse, CarriesAWindowToAnotherTile) {
     EXPECT_TRUE(standsLike(kHalves));
 }
 
-TEST_P(Mouse, BringsAWindowBackThatIsDroppedElsewhere) {
+TEST_P(Mouse, ReturnsAWindowThatIsDroppedElsewhere) {
     const std::string before = tiles();
     carries(right_, 250, 200); // still over its own tile
     letsGo();

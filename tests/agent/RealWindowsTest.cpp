@@ -1,4 +1,4 @@
-// The whole way: real applications, the real agent, the real command line, and a look at where the windows are.
+// End to end: real applications, agent and command line; the test reads the frames of the windows from the server.
 #include "tests/agent/Session.h"
 #include "tests/desktop/TestClient.h"
 
@@ -109,7 +109,7 @@ TEST_P(RealWindows, StandInTheirTiles) {
     ASSERT_EQ(session_.kova({"layout", "inset", "20"}).exitCode, 0);
     expectInPlace();
 
-    // Another layout: what no longer has a tile of its own stays within reach.
+    // Another layout: windows without a tile of their own stay on the screen.
     ASSERT_EQ(session_.kova({"layout", "select", "jarvis.dual-split"}).exitCode, 0);
     ASSERT_EQ(session_.kova({"arrange"}).exitCode, 0);
     expectInPlace();

@@ -1,4 +1,4 @@
-// What real windows feel of an agent that ends and of the one after it.
+// The effects of a restarted agent on real windows.
 #include "tests/agent/Session.h"
 #include "tests/desktop/TestClient.h"
 
@@ -32,7 +32,7 @@ class Restart : public ::testing::TestWithParam<Manager> {
         ASSERT_TRUE(!isManaged || putOneBehindTheOther());
         settle();
     }
-    /// The window in one tile moves into the other, where somebody is.
+    /// Moves the window of one tile into the other, which has one already.
     bool putOneBehindTheOther() {
         for (const auto& tile : session_.query("tiles")) {
             if (!tile.at("window").is_string()) continue;
@@ -80,11 +80,11 @@ class Restart : public ::testing::TestWithParam<Manager> {
     xcb_window_t waiting_ = 0;
 };
 
-TEST_P(Restart, AKilledAgentLosesNothingAndItsSuccessorMovesNothing) {
+TEST_P(Restart, AKilledAgentLosesNothingAndTheNextOneMovesNothing) {
     const auto tiles = session_.query("tiles");
     const auto windows = session_.query("windows");
     const auto seen = shown();
-    EXPECT_NE(std::ranges::count(seen, false), 0) << "who is away is the one that could be lost";
+    EXPECT_NE(std::ranges::count(seen, false), 0) << "the hidden window is the one that could be lost";
     for (int round = 0; round < 2; ++round) {
         session_.signalAgent(SIGKILL);
         ASSERT_TRUE(session_.waitForAgent());
@@ -101,12 +101,12 @@ TEST_P(Restart, AKilledAgentLosesNothingAndItsSuccessorMovesNothing) {
     EXPECT_NE(undo.output.find("nothing to undo"), std::string::npos) << undo.output;
 }
 
-/// Only under a window manager does one wait behind another here.
+/// Only with a window manager, where windows can be stacked here.
 class Upgrade : public Restart {};
 
-/// Ending brings back who was hidden, with the keyboard where it was; the next agent takes it off the screen again.
-TEST_P(Upgrade, GivesTheSamePicture) {
-    // Of two applications with a window each, the one that waits is hidden whole.
+/// The end of an agent shows hidden windows without changing the focus; the next agent hides them again.
+TEST_P(Upgrade, RestoresTheSameTilesAndHidesStackedWindowsAgain) {
+    // Of two applications with a window each, the stacked one is hidden as an application.
     drawing_.destroy(windows_[1]);
     windows_.erase(windows_.begin() + 1);
     ASSERT_TRUE(eventually([&] { return session_.query("windows").size() == 2; }));
@@ -121,7 +121,7 @@ TEST_P(Upgrade, GivesTheSamePicture) {
         session_.signalAgent(SIGTERM);
         ASSERT_TRUE(session_.waitForAgent());
         EXPECT_TRUE(eventually([&] { return shown() != seen; })) << "one was hidden";
-        start(); // while the window manager may still draw its way back
+        start(); // while the window manager may still animate its return
         EXPECT_TRUE(eventually([&] { return shown() == seen; }));
         settle();
         EXPECT_EQ(shown(), seen);

@@ -96,7 +96,7 @@ class Scenes : public ::testing::TestWithParam<Manager> {
     Session session_{server_.folder(), server_.displayName()};
 };
 
-TEST_P(Scenes, WhatEndedIsLaunchedAndAllAreBackInTheirTiles) {
+TEST_P(Scenes, EndedApplicationsAreLaunchedAndAllWindowsAreInTheirTiles) {
     const Picture whole{
         {"focus-main", "Mail"}, {"secondary-1", "Notes"}, {"secondary-2", "Music"}, {"secondary-3", "Plans"}};
     for (const auto& [slot, name] : whole) launch(name, slot);
@@ -118,7 +118,7 @@ TEST_P(Scenes, WhatEndedIsLaunchedAndAllAreBackInTheirTiles) {
 
     const auto places = placesByWindow();
     EXPECT_EQ(session_.kova({"scene", "open", "Work"}).output, "Scene “Work” restored\n");
-    // Whoever sees a window that came later sees what became of the others, had they been asked to move.
+    // Once a later window is listed, earlier requests to move windows would show as well.
     const auto late = server_.start({"xterm", "-T", "Late", "-e", "sleep", "1000"});
     ASSERT_TRUE(eventually([&] { return placesByWindow().size() == 5; }));
     for (const auto& [id, place] : places) EXPECT_EQ(placeOf(id), place) << id;
@@ -137,7 +137,7 @@ TEST_P(Scenes, ScenesAndRulesOutliveTheAgent) {
     session_.startAgent();
     ASSERT_TRUE(session_.agentAnswers());
 
-    // By hand: no launch names a tile, the rule does.
+    // Started by the user: the rule decides the tile.
     const auto notes = server_.start({"xterm", "-bw", "0", "-class", "Notes", "-T", "Notes", "-e", "sleep", "1000"});
     ASSERT_TRUE(eventually([&] { return pictureIn(state())["secondary-3"] == "Notes"; }));
     ASSERT_EQ(session_.kova({"scene", "open", "Work"}).exitCode, 0);

@@ -26,8 +26,8 @@ int exitCodeOf(int status) {
 
 } // namespace
 
-bool eventually(const std::function<bool()>& holds, std::chrono::seconds patience) {
-    const auto end = std::chrono::steady_clock::now() + patience;
+bool eventually(const std::function<bool()>& holds, std::chrono::seconds timeout) {
+    const auto end = std::chrono::steady_clock::now() + timeout;
     while (!holds()) {
         if (std::chrono::steady_clock::now() > end) return false;
         std::this_thread::sleep_for(20ms);

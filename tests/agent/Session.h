@@ -57,7 +57,7 @@ class Session {
 };
 
 /// False when it does not hold within that time.
-bool eventually(const std::function<bool()>& holds, std::chrono::seconds patience = std::chrono::seconds(20));
+bool eventually(const std::function<bool()>& holds, std::chrono::seconds timeout = std::chrono::seconds(20));
 
 /// Waits until nothing has moved for that long; `takeMoves` counts what has since it was last asked. False when things
 /// go on moving for twenty seconds.

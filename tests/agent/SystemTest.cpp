@@ -1,4 +1,4 @@
-// The agent in its login session: what logind tells it, what it tells of itself, and how it starts with the session.
+// The agent in its login session: events of logind, its log, and its start with the session.
 #include "tests/agent/Session.h"
 #include "tests/desktop/TestClient.h"
 #include "tests/linux/PrivateBus.h"
@@ -44,7 +44,7 @@ TEST_F(SystemTest, TheWorkspaceIsSuspendedWhileTheSessionIsLocked) {
     EXPECT_EQ(session_.kova({"status"}).exitCode, 0);
 }
 
-TEST_F(SystemTest, NoTitleIsEverLoggedUnlessDetailIsAskedFor) {
+TEST_F(SystemTest, TitlesAreLoggedInVerboseModeOnly) {
     TestClient client(server_.displayName(), "Editor", 4242);
     client.open({.title = "Secret plan"});
     for (const bool isVerbose : {false, true}) {
@@ -72,7 +72,7 @@ TEST_F(SystemTest, NoTitleIsEverLoggedUnlessDetailIsAskedFor) {
     }
 }
 
-TEST_F(SystemTest, ANewUserIsToldWhatToDoAndTheAgentStartsWithTheSessionIfWanted) {
+TEST_F(SystemTest, ANewUserGetsAdviceAndTheAgentStartsWithTheSessionIfSwitchedOn) {
     session_.startAgent();
     ASSERT_TRUE(session_.agentAnswers());
     EXPECT_NE(session_.kova({"status"}).output.find("“kova arrange” puts every window into a tile"), std::string::npos);

@@ -50,7 +50,7 @@ TEST(AppDelegate, StartsAndStopsTheWorkspaceOnceEach) {
     EXPECT_EQ(desktop.queue().pendingCount(), 0U);
 }
 
-/// A started workspace with two windows in two tiles, and the hand on the mouse.
+/// A started workspace with two windows in two tiles, and a simulated pointer.
 class SystemActivity : public ::testing::Test {
   protected:
     SystemActivity() {
@@ -78,8 +78,8 @@ class SystemActivity : public ::testing::Test {
         for (const auto event : events) desktop.undergo(event);
         passes(0);
     }
-    /// Whether the hand is followed, and once only: a window that it carries lights up a tile.
-    bool followsTheHand() {
+    /// Whether pointer events arrive, each once: dragging a window publishes a drop target.
+    bool monitorsThePointer() {
         const auto& window = desktop.window("Mail");
         const CGPoint title = {minX(window.frame) + 200, minY(window.frame) + 5};
         int lit = 0;
@@ -131,17 +131,17 @@ TEST_F(SystemActivity, AnyOfFourConditionsSuspendsAndAllResume) {
     }
 }
 
-TEST_F(SystemActivity, TheHandIsFollowedOnceWhileTheScreenCanBeSeenAndHandlesStay) {
+TEST_F(SystemActivity, ThePointerIsMonitoredOnceWhileTheScreenCanBeSeenAndHandlesStay) {
     startAndArrange();
     EXPECT_EQ(desktop.handles().size(), 1U);
-    EXPECT_TRUE(followsTheHand());
+    EXPECT_TRUE(monitorsThePointer());
     undergoes({screensDidSleep, screenDidLock});
     EXPECT_EQ(desktop.handles().size(), 1U);
-    EXPECT_FALSE(followsTheHand());
+    EXPECT_FALSE(monitorsThePointer());
     undergoes({screensDidWake});
-    EXPECT_FALSE(followsTheHand());
+    EXPECT_FALSE(monitorsThePointer());
     undergoes({screenDidUnlock, screenDidUnlock});
-    EXPECT_TRUE(followsTheHand());
+    EXPECT_TRUE(monitorsThePointer());
     EXPECT_EQ(desktop.handles().size(), 1U);
 }
 
@@ -157,7 +157,7 @@ TEST_F(SystemActivity, TheOverlayIsShownFromStartToStopAndRefreshedOnResume) {
     EXPECT_EQ(shown.displays.size(), 1U);
     EXPECT_EQ(shown.tiles.size(), 2U);
     EXPECT_EQ(shown.dividers.size(), 1U);
-    // With a window in the hand, which the suspension lets go.
+    // With a window being dragged, which the suspension ends.
     const CGRect frame = desktop.window("Mail").frame;
     desktop.pressAt({minX(frame) + 200, minY(frame) + 5});
     passes(0.02);
@@ -186,7 +186,7 @@ TEST_F(SystemActivity, TheOverlayIsShownFromStartToStopAndRefreshedOnResume) {
     delegate.overlay().watch({});
 }
 
-TEST_F(SystemActivity, ShortcutsAreEverybodysWhileTheScreenCannotBeSeen) {
+TEST_F(SystemActivity, ShortcutsAreReleasedWhileTheScreenCannotBeSeen) {
     const KeyCombination right{124, modifierFlag::control | modifierFlag::option};
     const auto isOurs = [&] { return desktop.keyboard().claimed().contains(right); };
     const auto steps = [&] {
@@ -209,7 +209,7 @@ TEST_F(SystemActivity, ShortcutsAreEverybodysWhileTheScreenCannotBeSeen) {
     EXPECT_FALSE(isOurs() || steps());
 }
 
-TEST_F(SystemActivity, ALockedScreenAtTheStartIsWaitedOut) {
+TEST_F(SystemActivity, ALockedScreenAtTheStartSuspendsUntilTheUnlock) {
     desktop.setLocked(true);
     delegate.startWorkspace();
     EXPECT_TRUE(delegate.isWorkspaceSuspended());
@@ -219,20 +219,20 @@ TEST_F(SystemActivity, ALockedScreenAtTheStartIsWaitedOut) {
     passes(1);
     EXPECT_EQ(workspace.liveWindows().size(), 2U);
 
-    // What was so at the end of one start says nothing about the next.
+    // The state at the end of one start does not affect the next start.
     undergoes({systemWillSleep});
     delegate.stopWorkspace();
     EXPECT_EQ(delegate.systemActivityState(), SystemActivityState{});
     undergoes({sessionDidResignActive});
     delegate.startWorkspace();
     EXPECT_FALSE(delegate.isWorkspaceSuspended());
-    EXPECT_TRUE(followsTheHand());
+    EXPECT_TRUE(monitorsThePointer());
 }
 
-/// As on the Mac, where who listens without the permission hears nothing for good.
-class DeafWithoutPermission final : public PointerMonitorServicing {
+/// As on the Mac, where a monitor installed without the permission never gets an event, also after it is granted.
+class SilentWithoutPermission final : public PointerMonitorServicing {
   public:
-    explicit DeafWithoutPermission(SimulatedDesktop& desktop) : desktop_(desktop) {}
+    explicit SilentWithoutPermission(SimulatedDesktop& desktop) : desktop_(desktop) {}
     Subscription observePointer(std::function<void(const PointerEvent&)> observer) override {
         if (!desktop_.isProcessTrusted()) return {};
         return desktop_.observePointer(std::move(observer));
@@ -242,14 +242,14 @@ class DeafWithoutPermission final : public PointerMonitorServicing {
     SimulatedDesktop& desktop_;
 };
 
-TEST(AppDelegate, HearsOnceThePermissionIsGiven) {
+TEST(AppDelegate, InstallsMonitorsOnceThePermissionIsGranted) {
     SimulatedDesktop desktop;
     MemoryPreferencesStore preferences;
     desktop.addDisplay({.name = "A", .size = {2560, 1440}});
     desktop.launch("Mail");
     desktop.open("Mail", {.frame = makeRect(100, 100, 500, 400)});
     desktop.setTrusted(false);
-    DeafWithoutPermission pointer(desktop);
+    SilentWithoutPermission pointer(desktop);
     AppDelegate delegate(servicesOf(desktop, preferences), {.pointer = &pointer, .keys = &desktop.keyboard()});
     delegate.startWorkspace();
     desktop.queue().advance(Seconds(2));
@@ -267,7 +267,7 @@ TEST(AppDelegate, HearsOnceThePermissionIsGiven) {
     delegate.stopWorkspace();
 }
 
-TEST(AppDelegate, WatchesTheHandWhileTheWorkspaceIsStarted) {
+TEST(AppDelegate, MonitorsThePointerWhileTheWorkspaceIsStarted) {
     SimulatedDesktop desktop;
     MemoryPreferencesStore preferences;
     desktop.addDisplay({.name = "A", .size = {2560, 1440}});
@@ -300,7 +300,7 @@ TEST(AppDelegate, WatchesTheHandWhileTheWorkspaceIsStarted) {
 
 } // namespace
 
-TEST(FirstSteps, AreToldUntilTheFirstArrangement) {
+TEST(FirstSteps, AreShownUntilTheFirstArrangement) {
     Scenario desk;
     desk.display(2560, 1440).opens("Mail").start().settle();
     const auto told = [&](Acquaintance acquaintance) { return firstSteps(acquaintance, desk.controller()); };

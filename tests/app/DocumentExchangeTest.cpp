@@ -7,7 +7,7 @@
 namespace kova {
 namespace {
 
-/// A disk with one file, which a user always picks.
+/// A disk with one file, which the user always picks.
 class OneFile final : public DocumentPanelServicing {
   public:
     void saveDocument(const std::string& proposedName, std::string json,
@@ -24,7 +24,7 @@ class OneFile final : public DocumentPanelServicing {
     std::optional<FileProblem> problem;
 };
 
-TEST(DocumentExchange, ScenesGoOutToAFileAndComeBackAndFailuresAreTold) {
+TEST(DocumentExchange, ExportsAndImportsScenesAndReportsFailures) {
     SimulatedDesktop desktop;
     desktop.addDisplay({.name = "A", .size = {1920, 1080}});
     const auto workspaceOn = [&](PreferencesStore& preferences) {

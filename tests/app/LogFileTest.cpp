@@ -24,7 +24,7 @@ TEST(LogFile, KeepsWhatWasAskedForAndNoMoreThanTwoFiles) {
     EXPECT_EQ(std::count(first.begin(), first.end(), '\n'), 1);
     struct stat status {};
     ASSERT_EQ(stat(file.c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 0077, 0U); // nobody else's business
+    EXPECT_EQ(status.st_mode & 0077, 0U); // no access for other users
 
     std::vector<std::thread> threads;
     for (int t = 0; t < 3; ++t) {

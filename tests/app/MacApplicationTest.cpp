@@ -1,4 +1,4 @@
-// What a Mac does to an application beside its windows: arguments of its own, and activations by addresses.
+// Arguments that a Mac adds, and activations by URLs.
 #include "app/ActivationReturn.h"
 #include "app/SystemArguments.h"
 
@@ -30,7 +30,7 @@ TEST(SystemArguments, PairsOfDefaultsAndSerialNumbersAreLeftOut) {
     }
 }
 
-TEST(ActivationReturn, OnlyAnActivationSoonAfterAnAddressIsGivenBack) {
+TEST(ActivationReturn, OnlyAnActivationSoonAfterAURLIsReturned) {
     ActivationReturn activation;
     EXPECT_FALSE(activation.isDue(Seconds(10), OwnDialog::none)) << "the user clicked on KOVA";
     activation.noteAddresses(Seconds(10));

@@ -192,7 +192,7 @@ TEST_F(MenuBar, OffersWhatCanBeDoneNow) {
     const auto& stacks = workspace.assignments().stackWindowIDsByTarget;
     EXPECT_EQ(isEnabled("Next Window in Current Zone"), stacks.contains(*target) && stacks.at(*target).size() > 1);
 
-    // What was chosen is what is done, and can be undone.
+    // The chosen entry is carried out and can be undone.
     const bool isLeft = target->ends_with("::primary") || desktop.window("Mail").frame.origin.x < 1000;
     EXPECT_TRUE(choose(isLeft ? "Move Window Right" : "Move Window Left"));
     EXPECT_NE(workspace.assignments().targetOf(front), target);
@@ -246,7 +246,7 @@ TEST_F(MenuBar, ChecksTheLayoutAndTheSceneInForce) {
     EXPECT_TRUE(menu.choose(id));
     passes(2.4);
     EXPECT_EQ(checked("Layout on Current Display"), other + ";");
-    // The menu was open while somebody else deleted it.
+    // The scene was deleted by another client while the menu was open.
     EXPECT_TRUE(workspace.deleteScene(scene.id));
     EXPECT_FALSE(menu.choose(id));
 }
@@ -370,7 +370,7 @@ TEST_F(MenuBar, LeavesOutWhatIsNotThere) {
          {"Check for Updates…", "Quit KOVA", "Export Scenes and Rules…", "Check for Updates Automatically"}) {
         EXPECT_FALSE(entryIn(bare.entries(), title)) << title;
     }
-    // Its ids are told apart, and a separator stands between two groups only.
+    // Ids are unique, and separators only stand between two groups.
     std::vector<std::string> ids;
     const std::function<void(const std::vector<MenuEntry>&)> gather = [&](const std::vector<MenuEntry>& entries) {
         for (const auto& each : entries) {

@@ -197,7 +197,7 @@ TEST_F(Overlay, ADraggedWindowIsShownUntilItIsReleasedCancelledOrUnwatched) {
     desk.settle();
 }
 
-TEST_F(Overlay, DividersTellOfThePointerOnThem) {
+TEST_F(Overlay, DividersShowThePointerOnThem) {
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     show();
     EXPECT_EQ(hands(), "-");

@@ -12,13 +12,13 @@
 namespace kova {
 namespace {
 
-/// What is logged meanwhile.
-class HeardLog {
+/// Captures the log while it exists.
+class CapturedLog {
   public:
-    HeardLog() {
+    CapturedLog() {
         setLogWriter([this](LogLevel, const std::string& text) { lines.push_back(text); }, LogLevel::note);
     }
-    ~HeardLog() { setLogWriter({}, LogLevel::note); }
+    ~CapturedLog() { setLogWriter({}, LogLevel::note); }
     std::vector<std::string> lines;
 };
 
@@ -39,8 +39,8 @@ class PlayedLoginItem final : public LaunchAtLoginServicing {
     }
 };
 
-TEST(LaunchAtLogin, ShowsWhatTheSystemHasMadeOfTheWish) {
-    HeardLog log;
+TEST(LaunchAtLogin, ShowsTheStateOfTheSystemAfterTheRequest) {
+    CapturedLog log;
     MemoryPreferencesStore defaults;
     PlayedLoginItem item;
     LaunchAtLoginController controller(item, defaults);
@@ -53,7 +53,7 @@ TEST(LaunchAtLogin, ShowsWhatTheSystemHasMadeOfTheWish) {
     };
     item.now = LaunchAtLoginStatus::enabled;
     controller.refreshStatus();
-    expect(true, std::nullopt, std::nullopt, ""); // what was not chosen here is not kept here
+    expect(true, std::nullopt, std::nullopt, ""); // a change in the system's settings is not stored
     controller.setStartsAtLogin(false);
     expect(false, std::nullopt, false, "KOVA removed as a login item");
     controller.setStartsAtLogin(true);
@@ -66,13 +66,13 @@ TEST(LaunchAtLogin, ShowsWhatTheSystemHasMadeOfTheWish) {
     controller.setStartsAtLogin(true);
     expect(false, "Allow KOVA under System Settings → General → Login Items.", true, "KOVA registered as a login item");
     controller.refreshStatus();
-    EXPECT_TRUE(*controller.errorMessage()) << "nobody has allowed it yet";
+    EXPECT_TRUE(*controller.errorMessage()) << "the user has not allowed it yet";
     item.now = LaunchAtLoginStatus::enabled;
     controller.refreshStatus();
     expect(true, std::nullopt, true, "KOVA registered as a login item");
 }
 
-/// A Dock whose commands are played: what was run, and what each command answers.
+/// A Dock with simulated commands: records what was run and answers as each test says.
 class Dock : public ::testing::Test, public ProcessRunning, public WorkQueue {
   protected:
     ProcessOutcome run(const std::string& program, const std::vector<std::string>& arguments, Seconds) override {
@@ -108,7 +108,7 @@ class Dock : public ::testing::Test, public ProcessRunning, public WorkQueue {
     MemoryPreferencesStore defaults;
     SystemDockAutoHideService service{*this, *this, desktop.queue()};
     DockAutoHideController controller{service, defaults};
-    HeardLog log;
+    CapturedLog log;
     std::deque<std::function<void()>> jobs;
     std::string commands;
     std::string failure; // the end of the program that fails
@@ -121,7 +121,7 @@ constexpr const char* kShow = "/usr/bin/defaults write com.apple.dock autohide -
 
 TEST_F(Dock, IsRestartedOnlyWhereItDiffersFromTheChoice) {
     controller.setHidesSystemDock(true);
-    EXPECT_EQ(takeCommands(), "") << "nobody waits for a command";
+    EXPECT_EQ(takeCommands(), "") << "the main queue does not wait for a command";
     settle();
     EXPECT_EQ(takeCommands(), kHide);
     EXPECT_EQ(log.lines.back(), "macOS Dock auto-hide set to true");
@@ -131,7 +131,7 @@ TEST_F(Dock, IsRestartedOnlyWhereItDiffersFromTheChoice) {
     controller.setHidesSystemDock(false);
     settle();
     EXPECT_EQ(takeCommands(), kShow);
-    controller.setHidesSystemDock(true); // and changes their mind before anything was asked
+    controller.setHidesSystemDock(true); // changed back before a command has run
     controller.setHidesSystemDock(false);
     settle();
     EXPECT_EQ(takeCommands(), "");
@@ -156,7 +156,7 @@ TEST_F(Dock, SaysWhichCommandFailedAndWhatItSaid) {
     EXPECT_EQ(*controller.errorMessage(), std::nullopt);
 }
 
-TEST_F(Dock, IsChangedAtTheStartOnlyForWhoWantsItHidden) {
+TEST_F(Dock, IsChangedAtTheStartOnlyIfTheUserChoseToHideIt) {
     struct Case {
         std::optional<bool> chosen;
         bool isHidden;

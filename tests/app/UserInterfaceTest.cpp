@@ -1,4 +1,4 @@
-// The program that draws the overlay is kept running: in virtual time, with a stand-in that crashes on command.
+// Keeping the overlay's program running: in virtual time, with a simulated program that crashes on command.
 #include "app/UserInterfaceController.h"
 #include "persistence/MemoryPreferencesStore.h"
 #include "persistence/PreferenceKeys.h"
@@ -96,7 +96,7 @@ TEST_F(UserInterface, ACrashIsFollowedByAStartLaterEachTimeUntilTheFifthWithinAM
     EXPECT_EQ(controller->status().problem, std::nullopt);
     program.ends(unexpectedly);
     EXPECT_EQ(startsWithin(1.01), 1) << "restarted by the user, it begins anew";
-    // Crashes that are further apart never add up.
+    // Crashes that are further apart are not counted together.
     for (int i = 0; i < 10; ++i) {
         queue.advance(Seconds(60));
         program.ends(unexpectedly);

@@ -101,7 +101,7 @@ TEST_F(CommandLine, SaysWhenAChangeIsInMemoryOnly) {
     EXPECT_EQ(run({"doctor"}).code, 1);
 }
 
-TEST_F(CommandLine, WhatIsToldBeforeTheAnswerIsHeard) {
+TEST_F(CommandLine, NotificationsBeforeTheResponseAreRead) {
     struct Hasty final : ControlHandling {
         void handle(const ControlRequest&, const std::shared_ptr<ControlPeer>& peer, ControlAnswer answer) override {
             json shortcut = {{"action", "undo"}, {"title", "Undo"},     {"keys", "Ctrl+Z"},
@@ -121,7 +121,7 @@ TEST_F(CommandLine, WhatIsToldBeforeTheAnswerIsHeard) {
     EXPECT_NE(command->out.find("another program"), std::string::npos) << command->out;
 }
 
-TEST_F(CommandLine, AnAgentOfAnotherVersionIsNotMisunderstood) {
+TEST_F(CommandLine, ResponsesOfAnotherVersionAreHandled) {
     struct OtherVersion final : ControlHandling {
         void handle(const ControlRequest&, const std::shared_ptr<ControlPeer>&, ControlAnswer answer) override {
             answer(json::object());
@@ -209,7 +209,7 @@ TEST_F(CommandLine, EveryVerbHasHelpAndJson) {
     }
 }
 
-TEST_F(CommandLine, ExitCodesTellWhatWentWrong) {
+TEST_F(CommandLine, ExitCodesOfEachError) {
     mkfifo("pipe", 0600);
     struct Case {
         Words words;
@@ -327,7 +327,7 @@ TEST_F(CommandLine, ExitCodesTellWhatWentWrong) {
     EXPECT_EQ(run({"doctor"}).code, 1);
 }
 
-TEST_F(CommandLine, WhatCannotBeWrittenIsAnError) {
+TEST_F(CommandLine, OutputThatCannotBeWrittenIsAnError) {
     if (!std::filesystem::exists("/dev/full")) GTEST_SKIP() << "there is no file that is always full";
     for (const char* verb : {"status", "doctor", "log", "help", "layout list --json"}) {
         RunningCommand command(
@@ -450,7 +450,7 @@ as it would be on Small (800×600 points)
     EXPECT_NE(list.find("  in force on A\n"), std::string::npos) << list;
 }
 
-TEST_F(CommandLine, TablesAreAlignedAndTitlesCannotSteerTheTerminal) {
+TEST_F(CommandLine, TablesAreAlignedAndTitlesCannotControlTheTerminal) {
     desk.desktop.setTitle("Notes", "a\x1b]0;b\x07\u009b\u202E\xFF 漢字");
     desk.arrange();
     EXPECT_EQ(run({"query", "windows"}).out,
@@ -466,7 +466,7 @@ display-UUID-OF-A::secondary-1  Secondary  1291,15 1254x1382      1  Notes
 )");
 }
 
-TEST_F(CommandLine, CharactersTakeTheColumnsThatTheTerminalGivesThem) {
+TEST_F(CommandLine, CharactersHaveTheWidthOfTheTerminal) {
     const std::vector<std::pair<const char*, std::size_t>> cases = {
         {"plain", 5}, {"漢字", 4}, {"⭐", 2}, {"⌚⚡", 4}, {"ที่", 1}, {"ਪੰ", 1}, {"e\u0301", 1}, {"─×…", 3}, {"😀", 2},
     };
@@ -481,7 +481,7 @@ TEST_F(CommandLine, CharactersTakeTheColumnsThatTheTerminalGivesThem) {
                                                                  "* ⭐ ที่  2023-11-15");
 }
 
-TEST_F(CommandLine, WhatWasDoneAndWhatCanMoveIsListed) {
+TEST_F(CommandLine, HistoryAndDividersAreListed) {
     environment.emplace_back("TZ=XYZ-5");
     EXPECT_EQ(run({"undo"}).out, "Last window action undone\n");
     EXPECT_EQ(run({"history"}).out, "There is nothing to undo.\n");
@@ -500,7 +500,7 @@ root          0  -824 left, +1064 right  1154,10 12x1392  display-UUID-OF-A
     EXPECT_EQ(run({"divider", "list"}).out, "There is no divider.\n");
 }
 
-TEST_F(CommandLine, TheLookIsListedAndChosen) {
+TEST_F(CommandLine, ThemesAndAccentColorsAreListedAndSelected) {
     EXPECT_EQ(run({"theme", "select", "neon"}).out, "The theme is Neon Cyan (jarvis.neon-cyan).\nStored; nothing shows "
                                                     "it, as kova-ui does not run (see “kova ui status”).\n");
     EXPECT_EQ(
@@ -552,7 +552,7 @@ TEST_F(CommandLine, OpeningNothingStartsAnAgentUnlessOneRuns) {
     EXPECT_NE(missing.err.find("kova-agent cannot be started: No such file"), std::string::npos) << missing.err;
 }
 
-TEST_F(CommandLine, SubscribersHearOfEachChangeUntilTheAgentEnds) {
+TEST_F(CommandLine, SubscribersGetEachChangeUntilTheAgentEnds) {
     auto command = begin({"subscribe"});
     ASSERT_TRUE(command->waitForOutput("0  windows  3 windows\n")) << command->out;
     EXPECT_EQ(run({"arrange"}).code, 0);
@@ -563,7 +563,7 @@ TEST_F(CommandLine, SubscribersHearOfEachChangeUntilTheAgentEnds) {
     EXPECT_EQ(command->wait(), 3);
 }
 
-TEST_F(CommandLine, ScenesAndRulesTravelAsAFile) {
+TEST_F(CommandLine, ScenesAndRulesAreExportedAndImported) {
     environment.emplace_back("TZ=XYZ-5");
     desk.arrange();
     EXPECT_EQ(run({"scene", "capture", "Work"}).out, "Scene “Work” captured\n");
@@ -617,7 +617,7 @@ Rules are off; “kova rules on” lets them act.
     EXPECT_EQ(broken.err.substr(0, 24), "Import failed: rules[0].") << broken.err;
 }
 
-TEST_F(CommandLine, ALargeDocumentGoesOutAndComesInWhole) {
+TEST_F(CommandLine, ALargeDocumentIsExportedAndImportedCompletely) {
     desk.arrange();
     EXPECT_EQ(run({"scene", "capture", std::string(1000, 'n') + "ä"}).code, 0);
     EXPECT_EQ(run({"export", "one.json"}).code, 0);

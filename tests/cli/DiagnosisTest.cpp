@@ -41,7 +41,7 @@ constexpr const char* kFirst = "2024-02-29 12:34:56.789 debug: in detail\n";
 constexpr const char* kSecond = "2024-02-29 12:34:57.000 info: a note\nof two lines\n";
 constexpr const char* kThird = "2024-02-29 12:34:58.000 error: a fault\n";
 
-TEST_F(Diagnosis, TheLogIsReadWithItsPastAndFollowedIntoItsFuture) {
+TEST_F(Diagnosis, TheLogIsReadWithItsOlderFileAndFollowed) {
     EXPECT_EQ(run({"log"}), "!1 There is no log at " + path(kLogFolder + "agent.log") + ".\n");
     files.write(kLogFolder + "agent.1.log", kFirst);
     files.write(kLogFolder + "agent.log", std::string(kSecond) + kThird + "half a li");
@@ -68,7 +68,7 @@ TEST_F(Diagnosis, TheLogIsReadWithItsPastAndFollowedIntoItsFuture) {
     EXPECT_TRUE(following->waitForOutput("another fault")) << following->out;
 }
 
-TEST_F(Diagnosis, AReportTellsNothingThatPeopleHaveWritten) {
+TEST_F(Diagnosis, AReportContainsNoTextOfTheUser) {
     desk.opens("Editor", {.title = "Secret plan"});
     desk.settle();
     (void)desk.controller().captureScene("Secret scene");

@@ -56,7 +56,7 @@ TEST_F(Keys, AssignedByTheUserDriveCommandsForOneWindow) {
     desk.expectMessage("There is no tile 3 in this layout");
 }
 
-TEST_F(Keys, OneOfThemPausesEverythingAndResumesIt) {
+TEST_F(Keys, OneOfThemPausesAndResumes) {
     ASSERT_TRUE(settings.setShortcut({{keyCode::g, kFocus, "G"}}, KovaShortcutAction::pauseOrResume));
     press(keyCode::g, kFocus);
     EXPECT_TRUE(*desk.state().isPaused);
@@ -118,7 +118,7 @@ TEST_F(Keys, AreKeptFromOurOwnWindowsEvenWhenRefused) {
     EXPECT_EQ(keyboard.takeTyped().size(), 2U);
 }
 
-TEST_F(Keys, AreHeardOnceEachWithOneSetOfMonitorsAndNotWithout) {
+TEST_F(Keys, ArriveOnceEachWithOneSetOfMonitorsAndNotWithout) {
     coordinator.installMonitors();
     keyboard.press(keyCode::right, kFocus);
     desk.settle();
@@ -140,7 +140,7 @@ TEST_F(Keys, FollowTheConfigurationAndWaitWhileOneIsRecorded) {
     ASSERT_TRUE(settings.setShortcut({{keyCode::f5, modifierFlag::command, "F5"}}, KovaShortcutAction::nextLayout));
     ASSERT_TRUE(settings.setShortcut({{keyCode::q, kFocus, "Q"}}, KovaShortcutAction::commandCenter));
     EXPECT_FALSE(keyboard.claimed().contains({keyCode::right, kFocus}));
-    EXPECT_FALSE(keyboard.claimed().contains({keyCode::q, kFocus})) << "nobody would hear of it";
+    EXPECT_FALSE(keyboard.claimed().contains({keyCode::q, kFocus})) << "no monitor would report it";
     press(keyCode::q, kFocus);
     press(keyCode::right, kFocus);
     EXPECT_EQ(keyboard.takeTyped().size(), 2U);
@@ -155,7 +155,7 @@ TEST_F(Keys, FollowTheConfigurationAndWaitWhileOneIsRecorded) {
     EXPECT_TRUE(coordinator.handle({keyCode::f5, modifierFlag::command, false}));
 }
 
-TEST_F(Keys, ThatAnotherProgramHoldsDoNothingAndTheOthersWork) {
+TEST_F(Keys, HeldByAnotherProgramDoNothingAndTheOthersWork) {
     std::vector<std::string> logged;
     setLogWriter([&](LogLevel, const std::string& text) { logged.push_back(text); }, LogLevel::warning);
     coordinator.removeMonitors();
@@ -185,7 +185,7 @@ TEST_F(Keys, ThatAnotherProgramHoldsDoNothingAndTheOthersWork) {
     EXPECT_EQ(layout(), "jarvis.dual-stack");
 }
 
-TEST_F(Keys, AreTypedAllTheSameWhereAllMayListen) {
+TEST_F(Keys, AlsoReachTheFocusedWindowWhereMonitorsOnlyListen) {
     keyboard.setDelivery(SimulatedKeyboard::Delivery::observed);
     press(keyCode::right, kFocus);
     EXPECT_EQ(layout(), "jarvis.dual-stack");

@@ -58,10 +58,10 @@ TEST(Shortcuts, OfEveryActionAreThereFromTheBeginning) {
         EXPECT_EQ(title(rows[i].action), rows[i].title);
         EXPECT_EQ(settings.shortcut(rows[i].action), rows[i].shortcut) << rows[i].name;
     }
-    EXPECT_EQ(storedText(store), "nothing") << "what nobody changed is not written";
+    EXPECT_EQ(storedText(store), "nothing") << "unchanged shortcuts are not written";
 }
 
-TEST(Shortcuts, AreStoredWithEveryChangeAndComeBack) {
+TEST(Shortcuts, AreStoredWithEveryChangeAndRestored) {
     MemoryPreferencesStore store;
     {
         KovaShortcutSettings settings(store);
@@ -82,7 +82,7 @@ TEST(Shortcuts, AreStoredWithEveryChangeAndComeBack) {
     EXPECT_EQ(*KovaShortcutSettings(store).configuration, KovaShortcutConfiguration::standard());
 }
 
-TEST(Shortcuts, AreTheStandardOnesWhenWhatIsStoredCannotBeRead) {
+TEST(Shortcuts, AreTheDefaultsIfTheStoredOnesCannotBeRead) {
     const std::string good = R"({"keyCode":1,"modifierFlagsRawValue":262144,"keyLabel":"S"})";
     const std::vector<std::string> unreadable = {
         "{",
@@ -120,7 +120,7 @@ TEST(Shortcuts, OfActionsThatThisVersionDoesNotKnowAreKept) {
     EXPECT_EQ(storedText(store), R"({"additional":{"fly":{"keys":[7]}}})");
 }
 
-TEST(Shortcuts, ThatAnotherActionHasAreRefused) {
+TEST(Shortcuts, OfAnotherActionAreRefused) {
     MemoryPreferencesStore store;
     KovaShortcutSettings settings(store);
     const KovaShortcut ofFocusLeft{4, kControlOption, "H"};
@@ -178,7 +178,7 @@ TEST(ShortcutRecorder, KeepsToItsRules) {
     }
 }
 
-TEST(ShortcutRecorder, NamesKeysByTheirPlaceWhereTheyHaveANameOfTheirOwn) {
+TEST(ShortcutRecorder, NamesKeysByPositionIfTheyHaveNoCharacter) {
     const std::map<std::uint16_t, std::string> labels = {
         {36, "↩"},    {48, "⇥"},    {49, "Space"}, {51, "⌫"},     {53, "⎋"},    {117, "⌦"},       {123, "←"},
         {124, "→"},   {125, "↓"},   {126, "↑"},    {115, "Home"}, {119, "End"}, {116, "Page Up"}, {121, "Page Down"},
@@ -232,7 +232,7 @@ TEST(ShortcutDispatch, OffersAPressInThisOrder) {
         << order;
 }
 
-TEST(ShortcutNames, AreReadAsAPersonTypesThem) {
+TEST(ShortcutNames, AreParsedAsUsersTypeThem) {
     const auto german = [](std::uint16_t code) -> std::string {
         switch (code) {
         case keyCode::z:

@@ -1,5 +1,5 @@
-// What every desktop promises to those above the seam, tried on each in the same way. A back end joins by implementing
-// `ContractDesktop`, the person and the applications on it, and by naming itself with INSTANTIATE_TEST_SUITE_P.
+// Tests of the platform interfaces that every desktop must pass. A back end implements `ContractDesktop`, which acts as
+// the user and the applications, and registers itself with INSTANTIATE_TEST_SUITE_P.
 // Frames and points are in window-service space. Windows are called by their titles, applications by their names.
 #pragma once
 
@@ -39,14 +39,14 @@ struct Opening {
     std::string application;
     std::string title;
     CGRect frame{};
-    std::optional<CGSize> minimumSize{};   // as it is announced, and kept where the desktop keeps such sizes
+    std::optional<CGSize> minimumSize{};   // announced by the window, and enforced if the desktop does so
     std::optional<std::string> dialogOf{}; // the title of the window that it belongs to
 };
 
 inline const Opening kPlan{"Editor", "Plan", makeRect(40, 50, 500, 400), CGSize{300, 200}};
 inline const Opening kInbox{"Mail", "Inbox", makeRect(200, 200, 500, 400)};
 
-/// What the test may ask of the person at this desktop.
+/// What this back end can do for a test.
 enum class Ability {
     minimizingByUser,
     keepingMinimumSizes,
@@ -71,22 +71,22 @@ class ContractDesktop {
     virtual void close(const std::string& title) = 0;
     virtual void userMoves(const std::string& title, const CGRect& frame) = 0;
     virtual void userMinimizes(const std::string& title) = 0;
-    /// The application and all its windows are gone at once, as after a crash.
+    /// Ends the application and all its windows at once, as a crash does.
     virtual void crash(const std::string& application) = 0;
     /// Where the desktop has the window, decorations included.
     virtual CGRect frame(const std::string& title) = 0;
     /// One more display, which is the primary one from now on.
     virtual void plugInPrimaryDisplay() = 0;
-    /// From now on nothing of the desktop may be used.
+    /// Withdraws the permission to use the desktop.
     virtual void withdrawPermission() = 0;
-    /// The agent lets go of the desktop, while its queue goes on; nothing of the seam may be used any more.
+    /// Destroys the agent's desktop object while the queue goes on; no interface may be used afterwards.
     virtual void letGoOfDesktop() = 0;
     virtual void press(CGPoint point) = 0;
     virtual void movePointer(CGPoint point) = 0;
     virtual void letGo() = 0;
     /// Presses and releases a key while another application has the keyboard; H and J with modifiers are enough.
     virtual void pressKey(KeyCombination combination) = 0;
-    /// Another program claims the combination for itself; called before anybody else does.
+    /// Another program grabs the combination; call before it is registered here.
     virtual void claimForOther(KeyCombination combination) = 0;
     /// Makes an application known that opens a window of its name; what was known can be made to disappear.
     virtual LaunchableApplication install(const std::string& name) = 0;
@@ -105,14 +105,14 @@ class ContractDesktop {
     /// Lets time pass until the condition holds; false when it has not within 20 s.
     virtual bool runUntil(const std::function<bool()>& condition) = 0;
     virtual void runFor(Seconds time) = 0;
-    /// Complaints of the desktop about those who use it.
+    /// Errors that the desktop has recorded about calls.
     virtual std::vector<std::string> complaints() const { return {}; }
 };
 
 /// A desktop to be compared, by its name in the list of tests.
 struct Backend {
     std::string name;
-    std::string missing; // why it cannot be tried here; empty when it can
+    std::string missing; // why it cannot be tested here; empty if it can
     std::function<std::unique_ptr<ContractDesktop>()> open;
 };
 std::ostream& operator<<(std::ostream& stream, const Backend& backend);

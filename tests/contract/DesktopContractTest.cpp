@@ -1,4 +1,4 @@
-// Applications, displays, the hand, and how a desktop tells that something happened.
+// Applications, displays, the pointer, and announcements of changes.
 #include "tests/contract/ContractDesktop.h"
 
 #include <algorithm>
@@ -8,7 +8,7 @@ namespace {
 
 using Attribute = AccessibilityAttribute;
 
-TEST_P(DesktopContract, ApplicationsKeepTheirOrderAndTheirRecords) {
+TEST_P(DesktopContract, ApplicationsKeepTheirOrderAndIdentity) {
     const pid_t editor = stage().open(kPlan);
     ASSERT_TRUE(until([&] { return polled(editor).has_value(); }));
     const auto own = applications().ownProcessIdentifier();
@@ -45,7 +45,7 @@ TEST_P(DesktopContract, ApplicationsKeepTheirOrderAndTheirRecords) {
     EXPECT_TRUE(polled(mail));
 }
 
-TEST_P(DesktopContract, LaunchesTellOnceAndLaterWhatBecameOfThem) {
+TEST_P(DesktopContract, LaunchesReportTheirOutcomeOnceAndAsynchronously) {
     if (!stage().can(Ability::launching)) GTEST_SKIP() << "nothing can be launched here";
     stage().open(kPlan);
     element("Plan");
@@ -56,7 +56,7 @@ TEST_P(DesktopContract, LaunchesTellOnceAndLaterWhatBecameOfThem) {
     EXPECT_TRUE(std::ranges::count(names, "Zebra") == 1 && std::ranges::count(names, "Abacus") == 1);
     ASSERT_TRUE(abacus.bundleIdentifier);
     EXPECT_EQ(applications().launchableApplication(*abacus.bundleIdentifier), abacus);
-    EXPECT_EQ(applications().launchableApplication("nobody.knows.this"), std::nullopt);
+    EXPECT_EQ(applications().launchableApplication("no.such.application"), std::nullopt);
 
     stage().uninstall("Gone");
     std::vector<LaunchResult> results;
@@ -83,14 +83,14 @@ TEST_P(DesktopContract, LaunchesTellOnceAndLaterWhatBecameOfThem) {
     EXPECT_EQ(applications().forceTerminate(process).has_value(), !isForced);
     EXPECT_TRUE(isForced || applications().terminate(process));
     EXPECT_TRUE(until([&] { return !polled(process); }));
-    for (const pid_t nobody : {process, pid_t{0}, pid_t{-1}, applications().ownProcessIdentifier()}) {
-        EXPECT_NE(applications().forceTerminate(nobody).value_or(""), "") << nobody;
+    for (const pid_t invalid : {process, pid_t{0}, pid_t{-1}, applications().ownProcessIdentifier()}) {
+        EXPECT_NE(applications().forceTerminate(invalid).value_or(""), "") << invalid;
     }
     EXPECT_EQ(results.size(), 1u);
     EXPECT_EQ(failures, 1);
 }
 
-TEST_P(DesktopContract, ADesktopThatIsLetGoOfTellsNothingMore) {
+TEST_P(DesktopContract, AReleasedDesktopCallsNothingBack) {
     if (!stage().can(Ability::lettingGo) || !stage().can(Ability::launching)) GTEST_SKIP() << "it ends with its queue";
     stage().open(kPlan);
     element("Plan");
@@ -110,7 +110,7 @@ TEST_P(DesktopContract, ADesktopThatIsLetGoOfTellsNothingMore) {
     EXPECT_EQ(calls, 0);
 }
 
-TEST_P(DesktopContract, DisplaysStartWithThePrimaryOneAndTellOfChanges) {
+TEST_P(DesktopContract, DisplaysStartWithThePrimaryOneAndReportChanges) {
     const auto screens = [&] { return stage().screens().screens(); };
     ASSERT_FALSE(screens().empty());
     const auto expectSound = [&] {
@@ -131,9 +131,9 @@ TEST_P(DesktopContract, DisplaysStartWithThePrimaryOneAndTellOfChanges) {
     const auto plan = element("Plan");
 
     int calls = 0, callsOnce = 0, callsDropped = 0;
-    bool isInOurHands = false;
+    bool isInOurCall = false;
     const auto subscription = stage().screens().observeScreens([&] {
-        EXPECT_FALSE(isInOurHands) << "told inside somebody's call";
+        EXPECT_FALSE(isInOurCall) << "called back inside a call";
         ++calls;
     });
     Subscription once = stage().screens().observeScreens([&] {
@@ -144,9 +144,9 @@ TEST_P(DesktopContract, DisplaysStartWithThePrimaryOneAndTellOfChanges) {
         const auto dropped = stage().screens().observeScreens([&] { ++callsDropped; });
     }
     const auto before = screens();
-    isInOurHands = true;
+    isInOurCall = true;
     stage().plugInPrimaryDisplay();
-    isInOurHands = false;
+    isInOurCall = false;
     EXPECT_TRUE(until([&] {
         poll();
         return calls > 0 && screens().size() > before.size() &&
@@ -188,7 +188,7 @@ TEST_P(DesktopContract, EveryChangeThatAPollCouldSeeIsCountedAndAnnouncedOnce) {
     struct Happening {
         const char* name;
         std::function<void()> happens;
-        bool isOurWish = false;
+        bool isOurCall = false;
     };
     const std::vector<Happening> happenings = {
         {"a title", [&] { stage().retitle("Plan", "Plan B"); }},
@@ -215,17 +215,17 @@ TEST_P(DesktopContract, EveryChangeThatAPollCouldSeeIsCountedAndAnnouncedOnce) {
          true},
         {"a crash", [&] { stage().crash("Mail"); }},
     };
-    for (const auto& [name, happens, isOurWish] : happenings) {
+    for (const auto& [name, happens, isOurCall] : happenings) {
         ASSERT_TRUE(rests()) << "before " << name;
         int calls = 0, callsBefore = 0;
         changes.notifyWhenChanged(last, [&] { ++callsBefore; });
         changes.notifyWhenChanged(last, [&] { ++calls; });
         happens();
-        EXPECT_TRUE(calls == 0 || !isOurWish) << name << " was told inside somebody's call";
+        EXPECT_TRUE(calls == 0 || !isOurCall) << name << " was called back inside a call";
         EXPECT_TRUE(until([&] { return calls == 1 && *changes.changeCount() > last; })) << name;
         ASSERT_TRUE(rests()) << "after " << name;
         EXPECT_EQ(calls, 1) << name << " was told twice";
-        EXPECT_EQ(callsBefore, 0) << name << " was told to who waits no more";
+        EXPECT_EQ(callsBefore, 0) << name << " was called after it was cancelled";
     }
     int calls = 0;
     changes.notifyWhenChanged(last, [&] { ++calls; });
@@ -234,13 +234,13 @@ TEST_P(DesktopContract, EveryChangeThatAPollCouldSeeIsCountedAndAnnouncedOnce) {
     EXPECT_TRUE(until([&] { return *changes.changeCount() > last; }));
     ASSERT_TRUE(rests());
     EXPECT_EQ(calls, 0);
-    // Who asks too late is told at once, and yet not before the call has returned.
+    // A count that has passed already leads to a callback at once, but after the call has returned.
     changes.notifyWhenChanged(last - 1, [&] { ++calls; });
     EXPECT_EQ(calls, 0);
     EXPECT_TRUE(until([&] { return calls == 1; }));
 }
 
-TEST_P(DesktopContract, AHandleKeepsTheHandUntilItLetsGo) {
+TEST_P(DesktopContract, AHandleKeepsThePointerUntilTheRelease) {
     if (!stage().can(Ability::usingTheMouse)) GTEST_SKIP() << "there is no mouse to move";
     stage().open({"Editor", "Plan", makeRect(40, 50, 300, 300)});
     element("Plan");
@@ -260,7 +260,7 @@ TEST_P(DesktopContract, AHandleKeepsTheHandUntilItLetsGo) {
         if (pointed.ends_with(word(event.kind)) && event.kind == PointerEvent::Kind::moved) return;
         pointed += word(event.kind);
     });
-    // Thin, but it can be taken hold of; in part below the window.
+    // A thin divider has a wider handle; part of it is below the window.
     stage().handles().showHandles({{"divider", flipped(makeRect(199, 60, 2, 600), height), LayoutAxis::horizontal}});
     stage().runFor(Seconds(0.2));
     stage().movePointer({197, 500});
@@ -283,7 +283,7 @@ TEST_P(DesktopContract, AHandleKeepsTheHandUntilItLetsGo) {
     pointer = Subscription();
     stage().letGo();
 
-    // Another divider's handle lies elsewhere and is that one's alone.
+    // Another divider's handle at another place reports that divider only.
     stage().handles().showHandles({{"other", flipped(makeRect(450, 499, 200, 2), height), LayoutAxis::vertical}});
     stage().runFor(Seconds(0.2));
     for (const double x : {200.0, 500.0}) {

@@ -1,4 +1,4 @@
-// The keyboard: which presses are told to whom.
+// The keyboard: which presses are reported to which observer.
 #include "tests/contract/ContractDesktop.h"
 
 #include <algorithm>
@@ -9,7 +9,7 @@ namespace {
 constexpr std::uint64_t kModifiers = modifierFlag::control | modifierFlag::option;
 constexpr KeyCombination kH{4, kModifiers}, kJ{38, kModifiers}, kBareH{4, modifierFlag::control};
 
-/// Presses heard, as "h" and "j", others as "?".
+/// Reported presses, as "h" and "j", others as "?".
 class Ear {
   public:
     void hear(const KeyPress& press) {
@@ -21,14 +21,14 @@ class Ear {
     std::string heard;
 };
 
-TEST_P(DesktopContract, ClaimedKeysAreToldUntilTheMonitorIsGone) {
+TEST_P(DesktopContract, RegisteredKeysAreReportedWhileTheMonitorExists) {
     stage().open({"Editor", "Plan", makeRect(40, 50, 500, 400)});
     element("Plan");
     auto& keys = stage().keys();
     Ear first, second, once;
-    bool isInOurHands = false;
+    bool isInOurCall = false;
     Subscription monitor = keys.addGlobalMonitor([&](const KeyPress& press) {
-        EXPECT_FALSE(isInOurHands) << "told inside somebody's call";
+        EXPECT_FALSE(isInOurCall) << "called back inside a call";
         first.hear(press);
     });
     Subscription other = keys.addGlobalMonitor([&](const KeyPress& press) { second.hear(press); });
@@ -39,10 +39,10 @@ TEST_P(DesktopContract, ClaimedKeysAreToldUntilTheMonitorIsGone) {
     });
     int settled = 0;
     const auto settling = keys.observeHeldByOthers([&] { ++settled; });
-    isInOurHands = true;
+    isInOurCall = true;
     keys.claim({kH, kJ});
     EXPECT_EQ(settled, 0) << "told inside the call";
-    isInOurHands = false;
+    isInOurCall = false;
     EXPECT_TRUE(until([&] { return settled > 0; }));
     EXPECT_TRUE(keys.heldByOthers().empty());
     for (const KeyCombination& pressed : {kH, kJ, kH}) stage().pressKey(pressed);
@@ -66,8 +66,8 @@ TEST_P(DesktopContract, ClaimedKeysAreToldUntilTheMonitorIsGone) {
     EXPECT_EQ(keys.charactersOf(999), "");
 }
 
-TEST_P(DesktopContract, WhatAnotherProgramHoldsIsSaidAndNotTold) {
-    if (!stage().can(Ability::claimingKeys)) GTEST_SKIP() << "keys belong to nobody here";
+TEST_P(DesktopContract, KeysOfAnotherProgramAreListedAndNotReported) {
+    if (!stage().can(Ability::claimingKeys)) GTEST_SKIP() << "keys cannot be grabbed here";
     stage().claimForOther(kJ);
     auto& keys = stage().keys();
     Ear ear;
@@ -83,7 +83,7 @@ TEST_P(DesktopContract, WhatAnotherProgramHoldsIsSaidAndNotTold) {
     EXPECT_TRUE(until([&] { return keys.heldByOthers().empty(); }));
 }
 
-TEST_P(DesktopContract, TheRecorderHearsEveryPressAndNobodyElseDoes) {
+TEST_P(DesktopContract, OnlyTheRecorderGetsPressesWhileRecording) {
     stage().open({"Editor", "Plan", makeRect(40, 50, 500, 400)});
     element("Plan");
     auto& keys = stage().keys();

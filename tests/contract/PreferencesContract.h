@@ -1,4 +1,4 @@
-// What every preferences store promises. A back end joins with a stage that opens it.
+// Tests that every preferences store must pass. A back end registers a stage that opens it.
 #pragma once
 
 #include "persistence/PreferencesStore.h"

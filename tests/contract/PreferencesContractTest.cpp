@@ -5,7 +5,7 @@ namespace {
 
 constexpr const char* kKey = "KOVA.showBrain.v1";
 
-TEST_P(PreferencesContract, ValuesKeepTheirTypeAndAWrongTypeIsAsGoodAsNone) {
+TEST_P(PreferencesContract, ValuesKeepTheirTypeAndAWrongTypeCountsAsAbsent) {
     EXPECT_EQ(store().value(kKey), std::nullopt);
     const PreferenceData record{R"({"a":[1,2.5,{"b":null}],"c":"é \" \\ \n"})"};
     const std::pair<const char*, PreferenceValue> kept[] = {
@@ -41,7 +41,7 @@ TEST_P(PreferencesContract, ValuesKeepTheirTypeAndAWrongTypeIsAsGoodAsNone) {
     EXPECT_EQ(store().data("KOVA.record.v1"), PreferenceData{"{}"});
 }
 
-TEST_P(PreferencesContract, TheLastWriteCountsAndWhatIsRemovedIsAbsent) {
+TEST_P(PreferencesContract, TheLastWriteCountsAndRemovedKeysAreAbsent) {
     store().setValue(kKey, std::string("first"));
     store().setValue(kKey, true);
     store().setValue("KOVA.gone.v1", true);
@@ -58,7 +58,7 @@ TEST_P(PreferencesContract, TheLastWriteCountsAndWhatIsRemovedIsAbsent) {
     EXPECT_EQ(store().boolean("KOVA.gone.v1"), false);
 }
 
-TEST_P(PreferencesContract, APromisedValueIsThereWhenItIsAskedFor) {
+TEST_P(PreferencesContract, APromisedValueIsMadeWhenItIsRead) {
     int made = 0;
     const auto promise = [&](const char* key, PreferenceValue value) {
         store().setValueLater(key, [&made, value] {

@@ -1,4 +1,4 @@
-// What every main queue and every work queue promises. A back end joins with a stage that lets time pass.
+// Tests that every main queue and work queue must pass. A back end registers a stage that lets time pass.
 #pragma once
 
 #include "support/MainQueue.h"

@@ -39,7 +39,7 @@ TEST_P(QueueContract, DelaysEndInTheOrderInWhichTheyAreDueAndNeverEarly) {
     at(0.04, 'a');
     at(0.08, 'b'); // dropping the handle changes nothing
     at(0.08, 'c');
-    // Nobody can run while somebody is busy; then the one that was due first comes first.
+    // No work runs while other work is running; then the work that was due first runs first.
     queue().post([&] { stage().beBusyFor(Seconds(0.2)); });
     runUntilToldAtLeast(story, 4);
     EXPECT_EQ(story, "abcd");
@@ -59,7 +59,7 @@ TEST_P(QueueContract, CancelledWorkDoesNotStart) {
     delayed->cancel();
     queue().post([&] {
         stage().beBusyFor(Seconds(0.05));
-        overdue->cancel(); // due already, and only waiting for its turn
+        overdue->cancel(); // due already, and queued
         story += 'a';
     });
     std::shared_ptr<ScheduledWork> own;

@@ -1,4 +1,4 @@
-// What every login session promises. A back end joins with a stage on which the machine goes through something.
+// Tests that every login session must pass. A back end registers a stage that can cause events.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -19,9 +19,9 @@ class SessionStage {
     virtual ~SessionStage() = default;
     virtual SystemActivityServicing& activity() = 0;
     virtual SessionServicing& session() = 0;
-    /// False for what cannot be tried here, or what nothing tells of.
+    /// False for events that cannot be caused or are not reported here.
     virtual bool canUndergo(SystemActivityEvent) const { return true; }
-    /// The machine goes through this.
+    /// Causes the event.
     virtual void undergo(SystemActivityEvent event) = 0;
     virtual bool runUntil(const std::function<bool()>& condition) = 0;
     virtual void runFor(Seconds time) = 0;

@@ -8,11 +8,11 @@ namespace {
 using Event = SystemActivityEvent;
 using Events = std::vector<Event>;
 
-TEST_P(SessionContract, WhatTheMachineGoesThroughIsToldInItsOrder) {
+TEST_P(SessionContract, ActivityEventsAreReportedInTheirOrder) {
     Events told, toldOnce, toldLate;
-    bool isInOurHands = false;
+    bool isInOurCall = false;
     const auto watch = stage().activity().observeSystemActivity([&](Event event) {
-        EXPECT_FALSE(isInOurHands) << "told inside somebody's call";
+        EXPECT_FALSE(isInOurCall) << "called back inside a call";
         told.push_back(event);
     });
     Subscription once;
@@ -31,16 +31,16 @@ TEST_P(SessionContract, WhatTheMachineGoesThroughIsToldInItsOrder) {
                        Event::systemWillSleep, Event::screenDidLock,          Event::systemDidWake};
     std::erase_if(happened, [&](Event event) { return !stage().canUndergo(event); });
     for (std::size_t i = 0; i < happened.size(); ++i) {
-        isInOurHands = true;
+        isInOurCall = true;
         stage().undergo(happened[i]);
-        isInOurHands = false;
+        isInOurCall = false;
         EXPECT_TRUE(stage().runUntil([&] { return told.size() == i + 1; })) << i;
     }
     EXPECT_EQ(told, happened);
     EXPECT_EQ(toldOnce, Events{Event::systemWillSleep});
     if (!stage().canUndergo(Event::screenDidLock)) return;
 
-    // Whoever asks hears the same as whoever listens.
+    // A query gives the same as the events.
     EXPECT_TRUE(stage().session().isLoginSessionScreenLocked());
     const std::size_t heard = toldLate.size();
     dropped = Subscription();

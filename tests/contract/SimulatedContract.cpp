@@ -1,4 +1,4 @@
-// The simulated desktop, virtual time and preferences in memory, held to the promises of the seam.
+// Contract tests of the simulated desktop, virtual time and preferences in memory.
 #include "persistence/MemoryPreferencesStore.h"
 #include "platform/simulated/SimulatedDesktop.h"
 #include "platform/simulated/SimulatedKeyboard.h"

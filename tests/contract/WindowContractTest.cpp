@@ -1,4 +1,4 @@
-// Windows: what is read of them, what becomes of wishes, and what is left of one that has gone.
+// Windows: reading, requests, and closed windows.
 #include "tests/contract/ContractDesktop.h"
 
 namespace kova::contract {
@@ -15,7 +15,7 @@ const std::vector<Attribute> kEverything = {
     Attribute::size,        Attribute::minSize,       Attribute::parent,     Attribute::main,
     Attribute::minimumSize, Attribute::focused,       Attribute::fullScreen, Attribute::maximized};
 
-TEST_P(DesktopContract, AttributesComeInTheOrderAskedForWithGapsForWhatThereIsNot) {
+TEST_P(DesktopContract, AttributesAreReadInTheRequestedOrderAbsentOnesAsEmpty) {
     const pid_t editor = stage().open(kPlan);
     const auto plan = element("Plan");
     const auto values = read(plan, {Attribute::title, Attribute::windows, Attribute::size, Attribute::role,
@@ -82,7 +82,7 @@ TEST_P(DesktopContract, AnElementIsTheSameAsLongAsItsWindowLives) {
     EXPECT_TRUE(until([&] { return find("Draft") && find("Draft") != draft; }));
 }
 
-TEST_P(DesktopContract, WhatHasGoneHasNoValueAndHearsNoWish) {
+TEST_P(DesktopContract, AClosedWindowHasNoValuesAndIgnoresRequests) {
     const pid_t editor = stage().open(kPlan);
     const pid_t mail = stage().open(kInbox);
     stage().open(kDraft);
@@ -129,14 +129,14 @@ TEST_P(DesktopContract, WhatHasGoneHasNoValueAndHearsNoWish) {
     EXPECT_TRUE(applications().forceTerminate(mail)) << "the reason why not";
 
     stage().runFor(Seconds(0.3));
-    EXPECT_EQ(text(frameOf(draft)), text(before)) << "somebody else's wish";
+    EXPECT_EQ(text(frameOf(draft)), text(before)) << "a request for another window";
     EXPECT_FALSE(flag(draft, Attribute::minimized));
 }
 
-TEST_P(DesktopContract, PlaceAndSizeAreWrittenTogetherOrAlone) {
+TEST_P(DesktopContract, PositionAndSizeAreWrittenTogetherOrAlone) {
     stage().open(kPlan);
     const auto plan = element("Plan");
-    // A desktop may need to be told twice, as whoever verifies a placement does.
+    // A desktop may need a second request, as the verification of a placement sends it.
     const auto becomes = [&](const std::vector<AttributeWrite>& writes, const CGRect& wished) {
         Seconds nextTry{0}, passed{0};
         return until([&] {
@@ -182,7 +182,7 @@ TEST_P(DesktopContract, PlaceAndSizeAreWrittenTogetherOrAlone) {
     EXPECT_GE(stage().frame("Plan").size.height, 200);
 }
 
-TEST_P(DesktopContract, MinimizedAndHiddenWindowsAreOffTheScreenAndComeBack) {
+TEST_P(DesktopContract, MinimizedAndHiddenWindowsAreOffTheScreenAndAreRestored) {
     const pid_t editor = stage().open(kPlan);
     const pid_t mail = stage().open(kInbox);
     stage().open(kDraft);
@@ -222,7 +222,7 @@ TEST_P(DesktopContract, MinimizedAndHiddenWindowsAreOffTheScreenAndComeBack) {
     EXPECT_TRUE(until([&] { return !flag(draft, Attribute::minimized) && countOf(editor) == 2; }));
 }
 
-TEST_P(DesktopContract, WhatIsRaisedIsInFrontByOrderAndByPlace) {
+TEST_P(DesktopContract, ARaisedWindowIsFirstInOrderAndUnderAPoint) {
     const pid_t editor = stage().open({"Editor", "Plan", makeRect(100, 100, 400, 300)});
     const pid_t mail = stage().open({"Mail", "Inbox", makeRect(300, 200, 400, 300)});
     const auto plan = element("Plan"), inbox = element("Inbox");
@@ -256,7 +256,7 @@ TEST_P(DesktopContract, WhatIsRaisedIsInFrontByOrderAndByPlace) {
     EXPECT_TRUE(until([&] { return shown().size() == 1 && titleAt({400, 300}) == "Inbox"; }));
 }
 
-TEST_P(DesktopContract, OneApplicationHasTheKeyboardAndOneOfItsWindows) {
+TEST_P(DesktopContract, OneApplicationAndOneOfItsWindowsHaveTheFocus) {
     const pid_t editor = stage().open(kPlan);
     const pid_t mail = stage().open(kInbox);
     stage().open(kDraft);
@@ -280,14 +280,14 @@ TEST_P(DesktopContract, OneApplicationHasTheKeyboardAndOneOfItsWindows) {
         EXPECT_FALSE(flag(accessibility().applicationElement(other), Attribute::frontmost));
     }
     EXPECT_FALSE(flag(draft, Attribute::main));
-    // The keyboard goes on when its window leaves.
+    // Another window is focused when the focused one is minimized.
     write(plan, {{Attribute::minimized, true}});
     EXPECT_TRUE(until([&] {
         return read(accessibility().applicationElement(editor), Attribute::focusedWindow) == AttributeValue(draft);
     }));
 }
 
-TEST_P(DesktopContract, ADialogStaysAboveItsWindowAndLeavesAndComesBackWithIt) {
+TEST_P(DesktopContract, ADialogStaysAboveItsWindowAndIsHiddenAndShownWithIt) {
     if (!stage().can(Ability::openingDialogs)) return;
     const pid_t editor = stage().open({"Editor", "Plan", makeRect(100, 100, 500, 400)});
     stage().open(
@@ -314,7 +314,7 @@ TEST_P(DesktopContract, ADialogStaysAboveItsWindowAndLeavesAndComesBackWithIt) {
     EXPECT_TRUE(until([&] { return read(dialog, Attribute::parent) != AttributeValue(plan); }));
 }
 
-TEST_P(DesktopContract, AWindowThatComesBackLeavesTheKeyboardWhereItIs) {
+TEST_P(DesktopContract, ARestoredWindowDoesNotTakeTheFocus) {
     const pid_t editor = stage().open(kPlan);
     const pid_t mail = stage().open(kInbox);
     const auto plan = element("Plan"), inbox = element("Inbox");
@@ -339,7 +339,7 @@ TEST_P(DesktopContract, AWindowThatComesBackLeavesTheKeyboardWhereItIs) {
     }
 }
 
-TEST_P(DesktopContract, WithoutPermissionNothingIsKnownAndNothingDone) {
+TEST_P(DesktopContract, WithoutPermissionNothingIsReadOrWritten) {
     stage().open(kPlan);
     const auto plan = element("Plan");
     EXPECT_TRUE(accessibility().isProcessTrusted());

@@ -30,7 +30,7 @@ mode_t modeOf(const fs::path& path) {
 
 } // namespace
 
-TEST(AgentClaim, IsHeldByOneProcessUntilItEndsHoweverItEnds) {
+TEST(AgentClaim, IsHeldByOneProcessUntilItsEnd) {
     const TemporaryFolder folder;
     const ControlSocketPlace place{(folder.path() / "kova" / "agent.sock").string(), true};
     int ready[2];
@@ -63,7 +63,7 @@ TEST(AgentClaim, IsHeldByOneProcessUntilItEndsHoweverItEnds) {
     close(ready[1]);
 }
 
-TEST(AgentClaim, TrustsNoFolderThatOthersCouldUse) {
+TEST(AgentClaim, RejectsFoldersThatOtherUsersCanEnter) {
     const TemporaryFolder folder;
     const auto at = [&](const char* name) {
         return ControlSocketPlace{(folder.path() / name / "agent.sock").string(), true};

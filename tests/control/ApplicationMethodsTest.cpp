@@ -20,7 +20,7 @@ class ApplicationMethods : public MethodCalls {
 
 } // namespace
 
-TEST_F(ApplicationMethods, ALaunchIsAnsweredAtOnceAndItsOutcomeToldLater) {
+TEST_F(ApplicationMethods, ALaunchIsAnsweredAtOnceAndItsOutcomeReportedLater) {
     desk.arrange();
     EXPECT_EQ(result("app.list")["applications"][0]["id"], "/Applications/Maps");
     const json answer = result("launch", {{"application", "maps"}, {"tile", "second"}});
@@ -62,7 +62,7 @@ TEST_F(ApplicationMethods, OneApplicationIsEndedByItsWindow) {
     EXPECT_EQ(refusal("forceQuitAll", {{"confirmed", {maps}}}), "No open applications were force quit\n" + reason);
 }
 
-TEST_F(ApplicationMethods, WhatWasLearnedOfAnApplicationIsForgotten) {
+TEST_F(ApplicationMethods, LearnedFactsOfAnApplicationAreForgotten) {
     desk.arrange();
     EXPECT_EQ(result("app.forget", {{"application", "mail"}})["message"],
               "Forgot the minimum sizes and usual tiles of Mail");

@@ -37,7 +37,7 @@ TEST_F(AgentMethods, EveryMethodIsDocumentedWithAnExampleThatWorks) {
     EXPECT_TRUE(hasQuit);
 }
 
-TEST_F(AgentMethods, ArrangeMovesWhatADryRunOnlyAnnounced) {
+TEST_F(AgentMethods, ArrangeMovesTheWindowsOfTheDryRun) {
     const json planned = result("arrange", {{"dryRun", true}});
     EXPECT_EQ(desk.tiles(), "- | -");
     const json carriedOut = result("arrange");
@@ -63,7 +63,7 @@ TEST_F(AgentMethods, ArrangeMovesWhatADryRunOnlyAnnounced) {
     EXPECT_EQ(result("status")["windowsInTiles"], 2);
 }
 
-TEST_F(AgentMethods, WhatTheUserKeepsIsAnsweredOnceItIsOnDisk) {
+TEST_F(AgentMethods, ChangesOfStoredDataAreAnsweredOnceTheyAreOnDisk) {
     const std::pair<const char*, json> changes[] = {{"scene.capture", {{"name", "Work"}}},
                                                     {"scene.rename", {{"scene", "Work"}, {"newName", "Desk"}}},
                                                     {"scene.open", {{"scene", "Desk"}}},
@@ -102,7 +102,7 @@ TEST_F(AgentMethods, WhatTheUserKeepsIsAnsweredOnceItIsOnDisk) {
     EXPECT_TRUE(result("status")["preferenceProblems"].empty());
 }
 
-TEST_F(AgentMethods, LayoutsAreFoundByWhateverNamesThem) {
+TEST_F(AgentMethods, LayoutsAreFoundByIdNameOrPart) {
     desk.display(1920, 1080, "Beamer");
     const auto selected = [&](json parameters) {
         return result("layout.select", std::move(parameters))["layout"]["id"];
@@ -130,7 +130,7 @@ TEST_F(AgentMethods, LayoutsAreFoundByWhateverNamesThem) {
         << "there is no fourth display";
 }
 
-TEST_F(AgentMethods, RefusesWhatDoesNotExistWithAListOfWhatDoes) {
+TEST_F(AgentMethods, RefusesUnknownNamesWithTheKnownOnes) {
     struct Case {
         std::string method;
         json parameters;
@@ -225,7 +225,7 @@ TEST_F(AgentMethods, ArrangingAfterTheStartIsSwitched) {
     EXPECT_EQ(result("query.state")["state"]["settings"]["autoArrangeOnLaunch"], false);
 }
 
-TEST_F(AgentMethods, SubscribersHearNumberedChangesAndEndUpWithTheState) {
+TEST_F(AgentMethods, SubscribersGetNumberedChangesThatAddUpToTheState) {
     constexpr std::string_view kSubscribe = R"({"jsonrpc":"2.0","id":1,"method":"subscribe"})";
     auto listener = client();
     const json start = listener.ask(kSubscribe)["result"];
@@ -274,7 +274,7 @@ TEST_F(AgentMethods, SubscribersHearNumberedChangesAndEndUpWithTheState) {
     EXPECT_FALSE(changes.contains("displays")) << "what stayed the same is told again";
 }
 
-TEST_F(AgentMethods, TheOverlaysSubscribersHearOfItsOwnChangesOnceATurn) {
+TEST_F(AgentMethods, OverlaySubscribersGetItsChangesOnceATurn) {
     const json topic = {{"topic", "overlay"}};
     EXPECT_EQ(error("subscribe", {{"topic", "windows"}})["code"], controlCode::invalidParameters);
     auto drawing = client();
@@ -367,7 +367,7 @@ TEST_F(AgentMethods, SettingsAreOpenUntilTheyAreClosed) {
     EXPECT_EQ(shown(), json()) << "what ends kova-ui closes them: they do not come back with it";
 }
 
-TEST_F(AgentMethods, WhatThePointerDoesInTheOverlayIsAMethodToo) {
+TEST_F(AgentMethods, PointerActionsOfTheOverlayAreMethodsToo) {
     desk.arrange().expectTiles("Terminal 15,15 1254x1382 | Notes 1291,15 1254x1382");
     const std::string left = desk.targetID("A", "focus-main"), right = desk.targetID("A", "secondary-1");
     result("place", {{"window", desk.desktop.windowIDOf("Notes")}, {"tile", left}});
@@ -416,7 +416,7 @@ TEST_F(AgentMethods, WhatThePointerDoesInTheOverlayIsAMethodToo) {
     EXPECT_EQ(error("ui.restart")["message"], "kova-ui is switched off. Switch it on with “kova ui on”");
 }
 
-TEST_F(AgentMethods, EachActionIsCarriedOutOrSaysWhyNot) {
+TEST_F(AgentMethods, EachActionIsCarriedOutOrRefusedWithAReason) {
     const auto said = [&](const char* method, json parameters = json::object()) {
         const json message = result(method, std::move(parameters))["message"];
         return message.is_string() ? message.get<std::string>() : "";
@@ -463,7 +463,7 @@ TEST_F(AgentMethods, EachActionIsCarriedOutOrSaysWhyNot) {
     EXPECT_EQ(refused("zoom"), "No managed window has the focus");
 }
 
-TEST_F(AgentMethods, DividersGoAsFarAsTheirNeighboursLetThem) {
+TEST_F(AgentMethods, DividersStopAtTheMinimumSizesOfTheirNeighbors) {
     desk.desktop.quit("Mail");
     desk.desktop.quit("Notes");
     desk.opens("Sheet", {.minimumSize = CGSize{900, 400}}).arrange();
@@ -485,7 +485,7 @@ TEST_F(AgentMethods, DividersGoAsFarAsTheirNeighboursLetThem) {
     EXPECT_EQ(result("divider.list")["dividers"][0], divider);
 }
 
-TEST_F(AgentMethods, CommandsForOneWindowSayWhatTheyWouldDoAndDoIt) {
+TEST_F(AgentMethods, CommandsForOneWindowDoWhatTheirDryRunSays) {
     desk.arrange().expectTiles("Terminal 15,15 1254x1382 | Notes 1291,15 1254x1382");
     const json commands = {{{"method", "place"}, {"params", {{"window", "Mail"}, {"tile", "2"}}}},
                            {{"method", "swap"}, {"params", {{"with", "right"}, {"display", "A"}}}},

@@ -188,7 +188,7 @@ TEST_F(LineProtocol, ServesAClientBesideTwoHundredSilentOnes) {
     EXPECT_TRUE(silent[0].hungUp());
 }
 
-TEST_F(LineProtocol, AnswersAllThatWasSentAheadAndThenHangsUp) {
+TEST_F(LineProtocol, AnswersAllPipelinedRequestsAndThenDisconnects) {
     listen();
     bool isAgentBusy = true;
     SocketClient connection(path(), [&] {
@@ -208,7 +208,7 @@ TEST_F(LineProtocol, AnswersAllThatWasSentAheadAndThenHangsUp) {
     EXPECT_TRUE(connection.hungUp());
 }
 
-TEST_F(LineProtocol, DropsWhoDoesNotReadAndNobodyElse) {
+TEST_F(LineProtocol, DropsOnlyClientsThatDoNotRead) {
     listen({.unsentBytes = 100'000});
     auto deaf = client();
     auto other = client();
@@ -223,7 +223,7 @@ TEST_F(LineProtocol, DropsWhoDoesNotReadAndNobodyElse) {
     EXPECT_EQ(other.message()["id"], 1);
 }
 
-TEST_F(LineProtocol, LetsInOnlyThisUserAndNoMoreThanThereIsRoomFor) {
+TEST_F(LineProtocol, AcceptsOnlyThisUserUpToALimit) {
     listen({.connections = 2});
     auto first = client();
     auto second = client();
@@ -242,7 +242,7 @@ TEST_F(LineProtocol, LetsInOnlyThisUserAndNoMoreThanThereIsRoomFor) {
     EXPECT_TRUE(client().hungUp());
 }
 
-TEST_F(LineProtocol, ABatchIsAnsweredWithinItsBoundAndHoldsNoOtherClientUp) {
+TEST_F(LineProtocol, ABatchIsAnsweredWithinItsBoundAndDelaysNoOtherClient) {
     listen({.longestBatchAnswer = 100'000});
     auto connection = client();
     const std::string large = R"({"jsonrpc":"2.0","id":1,"method":"large","params":{"bytes":60000}})";
@@ -270,7 +270,7 @@ TEST_F(LineProtocol, ABatchIsAnsweredWithinItsBoundAndHoldsNoOtherClientUp) {
     EXPECT_GE(agent.count, 20 * 100);
 }
 
-TEST_F(LineProtocol, AnAnswerMayComeLaterAndInItsOrder) {
+TEST_F(LineProtocol, ADelayedResponseKeepsItsOrder) {
     listen();
     auto connection = client();
     auto other = client();
@@ -302,7 +302,7 @@ TEST_F(LineProtocol, AnAnswerMayComeLaterAndInItsOrder) {
     EXPECT_TRUE(connection.hungUp());
 }
 
-TEST_F(LineProtocol, WhatAllClientsLeaveUnreadIsBoundedToo) {
+TEST_F(LineProtocol, UnreadOutputOfAllClientsIsBounded) {
     listen({.totalUnsentBytes = 2'000'000});
     std::vector<SocketClient> deaf;
     for (int i = 0; i < 40; ++i) {
@@ -343,7 +343,7 @@ TEST_F(LineProtocol, AnswersOfBatchesThatAreNotCompleteCountAsUnread) {
     }
 }
 
-TEST_F(LineProtocol, EndingWaitsForNothingThatClientsHaveSent) {
+TEST_F(LineProtocol, EndingDoesNotWaitForPendingRequests) {
     listen();
     std::string objects = R"({"jsonrpc":"2.0","id":1,"method":"echo","params":[{})";
     while (objects.size() < kLongestControlLine / 16) objects += ",{}";
@@ -441,7 +441,7 @@ TEST_F(LineProtocol, SurvivesRandomBytes) {
     }
 }
 
-TEST(ControlClient, TellsASilentAgentFromNone) {
+TEST(ControlClient, DistinguishesASilentAgentFromNone) {
     const TemporaryFolder folder;
     const std::string path = (folder.path() / "s").string();
     const auto failureAt = [](const std::string& place) {

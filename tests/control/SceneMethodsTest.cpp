@@ -39,7 +39,7 @@ TEST_F(SceneMethods, ASceneIsFoundByItsWholeNameOrItsId) {
     EXPECT_EQ(left[0]["isActive"], false);
 }
 
-TEST_F(SceneMethods, WhoWaitsForASceneIsToldWhatBecameOfEachWindow) {
+TEST_F(SceneMethods, AWaitingClientGetsTheFinalReportOfAScene) {
     desk.arrange();
     result("scene.capture", {{"name", "Work"}});
     desk.desktop.quit("Notes");
@@ -104,7 +104,7 @@ TEST_F(SceneMethods, AnyIndexOfAFileCanBeShown) {
     EXPECT_EQ(shown["placements"][0]["display"], INT64_MAX);
 }
 
-TEST_F(SceneMethods, RulesAreAddedOrderedAndAsked) {
+TEST_F(SceneMethods, RulesAreAddedOrderedAndTested) {
     const auto add = [&](json parameters) { return result("rule.add", std::move(parameters)); };
     const json mail = add({{"application", "mail"}, {"title", "inbox"}, {"disposition", "tile"}, {"slot", "2"}});
     EXPECT_EQ(mail["rule"]["slot"], "secondary-1") << "the second tile of the layout in force";
@@ -141,7 +141,7 @@ TEST_F(SceneMethods, RulesAreAddedOrderedAndAsked) {
     EXPECT_EQ(ruleNames(), "Maps → secondary-3, Mail → secondary-1");
 }
 
-TEST_F(SceneMethods, ARuleThatMakesNoSenseIsNotAdded) {
+TEST_F(SceneMethods, AnInvalidRuleIsNotAdded) {
     using Parameters = json::object_t;
     const std::vector<Parameters> cases = {
         {{"disposition", "float"}},
@@ -169,7 +169,7 @@ TEST_F(SceneMethods, ARuleThatMakesNoSenseIsNotAdded) {
     EXPECT_EQ(ruleNames(), "");
 }
 
-TEST_F(SceneMethods, TheDocumentTravelsInPieces) {
+TEST_F(SceneMethods, TheDocumentIsTransferredInPieces) {
     desk.arrange();
     result("scene.capture", {{"name", "Wörk"}});
     result("rule.add", {{"application", "mail"}, {"disposition", "ignore"}});
@@ -224,7 +224,7 @@ TEST(DocumentTransfer, HoldsNoMoreThanOneLargestDocumentAndNothingForLong) {
     EXPECT_EQ(send(other, half.substr(document.size()) + document, false), "0");
 
     EXPECT_EQ(send(other, "{", true), "null");
-    desk.advance(DocumentTransfer::kPatience + Seconds(2));
+    desk.advance(DocumentTransfer::kUploadTimeout + Seconds(2));
     EXPECT_EQ(send(other, document, false), "0") << "what was begun so long ago was given up";
 }
 

@@ -72,7 +72,7 @@ TEST_F(ShortcutsOverTheSocket, AreSetClearedAndRestored) {
               keyCode::q);
 }
 
-TEST_F(ShortcutsOverTheSocket, ThatAnotherProgramHoldsAreNamed) {
+TEST_F(ShortcutsOverTheSocket, HeldByAnotherProgramAreNamed) {
     keyboard().holdByOther({keyCode::g, modifierFlag::command});
     EXPECT_EQ(result("status")["shortcutsHeldByOthers"], json::array());
     result("shortcut.set", {{"action", "undo"}, {"keys", "super+g"}});
@@ -132,7 +132,7 @@ TEST_F(ShortcutsOverTheSocket, AreRecordedByTheRulesOfTheRecorder) {
     EXPECT_EQ(told(connection), "claimed Ctrl+C");
 }
 
-TEST_F(ShortcutsOverTheSocket, GiveTheKeyboardBackWhoeverRecorded) {
+TEST_F(ShortcutsOverTheSocket, ReleaseTheKeyboardWhenTheRecordingClientDisconnects) {
     const auto isBack = [&] {
         desk.advance(Seconds(1));
         return !*shortcuts.isRecording && keyboard().claimed().contains({keyCode::h, kControlOption});
@@ -154,7 +154,7 @@ TEST_F(ShortcutsOverTheSocket, GiveTheKeyboardBackWhoeverRecorded) {
     EXPECT_EQ(shown(shortcutOf("focusUp")), "Super+U");
 
     result("shortcut.record", {{"action", "undo"}});
-    desk.advance(ShortcutMethods::kRecordingPatience + Seconds(1));
+    desk.advance(ShortcutMethods::kRecordingTimeout + Seconds(1));
     EXPECT_EQ(told(connection), "recorded cancelled: Nothing was typed for a minute");
     EXPECT_TRUE(isBack());
 

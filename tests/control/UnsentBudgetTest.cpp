@@ -7,7 +7,7 @@
 namespace kova {
 namespace {
 
-TEST(UnsentBudget, DropsWhoHasReadNothingForTheLongestTime) {
+TEST(UnsentBudget, DropsTheClientThatHasReadNothingForTheLongestTime) {
     UnsentBudget budget(100);
     std::string dropped;
     UnsentBudget::Account a(budget, [&] { dropped += "a"; }), b(budget, [&] { dropped += "b"; }),

@@ -95,7 +95,7 @@ X11Desktop& DesktopUnderTest::openDesktop() {
     auto opened = X11Desktop::open({.displayName = server_.displayName(),
                                     .hiddenWindowsFile = hiddenWindowsFile(),
                                     .launcher = nullptr,
-                                    .patienceAtTheEnd = Seconds(10),
+                                    .returnTimeoutAtEnd = Seconds(10),
                                     .asksForProcesses = numbers_ == ClientProcessNumbers::told},
                                    loop_, catalogue_);
     if (const auto* failure = std::get_if<X11Desktop::Failure>(&opened)) throw std::runtime_error(failure->reason);

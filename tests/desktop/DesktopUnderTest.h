@@ -72,8 +72,7 @@ class DesktopUnderTest {
     bool isMinimized(const std::string& title) { return window(title).isMinimized; }
     bool isHidden(pid_t process);
     void place(const ManagedWindow& window, const CGRect& frame);
-    /// Places the window, again once the last placement is no longer looked after, as every poll does, until `frame`
-    /// reads as wished.
+    /// Places the window, and again after each verification, as polls do, until `frame` reads as requested.
     bool comesTo(const std::string& title, const CGRect& wished, const std::function<CGRect()>& frame);
     bool comesTo(const std::string& title, const CGRect& wished, const TestClient& client, xcb_window_t window);
 

@@ -1,4 +1,4 @@
-// What KOVA takes off the screen comes back: by wish, by hand, at the end, and after a crash.
+// Windows that KOVA hid are shown again: on request, by the user, at the end of the agent, and after a crash.
 #include "tests/desktop/DesktopUnderTest.h"
 
 #include <sys/inotify.h>
@@ -35,13 +35,13 @@ class Hiding : public ::testing::TestWithParam<Manager> {
     xcb_window_t inbox = 0, draft = 0;
 };
 
-TEST_P(Hiding, TakesAwayAllWindowsAndBringsBackExactlyThose) {
+TEST_P(Hiding, HidesAllWindowsAndShowsExactlyThose) {
     desk->service().minimize(desk->window("Draft"));
     ASSERT_TRUE(desk->runUntil([&] { return desk->isMinimized("Draft"); }));
     desk->desktop().hide(4001);
     ASSERT_TRUE(desk->runUntil([&] { return !mail->isViewable(inbox) && desk->isHidden(4001); }));
     desk->runFor(Seconds(0.1));
-    // Hidden is not minimised, and what was minimised before stays so.
+    // A hidden window does not count as minimized, and minimized windows stay so.
     EXPECT_TRUE(desk->isHidden(4001));
     EXPECT_FALSE(desk->isMinimized("Inbox"));
     EXPECT_FALSE(desk->window("Inbox").isVisible);
@@ -56,7 +56,7 @@ TEST_P(Hiding, TakesAwayAllWindowsAndBringsBackExactlyThose) {
     EXPECT_FALSE(mail->isViewable(draft));
 }
 
-TEST_P(Hiding, EndsForAWindowThatSomebodyElseBringsBack) {
+TEST_P(Hiding, EndsForAWindowThatAnotherProgramShows) {
     desk->desktop().hide(4001);
     ASSERT_TRUE(areViewable(false));
     desk->runFor(Seconds(0.1));
@@ -68,7 +68,7 @@ TEST_P(Hiding, EndsForAWindowThatSomebodyElseBringsBack) {
     EXPECT_TRUE(areViewable(true));
 }
 
-TEST_P(Hiding, IsOvertakenByTheWishToComeBack) {
+TEST_P(Hiding, IsOverriddenByALaterRequestToShow) {
     desk->desktop().hide(4001);
     desk->desktop().unhide(4001);
     desk->runFor(Seconds(0.4));
@@ -76,8 +76,8 @@ TEST_P(Hiding, IsOvertakenByTheWishToComeBack) {
     EXPECT_FALSE(desk->isHidden(4001));
 }
 
-// Window managers take their time: a window can be iconic and still on the screen, or gone and not yet known as iconic.
-TEST_P(Hiding, IsUndoneHoweverSoonTheWishComes) {
+// Window managers are slow: a window can be iconic and still mapped, or unmapped before its iconic state was read.
+TEST_P(Hiding, IsUndoneHoweverSoonTheRequestComes) {
     const auto window = desk->window("Inbox");
     const AttributeWrite minimized{AccessibilityAttribute::minimized, true},
         back{AccessibilityAttribute::minimized, false};
@@ -92,7 +92,7 @@ TEST_P(Hiding, IsUndoneHoweverSoonTheWishComes) {
         desk->desktop().writeAttributes(window.element, {&back, 1});
         desk->runFor(Seconds(0.4));
         EXPECT_TRUE(areViewable(true)) << "minimised for " << pause;
-        // And away again, before what became of the last request was read.
+        // And hidden again before the effect of the last request was read.
         desk->desktop().hide(4001);
         desk->runFor(Seconds(pause));
         desk->desktop().unhide(4001);
@@ -110,7 +110,7 @@ TEST_P(Hiding, IsUndoneHoweverSoonTheWishComes) {
     EXPECT_FALSE(std::filesystem::exists(desk->hiddenWindowsFile()));
 }
 
-TEST_P(Hiding, KeepsWhatIsMinimisedMeanwhileApart) {
+TEST_P(Hiding, KeepsMinimizedWindowsApart) {
     const auto set = [&](const std::string& title, bool isMinimized) {
         const AttributeWrite write{AccessibilityAttribute::minimized, isMinimized};
         desk->desktop().writeAttributes(desk->window(title).element, {&write, 1});
@@ -121,7 +121,7 @@ TEST_P(Hiding, KeepsWhatIsMinimisedMeanwhileApart) {
     desk->desktop().hide(4001);
     ASSERT_TRUE(areViewable(false));
     desk->runFor(Seconds(0.3));
-    // Not to be minimised is not to be shown: the application stays hidden.
+    // Restoring a minimized window does not show its hidden application.
     set("Draft", false);
     set("Inbox", false);
     EXPECT_TRUE(areViewable(false));
@@ -176,7 +176,7 @@ TEST_P(Hiding, EndsWithTheAgent) {
     EXPECT_TRUE(areViewable(true));
 }
 
-TEST_P(Hiding, OfAnAgentThatWasKilledIsUndoneByTheNext) {
+TEST_P(Hiding, OfAKilledAgentIsUndoneByTheNext) {
     desk->desktop().hide(4001);
     ASSERT_TRUE(areViewable(false));
     desk->crash();
@@ -186,7 +186,7 @@ TEST_P(Hiding, OfAnAgentThatWasKilledIsUndoneByTheNext) {
     EXPECT_TRUE(desk->showsExactly({"Draft", "Inbox", "Pad"}));
     EXPECT_TRUE(desk->runUntil([&] { return !std::filesystem::exists(desk->hiddenWindowsFile()); }));
 
-    // Numbers that mean something else by now, and files that mean nothing.
+    // Reused window numbers, and invalid files.
     const auto unmapped = notes->create({.title = "Never shown"});
     desk->closeDesktop();
     for (const std::string& content : {R"({"windows":[{"window":)" + std::to_string(unmapped) +
@@ -203,7 +203,7 @@ TEST_P(Hiding, OfAnAgentThatWasKilledIsUndoneByTheNext) {
 INSTANTIATE_TEST_SUITE_P(Beside, Hiding, ::testing::Values(Manager::none, Manager::openbox),
                          [](const auto& beside) { return beside.param == Manager::none ? "NoManager" : "Openbox"; });
 
-TEST(WindowManager, MayComeAndGo) {
+TEST(WindowManager, MayStartAndEnd) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
     DesktopUnderTest desk(Manager::none);
     const auto mail = desk.client("Mail", 4001);
@@ -214,7 +214,7 @@ TEST(WindowManager, MayComeAndGo) {
     desk.service().minimize(desk.window("Draft"));
     ASSERT_TRUE(desk.runUntil([&] { return !mail->isViewable(draft); }));
 
-    // It knows nothing of windows that were unmapped before it came: they are brought back to it.
+    // It does not know windows that were unmapped before it started, so they are mapped.
     desk.server().startManager();
     ASSERT_TRUE(desk.runUntil([&] { return mail->numbers(inbox, "_NET_FRAME_EXTENTS").size() == 4; }));
     EXPECT_TRUE(desk.showsExactly({"Draft", "Inbox"}));
@@ -228,7 +228,7 @@ TEST(WindowManager, MayComeAndGo) {
     EXPECT_TRUE(desk.showsExactly({"Draft", "Inbox"}));
     EXPECT_TRUE(desk.readsAs("Inbox", [&] { return mail->area(inbox); }));
 
-    // What the one before wrote on the windows means nothing any more.
+    // Properties that the former window manager set are out of date.
     mail->setNumbers(inbox, "_NET_WM_DESKTOP", "CARDINAL", {3});
     mail->setNumbers(inbox, "_NET_WM_STATE", "ATOM", {mail->atom("_NET_WM_STATE_FULLSCREEN")});
     desk.runFor(Seconds(0.1));
@@ -259,7 +259,7 @@ void replaceTheManager(bool hides) {
     const Seconds end = desk.loop().uptime() + Seconds(2.5);
     while (desk.loop().uptime() < end) {
         const auto titles = desk.titles();
-        // The frames of windows that come back grow for show, so only the others can be told at every moment.
+        // Frames of restored windows are animated, so only other windows have exact frames at every moment.
         for (const char* title : hides ? std::vector{"Pad"} : std::vector{"Draft", "Inbox", "Pad"}) {
             ASSERT_EQ(std::ranges::count(titles, std::string(title)), 1) << title;
         }
@@ -268,12 +268,12 @@ void replaceTheManager(bool hides) {
     EXPECT_TRUE(desk.readsAs("Inbox", [&] { return mail->outerFrame(inbox); }));
 }
 
-TEST(WindowManager, MayBeReplacedWithoutAWindowBeingMissed) {
+TEST(WindowManager, MayBeReplacedWithoutLosingAWindow) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
     replaceTheManager(false);
 }
 
-TEST(WindowManager, IsKnownWhenTheOneBeforeTookItsListOfAbilitiesAway) {
+TEST(WindowManager, IsKnownWhenTheFormerOneDeletedItsListOfSupportedHints) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
     DesktopUnderTest desk(Manager::openbox);
     const auto client = desk.client("Mail", 4001);
@@ -287,7 +287,7 @@ TEST(WindowManager, IsKnownWhenTheOneBeforeTookItsListOfAbilitiesAway) {
     EXPECT_TRUE(desk.comesTo("Inbox", makeRect(20, 30, 500, 400), *client, inbox));
 }
 
-TEST(WindowManager, SizesAreNotReliedOnForTwoSecondsAfterItIsReplaced) {
+TEST(WindowManager, SizesDoNotCountForTwoSecondsAfterItIsReplaced) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
     DesktopUnderTest desk(Manager::openbox);
     const auto mail = desk.client("Mail", 4001);
@@ -308,7 +308,7 @@ TEST(WindowManager, SizesAreNotReliedOnForTwoSecondsAfterItIsReplaced) {
     EXPECT_GE(desk.loop().uptime() - begin, Seconds(1.9));
 }
 
-TEST(WindowManager, SizesAreNotReliedOnWhereItPlacesWindowsItself) {
+TEST(WindowManager, SizesDoNotCountIfItPlacesWindowsItself) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
     DesktopUnderTest desk(Manager::openbox);
     const auto mail = desk.client("Mail", 4001);
@@ -327,7 +327,7 @@ TEST(WindowManager, SizesAreNotReliedOnWhereItPlacesWindowsItself) {
     EXPECT_TRUE(desk.runUntil([&] { return !isReliable(); }));
 }
 
-TEST(WindowManager, GivesHiddenWindowsBackWhenItIsReplaced) {
+TEST(WindowManager, HiddenWindowsAreShownWhenItIsReplaced) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
     replaceTheManager(true);
 }

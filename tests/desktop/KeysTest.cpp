@@ -21,7 +21,7 @@ class Keys : public ::testing::Test {
         other = desk->client("Other", 4001);
         desk->openDesktop();
     }
-    /// Hears what is claimed from now on.
+    /// Registers the combinations and records their presses.
     void listen(const std::vector<KeyCombination>& combinations) {
         known = desk->desktop().observeHeldByOthers([this] { ++timesTold; });
         monitor = desk->desktop().addGlobalMonitor([this](const KeyPress& press) { heard.push_back(press); });
@@ -85,7 +85,7 @@ const KeyCombination kH{keyCode::h, kControlOption}, kControlJ{keyCode::j, kCont
 constexpr xcb_keycode_t kServersH = 43, kServersLeft = 113;
 constexpr std::uint16_t kServersControlOption = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1;
 
-TEST_F(Keys, AreHeardWithAnyLocksWhileSomebodyListens) {
+TEST_F(Keys, ArriveWithAnyLocksWhileThereIsAnObserver) {
     listen({kH, kJ, kLeft});
     for (const char* lock : {"", "Caps_Lock", "Num_Lock", "Caps_Lock"}) {
         if (*lock) press(lock);
@@ -95,10 +95,10 @@ TEST_F(Keys, AreHeardWithAnyLocksWhileSomebodyListens) {
         EXPECT_TRUE(isNotHeard("ctrl+alt+shift+h ctrl+h h alt+j super+alt+Left", "ctrl+alt+h", kH)) << lock;
     }
     EXPECT_EQ(heard[0].charactersIgnoringModifiers, "h");
-    // Claimed anew: what is not named any more is not heard.
+    // A new registration replaces the former one.
     claim({kLeft});
     EXPECT_TRUE(isNotHeard("ctrl+alt+h", "super+Left", kLeft));
-    // Without a listener the keys are free for all programs again.
+    // Without an observer the keys are free for all programs again.
     monitor = {};
     EXPECT_TRUE(desk->runUntil([&] {
         const auto cookie = xcb_grab_key_checked(other->connection(), 0, other->root(), XCB_MOD_MASK_4, kServersLeft,
@@ -110,18 +110,18 @@ TEST_F(Keys, AreHeardWithAnyLocksWhileSomebodyListens) {
     }));
 }
 
-TEST_F(Keys, ThatAnotherProgramHoldsAreNamedAndTriedAgain) {
+TEST_F(Keys, HeldByAnotherProgramAreNamedAndTriedAgain) {
     grabAsOther(kServersControlOption | XCB_MOD_MASK_2, kServersH); // with Num Lock only
     listen({kH, kLeft});
     EXPECT_EQ(desk->desktop().heldByOthers(), std::vector{kH});
     EXPECT_TRUE(isNotHeard("ctrl+alt+h", "super+Left", kLeft)) << "half of it would be worse than none";
     xcb_ungrab_key(other->connection(), kServersH, other->root(), kServersControlOption | XCB_MOD_MASK_2);
     other->sync();
-    // A question for it has it tried again.
+    // A query tries to grab it again.
     EXPECT_TRUE(desk->runUntil([&] { return desk->desktop().heldByOthers().empty(); }));
     EXPECT_TRUE(isHeard("ctrl+alt+h", kH));
 
-    // The other kind of claim, of which the server itself tells nothing.
+    // An XInput grab, which causes no error for a core grab.
     grabByInputExtension(XCB_MOD_MASK_4, kServersLeft);
     claim({kH});
     claim({kH, kLeft});
@@ -129,7 +129,7 @@ TEST_F(Keys, ThatAnotherProgramHoldsAreNamedAndTriedAgain) {
     EXPECT_TRUE(isNotHeard("super+Left", "ctrl+alt+h", kH));
 }
 
-TEST_F(Keys, StayWhereTheyAreOnTheKeyboardWhenItsLayoutChanges) {
+TEST_F(Keys, StayOnTheirKeyWhenTheLayoutChanges) {
     const KeyCombination q{keyCode::q, kControlOption};
     listen({q});
     const auto writes = [&](const std::string& text) {
@@ -168,7 +168,7 @@ TEST_F(Keys, StayWhereTheyAreOnTheKeyboardWhenItsLayoutChanges) {
     EXPECT_EQ(heard.back().modifierFlags, kControlOption);
 }
 
-TEST_F(Keys, ThatAreHeldAreToldToRepeat) {
+TEST_F(Keys, ThatAreHeldAreReportedAsRepetitions) {
     listen({kH});
     run("xset r rate 150 30");
     for (int round = 0; round < 2; ++round) {
@@ -191,7 +191,7 @@ TEST_F(Keys, ThatAreHeldAreToldToRepeat) {
     EXPECT_EQ(std::ranges::count_if(heard, &KeyPress::isRepeat), 0);
 }
 
-TEST_F(Keys, AllComeToWhoeverRecordsAndNoneElsewhere) {
+TEST_F(Keys, AllGoToTheRecorderAndToNoOtherProgram) {
     listen({kH});
     std::vector<KeyPress> recorded;
     std::string reason;
@@ -203,7 +203,7 @@ TEST_F(Keys, AllComeToWhoeverRecordsAndNoneElsewhere) {
             },
             [&](const std::string& why) { reason = why; });
     };
-    // What is down already was pressed for something else.
+    // Keys that are down already are ignored.
     run("xset r rate 150 30");
     run("xdotool keydown F8");
     Subscription recording = record();
@@ -242,8 +242,8 @@ TEST_F(Keys, AllComeToWhoeverRecordsAndNoneElsewhere) {
     EXPECT_TRUE(isHeard("ctrl+alt+h", kH));
 }
 
-/// As when the user points at a divider to have the program behind it killed. Windows are managed all the same.
-TEST_F(Keys, ThatAreNotHeardAnyMoreAreSaidToBe) {
+/// When the input connection is killed (xkill on a divider), windows are still managed.
+TEST_F(Keys, AreReportedAsLostWithTheConnection) {
     const auto topLevels = [&] {
         const auto asked = xcb_query_tree(other->connection(), other->root());
         auto* tree = xcb_query_tree_reply(other->connection(), asked, nullptr);

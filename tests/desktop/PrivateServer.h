@@ -28,7 +28,7 @@ class PrivateServer {
     /// windows in.
     void startManager();
     void endManager() { manager_.end(); }
-    /// Stops the window manager in its tracks, as a busy machine does; what it is asked meanwhile it does afterwards.
+    /// Stops the window manager with SIGSTOP, to simulate a busy machine; it handles requests after it was continued.
     void pauseManager();
     void resumeManager();
     void end() { server_.end(); }

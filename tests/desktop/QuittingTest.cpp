@@ -59,7 +59,7 @@ class Quitting : public ::testing::TestWithParam<Manager> {
     }
 };
 
-TEST_P(Quitting, EachWindowThatKnowsHowIsAskedToClose) {
+TEST_P(Quitting, EachWindowWithTheProtocolIsAskedToClose) {
     DesktopUnderTest desk(GetParam());
     const auto polite = desk.client("Polite", 4001), deaf = desk.client("Deaf", 4002),
                other = desk.client("Other", 4003);
@@ -87,7 +87,7 @@ TEST_P(Quitting, EachWindowThatKnowsHowIsAskedToClose) {
     EXPECT_FALSE(desk.isConnectionLost());
 }
 
-TEST_P(Quitting, WithoutTheServersWordNothingIsEndedByForce) {
+TEST_P(Quitting, WithoutTheServersConfirmationNothingIsKilled) {
     DesktopUnderTest desk(GetParam());
     Victim victim, distant, panel;
     const auto number = [](const Victim& of) { return static_cast<std::uint32_t>(of.process()); };
@@ -126,7 +126,7 @@ TEST_P(Quitting, WithoutTheServersWordNothingIsEndedByForce) {
 }
 
 /// Its number may be another process's by now.
-TEST_P(Quitting, AProcessWhoseLastWindowHasGoneIsNotEndedByForce) {
+TEST_P(Quitting, AProcessWithoutWindowsIsNotKilled) {
     DesktopUnderTest desk(GetParam());
     Victim victim;
     const auto mail = desk.client("Mail", static_cast<std::uint32_t>(victim.process()));

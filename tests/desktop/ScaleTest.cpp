@@ -49,7 +49,7 @@ TEST(Scale, FollowsTheSettingsOfTheDesktop) {
     ASSERT_TRUE(desk.comesTo("Draft", makeRect(40, 60, 600, 400), *client, draft));
     int told = 0;
     const auto screens = desktop.observeScreens([&] { ++told; });
-    /// Whether everything above the seam counts in points of so many pixels, told once.
+    /// Whether the platform interfaces use the scale, announced once.
     const auto becomes = [&](double scale, const char* screen, const char* frame) {
         const bool isSo = desk.runUntil([&] {
             const auto all = desktop.screens();

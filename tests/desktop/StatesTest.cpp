@@ -1,5 +1,4 @@
-// Windows in special states, windows that lie, and windows that vanish; displays and their panels; what has the
-// keyboard.
+// Windows in special states, with false properties, or closed suddenly; displays and their panels; the focus.
 #include "tests/desktop/DesktopUnderTest.h"
 
 #include <xcb/randr.h>
@@ -42,8 +41,8 @@ TEST_F(Desktop, UnmaximizesBeforePlacingAndLeavesFullScreenAlone) {
     EXPECT_EQ(desk.reportedMinimums().size(), minimums);
 }
 
-// Nothing polls while the passes of a placement look after the window.
-TEST_F(Desktop, LearnsNoMinimumFromAWindowThatGoesFullScreenBetweenTwoPolls) {
+// No poll runs while the placement of the window is verified.
+TEST_F(Desktop, LearnsNoMinimumFromAWindowThatEntersFullScreenBetweenTwoPolls) {
     DesktopUnderTest desk(Manager::openbox);
     const auto client = desk.client("Player", 4001);
     const auto film = client->open({.title = "Film"});
@@ -67,7 +66,7 @@ TEST_F(Desktop, LearnsNoMinimumFromAWindowThatGoesFullScreenBetweenTwoPolls) {
     }
 }
 
-TEST_F(Desktop, TellsMinimizedWindowsFromShadedOnesAndThoseOfOtherDesktops) {
+TEST_F(Desktop, DistinguishesMinimizedShadedAndOtherDesktopsWindows) {
     DesktopUnderTest desk(Manager::openbox);
     const auto client = desk.client("Editor", 4001);
     const auto code = client->open({.title = "Code", .frame = makeRect(20, 40, 500, 400)});
@@ -97,8 +96,8 @@ TEST_F(Desktop, TellsMinimizedWindowsFromShadedOnesAndThoseOfOtherDesktops) {
     EXPECT_TRUE(desk.showsExactly({"Code", "Plan"}));
 }
 
-/// Beside a window manager that grants no other size than the one that the window has.
-TEST_F(Desktop, DrawsAWindowThatKeepsItsSizeIntoItsPlace) {
+/// With a window manager that grants no other size than the window's own.
+TEST_F(Desktop, MovesAWindowThatKeepsItsSizeIntoItsTile) {
     DesktopUnderTest desk(Manager::none);
     const auto client = desk.client("Player", 4001), manager = desk.client("Manager", 4002);
     const auto film = client->open({.title = "Film", .frame = makeRect(100, 30, 300, 200)});
@@ -158,14 +157,14 @@ TEST_F(Desktop, LeavesACellGridAloneOnceItIsKnown) {
     EXPECT_EQ(minY(settled), 10);
     EXPECT_NE(settled.size.width, 611);
     EXPECT_TRUE(desk.readsAs("Shell", [&] { return settled; }));
-    // The first of these may still ask; after that the window is believed.
+    // The first of these may still send a request; after that the window's frame is accepted.
     for (int i = 0; i < 3; ++i) wish();
     client->takeConfigureCount(shell);
     wish();
     EXPECT_EQ(client->takeConfigureCount(shell), 0);
 }
 
-TEST_F(Desktop, LooksPastShadowsAndFindsTheVisibleEdge) {
+TEST_F(Desktop, IgnoresShadowsOutsideTheVisibleEdge) {
     for (const Manager manager : {Manager::none, Manager::openbox}) {
         DesktopUnderTest desk(manager);
         const auto client = desk.client("Photos", 4001);
@@ -211,7 +210,7 @@ TEST_F(Desktop, SurvivesWindowsThatLieOrVanish) {
         // Without a believable process number, windows of one connection are one application.
         EXPECT_GT(desk.window("Lüge").processIdentifier, 4'194'304);
 
-        // Gone between being listed and being written to.
+        // Closed between the listing and the request.
         const auto window = desk.window("Fleeting");
         liar->destroy(fleeting);
         desk.place(window, makeRect(0, 0, 300, 300));
@@ -243,7 +242,7 @@ TEST_F(Desktop, FollowsMonitorsAndPanels) {
     // The screen is divided: the right part becomes the first display.
     xcb_connection_t* c = client->connection();
     const auto divide = [&](const char* name, bool isPrimary, std::int16_t x, std::uint16_t width) {
-        // The library's own way to write this request trips over records without outputs.
+        // The library's function for this request cannot write a monitor without outputs.
         struct {
             xcb_randr_set_monitor_request_t request{};
             xcb_randr_monitor_info_t monitor{};
@@ -285,7 +284,7 @@ TEST_F(Desktop, FollowsMonitorsAndPanels) {
     EXPECT_TRUE(desk.comesTo("Window", makeRect(-1100, 50, 500, 400), fromFirst));
 }
 
-TEST_F(Desktop, KnowsWhoHasTheKeyboardAndWhatIsOnTop) {
+TEST_F(Desktop, KnowsTheFocusedWindowAndTheStackingOrder) {
     for (const Manager manager : {Manager::none, Manager::openbox}) {
         DesktopUnderTest desk(manager);
         const auto mail = desk.client("Mail", 4001), notes = desk.client("Notes", 4002);
@@ -329,7 +328,7 @@ TEST_F(Desktop, KnowsTheFocusedWindowAtOnceWhileWindowsChange) {
     }
 }
 
-TEST_F(Desktop, TakesTheWindowUnderThePointerForFocusedWhereTheKeyboardFollowsThat) {
+TEST_F(Desktop, TheWindowUnderThePointerIsFocusedIfTheFocusFollowsThePointer) {
     DesktopUnderTest desk(Manager::none);
     const auto mail = desk.client("Mail", 4001), notes = desk.client("Notes", 4002);
     const auto pointTo = [&](std::int16_t x, std::int16_t y) {
@@ -402,7 +401,7 @@ TEST_F(Desktop, EndsWhenTheServerDoes) {
     desktop.hide(4001);
 }
 
-TEST_F(Desktop, SaysWhyThereIsNone) {
+TEST_F(Desktop, SaysWhyItCannotBeOpened) {
     TestLoop loop;
     PlainCatalogue catalogue;
     const auto reason = [&](const std::optional<std::string>& display) {

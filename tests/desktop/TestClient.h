@@ -1,5 +1,5 @@
-// An application of the test's own: windows with any properties, honest or not, and a record of what they were told.
-// It speaks to the server on a connection of its own and sees the desktop as any other program does.
+// An application of the test: windows with any properties, true or false, and a record of their events. It has a
+// connection of its own and sees the desktop as any other program does.
 #pragma once
 
 #include "support/Geometry.h"
@@ -34,8 +34,8 @@ class TestClient {
     TestClient(const TestClient&) = delete;
     TestClient& operator=(const TestClient&) = delete;
 
-    /// A window manager that starts says so before it sees every window that asks to be shown: it is ready once it has
-    /// taken one in. False when none does within 20 s.
+    /// Waits until the window manager manages a new window, since it announces itself before it handles all map
+    /// requests. False if that takes longer than 20 s.
     bool waitForManager();
 
     xcb_window_t open(const TestWindow& window);

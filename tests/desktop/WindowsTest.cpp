@@ -13,7 +13,7 @@ class Windows : public ::testing::TestWithParam<Manager> {
     }
 };
 
-TEST_P(Windows, AreListedWithWhatTheySayOfThemselves) {
+TEST_P(Windows, AreListedWithTheirProperties) {
     DesktopUnderTest desk(GetParam());
     const auto mail = desk.client("Mail", 4001);
     mail->open({.title = "Inbox"});
@@ -48,7 +48,7 @@ TEST_P(Windows, AreListedWithWhatTheySayOfThemselves) {
     EXPECT_TRUE(desk.showsExactly({"Delete all?", "Grüße", "Inbox"}));
 }
 
-TEST_P(Windows, StandWhereTheyArePutAndAreToldOnce) {
+TEST_P(Windows, AreMovedToTheirFrameWithOneEvent) {
     DesktopUnderTest desk(GetParam());
     const auto client = desk.client("Editor", 4001);
     const auto left = client->open({.title = "Left"}), right = client->open({.title = "Right", .border = 3});
@@ -58,7 +58,7 @@ TEST_P(Windows, StandWhereTheyArePutAndAreToldOnce) {
     EXPECT_TRUE(desk.showsExactly({"Large", "Left", "Right"}));
     client->takeConfigureCount(std::vector{left, right, large});
 
-    // A wish that is not answered in time is repeated, so only what is answered at once tells how often it was made.
+    // A request without a prompt effect is repeated, so the count is exact only if the effect is prompt.
     bool wasPrompt = false;
     for (int y = 7; y < 47 && !wasPrompt; ++y) {
         const Seconds start = desk.loop().uptime();
@@ -84,13 +84,13 @@ TEST_P(Windows, StandWhereTheyArePutAndAreToldOnce) {
     }
     EXPECT_TRUE(wasPrompt);
 
-    // A window that is there already is not bothered.
+    // No request for a window that has the frame already.
     desk.place(desk.window("Left"), *desk.window("Left").frame);
     desk.service().flush();
     desk.runFor(Seconds(0.2));
     EXPECT_EQ(client->takeConfigureCount(left), 0);
 
-    // However often the same is wished, it is done when something else moved the window meanwhile.
+    // Repeated requests for the same frame are sent when another program moved the window meanwhile.
     for (int i = 0; i < 8; ++i) {
         client->configure(left, makeRect(200, 200, 300, 300));
         ASSERT_TRUE(desk.runUntil([&] { return text(*desk.window("Left").frame) != "5,7 630x386"; }));
@@ -143,7 +143,7 @@ TEST_P(Windows, TakeTheLargestFrameThatTheirHintsAllow) {
     EXPECT_TRUE(desk.reportedMinimums().empty());
 }
 
-TEST_P(Windows, AreMinimisedAndComeBack) {
+TEST_P(Windows, AreMinimizedAndRestored) {
     DesktopUnderTest desk(GetParam());
     const auto client = desk.client("Editor", 4001);
     const auto draft = client->open({.title = "Draft"});
@@ -161,8 +161,8 @@ TEST_P(Windows, AreMinimisedAndComeBack) {
         desk.runUntil([&] { return desk.service().focusedWindowID() == window.id && client->focus() == draft; }));
 }
 
-// Window managers draw frames small on their way out and in.
-TEST_P(Windows, AreListedAsTheyStandWhileTheyComeAndGo) {
+// Window managers animate frames of windows that are minimized and restored.
+TEST_P(Windows, KeepTheirFrameInPollsDuringAnimations) {
     DesktopUnderTest desk(GetParam());
     const auto client = desk.client("Editor", 4001);
     const auto draft = client->open({.title = "Draft"});
@@ -189,7 +189,7 @@ TEST_P(Windows, AreListedAsTheyStandWhileTheyComeAndGo) {
     for (int i = 0; i < 3; ++i) {
         desk.service().minimize(window);
         ASSERT_TRUE(pollsUntil(isAway));
-        pollsFor(Seconds(i * 0.2)); // to come back from its way, too
+        pollsFor(Seconds(i * 0.2)); // until its return was animated, too
         desk.service().restoreAndFocus(window);
         EXPECT_FALSE(desk.poll().at(0).isMinimized) << "before its manager has brought it back";
         ASSERT_TRUE(pollsUntil([&](const auto& windows) {
@@ -209,8 +209,8 @@ TEST_P(Windows, AreListedAsTheyStandWhileTheyComeAndGo) {
     EXPECT_TRUE(desk.reportedMinimums().empty());
 }
 
-// A window manager on a busy machine carries requests out late. The last request holds, whatever was read meanwhile.
-TEST(WindowsOfASlowManager, AreMinimizedAndHiddenAsTheyWereAskedLast) {
+// A busy window manager carries out requests late. The last request counts, whatever was read meanwhile.
+TEST(WindowsOfASlowManager, FollowTheLastOfOverlappingRequests) {
     if (!PrivateServer::isInstalled()) GTEST_SKIP() << "Xvfb is not installed";
     DesktopUnderTest desk(Manager::openbox);
     const auto client = desk.client("Editor", 4001);

@@ -112,7 +112,7 @@ TEST(WorkspaceProfile, WhatJsonCannotHoldDoesNotMakeItUnreadable) {
     EXPECT_EQ(back.weights("d", "l"), (LayoutWeightOverrides{{{"root.0", {1, 2}}}}));
 }
 
-TEST(LayoutDefinition, ComesBackWithoutItsTree) {
+TEST(LayoutDefinition, IsRestoredWithoutItsTree) {
     const auto& builtIn = *findLayout(builtInLayouts(), "jarvis.dual-split");
     const json document = encode(builtIn);
     EXPECT_EQ(document.size(), 4U);
@@ -139,7 +139,7 @@ TEST(LayoutDefinition, ComesBackWithoutItsTree) {
     EXPECT_EQ(errorWith("/slots/0/normalizedFrame/0", {0}), "layouts[3].slots[0].normalizedFrame[0]: expected [x, y]");
 }
 
-TEST(AutoArrangeLearning, KeepsWhatWasLearntThroughJson) {
+TEST(AutoArrangeLearning, KeepsLearnedWeightsThroughJson) {
     const std::string text = R"({"layouts":{"jarvis.quad-grid":{"applications":{"name:my tool":{"slotWeights":)"
                              R"({"focus-main":2.5},"placementCount":4}}}}})";
     const auto model = std::get<AutoArrangeLearningModel>(decodeLearningModel(text));

@@ -58,7 +58,7 @@ TEST(ApplicationScopes, EachLaunchedApplicationGetsOne) {
               (std::vector{scopeName("org.test.Sleeper", processes[0]), scopeName("org.test.Sleeper", processes[1])}));
 }
 
-TEST(ApplicationScopes, WithoutAUserManagerOrABusApplicationsStartAllTheSame) {
+TEST(ApplicationScopes, WithoutAUserManagerOrABusApplicationsStartAnyway) {
     PrivateBus bus;
     bus.start();
     EventLoop loop;

@@ -40,7 +40,7 @@ TEST_F(AutostartEntryTest, AppearsAndDisappears) {
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path() / "home/autostart"), {}), 0);
 }
 
-TEST_F(AutostartEntryTest, HonoursWhatSomebodyHasWrittenByHand) {
+TEST_F(AutostartEntryTest, RespectsEditsOfTheUser) {
     struct Case {
         const char* name;
         std::string before;
@@ -77,7 +77,7 @@ TEST_F(AutostartEntryTest, HonoursWhatSomebodyHasWrittenByHand) {
     }
 }
 
-TEST_F(AutostartEntryTest, ReckonsWithWhatElseStartsTheAgent) {
+TEST_F(AutostartEntryTest, CountsOtherWaysToStartTheAgent) {
     folder.write(kShared, kOurs);
     EXPECT_EQ(item().status(), Status::enabled);
     EXPECT_EQ(item().unregisterAtLogin(), std::nullopt);

@@ -33,7 +33,7 @@ class Scenario {
     TemporaryFolder folder_;
 };
 
-TEST(DesktopEntries, AWindowBelongsToTheEntryThatNamesItBest) {
+TEST(DesktopEntries, AWindowBelongsToTheBestMatchingEntry) {
     Scenario desk;
     desk.install("mail.desktop", entry("Mail", "StartupWMClass=Thunderbird\nIcon=mail-icon"));
     desk.install("profile.desktop", entry("Mail, at work", "StartupWMClass=work-profile"));
@@ -80,7 +80,7 @@ TEST(DesktopEntries, AWindowBelongsToTheEntryThatNamesItBest) {
     EXPECT_EQ(entries.identify({"x", "NorThis"}).bundlePath, "");
 }
 
-TEST(DesktopEntries, NamesComeInTheReadersLanguage) {
+TEST(DesktopEntries, NamesAreInTheUsersLanguage) {
     const std::string text = entry("Plain", "Name[sr@latin]=sr@latin\nName[sr]=sr\nName[sr_RS]=sr_RS\n"
                                             "Name[de]=B\\sC\\\\D\nName[]=odd\nName[");
     const std::vector<std::pair<std::string, std::string>> cases = {
@@ -127,7 +127,7 @@ TEST(DesktopEntries, OneFileHidesAnotherAndBrokenOnesAreSkipped) {
     }
 }
 
-TEST(DesktopEntries, WhatIsInstalledLaterIsFoundAtTheNextNewQuestion) {
+TEST(DesktopEntries, EntriesInstalledLaterAreFoundByTheNextNewLookup) {
     Scenario desk;
     desk.install("one.desktop", entry("One"));
     auto entries = desk.entries();

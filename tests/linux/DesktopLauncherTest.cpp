@@ -85,7 +85,7 @@ class Launching : public ::testing::Test {
     DesktopLauncher launcher_{entries_, loop_};
 };
 
-TEST_F(Launching, GivesAProgramASessionOfItsOwnAndNothingOfOurs) {
+TEST_F(Launching, StartsAProgramInANewSessionWithoutOurDescriptors) {
     program("speaker");
     install("org.example.Mail", "Exec=speaker " + out_.string() + " \"a  b\" %U $HOME\nPath=/usr\n");
     const int ours = open("/dev/null", O_RDONLY); // without close-on-exec
@@ -116,7 +116,7 @@ TEST_F(Launching, GivesAProgramASessionOfItsOwnAndNothingOfOurs) {
     EXPECT_NE(told().find("_TIME0\n"), std::string::npos) << "window managers are to leave the keyboard where it is";
 }
 
-TEST_F(Launching, TellsWhatWentWrong) {
+TEST_F(Launching, ReportsErrors) {
     program("speaker");
     folder_.write("bin/text", "no program");
     folder_.write("bin/nonsense", "neither a script nor a program");
@@ -162,7 +162,7 @@ TEST_F(Launching, TellsWhatWentWrong) {
     EXPECT_EQ(launch(gone).error, "Gone is not installed any more");
 }
 
-TEST_F(Launching, ATerminalIsOpenedForWhatNeedsOne) {
+TEST_F(Launching, ATerminalIsOpenedForProgramsThatNeedOne) {
     program("speaker");
     folder_.write("bin/xdg-terminal-exec",
                   "#!/bin/sh\necho terminal > " + (folder_.path() / "terminal").string() + "\nexec \"$@\"\n");
@@ -209,7 +209,7 @@ TEST_F(Launching, OnlyAnEndWithStatusZeroIsASuccess) {
     kill(process, SIGKILL);
 }
 
-TEST_F(Launching, WhatMenusShowCanBeListed) {
+TEST_F(Launching, ApplicationsInMenusAreListed) {
     install("org.example.Zoo", "Exec=true\nIcon=zoo\n");
     install("org.example.apple", "Exec=true\nName[de]=Apfel\n");
     install("secret", "Exec=true\nNoDisplay=true\n");

@@ -15,7 +15,7 @@ std::string read(std::string_view line, const ExecLineContext& context = {"Mail 
     return text;
 }
 
-TEST(ExecLine, IsTakenApartWithoutAShell) {
+TEST(ExecLine, IsParsedWithoutAShell) {
     using namespace std::string_view_literals;
     struct Case {
         std::string_view line, words;

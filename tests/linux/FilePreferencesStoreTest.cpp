@@ -72,7 +72,7 @@ ino_t inodeOf(const fs::path& path) {
     return stat(path.c_str(), &status) == 0 ? status.st_ino : 0;
 }
 
-TEST(FilePreferencesStore, KeepsTypedValuesInAFileThatAPersonCanRead) {
+TEST(FilePreferencesStore, KeepsTypedValuesInAReadableFile) {
     Home home;
     {
         auto store = home.store();
@@ -113,7 +113,7 @@ TEST(FilePreferencesStore, KeepsTypedValuesInAFileThatAPersonCanRead) {
     EXPECT_EQ(nlohmann::json::parse(record->json), nlohmann::json::parse(R"({"z":[1,2.5,1e300],"a":{"b":null}})"));
 }
 
-TEST(FilePreferencesStore, ChangesAreGatheredAndWhatItDoesNotKnowIsKept) {
+TEST(FilePreferencesStore, ChangesAreCollectedAndUnknownKeysAreKept) {
     Home home;
     home.given(R"({"later.v9": [1, {"x": 2}], "number": 3, "nothing": null, "KOVA.showBrain.v1": true})");
     auto store = home.store();
@@ -132,7 +132,7 @@ TEST(FilePreferencesStore, ChangesAreGatheredAndWhatItDoesNotKnowIsKept) {
     EXPECT_EQ(inodeOf(home.file()), before); // the same value again is no change
 }
 
-TEST(FilePreferencesStore, APromisedValueIsMadeWhenItIsNeededAndNotWhenAnotherOvertakesIt) {
+TEST(FilePreferencesStore, APromisedValueIsMadeWhenNeededUnlessReplaced) {
     Home home;
     auto store = home.store();
     int made = 0;
@@ -161,7 +161,7 @@ TEST(FilePreferencesStore, APromisedValueIsMadeWhenItIsNeededAndNotWhenAnotherOv
     EXPECT_EQ(accentInFile(), "blue");
 }
 
-TEST(FilePreferencesStore, SetsAsideWhatItCannotRead) {
+TEST(FilePreferencesStore, SetsAsideADamagedFile) {
     const std::vector<std::string> unreadable = {"",
                                                  "{",
                                                  "[]",
@@ -217,7 +217,7 @@ TEST(FilePreferencesStore, WritesNothingWhenTheDamagedFileCannotBeSetAside) {
     }
 }
 
-TEST(FilePreferencesStore, APersonsEditIsNoticed) {
+TEST(FilePreferencesStore, AnEditOfTheUserIsNoticed) {
     Home home;
     home.given(R"({"mine": "1", "theirs": "1", "both": "1", "removed": true, "same": "1"})");
     auto store = home.store();
@@ -297,7 +297,7 @@ TEST(FilePreferencesStore, AFailedWriteIsReportedAndTriedAgain) {
     EXPECT_EQ(home.store().boolean("a"), true);
 }
 
-TEST(FilePreferencesStore, NothingIsWrittenThatCouldNotBeReadAgain) {
+TEST(FilePreferencesStore, NothingUnreadableIsWritten) {
     Home home;
     auto store = home.store();
     store.setValue("a", true);
@@ -343,7 +343,7 @@ TEST(FilePreferencesStore, AWorkerWritesWhileTheMainThreadGoesOn) {
     }
 }
 
-TEST(FilePreferencesStore, IsTheOldOrTheNewOneWheneverTheWriterIsKilled) {
+TEST(FilePreferencesStore, IsOldOrNewWheneverTheWriterIsKilled) {
     Home home;
     home.given(R"({"length": "0", "text": ""})");
     const auto seed = std::random_device{}();

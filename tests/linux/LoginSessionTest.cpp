@@ -123,7 +123,7 @@ class LoginSessionTest : public ::testing::Test {
     Subscription watch_;
 };
 
-TEST_F(LoginSessionTest, TellsWhatLogindTells) {
+TEST_F(LoginSessionTest, ReportsEventsOfLogind) {
     bus_.start();
     bus_.startLogind();
     bus_.addSession("c1", getuid(), "x11");
@@ -159,7 +159,7 @@ TEST_F(LoginSessionTest, TellsWhatLogindTells) {
               "logind tells of sleep, the lock and a switch to another user; this is session c1 (x11).");
 }
 
-TEST_F(LoginSessionTest, FindsItsSessionWhereverItWasStarted) {
+TEST_F(LoginSessionTest, FindsItsSessionHoweverItWasStarted) {
     struct Case {
         const char* name;
         std::optional<std::string> id;
@@ -204,7 +204,7 @@ TEST_F(LoginSessionTest, SurvivesThatLogindRestarts) {
     expectTold("unlocked ");
 }
 
-TEST_F(LoginSessionTest, WhoIsGoneKeepsNobodySuspended) {
+TEST_F(LoginSessionTest, ADisconnectedServiceDoesNotSuspendForever) {
     bus_.start();
     bus_.startLogind();
     bus_.addSession("c1", getuid(), "x11");
@@ -223,7 +223,7 @@ TEST_F(LoginSessionTest, WhoIsGoneKeepsNobodySuspended) {
     expectTold("active ");
 }
 
-TEST_F(LoginSessionTest, OnlyTheOwnerOfTheNameIsBelieved) {
+TEST_F(LoginSessionTest, SignalsOfOtherSendersAreIgnored) {
     const std::string session = "/org/freedesktop/login1/session/c1";
     bus_.start();
     bus_.startLogind();
@@ -265,7 +265,7 @@ TEST_F(LoginSessionTest, AScreenSaverThatCannotConfirmItsSignalLocksNothing) {
     expectTold("locked unlocked ");
 }
 
-TEST_F(LoginSessionTest, AFloodOfChangesIsReducedToItsOutcome) {
+TEST_F(LoginSessionTest, OfManyChangesOnlyTheLastStateIsReported) {
     constexpr int kChanges = 1501;
     bus_.start();
     bus_.startLogind();
@@ -290,7 +290,7 @@ TEST_F(LoginSessionTest, AFloodOfChangesIsReducedToItsOutcome) {
     EXPECT_LT(longestPause, 250ms);
 }
 
-TEST_F(LoginSessionTest, LivesWithoutABusAndConnectsWhenThereIsOne) {
+TEST_F(LoginSessionTest, WorksWithoutABusAndConnectsWhenItStarts) {
     open("c1", {.withLock = 50ms, .withSilence = 50ms});
     ASSERT_TRUE(turnUntil([&] { return lineOf("login session").find("not connected yet") == std::string::npos; }));
     EXPECT_TRUE(lineOf("login session").starts_with("There is no system bus (")) << lineOf("login session");

@@ -89,7 +89,7 @@ class SavingPreferences : public testing::Test {
     std::string log;
 };
 
-TEST_F(SavingPreferences, ASaveIsAnsweredOnceItIsOnDiskAndNobodyWaitsForTheDisk) {
+TEST_F(SavingPreferences, ASaveIsAnsweredOnceItIsOnDiskWithoutBlocking) {
     auto store = this->store();
     std::string answers;
     const auto save = [&](const char* name) {
@@ -121,7 +121,7 @@ TEST_F(SavingPreferences, ASaveIsAnsweredOnceItIsOnDiskAndNobodyWaitsForTheDisk)
     EXPECT_EQ(queue.pendingCount(), 0U);
 }
 
-TEST_F(SavingPreferences, WhatCannotBeWrittenIsSaidAndTriedAgainUntilItCan) {
+TEST_F(SavingPreferences, AFailedWriteIsReportedAndRetriedUntilItSucceeds) {
     const auto obstacle = temporary.write("config", "a file where the folder should be");
     auto store = this->store();
     store.setValue("a", true);
@@ -145,7 +145,7 @@ TEST_F(SavingPreferences, WhatCannotBeWrittenIsSaidAndTriedAgainUntilItCan) {
     EXPECT_EQ(queue.pendingCount(), 0U);
 }
 
-TEST_F(SavingPreferences, AFileWhoseFolderIsNotOnDiskIsNotOnDisk) {
+TEST_F(SavingPreferences, AFileWithoutASyncedFolderDoesNotCountAsSaved) {
     given(R"({"theirs": "1"})");
     int error = EIO, syncs = 0;
     PreferencesFile written(file(), [&](const fs::path& synced) {
@@ -172,7 +172,7 @@ TEST_F(SavingPreferences, AFileWhoseFolderIsNotOnDiskIsNotOnDisk) {
     EXPECT_EQ(syncs, 3) << "nothing was written";
 }
 
-TEST_F(SavingPreferences, AFileThatCannotBeReadNowIsLeftAloneAndGoesBeforeWhatWasMadeUpMeanwhile) {
+TEST_F(SavingPreferences, AFileThatCannotBeReadNowIsKeptAndLaterTakesPrecedence) {
     {
         // The undefined-behavior sanitizer needs a descriptor when it meets a type for the first time.
         given(R"({"both": "theirs"})");
@@ -209,7 +209,7 @@ TEST_F(SavingPreferences, AFileThatCannotBeReadNowIsLeftAloneAndGoesBeforeWhatWa
     EXPECT_TRUE(copies("damaged").empty());
 }
 
-TEST_F(SavingPreferences, AValueThatIsNotUsedIsCopiedBeforeItIsFirstOverwritten) {
+TEST_F(SavingPreferences, AnUnusableValueIsCopiedBeforeItIsOverwritten) {
     const std::string text = R"({"good": {"n": 1}, "bad": {"n": "one"}})";
     given(text);
     auto store = this->store();
@@ -253,7 +253,7 @@ TEST_F(SavingPreferences, ADamagedFileBehindALinkKeepsItsName) {
     EXPECT_EQ(copies("damaged"), std::vector<std::string>{"alias ll=ls"}) << "the link";
 }
 
-TEST_F(SavingPreferences, TwoAgentsKeepWhatEachOfThemAdds) {
+TEST_F(SavingPreferences, TwoAgentsKeepEachOthersAdditions) {
     auto first = this->store(), second = this->store();
     const std::string product(preferenceKey::workspaceProduct), profile(preferenceKey::workspaceProfile),
         session(preferenceKey::workspaceSession);
@@ -291,7 +291,7 @@ TEST_F(SavingPreferences, TwoAgentsKeepWhatEachOfThemAdds) {
     EXPECT_EQ(inFile()[product]["scenes"].size(), 23U);
 }
 
-TEST_F(SavingPreferences, AnEditWithinARecordIsMergedWithWhatTheAgentChangesInIt) {
+TEST_F(SavingPreferences, AnEditWithinARecordIsMergedWithTheAgentsChanges) {
     const std::string profile(preferenceKey::workspaceProfile);
     given(json{{profile, {{"tileInset", 5}, {"name", "Mine"}, {"themeID", "a"}}}}.dump());
     auto store = this->store();

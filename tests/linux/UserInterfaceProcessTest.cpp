@@ -57,7 +57,7 @@ TEST_F(UserInterfaceProgram, IsFoundBesideTheAgentInLibexecOrInPath) {
     }
 }
 
-TEST_F(UserInterfaceProgram, GetsTheSocketAndTellsHowItEnded) {
+TEST_F(UserInterfaceProgram, GetsTheSocketAndReportsItsEnd) {
     const std::string said = (folder_.path() / "said").string();
     const std::vector<std::pair<std::string, UserInterfaceEnd>> endings = {
         {"exit 0", UserInterfaceEnd::byItself},
@@ -85,7 +85,7 @@ TEST_F(UserInterfaceProgram, GetsTheSocketAndTellsHowItEnded) {
     EXPECT_EQ(process.process(), std::nullopt);
 }
 
-TEST_F(UserInterfaceProgram, EndsWhenAskedAlsoIfItDoesNotListenAndMayBeStartedAgainAtOnce) {
+TEST_F(UserInterfaceProgram, EndsOnRequestEvenIfItHangsAndMayBeStartedAgainAtOnce) {
     const std::string ready = (folder_.path() / "ready").string();
     setenv("KOVA_UI", program("ui", "trap '' TERM; : > " + ready + "; while :; do sleep 0.05; done").c_str(), 1);
     UserInterfaceProcess process("", "/socket", loop_);

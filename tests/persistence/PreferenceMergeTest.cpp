@@ -13,7 +13,7 @@ JsonOrAbsent parsed(const char* text) {
     return json::parse(text);
 }
 
-TEST(PreferenceMerge, BringsBothSidesChangesTogether) {
+TEST(PreferenceMerge, MergesTheChangesOfBothSides) {
     struct Case {
         const char* base;
         const char* ours;

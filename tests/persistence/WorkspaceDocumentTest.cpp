@@ -58,7 +58,7 @@ std::string changed(const std::string& pointer, const json& value) {
     return document.dump();
 }
 
-TEST(WorkspaceDocument, ReadsAndWritesBothEncodingsToTheLetter) {
+TEST(WorkspaceDocument, ReadsAndWritesBothEncodingsExactly) {
     const std::string exported = fileText("exported.json");
     const WorkspaceProductDocument document = decoded(decodeExportedDocument(exported));
     EXPECT_EQ(exportOf(document), exported);
@@ -89,7 +89,7 @@ TEST(WorkspaceDocument, OneEncodingIsNotTheOther) {
     EXPECT_TRUE(std::holds_alternative<DecodingError>(decodeStoredDocument(fileText("exported.json"))));
 }
 
-TEST(WorkspaceDocument, ReadsWhatOthersAddAndWhatIsOptional) {
+TEST(WorkspaceDocument, IgnoresUnknownMembersAndFillsInOptionalOnes) {
     EXPECT_EQ(decoded(decodeExportedDocument(changed("/version", 7))).version, 7);
     EXPECT_EQ(decoded(decodeExportedDocument(changed("/activeSceneID", nullptr))).activeSceneID, std::nullopt);
     const WorkspaceProductDocument plain = decoded(decodeExportedDocument(fileText("exported.json")));
@@ -143,7 +143,7 @@ TEST(WorkspaceDocument, AnErrorNamesThePlaceAndTheReason) {
     }
 }
 
-TEST(WorkspaceDocument, WhatIsWrittenCanBeRead) {
+TEST(WorkspaceDocument, WrittenDocumentsCanBeRead) {
     const std::string withNul("a\0b", 3);
     WorkspaceProductDocument document;
     document.scenes.emplace_back().name = withNul;
@@ -285,7 +285,7 @@ RC_GTEST_PROP(WorkspaceDocumentProperty, SurvivesBothEncodings, ()) {
     RC_ASSERT(decoded(decodeExportedDocument(exportOf(document))) == document);
 }
 
-RC_GTEST_PROP(WorkspaceDocumentProperty, WhatMayBeWrittenIsReadBackAndNothingElse, ()) {
+RC_GTEST_PROP(WorkspaceDocumentProperty, ExactlyWritableDocumentsAreReadable, ()) {
     WorkspaceProductDocument document;
     document.scenes.push_back(anyScene());
     auto& scene = document.scenes.front();
@@ -306,7 +306,7 @@ RC_GTEST_PROP(WorkspaceDocumentProperty, WhatMayBeWrittenIsReadBackAndNothingEls
               isReadable);
 }
 
-TEST(WorkspaceDocument, NothingIsExportedThatImportRefuses) {
+TEST(WorkspaceDocument, ExportsCanBeImported) {
     WorkspaceProductDocument document;
     WorkspaceScene scene;
     scene.displays.push_back({0, "", 1, "", {{{"root", std::vector<double>(4000, 1)}}}});

@@ -11,7 +11,7 @@ namespace {
 using namespace std::chrono_literals;
 using Ending = ProcessOutcome::Ending;
 
-TEST(ProcessRunner, TellsHowAProgramEndedAndWhatItSaid) {
+TEST(ProcessRunner, ReportsExitStatusAndOutput) {
     struct Case {
         const char* name;
         std::string program;
@@ -44,7 +44,7 @@ TEST(ProcessRunner, TellsHowAProgramEndedAndWhatItSaid) {
     }
 }
 
-TEST(ProcessRunner, EndsAProgramThatHangsTogetherWithItsChildren) {
+TEST(ProcessRunner, KillsAHangingProgramWithItsChildren) {
     const auto begin = std::chrono::steady_clock::now();
     const auto outcome = ProcessRunner().run("/bin/sh", {"-c", "trap '' TERM; echo begun; sleep 60; sleep 60"}, 300ms);
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 20s);
@@ -52,7 +52,7 @@ TEST(ProcessRunner, EndsAProgramThatHangsTogetherWithItsChildren) {
     EXPECT_EQ(outcome.output, "begun\n");
 }
 
-TEST(ProcessRunner, DoesNotTakeAnEndThatNobodyTellsForSuccess) {
+TEST(ProcessRunner, AnUnknownExitStatusIsNoSuccess) {
     // As a parent that looks after no child hands it down.
     const auto before = std::signal(SIGCHLD, SIG_IGN);
     const auto outcome = ProcessRunner().run("/bin/sh", {"-c", "exit 7"}, 8s);
@@ -61,7 +61,7 @@ TEST(ProcessRunner, DoesNotTakeAnEndThatNobodyTellsForSuccess) {
     EXPECT_EQ(outcome.problem, "how it ended is not known");
 }
 
-TEST(ProcessRunner, AFloodOfWordsNeitherBlocksNorFillsTheMemory) {
+TEST(ProcessRunner, LargeOutputNeitherBlocksNorFillsTheMemory) {
     const auto outcome = ProcessRunner().run("/bin/sh", {"-c", "head -c 1000000 /dev/zero"}, 20s);
     EXPECT_EQ(outcome.ending, Ending::exited);
     EXPECT_EQ(outcome.exitCode, 0);

@@ -1,4 +1,4 @@
-// A long day in a short time: real windows, the real agent, and anything that can happen to them, at any moment.
+// Random events of a long session in a short time, with real windows and the real agent.
 //
 // KOVA_SOAK_SECONDS   how long it lasts; memory is judged from a minute on
 // KOVA_SOAK_SEED      begins with this seed; what comes of it still depends on how fast the machine is
@@ -61,7 +61,7 @@ class Soak : public ::testing::TestWithParam<Manager> {
                                                                  static_cast<std::uint32_t>(getpid())));
         }
         if (GetParam() == Manager::openbox) server_.startManager();
-        // What has been freed is to be seen by the memory's count.
+        // Freed memory must not stay in the count.
         session_.setVariable("ASAN_OPTIONS", "quarantine_size_mb=1:detect_leaks=1:malloc_context_size=8");
         agent_ = session_.startAgent();
         ASSERT_TRUE(session_.agentAnswers());
@@ -96,10 +96,9 @@ class Soak : public ::testing::TestWithParam<Manager> {
         Window& window = windows_[below(windows_.size())];
         act(window, *applications_[window.application]);
     }
-    /// As a program does: it waits until its window is its own again, and insists on its return. A manager that has
-    /// just minimised the window takes the first word for the end of that; each further one would be heard after the
-    /// return. And it has to have a window before it can take it away: what openbox is told of one that it has not
-    /// taken in yet it hears in the wrong order.
+    /// Withdraws and maps the window again, as programs do: it waits until the window manager has released the window.
+    /// A manager that has just minimized the window may take the first request for the end of that, so the request is
+    /// repeated. The window must be managed first: openbox handles requests for a new window in the wrong order.
     void reopen(const Window& window) {
         TestClient& client = *applications_[window.application];
         const auto isWithdrawn = [&] {
@@ -129,7 +128,7 @@ class Soak : public ::testing::TestWithParam<Manager> {
 
     // What the machine does
     void changeDisplays() {
-        // A desk has few displays in its life, and what is known of each is kept.
+        // Few sizes, since the agent keeps what it knows of each display.
         const auto width = anyOf({"800", "960", "1200"});
         switch (below(3)) {
         case 0: // one display becomes two
@@ -150,8 +149,8 @@ class Soak : public ::testing::TestWithParam<Manager> {
     bool isManaged(const Window& window) const {
         return !applications_[window.application]->numbers(window.number, "WM_STATE").empty();
     }
-    /// Kills it and starts it again. What it has not taken in by then asked nobody: the next one looks only at what is
-    /// shown.
+    /// Kills the window manager and starts it again. Map requests that it had not handled are lost: the next one
+    /// manages mapped windows only.
     void replaceManager() {
         if (GetParam() == Manager::none) return;
         const auto areAllTakenIn = [this] {
@@ -163,7 +162,7 @@ class Soak : public ::testing::TestWithParam<Manager> {
         server_.startManager();
     }
 
-    // What a person does
+    // What a user does
     void says(const std::vector<std::string>& words) {
         const auto finished = session_.kova(words);
         if (finished.exitCode == 0 || finished.exitCode == 1) return; // done, or refused with a reason
@@ -363,7 +362,7 @@ class Soak : public ::testing::TestWithParam<Manager> {
         return 0;
     }
     void expectPlateau(const std::vector<long>& samples) {
-        // The first third fills what is kept: undo, scenes, what was learnt of the applications.
+        // The first third fills the undo history, scenes, and the learning model.
         const auto third = static_cast<std::ptrdiff_t>(samples.size() / 3);
         const long before = *std::max_element(samples.begin() + third, samples.end() - third);
         const long after = *std::max_element(samples.end() - third, samples.end());
@@ -405,7 +404,7 @@ TEST_P(Soak, NothingIsLostAndNothingGrows) {
             sampleDue += 1s;
         }
     }
-    // The day is over: whoever had moved away for a moment comes to rest.
+    // At the end all windows settle in their tiles.
     restoreDisplays();
     EXPECT_TRUE(eventually([&] { return unknownTerminals().empty(); })) << unknownTerminals();
     says({"arrange"});

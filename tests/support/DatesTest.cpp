@@ -43,7 +43,7 @@ TEST(Dates, DropAFractionDownwardsAlsoBefore1970) {
     EXPECT_EQ(secondsSince2001(*dateFromSecondsSince2001(816372746.123456)), 816372746.123456);
 }
 
-TEST(Dates, WhatIsNone) {
+TEST(Dates, InvalidTexts) {
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
     for (const double number : {std::nan(""), kInfinity, -kInfinity, 1e300, 252423993600.0, -63145526401.0}) {
         EXPECT_FALSE(dateFromSecondsSince2001(number)) << number;

@@ -124,7 +124,7 @@ TEST(JsonDecoding, TimeGrowsWithTheTextAlone) {
     EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::seconds(20)) << "minutes, where it is quadratic";
 }
 
-TEST(JsonDecoding, BrokenTextIsToldWithItsPlace) {
+TEST(JsonDecoding, InvalidTextIsReportedWithItsPosition) {
     const std::string tooDeep = "nested deeper than 64 levels";
     const std::pair<std::string, std::string> cases[] = {
         {std::string(100000, '['), tooDeep},
@@ -149,7 +149,7 @@ TEST(JsonDecoding, BrokenTextIsToldWithItsPlace) {
     }
 }
 
-TEST(Published, TellsOfChangesOnly) {
+TEST(Published, NotifiesOfChangesOnly) {
     Published<int> value(1);
     std::string heard;
     auto first = value.observe([&](const int& now) { heard += "a" + std::to_string(now) + " "; });
@@ -168,7 +168,7 @@ TEST(Published, TellsOfChangesOnly) {
     EXPECT_EQ(heard, "a2 b2 a3 b3 c3 c4 ");
 }
 
-TEST(Published, AValueSetWhileItIsToldIsToldOnce) {
+TEST(Published, AValueSetByAnObserverIsNotifiedOnce) {
     Published<std::string> value("calm");
     std::string heard;
     const auto before = value.observe([&](const std::string& now) { heard += "a:" + now + " "; });

@@ -12,7 +12,7 @@ namespace kova {
 
 namespace {
 
-TEST(WindowListParsing, AWindowOfTheListIsTakenOnlyWhole) {
+TEST(WindowListParsing, IncompleteWindowsOfTheListAreSkipped) {
     const WindowListEntry whole{.layer = 0, .ownerProcess = 501, .x = -20, .y = 30.5, .width = 800, .height = 600};
     const auto window = onScreenWindow(whole);
     ASSERT_TRUE(window);
@@ -35,7 +35,7 @@ TEST(WindowListParsing, AWindowOfTheListIsTakenOnlyWhole) {
     EXPECT_FALSE(onScreenWindow(tooLarge));
 }
 
-TEST(AccessibilityErrors, AWindowHasGoneOnlyWhenTheAnswerSaysSo) {
+TEST(AccessibilityErrors, AWindowIsClosedOnlyIfTheErrorSaysSo) {
     using enum WindowPresence;
     const std::pair<int, WindowPresence> answers[] = {
         {0, present},       // success
@@ -49,7 +49,7 @@ TEST(AccessibilityErrors, AWindowHasGoneOnlyWhenTheAnswerSaysSo) {
     for (const auto& [error, presence] : answers) EXPECT_EQ(windowPresence(error), presence) << error;
 }
 
-TEST(ApplicationBackoff, OneThatHangsIsAskedLessOftenUntilItAnswers) {
+TEST(ApplicationBackoff, AHangingApplicationGetsFewerRequestsUntilItResponds) {
     constexpr pid_t kHanging = 7, kWell = 8;
     constexpr auto kSilent = AccessibilityOutcome::silent;
     ApplicationBackoff backoff;
@@ -85,7 +85,7 @@ TEST(ApplicationBackoff, OneThatHangsIsAskedLessOftenUntilItAnswers) {
     EXPECT_TRUE(backoff.silent().empty());
 }
 
-TEST(AccessibilityErrors, ARefusalIsAnAnswer) {
+TEST(AccessibilityErrors, ARefusalIsAResponse) {
     // As the accessibility interface numbers them.
     constexpr int kSuccess = 0, kFailure = -25200, kAttributeUnsupported = -25205, kDisabled = -25211,
                   kNoValue = -25212;

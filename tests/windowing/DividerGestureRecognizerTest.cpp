@@ -11,7 +11,7 @@ namespace {
 
 using Kind = DividerHandleEvent::Kind;
 
-TEST(DividerGestureRecognizer, WhatIsBareIsWiderThanTheGapByTheInsets) {
+TEST(DividerGestureRecognizer, TheHandleIsWiderThanTheGapByTheInsets) {
     const auto bare = [](const CGRect& frame, LayoutAxis axis, double inset) {
         return bareFrame({.id = "a", .frame = frame, .axis = axis, .insetPoints = inset});
     };
@@ -20,7 +20,7 @@ TEST(DividerGestureRecognizer, WhatIsBareIsWiderThanTheGapByTheInsets) {
     EXPECT_EQ(bare(makeRect(100, 0, 2, 500), LayoutAxis::horizontal, 0), makeRect(97, 0, 8, 500));
 }
 
-TEST(DividerGestureRecognizer, TellsWhatTheHandDoes) {
+TEST(DividerGestureRecognizer, RecognizesPressDragAndRelease) {
     DividerGestureRecognizer grip;
     std::string story;
     const auto tell = [&](const std::optional<DividerHandleEvent>& event) {

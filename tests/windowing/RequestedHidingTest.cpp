@@ -5,7 +5,7 @@
 namespace kova {
 namespace {
 
-TEST(RequestedHiding, CountAsDoneUntilTheDesktopHasHadTimeToTell) {
+TEST(RequestedHiding, CountsAsDoneUntilTheDesktopHasHadTimeToReport) {
     constexpr pid_t kMail = 10, kEditor = 20;
     constexpr bool kHidden = true, kShown = false;
     RequestedHiding hiding;

@@ -7,7 +7,7 @@
 namespace kova {
 namespace {
 
-TEST(SystemConflicts, EachThatIsOnIsSaidOnce) {
+TEST(SystemConflicts, EachActiveConflictIsReportedOnce) {
     const auto subjects = [](const SystemConflicts& conflicts) {
         std::string names;
         for (const auto& line : diagnosticLines(conflicts)) {

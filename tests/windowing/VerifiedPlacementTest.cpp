@@ -34,7 +34,7 @@ struct PlacementBench : ServiceBench {
     Seconds passed{0};
 };
 
-TEST(VerifiedPlacement, WindowThatObeysIsWrittenOnce) {
+TEST(VerifiedPlacement, AcceptedFrameIsWrittenOnce) {
     PlacementBench bench({});
     EXPECT_EQ(bench.journalUntil(0), kPositionFirst);
     EXPECT_EQ(bench.service.pendingFrame(bench.desktop.windowIDOf("Mail")), kTarget);
@@ -46,7 +46,7 @@ TEST(VerifiedPlacement, WindowThatObeysIsWrittenOnce) {
     EXPECT_EQ(bench.desktop.queue().pendingCount(), 0u);
 }
 
-TEST(VerifiedPlacement, WindowThatGoesFullScreenOrIsMaximizedIsLeftAlone) {
+TEST(VerifiedPlacement, WindowThatEntersFullScreenOrIsMaximizedIsLeftAlone) {
     for (const auto enlarge : {&SimulatedDesktop::setFullScreen, &SimulatedDesktop::setMaximized}) {
         for (const double when : {0.0, 0.1, 0.5}) {
             PlacementBench bench({});
@@ -122,7 +122,7 @@ TEST(VerifiedPlacement, WindowThatDoesNotShrinkIsReportedOnce) {
     EXPECT_EQ(bench.reported, "100,100 900x400;");
 }
 
-TEST(VerifiedPlacement, TallWindowIsReportedAsWellAndAnUnreadableOneIsOff) {
+TEST(VerifiedPlacement, TallWindowIsReportedAndAnUnreadableOneCountsAsOff) {
     PlacementBench tall({.secretMinimumSize = CGSize{200, 700}});
     tall.journalUntil(5);
     EXPECT_EQ(tall.reported, "100,100 600x700;");
@@ -134,7 +134,7 @@ TEST(VerifiedPlacement, TallWindowIsReportedAsWellAndAnUnreadableOneIsOff) {
     EXPECT_EQ(unreadable.reported, "");
 }
 
-TEST(VerifiedPlacement, DrawsInOnlyWhatFits) {
+TEST(VerifiedPlacement, MovesIntoTheTileOnlyIfItFits) {
     const CGRect target = makeRect(100, 100, 600, 400);
     const auto moved = [&](CGRect frame) {
         const auto inside = movedInside(frame, target);
@@ -192,7 +192,7 @@ TEST(VerifiedPlacement, BringsToTheFrontAndRaisesAgainOnlyAfterALateCorrection) 
         << "on target on the last pass: not raised again";
 }
 
-TEST(VerifiedPlacement, OutlastsAwkwardWindows) {
+TEST(VerifiedPlacement, PlacesWindowsThatRefuseDelayOrClamp) {
     struct Case {
         const char* why;
         WindowTraits traits;
@@ -231,7 +231,7 @@ TEST(VerifiedPlacement, SurvivesWindowsThatVanishAndTheEndOfTheService) {
     EXPECT_EQ(desktop.takeJournal(), "");
 }
 
-TEST(VerifiedPlacement, ReportMayAskForANewFrameAtOnce) {
+TEST(VerifiedPlacement, ReportMayRequestANewFrameAtOnce) {
     PlacementBench bench({.secretMinimumSize = CGSize{900, 700}});
     const auto window = bench.managed("Mail");
     bench.service.setFrame(window, kTarget, BringToFront::no, [&](CGRect) {

@@ -34,7 +34,7 @@ TEST(VirtualTime, WorkSeesTheMomentAtWhichItWasDue) {
     EXPECT_EQ(queue.pendingCount(), 0u);
 }
 
-TEST(VirtualTime, WorkersAnswerWhenTheirTimeHasPassedAndOneAfterTheOther) {
+TEST(VirtualTime, WorkersFinishAfterTheirTimeAndOneAfterTheOther) {
     VirtualMainQueue queue;
     VirtualWorkQueue worker(queue);
     worker.setJobDuration(Seconds(0.2));
@@ -54,7 +54,7 @@ TEST(VirtualTime, WorkersAnswerWhenTheirTimeHasPassedAndOneAfterTheOther) {
     EXPECT_EQ(story, "a begins a answers b begins b answers ");
 }
 
-TEST(VirtualTime, WorkWithoutEndIsAFaultAndNotAHang) {
+TEST(VirtualTime, EndlessWorkFailsInsteadOfHanging) {
     VirtualMainQueue queue;
     std::function<void()> again = [&] { queue.post(again); };
     queue.post(again);

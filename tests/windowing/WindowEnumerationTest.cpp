@@ -26,7 +26,7 @@ std::string listed(const ServiceBench& bench) {
 
 using enum AccessibilityAttribute;
 
-TEST(WindowEnumeration, ADialogNamesTheWindowOfItsApplicationThatItBelongsTo) {
+TEST(WindowEnumeration, ADialogNamesItsWindowIfThatBelongsToItsApplication) {
     ServiceBench bench;
     bench.desktop.launch("Mail");
     bench.desktop.launch("Notes");
@@ -47,7 +47,7 @@ TEST(WindowEnumeration, ADialogNamesTheWindowOfItsApplicationThatItBelongsTo) {
                       "of another application: -\n");
 }
 
-TEST(WindowEnumeration, ManagesOnlyWhatIsAWindowOfDecentSize) {
+TEST(WindowEnumeration, ManagesOnlyWindowsOfAMinimumSize) {
     const CGRect decent = makeRect(10, 20, 300, 200);
     struct Case {
         const char* why;
@@ -124,7 +124,7 @@ TEST(WindowEnumeration, AsksEachElementOnce) {
     EXPECT_EQ(bench.desktop.readCount() - before, 2 + 3) << "two applications and three windows";
 }
 
-TEST(WindowEnumeration, SilentApplicationCostsItsDeadlineAndNoOther) {
+TEST(WindowEnumeration, OnlyTheUnresponsiveApplicationCostsItsTimeout) {
     ServiceBench bench;
     auto& desktop = bench.desktop;
     desktop.launch("Notes");
@@ -140,7 +140,7 @@ TEST(WindowEnumeration, SilentApplicationCostsItsDeadlineAndNoOther) {
     EXPECT_TRUE(desktop.brokenPromises().empty()) << desktop.brokenPromises().front();
 }
 
-TEST(WindowEnumeration, AsksOnlyKnownWindowsThatAreMissingWhatBecameOfThem) {
+TEST(WindowEnumeration, QueriesThePresenceOfMissingKnownWindowsOnly) {
     ServiceBench bench;
     auto& desktop = bench.desktop;
     desktop.setSpaceStyle(SpaceStyle::listsShown);
@@ -198,7 +198,7 @@ TEST(WindowEnumeration, IconsFallBack) {
     EXPECT_EQ(icons, "application|icon of /Applications/Bundled.app|symbol macwindow|symbol macwindow|");
 }
 
-TEST(WindowEnumeration, OneRectangleShowsOneOfTwoTwins) {
+TEST(WindowEnumeration, OneRectangleMakesOneOfTwoEqualWindowsVisible) {
     const CGRect frame = makeRect(50, 50, 700, 500);
     ServiceBench bench;
     bench.desktop.open("Mail", {.frame = frame});
@@ -211,7 +211,7 @@ TEST(WindowEnumeration, OneRectangleShowsOneOfTwoTwins) {
         << "a minimised twin takes no rectangle";
 }
 
-TEST(WindowEnumeration, BelievesNeitherDoubleListsNorWindowsOfHiddenApplications) {
+TEST(WindowEnumeration, IgnoresDuplicatesAndWindowsOfHiddenApplications) {
     ServiceBench bench;
     bench.desktop.launch("Echo", {.listsWindowsTwice = true});
     bench.desktop.open("Echo", {.frame = makeRect(0, 0, 500, 400)});
@@ -222,7 +222,7 @@ TEST(WindowEnumeration, BelievesNeitherDoubleListsNorWindowsOfHiddenApplications
     EXPECT_EQ(listed(bench), "Echo/Echo 0,0 500x400 visible, Ghost/Ghost 0,0 500x400");
 }
 
-TEST(VisibilityMatching, PrefersTheSameSizeAndServesRectanglesInOrder) {
+TEST(VisibilityMatching, PrefersTheSameSizeAndUsesRectanglesInOrder) {
     struct Case {
         const char* why;
         std::vector<CGRect> windows;
@@ -264,7 +264,7 @@ TEST(VisibilityMatching, PrefersTheSameSizeAndServesRectanglesInOrder) {
     }
 }
 
-TEST(WindowIdentity, PresentationIgnoresWhereAWindowIsAndWhatItIsCalled) {
+TEST(WindowIdentity, PresentationIgnoresFrameAndTitle) {
     ServiceBench bench;
     bench.desktop.open("Mail", {.minimumSize = CGSize{200, 100}});
     const auto window = bench.managed("Mail");
@@ -286,7 +286,7 @@ TEST(WindowIdentity, PresentationIgnoresWhereAWindowIsAndWhatItIsCalled) {
     }
 }
 
-TEST(DisplayIdentity, IsTheDevicesElseItsPlace) {
+TEST(DisplayIdentity, IsTheDevicesElseByPosition) {
     const auto id = [](std::optional<std::string> uuid, CGRect frame) {
         return displayID({.displayUUID = std::move(uuid), .localizedName = "", .frame = frame, .visibleFrame = frame});
     };

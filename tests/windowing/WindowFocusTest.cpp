@@ -14,7 +14,7 @@ struct FocusBench : ServiceBench {
     }
 };
 
-TEST(WindowFocus, BringsBackAWindowWhereverItWent) {
+TEST(WindowFocus, RestoresAMinimizedOrHiddenWindow) {
     FocusBench bench;
     const auto mail = bench.managed("Mail");
     bench.desktop.userMinimizes("Mail");
@@ -28,7 +28,7 @@ TEST(WindowFocus, BringsBackAWindowWhereverItWent) {
     EXPECT_EQ(bench.desktop.queue().pendingCount(), 0u);
 }
 
-TEST(WindowFocus, SecondAttemptWinsAgainstAThief) {
+TEST(WindowFocus, SecondAttemptWinsAgainstAnotherActivation) {
     FocusBench bench;
     bench.desktop.stealNextActivation("Notes");
     EXPECT_TRUE(bench.service.restoreAndFocus(bench.managed("Mail")));
@@ -37,7 +37,7 @@ TEST(WindowFocus, SecondAttemptWinsAgainstAThief) {
     EXPECT_EQ(bench.desktop.focusedLabel(), "Mail");
 }
 
-TEST(WindowFocus, RefusesWhatIsGone) {
+TEST(WindowFocus, RefusesAClosedWindow) {
     struct Case {
         const char* why;
         std::function<void(SimulatedDesktop&)> happens;
@@ -64,7 +64,7 @@ TEST(WindowFocus, RefusesWhatIsGone) {
     EXPECT_EQ(bench.desktop.takeJournal(), "");
 }
 
-TEST(WindowFocus, KnowsWhichWindowHasTheKeyboard) {
+TEST(WindowFocus, KnowsTheFocusedWindow) {
     FocusBench bench;
     EXPECT_EQ(bench.service.focusedWindowID(), bench.desktop.windowIDOf("Notes"));
     bench.desktop.userFocuses("Mail");
@@ -76,7 +76,7 @@ TEST(WindowFocus, KnowsWhichWindowHasTheKeyboard) {
     EXPECT_EQ(bench.service.focusedWindowID(), std::nullopt);
 }
 
-TEST(WindowUnderPoint, WalksUpToTheWindowOnAnyDisplay) {
+TEST(WindowUnderPoint, FindsTheWindowOfTheElementOnAnyDisplay) {
     ServiceBench bench;
     auto& desktop = bench.desktop;
     desktop.addDisplay({.name = "Upper", .size = {1000, 800}, .origin = CGPoint{0, -800}});
@@ -99,7 +99,7 @@ TEST(WindowUnderPoint, WalksUpToTheWindowOnAnyDisplay) {
     EXPECT_EQ(labelAt(10, 1430), "nothing");
 }
 
-TEST(WindowService, PutsWindowsAwayAndBack) {
+TEST(WindowService, MinimizesAndRestoresWindows) {
     FocusBench bench;
     const auto mail = bench.managed("Mail");
     bench.service.presentDisplaced(mail, DisplacedWindowPresentationAction::minimizeWindow);
@@ -116,7 +116,7 @@ TEST(WindowService, PutsWindowsAwayAndBack) {
                                            "Mail: AXRaise\n");
 }
 
-TEST(WindowService, AsksForPermissionOnlyWhenTold) {
+TEST(WindowService, RequestsThePermissionOnlyOnRequest) {
     ServiceBench bench;
     using enum AccessibilityPermissionState;
     EXPECT_EQ(bench.service.permissionState(), granted);

@@ -8,7 +8,7 @@ namespace kova {
 
 namespace {
 
-TEST(WindowSizeHints, TheFrameAskedForIsTheLargestThatTheHintsAllowInsideTheTile) {
+TEST(WindowSizeHints, TheRequestedFrameIsTheLargestThatTheHintsAllowInsideTheTile) {
     struct Case {
         const char* what;
         WindowSizeHints hints;

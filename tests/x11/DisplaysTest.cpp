@@ -61,7 +61,7 @@ TEST(Displays, KeepTheirOrderWithThePrimaryFirstAndItsCornerAsTheOrigin) {
         << "all outputs are off";
 }
 
-TEST(Displays, LeaveRoomForPanelsOnAnyEdge) {
+TEST(Displays, LeavePanelsOnAnyEdgeFree) {
     const PixelRect left = {0, 0, 1920, 1080}, right = {1920, 0, 1280, 1024}, root = {0, 0, 3200, 1080};
     struct Case {
         const char* what;
@@ -108,7 +108,7 @@ TEST(Displays, LeaveRoomForPanelsOnAnyEdge) {
     EXPECT_EQ(visible(PixelRect{5000, 0, 10, 10}), "0,0 1920x1050");
 }
 
-TEST(Displays, AreRecognisedByTheirDevice) {
+TEST(Displays, AreRecognizedByTheirDevice) {
     const auto first = identityInEdid(edid(1, "Wide 34")), second = identityInEdid(edid(2, "Wide 34"));
     ASSERT_TRUE(first && second);
     EXPECT_EQ(first->name, "Wide 34");

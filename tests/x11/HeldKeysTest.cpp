@@ -8,7 +8,7 @@ namespace {
 
 constexpr xcb_keycode_t kH = 43, kJ = 44;
 
-TEST(HeldKeys, RepeatUntilTheyAreLetGo) {
+TEST(HeldKeys, RepeatUntilTheyAreReleased) {
     HeldKeys keys;
     // Held across the turn of the server's clock.
     EXPECT_FALSE(keys.press(kH, 0xFFFFFF00));
@@ -27,7 +27,7 @@ TEST(HeldKeys, RepeatUntilTheyAreLetGo) {
     EXPECT_FALSE(keys.press(kJ, 9080));
 }
 
-TEST(HeldKeys, ThatOthersHearTheReleaseOfAreNotTakenForHeld) {
+TEST(HeldKeys, ReleasedTowardsOtherProgramsDoNotCountAsHeld) {
     HeldKeys keys;
     const auto overlap = [&](xcb_timestamp_t at) {
         keys.release(kJ);

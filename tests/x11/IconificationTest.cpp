@@ -63,7 +63,7 @@ struct Walk {
     }
 };
 
-TEST(Iconification, HoldsTheLastRequestUnderAWindowManager) {
+TEST(Iconification, FollowsTheLastRequestUnderAWindowManager) {
     struct Case {
         const char* steps;
         Stage stage;
@@ -104,7 +104,7 @@ TEST(Iconification, HoldsTheLastRequestUnderAWindowManager) {
     }
 }
 
-TEST(Iconification, TellsItsOwnUnmappingFromThatOfTheProgramWithoutAManager) {
+TEST(Iconification, DistinguishesOwnUnmapsFromThoseOfTheProgramWithoutAManager) {
     struct Case {
         const char* steps;
         bool isPutAway;

@@ -18,7 +18,7 @@ class Keeping : public ::testing::Test {
     KeyboardKeeper keeper;
 };
 
-TEST_F(Keeping, GivesTheKeyboardBackWhenAReturningWindowTakesIt) {
+TEST_F(Keeping, FocusesTheFormerWindowAgainWhenARestoredOneTakesTheFocus) {
     EXPECT_EQ(after(kMail, 0), kNoWindow) << "nothing comes back";
     keeper.noteReturning(kMail, kEditor, Seconds(1));
     keeper.noteReturning(kPlayer, kMail, Seconds(1.1)); // which has taken it by now
@@ -31,7 +31,7 @@ TEST_F(Keeping, GivesTheKeyboardBackWhenAReturningWindowTakesIt) {
     EXPECT_EQ(keeper.kept(Seconds(2.2)), std::nullopt);
 }
 
-TEST_F(Keeping, EndsWithAnotherChoiceAndWithAProgramThatInsists) {
+TEST_F(Keeping, EndsWithAnotherFocusedWindowAndAProgramThatInsists) {
     keeper.noteReturning(kMail, kEditor, Seconds(1));
     EXPECT_EQ(after(kPlayer, 1.1), kNoWindow);
     EXPECT_EQ(after(kMail, 1.2), kNoWindow) << "the user has chosen meanwhile";

@@ -17,7 +17,7 @@ std::string describe(const PixelRect& r) {
            std::to_string(r.height);
 }
 
-TEST(PointSpace, ConvertsEveryKindOfPlace) {
+TEST(PointSpace, ConvertsRectanglesPointsAndSizes) {
     struct Case {
         double scale;
         CGRect points;
@@ -91,7 +91,7 @@ SharedSettings readFrom(const std::string& bytes) {
     return sharedSettingsIn({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
 }
 
-TEST(Scale, IsReadFromWhatOtherProgramsWrote) {
+TEST(Scale, IsReadFromSettingsOfOtherPrograms) {
     const std::string head(8, '\0');
     const std::string factor = setting(0, "Gdk/WindowScalingFactor", word(2));
     const std::string dpi = setting(0, "Xft/DPI", word(144 * 1024));

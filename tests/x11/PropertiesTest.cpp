@@ -71,7 +71,7 @@ TEST(Properties, SizeHintsGiveTheMinimumElseTheBaseSize) {
     EXPECT_FALSE(withNumbers(XCB_ATOM_WM_NORMAL_HINTS, XCB_ATOM_CARDINAL, hints).minimumAndBase);
 }
 
-TEST(Properties, SizeHintsTellIncrementsLargestSizesAndAspects) {
+TEST(Properties, SizeHintsGiveIncrementsLargestSizesAndAspects) {
     const auto hints = [](std::vector<std::uint32_t> numbers) {
         return withNumbers(XCB_ATOM_WM_NORMAL_HINTS, XCB_ATOM_WM_SIZE_HINTS, numbers).sizeHints;
     };
@@ -90,7 +90,7 @@ TEST(Properties, SizeHintsTellIncrementsLargestSizesAndAspects) {
     EXPECT_EQ(hints(numbers), WindowSizeHints{});
 }
 
-TEST(Properties, KindsAreTheFirstTypeThatIsUnderstood) {
+TEST(Properties, KindIsTheFirstKnownType) {
     const auto kind = [](const std::vector<std::uint32_t>& types) {
         return withNumbers(kAtoms[Atom::netWmWindowType], XCB_ATOM_ATOM, types).kind();
     };
@@ -113,7 +113,7 @@ TEST(Properties, KindsAreTheFirstTypeThatIsUnderstood) {
     EXPECT_EQ(withNumbers(XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW, {0}).kind(), WindowKind::standard);
 }
 
-TEST(Properties, NumbersOfTheWrongShapeAreNone) {
+TEST(Properties, NumbersOfTheWrongTypeOrLengthAreIgnored) {
     EXPECT_EQ(withNumbers(kAtoms[Atom::gtkFrameExtents], XCB_ATOM_CARDINAL, {10, 11, 8, 12}).shadow,
               (PixelEdges{10, 11, 8, 12}));
     EXPECT_EQ(withNumbers(kAtoms[Atom::gtkFrameExtents], XCB_ATOM_CARDINAL, {10, 11, 8}).shadow, PixelEdges{});

@@ -52,7 +52,7 @@ class Model : public ::testing::Test {
 };
 
 /// Any client can send any event with the mark of a made-up one.
-TEST_F(Model, MadeUpEventsEndNoWindow) {
+TEST_F(Model, SentEventsRemoveNoWindow) {
     model.setWindowManager({}, Seconds(0));
     model.setStacking({kWindow});
     model.takeTopLevel(kWindow, {.rect = {0, 0, 400, 300}, .isMapped = true, .rectTold = {}, .mappingTold = {}}, 10);
@@ -73,7 +73,7 @@ TEST_F(Model, MadeUpEventsEndNoWindow) {
     EXPECT_FALSE(model.client(kWindow));
 }
 
-TEST_F(Model, MinimizedIsWhatTheManagerSaysByTheWordThatItUses) {
+TEST_F(Model, MinimizedFollowsTheStateThatTheManagerSupports) {
     struct Case {
         const char* what;
         bool announcesHidden, isIconic, isHidden, isShaded, isMapped, isOnAnotherDesktop;
@@ -106,7 +106,7 @@ TEST_F(Model, MinimizedIsWhatTheManagerSaysByTheWordThatItUses) {
     }
 }
 
-TEST_F(Model, KeepsWhatAnEventToldAfterTheQuestion) {
+TEST_F(Model, KeepsEventsThatAreNewerThanAReply) {
     const TopLevel answer{.rect = {5, 5, 50, 50}, .isMapped = true, .rectTold = {}, .mappingTold = {}};
     configure(100, 402, 325, 21);
     model.takeTopLevel(kFrame, answer, 20);
@@ -128,7 +128,7 @@ TEST_F(Model, KeepsWhatAnEventToldAfterTheQuestion) {
     EXPECT_EQ(model.topLevel(kFrame), nullptr);
 }
 
-TEST_F(Model, KeepsTheAnswerToTheLatestQuestion) {
+TEST_F(Model, KeepsTheReplyToTheLatestRequest) {
     const std::vector<std::uint32_t> fullScreen = {atoms[Atom::netWmStateFullscreen]};
     EXPECT_TRUE(takeState(fullScreen, 20));
     EXPECT_TRUE(takeState({}, 19));
@@ -138,7 +138,7 @@ TEST_F(Model, KeepsTheAnswerToTheLatestQuestion) {
     EXPECT_EQ(window().decorations, (PixelEdges{1, 1, 20, 5}));
 }
 
-TEST_F(Model, TakesAWindowThatFillsADisplayForFullScreenUntilItKnows) {
+TEST_F(Model, AWindowThatFillsADisplayCountsAsFullScreenUntilItsStateIsKnown) {
     model.displayRects = {{0, 0, 1280, 800}};
     model.takeMeasuredFrame(window(), {0, 0, 0, 0}, 11);
     takeState({}, 20);
@@ -151,7 +151,7 @@ TEST_F(Model, TakesAWindowThatFillsADisplayForFullScreenUntilItKnows) {
     EXPECT_FALSE(model.isFullScreen(window()));
 }
 
-TEST_F(Model, TakesANumberThatIsGivenOutAgainForAnotherWindow) {
+TEST_F(Model, AReusedNumberIsAnotherWindow) {
     window().netName = "Old";
     model.takeStale(window());
     model.staleClientList = false;
@@ -167,7 +167,7 @@ TEST_F(Model, TakesANumberThatIsGivenOutAgainForAnotherWindow) {
     EXPECT_EQ(window().stale, std::uint32_t{stale::all});
 }
 
-TEST_F(Model, BelievesTheManagerAboutTheKeyboardWhileThereIsOne) {
+TEST_F(Model, UsesTheManagersActiveWindowWhileThereIsOne) {
     const auto focus = [&](std::uint8_t type, std::uint32_t sequence) {
         xcb_generic_event_t whole{};
         auto& event = reinterpret_cast<xcb_focus_in_event_t&>(whole);
@@ -188,7 +188,7 @@ TEST_F(Model, BelievesTheManagerAboutTheKeyboardWhileThereIsOne) {
     EXPECT_EQ(focus(XCB_FOCUS_IN, 50), kWindow);
 }
 
-TEST_F(Model, MeasuresNothingWhileAFrameIsBehindItsWindow) {
+TEST_F(Model, MeasuresNoDecorationsWhileTheFrameIsSmallerThanItsWindow) {
     announceDecorations({1, 1, 20, 5}, 12);
     model.takeMeasuredFrame(window(), {1, 1, 20, 5}, 13);
     EXPECT_EQ(model.outerFrame(window()), (PixelRect{0, 0, 402, 325}));
@@ -203,7 +203,7 @@ TEST_F(Model, MeasuresNothingWhileAFrameIsBehindItsWindow) {
     EXPECT_EQ(model.outerFrame(window()), (PixelRect{20, 0, 402, 325}));
 }
 
-TEST_F(Model, TakesNoFrameDrawnForShowForAWindowWhileAnotherOneLeaves) {
+TEST_F(Model, AnAnimatedFrameDoesNotCountWhileAWindowManagerEnds) {
     announceDecorations({1, 1, 20, 5}, 12);
     model.takeMeasuredFrame(window(), {1, 1, 20, 5}, 13);
     (void)model.takeStale(window()); // everything is known of it

@@ -1,5 +1,5 @@
-// When is a Linux session asleep, inactive or locked? Several sources tell, each in its own words and not each of
-// them on every desktop; here they become the conditions of the workspace. Values and arithmetic only.
+// Computes whether a Linux session is asleep, inactive or locked from several sources, of which each desktop has some.
+// Values and arithmetic only.
 #pragma once
 
 #include "windowing/SystemActivityServicing.h"
@@ -10,7 +10,7 @@
 
 namespace kova {
 
-/// What was heard last of each source; at first, and of a source that is gone, that all is well.
+/// The last report of each source; initially, and for a disconnected source, no condition.
 struct ActivityFacts {
     bool isPreparingForSleep = false;
     bool isSessionActive = true;
@@ -24,19 +24,20 @@ struct ActivityFacts {
 };
 
 /// logind's Lock signal is a request. Desktops confirm it by the hint or by their screen saver; some screen lockers do
-/// neither, and then nothing would ever tell of the unlocking. So an unconfirmed lock counts, but not for long.
+/// neither, and then there would be no event for the unlock. So an unconfirmed lock counts for a limited time.
 ActivityFacts afterLockSignal(ActivityFacts facts);
-/// logind's Unlock signal asks the desktop to unlock, which tells when it has. Only an unconfirmed lock ends at once.
+/// logind's Unlock signal is a request to the desktop, which reports when it has unlocked. Only an unconfirmed lock
+/// ends at once.
 ActivityFacts afterUnlockSignal(ActivityFacts facts);
 ActivityFacts afterLockedHint(ActivityFacts facts, bool isSet);
 ActivityFacts afterScreenSaver(ActivityFacts facts, const std::string& name, bool isActive);
-/// logind is gone and says nothing any more.
+/// logind has disconnected.
 ActivityFacts withoutLogind(ActivityFacts facts);
 
 /// A screen saver hides the windows like a lock does, and is one on most desktops.
 bool isLocked(const ActivityFacts& facts);
 
-/// What has happened between the two, in the order of the enumeration.
+/// The events that lead from `before` to `after`, in the order of the enumeration.
 std::vector<SystemActivityEvent> eventsBetween(const ActivityFacts& before, const ActivityFacts& after);
 
 } // namespace kova

@@ -14,7 +14,7 @@ namespace kova {
 namespace {
 
 constexpr const char* kService = "org.freedesktop.systemd1";
-/// A number may have passed to another process by then.
+/// After this time the number may belong to another process.
 constexpr Seconds kLongestWait{5};
 
 std::string escaped(const std::string& text) {

@@ -40,7 +40,7 @@ std::string_view trimmed(std::string_view text) {
     return text;
 }
 
-/// A line of an entry, as far as keys are concerned.
+/// A line of an entry.
 struct Line {
     std::string text;
     std::string key; // empty for a group, a remark and an empty line
@@ -150,7 +150,7 @@ std::optional<std::string> AutostartEntry::registerAtLogin() {
     if (program_.empty()) return "where kova-agent is installed cannot be found out";
     const auto present = contents(entry_);
     if (!present || isAsWritten(*present)) return replace(writtenEntry());
-    // The user had switched it off by hand and wants it again; all else in the entry stays.
+    // The user had disabled it in the file and wants it again; other lines stay.
     std::string text = withValue(withValue(*present, kHidden, std::nullopt), kEnabled, std::nullopt);
     if (!isStartable(entry_)) {
         text = withValue(withValue(text, "TryExec", keyValue(program_)), "Exec", execWord(program_));
@@ -163,7 +163,7 @@ std::optional<std::string> AutostartEntry::unregisterAtLogin() {
     const auto present = contents(entry_);
     const auto shared = sharedEntry();
     if (shared || (present && !isAsWritten(*present))) {
-        // Without it the machine-wide entry would count, or the user's lines be lost.
+        // Without this entry the system-wide one would count, or the user's lines would be lost.
         const std::string text = present ? *present : contents(*shared).value_or("");
         problem = replace(withValue(text, kHidden, "true"));
     } else if (present) {
@@ -220,7 +220,7 @@ std::string AutostartEntry::writtenEntry() const {
            "\nExec=" + execWord(program_) + "\nNoDisplay=true\nTerminal=false\n";
 }
 
-/// Also by a program that lay elsewhere.
+/// Also with another path of the program.
 bool AutostartEntry::isAsWritten(const std::string& text) const {
     const auto exec = valueOf(linesOf(text), "Exec");
     const auto withoutProgram = [](const std::string& entry) {
@@ -229,10 +229,10 @@ bool AutostartEntry::isAsWritten(const std::string& text) const {
     return exec && withoutProgram(text) == withoutProgram(writtenEntry());
 }
 
-/// What was wrong; absent when the entry is the text now. At every moment it is the old or the new one.
+/// Replaces the entry atomically; the error, or absent on success.
 std::optional<std::string> AutostartEntry::replace(const std::string& text) const {
     std::error_code ignored;
-    fs::create_directories(entry_.parent_path(), ignored); // what is in the way shows when the file is written
+    fs::create_directories(entry_.parent_path(), ignored); // an error shows when the file is written
     // An entry may be a link into a collection of settings.
     const fs::path target = fs::is_symlink(entry_, ignored) ? fs::weakly_canonical(entry_, ignored) : entry_;
     const int error = replaceFileAtomically(target, text, {});

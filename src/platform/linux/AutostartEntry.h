@@ -1,5 +1,5 @@
 // Start at login by an autostart entry, which every Linux desktop reads. Files are changed only when the user asks for
-// it; lines that the user has put into the entry stay. A systemd unit that starts the agent as well is respected.
+// it, and keep lines that the user added. A systemd unit that starts the agent counts as well.
 #pragma once
 
 #include "app/LaunchAtLoginServicing.h"
@@ -18,16 +18,16 @@ class AutostartEntry final : public LaunchAtLoginServicing {
                    std::filesystem::path systemUnits = "/etc/systemd/user");
 
     /// An entry that says Hidden=true or X-GNOME-Autostart-enabled=false does not start anything: not registered. One
-    /// whose program is gone is not found.
+    /// whose program does not exist is not found.
     LaunchAtLoginStatus status() const override;
     std::optional<std::string> registerAtLogin() override;
-    /// Removes an entry that is as it was written here; another one is switched off and kept.
+    /// Removes an entry that KOVA wrote and the user did not change; any other entry is disabled and kept.
     std::optional<std::string> unregisterAtLogin() override;
     std::string guidance() const override;
 
   private:
     bool isUnitEnabled() const;
-    /// Of the whole machine, when there is one.
+    /// The system-wide entry, if there is one.
     std::optional<std::filesystem::path> sharedEntry() const;
     std::string writtenEntry() const;
     bool isAsWritten(const std::string& text) const;

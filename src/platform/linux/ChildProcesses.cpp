@@ -19,8 +19,8 @@ namespace kova {
 namespace {
 
 constexpr unsigned int kMarkCloseOnExec = 4; // of close_range
-constexpr rlim_t kMostDescriptors = 65536;   // looked at where the kernel has no close_range
-constexpr Seconds kReapingPause{5};          // between two looks where the kernel has no pidfd
+constexpr rlim_t kMostDescriptors = 65536;   // closed one by one if the kernel has no close_range
+constexpr Seconds kReapingPause{5};          // between two checks if the kernel has no pidfd
 
 std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
     std::vector<char*> pointers;
@@ -29,12 +29,12 @@ std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
     return pointers;
 }
 
-/// All that the child needs, made ready before it is born: between its birth and its program it may not ask for memory.
+/// All that the child needs, prepared before the fork: between fork and exec it must not allocate memory.
 struct ChildPlan {
     std::vector<char*> words, environment;
     const char* folder = nullptr;
-    int outcome = -1;                // where to write what went wrong
-    std::optional<pid_t> endsWith{}; // the parent, whose end is the child's
+    int outcome = -1;                // where to write an error
+    std::optional<pid_t> endsWith{}; // the parent, with which the child ends
 };
 
 void resetSignals() {
@@ -44,7 +44,7 @@ void resetSignals() {
     sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
-/// Whatever is open stays ours.
+/// Closes the agent's descriptors in the child.
 void keepDescriptors() {
     const int null = open("/dev/null", O_RDWR);
     for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(null, standard);
@@ -57,7 +57,7 @@ void keepDescriptors() {
 
 [[noreturn]] void reportAndEnd(int outcome, StartFailure::Step step) {
     const StartFailure failure{step, errno};
-    // Smaller than what a pipe takes at once.
+    // Small enough for one atomic write.
     [[maybe_unused]] const auto written = write(outcome, &failure, sizeof failure);
     _exit(127);
 }
@@ -67,7 +67,7 @@ void keepDescriptors() {
     setsid();
     if (plan.endsWith) {
         prctl(PR_SET_PDEATHSIG, SIGKILL);
-        if (getppid() != *plan.endsWith) _exit(127); // the parent was faster
+        if (getppid() != *plan.endsWith) _exit(127); // the parent has ended already
     }
     keepDescriptors();
     if (chdir(plan.folder) != 0) reportAndEnd(plan.outcome, StartFailure::Step::enteringFolder);
@@ -92,7 +92,7 @@ pid_t give(const ChildPlan& plan) {
 } // namespace
 
 struct ChildProcesses::Child {
-    int outcome = -1; // readable once it is known
+    int outcome = -1; // readable once the start has succeeded or failed
     int end = -1;     // readable once the process has ended
     Started started;
     Ended ended;
@@ -123,7 +123,7 @@ std::optional<pid_t> ChildProcesses::start(const Command& command, Started start
     };
     std::array<int, 2> pipe{};
     if (pipe2(pipe.data(), O_CLOEXEC | O_NONBLOCK) != 0) return fail(errno);
-    // Out of the way of the three standard descriptors.
+    // Above the three standard descriptors.
     const int outcome = fcntl(pipe[1], F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
     close(pipe[1]);
     const ChildPlan plan{pointersTo(command.words), pointersTo(command.environment), command.folder.c_str(), outcome,
@@ -146,7 +146,7 @@ std::optional<pid_t> ChildProcesses::start(const Command& command, Started start
     return process;
 }
 
-/// The pipe is closed by the program's start, and holds what went wrong when there was none.
+/// The pipe is closed when the program starts, and contains the error if it could not.
 void ChildProcesses::readOutcome(pid_t process) {
     const auto found = children_.find(process);
     if (found == children_.end()) return;
@@ -157,7 +157,7 @@ void ChildProcesses::readOutcome(pid_t process) {
     std::variant<pid_t, StartFailure> outcome = process;
     if (length == static_cast<ssize_t>(sizeof failure)) outcome = failure;
     const auto started = std::exchange(child.started, {});
-    // The descriptor may not be closed by the callback that watches it.
+    // The descriptor must not be closed in the callback of its watch.
     loop_.post(lifetime_.guard([this, process, started, outcome] {
         if (const auto known = children_.find(process); known != children_.end()) known->second->stopWatchingOutcome();
         if (started) started(outcome);

@@ -1,6 +1,6 @@
-// Programs that are started: each in a session of its own, with nothing of ours but the environment, so that it
-// outlives us unless it is to end with us. Nothing waits: whether a program could be started is read from a pipe when
-// it is known, and one that has ended is reaped when the system says so. Main thread only.
+// Starts programs, each in a session of its own and without the agent's descriptors, so that they outlive the agent
+// unless requested otherwise. Nothing blocks: a pipe becomes readable when the start has succeeded or failed, and a
+// process descriptor when the program has ended and can be reaped. Main thread only.
 #pragma once
 
 #include "platform/linux/EventLoop.h"
@@ -26,7 +26,7 @@ struct Command {
     bool endsWithParent = false;          // the kernel kills the program when this thread ends
 };
 
-/// Why there is no such process.
+/// Why the program could not be started.
 struct StartFailure {
     enum class Step { creatingProcess, enteringFolder, running };
     Step step = Step::running;
@@ -36,16 +36,16 @@ struct StartFailure {
 class ChildProcesses {
   public:
     explicit ChildProcesses(EventLoop& loop);
-    /// Started programs go on; completions that are still due are not called.
+    /// Started programs go on; pending callbacks are not called.
     ~ChildProcesses();
     ChildProcesses(const ChildProcesses&) = delete;
     ChildProcesses& operator=(const ChildProcesses&) = delete;
 
     /// Calls `started` once, after this has returned: with the process once the program runs in it.
     using Started = std::function<void(std::variant<pid_t, StartFailure>)>;
-    /// Called after `started`, once the process has ended and was reaped, with what waitpid gave.
+    /// Called after `started`, once the process has ended and was reaped, with the status of waitpid.
     using Ended = std::function<void(pid_t, int waitStatus)>;
-    /// Gives the process, which may still fail to run the program; absent when there is none.
+    /// Returns the process, which may still fail to run the program; absent if there is none.
     std::optional<pid_t> start(const Command& command, Started started, Ended ended = {});
     /// Whether the process, the last one started here with that number, has ended with status 0.
     bool hasSucceeded(pid_t process) const { return succeeded_.contains(process); }

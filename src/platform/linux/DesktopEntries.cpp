@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::size_t kLargestFileBytes = 1 << 20;
 constexpr int kDeepestFolder = 8;
-constexpr std::size_t kMostAnswers = 1024; // a window may call itself anything, as often as it likes
+constexpr std::size_t kMostAnswers = 1024; // windows can use any number of names
 constexpr std::string_view kSuffix = ".desktop";
 
 char asciiLower(char c) {
@@ -64,7 +64,8 @@ std::string unescaped(std::string_view value) {
     return out;
 }
 
-/// How well the locale of a key like Name[sr@latin] suits the reader: 0 for not at all, 1 for a key without a locale.
+/// How well the locale of a key like Name[sr@latin] fits the user's locale: 0 for not at all, 1 for a key without a
+/// locale.
 int suitability(std::string_view keyLocale, std::string_view reader) {
     if (keyLocale.empty()) return 1;
     const auto modifierAt = std::min(reader.find('@'), reader.size());
@@ -98,7 +99,7 @@ std::optional<std::string> readFile(const std::string& path) {
     return out;
 }
 
-/// 0 when the folder is not there.
+/// 0 if the folder does not exist.
 std::int64_t changeTime(const std::string& folder) {
     struct stat status {};
     if (stat(folder.c_str(), &status) != 0) return 0;
@@ -175,7 +176,7 @@ std::optional<std::string> findProgram(const std::string& name) {
     if (name.empty()) return std::nullopt;
     const auto path = variable("PATH");
     for (const auto& folder : listed(path.empty() ? "/usr/local/bin:/usr/bin:/bin" : path, ':')) {
-        // A relative folder would mean another one wherever we happen to be.
+        // A relative folder would depend on the current folder.
         if (folder[0] == '/' && isProgram(folder + "/" + name)) return folder + "/" + name;
     }
     return std::nullopt;
@@ -275,7 +276,7 @@ const DesktopEntries::Entry* DesktopEntries::find(const ApplicationTraces& trace
         const auto found = std::find_if(entries_.begin(), entries_.end(), matches);
         return found == entries_.end() ? nullptr : &*found;
     };
-    // Exactly: this is the name of an entry, and one that is not installed is none.
+    // An exact match only: this is the id of an entry.
     if (!applicationID.empty()) {
         if (const auto* entry = first([&](const Entry& e) { return textOf(e.id) == applicationID; })) return entry;
     }
@@ -331,7 +332,7 @@ void DesktopEntries::scan() {
     folders_.clear();
     answers_.clear();
     for (const auto& root : roots_) scanFolder(root, "", 0);
-    // The first of an id stands for all; when it is hidden none is left.
+    // The first entry of an id replaces later ones, also if it is hidden.
     std::erase_if(entries_, [](const Entry& entry) { return entry.isHidden; });
     std::stable_partition(entries_.begin(), entries_.end(), [](const Entry& entry) { return entry.isDisplayed; });
     texts_.shrink_to_fit();
@@ -346,7 +347,7 @@ void DesktopEntries::scanFolder(const std::string& folder, const std::string& id
     while (const dirent* member = readdir(stream.get())) {
         if (member->d_name[0] != '.') names.emplace_back(member->d_name);
     }
-    // Folders list their members in any order; the same machine shall give the same answers.
+    // Folders list their members in any order; results must not depend on it.
     std::sort(names.begin(), names.end());
     for (const auto& name : names) {
         const std::string path = folder + "/" + name;
@@ -354,7 +355,7 @@ void DesktopEntries::scanFolder(const std::string& folder, const std::string& id
             addFile(path, idPrefix + name.substr(0, name.size() - kSuffix.size()));
             continue;
         }
-        // A link to a folder may lead back to where we are.
+        // A link to a folder may lead back to this one.
         struct stat status {};
         if (lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) {
             scanFolder(path, idPrefix + name + "-", depth + 1);
@@ -368,13 +369,13 @@ void DesktopEntries::addFile(const std::string& path, const std::string& id) {
         return text(entry.id) == id;
     });
     if (isShadowed) return;
-    if (validUtf8(path) != path) return; // ids are told to others as text
+    if (validUtf8(path) != path) return; // ids are sent to clients as text
     const auto parsed = readDesktopEntry(path, locale_);
     if (!parsed || (!parsed->isHidden && (!parsed->isApplication || parsed->name.empty()))) return;
     Entry entry;
     entry.path = keep(path);
     const auto nameStart = static_cast<std::uint32_t>(path.size() - kSuffix.size());
-    // The id is the end of the path already, unless a sub folder has a part in it.
+    // The id is the end of the path, unless it contains a subfolder's name.
     entry.id = path.ends_with("/" + id + std::string(kSuffix))
                    ? Range{entry.path.start + nameStart - static_cast<std::uint32_t>(id.size()),
                            static_cast<std::uint32_t>(id.size())}

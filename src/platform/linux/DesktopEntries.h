@@ -1,6 +1,5 @@
-// The applications that are installed, as their desktop entries tell. The entries are read at the first question and
-// again when, at a question that has no answer yet, one of their folders has changed. A file that is missing or broken
-// is skipped.
+// The installed applications, from their desktop entries. The entries are read at the first lookup, and again if one of
+// their folders has changed when a new name is looked up. Missing or invalid files are skipped.
 #pragma once
 
 #include "platform/linux/XdgFolders.h"
@@ -19,27 +18,27 @@
 
 namespace kova {
 
-/// What a desktop entry's file says, as far as windows need it.
+/// The parts of a desktop entry that KOVA uses.
 struct DesktopEntry {
     std::string name; // in the reader's language
     std::string windowClass;
     std::string iconName;
     bool isApplication = false;
-    bool isHidden = false;      // as good as deleted; it also hides the entries of the same id in later folders
+    bool isHidden = false;      // treated as deleted, together with entries of the same id in later folders
     bool isDisplayed = true;    // in menus
     bool isFileManager = false; // by its categories
     bool needsTerminal = false;
-    std::string execLine;                           // empty when it cannot be launched by one
-    std::string tryExec;                            // a program; without it the application is not really installed
+    std::string execLine;                           // empty if there is none
+    std::string tryExec;                            // a program; if it does not exist, the application is not installed
     std::string workingFolder;                      // empty: any
     std::vector<std::string> onlyShowIn, notShowIn; // desktops
 };
 
 /// Whether menus of the desktops (as in XDG_CURRENT_DESKTOP, "ubuntu:GNOME") show it.
 bool isShownOn(const DesktopEntry& entry, std::string_view currentDesktops);
-/// The program's file as PATH (or the name, when it is a path) leads to it; absent when there is nothing to run.
+/// The program's file, found in PATH unless the name is a path; absent if it is not executable.
 std::optional<std::string> findProgram(const std::string& name);
-/// The entry in that file; absent when it cannot be read or is none.
+/// The entry in that file; absent if it cannot be read or is invalid.
 std::optional<DesktopEntry> readDesktopEntry(const std::string& path, std::string_view locale);
 
 /// `locale` as in LC_MESSAGES: "sr_RS.UTF-8@latin". Absent without a "[Desktop Entry]" group.
@@ -63,7 +62,7 @@ class DesktopEntries final : public ApplicationCatalogue {
     const std::string& locale() const { return locale_; }
 
   private:
-    // Hundreds of entries, few of them ever asked for: they are kept as ranges of one text.
+    // There are hundreds of entries, of which few are used, so they are stored as ranges of one text.
     struct Range {
         std::uint32_t start = 0;
         std::uint32_t length = 0;

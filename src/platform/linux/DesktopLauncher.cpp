@@ -13,7 +13,7 @@ namespace kova {
 
 namespace {
 
-/// Programs that run another one in a terminal, with what they want before its name.
+/// Programs that run another one in a terminal, with the option before its name.
 struct Terminal {
     const char* program;
     const char* option; // null: the name follows at once
@@ -24,7 +24,7 @@ constexpr std::array kTerminals = {Terminal{"xdg-terminal-exec", nullptr}, Termi
 
 using Words = std::vector<std::string>;
 
-/// A launched program takes these for its own.
+/// Variables that belong to the agent's own launch; a launched program would use them as its own.
 bool isOfOurLaunch(std::string_view variable) {
     for (const std::string_view name : {"DESKTOP_STARTUP_ID=", "XDG_ACTIVATION_TOKEN=", "GIO_LAUNCHED_DESKTOP_FILE="}) {
         if (variable.starts_with(name)) return true;
@@ -52,7 +52,7 @@ std::variant<Words, std::string> inTerminal(Words words) {
     return "needs a terminal, and none was found";
 }
 
-/// Of an entry that is launched now; or what is wrong with it, as the end of a sentence.
+/// The command of an entry; or an error, as the end of a sentence.
 std::variant<Words, std::string> wordsOf(const DesktopEntry& entry, const LaunchableApplication& application) {
     if (!entry.tryExec.empty() && !findProgram(entry.tryExec)) {
         return "is not installed: there is no program “" + entry.tryExec + "”";
@@ -113,8 +113,7 @@ void DesktopLauncher::launch(const LaunchableApplication& application, LaunchAct
     Command command{.words = std::get<Words>(std::move(words)),
                     .folder = entry->workingFolder.empty() ? homeFolder() : entry->workingFolder,
                     .environment = environmentOfLaunch()};
-    // Toolkits take from it when the user asked for the window: long ago, so that window managers leave the keyboard
-    // where it is.
+    // Toolkits use this as the time of the user's request: time 0, so that window managers do not focus the window.
     if (activation == LaunchActivation::inBackground) {
         command.environment.push_back("DESKTOP_STARTUP_ID=kova-" + std::to_string(getpid()) + "-" +
                                       std::to_string(++backgroundLaunches_) + "_TIME0");

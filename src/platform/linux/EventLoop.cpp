@@ -31,7 +31,7 @@ class EventLoop::Timer final : public ScheduledWork, public std::enable_shared_f
         asio::post(context, [self = shared_from_this()] { self->fire(); });
     }
     void cancel() override {
-        work_ = nullptr; // also when it is due already and only waits for its turn
+        work_ = nullptr; // also if it is due and queued already
         timer_.cancel();
     }
 
@@ -75,7 +75,7 @@ void EventLoop::post(std::function<void()> work) {
 }
 
 std::shared_ptr<ScheduledWork> EventLoop::after(Seconds delay, std::function<void()> work) {
-    // A delay that no clock can count would wrap around and be due at once.
+    // A delay beyond the clock's range would overflow and be due at once.
     constexpr Seconds kForever = std::chrono::hours(24 * 365);
     auto timer = std::make_shared<Timer>(loop_->context, std::move(work));
     if (delay > Seconds::zero()) {

@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t\n\r";
 constexpr std::string_view kEscapedInQuotes = "\"`$\\";
-/// Files, addresses, and what was in use long ago.
+/// Codes for files and URLs, and deprecated codes.
 constexpr std::string_view kDroppedCodes = "fFuUdDnNvm";
 
 class ExecLineReader {
@@ -32,7 +32,7 @@ class ExecLineReader {
             isStarted_ = true;
             readQuoted();
         } else if (c == '\'') {
-            // Not in the rules, but in many entries.
+            // Not part of the rules, but used by many entries.
             isStarted_ = true;
             const auto end = rest_.find('\'');
             if (end == std::string_view::npos) return fail("has an Exec line with a quote that does not end");
@@ -94,7 +94,7 @@ class ExecLineReader {
         word_ += text;
     }
 
-    /// A word of which only a dropped code was written is none.
+    /// A word that consists of a dropped code only is left out.
     void endWord() {
         if (isStarted_) words_.push_back(std::move(word_));
         word_.clear();

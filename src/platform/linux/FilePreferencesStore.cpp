@@ -81,7 +81,7 @@ PreferencesFile::Request FilePreferencesStore::request() const {
     return {values_, version_, unusable_.notKept()};
 }
 
-/// What changes while a write is under way is written after it.
+/// Changes during a write are written after it.
 void FilePreferencesStore::writeNow() {
     takePromised();
     if (isWriting_ || isWritten()) return;
@@ -150,7 +150,7 @@ void FilePreferencesStore::takeOver(const PreferencesFile::TakenOver& changes, c
     }
 }
 
-/// A write that failed is no reason to keep a client waiting: its change is in memory, and will be tried again.
+/// Clients are answered after a failed write as well: the change is in memory, and the write will be retried.
 void FilePreferencesStore::answerWaiting(std::uint64_t version) {
     const auto firstLeft =
         std::ranges::find_if(waiting_, [version](const Waiting& waiting) { return waiting.version > version; });

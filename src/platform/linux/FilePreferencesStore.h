@@ -1,6 +1,5 @@
-// Preferences in a file of their own. Reads answer from memory; changes are written on a work queue, gathered for a
-// second or at once when a save is asked for, so that the main queue never waits for the disk. What could not be
-// written is tried again, at growing intervals, until it is on disk.
+// Preferences in a file. Reads are answered from memory; changes are written on a work queue, collected for a second or
+// at once by `save`, so that the main queue never waits for the disk. Failed writes are retried at growing intervals.
 #pragma once
 
 #include "persistence/PreferencesStore.h"
@@ -20,14 +19,14 @@ namespace kova {
 
 class FilePreferencesStore final : public PreferencesStore {
   public:
-    /// Changes that come within this time of the first are written together, unless a save is asked for.
+    /// Changes within this time after the first are written together, unless a save is requested.
     static constexpr Seconds kGatheringTime{1.0};
     /// After a failed write the next one comes this much later, twice as late each time up to the longest.
     static constexpr Seconds kFirstRetry{1.0};
     static constexpr Seconds kLongestRetry{60.0};
 
-    /// Reads the file, which need not be there. `problemFound` hears of each problem when it shows. The queues outlive
-    /// the store.
+    /// Reads the file, which need not exist. `problemFound` is called for each problem when it is noticed. The queues
+    /// outlive the store.
     FilePreferencesStore(std::filesystem::path file, MainQueue& queue, WorkQueue& diskQueue,
                          std::function<void(const std::string&)> problemFound = {});
 

@@ -81,7 +81,7 @@ void LoginSession::hear(ActivityFacts facts) {
     if (toldInARow_ < LoginSessionTimeouts::changesAtOnce) tell();
 }
 
-/// Each change stops or starts the workspace, so a flood of them is reduced to its outcome.
+/// Each change suspends or resumes the workspace, so of a flood of changes only the last state is reported.
 void LoginSession::tell() {
     const auto events = eventsBetween(told_, facts_);
     told_ = facts_;

@@ -1,6 +1,5 @@
-// The login session on Linux: says when the machine sleeps, another user has the seat or the screen is locked, by what
-// logind and the screen savers tell. Without them it tells nothing, and all is well. It never waits, and wakes the
-// agent only when one of them reports a change.
+// The login session on Linux: reports sleep, session switches and locks, from logind and the screen savers. Without
+// them there are no events. It never waits, and the agent wakes up only for changes.
 #pragma once
 
 #include "platform/linux/ActivityConditions.h"
@@ -31,21 +30,21 @@ struct LoginSessionTimeouts {
     static constexpr int changesAtOnce = 16;
     /// An unconfirmed lock counts for this long: until a desktop has drawn its lock screen.
     Seconds withLock{10};
-    /// What logind said last holds for this long after it has gone: it may only be restarting.
+    /// logind's last state holds for this long after it has disconnected, since it may be restarting.
     Seconds withSilence{10};
-    /// Changes are told one by one, but no more than `changesAtOnce` of them within `withFlood`; beyond that only what
-    /// holds at the end of that time is told.
+    /// Changes are reported one by one, but at most `changesAtOnce` within `withFlood`; after these only the state at
+    /// the end of that time.
     Seconds withFlood{1};
 };
 
-/// Main thread only, where it does not say otherwise.
+/// Main thread only, unless a function says otherwise.
 class LoginSession final : public SessionServicing, public SystemActivityServicing, public DiagnosticsServicing {
   public:
-    /// Begins to connect; what it learns it tells once the loop runs.
+    /// Begins to connect; events are reported once the loop runs.
     LoginSession(EventLoop& loop, const BusAddresses& addresses, SessionHints hints,
                  LoginSessionTimeouts timeouts = {});
 
-    /// Any thread; what logind said last.
+    /// Any thread; logind's last state.
     bool isLoginSessionScreenLocked() const override { return isLockedHintSet_; }
     Subscription observeSystemActivity(std::function<void(SystemActivityEvent)> observer) override;
     std::vector<DiagnosticLine> diagnose() const override;
@@ -58,7 +57,7 @@ class LoginSession final : public SessionServicing, public SystemActivityServici
     EventLoop& loop_;
     LoginSessionTimeouts timeouts_;
     ActivityFacts facts_;
-    ActivityFacts told_; // as the observers know them
+    ActivityFacts told_; // as last reported to observers
     int toldInARow_ = 0; // changes since `floodTimer_` began
     std::shared_ptr<ScheduledWork> floodTimer_;
     std::atomic<bool> isLockedHintSet_ = false;

@@ -23,7 +23,7 @@ constexpr const char* kProperties = "org.freedesktop.DBus.Properties";
 
 using Properties = std::map<std::string, sdbus::Variant>;
 
-/// The property, when it is there and of the type.
+/// The property, if it exists and has the type.
 template <class T>
 std::optional<T> property(const Properties& properties, const char* name) {
     const auto found = properties.find(name);
@@ -68,7 +68,7 @@ std::vector<BusSignal> LogindClient::signals() {
                        listener_.sleep(isPreparing);
                    }});
     all.push_back({kService, signalRule(kManager, "SessionNew"), [this](sdbus::Message&) {
-                       if (!isListening()) begin(); // perhaps this one is ours
+                       if (!isListening()) begin(); // the new session may be the agent's
                    }});
     all.push_back({kService, signalRule(kManager, "SessionRemoved"), [this](sdbus::Message& message) {
                        std::string id;
@@ -178,7 +178,7 @@ void LogindClient::search(Search place) {
     }
 }
 
-/// Takes the first of the sessions that has a screen of its own, else goes on searching.
+/// Uses the first graphical session, else continues with the next way to search.
 void LogindClient::examine(std::vector<std::string> paths, Search place) {
     if (paths.empty()) return search(static_cast<Search>(static_cast<int>(place) + 1));
     const std::string path = paths.front();
@@ -188,7 +188,7 @@ void LogindClient::examine(std::vector<std::string> paths, Search place) {
         if (round != round_) return;
         if (session && session->isOurs) {
             if (session->isGraphical()) return take(*session);
-            if (!candidate_) candidate_ = session; // startx leaves a session the terminal that it was
+            if (!candidate_) candidate_ = session; // a session of startx is still a terminal session
         }
         examine(rest, place);
     });

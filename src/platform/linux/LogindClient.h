@@ -1,5 +1,5 @@
-// What logind tells of the machine's sleep and of our login session: which one that is, whether it is the active one of
-// its seat, and whether it is locked. logind may come late, restart or be missing; the session may come late as well.
+// Reads from logind when the machine sleeps, which session is the agent's, and whether that is active and locked.
+// logind may start late, restart or be missing; the session may appear late as well.
 #pragma once
 
 #include "platform/linux/MessageBus.h"
@@ -15,7 +15,7 @@
 
 namespace kova {
 
-/// How a process recognises its login session.
+/// How a process recognizes its login session.
 struct SessionHints {
     std::optional<std::string> sessionID; // $XDG_SESSION_ID
     pid_t process = 0;
@@ -47,12 +47,12 @@ class LogindClient {
         std::string path;
         std::string id;
         std::string type;
-        bool isOurs = false; // of this user, and no greeter
+        bool isOurs = false; // of this user, and not a greeter
         bool isActive = true;
         bool isLocked = false;
         bool isGraphical() const { return type == "x11" || type == "wayland" || type == "mir"; }
     };
-    /// Places where a session may be found, the surest first.
+    /// Ways to find the session, the most reliable first.
     enum class Search { namedByEnvironment, ofProcess, displayOfUser, anyOfUser, over };
     using Number = std::uint64_t;
 
@@ -71,10 +71,10 @@ class LogindClient {
     MessageBus bus_;
     Listener listener_;
     std::string sessionPath_; // empty while there is none
-    std::string sessionName_; // for people
+    std::string sessionName_; // for messages
     std::string problem_;
-    std::optional<Session> candidate_; // one without a screen of its own, while a better one is searched for
-    Number round_ = 0;                 // of the search; answers to an older one are too late
+    std::optional<Session> candidate_; // a session without a screen, used if no better one is found
+    Number round_ = 0;                 // of the search; replies to an older one are ignored
     Lifetime lifetime_;
 };
 

@@ -26,8 +26,8 @@ namespace {
 
 constexpr Seconds kFirstPause{1};
 constexpr Seconds kLongestPause{600};
-constexpr std::chrono::seconds kPatience{5}; // with a question
-/// Handled in one go. Other work of the event loop comes between, so that a flood of messages does not hold it up.
+constexpr std::chrono::seconds kCallTimeout{5}; // for a method call
+/// Other work of the event loop runs after this many messages, so that a flood does not block it.
 constexpr int kMessagesPerTurn = 64;
 
 constexpr const char* kBusService = "org.freedesktop.DBus";
@@ -46,8 +46,8 @@ std::string whyNotListening(const std::string& path) {
     return problem;
 }
 
-/// Why no bus answers at any of the addresses; empty when one does, or when only the library can tell. Called first
-/// because the library leaks the memory of each failed attempt, and a bus may be away for days.
+/// Why no bus answers at any of the addresses; empty if one does, or if only the library can find out. Called first
+/// because the library leaks memory with each failed attempt, and a bus may be missing for days.
 std::string whyUnreachable(std::string_view addresses) {
     constexpr std::string_view kPlain = "unix:path=";
     std::string problem;
@@ -62,12 +62,12 @@ std::string whyUnreachable(std::string_view addresses) {
     return problem;
 }
 
-/// Null, and the problem, when there is none.
+/// Null on failure, with the problem.
 std::shared_ptr<sdbus::IConnection> connectionTo(const std::string& address, const std::vector<BusSignal>& signals,
                                                  std::string& problem) {
     try {
         std::shared_ptr<sdbus::IConnection> connection = sdbus::createSessionBusConnectionWithAddress(address);
-        connection->setMethodCallTimeout(kPatience);
+        connection->setMethodCallTimeout(kCallTimeout);
         for (const BusSignal& signal : signals) {
             const auto heard = [hear = signal.heard](sdbus::Message& message) {
                 try {
@@ -98,7 +98,7 @@ BusSignal ownerChange(const std::string& service, std::function<void(const std::
             }};
 }
 
-/// Shared with the thread that connects. It may outlive the bus when the other end does not answer.
+/// Shared with the thread that connects, which may outlive the MessageBus if the bus does not answer.
 struct MessageBus::Attempt {
     Mutex mutex;
     MessageBus* bus; // null once the connection is not needed any more; set and read on the main thread only
@@ -144,7 +144,7 @@ void MessageBus::connect() {
         return; // and will not be
     }
     attempt_ = std::make_shared<Attempt>(*this, loop_);
-    // The handshake and each request for signals wait for the bus, which may be as slow as it likes.
+    // The handshake and each subscription wait for the bus, which may be slow.
     std::thread([attempt = attempt_, address = address_, signals = signals_] {
         std::string problem = whyUnreachable(address);
         const auto connection = problem.empty() ? connectionTo(address, signals, problem) : nullptr;
@@ -164,7 +164,7 @@ void MessageBus::arrived(std::shared_ptr<sdbus::IConnection> connection, const s
     problem_.clear();
     log(LogLevel::detail, "connected to the " + name_);
     connected_();
-    process(); // signals may have come meanwhile
+    process(); // signals may have arrived since
     if (!connection_) return;
     watch_ = loop_.watchReadable(connection_->getEventLoopPollData().fd, [this] { process(); });
 }
@@ -180,11 +180,11 @@ void MessageBus::send(const BusQuestion& question, const std::function<void(sdbu
             try {
                 answer(refusal ? nullptr : &reply);
             } catch (const sdbus::Error&) {
-                answer(nullptr); // an answer to another question
+                answer(nullptr); // a reply to another call
             }
         });
     } catch (const sdbus::Error& error) {
-        // The connection is going; reading will find out.
+        // The connection is being lost; reading will report that.
         log(LogLevel::detail, "the " + name_ + " takes no question: " + error.getMessage());
     }
     waitForDeadline();
@@ -209,7 +209,7 @@ void MessageBus::askForOwner(const std::string& service, std::function<void(cons
         [this, service, answer = std::move(answer)](sdbus::Message* reply) {
             std::string owner;
             if (reply) *reply >> owner;
-            // No reply in time does not mean that a known owner has left: the bus announces that.
+            // A missing reply does not mean that a known owner has left; the bus announces that.
             if (!owner.empty()) setOwner(service, owner);
             answer(owner);
         });
@@ -236,7 +236,7 @@ void MessageBus::process() {
         int handled = 0;
         while (connection_ && connection_->processPendingRequest()) {
             if (++handled < kMessagesPerTurn) continue;
-            // Some may have been read already, and nothing else would wake the loop for them.
+            // Messages may have been read already, for which the descriptor does not become readable.
             if (!std::exchange(isTurnDue_, true)) {
                 loop_.post(lifetime_.guard([this] {
                     isTurnDue_ = false;
@@ -251,7 +251,7 @@ void MessageBus::process() {
     waitForDeadline();
 }
 
-/// A question that stays unanswered is refused in time, though nothing comes to be read.
+/// Calls time out although the descriptor does not become readable.
 void MessageBus::waitForDeadline() {
     if (deadline_) std::exchange(deadline_, nullptr)->cancel();
     if (!connection_) return;
@@ -266,7 +266,7 @@ void MessageBus::lose(const std::string& problem) {
     watch_ = {};
     owners_.clear();
     proxies_.clear();
-    // Its descriptor stays open until the watch, in whose call this may be, has let go of it.
+    // The descriptor stays open until the watch has ended, since this may run in the watch's callback.
     loop_.post([last = std::exchange(connection_, nullptr)] {});
     waitForDeadline();
     if (wasConnected) {

@@ -1,4 +1,4 @@
-// A connection to a message bus that may come late and restart. The main thread never waits for the bus: a short-lived
+// A connection to a message bus that may start late and restart. The main thread never waits for the bus: a short-lived
 // thread connects and subscribes to signals; from then on everything happens on the event loop.
 #pragma once
 
@@ -20,8 +20,8 @@ class MethodCall;
 
 namespace kova {
 
-/// A signal to listen to. `heard` is called on the main thread, and only for signals that the current owner of the name
-/// `sender` sent.
+/// A signal to subscribe to. `heard` is called on the main thread, and only for signals from the current owner of the
+/// name `sender`.
 struct BusSignal {
     std::string sender;
     std::string rule; // further conditions of the bus's match rule: "interface='...',member='...'"
@@ -43,10 +43,10 @@ struct BusQuestion {
 class MessageBus {
   public:
     using Words = std::vector<std::string>;
-    /// Null when the question was refused or not answered in time.
+    /// Null if the call failed or timed out.
     using Answer = std::function<void(sdbus::Message*)>;
 
-    /// `name` is for people: "system bus". Nothing happens before `open`.
+    /// `name` is for messages: "system bus". Nothing happens before `open`.
     MessageBus(std::string name, std::string address, EventLoop& loop);
     ~MessageBus();
     MessageBus(const MessageBus&) = delete;
@@ -59,14 +59,14 @@ class MessageBus {
     const std::string& problem() const { return problem_; }
     const std::string& name() const { return name_; }
 
-    /// Asks without waiting. The answer comes later, or never if the connection is lost first.
+    /// Calls without waiting. The reply arrives later, or never if the connection is lost first.
     void ask(const BusQuestion& question, const Words& words, Answer answer);
     /// The same with a number.
     void ask(const BusQuestion& question, std::uint32_t number, Answer answer);
     /// With arguments of any types, which `fill` writes before this returns.
     void send(const BusQuestion& question, const std::function<void(sdbus::MethodCall&)>& fill, Answer answer);
-    /// Asks for the owner of the name; empty when there is none. Starts no service. Signals of a service are passed on
-    /// only after this has been asked on the current connection, or after the service has appeared on it.
+    /// Queries the owner of the name; empty if there is none. Starts no service. Signals of a service are passed on
+    /// only after this query on the current connection, or after the service has appeared on it.
     void askForOwner(const std::string& service, std::function<void(const std::string& owner)> answer);
     /// Whether the name is known to have an owner.
     bool hasOwner(const std::string& service) const { return owners_.contains(service); }
@@ -91,11 +91,11 @@ class MessageBus {
     std::string problem_ = "not connected yet";
     std::shared_ptr<Attempt> attempt_;
     Seconds pause_;
-    // The watch ends before what it watches, the proxies before their connection.
+    // The order matters: the watch ends before its descriptor is closed, the proxies before their connection.
     std::shared_ptr<sdbus::IConnection> connection_;
     std::map<std::string, std::unique_ptr<sdbus::IProxy>> proxies_; // by service and path
     Subscription watch_;
-    std::shared_ptr<ScheduledWork> deadline_; // of the questions that are not answered
+    std::shared_ptr<ScheduledWork> deadline_; // of calls without a reply
     std::shared_ptr<ScheduledWork> retry_;
     bool isTurnDue_ = false;
     Lifetime lifetime_;

@@ -24,10 +24,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A file beyond this is none of ours: scenes and rules take at most 64 MiB as they are exported, and a third more when
-/// they are indented once more.
+/// A larger file was not written by KOVA: scenes and rules take at most 64 MiB when exported, and a third more with one
+/// more indentation.
 constexpr off_t kLargestFileBytes = 96 << 20;
-/// Another agent that holds the file for so long has been stopped.
+/// The longest wait for another agent's lock; an agent that holds it longer hangs.
 constexpr auto kLongestTurn = std::chrono::seconds(1);
 constexpr int kMostLinks = 40;
 
@@ -35,7 +35,7 @@ std::string reasonOf(int error) {
     return std::strerror(error);
 }
 
-/// A name beside the file that nothing has yet: "preferences.json.damaged-20261121-035455".
+/// An unused name beside the file: "preferences.json.damaged-20261121-035455".
 fs::path freeNameBeside(const fs::path& file, const std::string& word, WallTime now) {
     const std::string base =
         file.string() + "." + word + "-" + localDateStamp(std::chrono::floor<std::chrono::microseconds>(now));
@@ -45,7 +45,7 @@ fs::path freeNameBeside(const fs::path& file, const std::string& word, WallTime 
     return name;
 }
 
-/// The file that a path means: links are followed, the last one even when it points to nothing. Absent in a circle.
+/// The file behind symbolic links, also if the last one points to nothing. Absent for a cycle.
 std::optional<fs::path> targetOf(fs::path path) {
     for (int i = 0; i < kMostLinks; ++i) {
         std::error_code error;
@@ -69,18 +69,18 @@ nlohmann::json jsonOf(const PreferenceValue& value) {
     return nlohmann::json::parse(std::get<PreferenceData>(value).json, nullptr, false);
 }
 
-/// Whole records that an agent keeps for itself: which windows are where means nothing to another one.
+/// Whole records of one agent only: its window placements mean nothing to another agent.
 bool isOwnState(const std::string& key) {
     return key == preferenceKey::workspaceSession || key == preferenceKey::autoArrangeLearning;
 }
 
-/// Values that every agent sets for its own session, so that nothing a person wrote is lost when one gives way.
+/// False for values that each agent sets for its own session: overwriting one loses nothing that the user wrote.
 bool isWorthACopy(const std::string& place) {
     return place != std::string(preferenceKey::workspaceProduct) + ".activeSceneID" &&
            place != std::string(preferenceKey::workspaceProfile) + ".id";
 }
 
-/// The values as they come back from the file: a record's text depends on its content alone.
+/// The values as they would be read from the file, so that equal records have equal texts.
 PreferenceValues asInFile(const PreferenceValues& values, const PreferenceValues& known) {
     PreferenceValues out;
     for (const auto& [key, value] : values) {
@@ -125,9 +125,9 @@ bool isRecord(const std::optional<PreferenceValue>& value) {
     return value && std::holds_alternative<PreferenceData>(*value);
 }
 
-/// 0 when all is in `text`, else the error.
+/// Reads the whole file into `text`; 0, or the error.
 int readAll(const fs::path& file, std::string& text) {
-    // Not blocking: it may be a pipe.
+    // Non-blocking, since the path may be a pipe.
     const Descriptor descriptor(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!descriptor.isOpen()) return errno;
     struct stat status {};
@@ -145,7 +145,7 @@ int readAll(const fs::path& file, std::string& text) {
     }
 }
 
-/// What a killed process left behind.
+/// Drafts of a killed process.
 void removeAbandonedDrafts(const fs::path& target) {
     const auto prefix = draftPrefix(target);
     std::error_code error;
@@ -158,8 +158,8 @@ void removeAbandonedDrafts(const fs::path& target) {
     }
 }
 
-/// While it exists, agents of other sessions do not write into the folder. Best effort: a folder that cannot be locked,
-/// as on some network file systems, is used without.
+/// Locks the folder against agents of other sessions while it exists. Best effort: a folder that cannot be locked, as
+/// on some network file systems, is used without a lock.
 class FolderTurn {
   public:
     explicit FolderTurn(const fs::path& folder) : folder_(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
@@ -171,14 +171,14 @@ class FolderTurn {
     }
 
   private:
-    Descriptor folder_; // closing it ends the turn
+    Descriptor folder_; // closing it releases the lock
 };
 
 std::string notNow(const fs::path& target, int error) {
     return target.string() + " cannot be read now: " + reasonOf(error);
 }
 
-/// Something that is no file of ours, rather than a file that cannot be read at the moment.
+/// True if the path is not a preference file; false if the file just cannot be read now.
 bool isDamage(int error) {
     return error == EISDIR || error == EINVAL || error == EFBIG;
 }
@@ -196,7 +196,7 @@ PreferencesFile::PreferencesFile(fs::path path, FolderSync folderSync) :
 int PreferencesFile::syncFolder(const fs::path& folder) {
     const Descriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!opened.isOpen()) return errno;
-    // Some file systems cannot do it for folders and need not.
+    // EINVAL: the file system cannot sync folders and need not.
     return fsync(opened.number()) == 0 || errno == EINVAL ? 0 : errno;
 }
 
@@ -224,7 +224,7 @@ PreferencesFile::Reading PreferencesFile::read(const fs::path& target, WallTime 
     }
 }
 
-/// A link is set aside rather than what it points to, which may be a file of another program.
+/// If the path is a link, the link is set aside: its target may be a file of another program.
 PreferencesFile::Reading PreferencesFile::setAside(const fs::path& target, const std::string& reason, WallTime now) {
     std::error_code error;
     const fs::path& damaged = fs::is_symlink(path_, error) ? path_ : target;
@@ -262,7 +262,7 @@ PreferenceValues PreferencesFile::mergeInto(const PreferenceValues& theirs, cons
     for (const auto& key : keys) {
         const auto our = at(ours, key), their = at(theirs, key), base = at(ours_, key);
         std::optional<PreferenceValue> value = our;
-        if (our == base || our == at(known_, key)) { // unchanged by us, or what an earlier look took over
+        if (our == base || our == at(known_, key)) { // not changed by this agent, or taken over by an earlier reading
             value = their;
         } else if (their != base && their != our && !isOwnState(key)) {
             const auto merged = merge(key, {jsonAt(ours_, key), jsonAt(ours, key), jsonAt(theirs, key),
@@ -287,7 +287,7 @@ std::string PreferencesFile::keepCopies(const fs::path& target, const Preference
     if (disputed.empty() && !overwritesUnusable) return {};
     const auto present = fingerprint(target);
     if (!present) return {};             // nothing is overwritten
-    if (present != copiedFingerprint_) { // else this is another try, and the copy is there
+    if (present != copiedFingerprint_) { // else this is a retry, and the copy exists
         const auto aside = freeNameBeside(target, disputed.empty() ? "damaged" : "edited", now);
         std::string text;
         int error = readAll(target, text);
@@ -338,15 +338,15 @@ PreferencesFile::Written PreferencesFile::write(const Request& request, WallTime
         }
         if (auto* aside = std::get_if<SetAside>(&reading)) {
             written.notice = aside->notice;
-            target = targetOf(path_).value_or(path_); // no longer what a link pointed to
+            target = targetOf(path_).value_or(path_); // no longer the target of a link
         }
         if (auto* text = std::get_if<Text>(&reading)) inFile = std::move(text->values);
     }
     auto ours = asInFile(request.values, ours_);
-    // A file that was removed or damaged meanwhile comes back as it was.
+    // If the file was removed or damaged meanwhile, it is written again in full.
     std::string disputed;
     auto next = mergeInto(inFile.value_or(known_), ours, written, disputed);
-    // A file that says all this already stays as a person wrote it, and where there is nothing to say there is no file.
+    // A file with these values already keeps the user's formatting; without values no file is made.
     if (inFile ? next != *inFile : !next.empty()) {
         written.problem = keepCopies(*target, next, request, disputed, now, written);
         if (written.problem.empty()) written.problem = replace(*target, documentOf(next));
@@ -368,12 +368,12 @@ PreferencesFile::Written PreferencesFile::write(const Request& request, WallTime
 
 std::string PreferencesFile::replace(const fs::path& target, const std::string& text) {
     const auto folder = target.parent_path();
-    // Where a link leads is not ours to make.
+    // The folder of a link's target is not created.
     if (target == path_ && !createPrivateFolder(folder)) {
         return "cannot make the folder " + folder.string() + ": " + reasonOf(errno);
     }
     const auto failure = [&target](int error) { return "cannot write " + target.string() + ": " + reasonOf(error); };
-    // At the next start it would be set aside as damaged, with all that is in it.
+    // The next start would set it aside as damaged.
     if (text.size() > static_cast<std::size_t>(kLargestFileBytes)) return failure(EFBIG);
     struct stat status {};
     const int error = replaceFileAtomically(
@@ -387,7 +387,7 @@ std::string PreferencesFile::replace(const fs::path& target, const std::string& 
 std::string PreferencesFile::makeNameLast(const fs::path& target) {
     if (isNameOnDisk_) return {};
     if (const int error = syncFolder_(target.parent_path()); error != 0) {
-        knownFingerprint_.reset(); // the next try begins with what the file then says
+        knownFingerprint_.reset(); // the next try reads the file again
         return "cannot make sure that " + target.string() + " lasts: " + reasonOf(error);
     }
     isNameOnDisk_ = true;

@@ -1,7 +1,6 @@
-// The preference file on disk: JSON that a person can read and edit, every key beside its value, records as structure.
-// At every moment the file is whole, the old one or the new one. Nothing of another writer, a person or the agent of
-// another session, is overwritten: what we changed is merged into what is there, and where both changed one value, or
-// the file is damaged, a copy is kept under a dated name.
+// The preference file on disk: JSON that a user can read and edit. The file is complete at every moment, old or new.
+// Changes by other writers (the user, or the agent of another session) are kept: this agent's changes are merged into
+// the file, and if both changed one value, or the file is damaged, a copy is kept under a dated name.
 #pragma once
 
 #include "persistence/PreferenceMerge.h"
@@ -29,18 +28,18 @@ using PreferenceKeySet = std::set<std::string, std::less<>>;
 /// Any thread; calls wait for one another and for the disk.
 class PreferencesFile {
   public:
-    /// Puts the names in a folder on disk; 0, or the error.
+    /// Syncs a folder; 0, or the error.
     using FolderSync = std::function<int(const std::filesystem::path&)>;
     static int syncFolder(const std::filesystem::path& folder);
 
-    /// A path that is a link is written through to what it points to.
+    /// If the path is a symbolic link, its target is written.
     explicit PreferencesFile(std::filesystem::path path, FolderSync folderSync = syncFolder);
 
-    /// In words for a person; empty when there is nothing to say.
+    /// Texts are for the user; empty for none.
     struct Loaded {
         PreferenceValues values;
-        std::string notice;  // what became of a damaged file
-        std::string problem; // why the file cannot be read at the moment
+        std::string notice;  // what happened to a damaged file
+        std::string problem; // why the file cannot be read now
     };
     Loaded load(WallTime now);
 
@@ -49,14 +48,14 @@ class PreferencesFile {
         std::uint64_t version = 0; // grows with every change of the values
         PreferenceKeySet unusable; // keys whose stored value is kept in a copy before it is overwritten
     };
-    /// A key that was changed in the file and not by us: its value there, absent when it was removed. Records are not
-    /// among them: the copy in memory stays in use, and only the file has both sides' changes.
+    /// Keys that only another writer changed, with the value in the file; absent if it was removed. Records are not
+    /// included: the copy in memory stays in use, and only the file has both changes.
     using TakenOver = std::map<std::string, std::optional<PreferenceValue>>;
     struct Written {
         bool isOnDisk = false;
         TakenOver takenOver;
         std::string keptAt;  // the copy of a file with unusable values; empty when none was made
-        std::string notice;  // what a person should know of, although all went well
+        std::string notice;  // for the user, although the write succeeded
         std::string problem; // why it is not on disk
     };
     /// Writes all the values, unless they are on disk already. An older version than one written before is dropped.
@@ -75,7 +74,7 @@ class PreferencesFile {
     struct SetAside {
         std::string notice;
     };
-    /// Not now: it is neither read nor written.
+    /// The file can be neither read nor written now.
     struct Blocked {
         std::string reason;
     };
@@ -89,23 +88,23 @@ class PreferencesFile {
     Reading setAside(const std::filesystem::path& target, const std::string& reason, WallTime now);
     PreferenceValues mergeInto(const PreferenceValues& theirs, const PreferenceValues& ours, Written& written,
                                std::string& disputed) const KOVA_REQUIRES(mutex_);
-    /// Empty when done or done before, else why not.
+    /// Empty on success or if the copy exists, else the error.
     std::string keepCopies(const std::filesystem::path& target, const PreferenceValues& next, const Request& request,
                            const std::string& disputed, WallTime now, Written& written) KOVA_REQUIRES(mutex_);
     static Fingerprint fingerprintOf(const struct stat& status);
-    /// Absent when there is no file, or when errno says why it cannot be looked at.
+    /// Absent if there is no file, or if it cannot be examined (errno).
     static std::optional<Fingerprint> fingerprint(const std::filesystem::path& target);
-    /// Empty when done, else why not. Then `knownFingerprint_` is that of the new file.
+    /// Empty on success, with `knownFingerprint_` that of the new file; else the error.
     std::string replace(const std::filesystem::path& target, const std::string& text) KOVA_REQUIRES(mutex_);
-    /// Puts the new name of a file that was replaced on disk. Empty when done or done before, else why not.
+    /// Syncs the folder after a replacement. Empty on success or if that is done, else the error.
     std::string makeNameLast(const std::filesystem::path& target) KOVA_REQUIRES(mutex_);
 
     const std::filesystem::path path_;
     const FolderSync syncFolder_;
     Mutex mutex_;
     PreferenceValues known_ KOVA_GUARDED_BY(mutex_); // in the file, as far as we know
-    PreferenceValues ours_ KOVA_GUARDED_BY(mutex_);  // what we wrote last, or read at the start
-    // The file could not be read at the start, and what it holds goes before ours.
+    PreferenceValues ours_ KOVA_GUARDED_BY(mutex_);  // this agent's last write, or what it read at the start
+    // The file could not be read at the start; its values take precedence once it can be read.
     bool isUnread_ KOVA_GUARDED_BY(mutex_) = false;
     std::optional<Fingerprint> knownFingerprint_ KOVA_GUARDED_BY(mutex_);
     std::optional<Fingerprint> copiedFingerprint_ KOVA_GUARDED_BY(mutex_); // of the file that the last copy was made of

@@ -1,18 +1,18 @@
-// What the agent's process asks of the system before it does anything else.
+// Settings of the agent's process, made before anything else.
 #pragma once
 
 #include <string>
 
 namespace kova {
 
-/// A client that goes away while it is written to must not end the process, nor must a limit on the size of files. The
-/// few threads share one pool of memory, since a pool each costs more than they ever wait for one another. Before the
-/// first thread starts.
+/// Ignores SIGPIPE and SIGXFSZ, so that a disconnected client or a limit on file sizes does not end the process, and
+/// lets all threads share one memory arena, since an arena for each costs more than it saves. Call before the first
+/// thread starts.
 void prepareProcess();
 
-/// The full path of this program, also when the file has been replaced since; empty when it cannot be known.
+/// The full path of this program, also if the file was replaced since; empty if it is unknown.
 std::string ownProgram();
-/// Whether a person reads what is written to the standard error.
+/// Whether standard error is a terminal.
 bool isTerminal();
 
 } // namespace kova

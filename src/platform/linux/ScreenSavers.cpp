@@ -29,7 +29,7 @@ ScreenSavers::ScreenSavers(std::string busAddress, EventLoop& loop, Listener lis
     bus_.open(
         signals(), [this] { begin(); },
         [this] {
-            // No question is answered any more.
+            // Queries in progress get no reply any more.
             asked_.clear();
             outdated_.clear();
             for (const char* name : kNames) gone(name);
@@ -64,20 +64,20 @@ std::vector<BusSignal> ScreenSavers::signals() {
 
 void ScreenSavers::begin() {
     for (const std::string name : kNames) {
-        // Asking for the state would start a screen saver that does not run.
+        // A query of the state would start a screen saver that does not run.
         bus_.askForOwner(name, [this, name](const std::string& owner) {
             if (!owner.empty()) confirm(name);
         });
     }
 }
 
-/// One question at a time; what is heard while it is open is asked about once it is answered.
+/// One query at a time; a signal during a query leads to another query afterwards.
 void ScreenSavers::confirm(const std::string& name) {
     if (!asked_.insert(name).second) {
         outdated_.insert(name);
         return;
     }
-    // The oldest of them is found under a short path as well.
+    // The oldest of these services also uses a short path.
     ask(name, pathOf(name), "/ScreenSaver");
 }
 

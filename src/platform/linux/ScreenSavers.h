@@ -1,6 +1,5 @@
-// What the session's screen saver tells. Desktops have one each, under names of their own, with the same interface.
-// What a signal says is confirmed by asking the owner of the name; without an answer the screen saver counts as
-// inactive.
+// Follows the session's screen saver. Desktops use different names for it with the same interface. Each signal is
+// confirmed by a query to the owner of the name; without a reply the screen saver counts as inactive.
 #pragma once
 
 #include "platform/linux/MessageBus.h"
@@ -19,7 +18,7 @@ class ScreenSavers {
 
     ScreenSavers(std::string busAddress, EventLoop& loop, Listener listener);
 
-    /// One sentence: which of them are there, or what is missing.
+    /// One sentence: which of them are running, or what is missing.
     std::string description() const;
     bool isListening() const { return !present_.empty(); }
 
@@ -34,8 +33,8 @@ class ScreenSavers {
     MessageBus bus_;
     Listener listener_;
     std::set<std::string> present_;
-    std::set<std::string> asked_;    // of names whose answer is awaited
-    std::set<std::string> outdated_; // of those, names of which something was heard meanwhile
+    std::set<std::string> asked_;    // names with a query in progress
+    std::set<std::string> outdated_; // of those, names with a signal since the query
 };
 
 } // namespace kova

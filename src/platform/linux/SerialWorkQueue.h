@@ -1,4 +1,4 @@
-// A worker thread that runs one job after the other. The thread begins with the first job and sleeps between jobs.
+// A worker thread that runs jobs one after the other. The thread starts with the first job and sleeps between jobs.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -14,7 +14,7 @@ namespace kova {
 
 class SerialWorkQueue final : public WorkQueue {
   public:
-    /// The name is what debuggers and process lists show; at most 15 characters of it.
+    /// The thread's name in debuggers and process lists, cut after 15 characters.
     explicit SerialWorkQueue(std::string name);
     /// Waits for the job that runs; jobs not begun are dropped.
     ~SerialWorkQueue() override;

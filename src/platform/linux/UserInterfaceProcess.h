@@ -11,8 +11,8 @@
 
 namespace kova {
 
-/// Where kova-ui is: what the variable KOVA_UI names if it is set (there is none if that is empty), else beside this
-/// program, in ../libexec/kova seen from there, or in PATH. Absent when it is nowhere.
+/// The path of kova-ui: the variable KOVA_UI if it is set (none if it is empty), else beside this program, in
+/// ../libexec/kova relative to it, or in PATH. Absent if it is not found.
 std::optional<std::string> findUserInterface(const std::string& ownProgram);
 
 class UserInterfaceProcess final : public UserInterfaceServicing {
@@ -34,7 +34,7 @@ class UserInterfaceProcess final : public UserInterfaceServicing {
     std::optional<pid_t> process_;
     std::uint64_t run_ = 0;                       // counts starts and ends
     std::function<void(UserInterfaceEnd)> ended_; // of `process_`
-    std::set<pid_t> ending_;                      // asked to end, and not gone yet
+    std::set<pid_t> ending_;                      // requested to end, still running
     ChildProcesses children_;
     Lifetime lifetime_;
 };

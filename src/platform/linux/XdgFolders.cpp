@@ -60,7 +60,7 @@ bool createPrivateFolder(const std::filesystem::path& folder) {
     for (const auto& component : folder) {
         path /= component;
         if (mkdir(path.c_str(), 0700) == 0 || errno == EEXIST) continue;
-        // An automounted or read-only folder above may refuse although it is there.
+        // mkdir of an existing automounted or read-only folder may fail with another error.
         if (struct stat status; stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) continue;
         return false;
     }

@@ -22,7 +22,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr std::size_t kLongestText = 64 * 1024;
-constexpr std::chrono::milliseconds kLook{20}; // an end without a last word is noticed this late
+constexpr std::chrono::milliseconds kCheckInterval{20}; // for the end of a program without output
 
 /// A pipe from the program to us.
 class Pipe {
@@ -46,7 +46,7 @@ class Pipe {
     int readEnd() const { return ends_[0]; }
     int writeEnd() const { return ends_[1]; }
     void closeWriteEnd() { closeEnd(1); }
-    /// Takes what is there; what is beyond the limit is read all the same, so that the program does not wait for us.
+    /// Reads what is available; output beyond the limit is read and dropped, so that the program does not block.
     void drainInto(std::string& text) {
         std::array<char, 4096> piece;
         while (isOpen()) {
@@ -139,7 +139,7 @@ ProcessOutcome ProcessRunner::run(const std::string& program, const std::vector<
             break;
         }
         std::array<pollfd, 2> waited = {{{out.readEnd(), POLLIN, 0}, {err.readEnd(), POLLIN, 0}}};
-        (void)poll(waited.data(), waited.size(), static_cast<int>(kLook.count()));
+        (void)poll(waited.data(), waited.size(), static_cast<int>(kCheckInterval.count()));
         out.drainInto(outcome.output);
         err.drainInto(outcome.problem);
     }

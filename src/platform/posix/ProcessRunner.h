@@ -1,4 +1,4 @@
-// Runs programs by the means that Linux and the Mac have in common.
+// Runs programs with the functions that Linux and the Mac have in common.
 #pragma once
 
 #include "app/ProcessRunning.h"
@@ -7,8 +7,8 @@ namespace kova {
 
 class ProcessRunner final : public ProcessRunning {
   public:
-    /// The program begins with the usual signals, in a process group of its own that ends as a whole at the deadline.
-    /// Children that it leaves behind are not waited for.
+    /// The program starts with default signals, in a process group of its own, which is killed as a whole at the
+    /// deadline. Children that outlive the program are not awaited.
     ProcessOutcome run(const std::string& program, const std::vector<std::string>& arguments,
                        Seconds deadline) override;
 };

@@ -16,7 +16,7 @@ struct ApplicationIdentity {
     bool operator==(const ApplicationIdentity&) const = default;
 };
 
-/// What a window says of its application; each may be empty.
+/// Properties of a window that identify its application; each may be empty.
 struct ApplicationTraces {
     std::string instanceName{}, className{}; // the two halves of WM_CLASS
     std::string applicationID{};             // _GTK_APPLICATION_ID: the name of the desktop entry
@@ -26,7 +26,7 @@ struct ApplicationTraces {
 class ApplicationCatalogue {
   public:
     virtual ~ApplicationCatalogue() = default;
-    /// Any thread; answers from memory after the first time.
+    /// Any thread; from memory after the first call.
     virtual ApplicationIdentity identify(const ApplicationTraces& traces) = 0;
 };
 

@@ -1,4 +1,4 @@
-// What of launching applications a desktop on X11 leaves to the system around it. Main thread only.
+// Launches applications for the X11 desktop; implemented by the Linux platform. Main thread only.
 #pragma once
 
 #include "windowing/ApplicationServicing.h"

@@ -1,5 +1,4 @@
-// Counts what a poll could see, and calls back once when the count has gone
-// beyond the one that is waited for.
+// Counts changes that a poll would see, and calls back once when the count exceeds an awaited one.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -22,8 +21,8 @@ class ChangeNotice {
     bool isAwaited() const { return isAwaited_; }
 
     // Main thread
-    /// One callback at a time, on the main queue; an empty one takes the last
-    /// back. `callBackIfDue` follows.
+    /// Sets the callback, which replaces the former one and runs on the main queue; an empty one cancels it. Call
+    /// `callBackIfDue` afterwards.
     void await(std::uint64_t count, std::function<void()> callback) {
         callback_ = std::move(callback);
         awaitedCount_ = count;

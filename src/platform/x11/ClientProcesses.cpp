@@ -36,7 +36,7 @@ std::optional<std::string> whyUnverified(const OwnerEvidence& evidence, std::opt
     if (!evidence.told) return "the X server does not say which process its window belongs to";
     const bool agrees = !evidence.claimed || evidence.claimed == evidence.told || evidence.claimed == innerNumber;
     if (agrees) return std::nullopt;
-    // A program that forwards the windows of others, or a window that names a process of its choice.
+    // A program that forwards windows of other programs, or a window with a false number.
     return "its window names process " + std::to_string(*evidence.claimed) + ", but the X server says process " +
            std::to_string(*evidence.told);
 }

@@ -10,7 +10,7 @@ namespace kova::x11 {
 
 namespace {
 
-/// A count of pixels, or nothing when no window can have it.
+/// A length in pixels; absent if no window can have it.
 std::optional<int> pixels(std::uint32_t value) {
     if (value > static_cast<std::uint32_t>(kLargestCoordinate)) return std::nullopt;
     return static_cast<int>(value);
@@ -40,7 +40,7 @@ double aspectOf(std::uint32_t numerator, std::uint32_t denominator) {
     return across && down && *across > 0 && *down > 0 ? static_cast<double>(*across) / *down : 0;
 }
 
-/// Of the 18 numbers of WM_NORMAL_HINTS; what contradicts itself restricts nothing.
+/// From the 18 numbers of WM_NORMAL_HINTS; contradicting values are ignored.
 WindowSizeHints sizeHintsIn(const std::vector<std::uint32_t>& numbers) {
     WindowSizeHints hints;
     if (numbers.size() < 15) return hints;
@@ -69,7 +69,7 @@ void takeHints(ClientWindow& window, const PropertyView& property, const Atoms&)
     window.minimumAndBase.reset();
     window.sizeHints = sizeHintsIn(numbersIn(property, XCB_ATOM_WM_SIZE_HINTS));
     window.gravity = XCB_GRAVITY_NORTH_WEST;
-    window.repeats = 0; // it may obey now
+    window.repeats = 0; // it may accept a request now
     const auto numbers = numbersIn(property, XCB_ATOM_WM_SIZE_HINTS);
     // 15 numbers before ICCCM version 1: without base size and gravity.
     if (numbers.size() < 15) return;
@@ -126,7 +126,8 @@ void takeType(ClientWindow& window, const PropertyView& property, const Atoms& a
         for (const auto& [atom, kind] : kKinds) {
             if (type == atoms[atom]) window.declaredKind = kind;
         }
-        if (window.declaredKind) return; // the first that is understood: the application's order of preference
+        if (window.declaredKind)
+            return; // the first known type counts: they are in the application's order of preference
     }
 }
 
@@ -199,7 +200,7 @@ void takePartialStrut(ClientWindow& window, const PropertyView& property, const 
     window.partialStrut = Strut{*depth, n[4], n[5], n[6], n[7], n[8], n[9], n[10], n[11]};
 }
 
-/// Length of the well-formed UTF-8 sequence at the start of the text; 0 when it is none.
+/// Length of the valid UTF-8 sequence at the start of the text; 0 if there is none.
 std::size_t sequenceLength(std::string_view text) {
     const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
     const unsigned char first = byte(0);
@@ -212,7 +213,7 @@ std::size_t sequenceLength(std::string_view text) {
     for (std::size_t i = 1; i < length; ++i) {
         if ((byte(i) & 0xC0) != 0x80) return 0;
     }
-    // Overlong forms, surrogates, and what lies beyond the last code point.
+    // Overlong forms, surrogates, and numbers beyond the last code point.
     if ((first == 0xE0 && byte(1) < 0xA0) || (first == 0xED && byte(1) > 0x9F) || (first == 0xF0 && byte(1) < 0x90) ||
         (first == 0xF4 && byte(1) > 0x8F)) {
         return 0;

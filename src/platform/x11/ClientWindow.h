@@ -1,5 +1,5 @@
-// What is known of one application window, and how its properties are read. Properties are written by strangers: a
-// wrong type, a wrong length or an absurd number counts as no property at all.
+// The model of one application window, and how its properties are read. Any program can write properties: a wrong type,
+// a wrong length or an impossible number counts as no property.
 #pragma once
 
 #include "platform/x11/Iconification.h"
@@ -21,11 +21,11 @@ namespace kova::x11 {
 
 /// The kernel gives out process numbers up to here (PID_MAX_LIMIT on 64 bits).
 inline constexpr std::uint32_t kLargestProcess = 4'194'304;
-/// Windows that name no process of this machine belong to the application of a made-up number from here on: it groups
-/// the windows of one connection. No process can ever have it, and none may be sent a signal by it.
+/// Windows without a process on this machine are grouped by connection, under invented process numbers from here on. No
+/// process can have such a number; never send a signal to it.
 inline constexpr std::uint32_t kFirstMadeUpProcess = 0x40000000;
 static_assert(kFirstMadeUpProcess > kLargestProcess);
-/// Whether the number can be that of a process; the only ones that a signal may be sent to.
+/// Whether the number can belong to a process; a signal may only be sent to such a number.
 constexpr bool isProcess(pid_t number) {
     return number > 0 && static_cast<std::uint32_t>(number) <= kLargestProcess;
 }
@@ -35,7 +35,7 @@ enum class WindowKind { standard, dialog, dock, desktop, splash, menu, palette, 
 /// The subrole in the accessibility vocabulary.
 std::string_view subroleOf(WindowKind kind);
 
-/// What has to be asked again. A set bit is an announcement that came and was not looked into yet.
+/// What has to be read again: a bit is set when the server announced a change that was not read yet.
 namespace stale {
 enum Bit : std::uint32_t {
     title = 1U << 0,
@@ -47,7 +47,7 @@ enum Bit : std::uint32_t {
     owner = 1U << 6, // class, process, machine
     strut = 1U << 7,
     topLevel = 1U << 8, // which child of the root holds the window
-    events = 1U << 9,   // not listened to yet
+    events = 1U << 9,   // its events are not selected yet
     all = (1U << 10) - 1,
 };
 }
@@ -62,7 +62,7 @@ struct Strut {
     bool operator==(const Strut&) const = default;
 };
 
-/// A frame that was asked for and that the server has not told to be in force yet.
+/// A frame that was requested and that no event has confirmed yet.
 struct PendingFrame {
     PixelRect outer;
     Seconds since{};
@@ -77,9 +77,9 @@ struct ClientWindow {
     std::uint32_t stale = stale::all;
     bool isInputOnly = false;
 
-    pid_t processIdentifier = 0;                 // of the application that the window belongs to
-    std::optional<std::uint32_t> claimedProcess; // as the window says
-    std::optional<pid_t> toldProcess;            // as the X server says
+    pid_t processIdentifier = 0;                 // of the window's application
+    std::optional<std::uint32_t> claimedProcess; // by the window's property
+    std::optional<pid_t> toldProcess;            // by the X server
     std::string clientMachine;
     std::string instanceName, className, applicationID;
 
@@ -111,35 +111,35 @@ struct ClientWindow {
     std::uint32_t gravity = XCB_GRAVITY_NORTH_WEST;
     std::optional<Strut> strut, partialStrut;
 
-    // Both the main thread and the polls ask for these. The questions whose answers were taken last:
+    // Both the main thread and polls request these. The sequence numbers of the requests whose replies were used last:
     std::optional<std::uint32_t> stateAsked, frameAsked;
-    int openStateQuestions = 0; // of the main thread
+    int openStateQuestions = 0; // of the main thread, without a reply yet
 
-    std::optional<Seconds> placedAt; // when a place was wished for it last
+    std::optional<Seconds> placedAt; // uptime of the last requested frame
     std::optional<PendingFrame> pending;
-    std::optional<PixelRect> lastWish, lastAnswer; // the place last asked for, and the frame when it was
-    int repeats = 0;                               // of the same wish with the same answer
+    std::optional<PixelRect> lastRequest, lastAnswer; // the last requested frame, and the frame at that time
+    int repeats = 0;                                  // how often the same request led to the same frame
     Iconification iconification;
 
     WindowKind kind() const;
-    /// False for the answer to an older question than the last that was taken. Otherwise it is the last.
+    /// False for the reply to an older request than the last one that was used. Otherwise records it as the last.
     bool admits(std::uint32_t staleBit, std::uint32_t asked);
-    /// Whether it was asked for its place before, and took another each time.
+    /// Whether it repeatedly took another frame than the requested one.
     bool insistsOnItsFrame() const { return repeats > 0; }
     std::string title() const { return netName ? *netName : oldName; }
 
     bool isManaged() const { return !isInputOnly && (kind() == WindowKind::standard || kind() == WindowKind::dialog); }
 };
 
-/// One property that matters: what goes stale when it changes, and how its value is taken.
+/// One property that matters: which bit its change sets, and how its value is read.
 struct PropertyRule {
     xcb_atom_t property;
     std::uint32_t staleBit;
-    std::uint32_t lengthInWords; // no more than that is asked for
+    std::uint32_t lengthInWords; // at most this much is requested
     void (*take)(ClientWindow&, const PropertyView&, const Atoms&);
 };
 
-/// All properties of a client that matter, in the order in which they must be taken.
+/// All properties of a client that matter, in the order in which they must be read.
 std::vector<PropertyRule> propertyRules(const Atoms& atoms);
 
 /// The 32-bit values of a property of that type (any type when it is XCB_ATOM_NONE); empty for anything else.
@@ -147,7 +147,7 @@ std::vector<std::uint32_t> numbersIn(const PropertyView& property, xcb_atom_t ty
 /// Text as far as its first zero byte; Latin-1 for STRING, else UTF-8 with every wrong byte replaced by U+FFFD.
 std::string textIn(const PropertyView& property, const Atoms& atoms);
 std::string repairedUtf8(std::string_view text);
-/// True when the name in WM_CLIENT_MACHINE means this machine; short and full host names are the same machine.
+/// True if the name in WM_CLIENT_MACHINE is this machine's; short and full host names are equal.
 bool isSameMachine(std::string_view clientMachine, std::string_view hostName);
 
 } // namespace kova::x11

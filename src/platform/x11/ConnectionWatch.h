@@ -1,5 +1,5 @@
-// Watches the connection for the main thread, or leaves it alone for a while: during a rest, and while the polling
-// queue waits for replies, since only one thread can read.
+// Watches the connection for the main thread, except during a pause and while the polling queue waits for replies,
+// since only one thread can read.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -26,15 +26,15 @@ class ConnectionWatch {
     void begin(DescriptorWatch watch, std::function<void()> readable);
     /// Watches from now on.
     void resume();
-    /// Does not watch until the pause is over, which counts as something to read, or until `resume`; while it rests for
-    /// a poll, until `resume` alone.
+    /// Does not watch until `resume` or the end of the pause, at which `readable` is called; while it pauses for a
+    /// poll, until `resume` only.
     void rest(Seconds pause);
     void stop() { watching_.reset(); }
 
-    // Under a lock of the caller, which also guards whether a poll is reading
+    // With the caller's lock held that also guards whether a poll is reading
     void setRestsForPoll(bool rests) { restsForPoll_ = rests; }
-    /// During a rest: whether to look at the connection before reading from the model; at most once a millisecond, so
-    /// that reading a hundred windows in one go does not look a hundred times.
+    /// During a pause: whether to read the connection before reading from the model. At most once a millisecond, so
+    /// that reading a hundred windows does not read the connection a hundred times.
     bool isLookDue(Seconds now);
 
     // Any thread
@@ -47,10 +47,10 @@ class ConnectionWatch {
     DescriptorWatch watch_;
     std::function<void()> readable_;
     std::optional<Subscription> watching_;
-    std::shared_ptr<ScheduledWork> end_; // of the rest
+    std::shared_ptr<ScheduledWork> end_; // of the pause
     std::atomic<bool> isResting_{false};
     std::atomic<bool> restsForPoll_{false};
-    Seconds looked_{-1.0}; // uptime of the last look during a rest
+    Seconds looked_{-1.0}; // uptime of the last reading during a pause
     Lifetime lifetime_;
 };
 

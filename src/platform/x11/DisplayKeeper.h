@@ -1,6 +1,5 @@
-// The displays as they are: asks the server for monitors and scale when it
-// announces changes, and computes from these and the panels what is told above
-// the seam. Main thread, guarded like the model; waits only in `readAll`.
+// The present displays: requests monitors and scale when the server announces changes, and computes the screens that
+// the platform interface reports. Main thread, guarded like the model; waits only in `readAll`.
 #pragma once
 
 #include "platform/x11/DisplayReader.h"
@@ -17,21 +16,18 @@ class DisplayKeeper {
     /// Waits for the server.
     explicit DisplayKeeper(const XConnection& connection) : reader_(connection), scale_(connection) {}
 
-    /// Number of the first of the events that announce changes; absent when the
-    /// server knows no monitors.
+    /// The first event number of the extension; absent if the server does not support monitors.
     std::optional<std::uint8_t> eventBase() const { return reader_.eventBase(); }
     bool isScaleHint(const xcb_generic_event_t& event) const { return scale_.isHint(event); }
-    /// All that there is to know, before the first `arrange`. Waits for the
-    /// server.
+    /// Reads everything; before the first `arrange`. Waits for the server.
     void readAll();
-    /// Takes the answers that have come, and asks what the events say has
-    /// changed. True when `arrange` has something new.
+    /// Uses the replies that have arrived, and requests what the events announced as changed. True when `arrange` has
+    /// something new.
     bool advance(const EventEffects& effects);
     bool isAsking() const { return reader_.isAsking() || scale_.isAsking(); }
-    /// Requests were buffered since this was last asked.
+    /// Whether requests were buffered since the last call.
     bool hasUnsent();
-    /// Computes the arrangement anew, by the panels of the model; true when it is
-    /// another now.
+    /// Computes the screens from monitors and the model's panels; true if they have changed.
     bool arrange(WindowModel& model);
 
     const DisplayArrangement& arrangement() const { return arrangement_; }

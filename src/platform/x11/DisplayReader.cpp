@@ -12,7 +12,7 @@ DisplayReader::DisplayReader(const XConnection& connection) : connection_(connec
     if (!extension || !extension->present) return;
     const XReply<xcb_randr_query_version_reply_t> version(
         xcb_randr_query_version_reply(c, xcb_randr_query_version(c, 1, 5), nullptr));
-    // Monitors came with 1.5.
+    // Monitors need version 1.5.
     if (!version || std::pair(version->major_version, version->minor_version) < std::pair(1U, 5U)) return;
     xcb_randr_select_input(c, connection.root(),
                            XCB_RANDR_NOTIFY_MASK_SCREEN_CHANGE | XCB_RANDR_NOTIFY_MASK_CRTC_CHANGE |
@@ -35,7 +35,7 @@ bool DisplayReader::advance() {
     if (!isAsking() || !questions_.collect(connection_)) return false;
     questions_.take();
     if (isAsking()) {
-        hasUnsent_ = true; // the second half
+        hasUnsent_ = true; // the requests of the second step
         return false;
     }
     if (std::exchange(startsOver_, false)) {

@@ -1,5 +1,5 @@
-// Asks the server for its monitors and their identities, without waiting: first the monitors, then, with their outputs
-// known, names and identities.
+// Requests the server's monitors and their identities, without waiting: first the monitors, then the names and
+// identities of their outputs.
 #pragma once
 
 #include "platform/x11/Displays.h"
@@ -13,21 +13,21 @@ namespace kova::x11 {
 
 class DisplayReader {
   public:
-    /// Waits for the server's answer whether it knows monitors; from then on the connection is told of their changes.
+    /// Waits for the server's version of the extension and selects events for changes of monitors.
     explicit DisplayReader(const XConnection& connection);
 
-    /// Number of the first of the events that announce changes; absent when the server knows no monitors.
+    /// The first event number of the extension; absent if the server does not support monitors.
     std::optional<std::uint8_t> eventBase() const { return eventBase_; }
-    /// Asks anew; asked meanwhile, it starts over once the answers are in.
+    /// Starts reading. If a reading is in progress, it starts over once the replies have arrived.
     void begin();
-    /// Takes what has come; true when `monitors` has just become complete.
+    /// Uses the replies that have arrived; true when `monitors` has just become complete.
     bool advance();
     bool isAsking() const { return !questions_.isEmpty(); }
-    /// Requests were buffered since this was last asked.
+    /// Whether requests were buffered since the last call.
     bool hasUnsent() { return std::exchange(hasUnsent_, false); }
     void wait();
     const std::vector<Monitor>& monitors() const { return monitors_; }
-    /// Whether the server tells of monitors; if it tells of none, all are off.
+    /// Whether the server reports monitors; if it reports none, all are off.
     bool isTold() const { return isTold_; }
 
   private:

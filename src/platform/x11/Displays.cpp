@@ -25,9 +25,9 @@ bool overlaps(int start, int end, int from, int to) {
     return start < to && end >= from;
 }
 
-/// Whether the panel stands on the monitor. A panel that does not tell where it is counts for the monitors that its
-/// strut reaches into without covering them.
-bool standsOn(const Panel& panel, const PixelRect& monitor) {
+/// Whether the panel is on the monitor. A panel without a known frame counts for the monitors that its strut reaches
+/// into without covering them.
+bool isOn(const Panel& panel, const PixelRect& monitor) {
     return !panel.frame || intersects(*panel.frame, monitor);
 }
 
@@ -37,13 +37,13 @@ std::uint64_t hashOf(const std::string& text, std::uint64_t seed) {
         hash ^= static_cast<unsigned char>(c);
         hash *= 0x100000001B3ULL;
     }
-    // The multiplication alone leaves the low bits of near texts alike.
+    // Without this the low bits of similar texts would be equal.
     hash ^= hash >> 33;
     hash *= 0xFF51AFD7ED558CCDULL;
     return hash ^ (hash >> 33);
 }
 
-/// Whether the device is connected twice: some makers give all their monitors one serial number.
+/// Whether two connected monitors have the same identity: some vendors use one serial number for all.
 bool hasTwin(const std::vector<Monitor>& monitors, const Monitor& monitor) {
     return std::ranges::count_if(monitors, [&](const Monitor& other) {
                return other.identity && other.identity->device == monitor.identity->device;
@@ -80,7 +80,7 @@ std::string stableUuid(const std::string& text) {
     const std::uint64_t high = hashOf(text, 0xCBF29CE484222325ULL);
     const std::uint64_t low = hashOf(text, 0x9AE16A3B2F90404FULL);
     std::array<char, 37> written{};
-    // Version 8: made by the program's own rule; variant as for all.
+    // Version 8 of UUIDs is for rules of one's own.
     std::snprintf(written.data(), written.size(), "%08X-%04X-8%03X-%04X-%012llX", static_cast<unsigned>(high >> 32),
                   static_cast<unsigned>(high >> 16) & 0xFFFFU, static_cast<unsigned>(high) & 0xFFFU,
                   (static_cast<unsigned>(low >> 48) & 0x3FFFU) | 0x8000U,
@@ -91,11 +91,11 @@ std::string stableUuid(const std::string& text) {
 PixelRect visiblePart(const PixelRect& monitor, std::span<const Panel> panels, const PixelRect& root) {
     int left = monitor.x, right = monitor.right(), top = monitor.y, bottom = monitor.bottom();
     for (const Panel& panel : panels) {
-        if (!standsOn(panel, monitor)) continue;
+        if (!isOn(panel, monitor)) continue;
         const Strut& strut = panel.strut;
         const PixelEdges& depth = strut.depth;
-        // Depths count from the edge of the whole root window, whichever monitor's edge the panel is at. One that would
-        // take the whole monitor belongs to another that lies behind it.
+        // Depths count from the edge of the root window, whichever monitor the panel is on. A strut that would cover
+        // the whole monitor belongs to another monitor, further inside.
         if (depth.left > 0 && depth.left < monitor.right() &&
             overlaps(strut.leftStart, strut.leftEnd, monitor.y, monitor.bottom())) {
             left = std::max(left, depth.left);
@@ -142,8 +142,8 @@ DisplayArrangement describeDisplays(std::vector<Monitor> monitors, MonitorsTold 
         screen.localizedName = monitor.connector;
         if (monitor.identity) {
             if (!monitor.identity->name.empty()) screen.localizedName = monitor.identity->name;
-            // By its connector even while it is the only one of its kind: it must not become another display when its
-            // twin is plugged in or out.
+            // Named by its connector even while it is the only one of its model: its id must not change when another of
+            // the same model is connected or disconnected.
             const bool isByPlace = !monitor.identity->isSerialised || hasTwin(monitors, monitor);
             const std::string place = isByPlace ? "@" + monitor.connector : "";
             screen.displayUUID = stableUuid(monitor.identity->device + place);

@@ -1,4 +1,4 @@
-// From what the server says of monitors and panels to displays: plain arithmetic on values.
+// Computes displays from the server's monitors and panels: arithmetic on values.
 #pragma once
 
 #include "platform/x11/ClientWindow.h"
@@ -13,11 +13,11 @@
 
 namespace kova::x11 {
 
-/// What a monitor says of itself.
+/// Identity of a monitor by its EDID.
 struct MonitorIdentity {
-    std::string device;        // manufacturer, model and serial numbers; the same after every plugging in
-    std::string name;          // as printed on it; empty when it does not say
-    bool isSerialised = false; // it has a serial number, so that another of its kind is another device
+    std::string device;        // manufacturer, model and serial numbers; stable across connections
+    std::string name;          // product name; empty when there is none
+    bool isSerialised = false; // it has a serial number, which tells it from others of its model
     bool operator==(const MonitorIdentity&) const = default;
 };
 
@@ -32,7 +32,7 @@ struct Monitor {
     bool operator==(const Monitor&) const = default;
 };
 
-/// A panel's wish for room, with the panel's own frame when it is known.
+/// The space that a panel reserves, with the panel's own frame if it is known.
 struct Panel {
     Strut strut;
     std::optional<PixelRect> frame; // root coordinates
@@ -44,11 +44,10 @@ struct DisplayArrangement {
     bool operator==(const DisplayArrangement&) const = default;
 };
 
-/// `workarea` is what the window manager leaves of the root window; with several monitors it says too little and is not
-/// asked. A monitor that panels would cover whole keeps its full frame.
-/// `scale`: pixels to a point.
-/// Without monitors there is no display where the server tells of them (`MonitorsTold::all`): all are off. Where it
-/// does not, the root window is the display.
+/// `workarea` is the part of the root window that the window manager leaves free; it is used with one monitor only,
+/// since it is not per monitor. A monitor that panels would cover completely keeps its full frame. `scale`: pixels to a
+/// point. Without monitors there is no display if the server supports monitors (`MonitorsTold::all`): all are off. If
+/// it does not, the root window is the display.
 enum class MonitorsTold { none, all };
 DisplayArrangement describeDisplays(std::vector<Monitor> monitors, MonitorsTold told, std::span<const Panel> panels,
                                     const std::optional<PixelRect>& workarea, const PixelRect& root, double scale = 1);

@@ -1,4 +1,4 @@
-// Asks which window has the keyboard where no window manager says so.
+// Requests the focused window from the server, for when no window manager announces it.
 #pragma once
 
 #include "platform/x11/PendingReplies.h"
@@ -6,8 +6,8 @@
 
 namespace kova::x11 {
 
-/// Asks for the focus and, as a server of its own gives the keyboard to whatever lies under the pointer, for that as
-/// well; `model` takes the answers and must be locked meanwhile.
+/// Requests the focus and, since without a window manager the focus may follow the pointer, the window under the
+/// pointer. `model` takes the replies and must be locked when they are used.
 void askFocus(PendingReplies& questions, const XConnection& connection, WindowModel& model);
 
 } // namespace kova::x11

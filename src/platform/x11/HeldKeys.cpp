@@ -4,9 +4,9 @@ namespace kova::x11 {
 
 namespace {
 
-/// A press so long after the last one of the same key is no repetition: its release was lost. In milliseconds.
+/// In milliseconds. A press this long after the last one of the same key is no repetition: a release was lost.
 constexpr std::int32_t kLongestRepeatDelay = 3000;
-/// A repetition comes hardly before its time, and when the server is busy a little after it.
+/// Tolerances in milliseconds: a repetition comes on time, or late if the server is busy.
 constexpr std::int32_t kTooEarly = 10, kTooLate = 100;
 
 } // namespace
@@ -23,7 +23,7 @@ bool HeldKeys::isRepetition(const Held& held, xcb_timestamp_t time) const {
     if (!held.pressed) return held.isInSight;
     const auto since = static_cast<std::int32_t>(time - *held.pressed);
     if (held.isInSight) return since <= kLongestRepeatDelay;
-    // It may have been let go since: only what comes when the server would repeat it is taken for that.
+    // The key may have been released since. Only a press at the time of the server's repetition counts as one.
     return since <= repeatDelay_ + kTooLate && (held.repeats || since >= repeatDelay_ - kTooEarly);
 }
 

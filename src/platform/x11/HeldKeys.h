@@ -18,28 +18,28 @@ class HeldKeys {
 
     /// Times are the server's, in milliseconds; its clock turns over. True when the key repeats.
     bool press(xcb_keycode_t key, xcb_timestamp_t time);
-    /// All keys that are down, a bit for each, from the moment on in which their releases are told. None of them is
-    /// new.
+    /// Sets the keys that are down, a bit for each, when their releases begin to be reported. Presses of them are
+    /// repetitions.
     void areDown(const Bits& keys);
-    /// True when this was the key with which the claim began and others are still down, whose releases are not told
-    /// now.
+    /// True if this key activated the grab and others are still down: the grab ends with it, so their releases will not
+    /// be reported.
     bool release(xcb_keycode_t key);
-    /// From here on no event tells of the releases of those that are down, unless they are pressed again.
+    /// From now on the releases of the keys that are down are not reported, unless they are pressed again.
     void loseSight();
     /// How long a key is held before it repeats.
     void setRepeatDelay(std::uint16_t milliseconds) { repeatDelay_ = milliseconds; }
 
   private:
     struct Held {
-        std::optional<xcb_timestamp_t> pressed; // absent until it repeats, for one that was down before
+        std::optional<xcb_timestamp_t> pressed; // absent for a key that was down before, until it repeats
         bool repeats = false;
-        bool isInSight = true; // its release will be told
+        bool isInSight = true; // its release will be reported
     };
     bool isRepetition(const Held& held, xcb_timestamp_t time) const;
 
     std::map<xcb_keycode_t, Held> held_;
-    std::optional<xcb_keycode_t> first_; // since none was down
-    std::int32_t repeatDelay_ = 660;     // the server's own, unless it is changed
+    std::optional<xcb_keycode_t> first_; // the key pressed first since none was down
+    std::int32_t repeatDelay_ = 660;     // milliseconds; the server's default
 };
 
 } // namespace kova::x11

@@ -14,12 +14,12 @@ namespace kova::x11 {
 
 namespace {
 
-/// How long a window manager may take to iconify a window; one that has not by then will not.
+/// The longest time that a window manager takes to iconify a window.
 constexpr Seconds kTimeToLeaveScreen{1.0};
-/// How long a window may be missing, or on its way back, until it is given up.
-constexpr Seconds kPatienceForReturn{2.5};
+/// How long a window may be missing, or returning, before its entry is dropped.
+constexpr Seconds kReturnTimeout{2.5};
 
-/// It can have been away and be back between two looks.
+/// It may have left and returned between two polls.
 bool hasLeft(const ClientWindow& client, const WindowModel& model) {
     return client.iconification.hasLeft() || (!model.isShown(client) && !client.iconification.isMapAwaited());
 }
@@ -155,15 +155,15 @@ void HiddenWindows::followModel(const WindowModel& model, Seconds now) {
             hidden.missingSince = now;
         }
     }
-    // What is on the screen between two managers may be put away again by the one that comes.
+    // A window that is on the screen between two window managers may be hidden again by the second one.
     if (model.isSettling()) return;
     const auto isOver = [&](const HiddenWindow& hidden) {
-        if (hidden.missingSince) return now - *hidden.missingSince > kPatienceForReturn;
+        if (hidden.missingSince) return now - *hidden.missingSince > kReturnTimeout;
         const ClientWindow* client = model.client(hidden.window);
         const bool isLeavingFirst =
             client->iconification.isToReturnOnceGone(now) && now - hidden.since < kTimeToLeaveScreen;
         if (hidden.isReturning) {
-            return (isShown(hidden) && !isLeavingFirst) || now - hidden.since > kPatienceForReturn;
+            return (isShown(hidden) && !isLeavingFirst) || now - hidden.since > kReturnTimeout;
         }
         return isShown(hidden) && (hidden.hasLeftScreen || now - hidden.since > kTimeToLeaveScreen);
     };
@@ -180,14 +180,14 @@ void HiddenWindows::writeFile() {
         std::remove(path_.c_str());
         return;
     }
-    // Without the library's tree: a record of thousands of windows is written while the user waits for an arrangement.
+    // Written without the JSON library's tree: the user waits for an arrangement of possibly thousands of windows.
     std::string list;
     for (const HiddenWindow& hidden : windows_) {
         list += (list.empty() ? "\n" : ",\n");
         list += R"(    {"window": )" + std::to_string(hidden.window) + R"(, "process": )" +
                 std::to_string(hidden.processIdentifier) + R"(, "how": ")" + word(hidden.how) + R"("})";
     }
-    // Best effort, and not to the disk: hidden windows do not outlive the session.
+    // Best effort, and not synced: hidden windows do not survive the session.
     const FileReplacement how{.durability = Durability::survivesProcess};
     (void)replaceFileAtomically(path_, "{\n  \"windows\": [" + list + "\n  ]\n}\n", how);
 }

@@ -1,7 +1,6 @@
-// The windows that KOVA took off the screen and must bring back: those of hidden applications, and, without a window
-// manager, every window that it unmapped. Kept in a file as well, written before the windows go, so that an agent that
-// was killed finds them at its next start.
-// The file guards against the end of the agent, not of the machine, so it is replaced whole but not forced to the disk.
+// The windows that KOVA hid and must show again: those of hidden applications, and, without a window manager, every
+// window that it unmapped. Recorded in a file before they are unmapped, so that the next agent finds them if this one
+// is killed. The file must survive the agent, not the machine, so it is replaced atomically but not synced.
 #pragma once
 
 #include "platform/x11/WindowModel.h"
@@ -21,43 +20,44 @@ struct HiddenWindow {
     pid_t processIdentifier = 0;
     TakenAway how = TakenAway::byHiding;
     Seconds since{};
-    bool hasLeftScreen = false; // the wish was granted
-    bool isReturning = false;   // asked back at `since`; on record until it is seen
+    bool hasLeftScreen = false; // it was seen off the screen
+    bool isReturning = false;   // its return was requested at `since`; recorded until it is seen on the screen
     std::optional<Seconds> missingSince{};
 };
 
 class HiddenWindows {
   public:
-    /// An empty path keeps nothing on disk.
+    /// With an empty path the record is kept in memory only.
     explicit HiddenWindows(std::string path) : path_(std::move(path)) {}
 
     const std::list<HiddenWindow>& all() const { return windows_; }
-    /// What an agent before this one left; a file that cannot be read holds nothing.
+    /// The record of a former agent; empty if the file cannot be read.
     std::vector<HiddenWindow> readFile() const;
-    /// One entry a window: a newer one replaces it. `writeFile` is due before the windows go.
+    /// Adds entries; an entry replaces an older one of its window. Call `writeFile` before the windows are unmapped.
     void add(const std::vector<HiddenWindow>& windows);
-    /// The windows of the process that were hidden with it. They are on record until they are on the screen again.
+    /// Marks the windows that were hidden with the process as returning and returns them. They stay recorded until they
+    /// are on the screen.
     std::vector<xcb_window_t> takeHidden(pid_t processIdentifier, Seconds now);
-    /// The same for one window of any kind, which need not be on record.
+    /// The same for one window, which need not be recorded.
     void markReturning(xcb_window_t window, Seconds now);
     void remove(xcb_window_t window);
-    /// All windows, the same way.
+    /// The same for all windows.
     std::vector<xcb_window_t> takeAll(Seconds now);
-    /// Replaces the file, if the record has changed since it was written. An entry too many does no harm: at the next
-    /// start a window that is on the screen is passed over.
+    /// Replaces the file if the record has changed since it was written. An outdated entry is harmless: the next start
+    /// skips windows that are on the screen.
     void writeFile();
     bool isWritten() const { return isWritten_; }
-    /// Has the file written whatever it holds.
+    /// The next `writeFile` writes in any case.
     void doubtFile() { isWritten_ = false; }
 
-    /// Whether hiding took this window away.
+    /// Whether this window was hidden with its application.
     bool holds(xcb_window_t window) const;
-    /// Some windows were taken away with it and none is on the screen.
+    /// Whether windows were hidden with the application and none of its windows is on the screen.
     bool isApplicationHidden(pid_t processIdentifier, const WindowModel& model) const;
-    /// Follows what others did: a window that came back by hand is no longer ours, nor is one that was never granted to
-    /// go, nor one that has been missing for a while: no list is kept while window managers change.
+    /// Drops entries of windows that were shown by the user, that never left the screen, or that have been missing for
+    /// a while (not at once, since there is no window list while window managers change).
     void followModel(const WindowModel& model, Seconds now);
-    /// Whether following would change anything.
+    /// Whether `followModel` would change anything.
     bool isBehind(const WindowModel& model, Seconds now) const;
 
   private:
@@ -69,9 +69,9 @@ class HiddenWindows {
 
     std::string path_;
     bool isWritten_ = true;
-    std::list<HiddenWindow> windows_; // in the order in which they went
+    std::list<HiddenWindow> windows_; // in the order in which they were hidden
     std::unordered_map<xcb_window_t, Place> places_;
-    std::unordered_map<pid_t, int> heldByProcess_; // how many windows hiding took away
+    std::unordered_map<pid_t, int> heldByProcess_; // how many windows were hidden with it
 };
 
 } // namespace kova::x11

@@ -39,21 +39,21 @@ void Iconification::forgetRequests() {
 }
 
 void Iconification::noteMapping(bool isMapped) {
-    // What was asked before it was asked to go again is no coming back by hand.
+    // This map event belongs to an earlier request of ours; the user has not restored the window.
     if (!isMapped) hasLeft_ = !isMapAwaited_;
     if (isMapped) isMapAwaited_ = false;
 }
 
 Iconification::News Iconification::mappedByManager(bool isMapped) {
     noteMapping(isMapped);
-    // That it is mapped may be the end of an earlier request: the later one to leave still counts.
+    // A map event may result from an earlier request; the later request to leave still counts.
     if (isMapped || !isAskedToLeave()) return News::none;
     return stage_ == Stage::leavingToReturn ? News::returns : News::left;
 }
 
 Iconification::News Iconification::mappedByServer(bool isMapped, std::uint32_t sequence) {
     noteMapping(isMapped);
-    // Events of before our own request to unmap it say nothing about what comes after.
+    // Events from before our own unmap request are out of date.
     const bool isOwn = ownUnmap_.has_value();
     const bool isLater = !isOwn || isAtOrAfter(sequence, *ownUnmap_);
     if (isLater) ownUnmap_.reset();

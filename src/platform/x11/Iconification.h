@@ -1,5 +1,5 @@
-// Where one window is on its way off the screen and back: what was asked for last, and what the server has told since.
-// Requests overtake each other, and a busy window manager carries them out late; the last one holds.
+// State machine of one window between shown and iconified: the last request, and the events since. A busy window
+// manager carries out requests late, so requests can overlap; the last one counts.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -12,65 +12,65 @@ namespace kova::x11 {
 class Iconification {
   public:
     enum class Stage {
-        atRest,          // nothing was asked for
-        leaveDue,        // to be unmapped with the next requests that are sent; only without a window manager
-        leaving,         // asked to leave; it may have left by now
-        leavingToReturn, // the same, and asked back before it was seen to have left; only under a window manager
-        back,            // asked back; it may be on the screen by now
+        atRest,          // nothing was requested
+        leaveDue,        // to be unmapped at the next flush; only without a window manager
+        leaving,         // iconification requested; it may be done by now
+        leavingToReturn, // the same, and its return requested before it was seen iconified; only under a window manager
+        back,            // return requested; it may be on the screen by now
     };
-    /// What a mapping that the server has told means beside itself.
+    /// What a map or unmap event means beyond the mapping itself.
     enum class News {
         none,
-        left,      // as it was asked to
-        returns,   // it has left as asked and is wanted back by now
-        cameBack,  // though it was asked to leave and not asked back
-        withdrawn, // by its own program: the window is gone
+        left,      // as requested
+        returns,   // it left as requested, and its return is requested by now
+        cameBack,  // although its return was not requested
+        withdrawn, // by its own program: the window is closed
     };
 
     Stage stage() const { return stage_; }
 
-    // Requests, with their uptime
+    // Requests; `now` in uptime
     /// The window manager was asked to minimize it.
     void leave(Seconds now);
-    /// It is to be unmapped with the next requests; `unmapSent` follows. False when that is due already.
+    /// It is to be unmapped at the next flush; `unmapSent` follows. False if that is due already.
     bool leaveWithNextRequests(Seconds now);
     bool isUnmapDue() const { return stage_ == Stage::leaveDue; }
     void unmapSent(std::uint32_t request);
-    /// It was off the screen before, and stays there.
+    /// It was already off the screen, and stays so.
     void adoptAway() { stage_ = Stage::leaving; }
-    /// Asked back while it may still be about to leave: it returns once it has left.
+    /// Its return is requested while it may still be about to leave: it is mapped once it has left.
     void returnOnceGone() { stage_ = Stage::leavingToReturn; }
-    /// It has not left in time, and does not have to return.
+    /// It has not left in time, so it need not return.
     void stopReturning();
-    /// Asked back. `isUnmapped`: its top level is not mapped, so that an event will tell when it is.
+    /// Its return is requested. `isUnmapped`: its top level is not mapped, so an event will report when it is.
     void comeBack(Seconds now, bool isUnmapped);
-    /// Another window manager, or none any more: what was asked for under the one before means nothing.
+    /// The window manager has changed or ended: requests to the former one have no effect any more.
     void forgetRequests();
 
     // Events
     /// Under a window manager.
     News mappedByManager(bool isMapped);
-    /// Without one; `sequence` numbers the event as its request was numbered.
+    /// Without one; `sequence` is the event's sequence number.
     News mappedByServer(bool isMapped, std::uint32_t sequence);
 
-    /// Without a window manager: it is off the screen, or about to be, at our request.
+    /// Without a window manager: unmapped, or about to be, at our request.
     bool isPutAway() const { return stage_ == Stage::leaveDue || stage_ == Stage::leaving; }
-    /// The window manager was asked to minimize it, and not to bring it back since.
+    /// The last request to the window manager was to minimize it.
     bool isAskedToLeave() const { return stage_ == Stage::leaving || stage_ == Stage::leavingToReturn; }
     bool isAskedToLeaveWithin(Seconds duration, Seconds now) const {
         return isAskedToLeave() && now - asked_ < duration;
     }
-    /// A busy window manager takes its time; one that has not minimized the window within seconds never will.
+    /// False after some seconds: a window manager that has not minimized the window by then never will.
     bool mayStillLeave(Seconds now) const;
     bool isToReturnOnceGone(Seconds now) const { return stage_ == Stage::leavingToReturn && mayStillLeave(now); }
-    /// Asked back, so that reading it as minimized may only mean that this has not been done or not been read yet.
+    /// Its return was requested, so a minimized reading may be older than the return.
     bool mayComeBack() const { return stage_ == Stage::back; }
     bool isAskedBackWithin(Seconds duration, Seconds now) const { return mayComeBack() && now - asked_ < duration; }
-    /// Asked back so recently that it is taken to be back already.
+    /// Its return was requested so recently that it counts as back.
     bool isBelievedBack(Seconds now) const;
-    /// It was unmapped since it was last asked to go; it may be back.
+    /// It was unmapped since the last request to leave; it may be back.
     bool hasLeft() const { return hasLeft_; }
-    /// It was asked back while it was unmapped, and no event has told that it is mapped.
+    /// Its return was requested while it was unmapped, and no event has reported it as mapped.
     bool isMapAwaited() const { return isMapAwaited_; }
 
   private:
@@ -78,7 +78,7 @@ class Iconification {
 
     Stage stage_ = Stage::atRest;
     Seconds asked_{};                       // uptime of the request that led to the stage
-    std::optional<std::uint32_t> ownUnmap_; // the request by which it was unmapped, until its event has come
+    std::optional<std::uint32_t> ownUnmap_; // sequence number of our unmap request, until its event arrives
     bool hasLeft_ = false;
     bool isMapAwaited_ = false;
 };

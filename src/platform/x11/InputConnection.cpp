@@ -9,8 +9,8 @@ InputConnection::InputConnection(std::unique_ptr<XConnection> connection, const 
     pointer_(*connection_, asked_, calls.lookAgain), handles_(*connection_, model, asked_), readSoon_(calls.readSoon) {}
 
 void InputConnection::read() {
-    // Looking for events also reads answers, and looking for answers or sending also reads events and answers:
-    // nothing would wake this thread for what is left lying there.
+    // Polling for events also reads replies, and collecting replies or flushing also reads events. Repeat until both
+    // are handled: the descriptor does not become readable for data that was already read.
     takeEvents(xcb_poll_for_event);
     do {
         do {
@@ -63,7 +63,7 @@ void InputConnection::look() {
 
 void InputConnection::show(const std::vector<HandlePlace>& places) {
     handles_.show(places);
-    readSoon_(); // what is sent then; the windows beside a divider go first
+    readSoon_(); // requests are sent then, after those for the windows beside a divider
 }
 
 void InputConnection::askActiveWindow() {

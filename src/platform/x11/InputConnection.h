@@ -1,6 +1,6 @@
-// The user's input on this server: the pointer's button, the handles of dividers, keys, and the window that has the
-// keyboard. It has a connection of its own, so that it is heard at once while the desktop's own connection rests from
-// programs that change their windows all the time. Main thread, with the model guarded; never waits once it is open.
+// The user's input: the pointer's button, the handles of dividers, keys, and the active window. It has a connection of
+// its own, so that its events are handled at once while the desktop's connection pauses because programs change their
+// windows all the time. Main thread, with the model guarded; never waits once it is open.
 #pragma once
 
 #include "platform/x11/X11ActiveWindowWatch.h"
@@ -17,11 +17,11 @@ namespace kova::x11 {
 
 class InputConnection {
   public:
-    /// What the main thread is to do later.
+    /// Schedules calls on the main thread.
     struct Calls {
-        std::function<void()> lookAgain; // `look`, in a while
-        std::function<void()> tryAgain;  // `tryRecording`, in a while
-        std::function<void()> readSoon;  // `read`, once it has done what it is doing
+        std::function<void()> lookAgain; // `look`, after a pause
+        std::function<void()> tryAgain;  // `tryRecording`, after a pause
+        std::function<void()> readSoon;  // `read`, after the present work
     };
     /// Waits for the server.
     InputConnection(std::unique_ptr<XConnection> connection, const WindowModel& model, const Calls& calls);
@@ -29,17 +29,17 @@ class InputConnection {
     int descriptor() const { return xcb_get_file_descriptor(connection_->get()); }
     bool isLost() const { return connection_->isLost(); }
 
-    /// Takes in what the server has told and acts on it.
+    /// Reads and handles the events that have arrived.
     void read();
     void followPointer(bool follows);
     bool isFollowingPointer() const { return pointer_.isFollowing(); }
     void look();
     void show(const std::vector<HandlePlace>& places);
     bool hasMisplacedHandles() const { return handles_.isMisplaced(); }
-    /// Windows may be stacked otherwise than before, or have moved.
+    /// Call when the stacking order or frames may have changed.
     void windowsChanged(bool haveMoved);
 
-    /// Another window manager may name another window.
+    /// Requests the active window; call after a change of the window manager.
     void askActiveWindow();
     std::optional<xcb_window_t> takeActiveWindow() { return activeWindow_.takeNews(); }
 
@@ -48,7 +48,7 @@ class InputConnection {
     void listenToKeys(bool listens);
     void recordKeys(bool records);
     void tryRecording();
-    /// Another program may have given up keys that it held.
+    /// Tries again to grab combinations that another program held.
     void tryHeldKeys();
 
     std::vector<KeyNews> takeKeyNews() { return keyboard_.takeNews(); }

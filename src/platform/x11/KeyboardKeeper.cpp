@@ -4,9 +4,9 @@ namespace kova::x11 {
 
 namespace {
 
-/// Later than that the user has chosen the window.
+/// After this time a change of focus is the user's choice.
 constexpr Seconds kTimeToReturn{1};
-/// An application that insists on the keyboard has it.
+/// After this many times an application keeps the focus that it takes.
 constexpr int kMostTimesGivenBack = 6;
 
 } // namespace
@@ -28,7 +28,7 @@ void KeyboardKeeper::noteGiven(xcb_window_t window) {
 std::optional<xcb_window_t> KeyboardKeeper::toGiveBack(xcb_window_t active, xcb_window_t owner, Seconds now) {
     if (!isKeeping(now) || active == kNoWindow || active == kept_) return std::nullopt;
     if (!returning_.contains(active) && !returning_.contains(owner)) {
-        returning_.clear(); // the user, or the window manager, has chosen another one
+        returning_.clear(); // the user or the window manager has focused another window
         return std::nullopt;
     }
     if (kept_ == kNoWindow || timesGivenBack_ >= kMostTimesGivenBack) return std::nullopt;

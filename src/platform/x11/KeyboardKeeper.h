@@ -1,5 +1,5 @@
-// Leaves the keyboard where it is while windows come back to the screen: most window managers give it to a window that
-// is mapped, and some can be asked to bring a window back only by giving it the keyboard.
+// Keeps the focus while windows are restored: most window managers focus a window that is mapped, and some restore a
+// window only by focusing it.
 #pragma once
 
 #include "platform/x11/XConnection.h"
@@ -12,14 +12,14 @@ namespace kova::x11 {
 
 class KeyboardKeeper {
   public:
-    /// `window` is asked to come back while `active` has the keyboard (kNoWindow: none has). Times are uptimes.
+    /// `window` is being restored while `active` has the focus (kNoWindow: none has). Times are uptimes.
     void noteReturning(xcb_window_t window, xcb_window_t active, Seconds now);
-    /// KOVA itself gives the keyboard to the window, which is to keep it.
+    /// KOVA itself focuses the window, which is to keep the focus.
     void noteGiven(xcb_window_t window);
-    /// The window manager tells that `active` has the keyboard, a dialog of `owner` or kNoWindow. The window to give it
-    /// back to, when a window that was only to come back has taken it.
+    /// The window manager reports `active` as focused, a dialog of `owner` or kNoWindow. Returns the window to focus
+    /// again if a window took the focus that was only to be restored.
     std::optional<xcb_window_t> toGiveBack(xcb_window_t active, xcb_window_t owner, Seconds now);
-    /// The window that has or is to have the keyboard while others come back; absent when none do.
+    /// The window whose focus is kept while others are restored; absent when none are.
     std::optional<xcb_window_t> kept(Seconds now) const;
 
   private:

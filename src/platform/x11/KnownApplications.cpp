@@ -15,8 +15,7 @@ std::vector<ApplicationEvidence> evidenceIn(const WindowModel& model) {
         const auto [place, isNew] = places.try_emplace(client->processIdentifier, found.size());
         if (isNew) found.push_back({.processIdentifier = client->processIdentifier, .traces = {}});
         ApplicationEvidence& evidence = found[place->second];
-        // Panels and palettes do not give their application its name while it has a
-        // proper window.
+        // A managed window names the application rather than a panel or palette.
         const bool tellsMore = evidence.traces.className.empty() || (client->isManaged() && !evidence.isRegular);
         if (tellsMore) evidence.traces = {client->instanceName, client->className, client->applicationID};
         evidence.isRegular |= client->isManaged();

@@ -1,5 +1,4 @@
-// The applications whose windows the model lists, with their identities. The
-// polling queue brings them up to date; any thread reads them.
+// The applications of the model's windows, with their identities. Updated on the polling queue; any thread reads them.
 #pragma once
 
 #include "platform/x11/ApplicationCatalogue.h"
@@ -11,7 +10,7 @@
 
 namespace kova::x11 {
 
-/// An application as its first window shows it.
+/// An application, described by its first window.
 struct X11Application {
     pid_t processIdentifier = 0;
     ApplicationIdentity identity;
@@ -20,7 +19,7 @@ struct X11Application {
     bool operator==(const X11Application&) const = default;
 };
 
-/// What the windows of one process say of it.
+/// What the windows of one process say about their application.
 struct ApplicationEvidence {
     pid_t processIdentifier = 0;
     ApplicationTraces traces;
@@ -35,15 +34,14 @@ class KnownApplications {
   public:
     explicit KnownApplications(ApplicationCatalogue& catalogue);
 
-    /// `take` must not come back here.
+    /// `take` must not call this object.
     template <class Taker>
     void forEach(const Taker& take) const KOVA_EXCLUDES(mutex_) {
         const MutexLock lock(mutex_);
         for (const X11Application& application : applications_) take(application);
     }
     std::optional<X11Application> find(pid_t process) const KOVA_EXCLUDES(mutex_);
-    /// Reads files of the system, so nothing else may be locked meanwhile. One
-    /// caller at a time.
+    /// Reads files of the system, so call it without a lock. One caller at a time.
     void identify(const std::vector<ApplicationEvidence>& evidence, const std::string& windowManager)
         KOVA_EXCLUDES(mutex_);
 
@@ -52,7 +50,7 @@ class KnownApplications {
                          const std::string& windowManager) const;
 
     ApplicationCatalogue& catalogue_;
-    const std::vector<pid_t> ownProcesses_; // this one and those it descends from
+    const std::vector<pid_t> ownProcesses_; // this process and its ancestors
     mutable Mutex mutex_;
     std::vector<X11Application> applications_ KOVA_GUARDED_BY(mutex_);
 };

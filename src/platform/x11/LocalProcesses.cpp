@@ -16,9 +16,9 @@ namespace kova::x11 {
 
 namespace {
 
-constexpr std::size_t kLongestLine = 64; // ancestors; more than that is a circle
+constexpr std::size_t kLongestLine = 64; // ancestors; more would be a cycle
 
-/// As the kernel cuts them.
+/// Names as the kernel truncates them.
 constexpr auto kDesktopPrograms = std::to_array<std::string_view>({
     // sessions
     "gnome-session",
@@ -112,7 +112,7 @@ constexpr auto kDesktopPrograms = std::to_array<std::string_view>({
     "xscreensaver",
 });
 
-/// Letters and digits only, small: "GNOME Shell" and "gnome-shell" are the same program.
+/// Letters and digits only, in lower case: "GNOME Shell" and "gnome-shell" are the same program.
 std::string folded(std::string_view name) {
     std::string out;
     for (const char c : name) {
@@ -122,7 +122,7 @@ std::string folded(std::string_view name) {
     return out;
 }
 
-/// What follows "NAME:" in /proc/PID/status, as a number.
+/// The number after "NAME:" in /proc/PID/status.
 std::optional<long> statusNumber(pid_t process, std::string_view name) {
     std::ifstream status("/proc/" + std::to_string(process) + "/status");
     for (std::string line; std::getline(status, line);) {
@@ -161,7 +161,7 @@ std::optional<std::string> startOf(pid_t process) {
     std::ifstream file("/proc/" + std::to_string(process) + "/stat");
     std::string line;
     if (!std::getline(file, line)) return std::nullopt;
-    // The program's name, in parentheses, may hold anything; the 20th word after it is the time.
+    // The program's name, in parentheses, may contain spaces; the start time is the 20th word after it.
     constexpr int kWordsBefore = 19;
     std::istringstream words(line.substr(std::min(line.rfind(')') + 1, line.size())));
     std::string word;
@@ -181,7 +181,7 @@ std::vector<pid_t> ownLine() {
 
 std::optional<std::string> killProcess(pid_t process) {
     if (process <= 1 || process == getpid()) return "it is part of the system";
-    // From here on the number stands for this process alone, whatever becomes of it.
+    // The descriptor means this process even if the number is used again.
     const int handle = static_cast<int>(syscall(SYS_pidfd_open, process, 0));
     if (handle < 0) return "there is no such process";
     const auto owner = statusNumber(process, "Uid");

@@ -26,11 +26,11 @@ xcb_window_t windowIn(const void* reply) {
     return windows.empty() ? kNoWindow : windows[0];
 }
 
-/// How deep window managers nest a client below the root.
+/// The deepest nesting of a client in window managers' frames.
 constexpr int kDeepestFrame = 8;
-/// Longest list of windows that is believed.
+/// Limit for the length of a window list.
 constexpr std::uint32_t kMostWindows = 16384;
-/// Answers can raise new questions: a list names a new window, the window's properties name its frame.
+/// Replies can lead to new requests: a list names a new window, the window's properties name its frame.
 constexpr int kMostRounds = 4;
 
 } // namespace
@@ -40,12 +40,12 @@ ModelRefresh::ModelRefresh(const XConnection& connection, const ClientProcesses&
     connection_(connection),
     processes_(processes), mutex_(mutex), model_(model) {}
 
-/// Sends, waits without the lock, and takes the answers under it.
+/// Sends, waits without the lock, and uses the replies with it.
 void ModelRefresh::ask() {
     if (questions_.isEmpty()) return;
     questions_.wait(connection_);
     if (connection_.isLost()) {
-        // Silence is no news: the windows have not gone.
+        // The connection is lost; the windows still exist.
         questions_ = {};
         return;
     }
@@ -69,7 +69,7 @@ RefreshOutcome ModelRefresh::run(Seconds now) {
             askClients();
         }
         ask();
-        // The window manager's own window was named by the root.
+        // The root names the window manager's own window.
         ask();
         findTopLevels();
         measureFrames();
@@ -118,7 +118,8 @@ void ModelRefresh::askRoot() {
     }
 }
 
-/// A window manager that went leaves its name on the root; it is present only while its own window names itself, too.
+/// A window manager that has ended leaves its properties on the root. One is present only if its own window names
+/// itself as well.
 void ModelRefresh::askManager(const void* checkReply) {
     const Atoms& atoms = connection_.atoms();
     const xcb_window_t checkWindow = windowIn(checkReply);
@@ -148,7 +149,7 @@ void ModelRefresh::askManager(const void* checkReply) {
                        const auto has = [&](Atom atom) {
                            return std::ranges::find(supported, connection_.atoms()[atom]) != supported.end();
                        };
-                       // A manager that leaves can take away what the one that replaces it has written already.
+                       // A window manager that ends may delete properties that its replacement has written already.
                        const bool isList = supported.empty() ? *keepsList : has(Atom::netClientList);
                        manager->isPresent = manager->isPresent && isList;
                        manager->movesAndResizes = has(Atom::netMoveresizeWindow);
@@ -175,7 +176,7 @@ void ModelRefresh::askTopLevel(xcb_window_t window) {
     const auto take = [this, window, top, asked = cookie.sequence](const void* reply) {
         mutex_.assertHeld();
         const auto* attributes = as<xcb_get_window_attributes_reply_t>(reply);
-        if (!attributes || top->rect.width == 0) return; // gone; its end is announced
+        if (!attributes || top->rect.width == 0) return; // destroyed; the event will follow
         top->isMapped = attributes->map_state != XCB_MAP_STATE_UNMAPPED;
         top->isOverrideRedirect = attributes->override_redirect != 0;
         model_.takeTopLevel(window, *top, asked);
@@ -209,8 +210,8 @@ void ModelRefresh::askClients() {
         if (!client || client->stale == 0) continue;
         const std::uint32_t bits = model_.takeStale(*client);
         if (bits & stale::events) {
-            // The window that has the keyboard is told by the window manager; where there is none by the windows
-            // themselves, and it can also follow the pointer.
+            // The window manager announces the focused window. Without one, focus events of the windows do, and events
+            // of the pointer, since the focus may follow it.
             constexpr std::uint32_t kFocus = XCB_EVENT_MASK_FOCUS_CHANGE | XCB_EVENT_MASK_ENTER_WINDOW;
             const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE | (isManaged ? 0U : kFocus);
             xcb_change_window_attributes(connection_.get(), window, XCB_CW_EVENT_MASK, &mask);
@@ -218,7 +219,7 @@ void ModelRefresh::askClients() {
             questions_.add(xcb_get_window_attributes(connection_.get(), window), [this, window](const void* reply) {
                 mutex_.assertHeld();
                 const auto* attributes = as<xcb_get_window_attributes_reply_t>(reply);
-                if (!attributes) return model_.forget(window); // gone, whatever lists it
+                if (!attributes) return model_.forget(window); // destroyed, although it is still listed
                 if (ClientWindow* known = model_.client(window))
                     known->isInputOnly = attributes->_class == XCB_WINDOW_CLASS_INPUT_ONLY;
             });
@@ -228,11 +229,11 @@ void ModelRefresh::askClients() {
         if (bits & stale::topLevel) unplaced_.push_back(window);
         if (bits & (stale::frame | stale::topLevel)) unmeasured_.push_back(window);
     }
-    // It may have come under the pointer before anything was heard of it.
+    // It may have got the focus before its events were selected.
     if (mayHaveMissedFocus) askFocus(questions_, connection_, model_);
 }
 
-/// Before the window's own word about it, which is judged by the answer.
+/// Before the window's own property, which is compared with the reply.
 void ModelRefresh::askProcess(xcb_window_t window) {
     if (!processes_.canAnswer()) return;
     questions_.add(processes_.ask(window), [this, window](const void* reply) {
@@ -250,7 +251,7 @@ void ModelRefresh::askProperties(xcb_window_t window, std::uint32_t bits) {
         if (!(bits & rules[i].staleBit)) continue;
         // The old name is only read for windows that have no new one.
         if (rules[i].property == XCB_ATOM_WM_NAME && known && known->netName) continue;
-        // What the taker keeps is small on purpose: there can be hundreds.
+        // The captures are small on purpose: there can be hundreds of these.
         const auto cookie = connection_.askProperty(window, rules[i].property, rules[i].lengthInWords);
         questions_.add(cookie, [this, window, i, asked = cookie.sequence](const void* reply) {
             mutex_.assertHeld();
@@ -275,7 +276,7 @@ void ModelRefresh::takeProperty(xcb_window_t window, const PropertyRule& rule, c
         settleOwner(*client);
         break;
     case stale::state:
-        // Some window managers iconify without taking the window off the screen.
+        // Some window managers iconify without unmapping the window.
         if (model_.isMinimized(*client) && client->iconification.isToReturnOnceGone(now_))
             outcome_.returning.push_back(window);
         break;
@@ -290,7 +291,7 @@ void ModelRefresh::takeProperty(xcb_window_t window, const PropertyRule& rule, c
 
 void ModelRefresh::settleOwner(ClientWindow& client) {
     if (const auto process = attributedProcess(evidenceOf(client))) return model_.setOwner(client, *process);
-    // The windows of one connection have the same upper bits, of which the server uses 29 at most.
+    // The windows of one connection have the same upper bits; ids have at most 29 bits.
     const std::uint32_t owner = client.window & ~xcb_get_setup(connection_.get())->resource_id_mask;
     model_.setOwner(client, static_cast<pid_t>((owner & (kFirstMadeUpProcess - 1)) | kFirstMadeUpProcess));
 }
@@ -333,7 +334,7 @@ void ModelRefresh::measureFrames() {
                 askFrame(questions_, connection_, model_, *client);
                 continue;
             }
-            // Only a window manager can announce what it draws around a window.
+            // Without a window manager the announced decorations are out of date.
             const bool isDecorated = model_.windowManager().isPresent && client->announcedDecorations;
             client->decorations = isDecorated ? *client->announcedDecorations : PixelEdges{};
             client->margins = client->shadow - client->decorations;

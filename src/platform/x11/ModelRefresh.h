@@ -1,8 +1,8 @@
-// Brings the model up to date with the server: asks, in as few round trips as the answers depend on each other, exactly
-// what was announced as changed. It waits, so it runs on the polling queue (and once while the desktop is opened).
+// Updates the model from the server: requests exactly what was announced as changed, in as few round trips as the
+// dependencies between replies allow. It waits, so it runs on the polling queue (and once while the desktop is opened).
 //
-// What it reads is never older than the announcements that it clears: marks are cleared before the questions are sent,
-// and requests are answered in order. A window is listened to before it is asked about, so no change falls between.
+// No change is lost: stale bits are cleared before the requests are sent, the server answers in order, and events of a
+// window are selected before its properties are requested.
 #pragma once
 
 #include "platform/x11/ClientProcesses.h"
@@ -16,19 +16,19 @@
 namespace kova::x11 {
 
 struct RefreshOutcome {
-    bool ownersChanged = false;          // which windows there are, or whose they are
+    bool ownersChanged = false;          // the set of windows, or their processes
     bool panelsChanged = false;          // struts or the work area
-    std::vector<xcb_window_t> returning; // went as asked, and are wanted back by now
+    std::vector<xcb_window_t> returning; // left as requested, and their return is requested by now
 };
 
 class ModelRefresh {
   public:
-    /// `mutex` guards the model and is held only while answers are taken.
+    /// `mutex` guards the model and is held only while replies are used.
     ModelRefresh(const XConnection& connection, const ClientProcesses& processes, Mutex& mutex, WindowModel& model);
 
-    /// Nothing is asked when nothing is stale. One caller at a time.
+    /// Sends nothing if nothing is stale. One caller at a time.
     RefreshOutcome run(Seconds now);
-    /// All children of the root, their places and their order; before the first `run`.
+    /// Reads all children of the root, their frames and order; before the first `run`.
     void readTopLevels();
 
   private:
@@ -53,8 +53,8 @@ class ModelRefresh {
     PendingReplies questions_;
     RefreshOutcome outcome_;
     Seconds now_{};
-    std::vector<xcb_window_t> unplaced_;   // clients whose top level is to be found
-    std::vector<xcb_window_t> unmeasured_; // clients whose decorations are to be measured
+    std::vector<xcb_window_t> unplaced_;   // clients whose top level must be found
+    std::vector<xcb_window_t> unmeasured_; // clients whose decorations must be measured
 };
 
 } // namespace kova::x11

@@ -30,7 +30,7 @@ void PendingReplies::take() {
     collected_ = 0;
     for (const Asked& question : asked) question.taker(question.reply.get());
     if (!asked_.empty()) return;
-    // The next batch is likely to be as large.
+    // Keeps the memory: the next batch is likely to be as large.
     asked.clear();
     asked_ = std::move(asked);
 }

@@ -1,6 +1,6 @@
-// A batch of requests whose replies are wanted: all are sent before the first is waited for, and the answers are taken
-// in the order in which they were asked. A thread that may wait calls `wait`; the main thread calls `collect` whenever
-// the connection had something to read.
+// A batch of requests with replies: all are sent before the first reply is awaited, and the replies are used in the
+// order of the requests. A thread that may wait calls `wait`; the main thread calls `collect` whenever the connection
+// was readable.
 #pragma once
 
 #include "platform/x11/XConnection.h"
@@ -13,7 +13,8 @@ namespace kova::x11 {
 
 class PendingReplies {
   public:
-    /// Gets null when the request failed, for example because its window has gone. The memory is not the taker's.
+    /// Gets null if the request failed, for example because its window was destroyed. The reply is valid during the
+    /// call only.
     using Taker = std::function<void(const void* reply)>;
 
     template <class Cookie>
@@ -24,9 +25,9 @@ class PendingReplies {
 
     /// Sends what is buffered and waits for all replies. Never on the main thread once the desktop is open.
     void wait(const XConnection& connection);
-    /// Fetches the replies that have come; true when none is missing. Never waits.
+    /// Fetches the replies that have arrived; true when all have. Never waits.
     bool collect(const XConnection& connection);
-    /// Hands over the replies, once all are there; the batch is empty afterwards.
+    /// Passes all replies to their takers, once all have arrived; the batch is empty afterwards.
     void take();
 
   private:

@@ -10,7 +10,7 @@ int PointSpace::pixels(double points) const {
 
 WindowSizeHints PointSpace::points(const WindowSizeHints& inPixels) const {
     const auto scaled = [&](const CGSize& size) { return CGSize{size.width / scale_, size.height / scale_}; };
-    WindowSizeHints hints = inPixels; // an aspect is the same in points
+    WindowSizeHints hints = inPixels; // an aspect ratio is the same in points
     for (CGSize WindowSizeHints::*size :
          {&WindowSizeHints::around, &WindowSizeHints::minimum, &WindowSizeHints::maximum, &WindowSizeHints::base,
           &WindowSizeHints::increment, &WindowSizeHints::aspectBase}) {
@@ -25,8 +25,8 @@ CGRect PointSpace::points(const PixelRect& onRoot) const {
 }
 
 PixelRect PointSpace::pixels(const CGRect& frame) const {
-    // Edges between two pixels are rounded upwards, also where arithmetic leaves them a little below: else the width of
-    // a window would depend on where it stands, and a terminal could lose a column by being moved.
+    // Edges exactly between two pixels are rounded upwards even if arithmetic puts them slightly below. Otherwise a
+    // window's width would depend on its position, and a terminal could lose a column when it is moved.
     const double slack = scale_ == 1 ? 0 : 1e-6;
     return roundedToPixels(makeRect(minX(frame) * scale_ + firstDisplay_.x + slack,
                                     minY(frame) * scale_ + firstDisplay_.y + slack, frame.size.width * scale_,

@@ -1,7 +1,7 @@
-// Between the pixels of the X server and the points in which everything above the seam counts: the only place that
-// converts. X11 has one pixel space, so there is one scale for all displays.
-// Pixels that become points and pixels again are the same pixels. Edges that fall between two pixels are rounded, so
-// that edges in points come back changed by half a pixel at most.
+// Converts between the pixels of the X server and the points of the platform interfaces; the only place that does. X11
+// has one pixel space, so there is one scale for all displays. Converting pixels to points and back gives the same
+// pixels. Edges between two pixels are rounded, so converting points to pixels and back moves an edge by half a pixel
+// at most.
 #pragma once
 
 #include "platform/x11/XGeometry.h"

@@ -7,9 +7,9 @@ namespace kova::x11 {
 
 namespace {
 
-/// A request without an answer for so long is sent again when it is made again.
+/// A request that was not confirmed for this long may be sent again.
 constexpr Seconds kTimeToAnswer{0.15};
-/// How often the same place is asked for from a window that answers with another; then it is believed.
+/// How often the same frame is requested from a window that takes another one.
 constexpr int kMostRepeats = 4;
 
 // Words of EWMH messages
@@ -24,13 +24,13 @@ std::uint32_t word(int value) {
     return static_cast<std::uint32_t>(value);
 }
 
-/// What of the decorations lies before the point that the gravity names, along one axis: 0 the near edge, 1 the middle,
-/// 2 the far edge.
+/// The part of the decorations before the gravity's reference point along one axis; `part`: 0 near edge, 1 middle, 2
+/// far edge.
 int decorationBefore(int part, int near, int far) {
     return part == 0 ? 0 : part == 1 ? (near + far) / 2 : near + far;
 }
 
-/// The position to ask for so that the window manager's frame begins at (x, y), by the window's own gravity.
+/// The position to request so that the window manager's frame begins at (x, y), by the window's gravity.
 std::pair<int, int> positionByGravity(std::uint32_t gravity, int x, int y, const PixelEdges& decorations) {
     if (gravity == XCB_GRAVITY_STATIC) return {x + decorations.left, y + decorations.top};
     if (gravity < XCB_GRAVITY_NORTH_WEST || gravity > XCB_GRAVITY_SOUTH_EAST) return {x, y};
@@ -55,18 +55,18 @@ void RequestQueue::place(ClientWindow& client, const PixelRect& outer, Seconds n
     const bool unmaximizes = client.isMaximized && model_.windowManager().isPresent;
     if (!unmaximizes) {
         if (model_.outerFrame(client) == outer) {
-            // Granted, so it may be asked for again from elsewhere.
+            // It has the requested frame, so later requests count anew.
             client.repeats = 0;
             client.lastAnswer.reset();
         }
         if (model_.expectedFrame(client, now, kTimeToAnswer) == outer) return;
-        // Asked often enough and answered otherwise each time: it will not change its mind.
-        const bool repeats = client.lastWish == outer && client.lastAnswer == model_.outerFrame(client);
+        // The window took another frame each time: further requests have no effect.
+        const bool repeats = client.lastRequest == outer && client.lastAnswer == model_.outerFrame(client);
         client.repeats = repeats ? client.repeats + 1 : 0;
         if (client.repeats >= kMostRepeats) return;
     }
     client.isMaximized = false;
-    client.lastWish = outer;
+    client.lastRequest = outer;
     client.lastAnswer = model_.outerFrame(client);
     client.pending = PendingFrame{outer, now, std::nullopt};
     client.placedAt = now;
@@ -88,7 +88,7 @@ void RequestQueue::maximize(ClientWindow& client) {
 
 void RequestQueue::raise(const ClientWindow& client) {
     raiseAlone(client);
-    if (model_.windowManager().isPresent) return; // it keeps dialogs above their windows
+    if (model_.windowManager().isPresent) return; // the window manager keeps dialogs above their windows
     for (const xcb_window_t window : model_.dialogsOf(client)) {
         if (const ClientWindow* dialog = model_.client(window)) raiseAlone(*dialog);
     }
@@ -97,7 +97,7 @@ void RequestQueue::raise(const ClientWindow& client) {
 void RequestQueue::raiseAlone(const ClientWindow& client) {
     WindowRequest request = requestFor(client.window);
     request.raise = true;
-    // The last one raised is to be on top.
+    // The window that is raised last must be on top.
     std::erase_if(pending_, [&](const WindowRequest& known) { return known.window == client.window; });
     pending_.push_back(request);
 }
@@ -108,7 +108,7 @@ void RequestQueue::activate(const ClientWindow& client) {
 
 void RequestQueue::activateApplication(pid_t processIdentifier, const ClientWindow* mainWindow) {
     if (activation_ && activation_->processIdentifier == processIdentifier) return;
-    // An X11 application has no front of its own: it comes forward with the window that was just raised.
+    // X11 does not activate applications, only windows: the one of the process that was raised last.
     for (auto request = pending_.rbegin(); request != pending_.rend(); ++request) {
         const ClientWindow* raised = model_.client(request->window);
         if (request->raise && raised && raised->processIdentifier == processIdentifier) return activate(*raised);

@@ -1,6 +1,5 @@
-// Requests for windows, kept until the end of an operation and then sent at once: one request for a window's place,
-// size and order together, however often each was written, so that each moved window is told once; and one activation,
-// since only the last one would remain.
+// Requests for windows, collected during an operation and sent together: one request for a window's position, size and
+// order, however often each was set, and one activation, since only the last one would have an effect.
 #pragma once
 
 #include "platform/x11/WindowModel.h"
@@ -14,20 +13,20 @@ class RequestQueue {
   public:
     RequestQueue(const XConnection& connection, WindowModel& model) : connection_(connection), model_(model) {}
 
-    /// Requests that the visible outer edge be there; root coordinates. A full-screen window is left alone, and a
-    /// window that is or will be there already is not bothered.
+    /// Requests `outer` (root coordinates) as the window's visible outer edge. Nothing for a full-screen window, or one
+    /// that has or will have that edge already.
     void place(ClientWindow& client, const PixelRect& outer, Seconds now);
     void raise(const ClientWindow& client);
     void maximize(ClientWindow& client);
-    /// The keyboard goes to the window, or to the one of its process that had been requested or raised before it.
+    /// Focuses the window, or the one of its process that was requested or raised before.
     void activate(const ClientWindow& client);
     void activateApplication(pid_t processIdentifier, const ClientWindow* mainWindow);
 
-    /// The window that is to have the keyboard; absent when none was requested.
+    /// The window that will be focused; absent when none was requested.
     std::optional<xcb_window_t> activated() const {
         return activation_ ? std::optional(activation_->window) : std::nullopt;
     }
-    /// The same at once and beside that: it comes back to the screen by it.
+    /// Sends an activation at once, beside the collected one, to restore a window.
     void sendActivation(const ClientWindow& client);
 
     bool isEmpty() const { return pending_.empty() && !activation_; }

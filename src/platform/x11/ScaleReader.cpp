@@ -6,7 +6,7 @@ namespace kova::x11 {
 
 namespace {
 
-/// More of them than any desktop writes.
+/// Limit, far above what desktops write.
 constexpr std::uint32_t kMostSettingWords = 65536;
 
 PropertyView settingsIn(const void* reply) {
@@ -43,7 +43,7 @@ bool ScaleReader::isHint(const xcb_generic_event_t& event) const {
     case XCB_DESTROY_NOTIFY:
         return isTheManagers && reinterpret_cast<const xcb_destroy_notify_event_t&>(event).window == owner_;
     case XCB_CLIENT_MESSAGE | 0x80: {
-        // How one that comes makes itself known.
+        // The announcement of a new XSETTINGS manager.
         const auto& message = reinterpret_cast<const xcb_client_message_event_t&>(event);
         return message.type == connection_.atoms()[Atom::manager] && message.format == 32 &&
                message.data.data32[1] == selection_;
@@ -75,7 +75,7 @@ void ScaleReader::takeOwner(const void* reply) {
     owner_ = answer ? answer->owner : kNoWindow;
     shared_ = {};
     if (owner_ == kNoWindow) return;
-    // Listened to before it is asked, so that no change falls between.
+    // Events are selected before the settings are requested, so that no change is lost.
     const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(connection_.get(), owner_, XCB_CW_EVENT_MASK, &mask);
     questions_.add(connection_.askProperty(owner_, connection_.atoms()[Atom::xsettings], kMostSettingWords),
@@ -89,7 +89,7 @@ bool ScaleReader::advance() {
     if (!isAsking() || !questions_.collect(connection_)) return false;
     questions_.take();
     if (isAsking()) {
-        hasUnsent_ = true; // the second half
+        hasUnsent_ = true; // the requests of the second step
         return false;
     }
     if (std::exchange(startsOver_, false)) {

@@ -1,5 +1,5 @@
-// Asks the server for the settings of the desktop's scale, without waiting: the X resources on the root window, and the
-// XSETTINGS manager where there is one. Guarded like the model.
+// Requests the settings of the desktop's scale, without waiting: the X resources on the root window, and the settings
+// of the XSETTINGS manager if there is one. Guarded like the model.
 #pragma once
 
 #include "platform/x11/PendingReplies.h"
@@ -12,17 +12,17 @@ namespace kova::x11 {
 
 class ScaleReader {
   public:
-    /// Waits for the server. The connection must be told of the root window's properties and structure.
+    /// Waits for the server. The connection must select property and structure events of the root window.
     explicit ScaleReader(const XConnection& connection);
 
-    /// Whether the event says that it is time to ask.
+    /// Whether the event may announce other settings; then call `begin`.
     bool isHint(const xcb_generic_event_t& event) const;
-    /// Asks anew; asked meanwhile, it starts over once the answers are in.
+    /// Starts reading. If a reading is in progress, it starts over once the replies have arrived.
     void begin();
-    /// Takes what has come; true when `scale` is another now.
+    /// Uses the replies that have arrived; true if `scale` has changed.
     bool advance();
     bool isAsking() const { return !questions_.isEmpty(); }
-    /// Requests were buffered since this was last asked.
+    /// Whether requests were buffered since the last call.
     bool hasUnsent() { return std::exchange(hasUnsent_, false); }
     void wait();
     /// Pixels to a point.
@@ -32,7 +32,7 @@ class ScaleReader {
     void takeOwner(const void* reply);
 
     const XConnection& connection_;
-    xcb_atom_t selection_ = XCB_ATOM_NONE; // which the XSETTINGS manager owns
+    xcb_atom_t selection_ = XCB_ATOM_NONE; // owned by the XSETTINGS manager
     PendingReplies questions_;
     xcb_window_t owner_ = kNoWindow;
     std::optional<double> resourceDotsPerInch_;

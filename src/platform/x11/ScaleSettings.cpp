@@ -11,7 +11,7 @@ namespace {
 constexpr double kLargestScale = 4;
 constexpr double kDotsPerInchOfScaleOne = 96;
 
-/// Reads the binary format of the settings; past the end, everything reads as absent.
+/// Reads the binary format of the settings; values beyond the end are absent.
 class SettingsBytes {
   public:
     explicit SettingsBytes(std::span<const std::uint8_t> bytes) : left_(bytes) {}
@@ -24,7 +24,7 @@ class SettingsBytes {
         for (std::size_t i = 0; i < size; ++i) value = value << 8 | (*bytes)[isBigEndian_ ? i : size - 1 - i];
         return value;
     }
-    /// With the bytes that fill up the last word.
+    /// Skips the padding to a whole word as well.
     std::optional<std::string_view> text(std::size_t length) {
         const auto bytes = take(length);
         if (!bytes || !take((4 - length % 4) % 4)) return std::nullopt;

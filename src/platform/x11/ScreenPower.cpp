@@ -8,9 +8,9 @@
 namespace kova::x11 {
 
 std::optional<Seconds> pauseBeforeLook(const ScreenPowerState& state) {
-    // A program may switch the screens on, and the saver stays: the user waits before them.
+    // A program may switch the screens on without ending the screen saver, while the user waits.
     constexpr Seconds kWhileOff{1.0};
-    // They may follow the saver at a time of their own; then the user is not there.
+    // The screens may go off some time after the screen saver began; a late reaction is harmless then.
     constexpr Seconds kWhileSaved{5.0};
     if (state.areScreensOff) return kWhileOff;
     if (state.isSaverActive) return kWhileSaved;

@@ -1,7 +1,7 @@
-// Whether the server has switched the screens off to save power (DPMS). It announces nothing of the kind, so it has to
-// be asked, and an idle desktop asks nothing: the server's screen saver begins when the screens go dark and ends when
-// the user returns, and that it does announce. Only where the one can change without the other is there a time at which
-// to look again. Guarded like the model.
+// Whether the server has switched the screens off to save power (DPMS). The server sends no events for that, and
+// regular queries would wake an idle machine. But its screen saver begins when the screens go off and ends at the next
+// input, with events; then the power state is queried. A timer queries again only while the power state can change
+// without such an event. Guarded like the model.
 #pragma once
 
 #include "platform/x11/PendingReplies.h"
@@ -12,29 +12,28 @@
 
 namespace kova::x11 {
 
-/// What the server answered last; at first, that all is well.
+/// The last reply of the server; at first, screens on.
 struct ScreenPowerState {
     bool areScreensOff = false;
     bool isSaverActive = false;
     bool operator==(const ScreenPowerState&) const = default;
 };
 
-/// When to look again although nothing has been announced; absent for not at all.
+/// The time until the next query without an event; absent for none.
 std::optional<Seconds> pauseBeforeLook(const ScreenPowerState& state);
 
 class ScreenPower {
   public:
-    /// Waits for the server's answer whether it can switch screens off; from then on the connection is told of its
-    /// screen saver.
+    /// Waits for the server's capabilities and selects events of its screen saver.
     explicit ScreenPower(const XConnection& connection);
 
-    /// False on a server that cannot; it is never asked then.
+    /// False if the server cannot switch screens off; then it is never queried.
     bool isKnown() const { return saverEvent_.has_value(); }
-    /// Whether the event says that it is time to ask.
+    /// Whether the event is a reason to query.
     bool isHint(const xcb_generic_event_t& event) const {
         return saverEvent_ && (event.response_type & 0x7F) == *saverEvent_;
     }
-    /// Calls back once the state is that of the server.
+    /// Queries the state; calls back once it is known.
     void ask(PendingReplies& questions, std::function<void()> known);
     const ScreenPowerState& state() const { return state_; }
 

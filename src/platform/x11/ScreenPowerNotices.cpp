@@ -11,7 +11,7 @@ void ScreenPowerNotices::ask(PendingReplies& questions) {
     power_.ask(questions, [this] { follow(); });
 }
 
-/// An observer may read and write windows, so it is told later.
+/// Observers are notified later, without the lock, since they may read and write windows.
 void ScreenPowerNotices::follow() {
     const bool areOff = power_.state().areScreensOff;
     if (std::exchange(wereScreensOff_, areOff) != areOff) {

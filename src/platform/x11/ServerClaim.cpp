@@ -8,7 +8,7 @@ std::optional<OtherAgent> claimServer(const XConnection& connection, const Clien
     const xcb_window_t claimant = xcb_generate_id(c);
     xcb_create_window(c, 0, claimant, connection.root(), -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
                       XCB_COPY_FROM_PARENT, 0, nullptr);
-    // Grabbed, so that of two agents that start at once only one finds the selection free.
+    // The grab ensures that only one of two agents that start together finds the selection free.
     xcb_grab_server(c);
     const XReply<xcb_get_selection_owner_reply_t> present(
         xcb_get_selection_owner_reply(c, xcb_get_selection_owner(c, selection), nullptr));

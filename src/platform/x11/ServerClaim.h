@@ -1,5 +1,5 @@
-// One agent manages an X server. The claim is a selection that the agent owns for as long as it is connected, so that
-// the server itself gives it up when the agent ends in any way.
+// One agent manages an X server. The claim is a selection that the agent owns while it is connected; the server
+// releases it however the agent ends.
 #pragma once
 
 #include "platform/x11/ClientProcesses.h"
@@ -9,10 +9,10 @@
 namespace kova::x11 {
 
 struct OtherAgent {
-    std::optional<pid_t> process; // absent when the server does not tell
+    std::optional<pid_t> process; // absent if the server does not know it
 };
 
-/// Claims the server. Waits for it. The agent that has it already, or absent when the claim succeeded.
+/// Claims the server; waits for it. Returns the agent that owns the claim already, or absent on success.
 std::optional<OtherAgent> claimServer(const XConnection& connection, const ClientProcesses& processes);
 
 } // namespace kova::x11

@@ -8,7 +8,7 @@ namespace kova::x11 {
 
 namespace {
 
-/// "wlroots wm" is what a wlroots compositor calls itself to X11 programs; those in use are tiling ones.
+/// "wlroots wm" is the name of wlroots compositors for X11 programs; the common ones are tiling.
 constexpr std::array<std::string_view, 14> kNames = {
     "awesome", "bspwm", "dwm",       "herbstluftwm", "hyprland", "i3",         "leftwm",
     "notion",  "qtile", "ratpoison", "spectrwm",     "stumpwm",  "wlroots wm", "xmonad",

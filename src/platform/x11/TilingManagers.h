@@ -5,7 +5,7 @@
 
 namespace kova::x11 {
 
-/// By the name that the window manager gives itself; upper and lower case are the same.
+/// By the window manager's name (_NET_WM_NAME), without regard to case.
 bool isTilingManager(std::string_view name);
 
 } // namespace kova::x11

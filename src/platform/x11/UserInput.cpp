@@ -4,14 +4,14 @@ namespace kova::x11 {
 
 namespace {
 
-/// How often a held pointer is looked at.
+/// How often motion is handled while the button is down.
 constexpr Seconds kLookInterval{1.0 / 60};
 constexpr Seconds kRecordingPause{0.05};
-/// How often, at most, a question for the keys that others hold has them tried again, and a window that comes or goes
-/// is taken for the end of the program that held one.
-constexpr Seconds kPauseBetweenQuestions{1}, kPauseBetweenChanges{10};
+/// The shortest times between two tries to grab combinations that other programs hold: on request, and after a window
+/// opened or closed.
+constexpr Seconds kPauseBetweenRequests{1}, kPauseBetweenChanges{10};
 
-/// Something that is kept by a subscription, and what is to happen once it is dropped.
+/// Something that a subscription owns, and what happens when the subscription ends.
 template <class Thing>
 struct Kept {
     explicit Kept(Thing kept) : thing(std::move(kept)) {}
@@ -47,7 +47,7 @@ void UserInput::listen(const DescriptorWatch& watch) {
     watching_ = watch(input_->descriptor(), [this] { read(); });
 }
 
-// What the connection tells
+// Events of the connection
 
 void UserInput::read() {
     bool hasEnded = false;
@@ -69,7 +69,7 @@ void UserInput::readSoon() {
     }));
 }
 
-/// Posted: an observer may read and write windows.
+/// Posted, since observers may read and write windows.
 void UserInput::tell() {
     const MutexLock lock(mutex_);
     if (const auto active = input_->takeActiveWindow()) calls_.activeWindow(*active);
@@ -149,7 +149,7 @@ bool UserInput::hasMisplacedHandles() const {
     return input_ && input_->hasMisplacedHandles();
 }
 
-// Keys, wherever on the desktop they are pressed
+// Keys
 
 Subscription UserInput::addGlobalMonitor(std::function<void(const KeyPress&)> monitor) {
     auto kept = std::make_shared<Kept<Subscription>>(keyMonitors_.add(std::move(monitor)));
@@ -237,7 +237,7 @@ void UserInput::tryHeldKeys(HeldKeysReason reason) {
     const Seconds now = queue_.uptime();
     const Seconds since = now - heldKeysTried_;
     const bool isTooSoon = (reason == HeldKeysReason::windowsChanged && since < kPauseBetweenChanges) ||
-                           (reason == HeldKeysReason::asked && since < kPauseBetweenQuestions);
+                           (reason == HeldKeysReason::asked && since < kPauseBetweenRequests);
     if (!input_ || isTooSoon) return;
     heldKeysTried_ = now;
     input_->tryHeldKeys();
@@ -249,7 +249,7 @@ void UserInput::tellOf(const KeyNews& news) {
         return keyMonitors_.notify(news.press);
     case KeyNews::Kind::recorded:
         if (const auto recorder = keyRecorder_.lock(); recorder && recorder->take(news.press)) {
-            // Unless another one has begun meanwhile.
+            // Unless another recording has begun since.
             if (keyRecorder_.lock() == recorder) keyRecorder_.reset();
             if (keyRecorder_.expired()) stopRecordingKeys();
         }

@@ -1,6 +1,6 @@
-// What the user does with pointer and keys, told to those above the seam: the pointer's button, the handles of
-// dividers, and claimed and recorded keys. On a connection of its own; without one there is a desktop all the same.
-// Main thread. It shares the lock of the model: functions for callers that hold it already say so.
+// Reports pointer and key events to observers above the platform interfaces: the pointer's button, divider handles, and
+// grabbed and recorded keys. It has a connection of its own; if that fails, the desktop works without input. Main
+// thread. It shares the lock of the model: functions for callers that hold it already say so.
 #pragma once
 
 #include "platform/x11/ConnectionWatch.h"
@@ -20,8 +20,8 @@ namespace kova::x11 {
 class UserInput {
   public:
     struct Calls {
-        std::function<void(xcb_window_t)> activeWindow; // which the window manager names; with the lock held
-        std::function<void()> hasRead;                  // without it, after each reading
+        std::function<void(xcb_window_t)> activeWindow; // by the window manager; called with the lock held
+        std::function<void()> hasRead;                  // called without the lock, after each reading
     };
     /// `model` and `displays` are guarded by `mutex`.
     UserInput(MainQueue& queue, Mutex& mutex, const WindowModel& model, const DisplayKeeper& displays, Calls calls);
@@ -29,7 +29,7 @@ class UserInput {
     void open(const std::string& displayName) KOVA_EXCLUDES(mutex_);
     void listen(const DescriptorWatch& watch) KOVA_EXCLUDES(mutex_);
 
-    // For those above the seam, without the lock
+    // For observers above the platform interfaces; without the lock
     Subscription observePointer(std::function<void(const PointerEvent&)> observer) KOVA_EXCLUDES(mutex_);
     void showHandles(const std::vector<DividerHandle>& handles) KOVA_EXCLUDES(mutex_);
     Subscription observeHandles(std::function<void(const DividerHandleEvent&)> observer);
@@ -42,11 +42,11 @@ class UserInput {
     std::string charactersOf(std::uint16_t keyCode) const KOVA_EXCLUDES(mutex_);
 
     // For callers that hold the lock
-    /// Whether there ever was a connection.
+    /// Whether the connection was ever opened.
     bool isOpen() const { return input_ != nullptr; }
-    /// Another window manager may name another window. Only while it is open.
+    /// Requests the active window; call after a change of the window manager. Only while it is open.
     void askActiveWindow();
-    /// False when there never was a connection, or it has ended.
+    /// False if the connection was never opened, or has ended.
     bool isConnected() const;
     void displaysChanged();
     void windowsChanged(bool haveMoved);
@@ -77,11 +77,10 @@ class UserInput {
     const Calls calls_;
     const WindowModel& model_ KOVA_GUARDED_BY(mutex_);
     const DisplayKeeper& displays_ KOVA_GUARDED_BY(mutex_);
-    std::unique_ptr<InputConnection>
-        input_ KOVA_POINTEE_GUARDED_BY(mutex_); // null when there is none; set while opening
+    std::unique_ptr<InputConnection> input_ KOVA_POINTEE_GUARDED_BY(mutex_); // null if it could not be opened
     bool isReadDue_ = false;
     std::optional<Subscription> watching_;
-    std::vector<DividerHandle> handles_; // as they were asked for
+    std::vector<DividerHandle> handles_; // as requested
     Observers<const PointerEvent&> pointerObservers_;
     Observers<const DividerHandleEvent&> handleObservers_;
     Observers<const KeyPress&> keyMonitors_;

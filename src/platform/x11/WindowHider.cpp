@@ -38,7 +38,7 @@ void WindowHider::restore(ClientWindow& client) {
 }
 
 bool WindowHider::hide(pid_t process) {
-    // A window that was just asked back reads as minimized until the window manager has got to that request.
+    // A window whose return was just requested reads as minimized until the window manager has handled the request.
     constexpr Seconds kTimeToReturn{1};
     const Seconds now = clock_.uptime();
     std::vector<HiddenWindow> leaving;
@@ -50,8 +50,8 @@ bool WindowHider::hide(pid_t process) {
         if (!model_.isMinimized(*client) || mayStillReturn) leaving.push_back(recordOf(*client, TakenAway::byHiding));
     }
     record_.add(leaving);
-    // On record before they go: the agent may end at any moment. Without a window
-    // manager they go later.
+    // The record is written first, since the agent may be killed at any moment. Without a window manager the windows
+    // are unmapped later, after another write.
     if (model_.windowManager().isPresent) record_.writeFile();
     for (const HiddenWindow& hidden : leaving) {
         if (ClientWindow* client = model_.client(hidden.window)) takeAway(*client);
@@ -70,7 +70,7 @@ void WindowHider::bringAllBack() {
 }
 
 void WindowHider::managerChanged() {
-    // The next one may not know what was taken away under the one before.
+    // The new window manager may not know which windows are hidden.
     for (const xcb_window_t window : record_.takeAll(clock_.uptime())) mapAgain(window);
 }
 
@@ -82,7 +82,7 @@ void WindowHider::takeOver(const std::vector<HiddenWindow>& left, bool waitsToSe
     for (const HiddenWindow& taken : left) {
         if (model_.client(taken.window)) continue;
         if (model_.windowManager().isPresent || model_.windowManager().isMute) {
-            // The manager does not list it, so that nothing else would bring it back.
+            // The window manager does not list it, so nothing else would show it.
             record_.markReturning(taken.window, clock_.uptime());
             bringBack(taken.window);
         } else {
@@ -96,8 +96,7 @@ void WindowHider::takeOver(const std::vector<HiddenWindow>& left, bool waitsToSe
 
 void WindowHider::follow(const std::vector<xcb_window_t>& returning) {
     for (const xcb_window_t window : returning) {
-        // Skipped when it was asked to leave again since the poll found that it had
-        // left.
+        // Skipped if it was requested to leave again since the poll.
         ClientWindow* client = model_.client(window);
         if (!client || client->iconification.isToReturnOnceGone(clock_.uptime())) mapAgain(window);
         if (client) client->iconification.stopReturning();
@@ -107,7 +106,7 @@ void WindowHider::follow(const std::vector<xcb_window_t>& returning) {
     writeRecordSoon();
 }
 
-/// The record is complete before the first of them goes.
+/// The record is complete before the first window is unmapped.
 void WindowHider::sendUnmaps() {
     if (leaving_.empty()) return;
     record_.writeFile();
@@ -164,15 +163,14 @@ std::vector<ClientWindow*> WindowHider::dialogsToTakeAlong(const ClientWindow& c
 }
 
 void WindowHider::takeAway(ClientWindow& client) {
-    // A window that was asked to come back may only read as minimized because the
-    // window manager has not got to that request yet, or the model has not read
-    // the result. Asking once too often does no harm.
+    // A window whose return was requested may read as minimized only because the request is not handled, or its result
+    // not read yet. A superfluous request is harmless.
     if (model_.isMinimized(client) && !client.iconification.mayComeBack()) return;
     if (model_.windowManager().isPresent) {
         connection_.sendToWindowManager(client.window, Atom::wmChangeState, {XCB_ICCCM_WM_STATE_ICONIC, 0, 0, 0, 0});
         client.iconification.leave(clock_.uptime());
     } else {
-        // An application that is being hidden has its windows on record already.
+        // The windows of an application that is being hidden are recorded already.
         if (!record_.holds(client.window)) record_.add({recordOf(client, TakenAway::byUnmapping)});
         if (client.iconification.leaveWithNextRequests(clock_.uptime())) leaving_.push_back(client.window);
         hasUnsent_ = true;
@@ -181,22 +179,19 @@ void WindowHider::takeAway(ClientWindow& client) {
 
 void WindowHider::bringBack(ClientWindow& client) {
     record_.markReturning(client.window, clock_.uptime());
-    // That it is iconic is told after it has left the screen, and only looked
-    // into by the next poll.
+    // Its iconic state is announced after it was unmapped, and read by the next poll only.
     const TopLevel* top = model_.topLevel(client.topLevel);
     const bool hasJustLeft = client.iconification.isAskedToLeave() && top && !top->isMapped;
     if (model_.isMinimized(client) || hasJustLeft) {
         mapAgain(client.window);
     } else if (client.iconification.mayStillLeave(clock_.uptime())) {
-        // Mapping a window that is about to go does nothing; it is done when it has
-        // gone.
+        // Mapping a window that is about to be unmapped has no effect; it is mapped once it was unmapped.
         client.iconification.returnOnceGone();
     }
 }
 
 void WindowHider::bringBack(xcb_window_t window) {
-    // A window that is not listed was unmapped under another window manager, or
-    // by an agent before this one.
+    // An unlisted window was unmapped under another window manager, or by a former agent.
     ClientWindow* client = model_.client(window);
     client ? bringBack(*client) : mapAgain(window);
 }
@@ -210,26 +205,23 @@ void WindowHider::mapAgain(xcb_window_t window) {
     ClientWindow* client = model_.client(window);
     if (!client) return;
     const TopLevel* top = model_.topLevel(client->topLevel);
-    // Some window managers leave a minimized window mapped. Mapping it does
-    // nothing then; giving it the keyboard brings it back.
+    // Some window managers keep a minimized window mapped. Mapping has no effect then; activating restores it.
     const bool isStillMapped = top && top->isMapped && (client->isIconic || client->isHiddenState);
     if (isStillMapped && isManaged) requests_.sendActivation(*client);
-    // At once, so that the next request is not measured by what no longer holds.
-    // If it stays iconic, the poll finds out.
+    // At once, so that the next request does not use the former state. If it stays iconic, the next poll notices.
     client->isIconic = client->isHiddenState = false;
     client->iconification.comeBack(clock_.uptime(), top && !top->isMapped);
     model_.markStale(*client, stale::state);
 }
 
-/// Without a window manager the state is ours to keep, for the window and for
-/// the manager that comes after us.
+/// Without a window manager KOVA sets the state, for the window and for a window manager that starts later.
 void WindowHider::setIconicState(xcb_window_t window, std::uint32_t state) {
     const xcb_atom_t property = connection_.atoms()[Atom::wmState];
     const std::array<std::uint32_t, 2> values = {state, kNoWindow};
     xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, window, property, property, 32, 2, values.data());
 }
 
-/// A window manager that is still starting overlooks what it is asked.
+/// Repeats requests, since a window manager that is still starting may miss them.
 void WindowHider::remindOfReturning() {
     constexpr Seconds kPause{0.4};
     const Seconds now = clock_.uptime();
@@ -239,15 +231,15 @@ void WindowHider::remindOfReturning() {
         const ClientWindow* client = model_.client(taken.window);
         if (!taken.isReturning || (client && model_.isShown(*client))) continue;
         mapAgain(taken.window);
-        // A window that was mapped between two managers, and found iconic by the
-        // next, cannot ask by being mapped.
+        // A window that was mapped between two window managers, and taken as iconic by the second, is mapped already,
+        // so a map request would have no effect.
         if (model_.windowManager().isPresent) {
             connection_.sendToWindowManager(taken.window, Atom::wmChangeState, {XCB_ICCCM_WM_STATE_NORMAL, 0, 0, 0, 0});
         }
     }
 }
 
-/// What came back by itself need not be forgotten at once.
+/// Delayed, since outdated entries are harmless.
 void WindowHider::writeRecordSoon() {
     constexpr Seconds kPause{0.3};
     if (record_.isWritten() || std::exchange(isRecordDue_, true)) return;

@@ -1,7 +1,6 @@
-// Takes windows off the screen and brings them back: by asking the window
-// manager, or, without one, by unmapping and mapping them. Windows of hidden
-// applications, and all that were unmapped, are kept on record. Requests are
-// buffered, not sent. Main thread, guarded like the model.
+// Hides and shows windows: by requests to the window manager or, without one, by unmapping and mapping them. Windows of
+// hidden applications, and all unmapped windows, are recorded in a file. Requests are buffered, not sent. Main thread,
+// guarded like the model.
 #pragma once
 
 #include "platform/x11/HiddenWindows.h"
@@ -16,51 +15,44 @@ namespace kova::x11 {
 
 class WindowHider {
   public:
-    /// Calls `work` after a pause, with the model guarded.
+    /// Calls `work` after a pause, with the lock held.
     using Later = std::function<void(Seconds pause, std::function<void()> work)>;
-    /// `file` holds the record; empty: it is kept in memory only.
+    /// `file` holds the record; if empty, the record is in memory only.
     WindowHider(const XConnection& connection, WindowModel& model, RequestQueue& requests, KeyboardKeeper& keyboard,
                 const MainQueue& clock, std::string file, Later later);
 
     // Requests
-    /// With the dialogs of the window. One of a hidden application stays away
-    /// when the others come back.
+    /// With the window's dialogs. A window of a hidden application stays minimized when the application is shown.
     void minimize(ClientWindow& client);
-    /// With its dialogs; one of a hidden application comes back when the others
-    /// do, and not before.
+    /// With the window's dialogs. A window of a hidden application is shown together with the application, not before.
     void restore(ClientWindow& client);
-    /// The windows of the process on the current desktop; false when there is
-    /// none to hide.
+    /// Hides the process's windows on the current desktop; false if there is none.
     bool hide(pid_t process);
     bool unhide(pid_t process);
     void bringAllBack();
-    /// Another window manager, or none any more: what was taken away under the
-    /// one before comes back.
+    /// Call when the window manager has changed or ended: windows that were hidden under the former one are shown.
     void managerChanged();
-    /// Windows that an agent before this one took away; they stay away while they
-    /// wait to be settled.
+    /// Takes over windows that a former agent hid; with `waitsToSettle` they stay hidden until `settle`.
     void takeOver(const std::vector<HiddenWindow>& left, bool waitsToSettle);
 
     // Events
-    /// `returning` have left as asked and were wanted back by then.
+    /// `returning`: windows that have left as requested, and whose return is requested by now.
     void follow(const std::vector<xcb_window_t>& returning);
-    /// Unmaps the windows that are to leave, together, after one write of the
-    /// record.
+    /// Unmaps all windows that are to leave, after one write of the record.
     void sendUnmaps();
-    /// Requests were buffered since this was last asked.
+    /// Whether requests were buffered since the last call.
     bool hasUnsent() { return std::exchange(hasUnsent_, false); }
 
     // Reading
     HiddenWindows& record() { return record_; }
     const HiddenWindows& record() const { return record_; }
     bool isApplicationHidden(pid_t process) const { return record_.isApplicationHidden(process, model_); }
-    /// A hidden application's windows are not minimized: they come back with it.
+    /// A hidden application's windows do not count as minimized: they are shown with it.
     bool readsAsMinimized(const ClientWindow& client, Seconds now) const;
-    /// A window manager needs a moment to bring a window back; until then it is
-    /// not told to be away.
+    /// True for a moment after a window's return was requested, since the window manager takes time to map it.
     bool isBelievedBack(const ClientWindow& client, Seconds now) const;
     bool isAnyReturning() const;
-    /// Whether a window has been asked to leave and has not left yet.
+    /// Whether a window was requested to leave and has not left yet.
     bool isAnyLeaving() const;
 
   private:
@@ -81,9 +73,9 @@ class WindowHider {
     const MainQueue& clock_;
     Later later_;
     HiddenWindows record_;
-    std::vector<xcb_window_t> leaving_; // to be unmapped with the next requests that are sent
+    std::vector<xcb_window_t> leaving_; // to be unmapped at the next flush
     Seconds lastReminder_{};
-    bool isRecordDue_ = false; // a little later
+    bool isRecordDue_ = false; // a delayed write is scheduled
     bool hasUnsent_ = false;
 };
 

@@ -6,11 +6,11 @@ namespace kova::x11 {
 
 namespace {
 
-/// From the end of one window manager until the next has listed all windows.
+/// The longest time from the end of one window manager until the next has listed all windows.
 constexpr Seconds kSettlingTime{2.0};
-/// From the first window that one lets go until it has gone.
+/// The longest time from the first window that an ending window manager releases until its end.
 constexpr Seconds kTimeToLeave{0.5};
-/// For which a frame may be drawn small on its way.
+/// The longest time for which an animated frame may be small.
 constexpr Seconds kTimeOfShow{1.0};
 
 } // namespace
@@ -39,7 +39,7 @@ void WindowModel::takeTopLevel(xcb_window_t window, const TopLevel& answer, std:
     const auto isNewer = [&](const std::optional<std::uint32_t>& told) { return told && isAtOrAfter(*told, asked); };
     const auto known = topLevels_.find(window);
     if (known == topLevels_.end()) {
-        // Before the first events, the order of the windows is all that is known.
+        // Before the first events only the order of the windows is known.
         if (std::ranges::find(stacking_, window) != stacking_.end()) setTopLevel(window, answer);
         return;
     }
@@ -53,7 +53,7 @@ void WindowModel::takeTopLevel(xcb_window_t window, const TopLevel& answer, std:
 }
 
 void WindowModel::setClientList(const std::vector<xcb_window_t>& windows, Seconds now) {
-    // A manager that leaves may let go of its windows before it goes itself.
+    // A window manager that ends may release its windows first.
     const auto isMissing = [&](xcb_window_t known) { return std::ranges::find(windows, known) == windows.end(); };
     if (!settlesAt_ && std::ranges::any_of(order_, isMissing)) settlesAt_ = now + kTimeToLeave;
     std::vector<xcb_window_t> kept;
@@ -77,7 +77,7 @@ void WindowModel::setClientList(const std::vector<xcb_window_t>& windows, Second
             ++staleClients;
             ownersChanged = true;
         }
-        // A list that names a window twice names one window.
+        // A window may be listed twice.
         if (isNew || std::ranges::find(order_, window) == order_.end()) order_.push_back(window);
     }
     order_.insert(order_.end(), kept.begin(), kept.end());
@@ -88,8 +88,7 @@ void WindowModel::setWindowManager(const WindowManager& manager, Seconds now) {
                               manager.checkWindow != manager_.checkWindow || manager.isMute != manager_.isMute;
     manager_ = manager;
     if (changesHands) {
-        // Another program lists and decorates the windows: they are the same windows, but nothing that was known of
-        // them holds.
+        // Another program lists and decorates the same windows, so all their properties may have changed.
         hasChangedHands = ownersChanged = true;
         staleClientList = manager.isPresent;
         staleWorkarea = staleDesktop = true;
@@ -130,8 +129,8 @@ void WindowModel::settle(Seconds now) {
     }
 }
 
-/// What a user can work with while no manager lists the windows. A manager that keeps no list shows frames of its own,
-/// which are no windows to manage, and one that is leaving still has frames around the windows that are known.
+/// Adds mapped top levels while there is no window list. Not while a window manager without a list is present, whose
+/// frames are top levels too, nor while one is ending, whose frames still contain known windows.
 void WindowModel::adoptMapped() {
     if (manager_.isMute) return;
     for (const xcb_window_t window : std::vector(stacking_)) {
@@ -165,7 +164,7 @@ void WindowModel::setTopLevelOf(ClientWindow& client, xcb_window_t topLevel) {
     }
     client.topLevel = topLevel;
     if (topLevel == kNoWindow) return;
-    // A frame that was taken for a window does not hide the one in it.
+    // A frame that was taken for a window is replaced by the window inside.
     const ClientWindow* inside = clientIn(topLevel);
     if (client.window != topLevel || !inside) clientByTopLevel_[topLevel] = client.window;
 }
@@ -204,7 +203,7 @@ void WindowModel::takeDecorations(ClientWindow& client, const PropertyView& exte
         if (rule.property == atoms_[Atom::netFrameExtents]) rule.take(client, extents, atoms_);
     }
     if (!client.announcedDecorations) return;
-    // What was asked for was computed from the old ones.
+    // The pending frame was computed with the old decorations.
     if (client.decorations != *client.announcedDecorations) client.pending.reset();
     client.decorations = *client.announcedDecorations;
     if (client.topLevel == client.window) client.margins = client.shadow - client.decorations;
@@ -213,10 +212,10 @@ void WindowModel::takeDecorations(ClientWindow& client, const PropertyView& exte
 void WindowModel::takeMeasuredFrame(ClientWindow& client, const PixelEdges& around, std::uint32_t asked) {
     if (!client.admits(stale::frame, asked)) return;
     const bool wasExact = client.measuredDecorations && client.margins == client.shadow;
-    // A window manager that announces nothing shows all that it draws.
+    // If the window manager announces no extents, the whole frame counts as visible.
     client.decorations = client.announcedDecorations.value_or(around);
-    // A frame that is smaller than what is in it is being resized just now, before or after its window; it will show
-    // what is announced, as it did before.
+    // A frame that is smaller than the window inside is being resized, before or after the window; afterwards it will
+    // have the announced decorations again.
     const PixelEdges beyond = around - client.decorations;
     const bool isTooSmall = beyond.left < 0 || beyond.right < 0 || beyond.top < 0 || beyond.bottom < 0;
     if (isTooSmall && wasExact && !client.isShaded && !settlesAt_) {
@@ -264,21 +263,20 @@ const ClientWindow* WindowModel::clientIn(xcb_window_t topLevel) const {
 
 std::optional<PixelRect> WindowModel::outerFrame(const ClientWindow& client) const {
     const TopLevel* top = topLevel(client.topLevel);
-    if (!top || top->rect.width <= 0 || top->rect.height <= 0) return std::nullopt; // its size was not told yet
-    // A manager that comes makes frames that are not as large yet as what is in them.
+    if (!top || top->rect.width <= 0 || top->rect.height <= 0) return std::nullopt; // its size is not known yet
+    // A window manager that has just started makes frames that are smaller than the windows inside at first.
     const bool isFrameExact = client.topLevel == client.window || client.margins == client.shadow;
     if (settlesAt_ && (!isFrameExact || (client.stale & stale::topLevel))) return std::nullopt;
-    // While managers change, what a frame showed before does not count, but one drawn small for show is no window's
+    // While window managers change, the frame before does not count, and an animated small frame is not the window's
     // size.
     if (settlesAt_ && !client.isShaded && !hasRoomInside(client)) return std::nullopt;
     if (client.frameBefore) return client.frameBefore;
     const PixelRect outer = shrunk(top->rect, client.margins);
-    // A shadow larger than the window is none.
+    // A shadow larger than the window is invalid.
     return outer.width > 0 && outer.height > 0 ? outer : top->rect;
 }
 
-/// False for a frame that is known to be no more than a title bar: rolled up, or drawn for show. No window is that
-/// small.
+/// False for a frame that is no larger than a title bar: shaded, or animated. No window is that small.
 bool WindowModel::hasRoomInside(const ClientWindow& client) const {
     const TopLevel* top = topLevel(client.topLevel);
     if (!top || client.topLevel == client.window || !client.measuredDecorations) return true;
@@ -294,7 +292,7 @@ std::optional<PixelRect> WindowModel::expectedFrame(const ClientWindow& client, 
 
 bool WindowModel::isFullScreen(const ClientWindow& client) const {
     if (!manager_.isPresent || client.isFullScreen) return manager_.isPresent;
-    // Until its state is known again, a window that fills a display to the last pixel is taken for one.
+    // While its state is unknown, a window that exactly fills a display counts as full screen.
     const bool isStateUnknown = client.stale & stale::state || client.openStateQuestions > 0;
     const auto outer = isStateUnknown ? outerFrame(client) : std::nullopt;
     return outer && std::ranges::find(displayRects, *outer) != displayRects.end();
@@ -331,8 +329,8 @@ std::vector<xcb_window_t> WindowModel::dialogsOf(const ClientWindow& client) con
 
 bool WindowModel::isMinimized(const ClientWindow& client) const {
     if (!manager_.isPresent) return client.iconification.isPutAway();
-    // Some managers call shaded windows hidden, others iconic, and only minimized ones both. ICCCM lets a manager use
-    // the iconic state for all that is not shown.
+    // For shaded windows some window managers set the hidden state and others the iconic one; only for minimized
+    // windows both are set. ICCCM allows the iconic state for any window that is not shown.
     if (manager_.announcesHidden) return client.isHiddenState && (client.isIconic || !client.isShaded);
     const TopLevel* top = topLevel(client.topLevel);
     return client.isIconic && isOnCurrentDesktop(client) && !(client.isShaded && top && top->isMapped);

@@ -1,4 +1,4 @@
-// What the server announces, taken into the model.
+// Applies events to the model.
 #include "platform/x11/WindowModel.h"
 
 #include <algorithm>
@@ -6,8 +6,8 @@
 namespace kova::x11 {
 
 EventEffects WindowModel::apply(const xcb_generic_event_t& event) {
-    // Any client can send any event. The server itself tells everything but one thing: that a program takes back a
-    // window that is not mapped.
+    // Any client can send any event, so sent events are ignored. One exception: a program withdraws an unmapped window,
+    // for which the server has no event.
     const bool isMadeUp = event.response_type & 0x80;
     if (isMadeUp && (event.response_type & 0x7F) != XCB_UNMAP_NOTIFY) return {};
     switch (event.response_type & 0x7F) {
@@ -20,8 +20,8 @@ EventEffects WindowModel::apply(const xcb_generic_event_t& event) {
         if (created.parent != root_) return {};
         EventEffects effects;
         if (client(created.window)) {
-            // The server gives numbers out again: the window that had it has gone, unheard inside its frame, and a list
-            // that names the number means the new one.
+            // The server uses numbers again: the former window was destroyed inside its frame, without an event, and a
+            // list with the number means the new one.
             forget(created.window);
             effects.changed = staleClientList = true;
         }
@@ -102,13 +102,13 @@ EventEffects WindowModel::applyProperty(const xcb_property_notify_event_t& event
     if (event.atom == XCB_ATOM_WM_NAME && changed->netName) return effects;
     for (const PropertyRule& rule : rules_) {
         if (rule.property != event.atom) continue;
-        // Decorations come and go with the state of the window.
+        // Decorations may change with the state of the window.
         const std::uint32_t bits = rule.staleBit | (rule.staleBit == stale::state ? stale::frame : 0U);
         effects.changed = (changed->stale & bits) != bits;
         markStale(*changed, bits);
         if (event.atom == atoms_[Atom::netFrameExtents] && manager_.isPresent)
             effects.redecorated.push_back(event.window);
-        // Only for windows whose placement is being verified; for all others the next poll is soon enough.
+        // Only windows whose placement is being verified need it before the next poll.
         if (rule.staleBit == stale::state && manager_.isPresent && changed->placedAt)
             effects.restated.push_back(event.window);
         break;
@@ -119,7 +119,7 @@ EventEffects WindowModel::applyProperty(const xcb_property_notify_event_t& event
 EventEffects WindowModel::applyConfigure(const xcb_configure_notify_event_t& event, std::uint32_t sequence) {
     EventEffects effects;
     if (event.window == root_) {
-        // Monitors that are set up by hand are announced by nothing else.
+        // Monitors that the user defines (xrandr --setmonitor) cause no other event.
         rootSize = {event.width, event.height};
         effects.changed = effects.askDisplays = true;
         return effects;
@@ -140,7 +140,7 @@ EventEffects WindowModel::applyConfigure(const xcb_configure_notify_event_t& eve
     placeInStack(event.window, event.above_sibling);
 
     if (!moving) return effects;
-    // Frames can grow and shrink for show, without the window in them. One that was measured meanwhile fits no more.
+    // A frame can be animated without the window inside; margins that were measured meanwhile are wrong then.
     const bool isFrameExact = moving->topLevel == moving->window || moving->margins == moving->shadow;
     const bool isShow = isFrameExact && !settlesAt_ && !hasRoomInside(*moving);
     moving->frameBefore = isShow ? before : std::nullopt;
@@ -148,12 +148,12 @@ EventEffects WindowModel::applyConfigure(const xcb_configure_notify_event_t& eve
     if (isResized && !isFrameExact) markStale(*moving, stale::frame);
     if (moved) effects.panelsChanged = moving->strut || moving->partialStrut;
     if (moving->pending) {
-        // The server alone does what it is asked, in order; a window manager may still be busy with an earlier wish.
+        // The server alone carries out requests in order; a window manager may still be busy with an earlier one.
         const bool answered = manager_.isPresent
                                   ? outerFrame(*moving) == moving->pending->outer
                                   : moving->pending->sequence && isAtOrAfter(sequence, *moving->pending->sequence);
         if (answered && outerFrame(*moving) == moving->pending->outer) {
-            // It obeys; that it did not some time before counts no more.
+            // It accepted the request, so earlier refusals do not count.
             moving->repeats = 0;
             moving->lastAnswer.reset();
         }
@@ -174,7 +174,7 @@ EventEffects WindowModel::applyMapping(xcb_window_t window, bool isMapped, std::
     if (manager_.isPresent) {
         if (!known) return effects;
         const auto news = known->iconification.mappedByManager(isMapped);
-        // Its state is told by a property, which only the next poll reads.
+        // Its state is a property, which the next poll reads.
         const bool isNews = isMapped ? isMinimized(*known) : news != Iconification::News::none;
         if (isNews) {
             known->isIconic = known->isHiddenState = !isMapped;
@@ -184,7 +184,7 @@ EventEffects WindowModel::applyMapping(xcb_window_t window, bool isMapped, std::
         return effects;
     }
     if (!known) {
-        // While managers change, the next poll tells frames and windows apart.
+        // While window managers change, the next poll tells frames from windows.
         if (!isMapped || place->second.isOverrideRedirect || manager_.isMute || settlesAt_ || staleManager)
             return effects;
         adoptUnmanaged(window);
@@ -199,7 +199,7 @@ EventEffects WindowModel::applyMapping(xcb_window_t window, bool isMapped, std::
     return effects;
 }
 
-/// How a program says that it took a window back that was not mapped any more.
+/// Handles the event by which a program withdraws an unmapped window.
 EventEffects WindowModel::applyWithdrawal(xcb_window_t window) {
     EventEffects effects;
     const ClientWindow* known = client(window);
@@ -216,12 +216,12 @@ EventEffects WindowModel::applyReparent(const xcb_reparent_notify_event_t& event
     ClientWindow* moved = client(event.window);
     xcb_window_t newTopLevel = kNoWindow;
     if (event.parent == root_) {
-        // A manager that goes takes its windows out of their frames first, and shows those that were iconic.
+        // A window manager that ends first takes its windows out of their frames, and maps iconic ones.
         isLettingGo_ |= moved && manager_.isPresent;
         setTopLevel(event.window, {{event.x, event.y, 0, 0}, 0, false, event.override_redirect != 0, {}, {}});
         unknownTopLevels_.push_back(event.window);
     } else {
-        // A window manager that is just coming puts its frames around windows before it is known.
+        // A window manager that starts puts frames around windows before it announces itself.
         const bool getsFrame = moved && topLevel(event.parent) && (staleManager || settlesAt_ || manager_.isMute);
         if (getsFrame) {
             setTopLevelOf(*moved, kNoWindow);
@@ -252,7 +252,7 @@ EventEffects WindowModel::removeTopLevel(xcb_window_t window) {
     if (held->second == window && !manager_.isPresent) {
         forget(window);
     } else if (known) {
-        // A frame went; its window may live on in another.
+        // A frame was destroyed; its window may be in another one.
         setTopLevelOf(*known, kNoWindow);
         markStale(*known, stale::topLevel | stale::frame);
     }
@@ -260,8 +260,8 @@ EventEffects WindowModel::removeTopLevel(xcb_window_t window) {
 }
 
 EventEffects WindowModel::applyFocus(xcb_window_t window, bool gained, std::uint32_t sequence) {
-    // A window manager says itself which window is active, a moment after the focus has moved: listening to both would
-    // see the keyboard go back and forth.
+    // A window manager announces the active window a moment after the focus has moved: using both would show the focus
+    // moving back and forth.
     if (manager_.isPresent || !client(window)) return {};
     focusTold_ = sequence;
     const xcb_window_t before = activeWindow;

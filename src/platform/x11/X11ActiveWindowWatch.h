@@ -1,6 +1,5 @@
-// Follows _NET_ACTIVE_WINDOW under a window manager. It is heard on the hand's connection: what a shortcut or a command
-// means depends on the window that has the keyboard at that moment, and the desktop's own connection may rest just
-// then. Main thread; never waits.
+// Follows _NET_ACTIVE_WINDOW under a window manager, on the input connection: shortcuts and commands use the window
+// that is active at that moment, and the desktop's own connection may be paused. Main thread; never waits.
 #pragma once
 
 #include "platform/x11/PendingReplies.h"
@@ -13,7 +12,7 @@ namespace kova::x11 {
 
 class ActiveWindowWatch {
   public:
-    /// `asked` gets the questions that the main thread does not wait for.
+    /// `asked` gets the requests whose replies the main thread does not wait for.
     ActiveWindowWatch(const XConnection& connection, std::deque<PendingReplies>& asked);
 
     /// True when the event is about the active window; then `act` has something to do.
@@ -21,7 +20,7 @@ class ActiveWindowWatch {
     void ask() { isDue_ = true; }
     /// True when requests wait to be sent.
     bool act();
-    /// The newest answer that was not taken yet; kNoWindow when no window is active.
+    /// The newest reply that was not taken yet; kNoWindow if no window is active.
     std::optional<xcb_window_t> takeNews() { return std::exchange(news_, {}); }
 
   private:

@@ -1,4 +1,4 @@
-// Opening and its end, what a poll begins with, and the notice of changes.
+// Opening and closing, the begin of a poll, and the count of changes.
 #include "platform/x11/X11Desktop.h"
 
 #include "platform/x11/LocalProcesses.h"
@@ -18,7 +18,7 @@ using namespace x11;
 X11Desktop::Parts::Parts(std::unique_ptr<XConnection> opened, const Options& options, MainQueue& mainQueue,
                          ApplicationCatalogue& applicationCatalogue) :
     connection(std::move(opened)),
-    queue(mainQueue), launcher(options.launcher), patienceAtTheEnd(options.patienceAtTheEnd),
+    queue(mainQueue), launcher(options.launcher), returnTimeoutAtEnd(options.returnTimeoutAtEnd),
     processes(*connection, options.asksForProcesses), changes(mainQueue), applications(applicationCatalogue),
     watch(mainQueue, xcb_get_file_descriptor(connection->get())), model(connection->atoms(), connection->root()),
     displays(*connection), screenPower(*connection, mainQueue, [this] { askScreenPowerAgain(); }),
@@ -56,7 +56,7 @@ X11Desktop::open(const Options& options, MainQueue& queue, ApplicationCatalogue&
 
 X11Desktop::X11Desktop(std::unique_ptr<Parts> parts, const Options& options) : parts_(std::move(parts)) {
     parts_->takeOverLeftWindows(options.waitsToSettleHiddenWindows);
-    // Takes in what the server said while the desktop was read.
+    // Handles events that arrived while the desktop was read.
     parts_->send();
 }
 
@@ -74,10 +74,10 @@ X11Desktop::~X11Desktop() {
         if (record.all().empty() && !parts_->hider.isAnyReturning() && !kept) return;
     }
     restoreHidden();
-    // A window that was on its way out comes back once it is out; what is not back by the end stays on record for the
-    // next agent. And the last requests are only safe once the server
-    // has read them: here, and nowhere else, the main thread waits, but not for long.
-    const Seconds end = parts_->queue.uptime() + parts_->patienceAtTheEnd;
+    // A window that is just being iconified is restored once that is done; windows that are not back at the end stay
+    // recorded for the next agent. Closing the connection could drop unread requests, so here, and nowhere else, the
+    // main thread waits for a moment.
+    const Seconds end = parts_->queue.uptime() + parts_->returnTimeoutAtEnd;
     pollfd readable{connectionDescriptor(), POLLIN, 0};
     bool isAnyReturning = true;
     while (isAnyReturning && readEvents() && parts_->queue.uptime() < end) {
@@ -94,7 +94,7 @@ X11Desktop::~X11Desktop() {
         xcb_get_input_focus_reply(parts_->connection->get(), xcb_get_input_focus(parts_->connection->get()), nullptr));
 }
 
-/// Many window managers give the keyboard to a window that comes back; when an agent ends, it is to stay where it is.
+/// Many window managers focus a restored window; the focus is kept when the agent ends.
 void X11Desktop::Parts::keepActive(xcb_window_t window) {
     const MutexLock lock(mutex);
     const ClientWindow* client = model.client(window);
@@ -129,7 +129,7 @@ void X11Desktop::Parts::readEverything() {
     isLost = connection->isLost();
 }
 
-/// Windows that an agent before this one took away and could not bring back.
+/// Windows that a former agent hid and did not show again.
 void X11Desktop::Parts::takeOverLeftWindows(bool waitsToSettle) {
     std::vector<HiddenWindow> left, found;
     std::vector<PropertyRule> rules;
@@ -141,7 +141,7 @@ void X11Desktop::Parts::takeOverLeftWindows(bool waitsToSettle) {
     if (left.empty()) return;
     PendingReplies questions;
     for (const HiddenWindow& taken : left) {
-        // Numbers are given out again: it must still be an iconic window of that process.
+        // Window numbers are used again, so it must still be an iconic window of that process.
         const auto state = std::make_shared<ClientWindow>();
         for (const PropertyRule& rule : rules) {
             if (!(rule.staleBit & (stale::state | stale::owner))) continue;
@@ -204,11 +204,11 @@ void X11Desktop::Parts::bringUpToDate() {
     bool mainHasWork = false;
     {
         const MutexLock lock(mutex);
-        // While waiting, this thread has read events, and replies to the main thread, that nothing else wakes it for.
+        // While it waited, this thread also read events and replies for the main thread, which has no wake-up for them.
         unsettled.add(drain(xcb_poll_for_queued_event));
         unsettled.panelsChanged |= outcome.panelsChanged;
         unsettled.returning.insert(unsettled.returning.end(), outcome.returning.begin(), outcome.returning.end());
-        // Nothing announces that the time to settle is over.
+        // There is no event at the end of the settling time.
         if (model.isSettling()) {
             changes.note();
             unsettled.changed = true;
@@ -239,7 +239,7 @@ std::optional<std::uint64_t> X11Desktop::changeCount() const {
 
 void X11Desktop::notifyWhenChanged(std::uint64_t count, std::function<void()> callback) {
     parts_->changes.await(count, std::move(callback));
-    // What has come during a rest is to be told at once.
+    // Events that arrived during a pause must be counted now.
     if (parts_->changes.isAwaited() && parts_->watch.isResting()) {
         parts_->watch.resume();
         readEvents();

@@ -1,7 +1,7 @@
 // A desktop on X11, beside any window manager that keeps to EWMH, or with none at all.
-// The main thread owns events and writes and never waits for the server once the desktop is open: what it reads comes
-// from the model that events keep. The polling queue's first question of a poll brings the model up to date and may
-// wait. An idle desktop causes no wake-up and no request.
+// The main thread handles events, writes, and never waits for the server once the desktop is open: it reads from the
+// model that events update. The first call of a poll, on the polling queue, updates the model and may wait. An idle
+// desktop causes no wake-up and no request.
 #pragma once
 
 #include "platform/x11/ApplicationCatalogue.h"
@@ -36,22 +36,22 @@ class X11Desktop final : public AccessibilityServicing,
         std::optional<std::string> displayName;  // absent: DISPLAY
         std::string hiddenWindowsFile;           // its folder exists; empty: hidden windows are kept in memory only
         ApplicationLauncher* launcher = nullptr; // outlives the desktop; null: nothing can be launched
-        Seconds patienceAtTheEnd{0.5};           // how long its end waits for windows to come back
-        bool waitsToSettleHiddenWindows = false; // those that a killed agent left stay until `settleHiddenWindows`
-        bool asksForProcesses = true;            // the server; else what windows say of theirs is all that is known
-        bool claimsServer = false;               // fails where another agent has claimed the server
+        Seconds returnTimeoutAtEnd{0.5};         // how long the destructor waits for windows to return
+        bool waitsToSettleHiddenWindows = false; // windows hidden by a killed agent stay so until `settleHiddenWindows`
+        bool asksForProcesses = true;            // queries the server; else only the windows' own property is known
+        bool claimsServer = false;               // opening fails if another agent has claimed the server
     };
-    /// Why there is no desktop.
+    /// Why the desktop could not be opened.
     struct Failure {
-        std::string reason; // in the user's words, with what to do
+        std::string reason; // for the user, with what to do
         bool isClaimedByOther = false;
     };
-    /// Connects and reads the whole desktop, waiting for the server; windows that a killed agent left hidden come back.
-    /// The thread that calls this is the main
-    /// thread; queue and catalogue must outlive the desktop, and the polling queue must have ended before it.
+    /// Connects and reads the whole desktop, waiting for the server. Shows windows that a killed agent hid. The calling
+    /// thread becomes the main thread; queue and catalogue must outlive the desktop, and the polling queue must have
+    /// ended before its destruction.
     static std::variant<std::unique_ptr<X11Desktop>, Failure> open(const Options& options, MainQueue& queue,
                                                                    ApplicationCatalogue& catalogue);
-    /// Restores what was hidden.
+    /// Shows all windows that were hidden.
     ~X11Desktop() override;
     X11Desktop(const X11Desktop&) = delete;
     X11Desktop& operator=(const X11Desktop&) = delete;
@@ -59,15 +59,15 @@ class X11Desktop final : public AccessibilityServicing,
     /// How a main loop watches a descriptor: it calls back while there is something to read, until the subscription is
     /// dropped.
     using Watch = std::function<Subscription(int descriptor, std::function<void()> readable)>;
-    /// Reads by itself from now on whenever the server has announced something. While the next poll would find changes
-    /// anyway, it leaves what comes to that poll, or to the next question before it, so that a program that writes
-    /// its title all the time does not keep the agent awake. `lost` is called once, when the connection has ended.
+    /// Reads events from now on whenever there are some. While the next poll will find changes anyway, events are left
+    /// to that poll, or to an earlier read of the model, so that a program that changes its title all the time does not
+    /// keep the agent awake. `lost` is called once, when the connection has ended.
     void listen(Watch watch, std::function<void()> lost);
     /// Readable when there are events for `readEvents`.
     int connectionDescriptor() const;
-    /// Takes in what the server has announced; never waits. False once the connection is lost: nothing works any more.
+    /// Reads and handles events; never waits. False once the connection is lost: nothing works any more.
     bool readEvents();
-    /// Brings back every window that KOVA took off the screen, except those minimised under a window manager.
+    /// Shows every window that KOVA hid, except those minimized under a window manager.
     void restoreHidden();
 
     // AccessibilityServicing
@@ -78,7 +78,7 @@ class X11Desktop final : public AccessibilityServicing,
                                                std::span<const AccessibilityAttribute> attributes) const override;
     std::optional<WindowSizeHints> sizeHints(const AccessibilityElement& element) const override;
     bool areSizesReliable(const AccessibilityElement& element) const override;
-    /// The window manager lists every window on every desktop, so that a window it does not list has gone.
+    /// The window manager lists the windows of all desktops, so an unlisted window is closed.
     WindowPresence presenceOf(const AccessibilityElement& window) const override;
     std::optional<std::uint64_t> spaceOf(const AccessibilityElement& window) const override;
     std::uint64_t shownSpace() const override;
@@ -112,8 +112,8 @@ class X11Desktop final : public AccessibilityServicing,
     // ScreenServicing
     std::vector<Screen> screens() const override;
     Subscription observeScreens(std::function<void()> changed) override;
-    /// Where the pointer was at the last poll, focus change or crossing of a window's edge; asking also asks the
-    /// server, for the next time.
+    /// The position at the last poll, focus change or crossing of a window's edge. Each call also queries the server,
+    /// for the next call.
     std::optional<CGPoint> pointerLocation() const override;
 
     // DesktopChangeServicing
@@ -121,14 +121,14 @@ class X11Desktop final : public AccessibilityServicing,
     void notifyWhenChanged(std::uint64_t count, std::function<void()> callback) override;
 
     // SystemActivityServicing
-    /// Only that the screens go dark and are lit again, on a server that can switch them off.
+    /// Only screens off and on, on a server that can switch them off.
     Subscription observeSystemActivity(std::function<void(SystemActivityEvent)> observer) override;
 
     // DiagnosticsServicing
     std::vector<DiagnosticLine> diagnose() const override;
 
     // PointerMonitorServicing
-    /// Tells nothing on a server without XInput 2.1.
+    /// No events on a server without XInput 2.1.
     Subscription observePointer(std::function<void(const PointerEvent&)> observer) override;
 
     // DividerHandleServicing
@@ -139,7 +139,7 @@ class X11Desktop final : public AccessibilityServicing,
     Subscription addGlobalMonitor(std::function<void(const KeyPress&)> monitor) override;
     Subscription addLocalMonitor(std::function<bool(const KeyPress&)> monitor) override;
     void claim(const std::vector<KeyCombination>& combinations) override;
-    /// Asking also tries to claim them again, for the next time.
+    /// Each call also tries to grab them again, for the next call.
     std::vector<KeyCombination> heldByOthers() const override;
     Subscription observeHeldByOthers(std::function<void()> known) override;
     Subscription recordKeys(std::function<bool(const KeyPress&)> recorder,

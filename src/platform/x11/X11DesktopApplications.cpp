@@ -1,4 +1,4 @@
-// Applications, hidden and brought back; displays; and what the desktop tells of its health.
+// Applications, hidden and shown; and displays.
 #include "platform/x11/LocalProcesses.h"
 #include "platform/x11/X11Parts.h"
 
@@ -12,8 +12,8 @@ using namespace x11;
 
 namespace {
 
-/// A little longer than a hidden window is given to leave the screen.
-constexpr Seconds kPatienceWithHiding{1.1};
+/// A little longer than the time in which a window must leave the screen.
+constexpr Seconds kHidingTimeout{1.1};
 
 RunningApplication describe(const X11Application& application, bool isHidden) {
     RunningApplication running;
@@ -37,7 +37,7 @@ pid_t X11Desktop::ownProcessIdentifier() const {
 }
 
 std::vector<RunningApplication> X11Desktop::runningApplications() const {
-    // The first question of every poll.
+    // The first call of every poll.
     if (!parts_->isMainThread()) parts_->bringUpToDate();
     const MutexLock lock(parts_->mutex);
     std::vector<RunningApplication> running;
@@ -68,7 +68,7 @@ ApplicationIcon X11Desktop::iconForFile(const std::string&) const {
 }
 
 ApplicationIcon X11Desktop::systemSymbolIcon(const std::string& name) const {
-    // The icon theme's word for a program without a picture of its own.
+    // The icon theme's name for programs without an icon.
     return name == "macwindow" ? ApplicationIcon{"application-x-executable", nullptr} : ApplicationIcon{};
 }
 
@@ -90,8 +90,8 @@ void X11Desktop::hide(pid_t processIdentifier) {
     if (!parts_->hider.hide(processIdentifier)) return;
     parts_->changes.note();
     parts_->sendSoon();
-    // A window manager that does not iconify says nothing: then the application is not hidden, and a poll must see it.
-    parts_->queue.after(kPatienceWithHiding, parts_->lifetime.guard([this] {
+    // A window manager that does not iconify sends no event: a poll must find that the application is not hidden.
+    parts_->queue.after(kHidingTimeout, parts_->lifetime.guard([this] {
         parts_->settle({});
         parts_->changes.note();
         parts_->changes.callBackIfDue();

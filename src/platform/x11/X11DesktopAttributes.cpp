@@ -13,9 +13,9 @@ using namespace x11;
 
 namespace {
 
-/// How long a frame that was asked for counts as being in force; the first verification comes later.
+/// How long a requested frame counts as the window's frame; the first verification comes later.
 constexpr Seconds kBenefitOfDoubt{0.05};
-/// For so long windows may have the sizes that a new window manager has given them, or not yet given them.
+/// After a change of the window manager, sizes of windows may change for this long.
 constexpr Seconds kSizesSettleAfterManager{2.0};
 
 } // namespace
@@ -46,7 +46,7 @@ AccessibilityElement X11Desktop::Parts::elementOf(const ClientWindow& client) co
     return {client.processIdentifier, client.window, nullptr};
 }
 
-/// The window that has the keyboard, else the topmost one that can be seen, else any.
+/// The focused window, else the topmost visible one, else any.
 const ClientWindow* X11Desktop::Parts::mainWindowOf(pid_t processIdentifier) const {
     const ClientWindow* active = model.client(model.activeWindow);
     if (active && active->processIdentifier == processIdentifier) return active;
@@ -62,13 +62,13 @@ const ClientWindow* X11Desktop::Parts::mainWindowOf(pid_t processIdentifier) con
 
 std::vector<AttributeValue> X11Desktop::readAttributes(const AccessibilityElement& element,
                                                        std::span<const AccessibilityAttribute> attributes) const {
-    // What is left of a lost connection is no desktop.
+    // Without the connection the model is out of date.
     if (parts_->isLost) return std::vector<AttributeValue>(attributes.size());
     std::vector<AttributeValue> values;
     values.reserve(attributes.size());
     const Seconds now = parts_->queue.uptime();
     const MutexLock lock(parts_->mutex);
-    // The polling queue reads what its poll began with.
+    // The polling queue reads the model as it was at the begin of the poll.
     if (parts_->isMainThread()) parts_->catchUp();
     const ClientWindow* client = element.hash == 0 ? nullptr : parts_->find(element);
     for (const AccessibilityAttribute attribute : attributes) {
@@ -96,7 +96,7 @@ AttributeValue X11Desktop::Parts::read(const ClientWindow& client, Accessibility
         return hider.readsAsMinimized(client, now);
     case AccessibilityAttribute::position:
     case AccessibilityAttribute::size: {
-        // One that was asked for the same place before, and stayed where it is, will stay there.
+        // A window that refused the same frame before will refuse it again.
         const auto outer =
             client.insistsOnItsFrame() ? model.outerFrame(client) : model.expectedFrame(client, now, kBenefitOfDoubt);
         if (!outer) return {};
@@ -132,7 +132,7 @@ AttributeValue X11Desktop::Parts::read(const ClientWindow& client, Accessibility
 }
 
 AttributeValue X11Desktop::Parts::readApplication(pid_t processIdentifier, AccessibilityAttribute attribute) const {
-    // Without a window there is no application.
+    // An application exists as long as it has a window.
     const bool isThere = std::ranges::any_of(model.clientOrder(), [&](xcb_window_t window) {
         mutex.assertHeld();
         const ClientWindow* client = model.client(window);
@@ -236,7 +236,7 @@ void X11Desktop::writeAttributes(const AccessibilityElement& element, std::span<
         }
     }
     if (client && (origin || size)) {
-        // The last of each; what is not written stays as it is.
+        // The last value of each attribute; others stay unchanged.
         const auto expected = parts_->model.expectedFrame(*client, now, kBenefitOfDoubt);
         if (expected || (origin && size)) {
             CGRect frame = expected ? parts_->displays.space().points(*expected) : CGRect{};
@@ -244,9 +244,9 @@ void X11Desktop::writeAttributes(const AccessibilityElement& element, std::span<
             if (size) frame.size = *size;
             parts_->requests.place(*client, parts_->displays.space().pixels(frame), now);
             parts_->lastPlacing = now;
-            // A poll that is under way may be told where the window was wished to be, not where it is.
+            // A poll in progress may read the requested frame instead of the real one.
             parts_->changes.note();
-            // The wish may have been made by a state that no longer holds; its verification is to know better.
+            // The request may rest on an outdated state; its verification needs the present one.
             if (client->stale & stale::state) parts_->askState(*client);
         }
     }
@@ -263,8 +263,7 @@ void X11Desktop::performAction(const AccessibilityElement& element, Accessibilit
     parts_->sendSoon();
 }
 
-/// Whether some window is said to be where it was wished to be although it is not there yet. Nothing announces that it
-/// did not come.
+/// Whether some window is reported with its requested frame before it has it. If it refuses, no event announces that.
 bool X11Desktop::Parts::isAnyBelieved() const {
     const Seconds now = queue.uptime();
     return std::ranges::any_of(model.clientOrder(), [&](xcb_window_t window) {
@@ -276,7 +275,7 @@ bool X11Desktop::Parts::isAnyBelieved() const {
     });
 }
 
-/// What no `flush` follows is sent all the same, once the main thread has done what it is doing.
+/// Sends requests after the main thread's present work, for writes that no `flush` follows.
 void X11Desktop::Parts::sendSoon() {
     if (std::exchange(isSendDue, true)) return;
     queue.post(lifetime.guard([this] { send(); }));
@@ -290,7 +289,7 @@ void X11Desktop::Parts::send() {
         if (const auto given = requests.activated()) keyboard.noteGiven(*given);
         requests.send();
         mustFlush = true;
-        // A window that comes back and takes the keyboard is to be noticed at once.
+        // A restored window that takes the focus must be noticed at once.
         mustWatch = watch.isResting() && !watch.restsForPoll() && keyboard.kept(queue.uptime());
     }
     settle({});

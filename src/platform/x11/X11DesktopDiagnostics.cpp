@@ -1,4 +1,4 @@
-// What the desktop tells about its health: findings for users that wonder why a window does not move.
+// Diagnostics: reasons why windows may not be moved.
 #include "platform/x11/TilingManagers.h"
 #include "platform/x11/X11Parts.h"
 

@@ -1,4 +1,4 @@
-// What the server announces, and when the connection is listened to.
+// Events of the server, and when the connection is watched.
 #include "platform/x11/X11Parts.h"
 
 #include <algorithm>
@@ -9,10 +9,9 @@ using namespace x11;
 
 namespace {
 
-/// How long a window that was placed is looked after.
+/// How long the connection is watched without pauses after a window was placed.
 constexpr Seconds kPlacingTime{1.0};
-/// How long the connection goes unwatched at most while the next poll has something to find in any case: until that
-/// poll, which reads for itself, as a rule.
+/// The longest pause in watching the connection while the next poll will find changes anyway: normally until that poll.
 constexpr Seconds kRest{0.55};
 
 } // namespace
@@ -39,7 +38,7 @@ void X11Desktop::listen(Watch watch, std::function<void()> lost) {
     parts_->input.listen(watch);
 }
 
-/// Reads what has come and then either watches for more or looks again a little later.
+/// Reads events, and then either watches for more or reads again after a pause.
 void X11Desktop::Parts::readAndRest() {
     bool rests = false;
     {
@@ -55,21 +54,21 @@ void X11Desktop::Parts::readAndRest() {
     }
     {
         const MutexLock lock(mutex);
-        // Only one thread can read. To watch what another reads would be to wake up for nothing, over and over.
+        // Only one thread can read. Watching while the other reads would wake this thread again and again for nothing.
         watch.setRestsForPoll(isPollReading);
         rests = isPollReading || (rests && mayRest());
     }
     rests ? watch.rest(kRest) : watch.resume();
 }
 
-/// Not while a window is being placed: what it does then is answered at once.
+/// Not while a window is being placed: its events are handled at once.
 bool X11Desktop::Parts::mayRest() const {
     if (queue.uptime() - lastPlacing < kPlacingTime) return false;
     return !changes.isAwaited() && !keyboard.kept(queue.uptime()) && asked.empty() && !displays.isAsking() &&
            !hider.isAnyLeaving() && !hider.isAnyReturning();
 }
 
-/// Takes in what has come while nothing watched.
+/// Reads events that arrived during a pause.
 void X11Desktop::Parts::catchUp() {
     if (watch.isLookDue(queue.uptime())) unsettled.add(drain(xcb_poll_for_event));
 }
@@ -77,7 +76,7 @@ void X11Desktop::Parts::catchUp() {
 EventEffects X11Desktop::Parts::drain(xcb_generic_event_t* (*next)(xcb_connection_t*)) {
     EventEffects effects;
     while (const XReply<xcb_generic_event_t> event{next(connection->get())}) {
-        // Type 0 is the error of a request without a reply: a window that had gone.
+        // Type 0 is the error of a request without a reply: its window was destroyed.
         if (event->response_type == 0) continue;
         effects.askScreenPower |= screenPower.isHint(*event);
         effects.askScale |= displays.isScaleHint(*event);
@@ -87,14 +86,13 @@ EventEffects X11Desktop::Parts::drain(xcb_generic_event_t* (*next)(xcb_connectio
     return effects;
 }
 
-/// What only the main thread does about events.
+/// Handles the effects of events that concern the main thread.
 void X11Desktop::Parts::settle(EventEffects effects) {
     bool displaysChanged = false;
     {
         const MutexLock lock(mutex);
         effects.add(std::exchange(unsettled, {}));
-        // Sending, and looking for answers, also reads what else the server has said meanwhile, for which nothing would
-        // wake this thread.
+        // Flushing and collecting replies also read events; the descriptor does not become readable for those.
         for (bool again = true; again;) {
             displaysChanged |= actOn(effects);
             again = std::exchange(mustFlush, false);
@@ -114,7 +112,7 @@ void X11Desktop::Parts::settle(EventEffects effects) {
     changes.callBackIfDue();
 }
 
-/// True when the displays are others now.
+/// True if the displays have changed.
 bool X11Desktop::Parts::actOn(const EventEffects& effects) {
     if (std::exchange(model.hasChangedHands, false)) {
         hider.managerChanged();

@@ -1,4 +1,4 @@
-// Pointer, dividers and keys: `UserInput` does it.
+// Pointer, dividers and keys, implemented by `UserInput`.
 #include "platform/x11/X11Parts.h"
 
 namespace kova {
@@ -19,7 +19,7 @@ Subscription X11Desktop::addGlobalMonitor(std::function<void(const KeyPress&)> m
     return parts_->input.addGlobalMonitor(std::move(monitor));
 }
 
-/// No window of ours ever has the keyboard but for the moment in which a divider is dragged.
+/// No window of KOVA has the focus, so there are no local key presses.
 Subscription X11Desktop::addLocalMonitor(std::function<bool(const KeyPress&)>) {
     return {};
 }

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::uint32_t kMostProtocols = 32;
 
-/// Tells the window itself, as a window manager does when its close button is pressed.
+/// Sends the message to the window, as a window manager does for its close button.
 void sendProtocol(const XConnection& connection, xcb_window_t window, xcb_atom_t protocol) {
     xcb_client_message_event_t event{};
     event.response_type = XCB_CLIENT_MESSAGE;
@@ -37,7 +37,7 @@ std::optional<LaunchableApplication> X11Desktop::launchableApplication(const std
 
 void X11Desktop::launch(const LaunchableApplication& application, LaunchActivation activation,
                         LaunchCompletion completion) {
-    // The launcher outlives the desktop, the receiver of the outcome need not.
+    // The launcher outlives the desktop; the receiver of the outcome may not.
     if (parts_->launcher) {
         return parts_->launcher->launch(application, activation, parts_->lifetime.guard(std::move(completion)));
     }
@@ -59,7 +59,7 @@ bool X11Desktop::terminate(pid_t processIdentifier) {
         if (!client || client->processIdentifier != processIdentifier || client->isInputOnly) continue;
         const WindowKind kind = client->kind();
         if (kind == WindowKind::dock || kind == WindowKind::desktop) continue;
-        // A window that does not know how to be closed would be torn down by the message's usual substitute.
+        // For a window without this protocol, window managers would disconnect its program.
         const XConnection& connection = *parts_->connection;
         questions.add(connection.askProperty(window, connection.atoms()[Atom::wmProtocols], kMostProtocols),
                       [parts = parts_.get(), window](const void* reply) {
@@ -89,9 +89,9 @@ std::optional<std::string> X11Desktop::forceTerminate(pid_t processIdentifier) {
             if (const ClientWindow* client = parts_->model.client(window)) evidence.push_back(evidenceOf(*client));
         }
     }
-    // Without a window nothing says that the process is still the one meant: its number may be another's by now.
+    // Without a window the number may belong to another process by now.
     if (evidence.empty()) return "it has no window any more";
-    // One window that is attributed to the process by its own word alone is enough to doubt which one is meant.
+    // If the server does not confirm the process for one of the windows, the process is doubtful.
     const auto innerNumber = innerProcessNumber(processIdentifier);
     for (const OwnerEvidence& ofWindow : evidence) {
         if (auto doubt = whyUnverified(ofWindow, innerNumber)) return doubt;

@@ -1,4 +1,4 @@
-// What the main thread asks the server without waiting, and what it does once the answer is there.
+// Requests of the main thread whose replies it does not wait for, and what it does with them.
 #include "platform/x11/FocusRequests.h"
 #include "platform/x11/FrameRequests.h"
 #include "platform/x11/X11Parts.h"
@@ -32,14 +32,14 @@ void X11Desktop::Parts::askActiveWindow() {
                              });
 }
 
-/// What a window manager that has left said last means nothing.
+/// Ignored without a window manager: the property is a former one's.
 void X11Desktop::Parts::takeActiveWindow(xcb_window_t window) {
     if (!model.windowManager().isPresent) return;
     if (std::exchange(model.activeWindow, window) != window) changes.note();
     leaveKeyboard();
 }
 
-/// Gives the keyboard back when a window that was only to come back has taken it.
+/// Focuses the former window again when a window that was only to be restored took the focus.
 void X11Desktop::Parts::leaveKeyboard() {
     const ClientWindow* active = model.client(model.activeWindow);
     const ClientWindow* owner = active ? model.parentOf(*active) : nullptr;
@@ -53,7 +53,7 @@ void X11Desktop::Parts::leaveKeyboard() {
     sendSoon();
 }
 
-/// Asked at once and not by the next poll: a window that is being placed must be placed again by its new decorations.
+/// At once and not by the next poll: a window that is being placed must be placed again with its new decorations.
 void X11Desktop::Parts::askDecorations(xcb_window_t window) {
     const ClientWindow* framed = model.client(window);
     if (!framed) return;
@@ -69,7 +69,7 @@ void X11Desktop::Parts::askDecorations(xcb_window_t window) {
     if (framed->topLevel != kNoWindow && framed->topLevel != window) askFrame(questions, *connection, model, *framed);
 }
 
-/// The same, for the verification of a placement: a window that goes full screen meanwhile refuses no size.
+/// The same, for the verification of a placement: a window that enters full screen meanwhile refuses no size.
 void X11Desktop::Parts::askState(ClientWindow& client) {
     mustFlush = true;
     ++client.openStateQuestions;
@@ -107,7 +107,7 @@ void X11Desktop::Parts::askScreenPowerAgain() {
     settle({});
 }
 
-/// Whether the screens are dark, if there is an observer to tell.
+/// Queries whether the screens are off, if there is an observer.
 void X11Desktop::Parts::askScreenPower() {
     if (!screenPower.isObserved()) return;
     mustFlush = true;

@@ -12,7 +12,7 @@ namespace {
 
 constexpr double kThinnestHandlePoints = 8;
 constexpr xcb_timestamp_t kDoubleClickTime = 400; // milliseconds
-/// A press counts as the second of a double click only if the hand rested in between.
+/// A press counts as the second of a double click only if the pointer moved less in between.
 constexpr double kRestingPoints = 3;
 constexpr xcb_button_t kMainButton = 1;
 constexpr std::uint32_t kEscapeSymbol = 0xFF1B;
@@ -74,7 +74,7 @@ void DividerHandleWindows::show(const std::vector<HandlePlace>& places) {
             if (known->place != place) move(*known, place);
             continue;
         }
-        // Windows are put to other use where they can be: a new one is news to every program that watches the stack.
+        // Windows are reused: a new one is an event for every program that watches the stacking order.
         const auto free = std::ranges::find_if_not(spare, [&](const Shown& shown) { return isHeld(shown); });
         if (free == spare.end()) {
             made.push_back(create(place));
@@ -157,8 +157,8 @@ const DividerHandleWindows::Shown* DividerHandleWindows::find(xcb_window_t windo
 
 // The stack
 
-DividerHandleWindows::Neighbours DividerHandleWindows::neighbours() const {
-    Neighbours found;
+DividerHandleWindows::Neighbors DividerHandleWindows::neighbors() const {
+    Neighbors found;
     for (const xcb_window_t window : model_.stacking()) {
         const ClientWindow* client = model_.clientIn(window);
         if (!client || !model_.isShown(*client)) continue;
@@ -173,7 +173,7 @@ DividerHandleWindows::Neighbours DividerHandleWindows::neighbours() const {
 
 bool DividerHandleWindows::isMisplaced() const {
     if (shown_.empty() || isRestacking_) return false;
-    const Neighbours wanted = neighbours();
+    const Neighbors wanted = neighbors();
     std::size_t handles = 0;
     for (const xcb_window_t window : model_.stacking()) {
         if (find(window)) {
@@ -193,10 +193,10 @@ void DividerHandleWindows::keepInOrder() {
 }
 
 void DividerHandleWindows::restack() {
-    const auto [below, above] = neighbours();
+    const auto [below, above] = neighbors();
     const bool hasAbove = above != kNoWindow;
     for (const Shown& shown : shown_) {
-        // At the very bottom first: there it stays, out of the way of all others, should the other window have gone.
+        // First to the very bottom: there it stays, below all windows, if the sibling was destroyed meanwhile.
         const std::uint32_t atTheBottom = XCB_STACK_MODE_BELOW;
         xcb_configure_window(connection_.get(), shown.window, XCB_CONFIG_WINDOW_STACK_MODE, &atTheBottom);
         if (!hasAbove && below == kNoWindow) continue;
@@ -208,14 +208,14 @@ void DividerHandleWindows::restack() {
     }
     mustSend_ = true;
     if (std::exchange(isRestacking_, true)) return;
-    // Asking more often than the server answers would be asking for the same.
+    // One request at a time is enough, until the server has answered.
     asked_.emplace_back().add(xcb_get_input_focus(connection_.get()), [this](const void*) { isRestacking_ = false; });
 }
 
 // The hand
 
 bool DividerHandleWindows::take(const xcb_generic_event_t& event) {
-    switch (event.response_type) { // as the server tells; what other programs make up has another bit
+    switch (event.response_type) { // sent events have another bit, so they are ignored
     case XCB_BUTTON_PRESS:
         pressed(reinterpret_cast<const xcb_button_press_event_t&>(event), event.full_sequence);
         return true;
@@ -247,7 +247,7 @@ void DividerHandleWindows::pressed(const xcb_button_press_event_t& event, std::u
     const Shown* shown = find(event.event);
     if (!shown || event.detail != kMainButton) return;
     const bool isForAnother = shown->since && static_cast<std::int32_t>(sequence - *shown->since) < 0;
-    if (isForAnother) return; // whose handle this window was
+    if (isForAnother) return; // the window was another divider's handle at that time
     const std::string& id = shown->place.id;
     const auto before = std::exchange(lastClick_, std::nullopt);
     const bool isDouble = before && before->id == id && event.time - before->when <= kDoubleClickTime;
@@ -269,7 +269,7 @@ void DividerHandleWindows::moved(int x, int y) {
     held_->y = y;
     if (std::hypot(x - held_->startX, y - held_->startY) > held_->restingPixels) lastClick_.reset();
     if (held_->isUsedUp) return;
-    // Only the newest place matters.
+    // Only the newest position matters.
     const bool isNewer = !news_.empty() && news_.back().kind == DividerHandleEvent::Kind::moved;
     if (isNewer) news_.pop_back();
     news_.push_back({DividerHandleEvent::Kind::moved, held_->id, x, y});
@@ -302,7 +302,7 @@ void DividerHandleWindows::grabKeyboard() {
     xcb_connection_t* connection = connection_.get();
     const auto grabbed =
         xcb_grab_keyboard(connection, 0, held_->window, held_->since, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-    xcb_discard_reply(connection, grabbed.sequence); // another program may have it: then there is no Escape this time
+    xcb_discard_reply(connection, grabbed.sequence); // another program may hold the keyboard: then Escape does not work
     hasKeyboard_ = true;
     escapeKeys_.reset();
     keysPressed_.clear();

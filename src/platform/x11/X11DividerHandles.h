@@ -1,9 +1,9 @@
-// The windows by which dividers can be taken hold of: one for each, without a picture of its own, outside the window
-// manager's care, and directly below the lowest window that a user works with, so that it lies above the desktop and
-// never over a window. Only the main button is theirs; what other buttons do there is the desktop's affair.
+// One invisible override-redirect window for each divider, with which it is dragged. It is directly below the lowest
+// application window, so that it lies above the desktop window and never over an application. It reacts to the main
+// button only; other buttons reach the desktop.
 //
-// While one is held, the pointer is the server's to follow (a passive grab), and the keyboard is ours for Escape.
-// Requests are buffered, not sent.
+// During a drag the server sends all pointer events (passive grab), and the keyboard is grabbed for Escape. Requests
+// are buffered, not sent.
 #pragma once
 
 #include "platform/x11/PendingReplies.h"
@@ -19,19 +19,19 @@
 
 namespace kova::x11 {
 
-/// A handle's place, in root coordinates.
+/// A handle's position, in root coordinates.
 struct HandlePlace {
     std::string id;
     PixelRect rect;
     LayoutAxis axis = LayoutAxis::horizontal;
-    int restingPixels = 3; // how far the hand may move from one press to the next of a double click
+    int restingPixels = 3; // how far the pointer may move between the presses of a double click
     bool operator==(const HandlePlace&) const = default;
 };
 
-/// The place of a gap's handle: the gap (screen space), but at least 8 points across the axis.
+/// The handle of a gap (screen space): the gap itself, but at least 8 points across the axis.
 HandlePlace placeOfHandle(const std::string& id, const CGRect& gapOnScreen, LayoutAxis axis, const PointSpace& space);
 
-/// What the hand did with a handle; the point is in root coordinates.
+/// An event of a handle; the point is in root coordinates.
 struct HandleNews {
     DividerHandleEvent::Kind kind;
     std::string id;
@@ -41,20 +41,20 @@ struct HandleNews {
 
 class DividerHandleWindows {
   public:
-    /// `asked` gets the questions that the main thread does not wait for.
+    /// `asked` gets the requests whose replies the main thread does not wait for.
     DividerHandleWindows(const XConnection& connection, const WindowModel& model, std::deque<PendingReplies>& asked) :
         connection_(connection), model_(model), asked_(asked) {}
 
-    /// Exactly these are shown. One that is held and not among them is torn out of the hand.
+    /// Shows exactly these. The drag of a handle that is not among them ends.
     void show(const std::vector<HandlePlace>& places);
 
     /// True when the event is about the handles; then `act` has something to do.
     bool take(const xcb_generic_event_t& event);
     /// True when requests wait to be sent. Main thread.
     bool act();
-    /// Whether the handles are no longer where they belong in the stack, as far as the model knows it.
+    /// Whether the handles have a wrong position in the stacking order, by the model.
     bool isMisplaced() const;
-    /// Puts them there; `act` follows.
+    /// Restacks them; call `act` afterwards.
     void keepInOrder();
     std::vector<HandleNews> takeNews() { return std::exchange(news_, {}); }
 
@@ -62,7 +62,7 @@ class DividerHandleWindows {
     struct Shown {
         HandlePlace place;
         xcb_window_t window;
-        std::optional<std::uint32_t> since; // the request by which it was taken over from another divider
+        std::optional<std::uint32_t> since; // the request that moved the window here from another divider
     };
     struct Held {
         std::string id;
@@ -71,7 +71,7 @@ class DividerHandleWindows {
         int restingPixels = 0;
         int startX = 0, startY = 0;
         int x = 0, y = 0;
-        bool isUsedUp = false; // the second press of a double click, or Escape has let go
+        bool isUsedUp = false; // after the second press of a double click, or Escape
     };
     struct Click {
         std::string id;
@@ -79,9 +79,9 @@ class DividerHandleWindows {
     };
     /// Not mapped yet, and on top of all windows.
     xcb_window_t create(const HandlePlace& place);
-    /// Gives the number of the request.
+    /// Returns the sequence number of the request.
     std::uint32_t move(Shown& shown, const HandlePlace& place);
-    /// The window is this divider's from now on.
+    /// Uses the window for this divider from now on.
     void reuse(Shown shown, const HandlePlace& place);
     bool isHeld(const Shown& shown) const { return held_ && held_->window == shown.window; }
     xcb_cursor_t cursorFor(LayoutAxis axis);
@@ -94,12 +94,12 @@ class DividerHandleWindows {
     void grabKeyboard();
     void ungrabKeyboard();
     void restack();
-    struct Neighbours {
-        xcb_window_t below = kNoWindow; // the highest that shows the desktop
-        xcb_window_t above = kNoWindow; // the lowest of those that a user works with
+    struct Neighbors {
+        xcb_window_t below = kNoWindow; // the highest window of the desktop
+        xcb_window_t above = kNoWindow; // the lowest application window
     };
-    /// Between which windows the handles belong.
-    Neighbours neighbours() const;
+    /// The windows between which the handles belong.
+    Neighbors neighbors() const;
 
     const XConnection& connection_;
     const WindowModel& model_;
@@ -108,11 +108,11 @@ class DividerHandleWindows {
     std::vector<HandleNews> news_;
     std::optional<Held> held_;
     std::optional<Click> lastClick_;
-    std::vector<xcb_keycode_t> keysPressed_; // not looked at yet
+    std::vector<xcb_keycode_t> keysPressed_; // not handled yet
     std::optional<std::vector<xcb_keycode_t>> escapeKeys_;
     bool mustGrabKeyboard_ = false;
     bool hasKeyboard_ = false;
-    bool isRestacking_ = false; // asked for, and not done yet
+    bool isRestacking_ = false; // requested, not confirmed yet
     xcb_font_t cursorFont_ = XCB_NONE;
     xcb_cursor_t sidewaysCursor_ = XCB_NONE, upDownCursor_ = XCB_NONE;
     bool mustSend_ = false;

@@ -14,7 +14,7 @@ namespace {
 constexpr std::uint16_t kXkbMajor = 1, kXkbMinor = 0;
 constexpr xcb_xkb_device_spec_t kCoreKeyboard = XCB_XKB_ID_USE_CORE_KBD;
 constexpr std::uint16_t kMapParts = XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
-/// For as long as a menu takes to close.
+/// Enough time for a menu to close.
 constexpr int kRecordingTries = 20;
 
 } // namespace
@@ -39,7 +39,7 @@ Keyboard::Keyboard(const XConnection& connection, std::deque<PendingReplies>& as
 }
 
 void Keyboard::begin() {
-    // A key that is held is told as pressed again and again, and as released once.
+    // A key that is held sends presses again and again, and one release.
     const auto flags =
         xcb_xkb_per_client_flags(connection_.get(), kCoreKeyboard, XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT,
                                  XCB_XKB_PER_CLIENT_FLAG_DETECTABLE_AUTO_REPEAT, 0, 0, 0);
@@ -63,7 +63,7 @@ void Keyboard::askForMap() {
     questions.add(xcb_xkb_get_state(server, kCoreKeyboard), [this](const void* reply) {
         if (reply) group_ = static_cast<const xcb_xkb_get_state_reply_t*>(reply)->group;
     });
-    // The answers of one batch are taken one after the other, and live until all are taken.
+    // The replies of one batch are used one after the other, and stay valid until all are used.
     const auto names = std::make_shared<const void*>(nullptr);
     questions.add(xcb_xkb_get_names(server, kCoreKeyboard, XCB_XKB_NAME_DETAIL_KEY_NAMES),
                   [names](const void* reply) { *names = reply; });
@@ -85,7 +85,7 @@ void Keyboard::takeMap(const void* names, const void* map) {
 
 bool Keyboard::take(const xcb_generic_event_t& event) {
     if (firstEvent_ == 0) return false;
-    switch (event.response_type) { // as the server tells; what other programs make up has another bit
+    switch (event.response_type) { // sent events have another bit, so they are ignored
     case 0:
         return takeError(event);
     case XCB_KEY_PRESS:
@@ -99,7 +99,7 @@ bool Keyboard::take(const xcb_generic_event_t& event) {
         break;
     }
     if (event.response_type != firstEvent_) return false;
-    // All events of XKB have their kind in the same place.
+    // All XKB events have their type at the same offset.
     const auto& told = reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event);
     if (told.xkbType == XCB_XKB_STATE_NOTIFY) {
         group_ = told.group;
@@ -131,7 +131,7 @@ bool Keyboard::takeKey(const xcb_key_press_event_t& event, bool isPress) {
     return true;
 }
 
-/// Some may still be down; whether they repeat is told by how long the server waits for that.
+/// Some keys may still be down; the server's repeat delay tells whether a press is a repetition.
 void Keyboard::loseSightOfKeys() {
     held_.loseSight();
     mustSend_ = true;
@@ -199,7 +199,7 @@ void Keyboard::updateClaims() {
         hasChanged |= claim.isHeldByOther;
         ungrab(claim);
     }
-    // What was given up may share keys with what is claimed anew, so it goes first.
+    // Old combinations may share keys with new ones, so they are released first.
     for (Claim& claim : wanted) {
         const auto known = sameIn(claims_, claim);
         if (known != claims_.end()) {
@@ -219,7 +219,7 @@ void Keyboard::tryHeld() {
     bool any = false;
     for (Claim& claim : claims_) {
         if (!claim.isHeldByOther) continue;
-        // Given up in the same breath: what is pressed meanwhile is still the other program's.
+        // Released at once: presses still go to the other program.
         grab(claim);
         ungrab(claim);
         any = true;
@@ -239,8 +239,8 @@ void Keyboard::grab(Claim& claim) {
     if (hasInputExtension_) askOtherKindOfGrab(claim);
 }
 
-/// The server lets claims of its extension for input devices stand beside the others, and gives a press to the one that
-/// came last. So that one is tried, too, for no longer than it takes to find out.
+/// The server allows XInput grabs beside core grabs and gives a press to the client that grabbed last. So an XInput
+/// grab is tried as well, just long enough to get the result.
 void Keyboard::askOtherKindOfGrab(const Claim& claim) {
     std::map<xcb_keycode_t, std::vector<std::uint32_t>> statesByKey;
     for (const auto& [key, state] : claim.grabs) statesByKey[key].push_back(state);
@@ -271,8 +271,8 @@ void Keyboard::ungrab(Claim& claim) {
     for (const auto& [key, state] : claim.grabs) xcb_ungrab_key(connection_.get(), key, connection_.root(), state);
 }
 
-/// A combination that cannot be had is told by an error, and one that can by nothing: the answer to a later question
-/// says that no more errors come.
+/// A failed grab yields an error, a successful one nothing; the reply to a later request shows that no more errors will
+/// come.
 void Keyboard::askWhetherRefused() {
     mustSend_ = true;
     ++questionsOpen_;
@@ -281,9 +281,9 @@ void Keyboard::askWhetherRefused() {
     });
 }
 
-/// Once every error has been taken.
+/// Call once all errors have been handled.
 void Keyboard::settleClaims() {
-    if (questionsOpen_ != 0) return; // asked again meanwhile
+    if (questionsOpen_ != 0) return; // there was another request since
     unanswered_.clear();
     bool hasChanged = std::exchange(mustTell_, false);
     bool isAnyFree = false;
@@ -293,7 +293,7 @@ void Keyboard::settleClaims() {
             isAnyFree = true;
             continue;
         }
-        // With some locks it may be free and with others not: that would be hard to understand.
+        // A combination that works with some lock states only would confuse the user.
         if (claim.isRefused && claim.isGrabbed) ungrab(claim);
         hasChanged |= std::exchange(claim.isHeldByOther, claim.isRefused) != claim.isRefused;
     }
@@ -323,7 +323,7 @@ void Keyboard::tryRecording() {
     if (!isRecording_ || hasKeyboard_) return;
     mustSend_ = true;
     PendingReplies& questions = asked_.emplace_back();
-    // Keys that are down already were pressed for something else.
+    // Keys that are down already do not belong to the shortcut.
     const auto down = std::make_shared<HeldKeys::Bits>();
     questions.add(xcb_query_keymap(connection_.get()), [down](const void* reply) {
         if (reply) std::ranges::copy(static_cast<const xcb_query_keymap_reply_t*>(reply)->keys, down->begin());
@@ -334,7 +334,7 @@ void Keyboard::tryRecording() {
         const auto* answer = static_cast<const xcb_grab_keyboard_reply_t*>(reply);
         const bool isOurs = answer && answer->status == XCB_GRAB_STATUS_SUCCESS;
         if (!isRecording_) {
-            // Given up while the answer was on its way.
+            // The recording ended before the reply.
             if (isOurs) xcb_ungrab_keyboard(connection_.get(), XCB_CURRENT_TIME);
             mustSend_ |= isOurs;
         } else if (isOurs) {

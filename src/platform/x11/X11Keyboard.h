@@ -1,9 +1,9 @@
-// Key presses, wherever on the desktop the keyboard is: combinations that are claimed from the server, so that no
-// other program hears of them, and for a moment the whole keyboard while a shortcut is recorded.
+// Key presses, whichever window is focused: passive grabs of combinations, so that no other program gets them, and a
+// grab of the whole keyboard while a shortcut is recorded.
 //
-// A claim holds with Caps Lock, Num Lock and Scroll Lock on or off, and follows the keyboard: another layout, another
-// keyboard, another modifier. A combination that another program has claimed stays with it, and is tried again whenever
-// that may have changed; nothing wakes up for that alone.
+// A combination is grabbed for all states of Caps Lock, Num Lock and Scroll Lock, and again after changes of layout,
+// keyboard or modifiers. A combination that another program holds is tried again whenever that may have changed; no
+// timer wakes the agent for that.
 #pragma once
 
 #include "platform/x11/HeldKeys.h"
@@ -21,10 +21,10 @@ namespace kova::x11 {
 
 struct KeyNews {
     enum class Kind {
-        pressed,      // a claimed combination, or what was pressed with it
-        recorded,     // any key, while the keyboard is ours
+        pressed,      // a grabbed combination, or a key pressed with it
+        recorded,     // any key, while the keyboard is grabbed
         notRecording, // another program holds the keyboard
-        claimsKnown,  // which keys other programs hold
+        claimsKnown,  // which combinations other programs hold
     };
     Kind kind;
     KeyPress press{};
@@ -32,19 +32,20 @@ struct KeyNews {
 
 class Keyboard {
   public:
-    /// Waits for the server. `asked` gets the questions that the main thread does not wait for; `tryAgain` calls `try`
-    /// a little later, on the main thread.
+    /// Waits for the server. `asked` gets the requests whose replies the main thread does not wait for; `tryAgain` must
+    /// call `tryRecording` after a pause, on the main thread.
     Keyboard(const XConnection& connection, std::deque<PendingReplies>& asked, std::function<void()> tryAgain);
 
-    /// False on a server that cannot tell its keys by name: nothing is heard there.
+    /// False on a server without XKB names of keys: no key is reported.
     bool isUsable() const { return firstEvent_ != 0; }
-    /// What is to be claimed, in place of what was before; held only while there are listeners and none records.
+    /// Sets the combinations to grab, which replace the former ones. They are grabbed only while there are observers
+    /// and no recording.
     void claim(std::vector<KeyCombination> combinations);
     void listen(bool listens);
     void record(bool records);
-    /// Tries to claim what another program held.
+    /// Tries again to grab combinations that another program held.
     void tryHeld();
-    /// Tries to get the whole keyboard; `act` follows.
+    /// Tries to grab the whole keyboard; call `act` afterwards.
     void tryRecording();
 
     bool isListening() const { return isListening_; }
@@ -63,10 +64,10 @@ class Keyboard {
         KeyCombination combination;
         std::vector<std::pair<xcb_keycode_t, std::uint16_t>> grabs; // key and state
         bool isGrabbed = false;                                     // not only tried
-        bool isRefused = false;                                     // the newest try, as far as is known
+        bool isRefused = false;                                     // the result of the newest try, if known
         bool isHeldByOther = false;
     };
-    struct Grab { // whose answer is awaited
+    struct Grab { // a request without a result yet
         unsigned int sequence;
         KeyCombination combination;
     };
@@ -89,7 +90,7 @@ class Keyboard {
     const XConnection& connection_;
     std::deque<PendingReplies>& asked_;
     std::function<void()> tryAgain_;
-    std::uint8_t firstEvent_ = 0; // of XKB; 0: the server has none of use
+    std::uint8_t firstEvent_ = 0; // of XKB; 0: the extension is not usable
     bool hasInputExtension_ = false;
     KeyboardMap map_;
     std::uint8_t group_ = 0;
@@ -105,7 +106,7 @@ class Keyboard {
     std::vector<Grab> unanswered_;
     int questionsOpen_ = 0;
     bool areAnswersIn_ = false;
-    bool mustTell_ = false; // that the claims are known, even if nothing about them is new
+    bool mustTell_ = false; // report `claimsKnown` even if nothing has changed
 
     HeldKeys held_;
     bool mustSend_ = false;

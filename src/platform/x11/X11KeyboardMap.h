@@ -1,5 +1,5 @@
-// The keyboard as the server describes it: which key is which by the Mac's numbers, what the layouts write on each, and
-// which bits of an event's state stand for which modifier. A value, made of the answers of the server.
+// The keyboard as the server describes it: the Mac's number of each key, the characters of the layouts on it, and the
+// bits of an event's state for each modifier. A value made from the server's replies.
 #pragma once
 
 #include "windowing/KeyMonitorServicing.h"
@@ -18,14 +18,14 @@ struct xcb_xkb_get_names_reply_t;
 
 namespace kova::x11 {
 
-/// The Mac's number of the key that XKB calls so ("AC01"); absent for keys that a Mac does not know.
+/// The Mac's number of the key with that XKB name ("AC01"); absent for keys that a Mac does not have.
 std::optional<std::uint16_t> macKeyCodeNamed(std::string_view xkbName);
 
 /// One key as the server describes it.
 struct KeyboardKey {
     std::string name;                                // of XKB
     std::vector<std::vector<std::uint32_t>> symbols; // by group, then level
-    std::uint8_t outOfRangeGroups = 0;               // what becomes of groups that it does not have, as XKB writes it
+    std::uint8_t outOfRangeGroups = 0;               // XKB's rule for groups that the key does not have
     std::uint8_t modifiers = 0;                      // bits that it sets while it is held
 };
 
@@ -37,12 +37,12 @@ class KeyboardMap {
     /// The keys by the server's key code.
     explicit KeyboardMap(const std::array<KeyboardKey, kKeyCount>& keys);
 
-    /// Absent for keys that a Mac does not know, and for those that only modify others.
+    /// Absent for keys that a Mac does not have, and for modifier keys.
     std::optional<std::uint16_t> macKeyCode(xcb_keycode_t key) const;
     /// Usually one; none when the keyboard has no such key.
     std::vector<xcb_keycode_t> keysOf(std::uint16_t macKeyCode) const;
-    /// What the layout of the group writes there without modifiers, in UTF-8; empty when that is no character. A dead
-    /// key has its accent.
+    /// The character of the key in the group's layout without modifiers, in UTF-8; empty if there is none. A dead key
+    /// gives its accent.
     std::string characters(std::uint16_t macKeyCode, std::uint8_t group) const;
 
     /// Flags of `modifierFlag` for the state of an event.
@@ -69,7 +69,7 @@ class KeyboardMap {
     std::vector<std::uint16_t> lockStates_{0};
 };
 
-/// What the server tells of the keys: with names, symbols and modifiers.
+/// From the server's replies with names, symbols and modifiers.
 KeyboardMap keyboardMapOf(const xcb_xkb_get_names_reply_t& names, const xcb_xkb_get_map_reply_t& map);
 
 } // namespace kova::x11

@@ -1,5 +1,5 @@
-// What X11Desktop is made of, shared by the files that answer its protocols: objects that each own one concern, and
-// what holds the order of events between them. `mutex` guards the model and all that is computed from it.
+// The implementation of X11Desktop, shared by the files that implement its interfaces: objects that each own one
+// concern, and the functions that order events between them. `mutex` guards the model and all that is computed from it.
 #pragma once
 
 #include "platform/x11/ChangeNotice.h"
@@ -30,7 +30,7 @@ struct X11Desktop::Parts {
     std::unique_ptr<x11::XConnection> connection;
     MainQueue& queue;
     ApplicationLauncher* launcher; // null: nothing can be launched
-    const Seconds patienceAtTheEnd;
+    const Seconds returnTimeoutAtEnd;
     const x11::ClientProcesses processes;
     const std::thread::id mainThread = std::this_thread::get_id();
 
@@ -47,27 +47,27 @@ struct X11Desktop::Parts {
     x11::ConnectionWatch watch;
     Observers<> screenObservers;
 
-    // Held for short copies and while requests are buffered and sent; not while a thread waits for the server, but at
-    // opening and at the end.
+    // Held for short copies and while requests are buffered and sent; never while a thread waits for the server, except
+    // in `open` and the destructor.
     mutable Mutex mutex;
     bool isPollReading KOVA_GUARDED_BY(mutex) = false; // the polling queue waits for replies
     x11::WindowModel model KOVA_GUARDED_BY(mutex);
     x11::DisplayKeeper displays KOVA_GUARDED_BY(mutex);
     x11::ScreenPowerNotices screenPower KOVA_GUARDED_BY(mutex);
     std::deque<x11::PendingReplies>
-        asked KOVA_GUARDED_BY(mutex); // by the main thread, which does not wait for the replies
+        asked KOVA_GUARDED_BY(mutex); // requests of the main thread, which does not wait for the replies
     bool isPointerAsked KOVA_GUARDED_BY(mutex) = false;
     x11::RequestQueue requests KOVA_GUARDED_BY(mutex);
     x11::KeyboardKeeper keyboard KOVA_GUARDED_BY(mutex);
     x11::WindowHider hider KOVA_GUARDED_BY(mutex);
-    x11::EventEffects unsettled KOVA_GUARDED_BY(mutex); // found by the polling queue, for the main thread to act on
+    x11::EventEffects unsettled KOVA_GUARDED_BY(mutex); // found on the polling queue, to be handled on the main thread
 
     // These lock the mutex themselves
     x11::UserInput input;
     x11::ModelRefresh refresh; // the polling queue's
     Lifetime lifetime;
 
-    // Events (X11DesktopEvents.cpp) and questions (X11DesktopQueries.cpp)
+    // Events (X11DesktopEvents.cpp) and requests with replies (X11DesktopQueries.cpp)
     void readEverything();
     x11::EventEffects drain(xcb_generic_event_t* (*next)(xcb_connection_t*)) KOVA_REQUIRES(mutex);
     void readAndRest() KOVA_EXCLUDES(mutex);
@@ -76,7 +76,7 @@ struct X11Desktop::Parts {
     void settle(x11::EventEffects effects) KOVA_EXCLUDES(mutex); // main thread
     void bringUpToDate() KOVA_EXCLUDES(mutex);                   // polling queue, or while opening
     bool actOn(const x11::EventEffects& effects) KOVA_REQUIRES(mutex);
-    void takeReplies() KOVA_REQUIRES(mutex); // those that have come
+    void takeReplies() KOVA_REQUIRES(mutex); // the ones that have arrived
     void askActiveWindow() KOVA_REQUIRES(mutex);
     void takeActiveWindow(xcb_window_t window) KOVA_REQUIRES(mutex);
     void leaveKeyboard() KOVA_REQUIRES(mutex);
@@ -100,7 +100,7 @@ struct X11Desktop::Parts {
         KOVA_REQUIRES(mutex);
 
     // Writing, main thread
-    void keepActive(xcb_window_t window) KOVA_EXCLUDES(mutex);         // whatever has come back meanwhile
+    void keepActive(xcb_window_t window) KOVA_EXCLUDES(mutex);         // although other windows were restored since
     void takeOverLeftWindows(bool waitsToSettle) KOVA_EXCLUDES(mutex); // waits for the server
     bool isAnyBelieved() const KOVA_REQUIRES(mutex);
     void sendSoon();

@@ -6,10 +6,10 @@ namespace kova::x11 {
 
 namespace {
 
-/// Buttons above are the wheel and the thumb's.
-constexpr std::uint32_t kButtonsOfTheHand = 3;
+/// Higher buttons are the wheel and the thumb buttons.
+constexpr std::uint32_t kLastPointerButton = 3;
 
-/// Raw events come in spite of the grabs of others since this version.
+/// Since this version raw events arrive in spite of other programs' grabs.
 constexpr std::uint16_t kMajorVersion = 2, kMinorVersion = 1;
 
 std::uint8_t extensionIn(const XConnection& connection) {
@@ -58,7 +58,7 @@ bool PointerWatch::take(const xcb_generic_event_t& event) {
     switch (raw.event_type) {
     case XCB_INPUT_RAW_BUTTON_PRESS:
     case XCB_INPUT_RAW_BUTTON_RELEASE:
-        hasButtonChanged_ |= isFollowing_ && raw.detail <= kButtonsOfTheHand;
+        hasButtonChanged_ |= isFollowing_ && raw.detail <= kLastPointerButton;
         return true;
     case XCB_INPUT_RAW_MOTION:
         hasMoved_ |= isFollowing_;
@@ -72,7 +72,7 @@ bool PointerWatch::act() {
     const bool hasMoved = std::exchange(hasMoved_, false) && isHeld_ && !isLookDue_;
     if (std::exchange(hasButtonChanged_, false) || hasMoved) ask();
     if (hasMoved) {
-        // Enough is known: where it is now, and in a while where it is then.
+        // The reply gives the position now; motion events are selected again after the pause.
         isLookDue_ = true;
         listen(false);
         lookAgain_();
@@ -102,7 +102,7 @@ void PointerWatch::answered(const xcb_query_pointer_reply_t& pointer) {
                       : !wasDown ? PointerEvent::Kind::pressed
                                  : PointerEvent::Kind::moved;
     const PointerNews now{kind, pointer.root_x, pointer.root_y, (pointer.mask & XCB_KEY_BUT_MASK_SHIFT) != 0};
-    // Listening begins before the place is known, or a movement in between would not be told.
+    // Motion is selected before the position is known; otherwise a movement in between would be lost.
     if (kind == PointerEvent::Kind::pressed) {
         listen(true);
         ask();

@@ -1,10 +1,9 @@
-// Follows the pointer's main button wherever on the desktop it is pressed, by the raw events of the XInput extension,
-// which come whichever program has grabbed the pointer. They tell that something happened but not where: that is asked,
-// and the main thread does not wait for the answer. Whether the button is down is taken from the answer, too, so that
-// buttons that the user has swapped are the right ones.
+// Follows the pointer's main button on the whole desktop, by the raw events of the XInput extension, which arrive
+// whichever program has grabbed the pointer. Raw events have no position, so it is queried, without waiting for the
+// reply. The state of the button comes from the reply as well, so that swapped buttons are handled.
 //
-// A mouse that is moved without a button causes no wake-up: movements are listened to only while the button is held,
-// and then at most 60 times a second.
+// Motion without a button causes no wake-up: motion events are selected only while the button is down, and handled at
+// most 60 times a second.
 #pragma once
 
 #include "platform/x11/PendingReplies.h"
@@ -19,7 +18,7 @@
 
 namespace kova::x11 {
 
-/// What the pointer did; the point is in root coordinates.
+/// An event of the pointer; the point is in root coordinates.
 struct PointerNews {
     PointerEvent::Kind kind;
     int x = 0;
@@ -30,25 +29,25 @@ struct PointerNews {
 
 class PointerWatch {
   public:
-    /// Waits for the server. `asked` gets the questions that the main thread does not wait for; `lookAgain` calls
-    /// `look` a little later, on the main thread.
+    /// Waits for the server. `asked` gets the requests whose replies the main thread does not wait for; `lookAgain`
+    /// must call `look` after a pause, on the main thread.
     PointerWatch(const XConnection& connection, std::deque<PendingReplies>& asked, std::function<void()> lookAgain);
 
-    /// Begins to listen, or ceases to.
+    /// Selects or deselects the events.
     void follow(bool follows);
     bool isFollowing() const { return isFollowing_; }
 
     /// True when the event is about the pointer; then `act` has something to do.
     bool take(const xcb_generic_event_t& event);
-    /// A window moved: the pointer may have, too. Not every movement is told, some programs move the pointer
-    /// themselves. And a window that follows the hand late must be looked at though the hand rests by then.
+    /// Call when a window moved. The pointer may have moved as well, since programs can move it without an event; and a
+    /// window that follows the pointer late must be handled although the pointer has stopped.
     void noteMovement() {
         hasMoved_ |= isHeld_;
         hasWindowMoved_ |= isHeld_;
     }
     /// True when requests wait to be sent. Main thread.
     bool act();
-    /// Once the time has come to listen to movements again; `act` follows.
+    /// Selects motion events again after the pause; call `act` afterwards.
     void look();
     std::vector<PointerNews> takeNews() { return std::exchange(news_, {}); }
 
@@ -60,13 +59,13 @@ class PointerWatch {
     const XConnection& connection_;
     std::deque<PendingReplies>& asked_;
     std::function<void()> lookAgain_;
-    std::uint8_t extension_ = 0; // its major opcode; 0: the server has none of use
+    std::uint8_t extension_ = 0; // its major opcode; 0: the extension is not usable
     bool isFollowing_ = false;
     bool isHeld_ = false;
     bool isLookDue_ = false;
     bool hasButtonChanged_ = false;
     bool hasMoved_ = false;
-    bool hasWindowMoved_ = false; // and nothing was told since
+    bool hasWindowMoved_ = false; // and no event was reported since
     bool mustSend_ = false;
     PointerNews last_{};
     std::vector<PointerNews> news_;

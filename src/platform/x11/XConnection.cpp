@@ -99,8 +99,8 @@ void XConnection::sendToWindowManager(xcb_window_t window, Atom message,
     event.window = window;
     event.type = atoms_[message];
     std::memcpy(event.data.data32, data.data(), sizeof event.data.data32);
-    // Only the window manager redirects the root's children, so only it is told: listeners of the root, ourselves among
-    // them, are not woken.
+    // With this mask only the window manager gets the event; other programs that watch the root, and KOVA itself, are
+    // not woken.
     xcb_send_event(connection_, 0, root(), XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT, reinterpret_cast<const char*>(&event));
 }
 

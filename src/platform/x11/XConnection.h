@@ -1,6 +1,6 @@
-// The connection to the X server: its atoms, its root window, and the sending of requests. Nothing here waits for a
-// reply once `open` has returned, except what says so. Threads: xcb serialises requests of all threads. Errors of
-// requests without a reply arrive as events and are dropped there: they mean that a window has gone.
+// The connection to the X server: its atoms, its root window, and the sending of requests. After `open` no function
+// waits for a reply unless it says so. Threads: xcb serializes requests of all threads. Errors of requests without a
+// reply arrive as events and are dropped there: they mean that a window was destroyed.
 #pragma once
 
 #include <xcb/xcb.h>
@@ -92,13 +92,13 @@ struct Freed {
 template <class T>
 using XReply = std::unique_ptr<T, Freed>;
 
-/// Whether what carries the one number happened no earlier than the request with the other. The server numbers all that
-/// it says by the last request that it had carried out; the numbers wrap around.
+/// Whether an event with that sequence number happened at or after the request. Each event has the number of the last
+/// request that the server had carried out; the numbers wrap around.
 inline bool isAtOrAfter(std::uint32_t sequence, std::uint32_t request) {
     return static_cast<std::int32_t>(sequence - request) >= 0;
 }
 
-/// A property as the server gave it; not yet believed.
+/// A property as the server returned it; not validated.
 struct PropertyView {
     xcb_atom_t type = XCB_ATOM_NONE;
     int format = 0;
@@ -110,7 +110,7 @@ PropertyView viewOf(const xcb_get_property_reply_t* reply);
 
 class XConnection {
   public:
-    /// The connection, or one sentence saying why there is none and what to do. Waits for the server.
+    /// The connection, or a sentence that says why it failed and what to do. Waits for the server.
     static std::variant<std::unique_ptr<XConnection>, std::string> open(const std::optional<std::string>& displayName);
     ~XConnection();
     XConnection(const XConnection&) = delete;
@@ -126,7 +126,7 @@ class XConnection {
 
     /// Asks for a property of any type; sends nothing yet.
     xcb_get_property_cookie_t askProperty(xcb_window_t window, xcb_atom_t property, std::uint32_t lengthInWords) const;
-    /// To the window manager about a window, as a pager speaks.
+    /// Sends a client message about a window to the window manager, as a pager does.
     void sendToWindowManager(xcb_window_t window, Atom message, const std::array<std::uint32_t, 5>& data) const;
     void flush() const { xcb_flush(connection_); }
 

@@ -19,7 +19,7 @@ struct PixelRect {
     bool operator==(const PixelRect&) const = default;
 };
 
-/// Pixels along the four sides of a rectangle; negative where the side moves the other way.
+/// Pixels by which the four sides of a rectangle move outwards; negative for inwards.
 struct PixelEdges {
     int left = 0;
     int right = 0;
@@ -50,7 +50,7 @@ inline bool contains(const PixelRect& r, int x, int y) {
     return x >= r.x && x < r.right() && y >= r.y && y < r.bottom();
 }
 
-/// What the server can express; a request beyond that would wrap around.
+/// The protocol's largest coordinate; a larger one would wrap around.
 inline constexpr int kLargestCoordinate = 32767;
 
 /// Edges are rounded, not sizes, so that neighbours that share an edge keep sharing it.

@@ -1,4 +1,4 @@
-// The Mac, held to the promises of the seam. It opens windows on the desktop of whoever runs it, who has to allow the
+// Contract tests of the Mac. They open windows on the desktop of the user, who has to allow the
 // test program to use the accessibility interface first, and to keep the hands off meanwhile.
 #include "platform/macos/CoreFoundation.h"
 #include "platform/macos/DispatchQueues.h"

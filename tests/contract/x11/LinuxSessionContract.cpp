@@ -21,7 +21,7 @@ class LinuxSessionStage final : public SessionStage {
     }
     SystemActivityServicing& activity() override { return *session_; }
     SessionServicing& session() override { return *session_; }
-    /// Of dark screens the desktop tells.
+    /// Events of screens come from the desktop.
     bool canUndergo(SystemActivityEvent event) const override {
         return event != SystemActivityEvent::screensDidSleep && event != SystemActivityEvent::screensDidWake;
     }

@@ -1,5 +1,4 @@
-// Desktops on X11, with a window manager and without one, held to the promises of the seam; and what Linux brings
-// beside them.
+// Contract tests of desktops on X11, with a window manager and without one, and of the Linux implementations.
 #include "platform/linux/DesktopLauncher.h"
 #include "platform/linux/EventLoop.h"
 #include "platform/linux/FilePreferencesStore.h"
@@ -49,7 +48,7 @@ class X11Stage final : public ContractDesktop {
         auto opened = X11Desktop::open({.displayName = server_.displayName(),
                                         .hiddenWindowsFile = server_.folder() + "/hidden.json",
                                         .launcher = &launcher_,
-                                        .patienceAtTheEnd = Seconds(10),
+                                        .returnTimeoutAtEnd = Seconds(10),
                                         .asksForProcesses = false}, // all clients are of this process
                                        loop_, catalogue_);
         if (const auto* failure = std::get_if<X11Desktop::Failure>(&opened)) throw std::runtime_error(failure->reason);
@@ -80,7 +79,7 @@ class X11Stage final : public ContractDesktop {
                          .knowsDelete = true,
                          .transientFor = opening.dialogOf ? windows_.at(*opening.dialogOf).window : xcb_window_t{}});
         windows_[opening.title] = {&client, window};
-        // Its window manager has taken it in, decorated it, and put it where it likes.
+        // The window manager has listed, decorated and placed it.
         const auto isSettled = [&] {
             const auto listed = client.numbers(client.root(), "_NET_CLIENT_LIST");
             return manager_ == Manager::none || (std::ranges::find(listed, window) != listed.end() &&
@@ -228,7 +227,7 @@ class X11Stage final : public ContractDesktop {
         command.insert(command.begin(), "xdotool");
         ASSERT_EQ(server_.start(command).wait(), 0);
     }
-    /// The library's own way to write this request trips over records without outputs.
+    /// The library's function for this request cannot write a monitor without outputs.
     void addMonitor(const char* name, bool isPrimary, int x, int width) {
         struct {
             xcb_randr_set_monitor_request_t request{};
