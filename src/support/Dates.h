@@ -1,5 +1,5 @@
-// Dates as records hold them: a moment to the microsecond, and the two ways in which it is written. Every date that can
-// be read, from the year 0000 to the year 9999, can be written in both.
+// Dates of stored records, to the microsecond, and their two formats. Every date that can be read, from the year 0000
+// to 9999, can be written in both.
 #pragma once
 
 #include <chrono>

@@ -1,5 +1,5 @@
-// The result of reading a stored record: the record, or what is wrong with it and where. Code that only passes records
-// on needs no other header.
+// The result of decoding a stored record: the record, or an error with its place. Code that only passes records on
+// needs no other header.
 #pragma once
 
 #include <stdexcept>
@@ -18,7 +18,7 @@ class DecodingError : public std::runtime_error {
     std::string path_;
 };
 
-/// What a decode function gives: the record, or what is wrong and where.
+/// The record, or an error with its place.
 template <class T>
 using Decoded = std::variant<T, DecodingError>;
 

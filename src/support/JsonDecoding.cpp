@@ -6,11 +6,11 @@ namespace kova {
 
 namespace {
 
-/// The library's reason without what it puts before it: names and numbers of its own.
+/// The library's reason without its prefix of error names and numbers.
 std::string after(std::string_view mark, std::string_view text) {
     const auto at = text.find(mark);
     const std::string_view reason = at == std::string_view::npos ? text : text.substr(at + mark.size());
-    // The library quotes what it read last, which may be as long as the document.
+    // The library quotes the last token, which may be as long as the document.
     constexpr std::size_t kLongestReason = 300;
     return reason.size() <= kLongestReason ? std::string(reason) : std::string(reason.substr(0, kLongestReason)) + "…";
 }
@@ -40,7 +40,7 @@ std::string shownKey(std::string_view key) {
     constexpr std::size_t kLongestKey = 100;
     if (key.size() <= kLongestKey) return std::string(key);
     std::size_t end = kLongestKey;
-    while (end > 0 && (static_cast<unsigned char>(key[end]) & 0xC0) == 0x80) --end; // no character in half
+    while (end > 0 && (static_cast<unsigned char>(key[end]) & 0xC0) == 0x80) --end; // keep characters whole
     return std::string(key.substr(0, end)) + "…";
 }
 
@@ -72,7 +72,7 @@ std::int64_t JsonCursor::integer() const {
     if (!value_->is_number()) fail("expected an integer");
     const double number = value_->get<double>();
     if (std::trunc(number) != number) fail("expected an integer");
-    // An integer below the least one reaches us as this very double, so it cannot be told from it.
+    // The library gives an integer below the smallest one as this double, so the double is refused as well.
     if (number <= -9.2233720368547758e18 || number >= 9.2233720368547758e18) fail("integer out of range");
     return static_cast<std::int64_t>(number);
 }

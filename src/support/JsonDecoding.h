@@ -45,16 +45,15 @@ class JsonCursor {
     std::string path_;
 };
 
-/// A key as an error shows it. A long one is cut: every place below it bears it in its path.
+/// A key as shown in errors. A long key is cut, since it is part of every path below it.
 std::string shownKey(std::string_view key);
 
 /// Deeper documents are refused.
 inline constexpr int kMaximumJsonDepth = 64;
-/// What it means that the library cannot parse a text, in our own words and of bounded length.
+/// The library's parse error as our own text of limited length.
 DecodingError notJson(const nlohmann::json::exception& error);
 
-/// Parses text of limited nesting depth; text that is not JSON fails with the byte, counted from 1, at which
-/// it was found out.
+/// Parses text of limited nesting depth; for text that is not JSON the error has the number of the byte, from 1.
 nlohmann::json parseJson(std::string_view text);
 
 /// Parses the text and hands the document to `decode`, which may throw `DecodingError`.

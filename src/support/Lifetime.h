@@ -1,4 +1,4 @@
-// Makes callbacks fall silent once their owner is gone. Keep it as the last member, so that it ends first.
+// Disables callbacks once their owner is destroyed. Keep it as the last member, so that it ends first.
 #pragma once
 
 #include <memory>
@@ -12,7 +12,7 @@ class Lifetime {
     Lifetime(const Lifetime&) = delete;
     Lifetime& operator=(const Lifetime&) = delete;
 
-    /// The callback, doing nothing when the owner has ended. Safe on the owner's thread only.
+    /// Wraps the callback so that it does nothing after the owner's end. On the owner's thread only.
     template <class Callback>
     auto guard(Callback callback) const {
         return

@@ -11,11 +11,11 @@ namespace kova {
 using Seconds = std::chrono::duration<double>;
 using WallTime = std::chrono::system_clock::time_point;
 
-/// A piece of work that is still to run. Dropping the handle lets it run all the same; `cancel` does not.
+/// Scheduled work. Dropping the handle does not cancel it.
 class ScheduledWork {
   public:
     virtual ~ScheduledWork() = default;
-    /// After this returns on the main thread, the work will not start. Harmless when it has run.
+    /// After this returns on the main thread, the work will not start. No-op if it has run.
     virtual void cancel() = 0;
 };
 

@@ -1,4 +1,4 @@
-// A value that tells its observers when it changes. Main thread only.
+// A value that notifies observers when it changes. Main thread only.
 #pragma once
 
 #include <algorithm>
@@ -21,7 +21,7 @@ class Subscription {
     std::shared_ptr<void> token_;
 };
 
-/// Observers of one event, called in the order in which they came. An observer may come or go during a call.
+/// Observers of one event, called in the order of their subscription. Subscriptions may begin and end during a call.
 template <class... Arguments>
 class Observers {
   public:
@@ -40,7 +40,7 @@ class Observers {
     void notify(Arguments... arguments) {
         notifyWhile([] { return true; }, arguments...);
     }
-    /// The same, as long as `isWanted` says so; it is asked before each observer.
+    /// The same, while `isWanted` returns true; it is called before each observer.
     template <std::predicate IsWanted>
     void notifyWhile(IsWanted isWanted, Arguments... arguments) {
         std::erase_if(observers_, [](const auto& observer) { return observer.expired(); });
@@ -67,8 +67,8 @@ class Published {
     const T& operator*() const { return value_; }
     const T* operator->() const { return &value_; }
 
-    /// Observers hear of changes, not of assignments. One that sets the value again ends the round: those after it
-    /// have by then heard the newer value, and all hear a copy that the newer one does not replace.
+    /// Notifies only if the value changed. If an observer calls set() again, the remaining observers get only the
+    /// newest value. Observers get a copy, which a later set() does not change.
     void set(T next) {
         if (next == value_) return;
         value_ = next;

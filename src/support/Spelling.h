@@ -1,4 +1,4 @@
-// Which of the known words was probably meant by a misspelt one.
+// Finds the known word that is nearest to a misspelled one.
 #pragma once
 
 #include <cstddef>

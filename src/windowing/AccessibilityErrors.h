@@ -9,25 +9,25 @@
 namespace kova {
 
 enum class AccessibilityOutcome {
-    answered, // done, or refused by an application that is well
-    gone,     // the element, or its application, is no more
+    answered, // done, or refused
+    gone,     // the element or its application does not exist any more
     silent    // the application did not answer
 };
 
 /// `error` as the Mac numbers it; 0 is success.
 AccessibilityOutcome accessibilityOutcome(int error);
 
-/// What the answer to a question to a window that is not listed says of it. An interface that is switched off, and a
-/// failure without a reason, say nothing.
+/// What the error of a request to an unlisted window says about its presence. A disabled interface, and a failure
+/// without a reason, say nothing.
 WindowPresence windowPresence(int error);
 
-/// What the answers to requests for several announcements of one element come to: an element that announces something
-/// is not polled for the rest. An interface that is disabled is no refusal: the permission may come back.
+/// Combines the errors of requests for several announcements of one element: it announces if any of them succeeded. A
+/// disabled interface is no refusal, since the permission may be granted again.
 AnnouncementAnswer announcementAnswer(std::span<const int> errors);
 
-/// Recognizes a permission that the system shows as given and does not honor: every application answers that the
-/// interface is disabled. Single applications may do so for reasons of their own, so that no other answer may have come
-/// for as long as each of two was asked three times, which takes more than one poll.
+/// Recognizes a permission that the system shows as granted but ignores: every application reports a disabled
+/// interface. Single applications may do so for other reasons. So two applications must have reported it three times
+/// each, which takes more than one poll, with no other response since.
 class IgnoredPermission {
   public:
     static constexpr int kFewestApplications = 2;
@@ -37,7 +37,7 @@ class IgnoredPermission {
     bool isIgnored() const;
 
   private:
-    std::map<pid_t, int> refusals_; // since an application last answered otherwise
+    std::map<pid_t, int> refusals_; // since the last other response of an application
 };
 
 } // namespace kova

@@ -1,5 +1,5 @@
-// The seam to other applications' windows: the vocabulary of the accessibility interface, which every desktop answers.
-// Reads give "no value" for whatever cannot be read; writes and actions are wishes that the desktop may not grant.
+// Platform interface to other applications' windows, in the vocabulary of the Mac's accessibility interface. Reads give
+// "no value" for what cannot be read; writes and actions are requests that the desktop may refuse.
 // Frames are in window-service space: points, origin at the top left of the first screen, y growing downwards.
 #pragma once
 
@@ -23,11 +23,11 @@
 namespace kova {
 
 /// A window, an application or another element of the accessibility tree. Equal handles mean the same element for as
-/// long as it lives. A plain value: copying it asks the desktop nothing.
+/// long as it lives. A plain value: copying it sends no request.
 struct AccessibilityElement {
     pid_t processIdentifier = 0;
     std::uint64_t hash = 0;             // 0 for the application element itself
-    std::shared_ptr<const void> object; // the platform's own object, where it has one
+    std::shared_ptr<const void> object; // the platform's object, if it has one
 
     bool operator==(const AccessibilityElement& other) const {
         return processIdentifier == other.processIdentifier && hash == other.hash;
@@ -46,11 +46,11 @@ enum class AccessibilityAttribute {
     size,
     minSize,
     minimumSize,
-    parent, // of a window: its application, or the window that it is a dialog of
+    parent, // of a window: its application, or for a dialog its window
     main,
     focused,
     fullScreen,
-    maximized, // fills its display by the window manager's doing, in one direction at least; no Mac window ever is
+    maximized,             // by the window manager, in one direction at least; never on a Mac
     enhancedUserInterface, // of a Mac application: while it is on, the application animates frames that are written
 };
 
@@ -62,7 +62,7 @@ enum class AccessibilityAction { raise };
 /// "AXRaise".
 std::string_view actionName(AccessibilityAction action);
 
-/// monostate: there is no such attribute, or it could not be read.
+/// monostate: the attribute does not exist or could not be read.
 using AttributeValue = std::variant<std::monostate, bool, std::string, CGPoint, CGSize, AccessibilityElement,
                                     std::vector<AccessibilityElement>>;
 
@@ -78,64 +78,64 @@ struct OnScreenWindow {
     CGRect bounds{}; // window-service space
 };
 
-/// What became of a window that its application does not list.
+/// The state of a window that its application does not list.
 enum class WindowPresence {
-    present,  // it exists and is not shown: it is on another Space, in full screen there, or behind another tab
+    present,  // it exists and is not shown: on another Space, in full screen there, or behind another tab
     gone,     // it was closed
     noAnswer, // its application did not answer in time
 };
 
-/// A dialog is a window whose parent is a window. It stays above that window, and leaves the screen and comes back with
-/// it; a desktop need not move it along. A window that comes back leaves the keyboard where it is, unless it is to have
-/// the keyboard. A position or size written to a maximized window ends that first.
+/// A dialog is a window whose parent is a window. It stays above that window and is hidden and shown with it; a desktop
+/// need not move it along. A restored window does not take the focus unless requested. A position or size written to a
+/// maximized window ends the maximizing first.
 class AccessibilityServicing {
   public:
     virtual ~AccessibilityServicing() = default;
 
     /// Whether this process may manage other applications' windows; never shows a prompt. Any thread.
     virtual bool isProcessTrusted() const = 0;
-    /// Why no window of this session can be managed, whatever the user permits, and what to do; absent where they can
-    /// be. Any thread.
+    /// Why windows of this session cannot be managed even with a permission, and what to do; absent if they can be. Any
+    /// thread.
     virtual std::optional<std::string> absence() const { return std::nullopt; }
     /// Whether this process may manage windows, showing the system's prompt if asked to and there is one. Main thread.
     virtual bool requestTrust(bool prompt) = 0;
 
-    /// What to do about a permission that the process has and that every application ignores, as after an update with
-    /// another signature; absent as a rule. Known after a poll. Any thread; never waits.
+    /// What to do about a granted permission that every application ignores, as after an update with another signature;
+    /// normally absent. Known after a poll. Any thread; never waits.
     virtual std::optional<std::string> stalePermission() const { return std::nullopt; }
-    /// Whether each read is answered by the application itself, whose main thread it takes time from; false where the
-    /// desktop answers from what it knows. Any thread.
+    /// Whether each read is a request to the application and costs time on its main thread; false if the desktop
+    /// answers from its own model. Any thread.
     virtual bool readsAskApplications() const { return false; }
 
     /// The element of an application; it exists as a value even when the process does not. Any thread.
     virtual AccessibilityElement applicationElement(pid_t processIdentifier) const = 0;
 
-    /// The values of the attributes, in the order asked for, in one request. An application that does not answer costs
-    /// at most the platform's deadline (0.25 s), then every value is absent. Called on the polling queue; on the main
-    /// thread a platform answers from what it knows. There, applications that timed out are
-    /// skipped until a poll reaches them again. Without permission nothing is known.
+    /// The values of the attributes, in the given order, with one request. An unresponsive application costs at most
+    /// the platform's timeout (0.25 s); then every value is absent. Call on the polling queue. On the main thread a
+    /// platform answers from its model, or skips applications that timed out until a poll reaches them again. Without
+    /// permission all values are absent.
     virtual std::vector<AttributeValue> readAttributes(const AccessibilityElement& element,
                                                        std::span<const AccessibilityAttribute> attributes) const = 0;
 
-    /// Which sizes the window takes; absent where the desktop has no such hints, as on a Mac. Any thread.
+    /// Which sizes the window accepts; absent if the desktop has no such hints, as on a Mac. Any thread.
     virtual std::optional<WindowSizeHints> sizeHints(const AccessibilityElement&) const { return std::nullopt; }
     /// Whether the sizes that windows show now are their own: false for about two seconds after the window manager was
     /// replaced, and while the window gets other decorations. Main thread.
     virtual bool areSizesReliable(const AccessibilityElement&) const { return true; }
 
-    /// Asked only for a window that was known before and that its application does not list any more. Costs at most the
-    /// platform's deadline. Polling queue.
+    /// Call only for a known window that its application does not list any more. Costs at most the platform's timeout.
+    /// Polling queue.
     virtual WindowPresence presenceOf(const AccessibilityElement& window) const = 0;
 
-    /// The Space (virtual desktop) that the window belongs to; absent for one on every Space, and on desktops that do
-    /// not tell. Any thread; never waits.
+    /// The window's Space (virtual desktop); absent for a window on all Spaces, and on desktops that do not report it.
+    /// Any thread; never waits.
     virtual std::optional<std::uint64_t> spaceOf(const AccessibilityElement&) const { return std::nullopt; }
-    /// Differs whenever another Space is shown; where `spaceOf` tells Spaces, the one that is shown. Any thread; never
+    /// Changes whenever another Space is shown; the number of that Space on desktops with `spaceOf`. Any thread; never
     /// waits.
     virtual std::uint64_t shownSpace() const { return 0; }
 
-    /// Writes the attributes in the order given, as one request where the desktop can: a position and a size written
-    /// together move and size a window at once. A refused write is dropped silently. Main thread.
+    /// Writes the attributes in the given order, as one request if the desktop can: position and size together move and
+    /// resize at once. A refused write is dropped silently. Main thread.
     virtual void writeAttributes(const AccessibilityElement& element, std::span<const AttributeWrite> writes) = 0;
 
     /// Performs the action; a refusal is silent. Main thread.
@@ -148,42 +148,42 @@ class AccessibilityServicing {
     /// Windows that are on the screen now, front to back; empty when the desktop cannot say. Any thread.
     virtual std::vector<OnScreenWindow> onScreenWindows() const = 0;
 
-    /// The name of a window manager that places all windows itself, so that frames are not taken; absent as a rule.
-    /// Main thread; never waits.
+    /// The name of a window manager that places all windows itself and ignores requested frames; normally absent. Main
+    /// thread; never waits.
     virtual std::optional<std::string> placingManager() const { return std::nullopt; }
 
-    /// Sends what was written so far; called at the end of every operation that wrote to several windows. Main thread.
+    /// Sends all writes so far; call at the end of every operation that writes to several windows. Main thread.
     virtual void flush() = 0;
 };
 
-/// What became of a request to announce changes.
+/// The result of a request to announce changes.
 enum class AnnouncementAnswer { announces, refuses, noAnswer };
 
-/// Whether a poll could find anything new. A desktop that announces every change by an event vouches for it, and then
-/// no poll is needed.
+/// Whether a poll could find a change. On a desktop that announces every change by an event, polls stop while nothing
+/// happens.
 class DesktopChangeServicing {
   public:
     virtual ~DesktopChangeServicing() = default;
 
     /// A number that grows with every change that a poll could see (windows, titles, frames, focus,
-    /// applications, permission, lock); absent when the desktop cannot vouch for that. Any thread.
+    /// applications, permission, lock); absent if the desktop does not announce all changes. Any thread.
     virtual std::optional<std::uint64_t> changeCount() const = 0;
     /// Calls back once, on the main queue, when the count differs from `count`: at once if it does already. A new call
     /// replaces the one before; an empty function cancels it. Main thread.
     virtual void notifyWhenChanged(std::uint64_t count, std::function<void()> callback) = 0;
 
-    /// False where each application and each window has to be asked to announce its changes (`requestAnnouncements`).
+    /// False if each application and each window must be requested to announce its changes (`requestAnnouncements`).
     /// Any thread.
     virtual bool announcesUnasked() const { return true; }
-    /// Asks an application, or a window, to announce its changes; an element is asked again only after `noAnswer` or
-    /// `endAnnouncements`. Costs at most the platform's deadline. Polling queue.
+    /// Requests an application, or a window, to announce its changes; call again for an element only after `noAnswer`
+    /// or `endAnnouncements`. Costs at most the platform's timeout. Polling queue.
     virtual AnnouncementAnswer requestAnnouncements(const AccessibilityElement&) {
         return AnnouncementAnswer::announces;
     }
-    /// The element is gone, or of no interest any more. Costs at most the platform's deadline. Polling queue.
+    /// Ends the announcements of an element. Costs at most the platform's timeout. Polling queue.
     virtual void endAnnouncements(const AccessibilityElement&) {}
-    /// How long polls may rest although no change was announced, where announcements can get lost; absent where none
-    /// can. Any thread.
+    /// The longest pause between polls without an announcement, if announcements can get lost; absent if none can. Any
+    /// thread.
     virtual std::optional<Seconds> longestRest() const { return std::nullopt; }
 };
 

@@ -6,7 +6,7 @@ namespace {
 
 constexpr std::string_view kWindowRole = "AXWindow";
 constexpr double kGrowthTolerance = 0.5; // points, below which a frame does not count as smaller
-// Where a chain of parents is given up: applications are known to answer with a cycle.
+// Limit for a chain of parents: some applications return a cycle.
 constexpr int kDeepestNesting = 256;
 
 } // namespace
@@ -79,7 +79,7 @@ bool AccessibilityWindowService::restoreAndFocus(const ManagedWindow& window) {
     takeFocus(window.element, window.processIdentifier);
     applications_.activate(window.processIdentifier);
 
-    // Another application that activates itself just now can steal the first attempt.
+    // Another application that activates itself now can defeat the first attempt.
     queue_.post(lifetime_.guard([this, element = window.element, process = window.processIdentifier] {
         if (!isRunning(process)) return;
         takeFocus(element, process);

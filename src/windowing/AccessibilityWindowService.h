@@ -1,6 +1,6 @@
 // The only place that touches other applications' windows: lists them, reads and writes their frames, focuses, raises
-// and minimises them. Written against the accessibility vocabulary, so it is the same on every desktop.
-// It keeps no list of windows. Every failure counts as "no value"; failed writes are mended by the verification passes.
+// and minimizes them. It uses the accessibility vocabulary, so it is the same on every desktop.
+// It keeps no list of windows. Every failure counts as "no value"; failed writes are corrected by verification passes.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -23,7 +23,7 @@
 
 namespace kova {
 
-/// What reading one accessibility element gave.
+/// The attributes of one accessibility element.
 struct WindowCandidate {
     std::string id;
     AccessibilityElement element;
@@ -36,20 +36,20 @@ struct WindowCandidate {
     std::optional<std::string> parentID{}; // of the window above it in the tree; absent below the application itself
 };
 
-/// A window as the poll before knew it.
+/// A window of the last poll.
 struct KnownWindow {
     std::string id;
     AccessibilityElement element;
 };
 
-/// A known window that no application lists any more, and that has not gone.
+/// A known window that its application does not list any more, and that was not closed.
 struct UnlistedWindow {
     std::string id;
-    bool answers = true;                // false: its application is silent
-    std::optional<WindowCandidate> now; // what it answered; absent when it did not, or not as a window that is managed
+    bool answers = true;                // false: its application does not respond
+    std::optional<WindowCandidate> now; // its attributes; absent without a response, or if it is not a managed window
 };
 
-/// What one poll found.
+/// The result of one poll.
 struct WindowEnumeration {
     std::vector<ManagedWindow> listed;
     std::vector<UnlistedWindow> unlisted; // in the order of the known windows
@@ -70,19 +70,18 @@ class AccessibilityWindowService {
     /// See `AccessibilityServicing`.
     std::optional<std::string> stalePermission() const { return accessibility_.stalePermission(); }
 
-    /// Every eligible window of every eligible application, and what became of the known windows that are not among
-    /// them: only these are asked one by one, and of a silent application only the first. Polling queue; touches no
-    /// state.
+    /// Every eligible window of every eligible application, and the presence of the known windows that are not listed:
+    /// each of these costs a request, but only one for each unresponsive application. Polling queue; touches no state.
     WindowEnumeration enumerateWindows(std::span<const KnownWindow> known = {}) const;
-    /// Reads and filters one element; absent for what is never managed.
+    /// Reads one element; absent if it is not a window that can be managed.
     std::optional<WindowCandidate> windowCandidate(const AccessibilityElement& element, pid_t processIdentifier) const;
     std::optional<CGRect> readFrame(const AccessibilityElement& element) const;
     std::optional<CGSize> readMinimumSize(const AccessibilityElement& element) const;
 
     enum class BringToFront { no, yes };
     /// Writes the frame (window-service space) and verifies it in four passes over the next 0.65 s; a newer request for
-    /// the window ends the passes of the older one. `onMinimumSizeObserved` is told once, on the last pass, the frame
-    /// of a window that refuses to shrink, if it had the same size in the pass before and its sizes are reliable.
+    /// the window ends the passes of the older one. `onMinimumSizeObserved` is called once, on the last pass, with the
+    /// frame of a window that refuses to shrink, if it had the same size in the pass before and its sizes are reliable.
     void setFrame(const ManagedWindow& window, const CGRect& frame, BringToFront bringToFront,
                   std::function<void(CGRect)> onMinimumSizeObserved);
     /// One immediate write while the user drags; ends the pending passes of the window.
@@ -96,8 +95,8 @@ class AccessibilityWindowService {
     /// The frame that is being placed and verified now; absent when no request for the window is pending.
     std::optional<CGRect> pendingFrame(const std::string& windowID) const;
 
-    /// Un-hides the application, un-minimises the window, brings both to the front with keyboard focus, and repeats
-    /// that once. False when the window or its application is gone or the permission is missing.
+    /// Shows the application, restores the window, brings both to the front with keyboard focus, and repeats that once.
+    /// False if the window or its application does not exist any more, or the permission is missing.
     bool restoreAndFocus(const ManagedWindow& window);
     void minimize(const ManagedWindow& window);
     void unminimize(const ManagedWindow& window);
@@ -112,7 +111,7 @@ class AccessibilityWindowService {
     /// Id of the focused window of the front application; absent when there is none.
     std::optional<std::string> focusedWindowID() const;
     bool areSizesReliable(const ManagedWindow& window) const { return accessibility_.areSizesReliable(window.element); }
-    /// Sends what was written so far.
+    /// Sends all writes so far.
     void flush();
 
   private:

@@ -1,4 +1,4 @@
-// The seam to dialogs: what the user has to read, and what has to be confirmed before it is done.
+// Platform interface to dialogs: messages, and questions that need a confirmation.
 #pragma once
 
 #include <functional>
@@ -19,16 +19,16 @@ class AlertServicing {
     virtual ~AlertServicing() = default;
     /// Shows the user a message. Main thread; never waits.
     virtual void inform(const Alert& alert) = 0;
-    /// Asks with a warning. The answer comes on the main thread, once, after this has returned, and maybe never: true
-    /// only when the user has confirmed. Where the user cannot be asked the answer is no. Main thread; never waits.
+    /// Shows a warning with a question. `answer` is called at most once, on the main thread and after this has
+    /// returned: true only if the user has confirmed, false where no question can be shown. Main thread; never waits.
     virtual void confirm(const Alert& alert, std::function<void(bool isConfirmed)> answer) = 0;
 };
 
-/// For sessions in which the user cannot be asked.
+/// For sessions without dialogs.
 class NullAlerts final : public AlertServicing {
   public:
     void inform(const Alert&) override {}
-    /// Never confirmed, so there is nothing to call back for.
+    /// Never confirmed, so `answer` is never called.
     void confirm(const Alert&, std::function<void(bool)>) override {}
 };
 

@@ -6,8 +6,7 @@ namespace kova {
 
 namespace {
 
-/// Silence that took less than this is no hanging: an application that only just starts is out of reach, and says so
-/// at once.
+/// A failure in less time is no timeout: requests to an application that is just starting fail at once.
 constexpr Seconds kHanging = ApplicationBackoff::kDeadline * 0.8;
 
 } // namespace

@@ -1,5 +1,5 @@
-// When an application may be asked, so that one that hangs costs one deadline now and then instead of one with every
-// question. While it hangs only polls ask it, at growing intervals, until it answers again.
+// Limits requests to unresponsive applications, so that one that hangs costs a timeout now and then instead of one with
+// every request. While it hangs only polls send it requests, at growing intervals, until it responds again.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -16,15 +16,15 @@ enum class AskingOccasion { poll, mainThread };
 
 class ApplicationBackoff {
   public:
-    /// How long a question waits for its answer.
+    /// The timeout of a request.
     static constexpr Seconds kDeadline{0.25};
     static constexpr Seconds kShortestPause{1};
     static constexpr Seconds kLongestPause{8};
 
     bool mayAsk(pid_t process, AskingOccasion occasion, Seconds now) const;
-    /// What became of a question that began at `asked` and ended `now`, both in uptime.
+    /// Records the outcome of a request that began at `asked` and ended at `now`, both in uptime.
     void note(pid_t process, AccessibilityOutcome outcome, Seconds asked, Seconds now);
-    /// Those that let the last question to them go unanswered.
+    /// The applications that did not respond to the last request.
     std::vector<pid_t> silent() const;
 
   private:

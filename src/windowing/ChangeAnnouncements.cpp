@@ -25,7 +25,7 @@ bool ChangeAnnouncements::follow(const WindowEnumeration& found, Seconds now) {
         withWindows.insert(window.processIdentifier);
     }
     for (const auto& window : found.unlisted) {
-        // It was asked while it was listed, or as what the application showed in its place.
+        // It got its request while it was listed, or under the id of the tab that replaced it.
         const auto known = elements_.find(window.id);
         if (known == elements_.end()) continue;
         present.emplace(window.id, known->second.element);

@@ -1,7 +1,6 @@
-// Which applications and windows were asked to announce their changes, and whether polls may rest on that. Needed only
-// where announcements have to be asked for, as on a Mac. Polling queue only.
-// Always true: each element is asked once, and again only while it has not answered; of an application that does not
-// answer one element is asked in a poll.
+// Requests announcements of changes from applications and windows, and decides whether polls may stop because of them.
+// Needed only where announcements must be requested, as on a Mac. Polling queue only. Always true: each element gets
+// one request, and more only without a response; an unresponsive application gets one request a poll.
 #pragma once
 
 #include "windowing/AccessibilityWindowService.h"
@@ -13,16 +12,16 @@ namespace kova {
 
 class ChangeAnnouncements {
   public:
-    /// Polls go on for so long after an application stopped answering, or began without: its next window, or its
-    /// return, is not announced. Afterwards it is found by the polls that `DesktopChangeServicing::longestRest` leaves.
+    /// Polls go on for this long after an application stopped responding, since its changes are not announced. Later
+    /// changes are found by the polls of `DesktopChangeServicing::longestRest`.
     static constexpr Seconds kAttention{60};
 
     /// The desktop outlives it.
     explicit ChangeAnnouncements(DesktopChangeServicing& desktop) : desktop_(desktop) {}
 
-    /// Asks what the poll found anew and ends what has gone. False while polls must not rest: an element was asked just
-    /// now and may have changed before that, an application with windows refuses, or one has not answered for less than
-    /// `kAttention`. `now` in uptime.
+    /// Sends requests to new elements and ends those of closed ones. False while polls must go on: an element got its
+    /// request just now and may have changed before, an application with windows refuses, or one has not responded for
+    /// less than `kAttention`. `now` in uptime.
     bool follow(const WindowEnumeration& found, Seconds now);
 
   private:

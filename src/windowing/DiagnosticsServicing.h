@@ -1,4 +1,4 @@
-// What a desktop can tell about its own health, for people who wonder why a window does not move.
+// Diagnostics of a desktop: reasons why windows may not be moved.
 #pragma once
 
 #include <string>

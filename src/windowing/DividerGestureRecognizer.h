@@ -1,4 +1,4 @@
-// The hand on a divider's handle: what pressing, moving, letting go and Escape tell, for a desktop that counts clicks.
+// Turns presses, movements, releases and Escape on a divider's handle into events, for desktops that count clicks.
 // Points are in screen space.
 #pragma once
 
@@ -10,24 +10,24 @@
 
 namespace kova {
 
-/// The thinnest that a handle can be taken hold of, in points.
+/// The smallest thickness of a handle, in points.
 inline constexpr double kThinnestHandle = 8;
 
-/// Where a handle can be taken hold of: its frame, made thick enough around its middle.
+/// The area of a handle that reacts to the pointer: its frame, made thick enough around its middle.
 CGRect grippableFrame(const DividerHandle& handle);
-/// All that is bare between the windows on both sides of a handle, or the grippable frame where that is thicker.
+/// The whole gap between the windows on both sides of a handle, or the grippable frame if that is thicker.
 CGRect bareFrame(const DividerHandle& handle);
 
-/// Each call gives what is to be told; absent when nothing.
+/// Each call returns the event to report; absent for none.
 class DividerGestureRecognizer {
   public:
     /// `clickCount` is 2 for the second press of a double click.
     std::optional<DividerHandleEvent> press(const std::string& handleID, int clickCount, CGPoint location);
     std::optional<DividerHandleEvent> move(CGPoint location);
     std::optional<DividerHandleEvent> release(CGPoint location);
-    /// By Escape, or because the handle was taken away.
+    /// By Escape, or because the handle was removed.
     std::optional<DividerHandleEvent> cancel(CGPoint location);
-    /// Cancels when the handle that is held is not among them.
+    /// Cancels if the pressed handle is not among them.
     std::optional<DividerHandleEvent> keepOnly(std::span<const DividerHandle> handles, CGPoint location);
 
     bool isHeld() const { return handleID_.has_value(); }
@@ -36,7 +36,7 @@ class DividerGestureRecognizer {
     std::optional<DividerHandleEvent> tell(DividerHandleEvent::Kind kind, CGPoint location) const;
     std::optional<DividerHandleEvent> letGo(DividerHandleEvent::Kind kind, CGPoint location);
 
-    std::optional<std::string> handleID_; // of the handle that is held
+    std::optional<std::string> handleID_; // of the pressed handle
 };
 
 } // namespace kova

@@ -1,7 +1,6 @@
 // Writes frames to applications that would animate them. A Mac application animates its windows while its enhanced user
-// interface is on, as it is for VoiceOver, and answers with frames on the way. Main thread.
-// Always true: an application is asked once in a series of writes, however many of its windows are written to, and has
-// its enhanced user interface back soon after the last write.
+// interface is on (for VoiceOver), and reports intermediate frames. Main thread. Always true: the attribute is read
+// once in a series of writes for each application, and is switched on again soon after the last write.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -27,7 +26,7 @@ class FrameAnimations {
 
     /// Writes positions and sizes to the window.
     void write(const AccessibilityElement& window, std::span<const AttributeWrite> frame);
-    /// Every application has back what was switched off.
+    /// Switches the attribute on again for every application of the series.
     void endSeries();
 
   private:

@@ -1,5 +1,5 @@
-// What a verification pass does about a window that was told to take a frame. Values only: the pass reads the frame,
-// asks here, and writes.
+// Decides what a verification pass does about a requested frame. Values only: the pass reads the frame, decides here,
+// and writes.
 #pragma once
 
 #include "support/Geometry.h"
@@ -9,13 +9,13 @@
 
 namespace kova {
 
-/// In which order position and size are written: some applications clamp the one against the other.
+/// The order of position and size: some applications clamp one against the other.
 enum class FrameWriteOrder { positionFirst, sizeFirst };
 
 /// When the passes run, in seconds after the request.
 inline constexpr std::array kVerificationDelays = {0.06, 0.16, 0.34, 0.65};
 inline constexpr int kLastVerificationPass = static_cast<int>(kVerificationDelays.size()) - 1;
-/// What is asked for within this time is verified together, in seconds.
+/// Requests within this time are verified together, in seconds.
 inline constexpr double kVerificationBatch = 0.001;
 
 enum class FrameVerdict {

@@ -1,5 +1,5 @@
-// The Mac's virtual key codes: numbers for places on the keyboard. Letters, digits and punctuation are called by what
-// an American keyboard has there; a key keeps its number whatever layout is active.
+// The Mac's virtual key codes: numbers for positions on the keyboard. Letters, digits and punctuation have the names of
+// the American keyboard; a key keeps its number with every layout.
 #pragma once
 
 #include <cstdint>
@@ -35,7 +35,7 @@ inline constexpr std::uint16_t limit = 128;
 
 } // namespace keyCode
 
-/// What an American keyboard writes there without Shift; empty when that is no character.
+/// The key's character on an American keyboard without Shift; empty if there is none.
 std::string_view americanCharacterOf(std::uint16_t keyCode);
 
 } // namespace kova

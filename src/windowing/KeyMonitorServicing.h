@@ -1,5 +1,5 @@
-// The seam to the keyboard: presses anywhere on the desktop, in the Mac's terms on every platform, so that one stored
-// configuration serves all of them.
+// Platform interface to the keyboard: key presses on the whole desktop, with the Mac's key codes and modifiers on every
+// platform, so that one stored configuration serves all of them.
 #pragma once
 
 #include "support/Published.h"
@@ -24,7 +24,7 @@ inline constexpr std::uint64_t ofShortcuts = shift | control | option | command;
 
 /// A key that goes down.
 struct KeyPress {
-    std::uint16_t keyCode = 0;                 // the Mac's virtual key code: a place on the keyboard, not a letter
+    std::uint16_t keyCode = 0;                 // the Mac's virtual key code: a position on the keyboard
     std::uint64_t modifierFlags = 0;           // as the platform reports them; unknown bits may be among them
     bool isRepeat = false;                     // the key is held
     std::string charactersIgnoringModifiers{}; // UTF-8, by the active keyboard layout; may be empty
@@ -43,28 +43,28 @@ class KeyMonitorServicing {
   public:
     virtual ~KeyMonitorServicing() = default;
 
-    /// Presses while another application is active; it cannot be kept from them. Where keys have to be claimed from the
-    /// window system, only presses of the combinations that were claimed are reported.
+    /// Presses while another application is active, which gets them too. Where combinations must be grabbed from the
+    /// window system, only presses of these are reported, and no other application gets them.
     [[nodiscard]] virtual Subscription addGlobalMonitor(std::function<void(const KeyPress&)> monitor) = 0;
-    /// Presses while a window of our own has the keyboard; true keeps the press from the window.
+    /// Presses while a window of KOVA has the focus; true keeps the press from the window.
     [[nodiscard]] virtual Subscription addLocalMonitor(std::function<bool(const KeyPress&)> monitor) = 0;
-    /// Which combinations the monitors wait for, in place of those named before; claimed from the window system, where
-    /// it wants that, for as long as there is a global monitor and no recorder.
+    /// Sets the combinations of the monitors, which replace the former ones. On window systems with grabs they are
+    /// grabbed while there is a global monitor and no recorder.
     virtual void claim(const std::vector<KeyCombination>& combinations) = 0;
-    /// Those of the claimed ones that another program holds, or the system; they are not reported while it does, or not
-    /// reported to KOVA alone.
+    /// The registered combinations that another program or the system holds; they are not reported meanwhile, or not to
+    /// KOVA alone.
     virtual std::vector<KeyCombination> heldByOthers() const = 0;
     /// Whether a combination that is not among `heldByOthers` is held by no other program.
     virtual bool knowsAllHolders() const { return true; }
-    /// Tells, after each `claim`, that `heldByOthers` knows by now, and whenever that has changed since.
+    /// Called after each `claim` once `heldByOthers` is known, and whenever it has changed since.
     [[nodiscard]] virtual Subscription observeHeldByOthers(std::function<void()> known) = 0;
 
-    /// Every press goes to the recorder, and where the platform allows it to no other program; true ends the recording.
-    /// Keys that only modify others are no presses. At most one records: a later one ends the former. `failed` is told
-    /// in a sentence for a person why there is nothing to hear, for example because another program holds the keyboard.
+    /// Every press goes to the recorder and, if the platform allows that, to no other program; true ends the recording.
+    /// Modifier keys are no presses. A new recorder ends the former one. `failed` is called with a sentence for the
+    /// user if recording is impossible, for example because another program holds the keyboard.
     [[nodiscard]] virtual Subscription recordKeys(std::function<bool(const KeyPress&)> recorder,
                                                   std::function<void(const std::string& reason)> failed) = 0;
-    /// What the active keyboard layout writes on a key, without modifiers; empty when it is no character.
+    /// The key's character in the active keyboard layout, without modifiers; empty if there is none.
     virtual std::string charactersOf(std::uint16_t keyCode) const = 0;
 };
 

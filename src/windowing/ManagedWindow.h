@@ -1,4 +1,4 @@
-// One live window of another application, as it was when last enumerated.
+// One window of another application, as of the last poll.
 #pragma once
 
 #include "windowing/AccessibilityServicing.h"
@@ -29,20 +29,19 @@ struct ManagedWindow {
     bool isVisible = false;
     bool isFullScreen = false;
     bool isMaximized = false;            // by the window manager
-    bool isFocusedOfApplication = false; // has the keyboard when its application is the front one
-    bool isElsewhere = false;            // exists and is not shown: on another Space, or behind another tab
-    bool isAnswering = true;             // false: its application is silent, and this is what was known before
+    bool isFocusedOfApplication = false; // has the focus when its application is active
+    bool isElsewhere = false;            // it exists and is not shown: on another Space, or behind another tab
+    bool isAnswering = true;             // false: its application does not respond, and these are older values
     std::optional<std::uint64_t> space;  // its Space (virtual desktop); absent: on every one, or not known
     std::optional<CGRect> frame;         // window-service space
     std::optional<CGSize> minimumSize;   // points
     std::optional<WindowSizeHints> sizeHints;
-    /// Of a dialog: the id of the window that it belongs to, itself no dialog of another; absent for every other
-    /// window.
+    /// Of a dialog: the id of its window, which is no dialog itself. Absent for other windows.
     std::optional<std::string> parentID{};
     bool operator==(const ManagedWindow&) const = default;
 };
 
-/// What decides whether the presented list of windows must change: a window that merely moved is the same.
+/// Whether the published list of windows need not change: frame and title do not count.
 bool samePresentation(const ManagedWindow& a, const ManagedWindow& b);
 
 } // namespace kova

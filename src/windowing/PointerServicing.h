@@ -1,5 +1,5 @@
-// The seam to the user's hand: the pointer while its main button is held anywhere on the desktop, and the handles that
-// can be taken hold of. Points are in screen space.
+// Platform interface to the pointer: its main button on the whole desktop, and the handles of dividers. Points are in
+// screen space.
 #pragma once
 
 #include "layout/LayoutTree.h"
@@ -25,7 +25,7 @@ class PointerMonitorServicing {
     /// Reports the main button, and movements only while it is held. Costs nothing without an observer. Main
     /// thread.
     [[nodiscard]] virtual Subscription observePointer(std::function<void(const PointerEvent&)> observer) = 0;
-    /// Whether windows are commonly dragged by any point of theirs, as with Alt on X11; else by titles and edges.
+    /// Whether windows can be dragged by any point, as with Alt on X11; else by titles and edges.
     virtual bool dragsWindowsByAnyPoint() const { return true; }
 };
 
@@ -34,7 +34,7 @@ struct DividerHandle {
     std::string id; // opaque; the same for the same divider as long as it is shown
     CGRect frame{}; // screen space, the gap between the tiles
     LayoutAxis axis = LayoutAxis::horizontal;
-    double insetPoints = 0; // windows keep this distance from the edges of their tiles, so that more of the gap is bare
+    double insetPoints = 0; // distance of windows from their tiles' edges, by which the gap between windows is wider
     bool operator==(const DividerHandle&) const = default;
 };
 
@@ -51,11 +51,11 @@ class DividerHandleServicing {
     /// Shows exactly these handles, each at least 8 points thick, with the resize cursor of its axis, above the desktop
     /// but below the windows that overlap it. Main thread; never waits.
     virtual void showHandles(const std::vector<DividerHandle>& handles) = 0;
-    /// Whether handles lie over the desktop's icons, and are to be shown only on displays with a window in a tile.
+    /// Whether handles cover the desktop's icons, so that they are shown only on displays with a window in a tile.
     virtual bool coversDesktopIcons() const { return false; }
-    /// What the hand does with a handle. Once pressed, a handle gets the movements until it is released or cancelled
-    /// (Escape), wherever the pointer goes. A handle is entered and left as the pointer crosses its edge; a back end
-    /// may tell of that late, or of leaving alone.
+    /// Events of handles. A pressed handle gets all movements until the release or Escape, wherever the pointer goes. A
+    /// handle is entered and left when the pointer crosses its edge; a back end may report that late, or only the
+    /// leaving.
     [[nodiscard]] virtual Subscription observeHandles(std::function<void(const DividerHandleEvent&)> observer) = 0;
 };
 

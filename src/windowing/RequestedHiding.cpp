@@ -2,14 +2,14 @@
 
 namespace kova {
 
-bool RequestedHiding::isHidden(pid_t process, bool isToldHidden, Seconds now) const {
+bool RequestedHiding::isHidden(pid_t process, bool isReportedHidden, Seconds now) const {
     const auto found = requests_.find(process);
-    const bool isRecent = found != requests_.end() && now - found->second.asked < kTellingTime;
-    return isRecent ? found->second.isHidden : isToldHidden;
+    const bool isRecent = found != requests_.end() && now - found->second.asked < kReportingTime;
+    return isRecent ? found->second.isHidden : isReportedHidden;
 }
 
 void RequestedHiding::note(pid_t process, Request request) {
-    std::erase_if(requests_, [&](const auto& entry) { return request.asked - entry.second.asked >= kTellingTime; });
+    std::erase_if(requests_, [&](const auto& entry) { return request.asked - entry.second.asked >= kReportingTime; });
     requests_[process] = request;
 }
 

@@ -1,5 +1,5 @@
-// Applications that were told to hide or to come back. The desktop tells only later that they have; in the meantime
-// they count as having done it, so that an operation that hides and shows reads what it has requested.
+// Applications that were requested to hide or to show. The desktop reports the result late; in the meantime the
+// requested state counts, so that an operation that hides and shows sees its own requests.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -12,14 +12,14 @@ namespace kova {
 
 class RequestedHiding {
   public:
-    /// For how long an application counts as doing what it was told; then as what the desktop says.
-    static constexpr Seconds kTellingTime{1};
+    /// How long the requested state counts; after that the reported one.
+    static constexpr Seconds kReportingTime{1};
 
     /// All times are uptimes.
     void hide(pid_t process, Seconds now) { note(process, Request{true, now}); }
     void show(pid_t process, Seconds now) { note(process, Request{false, now}); }
-    /// `isToldHidden`: what the desktop says.
-    bool isHidden(pid_t process, bool isToldHidden, Seconds now) const;
+    /// `isReportedHidden`: the state that the desktop reports.
+    bool isHidden(pid_t process, bool isReportedHidden, Seconds now) const;
 
   private:
     struct Request {

@@ -1,4 +1,4 @@
-// The seam to displays and to the login session.
+// Platform interfaces to displays and to the login session.
 #pragma once
 
 #include "support/Geometry.h"
@@ -14,12 +14,12 @@ namespace kova {
 /// A display. Both frames are in screen space: points, origin at the bottom left of the first screen, y growing
 /// upwards.
 struct Screen {
-    std::optional<std::string> displayUUID; // stays with the device; absent when it cannot be told
+    std::optional<std::string> displayUUID; // the same for the same device; absent if unknown
     std::string localizedName;
     CGRect frame{};
     CGRect visibleFrame{}; // the frame without panels, docks and menu bars
     double scale = 1;      // pixels to a point: only for what is drawn in pixels, as all frames are in points
-    std::string knownID{}; // the result of `displayID`, where it is kept; else empty
+    std::string knownID{}; // a stored result of `displayID`; else empty
     bool operator==(const Screen&) const = default;
 };
 
@@ -31,9 +31,10 @@ class ScreenServicing {
     virtual ~ScreenServicing() = default;
     /// In the platform's order, the primary display first. Main thread; never waits.
     virtual std::vector<Screen> screens() const = 0;
-    /// Calls back on the main queue after displays came, went, moved, changed size or visible frame.
+    /// Calls back on the main queue after displays were connected, disconnected or moved, or changed size or visible
+    /// frame.
     [[nodiscard]] virtual Subscription observeScreens(std::function<void()> changed) = 0;
-    /// Where the pointer is, in screen space; absent when it cannot be told. Main thread; never waits.
+    /// The pointer's position in screen space; absent if unknown. Main thread; never waits.
     virtual std::optional<CGPoint> pointerLocation() const = 0;
 };
 

@@ -1,4 +1,4 @@
-// The seam to what the machine and the login session go through: sleep, dark screens, other users, the lock.
+// Platform interface to events of the machine and the login session: sleep, screens off, session switches, locks.
 #pragma once
 
 #include "support/Published.h"
@@ -21,8 +21,8 @@ enum class SystemActivityEvent {
 class SystemActivityServicing {
   public:
     virtual ~SystemActivityServicing() = default;
-    /// Tells of what happens from now on, on the main queue and in the order of the system. The same event may come
-    /// again without its opposite in between. Main thread.
+    /// Reports events from now on, on the main queue and in the system's order. The same event may be reported again
+    /// without its opposite in between. Main thread.
     [[nodiscard]] virtual Subscription observeSystemActivity(std::function<void(SystemActivityEvent)> observer) = 0;
 };
 

@@ -1,4 +1,4 @@
-// What a Mac does by itself that gets in the way of tiles and shortcuts, as values, and what a person is told of it.
+// Functions of a Mac that conflict with tiles and shortcuts, as values, and the diagnostics about them.
 #pragma once
 
 #include "windowing/DiagnosticsServicing.h"
@@ -10,9 +10,9 @@
 
 namespace kova {
 
-/// As far as it could be found out; what is not known counts as off.
+/// What is unknown counts as off.
 struct SystemConflicts {
-    bool isSecureInputOn = false;       // no key is told to other programs
+    bool isSecureInputOn = false;       // keys are not reported to other programs
     bool tilesWindowsAtEdges = false;   // a window dropped at an edge of the display fills a half of it
     bool tilesWindowsAtMenuBar = false; // and at the menu bar the whole
     bool isStageManagerOn = false;
@@ -29,7 +29,7 @@ struct SystemHotKey {
     bool isEnabled = false;
 };
 
-/// Those of the claimed combinations that the system acts on, too.
+/// The registered combinations that are shortcuts of the system as well.
 std::vector<KeyCombination> heldBySystem(std::span<const KeyCombination> claimed, std::span<const SystemHotKey> keys);
 
 } // namespace kova

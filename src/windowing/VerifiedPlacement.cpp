@@ -1,4 +1,4 @@
-// Placing a window and seeing to it that it arrives: applications clamp, delay and refuse what they are told.
+// Placing a window and verifying its frame: applications clamp, delay and refuse requests.
 #include "support/SameFrame.h"
 #include "windowing/AccessibilityWindowService.h"
 
@@ -10,7 +10,7 @@ namespace kova {
 
 namespace {
 
-/// A window on its way to a smaller size refuses nothing.
+/// A window that is still shrinking has not refused.
 bool isSameSize(const std::optional<CGSize>& before, const CGSize& now) {
     return before && std::abs(before->width - now.width) <= kFrameTolerancePoints &&
            std::abs(before->height - now.height) <= kFrameTolerancePoints;
@@ -37,8 +37,7 @@ struct AccessibilityWindowService::VerificationRound {
 
 void AccessibilityWindowService::writeFrame(const AccessibilityElement& element, const CGRect& frame,
                                             FrameWriteOrder order) {
-    // Written twice over: applications that clamp a size against their place on the screen, or a position against their
-    // size, settle only after the second pair.
+    // Written twice: applications that clamp size against position, or position against size, need the second pair.
     const AttributeWrite position{AccessibilityAttribute::position, frame.origin};
     const AttributeWrite size{AccessibilityAttribute::size, frame.size};
     const auto writes = order == FrameWriteOrder::positionFirst ? std::array{position, size, size, position}
@@ -54,7 +53,7 @@ void AccessibilityWindowService::setFrame(const ManagedWindow& window, const CGR
     writeFrame(window.element, frame, writeOrder(0));
     if (bringToFront == BringToFront::yes) {
         applications_.unhide(window.processIdentifier);
-        // The snapshot may be older than the last time the window was put away.
+        // The snapshot may be older than the last time the window was minimized.
         if (window.isMinimized || readsAs(AccessibilityAttribute::minimized, window.element)) unminimize(window);
         raise(window);
         applications_.activate(window.processIdentifier);
@@ -64,8 +63,8 @@ void AccessibilityWindowService::setFrame(const ManagedWindow& window, const CGR
                  window.isMaximized, std::nullopt});
 }
 
-/// What is asked for in one go is looked at in one go: a layout of a hundred windows wakes the main thread as often as
-/// one window does.
+/// Requests of one operation are verified together: a layout of a hundred windows wakes the main thread as often as one
+/// window does.
 void AccessibilityWindowService::verifyLater(Placement placement) {
     const Seconds now = queue_.uptime();
     if (!newestRound_ || now - newestRound_->begun > Seconds(kVerificationBatch)) {
@@ -81,7 +80,7 @@ void AccessibilityWindowService::scheduleVerification(const std::shared_ptr<Veri
 }
 
 void AccessibilityWindowService::verify(const std::shared_ptr<VerificationRound>& round) {
-    if (newestRound_ == round) newestRound_.reset(); // nothing joins it any more
+    if (newestRound_ == round) newestRound_.reset(); // no placement joins it any more
     std::erase_if(round->placements, [this](const Placement& placement) {
         return placementGenerations_[placement.windowID] != placement.generation;
     });
@@ -116,8 +115,8 @@ void AccessibilityWindowService::verify(Placement& placement, int pass) {
 
     const auto frame = readFrame(placement.element);
     const FrameVerdict verdict = verdictOnFrame(frame, placement.target);
-    // A window that the user made full screen or maximized meanwhile says nothing of its sizes, and is left alone.
-    // Until the last pass a maximized window may be one whose maximizing the placement itself is ending.
+    // A window that the user made full screen or maximized meanwhile is left alone, and its size says nothing about a
+    // minimum. Until the last pass, it may still be maximized because the placement's own request is not done yet.
     if (verdict != FrameVerdict::onTarget) {
         if (readsAs(AccessibilityAttribute::fullScreen, placement.element)) return;
         const bool mayBeEnding = placement.endsMaximize && pass != kLastVerificationPass;
@@ -144,7 +143,7 @@ void AccessibilityWindowService::verify(Placement& placement, int pass) {
 void AccessibilityWindowService::correct(const Placement& placement, int pass) {
     writeFrame(placement.element, placement.target, writeOrder(pass + 1));
     if (pass == kLastVerificationPass) {
-        // A window that cannot fill its target rests inside it at least.
+        // A window that cannot fill its target is at least moved inside it.
         const auto frame = readFrame(placement.element);
         const auto moved = frame ? movedInside(*frame, placement.target) : std::nullopt;
         if (moved) writeFrame(placement.element, *moved, writeOrder(pass + 2));

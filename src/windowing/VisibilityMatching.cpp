@@ -7,7 +7,7 @@ namespace kova {
 
 namespace {
 
-/// Sizes weigh double: a window of the same size elsewhere is a better match than a near one of another size.
+/// Sizes count double: a window of the same size at another place is a better match than a near one of another size.
 double dissimilarity(const CGRect& frame, const CGRect& onScreen) {
     return std::abs(minX(frame) - minX(onScreen)) + std::abs(minY(frame) - minY(onScreen)) +
            2 * std::abs(frame.size.width - onScreen.size.width) +

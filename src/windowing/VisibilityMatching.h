@@ -1,5 +1,5 @@
-// Telling which windows of an application are on the screen. The window server lists rectangles without saying whose
-// accessibility element each one is, so every rectangle is given to the window whose frame is most like it.
+// Finds out which windows of an application are on the screen. The window server lists rectangles without their
+// accessibility elements, so each rectangle is matched with the window of the most similar frame.
 #pragma once
 
 #include "support/Geometry.h"
@@ -16,8 +16,8 @@ struct VisibilityCandidate {
     CGRect frame{};
 };
 
-/// Indices of the windows that are on the screen. Rectangles are served in their order, each takes the most similar
-/// window that is left (the earlier one of two alike), however different it is. All in one coordinate space.
+/// Indices of the windows that are on the screen. Each rectangle in turn takes the most similar remaining window (the
+/// earlier of two equal ones), however different it is. All in one coordinate space.
 std::vector<std::size_t> visibleWindows(std::vector<VisibilityCandidate> candidates, std::span<const CGRect> onScreen);
 
 } // namespace kova

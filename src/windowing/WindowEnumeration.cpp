@@ -13,9 +13,9 @@ constexpr CGSize kSmallestManagedSize = {120, 80}; // points; anything smaller i
 constexpr std::string_view kUntitled = "Untitled Window";
 constexpr std::string_view kUnnamedApplication = "App";
 constexpr std::string_view kWindowSymbol = "macwindow";
-constexpr int kLongestChain = 16; // of dialogs that open dialogs; a longer one is a circle
+constexpr int kLongestChain = 16; // of dialogs of dialogs; a longer one is a cycle
 
-/// All that is asked of a window, in one request.
+/// All attributes that are read of a window, in one request.
 constexpr std::array kWindowAttributes = {
     AccessibilityAttribute::role,      AccessibilityAttribute::subrole,     AccessibilityAttribute::title,
     AccessibilityAttribute::minimized, AccessibilityAttribute::position,    AccessibilityAttribute::size,
@@ -23,7 +23,7 @@ constexpr std::array kWindowAttributes = {
     AccessibilityAttribute::maximized, AccessibilityAttribute::parent,
 };
 
-/// The answers to one request for attributes.
+/// The values of one request for attributes.
 class Answers {
   public:
     Answers(const AccessibilityServicing& accessibility, const AccessibilityElement& element,
@@ -39,7 +39,7 @@ class Answers {
         }
         return nullptr;
     }
-    /// Whether anything at all was said about the attribute.
+    /// Whether the attribute has a value.
     bool has(AccessibilityAttribute attribute) const {
         for (std::size_t i = 0; i < values_.size() && i < attributes_.size(); ++i) {
             if (attributes_[i] == attribute) return !std::holds_alternative<std::monostate>(values_[i]);
@@ -84,15 +84,14 @@ bool isManagedKind(const Answers& answers) {
     return !subrole || *subrole == "AXStandardWindow" || *subrole == "AXDialog";
 }
 
-/// A candidate with what the desktop says of its Space.
+/// A candidate with its Space.
 struct Found {
     WindowCandidate candidate;
     std::optional<std::uint64_t> space;
     bool isElsewhere = false;
 };
 
-/// A rectangle on the screen belongs to a window of the Space that is shown, also when one of another Space has exactly
-/// its frame.
+/// A rectangle on the screen belongs to a window of the shown Space, even if one of another Space has the same frame.
 std::vector<std::size_t> visibleCandidates(const std::vector<Found>& found,
                                            std::span<const CGRect> onScreenRectangles) {
     std::vector<VisibilityCandidate> pool;
@@ -103,8 +102,8 @@ std::vector<std::size_t> visibleCandidates(const std::vector<Found>& found,
     return visibleWindows(std::move(pool), onScreenRectangles);
 }
 
-/// The window at the head of a dialog's chain of parents; absent for a window that is no dialog of another one of its
-/// application, and for a circle.
+/// The window at the head of a dialog's chain of parents; absent for a window that is no dialog of its application, and
+/// for a cycle.
 std::optional<std::string> ownerOf(const WindowCandidate& dialog, const std::vector<Found>& found) {
     const WindowCandidate* at = &dialog;
     for (int length = 0; length < kLongestChain; ++length) {
@@ -140,7 +139,7 @@ std::optional<WindowCandidate> candidateIn(const Answers& answers, const Accessi
 
 } // namespace
 
-/// What a poll has gathered so far.
+/// Intermediate results of a poll.
 struct AccessibilityWindowService::Roll {
     std::uint64_t shownSpace = 0;
     std::vector<ManagedWindow> windows;
@@ -151,7 +150,7 @@ struct AccessibilityWindowService::Roll {
 WindowEnumeration AccessibilityWindowService::enumerateWindows(std::span<const KnownWindow> known) const {
     if (!accessibility_.isProcessTrusted()) return {};
 
-    // In this order: a desktop brings what it knows up to date with the first question of a poll.
+    // This call comes first: a desktop updates its model with the first call of a poll.
     const auto running = applications_.runningApplications();
     Roll roll;
     roll.shownSpace = accessibility_.shownSpace();
@@ -230,7 +229,7 @@ void AccessibilityWindowService::enumerateWindows(const RunningApplication& appl
 std::vector<UnlistedWindow> AccessibilityWindowService::unlistedWindows(std::span<const KnownWindow> known,
                                                                         const Roll& roll) const {
     std::vector<UnlistedWindow> unlisted;
-    std::unordered_set<pid_t> silent; // each costs one deadline
+    std::unordered_set<pid_t> silent; // each costs one timeout
     for (const auto& window : known) {
         const pid_t process = window.element.processIdentifier;
         if (roll.answered.contains(window.id) || !roll.processes.contains(process)) continue;
@@ -241,7 +240,7 @@ std::vector<UnlistedWindow> AccessibilityWindowService::unlistedWindows(std::spa
             break;
         case WindowPresence::present: {
             auto now = windowCandidate(window.element, process);
-            // An application may keep the object of a window that it has closed; one without a size is on no Space.
+            // An application may keep the object of a closed window; without a size the window is closed.
             const auto frame = now ? now->frame : readFrame(window.element);
             if (frame && isEmpty(frame->size)) break;
             unlisted.push_back({window.id, true, std::move(now)});

@@ -1,4 +1,5 @@
-// Where the pointer takes hold of a window, so that on a Mac a click inside a window asks no application anything.
+// Whether a press can begin a drag of a window, so that on a Mac a click inside a window sends no request to its
+// application.
 #pragma once
 
 #include "support/Geometry.h"
@@ -9,7 +10,7 @@ namespace kova {
 
 /// Title bars with toolbars are this high.
 inline constexpr double kTitleHeightPoints = 56;
-/// Edges can be taken hold of this far from the frame, on both sides.
+/// Edges can be dragged from this far away, on both sides.
 inline constexpr double kEdgeReachPoints = 10;
 
 /// Whether the point is near the title or an edge of one of the frames. All in window-service space.

@@ -1,5 +1,5 @@
-// The list of windows of a Mac's window server, in the numbers in which it comes. It is made by other programs, so any
-// of them may be missing or impossible.
+// Parses the list of windows of a Mac's window server. Other programs write it, so any number may be missing or
+// impossible.
 #pragma once
 
 #include "windowing/AccessibilityServicing.h"
@@ -8,7 +8,7 @@
 
 namespace kova {
 
-/// Absent is what was missing or no number.
+/// Members are absent if missing or not a number.
 struct WindowListEntry {
     std::optional<double> layer;
     std::optional<double> ownerProcess;

@@ -1,5 +1,4 @@
-// Which sizes a window takes, as its application has told the window manager, and the frame to ask for so that it gets
-// one of them.
+// Which sizes a window accepts, by its announced hints, and the frame to request so that it gets one of them.
 #pragma once
 
 #include "support/Geometry.h"
@@ -14,15 +13,15 @@ struct WindowSizeHints {
     CGSize maximum{};
     CGSize base{};          // sizes are this and whole increments
     CGSize increment{};     // of a terminal: one character
-    CGSize aspectBase{};    // does not count for the aspect
+    CGSize aspectBase{};    // subtracted before the aspect is computed
     double leastAspect = 0; // width divided by height
     double mostAspect = 0;
     bool operator==(const WindowSizeHints&) const = default;
 };
 
-/// The largest frame within the tile that the hints allow, in the coordinates of the tile (y grows downwards). What its
-/// largest size or its aspect leaves free is on both sides; what is left of an increment is at the right and at the
-/// bottom. In a direction in which not even the smallest size fits, the tile's own extent.
+/// The largest frame within the tile that the hints allow, in the tile's coordinates (y grows downwards). The frame is
+/// centered if it is limited by its largest size or its aspect; the rest of an increment is at the right and at the
+/// bottom. In a direction in which not even the smallest size fits, the tile's extent.
 CGRect largestFrameWithin(const CGRect& tile, const WindowSizeHints& hints);
 
 } // namespace kova

@@ -92,9 +92,9 @@ void MacApplications::settleHiddenWindows(LeftWindows leftWindows) {
 
 bool MacApplications::isHidden(const void* object) const {
     auto* application = (__bridge NSRunningApplication*)object;
-    const bool isToldHidden = application.hidden != NO; // the same until the main run loop goes on
+    const bool isReportedHidden = application.hidden != NO; // the same until the main run loop goes on
     const std::lock_guard lock(mutex_);
-    return requestedHiding_.isHidden(application.processIdentifier, isToldHidden, queue_.uptime());
+    return requestedHiding_.isHidden(application.processIdentifier, isReportedHidden, queue_.uptime());
 }
 
 RunningApplication MacApplications::describe(const void* object) const {
