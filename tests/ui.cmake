@@ -8,4 +8,4 @@ target_sources(ui_tests PRIVATE ${private_server})
 target_compile_definitions(ui_tests PRIVATE KOVA_GOLDEN="${CMAKE_CURRENT_SOURCE_DIR}/ui/golden"
   KOVA_UI_PROGRAM="$<TARGET_FILE:kova-ui>")
 set_target_properties(ui_tests PROPERTIES UNITY_BUILD OFF)
-add_dependencies(ui_tests kova-ui)
+add_dependencies(ui_tests kova-ui kova)

@@ -1,6 +1,7 @@
 #include "cli/LayoutOutput.h"
 
 #include "cli/Picture.h"
+#include "cli/Table.h"
 #include "cli/Terminal.h"
 
 #include <nlohmann/json.hpp>
@@ -66,6 +67,26 @@ std::string printLayout(const json& result, const Arguments& arguments) {
     out += printable(state + result.at("display").at("name").get<std::string>() + " (" + sizeText(result.at("area")) +
                      " points)") +
            "\n";
+    return out;
+}
+
+std::string printLayoutFit(const json& result, const Arguments&) {
+    std::string out;
+    for (const json& display : result.at("displays")) {
+        out += (out.empty() ? "" : "\n") + printable(display.at("name").get<std::string>()) + "\n";
+        Table table({{"LAYOUT"}, {"NAME"}, {"FITS"}});
+        for (const json& layout : display.at("layouts")) {
+            const json& lacking = layout.at("shortfall");
+            const auto points = [&](const char* key) {
+                return std::to_string(std::lround(lacking.at(key).get<double>()));
+            };
+            const std::string fits = lacking.is_null() ? "yes"
+                                                       : lacking.at("application").get<std::string>() + " lacks " +
+                                                             points("width") + " by " + points("height") + " points";
+            table.add({layout.at("id"), layout.at("name"), fits});
+        }
+        out += table.text();
+    }
     return out;
 }
 

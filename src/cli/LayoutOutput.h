@@ -10,6 +10,7 @@
 namespace kova::cli {
 
 std::string printLayout(const nlohmann::json& result, const Arguments& arguments);
+std::string printLayoutFit(const nlohmann::json& result, const Arguments& arguments);
 std::string printLayoutList(const nlohmann::json& result, const Arguments& arguments);
 std::string printPreference(const nlohmann::json& result, const Arguments& arguments);
 std::string printLayoutChange(const nlohmann::json& result, const Arguments& arguments);

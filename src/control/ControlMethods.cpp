@@ -6,6 +6,7 @@
 #include "control/DividerMethods.h"
 #include "control/Doctor.h"
 #include "control/DocumentTransfer.h"
+#include "control/LayoutFitMethod.h"
 #include "control/LayoutMethods.h"
 #include "control/NameLookup.h"
 #include "control/OverlayBroadcast.h"
@@ -183,6 +184,8 @@ class ControlMethods::Table {
         });
         add("layout.show", {"layout", "display"},
             [&controller](const Call& call) { return showLayout(controller, call.parameters); });
+        add("layout.fit", {"display"},
+            [&controller](const Call& call) { return fitLayouts(controller, call.parameters); });
         add("layout.next", {}, [&controller](const Call&) { return stepLayout(controller, LayoutStep::next); });
         add("layout.previous", {}, [&controller](const Call&) { return stepLayout(controller, LayoutStep::previous); });
         add("layout.select", {"layout", "display"},
@@ -436,6 +439,7 @@ class ControlMethods::Table {
                 {"shortcuts", resultOf("shortcut.list")},
                 {"themes", resultOf("theme.list")},
                 {"accentColors", resultOf("accent.list")},
+                {"layouts", resultOf("layout.fit")},
                 {"rules", resultOf("rule.list")},
                 {"scenes", resultOf("scene.list")}};
     }

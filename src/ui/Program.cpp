@@ -45,7 +45,11 @@ Program::Program(const std::string& socketPath) :
               .icon = [this](const ApplicationName& application, int size) { return icons_.icon(application, size); },
               .overlay = [this] { return link_.contents() ? &*link_.contents() : nullptr; },
               .palette = [this] { return palette(); },
-              .styleWidgets = [this] { styleWidgets(); }}) {
+              .styleWidgets = [this] { styleWidgets(); },
+              .closedByUser =
+                  [this](const std::string& what) {
+                      link_.call("ui.hide", {{"what", what}});
+                  }}) {
     if (const auto* x11 = qApp->nativeInterface<QNativeInterface::QX11Application>()) {
         auto platform = X11Platform::create(x11->connection());
         if (platform) {
@@ -70,6 +74,7 @@ void Program::contentsChanged() {
     isRefreshDue_ = false;
     const auto& contents = link_.contents();
     overlay_->show(contents);
+    windows_.follow(contents ? contents->windows : std::map<std::string, ShownWindow>());
     if (contents && windows_.isAnyOpen() && contents->appearance != styledAppearance_) styleWidgets();
     // After the overlay, which is what one waits for.
     if (std::exchange(isAgentThere_, contents.has_value()) != contents.has_value()) tray_.setAgentThere(isAgentThere_);

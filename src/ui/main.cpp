@@ -1,4 +1,5 @@
 // kova-ui: what one sees of KOVA. A client of the agent's socket.
+#include "ui/Instance.h"
 #include "ui/Program.h"
 
 #include "control/client/ControlSocket.h"
@@ -17,7 +18,8 @@ constexpr std::string_view kHelp = R"(usage: kova-ui [--socket PATH]
 
 Shows what kova-agent manages: the footers of tiles, empty tiles, where a carried
 window would go, messages, and the menu of the desktop's panel. The agent starts
-it; without an agent it shows nothing and waits for one.
+it; without an agent it shows nothing and waits for one. Started again by hand it
+shows the settings.
 
   --socket PATH   the agent's socket (else KOVA_SOCKET, else that of the session)
   --help          this text
@@ -53,6 +55,7 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "kova-ui: unknown argument: %s\n%s", argv[i], kHelp.data());
         return 2;
     }
+    if (kova::ui::isLeftToOtherInstance(socket)) return 0;
     prepareToolkit();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("kova-ui"));

@@ -44,10 +44,10 @@ class AgentStage {
                                .settingsWindow = [this] { return desk.delegate().settingsWindow(); }};
         for (auto* setting : {&context.startAtLogin, &context.dockAutoHide}) {
             const auto isOn = std::make_shared<bool>(false);
-            *setting = SystemSetting{[isOn] {
-                                         return SystemSetting::State{*isOn, {}, "Said by the system.", {}};
+            *setting = SystemSetting{[this, isOn] {
+                                         return SystemSetting::State{*isOn, settingProblem, "Said by the system.", {}};
                                      },
-                                     [isOn](bool wanted) { *isOn = wanted; }};
+                                     [this, isOn](bool wanted) { *isOn = settingProblem ? *isOn : wanted; }};
         }
         methods.emplace(std::move(context));
         monitors.emplace(desk.controller(), shortcuts, desk.desktop.keyboard(), desk.desktop.queue()).installMonitors();
@@ -96,6 +96,7 @@ class AgentStage {
         bool isOn = true;
     };
 
+    std::optional<std::string> settingProblem; // why settings of the system cannot be changed
     Disk disk;
     UserInterface userInterface;
     Scenario desk;

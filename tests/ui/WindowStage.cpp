@@ -16,7 +16,8 @@ WindowStage::WindowStage() :
     link(socketPath(), {.contentsChanged = [] {}, .showRequested = nullptr, .notUnderstood = [](const auto&) {}}),
     host({.socketPath = socketPath(),
           .overlay = [this] { return link.contents() ? &*link.contents() : nullptr; },
-          .palette = [this] { return paletteFor(link.contents()->appearance, brightness, Compositing::absent); }}) {
+          .palette = [this] { return paletteFor(link.contents()->appearance, brightness, Compositing::absent); },
+          .closedByUser = [this](const std::string& what) { closedByUser.push_back(what); }}) {
     QApplication::setStyle(QStringLiteral("fusion"));
     QFont font(QStringLiteral("DejaVu Sans"));
     font.setPixelSize(static_cast<int>(points::smallText) + 1);

@@ -13,6 +13,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace kova::ui::testing {
 
@@ -42,6 +43,7 @@ class WindowStage : public ::testing::Test, public AgentStage {
     /// comparison where the font of the golden pictures is missing.
     void compareWithGoldens(QWidget& window, const std::string& name);
 
+    std::vector<std::string> closedByUser; // windows that the agent wants to be open
     AgentLink link;
     Brightness brightness = Brightness::dark;
     WindowHost host;

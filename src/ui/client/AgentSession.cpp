@@ -42,7 +42,7 @@ void AgentSession::connectNow() {
     client_ = std::make_unique<ControlClient>(std::move(*connected));
     readable_ = std::make_unique<QSocketNotifier>(client_->descriptor(), QSocketNotifier::Read);
     connect(readable_.get(), &QSocketNotifier::activated, this, [this] { read(); });
-    if (isFollowing_) subscribe();
+    for (const std::string& topic : topics_) subscribe(topic);
     Q_EMIT connectionChanged();
 }
 
@@ -86,19 +86,25 @@ void AgentSession::call(const QObject* context, const std::string& method, json 
     if (client_->send(message.dump(-1, ' ', false, json::error_handler_t::replace))) lose();
 }
 
-void AgentSession::follow() {
-    if (std::exchange(isFollowing_, true) || !client_) return;
-    subscribe();
+void AgentSession::follow(const std::string& topic) {
+    if (topics_.insert(topic).second && client_) subscribe(topic);
 }
 
-void AgentSession::subscribe() {
-    call(this, "subscribe", json::object(), [this](const Answer& answer) {
-        if (!answer.result.is_object()) return;
-        state_ = answer.result.value("state", json::object());
-        std::set<std::string> sections;
-        for (const auto& section : state_.items()) sections.insert(section.key());
-        Q_EMIT changed(sections);
+void AgentSession::subscribe(const std::string& topic) {
+    const json parameters = topic.empty() ? json::object() : json{{"topic", topic}};
+    call(this, "subscribe", parameters, [this](const Answer& answer) {
+        if (answer.result.is_object()) take(answer.result.value("state", json::object()));
     });
+}
+
+void AgentSession::take(const json& news) {
+    if (!news.is_object()) return;
+    std::set<std::string> sections;
+    for (const auto& section : news.items()) {
+        state_[section.key()] = section.value();
+        sections.insert(section.key());
+    }
+    Q_EMIT changed(sections);
 }
 
 void AgentSession::receive(const std::string& line) {
@@ -113,12 +119,7 @@ void AgentSession::receive(const std::string& line) {
         waiting_.erase(found);
         done(answerIn(message));
     } else if (*method == "changed" && parameters.contains("changes")) {
-        std::set<std::string> sections;
-        for (const auto& section : parameters["changes"].items()) {
-            state_[section.key()] = section.value();
-            sections.insert(section.key());
-        }
-        Q_EMIT changed(sections);
+        take(parameters["changes"]);
     } else if (method->is_string()) {
         Q_EMIT notified(method->get<std::string>(), parameters);
     }

@@ -29,10 +29,11 @@ class AgentSession : public QObject {
     /// connection ends, and not at all when `context` has been destroyed by then.
     void call(const QObject* context, const std::string& method, nlohmann::json parameters = nlohmann::json::object(),
               std::function<void(const Answer&)> done = nullptr);
-    /// Subscribes to the state, now and after each new connection.
-    void follow();
-    /// The sections of `query.state`; an empty object until they have come.
+    /// Subscribes to the topic, or without one to the state of the workspace, now and after each new connection.
+    void follow(const std::string& topic = {});
+    /// The sections of all that is followed; an empty object until they have come.
     const nlohmann::json& state() const { return state_; }
+    const std::string& socketPath() const { return socketPath_; }
     bool isConnected() const { return client_ != nullptr; }
 
   Q_SIGNALS:
@@ -47,14 +48,15 @@ class AgentSession : public QObject {
     void read();
     void lose();
     void receive(const std::string& line);
-    void subscribe();
+    void take(const nlohmann::json& news);
+    void subscribe(const std::string& topic);
 
     const std::string socketPath_;
     std::unique_ptr<ControlClient> client_;
     std::unique_ptr<QSocketNotifier> readable_;
     QTimer retry_;
     int attempts_ = 0;
-    bool isFollowing_ = false;
+    std::set<std::string> topics_; // followed; empty: that of the workspace
     nlohmann::json state_ = nlohmann::json::object();
     std::uint64_t nextRequest_ = 1;
     std::map<std::uint64_t, std::function<void(const Answer&)>> waiting_;

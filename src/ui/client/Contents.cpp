@@ -144,6 +144,17 @@ MenuItem menuItem(const JsonCursor& at) {
     return item;
 }
 
+std::map<std::string, ShownWindow> shownWindows(const JsonCursor& at) {
+    std::map<std::string, ShownWindow> windows;
+    for (const auto& [name, window] : at.members()) {
+        if (window.value().is_null()) continue;
+        ShownWindow& shown = windows[name];
+        shown.request = window.required("request").integer();
+        if (const auto pane = window.optional("pane")) shown.pane = pane->string();
+    }
+    return windows;
+}
+
 } // namespace
 
 const DisplayContents* OverlayContents::display(std::string_view id) const {
@@ -174,6 +185,8 @@ void applySections(OverlayContents& contents, const JsonCursor& sections) {
             contents.drag = ifAny(at, drag);
         } else if (name == "message") {
             contents.message = ifAny(at, message);
+        } else if (name == "windows") {
+            contents.windows = shownWindows(at);
         }
     }
 }

@@ -6,6 +6,8 @@
 #include "support/JsonDecoding.h"
 #include "themes/ThemeRegistry.h"
 
+#include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -101,6 +103,13 @@ struct StatusMessage {
     bool operator==(const StatusMessage&) const = default;
 };
 
+/// A window that is to be open.
+struct ShownWindow {
+    std::optional<std::string> pane; // absent: the one that it showed last
+    std::int64_t request = 0;        // another number: it is asked for again
+    bool operator==(const ShownWindow&) const = default;
+};
+
 struct OverlayContents {
     AgentVersion version;
     bool isSuspended = false;
@@ -110,6 +119,7 @@ struct OverlayContents {
     std::vector<DividerContents> dividers;
     std::optional<WindowDrag> drag;
     std::optional<StatusMessage> message;
+    std::map<std::string, ShownWindow> windows; // by name, as `show` names them
     bool operator==(const OverlayContents&) const = default;
 
     /// Null when there is no such display.

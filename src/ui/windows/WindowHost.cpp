@@ -70,6 +70,18 @@ bool WindowHost::show(const std::string& what, const nlohmann::json& parameters)
     return true;
 }
 
+void WindowHost::follow(const std::map<std::string, ShownWindow>& wanted) {
+    const auto before = std::exchange(wanted_, wanted);
+    for (const auto& [name, window] : wanted) {
+        const auto known = before.find(name);
+        if (known != before.end() && known->second.request == window.request) continue;
+        show(name, window.pane ? nlohmann::json{{"pane", *window.pane}} : nlohmann::json::object());
+    }
+    for (const auto& [name, window] : before) {
+        if (HostedWindow* open = wanted.contains(name) ? nullptr : this->window(name)) open->close();
+    }
+}
+
 bool WindowHost::eventFilter(QObject* watched, QEvent* event) {
     auto* window = qobject_cast<HostedWindow*>(watched);
     if (!window) return false;
@@ -89,7 +101,9 @@ bool WindowHost::eventFilter(QObject* watched, QEvent* event) {
 void WindowHost::closed(const HostedWindow* window, bool hadKeyboard) {
     const auto found = std::ranges::find_if(windows_, [&](const auto& entry) { return entry.second.get() == window; });
     if (found == windows_.end() || found->second->isVisible()) return;
+    const std::string what = found->first;
     windows_.erase(found);
+    if (wanted_.contains(what) && surroundings_.closedByUser) surroundings_.closedByUser(what);
     if (hadKeyboard) focus_->giveBack();
     if (windows_.empty()) rest_.start(kRest);
 }

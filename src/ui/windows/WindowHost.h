@@ -24,6 +24,8 @@ class WindowHost : public QObject {
         std::function<const OverlayContents*()> overlay{};
         std::function<Palette()> palette{};
         std::function<void()> styleWidgets{}; // before the first window is made
+        /// The user has closed a window that the agent wants to be open.
+        std::function<void(const std::string& what)> closedByUser{};
     };
     explicit WindowHost(Surroundings surroundings);
     ~WindowHost() override;
@@ -32,8 +34,13 @@ class WindowHost : public QObject {
     void setFocus(std::unique_ptr<WindowFocus> focus);
     /// False when there is no such window.
     bool show(const std::string& what, const nlohmann::json& parameters = nlohmann::json::object());
+    /// Opens the windows that the agent wants to be open and were not asked for before, and closes those that it wants
+    /// no more. Windows opened by `show` stay.
+    void follow(const std::map<std::string, ShownWindow>& wanted);
     /// Null when it is not open.
     HostedWindow* window(const std::string& what) const;
+    /// What windows ask the agent by; null when none was open lately.
+    const AgentSession* session() const { return agent_.get(); }
     bool isAnyOpen() const { return !windows_.empty(); }
 
   protected:
@@ -48,7 +55,8 @@ class WindowHost : public QObject {
     std::optional<WindowServices> services_;
     std::unique_ptr<WindowFocus> focus_;
     std::map<std::string, std::unique_ptr<HostedWindow>> windows_;
-    QTimer rest_; // after the last window was closed
+    std::map<std::string, ShownWindow> wanted_; // by the agent
+    QTimer rest_;                               // after the last window was closed
 };
 
 } // namespace kova::ui

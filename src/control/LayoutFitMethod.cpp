@@ -1,0 +1,106 @@
+#include "control/LayoutFitMethod.h"
+
+#include "control/ControlRecords.h"
+#include "control/NameLookup.h"
+#include "layout/LayoutFit.h"
+#include "workspace/VisibleArea.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace kova {
+
+namespace {
+
+using nlohmann::json;
+
+struct NeedyWindow {
+    const ManagedWindow* window;
+    CGSize minimumSize; // points
+};
+
+CGSize largerOf(CGSize one, CGSize other) {
+    return {std::max(one.width, other.width), std::max(one.height, other.height)};
+}
+
+/// Windows on the display of which a minimum size is known.
+std::vector<NeedyWindow> needyWindowsOn(const WorkspaceController& controller, const Screen& screen) {
+    const WorkspaceState& state = controller.state();
+    const double firstMaxY = maxY(state.screens->front().frame);
+    std::vector<NeedyWindow> needy;
+    for (const ManagedWindow& window : *state.windows) {
+        const Screen* shownOn =
+            window.frame ? screenShowing(*state.screens, flipped(*window.frame, firstMaxY)) : nullptr;
+        if (!shownOn || displayID(*shownOn) != displayID(screen)) continue;
+        CGSize least = window.minimumSize.value_or(CGSize{});
+        if (const auto seen = state.observedMinimumSizes->find(window.id); seen != state.observedMinimumSizes->end())
+            least = largerOf(least, seen->second);
+        const auto& learned = state.profile->applicationMinimumSizes;
+        const auto known = learned.find(applicationKey(window.applicationName, window.bundleIdentifier));
+        if (known != learned.end()) least = largerOf(least, known->second);
+        if (least.width > 0 || least.height > 0) needy.push_back({&window, least});
+    }
+    return needy;
+}
+
+/// Null when every window fits; else the window that lacks most.
+json shortfall(const LayoutDefinition& layout, const std::vector<NeedyWindow>& windows, CGSize area, double inset) {
+    json worst;
+    double most = 0;
+    for (const NeedyWindow& each : windows) {
+        const CGSize lacking = shortfallFor(layout, each.minimumSize, area, inset);
+        if (lacking.width + lacking.height <= most) continue;
+        most = lacking.width + lacking.height;
+        worst = {{"width", std::ceil(lacking.width)},
+                 {"height", std::ceil(lacking.height)},
+                 {"window", each.window->id},
+                 {"application", each.window->applicationName}};
+    }
+    return worst;
+}
+
+json choicesOn(const WorkspaceController& controller, const Screen& screen) {
+    const auto windows = needyWindowsOn(controller, screen);
+    const LayoutDefinition* inForce = controller.resolvedLayout(displayID(screen));
+    const CGSize area = screen.visibleFrame.size;
+    const double inset = controller.state().profile->tileInset;
+    json choices = json::array();
+    for (const LayoutDefinition& layout : controller.catalogue()) {
+        json tiles = json::array();
+        for (const TileSlot& slot : solveDefinition(layout, {}, area, inset).slots) {
+            tiles.push_back(
+                {{"id", slot.id}, {"name", slot.name}, {"frame", controlRecord::rect(slot.normalizedFrame)}});
+        }
+        choices.push_back({{"id", layout.id},
+                           {"name", layout.name},
+                           {"isInForce", inForce && inForce->id == layout.id},
+                           {"tiles", std::move(tiles)},
+                           {"shortfall", shortfall(layout, windows, area, inset)}});
+    }
+    return choices;
+}
+
+} // namespace
+
+ControlReply fitLayouts(const WorkspaceController& controller, const JsonCursor& parameters) {
+    std::optional<std::string> wanted;
+    if (parameters.optional("display")) {
+        const auto found = wantedDisplay(controller, parameters);
+        if (!found) return found.error();
+        wanted = *found;
+    }
+    json displays = json::array();
+    for (const Screen& screen : *controller.state().screens) {
+        const std::string id = displayID(screen);
+        if (wanted && id != *wanted) continue;
+        displays.push_back({{"id", id},
+                            {"name", screen.localizedName},
+                            {"area", controlRecord::size(screen.visibleFrame.size)},
+                            {"hasOwnSizes", controller.state().profile->layoutWeightsByDisplay.contains(id)},
+                            {"layouts", choicesOn(controller, screen)}});
+    }
+    return json{{"displays", std::move(displays)}};
+}
+
+} // namespace kova

@@ -1,0 +1,14 @@
+// The layouts for each display, and whether the windows there fit into them.
+#pragma once
+
+#include "control/ControlHandling.h"
+#include "support/JsonDecoding.h"
+
+namespace kova {
+
+class WorkspaceController;
+
+/// Of the display that the parameters name, or of all.
+ControlReply fitLayouts(const WorkspaceController& controller, const JsonCursor& parameters);
+
+} // namespace kova

@@ -1,0 +1,39 @@
+#include "ui/Instance.h"
+
+#include "control/client/ControlClient.h"
+
+#include <nlohmann/json.hpp>
+
+#include <unistd.h>
+
+#include <chrono>
+
+namespace kova::ui {
+
+namespace {
+
+using nlohmann::json;
+
+constexpr std::chrono::milliseconds kTimeout{500};
+
+/// The result; null when it is refused or there is no answer.
+json ask(ControlClient& agent, const char* method) {
+    if (agent.send(json{{"jsonrpc", "2.0"}, {"id", 1}, {"method", method}}.dump())) return nullptr;
+    const auto line = agent.receive();
+    const json answer = line ? json::parse(*line, nullptr, false) : json();
+    return answer.is_object() ? answer.value("result", json()) : json();
+}
+
+} // namespace
+
+bool isLeftToOtherInstance(const std::string& socketPath) {
+    auto agent = ControlClient::connect(socketPath);
+    if (!agent) return false;
+    agent->setTimeout(kTimeout);
+    const json status = ask(*agent, "ui.status");
+    const json process = status.is_object() ? status.value("process", json()) : json();
+    if (!process.is_number_integer() || process == getpid()) return false;
+    return ask(*agent, "settings.show").is_object();
+}
+
+} // namespace kova::ui

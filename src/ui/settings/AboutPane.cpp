@@ -1,0 +1,206 @@
+#include "ui/settings/AboutPane.h"
+
+#include "support/Version.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QFontDatabase>
+#include <QHBoxLayout>
+#include <QProcessEnvironment>
+#include <QScrollBar>
+#include <QStandardPaths>
+
+#include <utility>
+
+namespace kova::ui {
+
+using nlohmann::json;
+
+namespace {
+
+const PaneRegistration registration({80, "about", [] { return AboutPane::tr("About"); },
+                                     [](WindowServices& services) -> Pane* { return new AboutPane(services); }});
+
+constexpr int kLogLines = 200;
+
+/// Where it is installed, beside this program or two folders up, else wherever the shell finds it.
+QString commandLineProgram() {
+    const QDir here(QCoreApplication::applicationDirPath());
+    for (const QString& path :
+         {here.filePath(QStringLiteral("kova")), here.filePath(QStringLiteral("../../bin/kova"))}) {
+        if (QFileInfo(path).isExecutable()) return path;
+    }
+    return QStandardPaths::findExecutable(QStringLiteral("kova"));
+}
+
+/// The entry of that id, wherever it is; null when there is none.
+json entryIn(const json& entries, const char* id) {
+    for (const json& entry : entries) {
+        if (entry.at("id") == id) return entry;
+        if (json inside = entryIn(entry.at("entries"), id); !inside.is_null()) return inside;
+    }
+    return nullptr;
+}
+
+AgentRequest choose(const char* id) {
+    return {"menu.choose", {{"id", id}}};
+}
+
+} // namespace
+
+AboutPane::AboutPane(WindowServices& services) : agent_(services.agent), version_(new QLabel(this)) {
+    version_->setObjectName(QStringLiteral("version"));
+    QFont large = version_->font();
+    large.setPixelSize(large.pixelSize() * 3 / 2);
+    version_->setFont(large);
+    version_->setText(QStringLiteral("KOVA"));
+    auto* column = new QVBoxLayout(this);
+    column->addWidget(version_);
+    column->addWidget(explanation(tr("Divides each display into named tiles and keeps windows in them."), this));
+    column->addWidget(updatesGroup());
+    column->addWidget(logGroup(), 1);
+}
+
+QWidget* AboutPane::updatesGroup() {
+    updates_ = new QGroupBox(tr("Updates"), this);
+    auto* column = new QVBoxLayout(updates_);
+    checksForUpdates_ = new SettingSwitch(
+        agent_, tr("Check for &updates automatically"), {}, [](bool) { return choose("update-automatically"); },
+        updates_);
+    downloadsUpdates_ = new SettingSwitch(
+        agent_, tr("&Download updates automatically"), {}, [](bool) { return choose("update-download"); }, updates_);
+    checkNow_ = new QPushButton(tr("Check &Now"), updates_);
+    checkNow_->setAccessibleDescription(tr("Looks for a newer version now"));
+    updateError_ = new FieldError(updates_);
+    for (QWidget* each : {static_cast<QWidget*>(checksForUpdates_), static_cast<QWidget*>(downloadsUpdates_),
+                          static_cast<QWidget*>(updateError_)})
+        column->addWidget(each);
+    column->addWidget(checkNow_, 0, Qt::AlignLeft);
+    connect(checkNow_, &QPushButton::clicked, this, [this] {
+        callFor(*updateError_, agent_, "menu.choose", {{"id", "update"}});
+    });
+    for (SettingSwitch* each : {checksForUpdates_, downloadsUpdates_})
+        connect(&each->box(), &QCheckBox::clicked, this,
+                &AboutPane::opened); // one of them is of use with the other only
+    updates_->hide();
+    return updates_;
+}
+
+QWidget* AboutPane::logGroup() {
+    auto* group = new QGroupBox(tr("Log and report"), this);
+    auto* column = new QVBoxLayout(group);
+    auto* buttons = new QHBoxLayout;
+    showLog_ = new QPushButton(tr("Show &Log"), group);
+    showLog_->setObjectName(QStringLiteral("showLog"));
+    showLog_->setAccessibleDescription(tr("Shows the newest lines of the agent's log"));
+    report_ = new QPushButton(tr("Write &Bug Report…"), group);
+    report_->setObjectName(QStringLiteral("bugReport"));
+    report_->setAccessibleDescription(
+        tr("Writes the agent's state, preferences and log into a file; titles and other texts of yours are replaced"));
+    buttons->addWidget(showLog_);
+    buttons->addWidget(report_);
+    buttons->addStretch(1);
+    column->addLayout(buttons);
+    said_ = explanation({}, group);
+    said_->setObjectName(QStringLiteral("said"));
+    error_ = new FieldError(group);
+    log_ = new QPlainTextEdit(group);
+    log_->setObjectName(QStringLiteral("log"));
+    log_->setReadOnly(true);
+    log_->setTabChangesFocus(true);
+    log_->setLineWrapMode(QPlainTextEdit::NoWrap);
+    log_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    log_->setAccessibleName(tr("Log"));
+    log_->setAccessibleDescription(tr("The newest lines of the agent's log, the last one at the end"));
+    log_->hide();
+    column->addWidget(said_);
+    column->addWidget(error_);
+    column->addWidget(log_, 1);
+    column->addStretch(0);
+    connect(showLog_, &QPushButton::clicked, this, &AboutPane::showLog);
+    connect(report_, &QPushButton::clicked, this, &AboutPane::askForReportFile);
+    return group;
+}
+
+void AboutPane::opened() {
+    agent_.call(this, "status", json::object(), [this](const Answer& answer) {
+        const std::string agent = answer.result.is_object() ? answer.result.value("version", "") : "";
+        const QString ours = QStringLiteral(KOVA_VERSION);
+        const QString theirs = QString::fromStdString(agent);
+        version_->setText(theirs.isEmpty() || theirs == ours ? tr("KOVA %1").arg(ours)
+                                                             : tr("KOVA %1, user interface %2").arg(theirs, ours));
+    });
+    agent_.call(this, "menu", json::object(), [this](const Answer& answer) {
+        try {
+            if (answer.error.empty()) showUpdates(answer.result.at("entries"));
+        } catch (const json::exception& error) {
+            qWarning("kova-ui: the menu is not understood: %s", error.what());
+        }
+    });
+}
+
+void AboutPane::showUpdates(const json& menu) {
+    const json now = entryIn(menu, "update");
+    updates_->setVisible(!now.is_null());
+    if (now.is_null()) return;
+    checkNow_->setEnabled(now.at("isEnabled"));
+    for (const auto& [control, id] :
+         {std::pair(checksForUpdates_, "update-automatically"), std::pair(downloadsUpdates_, "update-download")}) {
+        const json entry = entryIn(menu, id);
+        control->setVisible(!entry.is_null());
+        if (entry.is_null()) continue;
+        control->showState(entry.at("isChecked"));
+        control->box().setEnabled(entry.at("isEnabled"));
+    }
+}
+
+void AboutPane::showLog() {
+    runCommand({QStringLiteral("log"), QStringLiteral("--lines"), QString::number(kLogLines)},
+               [this](const QString& printed) {
+                   log_->setPlainText(printed);
+                   log_->show();
+                   log_->verticalScrollBar()->setValue(log_->verticalScrollBar()->maximum());
+               });
+}
+
+void AboutPane::askForReportFile() {
+    auto* dialog = new QFileDialog(this, tr("Write Bug Report"), QDir::homePath());
+    dialog->setObjectName(QStringLiteral("reportFile"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setOption(QFileDialog::DontConfirmOverwrite); // the command line overwrites nothing
+    dialog->selectFile(QStringLiteral("KOVA-report.txt"));
+    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) {
+        runCommand({QStringLiteral("bugreport"), path}, [this](const QString& printed) { said_->setText(printed); });
+    });
+    dialog->open();
+}
+
+void AboutPane::runCommand(const QStringList& arguments, std::function<void(const QString& printed)> done) {
+    const QString program = commandLineProgram();
+    said_->clear();
+    if (program.isEmpty()) return error_->say(tr("The command line “kova” is not installed."));
+    auto* process = new QProcess(this);
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("KOVA_SOCKET"), QString::fromStdString(agent_.socketPath()));
+    process->setProcessEnvironment(environment);
+    const auto ended = [this, process, done = std::move(done)] {
+        const bool hasRun =
+            process->error() != QProcess::FailedToStart && process->exitStatus() == QProcess::NormalExit;
+        const bool isDone = hasRun && process->exitCode() == 0;
+        const QByteArray printed = isDone ? process->readAllStandardOutput() : process->readAllStandardError();
+        const QString text = QString::fromUtf8(printed).trimmed();
+        error_->say(isDone ? QString() : text.isEmpty() ? tr("The command line ended unexpectedly.") : text);
+        if (isDone) done(text);
+        process->deleteLater();
+    };
+    connect(process, &QProcess::finished, this, ended);
+    connect(process, &QProcess::errorOccurred, this, [ended](QProcess::ProcessError error) {
+        if (error == QProcess::FailedToStart) ended();
+    });
+    process->start(program, arguments);
+}
+
+} // namespace kova::ui

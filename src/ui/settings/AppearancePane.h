@@ -1,0 +1,61 @@
+// How the overlay looks: theme, accent color and what of the theme is shown. Every choice is applied at once.
+#pragma once
+
+#include "ui/settings/SettingControls.h"
+#include "ui/windows/Pane.h"
+
+#include <QButtonGroup>
+#include <QGroupBox>
+#include <QPixmap>
+
+#include <string>
+#include <vector>
+
+namespace kova::ui {
+
+/// A row of choices of which one holds, each with a picture.
+class PictureChoice final : public QGroupBox {
+    Q_OBJECT
+
+  public:
+    struct Option {
+        std::string id;
+        QString name;
+        QPixmap picture;
+        bool isActive = false;
+    };
+    /// `request` makes what is asked for when the option of that id is chosen.
+    PictureChoice(AgentSession& agent, const QString& title, const QString& text,
+                  std::function<AgentRequest(const std::string& id)> request, QWidget* parent = nullptr);
+    void showOptions(const std::vector<Option>& options);
+
+  private:
+    void choose(int index);
+    void showActive();
+
+    AgentSession& agent_;
+    const QString text_;
+    std::function<AgentRequest(const std::string& id)> request_;
+    std::vector<Option> options_;
+    QButtonGroup* buttons_;
+    QWidget* row_;
+    FieldError* error_;
+};
+
+class AppearancePane final : public Pane {
+    Q_OBJECT
+
+  public:
+    explicit AppearancePane(WindowServices& services);
+
+  private:
+    void showState(const nlohmann::json& state);
+
+    PictureChoice* themes_;
+    PictureChoice* accents_;
+    SettingSwitch* background_;
+    SettingSwitch* tileBackgrounds_;
+    SettingSwitch* brain_;
+};
+
+} // namespace kova::ui

@@ -1,0 +1,44 @@
+// The settings of the program itself, and those of all tiles.
+#pragma once
+
+#include "ui/settings/SettingControls.h"
+#include "ui/style/LayoutPicture.h"
+#include "ui/windows/Pane.h"
+
+#include <QSpinBox>
+
+#include <optional>
+
+namespace kova::ui {
+
+class GeneralPane final : public Pane {
+    Q_OBJECT
+
+  public:
+    explicit GeneralPane(WindowServices& services);
+
+  private:
+    QWidget* startGroup();
+    QWidget* tilesGroup();
+    QWidget* interfaceGroup();
+    QWidget* insetRow();
+    void showState(const nlohmann::json& state);
+    void showSystemSetting(SettingSwitch& control, const nlohmann::json& setting);
+    void insetChanged(int insetPoints);
+    void sendInset();
+    void showInset(int insetPoints);
+
+    WindowServices& services_;
+    SettingSwitch* startAtLogin_ = nullptr;
+    SettingSwitch* hideDock_ = nullptr;
+    SettingSwitch* arrangeAfterLaunch_ = nullptr;
+    SettingSwitch* bringForward_ = nullptr;
+    SettingSwitch* userInterface_ = nullptr;
+    QSpinBox* inset_ = nullptr;
+    LayoutPicture* preview_ = nullptr;
+    FieldError* insetError_ = nullptr;
+    std::optional<int> insetToSend_; // while an earlier one is under way
+    bool isInsetUnderWay_ = false;
+};
+
+} // namespace kova::ui

@@ -1,0 +1,57 @@
+// What the panes of the settings are made of. Main thread only.
+#pragma once
+
+#include "ui/windows/FieldError.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QVBoxLayout>
+#include <QWidget>
+
+#include <functional>
+#include <set>
+#include <string>
+
+namespace kova::ui {
+
+/// Calls `show` for the state that there is, if there is any, and whenever one of the sections has changed, as long as
+/// `context` lives. A state that is not what `show` expects is reported and changes nothing more.
+void followSections(AgentSession& agent, QObject* context, std::set<std::string> sections,
+                    std::function<void(const nlohmann::json& state)> show);
+
+/// The member of the state, null when it is not there.
+const nlohmann::json& sectionOf(const nlohmann::json& state, const char* name);
+
+/// Text that explains a control: smaller room, muted by the palette, wrapped.
+QLabel* explanation(const QString& text, QWidget* parent = nullptr);
+
+struct AgentRequest {
+    std::string method;
+    nlohmann::json parameters = nlohmann::json::object();
+};
+
+/// A check box with a text that explains it and, below, what the agent refused.
+class SettingSwitch final : public QWidget {
+    Q_OBJECT
+
+  public:
+    /// `request` makes what is asked for when the user switches.
+    SettingSwitch(AgentSession& agent, const QString& title, const QString& text,
+                  std::function<AgentRequest(bool isOn)> request, QWidget* parent = nullptr);
+
+    /// What is so; nothing is asked for.
+    void showState(bool isOn);
+    void setText(const QString& text);
+    QCheckBox& box() { return *box_; }
+    FieldError& error() { return *error_; }
+
+  private:
+    AgentSession& agent_;
+    std::function<AgentRequest(bool isOn)> request_;
+    QCheckBox* box_;
+    QLabel* text_;
+    FieldError* error_;
+    bool isOn_ = false;
+};
+
+} // namespace kova::ui

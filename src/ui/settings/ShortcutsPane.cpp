@@ -1,0 +1,184 @@
+#include "ui/settings/ShortcutsPane.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+
+#include <utility>
+
+namespace kova::ui {
+
+using nlohmann::json;
+
+namespace {
+
+enum Column { title, keys, remark, columns };
+constexpr int kActionRole = Qt::UserRole;
+
+const PaneRegistration registration({30, "shortcuts", [] { return ShortcutsPane::tr("Shortcuts"); },
+                                     [](WindowServices& services) -> Pane* { return new ShortcutsPane(services); }});
+
+QString textIn(const json& object, const char* key) {
+    const json& value = object.at(key);
+    return value.is_string() ? QString::fromStdString(value.get<std::string>()) : QString();
+}
+
+} // namespace
+
+ShortcutsPane::ShortcutsPane(WindowServices& services) :
+    agent_(services.agent), search_(new QLineEdit(this)), table_(new QTreeWidget(this)), prompt_(explanation({}, this)),
+    error_(new FieldError(this)) {
+    auto* column = new QVBoxLayout(this);
+    auto* searchLabel = new QLabel(tr("S&earch:"), this);
+    searchLabel->setBuddy(search_);
+    auto* searchRow = new QHBoxLayout;
+    searchRow->addWidget(searchLabel);
+    searchRow->addWidget(search_, 1);
+    column->addLayout(searchRow);
+    column->addWidget(table_, 1);
+    column->addWidget(prompt_);
+    column->addWidget(error_);
+    column->addWidget(buttons());
+
+    search_->setObjectName(QStringLiteral("searchShortcuts"));
+    search_->setClearButtonEnabled(true);
+    search_->setAccessibleDescription(tr("Shows the actions that have this text in their name or keys"));
+    connect(search_, &QLineEdit::textChanged, this, &ShortcutsPane::filter);
+    table_->setObjectName(QStringLiteral("shortcuts"));
+    table_->setAccessibleName(tr("Keyboard shortcuts"));
+    table_->setAccessibleDescription(tr("An action in each row, with its keys; Return records other keys for it"));
+    table_->setColumnCount(columns);
+    table_->setHeaderLabels({tr("Action"), tr("Keys"), tr("Remark")});
+    table_->setRootIsDecorated(false);
+    table_->setUniformRowHeights(true);
+    table_->setTabKeyNavigation(false);
+    table_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    connect(table_, &QTreeWidget::itemActivated, this, &ShortcutsPane::record);
+    connect(table_, &QTreeWidget::itemSelectionChanged, this, &ShortcutsPane::updateButtons);
+    connect(&agent_, &AgentSession::notified, this, &ShortcutsPane::heard);
+    connect(&agent_, &AgentSession::connectionChanged, this, &ShortcutsPane::endRecording);
+    followSections(agent_, this, {"shortcuts"}, [this](const json& state) { showState(state); });
+    endRecording();
+}
+
+QWidget* ShortcutsPane::buttons() {
+    auto* row = new QWidget(this);
+    auto* line = new QHBoxLayout(row);
+    line->setContentsMargins(0, 0, 0, 0);
+    const auto add = [&](const QString& label, const char* name, const QString& text) {
+        auto* button = new QPushButton(label, row);
+        button->setObjectName(QString::fromLatin1(name));
+        button->setAccessibleDescription(text);
+        line->addWidget(button);
+        return button;
+    };
+    record_ = add(tr("&Record…"), "recordShortcut", tr("Records keys for the chosen action"));
+    clear_ = add(tr("&Clear"), "clearShortcut", tr("Takes the keys of the chosen action away"));
+    line->addStretch(1);
+    restore_ = add(tr("Restore &Defaults"), "restoreShortcuts", tr("Gives every action the keys that it had at first"));
+    connect(record_, &QPushButton::clicked, this, &ShortcutsPane::record);
+    connect(clear_, &QPushButton::clicked, this, [this] {
+        callFor(*error_, agent_, "shortcut.clear", {{"action", chosenAction()}});
+    });
+    connect(restore_, &QPushButton::clicked, this, [this] { callFor(*error_, agent_, "shortcut.restoreDefaults"); });
+    return row;
+}
+
+void ShortcutsPane::showState(const json& state) {
+    const json& section = sectionOf(state, "shortcuts");
+    if (!section.is_object()) return;
+    canHearKeys_ = section.at("canHearKeys");
+    for (const json& shortcut : section.at("shortcuts")) {
+        const std::string action = shortcut.at("action");
+        QTreeWidgetItem* item = itemOf(action);
+        if (!item) {
+            item = new QTreeWidgetItem(table_);
+            item->setData(title, kActionRole, QString::fromStdString(action));
+        }
+        showShortcut(*item, shortcut);
+    }
+    filter(search_->text());
+    updateButtons();
+}
+
+void ShortcutsPane::showShortcut(QTreeWidgetItem& item, const json& shortcut) {
+    const QString name = textIn(shortcut, "title"), typed = textIn(shortcut, "keys"), about = remarkOn(shortcut);
+    item.setText(title, name);
+    item.setText(keys, typed);
+    item.setText(remark, about);
+    item.setData(keys, Qt::AccessibleTextRole, typed.isEmpty() ? tr("Keyboard shortcut not set") : typed);
+}
+
+QString ShortcutsPane::remarkOn(const json& shortcut) const {
+    if (shortcut.at("isHeldByOther").get<bool>()) return tr("In use by another program");
+    if (!shortcut.at("conflict").is_string()) return {};
+    const QTreeWidgetItem* other = itemOf(shortcut.at("conflict").get<std::string>());
+    return tr("Same keys as “%1”").arg(other ? other->text(title) : textIn(shortcut, "conflict"));
+}
+
+QTreeWidgetItem* ShortcutsPane::itemOf(const std::string& action) const {
+    const QString name = QString::fromStdString(action);
+    for (int i = 0; i < table_->topLevelItemCount(); ++i) {
+        QTreeWidgetItem* item = table_->topLevelItem(i);
+        if (item->data(title, kActionRole).toString() == name) return item;
+    }
+    return nullptr;
+}
+
+std::string ShortcutsPane::chosenAction() const {
+    const QTreeWidgetItem* item = table_->currentItem();
+    return item && !item->isHidden() ? item->data(title, kActionRole).toString().toStdString() : std::string();
+}
+
+void ShortcutsPane::filter(const QString& text) {
+    const QStringList words = text.split(u' ', Qt::SkipEmptyParts);
+    for (int i = 0; i < table_->topLevelItemCount(); ++i) {
+        QTreeWidgetItem* item = table_->topLevelItem(i);
+        const QString all = item->text(title) + u' ' + item->text(keys) + u' ' + item->text(remark);
+        const bool fits = std::all_of(words.begin(), words.end(),
+                                      [&](const QString& word) { return all.contains(word, Qt::CaseInsensitive); });
+        item->setHidden(!fits);
+    }
+    updateButtons();
+}
+
+void ShortcutsPane::record() {
+    const std::string action = chosenAction();
+    if (action.empty()) return;
+    callFor(*error_, agent_, "shortcut.record", {{"action", action}}, {.done = [this, action](const json& result) {
+        recorded_ = action;
+        if (QTreeWidgetItem* item = itemOf(action)) item->setText(keys, textIn(result, "prompt"));
+        prompt_->setText(tr("Type the keys. Delete takes the shortcut away, Escape leaves it as it is."));
+        updateButtons();
+    }});
+}
+
+void ShortcutsPane::endRecording() {
+    recorded_.clear();
+    prompt_->setText(tr("Choose an action and press Return to record keys for it."));
+    updateButtons();
+}
+
+void ShortcutsPane::heard(const std::string& method, const json& parameters) {
+    const bool isRecorded = method == "recorded" && !recorded_.empty();
+    if (!isRecorded && method != "claimed") return;
+    try {
+        const json& shortcut = parameters.at("shortcut");
+        if (isRecorded) {
+            error_->say(textIn(parameters, "message"));
+            if (parameters.at("outcome") == "refused") return; // and goes on
+            endRecording();
+        }
+        if (QTreeWidgetItem* item = itemOf(shortcut.at("action"))) showShortcut(*item, shortcut);
+    } catch (const json::exception& error) {
+        qWarning("kova-ui: what the agent tells of a shortcut is not understood: %s", error.what());
+    }
+}
+
+void ShortcutsPane::updateButtons() {
+    const std::string action = chosenAction();
+    record_->setEnabled(canHearKeys_ && recorded_.empty() && !action.empty());
+    clear_->setEnabled(recorded_.empty() && !action.empty() && !table_->currentItem()->text(keys).isEmpty());
+    restore_->setEnabled(recorded_.empty());
+}
+
+} // namespace kova::ui

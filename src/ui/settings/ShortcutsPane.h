@@ -1,0 +1,48 @@
+// The keyboard shortcuts: what each action has, which of them do nothing and why, and changing them. The agent records:
+// it gets the keys of every window and knows what is taken.
+#pragma once
+
+#include "ui/settings/SettingControls.h"
+#include "ui/windows/Pane.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTreeWidget>
+
+#include <string>
+
+namespace kova::ui {
+
+class ShortcutsPane final : public Pane {
+    Q_OBJECT
+
+  public:
+    explicit ShortcutsPane(WindowServices& services);
+
+  private:
+    QWidget* buttons();
+    void showState(const nlohmann::json& state);
+    void showShortcut(QTreeWidgetItem& item, const nlohmann::json& shortcut);
+    QString remarkOn(const nlohmann::json& shortcut) const;
+    QTreeWidgetItem* itemOf(const std::string& action) const;
+    /// Empty when none is chosen.
+    std::string chosenAction() const;
+    void filter(const QString& text);
+    void record();
+    void endRecording();
+    void heard(const std::string& method, const nlohmann::json& parameters);
+    void updateButtons();
+
+    AgentSession& agent_;
+    QLineEdit* search_;
+    QTreeWidget* table_;
+    QLabel* prompt_;
+    FieldError* error_;
+    QPushButton* record_ = nullptr;
+    QPushButton* clear_ = nullptr;
+    QPushButton* restore_ = nullptr;
+    std::string recorded_; // the action whose shortcut is being recorded here; empty: none
+    bool canHearKeys_ = true;
+};
+
+} // namespace kova::ui

@@ -1,0 +1,318 @@
+// The settings window in front of a whole agent: what is chosen in it is so, and what is changed elsewhere shows.
+#include "support/Version.h"
+#include "tests/ui/WindowStage.h"
+#include "ui/settings/SettingsWindow.h"
+#include "ui/windows/FieldError.h"
+
+#include <QtTest/qtest.h>
+#include <QtTest/qtestkeyboard.h>
+#include <QtTest/qtestmouse.h>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProcess>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSpinBox>
+#include <QTemporaryDir>
+#include <QTreeWidget>
+
+#include <set>
+
+namespace kova::ui::testing {
+
+namespace {
+
+using nlohmann::json;
+
+class Settings : public WindowStage {
+  protected:
+    /// The window with that pane, once the agent's state has come.
+    HostedWindow* openAt(const std::string& pane) {
+        HostedWindow* window = open("settings", {{"pane", pane}});
+        QApplication::setActiveWindow(window);
+        EXPECT_TRUE(until([&] { return host.session() && host.session()->state().contains("themes"); }));
+        return window;
+    }
+    json section(const std::string& name) { return host.session()->state().value(name, json()); }
+    json settings() { return ask("query.state")["result"]["state"]["settings"]; }
+    /// Whether the check box shows that state, after it is waited for.
+    bool shows(HostedWindow* window, const char* box, bool isOn) {
+        return until([&] { return control<QCheckBox>(window, box)->isChecked() == isOn; });
+    }
+    /// The refusal that is shown below some control of the pane; empty when there is none.
+    static std::string refusalIn(const QWidget* window) {
+        for (const auto* error : window->findChildren<FieldError*>()) {
+            if (error->isVisible()) return error->text().toStdString();
+        }
+        return {};
+    }
+};
+
+} // namespace
+
+TEST_F(Settings, EachSwitchOfTheGeneralPaneIsASettingOfTheAgent) {
+    HostedWindow* window = openAt("general");
+    struct Switch {
+        const char* box;
+        const char* elsewhere; // the method by which a command changes it
+        json off;
+        std::function<bool()> isOn;
+    };
+    const auto systemSetting = [&](const char* method) {
+        return [this, method] { return ask(method)["result"]["isOn"].get<bool>(); };
+    };
+    const auto setting = [&](const char* name) { return [this, name] { return settings()[name].get<bool>(); }; };
+    const json off = {{"isOn", false}};
+    const std::vector<Switch> switches{
+        {"startAtLogin", "login.off", json::object(), systemSetting("login.status")},
+        {"hideDock", "dock.off", json::object(), systemSetting("dock.status")},
+        {"arrangeAfterLaunch", "arrangeAfterLaunch", off, setting("autoArrangeOnLaunch")},
+        {"bringForward", "bringForward", off, setting("bringsNextForward")},
+    };
+    for (const Switch& each : switches) {
+        SCOPED_TRACE(each.box);
+        ask(each.elsewhere, each.off);
+        EXPECT_TRUE(shows(window, each.box, false)) << "switched by a command";
+        auto* box = control<QCheckBox>(window, each.box);
+        box->setFocus();
+        QTest::keyClick(box, Qt::Key_Space);
+        EXPECT_TRUE(until(each.isOn));
+        EXPECT_TRUE(box->isChecked());
+        EXPECT_EQ(refusalIn(window), "");
+    }
+    QTest::mouseClick(control<QCheckBox>(window, "userInterface"), Qt::LeftButton, {}, QPoint(8, 8));
+    EXPECT_TRUE(until([&] { return !userInterface.isOn; }));
+}
+
+TEST_F(Settings, TheTileInsetMovesWindowsWhileItIsTyped) {
+    HostedWindow* window = openAt("general");
+    auto* inset = control<QSpinBox>(window, "tileInset");
+    EXPECT_TRUE(until([&] { return inset->value() == settings()["tileInset"]; }));
+    inset->setFocus();
+    inset->selectAll();
+    QTest::keyClicks(inset, "24");
+    EXPECT_TRUE(until([&] { return settings()["tileInset"] == 24; }));
+    QTest::keyClick(inset, Qt::Key_Up);
+    EXPECT_TRUE(until([&] { return settings()["tileInset"] == 25; }));
+    ask("layout.setInset", {{"points", 7}});
+    EXPECT_TRUE(until([&] { return inset->value() == 7; })) << "changed by a command";
+}
+
+TEST_F(Settings, WhatIsRefusedIsSaidAtTheControlWhichGoesBack) {
+    HostedWindow* window = openAt("general");
+    settingProblem = "The login item cannot be written";
+    auto* box = control<QCheckBox>(window, "startAtLogin");
+    QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, 8));
+    EXPECT_TRUE(until([&] { return refusalIn(window) == settingProblem; }));
+    EXPECT_FALSE(box->isChecked());
+    settingProblem.reset();
+    QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, 8));
+    EXPECT_TRUE(until([&] { return box->isChecked() && refusalIn(window).empty(); }));
+}
+
+TEST_F(Settings, PanesAreChosenByKeyboardAndTheLastOneIsShownAgain) {
+    HostedWindow* window = openAt("general");
+    auto* panes = control<QListWidget>(window, "panes");
+    QTest::keyClick(window, Qt::Key_P, Qt::AltModifier);
+    EXPECT_TRUE(panes->hasFocus());
+    QTest::keyClick(panes, Qt::Key_End);
+    EXPECT_EQ(panes->currentRow(), panes->count() - 1);
+    const QString last = panes->currentItem()->text();
+    QTest::keyClick(panes, Qt::Key_Escape);
+    EXPECT_TRUE(until([&] { return !host.window("settings"); }));
+    EXPECT_EQ(control<QListWidget>(open("settings"), "panes")->currentItem()->text(), last);
+}
+
+/// The agent says which windows are open; the window says when the user has closed it.
+TEST_F(Settings, AreOpenAsTheAgentTells) {
+    const auto follow = [&] {
+        return until([&] {
+            host.follow(link.contents()->windows);
+            return (host.window("settings") != nullptr) == !link.contents()->windows.empty();
+        });
+    };
+    ask("settings.show", {{"pane", "general"}});
+    EXPECT_TRUE(until([&] { return !link.contents()->windows.empty(); }));
+    EXPECT_TRUE(follow());
+    host.window("settings")->close();
+    EXPECT_TRUE(until([&] { return !closedByUser.empty(); }));
+    host.follow(link.contents()->windows);
+    EXPECT_EQ(host.window("settings"), nullptr) << "it stays closed until it is asked for again";
+    ask("ui.show", {{"what", "settings"}});
+    EXPECT_TRUE(until([&] {
+        host.follow(link.contents()->windows);
+        return host.window("settings") != nullptr;
+    }));
+    ask("ui.hide", {{"what", "settings"}});
+    EXPECT_TRUE(until([&] {
+        host.follow(link.contents()->windows);
+        return !host.window("settings");
+    }));
+    EXPECT_EQ(closedByUser, std::vector<std::string>{"settings"});
+}
+
+TEST_F(Settings, AppearanceIsAppliedLiveAndFollowsCommands) {
+    HostedWindow* window = openAt("appearance");
+    const auto active = [&](const char* list, const char* things) {
+        const json all = ask(list)["result"][things];
+        for (const json& each : all) {
+            if (each["isActive"]) return each["id"].get<std::string>();
+        }
+        return std::string();
+    };
+    EXPECT_TRUE(until([&] { return window->findChildren<QRadioButton*>().size() == 7; })) << "two themes, five accents";
+    QTest::mouseClick(control<QRadioButton>(window, "jarvis.neon-cyan"), Qt::LeftButton, {}, QPoint(8, 8));
+    EXPECT_TRUE(until([&] { return active("theme.list", "themes") == "jarvis.neon-cyan"; }));
+    auto* amber = control<QRadioButton>(window, "reactor-amber");
+    amber->setFocus();
+    QTest::keyClick(amber, Qt::Key_Space);
+    EXPECT_TRUE(until([&] { return active("accent.list", "accentColors") == "reactor-amber"; }));
+    ask("accent.select", {{"accentColor", "signal-magenta"}});
+    ask("theme.select", {{"theme", "kova.native"}});
+    EXPECT_TRUE(until([&] {
+        return control<QRadioButton>(window, "signal-magenta")->isChecked() &&
+               control<QRadioButton>(window, "kova.native")->isChecked();
+    }));
+    for (const auto& [box, method] : {std::pair("useThemeBackground", "theme.background"),
+                                      {"showTileBackgrounds", "theme.tileBackgrounds"},
+                                      {"showBrain", "theme.brain"}}) {
+        SCOPED_TRACE(box);
+        ask(method, {{"isOn", false}});
+        EXPECT_TRUE(shows(window, box, false));
+        QTest::mouseClick(control<QCheckBox>(window, box), Qt::LeftButton, {}, QPoint(8, 8));
+        EXPECT_TRUE(until([&] { return settings()[box] == true; }));
+    }
+}
+
+class ShortcutSettings : public Settings {
+  protected:
+    HostedWindow* window = openAt("shortcuts");
+    QTreeWidget* table = control<QTreeWidget>(window, "shortcuts");
+    QTreeWidgetItem* row(const QString& title) {
+        const auto found = table->findItems(title, Qt::MatchExactly, 0);
+        EXPECT_EQ(found.size(), 1) << title.toStdString();
+        return found.isEmpty() ? nullptr : found.front();
+    }
+    std::string keysOf(const std::string& action) {
+        const json list = ask("shortcut.list");
+        for (const json& each : list["result"]["shortcuts"]) {
+            if (each["action"] == action) return each["keys"].is_string() ? each["keys"] : json("none");
+        }
+        return "no such action";
+    }
+    bool isRecording() { return ask("shortcut.list")["result"]["isRecording"]; }
+    void record(const QString& title) {
+        table->setCurrentItem(row(title));
+        table->setFocus();
+        QTest::keyClick(table, Qt::Key_Return);
+        EXPECT_TRUE(until([&] { return row(title)->text(1) == QStringLiteral("Type Shortcut…"); }));
+    }
+};
+
+TEST_F(ShortcutSettings, KeysAreRecordedByTheAgentRefusedWhereTheyAreTakenAndShown) {
+    record("Focus Left");
+    desk.desktop.keyboard().press(37, modifierFlag::control | modifierFlag::option); // that of Focus Right
+    EXPECT_TRUE(until([&] { return refusalIn(window).find("Focus Right") != std::string::npos; })) << refusalIn(window);
+    EXPECT_TRUE(isRecording()) << "and another one can be typed";
+    desk.desktop.keyboard().press(5, modifierFlag::control | modifierFlag::option);
+    EXPECT_TRUE(until([&] { return row("Focus Left")->text(1) == QStringLiteral("Ctrl+Alt+G"); }));
+    EXPECT_EQ(keysOf("focusLeft"), "Ctrl+Alt+G");
+    EXPECT_EQ(refusalIn(window), "");
+
+    record("Focus Left");
+    desk.desktop.keyboard().press(53, 0); // Escape
+    EXPECT_TRUE(until([&] { return row("Focus Left")->text(1) == QStringLiteral("Ctrl+Alt+G"); }));
+    EXPECT_FALSE(isRecording());
+    QTest::mouseClick(control<QPushButton>(window, "clearShortcut"), Qt::LeftButton);
+    EXPECT_TRUE(until([&] { return keysOf("focusLeft") == "none" && row("Focus Left")->text(1).isEmpty(); }));
+    QTest::mouseClick(control<QPushButton>(window, "restoreShortcuts"), Qt::LeftButton);
+    EXPECT_TRUE(until([&] { return keysOf("focusLeft") != "none" && !row("Focus Left")->text(1).isEmpty(); }));
+}
+
+TEST_F(ShortcutSettings, ShowWhatOtherProgramsHoldAndAreFoundByNameAndKeys) {
+    desk.desktop.keyboard().holdByOther({5, modifierFlag::control | modifierFlag::option});
+    ask("shortcut.set", {{"action", "focusLeft"}, {"keys", "ctrl+alt+g"}});
+    desk.settle();
+    EXPECT_TRUE(until([&] { return row("Focus Left")->text(2) == QStringLiteral("In use by another program"); }));
+    const auto found = [&](const QString& words) {
+        auto* search = control<QLineEdit>(window, "searchShortcuts");
+        search->clear();
+        QTest::keyClicks(search, words);
+        std::set<std::string> titles;
+        for (int i = 0; i < table->topLevelItemCount(); ++i) {
+            if (!table->topLevelItem(i)->isHidden()) titles.insert(table->topLevelItem(i)->text(0).toStdString());
+        }
+        return titles;
+    };
+    EXPECT_EQ(found("left foc"), std::set<std::string>{"Focus Left"});
+    EXPECT_EQ(found("alt+g"), std::set<std::string>{"Focus Left"});
+    EXPECT_GT(found("").size(), 15u);
+    EXPECT_TRUE(found("no such action").empty());
+    EXPECT_FALSE(control<QPushButton>(window, "recordShortcut")->isEnabled()) << "what is not shown is not chosen";
+}
+
+TEST_F(Settings, LayoutsOfEachDisplayAreChosenByTheirPicturesWhichTellWhatIsTooSmall) {
+    desk.opens("Sheet", {.minimumSize = {{1900, 900}}}).settle();
+    HostedWindow* window = openAt("layouts");
+    auto* layouts = control<QListWidget>(window, "layouts");
+    const auto row = [&](const QString& name) {
+        const auto found = layouts->findItems(name, Qt::MatchStartsWith);
+        EXPECT_EQ(found.size(), 1) << name.toStdString();
+        return found.isEmpty() ? nullptr : found.front();
+    };
+    const auto inForce = [&] { return ask("query.displays")["result"]["displays"][0]["layout"]["name"]; };
+    EXPECT_TRUE(until([&] { return layouts->count() == 13; })) << "the catalogue, and automatic";
+    EXPECT_EQ(row("Dual Split")->text(), QStringLiteral("Dual Split")) << "a half grows for it";
+    EXPECT_NE(row("Quad Grid")->toolTip().indexOf(QStringLiteral("Too small for Sheet")), -1)
+        << row("Quad Grid")->toolTip().toStdString();
+    layouts->setCurrentItem(row("Quad Grid"));
+    layouts->setFocus();
+    QTest::keyClick(layouts, Qt::Key_Return);
+    EXPECT_TRUE(until([&] { return inForce() == row("Quad Grid")->text().section(u'\n', 0, 0).toStdString(); }));
+    EXPECT_FALSE(control<QPushButton>(window, "resetSizes")->isEnabled());
+    ask("divider.drag", {{"split", "root"}, {"boundary", 0}, {"points", 40}});
+    EXPECT_TRUE(until([&] { return control<QPushButton>(window, "resetSizes")->isEnabled(); }));
+    QTest::mouseClick(control<QPushButton>(window, "resetSizes"), Qt::LeftButton);
+    EXPECT_TRUE(until([&] { return !control<QPushButton>(window, "resetSizes")->isEnabled(); }));
+    layouts->setCurrentItem(row("Automatic"));
+    QTest::keyClick(layouts, Qt::Key_Return);
+    EXPECT_TRUE(until([&] { return ask("query.displays")["result"]["displays"][0]["selection"] == "automatic"; }));
+    desk.desktop.addDisplay({.name = "Beamer"});
+    desk.settle();
+    EXPECT_TRUE(until([&] { return control<QComboBox>(window, "displays")->count() == 2; }));
+}
+
+TEST_F(Settings, AReportIsWrittenByTheCommandLineAndWhatItRefusesIsShown) {
+    qputenv("PATH", QFileInfo(QStringLiteral(KOVA_UI_PROGRAM)).path().toLocal8Bit());
+    HostedWindow* window = openAt("about");
+    auto* version = control<QLabel>(window, "version");
+    EXPECT_TRUE(until([&] { return version->text().contains(QStringLiteral(KOVA_VERSION)); }));
+    QTemporaryDir reports;
+    const QString path = reports.filePath(QStringLiteral("report.txt"));
+    const auto write = [&] {
+        QTest::mouseClick(control<QPushButton>(window, "bugReport"), Qt::LeftButton);
+        auto* dialog = control<QFileDialog>(window, "reportFile");
+        dialog->selectFile(path);
+        QMetaObject::invokeMethod(dialog, "accept");
+    };
+    write();
+    EXPECT_TRUE(until([&] { return control<QLabel>(window, "said")->text().contains(path); })) << refusalIn(window);
+    EXPECT_GT(QFileInfo(path).size(), 1000);
+    write();
+    EXPECT_TRUE(until([&] { return refusalIn(window).find("is there already") != std::string::npos; }));
+}
+
+TEST_F(Settings, KovaUIStartedTwiceShowsThem) {
+    QProcess second;
+    second.start(QStringLiteral(KOVA_UI_PROGRAM), {QStringLiteral("--socket"), QString::fromStdString(socketPath())});
+    EXPECT_TRUE(until([&] { return second.state() == QProcess::NotRunning && !link.contents()->windows.empty(); }));
+    EXPECT_EQ(second.exitCode(), 0);
+    EXPECT_TRUE(link.contents()->windows.contains("settings"));
+}
+
+} // namespace kova::ui::testing
