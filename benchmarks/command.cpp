@@ -1,6 +1,6 @@
-// What a command costs from spawn to exit, beside the least possible client: `kova status`, the same question put by
-// the trivial client, and the trivial client with a server that only echoes. They take turns, so that whatever else the
-// machine does meets all alike; quoted is the median of the ratios of each turn.
+// The time of a command from spawn to exit, compared with the smallest possible client: `kova status`, the same request
+// by the trivial client, and the trivial client with a server that only echoes. They run alternately, so that other
+// load affects all alike; the result is the median of the ratios of all rounds.
 //
 //   command_benchmark [ROUNDS]        (an agent must run)
 #include "control/client/ControlSocket.h"
@@ -34,7 +34,7 @@ constexpr int kRoundsNotCounted = 5;
 constexpr useconds_t kPause = 2'000;
 constexpr const char* kQuestion = R"({"jsonrpc":"2.0","id":1,"method":"status"})";
 
-/// A process that answers each line with itself, at the path; negative when there can be none.
+/// Starts a process that echoes each line on a socket at the path; negative on failure.
 pid_t startEcho(const std::string& path) {
     const auto address = kova::controlSocketAddress(path);
     const int listening = socket(AF_UNIX, SOCK_STREAM, 0);
@@ -54,7 +54,7 @@ pid_t startEcho(const std::string& path) {
     return echo;
 }
 
-/// Negative when the command fails.
+/// Negative if the command fails.
 Microseconds timeOf(const Command& command, const posix_spawn_file_actions_t& quiet) {
     std::vector<char*> words;
     for (const auto& word : command.words) words.push_back(const_cast<char*>(word.c_str()));

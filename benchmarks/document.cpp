@@ -1,5 +1,5 @@
-// What scenes cost when there are many of them: a large file is imported, a crowded desktop captured, and a crowd that
-// was awaited arrives at once. Each also at double size, which should take about double the time.
+// The cost of large scenes: importing a large file, capturing many windows, and placing many pending windows at once.
+// Each also at double size, which should take about double the time.
 #include "persistence/MemoryPreferencesStore.h"
 #include "persistence/WorkspaceDocumentCoding.h"
 #include "platform/simulated/SimulatedDesktop.h"
@@ -35,13 +35,13 @@ struct Session {
             desktop.setTitle(desktop.open(name), "Document " + std::to_string(i));
         }
     }
-    /// What the polling queue does, off the main thread; its result follows.
+    /// The work of the polling queue, off the main thread.
     void readDesktop() {
         desktop.pollingQueue().setJobDuration(kReadingTime);
         controller.refresh();
         desktop.queue().runDue();
     }
-    /// What the main queue does with it.
+    /// The work of the main queue with the result.
     void takeResult() { desktop.queue().advance(kReadingTime); }
 
     SimulatedDesktop desktop;

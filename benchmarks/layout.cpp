@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <ctime>
 #include <random>
 #include <string>
@@ -135,14 +136,15 @@ LayoutNode balancedTree(int tiles, int firstTile, LayoutAxis axis) {
 /// that take turns.
 template <class Work, class Floor>
 double ratioOf(Work work, Floor floor, int callsInBatch) {
-    constexpr int kBatches = 40;
+    const char* fewer = std::getenv("KOVA_BENCHMARK_BATCHES");
+    const int batches = fewer ? std::atoi(fewer) : 40;
     const auto batch = [callsInBatch](auto& call) {
         const std::clock_t start = std::clock();
         for (int i = 0; i < callsInBatch; ++i) call();
         return static_cast<double>(std::clock() - start);
     };
     double quickestWork = batch(work), quickestFloor = batch(floor);
-    for (int i = 0; i < kBatches; ++i) {
+    for (int i = 0; i < batches; ++i) {
         quickestFloor = std::min(quickestFloor, batch(floor));
         quickestWork = std::min(quickestWork, batch(work));
     }

@@ -1,5 +1,5 @@
-// What the engine costs for itself: a plan for many windows, a poll that finds nothing new, a command from the door to
-// the last wish. The desktop is the one in memory, so nothing of an X server is in the figures.
+// The cost of the engine alone: a plan for many windows, a poll without changes, a change of layout up to the last
+// request. The desktop is the simulated one, so the figures contain nothing of an X server.
 #include "persistence/MemoryPreferencesStore.h"
 #include "platform/simulated/SimulatedDesktop.h"
 #include "workspace/WorkspaceController.h"

@@ -39,25 +39,17 @@ struct Parameter {
 
     constexpr bool isWord() const { return flag.empty(); }
     /// The same, not required.
-    constexpr Parameter optional() const {
-        Parameter copy = *this;
-        copy.isRequired = false;
-        return copy;
-    }
+    constexpr Parameter optional() const { return with(&Parameter::isRequired, false); }
     /// The same as an option, not required.
-    constexpr Parameter asOption(std::string_view name) const {
-        Parameter copy = optional();
-        copy.flag = name;
-        return copy;
-    }
-    constexpr Parameter withValue(std::string_view name) const {
+    constexpr Parameter asOption(std::string_view name) const { return optional().with(&Parameter::flag, name); }
+    constexpr Parameter withValue(std::string_view name) const { return with(&Parameter::value, name); }
+    constexpr Parameter meaningThat(std::string_view text) const { return with(&Parameter::meaning, text); }
+
+  private:
+    template <class Member>
+    constexpr Parameter with(Member Parameter::*member, Member value) const {
         Parameter copy = *this;
-        copy.value = name;
-        return copy;
-    }
-    constexpr Parameter meaningThat(std::string_view text) const {
-        Parameter copy = *this;
-        copy.meaning = text;
+        copy.*member = value;
         return copy;
     }
 };

@@ -160,7 +160,7 @@ class Canvas {
 
     template <class Cells>
     auto at(Cells& cells, int x, int y) -> decltype(cells[0]) {
-        return cells[static_cast<std::size_t>(y * columns_ + x)];
+        return cells[static_cast<std::size_t>(y) * static_cast<std::size_t>(columns_) + static_cast<std::size_t>(x)];
     }
 
     int columns_;

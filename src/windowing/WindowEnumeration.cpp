@@ -220,7 +220,7 @@ void AccessibilityWindowService::enumerateWindows(const RunningApplication& appl
                                 .space = space,
                                 .frame = candidate.frame,
                                 .minimumSize = candidate.minimumSize,
-                                .sizeHints = std::move(hints),
+                                .sizeHints = hints,
                                 .parentID = std::move(owners[i])});
     }
     for (const auto index : visible) roll.windows[first + index].isVisible = !application.isHidden;

@@ -74,7 +74,7 @@ Outcome WorkspaceController::undoLastAction() {
     // What happened beside the zoomed window is known to the snapshot of focus mode alone.
     auto zoomed = focusMode_.leave();
     const WorkspaceUndoSnapshot snapshot = zoomed ? std::move(zoomed->snapshot) : entry->snapshot;
-    if (zoomed) undo_.restore(std::move(zoomed->history));
+    if (zoomed) undo_.restore(zoomed->history);
     (void)arranger_.supersede(); // what an arrangement still had to do is undone with it
     frames_.reflow().forgetAllPushes();
     if (entry->label.action == kOpenSceneAction) { // and so is what a scene still waits for

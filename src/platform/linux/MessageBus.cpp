@@ -147,7 +147,7 @@ void MessageBus::connect() {
     // The handshake and each subscription wait for the bus, which may be slow.
     std::thread([attempt = attempt_, address = address_, signals = signals_] {
         std::string problem = whyUnreachable(address);
-        const auto connection = problem.empty() ? connectionTo(address, signals, problem) : nullptr;
+        auto connection = problem.empty() ? connectionTo(address, signals, problem) : nullptr;
         const MutexLock lock(attempt->mutex);
         if (!attempt->queue) return;
         attempt->queue->post([attempt, connection, problem]() mutable {

@@ -225,7 +225,7 @@ void X11Desktop::writeAttributes(const AccessibilityElement& element, std::span<
             if (write.attribute == AccessibilityAttribute::position) origin = *point;
         } else if (const auto* extent = std::get_if<CGSize>(&write.value)) {
             if (write.attribute == AccessibilityAttribute::size) size = *extent;
-        } else if (write.attribute == AccessibilityAttribute::minimized && flag) {
+        } else if (write.attribute == AccessibilityAttribute::minimized && flag != nullptr) {
             isTrue ? parts_->hider.minimize(*client) : parts_->hider.restore(*client);
         } else if (write.attribute == AccessibilityAttribute::maximized && isTrue) {
             parts_->requests.maximize(*client);
