@@ -39,17 +39,20 @@ struct Parameter {
 
     constexpr bool isWord() const { return flag.empty(); }
     /// The same, not required.
-    constexpr Parameter optional() const { return with(&Parameter::isRequired, false); }
+    constexpr Parameter optional() const {
+        Parameter copy = *this;
+        copy.isRequired = false;
+        return copy;
+    }
     /// The same as an option, not required.
     constexpr Parameter asOption(std::string_view name) const { return optional().with(&Parameter::flag, name); }
     constexpr Parameter withValue(std::string_view name) const { return with(&Parameter::value, name); }
     constexpr Parameter meaningThat(std::string_view text) const { return with(&Parameter::meaning, text); }
 
   private:
-    template <class Member>
-    constexpr Parameter with(Member Parameter::*member, Member value) const {
+    constexpr Parameter with(std::string_view Parameter::*text, std::string_view newText) const {
         Parameter copy = *this;
-        copy.*member = value;
+        copy.*text = newText;
         return copy;
     }
 };
