@@ -45,7 +45,8 @@ SessionAgent::SessionAgent(const AgentServices& services) :
               .overlay = &delegate_.overlay(),
               .menu = &menu_,
               .userInterface = delegate_.userInterface(),
-              .settingsWindow = [this] { return delegate_.settingsWindow(); }}) {
+              .settingsWindow = [this] { return delegate_.settingsWindow(); },
+              .permission = &delegate_.permission()}) {
     const auto& state = delegate_.workspace().state();
     messages_ = state.lastActionMessage.observe([](const std::optional<std::string>& message) {
         if (message) log(LogLevel::detail, *message);

@@ -17,7 +17,8 @@ std::optional<Controller> controllerOf(Service* service, PreferencesStore& prefe
 } // namespace
 
 AppDelegate::AppDelegate(const WorkspaceServices& services, const ShellServices& shell) :
-    services_(services), shell_(shell), onboarding_(services.preferences),
+    services_(services), shell_(shell), permission_(services.accessibility, shell.onboarding),
+    onboarding_(services.preferences),
     launchAtLogin_(controllerOf<LaunchAtLoginController>(shell.launchAtLogin, services.preferences)),
     dockAutoHide_(controllerOf<DockAutoHideController>(shell.dockAutoHide, services.preferences)),
     shortcutSettings_(services.preferences), workspace_(services), urls_(workspace_, services.queue) {
@@ -54,15 +55,8 @@ void AppDelegate::showOnboardingIfNeeded() {
     if (*workspace_.state().permissionState == AccessibilityPermissionState::granted) {
         onboarding_.complete();
     } else if (shell_.onboarding) {
-        shell_.onboarding->showOnboarding(dockOffer(), [this] { askForPermission(); });
+        shell_.onboarding->showOnboarding(dockOffer(), [this] { permission_.ask(); });
     }
-}
-
-void AppDelegate::askForPermission() {
-    if (!shell_.onboarding) return;
-    const bool asksAnew = std::exchange(hasAskedForPermission_, true) || services_.accessibility.stalePermission();
-    if (asksAnew) return shell_.onboarding->openPermissionSettings();
-    (void)services_.accessibility.requestTrust(true);
 }
 
 /// The system shows its own question at the first request, so the onboarding dialog can close.

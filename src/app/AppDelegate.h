@@ -10,6 +10,7 @@
 #include "app/LayoutDividerWindowController.h"
 #include "app/OnboardingServicing.h"
 #include "app/OverlayBoard.h"
+#include "app/PermissionRequest.h"
 #include "app/SystemActivityState.h"
 #include "app/TileFooterWindowController.h"
 #include "app/UserInterfaceController.h"
@@ -71,11 +72,7 @@ class AppDelegate {
     bool isWorkspaceStarted() const { return workspaceIsStarted_; }
     /// Shows the onboarding to a new user; a user who has given the permission already needs none.
     void showOnboardingIfNeeded();
-    /// Whether this desktop has a permission that the user can grant.
-    bool canAskForPermission() const { return shell_.onboarding != nullptr; }
-    /// Shows the system's question for the permission; if that was shown before, or has no effect, the page of the
-    /// system's settings.
-    void askForPermission();
+    PermissionRequest& permission() { return permission_; }
 
     /// Suspends when the first condition begins under which the user cannot see the screen, resumes when the last one
     /// ends. No-op unless started: the start queries the present state.
@@ -95,6 +92,7 @@ class AppDelegate {
 
     WorkspaceServices services_;
     ShellServices shell_;
+    PermissionRequest permission_;
     // The order matters: each reads its preferences when it is made.
     KovaOnboardingState onboarding_;
     std::optional<LaunchAtLoginController> launchAtLogin_;
@@ -118,7 +116,6 @@ class AppDelegate {
     SystemActivityState systemActivityState_;
     bool workspaceIsSuspendedForSystemTransition_ = false;
     bool workspaceIsStarted_ = false;
-    bool hasAskedForPermission_ = false; // by the system's question
 };
 
 } // namespace kova

@@ -163,9 +163,9 @@ class KovaMenuBarContent::Build {
         addHeading(message);
         if (!isGranted_) {
             if (const auto problem = workspace_.permissionProblem(); problem != message) addHeading(problem);
-            if (services_.delegate.canAskForPermission()) {
+            if (services_.delegate.permission().canAsk()) {
                 add("permission", "Allow Accessibility Access…", Enabled::yes,
-                    [this] { services_.delegate.askForPermission(); });
+                    [this] { services_.delegate.permission().ask(); });
             }
         }
         if (!isGranted_ || !message.empty()) separate();

@@ -11,6 +11,7 @@ namespace kova::cli {
 
 std::string printApplications(const nlohmann::json& result, const Arguments& arguments);
 std::string printLaunch(const nlohmann::json& result, const Arguments& arguments);
+std::string printLearned(const nlohmann::json& result, const Arguments& arguments);
 std::string printForceQuit(const nlohmann::json& result, const Arguments& arguments);
 
 } // namespace kova::cli

@@ -43,11 +43,12 @@ bool isUtf8(std::string_view text) {
     }
 }
 
-CommandResult<json> sendDocument(Agent& agent, std::string_view method, std::string_view text) {
+CommandResult<json> sendDocument(Agent& agent, std::string_view method, std::string_view text, bool isDryRun) {
     while (true) {
         const std::string_view piece = firstPiece(text);
         text.remove_prefix(piece.size());
-        auto answer = agent.ask(method, {{"text", piece}, {"more", !text.empty()}}, kDocumentTimeout);
+        auto answer =
+            agent.ask(method, {{"text", piece}, {"more", !text.empty()}, {"dryRun", isDryRun}}, kDocumentTimeout);
         if (text.empty() || !answer) return answer;
     }
 }
@@ -81,7 +82,7 @@ ExitCode runImport(const Verb& verb, const Arguments& arguments) {
     const auto text = readFile(path, kLargestDocument);
     if (!text) return fail({ExitCode::refused, "Import failed: " + text.error().message});
     if (!isUtf8(*text)) return fail({ExitCode::refused, "Import failed: “" + path + "” is not UTF-8 text"});
-    const auto result = sendDocument(*agent, verb.method, *text);
+    const auto result = sendDocument(*agent, verb.method, *text, arguments.has("dryRun"));
     return result ? printAnswer(verb, arguments, *result) : fail(result.error());
 }
 

@@ -244,6 +244,13 @@ std::string printDockAutoHide(const json& result, const Arguments&) {
     return (result.at("isOn").get<bool>() ? "The Dock hides itself.\n" : "The Dock stays.\n") + remarksOf(result);
 }
 
+std::string printPermission(const json& result, const Arguments&) {
+    if (result.at("problem").is_null()) return "KOVA may manage windows.\n";
+    std::string out = line("KOVA may not manage windows: " + result.at("problem").get<std::string>());
+    if (result.at("canAsk").get<bool>()) out += "“kova permission ask” has the system ask for the permission.\n";
+    return out;
+}
+
 std::string printQuit(const json& result, const Arguments&) {
     return "The agent (process " + number(result.at("process")) + ") ends.\n";
 }

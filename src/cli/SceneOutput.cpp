@@ -6,6 +6,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+
 namespace kova::cli {
 
 using nlohmann::json;
@@ -40,6 +42,14 @@ std::string criterion(const json& rule) {
     if (!rule.at("title").is_null())
         out += (out.empty() ? "" : ", ") + ("“" + text(rule.at("title")) + "” in the title");
     return out.empty() ? "-" : out;
+}
+
+/// The number of open windows for which the rule decides.
+std::string windowsDecided(const json& rule) {
+    const json& windows = rule.at("windows");
+    if (windows.is_null()) return "-";
+    return std::to_string(
+        std::ranges::count_if(windows, [](const json& window) { return window.at("decides").get<bool>(); }));
 }
 
 } // namespace
@@ -103,10 +113,10 @@ std::string printDifferences(const json& result, const Arguments&) {
 }
 
 std::string printRules(const json& result, const Arguments&) {
-    Table table({{"NUMBER", Align::right}, {"NAME"}, {"DOES"}, {"ENABLED"}, {"FOR"}});
+    Table table({{"NUMBER", Align::right}, {"NAME"}, {"DOES"}, {"ENABLED"}, {"WINDOWS", Align::right}, {"FOR"}});
     for (const json& rule : result.at("rules")) {
         table.add({wholeNumber(rule.at("number")), text(rule.at("name")), act(rule),
-                   rule.at("isEnabled").get<bool>() ? "yes" : "no", criterion(rule)});
+                   rule.at("isEnabled").get<bool>() ? "yes" : "no", windowsDecided(rule), criterion(rule)});
     }
     const std::string remark = result.at("isOn").get<bool>() ? "" : std::string("\n") + kRulesAreOff;
     return table.isEmpty() ? "There is no rule.\n" : table.text() + remark;
@@ -153,6 +163,17 @@ std::string printRulesSwitch(const json& result, const Arguments&) {
 std::string printExport(const json& result, const Arguments&) {
     return counted(result.at("scenes"), "scene") + " and " + counted(result.at("rules"), "rule") + " written to " +
            printable(text(result.at("file"))) + "\n";
+}
+
+std::string printImport(const json& result, const Arguments& arguments) {
+    std::string out = printable(text(result.at("message"), "Done.")) + "\n";
+    if (!arguments.request.value("dryRun", false)) return out;
+    for (const auto& [key, kind] : {std::pair("scenes", "scene"), std::pair("rules", "rule")}) {
+        for (const json& name : result.at("added").at(key)) {
+            out += std::string("  ") + kind + " “" + printable(name.get<std::string>()) + "”\n";
+        }
+    }
+    return out;
 }
 
 } // namespace kova::cli

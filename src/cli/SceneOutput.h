@@ -22,5 +22,6 @@ std::string printDeletedRule(const nlohmann::json& result, const Arguments& argu
 std::string printRuleTest(const nlohmann::json& result, const Arguments& arguments);
 std::string printRulesSwitch(const nlohmann::json& result, const Arguments& arguments);
 std::string printExport(const nlohmann::json& result, const Arguments& arguments);
+std::string printImport(const nlohmann::json& result, const Arguments& arguments);
 
 } // namespace kova::cli

@@ -115,6 +115,12 @@ std::string printFocus(const json& result, const Arguments&) {
            line("tile     " + textOr("tile")) + line("display  " + textOr("display"));
 }
 
+std::string printWindowAt(const json& result, const Arguments&) {
+    const json& window = result.at("window");
+    if (window.is_null()) return "No managed window is there.\n";
+    return line(nameOf(window) + "  " + window.at("id").get<std::string>());
+}
+
 std::string printVerification(const json& result, const Arguments&) {
     Table table({{"WINDOW"}, {"TILE"}, {"REQUESTED"}, {"ACTUAL"}, {"STATE"}});
     std::size_t right = 0;

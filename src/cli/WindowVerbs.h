@@ -12,6 +12,7 @@ namespace kova::cli {
 std::string printWindowPlan(const nlohmann::json& result, const Arguments& arguments);
 std::string printWindowList(const nlohmann::json& result, const Arguments& arguments);
 std::string printFocus(const nlohmann::json& result, const Arguments& arguments);
+std::string printWindowAt(const nlohmann::json& result, const Arguments& arguments);
 std::string printVerification(const nlohmann::json& result, const Arguments& arguments);
 
 /// Waits for placements that are under way; refused when a window is not where it was requested to be.

@@ -114,15 +114,6 @@ ControlReply endApplication(WorkspaceController& controller, const JsonCursor& p
                 {"message", orNull(outcome.message())}};
 }
 
-ControlReply forgetApplication(WorkspaceController& controller, const JsonCursor& parameters) {
-    const std::string wanted = parameters.required("application").string();
-    const auto forgotten = controller.forgetApplication(wanted);
-    if (forgotten.empty()) return refusal("Nothing was learned of an application “" + wanted + "”");
-    std::string names;
-    for (const auto& name : forgotten) names += (names.empty() ? "" : ", ") + name;
-    return json{{"applications", forgotten}, {"message", "Forgot the minimum sizes and usual tiles of " + names}};
-}
-
 ControlReply forceQuitAll(WorkspaceController& controller, const JsonCursor& parameters) {
     const auto candidates = controller.regularApplicationsToForceQuit();
     const auto confirmed = parameters.optional("confirmed");

@@ -15,8 +15,6 @@ ControlReply launchIntoTile(WorkspaceController& controller, const JsonCursor& p
                             const std::shared_ptr<ControlPeer>& peer);
 enum class Ending { quit, forceQuit };
 ControlReply endApplication(WorkspaceController& controller, const JsonCursor& parameters, Ending ending);
-/// Drops minimum sizes and usual tiles that were learned of an application.
-ControlReply forgetApplication(WorkspaceController& controller, const JsonCursor& parameters);
 /// Ends those that the parameters say were confirmed; without them only tells what the user has to be asked.
 ControlReply forceQuitAll(WorkspaceController& controller, const JsonCursor& parameters);
 

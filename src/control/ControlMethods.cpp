@@ -3,13 +3,16 @@
 #include "control/ActionMethods.h"
 #include "control/ApplicationMethods.h"
 #include "control/ControlRecords.h"
+#include "control/DeletedScenes.h"
 #include "control/DividerMethods.h"
 #include "control/Doctor.h"
 #include "control/DocumentTransfer.h"
 #include "control/LayoutFitMethod.h"
 #include "control/LayoutMethods.h"
+#include "control/LearningMethods.h"
 #include "control/NameLookup.h"
 #include "control/OverlayBroadcast.h"
+#include "control/PermissionMethods.h"
 #include "control/Refusal.h"
 #include "control/RuleMethods.h"
 #include "control/SceneListeners.h"
@@ -59,7 +62,8 @@ class ControlMethods::Table {
   public:
     explicit Table(ControlContext context) :
         context_(std::move(context)), broadcast_(context_.controller, context_.queue),
-        sceneListeners_(context_.controller), transfer_(context_.controller, context_.queue),
+        sceneListeners_(context_.controller), deletedScenes_(context_.controller),
+        transfer_(context_.controller, context_.queue),
         shortcuts_(context_.shortcuts, context_.keys, context_.queue, context_.controller.state().isSuspended,
                    context_.preferences),
         settings_(
@@ -207,6 +211,7 @@ class ControlMethods::Table {
             [&controller](const Call& call) { return endApplication(controller, call.parameters, Ending::quit); });
         add("app.forceQuit", {"window"},
             [&controller](const Call& call) { return endApplication(controller, call.parameters, Ending::forceQuit); });
+        add("app.learned", {}, [&controller](const Call&) { return listLearned(controller); });
         addSaved("app.forget", {"application"},
                  [&controller](const Call& call) { return forgetApplication(controller, call.parameters); });
         add("forceQuitAll", {"confirmed"},
@@ -226,18 +231,19 @@ class ControlMethods::Table {
         addSaved("scene.rename", {"scene", "newName"},
                  [&controller](const Call& call) { return renameScene(controller, call.parameters); });
         addSaved("scene.delete", {"scene"},
-                 [&controller](const Call& call) { return deleteScene(controller, call.parameters); });
+                 [this](const Call& call) { return deletedScenes_.deleteScene(call.parameters); });
+        addSaved("scene.undelete", {}, [this](const Call&) { return deletedScenes_.undelete(); });
         add("scene.diff", {"scene"},
             [&controller](const Call& call) { return diffScene(controller, call.parameters); });
         add("export", {}, [this](const Call&) { return transfer_.exportDocument(); });
-        addSaved("import", {"text", "more"},
+        addSaved("import", {"text", "more", "dryRun"},
                  [this](const Call& call) { return transfer_.importDocument(call.parameters, call.peer); });
     }
 
     void addRules() {
         WorkspaceController& controller = context_.controller;
         add("rule.list", {}, [&controller](const Call&) { return listRules(controller); });
-        addSaved("rule.add", {"application", "focused", "title", "disposition", "slot"},
+        addSaved("rule.add", {"application", "window", "focused", "title", "disposition", "slot"},
                  [&controller](const Call& call) { return addRule(controller, call.parameters); });
         addSaved("rule.change", {"rule", "title", "disposition", "slot"},
                  [&controller](const Call& call) { return changeRule(controller, call.parameters); });
@@ -307,7 +313,9 @@ class ControlMethods::Table {
         add("query.tiles", {}, [&controller](const Call&) -> ControlReply {
             return json{{"tiles", controlRecord::tiles(controller)}};
         });
-        add("query.focus", {}, [&controller](const Call&) -> ControlReply { return controlRecord::focus(controller); });
+        add("query.focus", {}, [&controller](const Call&) { return tellFocus(controller); });
+        add("query.windowAt", {"x", "y"},
+            [&controller](const Call& call) { return findWindowAt(controller, call.parameters); });
         add("query.state", {}, [this](const Call&) -> ControlReply { return json{{"state", broadcast_.state()}}; });
         add("explain", {"window"}, [&controller](const Call& call) { return explain(controller, call.parameters); });
     }
@@ -353,6 +361,10 @@ class ControlMethods::Table {
     UserInterfaceWindows userInterfaceWindows() { return {overlay_ ? &*overlay_ : nullptr, settingsWindow()}; }
 
     void addAgent() {
+        add("permission.status", {},
+            [this](const Call&) { return tellPermission(context_.controller, context_.permission); });
+        add("permission.ask", {},
+            [this](const Call&) { return askForPermission(context_.controller, context_.permission); });
         add("status", {}, [this](const Call&) -> ControlReply { return status(); });
         add("doctor", {}, [this](const Call&) -> ControlReply { return examine(context_, shortcuts_); });
         add("subscribe", {"topic"}, [this](const Call& call) { return subscribe(call); });
@@ -450,6 +462,7 @@ class ControlMethods::Table {
     StateBroadcast broadcast_;
     std::optional<OverlayBroadcast> overlay_;
     SceneListeners sceneListeners_;
+    DeletedScenes deletedScenes_;
     DocumentTransfer transfer_;
     ShortcutMethods shortcuts_;
     SettingsBroadcast settings_;

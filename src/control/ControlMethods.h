@@ -19,6 +19,7 @@ class KeyMonitorServicing;
 class KovaShortcutSettings;
 class MenuServing;
 class OverlayServing;
+class PermissionControl;
 class PreferencesStore;
 class SettingsWindowControl;
 class URLHandler;
@@ -43,6 +44,7 @@ struct ControlContext {
     MenuServing* menu = nullptr;
     UserInterfaceControl* userInterface = nullptr;
     std::function<SettingsWindowControl*()> settingsWindow = {}; // empty, or null for now: there is none
+    PermissionControl* permission = nullptr; // null where there is none to ask for
 };
 
 /// Main thread only.

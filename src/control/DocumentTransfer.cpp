@@ -35,6 +35,8 @@ ControlReply DocumentTransfer::importDocument(const JsonCursor& parameters, cons
     std::string piece = parameters.required("text").string();
     const auto more = parameters.optional("more");
     const bool isLast = !more || !more->boolean();
+    const auto dryRun = parameters.optional("dryRun");
+    const auto taking = dryRun && dryRun->boolean() ? Taking::dryRun : Taking::forReal;
     dropAbandoned();
     Upload& upload = uploadOf(peer);
     // All clients together hold no more than one document, so that none of them can fill the memory.
@@ -48,18 +50,22 @@ ControlReply DocumentTransfer::importDocument(const JsonCursor& parameters, cons
     if (!isLast) {
         upload.lastPiece = queue_.uptime();
         scheduleSweep();
-        return json{{"scenes", nullptr}, {"rules", nullptr}, {"message", nullptr}};
+        return json{{"scenes", nullptr}, {"rules", nullptr}, {"message", nullptr}, {"added", nullptr}};
     }
     const std::string text = std::move(upload.text);
     forget(peer);
-    return takeIn(text);
+    return takeIn(text, taking);
 }
 
-ControlReply DocumentTransfer::takeIn(const std::string& text) {
-    const auto imported = controller_.importWorkspaceDocument(text);
+ControlReply DocumentTransfer::takeIn(const std::string& text, Taking taking) {
+    const auto imported =
+        taking == Taking::dryRun ? controller_.previewImport(text) : controller_.importWorkspaceDocument(text);
     if (const auto* error = std::get_if<DecodingError>(&imported)) return importFailure(error->what());
     const auto& counts = std::get<WorkspaceImportCounts>(imported);
-    return json{{"scenes", counts.scenes}, {"rules", counts.rules}, {"message", counts.message}};
+    return json{{"scenes", counts.scenes},
+                {"rules", counts.rules},
+                {"message", counts.message},
+                {"added", {{"scenes", counts.newScenes}, {"rules", counts.newRules}}}};
 }
 
 DocumentTransfer::Upload& DocumentTransfer::uploadOf(const std::shared_ptr<ControlPeer>& peer) {

@@ -39,7 +39,8 @@ class DocumentTransfer {
     void forget(const std::shared_ptr<ControlPeer>& peer);
     void scheduleSweep();
     void dropAbandoned();
-    ControlReply takeIn(const std::string& text);
+    enum class Taking { forReal, dryRun };
+    ControlReply takeIn(const std::string& text, Taking taking);
 
     WorkspaceController& controller_;
     MainQueue& queue_;

@@ -3,6 +3,7 @@
 #include "control/ControlRecords.h"
 #include "control/NameLookup.h"
 #include "control/Refusal.h"
+#include "workspace/RuleMatches.h"
 
 #include <algorithm>
 #include <string_view>
@@ -32,6 +33,16 @@ json record(const WorkspaceRule& rule, std::size_t number) {
 
 json record(const WorkspaceController& controller, std::size_t index) {
     return record((*controller.state().rules)[index], index + 1);
+}
+
+json windowsOf(const std::vector<RuleMatch>& matches, const WorkspaceController& controller) {
+    json windows = json::array();
+    for (const RuleMatch& match : matches) {
+        json window = controlRecord::briefWindow(controller, match.windowID);
+        window["decides"] = match.decides;
+        windows.push_back(std::move(window));
+    }
+    return windows;
 }
 
 json orderChange(const WorkspaceController& controller, json rule) {
@@ -93,8 +104,13 @@ std::string_view word(RuleVerdict verdict) {
 } // namespace
 
 ControlReply listRules(const WorkspaceController& controller) {
+    const auto matches = matchesOf(*controller.state().rules, controller.liveWindows());
     json rules = json::array();
-    for (std::size_t i = 0; i < controller.state().rules->size(); ++i) rules.push_back(record(controller, i));
+    for (std::size_t i = 0; i < controller.state().rules->size(); ++i) {
+        json rule = record(controller, i);
+        rule["windows"] = i < matches.size() ? windowsOf(matches[i], controller) : json(nullptr);
+        rules.push_back(std::move(rule));
+    }
     return json{{"isOn", *controller.state().continuousManagementEnabled}, {"rules", std::move(rules)}};
 }
 
@@ -102,17 +118,27 @@ ControlReply addRule(WorkspaceController& controller, const JsonCursor& paramete
     const auto application = parameters.optional("application");
     const auto focused = parameters.optional("focused");
     const bool isForFocused = focused && focused->boolean();
+    const auto windowGiven = parameters.optional("window");
     const auto title = parameters.optional("title");
     const std::string titleText = title ? title->string() : "";
-    if (application && isForFocused) focused->fail("the rule is either for “application” or for the focused window");
-    if (!application && !isForFocused) (void)parameters.required("application");
+    if (int(application.has_value()) + int(windowGiven.has_value()) + int(isForFocused) > 1) {
+        parameters.fail("the rule is either for “application”, for that of a “window” or for the focused one");
+    }
+    if (!application && !windowGiven && !isForFocused) (void)parameters.required("application");
     const auto found = wantedDisposition(controller, parameters);
     if (!found) return found.error();
     const auto& disposition = *found;
 
     std::optional<std::string> message;
-    if (isForFocused) {
-        const auto outcome = controller.addRuleForFocusedWindow(disposition);
+    if (isForFocused || windowGiven) {
+        std::optional<ManagedWindow> window;
+        if (windowGiven) {
+            auto named = lookUpWindow(controller, windowGiven->string());
+            if (!named) return named.error();
+            window = *std::move(named);
+        }
+        const auto outcome = window ? controller.addRuleForWindow(*window, disposition)
+                                    : controller.addRuleForFocusedWindow(disposition);
         if (!outcome) return failureOf(outcome);
         message = outcome.message();
         if (title) (void)controller.setRuleTitleContains(controller.state().rules->back().id, titleText);

@@ -4,6 +4,7 @@
 #include "control/NameLookup.h"
 #include "control/Refusal.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace kova {
@@ -26,13 +27,40 @@ json entry(const WorkspaceScene& scene, const std::optional<Uuid>& activeID) {
             {"isActive", scene.id == activeID}};
 }
 
-json displaysOf(const WorkspaceScene& scene) {
+/// Of an area to draw; a file may hold any number.
+double drawableRatio(const WorkspaceSceneDisplay& display) {
+    constexpr double kLeast = 0.1, kMost = 10;
+    return display.aspectRatio > kLeast ? std::min(display.aspectRatio, kMost) : kLeast;
+}
+
+/// The tiles of a display as opening the scene would divide it; none where the layout is unknown.
+json tilesOf(const WorkspaceSceneDisplay& display, const std::vector<LayoutDefinition>& catalogue) {
+    json out = json::array();
+    const LayoutDefinition* layout = findLayout(catalogue, display.layoutID);
+    if (!layout) return out;
+    constexpr double kAreaHeight = 1000; // points: large enough for gaps to be as thin as on a display
+    const CGSize area{kAreaHeight * drawableRatio(display), kAreaHeight};
+    const SolvedLayout solved = solveDefinition(applying(*layout, display.layoutWeights), {}, area, 0);
+    for (std::size_t i = 0; i < solved.slots.size(); ++i) {
+        const CGRect& cell = solved.frames[i];
+        out.push_back(
+            {{"slot", solved.slots[i].id},
+             {"name", solved.slots[i].name},
+             {"frame", controlRecord::rect(makeRect(minX(cell) / area.width, minY(cell) / area.height,
+                                                    cell.size.width / area.width, cell.size.height / area.height))}});
+    }
+    return out;
+}
+
+json displaysOf(const WorkspaceScene& scene, const std::vector<LayoutDefinition>& catalogue) {
     json out = json::array();
     for (const auto& display : scene.displays) {
         out.push_back({{"number", countedFromOne(display.ordinal)},
                        {"name", display.name},
                        {"layout", display.layoutID},
-                       {"weights", display.layoutWeights.splits}});
+                       {"weights", display.layoutWeights.splits},
+                       {"aspectRatio", drawableRatio(display)},
+                       {"tiles", tilesOf(display, catalogue)}});
     }
     return out;
 }
@@ -83,7 +111,7 @@ ControlReply showScene(const WorkspaceController& controller, const JsonCursor& 
                 {"theme", scene.themeID},
                 {"accentColor", scene.accentColorID},
                 {"tileInset", controlRecord::number(scene.tileInset)},
-                {"displays", displaysOf(scene)},
+                {"displays", displaysOf(scene, controller.catalogue())},
                 {"placements", placementsOf(scene)}};
 }
 
@@ -115,15 +143,6 @@ ControlReply renameScene(WorkspaceController& controller, const JsonCursor& para
     const auto renamed = lookUpScene(controller, id.string());
     if (!renamed) return renamed.error();
     return json{{"scene", brief(*renamed)}, {"message", orNull(outcome.message())}};
-}
-
-ControlReply deleteScene(WorkspaceController& controller, const JsonCursor& parameters) {
-    const auto found = wantedScene(controller, parameters);
-    if (!found) return found.error();
-    const auto& scene = *found;
-    const auto outcome = controller.deleteScene(scene.id);
-    if (!outcome) return failureOf(outcome);
-    return json{{"scene", brief(scene)}, {"message", orNull(outcome.message())}};
 }
 
 ControlReply diffScene(const WorkspaceController& controller, const JsonCursor& parameters) {

@@ -17,7 +17,6 @@ ControlReply showScene(const WorkspaceController& controller, const JsonCursor& 
 ControlReply openScene(WorkspaceController& controller, SceneListeners& listeners, const JsonCursor& parameters,
                        const std::shared_ptr<ControlPeer>& peer);
 ControlReply renameScene(WorkspaceController& controller, const JsonCursor& parameters);
-ControlReply deleteScene(WorkspaceController& controller, const JsonCursor& parameters);
 ControlReply diffScene(const WorkspaceController& controller, const JsonCursor& parameters);
 
 } // namespace kova

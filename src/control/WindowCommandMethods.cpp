@@ -204,6 +204,25 @@ ControlReply stepStack(WorkspaceController& controller, const JsonCursor& parame
     return result;
 }
 
+ControlReply tellFocus(const WorkspaceController& controller) {
+    json result = controlRecord::focus(controller);
+    result["last"] = result["window"];
+    const auto display = controller.currentDisplayID();
+    if (!result["last"].is_null() || !display) return result;
+    const auto last = controller.windowLastFocusedOn(*display);
+    if (last) result["last"] = controlRecord::briefWindow(controller, *last);
+    return result;
+}
+
+ControlReply findWindowAt(const WorkspaceController& controller, const JsonCursor& parameters) {
+    const CGPoint point{parameters.required("x").number(), parameters.required("y").number()};
+    if (auto failure = withoutPermission(controller)) return *failure;
+    const auto& screens = *controller.state().screens;
+    if (screens.empty()) return refusal("No display is connected");
+    const auto found = controller.managedWindowUnder(flipped(point, maxY(screens.front().frame)));
+    return json{{"window", found ? controlRecord::briefWindow(controller, *found) : json(nullptr)}};
+}
+
 ControlReply listWindows(const WorkspaceController& controller) {
     json displays = json::array();
     const auto tiles = controller.tiles();

@@ -23,16 +23,16 @@ bool Arranger::takeStartUpTurn(bool wasPermissionJustGranted) {
 }
 
 void Arranger::loadLearning(AutoArrangeLearningModel model) {
-    learning_ = std::make_shared<const AutoArrangeLearningModel>(std::move(model));
+    learning_.set(std::make_shared<const AutoArrangeLearningModel>(std::move(model)));
 }
 
 void Arranger::setLearning(Learning learning) {
-    if (learning == learning_) return;
-    learning_ = std::move(learning);
+    if (learning == *learning_) return;
+    learning_.set(std::move(learning));
     if (std::exchange(isSavePending_, true)) return;
     queue_.post(lifetime_.guard([this] {
         isSavePending_ = false;
-        saveLearning(preferences_, *learning_);
+        saveLearning(preferences_, **learning_);
     }));
 }
 

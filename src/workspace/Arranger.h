@@ -7,6 +7,7 @@
 #include "persistence/PreferencesStore.h"
 #include "support/Lifetime.h"
 #include "support/MainQueue.h"
+#include "support/Published.h"
 #include "workspace/ArrangementPlan.h"
 
 #include <cstdint>
@@ -36,7 +37,8 @@ class Arranger {
     /// It could not be carried out: it is due again.
     void returnStartUpTurn() { hadStartUpTurn_ = false; }
 
-    const Learning& learning() const { return learning_; }
+    const Learning& learning() const { return *learning_; }
+    const Published<Learning>& publishedLearning() const { return learning_; }
     /// As read from the preferences.
     void loadLearning(AutoArrangeLearningModel model);
     /// Saved after the windows have been told to move: what was learned can wait for that.
@@ -44,7 +46,7 @@ class Arranger {
     /// Changes a copy by `edit`.
     template <class Edit>
     void learn(Edit edit) {
-        AutoArrangeLearningModel model = *learning_;
+        AutoArrangeLearningModel model = **learning_;
         edit(model);
         setLearning(std::make_shared<const AutoArrangeLearningModel>(std::move(model)));
     }
@@ -54,7 +56,7 @@ class Arranger {
   private:
     MainQueue& queue_;
     PreferencesStore& preferences_;
-    Learning learning_;
+    Published<Learning> learning_;
     ArrangementPlan lastPlan_;
     std::int64_t generation_ = 0;
     bool hadStartUpTurn_ = false;

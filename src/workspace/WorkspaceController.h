@@ -177,6 +177,8 @@ class WorkspaceController {
     /// application has: minimum sizes and the tiles in which it is usually kept. The names of the applications; empty
     /// when there is none such.
     std::vector<std::string> forgetApplication(const std::string& name);
+    /// What was learned of where applications are kept; shared, never null.
+    const Published<Arranger::Learning>& learning() const { return arranger_.publishedLearning(); }
     /// What `forceQuitAllApplications` would end, by name.
     std::vector<RunningApplication> regularApplicationsToForceQuit() const;
     /// Asks the user and then ends them.
@@ -196,6 +198,8 @@ class WorkspaceController {
     /// Refused when there is no such scene, or no name.
     Outcome renameScene(const Uuid& id, const std::string& name);
     Outcome deleteScene(const Uuid& id);
+    /// Puts a scene that was deleted back into the list; an index beyond the end is the last place.
+    Outcome insertScene(WorkspaceScene scene, std::size_t index);
     /// Absent when there is no such scene; empty when opening it would change nothing.
     std::optional<std::vector<SceneDifference>> diffScene(const Uuid& id) const;
     const std::vector<PendingSceneWindowPlacement>& pendingSceneWindowPlacements() const {
@@ -221,6 +225,8 @@ class WorkspaceController {
     void setContinuousManagementEnabled(bool enabled);
     /// For all windows of the focused window's application. Refused when no managed window is focused.
     Outcome addRuleForFocusedWindow(const WorkspaceRuleDisposition& disposition);
+    /// The same for the application of a live window.
+    Outcome addRuleForWindow(const ManagedWindow& window, const WorkspaceRuleDisposition& disposition);
     /// An empty name is made from the application. Refused for a rule without any criterion.
     Outcome addRule(WorkspaceRule rule);
     /// Edits of one rule; false when there is none with the id.
@@ -241,6 +247,8 @@ class WorkspaceController {
     /// Adds what is new in the file; on an error, also when the result would be too large to be read back, nothing
     /// changes.
     Decoded<WorkspaceImportCounts> importWorkspaceDocument(std::string_view data);
+    /// What importing the file would add, without doing it.
+    Decoded<WorkspaceImportCounts> previewImport(std::string_view data) const;
 
     // Dividers
     /// Every boundary that can be dragged; none on a display that a zoomed window owns.

@@ -5,6 +5,7 @@
 #include "persistence/WorkspaceDocumentCoding.h"
 
 #include <algorithm>
+#include <iterator>
 #include <set>
 #include <utility>
 
@@ -14,13 +15,48 @@ namespace {
 
 /// What was there wins, and of two newcomers with one identity the first.
 template <class Record>
-std::vector<Record> joined(std::vector<Record> known, std::vector<Record> imported) {
+std::vector<Record> newAmong(std::vector<Record> imported, const std::vector<Record>& known) {
     std::set<Uuid> ids;
     for (const auto& record : known) ids.insert(record.id);
-    for (auto& record : imported) {
-        if (ids.insert(record.id).second) known.push_back(std::move(record));
-    }
+    std::erase_if(imported, [&](const Record& record) { return !ids.insert(record.id).second; });
+    return imported;
+}
+
+template <class Record>
+std::vector<std::string> namesOf(const std::vector<Record>& records) {
+    std::vector<std::string> names;
+    for (const auto& record : records) names.push_back(record.name);
+    return names;
+}
+
+template <class Record>
+std::vector<Record> joined(std::vector<Record> known, std::vector<Record> added) {
+    std::ranges::move(added, std::back_inserter(known));
     return known;
+}
+
+struct Newcomers {
+    WorkspaceImportCounts counts;
+    std::vector<WorkspaceScene> scenes;
+    std::vector<WorkspaceRule> rules;
+};
+
+Decoded<Newcomers> newcomersIn(std::string_view data, const WorkspaceState& known) {
+    auto decoded = decodeExportedDocument(data);
+    if (const auto* error = std::get_if<DecodingError>(&decoded)) return *error;
+    auto& imported = std::get<WorkspaceProductDocument>(decoded);
+    Newcomers found;
+    found.counts.scenes = imported.scenes.size();
+    found.counts.rules = imported.rules.size();
+    found.scenes = newAmong(std::move(imported.scenes), *known.scenes);
+    found.rules = newAmong(std::move(imported.rules), *known.rules);
+    found.counts.newScenes = namesOf(found.scenes);
+    found.counts.newRules = namesOf(found.rules);
+    return found;
+}
+
+std::string counted(std::size_t count, const std::string& one) {
+    return std::to_string(count) + " " + one + (count == 1 ? "" : "s");
 }
 
 } // namespace
@@ -62,13 +98,13 @@ Decoded<std::string> WorkspaceController::exportWorkspaceDocument() const {
 }
 
 Decoded<WorkspaceImportCounts> WorkspaceController::importWorkspaceDocument(std::string_view data) {
-    auto decoded = decodeExportedDocument(data);
-    if (const auto* error = std::get_if<DecodingError>(&decoded)) return *error;
-    auto& imported = std::get<WorkspaceProductDocument>(decoded);
-    WorkspaceImportCounts counts{imported.scenes.size(), imported.rules.size(), {}};
+    auto found = newcomersIn(data, state_);
+    if (const auto* error = std::get_if<DecodingError>(&found)) return *error;
+    auto& newcomers = std::get<Newcomers>(found);
+    WorkspaceImportCounts counts = std::move(newcomers.counts);
     WorkspaceProductDocument next{.version = 1,
-                                  .scenes = joined(*state_.scenes, std::move(imported.scenes)),
-                                  .rules = joined(*state_.rules, std::move(imported.rules)),
+                                  .scenes = joined(*state_.scenes, std::move(newcomers.scenes)),
+                                  .rules = joined(*state_.rules, std::move(newcomers.rules)),
                                   .activeSceneID = *state_.activeSceneID};
     if (const auto reason = takeDocument(std::move(next))) {
         return DecodingError("", std::string("scenes and rules together could not be stored: ") + reason->what());
@@ -76,6 +112,15 @@ Decoded<WorkspaceImportCounts> WorkspaceController::importWorkspaceDocument(std:
     counts.message =
         "Imported " + std::to_string(counts.scenes) + " scenes and " + std::to_string(counts.rules) + " rules";
     showStatusMessage(counts.message);
+    return counts;
+}
+
+Decoded<WorkspaceImportCounts> WorkspaceController::previewImport(std::string_view data) const {
+    auto found = newcomersIn(data, state_);
+    if (const auto* error = std::get_if<DecodingError>(&found)) return *error;
+    WorkspaceImportCounts counts = std::get<Newcomers>(std::move(found)).counts;
+    counts.message = "The file would add " + counted(counts.newScenes.size(), "scene") + " and " +
+                     counted(counts.newRules.size(), "rule");
     return counts;
 }
 

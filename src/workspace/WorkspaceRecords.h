@@ -23,8 +23,10 @@ struct WorkspaceTile {
 
 /// What a file held, whether it was new or not.
 struct WorkspaceImportCounts {
-    std::size_t scenes = 0;
+    std::size_t scenes = 0; // in the file, known or not
     std::size_t rules = 0;
+    std::vector<std::string> newScenes{}; // names of those that are added, in their order
+    std::vector<std::string> newRules{};
     std::string message; // what is said about it
 };
 

@@ -95,12 +95,17 @@ Outcome WorkspaceController::addRuleForFocusedWindow(const WorkspaceRuleDisposit
     const auto focused = focusedWindowID();
     const ManagedWindow* window = focused ? findLive(*focused) : nullptr;
     if (!window) return refuse("No focused application window found");
+    return addRuleForWindow(*window, disposition);
+}
+
+Outcome WorkspaceController::addRuleForWindow(const ManagedWindow& window,
+                                              const WorkspaceRuleDisposition& disposition) {
     WorkspaceRule rule;
-    rule.name = ruleName(window->applicationName, disposition);
-    rule.bundleIdentifier = window->bundleIdentifier;
-    if (!rule.bundleIdentifier) rule.applicationName = window->applicationName;
+    rule.name = ruleName(window.applicationName, disposition);
+    rule.bundleIdentifier = window.bundleIdentifier;
+    if (!rule.bundleIdentifier) rule.applicationName = window.applicationName;
     rule.disposition = disposition;
-    return appendRule(std::move(rule), window->applicationName);
+    return appendRule(std::move(rule), window.applicationName);
 }
 
 Outcome WorkspaceController::addRule(WorkspaceRule rule) {

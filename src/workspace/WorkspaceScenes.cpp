@@ -109,6 +109,15 @@ Outcome WorkspaceController::deleteScene(const Uuid& id) {
     return changed ? done("Scene " + quotedName(scene->name) + " deleted") : changed;
 }
 
+Outcome WorkspaceController::insertScene(WorkspaceScene scene, std::size_t index) {
+    const std::string message = "Scene " + quotedName(scene.name) + " restored to the list";
+    auto document = workspaceDocument();
+    const auto place = std::min(index, document.scenes.size());
+    document.scenes.insert(document.scenes.begin() + static_cast<std::ptrdiff_t>(place), std::move(scene));
+    const auto changed = changeDocument(std::move(document));
+    return changed ? done(message) : changed;
+}
+
 std::optional<std::vector<SceneDifference>> WorkspaceController::diffScene(const Uuid& id) const {
     const auto scene = sceneWithID(id);
     if (!scene) return std::nullopt;

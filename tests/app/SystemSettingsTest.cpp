@@ -249,7 +249,7 @@ TEST(Onboarding, AsksByTheSystemsQuestionFirstAndThenByItsSettings) {
     delegate.applicationDidFinishLaunching();
     onboarding.goOn();
     EXPECT_EQ(desktop.promptCount(), 1);
-    delegate.askForPermission();
+    delegate.permission().ask();
     EXPECT_EQ(desktop.promptCount(), 1);
     EXPECT_EQ(onboarding.timesSettingsOpened, 1);
 

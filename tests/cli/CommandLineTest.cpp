@@ -573,9 +573,9 @@ TEST_F(CommandLine, ScenesAndRulesAreExportedAndImported) {
     EXPECT_EQ(run({"rule", "add", "--app", "mail", "tile", "1"}).out,
               "Rule added for sim.mail\nRules are off; “kova rules on” lets them act.\n");
     EXPECT_EQ(run({"rule", "add", "--focused", "--title", "make", "ignore"}).code, 0);
-    EXPECT_EQ(run({"rule", "list"}).out, R"(NUMBER  NAME               DOES             ENABLED  FOR
-     1  Mail → focus-main  tile focus-main  yes      sim.mail
-     2  Terminal ignored   ignore           yes      sim.terminal, “make” in the title
+    EXPECT_EQ(run({"rule", "list"}).out, R"(NUMBER  NAME               DOES             ENABLED  WINDOWS  FOR
+     1  Mail → focus-main  tile focus-main  yes            1  sim.mail
+     2  Terminal ignored   ignore           yes            0  sim.terminal, “make” in the title
 
 Rules are off; “kova rules on” lets them act.
 )");

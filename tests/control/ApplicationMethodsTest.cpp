@@ -62,8 +62,33 @@ TEST_F(ApplicationMethods, OneApplicationIsEndedByItsWindow) {
     EXPECT_EQ(refusal("forceQuitAll", {{"confirmed", {maps}}}), "No open applications were force quit\n" + reason);
 }
 
-TEST_F(ApplicationMethods, LearnedFactsOfAnApplicationAreForgotten) {
+TEST_F(ApplicationMethods, LearnedFactsOfAnApplicationAreListedAndForgotten) {
+    EXPECT_EQ(result("app.learned")["applications"], json::array());
     desk.arrange();
+    result("layout.prefer", {{"tile", "focus-main"}, {"application", "Terminal"}});
+    result("place", {{"window", "notes"}, {"tile", "1"}});
+    desk.opens("Zoom", {.minimumSize = {{1500, 400}}}).settle();
+    result("place", {{"window", "zoom"}, {"tile", "2"}});
+    desk.rest();
+    const auto learned = [&](const std::string& name) {
+        for (const json& each : result("app.learned")["applications"]) {
+            if (each["name"] == name) return each;
+        }
+        return json();
+    };
+    EXPECT_EQ(learned("Terminal")["preferredSlots"], json::array({"focus-main"}));
+    const json notes = learned("Notes");
+    EXPECT_EQ(notes["role"], "productivity");
+    const json& places = notes["places"];
+    const auto chosen =
+        std::find_if(places.begin(), places.end(), [](const json& place) { return place["isByUser"] == true; });
+    ASSERT_NE(chosen, places.end()) << notes;
+    EXPECT_EQ((*chosen)["slot"], "focus-main");
+    EXPECT_EQ((*chosen)["layout"]["id"], "jarvis.dual-split");
+    EXPECT_EQ(learned("Zoom")["minimumSize"]["width"], 1500) << learned("Zoom");
+
+    result("app.forget", {{"application", notes["key"]}});
+    EXPECT_TRUE(learned("Notes").is_null());
     EXPECT_EQ(result("app.forget", {{"application", "mail"}})["message"],
               "Forgot the minimum sizes and usual tiles of Mail");
     EXPECT_EQ(refusal("app.forget", {{"application", "nothing"}}), "Nothing was learned of an application “nothing”");

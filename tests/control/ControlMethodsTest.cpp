@@ -172,6 +172,32 @@ TEST_F(AgentMethods, RefusesUnknownNamesWithTheKnownOnes) {
     EXPECT_EQ(desk.tiles(), "- | -") << "a refused request moved something";
 }
 
+TEST_F(AgentMethods, TellsTheWindowAtAPoint) {
+    desk.arrange();
+    const json windows = result("query.windows")["windows"];
+    int found = 0;
+    for (const json& window : windows) {
+        if (window["isFront"] != true) continue;
+        const json& frame = window["frame"];
+        const json there =
+            result("query.windowAt", {{"x", frame["x"].get<double>() + 40}, {"y", frame["y"].get<double>() + 40}});
+        EXPECT_EQ(there["window"]["id"], window["id"]);
+        ++found;
+    }
+    EXPECT_EQ(found, 2);
+    EXPECT_TRUE(result("query.windowAt", {{"x", 1}, {"y", 1}})["window"].is_null());
+}
+
+TEST_F(AgentMethods, TellsThePermissionAndCannotAskWhereThereIsNoneToGive) {
+    EXPECT_EQ(result("permission.ask")["permission"], "granted");
+    desk.desktop.setTrusted(false);
+    desk.settle();
+    const json status = result("permission.status");
+    EXPECT_EQ(status["problem"], "Accessibility permission is required");
+    EXPECT_EQ(status["canAsk"], false);
+    EXPECT_EQ(refusal("permission.ask"), "Accessibility permission is required");
+}
+
 TEST_F(AgentMethods, ExplainsEachWindow) {
     EXPECT_TRUE(result("explain")["lines"].empty());
     const auto explained = [&](const char* window) {

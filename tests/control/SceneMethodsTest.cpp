@@ -39,6 +39,27 @@ TEST_F(SceneMethods, ASceneIsFoundByItsWholeNameOrItsId) {
     EXPECT_EQ(left[0]["isActive"], false);
 }
 
+TEST_F(SceneMethods, DeletedScenesComeBackToTheirPlacesUntilTheAgentEnds) {
+    for (const char* name : {"One", "Two", "Three"}) result("scene.capture", {{"name", name}});
+    const auto names = [&] {
+        std::string all;
+        for (const json& scene : result("scene.list")["scenes"]) all += scene["name"].get<std::string>() + " ";
+        return all;
+    };
+    const std::string text = result("export")["text"];
+    for (const char* name : {"Two", "One"}) result("scene.delete", {{"scene", name}});
+    EXPECT_EQ(names(), "Three ");
+    EXPECT_EQ(result("scene.undelete")["message"], "Scene “One” restored to the list");
+    EXPECT_EQ(result("scene.undelete")["scene"]["name"], "Two");
+    EXPECT_EQ(names(), "One Two Three ");
+    EXPECT_EQ(refusal("scene.undelete"), "No scene was deleted since the agent started");
+
+    result("scene.delete", {{"scene", "Three"}});
+    result("import", {{"text", text}});
+    EXPECT_EQ(refusal("scene.undelete"), "No scene was deleted since the agent started") << "it is there already";
+    EXPECT_EQ(names(), "One Two Three ");
+}
+
 TEST_F(SceneMethods, AWaitingClientGetsTheFinalReportOfAScene) {
     desk.arrange();
     result("scene.capture", {{"name", "Work"}});
@@ -71,6 +92,10 @@ TEST_F(SceneMethods, ASceneIsComparedAndOpened) {
     const json shown = result("scene.show", {{"scene", "Work"}});
     EXPECT_EQ(shown["displays"][0]["layout"], "jarvis.dual-split");
     EXPECT_EQ(shown["placements"][0]["slot"], "focus-main");
+    const json tiles = shown["displays"][0]["tiles"];
+    ASSERT_EQ(tiles.size(), 2u);
+    EXPECT_EQ(tiles[1]["slot"], "secondary-1");
+    EXPECT_NEAR(tiles[1]["frame"]["x"].get<double>(), 0.5, 0.01);
     EXPECT_EQ(result("scene.diff", {{"scene", "Work"}})["differences"], json::array());
     result("layout.select", {{"layout", "jarvis.quad-grid"}});
     desk.settle();
@@ -116,6 +141,15 @@ TEST_F(SceneMethods, RulesAreAddedOrderedAndTested) {
         << "of a layout that is not in force";
     EXPECT_EQ(ruleNames(), "Mail → secondary-1, Terminal floats, Maps → secondary-3");
 
+    EXPECT_EQ(add({{"window", "inbox"}, {"disposition", "ignore"}})["message"], "Rule added for Mail");
+    const json rules = result("rule.list")["rules"];
+    EXPECT_EQ(rules[0]["windows"].size(), 1u);
+    EXPECT_EQ(rules[0]["windows"][0]["application"], "Mail");
+    EXPECT_EQ(rules[0]["windows"][0]["decides"], true);
+    EXPECT_EQ(rules[1]["windows"], json::array()) << "its title";
+    EXPECT_EQ(rules[3]["windows"][0]["decides"], false) << "the first rule does";
+    result("rule.delete", {{"rule", "4"}});
+
     const json asked = result("rule.test", {{"window", "mail"}});
     EXPECT_EQ(asked["rule"]["id"], mail["rule"]["id"]);
     EXPECT_EQ(asked["reasons"][1]["verdict"], "notConsulted");
@@ -146,6 +180,7 @@ TEST_F(SceneMethods, AnInvalidRuleIsNotAdded) {
     const std::vector<Parameters> cases = {
         {{"disposition", "float"}},
         {{"application", "mail"}, {"focused", true}, {"disposition", "float"}},
+        {{"application", "mail"}, {"window", "mail"}, {"disposition", "float"}},
         {{"application", "mail"}, {"disposition", "tile"}},
         {{"application", "mail"}, {"disposition", "float"}, {"slot", "1"}},
         {{"application", "mail"}, {"disposition", "sink"}},
@@ -177,6 +212,11 @@ TEST_F(SceneMethods, TheDocumentIsTransferredInPieces) {
     result("scene.delete", {{"scene", "Wörk"}});
     result("rule.delete", {{"rule", "1"}});
 
+    const json preview = result("import", {{"text", text}, {"dryRun", true}});
+    EXPECT_EQ(preview["message"], "The file would add 1 scene and 1 rule");
+    EXPECT_EQ(preview["added"], json({{"scenes", {"Wörk"}}, {"rules", {"Mail ignored"}}}));
+    EXPECT_EQ(result("scene.list")["scenes"], json::array());
+
     SocketClient other = client();
     EXPECT_EQ(call(other, "import", {{"text", "{\"version\""}, {"more", true}})["result"]["scenes"], nullptr);
     EXPECT_EQ(result("import", {{"text", text.substr(0, 100)}, {"more", true}})["message"], nullptr);
@@ -187,7 +227,9 @@ TEST_F(SceneMethods, TheDocumentIsTransferredInPieces) {
                   36,
               text.size())
         << "all but which scene is active came back";
-    EXPECT_EQ(result("import", {{"text", text}})["scenes"], 1) << "known ones are counted";
+    const json again = result("import", {{"text", text}});
+    EXPECT_EQ(again["scenes"], 1) << "known ones are counted";
+    EXPECT_EQ(again["added"]["scenes"], json::array());
     EXPECT_EQ(result("scene.list")["scenes"].size(), 1u);
 
     // What another client had begun goes on, and ends in its own failure.

@@ -1,0 +1,33 @@
+// Has the system ask the user for the permission to manage windows. Main thread only.
+#pragma once
+
+#include "app/OnboardingServicing.h"
+#include "control/PermissionControl.h"
+#include "windowing/AccessibilityServicing.h"
+
+#include <utility>
+
+namespace kova {
+
+class PermissionRequest final : public PermissionControl {
+  public:
+    /// `system` is null where there is no permission to ask for. Both outlive the request.
+    PermissionRequest(AccessibilityServicing& accessibility, OnboardingServicing* system) :
+        accessibility_(accessibility), system_(system) {}
+
+    bool canAsk() const override { return system_ != nullptr; }
+    void ask() override {
+        if (!system_) return;
+        // The system shows its question once; after that only its settings help.
+        const bool asksAnew = std::exchange(hasAsked_, true) || accessibility_.stalePermission();
+        if (asksAnew) return system_->openPermissionSettings();
+        (void)accessibility_.requestTrust(true);
+    }
+
+  private:
+    AccessibilityServicing& accessibility_;
+    OnboardingServicing* system_;
+    bool hasAsked_ = false; // by the system's question
+};
+
+} // namespace kova

@@ -1,0 +1,51 @@
+#include "control/DeletedScenes.h"
+
+#include "control/NameLookup.h"
+#include "control/Refusal.h"
+#include "workspace/WorkspaceController.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kova {
+
+namespace {
+
+using nlohmann::json;
+
+json brief(const WorkspaceScene& scene) {
+    return {{"id", scene.id.string()}, {"name", scene.name}};
+}
+
+} // namespace
+
+ControlReply DeletedScenes::deleteScene(const JsonCursor& parameters) {
+    auto found = lookUpScene(controller_, parameters.required("scene").string());
+    if (!found) return found.error();
+    WorkspaceScene& scene = *found;
+    const auto& scenes = *controller_.state().scenes;
+    const auto index =
+        static_cast<std::size_t>(std::ranges::find(scenes, scene.id, &WorkspaceScene::id) - scenes.begin());
+    const auto outcome = controller_.deleteScene(scene.id);
+    if (!outcome) return failureOf(outcome);
+    json result{{"scene", brief(scene)}, {"message", orNull(outcome.message())}};
+    deleted_.push_back({std::move(scene), index});
+    if (deleted_.size() > kMost) deleted_.pop_front();
+    return result;
+}
+
+ControlReply DeletedScenes::undelete() {
+    const auto& scenes = *controller_.state().scenes;
+    std::erase_if(deleted_, [&](const Deleted& each) { // an import has brought it back
+        return std::ranges::find(scenes, each.scene.id, &WorkspaceScene::id) != scenes.end();
+    });
+    if (deleted_.empty()) return refusal("No scene was deleted since the agent started");
+    const Deleted& last = deleted_.back();
+    const auto outcome = controller_.insertScene(last.scene, last.index);
+    if (!outcome) return failureOf(outcome);
+    json result{{"scene", brief(last.scene)}, {"message", orNull(outcome.message())}};
+    deleted_.pop_back();
+    return result;
+}
+
+} // namespace kova

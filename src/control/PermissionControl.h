@@ -1,0 +1,17 @@
+// The permission to manage windows, as clients see it and have the user asked for it.
+#pragma once
+
+namespace kova {
+
+/// Main thread only.
+class PermissionControl {
+  public:
+    virtual ~PermissionControl() = default;
+    /// Whether the system has a permission that the user can be asked for.
+    virtual bool canAsk() const = 0;
+    /// Opens the system's question or, where that was shown before or is of no use, the page of its settings. No-op
+    /// where there is none. Never waits.
+    virtual void ask() = 0;
+};
+
+} // namespace kova

@@ -1,0 +1,27 @@
+// Which open windows each rule of a list means now.
+#pragma once
+
+#include "persistence/WorkspaceProductDocument.h"
+#include "windowing/ManagedWindow.h"
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+struct RuleMatch {
+    std::string windowID;
+    bool decides = false; // false: an earlier rule matches the window as well, and decides
+    bool operator==(const RuleMatch&) const = default;
+};
+
+/// Longer lists are not written by a person; what their windows are is not worth the time to find out.
+inline constexpr std::size_t kMostRulesMatched = 500;
+
+/// For each of the first `kMostRulesMatched` rules the windows that it matches, in the order of the windows.
+std::vector<std::vector<RuleMatch>> matchesOf(std::span<const WorkspaceRule> rules,
+                                              const std::vector<ManagedWindow>& windows);
+
+} // namespace kova
