@@ -46,6 +46,7 @@ SessionAgent::SessionAgent(const AgentServices& services) :
               .menu = &menu_,
               .userInterface = delegate_.userInterface(),
               .settingsWindow = [this] { return delegate_.settingsWindow(); },
+              .onboardingWindow = [this] { return delegate_.onboardingWindow(); },
               .permission = &delegate_.permission()}) {
     const auto& state = delegate_.workspace().state();
     messages_ = state.lastActionMessage.observe([](const std::optional<std::string>& message) {

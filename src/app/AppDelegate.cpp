@@ -50,31 +50,6 @@ void AppDelegate::readSystemSettings() {
     if (dockAutoHide_ && !*dockAutoHide_->isPreferenceConfigured()) dockAutoHide_->refreshDockState();
 }
 
-void AppDelegate::showOnboardingIfNeeded() {
-    if (*onboarding_.isCompleted()) return;
-    if (*workspace_.state().permissionState == AccessibilityPermissionState::granted) {
-        onboarding_.complete();
-    } else if (shell_.onboarding) {
-        shell_.onboarding->showOnboarding(dockOffer(), [this] { permission_.ask(); });
-    }
-}
-
-/// The system shows its own question at the first request, so the onboarding dialog can close.
-void AppDelegate::completeOnboarding() {
-    if (*onboarding_.isCompleted()) return;
-    onboarding_.complete();
-    if (shell_.onboarding) shell_.onboarding->closeOnboarding();
-}
-
-std::optional<OnboardingOffer> AppDelegate::dockOffer() {
-    if (!dockAutoHide_ || dockAutoHide_->absence()) return std::nullopt;
-    return OnboardingOffer{.title = "Hide the Dock Automatically",
-                           .text = "Optional. KOVA leaves your current Dock behavior untouched unless you change this "
-                                   "option. Changing it briefly restarts the Dock.",
-                           .isOn = [this] { return *dockAutoHide_->hidesSystemDock(); },
-                           .choose = [this](bool hides) { dockAutoHide_->setHidesSystemDock(hides); }};
-}
-
 void AppDelegate::startWorkspace() {
     if (workspaceIsStarted_) return;
     workspaceIsStarted_ = true;
@@ -85,6 +60,13 @@ void AppDelegate::startWorkspace() {
     }
     tileFooters_.emplace(workspace_, overlay_, services_.queue);
     if (shell_.pointer) windowDragCoordinator_.emplace(workspace_, *shell_.pointer, overlay_, services_.queue);
+    onboardingWindow_.emplace(KovaOnboardingWindowController::Services{.workspace = workspace_,
+                                                                       .state = onboarding_,
+                                                                       .permission = permission_,
+                                                                       .board = overlay_,
+                                                                       .dock = dockAutoHide(),
+                                                                       .dialog = shell_.onboarding,
+                                                                       .userInterface = userInterface()});
     if (shell_.keys) layoutShortcuts_.emplace(workspace_, shortcutSettings_, *shell_.keys, services_.queue);
     workspace_.start(false);
     installMonitors();
@@ -97,7 +79,7 @@ void AppDelegate::startWorkspace() {
     log(LogLevel::note, "workspace started");
     // There is no event for a lock that began before the start.
     if (services_.session.isLoginSessionScreenLocked()) handleSystemActivityEvent(SystemActivityEvent::screenDidLock);
-    showOnboardingIfNeeded();
+    onboardingWindow_->showIfNeeded();
 }
 
 void AppDelegate::stopWorkspace() {
@@ -109,7 +91,7 @@ void AppDelegate::stopWorkspace() {
     // A drag in progress is cancelled first.
     removeMonitors();
     layoutShortcuts_.reset();
-    if (shell_.onboarding) shell_.onboarding->closeOnboarding();
+    onboardingWindow_.reset();
     windowDragCoordinator_.reset();
     tileFooters_.reset();
     layoutDividers_.reset();
@@ -141,7 +123,7 @@ void AppDelegate::monitorResumeShortcut() {
 
 void AppDelegate::followPermission() {
     if (*workspace_.state().permissionState != AccessibilityPermissionState::granted) return;
-    completeOnboarding();
+    onboardingWindow_->complete();
     if (!workspaceIsSuspendedForSystemTransition_) installMonitors();
 }
 

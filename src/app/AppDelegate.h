@@ -5,6 +5,7 @@
 #include "app/BackdropWindowController.h"
 #include "app/DockAutoHideController.h"
 #include "app/KovaOnboardingState.h"
+#include "app/KovaOnboardingWindowController.h"
 #include "app/KovaSettingsWindowController.h"
 #include "app/LaunchAtLoginController.h"
 #include "app/LayoutDividerWindowController.h"
@@ -59,6 +60,8 @@ class AppDelegate {
     UserInterfaceController* userInterface() { return userInterface_ ? &*userInterface_ : nullptr; }
     /// Null before the launch.
     KovaSettingsWindowController* settingsWindow() { return settingsWindow_ ? &*settingsWindow_ : nullptr; }
+    /// Null unless the workspace is started.
+    KovaOnboardingWindowController* onboardingWindow() { return onboardingWindow_ ? &*onboardingWindow_ : nullptr; }
     DockAutoHideController* dockAutoHide() { return dockAutoHide_ ? &*dockAutoHide_ : nullptr; }
 
     /// Call once when the process is ready: reads settings of the system and starts the workspace.
@@ -70,8 +73,6 @@ class AppDelegate {
     /// Leaves focus mode, removes monitors and overlay, and writes the preferences to disk. No-op unless started.
     void stopWorkspace();
     bool isWorkspaceStarted() const { return workspaceIsStarted_; }
-    /// Shows the onboarding to a new user; a user who has given the permission already needs none.
-    void showOnboardingIfNeeded();
     PermissionRequest& permission() { return permission_; }
 
     /// Suspends when the first condition begins under which the user cannot see the screen, resumes when the last one
@@ -81,11 +82,9 @@ class AppDelegate {
     bool isWorkspaceSuspended() const { return workspaceIsSuspendedForSystemTransition_; }
 
   private:
-    std::optional<OnboardingOffer> dockOffer();
     void readSystemSettings();
     void installMonitors();
     void followPermission();
-    void completeOnboarding();
     void suspendOrResume();
     void monitorResumeShortcut();
     void removeMonitors();
@@ -108,6 +107,7 @@ class AppDelegate {
     std::optional<LayoutDividerWindowController> layoutDividers_;
     std::optional<TileFooterWindowController> tileFooters_;
     std::optional<WindowDragCoordinator> windowDragCoordinator_;
+    std::optional<KovaOnboardingWindowController> onboardingWindow_;
     std::optional<LayoutShortcutCoordinator> layoutShortcuts_;
     std::vector<Subscription> systemActivitySubscriptions_;
     Subscription permissionSubscription_;

@@ -101,6 +101,10 @@ class KovaMenuBarContent::Build {
             add("settings", "Settings", Enabled::yes,
                 [this] { sayIfRefused(services_.delegate.settingsWindow()->show(std::nullopt)); });
         }
+        if (hasWindow && services_.delegate.onboardingWindow()) {
+            add("onboarding", "Introduction to KOVA", Enabled::yes,
+                [this] { sayIfRefused(services_.delegate.onboardingWindow()->show()); });
+        }
         inSubmenu(hasWindow ? "Quick Settings" : "Settings", [this] { addSettings(); });
         addProgramEntries();
     }

@@ -29,8 +29,6 @@ class KovaSettingsWindowController final : public SettingsWindowControl {
     bool isShown() const { return shown_.has_value(); }
 
   private:
-    std::optional<std::string> startUserInterface();
-
     OverlayBoard& board_;
     UserInterfaceControl* userInterface_;
     std::function<void()> readSystem_;

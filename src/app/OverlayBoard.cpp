@@ -29,8 +29,11 @@ void copySection(OverlaySection section, const OverlayContents& from, OverlayCon
     case OverlaySection::message:
         to.message = from.message;
         return;
-    case OverlaySection::windows:
-        to.windows = from.windows;
+    case OverlaySection::settingsWindow:
+        to.windows.settings = from.windows.settings;
+        return;
+    case OverlaySection::onboardingWindow:
+        to.windows.onboarding = from.windows.onboarding;
         return;
     }
 }

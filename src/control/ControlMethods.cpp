@@ -11,6 +11,7 @@
 #include "control/LayoutMethods.h"
 #include "control/LearningMethods.h"
 #include "control/NameLookup.h"
+#include "control/OnboardingWindowControl.h"
 #include "control/OverlayBroadcast.h"
 #include "control/PermissionMethods.h"
 #include "control/Refusal.h"
@@ -345,6 +346,7 @@ class ControlMethods::Table {
                  [this](const Call&) { return switchUserInterface(context_.userInterface, UserInterfaceSwitch::on); });
         addSaved("ui.off", {}, [this](const Call&) {
             if (SettingsWindowControl* window = settingsWindow()) window->close();
+            if (OnboardingWindowControl* window = onboardingWindow()) window->close();
             return switchUserInterface(context_.userInterface, UserInterfaceSwitch::off);
         });
         add("ui.show", {"what"},
@@ -358,7 +360,13 @@ class ControlMethods::Table {
     SettingsWindowControl* settingsWindow() const {
         return context_.settingsWindow ? context_.settingsWindow() : nullptr;
     }
-    UserInterfaceWindows userInterfaceWindows() { return {overlay_ ? &*overlay_ : nullptr, settingsWindow()}; }
+    OnboardingWindowControl* onboardingWindow() const {
+        return context_.onboardingWindow ? context_.onboardingWindow() : nullptr;
+    }
+    UserInterfaceWindows userInterfaceWindows() {
+        return {
+            .overlay = overlay_ ? &*overlay_ : nullptr, .settings = settingsWindow(), .onboarding = onboardingWindow()};
+    }
 
     void addAgent() {
         add("permission.status", {},
@@ -453,7 +461,9 @@ class ControlMethods::Table {
                 {"accentColors", resultOf("accent.list")},
                 {"layouts", resultOf("layout.fit")},
                 {"rules", resultOf("rule.list")},
-                {"scenes", resultOf("scene.list")}};
+                {"scenes", resultOf("scene.list")},
+                {"learned", resultOf("app.learned")},
+                {"permission", resultOf("permission.status")}};
     }
     inline static const json kNoParameters = json::object();
     inline static const std::shared_ptr<ControlPeer> kNoPeer;

@@ -18,6 +18,7 @@ class DiagnosticsServicing;
 class KeyMonitorServicing;
 class KovaShortcutSettings;
 class MenuServing;
+class OnboardingWindowControl;
 class OverlayServing;
 class PermissionControl;
 class PreferencesStore;
@@ -44,6 +45,7 @@ struct ControlContext {
     MenuServing* menu = nullptr;
     UserInterfaceControl* userInterface = nullptr;
     std::function<SettingsWindowControl*()> settingsWindow = {}; // empty, or null for now: there is none
+    std::function<OnboardingWindowControl*()> onboardingWindow = {};
     PermissionControl* permission = nullptr; // null where there is none to ask for
 };
 

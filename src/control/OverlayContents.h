@@ -116,6 +116,7 @@ struct OverlayShownWindow {
 
 struct OverlayWindows {
     std::optional<OverlayShownWindow> settings;
+    std::optional<OverlayShownWindow> onboarding;
     bool operator==(const OverlayWindows&) const = default;
 };
 
@@ -140,10 +141,11 @@ enum class OverlaySection : std::uint32_t {
     dividers = 1U << 4,
     drag = 1U << 5,
     message = 1U << 6,
-    windows = 1U << 7,
+    settingsWindow = 1U << 7,
+    onboardingWindow = 1U << 8,
 };
 using OverlaySections = std::uint32_t;
-inline constexpr OverlaySections kEveryOverlaySection = (1U << 8) - 1;
+inline constexpr OverlaySections kEveryOverlaySection = (1U << 9) - 1;
 
 constexpr bool holds(OverlaySections sections, OverlaySection section) {
     return (sections & static_cast<OverlaySections>(section)) != 0;

@@ -114,7 +114,7 @@ json shownWindow(const OverlayShownWindow& window) {
 }
 
 json windows(const OverlayWindows& shown) {
-    return {{"settings", orNull(shown.settings, shownWindow)}};
+    return {{"settings", orNull(shown.settings, shownWindow)}, {"onboarding", orNull(shown.onboarding, shownWindow)}};
 }
 
 /// Of the sections that `before` has in the same form, or of all without it.

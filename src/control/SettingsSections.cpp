@@ -18,7 +18,8 @@ std::vector<Subscription> observeSettings(const ControlContext& context, const s
     watch(state.profile, state.accentColorID, state.continuousManagementEnabled, state.bringsNextForward,
           state.useThemeBackground, state.showBrain, state.showTileBackgrounds);
     watch(state.screens, state.layoutRevision, state.windows, state.observedMinimumSizes);
-    watch(state.scenes, state.rules, state.activeSceneID);
+    watch(state.scenes, state.rules, state.activeSceneID, state.titleRevision);
+    watch(state.permissionState, context.controller.learning());
     watch(context.shortcuts.configuration, context.shortcuts.isRecording);
     if (context.keys) subscriptions.push_back(context.keys->observeHeldByOthers(changed));
     for (const auto& setting : {&context.startAtLogin, &context.dockAutoHide}) {

@@ -1,5 +1,6 @@
 #include "control/UserInterfaceMethods.h"
 
+#include "control/OnboardingWindowControl.h"
 #include "control/OverlayBroadcast.h"
 #include "control/Refusal.h"
 #include "control/SettingsWindowControl.h"
@@ -102,11 +103,17 @@ std::string wordIn(const JsonCursor& parameters, std::initializer_list<std::stri
 } // namespace
 
 ControlReply showInUserInterface(const UserInterfaceWindows& windows, const JsonCursor& parameters) {
-    const std::string what = wordIn(parameters, {"menu", "settings"});
+    const std::string what = wordIn(parameters, {"menu", "settings", "onboarding"});
     if (what == "settings") {
         const json withoutPane = json::object();
         auto shown = showSettings(windows, JsonCursor(withoutPane, ""));
         return shown ? ControlReply(json{{"what", what}}) : shown;
+    }
+    if (what == "onboarding") {
+        if (!windows.onboarding) return refusal(kNoInterface);
+        if (windows.overlay) windows.overlay->hasPeers(); // forgets clients that are gone
+        if (auto problem = windows.onboarding->show()) return refusal(*problem);
+        return json{{"what", what}};
     }
     if (!windows.overlay || !windows.overlay->show(what)) {
         return refusal("No program that could show it is connected. Start it with “kova ui restart”");
@@ -115,8 +122,9 @@ ControlReply showInUserInterface(const UserInterfaceWindows& windows, const Json
 }
 
 ControlReply hideInUserInterface(const UserInterfaceWindows& windows, const JsonCursor& parameters) {
-    const std::string what = wordIn(parameters, {"settings"});
-    if (windows.settings) windows.settings->close();
+    const std::string what = wordIn(parameters, {"settings", "onboarding"});
+    if (what == "settings" && windows.settings) windows.settings->close();
+    if (what == "onboarding" && windows.onboarding) windows.onboarding->close();
     return json{{"what", what}};
 }
 

@@ -13,6 +13,7 @@
 
 namespace kova {
 
+class OnboardingWindowControl;
 class OverlayBroadcast;
 class SettingsWindowControl;
 class WorkspaceController;
@@ -31,6 +32,7 @@ ControlReply switchUserInterface(UserInterfaceControl* interface, UserInterfaceS
 struct UserInterfaceWindows {
     OverlayBroadcast* overlay = nullptr;
     SettingsWindowControl* settings = nullptr;
+    OnboardingWindowControl* onboarding = nullptr;
 };
 /// The panes of the settings window, in their order.
 inline constexpr std::array<std::string_view, 8> kSettingsPanes = {"general", "layouts",    "shortcuts",    "rules",

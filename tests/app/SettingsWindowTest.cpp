@@ -87,5 +87,74 @@ TEST_F(SettingsWindow, StartsTheProgramThatDrawsItOrSaysWhyNot) {
     EXPECT_FALSE(KovaMenuBarContent({.delegate = delegate}).choose("settings"));
 }
 
+class DialogByHand final : public OnboardingServicing {
+  public:
+    void showOnboarding(std::optional<OnboardingOffer>, std::function<void()>) override { ++timesShown; }
+    void closeOnboarding() override {}
+    void openPermissionSettings() override {}
+    int timesShown = 0;
+};
+
+TEST(OnboardingWindow, IsShownAtEachStartUntilThePermissionWasThereOnce) {
+    SimulatedDesktop desktop;
+    MemoryPreferencesStore preferences;
+    Program program;
+    DialogByHand dialog;
+    struct Start {
+        bool isTrusted, isShown, isGrantedMeanwhile, isCompleted;
+    };
+    std::optional<AppDelegate> delegate;
+    const auto isShown = [&] {
+        OverlayContents contents;
+        delegate->overlay().update(contents, kEveryOverlaySection);
+        return contents.windows.onboarding.has_value();
+    };
+    for (const Start& start : {Start{false, true, false, false}, Start{false, true, true, true},
+                               Start{false, false, false, true}, Start{true, false, false, true}}) {
+        desktop.setTrusted(start.isTrusted);
+        delegate.emplace(WorkspaceServices{desktop, desktop, desktop, desktop, desktop, preferences, desktop.queue(),
+                                           desktop.pollingQueue(), desktop},
+                         ShellServices{.onboarding = &dialog, .userInterface = &program});
+        delegate->applicationDidFinishLaunching();
+        desktop.queue().advance(Seconds(1));
+        EXPECT_EQ(isShown(), start.isShown);
+        if (start.isGrantedMeanwhile) {
+            desktop.setTrusted(true);
+            desktop.queue().advance(Seconds(1));
+            EXPECT_TRUE(isShown()) << "the window goes on with what can be set";
+        }
+        delegate->onboardingWindow()->close();
+        EXPECT_FALSE(isShown());
+        EXPECT_EQ(*delegate->onboarding().isCompleted(), start.isCompleted);
+        delegate.reset();
+    }
+    EXPECT_EQ(dialog.timesShown, 0) << "kova-ui shows the window";
+    preferences.removeValue(preferenceKey::onboardingCompleted);
+    desktop.setTrusted(false);
+    program.missing = "kova-ui is not installed";
+    delegate.emplace(WorkspaceServices{desktop, desktop, desktop, desktop, desktop, preferences, desktop.queue(),
+                                       desktop.pollingQueue(), desktop},
+                     ShellServices{.onboarding = &dialog, .userInterface = &program});
+    delegate->applicationDidFinishLaunching();
+    EXPECT_EQ(dialog.timesShown, 1);
+}
+
+TEST(OnboardingWindow, IsNotShownByItselfWhereThereIsNoPermissionToGive) {
+    SimulatedDesktop desktop;
+    MemoryPreferencesStore preferences;
+    Program program;
+    desktop.setTrusted(false); // as in a session without windows to manage
+    AppDelegate delegate(
+        {desktop, desktop, desktop, desktop, desktop, preferences, desktop.queue(), desktop.pollingQueue(), desktop},
+        {.userInterface = &program});
+    delegate.applicationDidFinishLaunching();
+    OverlayContents contents;
+    delegate.overlay().update(contents, kEveryOverlaySection);
+    EXPECT_EQ(contents.windows.onboarding, std::nullopt);
+    EXPECT_TRUE(KovaMenuBarContent({.delegate = delegate}).choose("onboarding"));
+    delegate.overlay().update(contents, kEveryOverlaySection);
+    EXPECT_EQ(contents.windows.onboarding, (OverlayShownWindow{std::nullopt, 1}));
+}
+
 } // namespace
 } // namespace kova

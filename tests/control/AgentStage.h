@@ -7,6 +7,7 @@
 #include "commands/URLHandler.h"
 #include "control/ControlMethods.h"
 #include "control/ControlServer.h"
+#include "control/PermissionControl.h"
 #include "tests/control/SocketClient.h"
 #include "tests/harness/Scenario.h"
 #include "tests/linux/TemporaryFolder.h"
@@ -41,7 +42,9 @@ class AgentStage {
                                .overlay = &desk.delegate().overlay(),
                                .menu = &menu.emplace(MenuBarServices{.delegate = desk.delegate()}),
                                .userInterface = &userInterface,
-                               .settingsWindow = [this] { return desk.delegate().settingsWindow(); }};
+                               .settingsWindow = [this] { return desk.delegate().settingsWindow(); },
+                               .onboardingWindow = [this] { return desk.delegate().onboardingWindow(); },
+                               .permission = &permission};
         for (auto* setting : {&context.startAtLogin, &context.dockAutoHide}) {
             const auto isOn = std::make_shared<bool>(false);
             *setting = SystemSetting{[this, isOn] {
@@ -97,7 +100,16 @@ class AgentStage {
     };
 
     std::optional<std::string> settingProblem; // why settings of the system cannot be changed
+    class Permission final : public PermissionControl {
+      public:
+        bool canAsk() const override { return isAskable; }
+        void ask() override { ++timesAsked; }
+        bool isAskable = false;
+        int timesAsked = 0;
+    };
+
     Disk disk;
+    Permission permission;
     UserInterface userInterface;
     Scenario desk;
     KovaShortcutSettings shortcuts{desk.preferences};

@@ -71,7 +71,8 @@ TEST_F(ApplicationMethods, LearnedFactsOfAnApplicationAreListedAndForgotten) {
     result("place", {{"window", "zoom"}, {"tile", "2"}});
     desk.rest();
     const auto learned = [&](const std::string& name) {
-        for (const json& each : result("app.learned")["applications"]) {
+        const json list = result("app.learned");
+        for (const json& each : list["applications"]) {
             if (each["name"] == name) return each;
         }
         return json();

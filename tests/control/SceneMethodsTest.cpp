@@ -43,7 +43,8 @@ TEST_F(SceneMethods, DeletedScenesComeBackToTheirPlacesUntilTheAgentEnds) {
     for (const char* name : {"One", "Two", "Three"}) result("scene.capture", {{"name", name}});
     const auto names = [&] {
         std::string all;
-        for (const json& scene : result("scene.list")["scenes"]) all += scene["name"].get<std::string>() + " ";
+        const json list = result("scene.list");
+        for (const json& scene : list["scenes"]) all += scene["name"].get<std::string>() + " ";
         return all;
     };
     const std::string text = result("export")["text"];
