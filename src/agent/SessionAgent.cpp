@@ -48,6 +48,11 @@ SessionAgent::SessionAgent(const AgentServices& services) :
               .settingsWindow = [this] { return delegate_.settingsWindow(); },
               .onboardingWindow = [this] { return delegate_.onboardingWindow(); },
               .permission = &delegate_.permission()}) {
+    delegate_.onOpenPalette([this] {
+        methods_.handle({"ui.palette", nlohmann::json::object()}, nullptr, [this](const ControlReply& reply) {
+            if (!reply) delegate_.workspace().showStatusMessage(reply.error().message);
+        });
+    });
     const auto& state = delegate_.workspace().state();
     messages_ = state.lastActionMessage.observe([](const std::optional<std::string>& message) {
         if (message) log(LogLevel::detail, *message);

@@ -67,7 +67,10 @@ void AppDelegate::startWorkspace() {
                                                                        .dock = dockAutoHide(),
                                                                        .dialog = shell_.onboarding,
                                                                        .userInterface = userInterface()});
-    if (shell_.keys) layoutShortcuts_.emplace(workspace_, shortcutSettings_, *shell_.keys, services_.queue);
+    if (shell_.keys)
+        layoutShortcuts_.emplace(workspace_, shortcutSettings_, *shell_.keys, services_.queue, [this] {
+            if (openPalette_) openPalette_();
+        });
     workspace_.start(false);
     installMonitors();
     permissionSubscription_ = workspace_.state().permissionState.observe([this](auto) { followPermission(); });

@@ -20,6 +20,7 @@
 #include "commands/URLHandler.h"
 #include "workspace/WorkspaceController.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -58,6 +59,8 @@ class AppDelegate {
     /// Null where the desktop has no such service.
     LaunchAtLoginController* launchAtLogin() { return launchAtLogin_ ? &*launchAtLogin_ : nullptr; }
     UserInterfaceController* userInterface() { return userInterface_ ? &*userInterface_ : nullptr; }
+    /// What the shortcut for the palette does; nothing until it is set.
+    void onOpenPalette(std::function<void()> open) { openPalette_ = std::move(open); }
     /// Null before the launch.
     KovaSettingsWindowController* settingsWindow() { return settingsWindow_ ? &*settingsWindow_ : nullptr; }
     /// Null unless the workspace is started.
@@ -113,6 +116,7 @@ class AppDelegate {
     Subscription permissionSubscription_;
     Subscription pauseSubscription_;
 
+    std::function<void()> openPalette_;
     SystemActivityState systemActivityState_;
     bool workspaceIsSuspendedForSystemTransition_ = false;
     bool workspaceIsStarted_ = false;

@@ -47,6 +47,7 @@ constexpr std::array<ActionNames, kShortcutActions.size()> kNames = {{
     {"placeInTile8", "Place Window in Tile 8"},
     {"placeInTile9", "Place Window in Tile 9"},
     {"pauseOrResume", "Pause or Resume KOVA"},
+    {"openPalette", "Open Palette"},
 }};
 
 const ActionNames& namesOf(KovaShortcutAction action) {

@@ -67,6 +67,7 @@ enum class KovaShortcutAction : std::uint8_t {
     placeInTile8,
     placeInTile9,
     pauseOrResume,
+    openPalette,
 };
 
 /// All of them, in the order in which they are shown and conflicts are looked for.
@@ -106,6 +107,7 @@ inline constexpr std::array kShortcutActions = {
     KovaShortcutAction::placeInTile8,
     KovaShortcutAction::placeInTile9,
     KovaShortcutAction::pauseOrResume,
+    KovaShortcutAction::openPalette,
 };
 
 /// As it is stored: "focusLeft".

@@ -103,6 +103,8 @@ void run(WorkspaceController& workspace, KovaShortcutAction wanted) {
     case pauseOrResume:
         workspace.setPaused(!*workspace.state().isPaused);
         return;
+    case openPalette:
+        return; // no operation of the workspace
     }
 }
 
@@ -136,9 +138,9 @@ std::vector<KeyCombination> combinationsOf(const KovaShortcutConfiguration& conf
 
 LayoutShortcutCoordinator::LayoutShortcutCoordinator(WorkspaceController& workspace,
                                                      const KovaShortcutSettings& shortcuts, KeyMonitorServicing& keys,
-                                                     MainQueue& queue) :
+                                                     MainQueue& queue, std::function<void()> openPalette) :
     workspace_(workspace),
-    shortcuts_(shortcuts), keys_(keys), queue_(queue) {}
+    shortcuts_(shortcuts), keys_(keys), queue_(queue), openPalette_(std::move(openPalette)) {}
 
 void LayoutShortcutCoordinator::installMonitors() {
     if (hasMonitors()) return;
@@ -188,7 +190,11 @@ bool LayoutShortcutCoordinator::handle(const KovaShortcutEvent& event) {
     if (*shortcuts_.isRecording || event.isRepeat) return false;
     const auto wanted = actionFor(*shortcuts_.configuration, event);
     if (!wanted || (*workspace_.state().isPaused && !actsWhilePaused(*wanted))) return false;
-    run(workspace_, *wanted);
+    if (*wanted == openPalette) {
+        if (openPalette_) openPalette_();
+    } else {
+        run(workspace_, *wanted);
+    }
     return true;
 }
 

@@ -6,6 +6,7 @@
 #include "support/MainQueue.h"
 #include "workspace/WorkspaceController.h"
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -13,9 +14,10 @@ namespace kova {
 
 class LayoutShortcutCoordinator {
   public:
-    /// All of them outlive the coordinator. It listens once its monitors are installed.
+    /// All of them outlive the coordinator. `openPalette` may be empty where there is none. It listens once its
+    /// monitors are installed.
     LayoutShortcutCoordinator(WorkspaceController& workspace, const KovaShortcutSettings& shortcuts,
-                              KeyMonitorServicing& keys, MainQueue& queue);
+                              KeyMonitorServicing& keys, MainQueue& queue, std::function<void()> openPalette = {});
 
     /// Begins to listen, and claims the configured combinations; does nothing while there is a monitor already.
     void installMonitors();
@@ -34,6 +36,7 @@ class LayoutShortcutCoordinator {
     const KovaShortcutSettings& shortcuts_;
     KeyMonitorServicing& keys_;
     MainQueue& queue_;
+    std::function<void()> openPalette_;
     std::optional<Subscription> globalKeyMonitor_;
     std::optional<Subscription> localKeyMonitor_;
     Subscription configurationChanges_;

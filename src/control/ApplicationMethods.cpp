@@ -61,18 +61,20 @@ std::vector<RunningApplication> confirmedAmong(const std::vector<RunningApplicat
 
 } // namespace
 
-ControlReply listApplications(const WorkspaceController& controller) {
+ControlReply listApplications(const WorkspaceController& controller, const LaunchCounts& counts) {
     json applications = json::array();
     for (const auto& application : controller.launchableApplications()) {
         applications.push_back({{"id", application.identifier},
                                 {"name", application.name},
                                 {"bundleIdentifier", orNull(application.bundleIdentifier)},
-                                {"location", application.location}});
+                                {"location", application.location},
+                                {"icon", application.icon.name.empty() ? json(nullptr) : json(application.icon.name)},
+                                {"launches", counts.of(application.identifier)}});
     }
     return json{{"applications", std::move(applications)}};
 }
 
-ControlReply launchIntoTile(WorkspaceController& controller, const JsonCursor& parameters,
+ControlReply launchIntoTile(WorkspaceController& controller, LaunchCounts& counts, const JsonCursor& parameters,
                             const std::shared_ptr<ControlPeer>& peer) {
     const std::string wantedApplication = parameters.required("application").string();
     const auto named = wantedTile(controller, parameters, parameters.required("tile").string(), std::nullopt);
@@ -95,6 +97,7 @@ ControlReply launchIntoTile(WorkspaceController& controller, const JsonCursor& p
     };
     const auto outcome = controller.launchApplication(application, tile->displayID, tile->slot.id, tell);
     if (!outcome) return failureOf(outcome);
+    counts.note(application.identifier);
     return json{{"application", brief(application)},
                 {"display", tile->displayID},
                 {"tile", {{"id", target}, {"name", tile->slot.name}}}};

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "control/ControlHandling.h"
+#include "control/LaunchCounts.h"
 #include "support/JsonDecoding.h"
 #include "workspace/WorkspaceController.h"
 
@@ -9,9 +10,10 @@
 
 namespace kova {
 
-ControlReply listApplications(const WorkspaceController& controller);
-/// The peer is told by a “launched” notification once the launch has worked or failed.
-ControlReply launchIntoTile(WorkspaceController& controller, const JsonCursor& parameters,
+ControlReply listApplications(const WorkspaceController& controller, const LaunchCounts& counts);
+/// A launch that is carried out is counted. The peer is told by a “launched” notification once the launch has worked or
+/// failed.
+ControlReply launchIntoTile(WorkspaceController& controller, LaunchCounts& counts, const JsonCursor& parameters,
                             const std::shared_ptr<ControlPeer>& peer);
 enum class Ending { quit, forceQuit };
 ControlReply endApplication(WorkspaceController& controller, const JsonCursor& parameters, Ending ending);

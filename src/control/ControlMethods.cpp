@@ -7,6 +7,8 @@
 #include "control/DividerMethods.h"
 #include "control/Doctor.h"
 #include "control/DocumentTransfer.h"
+#include "control/LaunchCounts.h"
+#include "control/LauncherMethods.h"
 #include "control/LayoutFitMethod.h"
 #include "control/LayoutMethods.h"
 #include "control/LearningMethods.h"
@@ -67,6 +69,7 @@ class ControlMethods::Table {
         transfer_(context_.controller, context_.queue),
         shortcuts_(context_.shortcuts, context_.keys, context_.queue, context_.controller.state().isSuspended,
                    context_.preferences),
+        launches_(context_.preferences),
         settings_(
             sections(), [this](const auto& changed) { return observeSettings(context_, changed); }, context_.queue) {
         if (context_.overlay) overlay_.emplace(*context_.overlay, context_.queue);
@@ -205,9 +208,10 @@ class ControlMethods::Table {
 
     void addApplications() {
         WorkspaceController& controller = context_.controller;
-        add("launch", {"application", "tile", "display"},
-            [&controller](const Call& call) { return launchIntoTile(controller, call.parameters, call.peer); });
-        add("app.list", {}, [&controller](const Call&) { return listApplications(controller); });
+        add("launch", {"application", "tile", "display"}, [&controller, this](const Call& call) {
+            return launchIntoTile(controller, launches_, call.parameters, call.peer);
+        });
+        add("app.list", {}, [&controller, this](const Call&) { return listApplications(controller, launches_); });
         add("app.quit", {"window"},
             [&controller](const Call& call) { return endApplication(controller, call.parameters, Ending::quit); });
         add("app.forceQuit", {"window"},
@@ -353,6 +357,12 @@ class ControlMethods::Table {
             [this](const Call& call) { return showInUserInterface(userInterfaceWindows(), call.parameters); });
         add("ui.hide", {"what"},
             [this](const Call& call) { return hideInUserInterface(userInterfaceWindows(), call.parameters); });
+        add("ui.launcher", {"tile", "display"}, [this](const Call& call) {
+            return showLauncher(overlay_ ? &*overlay_ : nullptr, context_.controller, call.parameters);
+        });
+        add("ui.palette", {"tile", "display"}, [this](const Call& call) {
+            return showPalette(overlay_ ? &*overlay_ : nullptr, context_.controller, call.parameters);
+        });
         add("settings.show", {"pane"},
             [this](const Call& call) { return showSettings(userInterfaceWindows(), call.parameters); });
     }
@@ -475,6 +485,7 @@ class ControlMethods::Table {
     DeletedScenes deletedScenes_;
     DocumentTransfer transfer_;
     ShortcutMethods shortcuts_;
+    LaunchCounts launches_;
     SettingsBroadcast settings_;
     std::unordered_map<std::string, Method> methods_;
 };

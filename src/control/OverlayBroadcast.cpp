@@ -37,9 +37,10 @@ json OverlayBroadcast::subscribe(std::shared_ptr<ControlPeer> peer) {
     return {{"topic", "overlay"}, {"sequence", sequence_}, {"state", overlayRecord::whole(sent_)}};
 }
 
-bool OverlayBroadcast::show(const std::string& what) {
+bool OverlayBroadcast::show(const std::string& what, json parameters) {
     if (!hasPeers()) return false;
-    send(jsonrpc::notification("show", {{"what", what}}));
+    parameters["what"] = what;
+    send(jsonrpc::notification("show", std::move(parameters)));
     return true;
 }
 

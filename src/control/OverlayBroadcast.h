@@ -26,8 +26,8 @@ class OverlayBroadcast {
 
     /// Sends changes to the client from now on; the result holds the whole contents and the number of the last change.
     nlohmann::json subscribe(std::shared_ptr<ControlPeer> peer);
-    /// Asks the clients to open something, such as the menu. False when there are none.
-    bool show(const std::string& what);
+    /// Asks the clients to open something, such as the menu; `parameters` tell more of it. False when there are none.
+    bool show(const std::string& what, nlohmann::json parameters = nlohmann::json::object());
 
     /// Whether a client draws the overlay. Forgets clients that are gone; ends watching with the last.
     bool hasPeers();

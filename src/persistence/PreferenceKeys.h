@@ -21,6 +21,7 @@ inline constexpr std::string_view startAtLogin = "KOVA.startAtLogin.v1";
 inline constexpr std::string_view hideSystemDock = "KOVA.hideSystemDock.v2";
 inline constexpr std::string_view onboardingCompleted = "KOVA.onboarding.completed.v1";
 inline constexpr std::string_view userInterface = "KOVA.userInterface.v1"; // whether kova-ui is started
+inline constexpr std::string_view launchCounts = "KOVA.launchCounts.v1";   // by application, for launchers
 /// Of the Mac: processes that an agent has hidden, each as its number and its start.
 inline constexpr std::string_view hiddenApplications = "KOVA.hiddenApplications.v1";
 

@@ -1,4 +1,6 @@
 // Applications that are launched and ended over the agent's socket.
+#include "control/LaunchCounts.h"
+#include "persistence/PreferenceKeys.h"
 #include "tests/control/MethodCalls.h"
 
 namespace kova {
@@ -43,6 +45,38 @@ TEST_F(ApplicationMethods, ALaunchIsAnsweredAtOnceAndItsOutcomeReportedLater) {
     desk.settle();
     EXPECT_EQ(call("launch", {{"application", "maps"}, {"tile", "1"}})["error"]["code"], controlCode::noPermission);
     EXPECT_EQ(call("app.quit", {{"window", "mail"}})["error"]["code"], controlCode::noPermission);
+}
+
+TEST_F(ApplicationMethods, LaunchesAreCountedForLaunchersAndTheLauncherOpensWhereThereIsRoom) {
+    desk.arrange();
+    auto starting = client(); // and is told of the outcomes
+    for (const char* tile : {"basement", "second", "second"})
+        call(starting, "launch", {{"application", "maps"}, {"tile", tile}});
+    EXPECT_EQ(result("app.list")["applications"][0]["launches"], 2);
+    EXPECT_EQ(LaunchCounts(desk.preferences).of("/Applications/Maps"), 0) << "kept elsewhere";
+    EXPECT_EQ(LaunchCounts(disk).of("/Applications/Maps"), 2) << "kept";
+    disk.setValue(preferenceKey::launchCounts, PreferenceData{R"({"a": -1})"});
+    EXPECT_EQ(LaunchCounts(disk).of("a"), 0) << "what cannot be is not used";
+
+    EXPECT_EQ(refusal("ui.launcher"), "No program that could show it is connected. Start it with “kova ui restart”");
+    auto drawing = client();
+    call(drawing, "subscribe", {{"topic", "overlay"}});
+    const auto shown = [&](const char* method, json parameters = json::object()) {
+        const json answer = result(method, std::move(parameters));
+        json told;
+        while (told["method"] != "show") told = drawing.message();
+        EXPECT_EQ(schemaViolation(schema, "notification:show", told["params"]), "");
+        EXPECT_EQ(told["params"]["tile"], answer["tile"]);
+        return told["params"]["what"].get<std::string>() + " " + answer["tile"].get<std::string>();
+    };
+    const std::string first = desk.targetID("A", "primary-1"), second = desk.targetID("A", "secondary-1");
+    EXPECT_EQ(shown("ui.launcher", {{"tile", "1"}}), "launcher " + first);
+    result("focus.window", {{"window", "notes"}});
+    const bool isFirst = desk.tiles().starts_with("Notes");
+    EXPECT_EQ(shown("ui.palette"), "palette " + (isFirst ? first : second)) << "where the keyboard is";
+    EXPECT_EQ(shown("ui.launcher"), "launcher " + (isFirst ? first : second)) << "no tile is empty";
+    for (const char* window : {"mail", "terminal"}) result("float", {{"window", window}});
+    EXPECT_EQ(shown("ui.launcher"), "launcher " + (isFirst ? second : first)) << "the empty one";
 }
 
 TEST_F(ApplicationMethods, OneApplicationIsEndedByItsWindow) {

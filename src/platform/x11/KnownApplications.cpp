@@ -6,6 +6,13 @@
 
 namespace kova::x11 {
 
+namespace {
+
+/// The class of our own windows: settings and launcher are not to be tiled, nor offered to be force quit.
+constexpr std::string_view kOwnInterface = "kova-ui";
+
+} // namespace
+
 std::vector<ApplicationEvidence> evidenceIn(const WindowModel& model) {
     std::vector<ApplicationEvidence> found;
     std::unordered_map<pid_t, std::size_t> places;
@@ -18,7 +25,7 @@ std::vector<ApplicationEvidence> evidenceIn(const WindowModel& model) {
         // A managed window names the application rather than a panel or palette.
         const bool tellsMore = evidence.traces.className.empty() || (client->isManaged() && !evidence.isRegular);
         if (tellsMore) evidence.traces = {client->instanceName, client->className, client->applicationID};
-        evidence.isRegular |= client->isManaged();
+        evidence.isRegular |= client->isManaged() && client->className != kOwnInterface;
         evidence.drawsDesktop |= client->kind() == WindowKind::desktop || client->kind() == WindowKind::dock;
     }
     return found;

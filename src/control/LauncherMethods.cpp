@@ -1,0 +1,57 @@
+#include "control/LauncherMethods.h"
+
+#include "control/NameLookup.h"
+#include "control/OverlayBroadcast.h"
+#include "control/Refusal.h"
+#include "control/WindowCommandMethods.h"
+
+#include <algorithm>
+
+namespace kova {
+
+namespace {
+
+using nlohmann::json;
+
+/// An application is wanted where there is none: the launcher prefers an empty tile, the palette acts where the user
+/// is.
+enum class Preferred { emptyTile, focusedTile };
+
+ControlResult<std::string> tileFor(const WorkspaceController& controller, const JsonCursor& parameters,
+                                   Preferred preferred) {
+    if (const auto tile = parameters.optional("tile"))
+        return wantedTile(controller, parameters, tile->string(), std::nullopt);
+    const auto display = wantedDisplay(controller, parameters);
+    if (!display) return display.error();
+    std::vector<WorkspaceTile> tiles = controller.tiles();
+    std::erase_if(tiles, [&](const WorkspaceTile& tile) { return tile.displayID != *display; });
+    if (tiles.empty()) return refusal("The display has no tiles");
+    const auto& focused = *controller.state().focusedWindowID;
+    const auto isFocused = [&](const WorkspaceTile& tile) { return focused && tile.windowID == focused; };
+    const auto isEmpty = [](const WorkspaceTile& tile) { return !tile.windowID && tile.stack.empty(); };
+    const auto where = [&](const auto& holds) { return std::ranges::find_if(tiles, holds); };
+    auto found = preferred == Preferred::emptyTile ? where(isEmpty) : where(isFocused);
+    if (found == tiles.end()) found = preferred == Preferred::emptyTile ? where(isFocused) : where(isEmpty);
+    return (found == tiles.end() ? tiles.front() : *found).targetID;
+}
+
+ControlReply showAtTile(OverlayBroadcast* overlay, const std::string& what, const ControlResult<std::string>& tile) {
+    if (!tile) return tile.error();
+    if (!overlay || !overlay->show(what, {{"tile", *tile}}))
+        return refusal("No program that could show it is connected. Start it with “kova ui restart”");
+    return json{{"what", what}, {"tile", *tile}};
+}
+
+} // namespace
+
+ControlReply showLauncher(OverlayBroadcast* overlay, const WorkspaceController& controller,
+                          const JsonCursor& parameters) {
+    return showAtTile(overlay, "launcher", tileFor(controller, parameters, Preferred::emptyTile));
+}
+
+ControlReply showPalette(OverlayBroadcast* overlay, const WorkspaceController& controller,
+                         const JsonCursor& parameters) {
+    return showAtTile(overlay, "palette", tileFor(controller, parameters, Preferred::focusedTile));
+}
+
+} // namespace kova
