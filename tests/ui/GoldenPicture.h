@@ -8,7 +8,8 @@
 
 namespace kova::ui::testing {
 
-/// Whether one is the other, but for letters that are drawn a pixel beside. `scale`: pixels in a point.
+/// Whether one is the other, but for letters that are drawn up to two pixels beside; a single sign that is missing
+/// makes a difference. `scale`: pixels in a point.
 bool looksAlike(const QImage& one, const QImage& other, double scale);
 /// Fails the test when the picture differs from the kept one of that name, and says where the new one is.
 void compareWithGolden(const QImage& seen, const std::string& name, double scale);

@@ -50,9 +50,13 @@ TEST_F(Golden, ComparisonTellsDriftFromChange) {
             [&](QPainter& painter) { painter.drawImage(entry.topLeft() + QPoint(by, 0), picture.copy(entry)); });
     };
     EXPECT_TRUE(looksAlike(moved(1), picture, 1)) << "letters drift by a pixel";
+    EXPECT_TRUE(looksAlike(moved(2), picture, 1)) << "letters drift by two pixels";
     EXPECT_FALSE(looksAlike(moved(4), picture, 1)) << "an entry has moved";
     const QImage bare = changed([&](QPainter& painter) { painter.fillRect(entry, picture.pixel(400, 304)); });
     EXPECT_FALSE(looksAlike(bare, picture, 1)) << "an entry is missing";
+    const QRect plus(467, 294, 20, 20);
+    const QImage closed = changed([&](QPainter& painter) { painter.fillRect(plus, picture.pixel(400, 304)); });
+    EXPECT_FALSE(looksAlike(closed, picture, 1)) << "a plus is missing";
     EXPECT_FALSE(looksAlike(pictureOf({.windows = 5}), picture, 1)) << "a window is missing";
 }
 
