@@ -225,8 +225,9 @@ std::string printStatus(const json& result, const Arguments&) {
     if (!result.at("focusMode").is_null())
         out += "focus mode  " + line(result.at("focusMode").at("window").get<std::string>());
     const json& held = result.at("shortcutsHeldByOthers");
+    const char* holder = result.value("shortcutHolder", "program") == "system" ? "the system" : "another program";
     for (const json& shortcut : held)
-        out += "not ours    " + line(shortcut.get<std::string>() + " is held by another program");
+        out += "not ours    " + line(shortcut.get<std::string>() + " is held by " + holder);
     for (const json& problem : result.value("preferenceProblems", json::array()))
         out += "preferences " + line(problem.get<std::string>());
     if (!result.at("message").is_null()) out += "message     " + line(result.at("message").get<std::string>());

@@ -27,7 +27,8 @@ std::string remark(const json& shortcut) {
         out += (out.empty() ? "" : "; ") + ("also the shortcut of " + shortcut.at("conflict").get<std::string>());
     }
     if (shortcut.at("isHeldByOther").get<bool>()) {
-        out += std::string(out.empty() ? "" : "; ") + "held by another program";
+        const bool isSystem = shortcut.value("heldBy", json()) == "system";
+        out += std::string(out.empty() ? "" : "; ") + "held by " + (isSystem ? "the system" : "another program");
     }
     return out;
 }

@@ -111,15 +111,16 @@ constexpr std::array kModifierNames = std::to_array<NamedModifier>({
     {"meta", modifierFlag::command},
 });
 
+/// In the order in which both kinds of desktop show them.
 struct ShownModifier {
     std::uint64_t flag;
-    std::string_view name;
+    std::string_view word, symbol;
 };
 constexpr std::array kShownModifiers = std::to_array<ShownModifier>({
-    {modifierFlag::control, "Ctrl"},
-    {modifierFlag::option, "Alt"},
-    {modifierFlag::shift, "Shift"},
-    {modifierFlag::command, "Super"},
+    {modifierFlag::control, "Ctrl+", "⌃"},
+    {modifierFlag::option, "Alt+", "⌥"},
+    {modifierFlag::shift, "Shift+", "⇧"},
+    {modifierFlag::command, "Super+", "⌘"},
 });
 
 std::optional<std::uint64_t> modifierNamed(std::string_view word) {
@@ -145,7 +146,9 @@ std::optional<std::uint16_t> keyThat(Writes writes) {
 
 /// `word` is in lower case.
 std::optional<std::uint16_t> keyNamed(const std::string& word, const CharactersOfKey& charactersOf) {
-    const auto named = std::ranges::find_if(kNamedKeys, [&](const auto& key) { return lowercased(key.name) == word; });
+    const auto named = std::ranges::find_if(kNamedKeys, [&](const auto& key) {
+        return lowercased(key.name) == word || (!key.label.empty() && lowercased(key.label) == word);
+    });
     if (named != kNamedKeys.end()) return named->code;
     const auto other = std::ranges::find(kOtherNames, word, &OtherName::typed);
     if (other != kOtherNames.end()) return other->code;
@@ -153,6 +156,21 @@ std::optional<std::uint16_t> keyNamed(const std::string& word, const CharactersO
         return written;
     }
     return keyThat([&](std::uint16_t code) { return americanCharacterOf(code) == word; });
+}
+
+/// Takes the modifiers off that the text begins with as symbols.
+std::uint64_t takeSymbols(std::string& text) {
+    std::uint64_t modifiers = 0;
+    for (bool isSymbol = true; isSymbol;) {
+        isSymbol = false;
+        for (const auto& modifier : kShownModifiers) {
+            if (!text.starts_with(modifier.symbol)) continue;
+            text.erase(0, modifier.symbol.size());
+            modifiers |= modifier.flag;
+            isSymbol = true;
+        }
+    }
+    return modifiers;
 }
 
 /// The words between the signs; a plus sign that stands where a key should is that key.
@@ -175,29 +193,43 @@ std::optional<std::string_view> fixedKeyLabel(std::uint16_t code) {
     return found == kNamedKeys.end() || found->label.empty() ? std::nullopt : std::optional(found->label);
 }
 
-std::string shortcutText(const KovaShortcut& shortcut) {
+std::string shortcutText(const KovaShortcut& shortcut, ModifierNames names) {
+    const bool usesSymbols = names == ModifierNames::symbols;
     std::string text;
     for (const auto& modifier : kShownModifiers) {
-        if (shortcut.modifierFlagsRawValue & modifier.flag) text += std::string(modifier.name) + "+";
+        if (shortcut.modifierFlagsRawValue & modifier.flag) text += usesSymbols ? modifier.symbol : modifier.word;
     }
     const auto named = std::ranges::find(kNamedKeys, shortcut.keyCode, &NamedKey::code);
-    if (named != kNamedKeys.end()) return text + std::string(named->name);
+    if (named != kNamedKeys.end()) {
+        return text + std::string(usesSymbols && !named->label.empty() ? named->label : named->name);
+    }
     const bool isKnown = !shortcut.keyLabel.empty() && shortcut.keyLabel != kUnknownKeyLabel;
     return text + (isKnown ? shortcut.keyLabel : "Key " + std::to_string(shortcut.keyCode));
 }
 
-std::variant<KovaShortcut, std::string> parseShortcut(std::string_view text, const CharactersOfKey& charactersOf) {
-    auto words = wordsOf(trimmed(text));
+std::string_view mainModifiers(ModifierNames names) {
+    return names == ModifierNames::symbols ? "control, option or command" : "ctrl, alt or super";
+}
+
+std::variant<KovaShortcut, std::string> parseShortcut(std::string_view text, const CharactersOfKey& charactersOf,
+                                                      ModifierNames names) {
+    const bool usesSymbols = names == ModifierNames::symbols;
+    std::string rest = trimmed(text);
+    std::uint64_t modifiers = takeSymbols(rest);
+    auto words = wordsOf(rest);
     const std::string keyWord = lowercased(trimmed(words.back()));
     words.pop_back();
-    std::uint64_t modifiers = 0;
     for (const std::string& word : words) {
         const auto flag = modifierNamed(lowercased(trimmed(word)));
-        if (!flag) return "“" + trimmed(word) + "” is no modifier; there are ctrl, alt, shift and super";
+        if (!flag) {
+            return "“" + trimmed(word) + "” is no modifier; there are " +
+                   (usesSymbols ? "control, option, shift and command" : "ctrl, alt, shift and super");
+        }
         modifiers |= *flag;
     }
     if (keyWord.empty() || modifierNamed(keyWord)) {
-        return "the key is missing; a shortcut is written like “ctrl+alt+h”";
+        return std::string("the key is missing; a shortcut is written like “") +
+               (usesSymbols ? "control+option+h" : "ctrl+alt+h") + "”";
     }
     const auto code = keyNamed(keyWord, charactersOf);
     if (!code) {

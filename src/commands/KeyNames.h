@@ -2,6 +2,7 @@
 #pragma once
 
 #include "commands/KovaShortcut.h"
+#include "windowing/KeyMonitorServicing.h"
 
 #include <functional>
 #include <optional>
@@ -14,15 +15,18 @@ namespace kova {
 /// The label of a key that has one whatever is written on it; absent for all others.
 std::optional<std::string_view> fixedKeyLabel(std::uint16_t keyCode);
 
-/// As a person reads it: "Ctrl+Alt+H", "Shift+Super+Left".
-std::string shortcutText(const KovaShortcut& shortcut);
+/// As a user reads it: "Ctrl+Alt+H" and "Shift+Super+Left", or "⌃⌥H" and "⇧⌘←".
+std::string shortcutText(const KovaShortcut& shortcut, ModifierNames names);
+/// The modifiers of which a shortcut needs one, in a sentence: "ctrl, alt or super".
+std::string_view mainModifiers(ModifierNames names);
 
 /// What the active keyboard layout writes on a key.
 using CharactersOfKey = std::function<std::string(std::uint16_t keyCode)>;
 
-/// From what a person types, "ctrl+alt+h": names of modifiers and keys in any case, joined by “+”. A character means
-/// the key on which the active layout writes it; one that it writes nowhere, the key of an American keyboard. The text
-/// says what is wrong.
-std::variant<KovaShortcut, std::string> parseShortcut(std::string_view text, const CharactersOfKey& charactersOf);
+/// From what a user types, "ctrl+alt+h": names of modifiers and keys in any case, joined by “+”, or the symbols of a
+/// Mac, "⌃⌥H". A character means the key on which the active layout writes it; one that it writes nowhere, the key of
+/// an American keyboard. The text says what is wrong, with the names given.
+std::variant<KovaShortcut, std::string> parseShortcut(std::string_view text, const CharactersOfKey& charactersOf,
+                                                      ModifierNames names = ModifierNames::words);
 
 } // namespace kova

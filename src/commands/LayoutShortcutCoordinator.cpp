@@ -180,7 +180,9 @@ void LayoutShortcutCoordinator::noteHeldByOthers() {
         const KeyCombination combination = combinationOf(*shortcut);
         if (std::ranges::find(held, combination) == held.end()) continue;
         if (std::ranges::find(heldByOthers_, combination) != heldByOthers_.end()) continue;
-        log(LogLevel::warning, "another program holds " + shortcutText(*shortcut) + ", the shortcut for “" +
+        const bool isSystem = keys_.knownHolders() == KnownHolders::systemOnly;
+        log(LogLevel::warning, std::string(isSystem ? "the system" : "another program") + " holds " +
+                                   shortcutText(*shortcut, keys_.modifierNames()) + ", the shortcut for “" +
                                    std::string(title(action)) + "”");
     }
     heldByOthers_ = held;

@@ -440,6 +440,7 @@ class ControlMethods::Table {
                 {"focusMode", controlRecord::focusMode(controller)},
                 {"canUndo", *state.canUndo},
                 {"shortcutsHeldByOthers", shortcuts_.heldByOthers()},
+                {"shortcutHolder", shortcuts_.possibleHolder()},
                 {"preferenceProblems", context_.preferences.problems()},
                 {"message", orNull(*state.lastActionMessage)},
                 {"firstSteps", orNull(context_.firstSteps ? context_.firstSteps() : std::nullopt)}};

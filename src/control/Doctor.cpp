@@ -76,13 +76,17 @@ std::optional<DiagnosticLine> shortcutsLine(const ControlContext& context, const
         return DiagnosticLine{"shortcuts", Verdict::note,
                               "No key can be heard in this session; use the command line instead."};
     }
-    if (held.empty() && !context.keys->knowsAllHolders()) return std::nullopt;
+    const bool isSystem = context.keys->knownHolders() == KnownHolders::systemOnly;
+    if (held.empty() && isSystem) return std::nullopt;
     if (held.empty()) return DiagnosticLine{"shortcuts", Verdict::fine, "No other program holds any of them."};
     std::string names;
     for (const std::string& name : held) names += (names.empty() ? "" : ", ") + name;
-    return DiagnosticLine{"shortcuts", Verdict::note,
-                          "Held by another program: " + names +
-                              ". Free it there, or choose others with “kova shortcut set”."};
+    return DiagnosticLine{
+        "shortcuts", Verdict::note,
+        isSystem ? "The system itself acts on these keys, too: " + names +
+                       ". Switch that off under System Settings → Keyboard → Keyboard Shortcuts, or choose others with "
+                       "“kova shortcut set”."
+                 : "Held by another program: " + names + ". Free it there, or choose others with “kova shortcut set”."};
 }
 
 } // namespace

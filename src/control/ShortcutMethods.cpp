@@ -58,7 +58,7 @@ std::string_view word(ShortcutRecorder::Outcome outcome) {
     return "";
 }
 
-json modifierNames(std::uint64_t flags) {
+json modifiersRecord(std::uint64_t flags) {
     json names = json::array();
     for (const auto& [flag, name] : {std::pair{modifierFlag::control, "control"},
                                      {modifierFlag::option, "option"},
@@ -87,26 +87,35 @@ bool ShortcutMethods::isHeldByOther(const KovaShortcut& shortcut) const {
     return std::ranges::find(held, KeyCombination{shortcut.keyCode, shortcut.modifierFlagsRawValue}) != held.end();
 }
 
+std::string_view ShortcutMethods::possibleHolder() const {
+    return keys_ && keys_->knownHolders() == KnownHolders::systemOnly ? "system" : "program";
+}
+
+ModifierNames ShortcutMethods::modifierNames() const {
+    return keys_ ? keys_->modifierNames() : ModifierNames::words;
+}
+
 /// As it is to be typed now: by what the active layout writes on the key, which may not be what was written on it when
 /// the shortcut was made.
 std::string ShortcutMethods::textOf(KovaShortcut shortcut) const {
     const std::string written = keys_ ? keys_->charactersOf(shortcut.keyCode) : "";
     const std::string label = keyLabel({shortcut.keyCode, 0, false, written});
     if (label != kUnknownKeyLabel) shortcut.keyLabel = label;
-    return shortcutText(shortcut);
+    return shortcutText(shortcut, modifierNames());
 }
 
 json ShortcutMethods::recordOf(KovaShortcutAction action) const {
     json out = {{"action", rawValue(action)}, {"title", title(action)}, {"keys", nullptr},
                 {"label", nullptr},           {"keyCode", nullptr},     {"modifiers", nullptr},
-                {"conflict", nullptr},        {"isHeldByOther", false}};
+                {"conflict", nullptr},        {"isHeldByOther", false}, {"heldBy", nullptr}};
     if (const auto shortcut = settings_.shortcut(action)) {
         out["keys"] = textOf(*shortcut);
         out["label"] = shortcut->keyLabel;
         out["keyCode"] = shortcut->keyCode;
-        out["modifiers"] = modifierNames(shortcut->modifierFlagsRawValue);
+        out["modifiers"] = modifiersRecord(shortcut->modifierFlagsRawValue);
         if (const auto other = settings_.conflictingAction(*shortcut, action)) out["conflict"] = rawValue(*other);
         out["isHeldByOther"] = action != KovaShortcutAction::commandCenter && isHeldByOther(*shortcut);
+        if (out["isHeldByOther"]) out["heldBy"] = possibleHolder();
     }
     return out;
 }
@@ -134,16 +143,16 @@ ControlReply ShortcutMethods::list() const {
 
 ControlReply ShortcutMethods::set(const JsonCursor& parameters, const std::shared_ptr<ControlPeer>& peer) {
     const JsonCursor keys = parameters.required("keys");
-    const auto parsed =
-        parseShortcut(keys.string(), [this](std::uint16_t code) { return keys_ ? keys_->charactersOf(code) : ""; });
+    const auto parsed = parseShortcut(
+        keys.string(), [this](std::uint16_t code) { return keys_ ? keys_->charactersOf(code) : ""; }, modifierNames());
     if (const auto* problem = std::get_if<std::string>(&parsed)) keys.fail(*problem);
     const auto found = wantedAction(parameters);
     if (!found) return found.error();
     const auto action = *found;
     const auto& shortcut = std::get<KovaShortcut>(parsed);
     if (!canBeShortcut(shortcut.modifierFlagsRawValue)) {
-        return refusal("A shortcut needs ctrl, alt or super: without them “" + shortcutText(shortcut) +
-                       "” could not be typed any more");
+        return refusal("A shortcut needs " + std::string(mainModifiers(modifierNames())) + ": without them “" +
+                       shortcutText(shortcut, modifierNames()) + "” could not be typed any more");
     }
     if (const auto holder = settings_.conflictingAction(shortcut, action)) return refusal(conflictMessage(*holder));
     const auto before = settings_.shortcut(action);

@@ -33,9 +33,10 @@ class ShortcutMethods {
     /// What comes of it is told by notifications, until one of them ends the recording.
     ControlReply record(const JsonCursor& parameters, const std::shared_ptr<ControlPeer>& peer);
     ControlReply restoreDefaults();
-    /// The shortcuts that do nothing because another program holds them, as a person reads them: "Ctrl+Alt+H (Focus
-    /// Left)".
+    /// The shortcuts that another program or the system holds, as a user reads them: "Ctrl+Alt+H (Focus Left)".
     std::vector<std::string> heldByOthers() const;
+    /// Which of the two that can be: "program" or "system".
+    std::string_view possibleHolder() const;
 
     std::string textOf(KovaShortcut shortcut) const;
 
@@ -57,6 +58,7 @@ class ShortcutMethods {
     nlohmann::json recordOf(KovaShortcutAction action) const;
     nlohmann::json recordsOfAll() const;
     bool isHeldByOther(const KovaShortcut& shortcut) const;
+    ModifierNames modifierNames() const;
     bool heard(const KeyPress& press);
     void checkConnection(std::uint64_t number);
     void tellRecorded(const Recording& recording, std::string_view outcome, const std::string& message,

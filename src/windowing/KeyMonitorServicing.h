@@ -38,6 +38,18 @@ struct KeyCombination {
     auto operator<=>(const KeyCombination&) const = default;
 };
 
+/// How the desktop's users know modifiers.
+enum class ModifierNames {
+    words,   // Ctrl+Alt+H
+    symbols, // ⌃⌥H, as on a Mac
+};
+
+/// What can be known of those who hold key combinations.
+enum class KnownHolders {
+    everyProgram, // a combination that is not held is free
+    systemOnly,   // those on which the system itself acts; programs hold theirs unseen
+};
+
 /// Main thread; never waits. A monitor is removed with its Subscription, and calls back on the main queue.
 class KeyMonitorServicing {
   public:
@@ -51,11 +63,11 @@ class KeyMonitorServicing {
     /// Sets the combinations of the monitors, which replace the former ones. On window systems with grabs they are
     /// grabbed while there is a global monitor and no recorder.
     virtual void claim(const std::vector<KeyCombination>& combinations) = 0;
-    /// The registered combinations that another program or the system holds; they are not reported meanwhile, or not to
-    /// KOVA alone.
+    /// The registered combinations that are held by one of `knownHolders`; they are not reported meanwhile, or not to KOVA
+    /// alone.
     virtual std::vector<KeyCombination> heldByOthers() const = 0;
-    /// Whether a combination that is not among `heldByOthers` is held by no other program.
-    virtual bool knowsAllHolders() const { return true; }
+    virtual KnownHolders knownHolders() const { return KnownHolders::everyProgram; }
+    virtual ModifierNames modifierNames() const { return ModifierNames::words; }
     /// Called after each `claim` once `heldByOthers` is known, and whenever it has changed since.
     [[nodiscard]] virtual Subscription observeHeldByOthers(std::function<void()> known) = 0;
 

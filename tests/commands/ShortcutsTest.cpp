@@ -254,34 +254,40 @@ TEST(ShortcutNames, AreParsedAsUsersTypeThem) {
     struct Row {
         std::string_view typed;
         KovaShortcut shortcut;
-        std::string_view shown;
+        std::string_view shown, onAMac;
     };
     const std::vector<Row> rows = {
-        {"ctrl+alt+h", {4, kControlOption, "H"}, "Ctrl+Alt+H"},
-        {" Control + OPTION + Shift + H ", {4, kControlOptionShift, "H"}, "Ctrl+Alt+Shift+H"},
-        {"cmd+z", {16, 0x100000, "Z"}, "Super+Z"},
-        {"super+Ü", {33, 0x100000, "Ü"}, "Super+Ü"},
-        {"ctrl++", {30, 0x40000, "+"}, "Ctrl++"},
-        {"ctrl+-", {44, 0x40000, "-"}, "Ctrl+-"},
-        {"alt+7", {26, 0x80000, "7"}, "Alt+7"},
-        {"alt+keypad7", {89, 0x80000, "7"}, "Alt+Keypad7"},
-        {"shift+win+pgup", {116, 0x120000, "Page Up"}, "Shift+Super+PageUp"},
-        {"ctrl+enter", {36, 0x40000, "↩"}, "Ctrl+Return"},
-        {"alt+left", {123, 0x80000, "←"}, "Alt+Left"},
-        {"f20", {90, 0, "F20"}, "F20"},
+        {"ctrl+alt+h", {4, kControlOption, "H"}, "Ctrl+Alt+H", "⌃⌥H"},
+        {" Control + OPTION + Shift + H ", {4, kControlOptionShift, "H"}, "Ctrl+Alt+Shift+H", "⌃⌥⇧H"},
+        {"cmd+z", {16, 0x100000, "Z"}, "Super+Z", "⌘Z"},
+        {"super+Ü", {33, 0x100000, "Ü"}, "Super+Ü", "⌘Ü"},
+        {"ctrl++", {30, 0x40000, "+"}, "Ctrl++", "⌃+"},
+        {"ctrl+-", {44, 0x40000, "-"}, "Ctrl+-", "⌃-"},
+        {"alt+7", {26, 0x80000, "7"}, "Alt+7", "⌥7"},
+        {"alt+keypad7", {89, 0x80000, "7"}, "Alt+Keypad7", "⌥Keypad7"},
+        {"shift+win+pgup", {116, 0x120000, "Page Up"}, "Shift+Super+PageUp", "⇧⌘Page Up"},
+        {"ctrl+enter", {36, 0x40000, "↩"}, "Ctrl+Return", "⌃↩"},
+        {"alt+left", {123, 0x80000, "←"}, "Alt+Left", "⌥←"},
+        {"f20", {90, 0, "F20"}, "F20", "F20"},
     };
     for (const Row& row : rows) {
         const auto parsed = parseShortcut(row.typed, german);
         ASSERT_TRUE(std::holds_alternative<KovaShortcut>(parsed)) << row.typed << ": " << std::get<1>(parsed);
         EXPECT_EQ(std::get<KovaShortcut>(parsed), row.shortcut) << row.typed;
-        EXPECT_EQ(shortcutText(row.shortcut), row.shown);
+        EXPECT_EQ(shortcutText(row.shortcut, ModifierNames::words), row.shown);
+        EXPECT_EQ(shortcutText(row.shortcut, ModifierNames::symbols), row.onAMac);
+        for (const std::string_view text : {row.shown, row.onAMac}) {
+            const auto again = parseShortcut(text, german);
+            ASSERT_TRUE(std::holds_alternative<KovaShortcut>(again)) << text << ": " << std::get<1>(again);
+            EXPECT_EQ(std::get<KovaShortcut>(again), row.shortcut) << text << " can be typed again";
+        }
     }
     // A layout without Latin letters.
     const auto parsed = parseShortcut("ctrl+h", [](std::uint16_t code) { return code == keyCode::h ? "р" : ""; });
     EXPECT_EQ(std::get<KovaShortcut>(parsed), (KovaShortcut{4, 0x40000, "Р"}));
     const auto blind = parseShortcut("ctrl+u", [](std::uint16_t) { return ""; });
     EXPECT_EQ(std::get<KovaShortcut>(blind), (KovaShortcut{32, 0x40000, "U"})) << "where no key can be heard";
-    EXPECT_EQ(shortcutText({93, 0x40000, "Key (event.keyCode)"}), "Ctrl+Key 93");
+    EXPECT_EQ(shortcutText({93, 0x40000, "Key (event.keyCode)"}, ModifierNames::words), "Ctrl+Key 93");
 
     for (const auto& [typed, complaint] : std::map<std::string, std::string>{{"", "key is missing"},
                                                                              {"ctrl+", "key is missing"},

@@ -89,12 +89,23 @@ TEST_F(ShortcutsOverTheSocket, HeldByAnotherProgramAreNamed) {
     keyboard().giveUpByOther({keyCode::g, modifierFlag::command});
     EXPECT_EQ(result("status")["shortcutsHeldByOthers"], json::array());
 
-    const auto saysThatNoneIsHeld = [&] {
-        return result("doctor").dump().find("No other program holds") != std::string::npos;
-    };
-    EXPECT_TRUE(saysThatNoneIsHeld());
+    EXPECT_NE(result("doctor").dump().find("No other program holds"), std::string::npos);
+}
+
+TEST_F(ShortcutsOverTheSocket, OfAMacAreShownWithItsSymbolsAndHeldByTheSystem) {
     keyboard().setDelivery(SimulatedKeyboard::Delivery::observed);
-    EXPECT_FALSE(saysThatNoneIsHeld()) << "this desktop does not know";
+    EXPECT_EQ(shown(shortcutOf("focusLeft")), "⌃⌥H");
+    EXPECT_EQ(shown(result("shortcut.set", {{"action", "undo"}, {"keys", "⌃⌘←"}})["shortcut"]), "⌃⌘←");
+    EXPECT_EQ(told(connection), "claimed ⌃⌘←");
+    EXPECT_EQ(refusal("shortcut.set", {{"action", "undo"}, {"keys", "shift+u"}}),
+              "A shortcut needs control, option or command: without them “⇧U” could not be typed any more");
+    const auto says = [&](const std::string& text) { return result("doctor").dump().find(text) != std::string::npos; };
+    EXPECT_FALSE(says("No other program holds")) << "nothing is known of programs";
+    keyboard().holdByOther({keyCode::left, modifierFlag::control | modifierFlag::command});
+    EXPECT_TRUE(says("The system itself acts on these keys, too: ⌃⌘← (Undo Window Action)"));
+    EXPECT_FALSE(says("nother program"));
+    EXPECT_EQ(shortcutOf("undo")["heldBy"], "system");
+    EXPECT_EQ(result("status")["shortcutHolder"], "system");
 }
 
 TEST_F(ShortcutsOverTheSocket, AreRecordedByTheRulesOfTheRecorder) {

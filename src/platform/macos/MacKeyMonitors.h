@@ -22,7 +22,8 @@ class MacKeyMonitors final : public KeyMonitorServicing {
     Subscription addLocalMonitor(std::function<bool(const KeyPress&)> monitor) override;
     void claim(const std::vector<KeyCombination>& combinations) override;
     std::vector<KeyCombination> heldByOthers() const override;
-    bool knowsAllHolders() const override { return false; }
+    KnownHolders knownHolders() const override { return KnownHolders::systemOnly; }
+    ModifierNames modifierNames() const override { return ModifierNames::symbols; }
     Subscription observeHeldByOthers(std::function<void()> known) override;
     Subscription recordKeys(std::function<bool(const KeyPress&)> recorder,
                             std::function<void(const std::string& reason)> failed) override;

@@ -83,7 +83,7 @@ void SimulatedKeyboard::tellHeldByOthers() {
 
 std::vector<KeyCombination> SimulatedKeyboard::heldByOthers() const {
     std::vector<KeyCombination> held;
-    if (delivery_ == Delivery::observed || !globalMonitors_.hasAny() || !recorder_.expired()) return held;
+    if (!globalMonitors_.hasAny() || !recorder_.expired()) return held;
     for (const KeyCombination& combination : wanted_) {
         if (heldByOthers_.contains(combination)) held.push_back(combination);
     }

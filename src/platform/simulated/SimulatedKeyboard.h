@@ -22,7 +22,7 @@ class SimulatedKeyboard final : public KeyMonitorServicing {
     /// How the desktop lets programs listen to keys meant for others.
     enum class Delivery {
         claimed,  // a combination belongs to the program that claimed it first, and is typed nowhere
-        observed, // every program may listen to everything, and it is typed all the same
+        observed, // as on a Mac: every program may listen to everything, and it is typed all the same
     };
     void setDelivery(Delivery delivery) { delivery_ = delivery; }
     enum class Focus { otherApplication, ownWindow };
@@ -35,7 +35,8 @@ class SimulatedKeyboard final : public KeyMonitorServicing {
     /// What was typed into a window since the last call.
     std::vector<KeyPress> takeTyped() { return std::exchange(typed_, {}); }
 
-    /// Another program takes a combination, unless it is claimed; or gives it up.
+    /// Another program, or where keys are observed the system, takes a combination unless it is claimed; or gives it
+    /// up.
     void holdByOther(KeyCombination combination);
     void giveUpByOther(KeyCombination combination);
     void setKeyboardHeldByOther(bool isHeld) { isKeyboardHeldByOther_ = isHeld; }
@@ -49,7 +50,12 @@ class SimulatedKeyboard final : public KeyMonitorServicing {
     Subscription addLocalMonitor(std::function<bool(const KeyPress&)> monitor) override;
     void claim(const std::vector<KeyCombination>& combinations) override;
     std::vector<KeyCombination> heldByOthers() const override;
-    bool knowsAllHolders() const override { return delivery_ == Delivery::claimed; }
+    KnownHolders knownHolders() const override {
+        return delivery_ == Delivery::claimed ? KnownHolders::everyProgram : KnownHolders::systemOnly;
+    }
+    ModifierNames modifierNames() const override {
+        return delivery_ == Delivery::claimed ? ModifierNames::words : ModifierNames::symbols;
+    }
     Subscription observeHeldByOthers(std::function<void()> known) override;
     Subscription recordKeys(std::function<bool(const KeyPress&)> recorder,
                             std::function<void(const std::string& reason)> failed) override;
