@@ -13,6 +13,11 @@ void ChangeAnnouncements::endThoseNotIn(const std::map<std::string, Accessibilit
     });
 }
 
+void ChangeAnnouncements::endAll() {
+    endThoseNotIn({});
+    silentSince_.clear();
+}
+
 bool ChangeAnnouncements::follow(const WindowEnumeration& found, Seconds now) {
     std::map<std::string, AccessibilityElement> present;
     std::set<pid_t> withWindows, silent;

@@ -21,10 +21,13 @@ PollResult poll(const AccessibilityWindowService& service, const SessionServicin
     if (isReadable) result.windows = service.enumerateWindows(known);
     // It shows in the answers, so that applications are asked all the same.
     if (isReadable && service.stalePermission()) result.permissionState = AccessibilityPermissionState::denied;
+    if (!announcements) return result;
+    // What was requested does not outlive the permission.
+    if (result.permissionState != AccessibilityPermissionState::granted) announcements->endAll();
     // Neither a permission that is given nor an unlocked screen is announced.
     const bool mayRest = isReadable && result.permissionState == AccessibilityPermissionState::granted &&
-                         (!announcements || announcements->follow(result.windows, begun));
-    if (announcements && !mayRest) result.changeCount.reset();
+                         announcements->follow(result.windows, begun);
+    if (!mayRest) result.changeCount.reset();
     return result;
 }
 

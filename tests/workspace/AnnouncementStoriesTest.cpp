@@ -84,6 +84,17 @@ TEST_F(Announcements, APermissionThatIsIgnoredIsSaidAndFoundGoodAgain) {
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
 }
 
+TEST_F(Announcements, AreRequestedAgainAfterThePermissionWasTakenAwayAndGivenBack) {
+    desk.desktop.setTrusted(false);
+    desk.advance(Seconds(2));
+    desk.desktop.setTrusted(true);
+    desk.advance(Seconds(12));
+    ASSERT_LE(polls(Seconds(100)), 10);
+    desk.desktop.setTitle("Mail", "Inbox");
+    desk.advance(Seconds(0.7));
+    EXPECT_EQ(desk.controller().liveWindows().front().title, "Inbox");
+}
+
 TEST_F(Announcements, AnEnhancedUserInterfaceIsOffForOneSeriesOfFrames) {
     desk.desktop.setEnhancedUserInterface("Mail", true);
     (void)desk.desktop.takeJournal();

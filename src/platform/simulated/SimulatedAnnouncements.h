@@ -35,6 +35,8 @@ class SimulatedAnnouncements {
 
     AnnouncementAnswer request(const AccessibilityElement& element);
     void end(const AccessibilityElement& element) { asked_.erase({element.processIdentifier, element.hash}); }
+    /// The system drops what was requested, as it does with the permission.
+    void endAll() { asked_.clear(); }
     /// Whether the element, an application where the hash is 0, announces the change that it has just undergone.
     bool isAnnounced(pid_t process, std::uint64_t hash);
 

@@ -23,6 +23,7 @@ void SimulatedDesktop::setAbsence(std::string reason) {
 
 void SimulatedDesktop::setTrusted(bool trusted) {
     isTrusted_ = trusted;
+    if (!trusted) announcements_.endAll();
     changed();
 }
 
