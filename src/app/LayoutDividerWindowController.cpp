@@ -1,5 +1,6 @@
 #include "app/LayoutDividerWindowController.h"
 
+#include "app/DesktopGuards.h"
 #include "layout/LayoutSolver.h"
 
 #include <algorithm>
@@ -62,10 +63,11 @@ void LayoutDividerWindowController::refresh() {
 void LayoutDividerWindowController::showHandles() {
     isRefreshDue_ = false;
     std::vector<Shown> next;
-    if (*workspace_.state().permissionState == AccessibilityPermissionState::granted) {
+    const bool isPermitted = *workspace_.state().permissionState == AccessibilityPermissionState::granted;
+    if (isPermitted) {
         const double inset = workspace_.state().profile->tileInset;
         for (const auto& divider : workspace_.dividers()) {
-            if (handles_.coversDesktopIcons() && !holdsWindows(divider.displayID)) continue;
+            if (handles_.coversDesktopIcons() && !holdsWindows(workspace_, divider.displayID)) continue;
             if (auto frame = workspace_.dividerFrameOnScreen(divider)) {
                 leaveFooterFree(divider.divider.axis, *frame);
                 next.push_back({{handleID(divider), *frame, divider.divider.axis, inset}, divider});
@@ -76,16 +78,16 @@ void LayoutDividerWindowController::showHandles() {
                                    [](const Shown& a, const Shown& b) { return a.handle == b.handle; });
     shown_ = std::move(next);
     if (hoveredID_ && !dividerOf(*hoveredID_)) hoveredID_.reset();
-    if (isSame) return;
     std::vector<DividerHandle> frames;
     for (const auto& shown : shown_) frames.push_back(shown.handle);
-    handles_.showHandles(frames);
+    if (!isSame) handles_.showHandles(frames);
+    if (handles_.coversDesktopIcons()) guardDesktop(isPermitted ? desktopGuards(workspace_, frames) : Guards());
 }
 
-bool LayoutDividerWindowController::holdsWindows(const std::string& displayID) const {
-    return std::ranges::any_of(*workspace_.state().assignedWindowIDs, [&](const auto& assigned) {
-        return assigned.first.starts_with(tileTargetID(displayID, ""));
-    });
+void LayoutDividerWindowController::guardDesktop(Guards guards) {
+    if (guards == guards_) return;
+    guards_ = std::move(guards);
+    handles_.guardDesktop(guards_);
 }
 
 void LayoutDividerWindowController::close() {
@@ -96,6 +98,7 @@ void LayoutDividerWindowController::close() {
         shown_.clear();
         hoveredID_.reset();
         handles_.showHandles({});
+        guardDesktop({});
         board_.close(OverlaySection::dividers);
     }
     isRefreshDue_ = false;

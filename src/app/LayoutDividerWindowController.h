@@ -1,5 +1,5 @@
 // Keeps a handle on every divider of every display, turns pointer events on them into divider drags, and shows the
-// dividers in the overlay. Main thread only.
+// dividers in the overlay; guards the desktop between windows where a press on it would move them. Main thread only.
 #pragma once
 
 #include "app/OverlayBoard.h"
@@ -39,7 +39,8 @@ class LayoutDividerWindowController {
     };
     void refreshSoon();
     void showHandles();
-    bool holdsWindows(const std::string& displayID) const;
+    using Guards = std::vector<CGRect>; // screen space
+    void guardDesktop(Guards guards);
     void handle(const DividerHandleEvent& event);
     void hover(const std::optional<std::string>& handleID);
     std::vector<OverlayDivider> contents() const;
@@ -51,6 +52,7 @@ class LayoutDividerWindowController {
     OverlayBoard& board_;
     MainQueue& queue_;
     std::vector<Shown> shown_;
+    Guards guards_;
     std::optional<Held> held_;
     std::optional<std::string> hoveredID_; // the handle under the pointer
     bool isClosed_ = true;

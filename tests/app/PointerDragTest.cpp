@@ -1,9 +1,13 @@
 // Drags of divider handles and of windows.
+#include "app/DesktopGuards.h"
 #include "app/LayoutDividerWindowController.h"
 #include "app/WindowDragCoordinator.h"
 #include "tests/harness/Scenario.h"
+#include "windowing/DividerGestureRecognizer.h"
 
 #include <gtest/gtest.h>
+
+#include <numeric>
 
 namespace kova {
 namespace {
@@ -94,6 +98,39 @@ TEST_F(DividerHandles, LeaveTheDesktopIconsOfAnEmptyDisplayFree) {
     for (const char* label : {"Mail", "Codex"}) desk.desktop.close(label);
     desk.settle();
     EXPECT_EQ(handles(), "");
+}
+
+/// A Mac moves all windows aside when its wallpaper is clicked.
+TEST_F(DividerHandles, AndGuardsCoverAllOfTheDesktopBetweenWindows) {
+    desk.desktop.coverDesktopIcons();
+    const auto areaOf = [](const CGRect& frame) { return frame.size.width * frame.size.height; };
+    for (const char* layout : {"jarvis.dual-stack", "jarvis.command-center", "jarvis.dual-split"}) {
+        SCOPED_TRACE(layout);
+        desk.layout(layout).settle();
+        std::vector<CGRect> all;
+        for (const auto& handle : handleFrames()) all.push_back(bareFrame(handle));
+        all.insert(all.end(), desk.desktop.guardedAreas().begin(), desk.desktop.guardedAreas().end());
+        const double maxYOfFirst = maxY(desk.desktop.screens().front().frame);
+        for (const auto& tile : desk.controller().tiles())
+            all.push_back(flipped(tile.frameForWindowService, maxYOfFirst));
+        EXPECT_TRUE(uncoveredParts(desk.desktop.screens().front().visibleFrame, all).empty());
+        const double sum = std::accumulate(all.begin(), all.end(), 0.0,
+                                           [&](double area, const CGRect& each) { return area + areaOf(each); });
+        // Handles of nested splits end at those of the outer ones, beside which they overlap by the inset.
+        EXPECT_NEAR(sum, areaOf(desk.desktop.screens().front().visibleFrame), 500) << "and none lies over a window";
+    }
+    desk.desktop.userFocuses("Mail");
+    desk.zoom();
+    EXPECT_TRUE(handleFrames().empty() && desk.desktop.guardedAreas().empty());
+    desk.zoom();
+    EXPECT_FALSE(handleFrames().empty() || desk.desktop.guardedAreas().empty());
+    desk.desktop.setTrusted(false);
+    desk.settle();
+    EXPECT_TRUE(desk.desktop.guardedAreas().empty());
+    desk.desktop.setTrusted(true);
+    desk.settle();
+    dividers->close();
+    EXPECT_TRUE(desk.desktop.guardedAreas().empty());
 }
 
 TEST_F(DividerHandles, LeaveTheFootersOfTheTilesAboveThemFree) {

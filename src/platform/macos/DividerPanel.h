@@ -1,4 +1,5 @@
-// One divider's handle on the screen. Objective-C++ only; main thread.
+// Panels between the windows of all applications and the desktop: a divider's handle, and the guard of a bare area.
+// Objective-C++ only; main thread.
 #pragma once
 
 #include "windowing/PointerServicing.h"
@@ -19,10 +20,14 @@ struct DividerPanelEvents {
 
 } // namespace kova::macos
 
+/// Shows nothing. Keeps presses of the main button; those of other buttons reach the desktop.
+@interface KOVAGuardView : NSView
+@end
+
 /// Shows a thin line while the pointer is over it or drags it; else nothing.
-@interface KOVADividerView : NSView
+@interface KOVADividerView : KOVAGuardView
 - (instancetype)initWithAxis:(kova::LayoutAxis)axis events:(kova::macos::DividerPanelEvents)events;
 @end
 
 /// A panel that never gets the keyboard, around the view.
-NSPanel* makeDividerPanel(KOVADividerView* view);
+NSPanel* makeDesktopPanel(KOVAGuardView* view);

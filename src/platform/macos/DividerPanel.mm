@@ -2,10 +2,10 @@
 
 #include "platform/macos/Contained.h"
 
-@interface KOVADividerPanel : NSPanel
+@interface KOVADesktopPanel : NSPanel
 @end
 
-@implementation KOVADividerPanel
+@implementation KOVADesktopPanel
 
 - (BOOL)canBecomeKeyWindow {
     return NO;
@@ -30,6 +30,40 @@ constexpr int64_t kPassingTime = 200 * NSEC_PER_MSEC;
 
 } // namespace
 
+@implementation KOVAGuardView
+
+- (BOOL)acceptsFirstMouse:(NSEvent*)__unused event {
+    return YES;
+}
+
+/// Not passed on to the next responder.
+- (void)mouseDown:(NSEvent*)__unused event {
+}
+
+/// The desktop's own menu opens between tiles, too.
+- (void)rightMouseDown:(NSEvent*)event {
+    [self passOn:event];
+}
+
+- (void)otherMouseDown:(NSEvent*)event {
+    [self passOn:event];
+}
+
+- (void)passOn:(NSEvent*)event {
+    const auto sent = kova::macos::Owned<CGEventRef>::adopt(event.CGEvent ? CGEventCreateCopy(event.CGEvent) : nullptr);
+    NSWindow* panel = self.window;
+    // One that comes back although the panel lets events through would be sent on for ever.
+    if (!sent || panel.ignoresMouseEvents) return;
+    panel.ignoresMouseEvents = YES;
+    CGEventPost(kCGHIDEventTap, sent.get());
+    __weak NSWindow* weak = panel;
+    dispatch_after(dispatch_time(DISPATCH_TIME_NOW, kPassingTime), dispatch_get_main_queue(), ^{
+      weak.ignoresMouseEvents = NO;
+    });
+}
+
+@end
+
 @implementation KOVADividerView {
     kova::LayoutAxis _axis;
     NSCursor* _cursor;
@@ -50,10 +84,6 @@ constexpr int64_t kPassingTime = 200 * NSEC_PER_MSEC;
         [self addTrackingArea:[[NSTrackingArea alloc] initWithRect:NSZeroRect options:options owner:self userInfo:nil]];
     }
     return self;
-}
-
-- (BOOL)acceptsFirstMouse:(NSEvent*)__unused event {
-    return YES;
 }
 
 - (void)cursorUpdate:(NSEvent*)__unused event {
@@ -86,28 +116,6 @@ constexpr int64_t kPassingTime = 200 * NSEC_PER_MSEC;
     [[NSBezierPath bezierPathWithRoundedRect:line xRadius:kLineThickness / 2 yRadius:kLineThickness / 2] fill];
 }
 
-/// The desktop's own menu opens between tiles, too.
-- (void)rightMouseDown:(NSEvent*)event {
-    [self passOn:event];
-}
-
-- (void)otherMouseDown:(NSEvent*)event {
-    [self passOn:event];
-}
-
-- (void)passOn:(NSEvent*)event {
-    const auto sent = kova::macos::Owned<CGEventRef>::adopt(event.CGEvent ? CGEventCreateCopy(event.CGEvent) : nullptr);
-    NSWindow* panel = self.window;
-    // One that comes back although the panel lets events through would be sent on for ever.
-    if (!sent || panel.ignoresMouseEvents) return;
-    panel.ignoresMouseEvents = YES;
-    CGEventPost(kCGHIDEventTap, sent.get());
-    __weak NSWindow* weak = panel;
-    dispatch_after(dispatch_time(DISPATCH_TIME_NOW, kPassingTime), dispatch_get_main_queue(), ^{
-      weak.ignoresMouseEvents = NO;
-    });
-}
-
 - (void)mouseDown:(NSEvent*)event {
     _isPressed = YES;
     self.needsDisplay = YES;
@@ -127,14 +135,15 @@ constexpr int64_t kPassingTime = 200 * NSEC_PER_MSEC;
 
 @end
 
-NSPanel* makeDividerPanel(KOVADividerView* view) {
+NSPanel* makeDesktopPanel(KOVAGuardView* view) {
     const NSWindowStyleMask style = NSWindowStyleMaskBorderless | NSWindowStyleMaskNonactivatingPanel;
-    NSPanel* panel = [[KOVADividerPanel alloc] initWithContentRect:NSZeroRect
+    NSPanel* panel = [[KOVADesktopPanel alloc] initWithContentRect:NSZeroRect
                                                          styleMask:style
                                                            backing:NSBackingStoreBuffered
                                                              defer:NO];
     panel.releasedWhenClosed = NO; // ARC owns it
-    panel.level = CGWindowLevelForKey(kCGDesktopIconWindowLevelKey) + 1;
+    // The levels around it are those of kova-ui: its backdrop below, its footers above.
+    panel.level = CGWindowLevelForKey(kCGDesktopIconWindowLevelKey) + 2;
     panel.collectionBehavior = NSWindowCollectionBehaviorCanJoinAllSpaces | NSWindowCollectionBehaviorStationary |
                                NSWindowCollectionBehaviorIgnoresCycle;
     panel.opaque = NO;

@@ -1,6 +1,6 @@
-// The handles of dividers: panels just above the desktop's icons, so that every window lies over them. They take the
-// pointer and never the keyboard, and no application becomes active by them. What is dragged by other applications
-// falls through them.
+// The handles of dividers, and the guards of the bare desktop beside them: panels just above the desktop's icons, so
+// that every window lies over them. They take the pointer and never the keyboard, and no application becomes active by
+// them. What is dragged by other applications falls through them.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -22,10 +22,12 @@ class MacDividerHandles final : public DividerHandleServicing {
 
     void showHandles(const std::vector<DividerHandle>& handles) override;
     bool coversDesktopIcons() const override { return true; }
+    void guardDesktop(const std::vector<CGRect>& areas) override;
     Subscription observeHandles(std::function<void(const DividerHandleEvent&)> observer) override;
 
   private:
     class Panel;
+    class Handle;
     DividerPanelEvents eventsOf(const std::string& handleID);
 
     void press(const std::string& handleID, int clickCount);
@@ -37,9 +39,10 @@ class MacDividerHandles final : public DividerHandleServicing {
 
     MainQueue& queue_;
     DividerGestureRecognizer grip_;
-    std::map<std::string, std::unique_ptr<Panel>> panels_; // by handle
-    Subscription escape_;                                  // while one is held
-    Subscription pressesElsewhere_;                        // while there are handles
+    std::map<std::string, std::unique_ptr<Handle>> handles_; // by id
+    std::vector<std::unique_ptr<Panel>> guards_;
+    Subscription escape_;                          // while one is held
+    std::optional<Subscription> pressesElsewhere_; // while there are panels
     Observers<const DividerHandleEvent&> observers_;
     Lifetime lifetime_;
 };

@@ -18,13 +18,11 @@ CGPoint pointerOnScreen() {
 
 class MacDividerHandles::Panel {
   public:
-    Panel(LayoutAxis axis, DividerPanelEvents events) :
-        axis_(axis), panel_(makeDividerPanel([[KOVADividerView alloc] initWithAxis:axis events:std::move(events)])) {}
+    explicit Panel(KOVAGuardView* view) : panel_(makeDesktopPanel(view)) {}
     Panel(const Panel&) = delete;
     Panel& operator=(const Panel&) = delete;
     ~Panel() { [panel_ close]; }
 
-    LayoutAxis axis() const { return axis_; }
     void show(const CGRect& frameOnScreen) {
         [panel_ setFrame:frameOnScreen display:NO];
         if (!panel_.visible) [panel_ orderFrontRegardless];
@@ -32,8 +30,18 @@ class MacDividerHandles::Panel {
     void letThrough(bool lets) { panel_.ignoresMouseEvents = lets; }
 
   private:
-    LayoutAxis axis_;
     NSPanel* panel_;
+};
+
+class MacDividerHandles::Handle : public Panel {
+  public:
+    Handle(LayoutAxis axis, DividerPanelEvents events) :
+        Panel([[KOVADividerView alloc] initWithAxis:axis events:std::move(events)]), axis_(axis) {}
+
+    LayoutAxis axis() const { return axis_; }
+
+  private:
+    LayoutAxis axis_;
 };
 
 MacDividerHandles::MacDividerHandles(MainQueue& queue) : queue_(queue) {}
@@ -43,24 +51,29 @@ MacDividerHandles::~MacDividerHandles() = default;
 void MacDividerHandles::showHandles(const std::vector<DividerHandle>& handles) {
     tell(grip_.keepOnly(handles, pointerOnScreen()));
     if (!grip_.isHeld()) escape_ = {}; // the release of a handle that is gone is never told
-    if (handles.empty()) {
-        pressesElsewhere_ = {};
-    } else if (panels_.empty()) {
-        watchPressesElsewhere();
-    }
-    std::erase_if(panels_, [&](const auto& shown) {
+    std::erase_if(handles_, [&](const auto& shown) {
         return std::ranges::none_of(handles, [&](const DividerHandle& handle) {
             return handle.id == shown.first && handle.axis == shown.second->axis();
         });
     });
     for (const DividerHandle& handle : handles) {
-        auto& panel = panels_[handle.id];
-        if (!panel) {
+        auto& shown = handles_[handle.id];
+        if (!shown) {
             // The system may hold the view a little longer than the panel is ours.
-            panel = std::make_unique<Panel>(handle.axis, eventsOf(handle.id));
+            shown = std::make_unique<Handle>(handle.axis, eventsOf(handle.id));
         }
-        panel->show(bareFrame(handle));
+        shown->show(bareFrame(handle));
     }
+    watchPressesElsewhere();
+}
+
+void MacDividerHandles::guardDesktop(const std::vector<CGRect>& areas) {
+    guards_.resize(areas.size());
+    for (std::size_t i = 0; i < areas.size(); ++i) {
+        if (!guards_[i]) guards_[i] = std::make_unique<Panel>([[KOVAGuardView alloc] initWithFrame:NSZeroRect]);
+        guards_[i]->show(areas[i]);
+    }
+    watchPressesElsewhere();
 }
 
 DividerPanelEvents MacDividerHandles::eventsOf(const std::string& id) {
@@ -87,13 +100,16 @@ void MacDividerHandles::press(const std::string& handleID, int clickCount) {
 
 /// From a press elsewhere on, something may be dragged that the desktop is to receive.
 void MacDividerHandles::watchPressesElsewhere() {
+    if (handles_.empty() && guards_.empty()) return pressesElsewhere_.reset();
+    if (pressesElsewhere_) return;
     pressesElsewhere_ = watchEventsOfOthers(
         NSEventMaskLeftMouseDown | NSEventMaskLeftMouseUp,
         lifetime_.guard([this](NSEvent* event) { letThrough(event.type == NSEventTypeLeftMouseDown); }));
 }
 
 void MacDividerHandles::letThrough(bool lets) {
-    for (const auto& shown : panels_) shown.second->letThrough(lets);
+    for (const auto& shown : handles_) shown.second->letThrough(lets);
+    for (const auto& guard : guards_) guard->letThrough(lets);
 }
 
 void MacDividerHandles::move() {

@@ -224,6 +224,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     void coverDesktopIcons() { coversDesktopIcons_ = true; }
     /// The handles shown now.
     const std::vector<DividerHandle>& handles() const { return handles_; }
+    const std::vector<CGRect>& guardedAreas() const { return guardedAreas_; }
 
     // What there is to see
     /// "Mail 15,15 1908x1382 | Notes 1947,15 598x1382 minimized", frames in window-service space.
@@ -309,6 +310,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     bool dragsWindowsByAnyPoint() const override { return style_ != DesktopStyle::mac; }
     void showHandles(const std::vector<DividerHandle>& handles) override;
     bool coversDesktopIcons() const override { return coversDesktopIcons_; }
+    void guardDesktop(const std::vector<CGRect>& areas) override { guardedAreas_ = areas; }
     Subscription observeHandles(std::function<void(const DividerHandleEvent&)> observer) override;
 
   private:
@@ -460,6 +462,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     Observers<const PointerEvent&> pointerObservers_;
     Observers<const DividerHandleEvent&> handleObservers_;
     std::vector<DividerHandle> handles_;
+    std::vector<CGRect> guardedAreas_;
     bool coversDesktopIcons_ = false;
     std::optional<Hold> hold_;
     std::optional<Click> lastClick_;
