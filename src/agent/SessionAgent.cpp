@@ -29,8 +29,14 @@ std::vector<const DiagnosticsServicing*> withUserInterface(std::vector<const Dia
 SessionAgent::SessionAgent(const AgentServices& services) :
     queue_(services.workspace.queue), delegate_(services.workspace, services.shell),
     acquaintance_(*delegate_.onboarding().isCompleted() ? Acquaintance::knowsTheWay : Acquaintance::newUser),
-    // The answer to the client that chose to quit is sent first.
-    menu_({.delegate = delegate_, .quit = [this, quit = services.quit] { queue_.post(quit); }}),
+    documents_(services.documentPanels ? std::make_unique<DocumentExchange>(
+                                             delegate_.workspace(), *services.documentPanels, services.workspace.alerts)
+                                       : nullptr),
+    menu_({.delegate = delegate_,
+           .documents = documents_.get(),
+           .updates = services.updates,
+           // The answer to the client that chose to quit is sent first.
+           .quit = [this, quit = services.quit] { queue_.post(quit); }}),
     methods_({.controller = delegate_.workspace(),
               .urls = delegate_.urls(),
               .shortcuts = delegate_.shortcutSettings(),

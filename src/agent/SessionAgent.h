@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/AppDelegate.h"
+#include "app/DocumentExchange.h"
 #include "app/FirstSteps.h"
 #include "app/KovaMenuBarContent.h"
 #include "control/AgentClaim.h"
@@ -9,6 +10,7 @@
 #include "control/ControlServer.h"
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -21,6 +23,8 @@ struct AgentServices {
     ShellServices shell;
     std::vector<const DiagnosticsServicing*> diagnostics; // the parts that report to `doctor`
     std::function<void()> quit;                           // ends the process soon, with success
+    DocumentPanelServicing* documentPanels = nullptr;     // null where the command line is all there is
+    UpdateChecker* updates = nullptr;                     // null where the system's packages are updated
 };
 
 class SessionAgent {
@@ -43,6 +47,8 @@ class SessionAgent {
     void openURLs(const std::vector<std::string>& urls);
 
     AppDelegate& delegate() { return delegate_; }
+    /// For whatever draws it.
+    KovaMenuBarContent& menu() { return menu_; }
     /// What a new user is told, until this agent ends; absent for other users.
     std::optional<std::string> firstSteps();
 
@@ -53,7 +59,8 @@ class SessionAgent {
     AppDelegate delegate_;
     const Acquaintance acquaintance_; // as it was found
     Subscription messages_;
-    KovaMenuBarContent menu_; // for clients that draw it
+    const std::unique_ptr<DocumentExchange> documents_; // null without panels
+    KovaMenuBarContent menu_;
     ControlMethods methods_;
     std::optional<ControlServer> server_;
     bool isServing_ = false;

@@ -17,6 +17,9 @@ constexpr std::array kFocusShortcuts = {KovaShortcutAction::focusLeft, KovaShort
                                         KovaShortcutAction::focusUp, KovaShortcutAction::focusDown};
 constexpr std::array kMoveShortcuts = {KovaShortcutAction::moveLeft, KovaShortcutAction::moveRight,
                                        KovaShortcutAction::moveUp, KovaShortcutAction::moveDown};
+constexpr std::array kSwapShortcuts = {KovaShortcutAction::swapLeft, KovaShortcutAction::swapRight,
+                                       KovaShortcutAction::swapUp, KovaShortcutAction::swapDown};
+constexpr std::size_t kNumberedTiles = 9; // have shortcuts of their own
 constexpr std::array<const char*, 4> kFocusTitles = {"Focus Left", "Focus Right", "Focus Up", "Focus Down"};
 constexpr std::array<const char*, 4> kMoveTitles = {"Move Window Left", "Move Window Right", "Move Window Up",
                                                     "Move Window Down"};
@@ -152,6 +155,13 @@ class KovaMenuBarContent::Build {
         entries_.push_back(std::move(submenu));
     }
     void perform(const WorkspaceAction& action) { workspace_.perform(action); }
+    void perform(const WindowCommand& command) { workspace_.perform(command); }
+    /// One that has the title of its shortcut.
+    void addCommand(std::string id, KovaShortcutAction named, Enabled enabled, WindowCommand command) {
+        add(
+            std::move(id), std::string(kova::title(named)), enabled,
+            [this, command = std::move(command)] { perform(command); }, named);
+    }
 
     bool isFocusedInTile() const { return focused_ && workspace_.assignments().isAssigned(focused_->id); }
     bool hasWindowBehindFocused() const {
@@ -186,7 +196,15 @@ class KovaMenuBarContent::Build {
         add(
             "stack", "Next Window in Current Zone", enabledIf(hasWindowBehindFocused()),
             [this] { perform(action::CycleStack{}); }, KovaShortcutAction::cycleStack);
+        add(
+            "stack-previous", "Previous Window in Current Zone", enabledIf(hasWindowBehindFocused()),
+            [this] { perform(action::CycleStack{StackStep::previous}); }, KovaShortcutAction::previousInStack);
+        add(
+            "float", "Float Window", enabledIf(focused_), [this] { perform(command::ToggleFloating{}); },
+            checkedIf(focused_ && state_.floatingWindowIDs->contains(focused_->id)),
+            KovaShortcutAction::toggleFloating);
         const Enabled fromTile = enabledIf(isFocusedInTile());
+        const Enabled toDisplay = enabledIf(mayMoveWindows_ && state_.screens->size() > 1);
         inSubmenu("Focus", [&] {
             for (std::size_t i = 0; i < kDirections.size(); ++i) {
                 const auto direction = kDirections[i];
@@ -194,6 +212,11 @@ class KovaMenuBarContent::Build {
                     "focus." + std::string(describe(direction)), kFocusTitles[i], fromTile,
                     [this, direction] { perform(action::Focus{direction}); }, kFocusShortcuts[i]);
             }
+            separate();
+            addCommand("focus.next-display", KovaShortcutAction::focusNextDisplay, toDisplay,
+                       command::FocusDisplay{DisplayStep::next});
+            addCommand("focus.previous-display", KovaShortcutAction::focusPreviousDisplay, toDisplay,
+                       command::FocusDisplay{DisplayStep::previous});
         });
         inSubmenu("Move", [&] {
             for (std::size_t i = 0; i < kDirections.size(); ++i) {
@@ -202,7 +225,43 @@ class KovaMenuBarContent::Build {
                     "move." + std::string(describe(direction)), kMoveTitles[i], fromTile,
                     [this, direction] { perform(action::Move{direction}); }, kMoveShortcuts[i]);
             }
+            separate();
+            const Enabled movable = enabledIf(focused_ && toDisplay == Enabled::yes);
+            addCommand("move.next-display", KovaShortcutAction::moveToNextDisplay, movable,
+                       command::MoveToDisplay{std::nullopt, DisplayStep::next});
+            addCommand("move.previous-display", KovaShortcutAction::moveToPreviousDisplay, movable,
+                       command::MoveToDisplay{std::nullopt, DisplayStep::previous});
         });
+        inSubmenu("Swap", [&] {
+            for (std::size_t i = 0; i < kDirections.size(); ++i) {
+                addCommand("swap." + std::string(describe(kDirections[i])), kSwapShortcuts[i], fromTile,
+                           command::Swap{std::nullopt, kDirections[i]});
+            }
+        });
+        inSubmenu("Place Window in Zone", [&] { addPlaces(); });
+    }
+
+    /// The tiles of the current display by number and name; the one that the focused window is in is checked.
+    void addPlaces() {
+        const auto display = focused_ ? workspace_.currentDisplayID() : std::nullopt;
+        if (!display) return;
+        const auto targets = workspace_.assignments().targetsAnchorFirst(focused_->id);
+        std::size_t number = 0;
+        for (const WorkspaceTile& tile : workspace_.tiles()) {
+            if (tile.displayID != *display) continue;
+            std::optional<KovaShortcutAction> shortcut;
+            if (number < kNumberedTiles) {
+                shortcut = static_cast<KovaShortcutAction>(static_cast<std::size_t>(KovaShortcutAction::placeInTile1) +
+                                                           number);
+            }
+            ++number;
+            add(
+                "place." + std::to_string(number), std::to_string(number) + "  " + tile.slot.name, Enabled::yes,
+                [this, target = tile.targetID] {
+                    perform(command::Place{std::nullopt, target});
+                },
+                checkedIf(std::ranges::find(targets, tile.targetID) != targets.end()), shortcut);
+        }
     }
 
     /// `prefix` tells the entries of one display from those of another.
@@ -315,6 +374,11 @@ class KovaMenuBarContent::Build {
 
     void addProgramEntries() {
         separate();
+        const bool isPaused = *state_.isPaused;
+        add(
+            "pause", "Pause KOVA", enabledIf(services_.delegate.isWorkspaceStarted()),
+            [this, isPaused] { workspace_.setPaused(!isPaused); }, checkedIf(isPaused),
+            KovaShortcutAction::pauseOrResume);
         add("force-quit-all", "Force Quit All Open Applications…", enabledIf(isAtWork_),
             [this] { workspace_.forceQuitAllApplications(); });
         add("recheck", "Recheck Accessibility", enabledIf(isAtWork_), [this] { workspace_.recheckAccessibility(); });

@@ -155,8 +155,12 @@ TEST_F(MenuBar, OffersWhatCanBeDoneNow) {
                                        "Undo Window Action\n"
                                        "(Focus Mode)\n"
                                        "(Next Window in Current Zone)\n"
+                                       "(Previous Window in Current Zone)\n"
+                                       "(Float Window)\n"
                                        "Focus:\n"
                                        "Move:\n"
+                                       "Swap:\n"
+                                       "(Place Window in Zone):\n"
                                        "---\n"
                                        "Layout on Current Display:\n"
                                        "Next Layout on Current Display\n"
@@ -170,6 +174,7 @@ TEST_F(MenuBar, OffersWhatCanBeDoneNow) {
                                        "Use Theme Background\n"
                                        "Settings:\n"
                                        "---\n"
+                                       "Pause KOVA\n"
                                        "Force Quit All Open Applications…\n"
                                        "Recheck Accessibility\n"
                                        "Check for Updates…\n"
@@ -207,6 +212,44 @@ TEST_F(MenuBar, OffersWhatCanBeDoneNow) {
     EXPECT_EQ(quits, 1);
     EXPECT_FALSE(menu.choose(""));
     EXPECT_FALSE(menu.choose("nonsense"));
+}
+
+TEST_F(MenuBar, HasTheCommandsForOneWindow) {
+    for (const char* name : {"Mail", "Notes"}) opens(name);
+    desktop.userFocuses("Mail");
+    EXPECT_TRUE(choose("Arrange Windows into Zones"));
+    desktop.userFocuses("Mail");
+    passes(0.6);
+    const std::string mail = workspace.focusedWindow()->id;
+    const auto places = entry("Place Window in Zone").entries;
+    ASSERT_EQ(places.size(), 2u);
+    EXPECT_NE(places[0].isChecked, places[1].isChecked);
+    const bool isFirst = places[0].isChecked;
+    const std::string first = *workspace.assignments().targetOf(mail);
+    EXPECT_TRUE(choose(places[isFirst ? 1 : 0].title));
+    EXPECT_NE(workspace.assignments().targetOf(mail), first);
+    EXPECT_TRUE(entry("Place Window in Zone").entries[isFirst ? 1 : 0].isChecked);
+    EXPECT_TRUE(choose(isFirst ? "Swap with Window Left" : "Swap with Window Right"));
+    EXPECT_EQ(workspace.assignments().targetOf(mail), first) << message();
+    EXPECT_TRUE(choose("Float Window"));
+    EXPECT_TRUE(entry("Float Window").isChecked);
+    EXPECT_FALSE(workspace.assignments().isAssigned(mail));
+    EXPECT_FALSE(isEnabled("Swap with Window Left"));
+    EXPECT_TRUE(choose("Float Window"));
+    EXPECT_TRUE(workspace.assignments().isAssigned(mail));
+
+    EXPECT_FALSE(isEnabled("Move Window to Next Display")) << "there is one";
+    desktop.addDisplay({.name = "Beamer", .size = {1920, 1080}});
+    passes(3);
+    EXPECT_TRUE(choose("Move Window to Next Display"));
+    EXPECT_EQ(workspace.assignments().targetOf(mail)->find(displayID(desktop.screens().front())), std::string::npos);
+    EXPECT_TRUE(choose("Focus Previous Display"));
+
+    EXPECT_TRUE(choose("Pause KOVA"));
+    EXPECT_TRUE(*workspace.state().isPaused && entry("Pause KOVA").isChecked);
+    EXPECT_FALSE(isEnabled("Arrange Windows into Zones") || isEnabled("Float Window"));
+    EXPECT_TRUE(choose("Pause KOVA"));
+    EXPECT_TRUE(isEnabled("Arrange Windows into Zones"));
 }
 
 TEST_F(MenuBar, ChecksTheLayoutAndTheSceneInForce) {
