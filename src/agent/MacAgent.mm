@@ -1,6 +1,5 @@
 #include "agent/MacAgent.h"
 
-#include "app/DocumentExchange.h"
 #include "app/SystemDockAutoHideService.h"
 #include "platform/macos/CoreFoundation.h"
 #include "platform/macos/DispatchQueues.h"
@@ -8,6 +7,7 @@
 #include "platform/macos/MacAlerts.h"
 #include "platform/macos/MacApplications.h"
 #include "platform/macos/MacChangeObservers.h"
+#include "platform/macos/MacChildProcesses.h"
 #include "platform/macos/MacDiagnostics.h"
 #include "platform/macos/MacDividerHandles.h"
 #include "platform/macos/MacDocumentPanels.h"
@@ -22,6 +22,7 @@
 #include "platform/macos/SparkleUpdateChecker.h"
 #include "platform/macos/UserDefaultsStore.h"
 #include "platform/posix/ProcessRunner.h"
+#include "platform/posix/UserInterfaceProcess.h"
 
 #import <AppKit/AppKit.h>
 
@@ -72,9 +73,12 @@ struct MacAgent::Parts {
                          .keys = &keys,
                          .launchAtLogin = &loginItem,
                          .dockAutoHide = &dock,
-                         .onboarding = &onboarding},
+                         .onboarding = &onboarding,
+                         .userInterface = &userInterface},
                .diagnostics = {&diagnostics},
-               .quit = quitMacAgent}) {}
+               .quit = quitMacAgent,
+               .documentPanels = &panels,
+               .updates = updates.get()}) {}
 
     UserDefaultsStore preferences;
     MacAccessibility accessibility{mainQueue()};
@@ -95,13 +99,13 @@ struct MacAgent::Parts {
     SystemDockAutoHideService dock{runner, commandQueue, mainQueue()};
     DispatchWorkQueue diskQueue{labelled(".disk")};
     MacDocumentPanels panels{mainQueue(), diskQueue};
+    MacChildProcesses children{mainQueue()};
+    UserInterfaceProcess userInterface{[] { return findUserInterface(text(NSBundle.mainBundle.executablePath)); },
+                                       controlSocketPlace().path, mainQueue(), children};
+    std::unique_ptr<UpdateChecker> updates = makeUpdateChecker();
     DispatchWorkQueue pollingQueue{labelled(".window-snapshot")};
     SessionAgent agent;
-    DocumentExchange documents{agent.delegate().workspace(), panels, alerts};
-    std::unique_ptr<UpdateChecker> updates = makeUpdateChecker();
-    KovaMenuBarContent menu{
-        {.delegate = agent.delegate(), .documents = &documents, .updates = updates.get(), .quit = quitMacAgent}};
-    MenuBar menuBar{menu};
+    std::optional<MenuBar> menuBar; // once the agent has started
     // Without this the system lets an application that shows no window rest, and its timers with it. The machine may
     // sleep all the same.
     id<NSObject> activity =
@@ -129,9 +133,11 @@ std::optional<int> MacAgent::start() {
     parts_ = std::make_unique<Parts>();
     if (const auto problem = parts_->agent.start(std::move(*claim))) {
         complaint(*problem);
+        parts_.reset();
         return kExitFailed;
     }
     isStarted_ = true;
+    parts_->menuBar.emplace(parts_->agent.menu());
     openURLs(std::exchange(waitingURLs_, {}));
     return std::nullopt;
 }
@@ -154,9 +160,9 @@ void MacAgent::returnActivation() {
 }
 
 void MacAgent::reopen() {
-    if (!parts_) return;
+    if (!parts_ || !parts_->menuBar) return;
     KovaSettingsWindowController* settings = parts_->agent.delegate().settingsWindow();
-    if (!settings || settings->show(std::nullopt)) parts_->menuBar.open();
+    if (!settings || settings->show(std::nullopt)) parts_->menuBar->open();
 }
 
 void quitMacAgent() {

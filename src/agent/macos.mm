@@ -70,11 +70,16 @@ The log is ~/Library/Logs/KOVA/agent.log, the preferences are in the user's defa
 
 /// A user who opened the application in the Finder sees neither the log nor the terminal.
 - (void)showStartProblem {
-    if (isatty(STDERR_FILENO) || _agent->startProblem().empty()) return;
+    if (isatty(STDERR_FILENO)) return;
+    std::string problem = _agent->startProblem();
+    if (problem.empty()) { // an exception, which is in the log
+        problem =
+            "KOVA ended unexpectedly while it started. Open the log for the reason: ~/Library/Logs/KOVA/agent.log";
+    }
     NSAlert* alert = [[NSAlert alloc] init];
     alert.alertStyle = NSAlertStyleCritical;
     alert.messageText = @"KOVA could not start";
-    alert.informativeText = kova::macos::nsString(_agent->startProblem());
+    alert.informativeText = kova::macos::nsString(problem);
     (void)kova::macos::runAlert(alert);
 }
 

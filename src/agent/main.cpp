@@ -5,6 +5,7 @@
 #include "agent/SessionAgent.h"
 #include "platform/linux/ApplicationScopes.h"
 #include "platform/linux/AutostartEntry.h"
+#include "platform/linux/ChildProcesses.h"
 #include "platform/linux/DesktopEntries.h"
 #include "platform/linux/DesktopLauncher.h"
 #include "platform/linux/EventLoop.h"
@@ -14,8 +15,8 @@
 #include "platform/linux/Process.h"
 #include "platform/linux/SerialWorkQueue.h"
 #include "platform/linux/UnavailableDesktop.h"
-#include "platform/linux/UserInterfaceProcess.h"
 #include "platform/linux/XdgFolders.h"
+#include "platform/posix/UserInterfaceProcess.h"
 #include "platform/x11/X11Desktop.h"
 
 #include <cstdio>
@@ -130,7 +131,9 @@ int manageSession(const AgentOptions& options) {
     SerialWorkQueue pollingQueue("kova-polling");
     AutostartEntry loginItem(folders, ownProgram());
     NoDock dock;
-    UserInterfaceProcess userInterface(ownProgram(), controlSocketPlace().path, loop);
+    ChildProcesses children(loop);
+    UserInterfaceProcess userInterface([] { return findUserInterface(ownProgram(), findProgram); },
+                                       controlSocketPlace().path, loop, children);
     NullAlerts alerts; // the command line asks at its terminal
     SessionAgent agent({.workspace = desktop->services(session, preferences, loop, pollingQueue, alerts),
                         .shell = desktop->shell(session, loginItem, dock, userInterface),

@@ -1,5 +1,8 @@
 // kova-ui as a process, played by shell scripts.
-#include "platform/linux/UserInterfaceProcess.h"
+#include "platform/posix/UserInterfaceProcess.h"
+
+#include "platform/linux/ChildProcesses.h"
+#include "platform/linux/DesktopEntries.h"
 #include "tests/linux/LoopTime.h"
 #include "tests/linux/TemporaryFolder.h"
 
@@ -31,11 +34,14 @@ class UserInterfaceProgram : public ::testing::Test {
         std::ifstream stream(folder_.path() / name);
         return {std::istreambuf_iterator<char>(stream), {}};
     }
+    /// The program is the one that KOVA_UI names.
+    static std::optional<std::string> found() { return findUserInterface("", findProgram); }
     bool isGone(pid_t process) const { return kill(process, 0) != 0; }
 
     TemporaryFolder folder_;
     const std::string path_ = std::getenv("PATH");
     EventLoop loop_;
+    ChildProcesses children_{loop_};
     std::vector<UserInterfaceEnd> ends_;
     const std::function<void(UserInterfaceEnd)> ended_ = [this](UserInterfaceEnd how) { ends_.push_back(how); };
 };
@@ -43,17 +49,18 @@ class UserInterfaceProgram : public ::testing::Test {
 TEST_F(UserInterfaceProgram, IsFoundBesideTheAgentInLibexecOrInPath) {
     const std::string agent = (folder_.path() / "bin/kova-agent").string();
     setenv("PATH", (folder_.path() / "path").string().c_str(), 1);
-    EXPECT_EQ(findUserInterface(agent), std::nullopt);
-    EXPECT_NE(UserInterfaceProcess(agent, "/socket", loop_).absence(), std::nullopt);
-    for (const char* place : {"path/kova-ui", "libexec/kova/kova-ui", "bin/kova-ui"}) {
+    EXPECT_EQ(findUserInterface(agent, findProgram), std::nullopt);
+    EXPECT_NE(UserInterfaceProcess([] { return std::nullopt; }, "/socket", loop_, children_).absence(), std::nullopt);
+    for (const char* place :
+         {"path/kova-ui", "Helpers/kova-ui.app/Contents/MacOS/kova-ui", "libexec/kova/kova-ui", "bin/kova-ui"}) {
         const std::string expected = program(place, "");
-        EXPECT_EQ(findUserInterface(agent), expected) << "and each goes before those found so far";
+        EXPECT_EQ(findUserInterface(agent, findProgram), expected) << "and each goes before those found so far";
     }
     setenv("KOVA_UI", program("other", "").c_str(), 1);
-    EXPECT_EQ(findUserInterface(agent), (folder_.path() / "other").string());
+    EXPECT_EQ(findUserInterface(agent, findProgram), (folder_.path() / "other").string());
     for (const char* none : {"", "/nonexistent/kova-ui"}) {
         setenv("KOVA_UI", none, 1);
-        EXPECT_EQ(findUserInterface(agent), std::nullopt) << none;
+        EXPECT_EQ(findUserInterface(agent, findProgram), std::nullopt) << none;
     }
 }
 
@@ -65,19 +72,19 @@ TEST_F(UserInterfaceProgram, GetsTheSocketAndReportsItsEnd) {
         {"kill -SEGV $$", UserInterfaceEnd::unexpectedly},
     };
     for (const auto& [script, how] : endings) {
-        setenv("KOVA_UI", program("ui", "echo \"$KOVA_SOCKET\" > " + said + "; " + script).c_str(), 1);
-        UserInterfaceProcess process("", "/the/socket", loop_);
+        setenv("KOVA_UI", program("ui", "echo \"$KOVA_SOCKET $KOVA_AGENT_PROCESS\" > " + said + "; " + script).c_str(), 1);
+        UserInterfaceProcess process(found, "/the/socket", loop_, children_);
         ends_.clear();
         process.start(ended_);
         EXPECT_NE(process.process(), std::nullopt);
         ASSERT_TRUE(letPassUntil(loop_, [&] { return !ends_.empty(); })) << script;
         EXPECT_EQ(ends_, std::vector{how}) << script;
         EXPECT_EQ(process.process(), std::nullopt);
-        EXPECT_EQ(contentsOf("said"), "/the/socket\n");
+        EXPECT_EQ(contentsOf("said"), "/the/socket " + std::to_string(getpid()) + "\n");
     }
     setenv("KOVA_UI", program("ui", "").c_str(), 1);
     folder_.write("ui", "neither a script nor a program\n");
-    UserInterfaceProcess process("", "/the/socket", loop_);
+    UserInterfaceProcess process(found, "/the/socket", loop_, children_);
     ends_.clear();
     process.start(ended_);
     ASSERT_TRUE(letPassUntil(loop_, [&] { return !ends_.empty(); }));
@@ -88,7 +95,7 @@ TEST_F(UserInterfaceProgram, GetsTheSocketAndReportsItsEnd) {
 TEST_F(UserInterfaceProgram, EndsOnRequestEvenIfItHangsAndMayBeStartedAgainAtOnce) {
     const std::string ready = (folder_.path() / "ready").string();
     setenv("KOVA_UI", program("ui", "trap '' TERM; : > " + ready + "; while :; do sleep 0.05; done").c_str(), 1);
-    UserInterfaceProcess process("", "/socket", loop_);
+    UserInterfaceProcess process(found, "/socket", loop_, children_);
     process.start(ended_);
     const pid_t first = process.process().value_or(0);
     ASSERT_TRUE(letPassUntil(loop_, [&] { return std::filesystem::exists(ready); }));
@@ -114,7 +121,8 @@ TEST_F(UserInterfaceProgram, IsKilledWithAnAgentThatIsKilled) {
     const pid_t agent = fork();
     if (agent == 0) {
         EventLoop loop;
-        UserInterfaceProcess process("", "/socket", loop);
+        ChildProcesses children(loop);
+        UserInterfaceProcess process(found, "/socket", loop, children);
         process.start({});
         loop.run();
         _exit(0);

@@ -4,49 +4,24 @@
 #pragma once
 
 #include "platform/linux/EventLoop.h"
+#include "platform/posix/ChildStarting.h"
 #include "support/Lifetime.h"
 
-#include <sys/types.h>
-
-#include <functional>
 #include <map>
 #include <memory>
-#include <optional>
 #include <set>
-#include <string>
-#include <variant>
-#include <vector>
 
 namespace kova {
 
-struct Command {
-    std::vector<std::string> words;       // the first one is the program, by its absolute path
-    std::string folder;                   // to start in
-    std::vector<std::string> environment; // all of it, as NAME=value
-    bool endsWithParent = false;          // the kernel kills the program when this thread ends
-};
-
-/// Why the program could not be started.
-struct StartFailure {
-    enum class Step { creatingProcess, enteringFolder, running };
-    Step step = Step::running;
-    int error = 0; // errno
-};
-
-class ChildProcesses {
+class ChildProcesses final : public ChildStarting {
   public:
     explicit ChildProcesses(EventLoop& loop);
     /// Started programs go on; pending callbacks are not called.
-    ~ChildProcesses();
+    ~ChildProcesses() override;
     ChildProcesses(const ChildProcesses&) = delete;
     ChildProcesses& operator=(const ChildProcesses&) = delete;
 
-    /// Calls `started` once, after this has returned: with the process once the program runs in it.
-    using Started = std::function<void(std::variant<pid_t, StartFailure>)>;
-    /// Called after `started`, once the process has ended and was reaped, with the status of waitpid.
-    using Ended = std::function<void(pid_t, int waitStatus)>;
-    /// Returns the process, which may still fail to run the program; absent if there is none.
-    std::optional<pid_t> start(const Command& command, Started started, Ended ended = {});
+    std::optional<pid_t> start(const Command& command, Started started, Ended ended = {}) override;
     /// Whether the process, the last one started here with that number, has ended with status 0.
     bool hasSucceeded(pid_t process) const { return succeeded_.contains(process); }
 

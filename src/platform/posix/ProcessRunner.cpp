@@ -1,9 +1,10 @@
 #include "platform/posix/ProcessRunner.h"
 
+#include "platform/posix/Spawn.h"
+
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -12,8 +13,6 @@
 #include <cerrno>
 #include <chrono>
 #include <cstring>
-
-extern char** environ;
 
 namespace kova {
 
@@ -71,41 +70,6 @@ class Pipe {
     std::array<int, 2> ends_{};
 };
 
-/// The process, or the error number that kept it from starting.
-struct Started {
-    pid_t process = 0;
-    int error = 0;
-};
-
-Started start(const std::string& program, const std::vector<std::string>& arguments, const Pipe& out, const Pipe& err) {
-    std::vector<char*> words{const_cast<char*>(program.c_str())};
-    for (const std::string& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));
-    words.push_back(nullptr);
-
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, out.writeEnd(), STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, err.writeEnd(), STDERR_FILENO);
-    posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    sigset_t none;
-    sigemptyset(&none);
-    sigset_t changed; // what an agent ignores or handles
-    sigemptyset(&changed);
-    for (const int signal : {SIGPIPE, SIGTERM, SIGINT, SIGHUP}) sigaddset(&changed, signal);
-    posix_spawnattr_setsigmask(&attributes, &none);
-    posix_spawnattr_setsigdefault(&attributes, &changed);
-    posix_spawnattr_setpgroup(&attributes, 0);
-    posix_spawnattr_setflags(
-        &attributes, static_cast<short>(POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETPGROUP));
-    Started started;
-    started.error = posix_spawn(&started.process, program.c_str(), &actions, &attributes, words.data(), environ);
-    posix_spawnattr_destroy(&attributes);
-    posix_spawn_file_actions_destroy(&actions);
-    return started;
-}
-
 } // namespace
 
 ProcessOutcome ProcessRunner::run(const std::string& program, const std::vector<std::string>& arguments,
@@ -119,7 +83,9 @@ ProcessOutcome ProcessRunner::run(const std::string& program, const std::vector<
         outcome.problem = std::strerror(errno);
         return outcome;
     }
-    const auto [process, error] = start(program, arguments, out, err);
+    SpawnPlan plan{.words = {program}, .output = out.writeEnd(), .error = err.writeEnd()};
+    plan.words.insert(plan.words.end(), arguments.begin(), arguments.end());
+    const auto [process, error] = spawn(plan);
     if (error != 0) {
         outcome.problem = std::strerror(error);
         return outcome;

@@ -1,6 +1,6 @@
-#include "platform/linux/UserInterfaceProcess.h"
+#include "platform/posix/UserInterfaceProcess.h"
 
-#include "platform/linux/DesktopEntries.h"
+#include "platform/posix/Spawn.h"
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -16,57 +16,59 @@ namespace kova {
 namespace {
 
 constexpr const char* kProgram = "kova-ui";
-constexpr std::string_view kSocketVariable = "KOVA_SOCKET=";
+constexpr std::string_view kSocketVariable = "KOVA_SOCKET=", kAgentVariable = "KOVA_AGENT_PROCESS=";
 constexpr Seconds kTimeToEnd{2};
 
 std::vector<std::string> environmentWith(const std::string& socketPath) {
-    std::vector<std::string> environment;
-    for (char** variable = environ; variable && *variable; ++variable) {
-        if (!std::string_view(*variable).starts_with(kSocketVariable)) environment.emplace_back(*variable);
-    }
+    auto environment = ownEnvironment();
+    std::erase_if(environment, [](const std::string& variable) {
+        return variable.starts_with(kSocketVariable) || variable.starts_with(kAgentVariable);
+    });
     environment.push_back(std::string(kSocketVariable) + socketPath);
+    environment.push_back(std::string(kAgentVariable) + std::to_string(getpid()));
     return environment;
 }
 
 } // namespace
 
-std::optional<std::string> findUserInterface(const std::string& ownProgram) {
+std::optional<std::string> findUserInterface(const std::string& ownProgram, const ProgramSearch& search) {
     const auto isProgram = [](const std::string& path) { return access(path.c_str(), X_OK) == 0; };
     if (const char* named = std::getenv("KOVA_UI")) {
         return *named && isProgram(named) ? std::optional(std::string(named)) : std::nullopt;
     }
     const std::filesystem::path folder = std::filesystem::path(ownProgram).parent_path();
-    for (const auto& path : {folder / kProgram, folder.parent_path() / "libexec/kova" / kProgram}) {
+    for (const auto& path : {folder / kProgram, folder.parent_path() / "libexec/kova" / kProgram,
+                             folder.parent_path() / "Helpers/kova-ui.app/Contents/MacOS" / kProgram}) {
         if (!ownProgram.empty() && isProgram(path)) return path.string();
     }
-    return findProgram(kProgram);
+    return search ? search(kProgram) : std::nullopt;
 }
 
-UserInterfaceProcess::UserInterfaceProcess(std::string ownProgram, std::string socketPath, EventLoop& loop) :
-    ownProgram_(std::move(ownProgram)), socketPath_(std::move(socketPath)), loop_(loop), children_(loop) {}
+UserInterfaceProcess::UserInterfaceProcess(std::function<std::optional<std::string>()> find, std::string socketPath,
+                                           MainQueue& queue, ChildStarting& children) :
+    find_(std::move(find)),
+    socketPath_(std::move(socketPath)), queue_(queue), children_(children) {}
 
 std::optional<std::string> UserInterfaceProcess::absence() const {
-    if (findUserInterface(ownProgram_)) return std::nullopt;
+    if (find_()) return std::nullopt;
     return "kova-ui is not installed: no tile footers, backdrop or menu are shown";
 }
 
 void UserInterfaceProcess::start(std::function<void(UserInterfaceEnd)> ended) {
     if (process_) return;
     ended_ = std::move(ended);
-    const auto program = findUserInterface(ownProgram_);
+    const auto program = find_();
     const Command command{.words = {program.value_or("/nonexistent")},
                           .folder = "/",
                           .environment = environmentWith(socketPath_),
                           .endsWithParent = true};
     const std::uint64_t run = ++run_;
-    process_ = children_.start(
-        command,
-        [this, run](const auto& how) {
-            if (run != run_ || !std::holds_alternative<StartFailure>(how)) return;
-            process_.reset();
-            if (const auto tell = std::exchange(ended_, nullptr)) tell(UserInterfaceEnd::notStarted);
-        },
-        [this](pid_t process, int waitStatus) { reaped(process, waitStatus); });
+    process_ = children_.start(command, lifetime_.guard([this, run](const std::variant<pid_t, StartFailure>& how) {
+        if (run != run_ || !std::holds_alternative<StartFailure>(how)) return;
+        process_.reset();
+        if (const auto tell = std::exchange(ended_, nullptr)) tell(UserInterfaceEnd::notStarted);
+    }),
+                               lifetime_.guard([this](pid_t process, int waitStatus) { reaped(process, waitStatus); }));
 }
 
 void UserInterfaceProcess::reaped(pid_t process, int waitStatus) {
@@ -86,7 +88,7 @@ void UserInterfaceProcess::end() {
     ++run_;
     ending_.insert(process);
     kill(process, SIGTERM);
-    loop_.after(kTimeToEnd, lifetime_.guard([this, process] {
+    queue_.after(kTimeToEnd, lifetime_.guard([this, process] {
         if (ending_.contains(process)) kill(process, SIGKILL);
     }));
 }

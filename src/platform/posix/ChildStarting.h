@@ -1,0 +1,41 @@
+// Starts other programs and tells of their ends, in the way of the system.
+#pragma once
+
+#include <sys/types.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace kova {
+
+struct Command {
+    std::vector<std::string> words;       // the first one is the program, by its absolute path
+    std::string folder;                   // to start in
+    std::vector<std::string> environment; // all of it, as NAME=value
+    bool endsWithParent = false;          // the program is killed when this thread ends, where the kernel does that
+};
+
+/// Why there is no such process.
+struct StartFailure {
+    enum class Step { creatingProcess, enteringFolder, running };
+    Step step = Step::running;
+    int error = 0; // errno
+};
+
+class ChildStarting {
+  public:
+    virtual ~ChildStarting() = default;
+
+    /// Calls `started` once, after this has returned: with the process once the program runs in it.
+    using Started = std::function<void(std::variant<pid_t, StartFailure>)>;
+    /// Called after `started`, once the process has ended and was reaped, with what waitpid gave.
+    using Ended = std::function<void(pid_t, int waitStatus)>;
+    /// Starts the program in a session of its own, without descriptors of ours and without waiting. Gives the process,
+    /// which may still fail to run the program; absent when there is none. Main thread.
+    virtual std::optional<pid_t> start(const Command& command, Started started, Ended ended) = 0;
+};
+
+} // namespace kova

@@ -1,0 +1,88 @@
+#include "platform/posix/Spawn.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <unistd.h>
+
+extern char** environ;
+
+namespace kova {
+
+namespace {
+
+std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
+    std::vector<char*> pointers;
+    for (const auto& text : texts) pointers.push_back(const_cast<char*>(text.c_str()));
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+/// What the calls prepare has to be given back.
+struct FileActions {
+    posix_spawn_file_actions_t actions{};
+    FileActions() { posix_spawn_file_actions_init(&actions); }
+    FileActions(const FileActions&) = delete;
+    FileActions& operator=(const FileActions&) = delete;
+    ~FileActions() { posix_spawn_file_actions_destroy(&actions); }
+    void use(int descriptor, int as) {
+        if (descriptor >= 0) {
+            posix_spawn_file_actions_adddup2(&actions, descriptor, as);
+        } else {
+            posix_spawn_file_actions_addopen(&actions, as, "/dev/null", O_RDWR, 0);
+        }
+    }
+};
+
+struct Attributes {
+    posix_spawnattr_t attributes{};
+    Attributes() { posix_spawnattr_init(&attributes); }
+    Attributes(const Attributes&) = delete;
+    Attributes& operator=(const Attributes&) = delete;
+    ~Attributes() { posix_spawnattr_destroy(&attributes); }
+};
+
+} // namespace
+
+Spawned spawn(const SpawnPlan& plan) {
+    FileActions files;
+    files.use(-1, STDIN_FILENO);
+    files.use(plan.output, STDOUT_FILENO);
+    files.use(plan.error, STDERR_FILENO);
+
+    Attributes with;
+    sigset_t none;
+    sigemptyset(&none);
+    sigset_t changed; // what an agent ignores or handles
+    sigemptyset(&changed);
+    for (const int signal : {SIGPIPE, SIGTERM, SIGINT, SIGHUP}) sigaddset(&changed, signal);
+    posix_spawnattr_setsigmask(&with.attributes, &none);
+    posix_spawnattr_setsigdefault(&with.attributes, &changed);
+    int flags = POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF;
+#if defined(POSIX_SPAWN_CLOEXEC_DEFAULT)
+    flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
+#endif
+#if defined(POSIX_SPAWN_SETSID)
+    if (plan.isSessionOfItsOwn) flags |= POSIX_SPAWN_SETSID;
+#endif
+    if (!plan.isSessionOfItsOwn) {
+        posix_spawnattr_setpgroup(&with.attributes, 0);
+        flags |= POSIX_SPAWN_SETPGROUP;
+    }
+    posix_spawnattr_setflags(&with.attributes, static_cast<short>(flags));
+
+    const auto words = pointersTo(plan.words);
+    const auto environment = pointersTo(plan.environment);
+    Spawned spawned;
+    spawned.error = posix_spawn(&spawned.process, words[0], &files.actions, &with.attributes, words.data(),
+                                plan.environment.empty() ? environ : environment.data());
+    return spawned;
+}
+
+std::vector<std::string> ownEnvironment() {
+    std::vector<std::string> environment;
+    for (char** variable = environ; variable && *variable; ++variable) environment.emplace_back(*variable);
+    return environment;
+}
+
+} // namespace kova

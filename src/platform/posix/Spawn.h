@@ -1,0 +1,30 @@
+// Starts a program with the system's own call for that.
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+namespace kova {
+
+struct SpawnPlan {
+    std::vector<std::string> words{};       // the first one is the program, by its full path
+    std::vector<std::string> environment{}; // all of it, as NAME=value; empty: that of this process
+    int output = -1, error = -1;            // descriptors of ours for its standard output and error; -1: /dev/null
+    bool isSessionOfItsOwn = false;         // else only a process group of its own
+};
+
+struct Spawned {
+    pid_t process = 0;
+    int error = 0; // errno; 0 when the program runs
+};
+
+/// The program begins with the usual signals, without input, and in the present folder. It gets the descriptors named
+/// and, where the system can, no others; else those that are not closed on exec.
+Spawned spawn(const SpawnPlan& plan);
+
+/// The environment of this process, as NAME=value.
+std::vector<std::string> ownEnvironment();
+
+} // namespace kova

@@ -1,0 +1,50 @@
+// kova-ui as a child process, which ends with this one. Main thread only.
+#pragma once
+
+#include "app/UserInterfaceServicing.h"
+#include "platform/posix/ChildStarting.h"
+#include "support/Lifetime.h"
+#include "support/MainQueue.h"
+
+#include <cstdint>
+#include <functional>
+#include <set>
+#include <string>
+
+namespace kova {
+
+/// Finds a program in PATH.
+using ProgramSearch = std::function<std::optional<std::string>(const std::string& name)>;
+
+/// The path of kova-ui: the variable KOVA_UI if it is set (none if it is empty), else beside this program, relative to it
+/// in ../libexec/kova or in the application in ../Helpers, or the result of the search. Absent if it is not found.
+std::optional<std::string> findUserInterface(const std::string& ownProgram, const ProgramSearch& search = {});
+
+class UserInterfaceProcess final : public UserInterfaceServicing {
+  public:
+    /// `find` tells where the program is now; `socketPath` is passed to it as KOVA_SOCKET, and the number of this
+    /// process as KOVA_AGENT_PROCESS. The queue and the children outlive this.
+    UserInterfaceProcess(std::function<std::optional<std::string>()> find, std::string socketPath, MainQueue& queue,
+                         ChildStarting& children);
+    ~UserInterfaceProcess() override { end(); }
+
+    std::optional<std::string> absence() const override;
+    void start(std::function<void(UserInterfaceEnd)> ended) override;
+    void end() override;
+    std::optional<pid_t> process() const override { return process_; }
+
+  private:
+    void reaped(pid_t process, int waitStatus);
+
+    std::function<std::optional<std::string>()> find_;
+    std::string socketPath_;
+    MainQueue& queue_;
+    ChildStarting& children_;
+    std::optional<pid_t> process_;
+    std::uint64_t run_ = 0;                       // counts starts and ends
+    std::function<void(UserInterfaceEnd)> ended_; // of `process_`
+    std::set<pid_t> ending_;                      // requested to end, still running
+    Lifetime lifetime_;
+};
+
+} // namespace kova
