@@ -52,6 +52,14 @@ std::vector<DiagnosticLine> diagnosticLines(const SystemConflicts& conflicts) {
     return lines;
 }
 
+std::string stalePermissionRemedy(const std::string& bundleIdentifier) {
+    const std::string remedy =
+        "macOS ignores the Accessibility permission of KOVA, as it does after an update with another signature: remove "
+        "KOVA from the list under System Settings → Privacy & Security → Accessibility and add it again";
+    if (bundleIdentifier.empty()) return remedy + "."; // “tccutil reset” without one would reset all applications
+    return remedy + ", or run “tccutil reset Accessibility " + bundleIdentifier + "” and start KOVA anew.";
+}
+
 std::vector<KeyCombination> heldBySystem(std::span<const KeyCombination> claimed, std::span<const SystemHotKey> keys) {
     std::vector<KeyCombination> held;
     for (const KeyCombination& combination : claimed) {

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string>
 #include <vector>
 
 namespace kova {
@@ -21,6 +22,10 @@ struct SystemConflicts {
 
 /// A line for each that is on.
 std::vector<DiagnosticLine> diagnosticLines(const SystemConflicts& conflicts);
+
+/// What to do about a permission that the system shows as given and ignores. The identifier is that of the application;
+/// empty for a program that runs outside of one.
+std::string stalePermissionRemedy(const std::string& bundleIdentifier);
 
 /// A shortcut of the system itself.
 struct SystemHotKey {

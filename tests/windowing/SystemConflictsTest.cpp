@@ -22,6 +22,12 @@ TEST(SystemConflicts, EachActiveConflictIsReportedOnce) {
     EXPECT_EQ(subjects({.isStageManagerOn = true, .isVoiceOverOn = true}), "Stage Manager VoiceOver ");
 }
 
+TEST(SystemConflicts, APermissionIsResetForOneApplicationOnly) {
+    EXPECT_NE(stalePermissionRemedy("org.example.kova").find("“tccutil reset Accessibility org.example.kova”"),
+              std::string::npos);
+    EXPECT_EQ(stalePermissionRemedy("").find("tccutil"), std::string::npos);
+}
+
 TEST(SystemConflicts, AShortcutOfTheSystemCountsWithItsKeyAndAllItsModifiers) {
     const KeyCombination left{123, modifierFlag::control | modifierFlag::option};
     const struct {

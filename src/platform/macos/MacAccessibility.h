@@ -4,13 +4,13 @@
 #pragma once
 
 #include "support/MainQueue.h"
+#include "support/Mutex.h"
 #include "support/Published.h"
 #include "windowing/AccessibilityErrors.h"
 #include "windowing/AccessibilityServicing.h"
 #include "windowing/ApplicationBackoff.h"
 
 #include <atomic>
-#include <mutex>
 
 namespace kova::macos {
 
@@ -49,9 +49,9 @@ class MacAccessibility final : public AccessibilityServicing {
     std::shared_ptr<const void> systemWide_;
     std::atomic<std::uint64_t> spaceChanges_{0};
     Subscription spaceChangesSubscription_;
-    mutable std::mutex mutex_; // of the two below
-    mutable ApplicationBackoff backoff_;
-    mutable IgnoredPermission ignoredPermission_;
+    mutable Mutex mutex_;
+    mutable ApplicationBackoff backoff_ KOVA_GUARDED_BY(mutex_);
+    mutable IgnoredPermission ignoredPermission_ KOVA_GUARDED_BY(mutex_);
 };
 
 } // namespace kova::macos

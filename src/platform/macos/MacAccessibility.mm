@@ -85,7 +85,7 @@ bool MacAccessibility::requestTrust(bool prompt) {
 }
 
 std::optional<std::string> MacAccessibility::stalePermission() const {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     if (!ignoredPermission_.isIgnored()) return std::nullopt;
     return "macOS ignores the Accessibility permission of KOVA: remove KOVA from the list in System Settings and "
            "add it again";
@@ -101,11 +101,11 @@ std::optional<int> MacAccessibility::ask(pid_t process, const std::function<int(
     const auto occasion = NSThread.isMainThread ? AskingOccasion::mainThread : AskingOccasion::poll;
     const Seconds asked = queue_.uptime();
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         if (!backoff_.mayAsk(process, occasion, asked)) return std::nullopt;
     }
     const int error = request();
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     ignoredPermission_.note(process, error);
     backoff_.note(process, accessibilityOutcome(error), asked, queue_.uptime());
     return error;
@@ -208,7 +208,7 @@ std::vector<OnScreenWindow> MacAccessibility::onScreenWindows() const {
 }
 
 std::vector<pid_t> MacAccessibility::silentApplications() const {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     return backoff_.silent();
 }
 

@@ -4,12 +4,12 @@
 
 #include "support/Lifetime.h"
 #include "support/MainQueue.h"
+#include "support/Mutex.h"
 #include "windowing/AccessibilityServicing.h"
 #include "windowing/ApplicationServicing.h"
 #include "windowing/RequestedHiding.h"
 
 #include <map>
-#include <mutex>
 #include <set>
 
 namespace kova::macos {
@@ -48,11 +48,11 @@ class MacApplications final : public ApplicationServicing {
   private:
     MainQueue& queue_;
     AccessibilityServicing& accessibility_;
-    mutable std::mutex mutex_; // of the icons and of the hiding
+    mutable Mutex mutex_;
     // The system makes a new image with every question; an application keeps its own.
-    mutable std::map<pid_t, ApplicationIcon> icons_;
-    RequestedHiding requestedHiding_;
-    std::set<pid_t> hidden_; // by us
+    mutable std::map<pid_t, ApplicationIcon> icons_ KOVA_GUARDED_BY(mutex_);
+    RequestedHiding requestedHiding_ KOVA_GUARDED_BY(mutex_);
+    std::set<pid_t> hidden_; // by us; main thread
     Lifetime lifetime_;
 
     bool isHidden(const void* application) const;

@@ -93,7 +93,7 @@ void MacApplications::settleHiddenWindows(LeftWindows leftWindows) {
 bool MacApplications::isHidden(const void* object) const {
     auto* application = (__bridge NSRunningApplication*)object;
     const bool isReportedHidden = application.hidden != NO; // the same until the main run loop goes on
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     return requestedHiding_.isHidden(application.processIdentifier, isReportedHidden, queue_.uptime());
 }
 
@@ -115,13 +115,13 @@ ApplicationIcon MacApplications::iconOf(const void* object) const {
     auto* application = (__bridge NSRunningApplication*)object;
     const pid_t process = application.processIdentifier;
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         if (const auto kept = icons_.find(process); kept != icons_.end()) return kept->second;
     }
     // Without the lock: it may come from the disk, and the main thread must not wait for the polling queue.
     auto made = icon(application.icon);
     if (made.isEmpty()) return made;
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     return icons_.try_emplace(process, std::move(made)).first->second;
 }
 
@@ -136,7 +136,7 @@ std::vector<RunningApplication> MacApplications::runningApplications() const {
             running.push_back(describe((__bridge const void*)application));
         }
     }
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     std::erase_if(icons_, [&](const auto& kept) {
         return std::ranges::find(running, kept.first, &RunningApplication::processIdentifier) == running.end();
     });
@@ -189,7 +189,7 @@ void MacApplications::hide(pid_t processIdentifier) {
         if (!application || isHidden((__bridge const void*)application)) return;
         if (![application hide]) return;
         {
-            const std::lock_guard lock(mutex_);
+            const MutexLock lock(mutex_);
             requestedHiding_.hide(processIdentifier, queue_.uptime());
         }
         hidden_.insert(processIdentifier);
@@ -201,7 +201,7 @@ void MacApplications::unhide(pid_t processIdentifier) {
     @autoreleasepool {
         if (hidden_.erase(processIdentifier) > 0) keepHidden();
         if (![find(processIdentifier) unhide]) return;
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         requestedHiding_.show(processIdentifier, queue_.uptime());
     }
 }

@@ -4,11 +4,11 @@
 
 #include "platform/macos/MacAccessibility.h"
 #include "support/Lifetime.h"
+#include "support/Mutex.h"
 
 #include <atomic>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <vector>
 
 namespace kova::macos {
@@ -43,8 +43,8 @@ class MacChangeObservers final : public DesktopChangeServicing {
     std::function<void()> callback_;
     std::uint64_t request_ = 0; // the newest call of notifyWhenChanged
     std::vector<Subscription> systemChanges_;
-    std::mutex mutex_; // of the observers
-    std::map<pid_t, std::shared_ptr<Observer>> observers_;
+    Mutex mutex_;
+    std::map<pid_t, std::shared_ptr<Observer>> observers_ KOVA_GUARDED_BY(mutex_);
     Lifetime lifetime_;
 };
 

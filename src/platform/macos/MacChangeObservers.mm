@@ -87,7 +87,7 @@ void MacChangeObservers::notifyWhenChanged(std::uint64_t count, std::function<vo
 }
 
 std::shared_ptr<MacChangeObservers::Observer> MacChangeObservers::observerOf(pid_t process) {
-    const std::lock_guard lock(mutex_);
+    const MutexLock lock(mutex_);
     auto& known = observers_[process];
     if (known) return known;
     Owned<AXObserverRef> created;
@@ -119,7 +119,7 @@ AnnouncementAnswer MacChangeObservers::requestAnnouncements(const AccessibilityE
 void MacChangeObservers::endAnnouncements(const AccessibilityElement& element) {
     std::shared_ptr<Observer> observed;
     {
-        const std::lock_guard lock(mutex_);
+        const MutexLock lock(mutex_);
         const auto known = observers_.find(element.processIdentifier);
         if (known == observers_.end()) return;
         observed = known->second;

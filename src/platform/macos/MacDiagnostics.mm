@@ -48,12 +48,8 @@ std::vector<DiagnosticLine> MacDiagnostics::diagnose() const {
                          "Security → Accessibility."});
     }
     if (accessibility_.isProcessTrusted() && accessibility_.stalePermission()) {
-        NSString* identifier = NSBundle.mainBundle.bundleIdentifier;
         lines.push_back({"permission", DiagnosticVerdict::wrong,
-                         "macOS ignores the Accessibility permission of KOVA, as it does after an update with another "
-                         "signature: remove KOVA from the list under System Settings → Privacy & Security → "
-                         "Accessibility and add it again, or run “tccutil reset Accessibility " +
-                             text(identifier) + "” and start KOVA anew."});
+                         stalePermissionRemedy(text(NSBundle.mainBundle.bundleIdentifier))});
     }
     for (auto& line : diagnosticLines(systemConflicts())) lines.push_back(std::move(line));
     for (const pid_t process : accessibility_.silentApplications()) {

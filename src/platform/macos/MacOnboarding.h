@@ -4,6 +4,8 @@
 #include "app/OnboardingServicing.h"
 #include "support/Lifetime.h"
 
+#include <cstdint>
+
 namespace kova::macos {
 
 class MacOnboarding final : public OnboardingServicing {
@@ -14,11 +16,13 @@ class MacOnboarding final : public OnboardingServicing {
 
   private:
     void run();
+    void finish(std::uint64_t showing, bool isContinued, bool isOfferChanged, bool isOfferOn);
 
     std::optional<OnboardingOffer> offer_; // while it is shown, or about to be
     std::function<void()> askForPermission_;
-    bool isWanted_ = false; // shown, or about to be
-    bool isRunning_ = false;
+    bool isWanted_ = false;     // shown, or about to be
+    bool isRunning_ = false;    // also while a closed dialog has not gone yet
+    std::uint64_t showing_ = 0; // counts the calls of showOnboarding that took effect
     Lifetime lifetime_;
 };
 

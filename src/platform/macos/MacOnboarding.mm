@@ -38,6 +38,7 @@ NSView* offerView(NSButton* box, const OnboardingOffer& offer) {
 
 void MacOnboarding::showOnboarding(std::optional<OnboardingOffer> offer, std::function<void()> askForPermission) {
     if (std::exchange(isWanted_, true)) return;
+    ++showing_;
     offer_ = std::move(offer);
     askForPermission_ = std::move(askForPermission);
     runDialogSoon(lifetime_.guard([this] {
@@ -70,17 +71,24 @@ void MacOnboarding::run() {
     const NSControlStateValue before = box.state;
     if (box) dialog.accessoryView = offerView(box, *offer_);
     // The agent may end while the dialog waits, and this with it.
-    auto finish = lifetime_.guard([this, box, before](NSModalResponse answer) {
-        isWanted_ = isRunning_ = false;
-        const auto offer = std::exchange(offer_, std::nullopt);
-        const auto askForPermission = std::exchange(askForPermission_, nullptr);
-        if (answer != NSAlertFirstButtonReturn) return returnActivationSoon(); // else the system asks next
-        if (offer && box.state != before) offer->choose(box.state == NSControlStateValueOn);
-        if (askForPermission) askForPermission();
+    auto finishUnlessGone = lifetime_.guard([this, box, before, showing = showing_](NSModalResponse answer) {
+        finish(showing, answer == NSAlertFirstButtonReturn, box.state != before, box.state == NSControlStateValueOn);
     });
     isRunning_ = true;
     const NSModalResponse answer = runAlert(dialog);
-    finish(answer);
+    finishUnlessGone(answer);
+}
+
+void MacOnboarding::finish(std::uint64_t showing, bool isContinued, bool isOfferChanged, bool isOfferOn) {
+    isRunning_ = false;
+    if (!isWanted_) return returnActivationSoon();
+    if (showing != showing_) return; // closed, and to be shown again: the run loop does that next
+    isWanted_ = false;
+    const auto offer = std::exchange(offer_, std::nullopt);
+    const auto askForPermission = std::exchange(askForPermission_, nullptr);
+    if (!isContinued) return returnActivationSoon(); // else the system asks next
+    if (offer && isOfferChanged) offer->choose(isOfferOn);
+    if (askForPermission) askForPermission();
 }
 
 } // namespace kova::macos
