@@ -1,11 +1,20 @@
 # kova-ui: the one program with Qt. Without Qt everything else is built all the same.
 option(KOVA_BUILD_UI "Build kova-ui, the user interface" ON)
-if(NOT KOVA_BUILD_UI OR APPLE)
+if(NOT KOVA_BUILD_UI)
   return()
 endif()
+if(APPLE AND BREW)
+  execute_process(COMMAND ${BREW} --prefix qt OUTPUT_VARIABLE qt_prefix OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
+  list(APPEND CMAKE_PREFIX_PATH ${qt_prefix})
+endif()
 find_package(Qt6 6.2 QUIET COMPONENTS Widgets DBus)
-pkg_check_modules(XCB_UI QUIET IMPORTED_TARGET xcb xcb-randr xcb-shape xcb-xfixes)
-if(NOT Qt6_FOUND OR NOT XCB_UI_FOUND)
+if(APPLE)
+  set(window_system "-framework AppKit")
+else()
+  pkg_check_modules(XCB_UI QUIET IMPORTED_TARGET xcb xcb-randr xcb-shape xcb-xfixes)
+  set(window_system PkgConfig::XCB_UI)
+endif()
+if(NOT Qt6_FOUND OR NOT (APPLE OR XCB_UI_FOUND))
   message(STATUS "kova-ui is left out: Qt 6 (qt6-base-dev) or libxcb-randr0-dev, libxcb-shape0-dev, libxcb-xfixes0-dev are missing; "
     "script/bootstrap installs them")
   return()
@@ -13,11 +22,18 @@ endif()
 
 file(GLOB_RECURSE ui_sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/ui/*.cpp ${CMAKE_CURRENT_LIST_DIR}/ui/*.h)
 list(FILTER ui_sources EXCLUDE REGEX /ui/main\\.cpp$)
+if(APPLE)
+  list(FILTER ui_sources EXCLUDE REGEX /ui/x11/)
+  list(APPEND ui_sources ${CMAKE_CURRENT_LIST_DIR}/ui/macos/MacPlatform.mm)
+else()
+  list(FILTER ui_sources EXCLUDE REGEX /ui/macos/)
+endif()
 # Not an archive: windows and panes enter themselves in lists, and nothing refers to their files.
 add_library(kova_ui OBJECT ${ui_sources})
 set_target_properties(kova_ui PROPERTIES AUTOMOC ON UNITY_BUILD OFF) # moc and names of files on their own
-target_link_libraries(kova_ui PUBLIC kova_control_client kova_themes Qt6::Widgets Qt6::DBus PkgConfig::XCB_UI)
+target_link_libraries(kova_ui PUBLIC kova_control_client kova_themes Qt6::Widgets Qt6::DBus ${window_system})
 target_compile_definitions(kova_ui PUBLIC QT_NO_FOREACH QT_NO_KEYWORDS)
+target_compile_options(kova_ui PRIVATE $<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc>)
 
 # Translations are compiled into the program. script/translate renews the files after texts have changed.
 find_package(Qt6LinguistTools QUIET)

@@ -1,5 +1,5 @@
 # kova-ui: its pictures, its pointer, its client, without a screen; and its windows on private X servers.
-if(NOT TARGET kova_ui)
+if(NOT TARGET kova_ui OR APPLE) # its windows are tried on X servers
   return()
 endif()
 find_package(Qt6 REQUIRED COMPONENTS Test)

@@ -1,5 +1,5 @@
-# KOVA.app: the agent with its icon, its Info.plist and the command line inside (Contents/Helpers/kova), and where asked
-# for Sparkle and the intents in Swift. Included beside the agent's target. On other systems only what can be made
+# KOVA.app: the agent with its icon, its Info.plist, the command line (Contents/Helpers/kova) and, where Qt is installed,
+# kova-ui as an application of its own beside it; and where asked for Sparkle and the intents in Swift. Included beside the agent's target. On other systems only what can be made
 # there, for the tests: the Info.plist and the Swift source.
 set(bundle_folder ${CMAKE_CURRENT_LIST_DIR})
 set(KOVA_BUNDLE_IDENTIFIER org.example.kova CACHE STRING "Under which the Mac knows the application and its permissions")
@@ -14,6 +14,8 @@ if(KOVA_WITH_SPARKLE AND KOVA_UPDATE_FEED)
 endif()
 set(info_plist ${PROJECT_BINARY_DIR}/macos/Info.plist)
 configure_file(${bundle_folder}/Info.plist.in ${info_plist} @ONLY)
+set(ui_info_plist ${PROJECT_BINARY_DIR}/macos/kova-ui.plist)
+configure_file(${bundle_folder}/kova-ui.plist.in ${ui_info_plist} @ONLY)
 
 add_executable(kova-generate-intents ${bundle_folder}/generate-intents.cpp)
 target_link_libraries(kova-generate-intents PRIVATE kova_options)
@@ -47,6 +49,19 @@ add_dependencies(kova-agent kova)
 add_custom_command(TARGET kova-agent POST_BUILD
   COMMAND ${CMAKE_COMMAND} -E make_directory ${contents}/Helpers
   COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE:kova> ${contents}/Helpers/kova VERBATIM)
+
+if(TARGET kova-ui)
+  set_target_properties(kova-ui PROPERTIES
+    MACOSX_BUNDLE TRUE
+    MACOSX_BUNDLE_INFO_PLIST ${ui_info_plist}
+    XCODE_ATTRIBUTE_PRODUCT_BUNDLE_IDENTIFIER ${KOVA_BUNDLE_IDENTIFIER}.ui)
+  # A signed application loads libraries of the same signer only, so that Qt goes along.
+  find_program(MACDEPLOYQT macdeployqt HINTS ${QT6_INSTALL_PREFIX}/bin ${qt_prefix}/bin REQUIRED)
+  add_dependencies(kova-agent kova-ui)
+  add_custom_command(TARGET kova-agent POST_BUILD
+    COMMAND ditto $<TARGET_BUNDLE_DIR:kova-ui> ${contents}/Helpers/kova-ui.app
+    COMMAND ${MACDEPLOYQT} ${contents}/Helpers/kova-ui.app -verbose=1 VERBATIM)
+endif()
 
 # Titles and phrases are read out of the source by Xcode's own build, as in the preset "macos"; any other build compiles
 # the intents, but the system does not find them.

@@ -2,7 +2,14 @@
 
 #include "ui/overlay/PlainPlatform.h"
 #include "ui/style/WidgetPalette.h"
+
+#include <QtGlobal>
+
+#if defined(Q_OS_MACOS)
+#include "ui/macos/MacPlatform.h"
+#else
 #include "ui/x11/X11Platform.h"
+#endif
 
 #include <QApplication>
 #include <QCursor>
@@ -50,6 +57,10 @@ Program::Program(const std::string& socketPath) :
                   [this](const std::string& what) {
                       link_.call("ui.hide", {{"what", what}});
                   }}) {
+#if defined(Q_OS_MACOS)
+    endWithAgent();
+    platform_ = std::make_unique<MacPlatform>();
+#else
     if (const auto* x11 = qApp->nativeInterface<QNativeInterface::QX11Application>()) {
         auto platform = X11Platform::create(x11->connection());
         if (platform) {
@@ -60,6 +71,7 @@ Program::Program(const std::string& socketPath) :
             platform_ = std::move(platform);
         }
     }
+#endif
     if (!platform_) platform_ = std::make_unique<PlainPlatform>();
     overlay_ = std::make_unique<Overlay>(*platform_, actions_);
 }

@@ -1,13 +1,13 @@
 #!/usr/bin/env python3
 """Looks at what of the Mac application is made without a Mac.
 
-   check-macos-bundle.py INFO_PLIST ENTITLEMENTS SWIFT VERSION
+   check-macos-bundle.py INFO_PLIST ENTITLEMENTS SWIFT VERSION UI_INFO_PLIST
 """
 import plistlib
 import re
 import sys
 
-info_file, entitlements_file, swift_file, version = sys.argv[1:]
+info_file, entitlements_file, swift_file, version, ui_info_file = sys.argv[1:]
 faults = []
 
 
@@ -36,6 +36,19 @@ expect(re.fullmatch(r"\d+(\.\d+){0,2}", info["CFBundleVersion"]), "Info.plist: t
 expect(re.fullmatch(r"[A-Za-z0-9.-]+", info["CFBundleIdentifier"]), "Info.plist: the identifier has odd characters")
 schemes = [scheme for kind in info["CFBundleURLTypes"] for scheme in kind["CFBundleURLSchemes"]]
 expect(schemes == ["kova"], f"Info.plist: URL schemes {schemes}")
+
+with open(ui_info_file, "rb") as file:
+    text = file.read()
+expect(b"@" not in text, "kova-ui.plist: something was not filled in")
+helper = plistlib.loads(text)
+for key, value in {
+    "CFBundleExecutable": "kova-ui",
+    "CFBundleIdentifier": info["CFBundleIdentifier"] + ".ui",
+    "CFBundleShortVersionString": version,
+    "LSMinimumSystemVersion": info["LSMinimumSystemVersion"],
+    "LSUIElement": True,
+}.items():
+    expect(helper.get(key) == value, f"kova-ui.plist: {key} is {helper.get(key)!r}")
 
 with open(entitlements_file, "rb") as file:
     text = file.read()

@@ -70,6 +70,9 @@ DisplayContents display(const JsonCursor& at) {
                             .isCurrent = flag(at, "isCurrent")};
     if (const auto scale = at.optional("scale")) decoded.scale = scale->number();
     if (!(decoded.scale >= 0.25 && decoded.scale <= 16)) at.fail("scale is out of range");
+#if defined(__APPLE__)
+    decoded.scale = 1; // the toolkit counts in points there, and the system scales what is drawn
+#endif
     return decoded;
 }
 

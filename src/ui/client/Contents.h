@@ -39,7 +39,7 @@ struct DisplayContents {
     std::string name;
     CGRect frame{};
     CGRect visibleFrame{};
-    double scale = 1; // pixels in a point
+    double scale = 1; // the toolkit's units in a point: pixels, but for the Mac
     bool isFocusMode = false;
     bool isCurrent = false;
     bool operator==(const DisplayContents&) const = default;

@@ -6,7 +6,8 @@ namespace kova::ui {
 
 OverlayWindow::OverlayWindow(OverlayPlatform& platform, Layer layer, std::string_view role) :
     platform_(platform), layer_(layer) {
-    setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint | Qt::WindowDoesNotAcceptFocus);
+    setFlags(platform.windowType() | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint |
+             Qt::WindowDoesNotAcceptFocus);
     setTitle(QString::fromUtf8(role.data(), static_cast<qsizetype>(role.size())));
     if (platform.isComposited()) {
         QSurfaceFormat format;

@@ -27,6 +27,7 @@ class OverlayPlatform {
     virtual bool isComposited() const = 0;
     /// The top left corner of the first display, in pixels on the screen.
     virtual QPoint firstDisplay() const { return {}; }
+    virtual Qt::WindowType windowType() const { return Qt::Window; }
     /// The window has been created and is not yet shown.
     virtual void adopt(OverlayWindow& window) = 0;
     /// The window will be destroyed.

@@ -1,5 +1,11 @@
 #include "ui/style/ApplicationIcons.h"
 
+#include <QtGlobal>
+
+#if defined(Q_OS_MACOS)
+#include "ui/macos/MacPlatform.h"
+#endif
+
 #include <QFile>
 #include <QIcon>
 #include <QStandardPaths>
@@ -52,6 +58,9 @@ QPixmap ApplicationIcons::icon(const ApplicationName& application, int sizePixel
     if (const auto found = known_.constFind(key); found != known_.constEnd()) return *found;
     const QString id = text(application.id);
     QPixmap icon;
+#if defined(Q_OS_MACOS)
+    icon = applicationIcon(application.id, sizePixels);
+#endif
     for (const QString& entry : {id, id.toLower()}) {
         if (icon.isNull() && !entry.isEmpty()) icon = themed(iconNameOfEntry(entry), sizePixels);
     }

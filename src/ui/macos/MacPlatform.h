@@ -1,0 +1,45 @@
+// Overlay windows on a Mac: panels above the desktop's icons or above all windows, on every Space, in no list of
+// windows, that never make this program active. Main thread only.
+#pragma once
+
+#include "ui/overlay/PlainPlatform.h"
+
+#include <QPixmap>
+
+#include <map>
+#include <memory>
+#include <string>
+
+namespace kova::ui {
+
+class MacPlatform final : public OverlayPlatform {
+  public:
+    MacPlatform();
+    ~MacPlatform() override;
+
+    bool isComposited() const override { return true; }
+    /// A panel.
+    Qt::WindowType windowType() const override { return Qt::Tool; }
+    void adopt(OverlayWindow& window) override;
+    void leave(OverlayWindow& window) override;
+    void stack(OverlayWindow& window) override;
+    /// A window takes clicks everywhere or nowhere. Where a part of it takes some, an invisible window lies over that
+    /// part and passes them on.
+    void shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) override;
+    void draw(OverlayWindow& window, const QRegion& dirty) override { plain_.draw(window, dirty); }
+    void exposed(OverlayWindow& window) override;
+
+  private:
+    class ClickArea;
+
+    PlainPlatform plain_;
+    std::map<OverlayWindow*, std::unique_ptr<ClickArea>> clickAreas_;
+};
+
+/// Null when no application has the bundle identifier.
+QPixmap applicationIcon(const std::string& bundleIdentifier, int sizePoints);
+
+/// Ends this program when the agent that started it ends, however that happens. Nothing when the user started it.
+void endWithAgent();
+
+} // namespace kova::ui
