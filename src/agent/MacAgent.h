@@ -1,4 +1,4 @@
-// The agent on a Mac: every part of the system behind its seam, and the agent of any desktop on top of them. Main
+// The agent on a Mac: the implementations of all platform interfaces, and the agent of any desktop with them. Main
 // thread.
 #pragma once
 
@@ -15,14 +15,14 @@ namespace kova {
 
 class MacAgent {
   public:
-    /// The queues of the process are made with the first agent and stay.
+    /// The main queue is created with the first agent and never destroyed.
     explicit MacAgent(const AgentOptions& options);
     ~MacAgent();
     MacAgent(const MacAgent&) = delete;
     MacAgent& operator=(const MacAgent&) = delete;
 
-    /// Opens the URLs that came before, too. The process's exit code when it cannot manage this session, for the reason
-    /// that `startProblem` names; absent when it does.
+    /// Also opens the URLs that arrived earlier. The process's exit code when it cannot manage this session, with the
+    /// reason in `startProblem`; absent on success.
     [[nodiscard]] std::optional<int> start();
     /// Why the start failed, as a sentence for the user; empty when it did not.
     const std::string& startProblem() const { return startProblem_; }

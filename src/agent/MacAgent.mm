@@ -35,7 +35,7 @@ using namespace macos;
 
 namespace {
 
-/// The system may call back at any time until the process has ended.
+/// Never destroyed: the system may call back until the process has ended.
 DispatchMainQueue& mainQueue() {
     static auto* const queue = new DispatchMainQueue();
     return *queue;
@@ -106,8 +106,8 @@ struct MacAgent::Parts {
     DispatchWorkQueue pollingQueue{labelled(".window-snapshot")};
     SessionAgent agent;
     std::optional<MenuBar> menuBar; // once the agent has started
-    // Without this the system lets an application that shows no window rest, and its timers with it. The machine may
-    // sleep all the same.
+    // Without this the system slows down timers of an application without windows (App Nap). The machine may still
+    // sleep.
     id<NSObject> activity =
         [NSProcessInfo.processInfo beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep
                                                      reason:@"Windows are kept in their tiles"];

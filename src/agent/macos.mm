@@ -115,7 +115,7 @@ The log is ~/Library/Logs/KOVA/agent.log, the preferences are in the user's defa
         dispatch_source_t source = dispatch_source_create(DISPATCH_SOURCE_TYPE_SIGNAL, static_cast<uintptr_t>(number),
                                                           0, dispatch_get_main_queue());
         dispatch_source_set_event_handler(source, ^{
-          // A second signal ends the process at once, as it would any other.
+          // A second signal ends the process at once.
           for (const int each : {SIGTERM, SIGINT, SIGHUP}) std::signal(each, SIG_DFL);
           kova::macos::contained(kova::quitMacAgent);
         });

@@ -44,7 +44,7 @@ enum class ModifierNames {
     symbols, // ⌃⌥H, as on a Mac
 };
 
-/// What can be known of those who hold key combinations.
+/// Which holders of key combinations can be known.
 enum class KnownHolders {
     everyProgram, // a combination that is not held is free
     systemOnly,   // those on which the system itself acts; programs hold theirs unseen

@@ -7,6 +7,7 @@
 #include "workspace/FocusOrder.h"
 #include "workspace/MinimizedWindows.h"
 #include "workspace/PresentationRequests.h"
+#include "workspace/SpaceChange.h"
 
 #include <cstdint>
 #include <optional>
@@ -19,6 +20,9 @@ namespace kova {
 
 class LiveWindows {
   public:
+    /// Lists of windows may follow a change of Spaces this late.
+    static constexpr Seconds kSpaceChangeTime{2};
+
     const std::vector<ManagedWindow>& all() const { return windows_; }
     auto begin() { return windows_.begin(); }
     auto end() { return windows_.end(); }
@@ -40,6 +44,12 @@ class LiveWindows {
     /// The virtual desktop that is shown, as of the last poll. Gives the one before.
     std::uint64_t noteShownSpace(std::uint64_t space) { return std::exchange(shownSpace_, space); }
     std::uint64_t shownSpace() const { return shownSpace_; }
+    /// Another Space may be shown as of the last poll. `now` is an uptime.
+    void noteSpaceChange(Seconds now) { spaceChange_ = now; }
+    SpaceChange spaceChange(Seconds now) const {
+        const bool isRecent = spaceChange_ && now - *spaceChange_ <= kSpaceChangeTime;
+        return isRecent ? SpaceChange::possible : SpaceChange::none;
+    }
 
     // What windows are asked to be. `now` is an uptime. False when there is no such window.
     bool request(const std::string& windowID, WindowPresentation presentation, Seconds now);
@@ -73,6 +83,7 @@ class LiveWindows {
     PresentationRequests requests_;
     FocusOrder focusOrder_;
     std::uint64_t shownSpace_ = 0;
+    std::optional<Seconds> spaceChange_; // uptime of the last one
 };
 
 } // namespace kova

@@ -44,7 +44,7 @@ void SpaceMemory::add(const std::optional<std::uint64_t>& space, TileAssignments
     }
 }
 
-bool SpaceMemory::restore(const std::vector<ManagedWindow>& windows, std::uint64_t shownSpace,
+bool SpaceMemory::restore(const std::vector<ManagedWindow>& windows, std::uint64_t shownSpace, SpaceChange change,
                           TileAssignments& assignments) {
     if (places_.empty()) return false;
     std::vector<TileAssignments> returning;
@@ -52,9 +52,9 @@ bool SpaceMemory::restore(const std::vector<ManagedWindow>& windows, std::uint64
         std::set<std::string> back;
         for (const auto& window : windows) {
             if (!tiles.isInAnyTile(window.id)) continue;
-            const bool belongsHere = !space || *space == shownSpace;
+            const bool belongsHere = space ? *space == shownSpace : change == SpaceChange::possible;
             // While window managers change nothing tells which Space a window is on.
-            const bool wasSentHere = !window.isElsewhere && !belongsHere && window.space;
+            const bool wasSentHere = !window.isElsewhere && !belongsHere && (window.space || !space);
             if (wasSentHere || assignments.isInAnyTile(window.id)) {
                 tiles.remove(window.id);
             } else if (!window.isElsewhere && belongsHere) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "windowing/ManagedWindow.h"
+#include "workspace/SpaceChange.h"
 #include "workspace/TileAssignments.h"
 
 #include <cstdint>
@@ -32,7 +33,8 @@ class SpaceMemory {
     /// Windows that are shown again are in their tiles again, in front of those that came there meanwhile; windows that
     /// are elsewhere make way. A window that was sent to another Space has no place there, and one that has a place in
     /// the assignments by now keeps that. True when any came back.
-    bool restore(const std::vector<ManagedWindow>& windows, std::uint64_t shownSpace, TileAssignments& assignments);
+    bool restore(const std::vector<ManagedWindow>& windows, std::uint64_t shownSpace, SpaceChange change,
+                 TileAssignments& assignments);
 
     /// The window is to have the frame (window-service space) once it is shown and answers.
     void owe(const std::string& windowID, const CGRect& frame) { owedFrames_[windowID] = frame; }

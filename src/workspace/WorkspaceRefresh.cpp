@@ -3,6 +3,7 @@
 #include "workspace/WorkspaceController.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 namespace kova {
@@ -44,7 +45,17 @@ void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begu
         const bool isSame = formerSpace == shownSpace && services_.accessibility.shownSpace() == shownSpace;
         tabs = takeTabSuccessors(found, liveWindows_.all(), isSame ? ShownSpace::same : ShownSpace::another);
     }
+    std::set<std::string> shownBefore;
+    for (const auto& window : liveWindows_) {
+        if (!window.isElsewhere) shownBefore.insert(window.id);
+    }
     const bool hasOtherTitles = liveWindows_.take(withUnlisted(std::move(found), liveWindows_.all()), begun);
+    const bool haveOthersLeft = std::ranges::any_of(
+        liveWindows_, [&](const auto& window) { return window.isElsewhere && shownBefore.contains(window.id); });
+    if (shownBefore.empty() || formerSpace != shownSpace || services_.accessibility.shownSpace() != shownSpace ||
+        haveOthersLeft) {
+        liveWindows_.noteSpaceChange(services_.queue.uptime());
+    }
     adoptSuccessors(tabs);
     if (isRecovering) adoptSuccessors(recovery_.takeSuccessors(liveWindows_.all(), assignments_));
     for (const auto& window : liveWindows_) { // what is not shown is not written to
@@ -101,7 +112,8 @@ void WorkspaceController::publishWindows() {
 
 /// Windows of the Space that is shown now are where they were when it was last shown.
 void WorkspaceController::followShownSpace() {
-    if (!tileMemory_.spaces().restore(liveWindows_.all(), liveWindows_.shownSpace(), assignments_)) return;
+    const SpaceChange change = liveWindows_.spaceChange(services_.queue.uptime());
+    if (!tileMemory_.spaces().restore(liveWindows_.all(), liveWindows_.shownSpace(), change, assignments_)) return;
     migrateChangedDisplays(); // a display may have another layout since
 }
 

@@ -93,8 +93,8 @@ Outcome WorkspaceController::undoLastAction() {
 void WorkspaceController::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot) {
     assignments_ = snapshot.tiles;
     tileMemory_.spaces() = snapshot.spaces; // of another Space, perhaps
-    const bool isAnotherSpace =
-        tileMemory_.spaces().restore(liveWindows_.all(), liveWindows_.shownSpace(), assignments_);
+    const bool isAnotherSpace = tileMemory_.spaces().restore(liveWindows_.all(), liveWindows_.shownSpace(),
+                                                             SpaceChange::possible, assignments_);
     displays_.restate(assignments_);
     state_.floatingWindowIDs.set(snapshot.floatingWindowIDs);
     std::set<std::string> connected;

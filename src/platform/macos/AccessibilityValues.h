@@ -1,5 +1,5 @@
-// What the accessibility interface gives and takes, as values of the seam. Every type is looked at before it is
-// believed. Objective-C++ only.
+// Converts between the accessibility interface's objects and the values of the platform interface. The type of each
+// object is checked. Objective-C++ only.
 #pragma once
 
 #include "platform/macos/CoreFoundation.h"
@@ -9,14 +9,14 @@
 
 namespace kova::macos {
 
-/// The element with its process and its hash; absent when it does not tell its process.
+/// The element with its process and its hash; absent when its process cannot be read.
 std::optional<AccessibilityElement> seamElement(AXUIElementRef element);
-/// The system's object of an element; for an application without one a new one, which gives up after the deadline.
+/// The system's object of an element; for an application without one a new one, with the timeout of requests.
 Owned<AXUIElementRef> systemElement(const AccessibilityElement& element);
 
-/// monostate for a type that the seam does not know, and for the placeholder of an error.
+/// monostate for other types, and for the placeholder of an error.
 AttributeValue seamValue(CFTypeRef value);
-/// Empty for what cannot be written.
+/// Empty for values that cannot be written.
 Owned<CFTypeRef> systemValue(const AttributeValue& value);
 
 } // namespace kova::macos

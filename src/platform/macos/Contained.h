@@ -1,5 +1,4 @@
-// The wall between the system's callbacks and our code: nothing that is thrown, in either language, gets into the
-// system's frames, which could not be unwound. Objective-C++ only.
+// Keeps exceptions of both languages out of the system's stack frames, which cannot be unwound. Objective-C++ only.
 #pragma once
 
 #include "platform/macos/CoreFoundation.h"
@@ -10,7 +9,7 @@
 
 namespace kova::macos {
 
-/// Runs the body of a callback of the system. What it throws is logged, and the callback is over.
+/// Runs the body of a callback of the system. An exception ends the callback and is logged.
 template <class Body>
 void contained(Body&& body) noexcept {
     @autoreleasepool {
@@ -18,12 +17,12 @@ void contained(Body&& body) noexcept {
             try {
                 body();
             } catch (const std::exception& thrown) {
-                log(LogLevel::error, std::string("a callback was given up: ") + thrown.what());
+                log(LogLevel::error, std::string("a callback ended with an exception: ") + thrown.what());
             }
         } @catch (NSException* thrown) {
-            log(LogLevel::error, "a callback was given up: " + text(thrown.reason));
+            log(LogLevel::error, "a callback ended with an exception: " + text(thrown.reason));
         } @catch (...) {
-            log(LogLevel::error, "a callback was given up");
+            log(LogLevel::error, "a callback ended with an exception");
         }
     }
 }

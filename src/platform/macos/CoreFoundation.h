@@ -1,4 +1,4 @@
-// One owner for each object that a Create or Copy function of the system gives away, and text in both languages.
+// An owner for objects that a Create or Copy function of the system returns, and conversions of text.
 // Objective-C++ only.
 #pragma once
 
@@ -37,7 +37,7 @@ class Owned {
 
     Ref get() const { return ref_; }
     explicit operator bool() const { return ref_ != Ref{}; }
-    /// Where a function that gives a reference away puts it. Only while empty.
+    /// Out parameter for a function that returns a reference. Only while empty.
     Ref* receiver() { return &ref_; }
 
   private:
@@ -45,13 +45,13 @@ class Owned {
     Ref ref_{};
 };
 
-/// A reference that the portable parts can hold.
+/// A reference that portable code can hold.
 inline std::shared_ptr<const void> shared(CFTypeRef object) {
     if (!object) return nullptr;
     return {CFRetain(object), [](const void* held) { CFRelease(held); }};
 }
 
-/// UTF-8; what cannot be told in it is replaced. Empty for nil.
+/// UTF-8; characters that it cannot express are replaced. Empty for nil.
 inline std::string text(NSString* string) {
     NSData* bytes = [string dataUsingEncoding:NSUTF8StringEncoding allowLossyConversion:YES];
     return bytes ? std::string(static_cast<const char*>(bytes.bytes), bytes.length) : std::string();

@@ -1,4 +1,4 @@
-// The queues of the agent on the system's dispatcher: the main thread's own queue, and a serial one beside it.
+// The agent's queues on Grand Central Dispatch: the main queue, and serial ones.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -8,7 +8,7 @@
 
 namespace kova::macos {
 
-/// Lives as long as the process: what was posted may run at any time while the main run loop does.
+/// Lives as long as the process: posted work may run at any time while the main run loop does.
 class DispatchMainQueue final : public MainQueue {
   public:
     void post(std::function<void()> work) override;

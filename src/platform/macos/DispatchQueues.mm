@@ -11,8 +11,7 @@ namespace kova::macos {
 
 namespace {
 
-/// The timer and what it runs hold each other until it has run or was cancelled, so that a dropped handle changes
-/// nothing.
+/// The timer and its work own each other until it has run or was cancelled, so that the handle may be dropped.
 class Timer final : public ScheduledWork, public std::enable_shared_from_this<Timer> {
   public:
     explicit Timer(std::function<void()> work) : work_(std::move(work)) {}
@@ -41,7 +40,7 @@ class Timer final : public ScheduledWork, public std::enable_shared_from_this<Ti
         if (work) contained(work);
     }
     void release() {
-        // A cancelled source lets go of its handler, and with it of this.
+        // A cancelled source releases its handler, which releases this.
         if (source_) dispatch_source_cancel(source_);
         source_ = nil;
     }

@@ -10,7 +10,7 @@
 
 namespace kova::macos {
 
-/// What the pointer does with a handle; its place is asked elsewhere.
+/// Pointer events of a handle; the pointer's location is read elsewhere.
 struct DividerPanelEvents {
     std::function<void(int clickCount)> pressed;
     std::function<void()> moved;

@@ -25,7 +25,7 @@
 namespace {
 
 constexpr CGFloat kLineThickness = 3; // points
-// How long the panel lets events through, for one that is sent on to what lies below.
+// How long the panel ignores events, so that one posted again reaches the window below.
 constexpr int64_t kPassingTime = 200 * NSEC_PER_MSEC;
 
 } // namespace
@@ -52,7 +52,7 @@ constexpr int64_t kPassingTime = 200 * NSEC_PER_MSEC;
 - (void)passOn:(NSEvent*)event {
     const auto sent = kova::macos::Owned<CGEventRef>::adopt(event.CGEvent ? CGEventCreateCopy(event.CGEvent) : nullptr);
     NSWindow* panel = self.window;
-    // One that comes back although the panel lets events through would be sent on for ever.
+    // An event that returned although the panel ignores events would be posted again without end.
     if (!sent || panel.ignoresMouseEvents) return;
     panel.ignoresMouseEvents = YES;
     CGEventPost(kCGHIDEventTap, sent.get());
@@ -78,7 +78,7 @@ constexpr int64_t kPassingTime = 200 * NSEC_PER_MSEC;
         _axis = axis;
         _cursor = axis == kova::LayoutAxis::horizontal ? NSCursor.resizeLeftRightCursor : NSCursor.resizeUpDownCursor;
         _events = std::move(events);
-        // Also while another application is active, which is as good as always.
+        // Also while another application is active, which is nearly always the case.
         const NSTrackingAreaOptions options =
             NSTrackingMouseEnteredAndExited | NSTrackingCursorUpdate | NSTrackingActiveAlways | NSTrackingInVisibleRect;
         [self addTrackingArea:[[NSTrackingArea alloc] initWithRect:NSZeroRect options:options owner:self userInfo:nil]];
@@ -106,7 +106,7 @@ constexpr int64_t kPassingTime = 200 * NSEC_PER_MSEC;
     kova::macos::contained([&] { self->_events.crossed(isHovered != NO); });
 }
 
-/// The system mostly keeps the cursor of the active application, so that only the line tells of the handle.
+/// The system mostly shows the cursor of the active application, so only the line shows where the handle is.
 - (void)drawRect:(NSRect)__unused dirtyRect {
     if (!_isHovered && !_isPressed) return;
     const BOOL isUpright = _axis == kova::LayoutAxis::horizontal;

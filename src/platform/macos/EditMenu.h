@@ -1,10 +1,10 @@
-// The main menu of an application that never shows one: text fields of dialogs take Command-V and its like from it.
+// The main menu, which is never shown: text fields of dialogs get Command-V and other key equivalents from it.
 // Objective-C++ only; main thread.
 #pragma once
 
 namespace kova::macos {
 
-/// Before the application has finished launching.
+/// Call before the application has finished launching.
 void installEditMenu();
 
 } // namespace kova::macos

@@ -6,7 +6,7 @@ namespace kova::macos {
 
 void installEditMenu() {
     NSMenu* edit = [[NSMenu alloc] initWithTitle:@"Edit"];
-    // Sent to the field that has the keyboard, which is why there are no targets.
+    // Without targets they go to the field that has the keyboard focus.
     [edit addItemWithTitle:@"Undo" action:NSSelectorFromString(@"undo:") keyEquivalent:@"z"];
     [edit addItemWithTitle:@"Redo" action:NSSelectorFromString(@"redo:") keyEquivalent:@"Z"];
     [edit addItem:[NSMenuItem separatorItem]];

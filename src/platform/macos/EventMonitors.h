@@ -13,15 +13,15 @@
 
 namespace kova::macos {
 
-/// Events on their way to other applications, after the fact. Keys are told only to a process that is trusted.
+/// Events sent to other applications, after they were sent. Key events only if the process is trusted.
 [[nodiscard]] Subscription watchEventsOfOthers(NSEventMask mask, std::function<void(NSEvent*)> watcher);
-/// Events on their way to windows of our own; true keeps the event from its window.
+/// Events sent to windows of this process; true keeps the event from its window.
 [[nodiscard]] Subscription watchOwnEvents(NSEventMask mask, std::function<bool(NSEvent*)> watcher);
 
 enum class EventSource { others, everywhere };
 
-/// Events read as values and told on the main queue, after what is queued already; their windows get them as well. They
-/// are read as they come; an event that reads as nothing is not told.
+/// Converts events to values when they arrive and posts them to the main queue; their windows get them as well. Events
+/// without a value are dropped.
 template <class Value>
 [[nodiscard]] Subscription tellEvents(MainQueue& queue, EventSource source, NSEventMask mask,
                                       std::function<std::optional<Value>(NSEvent*)> read,

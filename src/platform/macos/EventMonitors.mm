@@ -23,7 +23,7 @@ struct Monitor {
 
 } // namespace
 
-// The system holds the block, the block the monitor only weakly: dropping the subscription ends it.
+// The system owns the block, which refers to the monitor weakly: dropping the subscription ends it.
 
 Subscription watchEventsOfOthers(NSEventMask mask, std::function<void(NSEvent*)> watcher) {
     const auto monitor = std::make_shared<Monitor<std::function<void(NSEvent*)>>>(std::move(watcher));

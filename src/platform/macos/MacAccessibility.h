@@ -1,6 +1,6 @@
 // Other applications' windows through the Mac's accessibility interface and its window server. Every request goes to
-// the other application and waits for its answer, no longer than ApplicationBackoff::kDeadline; an application that
-// hangs is left alone meanwhile. Requests may come from the main thread and from the polling queue at once.
+// the other application and waits for the response up to ApplicationBackoff::kDeadline; an application that hangs gets
+// no requests for a while. Thread-safe for the main thread and the polling queue.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -16,7 +16,7 @@ namespace kova::macos {
 
 class MacAccessibility final : public AccessibilityServicing {
   public:
-    /// The queue, whose clock is read, outlives it.
+    /// The queue, whose clock is used, outlives it.
     explicit MacAccessibility(const MainQueue& queue);
 
     bool isProcessTrusted() const override;
@@ -26,8 +26,8 @@ class MacAccessibility final : public AccessibilityServicing {
     AccessibilityElement applicationElement(pid_t processIdentifier) const override;
     std::vector<AttributeValue> readAttributes(const AccessibilityElement& element,
                                                std::span<const AccessibilityAttribute> attributes) const override;
-    /// An element that is held goes on answering for its window also where "AXWindows" does not hold it: on another
-    /// Space, in full screen, behind another tab.
+    /// An element also responds while "AXWindows" does not list it: on another Space, in full screen, behind another
+    /// tab.
     WindowPresence presenceOf(const AccessibilityElement& window) const override;
     /// How often another Space was shown: Spaces have no public numbers.
     std::uint64_t shownSpace() const override { return spaceChanges_; }
@@ -35,13 +35,13 @@ class MacAccessibility final : public AccessibilityServicing {
     void performAction(const AccessibilityElement& element, AccessibilityAction action) override;
     std::optional<AccessibilityElement> elementAtPosition(CGPoint point) const override;
     std::vector<OnScreenWindow> onScreenWindows() const override;
-    /// Nothing is held back.
+    /// Requests are sent at once.
     void flush() override {}
 
-    /// Makes a request of the process: its error number, or nothing when the process is left alone now. Waits for the
-    /// deadline at most. Any thread.
+    /// Sends a request to the process and gives its error number; absent when the process gets no requests now. Waits
+    /// up to the deadline. Any thread.
     std::optional<int> ask(pid_t process, const std::function<int()>& request) const;
-    /// Applications that hang and are left alone for now. Main thread.
+    /// Applications that hang and get no requests now. Main thread.
     std::vector<pid_t> silentApplications() const;
 
   private:

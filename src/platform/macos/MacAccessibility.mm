@@ -14,7 +14,7 @@ namespace kova::macos {
 
 namespace {
 
-// The seam numbers errors as the Mac does.
+// The platform interface uses the Mac's error numbers.
 static_assert(kAXErrorSuccess == 0 && kAXErrorFailure == -25200 && kAXErrorInvalidUIElement == -25202 &&
               kAXErrorCannotComplete == -25204 && kAXErrorAPIDisabled == -25211 &&
               kAXErrorNotificationAlreadyRegistered == -25209);
@@ -64,7 +64,7 @@ std::optional<pid_t> ownerOfWindowAt(CGPoint pointInWindowService) {
 
 MacAccessibility::MacAccessibility(const MainQueue& queue) : queue_(queue) {
     const auto systemWide = Owned<AXUIElementRef>::adopt(AXUIElementCreateSystemWide());
-    // Set on this element, it holds for every element that has no deadline of its own.
+    // Set on this element, it applies to every element without a timeout of its own.
     AXUIElementSetMessagingTimeout(systemWide.get(), static_cast<float>(ApplicationBackoff::kDeadline.count()));
     systemWide_ = shared(systemWide.get());
     spaceChangesSubscription_ =
@@ -155,7 +155,7 @@ void MacAccessibility::writeAttributes(const AccessibilityElement& element, std:
             const auto request = [&] {
                 return AXUIElementSetAttributeValue(target.get(), (__bridge CFStringRef)name, value.get());
             };
-            // Also to an application that has fallen silent: VoiceOver would miss it for good.
+            // Also to an application that does not respond: VoiceOver needs it switched on again.
             const bool isGivenBack =
                 write.attribute == AccessibilityAttribute::enhancedUserInterface && write.value == AttributeValue(true);
             if (isGivenBack) {

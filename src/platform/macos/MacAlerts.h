@@ -1,4 +1,4 @@
-// Dialogs. They run in a loop of their own, in which everything else goes on.
+// Dialogs. They run a modal loop, during which the main queue and timers go on.
 #pragma once
 
 #include "support/Lifetime.h"

@@ -9,7 +9,7 @@ namespace kova::macos {
 
 namespace {
 
-/// The first button is the default one and answers the return key; Escape answers with the cancel button.
+/// The first button is the default one, for Return; Escape chooses the cancel button.
 bool isConfirmed(const Alert& alert, NSAlertStyle style) {
     NSAlert* dialog = [[NSAlert alloc] init];
     dialog.alertStyle = style;
@@ -18,7 +18,7 @@ bool isConfirmed(const Alert& alert, NSAlertStyle style) {
     [dialog addButtonWithTitle:nsString(alert.confirmButton)];
     if (!alert.cancelButton.empty()) {
         [dialog addButtonWithTitle:nsString(alert.cancelButton)].keyEquivalent = @"\033";
-        // What cannot be undone is not one keystroke away.
+        // Return must not choose an action that cannot be undone.
         dialog.buttons.firstObject.hasDestructiveAction = YES;
         dialog.buttons.firstObject.keyEquivalent = @"";
     }

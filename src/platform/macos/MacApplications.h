@@ -1,5 +1,5 @@
-// The Mac's running and installed applications. What runs is known to the system's workspace, which keeps it up to date
-// while the main run loop runs; nothing here waits for an application.
+// The Mac's running and installed applications, as NSWorkspace lists them; it updates the list while the main run loop
+// runs. Nothing here waits for an application.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -16,11 +16,11 @@ namespace kova::macos {
 
 class MacApplications final : public ApplicationServicing {
   public:
-    /// The queue must live as long as the process: the system tells late what became of a launch. The accessibility
-    /// outlives the applications.
+    /// The queue must live as long as the process: the system reports the result of a launch late. `accessibility`
+    /// outlives this.
     MacApplications(MainQueue& queue, AccessibilityServicing& accessibility) :
         queue_(queue), accessibility_(accessibility) {}
-    /// Unhides what was hidden and not unhidden.
+    /// Unhides the applications that are still hidden by KOVA.
     ~MacApplications() override;
     MacApplications(const MacApplications&) = delete;
     MacApplications& operator=(const MacApplications&) = delete;
@@ -49,7 +49,7 @@ class MacApplications final : public ApplicationServicing {
     MainQueue& queue_;
     AccessibilityServicing& accessibility_;
     mutable Mutex mutex_;
-    // The system makes a new image with every question; an application keeps its own.
+    // The system creates a new image for each request; one is kept for each application.
     mutable std::map<pid_t, ApplicationIcon> icons_ KOVA_GUARDED_BY(mutex_);
     RequestedHiding requestedHiding_ KOVA_GUARDED_BY(mutex_);
     std::set<pid_t> hidden_; // by us; main thread
@@ -58,7 +58,7 @@ class MacApplications final : public ApplicationServicing {
     bool isHidden(const void* application) const;
     ApplicationIcon iconOf(const void* application) const;
     RunningApplication describe(const void* application) const;
-    /// Written down, for the agent after one that is killed.
+    /// Stores the hidden applications, so that the next agent can show them if this one is killed.
     void keepHidden() const;
 };
 

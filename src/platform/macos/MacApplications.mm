@@ -118,7 +118,7 @@ ApplicationIcon MacApplications::iconOf(const void* object) const {
         const MutexLock lock(mutex_);
         if (const auto kept = icons_.find(process); kept != icons_.end()) return kept->second;
     }
-    // Without the lock: it may come from the disk, and the main thread must not wait for the polling queue.
+    // Without the lock: it may be read from disk, and the main thread must not wait for the polling queue.
     auto made = icon(application.icon);
     if (made.isEmpty()) return made;
     const MutexLock lock(mutex_);
@@ -160,12 +160,12 @@ std::optional<pid_t> MacApplications::frontmostApplication() const {
 }
 
 std::optional<std::string> MacApplications::processStartIdentity(pid_t processIdentifier) const {
-    // The system's workspace knows the date only of what it has launched itself.
+    // NSWorkspace knows the date only of applications that it launched itself.
     std::array<int, 4> question{CTL_KERN, KERN_PROC, KERN_PROC_PID, processIdentifier};
     kinfo_proc process{};
     std::size_t size = sizeof process;
     const int error = sysctl(question.data(), static_cast<u_int>(question.size()), &process, &size, nullptr, 0);
-    if (error != 0 || size < sizeof process) return std::nullopt; // nothing is written of one that is gone
+    if (error != 0 || size < sizeof process) return std::nullopt; // no such process: nothing was written
     const timeval begun = process.kp_proc.p_starttime;
     return std::to_string(begun.tv_sec) + "." + std::to_string(begun.tv_usec);
 }
@@ -185,7 +185,7 @@ ApplicationIcon MacApplications::systemSymbolIcon(const std::string& name) const
 void MacApplications::hide(pid_t processIdentifier) {
     @autoreleasepool {
         NSRunningApplication* application = find(processIdentifier);
-        // What its user has hidden stays so when we end.
+        // An application that the user has hidden stays hidden when the agent ends.
         if (!application || isHidden((__bridge const void*)application)) return;
         if (![application hide]) return;
         {
@@ -209,7 +209,7 @@ void MacApplications::unhide(pid_t processIdentifier) {
 void MacApplications::activate(pid_t processIdentifier) {
     @autoreleasepool {
         [find(processIdentifier) activateWithOptions:NSApplicationActivationOptions(0)];
-        // Since macOS 14 that is only a request, when KOVA is not active itself.
+        // Since macOS 14 that is only a request unless KOVA is active.
         const AttributeWrite frontmost{AccessibilityAttribute::frontmost, true};
         accessibility_.writeAttributes(accessibility_.applicationElement(processIdentifier), {&frontmost, 1});
     }

@@ -16,7 +16,7 @@ NSArray<NSURL*>* applicationFolders() {
     return [NSFileManager.defaultManager URLsForDirectory:NSAllApplicationsDirectory inDomains:NSAllDomainsMask];
 }
 
-/// Read from the disk each time: a bundle that the system has met before would be the one of that day.
+/// Read from disk each time: NSBundle caches what it read first.
 NSDictionary* information(NSURL* bundle) {
     return CFBridgingRelease(CFBundleCopyInfoDictionaryInDirectory((__bridge CFURLRef)bundle));
 }
@@ -38,7 +38,7 @@ bool isSwitchedOn(NSDictionary* information, NSString* key) {
     return canTell && [value boolValue];
 }
 
-/// Menus show what can come to the front.
+/// Menus show applications that can come to the front.
 bool isForMenus(NSDictionary* information) {
     return !isSwitchedOn(information, @"LSUIElement") && !isSwitchedOn(information, @"LSBackgroundOnly");
 }
@@ -60,7 +60,7 @@ std::vector<LaunchableApplication> MacApplications::launchableApplications() con
             }
         }
     }
-    // The folders lie within one another.
+    // Some folders contain others.
     std::ranges::sort(found, {}, &LaunchableApplication::location);
     const auto twice = std::ranges::unique(found, {}, &LaunchableApplication::location);
     found.erase(twice.begin(), twice.end());
@@ -82,7 +82,7 @@ void MacApplications::launch(const LaunchableApplication& application, LaunchAct
     @autoreleasepool {
         NSWorkspaceOpenConfiguration* configuration = [NSWorkspaceOpenConfiguration configuration];
         configuration.activates = activation == LaunchActivation::activates;
-        // The system answers on a thread of its own; by then this may be gone.
+        // The system answers on another thread, perhaps after this has been destroyed.
         auto* queue = &queue_;
         const auto finish = std::make_shared<LaunchCompletion>(lifetime_.guard(std::move(completion)));
         [NSWorkspace.sharedWorkspace openApplicationAtURL:[NSURL fileURLWithPath:nsString(application.location)]

@@ -1,5 +1,5 @@
-// Tells that something changed on a Mac: announcements of applications and windows that were asked for them, and what
-// the system itself announces. Made and destroyed on the main thread.
+// Counts changes on a Mac: notifications of applications and windows that were requested, and those of the system.
+// Created and destroyed on the main thread.
 #pragma once
 
 #include "platform/macos/MacAccessibility.h"
@@ -15,7 +15,7 @@ namespace kova::macos {
 
 class MacChangeObservers final : public DesktopChangeServicing {
   public:
-    /// Both outlive it.
+    /// Both outlive this.
     MacChangeObservers(MainQueue& queue, const MacAccessibility& accessibility);
     /// No request for announcements may be under way.
     ~MacChangeObservers() override;

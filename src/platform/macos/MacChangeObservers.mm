@@ -37,7 +37,7 @@ struct MacChangeObservers::Observer {
     Observer(const Observer&) = delete;
     Observer& operator=(const Observer&) = delete;
     ~Observer() { stop(); }
-    /// No announcement is told any more. Any thread.
+    /// Stops notifications. Any thread.
     void stop() {
         CFRunLoopRemoveSource(CFRunLoopGetMain(), AXObserverGetRunLoopSource(observer.get()), kCFRunLoopCommonModes);
     }
@@ -128,7 +128,7 @@ void MacChangeObservers::endAnnouncements(const AccessibilityElement& element) {
     if (!observed) return;
     if (element.hash == 0) {
         observed->stop();
-        // The main thread may be telling an announcement of it just now, and must not lose it meanwhile.
+        // The main thread may be delivering one of its notifications now, so it is released there.
         queue_.post([ended = std::move(observed)] {});
         return;
     }

@@ -36,7 +36,7 @@ std::optional<pid_t> MacChildProcesses::start(const Command& command, Started st
     queue_.post(lifetime_.guard([started = std::move(started), process] { started(process); }));
     auto child = std::make_unique<Child>();
     child->ended = std::move(ended);
-    // Also told of a process that has ended already.
+    // It also fires for a process that has ended already.
     child->end = dispatch_source_create(DISPATCH_SOURCE_TYPE_PROC, static_cast<uintptr_t>(process), DISPATCH_PROC_EXIT,
                                         dispatch_get_main_queue());
     const auto reapIt = std::make_shared<std::function<void()>>(lifetime_.guard([this, process] { reap(process); }));

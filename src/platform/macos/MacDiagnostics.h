@@ -1,4 +1,4 @@
-// What the Mac can tell of why a window does not move.
+// Reasons why windows may not move on a Mac, for `doctor`.
 #pragma once
 
 #include "platform/macos/MacAccessibility.h"
@@ -9,7 +9,7 @@ namespace kova::macos {
 
 class MacDiagnostics final : public DiagnosticsServicing {
   public:
-    /// Both outlive it.
+    /// Both outlive this.
     MacDiagnostics(const MacAccessibility& accessibility, const ApplicationServicing& applications) :
         accessibility_(accessibility), applications_(applications) {}
     std::vector<DiagnosticLine> diagnose() const override;

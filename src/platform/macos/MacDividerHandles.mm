@@ -50,7 +50,7 @@ MacDividerHandles::~MacDividerHandles() = default;
 
 void MacDividerHandles::showHandles(const std::vector<DividerHandle>& handles) {
     tell(grip_.keepOnly(handles, pointerOnScreen()));
-    if (!grip_.isHeld()) escape_ = {}; // the release of a handle that is gone is never told
+    if (!grip_.isHeld()) escape_ = {}; // a handle that was removed gets no release
     std::erase_if(handles_, [&](const auto& shown) {
         return std::ranges::none_of(handles, [&](const DividerHandle& handle) {
             return handle.id == shown.first && handle.axis == shown.second->axis();
@@ -59,7 +59,7 @@ void MacDividerHandles::showHandles(const std::vector<DividerHandle>& handles) {
     for (const DividerHandle& handle : handles) {
         auto& shown = handles_[handle.id];
         if (!shown) {
-            // The system may hold the view a little longer than the panel is ours.
+            // The system may own the view a little longer than this owns the panel.
             shown = std::make_unique<Handle>(handle.axis, eventsOf(handle.id));
         }
         shown->show(bareFrame(handle));
@@ -98,7 +98,7 @@ void MacDividerHandles::press(const std::string& handleID, int clickCount) {
     }));
 }
 
-/// From a press elsewhere on, something may be dragged that the desktop is to receive.
+/// After a press elsewhere something may be dragged to the desktop, so the panels ignore events until the release.
 void MacDividerHandles::watchPressesElsewhere() {
     if (handles_.empty() && guards_.empty()) return pressesElsewhere_.reset();
     if (pressesElsewhere_) return;

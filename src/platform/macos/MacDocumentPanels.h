@@ -1,4 +1,4 @@
-// The system's panels for saving and opening. Files are read and written beside the main thread.
+// The system's panels for saving and opening. Files are read and written on the disk queue.
 #pragma once
 
 #include "app/DocumentPanelServicing.h"

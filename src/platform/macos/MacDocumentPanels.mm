@@ -7,7 +7,7 @@
 #if __has_include(<UniformTypeIdentifiers/UniformTypeIdentifiers.h>)
 #import <UniformTypeIdentifiers/UniformTypeIdentifiers.h>
 #else
-// For a set of headers without this framework, which will do to check the sources.
+// For sets of headers without this framework, which only check the sources.
 @interface UTType : NSObject
 + (nullable instancetype)typeWithIdentifier:(nonnull NSString*)identifier;
 @end
@@ -17,7 +17,7 @@ namespace kova::macos {
 
 namespace {
 
-/// Shows the panel without waiting for it. `chosen` is told the path on the main thread.
+/// Shows the panel without waiting for it. `chosen` gets the path on the main thread.
 void show(NSSavePanel* panel, std::function<void(const std::string& path)> chosen) {
     UTType* json = [UTType typeWithIdentifier:@"public.json"];
     if (json) panel.allowedContentTypes = @[ json ];

@@ -1,5 +1,5 @@
-// Key presses anywhere on the Mac. What other applications receive can be watched, not kept from them, so that nothing
-// is claimed from the system; which combinations the system itself acts on can be found out, those of programs cannot.
+// Key presses anywhere on the Mac. Events for other applications can be watched but not kept from them, so nothing is
+// claimed from the system. Combinations that the system itself uses can be queried, those of programs cannot.
 #pragma once
 
 #include "support/Lifetime.h"

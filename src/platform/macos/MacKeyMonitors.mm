@@ -65,8 +65,8 @@ MacKeyMonitors::~MacKeyMonitors() {
 
 Subscription MacKeyMonitors::addGlobalMonitor(std::function<void(const KeyPress&)> monitor) {
     auto listen = lifetime_.guard([this](NSEvent* event, std::optional<KeyPress>& heard) {
-        // As the press comes: the system chooses whose monitor is called first, and when this one is told, the press
-        // may have ended the recording that it belongs to.
+        // Checked when the press arrives: monitors are called in any order, and the press may have ended the recording
+        // by the time the value is delivered.
         const auto recording = recording_.lock();
         if (!recording || !recording->isOn()) heard = keyPress(event);
     });

@@ -1,4 +1,4 @@
-// What a new user sees: what KOVA does, and which permission it needs. Main thread.
+// The first dialog: what KOVA does, and which permission it needs. Main thread.
 #pragma once
 
 #include "app/OnboardingServicing.h"
@@ -21,7 +21,7 @@ class MacOnboarding final : public OnboardingServicing {
     std::optional<OnboardingOffer> offer_; // while it is shown, or about to be
     std::function<void()> askForPermission_;
     bool isWanted_ = false;     // shown, or about to be
-    bool isRunning_ = false;    // also while a closed dialog has not gone yet
+    bool isRunning_ = false;    // also while a closed dialog's modal loop has not ended yet
     std::uint64_t showing_ = 0; // counts the calls of showOnboarding that took effect
     Lifetime lifetime_;
 };

@@ -28,7 +28,7 @@ NSView* offerView(NSButton* box, const OnboardingOffer& offer) {
     view.orientation = NSUserInterfaceLayoutOrientationVertical;
     view.alignment = NSLayoutAttributeLeading;
     const CGFloat height = view.fittingSize.height;
-    // The dialog goes by the frame, which counts for nothing in a stack of views unless it is told so.
+    // The dialog uses the frame, which a stack view ignores unless this is set.
     view.translatesAutoresizingMaskIntoConstraints = YES;
     view.frame = NSMakeRect(0, 0, kOfferWidth, height);
     return view;
@@ -70,7 +70,7 @@ void MacOnboarding::run() {
     NSButton* box = offer_ ? checkbox(*offer_) : nil;
     const NSControlStateValue before = box.state;
     if (box) dialog.accessoryView = offerView(box, *offer_);
-    // The agent may end while the dialog waits, and this with it.
+    // The agent may end while the dialog is open, and this is destroyed with it.
     auto finishUnlessGone = lifetime_.guard([this, box, before, showing = showing_](NSModalResponse answer) {
         finish(showing, answer == NSAlertFirstButtonReturn, box.state != before, box.state == NSControlStateValueOn);
     });

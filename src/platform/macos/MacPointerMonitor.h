@@ -1,4 +1,4 @@
-// The pointer while its main button is held, wherever on the desktop that is.
+// The pointer while its main button is held, anywhere on the desktop.
 #pragma once
 
 #include "support/Lifetime.h"

@@ -20,7 +20,7 @@ PointerEvent::Kind kind(NSEvent* event) {
 }
 
 PointerEvent pointerEvent(NSEvent* event) {
-    // An event of another application has no window here, and its place is one on the screen.
+    // An event of another application has no window here; its location is in screen space.
     NSWindow* window = event.window;
     const CGPoint place = event.locationInWindow;
     return {.kind = kind(event),

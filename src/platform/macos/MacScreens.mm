@@ -39,7 +39,7 @@ std::vector<Screen> MacScreens::screens() const {
 }
 
 Subscription MacScreens::observeScreens(std::function<void()> changed) {
-    // The system also tells of changes that are none to us, such as those of a colour profile.
+    // The system also notifies of changes that do not matter here, such as another color profile.
     auto compared = [this, last = screens(), changed = std::move(changed)]() mutable {
         auto now = screens();
         if (now == last) return;

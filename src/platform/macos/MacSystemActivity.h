@@ -1,4 +1,4 @@
-// Sleep, dark screens, other users and the lock, as the Mac announces them.
+// Sleep, screens that sleep, user switching and the lock, from the Mac's notifications.
 #pragma once
 
 #include "windowing/SystemActivityServicing.h"

@@ -1,4 +1,4 @@
-// The application as one that the system starts at login.
+// Start at login through SMAppService.
 #pragma once
 
 #include "app/LaunchAtLoginServicing.h"

@@ -1,5 +1,5 @@
-// KOVA's item in the menu bar: draws the content and tells it what was chosen. The menu is put together anew each time
-// it opens; the symbol is filled while there is a message. Main thread only.
+// KOVA's item in the menu bar: shows the content and passes choices to it. The menu is rebuilt each time it opens; the
+// symbol is filled while there is a message. Main thread only.
 #pragma once
 
 #include "app/KovaMenuBarContent.h"

@@ -55,7 +55,7 @@
         item.representedObject = kova::macos::nsString(entry.id);
         if (entry.shortcut) {
             item.keyEquivalent = kova::macos::nsString(kova::menuKeyEquivalent(*entry.shortcut));
-            // The numbers are the system's own.
+            // KOVA stores modifiers with the system's own numbers.
             item.keyEquivalentModifierMask = static_cast<NSEventModifierFlags>(entry.shortcut->modifierFlagsRawValue);
         }
     }

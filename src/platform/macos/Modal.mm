@@ -29,15 +29,15 @@ void bringToFront(NSWindow* dialog) {
 }
 
 NSModalResponse runAlert(NSAlert* alert) {
-    // Usually nothing ends an application while such a dialog waits, neither its own command nor a logout.
+    // By default a modal dialog keeps the application from ending, by its own command or by a logout.
     alert.window.preventsApplicationTerminationWhenModal = NO;
     bringToFront(alert.window);
     return [alert runModal];
 }
 
 void abandonAlert() {
-    // Asks the loop to end instead of throwing out of it: what is thrown here would not get past our own callbacks. It
-    // looks after the next event, so there has to be one.
+    // Stops the loop instead of throwing: `contained` would catch the exception. The loop checks after the next event,
+    // so one is posted.
     [NSApp stopModalWithCode:NSModalResponseAbort];
     NSEvent* event = [NSEvent otherEventWithType:NSEventTypeApplicationDefined
                                         location:NSZeroPoint
@@ -57,7 +57,7 @@ bool hasDialog() {
 
 void returnActivation() {
     if (!NSApp.active || hasDialog()) return;
-    // KOVA has no menu in the menu bar, which therefore still belongs to the application before.
+    // KOVA has no menu in the menu bar, so the owner is still the application that was active before.
     NSRunningApplication* before = NSWorkspace.sharedWorkspace.menuBarOwningApplication;
     if (!before || [before isEqual:NSRunningApplication.currentApplication]) return;
     if (@available(macOS 14.0, *)) {

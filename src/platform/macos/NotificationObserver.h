@@ -1,4 +1,4 @@
-// One registration with a notification centre, for as long as it lives. Objective-C++ only; main thread.
+// Registrations with notification centers, as subscriptions. Objective-C++ only; main thread.
 #pragma once
 
 #include "support/Published.h"
@@ -12,8 +12,8 @@ namespace kova::macos {
 /// Calls back on the main thread whenever the centre posts the notification.
 [[nodiscard]] Subscription observeNotification(NSNotificationCenter* centre, NSString* name,
                                                std::function<void()> observer);
-/// The same for what other programs post to the whole session, also while no window of ours is active: applications
-/// usually hear of it late then.
+/// The same for notifications of other programs to the whole session, delivered at once: the system delays them for
+/// applications that are not active.
 [[nodiscard]] Subscription observeDistributedNotification(NSString* name, std::function<void()> observer);
 
 } // namespace kova::macos

@@ -39,7 +39,7 @@ namespace kova::macos {
 
 namespace {
 
-/// A centre holds its observers without owning them, so that they must be taken out before they go.
+/// A center does not own its observers, so they must be removed before they are destroyed.
 struct Registration {
     NSNotificationCenter* centre;
     KOVANotificationTarget* target;

@@ -8,8 +8,8 @@
 
 namespace kova::macos {
 
-/// Begins to look for updates as the user has set it; null in a program that was built without Sparkle, or whose bundle
-/// names no feed.
+/// Starts Sparkle with the user's settings; null in a program that was built without Sparkle, or whose bundle names no
+/// feed.
 std::unique_ptr<UpdateChecker> makeUpdateChecker();
 
 } // namespace kova::macos

@@ -34,7 +34,7 @@ class SparkleUpdateChecker final : public UpdateChecker {
 } // namespace
 
 std::unique_ptr<UpdateChecker> makeUpdateChecker() {
-    // Without a feed every check would end in an error that only the developer can do something about.
+    // Without a feed every check fails with an error that users cannot act on.
     if (![NSBundle.mainBundle objectForInfoDictionaryKey:@"SUFeedURL"]) return nullptr;
     return std::make_unique<SparkleUpdateChecker>();
 }

@@ -1,4 +1,4 @@
-// Preferences in the user's defaults, under the domain of the application. The system writes them by and by.
+// Preferences in the user's defaults, in the application's domain. The system writes them with a delay.
 #pragma once
 
 #include "persistence/PreferencesStore.h"

@@ -69,7 +69,7 @@ void UserDefaultsStore::save(Saved done) {
             noteWritten(isWritten);
             done(isWritten ? std::nullopt : std::optional(writeProblem_));
         }));
-    // The call waits for the system's preferences daemon.
+    // The call waits for the preferences daemon, so it runs on another queue.
     dispatch_async(dispatch_get_global_queue(QOS_CLASS_USER_INITIATED, 0), ^{
       const bool isWritten = CFPreferencesAppSynchronize(kCFPreferencesCurrentApplication) != 0;
       dispatch_async(dispatch_get_main_queue(), ^{

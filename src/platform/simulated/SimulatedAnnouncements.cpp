@@ -1,4 +1,4 @@
-// A Mac's way of answering and announcing.
+// How a Mac responds and announces changes.
 #include "platform/simulated/SimulatedDesktop.h"
 
 #include <utility>
@@ -38,7 +38,7 @@ void SimulatedDesktop::setPermissionStale(bool isStale) {
 }
 
 void SimulatedDesktop::setAnswerTime(Seconds time) {
-    // Nothing announces that applications answer again.
+    // Nothing announces that applications respond again.
     if ((time < kReadDeadline) != (answerTime_ < kReadDeadline)) announcements_.noteLoss();
     answerTime_ = time;
 }
@@ -63,7 +63,7 @@ bool SimulatedDesktop::hasEnhancedUserInterface(std::string_view name) const {
     return application(name).isEnhanced;
 }
 
-// What KOVA asks for
+// Requests of KOVA
 
 AnnouncementAnswer SimulatedDesktop::requestAnnouncements(const AccessibilityElement& element) {
     if (!pollingQueue_.isRunningJob()) brokenPromises_.push_back("requestAnnouncements on the main thread");

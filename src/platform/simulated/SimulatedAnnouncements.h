@@ -1,5 +1,5 @@
-// Which applications and windows of the simulated desktop were asked to announce their changes, and what becomes of
-// their announcements.
+// Which applications and windows of the simulated desktop were requested to announce their changes, and which
+// announcements are lost.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -11,7 +11,7 @@
 
 namespace kova {
 
-/// How applications and their windows tell of changes.
+/// How applications and their windows announce changes.
 enum class AnnouncementStyle {
     unasked,   // every change is announced at once
     whenAsked, // only by those that were asked, and a little late
@@ -27,7 +27,7 @@ class SimulatedAnnouncements {
     void refuse(pid_t process) { refusing_.insert(process); }
     /// The next announcements are lost.
     void lose(int count) { toLose_ = count; }
-    /// Changes since the start that no announcement told of although all was asked for.
+    /// Changes since the start without an announcement although it was requested.
     int lostCount() const { return lostCount_; }
     void noteLoss() { lostCount_ += style_ == AnnouncementStyle::whenAsked ? 1 : 0; }
     /// Requests since the start, each for one element.
@@ -37,7 +37,7 @@ class SimulatedAnnouncements {
     void end(const AccessibilityElement& element) { asked_.erase({element.processIdentifier, element.hash}); }
     /// The system drops what was requested, as it does with the permission.
     void endAll() { asked_.clear(); }
-    /// Whether the element, an application where the hash is 0, announces the change that it has just undergone.
+    /// Whether the element, an application where the hash is 0, announces its latest change.
     bool isAnnounced(pid_t process, std::uint64_t hash);
 
   private:

@@ -1,4 +1,4 @@
-// What persons, applications and the machine do.
+// What users, applications and the machine do.
 #include "platform/simulated/SimulatedDesktop.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
-// A whole desktop in memory, in virtual time: a back end like any other, and the stage of every scenario.
-// Persons, applications and the machine act through the upper half; KOVA acts through the seam below it. Whatever KOVA
-// does is noted, and a call that breaks a promise of the seam (a write from the polling queue, a frame that is not a
-// number) becomes a fault in `brokenPromises`.
+// A whole desktop in memory, in virtual time: a back end like any other, used by every scenario test. The upper half
+// acts as users, applications and the machine do; the lower half implements the platform interfaces for KOVA. It
+// records what KOVA does; a call that violates a platform interface (a write from the polling queue, a frame that is
+// not a number) is added to `brokenPromises`.
 #pragma once
 
 #include "platform/simulated/SimulatedAnnouncements.h"
@@ -66,7 +66,7 @@ struct InstallationTraits {
     ApplicationTraits traits{};
 };
 
-/// How an application takes being asked to quit.
+/// How an application responds to a request to quit.
 enum class QuittingHabit { quits, refuses };
 
 /// What hiding an application does to its windows.
@@ -75,13 +75,13 @@ enum class HidingStyle {
     iconifiesWindows, // each is minimised, and exactly these come back
 };
 
-/// How a desktop with several Spaces (virtual desktops) speaks of those that are not shown.
+/// How a desktop lists the windows of Spaces (virtual desktops) that are not shown.
 enum class SpaceStyle {
     listsAll,   // every window is listed and its Space is told; a full-screen window stays on its Space
     listsShown, // applications list windows of the shown Space, and minimised ones; full screen is a Space of its own
 };
 
-/// Which system the desktop resembles: one that answers from what it knows, or a Mac, where applications answer.
+/// Which system the desktop resembles: X11, which responds from its own model, or a Mac, where applications respond.
 enum class DesktopStyle { knowsItsWindows, mac };
 
 /// The part of a window by which the pointer drags it.
@@ -105,7 +105,7 @@ class SimulatedDesktop : public AccessibilityServicing,
 
     SimulatedDesktop();
 
-    /// Sets Spaces, announcements and the way of answering at once; each may be set otherwise afterwards.
+    /// Sets the styles of Spaces, announcements and responses together; each may be changed afterwards.
     void setStyle(DesktopStyle style);
     VirtualMainQueue& queue() { return queue_; }
     VirtualWorkQueue& pollingQueue() { return pollingQueue_; }
@@ -121,18 +121,18 @@ class SimulatedDesktop : public AccessibilityServicing,
     CGRect frameOfDisplay(std::string_view name) const; // desktop space
     void strandWindows(bool strand) { strandsWindows_ = strand; }
 
-    // Applications. Names and labels of things that are not there throw std::out_of_range: the scenario is wrong.
+    // Applications. Unknown names and labels throw std::out_of_range: the scenario is wrong.
     pid_t launch(std::string name, ApplicationTraits traits = {});
     void quit(std::string_view application);
-    /// Still listed, but on its way out.
+    /// Still listed, but terminated.
     void beginTerminating(std::string_view application);
     void userHides(std::string_view application, bool hide = true);
-    /// Stops or begins to answer. A question waits for the deadline; what is written to it is lost.
+    /// Stops or begins to respond. Meanwhile a request takes as long as the deadline; writes are lost.
     void setAnswering(std::string_view application, bool answers);
     bool isAnswering(const SimulatedWindow& window) const;
     bool isSilent(pid_t processIdentifier) const;
-    // A Mac's way of answering (SimulatedAnnouncements.cpp)
-    /// What each question of a poll costs; one that takes as long as the deadline has no answer.
+    // How a Mac responds (SimulatedAnnouncements.cpp)
+    /// The time that each request of a poll takes; from the deadline on there is no response.
     void setAnswerTime(Seconds time);
     /// From now on every request is refused, although the permission is there.
     void setPermissionStale(bool isStale);
@@ -142,8 +142,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     bool hasEnhancedUserInterface(std::string_view application) const;
     /// Once, as soon as another application is activated, this one takes the keyboard back.
     void stealNextActivation(std::string_view application);
-    /// From now on the desktop places windows itself, and says its name if it has one: what is written to frames is
-    /// lost.
+    /// From now on the desktop places windows itself, and gives its name if it has one: writes of frames are lost.
     void placeWindowsItself(std::optional<std::string> name) {
         placesWindows_ = true;
         placingManager_ = std::move(name);
@@ -160,7 +159,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     // Alerts
     /// The alerts shown since the last call, in their order.
     std::vector<Alert> takeAlerts() { return std::exchange(alerts_, {}); }
-    /// The user's answer to the oldest question that waits for one.
+    /// Answers the oldest open alert as a user does.
     void answerAlert(bool isConfirmed);
 
     // Windows. A label is the application's name, with a number for every further window: "Mail", "Mail 2".
@@ -182,19 +181,19 @@ class SimulatedDesktop : public AccessibilityServicing,
     void sendToVirtualDesktop(std::string_view label, int virtualDesktop);
     void showVirtualDesktop(int virtualDesktop);
     int shownVirtualDesktop() const { return virtualDesktop_; }
-    /// How long after another Space is shown that is told, where windows of others are not listed.
+    /// The delay of the notification that another Space is shown, where windows of others are not listed.
     void tellOfSpacesAfter(Seconds delay) { spacesAreToldAfter_ = delay; }
-    /// Closes a window whose application keeps its object, which goes on answering, without a size or as it was.
+    /// Closes a window whose application keeps its object, which still responds, without a size or as it was.
     enum class RetainedFrame { empty, asItWas };
     void closeAndRetain(std::string_view label, RetainedFrame frame);
     bool isRetained(const std::string& windowID) const;
     /// Opens one more tab in the window's tab group and shows it. Only the tab shown is listed, and its element is a
-    /// new one whenever it is shown; what was known of the others goes on answering.
+    /// new one whenever it is shown; the former elements of the others still respond.
     std::string openTab(std::string_view label, WindowTraits traits = {});
     void showTab(std::string_view label);
-    /// The window server says that a living window has gone, and then that it is there again, as around sleep.
+    /// The window server reports an open window as destroyed, and later as present again, as around sleep.
     void loseWindow(std::string_view label, bool lose = true);
-    /// The window goes on living under another identifier.
+    /// The window gets another identifier.
     void renumber(std::string_view label);
     const SimulatedWindow& window(std::string_view label) const;
     std::vector<const SimulatedWindow*> livingWindows() const; // in the order in which they were opened
@@ -202,7 +201,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     // Session, permission, pointer
     /// Locks it without a notification; the state can be asked for.
     void setLocked(bool locked);
-    /// What the machine or the login session goes through; told by the queue.
+    /// A change of the machine or the login session, delivered on the queue.
     void undergo(SystemActivityEvent event);
     void setTrusted(bool trusted);
     /// No window can be managed here at all, for that reason.
@@ -213,25 +212,25 @@ class SimulatedDesktop : public AccessibilityServicing,
     /// Whether the desktop announces every change.
     void setVouching(bool vouches);
 
-    // The mouse (SimulatedHand.cpp); what it does is told by the queue. Points are in desktop space.
-    /// Presses the main button: takes hold of the handle there when no window lies over it, else of the window there.
+    // The mouse (SimulatedHand.cpp); its events are delivered on the queue. Points are in desktop space.
+    /// Presses the main button on the handle there when no window lies over it, else on the window there.
     void pressAt(CGPoint point, WindowPart grip = WindowPart::titleBar);
     /// Moves the pointer; what is held follows.
     void movePointer(CGPoint point);
     void letGo(ShiftKey shift = ShiftKey::up);
-    /// Lets go of a handle that is held.
+    /// Releases a handle that is held.
     void pressEscape();
     void coverDesktopIcons() { coversDesktopIcons_ = true; }
     /// The handles shown now.
     const std::vector<DividerHandle>& handles() const { return handles_; }
     const std::vector<CGRect>& guardedAreas() const { return guardedAreas_; }
 
-    // What there is to see
+    // The state of the desktop
     /// "Mail 15,15 1908x1382 | Notes 1947,15 598x1382 minimized", frames in window-service space.
     std::string picture() const;
     /// The state of one window, as in the picture.
     std::string describeWindow(const SimulatedWindow& window) const;
-    /// Label of the window that has the keyboard; empty when none has.
+    /// Label of the window that has the keyboard focus; empty when none has.
     std::string focusedLabel() const;
     /// The label of a window by its id; the id itself when there is no such window.
     std::string labelOfID(const std::string& windowID) const;
@@ -246,7 +245,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     /// Requests to read attributes since the start.
     int readCount() const { return readCount_; }
     const std::vector<std::string>& brokenPromises() const { return brokenPromises_; }
-    /// Windows that closed since the start, by the person or by themselves.
+    /// Windows that closed since the start, by the user or by themselves.
     int closedCount() const { return closedCount_; }
     int openedCount() const { return openedCount_; }
 
@@ -389,9 +388,9 @@ class SimulatedDesktop : public AccessibilityServicing,
     void requireMainThread(const char* call) const;
     void remove(const SimulatedWindow& window);
     void setFrameOf(SimulatedWindow& window, const CGRect& frame);
-    /// The window whose dialog it is; null for none that lives.
+    /// The window whose dialog it is; null when there is none.
     const SimulatedWindow* ownerOf(const SimulatedWindow& window) const;
-    /// A window and its dialogs, and theirs, leave the screen and come back together, whichever of them is told to.
+    /// A window, its dialogs and theirs leave the screen and come back together, whichever of them gets the request.
     std::vector<SimulatedWindow*> familyOf(const SimulatedWindow& window);
     void setMinimized(SimulatedWindow& window, bool minimized);
     void setMinimizedAlone(SimulatedWindow& window, bool minimized);

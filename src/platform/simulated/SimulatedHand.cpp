@@ -78,7 +78,7 @@ void SimulatedDesktop::movePointer(CGPoint point) {
         const DividerHandle* handle = handleAt(place);
         return handle ? std::optional(handle->id) : std::nullopt;
     };
-    // A handle that is held has the pointer until it is released.
+    // A handle that is held gets all pointer events until it is released.
     const bool mayCross = !hold_ || !hold_->handleID;
     const auto former = mayCross && pointerOnDesktop_ ? handleIDAt(*pointerOnDesktop_) : std::nullopt;
     const auto entered = mayCross ? handleIDAt(point) : std::nullopt;
@@ -108,7 +108,7 @@ void SimulatedDesktop::pressEscape() {
     tell(DividerHandleEvent::Kind::cancelled, *hold_->handleID, pointerOnDesktop_.value_or(hold_->start));
 }
 
-// The seam
+// The platform interfaces
 
 Subscription SimulatedDesktop::observePointer(std::function<void(const PointerEvent&)> observer) {
     return pointerObservers_.add(std::move(observer));
@@ -122,7 +122,7 @@ void SimulatedDesktop::showHandles(const std::vector<DividerHandle>& handles) {
         if (!isFinite(handle.frame)) brokenPromises_.push_back("impossible frame of the handle " + handle.id);
     }
     handles_ = handles;
-    // A handle that is taken away ends its drag.
+    // Removing a handle ends its drag.
     if (hold_ && hold_->handleID && !ids.contains(*hold_->handleID)) pressEscape();
 }
 

@@ -59,7 +59,7 @@ std::set<KeyCombination> SimulatedKeyboard::claimed() const {
     return ours;
 }
 
-// The seam
+// The platform interfaces
 
 Subscription SimulatedKeyboard::addGlobalMonitor(std::function<void(const KeyPress&)> monitor) {
     return globalMonitors_.add(std::move(monitor));
@@ -105,7 +105,7 @@ Subscription SimulatedKeyboard::recordKeys(std::function<bool(const KeyPress&)> 
         recorder_ = kept;
         tellHeldByOthers();
     }
-    // What was given up for it is claimed again at its end.
+    // The claims that it suspended are in force again at its end.
     return Subscription(std::shared_ptr<void>(
         kept.get(), [kept, alive = lifetime_.guard([this] { tellHeldByOthers(); })](void*) mutable {
             kept.reset();

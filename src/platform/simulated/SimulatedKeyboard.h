@@ -1,5 +1,5 @@
-// The keyboard of the simulated desktop. A person presses keys; other programs hold combinations of their own, or the
-// whole keyboard. What is not kept from it is typed into the window that has the keyboard.
+// The keyboard of the simulated desktop. Users press keys; other programs hold combinations of their own, or the whole
+// keyboard. All other presses are typed into the window that has the keyboard focus.
 #pragma once
 
 #include "platform/simulated/VirtualTime.h"
@@ -19,7 +19,7 @@ class SimulatedKeyboard final : public KeyMonitorServicing {
   public:
     explicit SimulatedKeyboard(VirtualMainQueue& queue) : queue_(queue) {}
 
-    /// How the desktop lets programs listen to keys meant for others.
+    /// How programs get key presses for other programs.
     enum class Delivery {
         claimed,  // a combination belongs to the program that claimed it first, and is typed nowhere
         observed, // as on a Mac: every program may listen to everything, and it is typed all the same

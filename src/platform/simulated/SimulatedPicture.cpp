@@ -1,4 +1,4 @@
-// What there is to see of the simulated desktop.
+// Descriptions of the simulated desktop for tests.
 #include "platform/simulated/SimulatedDesktop.h"
 
 #include <algorithm>

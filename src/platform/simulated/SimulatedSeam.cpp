@@ -1,4 +1,4 @@
-// What KOVA sees of the simulated desktop and what becomes of its requests.
+// The platform interfaces of the simulated desktop.
 #include "platform/simulated/SimulatedDesktop.h"
 
 #include <algorithm>
@@ -178,7 +178,7 @@ void SimulatedDesktop::writeAttributes(const AccessibilityElement& element, std:
     }
     auto* owner = findApplication(element.processIdentifier);
     auto* window = const_cast<SimulatedWindow*>(windowOf(element));
-    note((window ? window->label() : owner ? owner->name : "nobody") + ": " + line);
+    note((window ? window->label() : owner ? owner->name : "no window") + ": " + line);
     if (!owner || !isInTime(*owner) || !isTrusted_ || isPermissionStale_) return;
     if (!window) {
         for (const auto& write : writes) {
@@ -226,7 +226,7 @@ void SimulatedDesktop::apply(SimulatedWindow& window, const AttributeWrite& writ
         if (placesWindows_) return;
         window.isMaximized = false;
     }
-    // A value of another kind than the attribute's is refused, as anything is that cannot be written.
+    // A value of another type than the attribute's is refused, as any value that cannot be written.
     if (point && write.attribute == AccessibilityAttribute::position) {
         const CGPoint corner = firstDisplayOrigin();
         const CGPoint origin = {point->x + corner.x, point->y + corner.y};
@@ -248,7 +248,7 @@ void SimulatedDesktop::apply(SimulatedWindow& window, const AttributeWrite& writ
 void SimulatedDesktop::performAction(const AccessibilityElement& element, AccessibilityAction action) {
     requireMainThread("performAction");
     const auto* window = windowOf(element);
-    note((window ? window->label() : "nobody") + ": " + std::string(actionName(action)));
+    note((window ? window->label() : "no window") + ": " + std::string(actionName(action)));
     if (window && isTrusted_ && !isPermissionStale_) raise(*window);
 }
 

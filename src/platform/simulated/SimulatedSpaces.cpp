@@ -61,7 +61,7 @@ void SimulatedDesktop::enterOwnSpace(SimulatedWindow& window) {
     showVirtualDesktop(window.virtualDesktop);
 }
 
-/// What has come to its Space meanwhile goes along with it.
+/// Windows that came to its Space meanwhile go along with it.
 void SimulatedDesktop::leaveOwnSpace(SimulatedWindow& window) {
     const int ending = window.virtualDesktop;
     for (auto& [number, other] : windows_) {
@@ -121,7 +121,7 @@ void SimulatedDesktop::showNextTabOf(const SimulatedWindow& closing) {
     }
 }
 
-// What KOVA sees of them
+// How KOVA sees them
 
 WindowPresence SimulatedDesktop::presenceOf(const AccessibilityElement& window) const {
     ++readCount_;

@@ -10,7 +10,7 @@ namespace kova {
 
 namespace {
 
-/// At most two decimals, and none where there is nothing to say.
+/// At most two decimals, none for whole numbers.
 std::string describeNumber(double number) {
     std::ostringstream text;
     text.precision(12);

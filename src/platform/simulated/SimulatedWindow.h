@@ -1,4 +1,4 @@
-// One window of the simulated desktop, with the habits that real ones have.
+// One window of the simulated desktop, with the behavior of real ones.
 // Frames are in desktop space: points, origin at a corner that no change of displays moves, y growing downwards.
 #pragma once
 
@@ -15,14 +15,14 @@ namespace kova {
 
 inline constexpr int kEveryVirtualDesktop = -1;
 
-/// What lies inside a window, as told of the element under the pointer.
+/// What is inside a window, as reported for the element under the pointer.
 enum class InnerElements {
     nested,   // a button in a group in the window
     cyclic,   // parents that lead round in a circle
     orphaned, // no parent can be read
 };
 
-/// How a window is opened and how it behaves. All habits may be combined.
+/// How a window is opened and how it behaves. All traits may be combined.
 struct WindowTraits {
     std::optional<CGRect> frame{};      // desktop space; absent: somewhere on the first display
     std::optional<std::string> title{}; // absent: the window's label
@@ -57,16 +57,16 @@ class SimulatedWindow {
     std::uint64_t number() const { return number_; }
     void renumber(std::uint64_t number) { number_ = number; }
     pid_t processIdentifier() const { return processIdentifier_; }
-    /// What scenarios call it; unique among living windows.
+    /// Its name in scenarios; unique among open windows.
     const std::string& label() const { return label_; }
     const WindowTraits& traits() const { return traits_; }
-    /// Takes a frame as it is told, whatever it is.
+    /// Takes any frame as requested.
     bool isObedient() const;
-    /// The size below which it stays, for a window that otherwise takes a frame as it is told; absent for others.
+    /// The minimum size of a window that otherwise takes a frame as requested; absent for others.
     std::optional<CGSize> leastSize() const;
 
     std::optional<WindowSizeHints> sizeHints() const;
-    /// From now on it needs less, or more, and says so.
+    /// Changes its minimum size, and announces it.
     void setMinimumSize(std::optional<CGSize> size) { traits_.minimumSize = size; }
 
     CGRect frame{};
@@ -85,8 +85,8 @@ class SimulatedWindow {
     int frameWriteCount = 0;        // of these, with a position or a size
     int springsBackTimes = 0;
 
-    /// The frame that it takes when told to be at the origin or to have the size. `displayFrame` is the display that
-    /// it is on.
+    /// The frame that it takes when the origin or the size is requested. `displayFrame` is that of the display it is
+    /// on.
     CGRect frameMovedTo(CGPoint origin, const CGRect& displayFrame) const;
     CGRect frameResizedTo(CGSize size, const CGRect& displayFrame) const;
 

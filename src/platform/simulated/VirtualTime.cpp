@@ -10,7 +10,7 @@ namespace {
 constexpr int kEndlessWork = 1'000'000;                               // tasks at one moment
 constexpr WallTime kFirstMoment{std::chrono::seconds(1'700'000'000)}; // of the virtual wall clock
 
-/// As near as the clock can count: "never" is far away, and does not wrap around.
+/// Clamped to the clock's range, so that “never” does not wrap around.
 std::chrono::nanoseconds wholeNanoseconds(Seconds duration) {
     constexpr Seconds kForever = std::chrono::hours(24 * 365 * 100);
     return std::chrono::round<std::chrono::nanoseconds>(std::clamp(duration, -kForever, kForever));

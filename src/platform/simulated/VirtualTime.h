@@ -1,5 +1,5 @@
-// Time that is moved by hand. Every piece of work runs at the moment it was due, not at the end of the jump, and
-// nothing runs but inside `advance` and `runDue`.
+// Time that tests advance. Each piece of work runs at the time when it is due, not at the end of the step, and only
+// inside `advance` and `runDue`.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -21,7 +21,7 @@ class VirtualMainQueue : public MainQueue {
 
     /// Runs all that becomes due within the duration, in order; the clock then stands at its end.
     void advance(Seconds duration);
-    /// Runs all that is due now, and what that posts. Throws std::logic_error when there is no end to it.
+    /// Runs all that is due now, and what that posts. Throws std::logic_error when that does not end.
     void runDue();
     /// Work that is still to run.
     std::size_t pendingCount() const;
@@ -35,7 +35,7 @@ class VirtualMainQueue : public MainQueue {
     std::shared_ptr<Task> add(Nanoseconds delay, std::function<void()> work);
     std::shared_ptr<Task> takeNext(Nanoseconds notAfter);
     void runUntil(Nanoseconds end);
-    /// Posts arrive this much later: they come from a worker that has been busy so long.
+    /// Posts arrive this much later: they come from a worker that was busy for so long.
     void setWorkerDelay(Seconds delay);
 
     mutable Mutex mutex_; // `post` may come from another thread

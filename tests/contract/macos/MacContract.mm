@@ -1,5 +1,5 @@
-// Contract tests of the Mac. They open windows on the desktop of the user, who has to allow the
-// test program to use the accessibility interface first, and to keep the hands off meanwhile.
+// The contract tests on a Mac. They open windows on the desktop; the test program needs the accessibility permission, and
+// pointer and keyboard must not be used while they run.
 #include "platform/macos/CoreFoundation.h"
 #include "platform/macos/DispatchQueues.h"
 #include "platform/macos/MacAccessibility.h"
