@@ -1,6 +1,6 @@
-// What the system's assistants, launchers and automation tools are offered, as values. Each intent stands for one URL,
-// so that a program that offers it only needs a way to open that URL. The desktop entry and the Mac's shim
-// are made from these values; neither has words of its own. The values need nothing but the language.
+// The intents for assistants, launchers and automation tools, as values. Each intent stands for one URL, which the
+// program that offers it opens. The desktop entry and the Mac's Swift source are generated from these values. This
+// header needs no other part of KOVA.
 #pragma once
 
 #include <array>
@@ -11,13 +11,13 @@
 
 namespace kova {
 
-/// A text in which something is named: what stands before the name and what stands after it.
+/// A text with a name in it: the parts before and after the name.
 struct TextAroundName {
     std::string_view before;
     std::string_view after;
 };
 
-/// What a person is asked for before an intent runs: always a text.
+/// A text that the user enters before an intent runs.
 struct IntentParameter {
     std::string_view name; // as it is called in a program
     std::string_view title;
@@ -31,7 +31,7 @@ struct Intent {
     std::optional<IntentParameter> parameter;
 };
 
-/// An intent that is offered without being set up.
+/// An intent that is offered without setup.
 struct AppShortcut {
     const Intent& intent;
     std::span<const TextAroundName> phrases; // said to the assistant, around the application's name

@@ -1,4 +1,4 @@
-// What keys and shortcuts are called: on a label, in a sentence, and when a person types them.
+// Names of keys and shortcuts: on labels, in sentences, and as users type them.
 #pragma once
 
 #include "commands/KovaShortcut.h"
@@ -12,7 +12,7 @@
 
 namespace kova {
 
-/// The label of a key that has one whatever is written on it; absent for all others.
+/// The label of a key with a fixed name, such as Return; absent for others.
 std::optional<std::string_view> fixedKeyLabel(std::uint16_t keyCode);
 
 /// As a user reads it: "Ctrl+Alt+H" and "Shift+Super+Left", or "⌃⌥H" and "⇧⌘←".
@@ -20,7 +20,7 @@ std::string shortcutText(const KovaShortcut& shortcut, ModifierNames names);
 /// The modifiers of which a shortcut needs one, in a sentence: "ctrl, alt or super".
 std::string_view mainModifiers(ModifierNames names);
 
-/// What the active keyboard layout writes on a key.
+/// The character of a key in the active keyboard layout.
 using CharactersOfKey = std::function<std::string(std::uint16_t keyCode)>;
 
 /// From what a user types, "ctrl+alt+h": names of modifiers and keys in any case, joined by “+”, or the symbols of a

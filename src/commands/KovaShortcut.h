@@ -1,5 +1,5 @@
-// A keyboard shortcut, and the actions that can carry one. Keys are told by the Mac's virtual key codes on every
-// platform, so that one stored configuration serves all of them.
+// A keyboard shortcut, and the actions that can have one. Keys are the Mac's virtual key codes on every platform, so
+// that one stored configuration serves all of them.
 #pragma once
 
 #include "windowing/KeyMonitorServicing.h"
@@ -15,7 +15,7 @@ namespace kova {
 struct KovaShortcut {
     std::uint16_t keyCode = 0;
     std::uint64_t modifierFlagsRawValue = 0; // of `modifierFlag::ofShortcuts` only
-    std::string keyLabel;                    // what the key was called when the shortcut was made
+    std::string keyLabel;                    // the key's label when the shortcut was made
     bool operator==(const KovaShortcut&) const = default;
 };
 
@@ -27,7 +27,7 @@ struct KovaShortcutEvent {
     bool operator==(const KovaShortcutEvent&) const = default;
 };
 
-/// Drops Caps Lock, Function and whatever else a shortcut does not ask for.
+/// Drops Caps Lock, Function and other modifiers that shortcuts do not use.
 KovaShortcutEvent eventOf(const KeyPress& press);
 
 enum class KovaShortcutAction : std::uint8_t {
@@ -70,7 +70,7 @@ enum class KovaShortcutAction : std::uint8_t {
     openPalette,
 };
 
-/// All of them, in the order in which they are shown and conflicts are looked for.
+/// All of them, in the order of display and of the search for conflicts.
 inline constexpr std::array kShortcutActions = {
     KovaShortcutAction::commandCenter,
     KovaShortcutAction::previousLayout,
@@ -112,7 +112,7 @@ inline constexpr std::array kShortcutActions = {
 
 /// As it is stored: "focusLeft".
 std::string_view rawValue(KovaShortcutAction action);
-/// Absent when no action is called so.
+/// Absent if there is no such action.
 std::optional<KovaShortcutAction> shortcutActionFrom(std::string_view rawValue);
 /// As it is shown: "Focus Left".
 std::string_view title(KovaShortcutAction action);

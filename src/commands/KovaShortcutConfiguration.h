@@ -24,18 +24,18 @@ struct KovaShortcutConfiguration {
 
     bool operator==(const KovaShortcutConfiguration&) const = default;
 
-    /// What KOVA comes with: a shortcut for every action but `commandCenter`.
+    /// The default shortcuts.
     static KovaShortcutConfiguration standard();
 
     /// Null when the action has none.
     const KovaShortcut* shortcut(KovaShortcutAction action) const;
-    /// Absent takes the shortcut away.
+    /// Absent removes the shortcut.
     void setShortcut(std::optional<KovaShortcut> shortcut, KovaShortcutAction action);
 };
 
 std::string encodeShortcutConfiguration(const KovaShortcutConfiguration& configuration);
-/// One wrong value makes the whole configuration wrong, but for those of unknown actions, which are not looked at.
-/// Modifiers that no shortcut asks for are dropped.
+/// One invalid value fails the whole configuration, except entries of unknown actions, which are not decoded. Modifiers
+/// that shortcuts do not use are dropped.
 Decoded<KovaShortcutConfiguration> decodeShortcutConfiguration(std::string_view json);
 
 } // namespace kova

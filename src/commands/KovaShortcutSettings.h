@@ -13,7 +13,7 @@ namespace kova {
 
 class KovaShortcutSettings {
   public:
-    /// What is stored, or the standard configuration where that is absent or cannot be read. The store outlives the
+    /// Reads the stored configuration; the default one if that is absent or cannot be read. The store outlives the
     /// settings.
     explicit KovaShortcutSettings(PreferencesStore& defaults);
     KovaShortcutSettings(const KovaShortcutSettings&) = delete;
@@ -25,7 +25,7 @@ class KovaShortcutSettings {
     Published<bool> isRecording;
 
     std::optional<KovaShortcut> shortcut(KovaShortcutAction action) const;
-    /// Absent takes the shortcut away. False, and nothing changes, when another action has the combination.
+    /// Absent removes the shortcut. False, without a change, if another action has the combination.
     [[nodiscard]] bool setShortcut(std::optional<KovaShortcut> shortcut, KovaShortcutAction action);
     void restoreDefaults();
     /// The first other action that has the shortcut's key and modifiers.

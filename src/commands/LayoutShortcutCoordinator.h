@@ -1,4 +1,4 @@
-// Turns key presses anywhere on the desktop into operations of the workspace. Main thread only.
+// Turns key presses on the whole desktop into operations of the workspace. Main thread only.
 #pragma once
 
 #include "commands/KovaShortcutSettings.h"
@@ -25,7 +25,7 @@ class LayoutShortcutCoordinator {
     void removeMonitors();
     bool hasMonitors() const { return globalKeyMonitor_ || localKeyMonitor_; }
 
-    /// True when the press is a shortcut: its operation was asked for, whether it was carried out or refused.
+    /// True if the press is a shortcut, whether its operation was carried out or refused.
     bool handle(const KovaShortcutEvent& event);
 
   private:
@@ -45,11 +45,11 @@ class LayoutShortcutCoordinator {
     Lifetime lifetime_;
 };
 
-/// The action that a press asks for: the first of those that act, in their order, whose shortcut has this key and
-/// exactly these modifiers. Absent for a press without a shortcut.
+/// The action of a press: the first one whose shortcut has this key and exactly these modifiers. Absent if there is
+/// none.
 std::optional<KovaShortcutAction> actionFor(const KovaShortcutConfiguration& configuration,
                                             const KovaShortcutEvent& event);
-/// What has to be claimed for a configuration, each combination once.
+/// The combinations to register for a configuration, each once.
 std::vector<KeyCombination> combinationsOf(const KovaShortcutConfiguration& configuration);
 
 } // namespace kova

@@ -1,5 +1,5 @@
-// What a field that records a shortcut does with each key press, wherever that field is shown: Delete clears, Escape
-// leaves everything as it was, anything else needs a modifier and must not belong to another action. Main thread only.
+// The rules of recording a shortcut, for each key press: Delete clears it, Escape cancels, any other key needs a
+// modifier and must not belong to another action. Main thread only.
 #pragma once
 
 #include "commands/KovaShortcutSettings.h"
@@ -13,10 +13,10 @@ inline constexpr std::string_view kRecorderPrompt = "Type Shortcut…"; // shown
 inline constexpr std::string_view kRecorderHelp = "Click to record a keyboard shortcut";
 inline constexpr std::string_view kNoShortcutDescription = "Keyboard shortcut not set"; // for accessibility clients
 
-/// Stands for a key on which nothing is written. Stored configurations hold exactly these characters.
+/// The label of a key without a character. Stored configurations contain exactly this text.
 inline constexpr std::string_view kUnknownKeyLabel = "Key (event.keyCode)";
 
-/// Said when another action has the combination.
+/// The message when another action has the combination.
 std::string conflictMessage(KovaShortcutAction holder);
 
 /// Whether these modifiers are enough; Shift alone is not.
@@ -34,12 +34,12 @@ class ShortcutRecorder {
     enum class Outcome { recorded, cleared, cancelled, refused };
     struct Step {
         Outcome outcome = Outcome::refused;
-        std::string message; // why it was refused; empty when a beep says it all
+        std::string message; // why it was refused; empty for a beep only
         bool endsRecording() const { return outcome != Outcome::refused; }
         bool beeps() const { return outcome == Outcome::refused; }
         bool operator==(const Step&) const = default;
     };
-    /// Changes the settings where the press is accepted; otherwise the recording goes on.
+    /// Changes the settings if the press is accepted; otherwise the recording goes on.
     Step take(const KeyPress& press);
 
   private:

@@ -4,8 +4,8 @@
 //   kova://action/focus/left, move/up, swap/right, …    kova://action/focus/display/next, move/display/previous, …
 //   kova://action/place/2
 //
-// A URL comes from anywhere, a web page included. It runs an operation of the workspace or does nothing; all it can
-// name is a direction, a step, the number of a tile or a scene that the user has captured.
+// A URL may come from any source, also a web page. So it can only name an operation with a direction, a step, the
+// number of a tile or a scene that the user has captured.
 #pragma once
 
 #include "workspace/WindowCommand.h"
@@ -25,12 +25,12 @@ struct OpenSceneNamed {
 
 using URLAction = std::variant<WorkspaceAction, WindowCommand, OpenSceneNamed>;
 
-/// Longer URLs are none of ours.
+/// Longer URLs are ignored.
 inline constexpr std::size_t kLongestURL = 4096; // bytes
 
-/// What the URL asks for; absent when it asks for nothing that there is. The scheme, the host and the words of actions
-/// may be in any case; user, port, what follows the words that are used, query and fragment do not count. A word is
-/// percent-decoded once, after the URL was split, and must then be UTF-8 without a NUL.
+/// The action of the URL; absent if there is none. Scheme, host and words of actions may be in any case; user, port,
+/// additional path parts, query and fragment are ignored. A word is percent-decoded once, after the URL was split, and
+/// must then be UTF-8 without a NUL.
 std::optional<URLAction> parseURLAction(std::string_view url);
 
 } // namespace kova

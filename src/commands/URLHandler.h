@@ -1,4 +1,4 @@
-// Carries out what URLs ask for. They come from any program, in any number at a time.
+// Carries out URLs, which any program can open in any number.
 #pragma once
 
 #include "commands/URLActions.h"
@@ -22,10 +22,10 @@ class URLHandler {
     enum class Verdict { done, refused, notUnderstood, dropped };
     struct Answer {
         Verdict verdict = Verdict::done;
-        std::string message; // of what was done, or why it was refused; empty when there is nothing to say
+        std::string message; // the result, or why it was refused; may be empty
     };
-    /// Runs what the URL asks for, and says nothing about one that asks for nothing. More than 20 within a second are
-    /// too many; what comes above that is dropped, which the log tells.
+    /// Carries out the URL's action; an unknown URL is ignored. URLs beyond 20 within a second are dropped, with a line
+    /// in the log.
     Answer handle(std::string_view url);
 
   private:
@@ -35,7 +35,7 @@ class URLHandler {
     WorkspaceController& workspace_;
     MainQueue& queue_;
     std::deque<Seconds> handledAt_; // uptimes within the last second
-    std::size_t dropped_ = 0;       // since the log was told
+    std::size_t dropped_ = 0;       // since the last line in the log
     Lifetime lifetime_;
 };
 

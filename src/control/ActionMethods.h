@@ -1,4 +1,5 @@
-// The user's actions, as methods of the socket. Each goes through the one door and answers what was said about it.
+// The user's actions, as methods of the socket. Each goes through `WorkspaceController::perform` and returns its
+// message.
 #pragma once
 
 #include "commands/URLHandler.h"
@@ -8,16 +9,16 @@
 
 namespace kova {
 
-/// What every action answers.
+/// The result of every action.
 nlohmann::json performed(const WorkspaceController& controller, const std::optional<std::string>& message);
 
 ControlReply performAction(WorkspaceController& controller, const WorkspaceAction& action);
 
-/// Does what the "url" of the parameters asks for. Why nothing was done is told to the client alone: the workspace says
-/// nothing about a URL that it does not know.
+/// Carries out the "url" of the parameters. An error goes to the client only: the workspace shows no message for an
+/// unknown URL.
 ControlReply openURL(WorkspaceController& controller, URLHandler& urls, const JsonCursor& parameters);
 
-/// "direction" of the parameters; throws `DecodingError` when it is none.
+/// "direction" of the parameters; throws `DecodingError` if it is invalid.
 WorkspaceDirection wantedDirection(const JsonCursor& parameters);
 
 /// What can be undone, newest first.

@@ -1,5 +1,5 @@
-// The right to be the one agent of a session: a lock that the system takes back by itself when its holder ends, however
-// it ends. While the claim is held, no other agent listens at the socket's path.
+// The claim to be the one agent of a session: a lock that the system releases however its holder ends. While the claim
+// is held, no other agent listens at the socket's path.
 #pragma once
 
 #include "control/client/ControlSocket.h"
@@ -13,7 +13,7 @@
 
 namespace kova {
 
-/// Why there is no claim, in words for a person.
+/// Why the claim failed, for the user.
 struct AgentClaimRefusal {
     std::optional<pid_t> holder; // the process that has the session, when that is the reason
     std::string message;
@@ -21,7 +21,7 @@ struct AgentClaimRefusal {
 
 class AgentClaim {
   public:
-    /// Makes the socket's folder if need be (only its owner may enter it) and takes the lock beside the socket.
+    /// Creates the socket's folder if necessary (only its owner may enter it) and takes the lock beside the socket.
     static std::variant<AgentClaim, AgentClaimRefusal> take(const ControlSocketPlace& place);
 
     AgentClaim(AgentClaim&& other) noexcept :

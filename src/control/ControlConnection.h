@@ -1,7 +1,6 @@
-// One client of the agent's socket. Its lines are read on the control thread and handed to the main queue one at a
-// time, so that a client that sends ahead delays itself only. What is sent to it leaves at once from whichever thread
-// sends it, and what the system does not take at once waits in its queue for the control thread, so that the main queue
-// never waits for a client.
+// One client of the agent's socket. Its lines are read on the control thread and passed to the main queue one at a
+// time, so that a client with many requests delays only itself. Output is written at once by the sending thread; what
+// the system does not accept is queued for the control thread, so that the main queue never waits for a client.
 #pragma once
 
 #include "control/ControlHandling.h"
@@ -50,10 +49,10 @@ class ControlConnection final : public ControlPeer, public std::enable_shared_fr
     // Main thread
     void send(const std::string& line) override;
     void sendAfterAnswer(const std::string& line) override;
-    /// Keeps one answer to the received batch until all are there; it counts as unread meanwhile. Empty: none.
+    /// Keeps one response of the batch until all are complete; it counts as unread meanwhile. Empty: none.
     void addToBatch(std::string_view answer);
-    /// Sends the answer to the received message, of a batch the last one and those that were added, unless there is
-    /// none. The next message is received once the client has read it.
+    /// Sends the response to the received message, for a batch together with the added ones; nothing if it is empty.
+    /// The next message is received once the client has read it.
     void finishMessage(std::string answer, bool isBatch);
 
     bool isConnected() const override;

@@ -1,5 +1,5 @@
-// One message of a client on its way through the main queue: its requests are carried out in their order, one a turn,
-// so that a long batch holds no other client up, and a request may be answered later. Main thread only.
+// One message of a client on the main queue: its requests are carried out in order, one a turn, so that a long batch
+// delays no other client. A response may come later. Main thread only.
 #pragma once
 
 #include "control/ControlConnection.h"
@@ -14,10 +14,10 @@ namespace kova {
 
 class ControlExchange : public std::enable_shared_from_this<ControlExchange> {
   public:
-    /// Has the work run on the main queue, after what waits there already; once the server has ended it does nothing.
+    /// Posts work to the main queue; no-op once the server has ended.
     using Turn = std::function<void(std::function<void()>)>;
 
-    /// What would come after `longestBatchAnswer` bytes of answers is not carried out.
+    /// Requests of a batch after `longestBatchAnswer` bytes of responses are not carried out.
     ControlExchange(Turn turn, ControlHandling& handling, std::shared_ptr<ControlConnection> connection,
                     jsonrpc::Message message, std::size_t longestBatchAnswer);
 

@@ -1,4 +1,4 @@
-// What is behind the agent's socket: one call a request.
+// Handles the requests of the agent's socket, one call each.
 #pragma once
 
 #include "support/Result.h"
@@ -17,7 +17,7 @@ struct ControlRequest {
     nlohmann::json parameters; // an object; empty when the client sent none
 };
 
-/// Why a request was not carried out: a code of `controlCode`, and a message for a person.
+/// Why a request was not carried out: a code of `controlCode`, and a message for the user.
 struct ControlFailure {
     int code = 0;
     std::string message;
@@ -45,7 +45,7 @@ class ControlPeer {
     virtual void send(const std::string& line) = 0;
     /// The same, but never between a request of the client that is being carried out and its answer. Main thread.
     virtual void sendAfterAnswer(const std::string& line) { send(line); }
-    /// False once the client is gone. Any thread.
+    /// False once the client has disconnected. Any thread.
     virtual bool isConnected() const = 0;
 };
 

@@ -1,4 +1,4 @@
-// The vocabulary of the agent's socket: what each method does with the workspace and what it answers.
+// The methods of the agent's socket.
 // docs/control.md describes every method, docs/control-schema.json every answer.
 #pragma once
 
@@ -34,13 +34,13 @@ struct ControlContext {
     KovaShortcutSettings& shortcuts;
     PreferencesStore& preferences;
     std::vector<const DiagnosticsServicing*> diagnostics = {}; // the parts that report to `doctor`
-    KeyMonitorServicing* keys = nullptr;                       // null where no key can be heard
+    KeyMonitorServicing* keys = nullptr;                       // null where keys cannot be observed
     MainQueue& queue;
     std::function<void()> quit; // called on the main queue, after the answer was sent
     // Absent where the platform has no such setting.
     std::optional<SystemSetting> startAtLogin = {};
     std::optional<SystemSetting> dockAutoHide = {};
-    std::function<std::optional<std::string>()> firstSteps = {}; // what a new user is told
+    std::function<std::optional<std::string>()> firstSteps = {}; // advice for a new user
     OverlayServing* overlay = nullptr;                           // null: nothing can be shown
     MenuServing* menu = nullptr;
     UserInterfaceControl* userInterface = nullptr;
@@ -54,8 +54,8 @@ class ControlMethods final : public ControlHandling {
   public:
     explicit ControlMethods(ControlContext context);
     ~ControlMethods() override;
-    /// A method that changes what the user keeps is answered once that is on disk; when it could not be
-    /// written, the answer says so in a member "unsaved".
+    /// A method that changes stored data is answered once that is on disk. If the write failed, the result has a member
+    /// "unsaved".
     void handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer, ControlAnswer answer) override;
 
   private:

@@ -1,5 +1,5 @@
-// How the workspace looks on the wire. Every rectangle is in window-service space (points, origin at the top left of
-// the first display, y growing downwards), whatever space it came from; those of a layout are in the unit square.
+// The workspace as JSON of the socket. Every rectangle is in window-service space (points, origin at the top left of
+// the first display, y growing downwards); those of a layout are in the unit square.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -22,9 +22,9 @@ nlohmann::json size(const CGSize& size);
 /// The name of the window's application; null without a window.
 nlohmann::json applicationOf(const WorkspaceController& controller, const std::optional<std::string>& windowID);
 nlohmann::json window(const ManagedWindow& window, const WorkspaceController& controller);
-/// Id, application and title; the last two are empty for a window that is gone.
+/// Id, application and title; the last two are empty for a closed window.
 nlohmann::json briefWindow(const WorkspaceController& controller, const std::string& windowID);
-/// The same with what can be seen of the window.
+/// The same with the window's visible state.
 nlohmann::json windowInBrief(const WorkspaceController& controller, const std::string& windowID);
 /// The focused window with its tile and display; without one the current display.
 nlohmann::json focus(const WorkspaceController& controller);

@@ -1,6 +1,6 @@
 // The agent's socket: JSON-RPC 2.0, one message a line. It reads and writes on a thread of its own; every request is
-// handled on the main queue, one of each client at a time, and the main queue never waits for a client. Nothing that a
-// client sends, leaves unsent or leaves unread stops the agent or another client.
+// handled on the main queue, one of each client at a time, and the main queue never waits for a client. No client can
+// block the agent or another client, whatever it sends or leaves unread.
 #pragma once
 
 #include "control/AgentClaim.h"
@@ -30,16 +30,15 @@ class ControlServer {
   public:
     /// The queue and the handling outlive the server. Main thread, as for all calls.
     ControlServer(AgentClaim claim, MainQueue& queue, ControlHandling& handling, ControlServerLimits limits = {});
-    /// Closes every connection and removes the socket. Replies that were given before are with the system by then.
-    /// Waits for what the control thread does at the moment, which is bounded by one line.
+    /// Closes every connection and removes the socket. Earlier responses have been passed to the system by then. Waits
+    /// for the control thread, which finishes at most one line.
     ~ControlServer();
     ControlServer(const ControlServer&) = delete;
     ControlServer& operator=(const ControlServer&) = delete;
 
-    /// From now on clients can connect; they wait until `serve`. Absent when it listens; else what is in the way, in
-    /// words for a person.
+    /// From now on clients can connect; they wait until `serve`. Absent on success, else the error for the user.
     std::optional<std::string> start();
-    /// Begins to read what they send. Once, after `start`.
+    /// Begins to read requests. Once, after `start`.
     void serve();
 
   private:

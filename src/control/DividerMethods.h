@@ -10,7 +10,8 @@ namespace kova {
 /// Those of the display that the parameters name, else of all.
 ControlReply listDividers(const WorkspaceController& controller, const JsonCursor& parameters);
 
-/// Moves one divider as a hand would, from press to release: one undo step, within the minimums of its neighbours.
+/// Moves one divider as the pointer does, from press to release: one undo step, within the minimum sizes of its
+/// neighbors.
 ControlReply dragDivider(WorkspaceController& controller, const JsonCursor& parameters);
 
 } // namespace kova

@@ -1,4 +1,4 @@
-// A look at everything that windows need in order to be arranged.
+// Checks everything that arranging windows depends on.
 #pragma once
 
 #include "control/ControlMethods.h"

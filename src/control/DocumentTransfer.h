@@ -1,5 +1,5 @@
-// The document of scenes and rules on its way out of the agent and into it. The client reads and writes the file: the
-// agent opens none, and never waits for a disk. Main thread only.
+// Export and import of the document of scenes and rules. The client reads and writes the file, so the agent opens no
+// file and does not wait for its disk. Main thread only.
 #pragma once
 
 #include "control/ControlHandling.h"
@@ -17,14 +17,14 @@ namespace kova {
 
 class DocumentTransfer {
   public:
-    /// A client that says nothing for so long in the middle of a document has given up.
+    /// An upload without a new piece for this long is dropped.
     static constexpr Seconds kUploadTimeout{60};
 
     /// Both outlive the transfer.
     DocumentTransfer(WorkspaceController& controller, MainQueue& queue) : controller_(controller), queue_(queue) {}
 
     ControlReply exportDocument() const;
-    /// Takes the next piece of a document, and the whole in with the last of them.
+    /// Receives the next piece of a document; imports the document with the last piece.
     ControlReply importDocument(const JsonCursor& parameters, const std::shared_ptr<ControlPeer>& peer);
 
   private:
@@ -44,7 +44,7 @@ class DocumentTransfer {
 
     WorkspaceController& controller_;
     MainQueue& queue_;
-    std::vector<Upload> uploads_; // of the clients that are in the middle of a document
+    std::vector<Upload> uploads_; // one for each client with an incomplete document
     std::shared_ptr<ScheduledWork> sweep_;
     Lifetime lifetime_;
 };

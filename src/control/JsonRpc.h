@@ -1,4 +1,4 @@
-// The envelope of JSON-RPC 2.0: from a line to the requests in it, and from results to the line that answers them.
+// JSON-RPC 2.0: from a line to its requests, and from results to the line of the response.
 #pragma once
 
 #include "control/ControlHandling.h"
@@ -20,7 +20,7 @@ struct Request {
     std::optional<nlohmann::json> id; // absent: a notification, which has no answer
 };
 
-/// A request that is not one, with the id to answer under (null when it has none that can be told).
+/// An invalid request, with the id for the response (null if it has no readable id).
 struct Invalid {
     nlohmann::json id;
     ControlFailure failure;
@@ -36,7 +36,7 @@ struct Message {
 
 Message readMessage(std::string_view line);
 
-/// What answers the request with the id.
+/// The response to the request with the id.
 nlohmann::json replyTo(const nlohmann::json& id, ControlReply reply);
 nlohmann::json resultReply(const nlohmann::json& id, nlohmann::json result);
 nlohmann::json failureReply(const nlohmann::json& id, const ControlFailure& failure);

@@ -1,5 +1,5 @@
-// Cuts what a client sends into lines, however it arrives. A line that grows too long is reported once and skipped up
-// to its end, so that a client can neither fill the memory nor lose its connection by it.
+// Splits a client's input into lines. A line that is too long is reported once and skipped up to its end, so that it
+// neither fills the memory nor ends the connection.
 #pragma once
 
 #include <cstddef>
@@ -45,7 +45,7 @@ class LineBuffer {
             return;
         }
         const std::string whole = std::move(partial_.append(piece));
-        partial_ = {}; // a client that is silent from now on keeps no memory
+        partial_ = {}; // an idle client keeps no memory
         line(whole);
     }
 

@@ -1,4 +1,4 @@
-// The menu of KOVA as values, for whatever draws it.
+// The menu of KOVA as values, for the program that draws it.
 #pragma once
 
 #include "commands/KovaShortcut.h"
@@ -26,10 +26,10 @@ struct MenuEntry {
 class MenuServing {
   public:
     virtual ~MenuServing() = default;
-    /// As things stand now; asked for anew each time the menu opens.
+    /// The present entries; call again each time the menu opens.
     virtual std::vector<MenuEntry> entries() const = 0;
-    /// Carries out what the entry is for. False, and nothing is done, when there is no such entry any more or it is not
-    /// enabled: the menu may have been open for long. What the workspace refuses it says in its status message.
+    /// Carries out the entry. False if the entry does not exist any more or is disabled, since the menu may have been
+    /// open for a while. If the workspace refuses, its status message gives the reason.
     virtual bool choose(std::string_view id) = 0;
 };
 

@@ -1,5 +1,5 @@
-// Finding what a person means: a display, a layout, a window, a rule or an application by its id, its number, its name
-// or a part that no other has; a scene by its id or its whole name.
+// Finds things by the names that users type: a display, a layout, a window, a rule or an application by its id, number,
+// name or an unambiguous part; a scene by its id or its whole name.
 #pragma once
 
 #include "control/ControlHandling.h"
@@ -24,12 +24,12 @@ struct NamedThing {
 
 enum class Numbered { no, yes }; // whether a number means the place in the list, counted from 1
 
-/// Which of the things is meant; when none or several are, a failure that lists them. `kind` is "display", "layout",
+/// The index of the matching thing; if none or several match, a failure that lists them. `kind` is "display", "layout",
 /// ...
 ControlResult<std::size_t> lookUp(std::string_view kind, std::string_view wanted, std::span<const NamedThing> things,
                                   Numbered numbered);
 
-/// Fit for a message: valid, and cut where it is very long.
+/// For use in a message: valid UTF-8, and cut if it is very long.
 std::string textForMessage(std::string_view wanted);
 
 /// The display's id.
@@ -45,12 +45,12 @@ ControlResult<std::string> lookUpSlotOfAnyLayout(const WorkspaceController& cont
 /// The layout's id.
 ControlResult<std::string> lookUpLayout(const WorkspaceController& controller, std::string_view wanted);
 ControlResult<ManagedWindow> lookUpWindow(const WorkspaceController& controller, std::string_view wanted);
-/// The same for what is done to a whole application: the names of its windows all mean the first of them.
+/// The same for operations on a whole application: a name that matches several of its windows means the first.
 ControlResult<ManagedWindow> lookUpWindowOfApplication(const WorkspaceController& controller, std::string_view wanted);
 /// The same, or else a dialog by its id or title.
 ControlResult<ManagedWindow> lookUpWindowOrDialog(const WorkspaceController& controller, std::string_view wanted);
-/// By its exact name, else the first of that name in another case, else by its id. Never by a part of its name: what is
-/// deleted must have been meant.
+/// By its exact name, else the first of that name in another case, else by its id. Never by a part of its name, since
+/// scenes are deleted by name.
 ControlResult<WorkspaceScene> lookUpScene(const WorkspaceController& controller, std::string_view wanted);
 /// The rule's index; its number is that in the list, from 1.
 ControlResult<std::size_t> lookUpRule(const WorkspaceController& controller, std::string_view wanted);
@@ -59,7 +59,7 @@ struct NamedApplication {
     std::string name;
     std::optional<std::string> bundleIdentifier;
 };
-/// One that has windows, or could be launched.
+/// A running application with windows, or an installed one.
 ControlResult<NamedApplication> lookUpApplicationForRule(const WorkspaceController& controller,
                                                          std::string_view wanted);
 

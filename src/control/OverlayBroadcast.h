@@ -29,7 +29,7 @@ class OverlayBroadcast {
     /// Asks the clients to open something, such as the menu; `parameters` tell more of it. False when there are none.
     bool show(const std::string& what, nlohmann::json parameters = nlohmann::json::object());
 
-    /// Whether a client draws the overlay. Forgets clients that are gone; ends watching with the last.
+    /// Whether a client draws the overlay. Drops disconnected clients; ends watching with the last.
     bool hasPeers();
     bool isPeer(const std::shared_ptr<ControlPeer>& client) const;
 
@@ -41,7 +41,7 @@ class OverlayBroadcast {
     OverlayServing& overlay_;
     MainQueue& queue_;
     std::vector<std::shared_ptr<ControlPeer>> peers_;
-    OverlayContents sent_; // as the clients know them
+    OverlayContents sent_; // as last sent to the clients
     OverlaySections touched_ = 0;
     std::uint64_t sequence_ = 0;
     Lifetime lifetime_;

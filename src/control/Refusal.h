@@ -1,4 +1,4 @@
-// Why the workspace did not do what was asked.
+// Errors for operations that the workspace refused.
 #pragma once
 
 #include "control/ControlHandling.h"
@@ -11,12 +11,12 @@ namespace kova {
 
 ControlFailure refusal(std::string message);
 
-/// Why nothing can be done for want of the permission; absent when there is no want of it.
+/// Error if the accessibility permission is missing, otherwise absent.
 std::optional<ControlFailure> withoutPermission(const WorkspaceController& controller);
 
-/// The missing permission, else the reason.
+/// Error for the missing permission, else with the reason.
 ControlFailure refusal(const WorkspaceController& controller, std::string reason);
-/// Of an operation that was refused.
+/// Error for a refused operation.
 ControlFailure failureOf(const Outcome& outcome);
 
 } // namespace kova

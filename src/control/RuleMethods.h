@@ -14,7 +14,7 @@ inline constexpr std::int64_t kMostRules = 1'000'000; // beyond any list: a plac
 /// In their order: the first that matches a window decides.
 ControlReply listRules(const WorkspaceController& controller);
 ControlReply addRule(WorkspaceController& controller, const JsonCursor& parameters);
-/// What it does, the text in titles that it asks for, or both; its name, its place and its application stay.
+/// Changes a rule's disposition, its title text, or both; its name, position and application stay.
 ControlReply changeRule(WorkspaceController& controller, const JsonCursor& parameters);
 enum class RuleSwitch { disable, enable };
 ControlReply switchRule(WorkspaceController& controller, const JsonCursor& parameters, RuleSwitch direction);
@@ -22,7 +22,7 @@ ControlReply deleteRule(WorkspaceController& controller, const JsonCursor& param
 ControlReply moveRule(WorkspaceController& controller, const JsonCursor& parameters);
 enum class RulesSwitch { off, on };
 ControlReply switchRules(WorkspaceController& controller, RulesSwitch direction);
-/// Which rule decides for a window, and what the others say.
+/// Which rule decides for a window, and the result of the others.
 ControlReply testRules(const WorkspaceController& controller, const JsonCursor& parameters);
 
 } // namespace kova

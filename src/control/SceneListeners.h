@@ -1,4 +1,4 @@
-// Clients that wait for the end of an opening of a scene: each is told once what became of the scene's windows.
+// Clients that wait for the end of a scene's opening: each gets the final report once.
 #pragma once
 
 #include "control/ControlHandling.h"

@@ -12,8 +12,7 @@ ControlReply captureScene(WorkspaceController& controller, const JsonCursor& par
 /// The newest last.
 ControlReply listScenes(const WorkspaceController& controller);
 ControlReply showScene(const WorkspaceController& controller, const JsonCursor& parameters);
-/// Answered at once: windows of applications that are launched for it follow. With “wait” the client is told of the
-/// end.
+/// Answered at once: windows of launched applications follow. With “wait” the client gets the final report later.
 ControlReply openScene(WorkspaceController& controller, SceneListeners& listeners, const JsonCursor& parameters,
                        const std::shared_ptr<ControlPeer>& peer);
 ControlReply renameScene(WorkspaceController& controller, const JsonCursor& parameters);

@@ -19,18 +19,18 @@ namespace kova {
 
 class ShortcutMethods {
   public:
-    /// Recording ends after this long without a key: meanwhile no other program gets the keyboard.
+    /// Recording ends after this time, since no other program gets the keyboard meanwhile.
     static constexpr Seconds kRecordingTimeout{60};
 
-    /// All of them outlive the methods; `keys` is null in a session where no key can be heard. Nothing is recorded
-    /// while the workspace is suspended: the lock screen needs the keyboard, and what is typed there is no shortcut.
+    /// All of them outlive the methods; `keys` is null in a session without keys. Nothing is recorded while the
+    /// workspace is suspended: the lock screen needs the keyboard, and a password is no shortcut.
     ShortcutMethods(KovaShortcutSettings& settings, KeyMonitorServicing* keys, MainQueue& queue,
                     const Published<bool>& isSuspended, PreferencesStore& preferences);
 
     ControlReply list() const;
     ControlReply set(const JsonCursor& parameters, const std::shared_ptr<ControlPeer>& peer);
     ControlReply clear(const JsonCursor& parameters);
-    /// What comes of it is told by notifications, until one of them ends the recording.
+    /// Results are notifications, until one of them ends the recording.
     ControlReply record(const JsonCursor& parameters, const std::shared_ptr<ControlPeer>& peer);
     ControlReply restoreDefaults();
     /// The shortcuts that another program or the system holds, as a user reads them: "Ctrl+Alt+H (Focus Left)".
@@ -49,7 +49,7 @@ class ShortcutMethods {
         std::uint64_t number;
         Subscription keys;
     };
-    /// A client that changed a shortcut and waits for the answer whether another program holds it.
+    /// A client that changed a shortcut and will be notified whether another program holds it.
     struct Waiting {
         std::weak_ptr<ControlPeer> peer;
         KovaShortcutAction action;
@@ -64,7 +64,7 @@ class ShortcutMethods {
     void tellRecorded(const Recording& recording, std::string_view outcome, const std::string& message,
                       const std::optional<std::string>& unsaved = std::nullopt) const;
     void endRecording(std::string_view outcome, const std::string& message);
-    /// As `endRecording`, for a shortcut that was changed: the client is told once the change is on disk.
+    /// As `endRecording`, for a changed shortcut: the client is notified once the change is on disk.
     void endOnceSaved(ShortcutRecorder::Step step);
     enum class Claiming { done, underWay };
     void tellOnceClaimed(const std::weak_ptr<ControlPeer>& peer, KovaShortcutAction action, Claiming claiming);

@@ -80,10 +80,10 @@ json StateBroadcast::subscribe(std::shared_ptr<ControlPeer> peer) {
     }
     if (subscriptions_.empty()) {
         observe();
-        told_ = state();
+        sent_ = state();
     }
     if (std::find(peers_.begin(), peers_.end(), peer) == peers_.end()) peers_.push_back(std::move(peer));
-    return {{"sequence", sequence_}, {"state", told_}};
+    return {{"sequence", sequence_}, {"state", sent_}};
 }
 
 void StateBroadcast::observe() {
@@ -131,15 +131,15 @@ void StateBroadcast::tellChanges() {
     std::erase_if(peers_, [](const auto& peer) { return !peer->isConnected(); });
     if (peers_.empty()) {
         subscriptions_.clear();
-        told_ = nullptr;
+        sent_ = nullptr;
         return;
     }
     json changes = json::object();
     for (const auto& section : kSections) {
         if ((sections & section.section) == 0) continue;
         json now = section.record(controller_);
-        if (now == told_[section.name]) continue;
-        changes[section.name] = told_[section.name] = std::move(now);
+        if (now == sent_[section.name]) continue;
+        changes[section.name] = sent_[section.name] = std::move(now);
     }
     if (changes.empty()) return;
     const std::string line =

@@ -23,7 +23,7 @@ class StateBroadcast {
 
     /// The whole state as it is now.
     nlohmann::json state() const;
-    /// From now on the client hears of changes; the answer holds the whole state and the number of the last change.
+    /// Sends changes to the client from now on; the result holds the whole state and the number of the last change.
     nlohmann::json subscribe(std::shared_ptr<ControlPeer> peer);
 
   private:
@@ -36,7 +36,7 @@ class StateBroadcast {
     MainQueue& queue_;
     std::vector<std::shared_ptr<ControlPeer>> peers_;
     std::vector<Subscription> subscriptions_;
-    nlohmann::json told_; // the state as the subscribers know it
+    nlohmann::json sent_; // the state as last sent to the subscribers
     std::uint32_t touched_ = 0;
     std::uint64_t sequence_ = 0;
     Lifetime lifetime_;

@@ -14,9 +14,9 @@ namespace kova {
 struct SystemSetting {
     struct State {
         bool isOn = false;
-        std::optional<std::string> problem;  // why it is not as wished
-        std::optional<std::string> guidance; // what else there is to know
-        std::optional<std::string> absence;  // why this desktop has nothing of the kind; then the rest means nothing
+        std::optional<std::string> problem;  // why it differs from the user's choice
+        std::optional<std::string> guidance; // additional advice
+        std::optional<std::string> absence;  // why this desktop has no such setting; then the rest is unused
     };
     std::function<State()> state;
     /// The state afterwards says whether it worked, as far as that is known at once.

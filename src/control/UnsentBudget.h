@@ -1,5 +1,5 @@
-// What all clients together have not read yet, and which of them are dropped when that becomes too much: those that
-// have read nothing for the longest time. Any thread.
+// Limits the unread output of all clients together: beyond the limit the clients that have read nothing for the longest
+// time are dropped. Any thread.
 #pragma once
 
 #include "support/Mutex.h"
@@ -29,8 +29,8 @@ class UnsentBudget {
         Account(const Account&) = delete;
         Account& operator=(const Account&) = delete;
 
-        /// The client has so much to read from now on; less than before means that it has read. A single client may
-        /// hold more than is allowed for all while no other holds anything.
+        /// Sets the client's unread bytes; less than before means that it has read. A single client may hold more than
+        /// the limit while no other holds anything.
         void hold(std::size_t bytes, Clock::time_point now = Clock::now());
         bool isDropped() const { return isDropped_; }
 

@@ -1,4 +1,4 @@
-// The program that draws the overlay and the menu, as clients switch and see it.
+// Control of the program that draws the overlay and the menu, for clients.
 #pragma once
 
 #include <sys/types.h>
@@ -19,12 +19,12 @@ struct UserInterfaceStatus {
 class UserInterfaceControl {
   public:
     virtual ~UserInterfaceControl() = default;
-    /// Why this desktop has no such program; absent when it has one.
+    /// Why the program is not available; absent if it is.
     virtual std::optional<std::string> absence() const = 0;
     virtual UserInterfaceStatus status() const = 0;
     /// Kept as a preference. Starts or ends the program at once.
     virtual void setOn(bool isOn) = 0;
-    /// Ends the program if it runs and starts it again, whatever became of it before. False when it is switched off.
+    /// Ends the program if it runs and starts it again, also after crashes. False if it is switched off.
     virtual bool restart() = 0;
 };
 

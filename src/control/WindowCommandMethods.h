@@ -1,4 +1,4 @@
-// Commands for one window, as methods of the socket; each can be asked what it would do.
+// Commands for one window, as methods of the socket; each has a dry run.
 #pragma once
 
 #include "control/ControlHandling.h"

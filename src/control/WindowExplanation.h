@@ -13,12 +13,12 @@ namespace kova {
 /// A decision of the last arrangement, and whether it still holds.
 struct ExplainedDecision {
     std::string text;
-    std::string now; // what is so instead; empty while the decision holds
+    std::string now; // the present state; empty while the decision holds
 };
 
 /// In the arrangement's order; empty before the first.
 std::vector<ExplainedDecision> explainLastArrangement(const WorkspaceController& controller);
-/// What later arrangements will heed: preferred applications, and rules that leave windows alone.
+/// What later arrangements will respect: preferred applications, and rules that leave windows out.
 std::vector<std::string> explainStandingChoices(const WorkspaceController& controller);
 /// Where the window is, which rule decides for it, what the last arrangement decided and what another would decide.
 std::vector<std::string> explainWindow(const WorkspaceController& controller, const ManagedWindow& window);

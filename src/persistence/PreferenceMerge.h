@@ -1,5 +1,4 @@
-// Brings together what the agent changed in a stored value and what a person, or another agent, changed in it
-// meanwhile.
+// Merges the agent's changes of a stored value with those of the user or another agent.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -16,16 +15,16 @@ using JsonOrAbsent = std::optional<nlohmann::json>;
 enum class MergeWinner { ours, theirs };
 
 struct MergeSides {
-    JsonOrAbsent base;                      // what we wrote last, or found at the start
-    JsonOrAbsent ours;                      // what we want to write
-    JsonOrAbsent theirs;                    // what is stored now
-    JsonOrAbsent seen;                      // what was stored when we last looked
+    JsonOrAbsent base;                      // our last write, or the value at the start
+    JsonOrAbsent ours;                      // our new value
+    JsonOrAbsent theirs;                    // the value in the file now
+    JsonOrAbsent seen;                      // the value in the file at our last reading
     MergeWinner winner = MergeWinner::ours; // where both sides changed one value
 };
 
 struct Merged {
     JsonOrAbsent value;
-    /// Places where a change that was never seen before gave way: "KOVA.workspaceProfile.v1.tileInset".
+    /// Places where a change of the other side was overruled for the first time: "KOVA.workspaceProfile.v1.tileInset".
     std::vector<std::string> disputed;
 };
 

@@ -18,7 +18,7 @@ struct PreferenceData {
 
 using PreferenceValue = std::variant<bool, std::string, PreferenceData>;
 
-/// Main thread only. A value of another type than asked for counts as absent.
+/// Main thread only. A value of another type than requested counts as absent.
 class PreferencesStore {
   public:
     virtual ~PreferencesStore() = default;
@@ -27,24 +27,24 @@ class PreferencesStore {
     virtual std::optional<PreferenceValue> value(std::string_view key) const = 0;
     /// Becomes durable soon after; `save` tells when, `synchronize` waits for that.
     virtual void setValue(std::string_view key, PreferenceValue value) = 0;
-    /// The same for a value that takes a while to put together: a store that gathers changes asks for it only when it
-    /// is read or written out, and not at all when another value comes first. `make` must not depend on anything that
-    /// may end or change before.
+    /// The same for a value that is expensive to make: `make` is called only when the value is read or written to disk,
+    /// and not at all if another value replaces it first. `make` must not depend on anything that may end or change
+    /// before.
     virtual void setValueLater(std::string_view key, std::function<PreferenceValue()> make) { setValue(key, make()); }
     virtual void removeValue(std::string_view key) = 0;
 
-    /// What a save came to: absent when everything is on disk, else why it is in memory only.
+    /// The result of a save: absent if everything is on disk, else why it is in memory only.
     using Saved = std::function<void(const std::optional<std::string>& problem)>;
-    /// Begins to write everything set so far and returns; `done` is called once it is on disk or could not be written,
-    /// at once when nothing is left to write. A store that ends before drops it.
+    /// Begins to write all changes and returns; `done` is called once they are on disk or the write has failed, at once
+    /// if there is nothing to write, and not at all if the store ends before.
     virtual void save(Saved done) = 0;
     /// Returns when everything set so far is on disk, or could not be written.
     virtual void synchronize() = 0;
 
-    /// Says that the value under the key, or the part of it that the reason names, is not used. Before the value is
-    /// first overwritten, a copy of what is stored is kept. Saying the same twice changes nothing.
+    /// Reports that the value under the key, or the part that the reason names, is unusable. The store keeps a copy
+    /// before the value is first overwritten. Reporting the same twice changes nothing.
     virtual void noteUnusable(std::string_view key, const std::string& reason) = 0;
-    /// What is wrong with the store and with what is in it, in words for a person; empty when nothing is.
+    /// Problems of the store and its values, for the user; empty for none.
     virtual std::vector<std::string> problems() const = 0;
 
     /// Whether anything is stored under the key, also a value of a type that counts as absent.

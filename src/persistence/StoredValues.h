@@ -1,4 +1,4 @@
-// Reading preferences so that a value that cannot be used is told of, rather than taken for one that was never set.
+// Reads preferences and reports unusable values to the store, so that they are not mistaken for absent ones.
 #pragma once
 
 #include "persistence/PreferencesStore.h"
@@ -12,7 +12,7 @@
 
 namespace kova {
 
-/// The stored value of type `T`; absent when there is none, or one of another type, which the store is told.
+/// The stored value of type `T`; absent if there is none, or one of another type, which is reported to the store.
 template <class T>
 std::optional<T> storedValue(PreferencesStore& store, std::string_view key, const char* expected) {
     auto stored = store.value(key);
@@ -30,7 +30,7 @@ inline std::optional<std::string> storedString(PreferencesStore& store, std::str
     return storedValue<std::string>(store, key, "expected a text");
 }
 
-/// The stored record; absent when there is none, or one that `decode` refuses, which the store is told.
+/// The stored record; absent if there is none, or one that `decode` refuses, which is reported to the store.
 template <class Record, class Decode>
 std::optional<Record> storedRecord(PreferencesStore& store, std::string_view key, Decode decode) {
     const auto data = storedValue<PreferenceData>(store, key, "expected an object");

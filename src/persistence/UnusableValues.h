@@ -1,4 +1,4 @@
-// Stored values that cannot be used, and where a copy of them is kept once they are overwritten. Any store has one.
+// The unusable values of a store, and where their copies are kept.
 #pragma once
 
 #include <set>
@@ -10,11 +10,11 @@ namespace kova {
 
 class UnusableValues {
   public:
-    /// False when the same was noted before.
+    /// False if the same was recorded before.
     bool note(std::string_view key, const std::string& reason);
-    /// Keys of values that no copy is kept of yet.
+    /// Keys of values without a copy.
     std::set<std::string, std::less<>> notKept() const;
-    /// A copy of the values under these keys is kept at the place.
+    /// Records that the values of these keys have a copy at the place.
     void keptAt(const std::set<std::string, std::less<>>& keys, const std::string& place);
     /// One sentence or two for each, in the order in which they were noted.
     std::vector<std::string> texts() const;

@@ -1,5 +1,5 @@
-// Takes a workspace document in as the parser meets its parts. Scenes and their entries become records as soon as their
-// closing brace is read; what no record asks for is skipped; what does not fit fails at once.
+// Reads a workspace document from the parser's events. Scenes and their entries become records as soon as their closing
+// brace is read; unknown members are skipped; the first error ends the reading.
 #pragma once
 
 #include "persistence/WorkspaceProductDocument.h"
@@ -15,7 +15,7 @@ namespace kova {
 
 enum class DateCoding { secondsSince2001, iso8601 };
 
-/// Of a record at the path that exceeds `kMaximumValuesPerRecord`.
+/// The error for a record at the path that exceeds `kMaximumValuesPerRecord`.
 DecodingError tooManyValues(const std::string& path);
 
 /// The parser's listener: the names of its calls are the library's. They throw `DecodingError`.
@@ -43,14 +43,14 @@ class WorkspaceDocumentReader {
 
   private:
     enum class Kind { document, scene, display, placement, rule };
-    /// A record whose closing brace is still to come.
+    /// A record before its closing brace.
     struct Record {
         Record(Kind recordKind, std::string recordPath) : kind(recordKind), path(std::move(recordPath)) {}
 
         Kind kind;
         std::string path;
         json members = json::object(); // those read so far, without its lists
-        std::string key;               // of the member that comes next
+        std::string key;               // of the next member
         std::vector<json*> containers; // inside that member, the innermost last
         std::size_t values = 0;
         std::string list;        // the list that is open, by its key; empty when none is

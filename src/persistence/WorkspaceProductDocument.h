@@ -1,5 +1,5 @@
-// The one persisted record of what the user saved: scenes and window rules. It lives in the preferences, and travels
-// between machines as a file.
+// The stored record of the user's scenes and window rules. It is part of the preferences, and is exported and imported
+// as a file.
 #pragma once
 
 #include "layout/LayoutTree.h"
@@ -15,7 +15,7 @@
 
 namespace kova {
 
-/// How a window is found again in another session.
+/// How a window is recognized in another session.
 struct WorkspaceWindowReference {
     std::optional<std::string> bundleIdentifier;
     std::string applicationName;
@@ -69,7 +69,7 @@ struct Ignore {
 };
 } // namespace disposition
 
-/// What becomes of a window that a rule matches.
+/// What happens to a window that a rule matches.
 using WorkspaceRuleDisposition = std::variant<disposition::Tile, disposition::Float, disposition::Ignore>;
 
 struct WorkspaceRule {
@@ -92,7 +92,7 @@ struct WorkspaceProductDocument {
     bool operator==(const WorkspaceProductDocument&) const = default;
 };
 
-/// An index as people count, from 1. An imported one may be as large as can be, which stays what it is.
+/// An index counted from 1. The largest integer, which an imported document may contain, stays unchanged.
 inline std::int64_t countedFromOne(std::int64_t index) {
     return index == std::numeric_limits<std::int64_t>::max() ? index : index + 1;
 }

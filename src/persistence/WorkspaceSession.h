@@ -1,4 +1,4 @@
-// What is kept of the windows in their tiles for the next start: which window is where, and how each is known again.
+// The stored record for the next start: which window is in which tile, and how each window is recognized.
 #pragma once
 
 #include "support/Decoded.h"
@@ -19,12 +19,12 @@ namespace kova {
 struct WorkspaceSessionWindow {
     std::string id;
     pid_t processIdentifier = 0;
-    std::optional<std::string> processStart{}; // tells the process from others of its number
+    std::optional<std::string> processStart{}; // distinguishes the process from others with its number
     std::optional<std::string> bundleIdentifier{};
     std::string title{};
     std::optional<CGRect> frame{};               // window-service space
     std::optional<CGSize> observedMinimumSize{}; // points
-    bool isPutAway = false;                      // it waited in a stack, off the screen
+    bool isPutAway = false;                      // it was stacked, off the screen
     bool isSurplus = false;                      // it was minimized because no tile was left
     bool operator==(const WorkspaceSessionWindow&) const = default;
 };
@@ -37,7 +37,7 @@ struct WorkspaceSessionTiles {
     bool operator==(const WorkspaceSessionTiles&) const = default;
 };
 
-/// What windows of a Space (virtual desktop) that is not shown come back to.
+/// The tiles of the windows of a Space (virtual desktop) that is not shown.
 struct WorkspaceSessionSpace {
     std::optional<std::uint64_t> number{}; // absent where Spaces have none
     WorkspaceSessionTiles tiles;
@@ -56,7 +56,7 @@ struct WorkspaceSessionZoom {
 struct WorkspaceSession {
     std::vector<WorkspaceSessionWindow> windows;
     WorkspaceSessionTiles tiles;
-    std::map<std::string, WorkspaceSessionTiles> awayDisplays; // what displays that are away held, by display id
+    std::map<std::string, WorkspaceSessionTiles> awayDisplays; // tiles of disconnected displays, by display id
     std::vector<WorkspaceSessionSpace> otherSpaces;
     std::set<std::string> handledRuleWindowIDs;
     std::optional<WorkspaceSessionZoom> zoom;

@@ -1,4 +1,4 @@
-// A connection to the agent, for programs that ask and wait: one line out, one line back.
+// A blocking connection to the agent: one line out, one line back.
 #pragma once
 
 #include "support/Result.h"
@@ -13,13 +13,13 @@ namespace kova {
 
 struct ConnectionFailure {
     enum class Kind {
-        noAgent,      // no process listens there
+        noAgent,      // no process listens at the socket
         foreignAgent, // the listening process belongs to another user
-        silent,       // connected, but no answer came in time
+        silent,       // connected, but a timeout without a response
         ended,        // the agent closed the connection
     };
     Kind kind = Kind::noAgent;
-    std::string message; // for a person
+    std::string message; // for the user
 };
 
 class ControlClient {
@@ -32,7 +32,7 @@ class ControlClient {
     ControlClient& operator=(ControlClient&&) = delete;
     ~ControlClient();
 
-    /// How long a read waits; zero, as in a new connection: without end.
+    /// The timeout of a read; zero (the default) for none.
     void setTimeout(std::chrono::milliseconds timeout);
     /// Sends one line; `line` has no line break. Absent when it was sent, or when the agent has closed the connection
     /// and a line of it is still to be received.
@@ -40,9 +40,9 @@ class ControlClient {
     /// The next line, without its line break.
     Result<std::string, ConnectionFailure> receive();
 
-    /// For event loops: readable when something came or the agent has ended.
+    /// For event loops: readable when there is input or the agent has ended.
     int descriptor() const { return socket_; }
-    /// As `receive`, but absent instead of waiting when no complete line has come yet.
+    /// As `receive`, but absent instead of waiting if there is no complete line yet.
     Result<std::optional<std::string>, ConnectionFailure> receiveAvailable();
 
   private:
