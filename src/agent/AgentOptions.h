@@ -11,7 +11,7 @@ namespace kova {
 
 inline constexpr int kExitFailed = 1;
 inline constexpr int kExitWrongUsage = 2;
-/// Another agent has the session, or its socket cannot be made: starting again would change nothing.
+/// Another agent has the session, or the socket cannot be made, so a restart would fail as well.
 inline constexpr int kExitSessionNotTaken = 5;
 
 struct AgentOptions {
@@ -26,7 +26,7 @@ std::variant<AgentOptions, int> readAgentOptions(std::span<char*> arguments, con
 /// Writes to standard error and to the log.
 void complain(const AgentOptions& options, const std::string& text);
 
-/// Begins the log in "agent.log" in the folder; it is said when that cannot be written.
+/// Opens the log "agent.log" in the folder; reports an error if it cannot be written.
 void openAgentLog(const std::string& folder, const AgentOptions& options);
 
 } // namespace kova

@@ -24,12 +24,12 @@ class MacAgent {
     /// Also opens the URLs that arrived earlier. The process's exit code when it cannot manage this session, with the
     /// reason in `startProblem`; absent on success.
     [[nodiscard]] std::optional<int> start();
-    /// Why the start failed, as a sentence for the user; empty when it did not.
+    /// Why the start failed, as a sentence for the user; empty on success.
     const std::string& startProblem() const { return startProblem_; }
     /// Hidden and minimized windows are shown again, and the preferences are on disk.
     void stop();
     void openURLs(const std::vector<std::string>& urls);
-    /// KOVA became active: gives the activation back when it came by a URL and no dialog is shown.
+    /// Call when KOVA became active: activates the former application again after a URL, unless a dialog is shown.
     void returnActivation();
     /// The user opened the program again: shows the settings, where no program draws them the menu of the menu-bar
     /// item.

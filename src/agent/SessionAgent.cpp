@@ -87,8 +87,8 @@ std::optional<std::string> SessionAgent::start(AgentClaim claim) {
     return std::nullopt;
 }
 
-/// A client that arranges right after the start means the windows that are there, so requests are served after the
-/// first poll. A locked session is not waited for.
+/// Requests are served after the first poll, so that a client that arranges right after the start affects the existing
+/// windows. In a locked session there is no poll, so they are served at once.
 void SessionAgent::serveOnceWindowsAreKnown(Seconds until) {
     if (!delegate_.workspace().hasLooked() && queue_.uptime() < until) {
         queue_.after(kPauseBeforeWindowsAreKnown, lifetime_.guard([this, until] { serveOnceWindowsAreKnown(until); }));

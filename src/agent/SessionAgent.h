@@ -1,4 +1,4 @@
-// What an agent is on any desktop: the workspace with its delegate, and the socket on which it is asked. Main thread.
+// The agent without its platform: the workspace with its delegate, and the control socket. Main thread.
 #pragma once
 
 #include "app/AppDelegate.h"
@@ -33,23 +33,22 @@ class SessionAgent {
     SessionAgent(const SessionAgent&) = delete;
     SessionAgent& operator=(const SessionAgent&) = delete;
 
-    /// The right to the session, taken before anything else is begun; absent when another agent has it, which has been
-    /// reported.
+    /// Claims the session, before anything else; absent if another agent has it, which has been reported.
     static std::optional<AgentClaim> claimSession(const std::function<void(const std::string&)>& complain);
 
-    /// Listens at the socket and begins to manage windows; clients are served once these are known. Absent when it
-    /// does; else what is in the way, in words for a person.
+    /// Listens at the socket and begins to manage windows; clients are served after the first poll. Absent on success,
+    /// else the error for the user.
     [[nodiscard]] std::optional<std::string> start(AgentClaim claim);
-    /// The desktop gets back what was borrowed. The socket is open until the agent is gone.
+    /// Stops managing windows. The socket stays open until the agent is destroyed.
     void stop() { delegate_.stopWorkspace(); }
 
-    /// What the desktop asks the program to open; done once the windows are known.
+    /// Opens URLs that the desktop passes to the program, once the windows are known.
     void openURLs(const std::vector<std::string>& urls);
 
     AppDelegate& delegate() { return delegate_; }
     /// For whatever draws it.
     KovaMenuBarContent& menu() { return menu_; }
-    /// What a new user is told, until this agent ends; absent for other users.
+    /// Advice for a new user, until this agent ends; absent for other users.
     std::optional<std::string> firstSteps();
 
   private:
@@ -57,7 +56,7 @@ class SessionAgent {
 
     MainQueue& queue_;
     AppDelegate delegate_;
-    const Acquaintance acquaintance_; // as it was found
+    const Acquaintance acquaintance_; // at the start
     Subscription messages_;
     const std::unique_ptr<DocumentExchange> documents_; // null without panels
     KovaMenuBarContent menu_;

@@ -1,5 +1,4 @@
-// The agent: one per user session, without a window of its own. It puts the parts together and runs until it is told to
-// stop or loses its desktop.
+// The agent on Linux: puts the parts together and runs until it is requested to stop or loses its desktop.
 
 #include "agent/AgentOptions.h"
 #include "agent/SessionAgent.h"
@@ -43,10 +42,10 @@ or the end of the X server; ask it with "kova". One agent has a session.
 The log is in $XDG_STATE_HOME/kova/agent.log, the preferences are in $XDG_CONFIG_HOME/kova/preferences.json.
 )";
 
-/// The desktop of this session, behind the seams.
+/// The desktop of this session, as platform interfaces.
 class Desktop {
   public:
-    /// The exit code when there is none and the agent should end; it has been said why.
+    /// The exit code if the agent must end; the reason has been reported.
     static std::variant<Desktop, int> open(const AgentOptions& options, const std::string& hiddenWindowsFile,
                                            EventLoop& loop, ApplicationCatalogue& catalogue,
                                            ApplicationLauncher& launcher) {
@@ -105,7 +104,7 @@ class Desktop {
     std::unique_ptr<UnavailableDesktop> absent_;
 };
 
-/// Everything is owned here, each part after those that it leans on.
+/// Owns all parts, each after those that it uses.
 int manageSession(const AgentOptions& options) {
     const auto folders = XdgFolders::fromEnvironment();
     const auto stateFolder = folders.stateHome / "kova";

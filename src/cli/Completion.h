@@ -1,5 +1,5 @@
-// What may stand where the cursor is: the shells' completions ask with `kova --complete WORD...`, the last word being
-// the one at the cursor. Verbs and options come from the rows of the verbs, values from their parameters.
+// Completion: the shells call `kova --complete WORD...`, with the word at the cursor as the last one. Verbs and options
+// come from the rows of the verbs, values from their parameters.
 #pragma once
 
 #include "cli/AgentNames.h"
@@ -11,7 +11,7 @@
 
 namespace kova::cli {
 
-/// Those that begin with the last word, in any case. A single one without text stands for the names of files.
+/// Candidates that begin with the last word, in any case. A single one without text means names of files.
 std::vector<Candidate> candidatesFor(std::span<const std::string> words);
 
 /// Prints them, one a line, each with its description after a tab.

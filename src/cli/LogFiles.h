@@ -19,11 +19,11 @@ struct LogLine {
     std::string text; // as it is in the file, without the newline
 };
 
-/// Puts lines together as they come. A line that does not begin like one belongs to the line before.
+/// Splits text into log lines. A line without the usual beginning belongs to the line before.
 class LogReader {
   public:
     explicit LogReader(LogSeverity least) : least_(least) {}
-    /// The lines that are complete and at least as severe as asked for.
+    /// The complete lines of at least the requested severity.
     std::vector<LogLine> take(std::string_view text);
 
   private:
@@ -34,7 +34,7 @@ class LogReader {
 
 /// Where the agent keeps its log; the file may be missing.
 std::string logFile();
-/// The file before that, which was set aside when it had grown.
+/// The older file of the rotation.
 std::string olderLogFile();
 /// The whole log, the oldest line first; absent when there is none.
 std::optional<std::vector<LogLine>> readLog(LogSeverity least);

@@ -28,7 +28,7 @@ std::string printDockAutoHide(const nlohmann::json& result, const Arguments& arg
 std::string printPermission(const nlohmann::json& result, const Arguments& arguments);
 std::string printQuit(const nlohmann::json& result, const Arguments& arguments);
 
-/// "2024-02-29T12:34:56Z" as a clock on this wall shows it; as it is when it is no such time.
+/// "2024-02-29T12:34:56Z" in local time; any other text unchanged.
 std::string localTime(const std::string& utc);
 /// A line for each section of the state in `sections`.
 std::string printChanges(std::uint64_t sequence, const nlohmann::json& sections);

@@ -1,4 +1,4 @@
-// What a verb takes, one object each: the parser reads its value into the request, the help explains it and the
+// The parameters of verbs, one object each: the parser reads its value into the request, the help explains it and the
 // completion offers values for it.
 #pragma once
 

@@ -1,5 +1,5 @@
-// From the words after a verb to its arguments, and the help of a verb. Both come from the verb's row; a general parser
-// would take longer to start than the whole rest of a command.
+// Parses the words after a verb into its arguments, and prints the help of a verb, both from the verb's row. A general
+// parser would take longer to start than all the rest of a command.
 #pragma once
 
 #include "cli/Verbs.h"

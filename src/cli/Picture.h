@@ -10,12 +10,12 @@ namespace kova::cli {
 
 struct PictureTile {
     CGRect frame{};                    // unit square, y growing downwards
-    std::vector<std::string> captions; // a line each, the most important first; what finds no room is left out
+    std::vector<std::string> captions; // a line each, the most important first; lines that do not fit are left out
 };
 
 enum class Lines { box, ascii };
 
-/// One string a row. The drawing is larger than asked for where a tile would have no inside.
+/// One string a row. The drawing is larger than requested if a tile would have no inside.
 std::vector<std::string> drawLayout(const std::vector<PictureTile>& tiles, int columns, int rows, Lines lines);
 
 } // namespace kova::cli

@@ -14,8 +14,8 @@ namespace kova::cli {
 
 class Redactor {
   public:
-    /// The record with every text replaced, but for those under keys that are known to hold nothing of the kind:
-    /// ids, applications, kinds of things. A key that is not known yet is thus no leak.
+    /// The record with every text replaced, except under keys with texts that are known to be harmless: ids,
+    /// applications, kinds. So a new key leaks nothing.
     nlohmann::json applied(const nlohmann::json& record);
     /// "text-9f3a21bc"; an empty text stays empty.
     std::string wordFor(const std::string& text);

@@ -26,9 +26,9 @@ std::string asText(const nlohmann::json& value, int indentation);
 /// Text from elsewhere, made safe for a terminal line by line.
 std::string printableLines(std::string_view text);
 
-/// Whether a person can be asked: there is a terminal to ask at and to answer from.
+/// Whether the user can be asked: standard input and standard error are terminals.
 bool canAsk();
-/// The line that the person typed; absent when there is no more.
+/// The line that the user typed; absent at the end of input.
 std::optional<std::string> readLine();
 
 } // namespace kova::cli

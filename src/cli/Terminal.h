@@ -1,5 +1,4 @@
-// What is known of the terminal, and text fit for it: titles of windows are other people's text, and none of it may
-// steer the terminal.
+// Properties of the terminal, and text that is safe for it: titles of windows must not control the terminal.
 #pragma once
 
 #include <cstddef>

@@ -23,7 +23,7 @@ struct Verb {
     std::string (*print)(const nlohmann::json& result, const Arguments& arguments) = nullptr;
     /// Carries the verb out; null for one request whose answer is printed.
     ExitCode (*run)(const Verb& verb, const Arguments& arguments) = nullptr;
-    /// What is wrong with the arguments taken together; null when each stands for itself.
+    /// An error of the arguments' combination; null if every combination is allowed.
     std::optional<std::string> (*check)(const Arguments& arguments) = nullptr;
 };
 

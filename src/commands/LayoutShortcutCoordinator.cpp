@@ -12,7 +12,7 @@ namespace {
 
 using enum KovaShortcutAction;
 
-/// Those that act, in the order in which a press is offered to them: all but the legacy one.
+/// The actions that a press is compared with, in their order: all but the legacy one.
 constexpr auto kDispatchedActions = std::span(kShortcutActions).subspan(1);
 static_assert(kShortcutActions.front() == commandCenter);
 
@@ -145,7 +145,7 @@ LayoutShortcutCoordinator::LayoutShortcutCoordinator(WorkspaceController& worksp
 void LayoutShortcutCoordinator::installMonitors() {
     if (hasMonitors()) return;
     globalKeyMonitor_ = keys_.addGlobalMonitor([this](const KeyPress& press) {
-        // After the work that is queued already; by then the monitors may be gone.
+        // After work that is queued already; by then the monitors may have been removed.
         queue_.post(lifetime_.guard([this, event = eventOf(press)] {
             if (hasMonitors()) handle(event);
         }));

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view kScheme = "kova";
 
-/// Of ASCII only: no letter of another script stands for one of ours.
+/// ASCII only: letters of other scripts are not equal to ASCII ones.
 std::string lowerCased(std::string_view text) {
     std::string out(text);
     for (char& c : out) {
@@ -113,7 +113,7 @@ std::optional<std::size_t> tileNumberIn(std::string_view word) {
     return number;
 }
 
-/// What stands behind "focus", "move" and "swap".
+/// The action of the word after "focus", "move" and "swap".
 std::optional<URLAction> towards(std::string_view verb, std::string_view where, std::string_view step) {
     if (const auto direction = directionNamed(where)) {
         if (verb == "focus") return action::Focus{*direction};

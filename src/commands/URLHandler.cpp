@@ -31,7 +31,7 @@ bool URLHandler::isOneTooMany() {
         return false;
     }
     if (dropped_++ > 0) return true;
-    // One line for a whole flood, which must not become a flood of the log.
+    // One line for all dropped URLs, so that they do not flood the log.
     queue_.after(kSecond, lifetime_.guard([this] {
         log(LogLevel::warning, "URLs came faster than " + std::to_string(kMostWithinASecond) + " a second; " +
                                    std::to_string(dropped_) + " of them " + (dropped_ == 1 ? "was" : "were") +

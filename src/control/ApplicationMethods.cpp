@@ -33,7 +33,7 @@ ControlResult<LaunchableApplication> lookUpApplication(const WorkspaceController
     return found.error();
 }
 
-/// What tells a running application from another that may get its number.
+/// Identifies a running application even if its process number is used again.
 json identityOf(const RunningApplication& application) {
     return {{"process", application.processIdentifier},
             {"name", orNull(application.localizedName)},

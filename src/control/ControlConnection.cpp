@@ -77,7 +77,7 @@ void ControlConnection::readWhatHasCome() {
 }
 
 void ControlConnection::readInput() {
-    if (!isConnected()) return; // closed while this waited for its turn, and the descriptor may be another's by now
+    if (!isConnected()) return; // closed since it was posted, and the descriptor may be in use again
     const auto length = ::recv(descriptor_, readBuffer_.data(), readBuffer_.size(), MSG_DONTWAIT);
     if (length < 0) return wouldWait(errno) ? waitForInput() : close();
     if (length == 0) return endInput();
@@ -107,7 +107,7 @@ void ControlConnection::takeMessage(jsonrpc::Message message, std::size_t bytes)
     handOverNext();
 }
 
-/// A client that does not read its answers gets no further ones.
+/// A client that does not read its responses gets no further ones.
 void ControlConnection::handOverNext() {
     std::optional<Pending> next;
     {
@@ -240,7 +240,7 @@ bool ControlConnection::sendWhatFits() {
     if (sent < 0 && !wouldWait(errno)) return false;
     if (sent > 0) alreadySent_ += static_cast<std::size_t>(sent);
     if (alreadySent_ == unsent_.size()) {
-        unsent_ = {}; // a client that is silent from now on keeps no memory
+        unsent_ = {}; // an idle client keeps no memory
         alreadySent_ = 0;
     } else if (alreadySent_ > unsent_.size() / 2) { // seldom enough that a long answer is not moved again and again
         unsent_.erase(0, alreadySent_);

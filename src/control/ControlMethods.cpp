@@ -136,7 +136,7 @@ class ControlMethods::Table {
         return method.run({parameters, peer});
     }
 
-    /// What was clicked in the overlay and is refused is said there: nothing else tells the user.
+    /// A refused action of the overlay sets the status message: a click has no other place for the error.
     void sayInOverlay(const ControlFailure& failure, const std::shared_ptr<ControlPeer>& peer) {
         if (failure.code == controlCode::refused && overlay_ && overlay_->isPeer(peer))
             context_.controller.showStatusMessage(failure.message);

@@ -30,7 +30,7 @@ using Local = asio::local::stream_protocol;
 constexpr auto kPauseWithoutDescriptors = std::chrono::milliseconds(200);
 constexpr int kBacklog = 128;
 
-/// Neither programs that the agent launches nor a client that goes away in mid-connection may hold a socket up.
+/// Launched programs must not inherit the socket, and a client that disconnects must not block it.
 bool prepareSocket(int socket) {
 #if defined(SO_NOSIGPIPE)
     const int yes = 1;
@@ -82,7 +82,7 @@ class ControlServer::Listener {
     ~Listener() {
         if (acceptor_.is_open()) unlink(claim_.socketPath().c_str());
         if (!thread_.joinable()) return;
-        context_->stop(); // what other clients have sent is not looked at any more
+        context_->stop(); // pending input of clients is dropped
         thread_.join();
         asio::error_code ignored;
         acceptor_.close(ignored);
@@ -119,7 +119,7 @@ class ControlServer::Listener {
                 context_->run();
                 return;
             } catch (const std::exception&) {
-                // Memory ran out while one client was served. The others go on.
+                // Out of memory for one client; the others go on.
             }
         }
     }
@@ -134,7 +134,7 @@ class ControlServer::Listener {
         });
     }
 
-    /// Without descriptors, accepting fails at once, again and again.
+    /// Without free descriptors, accepting fails at once, so it is retried after a pause.
     void acceptLater() {
         retry_.expires_after(kPauseWithoutDescriptors);
         retry_.async_wait([this](const asio::error_code& error) {

@@ -96,12 +96,12 @@ nlohmann::json examine(const ControlContext& context, const ShortcutMethods& sho
     for (const DiagnosticsServicing* part : context.diagnostics) {
         for (DiagnosticLine& line : part->diagnose()) lines.push_back(std::move(line));
     }
-    // The desktop knows more about what it speaks of than we do.
+    // A line of the desktop has precedence over a general one about the same subject.
     const auto addUnlessKnown = [&lines](DiagnosticLine line) {
         const auto same = [&](const DiagnosticLine& known) { return known.subject == line.subject; };
         if (std::none_of(lines.begin(), lines.end(), same)) lines.push_back(std::move(line));
     };
-    // Where no window can be managed at all, which the desktop has said, there is nothing to permit or to watch.
+    // If no window can be managed at all, which the desktop reports, other checks are pointless.
     if (!context.controller.absenceOfWindows()) {
         addUnlessKnown(permissionLine(context.controller));
         addUnlessKnown(displaysLine(context.controller));

@@ -39,7 +39,7 @@ ControlReply DocumentTransfer::importDocument(const JsonCursor& parameters, cons
     const auto taking = dryRun && dryRun->boolean() ? Taking::dryRun : Taking::forReal;
     dropAbandoned();
     Upload& upload = uploadOf(peer);
-    // All clients together hold no more than one document, so that none of them can fill the memory.
+    // The uploads of all clients together are limited to one largest document, so that they cannot fill the memory.
     if (bytesUnderWay() + piece.size() > kLargestDocument) {
         const bool isAlone = uploads_.size() == 1;
         forget(peer);

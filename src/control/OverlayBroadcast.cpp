@@ -26,7 +26,8 @@ bool OverlayBroadcast::isPeer(const std::shared_ptr<ControlPeer>& client) const 
 
 json OverlayBroadcast::subscribe(std::shared_ptr<ControlPeer> peer) {
     if (hasPeers()) {
-        touched_ = kEveryOverlaySection; // the other clients get first what the new one finds in the contents
+        touched_ = kEveryOverlaySection; // first sends pending changes to the other clients, since the new one gets the
+                                         // whole contents
         sendChanges();
     } else {
         overlay_.watch([this](OverlaySections sections) { touched(sections); });

@@ -69,7 +69,7 @@ ControlResult<WorkspaceRuleDisposition> wantedDisposition(const WorkspaceControl
     given.fail("expected tile, float or ignore");
 }
 
-/// Fills in the application of which the rule is to speak.
+/// Sets the application of the rule.
 std::optional<ControlFailure> setApplication(WorkspaceRule& rule, const WorkspaceController& controller,
                                              const std::string& wanted) {
     const auto application = lookUpApplicationForRule(controller, wanted);

@@ -16,7 +16,7 @@ using nlohmann::json;
 
 /// How often the recording client is checked for its connection.
 constexpr Seconds kConnectionCheckInterval{0.2};
-/// The answer of a window system is a matter of milliseconds; where nothing is claimed at present there is none.
+/// Window systems report the result within milliseconds, or not at all while nothing is registered.
 constexpr Seconds kClaimReportDelay{0.5};
 
 constexpr const char* kNoKeys = "No key can be heard in this session";
@@ -95,8 +95,8 @@ ModifierNames ShortcutMethods::modifierNames() const {
     return keys_ ? keys_->modifierNames() : ModifierNames::words;
 }
 
-/// As it is to be typed now: by what the active layout writes on the key, which may not be what was written on it when
-/// the shortcut was made.
+/// The shortcut as it is typed now: with the key's character in the active layout, which may differ from its stored
+/// label.
 std::string ShortcutMethods::textOf(KovaShortcut shortcut) const {
     const std::string written = keys_ ? keys_->charactersOf(shortcut.keyCode) : "";
     const std::string label = keyLabel({shortcut.keyCode, 0, false, written});
@@ -195,7 +195,7 @@ ControlReply ShortcutMethods::record(const JsonCursor& parameters, const std::sh
 /// True once the recording is over.
 bool ShortcutMethods::heard(const KeyPress& press) {
     if (!recording_) return true;
-    // A key that was held before has been pressed for something else.
+    // A key that is down already does not belong to the shortcut.
     if (press.isRepeat) return false;
     const auto step = recording_->recorder.take(press);
     if (!step.endsRecording()) {

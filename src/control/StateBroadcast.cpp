@@ -75,7 +75,8 @@ json StateBroadcast::state() const {
 
 json StateBroadcast::subscribe(std::shared_ptr<ControlPeer> peer) {
     if (!subscriptions_.empty()) {
-        touched_ = kEverySection; // the others hear first what the newcomer sees in the state
+        touched_ =
+            kEverySection; // first sends pending changes to the other clients, since the new one gets the whole state
         tellChanges();
     }
     if (subscriptions_.empty()) {

@@ -82,7 +82,7 @@ constexpr double kFadePerPlacement = 0.7;
 constexpr double kForgottenWeight = 0.001;
 constexpr double kOtherLayoutsShare = 0.5;
 
-/// Stored weights may be anything; what cannot be a weight counts as nothing learnt.
+/// A stored weight; invalid numbers count as 0.
 double learntWeight(double stored) {
     if (stored == AutoArrangeLearningModel::kUserWeight) return stored;
     return stored > 0 ? std::min(stored, AutoArrangeLearningModel::kHabitWeight) : 0;

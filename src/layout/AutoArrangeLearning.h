@@ -1,4 +1,4 @@
-// What steers an application towards a slot: its role, and what was learnt about where the user keeps it.
+// An application's preference for slots: its role, and the learned weights of slots.
 #pragma once
 
 #include "support/Decoded.h"
@@ -21,11 +21,10 @@ std::string_view describe(AutoArrangeAppRole role);
 
 AutoArrangeAppRole classifyApplication(std::string_view name, const std::optional<std::string>& bundleIdentifier);
 
-/// Under which an application is remembered: its bundle identifier in lower case, else "name:" and its name in lower
-/// case.
+/// The key of an application: its bundle identifier in lower case, else "name:" and its name in lower case.
 std::string applicationKey(std::string_view name, const std::optional<std::string>& bundleIdentifier);
 
-/// The slot id under which learning carries over between layouts.
+/// The slot id that slots of the same meaning share in all layouts.
 std::string_view canonicalSlotID(std::string_view slotID);
 /// The other slot ids whose canonical id this is, in a fixed order.
 std::vector<std::string_view> slotIDAliases(std::string_view canonicalID);
@@ -45,28 +44,26 @@ struct AutoArrangeLearningModel {
     };
     std::map<std::string, LayoutLearning> layouts; // by layout id
 
-    /// From this weight on a slot is where the user keeps the application: three arrangements left it there, or the
-    /// user put it there. A stored weight that is larger counts as this one.
+    /// From this weight on a slot counts as the application's habit: after three arrangements there, or a placement by
+    /// the user. Larger stored weights count as this one.
     static constexpr double kHabitWeight = 3;
-    /// Of the slot that the user chose. No rule that counts arrangements gives a quarter, so a stored model that had no
-    /// limit does not hold a slot for the user's choice.
+    /// The weight of a slot that the user chose. Counting arrangements never gives a quarter, so stored weights of
+    /// older versions without a limit are not mistaken for the user's choice.
     static constexpr double kUserWeight = 4.25;
 
-    /// How much the application is at home in the slot, from 0 to 1: the slot's share of the habits learnt on this
-    /// layout, else the share that other layouts give to slots of the same canonical id, halved. What is not a habit
-    /// yet counts for nothing.
+    /// The application's preference for the slot, from 0 to 1: the slot's share of the habits on this layout, else half
+    /// the share that other layouts give to slots of the same canonical id. Weights below a habit do not count.
     double preference(const std::string& layoutID, const std::string& applicationKey, std::string_view slotID) const;
     /// Whether the user has put the application into the slot, and not elsewhere on this layout since.
     bool isPlacedByUser(const std::string& layoutID, const std::string& applicationKey, std::string_view slotID) const;
-    /// An arrangement has put windows of the application into the slots: their weights rise by 1 up to a habit, those
-    /// of the layout's other slots fade to 0.7 of what they were and are forgotten below 0.001, unless the user chose
-    /// them.
+    /// An arrangement has put windows of the application into the slots: their weights grow by 1 up to a habit. Weights
+    /// of the layout's other slots, except the user's choice, are multiplied by 0.7 and dropped below 0.001.
     void learnArrangement(const std::string& layoutID, const std::string& applicationKey,
                           const std::set<std::string>& slotIDs);
-    /// The user has put a window of the application into the slot, which is a habit at once, and the only one.
+    /// The user has put a window of the application into the slot: it becomes the only habit on this layout.
     void learnPlacementByUser(const std::string& layoutID, const std::string& applicationKey,
                               const std::string& slotID);
-    /// Drops all that was learnt of the application.
+    /// Drops all weights of the application.
     void forget(const std::string& applicationKey);
     bool operator==(const AutoArrangeLearningModel&) const = default;
 };

@@ -1,5 +1,5 @@
-// How the branches of one split share its length: the arithmetic below the solver, on memory that its caller keeps.
-// Whatever goes in, what comes out is finite.
+// How the branches of one split share its length: the arithmetic of the solver, on memory of the caller. For any input
+// the results are finite.
 #pragma once
 
 #include "layout/LayoutSolver.h"
@@ -20,13 +20,13 @@ inline double raisedToFloor(double weight) {
     return weight > kWeightFloor ? weight : kWeightFloor;
 }
 
-/// The same, and small enough that sums and products of weights and lengths stay finite: an infinite weight outweighs
-/// every ordinary one.
+/// The same with an upper limit, so that sums and products of weights and lengths stay finite. An infinite weight is
+/// still larger than every ordinary one.
 inline double usableWeight(double weight) {
     return std::min(raisedToFloor(weight), kHeaviestWeight);
 }
 
-/// A length in points, signed; what is not finite counts as 0, what is absurdly long is cut.
+/// A signed length in points; a length that is not finite counts as 0, a huge one is limited.
 inline double usableLength(double points) {
     return std::isfinite(points) ? std::clamp(points, -kLongestLength, kLongestLength) : 0;
 }
@@ -47,7 +47,7 @@ inline double roundedLength(double points) {
     return whole == points ? points : std::round(points);
 }
 
-/// Whole points between neighbouring branches: the gutter, and under each branch of a column the tiles' footers.
+/// Whole points between neighboring branches: the gutter, and under each branch of a column the tiles' footers.
 double gapBetweenBranches(LayoutAxis axis, double columnGutter);
 
 struct RoundingCandidate {

@@ -120,7 +120,7 @@ CGSize referenceSize(LayoutDisplayClass displayClass) {
 }
 
 LayoutDisplayClass classifyDisplay(CGSize frameSize, CGSize visibleSize) {
-    // A panel makes no other shape of a display.
+    // By the whole frame, so that a panel does not change the class.
     if (frameSize.height > 0 && frameSize.width / frameSize.height >= kUltraWideAspect) {
         return LayoutDisplayClass::superUltraWide5120x1440;
     }

@@ -188,7 +188,7 @@ void LayoutSolver::Scratch::flatten(const LayoutNode& tree, const SolveContext& 
 }
 
 void LayoutSolver::Scratch::readWindowMinimums(const TileMinimumSizes& sizes, const SolveContext& context) {
-    // The sizes of the last solve come back in the same order, so the tile of then is the best guess.
+    // Sizes usually come in the same order as in the last solve, so its tile is the best guess.
     if (windowMinimums.size() < sizes.size()) windowMinimums.resize(sizes.size(), {nullptr, {0, 0}, TileIndex::kNone});
     std::size_t count = 0;
     for (const auto& [id, size] : sizes) {

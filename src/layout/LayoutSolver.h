@@ -85,7 +85,7 @@ SolvedLayout solveSlots(const LayoutNode& tree, const TileMinimumSizes& minimumS
 bool holdsWindow(const CGRect& tileFrame, CGSize minimumSize, double tileInset);
 
 /// The split's new weights (its branch lengths in points) after the divider moved by `translationPoints` along the
-/// axis; absent when its two neighbours cannot both keep their minimums, and when the translation is not a number.
+/// axis; absent if its two neighbors cannot both keep their minimums, and when the translation is not a number.
 std::optional<std::vector<double>> draggedWeights(const LayoutDivider& divider, double translationPoints);
 
 } // namespace kova

@@ -44,7 +44,7 @@ struct LayoutBranch {
 
 struct LayoutMetrics {
     double outerMargin = 10;          // points kept free at the four sides of the area
-    double columnGutter = 12;         // points between neighbouring branches
+    double columnGutter = 12;         // points between neighboring branches
     CGSize minimumTileSize{320, 220}; // points, the smallest tile that the solver tries to keep
     bool operator==(const LayoutMetrics&) const = default;
 };

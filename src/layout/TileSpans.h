@@ -1,4 +1,4 @@
-// Where a window goes: one tile of one display, or a span of neighbouring tiles when its minimum size does not fit one.
+// Where a window goes: one tile of one display, or a span of neighboring tiles when its minimum size does not fit one.
 #pragma once
 
 #include "layout/LayoutSolver.h"

@@ -16,7 +16,7 @@ json encode(Date date, DateCoding dates) {
     return dates == DateCoding::iso8601 ? json(iso8601(date)) : json(secondsSince2001(date));
 }
 
-/// JSON has no word for a number that is not finite; `other` stands for it.
+/// JSON cannot express numbers that are not finite; `other` replaces them.
 double writable(double number, double other) {
     return std::isfinite(number) ? number : other;
 }

@@ -106,7 +106,7 @@ std::string encodeWorkspaceSession(const WorkspaceSession& session) {
         if (session.zoom->frameBefore) out["zoom"]["frameBefore"] = flatRect(*session.zoom->frameBefore);
     }
     if (!session.floatingWindowIDs.empty()) out["floatingWindowIDs"] = session.floatingWindowIDs;
-    // A title is whatever its window says.
+    // A title may contain any bytes.
     return out.dump(-1, ' ', false, json::error_handler_t::replace);
 }
 

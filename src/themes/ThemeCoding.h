@@ -1,4 +1,4 @@
-// JSON of themes and colours: the keys are the names of the fields.
+// JSON of themes and colors: the keys are the names of the fields.
 #pragma once
 
 #include "support/JsonDecoding.h"
@@ -17,7 +17,7 @@ nlohmann::json encode(const RGBAColor& color);
 nlohmann::json encode(const ThemePalette& palette);
 nlohmann::json encode(const ThemeDescriptor& descriptor);
 
-/// These throw `DecodingError`; the components of a colour lie between 0 and 1.
+/// These throw `DecodingError`; the components of a color are between 0 and 1.
 RGBAColor decodeColor(const JsonCursor& at);
 ThemePalette decodePalette(const JsonCursor& at);
 ThemeDescriptor decodeThemeDescriptor(const JsonCursor& at);

@@ -1,4 +1,4 @@
-// Themes, their palettes and the layouts they list, and the accent colours.
+// Themes, their palettes and the layouts they list, and the accent colors.
 #pragma once
 
 #include "layout/LayoutCatalogue.h"
@@ -49,7 +49,7 @@ inline constexpr std::string_view kDefaultThemeID = "kova.native";
 const std::vector<AccentColorOption>& accentColorOptions();
 /// The option with the id, else the default one.
 const AccentColorOption& accentColor(std::string_view id);
-/// The id itself when it names an accent colour, else the default one.
+/// The id itself if it names an accent color, else the default one.
 std::string normalizedAccentColorID(std::string_view id);
 
 /// A look, and the layouts that go with it.
@@ -59,7 +59,7 @@ class WorkspaceTheme {
     virtual const ThemeDescriptor& descriptor() const = 0;
 };
 
-/// Restrained greys: the desktop's own look.
+/// Grays like those of the desktop.
 class NativeTheme final : public WorkspaceTheme {
   public:
     NativeTheme();
@@ -88,7 +88,7 @@ class ThemeRegistry {
     bool contains(std::string_view id) const { return find(id) != nullptr; }
     /// The theme with the id, else the default one.
     const ThemeDescriptor& theme(std::string_view id) const;
-    /// The theme's palette with the colours of an accent in place of its own; for unknown ids with the defaults.
+    /// The theme's palette with an accent color's colors in place of its own; unknown ids mean the defaults.
     ThemePalette palette(std::string_view themeID, std::string_view accentColorID) const;
 
   private:

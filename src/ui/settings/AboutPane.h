@@ -1,4 +1,4 @@
-// Which version runs, its log, a report for those who develop it, and updates where the agent has them.
+// Which version runs, its log, a report for developers, and updates if the agent checks for them.
 #pragma once
 
 #include "ui/settings/SettingControls.h"
