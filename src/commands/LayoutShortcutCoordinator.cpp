@@ -194,6 +194,16 @@ bool LayoutShortcutCoordinator::handle(const KovaShortcutEvent& event) {
     if (!wanted || (*workspace_.state().isPaused && !actsWhilePaused(*wanted))) return false;
     if (*wanted == openPalette) {
         if (openPalette_) openPalette_();
+        return true;
+    }
+    // An arrangement takes in windows opened a moment ago; the keys pressed after it come after it.
+    const bool mayWait = *wanted == arrangeWindows || waiting_ > 0;
+    const auto later = lifetime_.guard([this, action = *wanted] {
+        --waiting_;
+        if (hasMonitors()) run(workspace_, action);
+    });
+    if (mayWait && workspace_.awaitCurrent(later)) {
+        ++waiting_;
     } else {
         run(workspace_, *wanted);
     }

@@ -29,10 +29,16 @@ ControlExchange::ControlExchange(Turn turn, ControlHandling& handling, std::shar
 
 void ControlExchange::carryOn() {
     const auto& entry = message_.entries[at_];
-    if (const auto* request = std::get_if<jsonrpc::Request>(&entry)) return carryOut(*request);
+    if (const auto* request = std::get_if<jsonrpc::Request>(&entry)) return handleInTime(*request);
     const auto& invalid = std::get<jsonrpc::Invalid>(entry);
     const auto reply = jsonrpc::failureReply(invalid.id, invalid.failure);
     answered(&reply);
+}
+
+void ControlExchange::handleInTime(const jsonrpc::Request& request) {
+    // Back on a turn of its own: by then the server may have ended.
+    auto ready = [self = shared_from_this(), &request] { self->turn_([self, &request] { self->carryOut(request); }); };
+    if (!handling_.mustWait(request.call, std::move(ready))) carryOut(request);
 }
 
 void ControlExchange::carryOut(const jsonrpc::Request& request) {

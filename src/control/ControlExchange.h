@@ -25,6 +25,7 @@ class ControlExchange : public std::enable_shared_from_this<ControlExchange> {
     void carryOn();
 
   private:
+    void handleInTime(const jsonrpc::Request& request);
     void carryOut(const jsonrpc::Request& request);
     void answered(const nlohmann::json* reply);
 

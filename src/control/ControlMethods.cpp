@@ -40,6 +40,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -85,6 +86,15 @@ class ControlMethods::Table {
         addSettings();
         addUserInterface();
         addAgent();
+    }
+
+    bool mustWait(const ControlRequest& request, std::function<void()> ready) {
+        static constexpr std::array<std::string_view, 6> kAboutAllWindows = {
+            "arrange", "openURL", "verify", "scene.capture", "scene.open", "scene.diff"};
+        const bool isAboutAll =
+            std::find(kAboutAllWindows.begin(), kAboutAllWindows.end(), request.method) != kAboutAllWindows.end();
+        if (!isAboutAll && !request.parameters.contains("window")) return false;
+        return context_.controller.awaitCurrent(std::move(ready));
     }
 
     void handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer, ControlAnswer answer) {
@@ -494,6 +504,10 @@ class ControlMethods::Table {
 ControlMethods::ControlMethods(ControlContext context) : table_(std::make_unique<Table>(std::move(context))) {}
 
 ControlMethods::~ControlMethods() = default;
+
+bool ControlMethods::mustWait(const ControlRequest& request, std::function<void()> ready) {
+    return table_->mustWait(request, std::move(ready));
+}
 
 void ControlMethods::handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer,
                             ControlAnswer answer) {

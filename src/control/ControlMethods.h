@@ -54,6 +54,9 @@ class ControlMethods final : public ControlHandling {
   public:
     explicit ControlMethods(ControlContext context);
     ~ControlMethods() override;
+    /// Requests that arrange, name a window, look at all windows or compare them wait for the next poll, when windows
+    /// changed since the last one.
+    [[nodiscard]] bool mustWait(const ControlRequest& request, std::function<void()> ready) override;
     /// A method that changes stored data is answered once that is on disk. If the write failed, the result has a member
     /// "unsaved".
     void handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer, ControlAnswer answer) override;

@@ -26,11 +26,11 @@ std::vector<std::string> returnToFreeTiles(const TileAssignments& held, TileAssi
             if (!isPutAway(own->second) || assignments.isInAnyTile(own->second)) continue;
             const auto tile = mustBeItsOwn ? own : std::find_if(tiles.begin(), tiles.end(), isFree);
             if (tile == tiles.end() || !isFree(*tile)) continue;
+            assignments.insertIntoStack(tile->first, own->second, TileAssignments::StackPosition::front);
             (void)assignments.assign(own->second, {tile->first}); // the tile is free: no window is displaced
             returned.push_back(own->second);
         }
     }
-    assignments.putFrontsFirst();
     return returned;
 }
 

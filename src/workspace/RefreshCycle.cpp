@@ -42,6 +42,7 @@ RefreshCycle::RefreshCycle(std::shared_ptr<AccessibilityWindowService> service, 
 
 RefreshCycle::~RefreshCycle() {
     stopTimer();
+    if (waitingDeadline_) waitingDeadline_->cancel();
 }
 
 void RefreshCycle::begin() {
@@ -74,31 +75,62 @@ void RefreshCycle::invalidateOlderPolls() {
     ++generation_;
     isPollInFlight_ = false;
     appliedChangeCount_.reset();
+    // What waits for a dropped poll is refused with the reason, or finds the windows that are known.
+    if (!waiting_.empty()) queue_.post(lifetime_.guard([this] { runAllWaiting(); }));
+}
+
+bool RefreshCycle::awaitCurrent(std::function<void()> work) {
+    const auto count = changes_.changeCount();
+    const bool isCurrent = count && count == appliedChangeCount_;
+    if (waiting_.empty() && (isCurrent || !isRunning_ || isSuspended_)) return false;
+    if (waiting_.empty()) {
+        waitingDeadline_ = queue_.after(kLongestWait, lifetime_.guard([this] { runAllWaiting(); }));
+    }
+    waiting_.push_back({polls_ + 1, std::move(work)});
+    refresh();
+    return true;
+}
+
+void RefreshCycle::runAllWaiting() {
+    runWaiting(std::numeric_limits<std::int64_t>::max());
+}
+
+void RefreshCycle::runWaiting(std::int64_t newestPoll) {
+    std::vector<std::function<void()>> due;
+    for (; !waiting_.empty() && waiting_.front().poll <= newestPoll; waiting_.pop_front()) {
+        due.push_back(std::move(waiting_.front().work));
+    }
+    if (waiting_.empty() && waitingDeadline_) std::exchange(waitingDeadline_, nullptr)->cancel();
+    for (const auto& work : due) work();
+    if (!waiting_.empty()) refresh();
 }
 
 void RefreshCycle::refresh() {
     if (!isRunning_ || isSuspended_ || isPollInFlight_) return;
     isPollInFlight_ = true;
-    auto deliver = lifetime_.guard(
-        [this](PollResult& result, std::int64_t generation) { receive(std::move(result), generation); });
+    auto deliver = lifetime_.guard([this](PollResult& result, std::int64_t generation, std::int64_t poll) {
+        receive(std::move(result), generation, poll);
+    });
     pollingQueue_.post([service = service_, &session = session_, &changes = changes_, &queue = queue_,
-                        announcements = announcements_, generation = generation_, known = callbacks_.knownWindows(),
-                        begun = queue_.uptime(), deliver = std::move(deliver)]() mutable {
+                        announcements = announcements_, generation = generation_, number = ++polls_,
+                        known = callbacks_.knownWindows(), begun = queue_.uptime(),
+                        deliver = std::move(deliver)]() mutable {
         auto result = std::make_shared<PollResult>(poll(*service, session, changes, announcements.get(), known, begun));
         // The service travels along, so that the last hold on it is given up on the main thread.
-        queue.post([result, generation, service = std::move(service), deliver = std::move(deliver)]() mutable {
-            deliver(*result, generation);
+        queue.post([result, generation, number, service = std::move(service), deliver = std::move(deliver)]() mutable {
+            deliver(*result, generation, number);
         });
     });
 }
 
-void RefreshCycle::receive(PollResult result, std::int64_t generation) {
+void RefreshCycle::receive(PollResult result, std::int64_t generation, std::int64_t poll) {
     if (generation != generation_) return;
     isPollInFlight_ = false;
     if (!isRunning_ || isSuspended_) return;
     appliedChangeCount_ = result.changeCount;
     hasResult_ = true;
     callbacks_.apply(std::move(result));
+    runWaiting(poll);
 }
 
 void RefreshCycle::startTimer() {

@@ -9,6 +9,7 @@
 #include "windowing/ChangeAnnouncements.h"
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -27,6 +28,8 @@ struct PollResult {
 class RefreshCycle {
   public:
     static constexpr Seconds kInterval{0.5};
+    /// How long work waits at most for a poll: a poll that asks applications can take long.
+    static constexpr Seconds kLongestWait{0.3};
 
     struct Callbacks {
         std::function<void(PollResult)> apply;       // a current result; the cycle is running and not suspended
@@ -52,6 +55,9 @@ class RefreshCycle {
     void refresh();
     /// Something waits for time to pass: a resting cycle goes on ticking.
     void wake();
+    /// Has the work run after a poll that begins now or later, in the order of the calls, and after `kLongestWait` in
+    /// any case. False, and the work is not kept, when no work waits and the last result is current, or no poll comes.
+    [[nodiscard]] bool awaitCurrent(std::function<void()> work);
 
     bool isRunning() const { return isRunning_; }
     bool isSuspended() const { return isSuspended_; }
@@ -61,6 +67,13 @@ class RefreshCycle {
     bool isResting() const { return isResting_; }
 
   private:
+    struct Waiting {
+        std::int64_t poll; // the first one that is recent enough
+        std::function<void()> work;
+    };
+
+    void runWaiting(std::int64_t newestPoll);
+    void runAllWaiting();
     void invalidateOlderPolls();
     void stopTimer();
     void scheduleTick();
@@ -68,7 +81,7 @@ class RefreshCycle {
     void pollAfterLongestRest();
     void tick();
     bool mayRest() const;
-    void receive(PollResult result, std::int64_t generation);
+    void receive(PollResult result, std::int64_t generation, std::int64_t poll);
 
     std::shared_ptr<AccessibilityWindowService> service_;
     SessionServicing& session_;
@@ -82,8 +95,11 @@ class RefreshCycle {
     bool isResting_ = false;
     bool hasResult_ = false;
     std::int64_t generation_ = 0;
-    Seconds nextTick_{0}; // uptime
+    std::int64_t polls_ = 0; // begun so far
+    Seconds nextTick_{0};    // uptime
     std::shared_ptr<ScheduledWork> timer_;
+    std::deque<Waiting> waiting_;
+    std::shared_ptr<ScheduledWork> waitingDeadline_; // while something waits
     std::optional<std::uint64_t> appliedChangeCount_;
     std::shared_ptr<ChangeAnnouncements> announcements_; // of the polling queue; null where changes announce themselves
     Lifetime lifetime_;

@@ -70,6 +70,8 @@ class WorkspaceController {
     void stop();
     /// Asks for one poll now; ignored while one is in flight.
     void refresh();
+    /// For operations that must know windows opened a moment ago; see `RefreshCycle::awaitCurrent`.
+    [[nodiscard]] bool awaitCurrent(std::function<void()> work) { return refreshCycle_.awaitCurrent(std::move(work)); }
     void recheckAccessibility();
     bool isRunning() const { return refreshCycle_.isRunning(); }
     bool hasLooked() const { return refreshCycle_.hasResult(); } // knows the windows, if it may

@@ -202,8 +202,7 @@ std::vector<PlacementFinding> WorkspaceController::verifyPlacements() const {
     for (const auto& [windowID, requested] : framesOfTiledWindows()) {
         const ManagedWindow* window = findLive(windowID);
         if (!window) continue;
-        PlacementFinding finding{windowID, *assignments_.targetOf(windowID), requested, std::nullopt, {}};
-        finding.actualFrame = windowService_->readFrame(window->element);
+        PlacementFinding finding{windowID, *assignments_.targetOf(windowID), requested, window->frame, {}};
         using enum PlacementVerdict;
         if (isLeftAlone(*window) || !window->isVisible) {
             finding.verdict = leftAlone;

@@ -56,6 +56,22 @@ TEST_F(Keys, AssignedByTheUserDriveCommandsForOneWindow) {
     desk.expectMessage("There is no tile 3 in this layout");
 }
 
+TEST_F(Keys, ArrangeAWindowThatWasOpenedJustBeforeAndActInTheOrderOfTheirPresses) {
+    desk.layout("jarvis.quad-grid").settle();
+    desk.desktop.pollingQueue().setJobDuration(Seconds(0.05));
+    desk.desktop.open("Notes");
+    keyboard.press(keyCode::a, kFocus);
+    desk.settle();
+    const std::string notes = desk.desktop.windowIDOf("Notes");
+    EXPECT_TRUE(desk.controller().assignments().isAssigned(notes)) << desk.tiles();
+
+    desk.desktop.close("Notes");
+    keyboard.press(keyCode::a, kFocus);
+    keyboard.press(keyCode::z, kFocus);
+    desk.settle();
+    EXPECT_EQ(desk.controller().undoHistory().entries().size(), 2u) << "the arrangement before it is left";
+}
+
 TEST_F(Keys, OneOfThemPausesAndResumes) {
     ASSERT_TRUE(settings.setShortcut({{keyCode::g, kFocus, "G"}}, KovaShortcutAction::pauseOrResume));
     press(keyCode::g, kFocus);

@@ -37,6 +37,14 @@ TEST_F(AgentMethods, EveryMethodIsDocumentedWithAnExampleThatWorks) {
     EXPECT_TRUE(hasQuit);
 }
 
+TEST_F(AgentMethods, KnowWindowsThatWereOpenedJustBefore) {
+    desk.desktop.open("Codex");
+    EXPECT_TRUE(result("place", {{"window", "Codex"}, {"tile", "1"}, {"dryRun", true}}).contains("message"));
+    desk.desktop.open("Firefox");
+    const json plan = result("arrange", {{"dryRun", true}});
+    EXPECT_EQ(plan["placements"].size() + plan["surplus"].size(), 5u) << plan;
+}
+
 TEST_F(AgentMethods, ArrangeMovesTheWindowsOfTheDryRun) {
     const json planned = result("arrange", {{"dryRun", true}});
     EXPECT_EQ(desk.tiles(), "- | -");

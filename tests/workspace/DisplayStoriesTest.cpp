@@ -143,6 +143,7 @@ TEST_F(Displays, AnArrangementWithoutADisplayIsTakenBackByItsReturn) {
     for (const auto& tile : desk.controller().tiles()) {
         if (tile.displayID != desk.displayIDOf("B")) continue;
         ASSERT_TRUE(tile.windowID);
+        EXPECT_EQ(tile.stack, std::vector{*tile.windowID});
         EXPECT_FALSE(desk.desktop.window(desk.desktop.labelOfID(*tile.windowID)).isMinimized);
     }
     EXPECT_EQ(desk.desktop.picture().find("minimized"), std::string::npos) << "the tiles that it freed are taken again";

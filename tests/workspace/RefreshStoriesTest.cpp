@@ -67,6 +67,43 @@ TEST(RefreshStories, OnePollAtATimeHoweverSlowItIs) {
     EXPECT_EQ(desk.desktop.pollingQueue().jobsWaiting(), 0u);
 }
 
+TEST(RefreshStories, WorkAwaitsAPollThatBeginsAfterTheLastChange) {
+    Scenario desk;
+    desk.display(2560, 1440).opens("Mail").start().settle();
+    std::vector<std::string> order;
+    const auto awaits = [&](const std::string& name) {
+        return desk.controller().awaitCurrent([&desk, &order, name] {
+            order.push_back(name + " " + std::to_string(desk.controller().liveWindows().size()));
+        });
+    };
+    EXPECT_EQ(awaits("unchanged"), !desk.desktop.changeCount());
+    desk.settle();
+    order.clear();
+
+    desk.desktop.pollingQueue().setJobDuration(Seconds(0.05));
+    desk.controller().refresh(); // does not see what comes now
+    desk.advance(Seconds(0.01));
+    desk.opens("Notes");
+    EXPECT_TRUE(awaits("first") && awaits("second"));
+    desk.advance(Seconds(0.15));
+    EXPECT_EQ(order, (std::vector<std::string>{"first 2", "second 2"}));
+
+    desk.desktop.pollingQueue().setJobDuration(Seconds(3));
+    order.clear();
+    desk.opens("Codex");
+    EXPECT_TRUE(awaits("slow"));
+    desk.advance(RefreshCycle::kLongestWait);
+    EXPECT_EQ(order, std::vector<std::string>{"slow 2"}) << "a slow poll holds it up for a moment only";
+
+    order.clear();
+    desk.opens("Firefox");
+    EXPECT_TRUE(awaits("asleep"));
+    desk.sleep();
+    EXPECT_EQ(order.size(), 1u) << "no poll comes: it is refused then";
+    desk.desktop.pollingQueue().setJobDuration(Seconds(0));
+    desk.wake().settle();
+}
+
 TEST(RefreshStories, AnAnswerFromBeforeAStopOrASleepIsDropped) {
     Scenario desk;
     desk.display(2560, 1440).start();
