@@ -329,11 +329,13 @@ std::vector<xcb_window_t> WindowModel::dialogsOf(const ClientWindow& client) con
 
 bool WindowModel::isMinimized(const ClientWindow& client) const {
     if (!manager_.isPresent) return client.iconification.isPutAway();
-    // For shaded windows some window managers set the hidden state and others the iconic one; only for minimized
-    // windows both are set. ICCCM allows the iconic state for any window that is not shown.
-    if (manager_.announcesHidden) return client.isHiddenState && (client.isIconic || !client.isShaded);
+    // Managers call shaded windows hidden, iconic or both, but their title bars stay on the screen. ICCCM lets a manager
+    // use the iconic state for all that is not shown.
     const TopLevel* top = topLevel(client.topLevel);
-    return client.isIconic && isOnCurrentDesktop(client) && !(client.isShaded && top && top->isMapped);
+    const bool isCurrent = isOnCurrentDesktop(client);
+    const bool isRolledUp = client.isShaded && (!isCurrent || (top && top->isMapped));
+    if (manager_.announcesHidden) return client.isHiddenState && !isRolledUp;
+    return client.isIconic && isCurrent && !isRolledUp;
 }
 
 bool WindowModel::isShown(const ClientWindow& client) const {
