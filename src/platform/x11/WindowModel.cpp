@@ -329,8 +329,8 @@ std::vector<xcb_window_t> WindowModel::dialogsOf(const ClientWindow& client) con
 
 bool WindowModel::isMinimized(const ClientWindow& client) const {
     if (!manager_.isPresent) return client.iconification.isPutAway();
-    // Managers call shaded windows hidden, iconic or both, but their title bars stay on the screen. ICCCM lets a manager
-    // use the iconic state for all that is not shown.
+    // Managers call shaded windows hidden, iconic or both, but their title bars stay on the screen. ICCCM lets a
+    // manager use the iconic state for all that is not shown.
     const TopLevel* top = topLevel(client.topLevel);
     const bool isCurrent = isOnCurrentDesktop(client);
     const bool isRolledUp = client.isShaded && (!isCurrent || (top && top->isMapped));
