@@ -63,8 +63,8 @@ class KeyMonitorServicing {
     /// Sets the combinations of the monitors, which replace the former ones. On window systems with grabs they are
     /// grabbed while there is a global monitor and no recorder.
     virtual void claim(const std::vector<KeyCombination>& combinations) = 0;
-    /// The registered combinations that are held by one of `knownHolders`; they are not reported meanwhile, or not to KOVA
-    /// alone.
+    /// The registered combinations that are held by one of `knownHolders`; they are not reported meanwhile, or not to
+    /// KOVA alone.
     virtual std::vector<KeyCombination> heldByOthers() const = 0;
     virtual KnownHolders knownHolders() const { return KnownHolders::everyProgram; }
     virtual ModifierNames modifierNames() const { return ModifierNames::words; }

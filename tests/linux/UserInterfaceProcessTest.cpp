@@ -72,7 +72,8 @@ TEST_F(UserInterfaceProgram, GetsTheSocketAndReportsItsEnd) {
         {"kill -SEGV $$", UserInterfaceEnd::unexpectedly},
     };
     for (const auto& [script, how] : endings) {
-        setenv("KOVA_UI", program("ui", "echo \"$KOVA_SOCKET $KOVA_AGENT_PROCESS\" > " + said + "; " + script).c_str(), 1);
+        setenv("KOVA_UI", program("ui", "echo \"$KOVA_SOCKET $KOVA_AGENT_PROCESS\" > " + said + "; " + script).c_str(),
+               1);
         UserInterfaceProcess process(found, "/the/socket", loop_, children_);
         ends_.clear();
         process.start(ended_);

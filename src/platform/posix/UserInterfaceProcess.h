@@ -16,8 +16,8 @@ namespace kova {
 /// Finds a program in PATH.
 using ProgramSearch = std::function<std::optional<std::string>(const std::string& name)>;
 
-/// The path of kova-ui: the variable KOVA_UI if it is set (none if it is empty), else beside this program, relative to it
-/// in ../libexec/kova or in the application in ../Helpers, or the result of the search. Absent if it is not found.
+/// The path of kova-ui: the variable KOVA_UI if it is set (none if it is empty), else beside this program, relative to
+/// it in ../libexec/kova or in the application in ../Helpers, or the result of the search. Absent if it is not found.
 std::optional<std::string> findUserInterface(const std::string& ownProgram, const ProgramSearch& search = {});
 
 class UserInterfaceProcess final : public UserInterfaceServicing {
