@@ -53,28 +53,8 @@ void AgentActions::undo() {
     link_.call("undo");
 }
 
-void AgentActions::chooseApplication(const std::string& tile, QPoint at) {
-    link_.call("app.list", nlohmann::json::object(), [this, tile, at](const Answer& answer) {
-        if (answer.error.empty()) listApplications(tile, answer.result, at);
-    });
-}
-
-void AgentActions::listApplications(const std::string& tile, const nlohmann::json& result, QPoint at) {
-    QMenu& menu = emptyMenu();
-    try {
-        for (const JsonCursor& application : JsonCursor(result, "").required("applications").elements()) {
-            const std::string id = application.required("id").string(), name = application.required("name").string();
-            QAction* action = menu.addAction(titleOf(name));
-            if (icon_) action->setIcon(icon_({id, name}, iconSize()));
-            QObject::connect(action, &QAction::triggered, action, [this, id, tile] {
-                link_.call("launch", {{"application", id}, {"tile", tile}});
-            });
-        }
-    } catch (const DecodingError& error) {
-        qWarning("kova-ui: the list of applications is not understood: %s", error.what());
-    }
-    if (menu.isEmpty()) menu.addAction(QStringLiteral("No applications are installed"))->setEnabled(false);
-    menu.popup(at);
+void AgentActions::chooseApplication(const std::string& tile) {
+    openLauncher_(tile);
 }
 
 void AgentActions::showStackMenu(const std::string& tileID, QPoint at) {

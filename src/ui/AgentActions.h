@@ -16,21 +16,22 @@ namespace kova::ui {
 class AgentActions final : public OverlayActions {
   public:
     /// `styleMenus` is called before a menu is made or opens.
-    AgentActions(AgentLink& link, IconSource icon, std::function<void()> styleMenus) :
-        link_(link), icon_(std::move(icon)), styleMenus_(std::move(styleMenus)) {}
+    AgentActions(AgentLink& link, IconSource icon, std::function<void()> styleMenus,
+                 std::function<void(const std::string& tile)> openLauncher) :
+        link_(link),
+        icon_(std::move(icon)), styleMenus_(std::move(styleMenus)), openLauncher_(std::move(openLauncher)) {}
 
     void bringForward(const std::string& window) override;
     void stepStack(const std::string& tile, StackStep step) override;
     void place(const std::string& window, const std::string& tile) override;
     void undo() override;
-    void chooseApplication(const std::string& tile, QPoint at) override;
+    void chooseApplication(const std::string& tile) override;
     void showEntryMenu(const std::string& tile, const std::string& window, QPoint at) override;
     void showStackMenu(const std::string& tile, QPoint at) override;
     /// Asks the user first.
     void forceQuitAll();
 
   private:
-    void listApplications(const std::string& tile, const nlohmann::json& result, QPoint at);
     void addMoves(const TileContents& tile, const std::string& window);
     void addRules(const TileContents& tile, const ApplicationName& application);
     void forceQuit(const std::string& window, const std::string& applicationName);
@@ -42,6 +43,7 @@ class AgentActions final : public OverlayActions {
     AgentLink& link_;
     IconSource icon_;
     std::function<void()> styleMenus_;
+    std::function<void(const std::string& tile)> openLauncher_;
     std::unique_ptr<QMenu> menu_;
 };
 

@@ -9,6 +9,7 @@
 #include "ui/macos/MacPlatform.h"
 #else
 #include "ui/x11/X11Platform.h"
+#include "ui/x11/X11WindowFocus.h"
 #endif
 
 #include <QApplication>
@@ -40,7 +41,10 @@ Program::Program(const std::string& socketPath) :
     preferences_([this] { applyTaste(); }),
     actions_(
         link_, [this](const ApplicationName& application, int size) { return icons_.icon(application, size); },
-        [this] { styleWidgets(); }),
+        [this] { styleWidgets(); },
+        [this](const std::string& tile) {
+            windows_.show("launcher", {{"tile", tile}});
+        }),
     tray_(
         link_, [this] { styleWidgets(); },
         [this](const std::string& id) {
@@ -52,6 +56,7 @@ Program::Program(const std::string& socketPath) :
               .icon = [this](const ApplicationName& application, int size) { return icons_.icon(application, size); },
               .overlay = [this] { return link_.contents() ? &*link_.contents() : nullptr; },
               .palette = [this] { return palette(); },
+              .origin = [this] { return platform_->firstDisplay(); },
               .styleWidgets = [this] { styleWidgets(); },
               .closedByUser =
                   [this](const std::string& what) {
@@ -62,6 +67,7 @@ Program::Program(const std::string& socketPath) :
     platform_ = std::make_unique<MacPlatform>();
 #else
     if (const auto* x11 = qApp->nativeInterface<QNativeInterface::QX11Application>()) {
+        windows_.setFocus(std::make_unique<X11WindowFocus>(x11->connection()));
         auto platform = X11Platform::create(x11->connection());
         if (platform) {
             platform->whenCompositingChanges([this] { overlay_->compositingChanged(); });

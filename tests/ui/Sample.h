@@ -68,7 +68,7 @@ class NotedActions final : public OverlayActions {
         noted.push_back("place " + window + " " + tile);
     }
     void undo() override { noted.push_back("undo"); }
-    void chooseApplication(const std::string& tile, QPoint) override { noted.push_back("choose " + tile); }
+    void chooseApplication(const std::string& tile) override { noted.push_back("choose " + tile); }
     void showEntryMenu(const std::string& tile, const std::string& window, QPoint) override {
         noted.push_back("menu " + tile + " " + window);
     }

@@ -119,7 +119,7 @@ void FooterWindow::click(FooterHit hit, QPoint at) {
     case FooterHit::Part::more:
         return actions_.showStackMenu(tile_.id, at);
     case FooterHit::Part::launch:
-        return actions_.chooseApplication(tile_.id, at);
+        return actions_.chooseApplication(tile_.id);
     }
 }
 

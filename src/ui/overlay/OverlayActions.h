@@ -17,7 +17,7 @@ class OverlayActions {
     virtual void place(const std::string& window, const std::string& tile) = 0;
     virtual void undo() = 0;
     /// Lists the applications, to launch one in the tile.
-    virtual void chooseApplication(const std::string& tile, QPoint at) = 0;
+    virtual void chooseApplication(const std::string& tile) = 0;
     virtual void showEntryMenu(const std::string& tile, const std::string& window, QPoint at) = 0;
     /// Lists all windows of the tile.
     virtual void showStackMenu(const std::string& tile, QPoint at) = 0;

@@ -71,7 +71,7 @@ void EmptyTileWindow::mouseMoveEvent(QMouseEvent* event) {
 
 void EmptyTileWindow::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || !layout_.button.contains(event->position().toPoint())) return;
-    actions_.chooseApplication(tile_.id, event->globalPosition().toPoint());
+    actions_.chooseApplication(tile_.id);
 }
 
 void DividerWindow::show(const QRect& line, const Style& style) {

@@ -5,6 +5,7 @@
 #include "ui/style/Style.h"
 #include "ui/windows/Registry.h"
 
+#include <QPoint>
 #include <QWidget>
 
 #include <functional>
@@ -18,6 +19,7 @@ struct WindowServices {
     IconSource icon{};
     std::function<const OverlayContents*()> overlay{}; // null while the agent is away
     std::function<Palette()> palette{};
+    std::function<QPoint()> origin{}; // of the agent's points, in pixels on the screen
     /// Opens a window by its name, as the notification `show` does.
     std::function<void(const std::string& what, const nlohmann::json& parameters)> show{};
 };

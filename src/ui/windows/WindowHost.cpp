@@ -56,6 +56,7 @@ bool WindowHost::show(const std::string& what, const nlohmann::json& parameters)
             .icon = surroundings_.icon,
             .overlay = surroundings_.overlay,
             .palette = surroundings_.palette,
+            .origin = surroundings_.origin,
             .show = [this](const std::string& other, const nlohmann::json& with) { show(other, with); }});
     }
     std::unique_ptr<HostedWindow>& window = windows_[what];

@@ -23,6 +23,7 @@ class WindowHost : public QObject {
         IconSource icon{};
         std::function<const OverlayContents*()> overlay{};
         std::function<Palette()> palette{};
+        std::function<QPoint()> origin{};
         std::function<void()> styleWidgets{}; // before the first window is made
         /// The user has closed a window that the agent wants to be open.
         std::function<void(const std::string& what)> closedByUser{};

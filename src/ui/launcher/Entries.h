@@ -1,0 +1,47 @@
+// What a launcher or the palette offers, and in which order. Plain values.
+#pragma once
+
+#include "ui/launcher/FuzzyMatch.h"
+#include "ui/style/Style.h"
+
+#include <QString>
+
+#include <nlohmann/json.hpp>
+
+#include <string>
+#include <vector>
+
+namespace kova::ui {
+
+struct LauncherEntry {
+    QString title;
+    QString kind{};                // what it is, beside the title; empty in a list of one kind
+    ApplicationName application{}; // whose icon it has
+    QString iconName{};            // of the icon theme, or a file; empty: found by the application
+    QString words{};               // more to find it by
+    int uses = 0;
+    std::string method; // of the agent, for choosing it
+    nlohmann::json parameters = nlohmann::json::object();
+};
+
+/// The entries of `app.list`: each launches into the tile. Throws nothing; what is not understood is left out.
+std::vector<LauncherEntry> applicationEntries(const nlohmann::json& result, const std::string& tile);
+
+/// Entries with their texts folded once, in the order for an empty query: most used first, then by title.
+class EntryList {
+  public:
+    void set(std::vector<LauncherEntry> entries);
+    void add(std::vector<LauncherEntry> entries);
+    const LauncherEntry& at(std::size_t index) const { return entries_[index]; }
+    std::size_t size() const { return entries_.size(); }
+    /// Indexes of what fits the query, best first; all of them for an empty one.
+    std::vector<std::size_t> matching(const QString& query) const;
+
+  private:
+    void sort();
+
+    std::vector<LauncherEntry> entries_;
+    std::vector<QString> folded_; // beside the entries
+};
+
+} // namespace kova::ui

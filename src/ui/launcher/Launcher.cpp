@@ -1,0 +1,30 @@
+#include "ui/launcher/Launcher.h"
+
+#include <memory>
+
+namespace kova::ui {
+
+namespace {
+
+const WindowRegistration registration({"launcher", [](WindowServices& services) -> std::unique_ptr<HostedWindow> {
+                                           return std::make_unique<Launcher>(services);
+                                       }});
+
+} // namespace
+
+Launcher::Launcher(WindowServices& services) : SearchWindow(services) {
+    setWindowTitle(tr("Launch an app in this tile"));
+    field().setPlaceholderText(tr("Launch an app in this tile"));
+    field().setAccessibleName(tr("Application"));
+    field().setAccessibleDescription(tr("Type a part of the name; arrow keys choose, Enter launches into the tile"));
+    list().setAccessibleName(tr("Applications"));
+    list().setAccessibleDescription(tr("Installed applications, most used first"));
+}
+
+void Launcher::load() {
+    services().agent.call(this, "app.list", nlohmann::json::object(), [this](const Answer& answer) {
+        if (answer.error.empty()) offer(applicationEntries(answer.result, tile()));
+    });
+}
+
+} // namespace kova::ui

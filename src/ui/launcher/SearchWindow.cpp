@@ -1,0 +1,222 @@
+#include "ui/launcher/SearchWindow.h"
+
+#include <QGuiApplication>
+#include <QIcon>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QPixmapCache>
+#include <QScreen>
+#include <QStyle>
+#include <QStyledItemDelegate>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace kova::ui {
+
+namespace {
+
+constexpr int kColumns = 46; // of letters, wide
+constexpr int kRows = 10;
+
+int iconSizeOf(const QWidget& widget) {
+    return widget.fontMetrics().height() * 3 / 2;
+}
+
+/// The title beside the icon, and what kind of thing it is at the other end.
+class EntryDelegate final : public QStyledItemDelegate {
+  public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const override {
+        return {option.fontMetrics.averageCharWidth() * kColumns / 2, option.fontMetrics.height() * 2};
+    }
+    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        QStyledItemDelegate::paint(painter, option, index);
+        const QString kind = index.data(EntryModel::kKindRole).toString();
+        if (kind.isEmpty()) return;
+        painter->save();
+        painter->setPen(option.palette.color(QPalette::PlaceholderText));
+        const int margin = option.fontMetrics.averageCharWidth();
+        painter->drawText(option.rect.adjusted(margin, 0, -margin, 0), Qt::AlignVCenter | Qt::AlignRight, kind);
+        painter->restore();
+    }
+};
+
+} // namespace
+
+EntryModel::EntryModel(EntryList& entries, IconSource icon, QObject* parent) :
+    QAbstractListModel(parent), entries_(entries), icon_(std::move(icon)) {}
+
+void EntryModel::filter(const QString& query) {
+    beginResetModel();
+    shown_ = entries_.matching(query);
+    endResetModel();
+}
+
+const LauncherEntry* EntryModel::entryAt(const QModelIndex& index) const {
+    const auto row = static_cast<std::size_t>(index.row());
+    return index.isValid() && row < shown_.size() ? &entries_.at(shown_[row]) : nullptr;
+}
+
+int EntryModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(shown_.size());
+}
+
+QVariant EntryModel::data(const QModelIndex& index, int role) const {
+    const LauncherEntry* entry = entryAt(index);
+    if (!entry) return {};
+    switch (role) {
+    case Qt::DisplayRole:
+        return entry->title;
+    case kKindRole:
+        return entry->kind;
+    case Qt::AccessibleDescriptionRole:
+        return entry->kind;
+    case Qt::DecorationRole: {
+        if (entry->application.id.empty() && entry->application.name.empty()) return {};
+        const auto* view = qobject_cast<const QListView*>(QObject::parent());
+        const int size = view ? view->iconSize().height() : 16;
+        QPixmap picture;
+        if (entry->iconName.startsWith(u'/')) {
+            picture = QPixmap(entry->iconName);
+            if (!picture.isNull()) picture = picture.scaled(size, size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+        } else if (!entry->iconName.isEmpty()) {
+            picture = QIcon::fromTheme(entry->iconName).pixmap(size, size);
+        }
+        if (picture.isNull() && icon_) picture = icon_(entry->application, size);
+        if (picture.isNull()) { // an empty square keeps titles below each other
+            picture = QPixmap(size, size);
+            picture.fill(Qt::transparent);
+        }
+        return picture;
+    }
+    default:
+        return {};
+    }
+}
+
+SearchWindow::SearchWindow(WindowServices& services) :
+    services_(services), field_(new QLineEdit), list_(new QListView), error_(new FieldError) {
+    setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint);
+    model_ = new EntryModel(entries_, services.icon, list_);
+    field_->setObjectName(QStringLiteral("search"));
+    field_->setClearButtonEnabled(false);
+    field_->installEventFilter(this);
+    list_->setObjectName(QStringLiteral("entries"));
+    list_->setModel(model_);
+    list_->setItemDelegate(new EntryDelegate(list_));
+    list_->setUniformItemSizes(true);
+    list_->setFrameShape(QFrame::NoFrame);
+    list_->setIconSize({iconSizeOf(*this), iconSizeOf(*this)});
+    list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    list_->installEventFilter(this);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(field_);
+    layout->addWidget(error_);
+    layout->addWidget(list_, 1);
+    setFocusProxy(field_);
+    connect(field_, &QLineEdit::textChanged, this, [this] { filter(); });
+    connect(list_, &QListView::clicked, this, [this](const QModelIndex& index) { choose(index); });
+}
+
+void SearchWindow::putAbove(QWidget* widget) {
+    static_cast<QVBoxLayout*>(layout())->insertWidget(0, widget);
+}
+
+void SearchWindow::present(const nlohmann::json& parameters) {
+    const OverlayContents* contents = services_.overlay ? services_.overlay() : nullptr;
+    tile_ = parameters.is_object() ? parameters.value("tile", "") : "";
+    if (tile_.empty() && contents && !contents->tiles.empty()) tile_ = contents->tiles.front().id;
+    field_->clear();
+    error_->clear();
+    wasActive_ = false;
+    placeAtTile();
+    field_->setFocus();
+    load();
+}
+
+/// In the middle of its tile, within the display.
+void SearchWindow::placeAtTile() {
+    const QFontMetrics letters = fontMetrics();
+    QSize size(letters.averageCharWidth() * kColumns, letters.height() * 2 * (kRows + 2));
+    const OverlayContents* contents = services_.overlay ? services_.overlay() : nullptr;
+    const TileContents* tile = contents ? contents->tile(tile_) : nullptr;
+    const DisplayContents* display = tile ? contents->display(tile->display) : nullptr;
+    if (!display) {
+        resize(size);
+        return;
+    }
+    const Style style{.scale = display->scale, .firstDisplay = services_.origin ? services_.origin() : QPoint()};
+    const QRect room = style.px(display->visibleFrame);
+    size = size.boundedTo(room.size());
+    QRect place(QPoint(), size);
+    place.moveCenter(style.px(tile->frame).center());
+    place.moveLeft(std::clamp(place.left(), room.left(), room.left() + room.width() - size.width()));
+    place.moveTop(std::clamp(place.top(), room.top(), room.top() + room.height() - size.height()));
+    setGeometry(place);
+}
+
+void SearchWindow::offer(std::vector<LauncherEntry> entries) {
+    entries_.set(std::move(entries));
+    filter();
+}
+
+void SearchWindow::offerMore(std::vector<LauncherEntry> entries) {
+    entries_.add(std::move(entries));
+    filter();
+}
+
+void SearchWindow::filter() {
+    model_->filter(field_->text());
+    list_->setCurrentIndex(model_->index(0, 0));
+}
+
+void SearchWindow::choose(const QModelIndex& index) {
+    const LauncherEntry* entry = model_->entryAt(index);
+    if (!entry || isAsking_) return;
+    isAsking_ = true;
+    callFor(*error_, services_.agent, entry->method, entry->parameters,
+            {.done =
+                 [this](const nlohmann::json&) {
+                     isAsking_ = false;
+                     close();
+                 },
+             .refused = [this] { isAsking_ = false; }});
+}
+
+/// The keyboard stays in the field: keys that move in the list reach it from there.
+bool SearchWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::KeyPress) return HostedWindow::eventFilter(watched, event);
+    const auto* key = static_cast<QKeyEvent*>(event);
+    switch (key->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        choose(list_->currentIndex());
+        return true;
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+        if (watched != field_) return false;
+        QCoreApplication::sendEvent(list_, event);
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// A click outside gives the keyboard to another window. Not before it was here once: window managers give it when they
+/// like.
+void SearchWindow::changeEvent(QEvent* event) {
+    HostedWindow::changeEvent(event);
+    if (event->type() != QEvent::ActivationChange) return;
+    if (isActiveWindow()) {
+        wasActive_ = true;
+    } else if (wasActive_ && isVisible()) {
+        close();
+    }
+}
+
+} // namespace kova::ui
