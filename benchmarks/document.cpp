@@ -23,8 +23,8 @@ struct Session {
     Session() {
         desktop.setVouching(false);
         desktop.addDisplay({.name = "A", .size = {2560, 1440}});
-        (void)controller.selectLayout(displayID(desktop.screens().front()),
-                                      DisplayLayoutSelection::layout("jarvis.six-grid"));
+        (void)controller.perform(action::SelectLayout{displayID(desktop.screens().front()),
+                                                      DisplayLayoutSelection::layout("jarvis.six-grid")});
         controller.start(false);
         desktop.queue().advance(Seconds(1));
     }
@@ -88,7 +88,7 @@ void ImportScenesOf50Placements(benchmark::State& state) {
         state.PauseTiming();
         auto session = std::make_unique<Session>();
         state.ResumeTiming();
-        benchmark::DoNotOptimize(session->controller.importWorkspaceDocument(file));
+        benchmark::DoNotOptimize(session->controller.perform(action::ImportDocument{file}));
         state.PauseTiming();
         if (session->controller.state().scenes->size() != document.scenes.size()) state.SkipWithError("not imported");
         session.reset();
@@ -102,18 +102,18 @@ void CaptureWindows(benchmark::State& state) {
     Session session;
     WorkspaceProductDocument document;
     document.scenes.push_back(sceneOf(state.range(0)));
-    (void)session.controller.importWorkspaceDocument(std::get<std::string>(encodeExportedDocument(document)));
+    (void)session.controller.perform(action::ImportDocument{std::get<std::string>(encodeExportedDocument(document))});
     session.openWindows(state.range(0));
     session.readDesktop();
     session.takeResult();
-    (void)session.controller.activateScene(document.scenes.front().id);
+    (void)session.controller.perform(action::ActivateScene{document.scenes.front().id});
     session.desktop.queue().advance(Seconds(1));
     for (auto _ : state) {
-        (void)session.controller.captureScene("Scene");
+        (void)session.controller.perform(action::CaptureScene{"Scene"});
         state.PauseTiming();
         const auto& scene = session.controller.state().scenes->back();
         if (static_cast<std::int64_t>(scene.placements.size()) != state.range(0)) state.SkipWithError("not captured");
-        (void)session.controller.deleteScene(Uuid(scene.id));
+        (void)session.controller.perform(action::DeleteScene{Uuid(scene.id)});
         session.desktop.queue().advance(Seconds(0));
         state.ResumeTiming();
     }
@@ -128,8 +128,8 @@ void PlaceAllThatWereAwaited(benchmark::State& state) {
     for (auto _ : state) {
         state.PauseTiming();
         auto session = std::make_unique<Session>();
-        (void)session->controller.importWorkspaceDocument(file);
-        (void)session->controller.activateScene(document.scenes.front().id);
+        (void)session->controller.perform(action::ImportDocument{file});
+        (void)session->controller.perform(action::ActivateScene{document.scenes.front().id});
         if (static_cast<std::int64_t>(session->controller.pendingSceneWindowPlacements().size()) != pending) {
             state.SkipWithError("not awaited");
         }

@@ -52,18 +52,18 @@ class Bench : private RealWorkspace {
         controller.start(false);
         isReady_ = desk.runUntil([&] { return controller.liveWindows().size() == kWindows; });
         const std::string display = displayID(desktop.screens().front());
-        (void)controller.selectLayout(display, DisplayLayoutSelection::layout("jarvis.six-grid"));
+        (void)controller.perform(action::SelectLayout{display, DisplayLayoutSelection::layout("jarvis.six-grid")});
         controller.perform(action::Arrange{});
         desk.runFor(Seconds(2));
         for (const auto& divider : controller.dividers()) {
             if (divider.divider.splitID == "root") divider_ = divider;
         }
-        isReady_ = isReady_ && controller.beginDividerDrag(divider_);
+        isReady_ = isReady_ && controller.perform(action::BeginDividerDrag{divider_});
     }
     bool isReady() const { return isReady_; }
 
     Cost drag(double translationPoints) {
-        const Cost cost = timed([&] { controller.updateDividerDrag(divider_, translationPoints); });
+        const Cost cost = timed([&] { controller.perform(action::UpdateDividerDrag{divider_, translationPoints}); });
         desk.runFor(Seconds(0.03));
         return cost;
     }

@@ -64,7 +64,7 @@ class Bench : private RealWorkspace {
         for (int i = 0; i < kWindows; ++i) client->configure(windows[index(i)], place(i, 0));
         client->sync();
         desk.runFor(Seconds(1.2));
-        controller.setTileInset(kOtherInset); // any step at all; the step back takes it back
+        controller.perform(action::SetTileInset{kOtherInset}); // any step at all; the step back takes it back
         for (int i = 0; i < kWindows; ++i) client->configure(windows[index(i)], place(i, 30));
         client->sync();
         desk.runFor(Seconds(1.2));

@@ -28,7 +28,8 @@ struct Session {
         desktop.queue().advance(Seconds(3));
     }
     void select(const std::string& layoutID) {
-        (void)controller.selectLayout(displayID(desktop.screens().front()), DisplayLayoutSelection::layout(layoutID));
+        (void)controller.perform(
+            action::SelectLayout{displayID(desktop.screens().front()), DisplayLayoutSelection::layout(layoutID)});
     }
 
     SimulatedDesktop desktop;

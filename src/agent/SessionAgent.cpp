@@ -56,7 +56,7 @@ SessionAgent::SessionAgent(const AgentServices& services) :
               .permission = &delegate_.permission()}) {
     delegate_.onOpenPalette([this] {
         methods_.handle({"ui.palette", nlohmann::json::object()}, nullptr, [this](const ControlReply& reply) {
-            if (!reply) delegate_.workspace().showStatusMessage(reply.error().message);
+            if (!reply) delegate_.workspace().perform(action::ShowMessage{reply.error().message});
         });
     });
     const auto& state = delegate_.workspace().state();

@@ -90,7 +90,7 @@ void AppDelegate::stopWorkspace() {
     systemActivitySubscriptions_.clear();
     permissionSubscription_ = {};
     pauseSubscription_ = {};
-    workspace_.setPaused(false);
+    workspace_.perform(action::Switch{action::Setting::isPaused, false});
     // A drag in progress is cancelled first.
     removeMonitors();
     layoutShortcuts_.reset();

@@ -24,7 +24,7 @@ std::vector<DisplayLayoutMenu> displayLayoutMenus(const WorkspaceController& wor
 bool chooseLayout(WorkspaceController& workspace, const std::string& displayID, const std::string& optionID) {
     const auto selection = optionID == kAutomaticLayoutOption ? DisplayLayoutSelection::automatic()
                                                               : DisplayLayoutSelection::layout(optionID);
-    return workspace.selectLayout(displayID, selection);
+    return workspace.perform(action::SelectLayout{displayID, selection});
 }
 
 } // namespace kova

@@ -14,8 +14,8 @@ void DocumentExchange::exportDocument() {
 void DocumentExchange::importDocument() {
     panels_.openDocument(lifetime_.guard([this](const std::variant<std::string, FileProblem>& file) {
         if (const auto* problem = std::get_if<FileProblem>(&file)) return fail("Import failed: ", problem->message);
-        const auto imported = workspace_.importWorkspaceDocument(std::get<std::string>(file));
-        if (const auto* error = std::get_if<DecodingError>(&imported)) fail("Import failed: ", error->what());
+        const auto imported = workspace_.perform(action::ImportDocument{std::get<std::string>(file)});
+        if (!imported) fail("Import failed: ", *imported.message());
     }));
 }
 

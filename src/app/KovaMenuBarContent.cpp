@@ -97,8 +97,9 @@ class KovaMenuBarContent::Build {
         addLayoutEntries();
         addSceneEntries();
         separate();
-        addSwitch("theme-background", "Use Theme Background", *state_.useThemeBackground,
-                  [this](bool on) { workspace_.setUseThemeBackground(on); });
+        addSwitch("theme-background", "Use Theme Background", *state_.useThemeBackground, [this](bool on) {
+            workspace_.perform(action::Switch{action::Setting::useThemeBackground, on});
+        });
         const bool hasWindow = hasSettingsWindow();
         if (hasWindow) {
             add("settings", "Settings", Enabled::yes,
@@ -292,14 +293,15 @@ class KovaMenuBarContent::Build {
             addLayoutMenu("Layout on " + menu.title, "layout." + menu.id + ".", menu, enabledIf(isAtWork_));
         }
         add(
-            "layout-next", "Next Layout on Current Display", enabled, [this] { workspace_.selectNextLayout(); },
-            KovaShortcutAction::nextLayout);
+            "layout-next", "Next Layout on Current Display", enabled,
+            [this] { workspace_.perform(action::CycleLayout{}); }, KovaShortcutAction::nextLayout);
         add(
             "layout-previous", "Previous Layout on Current Display", enabled,
-            [this] { workspace_.selectPreviousLayout(); }, KovaShortcutAction::previousLayout);
+            [this] { workspace_.perform(action::CycleLayout{LayoutStep::previous}); },
+            KovaShortcutAction::previousLayout);
         add("layout-reset", "Reset Layout Sizes on Current Display",
             enabledIf(current && state_.profile->layoutWeightsByDisplay.contains(*display)),
-            [this, display] { workspace_.resetLayoutSizes(display); });
+            [this, display] { workspace_.perform(action::ResetLayoutSizes{display}); });
     }
 
     void addSceneEntries() {
@@ -313,10 +315,12 @@ class KovaMenuBarContent::Build {
             }
             if (!state_.scenes->empty()) separate();
             add("scene-save", "Capture Workspace as Scene", enabledIf(mayMoveWindows_),
-                [this] { workspace_.captureScene(); });
+                [this] { workspace_.perform(action::CaptureScene{}); });
         });
         addSwitch("continuous-management", "Continuously apply window rules", *state_.continuousManagementEnabled,
-                  [this](bool on) { workspace_.setContinuousManagementEnabled(on); });
+                  [this](bool on) {
+                      workspace_.perform(action::Switch{action::Setting::continuousManagement, on});
+                  });
         addHeading("Rules are explainable and run only when continuous management is enabled.");
     }
 
@@ -325,16 +329,20 @@ class KovaMenuBarContent::Build {
         return services_.delegate.settingsWindow() && userInterface && !userInterface->absence();
     }
     void sayIfRefused(const std::optional<std::string>& reason) {
-        if (reason) workspace_.showStatusMessage(*reason);
+        if (reason) perform(action::ShowMessage{*reason});
     }
 
     void addSettings() {
         addSwitch("arrange-after-launch", "Automatically arrange after launch", state_.profile->autoArrangeOnLaunch,
-                  [this](bool on) { workspace_.setAutoArrangeOnLaunch(on); });
-        addSwitch("tile-backgrounds", "Show Tile Backgrounds", *state_.showTileBackgrounds,
-                  [this](bool on) { workspace_.setShowTileBackgrounds(on); });
-        addSwitch("bring-forward", "Bring Next Window Forward", *state_.bringsNextForward,
-                  [this](bool on) { workspace_.setBringsNextForward(on); });
+                  [this](bool on) {
+                      workspace_.perform(action::Switch{action::Setting::autoArrangeOnLaunch, on});
+                  });
+        addSwitch("tile-backgrounds", "Show Tile Backgrounds", *state_.showTileBackgrounds, [this](bool on) {
+            workspace_.perform(action::Switch{action::Setting::showTileBackgrounds, on});
+        });
+        addSwitch("bring-forward", "Bring Next Window Forward", *state_.bringsNextForward, [this](bool on) {
+            workspace_.perform(action::Switch{action::Setting::bringsNextForward, on});
+        });
         addSystemSettings();
         addUpdateSettings();
         if (!services_.documents) return;
@@ -377,10 +385,12 @@ class KovaMenuBarContent::Build {
         const bool isPaused = *state_.isPaused;
         add(
             "pause", "Pause KOVA", enabledIf(services_.delegate.isWorkspaceStarted()),
-            [this, isPaused] { workspace_.setPaused(!isPaused); }, checkedIf(isPaused),
-            KovaShortcutAction::pauseOrResume);
+            [this, isPaused] {
+                workspace_.perform(action::Switch{action::Setting::isPaused, !isPaused});
+            },
+            checkedIf(isPaused), KovaShortcutAction::pauseOrResume);
         add("force-quit-all", "Force Quit All Open Applications…", enabledIf(isAtWork_),
-            [this] { workspace_.forceQuitAllApplications(); });
+            [this] { workspace_.perform(action::ForceQuitAll{}); });
         add("recheck", "Recheck Accessibility", enabledIf(isAtWork_), [this] { workspace_.recheckAccessibility(); });
         if (UpdateChecker* updates = services_.updates) {
             add("update", "Check for Updates…", enabledIf(updates->canCheckForUpdates()),

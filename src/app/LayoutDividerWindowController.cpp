@@ -93,7 +93,7 @@ void LayoutDividerWindowController::guardDesktop(Guards guards) {
 void LayoutDividerWindowController::close() {
     if (!isClosed_) {
         // First, because the restored tiles show their handles again.
-        if (std::exchange(held_, std::nullopt)) workspace_.cancelDividerDrag();
+        if (std::exchange(held_, std::nullopt)) workspace_.perform(action::CancelDividerDrag{});
         isClosed_ = true;
         shown_.clear();
         hoveredID_.reset();
@@ -144,23 +144,23 @@ void LayoutDividerWindowController::handle(const DividerHandleEvent& event) {
     const auto divider = dividerOf(event.handleID);
     switch (event.kind) {
     case Kind::pressed:
-        if (divider && workspace_.beginDividerDrag(*divider)) held_ = Held{*divider, event.location};
+        if (divider && workspace_.perform(action::BeginDividerDrag{*divider})) held_ = Held{*divider, event.location};
         return board_.refresh(OverlaySection::dividers);
     case Kind::moved:
-        if (held_) workspace_.updateDividerDrag(held_->divider, translation(*held_, event.location));
+        if (held_) workspace_.perform(action::UpdateDividerDrag{held_->divider, translation(*held_, event.location)});
         return;
     case Kind::released:
         if (!held_) return;
-        workspace_.updateDividerDrag(held_->divider, translation(*held_, event.location));
-        workspace_.endDividerDrag(held_->divider);
+        workspace_.perform(action::UpdateDividerDrag{held_->divider, translation(*held_, event.location)});
+        workspace_.perform(action::EndDividerDrag{held_->divider});
         held_.reset();
         return board_.refresh(OverlaySection::dividers);
     case Kind::cancelled:
-        if (held_) workspace_.cancelDividerDrag();
+        if (held_) workspace_.perform(action::CancelDividerDrag{});
         held_.reset();
         return board_.refresh(OverlaySection::dividers);
     case Kind::doubleClicked:
-        if (divider) workspace_.resetDivider(*divider);
+        if (divider) workspace_.perform(action::ResetDivider{*divider});
         return;
     case Kind::entered:
         return hover(event.handleID);

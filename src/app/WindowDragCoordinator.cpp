@@ -30,13 +30,13 @@ void WindowDragCoordinator::removeMonitor() {
     subscription_ = {};
     release_.reset();
     contentPress_.reset();
-    if (press_) workspace_.cancelWindowDrag();
+    if (press_) workspace_.perform(action::CancelWindowDrag{});
     press_.reset();
     showDrag(std::nullopt);
 }
 
 std::optional<OverlayDrag> WindowDragCoordinator::dragAt(CGPoint location) const {
-    const bool isMoving = press_ && !release_ && press_->movement == WorkspaceController::WindowDragKind::move;
+    const bool isMoving = press_ && !release_ && press_->movement == action::WindowDragKind::move;
     if (!isMoving) return std::nullopt;
     return OverlayDrag{press_->windowID, displayUnder(location), *workspace_.state().dropTargetSlotID};
 }
@@ -68,7 +68,7 @@ void WindowDragCoordinator::handle(const PointerEvent& event) {
 
 void WindowDragCoordinator::pressed(CGPoint location) {
     // A press soon after a release, or the event of the release was lost.
-    if (press_ && !release_) release_ = Release{location, WorkspaceController::LettingGo::intoTile};
+    if (press_ && !release_) release_ = Release{location, action::DropMode::intoTile};
     finishRelease();
     const bool asksAtOnce = pointer_.dragsWindowsByAnyPoint() || isNearKnownTitleOrEdge(location);
     contentPress_ = asksAtOnce ? std::nullopt : std::optional(location);
@@ -90,7 +90,7 @@ void WindowDragCoordinator::beginPress(CGPoint location) {
     const auto frame = windowID ? workspace_.currentFrame(*windowID) : std::nullopt;
     if (!frame) return;
     press_ = Press{*windowID, *frame, location};
-    workspace_.holdWindow(*windowID);
+    workspace_.perform(action::PressWindow{*windowID});
 }
 
 /// The window may have moved already: its frame at the press is the one last known.
@@ -108,19 +108,19 @@ void WindowDragCoordinator::beginPressByContent(CGPoint location) {
         press_.reset(); // a selection of text, not the drag of a window
         return;
     }
-    workspace_.holdWindow(*windowID);
+    workspace_.perform(action::PressWindow{*windowID});
 }
 
 bool WindowDragCoordinator::isUnmoved(CGPoint location) const {
     return std::hypot(location.x - press_->pointer.x, location.y - press_->pointer.y) <= kFrameTolerancePoints;
 }
 
-std::optional<WorkspaceController::WindowDragKind> WindowDragCoordinator::movement() const {
+std::optional<action::WindowDragKind> WindowDragCoordinator::movement() const {
     const auto frame = workspace_.currentFrame(press_->windowID);
     if (!frame || nearlyEqual(*frame, press_->frame, kFrameTolerancePoints)) return std::nullopt;
     const bool isResized = std::abs(frame->size.width - press_->frame.size.width) > kFrameTolerancePoints ||
                            std::abs(frame->size.height - press_->frame.size.height) > kFrameTolerancePoints;
-    return isResized ? WorkspaceController::WindowDragKind::resize : WorkspaceController::WindowDragKind::move;
+    return isResized ? action::WindowDragKind::resize : action::WindowDragKind::move;
 }
 
 void WindowDragCoordinator::moved(CGPoint location) {
@@ -130,9 +130,10 @@ void WindowDragCoordinator::moved(CGPoint location) {
     if (!press_->isDragging && isUnmoved(location)) return;
     const auto what = movement();
     if (!what) return;
-    if (!press_->isDragging) press_->isDragging = workspace_.beginWindowDrag(press_->windowID, press_->frame);
+    if (!press_->isDragging)
+        press_->isDragging = workspace_.perform(action::BeginWindowDrag{press_->windowID, press_->frame});
     if (!press_->isDragging) return;
-    workspace_.updateWindowDrag(location, *what);
+    workspace_.perform(action::UpdateWindowDrag{location, *what});
     press_->movement = *what;
 }
 
@@ -142,8 +143,7 @@ void WindowDragCoordinator::released(CGPoint location, bool isShiftDown) {
     showDrag(std::nullopt);
     if (!press_) return;
     if (!press_->isDragging && isUnmoved(location)) return endUnmovedPress(); // a click
-    const auto lettingGo =
-        isShiftDown ? WorkspaceController::LettingGo::floating : WorkspaceController::LettingGo::intoTile;
+    const auto lettingGo = isShiftDown ? action::DropMode::floating : action::DropMode::intoTile;
     release_ = Release{location, lettingGo};
     queue_.after(kSettlingTime, lifetime_.guard([this] { finishRelease(); }));
 }
@@ -151,7 +151,7 @@ void WindowDragCoordinator::released(CGPoint location, bool isShiftDown) {
 /// The window was pressed but not moved.
 void WindowDragCoordinator::endUnmovedPress() {
     press_.reset();
-    workspace_.letGoOfWindow();
+    workspace_.perform(action::ReleaseWindow{});
 }
 
 void WindowDragCoordinator::finishRelease() {
@@ -159,9 +159,9 @@ void WindowDragCoordinator::finishRelease() {
     const Release where = *std::exchange(release_, std::nullopt);
     moved(where.location); // a slow window may have followed a quick drag only now
     if (!press_->isDragging) return endUnmovedPress();
-    const auto what = movement().value_or(WorkspaceController::WindowDragKind::move);
+    const auto what = movement().value_or(action::WindowDragKind::move);
     press_.reset();
-    workspace_.endWindowDrag(where.location, what, where.lettingGo);
+    workspace_.perform(action::EndWindowDrag{where.location, what, where.lettingGo});
 }
 
 } // namespace kova

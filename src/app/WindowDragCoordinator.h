@@ -40,7 +40,7 @@ class WindowDragCoordinator {
         CGRect frame{};    // window-service space, when the button went down
         CGPoint pointer{}; // screen space, at the same moment
         bool isDragging = false;
-        std::optional<WorkspaceController::WindowDragKind> movement{}; // while dragging
+        std::optional<action::WindowDragKind> movement{}; // while dragging
     };
     void handle(const PointerEvent& event);
     void pressed(CGPoint location);
@@ -56,7 +56,7 @@ class WindowDragCoordinator {
     void showDrag(std::optional<OverlayDrag> drag);
     std::optional<std::string> displayUnder(CGPoint location) const;
     /// How the window's frame has changed since the press; absent if it has not.
-    std::optional<WorkspaceController::WindowDragKind> movement() const;
+    std::optional<action::WindowDragKind> movement() const;
 
     WorkspaceController& workspace_;
     PointerMonitorServicing& pointer_;
@@ -66,7 +66,7 @@ class WindowDragCoordinator {
     /// The button is up, and the window may still be moving to its final frame.
     struct Release {
         CGPoint location{};
-        WorkspaceController::LettingGo lettingGo = WorkspaceController::LettingGo::intoTile;
+        action::DropMode lettingGo = action::DropMode::intoTile;
     };
     std::optional<CGPoint> contentPress_; // screen space; until the pointer has moved by kContentDragPoints
     std::optional<Press> press_;

@@ -29,10 +29,10 @@ void run(WorkspaceController& workspace, KovaShortcutAction wanted) {
     case commandCenter:
         return;
     case previousLayout:
-        workspace.selectPreviousLayout();
+        workspace.perform(action::CycleLayout{LayoutStep::previous});
         return;
     case nextLayout:
-        workspace.selectNextLayout();
+        workspace.perform(action::CycleLayout{});
         return;
     case arrangeWindows:
         workspace.perform(action::Arrange{});
@@ -101,7 +101,7 @@ void run(WorkspaceController& workspace, KovaShortcutAction wanted) {
                                                                      static_cast<std::size_t>(placeInTile1) + 1});
         return;
     case pauseOrResume:
-        workspace.setPaused(!*workspace.state().isPaused);
+        workspace.perform(action::Switch{action::Setting::isPaused, !*workspace.state().isPaused});
         return;
     case openPalette:
         return; // no operation of the workspace

@@ -8,7 +8,7 @@
 // number of a tile or a scene that the user has captured.
 #pragma once
 
-#include "workspace/WindowCommand.h"
+#include "workspace/WorkspaceAction.h"
 
 #include <cstddef>
 #include <optional>
@@ -23,7 +23,7 @@ struct OpenSceneNamed {
     std::string name;
 };
 
-using URLAction = std::variant<WorkspaceAction, WindowCommand, OpenSceneNamed>;
+using URLAction = std::variant<WorkspaceAction, OpenSceneNamed>;
 
 /// Longer URLs are ignored.
 inline constexpr std::size_t kLongestURL = 4096; // bytes

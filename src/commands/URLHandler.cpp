@@ -43,7 +43,6 @@ bool URLHandler::isOneTooMany() {
 
 Outcome URLHandler::run(const URLAction& action) {
     if (const auto* known = std::get_if<WorkspaceAction>(&action)) return workspace_.perform(*known);
-    if (const auto* known = std::get_if<WindowCommand>(&action)) return workspace_.perform(*known);
     const auto id = workspace_.findScene(std::get<OpenSceneNamed>(action).name);
     return id ? workspace_.perform(action::ActivateScene{*id}) : Outcome::refused("There is no such scene");
 }

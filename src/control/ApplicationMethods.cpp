@@ -95,7 +95,8 @@ ControlReply launchIntoTile(WorkspaceController& controller, LaunchCounts& count
             "launched",
             {{"application", application}, {"tile", target}, {"process", process}, {"error", orNull(told.error)}})));
     };
-    const auto outcome = controller.launchApplication(application, tile->displayID, tile->slot.id, tell);
+    const auto outcome =
+        controller.perform(action::LaunchApplication{application, tile->displayID, tile->slot.id, tell});
     if (!outcome) return failureOf(outcome);
     counts.note(application.identifier);
     return json{{"application", brief(application)},
@@ -108,8 +109,8 @@ ControlReply endApplication(WorkspaceController& controller, const JsonCursor& p
     const auto found = lookUpWindowOfApplication(controller, parameters.required("window").string());
     if (!found) return found.error();
     const auto& window = *found;
-    const auto outcome =
-        ending == Ending::quit ? controller.quitApplication(window.id) : controller.forceQuitApplication(window.id);
+    const auto outcome = ending == Ending::quit ? controller.perform(action::QuitApplication{window.id})
+                                                : controller.perform(action::ForceQuitApplication{window.id});
     if (!outcome) return failureOf(outcome);
     return json{{"window", window.id},
                 {"application", window.applicationName},
@@ -128,7 +129,8 @@ ControlReply forceQuitAll(WorkspaceController& controller, const JsonCursor& par
                     {"refused", json::array()}};
     }
     const auto chosen = confirmedAmong(candidates, *confirmed);
-    const auto outcome = controller.forceQuit(chosen);
+    const auto performed = controller.perform(action::ForceQuit{chosen});
+    const ForceQuitOutcome& outcome = *performed.details<ForceQuitOutcome>();
     if (outcome.ended.empty()) {
         auto failure = refusal(controller, "No open applications were force quit");
         for (const std::string& refusal : outcome.refusals) failure.message += "\n" + refusal;

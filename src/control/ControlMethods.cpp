@@ -149,7 +149,7 @@ class ControlMethods::Table {
     /// A refused action of the overlay sets the status message: a click has no other place for the error.
     void sayInOverlay(const ControlFailure& failure, const std::shared_ptr<ControlPeer>& peer) {
         if (failure.code == controlCode::refused && overlay_ && overlay_->isPeer(peer))
-            context_.controller.showStatusMessage(failure.message);
+            context_.controller.perform(action::ShowMessage{failure.message});
     }
 
     void addActions() {
@@ -287,16 +287,16 @@ class ControlMethods::Table {
         addSaved("accent.select", {"accentColor"}, [this](const Call& call) {
             return withIsDrawn(selectAccentColor(context_.controller, call.parameters));
         });
-        addSwitch("theme.background", &WorkspaceController::setUseThemeBackground);
-        addSwitch("theme.brain", &WorkspaceController::setShowBrain);
-        addSwitch("theme.tileBackgrounds", &WorkspaceController::setShowTileBackgrounds);
-        addSwitch("bringForward", &WorkspaceController::setBringsNextForward);
-        addSwitch("arrangeAfterLaunch", &WorkspaceController::setAutoArrangeOnLaunch);
+        addSwitch("theme.background", action::Setting::useThemeBackground);
+        addSwitch("theme.brain", action::Setting::showBrain);
+        addSwitch("theme.tileBackgrounds", action::Setting::showTileBackgrounds);
+        addSwitch("bringForward", action::Setting::bringsNextForward);
+        addSwitch("arrangeAfterLaunch", action::Setting::autoArrangeOnLaunch);
     }
 
-    void addSwitch(const char* name, void (WorkspaceController::*set)(bool)) {
-        addSaved(name, {"isOn"}, [this, set](const Call& call) {
-            return withIsDrawn(switchPreference(context_.controller, call.parameters, set));
+    void addSwitch(const char* name, action::Setting setting) {
+        addSaved(name, {"isOn"}, [this, setting](const Call& call) {
+            return withIsDrawn(switchPreference(context_.controller, call.parameters, setting));
         });
     }
 

@@ -26,7 +26,7 @@ ControlReply DeletedScenes::deleteScene(const JsonCursor& parameters) {
     const auto& scenes = *controller_.state().scenes;
     const auto index =
         static_cast<std::size_t>(std::ranges::find(scenes, scene.id, &WorkspaceScene::id) - scenes.begin());
-    const auto outcome = controller_.deleteScene(scene.id);
+    const auto outcome = controller_.perform(action::DeleteScene{scene.id});
     if (!outcome) return failureOf(outcome);
     json result{{"scene", brief(scene)}, {"message", orNull(outcome.message())}};
     deleted_.push_back({std::move(scene), index});
@@ -41,7 +41,7 @@ ControlReply DeletedScenes::undelete() {
     });
     if (deleted_.empty()) return refusal("No scene was deleted since the agent started");
     const Deleted& last = deleted_.back();
-    const auto outcome = controller_.insertScene(last.scene, last.index);
+    const auto outcome = controller_.perform(action::InsertScene{last.scene, last.index});
     if (!outcome) return failureOf(outcome);
     json result{{"scene", brief(last.scene)}, {"message", orNull(outcome.message())}};
     deleted_.pop_back();

@@ -69,12 +69,13 @@ ControlReply dragDivider(WorkspaceController& controller, const JsonCursor& para
     if (!wanted.among(known)) return unknown(wanted, known);
     if (auto failure = withoutPermission(controller)) return *failure;
 
-    const auto moved = controller.moveDivider(*wanted.among(known), points);
-    if (!moved.outcome) return failureOf(moved.outcome);
+    const auto moved = controller.perform(action::MoveDivider{*wanted.among(known), points});
+    const auto* movement = moved.details<DividerMovement>();
+    if (!movement) return failureOf(moved);
     return json{{"display", wanted.displayID},
                 {"split", wanted.splitID},
                 {"boundary", wanted.boundary},
-                {"points", controlRecord::number(moved.points)},
+                {"points", controlRecord::number(movement->points)},
                 {"canUndo", *controller.state().canUndo}};
 }
 

@@ -58,10 +58,16 @@ ControlReply DocumentTransfer::importDocument(const JsonCursor& parameters, cons
 }
 
 ControlReply DocumentTransfer::takeIn(const std::string& text, Taking taking) {
-    const auto imported =
-        taking == Taking::dryRun ? controller_.previewImport(text) : controller_.importWorkspaceDocument(text);
-    if (const auto* error = std::get_if<DecodingError>(&imported)) return importFailure(error->what());
-    const auto& counts = std::get<WorkspaceImportCounts>(imported);
+    WorkspaceImportCounts counts;
+    if (taking == Taking::dryRun) {
+        const auto preview = controller_.previewImport(text);
+        if (const auto* error = std::get_if<DecodingError>(&preview)) return importFailure(error->what());
+        counts = std::get<WorkspaceImportCounts>(preview);
+    } else {
+        const auto imported = controller_.perform(action::ImportDocument{text});
+        if (!imported) return importFailure(*imported.message());
+        counts = *imported.details<WorkspaceImportCounts>();
+    }
     return json{{"scenes", counts.scenes},
                 {"rules", counts.rules},
                 {"message", counts.message},

@@ -98,13 +98,13 @@ ControlReply selectLayout(WorkspaceController& controller, const JsonCursor& par
         if (!found) return found.error();
         selection = DisplayLayoutSelection::layout(*found);
     }
-    const auto outcome = controller.selectLayout(*display, selection);
+    const auto outcome = controller.perform(action::SelectLayout{*display, selection});
     return outcome ? inForce(controller, *display) : ControlReply(failureOf(outcome));
 }
 
 ControlReply stepLayout(WorkspaceController& controller, LayoutStep step) {
     const auto display = controller.currentDisplayID();
-    const auto outcome = step == LayoutStep::next ? controller.selectNextLayout() : controller.selectPreviousLayout();
+    const auto outcome = controller.perform(action::CycleLayout{step});
     if (!outcome) return failureOf(outcome);
     if (!display) return refusal(controller, "The layout was not changed");
     return inForce(controller, *display);
@@ -113,7 +113,7 @@ ControlReply stepLayout(WorkspaceController& controller, LayoutStep step) {
 ControlReply resetLayoutSizes(WorkspaceController& controller, const JsonCursor& parameters) {
     const auto display = wantedDisplay(controller, parameters);
     if (!display) return display.error();
-    const auto outcome = controller.resetLayoutSizes(*display);
+    const auto outcome = controller.perform(action::ResetLayoutSizes{*display});
     if (!outcome) return failureOf(outcome);
     return inForce(controller, *display);
 }
@@ -124,13 +124,13 @@ ControlReply preferApplication(WorkspaceController& controller, const JsonCursor
     const auto& slotID = *slot;
     const auto wanted = parameters.optional("application");
     if (!wanted) {
-        controller.setPreferredApplication(slotID, std::nullopt);
+        controller.perform(action::PreferApplication{slotID, std::nullopt});
         return json{{"slot", slotID}, {"application", nullptr}};
     }
     const auto found = lookUpApplicationForRule(controller, wanted->string());
     if (!found) return found.error();
     const auto& [name, bundleIdentifier] = *found;
-    controller.setPreferredApplication(slotID, applicationKey(name, bundleIdentifier));
+    controller.perform(action::PreferApplication{slotID, applicationKey(name, bundleIdentifier)});
     return json{{"slot", slotID}, {"application", name}};
 }
 
@@ -138,7 +138,7 @@ ControlReply setTileInset(WorkspaceController& controller, const JsonCursor& par
     const JsonCursor given = parameters.required("points");
     const double points = given.number();
     if (!(points >= 0 && points <= kLargestTileInset)) given.fail("expected a number of points from 0 to 100");
-    const auto outcome = controller.setTileInset(points);
+    const auto outcome = controller.perform(action::SetTileInset{points});
     if (!outcome) return failureOf(outcome);
     return json{{"points", points}};
 }

@@ -9,7 +9,6 @@ namespace kova {
 
 ControlReply showLayout(const WorkspaceController& controller, const JsonCursor& parameters);
 ControlReply selectLayout(WorkspaceController& controller, const JsonCursor& parameters);
-enum class LayoutStep { next, previous };
 ControlReply stepLayout(WorkspaceController& controller, LayoutStep step);
 ControlReply resetLayoutSizes(WorkspaceController& controller, const JsonCursor& parameters);
 /// Which application arrangements offer the tiles of a slot first; none when the parameters name no application.

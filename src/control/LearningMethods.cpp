@@ -110,7 +110,7 @@ ControlReply listLearned(const WorkspaceController& controller) {
 
 ControlReply forgetApplication(WorkspaceController& controller, const JsonCursor& parameters) {
     const std::string wanted = parameters.required("application").string();
-    const auto forgotten = controller.forgetApplication(wanted);
+    const auto forgotten = controller.perform(action::ForgetApplication{wanted});
     if (forgotten.empty()) return refusal("Nothing was learned of an application “" + wanted + "”");
     std::string names;
     for (const auto& name : forgotten) names += (names.empty() ? "" : ", ") + name;

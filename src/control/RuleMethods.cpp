@@ -131,23 +131,24 @@ ControlReply addRule(WorkspaceController& controller, const JsonCursor& paramete
 
     std::optional<std::string> message;
     if (isForFocused || windowGiven) {
-        std::optional<ManagedWindow> window;
+        action::AddRuleForWindow rule{.disposition = disposition};
         if (windowGiven) {
-            auto named = lookUpWindow(controller, windowGiven->string());
+            const auto named = lookUpWindow(controller, windowGiven->string());
             if (!named) return named.error();
-            window = *std::move(named);
+            rule.windowID = named->id;
         }
-        const auto outcome = window ? controller.addRuleForWindow(*window, disposition)
-                                    : controller.addRuleForFocusedWindow(disposition);
+        const auto outcome = controller.perform(rule);
         if (!outcome) return failureOf(outcome);
         message = outcome.message();
-        if (title) (void)controller.setRuleTitleContains(controller.state().rules->back().id, titleText);
+        if (title)
+            (void)controller.perform(
+                action::ChangeRule{.id = controller.state().rules->back().id, .titleContains = titleText});
     } else {
         WorkspaceRule rule;
         rule.disposition = disposition;
         rule.titleContains = titleText;
         if (auto failure = setApplication(rule, controller, application->string())) return *std::move(failure);
-        const auto outcome = controller.addRule(std::move(rule));
+        const auto outcome = controller.perform(action::AddRule{std::move(rule)});
         if (!outcome) return failureOf(outcome);
         message = outcome.message();
     }
@@ -171,8 +172,9 @@ ControlReply changeRule(WorkspaceController& controller, const JsonCursor& param
     if (!found) return found.error();
     const auto index = *found;
     const auto id = (*controller.state().rules)[index].id;
-    if (disposition) controller.setRuleDisposition(id, *std::move(disposition));
-    if (title) controller.setRuleTitleContains(id, titleText);
+    action::ChangeRule change{.id = id, .disposition = std::move(disposition)};
+    if (title) change.titleContains = titleText;
+    controller.perform(change);
     return orderChange(controller, record(controller, index));
 }
 
@@ -180,7 +182,8 @@ ControlReply switchRule(WorkspaceController& controller, const JsonCursor& param
     const auto found = wantedRule(controller, parameters);
     if (!found) return found.error();
     const auto index = *found;
-    controller.setRuleEnabled((*controller.state().rules)[index].id, direction == RuleSwitch::enable);
+    controller.perform(
+        action::ChangeRule{.id = (*controller.state().rules)[index].id, .isEnabled = direction == RuleSwitch::enable});
     return orderChange(controller, record(controller, index));
 }
 
@@ -189,7 +192,7 @@ ControlReply deleteRule(WorkspaceController& controller, const JsonCursor& param
     if (!found) return found.error();
     const auto index = *found;
     json deleted = record(controller, index);
-    controller.deleteRule((*controller.state().rules)[index].id);
+    controller.perform(action::DeleteRule{(*controller.state().rules)[index].id});
     return orderChange(controller, std::move(deleted));
 }
 
@@ -200,12 +203,12 @@ ControlReply moveRule(WorkspaceController& controller, const JsonCursor& paramet
     const auto found = wantedRule(controller, parameters);
     if (!found) return found.error();
     const auto place = std::min(static_cast<std::size_t>(to), controller.state().rules->size()) - 1;
-    controller.moveRule((*controller.state().rules)[*found].id, place);
+    controller.perform(action::MoveRule{(*controller.state().rules)[*found].id, place});
     return orderChange(controller, record(controller, place));
 }
 
 ControlReply switchRules(WorkspaceController& controller, RulesSwitch direction) {
-    controller.setContinuousManagementEnabled(direction == RulesSwitch::on);
+    controller.perform(action::Switch{action::Setting::continuousManagement, direction == RulesSwitch::on});
     return json{{"isOn", *controller.state().continuousManagementEnabled}};
 }
 

@@ -89,7 +89,7 @@ ControlResult<WorkspaceScene> wantedScene(const WorkspaceController& controller,
 ControlReply captureScene(WorkspaceController& controller, const JsonCursor& parameters) {
     const auto named = parameters.optional("name");
     const std::optional<std::string> name = named ? std::optional(named->string()) : std::nullopt;
-    const auto outcome = controller.captureScene(name);
+    const auto outcome = controller.perform(action::CaptureScene{name});
     if (!outcome) return failureOf(outcome);
     const WorkspaceScene& scene = controller.state().scenes->back();
     return json{{"scene", entry(scene, *controller.state().activeSceneID)}, {"message", orNull(outcome.message())}};
@@ -138,7 +138,7 @@ ControlReply renameScene(WorkspaceController& controller, const JsonCursor& para
     const auto found = wantedScene(controller, parameters);
     if (!found) return found.error();
     const Uuid id = found->id;
-    const auto outcome = controller.renameScene(id, newName);
+    const auto outcome = controller.perform(action::RenameScene{id, newName});
     if (!outcome) return failureOf(outcome);
     const auto renamed = lookUpScene(controller, id.string());
     if (!renamed) return renamed.error();

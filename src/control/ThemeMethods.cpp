@@ -57,7 +57,7 @@ ControlReply selectTheme(WorkspaceController& controller, const JsonCursor& para
     const auto found = lookUp("theme", wanted, things, Numbered::no);
     if (!found) return found.error();
     const ThemeDescriptor& theme = themes[*found]->descriptor();
-    if (!controller.selectTheme(theme.id)) return refusal("The theme was not selected");
+    if (!controller.perform(action::SelectTheme{theme.id})) return refusal("The theme was not selected");
     return json{{"theme", themeRecord(controller, theme)}};
 }
 
@@ -74,14 +74,13 @@ ControlReply selectAccentColor(WorkspaceController& controller, const JsonCursor
     const auto found = lookUp("accent color", wanted, things, Numbered::no);
     if (!found) return found.error();
     const AccentColorOption& option = accentColorOptions()[*found];
-    controller.selectAccentColor(option.id);
+    controller.perform(action::SelectAccentColor{option.id});
     return json{{"accentColor", accentRecord(controller, option)}};
 }
 
-ControlReply switchPreference(WorkspaceController& controller, const JsonCursor& parameters,
-                              void (WorkspaceController::*set)(bool)) {
+ControlReply switchPreference(WorkspaceController& controller, const JsonCursor& parameters, action::Setting setting) {
     const bool isOn = parameters.required("isOn").boolean();
-    (controller.*set)(isOn);
+    controller.perform(action::Switch{setting, isOn});
     return json{{"isOn", isOn}};
 }
 

@@ -13,8 +13,7 @@ ControlReply selectTheme(WorkspaceController& controller, const JsonCursor& para
 ControlReply listAccentColors(const WorkspaceController& controller);
 ControlReply selectAccentColor(WorkspaceController& controller, const JsonCursor& parameters);
 
-/// "isOn" of the parameters, given to the setter; the answer is the same.
-ControlReply switchPreference(WorkspaceController& controller, const JsonCursor& parameters,
-                              void (WorkspaceController::*set)(bool));
+/// Switches the setting to "isOn" of the parameters; the answer is the same.
+ControlReply switchPreference(WorkspaceController& controller, const JsonCursor& parameters, action::Setting setting);
 
 } // namespace kova

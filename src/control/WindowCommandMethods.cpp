@@ -261,7 +261,7 @@ ControlReply verifyPlacements(WorkspaceController& controller, const JsonCursor&
     const auto findings = controller.verifyPlacements();
     const bool repairs = isTrue(parameters, "repair");
     if (repairs) {
-        const auto outcome = controller.repairPlacements();
+        const auto outcome = controller.perform(action::RepairPlacements{});
         if (!outcome) return failureOf(outcome);
     }
     bool isAsRequested = true;
@@ -279,7 +279,7 @@ ControlReply verifyPlacements(WorkspaceController& controller, const JsonCursor&
 
 ControlReply setPaused(WorkspaceController& controller, Pausing pausing) {
     const bool isPaused = pausing == Pausing::pause;
-    controller.setPaused(isPaused);
+    controller.perform(action::Switch{action::Setting::isPaused, isPaused});
     return json{{"isPaused", isPaused},
                 {"message", isPaused ? "KOVA is paused: it leaves all windows alone until “kova resume”"
                                      : "KOVA manages windows"}};

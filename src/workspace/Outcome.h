@@ -2,9 +2,14 @@
 // whether it was done.
 #pragma once
 
+#include "workspace/ForceQuitting.h"
+#include "workspace/WorkspaceRecords.h"
+
 #include <optional>
 #include <string>
 #include <utility>
+#include <variant>
+#include <vector>
 
 namespace kova {
 
@@ -12,6 +17,16 @@ enum class RefusalCode {
     impossible,   // as things are now
     noPermission, // windows may not be managed, or cannot be in this session
 };
+
+struct DividerMovement {
+    double points = 0; // how far the divider went
+};
+struct ForgottenApplications {
+    std::vector<std::string> names;
+};
+/// What some actions tell beyond that they were carried out.
+using OutcomeDetails =
+    std::variant<std::monostate, DividerMovement, ForgottenApplications, ForceQuitOutcome, WorkspaceImportCounts>;
 
 class Outcome {
   public:
@@ -27,13 +42,24 @@ class Outcome {
         return outcome;
     }
 
+    Outcome&& with(OutcomeDetails details) && {
+        details_ = std::move(details);
+        return std::move(*this);
+    }
+
     operator bool() const { return !code_; } // NOLINT: meant to be tested like the flag that it replaces
     /// What the user is told. Always there when the operation was refused.
     const std::optional<std::string>& message() const { return message_; }
     /// Absent when the operation was done.
     std::optional<RefusalCode> code() const { return code_; }
+    /// Null when the action tells nothing of the kind.
+    template <class Details>
+    const Details* details() const {
+        return std::get_if<Details>(&details_);
+    }
 
   private:
+    OutcomeDetails details_;
     std::optional<std::string> message_;
     std::optional<RefusalCode> code_;
 };

@@ -2,6 +2,21 @@
 
 namespace kova {
 
+namespace {
+
+template <class Action>
+ActionTraits traitsOfKind(const Action&) {
+    if constexpr (requires { Action::kTraits; }) return Action::kTraits;
+    return {};
+}
+
+/// All of them move or raise windows.
+ActionTraits traitsOfKind(const WindowCommand&) {
+    return {.needs = ActionTraits::Needs::windowAccess, .focusMode = ActionTraits::FocusMode::closes};
+}
+
+} // namespace
+
 std::string_view describe(WorkspaceDirection direction) {
     switch (direction) {
     case WorkspaceDirection::left:
@@ -14,6 +29,10 @@ std::string_view describe(WorkspaceDirection direction) {
         return "down";
     }
     return "";
+}
+
+ActionTraits traitsOf(const WorkspaceAction& action) {
+    return std::visit([](const auto& each) { return traitsOfKind(each); }, action);
 }
 
 } // namespace kova

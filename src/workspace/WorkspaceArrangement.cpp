@@ -29,9 +29,8 @@ bool isAtItsMinimum(const ManagedWindow& window) {
 } // namespace
 
 Outcome WorkspaceController::arrange() {
-    if (const auto access = requireWindowAccess(); !access) return access;
     if (!hasWindowToArrange()) return refuse("There is no window to arrange");
-    pushUndoSnapshot({"arrange", applicationsOn(std::nullopt)});
+    pushUndoSnapshot({std::string(action::Arrange::kTraits.undoLabel), applicationsOn(std::nullopt)});
     const auto obstacle = whyWindowsStay(); // as far as the arrangements before this one have shown
     arrangeWindows();
     return done(obstacle.value_or("Windows arranged into zones — Undo is available"));
@@ -145,7 +144,6 @@ void WorkspaceController::arrangeWindows() {
     publishMinimums();
     frames_.reflow().forgetAllPushes();
     carryOut(plan);
-    services_.accessibility.flush();
 
     std::vector<AutoArrangePlacement> deferred;
     std::copy_if(plan.placements.begin(), plan.placements.end(), std::back_inserter(deferred),
@@ -220,14 +218,14 @@ void WorkspaceController::carryOutDeferredPlacement(const AutoArrangePlacement& 
 void WorkspaceController::carryOutDeferred(std::vector<AutoArrangePlacement> deferred, std::int64_t generation) {
     if (!arranger_.isNewest(generation) || deferred.empty()) return;
     if (!mayMoveWindows()) return;
-    closeFocusMode();
-    for (const auto& placement : deferred) {
-        // Meanwhile the user may have given its tile to another window, or have taken hold of it.
-        const bool hasItsTile = assignments_.targetOf(placement.window.id) == placement.target.id();
-        if (hasItsTile && !pointer_.isHolding(placement.window.id)) carryOutDeferredPlacement(placement);
-    }
-    publishAssignments();
-    services_.accessibility.flush();
+    changeLater([&] {
+        for (const auto& placement : deferred) {
+            // Meanwhile the user may have given its tile to another window, or have taken hold of it.
+            const bool hasItsTile = assignments_.targetOf(placement.window.id) == placement.target.id();
+            if (hasItsTile && !pointer_.isHolding(placement.window.id)) carryOutDeferredPlacement(placement);
+        }
+        publishAssignments();
+    });
 }
 
 /// Windows of one application are one habit together: none of them makes the places of the others fade.

@@ -1,6 +1,5 @@
 #include "workspace/WorkspaceController.h"
 
-#include "support/Overloaded.h"
 #include "workspace/WindowContinuity.h"
 #include "workspace/WorkspacePreferences.h"
 
@@ -91,21 +90,6 @@ void WorkspaceController::recheckAccessibility() {
     const auto now = windowService_->permissionState();
     if (now != AccessibilityPermissionState::granted) state_.permissionState.set(now);
     refresh();
-}
-
-Outcome WorkspaceController::perform(const WorkspaceAction& action) {
-    const bool keepsFocusMode =
-        std::holds_alternative<action::ToggleFocusZoom>(action) || std::holds_alternative<action::Undo>(action);
-    if (!keepsFocusMode) closeFocusMode();
-    return std::visit(
-        Overloaded{[&](const action::Focus& focus) { return focusWindow(focus.direction, focus.windowID); },
-                   [&](const action::Move& move) { return moveWindow(move.direction, move.windowID); },
-                   [&](const action::ActivateScene& scene) { return activateScene(scene.id); },
-                   [&](const action::CycleStack& cycle) { return cycleStack(cycle); },
-                   [&](const action::ToggleFocusZoom& zoom) { return toggleFocusMode(zoom.windowID); },
-                   [&](const action::Arrange&) { return arrange(); },
-                   [&](const action::Undo&) { return undoLastAction(); }},
-        action);
 }
 
 void WorkspaceController::showStatusMessage(const std::string& text) {

@@ -84,33 +84,22 @@ class WorkspaceController {
     /// What is said without the permission.
     std::string permissionProblem() const;
 
-    /// Operations give what became of them. What is said is shown as the status message as well, but for refusals that
-    /// a user sees anyway, such as an undo without anything to undo.
+    /// What became of the action. What is said is shown as the status message as well, but for refusals that a user
+    /// sees anyway, such as an undo without anything to undo.
     Outcome perform(const WorkspaceAction& action);
-    Outcome perform(const WindowCommand& command);
     /// What the command would do now, without doing it.
     std::variant<WindowPlan, WindowRefusal> planCommand(const WindowCommand& command) const;
-    /// While paused, no window is moved, no rule acts and no other shortcut is heard.
-    void setPaused(bool paused);
-    /// Shows the text for 4 seconds, or until the next one.
-    void showStatusMessage(const std::string& text);
     /// Grows with every message, also when the same is said again.
     std::uint64_t messagesShown() const { return statusMessageSerial_; }
 
     // Arrangement
     /// What `arrange` would do now, without doing it.
     ArrangementPlan planArrangement() const;
-    void arrangeWindows();
     /// A sentence for the user when the window manager places windows itself, known by its name or by what it does;
     /// absent as a rule.
     std::optional<std::string> whyWindowsStay() const;
     /// What the last arrangement decided; empty before the first.
     const ArrangementPlan& lastArrangement() const { return arranger_.lastPlan(); }
-    /// Whether everything is arranged once after each start of the agent. Neither this nor a preferred application is
-    /// taken back by an undo.
-    void setAutoArrangeOnLaunch(bool arranges);
-    /// Arrangements offer tiles of this slot to the application, by its key, before others; to none when it is absent.
-    void setPreferredApplication(const std::string& slotID, const std::optional<std::string>& applicationKey);
 
     // Layouts
     const std::vector<LayoutDefinition>& catalogue() const;
@@ -118,15 +107,6 @@ class WorkspaceController {
     const LayoutDefinition* resolvedLayout(const std::string& displayID) const;
     /// The display of the focused window, else the one under the pointer, else the first; absent without displays.
     std::optional<std::string> currentDisplayID() const;
-    Outcome selectLayout(const std::string& displayID, const DisplayLayoutSelection& selection);
-    /// Through the whole catalogue in its order, with wrap-around, on the current display.
-    Outcome selectNextLayout();
-    Outcome selectPreviousLayout();
-    /// Drops the weights of every layout on the display; of the current display when none is named.
-    Outcome resetLayoutSizes(const std::optional<std::string>& displayID = std::nullopt);
-    /// Sets the gap on each side between tiles and windows, in points (0 to 100).
-    Outcome setTileInset(double points);
-
     /// The tiles of every display, in the platform's order and the layouts' order.
     std::vector<WorkspaceTile> tiles() const;
 
@@ -143,27 +123,14 @@ class WorkspaceController {
     std::optional<std::string> windowLastFocusedOn(const std::string& displayID) const;
     /// Compares the frames of all windows in front of tiles with what was requested.
     std::vector<PlacementFinding> verifyPlacements() const;
-    /// Requests the frames of those that drifted again.
-    Outcome repairPlacements();
-    enum class Focusing { no, yes };
-    /// Puts a live window into a tile: displaces whoever fronts it, claims a span when the window does not fit, sets
-    /// the frame. False when there is no such window or tile.
-    bool placeWindow(const std::string& windowID, const std::string& targetID, Focusing focusing);
     /// What keeps the window where it is, in sentences; empty when nothing does.
     std::vector<std::string> whyItStays(const ManagedWindow& window) const;
     /// Why `cycle` would bring no other window to the front.
     std::string whyNothingNext(const action::CycleStack& cycle) const;
-    /// Whether the next window of a stack comes forward when the one in front has left its tile; kept at once.
-    void setBringsNextForward(bool bringsForward);
     /// Why no action can begin at the window, the focused one when none is named; absent when one can.
     std::optional<std::string> whyNoStartingPoint(const std::optional<std::string>& windowID) const;
 
     // Launching and quitting
-    /// Launches the application; the first of its windows that appears within 20 s, or is there without a tile, is put
-    /// into the tile. Another launch into the tile replaces this one. `completion` is called once the launch has worked
-    /// or failed.
-    Outcome launchApplication(const LaunchableApplication& application, const std::string& displayID,
-                              const std::string& slotID, LaunchCompletion completion = {});
     /// What menus show, by name; and any installed application by its bundle identifier.
     std::vector<LaunchableApplication> launchableApplications() const;
     std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) const;
@@ -171,37 +138,14 @@ class WorkspaceController {
     const std::map<std::string, PendingApplicationPlacement>& pendingApplicationPlacements() const {
         return awaited_.launches();
     }
-    /// Asks the application that owns the window to quit. Refused when there is no such window, or it is the desktop's.
-    Outcome quitApplication(const std::string& windowID);
-    /// Ends it without asking it. Refused when nothing was signaled.
-    Outcome forceQuitApplication(const std::string& windowID);
-    /// Drops what was learned of an application, given by its name, its identifier or a part of them that no other
-    /// application has: minimum sizes and the tiles in which it is usually kept. The names of the applications; empty
-    /// when there is none such.
-    std::vector<std::string> forgetApplication(const std::string& name);
     /// What was learned of where applications are kept; shared, never null.
     const Published<Arranger::Learning>& learning() const { return arranger_.publishedLearning(); }
-    /// What `forceQuitAllApplications` would end, by name.
+    /// What `ForceQuitAll` would end, by name.
     std::vector<RunningApplication> regularApplicationsToForceQuit() const;
-    /// Asks the user and then ends them.
-    void forceQuitAllApplications();
-    /// Ends those that the user has confirmed and that are still what they were.
-    ForceQuitOutcome forceQuit(const std::vector<RunningApplication>& confirmed);
 
     // Scenes
-    /// Saves the workspace as it is under the name, or under one that tells the time.
-    /// Refused when the scenes would be too large to be read back.
-    Outcome captureScene(const std::optional<std::string>& name = std::nullopt);
-    /// Restores layouts, look and windows; applications that are missing are launched, and their windows are placed as
-    /// they appear within 25 s.
-    Outcome activateScene(const Uuid& id);
     /// By its exact name, else the first of that name in another case.
     std::optional<Uuid> findScene(const std::string& name) const;
-    /// Refused when there is no such scene, or no name.
-    Outcome renameScene(const Uuid& id, const std::string& name);
-    Outcome deleteScene(const Uuid& id);
-    /// Puts a scene that was deleted back into the list; an index beyond the end is the last place.
-    Outcome insertScene(WorkspaceScene scene, std::size_t index);
     /// Absent when there is no such scene; empty when opening it would change nothing.
     std::optional<std::vector<SceneDifference>> diffScene(const Uuid& id) const;
     const std::vector<PendingSceneWindowPlacement>& pendingSceneWindowPlacements() const {
@@ -214,31 +158,7 @@ class WorkspaceController {
     std::optional<ManagedWindow> findWindow(const WorkspaceWindowReference& reference,
                                             const std::set<std::string>& excluded) const;
 
-    // The look. Each of these is kept at once; none of them moves a window.
-    /// False when there is no such theme.
-    bool selectTheme(const std::string& id);
-    /// An unknown id selects the default colour.
-    void selectAccentColor(const std::string& id);
-    void setUseThemeBackground(bool use);
-    void setShowBrain(bool show);
-    void setShowTileBackgrounds(bool show);
-
     // Rules
-    void setContinuousManagementEnabled(bool enabled);
-    /// For all windows of the focused window's application. Refused when no managed window is focused.
-    Outcome addRuleForFocusedWindow(const WorkspaceRuleDisposition& disposition);
-    /// The same for the application of a live window.
-    Outcome addRuleForWindow(const ManagedWindow& window, const WorkspaceRuleDisposition& disposition);
-    /// An empty name is made from the application. Refused for a rule without any criterion.
-    Outcome addRule(WorkspaceRule rule);
-    /// Edits of one rule; false when there is none with the id.
-    bool setRuleEnabled(const Uuid& id, bool enabled);
-    /// White space at both ends is dropped; an empty text takes the criterion away.
-    bool setRuleTitleContains(const Uuid& id, const std::string& text);
-    bool setRuleDisposition(const Uuid& id, const WorkspaceRuleDisposition& disposition);
-    bool deleteRule(const Uuid& id);
-    /// To the place in the list, counted from 0; beyond the end is the last.
-    bool moveRule(const Uuid& id, std::size_t index);
     /// Which rule decides for a live window, and what the others say; absent when there is no such window.
     std::optional<RuleExplanation> explainRules(const std::string& windowID) const;
     /// Windows that rules have been asked about.
@@ -246,9 +166,6 @@ class WorkspaceController {
 
     // The document of scenes and rules
     Decoded<std::string> exportWorkspaceDocument() const;
-    /// Adds what is new in the file; on an error, also when the result would be too large to be read back, nothing
-    /// changes.
-    Decoded<WorkspaceImportCounts> importWorkspaceDocument(std::string_view data);
     /// What importing the file would add, without doing it.
     Decoded<WorkspaceImportCounts> previewImport(std::string_view data) const;
 
@@ -259,47 +176,12 @@ class WorkspaceController {
     std::vector<DisplayLayoutDivider> dividersOn(const std::string& displayID) const;
     /// The gap in which the divider lies, in screen space; absent when its display is gone.
     std::optional<CGRect> dividerFrameOnScreen(const DisplayLayoutDivider& divider) const;
-    /// Refused when the display is gone or shows another layout. Translations are in points from where the divider was
-    /// at the beginning: to the right, and downwards.
-    Outcome beginDividerDrag(const DisplayLayoutDivider& target);
-    void updateDividerDrag(const DisplayLayoutDivider& target, double translationPoints);
-    void endDividerDrag(const DisplayLayoutDivider& target);
-    /// Puts the divider back where the drag began.
-    void cancelDividerDrag();
-    struct MovedDivider {
-        Outcome outcome;
-        double points = 0; // how far it went
-    };
-    /// The whole of a drag at once; the divider is found by its display, split and boundary.
-    MovedDivider moveDivider(const DisplayLayoutDivider& target, double translationPoints);
-    /// Drops the weights of the divider's split.
-    Outcome resetDivider(const DisplayLayoutDivider& target);
 
-    // Windows moved by hand
-    /// The button is down on a managed window, which may begin to move before anybody has heard that it does: until it
-    /// is let go, neither polls nor what is left of a placement move it. Other windows are no concern of this.
-    void holdWindow(const std::string& windowID);
-    /// The button is up and the window was not dragged: what was held back is made up for.
-    void letGoOfWindow();
-    /// The user drags a managed window: until it is let go, polls leave all windows alone.
-    /// `frameBefore` is where the window was before the hand moved it, in window-service space.
-    bool beginWindowDrag(const std::string& windowID, const CGRect& frameBefore);
     /// The managed window under a point of screen space.
     std::optional<std::string> managedWindowUnder(CGPoint pointOnScreen) const;
     /// The window's frame as it is now, in window-service space; absent when it cannot be read.
     std::optional<CGRect> currentFrame(const std::string& windowID) const;
-    /// Where the pointer is, in screen space; and what the hand does with the window.
-    enum class WindowDragKind { move, resize };
-    void updateWindowDrag(CGPoint pointer, WindowDragKind movement);
-    enum class LettingGo { intoTile, floating };
-    void endWindowDrag(CGPoint pointer, WindowDragKind movement, LettingGo lettingGo);
-    /// Neither dragged nor held any more.
-    void cancelWindowDrag();
 
-    // Undo and focus mode
-    Outcome undoLastAction();
-    /// Gives the focused window its whole display, or gives the display back.
-    Outcome toggleFocusMode(const std::optional<std::string>& windowID = std::nullopt);
     const UndoHistory& undoHistory() const { return undo_; }
 
   private:
@@ -312,6 +194,15 @@ class WorkspaceController {
         std::string targetID;
         std::string displayID;
     };
+
+    // Actions (WorkspaceActions.cpp)
+    Outcome carryOut(const WorkspaceAction& action);
+    void changeLater(const std::function<void()>& change);
+    void showStatusMessage(const std::string& text);
+    void setSetting(action::Setting setting, bool isOn);
+    Outcome selectTheme(const std::string& id);
+    void selectAccentColor(const std::string& id);
+    void setPreferredApplication(const std::string& slotID, const std::optional<std::string>& applicationKey);
 
     // Refresh (WorkspaceRefresh.cpp)
     void applyPoll(PollResult result);
@@ -382,6 +273,8 @@ class WorkspaceController {
     TileRoom roomOn(const Screen& screen) const;
     std::vector<std::string> takeTiles(const std::string& windowID, const Covering& covering);
     void place(const ManagedWindow& window, const Covering& covering, AccessibilityWindowService::BringToFront raise);
+    enum class Focusing { no, yes };
+    bool placeWindow(const std::string& windowID, const std::string& targetID, Focusing focusing);
     void announceClaim(const ManagedWindow& window, const Covering& covering);
     void presentDisplaced(const std::vector<std::string>& displacedWindowIDs);
     void writeFrame(const ManagedWindow& window, const CGRect& frameForWindowService,
@@ -410,6 +303,8 @@ class WorkspaceController {
     void noteTilesMoved();
 
     // Commands for one window (WorkspaceWindowCommands.cpp)
+    Outcome carryOut(const WindowCommand& command);
+    Outcome repairPlacements();
     WindowCommandInput windowCommandInput() const;
     Outcome carryOut(const WindowPlan& plan);
     static const WindowStep* lastPlacement(const WindowPlan& plan);
@@ -425,6 +320,11 @@ class WorkspaceController {
     bool isOffScreen(const ManagedWindow& window) const;
 
     // Launching and quitting (WorkspaceLaunching.cpp, WorkspaceQuitting.cpp)
+    Outcome launchApplication(const action::LaunchApplication& launch);
+    Outcome quitApplication(const std::string& windowID);
+    Outcome forceQuitApplication(const std::string& windowID);
+    void forceQuitAllApplications();
+    Outcome forceQuit(const std::vector<RunningApplication>& confirmed);
     void applicationLaunched(const std::string& tile, const std::string& identifier, const LaunchResult& result);
     void processPendingApplicationPlacements();
     const ManagedWindow* windowLaunchedFor(const PendingApplicationPlacement& placement) const;
@@ -432,6 +332,12 @@ class WorkspaceController {
                              const std::function<std::optional<std::string>(pid_t)>& end);
 
     // Scenes (WorkspaceScenes.cpp, WorkspaceSceneRestoration.cpp) and the document (WorkspaceDocument.cpp)
+    Outcome captureScene(const std::optional<std::string>& name);
+    Outcome activateScene(const Uuid& id);
+    Outcome renameScene(const Uuid& id, const std::string& name);
+    Outcome deleteScene(const Uuid& id);
+    Outcome insertScene(WorkspaceScene scene, std::size_t index);
+    Outcome importWorkspaceDocument(std::string_view data);
     std::optional<WorkspaceScene> sceneWithID(const Uuid& id) const;
     std::vector<CapturedPlacement> capturedPlacements() const;
     std::vector<ManagedWindow> windowsHere() const;
@@ -454,28 +360,46 @@ class WorkspaceController {
     std::optional<DecodingError> takeDocument(WorkspaceProductDocument next);
 
     // Rules (WorkspaceRules.cpp)
+    Outcome addRuleForWindow(const action::AddRuleForWindow& wanted);
+    Outcome addRule(WorkspaceRule rule);
+    Outcome changeRule(const action::ChangeRule& change);
+    Outcome deleteRule(const Uuid& id);
+    Outcome moveRule(const Uuid& id, std::size_t index);
+    using RuleEdit = std::function<void(std::vector<WorkspaceRule>&, std::vector<WorkspaceRule>::iterator)>;
+    Outcome editRule(const Uuid& id, const RuleEdit& edit);
     void applyRules(const std::vector<ManagedWindow>& windows);
     void carryOutRules(const std::vector<std::pair<std::string, std::size_t>>& decisions);
     std::optional<RuleTile> tileOfRule(const ManagedWindow& window) const;
     void noteHasItsPlace(const std::string& windowID);
     bool isExcludedByRules(const ManagedWindow& window) const;
     Outcome appendRule(WorkspaceRule rule, const std::string& subject);
-    template <class Edit>
-    bool editRule(const Uuid& id, Edit edit);
 
     // Dividers and hand-made moves (WorkspaceDividers.cpp, WorkspaceWindowDrag.cpp)
+    Outcome beginDividerDrag(const DisplayLayoutDivider& target);
+    void updateDividerDrag(const DisplayLayoutDivider& target, double translationPoints);
+    void endDividerDrag(const DisplayLayoutDivider& target);
+    void cancelDividerDrag();
+    Outcome moveDivider(const DisplayLayoutDivider& target, double translationPoints);
+    Outcome resetDivider(const DisplayLayoutDivider& target);
+    void pressWindow(const std::string& windowID);
+    void releaseWindow();
+    Outcome beginWindowDrag(const std::string& windowID, const CGRect& frameBefore);
+    void updateWindowDrag(CGPoint pointer, action::WindowDragKind kind);
+    void endWindowDrag(CGPoint pointer, action::WindowDragKind kind, action::DropMode mode);
+    void cancelWindowDrag();
     void applyDividerDrag();
     void writeInteractiveFrames(const std::string& displayID);
     void verifyFrames(const std::string& displayID, const std::map<std::string, CGRect>& written);
     void abandonDrags();
     void endDrags();
     void presentationResumed();
-    void dropWindow(const ManagedWindow& window, CGPoint pointer, LettingGo lettingGo, WorkspaceUndoSnapshot before);
+    void dropWindow(const ManagedWindow& window, CGPoint pointer, action::DropMode mode, WorkspaceUndoSnapshot before);
     void resizeTileLike(const ManagedWindow& window, const CGRect& frameBefore, WorkspaceUndoSnapshot before);
     std::optional<std::string> dropTarget(const std::string& windowID, CGPoint pointOnScreen) const;
     void storeWeights(const std::string& displayID, const std::string& layoutID, LayoutWeightOverrides weights);
 
     // Windows that refuse (WorkspaceReflow.cpp)
+    Outcome forgetApplication(const std::string& name);
     void reflow(const std::string& windowID);
     void claimRoomWhereNeeded(const std::string& first = {});
     std::optional<std::pair<ManagedWindow, Covering>> nextClaimOn(const Screen& screen, const std::string& first,
@@ -489,6 +413,7 @@ class WorkspaceController {
 
     // Arrangement (WorkspaceArrangement.cpp)
     Outcome arrange();
+    void arrangeWindows();
     bool hasWindowToArrange() const;
     ArrangementInput arrangementInput(const std::vector<ManagedWindow>& windows,
                                       const TileAssignments& assignments) const;
@@ -516,12 +441,17 @@ class WorkspaceController {
     /// The same of every window that fronts a tile, by window id.
     std::map<std::string, CGRect> framesOfTiledWindows() const;
     std::map<std::string, CGRect> framesOfTiledWindows(const Screen& screen) const;
-    Outcome cycleLayout(int step);
+    Outcome cycleLayout(LayoutStep direction);
+    Outcome selectLayout(const std::string& displayID, const DisplayLayoutSelection& selection);
+    Outcome resetLayoutSizes(const std::optional<std::string>& displayID);
+    Outcome setTileInset(double points);
     void noteTileGeometry();
     void layoutChanged(const std::string& displayID);
     void setProfile(WorkspaceProfile profile);
 
     // Undo and focus mode (WorkspaceUndo.cpp)
+    Outcome undoLastAction();
+    Outcome toggleFocusMode(const std::optional<std::string>& windowID);
     WorkspaceUndoSnapshot captureUndoSnapshot() const;
     void pushUndoSnapshot(UndoLabel label, std::optional<WorkspaceUndoSnapshot> snapshot = std::nullopt);
     /// Applications of the windows in the display's tiles, each once; of all live windows when none is named.
@@ -570,8 +500,6 @@ class WorkspaceController {
                         self.focusMode_, self.pointer_, self.frames_, self.session_, self.awaited_, self.arranger_,
                         self.recovery_);
     }
-
-    static constexpr std::string_view kOpenSceneAction = "open scene";
 
     WorkspaceServices services_;
     std::shared_ptr<AccessibilityWindowService> windowService_;

@@ -39,9 +39,7 @@ std::optional<CGRect> WorkspaceController::dividerFrameOnScreen(const DisplayLay
 }
 
 Outcome WorkspaceController::beginDividerDrag(const DisplayLayoutDivider& target) {
-    if (const auto seen = requireVisibleScreen(); !seen) return seen;
     if (!mayMoveWindows()) return refuseSilently("Windows cannot be moved now");
-    closeFocusMode();
     const Screen* screen = screenOf(target.displayID);
     if (!screen || layouts_.resolve(*screen, *state_.profile, catalogue()).id != target.layoutID)
         return refuseSilently("Windows cannot be moved now");
@@ -100,7 +98,8 @@ void WorkspaceController::endDividerDrag(const DisplayLayoutDivider& target) {
     const std::string id = drag.target.displayID;
     layouts_.clearTransientWeights(id);
     if (drag.didChange()) {
-        pushUndoSnapshot({"drag divider", applicationsOn(id)}, std::move(ended->before));
+        pushUndoSnapshot({std::string(action::EndDividerDrag::kTraits.undoLabel), applicationsOn(id)},
+                         std::move(ended->before));
         storeWeights(id, drag.target.layoutID, drag.overrides);
     }
     layoutChanged(id);
@@ -117,9 +116,7 @@ void WorkspaceController::cancelDividerDrag() {
 }
 
 /// Leaving focus mode may change what the neighbors need, so the divider is where it is found after that.
-WorkspaceController::MovedDivider WorkspaceController::moveDivider(const DisplayLayoutDivider& target,
-                                                                   double translationPoints) {
-    closeFocusMode();
+Outcome WorkspaceController::moveDivider(const DisplayLayoutDivider& target, double translationPoints) {
     const auto find = [&] {
         const auto all = dividersOn(target.displayID);
         const auto found = std::ranges::find_if(all, [&](const DisplayLayoutDivider& each) {
@@ -132,25 +129,23 @@ WorkspaceController::MovedDivider WorkspaceController::moveDivider(const Display
         return divider.axis == LayoutAxis::horizontal ? minX(divider.frame) : minY(divider.frame);
     };
     const auto divider = find();
-    if (!divider) return {refuseSilently("Windows cannot be moved now")};
-    if (auto begun = beginDividerDrag(*divider); !begun) return {std::move(begun)};
+    if (!divider) return refuseSilently("Windows cannot be moved now");
+    if (auto begun = beginDividerDrag(*divider); !begun) return begun;
     updateDividerDrag(*divider, translationPoints);
     endDividerDrag(*divider);
     const auto after = find();
     const double moved = after ? placeOf(after->divider) - placeOf(divider->divider) : 0;
     if (moved == 0 && std::abs(translationPoints) >= 1) {
-        return {refuseSilently("The divider has no room to move that way")};
+        return refuseSilently("The divider has no room to move that way");
     }
-    return {Outcome::done(), moved};
+    return Outcome::done().with(DividerMovement{moved});
 }
 
 Outcome WorkspaceController::resetDivider(const DisplayLayoutDivider& target) {
-    if (const auto seen = requireVisibleScreen(); !seen) return seen;
-    closeFocusMode();
     LayoutWeightOverrides weights = state_.profile->weights(target.displayID, target.layoutID);
     if (!screenOf(target.displayID) || weights.splits.erase(target.divider.splitID) == 0)
         return refuseSilently("The divider is where its layout puts it");
-    pushUndoSnapshot({"reset divider", applicationsOn(target.displayID)});
+    pushUndoSnapshot({std::string(action::ResetDivider::kTraits.undoLabel), applicationsOn(target.displayID)});
     storeWeights(target.displayID, target.layoutID, std::move(weights));
     layoutChanged(target.displayID);
     return Outcome::done();
@@ -181,7 +176,6 @@ void WorkspaceController::verifyFrames(const std::string& id, const std::map<std
         if (!window || !target || !screen || displayID(*screen) != id || isLeftAlone(*window)) continue;
         writeFrame(*window, *target, AccessibilityWindowService::BringToFront::no);
     }
-    services_.accessibility.flush();
 }
 
 void WorkspaceController::abandonDrags() {

@@ -97,9 +97,9 @@ Decoded<std::string> WorkspaceController::exportWorkspaceDocument() const {
     return encodeExportedDocument(workspaceDocument());
 }
 
-Decoded<WorkspaceImportCounts> WorkspaceController::importWorkspaceDocument(std::string_view data) {
+Outcome WorkspaceController::importWorkspaceDocument(std::string_view data) {
     auto found = newcomersIn(data, state_);
-    if (const auto* error = std::get_if<DecodingError>(&found)) return *error;
+    if (const auto* error = std::get_if<DecodingError>(&found)) return Outcome::refused(error->what());
     auto& newcomers = std::get<Newcomers>(found);
     WorkspaceImportCounts counts = std::move(newcomers.counts);
     WorkspaceProductDocument next{.version = 1,
@@ -107,12 +107,12 @@ Decoded<WorkspaceImportCounts> WorkspaceController::importWorkspaceDocument(std:
                                   .rules = joined(*state_.rules, std::move(newcomers.rules)),
                                   .activeSceneID = *state_.activeSceneID};
     if (const auto reason = takeDocument(std::move(next))) {
-        return DecodingError("", std::string("scenes and rules together could not be stored: ") + reason->what());
+        return Outcome::refused(std::string("scenes and rules together could not be stored: ") + reason->what());
     }
     counts.message =
         "Imported " + std::to_string(counts.scenes) + " scenes and " + std::to_string(counts.rules) + " rules";
-    showStatusMessage(counts.message);
-    return counts;
+    const std::string message = counts.message;
+    return done(message).with(std::move(counts));
 }
 
 Decoded<WorkspaceImportCounts> WorkspaceController::previewImport(std::string_view data) const {

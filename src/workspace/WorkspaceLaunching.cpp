@@ -14,18 +14,15 @@ WorkspaceController::launchableApplication(const std::string& bundleIdentifier) 
     return services_.applications.launchableApplication(bundleIdentifier);
 }
 
-Outcome WorkspaceController::launchApplication(const LaunchableApplication& application, const std::string& displayID,
-                                               const std::string& slotID, LaunchCompletion completion) {
-    if (const auto access = requireWindowAccess(); !access) return access;
-    const std::string tile = tileTargetID(displayID, slotID);
-    awaited_.awaitLaunch(application, displayID, slotID, services_.queue.uptime());
-    services_.applications.launch(
-        application, LaunchActivation::activates,
-        lifetime_.guard([this, tile, application, completion = std::move(completion)](const LaunchResult& result) {
-            noteStarted(application, result);
-            applicationLaunched(tile, application.identifier, result);
-            if (completion) completion(result);
-        }));
+Outcome WorkspaceController::launchApplication(const action::LaunchApplication& launch) {
+    const std::string tile = tileTargetID(launch.displayID, launch.slotID);
+    awaited_.awaitLaunch(launch.application, launch.displayID, launch.slotID, services_.queue.uptime());
+    services_.applications.launch(launch.application, LaunchActivation::activates,
+                                  lifetime_.guard([this, tile, launch](const LaunchResult& result) {
+                                      noteStarted(launch.application, result);
+                                      applicationLaunched(tile, launch.application.identifier, result);
+                                      if (launch.completion) launch.completion(result);
+                                  }));
     refreshCycle_.wake(); // until its window is placed or has failed to appear
     return Outcome::done();
 }
@@ -60,10 +57,11 @@ void WorkspaceController::processPendingApplicationPlacements() {
         if (!window) continue;
         const ManagedWindow placed = *window;
         awaited_.dropLaunch(target);
-        closeFocusMode(); // what it restores later would take the tile away again
-        if (placed.isMinimized || windowService_->isApplicationHidden(placed.processIdentifier)) bringBack(placed);
-        (void)placeWindow(placed.id, target, Focusing::yes);
-        noteHasItsPlace(placed.id);
+        changeLater([&] {
+            if (placed.isMinimized || windowService_->isApplicationHidden(placed.processIdentifier)) bringBack(placed);
+            (void)placeWindow(placed.id, target, Focusing::yes);
+            noteHasItsPlace(placed.id);
+        });
     }
 }
 

@@ -236,23 +236,16 @@ Outcome WorkspaceController::selectLayout(const std::string& id, const DisplayLa
     return done(layoutName + " on " + screen.localizedName);
 }
 
-Outcome WorkspaceController::cycleLayout(int step) {
+Outcome WorkspaceController::cycleLayout(LayoutStep direction) {
     const auto id = currentDisplayID();
     if (!id) return refuse("No display is connected");
     const auto& all = catalogue();
     const std::string current = resolvedLayout(*id)->id;
     const auto at = std::find_if(all.begin(), all.end(), [&](const auto& layout) { return layout.id == current; });
     const auto count = static_cast<int>(all.size());
+    const int step = direction == LayoutStep::next ? 1 : -1;
     const int index = (static_cast<int>(at - all.begin()) + step + count) % count;
     return selectLayout(*id, DisplayLayoutSelection::layout(all[static_cast<std::size_t>(index)].id));
-}
-
-Outcome WorkspaceController::selectNextLayout() {
-    return cycleLayout(1);
-}
-
-Outcome WorkspaceController::selectPreviousLayout() {
-    return cycleLayout(-1);
 }
 
 Outcome WorkspaceController::resetLayoutSizes(const std::optional<std::string>& wanted) {
@@ -262,7 +255,7 @@ Outcome WorkspaceController::resetLayoutSizes(const std::optional<std::string>& 
     const std::string name = screen->localizedName;
     if (const auto seen = requireVisibleScreen(); !seen) return seen;
     if (state_.profile->layoutWeightsByDisplay.contains(*id)) {
-        pushUndoSnapshot({"reset layout sizes", applicationsOn(id)});
+        pushUndoSnapshot({std::string(action::ResetLayoutSizes::kTraits.undoLabel), applicationsOn(id)});
         WorkspaceProfile profile = *state_.profile;
         profile.layoutWeightsByDisplay.erase(*id);
         setProfile(std::move(profile));
@@ -275,7 +268,7 @@ Outcome WorkspaceController::setTileInset(double points) {
     if (!(points >= 0 && points <= kLargestTileInset)) return refuseSilently("The gap was not changed");
     if (points == state_.profile->tileInset) return Outcome::done();
     if (const auto seen = requireVisibleScreen(); !seen) return seen;
-    pushUndoSnapshot({"tile inset", applicationsOn(std::nullopt)});
+    pushUndoSnapshot({std::string(action::SetTileInset::kTraits.undoLabel), applicationsOn(std::nullopt)});
     frames_.reflow().forgetAllPushes();
     WorkspaceProfile profile = *state_.profile;
     profile.tileInset = points;

@@ -7,26 +7,54 @@ namespace kova {
 
 namespace {
 
-void change(Published<bool>& setting, bool value, PreferencesStore& preferences, std::string_view key) {
-    if (*setting == value) return;
+/// True when the setting had another value.
+bool change(Published<bool>& setting, bool value, PreferencesStore& preferences, std::string_view key) {
+    if (*setting == value) return false;
     setting.set(value);
     preferences.setValue(key, value);
+    return true;
 }
 
 } // namespace
 
-bool WorkspaceController::selectTheme(const std::string& id) {
-    if (!registry_.contains(id)) return false;
+void WorkspaceController::setSetting(action::Setting setting, bool isOn) {
+    PreferencesStore& preferences = services_.preferences;
+    switch (setting) {
+    case action::Setting::isPaused:
+        state_.isPaused.set(isOn);
+        return;
+    case action::Setting::continuousManagement:
+        // The next poll asks the rules about the windows that are there.
+        if (change(state_.continuousManagementEnabled, isOn, preferences, preferenceKey::continuousManagement))
+            refresh();
+        return;
+    case action::Setting::autoArrangeOnLaunch: {
+        WorkspaceProfile profile = *state_.profile;
+        profile.autoArrangeOnLaunch = isOn;
+        setProfile(std::move(profile));
+        return;
+    }
+    case action::Setting::bringsNextForward:
+        (void)change(state_.bringsNextForward, isOn, preferences, preferenceKey::bringNextForward);
+        return;
+    case action::Setting::useThemeBackground:
+        (void)change(state_.useThemeBackground, isOn, preferences, preferenceKey::useThemeBackground);
+        return;
+    case action::Setting::showBrain:
+        (void)change(state_.showBrain, isOn, preferences, preferenceKey::showBrain);
+        return;
+    case action::Setting::showTileBackgrounds:
+        (void)change(state_.showTileBackgrounds, isOn, preferences, preferenceKey::showTileBackgrounds);
+        return;
+    }
+}
+
+Outcome WorkspaceController::selectTheme(const std::string& id) {
+    if (!registry_.contains(id)) return Outcome::refused("There is no such theme");
     WorkspaceProfile profile = *state_.profile;
     profile.themeID = id;
     setProfile(std::move(profile));
-    return true;
-}
-
-void WorkspaceController::setAutoArrangeOnLaunch(bool arranges) {
-    WorkspaceProfile profile = *state_.profile;
-    profile.autoArrangeOnLaunch = arranges;
-    setProfile(std::move(profile));
+    return Outcome::done();
 }
 
 void WorkspaceController::setPreferredApplication(const std::string& slotID,
@@ -45,18 +73,6 @@ void WorkspaceController::selectAccentColor(const std::string& id) {
     if (known == *state_.accentColorID) return;
     services_.preferences.setValue(preferenceKey::accentColor, known);
     state_.accentColorID.set(std::move(known));
-}
-
-void WorkspaceController::setUseThemeBackground(bool use) {
-    change(state_.useThemeBackground, use, services_.preferences, preferenceKey::useThemeBackground);
-}
-
-void WorkspaceController::setShowBrain(bool show) {
-    change(state_.showBrain, show, services_.preferences, preferenceKey::showBrain);
-}
-
-void WorkspaceController::setShowTileBackgrounds(bool show) {
-    change(state_.showTileBackgrounds, show, services_.preferences, preferenceKey::showTileBackgrounds);
 }
 
 } // namespace kova

@@ -58,12 +58,10 @@ bool WorkspaceController::focus(const ManagedWindow& window) {
     const std::string id = window.id;
     const bool isFocused = windowService_->restoreAndFocus(window);
     if (isFocused) requestPresentation(id, WindowPresentation::shown);
-    services_.accessibility.flush();
     return isFocused;
 }
 
 Outcome WorkspaceController::focusWindow(WorkspaceDirection direction, const std::optional<std::string>& fromWindowID) {
-    if (const auto access = requireWindowAccess(); !access) return access;
     const auto start = startingPoint(fromWindowID);
     if (!start) return refuse(*whyNoStartingPoint(fromWindowID));
     const auto target = neighbourOf(*start, direction, TilesConsidered::occupied);
@@ -75,7 +73,6 @@ Outcome WorkspaceController::focusWindow(WorkspaceDirection direction, const std
 }
 
 Outcome WorkspaceController::moveWindow(WorkspaceDirection direction, const std::optional<std::string>& windowID) {
-    if (const auto access = requireWindowAccess(); !access) return access;
     const auto start = startingPoint(windowID);
     if (!start) return refuse(*whyNoStartingPoint(windowID));
     const std::string word(describe(direction));
@@ -135,7 +132,6 @@ std::string WorkspaceController::whyNothingNext(const action::CycleStack& cycle)
 }
 
 Outcome WorkspaceController::cycleStack(const action::CycleStack& cycle) {
-    if (const auto access = requireWindowAccess(); !access) return access;
     auto turn = stackTurn(cycle);
     if (!turn) return refuse(whyNothingNext(cycle));
     const auto& target = turn->targetID;
@@ -143,7 +139,7 @@ Outcome WorkspaceController::cycleStack(const action::CycleStack& cycle) {
     const ManagedWindow* next = findLive(order.front());
     if (!next) return refuseSilently(whyNothingNext(cycle));
     const ManagedWindow window = *next;
-    pushUndoSnapshot({"cycle stack", {window.applicationName}});
+    pushUndoSnapshot({std::string(action::CycleStack::kTraits.undoLabel), {window.applicationName}});
     bringBack(window);
     placeWindow(window.id, target, Focusing::yes);
     // One of them may have come forward in a tile that the span gave up.

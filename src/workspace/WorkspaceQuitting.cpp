@@ -32,7 +32,6 @@ Outcome WorkspaceController::endApplicationOf(const std::string& windowID, const
     const auto running = services_.applications.runningApplication(window.processIdentifier);
     if (running && isKeptOpen(*running))
         return refuse(window.applicationName + " belongs to the desktop and stays open");
-    closeFocusMode();
     if (running) {
         if (const auto reason = end(window.processIdentifier))
             return refuse(notForceQuitMessage(window.applicationName, *reason));
@@ -57,7 +56,7 @@ void WorkspaceController::forceQuitAllApplications() {
 }
 
 /// Only what still is what the user was asked about: a process number may have passed on to another application.
-ForceQuitOutcome WorkspaceController::forceQuit(const std::vector<RunningApplication>& confirmed) {
+Outcome WorkspaceController::forceQuit(const std::vector<RunningApplication>& confirmed) {
     ForceQuitOutcome outcome;
     for (const auto& candidate : regularApplicationsToForceQuit()) {
         const bool isConfirmed = std::any_of(confirmed.begin(), confirmed.end(), [&](const auto& other) {
@@ -75,7 +74,7 @@ ForceQuitOutcome WorkspaceController::forceQuit(const std::vector<RunningApplica
     for (const auto& refusal : outcome.refusals) log(LogLevel::note, refusal);
     if (outcome.ended.empty()) showStatusMessage("No open applications were force quit");
     refresh();
-    return outcome;
+    return Outcome::done().with(std::move(outcome));
 }
 
 } // namespace kova

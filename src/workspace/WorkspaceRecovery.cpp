@@ -38,7 +38,7 @@ void WorkspaceController::resumeAfterSystemTransition() {
 void WorkspaceController::beginTransitionRecovery() {
     awaited_.postpone(recovery_.unseenTime().end(services_.queue.uptime())); // nothing could be placed
     if (recovery_.hasOtherScreens(*state_.screens)) {
-        closeFocusMode();
+        (void)leaveFocusMode();
         migrateChangedDisplays();
     }
     displays_.beginSettling();

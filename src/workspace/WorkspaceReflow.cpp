@@ -199,7 +199,7 @@ void WorkspaceController::retryMinimum(const std::string& windowID) {
     writeFrame(*window, asked, AccessibilityWindowService::BringToFront::no);
 }
 
-std::vector<std::string> WorkspaceController::forgetApplication(const std::string& name) {
+Outcome WorkspaceController::forgetApplication(const std::string& name) {
     std::map<std::string, std::string> names; // by application key
     for (const auto& [key, minimum] : state_.profile->applicationMinimumSizes) names.emplace(key, key);
     for (const auto& [layoutID, layout] : arranger_.learning()->layouts) {
@@ -221,9 +221,9 @@ std::vector<std::string> WorkspaceController::forgetApplication(const std::strin
     } else if (std::ranges::count_if(names, isPart) == 1) {
         std::erase_if(names, std::not_fn(isPart));
     } else {
-        return {};
+        return Outcome::refused("Nothing was learned of an application “" + name + "”");
     }
-    std::vector<std::string> forgotten;
+    ForgottenApplications forgotten;
     WorkspaceProfile profile = *state_.profile;
     AutoArrangeLearningModel learning = *arranger_.learning();
     for (const auto& [key, shownName] : names) {
@@ -236,7 +236,7 @@ std::vector<std::string> WorkspaceController::forgetApplication(const std::strin
             frames_.sizes().forget(window.id);
             frames_.forgetRefusal(window.id);
         }
-        forgotten.push_back(shownName);
+        forgotten.names.push_back(shownName);
     }
     setProfile(std::move(profile));
     arranger_.setLearning(std::make_shared<const AutoArrangeLearningModel>(std::move(learning)));
@@ -244,7 +244,7 @@ std::vector<std::string> WorkspaceController::forgetApplication(const std::strin
     frames_.reflow().forgetAllPushes();
     noteTilesMoved();
     if (mayMoveWindows()) refresh(); // the poll gives back spans and puts everything into its tile
-    return forgotten;
+    return Outcome::done().with(std::move(forgotten));
 }
 
 /// A window that needs less than when it claimed its span keeps only as many tiles as it now needs. Not in focus mode,

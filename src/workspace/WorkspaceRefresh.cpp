@@ -69,13 +69,14 @@ void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begu
     const bool tookUpSession = takeUpSession();
     if (hasOtherTitles) state_.titleRevision.set(*state_.titleRevision + 1);
     if (!isRecovering && focusMode_.isOn() && !findLive(focusMode_.mode()->windowID)) {
-        closeFocusMode();
+        (void)leaveFocusMode();
         showStatusMessage("Focus Mode closed because its window is no longer available");
     }
     frames_.onPoll([this](const std::string& id) { return findLive(id) != nullptr; },
                    [this](const std::string& id) { return windowService_->pendingFrame(id).has_value(); });
     publishMinimums();
     if (!pointer_.isPausingPolls()) presentPoll(isRecovering);
+    services_.accessibility.flush();
     if (tookUpSession) {
         arranger_.skipStartUpTurn(); // everything is where it was
     } else {
@@ -103,7 +104,6 @@ void WorkspaceController::presentPoll(bool isRecovering) {
     processPendingApplicationPlacements();
     processPendingScenePlacements();
     if (!isRecovering && *state_.continuousManagementEnabled) applyRules(liveWindows_.all());
-    services_.accessibility.flush();
 }
 
 void WorkspaceController::publishWindows() {
@@ -156,8 +156,7 @@ void WorkspaceController::scheduleAutomaticArrangement(bool justGranted) {
     services_.queue.after(kAutomaticArrangementDelay, lifetime_.guard([this, generation = arranger_.newest()] {
         if (!arranger_.isNewest(generation)) return; // the user has arranged meanwhile, or undone that
         if (mayMoveWindows()) {
-            closeFocusMode();
-            arrangeWindows();
+            changeLater([this] { arrangeWindows(); });
         } else if (isAway()) {
             arranger_.returnStartUpTurn(); // a lock may be noticed late: it is due when the user is back
         }

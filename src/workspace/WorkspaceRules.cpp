@@ -1,20 +1,12 @@
 // Rules: what happens to a window when it is first seen, and how the user edits them.
 #include "workspace/WorkspaceController.h"
 
-#include "persistence/PreferenceKeys.h"
 #include "support/text/Text.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace kova {
-
-void WorkspaceController::setContinuousManagementEnabled(bool enabled) {
-    if (*state_.continuousManagementEnabled == enabled) return;
-    state_.continuousManagementEnabled.set(enabled);
-    services_.preferences.setValue(preferenceKey::continuousManagement, enabled);
-    refresh(); // which asks the rules about the windows that are there
-}
 
 void WorkspaceController::applyRules(const std::vector<ManagedWindow>& windows) {
     if (*state_.permissionState != AccessibilityPermissionState::granted) return;
@@ -91,21 +83,15 @@ bool WorkspaceController::isExcludedByRules(const ManagedWindow& window) const {
     return *state_.continuousManagementEnabled && isExcluded(*state_.rules, window);
 }
 
-Outcome WorkspaceController::addRuleForFocusedWindow(const WorkspaceRuleDisposition& disposition) {
-    const auto focused = focusedWindowID();
-    const ManagedWindow* window = focused ? findLive(*focused) : nullptr;
-    if (!window) return refuse("No focused application window found");
-    return addRuleForWindow(*window, disposition);
-}
-
-Outcome WorkspaceController::addRuleForWindow(const ManagedWindow& window,
-                                              const WorkspaceRuleDisposition& disposition) {
+Outcome WorkspaceController::addRuleForWindow(const action::AddRuleForWindow& wanted) {
+    const ManagedWindow* window = actingWindow(wanted.windowID);
+    if (!window) return refuse(wanted.windowID ? "There is no such window" : "No focused application window found");
     WorkspaceRule rule;
-    rule.name = ruleName(window.applicationName, disposition);
-    rule.bundleIdentifier = window.bundleIdentifier;
-    if (!rule.bundleIdentifier) rule.applicationName = window.applicationName;
-    rule.disposition = disposition;
-    return appendRule(std::move(rule), window.applicationName);
+    rule.name = ruleName(window->applicationName, wanted.disposition);
+    rule.bundleIdentifier = window->bundleIdentifier;
+    if (!rule.bundleIdentifier) rule.applicationName = window->applicationName;
+    rule.disposition = wanted.disposition;
+    return appendRule(std::move(rule), window->applicationName);
 }
 
 Outcome WorkspaceController::addRule(WorkspaceRule rule) {
@@ -131,35 +117,29 @@ Outcome WorkspaceController::appendRule(WorkspaceRule rule, const std::string& s
     return changed ? done(message) : changed;
 }
 
-template <class Edit>
-bool WorkspaceController::editRule(const Uuid& id, Edit edit) {
+Outcome WorkspaceController::editRule(const Uuid& id, const RuleEdit& edit) {
     auto document = workspaceDocument();
     const auto rule = std::ranges::find(document.rules, id, &WorkspaceRule::id);
-    if (rule == document.rules.end()) return false;
+    if (rule == document.rules.end()) return Outcome::refused("There is no such rule");
     edit(document.rules, rule);
     return changeDocument(std::move(document));
 }
 
-bool WorkspaceController::setRuleEnabled(const Uuid& id, bool enabled) {
-    return editRule(id, [&](auto&, auto rule) { rule->isEnabled = enabled; });
-}
-
-bool WorkspaceController::setRuleTitleContains(const Uuid& id, const std::string& text) {
-    return editRule(id, [&](auto&, auto rule) {
-        rule->titleContains = trimmed(text);
+Outcome WorkspaceController::changeRule(const action::ChangeRule& change) {
+    return editRule(change.id, [&](auto&, auto rule) {
+        if (change.isEnabled) rule->isEnabled = *change.isEnabled;
+        if (change.disposition) rule->disposition = *change.disposition;
+        if (!change.titleContains) return;
+        rule->titleContains = trimmed(*change.titleContains);
         if (rule->titleContains->empty()) rule->titleContains.reset();
     });
 }
 
-bool WorkspaceController::setRuleDisposition(const Uuid& id, const WorkspaceRuleDisposition& disposition) {
-    return editRule(id, [&](auto&, auto rule) { rule->disposition = disposition; });
-}
-
-bool WorkspaceController::deleteRule(const Uuid& id) {
+Outcome WorkspaceController::deleteRule(const Uuid& id) {
     return editRule(id, [](auto& rules, auto rule) { rules.erase(rule); });
 }
 
-bool WorkspaceController::moveRule(const Uuid& id, std::size_t index) {
+Outcome WorkspaceController::moveRule(const Uuid& id, std::size_t index) {
     return editRule(id, [&](auto& rules, auto rule) {
         const auto to = rules.begin() + static_cast<std::ptrdiff_t>(std::min(index, rules.size() - 1));
         if (to < rule) {

@@ -30,7 +30,6 @@ std::vector<ManagedWindow> WorkspaceController::windowsHere() const {
 Outcome WorkspaceController::activateScene(const Uuid& id) {
     const auto found = sceneWithID(id);
     if (!found) return refuseSilently("There is no such scene");
-    if (const auto access = requireWindowAccess(); !access) return access;
     const WorkspaceScene& scene = *found;
     std::vector<std::string> applications;
     std::set<std::string> named;
@@ -38,7 +37,7 @@ Outcome WorkspaceController::activateScene(const Uuid& id) {
         const auto& name = placement.window.applicationName;
         if (named.insert(name).second) applications.push_back(name);
     }
-    pushUndoSnapshot({std::string(kOpenSceneAction), std::move(applications)});
+    pushUndoSnapshot({std::string(action::ActivateScene::kTraits.undoLabel), std::move(applications)});
     publishSceneReport(SceneReport::State::abandoned);
     awaited_.scene() = {};
     session_.dropKept(); // what it would put into tiles with the first poll would displace the scene's windows
@@ -195,7 +194,6 @@ void WorkspaceController::carryOutRestored(const std::vector<RestoredPlacement>&
         if (fronts.contains(placement.windowID)) placedFronts.push_back(placement.windowID);
     }
     raiseRestored(placedFronts);
-    services_.accessibility.flush();
 }
 
 /// Above the windows that do not belong to the scene; the one that had the keyboard last comes out on top.
@@ -243,10 +241,7 @@ void WorkspaceController::processPendingScenePlacements() {
             awaited_.scene().pending.push_back(std::move(placement));
         }
     }
-    if (!restored.empty()) {
-        closeFocusMode(); // what it restores later would take the tiles away again
-        carryOutRestored(restored);
-    }
+    if (!restored.empty()) changeLater([&] { carryOutRestored(restored); });
     if (awaited_.scene().pending.empty()) return endRestoration(unavailable);
     publishSceneReport(SceneReport::State::waiting);
 }

@@ -1,17 +1,9 @@
 // Windows that wait in the stack of a tile, and what brings them forward.
 #include "workspace/WorkspaceController.h"
 
-#include "persistence/PreferenceKeys.h"
-
 #include <algorithm>
 
 namespace kova {
-
-void WorkspaceController::setBringsNextForward(bool bringsForward) {
-    if (*state_.bringsNextForward == bringsForward) return;
-    state_.bringsNextForward.set(bringsForward);
-    services_.preferences.setValue(preferenceKey::bringNextForward, bringsForward);
-}
 
 /// Fills the tiles that have lost their front window since `before`. Not while a window is zoomed: the workspace behind
 /// it is restored when focus mode ends, and the next poll then finds the tile without its window.

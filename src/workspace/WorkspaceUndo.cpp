@@ -77,7 +77,7 @@ Outcome WorkspaceController::undoLastAction() {
     if (zoomed) undo_.restore(zoomed->history);
     (void)arranger_.supersede(); // what an arrangement still had to do is undone with it
     frames_.reflow().forgetAllPushes();
-    if (entry->label.action == kOpenSceneAction) { // and so is what a scene still waits for
+    if (entry->label.action == action::ActivateScene::kTraits.undoLabel) { // and so is what a scene still waits for
         publishSceneReport(SceneReport::State::abandoned);
         awaited_.scene() = {};
     }
@@ -120,7 +120,6 @@ void WorkspaceController::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snaps
     noteTilesMoved();
     for (ManagedWindow& window : liveWindows_) restoreWindow(window, snapshot);
     hideAsIn(snapshot); // last, so that a window minimized beside its hidden application does not count as hidden
-    services_.accessibility.flush();
     refresh();
 }
 
@@ -193,7 +192,6 @@ void WorkspaceController::restoreActiveScene(const std::optional<Uuid>& id) {
 
 Outcome WorkspaceController::toggleFocusMode(const std::optional<std::string>& windowID) {
     if (!focusMode_.isOn()) return enterFocusMode(windowID);
-    if (const auto access = requireWindowAccess(); !access) return access;
     leaveFocusMode();
     return done("Focus Mode closed — workspace restored");
 }
@@ -233,8 +231,6 @@ std::optional<CGRect> WorkspaceController::zoomFrame(const std::string& id) cons
 }
 
 Outcome WorkspaceController::enterFocusMode(const std::optional<std::string>& windowID) {
-    // First, as without it no window is known to be the focused one.
-    if (const auto access = requireWindowAccess(); !access) return access;
     const auto start = zoomStartingPoint(windowID);
     if (!start) {
         const bool isThere = actingWindow(windowID) != nullptr;
@@ -250,11 +246,11 @@ Outcome WorkspaceController::enterFocusMode(const std::optional<std::string>& wi
     abandonDrags(); // what the hand began would end as a step behind the focus mode's own
     auto snapshot = captureUndoSnapshot();
     auto history = undo_.entries();
-    pushUndoSnapshot({"focus mode", {start->window.applicationName}}, snapshot);
+    pushUndoSnapshot({std::string(action::ToggleFocusZoom::kTraits.undoLabel), {start->window.applicationName}},
+                     snapshot);
     focusMode_.enter({start->displayID, start->targetID, start->window.id}, {std::move(snapshot), std::move(history)});
     noteTilesMoved();
     writeFrame(start->window, frame, AccessibilityWindowService::BringToFront::yes);
-    services_.accessibility.flush();
     return done("Focus Mode — " + start->window.applicationName + " owns this display");
 }
 

@@ -37,9 +37,7 @@ std::variant<WindowPlan, WindowRefusal> WorkspaceController::planCommand(const W
     return planWindowCommand(command, windowCommandInput());
 }
 
-Outcome WorkspaceController::perform(const WindowCommand& command) {
-    closeFocusMode();
-    if (const auto access = requireWindowAccess(); !access) return access;
+Outcome WorkspaceController::carryOut(const WindowCommand& command) {
     const auto planned = planCommand(command);
     if (const auto* refusal = std::get_if<WindowRefusal>(&planned)) return refuse(refusal->reason);
     const auto& plan = std::get<WindowPlan>(planned);
@@ -160,10 +158,6 @@ std::optional<std::string> WorkspaceController::displayIDOfWindow(const std::str
     return screen ? std::optional(displayID(*screen)) : std::nullopt;
 }
 
-void WorkspaceController::setPaused(bool paused) {
-    if (*state_.isPaused != paused) state_.isPaused.set(paused);
-}
-
 // Requested against actual frames
 
 /// Every cause at once; `explain` prints them.
@@ -217,15 +211,12 @@ std::vector<PlacementFinding> WorkspaceController::verifyPlacements() const {
 }
 
 Outcome WorkspaceController::repairPlacements() {
-    closeFocusMode();
-    if (const auto access = requireWindowAccess(); !access) return access;
     for (const auto& finding : verifyPlacements()) {
         const ManagedWindow* window = findLive(finding.windowID);
         if (!window || finding.verdict != PlacementVerdict::drifted) continue;
         frames_.forgetRefusal(finding.windowID); // it is asked as often as at first
         writeFrame(ManagedWindow(*window), finding.requestedFrame, BringToFront::no);
     }
-    services_.accessibility.flush();
     return Outcome::done();
 }
 

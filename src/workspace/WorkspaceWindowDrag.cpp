@@ -44,13 +44,13 @@ std::optional<CGRect> WorkspaceController::currentFrame(const std::string& windo
     return window ? windowService_->readFrame(window->element) : std::nullopt;
 }
 
-void WorkspaceController::holdWindow(const std::string& windowID) {
+void WorkspaceController::pressWindow(const std::string& windowID) {
     frames_.sizes().notePointer(services_.queue.uptime());
     pointer_.press(windowID, currentFrame(windowID));
     windowService_->cancelPlacement(windowID);
 }
 
-void WorkspaceController::letGoOfWindow() {
+void WorkspaceController::releaseWindow() {
     const auto held = pointer_.release();
     frames_.sizes().notePointer(services_.queue.uptime());
     ManagedWindow* window = held ? findLive(held->windowID) : nullptr;
@@ -64,10 +64,11 @@ void WorkspaceController::letGoOfWindow() {
     commit({});
 }
 
-bool WorkspaceController::beginWindowDrag(const std::string& windowID, const CGRect& frameBefore) {
+Outcome WorkspaceController::beginWindowDrag(const std::string& windowID, const CGRect& frameBefore) {
     const ManagedWindow* window = findLive(windowID);
-    if (!window || window->isFullScreen || window->isElsewhere || !mayMoveWindows()) return false;
-    if (focusMode_.isZoomed(windowID)) return false;
+    if (!window || window->isFullScreen || window->isElsewhere || !mayMoveWindows() || focusMode_.isZoomed(windowID)) {
+        return Outcome::refused("The window cannot be moved now");
+    }
     closeFocusMode();
     (void)pointer_.release(); // more than pressed from here on
     abandonDrags();
@@ -76,17 +77,17 @@ bool WorkspaceController::beginWindowDrag(const std::string& windowID, const CGR
     frames_.forgetRefusal(windowID); // of places that it is being taken away from
     windowService_->cancelPlacement(windowID);
     pointer_.beginWindowDrag(windowID, std::move(before));
-    return true;
+    return Outcome::done();
 }
 
-void WorkspaceController::updateWindowDrag(CGPoint pointer, WindowDragKind movement) {
+void WorkspaceController::updateWindowDrag(CGPoint pointer, action::WindowDragKind kind) {
     const auto dragged = pointer_.draggedWindow();
     if (!dragged) return;
     pointer_.noteMovement();
-    state_.dropTargetSlotID.set(movement == WindowDragKind::move ? dropTarget(*dragged, pointer) : std::nullopt);
+    state_.dropTargetSlotID.set(kind == action::WindowDragKind::move ? dropTarget(*dragged, pointer) : std::nullopt);
 }
 
-void WorkspaceController::endWindowDrag(CGPoint pointer, WindowDragKind movement, LettingGo lettingGo) {
+void WorkspaceController::endWindowDrag(CGPoint pointer, action::WindowDragKind kind, action::DropMode mode) {
     (void)pointer_.release();
     auto drag = pointer_.endWindowDrag();
     if (!drag) return;
@@ -98,8 +99,8 @@ void WorkspaceController::endWindowDrag(CGPoint pointer, WindowDragKind movement
         const auto before = drag->before.windowFrames.find(windowID);
         if (const auto now = windowService_->readFrame(window->element)) window->frame = *now;
         const bool hadFrame = before != drag->before.windowFrames.end();
-        if (movement == WindowDragKind::move) {
-            dropWindow(ManagedWindow(*window), pointer, lettingGo, std::move(drag->before));
+        if (kind == action::WindowDragKind::move) {
+            dropWindow(ManagedWindow(*window), pointer, mode, std::move(drag->before));
         } else if (hadFrame && assignments_.isAssigned(windowID)) {
             const CGRect frameBefore = before->second;
             resizeTileLike(ManagedWindow(*window), frameBefore, std::move(drag->before));
@@ -115,9 +116,9 @@ void WorkspaceController::cancelWindowDrag() {
     abandonDrags();
 }
 
-void WorkspaceController::dropWindow(const ManagedWindow& window, CGPoint pointer, LettingGo lettingGo,
+void WorkspaceController::dropWindow(const ManagedWindow& window, CGPoint pointer, action::DropMode mode,
                                      WorkspaceUndoSnapshot before) {
-    if (lettingGo == LettingGo::floating) {
+    if (mode == action::DropMode::floating) {
         if (!assignments_.isInAnyTile(window.id)) return;
         pushUndoSnapshot({"float", {window.applicationName}}, std::move(before));
         noteMovedByUser(window.id);

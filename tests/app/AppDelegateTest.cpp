@@ -56,8 +56,8 @@ class SystemActivity : public ::testing::Test {
     SystemActivity() {
         desktop.addDisplay({.name = "A", .size = {2560, 1440}});
         passes(0);
-        (void)workspace.selectLayout(displayID(desktop.screens().front()),
-                                     DisplayLayoutSelection::layout("jarvis.dual-split"));
+        (void)workspace.perform(action::SelectLayout{displayID(desktop.screens().front()),
+                                                     DisplayLayoutSelection::layout("jarvis.dual-split")});
         for (const char* name : {"Mail", "Notes"}) {
             desktop.launch(name);
             desktop.open(name);
@@ -70,7 +70,7 @@ class SystemActivity : public ::testing::Test {
     void startAndArrange() {
         delegate.startWorkspace();
         passes(0.5);
-        workspace.arrangeWindows();
+        workspace.perform(action::Arrange{});
         passes(3);
     }
     void passes(double seconds) { desktop.queue().advance(Seconds(seconds)); }
@@ -273,8 +273,8 @@ TEST(AppDelegate, MonitorsThePointerWhileTheWorkspaceIsStarted) {
     desktop.addDisplay({.name = "A", .size = {2560, 1440}});
     AppDelegate delegate(servicesOf(desktop, preferences), {&desktop, &desktop});
     auto& workspace = delegate.workspace();
-    (void)workspace.selectLayout(displayID(desktop.screens().front()),
-                                 DisplayLayoutSelection::layout("jarvis.dual-split"));
+    (void)workspace.perform(action::SelectLayout{displayID(desktop.screens().front()),
+                                                 DisplayLayoutSelection::layout("jarvis.dual-split")});
     EXPECT_TRUE(desktop.handles().empty());
     desktop.launch("Mail");
     desktop.open("Mail", {.frame = makeRect(100, 100, 500, 400)});

@@ -40,7 +40,7 @@ TEST(DocumentExchange, ExportsAndImportsScenesAndReportsFailures) {
     };
 
     const auto from = workspaceOn(mine);
-    from->captureScene("Work");
+    from->perform(action::CaptureScene{"Work"});
     DocumentExchange(*from, file, desktop).exportDocument();
     EXPECT_EQ(file.name, "KOVA-Workspace.json");
     const auto to = workspaceOn(theirs);

@@ -75,8 +75,8 @@ class MenuBar : public ::testing::Test {
     MenuBar() {
         desktop.addDisplay({.name = "A", .size = {2560, 1440}});
         passes(0);
-        (void)workspace.selectLayout(displayID(desktop.screens().front()),
-                                     DisplayLayoutSelection::layout("jarvis.dual-split"));
+        (void)workspace.perform(action::SelectLayout{displayID(desktop.screens().front()),
+                                                     DisplayLayoutSelection::layout("jarvis.dual-split")});
         delegate.startWorkspace();
     }
     ~MenuBar() override { EXPECT_EQ(desktop.brokenPromises(), std::vector<std::string>{}); }
@@ -139,7 +139,7 @@ TEST_F(MenuBar, ShowsAMessageWhileItLasts) {
     int changes = 0;
     const auto subscription = menu.observeSymbol([&] { ++changes; });
     EXPECT_EQ(menu.symbol(), MenuBarSymbol::usual);
-    workspace.showStatusMessage("Windows arranged");
+    workspace.perform(action::ShowMessage{"Windows arranged"});
     EXPECT_EQ(menu.symbol(), MenuBarSymbol::message);
     EXPECT_EQ(menu.entries().front().title, "Windows arranged");
     EXPECT_FALSE(menu.entries().front().isEnabled);
@@ -272,9 +272,9 @@ TEST_F(MenuBar, ChecksTheLayoutAndTheSceneInForce) {
     const auto dividers = workspace.dividers();
     ASSERT_FALSE(dividers.empty());
     EXPECT_FALSE(isEnabled("Reset Layout Sizes on Current Display"));
-    ASSERT_TRUE(workspace.beginDividerDrag(dividers.front()));
-    workspace.updateDividerDrag(dividers.front(), 60);
-    workspace.endDividerDrag(dividers.front());
+    ASSERT_TRUE(workspace.perform(action::BeginDividerDrag{dividers.front()}));
+    workspace.perform(action::UpdateDividerDrag{dividers.front(), 60});
+    workspace.perform(action::EndDividerDrag{dividers.front()});
     passes(1);
     EXPECT_TRUE(choose("Reset Layout Sizes on Current Display"));
     EXPECT_FALSE(isEnabled("Reset Layout Sizes on Current Display"));
@@ -290,7 +290,7 @@ TEST_F(MenuBar, ChecksTheLayoutAndTheSceneInForce) {
     passes(2.4);
     EXPECT_EQ(checked("Layout on Current Display"), other + ";");
     // The scene was deleted by another client while the menu was open.
-    EXPECT_TRUE(workspace.deleteScene(scene.id));
+    EXPECT_TRUE(workspace.perform(action::DeleteScene{scene.id}));
     EXPECT_FALSE(menu.choose(id));
 }
 

@@ -102,9 +102,8 @@ TEST_F(Overlay, FootersNameTheTileAndItsWindowsInStackOrder) {
 TEST_F(Overlay, ASpanHasOneFooterAlongItsBottomAndForSixSecondsTheNotice) {
     desk.display(2560, 1440).layout("jarvis.quad-grid").opens("Mail", {.minimumSize = {{2400, 400}}});
     show();
-    ASSERT_TRUE(desk.controller().placeWindow(desk.desktop.windowIDOf("Mail"),
-                                              desk.targetID("A", desk.controller().tiles()[0].slot.id),
-                                              WorkspaceController::Focusing::no));
+    ASSERT_TRUE(desk.controller().perform(
+        command::Place{desk.desktop.windowIDOf("Mail"), desk.targetID("A", desk.controller().tiles()[0].slot.id)}));
     passes(0.1);
     ASSERT_EQ(contents().tiles.size(), 3U) << strips();
     const OverlayTile& span = contents().tiles[0];
@@ -144,7 +143,8 @@ TEST_F(Overlay, ALaunchIsPendingUntilItsWindowLandsFailsOrIsAwaitedNoLonger) {
     show();
     const auto launch = [&](const LaunchableApplication& application) {
         touched = 0;
-        ASSERT_TRUE(desk.controller().launchApplication(application, desk.displayIDOf("A"), "secondary-1"));
+        ASSERT_TRUE(
+            desk.controller().perform(action::LaunchApplication{application, desk.displayIDOf("A"), "secondary-1"}));
         EXPECT_TRUE(holds(touched, OverlaySection::tiles));
         EXPECT_EQ(strips(), "Primary: *!Mail | Secondary: →" + application.name);
     };
@@ -229,9 +229,9 @@ TEST_F(Overlay, TheBackdropHasTheLookAndAMessageStaysOnItsDisplay) {
     show();
     auto& workspace = desk.controller();
     EXPECT_EQ(contents().appearance.isDark, std::nullopt) << "the native theme follows the desktop";
-    ASSERT_TRUE(workspace.selectTheme("jarvis.neon-cyan"));
-    workspace.selectAccentColor("reactor-amber");
-    workspace.setShowBrain(true);
+    ASSERT_TRUE(workspace.perform(action::SelectTheme{"jarvis.neon-cyan"}));
+    workspace.perform(action::SelectAccentColor{"reactor-amber"});
+    workspace.perform(action::Switch{action::Setting::showBrain, true});
     EXPECT_EQ(contents().appearance.isDark, true);
     EXPECT_EQ(contents().appearance.palette.accent, accentColor("reactor-amber").accent);
     EXPECT_TRUE(contents().appearance.showBrain);

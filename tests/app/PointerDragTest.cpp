@@ -332,8 +332,8 @@ TEST_F(DraggedWindows, AreLeftAloneByPollsWhileThePointerPauses) {
 TEST_F(DraggedWindows, AreLeftAloneFromThePressOn) {
     desk.desktop.setVouching(false);
     // Pressed while its placement is still being verified.
-    ASSERT_TRUE(desk.controller().placeWindow(desk.desktop.windowIDOf("Mail"), desk.targetID("A", "secondary-1"),
-                                              WorkspaceController::Focusing::no));
+    ASSERT_TRUE(
+        desk.controller().perform(command::Place{desk.desktop.windowIDOf("Mail"), desk.targetID("A", "secondary-1")}));
     presses({1400, 30}, WindowPart::nothing);
     desk.desktop.userMoves("Mail", makeRect(391, 285, 1254, 1382));
     for (int i = 0; i < 20; ++i) {

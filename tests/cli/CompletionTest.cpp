@@ -16,8 +16,8 @@ using Words = std::vector<std::string>;
 class Completion : public testing::Test, public AgentStage {
   protected:
     void SetUp() override {
-        desk.controller().captureScene("Deep Work");
-        desk.controller().captureScene("At 10:30");
+        desk.controller().perform(action::CaptureScene{"Deep Work"});
+        desk.controller().perform(action::CaptureScene{"At 10:30"});
         desk.opens("Mail", {.title = "Drafts"});
         desk.settle();
     }

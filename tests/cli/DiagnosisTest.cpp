@@ -71,7 +71,7 @@ TEST_F(Diagnosis, TheLogIsReadWithItsOlderFileAndFollowed) {
 TEST_F(Diagnosis, AReportContainsNoTextOfTheUser) {
     desk.opens("Editor", {.title = "Secret plan"});
     desk.settle();
-    (void)desk.controller().captureScene("Secret scene");
+    (void)desk.controller().perform(action::CaptureScene{"Secret scene"});
     files.write("config/kova/preferences.json",
                 R"({"KOVA.accentColor.v1": "system-blue", "KOVA.workspaceProduct.v1":
                     {"scenes": [{"name": "Secret scene", "placements": [{"windowTitle": "Secret plan"}]}],

@@ -37,8 +37,8 @@ std::string asked(std::string_view url) {
     const auto parsed = parseURLAction(url);
     if (!parsed) return "-";
     if (const auto* scene = std::get_if<OpenSceneNamed>(&*parsed)) return "scene " + scene->name;
-    if (const auto* window = std::get_if<WindowCommand>(&*parsed)) return describe(*window);
     return std::visit(Overloaded{
+                          [](const WindowCommand& command) { return describe(command); },
                           [](const action::Focus& focus) { return "focus " + std::string(describe(focus.direction)); },
                           [](const action::Move& move) { return "move " + std::string(describe(move.direction)); },
                           [](const action::ActivateScene&) { return std::string("scene by id"); },
@@ -48,6 +48,7 @@ std::string asked(std::string_view url) {
                           [](const action::ToggleFocusZoom&) { return std::string("zoom"); },
                           [](const action::Arrange&) { return std::string("arrange"); },
                           [](const action::Undo&) { return std::string("undo"); },
+                          [](const auto&) { return std::string("what no URL may ask for"); },
                       },
                       std::get<WorkspaceAction>(*parsed));
 }
@@ -203,7 +204,7 @@ TEST(URLHandler, DrivesTheWorkspace) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     URLHandler urls(desk.controller(), desk.desktop.queue());
-    desk.controller().captureScene("Deep Work");
+    desk.controller().perform(action::CaptureScene{"Deep Work"});
     const std::string arranged = desk.tiles();
     EXPECT_EQ(urls.handle("kova://action/move/right").verdict, done);
     desk.settle();

@@ -64,7 +64,8 @@ std::string Scenario::targetID(std::string_view displayName, std::string_view sl
 
 Scenario& Scenario::layout(std::string_view layoutID, std::string_view displayName) {
     const auto id = displayIDOf(displayName.empty() ? lastDisplay_ : displayName);
-    const auto result = controller().selectLayout(id, DisplayLayoutSelection::layout(std::string(layoutID)));
+    const auto result =
+        controller().perform(action::SelectLayout{id, DisplayLayoutSelection::layout(std::string(layoutID))});
     EXPECT_TRUE(result) << layoutID;
     return wasStarted_ ? settle() : *this;
 }
@@ -132,13 +133,6 @@ Scenario& Scenario::perform(const WorkspaceAction& action) {
     if (!wasStarted_) start();
     desktop.queue().runDue();
     wasCarriedOut_ = controller().perform(action);
-    return settle();
-}
-
-Scenario& Scenario::perform(const WindowCommand& command) {
-    if (!wasStarted_) start();
-    desktop.queue().runDue();
-    wasCarriedOut_ = controller().perform(command);
     return settle();
 }
 

@@ -65,7 +65,6 @@ class Scenario {
     Scenario& move(WorkspaceDirection direction);
     Scenario& focus(WorkspaceDirection direction);
     Scenario& perform(const WorkspaceAction& action);
-    Scenario& perform(const WindowCommand& command);
     /// Whether the last action was carried out.
     bool wasCarriedOut() const { return wasCarriedOut_; }
 

@@ -99,13 +99,13 @@ TEST_F(Announcements, AnEnhancedUserInterfaceIsOffForOneSeriesOfFrames) {
     desk.desktop.setEnhancedUserInterface("Mail", true);
     (void)desk.desktop.takeJournal();
     const auto divider = desk.controller().dividers().front();
-    ASSERT_TRUE(desk.controller().beginDividerDrag(divider));
+    ASSERT_TRUE(desk.controller().perform(action::BeginDividerDrag{divider}));
     for (double distance = 10; distance <= 300; distance += 10) {
-        desk.controller().updateDividerDrag(divider, distance);
+        desk.controller().perform(action::UpdateDividerDrag{divider, distance});
         desk.advance(Seconds(0.1));
         EXPECT_FALSE(desk.desktop.hasEnhancedUserInterface("Mail"));
     }
-    desk.controller().endDividerDrag(divider);
+    desk.controller().perform(action::EndDividerDrag{divider});
     desk.settle();
     EXPECT_TRUE(desk.desktop.hasEnhancedUserInterface("Mail"));
     const std::string journal = desk.desktop.takeJournal();

@@ -54,17 +54,17 @@ TEST(DesktopStories, WhatTheHandBeganIsOverWhenItIsGivenUpOrAWindowIsZoomed) {
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail", {.frame = kLeftHalf}).arrange();
     const std::string atRest = desk.tiles();
     const CGRect before = desk.desktop.window("Mail").frame;
-    ASSERT_TRUE(desk.controller().beginWindowDrag(desk.desktop.windowIDOf("Mail"), before));
+    ASSERT_TRUE(desk.controller().perform(action::BeginWindowDrag{desk.desktop.windowIDOf("Mail"), before}));
     desk.desktop.userMoves("Mail", kRightHalf);
     desk.advance(Seconds(0.6)); // polls have seen it there
-    desk.controller().cancelWindowDrag();
+    desk.controller().perform(action::CancelWindowDrag{});
     desk.settle().expectTiles(atRest);
 
     const auto divider = desk.controller().dividers().front();
-    ASSERT_TRUE(desk.controller().beginDividerDrag(divider));
-    desk.controller().updateDividerDrag(divider, 200);
+    ASSERT_TRUE(desk.controller().perform(action::BeginDividerDrag{divider}));
+    desk.controller().perform(action::UpdateDividerDrag{divider, 200});
     desk.advance(Seconds(0.1)).zoom();
-    desk.controller().endDividerDrag(divider);
+    desk.controller().perform(action::EndDividerDrag{divider});
     desk.desktop.quit("Mail");
     desk.settle();
     EXPECT_FALSE(*desk.state().focusMode) << "its window is gone";

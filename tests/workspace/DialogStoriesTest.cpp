@@ -50,8 +50,8 @@ TEST(DialogStories, ADialogStaysOnTheDisplayOfItsWindow) {
     openMailWithDialog(desk);
     desk.desktop.userMoves("Mail 2", makeRect(1600, 900, 300, 150)); // beyond the edge of the window
     desk.start().settle();
-    ASSERT_TRUE(desk.controller().placeWindow(desk.desktop.windowIDOf("Mail"), desk.targetID("B", "focus-main"),
-                                              WorkspaceController::Focusing::no));
+    ASSERT_TRUE(
+        desk.controller().perform(command::Place{desk.desktop.windowIDOf("Mail"), desk.targetID("B", "focus-main")}));
     desk.settle();
     EXPECT_EQ(placeOfDialog(desk), "Mail 2 3284,618 300x150"); // in the lower right corner
 }
@@ -75,14 +75,14 @@ TEST(DialogStories, RulesAndScenesPassDialogsBy) {
     WorkspaceRule rule;
     rule.bundleIdentifier = "sim.mail";
     rule.disposition = disposition::Tile{"secondary-1"};
-    ASSERT_TRUE(desk.controller().addRule(rule));
-    desk.controller().setContinuousManagementEnabled(true);
+    ASSERT_TRUE(desk.controller().perform(action::AddRule{rule}));
+    desk.controller().perform(action::Switch{action::Setting::continuousManagement, true});
     desk.settle();
     const std::string before = desk.tiles();
     desk.opens("Mail", {.frame = kQuestion, .title = "Save?", .dialogOf = "Mail"}).settle();
     EXPECT_EQ(desk.tiles(), before);
     EXPECT_EQ(placeOfDialog(desk), "Mail 2 400,300 300x150");
-    desk.controller().captureScene("work");
+    desk.controller().perform(action::CaptureScene{"work"});
     EXPECT_EQ(desk.state().scenes->back().placements.size(), 2u);
     // Left behind by its window it is a window like any other.
     desk.desktop.close("Mail");

@@ -102,14 +102,13 @@ TEST_F(Displays, AHandThatMovesAWindowOnlyPutsOffThatOthersAreSetElsewhere) {
     (void)takeOut(desk, "C");
     desk.advance(Seconds(1.5));
     const std::string label = desk.desktop.labelOfID(*held.windowID);
-    ASSERT_TRUE(desk.controller().beginWindowDrag(*held.windowID,
-                                                  desk.desktop.frameForWindowService(desk.desktop.window(label))));
+    ASSERT_TRUE(desk.controller().perform(
+        action::BeginWindowDrag{*held.windowID, desk.desktop.frameForWindowService(desk.desktop.window(label))}));
     const auto before = *desk.state().assignedWindowIDs;
     desk.advance(Seconds(1));
     EXPECT_EQ(*desk.state().assignedWindowIDs, before);
     const CGPoint there = centre(held.frameOnScreen);
-    desk.controller().endWindowDrag(there, WorkspaceController::WindowDragKind::move,
-                                    WorkspaceController::LettingGo::intoTile);
+    desk.controller().perform(action::EndWindowDrag{there, action::WindowDragKind::move, action::DropMode::intoTile});
     desk.advance(Seconds(5));
     EXPECT_EQ(std::ranges::count(desk.tiles(), '-'), 0) << "a window of C has the free tile: " << desk.tiles();
 }
@@ -120,12 +119,12 @@ TEST_F(Displays, WhatTheUserMovedMeanwhileStaysWhereItWasPut) {
     const auto display = takeOut(desk, "C");
     desk.advance(Seconds(3));
     desk.desktop.userFocuses(label);
-    ASSERT_TRUE(desk.controller().beginWindowDrag(onC, desk.desktop.frameForWindowService(desk.desktop.window(label))));
+    ASSERT_TRUE(desk.controller().perform(
+        action::BeginWindowDrag{onC, desk.desktop.frameForWindowService(desk.desktop.window(label))}));
     const auto tile = desk.controller().tiles().front();
     const CGPoint there = centre(tile.frameOnScreen);
-    desk.controller().updateWindowDrag(there, WorkspaceController::WindowDragKind::move);
-    desk.controller().endWindowDrag(there, WorkspaceController::WindowDragKind::move,
-                                    WorkspaceController::LettingGo::intoTile);
+    desk.controller().perform(action::UpdateWindowDrag{there, action::WindowDragKind::move});
+    desk.controller().perform(action::EndWindowDrag{there, action::WindowDragKind::move, action::DropMode::intoTile});
     desk.advance(Seconds(3));
     desk.desktop.addDisplay(display);
     desk.settle();
@@ -152,7 +151,7 @@ TEST_F(Displays, AnArrangementWithoutADisplayIsTakenBackByItsReturn) {
 TEST_F(Displays, ALayoutThatADisplayCannotShowForAWhileLosesNothing) {
     Scenario one;
     one.display(5120, 1440);
-    (void)one.controller().selectLayout(one.displayIDOf("A"), DisplayLayoutSelection{});
+    (void)one.controller().perform(action::SelectLayout{one.displayIDOf("A"), DisplayLayoutSelection{}});
     for (const char* name : {"Mail", "Notes", "Codex", "Firefox", "Console"}) one.opens(name);
     one.arrange();
     const std::string picture = one.tiles();
@@ -201,7 +200,7 @@ TEST_F(Displays, ALayoutThatADisplayCannotShowLeavesNoWindowWithoutATileOfNow) {
         SCOPED_TRACE(way.what);
         Scenario one;
         one.display(5120, 1440);
-        (void)one.controller().selectLayout(one.displayIDOf("A"), DisplayLayoutSelection{});
+        (void)one.controller().perform(action::SelectLayout{one.displayIDOf("A"), DisplayLayoutSelection{}});
         for (const char* name : {"Mail", "Notes", "Codex", "Firefox", "Console"}) one.opens(name);
         one.arrange();
         one.desktop.userFocuses("Notes");
@@ -255,7 +254,7 @@ TEST_F(Displays, WhoWaitsBehindAHomelessWindowCanBeReachedMeanwhile) {
     const std::string front = desk.desktop.windowIDOf("Maps");
     for (const bool isTileFree : {false, true}) {
         SCOPED_TRACE(isTileFree);
-        desk.controller().placeWindow(front, onC.targetID, WorkspaceController::Focusing::yes);
+        desk.controller().perform(command::Place{front, onC.targetID});
         desk.settle();
         ASSERT_EQ(desk.controller().assignments().stackTargetOf(waiting), onC.targetID);
         if (isTileFree) {
@@ -317,8 +316,8 @@ class NamelessDisplay : public ::testing::Test {
         plugIn({1920, 1080});
         desk.layout("jarvis.dual-split", "VM").opens("Mail").opens("Notes").arrange();
         desk.opens("Codex").settle();
-        desk.controller().placeWindow(desk.desktop.windowIDOf("Codex"), desk.controller().tiles().back().targetID,
-                                      WorkspaceController::Focusing::yes);
+        desk.controller().perform(
+            command::Place{desk.desktop.windowIDOf("Codex"), desk.controller().tiles().back().targetID});
         desk.settle();
         before = windowsInTiles();
     }

@@ -23,16 +23,16 @@ class Halves : public ::testing::Test {
     std::size_t newUndoSteps() { return kova().undoHistory().size() - history; }
     void takes(const std::string& label) {
         const CGRect frame = desk.desktop.frameForWindowService(desk.desktop.window(label));
-        ASSERT_TRUE(kova().beginWindowDrag(desk.desktop.windowIDOf(label), frame));
+        ASSERT_TRUE(kova().perform(action::BeginWindowDrag{desk.desktop.windowIDOf(label), frame}));
     }
     /// The frame is in desktop space, the pointer in screen space.
     void letsGo(const std::string& label, const CGRect& frame, CGPoint pointer,
-                WorkspaceController::LettingGo how = WorkspaceController::LettingGo::intoTile,
-                WorkspaceController::WindowDragKind movement = WorkspaceController::WindowDragKind::move) {
+                action::DropMode how = action::DropMode::intoTile,
+                action::WindowDragKind movement = action::WindowDragKind::move) {
         desk.desktop.userMoves(label, frame);
-        kova().updateWindowDrag(pointer, movement);
+        kova().perform(action::UpdateWindowDrag{pointer, movement});
         desk.advance(Seconds(0.2));
-        kova().endWindowDrag(pointer, movement, how);
+        kova().perform(action::EndWindowDrag{pointer, movement, how});
         desk.settle();
     }
 
@@ -43,12 +43,12 @@ class Halves : public ::testing::Test {
 
 TEST_F(Halves, BothNeighboursFollowTheDividerAndUndoPutsItBack) {
     EXPECT_EQ(kova().dividerFrameOnScreen(divider), makeRect(1274, 38, 12, 1392));
-    ASSERT_TRUE(kova().beginDividerDrag(divider));
-    kova().updateDividerDrag(divider, 200);
+    ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
+    kova().perform(action::UpdateDividerDrag{divider, 200});
     EXPECT_EQ(desk.tiles(), "Codex 15,15 1454x1382 | Mail 1491,15 1054x1382")
         << "the first update goes through at once";
-    kova().updateDividerDrag(divider, 400);
-    kova().endDividerDrag(divider);
+    kova().perform(action::UpdateDividerDrag{divider, 400});
+    kova().perform(action::EndDividerDrag{divider});
     desk.settle();
     desk.expectTiles("Codex 15,15 1654x1382 | Mail 1691,15 854x1382");
     const auto& stored = desk.state().profile->layoutWeightsByDisplay.at(divider.displayID).at("jarvis.dual-split");
@@ -60,39 +60,39 @@ TEST_F(Halves, BothNeighboursFollowTheDividerAndUndoPutsItBack) {
 }
 
 TEST_F(Halves, ADividerStopsWhereTheNeighbourCannotShrink) {
-    ASSERT_TRUE(kova().beginDividerDrag(divider));
-    kova().updateDividerDrag(divider, 5000);
-    kova().endDividerDrag(divider);
+    ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
+    kova().perform(action::UpdateDividerDrag{divider, 5000});
+    kova().perform(action::EndDividerDrag{divider});
     desk.settle();
     desk.expectTiles("Codex 15,15 2198x1382 | Mail 2235,15 310x1382");
 }
 
 TEST_F(Halves, ABurstOfUpdatesReachesTheWindowsSixtyTimesASecondAndEndsOnTheLast) {
-    ASSERT_TRUE(kova().beginDividerDrag(divider));
+    ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
     const auto revision = *desk.state().layoutRevision;
     for (int i = 1; i <= 100; ++i) {
-        kova().updateDividerDrag(divider, i);
+        kova().perform(action::UpdateDividerDrag{divider, static_cast<double>(i)});
         desk.advance(Seconds(0.001));
     }
     EXPECT_LE(*desk.state().layoutRevision - revision, 7);
     EXPECT_GE(*desk.state().layoutRevision - revision, 5);
     desk.advance(Seconds(0.02));
     EXPECT_EQ(desk.tiles(), "Codex 15,15 1354x1382 | Mail 1391,15 1154x1382");
-    kova().endDividerDrag(divider);
+    kova().perform(action::EndDividerDrag{divider});
 }
 
 TEST_F(Halves, ADragThatEndsWhereItBeganOrIsCancelledChangesNothing) {
     const auto profile = *desk.state().profile;
-    ASSERT_TRUE(kova().beginDividerDrag(divider));
-    kova().endDividerDrag(divider);
-    ASSERT_TRUE(kova().beginDividerDrag(divider));
-    kova().updateDividerDrag(divider, 300);
+    ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
+    kova().perform(action::EndDividerDrag{divider});
+    ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
+    kova().perform(action::UpdateDividerDrag{divider, 300});
     desk.advance(Seconds(0.1));
-    kova().updateDividerDrag(divider, 0);
-    kova().endDividerDrag(divider);
-    ASSERT_TRUE(kova().beginDividerDrag(divider));
-    kova().updateDividerDrag(divider, 300);
-    kova().cancelDividerDrag();
+    kova().perform(action::UpdateDividerDrag{divider, 0});
+    kova().perform(action::EndDividerDrag{divider});
+    ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
+    kova().perform(action::UpdateDividerDrag{divider, 300});
+    kova().perform(action::CancelDividerDrag{});
     desk.settle();
     desk.expectTiles(kHalves);
     EXPECT_EQ(*desk.state().profile, profile);
@@ -101,42 +101,42 @@ TEST_F(Halves, ADragThatEndsWhereItBeganOrIsCancelledChangesNothing) {
 
 TEST_F(Halves, PollsDoNotFightTheHand) {
     desk.desktop.setVouching(false);
-    ASSERT_TRUE(kova().beginDividerDrag(divider));
-    kova().updateDividerDrag(divider, 300);
+    ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
+    kova().perform(action::UpdateDividerDrag{divider, 300});
     for (int i = 0; i < 30; ++i) {
         desk.advance(Seconds(0.2));
-        kova().updateDividerDrag(divider, 300);
+        kova().perform(action::UpdateDividerDrag{divider, 300});
         ASSERT_EQ(desk.tiles(), "Codex 15,15 1554x1382 | Mail 1591,15 954x1382");
     }
     DisplayLayoutDivider other = divider;
     other.divider.boundaryIndex = 7;
-    kova().updateDividerDrag(other, -300);
-    kova().endDividerDrag(other);
+    kova().perform(action::UpdateDividerDrag{other, -300});
+    kova().perform(action::EndDividerDrag{other});
     desk.advance(Seconds(0.1));
     EXPECT_EQ(desk.tiles(), "Codex 15,15 1554x1382 | Mail 1591,15 954x1382") << "another divider is another matter";
-    kova().endDividerDrag(divider);
+    kova().perform(action::EndDividerDrag{divider});
 }
 
 TEST_F(Halves, ADoubleClickForgetsTheWeightsAndAForeignDividerIsRefused) {
-    EXPECT_FALSE(kova().resetDivider(divider)) << "nothing to forget";
-    ASSERT_TRUE(kova().beginDividerDrag(divider));
-    kova().updateDividerDrag(divider, 300);
-    kova().endDividerDrag(divider);
-    EXPECT_TRUE(kova().resetDivider(divider));
+    EXPECT_FALSE(kova().perform(action::ResetDivider{divider})) << "nothing to forget";
+    ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
+    kova().perform(action::UpdateDividerDrag{divider, 300});
+    kova().perform(action::EndDividerDrag{divider});
+    EXPECT_TRUE(kova().perform(action::ResetDivider{divider}));
     desk.settle();
     desk.expectTiles(kHalves);
     DisplayLayoutDivider gone = divider;
     gone.displayID = "display-gone";
-    EXPECT_FALSE(kova().beginDividerDrag(gone));
+    EXPECT_FALSE(kova().perform(action::BeginDividerDrag{gone}));
     desk.layout("jarvis.dual-stack");
-    EXPECT_FALSE(kova().beginDividerDrag(divider));
+    EXPECT_FALSE(kova().perform(action::BeginDividerDrag{divider}));
 }
 
 TEST_F(Halves, ADividerDragIsAbandonedWhenTheMachineSleeps) {
-    ASSERT_TRUE(kova().beginDividerDrag(divider));
-    kova().updateDividerDrag(divider, 300);
+    ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
+    kova().perform(action::UpdateDividerDrag{divider, 300});
     desk.sleep();
-    kova().endDividerDrag(divider);
+    kova().perform(action::EndDividerDrag{divider});
     desk.wake().settle();
     desk.expectTiles(kHalves);
 }
@@ -150,7 +150,7 @@ TEST_F(Halves, NoDividersOnADisplayThatAZoomedWindowOwns) {
 TEST_F(Halves, AWindowDroppedOnAnotherTileMovesThereAndUndoPutsItBack) {
     takes("Mail");
     desk.desktop.userMoves("Mail", makeRect(400, 300, 1254, 1382));
-    kova().updateWindowDrag({500, 700}, WorkspaceController::WindowDragKind::move);
+    kova().perform(action::UpdateWindowDrag{{500, 700}, action::WindowDragKind::move});
     EXPECT_EQ(*desk.state().dropTargetSlotID, desk.targetID("A", "focus-main"));
     letsGo("Mail", makeRect(420, 300, 1254, 1382), {500, 700});
     EXPECT_EQ(*desk.state().dropTargetSlotID, std::nullopt);
@@ -175,15 +175,14 @@ TEST_F(Halves, AWindowHeldStillIsNotTakenOutOfTheHand) {
     desk.desktop.userMoves("Mail", makeRect(1000, 300, 1254, 1382));
     for (int i = 0; i < 10; ++i) desk.advance(Seconds(0.5));
     EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Mail")), "Mail 1000,300 1254x1382");
-    kova().endWindowDrag({2000, 700}, WorkspaceController::WindowDragKind::move,
-                         WorkspaceController::LettingGo::intoTile);
+    kova().perform(action::EndWindowDrag{{2000, 700}, action::WindowDragKind::move, action::DropMode::intoTile});
     desk.settle();
     desk.expectTiles(kHalves);
 }
 
 TEST_F(Halves, WithShiftItFloatsUntilTheNextArrangementOrUntilItIsDroppedOnATile) {
     takes("Mail");
-    letsGo("Mail", makeRect(1000, 300, 1254, 1000), {2000, 700}, WorkspaceController::LettingGo::floating);
+    letsGo("Mail", makeRect(1000, 300, 1254, 1000), {2000, 700}, action::DropMode::floating);
     desk.expectTiles("Codex 15,15 1254x1382 | -");
     EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Mail")), "Mail 1000,300 1254x1000");
     takes("Mail");
@@ -194,17 +193,17 @@ TEST_F(Halves, WithShiftItFloatsUntilTheNextArrangementOrUntilItIsDroppedOnATile
 
 TEST_F(Halves, AWindowPulledWiderTakesTheDividerAlong) {
     takes("Codex");
-    letsGo("Codex", makeRect(15, 15, 1554, 1382), {1569, 700}, WorkspaceController::LettingGo::intoTile,
-           WorkspaceController::WindowDragKind::resize);
+    letsGo("Codex", makeRect(15, 15, 1554, 1382), {1569, 700}, action::DropMode::intoTile,
+           action::WindowDragKind::resize);
     desk.expectTiles("Codex 15,15 1554x1382 | Mail 1591,15 954x1382");
     EXPECT_EQ(newUndoSteps(), 1u);
     takes("Mail");
-    letsGo("Mail", makeRect(1291, 15, 1254, 1382), {1291, 700}, WorkspaceController::LettingGo::intoTile,
-           WorkspaceController::WindowDragKind::resize);
+    letsGo("Mail", makeRect(1291, 15, 1254, 1382), {1291, 700}, action::DropMode::intoTile,
+           action::WindowDragKind::resize);
     desk.expectTiles(kHalves);
     takes("Codex");
-    letsGo("Codex", makeRect(15, 15, 1254, 700), {700, 725}, WorkspaceController::LettingGo::intoTile,
-           WorkspaceController::WindowDragKind::resize);
+    letsGo("Codex", makeRect(15, 15, 1254, 700), {700, 725}, action::DropMode::intoTile,
+           action::WindowDragKind::resize);
     desk.expectTiles(kHalves); // there is no divider at the display's edge
 }
 
@@ -212,9 +211,9 @@ TEST_F(Halves, BothEdgesOfAPulledCornerFollowWhateverWeightsTheirSplitsHad) {
     desk.layout("jarvis.quad-grid").opens("Notes").opens("Viewer").arrange();
     for (const auto& each : kova().dividers()) {
         if (each.divider.splitID != "root.1") continue;
-        ASSERT_TRUE(kova().beginDividerDrag(each));
-        kova().updateDividerDrag(each, 200);
-        kova().endDividerDrag(each);
+        ASSERT_TRUE(kova().perform(action::BeginDividerDrag{each}));
+        kova().perform(action::UpdateDividerDrag{each, 200});
+        kova().perform(action::EndDividerDrag{each});
         break;
     }
     desk.desktop.resizeDisplay("A", {1920, 1440}); // the weights were stored as lengths of the wider display
@@ -223,17 +222,16 @@ TEST_F(Halves, BothEdgesOfAPulledCornerFollowWhateverWeightsTheirSplitsHad) {
     const CGRect before = corner();
     takes("Viewer");
     letsGo("Viewer", makeRect(minX(before) - 100, minY(before) - 50, before.size.width + 100, before.size.height + 50),
-           {minX(before), 1440 - minY(before)}, WorkspaceController::LettingGo::intoTile,
-           WorkspaceController::WindowDragKind::resize);
+           {minX(before), 1440 - minY(before)}, action::DropMode::intoTile, action::WindowDragKind::resize);
     EXPECT_NEAR(minX(corner()), minX(before) - 100, 1);
     EXPECT_NEAR(minY(corner()), minY(before) - 50, 1);
 }
 
 TEST_F(Halves, AnotherActionComesFirstAndEndsTheDragWhereItBegan) {
-    ASSERT_TRUE(kova().beginDividerDrag(divider));
-    kova().updateDividerDrag(divider, 300);
+    ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
+    kova().perform(action::UpdateDividerDrag{divider, 300});
     desk.perform(action::Arrange{});
-    kova().endDividerDrag(divider);
+    kova().perform(action::EndDividerDrag{divider});
     desk.settle();
     desk.expectTiles(kHalves);
     EXPECT_EQ(newUndoSteps(), 1u) << "the arrangement alone";
@@ -242,8 +240,8 @@ TEST_F(Halves, AnotherActionComesFirstAndEndsTheDragWhereItBegan) {
 TEST_F(Halves, ResizingAFloatingWindowIsNoDrop) {
     desk.opens("Notes", {.frame = makeRect(100, 100, 500, 400)}).advance(Seconds(1));
     takes("Notes");
-    letsGo("Notes", makeRect(100, 100, 800, 600), {850, 600}, WorkspaceController::LettingGo::intoTile,
-           WorkspaceController::WindowDragKind::resize);
+    letsGo("Notes", makeRect(100, 100, 800, 600), {850, 600}, action::DropMode::intoTile,
+           action::WindowDragKind::resize);
     EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Notes")), "Notes 100,100 800x600");
     EXPECT_EQ(newUndoSteps(), 0u);
 }

@@ -23,7 +23,7 @@ class Launching : public ::testing::Test {
         desk.expectTiles(kAlone);
     }
     void launch(const LaunchableApplication& application, const char* slot, const char* display = "A") {
-        EXPECT_TRUE(desk.controller().launchApplication(application, desk.displayIDOf(display), slot));
+        EXPECT_TRUE(desk.controller().perform(action::LaunchApplication{application, desk.displayIDOf(display), slot}));
     }
     std::size_t waiting() { return desk.controller().pendingApplicationPlacements().size(); }
 
@@ -125,7 +125,7 @@ TEST_F(Launching, AFailureIsToldAndNobodyWaitsAnyMore) {
 
     desk.desktop.setTrusted(false);
     desk.settle();
-    EXPECT_FALSE(desk.controller().launchApplication(broken, desk.displayIDOf("A"), kRight));
+    EXPECT_FALSE(desk.controller().perform(action::LaunchApplication{broken, desk.displayIDOf("A"), kRight}));
     desk.expectMessage("Accessibility permission is required");
     EXPECT_EQ(waiting(), 0u);
 }
@@ -208,12 +208,12 @@ TEST(LaunchingOnANamelessDisplay, ItsTileIsFoundAfterAChangeOfSize) {
     desk.desktop.addDisplay({.name = "VM", .size = {1920, 1080}, .origin = CGPoint{0, 0}, .canTellUUID = false});
     desk.layout("jarvis.dual-split", "VM").opens("Mail").arrange();
     const auto notes = desk.desktop.install("Notes", {.startsAfter = Seconds(4)});
-    EXPECT_TRUE(desk.controller().launchApplication(notes, desk.displayIDOf("VM"), kRight));
+    EXPECT_TRUE(desk.controller().perform(action::LaunchApplication{notes, desk.displayIDOf("VM"), kRight}));
     desk.advance(Seconds(1)).desktop.resizeDisplay("VM", {2560, 1440});
     desk.advance(Seconds(8)).expectTiles("Mail 15,15 1254x1382 | Notes 1291,15 1254x1382");
     EXPECT_TRUE(desk.controller().pendingApplicationPlacements().empty());
     const auto broken = desk.desktop.install("Broken", {.fails = "Broken is broken", .startsAfter = Seconds(2)});
-    EXPECT_TRUE(desk.controller().launchApplication(broken, desk.displayIDOf("VM"), kRight));
+    EXPECT_TRUE(desk.controller().perform(action::LaunchApplication{broken, desk.displayIDOf("VM"), kRight}));
     desk.advance(Seconds(1)).desktop.resizeDisplay("VM", {1920, 1080});
     desk.advance(Seconds(3));
     EXPECT_TRUE(desk.controller().pendingApplicationPlacements().empty());
@@ -241,7 +241,7 @@ PreferenceData arrangingProfile() {
     profile.layoutID = "jarvis.dual-split";
     Scenario desk;
     desk.preferences.setValue("KOVA.workspaceProfile.v1", PreferenceData{encodeWorkspaceProfile(profile)});
-    desk.controller().setAutoArrangeOnLaunch(true);
+    desk.controller().perform(action::Switch{action::Setting::autoArrangeOnLaunch, true});
     return *desk.preferences.data("KOVA.workspaceProfile.v1");
 }
 
@@ -250,9 +250,9 @@ TEST(ArrangingAfterTheStart, LeavesAloneWhatARuleHasPlaced) {
     desk.preferences.setValue("KOVA.workspaceProfile.v1", arrangingProfile());
     desk.display(2560, 1440).opens("Mail").start().settle();
     desk.expectTiles("Mail 15,15 1254x1382 | -"); // learnt
-    desk.controller().addRule(
-        {Uuid::random(), "Mail aside", true, "sim.mail", std::nullopt, std::nullopt, disposition::Tile{kRight}});
-    desk.controller().setContinuousManagementEnabled(true);
+    desk.controller().perform(action::AddRule{
+        {Uuid::random(), "Mail aside", true, "sim.mail", std::nullopt, std::nullopt, disposition::Tile{kRight}}});
+    desk.controller().perform(action::Switch{action::Setting::continuousManagement, true});
     desk.desktop.quit("Mail");
     desk.settle().opens("Mail", {.frame = kSomewhere}).opens("Mail", {.frame = kSomewhere});
     desk.restart().expectTiles("- | Mail 2 1291,15 1254x1382 + Mail");

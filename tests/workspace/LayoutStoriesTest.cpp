@@ -49,11 +49,11 @@ TEST(LayoutStories, CyclingGoesThroughTheWholeCatalogueAndRound) {
     desk.display(2560, 1440).layout("jarvis.super-ultrawide-5120x1440").start();
     auto& controller = desk.controller();
     const auto current = [&] { return controller.resolvedLayout(desk.displayIDOf("A"))->id; };
-    EXPECT_TRUE(controller.selectNextLayout());
+    EXPECT_TRUE(controller.perform(action::CycleLayout{}));
     EXPECT_EQ(current(), "jarvis.command-center");
-    EXPECT_TRUE(controller.selectPreviousLayout());
+    EXPECT_TRUE(controller.perform(action::CycleLayout{LayoutStep::previous}));
     EXPECT_EQ(current(), "jarvis.super-ultrawide-5120x1440");
-    for (std::size_t i = 0; i < controller.catalogue().size(); ++i) controller.selectNextLayout();
+    for (std::size_t i = 0; i < controller.catalogue().size(); ++i) controller.perform(action::CycleLayout{});
     EXPECT_EQ(current(), "jarvis.super-ultrawide-5120x1440");
 }
 
@@ -75,15 +75,18 @@ TEST(LayoutStories, AutomaticPicksByTheDisplay) {
     desk.desktop.setPanels("D", makeRect(0, 60, 0, 0)); // what it leaves free is more than 3 to 1
     auto& controller = desk.controller();
     const auto automatic = [&](const char* name) {
-        EXPECT_EQ(controller.selectLayout(desk.displayIDOf(name), DisplayLayoutSelection::automatic()), true);
+        EXPECT_EQ(controller.perform(action::SelectLayout{desk.displayIDOf(name), DisplayLayoutSelection::automatic()}),
+                  true);
         return controller.resolvedLayout(desk.displayIDOf(name))->id;
     };
     EXPECT_EQ(automatic("A"), "jarvis.command-center");
     EXPECT_EQ(automatic("B"), "jarvis.compact-16-by-9");
     EXPECT_EQ(automatic("C"), "jarvis.super-ultrawide-5120x1440");
     EXPECT_EQ(automatic("D"), "jarvis.command-center");
-    EXPECT_EQ(controller.selectLayout("display-nowhere", DisplayLayoutSelection::automatic()), false);
-    EXPECT_EQ(controller.selectLayout(desk.displayIDOf("A"), DisplayLayoutSelection::layout("none such")), false);
+    EXPECT_EQ(controller.perform(action::SelectLayout{"display-nowhere", DisplayLayoutSelection::automatic()}), false);
+    EXPECT_EQ(
+        controller.perform(action::SelectLayout{desk.displayIDOf("A"), DisplayLayoutSelection::layout("none such")}),
+        false);
 }
 
 TEST(LayoutStories, WeightsShapeTheTilesUntilTheyAreReset) {
@@ -95,7 +98,7 @@ TEST(LayoutStories, WeightsShapeTheTilesUntilTheyAreReset) {
     desk.preferences.setValue("KOVA.workspaceProfile.v1", PreferenceData{encodeWorkspaceProfile(profile)});
     desk.opens("Codex").opens("Mail").arrange();
     desk.expectTiles("Codex 15,15 1886x1382 | Mail 1923,15 622x1382");
-    EXPECT_TRUE(desk.controller().resetLayoutSizes());
+    EXPECT_TRUE(desk.controller().perform(action::ResetLayoutSizes{}));
     desk.settle();
     desk.expectTiles(kHalves);
     EXPECT_TRUE(desk.state().profile->layoutWeightsByDisplay.empty());
@@ -115,11 +118,11 @@ TEST(LayoutStories, TilesFollowTheDisplayAndItsPanels) {
 TEST(LayoutStories, TheInsetIsTheGapAroundWindows) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
-    EXPECT_TRUE(desk.controller().setTileInset(0));
+    EXPECT_TRUE(desk.controller().perform(action::SetTileInset{0}));
     desk.settle();
     desk.expectTiles("Codex 10,10 1264x1392 | Mail 1286,10 1264x1392");
-    EXPECT_FALSE(desk.controller().setTileInset(-1));
-    EXPECT_FALSE(desk.controller().setTileInset(std::nan("")));
+    EXPECT_FALSE(desk.controller().perform(action::SetTileInset{-1}));
+    EXPECT_FALSE(desk.controller().perform(action::SetTileInset{std::nan("")}));
 }
 
 TEST(FocusModeStories, OneWindowTakesTheDisplayAndGivesItBack) {
@@ -150,7 +153,7 @@ TEST(FocusModeStories, EveryOtherActionStartsFromTheRestoredWorkspace) {
 TEST(LayoutStories, ADisplayThatPicksAnotherLayoutByItsSizeTakesItsWindowsAlong) {
     Scenario desk;
     desk.display(1920, 1080);
-    desk.controller().selectLayout(desk.displayIDOf("A"), DisplayLayoutSelection::automatic());
+    desk.controller().perform(action::SelectLayout{desk.displayIDOf("A"), DisplayLayoutSelection::automatic()});
     desk.opens("Codex").opens("Mail").opens("Notes").arrange();
     const auto steps = desk.controller().undoHistory().size();
     desk.desktop.resizeDisplay("A", {5120, 1440});
@@ -189,9 +192,9 @@ TEST(LayoutStories, ASpanKeepsClearOfTheTilesNextToItWhenTheseGrow) {
     const auto middleRow = std::ranges::find(dividers, "root.1", [](const auto& each) { return each.divider.splitID; });
     ASSERT_NE(middleRow, dividers.end());
     for (const auto& [translation, expected] : {std::pair{-300.0, 954}, std::pair{300.0, 1254}}) {
-        ASSERT_TRUE(desk.controller().beginDividerDrag(*middleRow));
-        desk.controller().updateDividerDrag(*middleRow, translation);
-        desk.controller().endDividerDrag(*middleRow);
+        ASSERT_TRUE(desk.controller().perform(action::BeginDividerDrag{*middleRow}));
+        desk.controller().perform(action::UpdateDividerDrag{*middleRow, translation});
+        desk.controller().perform(action::EndDividerDrag{*middleRow});
         desk.settle().expectTiles("Codex 15,15 " + std::to_string(expected) + "x1382 | - | (Codex) | - | (Codex) | -");
         desk.undo().settle();
     }
@@ -316,12 +319,11 @@ TEST(NavigationStories, ACycleThatClaimsASpanLosesNobody) {
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     for (const char* name : {"Codex", "Firefox", "Mail", "Viewer"}) desk.opens(name);
     desk.arrange();
-    desk.controller().setBringsNextForward(false);
+    desk.controller().perform(action::Switch{action::Setting::bringsNextForward, false});
     desk.opens("Big", {.minimumSize = {{2000, 1300}}}).advance(Seconds(1));
     desk.desktop.userFocuses("Codex");
     const std::string anchor = desk.targetID("A", "focus-main");
-    ASSERT_TRUE(
-        desk.controller().placeWindow(desk.desktop.windowIDOf("Big"), anchor, WorkspaceController::Focusing::yes));
+    ASSERT_TRUE(desk.controller().perform(command::Place{desk.desktop.windowIDOf("Big"), anchor}));
     EXPECT_EQ(desk.state().stackWindowIDsByTarget->at(anchor).size(), 5u);
     desk.settle();
     desk.cycleStack();

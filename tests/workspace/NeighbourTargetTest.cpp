@@ -68,8 +68,7 @@ TEST(NeighbourTarget, TheTilesOfASpanAreNoNeighborsOfIt) {
         const auto& controller = desk.controller();
         const auto tiles = controller.tiles();
         const std::string mail = desk.desktop.windowIDOf("Mail");
-        using enum WorkspaceController::Focusing;
-        ASSERT_TRUE(desk.controller().placeWindow(mail, tiles[c.at].targetID, yes));
+        ASSERT_TRUE(desk.controller().perform(command::Place{mail, tiles[c.at].targetID}));
         desk.settle();
         ASSERT_EQ(controller.assignments().targetsOf(mail).size(), 2u);
         desk.move(c.direction);

@@ -30,14 +30,14 @@ class Quitting : public ::testing::Test {
 };
 
 TEST_F(Quitting, AnApplicationIsAskedAndItsTileIsFreeSoonAfter) {
-    EXPECT_TRUE(desk.controller().quitApplication(desk.desktop.windowIDOf("Mail")));
+    EXPECT_TRUE(desk.controller().perform(action::QuitApplication{desk.desktop.windowIDOf("Mail")}));
     desk.expectMessage("Quit requested for Mail");
     EXPECT_EQ(asked(), "Mail: terminate");
     desk.settle();
     EXPECT_FALSE(desk.desktop.isRunning("Mail"));
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 1u);
-    EXPECT_FALSE(desk.controller().quitApplication("101:16")) << "it is gone";
-    EXPECT_FALSE(desk.controller().forceQuitApplication("nobody"));
+    EXPECT_FALSE(desk.controller().perform(action::QuitApplication{"101:16"})) << "it is gone";
+    EXPECT_FALSE(desk.controller().perform(action::ForceQuitApplication{"nobody"}));
     desk.expectMessage("Quit requested for Mail");
 }
 
@@ -45,9 +45,9 @@ TEST_F(Quitting, WhoRefusesStaysManagedUntilForced) {
     const std::string before = desk.tiles();
     desk.desktop.setQuittingHabit("Mail", QuittingHabit::refuses);
     const auto mail = desk.desktop.windowIDOf("Mail");
-    EXPECT_TRUE(desk.controller().quitApplication(mail));
+    EXPECT_TRUE(desk.controller().perform(action::QuitApplication{mail}));
     desk.settle().expectTiles(before);
-    EXPECT_TRUE(desk.controller().forceQuitApplication(mail));
+    EXPECT_TRUE(desk.controller().perform(action::ForceQuitApplication{mail}));
     desk.expectMessage("Force quit requested for Mail");
     EXPECT_EQ(asked(), "Mail: terminate, Mail: force terminate");
     desk.settle();
@@ -57,13 +57,16 @@ TEST_F(Quitting, WhoRefusesStaysManagedUntilForced) {
 TEST_F(Quitting, AnApplicationWhoseProcessIsUncertainIsNotForced) {
     desk.desktop.launch("Maps", {.isVerified = false});
     desk.opens("Maps").settle();
-    EXPECT_FALSE(desk.controller().forceQuitApplication(desk.desktop.windowIDOf("Maps")));
+    EXPECT_FALSE(desk.controller().perform(action::ForceQuitApplication{desk.desktop.windowIDOf("Maps")}));
     desk.expectMessage("Maps was not force quit: its process is not known");
-    const auto outcome = desk.controller().forceQuit(desk.controller().regularApplicationsToForceQuit());
+    const auto performed =
+        desk.controller().perform(action::ForceQuit{desk.controller().regularApplicationsToForceQuit()});
+    const auto& outcome = *performed.details<ForceQuitOutcome>();
     EXPECT_EQ(outcome.ended.size(), 2u);
     EXPECT_EQ(outcome.refusals, std::vector<std::string>{"Maps was not force quit: its process is not known"});
     EXPECT_EQ(asked(), "Mail: force terminate, Notes: force terminate");
-    EXPECT_TRUE(desk.controller().quitApplication(desk.desktop.windowIDOf("Maps"))) << "asking harms no other process";
+    EXPECT_TRUE(desk.controller().perform(action::QuitApplication{desk.desktop.windowIDOf("Maps")}))
+        << "asking harms no other process";
 }
 
 TEST_F(Quitting, AZoomedApplicationFirstGivesTheDisplayBack) {
@@ -72,7 +75,7 @@ TEST_F(Quitting, AZoomedApplicationFirstGivesTheDisplayBack) {
     desk.desktop.setQuittingHabit("Mail", QuittingHabit::refuses);
     desk.zoom();
     ASSERT_TRUE(*desk.state().focusMode);
-    EXPECT_TRUE(desk.controller().quitApplication(desk.desktop.windowIDOf("Mail")));
+    EXPECT_TRUE(desk.controller().perform(action::QuitApplication{desk.desktop.windowIDOf("Mail")}));
     EXPECT_FALSE(*desk.state().focusMode);
     desk.expectMessage("Quit requested for Mail");
     desk.settle().expectTiles(before);
@@ -81,8 +84,10 @@ TEST_F(Quitting, AZoomedApplicationFirstGivesTheDisplayBack) {
 TEST_F(Quitting, WhatTheDesktopConsistsOfStays) {
     desk.desktop.launch("Files", {.isPartOfDesktop = true});
     desk.opens("Files").settle();
-    for (const auto end : {&WorkspaceController::quitApplication, &WorkspaceController::forceQuitApplication}) {
-        EXPECT_FALSE((desk.controller().*end)(desk.desktop.windowIDOf("Files")));
+    const std::string files = desk.desktop.windowIDOf("Files");
+    for (const WorkspaceAction& end :
+         {WorkspaceAction(action::QuitApplication{files}), WorkspaceAction(action::ForceQuitApplication{files})}) {
+        EXPECT_FALSE(desk.controller().perform(end));
         desk.expectMessage("Files belongs to the desktop and stays open");
     }
     EXPECT_EQ(asked(), "");
@@ -101,7 +106,7 @@ TEST_F(Quitting, AllAtOnceIsAskedFirst) {
     desk.desktop.beginTerminating("Leaving");
     desk.settle();
 
-    desk.controller().forceQuitAllApplications();
+    desk.controller().perform(action::ForceQuitAll{});
     const Alert question{.title = "Force Quit All Open Applications?",
                          .text = "This immediately closes 5 applications. Unsaved changes will be lost. KOVA and "
                                  "Finder will stay open.\n\nÄhre\nfinder\nMail\nNotes\nUnknown Application",
@@ -113,7 +118,7 @@ TEST_F(Quitting, AllAtOnceIsAskedFirst) {
     EXPECT_EQ(asked(), "");
 
     // Who comes or is replaced while the question stands was not asked about.
-    desk.controller().forceQuitAllApplications();
+    desk.controller().perform(action::ForceQuitAll{});
     desk.desktop.takeAlerts();
     desk.desktop.quit("Notes");
     desk.opens("Maps");
@@ -127,7 +132,7 @@ TEST_F(Quitting, AllAtOnceIsAskedFirst) {
 }
 
 TEST_F(Quitting, NothingToEndIsToldAndSoIsNothingEnded) {
-    desk.controller().forceQuitAllApplications();
+    desk.controller().perform(action::ForceQuitAll{});
     desk.desktop.takeAlerts();
     desk.desktop.quit("Mail");
     desk.desktop.quit("Notes");
@@ -136,7 +141,7 @@ TEST_F(Quitting, NothingToEndIsToldAndSoIsNothingEnded) {
 
     desk.desktop.launch("KOVA");
     desk.desktop.launch("Finder", {.bundleIdentifier = "com.apple.finder"});
-    desk.controller().forceQuitAllApplications();
+    desk.controller().perform(action::ForceQuitAll{});
     const Alert notice{.title = "No Open Applications",
                        .text = "There are no regular applications to close. KOVA and Finder are always kept open.",
                        .confirmButton = "OK",

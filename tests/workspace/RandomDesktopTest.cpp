@@ -135,11 +135,12 @@ class RandomDay {
         const auto application = anyOf({mail_, notes_, broken_});
         const auto& tile = tiles[below(tiles.size())];
         story_ += " " + application.name + " into " + tile.targetID;
-        (void)desk_.controller().launchApplication(application, tile.displayID, tile.slot.id);
+        (void)desk_.controller().perform(action::LaunchApplication{application, tile.displayID, tile.slot.id});
     }
     void endApplication(const std::string& label) {
         const std::string id = desk_.desktop.windowIDOf(label);
-        (void)(chance(2) ? desk_.controller().quitApplication(id) : desk_.controller().forceQuitApplication(id));
+        (void)(chance(2) ? desk_.controller().perform(action::QuitApplication{id})
+                         : desk_.controller().perform(action::ForceQuitApplication{id}));
     }
     void act(const WorkspaceAction& action) {
         desk_.controller().perform(action);
@@ -225,36 +226,36 @@ class RandomDay {
         rule.disposition = anyOf<WorkspaceRuleDisposition>(
             {disposition::Tile{"focus-main"}, disposition::Tile{"secondary-2"}, disposition::Float{}});
         if (chance(3)) rule.titleContains = "draft";
-        (void)desk_.controller().addRule(rule);
+        (void)desk_.controller().perform(action::AddRule{rule});
     }
     void dragDivider() {
         const auto dividers = desk_.controller().dividers();
         if (dividers.empty()) return;
         const auto& divider = dividers[below(dividers.size())];
-        if (!desk_.controller().beginDividerDrag(divider)) return;
+        if (!desk_.controller().perform(action::BeginDividerDrag{divider})) return;
         for (std::size_t moves = below(4); moves > 0; --moves) {
-            desk_.controller().updateDividerDrag(divider, anyDistance());
+            desk_.controller().perform(action::UpdateDividerDrag{divider, anyDistance()});
             holdOn();
         }
         if (chance(3)) {
-            desk_.controller().cancelDividerDrag();
+            desk_.controller().perform(action::CancelDividerDrag{});
         } else {
-            desk_.controller().endDividerDrag(divider);
+            desk_.controller().perform(action::EndDividerDrag{divider});
         }
     }
     void resetDivider() {
         const auto dividers = desk_.controller().dividers();
-        if (!dividers.empty()) desk_.controller().resetDivider(dividers[below(dividers.size())]);
+        if (!dividers.empty()) desk_.controller().perform(action::ResetDivider{dividers[below(dividers.size())]});
     }
     /// The controller may be another one after every pause.
     void dragWindow(const std::string& label) {
-        using enum WorkspaceController::WindowDragKind;
-        using enum WorkspaceController::LettingGo;
+        using enum action::WindowDragKind;
+        using enum action::DropMode;
         const auto& window = desk_.desktop.window(label);
         const auto movement = chance(3) ? resize : move;
         story_ += movement == resize ? " by an edge" : "";
-        if (!desk_.controller().beginWindowDrag(desk_.desktop.windowIDOf(label),
-                                                desk_.desktop.frameForWindowService(window))) {
+        if (!desk_.controller().perform(action::BeginWindowDrag{desk_.desktop.windowIDOf(label),
+                                                                desk_.desktop.frameForWindowService(window)})) {
             return;
         }
         CGPoint pointer{};
@@ -265,16 +266,16 @@ class RandomDay {
             const bool lives =
                 std::any_of(living.begin(), living.end(), [&](const auto* w) { return w->label() == label; });
             if (lives) desk_.desktop.userMoves(label, frame);
-            desk_.controller().updateWindowDrag(pointer, movement);
+            desk_.controller().perform(action::UpdateWindowDrag{pointer, movement});
             holdOn();
         }
         if (chance(4)) {
             story_ += " and gives up";
-            desk_.controller().cancelWindowDrag();
+            desk_.controller().perform(action::CancelWindowDrag{});
         } else {
             const auto lettingGo = chance(4) ? floating : intoTile;
             story_ += lettingGo == floating ? " and lets it float" : " and lets it go";
-            desk_.controller().endWindowDrag(pointer, movement, lettingGo);
+            desk_.controller().perform(action::EndWindowDrag{pointer, movement, lettingGo});
         }
     }
     /// What happens on a Mac only; a person elsewhere goes on with the work.
@@ -363,11 +364,11 @@ class RandomDay {
         {"focus", [this] { act(action::Focus{anyDirection()}); }},
         {"move", [this] { act(action::Move{anyDirection()}); }},
         {"move", [this] { act(action::Move{anyDirection()}); }},
-        {"captures", [this] { desk_.controller().captureScene(); }},
+        {"captures", [this] { desk_.controller().perform(action::CaptureScene{}); }},
         {"opens a scene", [this] { openScene(); }},
         {"launches", [this] { launchIntoAnyTile(); }},
-        {"next layout", [this] { desk_.controller().selectNextLayout(); }},
-        {"previous layout", [this] { desk_.controller().selectPreviousLayout(); }},
+        {"next layout", [this] { desk_.controller().perform(action::CycleLayout{}); }},
+        {"previous layout", [this] { desk_.controller().perform(action::CycleLayout{LayoutStep::previous}); }},
         {"drags divider", [this] { dragDivider(); }},
         {"drags divider", [this] { dragDivider(); }},
         {"drags into a tile", [this] { withAnyWindow([&](const auto& label) { dragWindow(label); }); }},
@@ -431,14 +432,18 @@ class RandomDay {
         {"undergoes", [this] { undergoAnything(); }},
         {"loses", [this] { loseAnyWindow(); }},
         {"renumbers", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.renumber(label); }); }},
-        {"inset", [this] { desk_.controller().setTileInset(static_cast<double>(below(12))); }},
+        {"inset", [this] { desk_.controller().perform(action::SetTileInset{static_cast<double>(below(12))}); }},
         {"resets divider", [this] { resetDivider(); }},
         {"rules",
-         [this] { desk_.controller().setContinuousManagementEnabled(!*desk_.state().continuousManagementEnabled); }},
+         [this] {
+             desk_.controller().perform(
+                 action::Switch{action::Setting::continuousManagement, !*desk_.state().continuousManagementEnabled});
+         }},
         {"adds a rule", [this] { addRule(); }},
         {"drops a rule",
          [this] {
-             if (!desk_.state().rules->empty()) desk_.controller().deleteRule(Uuid(desk_.state().rules->front().id));
+             if (!desk_.state().rules->empty())
+                 desk_.controller().perform(action::DeleteRule{Uuid(desk_.state().rules->front().id)});
          }},
         {"restart", [this] { desk_.restart(); }},
         {"trouble of a Mac", [this] { haveMacTrouble(); }},

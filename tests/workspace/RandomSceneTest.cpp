@@ -24,7 +24,7 @@ class RandomScene {
         desk_.settle();
         for (std::size_t i = 2 + below(8); i > 0; --i) disturb();
         desk_.advance(Seconds(5));
-        desk_.controller().captureScene();
+        desk_.controller().perform(action::CaptureScene{});
         const Uuid scene = desk_.state().scenes->back().id;
         const auto captured = desk_.controller().assignments();
         const bool hasTilesWithoutFront = hasStackWithoutFront(captured);
@@ -65,12 +65,12 @@ class RandomScene {
             controller.perform(action::Arrange{});
             break;
         case 1:
-            controller.selectNextLayout();
+            controller.perform(action::CycleLayout{});
             break;
         case 2:
             if (desk_.desktop.isOnScreen(desk_.desktop.window(label))) {
-                controller.placeWindow(desk_.desktop.windowIDOf(label), tiles[below(tiles.size())].targetID,
-                                       WorkspaceController::Focusing::no);
+                controller.perform(
+                    command::Place{desk_.desktop.windowIDOf(label), tiles[below(tiles.size())].targetID});
             }
             break;
         case 3:
@@ -78,7 +78,7 @@ class RandomScene {
             controller.perform(action::CycleStack{});
             break;
         case 4:
-            controller.setTileInset(static_cast<double>(below(9)));
+            controller.perform(action::SetTileInset{static_cast<double>(below(9))});
             break;
         case 5:
             desk_.desktop.userMoves(label, makeRect(static_cast<double>(below(900)), 50, 600, 400));

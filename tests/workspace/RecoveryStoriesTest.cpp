@@ -60,8 +60,7 @@ TEST_F(Recovery, WhoWaitedBehindAnotherIsAwaitedAlthoughAllInFrontAreBack) {
     desk.opens("Maps").settle();
     const auto tile = desk.controller().tiles().front();
     const std::string waiting = desk.desktop.labelOfID(*tile.windowID);
-    ASSERT_TRUE(desk.controller().placeWindow(desk.desktop.windowIDOf("Maps"), tile.targetID,
-                                              WorkspaceController::Focusing::yes));
+    ASSERT_TRUE(desk.controller().perform(command::Place{desk.desktop.windowIDOf("Maps"), tile.targetID}));
     desk.settle();
     picture = desk.tiles();
     ASSERT_NE(picture.find(" + " + waiting), std::string::npos);
@@ -156,19 +155,23 @@ TEST_F(Recovery, SuspendedMeansThatEveryWishIsRefusedInASentence) {
         {"cycle", [&] { return kova.perform(action::CycleStack{}); }},
         {"zoom", [&] { return kova.perform(action::ToggleFocusZoom{}); }},
         {"undo", [&] { return kova.perform(action::Undo{}); }},
-        {"layout", [&] { return kova.selectNextLayout(); }},
-        {"inset", [&] { return kova.setTileInset(20); }},
-        {"sizes", [&] { return kova.resetLayoutSizes(); }},
-        {"divider", [&] { return kova.resetDivider(divider); }},
-        {"drag", [&] { return kova.beginDividerDrag(divider); }},
-        {"launch", [&] { return kova.launchApplication(desk.desktop.install("Codex"), tile.displayID, tile.slot.id); }},
+        {"layout", [&] { return kova.perform(action::CycleLayout{}); }},
+        {"inset", [&] { return kova.perform(action::SetTileInset{20}); }},
+        {"sizes", [&] { return kova.perform(action::ResetLayoutSizes{}); }},
+        {"divider", [&] { return kova.perform(action::ResetDivider{divider}); }},
+        {"drag", [&] { return kova.perform(action::BeginDividerDrag{divider}); }},
+        {"launch",
+         [&] {
+             return kova.perform(
+                 action::LaunchApplication{desk.desktop.install("Codex"), tile.displayID, tile.slot.id});
+         }},
     };
     for (const auto& [name, wish] : wishes) {
         desk.advance(Seconds(5));
         EXPECT_FALSE(wish()) << name;
         desk.expectMessage("Suspended while the screen is asleep, locked or another user's");
     }
-    EXPECT_FALSE(kova.beginWindowDrag(desk.desktop.windowIDOf("Mail"), makeRect(0, 0, 100, 100)));
+    EXPECT_FALSE(kova.perform(action::BeginWindowDrag{desk.desktop.windowIDOf("Mail"), makeRect(0, 0, 100, 100)}));
     desk.advance(Seconds(60));
     EXPECT_EQ(desk.desktop.picture(), pictureBefore);
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0);
@@ -182,8 +185,8 @@ TEST_F(Recovery, WhatTheHandHeldAndWhatWasBeingVerifiedEndsWithTheSuspension) {
     const auto divider = kova.dividers().front();
     for (const bool isTold : {true, false}) { // or a poll sees the lock
         SCOPED_TRACE(isTold);
-        ASSERT_TRUE(kova.beginDividerDrag(divider));
-        kova.updateDividerDrag(divider, 300);
+        ASSERT_TRUE(kova.perform(action::BeginDividerDrag{divider}));
+        kova.perform(action::UpdateDividerDrag{divider, 300});
         desk.advance(Seconds(0.1));
         desk.desktop.takeJournal();
         if (isTold) {
@@ -192,8 +195,8 @@ TEST_F(Recovery, WhatTheHandHeldAndWhatWasBeingVerifiedEndsWithTheSuspension) {
             desk.desktop.setLocked(true);
         }
         desk.advance(Seconds(5));
-        kova.updateDividerDrag(divider, 500);
-        kova.endDividerDrag(divider);
+        kova.perform(action::UpdateDividerDrag{divider, 500});
+        kova.perform(action::EndDividerDrag{divider});
         desk.advance(Seconds(5));
         EXPECT_EQ(desk.desktop.takeJournal(), "");
         EXPECT_TRUE(desk.state().profile->layoutWeightsByDisplay.empty());

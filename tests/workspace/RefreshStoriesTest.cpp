@@ -212,9 +212,9 @@ TEST(RefreshStories, NothingIsForgottenWhileTheScreenIsLocked) {
         desk.expectMessage("The screen is locked");
     }
     auto& kova = desk.controller();
-    EXPECT_FALSE(kova.selectNextLayout());
-    EXPECT_FALSE(kova.resetLayoutSizes());
-    EXPECT_FALSE(kova.setTileInset(20));
+    EXPECT_FALSE(kova.perform(action::CycleLayout{}));
+    EXPECT_FALSE(kova.perform(action::ResetLayoutSizes{}));
+    EXPECT_FALSE(kova.perform(action::SetTileInset{20}));
     EXPECT_EQ(desk.tiles(), strewn);
     desk.desktop.setLocked(false);
     desk.settle();
@@ -239,12 +239,12 @@ TEST(RefreshStories, AStatusMessageStaysForItsFullFourSeconds) {
     Scenario desk;
     desk.display(2560, 1440).start();
     auto& controller = desk.controller();
-    controller.showStatusMessage("first");
+    controller.perform(action::ShowMessage{"first"});
     desk.advance(Seconds(3));
-    controller.showStatusMessage("second");
+    controller.perform(action::ShowMessage{"second"});
     desk.advance(Seconds(3.9));
     desk.expectMessage("second");
-    controller.showStatusMessage("second");
+    controller.perform(action::ShowMessage{"second"});
     desk.advance(Seconds(3.9));
     desk.expectMessage("second");
     desk.advance(Seconds(0.2));

@@ -58,7 +58,7 @@ TEST(RoomStories, ALargerInsetLeavesNoWindowCramped) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex", {.minimumSize = {{1240, 300}}}).opens("Mail", {.minimumSize = {{1240, 300}}}).arrange();
-    desk.controller().setTileInset(20);
+    desk.controller().perform(action::SetTileInset{20});
     desk.settle();
     desk.expectTiles("Codex 30,30 2500x1352 + Mail | (Codex)");
 }
@@ -68,8 +68,7 @@ TEST(RoomStories, AWindowThatLosesItsSpanWaitsWhereTheNewcomerIs) {
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.opens("Codex", {.minimumSize = {{2300, 400}}}).opens("Mail").arrange();
     desk.desktop.userFocuses("Mail");
-    desk.controller().placeWindow(desk.desktop.windowIDOf("Mail"), desk.targetID("A", "secondary-1"),
-                                  WorkspaceController::Focusing::yes);
+    desk.controller().perform(command::Place{desk.desktop.windowIDOf("Mail"), desk.targetID("A", "secondary-1")});
     desk.settle().expectTiles("- | Mail 1291,15 1254x666 + Codex | - | -");
     desk.cycleStack();
     EXPECT_TRUE(desk.wasCarriedOut());
@@ -78,8 +77,7 @@ TEST(RoomStories, AWindowThatLosesItsSpanWaitsWhereTheNewcomerIs) {
 TEST(RoomStories, AnArrangementLeavesAWindowBehindAFullScreenOneWhereItWaits) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.focus-single").opens("Mail").opens("Codex").arrange();
-    (void)desk.controller().placeWindow(desk.desktop.windowIDOf("Mail"), desk.targetID("A", "focus-main"),
-                                        WorkspaceController::Focusing::yes);
+    (void)desk.controller().perform(command::Place{desk.desktop.windowIDOf("Mail"), desk.targetID("A", "focus-main")});
     desk.settle().desktop.setFullScreen("Mail", true);
     desk.settle().arrange();
     EXPECT_EQ(desk.controller().assignments().stackTargetOf(desk.desktop.windowIDOf("Codex")),
@@ -103,9 +101,9 @@ TEST(RoomStories, ADividerHandleOfBeforeKeepsToTheMinimumsOfNow) {
     const auto handle = desk.controller().dividers().front();
     desk.desktop.setMinimumSize("Codex", {1200, 300});
     desk.settle();
-    ASSERT_TRUE(desk.controller().beginDividerDrag(handle));
-    desk.controller().updateDividerDrag(handle, -900);
-    desk.controller().endDividerDrag(handle);
+    ASSERT_TRUE(desk.controller().perform(action::BeginDividerDrag{handle}));
+    desk.controller().perform(action::UpdateDividerDrag{handle, -900});
+    desk.controller().perform(action::EndDividerDrag{handle});
     desk.settle();
     const auto weights = desk.state().profile->weights(desk.displayIDOf("A"), "jarvis.dual-split").splits.at("root");
     EXPECT_EQ(weights.front(), 1210) << "what its window needs, and the inset on both sides";

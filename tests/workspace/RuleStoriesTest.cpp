@@ -61,8 +61,10 @@ class Rules : public ::testing::Test {
   protected:
     Rules() { desk.display(2560, 1440).layout("jarvis.dual-split").start(); }
 
-    void add(WorkspaceRule added) { EXPECT_TRUE(desk.controller().addRule(std::move(added))); }
-    void manageContinuously() { desk.controller().setContinuousManagementEnabled(true); }
+    void add(WorkspaceRule added) { EXPECT_TRUE(desk.controller().perform(action::AddRule{std::move(added)})); }
+    void manageContinuously() {
+        desk.controller().perform(action::Switch{action::Setting::continuousManagement, true});
+    }
     bool isHandled(const char* label) {
         return desk.controller().handledRuleWindowIDs().contains(desk.desktop.windowIDOf(label));
     }
@@ -107,7 +109,7 @@ TEST_F(Rules, RunOnlyWhileManagementIsContinuous) {
     EXPECT_TRUE(*desk.state().continuousManagementEnabled);
     EXPECT_EQ(desk.state().rules->size(), 1u);
     desk.expectTiles(kPlaced);
-    desk.controller().setContinuousManagementEnabled(false);
+    desk.controller().perform(action::Switch{action::Setting::continuousManagement, false});
     EXPECT_EQ(desk.preferences.boolean(preferenceKey::continuousManagement), false);
     opensQuietly("Mail").settle().expectTiles(kPlaced);
 }
@@ -119,12 +121,12 @@ TEST_F(Rules, TheFirstThatMatchesDecides) {
     manageContinuously();
     opensQuietly("Mail").settle().expectTiles(kNothing);
     EXPECT_TRUE(isHandled("Mail"));
-    desk.controller().setRuleEnabled(first.id, false);
+    desk.controller().perform(action::ChangeRule{.id = first.id, .isEnabled = false});
     opensQuietly("Mail").settle().expectTiles("- | Mail 2 1291,15 1254x1382");
-    desk.controller().setRuleEnabled(first.id, true);
-    desk.controller().moveRule(first.id, 99);
+    desk.controller().perform(action::ChangeRule{.id = first.id, .isEnabled = true});
+    desk.controller().perform(action::MoveRule{first.id, 99});
     opensQuietly("Mail").settle().expectTiles("- | Mail 3 1291,15 1254x1382 + Mail 2");
-    desk.controller().deleteRule(desk.state().rules->front().id);
+    desk.controller().perform(action::DeleteRule{desk.state().rules->front().id});
     opensQuietly("Mail").settle().expectTiles("- | Mail 3 1291,15 1254x1382 + Mail 2");
 }
 
@@ -183,7 +185,8 @@ TEST_F(Rules, KeepWindowsOutOfArrangements) {
     manageContinuously();
     desk.arrange().expectTiles("Notes 15,15 1254x1382 | -");
     EXPECT_EQ(desk.desktop.window("Mail").frame, kUntiledFrame);
-    desk.controller().setRuleDisposition(desk.state().rules->front().id, disposition::Tile{kRight});
+    desk.controller().perform(
+        action::ChangeRule{.id = desk.state().rules->front().id, .disposition = disposition::Tile{kRight}});
     desk.arrange();
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
 }
@@ -205,13 +208,13 @@ TEST_F(Rules, AllAreAskedBeforeAnyWindowMoves) {
             two.display(2560, 1440).layout(c.layout);
             two.opens(mailFirst ? "Mail" : "Notes").opens(mailFirst ? "Notes" : "Mail").start();
             for (const auto& [label, slot] : {std::pair{"Mail", kLeft}, {"Notes", kRight}}) {
-                two.controller().placeWindow(two.desktop.windowIDOf(label), two.targetID("A", slot),
-                                             WorkspaceController::Focusing::no);
+                two.controller().perform(command::Place{two.desktop.windowIDOf(label), two.targetID("A", slot)});
             }
             two.settle();
-            two.controller().addRule(tileMail());
-            two.controller().addRule(rule("", "sim.notes", std::nullopt, std::nullopt, disposition::Tile{c.notesTo}));
-            two.controller().setContinuousManagementEnabled(true);
+            two.controller().perform(action::AddRule{tileMail()});
+            two.controller().perform(
+                action::AddRule{rule("", "sim.notes", std::nullopt, std::nullopt, disposition::Tile{c.notesTo})});
+            two.controller().perform(action::Switch{action::Setting::continuousManagement, true});
             two.settle().expectTiles(c.after);
             EXPECT_TRUE(two.desktop.isOnScreen(two.desktop.window("Mail")));
             EXPECT_TRUE(two.desktop.isOnScreen(two.desktop.window("Notes")));
@@ -234,7 +237,7 @@ TEST_F(Rules, TakePartInArrangements) {
 
 TEST_F(Rules, YieldToASceneThatNamesTheWindow) {
     opensQuietly("Mail").arrange().expectTiles("Mail 15,15 1254x1382 | -");
-    desk.controller().captureScene("Work");
+    desk.controller().perform(action::CaptureScene{"Work"});
     const Uuid scene = desk.state().scenes->front().id;
     desk.desktop.install("Mail");
     desk.desktop.quit("Mail");
@@ -262,7 +265,7 @@ TEST_F(Rules, WaitUntilFocusModeEnds) {
 
 TEST_F(Rules, OfTheFocusedApplication) {
     auto& controller = desk.controller();
-    EXPECT_FALSE(controller.addRuleForFocusedWindow(disposition::Float{}));
+    EXPECT_FALSE(controller.perform(action::AddRuleForWindow{disposition::Float{}}));
     desk.expectMessage("No focused application window found");
     desk.desktop.launch("Tool", {.hasBundleIdentifier = false});
     opensQuietly("Tool");
@@ -280,7 +283,7 @@ TEST_F(Rules, OfTheFocusedApplication) {
     };
     for (const auto& c : cases) {
         desk.desktop.userFocuses(c.application);
-        EXPECT_TRUE(controller.addRuleForFocusedWindow(c.disposition));
+        EXPECT_TRUE(controller.perform(action::AddRuleForWindow{c.disposition}));
         desk.expectMessage("Rule added for " + std::string(c.application));
         const WorkspaceRule added = desk.state().rules->back();
         EXPECT_EQ(added.name, c.name);
@@ -295,7 +298,7 @@ TEST_F(Rules, OfTheFocusedApplication) {
 
 TEST_F(Rules, AreEditedAndSavedWithoutAWord) {
     add(tileMail());
-    EXPECT_FALSE(desk.controller().addRule(rule("", std::nullopt, std::nullopt, " \n")));
+    EXPECT_FALSE(desk.controller().perform(action::AddRule{rule("", std::nullopt, std::nullopt, " \n")}));
     desk.expectMessage("A rule needs an application or a part of a title");
     desk.advance(Seconds(5));
     auto& controller = desk.controller();
@@ -304,13 +307,13 @@ TEST_F(Rules, AreEditedAndSavedWithoutAWord) {
         return std::get<WorkspaceProductDocument>(decodeStoredDocument(data->json)).rules;
     };
     const Uuid id = desk.state().rules->front().id;
-    EXPECT_TRUE(controller.setRuleTitleContains(id, " \t Inbox \n"));
+    EXPECT_TRUE(controller.perform(action::ChangeRule{.id = id, .titleContains = " \t Inbox \n"}));
     EXPECT_EQ(stored().front().titleContains, "Inbox");
-    EXPECT_TRUE(controller.setRuleTitleContains(id, "\n"));
+    EXPECT_TRUE(controller.perform(action::ChangeRule{.id = id, .titleContains = "\n"}));
     EXPECT_EQ(stored().front().titleContains, std::nullopt);
-    EXPECT_TRUE(controller.setRuleEnabled(id, false));
+    EXPECT_TRUE(controller.perform(action::ChangeRule{.id = id, .isEnabled = false}));
     EXPECT_FALSE(stored().front().isEnabled);
-    EXPECT_TRUE(controller.setRuleDisposition(id, disposition::Ignore{}));
+    EXPECT_TRUE(controller.perform(action::ChangeRule{.id = id, .disposition = disposition::Ignore{}}));
     EXPECT_EQ(stored().front().disposition, WorkspaceRuleDisposition(disposition::Ignore{}));
     for (const char* name : {"b", "c", "d"}) add(rule(name, "x", std::nullopt, std::nullopt));
     desk.advance(Seconds(5));
@@ -320,18 +323,19 @@ TEST_F(Rules, AreEditedAndSavedWithoutAWord) {
         return names;
     };
     const Uuid d = desk.state().rules->back().id;
-    EXPECT_TRUE(controller.moveRule(d, 1));
+    EXPECT_TRUE(controller.perform(action::MoveRule{d, 1}));
     EXPECT_EQ(order(), "Mdbc");
-    EXPECT_TRUE(controller.moveRule(id, 2));
+    EXPECT_TRUE(controller.perform(action::MoveRule{id, 2}));
     EXPECT_EQ(order(), "dbMc");
-    EXPECT_TRUE(controller.moveRule(d, 2));
+    EXPECT_TRUE(controller.perform(action::MoveRule{d, 2}));
     EXPECT_EQ(order(), "bMdc");
-    EXPECT_TRUE(controller.deleteRule(id));
+    EXPECT_TRUE(controller.perform(action::DeleteRule{id}));
     EXPECT_EQ(order(), "bdc");
     const auto before = *desk.state().rules;
-    EXPECT_FALSE(controller.setRuleEnabled(id, true) || controller.setRuleTitleContains(id, "x") ||
-                 controller.setRuleDisposition(id, disposition::Float{}) || controller.deleteRule(id) ||
-                 controller.moveRule(id, 0));
+    EXPECT_FALSE(controller.perform(action::ChangeRule{.id = id, .isEnabled = true}) ||
+                 controller.perform(action::ChangeRule{.id = id, .titleContains = "x"}) ||
+                 controller.perform(action::ChangeRule{.id = id, .disposition = disposition::Float{}}) ||
+                 controller.perform(action::DeleteRule{id}) || controller.perform(action::MoveRule{id, 0}));
     EXPECT_EQ(*desk.state().rules, before);
     desk.expectMessage("");
 }

@@ -21,7 +21,7 @@ Uuid lastScene(Scenario& desk) {
 }
 
 Scenario& capture(Scenario& desk, const char* name = "Work") {
-    desk.controller().captureScene(name);
+    desk.controller().perform(action::CaptureScene{name});
     return desk.advance(Seconds(0));
 }
 
@@ -91,8 +91,8 @@ std::string exportOf(const WorkspaceProductDocument& document) {
 Uuid import(Scenario& desk, const WorkspaceScene& scene) {
     WorkspaceProductDocument document;
     document.scenes.push_back(scene);
-    const auto imported = desk.controller().importWorkspaceDocument(exportOf(document));
-    EXPECT_TRUE(std::holds_alternative<WorkspaceImportCounts>(imported));
+    const auto imported = desk.controller().perform(action::ImportDocument{exportOf(document)});
+    EXPECT_TRUE(imported.details<WorkspaceImportCounts>());
     return scene.id;
 }
 
@@ -105,8 +105,7 @@ TEST(SceneStories, EveryWindowIsBackInItsTileAndStack) {
     desk.desktop.setTitle("Notes 2", "Ideas");
     desk.opens("Viewer", {.frame = makeRect(2700, 60, 800, 600)}).arrange();
     desk.desktop.userFocuses("Notes 2");
-    desk.controller().placeWindow(desk.desktop.windowIDOf("Notes 2"), desk.targetID("A", "secondary-3"),
-                                  WorkspaceController::Focusing::no);
+    desk.controller().perform(command::Place{desk.desktop.windowIDOf("Notes 2"), desk.targetID("A", "secondary-3")});
     desk.settle();
     const std::string before = desk.tiles();
     capture(desk, "  Büro \n").expectMessage("Scene “Büro” captured");
@@ -119,7 +118,7 @@ TEST(SceneStories, EveryWindowIsBackInItsTileAndStack) {
 
     desk.layout("jarvis.focus-single", "B");
     desk.layout("jarvis.triple-strip", "A");
-    desk.controller().setTileInset(12);
+    desk.controller().perform(action::SetTileInset{12});
     desk.desktop.userMoves("Viewer", makeRect(100, 100, 700, 500));
     desk.settle();
     EXPECT_NE(differences(desk, scene.id), "");
@@ -132,9 +131,9 @@ TEST(SceneStories, ASceneWithoutANameTellsTheTime) {
     Scenario desk;
     desk.display(2560, 1440).opens("Mail").arrange();
     const Date now = std::chrono::floor<std::chrono::microseconds>(desk.desktop.queue().now());
-    desk.controller().captureScene("   ");
+    desk.controller().perform(action::CaptureScene{"   "});
     EXPECT_EQ(desk.state().scenes->back().name, "Workspace " + localMonthDayTime(now));
-    desk.controller().captureScene();
+    desk.controller().perform(action::CaptureScene{});
     EXPECT_EQ(desk.state().scenes->back().name, "Workspace " + localMonthDayTime(now));
     EXPECT_NE(desk.state().scenes->front().id, desk.state().scenes->back().id) << "two scenes may bear one name";
 }
@@ -144,8 +143,7 @@ TEST(SceneStories, CaptureTellsOfEachWindowWhereItIs) {
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.opens("Codex", {.minimumSize = {{2300, 400}}}).opens("Mail").opens("Tool").arrange().opens("Floating");
     desk.desktop.setTitle("Tool", "");
-    desk.controller().placeWindow(desk.desktop.windowIDOf("Tool"), desk.targetID("A", "secondary-2"),
-                                  WorkspaceController::Focusing::no);
+    desk.controller().perform(command::Place{desk.desktop.windowIDOf("Tool"), desk.targetID("A", "secondary-2")});
     desk.settle();
     desk.desktop.setTitle("Mail", "Inbox");
     desk.settle();
@@ -174,7 +172,7 @@ TEST(SceneStories, MissingApplicationsAreLaunchedOnceAndAwaited) {
     desk.settle();
     desk.desktop.takeJournal();
     desk.desktop.userFocuses("Codex");
-    desk.controller().activateScene(lastScene(desk));
+    desk.controller().perform(action::ActivateScene{lastScene(desk)});
     desk.expectMessage("Restoring Scene “Work” — waiting for 2 app windows");
     EXPECT_EQ(desk.controller().pendingSceneApplicationLaunchBundleIDs(), (std::set<std::string>{"sim.mail"}));
     EXPECT_EQ(launches(desk), "Mail: launch in the background\n");
@@ -194,28 +192,28 @@ TEST(SceneStories, WhoIsOnItsWayIsNotLaunchedOnceMore) {
     const auto mail = desk.desktop.install("Mail", {.startsAfter = Seconds(3)});
     const auto scene = import(desk, sceneOf({"Mail||focus-main|0"}));
     desk.desktop.takeJournal();
-    desk.controller().activateScene(scene);
+    desk.controller().perform(action::ActivateScene{scene});
     desk.advance(Seconds(1));
-    desk.controller().activateScene(scene);
+    desk.controller().perform(action::ActivateScene{scene});
     EXPECT_EQ(launches(desk), "Mail: launch in the background\n") << "the second opening waits for the first's";
     desk.advance(Seconds(5));
     desk.expectTiles("Mail 15,15 1254x1382 | -");
 
     desk.desktop.quit("Mail");
     desk.settle();
-    desk.controller().activateScene(scene);
+    desk.controller().perform(action::ActivateScene{scene});
     EXPECT_EQ(launches(desk), "Mail: launch in the background\n") << "it came and went";
     desk.advance(Seconds(6));
     desk.desktop.quit("Mail");
     desk.settle();
-    desk.controller().launchApplication(mail, desk.displayIDOf("A"), "secondary-1");
-    desk.controller().activateScene(scene);
+    desk.controller().perform(action::LaunchApplication{mail, desk.displayIDOf("A"), "secondary-1"});
+    desk.controller().perform(action::ActivateScene{scene});
     EXPECT_EQ(launches(desk), "Mail: launch\n");
 
     desk.desktop.install("Broken", {.fails = "It is broken"});
     const auto broken = import(desk, sceneOf({"Broken||focus-main|0"}));
     for (int round = 0; round < 2; ++round) {
-        desk.controller().activateScene(broken);
+        desk.controller().perform(action::ActivateScene{broken});
         EXPECT_EQ(launches(desk), "Broken: launch in the background\n") << "another try may work";
         desk.advance(Seconds(1));
     }
@@ -225,8 +223,7 @@ TEST(SceneStories, RunningItTwiceMovesNothing) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.opens("Codex", {.minimumSize = {{2300, 400}}}).opens("Mail").opens("Mail").opens("Viewer").arrange();
-    desk.controller().placeWindow(desk.desktop.windowIDOf("Viewer"), desk.targetID("A", "secondary-2"),
-                                  WorkspaceController::Focusing::no);
+    desk.controller().perform(command::Place{desk.desktop.windowIDOf("Viewer"), desk.targetID("A", "secondary-2")});
     desk.settle();
     capture(desk);
     desk.layout("jarvis.dual-split");
@@ -287,7 +284,7 @@ TEST(SceneStories, WhoNeverComesIsCountedInTheEnd) {
         Scenario desk;
         desk.display(2560, 1440).layout("jarvis.dual-split").start();
         desk.desktop.install("Notes", {.fails = "Notes is damaged"});
-        desk.controller().activateScene(import(desk, sceneOf(story.windows)));
+        desk.controller().perform(action::ActivateScene{import(desk, sceneOf(story.windows))});
         desk.expectMessage("Restoring Scene “Told”" + std::string(story.waiting));
         desk.advance(Seconds(24.9));
         EXPECT_EQ(desk.controller().pendingSceneWindowPlacements().size(), story.windows.size());
@@ -316,7 +313,7 @@ TEST(SceneStories, WhileTheFrontIsAwaitedTheNextOfItsStackStandsIn) {
 TEST(SceneStories, AnotherSceneEndsTheWaitingOfTheFirst) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Viewer").start();
-    desk.controller().activateScene(import(desk, sceneOf({"Mail||focus-main|0"})));
+    desk.controller().perform(action::ActivateScene{import(desk, sceneOf({"Mail||focus-main|0"}))});
     desk.advance(Seconds(10));
     open(desk, import(desk, sceneOf({"Viewer||secondary-1|0"}))).expectMessage("Scene “Told” restored");
     desk.opens("Mail").advance(Seconds(20));
@@ -382,7 +379,7 @@ TEST(SceneStories, UndoStepsBackToWhatWasBefore) {
     desk.expectMessage("");
 
     open(desk, other);
-    desk.controller().deleteScene(desk.state().scenes->front().id);
+    desk.controller().perform(action::DeleteScene{desk.state().scenes->front().id});
     desk.undo();
     EXPECT_EQ(*desk.state().activeSceneID, std::nullopt) << "it is gone";
 }
@@ -392,7 +389,7 @@ TEST(SceneStories, RefusalsChangeNothing) {
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").arrange();
     capture(desk);
     desk.advance(Seconds(5));
-    EXPECT_FALSE(desk.controller().activateScene(Uuid::random()));
+    EXPECT_FALSE(desk.controller().perform(action::ActivateScene{Uuid::random()}));
     desk.expectMessage("");
     desk.desktop.setLocked(true);
     desk.advance(Seconds(1));
@@ -420,23 +417,23 @@ TEST(SceneStories, ScenesAreFoundRenamedAndDeleted) {
     Scenario desk;
     desk.display(2560, 1440).start();
     auto& controller = desk.controller();
-    for (const char* name : {"work", "Work", "Élan"}) controller.captureScene(name);
+    for (const char* name : {"work", "Work", "Élan"}) controller.perform(action::CaptureScene{name});
     EXPECT_EQ(controller.findScene("Work"), desk.state().scenes->at(1).id);
     EXPECT_EQ(controller.findScene("WORK"), desk.state().scenes->at(0).id);
     EXPECT_EQ(controller.findScene("élan"), desk.state().scenes->at(2).id);
     EXPECT_EQ(controller.findScene("elan"), std::nullopt);
     const Uuid id = lastScene(desk);
     desk.advance(Seconds(60));
-    EXPECT_FALSE(controller.renameScene(id, " \t "));
+    EXPECT_FALSE(controller.perform(action::RenameScene{id, " \t "}));
     desk.expectMessage("A scene needs a name");
-    EXPECT_TRUE(controller.renameScene(id, " Vacation "));
+    EXPECT_TRUE(controller.perform(action::RenameScene{id, " Vacation "}));
     desk.expectMessage("Scene “Élan” renamed to “Vacation”");
     EXPECT_GT(desk.state().scenes->back().updatedAt, desk.state().scenes->back().createdAt);
-    EXPECT_TRUE(controller.deleteScene(id));
+    EXPECT_TRUE(controller.perform(action::DeleteScene{id}));
     desk.expectMessage("Scene “Vacation” deleted");
     EXPECT_EQ(*desk.state().activeSceneID, std::nullopt);
-    EXPECT_FALSE(controller.deleteScene(id));
-    EXPECT_FALSE(controller.renameScene(id, "x"));
+    EXPECT_FALSE(controller.perform(action::DeleteScene{id}));
+    EXPECT_FALSE(controller.perform(action::RenameScene{id, "x"}));
     desk.restart();
     EXPECT_EQ(desk.state().scenes->size(), 2u);
 }
@@ -459,7 +456,7 @@ TEST(SceneStories, ImportAddsWhatIsNewAndCountsWhatIsInTheFile) {
     file.activeSceneID = file.scenes.front().id;
     const auto mine = *desk.state().activeSceneID;
     for (int round = 0; round < 2; ++round) {
-        (void)desk.controller().importWorkspaceDocument(exportOf(file));
+        (void)desk.controller().perform(action::ImportDocument{exportOf(file)});
         desk.expectMessage("Imported 4 scenes and 2 rules");
         ASSERT_EQ(desk.state().scenes->size(), 3u);
         EXPECT_EQ(desk.state().scenes->at(0).name, "Mine");
@@ -470,9 +467,9 @@ TEST(SceneStories, ImportAddsWhatIsNewAndCountsWhatIsInTheFile) {
     EXPECT_EQ(storedDocument(desk).scenes, *desk.state().scenes);
     const auto exported = std::get<std::string>(desk.controller().exportWorkspaceDocument());
     const auto before = *desk.state().scenes;
-    const auto failed = desk.controller().importWorkspaceDocument("{\"version\": 1, \"scenes\": [7]}");
-    ASSERT_TRUE(std::holds_alternative<DecodingError>(failed));
-    EXPECT_STREQ(std::get<DecodingError>(failed).what(), "scenes[0]: expected an object");
+    const auto failed = desk.controller().perform(action::ImportDocument{"{\"version\": 1, \"scenes\": [7]}"});
+    ASSERT_FALSE(failed);
+    EXPECT_EQ(failed.message(), "scenes[0]: expected an object");
     EXPECT_EQ(*desk.state().scenes, before);
     EXPECT_EQ(std::get<WorkspaceProductDocument>(decodeExportedDocument(exported)).rules, *desk.state().rules);
 }
@@ -487,11 +484,11 @@ TEST(SceneStories, ASceneThatCouldNotBeReadBackIsNotTaken) {
     open(desk, import(desk, scene));
     const auto before = *desk.state().scenes;
     const auto divider = desk.controller().dividers().front();
-    ASSERT_TRUE(desk.controller().beginDividerDrag(divider));
-    desk.controller().updateDividerDrag(divider, 100);
-    desk.controller().endDividerDrag(divider);
+    ASSERT_TRUE(desk.controller().perform(action::BeginDividerDrag{divider}));
+    desk.controller().perform(action::UpdateDividerDrag{divider, 100});
+    desk.controller().perform(action::EndDividerDrag{divider});
     desk.settle();
-    EXPECT_FALSE(desk.controller().captureScene("Evening"));
+    EXPECT_FALSE(desk.controller().perform(action::CaptureScene{"Evening"}));
     desk.expectMessage(
         "Not changed, because it could not be stored: scenes[2].displays[0]: holds more than 4096 values");
     EXPECT_EQ(*desk.state().scenes, before);

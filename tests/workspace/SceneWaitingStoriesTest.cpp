@@ -36,7 +36,8 @@ class WaitingScene : public ::testing::Test {
     Uuid add(const WorkspaceScene& made) {
         WorkspaceProductDocument document;
         document.scenes.push_back(made);
-        (void)desk.controller().importWorkspaceDocument(std::get<std::string>(encodeExportedDocument(document)));
+        (void)desk.controller().perform(
+            action::ImportDocument{std::get<std::string>(encodeExportedDocument(document))});
         return made.id;
     }
     Scenario& open(const Uuid& id) { return desk.perform(action::ActivateScene{id}); }
@@ -71,7 +72,7 @@ TEST_F(WaitingScene, TheTimeOfALockedOrSleepingScreenDoesNotCount) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.how);
         desk.desktop.install("mail", {.startsAfter = Seconds(4), .window = {.frame = kSomewhere}});
-        desk.controller().activateScene(scene({"mail"}));
+        desk.controller().perform(action::ActivateScene{scene({"mail"})});
         desk.advance(Seconds(1));
         c.away(desk);
         desk.advance(Seconds(600));
@@ -89,10 +90,10 @@ TEST_F(WaitingScene, WhatTheUserLetsFloatMeanwhileIsNotTaken) {
     desk.opens("mail", {.frame = kSomewhere}).start();
     open(scene({"mail", "mail"})).expectTiles("mail 15,15 1254x1382 | -");
     const std::string mail = desk.desktop.windowIDOf("mail");
-    using Controller = WorkspaceController;
-    desk.controller().beginWindowDrag(mail, makeRect(15, 15, 1254, 1382));
+    desk.controller().perform(action::BeginWindowDrag{mail, makeRect(15, 15, 1254, 1382)});
     desk.desktop.userMoves("mail", kSomewhere);
-    desk.controller().endWindowDrag({700, 700}, Controller::WindowDragKind::move, Controller::LettingGo::floating);
+    desk.controller().perform(
+        action::EndWindowDrag{{700, 700}, action::WindowDragKind::move, action::DropMode::floating});
     desk.advance(Seconds(5)).expectTiles("- | -");
     desk.opens("mail").settle().expectTiles("- | mail 2 1291,15 1254x1382");
 }
@@ -132,7 +133,7 @@ TEST_F(WaitingScene, OpenedBeforeTheFirstPollItKeepsItsPlaceFromTheSessionBefore
     open(scene({"mail", "notes"})).expectTiles("mail 15,15 1254x1382 | notes 1291,15 1254x1382");
     const Uuid other = scene({"notes", "mail"});
     desk.advance(Seconds(3)).stop();
-    desk.restart([&] { desk.controller().activateScene(other); });
+    desk.restart([&] { desk.controller().perform(action::ActivateScene{other}); });
     desk.expectTiles("notes 15,15 1254x1382 | mail 1291,15 1254x1382");
     EXPECT_EQ(report(), "finished, placed notes “notes”, placed mail “mail”");
 }
@@ -263,7 +264,7 @@ TEST_F(WaitingScene, AnActiveSceneIsAlwaysInTheList) {
         const auto& scenes = *desk.state().scenes;
         EXPECT_TRUE(std::any_of(scenes.begin(), scenes.end(), [&](const auto& each) { return each.id == id; }));
     });
-    desk.controller().captureScene("Captured");
+    desk.controller().perform(action::CaptureScene{"Captured"});
 }
 
 TEST_F(WaitingScene, TheReportNamesEveryWindow) {

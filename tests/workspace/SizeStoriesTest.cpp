@@ -67,10 +67,10 @@ TEST(SizeStories, NothingIsLearnedWithinASecondOfADividersRelease) {
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     auto& controller = desk.controller();
     const auto divider = controller.dividers().front();
-    ASSERT_TRUE(controller.beginDividerDrag(divider));
+    ASSERT_TRUE(controller.perform(action::BeginDividerDrag{divider}));
     desk.desktop.stallResizing(Seconds(0.9)); // longer than the verification of the last frames
-    controller.updateDividerDrag(divider, -400);
-    controller.endDividerDrag(divider);
+    controller.perform(action::UpdateDividerDrag{divider, -400});
+    controller.perform(action::EndDividerDrag{divider});
     desk.rest();
     EXPECT_EQ(learnedOfApplications(desk), 0u);
     desk.expectTiles("Codex 15,15 854x1382 | Mail 891,15 1654x1382");
@@ -93,8 +93,10 @@ TEST(SizeStories, WhatWasLearnedOfAnApplicationCanBeForgotten) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex");
     desk.opens("Mail", {.secretMinimumSize = {{1500, 300}}}).arrange();
-    EXPECT_TRUE(desk.controller().forgetApplication("Notes").empty());
-    EXPECT_EQ(desk.controller().forgetApplication("mail"), std::vector<std::string>{"Mail"});
+    EXPECT_FALSE(desk.controller().perform(action::ForgetApplication{"Notes"}));
+    const auto forgotten = desk.controller().perform(action::ForgetApplication{"mail"});
+    ASSERT_TRUE(forgotten.details<ForgottenApplications>());
+    EXPECT_EQ(forgotten.details<ForgottenApplications>()->names, std::vector<std::string>{"Mail"});
     EXPECT_EQ(learnedOfApplications(desk), 0u);
     desk.rest();
     desk.expectTiles("Codex 15,15 1008x1382 | Mail 1045,15 1500x1382");
@@ -104,7 +106,7 @@ TEST(SizeStories, WhatWasLearnedOfAnApplicationCanBeForgotten) {
         desk.rest();
         std::holds_alternative<action::Undo>(comingBack) ? desk.arrange() : desk.zoom();
         ASSERT_EQ(learnedOfApplications(desk), 1u);
-        (void)desk.controller().forgetApplication("mail");
+        (void)desk.controller().perform(action::ForgetApplication{"mail"});
         desk.controller().perform(comingBack);
         EXPECT_EQ(learnedOfApplications(desk), 0u) << "forgotten for good";
     }

@@ -95,8 +95,7 @@ TEST_P(Spaces, AThirdSpaceIsRememberedBesideTheOthers) {
 TEST_P(Spaces, StacksComeBackWithTheirOrder) {
     desk.opens("Maps").settle();
     const auto tile = desk.controller().tiles().front();
-    ASSERT_TRUE(desk.controller().placeWindow(desk.desktop.windowIDOf("Maps"), tile.targetID,
-                                              WorkspaceController::Focusing::yes));
+    ASSERT_TRUE(desk.controller().perform(command::Place{desk.desktop.windowIDOf("Maps"), tile.targetID}));
     desk.settle();
     picture = desk.tiles();
     ASSERT_NE(picture.find(" + "), std::string::npos);
@@ -112,8 +111,7 @@ TEST_P(Spaces, ATileTakenByAMoveThereIsTheFormerWindowsAgainHere) {
     show(1).opens("Maps").settle();
     const auto tiles = desk.controller().tiles();
     for (const auto& tile : tiles) {
-        (void)desk.controller().placeWindow(desk.desktop.windowIDOf("Maps"), tile.targetID,
-                                            WorkspaceController::Focusing::no);
+        (void)desk.controller().perform(command::Place{desk.desktop.windowIDOf("Maps"), tile.targetID});
         desk.settle();
     }
     for (const char* label : {"Mail", "Notes"}) {
@@ -275,11 +273,11 @@ TEST(NativeTabs, TheShownTabIsTheWindowEverywhere) {
 TEST(NativeTabs, RulesDoNotRunAgain) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Terminal").opens("Notes").arrange();
-    desk.controller().setContinuousManagementEnabled(true);
+    desk.controller().perform(action::Switch{action::Setting::continuousManagement, true});
     WorkspaceRule rule;
     rule.applicationName = "Terminal";
     rule.disposition = disposition::Tile{desk.controller().tiles().front().slot.id};
-    ASSERT_TRUE(desk.controller().addRule(rule));
+    ASSERT_TRUE(desk.controller().perform(action::AddRule{rule}));
     desk.settle();
     desk.desktop.userFocuses("Terminal");
     desk.move(right).move(right);

@@ -12,12 +12,12 @@ namespace {
 
 using enum WorkspaceDirection;
 
-void userDrops(Scenario& desk, const char* label, CGPoint onDesktop, WorkspaceController::LettingGo lettingGo) {
-    using Movement = WorkspaceController::WindowDragKind;
+void userDrops(Scenario& desk, const char* label, CGPoint onDesktop, action::DropMode lettingGo) {
+    using Movement = action::WindowDragKind;
     const auto& window = desk.desktop.window(label);
-    ASSERT_TRUE(desk.controller().beginWindowDrag(desk.desktop.windowIDOf(label), window.frame));
+    ASSERT_TRUE(desk.controller().perform(action::BeginWindowDrag{desk.desktop.windowIDOf(label), window.frame}));
     desk.desktop.userMoves(label, makeRect(onDesktop.x - 100, onDesktop.y - 20, 700, 500));
-    desk.controller().endWindowDrag({onDesktop.x, 1440 - onDesktop.y}, Movement::move, lettingGo);
+    desk.controller().perform(action::EndWindowDrag{{onDesktop.x, 1440 - onDesktop.y}, Movement::move, lettingGo});
 }
 
 struct Leaving {
@@ -28,7 +28,7 @@ struct Leaving {
 };
 
 TEST(StackStories, TheNextWindowComesForwardHoweverTheFrontOneLeaves) {
-    using LettingGo = WorkspaceController::LettingGo;
+    using LettingGo = action::DropMode;
     const Leaving ways[] = {
         {"closed", [](Scenario& desk) { desk.desktop.close("Codex"); },
          "- | Mail 866,15 829x1382 | Viewer 1717,15 828x1382", "- | - + Mail | Viewer 1717,15 828x1382"},
@@ -56,7 +56,7 @@ TEST(StackStories, TheNextWindowComesForwardHoweverTheFrontOneLeaves) {
                 desk.desktop.setHidingStyle(style);
                 desk.display(2560, 1440).layout("jarvis.triple-strip");
                 desk.opens("Viewer", {.frame = makeRect(1800, 50, 600, 800)}).opens("Mail").opens("Codex").arrange();
-                desk.controller().setBringsNextForward(isOn);
+                desk.controller().perform(action::Switch{action::Setting::bringsNextForward, isOn});
                 desk.desktop.userFocuses("Codex");
                 desk.move(right).expectTiles("- | Codex 866,15 829x1382 + Mail | Viewer 1717,15 828x1382");
                 way.leave(desk);
@@ -76,7 +76,7 @@ TEST(StackStories, AnArrangementThatFollowsAtOnceFindsTheNextWindowShown) {
             desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Viewer").arrange();
             const auto left = desk.controller().tiles().front().targetID;
             desk.opens("Codex").settle();
-            desk.controller().placeWindow(desk.desktop.windowIDOf("Codex"), left, WorkspaceController::Focusing::no);
+            desk.controller().perform(command::Place{desk.desktop.windowIDOf("Codex"), left});
             desk.settle().desktop.userFocuses("Codex");
             desk.settle();
             EXPECT_TRUE(desk.controller().perform(action::Move{right}));
@@ -158,7 +158,7 @@ TEST(LayoutCycle, ThroughAllLayoutsAndBackGivesThePictureOfTheStart) {
         desk.arrange();
         const std::string start = desk.desktop.picture();
         for (std::size_t step = 0; step < desk.controller().catalogue().size(); ++step) {
-            ASSERT_TRUE(desk.controller().selectNextLayout());
+            ASSERT_TRUE(desk.controller().perform(action::CycleLayout{}));
             desk.settle();
             EXPECT_EQ(shownCount(desk), std::min<std::size_t>(4, desk.controller().tiles().size())) << desk.tiles();
         }

@@ -84,7 +84,8 @@ TEST_P(UndoStories, CommandsWithoutAPauseStartFromTheStateThatTheOneBeforeHasFix
     }
     desk.advance(Seconds(0.5));
     controller.perform(action::Undo{});
-    (void)controller.selectLayout(desk.displayIDOf("A"), DisplayLayoutSelection::layout("jarvis.dual-split"));
+    (void)controller.perform(
+        action::SelectLayout{desk.displayIDOf("A"), DisplayLayoutSelection::layout("jarvis.dual-split")});
     controller.perform(action::Arrange{});
     desk.settle();
     for (const auto* window : desk.desktop.livingWindows()) {
@@ -152,12 +153,12 @@ TEST(UndoAndFocusStories, TheSecondPassOfAnArrangementLeavesAWindowInTheUsersHol
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail", {.isMinimized = true}).opens("Codex").start();
     desk.controller().perform(action::Arrange{});
     desk.advance(Seconds(0.7));
-    desk.controller().holdWindow(desk.desktop.windowIDOf("Mail"));
+    desk.controller().perform(action::PressWindow{desk.desktop.windowIDOf("Mail")});
     const CGRect held = makeRect(600, 300, 700, 500);
     desk.desktop.userMoves("Mail", held);
     desk.advance(Seconds(1));
     EXPECT_EQ(desk.desktop.window("Mail").frame, held);
-    desk.controller().letGoOfWindow();
+    desk.controller().perform(action::ReleaseWindow{});
     desk.settle().expectTiles("Codex 15,15 1254x1382 | Mail 1291,15 1254x1382");
 }
 
@@ -192,16 +193,16 @@ TEST(UndoAndFocusStories, ResettingTheSizesOfADisplayResetsEveryLayoutOfIt) {
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").arrange();
     const auto drag = [&] {
         const auto divider = desk.controller().dividers().front();
-        ASSERT_TRUE(desk.controller().beginDividerDrag(divider));
-        desk.controller().updateDividerDrag(divider, 200);
-        desk.controller().endDividerDrag(divider);
+        ASSERT_TRUE(desk.controller().perform(action::BeginDividerDrag{divider}));
+        desk.controller().perform(action::UpdateDividerDrag{divider, 200});
+        desk.controller().perform(action::EndDividerDrag{divider});
         desk.settle();
     };
     drag();
     desk.layout("jarvis.triple-strip");
     drag();
     desk.layout("jarvis.quad-grid");
-    EXPECT_TRUE(desk.controller().resetLayoutSizes());
+    EXPECT_TRUE(desk.controller().perform(action::ResetLayoutSizes{}));
     EXPECT_TRUE(desk.state().profile->layoutWeightsByDisplay.empty());
     desk.undo();
     EXPECT_EQ(desk.state().profile->layoutWeightsByDisplay.at(desk.displayIDOf("A")).size(), 2u);

@@ -228,7 +228,7 @@ class UndoWalk {
         const auto size = entries.size();
         const bool isHastyStep = isHasty() && !isWalkedBack_;
         if (isHastyStep) {
-            (void)desk_.controller().undoLastAction();
+            (void)desk_.controller().perform(action::Undo{});
             return;
         }
         desk_.undo().advance(Seconds(4));
@@ -300,32 +300,36 @@ class UndoWalk {
         if (!dividers.empty()) act(dividers[below(dividers.size())]);
     }
     void dragDivider(const DisplayLayoutDivider& divider) {
-        if (!desk_.controller().beginDividerDrag(divider)) return;
+        if (!desk_.controller().perform(action::BeginDividerDrag{divider})) return;
         for (std::size_t moves = below(4); moves > 0; --moves) {
-            desk_.controller().updateDividerDrag(divider, static_cast<double>(5 * below(200)) - 500);
+            desk_.controller().perform(action::UpdateDividerDrag{divider, static_cast<double>(5 * below(200)) - 500});
             desk_.advance(Seconds(0.3));
         }
-        chance(4) ? desk_.controller().cancelDividerDrag() : desk_.controller().endDividerDrag(divider);
+        chance(4) ? desk_.controller().perform(action::CancelDividerDrag{})
+                  : desk_.controller().perform(action::EndDividerDrag{divider});
     }
     void dragWindow(const std::string& label) {
-        using enum WorkspaceController::WindowDragKind;
-        using enum WorkspaceController::LettingGo;
+        using enum action::WindowDragKind;
+        using enum action::DropMode;
         const auto& window = desk_.desktop.window(label);
         // No hand takes hold of what it does not see, and a window that it takes while another one is zoomed comes back
         // to where it was taken.
         if (!desk_.desktop.isOnScreen(window) || *desk_.state().focusMode) return;
         const auto movement = chance(3) ? resize : move;
-        if (!desk_.controller().beginWindowDrag(desk_.desktop.windowIDOf(label),
-                                                desk_.desktop.frameForWindowService(window))) {
+        if (!desk_.controller().perform(action::BeginWindowDrag{desk_.desktop.windowIDOf(label),
+                                                                desk_.desktop.frameForWindowService(window)})) {
             return;
         }
         const CGRect frame = anyFrameFor(label);
         desk_.desktop.userMoves(label, movement == move ? frame : CGRect{window.frame.origin, frame.size});
         desk_.advance(Seconds(0.6));
         const CGPoint pointer = {minX(frame), 1440 - minY(frame)};
-        desk_.controller().updateWindowDrag(pointer, movement);
-        if (chance(5)) return desk_.controller().cancelWindowDrag();
-        desk_.controller().endWindowDrag(pointer, movement, chance(4) ? floating : intoTile);
+        desk_.controller().perform(action::UpdateWindowDrag{pointer, movement});
+        if (chance(5)) {
+            desk_.controller().perform(action::CancelWindowDrag{});
+            return;
+        }
+        desk_.controller().perform(action::EndWindowDrag{pointer, movement, chance(4) ? floating : intoTile});
     }
     void wake() {
         desk_.desktop.setLocked(false);
@@ -355,18 +359,22 @@ class UndoWalk {
         {"command", [this] { command(); }, true},
         {"command", [this] { command(); }, true},
         {"command", [this] { command(); }, true},
-        {"next layout", [this] { desk_.controller().selectNextLayout(); }, true},
-        {"previous layout", [this] { desk_.controller().selectPreviousLayout(); }, true},
-        {"reset sizes", [this] { desk_.controller().resetLayoutSizes(); }, true},
-        {"inset", [this] { desk_.controller().setTileInset(static_cast<double>(4 * below(5))); }, true},
+        {"next layout", [this] { desk_.controller().perform(action::CycleLayout{}); }, true},
+        {"previous layout", [this] { desk_.controller().perform(action::CycleLayout{LayoutStep::previous}); }, true},
+        {"reset sizes", [this] { desk_.controller().perform(action::ResetLayoutSizes{}); }, true},
+        {"inset", [this] { desk_.controller().perform(action::SetTileInset{static_cast<double>(4 * below(5))}); },
+         true},
         {"drag divider", [this] { withAnyDivider([&](const auto& divider) { dragDivider(divider); }); }},
         {"drag divider", [this] { withAnyDivider([&](const auto& divider) { dragDivider(divider); }); }},
         {"reset divider",
-         [this] { withAnyDivider([&](const auto& divider) { (void)desk_.controller().resetDivider(divider); }); },
+         [this] {
+             withAnyDivider(
+                 [&](const auto& divider) { (void)desk_.controller().perform(action::ResetDivider{divider}); });
+         },
          true},
         {"drag window", [this] { withAnyWindow([&](const auto& label) { dragWindow(label); }); }},
         {"drag window", [this] { withAnyWindow([&](const auto& label) { dragWindow(label); }); }},
-        {"captures", [this] { desk_.controller().captureScene(); }},
+        {"captures", [this] { desk_.controller().perform(action::CaptureScene{}); }},
         {"opens a scene",
          [this] {
              const auto scenes = *desk_.state().scenes;

@@ -164,7 +164,7 @@ TEST_F(WindowCommands, WindowsThatDriftedAreFoundAndSentBack) {
     desk.perform(command::Place{id("Notes"), tile("focus-main")}).advance(Seconds(10));
     EXPECT_EQ(verdictOf("Notes"), PlacementVerdict::drifted) << "it was asked as often as a poll asks";
     for (int i = 0; i < 20 && verdictOf("Notes") != PlacementVerdict::asRequested; ++i) {
-        ASSERT_TRUE(desk.controller().repairPlacements());
+        ASSERT_TRUE(desk.controller().perform(action::RepairPlacements{}));
         desk.settle();
     }
     EXPECT_EQ(verdictOf("Notes"), PlacementVerdict::asRequested);
