@@ -1,4 +1,4 @@
-// When two frames count as the same: windows round theirs, and window managers add or take a point.
+// When two frames count as the same.
 #pragma once
 
 #include "support/Geometry.h"
@@ -7,7 +7,10 @@
 
 namespace kova {
 
+/// Windows round their frames, and window managers add or take a point.
 inline constexpr double kFrameTolerancePoints = 2;
+/// Between two readings of one window, which differ by rounding alone.
+inline constexpr double kRoundingPoints = 0.5;
 
 /// Points of one coordinate space.
 inline bool isSamePlace(CGPoint a, CGPoint b) {

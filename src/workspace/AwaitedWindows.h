@@ -6,6 +6,7 @@
 #include "support/Published.h"
 #include "workspace/ExpectedApplications.h"
 #include "workspace/PendingApplicationPlacement.h"
+#include "workspace/PollContext.h"
 #include "workspace/SceneRestoration.h"
 
 #include <map>
@@ -32,6 +33,10 @@ class AwaitedWindows {
     void dropLaunch(const std::string& tile);
     void dropLaunches();
     void dropExpired(Seconds now);
+    void onPoll(const PollContext& poll) {
+        dropExpired(poll.now);
+        expected_.forgetThoseWithWindows(poll.windows);
+    }
 
     // A scene
     SceneRestoration& scene() { return scene_; }

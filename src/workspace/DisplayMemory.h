@@ -87,6 +87,8 @@ class DisplayMemory {
 
     /// Displays changed: `settled` will be called, unless they change again.
     void beginSettling();
+    /// Whether the window's display is away and may be back in a moment.
+    bool isAwaited(const std::string& windowID) const { return isSettling() && isHomeless(windowID); }
     bool isSettling() const { return queue_.uptime() < settledAt_; }
     /// Displays that are away now do not come back under another id.
     void forgetRecentlyGone() { recentlyGone_.clear(); }

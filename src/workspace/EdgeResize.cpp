@@ -1,12 +1,13 @@
 #include "workspace/EdgeResize.h"
 
+#include "support/SameFrame.h"
+
 #include <cmath>
 
 namespace kova {
 
 namespace {
 
-constexpr double kNoticeablePoints = 2;
 constexpr double kTouchingPoints = 1;
 
 /// A rectangle's extent along an axis, and across it.
@@ -41,7 +42,7 @@ std::vector<DividerMove> dividersMovedBy(const CGRect& cell, const CGRect& befor
         const bool isAfter = std::abs(gap.start - tile.end) <= kTouchingPoints;
         const bool isBefore = std::abs(gap.end - tile.start) <= kTouchingPoints;
         const double moved = isAfter ? now.end - old.end : isBefore ? now.start - old.start : 0;
-        if (std::abs(moved) > kNoticeablePoints) moves.push_back({divider, moved});
+        if (std::abs(moved) > kFrameTolerancePoints) moves.push_back({divider, moved});
     }
     return moves;
 }

@@ -1,5 +1,6 @@
 #include "workspace/FrameKeeper.h"
 
+#include "support/SameFrame.h"
 #include "workspace/Renaming.h"
 
 #include <algorithm>
@@ -7,20 +8,13 @@
 
 namespace kova {
 
-namespace {
-
-constexpr double kOffTolerancePoints = 2;
-constexpr double kSameRefusalPoints = 0.5;
-
-} // namespace
-
 FrameKeeper::Decision FrameKeeper::decide(const ManagedWindow& window, const CGRect& wanted, Straying straying,
                                           const std::optional<CGRect>& pending) {
     if (sizes_.isBeingRetried(window.id)) {
         if (pending) return Decision::leave;
         sizes_.endRetry(window.id);
     }
-    const double tolerance = straying == Straying::any ? kSameRefusalPoints : kOffTolerancePoints;
+    const double tolerance = straying == Straying::any ? kRoundingPoints : kFrameTolerancePoints;
     // A placement that is still being verified is left to its passes.
     if (pending) return nearlyEqual(*pending, wanted, tolerance) ? Decision::leave : Decision::ask;
     if (!window.frame || nearlyEqual(*window.frame, wanted, tolerance)) {
@@ -28,8 +22,8 @@ FrameKeeper::Decision FrameKeeper::decide(const ManagedWindow& window, const CGR
         return Decision::leave;
     }
     Refusal& refusal = refusals_[window.id];
-    const bool sameAgain = nearlyEqual(refusal.wanted, wanted, kSameRefusalPoints) &&
-                           nearlyEqual(refusal.actual, *window.frame, kSameRefusalPoints);
+    const bool sameAgain = nearlyEqual(refusal.wanted, wanted, kRoundingPoints) &&
+                           nearlyEqual(refusal.actual, *window.frame, kRoundingPoints);
     if (!sameAgain) refusal = {wanted, *window.frame, 0, refusal.isUnseen};
     return refusal.attempts < kAttempts ? Decision::askAgain : Decision::leave;
 }
@@ -62,12 +56,12 @@ FrameKeeper::takeShrunken(const std::map<std::string, std::string>& anchors,
     return shrunken;
 }
 
-void FrameKeeper::onPoll(const IsLive& isLive, const IsLive& hasPendingFrame) {
-    sizes_.keepOnly(isLive);
-    reflow_.keepOnly(isLive);
-    std::erase_if(refusals_, [&](const auto& entry) { return !isLive(entry.first); });
+void FrameKeeper::onPoll(const PollContext& poll) {
+    sizes_.keepOnly(poll.isLive);
+    reflow_.keepOnly(poll.isLive);
+    std::erase_if(refusals_, [&](const auto& entry) { return !poll.isLive(entry.first); });
     for (auto& [windowID, refusal] : refusals_) {
-        if (!hasPendingFrame(windowID)) refusal.isUnseen = false;
+        if (!poll.hasPendingFrame(windowID)) refusal.isUnseen = false;
     }
 }
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "windowing/ManagedWindow.h"
+#include "workspace/PollContext.h"
 #include "workspace/ReflowPolicy.h"
 #include "workspace/WindowSizes.h"
 
@@ -17,7 +18,6 @@ namespace kova {
 class FrameKeeper {
   public:
     static constexpr int kAttempts = 3;
-    using IsLive = std::function<bool(const std::string& windowID)>;
 
     /// How far off its tile a window counts as strayed: what the user changes by a point is to be seen.
     enum class Straying { noticeable, any };
@@ -52,7 +52,7 @@ class FrameKeeper {
                                           const std::function<std::optional<CGSize>(const std::string&)>& minimumOf);
 
     /// Windows that are gone are forgotten; requests without a pending frame were seen by this poll.
-    void onPoll(const IsLive& isLive, const IsLive& hasPendingFrame);
+    void onPoll(const PollContext& poll);
     /// Some window is still to be asked or to be seen.
     bool isWaiting() const;
     void rename(const std::string& windowID, const std::string& newID);

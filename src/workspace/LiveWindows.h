@@ -6,6 +6,7 @@
 #include "workspace/AttachedDialogs.h"
 #include "workspace/FocusOrder.h"
 #include "workspace/MinimizedWindows.h"
+#include "workspace/PollContext.h"
 #include "workspace/PresentationRequests.h"
 #include "workspace/SpaceChange.h"
 
@@ -68,6 +69,7 @@ class LiveWindows {
     FocusOrder& focusOrder() { return focusOrder_; }
     const FocusOrder& focusOrder() const { return focusOrder_; }
 
+    void onPoll(const PollContext& poll) { minimized_.follow(poll.windows, poll.now); }
     /// Something here waits for time to pass.
     bool isWaiting() const { return minimized_.isExpecting() || requests_.isWaiting(); }
     /// The list itself has the new id already.

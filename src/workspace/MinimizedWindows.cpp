@@ -1,5 +1,6 @@
 #include "workspace/MinimizedWindows.h"
 
+#include "support/SameFrame.h"
 #include "workspace/Renaming.h"
 
 #include <algorithm>
@@ -12,7 +13,6 @@ namespace {
 
 /// A window that is not minimized by then refuses to be.
 constexpr Seconds kTimeToLeave{2};
-constexpr double kReturnTolerancePoints = 2;
 
 } // namespace
 
@@ -61,7 +61,7 @@ std::vector<std::string> MinimizedWindows::takeReturned(const std::vector<Manage
             return isLastLook;
         }
         const bool isInPlace =
-            !expected.frame || !window->frame || nearlyEqual(*window->frame, *expected.frame, kReturnTolerancePoints);
+            !expected.frame || !window->frame || nearlyEqual(*window->frame, *expected.frame, kFrameTolerancePoints);
         if (!window->isVisible || !isInPlace || id == focusedWindowID) return isLastLook;
         returned.push_back(id);
         return true;

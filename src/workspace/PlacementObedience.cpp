@@ -1,5 +1,7 @@
 #include "workspace/PlacementObedience.h"
 
+#include "support/SameFrame.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -8,11 +10,10 @@ namespace kova {
 namespace {
 
 constexpr std::size_t kFewestWindows = 2;
-constexpr double kObeyedPoints = 2;
 
 bool stayedAway(const PlacedWindow& window) {
-    const bool beginsThere = std::abs(minX(window.wanted) - minX(window.actual)) <= kObeyedPoints &&
-                             std::abs(minY(window.wanted) - minY(window.actual)) <= kObeyedPoints;
+    const bool beginsThere = std::abs(minX(window.wanted) - minX(window.actual)) <= kFrameTolerancePoints &&
+                             std::abs(minY(window.wanted) - minY(window.actual)) <= kFrameTolerancePoints;
     return window.wasAskedEnough && !beginsThere;
 }
 

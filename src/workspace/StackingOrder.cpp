@@ -1,16 +1,16 @@
 #include "workspace/StackingOrder.h"
 
+#include "support/SameFrame.h"
+
 #include <algorithm>
 
 namespace kova {
 
 namespace {
 
-constexpr double kSameFramePoints = 2;
-
 bool shows(const OnScreenWindow& shown, const ManagedWindow& window) {
     return shown.processIdentifier == window.processIdentifier && window.frame &&
-           nearlyEqual(shown.bounds, *window.frame, kSameFramePoints);
+           nearlyEqual(shown.bounds, *window.frame, kFrameTolerancePoints);
 }
 
 } // namespace

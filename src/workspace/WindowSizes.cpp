@@ -1,5 +1,7 @@
 #include "workspace/WindowSizes.h"
 
+#include "support/SameFrame.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -16,7 +18,7 @@ bool isAny(CGSize size) {
 }
 
 bool isSmaller(double length, double least) {
-    return least > 0 && length < least - WindowSizes::kTolerancePoints;
+    return least > 0 && length < least - kFrameTolerancePoints;
 }
 
 CGSize larger(CGSize a, CGSize b) {
@@ -79,12 +81,12 @@ WindowSizes::Refusal WindowSizes::noteRefusal(const ManagedWindow& window, CGSiz
     if (pointerMovedAt_ && uptime - *pointerMovedAt_ < kSettlesAfterPointer) return Refusal::unreliable;
     Known& known = known_[window.id];
     CGSize shown = known.shown;
-    if (actual.width > wanted.width + kTolerancePoints) shown.width = actual.width;
-    if (actual.height > wanted.height + kTolerancePoints) shown.height = actual.height;
+    if (actual.width > wanted.width + kFrameTolerancePoints) shown.width = actual.width;
+    if (actual.height > wanted.height + kFrameTolerancePoints) shown.height = actual.height;
     if (!isAny(shown)) return Refusal::unreliable;
     const CGSize announced = window.minimumSize.value_or(shown);
-    known.contradictsAnnouncement =
-        shown.width > announced.width + kTolerancePoints || shown.height > announced.height + kTolerancePoints;
+    known.contradictsAnnouncement = shown.width > announced.width + kFrameTolerancePoints ||
+                                    shown.height > announced.height + kFrameTolerancePoints;
     if (std::exchange(known.lastArrangement, arrangement_) != arrangement_) ++known.arrangements;
     known.shownAt = uptime;
     const bool isSame = std::abs(shown.width - known.shown.width) <= kSameSizePoints &&
@@ -139,8 +141,8 @@ bool WindowSizes::isRetryDue(const ManagedWindow& window, const std::optional<CG
     if (known && known->wasRetried) return false;
     const CGSize announced = window.minimumSize.value_or(CGSize{});
     const CGSize least = minimumOf(window, ofApplication);
-    const bool isRemembered =
-        least.width > announced.width + kTolerancePoints || least.height > announced.height + kTolerancePoints;
+    const bool isRemembered = least.width > announced.width + kFrameTolerancePoints ||
+                              least.height > announced.height + kFrameTolerancePoints;
     const bool wasShownLately = known && isAny(known->shown) && uptime - known->shownAt < kRetryAfter;
     return isRemembered && !wasShownLately;
 }

@@ -17,7 +17,6 @@ namespace kova {
 
 class WindowSizes {
   public:
-    static constexpr double kTolerancePoints = 2;
     /// The desktop itself may go on resizing a window that was just let go, for example at an edge of the screen.
     static constexpr Seconds kSettlesAfterPointer{1};
     /// A size that the window showed a moment ago is not asked about again.

@@ -1,5 +1,3 @@
-// The one door: what must hold before an action is checked, then the action is carried out, then all that it asked of
-// windows is sent.
 #include "workspace/WorkspaceController.h"
 
 #include "support/Overloaded.h"
@@ -20,13 +18,14 @@ Outcome unrefused(Operation operation) {
 Outcome WorkspaceController::perform(const WorkspaceAction& action) {
     const ActionTraits traits = traitsOf(action);
     if (traits.needs == ActionTraits::Needs::windowAccess) {
-        if (const auto access = requireWindowAccess(); !access) return access;
+        if (const auto access = ops_.access.requireWindowAccess(); !access) return access;
     } else if (traits.needs == ActionTraits::Needs::visibleScreen) {
-        if (const auto seen = requireVisibleScreen(); !seen) return seen;
+        if (const auto seen = ops_.access.requireVisibleScreen(); !seen) return seen;
     }
-    if (traits.focusMode == ActionTraits::FocusMode::closes) closeFocusMode();
+    if (traits.focusMode == ActionTraits::FocusMode::closes) ops_.steps.closeFocusMode();
     Outcome outcome = carryOut(action);
-    services_.accessibility.flush();
+    if (outcome && outcome.message()) parts_.messages.show(*outcome.message());
+    parts_.services.accessibility.flush();
     return outcome;
 }
 
@@ -34,68 +33,101 @@ Outcome WorkspaceController::carryOut(const WorkspaceAction& wanted) {
     using namespace action;
     return std::visit(
         Overloaded{
-            [&](const WindowCommand& command) { return carryOut(command); },
-            [&](const Focus& focus) { return focusWindow(focus.direction, focus.windowID); },
-            [&](const Move& move) { return moveWindow(move.direction, move.windowID); },
-            [&](const action::CycleStack& cycle) { return cycleStack(cycle); },
-            [&](const ToggleFocusZoom& zoom) { return toggleFocusMode(zoom.windowID); },
-            [&](const Arrange&) { return arrange(); },
+            [&](const WindowCommand& command) { return ops_.commands.runCommand(command); },
+            [&](const Focus& focus) { return ops_.commands.focusWindow(focus.direction, focus.windowID); },
+            [&](const Move& move) { return ops_.commands.moveWindow(move.direction, move.windowID); },
+            [&](const action::CycleStack& cycle) { return ops_.commands.cycleStack(cycle); },
+            [&](const ToggleFocusZoom& zoom) { return ops_.steps.toggleFocusMode(zoom.windowID); },
+            [&](const Arrange&) { return ops_.arrangement.arrange(); },
             [&](const Undo&) { return undoLastAction(); },
-            [&](const RepairPlacements&) { return repairPlacements(); },
-            [&](const SelectLayout& layout) { return selectLayout(layout.displayID, layout.selection); },
-            [&](const CycleLayout& layout) { return cycleLayout(layout.step); },
-            [&](const ResetLayoutSizes& sizes) { return resetLayoutSizes(sizes.displayID); },
-            [&](const SetTileInset& inset) { return setTileInset(inset.points); },
-            [&](const BeginDividerDrag& drag) { return beginDividerDrag(drag.divider); },
+            [&](const RepairPlacements&) { return ops_.report.repairPlacements(); },
+            [&](const SelectLayout& layout) {
+                return ops_.layoutChoice.selectLayout(layout.displayID, layout.selection);
+            },
+            [&](const CycleLayout& layout) { return ops_.layoutChoice.cycleLayout(layout.step); },
+            [&](const ResetLayoutSizes& sizes) { return ops_.layoutChoice.resetLayoutSizes(sizes.displayID); },
+            [&](const SetTileInset& inset) { return ops_.layoutChoice.setTileInset(inset.points); },
+            [&](const BeginDividerDrag& drag) { return ops_.pointerActions.beginDividerDrag(drag.divider); },
             [&](const UpdateDividerDrag& drag) {
-                return unrefused([&] { updateDividerDrag(drag.divider, drag.translationPoints); });
+                return unrefused([&] { ops_.pointerActions.updateDividerDrag(drag.divider, drag.translationPoints); });
             },
-            [&](const EndDividerDrag& drag) { return unrefused([&] { endDividerDrag(drag.divider); }); },
-            [&](const CancelDividerDrag&) { return unrefused([&] { cancelDividerDrag(); }); },
-            [&](const MoveDivider& move) { return moveDivider(move.divider, move.translationPoints); },
-            [&](const ResetDivider& reset) { return resetDivider(reset.divider); },
-            [&](const PressWindow& press) { return unrefused([&] { pressWindow(press.windowID); }); },
-            [&](const ReleaseWindow&) { return unrefused([&] { releaseWindow(); }); },
-            [&](const BeginWindowDrag& drag) { return beginWindowDrag(drag.windowID, drag.frameBefore); },
-            [&](const UpdateWindowDrag& drag) { return unrefused([&] { updateWindowDrag(drag.pointer, drag.kind); }); },
+            [&](const EndDividerDrag& drag) {
+                return unrefused([&] { ops_.pointerActions.endDividerDrag(drag.divider); });
+            },
+            [&](const CancelDividerDrag&) { return unrefused([&] { ops_.pointerActions.cancelDividerDrag(); }); },
+            [&](const MoveDivider& move) {
+                return ops_.pointerActions.moveDivider(move.divider, move.translationPoints);
+            },
+            [&](const ResetDivider& reset) { return ops_.pointerActions.resetDivider(reset.divider); },
+            [&](const PressWindow& press) {
+                return unrefused([&] { ops_.pointerActions.pressWindow(press.windowID); });
+            },
+            [&](const ReleaseWindow&) { return unrefused([&] { ops_.pointerActions.releaseWindow(); }); },
+            [&](const BeginWindowDrag& drag) {
+                return ops_.pointerActions.beginWindowDrag(drag.windowID, drag.frameBefore);
+            },
+            [&](const UpdateWindowDrag& drag) {
+                return unrefused([&] { ops_.pointerActions.updateWindowDrag(drag.pointer, drag.kind); });
+            },
             [&](const EndWindowDrag& drag) {
-                return unrefused([&] { endWindowDrag(drag.pointer, drag.kind, drag.mode); });
+                return unrefused([&] { ops_.pointerActions.endWindowDrag(drag.pointer, drag.kind, drag.mode); });
             },
-            [&](const CancelWindowDrag&) { return unrefused([&] { cancelWindowDrag(); }); },
-            [&](const LaunchApplication& launch) { return launchApplication(launch); },
-            [&](const QuitApplication& quit) { return quitApplication(quit.windowID); },
-            [&](const ForceQuitApplication& quit) { return forceQuitApplication(quit.windowID); },
-            [&](const ForceQuitAll&) { return unrefused([&] { forceQuitAllApplications(); }); },
-            [&](const ForceQuit& quit) { return forceQuit(quit.confirmed); },
-            [&](const ForgetApplication& forget) { return forgetApplication(forget.name); },
-            [&](const CaptureScene& scene) { return captureScene(scene.name); },
-            [&](const ActivateScene& scene) { return activateScene(scene.id); },
-            [&](const RenameScene& scene) { return renameScene(scene.id, scene.name); },
-            [&](const DeleteScene& scene) { return deleteScene(scene.id); },
-            [&](const InsertScene& scene) { return insertScene(scene.scene, scene.index); },
-            [&](const AddRule& rule) { return addRule(rule.rule); },
-            [&](const AddRuleForWindow& rule) { return addRuleForWindow(rule); },
-            [&](const ChangeRule& change) { return changeRule(change); },
-            [&](const DeleteRule& rule) { return deleteRule(rule.id); },
-            [&](const MoveRule& rule) { return moveRule(rule.id, rule.index); },
-            [&](const ImportDocument& document) { return importWorkspaceDocument(document.data); },
-            [&](const Switch& change) { return unrefused([&] { setSetting(change.setting, change.isOn); }); },
-            [&](const SelectTheme& theme) { return selectTheme(theme.id); },
-            [&](const SelectAccentColor& accent) { return unrefused([&] { selectAccentColor(accent.id); }); },
+            [&](const CancelWindowDrag&) { return unrefused([&] { ops_.pointerActions.cancelWindowDrag(); }); },
+            [&](const LaunchApplication& launch) { return ops_.applications.launchApplication(launch); },
+            [&](const QuitApplication& quit) { return ops_.applications.quitApplication(quit.windowID); },
+            [&](const ForceQuitApplication& quit) { return ops_.applications.forceQuitApplication(quit.windowID); },
+            [&](const ForceQuitAll&) { return unrefused([&] { ops_.applications.forceQuitAllApplications(); }); },
+            [&](const ForceQuit& quit) { return ops_.applications.forceQuit(quit.confirmed); },
+            [&](const ForgetApplication& forget) { return ops_.applications.forgetApplication(forget.name); },
+            [&](const CaptureScene& scene) { return ops_.scenes.captureScene(scene.name); },
+            [&](const ActivateScene& scene) { return ops_.scenes.activateScene(scene.id); },
+            [&](const RenameScene& scene) { return ops_.documents.renameScene(scene.id, scene.name); },
+            [&](const DeleteScene& scene) { return ops_.documents.deleteScene(scene.id); },
+            [&](const InsertScene& scene) { return ops_.documents.insertScene(scene.scene, scene.index); },
+            [&](const AddRule& rule) { return ops_.documents.addRule(rule.rule); },
+            [&](const AddRuleForWindow& rule) { return ops_.rules.addRuleForWindow(rule); },
+            [&](const ChangeRule& change) { return ops_.documents.changeRule(change); },
+            [&](const DeleteRule& rule) { return ops_.documents.deleteRule(rule.id); },
+            [&](const MoveRule& rule) { return ops_.documents.moveRule(rule.id, rule.index); },
+            [&](const ImportDocument& document) { return ops_.documents.importWorkspaceDocument(document.data); },
+            [&](const Switch& change) {
+                return unrefused([&] { ops_.settings.setSetting(change.setting, change.isOn); });
+            },
+            [&](const SelectTheme& theme) { return ops_.settings.selectTheme(theme.id); },
+            [&](const SelectAccentColor& accent) {
+                return unrefused([&] { ops_.settings.selectAccentColor(accent.id); });
+            },
             [&](const PreferApplication& preferred) {
-                return unrefused([&] { setPreferredApplication(preferred.slotID, preferred.applicationKey); });
+                return unrefused(
+                    [&] { ops_.settings.setPreferredApplication(preferred.slotID, preferred.applicationKey); });
             },
-            [&](const ShowMessage& message) { return unrefused([&] { showStatusMessage(message.text); }); },
+            [&](const ShowMessage& message) { return unrefused([&] { parts_.messages.show(message.text); }); },
         },
         wanted);
 }
 
-/// What an arrangement, a launch or a scene still had to do. Focus mode closes first: what it restores later would take
-/// the tiles away again.
-void WorkspaceController::changeLater(const std::function<void()>& change) {
-    closeFocusMode();
-    change();
-    services_.accessibility.flush();
+Outcome WorkspaceController::undoLastAction() {
+    if (parts_.undo.isEmpty()) return ops_.access.refuseSilently("There is nothing to undo");
+    if (const auto access = ops_.access.requireWindowAccess(); !access) return access;
+    ops_.steps.endDrags();
+    const auto entry = parts_.undo.takeNewest();
+    // What happened beside the zoomed window is known to the snapshot of focus mode alone.
+    auto zoomed = parts_.focusMode.leave();
+    const WorkspaceUndoSnapshot snapshot = zoomed ? std::move(zoomed->snapshot) : entry->snapshot;
+    if (zoomed) parts_.undo.restore(zoomed->history);
+    (void)parts_.arranger.supersede(); // what an arrangement still had to do is undone with it
+    parts_.frames.reflow().forgetAllPushes();
+    if (entry->label.action == action::ActivateScene::kTraits.undoLabel) { // and so is what a scene still waits for
+        ops_.scenes.publishSceneReport(SceneReport::State::abandoned);
+        parts_.awaited.scene() = {};
+    }
+    ops_.steps.restoreUndoSnapshot(snapshot);
+    ops_.keeper.noteTileGeometry();
+    ops_.follower.migrateChangedDisplays(); // some may have had another size then
+    if (!parts_.displays.isSettling()) ops_.displayChanges.placeHomelessWindows();
+    if (parts_.assignments.assignedWindowIDs != snapshot.tiles.assignedWindowIDs) ops_.keeper.commit({});
+    parts_.state.canUndo.set(!parts_.undo.isEmpty());
+    return Outcome::done("Last window action undone");
 }
 
 } // namespace kova

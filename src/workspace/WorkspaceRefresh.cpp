@@ -1,6 +1,6 @@
-// What a poll changes: the window lists, the assignments, and frames that have strayed from their tiles.
-#include "workspace/WindowContinuity.h"
 #include "workspace/WorkspaceController.h"
+
+#include "workspace/WindowContinuity.h"
 
 #include <algorithm>
 #include <set>
@@ -10,8 +10,6 @@ namespace kova {
 
 namespace {
 
-constexpr Seconds kAutomaticArrangementDelay{0.3};
-
 bool samePresentation(const std::vector<ManagedWindow>& a, const std::vector<ManagedWindow>& b) {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(),
                       [](const ManagedWindow& x, const ManagedWindow& y) { return kova::samePresentation(x, y); });
@@ -19,15 +17,20 @@ bool samePresentation(const std::vector<ManagedWindow>& a, const std::vector<Man
 
 } // namespace
 
+void WorkspaceController::presentationResumed() {
+    publishWindows();
+    keepAssignmentsValid();
+    refresh();
+}
+
 void WorkspaceController::applyPoll(PollResult result) {
     if (applyLockedSession(result.isSessionLocked)) return;
-    awaited_.dropExpired(services_.queue.uptime());
-    const bool isRecovering = recovery_.isActive(services_.queue.uptime());
+    const bool isRecovering = parts_.recovery.isActive(parts_.services.queue.uptime());
     const bool isGranted = result.permissionState == AccessibilityPermissionState::granted;
     if (isRecovering && !isGranted) return;
-    if (!isRecovering && recovery_.hasDeadline()) recovery_.clear();
-    const bool justGranted = isGranted && *state_.permissionState != AccessibilityPermissionState::granted;
-    state_.permissionState.set(result.permissionState);
+    if (!isRecovering && parts_.recovery.hasDeadline()) parts_.recovery.clear();
+    const bool justGranted = isGranted && *parts_.state.permissionState != AccessibilityPermissionState::granted;
+    parts_.state.permissionState.set(result.permissionState);
     if (isGranted) {
         applyGrantedPoll(std::move(result.windows), result.begun, isRecovering, justGranted);
     } else {
@@ -38,49 +41,47 @@ void WorkspaceController::applyPoll(PollResult result) {
 void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begun, bool isRecovering,
                                            bool justGranted) {
     const auto shownSpace = found.shownSpace;
-    const auto formerSpace = liveWindows_.noteShownSpace(shownSpace);
+    const auto formerSpace = parts_.liveWindows.noteShownSpace(shownSpace);
     std::vector<WindowSuccessor> tabs;
     if (!isRecovering) {
         // A change that was told while the poll listed windows counts as well.
-        const bool isSame = formerSpace == shownSpace && services_.accessibility.shownSpace() == shownSpace;
-        tabs = takeTabSuccessors(found, liveWindows_.all(), isSame ? ShownSpace::same : ShownSpace::another);
+        const bool isSame = formerSpace == shownSpace && parts_.services.accessibility.shownSpace() == shownSpace;
+        tabs = takeTabSuccessors(found, parts_.liveWindows.all(), isSame ? ShownSpace::same : ShownSpace::another);
     }
     std::set<std::string> shownBefore;
-    for (const auto& window : liveWindows_) {
+    for (const auto& window : parts_.liveWindows) {
         if (!window.isElsewhere) shownBefore.insert(window.id);
     }
-    const bool hasOtherTitles = liveWindows_.take(withUnlisted(std::move(found), liveWindows_.all()), begun);
+    const bool hasOtherTitles =
+        parts_.liveWindows.take(withUnlisted(std::move(found), parts_.liveWindows.all()), begun);
     const bool haveOthersLeft = std::ranges::any_of(
-        liveWindows_, [&](const auto& window) { return window.isElsewhere && shownBefore.contains(window.id); });
-    if (shownBefore.empty() || formerSpace != shownSpace || services_.accessibility.shownSpace() != shownSpace ||
+        parts_.liveWindows, [&](const auto& window) { return window.isElsewhere && shownBefore.contains(window.id); });
+    if (shownBefore.empty() || formerSpace != shownSpace || parts_.services.accessibility.shownSpace() != shownSpace ||
         haveOthersLeft) {
-        liveWindows_.noteSpaceChange(services_.queue.uptime());
+        parts_.liveWindows.noteSpaceChange(parts_.services.queue.uptime());
     }
     adoptSuccessors(tabs);
-    if (isRecovering) adoptSuccessors(recovery_.takeSuccessors(liveWindows_.all(), assignments_));
-    for (const auto& window : liveWindows_) { // what is not shown is not written to
-        const auto pending = window.isElsewhere ? windowService_->pendingFrame(window.id) : std::nullopt;
+    if (isRecovering) adoptSuccessors(parts_.recovery.takeSuccessors(parts_.liveWindows.all(), parts_.assignments));
+    for (const auto& window : parts_.liveWindows) { // what is not shown is not written to
+        const auto pending = window.isElsewhere ? parts_.windowService->pendingFrame(window.id) : std::nullopt;
         if (!pending) continue;
-        tileMemory_.spaces().owe(window.id, *pending);
-        windowService_->cancelPlacement(window.id);
+        parts_.tileMemory.spaces().owe(window.id, *pending);
+        parts_.windowService->cancelPlacement(window.id);
     }
-    awaited_.expected().forgetThoseWithWindows(liveWindows_.all());
-    liveWindows_.minimized().follow(liveWindows_.all(), services_.queue.uptime());
-    const bool tookUpSession = takeUpSession();
-    if (hasOtherTitles) state_.titleRevision.set(*state_.titleRevision + 1);
-    if (!isRecovering && focusMode_.isOn() && !findLive(focusMode_.mode()->windowID)) {
-        (void)leaveFocusMode();
-        showStatusMessage("Focus Mode closed because its window is no longer available");
+    parts_.onPoll();
+    const bool tookUpSession = ops_.sessionTaker.takeUpSession();
+    if (hasOtherTitles) parts_.state.titleRevision.set(*parts_.state.titleRevision + 1);
+    if (!isRecovering && parts_.focusMode.isOn() && !parts_.liveWindows.find(parts_.focusMode.mode()->windowID)) {
+        (void)ops_.steps.leaveFocusMode();
+        parts_.messages.show("Focus Mode closed because its window is no longer available");
     }
-    frames_.onPoll([this](const std::string& id) { return findLive(id) != nullptr; },
-                   [this](const std::string& id) { return windowService_->pendingFrame(id).has_value(); });
-    publishMinimums();
-    if (!pointer_.isPausingPolls()) presentPoll(isRecovering);
-    services_.accessibility.flush();
+    ops_.keeper.publishMinimums();
+    if (!parts_.pointer.isPausingPolls()) presentPoll(isRecovering);
+    parts_.services.accessibility.flush();
     if (tookUpSession) {
-        arranger_.skipStartUpTurn(); // everything is where it was
+        parts_.arranger.skipStartUpTurn(); // everything is where it was
     } else {
-        scheduleAutomaticArrangement(justGranted);
+        ops_.arrangement.scheduleAutomaticArrangement(justGranted);
     }
 }
 
@@ -90,85 +91,86 @@ void WorkspaceController::presentPoll(bool isRecovering) {
     noteFocus();
     keepAssignmentsValid();
     followShownSpace();
-    putAwayAgain();
+    ops_.sessionTaker.putAwayAgain();
     if (isRecovering) {
-        if (displays_.hasRegained()) settleOnDisplays();
+        if (parts_.displays.hasRegained()) ops_.displayChanges.settleOnDisplays();
         recoverAssignedWindows();
     }
-    noteSizesSeen();
-    giveBackSpans();
-    if (!isRecovering) claimRoomWhereNeeded();
-    noteTileGeometry();
-    reapplyTileFrames();
+    ops_.keeper.noteSizesSeen();
+    ops_.keeper.giveBackSpans();
+    if (!isRecovering) ops_.keeper.claimRoomWhereNeeded();
+    ops_.keeper.noteTileGeometry();
+    ops_.presenter.reapplyTileFrames();
     giveOwedFrames();
-    processPendingApplicationPlacements();
-    processPendingScenePlacements();
-    if (!isRecovering && *state_.continuousManagementEnabled) applyRules(liveWindows_.all());
+    ops_.applications.processPendingApplicationPlacements();
+    ops_.scenes.processPendingScenePlacements();
+    if (!isRecovering && *parts_.state.continuousManagementEnabled) ops_.rules.applyRules(parts_.liveWindows.all());
 }
 
 void WorkspaceController::publishWindows() {
-    if (!samePresentation(*state_.windows, liveWindows_.all())) state_.windows.set(liveWindows_.all());
+    if (!samePresentation(*parts_.state.windows, parts_.liveWindows.all()))
+        parts_.state.windows.set(parts_.liveWindows.all());
 }
 
 /// Windows of the Space that is shown now are where they were when it was last shown.
 void WorkspaceController::followShownSpace() {
-    const SpaceChange change = liveWindows_.spaceChange(services_.queue.uptime());
-    if (!tileMemory_.spaces().restore(liveWindows_.all(), liveWindows_.shownSpace(), change, assignments_)) return;
-    migrateChangedDisplays(); // a display may have another layout since
+    const SpaceChange change = parts_.liveWindows.spaceChange(parts_.services.queue.uptime());
+    if (!parts_.tileMemory.spaces().restore(parts_.liveWindows.all(), parts_.liveWindows.shownSpace(), change,
+                                            parts_.assignments)) {
+        return;
+    }
+    ops_.follower.migrateChangedDisplays(); // a display may have another layout since
 }
 
 /// A window in a tile has been put there already.
 void WorkspaceController::giveOwedFrames() {
-    for (const auto& [windowID, frame] : tileMemory_.spaces().takeDueFrames(liveWindows_.all())) {
-        const ManagedWindow* window = findLive(windowID);
-        if (assignments_.isAssigned(windowID) || isLeftAlone(*window)) continue;
-        writeFrame(ManagedWindow(*window), frame, AccessibilityWindowService::BringToFront::no);
+    for (const auto& [windowID, frame] : parts_.tileMemory.spaces().takeDueFrames(parts_.liveWindows.all())) {
+        const ManagedWindow* window = parts_.liveWindows.find(windowID);
+        if (parts_.assignments.isAssigned(windowID) || ops_.presenter.isLeftAlone(*window)) continue;
+        ops_.presenter.writeFrame(ManagedWindow(*window), frame, AccessibilityWindowService::BringToFront::no);
     }
 }
 
 void WorkspaceController::keepAssignmentsValid() {
-    std::set<std::string> kept = sparedWindowIDs();
-    for (const auto& window : liveWindows_) kept.insert(window.id);
-    const TileAssignments before = assignments_;
-    assignments_.keepOnly(kept);
-    displays_.keepOnly(kept);
-    tileMemory_.keepOnly(kept);
-    if (before != assignments_) bringNextForward(before);
-    publishAssignments();
+    std::set<std::string> kept = ops_.sessionTaker.sparedWindowIDs();
+    for (const auto& window : parts_.liveWindows) kept.insert(window.id);
+    const TileAssignments before = parts_.assignments;
+    parts_.assignments.keepOnly(kept);
+    parts_.displays.keepOnly(kept);
+    parts_.tileMemory.keepOnly(kept);
+    if (before != parts_.assignments) ops_.keeper.bringNextForward(before);
+    ops_.keeper.publishAssignments();
 }
 
 void WorkspaceController::applyDenied() {
-    liveWindows_.clear();
-    frames_.forgetRefusals();
-    abandonDrags();
-    state_.windows.set({});
-    state_.focusedWindowID.set(std::nullopt);
-    assignments_.assignedWindowIDs.clear();
-    assignments_.anchorTargetIDsByWindowID.clear();
-    tileMemory_.spaces() = {};
-    publishAssignments();
+    parts_.awaited.dropExpired(parts_.services.queue.uptime());
+    parts_.liveWindows.clear();
+    parts_.frames.forgetRefusals();
+    ops_.steps.abandonDrags();
+    parts_.state.windows.set({});
+    parts_.state.focusedWindowID.set(std::nullopt);
+    parts_.assignments.assignedWindowIDs.clear();
+    parts_.assignments.anchorTargetIDsByWindowID.clear();
+    parts_.tileMemory.spaces() = {};
+    ops_.keeper.publishAssignments();
 }
 
-void WorkspaceController::scheduleAutomaticArrangement(bool justGranted) {
-    if (state_.screens->empty()) return;
-    if (!arranger_.takeStartUpTurn(justGranted)) return; // taken also when it is off: that is for the next start
-    if (!state_.profile->autoArrangeOnLaunch) return;
-    services_.queue.after(kAutomaticArrangementDelay, lifetime_.guard([this, generation = arranger_.newest()] {
-        if (!arranger_.isNewest(generation)) return; // the user has arranged meanwhile, or undone that
-        if (mayMoveWindows()) {
-            changeLater([this] { arrangeWindows(); });
-        } else if (isAway()) {
-            arranger_.returnStartUpTurn(); // a lock may be noticed late: it is due when the user is back
-        }
-    }));
-}
-
-bool WorkspaceController::hasUnfinishedBusiness() const {
-    const auto isWaiting = [](const auto& part) {
-        if constexpr (requires { part.isWaiting(); }) return part.isWaiting();
-        return false;
+/// Absent without permission, and while a window has the keyboard that is not managed.
+void WorkspaceController::noteFocus() {
+    parts_.liveWindows.focusOrder().keepOnly(
+        [this](const std::string& id) { return parts_.liveWindows.find(id) != nullptr; });
+    const auto process = parts_.services.applications.frontmostApplication();
+    const auto hasFocus = [&](const ManagedWindow& window) {
+        return window.processIdentifier == process && window.isFocusedOfApplication;
     };
-    return std::apply([&](const auto&... part) { return (isWaiting(part) || ...); }, partsOf(*this));
+    const auto& dialogs = parts_.liveWindows.dialogs().all();
+    const auto window = std::ranges::find_if(parts_.liveWindows.all(), hasFocus);
+    const auto dialog = std::ranges::find_if(dialogs, hasFocus);
+    std::optional<std::string> focused;
+    if (window != parts_.liveWindows.end()) focused = window->id;
+    if (dialog != dialogs.end()) focused = parts_.liveWindows.dialogs().ownerOf(dialog->id);
+    if (focused) parts_.liveWindows.focusOrder().note(*focused);
+    parts_.state.focusedWindowID.set(focused);
 }
 
 } // namespace kova

@@ -88,11 +88,11 @@ TEST_F(FrameKeeperTest, APollWaitsForWhatItHasNotSeen) {
     EXPECT_TRUE(frames.isWaiting());
     const auto yes = [](const std::string&) { return true; };
     const auto no = [](const std::string&) { return false; };
-    frames.onPoll(yes, yes);
+    frames.onPoll({{}, Seconds{0}, yes, yes});
     EXPECT_TRUE(frames.isWaiting()) << "its frame is still being verified";
-    frames.onPoll(yes, no);
+    frames.onPoll({{}, Seconds{0}, yes, no});
     EXPECT_FALSE(frames.isWaiting());
-    frames.onPoll(no, no);
+    frames.onPoll({{}, Seconds{0}, no, no});
     EXPECT_FALSE(frames.refusal("mail")) << "the window is gone";
 }
 

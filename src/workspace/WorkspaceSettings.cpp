@@ -1,7 +1,7 @@
-// Settings that move no window: theme, accent colour, what the overlay shows, and what later arrangements do.
-#include "workspace/WorkspaceController.h"
+#include "workspace/WorkspaceSettings.h"
 
 #include "persistence/PreferenceKeys.h"
+#include "workspace/WorkspaceParts.h"
 
 namespace kova {
 
@@ -17,7 +17,12 @@ bool change(Published<bool>& setting, bool value, PreferencesStore& preferences,
 
 } // namespace
 
-void WorkspaceController::setSetting(action::Setting setting, bool isOn) {
+WorkspaceSettings::WorkspaceSettings(WorkspaceParts& parts, RefreshCycle& refreshCycle, TileGeometry& geometry,
+                                     TileKeeper& keeper) :
+    services_(parts.services),
+    state_(parts.state), refreshCycle_(refreshCycle), geometry_(geometry), keeper_(keeper) {}
+
+void WorkspaceSettings::setSetting(action::Setting setting, bool isOn) {
     PreferencesStore& preferences = services_.preferences;
     switch (setting) {
     case action::Setting::isPaused:
@@ -26,12 +31,12 @@ void WorkspaceController::setSetting(action::Setting setting, bool isOn) {
     case action::Setting::continuousManagement:
         // The next poll asks the rules about the windows that are there.
         if (change(state_.continuousManagementEnabled, isOn, preferences, preferenceKey::continuousManagement))
-            refresh();
+            refreshCycle_.refresh();
         return;
     case action::Setting::autoArrangeOnLaunch: {
         WorkspaceProfile profile = *state_.profile;
         profile.autoArrangeOnLaunch = isOn;
-        setProfile(std::move(profile));
+        keeper_.setProfile(std::move(profile));
         return;
     }
     case action::Setting::bringsNextForward:
@@ -49,26 +54,26 @@ void WorkspaceController::setSetting(action::Setting setting, bool isOn) {
     }
 }
 
-Outcome WorkspaceController::selectTheme(const std::string& id) {
-    if (!registry_.contains(id)) return Outcome::refused("There is no such theme");
+Outcome WorkspaceSettings::selectTheme(const std::string& id) {
+    if (!geometry_.registry().contains(id)) return Outcome::refused("There is no such theme");
     WorkspaceProfile profile = *state_.profile;
     profile.themeID = id;
-    setProfile(std::move(profile));
+    keeper_.setProfile(std::move(profile));
     return Outcome::done();
 }
 
-void WorkspaceController::setPreferredApplication(const std::string& slotID,
-                                                  const std::optional<std::string>& applicationKey) {
+void WorkspaceSettings::setPreferredApplication(const std::string& slotID,
+                                                const std::optional<std::string>& applicationKey) {
     WorkspaceProfile profile = *state_.profile;
     if (applicationKey) {
         profile.preferredApplications[slotID] = *applicationKey;
     } else {
         profile.preferredApplications.erase(slotID);
     }
-    setProfile(std::move(profile));
+    keeper_.setProfile(std::move(profile));
 }
 
-void WorkspaceController::selectAccentColor(const std::string& id) {
+void WorkspaceSettings::selectAccentColor(const std::string& id) {
     std::string known = normalizedAccentColorID(id);
     if (known == *state_.accentColorID) return;
     services_.preferences.setValue(preferenceKey::accentColor, known);

@@ -1,35 +1,40 @@
-// Opening a scene: what is there goes to its place at once, what is missing is launched and awaited.
-#include "workspace/WorkspaceController.h"
+#include "workspace/SceneActions.h"
 
 #include "persistence/PreferenceKeys.h"
 #include "support/Log.h"
-#include "support/Quoted.h"
-#include "workspace/StackingOrder.h"
+#include "support/text/Text.h"
 #include "workspace/WindowMatching.h"
 #include "workspace/WindowNames.h"
+#include "workspace/WorkspaceParts.h"
 
 #include <algorithm>
 #include <set>
 
 namespace kova {
 
-std::optional<ManagedWindow> WorkspaceController::findWindow(const WorkspaceWindowReference& reference,
-                                                             const std::set<std::string>& excluded) const {
-    const ManagedWindow* window = WindowMatcher(liveWindows_.all(), excluded).take(reference);
-    if (!window) return std::nullopt;
-    return *window;
+namespace {
+
+double aspectRatio(const Screen& screen) {
+    const CGSize size = screen.visibleFrame.size;
+    return size.width / (size.height <= 1 ? 1 : size.height);
 }
 
-/// A scene is about the Space that is shown.
-std::vector<ManagedWindow> WorkspaceController::windowsHere() const {
-    std::vector<ManagedWindow> here = liveWindows_.all();
-    std::erase_if(here, [](const ManagedWindow& window) { return window.isElsewhere; });
-    return here;
-}
+} // namespace
 
-Outcome WorkspaceController::activateScene(const Uuid& id) {
-    const auto found = sceneWithID(id);
-    if (!found) return refuseSilently("There is no such scene");
+SceneActions::SceneActions(WorkspaceParts& parts, RefreshCycle& refreshCycle, WorkspaceAccess& access,
+                           TileGeometry& geometry, const WindowFinder& finder, WindowPresenter& presenter,
+                           TileKeeper& keeper, DocumentStore& documents, UndoSteps& steps,
+                           ApplicationActions& applications) :
+    services_(parts.services),
+    windowService_(*parts.windowService), state_(parts.state), liveWindows_(parts.liveWindows),
+    assignments_(parts.assignments), tileMemory_(parts.tileMemory), displays_(parts.displays), frames_(parts.frames),
+    recovery_(parts.recovery), session_(parts.session), awaited_(parts.awaited), arranger_(parts.arranger),
+    messages_(parts.messages), refreshCycle_(refreshCycle), access_(access), geometry_(geometry), finder_(finder),
+    presenter_(presenter), keeper_(keeper), documents_(documents), steps_(steps), applications_(applications) {}
+
+Outcome SceneActions::activateScene(const Uuid& id) {
+    const auto found = documents_.sceneWithID(id);
+    if (!found) return access_.refuseSilently("There is no such scene");
     const WorkspaceScene& scene = *found;
     std::vector<std::string> applications;
     std::set<std::string> named;
@@ -37,7 +42,7 @@ Outcome WorkspaceController::activateScene(const Uuid& id) {
         const auto& name = placement.window.applicationName;
         if (named.insert(name).second) applications.push_back(name);
     }
-    pushUndoSnapshot({std::string(action::ActivateScene::kTraits.undoLabel), std::move(applications)});
+    steps_.pushUndoSnapshot({std::string(action::ActivateScene::kTraits.undoLabel), std::move(applications)});
     publishSceneReport(SceneReport::State::abandoned);
     awaited_.scene() = {};
     session_.dropKept(); // what it would put into tiles with the first poll would displace the scene's windows
@@ -50,20 +55,20 @@ Outcome WorkspaceController::activateScene(const Uuid& id) {
     recovery_.clear(); // nothing that was in a tile before is awaited there any more
     const std::size_t pendingCount = placeWindowsOf(scene);
     state_.activeSceneID.set(scene.id);
-    saveWorkspaceDocument();
+    documents_.saveWorkspaceDocument();
     publishSceneReport(pendingCount == 0 ? SceneReport::State::finished : SceneReport::State::waiting);
-    if (pendingCount == 0) return done("Scene " + quotedName(scene.name) + " restored");
-    return done("Restoring Scene " + quotedName(scene.name) + " — waiting for " + std::to_string(pendingCount) +
-                " app window" + (pendingCount == 1 ? "" : "s"));
+    if (pendingCount == 0) return Outcome::done("Scene " + quotedName(scene.name) + " restored");
+    return Outcome::done("Restoring Scene " + quotedName(scene.name) + " — waiting for " +
+                         std::to_string(pendingCount) + " app window" + (pendingCount == 1 ? "" : "s"));
 }
 
 /// Theme, accent colour, inset, layouts and their weights. A layout that is not to be had leaves its display as it is.
-void WorkspaceController::applyLook(const WorkspaceScene& scene) {
+void SceneActions::applyLook(const WorkspaceScene& scene) {
     WorkspaceProfile profile = *state_.profile;
-    profile.themeID = registry_.theme(scene.themeID).id;
+    profile.themeID = geometry_.registry().theme(scene.themeID).id;
     profile.tileInset = clampedTileInset(scene.tileInset);
     const auto& screens = *state_.screens;
-    const auto& available = registry_.theme(scene.themeID).layouts;
+    const auto& available = geometry_.registry().theme(scene.themeID).layouts;
     for (const auto& display : scene.displays) {
         if (display.ordinal < 0 || display.ordinal >= static_cast<std::int64_t>(screens.size())) continue;
         if (!findLayout(available, display.layoutID)) continue;
@@ -71,19 +76,19 @@ void WorkspaceController::applyLook(const WorkspaceScene& scene) {
         profile.layoutSelectionsByDisplay[target] = DisplayLayoutSelection::layout(display.layoutID);
         profile.layoutWeightsByDisplay[target][display.layoutID] = display.layoutWeights;
     }
-    setProfile(std::move(profile));
+    keeper_.setProfile(std::move(profile));
     state_.accentColorID.set(normalizedAccentColorID(scene.accentColorID));
     services_.preferences.setValue(preferenceKey::accentColor, *state_.accentColorID);
     frames_.reflow().forgetAllPushes();
     (void)arranger_.supersede(); // what an arrangement still had to do was meant for the tiles as they were
-    layouts_.invalidateAll();
-    noteTilesMoved();
+    geometry_.layouts().invalidateAll();
+    keeper_.noteTilesMoved();
 }
 
 /// Gives the number of windows that are still to come.
-std::size_t WorkspaceController::placeWindowsOf(const WorkspaceScene& scene) {
+std::size_t SceneActions::placeWindowsOf(const WorkspaceScene& scene) {
     const auto& screens = *state_.screens;
-    const auto here = windowsHere();
+    const auto here = finder_.windowsHere();
     WindowMatcher matcher(here, {});
     std::vector<RestoredPlacement> restored;
     std::vector<std::string> toLaunch;
@@ -92,7 +97,7 @@ std::size_t WorkspaceController::placeWindowsOf(const WorkspaceScene& scene) {
         const bool isConnected =
             placement.displayOrdinal >= 0 && placement.displayOrdinal < static_cast<std::int64_t>(screens.size());
         const Screen& screen = screens[isConnected ? static_cast<std::size_t>(placement.displayOrdinal) : 0];
-        const auto targets = targetsFor(screen, placement.slotID, placement.claimedSlotIDs);
+        const auto targets = geometry_.targetsFor(screen, placement.slotID, placement.claimedSlotIDs);
         if (targets.empty()) {
             awaited_.scene().report.withoutTile.push_back(nameOf(placement.window));
             continue;
@@ -119,20 +124,8 @@ std::size_t WorkspaceController::placeWindowsOf(const WorkspaceScene& scene) {
     return awaited_.scene().pending.size();
 }
 
-/// The tiles of a placement, the anchor first; empty when the display's layout has no such slot.
-std::vector<std::string>
-WorkspaceController::targetsFor(const Screen& screen, const std::string& slotID,
-                                const std::optional<std::vector<std::string>>& claimedSlotIDs) const {
-    const auto& slots = layouts_.resolve(screen, *state_.profile, catalogue()).slots;
-    std::vector<std::string> targets;
-    for (const auto& slot : slotsTaken(slots, slotID, claimedSlotIDs)) {
-        targets.push_back(tileTargetID(displayID(screen), slot));
-    }
-    return targets;
-}
-
 /// Applications that are not running are launched behind the others, each once.
-void WorkspaceController::launchForScene(const std::vector<std::string>& bundleIDs) {
+void SceneActions::launchForScene(const std::vector<std::string>& bundleIDs) {
     if (bundleIDs.empty()) return;
     std::set<std::string> running;
     for (const auto& application : services_.applications.runningApplications()) {
@@ -159,14 +152,14 @@ void WorkspaceController::launchForScene(const std::vector<std::string>& bundleI
     }
 }
 
-void WorkspaceController::launchedForScene(const LaunchableApplication& application, const LaunchResult& result) {
-    noteStarted(application, result);
+void SceneActions::launchedForScene(const LaunchableApplication& application, const LaunchResult& result) {
+    applications_.noteStarted(application, result);
     if (result.error) log(LogLevel::warning, application.name + ": " + *result.error);
-    refresh();
+    refreshCycle_.refresh();
 }
 
 /// Puts windows into their tiles: those in front are brought back, those that wait leave the screen.
-void WorkspaceController::carryOutRestored(const std::vector<RestoredPlacement>& placements) {
+void SceneActions::carryOutRestored(const std::vector<RestoredPlacement>& placements) {
     std::set<std::string> frontsBefore;
     for (const auto& [target, windowID] : assignments_.assignedWindowIDs) frontsBefore.insert(windowID);
     for (const auto& placement : placements) awaited_.scene().stackIndexByID[placement.windowID] = placement.stackIndex;
@@ -179,42 +172,30 @@ void WorkspaceController::carryOutRestored(const std::vector<RestoredPlacement>&
         if (!fronts.contains(windowID)) waiting.push_back(windowID);
     }
     for (const auto& placement : placements) {
-        noteHasItsPlace(placement.windowID);
+        keeper_.noteHasItsPlace(placement.windowID);
         if (!fronts.contains(placement.windowID)) {
             if (!frontsBefore.contains(placement.windowID)) waiting.push_back(placement.windowID);
             continue;
         }
-        const ManagedWindow window = *findLive(placement.windowID);
-        if (window.isMinimized || windowService_->isApplicationHidden(window.processIdentifier)) bringBack(window);
+        const ManagedWindow window = *liveWindows_.find(placement.windowID);
+        if (window.isMinimized || windowService_.isApplicationHidden(window.processIdentifier))
+            presenter_.bringBack(window);
     }
-    presentDisplaced(waiting);
-    commit({.claimant = "", .straying = Straying::any});
+    presenter_.presentDisplaced(waiting);
+    keeper_.commit({.claimant = "", .straying = FrameKeeper::Straying::any});
     std::vector<std::string> placedFronts;
     for (const auto& placement : placements) {
         if (fronts.contains(placement.windowID)) placedFronts.push_back(placement.windowID);
     }
-    raiseRestored(placedFronts);
+    presenter_.raiseRestored(placedFronts);
 }
 
-/// Above the windows that do not belong to the scene; the one that had the keyboard last comes out on top.
-void WorkspaceController::raiseRestored(const std::vector<std::string>& windowIDs) {
-    std::vector<const ManagedWindow*> fronts;
-    for (const auto& id : windowIDs) {
-        const ManagedWindow* window = findLive(id);
-        if (window && !window->isFullScreen) fronts.push_back(window);
-    }
-    std::vector<std::string> focusOrder = liveWindows_.focusOrder().windowIDs();
-    if (const ManagedWindow* focused = focusedWindow()) focusOrder.insert(focusOrder.begin(), focused->id);
-    const auto raised = windowsToRaise(fronts, services_.accessibility.onScreenWindows(), focusOrder);
-    for (const auto* window : raised) windowService_->raise(*window);
-}
-
-void WorkspaceController::processPendingScenePlacements() {
+void SceneActions::processPendingScenePlacements() {
     if (awaited_.scene().pending.empty()) return;
     std::set<std::string> used = awaited_.scene().movedByUser;
     for (const auto& [target, windowID] : assignments_.assignedWindowIDs) used.insert(windowID);
     for (const auto& [target, stack] : assignments_.stackWindowIDsByTarget) used.insert(stack.begin(), stack.end());
-    const auto here = windowsHere();
+    const auto here = finder_.windowsHere();
     WindowMatcher matcher(here, used);
 
     auto pending = std::move(awaited_.scene().pending);
@@ -229,9 +210,9 @@ void WorkspaceController::processPendingScenePlacements() {
             awaited_.scene().report.missing.push_back(nameOf(placement.window));
             continue;
         }
-        const Screen* screen = screenOf(placement.displayID);
-        const auto targets =
-            screen ? targetsFor(*screen, placement.slotID, placement.claimedSlotIDs) : std::vector<std::string>{};
+        const Screen* screen = geometry_.screenOf(placement.displayID);
+        const auto targets = screen ? geometry_.targetsFor(*screen, placement.slotID, placement.claimedSlotIDs)
+                                    : std::vector<std::string>{};
         const ManagedWindow* window = targets.empty() ? nullptr : matcher.take(placement.window);
         if (window) {
             awaited_.scene().report.placed.push_back(nameOf(*window));
@@ -241,25 +222,87 @@ void WorkspaceController::processPendingScenePlacements() {
             awaited_.scene().pending.push_back(std::move(placement));
         }
     }
-    if (!restored.empty()) changeLater([&] { carryOutRestored(restored); });
+    if (!restored.empty()) steps_.changeLater([&] { carryOutRestored(restored); });
     if (awaited_.scene().pending.empty()) return endRestoration(unavailable);
     publishSceneReport(SceneReport::State::waiting);
 }
 
 /// An opening that has ended keeps the state in which it ended.
-void WorkspaceController::publishSceneReport(SceneReport::State state) {
+void SceneActions::publishSceneReport(SceneReport::State state) {
     SceneReport& report = awaited_.scene().report;
     if (state == SceneReport::State::abandoned && awaited_.scene().pending.empty()) return;
     report.state = state;
     state_.sceneReport.set(report);
 }
 
-void WorkspaceController::endRestoration(std::size_t unavailable) {
+void SceneActions::endRestoration(std::size_t unavailable) {
     publishSceneReport(SceneReport::State::finished);
     awaited_.scene() = {};
-    if (unavailable == 0) return showStatusMessage("Scene fully restored");
-    showStatusMessage("Scene restored — " + std::to_string(unavailable) + " app window" +
-                      (unavailable == 1 ? " was" : "s were") + " unavailable");
+    if (unavailable == 0) return messages_.show("Scene fully restored");
+    messages_.show("Scene restored — " + std::to_string(unavailable) + " app window" +
+                   (unavailable == 1 ? " was" : "s were") + " unavailable");
+}
+
+std::vector<CapturedPlacement> SceneActions::capturedPlacements() const {
+    std::vector<CapturedDisplay> displays;
+    for (const auto& screen : *state_.screens) {
+        CapturedDisplay display{displayID(screen), {}};
+        for (const auto& slot : geometry_.layoutOn(screen).slots) {
+            display.slotIDs.push_back(slot.id);
+        }
+        displays.push_back(std::move(display));
+    }
+    return capturePlacements(displays, assignments_, [this](const std::string& id) {
+        const ManagedWindow* window = liveWindows_.find(id);
+        return window && !window->isElsewhere ? window : nullptr;
+    });
+}
+
+std::vector<WorkspaceSceneDisplay> SceneActions::capturedDisplays() const {
+    std::vector<WorkspaceSceneDisplay> displays;
+    for (const auto& screen : *state_.screens) {
+        const std::string layoutID = geometry_.layoutOn(screen).id;
+        displays.push_back({.ordinal = static_cast<std::int64_t>(displays.size()),
+                            .name = screen.localizedName,
+                            .aspectRatio = aspectRatio(screen),
+                            .layoutID = layoutID,
+                            .layoutWeights = state_.profile->weights(displayID(screen), layoutID)});
+    }
+    return displays;
+}
+
+Outcome SceneActions::captureScene(const std::optional<std::string>& name) {
+    const Date now = std::chrono::floor<std::chrono::microseconds>(services_.queue.now());
+    WorkspaceScene scene;
+    scene.name = trimmed(name.value_or(""));
+    if (scene.name.empty()) scene.name = "Workspace " + localMonthDayTime(now);
+    scene.createdAt = now;
+    scene.updatedAt = now;
+    scene.themeID = state_.profile->themeID;
+    scene.accentColorID = *state_.accentColorID;
+    scene.tileInset = state_.profile->tileInset;
+    scene.displays = capturedDisplays();
+    for (auto& captured : capturedPlacements()) scene.placements.push_back(std::move(captured.placement));
+
+    const std::string message = "Scene " + quotedName(scene.name) + " captured";
+    auto document = documents_.workspaceDocument();
+    document.activeSceneID = scene.id;
+    document.scenes.push_back(std::move(scene));
+    const auto changed = documents_.changeDocument(std::move(document));
+    return changed ? Outcome::done(message) : changed;
+}
+
+std::optional<std::vector<SceneDifference>> SceneActions::diffScene(const Uuid& id) const {
+    const auto scene = documents_.sceneWithID(id);
+    if (!scene) return std::nullopt;
+    const auto here = finder_.windowsHere();
+    return sceneDifferences(*scene, {.themeID = state_.profile->themeID,
+                                     .accentColorID = *state_.accentColorID,
+                                     .tileInset = state_.profile->tileInset,
+                                     .displays = capturedDisplays(),
+                                     .placements = capturedPlacements(),
+                                     .windows = here,
+                                     .layouts = geometry_.registry().theme(scene->themeID).layouts});
 }
 
 } // namespace kova

@@ -1,20 +1,19 @@
-// Arranging every window of every display in one pass: plan, carry out, and a second pass for what had to be brought
-// back.
-#include "workspace/WorkspaceController.h"
+#include "workspace/Arrangement.h"
 
 #include "workspace/PlacementObedience.h"
+#include "workspace/RuleMatching.h"
 #include "workspace/VisibleArea.h"
 #include "workspace/WindowNames.h"
-#include "workspace/WorkspacePreferences.h"
+#include "workspace/WorkspaceParts.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace kova {
 
-namespace {
-
 using BringToFront = AccessibilityWindowService::BringToFront;
+
+namespace {
 
 constexpr Seconds kFollowUpDelay{0.85};
 
@@ -26,17 +25,27 @@ bool isAtItsMinimum(const ManagedWindow& window) {
            window.minimumSize->height >= window.frame->size.height - kFixedSizePoints;
 }
 
+constexpr Seconds kAutomaticArrangementDelay{0.3};
+
 } // namespace
 
-Outcome WorkspaceController::arrange() {
-    if (!hasWindowToArrange()) return refuse("There is no window to arrange");
-    pushUndoSnapshot({std::string(action::Arrange::kTraits.undoLabel), applicationsOn(std::nullopt)});
+Arrangement::Arrangement(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry,
+                         const WindowFinder& finder, WindowPresenter& presenter, TileKeeper& keeper, UndoSteps& steps) :
+    services_(parts.services),
+    windowService_(*parts.windowService), state_(parts.state), liveWindows_(parts.liveWindows),
+    assignments_(parts.assignments), tileMemory_(parts.tileMemory), displays_(parts.displays),
+    focusMode_(parts.focusMode), pointer_(parts.pointer), frames_(parts.frames), arranger_(parts.arranger),
+    access_(access), geometry_(geometry), finder_(finder), presenter_(presenter), keeper_(keeper), steps_(steps) {}
+
+Outcome Arrangement::arrange() {
+    if (!hasWindowToArrange()) return access_.refuse("There is no window to arrange");
+    steps_.pushUndoSnapshot({std::string(action::Arrange::kTraits.undoLabel), geometry_.applicationsOn(std::nullopt)});
     const auto obstacle = whyWindowsStay(); // as far as the arrangements before this one have shown
     arrangeWindows();
-    return done(obstacle.value_or("Windows arranged into zones — Undo is available"));
+    return Outcome::done(obstacle.value_or("Windows arranged into zones — Undo is available"));
 }
 
-std::optional<std::string> WorkspaceController::whyWindowsStay() const {
+std::optional<std::string> Arrangement::whyWindowsStay() const {
     constexpr std::string_view kWayOut =
         "Only windows that float there can be arranged; use KOVA with a window manager "
         "that lets windows float.";
@@ -44,10 +53,10 @@ std::optional<std::string> WorkspaceController::whyWindowsStay() const {
         return *name + " places windows itself, so they stay where it puts them. " + std::string(kWayOut);
     }
     std::vector<PlacedWindow> placed;
-    const auto frames = framesOfTiledWindows();
+    const auto frames = geometry_.framesOfTiledWindows();
     for (const ManagedWindow& window : liveWindows_) {
         const auto wanted = frames.find(window.id);
-        if (wanted == frames.end() || !window.isVisible || !window.frame || isLeftAlone(window)) continue;
+        if (wanted == frames.end() || !window.isVisible || !window.frame || presenter_.isLeftAlone(window)) continue;
         const Refusal* refusal = frames_.refusal(window.id);
         const bool wasAskedEnough = refusal && !refusal->isAccepted;
         placed.push_back({wanted->second, *window.frame, wasAskedEnough});
@@ -56,7 +65,7 @@ std::optional<std::string> WorkspaceController::whyWindowsStay() const {
     return "No window goes where it is sent: the window manager places them itself. " + std::string(kWayOut);
 }
 
-bool WorkspaceController::hasWindowToArrange() const {
+bool Arrangement::hasWindowToArrange() const {
     return !state_.screens->empty() &&
            std::any_of(liveWindows_.begin(), liveWindows_.end(),
                        [this](const auto& window) { return candidateFor(window, assignments_).has_value(); });
@@ -64,11 +73,11 @@ bool WorkspaceController::hasWindowToArrange() const {
 
 /// Absent for windows that take no part: those whose display may be back in a moment, full-screen ones, those on
 /// another virtual desktop, those that float by command, and those that a rule lets float or ignores.
-std::optional<ArrangementCandidate> WorkspaceController::candidateFor(const ManagedWindow& window,
-                                                                      const TileAssignments& assignments) const {
-    const bool isHidden = windowService_->isApplicationHidden(window.processIdentifier);
-    if (window.isFullScreen || isOffScreen(window) || isExcludedByRules(window) || isAwaitedHome(window.id) ||
-        state_.floatingWindowIDs->contains(window.id)) {
+std::optional<ArrangementCandidate> Arrangement::candidateFor(const ManagedWindow& window,
+                                                              const TileAssignments& assignments) const {
+    const bool isHidden = windowService_.isApplicationHidden(window.processIdentifier);
+    if (window.isFullScreen || presenter_.isOffScreen(window) || isExcludedByRules(window) ||
+        displays_.isAwaited(window.id) || state_.floatingWindowIDs->contains(window.id)) {
         return std::nullopt;
     }
     ArrangementCandidate candidate;
@@ -77,11 +86,11 @@ std::optional<ArrangementCandidate> WorkspaceController::candidateFor(const Mana
     candidate.role = classifyApplication(window.applicationName, window.bundleIdentifier);
     candidate.currentTargetID = assignments.targetOf(window.id);
     if (!candidate.currentTargetID) candidate.stackedBehindID = assignments.stackTargetOf(window.id);
-    if (window.frame) candidate.frameOnScreen = flipped(*window.frame, firstScreenMaxY());
+    if (window.frame) candidate.frameOnScreen = flipped(*window.frame, geometry_.firstScreenMaxY());
     const Screen* holding = screenShowing(*state_.screens, candidate.frameOnScreen);
-    if (!holding && candidate.currentTargetID) holding = screenOfTarget(*candidate.currentTargetID);
+    if (!holding && candidate.currentTargetID) holding = geometry_.screenOfTarget(*candidate.currentTargetID);
     if (holding) candidate.displayID = displayID(*holding);
-    candidate.minimumSize = minimumSizeOf(window, WindowSizes::Purpose::nextArrangement);
+    candidate.minimumSize = geometry_.minimumSizeOf(window, WindowSizes::Purpose::nextArrangement);
     candidate.rule = tileOfRule(window);
     candidate.isFixedSize = isAtItsMinimum(window);
     candidate.isComingBack = liveWindows_.isComingBack(window.id);
@@ -89,8 +98,8 @@ std::optional<ArrangementCandidate> WorkspaceController::candidateFor(const Mana
     return candidate;
 }
 
-ArrangementInput WorkspaceController::arrangementInput(const std::vector<ManagedWindow>& windows,
-                                                       const TileAssignments& assignments) const {
+ArrangementInput Arrangement::arrangementInput(const std::vector<ManagedWindow>& windows,
+                                               const TileAssignments& assignments) const {
     ArrangementInput input;
     input.learning = *arranger_.learning();
     input.preferredApplications = state_.profile->preferredApplications;
@@ -100,19 +109,19 @@ ArrangementInput WorkspaceController::arrangementInput(const std::vector<Managed
         display.displayID = displayID(screen);
         display.name = screen.localizedName;
         display.visibleFrame = screen.visibleFrame;
-        display.layout = layouts_.resolve(screen, *state_.profile, catalogue());
+        display.layout = geometry_.layoutOn(screen);
         display.solved = solveDefinition(display.layout, {}, screen.visibleFrame.size, input.tileInset);
         input.displays.push_back(std::move(display));
     }
     std::vector<std::string> focusOrder = liveWindows_.focusOrder().windowIDs();
-    if (const auto focused = focusedWindowID()) focusOrder.insert(focusOrder.begin(), *focused);
+    if (const auto focused = finder_.focusedWindowID()) focusOrder.insert(focusOrder.begin(), *focused);
     for (const auto& window : windows) {
         if (auto candidate = candidateFor(window, assignments)) {
             const auto used = std::find(focusOrder.begin(), focusOrder.end(), window.id);
             if (used != focusOrder.end()) candidate->useRank = static_cast<std::size_t>(used - focusOrder.begin());
             input.candidates.push_back(std::move(*candidate));
         }
-        if (isAwaitedHome(window.id)) {
+        if (displays_.isAwaited(window.id)) {
             input.leftAlone.push_back({window, nameOf(window) + " is left alone for a moment: its display was "
                                                                 "unplugged just now and may come back"});
         }
@@ -126,14 +135,14 @@ ArrangementInput WorkspaceController::arrangementInput(const std::vector<Managed
     return input;
 }
 
-ArrangementPlan WorkspaceController::planArrangement() const {
+ArrangementPlan Arrangement::planArrangement() const {
     const WorkspaceUndoSnapshot* before = focusMode_.snapshot();
     if (!before) return kova::planArrangement(arrangementInput(liveWindows_.all(), assignments_));
     // Arranging gives the display back first.
-    return kova::planArrangement(arrangementInput(windowsAsIn(*before), before->tiles));
+    return kova::planArrangement(arrangementInput(steps_.windowsAsIn(*before), before->tiles));
 }
 
-void WorkspaceController::arrangeWindows() {
+void Arrangement::arrangeWindows() {
     if (*state_.permissionState != AccessibilityPermissionState::granted || state_.screens->empty()) return;
     const auto generation = arranger_.supersede();
     tileMemory_.spaces().store(liveWindows_.all(), assignments_);
@@ -141,9 +150,9 @@ void WorkspaceController::arrangeWindows() {
     arranger_.notePlan(planArrangement());
     const ArrangementPlan& plan = arranger_.lastPlan();
     frames_.sizes().beginArrangement();
-    publishMinimums();
+    keeper_.publishMinimums();
     frames_.reflow().forgetAllPushes();
-    carryOut(plan);
+    carryOutArrangement(plan);
 
     std::vector<AutoArrangePlacement> deferred;
     std::copy_if(plan.placements.begin(), plan.placements.end(), std::back_inserter(deferred),
@@ -156,7 +165,7 @@ void WorkspaceController::arrangeWindows() {
     tileMemory_.homes().keepOnlyWaiting(assignments_);
 }
 
-void WorkspaceController::carryOut(const ArrangementPlan& plan) {
+void Arrangement::carryOutArrangement(const ArrangementPlan& plan) {
     TileAssignments next = assignmentsOnAbsentDisplays();
     for (const auto& window : liveWindows_) { // a full-screen window keeps its tile
         if (window.isFullScreen) next.adopt(window.id, assignments_);
@@ -172,67 +181,66 @@ void WorkspaceController::carryOut(const ArrangementPlan& plan) {
         (void)next.assign(placement.window.id, claimed); // a plan gives no tile twice
     }
     assignments_ = std::move(next);
-    publishAssignments();
+    keeper_.publishAssignments();
     state_.lastArrangeExplanation.set(plan.explanation());
 
     for (const auto& surplus : plan.surplus) {
-        if (!surplus.window.isMinimized) minimizeWindow(surplus.window);
+        if (!surplus.window.isMinimized) presenter_.minimizeWindow(surplus.window);
     }
-    const auto frames = framesOfTiledWindows();
+    const auto frames = geometry_.framesOfTiledWindows();
     for (const auto& placement : plan.placements) {
         if (!placement.isDeferred) {
             presentPlacement(placement, frames);
         } else if (placement.isPrimary) {
-            unhideApplicationOf(placement.window);
-            windowService_->unminimize(placement.window);
-            requestPresentation(placement.window.id, WindowPresentation::shown);
+            presenter_.unhideApplicationOf(placement.window);
+            windowService_.unminimize(placement.window);
+            presenter_.requestPresentation(placement.window.id, WindowPresentation::shown);
         }
     }
 }
 
 /// The window has its place in the assignments already.
-void WorkspaceController::presentPlacement(const AutoArrangePlacement& placement,
-                                           const std::map<std::string, CGRect>& frames) {
-    const ManagedWindow* live = findLive(placement.window.id);
+void Arrangement::presentPlacement(const AutoArrangePlacement& placement, const std::map<std::string, CGRect>& frames) {
+    const ManagedWindow* live = liveWindows_.find(placement.window.id);
     if (!live) return;
-    if (!placement.isPrimary) return presentDisplaced({live->id});
+    if (!placement.isPrimary) return presenter_.presentDisplaced({live->id});
     tileMemory_.succession().forget(live->id);
     const auto frame = frames.find(live->id);
-    if (frame != frames.end()) writeFrame(*live, frame->second, BringToFront::no);
-    if (placement.claimedTargets.size() > 1) announceClaim(*live, {placement.claimedTargets});
-    retryMinimum(placement.window.id);
+    if (frame != frames.end()) presenter_.writeFrame(*live, frame->second, BringToFront::no);
+    if (placement.claimedTargets.size() > 1) keeper_.announceClaim(*live, {placement.claimedTargets});
+    keeper_.retryMinimum(placement.window.id);
 }
 
-void WorkspaceController::carryOutDeferredPlacement(const AutoArrangePlacement& placement) {
-    const ManagedWindow* live = findLive(placement.window.id);
+void Arrangement::carryOutDeferredPlacement(const AutoArrangePlacement& placement) {
+    const ManagedWindow* live = liveWindows_.find(placement.window.id);
     if (!live) return;
     if (placement.isPrimary) {
-        place(*live, {placement.claimedTargets}, BringToFront::no);
-        retryMinimum(placement.window.id);
+        keeper_.place(*live, {placement.claimedTargets}, BringToFront::no);
+        keeper_.retryMinimum(placement.window.id);
         return;
     }
     assignments_.insertIntoStack(placement.target.id(), live->id, TileAssignments::StackPosition::behind);
-    presentDisplaced({live->id});
+    presenter_.presentDisplaced({live->id});
 }
 
-void WorkspaceController::carryOutDeferred(std::vector<AutoArrangePlacement> deferred, std::int64_t generation) {
+void Arrangement::carryOutDeferred(std::vector<AutoArrangePlacement> deferred, std::int64_t generation) {
     if (!arranger_.isNewest(generation) || deferred.empty()) return;
-    if (!mayMoveWindows()) return;
-    changeLater([&] {
+    if (!access_.mayMoveWindows()) return;
+    steps_.changeLater([&] {
         for (const auto& placement : deferred) {
             // Meanwhile the user may have given its tile to another window, or have taken hold of it.
             const bool hasItsTile = assignments_.targetOf(placement.window.id) == placement.target.id();
             if (hasItsTile && !pointer_.isHolding(placement.window.id)) carryOutDeferredPlacement(placement);
         }
-        publishAssignments();
+        keeper_.publishAssignments();
     });
 }
 
 /// Windows of one application are one habit together: none of them makes the places of the others fade.
-void WorkspaceController::learnFrom(const ArrangementPlan& plan) {
+void Arrangement::learnFrom(const ArrangementPlan& plan) {
     std::map<std::pair<std::string, std::string>, std::set<std::string>> slots; // by layout and application
     for (const auto& placement : plan.placements) {
-        const auto place = placement.isPrimary ? learntPlace(placement.target.id()) : std::nullopt;
+        const auto place = placement.isPrimary ? geometry_.learntPlace(placement.target.id()) : std::nullopt;
         if (!place) continue;
         const ManagedWindow& window = placement.window;
         slots[{place->layoutID, applicationKey(window.applicationName, window.bundleIdentifier)}].insert(place->slotID);
@@ -242,8 +250,8 @@ void WorkspaceController::learnFrom(const ArrangementPlan& plan) {
     });
 }
 
-void WorkspaceController::learnPlacementByUser(const ManagedWindow& window, const std::string& targetID) {
-    const auto place = learntPlace(targetID);
+void Arrangement::learnPlacementByUser(const ManagedWindow& window, const std::string& targetID) {
+    const auto place = geometry_.learntPlace(targetID);
     if (!place) return;
     arranger_.learn([&](AutoArrangeLearningModel& model) {
         model.learnPlacementByUser(place->layoutID, applicationKey(window.applicationName, window.bundleIdentifier),
@@ -251,11 +259,40 @@ void WorkspaceController::learnPlacementByUser(const ManagedWindow& window, cons
     });
 }
 
-std::optional<WorkspaceController::LearntPlace> WorkspaceController::learntPlace(const std::string& targetID) const {
-    const Screen* screen = screenOfTarget(targetID);
-    if (!screen) return std::nullopt;
-    return LearntPlace{layouts_.resolve(*screen, *state_.profile, catalogue()).id,
-                       std::string(*slotIDOn(displayID(*screen), targetID))};
+TileAssignments Arrangement::assignmentsOnAbsentDisplays() const {
+    TileAssignments away = assignments_;
+    for (const auto& tile : geometry_.tiles()) {
+        if (tile.windowID) away.remove(*tile.windowID);
+        for (const auto& waiting : tile.stack) away.remove(waiting);
+    }
+    return away;
+}
+
+void Arrangement::scheduleAutomaticArrangement(bool justGranted) {
+    if (state_.screens->empty()) return;
+    if (!arranger_.takeStartUpTurn(justGranted)) return; // taken also when it is off: that is for the next start
+    if (!state_.profile->autoArrangeOnLaunch) return;
+    services_.queue.after(kAutomaticArrangementDelay, lifetime_.guard([this, generation = arranger_.newest()] {
+        if (!arranger_.isNewest(generation)) return; // the user has arranged meanwhile, or undone that
+        if (access_.mayMoveWindows()) {
+            steps_.changeLater([this] { arrangeWindows(); });
+        } else if (access_.isAway()) {
+            arranger_.returnStartUpTurn(); // a lock may be noticed late: it is due when the user is back
+        }
+    }));
+}
+
+std::optional<RuleTile> Arrangement::tileOfRule(const ManagedWindow& window) const {
+    if (!*state_.continuousManagementEnabled) return std::nullopt;
+    const auto deciding = decidingRule(*state_.rules, window);
+    if (!deciding) return std::nullopt;
+    const WorkspaceRule& rule = (*state_.rules)[*deciding];
+    const auto* tile = std::get_if<disposition::Tile>(&rule.disposition);
+    return tile ? std::optional(RuleTile{tile->slotID, rule.name}) : std::nullopt;
+}
+
+bool Arrangement::isExcludedByRules(const ManagedWindow& window) const {
+    return *state_.continuousManagementEnabled && isExcluded(*state_.rules, window);
 }
 
 } // namespace kova

@@ -1,10 +1,9 @@
-// What outlives the agent: the session is kept while it changes, and taken up again at the start.
-#include "workspace/WorkspaceController.h"
+#include "workspace/SessionTaker.h"
 
 #include "support/SameFrame.h"
 #include "workspace/DisplaySuccession.h"
+#include "workspace/WorkspaceParts.h"
 
-#include <cmath>
 #include <utility>
 
 namespace kova {
@@ -23,19 +22,17 @@ std::set<std::string> displaysThatDiffer(const std::vector<Screen>& screens, con
 
 } // namespace
 
-void WorkspaceController::watchSession() {
-    const auto watch = [this](const auto& published) {
-        subscriptions_.push_back(published.observe([this](const auto&) { session_.noteChange(); }));
-    };
-    watch(state_.assignedWindowIDs);
-    watch(state_.stackWindowIDsByTarget);
-    watch(state_.observedMinimumSizes);
-    watch(state_.focusMode);
-    watch(state_.floatingWindowIDs);
-}
+SessionTaker::SessionTaker(WorkspaceParts& parts, TileGeometry& geometry, const WindowFinder& finder,
+                           WindowPresenter& presenter, TileKeeper& keeper, LayoutFollower& follower, UndoSteps& steps,
+                           DisplayChanges& displayChanges) :
+    services_(parts.services),
+    state_(parts.state), liveWindows_(parts.liveWindows), assignments_(parts.assignments),
+    tileMemory_(parts.tileMemory), displays_(parts.displays), focusMode_(parts.focusMode), frames_(parts.frames),
+    recovery_(parts.recovery), session_(parts.session), geometry_(geometry), finder_(finder), presenter_(presenter),
+    keeper_(keeper), follower_(follower), steps_(steps), displayChanges_(displayChanges) {}
 
 /// Absent while nothing is known of the windows, which is no reason to forget what was.
-std::optional<WorkspaceSession> WorkspaceController::describeSession() {
+std::optional<WorkspaceSession> SessionTaker::describeSession() {
     if (session_.isUnread() || *state_.permissionState != AccessibilityPermissionState::granted) return std::nullopt;
     WorkspaceSession session;
     session.tiles = sessionTiles(assignments_);
@@ -68,8 +65,8 @@ std::optional<WorkspaceSession> WorkspaceController::describeSession() {
     return session;
 }
 
-WorkspaceSessionWindow WorkspaceController::sessionWindow(const ManagedWindow& window,
-                                                          const std::map<std::string, CGSize>& minimums) {
+WorkspaceSessionWindow SessionTaker::sessionWindow(const ManagedWindow& window,
+                                                   const std::map<std::string, CGSize>& minimums) {
     WorkspaceSessionWindow kept{
         .id = window.id,
         .processIdentifier = window.processIdentifier,
@@ -89,7 +86,7 @@ WorkspaceSessionWindow WorkspaceController::sessionWindow(const ManagedWindow& w
 }
 
 /// With the first picture of the desktop. True when some window was known again.
-bool WorkspaceController::takeUpSession() {
+bool SessionTaker::takeUpSession() {
     const auto session = session_.takeKept();
     if (!session) return false;
     const auto resumed = resumedWindows(*session, liveWindows_.all(), [this](pid_t process) {
@@ -102,20 +99,20 @@ bool WorkspaceController::takeUpSession() {
     takeUpTiles(*session, resumed);
     auto returned = takeUpDisplays(*session);
     const TileAssignments known = assignments_;
-    migrateChangedDisplays();
+    follower_.migrateChangedDisplays();
     const auto changed = displaysThatDiffer(*state_.screens, known, assignments_);
     returned.insert(changed.begin(), changed.end());
     acceptPlacesOfWindows(returned);
-    presentRegained();
+    follower_.presentRegained();
     expectReturns(*session, resumed);
     putAwayAgain();
-    if (session->zoom && !changed.contains(session->zoom->displayID)) takeUpZoom(*session->zoom, resumed);
+    if (session->zoom && !changed.contains(session->zoom->displayID)) steps_.takeUpZoom(*session->zoom, resumed);
     return knowsAny;
 }
 
 /// Which window is in which tile, here, on displays that were away and on other virtual desktops; and what else was
 /// known of the windows.
-void WorkspaceController::takeUpTiles(const WorkspaceSession& session, const ResumedWindows& resumed) {
+void SessionTaker::takeUpTiles(const WorkspaceSession& session, const ResumedWindows& resumed) {
     assignments_ = resumedTiles(session.tiles, resumed);
     std::map<std::string, TileAssignments> homes;
     for (const auto& [id, tiles] : session.awayDisplays) {
@@ -135,10 +132,10 @@ void WorkspaceController::takeUpTiles(const WorkspaceSession& session, const Res
         if (now == resumed.idNow.end()) continue;
         if (window.observedMinimumSize) frames_.sizes().restore(now->second, *window.observedMinimumSize);
         if (session.handledRuleWindowIDs.contains(window.id) || assignments_.isInAnyTile(now->second)) {
-            noteHasItsPlace(now->second);
+            keeper_.noteHasItsPlace(now->second);
         }
     }
-    publishMinimums();
+    keeper_.publishMinimums();
     std::set<std::string> floating;
     for (const auto& id : session.floatingWindowIDs) {
         if (const auto now = resumed.idNow.find(id); now != resumed.idNow.end()) floating.insert(now->second);
@@ -147,7 +144,7 @@ void WorkspaceController::takeUpTiles(const WorkspaceSession& session, const Res
 }
 
 /// Displays that are there now and were away then, and the other way round. Gives those that have come back.
-std::set<std::string> WorkspaceController::takeUpDisplays(const WorkspaceSession& session) {
+std::set<std::string> SessionTaker::takeUpDisplays(const WorkspaceSession& session) {
     std::set<std::string> returned;
     for (const auto& screen : *state_.screens) {
         const std::string id = displayID(screen);
@@ -158,7 +155,7 @@ std::set<std::string> WorkspaceController::takeUpDisplays(const WorkspaceSession
     for (const auto& id : takeUpResizedDisplays()) returned.insert(id);
     for (const auto& [target, windowID] : session.tiles.assignedWindowIDs) {
         const std::string id = displayIDOf(target);
-        if (screenOf(id) || displays_.holdsDisplay(id)) continue;
+        if (geometry_.screenOf(id) || displays_.holdsDisplay(id)) continue;
         displays_.leaveDisplay(id, assignments_);
         displays_.beginSettling();
     }
@@ -166,7 +163,7 @@ std::set<std::string> WorkspaceController::takeUpDisplays(const WorkspaceSession
 }
 
 /// Windows that waited or were minimized for want of a tile, and that the last agent brought back as it ended.
-void WorkspaceController::expectReturns(const WorkspaceSession& session, const ResumedWindows& resumed) {
+void SessionTaker::expectReturns(const WorkspaceSession& session, const ResumedWindows& resumed) {
     const Seconds deadline = session_.beginReturns(services_.queue.uptime());
     for (const auto& former : session.windows) {
         const auto now = resumed.idNow.find(former.id);
@@ -178,11 +175,11 @@ void WorkspaceController::expectReturns(const WorkspaceSession& session, const R
 
 /// Displays that have another size, and hence another name, than they had for the agent before this one; by their names
 /// of now.
-std::set<std::string> WorkspaceController::takeUpResizedDisplays() {
+std::set<std::string> SessionTaker::takeUpResizedDisplays() {
     std::set<std::string> gone, come;
     for (const auto& [target, window] : assignments_.assignedWindowIDs) {
         const std::string id = displayIDOf(target);
-        if (!screenOf(id) && !displays_.holdsDisplay(id)) gone.insert(id);
+        if (!geometry_.screenOf(id) && !displays_.holdsDisplay(id)) gone.insert(id);
     }
     for (const auto& screen : *state_.screens) {
         const std::string id = displayID(screen);
@@ -190,7 +187,7 @@ std::set<std::string> WorkspaceController::takeUpResizedDisplays() {
     }
     std::set<std::string> resized;
     for (const auto& [formerID, newID] : successorsOfDisplays(gone, come)) {
-        displayHasNewID(formerID, newID);
+        displayChanges_.displayHasNewID(formerID, newID);
         resized.insert(newID);
     }
     return resized;
@@ -198,11 +195,11 @@ std::set<std::string> WorkspaceController::takeUpResizedDisplays() {
 
 /// Where windows are now is where they rest, though it may not be quite their tile: some keep to cells or sizes of
 /// their own, and a new start is no reason to move anything. The return of a display is one.
-void WorkspaceController::acceptPlacesOfWindows(const std::set<std::string>& returnedDisplayIDs) {
-    for (const auto& [windowID, target] : framesOfTiledWindows()) {
+void SessionTaker::acceptPlacesOfWindows(const std::set<std::string>& returnedDisplayIDs) {
+    for (const auto& [windowID, target] : geometry_.framesOfTiledWindows()) {
         const auto tile = assignments_.targetOf(windowID);
         if (tile && returnedDisplayIDs.contains(displayIDOf(*tile))) continue;
-        const ManagedWindow* window = findLive(windowID);
+        const ManagedWindow* window = liveWindows_.find(windowID);
         if (window && window->frame && *window->frame != target) {
             frames_.accept(windowID, target, *window->frame);
         }
@@ -212,13 +209,13 @@ void WorkspaceController::acceptPlacesOfWindows(const std::set<std::string>& ret
 /// An agent that ends in peace brings back whoever waits; those go on waiting now, unless somebody has taken to one
 /// meanwhile: who works in it or has moved it, or has closed what it waited behind. One that is on its way back looks
 /// the same at first, which is why a look decides only in favour of going.
-void WorkspaceController::putAwayAgain() {
+void SessionTaker::putAwayAgain() {
     if (liveWindows_.minimized().isExpecting()) {
-        const ManagedWindow* focused = focusedWindow();
+        const ManagedWindow* focused = finder_.focusedWindow();
         const auto inUse = focused ? std::optional(focused->id) : std::nullopt;
         for (const auto& id :
              liveWindows_.minimized().takeReturned(liveWindows_.all(), inUse, services_.queue.uptime())) {
-            if (!assignments_.isInAnyTile(id)) minimizeWindow(ManagedWindow(*findLive(id)));
+            if (!assignments_.isInAnyTile(id)) presenter_.minimizeWindow(ManagedWindow(*liveWindows_.find(id)));
         }
     }
     if (!session_.hasReturns()) return;
@@ -236,42 +233,34 @@ void WorkspaceController::putAwayAgain() {
     }
     std::vector<std::string> displaced;
     for (const auto& id : leaving) {
-        const ManagedWindow window = *findLive(id);
+        const ManagedWindow window = *liveWindows_.find(id);
         if (staying.contains(window.processIdentifier)) {
-            minimizeWindow(window);
+            presenter_.minimizeWindow(window);
         } else {
             displaced.push_back(id);
         }
     }
-    presentDisplaced(displaced);
+    presenter_.presentDisplaced(displaced);
 }
 
 /// Whether the window stands where it waits, or did, behind somebody who can be seen.
-bool WorkspaceController::hasComeBackToWait(const ManagedWindow& window,
-                                            const std::optional<CGRect>& formerFrame) const {
+bool SessionTaker::hasComeBackToWait(const ManagedWindow& window, const std::optional<CGRect>& formerFrame) const {
     const auto tile = assignments_.stackTargetOf(window.id);
-    if (!window.isVisible || &window == focusedWindow() || !tile || !screenOfTarget(*tile)) return false;
+    if (!window.isVisible || &window == finder_.focusedWindow() || !tile || !geometry_.screenOfTarget(*tile))
+        return false;
     const auto front = assignments_.assignedWindowIDs.find(*tile);
-    const ManagedWindow* inFront = front == assignments_.assignedWindowIDs.end() ? nullptr : findLive(front->second);
+    const ManagedWindow* inFront =
+        front == assignments_.assignedWindowIDs.end() ? nullptr : liveWindows_.find(front->second);
     if (!inFront || !inFront->isVisible) return false;
     if (!window.frame) return true;
     // What was read of it while it was off the screen may not be where it comes back.
-    const auto place = frameForWindow(inFront->id);
+    const auto place = geometry_.frameForWindow(inFront->id);
     return (place && isSamePlace(window.frame->origin, place->origin)) ||
            (formerFrame && nearlyEqual(*window.frame, *formerFrame, kFrameTolerancePoints));
 }
 
-void WorkspaceController::takeUpZoom(const WorkspaceSessionZoom& zoom, const ResumedWindows& resumed) {
-    const auto now = resumed.idNow.find(zoom.windowID);
-    if (now == resumed.idNow.end() || !screenOf(zoom.displayID)) return;
-    WorkspaceUndoSnapshot snapshot = captureUndoSnapshot();
-    const auto before = zoom.frameBefore ? zoom.frameBefore : frameForWindow(now->second);
-    if (before) snapshot.windowFrames[now->second] = *before;
-    focusMode_.enter({zoom.displayID, zoom.anchorTargetID, now->second}, {std::move(snapshot), undo_.entries()});
-}
-
 /// Windows that are not seen but may yet be.
-std::set<std::string> WorkspaceController::sparedWindowIDs() {
+std::set<std::string> SessionTaker::sparedWindowIDs() {
     std::set<std::string> spared;
     if (recovery_.hasDeadline()) spared = recovery_.awaitedWindowIDs();
     const auto& awaited = session_.awaited(liveWindows_.all(), services_.queue.uptime());

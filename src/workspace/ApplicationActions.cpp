@@ -1,0 +1,209 @@
+#include "workspace/ApplicationActions.h"
+
+#include "support/Log.h"
+#include "workspace/ForceQuitting.h"
+#include "workspace/WorkspaceParts.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kova {
+
+ApplicationActions::ApplicationActions(WorkspaceParts& parts, RefreshCycle& refreshCycle, WorkspaceAccess& access,
+                                       TileGeometry& geometry, WindowPresenter& presenter, TileKeeper& keeper,
+                                       UndoSteps& steps) :
+    services_(parts.services),
+    windowService_(*parts.windowService), state_(parts.state), liveWindows_(parts.liveWindows),
+    assignments_(parts.assignments), undo_(parts.undo), focusMode_(parts.focusMode), frames_(parts.frames),
+    awaited_(parts.awaited), arranger_(parts.arranger), messages_(parts.messages), refreshCycle_(refreshCycle),
+    access_(access), geometry_(geometry), presenter_(presenter), keeper_(keeper), steps_(steps) {}
+
+std::vector<LaunchableApplication> ApplicationActions::launchableApplications() const {
+    return services_.applications.launchableApplications();
+}
+
+std::optional<LaunchableApplication>
+ApplicationActions::launchableApplication(const std::string& bundleIdentifier) const {
+    return services_.applications.launchableApplication(bundleIdentifier);
+}
+
+Outcome ApplicationActions::launchApplication(const action::LaunchApplication& launch) {
+    const std::string tile = tileTargetID(launch.displayID, launch.slotID);
+    awaited_.awaitLaunch(launch.application, launch.displayID, launch.slotID, services_.queue.uptime());
+    services_.applications.launch(launch.application, LaunchActivation::activates,
+                                  lifetime_.guard([this, tile, launch](const LaunchResult& result) {
+                                      noteStarted(launch.application, result);
+                                      applicationLaunched(tile, launch.application.identifier, result);
+                                      if (launch.completion) launch.completion(result);
+                                  }));
+    refreshCycle_.wake(); // until its window is placed or has failed to appear
+    return Outcome::done();
+}
+
+/// For scenes, which launch no application whose window may still come by itself.
+void ApplicationActions::noteStarted(const LaunchableApplication& application, const LaunchResult& result) {
+    if (!application.bundleIdentifier) return;
+    if (result.error) {
+        awaited_.expected().forget(*application.bundleIdentifier);
+    } else if (result.processIdentifier) {
+        awaited_.expected().noteStarted(*application.bundleIdentifier, *result.processIdentifier,
+                                        services_.applications.processStartIdentity(*result.processIdentifier));
+    }
+}
+
+void ApplicationActions::applicationLaunched(const std::string& tile, const std::string& identifier,
+                                             const LaunchResult& result) {
+    awaited_.noteLaunched(tile, identifier, result);
+    if (result.error) messages_.show(*result.error);
+    refreshCycle_.refresh();
+}
+
+/// Tiles that wait for the same application are served in the order of their keys.
+void ApplicationActions::processPendingApplicationPlacements() {
+    std::vector<std::string> waiting;
+    for (const auto& [tile, placement] : awaited_.launches()) waiting.push_back(tile);
+    for (const auto& target : waiting) {
+        // A display that is away may come back, and so may a layout that has the slot.
+        const auto launch = awaited_.launches().find(target);
+        const bool isThere = launch != awaited_.launches().end() && geometry_.tileFrameOnScreen(target);
+        const ManagedWindow* window = isThere ? windowLaunchedFor(launch->second) : nullptr;
+        if (!window) continue;
+        const ManagedWindow placed = *window;
+        awaited_.dropLaunch(target);
+        steps_.changeLater([&] {
+            if (placed.isMinimized || windowService_.isApplicationHidden(placed.processIdentifier))
+                presenter_.bringBack(placed);
+            (void)keeper_.placeWindow(placed.id, target, Focusing::yes);
+            keeper_.noteHasItsPlace(placed.id);
+        });
+    }
+}
+
+/// The first window of the application that has no place yet; a full-screen one wants none.
+const ManagedWindow* ApplicationActions::windowLaunchedFor(const PendingApplicationPlacement& placement) const {
+    const auto found = std::find_if(liveWindows_.begin(), liveWindows_.end(), [&](const ManagedWindow& window) {
+        return placement.isAwaiting(window) && !window.isFullScreen && !window.isElsewhere &&
+               !assignments_.isInAnyTile(window.id);
+    });
+    return found == liveWindows_.end() ? nullptr : &*found;
+}
+
+Outcome ApplicationActions::quitApplication(const std::string& windowID) {
+    return endApplicationOf(windowID, "Quit requested for ", [this](pid_t process) -> std::optional<std::string> {
+        (void)services_.applications.terminate(process);
+        return std::nullopt;
+    });
+}
+
+Outcome ApplicationActions::forceQuitApplication(const std::string& windowID) {
+    const ManagedWindow* window = liveWindows_.find(windowID);
+    if (window && !services_.applications.runningApplication(window->processIdentifier))
+        return access_.refuse(notForceQuitMessage(window->applicationName, "it does not run any more"));
+    return endApplicationOf(windowID, "Force quit requested for ",
+                            [this](pid_t process) { return services_.applications.forceTerminate(process); });
+}
+
+/// An application that is asked and refuses stays, and its windows stay managed.
+Outcome ApplicationActions::endApplicationOf(const std::string& windowID, const std::string& message,
+                                             const std::function<std::optional<std::string>(pid_t)>& end) {
+    const ManagedWindow* live = liveWindows_.find(windowID);
+    if (!live) return access_.refuseSilently("The window is gone");
+    const ManagedWindow window = *live;
+    const auto running = services_.applications.runningApplication(window.processIdentifier);
+    if (running && isKeptOpen(*running))
+        return access_.refuse(window.applicationName + " belongs to the desktop and stays open");
+    if (running) {
+        if (const auto reason = end(window.processIdentifier))
+            return access_.refuse(notForceQuitMessage(window.applicationName, *reason));
+    }
+    refreshCycle_.refresh();
+    return Outcome::done(message + window.applicationName);
+}
+
+std::vector<RunningApplication> ApplicationActions::regularApplicationsToForceQuit() const {
+    auto candidates = forceQuitCandidates(services_.applications.runningApplications(),
+                                          services_.applications.ownProcessIdentifier());
+    sortByName(candidates);
+    return candidates;
+}
+
+void ApplicationActions::forceQuitAllApplications() {
+    const auto candidates = regularApplicationsToForceQuit();
+    if (candidates.empty()) return services_.alerts.inform(noOpenApplicationsAlert());
+    services_.alerts.confirm(forceQuitAllAlert(candidates), lifetime_.guard([this, candidates](bool isConfirmed) {
+        if (isConfirmed) (void)forceQuit(candidates);
+    }));
+}
+
+/// Only what still is what the user was asked about: a process number may have passed on to another application.
+Outcome ApplicationActions::forceQuit(const std::vector<RunningApplication>& confirmed) {
+    ForceQuitOutcome outcome;
+    for (const auto& candidate : regularApplicationsToForceQuit()) {
+        const bool isConfirmed = std::any_of(confirmed.begin(), confirmed.end(), [&](const auto& other) {
+            return other.processIdentifier == candidate.processIdentifier &&
+                   other.bundleIdentifier == candidate.bundleIdentifier &&
+                   other.localizedName == candidate.localizedName;
+        });
+        if (!isConfirmed) continue;
+        if (const auto reason = services_.applications.forceTerminate(candidate.processIdentifier)) {
+            outcome.refusals.push_back(notForceQuitMessage(displayedName(candidate), *reason));
+        } else {
+            outcome.ended.push_back(candidate);
+        }
+    }
+    for (const auto& refusal : outcome.refusals) log(LogLevel::note, refusal);
+    if (outcome.ended.empty()) messages_.show("No open applications were force quit");
+    refreshCycle_.refresh();
+    return Outcome::done().with(std::move(outcome));
+}
+
+Outcome ApplicationActions::forgetApplication(const std::string& name) {
+    std::map<std::string, std::string> names; // by application key
+    for (const auto& [key, minimum] : state_.profile->applicationMinimumSizes) names.emplace(key, key);
+    for (const auto& [layoutID, layout] : arranger_.learning()->layouts) {
+        for (const auto& [key, learnt] : layout.applications) names.emplace(key, key);
+    }
+    for (const auto& window : liveWindows_) {
+        names[applicationKey(window.applicationName, window.bundleIdentifier)] = window.applicationName;
+    }
+    const std::string asName = applicationKey(name, std::nullopt), asIdentifier = applicationKey("", name);
+    const auto isMeant = [&](const auto& entry) {
+        return entry.first == asName || entry.first == asIdentifier || applicationKey("", entry.second) == asIdentifier;
+    };
+    const auto isPart = [&](const auto& entry) {
+        return entry.first.find(asIdentifier) != std::string::npos ||
+               applicationKey("", entry.second).find(asIdentifier) != std::string::npos;
+    };
+    if (std::ranges::any_of(names, isMeant)) {
+        std::erase_if(names, std::not_fn(isMeant));
+    } else if (std::ranges::count_if(names, isPart) == 1) {
+        std::erase_if(names, std::not_fn(isPart));
+    } else {
+        return Outcome::refused("Nothing was learned of an application “" + name + "”");
+    }
+    ForgottenApplications forgotten;
+    WorkspaceProfile profile = *state_.profile;
+    AutoArrangeLearningModel learning = *arranger_.learning();
+    for (const auto& [key, shownName] : names) {
+        profile.applicationMinimumSizes.erase(key);
+        learning.forget(key);
+        undo_.forgetApplication(key);
+        focusMode_.forgetApplication(key);
+        for (const auto& window : liveWindows_) {
+            if (applicationKey(window.applicationName, window.bundleIdentifier) != key) continue;
+            frames_.sizes().forget(window.id);
+            frames_.forgetRefusal(window.id);
+        }
+        forgotten.names.push_back(shownName);
+    }
+    keeper_.setProfile(std::move(profile));
+    arranger_.setLearning(std::make_shared<const AutoArrangeLearningModel>(std::move(learning)));
+    keeper_.publishMinimums();
+    frames_.reflow().forgetAllPushes();
+    keeper_.noteTilesMoved();
+    if (access_.mayMoveWindows())
+        refreshCycle_.refresh(); // the poll gives back spans and puts everything into its tile
+    return Outcome::done().with(std::move(forgotten));
+}
+
+} // namespace kova

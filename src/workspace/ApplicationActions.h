@@ -1,0 +1,78 @@
+// Launching applications into tiles, and ending them.
+#pragma once
+
+#include "support/Lifetime.h"
+#include "windowing/AccessibilityWindowService.h"
+#include "workspace/Arranger.h"
+#include "workspace/AwaitedWindows.h"
+#include "workspace/FocusMode.h"
+#include "workspace/FrameKeeper.h"
+#include "workspace/LiveWindows.h"
+#include "workspace/Outcome.h"
+#include "workspace/RefreshCycle.h"
+#include "workspace/StatusMessages.h"
+#include "workspace/TileAssignments.h"
+#include "workspace/TileGeometry.h"
+#include "workspace/TileKeeper.h"
+#include "workspace/UndoHistory.h"
+#include "workspace/UndoSteps.h"
+#include "workspace/WindowPresenter.h"
+#include "workspace/WorkspaceAccess.h"
+#include "workspace/WorkspaceAction.h"
+#include "workspace/WorkspaceServices.h"
+#include "workspace/WorkspaceState.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+struct WorkspaceParts;
+
+class ApplicationActions {
+  public:
+    ApplicationActions(WorkspaceParts& parts, RefreshCycle& refreshCycle, WorkspaceAccess& access,
+                       TileGeometry& geometry, WindowPresenter& presenter, TileKeeper& keeper, UndoSteps& steps);
+
+    /// What menus show, by name; and any installed application by its bundle identifier.
+    std::vector<LaunchableApplication> launchableApplications() const;
+    std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) const;
+    Outcome launchApplication(const action::LaunchApplication& launch);
+    void noteStarted(const LaunchableApplication& application, const LaunchResult& result);
+    void processPendingApplicationPlacements();
+    Outcome quitApplication(const std::string& windowID);
+    Outcome forceQuitApplication(const std::string& windowID);
+    /// What `ForceQuitAll` would end, by name.
+    std::vector<RunningApplication> regularApplicationsToForceQuit() const;
+    void forceQuitAllApplications();
+    Outcome forceQuit(const std::vector<RunningApplication>& confirmed);
+    Outcome forgetApplication(const std::string& name);
+
+  private:
+    void applicationLaunched(const std::string& tile, const std::string& identifier, const LaunchResult& result);
+    const ManagedWindow* windowLaunchedFor(const PendingApplicationPlacement& placement) const;
+    Outcome endApplicationOf(const std::string& windowID, const std::string& message,
+                             const std::function<std::optional<std::string>(pid_t)>& end);
+
+    const WorkspaceServices& services_;
+    AccessibilityWindowService& windowService_;
+    WorkspaceState& state_;
+    LiveWindows& liveWindows_;
+    TileAssignments& assignments_;
+    UndoHistory& undo_;
+    FocusMode& focusMode_;
+    FrameKeeper& frames_;
+    AwaitedWindows& awaited_;
+    Arranger& arranger_;
+    StatusMessages& messages_;
+    RefreshCycle& refreshCycle_;
+    WorkspaceAccess& access_;
+    TileGeometry& geometry_;
+    WindowPresenter& presenter_;
+    TileKeeper& keeper_;
+    UndoSteps& steps_;
+    Lifetime lifetime_;
+};
+
+} // namespace kova

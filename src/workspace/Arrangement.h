@@ -1,0 +1,84 @@
+// Arranging every window of every display in one pass: plan, carry out, and a second pass for what had to be brought
+// back.
+#pragma once
+
+#include "support/Lifetime.h"
+#include "windowing/AccessibilityWindowService.h"
+#include "workspace/Arranger.h"
+#include "workspace/DisplayMemory.h"
+#include "workspace/FocusMode.h"
+#include "workspace/FrameKeeper.h"
+#include "workspace/LiveWindows.h"
+#include "workspace/Outcome.h"
+#include "workspace/PointerInteraction.h"
+#include "workspace/TileAssignments.h"
+#include "workspace/TileGeometry.h"
+#include "workspace/TileKeeper.h"
+#include "workspace/TileMemory.h"
+#include "workspace/UndoSteps.h"
+#include "workspace/WindowFinder.h"
+#include "workspace/WindowPresenter.h"
+#include "workspace/WorkspaceAccess.h"
+#include "workspace/WorkspaceServices.h"
+#include "workspace/WorkspaceState.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+struct WorkspaceParts;
+
+class Arrangement {
+  public:
+    Arrangement(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry, const WindowFinder& finder,
+                WindowPresenter& presenter, TileKeeper& keeper, UndoSteps& steps);
+
+    Outcome arrange();
+    /// A sentence for the user when the window manager places windows itself, known by its name or by what it does;
+    /// absent as a rule.
+    std::optional<std::string> whyWindowsStay() const;
+    /// What `arrange` would do now, without doing it.
+    ArrangementPlan planArrangement() const;
+    void learnPlacementByUser(const ManagedWindow& window, const std::string& targetID);
+    void scheduleAutomaticArrangement(bool justGranted);
+    bool isExcludedByRules(const ManagedWindow& window) const;
+
+  private:
+    bool hasWindowToArrange() const;
+    std::optional<ArrangementCandidate> candidateFor(const ManagedWindow& window,
+                                                     const TileAssignments& assignments) const;
+    ArrangementInput arrangementInput(const std::vector<ManagedWindow>& windows,
+                                      const TileAssignments& assignments) const;
+    void arrangeWindows();
+    void carryOutArrangement(const ArrangementPlan& plan);
+    void presentPlacement(const AutoArrangePlacement& placement, const std::map<std::string, CGRect>& frames);
+    void carryOutDeferredPlacement(const AutoArrangePlacement& placement);
+    void carryOutDeferred(std::vector<AutoArrangePlacement> deferred, std::int64_t generation);
+    void learnFrom(const ArrangementPlan& plan);
+    TileAssignments assignmentsOnAbsentDisplays() const;
+    std::optional<RuleTile> tileOfRule(const ManagedWindow& window) const;
+
+    const WorkspaceServices& services_;
+    AccessibilityWindowService& windowService_;
+    WorkspaceState& state_;
+    LiveWindows& liveWindows_;
+    TileAssignments& assignments_;
+    TileMemory& tileMemory_;
+    DisplayMemory& displays_;
+    FocusMode& focusMode_;
+    PointerInteraction& pointer_;
+    FrameKeeper& frames_;
+    Arranger& arranger_;
+    WorkspaceAccess& access_;
+    TileGeometry& geometry_;
+    const WindowFinder& finder_;
+    WindowPresenter& presenter_;
+    TileKeeper& keeper_;
+    UndoSteps& steps_;
+    Lifetime lifetime_;
+};
+
+} // namespace kova

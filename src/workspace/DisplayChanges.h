@@ -1,0 +1,75 @@
+// Displays that come, go and change their size, and what becomes of the windows on them.
+#pragma once
+
+#include "windowing/AccessibilityWindowService.h"
+#include "workspace/DisplayMemory.h"
+#include "workspace/FocusMode.h"
+#include "workspace/FrameKeeper.h"
+#include "workspace/LayoutFollower.h"
+#include "workspace/LiveWindows.h"
+#include "workspace/PointerInteraction.h"
+#include "workspace/RefreshCycle.h"
+#include "workspace/SessionRestore.h"
+#include "workspace/TileAssignments.h"
+#include "workspace/TileGeometry.h"
+#include "workspace/TileKeeper.h"
+#include "workspace/UndoSteps.h"
+#include "workspace/WindowPresenter.h"
+#include "workspace/WorkspaceAccess.h"
+#include "workspace/WorkspaceServices.h"
+#include "workspace/WorkspaceState.h"
+
+#include <set>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+struct WorkspaceParts;
+
+class DisplayChanges {
+  public:
+    DisplayChanges(WorkspaceParts& parts, RefreshCycle& refreshCycle, WorkspaceAccess& access, TileGeometry& geometry,
+                   WindowPresenter& presenter, TileKeeper& keeper, LayoutFollower& follower, UndoSteps& steps,
+                   std::function<void(const std::string& formerID, const std::string& newID)> renameDisplay);
+
+    void readScreens();
+    void screensChanged();
+    void displayHasNewID(const std::string& formerID, const std::string& newID);
+    void settleOnDisplays();
+    void displaysSettled();
+    void placeHomelessWindows();
+
+  private:
+    bool isBesideFocusMode(const std::vector<Screen>& before) const;
+    void keepFramesBesideFocusMode();
+    void noteDisplaysThatCameAndWent(const std::set<std::string>& before);
+    void returnStrandedFloats();
+    void bringIntoSight();
+    bool isZoomedOver(const WorkspaceTile& tile) const;
+    std::vector<std::string> placeHomelessFronts();
+    std::vector<std::string> takeWaitingAlong();
+    void keepBesideFocusMode(const std::vector<std::string>& fronts, const std::vector<std::string>& waiting);
+    void giveUpUnreachablePlacements();
+
+    const WorkspaceServices& services_;
+    AccessibilityWindowService& windowService_;
+    WorkspaceState& state_;
+    LiveWindows& liveWindows_;
+    TileAssignments& assignments_;
+    DisplayMemory& displays_;
+    FocusMode& focusMode_;
+    PointerInteraction& pointer_;
+    FrameKeeper& frames_;
+    SessionRestore& session_;
+    RefreshCycle& refreshCycle_;
+    WorkspaceAccess& access_;
+    TileGeometry& geometry_;
+    WindowPresenter& presenter_;
+    TileKeeper& keeper_;
+    LayoutFollower& follower_;
+    UndoSteps& steps_;
+    std::function<void(const std::string&, const std::string&)> renameDisplay_;
+};
+
+} // namespace kova

@@ -1,0 +1,52 @@
+// The stored document of scenes and rules, and the edits of it.
+#pragma once
+
+#include "persistence/WorkspaceProductDocument.h"
+#include "workspace/Outcome.h"
+#include "workspace/StatusMessages.h"
+#include "workspace/WorkspaceAction.h"
+#include "workspace/WorkspaceServices.h"
+#include "workspace/WorkspaceState.h"
+
+#include <optional>
+#include <string>
+
+namespace kova {
+
+struct WorkspaceParts;
+
+class DocumentStore {
+  public:
+    explicit DocumentStore(WorkspaceParts& parts);
+
+    WorkspaceProductDocument workspaceDocument() const;
+    void saveWorkspaceDocument();
+    [[nodiscard]] Outcome changeDocument(WorkspaceProductDocument next);
+    Outcome importWorkspaceDocument(std::string_view data);
+    Decoded<std::string> exportWorkspaceDocument() const;
+    /// What importing the file would add, without doing it.
+    Decoded<WorkspaceImportCounts> previewImport(std::string_view data) const;
+    Outcome renameScene(const Uuid& id, const std::string& name);
+    Outcome deleteScene(const Uuid& id);
+    Outcome insertScene(WorkspaceScene scene, std::size_t index);
+    std::optional<WorkspaceScene> sceneWithID(const Uuid& id) const;
+    /// By its exact name, else the first of that name in another case.
+    std::optional<Uuid> findScene(const std::string& name) const;
+    Outcome addRule(WorkspaceRule rule);
+    Outcome appendRule(WorkspaceRule rule, const std::string& subject);
+    Outcome changeRule(const action::ChangeRule& change);
+    Outcome deleteRule(const Uuid& id);
+    Outcome moveRule(const Uuid& id, std::size_t index);
+    void restoreActiveScene(const std::optional<Uuid>& id);
+
+  private:
+    using RuleEdit = std::function<void(std::vector<WorkspaceRule>&, std::vector<WorkspaceRule>::iterator)>;
+    std::optional<DecodingError> takeDocument(WorkspaceProductDocument next);
+    Outcome editRule(const Uuid& id, const RuleEdit& edit);
+
+    const WorkspaceServices& services_;
+    WorkspaceState& state_;
+    StatusMessages& messages_;
+};
+
+} // namespace kova

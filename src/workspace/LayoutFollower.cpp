@@ -1,0 +1,86 @@
+#include "workspace/LayoutFollower.h"
+
+#include "workspace/LayoutMigration.h"
+#include "workspace/WorkspaceParts.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kova {
+
+namespace {
+
+/// Whether every window of the display is in a tile that the layout has.
+bool hasTilesFor(const LayoutDefinition& layout, const std::string& displayID, const TileAssignments& assignments) {
+    const auto isOfLayout = [&](const auto& entry) {
+        return std::ranges::any_of(layout.slots,
+                                   [&](const auto& slot) { return slotIDOn(displayID, entry.first) == slot.id; });
+    };
+    const TileAssignments here = assignments.onDisplay(displayID);
+    return std::ranges::all_of(here.assignedWindowIDs, isOfLayout) &&
+           std::ranges::all_of(here.stackWindowIDsByTarget, isOfLayout);
+}
+
+} // namespace
+
+LayoutFollower::LayoutFollower(WorkspaceParts& parts, TileGeometry& geometry, WindowPresenter& presenter,
+                               TileKeeper& keeper) :
+    windowService_(*parts.windowService),
+    state_(parts.state), liveWindows_(parts.liveWindows), assignments_(parts.assignments),
+    tileMemory_(parts.tileMemory), displays_(parts.displays), geometry_(geometry), presenter_(presenter),
+    keeper_(keeper) {}
+
+/// Who is in front again of a tile that it had lost comes back to the screen; who waits again leaves it.
+void LayoutFollower::presentRegained() {
+    const auto regained = displays_.takeRegained();
+    for (const auto& id : regained.fronts) {
+        const ManagedWindow* window = liveWindows_.find(id);
+        if (!window || !assignments_.isAssigned(id)) continue;
+        if (window->isMinimized || windowService_.isApplicationHidden(window->processIdentifier)) {
+            presenter_.bringBack(ManagedWindow(*window));
+        }
+    }
+    std::vector<std::string> leaving;
+    for (const auto& id : regained.waiting) {
+        if (!assignments_.isAssigned(id) && assignments_.isInAnyTile(id)) leaving.push_back(id);
+    }
+    presenter_.presentDisplaced(leaving);
+}
+
+/// A display that changed its size may have changed its layout with it: its windows follow, and nothing is undone. With
+/// the layout that it had before, they are where they were.
+void LayoutFollower::migrateChangedDisplays() {
+    for (const auto& screen : *state_.screens) {
+        const std::string id = displayID(screen);
+        const ShownLayout* last = displays_.shown(id);
+        const LayoutDefinition& layout = geometry_.layoutOn(screen);
+        if (!last || last->layoutID == layout.id) continue;
+        displays_.leaveLayout(id, last->layoutID, assignments_);
+        tileMemory_.homes().forgetDisplay(id);
+        const DisplayTiles after =
+            tilesOf(solveDefinition(layout, {}, screen.visibleFrame.size, state_.profile->tileInset));
+        LayoutMigration migration = migrateAssignments(assignments_, id, last->tiles, after);
+        assignments_ = std::move(migration.assignments);
+        displays_.takeBackLayout(id, layout.id, assignments_);
+        std::erase_if(migration.displacedWindowIDs, [this](const auto& w) { return assignments_.isAssigned(w); });
+        presenter_.presentDisplaced(migration.displacedWindowIDs);
+    }
+    migrateFromMissingTiles();
+    keeper_.publishAssignments();
+}
+
+/// Assignments of an earlier time may name tiles that the layout of now does not have.
+void LayoutFollower::migrateFromMissingTiles() {
+    for (const auto& screen : *state_.screens) {
+        const std::string id = displayID(screen);
+        const LayoutDefinition& layout = geometry_.layoutOn(screen);
+        if (hasTilesFor(layout, id, assignments_)) continue;
+        const DisplayTiles after =
+            tilesOf(solveDefinition(layout, {}, screen.visibleFrame.size, state_.profile->tileInset));
+        LayoutMigration migration = migrateAssignments(assignments_, id, {}, after);
+        assignments_ = std::move(migration.assignments);
+        presenter_.presentDisplaced(migration.displacedWindowIDs);
+    }
+}
+
+} // namespace kova

@@ -1,0 +1,38 @@
+// Moves windows to the tiles of another layout after a display has changed its layout by itself.
+#pragma once
+
+#include "windowing/AccessibilityWindowService.h"
+#include "workspace/DisplayMemory.h"
+#include "workspace/LiveWindows.h"
+#include "workspace/TileAssignments.h"
+#include "workspace/TileGeometry.h"
+#include "workspace/TileKeeper.h"
+#include "workspace/TileMemory.h"
+#include "workspace/WindowPresenter.h"
+#include "workspace/WorkspaceState.h"
+
+namespace kova {
+
+struct WorkspaceParts;
+
+class LayoutFollower {
+  public:
+    LayoutFollower(WorkspaceParts& parts, TileGeometry& geometry, WindowPresenter& presenter, TileKeeper& keeper);
+
+    void migrateChangedDisplays();
+    void migrateFromMissingTiles();
+    void presentRegained();
+
+  private:
+    AccessibilityWindowService& windowService_;
+    WorkspaceState& state_;
+    LiveWindows& liveWindows_;
+    TileAssignments& assignments_;
+    TileMemory& tileMemory_;
+    DisplayMemory& displays_;
+    TileGeometry& geometry_;
+    WindowPresenter& presenter_;
+    TileKeeper& keeper_;
+};
+
+} // namespace kova

@@ -1,0 +1,79 @@
+#include "workspace/PlacementReport.h"
+
+#include "support/SameFrame.h"
+#include "workspace/RuleMatching.h"
+#include "workspace/WorkspaceParts.h"
+
+#include <algorithm>
+
+namespace kova {
+
+using BringToFront = AccessibilityWindowService::BringToFront;
+
+PlacementReport::PlacementReport(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry,
+                                 WindowPresenter& presenter, Arrangement& arrangement) :
+    windowService_(*parts.windowService),
+    state_(parts.state), liveWindows_(parts.liveWindows), assignments_(parts.assignments), displays_(parts.displays),
+    pointer_(parts.pointer), frames_(parts.frames), awaited_(parts.awaited), access_(access), geometry_(geometry),
+    presenter_(presenter), arrangement_(arrangement) {}
+
+/// Every cause at once; `explain` prints them.
+std::vector<std::string> PlacementReport::whyItStays(const ManagedWindow& window) const {
+    WindowSituation situation;
+    const auto isGranted = *state_.permissionState == AccessibilityPermissionState::granted;
+    if (!isGranted)
+        situation.obstacle = access_.permissionProblem();
+    else
+        situation.obstacle = access_.whyNothingIsSeen();
+    situation.isDragUnderWay = pointer_.isPausingPolls();
+    situation.hasTile = assignments_.isAssigned(window.id);
+    situation.leftAlone = presenter_.whyLeftAlone(window);
+    situation.refusal = frames_.refusal(window.id);
+    situation.attempts = FrameKeeper::kAttempts;
+    situation.isPlacementPending = windowService_.pendingFrame(window.id).has_value();
+    situation.isFloating = state_.floatingWindowIDs->contains(window.id);
+    if (arrangement_.isExcludedByRules(window)) {
+        const WorkspaceRule& rule = (*state_.rules)[*decidingRule(*state_.rules, window)];
+        situation.rule = "“" + rule.name + "” says " + kova::describe(rule.disposition);
+    }
+    situation.isDisplayAwaited = displays_.isAwaited(window.id);
+    const bool isInTile = assignments_.isInAnyTile(window.id);
+    situation.isAwaitedByLaunch = !isInTile && std::ranges::any_of(awaited_.launches(), [&](const auto& entry) {
+        return entry.second.isAwaiting(window);
+    });
+    situation.isAwaitedByScene = !isInTile && std::ranges::any_of(awaited_.scene().pending, [&](const auto& pending) {
+        return pending.window.bundleIdentifier && pending.window.bundleIdentifier == window.bundleIdentifier;
+    });
+    return kova::whyItStays(situation);
+}
+
+std::vector<PlacementFinding> PlacementReport::verifyPlacements() const {
+    std::vector<PlacementFinding> findings;
+    for (const auto& [windowID, requested] : geometry_.framesOfTiledWindows()) {
+        const ManagedWindow* window = liveWindows_.find(windowID);
+        if (!window) continue;
+        PlacementFinding finding{windowID, *assignments_.targetOf(windowID), requested, window->frame, {}};
+        using enum PlacementVerdict;
+        if (presenter_.isLeftAlone(*window) || !window->isVisible) {
+            finding.verdict = leftAlone;
+        } else if (finding.actualFrame && nearlyEqual(*finding.actualFrame, requested, kFrameTolerancePoints)) {
+            finding.verdict = asRequested;
+        } else {
+            finding.verdict = windowService_.pendingFrame(windowID) ? underWay : drifted;
+        }
+        findings.push_back(std::move(finding));
+    }
+    return findings;
+}
+
+Outcome PlacementReport::repairPlacements() {
+    for (const auto& finding : verifyPlacements()) {
+        const ManagedWindow* window = liveWindows_.find(finding.windowID);
+        if (!window || finding.verdict != PlacementVerdict::drifted) continue;
+        frames_.forgetRefusal(finding.windowID); // it is asked as often as at first
+        presenter_.writeFrame(ManagedWindow(*window), finding.requestedFrame, BringToFront::no);
+    }
+    return Outcome::done();
+}
+
+} // namespace kova

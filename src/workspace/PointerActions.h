@@ -1,0 +1,76 @@
+// What the pointer does: dividers and windows that it drags.
+#pragma once
+
+#include "windowing/AccessibilityWindowService.h"
+#include "workspace/Arrangement.h"
+#include "workspace/FocusMode.h"
+#include "workspace/FrameKeeper.h"
+#include "workspace/LiveWindows.h"
+#include "workspace/Outcome.h"
+#include "workspace/PointerInteraction.h"
+#include "workspace/StatusMessages.h"
+#include "workspace/TileAssignments.h"
+#include "workspace/TileGeometry.h"
+#include "workspace/TileKeeper.h"
+#include "workspace/UndoSteps.h"
+#include "workspace/WindowFinder.h"
+#include "workspace/WindowPresenter.h"
+#include "workspace/WorkspaceAccess.h"
+#include "workspace/WorkspaceAction.h"
+#include "workspace/WorkspaceServices.h"
+#include "workspace/WorkspaceState.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+struct WorkspaceParts;
+
+class PointerActions {
+  public:
+    PointerActions(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry, const WindowFinder& finder,
+                   WindowPresenter& presenter, TileKeeper& keeper, UndoSteps& steps, Arrangement& arrangement);
+
+    /// Every boundary that can be dragged; none on a display that a zoomed window owns.
+    std::vector<DisplayLayoutDivider> dividers() const;
+    Outcome beginDividerDrag(const DisplayLayoutDivider& target);
+    void updateDividerDrag(const DisplayLayoutDivider& target, double translationPoints);
+    void applyDividerDrag();
+    void endDividerDrag(const DisplayLayoutDivider& target);
+    void cancelDividerDrag();
+    Outcome moveDivider(const DisplayLayoutDivider& target, double translationPoints);
+    Outcome resetDivider(const DisplayLayoutDivider& target);
+    void pressWindow(const std::string& windowID);
+    void releaseWindow();
+    Outcome beginWindowDrag(const std::string& windowID, const CGRect& frameBefore);
+    void updateWindowDrag(CGPoint pointer, action::WindowDragKind kind);
+    void endWindowDrag(CGPoint pointer, action::WindowDragKind kind, action::DropMode mode);
+    void cancelWindowDrag();
+
+  private:
+    void writeInteractiveFrames(const std::string& displayID);
+    void verifyFrames(const std::string& displayID, const std::map<std::string, CGRect>& written);
+    void dropWindow(const ManagedWindow& window, CGPoint pointer, action::DropMode mode, WorkspaceUndoSnapshot before);
+    void resizeTileLike(const ManagedWindow& window, const CGRect& frameBefore, WorkspaceUndoSnapshot before);
+
+    const WorkspaceServices& services_;
+    AccessibilityWindowService& windowService_;
+    WorkspaceState& state_;
+    LiveWindows& liveWindows_;
+    TileAssignments& assignments_;
+    FocusMode& focusMode_;
+    PointerInteraction& pointer_;
+    FrameKeeper& frames_;
+    StatusMessages& messages_;
+    WorkspaceAccess& access_;
+    TileGeometry& geometry_;
+    const WindowFinder& finder_;
+    WindowPresenter& presenter_;
+    TileKeeper& keeper_;
+    UndoSteps& steps_;
+    Arrangement& arrangement_;
+};
+
+} // namespace kova

@@ -1,0 +1,20 @@
+// What a poll has found, for the objects that forget what is gone or has expired.
+#pragma once
+
+#include "support/MainQueue.h"
+#include "windowing/ManagedWindow.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+struct PollContext {
+    const std::vector<ManagedWindow>& windows;
+    Seconds now; // uptime
+    std::function<bool(const std::string& windowID)> isLive;
+    std::function<bool(const std::string& windowID)> hasPendingFrame;
+};
+
+} // namespace kova

@@ -1,0 +1,99 @@
+#include "workspace/RuleActions.h"
+
+#include "workspace/WorkspaceParts.h"
+
+#include <utility>
+
+namespace kova {
+
+RuleActions::RuleActions(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry,
+                         const WindowFinder& finder, WindowPresenter& presenter, TileKeeper& keeper,
+                         DocumentStore& documents) :
+    state_(parts.state),
+    liveWindows_(parts.liveWindows), assignments_(parts.assignments), tileMemory_(parts.tileMemory),
+    focusMode_(parts.focusMode), messages_(parts.messages), access_(access), geometry_(geometry), finder_(finder),
+    presenter_(presenter), keeper_(keeper), documents_(documents) {}
+
+void RuleActions::applyRules(const std::vector<ManagedWindow>& windows) {
+    if (*state_.permissionState != AccessibilityPermissionState::granted) return;
+    if (focusMode_.isOn()) return; // what it restores later would take the tiles away again
+    // All windows are asked before any is placed: placing one hides another, whose own rule may name a tile as well.
+    std::vector<std::pair<std::string, std::size_t>> decisions; // window id and index of the rule
+    for (const auto& window : windows) {
+        if (tileMemory_.isPlaced(window.id)) continue;
+        const bool isShown = window.isVisible && !window.isMinimized && !window.isFullScreen;
+        if (assignments_.isInAnyTile(window.id) && !isShown) { // it has its place
+            tileMemory_.notePlaced(window.id);
+            continue;
+        }
+        // Its time comes when it shows itself, and when it can be told from others.
+        if (!isShown || awaitsTitle(*state_.rules, window)) continue;
+        tileMemory_.notePlaced(window.id);
+        if (const auto deciding = decidingRule(*state_.rules, window)) decisions.emplace_back(window.id, *deciding);
+    }
+    carryOutRules(decisions);
+    tileMemory_.keepPlaced([this](const std::string& id) { return liveWindows_.find(id) != nullptr; });
+}
+
+/// Windows that move leave their tiles first, so that two of them can change places.
+void RuleActions::carryOutRules(const std::vector<std::pair<std::string, std::size_t>>& decisions) {
+    std::vector<std::pair<std::string, std::string>> moving; // window and tile-target id
+    for (const auto& [windowID, index] : decisions) {
+        const WorkspaceRule& rule = (*state_.rules)[index];
+        const ManagedWindow& window = *liveWindows_.find(windowID);
+        const auto* tile = std::get_if<disposition::Tile>(&rule.disposition);
+        const Screen* screen = tile ? geometry_.screenOfWindow(window) : nullptr;
+        if (!screen) continue;
+        const std::string target = tileTargetID(displayID(*screen), tile->slotID);
+        if (!geometry_.tileFrameOnScreen(target)) continue;
+        if (assignments_.targetOf(windowID) != target) moving.emplace_back(windowID, target);
+        messages_.show("Rule “" + rule.name + "” placed " + window.applicationName);
+    }
+    if (moving.empty()) return;
+    const TileAssignments before = assignments_;
+    for (const auto& [windowID, target] : moving) assignments_.remove(windowID);
+    std::vector<std::string> displaced;
+    std::vector<std::pair<std::string, Covering>> placed;
+    for (const auto& [windowID, target] : moving) {
+        const auto covering = geometry_.coveringFor(*liveWindows_.find(windowID), target);
+        if (!covering) continue;
+        for (auto& id : keeper_.takeTiles(windowID, *covering)) displaced.push_back(std::move(id));
+        placed.emplace_back(windowID, *covering);
+    }
+    presenter_.presentDisplaced(displaced);
+    keeper_.bringNextForward(before);
+    for (const auto& [windowID, covering] : placed) {
+        const auto frame = geometry_.frameForWindow(windowID);
+        if (!frame) continue; // another window with the same rule is in front
+        presenter_.writeFrame(*liveWindows_.find(windowID), *frame, AccessibilityWindowService::BringToFront::no);
+        if (covering.targets.size() > 1) keeper_.announceClaim(*liveWindows_.find(windowID), covering);
+    }
+    keeper_.commit({});
+}
+
+Outcome RuleActions::addRuleForWindow(const action::AddRuleForWindow& wanted) {
+    const ManagedWindow* window = finder_.actingWindow(wanted.windowID);
+    if (!window) {
+        return access_.refuse(wanted.windowID ? "There is no such window" : "No focused application window found");
+    }
+    WorkspaceRule rule;
+    rule.name = ruleName(window->applicationName, wanted.disposition);
+    rule.bundleIdentifier = window->bundleIdentifier;
+    if (!rule.bundleIdentifier) rule.applicationName = window->applicationName;
+    rule.disposition = wanted.disposition;
+    return documents_.appendRule(std::move(rule), window->applicationName);
+}
+
+std::optional<RuleExplanation> RuleActions::explainRules(const std::string& windowID) const {
+    const ManagedWindow* window = liveWindows_.find(windowID);
+    if (!window) return std::nullopt;
+    std::vector<std::string> remarks;
+    if (!*state_.continuousManagementEnabled) {
+        remarks.push_back("rules run only when continuous management is enabled");
+    } else if (tileMemory_.isPlaced(windowID)) {
+        remarks.push_back("the window was seen already and is not moved again");
+    }
+    return kova::explainRules(*state_.rules, *window, remarks);
+}
+
+} // namespace kova

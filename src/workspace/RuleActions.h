@@ -1,0 +1,56 @@
+// Rules: what happens to a window when it is first seen.
+#pragma once
+
+#include "workspace/DocumentStore.h"
+#include "workspace/FocusMode.h"
+#include "workspace/LiveWindows.h"
+#include "workspace/Outcome.h"
+#include "workspace/RuleMatching.h"
+#include "workspace/StatusMessages.h"
+#include "workspace/TileAssignments.h"
+#include "workspace/TileGeometry.h"
+#include "workspace/TileKeeper.h"
+#include "workspace/TileMemory.h"
+#include "workspace/WindowFinder.h"
+#include "workspace/WindowPresenter.h"
+#include "workspace/WorkspaceAccess.h"
+#include "workspace/WorkspaceAction.h"
+#include "workspace/WorkspaceState.h"
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kova {
+
+struct WorkspaceParts;
+
+class RuleActions {
+  public:
+    RuleActions(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry, const WindowFinder& finder,
+                WindowPresenter& presenter, TileKeeper& keeper, DocumentStore& documents);
+
+    void applyRules(const std::vector<ManagedWindow>& windows);
+    Outcome addRuleForWindow(const action::AddRuleForWindow& wanted);
+    /// Which rule decides for a live window, and what the others say; absent when there is no such window.
+    std::optional<RuleExplanation> explainRules(const std::string& windowID) const;
+
+  private:
+    void carryOutRules(const std::vector<std::pair<std::string, std::size_t>>& decisions);
+
+    WorkspaceState& state_;
+    LiveWindows& liveWindows_;
+    TileAssignments& assignments_;
+    TileMemory& tileMemory_;
+    FocusMode& focusMode_;
+    StatusMessages& messages_;
+    WorkspaceAccess& access_;
+    TileGeometry& geometry_;
+    const WindowFinder& finder_;
+    WindowPresenter& presenter_;
+    TileKeeper& keeper_;
+    DocumentStore& documents_;
+};
+
+} // namespace kova

@@ -1,0 +1,87 @@
+// Scenes: captured, compared with what is on the screen, and restored.
+#pragma once
+
+#include "support/Lifetime.h"
+#include "windowing/AccessibilityWindowService.h"
+#include "workspace/ApplicationActions.h"
+#include "workspace/Arranger.h"
+#include "workspace/AwaitedWindows.h"
+#include "workspace/DisplayMemory.h"
+#include "workspace/DocumentStore.h"
+#include "workspace/FrameKeeper.h"
+#include "workspace/LiveWindows.h"
+#include "workspace/Outcome.h"
+#include "workspace/RefreshCycle.h"
+#include "workspace/SceneCapture.h"
+#include "workspace/SceneDifferences.h"
+#include "workspace/SessionRestore.h"
+#include "workspace/StatusMessages.h"
+#include "workspace/TileAssignments.h"
+#include "workspace/TileGeometry.h"
+#include "workspace/TileKeeper.h"
+#include "workspace/TileMemory.h"
+#include "workspace/TransitionRecovery.h"
+#include "workspace/UndoSteps.h"
+#include "workspace/WindowFinder.h"
+#include "workspace/WindowPresenter.h"
+#include "workspace/WorkspaceAccess.h"
+#include "workspace/WorkspaceServices.h"
+#include "workspace/WorkspaceState.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+struct WorkspaceParts;
+
+class SceneActions {
+  public:
+    SceneActions(WorkspaceParts& parts, RefreshCycle& refreshCycle, WorkspaceAccess& access, TileGeometry& geometry,
+                 const WindowFinder& finder, WindowPresenter& presenter, TileKeeper& keeper, DocumentStore& documents,
+                 UndoSteps& steps, ApplicationActions& applications);
+
+    Outcome activateScene(const Uuid& id);
+    void processPendingScenePlacements();
+    void publishSceneReport(SceneReport::State state);
+    Outcome captureScene(const std::optional<std::string>& name);
+    /// Absent when there is no such scene; empty when opening it would change nothing.
+    std::optional<std::vector<SceneDifference>> diffScene(const Uuid& id) const;
+
+  private:
+    void applyLook(const WorkspaceScene& scene);
+    std::size_t placeWindowsOf(const WorkspaceScene& scene);
+    void launchForScene(const std::vector<std::string>& bundleIDs);
+    void launchedForScene(const LaunchableApplication& application, const LaunchResult& result);
+    void carryOutRestored(const std::vector<RestoredPlacement>& placements);
+    void endRestoration(std::size_t unavailable);
+    std::vector<CapturedPlacement> capturedPlacements() const;
+    std::vector<WorkspaceSceneDisplay> capturedDisplays() const;
+
+    const WorkspaceServices& services_;
+    AccessibilityWindowService& windowService_;
+    WorkspaceState& state_;
+    LiveWindows& liveWindows_;
+    TileAssignments& assignments_;
+    TileMemory& tileMemory_;
+    DisplayMemory& displays_;
+    FrameKeeper& frames_;
+    TransitionRecovery& recovery_;
+    SessionRestore& session_;
+    AwaitedWindows& awaited_;
+    Arranger& arranger_;
+    StatusMessages& messages_;
+    RefreshCycle& refreshCycle_;
+    WorkspaceAccess& access_;
+    TileGeometry& geometry_;
+    const WindowFinder& finder_;
+    WindowPresenter& presenter_;
+    TileKeeper& keeper_;
+    DocumentStore& documents_;
+    UndoSteps& steps_;
+    ApplicationActions& applications_;
+    Lifetime lifetime_;
+};
+
+} // namespace kova

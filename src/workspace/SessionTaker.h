@@ -1,0 +1,70 @@
+// What outlives the agent: the session is described while it changes, and taken up again at the start.
+#pragma once
+
+#include "workspace/DisplayChanges.h"
+#include "workspace/DisplayMemory.h"
+#include "workspace/FocusMode.h"
+#include "workspace/FrameKeeper.h"
+#include "workspace/LayoutFollower.h"
+#include "workspace/LiveWindows.h"
+#include "workspace/SessionRestore.h"
+#include "workspace/SessionResumption.h"
+#include "workspace/TileAssignments.h"
+#include "workspace/TileGeometry.h"
+#include "workspace/TileKeeper.h"
+#include "workspace/TileMemory.h"
+#include "workspace/TransitionRecovery.h"
+#include "workspace/UndoSteps.h"
+#include "workspace/WindowFinder.h"
+#include "workspace/WindowPresenter.h"
+#include "workspace/WorkspaceServices.h"
+#include "workspace/WorkspaceState.h"
+
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+
+namespace kova {
+
+struct WorkspaceParts;
+
+class SessionTaker {
+  public:
+    SessionTaker(WorkspaceParts& parts, TileGeometry& geometry, const WindowFinder& finder, WindowPresenter& presenter,
+                 TileKeeper& keeper, LayoutFollower& follower, UndoSteps& steps, DisplayChanges& displayChanges);
+
+    std::optional<WorkspaceSession> describeSession();
+    bool takeUpSession();
+    void putAwayAgain();
+    std::set<std::string> sparedWindowIDs();
+
+  private:
+    WorkspaceSessionWindow sessionWindow(const ManagedWindow& window, const std::map<std::string, CGSize>& minimums);
+    void takeUpTiles(const WorkspaceSession& session, const ResumedWindows& resumed);
+    std::set<std::string> takeUpDisplays(const WorkspaceSession& session);
+    void expectReturns(const WorkspaceSession& session, const ResumedWindows& resumed);
+    std::set<std::string> takeUpResizedDisplays();
+    void acceptPlacesOfWindows(const std::set<std::string>& returnedDisplayIDs);
+    bool hasComeBackToWait(const ManagedWindow& window, const std::optional<CGRect>& formerFrame) const;
+
+    const WorkspaceServices& services_;
+    WorkspaceState& state_;
+    LiveWindows& liveWindows_;
+    TileAssignments& assignments_;
+    TileMemory& tileMemory_;
+    DisplayMemory& displays_;
+    FocusMode& focusMode_;
+    FrameKeeper& frames_;
+    TransitionRecovery& recovery_;
+    SessionRestore& session_;
+    TileGeometry& geometry_;
+    const WindowFinder& finder_;
+    WindowPresenter& presenter_;
+    TileKeeper& keeper_;
+    LayoutFollower& follower_;
+    UndoSteps& steps_;
+    DisplayChanges& displayChanges_;
+};
+
+} // namespace kova

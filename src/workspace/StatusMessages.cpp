@@ -1,0 +1,20 @@
+#include "workspace/StatusMessages.h"
+
+namespace kova {
+
+namespace {
+
+constexpr Seconds kDuration{4};
+
+} // namespace
+
+void StatusMessages::show(const std::string& text) {
+    state_.lastActionMessage.set(text);
+    // By serial rather than by text: the same message twice gets its full time twice.
+    const auto serial = ++serial_;
+    queue_.after(kDuration, lifetime_.guard([this, serial] {
+        if (serial == serial_) state_.lastActionMessage.set(std::nullopt);
+    }));
+}
+
+} // namespace kova

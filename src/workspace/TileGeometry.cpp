@@ -1,0 +1,299 @@
+#include "workspace/TileGeometry.h"
+
+#include "layout/SpanFrame.h"
+#include "workspace/WorkspaceParts.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace kova {
+
+namespace {
+
+constexpr std::string_view kZoomLayoutID = "jarvis.focus-single";
+
+} // namespace
+
+TileGeometry::TileGeometry(WorkspaceParts& parts) :
+    state_(parts.state), liveWindows_(parts.liveWindows), assignments_(parts.assignments), frames_(parts.frames) {}
+
+std::optional<LearntPlace> TileGeometry::learntPlace(const std::string& targetID) const {
+    const Screen* screen = screenOfTarget(targetID);
+    if (!screen) return std::nullopt;
+    return LearntPlace{layoutOn(*screen).id, std::string(*slotIDOn(displayID(*screen), targetID))};
+}
+
+std::vector<DisplayLayoutDivider> TileGeometry::dividersOn(const std::string& id) const {
+    const Screen* screen = screenOf(id);
+    if (!screen) return {};
+    std::vector<DisplayLayoutDivider> all;
+    const std::string layoutID = layoutOn(*screen).id;
+    for (const auto& divider : solvedTiles(*screen).dividers) all.push_back({id, layoutID, divider});
+    return all;
+}
+
+std::optional<CGRect> TileGeometry::dividerFrameOnScreen(const DisplayLayoutDivider& divider) const {
+    const Screen* screen = screenOf(divider.displayID);
+    if (!screen) return std::nullopt;
+    return kova::tileFrameOnScreen(divider.divider.frame, screen->visibleFrame);
+}
+
+const std::vector<LayoutDefinition>& TileGeometry::catalogue() const {
+    return registry_.theme(state_.profile->themeID).layouts;
+}
+
+const Screen* TileGeometry::screenOf(const std::string& id) const {
+    const auto& screens = *state_.screens;
+    const auto found =
+        std::find_if(screens.begin(), screens.end(), [&](const Screen& screen) { return displayID(screen) == id; });
+    return found == screens.end() ? nullptr : &*found;
+}
+
+const Screen* TileGeometry::screenOfTarget(const std::string& targetID) const {
+    const auto& screens = *state_.screens;
+    const auto found = std::find_if(screens.begin(), screens.end(), [&](const Screen& screen) {
+        return slotIDOn(displayID(screen), targetID).has_value();
+    });
+    return found == screens.end() ? nullptr : &*found;
+}
+
+double TileGeometry::firstScreenMaxY() const {
+    return state_.screens->empty() ? 0 : maxY(state_.screens->front().frame);
+}
+
+bool TileGeometry::isOnSomeScreen(const CGRect& frameForWindowService) const {
+    const CGRect frameOnScreen = flipped(frameForWindowService, firstScreenMaxY());
+    return std::any_of(state_.screens->begin(), state_.screens->end(),
+                       [&](const Screen& screen) { return intersectionArea(screen.frame, frameOnScreen) > 0; });
+}
+
+const LayoutDefinition* TileGeometry::resolvedLayout(const std::string& id) const {
+    const Screen* screen = screenOf(id);
+    return screen ? &layoutOn(*screen) : nullptr;
+}
+
+/// Minimum sizes of the windows that keep to one tile; a spanning window has the room that it needs.
+TileMinimumSizes TileGeometry::tileMinimumSizes(const std::string& id) const {
+    TileMinimumSizes sizes;
+    const std::string prefix = tileTargetID(id, "");
+    const auto& assigned = assignments_.assignedWindowIDs;
+    for (auto entry = assigned.lower_bound(prefix); entry != assigned.end(); ++entry) {
+        if (!entry->first.starts_with(prefix)) break;
+        const ManagedWindow* window = liveWindows_.find(entry->second);
+        if (!window || assignments_.anchorTargetIDsByWindowID.contains(entry->second)) continue;
+        const CGSize minimum = minimumSizeOf(*window);
+        if (minimum.width > 0 || minimum.height > 0) sizes.emplace(entry->first.substr(prefix.size()), minimum);
+    }
+    return sizes;
+}
+
+const SolvedLayout& TileGeometry::solvedTiles(const Screen& screen) const {
+    return layouts_.solve(screen, *state_.profile, catalogue(), tileMinimumSizes(displayID(screen)));
+}
+
+std::optional<CGRect> TileGeometry::tileFrameOnScreen(const std::string& targetID) const {
+    const Screen* screen = screenOfTarget(targetID);
+    if (!screen) return std::nullopt;
+    const auto slotID = slotIDOn(displayID(*screen), targetID);
+    const SolvedLayout& solved = solvedTiles(*screen);
+    for (std::size_t i = 0; i < solved.slots.size(); ++i) {
+        if (solved.slots[i].id == slotID) return kova::tileFrameOnScreen(solved.frames[i], screen->visibleFrame);
+    }
+    return std::nullopt;
+}
+
+std::optional<CGRect> TileGeometry::frameForWindow(const std::string& windowID) const {
+    const auto target = assignments_.targetOf(windowID);
+    const Screen* screen = target ? screenOfTarget(*target) : nullptr;
+    if (!screen) return std::nullopt;
+    const auto frames = framesOfTiledWindows(*screen);
+    const auto frame = frames.find(windowID);
+    return frame == frames.end() ? std::nullopt : std::optional(frame->second);
+}
+
+std::map<std::string, CGRect> TileGeometry::framesOfTiledWindows() const {
+    std::map<std::string, CGRect> all;
+    for (const auto& screen : *state_.screens) all.merge(framesOfTiledWindows(screen));
+    return all;
+}
+
+std::map<std::string, CGRect> TileGeometry::framesOfTiledWindows(const Screen& screen) const {
+    std::map<std::string, std::vector<CGRect>> cells; // in screen space; those of nobody under no name
+    const std::string id = displayID(screen);
+    const SolvedLayout& solved = solvedTiles(screen);
+    for (std::size_t i = 0; i < solved.slots.size(); ++i) {
+        const auto front = assignments_.assignedWindowIDs.find(tileTargetID(id, solved.slots[i].id));
+        const bool isTaken = front != assignments_.assignedWindowIDs.end();
+        cells[isTaken ? front->second : ""].push_back(kova::tileFrameOnScreen(solved.frames[i], screen.visibleFrame));
+    }
+    std::map<std::string, CGRect> frames;
+    for (const auto& [window, own] : cells) {
+        if (window.empty()) continue;
+        std::vector<CGRect> others;
+        for (const auto& [other, theirs] : cells) {
+            if (own.size() > 1 && other != window) others.insert(others.end(), theirs.begin(), theirs.end());
+        }
+        const CGRect tile = flipped(insetBy(frameOfSpan(own, others), state_.profile->tileInset), firstScreenMaxY());
+        const ManagedWindow* live = liveWindows_.find(window);
+        frames[window] = live ? restingFrame(*live, tile) : tile;
+    }
+    return frames;
+}
+
+std::vector<WorkspaceTile> TileGeometry::tiles() const {
+    std::vector<WorkspaceTile> out;
+    for (const auto& screen : *state_.screens) {
+        const std::string id = displayID(screen);
+        const SolvedLayout& solved = solvedTiles(screen);
+        const auto frames = framesOfTiledWindows(screen);
+        for (std::size_t i = 0; i < solved.slots.size(); ++i) {
+            WorkspaceTile tile;
+            tile.targetID = tileTargetID(id, solved.slots[i].id);
+            tile.displayID = id;
+            tile.slot = solved.slots[i];
+            tile.frameOnScreen = kova::tileFrameOnScreen(solved.frames[i], screen.visibleFrame);
+            tile.frameForWindowService =
+                flipped(insetBy(tile.frameOnScreen, state_.profile->tileInset), firstScreenMaxY());
+            const auto front = assignments_.assignedWindowIDs.find(tile.targetID);
+            if (front != assignments_.assignedWindowIDs.end()) {
+                tile.windowID = front->second;
+                tile.frameForWindowService = frames.at(front->second);
+            }
+            const auto stack = assignments_.stackWindowIDsByTarget.find(tile.targetID);
+            if (stack != assignments_.stackWindowIDsByTarget.end()) tile.stack = stack->second;
+            out.push_back(std::move(tile));
+        }
+    }
+    return out;
+}
+
+const Screen* TileGeometry::screenOfWindow(const ManagedWindow& window) const {
+    if (const auto target = assignments_.targetOf(window.id)) {
+        if (const Screen* screen = screenOfTarget(*target)) return screen;
+    }
+    if (!window.frame) return nullptr;
+    const CGRect frame = flipped(*window.frame, firstScreenMaxY());
+    const Screen* holding = nullptr; // the one that shows most of it, when its middle is off all of them
+    double mostShown = 0;
+    for (const auto& screen : *state_.screens) {
+        if (containsPoint(screen.frame, centre(frame))) return &screen;
+        const double shown = intersectionArea(screen.frame, frame);
+        if (shown > mostShown) {
+            holding = &screen;
+            mostShown = shown;
+        }
+    }
+    return holding;
+}
+
+CGSize TileGeometry::minimumSizeOf(const ManagedWindow& window, WindowSizes::Purpose purpose) const {
+    return frames_.sizes().minimumOf(window, minimumOfApplication(window), purpose);
+}
+
+std::optional<CGSize> TileGeometry::minimumOfApplication(const ManagedWindow& window) const {
+    const auto& remembered = state_.profile->applicationMinimumSizes;
+    if (remembered.empty()) return std::nullopt;
+    const auto found = remembered.find(applicationKey(window.applicationName, window.bundleIdentifier));
+    return found == remembered.end() ? std::nullopt : std::optional(found->second);
+}
+
+/// Where the window rests in a tile of that frame, in window-service space.
+CGRect TileGeometry::restingFrame(const ManagedWindow& window, const CGRect& tileFrame) const {
+    return window.sizeHints ? largestFrameWithin(tileFrame, *window.sizeHints) : tileFrame;
+}
+
+TileRoom TileGeometry::roomOn(const Screen& screen) const {
+    std::map<std::string, TileHolder> holders; // by window id
+    const std::string id = displayID(screen);
+    for (const auto& [target, windowID] : assignments_.assignedWindowIDs) {
+        const auto slot = slotIDOn(id, target);
+        if (!slot) continue;
+        TileHolder& holder = holders[windowID];
+        holder.slotIDs.emplace_back(*slot);
+        if (assignments_.targetOf(windowID) == target) std::swap(holder.slotIDs.front(), holder.slotIDs.back());
+    }
+    std::vector<TileHolder> all;
+    for (auto& [windowID, holder] : holders) {
+        holder.windowID = windowID;
+        if (const ManagedWindow* window = liveWindows_.find(windowID)) holder.minimumSize = minimumSizeOf(*window);
+        all.push_back(std::move(holder));
+    }
+    return {layoutOn(screen), screen.visibleFrame.size, state_.profile->tileInset, std::move(all)};
+}
+
+std::optional<Covering> TileGeometry::coveringFor(const ManagedWindow& window, const std::string& targetID) const {
+    const Screen* screen = screenOfTarget(targetID);
+    if (!screen) return std::nullopt;
+    const std::string display = displayID(*screen);
+    const std::string slotID(*slotIDOn(display, targetID));
+    return coveringOn(*screen, roomOn(*screen).tilesFor(window.id, minimumSizeOf(window), slotID));
+}
+
+/// Absent for no slot at all.
+std::optional<Covering> TileGeometry::coveringOn(const Screen& screen, const std::vector<std::string>& slotIDs) const {
+    const auto& slots = solvedTiles(screen).slots;
+    Covering covering;
+    for (const auto& slotID : slotIDs) {
+        const auto slot = std::ranges::find(slots, slotID, &TileSlot::id);
+        if (slot != slots.end()) covering.targets.push_back({displayID(screen), *slot});
+    }
+    if (covering.targets.empty()) return std::nullopt;
+    return covering;
+}
+
+/// The first free tile, or span of free tiles, that has room for the window.
+std::optional<Covering> TileGeometry::freeCoveringOn(const Screen& screen, const ManagedWindow& window) const {
+    const TileRoom room = roomOn(screen);
+    for (const auto& slot : solvedTiles(screen).slots) {
+        const auto slots = room.tilesFor(window.id, minimumSizeOf(window), slot.id);
+        const bool isFree =
+            room.holdersOf(slots, window.id).empty() && std::ranges::none_of(slots, [&](const auto& id) {
+                return assignments_.stackWindowIDsByTarget.contains(tileTargetID(displayID(screen), id));
+            });
+        if (isFree) return coveringOn(screen, slots);
+    }
+    return std::nullopt;
+}
+
+/// The tiles of a placement, the anchor first; empty when the display's layout has no such slot.
+std::vector<std::string> TileGeometry::targetsFor(const Screen& screen, const std::string& slotID,
+                                                  const std::optional<std::vector<std::string>>& claimedSlotIDs) const {
+    const auto& slots = layoutOn(screen).slots;
+    std::vector<std::string> targets;
+    for (const auto& slot : slotsTaken(slots, slotID, claimedSlotIDs)) {
+        targets.push_back(tileTargetID(displayID(screen), slot));
+    }
+    return targets;
+}
+
+std::vector<std::string> TileGeometry::applicationsOn(const std::optional<std::string>& wanted) const {
+    std::vector<std::string> names;
+    for (const auto& window : liveWindows_) {
+        const auto target = assignments_.targetOf(window.id);
+        const bool isThere = !wanted || (target && slotIDOn(*wanted, *target));
+        if (isThere && std::find(names.begin(), names.end(), window.applicationName) == names.end()) {
+            names.push_back(window.applicationName);
+        }
+    }
+    return names;
+}
+
+std::optional<CGRect> TileGeometry::zoomFrame(const std::string& id) const {
+    const Screen* screen = screenOf(id);
+    if (!screen) return std::nullopt;
+    const LayoutDefinition* zoom = findLayout(builtInLayouts(), kZoomLayoutID);
+    const SolvedLayout solved = solveDefinition(*zoom, {}, screen->visibleFrame.size, state_.profile->tileInset);
+    const CGRect cell = kova::tileFrameOnScreen(solved.frames.front(), screen->visibleFrame);
+    return flipped(insetBy(cell, state_.profile->tileInset), firstScreenMaxY());
+}
+
+/// The tile that the window would move to if it were let go there; absent over its own, too.
+std::optional<std::string> TileGeometry::dropTarget(const std::string& windowID, CGPoint pointOnScreen) const {
+    for (const auto& tile : tiles()) {
+        if (!containsPoint(tile.frameOnScreen, pointOnScreen)) continue;
+        return tile.windowID == windowID ? std::nullopt : std::optional(tile.targetID);
+    }
+    return std::nullopt;
+}
+
+} // namespace kova

@@ -1,0 +1,93 @@
+// Where displays, layouts and tiles are: which layout each display shows, the frames of its tiles and of the windows in
+// them, and which tiles a window needs.
+#pragma once
+
+#include "themes/ThemeRegistry.h"
+#include "workspace/DisplayLayouts.h"
+#include "workspace/FrameKeeper.h"
+#include "workspace/LiveWindows.h"
+#include "workspace/TileAssignments.h"
+#include "workspace/TileRoom.h"
+#include "workspace/WindowSizes.h"
+#include "workspace/WorkspaceRecords.h"
+#include "workspace/WorkspaceState.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+struct WorkspaceParts;
+
+/// The tiles that a window takes, its anchor first.
+struct Covering {
+    std::vector<DisplayTileTarget> targets;
+};
+/// A tile as arrangements remember it.
+struct LearntPlace {
+    std::string layoutID;
+    std::string slotID;
+};
+
+class TileGeometry {
+  public:
+    explicit TileGeometry(WorkspaceParts& parts);
+
+    const std::vector<LayoutDefinition>& catalogue() const;
+    const Screen* screenOf(const std::string& displayID) const;
+    const Screen* screenOfTarget(const std::string& targetID) const;
+    double firstScreenMaxY() const;
+    bool isOnSomeScreen(const CGRect& frameForWindowService) const;
+    /// The definition in force on the display, weights applied; null for a display that is not connected.
+    const LayoutDefinition* resolvedLayout(const std::string& displayID) const;
+    const SolvedLayout& solvedTiles(const Screen& screen) const;
+    std::optional<CGRect> tileFrameOnScreen(const std::string& targetID) const;
+    /// Where the window belongs by its tiles, in window-service space.
+    std::optional<CGRect> frameForWindow(const std::string& windowID) const;
+    /// The same of every window that fronts a tile, by window id.
+    std::map<std::string, CGRect> framesOfTiledWindows() const;
+    std::map<std::string, CGRect> framesOfTiledWindows(const Screen& screen) const;
+    /// The tiles of every display, in the platform's order and the layouts' order.
+    std::vector<WorkspaceTile> tiles() const;
+    const Screen* screenOfWindow(const ManagedWindow& window) const;
+    CGSize minimumSizeOf(const ManagedWindow& window,
+                         WindowSizes::Purpose purpose = WindowSizes::Purpose::present) const;
+    std::optional<CGSize> minimumOfApplication(const ManagedWindow& window) const;
+    CGRect restingFrame(const ManagedWindow& window, const CGRect& tileFrame) const;
+    TileRoom roomOn(const Screen& screen) const;
+    std::optional<Covering> coveringFor(const ManagedWindow& window, const std::string& targetID) const;
+    std::optional<Covering> coveringOn(const Screen& screen, const std::vector<std::string>& slotIDs) const;
+    std::optional<Covering> freeCoveringOn(const Screen& screen, const ManagedWindow& window) const;
+    /// Those of one display, zoomed or not.
+    std::vector<DisplayLayoutDivider> dividersOn(const std::string& displayID) const;
+    /// The gap in which the divider lies, in screen space; absent when its display is gone.
+    std::optional<CGRect> dividerFrameOnScreen(const DisplayLayoutDivider& divider) const;
+    std::vector<std::string> targetsFor(const Screen& screen, const std::string& slotID,
+                                        const std::optional<std::vector<std::string>>& claimedSlotIDs) const;
+    /// A zoomed window's, in window-service space; absent when the display is gone.
+    std::optional<CGRect> zoomFrame(const std::string& displayID) const;
+    std::optional<LearntPlace> learntPlace(const std::string& targetID) const;
+    std::optional<std::string> dropTarget(const std::string& windowID, CGPoint pointOnScreen) const;
+    /// Applications of the windows in the display's tiles, each once; of all live windows when none is named.
+    std::vector<std::string> applicationsOn(const std::optional<std::string>& displayID) const;
+    /// The layout in force, weights applied.
+    const LayoutDefinition& layoutOn(const Screen& screen) const {
+        return layouts_.resolve(screen, *state_.profile, catalogue());
+    }
+    DisplayLayouts& layouts() { return layouts_; }
+    const ThemeRegistry& registry() const { return registry_; }
+
+  private:
+    TileMinimumSizes tileMinimumSizes(const std::string& displayID) const;
+
+    const WorkspaceState& state_;
+    const LiveWindows& liveWindows_;
+    const TileAssignments& assignments_;
+    const FrameKeeper& frames_;
+    ThemeRegistry registry_;
+    mutable DisplayLayouts layouts_;
+};
+
+} // namespace kova

@@ -1,0 +1,396 @@
+#include "workspace/TileKeeper.h"
+
+#include "support/SameFrame.h"
+#include "workspace/WorkspaceParts.h"
+#include "workspace/WorkspacePreferences.h"
+
+#include <algorithm>
+#include <charconv>
+#include <utility>
+
+namespace kova {
+
+using BringToFront = AccessibilityWindowService::BringToFront;
+
+namespace {
+
+std::set<std::string> visibleIDs(const std::vector<ManagedWindow>& windows) {
+    std::set<std::string> visible;
+    for (const auto& window : windows) {
+        if (window.isVisible) visible.insert(window.id);
+    }
+    return visible;
+}
+
+} // namespace
+
+TileKeeper::TileKeeper(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry,
+                       WindowPresenter& presenter) :
+    services_(parts.services),
+    windowService_(*parts.windowService), state_(parts.state), liveWindows_(parts.liveWindows),
+    assignments_(parts.assignments), tileMemory_(parts.tileMemory), displays_(parts.displays),
+    focusMode_(parts.focusMode), pointer_(parts.pointer), frames_(parts.frames), awaited_(parts.awaited),
+    arranger_(parts.arranger), access_(access), geometry_(geometry), presenter_(presenter) {}
+
+void TileKeeper::noteMovedByUser(const std::string& windowID) {
+    displays_.forget(windowID);
+    awaited_.noteMovedByUser(windowID);
+    tileMemory_.homes().forget(windowID);
+}
+
+void TileKeeper::storeWeights(const std::string& id, const std::string& layoutID, LayoutWeightOverrides weights) {
+    WorkspaceProfile profile = *state_.profile;
+    if (weights.splits.empty()) {
+        const auto layouts = profile.layoutWeightsByDisplay.find(id);
+        if (layouts != profile.layoutWeightsByDisplay.end()) {
+            layouts->second.erase(layoutID);
+            if (layouts->second.empty()) profile.layoutWeightsByDisplay.erase(layouts);
+        }
+    } else {
+        profile.layoutWeightsByDisplay[id][layoutID] = std::move(weights);
+    }
+    setProfile(std::move(profile));
+}
+
+void TileKeeper::setProfile(WorkspaceProfile profile) {
+    if (profile == *state_.profile) return;
+    state_.profile.set(std::move(profile));
+    saveProfile(services_.preferences, *state_.profile);
+}
+
+/// Tiles of the display have moved: everything that shows or holds them follows.
+void TileKeeper::layoutChanged(const std::string& id) {
+    geometry_.layouts().invalidate(id);
+    frames_.reflow().forgetAllPushes();
+    (void)arranger_.supersede(); // what an arrangement still had to do was meant for the tiles as they were
+    commit({.hasMovedTiles = true,
+            .claimant = access_.mayMoveWindows() ? std::optional<std::string>("") : std::nullopt,
+            .straying = FrameKeeper::Straying::any});
+}
+
+/// Tiles can move without any layout being chosen: with the minimum sizes of the windows in them.
+void TileKeeper::noteTileGeometry() {
+    bool hasMoved = false;
+    for (const auto& screen : *state_.screens) {
+        const std::string id = displayID(screen);
+        const SolvedLayout& solved = geometry_.solvedTiles(screen);
+        const std::string& layoutID = geometry_.layoutOn(screen).id;
+        hasMoved = displays_.noteShown(id, layoutID, solved) || hasMoved;
+    }
+    if (hasMoved) noteTilesMoved();
+}
+
+void TileKeeper::publishAssignments() {
+    keepFloatingValid();
+    state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
+    state_.stackWindowIDsByTarget.set(assignments_.stackWindowIDsByTarget);
+    noteTileGeometry();
+}
+
+/// Overlays and divider handles follow.
+void TileKeeper::noteTilesMoved() {
+    state_.layoutRevision.set(*state_.layoutRevision + 1);
+}
+
+void TileKeeper::commit(const Transaction& changes) {
+    if (changes.hasMovedTiles) noteTilesMoved();
+    if (changes.claimant) claimRoomWhereNeeded(*changes.claimant);
+    if (changes.before) bringNextForward(*changes.before);
+    publishAssignments();
+    presenter_.reapplyTileFrames(changes.straying);
+    services_.accessibility.flush();
+}
+
+/// Gives the windows that fronted the tiles, each once.
+std::vector<std::string> TileKeeper::takeTiles(const std::string& windowID, const Covering& covering) {
+    std::vector<std::string> targetIDs;
+    for (const auto& target : covering.targets) targetIDs.push_back(target.id());
+    const std::string& anchorID = targetIDs.front();
+    tileMemory_.spaces().storeFrom(targetIDs, liveWindows_.all(), assignments_);
+    std::map<std::string, std::string> lost; // by the window that is displaced
+    for (const auto& target : targetIDs) {
+        const auto front = assignments_.assignedWindowIDs.find(target);
+        if (front != assignments_.assignedWindowIDs.end()) lost[front->second] = *assignments_.targetOf(front->second);
+    }
+    assignments_.insertIntoStack(anchorID, windowID, TileAssignments::StackPosition::front);
+    auto displaced = assignments_.assign(windowID, targetIDs);
+    assignments_.mergeStacksInto(anchorID, targetIDs, displaced);
+    tileMemory_.succession().forget(windowID);
+    for (const auto& loser : displaced) {
+        tileMemory_.succession().noteDisplaced(loser, lost[loser],
+                                               assignments_.stackTargetOf(loser).value_or(lost[loser]));
+    }
+    return displaced;
+}
+
+void TileKeeper::place(const ManagedWindow& window, const Covering& covering, BringToFront raise) {
+    presenter_.presentDisplaced(takeTiles(window.id, covering));
+    if (const auto frame = geometry_.frameForWindow(window.id)) presenter_.writeFrame(window, *frame, raise);
+    if (covering.targets.size() > 1) announceClaim(window, covering);
+}
+
+void TileKeeper::announceClaim(const ManagedWindow& window, const Covering& covering) {
+    WindowPlacementNotice notice;
+    bool first = true;
+    for (const auto& target : covering.targets) {
+        const auto cell = geometry_.tileFrameOnScreen(target.id());
+        if (!cell) continue;
+        notice.claimedFrame = first ? *cell : unionOf(notice.claimedFrame, *cell);
+        first = false;
+    }
+    notice.additionalTileCount = static_cast<int>(covering.targets.size()) - 1;
+    notice.applicationName = window.applicationName;
+    state_.placementNotice.set(notice);
+}
+
+bool TileKeeper::placeWindow(const std::string& windowID, const std::string& targetID, Focusing focusing) {
+    const ManagedWindow* live = liveWindows_.find(windowID);
+    if (!live) return false;
+    const ManagedWindow window = *live;
+    const auto covering = geometry_.coveringFor(window, targetID);
+    if (!covering) return false;
+    const TileAssignments before = assignments_;
+    place(window, *covering, focusing == Focusing::yes ? BringToFront::yes : BringToFront::no);
+    commit({.before = before});
+    return true;
+}
+
+/// A window that did not shrink tells its minimum in the directions in which it stayed larger than asked for.
+void TileKeeper::minimumSizeObserved(const std::string& windowID, const CGRect& wanted, const CGRect& actual) {
+    frames_.sizes().endRetry(windowID);
+    ManagedWindow* window = liveWindows_.find(windowID);
+    if (!window || window->isFullScreen || window->isMaximized) return;
+    window->frame = actual; // until now the one that it was asked for
+    switch (frames_.sizes().noteRefusal(*window, wanted.size, actual.size, services_.queue.uptime())) {
+    case WindowSizes::Refusal::unreliable:
+        return;
+    case WindowSizes::Refusal::known:
+        return makeRoomFor(ManagedWindow(*window));
+    case WindowSizes::Refusal::changed:
+        return reflow(windowID);
+    }
+}
+
+/// Now, or as soon as the display may be laid out again; not at all when the window has asked often enough.
+void TileKeeper::reflow(const std::string& windowID) {
+    const ManagedWindow* window = liveWindows_.find(windowID);
+    const auto target = assignments_.targetOf(windowID);
+    const Screen* screen = target ? geometry_.screenOfTarget(*target) : nullptr;
+    if (!frames_.sizes().hasPendingChange(windowID) || !window || !screen || !access_.mayMoveWindows()) return;
+    const Seconds now = services_.queue.uptime();
+    const auto due = frames_.reflow().nextReflow(displayID(*screen), windowID, now);
+    if (!due) return;
+    if (*due > now) {
+        services_.queue.after(*due - now, lifetime_.guard([this, windowID] { reflow(windowID); }));
+        return;
+    }
+    frames_.reflow().noteReflow(displayID(*screen), windowID, now);
+    if (frames_.sizes().applyChange(windowID)) rememberMinimum(*window, geometry_.minimumSizeOf(*window));
+    publishMinimums();
+    makeRoomFor(ManagedWindow(*window));
+}
+
+/// As a first guess for other windows of the application; absent: there is none any more.
+void TileKeeper::rememberMinimum(const ManagedWindow& window, std::optional<CGSize> minimum) {
+    WorkspaceProfile profile = *state_.profile;
+    const auto key = applicationKey(window.applicationName, window.bundleIdentifier);
+    if (minimum) {
+        profile.applicationMinimumSizes[key] = *minimum;
+    } else {
+        profile.applicationMinimumSizes.erase(key);
+    }
+    setProfile(std::move(profile));
+}
+
+/// The tiles are solved again with what was learnt; where that is not enough the window claims a span.
+void TileKeeper::makeRoomFor(const ManagedWindow& window) {
+    if (!assignments_.isAssigned(window.id) || pointer_.isPausingPolls()) return; // then a later poll does it
+    commit({.hasMovedTiles = true, .claimant = window.id});
+}
+
+/// Windows that their tiles are too small for claim spans, `first` before all others. Ends, as every claim takes tiles
+/// that the window did not have.
+void TileKeeper::claimRoomWhereNeeded(const std::string& first) {
+    std::optional<std::set<std::string>> shown; // before the first claim
+    for (const Screen& screen : std::vector<Screen>(*state_.screens)) {
+        if (focusMode_.ownsDisplay(displayID(screen))) continue;
+        std::set<std::string> done; // once each, so that two windows cannot take turns
+        while (const auto claim = nextClaimOn(screen, first, done)) {
+            done.insert(claim->first.id);
+            if (!shown) shown = visibleIDs(liveWindows_.all());
+            moveOutOfTheWay(screen, *claim);
+            place(claim->first, claim->second, AccessibilityWindowService::BringToFront::no);
+        }
+    }
+    if (!shown) return;
+    // One claim may have taken a window off the screen that a later one has put into a tile again.
+    for (const ManagedWindow& window : std::vector<ManagedWindow>(liveWindows_.all())) {
+        if (shown->contains(window.id) && assignments_.isAssigned(window.id) &&
+            !liveWindows_.find(window.id)->isVisible) {
+            presenter_.bringBack(window);
+        }
+    }
+    publishAssignments();
+}
+
+std::optional<std::pair<ManagedWindow, Covering>>
+TileKeeper::nextClaimOn(const Screen& screen, const std::string& first, const std::set<std::string>& done) const {
+    const TileRoom room = geometry_.roomOn(screen);
+    auto cramped = room.cramped();
+    std::stable_partition(cramped.begin(), cramped.end(), [&](const std::string& id) { return id == first; });
+    for (const auto& windowID : cramped) {
+        const ManagedWindow* window = liveWindows_.find(windowID);
+        const auto anchor = assignments_.targetOf(windowID);
+        if (done.contains(windowID) || !window || !anchor || presenter_.isLeftAlone(*window)) continue;
+        const auto slot = slotIDOn(displayID(screen), *anchor);
+        if (!slot) continue;
+        const auto slots = room.tilesFor(windowID, geometry_.minimumSizeOf(*window), std::string(*slot));
+        const auto own = assignments_.targetsOf(windowID);
+        const bool isMore = std::ranges::any_of(slots, [&](const std::string& id) {
+            return std::ranges::find(own, tileTargetID(displayID(screen), id)) == own.end();
+        });
+        const auto losers = room.holdersOf(slots, windowID);
+        const bool takesFromFullScreen = std::ranges::any_of(losers, [&](const std::string& id) {
+            const ManagedWindow* loser = liveWindows_.find(id);
+            return loser && loser->isFullScreen;
+        });
+        if (!isMore || takesFromFullScreen) continue;
+        if (auto covering = geometry_.coveringOn(screen, slots)) return std::pair{*window, *std::move(covering)};
+    }
+    return std::nullopt;
+}
+
+/// Windows that a claim takes tiles from go to tiles that are free, as far as they fit there; the others will wait
+/// behind it.
+void TileKeeper::moveOutOfTheWay(const Screen& screen, const std::pair<ManagedWindow, Covering>& claim) {
+    std::vector<std::string> claimed;
+    for (const auto& target : claim.second.targets) claimed.push_back(target.slot.id);
+    for (const auto& windowID : geometry_.roomOn(screen).holdersOf(claimed, claim.first.id)) {
+        const ManagedWindow* live = liveWindows_.find(windowID);
+        if (!live || presenter_.isLeftAlone(*live)) continue;
+        const ManagedWindow window = *live;
+        TileAssignments before = assignments_;
+        assignments_.remove(windowID);
+        std::vector<std::string> targets;
+        for (const auto& target : claim.second.targets) targets.push_back(target.id());
+        (void)assignments_.assign(claim.first.id, targets);
+        auto covering = geometry_.freeCoveringOn(screen, window);
+        assignments_ = std::move(before);
+        if (covering) place(window, *covering, AccessibilityWindowService::BringToFront::no);
+    }
+}
+
+/// A window that is smaller than it is said to need does not need that.
+void TileKeeper::noteSizesSeen() {
+    for (const ManagedWindow& window : liveWindows_) {
+        // The frame of a window that does not answer is the one that it was told to take.
+        const bool isAtRest = window.frame && window.isVisible && window.isAnswering && !window.isMinimized &&
+                              !window.isFullScreen && !windowService_.pendingFrame(window.id);
+        if (!isAtRest) continue;
+        const auto disproof =
+            frames_.sizes().noteSeen(window, window.frame->size, geometry_.minimumOfApplication(window));
+        if (disproof.ofApplication) rememberMinimum(window, std::nullopt);
+    }
+    publishMinimums();
+}
+
+/// Asks a window once for the size that its tile would have if less were known of it. Where it refuses again, nothing
+/// is to be seen of that; otherwise the next poll finds it smaller, and what was remembered is forgotten.
+void TileKeeper::retryMinimum(const std::string& windowID) {
+    const ManagedWindow* window = liveWindows_.find(windowID);
+    const auto anchor = assignments_.targetOf(windowID);
+    const Screen* screen = anchor ? geometry_.screenOfTarget(*anchor) : nullptr;
+    const auto frame = geometry_.frameForWindow(windowID);
+    if (!window || !screen || !frame || presenter_.isLeftAlone(*window)) return;
+    if (!frames_.sizes().isRetryDue(*window, geometry_.minimumOfApplication(*window), services_.queue.uptime())) return;
+    const SolvedLayout plain =
+        solveDefinition(geometry_.layoutOn(*screen), {}, screen->visibleFrame.size, state_.profile->tileInset);
+    const auto slot = std::ranges::find(plain.slots, *slotIDOn(displayID(*screen), *anchor), &TileSlot::id);
+    if (slot == plain.slots.end()) return;
+    const CGRect cell = plain.frames[static_cast<std::size_t>(slot - plain.slots.begin())];
+    const CGSize tile = insetBy(cell, state_.profile->tileInset).size;
+    const CGSize announced = window->minimumSize.value_or(CGSize{});
+    const CGSize needed = geometry_.minimumSizeOf(*window);
+    CGRect asked = *frame;
+    if (needed.width > tile.width) asked.size.width = std::max(announced.width, tile.width);
+    if (needed.height > tile.height) asked.size.height = std::max(announced.height, tile.height);
+    if (nearlyEqual(asked, *frame, kFrameTolerancePoints)) return; // it has the room that it needs anyway
+    frames_.sizes().beginRetry(windowID);
+    presenter_.writeFrame(*window, asked, AccessibilityWindowService::BringToFront::no);
+}
+
+/// A window that needs less than when it claimed its span keeps only as many tiles as it now needs. Not in focus mode,
+/// whose end restores the tiles as they were.
+void TileKeeper::giveBackSpans() {
+    if (focusMode_.isOn()) return;
+    const auto& anchors = assignments_.anchorTargetIDsByWindowID;
+    const auto minimumOf = [this](const std::string& id) -> std::optional<CGSize> {
+        const ManagedWindow* window = liveWindows_.find(id);
+        return window ? std::optional(geometry_.minimumSizeOf(*window)) : std::nullopt;
+    };
+    const auto modest = frames_.takeShrunken(anchors, minimumOf);
+    const TileAssignments assignmentsBefore = assignments_;
+    for (const std::string& id : modest) {
+        const ManagedWindow window = *liveWindows_.find(id);
+        const auto covering = geometry_.coveringFor(window, *assignments_.targetOf(window.id));
+        const auto own = assignments_.targetsOf(window.id);
+        if (!covering || covering->targets.size() >= own.size()) continue;
+        std::vector<std::string> kept;
+        for (const auto& target : covering->targets) kept.push_back(target.id());
+        const bool isPart = std::all_of(kept.begin(), kept.end(), [&](const std::string& target) {
+            return std::find(own.begin(), own.end(), target) != own.end();
+        });
+        if (!isPart) continue; // it would push others out of theirs
+        frames_.reflow().noteSpanGivenBack(window.id);
+        (void)assignments_.assign(window.id, kept);
+    }
+    if (modest.empty()) return;
+    bringNextForward(assignmentsBefore);
+    publishAssignments();
+}
+
+/// A window that was put into a tile by itself is not moved on by a rule for its application.
+void TileKeeper::noteHasItsPlace(const std::string& windowID) {
+    if (*state_.continuousManagementEnabled) tileMemory_.notePlaced(windowID);
+}
+
+/// Fills the tiles that have lost their front window since `before`. Not while a window is zoomed: the workspace behind
+/// it is restored when focus mode ends, and the next poll then finds the tile without its window.
+void TileKeeper::bringNextForward(const TileAssignments& before) {
+    if (!*state_.bringsNextForward || focusMode_.isOn() || !access_.mayMoveWindows()) return;
+    for (const auto& candidates : tileMemory_.succession().candidates(before, assignments_)) {
+        const bool isDone = std::any_of(candidates.begin(), candidates.end(),
+                                        [this](const Promotion& promotion) { return bringForward(promotion); });
+        if (isDone) publishAssignments();
+    }
+}
+
+/// False when the window cannot be shown, or needs tiles that others have.
+bool TileKeeper::bringForward(const Promotion& promotion) {
+    const ManagedWindow* live = liveWindows_.find(promotion.windowID);
+    if (!live || live->isFullScreen || presenter_.isOffScreen(*live)) return false;
+    const ManagedWindow window = *live;
+    const auto covering = geometry_.coveringFor(window, promotion.targetID);
+    const bool isFree =
+        covering && std::none_of(covering->targets.begin(), covering->targets.end(),
+                                 [&](const auto& t) { return assignments_.assignedWindowIDs.contains(t.id()); });
+    if (!isFree) return false;
+    presenter_.bringBack(window);
+    place(window, *covering, AccessibilityWindowService::BringToFront::no);
+    return true;
+}
+
+/// Windows that are in a tile again float no more, and neither do those of a process that has ended. One that is not
+/// listed, as after a sleep, may come back.
+void TileKeeper::keepFloatingValid() {
+    auto floating = *state_.floatingWindowIDs;
+    const auto hasEnded = [&](const std::string& id) {
+        pid_t process = 0;
+        std::from_chars(id.data(), id.data() + id.size(), process); // an id begins with the process
+        return !liveWindows_.find(id) && !services_.applications.runningApplication(process);
+    };
+    const auto ended = [&](const std::string& id) { return assignments_.isInAnyTile(id) || hasEnded(id); };
+    if (std::erase_if(floating, ended) > 0) state_.floatingWindowIDs.set(std::move(floating));
+}
+
+} // namespace kova

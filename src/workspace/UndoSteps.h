@@ -1,0 +1,79 @@
+// Steps of the undo history, and focus mode, which is such a step.
+#pragma once
+
+#include "windowing/AccessibilityWindowService.h"
+#include "workspace/Arranger.h"
+#include "workspace/DisplayMemory.h"
+#include "workspace/DocumentStore.h"
+#include "workspace/FocusMode.h"
+#include "workspace/LayoutFollower.h"
+#include "workspace/LiveWindows.h"
+#include "workspace/Outcome.h"
+#include "workspace/PointerInteraction.h"
+#include "workspace/RefreshCycle.h"
+#include "workspace/SessionResumption.h"
+#include "workspace/TileAssignments.h"
+#include "workspace/TileGeometry.h"
+#include "workspace/TileKeeper.h"
+#include "workspace/TileMemory.h"
+#include "workspace/UndoHistory.h"
+#include "workspace/WindowFinder.h"
+#include "workspace/WindowPresenter.h"
+#include "workspace/WorkspaceAccess.h"
+#include "workspace/WorkspaceServices.h"
+#include "workspace/WorkspaceState.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+struct WorkspaceParts;
+
+class UndoSteps {
+  public:
+    UndoSteps(WorkspaceParts& parts, RefreshCycle& refreshCycle, WorkspaceAccess& access, TileGeometry& geometry,
+              const WindowFinder& finder, WindowPresenter& presenter, TileKeeper& keeper, DocumentStore& documents,
+              LayoutFollower& follower);
+
+    WorkspaceUndoSnapshot captureUndoSnapshot() const;
+    void pushUndoSnapshot(UndoLabel label, std::optional<WorkspaceUndoSnapshot> snapshot = std::nullopt);
+    void restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot);
+    /// The live windows as they will be once the snapshot is restored.
+    std::vector<ManagedWindow> windowsAsIn(const WorkspaceUndoSnapshot& snapshot) const;
+    bool leaveFocusMode();
+    void closeFocusMode();
+    Outcome toggleFocusMode(const std::optional<std::string>& windowID);
+    void abandonDrags();
+    void endDrags();
+    void changeLater(const std::function<void()>& change);
+    void takeUpZoom(const WorkspaceSessionZoom& zoom, const ResumedWindows& resumed);
+
+  private:
+    void restoreWindow(ManagedWindow& window, const WorkspaceUndoSnapshot& snapshot);
+    void hideAsIn(const WorkspaceUndoSnapshot& snapshot);
+    Outcome enterFocusMode(const std::optional<std::string>& windowID);
+
+    const WorkspaceServices& services_;
+    AccessibilityWindowService& windowService_;
+    WorkspaceState& state_;
+    LiveWindows& liveWindows_;
+    TileAssignments& assignments_;
+    TileMemory& tileMemory_;
+    DisplayMemory& displays_;
+    UndoHistory& undo_;
+    FocusMode& focusMode_;
+    PointerInteraction& pointer_;
+    Arranger& arranger_;
+    RefreshCycle& refreshCycle_;
+    WorkspaceAccess& access_;
+    TileGeometry& geometry_;
+    const WindowFinder& finder_;
+    WindowPresenter& presenter_;
+    TileKeeper& keeper_;
+    DocumentStore& documents_;
+    LayoutFollower& follower_;
+};
+
+} // namespace kova

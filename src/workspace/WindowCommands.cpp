@@ -1,0 +1,182 @@
+#include "workspace/WindowCommands.h"
+
+#include "workspace/WorkspaceParts.h"
+
+#include <algorithm>
+
+namespace kova {
+
+using BringToFront = AccessibilityWindowService::BringToFront;
+
+WindowCommands::WindowCommands(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry,
+                               const WindowFinder& finder, WindowPresenter& presenter, TileKeeper& keeper,
+                               UndoSteps& steps, Arrangement& arrangement) :
+    state_(parts.state),
+    liveWindows_(parts.liveWindows), assignments_(parts.assignments), access_(access), geometry_(geometry),
+    finder_(finder), presenter_(presenter), keeper_(keeper), steps_(steps), arrangement_(arrangement) {}
+
+Outcome WindowCommands::focusWindow(WorkspaceDirection direction, const std::optional<std::string>& fromWindowID) {
+    const auto start = finder_.startingPoint(fromWindowID);
+    if (!start) return access_.refuse(*finder_.whyNoStartingPoint(fromWindowID));
+    const auto target = finder_.neighbourOf(*start, direction, TilesConsidered::occupied);
+    const auto front = target ? assignments_.assignedWindowIDs.find(*target) : assignments_.assignedWindowIDs.end();
+    const ManagedWindow* window =
+        front == assignments_.assignedWindowIDs.end() ? nullptr : liveWindows_.find(front->second);
+    if (!window)
+        return access_.refuse("No occupied zone " + std::string(describe(direction)) + " of the focused window");
+    const std::string name = window->applicationName;
+    return presenter_.focus(*window) ? Outcome::done("Focused " + name)
+                                     : access_.refuseSilently("The window there could not be focused");
+}
+
+Outcome WindowCommands::moveWindow(WorkspaceDirection direction, const std::optional<std::string>& windowID) {
+    const auto start = finder_.startingPoint(windowID);
+    if (!start) return access_.refuse(*finder_.whyNoStartingPoint(windowID));
+    const std::string word(describe(direction));
+    const auto target = finder_.neighbourOf(*start, direction, TilesConsidered::all);
+    if (!target) return access_.refuse("No zone " + word + " of the focused window");
+    steps_.pushUndoSnapshot({"move " + word, {start->window.applicationName}});
+    keeper_.noteMovedByUser(start->window.id);
+    keeper_.placeWindow(start->window.id, *target, Focusing::yes);
+    arrangement_.learnPlacementByUser(start->window, *target);
+    return Outcome::done("Moved " + start->window.applicationName + " to the " + word + " zone");
+}
+
+Outcome WindowCommands::cycleStack(const action::CycleStack& cycle) {
+    auto turn = finder_.stackTurn(cycle);
+    if (!turn) return access_.refuse(finder_.whyNothingNext(cycle));
+    const auto& target = turn->targetID;
+    auto& order = turn->order;
+    const ManagedWindow* next = liveWindows_.find(order.front());
+    if (!next) return access_.refuseSilently(finder_.whyNothingNext(cycle));
+    const ManagedWindow window = *next;
+    steps_.pushUndoSnapshot({std::string(action::CycleStack::kTraits.undoLabel), {window.applicationName}});
+    presenter_.bringBack(window);
+    keeper_.placeWindow(window.id, target, Focusing::yes);
+    // One of them may have come forward in a tile that the span gave up.
+    std::erase_if(order, [&](const std::string& id) { return assignments_.stackTargetOf(id) != target; });
+    // A window that gave way to one that spans several tiles waits behind those that waited here before.
+    for (const auto& member : assignments_.stackWindowIDsByTarget[target]) {
+        if (std::find(order.begin(), order.end(), member) == order.end()) order.push_back(member);
+    }
+    assignments_.stackWindowIDsByTarget[target] = std::move(order);
+    keeper_.publishAssignments();
+    return Outcome::done(window.applicationName + " is now active");
+}
+
+WindowCommandInput WindowCommands::windowCommandInput() const {
+    WindowCommandInput input{.windows = liveWindows_.all(),
+                             .tiles = geometry_.tiles(),
+                             .screens = *state_.screens,
+                             .assignments = assignments_,
+                             .floatingWindowIDs = *state_.floatingWindowIDs,
+                             .focusOrder = liveWindows_.focusOrder().windowIDs(),
+                             .focusedWindowID = finder_.focusedWindowID(),
+                             .currentDisplayID = finder_.currentDisplayID(),
+                             .displayIDByWindowID = {},
+                             .covering =
+                                 [this](const ManagedWindow& window, const std::string& targetID) {
+                                     std::vector<std::string> targetIDs;
+                                     const auto covering = geometry_.coveringFor(window, targetID);
+                                     if (!covering) return targetIDs;
+                                     for (const auto& target : covering->targets) targetIDs.push_back(target.id());
+                                     return targetIDs;
+                                 },
+                             .firstScreenMaxY = geometry_.firstScreenMaxY()};
+    for (const auto& window : liveWindows_) {
+        if (const Screen* screen = geometry_.screenOfWindow(window))
+            input.displayIDByWindowID[window.id] = displayID(*screen);
+    }
+    return input;
+}
+
+std::variant<WindowPlan, WindowRefusal> WindowCommands::planCommand(const WindowCommand& command) const {
+    return planWindowCommand(command, windowCommandInput());
+}
+
+Outcome WindowCommands::runCommand(const WindowCommand& command) {
+    const auto planned = planCommand(command);
+    if (const auto* refusal = std::get_if<WindowRefusal>(&planned)) return access_.refuse(refusal->reason);
+    const auto& plan = std::get<WindowPlan>(planned);
+    const auto carriedOut = carryOutPlan(plan);
+    return carriedOut ? Outcome::done(plan.message) : carriedOut;
+}
+
+Outcome WindowCommands::carryOutPlan(const WindowPlan& plan) {
+    if (!plan.action.empty()) {
+        std::vector<std::string> applications;
+        for (const auto& step : plan.steps) {
+            const ManagedWindow* window = liveWindows_.find(step.windowID);
+            if (window && step.kind != WindowStep::Kind::wait) applications.push_back(window->applicationName);
+        }
+        steps_.pushUndoSnapshot({plan.action, std::move(applications)});
+    }
+    const TileAssignments before = assignments_;
+    const auto focused = finder_.focusedWindowID();
+    // The keyboard stays where it is, unless its window is among those that move.
+    const bool takesKeyboard = std::ranges::any_of(
+        plan.steps, [&](const WindowStep& step) { return step.windowID == focused && step.targetID; });
+    // All of them first: two windows that trade places must not displace each other.
+    for (const auto& step : plan.steps) {
+        if (step.kind == WindowStep::Kind::place) assignments_.remove(step.windowID);
+    }
+    for (const auto& step : plan.steps) {
+        const ManagedWindow* live = liveWindows_.find(step.windowID);
+        if (!live) continue;
+        const ManagedWindow window = *live;
+        switch (step.kind) {
+        case WindowStep::Kind::place:
+            placeByCommand(window, *step.targetID,
+                           takesKeyboard && &step == lastPlacement(plan) ? BringToFront::yes : BringToFront::no);
+            break;
+        case WindowStep::Kind::wait: // placing the other one sees to it
+            break;
+        case WindowStep::Kind::focus:
+            if (!presenter_.focus(window)) return access_.refuseSilently("The window could not be focused");
+            break;
+        case WindowStep::Kind::floating:
+            floatByCommand(window);
+            break;
+        }
+    }
+    if (plan.steps.empty() || plan.action.empty()) return Outcome::done();
+    keeper_.commit({.before = before});
+    return Outcome::done();
+}
+
+const WindowStep* WindowCommands::lastPlacement(const WindowPlan& plan) {
+    const WindowStep* last = nullptr;
+    for (const auto& step : plan.steps) {
+        if (step.kind == WindowStep::Kind::place) last = &step;
+    }
+    return last;
+}
+
+void WindowCommands::placeByCommand(const ManagedWindow& window, const std::string& targetID,
+                                    BringToFront bringToFront) {
+    const auto covering = geometry_.coveringFor(window, targetID);
+    if (!covering) return;
+    keeper_.noteMovedByUser(window.id);
+    keeper_.noteHasItsPlace(window.id);
+    presenter_.bringBack(window);
+    keeper_.place(window, *covering, bringToFront);
+    arrangement_.learnPlacementByUser(window, targetID);
+}
+
+void WindowCommands::floatByCommand(const ManagedWindow& window) {
+    keeper_.noteMovedByUser(window.id);
+    keeper_.noteHasItsPlace(window.id);
+    assignments_.remove(window.id);
+    auto floating = *state_.floatingWindowIDs;
+    floating.insert(window.id);
+    state_.floatingWindowIDs.set(std::move(floating));
+    presenter_.bringBack(window); // one that waited in a stack was off the screen
+}
+
+std::optional<std::string> WindowCommands::windowLastFocusedOn(const std::string& wantedDisplayID) const {
+    const auto planned = planCommand(command::FocusDisplay{wantedDisplayID});
+    const auto* plan = std::get_if<WindowPlan>(&planned);
+    return plan ? std::optional(plan->steps.front().windowID) : std::nullopt;
+}
+
+} // namespace kova

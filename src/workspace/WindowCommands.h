@@ -1,0 +1,59 @@
+// Commands for one window, and walking between tiles.
+#pragma once
+
+#include "workspace/Arrangement.h"
+#include "workspace/LiveWindows.h"
+#include "workspace/Outcome.h"
+#include "workspace/TileAssignments.h"
+#include "workspace/TileGeometry.h"
+#include "workspace/TileKeeper.h"
+#include "workspace/UndoSteps.h"
+#include "workspace/WindowCommand.h"
+#include "workspace/WindowFinder.h"
+#include "workspace/WindowPresenter.h"
+#include "workspace/WorkspaceAccess.h"
+#include "workspace/WorkspaceState.h"
+
+#include <optional>
+#include <string>
+#include <variant>
+
+namespace kova {
+
+struct WorkspaceParts;
+
+class WindowCommands {
+  public:
+    WindowCommands(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry, const WindowFinder& finder,
+                   WindowPresenter& presenter, TileKeeper& keeper, UndoSteps& steps, Arrangement& arrangement);
+
+    /// What the command would do now, without doing it.
+    std::variant<WindowPlan, WindowRefusal> planCommand(const WindowCommand& command) const;
+    Outcome runCommand(const WindowCommand& command);
+    /// The shown window of the display that had the keyboard last, else the first in its tiles; absent without any.
+    std::optional<std::string> windowLastFocusedOn(const std::string& displayID) const;
+    Outcome focusWindow(WorkspaceDirection direction, const std::optional<std::string>& fromWindowID);
+    Outcome moveWindow(WorkspaceDirection direction, const std::optional<std::string>& windowID);
+    Outcome cycleStack(const action::CycleStack& cycle);
+
+  private:
+    WindowCommandInput windowCommandInput() const;
+    Outcome carryOutPlan(const WindowPlan& plan);
+    static const WindowStep* lastPlacement(const WindowPlan& plan);
+    void placeByCommand(const ManagedWindow& window, const std::string& targetID,
+                        AccessibilityWindowService::BringToFront bringToFront);
+    void floatByCommand(const ManagedWindow& window);
+
+    WorkspaceState& state_;
+    LiveWindows& liveWindows_;
+    TileAssignments& assignments_;
+    WorkspaceAccess& access_;
+    TileGeometry& geometry_;
+    const WindowFinder& finder_;
+    WindowPresenter& presenter_;
+    TileKeeper& keeper_;
+    UndoSteps& steps_;
+    Arrangement& arrangement_;
+};
+
+} // namespace kova

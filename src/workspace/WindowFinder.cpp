@@ -1,0 +1,172 @@
+#include "workspace/WindowFinder.h"
+
+#include "workspace/NeighbourTarget.h"
+#include "workspace/WindowMatching.h"
+#include "workspace/WorkspaceParts.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <set>
+
+namespace kova {
+
+WindowFinder::WindowFinder(WorkspaceParts& parts, TileGeometry& geometry) :
+    services_(parts.services), windowService_(*parts.windowService), state_(parts.state),
+    liveWindows_(parts.liveWindows), assignments_(parts.assignments), geometry_(geometry) {}
+
+const ManagedWindow* WindowFinder::windowOfDialog(const ManagedWindow& dialog) const {
+    return dialog.parentID ? liveWindows_.find(*dialog.parentID) : nullptr;
+}
+
+std::optional<std::string> WindowFinder::currentDisplayID() const {
+    if (const auto focused = focusedWindowID()) {
+        const ManagedWindow* window = liveWindows_.find(*focused);
+        const Screen* screen = window ? geometry_.screenOfWindow(*window) : nullptr;
+        if (screen) return displayID(*screen);
+    }
+    if (const auto pointer = services_.screens.pointerLocation()) {
+        for (const auto& screen : *state_.screens) {
+            if (containsPoint(screen.frame, *pointer)) return displayID(screen);
+        }
+    }
+    if (state_.screens->empty()) return std::nullopt;
+    return displayID(state_.screens->front());
+}
+
+/// A dialog's is that of its window.
+std::optional<std::string> WindowFinder::focusedWindowID() const {
+    const auto focused = windowService_.focusedWindowID();
+    return focused ? std::optional(liveWindows_.dialogs().ownerOf(*focused)) : std::nullopt;
+}
+
+const ManagedWindow* WindowFinder::focusedWindow() const {
+    const auto focused = focusedWindowID();
+    return focused ? liveWindows_.find(*focused) : nullptr;
+}
+
+const ManagedWindow* WindowFinder::actingWindow(const std::optional<std::string>& windowID) const {
+    return windowID ? liveWindows_.find(*windowID) : focusedWindow();
+}
+
+/// The window, else the focused one of the front application, if it is managed and in a tile.
+std::optional<StartingPoint> WindowFinder::startingPoint(const std::optional<std::string>& windowID) const {
+    const ManagedWindow* window = actingWindow(windowID);
+    if (!window) return std::nullopt;
+    const auto target = assignments_.targetOf(window->id);
+    const Screen* screen = target ? geometry_.screenOfTarget(*target) : nullptr;
+    if (!screen) return std::nullopt;
+    return StartingPoint{*window, *target, displayID(*screen)};
+}
+
+std::optional<std::string> WindowFinder::whyNoStartingPoint(const std::optional<std::string>& windowID) const {
+    if (startingPoint(windowID)) return std::nullopt;
+    const ManagedWindow* window = actingWindow(windowID);
+    if (!window) return windowID ? "There is no such window" : "No managed window has the focus";
+    return window->applicationName + " is in no tile. Put it into one with “kova tile” or “kova place”";
+}
+
+std::optional<std::string> WindowFinder::neighbourOf(const StartingPoint& start, WorkspaceDirection direction,
+                                                     TilesConsidered considered) const {
+    std::map<std::string, CGRect> frames;
+    if (start.window.frame) frames[kDirectionalSourceKey] = flipped(*start.window.frame, geometry_.firstScreenMaxY());
+    for (const auto& tile : geometry_.tiles()) {
+        if (tile.displayID != start.displayID || tile.windowID == start.window.id) continue;
+        const ManagedWindow* front = tile.windowID ? liveWindows_.find(*tile.windowID) : nullptr;
+        if (considered == TilesConsidered::occupied && (!front || front->isElsewhere)) continue;
+        frames[tile.targetID] = tile.frameOnScreen;
+    }
+    return neighbourTarget(kDirectionalSourceKey, direction, frames);
+}
+
+/// The tile whose stack is meant, of a spanning window its anchor, and the stack once it was turned. Absent when no
+/// other window waits there.
+std::optional<StackTurn> WindowFinder::stackTurn(const action::CycleStack& cycle) const {
+    std::optional<std::string> front = cycle.windowID;
+    if (cycle.targetID) {
+        const auto found = assignments_.assignedWindowIDs.find(*cycle.targetID);
+        if (found == assignments_.assignedWindowIDs.end()) return std::nullopt;
+        front = found->second;
+    }
+    const auto start = startingPoint(front);
+    if (!start) return std::nullopt;
+    const auto stack = assignments_.stackWindowIDsByTarget.find(start->targetID);
+    if (stack == assignments_.stackWindowIDsByTarget.end() || stack->second.size() < 2) return std::nullopt;
+    StackTurn turn{start->targetID, stack->second};
+    const auto at = std::find(turn.order.begin(), turn.order.end(), start->window.id);
+    if (at == turn.order.end()) return std::nullopt;
+    const auto step = cycle.step == StackStep::next ? 1 : static_cast<std::ptrdiff_t>(turn.order.size()) - 1;
+    const auto first = (at - turn.order.begin() + step) % static_cast<std::ptrdiff_t>(turn.order.size());
+    std::rotate(turn.order.begin(), turn.order.begin() + first, turn.order.end());
+    return turn;
+}
+
+std::optional<std::string> WindowFinder::nextInStack(const action::CycleStack& cycle) const {
+    const auto turn = stackTurn(cycle);
+    return turn ? std::optional(turn->order.front()) : std::nullopt;
+}
+
+std::string WindowFinder::whyNothingNext(const action::CycleStack& cycle) const {
+    if (cycle.targetID) return "No other window waits in that tile";
+    return whyNoStartingPoint(cycle.windowID).value_or("No other window waits behind it in its tile");
+}
+
+std::optional<ManagedWindow> WindowFinder::findWindow(const WorkspaceWindowReference& reference,
+                                                      const std::set<std::string>& excluded) const {
+    const ManagedWindow* window = WindowMatcher(liveWindows_.all(), excluded).take(reference);
+    if (!window) return std::nullopt;
+    return *window;
+}
+
+/// A scene is about the Space that is shown.
+std::vector<ManagedWindow> WindowFinder::windowsHere() const {
+    std::vector<ManagedWindow> here = liveWindows_.all();
+    std::erase_if(here, [](const ManagedWindow& window) { return window.isElsewhere; });
+    return here;
+}
+
+/// Any focused window can be zoomed: one without a tile counts as being in the tile under its middle, or the nearest.
+std::optional<StartingPoint> WindowFinder::zoomStartingPoint(const std::optional<std::string>& windowID) const {
+    if (const auto start = startingPoint(windowID)) return start;
+    const ManagedWindow* window = actingWindow(windowID);
+    const Screen* screen = window && window->frame ? geometry_.screenOfWindow(*window) : nullptr;
+    if (!screen) return std::nullopt;
+    const std::string display = displayID(*screen);
+    const CGPoint middle = centre(flipped(*window->frame, geometry_.firstScreenMaxY()));
+    std::optional<std::string> nearest;
+    double best = std::numeric_limits<double>::infinity();
+    for (const auto& tile : geometry_.tiles()) {
+        if (tile.displayID != display) continue;
+        const CGPoint to = centre(tile.frameOnScreen);
+        const double distance =
+            containsPoint(tile.frameOnScreen, middle) ? -1 : std::hypot(to.x - middle.x, to.y - middle.y);
+        if (distance < best) {
+            best = distance;
+            nearest = tile.targetID;
+        }
+    }
+    if (!nearest) return std::nullopt;
+    return StartingPoint{*window, *nearest, display};
+}
+
+std::optional<std::string> WindowFinder::displayIDOfWindow(const std::string& windowID) const {
+    const ManagedWindow* window = liveWindows_.find(windowID);
+    const Screen* screen = window ? geometry_.screenOfWindow(*window) : nullptr;
+    return screen ? std::optional(displayID(*screen)) : std::nullopt;
+}
+
+std::optional<std::string> WindowFinder::managedWindowUnder(CGPoint pointOnScreen) const {
+    const auto found = windowService_.windowElement(pointOnScreen);
+    if (!found) return std::nullopt;
+    const auto window = std::find_if(liveWindows_.begin(), liveWindows_.end(),
+                                     [&](const ManagedWindow& live) { return live.element == found->second; });
+    if (window == liveWindows_.end()) return std::nullopt;
+    return window->id;
+}
+
+std::optional<CGRect> WindowFinder::currentFrame(const std::string& windowID) const {
+    const ManagedWindow* window = liveWindows_.find(windowID);
+    return window ? windowService_.readFrame(window->element) : std::nullopt;
+}
+
+} // namespace kova

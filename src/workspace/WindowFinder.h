@@ -1,0 +1,78 @@
+// Which window or tile is meant: by the focus, the pointer, a direction, a stack or a reference.
+#pragma once
+
+#include "persistence/WorkspaceProductDocument.h"
+#include "windowing/AccessibilityWindowService.h"
+#include "workspace/LiveWindows.h"
+#include "workspace/TileAssignments.h"
+#include "workspace/TileGeometry.h"
+#include "workspace/WorkspaceAction.h"
+#include "workspace/WorkspaceServices.h"
+#include "workspace/WorkspaceState.h"
+
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+struct WorkspaceParts;
+
+/// A window, and the tile that actions at it start from.
+struct StartingPoint {
+    ManagedWindow window;
+    std::string targetID;
+    std::string displayID;
+};
+struct StackTurn {
+    std::string targetID;
+    std::vector<std::string> order; // as it is to be, front first
+};
+enum class TilesConsidered { all, occupied };
+
+class WindowFinder {
+  public:
+    WindowFinder(WorkspaceParts& parts, TileGeometry& geometry);
+
+    std::optional<std::string> focusedWindowID() const;
+    /// The live window that has the keyboard, itself or one of its dialogs; null when none has.
+    const ManagedWindow* focusedWindow() const;
+    /// The named window, else the focused one; null when there is none.
+    const ManagedWindow* actingWindow(const std::optional<std::string>& windowID) const;
+    std::optional<StartingPoint> startingPoint(const std::optional<std::string>& windowID) const;
+    /// Why no action can begin at the window, the focused one when none is named; absent when one can.
+    std::optional<std::string> whyNoStartingPoint(const std::optional<std::string>& windowID) const;
+    std::optional<std::string> neighbourOf(const StartingPoint& start, WorkspaceDirection direction,
+                                           TilesConsidered considered) const;
+    std::optional<StackTurn> stackTurn(const action::CycleStack& cycle) const;
+    /// The window that the action would bring to the front; absent when no other waits.
+    std::optional<std::string> nextInStack(const action::CycleStack& cycle) const;
+    /// Why `cycle` would bring no other window to the front.
+    std::string whyNothingNext(const action::CycleStack& cycle) const;
+    std::optional<StartingPoint> zoomStartingPoint(const std::optional<std::string>& windowID) const;
+    /// The display of the focused window, else the one under the pointer, else the first; absent without displays.
+    std::optional<std::string> currentDisplayID() const;
+    /// The display that the window's tile, else most of the window, is on; absent when there is none.
+    std::optional<std::string> displayIDOfWindow(const std::string& windowID) const;
+    /// The managed window under a point of screen space.
+    std::optional<std::string> managedWindowUnder(CGPoint pointOnScreen) const;
+    /// The window's frame as it is now, in window-service space; absent when it cannot be read.
+    std::optional<CGRect> currentFrame(const std::string& windowID) const;
+    /// Null for a window that is no dialog.
+    const ManagedWindow* windowOfDialog(const ManagedWindow& dialog) const;
+    /// The live window that the reference means; absent when there is none but those excluded.
+    std::optional<ManagedWindow> findWindow(const WorkspaceWindowReference& reference,
+                                            const std::set<std::string>& excluded) const;
+    std::vector<ManagedWindow> windowsHere() const;
+
+  private:
+    const WorkspaceServices& services_;
+    const AccessibilityWindowService& windowService_;
+    const WorkspaceState& state_;
+    const LiveWindows& liveWindows_;
+    const TileAssignments& assignments_;
+    TileGeometry& geometry_;
+};
+
+} // namespace kova

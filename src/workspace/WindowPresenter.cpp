@@ -1,0 +1,197 @@
+#include "workspace/WindowPresenter.h"
+
+#include "workspace/StackingOrder.h"
+#include "workspace/VisibleArea.h"
+#include "workspace/WorkspaceParts.h"
+
+#include <set>
+
+namespace kova {
+
+using BringToFront = AccessibilityWindowService::BringToFront;
+
+namespace {
+
+std::set<pid_t> processesInFront(const TileAssignments& assignments, const std::vector<ManagedWindow>& windows) {
+    std::set<std::string> fronts;
+    for (const auto& [target, windowID] : assignments.assignedWindowIDs) fronts.insert(windowID);
+    std::set<pid_t> processes;
+    for (const auto& window : windows) {
+        if (fronts.contains(window.id)) processes.insert(window.processIdentifier);
+    }
+    return processes;
+}
+
+} // namespace
+
+WindowPresenter::WindowPresenter(
+    WorkspaceParts& parts, RefreshCycle& refreshCycle, TileGeometry& geometry, const WindowFinder& finder,
+    std::function<void(const std::string&, const CGRect&, const CGRect&)> minimumSizeObserved) :
+    services_(parts.services),
+    windowService_(*parts.windowService), state_(parts.state), liveWindows_(parts.liveWindows),
+    assignments_(parts.assignments), tileMemory_(parts.tileMemory), focusMode_(parts.focusMode),
+    pointer_(parts.pointer), frames_(parts.frames), refreshCycle_(refreshCycle), geometry_(geometry), finder_(finder),
+    minimumSizeObserved_(std::move(minimumSizeObserved)) {}
+
+/// Shows the window and gives it the keyboard.
+bool WindowPresenter::focus(const ManagedWindow& window) {
+    const std::string id = window.id;
+    const bool isFocused = windowService_.restoreAndFocus(window);
+    if (isFocused) requestPresentation(id, WindowPresentation::shown);
+    return isFocused;
+}
+
+/// Un-hiding an application brings all its windows: those that wait in a stack go on waiting, minimised.
+void WindowPresenter::bringBack(const ManagedWindow& window) {
+    const bool wasHidden = windowService_.isApplicationHidden(window.processIdentifier);
+    unhideApplicationOf(window);
+    windowService_.unminimize(window);
+    requestPresentation(window.id, WindowPresentation::shown);
+    if (!wasHidden) return;
+    for (auto& other : liveWindows_) {
+        const bool isSibling = other.processIdentifier == window.processIdentifier && other.id != window.id;
+        if (isSibling && !assignments_.isAssigned(other.id) && assignments_.stackTargetOf(other.id))
+            minimizeWindow(other);
+    }
+}
+
+/// Takes windows that lost their tile off the screen. An application is hidden only when none of its windows stays in a
+/// tile and none is on another Space, from which it would vanish as well; otherwise just the window is minimised.
+void WindowPresenter::presentDisplaced(const std::vector<std::string>& displacedWindowIDs) {
+    if (displacedWindowIDs.empty()) return;
+    auto staying = processesInFront(assignments_, liveWindows_.all());
+    for (const auto& window : liveWindows_) {
+        if (window.isElsewhere) staying.insert(window.processIdentifier);
+    }
+    std::set<pid_t> leaving; // an application is hidden once, with all its windows
+    std::vector<std::pair<ManagedWindow*, DisplacedWindowPresentationAction>> decisions;
+    for (const auto& id : displacedWindowIDs) {
+        ManagedWindow* window = liveWindows_.find(id);
+        if (!window || window->isFullScreen || window->isElsewhere || window->isMinimized) continue;
+        const bool stays = staying.contains(window->processIdentifier);
+        const bool isGone = !stays && (!leaving.insert(window->processIdentifier).second ||
+                                       windowService_.isApplicationHidden(window->processIdentifier));
+        if (isGone) continue;
+        decisions.emplace_back(window, stays ? DisplacedWindowPresentationAction::minimizeWindow
+                                             : DisplacedWindowPresentationAction::hideApplication);
+    }
+    for (const auto& [window, action] : decisions) {
+        if (action == DisplacedWindowPresentationAction::minimizeWindow) {
+            minimizeWindow(*window);
+            continue;
+        }
+        hideApplicationOf(*window);
+    }
+}
+
+void WindowPresenter::hideApplicationOf(const ManagedWindow& window) {
+    windowService_.presentDisplaced(window, DisplacedWindowPresentationAction::hideApplication);
+    liveWindows_.requestHidden(window.processIdentifier, services_.queue.uptime());
+    refreshCycle_.wake(); // until they are seen so
+}
+
+/// All its windows that are not minimized come back.
+void WindowPresenter::unhideApplicationOf(const ManagedWindow& window) {
+    const bool wasHidden = windowService_.isApplicationHidden(window.processIdentifier);
+    windowService_.unhideApplication(window.processIdentifier);
+    if (!wasHidden) return;
+    liveWindows_.requestShown(window.processIdentifier, services_.queue.uptime());
+    refreshCycle_.wake(); // until they are seen so
+}
+
+void WindowPresenter::minimizeWindow(const ManagedWindow& window) {
+    const bool wasMinimizedByUser = window.isMinimized && !liveWindows_.minimized().contains(window.id);
+    if (!wasMinimizedByUser) liveWindows_.minimized().note(window.id, services_.queue.uptime());
+    windowService_.presentDisplaced(window, DisplacedWindowPresentationAction::minimizeWindow);
+    requestPresentation(window.id, WindowPresentation::minimized);
+}
+
+void WindowPresenter::requestPresentation(const std::string& windowID, WindowPresentation presentation) {
+    if (!liveWindows_.request(windowID, presentation, services_.queue.uptime())) return;
+    refreshCycle_.wake(); // until the window is seen so
+}
+
+/// The live list follows at once, so that a snapshot taken before the next poll does not remember an older picture.
+void WindowPresenter::writeFrame(const ManagedWindow& window, const CGRect& frame, BringToFront raise) {
+    // A remembered frame can lie where a display was unplugged meanwhile.
+    if (window.isFullScreen || !geometry_.isOnSomeScreen(frame)) return;
+    if (window.isElsewhere || !window.isAnswering) return tileMemory_.spaces().owe(window.id, frame);
+    const std::string id = window.id;
+    windowService_.setFrame(window, frame, raise, lifetime_.guard([this, id, frame](CGRect actual) {
+        minimumSizeObserved_(id, frame, actual);
+    }));
+    frames_.noteAsked(id);
+    refreshCycle_.wake(); // until the window is seen at its place
+    if (ManagedWindow* live = liveWindows_.find(id)) {
+        live->frame = frame;
+        // Placing ends it.
+        if (live->isMaximized) liveWindows_.requestMaximized(*live, false, services_.queue.uptime());
+    }
+    moveDialogsAlong(id, frame);
+}
+
+void WindowPresenter::moveDialogsAlong(const std::string& windowID, const CGRect& frame) {
+    const Screen* screen = screenNearest(*state_.screens, flipped(frame, geometry_.firstScreenMaxY()));
+    if (!screen) return;
+    const CGRect visibleArea = flipped(screen->visibleFrame, geometry_.firstScreenMaxY());
+    for (const auto& move : liveWindows_.dialogs().follow(windowID, frame, visibleArea)) {
+        windowService_.move(move.dialog, move.origin);
+    }
+}
+
+void WindowPresenter::reapplyTileFrames(Straying straying) {
+    if (*state_.permissionState != AccessibilityPermissionState::granted) return;
+    const auto frames = geometry_.framesOfTiledWindows();
+    for (const ManagedWindow& window : liveWindows_) {
+        if (pointer_.isPressing(window.id)) continue; // until it is released
+        const auto target = frames.find(window.id);
+        if (target != frames.end() && !isLeftAlone(window)) {
+            reapplyWindow(window, target->second, straying);
+            continue;
+        }
+        frames_.noteWithoutTarget(window);
+    }
+}
+
+/// Zoomed, minimized, maximized, full-screen and hidden windows, those of other Spaces and of silent applications, and
+/// the one that the user drags, keep their tiles and are put there when they come back.
+std::optional<LeftAlone> WindowPresenter::whyLeftAlone(const ManagedWindow& window) const {
+    return kova::whyLeftAlone(window,
+                              {.isZoomed = focusMode_.isZoomed(window.id),
+                               .isHeldByPointer = pointer_.isHolding(window.id),
+                               .isApplicationHidden = windowService_.isApplicationHidden(window.processIdentifier)});
+}
+
+/// Writes the frame of a window that strayed. A placement that is still being verified is left to its passes, and a
+/// window that keeps refusing is asked only so many times.
+void WindowPresenter::reapplyWindow(const ManagedWindow& window, const CGRect& target, Straying straying) {
+    const auto decision = frames_.decide(window, target, straying, windowService_.pendingFrame(window.id));
+    if (decision == FrameKeeper::Decision::leave) return;
+    const bool isAgain = decision == FrameKeeper::Decision::askAgain;
+    if (isAgain && windowService_.areSizesReliable(window)) frames_.noteAttempt(window.id);
+    writeFrame(window, target, BringToFront::no);
+}
+
+/// Above the windows that do not belong to the scene; the one that had the keyboard last comes out on top.
+void WindowPresenter::raiseRestored(const std::vector<std::string>& windowIDs) {
+    std::vector<const ManagedWindow*> fronts;
+    for (const auto& id : windowIDs) {
+        const ManagedWindow* window = liveWindows_.find(id);
+        if (window && !window->isFullScreen) fronts.push_back(window);
+    }
+    std::vector<std::string> focusOrder = liveWindows_.focusOrder().windowIDs();
+    if (const ManagedWindow* focused = finder_.focusedWindow()) focusOrder.insert(focusOrder.begin(), focused->id);
+    const auto raised = windowsToRaise(fronts, services_.accessibility.onScreenWindows(), focusOrder);
+    for (const auto* window : raised) windowService_.raise(*window);
+}
+
+/// Neither shown nor able to be brought back by a request.
+bool WindowPresenter::isOffScreen(const ManagedWindow& window) const {
+    const bool isShownSomehow = window.isVisible || window.isMinimized || !window.frame ||
+                                windowService_.isApplicationHidden(window.processIdentifier);
+    // What KOVA has put away and is hidden no more was brought back by hand since the last poll.
+    const bool wasPutAway = assignments_.stackTargetOf(window.id) && !assignments_.isAssigned(window.id);
+    return window.isElsewhere || (!isShownSomehow && !wasPutAway);
+}
+
+} // namespace kova

@@ -1,0 +1,58 @@
+#include "workspace/WorkspaceAccess.h"
+
+#include "workspace/WorkspaceParts.h"
+
+#include <utility>
+
+namespace kova {
+
+WorkspaceAccess::WorkspaceAccess(WorkspaceParts& parts, const RefreshCycle& refreshCycle) :
+    services_(parts.services), windowService_(*parts.windowService), state_(parts.state), recovery_(parts.recovery),
+    messages_(parts.messages), refreshCycle_(refreshCycle) {}
+
+Outcome WorkspaceAccess::refuse(const std::string& reason) const {
+    messages_.show(reason);
+    return refuseSilently(reason);
+}
+
+/// Without the permission that is the reason, whatever else is in the way.
+Outcome WorkspaceAccess::refuseSilently(std::string reason) const {
+    const bool isGranted = *state_.permissionState == AccessibilityPermissionState::granted;
+    return isGranted ? Outcome::refused(std::move(reason))
+                     : Outcome::refused(permissionProblem(), RefusalCode::noPermission);
+}
+
+std::string WorkspaceAccess::permissionProblem() const {
+    if (const auto absence = absenceOfWindows()) return *absence;
+    return windowService_.stalePermission().value_or("Accessibility permission is required");
+}
+
+/// For operations that move or raise windows, which cannot be seen on a dark or locked screen.
+Outcome WorkspaceAccess::requireWindowAccess() const {
+    const bool isGranted = *state_.permissionState == AccessibilityPermissionState::granted;
+    return isGranted ? requireVisibleScreen() : refuse(permissionProblem());
+}
+
+Outcome WorkspaceAccess::requireVisibleScreen() const {
+    const auto reason = whyNothingIsSeen();
+    return reason ? refuse(*reason) : Outcome::done();
+}
+
+/// Why no window is moved now, the permission aside; absent when windows may be moved.
+std::optional<std::string> WorkspaceAccess::whyNothingIsSeen() const {
+    if (*state_.isPaused) return "KOVA is paused; “kova resume” goes on";
+    if (recovery_.detectedLockedLoginSession) return "The screen is locked";
+    if (refreshCycle_.isSuspended()) return "Suspended while the screen is asleep, locked or another user's";
+    return std::nullopt;
+}
+
+/// The user cannot see what would be done.
+bool WorkspaceAccess::isAway() const {
+    return refreshCycle_.isSuspended() || recovery_.detectedLockedLoginSession;
+}
+
+bool WorkspaceAccess::mayMoveWindows() const {
+    return isRunning() && !isAway() && *state_.permissionState == AccessibilityPermissionState::granted;
+}
+
+} // namespace kova

@@ -1,0 +1,29 @@
+#include "workspace/WorkspaceOperations.h"
+
+#include "workspace/WorkspaceParts.h"
+
+namespace kova {
+
+WorkspaceOperations::WorkspaceOperations(WorkspaceParts& parts, RefreshCycle& refreshCycle) :
+    access(parts, refreshCycle), geometry(parts), finder(parts, geometry),
+    presenter(parts, refreshCycle, geometry, finder,
+              [this](const std::string& windowID, const CGRect& wanted, const CGRect& actual) {
+                  keeper.minimumSizeObserved(windowID, wanted, actual);
+              }),
+    keeper(parts, access, geometry, presenter), documents(parts), settings(parts, refreshCycle, geometry, keeper),
+    follower(parts, geometry, presenter, keeper),
+    steps(parts, refreshCycle, access, geometry, finder, presenter, keeper, documents, follower),
+    displayChanges(
+        parts, refreshCycle, access, geometry, presenter, keeper, follower, steps,
+        [&parts](const std::string& formerID, const std::string& newID) { parts.renameDisplay(formerID, newID); }),
+    layoutChoice(parts, access, geometry, finder, keeper, follower, steps),
+    arrangement(parts, access, geometry, finder, presenter, keeper, steps),
+    pointerActions(parts, access, geometry, finder, presenter, keeper, steps, arrangement),
+    commands(parts, access, geometry, finder, presenter, keeper, steps, arrangement),
+    report(parts, access, geometry, presenter, arrangement),
+    applications(parts, refreshCycle, access, geometry, presenter, keeper, steps),
+    scenes(parts, refreshCycle, access, geometry, finder, presenter, keeper, documents, steps, applications),
+    rules(parts, access, geometry, finder, presenter, keeper, documents),
+    sessionTaker(parts, geometry, finder, presenter, keeper, follower, steps, displayChanges) {}
+
+} // namespace kova

@@ -1,0 +1,77 @@
+// The objects that own the workspace's state. Operations are given references to those that they work on; here they are
+// one list for what concerns all of them: other ids of windows and displays, polls, and whether something is awaited.
+#pragma once
+
+#include "windowing/AccessibilityWindowService.h"
+#include "workspace/Arranger.h"
+#include "workspace/AwaitedWindows.h"
+#include "workspace/DisplayMemory.h"
+#include "workspace/FocusMode.h"
+#include "workspace/FrameKeeper.h"
+#include "workspace/LiveWindows.h"
+#include "workspace/PointerInteraction.h"
+#include "workspace/SessionRestore.h"
+#include "workspace/StatusMessages.h"
+#include "workspace/TileAssignments.h"
+#include "workspace/TileMemory.h"
+#include "workspace/TransitionRecovery.h"
+#include "workspace/UndoHistory.h"
+#include "workspace/WorkspaceServices.h"
+#include "workspace/WorkspaceState.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <tuple>
+
+namespace kova {
+
+struct WorkspaceParts {
+    /// What the objects ask for when a time has come.
+    struct Callbacks {
+        std::function<void()> displaysSettled;
+        std::function<void()> moveDivider;
+        std::function<void()> pollsResumed;
+        std::function<std::optional<WorkspaceSession>()> describeSession;
+    };
+    WorkspaceParts(const WorkspaceServices& servicesOfAgent, Callbacks callbacks);
+    WorkspaceParts(const WorkspaceParts&) = delete;
+    WorkspaceParts& operator=(const WorkspaceParts&) = delete;
+
+    WorkspaceServices services;
+    std::shared_ptr<AccessibilityWindowService> windowService;
+    WorkspaceState state;
+    StatusMessages messages;
+    LiveWindows liveWindows;
+    TileAssignments assignments;
+    TileMemory tileMemory;
+    DisplayMemory displays;
+    UndoHistory undo;
+    FocusMode focusMode{state.focusMode};
+    PointerInteraction pointer;
+    FrameKeeper frames;
+    TransitionRecovery recovery;
+    SessionRestore session;
+    AwaitedWindows awaited{state.pendingLaunches};
+    Arranger arranger;
+
+    /// In every object that knows windows, or displays, by their ids.
+    void renameWindow(const std::string& formerID, const std::string& newID);
+    void renameDisplay(const std::string& formerID, const std::string& newID);
+    /// A poll has listed the windows: what is gone or has expired is forgotten.
+    void onPoll();
+    /// Whether any object waits for time to pass, so that polls must go on.
+    bool isWaiting() const;
+
+  private:
+    auto all() {
+        return std::tie(assignments, tileMemory, liveWindows, displays, undo, focusMode, pointer, frames, session,
+                        awaited, arranger, recovery);
+    }
+    auto all() const {
+        return std::tie(assignments, tileMemory, liveWindows, displays, undo, focusMode, pointer, frames, session,
+                        awaited, arranger, recovery);
+    }
+};
+
+} // namespace kova
