@@ -101,7 +101,7 @@ TEST_F(ApplicationMethods, LearnedFactsOfAnApplicationAreListedAndForgotten) {
     desk.arrange();
     result("layout.prefer", {{"tile", "focus-main"}, {"application", "Terminal"}});
     result("place", {{"window", "notes"}, {"tile", "1"}});
-    desk.opens("Zoom", {.minimumSize = {{1500, 400}}}).settle();
+    desk.opens("Zoom", {.secretMinimumSize = {{1500, 400}}}).settle();
     result("place", {{"window", "zoom"}, {"tile", "2"}});
     desk.rest();
     const auto learned = [&](const std::string& name) {
