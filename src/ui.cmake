@@ -33,7 +33,7 @@ add_library(kova_ui OBJECT ${ui_sources})
 set_target_properties(kova_ui PROPERTIES AUTOMOC ON UNITY_BUILD OFF) # moc and names of files on their own
 target_link_libraries(kova_ui PUBLIC kova_control_client kova_themes Qt6::Widgets Qt6::DBus ${window_system})
 target_compile_definitions(kova_ui PUBLIC QT_NO_FOREACH QT_NO_KEYWORDS)
-target_compile_options(kova_ui PRIVATE $<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc>)
+target_compile_options(kova_ui PRIVATE "$<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc;-Wunguarded-availability>")
 
 # Translations are compiled into the program. script/translate renews the files after texts have changed.
 find_package(Qt6LinguistTools QUIET)

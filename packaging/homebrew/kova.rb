@@ -14,6 +14,7 @@ class Kova < Formula
   depends_on "pkgconf" => :build
   depends_on "spdlog" => :build
   depends_on "icu4c@77"
+  depends_on "qt"
   depends_on macos: :ventura
   depends_on xcode: ["15.0", :build] # only its own build finds the App Intents
 

@@ -55,12 +55,15 @@ if(TARGET kova-ui)
     MACOSX_BUNDLE TRUE
     MACOSX_BUNDLE_INFO_PLIST ${ui_info_plist}
     XCODE_ATTRIBUTE_PRODUCT_BUNDLE_IDENTIFIER ${KOVA_BUNDLE_IDENTIFIER}.ui)
-  # A signed application loads libraries of the same signer only, so that Qt goes along.
-  find_program(MACDEPLOYQT macdeployqt HINTS ${QT6_INSTALL_PREFIX}/bin ${qt_prefix}/bin REQUIRED)
   add_dependencies(kova-agent kova-ui)
   add_custom_command(TARGET kova-agent POST_BUILD
-    COMMAND ditto $<TARGET_BUNDLE_DIR:kova-ui> ${contents}/Helpers/kova-ui.app
-    COMMAND ${MACDEPLOYQT} ${contents}/Helpers/kova-ui.app -verbose=1 VERBATIM)
+    COMMAND ditto $<TARGET_BUNDLE_DIR:kova-ui> ${contents}/Helpers/kova-ui.app VERBATIM)
+  if(CMAKE_BUILD_TYPE STREQUAL Release)
+    # A signed application loads libraries of the same signer only, so that Qt goes along.
+    find_program(MACDEPLOYQT macdeployqt HINTS ${QT6_INSTALL_PREFIX}/bin ${qt_prefix}/bin REQUIRED)
+    add_custom_command(TARGET kova-agent POST_BUILD
+      COMMAND ${MACDEPLOYQT} ${contents}/Helpers/kova-ui.app -verbose=1 VERBATIM)
+  endif()
 endif()
 
 # Titles and phrases are read out of the source by Xcode's own build, as in the preset "macos"; any other build compiles

@@ -65,6 +65,7 @@ Program::Program(const std::string& socketPath) :
 #if defined(Q_OS_MACOS)
     endWithAgent();
     platform_ = std::make_unique<MacPlatform>();
+    windows_.setFocus(std::make_unique<MacWindowFocus>());
 #else
     if (const auto* x11 = qApp->nativeInterface<QNativeInterface::QX11Application>()) {
         windows_.setFocus(std::make_unique<X11WindowFocus>(x11->connection()));

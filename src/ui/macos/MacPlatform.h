@@ -3,6 +3,7 @@
 #pragma once
 
 #include "ui/overlay/PlainPlatform.h"
+#include "ui/windows/WindowFocus.h"
 
 #include <QPixmap>
 
@@ -34,6 +35,20 @@ class MacPlatform final : public OverlayPlatform {
 
     PlainPlatform plain_;
     std::map<OverlayWindow*, std::unique_ptr<ClickArea>> clickAreas_;
+};
+
+/// This program is hardly ever active: a window gets the keyboard only with its program.
+class MacWindowFocus final : public WindowFocus {
+  public:
+    MacWindowFocus();
+    ~MacWindowFocus() override;
+    void prepare(QWidget& window) override;
+    void take(QWidget& window) override;
+    void giveBack() override;
+
+  private:
+    struct Before;
+    std::unique_ptr<Before> before_;
 };
 
 /// Null when no application has the bundle identifier.

@@ -141,6 +141,37 @@ void MacPlatform::exposed(OverlayWindow& window) {
     plain_.exposed(window);
 }
 
+struct MacWindowFocus::Before {
+    NSRunningApplication* application = nil;
+};
+
+MacWindowFocus::MacWindowFocus() : before_(std::make_unique<Before>()) {}
+
+MacWindowFocus::~MacWindowFocus() = default;
+
+void MacWindowFocus::prepare(QWidget&) {
+    NSRunningApplication* front = NSWorkspace.sharedWorkspace.frontmostApplication;
+    if (![front isEqual:NSRunningApplication.currentApplication]) before_->application = front;
+}
+
+void MacWindowFocus::take(QWidget& window) {
+    // The newer call without the argument is only a request, which the system may decline.
+    [NSApp activateIgnoringOtherApps:YES];
+    WindowFocus::take(window);
+}
+
+void MacWindowFocus::giveBack() {
+    NSRunningApplication* application = std::exchange(before_->application, nil);
+    if (!application || application.terminated || !NSApp.active) return;
+    if (@available(macOS 14.0, *)) {
+        [NSApp yieldActivationToApplication:application];
+        [application activateFromApplication:NSRunningApplication.currentApplication
+                                     options:NSApplicationActivationOptions(0)];
+    } else {
+        [application activateWithOptions:NSApplicationActivationOptions(0)];
+    }
+}
+
 QPixmap applicationIcon(const std::string& bundleIdentifier, int sizePoints) {
     @autoreleasepool {
         NSString* identifier = [NSString stringWithUTF8String:bundleIdentifier.c_str()];
