@@ -107,6 +107,8 @@ MacPlatform::~MacPlatform() = default;
 
 void MacPlatform::adopt(OverlayWindow& window) {
     plain_.adopt(window);
+    // The agent's handle draws the line of a divider itself.
+    if (window.layer() == Layer::divider) nativeWindow(window).alphaValue = 0;
     configure(nativeWindow(window), levelOf(window.layer()));
 }
 
