@@ -97,9 +97,9 @@ UserInterfaceStatus UserInterfaceController::status() const {
 std::vector<DiagnosticLine> UserInterfaceController::diagnose() const {
     using enum DiagnosticVerdict;
     if (const auto absence = service_.absence()) return {{kSubject, note, *absence + "."}};
-    if (!isOn_) return {{kSubject, note, "kova-ui is switched off: no tile footers, backdrop or menu are shown."}};
+    if (!isOn_) return {{kSubject, note, "kova-ui is switched off: no tile footers, backdrop or settings are shown."}};
     if (problem_) return {{kSubject, wrong, *problem_ + "."}};
-    return {{kSubject, fine, "kova-ui shows tile footers, backdrop and menu."}};
+    return {{kSubject, fine, "kova-ui shows tile footers, backdrop and settings."}};
 }
 
 } // namespace kova

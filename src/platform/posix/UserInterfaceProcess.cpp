@@ -51,7 +51,7 @@ UserInterfaceProcess::UserInterfaceProcess(std::function<std::optional<std::stri
 
 std::optional<std::string> UserInterfaceProcess::absence() const {
     if (find_()) return std::nullopt;
-    return "kova-ui is not installed: no tile footers, backdrop or menu are shown";
+    return "kova-ui is not installed: no tile footers, backdrop or settings are shown";
 }
 
 void UserInterfaceProcess::start(std::function<void(UserInterfaceEnd)> ended) {
