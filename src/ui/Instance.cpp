@@ -2,9 +2,9 @@
 
 #include "control/client/ControlClient.h"
 
-#include <nlohmann/json.hpp>
+#include <QCoreApplication>
 
-#include <unistd.h>
+#include <nlohmann/json.hpp>
 
 #include <chrono>
 
@@ -32,7 +32,7 @@ bool isLeftToOtherInstance(const std::string& socketPath) {
     agent->setTimeout(kTimeout);
     const json status = ask(*agent, "ui.status");
     const json process = status.is_object() ? status.value("process", json()) : json();
-    if (!process.is_number_integer() || process == getpid()) return false;
+    if (!process.is_number_integer() || process == QCoreApplication::applicationPid()) return false;
     return ask(*agent, "settings.show").is_object();
 }
 
