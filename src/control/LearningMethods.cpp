@@ -110,11 +110,13 @@ ControlReply listLearned(const WorkspaceController& controller) {
 
 ControlReply forgetApplication(WorkspaceController& controller, const JsonCursor& parameters) {
     const std::string wanted = parameters.required("application").string();
-    const auto forgotten = controller.perform(action::ForgetApplication{wanted});
-    if (forgotten.empty()) return refusal("Nothing was learned of an application “" + wanted + "”");
+    const Outcome outcome = controller.perform(action::ForgetApplication{wanted});
+    const auto* forgotten = outcome.details<ForgottenApplications>();
+    if (!forgotten) return refusal(outcome.message().value_or(""));
     std::string names;
-    for (const auto& name : forgotten) names += (names.empty() ? "" : ", ") + name;
-    return json{{"applications", forgotten}, {"message", "Forgot the minimum sizes and usual tiles of " + names}};
+    for (const auto& name : forgotten->names) names += (names.empty() ? "" : ", ") + name;
+    return json{{"applications", forgotten->names},
+                {"message", "Forgot the minimum sizes and usual tiles of " + names}};
 }
 
 } // namespace kova
