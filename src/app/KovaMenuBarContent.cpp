@@ -156,7 +156,6 @@ class KovaMenuBarContent::Build {
         entries_.push_back(std::move(submenu));
     }
     void perform(const WorkspaceAction& action) { workspace_.perform(action); }
-    void perform(const WindowCommand& command) { workspace_.perform(command); }
     /// One that has the title of its shortcut.
     void addCommand(std::string id, KovaShortcutAction named, Enabled enabled, WindowCommand command) {
         add(

@@ -8,9 +8,9 @@ namespace kova {
 
 namespace {
 
-class WindowCommands : public ::testing::Test {
+class WindowCommandStories : public ::testing::Test {
   public:
-    WindowCommands() {
+    WindowCommandStories() {
         desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
         desk.expectTiles(kHalves);
         desk.desktop.userFocuses("Mail");
@@ -37,7 +37,7 @@ class WindowCommands : public ::testing::Test {
 
 } // namespace
 
-TEST_F(WindowCommands, AWindowWithoutATileIsPutIntoTheOneThatIsNamed) {
+TEST_F(WindowCommandStories, AWindowWithoutATileIsPutIntoTheOneThatIsNamed) {
     desk.opens("Notes").settle();
     desk.desktop.userMinimizes("Notes");
     desk.desktop.userFocuses("Codex");
@@ -57,7 +57,7 @@ TEST_F(WindowCommands, AWindowWithoutATileIsPutIntoTheOneThatIsNamed) {
     EXPECT_FALSE(desk.wasCarriedOut());
 }
 
-TEST_F(WindowCommands, TwoWindowsTradePlacesAndTheirStacksStay) {
+TEST_F(WindowCommandStories, TwoWindowsTradePlacesAndTheirStacksStay) {
     desk.opens("Notes").opens("Viewer").settle();
     desk.perform(command::Place{id("Notes"), tile("focus-main")});
     desk.perform(command::Place{id("Viewer"), tile("secondary-1")});
@@ -74,7 +74,7 @@ TEST_F(WindowCommands, TwoWindowsTradePlacesAndTheirStacksStay) {
     desk.expectTiles("Notes 15,15 1254x1382 + Codex | Viewer 1291,15 1254x1382 + Mail");
 }
 
-TEST_F(WindowCommands, AFloatingWindowIsLeftAloneUntilItIsPutIntoATileAgain) {
+TEST_F(WindowCommandStories, AFloatingWindowIsLeftAloneUntilItIsPutIntoATileAgain) {
     desk.desktop.userMoves("Mail", makeRect(1500, 200, 700, 500));
     desk.settle();
     desk.perform(command::Float{});
@@ -95,7 +95,7 @@ TEST_F(WindowCommands, AFloatingWindowIsLeftAloneUntilItIsPutIntoATileAgain) {
     desk.expectTiles(kHalves);
 }
 
-TEST_F(WindowCommands, AFloatingWindowFloatsOnAfterASleepAndARestart) {
+TEST_F(WindowCommandStories, AFloatingWindowFloatsOnAfterASleepAndARestart) {
     desk.perform(command::Float{}).sleep();
     desk.desktop.loseWindow("Mail");
     desk.wake().advance(Seconds(1));
@@ -109,7 +109,7 @@ TEST_F(WindowCommands, AFloatingWindowFloatsOnAfterASleepAndARestart) {
     desk.expectTiles("Codex 15,15 1254x1382 | -");
 }
 
-TEST_F(WindowCommands, TheKeyboardAndWindowsGoToOtherDisplays) {
+TEST_F(WindowCommandStories, TheKeyboardAndWindowsGoToOtherDisplays) {
     desk.display(2560, 1440).layout("jarvis.dual-split", "B");
     desk.opens("Notes", {.frame = makeRect(2700, 100, 800, 600)}).settle();
     desk.desktop.userFocuses("Notes");
@@ -130,7 +130,7 @@ TEST_F(WindowCommands, TheKeyboardAndWindowsGoToOtherDisplays) {
     EXPECT_EQ(steps(command::MoveToDisplay{std::nullopt, std::string("gone")}), "There is no such display");
 }
 
-TEST_F(WindowCommands, WhatIsNamedIsMeantAndNotWhatHasTheFocus) {
+TEST_F(WindowCommandStories, WhatIsNamedIsMeantAndNotWhatHasTheFocus) {
     desk.opens("Notes").settle();
     desk.perform(command::Place{id("Notes"), tile("focus-main")});
     desk.perform(action::CycleStack{StackStep::previous, {}, tile("focus-main")});
@@ -143,7 +143,7 @@ TEST_F(WindowCommands, WhatIsNamedIsMeantAndNotWhatHasTheFocus) {
     EXPECT_EQ(desk.state().assignedWindowIDs->at(tile("secondary-1")), id("Codex"));
 }
 
-TEST_F(WindowCommands, ADialogWithTheKeyboardMeansItsWindow) {
+TEST_F(WindowCommandStories, ADialogWithTheKeyboardMeansItsWindow) {
     desk.opens("Codex", {.frame = makeRect(300, 300, 400, 200), .title = "Save?", .dialogOf = "Codex"}).settle();
     desk.desktop.userFocuses("Codex 2");
     desk.settle();
@@ -152,7 +152,7 @@ TEST_F(WindowCommands, ADialogWithTheKeyboardMeansItsWindow) {
     desk.expectTiles("Mail 15,15 1254x1382 | Codex 1291,15 1254x1382");
 }
 
-TEST_F(WindowCommands, WindowsThatDriftedAreFoundAndSentBack) {
+TEST_F(WindowCommandStories, WindowsThatDriftedAreFoundAndSentBack) {
     const auto verdictOf = [&](const char* label) {
         for (const auto& finding : desk.controller().verifyPlacements()) {
             if (finding.windowID == id(label)) return finding.verdict;
