@@ -228,6 +228,13 @@ TEST_F(ShortcutSettings, KeysAreRecordedByTheAgentRefusedWhereTheyAreTakenAndSho
     desk.desktop.keyboard().press(53, 0); // Escape
     EXPECT_TRUE(until([&] { return row("Focus Left")->text(1) == QStringLiteral("Ctrl+Alt+G"); }));
     EXPECT_FALSE(isRecording());
+    record("Focus Left");
+    QTest::mouseClick(control<QPushButton>(window, "recordShortcut"), Qt::LeftButton);
+    EXPECT_EQ(row("Focus Left")->text(1), QStringLiteral("Ctrl+Alt+G")) << "cancelled";
+    EXPECT_TRUE(until([&] {
+        desk.advance(Seconds(0.3));
+        return !isRecording();
+    })) << "the keyboard is given back";
     QTest::mouseClick(control<QPushButton>(window, "clearShortcut"), Qt::LeftButton);
     EXPECT_TRUE(until([&] { return keysOf("focusLeft") == "none" && row("Focus Left")->text(1).isEmpty(); }));
     QTest::mouseClick(control<QPushButton>(window, "restoreShortcuts"), Qt::LeftButton);

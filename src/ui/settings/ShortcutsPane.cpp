@@ -54,8 +54,6 @@ ShortcutsPane::ShortcutsPane(WindowServices& services) :
     table_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     connect(table_, &QTreeWidget::itemActivated, this, &ShortcutsPane::record);
     connect(table_, &QTreeWidget::itemSelectionChanged, this, &ShortcutsPane::updateButtons);
-    connect(&agent_, &AgentSession::notified, this, &ShortcutsPane::heard);
-    connect(&agent_, &AgentSession::connectionChanged, this, &ShortcutsPane::endRecording);
     followSections(agent_, this, {"shortcuts"}, [this](const json& state) { showState(state); });
     endRecording();
 }
@@ -71,11 +69,11 @@ QWidget* ShortcutsPane::buttons() {
         line->addWidget(button);
         return button;
     };
-    record_ = add(tr("&Record…"), "recordShortcut", tr("Records keys for the chosen action"));
+    record_ = add({}, "recordShortcut", tr("Records keys for the chosen action, or ends recording"));
     clear_ = add(tr("&Clear"), "clearShortcut", tr("Takes the keys of the chosen action away"));
     line->addStretch(1);
     restore_ = add(tr("Restore &Defaults"), "restoreShortcuts", tr("Gives every action the keys that it had at first"));
-    connect(record_, &QPushButton::clicked, this, &ShortcutsPane::record);
+    connect(record_, &QPushButton::clicked, this, [this] { recorder_ ? cancelRecording() : record(); });
     connect(clear_, &QPushButton::clicked, this, [this] {
         callFor(*error_, agent_, "shortcut.clear", {{"action", chosenAction()}});
     });
@@ -143,31 +141,42 @@ void ShortcutsPane::filter(const QString& text) {
 
 void ShortcutsPane::record() {
     const std::string action = chosenAction();
-    if (action.empty()) return;
-    callFor(*error_, agent_, "shortcut.record", {{"action", action}}, {.done = [this, action](const json& result) {
-        recorded_ = action;
-        if (QTreeWidgetItem* item = itemOf(action)) item->setText(keys, textIn(result, "prompt"));
-        prompt_->setText(tr("Type the keys. Delete takes the shortcut away, Escape leaves it as it is."));
-        updateButtons();
-    }});
+    if (action.empty() || recorder_) return;
+    recorder_ = std::make_unique<AgentSession>(agent_.socketPath());
+    connect(recorder_.get(), &AgentSession::notified, this, &ShortcutsPane::heard);
+    connect(recorder_.get(), &AgentSession::connectionChanged, this, &ShortcutsPane::cancelRecording);
+    callFor(*error_, *recorder_, "shortcut.record", {{"action", action}},
+            {.done =
+                 [this, action](const json& result) {
+                     if (QTreeWidgetItem* item = itemOf(action)) item->setText(keys, textIn(result, "prompt"));
+                     prompt_->setText(tr("Type the keys. Delete takes the shortcut away, Escape leaves it as it is."));
+                 },
+             .refused = [this] { endRecording(); }});
+    updateButtons();
+}
+
+void ShortcutsPane::cancelRecording() {
+    endRecording();
+    showState(agent_.state());
 }
 
 void ShortcutsPane::endRecording() {
-    recorded_.clear();
+    // It may be the sender of the signal that is being handled.
+    if (recorder_) {
+        recorder_->disconnect(this);
+        recorder_.release()->deleteLater();
+    }
     prompt_->setText(tr("Choose an action and press Return to record keys for it."));
     updateButtons();
 }
 
 void ShortcutsPane::heard(const std::string& method, const json& parameters) {
-    const bool isRecorded = method == "recorded" && !recorded_.empty();
-    if (!isRecorded && method != "claimed") return;
+    if (method != "recorded") return;
     try {
+        error_->say(textIn(parameters, "message"));
+        if (parameters.at("outcome") == "refused") return; // and goes on
+        endRecording();
         const json& shortcut = parameters.at("shortcut");
-        if (isRecorded) {
-            error_->say(textIn(parameters, "message"));
-            if (parameters.at("outcome") == "refused") return; // and goes on
-            endRecording();
-        }
         if (QTreeWidgetItem* item = itemOf(shortcut.at("action"))) showShortcut(*item, shortcut);
     } catch (const json::exception& error) {
         qWarning("kova-ui: what the agent tells of a shortcut is not understood: %s", error.what());
@@ -176,9 +185,10 @@ void ShortcutsPane::heard(const std::string& method, const json& parameters) {
 
 void ShortcutsPane::updateButtons() {
     const std::string action = chosenAction();
-    record_->setEnabled(canHearKeys_ && recorded_.empty() && !action.empty());
-    clear_->setEnabled(recorded_.empty() && !action.empty() && !table_->currentItem()->text(keys).isEmpty());
-    restore_->setEnabled(recorded_.empty());
+    record_->setText(recorder_ ? tr("&Cancel") : tr("&Record…"));
+    record_->setEnabled(recorder_ || (canHearKeys_ && !action.empty()));
+    clear_->setEnabled(!recorder_ && !action.empty() && !table_->currentItem()->text(keys).isEmpty());
+    restore_->setEnabled(!recorder_);
 }
 
 } // namespace kova::ui

@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QTreeWidget>
 
+#include <memory>
 #include <string>
 
 namespace kova::ui {
@@ -29,6 +30,7 @@ class ShortcutsPane final : public Pane {
     std::string chosenAction() const;
     void filter(const QString& text);
     void record();
+    void cancelRecording();
     void endRecording();
     void heard(const std::string& method, const nlohmann::json& parameters);
     void updateButtons();
@@ -41,7 +43,9 @@ class ShortcutsPane final : public Pane {
     QPushButton* record_ = nullptr;
     QPushButton* clear_ = nullptr;
     QPushButton* restore_ = nullptr;
-    std::string recorded_; // the action whose shortcut is being recorded here; empty: none
+    /// While a shortcut is recorded: the agent ends a recording, and gives the keyboard back, when the connection of
+    /// the client that asked for it ends.
+    std::unique_ptr<AgentSession> recorder_;
     bool canHearKeys_ = true;
 };
 

@@ -309,10 +309,6 @@
         <translation>&amp;Aufnehmen …</translation>
     </message>
     <message>
-        <source>Records keys for the chosen action</source>
-        <translation>Nimmt Tasten für die gewählte Aktion auf</translation>
-    </message>
-    <message>
         <source>&amp;Clear</source>
         <translation>&amp;Löschen</translation>
     </message>
@@ -347,6 +343,14 @@
     <message>
         <source>Choose an action and press Return to record keys for it.</source>
         <translation>Wählen Sie eine Aktion und drücken Sie die Eingabetaste, um Tasten dafür aufzunehmen.</translation>
+    </message>
+    <message>
+        <source>Records keys for the chosen action, or ends recording</source>
+        <translation>Nimmt Tasten für die gewählte Aktion auf oder beendet die Aufnahme</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>&amp;Abbrechen</translation>
     </message>
 </context>
 </TS>
