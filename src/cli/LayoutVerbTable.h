@@ -57,8 +57,8 @@ inline constexpr auto kLayoutVerbs = std::to_array<Verb>({
     {"layout fit",
      "layout.fit",
      "say which layouts have room for the open windows",
-     "For each display, or for one: the layouts that have a tile large enough for every window there, and by how much "
-     "the others are too small.",
+     "For each display, or for one: the layouts in which every window there gets the size that it needs at least, and by "
+     "how much the others are too small.",
      "kova layout fit\nkova layout fit --display 1",
      {kDisplay.meaningThat("number, name or id of a display (default: all)")},
      printLayoutFit},

@@ -46,16 +46,18 @@ std::vector<NeedyWindow> needyWindowsOn(const WorkspaceController& controller, c
 
 /// Null when every window fits; else the window that lacks most.
 json shortfall(const LayoutDefinition& layout, const std::vector<NeedyWindow>& windows, CGSize area, double inset) {
+    std::vector<CGSize> needed;
+    for (const NeedyWindow& each : windows) needed.push_back(each.minimumSize);
+    const auto lacking = shortfalls(layout, needed, area, inset);
     json worst;
     double most = 0;
-    for (const NeedyWindow& each : windows) {
-        const CGSize lacking = shortfallFor(layout, each.minimumSize, area, inset);
-        if (lacking.width + lacking.height <= most) continue;
-        most = lacking.width + lacking.height;
-        worst = {{"width", std::ceil(lacking.width)},
-                 {"height", std::ceil(lacking.height)},
-                 {"window", each.window->id},
-                 {"application", each.window->applicationName}};
+    for (std::size_t i = 0; i < windows.size(); ++i) {
+        if (lacking[i].width + lacking[i].height <= most) continue;
+        most = lacking[i].width + lacking[i].height;
+        worst = {{"width", std::ceil(lacking[i].width)},
+                 {"height", std::ceil(lacking[i].height)},
+                 {"window", windows[i].window->id},
+                 {"application", windows[i].window->applicationName}};
     }
     return worst;
 }

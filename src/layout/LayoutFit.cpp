@@ -1,28 +1,66 @@
 #include "layout/LayoutFit.h"
 
 #include <algorithm>
-#include <limits>
+#include <numeric>
+#include <optional>
+#include <set>
 
 namespace kova {
 
-CGSize shortfallFor(const LayoutDefinition& layout, CGSize minimumSize, CGSize areaSize, double tileInset) {
-    const SolvedLayout plain = solveDefinition(layout, {}, areaSize, tileInset);
-    const auto holds = [&](const CGRect& frame) { return holdsWindow(frame, minimumSize, tileInset); };
-    if (std::ranges::any_of(plain.frames, holds)) return {};
-    CGSize least{};
-    double leastSum = std::numeric_limits<double>::max();
-    for (std::size_t i = 0; i < plain.slots.size(); ++i) {
-        const SolvedLayout grown = solveDefinition(layout, {{plain.slots[i].id, minimumSize}}, areaSize, tileInset);
-        if (i >= grown.frames.size()) continue;
-        if (holds(grown.frames[i])) return {};
-        const CGSize room = insetBy(grown.frames[i], tileInset).size;
-        const CGSize lacking{std::max(0.0, minimumSize.width - room.width),
-                             std::max(0.0, minimumSize.height - room.height)};
-        if (lacking.width + lacking.height >= leastSum) continue;
-        leastSum = lacking.width + lacking.height;
-        least = lacking;
+namespace {
+
+CGSize lackingIn(const CGRect& tileFrame, CGSize minimumSize, double tileInset) {
+    if (holdsWindow(tileFrame, minimumSize, tileInset)) return {};
+    const CGSize room = insetBy(tileFrame, tileInset).size;
+    return {std::max(0.0, minimumSize.width - room.width), std::max(0.0, minimumSize.height - room.height)};
+}
+
+double sum(CGSize size) {
+    return size.width + size.height;
+}
+
+/// Of the tiles that are not taken the one that lacks least, of several such the smallest.
+std::optional<std::size_t> bestTile(const SolvedLayout& solved, const std::set<std::size_t>& taken, CGSize minimumSize,
+                                    double tileInset) {
+    std::optional<std::size_t> best;
+    const auto rank = [&](std::size_t tile) {
+        const CGRect& frame = solved.frames[tile];
+        return std::pair(sum(lackingIn(frame, minimumSize, tileInset)), frame.size.width * frame.size.height);
+    };
+    for (std::size_t tile = 0; tile < solved.frames.size(); ++tile) {
+        if (!taken.contains(tile) && (!best || rank(tile) < rank(*best))) best = tile;
     }
-    return least;
+    return best;
+}
+
+} // namespace
+
+std::vector<CGSize> shortfalls(const LayoutDefinition& layout, const std::vector<CGSize>& minimumSizes, CGSize areaSize,
+                               double tileInset) {
+    const SolvedLayout plain = solveDefinition(layout, {}, areaSize, tileInset);
+    std::vector<std::size_t> order(minimumSizes.size());
+    std::iota(order.begin(), order.end(), std::size_t(0));
+    const auto area = [&](std::size_t window) { return minimumSizes[window].width * minimumSizes[window].height; };
+    std::ranges::stable_sort(order, std::greater{}, area);
+
+    std::set<std::size_t> taken;
+    std::vector<std::optional<std::size_t>> tileOf(minimumSizes.size());
+    TileMinimumSizes needed;
+    for (const std::size_t window : order) {
+        tileOf[window] = bestTile(plain, taken, minimumSizes[window], tileInset);
+        if (!tileOf[window]) break; // all tiles are taken
+        taken.insert(*tileOf[window]);
+        needed[plain.slots[*tileOf[window]].id] = minimumSizes[window];
+    }
+    const SolvedLayout grown = solveDefinition(layout, needed, areaSize, tileInset);
+    std::vector<CGSize> lacking;
+    for (std::size_t window = 0; window < minimumSizes.size(); ++window) {
+        const auto tile = tileOf[window] ? tileOf[window] : bestTile(grown, {}, minimumSizes[window], tileInset);
+        lacking.push_back(tile && *tile < grown.frames.size()
+                              ? lackingIn(grown.frames[*tile], minimumSizes[window], tileInset)
+                              : minimumSizes[window]);
+    }
+    return lacking;
 }
 
 } // namespace kova

@@ -1,12 +1,17 @@
-// Whether a window can have the room that it needs in some tile of a layout. Pure arithmetic.
+// Whether windows have the room that they need in the tiles of a layout. Pure arithmetic.
 #pragma once
 
 #include "layout/LayoutCatalogue.h"
 
+#include <vector>
+
 namespace kova {
 
-/// By how many points the tile that suits a window best is too small for it; 0 by 0 when a tile holds the window, alone
-/// in its layout and grown at the cost of its neighbors. Sizes are in points.
-CGSize shortfallFor(const LayoutDefinition& layout, CGSize minimumSize, CGSize areaSize, double tileInset);
+/// By how many points the tile of each window is too small for it, in the order of the windows; 0 by 0 where it is
+/// large enough. Each window gets the tile that suits it best, the most demanding one first, and tiles grow at the cost
+/// of their neighbors as far as these need not. Windows that are left over wait in the tile that suits them. Sizes are
+/// in points.
+std::vector<CGSize> shortfalls(const LayoutDefinition& layout, const std::vector<CGSize>& minimumSizes, CGSize areaSize,
+                               double tileInset);
 
 } // namespace kova

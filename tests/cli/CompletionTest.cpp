@@ -60,7 +60,7 @@ class Completion : public testing::Test, public AgentStage {
 TEST_F(Completion, OffersWhatTheVerbAllows) {
     const std::vector<std::pair<Words, std::string>> cases = {
         {{"sta"}, "stack|status"},
-        {{"layout", ""}, "list|show|next|previous|select|reset-sizes|prefer|inset"},
+        {{"layout", ""}, "list|fit|show|next|previous|select|reset-sizes|prefer|inset"},
         {{"LAYOUT", "n"}, ""},
         {{"help", "scene", "r"}, "rename"},
         {{"--json", "und"}, "undo"},

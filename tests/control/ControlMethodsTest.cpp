@@ -356,7 +356,7 @@ TEST_F(AgentMethods, TheSettingsTopicTellsWhateverChangesASetting) {
     };
     const std::vector<Case> cases{
         {"layout.setInset", {{"points", 9}}, {"settings"}},
-        {"layout.select", {{"layout", "quad-grid"}}, {"displays"}},
+        {"layout.select", {{"layout", "quad-grid"}}, {"displays", "layouts"}},
         {"login.on", json::object(), {"login"}},
         {"dock.on", json::object(), {"dock"}},
         {"ui.off", json::object(), {"userInterface"}},

@@ -264,7 +264,7 @@ TEST_F(ShortcutSettings, ShowWhatOtherProgramsHoldAndAreFoundByNameAndKeys) {
 }
 
 TEST_F(Settings, LayoutsOfEachDisplayAreChosenByTheirPicturesWhichTellWhatIsTooSmall) {
-    desk.opens("Sheet", {.minimumSize = {{1900, 900}}}).settle();
+    desk.opens("Sheet", {.minimumSize = {{1500, 600}}}).opens("Plan", {.minimumSize = {{1500, 600}}}).settle();
     HostedWindow* window = openAt("layouts");
     auto* layouts = control<QListWidget>(window, "layouts");
     const auto row = [&](const QString& name) {
@@ -274,9 +274,9 @@ TEST_F(Settings, LayoutsOfEachDisplayAreChosenByTheirPicturesWhichTellWhatIsTooS
     };
     const auto inForce = [&] { return ask("query.displays")["result"]["displays"][0]["layout"]["name"]; };
     EXPECT_TRUE(until([&] { return layouts->count() == 13; })) << "the catalogue, and automatic";
-    EXPECT_EQ(row("Dual Split")->text(), QStringLiteral("Dual Split")) << "a half grows for it";
-    EXPECT_NE(row("Quad Grid")->toolTip().indexOf(QStringLiteral("Too small for Sheet")), -1)
-        << row("Quad Grid")->toolTip().toStdString();
+    EXPECT_EQ(row("Dual Stack")->text(), QStringLiteral("Dual Stack (2)"));
+    EXPECT_TRUE(row("Dual Split")->text().contains(u'−')) << "they do not fit side by side";
+    EXPECT_TRUE(row("Dual Split")->toolTip().contains(QStringLiteral("Too small for ")));
     layouts->setCurrentItem(row("Quad Grid"));
     layouts->setFocus();
     QTest::keyClick(layouts, Qt::Key_Return);

@@ -57,6 +57,7 @@ SettingsWindow::SettingsWindow(WindowServices& services) :
 
 void SettingsWindow::addPanes() {
     list_->setObjectName(QStringLiteral("panes"));
+    list_->setAccessibleName(tr("Panes"));
     list_->setAccessibleDescription(tr("Chooses the settings that are shown beside the list"));
     for (const PaneKind& kind : kinds_) {
         list_->addItem(kind.title());

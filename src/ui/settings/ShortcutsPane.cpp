@@ -101,7 +101,8 @@ void ShortcutsPane::showState(const json& state) {
 void ShortcutsPane::showShortcut(QTreeWidgetItem& item, const json& shortcut) {
     const QString name = textIn(shortcut, "title"), typed = textIn(shortcut, "keys"), about = remarkOn(shortcut);
     item.setText(title, name);
-    item.setText(keys, typed);
+    const bool isRecorded = recorder_ && shortcut.at("action") == recorded_ && !shownInsteadOfKeys_.isEmpty();
+    item.setText(keys, isRecorded ? shownInsteadOfKeys_ : typed);
     item.setText(remark, about);
     item.setData(keys, Qt::AccessibleTextRole, typed.isEmpty() ? tr("Keyboard shortcut not set") : typed);
 }
@@ -143,13 +144,16 @@ void ShortcutsPane::record() {
     const std::string action = chosenAction();
     if (action.empty() || recorder_) return;
     recorder_ = std::make_unique<AgentSession>(agent_.socketPath());
+    recorded_ = action;
+    shownInsteadOfKeys_.clear();
     connect(recorder_.get(), &AgentSession::notified, this, &ShortcutsPane::heard);
     connect(recorder_.get(), &AgentSession::connectionChanged, this, &ShortcutsPane::cancelRecording);
     callFor(*error_, *recorder_, "shortcut.record", {{"action", action}},
             {.done =
-                 [this, action](const json& result) {
-                     if (QTreeWidgetItem* item = itemOf(action)) item->setText(keys, textIn(result, "prompt"));
+                 [this](const json& result) {
+                     shownInsteadOfKeys_ = textIn(result, "prompt");
                      prompt_->setText(tr("Type the keys. Delete takes the shortcut away, Escape leaves it as it is."));
+                     showState(agent_.state());
                  },
              .refused = [this] { endRecording(); }});
     updateButtons();

@@ -46,6 +46,8 @@ class ShortcutsPane final : public Pane {
     /// While a shortcut is recorded: the agent ends a recording, and gives the keyboard back, when the connection of
     /// the client that asked for it ends.
     std::unique_ptr<AgentSession> recorder_;
+    std::string recorded_;       // the action
+    QString shownInsteadOfKeys_; // of that action, once the agent listens
     bool canHearKeys_ = true;
 };
 

@@ -269,6 +269,10 @@
         <source>Chooses the settings that are shown beside the list</source>
         <translation>Wählt die Einstellungen, die neben der Liste gezeigt werden</translation>
     </message>
+    <message>
+        <source>Panes</source>
+        <translation>Bereiche</translation>
+    </message>
 </context>
 <context>
     <name>kova::ui::ShortcutsPane</name>
