@@ -54,8 +54,8 @@ class ControlMethods final : public ControlHandling {
   public:
     explicit ControlMethods(ControlContext context);
     ~ControlMethods() override;
-    /// Requests that arrange, name a window, look at all windows or compare them wait for the next poll, when windows
-    /// changed since the last one.
+    /// Requests that arrange, name a window or concern all windows wait for the next poll if windows changed since the
+    /// last one; `verify` waits until frames were read on the polling queue.
     [[nodiscard]] bool mustWait(const ControlRequest& request, std::function<void()> ready) override;
     /// A method that changes stored data is answered once that is on disk. If the write failed, the result has a member
     /// "unsaved".

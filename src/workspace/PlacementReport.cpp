@@ -12,8 +12,9 @@ using BringToFront = AccessibilityWindowService::BringToFront;
 
 PlacementReport::PlacementReport(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry,
                                  WindowPresenter& presenter, Arrangement& arrangement) :
-    windowService_(*parts.windowService),
-    state_(parts.state), liveWindows_(parts.liveWindows), assignments_(parts.assignments), displays_(parts.displays),
+    services_(parts.services),
+    sharedService_(parts.windowService), windowService_(*parts.windowService), state_(parts.state),
+    liveWindows_(parts.liveWindows), assignments_(parts.assignments), displays_(parts.displays),
     pointer_(parts.pointer), frames_(parts.frames), awaited_(parts.awaited), access_(access), geometry_(geometry),
     presenter_(presenter), arrangement_(arrangement) {}
 
@@ -47,12 +48,34 @@ std::vector<std::string> PlacementReport::whyItStays(const ManagedWindow& window
     return kova::whyItStays(situation);
 }
 
+void PlacementReport::readFrames(std::function<void()> read) {
+    std::vector<std::pair<std::string, AccessibilityElement>> windows;
+    for (const auto& [windowID, requested] : geometry_.framesOfTiledWindows()) {
+        if (const ManagedWindow* window = liveWindows_.find(windowID)) windows.emplace_back(windowID, window->element);
+    }
+    auto take = lifetime_.guard([this, read = std::move(read)](const Frames& frames) {
+        framesRead_ = frames;
+        read();
+        services_.queue.post(lifetime_.guard([this] { framesRead_.clear(); }));
+    });
+    services_.pollingQueue.post([service = sharedService_, &queue = services_.queue, windows = std::move(windows),
+                                 take = std::move(take)]() mutable {
+        Frames frames;
+        for (const auto& [windowID, element] : windows) frames[windowID] = service->readFrame(element);
+        // The service travels along, so that the last hold on it is given up on the main thread.
+        queue.post([frames = std::move(frames), service = std::move(service), take = std::move(take)]() mutable {
+            take(frames);
+        });
+    });
+}
+
 std::vector<PlacementFinding> PlacementReport::verifyPlacements() const {
     std::vector<PlacementFinding> findings;
     for (const auto& [windowID, requested] : geometry_.framesOfTiledWindows()) {
         const ManagedWindow* window = liveWindows_.find(windowID);
         if (!window) continue;
         PlacementFinding finding{windowID, *assignments_.targetOf(windowID), requested, window->frame, {}};
+        if (const auto read = framesRead_.find(windowID); read != framesRead_.end()) finding.actualFrame = read->second;
         using enum PlacementVerdict;
         if (presenter_.isLeftAlone(*window) || !window->isVisible) {
             finding.verdict = leftAlone;

@@ -1,6 +1,7 @@
 // Requested against actual frames: what keeps a window where it is, and repairs.
 #pragma once
 
+#include "support/Lifetime.h"
 #include "windowing/AccessibilityWindowService.h"
 #include "workspace/Arrangement.h"
 #include "workspace/AwaitedWindows.h"
@@ -15,8 +16,13 @@
 #include "workspace/WindowStay.h"
 #include "workspace/WorkspaceAccess.h"
 #include "workspace/WorkspaceRecords.h"
+#include "workspace/WorkspaceServices.h"
 #include "workspace/WorkspaceState.h"
 
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,6 +35,9 @@ class PlacementReport {
     PlacementReport(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry, WindowPresenter& presenter,
                     Arrangement& arrangement);
 
+    /// Reads the frames of all windows in front of tiles on the polling queue. `read` is called on the main queue; what
+    /// it does, and what it posts, compares these frames instead of those of the last poll.
+    void readFrames(std::function<void()> read);
     /// Compares the frames of all windows in front of tiles with what was requested.
     std::vector<PlacementFinding> verifyPlacements() const;
     Outcome repairPlacements();
@@ -36,6 +45,10 @@ class PlacementReport {
     std::vector<std::string> whyItStays(const ManagedWindow& window) const;
 
   private:
+    using Frames = std::map<std::string, std::optional<CGRect>>; // window-service space, by window id
+
+    const WorkspaceServices& services_;
+    std::shared_ptr<AccessibilityWindowService> sharedService_; // for the polling queue
     AccessibilityWindowService& windowService_;
     WorkspaceState& state_;
     LiveWindows& liveWindows_;
@@ -48,6 +61,8 @@ class PlacementReport {
     TileGeometry& geometry_;
     WindowPresenter& presenter_;
     Arrangement& arrangement_;
+    Frames framesRead_;
+    Lifetime lifetime_;
 };
 
 } // namespace kova

@@ -125,6 +125,7 @@ class WorkspaceController {
         return ops_.commands.windowLastFocusedOn(displayID);
     }
     std::optional<std::string> whyWindowsStay() const { return ops_.arrangement.whyWindowsStay(); }
+    void readFrames(std::function<void()> read) { ops_.report.readFrames(std::move(read)); }
     std::vector<PlacementFinding> verifyPlacements() const { return ops_.report.verifyPlacements(); }
     std::vector<std::string> whyItStays(const ManagedWindow& window) const { return ops_.report.whyItStays(window); }
 
