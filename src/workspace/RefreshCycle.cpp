@@ -81,7 +81,8 @@ void RefreshCycle::invalidateOlderPolls() {
 
 bool RefreshCycle::awaitCurrent(std::function<void()> work) {
     const auto count = changes_.changeCount();
-    const bool isCurrent = count && count == appliedChangeCount_;
+    // Announcements that can get lost or come late prove nothing.
+    const bool isCurrent = count && count == appliedChangeCount_ && !changes_.longestRest();
     if (waiting_.empty() && (isCurrent || !isRunning_ || isSuspended_)) return false;
     if (waiting_.empty()) {
         waitingDeadline_ = queue_.after(kLongestWait, lifetime_.guard([this] { runAllWaiting(); }));

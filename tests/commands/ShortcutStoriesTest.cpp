@@ -59,7 +59,7 @@ TEST_F(Keys, AssignedByTheUserDriveCommandsForOneWindow) {
 TEST_F(Keys, ArrangeAWindowThatWasOpenedJustBeforeAndActInTheOrderOfTheirPresses) {
     desk.layout("jarvis.quad-grid").settle();
     desk.desktop.pollingQueue().setJobDuration(Seconds(0.05));
-    desk.desktop.open("Notes");
+    desk.opens("Notes");
     keyboard.press(keyCode::a, kFocus);
     desk.settle();
     const std::string notes = desk.desktop.windowIDOf("Notes");

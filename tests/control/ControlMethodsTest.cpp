@@ -38,9 +38,9 @@ TEST_F(AgentMethods, EveryMethodIsDocumentedWithAnExampleThatWorks) {
 }
 
 TEST_F(AgentMethods, KnowWindowsThatWereOpenedJustBefore) {
-    desk.desktop.open("Codex");
+    desk.opens("Codex");
     EXPECT_TRUE(result("place", {{"window", "Codex"}, {"tile", "1"}, {"dryRun", true}}).contains("message"));
-    desk.desktop.open("Firefox");
+    desk.opens("Firefox");
     const json plan = result("arrange", {{"dryRun", true}});
     EXPECT_EQ(plan["placements"].size() + plan["surplus"].size(), 5u) << plan;
 }

@@ -76,7 +76,7 @@ TEST(RefreshStories, WorkAwaitsAPollThatBeginsAfterTheLastChange) {
             order.push_back(name + " " + std::to_string(desk.controller().liveWindows().size()));
         });
     };
-    EXPECT_EQ(awaits("unchanged"), !desk.desktop.changeCount());
+    EXPECT_EQ(awaits("unchanged"), desk.desktop.longestRest().has_value());
     desk.settle();
     order.clear();
 
