@@ -1,6 +1,6 @@
 // The time of an undo compared with a program that only sends the same requests: 100 windows of a private X server
-// without a window manager, from the command until the server has carried it out. They run alternately; the result is the
-// median of each. The number of flushes is printed as well; one is enough.
+// without a window manager, from the command until the server has carried it out. They run alternately; the result is
+// the median of each. The number of flushes is printed as well; one is enough.
 //
 //   undo_benchmark [ROUNDS]
 #include "benchmarks/RealWorkspace.h"
