@@ -16,11 +16,11 @@ ReturnOfResidents withResidentsBack(const TileAssignments& held, TileAssignments
         const auto targets = held.targetsAnchorFirst(window);
         if (targets.empty()) {
             if (before.stackTargetOf(window) != held.stackTargetOf(window) || before.isAssigned(window)) {
-                back.regainedWaiting.push_back(window);
+                back.returnedWaiting.push_back(window);
             }
             continue;
         }
-        if (before.targetsAnchorFirst(window) != targets) back.regainedFronts.push_back(window);
+        if (before.targetsAnchorFirst(window) != targets) back.returnedFronts.push_back(window);
         for (auto& loser : back.assignments.assign(window, targets)) evicted.insert(std::move(loser));
     }
     for (const auto& [target, stack] : held.stackWindowIDsByTarget) {
@@ -32,7 +32,7 @@ ReturnOfResidents withResidentsBack(const TileAssignments& held, TileAssignments
         const auto lost = before.targetOf(loser);
         if (lost && !back.assignments.isInAnyTile(loser))
             back.assignments.insertIntoStack(*lost, loser, TileAssignments::StackPosition::behind);
-        back.regainedWaiting.push_back(loser);
+        back.returnedWaiting.push_back(loser);
     }
     back.assignments.putFrontsFirst();
     return back;
@@ -41,7 +41,7 @@ ReturnOfResidents withResidentsBack(const TileAssignments& held, TileAssignments
 void DisplayAbsence::leave(const std::string& key, const std::string& displayID, const TileAssignments& assignments) {
     TileAssignments held = assignments.onDisplay(displayID);
     for (const auto& window : held.windows()) {
-        if (isHomeless(window)) held.remove(window);
+        if (isDisplaced(window)) held.remove(window);
     }
     if (held != TileAssignments{}) homes_[key] = std::move(held);
 }
@@ -52,7 +52,7 @@ DisplayAbsence::Return DisplayAbsence::comeBack(const std::string& key, TileAssi
     return withResidentsBack(home.mapped(), std::move(assignments));
 }
 
-bool DisplayAbsence::isHomeless(const std::string& windowID) const {
+bool DisplayAbsence::isDisplaced(const std::string& windowID) const {
     return std::any_of(homes_.begin(), homes_.end(),
                        [&](const auto& home) { return home.second.isInAnyTile(windowID); });
 }

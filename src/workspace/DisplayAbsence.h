@@ -14,8 +14,8 @@ namespace kova {
 
 struct ReturnOfResidents {
     TileAssignments assignments;
-    std::vector<std::string> regainedFronts;  // in front again of tiles that they had lost meanwhile
-    std::vector<std::string> regainedWaiting; // behind others again, and were not meanwhile
+    std::vector<std::string> returnedFronts;  // in front again of tiles that they had lost meanwhile
+    std::vector<std::string> returnedWaiting; // behind others again, and were not meanwhile
 };
 /// The assignments with the windows of `held` in the places that they have there, in front of those that came into
 /// these tiles meanwhile.
@@ -27,11 +27,11 @@ class DisplayAbsence {
     void leave(const std::string& key, const std::string& displayID, const TileAssignments& assignments);
 
     using Return = ReturnOfResidents;
-    /// Everybody who was not forgotten is back in their slot, in front of who came there meanwhile.
+    /// Restores every remembered window to its tile, in front of windows placed there in the meantime.
     Return comeBack(const std::string& key, TileAssignments assignments);
     bool holds(const std::string& key) const { return homes_.contains(key); }
 
-    bool isHomeless(const std::string& windowID) const;
+    bool isDisplaced(const std::string& windowID) const;
     /// The user has put the window elsewhere.
     void forget(const std::string& windowID);
     void forgetAll() { homes_.clear(); }

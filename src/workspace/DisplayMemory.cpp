@@ -90,21 +90,21 @@ void DisplayMemory::takeBack(DisplayAbsence& homes, const std::string& key, Tile
     if (!homes.holds(key)) return;
     auto back = homes.comeBack(key, std::move(assignments));
     assignments = std::move(back.assignments);
-    noteRegained(back.regainedFronts, back.regainedWaiting);
+    noteReturned(back.returnedFronts, back.returnedWaiting);
 }
 
 void DisplayMemory::leaveLayout(const std::string& displayID, const std::string& layoutID,
                                 const TileAssignments& assignments) {
-    outgrown_.leave(layoutKey(displayID, layoutID), displayID, assignments);
+    formerLayouts_.leave(layoutKey(displayID, layoutID), displayID, assignments);
 }
 
 void DisplayMemory::takeBackLayout(const std::string& displayID, const std::string& layoutID,
                                    TileAssignments& assignments) {
-    takeBack(outgrown_, layoutKey(displayID, layoutID), assignments);
+    takeBack(formerLayouts_, layoutKey(displayID, layoutID), assignments);
 }
 
 void DisplayMemory::forgetLayouts(const std::string& displayID) {
-    outgrown_.forgetKeys(layoutKey(displayID, ""));
+    formerLayouts_.forgetKeys(layoutKey(displayID, ""));
     for (const auto& window : crowded_.onDisplay(displayID).windows()) crowded_.remove(window);
 }
 
@@ -112,7 +112,7 @@ void DisplayMemory::noteArrangement(const TileAssignments& assignments) {
     if (absence_.homes().empty() || crowded_ != TileAssignments{}) return;
     crowded_ = assignments;
     for (const auto& window : assignments.windows()) {
-        if (absence_.isHomeless(window)) crowded_.remove(window);
+        if (absence_.isDisplaced(window)) crowded_.remove(window);
     }
 }
 
@@ -122,16 +122,16 @@ void DisplayMemory::takeBackCrowdedOut(TileAssignments& assignments, const std::
     TileAssignments held = std::exchange(crowded_, {});
     std::erase_if(held.assignedWindowIDs,
                   [&](const auto& tile) { return !connected.contains(displayIDOf(tile.first)); });
-    noteRegained(returnToFreeTiles(held, assignments, isPutAway), {});
+    noteReturned(returnToFreeTiles(held, assignments, isPutAway), {});
 }
 
-void DisplayMemory::noteRegained(const std::vector<std::string>& fronts, const std::vector<std::string>& waiting) {
-    regainedFronts_.insert(fronts.begin(), fronts.end());
-    regainedWaiting_.insert(waiting.begin(), waiting.end());
+void DisplayMemory::noteReturned(const std::vector<std::string>& fronts, const std::vector<std::string>& waiting) {
+    windowsToShow_.insert(fronts.begin(), fronts.end());
+    windowsToHide_.insert(waiting.begin(), waiting.end());
 }
 
-DisplayMemory::Regained DisplayMemory::takeRegained() {
-    return {std::exchange(regainedFronts_, {}), std::exchange(regainedWaiting_, {})};
+DisplayMemory::Returned DisplayMemory::takeReturned() {
+    return {std::exchange(windowsToShow_, {}), std::exchange(windowsToHide_, {})};
 }
 
 const ShownLayout* DisplayMemory::shown(const std::string& displayID) const {
@@ -150,8 +150,8 @@ bool DisplayMemory::noteShown(const std::string& displayID, const std::string& l
 void DisplayMemory::carryLayout(WorkspaceProfile& profile, const std::string& formerID, const std::string& newID) {
     const bool hasItsOwn = profile.layoutSelectionsByDisplay.contains(newID);
     copyDisplay(profile, formerID, newID);
-    if (carried_.erase(formerID) > 0) eraseDisplay(profile, formerID);
-    if (!hasItsOwn) carried_.insert(newID);
+    if (inheritedLayouts_.erase(formerID) > 0) eraseDisplay(profile, formerID);
+    if (!hasItsOwn) inheritedLayouts_.insert(newID);
 }
 
 void DisplayMemory::beginSettling() {
@@ -163,36 +163,36 @@ void DisplayMemory::beginSettling() {
 
 void DisplayMemory::forget(const std::string& windowID) {
     absence_.forget(windowID);
-    outgrown_.forget(windowID);
+    formerLayouts_.forget(windowID);
     crowded_.remove(windowID);
     strandedFloats_.forget(windowID);
 }
 
 void DisplayMemory::forgetAllWindows() {
     absence_.forgetAll();
-    outgrown_.forgetAll();
+    formerLayouts_.forgetAll();
     crowded_ = {};
     strandedFloats_.forgetAll();
 }
 
 void DisplayMemory::keepOnly(const std::set<std::string>& windowIDs) {
     absence_.keepOnly(windowIDs);
-    outgrown_.keepOnly(windowIDs);
+    formerLayouts_.keepOnly(windowIDs);
     crowded_.keepOnly(windowIDs);
     strandedFloats_.keepOnly(windowIDs);
 }
 
 void DisplayMemory::rename(const std::string& windowID, const std::string& newID) {
     absence_.rename(windowID, newID);
-    outgrown_.rename(windowID, newID);
+    formerLayouts_.rename(windowID, newID);
     crowded_.rename(windowID, newID);
     strandedFloats_.rename(windowID, newID);
-    renameIn(regainedFronts_, windowID, newID);
-    renameIn(regainedWaiting_, windowID, newID);
+    renameIn(windowsToShow_, windowID, newID);
+    renameIn(windowsToHide_, windowID, newID);
 }
 
 void DisplayMemory::renameDisplay(const std::string& displayID, const std::string& newID) {
-    outgrown_.renameDisplay(displayID, newID);
+    formerLayouts_.renameDisplay(displayID, newID);
     crowded_.renameDisplay(displayID, newID);
     strandedFloats_.renameDisplay(displayID, newID);
     renameKey(shown_, displayID, newID);

@@ -168,7 +168,7 @@ void TileAssignments::adopt(const std::string& windowID, const TileAssignments& 
     const auto targets = other.targetsAnchorFirst(windowID);
     if (targets.empty()) return;
     insertIntoStack(targets.front(), windowID, StackPosition::front);
-    (void)assign(windowID, targets); // who was there was not in `other`
+    (void)assign(windowID, targets); // windows displaced here were not in `other`
 }
 
 void TileAssignments::rename(const std::string& windowID, const std::string& newID) {
