@@ -172,9 +172,9 @@ std::vector<std::string> DisplayChanges::placeFrontsOfAbsentDisplays() {
         return !tile.windowID && tile.stack.empty() && !isZoomedOver(tile);
     };
     std::vector<std::pair<std::string, std::string>> displaced; // slot id, window id
-    for (const auto& [displayID, held] : displays_.absentDisplays()) {
+    for (const auto& [absent, held] : displays_.absentDisplays()) {
         for (const auto& [target, windowID] : held.assignedWindowIDs) {
-            const auto slot = slotIDOn(displayID, target);
+            const auto slot = slotIDOn(absent.displayID, target);
             auto now = assignments_.targetOf(windowID);
             if (!now) now = assignments_.stackTargetOf(windowID); // it waits behind another window
             const bool hasTile = (now && geometry_.screenOfTarget(*now)) || held.targetOf(windowID) != target;
@@ -207,10 +207,10 @@ std::vector<std::string> DisplayChanges::placeFrontsOfAbsentDisplays() {
 /// tile, best the one of the same name. Gives those that wait elsewhere now.
 std::vector<std::string> DisplayChanges::takeWaitingAlong() {
     std::vector<std::string> taken;
-    for (const auto& [displayID, held] : displays_.absentDisplays()) {
+    for (const auto& [absent, held] : displays_.absentDisplays()) {
         for (const auto& [home, stack] : held.stackWindowIDsByTarget) {
             const auto front = held.assignedWindowIDs.find(home);
-            const auto slot = slotIDOn(displayID, home);
+            const auto slot = slotIDOn(absent.displayID, home);
             std::optional<std::string> there;
             if (front != held.assignedWindowIDs.end()) there = assignments_.targetOf(front->second);
             if (!there || !geometry_.screenOfTarget(*there)) {

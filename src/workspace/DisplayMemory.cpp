@@ -10,10 +10,6 @@ namespace kova {
 
 namespace {
 
-std::string layoutKey(const std::string& displayID, const std::string& layoutID) {
-    return displayID + "\n" + layoutID;
-}
-
 /// The windows that front tiles of `held`, are in no tile and are put away front free tiles of `held`, their own if
 /// possible. Gives them.
 std::vector<std::string> returnToFreeTiles(const TileAssignments& held, TileAssignments& assignments,
@@ -44,16 +40,16 @@ std::vector<DisplayMemory::Renaming> DisplayMemory::noteConnected(const std::set
                                                                   TileAssignments& assignments) {
     for (const auto& id : before) {
         if (now.contains(id)) continue;
-        absence_.leave(id, id, assignments);
+        absence_.leave({id}, assignments);
         if (isNamedByFrame(id)) recentlyGone_.insert(id);
     }
     std::set<std::string> unknown;
     for (const auto& id : now) {
         if (before.contains(id)) continue;
         const bool isKnown =
-            recentlyGone_.erase(id) > 0 || absence_.holds(id) || assignments.onDisplay(id) != TileAssignments{};
+            recentlyGone_.erase(id) > 0 || absence_.holds({id}) || assignments.onDisplay(id) != TileAssignments{};
         if (isKnown) {
-            takeBack(absence_, id, assignments);
+            takeBack(absence_, {id}, assignments);
         } else {
             unknown.insert(id);
         }
@@ -61,14 +57,14 @@ std::vector<DisplayMemory::Renaming> DisplayMemory::noteConnected(const std::set
     std::vector<Renaming> renamings;
     for (const auto& [formerID, newID] : successorsOfDisplays(recentlyGone_, unknown)) {
         recentlyGone_.erase(formerID);
-        takeBack(absence_, formerID, assignments);
+        takeBack(absence_, {formerID}, assignments);
         renamings.push_back({formerID, newID});
     }
     return renamings;
 }
 
 void DisplayMemory::leaveDisplay(const std::string& displayID, const TileAssignments& assignments) {
-    absence_.leave(displayID, displayID, assignments);
+    absence_.leave({displayID}, assignments);
 }
 
 void DisplayMemory::leaveAbsentDisplays(const TileAssignments& assignments, const std::set<std::string>& connected) {
@@ -78,15 +74,15 @@ void DisplayMemory::leaveAbsentDisplays(const TileAssignments& assignments, cons
         if (!connected.contains(id)) absent.insert(id);
     }
     for (const auto& id : absent) {
-        if (!absence_.holds(id)) absence_.leave(id, id, assignments);
+        if (!absence_.holds({id})) absence_.leave({id}, assignments);
     }
 }
 
 void DisplayMemory::takeBackDisplay(const std::string& displayID, TileAssignments& assignments) {
-    takeBack(absence_, displayID, assignments);
+    takeBack(absence_, {displayID}, assignments);
 }
 
-void DisplayMemory::takeBack(DisplayAbsence& homes, const std::string& key, TileAssignments& assignments) {
+void DisplayMemory::takeBack(DisplayAbsence& homes, const AbsenceKey& key, TileAssignments& assignments) {
     if (!homes.holds(key)) return;
     auto back = homes.comeBack(key, std::move(assignments));
     assignments = std::move(back.assignments);
@@ -95,16 +91,16 @@ void DisplayMemory::takeBack(DisplayAbsence& homes, const std::string& key, Tile
 
 void DisplayMemory::leaveLayout(const std::string& displayID, const std::string& layoutID,
                                 const TileAssignments& assignments) {
-    formerLayouts_.leave(layoutKey(displayID, layoutID), displayID, assignments);
+    formerLayouts_.leave({displayID, layoutID}, assignments);
 }
 
 void DisplayMemory::takeBackLayout(const std::string& displayID, const std::string& layoutID,
                                    TileAssignments& assignments) {
-    takeBack(formerLayouts_, layoutKey(displayID, layoutID), assignments);
+    takeBack(formerLayouts_, {displayID, layoutID}, assignments);
 }
 
 void DisplayMemory::forgetLayouts(const std::string& displayID) {
-    formerLayouts_.forgetKeys(layoutKey(displayID, ""));
+    formerLayouts_.forgetDisplay(displayID);
     for (const auto& window : crowded_.onDisplay(displayID).windows()) crowded_.remove(window);
 }
 

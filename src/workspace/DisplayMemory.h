@@ -44,12 +44,12 @@ class DisplayMemory {
     /// The same for every display with assignments that is not connected, unless it holds windows already.
     void leaveAbsentDisplays(const TileAssignments& assignments, const std::set<std::string>& connected);
     void takeBackDisplay(const std::string& displayID, TileAssignments& assignments);
-    bool holdsDisplay(const std::string& displayID) const { return absence_.holds(displayID); }
+    bool holdsDisplay(const std::string& displayID) const { return absence_.holds({displayID}); }
     /// The display that holds the window is away.
     bool isDisplaced(const std::string& windowID) const { return absence_.isDisplaced(windowID); }
     /// By the id of the display.
-    const std::map<std::string, TileAssignments>& absentDisplays() const { return absence_.homes(); }
-    void restoreAbsentDisplays(std::map<std::string, TileAssignments> held) { absence_.restore(std::move(held)); }
+    const std::map<AbsenceKey, TileAssignments>& absentDisplays() const { return absence_.homes(); }
+    void restoreAbsentDisplays(std::map<AbsenceKey, TileAssignments> held) { absence_.restore(std::move(held)); }
     /// The assignments were set back to an earlier time.
     void restate(const TileAssignments& assignments) { absence_.restate(assignments); }
 
@@ -105,7 +105,7 @@ class DisplayMemory {
     void renameDisplay(const std::string& displayID, const std::string& newID);
 
   private:
-    void takeBack(DisplayAbsence& homes, const std::string& key, TileAssignments& assignments);
+    void takeBack(DisplayAbsence& homes, const AbsenceKey& key, TileAssignments& assignments);
 
     MainQueue& queue_;
     std::function<void()> settled_;

@@ -36,7 +36,9 @@ std::optional<WorkspaceSession> SessionTaker::describeSession() {
     if (session_.isUnread() || *state_.permissionState != AccessibilityPermissionState::granted) return std::nullopt;
     WorkspaceSession session;
     session.tiles = sessionTiles(assignments_);
-    for (const auto& [id, held] : displays_.absentDisplays()) session.awayDisplays[id] = sessionTiles(held);
+    for (const auto& [absent, held] : displays_.absentDisplays()) {
+        session.awayDisplays[absent.displayID] = sessionTiles(held);
+    }
     for (const auto& [space, tiles] : tileMemory_.spaces().places())
         session.otherSpaces.push_back({space, sessionTiles(tiles)});
     std::set<pid_t> recorded;
@@ -114,10 +116,10 @@ bool SessionTaker::takeUpSession() {
 /// known of the windows.
 void SessionTaker::takeUpTiles(const WorkspaceSession& session, const ResumedWindows& resumed) {
     assignments_ = resumedTiles(session.tiles, resumed);
-    std::map<std::string, TileAssignments> homes;
+    std::map<AbsenceKey, TileAssignments> homes;
     for (const auto& [id, tiles] : session.awayDisplays) {
         auto held = resumedTiles(tiles, resumed);
-        if (held != TileAssignments{}) homes[id] = std::move(held);
+        if (held != TileAssignments{}) homes[{id}] = std::move(held);
     }
     displays_.restoreAbsentDisplays(std::move(homes));
     std::vector<SpaceMemory::Places> places;

@@ -6,10 +6,6 @@
 
 namespace kova {
 
-std::string displayIDOf(const std::string& targetID) {
-    return targetID.substr(0, targetID.find("::"));
-}
-
 std::optional<std::string> TileAssignments::targetOf(const std::string& windowID) const {
     if (const auto anchor = anchorTargetIDsByWindowID.find(windowID); anchor != anchorTargetIDsByWindowID.end()) {
         return anchor->second;

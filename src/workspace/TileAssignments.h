@@ -4,6 +4,8 @@
 // twice.
 #pragma once
 
+#include "layout/TileSpans.h"
+
 #include <map>
 #include <optional>
 #include <set>
@@ -11,9 +13,6 @@
 #include <vector>
 
 namespace kova {
-
-/// The display of a tile-target id.
-std::string displayIDOf(const std::string& targetID);
 
 struct TileAssignments {
     std::map<std::string, std::string> assignedWindowIDs;                   // tile-target id -> window id
