@@ -21,7 +21,7 @@ class LayoutFollower {
 
     void migrateChangedDisplays();
     void migrateFromMissingTiles();
-    void presentReturned();
+    void presentRegained();
 
   private:
     AccessibilityWindowService& windowService_;

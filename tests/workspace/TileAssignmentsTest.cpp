@@ -59,7 +59,7 @@ TEST(TileAssignments, DeadWindowsLeaveNothingBehind) {
     TileAssignments tiles;
     (void)tiles.assign("wide", {"D::a", "D::b"});
     tiles.insertIntoStack("D::c", "alone", front);
-    tiles.keepOnly({"another"});
+    tiles.keepOnly({"somebody"});
     EXPECT_EQ(tiles, TileAssignments{});
 }
 

@@ -3,9 +3,10 @@
 #pragma once
 
 #include "platform/x11/Displays.h"
-#include "platform/x11/SteppedReading.h"
+#include "platform/x11/PendingReplies.h"
 
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace kova::x11 {
@@ -21,9 +22,9 @@ class DisplayReader {
     void begin();
     /// Uses the replies that have arrived; true when `monitors` has just become complete.
     bool advance();
-    bool isAsking() const { return reading_.isUnderWay(); }
+    bool isAsking() const { return !questions_.isEmpty(); }
     /// Whether requests were buffered since the last call.
-    bool hasUnsent() { return reading_.hasUnsent(); }
+    bool hasUnsent() { return std::exchange(hasUnsent_, false); }
     void wait();
     const std::vector<Monitor>& monitors() const { return monitors_; }
     /// Whether the server reports monitors; if it reports none, all are off.
@@ -34,8 +35,10 @@ class DisplayReader {
 
     const XConnection& connection_;
     std::optional<std::uint8_t> eventBase_;
-    SteppedReading reading_;
+    PendingReplies questions_;
     std::vector<Monitor> monitors_, coming_;
+    bool startsOver_ = false;
+    bool hasUnsent_ = false;
     bool isTold_ = false;
 };
 

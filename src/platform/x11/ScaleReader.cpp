@@ -24,8 +24,7 @@ int screenNumberOf(const XConnection& connection) {
 
 } // namespace
 
-ScaleReader::ScaleReader(const XConnection& connection) :
-    connection_(connection), reading_(connection, [this](PendingReplies& replies) { addRequests(replies); }) {
+ScaleReader::ScaleReader(const XConnection& connection) : connection_(connection) {
     const std::string name = "_XSETTINGS_S" + std::to_string(screenNumberOf(connection));
     const XReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
         connection.get(), xcb_intern_atom(connection.get(), 0, static_cast<std::uint16_t>(name.size()), name.data()),
@@ -54,16 +53,21 @@ bool ScaleReader::isHint(const xcb_generic_event_t& event) const {
     }
 }
 
-void ScaleReader::addRequests(PendingReplies& replies) {
-    replies.add(
+void ScaleReader::begin() {
+    if (isAsking()) {
+        startsOver_ = true;
+        return;
+    }
+    hasUnsent_ = true;
+    questions_.add(
         connection_.askProperty(connection_.root(), XCB_ATOM_RESOURCE_MANAGER, kMostSettingWords),
         [this](const void* reply) {
             const PropertyView property = settingsIn(reply);
             const auto* text = reinterpret_cast<const char*>(property.bytes.data());
             resourceDotsPerInch_ = property.format == 8 ? dotsPerInchIn({text, property.bytes.size()}) : std::nullopt;
         });
-    replies.add(xcb_get_selection_owner(connection_.get(), selection_),
-                [this](const void* reply) { takeOwner(reply); });
+    questions_.add(xcb_get_selection_owner(connection_.get(), selection_),
+                   [this](const void* reply) { takeOwner(reply); });
 }
 
 void ScaleReader::takeOwner(const void* reply) {
@@ -74,22 +78,31 @@ void ScaleReader::takeOwner(const void* reply) {
     // Events are selected before the settings are requested, so that no change is lost.
     const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(connection_.get(), owner_, XCB_CW_EVENT_MASK, &mask);
-    reading_.replies().add(connection_.askProperty(owner_, connection_.atoms()[Atom::xsettings], kMostSettingWords),
-                           [this](const void* settings) {
-                               const PropertyView property = settingsIn(settings);
-                               if (property.format == 8) shared_ = sharedSettingsIn(property.bytes);
-                           });
+    questions_.add(connection_.askProperty(owner_, connection_.atoms()[Atom::xsettings], kMostSettingWords),
+                   [this](const void* settings) {
+                       const PropertyView property = settingsIn(settings);
+                       if (property.format == 8) shared_ = sharedSettingsIn(property.bytes);
+                   });
 }
 
 bool ScaleReader::advance() {
-    if (!reading_.advance()) return false;
+    if (!isAsking() || !questions_.collect(connection_)) return false;
+    questions_.take();
+    if (isAsking()) {
+        hasUnsent_ = true; // the requests of the second step
+        return false;
+    }
+    if (std::exchange(startsOver_, false)) {
+        begin();
+        return false;
+    }
     const double before = std::exchange(scale_, scaleOf(shared_, resourceDotsPerInch_));
     return scale_ != before;
 }
 
 void ScaleReader::wait() {
     while (isAsking()) {
-        reading_.waitForStep();
+        questions_.wait(connection_);
         advance();
     }
 }

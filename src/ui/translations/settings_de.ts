@@ -132,6 +132,82 @@
     </message>
 </context>
 <context>
+    <name>kova::ui::ApplicationsPane</name>
+    <message>
+        <source>Applications</source>
+        <translation>Anwendungen</translation>
+    </message>
+    <message>
+        <source>Browser</source>
+        <translation>Browser</translation>
+    </message>
+    <message>
+        <source>Productivity</source>
+        <translation>Produktivität</translation>
+    </message>
+    <message>
+        <source>Coding agent</source>
+        <translation>Coding-Agent</translation>
+    </message>
+    <message>
+        <source>Utility</source>
+        <translation>Dienstprogramm</translation>
+    </message>
+    <message>
+        <source>Other</source>
+        <translation>Andere</translation>
+    </message>
+    <message>
+        <source>%1 (preferred)</source>
+        <translation>%1 (bevorzugt)</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <comment>tile of layout</comment>
+        <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>%1 (put there by you)</source>
+        <translation>%1 (von Ihnen dorthin gelegt)</translation>
+    </message>
+    <message>
+        <source>%1 (seldom)</source>
+        <translation>%1 (selten)</translation>
+    </message>
+    <message>
+        <source>Arrangements choose a tile for a window by the role of its application and by where it was kept before. A minimum size is what a window has shown by refusing to shrink.</source>
+        <translation>Beim Anordnen wird die Kachel eines Fensters nach der Rolle seiner Anwendung gewählt und danach, wo es bisher lag. Eine Mindestgröße hat ein Fenster gezeigt, indem es sich nicht weiter verkleinern ließ.</translation>
+    </message>
+    <message>
+        <source>What was learned of each application. Delete forgets it</source>
+        <translation>Was über jede Anwendung gelernt wurde. Entf vergisst es</translation>
+    </message>
+    <message>
+        <source>Application</source>
+        <translation>Anwendung</translation>
+    </message>
+    <message>
+        <source>Role</source>
+        <translation>Rolle</translation>
+    </message>
+    <message>
+        <source>Minimum size</source>
+        <translation>Mindestgröße</translation>
+    </message>
+    <message>
+        <source>Tiles</source>
+        <translation>Kacheln</translation>
+    </message>
+    <message>
+        <source>&amp;Forget</source>
+        <translation>&amp;Vergessen</translation>
+    </message>
+    <message>
+        <source>Drops what was learned of the selected application; it is learned again</source>
+        <translation>Verwirft, was über die ausgewählte Anwendung gelernt wurde; es wird neu gelernt</translation>
+    </message>
+</context>
+<context>
     <name>kova::ui::GeneralPane</name>
     <message>
         <source>General</source>
@@ -253,6 +329,394 @@
 −%2 × %3 pt</source>
         <translation>%1
 −%2 × %3 pt</translation>
+    </message>
+</context>
+<context>
+    <name>kova::ui::RuleTable</name>
+    <message>
+        <source>Rule</source>
+        <translation>Regel</translation>
+    </message>
+    <message>
+        <source>For</source>
+        <translation>Für</translation>
+    </message>
+    <message>
+        <source>What happens</source>
+        <translation>Was geschieht</translation>
+    </message>
+    <message>
+        <source>Open windows</source>
+        <translation>Offene Fenster</translation>
+    </message>
+</context>
+<context>
+    <name>kova::ui::RuleTexts</name>
+    <message>
+        <source>Tile %1</source>
+        <translation>Kachel %1</translation>
+    </message>
+    <message>
+        <source>Float</source>
+        <translation>Schweben lassen</translation>
+    </message>
+    <message>
+        <source>Ignore</source>
+        <translation>Ignorieren</translation>
+    </message>
+    <message>
+        <source>“%1” in the title</source>
+        <translation>„%1“ im Titel</translation>
+    </message>
+    <message>
+        <source>%1 – %2</source>
+        <translation>%1 – %2</translation>
+    </message>
+    <message>
+        <source>Not known: there are too many rules.</source>
+        <translation>Nicht bekannt: Es gibt zu viele Regeln.</translation>
+    </message>
+    <message>
+        <source>No open window matches now.</source>
+        <translation>Zurzeit passt kein offenes Fenster.</translation>
+    </message>
+    <message>
+        <source>%1 (an earlier rule decides)</source>
+        <translation>%1 (eine frühere Regel entscheidet)</translation>
+    </message>
+</context>
+<context>
+    <name>kova::ui::RulesPane</name>
+    <message>
+        <source>Rules</source>
+        <translation>Regeln</translation>
+    </message>
+    <message>
+        <source>&amp;Continuously apply window rules</source>
+        <translation>Fensterregeln &amp;ständig anwenden</translation>
+    </message>
+    <message>
+        <source>Applies the rules to the windows that are open and to each new one, once</source>
+        <translation>Wendet die Regeln je einmal auf die offenen Fenster und auf jedes neue an</translation>
+    </message>
+    <message>
+        <source>Rules are explainable and run only when continuous management is enabled.</source>
+        <translation>Regeln sind nachvollziehbar und wirken nur, solange sie ständig angewendet werden.</translation>
+    </message>
+    <message>
+        <source>What a new rule does with the windows of the application</source>
+        <translation>Was eine neue Regel mit den Fenstern der Anwendung macht</translation>
+    </message>
+    <message>
+        <source>&amp;New rule:</source>
+        <translation>&amp;Neue Regel:</translation>
+    </message>
+    <message>
+        <source>Rule for &amp;Focused App</source>
+        <translation>Regel für &amp;fokussierte App</translation>
+    </message>
+    <message>
+        <source>Adds a rule for the application whose window had the keyboard last</source>
+        <translation>Fügt eine Regel für die Anwendung hinzu, deren Fenster zuletzt die Tastatur hatte</translation>
+    </message>
+    <message>
+        <source>Rule for a &amp;Window</source>
+        <translation>Regel für ein F&amp;enster</translation>
+    </message>
+    <message>
+        <source>Adds a rule for the application of an open window</source>
+        <translation>Fügt eine Regel für die Anwendung eines offenen Fensters hinzu</translation>
+    </message>
+    <message>
+        <source>E&amp;xclude from KOVA</source>
+        <translation>&amp;Von KOVA ausnehmen</translation>
+    </message>
+    <message>
+        <source>Adds a rule that leaves the windows of the application alone whose window had the keyboard last</source>
+        <translation>Fügt eine Regel hinzu, nach der die Fenster der Anwendung in Ruhe gelassen werden, deren Fenster zuletzt die Tastatur hatte</translation>
+    </message>
+    <message>
+        <source>Click the window that the rule is for. Escape cancels.</source>
+        <translation>Klicken Sie auf das Fenster, für das die Regel gelten soll. Esc bricht ab.</translation>
+    </message>
+    <message>
+        <source>The first rule that matches a window decides. Drag rules to change their order, or press Alt with the up or down arrow</source>
+        <translation>Die erste Regel, die auf ein Fenster passt, entscheidet. Ziehen Sie Regeln, um die Reihenfolge zu ändern, oder drücken Sie Alt mit dem Pfeil nach oben oder unten</translation>
+    </message>
+    <message>
+        <source>Move &amp;Up</source>
+        <translation>Nach &amp;oben</translation>
+    </message>
+    <message>
+        <source>The selected rule decides before the one above it</source>
+        <translation>Die ausgewählte Regel entscheidet vor der Regel darüber</translation>
+    </message>
+    <message>
+        <source>Move &amp;Down</source>
+        <translation>Nach &amp;unten</translation>
+    </message>
+    <message>
+        <source>The selected rule decides after the one below it</source>
+        <translation>Die ausgewählte Regel entscheidet nach der Regel darunter</translation>
+    </message>
+    <message>
+        <source>De&amp;lete</source>
+        <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <source>Deletes the selected rule</source>
+        <translation>Löscht die ausgewählte Regel</translation>
+    </message>
+    <message>
+        <source>Selected rule</source>
+        <translation>Ausgewählte Regel</translation>
+    </message>
+    <message>
+        <source>Any title</source>
+        <translation>Beliebiger Titel</translation>
+    </message>
+    <message>
+        <source>Only windows with this text in their title, in any case</source>
+        <translation>Nur Fenster mit diesem Text im Titel, gleich ob groß oder klein geschrieben</translation>
+    </message>
+    <message>
+        <source>What the selected rule does with a new window</source>
+        <translation>Was die ausgewählte Regel mit einem neuen Fenster macht</translation>
+    </message>
+    <message>
+        <source>&amp;Title contains:</source>
+        <translation>&amp;Titel enthält:</translation>
+    </message>
+    <message>
+        <source>W&amp;hat happens:</source>
+        <translation>&amp;Was geschieht:</translation>
+    </message>
+    <message>
+        <source>Open windows:</source>
+        <translation>Offene Fenster:</translation>
+    </message>
+    <message>
+        <source>Float</source>
+        <translation>Schweben lassen</translation>
+    </message>
+    <message>
+        <source>Ignore</source>
+        <translation>Ignorieren</translation>
+    </message>
+    <message>
+        <source>Tile %1</source>
+        <translation>Kachel %1</translation>
+    </message>
+    <message>
+        <source>&amp;Pick with the Pointer</source>
+        <translation>Mit dem &amp;Zeiger auswählen</translation>
+    </message>
+    <message>
+        <source>No focused application window found</source>
+        <translation>Kein fokussiertes Anwendungsfenster gefunden</translation>
+    </message>
+    <message>
+        <source>No window that KOVA manages is there</source>
+        <translation>Dort ist kein Fenster, das KOVA verwaltet</translation>
+    </message>
+</context>
+<context>
+    <name>kova::ui::ScenesPane</name>
+    <message>
+        <source>JSON files (*.json)</source>
+        <translation>JSON-Dateien (*.json)</translation>
+    </message>
+    <message>
+        <source>Export Scenes and Rules</source>
+        <translation>Szenen und Regeln exportieren</translation>
+    </message>
+    <message>
+        <source>Export failed: %1</source>
+        <translation>Export fehlgeschlagen: %1</translation>
+    </message>
+    <message>
+        <source>Import Scenes and Rules</source>
+        <translation>Szenen und Regeln importieren</translation>
+    </message>
+    <message>
+        <source>Import failed: %1</source>
+        <translation>Import fehlgeschlagen: %1</translation>
+    </message>
+    <message>
+        <source>larger than %1 MiB</source>
+        <translation>größer als %1 MiB</translation>
+    </message>
+    <message>
+        <source>“%1” is not UTF-8 text</source>
+        <translation>„%1“ ist kein UTF-8-Text</translation>
+    </message>
+    <message>
+        <source>A scene would be added from “%1”: %2</source>
+        <translation>Aus „%1“ käme eine Szene hinzu: %2</translation>
+    </message>
+    <message>
+        <source>%1 scenes would be added from “%2”: %3</source>
+        <translation>Aus „%2“ kämen %1 Szenen hinzu: %3</translation>
+    </message>
+    <message>
+        <source>A rule would be added from “%1”, as the last: %2</source>
+        <translation>Aus „%1“ käme als letzte eine Regel hinzu: %2</translation>
+    </message>
+    <message>
+        <source>%1 rules would be added from “%2”, as the last: %3</source>
+        <translation>Aus „%2“ kämen als letzte %1 Regeln hinzu: %3</translation>
+    </message>
+    <message>
+        <source>Nothing in “%1” is new.</source>
+        <translation>In „%1“ ist nichts Neues.</translation>
+    </message>
+    <message>
+        <source>There already, and left as they are: %1</source>
+        <translation>Schon vorhanden und unverändert: %1</translation>
+    </message>
+    <message>
+        <source>Scenes</source>
+        <translation>Szenen</translation>
+    </message>
+    <message>
+        <source>A Scene restores layouts, windows, tile stacks, display roles, and theme.</source>
+        <translation>Eine Szene stellt Layouts, Fenster, Kachelstapel, Bildschirmrollen und Thema wieder her.</translation>
+    </message>
+    <message>
+        <source>Scene name (optional)</source>
+        <translation>Name der Szene (optional)</translation>
+    </message>
+    <message>
+        <source>Without a name the scene is called after the time</source>
+        <translation>Ohne Namen heißt die Szene nach der Uhrzeit</translation>
+    </message>
+    <message>
+        <source>&amp;Capture Workspace as Scene</source>
+        <translation>Arbeitsbereich als Szene &amp;festhalten</translation>
+    </message>
+    <message>
+        <source>Saves the layouts, the windows in their tiles and the theme as they are now</source>
+        <translation>Sichert die Layouts, die Fenster in ihren Kacheln und das Thema, wie sie jetzt sind</translation>
+    </message>
+    <message>
+        <source>Return opens the selected scene, F2 renames it, Delete deletes it</source>
+        <translation>Die Eingabetaste öffnet die ausgewählte Szene, F2 benennt sie um, Entf löscht sie</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Windows</source>
+        <translation>Fenster</translation>
+    </message>
+    <message>
+        <source>Captured</source>
+        <translation>Festgehalten</translation>
+    </message>
+    <message>
+        <source>&amp;Open</source>
+        <translation>Ö&amp;ffnen</translation>
+    </message>
+    <message>
+        <source>Brings the layouts, windows and theme of the selected scene back</source>
+        <translation>Stellt Layouts, Fenster und Thema der ausgewählten Szene wieder her</translation>
+    </message>
+    <message>
+        <source>&amp;Rename</source>
+        <translation>&amp;Umbenennen</translation>
+    </message>
+    <message>
+        <source>Gives the selected scene another name</source>
+        <translation>Gibt der ausgewählten Szene einen anderen Namen</translation>
+    </message>
+    <message>
+        <source>De&amp;lete</source>
+        <translation>&amp;Löschen</translation>
+    </message>
+    <message>
+        <source>Deletes the selected scene; this can be undone</source>
+        <translation>Löscht die ausgewählte Szene; das lässt sich rückgängig machen</translation>
+    </message>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig</translation>
+    </message>
+    <message>
+        <source>Brings the scene back that was deleted last</source>
+        <translation>Holt die zuletzt gelöschte Szene zurück</translation>
+    </message>
+    <message>
+        <source>What opening the scene changes</source>
+        <translation>Was das Öffnen der Szene ändert</translation>
+    </message>
+    <message>
+        <source>A line for each difference between the selected scene and now</source>
+        <translation>Eine Zeile für jeden Unterschied zwischen der ausgewählten Szene und jetzt</translation>
+    </message>
+    <message>
+        <source>What</source>
+        <translation>Was</translation>
+    </message>
+    <message>
+        <source>In the scene</source>
+        <translation>In der Szene</translation>
+    </message>
+    <message>
+        <source>Now</source>
+        <translation>Jetzt</translation>
+    </message>
+    <message>
+        <source>Portable JSON · local-first</source>
+        <translation>Portables JSON · bleibt auf diesem Rechner</translation>
+    </message>
+    <message>
+        <source>&amp;Export…</source>
+        <translation>&amp;Exportieren …</translation>
+    </message>
+    <message>
+        <source>Writes all scenes and rules to a file that another machine can import</source>
+        <translation>Schreibt alle Szenen und Regeln in eine Datei, die ein anderer Rechner importieren kann</translation>
+    </message>
+    <message>
+        <source>&amp;Import…</source>
+        <translation>&amp;Importieren …</translation>
+    </message>
+    <message>
+        <source>Reads scenes and rules of a file and says what is new</source>
+        <translation>Liest Szenen und Regeln einer Datei und sagt, was neu ist</translation>
+    </message>
+    <message>
+        <source>&amp;Add</source>
+        <translation>&amp;Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Adds the new scenes and rules after those that are there</source>
+        <translation>Fügt die neuen Szenen und Regeln nach den vorhandenen hinzu</translation>
+    </message>
+    <message>
+        <source>Do &amp;Not Add</source>
+        <translation>&amp;Nicht hinzufügen</translation>
+    </message>
+    <message>
+        <source>Leaves scenes and rules as they are</source>
+        <translation>Lässt Szenen und Regeln, wie sie sind</translation>
+    </message>
+    <message>
+        <source>Picture of %1</source>
+        <translation>Bild von %1</translation>
+    </message>
+    <message>
+        <source>Opened or captured last</source>
+        <translation>Zuletzt geöffnet oder festgehalten</translation>
+    </message>
+    <message>
+        <source>There is no scene yet.</source>
+        <translation>Es gibt noch keine Szene.</translation>
+    </message>
+    <message>
+        <source>Nothing: the workspace is as in the scene.</source>
+        <translation>Nichts: Der Arbeitsbereich ist wie in der Szene.</translation>
     </message>
 </context>
 <context>

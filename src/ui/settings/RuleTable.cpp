@@ -1,0 +1,148 @@
+#include "ui/settings/RuleTable.h"
+
+#include "ui/settings/RuleTexts.h"
+#include "ui/windows/JsonText.h"
+
+#include <QDropEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <utility>
+
+namespace kova::ui {
+
+namespace {
+
+constexpr int kIDRole = Qt::UserRole;
+enum Column { kName, kCriterion, kAction, kWindows, kColumnCount };
+
+} // namespace
+
+RuleTable::RuleTable(QWidget* parent) : QTreeWidget(parent) {
+    setColumnCount(kColumnCount);
+    setHeaderLabels({tr("Rule"), tr("For"), tr("What happens"), tr("Open windows")});
+    setRootIsDecorated(false);
+    setUniformRowHeights(true);
+    setAllColumnsShowFocus(true);
+    setSelectionMode(SingleSelection);
+    setDragDropMode(InternalMove);
+    setDropIndicatorShown(true);
+    header()->setStretchLastSection(false);
+    header()->setSectionResizeMode(QHeaderView::Stretch);
+    header()->setSectionResizeMode(kAction, QHeaderView::ResizeToContents);
+    header()->setSectionResizeMode(kWindows, QHeaderView::ResizeToContents);
+    connect(this, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem* item, int column) {
+        if (isFilling_ || column != kName) return;
+        Q_EMIT switchWanted(item->data(kName, kIDRole).toString(), item->checkState(kName) == Qt::Checked);
+    });
+    connect(this, &QTreeWidget::currentItemChanged, this, [this] {
+        if (!isFilling_) Q_EMIT selectionMoved();
+    });
+}
+
+/// Rows stay as they are while the same rules are shown, since windows come and go during a drag, too.
+void RuleTable::show(const nlohmann::json& rules) {
+    isFilling_ = true;
+    if (!hasRowsOf(rules)) rebuild(static_cast<int>(rules.size()));
+    const QString before = std::exchange(selectedBefore_, {}), selected = awaited_.isEmpty() ? before : awaited_;
+    const int rowBefore = std::exchange(rowBefore_, -1);
+    int row = 0;
+    for (const nlohmann::json& rule : rules) {
+        QTreeWidgetItem* item = topLevelItem(row++);
+        item->setText(kName, memberText(rule, "name"));
+        item->setText(kCriterion, RuleTexts::criterion(rule));
+        item->setText(kAction, RuleTexts::action(rule));
+        item->setText(kWindows, RuleTexts::windowCount(rule));
+        item->setToolTip(kWindows, RuleTexts::windows(rule));
+        item->setCheckState(kName, rule.value("isEnabled", true) ? Qt::Checked : Qt::Unchecked);
+        item->setData(kName, kIDRole, memberText(rule, "id"));
+    }
+    if (!selected.isEmpty()) select(selected);
+    if (selectedRow() < 0 && rowBefore >= 0 && row > 0) { // it was deleted: its neighbor is next
+        setCurrentItem(topLevelItem(std::min(rowBefore, row - 1)));
+    }
+    isFilling_ = false;
+    Q_EMIT selectionMoved();
+}
+
+bool RuleTable::hasRowsOf(const nlohmann::json& rules) const {
+    if (static_cast<std::size_t>(topLevelItemCount()) != rules.size()) return false;
+    for (int row = 0; row < topLevelItemCount(); ++row) {
+        if (idAt(row) != memberText(rules[static_cast<std::size_t>(row)], "id")) return false;
+    }
+    return true;
+}
+
+void RuleTable::rebuild(int rows) {
+    selectedBefore_ = selectedID();
+    rowBefore_ = selectedRow();
+    clear();
+    for (int row = 0; row < rows; ++row) {
+        auto* item = new QTreeWidgetItem(this);
+        item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable | Qt::ItemIsDragEnabled);
+        item->setTextAlignment(kWindows, Qt::AlignRight | Qt::AlignVCenter);
+    }
+}
+
+QString RuleTable::idAt(int row) const {
+    const QTreeWidgetItem* item = topLevelItem(row);
+    return item ? item->data(kName, kIDRole).toString() : QString();
+}
+
+int RuleTable::selectedRow() const {
+    return currentItem() ? indexOfTopLevelItem(currentItem()) : -1;
+}
+
+QString RuleTable::selectedID() const {
+    return idAt(selectedRow());
+}
+
+void RuleTable::select(const QString& id) {
+    awaited_ = id;
+    for (int row = 0; row < topLevelItemCount(); ++row) {
+        if (id.isEmpty() || idAt(row) != id) continue;
+        awaited_.clear();
+        setCurrentItem(topLevelItem(row));
+    }
+}
+
+void RuleTable::moveSelected(int places) {
+    const int row = selectedRow(), to = row + places;
+    if (places != 0 && row >= 0 && to >= 0 && to < topLevelItemCount()) Q_EMIT moveWanted(idAt(row), to + 1);
+}
+
+/// The number of rows above the gap that is nearest to the position.
+int RuleTable::gapAt(QPoint position) const {
+    QTreeWidgetItem* item = itemAt(position);
+    if (!item) return topLevelItemCount();
+    const int row = indexOfTopLevelItem(item);
+    return position.y() < visualItemRect(item).center().y() ? row : row + 1;
+}
+
+/// The rows stay as they are until the agent has moved the rule.
+void RuleTable::dropEvent(QDropEvent* event) {
+    const int row = selectedRow(), gap = gapAt(event->position().toPoint());
+    event->setDropAction(Qt::IgnoreAction);
+    event->accept();
+    setState(NoState);
+    viewport()->update();
+    moveSelected((gap > row ? gap - 1 : gap) - row);
+}
+
+void RuleTable::keyPressEvent(QKeyEvent* event) {
+    const bool hasAlt = event->modifiers() & Qt::AltModifier;
+    if (hasAlt && (event->key() == Qt::Key_Up || event->key() == Qt::Key_Down)) {
+        return moveSelected(event->key() == Qt::Key_Up ? -1 : 1);
+    }
+    if (event->key() == Qt::Key_Space && currentItem()) { // in whatever column
+        const bool isChecked = currentItem()->checkState(kName) == Qt::Checked;
+        return currentItem()->setCheckState(kName, isChecked ? Qt::Unchecked : Qt::Checked);
+    }
+    if (event->key() == Qt::Key_Delete && selectedRow() >= 0) return Q_EMIT deletionWanted(selectedID());
+    QTreeWidget::keyPressEvent(event);
+}
+
+} // namespace kova::ui

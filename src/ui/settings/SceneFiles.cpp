@@ -1,0 +1,110 @@
+// Scenes and rules as a file: the part of the pane that writes and reads it.
+#include "ui/settings/ScenesPane.h"
+
+#include <QFile>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QStringDecoder>
+#include <QStringList>
+
+namespace kova::ui {
+
+namespace {
+
+using nlohmann::json;
+
+constexpr qint64 kLargestDocument = 64 * 1024 * 1024; // bytes, as the agent takes it
+
+QFileDialog* fileDialog(QWidget* parent, const QString& title) {
+    auto* dialog = new QFileDialog(parent, title);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setNameFilter(ScenesPane::tr("JSON files (*.json)"));
+    dialog->setDefaultSuffix(QStringLiteral("json"));
+    return dialog;
+}
+
+QString namesOf(const json& names) {
+    QStringList list;
+    for (const json& each : names) list << QString::fromStdString(each.get<std::string>());
+    return list.join(QStringLiteral(", "));
+}
+
+} // namespace
+
+void ScenesPane::chooseExport() {
+    QFileDialog* dialog = fileDialog(this, tr("Export Scenes and Rules"));
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->selectFile(QStringLiteral("KOVA-Workspace.json"));
+    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) { exportTo(path); });
+    dialog->open();
+}
+
+void ScenesPane::exportTo(const QString& path) {
+    callFor(*fileError_, services_.agent, "export", json::object(), {.done = [this, path](const json& result) {
+        QSaveFile file(path); // written aside and moved into place
+        const std::string text = result.value("text", "");
+        const bool isWritten =
+            file.open(QIODevice::WriteOnly) &&
+            file.write(text.data(), static_cast<qint64>(text.size())) == static_cast<qint64>(text.size()) &&
+            file.commit();
+        if (!isWritten) fileError_->say(tr("Export failed: %1").arg(file.errorString()));
+    }});
+}
+
+void ScenesPane::chooseImport() {
+    QFileDialog* dialog = fileDialog(this, tr("Import Scenes and Rules"));
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) { readImport(path); });
+    dialog->open();
+}
+
+void ScenesPane::readImport(const QString& path) {
+    import_->hide();
+    const auto fail = [this](const QString& reason) { fileError_->say(tr("Import failed: %1").arg(reason)); };
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) return fail(file.errorString());
+    document_ = file.read(kLargestDocument + 1);
+    if (document_.size() > kLargestDocument) return fail(tr("larger than %1 MiB").arg(kLargestDocument >> 20));
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    (void)QString(decoder(document_));
+    if (decoder.hasError()) return fail(tr("“%1” is not UTF-8 text").arg(QFileInfo(path).fileName()));
+    sendDocument(services_.agent, this, document_, Importing::dryRun,
+                 [this, name = QFileInfo(path).fileName()](const Answer& answer) {
+                     fileError_->say(QString::fromStdString(answer.error));
+                     if (answer.error.empty()) showImport(name, answer.result);
+                 });
+}
+
+void ScenesPane::showImport(const QString& fileName, const json& result) {
+    const json added = result.value("added", json::object());
+    const json scenes = added.value("scenes", json::array()), rules = added.value("rules", json::array());
+    const auto known = static_cast<int>(result.value("scenes", std::size_t(0)) + result.value("rules", std::size_t(0)) -
+                                        scenes.size() - rules.size());
+    QStringList lines;
+    if (scenes.size() == 1) lines << tr("A scene would be added from “%1”: %2").arg(fileName, namesOf(scenes));
+    if (scenes.size() > 1) {
+        lines << tr("%1 scenes would be added from “%2”: %3").arg(scenes.size()).arg(fileName, namesOf(scenes));
+    }
+    if (rules.size() == 1)
+        lines << tr("A rule would be added from “%1”, as the last: %2").arg(fileName, namesOf(rules));
+    if (rules.size() > 1) {
+        lines
+            << tr("%1 rules would be added from “%2”, as the last: %3").arg(rules.size()).arg(fileName, namesOf(rules));
+    }
+    if (lines.isEmpty()) lines << tr("Nothing in “%1” is new.").arg(fileName);
+    if (known > 0) lines << tr("There already, and left as they are: %1").arg(known);
+    importText_->setText(lines.join(u'\n'));
+    add_->setVisible(!scenes.empty() || !rules.empty());
+    import_->show();
+}
+
+void ScenesPane::addImport() {
+    sendDocument(services_.agent, this, document_, Importing::forReal, [this](const Answer& answer) {
+        fileError_->say(QString::fromStdString(answer.error));
+        import_->hide();
+        document_.clear();
+    });
+}
+
+} // namespace kova::ui

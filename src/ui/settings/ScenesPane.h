@@ -1,0 +1,78 @@
+// The scenes: captured, opened, renamed, deleted, taken to other machines as a file, and what opening one would change.
+#pragma once
+
+#include "ui/settings/DocumentUpload.h"
+#include "ui/settings/ScenePicture.h"
+#include "ui/windows/FieldError.h"
+#include "ui/windows/Pane.h"
+
+#include <QFrame>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+#include <nlohmann/json.hpp>
+
+#include <map>
+
+namespace kova::ui {
+
+class ScenesPane : public Pane {
+    Q_OBJECT
+
+  public:
+    explicit ScenesPane(WindowServices& services);
+    void opened() override;
+
+  private:
+    void buildCapture(QVBoxLayout& column);
+    void buildList(QVBoxLayout& column);
+    void buildDeleted(QVBoxLayout& column);
+    void buildDifferences(QVBoxLayout& column);
+    void buildFiles(QVBoxLayout& column);
+
+    void showScenes();
+    void readPicture(const nlohmann::json& scene);
+    void selectionChanged();
+    void readDifferences();
+    QString selectedID() const;
+
+    void capture();
+    void open();
+    void rename(QTreeWidgetItem* item);
+    void remove();
+    void undelete();
+    void exportTo(const QString& path);
+    void chooseExport();
+    void chooseImport();
+    void readImport(const QString& path);
+    void showImport(const QString& fileName, const nlohmann::json& result);
+    void addImport();
+
+    WindowServices& services_;
+    QLineEdit* name_ = nullptr;
+    FieldError* captureError_ = nullptr;
+    QTreeWidget* list_ = nullptr;
+    ScenePictures* pictures_ = nullptr;
+    QPushButton* open_ = nullptr;
+    QPushButton* rename_ = nullptr;
+    QPushButton* delete_ = nullptr;
+    FieldError* listError_ = nullptr;
+    QWidget* deleted_ = nullptr;
+    QLabel* deletedText_ = nullptr;
+    QTreeWidget* differences_ = nullptr;
+    QLabel* noDifference_ = nullptr;
+    FieldError* fileError_ = nullptr;
+    QFrame* import_ = nullptr;
+    QLabel* importText_ = nullptr;
+    QPushButton* add_ = nullptr;
+
+    QByteArray document_;                     // that the summary is about
+    std::map<std::string, std::string> read_; // of each scene whose picture is known, when it was changed last
+    bool isFilling_ = false;
+};
+
+} // namespace kova::ui

@@ -1,0 +1,16 @@
+// Texts of the agent's answers.
+#pragma once
+
+#include <QString>
+
+#include <nlohmann/json.hpp>
+
+namespace kova::ui {
+
+/// The member as text; empty when it is absent or no text.
+inline QString memberText(const nlohmann::json& object, const char* key) {
+    const auto found = object.is_object() ? object.find(key) : object.end();
+    return found != object.end() && found->is_string() ? QString::fromStdString(found->get<std::string>()) : QString();
+}
+
+} // namespace kova::ui

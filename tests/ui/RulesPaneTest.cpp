@@ -1,0 +1,164 @@
+// The rules in the settings window.
+#include "tests/ui/WindowStage.h"
+#include "ui/settings/RuleTable.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDropEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMimeData>
+#include <QPushButton>
+#include <QTest>
+
+namespace kova::ui::testing {
+
+using nlohmann::json;
+
+class RulesInSettings : public WindowStage {
+  protected:
+    void openPane() {
+        window = open("settings", {{"pane", "rules"}});
+        table = control<RuleTable>(window, "rules");
+    }
+    void add(json parameters) { ask("rule.add", parameters); }
+    json rules() { return ask("rule.list")["result"]["rules"]; }
+    /// Names in the list that is shown, each with a star when it is enabled.
+    std::string shown() const {
+        std::string names;
+        for (int row = 0; row < table->topLevelItemCount(); ++row) {
+            const QTreeWidgetItem* item = table->topLevelItem(row);
+            names +=
+                (row > 0 ? ", " : "") + item->text(0).toStdString() + (item->checkState(0) == Qt::Checked ? "*" : "");
+        }
+        return names;
+    }
+    bool untilShown(const std::string& names) {
+        const bool isShown = until([&] { return shown() == names; });
+        EXPECT_EQ(shown(), names);
+        return isShown;
+    }
+    void select(int row) { table->setCurrentItem(table->topLevelItem(row)); }
+    void click(const char* button) { QTest::mouseClick(control<QPushButton>(window, button), Qt::LeftButton); }
+    /// As if the row was let go at that height of another one, from 0 to 1.
+    void drop(int row, int onto, double height) {
+        select(row);
+        const QRect place = table->visualItemRect(table->topLevelItem(onto));
+        QMimeData data;
+        QDropEvent event(QPointF(place.left() + 5, place.top() + height * place.height()), Qt::MoveAction, &data,
+                         Qt::LeftButton, Qt::NoModifier);
+        table->dropEvent(&event);
+    }
+    void addThree() {
+        add({{"application", "mail"}, {"disposition", "float"}});
+        add({{"application", "notes"}, {"disposition", "tile"}, {"slot", "focus-main"}});
+        add({{"application", "terminal"}, {"disposition", "ignore"}});
+    }
+
+    HostedWindow* window = nullptr;
+    RuleTable* table = nullptr;
+};
+
+constexpr const char* kThree = "Mail floats*, Notes → focus-main*, Terminal ignored*";
+
+TEST_F(RulesInSettings, AreOrderedByPointerAndKeyboardAndFollowWhatChangesElsewhere) {
+    addThree();
+    openPane();
+    ASSERT_TRUE(untilShown(kThree));
+    drop(2, 0, 0.2);
+    ASSERT_TRUE(untilShown("Terminal ignored*, Mail floats*, Notes → focus-main*"));
+    drop(0, 1, 0.8);
+    ASSERT_TRUE(untilShown("Mail floats*, Terminal ignored*, Notes → focus-main*"));
+    drop(1, 1, 0.8); // where it is already
+    QTest::keyClick(table, Qt::Key_Down, Qt::AltModifier);
+    ASSERT_TRUE(untilShown(kThree));
+    EXPECT_EQ(table->currentItem()->text(0), "Terminal ignored") << "the moved rule stays selected";
+    QTest::keyClick(table, Qt::Key_Down, Qt::AltModifier); // there is nothing below it
+    click("moveUp");
+    ASSERT_TRUE(untilShown("Mail floats*, Terminal ignored*, Notes → focus-main*"));
+    QTest::keyClick(table, Qt::Key_Space);
+    ASSERT_TRUE(untilShown("Mail floats*, Terminal ignored, Notes → focus-main*"));
+    EXPECT_EQ(rules()[1]["isEnabled"], false);
+    QTest::keyClick(table, Qt::Key_Delete);
+    ASSERT_TRUE(untilShown("Mail floats*, Notes → focus-main*"));
+    EXPECT_EQ(table->currentItem()->text(0), "Notes → focus-main") << "the neighbor of what was deleted";
+
+    ask("rule.disable", {{"rule", "1"}});
+    ask("rules.on");
+    EXPECT_TRUE(untilShown("Mail floats, Notes → focus-main*"));
+    EXPECT_TRUE(until([&] { return control<QCheckBox>(window, "rulesOn")->isChecked(); }));
+    QTest::mouseClick(control<QCheckBox>(window, "rulesOn"), Qt::LeftButton, {}, {5, 5});
+    EXPECT_TRUE(until([&] { return ask("rule.list")["result"]["isOn"] == false; }));
+}
+
+TEST_F(RulesInSettings, AreAddedForTheLastFocusedAndForOpenWindows) {
+    openPane();
+    auto* disposition = control<QComboBox>(window, "newDisposition");
+    ASSERT_TRUE(until([&] { return disposition->count() > 3; })) << "the slots of the layouts";
+    click("ruleForFocused");
+    ASSERT_TRUE(untilShown("Terminal floats*"));
+    click("exclude");
+    ASSERT_TRUE(untilShown("Terminal floats*, Terminal ignored*"));
+    auto* openWindows = control<QMenu>(window, "windowMenu");
+    ASSERT_TRUE(until([&] { return openWindows->actions().size() >= 5; })) << "the pointer, a line, three windows";
+    disposition->setCurrentIndex(disposition->findText("Tile focus-main"));
+    for (QAction* action : openWindows->actions()) {
+        if (action->text() == "Mail – Inbox") action->trigger();
+    }
+    ASSERT_TRUE(untilShown("Terminal floats*, Terminal ignored*, Mail → focus-main*"));
+    EXPECT_EQ(table->currentItem()->text(0), "Mail → focus-main");
+
+    // The next click picks, wherever it is.
+    desk.arrange();
+    const json tile = ask("query.tiles")["result"]["tiles"][0];
+    const std::string there = tile["application"];
+    openWindows->actions().front()->trigger();
+    QTest::mousePress(
+        window, Qt::LeftButton, {},
+        window->mapFromGlobal(QPoint(tile["frame"]["x"].get<int>() + 60, tile["frame"]["y"].get<int>() + 60)));
+    EXPECT_TRUE(until([&] { return rules().size() == 4; }));
+    EXPECT_EQ(rules()[3]["name"], there + " → focus-main");
+    openWindows->actions().front()->trigger();
+    QTest::keyClick(window, Qt::Key_Escape);
+    EXPECT_TRUE(window->isVisible()) << "Escape ended the picking only";
+}
+
+TEST_F(RulesInSettings, TheSelectedRuleShowsItsWindowsAndTakesChanges) {
+    addThree();
+    add({{"application", "mail"}, {"disposition", "ignore"}});
+    openPane();
+    ASSERT_TRUE(until([&] { return table->topLevelItemCount() == 4; }));
+    const auto* windows = control<QLabel>(window, "ruleWindows");
+    select(3);
+    EXPECT_EQ(windows->text(), "Mail – Inbox (an earlier rule decides)");
+    EXPECT_EQ(table->topLevelItem(3)->text(3), "0");
+    select(0);
+    EXPECT_EQ(windows->text(), "Mail – Inbox");
+    desk.opens("Mail", {.title = "Draft"}).settle();
+    EXPECT_TRUE(until([&] { return windows->text() == "Mail – Inbox\nMail – Draft"; }))
+        << windows->text().toStdString();
+
+    auto* title = control<QLineEdit>(window, "ruleTitle");
+    QTest::keyClicks(title, " draft ");
+    QTest::keyClick(title, Qt::Key_Return);
+    EXPECT_TRUE(until([&] { return windows->text() == "Mail – Draft"; }));
+    EXPECT_EQ(rules()[0]["title"], "draft");
+    auto* disposition = control<QComboBox>(window, "ruleDisposition");
+    ASSERT_TRUE(until([&] { return disposition->count() > 3; }));
+    disposition->setFocus();
+    QTest::keyClick(disposition, Qt::Key_Down);
+    EXPECT_TRUE(until([&] { return rules()[0]["disposition"] == "ignore"; }));
+}
+
+TEST_F(RulesInSettings, WhatIsRefusedIsSaidAtTheControl) {
+    desk.desktop.setTrusted(false);
+    desk.settle();
+    openPane();
+    click("ruleForFocused");
+    const auto* error = control<QLabel>(window, "newError");
+    EXPECT_TRUE(until([&] { return error->isVisible(); }));
+    EXPECT_EQ(error->text(), "No focused application window found");
+}
+
+} // namespace kova::ui::testing

@@ -1,0 +1,151 @@
+// The scenes in the settings window.
+#include "tests/linux/TemporaryFolder.h"
+#include "tests/ui/WindowStage.h"
+
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+#include <QTreeWidget>
+
+#include <cstdlib>
+#include <ctime>
+#include <fstream>
+
+namespace kova::ui::testing {
+
+using nlohmann::json;
+
+class ScenesInSettings : public WindowStage {
+  protected:
+    ScenesInSettings() {
+        setenv("TZ", "UTC", 1);
+        tzset();
+        QLocale::setDefault(QLocale::c());
+        desk.arrange();
+    }
+    void openPane() {
+        window = open("settings", {{"pane", "scenes"}});
+        list = control<QTreeWidget>(window, "scenes");
+    }
+    std::string shown() const {
+        std::string names;
+        for (int row = 0; row < list->topLevelItemCount(); ++row) {
+            names += (row > 0 ? ", " : "") + list->topLevelItem(row)->text(1).toStdString();
+        }
+        return names;
+    }
+    bool untilShown(const std::string& names) {
+        const bool isShown = until([&] { return shown() == names; });
+        EXPECT_EQ(shown(), names);
+        return isShown;
+    }
+    void select(int row) { list->setCurrentItem(list->topLevelItem(row)); }
+    void click(const char* button) { QTest::mouseClick(control<QPushButton>(window, button), Qt::LeftButton); }
+    QString text(const char* label) { return control<QLabel>(window, label)->text(); }
+    /// Chooses the file in the dialog that the button opens.
+    void choose(const char* button, const std::string& path) {
+        click(button);
+        auto* dialog = window->findChild<QFileDialog*>();
+        ASSERT_TRUE(dialog);
+        Q_EMIT dialog->fileSelected(QString::fromStdString(path));
+        dialog->close();
+        until([&] { return !window->findChild<QFileDialog*>(); });
+    }
+
+    TemporaryFolder files;
+    HostedWindow* window = nullptr;
+    QTreeWidget* list = nullptr;
+};
+
+TEST_F(ScenesInSettings, AreCapturedRenamedDeletedAndBroughtBack) {
+    openPane();
+    auto* name = control<QLineEdit>(window, "sceneName");
+    EXPECT_EQ(name->placeholderText(), "Scene name (optional)");
+    QTest::keyClicks(name, "Work");
+    QTest::keyClick(name, Qt::Key_Return);
+    ASSERT_TRUE(untilShown("Work"));
+    EXPECT_EQ(name->text(), "");
+    ask("scene.capture", {{"name", "Play"}});
+    ASSERT_TRUE(untilShown("Work, Play")) << "captured elsewhere";
+
+    select(0);
+    list->setFocus();
+    QTest::keyClick(list, Qt::Key_F2);
+    auto* editor = list->findChild<QLineEdit*>();
+    ASSERT_TRUE(editor);
+    QTest::keyClick(editor, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(editor, "Desk");
+    QTest::keyClick(editor, Qt::Key_Return);
+    ASSERT_TRUE(untilShown("Desk, Play"));
+    EXPECT_EQ(ask("scene.list")["result"]["scenes"][0]["name"], "Desk");
+    list->topLevelItem(0)->setText(1, "  ");
+    EXPECT_TRUE(until([&] { return text("listError") == "A scene needs a name"; }));
+    EXPECT_TRUE(untilShown("Desk, Play")) << "the name is put back";
+
+    QTest::keyClick(list, Qt::Key_Delete);
+    ASSERT_TRUE(untilShown("Play"));
+    EXPECT_EQ(text("deletedText"), "Scene “Desk” deleted");
+    click("undelete");
+    EXPECT_TRUE(untilShown("Desk, Play"));
+}
+
+TEST_F(ScenesInSettings, SayWhatOpeningChangesAndOpen) {
+    ask("scene.capture", {{"name", "Work"}});
+    const std::string before = desk.tiles();
+    openPane();
+    ASSERT_TRUE(until([&] { return text("noDifference") == "Nothing: the workspace is as in the scene."; }));
+    ask("layout.select", {{"layout", "jarvis.quad-grid"}});
+    const auto* differences = control<QTreeWidget>(window, "differences");
+    ASSERT_TRUE(until([&] { return differences->topLevelItemCount() > 0; }));
+    EXPECT_EQ(differences->topLevelItem(0)->text(1), "jarvis.dual-split");
+    EXPECT_EQ(differences->topLevelItem(0)->text(2), "jarvis.quad-grid");
+    click("openScene");
+    EXPECT_TRUE(until([&] { return differences->topLevelItemCount() == 0; }));
+    desk.settle();
+    EXPECT_EQ(desk.tiles(), before);
+
+    desk.desktop.setTrusted(false);
+    desk.settle();
+    click("openScene");
+    EXPECT_TRUE(until([&] { return text("listError") == "Accessibility permission is required"; }));
+}
+
+TEST_F(ScenesInSettings, TravelAsAFileThatIsSummedUpFirst) {
+    ask("scene.capture", {{"name", "Work"}});
+    ask("rule.add", {{"application", "mail"}, {"disposition", "float"}});
+    openPane();
+    ASSERT_TRUE(untilShown("Work"));
+    const std::string path = (files.path() / "desk.json").string();
+    choose("export", path);
+    const auto contents = [&] {
+        std::ifstream file(path);
+        return std::string(std::istreambuf_iterator<char>(file), {});
+    };
+    ASSERT_TRUE(until([&] { return !contents().empty(); }));
+    EXPECT_EQ(contents(), ask("export")["result"]["text"]);
+    choose("import", path);
+    EXPECT_TRUE(until([&] { return text("importText").startsWith("Nothing in “desk.json” is new."); }));
+    EXPECT_FALSE(control<QPushButton>(window, "addImport")->isVisible());
+
+    ask("scene.delete", {{"scene", "Work"}});
+    choose("import", path);
+    const QString summary = "A scene would be added from “desk.json”: Work\n"
+                            "There already, and left as they are: 1";
+    EXPECT_TRUE(until([&] { return text("importText") == summary; })) << text("importText").toStdString();
+    EXPECT_EQ(shown(), "") << "nothing is added yet";
+    click("addImport");
+    EXPECT_TRUE(untilShown("Work"));
+
+    std::ofstream(path) << "{";
+    choose("import", path);
+    EXPECT_TRUE(until([&] { return text("fileError").startsWith("Import failed: "); }));
+    std::ofstream(path) << "\xff";
+    choose("import", path);
+    EXPECT_TRUE(until([&] { return text("fileError") == "Import failed: “desk.json” is not UTF-8 text"; }));
+    choose("export", (files.path() / "missing" / "desk.json").string());
+    EXPECT_TRUE(until([&] { return text("fileError").startsWith("Export failed: "); }));
+}
+
+} // namespace kova::ui::testing
