@@ -1,0 +1,56 @@
+// What a new user sees: what KOVA does, the permission that it needs, what can be set up, and a first arrangement.
+#pragma once
+
+#include "ui/onboarding/OnboardingPicture.h"
+#include "ui/settings/SettingControls.h"
+#include "ui/windows/FieldError.h"
+#include "ui/windows/HostedWindow.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QStackedWidget>
+
+#include <nlohmann/json.hpp>
+
+namespace kova::ui {
+
+class OnboardingWindow : public HostedWindow {
+    Q_OBJECT
+
+  public:
+    explicit OnboardingWindow(WindowServices& services);
+
+  private:
+    QWidget* introductionPage();
+    QWidget* permissionPage();
+    QWidget* setUpPage();
+    QWidget* arrangePage();
+    void addPicture(QHBoxLayout& row, OnboardingPicture::Subject subject, const QString& text);
+
+    void showState(const nlohmann::json& state);
+    void showPermission(const nlohmann::json& permission);
+    void showOffers(const nlohmann::json& state);
+    /// From the page at hand, over those that do not apply here.
+    void step(int direction);
+    bool isWanted(int page) const;
+    void pageChanged();
+
+    WindowServices& services_;
+    QStackedWidget* pages_ = nullptr;
+    QPushButton* back_ = nullptr;
+    QPushButton* next_ = nullptr;
+    QLabel* permissionState_ = nullptr;
+    QPushButton* ask_ = nullptr;
+    FieldError* permissionError_ = nullptr;
+    SettingSwitch* login_ = nullptr;
+    SettingSwitch* dock_ = nullptr;
+    QLabel* noOffer_ = nullptr;
+    QPushButton* arrange_ = nullptr;
+    QPushButton* undo_ = nullptr;
+    QLabel* arranged_ = nullptr;
+    FieldError* arrangeError_ = nullptr;
+    bool lacksPermission_ = false; // since the window was opened: the page stays once it was shown
+};
+
+} // namespace kova::ui
