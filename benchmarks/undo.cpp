@@ -1,6 +1,6 @@
-// What a step back costs beside a program that only sends the same requests: 100 windows of a private X server without
-// a window manager, from the command until the server has done it. The two take turns; quoted is the median of each.
-// How often the agent hands bytes to the system on the way is counted too: one flush is all that it takes.
+// The time of an undo compared with a program that only sends the same requests: 100 windows of a private X server
+// without a window manager, from the command until the server has carried it out. They run alternately; the result is
+// the median of each. The number of flushes is printed as well; one is enough.
 //
 //   undo_benchmark [ROUNDS]
 #include "benchmarks/RealWorkspace.h"

@@ -1,5 +1,5 @@
-# The programs. The command line is asked many times a day and must start at once: on Linux it is one static file without
-# the parts of the libraries that it does not use, so that the system has next to nothing to load.
+# The programs. The command line must start at once: on Linux it is one static file without the unused parts of the
+# libraries, so that there is little to load.
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 
 file(GLOB cli_sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/cli/*.cpp)

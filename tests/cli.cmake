@@ -1,4 +1,4 @@
-# The agent's socket and the command line, tried on a whole agent on the simulated desktop.
+# The agent's socket and the command line, tested with a whole agent on the simulated desktop.
 target_link_libraries(control_tests PRIVATE kova_desk)
 target_compile_definitions(control_tests PRIVATE KOVA_DOCS="${PROJECT_SOURCE_DIR}/docs")
 

@@ -1,5 +1,4 @@
-# Readers of files that strangers send, tried with made-up bytes for a short while. Only with a compiler that brings the
-# library for it.
+# Fuzz tests of readers of untrusted files, for a short time. Only with a compiler that has the library for it.
 include(CheckCXXSourceCompiles)
 set(CMAKE_REQUIRED_FLAGS -fsanitize=fuzzer)
 check_cxx_source_compiles("extern \"C\" int LLVMFuzzerTestOneInput(const unsigned char*, unsigned long) { return 0; }"
@@ -13,7 +12,7 @@ set(KOVA_FUZZ_SECONDS 20 CACHE STRING "How long a test with made-up bytes runs, 
 
 pkg_check_modules(KOVA_FUZZ_ICU REQUIRED IMPORTED_TARGET icu-uc icu-i18n)
 
-# fuzz/NAME.cpp with what it reads with, compiled anew, since the fuzzer is led by the branches that it sees taken. It
+# fuzz/NAME.cpp with the sources of its reader, compiled again, since the fuzzer follows the branches of the code. It
 # begins with the files of fuzz/CORPUS and the words of fuzz/CORPUS.dict; no input is longer than LONGEST bytes.
 function(kova_fuzz test name corpus longest)
   add_executable(${test} fuzz/${name}.cpp ${ARGN})
@@ -21,7 +20,7 @@ function(kova_fuzz test name corpus longest)
     PkgConfig::KOVA_FUZZ_ICU)
   target_compile_options(${test} PRIVATE -O1 -fsanitize=fuzzer,address,undefined -fno-sanitize-recover=all)
   target_link_options(${test} PRIVATE -fsanitize=fuzzer,address,undefined)
-  # What it finds worth keeping stays in the build folder, the corpus of the source is only read.
+  # New corpus files are written to the build folder; the corpus in the sources is only read.
   set(found ${CMAKE_CURRENT_BINARY_DIR}/fuzz/${corpus})
   file(MAKE_DIRECTORY ${found})
   add_test(NAME ${test} COMMAND ${test} -max_total_time=${KOVA_FUZZ_SECONDS} -timeout=5 -rss_limit_mb=1024

@@ -378,9 +378,9 @@ std::optional<std::vector<double>> draggedWeights(const LayoutDivider& divider, 
     const double pair = lengths[first] + lengths[second];
     const double lower = minimums[first];
     const double upper = pair - minimums[second];
-    const double wished = lengths[first] + translationPoints;
-    if (!(lower <= upper) || std::isnan(wished)) return std::nullopt;
-    lengths[first] = std::min(upper, std::max(lower, wished));
+    const double requested = lengths[first] + translationPoints;
+    if (!(lower <= upper) || std::isnan(requested)) return std::nullopt;
+    lengths[first] = std::min(upper, std::max(lower, requested));
     lengths[second] = pair - lengths[first];
     std::transform(lengths.begin(), lengths.end(), lengths.begin(), raisedToFloor);
     return lengths;

@@ -285,6 +285,10 @@ std::string tileTargetID(std::string_view displayID, std::string_view slotID) {
     return std::string(displayID).append(kTargetSeparator).append(slotID);
 }
 
+std::string displayIDOf(std::string_view targetID) {
+    return std::string(targetID.substr(0, targetID.find(kTargetSeparator)));
+}
+
 std::optional<std::string_view> slotIDOn(std::string_view displayID, std::string_view targetID) {
     if (!targetID.starts_with(displayID)) return std::nullopt;
     targetID.remove_prefix(displayID.size());

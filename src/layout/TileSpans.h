@@ -15,6 +15,9 @@ namespace kova {
 /// The string identity of a tile on a display: display id, "::", slot id.
 std::string tileTargetID(std::string_view displayID, std::string_view slotID);
 
+/// The display id of a tile-target id.
+std::string displayIDOf(std::string_view targetID);
+
 /// The slot id of a tile-target id, if the tile is on that display; absent otherwise.
 std::optional<std::string_view> slotIDOn(std::string_view displayID, std::string_view targetID);
 

@@ -1,4 +1,4 @@
-# What only the Mac has: its windows, displays, keys and dialogs, in Objective-C++ with automatic reference counting.
+# The platform module of the Mac: windows, displays, keys and dialogs, in Objective-C++ with automatic reference counting.
 file(GLOB macos_sources CONFIGURE_DEPENDS platform/macos/*.mm)
 add_library(kova_platform_macos STATIC ${macos_sources})
 target_compile_options(kova_platform_macos PUBLIC $<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc> -Wunguarded-availability)

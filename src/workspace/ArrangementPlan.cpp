@@ -324,7 +324,7 @@ void Planner::assignClaims() {
 void Planner::assignWaiting(Phase phase) {
     for (std::size_t displayIndex = 0; displayIndex < displays_.size(); ++displayIndex) {
         isCrowded_[displayIndex] = isCrowded(displayIndex, phase);
-        // First everyone who can sit down without pushing; then those who cannot. Who gave way looks for another tile.
+        // First windows that displace none, then the others. A displaced window gets another tile.
         bool someoneGaveWay = true;
         while (someoneGaveWay) {
             assignOn(displayIndex, phase, Displacement::forbidden);

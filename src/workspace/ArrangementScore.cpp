@@ -16,7 +16,7 @@ constexpr double kDistanceWeight = 15;
 constexpr std::string_view kPrimarySlot = kPrimarySlotID;
 constexpr std::string_view kUtilitySlot = "focus-utility";
 
-/// Who comes first when there are fewer tiles than windows; the same for every tile.
+/// Which windows come first when there are fewer tiles than windows; the same for every tile.
 double precedence(AutoArrangeAppRole role) {
     return 4 * static_cast<double>(role);
 }

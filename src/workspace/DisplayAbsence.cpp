@@ -16,11 +16,11 @@ ReturnOfResidents withResidentsBack(const TileAssignments& held, TileAssignments
         const auto targets = held.targetsAnchorFirst(window);
         if (targets.empty()) {
             if (before.stackTargetOf(window) != held.stackTargetOf(window) || before.isAssigned(window)) {
-                back.regainedWaiting.push_back(window);
+                back.returnedWaiting.push_back(window);
             }
             continue;
         }
-        if (before.targetsAnchorFirst(window) != targets) back.regainedFronts.push_back(window);
+        if (before.targetsAnchorFirst(window) != targets) back.returnedFronts.push_back(window);
         for (auto& loser : back.assignments.assign(window, targets)) evicted.insert(std::move(loser));
     }
     for (const auto& [target, stack] : held.stackWindowIDsByTarget) {
@@ -32,27 +32,27 @@ ReturnOfResidents withResidentsBack(const TileAssignments& held, TileAssignments
         const auto lost = before.targetOf(loser);
         if (lost && !back.assignments.isInAnyTile(loser))
             back.assignments.insertIntoStack(*lost, loser, TileAssignments::StackPosition::behind);
-        back.regainedWaiting.push_back(loser);
+        back.returnedWaiting.push_back(loser);
     }
     back.assignments.putFrontsFirst();
     return back;
 }
 
-void DisplayAbsence::leave(const std::string& key, const std::string& displayID, const TileAssignments& assignments) {
-    TileAssignments held = assignments.onDisplay(displayID);
+void DisplayAbsence::leave(const AbsenceKey& key, const TileAssignments& assignments) {
+    TileAssignments held = assignments.onDisplay(key.displayID);
     for (const auto& window : held.windows()) {
-        if (isHomeless(window)) held.remove(window);
+        if (isDisplaced(window)) held.remove(window);
     }
     if (held != TileAssignments{}) homes_[key] = std::move(held);
 }
 
-DisplayAbsence::Return DisplayAbsence::comeBack(const std::string& key, TileAssignments assignments) {
+DisplayAbsence::Return DisplayAbsence::comeBack(const AbsenceKey& key, TileAssignments assignments) {
     const auto home = homes_.extract(key);
     if (home.empty()) return {std::move(assignments), {}, {}};
     return withResidentsBack(home.mapped(), std::move(assignments));
 }
 
-bool DisplayAbsence::isHomeless(const std::string& windowID) const {
+bool DisplayAbsence::isDisplaced(const std::string& windowID) const {
     return std::any_of(homes_.begin(), homes_.end(),
                        [&](const auto& home) { return home.second.isInAnyTile(windowID); });
 }
@@ -62,16 +62,16 @@ void DisplayAbsence::forget(const std::string& windowID) {
     dropEmpty();
 }
 
-void DisplayAbsence::forgetKeys(const std::string& prefix) {
-    std::erase_if(homes_, [&](const auto& home) { return home.first.starts_with(prefix); });
+void DisplayAbsence::forgetDisplay(const std::string& displayID) {
+    std::erase_if(homes_, [&](const auto& home) { return home.first.displayID == displayID; });
 }
 
 void DisplayAbsence::renameDisplay(const std::string& displayID, const std::string& newID) {
-    std::map<std::string, TileAssignments> renamed;
+    std::map<AbsenceKey, TileAssignments> renamed;
     for (auto& [key, held] : homes_) {
         held.renameDisplay(displayID, newID);
-        const bool isItsOwn = key == displayID || key.starts_with(displayID + "\n");
-        renamed.insert_or_assign(isItsOwn ? newID + key.substr(displayID.size()) : key, std::move(held));
+        const std::string& id = key.displayID == displayID ? newID : key.displayID;
+        renamed.insert_or_assign(AbsenceKey{id, key.layoutID}, std::move(held));
     }
     homes_ = std::move(renamed);
 }
@@ -86,11 +86,11 @@ void DisplayAbsence::rename(const std::string& windowID, const std::string& newI
 }
 
 void DisplayAbsence::restate(const TileAssignments& assignments) {
-    for (auto& [displayID, held] : homes_) {
-        auto stated = assignments.onDisplay(displayID);
+    for (auto& [key, held] : homes_) {
+        auto stated = assignments.onDisplay(key.displayID);
         if (stated == TileAssignments{}) continue;
         for (auto& [other, others] : homes_) {
-            if (other == displayID) continue;
+            if (other == key) continue;
             for (const auto& window : stated.windows()) others.remove(window);
         }
         held = std::move(stated);

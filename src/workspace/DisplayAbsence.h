@@ -5,6 +5,7 @@
 
 #include "workspace/TileAssignments.h"
 
+#include <compare>
 #include <map>
 #include <set>
 #include <string>
@@ -14,43 +15,48 @@ namespace kova {
 
 struct ReturnOfResidents {
     TileAssignments assignments;
-    std::vector<std::string> regainedFronts;  // in front again of tiles that they had lost meanwhile
-    std::vector<std::string> regainedWaiting; // behind others again, and were not meanwhile
+    std::vector<std::string> returnedFronts;  // in front again of tiles that they had lost meanwhile
+    std::vector<std::string> returnedWaiting; // behind others again, and were not meanwhile
 };
 /// The assignments with the windows of `held` in the places that they have there, in front of those that came into
 /// these tiles meanwhile.
 ReturnOfResidents withResidentsBack(const TileAssignments& held, TileAssignments assignments);
 
+struct AbsenceKey {
+    std::string displayID;
+    std::string layoutID{}; // empty for a display that is away
+    auto operator<=>(const AbsenceKey&) const = default;
+};
+
 class DisplayAbsence {
   public:
-    /// What is on the display is kept under the key, but for windows that are guests there.
-    void leave(const std::string& key, const std::string& displayID, const TileAssignments& assignments);
+    /// Keeps what is on the key's display, but for windows whose own display is away.
+    void leave(const AbsenceKey& key, const TileAssignments& assignments);
 
     using Return = ReturnOfResidents;
-    /// Everybody who was not forgotten is back in their slot, in front of who came there meanwhile.
-    Return comeBack(const std::string& key, TileAssignments assignments);
-    bool holds(const std::string& key) const { return homes_.contains(key); }
+    /// Restores every remembered window to its tile, in front of windows placed there in the meantime.
+    Return comeBack(const AbsenceKey& key, TileAssignments assignments);
+    bool holds(const AbsenceKey& key) const { return homes_.contains(key); }
 
-    bool isHomeless(const std::string& windowID) const;
+    bool isDisplaced(const std::string& windowID) const;
     /// The user has put the window elsewhere.
     void forget(const std::string& windowID);
     void forgetAll() { homes_.clear(); }
-    /// What was kept under keys that begin so.
-    void forgetKeys(const std::string& prefix);
-    /// The display is known under another id from now on, and its keys begin with that.
+    void forgetDisplay(const std::string& displayID);
+    /// The display is known under another id from now on.
     void renameDisplay(const std::string& displayID, const std::string& newID);
     void keepOnly(const std::set<std::string>& windowIDs);
     void rename(const std::string& windowID, const std::string& newID);
     /// The assignments were set back to a time at which these displays had windows: that is what they held.
     void restate(const TileAssignments& assignments);
 
-    const std::map<std::string, TileAssignments>& homes() const { return homes_; }
-    void restore(std::map<std::string, TileAssignments> homes) { homes_ = std::move(homes); }
+    const std::map<AbsenceKey, TileAssignments>& homes() const { return homes_; }
+    void restore(std::map<AbsenceKey, TileAssignments> homes) { homes_ = std::move(homes); }
 
   private:
     void dropEmpty();
 
-    std::map<std::string, TileAssignments> homes_;
+    std::map<AbsenceKey, TileAssignments> homes_;
 };
 
 } // namespace kova

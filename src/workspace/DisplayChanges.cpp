@@ -87,13 +87,14 @@ void DisplayChanges::noteDisplaysThatCameAndWent(const std::set<std::string>& be
         const ManagedWindow* window = liveWindows_.find(id);
         return window && !window->isElsewhere && liveWindows_.minimized().contains(id);
     });
-    // Without a look at the tiles: what the displays showed before is still to be compared with what they show now.
+    // Tile geometry is not compared yet: what the displays showed before is still to be compared with what they show
+    // now.
     state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
     state_.stackWindowIDsByTarget.set(assignments_.stackWindowIDsByTarget);
     session_.noteChange(); // the record names the displays that are away, too
 }
 
-/// It is the same display, as far as anybody can tell, in another size or at another place.
+/// The same display, as far as its frame tells, in another size or at another place.
 void DisplayChanges::displayHasNewID(const std::string& formerID, const std::string& newID) {
     renameDisplay_(formerID, newID);
     WorkspaceProfile profile = *state_.profile;
@@ -104,7 +105,7 @@ void DisplayChanges::displayHasNewID(const std::string& formerID, const std::str
 /// Windows and layouts follow the displays as they are now.
 void DisplayChanges::settleOnDisplays() {
     follower_.migrateChangedDisplays();
-    follower_.presentRegained();
+    follower_.presentReturned();
     returnStrandedFloats();
     keeper_.commit({.claimant = ""});
 }
@@ -123,17 +124,17 @@ void DisplayChanges::returnStrandedFloats() {
 void DisplayChanges::displaysSettled() {
     if (!access_.mayMoveWindows()) return;
     displays_.forgetRecentlyGone();
-    placeHomelessWindows();
+    placeWindowsOfAbsentDisplays();
     returnStrandedFloats(); // of displays that returned while the screen could not be seen
     bringIntoSight();
 }
 
-/// Windows whose display stays away take tiles that are free, best the ones of the same name. Nobody is pushed out, and
-/// they go home when their display returns. Under a window that owns its display nothing changes before it gives it
+/// Windows whose display stays away take tiles that are free, best the ones of the same name. No window loses its tile,
+/// and they go home when their display returns. Under a window that owns its display nothing changes before it gives it
 /// back.
-void DisplayChanges::placeHomelessWindows() {
-    if (pointer_.isPausingPolls()) return displays_.beginSettling(); // the hand comes first
-    const auto fronts = placeHomelessFronts();
+void DisplayChanges::placeWindowsOfAbsentDisplays() {
+    if (pointer_.isPausingPolls()) return displays_.beginSettling(); // drags come first
+    const auto fronts = placeFrontsOfAbsentDisplays();
     const auto waiting = takeWaitingAlong();
     if (focusMode_.isOn()) {
         displays_.noteHeldBackByZoom(!displays_.absentDisplays().empty());
@@ -152,8 +153,8 @@ void DisplayChanges::bringIntoSight() {
         if (hasTile || !live.isVisible || !live.frame || presenter_.isLeftAlone(live)) continue;
         const CGRect onScreen = flipped(*live.frame, top);
         const CGRect visible = flipped(screenNearest(*state_.screens, onScreen)->visibleFrame, top);
-        const bool isInSight = displays_.isHomeless(live.id) ? containsWithin(visible, *live.frame, 0)
-                                                             : isMiddleShown(*state_.screens, onScreen);
+        const bool isInSight = displays_.isDisplaced(live.id) ? containsWithin(visible, *live.frame, 0)
+                                                              : isMiddleShown(*state_.screens, onScreen);
         const CGRect inSight = isInSight ? *live.frame : movedIntoArea(*live.frame, visible);
         if (!isInSight) presenter_.writeFrame(live, inSight, AccessibilityWindowService::BringToFront::no);
         displays_.strandedFloats().settle(live.id, inSight);
@@ -166,22 +167,22 @@ bool DisplayChanges::isZoomedOver(const WorkspaceTile& tile) const {
 }
 
 /// The windows that were placed.
-std::vector<std::string> DisplayChanges::placeHomelessFronts() {
+std::vector<std::string> DisplayChanges::placeFrontsOfAbsentDisplays() {
     const auto isFree = [this](const WorkspaceTile& tile) {
         return !tile.windowID && tile.stack.empty() && !isZoomedOver(tile);
     };
-    std::vector<std::pair<std::string, std::string>> homeless; // slot id, window id
-    for (const auto& [displayID, held] : displays_.absentDisplays()) {
+    std::vector<std::pair<std::string, std::string>> displaced; // slot id, window id
+    for (const auto& [absent, held] : displays_.absentDisplays()) {
         for (const auto& [target, windowID] : held.assignedWindowIDs) {
-            const auto slot = slotIDOn(displayID, target);
+            const auto slot = slotIDOn(absent.displayID, target);
             auto now = assignments_.targetOf(windowID);
             if (!now) now = assignments_.stackTargetOf(windowID); // it waits behind another window
             const bool hasTile = (now && geometry_.screenOfTarget(*now)) || held.targetOf(windowID) != target;
-            if (slot && !hasTile) homeless.emplace_back(*slot, windowID);
+            if (slot && !hasTile) displaced.emplace_back(*slot, windowID);
         }
     }
     std::vector<std::string> placed;
-    for (const auto& [slotID, windowID] : homeless) {
+    for (const auto& [slotID, windowID] : displaced) {
         const ManagedWindow* live = liveWindows_.find(windowID);
         if (!live || !live->isVisible || presenter_.isLeftAlone(*live)) continue;
         const ManagedWindow window = *live;
@@ -202,14 +203,14 @@ std::vector<std::string> DisplayChanges::placeHomelessFronts() {
     return placed;
 }
 
-/// Who waited behind a window goes on waiting behind it, or else behind the window of another tile, best the one of the
-/// same name: in a tile that is away nobody could reach it. Gives those that wait elsewhere now.
+/// Windows that wait in stacks of absent displays follow their front window, or else wait behind the window of another
+/// tile, best the one of the same name. Gives those that wait elsewhere now.
 std::vector<std::string> DisplayChanges::takeWaitingAlong() {
     std::vector<std::string> taken;
-    for (const auto& [displayID, held] : displays_.absentDisplays()) {
+    for (const auto& [absent, held] : displays_.absentDisplays()) {
         for (const auto& [home, stack] : held.stackWindowIDsByTarget) {
             const auto front = held.assignedWindowIDs.find(home);
-            const auto slot = slotIDOn(displayID, home);
+            const auto slot = slotIDOn(absent.displayID, home);
             std::optional<std::string> there;
             if (front != held.assignedWindowIDs.end()) there = assignments_.targetOf(front->second);
             if (!there || !geometry_.screenOfTarget(*there)) {
@@ -249,7 +250,7 @@ void DisplayChanges::keepBesideFocusMode(const std::vector<std::string>& fronts,
     }
 }
 
-/// Verification would carry a window that the desktop has rescued from a vanished display back to where nobody sees it.
+/// Verification would move a window that the desktop has rescued from a disconnected display back out of sight.
 void DisplayChanges::giveUpUnreachablePlacements() {
     windowService_.cancelPlacements([this](const CGRect& target) { return !geometry_.isOnSomeScreen(target); });
 }

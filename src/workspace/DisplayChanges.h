@@ -38,7 +38,7 @@ class DisplayChanges {
     void displayHasNewID(const std::string& formerID, const std::string& newID);
     void settleOnDisplays();
     void displaysSettled();
-    void placeHomelessWindows();
+    void placeWindowsOfAbsentDisplays();
 
   private:
     bool isBesideFocusMode(const std::vector<Screen>& before) const;
@@ -47,7 +47,7 @@ class DisplayChanges {
     void returnStrandedFloats();
     void bringIntoSight();
     bool isZoomedOver(const WorkspaceTile& tile) const;
-    std::vector<std::string> placeHomelessFronts();
+    std::vector<std::string> placeFrontsOfAbsentDisplays();
     std::vector<std::string> takeWaitingAlong();
     void keepBesideFocusMode(const std::vector<std::string>& fronts, const std::vector<std::string>& waiting);
     void giveUpUnreachablePlacements();

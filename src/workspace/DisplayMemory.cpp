@@ -10,10 +10,6 @@ namespace kova {
 
 namespace {
 
-std::string layoutKey(const std::string& displayID, const std::string& layoutID) {
-    return displayID + "\n" + layoutID;
-}
-
 /// The windows that front tiles of `held`, are in no tile and are put away front free tiles of `held`, their own if
 /// possible. Gives them.
 std::vector<std::string> returnToFreeTiles(const TileAssignments& held, TileAssignments& assignments,
@@ -44,16 +40,16 @@ std::vector<DisplayMemory::Renaming> DisplayMemory::noteConnected(const std::set
                                                                   TileAssignments& assignments) {
     for (const auto& id : before) {
         if (now.contains(id)) continue;
-        absence_.leave(id, id, assignments);
+        absence_.leave({id}, assignments);
         if (isNamedByFrame(id)) recentlyGone_.insert(id);
     }
     std::set<std::string> unknown;
     for (const auto& id : now) {
         if (before.contains(id)) continue;
         const bool isKnown =
-            recentlyGone_.erase(id) > 0 || absence_.holds(id) || assignments.onDisplay(id) != TileAssignments{};
+            recentlyGone_.erase(id) > 0 || absence_.holds({id}) || assignments.onDisplay(id) != TileAssignments{};
         if (isKnown) {
-            takeBack(absence_, id, assignments);
+            takeBack(absence_, {id}, assignments);
         } else {
             unknown.insert(id);
         }
@@ -61,14 +57,14 @@ std::vector<DisplayMemory::Renaming> DisplayMemory::noteConnected(const std::set
     std::vector<Renaming> renamings;
     for (const auto& [formerID, newID] : successorsOfDisplays(recentlyGone_, unknown)) {
         recentlyGone_.erase(formerID);
-        takeBack(absence_, formerID, assignments);
+        takeBack(absence_, {formerID}, assignments);
         renamings.push_back({formerID, newID});
     }
     return renamings;
 }
 
 void DisplayMemory::leaveDisplay(const std::string& displayID, const TileAssignments& assignments) {
-    absence_.leave(displayID, displayID, assignments);
+    absence_.leave({displayID}, assignments);
 }
 
 void DisplayMemory::leaveAbsentDisplays(const TileAssignments& assignments, const std::set<std::string>& connected) {
@@ -78,33 +74,33 @@ void DisplayMemory::leaveAbsentDisplays(const TileAssignments& assignments, cons
         if (!connected.contains(id)) absent.insert(id);
     }
     for (const auto& id : absent) {
-        if (!absence_.holds(id)) absence_.leave(id, id, assignments);
+        if (!absence_.holds({id})) absence_.leave({id}, assignments);
     }
 }
 
 void DisplayMemory::takeBackDisplay(const std::string& displayID, TileAssignments& assignments) {
-    takeBack(absence_, displayID, assignments);
+    takeBack(absence_, {displayID}, assignments);
 }
 
-void DisplayMemory::takeBack(DisplayAbsence& homes, const std::string& key, TileAssignments& assignments) {
+void DisplayMemory::takeBack(DisplayAbsence& homes, const AbsenceKey& key, TileAssignments& assignments) {
     if (!homes.holds(key)) return;
     auto back = homes.comeBack(key, std::move(assignments));
     assignments = std::move(back.assignments);
-    noteRegained(back.regainedFronts, back.regainedWaiting);
+    noteReturned(back.returnedFronts, back.returnedWaiting);
 }
 
 void DisplayMemory::leaveLayout(const std::string& displayID, const std::string& layoutID,
                                 const TileAssignments& assignments) {
-    outgrown_.leave(layoutKey(displayID, layoutID), displayID, assignments);
+    formerLayouts_.leave({displayID, layoutID}, assignments);
 }
 
 void DisplayMemory::takeBackLayout(const std::string& displayID, const std::string& layoutID,
                                    TileAssignments& assignments) {
-    takeBack(outgrown_, layoutKey(displayID, layoutID), assignments);
+    takeBack(formerLayouts_, {displayID, layoutID}, assignments);
 }
 
 void DisplayMemory::forgetLayouts(const std::string& displayID) {
-    outgrown_.forgetKeys(layoutKey(displayID, ""));
+    formerLayouts_.forgetDisplay(displayID);
     for (const auto& window : crowded_.onDisplay(displayID).windows()) crowded_.remove(window);
 }
 
@@ -112,7 +108,7 @@ void DisplayMemory::noteArrangement(const TileAssignments& assignments) {
     if (absence_.homes().empty() || crowded_ != TileAssignments{}) return;
     crowded_ = assignments;
     for (const auto& window : assignments.windows()) {
-        if (absence_.isHomeless(window)) crowded_.remove(window);
+        if (absence_.isDisplaced(window)) crowded_.remove(window);
     }
 }
 
@@ -122,16 +118,16 @@ void DisplayMemory::takeBackCrowdedOut(TileAssignments& assignments, const std::
     TileAssignments held = std::exchange(crowded_, {});
     std::erase_if(held.assignedWindowIDs,
                   [&](const auto& tile) { return !connected.contains(displayIDOf(tile.first)); });
-    noteRegained(returnToFreeTiles(held, assignments, isPutAway), {});
+    noteReturned(returnToFreeTiles(held, assignments, isPutAway), {});
 }
 
-void DisplayMemory::noteRegained(const std::vector<std::string>& fronts, const std::vector<std::string>& waiting) {
-    regainedFronts_.insert(fronts.begin(), fronts.end());
-    regainedWaiting_.insert(waiting.begin(), waiting.end());
+void DisplayMemory::noteReturned(const std::vector<std::string>& fronts, const std::vector<std::string>& waiting) {
+    windowsToShow_.insert(fronts.begin(), fronts.end());
+    windowsToHide_.insert(waiting.begin(), waiting.end());
 }
 
-DisplayMemory::Regained DisplayMemory::takeRegained() {
-    return {std::exchange(regainedFronts_, {}), std::exchange(regainedWaiting_, {})};
+DisplayMemory::Returned DisplayMemory::takeReturned() {
+    return {std::exchange(windowsToShow_, {}), std::exchange(windowsToHide_, {})};
 }
 
 const ShownLayout* DisplayMemory::shown(const std::string& displayID) const {
@@ -150,8 +146,8 @@ bool DisplayMemory::noteShown(const std::string& displayID, const std::string& l
 void DisplayMemory::carryLayout(WorkspaceProfile& profile, const std::string& formerID, const std::string& newID) {
     const bool hasItsOwn = profile.layoutSelectionsByDisplay.contains(newID);
     copyDisplay(profile, formerID, newID);
-    if (carried_.erase(formerID) > 0) eraseDisplay(profile, formerID);
-    if (!hasItsOwn) carried_.insert(newID);
+    if (inheritedLayouts_.erase(formerID) > 0) eraseDisplay(profile, formerID);
+    if (!hasItsOwn) inheritedLayouts_.insert(newID);
 }
 
 void DisplayMemory::beginSettling() {
@@ -163,36 +159,36 @@ void DisplayMemory::beginSettling() {
 
 void DisplayMemory::forget(const std::string& windowID) {
     absence_.forget(windowID);
-    outgrown_.forget(windowID);
+    formerLayouts_.forget(windowID);
     crowded_.remove(windowID);
     strandedFloats_.forget(windowID);
 }
 
 void DisplayMemory::forgetAllWindows() {
     absence_.forgetAll();
-    outgrown_.forgetAll();
+    formerLayouts_.forgetAll();
     crowded_ = {};
     strandedFloats_.forgetAll();
 }
 
 void DisplayMemory::keepOnly(const std::set<std::string>& windowIDs) {
     absence_.keepOnly(windowIDs);
-    outgrown_.keepOnly(windowIDs);
+    formerLayouts_.keepOnly(windowIDs);
     crowded_.keepOnly(windowIDs);
     strandedFloats_.keepOnly(windowIDs);
 }
 
 void DisplayMemory::rename(const std::string& windowID, const std::string& newID) {
     absence_.rename(windowID, newID);
-    outgrown_.rename(windowID, newID);
+    formerLayouts_.rename(windowID, newID);
     crowded_.rename(windowID, newID);
     strandedFloats_.rename(windowID, newID);
-    renameIn(regainedFronts_, windowID, newID);
-    renameIn(regainedWaiting_, windowID, newID);
+    renameIn(windowsToShow_, windowID, newID);
+    renameIn(windowsToHide_, windowID, newID);
 }
 
 void DisplayMemory::renameDisplay(const std::string& displayID, const std::string& newID) {
-    outgrown_.renameDisplay(displayID, newID);
+    formerLayouts_.renameDisplay(displayID, newID);
     crowded_.renameDisplay(displayID, newID);
     strandedFloats_.renameDisplay(displayID, newID);
     renameKey(shown_, displayID, newID);

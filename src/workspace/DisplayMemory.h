@@ -1,5 +1,5 @@
 // What is remembered of displays: the windows of those that are away, what the others showed before windows of these
-// were arranged on them, the windows of layouts that a display has outgrown, what each display showed last, and which
+// were arranged on them, the windows of layouts that a display had before, what each display showed last, and which
 // one is which after a change of its size. Always true: a window is held by one absent display at most; displays count
 // as changing until they have stayed as they are for `kSettleTime`, since a standby looks like an unplugging. Times are
 // uptimes.
@@ -44,12 +44,12 @@ class DisplayMemory {
     /// The same for every display with assignments that is not connected, unless it holds windows already.
     void leaveAbsentDisplays(const TileAssignments& assignments, const std::set<std::string>& connected);
     void takeBackDisplay(const std::string& displayID, TileAssignments& assignments);
-    bool holdsDisplay(const std::string& displayID) const { return absence_.holds(displayID); }
+    bool holdsDisplay(const std::string& displayID) const { return absence_.holds({displayID}); }
     /// The display that holds the window is away.
-    bool isHomeless(const std::string& windowID) const { return absence_.isHomeless(windowID); }
+    bool isDisplaced(const std::string& windowID) const { return absence_.isDisplaced(windowID); }
     /// By the id of the display.
-    const std::map<std::string, TileAssignments>& absentDisplays() const { return absence_.homes(); }
-    void restoreAbsentDisplays(std::map<std::string, TileAssignments> held) { absence_.restore(std::move(held)); }
+    const std::map<AbsenceKey, TileAssignments>& absentDisplays() const { return absence_.homes(); }
+    void restoreAbsentDisplays(std::map<AbsenceKey, TileAssignments> held) { absence_.restore(std::move(held)); }
     /// The assignments were set back to an earlier time.
     void restate(const TileAssignments& assignments) { absence_.restate(assignments); }
 
@@ -69,13 +69,13 @@ class DisplayMemory {
 
     /// Windows that are in front again of tiles that they had lost, and windows that wait again, until the caller
     /// shows and hides them.
-    void noteRegained(const std::vector<std::string>& fronts, const std::vector<std::string>& waiting);
-    bool hasRegained() const { return !regainedFronts_.empty() || !regainedWaiting_.empty(); }
-    struct Regained {
+    void noteReturned(const std::vector<std::string>& fronts, const std::vector<std::string>& waiting);
+    bool hasReturned() const { return !windowsToShow_.empty() || !windowsToHide_.empty(); }
+    struct Returned {
         std::set<std::string> fronts;
         std::set<std::string> waiting;
     };
-    Regained takeRegained();
+    Returned takeReturned();
 
     /// Null before the display has shown anything.
     const ShownLayout* shown(const std::string& displayID) const;
@@ -88,7 +88,7 @@ class DisplayMemory {
     /// Displays changed: `settled` will be called, unless they change again.
     void beginSettling();
     /// Whether the window's display is away and may be back in a moment.
-    bool isAwaited(const std::string& windowID) const { return isSettling() && isHomeless(windowID); }
+    bool isAwaited(const std::string& windowID) const { return isSettling() && isDisplaced(windowID); }
     bool isSettling() const { return queue_.uptime() < settledAt_; }
     /// Displays that are away now do not come back under another id.
     void forgetRecentlyGone() { recentlyGone_.clear(); }
@@ -105,19 +105,19 @@ class DisplayMemory {
     void renameDisplay(const std::string& displayID, const std::string& newID);
 
   private:
-    void takeBack(DisplayAbsence& homes, const std::string& key, TileAssignments& assignments);
+    void takeBack(DisplayAbsence& homes, const AbsenceKey& key, TileAssignments& assignments);
 
     MainQueue& queue_;
     std::function<void()> settled_;
     DisplayAbsence absence_;
-    DisplayAbsence outgrown_; // by display and layout
-    TileAssignments crowded_; // before the first arrangement with a display away
+    DisplayAbsence formerLayouts_; // by display and layout
+    TileAssignments crowded_;      // before the first arrangement with a display away
     StrandedFloats strandedFloats_;
-    std::set<std::string> regainedFronts_;
-    std::set<std::string> regainedWaiting_;
+    std::set<std::string> windowsToShow_;
+    std::set<std::string> windowsToHide_;
     std::map<std::string, ShownLayout> shown_; // also of displays that are away
     std::set<std::string> recentlyGone_;       // displays without another name than their frame
-    std::set<std::string> carried_;            // ids that have the layout of the one before
+    std::set<std::string> inheritedLayouts_;   // ids that have the layout of the one before
     Seconds settledAt_{0};
     bool isHeldBackByZoom_ = false;
     Lifetime lifetime_;

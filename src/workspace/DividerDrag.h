@@ -1,4 +1,4 @@
-// A divider in the user's hand: which one, how far, and how often that reaches the windows.
+// A divider that is dragged: which one, how far, and how often that reaches the windows.
 // Updates are applied at most 60 times a second, always with the newest translation.
 #pragma once
 

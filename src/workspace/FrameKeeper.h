@@ -47,7 +47,7 @@ class FrameKeeper {
     ReflowPolicy& reflow() { return reflow_; }
     const ReflowPolicy& reflow() const { return reflow_; }
 
-    /// Windows that span several tiles and need less room than at the last look. `anchors` by the id of the window.
+    /// Windows that span several tiles and need less room than at the last call. `anchors` by the id of the window.
     std::vector<std::string> takeShrunken(const std::map<std::string, std::string>& anchors,
                                           const std::function<std::optional<CGSize>(const std::string&)>& minimumOf);
 
@@ -61,7 +61,7 @@ class FrameKeeper {
     std::map<std::string, Refusal> refusals_; // by window id
     ReflowPolicy reflow_;
     WindowSizes sizes_;
-    std::map<std::string, CGSize> minimumsOfSpanning_; // at the last look, by window id
+    std::map<std::string, CGSize> minimumsOfSpanning_; // at the last call, by window id
 };
 
 } // namespace kova

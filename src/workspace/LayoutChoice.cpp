@@ -44,8 +44,8 @@ Outcome LayoutChoice::selectLayout(const std::string& id, const DisplayLayoutSel
         migrateHomes(assignments_, id, tileMemory_.homes().of(id, assignments_), {layout.id, after});
     if (const auto focused = finder_.focusedWindowID()) keepInFront(migration, *focused);
     assignments_ = std::move(migration.assignments);
-    displays_.noteRegained(migration.regainedWindowIDs, migration.displacedWindowIDs);
-    follower_.presentRegained();
+    displays_.noteReturned(migration.returnedWindowIDs, migration.displacedWindowIDs);
+    follower_.presentReturned();
     keeper_.layoutChanged(id);
     return Outcome::done(layoutName + " on " + screen.localizedName);
 }

@@ -30,10 +30,10 @@ LayoutFollower::LayoutFollower(WorkspaceParts& parts, TileGeometry& geometry, Wi
     tileMemory_(parts.tileMemory), displays_(parts.displays), geometry_(geometry), presenter_(presenter),
     keeper_(keeper) {}
 
-/// Who is in front again of a tile that it had lost comes back to the screen; who waits again leaves it.
-void LayoutFollower::presentRegained() {
-    const auto regained = displays_.takeRegained();
-    for (const auto& id : regained.fronts) {
+/// Shows windows that are in front of a tile again that they had lost, and hides those that wait in a stack again.
+void LayoutFollower::presentReturned() {
+    const auto returned = displays_.takeReturned();
+    for (const auto& id : returned.fronts) {
         const ManagedWindow* window = liveWindows_.find(id);
         if (!window || !assignments_.isAssigned(id)) continue;
         if (window->isMinimized || windowService_.isApplicationHidden(window->processIdentifier)) {
@@ -41,7 +41,7 @@ void LayoutFollower::presentRegained() {
         }
     }
     std::vector<std::string> leaving;
-    for (const auto& id : regained.waiting) {
+    for (const auto& id : returned.waiting) {
         if (!assignments_.isAssigned(id) && assignments_.isInAnyTile(id)) leaving.push_back(id);
     }
     presenter_.presentDisplaced(leaving);

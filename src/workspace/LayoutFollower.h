@@ -21,7 +21,7 @@ class LayoutFollower {
 
     void migrateChangedDisplays();
     void migrateFromMissingTiles();
-    void presentRegained();
+    void presentReturned();
 
   private:
     AccessibilityWindowService& windowService_;

@@ -161,9 +161,9 @@ LayoutMigration migrate(const TileAssignments& before, const std::string& displa
         if (!isListed && !result.assignments.isAssigned(window)) result.displacedWindowIDs.push_back(window);
     }
     for (const auto& [target, window] : result.assignments.onDisplay(displayID).assignedWindowIDs) {
-        const auto& regained = result.regainedWindowIDs;
-        const bool isListed = std::find(regained.begin(), regained.end(), window) != regained.end();
-        if (!isListed && !before.isAssigned(window)) result.regainedWindowIDs.push_back(window);
+        const auto& returned = result.returnedWindowIDs;
+        const bool isListed = std::find(returned.begin(), returned.end(), window) != returned.end();
+        if (!isListed && !before.isAssigned(window)) result.returnedWindowIDs.push_back(window);
     }
     return result;
 }
@@ -219,7 +219,7 @@ void keepInFront(LayoutMigration& migration, const std::string& windowID) {
     displaced.erase(lost);
     assignments.insertIntoStack(*target, windowID, TileAssignments::StackPosition::front);
     (void)assignments.assign(windowID, {*target}); // displaces the former front, which stays in the stack
-    if (std::erase(migration.regainedWindowIDs, former) == 0) displaced.push_back(former);
+    if (std::erase(migration.returnedWindowIDs, former) == 0) displaced.push_back(former);
 }
 
 } // namespace kova

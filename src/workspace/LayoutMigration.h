@@ -36,7 +36,7 @@ DisplayTiles tilesOf(const SolvedLayout& solved);
 struct LayoutMigration {
     TileAssignments assignments;
     std::vector<std::string> displacedWindowIDs; // lost their tile and wait behind another window
-    std::vector<std::string> regainedWindowIDs;  // front a tile, and did not before
+    std::vector<std::string> returnedWindowIDs;  // front a tile, and did not before
 };
 
 /// Windows stay in the slot of the same id, else of the same canonical id; the others take the free slots in order;

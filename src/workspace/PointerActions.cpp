@@ -159,7 +159,7 @@ Outcome PointerActions::resetDivider(const DisplayLayoutDivider& target) {
     return Outcome::done();
 }
 
-/// Live writes are not verified; once the hand rests, every window of the display is placed in earnest.
+/// Live writes are not verified; at the end of the drag every window of the display is placed with verification.
 void PointerActions::verifyFrames(const std::string& id, const std::map<std::string, CGRect>& written) {
     for (const auto& [windowID, frame] : written) {
         const ManagedWindow* window = liveWindows_.find(windowID);
@@ -185,7 +185,7 @@ void PointerActions::releaseWindow() {
     const auto now = windowService_.readFrame(window->element);
     if (!now) return;
     window->frame = *now;
-    // Where the hand has put it, it has refused nothing yet.
+    // It has refused nothing yet where the user has put it.
     if (!held->frame || !nearlyEqual(*held->frame, *now, kRoundingPoints)) frames_.forgetRefusal(held->windowID);
     if (pointer_.isPausingPolls()) return; // its end looks after all windows
     keeper_.commit({});

@@ -1,4 +1,4 @@
-// While the user's hand moves windows, the polls leave them alone. The pause ends by itself soon after the last
+// While the pointer drags windows, polls leave them alone. The pause ends by itself soon after the last
 // movement.
 #pragma once
 
@@ -19,11 +19,11 @@ class PresentationSuspension {
 
     bool isSuspended() const { return isSuspended_; }
     void suspend();
-    /// The hand still moves: begins the pause, or prolongs it.
+    /// The pointer still moves: begins the pause, or prolongs it.
     void noteMovement();
     /// Ends the present pause after the delay, unless a new one has begun by then.
     void endAfter(Seconds delay);
-    /// Ends it without telling anybody.
+    /// Ends it without a notification.
     void abandon();
 
   private:

@@ -61,8 +61,8 @@ struct RestoredPlacement {
 };
 
 /// The assignments with the windows, which were in no tile, put back. One that is to wait behind another fronts its
-/// tile until that one comes, so that no tile stays empty for a window that may never appear; who waits is in the
-/// order of the stack indices, those without one last.
+/// tile until that one comes, so that no tile stays empty for a window that may never appear; windows that wait are in
+/// the order of the stack indices, those without one last.
 TileAssignments withRestored(TileAssignments before, const std::vector<RestoredPlacement>& placements,
                              const std::map<std::string, std::int64_t>& stackIndexByID);
 

@@ -29,7 +29,7 @@ void SessionRestore::keepProcesses(const std::set<pid_t>& recorded) {
 
 void SessionRestore::await(std::set<std::string> windowIDs, Seconds now) {
     awaited_ = std::move(windowIDs);
-    awaitedUntil_ = now + kResumptionPatience;
+    awaitedUntil_ = now + kResumptionTimeout;
 }
 
 const std::set<std::string>& SessionRestore::awaited(const std::vector<ManagedWindow>& live, Seconds now) {

@@ -19,6 +19,21 @@ bool isSameWindow(const WorkspaceSessionWindow& former, const ManagedWindow& win
     return former.bundleIdentifier == window.bundleIdentifier && former.title == window.title;
 }
 
+/// All at once, as two windows may have exchanged their ids.
+TileAssignments withNewIDs(TileAssignments assignments, const std::map<std::string, std::string>& newIDs) {
+    const auto now = [&](const std::string& formerID) {
+        const auto found = newIDs.find(formerID);
+        return found == newIDs.end() ? formerID : found->second;
+    };
+    for (auto& [target, windowID] : assignments.assignedWindowIDs) windowID = now(windowID);
+    for (auto& [target, stack] : assignments.stackWindowIDsByTarget)
+        std::transform(stack.begin(), stack.end(), stack.begin(), now);
+    std::map<std::string, std::string> anchors;
+    for (auto& [windowID, target] : assignments.anchorTargetIDsByWindowID) anchors[now(windowID)] = target;
+    assignments.anchorTargetIDsByWindowID = std::move(anchors);
+    return assignments;
+}
+
 } // namespace
 
 ResumedWindows resumedWindows(const WorkspaceSession& session, const std::vector<ManagedWindow>& liveWindows,
@@ -65,14 +80,7 @@ TileAssignments resumedTiles(const WorkspaceSessionTiles& tiles, const ResumedWi
     std::set<std::string> kept = windows.awaited;
     for (const auto& [formerID, id] : windows.idNow) kept.insert(formerID);
     assignments.keepOnly(kept);
-    // In two steps, as two windows may have changed their ids with one another.
-    for (const auto& [formerID, id] : windows.idNow) {
-        if (formerID != id) assignments.rename(formerID, "\n" + id);
-    }
-    for (const auto& [formerID, id] : windows.idNow) {
-        if (formerID != id) assignments.rename("\n" + id, id);
-    }
-    return assignments;
+    return withNewIDs(std::move(assignments), windows.idNow);
 }
 
 WorkspaceSessionTiles sessionTiles(const TileAssignments& assignments) {

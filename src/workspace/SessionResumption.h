@@ -19,7 +19,7 @@ namespace kova {
 using ProcessStartOf = std::function<std::optional<std::string>(pid_t)>;
 
 /// How long a window is awaited whose process goes on but which is not seen yet.
-inline constexpr Seconds kResumptionPatience{10};
+inline constexpr Seconds kResumptionTimeout{10};
 
 /// By the ids of the former session.
 struct ResumedWindows {
@@ -28,7 +28,8 @@ struct ResumedWindows {
 };
 
 /// A window is the same when its id and the start of its process are; where no start is known, when bundle identifier
-/// and title are as well. One whose id changed is recognised by what it is. Of a process that is another, nobody is.
+/// and title are as well. One whose id changed is recognised by what it is. Windows of another process are not
+/// recognized.
 ResumedWindows resumedWindows(const WorkspaceSession& session, const std::vector<ManagedWindow>& liveWindows,
                               const ProcessStartOf& processStartOf);
 

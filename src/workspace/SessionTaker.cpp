@@ -36,7 +36,9 @@ std::optional<WorkspaceSession> SessionTaker::describeSession() {
     if (session_.isUnread() || *state_.permissionState != AccessibilityPermissionState::granted) return std::nullopt;
     WorkspaceSession session;
     session.tiles = sessionTiles(assignments_);
-    for (const auto& [id, held] : displays_.absentDisplays()) session.awayDisplays[id] = sessionTiles(held);
+    for (const auto& [absent, held] : displays_.absentDisplays()) {
+        session.awayDisplays[absent.displayID] = sessionTiles(held);
+    }
     for (const auto& [space, tiles] : tileMemory_.spaces().places())
         session.otherSpaces.push_back({space, sessionTiles(tiles)});
     std::set<pid_t> recorded;
@@ -47,7 +49,7 @@ std::optional<WorkspaceSession> SessionTaker::describeSession() {
         const bool isFloating = state_.floatingWindowIDs->contains(window.id);
         if (isFloating) session.floatingWindowIDs.insert(window.id);
         const bool isSurplus = liveWindows_.minimized().contains(window.id) && !assignments_.isInAnyTile(window.id);
-        const bool hasPlace = assignments_.isInAnyTile(window.id) || displays_.isHomeless(window.id) ||
+        const bool hasPlace = assignments_.isInAnyTile(window.id) || displays_.isDisplaced(window.id) ||
                               tileMemory_.spaces().holds(window.id);
         if (!isHandled && !isFloating && !hasPlace && !isSurplus) continue;
         recorded.insert(window.processIdentifier);
@@ -103,7 +105,7 @@ bool SessionTaker::takeUpSession() {
     const auto changed = displaysThatDiffer(*state_.screens, known, assignments_);
     returned.insert(changed.begin(), changed.end());
     acceptPlacesOfWindows(returned);
-    follower_.presentRegained();
+    follower_.presentReturned();
     expectReturns(*session, resumed);
     putAwayAgain();
     if (session->zoom && !changed.contains(session->zoom->displayID)) steps_.takeUpZoom(*session->zoom, resumed);
@@ -114,10 +116,10 @@ bool SessionTaker::takeUpSession() {
 /// known of the windows.
 void SessionTaker::takeUpTiles(const WorkspaceSession& session, const ResumedWindows& resumed) {
     assignments_ = resumedTiles(session.tiles, resumed);
-    std::map<std::string, TileAssignments> homes;
+    std::map<AbsenceKey, TileAssignments> homes;
     for (const auto& [id, tiles] : session.awayDisplays) {
         auto held = resumedTiles(tiles, resumed);
-        if (held != TileAssignments{}) homes[id] = std::move(held);
+        if (held != TileAssignments{}) homes[{id}] = std::move(held);
     }
     displays_.restoreAbsentDisplays(std::move(homes));
     std::vector<SpaceMemory::Places> places;
@@ -206,9 +208,9 @@ void SessionTaker::acceptPlacesOfWindows(const std::set<std::string>& returnedDi
     }
 }
 
-/// An agent that ends in peace brings back whoever waits; those go on waiting now, unless somebody has taken to one
-/// meanwhile: who works in it or has moved it, or has closed what it waited behind. One that is on its way back looks
-/// the same at first, which is why a look decides only in favour of going.
+/// On clean exit the agent shows all stacked windows. Hides them again, except windows that the user has focused or
+/// moved since, or whose front window is gone. One that is still being restored looks the same at first, so a poll only
+/// ever decides to hide.
 void SessionTaker::putAwayAgain() {
     if (liveWindows_.minimized().isExpecting()) {
         const ManagedWindow* focused = finder_.focusedWindow();
@@ -243,7 +245,7 @@ void SessionTaker::putAwayAgain() {
     presenter_.presentDisplaced(displaced);
 }
 
-/// Whether the window stands where it waits, or did, behind somebody who can be seen.
+/// Whether the window is at the place of its stack, or at its former frame, behind a visible front window.
 bool SessionTaker::hasComeBackToWait(const ManagedWindow& window, const std::optional<CGRect>& formerFrame) const {
     const auto tile = assignments_.stackTargetOf(window.id);
     if (!window.isVisible || &window == finder_.focusedWindow() || !tile || !geometry_.screenOfTarget(*tile))

@@ -6,10 +6,6 @@
 
 namespace kova {
 
-std::string displayIDOf(const std::string& targetID) {
-    return targetID.substr(0, targetID.find("::"));
-}
-
 std::optional<std::string> TileAssignments::targetOf(const std::string& windowID) const {
     if (const auto anchor = anchorTargetIDsByWindowID.find(windowID); anchor != anchorTargetIDsByWindowID.end()) {
         return anchor->second;
@@ -168,7 +164,7 @@ void TileAssignments::adopt(const std::string& windowID, const TileAssignments& 
     const auto targets = other.targetsAnchorFirst(windowID);
     if (targets.empty()) return;
     insertIntoStack(targets.front(), windowID, StackPosition::front);
-    (void)assign(windowID, targets); // who was there was not in `other`
+    (void)assign(windowID, targets); // windows displaced here were not in `other`
 }
 
 void TileAssignments::rename(const std::string& windowID, const std::string& newID) {

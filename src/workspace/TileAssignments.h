@@ -4,6 +4,8 @@
 // twice.
 #pragma once
 
+#include "layout/TileSpans.h"
+
 #include <map>
 #include <optional>
 #include <set>
@@ -11,9 +13,6 @@
 #include <vector>
 
 namespace kova {
-
-/// The display of a tile-target id.
-std::string displayIDOf(const std::string& targetID);
 
 struct TileAssignments {
     std::map<std::string, std::string> assignedWindowIDs;                   // tile-target id -> window id
@@ -35,7 +34,7 @@ struct TileAssignments {
     std::set<std::string> windows() const;
     /// What there is on one display.
     TileAssignments onDisplay(const std::string& displayID) const;
-    /// Whether what is always true of assignments is true of these, which somebody else may have written.
+    /// Whether what is always true of assignments is true of these, which may come from an edited file.
     bool isSound() const;
 
     /// Takes the window out of every stack, dropping stacks that become empty.
@@ -53,7 +52,7 @@ struct TileAssignments {
     /// displaced windows whose own stack has no front window any more.
     void mergeStacksInto(const std::string& anchorTargetID, const std::vector<std::string>& targets,
                          const std::vector<std::string>& displacedWindowIDs);
-    /// Puts who fronts a tile first in its stack, where it has one.
+    /// Puts the front window of a tile first in its stack, where it has one.
     void putFrontsFirst();
     /// Takes over the window's tiles, and its place at the front of its stack, from `other`.
     void adopt(const std::string& windowID, const TileAssignments& other);

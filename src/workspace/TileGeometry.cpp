@@ -118,7 +118,7 @@ std::map<std::string, CGRect> TileGeometry::framesOfTiledWindows() const {
 }
 
 std::map<std::string, CGRect> TileGeometry::framesOfTiledWindows(const Screen& screen) const {
-    std::map<std::string, std::vector<CGRect>> cells; // in screen space; those of nobody under no name
+    std::map<std::string, std::vector<CGRect>> cells; // in screen space, by window id; free tiles under ""
     const std::string id = displayID(screen);
     const SolvedLayout& solved = solvedTiles(screen);
     for (std::size_t i = 0; i < solved.slots.size(); ++i) {

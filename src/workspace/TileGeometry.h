@@ -35,14 +35,20 @@ class TileGeometry {
   public:
     explicit TileGeometry(WorkspaceParts& parts);
 
+    /// The layouts that the theme in use offers.
     const std::vector<LayoutDefinition>& catalogue() const;
+    /// Null when the display is not connected.
     const Screen* screenOf(const std::string& displayID) const;
+    /// Null when the display of the tile is not connected.
     const Screen* screenOfTarget(const std::string& targetID) const;
+    /// By which `flipped` converts between screen space and window-service space.
     double firstScreenMaxY() const;
     bool isOnSomeScreen(const CGRect& frameForWindowService) const;
     /// The definition in force on the display, weights applied; null for a display that is not connected.
     const LayoutDefinition* resolvedLayout(const std::string& displayID) const;
+    /// In layout space. Valid until the next call for the display.
     const SolvedLayout& solvedTiles(const Screen& screen) const;
+    /// Absent when the layout in force has no such tile.
     std::optional<CGRect> tileFrameOnScreen(const std::string& targetID) const;
     /// Where the window belongs by its tiles, in window-service space.
     std::optional<CGRect> frameForWindow(const std::string& windowID) const;
@@ -51,24 +57,34 @@ class TileGeometry {
     std::map<std::string, CGRect> framesOfTiledWindows(const Screen& screen) const;
     /// The tiles of every display, in the platform's order and the layouts' order.
     std::vector<WorkspaceTile> tiles() const;
+    /// The display of its tile, else the one that shows most of it; null when none does.
     const Screen* screenOfWindow(const ManagedWindow& window) const;
+    /// In points, 0 where nothing is known.
     CGSize minimumSizeOf(const ManagedWindow& window,
                          WindowSizes::Purpose purpose = WindowSizes::Purpose::present) const;
     std::optional<CGSize> minimumOfApplication(const ManagedWindow& window) const;
+    /// The largest frame in the tile that the size hints of the window allow, both in window-service space.
     CGRect restingFrame(const ManagedWindow& window, const CGRect& tileFrame) const;
+    /// Which windows hold which tiles of the display, and how much room they need.
     TileRoom roomOn(const Screen& screen) const;
+    /// The tiles that the window takes when it is put into this one; absent for an unknown tile.
     std::optional<Covering> coveringFor(const ManagedWindow& window, const std::string& targetID) const;
+    /// Absent when the layout has none of the slots.
     std::optional<Covering> coveringOn(const Screen& screen, const std::vector<std::string>& slotIDs) const;
+    /// The first free tile, or span of free tiles, with room for the window; absent when there is none.
     std::optional<Covering> freeCoveringOn(const Screen& screen, const ManagedWindow& window) const;
     /// Those of one display, zoomed or not.
     std::vector<DisplayLayoutDivider> dividersOn(const std::string& displayID) const;
     /// The gap in which the divider lies, in screen space; absent when its display is gone.
     std::optional<CGRect> dividerFrameOnScreen(const DisplayLayoutDivider& divider) const;
+    /// The tiles of a placement, the anchor first; empty when the layout lacks its slot.
     std::vector<std::string> targetsFor(const Screen& screen, const std::string& slotID,
                                         const std::optional<std::vector<std::string>>& claimedSlotIDs) const;
     /// A zoomed window's, in window-service space; absent when the display is gone.
     std::optional<CGRect> zoomFrame(const std::string& displayID) const;
+    /// Absent when the display of the tile is not connected.
     std::optional<LearntPlace> learntPlace(const std::string& targetID) const;
+    /// The tile that the window would move to if it were dropped there (screen space); absent over its own.
     std::optional<std::string> dropTarget(const std::string& windowID, CGPoint pointOnScreen) const;
     /// Applications of the windows in the display's tiles, each once; of all live windows when none is named.
     std::vector<std::string> applicationsOn(const std::optional<std::string>& displayID) const;

@@ -36,25 +36,44 @@ class TileKeeper {
   public:
     TileKeeper(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry, WindowPresenter& presenter);
 
+    /// Publishes which window is in which tile, after floating windows that have a tile by now were dropped.
     void publishAssignments();
+    /// Raises the layout revision when tiles have moved since the last call.
     void noteTileGeometry();
+    /// Raises the layout revision: overlays and divider handles follow.
     void noteTilesMoved();
+    /// The end of every operation that edits tiles.
     void commit(const Transaction& changes);
+    /// Gives the windows that lost a tile by it, each once. Writes no frame.
     std::vector<std::string> takeTiles(const std::string& windowID, const Covering& covering);
+    /// Takes the tiles, hides the windows that lost theirs, and requests the frame.
     void place(const ManagedWindow& window, const Covering& covering, AccessibilityWindowService::BringToFront raise);
+    /// The same for one tile, committed. False when there is no such window or tile.
     bool placeWindow(const std::string& windowID, const std::string& targetID, Focusing focusing);
+    /// Publishes that the window took more than one tile.
     void announceClaim(const ManagedWindow& window, const Covering& covering);
+    /// Fills tiles that have lost their front window since `before` from their stacks.
     void bringNextForward(const TileAssignments& before);
+    /// Windows that their tiles are too small for claim spans, `first` before all others.
     void claimRoomWhereNeeded(const std::string& first = {});
+    /// Windows that need less room than when they claimed their span keep only the tiles that they need.
     void giveBackSpans();
+    /// The window rested at `actual` after being asked for `wanted`; both in window-service space.
     void minimumSizeObserved(const std::string& windowID, const CGRect& wanted, const CGRect& actual);
+    /// Drops learned minimum sizes that windows are smaller than.
     void noteSizesSeen();
+    /// Asks the window once for less than its learned minimum, if that is due.
     void retryMinimum(const std::string& windowID);
     void publishMinimums() { state_.observedMinimumSizes.set(frames_.sizes().shown()); }
+    /// Publishes and stores it.
     void setProfile(WorkspaceProfile profile);
+    /// Tiles of the display have moved: commits.
     void layoutChanged(const std::string& displayID);
+    /// Without splits the layout has its own weights again.
     void storeWeights(const std::string& displayID, const std::string& layoutID, LayoutWeightOverrides weights);
+    /// Rules do not move the window any more.
     void noteHasItsPlace(const std::string& windowID);
+    /// The window returns to no earlier place any more.
     void noteMovedByUser(const std::string& windowID);
 
   private:

@@ -20,7 +20,7 @@ class TransitionRecovery {
     static constexpr Seconds kDuration{10};
 
     /// The desktop goes away: remembers the assigned live windows, in their order, and after them those that wait in
-    /// stacks. Who was still awaited since the last time goes on being awaited.
+    /// stacks. Windows still missing from an earlier suspension stay in the list.
     void remember(const std::vector<ManagedWindow>& liveWindows, const TileAssignments& assignments);
     /// The desktop is back.
     void begin(Seconds uptime);
@@ -32,13 +32,13 @@ class TransitionRecovery {
     bool hasDeadline() const { return deadline_.has_value(); }
 
     /// Windows that have come back under another identifier. They count as those that are remembered from now on, and
-    /// whoever asks gives them their tiles.
+    /// the caller gives them their tiles.
     std::vector<WindowSuccessor> takeSuccessors(const std::vector<ManagedWindow>& liveWindows,
                                                 const TileAssignments& assignments);
     /// Windows that front a tile, are live again and not yet put back; they count as put back from now on.
     std::vector<std::string> takeRecovered(const std::vector<ManagedWindow>& liveWindows,
                                            const TileAssignments& assignments);
-    /// Every assigned window is back, and who waited behind it; or nothing is assigned.
+    /// All assigned and stacked windows have returned, or none was assigned.
     bool isComplete(const TileAssignments& assignments) const;
     /// Remembered windows that have not come back yet.
     std::set<std::string> awaitedWindowIDs() const;

@@ -33,7 +33,7 @@ void UndoSteps::abandonDrags() {
     if (heldPollsBack) refreshCycle_.refresh(); // what they saw is still to be acted on
 }
 
-/// Another action comes first: what the hand holds is let go where it began.
+/// Another action comes first: what is dragged goes back to where the drag began.
 void UndoSteps::endDrags() {
     if (!pointer_.isDragging()) return;
     abandonDrags();
@@ -99,8 +99,8 @@ void UndoSteps::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot) {
     for (const auto& screen : *state_.screens) connected.insert(displayID(screen));
     // What a step back assigns to a display that is not connected counts as held by it.
     displays_.leaveAbsentDisplays(assignments_, connected);
-    // Without a look at the tiles: what the displays showed before may still have to be compared with what they show
-    // now.
+    // Tile geometry is not compared yet: what the displays showed before may still have to be compared with what they
+    // show now.
     state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
     state_.stackWindowIDsByTarget.set(assignments_.stackWindowIDsByTarget);
     WorkspaceProfile profile = snapshot.profile;
@@ -202,7 +202,7 @@ Outcome UndoSteps::enterFocusMode(const std::optional<std::string>& windowID) {
     }
     const CGRect frame = geometry_.restingFrame(start->window, *geometry_.zoomFrame(start->displayID));
 
-    abandonDrags(); // what the hand began would end as a step behind the focus mode's own
+    abandonDrags(); // a drag would end as a step behind the focus mode's own
     auto snapshot = captureUndoSnapshot();
     auto history = undo_.entries();
     pushUndoSnapshot({std::string(action::ToggleFocusZoom::kTraits.undoLabel), {start->window.applicationName}},
@@ -222,7 +222,7 @@ bool UndoSteps::leaveFocusMode() {
     return true;
 }
 
-/// Before every other action; on a screen that nobody sees that is refused, and the zoomed window stays.
+/// Without effect while the screen cannot be seen: actions are refused then, and the zoomed window stays.
 void UndoSteps::closeFocusMode() {
     if (!access_.isAway()) (void)leaveFocusMode();
 }

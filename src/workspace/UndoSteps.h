@@ -23,6 +23,7 @@
 #include "workspace/WorkspaceServices.h"
 #include "workspace/WorkspaceState.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -38,15 +39,21 @@ class UndoSteps {
               LayoutFollower& follower);
 
     WorkspaceUndoSnapshot captureUndoSnapshot() const;
+    /// Ends drags and focus mode first, unless a snapshot from before them is given.
     void pushUndoSnapshot(UndoLabel label, std::optional<WorkspaceUndoSnapshot> snapshot = std::nullopt);
     void restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot);
     /// The live windows as they will be once the snapshot is restored.
     std::vector<ManagedWindow> windowsAsIn(const WorkspaceUndoSnapshot& snapshot) const;
+    /// False when focus mode was off.
     bool leaveFocusMode();
+    /// The same, but without effect while the screen cannot be seen.
     void closeFocusMode();
     Outcome toggleFocusMode(const std::optional<std::string>& windowID);
+    /// What is dragged stays where it is.
     void abandonDrags();
+    /// What is dragged goes back to where the drag began.
     void endDrags();
+    /// For what an arrangement, a launch or a scene still has to do: ends focus mode, runs `change`, sends all at once.
     void changeLater(const std::function<void()>& change);
     void takeUpZoom(const WorkspaceSessionZoom& zoom, const ResumedWindows& resumed);
 

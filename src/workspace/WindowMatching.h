@@ -16,7 +16,7 @@ namespace kova {
 /// Gives each window at most once. Built for one moment: the windows must outlive it unchanged.
 class WindowMatcher {
   public:
-    /// `windows` in the order in which they were enumerated; those in `used` are given to nobody.
+    /// `windows` in the order in which they were enumerated; those in `used` match nothing.
     WindowMatcher(const std::vector<ManagedWindow>& windows, const std::set<std::string>& used);
 
     /// The first window of the application whose title and the reference's hint contain one another, else the first of

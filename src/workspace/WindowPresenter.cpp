@@ -189,7 +189,7 @@ void WindowPresenter::raiseRestored(const std::vector<std::string>& windowIDs) {
 bool WindowPresenter::isOffScreen(const ManagedWindow& window) const {
     const bool isShownSomehow = window.isVisible || window.isMinimized || !window.frame ||
                                 windowService_.isApplicationHidden(window.processIdentifier);
-    // What KOVA has put away and is hidden no more was brought back by hand since the last poll.
+    // Hidden by KOVA and not hidden any more: the user has shown it since the last poll.
     const bool wasPutAway = assignments_.stackTargetOf(window.id) && !assignments_.isAssigned(window.id);
     return window.isElsewhere || (!isShownSomehow && !wasPutAway);
 }

@@ -16,6 +16,7 @@
 #include "workspace/WorkspaceServices.h"
 #include "workspace/WorkspaceState.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -32,19 +33,28 @@ class WindowPresenter {
                     const WindowFinder& finder,
                     std::function<void(const std::string&, const CGRect&, const CGRect&)> minimumSizeObserved);
 
+    /// Requests the frame with verification; without effect in full screen and where no display would show it. A window
+    /// on another virtual desktop gets it when that is shown.
     void writeFrame(const ManagedWindow& window, const CGRect& frameForWindowService,
                     AccessibilityWindowService::BringToFront raise);
     void minimizeWindow(const ManagedWindow& window);
     void hideApplicationOf(const ManagedWindow& window);
     void unhideApplicationOf(const ManagedWindow& window);
+    /// Shows the window. Windows of its application that wait in stacks stay hidden.
     void bringBack(const ManagedWindow& window);
+    /// False when the window or its application is gone.
     bool focus(const ManagedWindow& window);
     void requestPresentation(const std::string& windowID, WindowPresentation presentation);
+    /// Hides windows that lost their tile: the application where none of its windows stays visible, else the window.
     void presentDisplaced(const std::vector<std::string>& displacedWindowIDs);
+    /// Requests the frames of windows that strayed from their tiles.
     void reapplyTileFrames(Straying straying = Straying::noticeable);
+    /// Absent when the window may be moved.
     std::optional<LeftAlone> whyLeftAlone(const ManagedWindow& window) const;
     bool isLeftAlone(const ManagedWindow& window) const { return whyLeftAlone(window).has_value(); }
+    /// Neither visible nor able to be shown by a request.
     bool isOffScreen(const ManagedWindow& window) const;
+    /// Above other windows; the one that had the focus last comes out on top.
     void raiseRestored(const std::vector<std::string>& windowIDs);
 
   private:

@@ -50,7 +50,7 @@ void pairUp(std::vector<const ManagedWindowRecoveryIdentity*>& missing, std::vec
         const auto choice = choices.find(identity);
         if (choice == choices.end()) return false;
         const ManagedWindow* only = choice->second.front();
-        if (choice->second.size() > 1 || askedFor[only] > 1) return true; // in doubt, nobody
+        if (choice->second.size() > 1 || askedFor[only] > 1) return true; // ambiguous
         successors.push_back({identity->id, only->id});
         std::erase(candidates, only);
         return true;

@@ -30,8 +30,8 @@ struct WindowSuccessor {
 
 /// Which of the live `candidates` are the windows that are missing. A window fits by process, bundle identifier and
 /// title, and by its frame within 2 points; where none has the whole frame, by its place or its size, as a desktop that
-/// comes and goes moves windows or resizes them, but seldom both. Whoever has more than one that fits, or fits more
-/// than one, is nobody's.
+/// comes and goes moves windows or resizes them, but seldom both. Ambiguous matches are
+/// dropped.
 std::vector<WindowSuccessor> recogniseWindows(const std::vector<ManagedWindowRecoveryIdentity>& missing,
                                               const std::vector<const ManagedWindow*>& candidates);
 

@@ -124,7 +124,7 @@ Outcome WorkspaceController::undoLastAction() {
     ops_.steps.restoreUndoSnapshot(snapshot);
     ops_.keeper.noteTileGeometry();
     ops_.follower.migrateChangedDisplays(); // some may have had another size then
-    if (!parts_.displays.isSettling()) ops_.displayChanges.placeHomelessWindows();
+    if (!parts_.displays.isSettling()) ops_.displayChanges.placeWindowsOfAbsentDisplays();
     if (parts_.assignments.assignedWindowIDs != snapshot.tiles.assignedWindowIDs) ops_.keeper.commit({});
     parts_.state.canUndo.set(!parts_.undo.isEmpty());
     return Outcome::done("Last window action undone");

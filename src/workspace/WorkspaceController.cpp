@@ -33,7 +33,7 @@ WorkspaceController::WorkspaceController(const WorkspaceServices& services) :
     subscriptions_.push_back(parts_.state.focusMode.observe([this](const auto& mode) {
         if (mode || !parts_.displays.takeHeldBackByZoom()) return;
         parts_.services.queue.post(lifetime_.guard([this] {
-            if (ops_.access.mayMoveWindows()) ops_.displayChanges.placeHomelessWindows();
+            if (ops_.access.mayMoveWindows()) ops_.displayChanges.placeWindowsOfAbsentDisplays();
         }));
     }));
     subscriptions_.push_back(
@@ -55,7 +55,7 @@ void WorkspaceController::start(bool promptForPermission) {
 
 void WorkspaceController::stop() {
     ops_.steps.abandonDrags();
-    (void)ops_.steps.leaveFocusMode(); // whoever sees it
+    (void)ops_.steps.leaveFocusMode(); // also while the screen cannot be seen
     if (ops_.access.isRunning()) parts_.session.save();
     for (const auto& id : parts_.liveWindows.minimized().takeAll()) {
         if (const ManagedWindow* window = parts_.liveWindows.find(id)) parts_.windowService->unminimize(*window);

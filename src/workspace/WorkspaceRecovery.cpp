@@ -47,7 +47,7 @@ bool WorkspaceController::applyLockedSession(bool pollFoundLocked) {
             parts_.state.isSuspended.set(true);
             parts_.recovery.noteScreens(*parts_.state.screens);
             parts_.recovery.remember(parts_.liveWindows.all(), parts_.assignments);
-            ops_.steps.abandonDrags(); // the hand cannot see what it would do
+            ops_.steps.abandonDrags(); // the user cannot see what a drag would do
             parts_.windowService->cancelPlacements([](const CGRect&) { return true; });
         }
         return true;
@@ -77,7 +77,7 @@ void WorkspaceController::adoptSuccessors(const std::vector<WindowSuccessor>& su
     parts_.state.stackWindowIDsByTarget.set(parts_.assignments.stackWindowIDsByTarget);
 }
 
-/// Each window once. Whoever is minimised or hidden is put there when it comes back.
+/// Each window once. Minimized and hidden windows are put there when they come back.
 void WorkspaceController::recoverAssignedWindows() {
     for (const auto& windowID : parts_.recovery.takeRecovered(parts_.liveWindows.all(), parts_.assignments)) {
         const ManagedWindow* window = parts_.liveWindows.find(windowID);

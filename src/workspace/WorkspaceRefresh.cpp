@@ -85,7 +85,7 @@ void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begu
     }
 }
 
-/// Not while the user's hand moves windows: then the picture is the hand's.
+/// Not during drags, when the pointer moves windows.
 void WorkspaceController::presentPoll(bool isRecovering) {
     publishWindows();
     noteFocus();
@@ -93,7 +93,7 @@ void WorkspaceController::presentPoll(bool isRecovering) {
     followShownSpace();
     ops_.sessionTaker.putAwayAgain();
     if (isRecovering) {
-        if (parts_.displays.hasRegained()) ops_.displayChanges.settleOnDisplays();
+        if (parts_.displays.hasReturned()) ops_.displayChanges.settleOnDisplays();
         recoverAssignedWindows();
     }
     ops_.keeper.noteSizesSeen();

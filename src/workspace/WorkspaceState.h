@@ -35,7 +35,7 @@ struct WorkspaceFocusMode {
 
 struct WorkspaceState {
     Published<AccessibilityPermissionState> permissionState{AccessibilityPermissionState::unknown};
-    Published<bool> isSuspended{false}; // nobody can see the screen; windows are left alone
+    Published<bool> isSuspended{false}; // the screen cannot be seen; windows are left alone
     Published<std::vector<ManagedWindow>> windows;
     Published<std::int64_t> titleRevision{0}; // grows when some window has another title, which alone is no new list
     Published<std::map<std::string, std::string>> assignedWindowIDs;

@@ -179,7 +179,8 @@ void Scenario::checkWindowsAreAtRest(std::vector<std::string>& broken) {
         if (desktop.placesWindows() || !window.isObedient() || !desktop.isAnswering(window)) continue;
         if (!desktop.isOnScreen(window) || window.isFullScreen || window.isMaximized) continue;
         const CGRect frame = desktop.frameForWindowService(window);
-        // A restart moves nobody: who had just strayed stays there until its tile is another or all are arranged.
+        // A restart moves no window: one that had just strayed stays there until its tile is another or all are
+        // arranged.
         const auto found = foundAtRestart_.find(window.label());
         if (found != foundAtRestart_.end()) {
             if (!found->second.tile) found->second.tile = tile.frameForWindowService;

@@ -300,6 +300,10 @@ TEST_F(Settings, AReportIsWrittenByTheCommandLineAndWhatItRefusesIsShown) {
     auto* version = control<QLabel>(window, "version");
     EXPECT_TRUE(until([&] { return version->text().contains(QStringLiteral(KOVA_VERSION)); }));
     QTemporaryDir reports;
+    qputenv("XDG_STATE_HOME", reports.path().toLocal8Bit());
+    QTest::mouseClick(control<QPushButton>(window, "showLog"), Qt::LeftButton);
+    EXPECT_TRUE(until([&] { return refusalIn(window).find("There is no log at") != std::string::npos; }))
+        << refusalIn(window);
     const QString path = reports.filePath(QStringLiteral("report.txt"));
     const auto write = [&] {
         QTest::mouseClick(control<QPushButton>(window, "bugReport"), Qt::LeftButton);
@@ -310,6 +314,7 @@ TEST_F(Settings, AReportIsWrittenByTheCommandLineAndWhatItRefusesIsShown) {
     write();
     EXPECT_TRUE(until([&] { return control<QLabel>(window, "said")->text().contains(path); })) << refusalIn(window);
     EXPECT_GT(QFileInfo(path).size(), 1000);
+    EXPECT_EQ(refusalIn(window), "");
     write();
     EXPECT_TRUE(until([&] { return refusalIn(window).find("is there already") != std::string::npos; }));
 }

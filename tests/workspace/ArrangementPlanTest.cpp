@@ -8,7 +8,8 @@ using namespace kova;
 
 namespace {
 
-/// Builds a planner's input by telling who is where, and prints the plan as "Mail:focus-main Notes:secondary-1".
+/// Builds a planner's input from the windows and their tiles, and prints the plan as "Mail:focus-main
+/// Notes:secondary-1".
 class Table {
   public:
     Table& display(const std::string& id, const std::string& layoutID, CGSize size = {2560, 1440}) {
@@ -217,7 +218,7 @@ TEST(ArrangementPlan, AFullScreenWindowsTileIsNotGivenAway) {
     table.window("Mail");
     EXPECT_EQ(table.plan(), "Codex:secondary-1 Mail:surplus");
     table.input.candidates.back().stackedBehindID = "D::focus-main";
-    EXPECT_EQ(table.plan(), "Codex:secondary-1 Mail behind:focus-main") << "and who waits there goes on waiting";
+    EXPECT_EQ(table.plan(), "Codex:secondary-1 Mail behind:focus-main") << "and what waits there goes on waiting";
 }
 
 TEST(ArrangementPlan, ATallWindowGetsATileThatIsTallEnoughWhereOneIsFree) {

@@ -21,17 +21,17 @@ struct DisplayMemoryTest : testing::Test {
 TEST_F(DisplayMemoryTest, ADisplayThatComesBackHasItsWindowsInFrontOfOthers) {
     (void)tiles.assign("mail", {"D::a"});
     EXPECT_TRUE(memory.noteConnected({"C", "D"}, {"C"}, tiles).empty());
-    EXPECT_TRUE(memory.isHomeless("mail"));
+    EXPECT_TRUE(memory.isDisplaced("mail"));
     tiles.remove("mail");
     (void)tiles.assign("mail", {"C::a"});
     (void)tiles.assign("notes", {"D::a"});
     EXPECT_TRUE(memory.noteConnected({"C"}, {"C", "D"}, tiles).empty());
     EXPECT_EQ(tiles.targetOf("mail"), "D::a");
-    EXPECT_FALSE(memory.isHomeless("mail"));
-    const auto regained = memory.takeRegained();
-    EXPECT_EQ(regained.fronts, Names{"mail"});
-    EXPECT_EQ(regained.waiting, Names{"notes"});
-    EXPECT_FALSE(memory.hasRegained());
+    EXPECT_FALSE(memory.isDisplaced("mail"));
+    const auto returned = memory.takeReturned();
+    EXPECT_EQ(returned.fronts, Names{"mail"});
+    EXPECT_EQ(returned.waiting, Names{"notes"});
+    EXPECT_FALSE(memory.hasReturned());
 }
 
 TEST_F(DisplayMemoryTest, WindowsThatTheUserMovedStayWhereTheyAre) {
@@ -48,15 +48,15 @@ TEST_F(DisplayMemoryTest, WindowsAndDisplaysKeepWhatWasKnownUnderTheirFormerName
     (void)tiles.assign("mail", {"D::a"});
     memory.leaveLayout("D", "quad", tiles);
     EXPECT_FALSE(memory.noteShown("D", "quad", {})) << "the first layout moves nothing";
-    memory.noteRegained({"mail"}, {"notes"});
+    memory.noteReturned({"mail"}, {"notes"});
     memory.rename("mail", "mail2");
     memory.rename("notes", "notes2");
     memory.renameDisplay("D", "E");
     EXPECT_EQ(memory.shown("D"), nullptr);
     EXPECT_EQ(memory.shown("E")->layoutID, "quad");
-    const auto regained = memory.takeRegained();
-    EXPECT_EQ(regained.fronts, Names{"mail2"});
-    EXPECT_EQ(regained.waiting, Names{"notes2"});
+    const auto returned = memory.takeReturned();
+    EXPECT_EQ(returned.fronts, Names{"mail2"});
+    EXPECT_EQ(returned.waiting, Names{"notes2"});
     TileAssignments now;
     memory.takeBackLayout("E", "quad", now);
     EXPECT_EQ(now.targetOf("mail2"), "E::a");

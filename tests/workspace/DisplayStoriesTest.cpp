@@ -244,8 +244,8 @@ TEST_F(Displays, FocusModeEndsWithThoseThatChangeBetweenALockAndTheWordOfIt) {
     EXPECT_FALSE(desk.state().focusMode->has_value());
 }
 
-/// The one that waits is not to be seen wherever its display is; it must be where somebody can get at it.
-TEST_F(Displays, WhoWaitsBehindAHomelessWindowCanBeReachedMeanwhile) {
+/// A window that waits in a stack must be in the stack of a connected display, where it can be reached.
+TEST_F(Displays, AWindowBehindADisplacedOneCanBeReachedMeanwhile) {
     const auto onC = desk.controller().tiles().back();
     const std::string waiting = *onC.windowID;
     const std::string namesake = tileTargetID(desk.displayIDOf("A"), onC.slot.id);
@@ -276,7 +276,7 @@ TEST_F(Displays, WhoWaitsBehindAHomelessWindowCanBeReachedMeanwhile) {
     }
 }
 
-TEST_F(Displays, AZoomedWindowKeepsNobodyHomeless) {
+TEST_F(Displays, AZoomedWindowDelaysButDoesNotPreventPlacement) {
     struct Case {
         const char* freeOn;
         bool isPlacedAtOnce;
@@ -325,7 +325,7 @@ class NamelessDisplay : public ::testing::Test {
         desk.desktop.addDisplay({.name = "VM", .size = size, .origin = CGPoint{0, 0}, .canTellUUID = false});
         desk.desktop.queue().runDue();
     }
-    /// Per tile, who is in front and who waits.
+    /// Per tile, the front window and those that wait.
     std::string windowsInTiles() {
         std::string text;
         for (const auto& tile : desk.controller().tiles()) {

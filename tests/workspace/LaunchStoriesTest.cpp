@@ -118,7 +118,7 @@ TEST_F(Launching, AFailureIsToldAndNobodyWaitsAnyMore) {
     desk.advance(Seconds(1));
     desk.expectMessage("Broken cannot be started: it is broken");
     EXPECT_EQ(waiting(), 0u);
-    // A failure that comes late leaves alone who was launched into the tile meanwhile.
+    // A failure that comes late leaves alone what was launched into the tile meanwhile.
     launch(broken, kRight);
     launch(desk.desktop.install("Notes", {.startsAfter = Seconds(1)}), kRight);
     desk.settle().expectTiles(kBoth);
@@ -271,7 +271,7 @@ TEST(ArrangingAfterTheStart, HappensOnceInTheLifeOfTheProcess) {
     desk.stop().start().settle();
     desk.expectTiles("Mail 15,15 1254x1382 | -");
 
-    // Who is faster than the machine has arranged already.
+    // A user faster than the delay has arranged already.
     Scenario other;
     other.preferences.setValue("KOVA.workspaceProfile.v1", stored);
     other.display(2560, 1440).opens("Mail").controller().start(false);

@@ -28,7 +28,7 @@ TEST(NeighbourTarget, GoesStraightRatherThanAside) {
     EXPECT_EQ(neighbourTarget(source, left, quad()), std::nullopt);
     EXPECT_EQ(neighbourTarget(source, down, quad()), std::nullopt);
     EXPECT_EQ(neighbourTarget("upper-right", left, quad()), "upper-left");
-    EXPECT_EQ(neighbourTarget("nobody", left, quad()), std::nullopt);
+    EXPECT_EQ(neighbourTarget("unknown", left, quad()), std::nullopt);
 }
 
 TEST(NeighbourTarget, WeighsWhatLiesAsideTwoAndAQuarterTimes) {

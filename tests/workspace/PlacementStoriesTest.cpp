@@ -1,4 +1,4 @@
-// Who gets a tile, who gives way and how, and what large and stubborn windows do to a layout.
+// Which windows get a tile, which give way and how, and what large and stubborn windows do to a layout.
 #include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
@@ -99,7 +99,7 @@ TEST(PlacementStories, TheSecondPassDoesNotTakeBackWhatTheUserDidMeanwhile) {
     desk.settle();
     desk.expectTiles("- | Codex 1291,15 1254x1382 + Mail");
     EXPECT_FALSE(desk.desktop.isHidden("Codex"));
-    EXPECT_FALSE(desk.desktop.isOnScreen(desk.desktop.window("Mail"))) << "who waits is not seen";
+    EXPECT_FALSE(desk.desktop.isOnScreen(desk.desktop.window("Mail"))) << "a window that waits is not seen";
 }
 
 TEST(PlacementStories, AFullScreenWindowIsNotTakenOffTheScreenByALayout) {

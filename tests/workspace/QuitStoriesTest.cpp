@@ -13,7 +13,7 @@ class Quitting : public ::testing::Test {
         desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
         desk.desktop.takeJournal();
     }
-    /// The lines of the journal that tell who was ended and how.
+    /// The lines of the journal that tell which applications were ended and how.
     std::string asked() {
         std::string lines;
         std::string journal = desk.desktop.takeJournal();
@@ -37,7 +37,7 @@ TEST_F(Quitting, AnApplicationIsAskedAndItsTileIsFreeSoonAfter) {
     EXPECT_FALSE(desk.desktop.isRunning("Mail"));
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 1u);
     EXPECT_FALSE(desk.controller().perform(action::QuitApplication{"101:16"})) << "it is gone";
-    EXPECT_FALSE(desk.controller().perform(action::ForceQuitApplication{"nobody"}));
+    EXPECT_FALSE(desk.controller().perform(action::ForceQuitApplication{"unknown"}));
     desk.expectMessage("Quit requested for Mail");
 }
 
@@ -117,7 +117,7 @@ TEST_F(Quitting, AllAtOnceIsAskedFirst) {
     desk.settle();
     EXPECT_EQ(asked(), "");
 
-    // Who comes or is replaced while the question stands was not asked about.
+    // Applications that start or are replaced while the question is open were not asked about.
     desk.controller().perform(action::ForceQuitAll{});
     desk.desktop.takeAlerts();
     desk.desktop.quit("Notes");

@@ -81,7 +81,7 @@ TEST(ReflowStories, EveryDeskComesToRestAndWhatFitsDoesNotOverlap) {
         }
         desk.arrange().advance(Seconds(30));
         EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0) << desk.desktop.picture();
-        if (!isTame) continue; // who does not move cannot be kept apart
+        if (!isTame) continue; // windows that do not move cannot be kept apart
         const auto frames = tiledFrames(desk);
         for (std::size_t a = 0; a < frames.size(); ++a) {
             for (std::size_t b = a + 1; b < frames.size(); ++b) {

@@ -156,7 +156,7 @@ TEST(RefreshStories, PermissionTakenEmptiesTheTilesAndGivenBackArrangesAgain) {
     }
     desk.desktop.setTrusted(true);
     desk.settle();
-    EXPECT_TRUE(desk.state().assignedWindowIDs->empty()) << "nobody asked for arranging on launch";
+    EXPECT_TRUE(desk.state().assignedWindowIDs->empty()) << "arranging on launch is off";
 }
 
 void prepareArrangingOnLaunch(Scenario& desk) {

@@ -93,7 +93,7 @@ TEST_F(Restart, AnUpgradeGivesTheSamePicture) {
              soon([&] { desk.desktop.userFocuses("Notes"); });
          },
          true},
-        {"nobody is before it any more", [&] { desk.desktop.quit("Notes"); }, false},
+        {"no window is in front of it any more", [&] { desk.desktop.quit("Notes"); }, false},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);

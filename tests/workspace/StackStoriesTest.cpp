@@ -188,7 +188,7 @@ TEST(LayoutCycle, WhatTheUserDidMeanwhileStays) {
     desk.cycleStack();
     desk.desktop.close(desk.desktop.focusedLabel());
     desk.settle().layout("jarvis.quad-grid");
-    EXPECT_EQ(shownCount(desk), 3u) << "who was cycled away or came forward has its tile again: " << desk.tiles();
+    EXPECT_EQ(shownCount(desk), 3u) << "windows that were cycled have their tiles again: " << desk.tiles();
 }
 
 } // namespace

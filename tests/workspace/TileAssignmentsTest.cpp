@@ -59,7 +59,7 @@ TEST(TileAssignments, DeadWindowsLeaveNothingBehind) {
     TileAssignments tiles;
     (void)tiles.assign("wide", {"D::a", "D::b"});
     tiles.insertIntoStack("D::c", "alone", front);
-    tiles.keepOnly({"somebody"});
+    tiles.keepOnly({"another"});
     EXPECT_EQ(tiles, TileAssignments{});
 }
 

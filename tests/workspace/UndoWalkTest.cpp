@@ -97,7 +97,7 @@ class UndoWalk {
     /// have become others, and their windows with them.
     void expectAgain(Picture before) {
         Picture now = picture();
-        std::set<std::string> leftOut = homelessIn(before);
+        std::set<std::string> leftOut = displacedIn(before);
         if (desk_.desktop.readsAskApplications()) {
             for (const Picture* picture : {&now, &before}) leftOut.merge(ofOtherSpacesIn(*picture));
         }
@@ -140,13 +140,13 @@ class UndoWalk {
         }
     }
     /// Windows whose display was away before the step take free tiles, or wait behind others, with the step back.
-    std::set<std::string> homelessIn(const Picture& before) {
-        TileAssignments homeless = before.assignments;
+    std::set<std::string> displacedIn(const Picture& before) {
+        TileAssignments displaced = before.assignments;
         for (const auto& screen : desk_.desktop.screens()) {
             const auto here = before.assignments.onDisplay(displayID(screen)).windows();
-            for (const auto& window : here) homeless.remove(window);
+            for (const auto& window : here) displaced.remove(window);
         }
-        return homeless.windows();
+        return displaced.windows();
     }
     /// Full screen is a Space of its own on a Mac, and a step back restores the tiles of the Space that is shown. A
     /// window that comes from another Space takes its tile back, and what was in that tile waits behind it.
@@ -380,7 +380,7 @@ class UndoWalk {
              const auto scenes = *desk_.state().scenes;
              if (scenes.empty()) return;
              act(action::ActivateScene{scenes[below(scenes.size())].id});
-             desk_.advance(Seconds(26)); // until nobody is awaited any more
+             desk_.advance(Seconds(26)); // until no window is awaited any more
          }},
         {"undo", [this] { stepBack(); }, true},
         {"opens", [this] { openWindow(); }},

@@ -6,7 +6,11 @@
 
 namespace kova::x11 {
 
-DisplayReader::DisplayReader(const XConnection& connection) : connection_(connection) {
+DisplayReader::DisplayReader(const XConnection& connection) :
+    connection_(connection), reading_(connection, [this](PendingReplies& replies) {
+        replies.add(xcb_randr_get_monitors(connection_.get(), connection_.root(), 1),
+                    [this](const void* reply) { takeMonitors(reply); });
+    }) {
     xcb_connection_t* c = connection.get();
     const auto* extension = xcb_get_extension_data(c, &xcb_randr_id);
     if (!extension || !extension->present) return;
@@ -21,35 +25,19 @@ DisplayReader::DisplayReader(const XConnection& connection) : connection_(connec
 }
 
 void DisplayReader::begin() {
-    if (!eventBase_) return;
-    if (isAsking()) {
-        startsOver_ = true;
-        return;
-    }
-    hasUnsent_ = true;
-    questions_.add(xcb_randr_get_monitors(connection_.get(), connection_.root(), 1),
-                   [this](const void* reply) { takeMonitors(reply); });
+    if (eventBase_) reading_.begin();
 }
 
 bool DisplayReader::advance() {
-    if (!isAsking() || !questions_.collect(connection_)) return false;
-    questions_.take();
-    if (isAsking()) {
-        hasUnsent_ = true; // the requests of the second step
-        return false;
-    }
-    if (std::exchange(startsOver_, false)) {
-        begin();
-        return false;
-    }
+    if (!reading_.advance()) return false;
     monitors_ = std::exchange(coming_, {});
     return true;
 }
 
 void DisplayReader::wait() {
     while (isAsking()) {
-        questions_.wait(connection_);
-        if (advance()) return;
+        reading_.waitForStep();
+        advance();
     }
 }
 
@@ -63,7 +51,7 @@ void DisplayReader::takeMonitors(const void* reply) {
         const xcb_randr_monitor_info_t& info = *it.data;
         const std::size_t index = coming_.size();
         coming_.push_back({"", info.primary != 0, {info.x, info.y, info.width, info.height}, std::nullopt});
-        questions_.add(xcb_get_atom_name(c, info.name), [this, index](const void* name) {
+        reading_.replies().add(xcb_get_atom_name(c, info.name), [this, index](const void* name) {
             const auto* text = static_cast<const xcb_get_atom_name_reply_t*>(name);
             if (!text) return;
             coming_[index].connector = repairedUtf8(
@@ -71,7 +59,7 @@ void DisplayReader::takeMonitors(const void* reply) {
         });
         if (xcb_randr_monitor_info_outputs_length(&info) == 0) continue;
         const xcb_randr_output_t output = xcb_randr_monitor_info_outputs(&info)[0];
-        questions_.add(
+        reading_.replies().add(
             xcb_randr_get_output_property(c, output, connection_.atoms()[Atom::edid], XCB_ATOM_NONE, 0, 128, 0, 0),
             [this, index](const void* property) {
                 const auto* edid = static_cast<const xcb_randr_get_output_property_reply_t*>(property);

@@ -3,10 +3,9 @@
 #pragma once
 
 #include "platform/x11/Displays.h"
-#include "platform/x11/PendingReplies.h"
+#include "platform/x11/SteppedReading.h"
 
 #include <optional>
-#include <utility>
 #include <vector>
 
 namespace kova::x11 {
@@ -22,9 +21,9 @@ class DisplayReader {
     void begin();
     /// Uses the replies that have arrived; true when `monitors` has just become complete.
     bool advance();
-    bool isAsking() const { return !questions_.isEmpty(); }
+    bool isAsking() const { return reading_.isUnderWay(); }
     /// Whether requests were buffered since the last call.
-    bool hasUnsent() { return std::exchange(hasUnsent_, false); }
+    bool hasUnsent() { return reading_.hasUnsent(); }
     void wait();
     const std::vector<Monitor>& monitors() const { return monitors_; }
     /// Whether the server reports monitors; if it reports none, all are off.
@@ -35,10 +34,8 @@ class DisplayReader {
 
     const XConnection& connection_;
     std::optional<std::uint8_t> eventBase_;
-    PendingReplies questions_;
+    SteppedReading reading_;
     std::vector<Monitor> monitors_, coming_;
-    bool startsOver_ = false;
-    bool hasUnsent_ = false;
     bool isTold_ = false;
 };
 

@@ -24,7 +24,8 @@ int screenNumberOf(const XConnection& connection) {
 
 } // namespace
 
-ScaleReader::ScaleReader(const XConnection& connection) : connection_(connection) {
+ScaleReader::ScaleReader(const XConnection& connection) :
+    connection_(connection), reading_(connection, [this](PendingReplies& replies) { addRequests(replies); }) {
     const std::string name = "_XSETTINGS_S" + std::to_string(screenNumberOf(connection));
     const XReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
         connection.get(), xcb_intern_atom(connection.get(), 0, static_cast<std::uint16_t>(name.size()), name.data()),
@@ -53,21 +54,16 @@ bool ScaleReader::isHint(const xcb_generic_event_t& event) const {
     }
 }
 
-void ScaleReader::begin() {
-    if (isAsking()) {
-        startsOver_ = true;
-        return;
-    }
-    hasUnsent_ = true;
-    questions_.add(
+void ScaleReader::addRequests(PendingReplies& replies) {
+    replies.add(
         connection_.askProperty(connection_.root(), XCB_ATOM_RESOURCE_MANAGER, kMostSettingWords),
         [this](const void* reply) {
             const PropertyView property = settingsIn(reply);
             const auto* text = reinterpret_cast<const char*>(property.bytes.data());
             resourceDotsPerInch_ = property.format == 8 ? dotsPerInchIn({text, property.bytes.size()}) : std::nullopt;
         });
-    questions_.add(xcb_get_selection_owner(connection_.get(), selection_),
-                   [this](const void* reply) { takeOwner(reply); });
+    replies.add(xcb_get_selection_owner(connection_.get(), selection_),
+                [this](const void* reply) { takeOwner(reply); });
 }
 
 void ScaleReader::takeOwner(const void* reply) {
@@ -78,31 +74,22 @@ void ScaleReader::takeOwner(const void* reply) {
     // Events are selected before the settings are requested, so that no change is lost.
     const std::uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(connection_.get(), owner_, XCB_CW_EVENT_MASK, &mask);
-    questions_.add(connection_.askProperty(owner_, connection_.atoms()[Atom::xsettings], kMostSettingWords),
-                   [this](const void* settings) {
-                       const PropertyView property = settingsIn(settings);
-                       if (property.format == 8) shared_ = sharedSettingsIn(property.bytes);
-                   });
+    reading_.replies().add(connection_.askProperty(owner_, connection_.atoms()[Atom::xsettings], kMostSettingWords),
+                           [this](const void* settings) {
+                               const PropertyView property = settingsIn(settings);
+                               if (property.format == 8) shared_ = sharedSettingsIn(property.bytes);
+                           });
 }
 
 bool ScaleReader::advance() {
-    if (!isAsking() || !questions_.collect(connection_)) return false;
-    questions_.take();
-    if (isAsking()) {
-        hasUnsent_ = true; // the requests of the second step
-        return false;
-    }
-    if (std::exchange(startsOver_, false)) {
-        begin();
-        return false;
-    }
+    if (!reading_.advance()) return false;
     const double before = std::exchange(scale_, scaleOf(shared_, resourceDotsPerInch_));
     return scale_ != before;
 }
 
 void ScaleReader::wait() {
     while (isAsking()) {
-        questions_.wait(connection_);
+        reading_.waitForStep();
         advance();
     }
 }

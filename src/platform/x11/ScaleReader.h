@@ -2,11 +2,10 @@
 // of the XSETTINGS manager if there is one. Guarded like the model.
 #pragma once
 
-#include "platform/x11/PendingReplies.h"
 #include "platform/x11/ScaleSettings.h"
+#include "platform/x11/SteppedReading.h"
 
 #include <optional>
-#include <utility>
 
 namespace kova::x11 {
 
@@ -18,28 +17,27 @@ class ScaleReader {
     /// Whether the event may announce other settings; then call `begin`.
     bool isHint(const xcb_generic_event_t& event) const;
     /// Starts reading. If a reading is in progress, it starts over once the replies have arrived.
-    void begin();
+    void begin() { reading_.begin(); }
     /// Uses the replies that have arrived; true if `scale` has changed.
     bool advance();
-    bool isAsking() const { return !questions_.isEmpty(); }
+    bool isAsking() const { return reading_.isUnderWay(); }
     /// Whether requests were buffered since the last call.
-    bool hasUnsent() { return std::exchange(hasUnsent_, false); }
+    bool hasUnsent() { return reading_.hasUnsent(); }
     void wait();
     /// Pixels to a point.
     double scale() const { return scale_; }
 
   private:
+    void addRequests(PendingReplies& replies);
     void takeOwner(const void* reply);
 
     const XConnection& connection_;
     xcb_atom_t selection_ = XCB_ATOM_NONE; // owned by the XSETTINGS manager
-    PendingReplies questions_;
+    SteppedReading reading_;
     xcb_window_t owner_ = kNoWindow;
     std::optional<double> resourceDotsPerInch_;
     SharedSettings shared_;
     double scale_ = 1;
-    bool startsOver_ = false;
-    bool hasUnsent_ = false;
 };
 
 } // namespace kova::x11

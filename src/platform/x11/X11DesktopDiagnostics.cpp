@@ -96,7 +96,7 @@ std::vector<DiagnosticLine> X11Desktop::diagnose() const {
     if (!parts_->hider.record().all().empty()) {
         lines.push_back({"hidden windows", DiagnosticVerdict::note,
                          std::to_string(parts_->hider.record().all().size()) +
-                             " are off the screen at KOVA's wish and come back when it ends"});
+                             " were hidden by KOVA and are shown again when it ends"});
     }
     return lines;
 }

@@ -212,7 +212,7 @@ void DividerHandleWindows::restack() {
     asked_.emplace_back().add(xcb_get_input_focus(connection_.get()), [this](const void*) { isRestacking_ = false; });
 }
 
-// The hand
+// Pointer events
 
 bool DividerHandleWindows::take(const xcb_generic_event_t& event) {
     switch (event.response_type) { // sent events have another bit, so they are ignored

@@ -157,7 +157,7 @@ void AboutPane::showUpdates(const json& menu) {
 }
 
 void AboutPane::showLog() {
-    runCommand({QStringLiteral("log"), QStringLiteral("--lines"), QString::number(kLogLines)},
+    runCommand({QStringLiteral("log"), QStringLiteral("-n"), QString::number(kLogLines)},
                [this](const QString& printed) {
                    log_->setPlainText(printed);
                    log_->show();

@@ -16,7 +16,7 @@ namespace kova::ui {
 namespace {
 
 // In heights of a line of text.
-constexpr int kWindowWidth = 54, kWindowHeight = 37, kListWidth = 11;
+constexpr int kWindowWidth = 54, kWindowHeight = 40, kListWidth = 11;
 
 std::string& lastPane() {
     static std::string name;
