@@ -1,6 +1,7 @@
 // Scenes and rules as a file: the part of the pane that writes and reads it.
 #include "ui/settings/ScenesPane.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -17,7 +18,7 @@ using nlohmann::json;
 constexpr qint64 kLargestDocument = 64 * 1024 * 1024; // bytes, as the agent takes it
 
 QFileDialog* fileDialog(QWidget* parent, const QString& title) {
-    auto* dialog = new QFileDialog(parent, title);
+    auto* dialog = new QFileDialog(parent, title, QDir::homePath());
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setNameFilter(ScenesPane::tr("JSON files (*.json)"));
     dialog->setDefaultSuffix(QStringLiteral("json"));

@@ -143,9 +143,8 @@ void ScenesPane::buildDeleted(QVBoxLayout& column) {
     auto* undo = button(tr("&Undo"), "undelete", tr("Brings the scene back that was deleted last"));
     auto* row = new QHBoxLayout(deleted_);
     row->setContentsMargins(0, 0, 0, 0);
-    row->addWidget(deletedText_);
+    row->addWidget(deletedText_, 1);
     row->addWidget(undo);
-    row->addStretch();
     deleted_->hide();
     column.addWidget(deleted_);
     connect(undo, &QPushButton::clicked, this, [this] { undelete(); });
