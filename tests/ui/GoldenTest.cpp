@@ -78,6 +78,7 @@ TEST_F(Golden, CarriedWindowsAndBareDesktops) {
     compare({.look = Look::light, .isDragging = true, .hasMessage = false}, true, "light-drag");
     compare({.look = Look::neon, .isDragging = true, .hasMessage = false}, true, "neon-drag");
     compare({.useThemeBackground = false}, true, "dark-over-wallpaper");
+    compare({.hasNotice = true}, true, "dark-notice");
     compare({.look = Look::light, .useThemeBackground = false, .isDragging = true}, false, "light-without-compositor");
 }
 

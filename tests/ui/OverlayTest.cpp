@@ -1,4 +1,5 @@
 #include "tests/ui/Sample.h"
+#include "ui/overlay/Drawing.h"
 
 #include <QtTest/qtest.h>
 #include <QtTest/qtestmouse.h>
@@ -139,6 +140,55 @@ TEST(Overlay, HighlightVanishesWithSuspensionAndTheEndOfTheDrag) {
     stage.state["drag"] = nullptr;
     stage.show();
     EXPECT_EQ(stage.platform.windowsOf(Layer::highlight), 0);
+}
+
+TEST(Overlay, MessageHighlightAndDividerAppearGraduallyWhereThatIsWantedAndCanBeSeen) {
+    auto state = sampleState({.isDragging = true});
+    state["dividers"] = {{{"id", "v"},
+                          {"display", "d1"},
+                          {"axis", "horizontal"},
+                          {"frame", {{"x", 490}, {"y", 10}, {"width", 12}, {"height", 450}}},
+                          {"isHovered", true},
+                          {"isDragged", false}}};
+    for (const auto& [mayMove, isComposited] : {std::pair(true, true), {true, false}, {false, true}}) {
+        PicturePlatform platform(isComposited);
+        NotedActions actions;
+        Overlay overlay(platform, actions);
+        DesktopTaste taste = tasteOf(Look::dark);
+        taste.mayMove = mayMove;
+        overlay.setTaste(taste);
+        overlay.show(contentsOf(state));
+        const bool isGradual = mayMove && isComposited;
+        for (const auto& [window, shown] : platform.shown()) {
+            const bool isTransient = !isBelowApplications(window->layer()) || window->layer() == Layer::divider;
+            EXPECT_EQ(window->opacity() < 1, isGradual && isTransient) << window->title().toStdString();
+        }
+        EXPECT_TRUE(QTest::qWaitFor([&] {
+            return std::ranges::all_of(platform.shown(), [](const auto& shown) { return shown.first->opacity() == 1; });
+        }));
+    }
+}
+
+TEST(Footer, NoticeIsReadWholeInNarrowFooters) {
+    auto contents = contentsOf(sampleState());
+    TileContents& tile = contents.tiles.front();
+    const QString text =
+        QStringLiteral("Terminal did not fit in the selected tile, so KOVA automatically claimed 1 additional tiles");
+    tile.notice = PlacementNotice{text.toStdString(), {"", "Terminal"}};
+    for (const double scale : {1.0, 2.0}) {
+        const Style style{.scale = scale, .fontFamily = QStringLiteral("DejaVu Sans")};
+        for (int width = 340; width < 1000; width += 60) {
+            const auto layout = layOutFooter(tile, QSize(style.px(width), style.px(26)), style);
+            EXPECT_EQ(layout.notice.lines.join(u' '), text) << width;
+            EXPECT_EQ(layout.name.isEmpty(), width < 700) << width;
+            for (const QString& line : layout.notice.lines) {
+                EXPECT_LE(widthOf(line, style.font(layout.notice.textPoints)),
+                          layout.notice.area.width() - style.px(26))
+                    << width;
+            }
+            EXPECT_FALSE(layout.notice.area.intersects(layout.launch));
+        }
+    }
 }
 
 TEST(Footer, PartsNeverOverlapWhateverTheWidth) {

@@ -99,6 +99,13 @@ json sampleState(const Sample& sample) {
                                   {"reference", "Reference", 502, 10, 288, 206},
                                   {"secondary", "Secondary", 502, 256, 288, 206}};
     for (std::size_t i = 0; i < cells.size(); ++i) tiles.push_back(tile(cells[i], stacks[i], i == 0));
+    for (const int noted : {0, 2}) {
+        if (!sample.hasNotice) break;
+        tiles[static_cast<std::size_t>(noted)]["notice"] = {
+            {"text", kNames[static_cast<std::size_t>(noted)] +
+                         " did not fit in the selected tile, so KOVA automatically claimed 2 additional tiles"},
+            {"application", {{"id", nullptr}, {"name", kNames[static_cast<std::size_t>(noted)]}}}};
+    }
     ThemeRegistry registry;
     const std::string theme = sample.look == Look::neon ? "jarvis.neon-cyan" : "kova.native";
     json state{{"version", {{"contract", kOverlayContract}, {"agent", "0.1.0"}}},

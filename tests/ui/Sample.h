@@ -22,6 +22,7 @@ struct Sample {
     bool useThemeBackground = true;
     bool isDragging = false;
     bool hasMessage = true;
+    bool hasNotice = false; // in two footers, one of them too narrow for one line
 };
 /// A display of 800 by 500 points with four tiles, "utility" empty; `windows` are shared among the other three.
 nlohmann::json sampleState(const Sample& sample = {});

@@ -3,6 +3,7 @@
 #include "ui/style/Colours.h"
 
 #include <QFontMetrics>
+#include <QTextLayout>
 
 #include <cstdint>
 
@@ -39,6 +40,17 @@ void drawText(QPainter& painter, const QRect& area, const QString& text, const Q
 
 int widthOf(const QString& text, const QFont& font) {
     return QFontMetrics(font).horizontalAdvance(text);
+}
+
+QStringList upToTwoLines(const QString& text, const QFont& font, int width) {
+    QTextLayout layout(text, font);
+    layout.beginLayout();
+    QTextLine first = layout.createLine();
+    if (first.isValid()) first.setLineWidth(width);
+    layout.endLayout();
+    const auto length = first.isValid() ? first.textLength() : 0;
+    if (length >= text.size()) return {text};
+    return {text.left(length).trimmed(), text.mid(length).trimmed()};
 }
 
 void drawIcon(QPainter& painter, const QRect& area, const ApplicationName& application, const Style& style,

@@ -5,6 +5,7 @@
 
 #include <QPainter>
 #include <QString>
+#include <QStringList>
 
 #include <string_view>
 
@@ -21,6 +22,8 @@ void drawPanel(QPainter& painter, const QRectF& area, double radius, const QColo
 void drawText(QPainter& painter, const QRect& area, const QString& text, const QFont& font, const QColor& color,
               Qt::Alignment alignment = Qt::AlignLeft);
 int widthOf(const QString& text, const QFont& font);
+/// The text on one line, or on two, broken between words; the second one may be wider than `width`.
+QStringList upToTwoLines(const QString& text, const QFont& font, int width);
 /// The application's icon, else a tile with the first letter of its name.
 void drawIcon(QPainter& painter, const QRect& area, const ApplicationName& application, const Style& style,
               double opacity);

@@ -115,12 +115,39 @@ void paintPending(QPainter& painter, const ApplicationName& application, const Q
              textOf(application.name) + QStringLiteral("…"), smallFont(style), style.palette.mutedText);
 }
 
-void paintNotice(QPainter& painter, const PlacementNotice& notice, const QRect& area, const Style& style) {
+int noticeIconWidth(const Style& style) {
+    return style.px(points::entryPadding / 2 + points::iconSize + points::iconGap);
+}
+
+/// Beside the tile's name where there is room, else instead of it, on two lines if need be.
+void layOutNotice(FooterLayout& layout, const QString& text, QRect strip, const Style& style) {
+    const int needed = widthOf(text, smallFont(style)) + 1 + noticeIconWidth(style);
+    layout.notice = {strip, {text}, points::smallText};
+    if (needed <= strip.width()) return;
+    layout.name = QRect();
+    layout.notice.area.setLeft(style.px(points::entryPadding / 2));
+    if (needed <= layout.notice.area.width()) return;
+    layout.notice.textPoints = points::noticeText;
+    layout.notice.lines =
+        upToTwoLines(text, style.font(points::noticeText), layout.notice.area.width() - noticeIconWidth(style));
+}
+
+void paintNotice(QPainter& painter, const ApplicationName& application, const FooterLayout& layout,
+                 const Style& style) {
+    const auto& [area, lines, textPoints] = layout.notice;
     const int size = style.px(points::iconSize);
-    const QRect icon(area.left() + style.px(4), area.top() + (area.height() - size) / 2, size, size);
-    drawIcon(painter, icon, notice.application, style, 1);
-    drawText(painter, area.adjusted(size + style.px(4 + points::iconGap), 0, 0, 0), textOf(notice.text),
-             smallFont(style), style.palette.text);
+    const QRect icon(area.left() + style.px(points::entryPadding / 2), area.top() + (area.height() - size) / 2, size,
+                     size);
+    drawIcon(painter, icon, application, style, 1);
+    // Two lines take all of the panel's height.
+    const int height = lines.size() > 1 ? layout.panel.height() / 2 - style.px(1) : area.height();
+    QRect line(area.left() + noticeIconWidth(style),
+               layout.panel.center().y() + 1 - height * static_cast<int>(lines.size()) / 2,
+               area.width() - noticeIconWidth(style), height);
+    for (const QString& text : lines) {
+        drawText(painter, line, text, style.font(textPoints), style.palette.text);
+        line.translate(0, height);
+    }
 }
 
 } // namespace
@@ -148,7 +175,10 @@ FooterLayout layOutFooter(const TileContents& tile, QSize size, const Style& sty
                       QPoint(layout.launch.left() - 1 - style.px(8), top + height - 1));
     if (strip.width() <= 0) return layout;
     layout.remark = strip;
-    if (tile.notice) return layout;
+    if (tile.notice) {
+        layOutNotice(layout, textOf(tile.notice->text), strip, style);
+        return layout;
+    }
     QRect entries = strip;
     if (tile.pending) {
         const int wanted = style.px(points::entryPadding + points::iconSize + points::iconGap) + style.px(4) +
@@ -185,7 +215,7 @@ void paintFooter(QPainter& painter, const TileContents& tile, const FooterLayout
     drawText(painter, layout.name, textOf(tile.name), style.font(points::smallText, QFont::Medium),
              state.hovered.part == Part::name ? palette.text : palette.mutedText);
     if (tile.notice) {
-        paintNotice(painter, *tile.notice, layout.remark, style);
+        paintNotice(painter, tile.notice->application, layout, style);
     } else {
         for (const FooterLayout::Entry& place : layout.entries) {
             const bool isHovered = state.hovered == FooterHit{Part::entry, place.index};

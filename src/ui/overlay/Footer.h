@@ -9,6 +9,7 @@
 #include <QPainter>
 #include <QRect>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 #include <string>
@@ -30,12 +31,18 @@ struct FooterLayout {
         std::size_t index = 0;
     };
     QRect panel;
-    QRect name;
+    QRect name; // empty where a notice needs its place
     std::vector<Entry> entries;
     QRect more; // empty when all entries fit
     std::size_t hiddenEntries = 0;
     QRect pending; // empty when nothing is being launched
-    QRect remark;  // for the notice, or for saying that the tile is empty
+    QRect remark;  // for saying that the tile is empty
+    struct Notice {
+        QRect area;
+        QStringList lines;
+        double textPoints = 0;
+    };
+    Notice notice; // without lines when there is none
     QRect launch;
 
     FooterHit at(QPoint point) const;

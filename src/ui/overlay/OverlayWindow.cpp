@@ -1,8 +1,13 @@
 #include "ui/overlay/OverlayWindow.h"
 
+#include <QEasingCurve>
 #include <QSurfaceFormat>
 
 namespace kova::ui {
+
+namespace {
+constexpr int kAppearingMilliseconds = 120;
+} // namespace
 
 OverlayWindow::OverlayWindow(OverlayPlatform& platform, Layer layer, std::string_view role) :
     platform_(platform), layer_(layer) {
@@ -14,6 +19,14 @@ OverlayWindow::OverlayWindow(OverlayPlatform& platform, Layer layer, std::string
         format.setAlphaBufferSize(8);
         setFormat(format);
     }
+    appearing_.setDuration(kAppearingMilliseconds);
+    appearing_.setEasingCurve(QEasingCurve::OutCubic);
+    appearing_.setStartValue(0.0);
+    appearing_.setEndValue(1.0);
+    QObject::connect(&appearing_, &QVariantAnimation::valueChanged, this, [this](const QVariant& opacity) {
+        setOpacity(opacity.toDouble());
+        platform_.flush();
+    });
 }
 
 OverlayWindow::~OverlayWindow() {
@@ -35,6 +48,10 @@ void OverlayWindow::present(const QRect& area, const QRegion& seen, const QRegio
     if (isNewSize) redraw();
     if (wasPresented) return;
     platform_.stack(*this);
+    if (appearsGradually_ && platform_.isComposited()) {
+        setOpacity(0);
+        appearing_.start();
+    }
     setVisible(true);
 }
 

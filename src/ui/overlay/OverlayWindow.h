@@ -4,6 +4,7 @@
 
 #include <QPainter>
 #include <QRegion>
+#include <QVariantAnimation>
 #include <QWindow>
 
 #include <string>
@@ -38,6 +39,8 @@ class OverlayPlatform {
     virtual void shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) = 0;
     /// Has the window draw the region and brings it to the screen.
     virtual void draw(OverlayWindow& window, const QRegion& dirty) = 0;
+    /// Brings changes of windows to the screen that the toolkit keeps until its next event.
+    virtual void flush() {}
     /// The system wants the window's contents.
     virtual void exposed(OverlayWindow& window) = 0;
 };
@@ -48,6 +51,8 @@ class OverlayWindow : public QWindow {
     ~OverlayWindow() override;
 
     Layer layer() const { return layer_; }
+    /// Whether the window, when it is shown next, becomes opaque over a short time. Only a compositor can show that.
+    void setAppearsGradually(bool isGradual) { appearsGradually_ = isGradual; }
     /// Shows the window there, or changes it. Draws it when anything of this is new.
     void present(const QRect& area, const QRegion& seen, const QRegion& clickable);
     /// Draws a part, or all of it, again; nothing while it is not shown.
@@ -64,7 +69,8 @@ class OverlayWindow : public QWindow {
     OverlayPlatform& platform_;
     const Layer layer_;
     QRegion seen_, clickable_;
-    bool isPresented_ = false;
+    bool isPresented_ = false, appearsGradually_ = false;
+    QVariantAnimation appearing_;
 };
 
 } // namespace kova::ui

@@ -76,6 +76,7 @@ void EmptyTileWindow::mouseReleaseEvent(QMouseEvent* event) {
 
 void DividerWindow::show(const QRect& line, const Style& style) {
     style_ = style;
+    setAppearsGradually(style.mayMove);
     present(line, wholeOf(line.size()), QRegion());
 }
 
@@ -95,6 +96,7 @@ void HighlightWindow::show(std::vector<CarriedOver> tiles, const QRect& area, co
     }
     tiles_ = std::move(tiles);
     style_ = style;
+    setAppearsGradually(style.mayMove);
     present(area, dropTargetShape(tiles_, style_), QRegion());
     if (!isSame && !isNewSize) redraw(dirty);
 }
@@ -114,6 +116,7 @@ void MessageWindow::show(const StatusMessage& message, QPoint bottomCenter, int 
     area.moveBottom(bottomCenter.y());
     const bool isNewSize = area.size() != size();
     const QRegion shape = roundedRegion(wholeOf(area.size()), style.px(points::messageHeight) / 2);
+    setAppearsGradually(style.mayMove);
     present(area, shape, roundedRegion(layout_.undo, layout_.undo.height() / 2));
     if (!isSame && !isNewSize) redraw();
 }

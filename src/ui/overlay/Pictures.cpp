@@ -6,7 +6,6 @@
 #include <QBitmap>
 #include <QFontMetrics>
 #include <QLinearGradient>
-#include <QTextLayout>
 
 #include <algorithm>
 #include <array>
@@ -212,21 +211,13 @@ void paintMessage(QPainter& painter, const StatusMessage& message, const Message
     drawPanel(painter, QRect(QPoint(0, 0), layout.size), style.px(points::messageHeight) / 2.0, palette.raised,
               palette.raisedLine, style.line(1));
     const QFont font = largeFont(style);
-    const QFontMetrics metrics(font);
-    QTextLayout text(textOf(message.text), font);
-    text.beginLayout();
-    QTextLine first = text.createLine();
-    if (first.isValid()) first.setLineWidth(layout.text.width());
-    text.endLayout();
-    const auto firstLength = first.isValid() ? first.textLength() : 0;
-    const QString whole = textOf(message.text);
-    if (firstLength >= whole.size()) {
-        drawText(painter, layout.text, whole, font, palette.text);
-    } else {
-        const int spacing = metrics.lineSpacing(), top = (layout.size.height() - 2 * spacing) / 2;
-        const QRect line(layout.text.left(), top, layout.text.width(), spacing);
-        drawText(painter, line, whole.left(firstLength).trimmed(), font, palette.text);
-        drawText(painter, line.translated(0, spacing), whole.mid(firstLength).trimmed(), font, palette.text);
+    const QStringList lines = upToTwoLines(textOf(message.text), font, layout.text.width());
+    const int spacing = QFontMetrics(font).lineSpacing();
+    const int top = (layout.size.height() - static_cast<int>(lines.size()) * spacing) / 2;
+    QRect line(layout.text.left(), top, layout.text.width(), spacing);
+    for (const QString& shown : lines) {
+        drawText(painter, line, shown, font, palette.text);
+        line.translate(0, spacing);
     }
     if (layout.undo.isEmpty()) return;
     drawPanel(painter, layout.undo, layout.undo.height() / 2.0, palette.accentFill,

@@ -344,6 +344,10 @@ void X11Platform::draw(OverlayWindow& window, const QRegion& dirty) {
     xcb_flush(connection_);
 }
 
+void X11Platform::flush() {
+    xcb_flush(connection_);
+}
+
 /// Drawn and sent in strips, so that a picture of a whole display costs no memory of its size.
 void X11Platform::putPart(const Picture& picture, OverlayWindow& window, const QRect& part) {
     constexpr int kStripBytes = 128 * 1024;

@@ -39,6 +39,7 @@ class X11Platform final : public OverlayPlatform {
     void stack(OverlayWindow& window) override;
     void shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) override;
     void draw(OverlayWindow& window, const QRegion& dirty) override;
+    void flush() override;
     void exposed(OverlayWindow&) override {} // the server paints backgrounds itself
 
   private:
