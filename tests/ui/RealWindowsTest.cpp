@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
+#include <fstream>
 #include <functional>
 #include <ostream>
 #include <thread>
@@ -30,6 +31,7 @@ struct Session {
     std::string name;
     std::vector<std::string> manager;    // empty: none
     std::vector<std::string> compositor; // empty: none
+    bool needsBus = false;               // a session bus, on which nothing is started by its name
 };
 void PrintTo(const Session& session, std::ostream* out) {
     *out << session.name;
@@ -40,12 +42,18 @@ const std::vector<Session> kSessions{
     {"openbox and picom", {"/usr/bin/openbox", "--sm-disable"}, {"/usr/bin/picom", "--backend", "xrender"}},
     {"xfwm4", {"/usr/bin/xfwm4", "--compositor=off"}, {}},
     {"metacity", {"/usr/bin/metacity", "--no-composite"}, {}},
+    {"kwin", {"/usr/bin/kwin_x11"}, {}, true},
 };
+
+constexpr const char* kBusConfiguration =
+    R"(<busconfig><type>session</type><listen>unix:path=%1</listen><policy context="default">)"
+    R"(<allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/><allow own="*"/></policy></busconfig>)";
 
 class Desktop {
   public:
     explicit Desktop(const Session& session, const std::string& size = "800x500") : server(size), session_(session) {
         agent.setState(sampleState({.hasMessage = true}));
+        if (session.needsBus) startBus();
         startManager();
         if (!session.compositor.empty()) compositor_ = server.start(session.compositor);
         ui_ = server.start({KOVA_UI_PROGRAM, "--socket", socket_});
@@ -53,7 +61,13 @@ class Desktop {
 
     void startManager() {
         if (session_.manager.empty()) return;
-        manager_ = server.start(session_.manager);
+        std::vector<std::string> command = session_.manager;
+        if (session_.needsBus) {
+            const std::string variables[] = {"/usr/bin/env", "DBUS_SESSION_BUS_ADDRESS=unix:path=" + busPath(),
+                                             "XDG_RUNTIME_DIR=" + server.folder(), "QT_LOGGING_RULES=*=false"};
+            command.insert(command.begin(), std::begin(variables), std::end(variables));
+        }
+        manager_ = server.start(command);
         EXPECT_TRUE(TestClient(server.displayName(), "Probe", 1).waitForManager())
             << "the window manager did not start";
     }
@@ -143,6 +157,15 @@ class Desktop {
     TestClient client{server.displayName(), "Editor", 4711};
 
   private:
+    std::string busPath() const { return server.folder() + "/bus"; }
+    void startBus() {
+        const std::string path = server.folder() + "/bus.conf";
+        std::ofstream(path)
+            << QString::fromLatin1(kBusConfiguration).arg(QString::fromStdString(busPath())).toStdString();
+        bus_ = server.start({"/usr/bin/dbus-daemon", "--nofork", "--config-file=" + path});
+        EXPECT_TRUE(until([&] { return access(busPath().c_str(), F_OK) == 0; })) << "the bus did not start";
+    }
+
     const Session& session_;
     const std::string socket_ = server.folder() + "/agent.sock";
 
@@ -150,7 +173,7 @@ class Desktop {
     FakeAgent agent{socket_};
 
   private:
-    ChildProcess manager_, compositor_, ui_;
+    ChildProcess bus_, manager_, compositor_, ui_;
 };
 
 class RealWindows : public ::testing::TestWithParam<Session> {
@@ -243,6 +266,28 @@ TEST_P(RealManagers, OverlayKeepsItsPlaceWhenTheWindowManagerStartsAnew) {
     desktop.endManager();
     EXPECT_TRUE(desktop.until(stands));
     desktop.startManager();
+    EXPECT_TRUE(desktop.until(stands));
+
+    // The screen is locked and unlocked: overlay windows stay as they are.
+    const auto windows = [&] {
+        Windows all = desktop.underlay();
+        std::ranges::sort(all);
+        return all;
+    };
+    const Windows before = windows();
+    for (const bool isSuspended : {true, false}) {
+        desktop.agent.change("isSuspended", isSuspended);
+        const xcb_window_t late = desktop.client.open({.title = "late", .frame = makeRect(500, 200, 200, 200)});
+        EXPECT_TRUE(desktop.until([&] { return stands() && desktop.client.isViewable(late); }));
+        EXPECT_EQ(windows(), before);
+        desktop.client.destroy(late);
+    }
+    // The display is unplugged and comes back.
+    const auto displays = sampleState()["displays"], tiles = sampleState()["tiles"];
+    for (const char* section : {"tiles", "displays"}) desktop.agent.change(section, nlohmann::json::array());
+    EXPECT_TRUE(desktop.until([&] { return desktop.overlay().empty(); }));
+    desktop.agent.change("displays", displays);
+    desktop.agent.change("tiles", tiles);
     EXPECT_TRUE(desktop.until(stands));
 }
 
