@@ -69,7 +69,7 @@ TEST_F(Keys, ArrangeAWindowThatWasOpenedJustBeforeAndActInTheOrderOfTheirPresses
     keyboard.press(keyCode::a, kFocus);
     keyboard.press(keyCode::z, kFocus);
     desk.settle();
-    EXPECT_EQ(desk.controller().undoHistory().entries().size(), 2u) << "the arrangement before it is left";
+    desk.expectMessage("Last window action undone"); // after the arrangement, which a poll held up
 }
 
 TEST_F(Keys, OneOfThemPausesAndResumes) {

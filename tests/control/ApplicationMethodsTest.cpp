@@ -69,7 +69,7 @@ TEST_F(ApplicationMethods, LaunchesAreCountedForLaunchersAndTheLauncherOpensWher
         EXPECT_EQ(told["params"]["tile"], answer["tile"]);
         return told["params"]["what"].get<std::string>() + " " + answer["tile"].get<std::string>();
     };
-    const std::string first = desk.targetID("A", "primary-1"), second = desk.targetID("A", "secondary-1");
+    const std::string first = desk.targetID("A", "focus-main"), second = desk.targetID("A", "secondary-1");
     EXPECT_EQ(shown("ui.launcher", {{"tile", "1"}}), "launcher " + first);
     result("focus.window", {{"window", "notes"}});
     const bool isFirst = desk.tiles().starts_with("Notes");
