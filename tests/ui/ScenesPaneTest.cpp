@@ -79,7 +79,7 @@ TEST_F(ScenesInSettings, AreCapturedRenamedDeletedAndBroughtBack) {
     QTest::keyClicks(editor, "Desk");
     QTest::keyClick(editor, Qt::Key_Return);
     ASSERT_TRUE(untilShown("Desk, Play"));
-    EXPECT_EQ(ask("scene.list")["result"]["scenes"][0]["name"], "Desk");
+    EXPECT_TRUE(until([&] { return ask("scene.list")["result"]["scenes"][0]["name"] == "Desk"; }));
     list->topLevelItem(0)->setText(1, "  ");
     EXPECT_TRUE(until([&] { return text("listError") == "A scene needs a name"; }));
     EXPECT_TRUE(untilShown("Desk, Play")) << "the name is put back";
