@@ -52,4 +52,12 @@ TEST_F(ApplicationsInSettings, ShowWhatWasLearnedUntilItIsForgotten) {
     EXPECT_TRUE(until([&] { return shown("Zoom", 2).empty() || shown("Zoom", 2) == "–"; }));
 }
 
+class GoldenApplicationsInSettings : public ApplicationsInSettings {};
+
+TEST_F(GoldenApplicationsInSettings, LookAsTheyDid) {
+    openPane();
+    ASSERT_TRUE(until([&] { return list->topLevelItemCount() > 1; }));
+    compareWithGoldens(*window, "settings-applications");
+}
+
 } // namespace kova::ui::testing

@@ -75,4 +75,18 @@ TEST_F(Onboarding, OffersSettingsAndAFirstArrangementThatCanBeUndone) {
     EXPECT_TRUE(until([&] { return !host.window("onboarding"); })) << "Done closes it";
 }
 
+class GoldenOnboarding : public Onboarding {};
+
+TEST_F(GoldenOnboarding, LooksAsItDid) {
+    permission.isAskable = true;
+    desk.desktop.setTrusted(false);
+    desk.settle();
+    openWindow();
+    ASSERT_TRUE(until([&] { return text("permissionState") == "Accessibility permission is required"; }));
+    for (int page = 0; page < pages->count(); ++page) {
+        compareWithGoldens(*window, "onboarding-" + std::to_string(page + 1));
+        if (page + 1 < pages->count()) click("next");
+    }
+}
+
 } // namespace kova::ui::testing

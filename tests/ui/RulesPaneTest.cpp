@@ -161,4 +161,17 @@ TEST_F(RulesInSettings, WhatIsRefusedIsSaidAtTheControl) {
     EXPECT_EQ(error->text(), "No focused application window found");
 }
 
+class GoldenRulesInSettings : public RulesInSettings {};
+
+TEST_F(GoldenRulesInSettings, LookAsTheyDid) {
+    addThree();
+    ask("rules.on");
+    ask("rule.disable", {{"rule", "3"}});
+    openPane();
+    ASSERT_TRUE(until(
+        [&] { return table->topLevelItemCount() == 3 && control<QComboBox>(window, "ruleDisposition")->count() > 3; }));
+    select(1);
+    compareWithGoldens(*window, "settings-rules");
+}
+
 } // namespace kova::ui::testing

@@ -148,4 +148,18 @@ TEST_F(ScenesInSettings, TravelAsAFileThatIsSummedUpFirst) {
     EXPECT_TRUE(until([&] { return text("fileError").startsWith("Export failed: "); }));
 }
 
+class GoldenScenesInSettings : public ScenesInSettings {};
+
+TEST_F(GoldenScenesInSettings, LookAsTheyDid) {
+    ask("scene.capture", {{"name", "Work"}});
+    ask("layout.select", {{"layout", "jarvis.quad-grid"}});
+    desk.arrange();
+    ask("scene.capture", {{"name", "Everything"}});
+    openPane();
+    ASSERT_TRUE(until([&] { return list->topLevelItemCount() == 2; }));
+    select(0);
+    ASSERT_TRUE(until([&] { return control<QTreeWidget>(window, "differences")->topLevelItemCount() > 0; }));
+    compareWithGoldens(*window, "settings-scenes");
+}
+
 } // namespace kova::ui::testing

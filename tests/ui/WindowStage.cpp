@@ -13,11 +13,14 @@
 namespace kova::ui::testing {
 
 WindowStage::WindowStage() :
-    link(socketPath(), {.contentsChanged = [] {}, .showRequested = nullptr, .notUnderstood = [](const auto&) {}}),
+    link(socketPath(), {.contentsChanged = [] {},
+                        .showRequested = [](const auto&, const auto&) {},
+                        .notUnderstood = [](const auto&) {}}),
     host({.socketPath = socketPath(),
           .overlay = [this] { return link.contents() ? &*link.contents() : nullptr; },
           .palette = [this] { return paletteFor(link.contents()->appearance, brightness, Compositing::absent); },
           .closedByUser = [this](const std::string& what) { closedByUser.push_back(what); }}) {
+    qputenv("TZ", "UTC"); // pictures show times
     QApplication::setStyle(QStringLiteral("fusion"));
     QFont font(QStringLiteral("DejaVu Sans"));
     font.setPixelSize(static_cast<int>(points::smallText) + 1);

@@ -1,0 +1,35 @@
+// Each pane of the settings as it is drawn, compared with the pictures under golden/.
+#include "tests/ui/WindowStage.h"
+
+#include <QLabel>
+
+namespace kova::ui::testing {
+
+namespace {
+
+class GoldenSettings : public WindowStage {
+  protected:
+    HostedWindow* openAt(const std::string& pane) {
+        HostedWindow* window = open("settings", {{"pane", pane}});
+        EXPECT_TRUE(until([&] { return host.session() && host.session()->state().contains("themes"); }));
+        return window;
+    }
+};
+
+} // namespace
+
+TEST_F(GoldenSettings, PanesThatShowTheAgentsState) {
+    desk.opens("Sheet", {.minimumSize = {{1500, 600}}}).opens("Plan", {.minimumSize = {{1500, 600}}}).settle();
+    for (const std::string pane : {"general", "layouts", "shortcuts", "appearance"})
+        compareWithGoldens(*openAt(pane), "settings-" + pane);
+}
+
+TEST_F(GoldenSettings, About) {
+    HostedWindow* window = openAt("about");
+    auto* version = control<QLabel>(window, "version");
+    EXPECT_TRUE(until([&] { return version->text().size() > 5; }));
+    version->setText(QStringLiteral("KOVA 1.2.3"));
+    compareWithGoldens(*window, "settings-about");
+}
+
+} // namespace kova::ui::testing

@@ -1,0 +1,166 @@
+// The launcher and the palette, driven by keyboard and pointer in front of a whole agent.
+#include "tests/ui/WindowStage.h"
+#include "ui/launcher/Entries.h"
+#include "ui/launcher/PaletteCommands.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QtTest>
+
+#include <algorithm>
+
+namespace kova::ui::testing {
+
+namespace {
+
+class Launching : public WindowStage {
+  protected:
+    Launching() {
+        for (const char* name : {"Firefox", "Files", "LibreOffice Réseau", "Fuzz"}) {
+            desk.desktop.install(name,
+                                 {.bundleIdentifier = std::string("org.example.") + name, .startsAfter = Seconds(0)});
+        }
+        desk.arrange();
+    }
+    HostedWindow* openAt(const std::string& what, const std::string& slot) {
+        HostedWindow* window = open(what, {{"tile", desk.targetID("A", slot)}});
+        field = control<QLineEdit>(window, "search");
+        entries = control<QListView>(window, "entries");
+        return window;
+    }
+    std::vector<std::string> titles() const {
+        std::vector<std::string> found;
+        for (int row = 0; row < entries->model()->rowCount(); ++row)
+            found.push_back(entries->model()->index(row, 0).data().toString().toStdString());
+        return found;
+    }
+    bool lists(std::size_t least) {
+        return until([&] { return titles().size() >= least; });
+    }
+    bool isClosed(const char* what) {
+        return until([&] { return !host.window(what); });
+    }
+
+    QLineEdit* field = nullptr;
+    QListView* entries = nullptr;
+};
+
+using Titles = std::vector<std::string>;
+
+} // namespace
+
+TEST(FuzzyQuery, FindsNamesByTheBeginningsOfTheirWords) {
+    const struct {
+        const char* query;
+        const char* name;
+        bool fits;
+    } cases[]{{"ffx", "Firefox", true},
+              {"FIRE", "Firefox", true},
+              {"fox", "Firefox", true},
+              {"reseau", "LibreOffice Réseau", true},
+              {"rés lib", "LibreOffice Reseau", true},
+              {"lof", "LibreOffice Réseau", true},
+              {"strasse", "Straße", false},
+              {"zed", "Żed", true},
+              {"x", "Firefox", false},
+              {"ma il", "Mail", false},
+              {"gimp 2", "GIMP-2.10", true}};
+    for (const auto& [query, name, fits] : cases) {
+        EXPECT_EQ(FuzzyQuery(QString::fromUtf8(query)).score(folded(QString::fromUtf8(name))).has_value(), fits)
+            << query << " in " << name;
+    }
+    const auto score = [](const char* query, const char* name) {
+        return FuzzyQuery(QString::fromUtf8(query)).score(folded(QString::fromUtf8(name))).value_or(-1);
+    };
+    EXPECT_GT(score("mail", "Mail"), score("mail", "Mailbox"));
+    EXPECT_GT(score("mail", "Mailbox"), score("mail", "Web Mail"));
+    EXPECT_GT(score("mail", "Web Mail"), score("mail", "Marginalia"));
+}
+
+TEST_F(Launching, ListsMostUsedFirstFiltersWhileTypingAndLaunchesIntoTheTile) {
+    ask("launch", {{"application", "Maps"}, {"tile", "1"}});
+    HostedWindow* window = openAt("launcher", "secondary-1");
+    ASSERT_TRUE(window && lists(5));
+    EXPECT_EQ(titles(), (Titles{"Maps", "Files", "Firefox", "Fuzz", "LibreOffice Réseau"}));
+    const CGRect tile = link.contents()->tile(desk.targetID("A", "secondary-1"))->frame;
+    EXPECT_TRUE(QRectF(tile.origin.x, tile.origin.y, tile.size.width, tile.size.height).contains(window->geometry()));
+    EXPECT_EQ(window->focusWidget(), field);
+
+    QTest::keyClicks(field, QStringLiteral("f"));
+    EXPECT_EQ(titles(), (Titles{"Fuzz", "Files", "Firefox"}));
+    QTest::keyClick(field, Qt::Key_Down);
+    QTest::keyClick(field, Qt::Key_Down);
+    EXPECT_EQ(entries->currentIndex().data().toString(), QStringLiteral("Firefox"));
+    field->clear();
+    QTest::keyClicks(field, QStringLiteral("ffx"));
+    EXPECT_EQ(titles(), (Titles{"Firefox"}));
+    QTest::keyClick(field, Qt::Key_Return);
+    ASSERT_TRUE(isClosed("launcher"));
+    desk.settle();
+    EXPECT_NE(desk.tiles().find("| Firefox"), std::string::npos) << desk.tiles();
+    EXPECT_EQ(ask("app.list")["result"]["applications"][1]["launches"], 1);
+}
+
+TEST_F(Launching, ShowsWhatIsRefusedAndClosesByEscapeOrWhenItLosesTheKeyboard) {
+    HostedWindow* window = openAt("launcher", "focus-main");
+    ASSERT_TRUE(window && lists(5));
+    desk.desktop.setTrusted(false);
+    desk.settle();
+    QTest::keyClick(field, Qt::Key_Return);
+    QLabel* error = window->findChild<QLabel*>(); // its only label
+    ASSERT_TRUE(until([&] { return !error->isHidden(); }));
+    EXPECT_FALSE(error->text().isEmpty());
+    QTest::keyClick(field, Qt::Key_Escape);
+    EXPECT_TRUE(isClosed("launcher"));
+
+    ASSERT_TRUE(openAt("launcher", "focus-main"));
+    ASSERT_TRUE(until([&] { return host.window("launcher")->isActiveWindow(); }));
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    EXPECT_TRUE(isClosed("launcher")) << "a click elsewhere";
+}
+
+TEST_F(Launching, ThePaletteFindsWindowsScenesLayoutsAndCommandsForItsTile) {
+    ask("scene.capture", {{"name", "Writing"}});
+    std::size_t count = commandEntries({}).size();
+    for (const auto& [method, key] : {std::pair("app.list", "applications"), std::pair("query.windows", "windows"),
+                                      std::pair("scene.list", "scenes"), std::pair("layout.list", "layouts")}) {
+        count += ask(method)["result"][key].size();
+    }
+    const auto run = [&](const char* typed, const char* expected) {
+        ASSERT_TRUE(openAt("palette", "secondary-1"));
+        ASSERT_TRUE(lists(count));
+        QTest::keyClicks(field, QString::fromUtf8(typed));
+        ASSERT_FALSE(titles().empty()) << typed;
+        EXPECT_EQ(titles().front(), expected);
+        QTest::keyClick(field, Qt::Key_Return);
+        EXPECT_TRUE(isClosed("palette")) << typed;
+        desk.settle();
+    };
+    run("inbox", "Inbox — Mail");
+    EXPECT_NE(desk.tiles().find("| Mail"), std::string::npos) << desk.tiles();
+    run("quad gr", "Quad Grid (2×2)");
+    EXPECT_EQ(ask("query.displays")["result"]["displays"][0]["layout"]["id"], "jarvis.quad-grid");
+    run("writing", "Writing");
+    EXPECT_EQ(ask("query.displays")["result"]["displays"][0]["layout"]["id"], "jarvis.dual-split");
+    run("pause", "Pause KOVA");
+    EXPECT_EQ(ask("status")["result"]["isPaused"], true);
+}
+
+TEST_F(Launching, EveryCommandOfThePaletteIsAMethodWithItsParameters) {
+    const nlohmann::json known = ask("no such method")["error"]["data"]["methods"];
+    ASSERT_TRUE(known.is_array() && !known.empty());
+    for (const LauncherEntry& entry : commandEntries(desk.displayIDOf("A"))) {
+        EXPECT_NE(std::find(known.begin(), known.end(), nlohmann::json(entry.method)), known.end()) << entry.method;
+        if (entry.method == "quit" || entry.method == "ui.off") continue; // ends the agent or this program
+        const nlohmann::json reply = ask(entry.method, entry.parameters);
+        if (reply.contains("error")) {
+            EXPECT_GT(reply["error"]["code"], 0) << entry.method << ": " << reply; // refused, but understood
+        }
+        ask("resume");
+    }
+}
+
+} // namespace kova::ui::testing
