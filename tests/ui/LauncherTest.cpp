@@ -163,4 +163,19 @@ TEST_F(Launching, EveryCommandOfThePaletteIsAMethodWithItsParameters) {
     }
 }
 
+TEST_F(Launching, GoldenPictures) {
+    desk.opens("Letters", {.title = "A title that is far too long for the row that it has in the palette's list"})
+        .settle();
+    HostedWindow* window = openAt("launcher", "focus-main");
+    ASSERT_TRUE(window && lists(5));
+    compareWithGoldens(*window, "launcher");
+    QTest::keyClick(field, Qt::Key_Escape);
+    ASSERT_TRUE(isClosed("launcher"));
+    window = openAt("palette", "secondary-1");
+    const auto isLetter = [](const std::string& title) { return title.starts_with("A title"); };
+    ASSERT_TRUE(window && until([&] { return std::ranges::count_if(titles(), isLetter) == 1; }));
+    QTest::keyClicks(field, QStringLiteral("le"));
+    compareWithGoldens(*window, "palette");
+}
+
 } // namespace kova::ui::testing

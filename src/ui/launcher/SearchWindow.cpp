@@ -1,6 +1,6 @@
 #include "ui/launcher/SearchWindow.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QIcon>
 #include <QKeyEvent>
 #include <QPainter>
@@ -16,7 +16,7 @@ namespace kova::ui {
 
 namespace {
 
-constexpr int kColumns = 46; // of letters, wide
+constexpr int kColumns = 64; // of letters, wide
 constexpr int kRows = 10;
 
 int iconSizeOf(const QWidget& widget) {
@@ -32,12 +32,24 @@ class EntryDelegate final : public QStyledItemDelegate {
         return {option.fontMetrics.averageCharWidth() * kColumns / 2, option.fontMetrics.height() * 2};
     }
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
-        QStyledItemDelegate::paint(painter, option, index);
         const QString kind = index.data(EntryModel::kKindRole).toString();
+        const int margin = option.fontMetrics.averageCharWidth();
+        const int kindWidth = kind.isEmpty() ? 0 : option.fontMetrics.horizontalAdvance(kind) + 2 * margin;
+        QStyleOptionViewItem item = option;
+        initStyleOption(&item, index);
+        if (item.icon.isNull()) { // titles are aligned with those of entries that have an icon
+            QPixmap none(item.decorationSize);
+            none.fill(Qt::transparent);
+            item.icon = none;
+            item.features |= QStyleOptionViewItem::HasDecoration;
+        }
+        const int room = item.rect.width() - item.decorationSize.width() - kindWidth - 2 * margin;
+        item.text = item.fontMetrics.elidedText(item.text, Qt::ElideRight, room);
+        const QStyle* style = item.widget ? item.widget->style() : QApplication::style();
+        style->drawControl(QStyle::CE_ItemViewItem, &item, painter, item.widget);
         if (kind.isEmpty()) return;
         painter->save();
         painter->setPen(option.palette.color(QPalette::PlaceholderText));
-        const int margin = option.fontMetrics.averageCharWidth();
         painter->drawText(option.rect.adjusted(margin, 0, -margin, 0), Qt::AlignVCenter | Qt::AlignRight, kind);
         painter->restore();
     }
