@@ -37,13 +37,24 @@ TEST_F(Keeping, EndsWithAnotherFocusedWindowAndAProgramThatInsists) {
     EXPECT_EQ(after(kMail, 1.2), kNoWindow) << "the user has chosen meanwhile";
 
     keeper.noteReturning(kMail, kEditor, Seconds(5));
-    keeper.noteGiven(kPlayer); // by KOVA itself, in the same action
+    keeper.noteGiven(kPlayer, Seconds(5)); // by KOVA itself, in the same action
     int given = 0;
     for (double uptime = 5.1; uptime < 5.9; uptime += 0.05) given += after(kMail, uptime) == kPlayer ? 1 : 0;
     EXPECT_EQ(given, 6);
 
     keeper.noteReturning(kMail, kNoWindow, Seconds(9));
     EXPECT_EQ(after(kMail, 9.1), kNoWindow) << "no window had it before";
+}
+
+TEST_F(Keeping, AWindowThatIsBeingFocusedCountsWhileNoneIsReported) {
+    EXPECT_EQ(keeper.focused(kNoWindow, Seconds(1)), kNoWindow);
+    keeper.noteGiven(kMail, Seconds(1));
+    EXPECT_EQ(keeper.focused(kEditor, Seconds(1.1)), kEditor) << "the former one, still";
+    EXPECT_EQ(keeper.focused(kNoWindow, Seconds(1.2)), kMail);
+    EXPECT_EQ(keeper.focused(kMail, Seconds(1.3)), kMail);
+    EXPECT_EQ(keeper.focused(kNoWindow, Seconds(1.4)), kNoWindow) << "it has had the focus";
+    keeper.noteGiven(kMail, Seconds(2));
+    EXPECT_EQ(keeper.focused(kNoWindow, Seconds(2.5)), kNoWindow) << "it was refused the focus";
 }
 
 TEST(TilingManagers, AreKnownByTheirWholeName) {

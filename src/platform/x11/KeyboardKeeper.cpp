@@ -21,8 +21,15 @@ void KeyboardKeeper::noteReturning(xcb_window_t window, xcb_window_t active, Sec
     until_ = now + kTimeToReturn;
 }
 
-void KeyboardKeeper::noteGiven(xcb_window_t window) {
+void KeyboardKeeper::noteGiven(xcb_window_t window, Seconds now) {
     if (!returning_.empty()) kept_ = window;
+    given_ = window;
+    givenUntil_ = now + kTimeToFocus;
+}
+
+xcb_window_t KeyboardKeeper::focused(xcb_window_t reported, Seconds now) {
+    if (reported == given_ || now >= givenUntil_) given_ = kNoWindow;
+    return reported == kNoWindow ? given_ : reported;
 }
 
 std::optional<xcb_window_t> KeyboardKeeper::toGiveBack(xcb_window_t active, xcb_window_t owner, Seconds now) {

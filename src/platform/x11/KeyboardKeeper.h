@@ -10,12 +10,18 @@
 
 namespace kova::x11 {
 
+/// A window that KOVA focuses is reported as focused within this time, or was refused the focus.
+inline constexpr Seconds kTimeToFocus{0.5};
+
 class KeyboardKeeper {
   public:
     /// `window` is being restored while `active` has the focus (kNoWindow: none has). Times are uptimes.
     void noteReturning(xcb_window_t window, xcb_window_t active, Seconds now);
     /// KOVA itself focuses the window, which is to keep the focus.
-    void noteGiven(xcb_window_t window);
+    void noteGiven(xcb_window_t window, Seconds now);
+    /// The window to count as focused when the window manager reports `reported`. Some managers report kNoWindow for a
+    /// moment while the focus goes from one window to another; then it is the window that KOVA has just focused.
+    xcb_window_t focused(xcb_window_t reported, Seconds now);
     /// The window manager reports `active` as focused, a dialog of `owner` or kNoWindow. Returns the window to focus
     /// again if a window took the focus that was only to be restored.
     std::optional<xcb_window_t> toGiveBack(xcb_window_t active, xcb_window_t owner, Seconds now);
@@ -26,6 +32,8 @@ class KeyboardKeeper {
     bool isKeeping(Seconds now) const { return !returning_.empty() && now < until_; }
 
     xcb_window_t kept_ = kNoWindow;
+    xcb_window_t given_ = kNoWindow; // not reported as focused yet
+    Seconds givenUntil_{-1};
     std::set<xcb_window_t> returning_;
     Seconds until_{-1};
     int timesGivenBack_ = 0;

@@ -286,7 +286,7 @@ void X11Desktop::Parts::send() {
     bool mustWatch = false;
     {
         const MutexLock lock(mutex);
-        if (const auto given = requests.activated()) keyboard.noteGiven(*given);
+        if (const auto given = requests.activated()) keyboard.noteGiven(*given, queue.uptime());
         requests.send();
         mustFlush = true;
         // A restored window that takes the focus must be noticed at once.

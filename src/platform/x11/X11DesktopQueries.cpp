@@ -35,6 +35,15 @@ void X11Desktop::Parts::askActiveWindow() {
 /// Ignored without a window manager: the property is a former one's.
 void X11Desktop::Parts::takeActiveWindow(xcb_window_t window) {
     if (!model.windowManager().isPresent) return;
+    const xcb_window_t focused = keyboard.focused(window, queue.uptime());
+    const ClientWindow* given = focused != window ? model.client(focused) : nullptr;
+    if (given && !model.isMinimized(*given)) {
+        window = focused;
+        later(kTimeToFocus, [this] {
+            mutex.assertHeld();
+            askActiveWindow(); // it may have been refused the focus
+        });
+    }
     if (std::exchange(model.activeWindow, window) != window) changes.note();
     leaveKeyboard();
 }
