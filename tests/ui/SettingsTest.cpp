@@ -185,7 +185,7 @@ TEST_F(Settings, AppearanceIsAppliedLiveAndFollowsCommands) {
         ask(method, {{"isOn", false}});
         EXPECT_TRUE(shows(window, box, false));
         QTest::mouseClick(control<QCheckBox>(window, box), Qt::LeftButton, {}, QPoint(8, 8));
-        EXPECT_TRUE(until([&] { return settings()[box] == true; }));
+        EXPECT_TRUE(until([&, name = box] { return settings()[name] == true; }));
     }
 }
 
