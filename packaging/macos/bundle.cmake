@@ -79,6 +79,7 @@ if(KOVA_WITH_APP_INTENTS)
   enable_language(Swift)
   set_target_properties(kova-agent PROPERTIES Swift_MODULE_NAME KOVA) # a module's name has no hyphen
   target_sources(kova-agent PRIVATE ${intents})
+  add_dependencies(kova-agent kova_app_intents) # Xcode lets independent targets share no command
   target_compile_options(kova-agent PRIVATE $<$<COMPILE_LANGUAGE:Swift>:-parse-as-library>)
   target_link_libraries(kova-agent PRIVATE "-framework AppIntents")
 endif()

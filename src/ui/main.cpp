@@ -32,11 +32,13 @@ void prepareToolkit() {
     qputenv("QT_ENABLE_HIGHDPI_SCALING", "0");
     for (const char* name : {"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_AUTO_SCREEN_SCALE_FACTOR"})
         qunsetenv(name);
+    qputenv("QT_STYLE_OVERRIDE", "fusion");
+#if !defined(Q_OS_MACOS) // where the toolkit would do without the system's theme, and so without its dark appearance
     qputenv("QT_XCB_GL_INTEGRATION", "none");
     qputenv("QT_QPA_PLATFORMTHEME", qgetenv("XDG_CURRENT_DESKTOP").toUpper().contains("KDE") ? "kde" : "gnome");
-    qputenv("QT_STYLE_OVERRIDE", "fusion");
     qputenv("QT_ACCESSIBILITY", "0");
     qputenv("QT_IM_MODULE", "none");
+#endif
     QCoreApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
 }
 

@@ -152,7 +152,8 @@ MacWindowFocus::MacWindowFocus() : before_(std::make_unique<Before>()) {}
 MacWindowFocus::~MacWindowFocus() = default;
 
 void MacWindowFocus::prepare(QWidget&) {
-    NSRunningApplication* front = NSWorkspace.sharedWorkspace.frontmostApplication;
+    // Not the active application: that may be the agent, which has no window, after KOVA was opened once more.
+    NSRunningApplication* front = NSWorkspace.sharedWorkspace.menuBarOwningApplication;
     if (![front isEqual:NSRunningApplication.currentApplication]) before_->application = front;
 }
 
