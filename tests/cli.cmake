@@ -1,8 +1,8 @@
 # The agent's socket and the command line, tested with a whole agent on the simulated desktop.
-target_link_libraries(control_tests PRIVATE kova_desk)
+target_link_libraries(control_tests PRIVATE kova_scenario)
 target_compile_definitions(control_tests PRIVATE KOVA_DOCS="${PROJECT_SOURCE_DIR}/docs")
 
-kova_tests(cli kova_cli kova_control kova_desk)
+kova_tests(cli kova_cli kova_control kova_scenario)
 if(TARGET cli_tests)
   add_dependencies(cli_tests kova)
   target_sources(cli_tests PRIVATE control/JsonSchema.cpp)

@@ -31,13 +31,13 @@ constexpr const char* kHelp =
     R"(usage: kova-agent [OPTION]...
 
 Divides each display into tiles and keeps the windows of this session in them. It runs until SIGTERM, "kova quit"
-or the end of the X server; ask it with "kova". One agent has a session.
+or the end of the X server; control it with "kova". Each session has at most one agent.
 
   --foreground   write the log to the terminal, too (it stays in the foreground either way: session managers
                  and autostart want that)
-  --verbose      log what it does in detail; names and titles of windows may be among it
-  --version      print the version and end
-  --help         print this and end
+  --verbose      log in detail, including titles of windows and names of applications
+  --version      print the version and exit
+  --help         print this help and exit
 
 The log is in $XDG_STATE_HOME/kova/agent.log, the preferences are in $XDG_CONFIG_HOME/kova/preferences.json.
 )";
@@ -52,7 +52,7 @@ class Desktop {
         auto opened = X11Desktop::open({.displayName = std::nullopt,
                                         .hiddenWindowsFile = hiddenWindowsFile,
                                         .launcher = &launcher,
-                                        .waitsToSettleHiddenWindows = true,
+                                        .keepsLeftoverWindowsHidden = true,
                                         .claimsServer = true},
                                        loop, catalogue);
         Desktop desktop;

@@ -7,6 +7,17 @@ namespace kova {
 
 using nlohmann::json;
 
+namespace {
+
+json planned(const ArrangementPlan& plan, bool isDryRun, const std::optional<std::string>& message) {
+    json result = controlRecord::plan(plan);
+    result["dryRun"] = isDryRun;
+    result["message"] = orNull(message);
+    return result;
+}
+
+} // namespace
+
 json performed(const WorkspaceController& controller, const std::optional<std::string>& message) {
     return {{"message", message ? json(*message) : json(nullptr)},
             {"canUndo", *controller.state().canUndo},
@@ -17,6 +28,18 @@ ControlReply performAction(WorkspaceController& controller, const WorkspaceActio
     const auto outcome = controller.perform(action);
     if (!outcome) return failureOf(outcome);
     return performed(controller, outcome.message());
+}
+
+ControlReply arrange(WorkspaceController& controller, const JsonCursor& parameters) {
+    const auto dryRun = parameters.optional("dryRun");
+    const bool isDryRun = dryRun && dryRun->boolean();
+    if (isDryRun) {
+        if (auto failure = withoutPermission(controller)) return *failure;
+        return planned(controller.planArrangement(), isDryRun, std::nullopt);
+    }
+    const auto outcome = controller.perform(action::Arrange{});
+    if (!outcome) return failureOf(outcome);
+    return planned(controller.lastArrangement(), isDryRun, outcome.message());
 }
 
 ControlReply openURL(WorkspaceController& controller, URLHandler& urls, const JsonCursor& parameters) {

@@ -14,6 +14,9 @@ nlohmann::json performed(const WorkspaceController& controller, const std::optio
 
 ControlReply performAction(WorkspaceController& controller, const WorkspaceAction& action);
 
+/// Arranges all windows; with "dryRun" only returns the plan.
+ControlReply arrange(WorkspaceController& controller, const JsonCursor& parameters);
+
 /// Carries out the "url" of the parameters. An error goes to the client only: the workspace shows no message for an
 /// unknown URL.
 ControlReply openURL(WorkspaceController& controller, URLHandler& urls, const JsonCursor& parameters);

@@ -1,6 +1,7 @@
 #include "control/ControlMethods.h"
 
 #include "control/ActionMethods.h"
+#include "control/AgentStatus.h"
 #include "control/ApplicationMethods.h"
 #include "control/ControlRecords.h"
 #include "control/DeletedScenes.h"
@@ -12,6 +13,7 @@
 #include "control/LayoutFitMethod.h"
 #include "control/LayoutMethods.h"
 #include "control/LearningMethods.h"
+#include "control/MethodTable.h"
 #include "control/NameLookup.h"
 #include "control/OnboardingWindowControl.h"
 #include "control/OverlayBroadcast.h"
@@ -33,8 +35,6 @@
 #include "control/client/ControlCodes.h"
 #include "persistence/PreferencesStore.h"
 #include "support/JsonDecoding.h"
-#include "support/Version.h"
-#include "support/text/Text.h"
 #include "workspace/WorkspaceController.h"
 
 #include <unistd.h>
@@ -42,7 +42,6 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -62,7 +61,7 @@ ControlReply performOn(WorkspaceController& controller, const JsonCursor& parame
 
 } // namespace
 
-class ControlMethods::Table {
+class ControlMethods::Table final : MethodTable {
   public:
     explicit Table(ControlContext context) :
         context_(std::move(context)), broadcast_(context_.controller, context_.queue),
@@ -102,15 +101,15 @@ class ControlMethods::Table {
     }
 
     void handle(const ControlRequest& request, const std::shared_ptr<ControlPeer>& peer, ControlAnswer answer) {
-        const auto found = methods_.find(request.method);
-        if (found == methods_.end()) {
+        const Method* method = find(request.method);
+        if (!method) {
             return answer(
                 ControlFailure{controlCode::methodNotFound, "There is no such method", {{"methods", names()}}});
         }
-        ControlReply reply = carryOut(found->second, request, peer);
+        ControlReply reply = call(*method, request.parameters, peer);
         if (!reply) sayInOverlay(reply.error(), peer);
         if (reply) settings_.touch();
-        if (!reply || !found->second.isAnsweredOnceSaved) return answer(std::move(reply));
+        if (!reply || !method->isAnsweredOnceSaved) return answer(std::move(reply));
         context_.preferences.save(
             [result = std::move(*reply), answer = std::move(answer)](const auto& problem) mutable {
                 if (problem) result["unsaved"] = *problem;
@@ -119,37 +118,6 @@ class ControlMethods::Table {
     }
 
   private:
-    struct Call {
-        JsonCursor parameters;
-        const std::shared_ptr<ControlPeer>& peer;
-    };
-    struct Method {
-        std::vector<std::string_view> parameters;
-        std::function<ControlReply(const Call&)> run;
-        bool isAnsweredOnceSaved = false;
-    };
-
-    void add(std::string name, std::vector<std::string_view> parameters, std::function<ControlReply(const Call&)> run) {
-        methods_.emplace(std::move(name), Method{std::move(parameters), std::move(run)});
-    }
-
-    /// A method that changes what the user keeps: it is answered once the change is on disk.
-    void addSaved(std::string name, std::vector<std::string_view> parameters,
-                  std::function<ControlReply(const Call&)> run) {
-        methods_.emplace(std::move(name), Method{std::move(parameters), std::move(run), true});
-    }
-
-    static ControlReply carryOut(const Method& method, const ControlRequest& request,
-                                 const std::shared_ptr<ControlPeer>& peer) {
-        const JsonCursor parameters(request.parameters, "");
-        // An unknown parameter is a misspelt one: a “dryrun” must not move windows.
-        for (const auto& [name, value] : parameters.members()) {
-            const auto& known = method.parameters;
-            if (std::find(known.begin(), known.end(), name) == known.end()) value.fail("there is no such parameter");
-        }
-        return method.run({parameters, peer});
-    }
-
     /// A refused action of the overlay sets the status message: a click has no other place for the error.
     void sayInOverlay(const ControlFailure& failure, const std::shared_ptr<ControlPeer>& peer) {
         if (failure.code == controlCode::refused && overlay_ && overlay_->isPeer(peer))
@@ -158,7 +126,7 @@ class ControlMethods::Table {
 
     void addActions() {
         WorkspaceController& controller = context_.controller;
-        add("arrange", {"dryRun"}, [this](const Call& call) { return arrange(call); });
+        add("arrange", {"dryRun"}, [&controller](const Call& call) { return arrange(controller, call.parameters); });
         add("focus", {"direction", "window", "display"}, [&controller](const Call& call) {
             return performOn<action::Focus>(controller, call.parameters, wantedDirection(call.parameters));
         });
@@ -397,7 +365,7 @@ class ControlMethods::Table {
             [this](const Call&) { return tellPermission(context_.controller, context_.permission); });
         add("permission.ask", {},
             [this](const Call&) { return askForPermission(context_.controller, context_.permission); });
-        add("status", {}, [this](const Call&) -> ControlReply { return status(); });
+        add("status", {}, [this](const Call&) -> ControlReply { return agentStatus(context_, shortcuts_); });
         add("doctor", {}, [this](const Call&) -> ControlReply { return examine(context_, shortcuts_); });
         add("subscribe", {"topic"}, [this](const Call& call) { return subscribe(call); });
         add("quit", {}, [this](const Call&) -> ControlReply {
@@ -415,64 +383,12 @@ class ControlMethods::Table {
         return overlay_->subscribe(call.peer);
     }
 
-    ControlReply arrange(const Call& call) {
-        WorkspaceController& controller = context_.controller;
-        const auto dryRun = call.parameters.optional("dryRun");
-        const bool isDryRun = dryRun && dryRun->boolean();
-        if (isDryRun) {
-            if (auto failure = withoutPermission(controller)) return *failure;
-            return planned(controller.planArrangement(), isDryRun, std::nullopt);
-        }
-        const auto outcome = controller.perform(action::Arrange{});
-        if (!outcome) return failureOf(outcome);
-        return planned(controller.lastArrangement(), isDryRun, outcome.message());
-    }
-
-    static json planned(const ArrangementPlan& plan, bool isDryRun, const std::optional<std::string>& message) {
-        json result = controlRecord::plan(plan);
-        result["dryRun"] = isDryRun;
-        result["message"] = orNull(message);
-        return result;
-    }
-
-    json status() const {
-        const WorkspaceController& controller = context_.controller;
-        const WorkspaceState& state = controller.state();
-        const auto& assignments = controller.assignments();
-        const auto& live = controller.liveWindows();
-        return {{"version", KOVA_VERSION},
-                {"process", getpid()},
-                {"permission", describe(*state.permissionState)},
-                {"isRunning", controller.isRunning()},
-                {"isSuspended", *state.isSuspended},
-                {"isPaused", *state.isPaused},
-                {"problem", orNull(controller.absenceOfWindows())},
-                {"displays", state.screens->size()},
-                {"windows", live.size()},
-                {"windowsInTiles",
-                 std::count_if(live.begin(), live.end(), [&](const auto& w) { return assignments.isInAnyTile(w.id); })},
-                {"focusMode", controlRecord::focusMode(controller)},
-                {"canUndo", *state.canUndo},
-                {"shortcutsHeldByOthers", shortcuts_.heldByOthers()},
-                {"shortcutHolder", shortcuts_.possibleHolder()},
-                {"preferenceProblems", context_.preferences.problems()},
-                {"message", orNull(*state.lastActionMessage)},
-                {"firstSteps", orNull(context_.firstSteps ? context_.firstSteps() : std::nullopt)}};
-    }
-
-    std::vector<std::string> names() const {
-        std::vector<std::string> all;
-        for (const auto& [name, method] : methods_) all.push_back(name);
-        std::sort(all.begin(), all.end());
-        return all;
-    }
-
     /// What the settings window shows: each section is the result of a method that a command uses, too.
     std::vector<SettingsBroadcast::Section> sections() {
         const WorkspaceController& controller = context_.controller;
         const auto resultOf = [this](const char* method) {
             return [this, method]() -> json {
-                const ControlReply reply = methods_.at(method).run({JsonCursor(kNoParameters, ""), kNoPeer});
+                const ControlReply reply = call(*find(method), json::object(), nullptr);
                 return reply ? *reply : json(nullptr);
             };
         };
@@ -490,8 +406,6 @@ class ControlMethods::Table {
                 {"learned", resultOf("app.learned")},
                 {"permission", resultOf("permission.status")}};
     }
-    inline static const json kNoParameters = json::object();
-    inline static const std::shared_ptr<ControlPeer> kNoPeer;
 
     ControlContext context_;
     StateBroadcast broadcast_;
@@ -502,7 +416,6 @@ class ControlMethods::Table {
     ShortcutMethods shortcuts_;
     LaunchCounts launches_;
     SettingsBroadcast settings_;
-    std::unordered_map<std::string, Method> methods_;
 };
 
 ControlMethods::ControlMethods(ControlContext context) : table_(std::make_unique<Table>(std::move(context))) {}

@@ -36,7 +36,7 @@ ControlReply DocumentTransfer::importDocument(const JsonCursor& parameters, cons
     const auto more = parameters.optional("more");
     const bool isLast = !more || !more->boolean();
     const auto dryRun = parameters.optional("dryRun");
-    const auto taking = dryRun && dryRun->boolean() ? Taking::dryRun : Taking::forReal;
+    const auto mode = dryRun && dryRun->boolean() ? ImportMode::dryRun : ImportMode::apply;
     dropAbandoned();
     Upload& upload = uploadOf(peer);
     // The uploads of all clients together are limited to one largest document, so that they cannot fill the memory.
@@ -54,12 +54,12 @@ ControlReply DocumentTransfer::importDocument(const JsonCursor& parameters, cons
     }
     const std::string text = std::move(upload.text);
     forget(peer);
-    return takeIn(text, taking);
+    return importDocument(text, mode);
 }
 
-ControlReply DocumentTransfer::takeIn(const std::string& text, Taking taking) {
+ControlReply DocumentTransfer::importDocument(const std::string& text, ImportMode mode) {
     WorkspaceImportCounts counts;
-    if (taking == Taking::dryRun) {
+    if (mode == ImportMode::dryRun) {
         const auto preview = controller_.previewImport(text);
         if (const auto* error = std::get_if<DecodingError>(&preview)) return importFailure(error->what());
         counts = std::get<WorkspaceImportCounts>(preview);

@@ -39,8 +39,8 @@ class DocumentTransfer {
     void forget(const std::shared_ptr<ControlPeer>& peer);
     void scheduleSweep();
     void dropAbandoned();
-    enum class Taking { forReal, dryRun };
-    ControlReply takeIn(const std::string& text, Taking taking);
+    enum class ImportMode { apply, dryRun };
+    ControlReply importDocument(const std::string& text, ImportMode mode);
 
     WorkspaceController& controller_;
     MainQueue& queue_;

@@ -57,7 +57,7 @@ struct LaunchResult {
 using LaunchCompletion = std::function<void(const LaunchResult&)>;
 
 /// What happens to windows that a former agent hid and did not show again.
-enum class LeftWindows { stayHidden, comeBack };
+enum class LeftoverWindows { stayHidden, show };
 
 class ApplicationServicing {
   public:
@@ -88,7 +88,7 @@ class ApplicationServicing {
     virtual std::optional<std::string> processStartIdentity(pid_t) const { return std::nullopt; }
     /// Called once, after the first poll: windows that stay hidden count as hidden by this agent. Without this call,
     /// and on platforms where hiding ends with the process, they are shown. Main thread.
-    virtual void settleHiddenWindows(LeftWindows) {}
+    virtual void resolveLeftoverHiddenWindows(LeftoverWindows) {}
 
     /// The applications of a launcher's menu, sorted by name. Main thread; may read files, never waits.
     virtual std::vector<LaunchableApplication> launchableApplications() const = 0;

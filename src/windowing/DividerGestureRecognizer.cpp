@@ -36,19 +36,19 @@ std::optional<DividerHandleEvent> DividerGestureRecognizer::press(const std::str
         return DividerHandleEvent{Kind::doubleClicked, handleID, location};
     }
     handleID_ = handleID;
-    return tell(Kind::pressed, location);
+    return makeEvent(Kind::pressed, location);
 }
 
 std::optional<DividerHandleEvent> DividerGestureRecognizer::move(CGPoint location) {
-    return tell(Kind::moved, location);
+    return makeEvent(Kind::moved, location);
 }
 
 std::optional<DividerHandleEvent> DividerGestureRecognizer::release(CGPoint location) {
-    return letGo(Kind::released, location);
+    return end(Kind::released, location);
 }
 
 std::optional<DividerHandleEvent> DividerGestureRecognizer::cancel(CGPoint location) {
-    return letGo(Kind::cancelled, location);
+    return end(Kind::cancelled, location);
 }
 
 std::optional<DividerHandleEvent> DividerGestureRecognizer::keepOnly(std::span<const DividerHandle> handles,
@@ -57,13 +57,13 @@ std::optional<DividerHandleEvent> DividerGestureRecognizer::keepOnly(std::span<c
     return isKept ? std::nullopt : cancel(location);
 }
 
-std::optional<DividerHandleEvent> DividerGestureRecognizer::tell(Kind kind, CGPoint location) const {
+std::optional<DividerHandleEvent> DividerGestureRecognizer::makeEvent(Kind kind, CGPoint location) const {
     if (!handleID_) return std::nullopt;
     return DividerHandleEvent{kind, *handleID_, location};
 }
 
-std::optional<DividerHandleEvent> DividerGestureRecognizer::letGo(Kind kind, CGPoint location) {
-    auto event = tell(kind, location);
+std::optional<DividerHandleEvent> DividerGestureRecognizer::end(Kind kind, CGPoint location) {
+    auto event = makeEvent(kind, location);
     handleID_.reset();
     return event;
 }

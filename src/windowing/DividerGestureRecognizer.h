@@ -33,8 +33,8 @@ class DividerGestureRecognizer {
     bool isHeld() const { return handleID_.has_value(); }
 
   private:
-    std::optional<DividerHandleEvent> tell(DividerHandleEvent::Kind kind, CGPoint location) const;
-    std::optional<DividerHandleEvent> letGo(DividerHandleEvent::Kind kind, CGPoint location);
+    std::optional<DividerHandleEvent> makeEvent(DividerHandleEvent::Kind kind, CGPoint location) const;
+    std::optional<DividerHandleEvent> end(DividerHandleEvent::Kind kind, CGPoint location);
 
     std::optional<std::string> handleID_; // of the pressed handle
 };

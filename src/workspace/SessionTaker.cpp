@@ -95,7 +95,7 @@ bool SessionTaker::takeUpSession() {
         return services_.applications.processStartIdentity(process);
     });
     const bool knowsAny = !resumed.idNow.empty();
-    services_.applications.settleHiddenWindows(knowsAny ? LeftWindows::stayHidden : LeftWindows::comeBack);
+    services_.applications.resolveLeftoverHiddenWindows(knowsAny ? LeftoverWindows::stayHidden : LeftoverWindows::show);
     if (resumed.idNow.empty() && resumed.awaited.empty()) return false;
 
     takeUpTiles(*session, resumed);
@@ -107,7 +107,7 @@ bool SessionTaker::takeUpSession() {
     acceptPlacesOfWindows(returned);
     follower_.presentReturned();
     expectReturns(*session, resumed);
-    putAwayAgain();
+    hideStackedWindowsAgain();
     if (session->zoom && !changed.contains(session->zoom->displayID)) steps_.takeUpZoom(*session->zoom, resumed);
     return knowsAny;
 }
@@ -211,7 +211,7 @@ void SessionTaker::acceptPlacesOfWindows(const std::set<std::string>& returnedDi
 /// On clean exit the agent shows all stacked windows. Hides them again, except windows that the user has focused or
 /// moved since, or whose front window is gone. One that is still being restored looks the same at first, so a poll only
 /// ever decides to hide.
-void SessionTaker::putAwayAgain() {
+void SessionTaker::hideStackedWindowsAgain() {
     if (liveWindows_.minimized().isExpecting()) {
         const ManagedWindow* focused = finder_.focusedWindow();
         const auto inUse = focused ? std::optional(focused->id) : std::nullopt;

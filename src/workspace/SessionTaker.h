@@ -36,7 +36,7 @@ class SessionTaker {
 
     std::optional<WorkspaceSession> describeSession();
     bool takeUpSession();
-    void putAwayAgain();
+    void hideStackedWindowsAgain();
     std::set<std::string> sparedWindowIDs();
 
   private:

@@ -91,7 +91,7 @@ void WorkspaceController::presentPoll(bool isRecovering) {
     noteFocus();
     keepAssignmentsValid();
     followShownSpace();
-    ops_.sessionTaker.putAwayAgain();
+    ops_.sessionTaker.hideStackedWindowsAgain();
     if (isRecovering) {
         if (parts_.displays.hasReturned()) ops_.displayChanges.settleOnDisplays();
         recoverAssignedWindows();

@@ -74,8 +74,8 @@ class SystemActivity : public ::testing::Test {
         passes(3);
     }
     void passes(double seconds) { desktop.queue().advance(Seconds(seconds)); }
-    void undergoes(const std::vector<SystemActivityEvent>& events) {
-        for (const auto event : events) desktop.undergo(event);
+    void simulate(const std::vector<SystemActivityEvent>& events) {
+        for (const auto event : events) desktop.simulate(event);
         passes(0);
     }
     /// Whether pointer events arrive, each once: dragging a window publishes a drop target.
@@ -89,7 +89,7 @@ class SystemActivity : public ::testing::Test {
         desktop.movePointer({title.x < 1280 ? 2000.0 : 500.0, 700}); // over the other tile
         passes(0.02);
         desktop.movePointer(title);
-        desktop.letGo(ShiftKey::up);
+        desktop.releaseButton(ShiftKey::up);
         passes(3);
         EXPECT_LE(lit, 1);
         return lit > 0;
@@ -122,7 +122,7 @@ TEST_F(SystemActivity, AnyOfFourConditionsSuspendsAndAllResume) {
     };
     startAndArrange();
     for (std::size_t i = 0; i < nights.size(); ++i) {
-        undergoes(nights[i].first);
+        simulate(nights[i].first);
         EXPECT_EQ(delegate.isWorkspaceSuspended(), nights[i].second) << i;
         const int polls = desktop.pollingQueue().jobsBegun();
         desktop.setTitle("Mail", "Mail " + std::to_string(i));
@@ -135,12 +135,12 @@ TEST_F(SystemActivity, ThePointerIsMonitoredOnceWhileTheScreenCanBeSeenAndHandle
     startAndArrange();
     EXPECT_EQ(desktop.handles().size(), 1U);
     EXPECT_TRUE(monitorsThePointer());
-    undergoes({screensDidSleep, screenDidLock});
+    simulate({screensDidSleep, screenDidLock});
     EXPECT_EQ(desktop.handles().size(), 1U);
     EXPECT_FALSE(monitorsThePointer());
-    undergoes({screensDidWake});
+    simulate({screensDidWake});
     EXPECT_FALSE(monitorsThePointer());
-    undergoes({screenDidUnlock, screenDidUnlock});
+    simulate({screenDidUnlock, screenDidUnlock});
     EXPECT_TRUE(monitorsThePointer());
     EXPECT_EQ(desktop.handles().size(), 1U);
 }
@@ -164,17 +164,17 @@ TEST_F(SystemActivity, TheOverlayIsShownFromStartToStopAndRefreshedOnResume) {
     desktop.movePointer({minX(frame) + 260, minY(frame) + 105});
     passes(0.02);
     EXPECT_TRUE(contents().drag);
-    undergoes({screenDidLock});
-    desktop.letGo();
+    simulate({screenDidLock});
+    desktop.releaseButton();
     EXPECT_FALSE(contents().drag);
     EXPECT_TRUE(contents().isSuspended);
     EXPECT_EQ(contents().displays, shown.displays) << "left up";
     EXPECT_EQ(contents().tiles.size(), 2U);
     OverlaySections refreshed = 0;
     delegate.overlay().watch([&](OverlaySections sections) { refreshed |= sections; });
-    undergoes({screensDidSleep});
+    simulate({screensDidSleep});
     EXPECT_EQ(refreshed, 0U) << "a second reason changes nothing";
-    undergoes({screensDidWake, screenDidUnlock});
+    simulate({screensDidWake, screenDidUnlock});
     for (const auto section : {OverlaySection::displays, OverlaySection::tiles, OverlaySection::dividers}) {
         EXPECT_TRUE(holds(refreshed, section)) << static_cast<int>(section);
     }
@@ -199,11 +199,11 @@ TEST_F(SystemActivity, ShortcutsAreReleasedWhileTheScreenCannotBeSeen) {
     EXPECT_FALSE(isOurs());
     startAndArrange();
     EXPECT_TRUE(isOurs() && steps());
-    undergoes({screenDidLock, screensDidSleep});
+    simulate({screenDidLock, screensDidSleep});
     EXPECT_FALSE(isOurs() || steps());
-    undergoes({screensDidWake});
+    simulate({screensDidWake});
     EXPECT_FALSE(isOurs());
-    undergoes({screenDidUnlock});
+    simulate({screenDidUnlock});
     EXPECT_TRUE(isOurs() && steps());
     delegate.stopWorkspace();
     EXPECT_FALSE(isOurs() || steps());
@@ -215,15 +215,15 @@ TEST_F(SystemActivity, ALockedScreenAtTheStartSuspendsUntilTheUnlock) {
     EXPECT_TRUE(delegate.isWorkspaceSuspended());
     passes(60);
     EXPECT_TRUE(workspace.liveWindows().empty());
-    undergoes({screenDidUnlock});
+    simulate({screenDidUnlock});
     passes(1);
     EXPECT_EQ(workspace.liveWindows().size(), 2U);
 
     // The state at the end of one start does not affect the next start.
-    undergoes({systemWillSleep});
+    simulate({systemWillSleep});
     delegate.stopWorkspace();
     EXPECT_EQ(delegate.systemActivityState(), SystemActivityState{});
-    undergoes({sessionDidResignActive});
+    simulate({sessionDidResignActive});
     delegate.startWorkspace();
     EXPECT_FALSE(delegate.isWorkspaceSuspended());
     EXPECT_TRUE(monitorsThePointer());
@@ -263,7 +263,7 @@ TEST(AppDelegate, InstallsMonitorsOnceThePermissionIsGranted) {
     desktop.movePointer({1300, 500});
     desktop.queue().runDue();
     EXPECT_TRUE(delegate.workspace().state().dropTargetSlotID->has_value());
-    desktop.letGo();
+    desktop.releaseButton();
     delegate.stopWorkspace();
 }
 
@@ -290,7 +290,7 @@ TEST(AppDelegate, MonitorsThePointerWhileTheWorkspaceIsStarted) {
         delegate.stopWorkspace();
         EXPECT_FALSE(workspace.state().dropTargetSlotID->has_value());
         EXPECT_TRUE(desktop.handles().empty());
-        desktop.letGo();
+        desktop.releaseButton();
         desktop.queue().advance(Seconds(30));
         EXPECT_EQ(desktop.queue().pendingCount(), 0U);
         desktop.userMoves("Mail", makeRect(100, 100, 500, 400));

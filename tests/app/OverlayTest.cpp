@@ -179,21 +179,21 @@ TEST_F(Overlay, ADraggedWindowIsShownUntilItIsReleasedCancelledOrUnwatched) {
     EXPECT_EQ(drags_({1500, 300}), over + " no tile") << "its own tile is no target";
     EXPECT_EQ(drags_({500, 300}), over + " " + desk.targetID("A", "focus-main"));
     EXPECT_EQ(strips(), "Primary:^ *Codex | Secondary: *!Mail");
-    desk.desktop.letGo();
+    desk.desktop.releaseButton();
     passes(0);
     EXPECT_EQ(drag(), "none") << "at once, though the window may still be on its way";
     desk.settle();
     EXPECT_EQ(strips(), "Primary: *!Mail Codex | Secondary:");
     press({1268, 700}, WindowPart::rightEdge);
     EXPECT_EQ(drags_({1468, 700}), "none") << "a resize has no target";
-    desk.desktop.letGo();
+    desk.desktop.releaseButton();
     desk.settle();
     press({100, 30});
     EXPECT_NE(drags_({1900, 300}), "none");
     drags->removeMonitor(); // as a suspension does
     EXPECT_EQ(drag(), "none");
     EXPECT_EQ(strips().find('^'), std::string::npos);
-    desk.desktop.letGo();
+    desk.desktop.releaseButton();
     desk.settle();
 }
 
@@ -218,7 +218,7 @@ TEST_F(Overlay, DividersShowThePointerOnThem) {
     EXPECT_EQ(describeFrame(contents().dividers[0].frame), "1474,10 12x1392");
     EXPECT_EQ(describeFrame(contents().tiles[0].windowFrame), "15,15 1454x1382");
     EXPECT_EQ(*contents().tiles[0].footerFrame, makeRect(10, 1402, 1464, 28)) << "the footer is where the window is";
-    desk.desktop.letGo();
+    desk.desktop.releaseButton();
     desk.settle();
     EXPECT_EQ(moves({300, 700}), "-");
 }

@@ -38,7 +38,7 @@ class PointerFixture : public ::testing::Test {
         return waits(0.02);
     }
     PointerFixture& releases(ShiftKey shift = ShiftKey::up) {
-        desk.desktop.letGo(shift);
+        desk.desktop.releaseButton(shift);
         return waits(0.02);
     }
     PointerFixture& waits(double seconds) {

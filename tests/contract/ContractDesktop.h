@@ -80,10 +80,10 @@ class ContractDesktop {
     /// Withdraws the permission to use the desktop.
     virtual void withdrawPermission() = 0;
     /// Destroys the agent's desktop object while the queue goes on; no interface may be used afterwards.
-    virtual void letGoOfDesktop() = 0;
+    virtual void destroyDesktop() = 0;
     virtual void press(CGPoint point) = 0;
     virtual void movePointer(CGPoint point) = 0;
-    virtual void letGo() = 0;
+    virtual void releaseButton() = 0;
     /// Presses and releases a key while another application has the keyboard; H and J with modifiers are enough.
     virtual void pressKey(KeyCombination combination) = 0;
     /// Another program grabs the combination; call before it is registered here.

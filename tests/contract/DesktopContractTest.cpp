@@ -104,7 +104,7 @@ TEST_P(DesktopContract, AReleasedDesktopCallsNothingBack) {
     if (count) stage().changes().notifyWhenChanged(*count - 1, [&] { ++calls; });
     const auto keys = stage().keys().addGlobalMonitor([&](const KeyPress&) { ++calls; });
     const auto pointer = stage().pointer().observePointer([&](const PointerEvent&) { ++calls; });
-    stage().letGoOfDesktop();
+    stage().destroyDesktop();
     stage().retitle("Plan", "Plan B");
     stage().runFor(Seconds(1));
     EXPECT_EQ(calls, 0);
@@ -268,7 +268,7 @@ TEST_P(DesktopContract, AHandleKeepsThePointerUntilTheRelease) {
     EXPECT_TRUE(until([&] { return told == "divider: press "; })) << told;
     for (const double x : {260.0, 700.0}) stage().movePointer({x, 420});
     EXPECT_TRUE(until([&] { return told == "divider: press move "; })) << told;
-    stage().letGo();
+    stage().releaseButton();
     EXPECT_TRUE(until([&] { return told == "divider: press move release "; })) << told;
 
     // Movements count only while the button is down, in screen space; a window over the handle takes the press.
@@ -281,7 +281,7 @@ TEST_P(DesktopContract, AHandleKeepsThePointerUntilTheRelease) {
     EXPECT_TRUE(until([&] { return pointed == "press "; })) << pointed;
     EXPECT_EQ(text({last, {}}), text({flipped(CGPoint{199, 200}, height), {}}));
     pointer = Subscription();
-    stage().letGo();
+    stage().releaseButton();
 
     // Another divider's handle at another place reports that divider only.
     stage().handles().showHandles({{"other", flipped(makeRect(450, 499, 200, 2), height), LayoutAxis::vertical}});
@@ -289,7 +289,7 @@ TEST_P(DesktopContract, AHandleKeepsThePointerUntilTheRelease) {
     for (const double x : {200.0, 500.0}) {
         stage().movePointer({x, 500});
         stage().press({x, 500});
-        stage().letGo();
+        stage().releaseButton();
     }
     EXPECT_TRUE(until([&] { return told == "other: press release "; })) << told;
     told.clear();
@@ -298,7 +298,7 @@ TEST_P(DesktopContract, AHandleKeepsThePointerUntilTheRelease) {
     stage().movePointer({500, 600});
     stage().movePointer({200, 500});
     stage().press({200, 500});
-    stage().letGo();
+    stage().releaseButton();
     stage().runFor(Seconds(0.3));
     EXPECT_EQ(pointed, "press ") << "told after the subscription was dropped";
     EXPECT_EQ(told, "");

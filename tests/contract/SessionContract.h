@@ -22,7 +22,7 @@ class SessionStage {
     /// False for events that cannot be caused or are not reported here.
     virtual bool canUndergo(SystemActivityEvent) const { return true; }
     /// Causes the event.
-    virtual void undergo(SystemActivityEvent event) = 0;
+    virtual void simulate(SystemActivityEvent event) = 0;
     virtual bool runUntil(const std::function<bool()>& condition) = 0;
     virtual void runFor(Seconds time) = 0;
 };

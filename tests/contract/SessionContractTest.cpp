@@ -32,7 +32,7 @@ TEST_P(SessionContract, ActivityEventsAreReportedInTheirOrder) {
     std::erase_if(happened, [&](Event event) { return !stage().canUndergo(event); });
     for (std::size_t i = 0; i < happened.size(); ++i) {
         isInOurCall = true;
-        stage().undergo(happened[i]);
+        stage().simulate(happened[i]);
         isInOurCall = false;
         EXPECT_TRUE(stage().runUntil([&] { return told.size() == i + 1; })) << i;
     }
@@ -44,7 +44,7 @@ TEST_P(SessionContract, ActivityEventsAreReportedInTheirOrder) {
     EXPECT_TRUE(stage().session().isLoginSessionScreenLocked());
     const std::size_t heard = toldLate.size();
     dropped = Subscription();
-    stage().undergo(Event::screenDidUnlock);
+    stage().simulate(Event::screenDidUnlock);
     EXPECT_TRUE(stage().runUntil([&] { return told.back() == Event::screenDidUnlock; }));
     EXPECT_FALSE(stage().session().isLoginSessionScreenLocked());
     EXPECT_EQ(toldLate.size(), heard);

@@ -52,10 +52,10 @@ class SimulatedStage final : public ContractDesktop {
         desktop_.makeFirstDisplay("Second");
     }
     void withdrawPermission() override { desktop_.setTrusted(false); }
-    void letGoOfDesktop() override {}
+    void destroyDesktop() override {}
     void press(CGPoint point) override { desktop_.pressAt(onDesktop({point, {}}).origin, WindowPart::nothing); }
     void movePointer(CGPoint point) override { desktop_.movePointer(onDesktop({point, {}}).origin); }
-    void letGo() override { desktop_.letGo(); }
+    void releaseButton() override { desktop_.releaseButton(); }
     void pressKey(KeyCombination combination) override {
         keyboard_.press(combination.keyCode, combination.modifierFlags);
     }
@@ -120,7 +120,7 @@ class SimulatedSession final : public SessionStage {
   public:
     SystemActivityServicing& activity() override { return desktop_; }
     SessionServicing& session() override { return desktop_; }
-    void undergo(SystemActivityEvent event) override { desktop_.undergo(event); }
+    void simulate(SystemActivityEvent event) override { desktop_.simulate(event); }
     bool runUntil(const std::function<bool()>& condition) override {
         desktop_.queue().runDue();
         return condition();

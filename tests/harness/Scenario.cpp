@@ -104,9 +104,9 @@ Scenario& Scenario::restart(const std::function<void()>& beforeTheFirstPoll) {
     return start(beforeTheFirstPoll).settle();
 }
 
-Scenario& Scenario::undergo(SystemActivityEvent event) {
+Scenario& Scenario::simulate(SystemActivityEvent event) {
     (void)isRecovering(); // from when it was still away
-    desktop.undergo(event);
+    desktop.simulate(event);
     desktop.queue().runDue();
     return *this;
 }

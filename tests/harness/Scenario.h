@@ -52,9 +52,9 @@ class Scenario {
     Scenario& restart(const std::function<void()>& beforeTheFirstPoll = {});
 
     /// The machine goes to sleep and wakes up.
-    Scenario& sleep() { return undergo(SystemActivityEvent::systemWillSleep); }
-    Scenario& wake() { return undergo(SystemActivityEvent::systemDidWake); }
-    Scenario& undergo(SystemActivityEvent event);
+    Scenario& sleep() { return simulate(SystemActivityEvent::systemWillSleep); }
+    Scenario& wake() { return simulate(SystemActivityEvent::systemDidWake); }
+    Scenario& simulate(SystemActivityEvent event);
     bool isSuspended() { return delegate().isWorkspaceSuspended(); }
 
     // What the person asks for, through the one door. Each settles afterwards.

@@ -125,7 +125,7 @@ TEST_F(Announcements, APressAsksOnlyNearATitleOrAnEdge) {
         desk.desktop.movePointer(release);
         desk.desktop.queue().runDue();
         const int asked = desk.desktop.readCount() - before;
-        desk.desktop.letGo();
+        desk.desktop.releaseButton();
         desk.advance(Seconds(0.2));
         return asked;
     };
@@ -141,7 +141,7 @@ TEST_F(Announcements, APressAsksOnlyNearATitleOrAnEdge) {
         desk.desktop.movePointer({x, 700});
         desk.advance(Seconds(0.05));
     }
-    desk.desktop.letGo();
+    desk.desktop.releaseButton();
     desk.settle().expectTiles("Mail 15,15 1254x1382 + Notes | -");
 }
 

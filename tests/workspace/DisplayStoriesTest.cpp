@@ -224,11 +224,11 @@ TEST_F(Displays, FocusModeSurvivesDisplaysThatOnlySleep) {
     desk.zoom();
     ASSERT_TRUE(desk.state().focusMode->has_value());
     const std::string picture = desk.desktop.picture();
-    desk.undergo(SystemActivityEvent::screensDidSleep);
+    desk.simulate(SystemActivityEvent::screensDidSleep);
     const auto display = takeOut(desk, "C");
     desk.advance(Seconds(60));
     desk.desktop.addDisplay(display);
-    desk.advance(Seconds(1)).undergo(SystemActivityEvent::screensDidWake).settle();
+    desk.advance(Seconds(1)).simulate(SystemActivityEvent::screensDidWake).settle();
     EXPECT_EQ(desk.desktop.picture(), picture);
     EXPECT_TRUE(desk.state().focusMode->has_value());
 }
@@ -239,8 +239,8 @@ TEST_F(Displays, FocusModeEndsWithThoseThatChangeBetweenALockAndTheWordOfIt) {
     desk.desktop.setLocked(true);
     desk.advance(Seconds(1)); // a poll has seen it
     for (const char* name : {"A", "B", "C"}) desk.desktop.resizeDisplay(name, {1920, 1080});
-    desk.undergo(SystemActivityEvent::screenDidLock).advance(Seconds(60));
-    desk.undergo(SystemActivityEvent::screenDidUnlock).advance(Seconds(12));
+    desk.simulate(SystemActivityEvent::screenDidLock).advance(Seconds(60));
+    desk.simulate(SystemActivityEvent::screenDidUnlock).advance(Seconds(12));
     EXPECT_FALSE(desk.state().focusMode->has_value());
 }
 

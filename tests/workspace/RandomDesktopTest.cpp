@@ -150,12 +150,12 @@ class RandomDay {
         using enum WorkspaceDirection;
         return anyOf({left, right, up, down});
     }
-    void undergoAnything() {
+    void simulateSystemEvent() {
         using enum SystemActivityEvent;
         const auto event = anyOf({systemWillSleep, systemDidWake, screensDidSleep, screensDidWake,
                                   sessionDidResignActive, sessionDidBecomeActive, screenDidLock, screenDidUnlock});
         story_ += " " + std::to_string(static_cast<int>(event));
-        desk_.undergo(event);
+        desk_.simulate(event);
     }
     /// As the window server does around sleep.
     void loseAnyWindow() {
@@ -316,7 +316,7 @@ class RandomDay {
         desktop.setPermissionStale(false);
         if (isMac()) desktop.setAnswerTime(Seconds(0.002));
         for (const auto event : {systemDidWake, screensDidWake, sessionDidBecomeActive, screenDidUnlock}) {
-            desk_.undergo(event);
+            desk_.simulate(event);
         }
         for (const auto* window : desktop.livingWindows()) desktop.loseWindow(window->label(), false);
         if (desktop.screens().empty()) desk_.display(2560, 1440);
@@ -428,8 +428,8 @@ class RandomDay {
         {"locks", [this] { desk_.desktop.setLocked(!desk_.desktop.isLoginSessionScreenLocked()); }},
         {"permission", [this] { desk_.desktop.setTrusted(!desk_.desktop.isProcessTrusted() || chance(3)); }},
         {"slow polls", [this] { desk_.desktop.pollingQueue().setJobDuration(Seconds(chance(3) ? 0.5 : 0.01)); }},
-        {"undergoes", [this] { undergoAnything(); }},
-        {"undergoes", [this] { undergoAnything(); }},
+        {"system event", [this] { simulateSystemEvent(); }},
+        {"system event", [this] { simulateSystemEvent(); }},
         {"loses", [this] { loseAnyWindow(); }},
         {"renumbers", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.renumber(label); }); }},
         {"inset", [this] { desk_.controller().perform(action::SetTileInset{static_cast<double>(below(12))}); }},

@@ -86,7 +86,7 @@ TEST_F(Recovery, NorDoesALockThatAPollSeesBeforeItIsTold) {
     desk.desktop.loseWindow("Mail");
     desk.wake().advance(Seconds(3));
     desk.desktop.setLocked(true);
-    desk.advance(Seconds(1)).undergo(screenDidLock).advance(Seconds(60)).undergo(screenDidUnlock).advance(Seconds(3));
+    desk.advance(Seconds(1)).simulate(screenDidLock).advance(Seconds(60)).simulate(screenDidUnlock).advance(Seconds(3));
     desk.desktop.loseWindow("Mail", false);
     desk.settle();
     desk.expectTiles(picture);
@@ -145,7 +145,7 @@ TEST_F(Recovery, SuspendedMeansThatEveryWishIsRefusedInASentence) {
     const auto divider = kova.dividers().front();
     desk.zoom();
     const std::string pictureBefore = desk.desktop.picture();
-    desk.advance(Seconds(3)).undergo(screensDidSleep);
+    desk.advance(Seconds(3)).simulate(screensDidSleep);
     EXPECT_TRUE(*desk.state().isSuspended);
     const auto tile = kova.tiles().front();
     const std::vector<std::pair<const char*, std::function<bool()>>> wishes = {
@@ -175,7 +175,7 @@ TEST_F(Recovery, SuspendedMeansThatEveryWishIsRefusedInASentence) {
     desk.advance(Seconds(60));
     EXPECT_EQ(desk.desktop.picture(), pictureBefore);
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0);
-    desk.undergo(screensDidWake).settle();
+    desk.simulate(screensDidWake).settle();
     EXPECT_FALSE(*desk.state().isSuspended);
     EXPECT_TRUE(kova.perform(action::Undo{}));
 }

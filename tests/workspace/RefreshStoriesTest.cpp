@@ -186,12 +186,12 @@ TEST(RefreshStories, ArrangingOnLaunchWaitsForALockThatIsHeardOfLate) {
     desk.desktop.setTrusted(false);
     desk.start();
     desk.desktop.setTrusted(true);
-    desk.advance(Seconds(0.75)).undergo(SystemActivityEvent::screenDidLock).advance(Seconds(60));
+    desk.advance(Seconds(0.75)).simulate(SystemActivityEvent::screenDidLock).advance(Seconds(60));
     EXPECT_TRUE(desk.state().assignedWindowIDs->empty());
-    desk.undergo(SystemActivityEvent::screenDidUnlock).settle();
+    desk.simulate(SystemActivityEvent::screenDidUnlock).settle();
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
     const std::string arranged = desk.tiles();
-    desk.opens("Codex").undergo(SystemActivityEvent::screenDidLock).undergo(SystemActivityEvent::screenDidUnlock);
+    desk.opens("Codex").simulate(SystemActivityEvent::screenDidLock).simulate(SystemActivityEvent::screenDidUnlock);
     desk.settle();
     EXPECT_EQ(desk.tiles(), arranged) << "once is enough";
 }

@@ -28,7 +28,7 @@ struct Leaving {
 };
 
 TEST(StackStories, TheNextWindowComesForwardHoweverTheFrontOneLeaves) {
-    using LettingGo = action::DropMode;
+    using action::DropMode;
     const Leaving ways[] = {
         {"closed", [](Scenario& desk) { desk.desktop.close("Codex"); },
          "- | Mail 866,15 829x1382 | Viewer 1717,15 828x1382", "- | - + Mail | Viewer 1717,15 828x1382"},
@@ -39,13 +39,13 @@ TEST(StackStories, TheNextWindowComesForwardHoweverTheFrontOneLeaves) {
          "- | - + Mail | Codex 1717,15 828x1382 + Viewer"},
         {"dropped",
          [](Scenario& desk) {
-             userDrops(desk, "Codex", {300, 300}, LettingGo::intoTile);
+             userDrops(desk, "Codex", {300, 300}, DropMode::intoTile);
          },
          "Codex 15,15 829x1382 | Mail 866,15 829x1382 | Viewer 1717,15 828x1382",
          "Codex 15,15 829x1382 | - + Mail | Viewer 1717,15 828x1382"},
         {"floated",
          [](Scenario& desk) {
-             userDrops(desk, "Codex", {300, 300}, LettingGo::floating);
+             userDrops(desk, "Codex", {300, 300}, DropMode::floating);
          },
          "- | Mail 866,15 829x1382 | Viewer 1717,15 828x1382", "- | - + Mail | Viewer 1717,15 828x1382"},
     };

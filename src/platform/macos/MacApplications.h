@@ -37,7 +37,7 @@ class MacApplications final : public ApplicationServicing {
     void hide(pid_t processIdentifier) override;
     void unhide(pid_t processIdentifier) override;
     void activate(pid_t processIdentifier) override;
-    void settleHiddenWindows(LeftWindows leftWindows) override;
+    void resolveLeftoverHiddenWindows(LeftoverWindows leftoverWindows) override;
     std::vector<LaunchableApplication> launchableApplications() const override;
     std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) const override;
     void launch(const LaunchableApplication& application, LaunchActivation activation,

@@ -71,7 +71,7 @@ void MacApplications::keepHidden() const {
     }
 }
 
-void MacApplications::settleHiddenWindows(LeftWindows leftWindows) {
+void MacApplications::resolveLeftoverHiddenWindows(LeftoverWindows leftoverWindows) {
     @autoreleasepool {
         for (id each in [NSUserDefaults.standardUserDefaults arrayForKey:hiddenKey()]) {
             if (![each isKindOfClass:NSString.class]) continue;
@@ -80,7 +80,7 @@ void MacApplications::settleHiddenWindows(LeftWindows leftWindows) {
             if (!start || text(each) != std::to_string(process) + " " + *start) continue;
             NSRunningApplication* application = find(process);
             if (!application.hidden) continue; // shown by its user since
-            if (leftWindows == LeftWindows::stayHidden) {
+            if (leftoverWindows == LeftoverWindows::stayHidden) {
                 hidden_.insert(process);
             } else {
                 [application unhide];

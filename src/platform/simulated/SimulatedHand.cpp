@@ -95,7 +95,7 @@ void SimulatedDesktop::movePointer(CGPoint point) {
     tell(PointerEvent::Kind::moved, point);
 }
 
-void SimulatedDesktop::letGo(ShiftKey shift) {
+void SimulatedDesktop::releaseButton(ShiftKey shift) {
     const auto hold = std::exchange(hold_, std::nullopt);
     if (!hold) return;
     const CGPoint point = pointerOnDesktop_.value_or(hold->start);

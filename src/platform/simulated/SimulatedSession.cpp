@@ -10,7 +10,7 @@ void SimulatedDesktop::setLocked(bool locked) {
     changed();
 }
 
-void SimulatedDesktop::undergo(SystemActivityEvent event) {
+void SimulatedDesktop::simulate(SystemActivityEvent event) {
     if (event == SystemActivityEvent::screenDidLock) setLocked(true);
     if (event == SystemActivityEvent::screenDidUnlock) setLocked(false);
     queue_.post(lifetime_.guard([this, event] { systemActivityObservers_.notify(event); }));

@@ -55,7 +55,7 @@ X11Desktop::open(const Options& options, MainQueue& queue, ApplicationCatalogue&
 }
 
 X11Desktop::X11Desktop(std::unique_ptr<Parts> parts, const Options& options) : parts_(std::move(parts)) {
-    parts_->takeOverLeftWindows(options.waitsToSettleHiddenWindows);
+    parts_->takeOverLeftWindows(options.keepsLeftoverWindowsHidden);
     // Handles events that arrived while the desktop was read.
     parts_->send();
 }

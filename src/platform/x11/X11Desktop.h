@@ -37,9 +37,10 @@ class X11Desktop final : public AccessibilityServicing,
         std::string hiddenWindowsFile;           // its folder exists; empty: hidden windows are kept in memory only
         ApplicationLauncher* launcher = nullptr; // outlives the desktop; null: nothing can be launched
         Seconds returnTimeoutAtEnd{0.5};         // how long the destructor waits for windows to return
-        bool waitsToSettleHiddenWindows = false; // windows hidden by a killed agent stay so until `settleHiddenWindows`
-        bool asksForProcesses = true;            // queries the server; else only the windows' own property is known
-        bool claimsServer = false;               // opening fails if another agent has claimed the server
+        bool keepsLeftoverWindowsHidden =
+            false;                    // windows hidden by a killed agent stay so until `resolveLeftoverHiddenWindows`
+        bool asksForProcesses = true; // queries the server; else only the windows' own property is known
+        bool claimsServer = false;    // opening fails if another agent has claimed the server
     };
     /// Why the desktop could not be opened.
     struct Failure {
@@ -100,7 +101,7 @@ class X11Desktop final : public AccessibilityServicing,
     void unhide(pid_t processIdentifier) override;
     std::optional<std::string> processStartIdentity(pid_t processIdentifier) const override;
     bool hasLaunchedProcessSucceeded(pid_t processIdentifier) const override;
-    void settleHiddenWindows(LeftWindows leftWindows) override;
+    void resolveLeftoverHiddenWindows(LeftoverWindows leftoverWindows) override;
     void activate(pid_t processIdentifier) override;
     std::vector<LaunchableApplication> launchableApplications() const override;
     std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) const override;

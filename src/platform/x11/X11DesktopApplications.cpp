@@ -76,8 +76,8 @@ std::optional<std::string> X11Desktop::processStartIdentity(pid_t processIdentif
     return x11::startOf(processIdentifier);
 }
 
-void X11Desktop::settleHiddenWindows(LeftWindows leftWindows) {
-    if (leftWindows == LeftWindows::stayHidden) return;
+void X11Desktop::resolveLeftoverHiddenWindows(LeftoverWindows leftoverWindows) {
+    if (leftoverWindows == LeftoverWindows::stayHidden) return;
     {
         const MutexLock lock(parts_->mutex);
         parts_->hider.bringAllBack();

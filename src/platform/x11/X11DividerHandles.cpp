@@ -85,7 +85,7 @@ void DividerHandleWindows::show(const std::vector<HandlePlace>& places) {
     }
     for (const Shown& shown : spare) {
         if (isHeld(shown)) {
-            letGoByEscape();
+            cancelByEscape();
             held_.reset();
         }
         xcb_destroy_window(connection_.get(), shown.window);
@@ -282,7 +282,7 @@ void DividerHandleWindows::released(const xcb_button_release_event_t& event) {
     mustGrabKeyboard_ = false;
 }
 
-void DividerHandleWindows::letGoByEscape() {
+void DividerHandleWindows::cancelByEscape() {
     if (!std::exchange(held_->isUsedUp, true))
         news_.push_back({DividerHandleEvent::Kind::cancelled, held_->id, held_->x, held_->y});
 }
@@ -291,7 +291,7 @@ bool DividerHandleWindows::act() {
     if (std::exchange(mustGrabKeyboard_, false) && held_) grabKeyboard();
     if (escapeKeys_) {
         for (const xcb_keycode_t key : std::exchange(keysPressed_, {})) {
-            if (held_ && std::ranges::find(*escapeKeys_, key) != escapeKeys_->end()) letGoByEscape();
+            if (held_ && std::ranges::find(*escapeKeys_, key) != escapeKeys_->end()) cancelByEscape();
         }
     }
     if (!held_ || held_->isUsedUp) ungrabKeyboard();

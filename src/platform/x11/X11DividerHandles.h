@@ -90,7 +90,7 @@ class DividerHandleWindows {
     void crossed(const xcb_enter_notify_event_t& event, DividerHandleEvent::Kind kind);
     void moved(int x, int y);
     void released(const xcb_button_release_event_t& event);
-    void letGoByEscape();
+    void cancelByEscape();
     void grabKeyboard();
     void ungrabKeyboard();
     void restack();

@@ -152,7 +152,7 @@ class MacStage final : public ContractDesktop {
     }
     void plugInPrimaryDisplay() override {}
     void withdrawPermission() override {}
-    void letGoOfDesktop() override {
+    void destroyDesktop() override {
         changes_.reset();
         applications_.reset();
         keys_.reset();
@@ -162,7 +162,7 @@ class MacStage final : public ContractDesktop {
     void movePointer(CGPoint point) override {
         mouse(isPressed_ ? kCGEventLeftMouseDragged : kCGEventMouseMoved, point);
     }
-    void letGo() override { mouse(kCGEventLeftMouseUp, hand_); }
+    void releaseButton() override { mouse(kCGEventLeftMouseUp, hand_); }
     void pressKey(KeyCombination combination) override {
         for (const bool isDown : {true, false}) {
             const auto event =
@@ -260,7 +260,7 @@ class MacSessionStage final : public SessionStage {
   public:
     SystemActivityServicing& activity() override { return activity_; }
     SessionServicing& session() override { return session_; }
-    void undergo(SystemActivityEvent event) override {
+    void simulate(SystemActivityEvent event) override {
         NSArray<NSNotificationName>* names = @[
             NSWorkspaceWillSleepNotification, NSWorkspaceDidWakeNotification, NSWorkspaceScreensDidSleepNotification,
             NSWorkspaceScreensDidWakeNotification, NSWorkspaceSessionDidResignActiveNotification,

@@ -25,7 +25,7 @@ class LinuxSessionStage final : public SessionStage {
     bool canUndergo(SystemActivityEvent event) const override {
         return event != SystemActivityEvent::screensDidSleep && event != SystemActivityEvent::screensDidWake;
     }
-    void undergo(SystemActivityEvent event) override {
+    void simulate(SystemActivityEvent event) override {
         using enum SystemActivityEvent;
         switch (event) {
         case systemWillSleep:

@@ -147,10 +147,10 @@ class X11Stage final : public ContractDesktop {
         isEnding_ = true;
         server_.end();
     }
-    void letGoOfDesktop() override { desktop_.reset(); }
+    void destroyDesktop() override { desktop_.reset(); }
     void press(CGPoint point) override { hand({"mousemove", pixels(point.x), pixels(point.y), "mousedown", "1"}); }
     void movePointer(CGPoint point) override { hand({"mousemove", pixels(point.x), pixels(point.y)}); }
-    void letGo() override { hand({"mouseup", "1"}); }
+    void releaseButton() override { hand({"mouseup", "1"}); }
     void pressKey(KeyCombination combination) override {
         std::string chord;
         const auto with = [&](std::uint64_t flag, const char* name) {

@@ -1,0 +1,73 @@
+// What a scenario chooses of the simulated desktop: traits of displays, applications and installed programs, and the
+// styles of the whole desktop.
+#pragma once
+
+#include "platform/simulated/SimulatedWindow.h"
+#include "windowing/ApplicationServicing.h"
+
+#include <optional>
+#include <string>
+
+namespace kova {
+
+struct SimulatedDisplay {
+    std::string name;
+    CGSize size{2560, 1440};           // points
+    std::optional<CGPoint> origin{};   // desktop space; absent: to the right of the others, tops aligned
+    CGRect panels{};                   // thickness at the edges: origin left and top, size right and bottom
+    std::optional<std::string> uuid{}; // absent: made from the name
+    bool canTellUUID = true;
+};
+
+struct ApplicationTraits {
+    ApplicationActivationPolicy activationPolicy = ApplicationActivationPolicy::regular;
+    std::optional<std::string> bundleIdentifier{}; // absent: "sim." and the name in lower case
+    bool hasName = true;
+    ApplicationIcon icon{.name = "application", .image = nullptr};
+    std::string bundlePath{};
+    bool isPartOfDesktop = false;
+    bool isVerified = true; // nothing contradicts that its windows belong to its process
+    bool hasBundleIdentifier = true;
+    bool listsWindowsTwice = false;
+    bool lingersWhenHidden = false; // its windows stay on the screen all the same
+};
+
+/// An application that can be launched, and what happens when it is.
+struct InstallationTraits {
+    std::optional<std::string> bundleIdentifier{}; // absent: "sim." and the name in lower case
+    bool hasBundleIdentifier = true;
+    std::optional<std::string> fails{}; // launching it gives this error
+    Seconds startsAfter{0.5};           // until its process runs and the launch is known to have worked
+    Seconds opensAfter{0.5};            // until its first window, from there; more: one every half a second
+    int windowCount = 1;
+    bool opensWhenRunning = false; // one more window when it is launched again
+    /// Its program ends with status 0 at once, and another process runs `opensAfter` later, with windows another
+    /// `opensAfter` later.
+    bool forks = false;
+    WindowTraits window{};
+    ApplicationTraits traits{};
+};
+
+/// How an application responds to a request to quit.
+enum class QuittingHabit { quits, refuses };
+
+/// What hiding an application does to its windows.
+enum class HidingStyle {
+    hidesApplication, // they leave the screen and stay as they are
+    iconifiesWindows, // each is minimised, and exactly these come back
+};
+
+/// How a desktop lists the windows of Spaces (virtual desktops) that are not shown.
+enum class SpaceStyle {
+    listsAll,   // every window is listed and its Space is told; a full-screen window stays on its Space
+    listsShown, // applications list windows of the shown Space, and minimised ones; full screen is a Space of its own
+};
+
+/// Which system the desktop resembles: X11, which responds from its own model, or a Mac, where applications respond.
+enum class DesktopStyle { knowsItsWindows, mac };
+
+/// The part of a window by which the pointer drags it.
+enum class WindowPart { nothing, titleBar, leftEdge, rightEdge, topEdge, bottomEdge };
+enum class ShiftKey { up, down };
+
+} // namespace kova
