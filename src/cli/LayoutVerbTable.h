@@ -57,7 +57,7 @@ inline constexpr auto kLayoutVerbs = std::to_array<Verb>({
     {"layout fit",
      "layout.fit",
      "say which layouts have room for the open windows",
-     "For each display, or for one: the layouts in which every window there gets the size that it needs at least, and by "
+     "For each display, or for one: the layouts in which every window has at least its minimum size, and by "
      "how much the others are too small.",
      "kova layout fit\nkova layout fit --display 1",
      {kDisplay.meaningThat("number, name or id of a display (default: all)")},
@@ -123,7 +123,7 @@ inline constexpr auto kLayoutVerbs = std::to_array<Verb>({
      "layout.prefer",
      "offer a tile to an application before others",
      "From the next arrangement on, a tile of this slot goes to the application if it has a window, whatever its role "
-     "and whatever was learnt; only rules come before. It holds in every layout that has the slot.",
+     "and whatever was learned; only rules come before. It holds in every layout that has the slot.",
      "kova layout prefer focus-main Mail\nkova layout prefer 2 --clear",
      {kTile.meaningThat("a slot of any layout, or number or name of a tile in force"),
       kApplication.optional(),
@@ -226,7 +226,7 @@ inline constexpr auto kLayoutVerbs = std::to_array<Verb>({
      "explain",
      "say why windows are where they are",
      "Without a window: a line for each decision of the last arrangement, with what is so now where a decision no "
-     "longer holds, and which rules and preferred applications the next one will heed. With one, named by its id, its "
+     "longer holds, and which rules and preferred applications apply to the next one. With one, named by its id, its "
      "application or its title, or a part of them: where it is, why, and what would be decided now.",
      "kova explain\nkova explain Mail",
      {kWindow.optional()},

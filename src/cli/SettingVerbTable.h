@@ -163,7 +163,7 @@ inline constexpr auto kSettingVerbs = std::to_array<Verb>({
     {"login status",
      "login.status",
      "say whether KOVA starts with the session",
-     "And what it is that starts it, or keeps it from starting.",
+     "Also shows which entry or unit starts the agent, or why it does not start.",
      "kova login status",
      {},
      printStartAtLogin},
@@ -263,7 +263,7 @@ inline constexpr auto kSettingVerbs = std::to_array<Verb>({
     {"palette",
      "ui.palette",
      "open the palette",
-     "A window of kova-ui with one field over applications, open windows, scenes, layouts and all commands. TILE is "
+     "A window of kova-ui with one field over applications, open windows, scenes, layouts and common commands. TILE is "
      "where it acts; without it the tile of the focused window.",
      "kova palette\nkova shortcut set openPalette ctrl+alt+space",
      {kTile.asOption("--tile").meaningThat("id, number or name of a tile (default: that of the focused window)"),
@@ -306,7 +306,7 @@ inline constexpr auto kSettingVerbs = std::to_array<Verb>({
     {"pause",
      "pause",
      "leave all windows alone",
-     "Until “resume”: no window is moved, no rule acts, and of the shortcuts only the one that resumes is heard. "
+     "Until “resume”: no window is moved, no rule is applied, and only the shortcut that resumes works. "
      "Actions are refused meanwhile. Windows stay where they are.",
      "kova pause",
      {},
@@ -352,7 +352,7 @@ inline constexpr auto kSettingVerbs = std::to_array<Verb>({
        .key = "level",
        .flag = "--level",
        .value = "LEVEL",
-       .meaning = "detail, note, warning or error, and what is graver",
+       .meaning = "detail, note, warning or error: that level and above",
        .words = "detail note warning error",
        .isRequired = false,
        .use = Parameter::Use::own}},

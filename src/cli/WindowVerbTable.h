@@ -20,7 +20,7 @@ inline constexpr auto kWindowVerbs = std::to_array<Verb>({
      "arrange",
      "put every window into a tile",
      "Distributes the windows of all displays over the tiles of their layouts: each to the tile that suits it best, "
-     "by what was learnt, by the role of its application and by where it is. Windows for which no tile is left are "
+     "by what was learned, by the role of its application and by where it is. Windows for which no tile is left are "
      "minimized; none is ever closed. One undo step.",
      "kova arrange\nkova arrange --dry-run",
      {kDryRun},
@@ -36,8 +36,7 @@ inline constexpr auto kWindowVerbs = std::to_array<Verb>({
     {"focus",
      "focus",
      "focus the window of the neighboring tile",
-     "Looks from the focused window in one direction for the nearest tile that holds a window, the one straight ahead "
-     "first.",
+     "Focuses the window in the nearest occupied tile in that direction; tiles straight ahead come first.",
      "kova focus right",
      {kDirection, kWindowOption, kDisplay},
      printMessage},
@@ -51,12 +50,12 @@ inline constexpr auto kWindowVerbs = std::to_array<Verb>({
     {"stack",
      "stack",
      "bring another window of a tile to the front",
-     "Goes round the windows that wait behind the focused one, or in the tile that is named. One undo step.",
+     "Cycles through the stack of the focused window's tile, or of TILE. One undo step.",
      "kova stack\nkova stack previous --tile 1",
      {{.kind = Parameter::Kind::choice,
        .key = "step",
        .value = "STEP",
-       .meaning = "next (which is meant without it) or previous",
+       .meaning = "next (default) or previous",
        .words = "next previous",
        .isRequired = false},
       kTile.asOption("--tile").meaningThat("id, number or name of a tile, in place of the focused window's"),
@@ -101,15 +100,15 @@ inline constexpr auto kWindowVerbs = std::to_array<Verb>({
     {"focus display",
      "focus.display",
      "focus a window on another display",
-     "The one there that had the keyboard last, else the first in its tiles.",
+     "Focuses the window that was focused last on that display, else the first in its tiles.",
      "kova focus display 1\nkova focus display 1 --dry-run",
      {kOtherDisplay, kDryRun},
      printWindowPlan},
     {"move display",
      "move.display",
      "move a window to another display",
-     "Into a free tile, the one of the same name first; without a free one, into the tile of the same name, whose "
-     "window then waits behind it. One undo step.",
+     "Moves the window into a free tile of the display, preferably of the same name. If no tile is free, it goes into "
+     "the tile of the same name, whose window is then stacked behind it. One undo step.",
      "kova move display 1\nkova move display 1 --window mail",
      {kOtherDisplay, kWindowOption, kDisplay, kDryRun},
      printWindowPlan},
@@ -124,8 +123,8 @@ inline constexpr auto kWindowVerbs = std::to_array<Verb>({
     {"tile",
      "tile",
      "put a window that is in no tile into one",
-     "Into the nearest free tile of its display; without a free one, into the tile that it lies over, whose window "
-     "then waits behind it. One undo step.",
+     "Moves the window into the nearest free tile of its display. If no tile is free, it goes into the tile that it "
+     "lies over, whose window is then stacked behind it. One undo step.",
      "kova tile\nkova tile --window mail",
      {kWindowOption, kDisplay, kDryRun},
      printWindowPlan},

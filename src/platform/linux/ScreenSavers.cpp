@@ -37,11 +37,11 @@ ScreenSavers::ScreenSavers(std::string busAddress, EventLoop& loop, Listener lis
 }
 
 std::string ScreenSavers::description() const {
-    if (!bus_.isConnected()) return "There is no session bus (" + bus_.problem() + "): screen savers go unnoticed.";
-    if (present_.empty()) return "No screen saver is on the session bus; one that is not there goes unnoticed.";
+    if (!bus_.isConnected()) return "There is no session bus (" + bus_.problem() + "): screen savers cannot be observed.";
+    if (present_.empty()) return "No screen saver is running on the session bus.";
     std::string names;
     for (const std::string& name : present_) names += (names.empty() ? "" : ", ") + name;
-    return names + " tells when it hides the screen.";
+    return names + " reports when it hides the screen.";
 }
 
 std::vector<BusSignal> ScreenSavers::signals() {

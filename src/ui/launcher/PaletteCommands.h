@@ -1,5 +1,5 @@
-// The commands of the palette: every verb of the command line that needs nothing but a window, a tile or a display that
-// is already known.
+// The commands of the palette: methods of the agent whose parameters are fixed, or a window, tile or display that is
+// known already.
 #pragma once
 
 #include "ui/launcher/Entries.h"
