@@ -31,6 +31,24 @@ TEST_F(Keeping, FocusesTheFormerWindowAgainWhenARestoredOneTakesTheFocus) {
     EXPECT_EQ(keeper.kept(Seconds(2.2)), std::nullopt);
 }
 
+TEST_F(Keeping, CountsTheFormerWindowAsFocusedUntilItIs) {
+    keeper.noteReturning(kMail, kEditor, Seconds(1));
+    EXPECT_EQ(keeper.focused(kMail, Seconds(1.1)), kMail) << "which was not asked to give it back";
+    ASSERT_EQ(after(kMail, 1.2), kEditor);
+    keeper.noteGivenBack(kEditor, kMail, Seconds(1.2));
+    keeper.noteGiven(kEditor, Seconds(1.2)); // the request is sent
+    EXPECT_EQ(keeper.focused(kMail, Seconds(1.3)), kEditor);
+    EXPECT_EQ(keeper.focused(kNoWindow, Seconds(1.3)), kEditor);
+    EXPECT_EQ(keeper.focused(kPlayer, Seconds(1.3)), kPlayer) << "chosen by the user meanwhile";
+    EXPECT_EQ(keeper.focused(kMail, Seconds(2.3)), kMail) << "the request had no effect";
+    keeper.noteGivenBack(kEditor, kMail, Seconds(3));
+    EXPECT_EQ(keeper.focused(kEditor, Seconds(3.1)), kEditor);
+    EXPECT_EQ(keeper.focused(kMail, Seconds(3.2)), kMail) << "focused once more, by the user";
+    keeper.noteGivenBack(kEditor, kMail, Seconds(4));
+    keeper.noteGiven(kPlayer, Seconds(4.1)); // another action of KOVA
+    EXPECT_EQ(keeper.focused(kMail, Seconds(4.2)), kMail);
+}
+
 TEST_F(Keeping, EndsWithAnotherFocusedWindowAndAProgramThatInsists) {
     keeper.noteReturning(kMail, kEditor, Seconds(1));
     EXPECT_EQ(after(kPlayer, 1.1), kNoWindow);
@@ -41,6 +59,8 @@ TEST_F(Keeping, EndsWithAnotherFocusedWindowAndAProgramThatInsists) {
     int given = 0;
     for (double uptime = 5.1; uptime < 5.9; uptime += 0.05) given += after(kMail, uptime) == kPlayer ? 1 : 0;
     EXPECT_EQ(given, 6);
+    keeper.noteReturning(kQuestion, kMail, Seconds(5.9));
+    EXPECT_EQ(after(kQuestion, 5.95), kPlayer) << "another window is not the one that insists";
 
     keeper.noteReturning(kMail, kNoWindow, Seconds(9));
     EXPECT_EQ(after(kMail, 9.1), kNoWindow) << "no window had it before";

@@ -5,8 +5,8 @@
 #include "platform/x11/XConnection.h"
 #include "support/MainQueue.h"
 
+#include <map>
 #include <optional>
-#include <set>
 
 namespace kova::x11 {
 
@@ -19,12 +19,15 @@ class KeyboardKeeper {
     void noteReturning(xcb_window_t window, xcb_window_t active, Seconds now);
     /// KOVA itself focuses the window, which is to keep the focus.
     void noteGiven(xcb_window_t window, Seconds now);
-    /// The window to count as focused when the window manager reports `reported`. Some managers report kNoWindow for a
-    /// moment while the focus goes from one window to another; then it is the window that KOVA has just focused.
+    /// The window to count as focused when the window manager reports `reported`: the window that KOVA has just
+    /// focused, while none is reported (some managers do that while the focus goes from one window to another) or the
+    /// restored window that it takes the focus from.
     xcb_window_t focused(xcb_window_t reported, Seconds now);
     /// The window manager reports `active` as focused, a dialog of `owner` or kNoWindow. Returns the window to focus
     /// again if a window took the focus that was only to be restored.
     std::optional<xcb_window_t> toGiveBack(xcb_window_t active, xcb_window_t owner, Seconds now);
+    /// `window` is about to be focused in place of `active`, which was only to be restored.
+    void noteGivenBack(xcb_window_t window, xcb_window_t active, Seconds now);
     /// The window whose focus is kept while others are restored; absent when none are.
     std::optional<xcb_window_t> kept(Seconds now) const;
 
@@ -32,11 +35,11 @@ class KeyboardKeeper {
     bool isKeeping(Seconds now) const { return !returning_.empty() && now < until_; }
 
     xcb_window_t kept_ = kNoWindow;
-    xcb_window_t given_ = kNoWindow; // not reported as focused yet
+    xcb_window_t given_ = kNoWindow;   // not reported as focused yet
+    xcb_window_t takenBy_ = kNoWindow; // the restored window that `given_` gets the focus back from
     Seconds givenUntil_{-1};
-    std::set<xcb_window_t> returning_;
+    std::map<xcb_window_t, int> returning_; // and how often the focus was taken from it
     Seconds until_{-1};
-    int timesGivenBack_ = 0;
 };
 
 } // namespace kova::x11

@@ -68,9 +68,9 @@ RefreshOutcome ModelRefresh::run(Seconds now) {
             askNewTopLevels();
             askClients();
         }
-        ask();
-        // The root names the window manager's own window.
-        ask();
+        // The root names the window manager's own window, or that must be searched for first.
+        constexpr int kStepsToManager = 3;
+        for (int step = 0; step < kStepsToManager; ++step) ask();
         findTopLevels();
         measureFrames();
     }
@@ -81,10 +81,22 @@ void ModelRefresh::askRoot() {
     const Atoms& atoms = connection_.atoms();
     const xcb_window_t root = connection_.root();
     if (std::exchange(model_.staleManager, false)) {
-        questions_.add(connection_.askProperty(root, atoms[Atom::netSupportingWmCheck], 1), [this](const void* reply) {
-            mutex_.assertHeld();
-            askManager(reply);
-        });
+        const auto selectionOwner = std::make_shared<xcb_window_t>(kNoWindow);
+        questions_.add(xcb_get_selection_owner(connection_.get(), atoms[Atom::windowManagerSelection]),
+                       [selectionOwner](const void* reply) {
+                           const auto* answer = as<xcb_get_selection_owner_reply_t>(reply);
+                           if (answer) *selectionOwner = answer->owner;
+                       });
+        questions_.add(connection_.askProperty(root, atoms[Atom::netSupportingWmCheck], 1),
+                       [this, selectionOwner](const void* reply) {
+                           mutex_.assertHeld();
+                           const xcb_window_t checkWindow = windowIn(reply);
+                           if (checkWindow != kNoWindow || *selectionOwner == kNoWindow) {
+                               askManager(checkWindow);
+                           } else {
+                               findManager(*selectionOwner);
+                           }
+                       });
     }
     if (std::exchange(model_.staleClientList, false) && model_.windowManager().isPresent) {
         questions_.add(connection_.askProperty(root, atoms[Atom::netClientList], kMostWindows),
@@ -118,11 +130,29 @@ void ModelRefresh::askRoot() {
     }
 }
 
+/// Metacity deletes the root's property when it ends, although its replacement has written it already. The replacement
+/// is then known by its own window, which names itself and is of the program that owns the window manager's selection.
+void ModelRefresh::findManager(xcb_window_t selectionOwner) {
+    const std::uint32_t client = ~xcb_get_setup(connection_.get())->resource_id_mask;
+    const auto found = std::make_shared<xcb_window_t>(kNoWindow);
+    for (const xcb_window_t window : model_.stacking()) {
+        if ((window & client) != (selectionOwner & client)) continue;
+        questions_.add(connection_.askProperty(window, connection_.atoms()[Atom::netSupportingWmCheck], 1),
+                       [window, found](const void* reply) {
+                           if (windowIn(reply) == window) *found = window;
+                       });
+    }
+    questions_.add(xcb_get_selection_owner(connection_.get(), connection_.atoms()[Atom::windowManagerSelection]),
+                   [this, found](const void*) {
+                       mutex_.assertHeld();
+                       askManager(*found);
+                   });
+}
+
 /// A window manager that has ended leaves its properties on the root. One is present only if its own window names
 /// itself as well.
-void ModelRefresh::askManager(const void* checkReply) {
+void ModelRefresh::askManager(xcb_window_t checkWindow) {
     const Atoms& atoms = connection_.atoms();
-    const xcb_window_t checkWindow = windowIn(checkReply);
     const auto manager = std::make_shared<WindowManager>();
     manager->checkWindow = checkWindow;
     questions_.add(xcb_get_window_attributes(connection_.get(), connection_.root()), [manager](const void* reply) {

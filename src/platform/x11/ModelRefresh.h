@@ -33,7 +33,8 @@ class ModelRefresh {
 
   private:
     void askRoot() KOVA_REQUIRES(mutex_);
-    void askManager(const void* checkReply) KOVA_REQUIRES(mutex_);
+    void findManager(xcb_window_t selectionOwner) KOVA_REQUIRES(mutex_);
+    void askManager(xcb_window_t checkWindow) KOVA_REQUIRES(mutex_);
     void askNewTopLevels() KOVA_REQUIRES(mutex_);
     void askClients() KOVA_REQUIRES(mutex_);
     void askProcess(xcb_window_t window) KOVA_REQUIRES(mutex_);

@@ -24,13 +24,16 @@ void WindowHider::minimize(ClientWindow& client) {
         }
     }
     takeAway(client);
-    for (ClientWindow* dialog : dialogsToTakeAlong(client)) takeAway(*dialog);
+    for (ClientWindow* dialog : dialogsOf(client)) {
+        if (!leavesToManager(*dialog)) takeAway(*dialog);
+    }
 }
 
 void WindowHider::restore(ClientWindow& client) {
     if (!isApplicationHidden(client.processIdentifier)) {
         bringBack(client);
-        for (ClientWindow* dialog : dialogsToTakeAlong(client)) bringBack(*dialog);
+        if (model_.windowManager().isPresent) return; // it brings dialogs back by itself
+        for (ClientWindow* dialog : dialogsOf(client)) bringBack(*dialog);
         return;
     }
     if (record_.holds(client.window) || !model_.isMinimized(client)) return;
@@ -152,14 +155,18 @@ HiddenWindow WindowHider::recordOf(const ClientWindow& client, TakenAway how) co
     return record;
 }
 
-/// Window managers take dialogs along by themselves.
-std::vector<ClientWindow*> WindowHider::dialogsToTakeAlong(const ClientWindow& client) {
+std::vector<ClientWindow*> WindowHider::dialogsOf(const ClientWindow& client) {
     std::vector<ClientWindow*> dialogs;
-    if (model_.windowManager().isPresent) return dialogs;
     for (const xcb_window_t window : model_.dialogsOf(client)) {
         if (ClientWindow* dialog = model_.client(window)) dialogs.push_back(dialog);
     }
     return dialogs;
+}
+
+/// Window managers minimize dialogs together with their window. Only KWin leaves the modal ones on the screen.
+bool WindowHider::leavesToManager(const ClientWindow& dialog) const {
+    const WindowManager& manager = model_.windowManager();
+    return manager.isPresent && !(manager.name == "KWin" && dialog.isModal);
 }
 
 void WindowHider::takeAway(ClientWindow& client) {

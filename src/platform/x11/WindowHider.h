@@ -57,7 +57,8 @@ class WindowHider {
 
   private:
     HiddenWindow recordOf(const ClientWindow& client, TakenAway how) const;
-    std::vector<ClientWindow*> dialogsToTakeAlong(const ClientWindow& client);
+    std::vector<ClientWindow*> dialogsOf(const ClientWindow& client);
+    bool leavesToManager(const ClientWindow& dialog) const;
     void takeAway(ClientWindow& client);
     void bringBack(ClientWindow& client);
     void bringBack(xcb_window_t window);

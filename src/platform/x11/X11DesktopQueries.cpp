@@ -33,32 +33,36 @@ void X11Desktop::Parts::askActiveWindow() {
 }
 
 /// Ignored without a window manager: the property is a former one's.
-void X11Desktop::Parts::takeActiveWindow(xcb_window_t window) {
+void X11Desktop::Parts::takeActiveWindow(xcb_window_t reported) {
     if (!model.windowManager().isPresent) return;
-    const xcb_window_t focused = keyboard.focused(window, queue.uptime());
-    const ClientWindow* given = focused != window ? model.client(focused) : nullptr;
+    giveFocusBack(reported);
+    xcb_window_t window = keyboard.focused(reported, queue.uptime());
+    const ClientWindow* given = window != reported ? model.client(window) : nullptr;
     if (given && !model.isMinimized(*given)) {
-        window = focused;
         later(kTimeToFocus, [this] {
             mutex.assertHeld();
             askActiveWindow(); // it may have been refused the focus
         });
+    } else {
+        window = reported;
     }
     if (std::exchange(model.activeWindow, window) != window) changes.note();
-    leaveKeyboard();
 }
 
-/// Focuses the former window again when a window that was only to be restored took the focus.
-void X11Desktop::Parts::leaveKeyboard() {
-    const ClientWindow* active = model.client(model.activeWindow);
-    const ClientWindow* owner = active ? model.parentOf(*active) : nullptr;
-    const auto kept = keyboard.toGiveBack(model.activeWindow, owner ? owner->window : kNoWindow, queue.uptime());
+/// Focuses the former window again when `active`, which was only to be restored, took the focus. `active` does not
+/// count as focused meanwhile: a window that was only restored was not used.
+void X11Desktop::Parts::giveFocusBack(xcb_window_t active) {
+    const ClientWindow* taker = model.client(active);
+    const ClientWindow* owner = taker ? model.parentOf(*taker) : nullptr;
+    const auto kept = keyboard.toGiveBack(active, owner ? owner->window : kNoWindow, queue.uptime());
+    if (kept && requests.activated()) return keyboard.noteGivenBack(*requests.activated(), active, queue.uptime());
     const ClientWindow* client = kept ? model.client(*kept) : nullptr;
-    if (!client || requests.activated()) return;
+    if (!client) return;
     constexpr Seconds kTimeToMinimize{1.0};
     const bool isLeaving = client->iconification.isAskedToLeaveWithin(kTimeToMinimize, queue.uptime());
     if (isLeaving || model.isMinimized(*client)) return;
     requests.activate(*client);
+    keyboard.noteGivenBack(*kept, active, queue.uptime());
     sendSoon();
 }
 

@@ -64,6 +64,7 @@ inline constexpr xcb_window_t kNoWindow = XCB_WINDOW_NONE;
     X(typeNotification, "_NET_WM_WINDOW_TYPE_NOTIFICATION")                                                            \
     X(typeCombo, "_NET_WM_WINDOW_TYPE_COMBO")                                                                          \
     X(typeDragIcon, "_NET_WM_WINDOW_TYPE_DND")                                                                         \
+    X(windowManagerSelection, "WM_S0")                                                                                 \
     X(manager, "MANAGER")                                                                                              \
     X(xsettings, "_XSETTINGS_SETTINGS")                                                                                \
     X(kovaAgent, "_KOVA_AGENT")                                                                                        \
