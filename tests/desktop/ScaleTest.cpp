@@ -46,7 +46,11 @@ TEST(Scale, FollowsTheSettingsOfTheDesktop) {
     const auto draft =
         client->open({.title = "Draft", .frame = makeRect(40, 50, 400, 300), .minimumSize = CGSize{240, 120}});
     auto& desktop = desk.openDesktop();
-    ASSERT_TRUE(desk.comesTo("Draft", makeRect(40, 60, 600, 400), *client, draft));
+    /// Until nothing requests the frame again, in points of the scale that is about to end.
+    const auto isVerified = [&] {
+        return desk.runUntil([&, id = desk.window("Draft").id] { return !desk.service().pendingFrame(id); });
+    };
+    ASSERT_TRUE(desk.comesTo("Draft", makeRect(40, 60, 600, 400), *client, draft) && isVerified());
     int told = 0;
     const auto screens = desktop.observeScreens([&] { ++told; });
     /// Whether the platform interfaces use the scale, announced once.
@@ -71,6 +75,7 @@ TEST(Scale, FollowsTheSettingsOfTheDesktop) {
         const CGRect pixels = client->outerFrame(draft);
         return makeRect(minX(pixels) / 2, minY(pixels) / 2, pixels.size.width / 2, pixels.size.height / 2);
     }));
+    EXPECT_TRUE(isVerified());
     setResource("192.4"); // rounds to the same scale
     setResource("144");
     EXPECT_TRUE(becomes(1.5, "0,0 853x533", "133,66 266x200"));
