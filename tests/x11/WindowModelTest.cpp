@@ -23,12 +23,12 @@ class Model : public ::testing::Test {
         model.setTopLevelOf(window(), kFrame);
     }
     ClientWindow& window() { return *model.client(kWindow); }
-    void configure(int x, int width, int height, std::uint32_t sequence) {
+    void configure(int x, int width, int height, std::uint32_t sequence, xcb_window_t window = kFrame) {
         xcb_generic_event_t whole{};
         auto& event = reinterpret_cast<xcb_configure_notify_event_t&>(whole);
         event.response_type = XCB_CONFIGURE_NOTIFY;
         event.event = kRoot;
-        event.window = kFrame;
+        event.window = window;
         event.x = static_cast<std::int16_t>(x);
         event.width = static_cast<std::uint16_t>(width);
         event.height = static_cast<std::uint16_t>(height);
@@ -71,6 +71,17 @@ TEST_F(Model, SentEventsRemoveNoWindow) {
     }
     tell(XCB_DESTROY_NOTIFY, false);
     EXPECT_FALSE(model.client(kWindow));
+}
+
+// All outputs off and on again: the window manager writes the work area of the larger root a moment later.
+TEST_F(Model, AWorkAreaOfAnotherSizeOfTheRootIsDropped) {
+    model.rootSize = {1920, 1080};
+    const std::vector<PixelRect> areas = {{0, 30, 1920, 1050}};
+    model.workareas = areas;
+    configure(0, 1920, 1080, 20, kRoot);
+    EXPECT_EQ(model.workareas, areas);
+    configure(0, 64, 64, 21, kRoot);
+    EXPECT_TRUE(model.workareas.empty());
 }
 
 TEST_F(Model, MinimizedFollowsTheStateThatTheManagerSupports) {

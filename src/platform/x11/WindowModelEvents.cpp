@@ -2,6 +2,7 @@
 #include "platform/x11/WindowModel.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace kova::x11 {
 
@@ -120,7 +121,9 @@ EventEffects WindowModel::applyConfigure(const xcb_configure_notify_event_t& eve
     EventEffects effects;
     if (event.window == root_) {
         // Monitors that the user defines (xrandr --setmonitor) cause no other event.
-        rootSize = {event.width, event.height};
+        const std::pair<int, int> size{event.width, event.height};
+        // The work areas are of the former size until the window manager announces others.
+        if (std::exchange(rootSize, size) != size) workareas.clear();
         effects.changed = effects.askDisplays = true;
         return effects;
     }
