@@ -39,8 +39,7 @@ std::string frame(const json& value) {
 std::string stepText(const json& step) {
     const std::string kind = step.at("kind");
     const std::string name = nameOf(step.at("window"));
-    const std::string tile = step.at("tile").is_null() ? "" : step.at("tile").get<std::string>();
-    if (kind == "place") return name + " would go to " + tile;
+    if (kind == "place") return name + " would go to " + step.at("tileName").get<std::string>();
     if (kind == "wait") return name + " would wait behind it";
     if (kind == "focus") return name + " would get the keyboard";
     return name + " would float";
@@ -129,7 +128,7 @@ std::string printVerification(const json& result, const Arguments&) {
             ++right;
             continue;
         }
-        table.add({nameOf(window.at("window")), window.at("tile"), frame(window.at("requested")),
+        table.add({nameOf(window.at("window")), window.at("tileName"), frame(window.at("requested")),
                    frame(window.at("actual")), inWords(window.at("verdict"))});
     }
     const std::string count = std::to_string(right) + (right == 1 ? " window is" : " windows are");

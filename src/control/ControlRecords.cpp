@@ -71,6 +71,16 @@ json briefWindow(const WorkspaceController& controller, const std::string& windo
     return window ? brief(*window) : json{{"id", windowID}, {"application", ""}, {"title", ""}};
 }
 
+std::string tileName(const WorkspaceController& controller, const std::string& targetID) {
+    for (const WorkspaceTile& tile : controller.tiles()) {
+        if (tile.targetID != targetID) continue;
+        for (const Screen& screen : *controller.state().screens) {
+            if (displayID(screen) == tile.displayID) return tile.slot.name + " on " + screen.localizedName;
+        }
+    }
+    return targetID;
+}
+
 json windowInBrief(const WorkspaceController& controller, const std::string& windowID) {
     json out = briefWindow(controller, windowID);
     const ManagedWindow* window = controller.actingWindow(windowID);

@@ -23,9 +23,11 @@ bool isTrue(const JsonCursor& parameters, std::string_view name) {
 json answer(const WorkspaceController& controller, bool isDryRun, const WindowPlan& plan) {
     json steps = json::array();
     for (const auto& step : plan.steps) {
-        steps.push_back({{"kind", describe(step.kind)},
-                         {"window", controlRecord::briefWindow(controller, step.windowID)},
-                         {"tile", orNull(step.targetID)}});
+        steps.push_back(
+            {{"kind", describe(step.kind)},
+             {"window", controlRecord::briefWindow(controller, step.windowID)},
+             {"tile", orNull(step.targetID)},
+             {"tileName", step.targetID ? json(controlRecord::tileName(controller, *step.targetID)) : json(nullptr)}});
     }
     return {{"dryRun", isDryRun},
             {"message", plan.message},
@@ -270,6 +272,7 @@ ControlReply verifyPlacements(WorkspaceController& controller, const JsonCursor&
         isAsRequested = isAsRequested && finding.verdict != PlacementVerdict::drifted;
         windows.push_back({{"window", controlRecord::briefWindow(controller, finding.windowID)},
                            {"tile", finding.targetID},
+                           {"tileName", controlRecord::tileName(controller, finding.targetID)},
                            {"requested", controlRecord::rect(finding.requestedFrame)},
                            {"actual", finding.actualFrame ? controlRecord::rect(*finding.actualFrame) : json(nullptr)},
                            {"verdict", describe(finding.verdict)}});

@@ -25,16 +25,6 @@ std::optional<std::string> decisionIn(const ArrangementPlan& plan, const std::st
     return std::nullopt;
 }
 
-std::string placeOf(const WorkspaceController& controller, const std::string& targetID) {
-    for (const WorkspaceTile& tile : controller.tiles()) {
-        if (tile.targetID != targetID) continue;
-        for (const Screen& screen : *controller.state().screens) {
-            if (displayID(screen) == tile.displayID) return tile.slot.name + " on " + screen.localizedName;
-        }
-    }
-    return targetID;
-}
-
 std::string whereItIs(const WorkspaceController& controller, const ManagedWindow& window) {
     const TileAssignments& assignments = controller.assignments();
     const auto& mode = *controller.state().focusMode;
@@ -48,10 +38,10 @@ std::string whereItIs(const WorkspaceController& controller, const ManagedWindow
                                      ? ""
                                      : ", and in " + std::to_string(more) + (more == 1 ? " more tile" : " more tiles") +
                                            ", because it does not fit one tile";
-        return nameOf(window) + " is in " + placeOf(controller, *front) + span + "." + filling;
+        return nameOf(window) + " is in " + controlRecord::tileName(controller, *front) + span + "." + filling;
     }
     if (const auto stacked = assignments.stackTargetOf(window.id)) {
-        return nameOf(window) + " is behind another window in " + placeOf(controller, *stacked) + ".";
+        return nameOf(window) + " is behind another window in " + controlRecord::tileName(controller, *stacked) + ".";
     }
     return nameOf(window) + " is in no tile.";
 }
@@ -62,9 +52,10 @@ std::string presentPlace(const WorkspaceController& controller, const std::strin
     const auto window = std::find_if(live.begin(), live.end(), [&](const auto& each) { return each.id == windowID; });
     if (window == live.end()) return "it is closed";
     const TileAssignments& assignments = controller.assignments();
-    if (const auto front = assignments.targetOf(windowID)) return "it is in " + placeOf(controller, *front);
+    if (const auto front = assignments.targetOf(windowID))
+        return "it is in " + controlRecord::tileName(controller, *front);
     if (const auto stacked = assignments.stackTargetOf(windowID)) {
-        return "it is behind another window in " + placeOf(controller, *stacked);
+        return "it is behind another window in " + controlRecord::tileName(controller, *stacked);
     }
     if (window->isElsewhere) return "it is on another desktop, or too small to be managed";
     return window->isMinimized ? "it is minimized" : "it is in no tile";

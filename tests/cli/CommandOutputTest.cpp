@@ -19,7 +19,7 @@ In no tile:
   Mail “Inbox”, minimized
 )");
     EXPECT_EQ(run({"place", "mail", "2", "--dry-run"}).out,
-              "Mail “Inbox” would go to display-UUID-OF-A::secondary-1\nNotes would wait behind it\n");
+              "Mail “Inbox” would go to Secondary on A\nNotes would wait behind it\n");
     EXPECT_EQ(run({"place", "mail", "2"}).out, "Moved Mail to Secondary\n");
     desk.settle();
     EXPECT_EQ(run({"windows"}).out, R"(A: Dual Split (2)
@@ -34,8 +34,8 @@ In no tile:
     desk.desktop.userMoves("Mail", makeRect(1500, 100, 500, 400)); // and no poll has seen it yet
     const Result drifted = run({"verify"});
     EXPECT_EQ(drifted.code, 1);
-    EXPECT_EQ(drifted.out, R"(WINDOW        TILE                            REQUESTED          ACTUAL            STATE
-Mail “Inbox”  display-UUID-OF-A::secondary-1  1291,15 1254x1382  1500,100 500x400  drifted
+    EXPECT_EQ(drifted.out, R"(WINDOW        TILE            REQUESTED          ACTUAL            STATE
+Mail “Inbox”  Secondary on A  1291,15 1254x1382  1500,100 500x400  drifted
 1 window is where requested.
 )");
     EXPECT_EQ(run({"pause"}).code, 0);
