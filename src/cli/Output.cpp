@@ -216,6 +216,8 @@ std::string printStatus(const json& result, const Arguments&) {
     } else {
         out += "problem     " + line(result.at("problem").get<std::string>());
     }
+    const json limitation = result.value("limitation", json());
+    if (!limitation.is_null()) out += "session     " + line(limitation.get<std::string>());
     const bool isSuspended = result.at("isRunning").get<bool>() && result.value("isSuspended", false);
     const char* running = isSuspended ? "suspended until the screen can be seen again\n" : "running\n";
     if (result.value("isPaused", false)) running = "paused until “kova resume”\n";

@@ -1,6 +1,7 @@
 #include "control/AgentStatus.h"
 
 #include "control/ControlRecords.h"
+#include "control/Doctor.h"
 #include "persistence/PreferencesStore.h"
 #include "support/Version.h"
 #include "workspace/WorkspaceController.h"
@@ -24,6 +25,7 @@ nlohmann::json agentStatus(const ControlContext& context, const ShortcutMethods&
             {"isSuspended", *state.isSuspended},
             {"isPaused", *state.isPaused},
             {"problem", orNull(controller.absenceOfWindows())},
+            {"limitation", orNull(limitationOf(context))},
             {"displays", state.screens->size()},
             {"windows", live.size()},
             {"windowsInTiles", std::count_if(live.begin(), live.end(), isInTile)},

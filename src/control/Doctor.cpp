@@ -91,6 +91,13 @@ std::optional<DiagnosticLine> shortcutsLine(const ControlContext& context, const
 
 } // namespace
 
+std::optional<std::string> limitationOf(const ControlContext& context) {
+    for (const DiagnosticsServicing* part : context.diagnostics) {
+        if (auto limitation = part->limitation()) return limitation;
+    }
+    return std::nullopt;
+}
+
 nlohmann::json examine(const ControlContext& context, const ShortcutMethods& shortcuts) {
     std::vector<DiagnosticLine> lines;
     for (const DiagnosticsServicing* part : context.diagnostics) {

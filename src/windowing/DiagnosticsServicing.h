@@ -1,6 +1,7 @@
 // Diagnostics of a desktop: reasons why windows may not be moved.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,8 @@ class DiagnosticsServicing {
     virtual ~DiagnosticsServicing() = default;
     /// Main thread; never waits.
     virtual std::vector<DiagnosticLine> diagnose() const = 0;
+    /// Why only some of the session's windows can be managed, and what to do; absent when all can. Main thread.
+    virtual std::optional<std::string> limitation() const { return std::nullopt; }
 };
 
 } // namespace kova

@@ -204,6 +204,21 @@ TEST_F(AgentLife, WithoutXItSaysWhyNothingMoves) {
     EXPECT_EQ(session.waitForAgent()->exitCode, 0);
 }
 
+TEST_F(AgentLife, InAWaylandSessionStatusSaysThatOnlyXWindowsAreManaged) {
+    for (const auto& [variable, value] :
+         {std::pair{"WAYLAND_DISPLAY", "wayland-0"}, std::pair{"XDG_SESSION_TYPE", "wayland"}}) {
+        PrivateServer server("800x600");
+        Session session(server.folder(), server.displayName());
+        session.setVariable(variable, value);
+        session.startAgent();
+        ASSERT_TRUE(session.agentAnswers());
+        for (const char* verb : {"status", "doctor"}) {
+            const auto told = session.kova({verb}).output;
+            EXPECT_NE(told.find("This is a Wayland session: only windows of X11"), std::string::npos) << told;
+        }
+    }
+}
+
 TEST_F(AgentLife, ExplainsItself) {
     const PrivateServer elsewhere("640x480");
     const Session session(elsewhere.folder(), "");

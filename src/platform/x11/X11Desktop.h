@@ -127,6 +127,7 @@ class X11Desktop final : public AccessibilityServicing,
 
     // DiagnosticsServicing
     std::vector<DiagnosticLine> diagnose() const override;
+    std::optional<std::string> limitation() const override;
 
     // PointerMonitorServicing
     /// No events on a server without XInput 2.1.

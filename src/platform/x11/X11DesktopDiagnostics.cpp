@@ -5,6 +5,7 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <string_view>
 
 namespace kova {
 
@@ -42,6 +43,16 @@ std::optional<std::string> X11Desktop::placingManager() const {
     return manager.isPresent && isTilingManager(manager.name) ? std::optional(manager.name) : std::nullopt;
 }
 
+std::optional<std::string> X11Desktop::limitation() const {
+    const char* wayland = std::getenv("WAYLAND_DISPLAY");
+    const char* sessionType = std::getenv("XDG_SESSION_TYPE");
+    // A service of the session may have only one of them.
+    const bool isWayland = (wayland && *wayland) || (sessionType && std::string_view(sessionType) == "wayland");
+    if (!isWayland) return std::nullopt;
+    return "This is a Wayland session: only windows of X11 programs can be seen and moved. Choose a session on X11 "
+           "(\"Xorg\") in the login screen to manage all.";
+}
+
 std::vector<DiagnosticLine> X11Desktop::diagnose() const {
     std::vector<DiagnosticLine> lines;
     const std::string& display = parts_->connection->displayName();
@@ -52,13 +63,7 @@ std::vector<DiagnosticLine> X11Desktop::diagnose() const {
         return lines;
     }
     lines.push_back({"connection", DiagnosticVerdict::fine, "X display " + display});
-    const char* wayland = std::getenv("WAYLAND_DISPLAY");
-    if (wayland && *wayland) {
-        lines.push_back(
-            {"session", DiagnosticVerdict::note,
-             "This is a Wayland session: only windows of X11 programs can be seen and moved. Choose a session "
-             "on X11 (\"Xorg\") in the login screen to manage all."});
-    }
+    if (const auto limited = limitation()) lines.push_back({"session", DiagnosticVerdict::note, *limited});
     const MutexLock lock(parts_->mutex);
     if (!parts_->input.isConnected()) {
         lines.push_back(
