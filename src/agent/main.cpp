@@ -35,7 +35,7 @@ or the end of the X server; control it with "kova". Each session has at most one
 
   --foreground   write the log to the terminal, too (it stays in the foreground either way: session managers
                  and autostart want that)
-  --verbose      log in detail, including titles of windows and names of applications
+  --verbose      log in detail, including window titles and application names
   --version      print the version and exit
   --help         print this help and exit
 

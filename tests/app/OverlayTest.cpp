@@ -223,7 +223,7 @@ TEST_F(Overlay, DividersShowThePointerOnThem) {
     EXPECT_EQ(moves({300, 700}), "-");
 }
 
-TEST_F(Overlay, TheBackdropHasTheLookAndAMessageStaysOnItsDisplay) {
+TEST_F(Overlay, TheBackdropHasTheAppearanceAndAMessageStaysOnItsDisplay) {
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     desk.display(1920, 1080, "B").settle();
     show();

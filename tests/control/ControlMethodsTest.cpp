@@ -37,7 +37,7 @@ TEST_F(AgentMethods, EveryMethodIsDocumentedWithAnExampleThatWorks) {
     EXPECT_TRUE(hasQuit);
 }
 
-TEST_F(AgentMethods, KnowWindowsThatWereOpenedJustBefore) {
+TEST_F(AgentMethods, WaitForAPollSoThatNewWindowsAreKnown) {
     desk.opens("Codex");
     EXPECT_TRUE(result("place", {{"window", "Codex"}, {"tile", "1"}, {"dryRun", true}}).contains("message"));
     desk.opens("Firefox");
@@ -180,7 +180,7 @@ TEST_F(AgentMethods, RefusesUnknownNamesWithTheKnownOnes) {
     EXPECT_EQ(desk.tiles(), "- | -") << "a refused request moved something";
 }
 
-TEST_F(AgentMethods, TellsTheWindowAtAPoint) {
+TEST_F(AgentMethods, QueryWindowAtReturnsTheWindowAtAPoint) {
     desk.arrange();
     const json windows = result("query.windows")["windows"];
     int found = 0;
@@ -196,7 +196,7 @@ TEST_F(AgentMethods, TellsTheWindowAtAPoint) {
     EXPECT_TRUE(result("query.windowAt", {{"x", 1}, {"y", 1}})["window"].is_null());
 }
 
-TEST_F(AgentMethods, TellsThePermissionAndCannotAskWhereThereIsNoneToGive) {
+TEST_F(AgentMethods, ReportsThePermissionAndRefusesToAskOnDesktopsWithoutOne) {
     EXPECT_EQ(result("permission.ask")["permission"], "granted");
     desk.desktop.setTrusted(false);
     desk.settle();
@@ -250,7 +250,7 @@ TEST_F(AgentMethods, ExplainsEachWindow) {
     EXPECT_EQ(explanation().find("is offered to"), std::string::npos);
 }
 
-TEST_F(AgentMethods, ArrangingAfterTheStartIsSwitched) {
+TEST_F(AgentMethods, ArrangeAfterLaunchIsSwitchedOnAndOff) {
     EXPECT_EQ(result("arrangeAfterLaunch", {{"isOn", true}})["isOn"], true);
     desk.settle();
     EXPECT_EQ(desk.tiles(), "- | -") << "it is for the next start";
@@ -344,7 +344,7 @@ TEST_F(AgentMethods, OverlaySubscribersGetItsChangesOnceATurn) {
     EXPECT_FALSE(plain.message()["params"].contains("topic"));
 }
 
-TEST_F(AgentMethods, TheSettingsTopicTellsWhateverChangesASetting) {
+TEST_F(AgentMethods, TheSettingsTopicReportsEveryChangeOfASetting) {
     const json topic = {{"topic", "settings"}};
     auto window = client();
     const json start = call(window, "subscribe", topic)["result"];

@@ -185,7 +185,7 @@ TEST_F(Desktop, IgnoresShadowsOutsideTheVisibleEdge) {
     }
 }
 
-TEST_F(Desktop, SurvivesWindowsThatLieOrVanish) {
+TEST_F(Desktop, ToleratesWindowsWithFalsePropertiesAndWindowsThatClose) {
     for (const Manager manager : {Manager::none, Manager::openbox}) {
         DesktopUnderTest desk(manager);
         const auto honest = desk.client("Honest", 4001), liar = desk.client("Liar", 4002);

@@ -5,7 +5,7 @@
 namespace kova {
 namespace {
 
-TEST(LayoutFit, TellsByHowMuchTilesAreTooSmallOnceTheyHaveGrown) {
+TEST(LayoutFit, ReportsByHowMuchTilesAreTooSmallOnceTheyHaveGrown) {
     struct Case {
         const char* layout;
         std::vector<CGSize> windows;

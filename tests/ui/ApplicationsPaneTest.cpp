@@ -54,7 +54,7 @@ TEST_F(ApplicationsInSettings, ShowWhatWasLearnedUntilItIsForgotten) {
 
 class GoldenApplicationsInSettings : public ApplicationsInSettings {};
 
-TEST_F(GoldenApplicationsInSettings, LookAsTheyDid) {
+TEST_F(GoldenApplicationsInSettings, MatchTheGoldenPictures) {
     openPane();
     ASSERT_TRUE(until([&] { return list->topLevelItemCount() > 1; }));
     compareWithGoldens(*window, "settings-applications");

@@ -91,7 +91,7 @@ TEST(AgentLink, PausesBetweenAttemptsGrowToFiveSeconds) {
     EXPECT_EQ(pauseBeforeAttempt(1000), 5000ms);
 }
 
-TEST(OverlayMirror, TellsWhatItCannotShow) {
+TEST(OverlayMirror, ReportsContentsThatItCannotDecode) {
     const auto stateWith = [](const char* section, nlohmann::json value) {
         nlohmann::json state = sampleState();
         state[section] = std::move(value);

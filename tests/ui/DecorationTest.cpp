@@ -66,7 +66,7 @@ TEST(Decoration, KnowsWhenTheMachineRunsOnItsBattery) {
     EXPECT_TRUE(runsOnBattery(path));
 }
 
-TEST(Menu, ShowsTheAgentsEntriesAndTellsWhichWasChosen) {
+TEST(Menu, ShowsTheAgentsEntriesAndReportsTheChosenOne) {
     const auto items = decodeMenu(JsonCursor(nlohmann::json::parse(R"({"entries": [
         {"kind": "heading", "id": "", "title": "Display A", "entries": []},
         {"kind": "command", "id": "arrange", "title": "Cut & Paste", "shortcut": "Ctrl+Alt+A"},

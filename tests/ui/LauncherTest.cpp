@@ -102,7 +102,7 @@ TEST_F(Launching, ListsMostUsedFirstFiltersWhileTypingAndLaunchesIntoTheTile) {
     EXPECT_EQ(ask("app.list")["result"]["applications"][1]["launches"], 1);
 }
 
-TEST_F(Launching, ShowsWhatIsRefusedAndClosesByEscapeOrWhenItLosesTheKeyboard) {
+TEST_F(Launching, ShowsWhatIsRefusedAndClosesByEscapeOrWhenItLosesTheFocus) {
     HostedWindow* window = openAt("launcher", "focus-main");
     ASSERT_TRUE(window && lists(5));
     desk.desktop.setTrusted(false);

@@ -39,7 +39,7 @@ struct Stage {
 
 } // namespace
 
-TEST(Overlay, PointerOnAFooterDoesWhatItSays) {
+TEST(Overlay, ClicksOnAFooterCallTheMatchingMethod) {
     Stage stage;
     FooterWindow& footer = stage.footer("primary");
     QTest::mouseClick(&footer, Qt::LeftButton, {}, stage.entry("primary", 1));
@@ -113,7 +113,7 @@ TEST(Overlay, OnlyWhatChangedIsDrawn) {
     EXPECT_EQ(stage.platform.drawings(), before + 1) << "a footer that only moves keeps its picture";
 }
 
-TEST(Overlay, ShowsNoMoreThanTheAgentTells) {
+TEST(Overlay, ShowsOnlyWhatTheAgentPublishes) {
     Stage stage;
     stage.state["displays"][0]["isFocusMode"] = true;
     for (auto& tile : stage.state["tiles"]) tile["footerFrame"] = nullptr;
@@ -217,7 +217,7 @@ TEST(Footer, PartsNeverOverlapWhateverTheWidth) {
     }
 }
 
-TEST(Footer, WindowsOfOneApplicationAreToldApartByTheirTitles) {
+TEST(Footer, WindowsOfOneApplicationAreDistinguishedByTheirTitles) {
     auto contents = contentsOf(sampleState());
     TileContents& tile = contents.tiles.front();
     tile.applications[1].application.name = tile.applications[0].application.name;

@@ -163,7 +163,7 @@ TEST_F(RulesInSettings, WhatIsRefusedIsSaidAtTheControl) {
 
 class GoldenRulesInSettings : public RulesInSettings {};
 
-TEST_F(GoldenRulesInSettings, LookAsTheyDid) {
+TEST_F(GoldenRulesInSettings, MatchTheGoldenPictures) {
     addThree();
     ask("rules.on");
     ask("rule.disable", {{"rule", "3"}});

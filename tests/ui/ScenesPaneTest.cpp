@@ -150,7 +150,7 @@ TEST_F(ScenesInSettings, TravelAsAFileThatIsSummedUpFirst) {
 
 class GoldenScenesInSettings : public ScenesInSettings {};
 
-TEST_F(GoldenScenesInSettings, LookAsTheyDid) {
+TEST_F(GoldenScenesInSettings, MatchTheGoldenPictures) {
     ask("scene.capture", {{"name", "Work"}});
     ask("layout.select", {{"layout", "jarvis.quad-grid"}});
     desk.arrange();

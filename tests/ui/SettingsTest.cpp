@@ -129,7 +129,7 @@ TEST_F(Settings, PanesAreChosenByKeyboardAndTheLastOneIsShownAgain) {
 }
 
 /// The agent says which windows are open; the window says when the user has closed it.
-TEST_F(Settings, AreOpenAsTheAgentTells) {
+TEST_F(Settings, OpenAndCloseWithTheAgentsState) {
     const auto follow = [&] {
         return until([&] {
             host.follow(link.contents()->windows);
@@ -263,7 +263,7 @@ TEST_F(ShortcutSettings, ShowWhatOtherProgramsHoldAndAreFoundByNameAndKeys) {
     EXPECT_FALSE(control<QPushButton>(window, "recordShortcut")->isEnabled()) << "what is not shown is not chosen";
 }
 
-TEST_F(Settings, LayoutsOfEachDisplayAreChosenByTheirPicturesWhichTellWhatIsTooSmall) {
+TEST_F(Settings, LayoutsOfEachDisplayAreChosenByTheirPicturesWhichShowTilesThatAreTooSmall) {
     desk.opens("Sheet", {.minimumSize = {{1500, 600}}}).opens("Plan", {.minimumSize = {{1500, 600}}}).settle();
     HostedWindow* window = openAt("layouts");
     auto* layouts = control<QListWidget>(window, "layouts");

@@ -25,7 +25,7 @@ class Announcements : public ::testing::Test {
     Scenario desk;
 };
 
-TEST_F(Announcements, PollsRestOnceEachApplicationAndWindowWasAskedOnce) {
+TEST_F(Announcements, PollsAreIdleOnceEachApplicationAndWindowIsObserved) {
     EXPECT_EQ(desk.desktop.announcements().requestCount(), 4) << "two applications and two windows";
     EXPECT_LE(polls(Seconds(600)), 60);
     EXPECT_EQ(desk.desktop.announcements().requestCount(), 4);
@@ -115,7 +115,7 @@ TEST_F(Announcements, AnEnhancedUserInterfaceIsOffForOneSeriesOfFrames) {
     EXPECT_EQ(journal.find("Notes: AXEnhanced"), std::string::npos);
 }
 
-TEST_F(Announcements, APressAsksOnlyNearATitleOrAnEdge) {
+TEST_F(Announcements, APressQueriesOnlyNearATitleOrAnEdge) {
     OverlayBoard board;
     WindowDragCoordinator drags(desk.controller(), desk.desktop, board, desk.desktop.queue());
     drags.installMonitor();

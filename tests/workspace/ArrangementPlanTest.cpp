@@ -52,7 +52,7 @@ class Table {
     ArrangementInput input;
 };
 
-TEST(ArrangementPlan, RolesDecideWhoGetsThePrimaryTile) {
+TEST(ArrangementPlan, RolesDecideWhichWindowGetsThePrimaryTile) {
     Table table;
     table.display("D", "jarvis.command-center");
     for (const char* name : {"Console", "Viewer", "Mail", "Firefox", "Codex"}) table.window(name);
@@ -73,7 +73,7 @@ TEST(ArrangementPlan, EqualsGoByNameWithoutRegardToCaseThenByOrder) {
     EXPECT_EQ(twins.plan(), "second opened:focus-main first in name only:secondary-1");
 }
 
-TEST(ArrangementPlan, WhatWasLearntWinsOverThePresentTileAndThatOverTheRole) {
+TEST(ArrangementPlan, LearnedTilesPrecedeThePresentTileAndThatPrecedesTheRole) {
     Table table;
     table.display("D", "jarvis.dual-split");
     table.window("Firefox").currentTargetID = "D::secondary-1";
@@ -160,7 +160,7 @@ TEST(ArrangementPlan, WindowsStayOnTheirDisplayWhileItHasAFreeTile) {
     EXPECT_EQ(table.plan(), "Codex:focus-main@D Safari:focus-main@E Firefox:secondary-1@E Mail:surplus Viewer:surplus");
 }
 
-TEST(ArrangementPlan, WhoMustBeBroughtBackComesAfterWhoCanBeSeen) {
+TEST(ArrangementPlan, HiddenWindowsRankAfterVisibleOnes) {
     Table table;
     table.display("D", "jarvis.dual-split");
     table.window("Codex").isDeferred = true;

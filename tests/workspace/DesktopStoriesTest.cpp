@@ -24,7 +24,7 @@ TEST(DesktopStories, TwoWindowsShareADisplayAndComeBack) {
     desk.expectMessage("Last window action undone");
 }
 
-TEST(DesktopStories, AWindowOnItsWayToADisplayThatIsUnpluggedStaysInSight) {
+TEST(DesktopStories, AWindowOnItsWayToADisplayThatIsUnpluggedStaysOnScreen) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").display(1920, 1080).layout("jarvis.dual-split").start();
     desk.opens("Mail", {.frame = makeRect(2700, 100, 800, 600)});
@@ -36,7 +36,7 @@ TEST(DesktopStories, AWindowOnItsWayToADisplayThatIsUnpluggedStaysInSight) {
     EXPECT_TRUE(desk.desktop.isOnSomeDisplay(desk.desktop.window("Mail"))) << desk.desktop.picture();
 }
 
-TEST(DesktopStories, UnpluggingTheDisplayOfAZoomedWindowLosesNobody) {
+TEST(DesktopStories, UnpluggingTheDisplayInFocusModeKeepsAllWindowsReachable) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").display(1920, 1080).layout("jarvis.dual-split").start();
     desk.opens("Notes", {.frame = makeRect(2700, 300, 800, 600)})
@@ -49,7 +49,7 @@ TEST(DesktopStories, UnpluggingTheDisplayOfAZoomedWindowLosesNobody) {
     EXPECT_FALSE(*desk.state().focusMode);
 }
 
-TEST(DesktopStories, WhatTheHandBeganIsOverWhenItIsGivenUpOrAWindowIsZoomed) {
+TEST(DesktopStories, DragsEndWhenAbandonedOrWhenFocusModeBegins) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail", {.frame = kLeftHalf}).arrange();
     const std::string atRest = desk.tiles();
@@ -70,7 +70,7 @@ TEST(DesktopStories, WhatTheHandBeganIsOverWhenItIsGivenUpOrAWindowIsZoomed) {
     EXPECT_FALSE(*desk.state().focusMode) << "its window is gone";
 }
 
-TEST(DesktopStories, UndoAfterTheDisplaysChangedPlacesLosesNobody) {
+TEST(DesktopStories, UndoAfterDisplaysWereRearrangedKeepsAllWindowsOnScreen) {
     Scenario desk;
     desk.display(1920, 1080).layout("jarvis.dual-split").display(2560, 1440).layout("jarvis.dual-split").start();
     desk.opens("Mail", {.frame = makeRect(2000, 100, 800, 600)}).arrange();

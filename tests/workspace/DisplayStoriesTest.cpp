@@ -34,7 +34,7 @@ class Displays : public ::testing::Test {
     Scenario desk;
 };
 
-TEST_F(Displays, AStandbyMovesNobodyElsewhere) {
+TEST_F(Displays, AStandbyMovesNoWindowToAnotherDisplay) {
     desk.desktop.close("Mail"); // a free tile, wherever it is
     desk.settle().arrange();
     const auto assigned = *desk.state().assignedWindowIDs;
@@ -51,7 +51,7 @@ TEST_F(Displays, AStandbyMovesNobodyElsewhere) {
     }
 }
 
-TEST_F(Displays, WhatFindsNoFreeTileIsMovedIntoSightOnceTheDisplayStaysAway) {
+TEST_F(Displays, AWindowWithoutAFreeTileIsMovedOntoAConnectedDisplay) {
     desk.desktop.strandWindows(true);
     desk.opens("Floating", {.frame = makeRect(5600, 300, 900, 700)});
     desk.opens("Moved", {.frame = makeRect(5500, 200, 900, 700)});
@@ -77,7 +77,7 @@ TEST_F(Displays, WhatFindsNoFreeTileIsMovedIntoSightOnceTheDisplayStaysAway) {
     EXPECT_EQ(shown("Moved"), "Moved 3000,100 900x700");
 }
 
-TEST_F(Displays, WhoseDisplayStaysAwayTakesAFreeTileAndGoesHome) {
+TEST_F(Displays, AWindowOfADisconnectedDisplayTakesAFreeTileAndReturns) {
     const std::string onC = *desk.controller().tiles().back().windowID;
     const std::string onA = *desk.controller().tiles().front().windowID;
     const std::string label = desk.desktop.labelOfID(onC);
@@ -95,7 +95,7 @@ TEST_F(Displays, WhoseDisplayStaysAwayTakesAFreeTileAndGoesHome) {
     EXPECT_EQ(desk.tiles(), before);
 }
 
-TEST_F(Displays, AHandThatMovesAWindowOnlyPutsOffThatOthersAreSetElsewhere) {
+TEST_F(Displays, ADragDelaysThePlacementOfWindowsOfADisconnectedDisplay) {
     desk.desktop.close(desk.desktop.labelOfID(*desk.controller().tiles().front().windowID));
     desk.settle();
     const auto held = desk.controller().tiles()[1];
@@ -233,7 +233,7 @@ TEST_F(Displays, FocusModeSurvivesDisplaysThatOnlySleep) {
     EXPECT_TRUE(desk.state().focusMode->has_value());
 }
 
-TEST_F(Displays, FocusModeEndsWithThoseThatChangeBetweenALockAndTheWordOfIt) {
+TEST_F(Displays, FocusModeEndsIfDisplaysChangeBeforeALockIsReported) {
     desk.zoom();
     ASSERT_TRUE(desk.state().focusMode->has_value());
     desk.desktop.setLocked(true);
@@ -397,7 +397,7 @@ TEST(DisplaySuccession, IsGuessedOnlyWhereThereIsOneAnswer) {
 
 /// Down to no display at all and back, in any order, fast or slowly, awake or asleep, in another order of the displays
 /// or moved beside one another: the picture is what it was.
-TEST(DisplayWalk, ShrinkingToNothingAndBackGivesTheSamePicture) {
+TEST(DisplayWalk, ShrinkingToNothingAndBackGivesTheSameArrangement) {
     forEachSeed(60, [](std::uint32_t seed) {
         SCOPED_TRACE(seed);
         std::mt19937 random(seed);

@@ -28,7 +28,7 @@ struct FrameKeeperTest : testing::Test {
     }
 };
 
-TEST_F(FrameKeeperTest, AWindowIsAskedOnlySoOftenForTheSame) {
+TEST_F(FrameKeeperTest, TheSameFrameIsRequestedOnlyALimitedNumberOfTimes) {
     const auto window = windowAt(makeRect(50, 0, 100, 100));
     refuse(window, FrameKeeper::kAttempts - 1);
     EXPECT_EQ(frames.refusal("mail"), nullptr);
@@ -96,7 +96,7 @@ TEST_F(FrameKeeperTest, APollWaitsForWhatItHasNotSeen) {
     EXPECT_FALSE(frames.refusal("mail")) << "the window is gone";
 }
 
-TEST_F(FrameKeeperTest, ASpanningWindowThatNeedsLessIsToldOnce) {
+TEST_F(FrameKeeperTest, ASpanningWindowThatNeedsLessIsReportedOnce) {
     const std::map<std::string, std::string> anchors{{"mail", "D::a"}};
     CGSize minimum{300, 100};
     const auto minimumOf = [&](const std::string&) { return std::optional(minimum); };

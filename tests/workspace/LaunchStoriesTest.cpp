@@ -78,7 +78,7 @@ TEST_F(Launching, AWindowThatIsThereWithoutATileWillDo) {
     }
 }
 
-TEST_F(Launching, ItDisplacesWhoIsInTheTileAndLeavesItsOwnTilesAlone) {
+TEST_F(Launching, ItDisplacesTheFrontWindowAndLeavesItsOwnTilesAlone) {
     desk.opens("Notes", {.frame = kSomewhere}).arrange();
     desk.expectTiles(kBoth);
     launch(desk.desktop.install("Notes", {.opensWhenRunning = true}), kLeft);
@@ -104,7 +104,7 @@ TEST_F(Launching, TwoTilesGetAWindowEachInTheOrderOfTheirKeys) {
     EXPECT_EQ(desk.desktop.window("Notes 3").frame, kSomewhere);
 }
 
-TEST_F(Launching, WithoutABundleIdentifierTheProcessTells) {
+TEST_F(Launching, WithoutABundleIdentifierTheProcessDecides) {
     desk.desktop.launch("Script", {.hasBundleIdentifier = false});
     desk.desktop.open("Script", {.frame = kSomewhere});
     launch(desk.desktop.install("Notes", {.hasBundleIdentifier = false}), kRight);
@@ -112,7 +112,7 @@ TEST_F(Launching, WithoutABundleIdentifierTheProcessTells) {
     EXPECT_EQ(desk.desktop.window("Script").frame, kSomewhere);
 }
 
-TEST_F(Launching, AFailureIsToldAndNobodyWaitsAnyMore) {
+TEST_F(Launching, AFailureIsReportedAndTheTileStopsWaiting) {
     const auto broken = desk.desktop.install("Broken", {.fails = "Broken cannot be started: it is broken"});
     launch(broken, kRight);
     desk.advance(Seconds(1));

@@ -164,7 +164,7 @@ TEST(LayoutStories, ADisplayThatPicksAnotherLayoutByItsSizeTakesItsWindowsAlong)
     EXPECT_EQ(desk.controller().undoHistory().size(), steps);
 }
 
-TEST(LayoutStories, AWindowThatNoLongerFitsClaimsASpanAtOnceAndHandlesHearOfEveryMove) {
+TEST(LayoutStories, AWindowThatNoLongerFitsClaimsASpanAtOnceAndHandlesFollowEachMove) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex", {.minimumSize = {{300, 1300}}}).arrange();
     auto revision = *desk.state().layoutRevision;
@@ -272,7 +272,7 @@ TEST(FocusModeStories, StoppingGivesTheDisplayBackAndAFullHistoryLosesNothing) {
     EXPECT_EQ(desk.controller().undoHistory().entries(), history);
 }
 
-TEST(UndoStories, MinimizedStateAndFramesComeBackAndTheDeadAreSkipped) {
+TEST(UndoStories, MinimizedStateAndFramesComeBackAndClosedWindowsAreSkipped) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex", {.frame = makeRect(20, 20, 600, 400)}).opens("Mail", {.frame = makeRect(80, 80, 600, 400)});
@@ -314,7 +314,7 @@ TEST(NavigationStories, FocusWalksOverOccupiedTilesAndSaysWhereItEnds) {
     desk.expectMessage("No zone down of the focused window");
 }
 
-TEST(NavigationStories, ACycleThatClaimsASpanLosesNobody) {
+TEST(NavigationStories, CyclingOntoASpanKeepsAllWindowsInStacks) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     for (const char* name : {"Codex", "Firefox", "Mail", "Viewer"}) desk.opens(name);

@@ -130,7 +130,7 @@ TEST(PlacementStories, ADisplacedWindowIsHiddenWithItsApplicationUnlessThatKeeps
     EXPECT_FALSE(desk.desktop.isHidden("Mail"));
 }
 
-TEST(PlacementStories, AWindowThatToldItsMinimumMakesTheLayoutGiveWay) {
+TEST(PlacementStories, AnAnnouncedMinimumEnlargesTheTile) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex", {.minimumSize = {{1700, 400}}}).opens("Mail").arrange();
@@ -161,7 +161,7 @@ TEST(PlacementStories, AWindowThatRefusesToShrinkIsRememberedAndGivenItsRoom) {
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(60)), 0) << "it has come to rest";
 }
 
-TEST(PlacementStories, AStubbornWindowIsAskedAFewTimesAndThenLeftInPeace) {
+TEST(PlacementStories, AWindowThatRefusesItsFrameIsRequestedThreeTimes) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex").opens("Mail", {.frame = makeRect(40, 40, 500, 400), .refusesToMove = true}).arrange();
@@ -171,7 +171,7 @@ TEST(PlacementStories, AStubbornWindowIsAskedAFewTimesAndThenLeftInPeace) {
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(600)), 0) << "nor by polls that come all the same";
 }
 
-TEST(PlacementStories, AWindowDraggedOffItsTileReturnsAndAQuietOneIsNotWritten) {
+TEST(PlacementStories, AWindowDraggedOffItsTileReturnsAndAnUnmovedOneIsNotWritten) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     const std::string before = desk.tiles();
@@ -206,7 +206,7 @@ TEST(PlacementStories, AWindowThatVanishesBetweenPlanAndPlacementIsSkipped) {
     desk.expectTiles("- | Mail 1291,15 1254x1382");
 }
 
-TEST(PlacementStories, WhatIsLearntSurvivesARestart) {
+TEST(PlacementStories, WhatIsLearnedSurvivesARestart) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     desk.desktop.userFocuses("Mail");
@@ -219,7 +219,7 @@ TEST(PlacementStories, WhatIsLearntSurvivesARestart) {
     desk.expectTiles("Mail 15,15 1254x1382 | Codex 1291,15 1254x1382");
 }
 
-TEST(PlacementStories, AnArrangementThatIsUndoneIsNotLearnt) {
+TEST(PlacementStories, AnArrangementThatIsUndoneIsNotLearned) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     for (int count = 0; count < 3; ++count) desk.opens("Terminal");

@@ -29,7 +29,7 @@ class Quitting : public ::testing::Test {
     Scenario desk;
 };
 
-TEST_F(Quitting, AnApplicationIsAskedAndItsTileIsFreeSoonAfter) {
+TEST_F(Quitting, AnApplicationIsAskedToQuitAndItsTileIsFreeSoonAfter) {
     EXPECT_TRUE(desk.controller().perform(action::QuitApplication{desk.desktop.windowIDOf("Mail")}));
     desk.expectMessage("Quit requested for Mail");
     EXPECT_EQ(asked(), "Mail: terminate");
@@ -41,7 +41,7 @@ TEST_F(Quitting, AnApplicationIsAskedAndItsTileIsFreeSoonAfter) {
     desk.expectMessage("Quit requested for Mail");
 }
 
-TEST_F(Quitting, WhoRefusesStaysManagedUntilForced) {
+TEST_F(Quitting, AnApplicationThatRefusesToQuitStaysManaged) {
     const std::string before = desk.tiles();
     desk.desktop.setQuittingHabit("Mail", QuittingHabit::refuses);
     const auto mail = desk.desktop.windowIDOf("Mail");
@@ -81,7 +81,7 @@ TEST_F(Quitting, AZoomedApplicationFirstGivesTheDisplayBack) {
     desk.settle().expectTiles(before);
 }
 
-TEST_F(Quitting, WhatTheDesktopConsistsOfStays) {
+TEST_F(Quitting, PartsOfTheDesktopAreNotEnded) {
     desk.desktop.launch("Files", {.isPartOfDesktop = true});
     desk.opens("Files").settle();
     const std::string files = desk.desktop.windowIDOf("Files");
@@ -93,7 +93,7 @@ TEST_F(Quitting, WhatTheDesktopConsistsOfStays) {
     EXPECT_EQ(asked(), "");
 }
 
-TEST_F(Quitting, AllAtOnceIsAskedFirst) {
+TEST_F(Quitting, EndingAllApplicationsIsConfirmedFirst) {
     desk.desktop.launch("KOVA");
     desk.desktop.launch("Finder", {.bundleIdentifier = "com.apple.finder"});
     desk.desktop.launch("Panel", {.isPartOfDesktop = true});
@@ -131,7 +131,7 @@ TEST_F(Quitting, AllAtOnceIsAskedFirst) {
     desk.expectMessage("");
 }
 
-TEST_F(Quitting, NothingToEndIsToldAndSoIsNothingEnded) {
+TEST_F(Quitting, ReportsWhenThereIsNothingToEndAndWhenNothingWasEnded) {
     desk.controller().perform(action::ForceQuitAll{});
     desk.desktop.takeAlerts();
     desk.desktop.quit("Mail");

@@ -450,7 +450,7 @@ class RandomDay {
     };
 };
 
-TEST(RandomDesktop, KeepsItsPromisesWhateverHappens) {
+TEST(RandomDesktop, KeepsTheInvariantsWhateverHappens) {
     forEachSeed(kUsualDays, [](std::uint32_t seed) { RandomDay{seed}; });
 }
 

@@ -34,7 +34,7 @@ TEST_F(Recovery, WindowsComeBackOneByOneAndEachIsPutBackOnce) {
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(20)), 0) << "seen on many polls, put back once";
 }
 
-TEST_F(Recovery, WhoIsNotBackAfterTenSecondsHasLostItsTileAndWhoVanishesAgainAtOnce) {
+TEST_F(Recovery, AWindowThatIsMissingAfterTenSecondsLosesItsTileAndOneThatVanishesAgainLosesItAtOnce) {
     desk.sleep();
     desk.desktop.loseWindow("Mail");
     desk.wake().advance(Seconds(9));
@@ -56,7 +56,7 @@ TEST_F(Recovery, WhoIsNotBackAfterTenSecondsHasLostItsTileAndWhoVanishesAgainAtO
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 1u);
 }
 
-TEST_F(Recovery, WhoWaitedBehindAnotherIsAwaitedAlthoughAllInFrontAreBack) {
+TEST_F(Recovery, StackedWindowsAreAwaitedAfterAllFrontWindowsReturned) {
     desk.opens("Maps").settle();
     const auto tile = desk.controller().tiles().front();
     const std::string waiting = desk.desktop.labelOfID(*tile.windowID);
@@ -72,7 +72,7 @@ TEST_F(Recovery, WhoWaitedBehindAnotherIsAwaitedAlthoughAllInFrontAreBack) {
     desk.expectTiles(picture);
 }
 
-TEST_F(Recovery, ANewSleepDoesNotForgetWhoWasStillAwaited) {
+TEST_F(Recovery, ASecondSleepKeepsTheMissingWindows) {
     desk.sleep();
     desk.desktop.loseWindow("Mail");
     desk.wake().advance(Seconds(5)).sleep().advance(Seconds(100)).wake().advance(Seconds(5));
@@ -81,7 +81,7 @@ TEST_F(Recovery, ANewSleepDoesNotForgetWhoWasStillAwaited) {
     desk.expectTiles(picture);
 }
 
-TEST_F(Recovery, NorDoesALockThatAPollSeesBeforeItIsTold) {
+TEST_F(Recovery, ALockThatAPollNoticesFirstKeepsTheMissingWindows) {
     desk.sleep();
     desk.desktop.loseWindow("Mail");
     desk.wake().advance(Seconds(3));
@@ -108,7 +108,7 @@ TEST_F(Recovery, AWindowWithANewIdentifierIsKnownByWhatItIs) {
     EXPECT_TRUE(desk.state().assignedWindowIDs->empty());
 }
 
-TEST_F(Recovery, InDoubtNobodyIsRecognised) {
+TEST_F(Recovery, AmbiguousWindowsAreNotRecognized) {
     struct Night {
         const char* what;
         std::function<void(SimulatedDesktop&)> happens;
@@ -140,7 +140,7 @@ TEST_F(Recovery, InDoubtNobodyIsRecognised) {
     }
 }
 
-TEST_F(Recovery, SuspendedMeansThatEveryWishIsRefusedInASentence) {
+TEST_F(Recovery, WhileSuspendedEveryCommandIsRefusedWithAReason) {
     auto& kova = desk.controller();
     const auto divider = kova.dividers().front();
     desk.zoom();
@@ -180,7 +180,7 @@ TEST_F(Recovery, SuspendedMeansThatEveryWishIsRefusedInASentence) {
     EXPECT_TRUE(kova.perform(action::Undo{}));
 }
 
-TEST_F(Recovery, WhatTheHandHeldAndWhatWasBeingVerifiedEndsWithTheSuspension) {
+TEST_F(Recovery, SuspensionEndsDragsAndVerifications) {
     auto& kova = desk.controller();
     const auto divider = kova.dividers().front();
     for (const bool isTold : {true, false}) { // or a poll sees the lock

@@ -19,7 +19,7 @@ const std::vector<WorkspaceAction> kMovingActions = {action::Arrange{},
                                                      action::ToggleFocusZoom{},
                                                      action::Undo{}};
 
-TEST(RefreshStories, AQuietDesktopThatAnnouncesItsChangesIsNotAsked) {
+TEST(RefreshStories, AnIdleDesktopThatAnnouncesChangesIsNotPolled) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     const int jobs = desk.desktop.pollingQueue().jobsBegun();
@@ -32,7 +32,7 @@ TEST(RefreshStories, AQuietDesktopThatAnnouncesItsChangesIsNotAsked) {
     EXPECT_EQ(desk.controller().liveWindows().front().title, "Inbox (1)");
 }
 
-TEST(RefreshStories, ADesktopThatCannotVouchIsAskedTwiceASecond) {
+TEST(RefreshStories, ADesktopWithoutAnnouncementsIsPolledTwiceASecond) {
     Scenario desk;
     desk.desktop.setVouching(false);
     desk.display(2560, 1440).opens("Mail").start();
@@ -41,7 +41,7 @@ TEST(RefreshStories, ADesktopThatCannotVouchIsAskedTwiceASecond) {
     EXPECT_EQ(desk.desktop.pollingQueue().jobsBegun(), jobs + 20);
 }
 
-TEST(RefreshStories, AWindowThatKeepsToItsCellsIsKnownAsItIsAndNotAsItWasAskedToBe) {
+TEST(RefreshStories, AWindowThatRoundsItsSizeIsKnownByItsRealFrame) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Terminal", {.cell = {17, 31}}).arrange();
     desk.advance(Seconds(30));
@@ -180,7 +180,7 @@ TEST(RefreshStories, ArrangingOnLaunchWaitsThreeTenthsOfASecond) {
     EXPECT_FALSE(*desk.state().canUndo) << "what the machine does by itself is no step of the person's";
 }
 
-TEST(RefreshStories, ArrangingOnLaunchWaitsForALockThatIsHeardOfLate) {
+TEST(RefreshStories, ArrangeAfterLaunchWaitsWhenALockIsReportedLate) {
     Scenario desk;
     prepareArrangingOnLaunch(desk);
     desk.desktop.setTrusted(false);
@@ -251,7 +251,7 @@ TEST(RefreshStories, AStatusMessageStaysForItsFullFourSeconds) {
     EXPECT_EQ(*controller.state().lastActionMessage, std::nullopt);
 }
 
-TEST(RefreshStories, ThePromptIsShownOnlyWhenAskedForAndNeeded) {
+TEST(RefreshStories, ThePermissionDialogIsShownOnlyWhenRequestedAndNeeded) {
     Scenario desk;
     desk.display(2560, 1440);
     desk.desktop.setTrusted(false);

@@ -60,7 +60,7 @@ TEST_F(Restart, ACrashLosesNothingAndMovesNothing) {
 }
 
 /// On a desktop that brings back what was hidden when its agent ends.
-TEST_F(Restart, AnUpgradeGivesTheSamePicture) {
+TEST_F(Restart, AnUpgradeKeepsTheArrangement) {
     struct Case {
         const char* what;
         std::function<void()> meanwhile;
@@ -121,7 +121,7 @@ TEST_F(Restart, AnUpgradeGivesTheSamePicture) {
 }
 
 /// Which takes a moment: what is asked for, or befalls the agent, meanwhile.
-TEST_F(Restart, WhoIsOnItsWayBackMayBeAskedForOrWaitForTheAgentAfterThisOne) {
+TEST_F(Restart, AReturningWindowCanBeFocusedOrIsLeftToTheNextAgent) {
     const std::string waiting = nameOfWaiting();
     const CGRect tile = kova().tiles().front().frameForWindowService;
     const auto isUpgraded = [&] {
@@ -156,7 +156,7 @@ TEST_F(Restart, AZoomedWindowStaysZoomedAndGoesBack) {
     desk.expectTiles(before);
 }
 
-TEST_F(Restart, ArrangingOnLaunchLeavesWhatWasTakenUp) {
+TEST_F(Restart, ArrangeAfterLaunchLeavesRestoredWindowsInPlace) {
     WorkspaceProfile profile = *desk.state().profile;
     profile.autoArrangeOnLaunch = true;
     desk.preferences.setValue("KOVA.workspaceProfile.v1", PreferenceData{encodeWorkspaceProfile(profile)});
@@ -188,7 +188,7 @@ TEST_F(Restart, ADisplayThatReturnsWhileNoAgentRunsHasItsWindowsBack) {
     }
 }
 
-TEST_F(Restart, ADisplayThatGoesWhileNoAgentRunsLeavesNobodyWithoutATile) {
+TEST_F(Restart, ADisplayUnpluggedWhileNoAgentRunsLeavesNoWindowWithoutATile) {
     desk.display(2560, 1440, "B").layout("jarvis.dual-split");
     desk.opens("Codex", {.frame = makeRect(2700, 100, 900, 700)}).arrange();
     desk.desktop.close("Terminal");
@@ -204,7 +204,7 @@ TEST_F(Restart, ADisplayThatGoesWhileNoAgentRunsLeavesNobodyWithoutATile) {
     EXPECT_EQ(desk.tiles(), before);
 }
 
-TEST_F(Restart, WhoIsGoneIsGoneAndWhoDoesNotAnswerYetIsAwaited) {
+TEST_F(Restart, ClosedWindowsAreForgottenAndUnresponsiveOnesAreAwaited) {
     desk.advance(Seconds(1));
     const std::string notes = desk.desktop.windowIDOf("Notes");
     meanwhile = [this] {
@@ -236,7 +236,7 @@ TEST_F(Restart, NoSaveIsSoonerThanASecondAfterTheOther) {
     EXPECT_LE(changes, 5);
 }
 
-TEST(Resumption, IdentifiersOfAnotherTimeAreNobodys) {
+TEST(Resumption, ReusedWindowIdsMatchNoStoredWindow) {
     const auto window = [](std::string id, pid_t process, std::string title, CGRect frame) {
         ManagedWindow w;
         w.id = std::move(id);
@@ -320,7 +320,7 @@ TEST(RestartStories, PlacesOnTheOtherSpaceOutliveTheAgent) {
     desk.expectTiles(here);
 }
 
-TEST(Resumption, ARecordThatIsNotSoundIsNotTakenUp) {
+TEST(Resumption, AnInconsistentSessionRecordIsIgnored) {
     const ResumedWindows all{{{"1", "1"}, {"2", "2"}}, {}};
     EXPECT_NE(resumedTiles({{{"d::a", "1"}}, {{"d::a", {"1", "2"}}}, {}}, all), TileAssignments{});
     const std::vector<WorkspaceSessionTiles> wrong = {

@@ -30,7 +30,7 @@ struct SessionRestoreTest : testing::Test {
     }
 };
 
-TEST_F(SessionRestoreTest, WhatWasKeptIsTakenUpOnce) {
+TEST_F(SessionRestoreTest, AStoredSessionIsRestoredOnce) {
     WorkspaceSession session;
     session.floatingWindowIDs = {"mail"};
     SessionRestore former(queue, store, [&] { return std::optional(session); });

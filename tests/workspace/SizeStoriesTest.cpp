@@ -19,7 +19,7 @@ TEST(SizeStories, ASmallSecondWindowOfAnApplicationKeepsToOneTile) {
     desk.expectTiles("Mail 15,15 1500x1382 | Mail 2 1537,15 1008x1382");
 }
 
-TEST(SizeStories, AFalseMinimumHealsWithTheNextArrangement) {
+TEST(SizeStories, AWrongMinimumIsDroppedByTheNextArrangement) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex");
     desk.opens("Mail", {.frame = makeRect(900, 100, 1500, 400)});

@@ -58,14 +58,14 @@ TEST_P(Spaces, AWindowThatIsTooSmallForAWhileKeepsItsTile) {
     desk.settle().expectTiles(picture);
 }
 
-TEST_P(Spaces, AWindowThatKeepsToASizeOfItsOwnIsNotAskedAgainAtEachReturn) {
+TEST_P(Spaces, AWindowThatKeepsItsOwnSizeGetsNoNewRequestAtEachReturn) {
     desk.opens("Terminal", {.cell = {17, 31}}).layout("jarvis.triple-stack").arrange().advance(Seconds(20));
     const int asked = desk.desktop.window("Terminal").frameWriteCount;
     for (const int space : {1, 0, 1, 0}) show(space).settle();
     EXPECT_EQ(desk.desktop.window("Terminal").frameWriteCount, asked);
 }
 
-TEST_P(Spaces, AnArrangementThereLeavesThePictureHere) {
+TEST_P(Spaces, AnArrangementOnAnotherSpaceChangesNoneHere) {
     show(1).opens("Maps").opens("Codex").arrange();
     const std::string there = desk.tiles();
     EXPECT_EQ(there.find("Mail"), std::string::npos) << there;
@@ -180,7 +180,7 @@ TEST_P(Spaces, WhatIsClosedThereIsForgotten) {
     EXPECT_EQ(desk.tiles().find("Notes"), std::string::npos) << desk.tiles();
 }
 
-TEST_P(Spaces, UndoThereLeavesThePictureHere) {
+TEST_P(Spaces, UndoOnAnotherSpaceChangesNoneHere) {
     show(1).opens("Maps", {.frame = makeRect(300, 300, 800, 600)}).arrange();
     desk.undo();
     EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Maps")), "Maps 300,300 800x600");
@@ -188,7 +188,7 @@ TEST_P(Spaces, UndoThereLeavesThePictureHere) {
     desk.expectTiles(picture);
 }
 
-TEST(ListedSpaces, AWindowSentToTheOtherSpaceIsANewcomerThere) {
+TEST(ListedSpaces, AWindowSentToTheOtherSpaceCountsAsNewThere) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     desk.desktop.showVirtualDesktop(1);
@@ -287,7 +287,7 @@ TEST(NativeTabs, RulesDoNotRunAgain) {
     desk.expectTiles(picture);
 }
 
-TEST(NativeTabs, TwinsAndOtherFramesAreOtherWindows) {
+TEST(NativeTabs, WindowsWithEqualFramesAreNotTabsOfOneGroup) {
     struct Case {
         const char* what;
         std::function<void(Scenario&)> happens;

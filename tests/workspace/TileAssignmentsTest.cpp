@@ -11,7 +11,7 @@ namespace {
 using enum TileAssignments::StackPosition;
 using IDs = std::vector<std::string>;
 
-TEST(TileAssignments, ALoserWaitsWhereAFrontWindowIs) {
+TEST(TileAssignments, ADisplacedWindowIsStackedWhereAFrontWindowIs) {
     TileAssignments tiles;
     (void)tiles.assign("wide", {"D::a", "D::b"});
     tiles.insertIntoStack("D::a", "wide", TileAssignments::StackPosition::front);
@@ -22,7 +22,7 @@ TEST(TileAssignments, ALoserWaitsWhereAFrontWindowIs) {
     EXPECT_EQ(tiles.stackTargetOf("other"), "D::a");
 }
 
-TEST(TileAssignments, ANewcomerTakesTheTileAndTheLoserWaitsBehindIt) {
+TEST(TileAssignments, AssigningDisplacesTheFrontWindowIntoTheStack) {
     TileAssignments tiles;
     EXPECT_TRUE(tiles.assign("mail", {"D::a"}).empty());
     tiles.insertIntoStack("D::a", "notes", front);
@@ -32,7 +32,7 @@ TEST(TileAssignments, ANewcomerTakesTheTileAndTheLoserWaitsBehindIt) {
     EXPECT_EQ(tiles.stackTargetOf("mail"), "D::a");
 }
 
-TEST(TileAssignments, ASpanningWindowHasOneAnchorAndLosersLoseAllTheirTiles) {
+TEST(TileAssignments, ASpanningWindowHasOneAnchorAndDisplacedWindowsLoseAllTheirTiles) {
     TileAssignments tiles;
     EXPECT_TRUE(tiles.assign("wide", {"D::b", "D::a"}).empty());
     EXPECT_EQ(tiles.targetOf("wide"), "D::b");
@@ -55,7 +55,7 @@ TEST(TileAssignments, ASpanGathersWhatWaitedInItsTiles) {
               (std::map<std::string, IDs>{{"D::a", {"wide", "left", "right", "behind"}}}));
 }
 
-TEST(TileAssignments, DeadWindowsLeaveNothingBehind) {
+TEST(TileAssignments, ClosedWindowsAreRemovedFromTilesAndStacks) {
     TileAssignments tiles;
     (void)tiles.assign("wide", {"D::a", "D::b"});
     tiles.insertIntoStack("D::c", "alone", front);

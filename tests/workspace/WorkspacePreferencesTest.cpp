@@ -10,7 +10,7 @@ namespace kova {
 
 namespace {
 
-TEST(WorkspacePreferences, AFirstStartLeavesAnExistingUserWithTheSameLook) {
+TEST(WorkspacePreferences, AFirstStartKeepsTheAppearanceOfAnExistingUser) {
     MemoryPreferencesStore store;
     const auto first = loadWorkspacePreferences(store);
     EXPECT_EQ(first.profile.themeID, "kova.native");

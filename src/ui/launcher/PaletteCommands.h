@@ -1,5 +1,4 @@
-// The commands of the palette: methods of the agent whose parameters are fixed, or a window, tile or display that is
-// known already.
+// The commands that the palette offers: a fixed selection of the agent's methods with fixed parameters.
 #pragma once
 
 #include "ui/launcher/Entries.h"
