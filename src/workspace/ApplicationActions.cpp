@@ -40,7 +40,8 @@ Outcome ApplicationActions::launchApplication(const action::LaunchApplication& l
     return Outcome::done();
 }
 
-/// For scenes, which launch no application whose window may still come by itself.
+/// Records the started process, or drops the expectation after an error, so that a scene does not launch the
+/// application a second time.
 void ApplicationActions::noteStarted(const LaunchableApplication& application, const LaunchResult& result) {
     if (!application.bundleIdentifier) return;
     if (result.error) {
@@ -58,12 +59,12 @@ void ApplicationActions::applicationLaunched(const std::string& tile, const std:
     refreshCycle_.refresh();
 }
 
-/// Tiles that wait for the same application are served in the order of their keys.
+/// Tiles that wait for the same application are filled in key order.
 void ApplicationActions::processPendingApplicationPlacements() {
     std::vector<std::string> waiting;
     for (const auto& [tile, placement] : awaited_.launches()) waiting.push_back(tile);
     for (const auto& target : waiting) {
-        // A display that is away may come back, and so may a layout that has the slot.
+        // A disconnected display may return, and so may a layout that has the slot.
         const auto launch = awaited_.launches().find(target);
         const bool isThere = launch != awaited_.launches().end() && geometry_.tileFrameOnScreen(target);
         const ManagedWindow* window = isThere ? windowLaunchedFor(launch->second) : nullptr;
@@ -79,7 +80,7 @@ void ApplicationActions::processPendingApplicationPlacements() {
     }
 }
 
-/// The first window of the application that has no place yet; a full-screen one wants none.
+/// The first window of the application that has no tile yet; full-screen windows are skipped.
 const ManagedWindow* ApplicationActions::windowLaunchedFor(const PendingApplicationPlacement& placement) const {
     const auto found = std::find_if(liveWindows_.begin(), liveWindows_.end(), [&](const ManagedWindow& window) {
         return placement.isAwaiting(window) && !window.isFullScreen && !window.isElsewhere &&
@@ -103,7 +104,7 @@ Outcome ApplicationActions::forceQuitApplication(const std::string& windowID) {
                             [this](pid_t process) { return services_.applications.forceTerminate(process); });
 }
 
-/// An application that is asked and refuses stays, and its windows stay managed.
+/// If the application refuses to quit, its windows stay managed.
 Outcome ApplicationActions::endApplicationOf(const std::string& windowID, const std::string& message,
                                              const std::function<std::optional<std::string>(pid_t)>& end) {
     const ManagedWindow* live = liveWindows_.find(windowID);
@@ -135,7 +136,7 @@ void ApplicationActions::forceQuitAllApplications() {
     }));
 }
 
-/// Only what still is what the user was asked about: a process number may have passed on to another application.
+/// Ends only processes that are still the confirmed application; a process id may have been reused.
 Outcome ApplicationActions::forceQuit(const std::vector<RunningApplication>& confirmed) {
     ForceQuitOutcome outcome;
     for (const auto& candidate : regularApplicationsToForceQuit()) {
@@ -201,8 +202,7 @@ Outcome ApplicationActions::forgetApplication(const std::string& name) {
     keeper_.publishMinimums();
     frames_.reflow().forgetAllPushes();
     keeper_.noteTilesMoved();
-    if (access_.mayMoveWindows())
-        refreshCycle_.refresh(); // the poll gives back spans and puts everything into its tile
+    if (access_.mayMoveWindows()) refreshCycle_.refresh(); // the poll shrinks spans and places all windows
     return Outcome::done().with(std::move(forgotten));
 }
 

@@ -14,7 +14,7 @@ namespace kova {
 
 namespace {
 
-/// One window in one tile, with how well it suits.
+/// One window in one tile, with its score.
 struct Pair {
     std::size_t candidate;
     std::size_t slot;
@@ -40,7 +40,7 @@ using Fit = std::vector<std::size_t>;
 /// Whether a large window may take tiles from others.
 enum class Displacement { forbidden, allowed };
 
-/// Which of the windows that wait may have a tile.
+/// Which of the windows without a tile may get one.
 enum class Admission { asManyAsTiles, all };
 
 class Planner {
@@ -78,9 +78,9 @@ class Planner {
     std::vector<DisplayState> displays_;
     std::vector<std::optional<Assignment>> assignments_; // by candidate
     std::vector<bool> isCrowded_;    // by displayIndex: more windows than tiles, when the phase began
-    std::vector<bool> wasDisplaced_; // once is enough: two windows must not chase each other for ever
+    std::vector<bool> wasDisplaced_; // once: a second time is not allowed, so that planning ends
     std::vector<bool> hasClaimed_;   // a rule or the user gave it its tile, which no other window takes
-    std::vector<bool> staysBehind_;  // it waits in the tile that its rule names
+    std::vector<bool> staysBehind_;  // it is stacked in the tile that its rule names
 };
 
 Planner::Planner(const ArrangementInput& input) :
@@ -107,9 +107,8 @@ std::vector<std::size_t> Planner::waitingFor(std::size_t displayIndex, Phase pha
     return waiting;
 }
 
-/// Which of two windows comes first where there are fewer tiles than windows: one that can be seen before one that has
-/// to be brought back, then the one used last, one never used after all others, one that can be resized before one of
-/// fixed size.
+/// Rank of a window if there are fewer tiles than windows: visible windows first, then by last use, never-used ones
+/// after those, resizable before fixed-size.
 bool Planner::outranks(std::size_t candidate, std::size_t other) const {
     const auto rank = [](const ArrangementCandidate& c) {
         return std::tuple(c.isDeferred, c.useRank.value_or(std::numeric_limits<std::size_t>::max()), c.isFixedSize);
@@ -137,7 +136,7 @@ void Planner::keepThoseThatComeFirst(std::vector<Pair>& pairs, std::size_t tileC
         pairs, [&](const Pair& pair) { return std::find(order.begin(), order.end(), pair.candidate) == order.end(); });
 }
 
-/// The primary tile, or the one into which the user has put the application; absent when there are other windows.
+/// For the only window of a display: the primary tile, or the one into which the user has put the application.
 std::optional<std::size_t> Planner::slotOfWindowAlone(std::size_t displayIndex, Phase phase) const {
     const ArrangementDisplay& display = *displays_[displayIndex].display;
     const auto& slots = display.solved.slots;
@@ -156,12 +155,12 @@ std::optional<std::size_t> Planner::slotOfWindowAlone(std::size_t displayIndex, 
 }
 
 std::vector<Pair> Planner::pairsFor(std::size_t displayIndex, Phase phase, Admission admission) const {
-    // Windows that can be seen come before those that would have to be brought back.
+    // Visible windows come before hidden and minimized ones.
     constexpr double kDeferredPenalty = 1000;
     const ArrangementDisplay& display = *displays_[displayIndex].display;
     const auto alone = slotOfWindowAlone(displayIndex, phase);
     std::vector<Pair> pairs;
-    // A tile that would have to grow for the window, at the cost of others, comes after those that need not.
+    // Tiles that would have to grow for the window, at the cost of others, come last.
     constexpr double kGrowthPenalty = 50;
     std::size_t freeCount = 0;
     for (std::size_t s = 0; s < display.solved.slots.size(); ++s) freeCount += isFree(displayIndex, s) ? 1 : 0;
@@ -206,8 +205,9 @@ TileRoom Planner::roomOn(std::size_t displayIndex) const {
     return {display.layout, display.visibleFrame.size, input_.tileInset, std::move(holders)};
 }
 
-/// The tile alone, or the span that the window needs where not every window would have room otherwise. A window that
-/// had to give way once is not chased again; a full-screen window keeps its tile, but is not in the way while it lasts.
+/// The tile, or the span that the window needs. Empty if the span would displace a window that was displaced before or
+/// that claimed its tile. The tile of a full-screen window is not claimed; beside one the window gets its tile alone
+/// and overlaps meanwhile.
 Fit Planner::fitFor(std::size_t candidate, std::size_t displayIndex, std::size_t slot) const {
     const DisplayState& d = displays_[displayIndex];
     const ArrangementDisplay& display = *d.display;
@@ -218,7 +218,7 @@ Fit Planner::fitFor(std::size_t candidate, std::size_t displayIndex, std::size_t
     bool isBesideFullScreen = false;
     for (std::size_t s = 0; s < slots.size(); ++s) {
         if (s == slot || std::ranges::find(needed, slots[s].id) == needed.end()) continue;
-        // One that claimed its tile keeps it; one that had to give way once is not moved again.
+        // Not displaced: a window that claimed its tile, or that was displaced before.
         if (d.holder[s] && (wasDisplaced_[*d.holder[s]] || hasClaimed_[*d.holder[s]])) return {};
         isBesideFullScreen = isBesideFullScreen || display.reservedSlotIDs.contains(slots[s].id);
         fit.push_back(s);
@@ -269,7 +269,7 @@ bool Planner::pushesOneThatComesFirst(std::size_t candidate, std::size_t display
     });
 }
 
-/// True when a window had to give way.
+/// True if a window was displaced.
 bool Planner::assignOn(std::size_t displayIndex, Phase phase, Displacement displacement, Admission admission) {
     bool someoneGaveWay = false;
     const bool wasCrowded = isCrowded_[displayIndex];
@@ -300,8 +300,8 @@ bool Planner::hasRoomForAllThatShow() const {
     return free > waiting;
 }
 
-/// Windows whose tile is named by a rule or preferred by the user come before all scores. One that would have to be
-/// brought back takes its tile only when no visible window has to leave the screen for it.
+/// Windows whose tile is named by a rule or preferred by the user come before all scores. A hidden or minimized one
+/// gets its tile only if no visible window has to be minimized for it.
 void Planner::assignClaims() {
     for (const TileClaim& claim : tileClaims(input_)) {
         const ArrangementCandidate& candidate = input_.candidates[claim.candidate];
@@ -330,7 +330,7 @@ void Planner::assignWaiting(Phase phase) {
             assignOn(displayIndex, phase, Displacement::forbidden);
             someoneGaveWay = assignOn(displayIndex, phase, Displacement::allowed);
         }
-        // A tile that a window of higher rank left free, because it does not fit there, goes to the next.
+        // Tiles in which windows of higher rank do not fit go to the next ones.
         assignOn(displayIndex, phase, Displacement::forbidden, Admission::all);
     }
 }
@@ -358,7 +358,7 @@ AutoArrangePlacement Planner::frontPlacement(std::size_t candidate, const Assign
     return placement;
 }
 
-/// A window that waited behind a tile's window goes on waiting there, as long as the tile is still shown.
+/// A stacked window stays stacked in its tile, as long as the layout has that tile.
 std::optional<AutoArrangePlacement> Planner::behindPlacement(std::size_t candidate) const {
     const auto& behind = input_.candidates[candidate].stackedBehindID;
     if (!behind) return std::nullopt;

@@ -10,8 +10,8 @@ namespace kova {
 
 namespace {
 
-/// The windows that front tiles of `held`, are in no tile and are put away front free tiles of `held`, their own if
-/// possible. Gives them.
+/// Returns the hidden windows of `held` that have no tile to free tiles of `held`, their own if possible. The result is
+/// their ids.
 std::vector<std::string> returnToFreeTiles(const TileAssignments& held, TileAssignments& assignments,
                                            const std::function<bool(const std::string& windowID)>& isPutAway) {
     std::vector<std::string> returned;

@@ -1,5 +1,5 @@
-// Displays whose only name is their frame, and which therefore have another name after every change of it: virtual
-// machines, and monitors that say nothing of themselves.
+// Displays that are named by their frame, and therefore have another id after every change of it: those of virtual
+// machines, and monitors without identification.
 #pragma once
 
 #include "layout/WorkspaceProfile.h"
@@ -10,15 +10,15 @@
 
 namespace kova {
 
-/// Whether the display id tells a frame rather than a device.
+/// Whether the display id is derived from the frame instead of the device.
 bool isNamedByFrame(const std::string& displayID);
 
-/// Which of the displays that came is which of those that went, by the ids of the latter: the one of the same size,
-/// where there is one on either side only; and then the one that is left, where one is left on either side.
+/// Matches disconnected displays to new ones; keys are the former ids. A pair matches if each is the only one of its
+/// size, or if exactly one display remains on each side.
 std::map<std::string, std::string> successorsOfDisplays(const std::set<std::string>& gone,
                                                         const std::set<std::string>& come);
 
-/// The layout that was chosen for the display, and its weights, are those of the other one as well.
+/// Copies the chosen layout of the display, and its weights, to the other one.
 void copyDisplay(WorkspaceProfile& profile, const std::string& displayID, const std::string& otherID);
 void eraseDisplay(WorkspaceProfile& profile, const std::string& displayID);
 

@@ -16,7 +16,7 @@ namespace kova {
 
 namespace {
 
-/// What was there wins, and of two newcomers with one identity the first.
+/// Existing entries take precedence; of two imported entries with one id the first is used.
 template <class Record>
 std::vector<Record> newAmong(std::vector<Record> imported, const std::vector<Record>& known) {
     std::set<Uuid> ids;
@@ -76,8 +76,8 @@ void DocumentStore::saveWorkspaceDocument() {
                                    PreferenceData{encodeStoredDocument(workspaceDocument())});
 }
 
-/// Takes over a document that can be read back, and stores it; else gives the reason, and nothing changes. A document
-/// that was too large before, as only an edited preference file makes it, may still be changed, so that it can shrink.
+/// Stores the document if it can be read back; otherwise changes nothing and returns the reason. A document that was
+/// too large before, by an edit of the preference file, may still be changed, so that it can shrink.
 std::optional<DecodingError> DocumentStore::takeDocument(WorkspaceProductDocument next) {
     std::string stored = encodeStoredDocument(next);
     if (auto reason = whyUnreadable(next, stored.size())) {

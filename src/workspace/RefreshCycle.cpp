@@ -19,12 +19,12 @@ PollResult poll(const AccessibilityWindowService& service, const SessionServicin
     result.permissionState = service.permissionState();
     const bool isReadable = result.permissionState == AccessibilityPermissionState::granted && !result.isSessionLocked;
     if (isReadable) result.windows = service.enumerateWindows(known);
-    // It shows in the answers, so that applications are asked all the same.
+    // A stale permission is detected from the responses of applications, so this comes after the enumeration.
     if (isReadable && service.stalePermission()) result.permissionState = AccessibilityPermissionState::denied;
     if (!announcements) return result;
-    // What was requested does not outlive the permission.
+    // The system drops all observers when the permission is withdrawn.
     if (result.permissionState != AccessibilityPermissionState::granted) announcements->endAll();
-    // Neither a permission that is given nor an unlocked screen is announced.
+    // The grant of the permission and the unlock are not announced.
     const bool mayRest = isReadable && result.permissionState == AccessibilityPermissionState::granted &&
                          announcements->follow(result.windows, begun);
     if (!mayRest) result.changeCount.reset();
@@ -75,13 +75,13 @@ void RefreshCycle::invalidateOlderPolls() {
     ++generation_;
     isPollInFlight_ = false;
     appliedChangeCount_.reset();
-    // What waits for a dropped poll is refused with the reason, or finds the windows that are known.
+    // Work that waited for a dropped poll runs now, with the known windows; actions are refused with the reason.
     if (!waiting_.empty()) queue_.post(lifetime_.guard([this] { runAllWaiting(); }));
 }
 
 bool RefreshCycle::awaitCurrent(std::function<void()> work) {
     const auto count = changes_.changeCount();
-    // Announcements that can get lost or come late prove nothing.
+    // Where announcements may be lost, an unchanged count does not prove that nothing changed.
     const bool isCurrent = count && count == appliedChangeCount_ && !changes_.longestRest();
     if (waiting_.empty() && (isCurrent || !isRunning_ || isSuspended_)) return false;
     if (waiting_.empty()) {
@@ -117,7 +117,7 @@ void RefreshCycle::refresh() {
                         known = callbacks_.knownWindows(), begun = queue_.uptime(),
                         deliver = std::move(deliver)]() mutable {
         auto result = std::make_shared<PollResult>(poll(*service, session, changes, announcements.get(), known, begun));
-        // The service travels along, so that the last hold on it is given up on the main thread.
+        // The result keeps the service alive, so that the last reference is released on the main thread.
         queue.post([result, generation, number, service = std::move(service), deliver = std::move(deliver)]() mutable {
             deliver(*result, generation, number);
         });
@@ -164,7 +164,7 @@ void RefreshCycle::tick() {
         scheduleTick();
         return;
     }
-    // This tick and those to come would find nothing. The next change lets them go on, in the same rhythm.
+    // Nothing has changed, so polls are idle until the next change; then they go on in the same rhythm.
     timer_.reset();
     isResting_ = true;
     if (const auto longest = changes_.longestRest()) {

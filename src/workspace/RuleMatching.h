@@ -12,14 +12,14 @@
 
 namespace kova {
 
-/// What a rule says to a window.
+/// Why a rule matches a window or not.
 enum class RuleVerdict {
     matches,
     disabled,
     withoutCriterion,
     otherApplication,
     otherTitle,
-    titleAwaited, // it asks for a title, and the window has none yet
+    titleAwaited, // the rule needs a title, and the window has none yet
     notConsulted, // an earlier rule decides
 };
 
@@ -29,7 +29,7 @@ RuleVerdict verdictOf(const WorkspaceRule& rule, const ManagedWindow& window);
 /// The first rule in the list that matches; absent when none does.
 std::optional<std::size_t> decidingRule(const std::vector<WorkspaceRule>& rules, const ManagedWindow& window);
 
-/// Whether the rules must wait for the window's title: one that could match then stands before all that match now.
+/// Whether the rules must wait for the window's title: a rule that may match then precedes all that match now.
 bool awaitsTitle(const std::vector<WorkspaceRule>& rules, const ManagedWindow& window);
 
 /// Whether the rules keep the window out of arrangements.
@@ -48,7 +48,7 @@ struct RuleExplanation {
     std::string summary;                 // one line in plain words
 };
 
-/// `remarks` are lines about the moment, such as that rules are switched off; they end the summary.
+/// `remarks` are lines about the present state, such as that rules are switched off; they end the summary.
 RuleExplanation explainRules(const std::vector<WorkspaceRule>& rules, const ManagedWindow& window,
                              const std::vector<std::string>& remarks);
 
