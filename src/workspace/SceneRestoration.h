@@ -1,4 +1,4 @@
-// Windows on their way back to the places that a scene remembers.
+// Restores the windows of a scene to their tiles.
 #pragma once
 
 #include "layout/LayoutSolver.h"
@@ -29,11 +29,11 @@ struct PendingSceneWindowPlacement {
     Seconds expiresAt{0}; // uptime
 };
 
-/// What a scene that was opened still waits for. Idle when nothing is pending.
+/// The awaited windows of the opened scene. Idle if nothing is pending.
 struct SceneRestoration {
     std::vector<PendingSceneWindowPlacement> pending;   // in the order in which they were deferred
     std::set<std::string> launchedBundleIDs;            // each application is launched at most once
-    std::map<std::string, std::int64_t> stackIndexByID; // of the windows that were put back
+    std::map<std::string, std::int64_t> stackIndexByID; // of the restored windows
     std::set<std::string> movedByUser; // meanwhile: floated or placed, so no longer the scene's to place
     SceneReport report;
 };
@@ -41,18 +41,18 @@ struct SceneRestoration {
 /// A tile inset as it takes effect, in points: 0 to 100.
 double clampedTileInset(double points);
 
-/// The slots that a placement takes of a layout's, its own first: those that it claims only when the layout's together
-/// cover a rectangle without any other. Empty when the layout lacks its own; such a placement is skipped.
+/// The slots of the layout that a placement uses, its own first. Claimed slots are used only if they and the own slot
+/// form a rectangle that contains no other slot. Empty if the layout lacks its own slot; such a placement is skipped.
 std::vector<std::string> slotsTaken(const std::vector<TileSlot>& slots, const std::string& slotID,
                                     const std::optional<std::vector<std::string>>& claimedSlotIDs);
 
-/// The placements as they are put back: by display, slot and place in the stack.
+/// The placements in the order of restoration: by display, slot and place in the stack.
 std::vector<WorkspaceScenePlacement> inRestoringOrder(std::vector<WorkspaceScenePlacement> placements);
 
-/// Whether the window of the placement fronts its tile; without a word about it, the first of the stack does.
+/// Whether the window of the placement is a front window; if `isActive` is absent, the first of the stack is.
 bool frontsItsTile(std::int64_t stackIndex, std::optional<bool> isActive);
 
-/// A live window and the place that is its.
+/// A live window and its tiles in the scene.
 struct RestoredPlacement {
     std::string windowID;
     std::vector<std::string> targetIDs; // the anchor first; more than one for a span
@@ -60,9 +60,9 @@ struct RestoredPlacement {
     bool isFront = true;
 };
 
-/// The assignments with the windows, which were in no tile, put back. One that is to wait behind another fronts its
-/// tile until that one comes, so that no tile stays empty for a window that may never appear; windows that wait are in
-/// the order of the stack indices, those without one last.
+/// Adds the windows, which have no tile yet, to the assignments. A stacked window is the front window until the one
+/// before it appears, so that the tile is not empty meanwhile. Stacks are ordered by stack index; windows without one
+/// are last.
 TileAssignments withRestored(TileAssignments before, const std::vector<RestoredPlacement>& placements,
                              const std::map<std::string, std::int64_t>& stackIndexByID);
 

@@ -53,7 +53,7 @@ bool SpaceMemory::restore(const std::vector<ManagedWindow>& windows, std::uint64
         for (const auto& window : windows) {
             if (!tiles.isInAnyTile(window.id)) continue;
             const bool belongsHere = space ? *space == shownSpace : change == SpaceChange::possible;
-            // While window managers change nothing tells which Space a window is on.
+            // While the window manager is being replaced, the Spaces of windows are unknown.
             const bool wasSentHere = !window.isElsewhere && !belongsHere && (window.space || !space);
             if (wasSentHere || assignments.isInAnyTile(window.id)) {
                 tiles.remove(window.id);

@@ -49,7 +49,7 @@ std::set<std::string> TileRoom::holdersOf(const std::vector<std::string>& slotID
     return found;
 }
 
-/// As the display shows it: only windows that keep to one tile have a say in the sizes of tiles.
+/// As the display shows it: only the minimum sizes of windows in a single tile affect the solved sizes.
 SolvedLayout TileRoom::solved() const {
     TileMinimumSizes sizes;
     for (const auto& holder : holders_) {

@@ -18,8 +18,8 @@ UndoSteps::UndoSteps(WorkspaceParts& parts, RefreshCycle& refreshCycle, Workspac
     access_(access), geometry_(geometry), finder_(finder), presenter_(presenter), keeper_(keeper),
     documents_(documents), follower_(follower) {}
 
-/// What an arrangement, a launch or a scene still had to do. Focus mode closes first: what it restores later would take
-/// the tiles away again.
+/// For the later steps of an arrangement, a launch or a scene. Focus mode ends first, since its snapshot would undo
+/// them later.
 void UndoSteps::changeLater(const std::function<void()>& change) {
     closeFocusMode();
     change();
@@ -30,10 +30,10 @@ void UndoSteps::abandonDrags() {
     const bool heldPollsBack = pointer_.abandon();
     geometry_.layouts().clearAllTransientWeights();
     state_.dropTargetSlotID.set(std::nullopt);
-    if (heldPollsBack) refreshCycle_.refresh(); // what they saw is still to be acted on
+    if (heldPollsBack) refreshCycle_.refresh(); // the paused polls were not applied
 }
 
-/// Another action comes first: what is dragged goes back to where the drag began.
+/// Another action begins: windows and weights return to their state before the drag.
 void UndoSteps::endDrags() {
     if (!pointer_.isDragging()) return;
     abandonDrags();
@@ -65,7 +65,7 @@ WorkspaceUndoSnapshot UndoSteps::captureUndoSnapshot() const {
                                    .layoutHomes = tileMemory_.homes(),
                                    .learning = arranger_.learning()};
     for (const auto& window : liveWindows_) {
-        // A frame on its way counts as reached: what was last read may be older than what was last asked for.
+        // A pending frame takes precedence over the frame last read, which may be older.
         const auto pending = windowService_.pendingFrame(window.id);
         if (pending || window.frame) snapshot.windowFrames[window.id] = pending ? *pending : *window.frame;
         if (window.isMinimized) snapshot.minimizedWindowIDs.insert(window.id);
@@ -90,21 +90,20 @@ void UndoSteps::pushUndoSnapshot(UndoLabel label, std::optional<WorkspaceUndoSna
 
 void UndoSteps::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot) {
     assignments_ = snapshot.tiles;
-    tileMemory_.spaces() = snapshot.spaces; // of another Space, perhaps
+    tileMemory_.spaces() = snapshot.spaces; // the snapshot may have been taken on another Space
     const bool isAnotherSpace = tileMemory_.spaces().restore(liveWindows_.all(), liveWindows_.shownSpace(),
                                                              SpaceChange::possible, assignments_);
     displays_.restate(assignments_);
     state_.floatingWindowIDs.set(snapshot.floatingWindowIDs);
     std::set<std::string> connected;
     for (const auto& screen : *state_.screens) connected.insert(displayID(screen));
-    // What a step back assigns to a display that is not connected counts as held by it.
+    // Windows that the snapshot assigns to a disconnected display are remembered for it.
     displays_.leaveAbsentDisplays(assignments_, connected);
-    // Tile geometry is not compared yet: what the displays showed before may still have to be compared with what they
-    // show now.
+    // Tile geometry is not compared yet: the former layouts may still have to be compared with the present ones.
     state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
     state_.stackWindowIDsByTarget.set(assignments_.stackWindowIDsByTarget);
     WorkspaceProfile profile = snapshot.profile;
-    profile.autoArrangeOnLaunch = state_.profile->autoArrangeOnLaunch; // settings that no step has changed
+    profile.autoArrangeOnLaunch = state_.profile->autoArrangeOnLaunch; // settings that undo does not cover
     profile.preferredApplications = state_.profile->preferredApplications;
     state_.profile.set(std::move(profile));
     saveProfile(services_.preferences, *state_.profile);
@@ -115,7 +114,7 @@ void UndoSteps::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot) {
     if (snapshot.learning) arranger_.setLearning(snapshot.learning);
     geometry_.layouts().invalidateAll();
     if (isAnotherSpace)
-        follower_.migrateFromMissingTiles(); // its windows were last placed with the layout of that time
+        follower_.migrateFromMissingTiles(); // the windows of that Space were placed with an earlier layout
     keeper_.noteTilesMoved();
     for (ManagedWindow& window : liveWindows_) restoreWindow(window, snapshot);
     hideAsIn(snapshot); // last, so that a window minimized beside its hidden application does not count as hidden
@@ -149,8 +148,8 @@ void UndoSteps::restoreWindow(ManagedWindow& window, const WorkspaceUndoSnapshot
     }
 }
 
-/// Hiding an application takes all its windows along. Where one was opened since the snapshot, those that were hidden
-/// are minimized instead.
+/// Hiding an application hides all its windows. If one was opened since the snapshot, the windows that were hidden are
+/// minimized instead.
 void UndoSteps::hideAsIn(const WorkspaceUndoSnapshot& snapshot) {
     std::set<pid_t> withNewWindows;
     for (const ManagedWindow& window : liveWindows_) {
@@ -202,7 +201,7 @@ Outcome UndoSteps::enterFocusMode(const std::optional<std::string>& windowID) {
     }
     const CGRect frame = geometry_.restingFrame(start->window, *geometry_.zoomFrame(start->displayID));
 
-    abandonDrags(); // a drag would end as a step behind the focus mode's own
+    abandonDrags(); // otherwise the end of the drag would add an undo step after that of focus mode
     auto snapshot = captureUndoSnapshot();
     auto history = undo_.entries();
     pushUndoSnapshot({std::string(action::ToggleFocusZoom::kTraits.undoLabel), {start->window.applicationName}},
@@ -222,7 +221,7 @@ bool UndoSteps::leaveFocusMode() {
     return true;
 }
 
-/// Without effect while the screen cannot be seen: actions are refused then, and the zoomed window stays.
+/// No-op during a suspension: actions are refused then, and the zoomed window stays.
 void UndoSteps::closeFocusMode() {
     if (!access_.isAway()) (void)leaveFocusMode();
 }

@@ -1,5 +1,5 @@
-// The objects that own the workspace's state. Operations are given references to those that they work on; here they are
-// one list for what concerns all of them: other ids of windows and displays, polls, and whether something is awaited.
+// The objects that own the workspace's state. Operations get references to those that they use. The list here is used
+// to rename ids, to pass on polls and to ask `isWaiting` in all of them.
 #pragma once
 
 #include "windowing/AccessibilityWindowService.h"
@@ -27,7 +27,7 @@
 namespace kova {
 
 struct WorkspaceParts {
-    /// What the objects ask for when a time has come.
+    /// Callbacks of the objects' timers.
     struct Callbacks {
         std::function<void()> displaysSettled;
         std::function<void()> moveDivider;
@@ -55,10 +55,10 @@ struct WorkspaceParts {
     AwaitedWindows awaited{state.pendingLaunches};
     Arranger arranger;
 
-    /// In every object that knows windows, or displays, by their ids.
+    /// Renames the id in every object that stores it.
     void renameWindow(const std::string& formerID, const std::string& newID);
     void renameDisplay(const std::string& formerID, const std::string& newID);
-    /// A poll has listed the windows: what is gone or has expired is forgotten.
+    /// Passes the poll on: objects forget closed windows and expired entries.
     void onPoll();
     /// Whether any object waits for time to pass, so that polls must go on.
     bool isWaiting() const;
