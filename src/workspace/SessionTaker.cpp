@@ -211,7 +211,7 @@ void SessionTaker::acceptPlacesOfWindows(const std::set<std::string>& returnedDi
 /// On clean exit the agent shows all stacked windows. Hides them again, except windows that the user has focused or
 /// moved since, or whose front window was closed. A window that is still being restored may look minimized at first;
 /// therefore polls only hide windows here, never show them.
-void SessionTaker::putAwayAgain() {
+void SessionTaker::hideStackedWindowsAgain() {
     if (liveWindows_.minimized().isExpecting()) {
         const ManagedWindow* focused = finder_.focusedWindow();
         const auto inUse = focused ? std::optional(focused->id) : std::nullopt;

@@ -37,7 +37,8 @@ ScreenSavers::ScreenSavers(std::string busAddress, EventLoop& loop, Listener lis
 }
 
 std::string ScreenSavers::description() const {
-    if (!bus_.isConnected()) return "There is no session bus (" + bus_.problem() + "): screen savers cannot be observed.";
+    if (!bus_.isConnected())
+        return "There is no session bus (" + bus_.problem() + "): screen savers cannot be observed.";
     if (present_.empty()) return "No screen saver is running on the session bus.";
     std::string names;
     for (const std::string& name : present_) names += (names.empty() ? "" : ", ") + name;
