@@ -85,8 +85,13 @@ The log is ~/Library/Logs/KOVA/agent.log, the preferences are in the user's defa
 
 - (void)applicationDidBecomeActive:(NSNotification*)__unused notification {
     kova::macos::contained([&] {
-        if (self->_agent) self->_agent->returnActivation();
+        if (self->_agent) self->_agent->useActivation();
     });
+}
+
+/// The system logs a complaint about applications that do not answer.
+- (BOOL)applicationSupportsSecureRestorableState:(NSApplication*)__unused application {
+    return YES;
 }
 
 - (void)applicationWillTerminate:(NSNotification*)__unused notification {
