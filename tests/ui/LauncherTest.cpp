@@ -122,6 +122,39 @@ TEST_F(Launching, ShowsWhatIsRefusedAndClosesByEscapeOrWhenItLosesTheFocus) {
     EXPECT_TRUE(isClosed("launcher")) << "a click elsewhere";
 }
 
+/// As on a Mac, where a window has lost the keyboard by the time the toolkit tells that it is hidden.
+class KeyboardLostFirst : public QObject {
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Hide) QApplication::setActiveWindow(nullptr);
+        return false;
+    }
+};
+
+TEST_F(Launching, TheKeyboardGoesBackFromAWindowThatIsClosedAndFromNoOther) {
+    struct CountingFocus : WindowFocus {
+        explicit CountingFocus(int& count) : count_(count) {}
+        void giveBack() override { ++count_; }
+        int& count_;
+    };
+    int given = 0;
+    host.setFocus(std::make_unique<CountingFocus>(given));
+    KeyboardLostFirst system;
+    HostedWindow* window = openAt("launcher", "focus-main");
+    ASSERT_TRUE(window && until([&] { return window->isActiveWindow(); }));
+    window->installEventFilter(&system);
+    QTest::keyClick(field, Qt::Key_Escape);
+    ASSERT_TRUE(isClosed("launcher"));
+    EXPECT_EQ(given, 1);
+
+    window = openAt("launcher", "focus-main");
+    ASSERT_TRUE(window && until([&] { return window->isActiveWindow(); }));
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    ASSERT_TRUE(isClosed("launcher"));
+    EXPECT_EQ(given, 1) << "the user has chosen another window";
+}
+
 TEST_F(Launching, ThePaletteFindsWindowsScenesLayoutsAndCommandsForItsTile) {
     ask("scene.capture", {{"name", "Writing"}});
     std::size_t count = commandEntries({}).size();
