@@ -24,7 +24,7 @@ file(GLOB_RECURSE ui_sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_LIST_DIR}/ui/*.cp
 list(FILTER ui_sources EXCLUDE REGEX /ui/main\\.cpp$)
 if(APPLE)
   list(FILTER ui_sources EXCLUDE REGEX /ui/x11/)
-  list(APPEND ui_sources ${CMAKE_CURRENT_LIST_DIR}/ui/macos/MacPlatform.mm)
+  list(APPEND ui_sources ${CMAKE_CURRENT_LIST_DIR}/ui/macos/MacAppearance.mm ${CMAKE_CURRENT_LIST_DIR}/ui/macos/MacPlatform.mm)
 else()
   list(FILTER ui_sources EXCLUDE REGEX /ui/macos/)
 endif()

@@ -6,6 +6,7 @@
 #include <QtGlobal>
 
 #if defined(Q_OS_MACOS)
+#include "ui/macos/MacAppearance.h"
 #include "ui/macos/MacPlatform.h"
 #else
 #include "ui/x11/X11Platform.h"
@@ -84,6 +85,10 @@ Program::Program(const std::string& socketPath) :
 }
 
 void Program::start() {
+#if defined(Q_OS_MACOS)
+    macAppearance_ =
+        followAppearance([this](Brightness brightness, bool mayMove) { preferences_.set(brightness, mayMove); });
+#endif
     applyTaste();
     link_.start();
     preferences_.start();
