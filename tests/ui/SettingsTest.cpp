@@ -246,6 +246,12 @@ TEST_F(ShortcutSettings, ShowWhatOtherProgramsHoldAndAreFoundByNameAndKeys) {
     ask("shortcut.set", {{"action", "focusLeft"}, {"keys", "ctrl+alt+g"}});
     desk.settle();
     EXPECT_TRUE(until([&] { return row("Focus Left")->text(2) == QStringLiteral("In use by another program"); }));
+    desk.desktop.keyboard().setDelivery(SimulatedKeyboard::Delivery::observed); // as on a Mac
+    ask("shortcut.set", {{"action", "focusRight"}, {"keys", "ctrl+alt+r"}});
+    EXPECT_TRUE(until([&] { return row("Focus Left")->text(2) == QStringLiteral("In use by the system"); }));
+    desk.desktop.keyboard().setDelivery(SimulatedKeyboard::Delivery::claimed);
+    ask("shortcut.set", {{"action", "focusRight"}, {"keys", "ctrl+alt+t"}});
+    EXPECT_TRUE(until([&] { return row("Focus Left")->text(1) == QStringLiteral("Ctrl+Alt+G"); }));
     const auto found = [&](const QString& words) {
         auto* search = control<QLineEdit>(window, "searchShortcuts");
         search->clear();

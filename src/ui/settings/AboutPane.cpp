@@ -25,12 +25,18 @@ const PaneRegistration registration({80, "about", [] { return AboutPane::tr("Abo
 
 constexpr int kLogLines = 200;
 
-/// Where it is installed, beside this program or two folders up, else wherever the shell finds it.
+/// Where it is installed: beside this program, two folders up, or on a Mac beside the application, else wherever the
+/// shell finds it.
 QString commandLineProgram() {
     const QDir here(QCoreApplication::applicationDirPath());
-    for (const QString& path :
-         {here.filePath(QStringLiteral("kova")), here.filePath(QStringLiteral("../../bin/kova"))}) {
-        if (QFileInfo(path).isExecutable()) return path;
+#if defined(Q_OS_MACOS)
+    const QString folders[] = {QStringLiteral("."), QStringLiteral("../../..")};
+#else
+    const QString folders[] = {QStringLiteral("."), QStringLiteral("../../bin")};
+#endif
+    for (const QString& folder : folders) {
+        const QFileInfo program(here.filePath(folder + QStringLiteral("/kova")));
+        if (program.isFile() && program.isExecutable()) return program.filePath();
     }
     return QStandardPaths::findExecutable(QStringLiteral("kova"));
 }

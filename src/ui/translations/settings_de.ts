@@ -797,6 +797,10 @@
         <translation>Kein Tastenkürzel festgelegt</translation>
     </message>
     <message>
+        <source>In use by the system</source>
+        <translation>Vom System belegt</translation>
+    </message>
+    <message>
         <source>In use by another program</source>
         <translation>Von einem anderen Programm belegt</translation>
     </message>
