@@ -41,8 +41,6 @@ void prepareToolkit() {
 #else // on a Mac the toolkit would do without the system's theme, and so without its dark appearance
     qputenv("QT_XCB_GL_INTEGRATION", "none");
     qputenv("QT_QPA_PLATFORMTHEME", qgetenv("XDG_CURRENT_DESKTOP").toUpper().contains("KDE") ? "kde" : "gnome");
-    qputenv("QT_ACCESSIBILITY", "0");
-    qputenv("QT_IM_MODULE", "none");
 #endif
     QCoreApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
 }

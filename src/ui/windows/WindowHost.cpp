@@ -1,11 +1,10 @@
 #include "ui/windows/WindowHost.h"
 
+#include "support/posix/ReleasedMemory.h"
+
 #include <QCloseEvent>
 #include <QKeyEvent>
-
-#ifdef __GLIBC__
-#include <malloc.h>
-#endif
+#include <QPixmapCache>
 
 #include <algorithm>
 #include <chrono>
@@ -26,9 +25,8 @@ WindowHost::WindowHost(Surroundings surroundings) :
     connect(&rest_, &QTimer::timeout, this, [this] {
         services_.reset();
         agent_.reset();
-#ifdef __GLIBC__
-        malloc_trim(0);
-#endif
+        QPixmapCache::clear();
+        releaseUnusedMemory();
     });
 }
 
