@@ -67,6 +67,7 @@ AboutPane::AboutPane(WindowServices& services) : agent_(services.agent), version
     column->addWidget(explanation(tr("Divides each display into named tiles and keeps windows in them."), this));
     column->addWidget(updatesGroup());
     column->addWidget(logGroup(), 1);
+    column->addStretch();
 }
 
 QWidget* AboutPane::updatesGroup() {
@@ -96,6 +97,7 @@ QWidget* AboutPane::updatesGroup() {
 
 QWidget* AboutPane::logGroup() {
     auto* group = new QGroupBox(tr("Log and report"), this);
+    group->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum); // until it shows the log
     auto* column = new QVBoxLayout(group);
     auto* buttons = new QHBoxLayout;
     showLog_ = new QPushButton(tr("Show &Log"), group);
@@ -124,7 +126,6 @@ QWidget* AboutPane::logGroup() {
     column->addWidget(said_);
     column->addWidget(error_);
     column->addWidget(log_, 1);
-    column->addStretch(0);
     connect(showLog_, &QPushButton::clicked, this, &AboutPane::showLog);
     connect(report_, &QPushButton::clicked, this, &AboutPane::askForReportFile);
     return group;
@@ -166,6 +167,7 @@ void AboutPane::showLog() {
     runCommand({QStringLiteral("log"), QStringLiteral("-n"), QString::number(kLogLines)},
                [this](const QString& printed) {
                    log_->setPlainText(printed);
+                   log_->parentWidget()->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
                    log_->show();
                    log_->verticalScrollBar()->setValue(log_->verticalScrollBar()->maximum());
                });
