@@ -33,7 +33,7 @@ SessionAgent::SessionAgent(const AgentServices& services) :
                                              delegate_.workspace(), *services.documentPanels, services.workspace.alerts)
                                        : nullptr),
     menu_({.delegate = delegate_,
-           .documents = documents_.get(),
+           .documents = services.dialogs ? services.dialogs : static_cast<DocumentExchangeControl*>(documents_.get()),
            .updates = services.updates,
            // The answer to the client that chose to quit is sent first.
            .quit = [this, quit = services.quit] { queue_.post(quit); }}),
@@ -51,6 +51,7 @@ SessionAgent::SessionAgent(const AgentServices& services) :
               .overlay = &delegate_.overlay(),
               .menu = &menu_,
               .userInterface = delegate_.userInterface(),
+              .dialogs = services.dialogs,
               .settingsWindow = [this] { return delegate_.settingsWindow(); },
               .onboardingWindow = [this] { return delegate_.onboardingWindow(); },
               .permission = &delegate_.permission()}) {

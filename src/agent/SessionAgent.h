@@ -8,6 +8,7 @@
 #include "control/AgentClaim.h"
 #include "control/ControlMethods.h"
 #include "control/ControlServer.h"
+#include "control/UserInterfaceDialogs.h"
 
 #include <functional>
 #include <memory>
@@ -23,7 +24,8 @@ struct AgentServices {
     ShellServices shell;
     std::vector<const DiagnosticsServicing*> diagnostics; // the parts that report to `doctor`
     std::function<void()> quit;                           // ends the process soon, with success
-    DocumentPanelServicing* documentPanels = nullptr;     // null where the command line is all there is
+    DocumentPanelServicing* documentPanels = nullptr;     // null where the platform has none of its own
+    UserInterfaceDialogs* dialogs = nullptr;              // null where the platform has dialogs of its own
     UpdateChecker* updates = nullptr;                     // null where the system's packages are updated
 };
 

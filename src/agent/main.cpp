@@ -133,11 +133,12 @@ int manageSession(const AgentOptions& options) {
     ChildProcesses children(loop);
     UserInterfaceProcess userInterface([] { return findUserInterface(ownProgram(), findProgram); },
                                        controlSocketPlace().path, loop, children);
-    NullAlerts alerts; // the command line asks at its terminal
-    SessionAgent agent({.workspace = desktop->services(session, preferences, loop, pollingQueue, alerts),
+    UserInterfaceDialogs dialogs(loop); // the command line asks at its terminal
+    SessionAgent agent({.workspace = desktop->services(session, preferences, loop, pollingQueue, dialogs),
                         .shell = desktop->shell(session, loginItem, dock, userInterface),
                         .diagnostics = {&desktop->diagnostics(), &session},
-                        .quit = [&loop] { loop.quit(EXIT_SUCCESS); }});
+                        .quit = [&loop] { loop.quit(EXIT_SUCCESS); },
+                        .dialogs = &dialogs});
     if (X11Desktop* x11 = desktop->x11()) {
         const auto watch = [&loop](int descriptor, std::function<void()> readable) {
             return loop.watchReadable(descriptor, std::move(readable));

@@ -3,9 +3,9 @@
 #pragma once
 
 #include "app/AppDelegate.h"
-#include "app/DocumentExchange.h"
 #include "app/UpdateChecker.h"
 #include "commands/KovaShortcut.h"
+#include "control/DocumentExchangeControl.h"
 #include "control/MenuServing.h"
 
 #include <functional>
@@ -22,7 +22,7 @@ std::string menuKeyEquivalent(const KovaShortcut& shortcut);
 /// Services behind the menu. Entries of a service that is null are left out. All of them outlive the menu.
 struct MenuBarServices {
     AppDelegate& delegate;
-    DocumentExchange* documents = nullptr;
+    DocumentExchangeControl* documents = nullptr;
     UpdateChecker* updates = nullptr;
     std::function<void()> quit{};
 };

@@ -31,7 +31,7 @@ json OverlayBroadcast::subscribe(std::shared_ptr<ControlPeer> peer) {
         sendChanges();
     } else {
         overlay_.watch([this](OverlaySections sections) { touched(sections); });
-        overlay_.update(sent_, kEveryOverlaySection);
+        update(kEveryOverlaySection);
         touched_ = 0;
     }
     if (std::find(peers_.begin(), peers_.end(), peer) == peers_.end()) peers_.push_back(std::move(peer));
@@ -43,6 +43,11 @@ bool OverlayBroadcast::show(const std::string& what, json parameters) {
     parameters["what"] = what;
     send(jsonrpc::notification("show", std::move(parameters)));
     return true;
+}
+
+void OverlayBroadcast::update(OverlaySections sections) {
+    overlay_.update(sent_, sections);
+    if (amend_) amend_(sent_);
 }
 
 void OverlayBroadcast::touched(OverlaySections sections) {
@@ -58,7 +63,7 @@ void OverlayBroadcast::sendChanges() {
     const OverlaySections sections = std::exchange(touched_, 0);
     if (!hasPeers()) return;
     const OverlayContents before = sent_;
-    overlay_.update(sent_, sections);
+    update(sections);
     json changes = overlayRecord::changes(before, sent_);
     if (changes.empty()) return;
     send(jsonrpc::notification("changed",

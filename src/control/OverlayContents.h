@@ -103,7 +103,7 @@ struct OverlayDrag {
 struct OverlayMessage {
     std::string text;
     std::optional<std::string> displayID; // the current one when the message appeared
-    bool canUndo = false;
+    std::string undoMethod; // of the socket, which reverts what the message tells of; empty: it cannot be reverted
     bool operator==(const OverlayMessage&) const = default;
 };
 

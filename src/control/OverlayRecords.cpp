@@ -106,7 +106,8 @@ json drag(const OverlayDrag& drag) {
 }
 
 json message(const OverlayMessage& message) {
-    return {{"text", message.text}, {"display", orNull(message.displayID)}, {"canUndo", message.canUndo}};
+    const json undo = message.undoMethod.empty() ? json(nullptr) : json(message.undoMethod);
+    return {{"text", message.text}, {"display", orNull(message.displayID)}, {"undo", undo}};
 }
 
 json shownWindow(const OverlayShownWindow& window) {

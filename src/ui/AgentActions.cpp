@@ -2,8 +2,6 @@
 
 #include <QApplication>
 #include <QIcon>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QStyle>
 
 #include <algorithm>
@@ -12,6 +10,8 @@
 namespace kova::ui {
 
 namespace {
+
+using nlohmann::json;
 
 QString titleOf(const std::string& utf8) {
     return QString::fromStdString(utf8).replace(u'&', QStringLiteral("&&"));
@@ -49,12 +49,12 @@ void AgentActions::place(const std::string& window, const std::string& tile) {
     link_.call("place", {{"window", window}, {"tile", tile}});
 }
 
-void AgentActions::undo() {
-    link_.call("undo");
+void AgentActions::undo(const std::string& method) {
+    link_.call(method);
 }
 
 void AgentActions::chooseApplication(const std::string& tile) {
-    openLauncher_(tile);
+    openWindow_("launcher", {{"tile", tile}});
 }
 
 void AgentActions::showStackMenu(const std::string& tileID, QPoint at) {
@@ -89,7 +89,7 @@ void AgentActions::showEntryMenu(const std::string& tileID, const std::string& w
     const std::string name = entry->application.name;
     add(QStringLiteral("Quit ") + titleOf(name), [this, window] { link_.call("app.quit", {{"window", window}}); });
     add(QStringLiteral("Force Quit ") + titleOf(name) + QStringLiteral("…"),
-        [this, window, name] { forceQuit(window, name); });
+        [this, window, application = entry->application] { forceQuit(window, application); });
     menu.popup(at);
 }
 
@@ -121,45 +121,15 @@ void AgentActions::addRules(const TileContents& tile, const ApplicationName& app
     add(QStringLiteral("Leave Alone"), {{"application", named}, {"disposition", "ignore"}});
 }
 
-void AgentActions::forceQuit(const std::string& window, const std::string& applicationName) {
-    ask(QStringLiteral("Force %1 to quit?").arg(QString::fromStdString(applicationName)),
-        QStringLiteral("Changes that were not saved are lost."), QStringLiteral("Force Quit"), [this, window] {
-            link_.call("app.forceQuit", {{"window", window}});
-        });
-}
-
-/// Ends nothing but the applications that the question was about.
-void AgentActions::forceQuitAll() {
-    link_.call("forceQuitAll", nlohmann::json::object(), [this](const Answer& answer) {
-        if (!answer.error.empty()) return;
-        try {
-            const JsonCursor result(answer.result, "");
-            const auto question = result.optional("question");
-            if (!question) return;
-            const auto text = [&](const char* key) { return QString::fromStdString(question->required(key).string()); };
-            styleMenus_();
-            ask(text("title"), text("text"), text("confirm"),
-                [this, applications = result.required("applications").value()] {
-                    link_.call("forceQuitAll", {{"confirmed", applications}});
-                });
-        } catch (const DecodingError& error) {
-            qWarning("kova-ui: the question is not understood: %s", error.what());
-        }
-    });
-}
-
-void AgentActions::ask(const QString& title, const QString& text, const QString& confirm,
-                       std::function<void()> confirmed) {
-    auto* question = new QMessageBox(QMessageBox::Warning, QStringLiteral("KOVA"), title);
-    question->setInformativeText(text);
-    question->setAttribute(Qt::WA_DeleteOnClose);
-    const QAbstractButton* button = question->addButton(confirm, QMessageBox::DestructiveRole);
-    question->setDefaultButton(question->addButton(QMessageBox::Cancel));
-    QObject::connect(question, &QMessageBox::buttonClicked, question,
-                     [button, act = std::move(confirmed)](const QAbstractButton* clicked) {
-                         if (clicked == button) act();
-                     });
-    question->show();
+void AgentActions::forceQuit(const std::string& window, const ApplicationName& application) {
+    const json listed{{"name", application.name}, {"bundleIdentifier", application.id}};
+    openWindow_("alert", {{"title", "Force " + application.name + " to quit?"},
+                          {"text", "Changes that were not saved are lost."},
+                          {"confirm", "Force Quit"},
+                          {"cancel", "Cancel"},
+                          {"applications", json::array({listed})},
+                          {"method", "app.forceQuit"},
+                          {"parameters", {{"window", window}}}});
 }
 
 } // namespace kova::ui

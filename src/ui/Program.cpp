@@ -43,14 +43,10 @@ Program::Program(const std::string& socketPath) :
     actions_(
         link_, [this](const ApplicationName& application, int size) { return icons_.icon(application, size); },
         [this] { styleWidgets(); },
-        [this](const std::string& tile) {
-            windows_.show("launcher", {{"tile", tile}});
-        }),
+        [this](const std::string& what, const nlohmann::json& parameters) { windows_.show(what, parameters); }),
     tray_(
         link_, [this] { styleWidgets(); },
         [this](const std::string& id) {
-            // What ends applications asks first.
-            if (id == "force-quit-all") return actions_.forceQuitAll();
             link_.call("menu.choose", {{"id", id}});
         }),
     windows_({.socketPath = socketPath,

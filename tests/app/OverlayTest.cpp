@@ -243,7 +243,7 @@ TEST_F(Overlay, TheBackdropHasTheAppearanceAndAMessageStaysOnItsDisplay) {
     ASSERT_TRUE(message);
     EXPECT_EQ(message->text, "Windows arranged into zones — Undo is available");
     EXPECT_EQ(message->displayID, desk.displayIDOf("A"));
-    EXPECT_TRUE(message->canUndo);
+    EXPECT_EQ(message->undoMethod, "undo");
     desk.desktop.userMoves("Mail", makeRect(2600, 100, 800, 600));
     desk.desktop.userFocuses("Mail");
     passes(1);

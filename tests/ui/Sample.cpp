@@ -131,7 +131,7 @@ json sampleState(const Sample& sample) {
     if (sample.isDragging) state["drag"] = {{"window", "3"}, {"display", "d1"}, {"tile", "d1::secondary"}};
     if (sample.hasMessage) {
         state["message"] = {
-            {"text", "Windows arranged into zones — Undo is available"}, {"display", "d1"}, {"canUndo", true}};
+            {"text", "Windows arranged into zones — Undo is available"}, {"display", "d1"}, {"undo", "undo"}};
     }
     return state;
 }

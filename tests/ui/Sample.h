@@ -68,7 +68,7 @@ class NotedActions final : public OverlayActions {
     void place(const std::string& window, const std::string& tile) override {
         noted.push_back("place " + window + " " + tile);
     }
-    void undo() override { noted.push_back("undo"); }
+    void undo(const std::string& method) override { noted.push_back(method); }
     void chooseApplication(const std::string& tile) override { noted.push_back("choose " + tile); }
     void showEntryMenu(const std::string& tile, const std::string& window, QPoint) override {
         noted.push_back("menu " + tile + " " + window);

@@ -125,7 +125,7 @@ WindowDrag drag(const JsonCursor& at) {
 }
 
 StatusMessage message(const JsonCursor& at) {
-    return {at.required("text").string(), text(at, "display"), flag(at, "canUndo")};
+    return {at.required("text").string(), text(at, "display"), text(at, "undo")};
 }
 
 MenuItem menuItem(const JsonCursor& at) {

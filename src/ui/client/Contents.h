@@ -99,7 +99,7 @@ struct WindowDrag {
 struct StatusMessage {
     std::string text;
     std::string display;
-    bool canUndo = false;
+    std::string undoMethod; // of the agent, which reverts what the message tells of; empty: it cannot be reverted
     bool operator==(const StatusMessage&) const = default;
 };
 

@@ -186,8 +186,9 @@ MessageLayout layOutMessage(const StatusMessage& message, int widestPixels, cons
     MessageLayout layout;
     const QFontMetrics metrics(largeFont(style));
     const int side = style.px(20), gap = style.px(16), height = style.px(points::messageHeight);
-    const int button =
-        message.canUndo ? widthOf(kUndoText, style.font(points::largeText, QFont::DemiBold)) + 2 * style.px(16) : 0;
+    const int button = !message.undoMethod.empty()
+                           ? widthOf(kUndoText, style.font(points::largeText, QFont::DemiBold)) + 2 * style.px(16)
+                           : 0;
     const int most = std::max(style.px(80), std::min(widestPixels, style.px(points::widestMessage)) - 2 * side -
                                                 (button > 0 ? gap + button - style.px(12) : 0));
     const int natural = metrics.horizontalAdvance(textOf(message.text)) + 2;
