@@ -1,4 +1,5 @@
-// The commands that the palette offers: a fixed selection of the agent's methods with fixed parameters.
+// The commands of the palette: every verb of the command line that changes something. What a verb needs beyond the
+// focused window and the palette's tile is a question.
 #pragma once
 
 #include "ui/launcher/Entries.h"
