@@ -28,6 +28,7 @@ std::vector<OverlayDisplay> displaysOf(const WorkspaceController& workspace) {
     for (const Screen& screen : *state.screens) {
         const double firstMaxY = maxY(state.screens->front().frame);
         OverlayDisplay display{.id = displayID(screen),
+                               .number = static_cast<int>(out.size()) + 1,
                                .name = screen.localizedName,
                                .frame = flipped(screen.frame, firstMaxY),
                                .visibleFrame = flipped(screen.visibleFrame, firstMaxY),

@@ -41,7 +41,7 @@ class OverlayBroadcast {
     bool isPeer(const std::shared_ptr<ControlPeer>& client) const;
 
   private:
-    void update(OverlaySections sections);
+    void update(OverlayContents& contents, OverlaySections sections);
     void touched(OverlaySections sections);
     void sendChanges();
     void send(const nlohmann::json& notification);

@@ -28,6 +28,7 @@ struct OverlayAppearance {
 
 struct OverlayDisplay {
     std::string id;
+    int number = 1; // its place in the list
     std::string name;
     CGRect frame{};
     CGRect visibleFrame{}; // without panels, docks and menu bars
@@ -150,6 +151,9 @@ inline constexpr OverlaySections kEveryOverlaySection = (1U << 9) - 1;
 constexpr bool holds(OverlaySections sections, OverlaySection section) {
     return (sections & static_cast<OverlaySections>(section)) != 0;
 }
+
+/// Exchanges the given sections of two contents.
+void swapSections(OverlayContents& one, OverlayContents& other, OverlaySections sections);
 
 /// Main thread only.
 class OverlayServing {

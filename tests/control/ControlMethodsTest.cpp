@@ -311,6 +311,23 @@ TEST_F(AgentMethods, SubscribersGetNumberedChangesThatAddUpToTheState) {
     EXPECT_FALSE(changes.contains("displays")) << "what stayed the same is told again";
 }
 
+/// A section of the overlay with a change of it.
+static void follow(json& section, const json& change) {
+    if (!section.is_array()) {
+        section = change;
+        return;
+    }
+    std::map<std::string, json> elements;
+    json order = json::array();
+    for (const json& element : section) {
+        elements[element["id"]] = element;
+        order.push_back(element["id"]);
+    }
+    for (const json& element : change.value("changed", json::array())) elements[element["id"]].update(element);
+    section = json::array();
+    for (const json& id : change.value("order", order)) section.push_back(elements.at(id));
+}
+
 TEST_F(AgentMethods, OverlaySubscribersGetItsChangesOnceATurn) {
     const json topic = {{"topic", "overlay"}};
     EXPECT_EQ(error("subscribe", {{"topic", "windows"}})["code"], controlCode::invalidParameters);
@@ -326,13 +343,21 @@ TEST_F(AgentMethods, OverlaySubscribersGetItsChangesOnceATurn) {
         EXPECT_EQ(schemaViolation(schema, "notification:changed", params), "");
         EXPECT_EQ(params.value("topic", ""), "overlay");
         EXPECT_EQ(params["sequence"], ++last);
-        state.update(params["changes"]);
+        for (const auto& [section, change] : params["changes"].items()) follow(state[section], change);
         return params["changes"];
     };
     result("arrange");
     json changes = heard();
     EXPECT_TRUE(changes.contains("tiles") && changes.contains("message")) << "one turn, one line: " << changes;
     EXPECT_FALSE(changes.contains("displays")) << changes;
+    desk.settle();
+    result("focus", {{"direction", "right"}});
+    desk.settle();
+    do changes = heard();
+    while (changes.is_object() && !changes.contains("tiles"));
+    EXPECT_FALSE(changes["tiles"].contains("order")) << changes;
+    EXPECT_EQ(changes["tiles"]["changed"].size(), 2u) << "the tile that lost the focus and the one that got it";
+    for (const json& tile : changes["tiles"]["changed"]) EXPECT_FALSE(tile.contains("frame")) << tile;
     desk.settle();
     desk.zoom().zoom();
     result("theme.select", {{"theme", "neon"}});
