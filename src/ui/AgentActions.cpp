@@ -80,21 +80,21 @@ void AgentActions::showEntryMenu(const std::string& tileID, const std::string& w
         QAction* action = menu.addAction(title);
         QObject::connect(action, &QAction::triggered, action, act);
     };
-    add(QStringLiteral("Bring to Front"), [this, window] { bringForward(window); });
+    add(tr("Bring to Front"), [this, window] { bringForward(window); });
     addMoves(*tile, window);
-    add(QStringLiteral("Float"), [this, window] { link_.call("float", {{"window", window}}); });
+    add(tr("Float"), [this, window] { link_.call("float", {{"window", window}}); });
     menu.addSeparator();
     addRules(*tile, entry->application);
     menu.addSeparator();
     const std::string name = entry->application.name;
-    add(QStringLiteral("Quit ") + titleOf(name), [this, window] { link_.call("app.quit", {{"window", window}}); });
-    add(QStringLiteral("Force Quit ") + titleOf(name) + QStringLiteral("…"),
+    add(tr("Quit %1").arg(titleOf(name)), [this, window] { link_.call("app.quit", {{"window", window}}); });
+    add(tr("Force Quit %1…").arg(titleOf(name)),
         [this, window, application = entry->application] { forceQuit(window, application); });
     menu.popup(at);
 }
 
 void AgentActions::addMoves(const TileContents& tile, const std::string& window) {
-    QMenu* tiles = menu_->addMenu(QStringLiteral("Move to"));
+    QMenu* tiles = menu_->addMenu(tr("Move to"));
     const OverlayContents& contents = *link_.contents();
     for (const DisplayContents& display : contents.displays) {
         if (contents.displays.size() > 1) tiles->addSection(titleOf(display.name));
@@ -108,28 +108,29 @@ void AgentActions::addMoves(const TileContents& tile, const std::string& window)
 }
 
 void AgentActions::addRules(const TileContents& tile, const ApplicationName& application) {
-    QMenu* rules = menu_->addMenu(QStringLiteral("Rule for ") + titleOf(application.name));
+    QMenu* rules = menu_->addMenu(tr("Rule for %1").arg(titleOf(application.name)));
     const std::string named = application.id.empty() ? application.name : application.id;
     const auto add = [&](const QString& title, const nlohmann::json& parameters) {
         QAction* action = rules->addAction(title);
         QObject::connect(action, &QAction::triggered, action,
                          [this, parameters] { link_.call("rule.add", parameters); });
     };
-    add(QStringLiteral("Always in ") + titleOf(tile.name),
+    add(tr("Always in %1").arg(titleOf(tile.name)),
         {{"application", named}, {"disposition", "tile"}, {"slot", slotOf(tile.id)}});
-    add(QStringLiteral("Always Float"), {{"application", named}, {"disposition", "float"}});
-    add(QStringLiteral("Leave Alone"), {{"application", named}, {"disposition", "ignore"}});
+    add(tr("Always Float"), {{"application", named}, {"disposition", "float"}});
+    add(tr("Leave Alone"), {{"application", named}, {"disposition", "ignore"}});
 }
 
 void AgentActions::forceQuit(const std::string& window, const ApplicationName& application) {
     const json listed{{"name", application.name}, {"bundleIdentifier", application.id}};
-    openWindow_("alert", {{"title", "Force " + application.name + " to quit?"},
-                          {"text", "Changes that were not saved are lost."},
-                          {"confirm", "Force Quit"},
-                          {"cancel", "Cancel"},
-                          {"applications", json::array({listed})},
-                          {"method", "app.forceQuit"},
-                          {"parameters", {{"window", window}}}});
+    openWindow_("alert",
+                {{"title", tr("Force %1 to quit?").arg(QString::fromStdString(application.name)).toStdString()},
+                 {"text", tr("Changes that were not saved are lost.").toStdString()},
+                 {"confirm", tr("Force Quit").toStdString()},
+                 {"cancel", tr("Cancel").toStdString()},
+                 {"applications", json::array({listed})},
+                 {"method", "app.forceQuit"},
+                 {"parameters", {{"window", window}}}});
 }
 
 } // namespace kova::ui

@@ -5,6 +5,7 @@
 #include "ui/overlay/OverlayActions.h"
 #include "ui/style/Style.h"
 
+#include <QCoreApplication>
 #include <QMenu>
 #include <QString>
 
@@ -14,6 +15,8 @@
 namespace kova::ui {
 
 class AgentActions final : public OverlayActions {
+    Q_DECLARE_TR_FUNCTIONS(kova::ui::AgentActions)
+
   public:
     /// `styleMenus` is called before a menu is made or opens.
     AgentActions(AgentLink& link, IconSource icon, std::function<void()> styleMenus,

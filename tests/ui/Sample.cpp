@@ -170,13 +170,15 @@ int PicturePlatform::drawings() const {
 }
 
 int PicturePlatform::windowsOf(Layer layer) const {
-    return static_cast<int>(
-        std::ranges::count_if(shown_, [&](const auto& shown) { return shown.first->layer() == layer; }));
+    return static_cast<int>(std::ranges::count_if(
+        shown_, [&](const auto& shown) { return shown.first->layer() == layer && !shown.second.isConcealed; }));
 }
 
 QImage PicturePlatform::screen(QSize size) const {
     std::vector<OverlayWindow*> windows;
-    for (const auto& [window, shown] : shown_) windows.push_back(window);
+    for (const auto& [window, shown] : shown_) {
+        if (!shown.isConcealed) windows.push_back(window);
+    }
     std::ranges::sort(windows, {}, [](const OverlayWindow* window) { return window->layer(); });
     QImage screen(size, QImage::Format_RGB32);
     screen.fill(QColor(0x6b, 0x7f, 0x95));

@@ -36,6 +36,7 @@ class PicturePlatform final : public OverlayPlatform {
         QImage picture;
         QRegion seen, clickable;
         int drawings = 0;
+        bool isConcealed = false;
     };
     explicit PicturePlatform(bool isComposited = true) : isComposited_(isComposited) {}
 
@@ -43,10 +44,13 @@ class PicturePlatform final : public OverlayPlatform {
     void adopt(OverlayWindow& window) override { shown_[&window]; }
     void leave(OverlayWindow& window) override { shown_.erase(&window); }
     void stack(OverlayWindow&) override {}
+    void conceal(OverlayWindow& window) override { shown_.at(&window).isConcealed = true; }
+    void reveal(OverlayWindow& window) override { shown_.at(&window).isConcealed = false; }
     void shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) override;
     void draw(OverlayWindow& window, const QRegion& dirty) override;
     void exposed(OverlayWindow&) override {}
 
+    /// Concealed ones, too.
     const std::map<OverlayWindow*, Shown>& shown() const { return shown_; }
     int drawings() const;
     int windowsOf(Layer layer) const;
