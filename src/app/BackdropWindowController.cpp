@@ -28,7 +28,6 @@ std::vector<OverlayDisplay> displaysOf(const WorkspaceController& workspace) {
     for (const Screen& screen : *state.screens) {
         const double firstMaxY = maxY(state.screens->front().frame);
         OverlayDisplay display{.id = displayID(screen),
-                               .number = static_cast<int>(out.size()) + 1,
                                .name = screen.localizedName,
                                .frame = flipped(screen.frame, firstMaxY),
                                .visibleFrame = flipped(screen.visibleFrame, firstMaxY),
@@ -94,7 +93,7 @@ std::optional<OverlayMessage> BackdropWindowController::message() {
     if (!text) return std::nullopt;
     const std::uint64_t serial = workspace_.messagesShown();
     if (serial != messagePlace_.serial) messagePlace_ = {serial, workspace_.currentDisplayID()};
-    return OverlayMessage{*text, messagePlace_.displayID, *workspace_.state().canUndo ? "undo" : ""};
+    return OverlayMessage{*text, messagePlace_.displayID, *workspace_.state().canUndo};
 }
 
 } // namespace kova

@@ -28,7 +28,6 @@ struct OverlayAppearance {
 
 struct OverlayDisplay {
     std::string id;
-    int number = 1; // its place in the list
     std::string name;
     CGRect frame{};
     CGRect visibleFrame{}; // without panels, docks and menu bars
@@ -104,7 +103,7 @@ struct OverlayDrag {
 struct OverlayMessage {
     std::string text;
     std::optional<std::string> displayID; // the current one when the message appeared
-    std::string undoMethod; // of the socket, which reverts what the message tells of; empty: it cannot be reverted
+    bool canUndo = false;
     bool operator==(const OverlayMessage&) const = default;
 };
 
@@ -151,9 +150,6 @@ inline constexpr OverlaySections kEveryOverlaySection = (1U << 9) - 1;
 constexpr bool holds(OverlaySections sections, OverlaySection section) {
     return (sections & static_cast<OverlaySections>(section)) != 0;
 }
-
-/// Exchanges the given sections of two contents.
-void swapSections(OverlayContents& one, OverlayContents& other, OverlaySections sections);
 
 /// Main thread only.
 class OverlayServing {

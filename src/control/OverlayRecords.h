@@ -8,12 +8,11 @@
 namespace kova::overlayRecord {
 
 /// Increased when a client written for the former one would misread the contents.
-inline constexpr int kContract = 2;
+inline constexpr int kContract = 1;
 
 /// Every section by its name, and the version of agent and contract.
 nlohmann::json whole(const OverlayContents& contents);
-/// The sections in which `now` differs from `before`; of lists only the elements that changed, and of those only the
-/// members that did.
+/// The sections in which `now` differs from `before`.
 nlohmann::json changes(const OverlayContents& before, const OverlayContents& now);
 
 } // namespace kova::overlayRecord

@@ -16,7 +16,7 @@ std::int64_t Arranger::supersede() {
     return ++generation_;
 }
 
-bool Arranger::takeStartUpTurn(bool wasPermissionJustGranted) {
+bool Arranger::takeStartUpArrangement(bool wasPermissionJustGranted) {
     const bool isDue = wasPermissionJustGranted || !hadStartUpTurn_;
     hadStartUpTurn_ = true;
     return isDue;

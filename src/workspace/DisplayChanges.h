@@ -1,4 +1,4 @@
-// Moves windows and layouts after displays were connected, disconnected or resized.
+// Displays that come, go and change their size, and what becomes of the windows on them.
 #pragma once
 
 #include "windowing/AccessibilityWindowService.h"

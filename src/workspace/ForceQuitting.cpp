@@ -59,15 +59,12 @@ Alert noOpenApplicationsAlert() {
 
 Alert forceQuitAllAlert(std::span<const RunningApplication> candidates) {
     std::string text = "This immediately closes " + std::to_string(candidates.size()) +
-                       " applications. Unsaved changes will be lost. KOVA and Finder will stay open.";
-    std::vector<AlertApplication> listed;
-    for (const auto& candidate : candidates)
-        listed.push_back({onOneLine(displayedName(candidate)), candidate.bundleIdentifier.value_or("")});
+                       " applications. Unsaved changes will be lost. KOVA and Finder will stay open.\n";
+    for (const auto& candidate : candidates) text += "\n" + onOneLine(displayedName(candidate));
     return {.title = "Force Quit All Open Applications?",
             .text = std::move(text),
             .confirmButton = "Force Quit All",
-            .cancelButton = "Cancel",
-            .applications = std::move(listed)};
+            .cancelButton = "Cancel"};
 }
 
 } // namespace kova

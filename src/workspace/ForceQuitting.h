@@ -1,4 +1,4 @@
-// The applications that "force quit all" ends, and its texts for the user.
+// Which applications are ended when all are, and how the user is asked before.
 #pragma once
 
 #include "windowing/AlertServicing.h"
@@ -16,13 +16,13 @@ bool isKeptOpen(const RunningApplication& application);
 /// The regular applications that run and are neither this program nor kept open, in their order.
 std::vector<RunningApplication> forceQuitCandidates(const std::vector<RunningApplication>& running,
                                                     pid_t ownProcessIdentifier);
-/// Sorted by name as people sort; those without one come last.
+/// By name as people sort; those without one come last.
 void sortByName(std::vector<RunningApplication>& applications);
 
-/// The result for the applications that were to be ended by force.
+/// What became of the applications that were to be ended by force.
 struct ForceQuitOutcome {
     std::vector<RunningApplication> ended;
-    std::vector<std::string> refusals; // a sentence for each that got no signal
+    std::vector<std::string> refusals; // a sentence for each that was not signalled
 };
 
 /// The sentence for an application that was not ended; `reason` is a sentence without its end.
@@ -31,9 +31,9 @@ std::string notForceQuitMessage(const std::string& applicationName, const std::s
 /// "Unknown Application" for one without a name.
 std::string displayedName(const RunningApplication& application);
 
-/// The message when there is nothing to end.
+/// Tells that there is nothing to end.
 Alert noOpenApplicationsAlert();
-/// The confirmation question.
+/// Asks whether to end these.
 Alert forceQuitAllAlert(std::span<const RunningApplication> candidates);
 
 } // namespace kova

@@ -11,7 +11,7 @@ namespace kova {
 
 namespace {
 
-/// A window that is not minimized by then has refused the request.
+/// A window that is not minimized by then refuses to be.
 constexpr Seconds kTimeToLeave{2};
 
 } // namespace

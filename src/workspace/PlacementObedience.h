@@ -1,4 +1,4 @@
-// Recognizes a window manager that places windows itself, by refused placements.
+// Whether the window manager places windows itself, so that placements by KOVA have no effect.
 #pragma once
 
 #include "support/Geometry.h"
@@ -11,11 +11,11 @@ namespace kova {
 struct PlacedWindow {
     CGRect wanted{};
     CGRect actual{};
-    bool wasAskedEnough = false; // all attempts were refused
+    bool wasAskedEnough = false; // to go there, in vain
 };
 
-/// True if there are several windows, all of them refused every attempt, and none has its origin at the origin of its
-/// tile: a window that only refuses a size has it there.
+/// True when there are several windows, all were asked often enough, and none begins where its tile begins: a window
+/// that only refuses a size begins there.
 bool isPlacingIgnored(const std::vector<PlacedWindow>& windows);
 
 } // namespace kova

@@ -1,4 +1,4 @@
-// Drags of dividers and windows by the pointer.
+// What the pointer does: dividers and windows that it drags.
 #pragma once
 
 #include "windowing/AccessibilityWindowService.h"

@@ -1,4 +1,4 @@
-// The result of a poll, for the objects that forget closed windows and expired entries.
+// What a poll has found, for the objects that forget what is gone or has expired.
 #pragma once
 
 #include "support/MainQueue.h"

@@ -1,4 +1,4 @@
-// Describes the session for storing, and restores it at the start.
+// What outlives the agent: the session is described while it changes, and taken up again at the start.
 #pragma once
 
 #include "workspace/DisplayChanges.h"

@@ -42,38 +42,38 @@ class TileKeeper {
     void noteTileGeometry();
     /// Raises the layout revision: overlays and divider handles follow.
     void noteTilesMoved();
-    /// Ends every operation that edits tiles.
+    /// The end of every operation that edits tiles.
     void commit(const Transaction& changes);
-    /// Assigns the tiles and returns the displaced windows, each once. Writes no frame.
+    /// Gives the windows that lost a tile by it, each once. Writes no frame.
     std::vector<std::string> takeTiles(const std::string& windowID, const Covering& covering);
     /// Takes the tiles, hides the windows that lost theirs, and requests the frame.
     void place(const ManagedWindow& window, const Covering& covering, AccessibilityWindowService::BringToFront raise);
-    /// Places the window in one tile and commits. False if there is no such window or tile.
+    /// The same for one tile, committed. False when there is no such window or tile.
     bool placeWindow(const std::string& windowID, const std::string& targetID, Focusing focusing);
     /// Publishes that the window took more than one tile.
     void announceClaim(const ManagedWindow& window, const Covering& covering);
     /// Fills tiles that have lost their front window since `before` from their stacks.
     void bringNextForward(const TileAssignments& before);
-    /// Windows whose tiles are too small claim spans, `first` before all others.
+    /// Windows that their tiles are too small for claim spans, `first` before all others.
     void claimRoomWhereNeeded(const std::string& first = {});
     /// Windows that need less room than when they claimed their span keep only the tiles that they need.
     void giveBackSpans();
-    /// Records that the window kept `actual` after a request for `wanted`; both in window-service space.
+    /// The window rested at `actual` after being asked for `wanted`; both in window-service space.
     void minimumSizeObserved(const std::string& windowID, const CGRect& wanted, const CGRect& actual);
     /// Drops learned minimum sizes that windows are smaller than.
     void noteSizesSeen();
-    /// Requests once a size below the window's learned minimum, if that is due.
+    /// Asks the window once for less than its learned minimum, if that is due.
     void retryMinimum(const std::string& windowID);
     void publishMinimums() { state_.observedMinimumSizes.set(frames_.sizes().shown()); }
     /// Publishes and stores it.
     void setProfile(WorkspaceProfile profile);
-    /// Commits after tiles of the display have moved.
+    /// Tiles of the display have moved: commits.
     void layoutChanged(const std::string& displayID);
-    /// Empty splits restore the layout's own weights.
+    /// Without splits the layout has its own weights again.
     void storeWeights(const std::string& displayID, const std::string& layoutID, LayoutWeightOverrides weights);
-    /// Marks the window, so that rules do not move it.
+    /// Rules do not move the window any more.
     void noteHasItsPlace(const std::string& windowID);
-    /// Forgets all remembered tiles of the window.
+    /// The window returns to no earlier place any more.
     void noteMovedByUser(const std::string& windowID);
 
   private:

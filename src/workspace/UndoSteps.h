@@ -1,5 +1,4 @@
-// Takes and restores undo snapshots, and enters and leaves focus mode, which stores one. The command itself is
-// `WorkspaceController::undoLastAction`.
+// Takes and restores undo snapshots, and enters and leaves focus mode, which stores one.
 #pragma once
 
 #include "windowing/AccessibilityWindowService.h"
@@ -43,18 +42,18 @@ class UndoSteps {
     /// Ends drags and focus mode first, unless a snapshot from before them is given.
     void pushUndoSnapshot(UndoLabel label, std::optional<WorkspaceUndoSnapshot> snapshot = std::nullopt);
     void restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot);
-    /// The live windows in the state that restoring the snapshot will give them.
+    /// The live windows as they will be once the snapshot is restored.
     std::vector<ManagedWindow> windowsAsIn(const WorkspaceUndoSnapshot& snapshot) const;
     /// False when focus mode was off.
     bool leaveFocusMode();
-    /// Leaves focus mode; no-op during a suspension.
+    /// Leaves focus mode; no-op while suspended.
     void closeFocusMode();
     Outcome toggleFocusMode(const std::optional<std::string>& windowID);
-    /// Ends drags without placing windows; the weights of an unfinished divider drag are dropped.
+    /// Ends drags without moving windows; the weights of an unfinished divider drag are dropped.
     void abandonDrags();
-    /// Cancels drags: places the windows by the weights and tiles from before the drag.
+    /// Ends drags, and places the windows by the former weights and tiles again.
     void endDrags();
-    /// For the later steps of an arrangement, a launch or a scene: ends focus mode, runs `change`, and flushes.
+    /// For what an arrangement, a launch or a scene still has to do: ends focus mode, runs `change`, sends all at once.
     void changeLater(const std::function<void()>& change);
     void takeUpZoom(const WorkspaceSessionZoom& zoom, const ResumedWindows& resumed);
 

@@ -1,5 +1,5 @@
-// Measures how long the workspace was suspended: the screen asleep, locked or another user's. Deadlines of awaited
-// windows stand still meanwhile, since no window is placed.
+// How long the screen could not be seen: asleep, locked or another user's. Deadlines by which windows are awaited stand
+// still meanwhile, since no window is placed.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -10,11 +10,11 @@ namespace kova {
 
 class UnseenTime {
   public:
-    /// Begins at `now` (uptime), unless it has begun already.
+    /// The screen cannot be seen from now (uptime) on, unless that is so already.
     void begin(Seconds now) {
         if (!since_) since_ = now;
     }
-    /// Ends it and returns its length; 0 if it had not begun.
+    /// The screen can be seen again. How long it could not; 0 if it could all the time.
     Seconds end(Seconds now) {
         const Seconds duration = since_ ? now - *since_ : Seconds{0};
         since_.reset();

@@ -1,4 +1,4 @@
-// Carries out commands for one window, and moves between tiles.
+// Commands for one window, and walking between tiles.
 #pragma once
 
 #include "workspace/Arrangement.h"
@@ -27,10 +27,10 @@ class WindowCommands {
     WindowCommands(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry, const WindowFinder& finder,
                    WindowPresenter& presenter, TileKeeper& keeper, UndoSteps& steps, Arrangement& arrangement);
 
-    /// The plan that the command would carry out now.
+    /// What the command would do now, without doing it.
     std::variant<WindowPlan, WindowRefusal> planCommand(const WindowCommand& command) const;
     Outcome runCommand(const WindowCommand& command);
-    /// The visible window of the display that was focused last, else the first in its tiles; absent if it has none.
+    /// The shown window of the display that had the keyboard last, else the first in its tiles; absent without any.
     std::optional<std::string> windowLastFocusedOn(const std::string& displayID) const;
     Outcome focusWindow(WorkspaceDirection direction, const std::optional<std::string>& fromWindowID);
     Outcome moveWindow(WorkspaceDirection direction, const std::optional<std::string>& windowID);

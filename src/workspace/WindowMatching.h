@@ -1,4 +1,4 @@
-// Finds the open window that matches a saved reference.
+// Finding the window that a saved reference means among those that are open now.
 #pragma once
 
 #include "persistence/WorkspaceProductDocument.h"
@@ -13,7 +13,7 @@
 
 namespace kova {
 
-/// Returns each window at most once. The windows must outlive it unchanged.
+/// Gives each window at most once. Built for one moment: the windows must outlive it unchanged.
 class WindowMatcher {
   public:
     /// `windows` in the order in which they were enumerated; those in `used` match nothing.

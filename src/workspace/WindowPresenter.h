@@ -1,4 +1,4 @@
-// Sends requests for single windows: frames, show, hide, minimize, focus.
+// What is asked of single windows: frames, to be shown, hidden, minimized, focused.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -40,21 +40,21 @@ class WindowPresenter {
     void minimizeWindow(const ManagedWindow& window);
     void hideApplicationOf(const ManagedWindow& window);
     void unhideApplicationOf(const ManagedWindow& window);
-    /// Shows the window. Stacked windows of its application stay hidden.
+    /// Shows the window. Windows of its application that wait in stacks stay hidden.
     void bringBack(const ManagedWindow& window);
-    /// False if the window was closed or its application has ended.
+    /// False when the window or its application is gone.
     bool focus(const ManagedWindow& window);
     void requestPresentation(const std::string& windowID, WindowPresentation presentation);
     /// Hides windows that lost their tile: the application where none of its windows stays visible, else the window.
     void presentDisplaced(const std::vector<std::string>& displacedWindowIDs);
-    /// Requests the frames of windows that are off their tiles.
+    /// Requests the frames of windows that strayed from their tiles.
     void reapplyTileFrames(Straying straying = Straying::noticeable);
     /// Absent when the window may be moved.
     std::optional<LeftAlone> whyLeftAlone(const ManagedWindow& window) const;
     bool isLeftAlone(const ManagedWindow& window) const { return whyLeftAlone(window).has_value(); }
-    /// True for a window that is not visible and that no request of KOVA can show.
+    /// Neither visible nor able to be shown by a request.
     bool isOffScreen(const ManagedWindow& window) const;
-    /// Raises the windows above others; the one focused last is raised last.
+    /// Above other windows; the one that had the focus last comes out on top.
     void raiseRestored(const std::vector<std::string>& windowIDs);
 
   private:

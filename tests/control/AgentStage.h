@@ -8,7 +8,6 @@
 #include "control/ControlMethods.h"
 #include "control/ControlServer.h"
 #include "control/PermissionControl.h"
-#include "control/UserInterfaceDialogs.h"
 #include "tests/control/SocketClient.h"
 #include "tests/harness/Scenario.h"
 #include "tests/linux/TemporaryFolder.h"
@@ -29,7 +28,6 @@ class AgentStage {
         desk.opens("Mail", {.title = "Inbox"}).opens("Notes").opens("Terminal");
         // Time stands still while it is launched.
         desk.desktop.install("Maps", {.bundleIdentifier = "org.example.Maps", .startsAfter = Seconds(0)});
-        desk.desktop.showAlertsBy(dialogs);
         desk.start();
         desk.delegate().applicationDidFinishLaunching(); // the workspace has started already
         urls.emplace(desk.controller(), desk.desktop.queue());
@@ -42,10 +40,8 @@ class AgentStage {
                                .queue = desk.desktop.queue(),
                                .quit = [this] { hasQuit = true; },
                                .overlay = &desk.delegate().overlay(),
-                               .menu =
-                                   &menu.emplace(MenuBarServices{.delegate = desk.delegate(), .documents = &dialogs}),
+                               .menu = &menu.emplace(MenuBarServices{.delegate = desk.delegate()}),
                                .userInterface = &userInterface,
-                               .dialogs = &dialogs,
                                .settingsWindow = [this] { return desk.delegate().settingsWindow(); },
                                .onboardingWindow = [this] { return desk.delegate().onboardingWindow(); },
                                .permission = &permission};
@@ -116,7 +112,6 @@ class AgentStage {
     Permission permission;
     UserInterface userInterface;
     Scenario desk;
-    UserInterfaceDialogs dialogs{desk.desktop.queue()};
     KovaShortcutSettings shortcuts{desk.preferences};
     void endServer() { server.reset(); }
 

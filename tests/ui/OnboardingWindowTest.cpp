@@ -77,7 +77,7 @@ TEST_F(Onboarding, OffersSettingsAndAFirstArrangementThatCanBeUndone) {
 
 class GoldenOnboarding : public Onboarding {};
 
-TEST_F(GoldenOnboarding, MatchesTheGoldenPicture) {
+TEST_F(GoldenOnboarding, MatchesTheGoldenPictures) {
     permission.isAskable = true;
     desk.desktop.setTrusted(false);
     desk.settle();

@@ -188,7 +188,8 @@ EventEffects WindowModel::applyMapping(xcb_window_t window, bool isMapped, std::
     }
     if (!known) {
         // While window managers change, the next poll tells frames from windows.
-        if (!isMapped || place->second.isOverrideRedirect || manager_.isMute || settlesAt_ || staleManager)
+        if (!isMapped || place->second.isOverrideRedirect || manager_.publishesNoClientList || settlesAt_ ||
+            staleManager)
             return effects;
         adoptUnmanaged(window);
         effects.changed = true;
@@ -225,7 +226,8 @@ EventEffects WindowModel::applyReparent(const xcb_reparent_notify_event_t& event
         unknownTopLevels_.push_back(event.window);
     } else {
         // A window manager that starts puts frames around windows before it announces itself.
-        const bool getsFrame = moved && topLevel(event.parent) && (staleManager || settlesAt_ || manager_.isMute);
+        const bool getsFrame =
+            moved && topLevel(event.parent) && (staleManager || settlesAt_ || manager_.publishesNoClientList);
         if (getsFrame) {
             setTopLevelOf(*moved, kNoWindow);
             forget(event.parent);

@@ -32,17 +32,12 @@ class MacPlatform final : public OverlayPlatform {
 
   private:
     class ClickArea;
-    /// One may be removed by what its own click has caused.
-    struct RemoveLater {
-        void operator()(ClickArea* area) const;
-    };
 
     PlainPlatform plain_;
-    std::map<OverlayWindow*, std::unique_ptr<ClickArea, RemoveLater>> clickAreas_;
+    std::map<OverlayWindow*, std::unique_ptr<ClickArea>> clickAreas_;
 };
 
-/// This program is hardly ever active: a window gets the keyboard only with its program, a panel without a title bar
-/// also by itself. An activation while no window is open is given back.
+/// This program is hardly ever active: a window gets the keyboard only with its program.
 class MacWindowFocus final : public WindowFocus {
   public:
     MacWindowFocus();
@@ -52,8 +47,8 @@ class MacWindowFocus final : public WindowFocus {
     void giveBack() override;
 
   private:
-    struct Parts;
-    std::unique_ptr<Parts> parts_;
+    struct Before;
+    std::unique_ptr<Before> before_;
 };
 
 /// Null when no application has the bundle identifier.

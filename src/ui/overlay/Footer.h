@@ -39,9 +39,10 @@ struct FooterLayout {
     QRect remark;  // for saying that the tile is empty
     struct Notice {
         QRect area;
-        QStringList parts; // shown one after the other; mostly one
+        QStringList lines;
+        double textPoints = 0;
     };
-    Notice notice; // without parts when there is none
+    Notice notice; // without lines when there is none
     QRect launch;
 
     FooterHit at(QPoint point) const;
@@ -56,7 +57,6 @@ struct FooterState {
     FooterHit hovered;
     bool isDropTarget = false;
     double spinnerTurn = 0; // of the launch indicator, 0 to 1
-    qsizetype noticePart = 0;
     bool operator==(const FooterState&) const = default;
 };
 void paintFooter(QPainter& painter, const TileContents& tile, const FooterLayout& layout, const FooterState& state,

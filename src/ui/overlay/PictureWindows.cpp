@@ -140,8 +140,7 @@ void MessageWindow::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void MessageWindow::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton && layout_.undo.contains(event->position().toPoint()))
-        actions_.undo(message_.undoMethod);
+    if (event->button() == Qt::LeftButton && layout_.undo.contains(event->position().toPoint())) actions_.undo();
 }
 
 } // namespace kova::ui

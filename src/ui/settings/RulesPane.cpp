@@ -117,14 +117,12 @@ void RulesPane::buildNew(QVBoxLayout& column) {
     newError_ = new FieldError;
     newError_->setObjectName(QStringLiteral("newError"));
 
-    const auto addRow = [&](std::initializer_list<QWidget*> controls) {
-        auto* row = new QHBoxLayout;
-        for (QWidget* each : controls) row->addWidget(each);
-        row->addStretch();
-        column.addLayout(row);
-    };
-    addRow({label, newDisposition_, forFocused, forWindow});
-    addRow({exclude});
+    auto* row = new QHBoxLayout;
+    for (QWidget* each : std::initializer_list<QWidget*>{label, newDisposition_, forFocused, forWindow, exclude}) {
+        row->addWidget(each);
+    }
+    row->addStretch();
+    column.addLayout(row);
     column.addWidget(pickingHint_);
     column.addWidget(newError_);
     fillDispositions(json::array());

@@ -1,10 +1,11 @@
 #include "ui/windows/WindowHost.h"
 
-#include "support/posix/ReleasedMemory.h"
-
 #include <QCloseEvent>
 #include <QKeyEvent>
-#include <QPixmapCache>
+
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 #include <algorithm>
 #include <chrono>
@@ -25,8 +26,9 @@ WindowHost::WindowHost(Surroundings surroundings) :
     connect(&rest_, &QTimer::timeout, this, [this] {
         services_.reset();
         agent_.reset();
-        QPixmapCache::clear();
-        releaseUnusedMemory();
+#ifdef __GLIBC__
+        malloc_trim(0);
+#endif
     });
 }
 
@@ -88,12 +90,9 @@ bool WindowHost::eventFilter(QObject* watched, QEvent* event) {
         window->close();
         return true;
     }
-    // Some systems take the keyboard from a window before the toolkit tells that it is hidden.
-    if (event->type() == QEvent::Close) closing_ = {window, window->isActiveWindow()};
     // The window's own close event may still refuse; a hidden window has been closed.
     if (event->type() == QEvent::Hide && !event->spontaneous()) {
-        const Closing closing = std::exchange(closing_, {});
-        const bool hadKeyboard = window->isActiveWindow() || (closing.window == window && closing.hadKeyboard);
+        const bool hadKeyboard = window->isActiveWindow();
         QMetaObject::invokeMethod(
             this, [this, window, hadKeyboard] { closed(window, hadKeyboard); }, Qt::QueuedConnection);
     }

@@ -7,7 +7,6 @@
 #include "ui/overlay/OverlayWindow.h"
 #include "ui/x11/StackOrder.h"
 
-#include <QAbstractNativeEventFilter>
 #include <QSocketNotifier>
 
 #include <functional>
@@ -21,7 +20,7 @@ struct xcb_screen_t;
 
 namespace kova::ui {
 
-class X11Platform final : public OverlayPlatform, private QAbstractNativeEventFilter {
+class X11Platform final : public OverlayPlatform {
   public:
     /// `connection` is the toolkit's; null when a connection of our own cannot be made.
     static std::unique_ptr<X11Platform> create(xcb_connection_t* connection);
@@ -38,8 +37,6 @@ class X11Platform final : public OverlayPlatform, private QAbstractNativeEventFi
     void adopt(OverlayWindow& window) override;
     void leave(OverlayWindow& window) override;
     void stack(OverlayWindow& window) override;
-    void conceal(OverlayWindow& window) override;
-    void reveal(OverlayWindow& window) override;
     void shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) override;
     void draw(OverlayWindow& window, const QRegion& dirty) override;
     void flush() override;
@@ -54,8 +51,6 @@ class X11Platform final : public OverlayPlatform, private QAbstractNativeEventFi
     };
 
     X11Platform(xcb_connection_t* connection, xcb_connection_t* watch, int screen);
-    bool nativeEventFilter(const QByteArray& kind, void* event, qintptr* result) override;
-    void dropPixmap(Picture& picture);
     void watchSelections();
     void lookAtSelections();
     void watchMonitors();
