@@ -1,6 +1,6 @@
 # KOVA.app: the agent with its icon, its Info.plist, the command line (Contents/Helpers/kova) and, where Qt is installed,
-# kova-ui as an application of its own beside it; and where asked for Sparkle and the intents in Swift. Included beside the agent's target. On other systems only what can be made
-# there, for the tests: the Info.plist and the Swift source.
+# kova-ui as an application of its own beside it; and where asked for Sparkle and the intents in Swift. Included beside
+# the agent's target. On other systems only what can be made there, for the tests: the Info.plist and the Swift source.
 set(bundle_folder ${CMAKE_CURRENT_LIST_DIR})
 set(KOVA_BUNDLE_IDENTIFIER org.example.kova CACHE STRING "Under which the Mac knows the application and its permissions")
 option(KOVA_WITH_SPARKLE "Build the Mac application with Sparkle, which looks for updates" OFF)
@@ -49,6 +49,8 @@ add_dependencies(kova-agent kova)
 add_custom_command(TARGET kova-agent POST_BUILD
   COMMAND ${CMAKE_COMMAND} -E make_directory ${contents}/Helpers
   COMMAND ${CMAKE_COMMAND} -E copy $<TARGET_FILE:kova> ${contents}/Helpers/kova VERBATIM)
+# The copies are renewed with the agent, so that it is linked anew when one of the programs was.
+set_property(TARGET kova-agent APPEND PROPERTY LINK_DEPENDS $<TARGET_FILE:kova>)
 
 if(TARGET kova-ui)
   set_target_properties(kova-ui PROPERTIES
@@ -56,13 +58,19 @@ if(TARGET kova-ui)
     MACOSX_BUNDLE_INFO_PLIST ${ui_info_plist}
     XCODE_ATTRIBUTE_PRODUCT_BUNDLE_IDENTIFIER ${KOVA_BUNDLE_IDENTIFIER}.ui)
   add_dependencies(kova-agent kova-ui)
+  set_property(TARGET kova-agent APPEND PROPERTY LINK_DEPENDS $<TARGET_FILE:kova-ui>)
+  set(helper ${contents}/Helpers/kova-ui.app)
   add_custom_command(TARGET kova-agent POST_BUILD
-    COMMAND ditto $<TARGET_BUNDLE_DIR:kova-ui> ${contents}/Helpers/kova-ui.app VERBATIM)
+    COMMAND ${CMAKE_COMMAND} -E rm -rf ${helper}
+    COMMAND ditto $<TARGET_BUNDLE_DIR:kova-ui> ${helper} VERBATIM)
   if(CMAKE_BUILD_TYPE STREQUAL Release)
-    # A signed application loads libraries of the same signer only, so that Qt goes along.
+    # A signed application loads libraries of the same signer only, so that Qt goes along. What is added and changed then
+    # makes the linker's or Xcode's signature void, and the system ends a program with a void one: signed anew, before
+    # the application around it is.
     find_program(MACDEPLOYQT macdeployqt HINTS ${QT6_INSTALL_PREFIX}/bin ${qt_prefix}/bin REQUIRED)
     add_custom_command(TARGET kova-agent POST_BUILD
-      COMMAND ${MACDEPLOYQT} ${contents}/Helpers/kova-ui.app -verbose=1 VERBATIM)
+      COMMAND ${MACDEPLOYQT} ${helper} -verbose=1
+      COMMAND ${bundle_folder}/sign ${helper} - VERBATIM)
   endif()
 endif()
 

@@ -29,14 +29,16 @@ class MacAgent {
     /// Hidden and minimized windows are shown again, and the preferences are on disk.
     void stop();
     void openURLs(const std::vector<std::string>& urls);
-    /// Call when KOVA became active: activates the former application again after a URL, unless a dialog is shown.
-    void returnActivation();
+    /// Call when KOVA became active: after an opening that shows no dialog, the former application or kova-ui gets the
+    /// activation.
+    void useActivation();
     /// The user opened the program again: shows the settings, where no program draws them the menu of the menu-bar
     /// item.
     void reopen();
 
   private:
     struct Parts;
+    void noteOpened(OpenedWindow window);
 
     const AgentOptions options_;
     std::unique_ptr<Parts> parts_;

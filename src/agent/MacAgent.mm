@@ -124,20 +124,22 @@ MacAgent::~MacAgent() {
 }
 
 std::optional<int> MacAgent::start() {
-    const auto errorReporter = [this](const std::string& problem) {
-        reportError(options_, problem);
+    const auto complaint = [this](const std::string& problem) {
+        complain(options_, problem);
         startProblem_ = problem;
     };
-    auto claim = SessionAgent::claimSession(errorReporter);
+    auto claim = SessionAgent::claimSession(complaint);
     if (!claim) return kExitSessionNotTaken;
     parts_ = std::make_unique<Parts>();
     if (const auto problem = parts_->agent.start(std::move(*claim))) {
-        errorReporter(*problem);
+        complaint(*problem);
         parts_.reset();
         return kExitFailed;
     }
     isStarted_ = true;
     parts_->menuBar.emplace(parts_->agent.menu());
+    const KovaOnboardingWindowController* introduction = parts_->agent.delegate().onboardingWindow();
+    noteOpened(introduction && introduction->isShown() ? OpenedWindow::ofUserInterface : OpenedWindow::none);
     openURLs(std::exchange(waitingURLs_, {}));
     return std::nullopt;
 }
@@ -148,21 +150,34 @@ void MacAgent::stop() {
 }
 
 void MacAgent::openURLs(const std::vector<std::string>& urls) {
-    activationReturn_.noteAddresses(mainQueue().uptime());
-    if (NSApp.active) returnActivation();
+    if (urls.empty()) return;
+    noteOpened(OpenedWindow::none);
     if (isStarted_) return parts_->agent.openURLs(urls);
     waitingURLs_.insert(waitingURLs_.end(), urls.begin(), urls.end());
 }
 
-void MacAgent::returnActivation() {
+void MacAgent::noteOpened(OpenedWindow window) {
+    activationReturn_.noteOpened(mainQueue().uptime(), window);
+    if (NSApp.active) useActivation();
+}
+
+void MacAgent::useActivation() {
     const OwnDialog dialog = hasDialog() ? OwnDialog::shown : OwnDialog::none;
-    if (activationReturn_.isDue(mainQueue().uptime(), dialog)) macos::returnActivation();
+    switch (activationReturn_.use(mainQueue().uptime(), dialog)) {
+    case ActivationUse::keep:
+        return;
+    case ActivationUse::giveBack:
+        return returnActivation();
+    case ActivationUse::passToUserInterface:
+        return passActivationTo(text(NSBundle.mainBundle.bundleIdentifier) + ".ui");
+    }
 }
 
 void MacAgent::reopen() {
     if (!parts_ || !parts_->menuBar) return;
     KovaSettingsWindowController* settings = parts_->agent.delegate().settingsWindow();
-    if (!settings || settings->show(std::nullopt)) parts_->menuBar->open();
+    if (!settings || settings->show(std::nullopt)) return parts_->menuBar->open();
+    noteOpened(OpenedWindow::ofUserInterface);
 }
 
 void quitMacAgent() {

@@ -33,7 +33,7 @@ SessionAgent::SessionAgent(const AgentServices& services) :
                                              delegate_.workspace(), *services.documentPanels, services.workspace.alerts)
                                        : nullptr),
     menu_({.delegate = delegate_,
-           .documents = documents_.get(),
+           .documents = services.dialogs ? services.dialogs : static_cast<DocumentExchangeControl*>(documents_.get()),
            .updates = services.updates,
            // The answer to the client that chose to quit is sent first.
            .quit = [this, quit = services.quit] { queue_.post(quit); }}),
@@ -51,6 +51,7 @@ SessionAgent::SessionAgent(const AgentServices& services) :
               .overlay = &delegate_.overlay(),
               .menu = &menu_,
               .userInterface = delegate_.userInterface(),
+              .dialogs = services.dialogs,
               .settingsWindow = [this] { return delegate_.settingsWindow(); },
               .onboardingWindow = [this] { return delegate_.onboardingWindow(); },
               .permission = &delegate_.permission()}) {
@@ -65,11 +66,11 @@ SessionAgent::SessionAgent(const AgentServices& services) :
     });
 }
 
-std::optional<AgentClaim> SessionAgent::claimSession(const std::function<void(const std::string&)>& reportError) {
+std::optional<AgentClaim> SessionAgent::claimSession(const std::function<void(const std::string&)>& complain) {
     auto claim = AgentClaim::take(controlSocketPlace());
     if (const auto* refusal = std::get_if<AgentClaimRefusal>(&claim)) {
-        reportError(refusal->holder ? "process " + std::to_string(*refusal->holder) + " already manages this session"
-                                    : refusal->message);
+        complain(refusal->holder ? "process " + std::to_string(*refusal->holder) + " already manages this session"
+                                 : refusal->message);
         return std::nullopt;
     }
     return std::get<AgentClaim>(std::move(claim));
@@ -90,7 +91,7 @@ std::optional<std::string> SessionAgent::start(AgentClaim claim) {
 /// Requests are served after the first poll, so that a client that arranges right after the start affects the existing
 /// windows. In a locked session there is no poll, so they are served at once.
 void SessionAgent::serveOnceWindowsAreKnown(Seconds until) {
-    if (!delegate_.workspace().hasPolled() && queue_.uptime() < until) {
+    if (!delegate_.workspace().hasLooked() && queue_.uptime() < until) {
         queue_.after(kPauseBeforeWindowsAreKnown, lifetime_.guard([this, until] { serveOnceWindowsAreKnown(until); }));
         return;
     }

@@ -8,6 +8,7 @@
 #include "control/AgentClaim.h"
 #include "control/ControlMethods.h"
 #include "control/ControlServer.h"
+#include "control/UserInterfaceDialogs.h"
 
 #include <functional>
 #include <memory>
@@ -23,7 +24,8 @@ struct AgentServices {
     ShellServices shell;
     std::vector<const DiagnosticsServicing*> diagnostics; // the parts that report to `doctor`
     std::function<void()> quit;                           // ends the process soon, with success
-    DocumentPanelServicing* documentPanels = nullptr;     // null where the command line is all there is
+    DocumentPanelServicing* documentPanels = nullptr;     // null where the platform has none of its own
+    UserInterfaceDialogs* dialogs = nullptr;              // null where the platform has dialogs of its own
     UpdateChecker* updates = nullptr;                     // null where the system's packages are updated
 };
 
@@ -34,7 +36,7 @@ class SessionAgent {
     SessionAgent& operator=(const SessionAgent&) = delete;
 
     /// Claims the session, before anything else; absent if another agent has it, which has been reported.
-    static std::optional<AgentClaim> claimSession(const std::function<void(const std::string&)>& reportError);
+    static std::optional<AgentClaim> claimSession(const std::function<void(const std::string&)>& complain);
 
     /// Listens at the socket and begins to manage windows; clients are served after the first poll. Absent on success,
     /// else the error for the user.

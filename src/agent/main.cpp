@@ -35,7 +35,7 @@ or the end of the X server; control it with "kova". Each session has at most one
 
   --foreground   write the log to the terminal, too (it stays in the foreground either way: session managers
                  and autostart want that)
-  --verbose      log in detail, including titles of windows and names of applications
+  --verbose      log in detail, including window titles and application names
   --version      print the version and exit
   --help         print this help and exit
 
@@ -61,7 +61,7 @@ class Desktop {
             return desktop;
         }
         const auto& failure = std::get<X11Desktop::Failure>(opened);
-        reportError(options, failure.reason);
+        complain(options, failure.reason);
         if (failure.isClaimedByOther) return kExitSessionNotTaken;
         if (!isWaylandOnly()) return kExitFailed;
         desktop.absent_ = std::make_unique<UnavailableDesktop>(failure.reason, loop);
@@ -110,8 +110,8 @@ int manageSession(const AgentOptions& options) {
     const auto stateFolder = folders.stateHome / "kova";
     createPrivateFolder(stateFolder);
     openAgentLog(stateFolder, options);
-    const auto errorReporter = [&options](const std::string& text) { reportError(options, text); };
-    auto claim = SessionAgent::claimSession(errorReporter);
+    const auto complaint = [&options](const std::string& text) { complain(options, text); };
+    auto claim = SessionAgent::claimSession(complaint);
     if (!claim) return kExitSessionNotTaken;
 
     EventLoop loop;
@@ -133,23 +133,24 @@ int manageSession(const AgentOptions& options) {
     ChildProcesses children(loop);
     UserInterfaceProcess userInterface([] { return findUserInterface(ownProgram(), findProgram); },
                                        controlSocketPlace().path, loop, children);
-    NullAlerts alerts; // the command line asks at its terminal
-    SessionAgent agent({.workspace = desktop->services(session, preferences, loop, pollingQueue, alerts),
+    UserInterfaceDialogs dialogs(loop); // the command line asks at its terminal
+    SessionAgent agent({.workspace = desktop->services(session, preferences, loop, pollingQueue, dialogs),
                         .shell = desktop->shell(session, loginItem, dock, userInterface),
                         .diagnostics = {&desktop->diagnostics(), &session},
-                        .quit = [&loop] { loop.quit(EXIT_SUCCESS); }});
+                        .quit = [&loop] { loop.quit(EXIT_SUCCESS); },
+                        .dialogs = &dialogs});
     if (X11Desktop* x11 = desktop->x11()) {
         const auto watch = [&loop](int descriptor, std::function<void()> readable) {
             return loop.watchReadable(descriptor, std::move(readable));
         };
         x11->listen(watch, [&loop, &options] {
-            reportError(options, "the X server has ended, or has closed the connection");
+            complain(options, "the X server has ended, or has closed the connection");
             loop.quit(kExitFailed);
         });
     }
 
     if (const auto problem = agent.start(std::move(*claim))) {
-        reportError(options, *problem);
+        complain(options, *problem);
         return kExitFailed;
     }
     if (const auto text = agent.firstSteps(); text && isTerminal())

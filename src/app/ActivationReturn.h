@@ -1,5 +1,5 @@
-// When the Mac opens a URL of KOVA it also activates KOVA, a moment later and although KOVA shows no window. Says after
-// which activations the former application is to be activated again. Main thread.
+// When the Mac opens KOVA or one of its URLs it also makes KOVA active, a moment later and although KOVA itself shows
+// no window: key presses would then reach none. Says what to do with an activation. Main thread.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -9,22 +9,30 @@
 namespace kova {
 
 enum class OwnDialog { none, shown };
+/// What an opening shows; kova-ui is an application of its own.
+enum class OpenedWindow { none, ofUserInterface };
+enum class ActivationUse { keep, giveBack, passToUserInterface };
 
 class ActivationReturn {
   public:
-    /// The longest time between the opening of a URL and the activation.
+    /// The longest time between an opening and the activation.
     static constexpr Seconds kLongestDelay{0.5};
 
-    /// `now` in uptime.
-    void noteAddresses(Seconds now) { opened_ = now; }
-    /// Whether an activation at `now` (uptime) came from a URL. False while a dialog of KOVA is open: it needs the
-    /// keyboard.
-    bool isDue(Seconds now, OwnDialog dialog) const {
-        return opened_ && now - *opened_ <= kLongestDelay && dialog == OwnDialog::none;
+    /// The user opened KOVA or a URL of it. `now` in uptime.
+    void noteOpened(Seconds now, OpenedWindow window) {
+        opened_ = now;
+        window_ = window;
+    }
+    /// For an activation at `now` (uptime). Kept unless it came with an opening, and while a dialog of KOVA is open or
+    /// about to open: it needs the keyboard.
+    ActivationUse use(Seconds now, OwnDialog dialog) const {
+        if (!opened_ || now - *opened_ > kLongestDelay || dialog == OwnDialog::shown) return ActivationUse::keep;
+        return window_ == OpenedWindow::none ? ActivationUse::giveBack : ActivationUse::passToUserInterface;
     }
 
   private:
-    std::optional<Seconds> opened_; // uptime of the last URLs
+    std::optional<Seconds> opened_; // uptime of the last opening
+    OpenedWindow window_ = OpenedWindow::none;
 };
 
 } // namespace kova

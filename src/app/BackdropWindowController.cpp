@@ -28,6 +28,7 @@ std::vector<OverlayDisplay> displaysOf(const WorkspaceController& workspace) {
     for (const Screen& screen : *state.screens) {
         const double firstMaxY = maxY(state.screens->front().frame);
         OverlayDisplay display{.id = displayID(screen),
+                               .number = static_cast<int>(out.size()) + 1,
                                .name = screen.localizedName,
                                .frame = flipped(screen.frame, firstMaxY),
                                .visibleFrame = flipped(screen.visibleFrame, firstMaxY),
@@ -93,7 +94,7 @@ std::optional<OverlayMessage> BackdropWindowController::message() {
     if (!text) return std::nullopt;
     const std::uint64_t serial = workspace_.messagesShown();
     if (serial != messagePlace_.serial) messagePlace_ = {serial, workspace_.currentDisplayID()};
-    return OverlayMessage{*text, messagePlace_.displayID, *workspace_.state().canUndo};
+    return OverlayMessage{*text, messagePlace_.displayID, *workspace_.state().canUndo ? "undo" : ""};
 }
 
 } // namespace kova

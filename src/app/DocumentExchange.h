@@ -2,21 +2,22 @@
 #pragma once
 
 #include "app/DocumentPanelServicing.h"
+#include "control/DocumentExchangeControl.h"
 #include "support/Lifetime.h"
 #include "windowing/AlertServicing.h"
 #include "workspace/WorkspaceController.h"
 
 namespace kova {
 
-class DocumentExchange {
+class DocumentExchange final : public DocumentExchangeControl {
   public:
     /// All of these outlive the exchange.
     DocumentExchange(WorkspaceController& workspace, DocumentPanelServicing& panels, AlertServicing& alerts) :
         workspace_(workspace), panels_(panels), alerts_(alerts) {}
 
-    /// Errors are shown in an alert; success is not reported.
-    void exportDocument();
-    void importDocument();
+    bool canAsk() const override { return true; }
+    void exportDocument() override;
+    void importDocument() override;
 
   private:
     void fail(const std::string& what, const std::string& why);

@@ -346,8 +346,9 @@ class KovaMenuBarContent::Build {
         addUpdateSettings();
         if (!services_.documents) return;
         separate();
-        add("export", "Export Scenes and Rules…", Enabled::yes, [this] { services_.documents->exportDocument(); });
-        add("import", "Import Scenes and Rules…", Enabled::yes, [this] { services_.documents->importDocument(); });
+        const Enabled canAsk = enabledIf(services_.documents->canAsk());
+        add("export", "Export Scenes and Rules…", canAsk, [this] { services_.documents->exportDocument(); });
+        add("import", "Import Scenes and Rules…", canAsk, [this] { services_.documents->importDocument(); });
         addHeading("Portable JSON · local-first");
     }
 

@@ -3,9 +3,9 @@
 #pragma once
 
 #include "app/AppDelegate.h"
-#include "app/DocumentExchange.h"
 #include "app/UpdateChecker.h"
 #include "commands/KovaShortcut.h"
+#include "control/DocumentExchangeControl.h"
 #include "control/MenuServing.h"
 
 #include <functional>
@@ -19,10 +19,10 @@ namespace kova {
 /// The character that stands for the key in a Mac's menus; empty if there is none.
 std::string menuKeyEquivalent(const KovaShortcut& shortcut);
 
-/// Services that the menu's entries use; a null service has no entries. All outlive the menu.
+/// Services behind the menu. Entries of a service that is null are left out. All of them outlive the menu.
 struct MenuBarServices {
     AppDelegate& delegate;
-    DocumentExchange* documents = nullptr;
+    DocumentExchangeControl* documents = nullptr;
     UpdateChecker* updates = nullptr;
     std::function<void()> quit{};
 };

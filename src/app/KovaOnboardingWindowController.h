@@ -45,6 +45,8 @@ class KovaOnboardingWindowController final : public OnboardingWindowControl {
     std::optional<std::string> show() override;
     /// What is closed before the permission is there is shown again at the next start.
     void close() override;
+    /// The window, not the dialog.
+    bool isShown() const { return isShown_; }
 
   private:
     std::optional<OnboardingOffer> dockOffer() const;

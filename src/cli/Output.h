@@ -1,4 +1,4 @@
-// The agent's answers as text for the terminal.
+// The agent's answers as people read them.
 #pragma once
 
 #include "cli/Arguments.h"

@@ -123,7 +123,7 @@ inline constexpr Parameter kScene{
     .key = "scene", .value = "SCENE", .meaning = "name of a scene, or its id", .names = sceneNames};
 inline constexpr Parameter kRule{.key = "rule",
                                  .value = "RULE",
-                                 .meaning = "number, name or id of a rule, as “rule list” tells them, or a part of it",
+                                 .meaning = "number, name or id of a rule, as “rule list” shows them, or a part of it",
                                  .names = ruleNames};
 inline constexpr Parameter kDisposition{.kind = Parameter::Kind::choice,
                                         .key = "disposition",

@@ -1,11 +1,11 @@
-// Verbs that send one request, and `kova open` without a URL, which becomes the agent.
+// The verbs that are one request and an answer, and those that take the place of one.
 #pragma once
 
 #include "cli/Verbs.h"
 
 namespace kova::cli {
 
-/// Runs the verb.
+/// Carries the verb out, whatever it takes.
 ExitCode run(const Verb& verb, const Arguments& arguments);
 /// Prints the agent's answer to the verb, as JSON if asked.
 ExitCode printAnswer(const Verb& verb, const Arguments& arguments, const nlohmann::json& result);

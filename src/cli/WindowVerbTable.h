@@ -28,8 +28,8 @@ inline constexpr auto kWindowVerbs = std::to_array<Verb>({
     {"arrange-after-launch",
      "arrangeAfterLaunch",
      "arrange windows once after each start of KOVA, or not",
-     "Automatically arrange after launch: once the agent knows the windows, as “arrange” would. Windows that it left "
-     "in tiles before are found there again and are not arranged anew.",
+     "Automatically arrange after launch: the agent arranges windows after its start, as “arrange” does. Windows that "
+     "were in tiles when it ended stay there.",
      "kova arrange-after-launch on",
      {kOnOff},
      printArrangeAfterLaunch},
@@ -43,7 +43,7 @@ inline constexpr auto kWindowVerbs = std::to_array<Verb>({
     {"move",
      "move",
      "move the focused window to the neighboring tile",
-     "The window that was in front there waits behind it. One undo step.",
+     "The window that was in front of that tile is stacked behind it. One undo step.",
      "kova move left",
      {kDirection, kWindowOption, kDisplay},
      printMessage},
@@ -66,9 +66,9 @@ inline constexpr auto kWindowVerbs = std::to_array<Verb>({
     {"place",
      "place",
      "put a window into a tile",
-     "The window named, or the focused one, comes to the front of the tile; what was in front waits behind it. A tile "
-     "is named by its id, its number in the layout or its name, and lies on the window's display unless --display "
-     "names another. One undo step.",
+     "WINDOW, or the focused one, becomes the front window of the tile; the former one is stacked behind it. A tile is "
+     "named by its id, its number in the layout or its name, and is on the window's display unless --display names "
+     "another. One undo step.",
      "kova place mail 2\nkova place --tile focus-main\nkova place mail --tile 1 --dry-run",
      {kWindow.optional(), kTile.optional(),
       kTile.asOption("--tile").meaningThat("the same; without WINDOW for the focused one"), kDisplay, kDryRun},
@@ -78,8 +78,8 @@ inline constexpr auto kWindowVerbs = std::to_array<Verb>({
     {"swap",
      "swap",
      "exchange a window with its neighbor or with the window of a tile",
-     "Each tile keeps what waits behind in it; into an empty tile the window just moves. With a tile, --display says "
-     "on which display it lies; with a direction, whose window is meant. One undo step.",
+     "Each tile keeps its stacked windows; into an empty tile the window just moves. With a tile, --display is the "
+     "display of that tile; with a direction, the window focused last on that display is swapped. One undo step.",
      "kova swap right\nkova swap 1 --window mail\nkova swap left --dry-run",
      {{.key = "with",
        .value = "WITH",
@@ -93,7 +93,7 @@ inline constexpr auto kWindowVerbs = std::to_array<Verb>({
     {"focus window",
      "focus.window",
      "bring a window to the front and focus it",
-     "One that waits in a tile comes to the front of it, which is one undo step; one that is minimized is restored.",
+     "A stacked window becomes the front window of its tile, which is one undo step; a minimized one is restored.",
      "kova focus window mail\nkova focus window mail --dry-run",
      {kWindow, kDryRun},
      printWindowPlan},
@@ -107,52 +107,52 @@ inline constexpr auto kWindowVerbs = std::to_array<Verb>({
     {"move display",
      "move.display",
      "move a window to another display",
-     "Moves the window into a free tile of the display, preferably of the same name. If no tile is free, it goes into "
-     "the tile of the same name, whose window is then stacked behind it. One undo step.",
+     "Moves the window into a free tile of the display, preferably of the same name; without a free tile, into the "
+     "tile of the same name, whose window is then stacked behind it. One undo step.",
      "kova move display 1\nkova move display 1 --window mail",
      {kOtherDisplay, kWindowOption, kDisplay, kDryRun},
      printWindowPlan},
     {"float",
      "float",
      "take a window out of its tile, or put it back into one",
-     "Arrangements and rules leave a floating window alone until it is put into a tile again. One that is in no tile "
-     "is put into one, as “tile” does. One undo step.",
+     "Arrangements and rules do not move a floating window until it is put into a tile again. A window that is in no "
+     "tile is put into one, as “tile” does. One undo step.",
      "kova float\nkova float --window mail",
      {kWindowOption, kDisplay, kDryRun},
      printWindowPlan},
     {"tile",
      "tile",
      "put a window that is in no tile into one",
-     "Moves the window into the nearest free tile of its display. If no tile is free, it goes into the tile that it "
-     "lies over, whose window is then stacked behind it. One undo step.",
+     "Puts the window into the nearest free tile of its display; without a free tile, into the one that it covers most, "
+     "whose window is then stacked behind it. One undo step.",
      "kova tile\nkova tile --window mail",
      {kWindowOption, kDisplay, kDryRun},
      printWindowPlan},
     {"zoom",
      "zoom",
      "give the focused window its whole display, or give it back",
-     "The layout stays as it is, and all comes back with the second “kova zoom” or before the next other action. The "
-     "history of what can be undone does not change.",
+     "Focus mode: the window fills its display until the second “kova zoom” or the next other action. Then all windows "
+     "return to their frames. The undo history does not change.",
      "kova zoom",
      {kWindowOption, kDisplay},
      printMessage},
     {"undo",
      "undo",
      "step back",
-     "Takes back the last action that rearranged windows, a divider or a window moved by hand included: tiles, "
-     "frames, minimized and hidden windows, layouts and sizes come back. The last 30 actions can be undone; nothing "
-     "is redone.",
+     "Undoes the last action that rearranged windows, including drags of dividers and windows: tiles, frames, "
+     "minimized and hidden windows, layouts and sizes are restored. The last 30 actions can be undone; there is no "
+     "redo.",
      "kova undo",
      {},
      printMessage},
     {"open",
      "openURL",
-     "do what a URL asks for",
-     "What browsers, launchers and scripts use: kova://action/ with arrange, undo, zoom, stack, float or tile, with "
+     "carry out the action of a URL",
+     "For browsers, launchers and scripts: kova://action/ with arrange, undo, zoom, stack, float or tile, with "
      "focus, move or swap and a direction (kova://action/focus/left), with focus/display or move/display and next or "
      "previous, or with place and the number of a tile; and kova://scene/ with a scene's name "
-     "(kova://scene/Deep%20Work). Without a URL, as when KOVA is chosen in a menu, the agent is started; if it "
-     "runs, its settings are shown.",
+     "(kova://scene/Deep%20Work). Without a URL, as when KOVA is chosen in a menu, the agent is started; if one runs, "
+     "the settings are shown.",
      "kova open kova://action/arrange",
      {{.key = "url",
        .value = "URL",
@@ -163,7 +163,7 @@ inline constexpr auto kWindowVerbs = std::to_array<Verb>({
     {"history",
      "history",
      "list what can be undone, newest first",
-     "When each action was, what it was, and the applications of the windows that it concerned.",
+     "For each action its time, its name, and the applications of the windows concerned.",
      "kova history",
      {},
      printHistory},

@@ -124,7 +124,8 @@ ControlReply forceQuitAll(WorkspaceController& controller, const JsonCursor& par
     if (!confirmed) {
         const Alert alert = candidates.empty() ? noOpenApplicationsAlert() : forceQuitAllAlert(candidates);
         return json{{"isDone", false},
-                    {"question", {{"title", alert.title}, {"text", alert.text}, {"confirm", alert.confirmButton}}},
+                    {"question",
+                     {{"title", alert.title}, {"text", textWithApplications(alert)}, {"confirm", alert.confirmButton}}},
                     {"applications", identitiesOf(candidates)},
                     {"refused", json::array()}};
     }

@@ -29,6 +29,7 @@
 #include "control/ShortcutMethods.h"
 #include "control/StateBroadcast.h"
 #include "control/ThemeMethods.h"
+#include "control/UserInterfaceDialogs.h"
 #include "control/UserInterfaceMethods.h"
 #include "control/WindowCommandMethods.h"
 #include "control/WindowExplanation.h"
@@ -72,7 +73,13 @@ class ControlMethods::Table final : MethodTable {
         launches_(context_.preferences),
         settings_(
             sections(), [this](const auto& changed) { return observeSettings(context_, changed); }, context_.queue) {
-        if (context_.overlay) overlay_.emplace(*context_.overlay, context_.queue);
+        if (context_.overlay) {
+            overlay_.emplace(*context_.overlay, context_.queue, [this](OverlayContents& contents) {
+                if (contents.message && deletedScenes_.isToldByMessage())
+                    contents.message->undoMethod = "scene.undelete";
+            });
+        }
+        connectDialogs();
         addActions();
         addWindowCommands();
         addLayouts();
@@ -86,6 +93,12 @@ class ControlMethods::Table final : MethodTable {
         addUserInterface();
         addAgent();
     }
+
+    ~Table() {
+        if (context_.dialogs) context_.dialogs->connect(std::nullopt);
+    }
+    Table(const Table&) = delete;
+    Table& operator=(const Table&) = delete;
 
     bool mustWait(const ControlRequest& request, std::function<void()> ready) {
         if (request.method == "verify") {
@@ -118,6 +131,15 @@ class ControlMethods::Table final : MethodTable {
     }
 
   private:
+    void connectDialogs() {
+        if (!context_.dialogs || !overlay_) return;
+        context_.dialogs->connect(UserInterfaceDialogs::Connection{
+            [this](const std::string& what, const json& parameters) {
+                return overlay_->show(what, parameters) ? overlay_->peers() : UserInterfaceDialogs::Clients();
+            },
+            [this] { return overlay_->hasPeers(); }});
+    }
+
     /// A refused action of the overlay sets the status message: a click has no other place for the error.
     void sayInOverlay(const ControlFailure& failure, const std::shared_ptr<ControlPeer>& peer) {
         if (failure.code == controlCode::refused && overlay_ && overlay_->isPeer(peer))
@@ -272,7 +294,7 @@ class ControlMethods::Table final : MethodTable {
         });
     }
 
-    /// Adds whether a client draws the overlay.
+    /// Adds whether anything shows the look.
     ControlReply withIsDrawn(ControlReply reply) {
         if (reply) (*reply)["isDrawn"] = overlay_ && overlay_->hasPeers();
         return reply;
@@ -339,6 +361,10 @@ class ControlMethods::Table final : MethodTable {
             [this](const Call& call) { return showInUserInterface(userInterfaceWindows(), call.parameters); });
         add("ui.hide", {"what"},
             [this](const Call& call) { return hideInUserInterface(userInterfaceWindows(), call.parameters); });
+        add("ui.answer", {"id", "isConfirmed"}, [this](const Call& call) -> ControlReply {
+            if (!context_.dialogs) return refusal("This agent shows its alerts itself");
+            return context_.dialogs->answer(call.parameters);
+        });
         add("ui.launcher", {"tile", "display"}, [this](const Call& call) {
             return showLauncher(overlay_ ? &*overlay_ : nullptr, context_.controller, call.parameters);
         });

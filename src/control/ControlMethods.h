@@ -24,6 +24,7 @@ class PermissionControl;
 class PreferencesStore;
 class SettingsWindowControl;
 class URLHandler;
+class UserInterfaceDialogs;
 class UserInterfaceControl;
 class WorkspaceController;
 
@@ -44,6 +45,7 @@ struct ControlContext {
     OverlayServing* overlay = nullptr;                           // null: nothing can be shown
     MenuServing* menu = nullptr;
     UserInterfaceControl* userInterface = nullptr;
+    UserInterfaceDialogs* dialogs = nullptr;                     // null where the platform has dialogs of its own
     std::function<SettingsWindowControl*()> settingsWindow = {}; // empty, or null for now: there is none
     std::function<OnboardingWindowControl*()> onboardingWindow = {};
     PermissionControl* permission = nullptr; // null where there is none to ask for

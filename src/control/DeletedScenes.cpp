@@ -29,9 +29,14 @@ ControlReply DeletedScenes::deleteScene(const JsonCursor& parameters) {
     const auto outcome = controller_.perform(action::DeleteScene{scene.id});
     if (!outcome) return failureOf(outcome);
     json result{{"scene", brief(scene)}, {"message", orNull(outcome.message())}};
+    messageNumber_ = controller_.messagesShown();
     deleted_.push_back({std::move(scene), index});
     if (deleted_.size() > kMost) deleted_.pop_front();
     return result;
+}
+
+bool DeletedScenes::isToldByMessage() const {
+    return !deleted_.empty() && messageNumber_ == controller_.messagesShown();
 }
 
 ControlReply DeletedScenes::undelete() {

@@ -6,6 +6,7 @@
 #include "support/JsonDecoding.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 
 namespace kova {
@@ -21,6 +22,8 @@ class DeletedScenes {
     ControlReply deleteScene(const JsonCursor& parameters);
     /// Puts the scene that was deleted last back to its place in the list.
     ControlReply undelete();
+    /// Whether the status message, if there is one, is that of the last deletion.
+    bool isToldByMessage() const;
 
   private:
     struct Deleted {
@@ -28,7 +31,8 @@ class DeletedScenes {
         std::size_t index = 0; // in the list
     };
     WorkspaceController& controller_;
-    std::deque<Deleted> deleted_; // the newest last
+    std::deque<Deleted> deleted_;     // the newest last
+    std::uint64_t messageNumber_ = 0; // of the last deletion's message
 };
 
 } // namespace kova

@@ -10,6 +10,11 @@ namespace kova {
 
 using nlohmann::json;
 
+namespace {
+constexpr auto kWindowSections = static_cast<OverlaySections>(OverlaySection::settingsWindow) |
+                                 static_cast<OverlaySections>(OverlaySection::onboardingWindow);
+} // namespace
+
 OverlayBroadcast::~OverlayBroadcast() {
     overlay_.watch({});
 }
@@ -31,7 +36,7 @@ json OverlayBroadcast::subscribe(std::shared_ptr<ControlPeer> peer) {
         sendChanges();
     } else {
         overlay_.watch([this](OverlaySections sections) { touched(sections); });
-        overlay_.update(sent_, kEveryOverlaySection);
+        update(sent_, kEveryOverlaySection);
         touched_ = 0;
     }
     if (std::find(peers_.begin(), peers_.end(), peer) == peers_.end()) peers_.push_back(std::move(peer));
@@ -45,6 +50,11 @@ bool OverlayBroadcast::show(const std::string& what, json parameters) {
     return true;
 }
 
+void OverlayBroadcast::update(OverlayContents& contents, OverlaySections sections) {
+    overlay_.update(contents, sections);
+    if (amend_) amend_(contents);
+}
+
 void OverlayBroadcast::touched(OverlaySections sections) {
     if (touched_ == 0) {
         queue_.post(lifetime_.guard([this] {
@@ -55,11 +65,14 @@ void OverlayBroadcast::touched(OverlaySections sections) {
 }
 
 void OverlayBroadcast::sendChanges() {
-    const OverlaySections sections = std::exchange(touched_, 0);
+    OverlaySections sections = std::exchange(touched_, 0);
     if (!hasPeers()) return;
-    const OverlayContents before = sent_;
-    overlay_.update(sent_, sections);
-    json changes = overlayRecord::changes(before, sent_);
+    if ((sections & kWindowSections) != 0) sections |= kWindowSections; // are told as one
+    OverlayContents before, now; // of the touched sections only, so that the others need no copy
+    swapSections(before, sent_, sections);
+    update(now, sections);
+    json changes = overlayRecord::changes(before, now);
+    swapSections(now, sent_, sections);
     if (changes.empty()) return;
     send(jsonrpc::notification("changed",
                                {{"topic", "overlay"}, {"sequence", ++sequence_}, {"changes", std::move(changes)}}));

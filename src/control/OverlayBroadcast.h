@@ -10,16 +10,21 @@
 #include <nlohmann/json.hpp>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kova {
 
 class OverlayBroadcast {
   public:
+    /// Adds what the methods know of the contents, each time they were computed.
+    using Amend = std::function<void(OverlayContents&)>;
     /// The contents outlive the broadcast.
-    OverlayBroadcast(OverlayServing& overlay, MainQueue& queue) : overlay_(overlay), queue_(queue) {}
+    OverlayBroadcast(OverlayServing& overlay, MainQueue& queue, Amend amend) :
+        overlay_(overlay), queue_(queue), amend_(std::move(amend)) {}
     ~OverlayBroadcast();
     OverlayBroadcast(const OverlayBroadcast&) = delete;
     OverlayBroadcast& operator=(const OverlayBroadcast&) = delete;
@@ -28,18 +33,22 @@ class OverlayBroadcast {
     nlohmann::json subscribe(std::shared_ptr<ControlPeer> peer);
     /// Asks the clients to open something, such as the menu; `parameters` tell more of it. False when there are none.
     bool show(const std::string& what, nlohmann::json parameters = nlohmann::json::object());
+    /// The clients that draw the overlay.
+    std::vector<std::weak_ptr<ControlPeer>> peers() { return {peers_.begin(), peers_.end()}; }
 
     /// Whether a client draws the overlay. Drops disconnected clients; ends watching with the last.
     bool hasPeers();
     bool isPeer(const std::shared_ptr<ControlPeer>& client) const;
 
   private:
+    void update(OverlayContents& contents, OverlaySections sections);
     void touched(OverlaySections sections);
     void sendChanges();
     void send(const nlohmann::json& notification);
 
     OverlayServing& overlay_;
     MainQueue& queue_;
+    Amend amend_;
     std::vector<std::shared_ptr<ControlPeer>> peers_;
     OverlayContents sent_; // as last sent to the clients
     OverlaySections touched_ = 0;

@@ -28,6 +28,7 @@ struct OverlayAppearance {
 
 struct OverlayDisplay {
     std::string id;
+    int number = 1; // its place in the list
     std::string name;
     CGRect frame{};
     CGRect visibleFrame{}; // without panels, docks and menu bars
@@ -103,7 +104,7 @@ struct OverlayDrag {
 struct OverlayMessage {
     std::string text;
     std::optional<std::string> displayID; // the current one when the message appeared
-    bool canUndo = false;
+    std::string undoMethod; // of the socket, which reverts what the message tells of; empty: it cannot be reverted
     bool operator==(const OverlayMessage&) const = default;
 };
 
@@ -150,6 +151,9 @@ inline constexpr OverlaySections kEveryOverlaySection = (1U << 9) - 1;
 constexpr bool holds(OverlaySections sections, OverlaySection section) {
     return (sections & static_cast<OverlaySections>(section)) != 0;
 }
+
+/// Exchanges the given sections of two contents.
+void swapSections(OverlayContents& one, OverlayContents& other, OverlaySections sections);
 
 /// Main thread only.
 class OverlayServing {

@@ -6,6 +6,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+#include <utility>
+
 namespace kova::overlayRecord {
 
 namespace {
@@ -22,10 +25,61 @@ json orNull(const std::optional<T>& value, json (*record)(const T&)) {
     return value ? record(*value) : json(nullptr);
 }
 
+/// The record of a value: all members, or those that differ from a former value.
 template <class T>
-json list(const std::vector<T>& values, json (*record)(const T&)) {
+class Record {
+  public:
+    Record(const T& now, const T* before) : now_(now), before_(before) {}
+
+    template <class Member, class Make>
+    Record& add(const char* name, Member T::*member, Make make) {
+        if (!before_ || now_.*member != before_->*member) out_[name] = make(now_.*member);
+        return *this;
+    }
+    template <class Member>
+    Record& add(const char* name, Member T::*member) {
+        return add(name, member, [](const Member& value) { return json(value); });
+    }
+    /// A member that tells the element from others, so it is in every record.
+    Record& name(const char* name, std::string T::*member) {
+        out_[name] = now_.*member;
+        return *this;
+    }
+    json take() { return std::move(out_); }
+
+  private:
+    const T& now_;
+    const T* before_;
+    json out_ = json::object();
+};
+
+template <class T>
+using RecordOf = json (*)(const T& now, const T* before);
+
+template <class T>
+json list(const std::vector<T>& values, RecordOf<T> record) {
     json out = json::array();
-    for (const T& value : values) out.push_back(record(value));
+    for (const T& value : values) out.push_back(record(value, nullptr));
+    return out;
+}
+
+/// The elements that are new or changed, and the order of all where that changed, too.
+template <class T>
+json listChanges(const std::vector<T>& before, const std::vector<T>& now, RecordOf<T> record) {
+    json out = json::object(), changed = json::array();
+    for (std::size_t i = 0; i < now.size(); ++i) {
+        const T* former = i < before.size() && before[i].id == now[i].id ? &before[i] : nullptr;
+        if (!former) {
+            const auto found = std::ranges::find(before, now[i].id, &T::id);
+            former = found == before.end() ? nullptr : &*found;
+        }
+        if (!former || *former != now[i]) changed.push_back(record(now[i], former));
+    }
+    if (!changed.empty()) out["changed"] = std::move(changed);
+    if (!std::ranges::equal(before, now, {}, &T::id, &T::id)) {
+        json& order = out["order"] = json::array();
+        for (const T& value : now) order.push_back(value.id);
+    }
     return out;
 }
 
@@ -39,19 +93,20 @@ json appearance(const OverlayAppearance& look) {
             {"showBrain", look.showBrain}};
 }
 
-json displays(const std::vector<OverlayDisplay>& all) {
-    json out = json::array();
-    for (const OverlayDisplay& display : all) {
-        out.push_back({{"id", display.id},
-                       {"number", out.size() + 1},
-                       {"name", display.name},
-                       {"frame", rect(display.frame)},
-                       {"visibleFrame", rect(display.visibleFrame)},
-                       {"scale", controlRecord::number(display.scale)},
-                       {"layout", {{"id", display.layoutID}, {"name", display.layoutName}}},
-                       {"isFocusMode", display.isFocusMode},
-                       {"isCurrent", display.isCurrent}});
-    }
+json display(const OverlayDisplay& now, const OverlayDisplay* before) {
+    using Display = OverlayDisplay;
+    json out = Record(now, before)
+                   .name("id", &Display::id)
+                   .add("number", &Display::number)
+                   .add("name", &Display::name)
+                   .add("frame", &Display::frame, rect)
+                   .add("visibleFrame", &Display::visibleFrame, rect)
+                   .add("scale", &Display::scale, controlRecord::number)
+                   .add("isFocusMode", &Display::isFocusMode)
+                   .add("isCurrent", &Display::isCurrent)
+                   .take();
+    if (!before || now.layoutID != before->layoutID || now.layoutName != before->layoutName)
+        out["layout"] = {{"id", now.layoutID}, {"name", now.layoutName}};
     return out;
 }
 
@@ -59,10 +114,17 @@ json application(const OverlayApplication& known) {
     return {{"id", orNull(known.id)}, {"name", known.name}};
 }
 
-json window(const OverlayWindow& known) {
-    return {{"window", known.id},           {"application", application(known.application)},
-            {"title", known.title},         {"isFront", known.isFront},
-            {"isFocused", known.isFocused}, {"isMinimized", known.isMinimized}};
+json windowsOfTile(const std::vector<OverlayWindow>& windows) {
+    json out = json::array();
+    for (const OverlayWindow& known : windows) {
+        out.push_back({{"window", known.id},
+                       {"application", application(known.application)},
+                       {"title", known.title},
+                       {"isFront", known.isFront},
+                       {"isFocused", known.isFocused},
+                       {"isMinimized", known.isMinimized}});
+    }
+    return out;
 }
 
 json notice(const OverlayNotice& known) {
@@ -73,32 +135,39 @@ json pendingLaunch(const OverlayApplication& launched) {
     return {{"application", application(launched)}};
 }
 
-json tile(const OverlayTile& tile) {
-    return {{"id", tile.id},
-            {"display", tile.displayID},
-            {"slot", tile.slotID},
-            {"name", tile.name},
-            {"covers", tile.coveredSlotIDs},
-            {"cell", rect(tile.cell)},
-            {"frame", rect(tile.windowFrame)},
-            {"footerFrame", orNull(tile.footerFrame, rect)},
-            {"isEmpty", tile.windows.empty()},
-            {"applications", list(tile.windows, window)},
-            {"pending", orNull(tile.pendingLaunch, pendingLaunch)},
-            {"notice", orNull(tile.notice, notice)},
-            {"isDropTarget", tile.isDropTarget}};
+json tile(const OverlayTile& now, const OverlayTile* before) {
+    using Tile = OverlayTile;
+    return Record(now, before)
+        .name("id", &Tile::id)
+        .add("display", &Tile::displayID)
+        .add("slot", &Tile::slotID)
+        .add("name", &Tile::name)
+        .add("covers", &Tile::coveredSlotIDs)
+        .add("cell", &Tile::cell, rect)
+        .add("frame", &Tile::windowFrame, rect)
+        .add("footerFrame", &Tile::footerFrame, [](const auto& frame) { return orNull(frame, rect); })
+        .add("isEmpty", &Tile::windows, [](const auto& windows) { return json(windows.empty()); })
+        .add("applications", &Tile::windows, windowsOfTile)
+        .add("pending", &Tile::pendingLaunch, [](const auto& launch) { return orNull(launch, pendingLaunch); })
+        .add("notice", &Tile::notice, [](const auto& known) { return orNull(known, notice); })
+        .add("isDropTarget", &Tile::isDropTarget)
+        .take();
 }
 
-json divider(const OverlayDivider& divider) {
-    return {{"id", divider.id},
-            {"display", divider.displayID},
-            {"layout", divider.layoutID},
-            {"split", divider.splitID},
-            {"boundary", divider.boundaryIndex},
-            {"axis", divider.axis == LayoutAxis::horizontal ? "horizontal" : "vertical"},
-            {"frame", rect(divider.frame)},
-            {"isHovered", divider.isHovered},
-            {"isDragged", divider.isDragged}};
+json divider(const OverlayDivider& now, const OverlayDivider* before) {
+    using Divider = OverlayDivider;
+    return Record(now, before)
+        .name("id", &Divider::id)
+        .add("display", &Divider::displayID)
+        .add("layout", &Divider::layoutID)
+        .add("split", &Divider::splitID)
+        .add("boundary", &Divider::boundaryIndex)
+        .add("axis", &Divider::axis,
+             [](LayoutAxis axis) { return json(axis == LayoutAxis::horizontal ? "horizontal" : "vertical"); })
+        .add("frame", &Divider::frame, rect)
+        .add("isHovered", &Divider::isHovered)
+        .add("isDragged", &Divider::isDragged)
+        .take();
 }
 
 json drag(const OverlayDrag& drag) {
@@ -106,7 +175,8 @@ json drag(const OverlayDrag& drag) {
 }
 
 json message(const OverlayMessage& message) {
-    return {{"text", message.text}, {"display", orNull(message.displayID)}, {"canUndo", message.canUndo}};
+    const json undo = message.undoMethod.empty() ? json(nullptr) : json(message.undoMethod);
+    return {{"text", message.text}, {"display", orNull(message.displayID)}, {"undo", undo}};
 }
 
 json shownWindow(const OverlayShownWindow& window) {
@@ -117,33 +187,38 @@ json windows(const OverlayWindows& shown) {
     return {{"settings", orNull(shown.settings, shownWindow)}, {"onboarding", orNull(shown.onboarding, shownWindow)}};
 }
 
-/// Of the sections that `before` has in the same form, or of all without it.
-json record(const OverlayContents& now, const OverlayContents* before) {
-    json out = json::object();
-    const auto add = [&](const char* name, auto member, auto make) {
-        if (!before || now.*member != before->*member) out[name] = make(now.*member);
-    };
-    add("isSuspended", &OverlayContents::isSuspended, [](bool is) { return json(is); });
-    add("appearance", &OverlayContents::appearance, appearance);
-    add("displays", &OverlayContents::displays, displays);
-    add("tiles", &OverlayContents::tiles, [](const auto& all) { return list(all, tile); });
-    add("dividers", &OverlayContents::dividers, [](const auto& all) { return list(all, divider); });
-    add("drag", &OverlayContents::drag, [](const auto& value) { return orNull(value, drag); });
-    add("message", &OverlayContents::message, [](const auto& value) { return orNull(value, message); });
-    add("windows", &OverlayContents::windows, windows);
-    return out;
+/// The sections that are no lists.
+json plainSections(const OverlayContents& now, const OverlayContents* before) {
+    using Contents = OverlayContents;
+    return Record(now, before)
+        .add("isSuspended", &Contents::isSuspended)
+        .add("appearance", &Contents::appearance, appearance)
+        .add("drag", &Contents::drag, [](const auto& value) { return orNull(value, drag); })
+        .add("message", &Contents::message, [](const auto& value) { return orNull(value, message); })
+        .add("windows", &Contents::windows, windows)
+        .take();
 }
 
 } // namespace
 
 json whole(const OverlayContents& contents) {
-    json out = record(contents, nullptr);
+    json out = plainSections(contents, nullptr);
+    out["displays"] = list(contents.displays, display);
+    out["tiles"] = list(contents.tiles, tile);
+    out["dividers"] = list(contents.dividers, divider);
     out["version"] = {{"contract", kContract}, {"agent", KOVA_VERSION}};
     return out;
 }
 
 json changes(const OverlayContents& before, const OverlayContents& now) {
-    return record(now, &before);
+    json out = plainSections(now, &before);
+    const auto add = [&](const char* name, json changed) {
+        if (!changed.empty()) out[name] = std::move(changed);
+    };
+    add("displays", listChanges(before.displays, now.displays, display));
+    add("tiles", listChanges(before.tiles, now.tiles, tile));
+    add("dividers", listChanges(before.dividers, now.dividers, divider));
+    return out;
 }
 
 } // namespace kova::overlayRecord

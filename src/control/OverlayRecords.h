@@ -8,11 +8,12 @@
 namespace kova::overlayRecord {
 
 /// Increased when a client written for the former one would misread the contents.
-inline constexpr int kContract = 1;
+inline constexpr int kContract = 2;
 
 /// Every section by its name, and the version of agent and contract.
 nlohmann::json whole(const OverlayContents& contents);
-/// The sections in which `now` differs from `before`.
+/// The sections in which `now` differs from `before`; of lists only the elements that changed, and of those only the
+/// members that did.
 nlohmann::json changes(const OverlayContents& before, const OverlayContents& now);
 
 } // namespace kova::overlayRecord

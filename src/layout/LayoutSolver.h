@@ -76,7 +76,7 @@ class LayoutSolver {
     std::unique_ptr<Scratch> scratch_;
 };
 
-/// Solves into a new result.
+/// The same without reuse.
 SolvedLayout solveSlots(const LayoutNode& tree, const TileMinimumSizes& minimumSizes, CGSize referenceSize,
                         const LayoutMetrics& metrics, double tileInset);
 

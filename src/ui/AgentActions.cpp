@@ -2,8 +2,6 @@
 
 #include <QApplication>
 #include <QIcon>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QStyle>
 
 #include <algorithm>
@@ -12,6 +10,8 @@
 namespace kova::ui {
 
 namespace {
+
+using nlohmann::json;
 
 QString titleOf(const std::string& utf8) {
     return QString::fromStdString(utf8).replace(u'&', QStringLiteral("&&"));
@@ -49,12 +49,12 @@ void AgentActions::place(const std::string& window, const std::string& tile) {
     link_.call("place", {{"window", window}, {"tile", tile}});
 }
 
-void AgentActions::undo() {
-    link_.call("undo");
+void AgentActions::undo(const std::string& method) {
+    link_.call(method);
 }
 
 void AgentActions::chooseApplication(const std::string& tile) {
-    openLauncher_(tile);
+    openWindow_("launcher", {{"tile", tile}});
 }
 
 void AgentActions::showStackMenu(const std::string& tileID, QPoint at) {
@@ -80,21 +80,21 @@ void AgentActions::showEntryMenu(const std::string& tileID, const std::string& w
         QAction* action = menu.addAction(title);
         QObject::connect(action, &QAction::triggered, action, act);
     };
-    add(QStringLiteral("Bring to Front"), [this, window] { bringForward(window); });
+    add(tr("Bring to Front"), [this, window] { bringForward(window); });
     addMoves(*tile, window);
-    add(QStringLiteral("Float"), [this, window] { link_.call("float", {{"window", window}}); });
+    add(tr("Float"), [this, window] { link_.call("float", {{"window", window}}); });
     menu.addSeparator();
     addRules(*tile, entry->application);
     menu.addSeparator();
     const std::string name = entry->application.name;
-    add(QStringLiteral("Quit ") + titleOf(name), [this, window] { link_.call("app.quit", {{"window", window}}); });
-    add(QStringLiteral("Force Quit ") + titleOf(name) + QStringLiteral("…"),
-        [this, window, name] { forceQuit(window, name); });
+    add(tr("Quit %1").arg(titleOf(name)), [this, window] { link_.call("app.quit", {{"window", window}}); });
+    add(tr("Force Quit %1…").arg(titleOf(name)),
+        [this, window, application = entry->application] { forceQuit(window, application); });
     menu.popup(at);
 }
 
 void AgentActions::addMoves(const TileContents& tile, const std::string& window) {
-    QMenu* tiles = menu_->addMenu(QStringLiteral("Move to"));
+    QMenu* tiles = menu_->addMenu(tr("Move to"));
     const OverlayContents& contents = *link_.contents();
     for (const DisplayContents& display : contents.displays) {
         if (contents.displays.size() > 1) tiles->addSection(titleOf(display.name));
@@ -108,58 +108,29 @@ void AgentActions::addMoves(const TileContents& tile, const std::string& window)
 }
 
 void AgentActions::addRules(const TileContents& tile, const ApplicationName& application) {
-    QMenu* rules = menu_->addMenu(QStringLiteral("Rule for ") + titleOf(application.name));
+    QMenu* rules = menu_->addMenu(tr("Rule for %1").arg(titleOf(application.name)));
     const std::string named = application.id.empty() ? application.name : application.id;
     const auto add = [&](const QString& title, const nlohmann::json& parameters) {
         QAction* action = rules->addAction(title);
         QObject::connect(action, &QAction::triggered, action,
                          [this, parameters] { link_.call("rule.add", parameters); });
     };
-    add(QStringLiteral("Always in ") + titleOf(tile.name),
+    add(tr("Always in %1").arg(titleOf(tile.name)),
         {{"application", named}, {"disposition", "tile"}, {"slot", slotOf(tile.id)}});
-    add(QStringLiteral("Always Float"), {{"application", named}, {"disposition", "float"}});
-    add(QStringLiteral("Leave Alone"), {{"application", named}, {"disposition", "ignore"}});
+    add(tr("Always Float"), {{"application", named}, {"disposition", "float"}});
+    add(tr("Leave Alone"), {{"application", named}, {"disposition", "ignore"}});
 }
 
-void AgentActions::forceQuit(const std::string& window, const std::string& applicationName) {
-    ask(QStringLiteral("Force %1 to quit?").arg(QString::fromStdString(applicationName)),
-        QStringLiteral("Changes that were not saved are lost."), QStringLiteral("Force Quit"), [this, window] {
-            link_.call("app.forceQuit", {{"window", window}});
-        });
-}
-
-/// Ends nothing but the applications that the question was about.
-void AgentActions::forceQuitAll() {
-    link_.call("forceQuitAll", nlohmann::json::object(), [this](const Answer& answer) {
-        if (!answer.error.empty()) return;
-        try {
-            const JsonCursor result(answer.result, "");
-            const auto question = result.optional("question");
-            if (!question) return;
-            const auto text = [&](const char* key) { return QString::fromStdString(question->required(key).string()); };
-            styleMenus_();
-            ask(text("title"), text("text"), text("confirm"),
-                [this, applications = result.required("applications").value()] {
-                    link_.call("forceQuitAll", {{"confirmed", applications}});
-                });
-        } catch (const DecodingError& error) {
-            qWarning("kova-ui: the question is not understood: %s", error.what());
-        }
-    });
-}
-
-void AgentActions::ask(const QString& title, const QString& text, const QString& confirm,
-                       std::function<void()> confirmed) {
-    auto* question = new QMessageBox(QMessageBox::Warning, QStringLiteral("KOVA"), title);
-    question->setInformativeText(text);
-    question->setAttribute(Qt::WA_DeleteOnClose);
-    const QAbstractButton* button = question->addButton(confirm, QMessageBox::DestructiveRole);
-    question->setDefaultButton(question->addButton(QMessageBox::Cancel));
-    QObject::connect(question, &QMessageBox::buttonClicked, question,
-                     [button, act = std::move(confirmed)](const QAbstractButton* clicked) {
-                         if (clicked == button) act();
-                     });
-    question->show();
+void AgentActions::forceQuit(const std::string& window, const ApplicationName& application) {
+    const json listed{{"name", application.name}, {"bundleIdentifier", application.id}};
+    openWindow_("alert",
+                {{"title", tr("Force %1 to quit?").arg(QString::fromStdString(application.name)).toStdString()},
+                 {"text", tr("Changes that were not saved are lost.").toStdString()},
+                 {"confirm", tr("Force Quit").toStdString()},
+                 {"cancel", tr("Cancel").toStdString()},
+                 {"applications", json::array({listed})},
+                 {"method", "app.forceQuit"},
+                 {"parameters", {{"window", window}}}});
 }
 
 } // namespace kova::ui

@@ -5,6 +5,7 @@
 #include "ui/overlay/OverlayActions.h"
 #include "ui/style/Style.h"
 
+#include <QCoreApplication>
 #include <QMenu>
 #include <QString>
 
@@ -14,36 +15,36 @@
 namespace kova::ui {
 
 class AgentActions final : public OverlayActions {
+    Q_DECLARE_TR_FUNCTIONS(kova::ui::AgentActions)
+
   public:
     /// `styleMenus` is called before a menu is made or opens.
     AgentActions(AgentLink& link, IconSource icon, std::function<void()> styleMenus,
-                 std::function<void(const std::string& tile)> openLauncher) :
+                 std::function<void(const std::string& what, const nlohmann::json& parameters)> openWindow) :
         link_(link),
-        icon_(std::move(icon)), styleMenus_(std::move(styleMenus)), openLauncher_(std::move(openLauncher)) {}
+        icon_(std::move(icon)), styleMenus_(std::move(styleMenus)), openWindow_(std::move(openWindow)) {}
 
     void bringForward(const std::string& window) override;
     void stepStack(const std::string& tile, StackStep step) override;
     void place(const std::string& window, const std::string& tile) override;
-    void undo() override;
+    void undo(const std::string& method) override;
     void chooseApplication(const std::string& tile) override;
     void showEntryMenu(const std::string& tile, const std::string& window, QPoint at) override;
     void showStackMenu(const std::string& tile, QPoint at) override;
-    /// Asks the user first.
-    void forceQuitAll();
 
   private:
     void addMoves(const TileContents& tile, const std::string& window);
     void addRules(const TileContents& tile, const ApplicationName& application);
-    void forceQuit(const std::string& window, const std::string& applicationName);
+    /// Asks the user first.
+    void forceQuit(const std::string& window, const ApplicationName& application);
 
-    void ask(const QString& title, const QString& text, const QString& confirm, std::function<void()> confirmed);
     /// Without entries. Menus bring the toolkit's styles along, so there is none before the first is wanted.
     QMenu& emptyMenu();
 
     AgentLink& link_;
     IconSource icon_;
     std::function<void()> styleMenus_;
-    std::function<void(const std::string& tile)> openLauncher_;
+    std::function<void(const std::string& what, const nlohmann::json& parameters)> openWindow_;
     std::unique_ptr<QMenu> menu_;
 };
 

@@ -6,6 +6,7 @@
 #include <QtGlobal>
 
 #if defined(Q_OS_MACOS)
+#include "ui/macos/MacAppearance.h"
 #include "ui/macos/MacPlatform.h"
 #else
 #include "ui/x11/X11Platform.h"
@@ -42,14 +43,10 @@ Program::Program(const std::string& socketPath) :
     actions_(
         link_, [this](const ApplicationName& application, int size) { return icons_.icon(application, size); },
         [this] { styleWidgets(); },
-        [this](const std::string& tile) {
-            windows_.show("launcher", {{"tile", tile}});
-        }),
+        [this](const std::string& what, const nlohmann::json& parameters) { windows_.show(what, parameters); }),
     tray_(
         link_, [this] { styleWidgets(); },
         [this](const std::string& id) {
-            // What ends applications asks first.
-            if (id == "force-quit-all") return actions_.forceQuitAll();
             link_.call("menu.choose", {{"id", id}});
         }),
     windows_({.socketPath = socketPath,
@@ -84,6 +81,10 @@ Program::Program(const std::string& socketPath) :
 }
 
 void Program::start() {
+#if defined(Q_OS_MACOS)
+    macAppearance_ =
+        followAppearance([this](Brightness brightness, bool mayMove) { preferences_.set(brightness, mayMove); });
+#endif
     applyTaste();
     link_.start();
     preferences_.start();

@@ -38,6 +38,9 @@ class Program : public QObject {
     bool isRefreshDue_ = false;
     std::string lastComplaint_;
     Appearance styledAppearance_; // what widgets were styled for last
+#if defined(Q_OS_MACOS)
+    std::shared_ptr<const void> macAppearance_; // follows the system's settings
+#endif
 };
 
 } // namespace kova::ui

@@ -1,5 +1,4 @@
-// kova-ui: the overlay, the menu and the windows of KOVA. A client of the agent's socket. A client of the agent's
-// socket.
+// kova-ui: what one sees of KOVA. A client of the agent's socket.
 #include "ui/Instance.h"
 #include "ui/Program.h"
 
@@ -34,11 +33,14 @@ void prepareToolkit() {
     for (const char* name : {"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_AUTO_SCREEN_SCALE_FACTOR"})
         qunsetenv(name);
     qputenv("QT_STYLE_OVERRIDE", "fusion");
-#if !defined(Q_OS_MACOS) // where the toolkit would do without the system's theme, and so without its dark appearance
+#if defined(Q_OS_MACOS)
+    // The toolkit makes a program active when it starts and whenever a window is raised, which would take the keyboard
+    // from the application that is used. Windows that need the keyboard ask for it themselves.
+    qputenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1");
+    qputenv("QT_MAC_SET_RAISE_PROCESS", "0");
+#else // on a Mac the toolkit would do without the system's theme, and so without its dark appearance
     qputenv("QT_XCB_GL_INTEGRATION", "none");
     qputenv("QT_QPA_PLATFORMTHEME", qgetenv("XDG_CURRENT_DESKTOP").toUpper().contains("KDE") ? "kde" : "gnome");
-    qputenv("QT_ACCESSIBILITY", "0");
-    qputenv("QT_IM_MODULE", "none");
 #endif
     QCoreApplication::setAttribute(Qt::AA_DontCreateNativeWidgetSiblings);
 }

@@ -35,7 +35,7 @@ class ApplicationActions {
     ApplicationActions(WorkspaceParts& parts, RefreshCycle& refreshCycle, WorkspaceAccess& access,
                        TileGeometry& geometry, WindowPresenter& presenter, TileKeeper& keeper, UndoSteps& steps);
 
-    /// What menus show, by name; and any installed application by its bundle identifier.
+    /// The applications for menus, by name; and any installed application by its bundle identifier.
     std::vector<LaunchableApplication> launchableApplications() const;
     std::optional<LaunchableApplication> launchableApplication(const std::string& bundleIdentifier) const;
     Outcome launchApplication(const action::LaunchApplication& launch);
@@ -43,7 +43,7 @@ class ApplicationActions {
     void processPendingApplicationPlacements();
     Outcome quitApplication(const std::string& windowID);
     Outcome forceQuitApplication(const std::string& windowID);
-    /// What `ForceQuitAll` would end, by name.
+    /// The applications that `ForceQuitAll` would end, by name.
     std::vector<RunningApplication> regularApplicationsToForceQuit() const;
     void forceQuitAllApplications();
     Outcome forceQuit(const std::vector<RunningApplication>& confirmed);

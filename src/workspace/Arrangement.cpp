@@ -17,7 +17,7 @@ namespace {
 
 constexpr Seconds kFollowUpDelay{0.85};
 
-/// A window that cannot be smaller than it is counts as one of fixed size.
+/// A window whose minimum size is its present size counts as one of fixed size.
 bool isAtItsMinimum(const ManagedWindow& window) {
     constexpr double kFixedSizePoints = 1;
     return window.minimumSize && window.frame &&
@@ -40,7 +40,7 @@ Arrangement::Arrangement(WorkspaceParts& parts, WorkspaceAccess& access, TileGeo
 Outcome Arrangement::arrange() {
     if (!hasWindowToArrange()) return access_.refuse("There is no window to arrange");
     steps_.pushUndoSnapshot({std::string(action::Arrange::kTraits.undoLabel), geometry_.applicationsOn(std::nullopt)});
-    const auto obstacle = whyWindowsStay(); // as far as the arrangements before this one have shown
+    const auto obstacle = whyWindowsStay(); // judged by earlier arrangements
     arrangeWindows();
     return Outcome::done(obstacle.value_or("Windows arranged into zones — Undo is available"));
 }
@@ -71,8 +71,8 @@ bool Arrangement::hasWindowToArrange() const {
                        [this](const auto& window) { return candidateFor(window, assignments_).has_value(); });
 }
 
-/// Absent for windows that take no part: those whose display may be back in a moment, full-screen ones, those on
-/// another virtual desktop, those that float by command, and those that a rule lets float or ignores.
+/// Absent for windows that the arrangement does not move: those whose display was just disconnected, full-screen ones,
+/// those on another virtual desktop, those that float by command, and those that a rule lets float or ignores.
 std::optional<ArrangementCandidate> Arrangement::candidateFor(const ManagedWindow& window,
                                                               const TileAssignments& assignments) const {
     const bool isHidden = windowService_.isApplicationHidden(window.processIdentifier);
@@ -138,7 +138,7 @@ ArrangementInput Arrangement::arrangementInput(const std::vector<ManagedWindow>&
 ArrangementPlan Arrangement::planArrangement() const {
     const WorkspaceUndoSnapshot* before = focusMode_.snapshot();
     if (!before) return kova::planArrangement(arrangementInput(liveWindows_.all(), assignments_));
-    // Arranging gives the display back first.
+    // Arranging ends focus mode first.
     return kova::planArrangement(arrangementInput(steps_.windowsAsIn(*before), before->tiles));
 }
 
@@ -199,7 +199,7 @@ void Arrangement::carryOutArrangement(const ArrangementPlan& plan) {
     }
 }
 
-/// The window has its place in the assignments already.
+/// The assignments already contain the window.
 void Arrangement::presentPlacement(const AutoArrangePlacement& placement, const std::map<std::string, CGRect>& frames) {
     const ManagedWindow* live = liveWindows_.find(placement.window.id);
     if (!live) return;
@@ -228,7 +228,7 @@ void Arrangement::carryOutDeferred(std::vector<AutoArrangePlacement> deferred, s
     if (!access_.mayMoveWindows()) return;
     steps_.changeLater([&] {
         for (const auto& placement : deferred) {
-            // Meanwhile the user may have given its tile to another window, or have taken hold of it.
+            // Meanwhile the user may have put another window into its tile, or may be dragging it.
             const bool hasItsTile = assignments_.targetOf(placement.window.id) == placement.target.id();
             if (hasItsTile && !pointer_.isHolding(placement.window.id)) carryOutDeferredPlacement(placement);
         }
@@ -270,16 +270,15 @@ TileAssignments Arrangement::assignmentsOnAbsentDisplays() const {
 
 void Arrangement::scheduleAutomaticArrangement(bool justGranted) {
     if (state_.screens->empty()) return;
-    if (!arranger_.takeStartUpArrangement(justGranted))
+    if (!arranger_.takeStartUpTurn(justGranted))
         return; // consumed even when the setting is off, which applies to the next start
     if (!state_.profile->autoArrangeOnLaunch) return;
     services_.queue.after(kAutomaticArrangementDelay, lifetime_.guard([this, generation = arranger_.newest()] {
-        if (!arranger_.isNewest(generation)) return; // the user has arranged meanwhile, or undone that
+        if (!arranger_.isNewest(generation)) return; // superseded by an arrangement or an undo of the user
         if (access_.mayMoveWindows()) {
             steps_.changeLater([this] { arrangeWindows(); });
         } else if (access_.isAway()) {
-            arranger_
-                .postponeStartUpArrangement(); // the lock was noticed late: the arrangement is due after the unlock
+            arranger_.returnStartUpTurn(); // the lock was noticed late: due again after the unlock
         }
     }));
 }

@@ -1,5 +1,5 @@
-// Arranging every window of every display in one pass: plan, carry out, and a second pass for what had to be brought
-// back.
+// Arranges every window of every display: plans, carries the plan out, and places windows that had to be restored in a
+// second pass.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -37,10 +37,10 @@ class Arrangement {
                 WindowPresenter& presenter, TileKeeper& keeper, UndoSteps& steps);
 
     Outcome arrange();
-    /// The message for the user if the window manager places windows itself (recognized by name or by refusals);
+    /// The message for the user if the window manager places windows itself (recognized by its name or by refusals);
     /// otherwise absent.
     std::optional<std::string> whyWindowsStay() const;
-    /// What `arrange` would do now, without doing it.
+    /// The plan that `arrange` would carry out now.
     ArrangementPlan planArrangement() const;
     void learnPlacementByUser(const ManagedWindow& window, const std::string& targetID);
     void scheduleAutomaticArrangement(bool justGranted);

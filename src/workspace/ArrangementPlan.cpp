@@ -14,7 +14,7 @@ namespace kova {
 
 namespace {
 
-/// One window in one tile, with how well it suits.
+/// One window in one tile, with its score.
 struct Pair {
     std::size_t candidate;
     std::size_t slot;
@@ -40,7 +40,7 @@ using Fit = std::vector<std::size_t>;
 /// Whether a large window may take tiles from others.
 enum class Displacement { forbidden, allowed };
 
-/// Which of the windows that wait may have a tile.
+/// Which of the windows without a tile may get one.
 enum class Admission { asManyAsTiles, all };
 
 class Planner {
@@ -63,7 +63,7 @@ class Planner {
     bool isCrowded(std::size_t displayIndex, Phase phase) const;
     bool isFree(std::size_t displayIndex, std::size_t slot) const;
     Fit fitFor(std::size_t candidate, std::size_t displayIndex, std::size_t slot) const;
-    bool displacesWindow(std::size_t displayIndex, const Fit& fit) const;
+    bool pushesSomeone(std::size_t displayIndex, const Fit& fit) const;
     bool isOutrankedByOneWaiting(std::size_t candidate, std::size_t displayIndex, Phase phase) const;
     bool pushesOneThatComesFirst(std::size_t candidate, std::size_t displayIndex, const Fit& fit) const;
     void assign(std::size_t candidate, std::size_t displayIndex, const Fit& fit, std::string reason);
@@ -78,9 +78,9 @@ class Planner {
     std::vector<DisplayState> displays_;
     std::vector<std::optional<Assignment>> assignments_; // by candidate
     std::vector<bool> isCrowded_;    // by displayIndex: more windows than tiles, when the phase began
-    std::vector<bool> wasDisplaced_; // a window is displaced once at most, so that planning ends
+    std::vector<bool> wasDisplaced_; // once: a second time is not allowed, so that planning ends
     std::vector<bool> hasClaimed_;   // a rule or the user gave it its tile, which no other window takes
-    std::vector<bool> staysBehind_;  // it waits in the tile that its rule names
+    std::vector<bool> staysBehind_;  // it is stacked in the tile that its rule names
 };
 
 Planner::Planner(const ArrangementInput& input) :
@@ -107,9 +107,8 @@ std::vector<std::size_t> Planner::waitingFor(std::size_t displayIndex, Phase pha
     return waiting;
 }
 
-/// Which of two windows comes first where there are fewer tiles than windows: one that can be seen before one that has
-/// to be brought back, then the one used last, one never used after all others, one that can be resized before one of
-/// fixed size.
+/// Rank of a window if there are fewer tiles than windows: visible windows first, then by last use, never-used ones
+/// after those, resizable before fixed-size.
 bool Planner::outranks(std::size_t candidate, std::size_t other) const {
     const auto rank = [](const ArrangementCandidate& c) {
         return std::tuple(c.isDeferred, c.useRank.value_or(std::numeric_limits<std::size_t>::max()), c.isFixedSize);
@@ -137,7 +136,7 @@ void Planner::keepThoseThatComeFirst(std::vector<Pair>& pairs, std::size_t tileC
         pairs, [&](const Pair& pair) { return std::find(order.begin(), order.end(), pair.candidate) == order.end(); });
 }
 
-/// The primary tile, or the one into which the user has put the application; absent when there are other windows.
+/// For the only window of a display: the primary tile, or the one into which the user has put the application.
 std::optional<std::size_t> Planner::slotOfWindowAlone(std::size_t displayIndex, Phase phase) const {
     const ArrangementDisplay& display = *displays_[displayIndex].display;
     const auto& slots = display.solved.slots;
@@ -156,12 +155,12 @@ std::optional<std::size_t> Planner::slotOfWindowAlone(std::size_t displayIndex, 
 }
 
 std::vector<Pair> Planner::pairsFor(std::size_t displayIndex, Phase phase, Admission admission) const {
-    // Windows that can be seen come before those that would have to be brought back.
+    // Visible windows come before hidden and minimized ones.
     constexpr double kDeferredPenalty = 1000;
     const ArrangementDisplay& display = *displays_[displayIndex].display;
     const auto alone = slotOfWindowAlone(displayIndex, phase);
     std::vector<Pair> pairs;
-    // A tile that would have to grow for the window, at the cost of others, comes after those that need not.
+    // Tiles that would have to grow for the window, at the cost of others, come last.
     constexpr double kGrowthPenalty = 50;
     std::size_t freeCount = 0;
     for (std::size_t s = 0; s < display.solved.slots.size(); ++s) freeCount += isFree(displayIndex, s) ? 1 : 0;
@@ -207,8 +206,8 @@ TileRoom Planner::roomOn(std::size_t displayIndex) const {
 }
 
 /// The tile, or the span that the window needs. Empty if the span would displace a window that was displaced before or
-/// that claimed its tile. Beside a full-screen window, whose tile is not claimed, the window gets the tile alone and
-/// overlaps it while that lasts.
+/// that claimed its tile. The tile of a full-screen window is not claimed; beside one the window gets its tile alone
+/// and overlaps meanwhile.
 Fit Planner::fitFor(std::size_t candidate, std::size_t displayIndex, std::size_t slot) const {
     const DisplayState& d = displays_[displayIndex];
     const ArrangementDisplay& display = *d.display;
@@ -219,16 +218,16 @@ Fit Planner::fitFor(std::size_t candidate, std::size_t displayIndex, std::size_t
     bool isBesideFullScreen = false;
     for (std::size_t s = 0; s < slots.size(); ++s) {
         if (s == slot || std::ranges::find(needed, slots[s].id) == needed.end()) continue;
-        // One that claimed its tile keeps it; one that had to give way once is not moved again.
+        // Not displaced: a window that claimed its tile, or that was displaced before.
         if (d.holder[s] && (wasDisplaced_[*d.holder[s]] || hasClaimed_[*d.holder[s]])) return {};
         isBesideFullScreen = isBesideFullScreen || display.reservedSlotIDs.contains(slots[s].id);
         fit.push_back(s);
     }
     if (!isBesideFullScreen) return fit;
-    return displacesWindow(displayIndex, fit) ? Fit{} : Fit{slot};
+    return pushesSomeone(displayIndex, fit) ? Fit{} : Fit{slot};
 }
 
-bool Planner::displacesWindow(std::size_t displayIndex, const Fit& fit) const {
+bool Planner::pushesSomeone(std::size_t displayIndex, const Fit& fit) const {
     return std::any_of(fit.begin(), fit.end(),
                        [&](std::size_t slot) { return displays_[displayIndex].holder[slot].has_value(); });
 }
@@ -270,23 +269,23 @@ bool Planner::pushesOneThatComesFirst(std::size_t candidate, std::size_t display
     });
 }
 
-/// True when a window had to give way.
+/// True if a window was displaced.
 bool Planner::assignOn(std::size_t displayIndex, Phase phase, Displacement displacement, Admission admission) {
-    bool wasAnyDisplaced = false;
+    bool someoneGaveWay = false;
     const bool wasCrowded = isCrowded_[displayIndex];
     for (const Pair& pair : pairsFor(displayIndex, phase, admission)) {
         if (assignments_[pair.candidate] || !isFree(displayIndex, pair.slot)) continue;
         const Fit fit = fitFor(pair.candidate, displayIndex, pair.slot);
-        const bool pushes = displacesWindow(displayIndex, fit);
+        const bool pushes = pushesSomeone(displayIndex, fit);
         if (fit.empty() || (pushes && displacement == Displacement::forbidden)) continue;
         const bool takesTilesOfOthers = fit.size() > 1 && isOutrankedByOneWaiting(pair.candidate, displayIndex, phase);
         if (wasCrowded && (takesTilesOfOthers || pushesOneThatComesFirst(pair.candidate, displayIndex, fit))) continue;
-        wasAnyDisplaced = wasAnyDisplaced || pushes;
+        someoneGaveWay = someoneGaveWay || pushes;
         assign(pair.candidate, displayIndex, fit,
                reasonFor(pair.score, input_.candidates[pair.candidate],
                          displays_[displayIndex].display->solved.slots[pair.slot]));
     }
-    return wasAnyDisplaced;
+    return someoneGaveWay;
 }
 
 bool Planner::hasRoomForAllThatShow() const {
@@ -301,8 +300,8 @@ bool Planner::hasRoomForAllThatShow() const {
     return free > waiting;
 }
 
-/// Windows whose tile is named by a rule or preferred by the user come before all scores. One that would have to be
-/// brought back takes its tile only when no visible window has to leave the screen for it.
+/// Windows whose tile is named by a rule or preferred by the user come before all scores. A hidden or minimized one
+/// gets its tile only if no visible window has to be minimized for it.
 void Planner::assignClaims() {
     for (const TileClaim& claim : tileClaims(input_)) {
         const ArrangementCandidate& candidate = input_.candidates[claim.candidate];
@@ -316,7 +315,7 @@ void Planner::assignClaims() {
         }
         if (candidate.isDeferred && !hasRoomForAllThatShow()) continue;
         const Fit fit = fitFor(claim.candidate, claim.display, claim.slot);
-        if (fit.empty() || displacesWindow(claim.display, fit)) continue;
+        if (fit.empty() || pushesSomeone(claim.display, fit)) continue;
         assign(claim.candidate, claim.display, fit, claim.reason);
         hasClaimed_[claim.candidate] = true;
     }
@@ -326,12 +325,12 @@ void Planner::assignWaiting(Phase phase) {
     for (std::size_t displayIndex = 0; displayIndex < displays_.size(); ++displayIndex) {
         isCrowded_[displayIndex] = isCrowded(displayIndex, phase);
         // First windows that displace none, then the others. A displaced window gets another tile.
-        bool wasAnyDisplaced = true;
-        while (wasAnyDisplaced) {
+        bool someoneGaveWay = true;
+        while (someoneGaveWay) {
             assignOn(displayIndex, phase, Displacement::forbidden);
-            wasAnyDisplaced = assignOn(displayIndex, phase, Displacement::allowed);
+            someoneGaveWay = assignOn(displayIndex, phase, Displacement::allowed);
         }
-        // A tile that a window of higher rank left free, because it does not fit there, goes to the next.
+        // Tiles in which windows of higher rank do not fit go to the next ones.
         assignOn(displayIndex, phase, Displacement::forbidden, Admission::all);
     }
 }
@@ -359,7 +358,7 @@ AutoArrangePlacement Planner::frontPlacement(std::size_t candidate, const Assign
     return placement;
 }
 
-/// A window that waited behind a tile's window goes on waiting there, as long as the tile is still shown.
+/// A stacked window stays stacked in its tile, as long as the layout has that tile.
 std::optional<AutoArrangePlacement> Planner::behindPlacement(std::size_t candidate) const {
     const auto& behind = input_.candidates[candidate].stackedBehindID;
     if (!behind) return std::nullopt;

@@ -22,7 +22,7 @@ struct ArrangementDisplay {
     CGRect visibleFrame{};                 // screen space
     LayoutDefinition layout;               // in force, weights applied
     SolvedLayout solved;                   // on the visible frame, with no minimum sizes
-    std::set<std::string> reservedSlotIDs; // held by windows that take no part, such as full-screen ones
+    std::set<std::string> reservedSlotIDs; // held by windows that are not moved, such as full-screen ones
 };
 
 /// The tile that the rule deciding for a window names.
@@ -31,7 +31,7 @@ struct RuleTile {
     std::string name; // of the rule
 };
 
-/// A window that takes part.
+/// A window that the arrangement may move.
 struct ArrangementCandidate {
     ManagedWindow window;
     std::string applicationKey;
@@ -39,16 +39,16 @@ struct ArrangementCandidate {
     CGRect frameOnScreen{};                     // screen space; empty when unknown
     std::optional<std::string> displayID;       // the display that holds it
     std::optional<std::string> currentTargetID; // the tile that it fronts now
-    std::optional<std::string> stackedBehindID; // the tile in whose stack it waits
+    std::optional<std::string> stackedBehindID; // the tile in which it is stacked
     CGSize minimumSize{};                       // points, 0 where none is known
     std::optional<RuleTile> rule;               // while rules are on
     bool isDeferred = false;                    // minimized or hidden: needs time to come back
-    bool isComingBack = false;                  // was, and is on its way: needs the time, but ranks as shown
+    bool isComingBack = false;                  // it was, and is being restored: needs the time, but ranks as visible
     std::optional<std::size_t> useRank;         // 0 for the window used last; absent for one never used
     bool isFixedSize = false;
 };
 
-/// A window that takes no part although the user may expect it to.
+/// A window that is not moved although the user may expect it.
 struct ArrangementLeftAlone {
     ManagedWindow window;
     std::string explanation; // one line in plain words
@@ -67,7 +67,7 @@ struct ArrangementInput {
 struct AutoArrangePlacement {
     ManagedWindow window;
     DisplayTileTarget target;
-    bool isPrimary = true;                         // in front, as opposed to stacked behind
+    bool isPrimary = true;                         // front window; false: stacked
     std::vector<DisplayTileTarget> claimedTargets; // every tile that it covers, the anchor first; empty behind
     bool isDeferred = false;
     std::string explanation; // one line in plain words
@@ -80,12 +80,12 @@ struct ArrangementSurplus {
 
 struct ArrangementPlan {
     std::vector<AutoArrangePlacement> placements; // fronts in display and layout order, then those behind them
-    std::vector<ArrangementSurplus> surplus;      // to be minimised
+    std::vector<ArrangementSurplus> surplus;      // to be minimized
     std::vector<ArrangementLeftAlone> leftAlone;
 
-    /// A line per decision, a line per window that is left alone, then the surplus line when there is surplus.
+    /// A line per decision, a line per window that is not moved, then a line for the surplus, if any.
     std::vector<std::string> explanation() const;
-    /// The window is known under another id from now on.
+    /// Renames the window everywhere in the plan.
     void rename(const std::string& windowID, const std::string& newID);
 };
 

@@ -7,8 +7,8 @@ namespace kova {
 
 namespace {
 
-// What the user taught weighs most; then the tile that a window has, so that arranging again moves nothing without a
-// reason; then the role; and among equals the nearest tile.
+// Learned slots weigh most; then the present tile, so that arranging again moves nothing without a reason; then the
+// role; among equals the nearest tile.
 constexpr double kLearntWeight = 100;
 constexpr double kPresentTile = 25;
 constexpr double kDistanceWeight = 15;

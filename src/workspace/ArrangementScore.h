@@ -1,5 +1,5 @@
-// How well a window suits a tile. One number per pair, made of what was learnt, the application's role, the tile that
-// the window has now, and the distance on the screen.
+// How well a window fits a tile: one number per pair, from what was learned, the application's role, the window's
+// present tile, and the distance on the screen.
 #pragma once
 
 #include "workspace/ArrangementPlan.h"
@@ -10,7 +10,7 @@
 
 namespace kova {
 
-/// The canonical id of the tile that is offered first.
+/// The canonical id of the tile that is filled first.
 inline constexpr std::string_view kPrimarySlotID = "focus-main";
 
 struct ArrangementScore {

@@ -16,7 +16,7 @@ std::int64_t Arranger::supersede() {
     return ++generation_;
 }
 
-bool Arranger::takeStartUpArrangement(bool wasPermissionJustGranted) {
+bool Arranger::takeStartUpTurn(bool wasPermissionJustGranted) {
     const bool isDue = wasPermissionJustGranted || !hadStartUpTurn_;
     hadStartUpTurn_ = true;
     return isDue;

@@ -1,6 +1,6 @@
-// Arrangements: what the last one decided, what was learned from all of them, whether one still has something to do,
-// and the one that belongs to a start. Always true: what an arrangement still had to do is dropped as soon as another
-// arrangement, an undo or another layout supersedes it.
+// The last arrangement's plan, what was learned from all of them, whether one has remaining steps, and the arrangement
+// after the start. Always true: the remaining steps of an arrangement are dropped as soon as another arrangement, an
+// undo or another layout supersedes it.
 #pragma once
 
 #include "layout/AutoArrangeLearning.h"
@@ -22,26 +22,26 @@ class Arranger {
 
     Arranger(MainQueue& queue, PreferencesStore& preferences);
 
-    /// What the last arrangement decided; empty before the first.
+    /// The plan of the last arrangement; empty before the first.
     const ArrangementPlan& lastPlan() const { return lastPlan_; }
     void notePlan(ArrangementPlan plan) { lastPlan_ = std::move(plan); }
 
-    /// Invalidates the remaining steps of earlier arrangements. Returns the number of the current one.
+    /// Drops the remaining steps of earlier arrangements. Returns the number of the newest one.
     std::int64_t supersede();
     std::int64_t newest() const { return generation_; }
     bool isNewest(std::int64_t generation) const { return generation == generation_; }
 
-    /// Returns whether the arrangement after the start is due, and marks it done.
-    bool takeStartUpArrangement(bool wasPermissionJustGranted);
-    void skipStartUpArrangement() { hadStartUpTurn_ = true; }
-    /// Marks it due again.
-    void postponeStartUpArrangement() { hadStartUpTurn_ = false; }
+    /// Returns whether the arrangement after the start is due, and marks it as done.
+    bool takeStartUpTurn(bool wasPermissionJustGranted);
+    void skipStartUpTurn() { hadStartUpTurn_ = true; }
+    /// Marks it as due again, if it could not be carried out.
+    void returnStartUpTurn() { hadStartUpTurn_ = false; }
 
     const Learning& learning() const { return *learning_; }
     const Published<Learning>& publishedLearning() const { return learning_; }
     /// As read from the preferences.
     void loadLearning(AutoArrangeLearningModel model);
-    /// Saved after the windows have been told to move: what was learned can wait for that.
+    /// Saves with a delay, after the requests to the windows.
     void setLearning(Learning learning);
     /// Changes a copy by `edit`.
     template <class Edit>

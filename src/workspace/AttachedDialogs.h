@@ -1,6 +1,5 @@
 // Dialogs that belong to a window. They are no candidates for tiles, rules, scenes or stacks: they stay where their
-// program put them, and move along when their window moves to another place.
-// Frames are in window-service space.
+// program put them, and move with their window. Frames are in window-service space.
 #pragma once
 
 #include "windowing/ManagedWindow.h"
@@ -16,8 +15,8 @@ namespace kova {
 
 class AttachedDialogs {
   public:
-    /// Removes the dialogs from a poll's windows and returns the others. A dialog that moved by itself gets its new
-    /// offset; moving its window does not change the offset.
+    /// Removes the dialogs from a poll's windows and returns the other windows. A dialog that moved by itself gets its
+    /// new offset; moving its window does not change the offset.
     std::vector<ManagedWindow> takeFrom(std::vector<ManagedWindow> found);
 
     const std::vector<ManagedWindow>& all() const { return dialogs_; }
@@ -30,8 +29,8 @@ class AttachedDialogs {
         ManagedWindow dialog;
         CGPoint origin{};
     };
-    /// Where the window's dialogs go when the window goes to `frame`: by the same amount, but inside `visibleArea` as
-    /// far as they fit. The dialogs count as being there from now on; those that are there already are left out.
+    /// The new origins of the window's dialogs when the window moves to `frame`: by the same amount, but inside
+    /// `visibleArea` as far as they fit. Records these origins; dialogs that are there already are left out.
     std::vector<Move> follow(const std::string& windowID, const CGRect& frame, const CGRect& visibleArea);
 
   private:

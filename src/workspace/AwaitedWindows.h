@@ -1,6 +1,5 @@
-// Windows that have a place before they exist: of applications launched into a tile, of a scene that was opened, and of
-// applications whose launch may still bring one. Each kind is given up after a time of its own, which does not pass
-// while the screen cannot be seen.
+// Windows that are awaited: of applications launched into a tile, of an opened scene, and of other launched
+// applications. Each kind has a timeout of its own, which stands still during a suspension.
 #pragma once
 
 #include "support/Published.h"
@@ -24,10 +23,10 @@ class AwaitedWindows {
 
     // Launches into tiles
     const Launches& launches() const { return launches_; }
-    /// Replaces what the tile waits for. `now` is an uptime.
+    /// Replaces the launch for which the tile waits. `now` is an uptime.
     void awaitLaunch(const LaunchableApplication& application, const std::string& displayID, const std::string& slotID,
                      Seconds now);
-    /// Reports the result of the launch into the tile (its id at launch time). Ignored if another launch into that tile
+    /// Reports the result of the launch into the tile (its id at the launch). Ignored if another launch into that tile
     /// has begun since.
     void noteLaunched(const std::string& requestedTile, const std::string& identifier, const LaunchResult& result);
     void dropLaunch(const std::string& tile);

@@ -1,6 +1,6 @@
-// What displays held when they went away, so that every window finds its slot again when its display returns. The same
-// for layouts that a display cannot show for a while, because it has another size. Always true: a window is remembered
-// for at most one display, the first that was disconnected.
+// The windows that displays had when they were disconnected, so that every window returns to its slot with its display.
+// Also for layouts that a display cannot show for a while, because it has another size. Always true: a window is
+// remembered for at most one display, the first that was disconnected.
 #pragma once
 
 #include "workspace/TileAssignments.h"
@@ -15,16 +15,15 @@ namespace kova {
 
 struct ReturnOfResidents {
     TileAssignments assignments;
-    std::vector<std::string> returnedFronts;  // in front again of tiles that they had lost meanwhile
-    std::vector<std::string> returnedWaiting; // behind others again, and were not meanwhile
+    std::vector<std::string> returnedFronts;  // front windows again, after they lost their tiles meanwhile
+    std::vector<std::string> returnedWaiting; // stacked again, and were not meanwhile
 };
-/// The assignments with the windows of `held` in the places that they have there, in front of those that came into
-/// these tiles meanwhile.
+/// The assignments with the windows of `held` in their tiles there, in front of windows placed there since.
 ReturnOfResidents withResidentsBack(const TileAssignments& held, TileAssignments assignments);
 
 struct AbsenceKey {
     std::string displayID;
-    std::string layoutID{}; // empty for a display that is away
+    std::string layoutID{}; // empty for a disconnected display
     auto operator<=>(const AbsenceKey&) const = default;
 };
 
@@ -39,11 +38,11 @@ class DisplayAbsence {
     bool holds(const AbsenceKey& key) const { return homes_.contains(key); }
 
     bool isDisplaced(const std::string& windowID) const;
-    /// The user has put the window elsewhere.
+    /// Forgets the window, which the user has moved.
     void forget(const std::string& windowID);
     void forgetAll() { homes_.clear(); }
     void forgetDisplay(const std::string& displayID);
-    /// The display is known under another id from now on.
+    /// Renames the display.
     void renameDisplay(const std::string& displayID, const std::string& newID);
     void keepOnly(const std::set<std::string>& windowIDs);
     void rename(const std::string& windowID, const std::string& newID);

@@ -42,7 +42,7 @@ void DisplayChanges::screensChanged() {
     geometry_.layouts().invalidateAll();
     displays_.strandedFloats().noteGone(before, idsOf(*state_.screens), liveWindows_.all(), assignments_);
     const bool keepsFocusMode = isBesideFocusMode(before);
-    // The zoomed window's frame was that of the display before; what is restored must be in sight on those of now.
+    // The zoomed frame belongs to the former display; the restored windows must be visible on the present ones.
     if (access_.isRunning() && !keepsFocusMode) steps_.closeFocusMode();
     noteDisplaysThatCameAndWent(idsOf(before));
     keeper_.noteTilesMoved();
@@ -55,8 +55,8 @@ void DisplayChanges::screensChanged() {
     refreshCycle_.refresh();
 }
 
-/// Whether the change concerns only the visible frames of other displays than the zoomed window's, as when a panel or a
-/// dock comes or goes there, and leaves them their layouts.
+/// Whether only visible frames of other displays than the zoomed window's have changed, for example by a panel, and
+/// their layouts have not.
 bool DisplayChanges::isBesideFocusMode(const std::vector<Screen>& before) const {
     if (!focusMode_.isOn()) return false;
     const auto& now = *state_.screens;
@@ -78,7 +78,7 @@ void DisplayChanges::keepFramesBesideFocusMode() {
     }
 }
 
-/// Only on record: whether anything may be moved now is another question.
+/// Only records the change; the caller decides whether windows may be moved now.
 void DisplayChanges::noteDisplaysThatCameAndWent(const std::set<std::string>& before) {
     for (const auto& [formerID, newID] : displays_.noteConnected(before, idsOf(*state_.screens), assignments_)) {
         displayHasNewID(formerID, newID);
@@ -87,14 +87,13 @@ void DisplayChanges::noteDisplaysThatCameAndWent(const std::set<std::string>& be
         const ManagedWindow* window = liveWindows_.find(id);
         return window && !window->isElsewhere && liveWindows_.minimized().contains(id);
     });
-    // Tile geometry is not compared yet: what the displays showed before is still to be compared with what they show
-    // now.
+    // Tile geometry is not compared yet: the former layouts still have to be compared with the present ones.
     state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
     state_.stackWindowIDsByTarget.set(assignments_.stackWindowIDsByTarget);
-    session_.noteChange(); // the record names the displays that are away, too
+    session_.noteChange(); // the record contains the disconnected displays
 }
 
-/// The same display, as far as its frame tells, in another size or at another place.
+/// The display that this one replaces, judged by the frame: another size or position.
 void DisplayChanges::displayHasNewID(const std::string& formerID, const std::string& newID) {
     renameDisplay_(formerID, newID);
     WorkspaceProfile profile = *state_.profile;
@@ -102,7 +101,7 @@ void DisplayChanges::displayHasNewID(const std::string& formerID, const std::str
     if (profile != *state_.profile) keeper_.setProfile(std::move(profile));
 }
 
-/// Windows and layouts follow the displays as they are now.
+/// Adapts windows and layouts to the present displays.
 void DisplayChanges::settleOnDisplays() {
     follower_.migrateChangedDisplays();
     follower_.presentReturned();
@@ -125,7 +124,7 @@ void DisplayChanges::displaysSettled() {
     if (!access_.mayMoveWindows()) return;
     displays_.forgetRecentlyGone();
     placeWindowsOfAbsentDisplays();
-    returnStrandedFloats(); // of displays that returned while the screen could not be seen
+    returnStrandedFloats(); // of displays that returned during a suspension
     bringIntoSight();
 }
 
@@ -142,7 +141,7 @@ void DisplayChanges::placeWindowsOfAbsentDisplays() {
     if (!fronts.empty() || !waiting.empty()) keeper_.commit({});
 }
 
-/// What no tile was free for, and what floated on a display that is gone, may lie where no display shows it.
+/// Windows for which no tile was free, and floating windows of a disconnected display, may be outside all displays.
 void DisplayChanges::bringIntoSight() {
     if (pointer_.isPausingPolls() || state_.screens->empty()) return;
     const double top = geometry_.firstScreenMaxY();
@@ -165,7 +164,7 @@ bool DisplayChanges::isZoomedOver(const WorkspaceTile& tile) const {
     return focusMode_.ownsDisplay(tile.displayID);
 }
 
-/// The windows that were placed.
+/// Returns the windows that were placed.
 std::vector<std::string> DisplayChanges::placeFrontsOfAbsentDisplays() {
     const auto isFree = [this](const WorkspaceTile& tile) {
         return !tile.windowID && tile.stack.empty() && !isZoomedOver(tile);
@@ -175,7 +174,7 @@ std::vector<std::string> DisplayChanges::placeFrontsOfAbsentDisplays() {
         for (const auto& [target, windowID] : held.assignedWindowIDs) {
             const auto slot = slotIDOn(absent.displayID, target);
             auto now = assignments_.targetOf(windowID);
-            if (!now) now = assignments_.stackTargetOf(windowID); // it waits behind another window
+            if (!now) now = assignments_.stackTargetOf(windowID); // it is stacked there
             const bool hasTile = (now && geometry_.screenOfTarget(*now)) || held.targetOf(windowID) != target;
             if (slot && !hasTile) displaced.emplace_back(*slot, windowID);
         }
@@ -202,8 +201,8 @@ std::vector<std::string> DisplayChanges::placeFrontsOfAbsentDisplays() {
     return placed;
 }
 
-/// Windows that wait in stacks of absent displays follow their front window, or else wait behind the window of another
-/// tile, best the one of the same name. Gives those that wait elsewhere now.
+/// Stacked windows of disconnected displays follow their front window, or else are stacked in another tile, preferably
+/// of the same slot. Returns those that are stacked elsewhere now.
 std::vector<std::string> DisplayChanges::takeWaitingAlong() {
     std::vector<std::string> taken;
     for (const auto& [absent, held] : displays_.absentDisplays()) {
@@ -233,7 +232,7 @@ std::vector<std::string> DisplayChanges::takeWaitingAlong() {
     return taken;
 }
 
-/// What happened on other displays is not undone when the zoomed window gives its own back.
+/// The end of focus mode must not undo changes on other displays.
 void DisplayChanges::keepBesideFocusMode(const std::vector<std::string>& fronts,
                                          const std::vector<std::string>& waiting) {
     WorkspaceUndoSnapshot* snapshot = focusMode_.snapshot();
@@ -249,7 +248,7 @@ void DisplayChanges::keepBesideFocusMode(const std::vector<std::string>& fronts,
     }
 }
 
-/// Verification would move a window that the desktop has rescued from a disconnected display back out of sight.
+/// Verification would move a window back off the screen that the desktop has rescued from a disconnected display.
 void DisplayChanges::giveUpUnreachablePlacements() {
     windowService_.cancelPlacements([this](const CGRect& target) { return !geometry_.isOnSomeScreen(target); });
 }

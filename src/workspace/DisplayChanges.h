@@ -1,4 +1,4 @@
-// Displays that come, go and change their size, and what becomes of the windows on them.
+// Moves windows and layouts after displays were connected, disconnected or resized.
 #pragma once
 
 #include "windowing/AccessibilityWindowService.h"

@@ -1,5 +1,5 @@
-// Which layout is in force on each display, and where its tiles came out. Resolved and solved anew only when what they
-// depend on has changed.
+// The layout in force on each display, and the frames of its tiles. Resolved and solved again only when their inputs
+// have changed.
 #pragma once
 
 #include "layout/LayoutCatalogue.h"
@@ -13,8 +13,8 @@
 
 namespace kova {
 
-/// The layout id that the display's selection means on its screen: an explicit choice as it is, `automatic`
-/// by the display's class, and without a selection the profile's own layout.
+/// The layout id of the display's selection on its screen: an explicit choice as it is, `automatic` by the display's
+/// class, and without a selection the profile's own layout.
 std::string resolveLayoutID(const WorkspaceProfile& profile, const std::string& displayID, const Screen& screen);
 
 class DisplayLayouts {

@@ -10,8 +10,8 @@ namespace kova {
 
 namespace {
 
-/// Returns the hidden windows of `held` that have no tile to free tiles of `held`, their own if possible. Returns their
-/// ids.
+/// Returns the hidden windows of `held` that have no tile to free tiles of `held`, their own if possible. The result is
+/// their ids.
 std::vector<std::string> returnToFreeTiles(const TileAssignments& held, TileAssignments& assignments,
                                            const std::function<bool(const std::string& windowID)>& isPutAway) {
     std::vector<std::string> returned;

@@ -1,7 +1,7 @@
 // Per display: the windows of a disconnected one, the assignments of the connected ones before an arrangement used
-// their tiles for those windows, the windows of the layouts it showed earlier, the layout shown last, and its new id
-// after a resize. Always true: a window is held by one absent display at most; displays count as changing until they
-// have stayed as they are for `kSettleTime`, since a standby looks like an unplugging. Times are uptimes.
+// their tiles for those windows, the windows of the layouts it had at other sizes, the layout shown last, and its new
+// id after a resize. Always true: a window is remembered for at most one disconnected display; displays count as
+// changing until they have not changed for `kSettleTime`, since a standby looks like an unplugging. Times are uptimes.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -26,32 +26,32 @@ class DisplayMemory {
   public:
     static constexpr Seconds kSettleTime{2};
 
-    /// `settled` is called once the displays have stayed as they are for the settle time.
+    /// `settled` is called once the displays have not changed for the settle time.
     DisplayMemory(MainQueue& queue, std::function<void()> settled);
 
     struct Renaming {
         std::string formerID;
         std::string newID;
     };
-    /// Records which displays were disconnected, with their windows, and returns windows to those that were
-    /// reconnected. Returns displays that only changed their id; the caller renames them everywhere.
+    /// Records the windows of displays that were disconnected, and returns windows to those that were connected again.
+    /// Returns displays that only changed their id; the caller renames them everywhere.
     [[nodiscard]] std::vector<Renaming> noteConnected(const std::set<std::string>& before,
                                                       const std::set<std::string>& now, TileAssignments& assignments);
     /// Remembers the windows assigned to the display.
     void leaveDisplay(const std::string& displayID, const TileAssignments& assignments);
-    /// Does so for every disconnected display that has assignments and no record yet.
+    /// Remembers the windows of every disconnected display that has assignments and no record yet.
     void leaveAbsentDisplays(const TileAssignments& assignments, const std::set<std::string>& connected);
     void takeBackDisplay(const std::string& displayID, TileAssignments& assignments);
     bool holdsDisplay(const std::string& displayID) const { return absence_.holds({displayID}); }
-    /// The display that holds the window is away.
+    /// True if the window belongs to a disconnected display.
     bool isDisplaced(const std::string& windowID) const { return absence_.isDisplaced(windowID); }
     /// By the id of the display.
     const std::map<AbsenceKey, TileAssignments>& absentDisplays() const { return absence_.homes(); }
     void restoreAbsentDisplays(std::map<AbsenceKey, TileAssignments> held) { absence_.restore(std::move(held)); }
-    /// The assignments were set back to an earlier time.
+    /// After an undo: replaces the remembered windows by those of the restored assignments.
     void restate(const TileAssignments& assignments) { absence_.restate(assignments); }
 
-    /// An arrangement is about to give tiles of connected displays to windows whose display is away.
+    /// Call before an arrangement puts windows of disconnected displays into tiles of connected ones.
     void noteArrangement(const TileAssignments& assignments);
     /// Once all displays are connected: windows that lost their tile to such an arrangement, have no tile now and are
     /// hidden, return to their tile, or to another one freed in the same way.
@@ -62,11 +62,11 @@ class DisplayMemory {
     /// The display changes from one layout to another because of its size, not by choice.
     void leaveLayout(const std::string& displayID, const std::string& layoutID, const TileAssignments& assignments);
     void takeBackLayout(const std::string& displayID, const std::string& layoutID, TileAssignments& assignments);
-    /// The user has chosen what the display shows.
+    /// Forgets former layouts of the display, whose layout the user has chosen.
     void forgetLayouts(const std::string& displayID);
 
-    /// Windows that are in front again of tiles that they had lost, and windows that wait again, until the caller
-    /// shows and hides them.
+    /// Returns and forgets the windows that got their tiles back, to be shown, and those that are stacked again, to be
+    /// hidden.
     void noteReturned(const std::vector<std::string>& fronts, const std::vector<std::string>& waiting);
     bool hasReturned() const { return !windowsToShow_.empty() || !windowsToHide_.empty(); }
     struct Returned {
@@ -75,7 +75,7 @@ class DisplayMemory {
     };
     Returned takeReturned();
 
-    /// Null before the display has shown anything.
+    /// Null for a display without a record.
     const ShownLayout* shown(const std::string& displayID) const;
     /// Whether tiles of the display have moved since the last time.
     bool noteShown(const std::string& displayID, const std::string& layoutID, const SolvedLayout& solved);
@@ -83,19 +83,19 @@ class DisplayMemory {
     /// chosen keeps it.
     void carryLayout(WorkspaceProfile& profile, const std::string& formerID, const std::string& newID);
 
-    /// Displays changed: `settled` will be called, unless they change again.
+    /// Starts the settle time anew; `settled` is called at its end.
     void beginSettling();
-    /// Whether the window's display is away and may be back in a moment.
+    /// Whether the window's display was disconnected within the settle time.
     bool isAwaited(const std::string& windowID) const { return isSettling() && isDisplaced(windowID); }
     bool isSettling() const { return queue_.uptime() < settledAt_; }
-    /// Displays that are away now do not come back under another id.
+    /// Displays that are disconnected now are not matched to later ones with another id.
     void forgetRecentlyGone() { recentlyGone_.clear(); }
 
-    /// Whether windows of absent displays were kept from free tiles by a zoomed window.
+    /// Whether focus mode kept windows of disconnected displays from free tiles.
     void noteHeldBackByZoom(bool isHeldBack) { isHeldBackByZoom_ = isHeldBack; }
     bool takeHeldBackByZoom() { return std::exchange(isHeldBackByZoom_, false); }
 
-    /// The user has put the window elsewhere.
+    /// Forgets the window, which the user has moved.
     void forget(const std::string& windowID);
     void forgetAllWindows();
     void keepOnly(const std::set<std::string>& windowIDs);
@@ -109,13 +109,13 @@ class DisplayMemory {
     std::function<void()> settled_;
     DisplayAbsence absence_;
     DisplayAbsence formerLayouts_; // by display and layout
-    TileAssignments crowded_;      // before the first arrangement with a display away
+    TileAssignments crowded_;      // before the first arrangement with a disconnected display
     StrandedFloats strandedFloats_;
     std::set<std::string> windowsToShow_;
     std::set<std::string> windowsToHide_;
-    std::map<std::string, ShownLayout> shown_; // also of displays that are away
+    std::map<std::string, ShownLayout> shown_; // also of disconnected displays
     std::set<std::string> recentlyGone_;       // displays without another name than their frame
-    std::set<std::string> inheritedLayouts_;   // ids that have the layout of the one before
+    std::set<std::string> inheritedLayouts_;   // ids that have a copy of the former id's layout
     Seconds settledAt_{0};
     bool isHeldBackByZoom_ = false;
     Lifetime lifetime_;

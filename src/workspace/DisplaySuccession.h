@@ -1,5 +1,5 @@
-// Displays whose only name is their frame, and which therefore have another name after every change of it: virtual
-// machines, and monitors without a name of their own.
+// Displays that are named by their frame, and therefore have another id after every change of it: those of virtual
+// machines, and monitors without identification.
 #pragma once
 
 #include "layout/WorkspaceProfile.h"
@@ -18,7 +18,7 @@ bool isNamedByFrame(const std::string& displayID);
 std::map<std::string, std::string> successorsOfDisplays(const std::set<std::string>& gone,
                                                         const std::set<std::string>& come);
 
-/// The layout that was chosen for the display, and its weights, are those of the other one as well.
+/// Copies the chosen layout of the display, and its weights, to the other one.
 void copyDisplay(WorkspaceProfile& profile, const std::string& displayID, const std::string& otherID);
 void eraseDisplay(WorkspaceProfile& profile, const std::string& displayID);
 

@@ -1,5 +1,5 @@
-// A divider that is dragged: which one, how far, and how often that reaches the windows.
-// Updates are applied at most 60 times a second, always with the newest translation.
+// The drag of a divider. Updates are applied at most 60 times a second, always with the newest translation. Main thread
+// only.
 #pragma once
 
 #include "layout/LayoutSolver.h"
@@ -13,7 +13,7 @@
 
 namespace kova {
 
-/// The same boundary of the same layout on the same display, wherever it lies now.
+/// Whether both are the same boundary of the same layout on the same display; their positions may differ.
 bool isSameDivider(const DisplayLayoutDivider& a, const DisplayLayoutDivider& b);
 
 struct ActiveDividerDrag {
@@ -27,11 +27,11 @@ class DividerDrag {
   public:
     static constexpr Seconds kUpdateInterval{1.0 / 60};
 
-    /// `apply` is called when a translation is due to reach the windows.
+    /// `apply` is called when a translation is due.
     DividerDrag(MainQueue& queue, std::function<void()> apply);
 
     const std::optional<ActiveDividerDrag>& active() const { return active_; }
-    /// True when a drag of this divider is under way.
+    /// True while this divider is being dragged.
     bool concerns(const DisplayLayoutDivider& divider) const;
 
     void begin(const DisplayLayoutDivider& target, const LayoutWeightOverrides& weightsInForce);
@@ -40,7 +40,7 @@ class DividerDrag {
     /// Takes the pending translation and moves the weights by it; true when there was one. Where the divider cannot
     /// move the weights stay; a divider that is back where it began has its starting weights.
     bool takePendingTranslation();
-    /// What was dragged; no drag is active afterwards, and nothing is scheduled any more.
+    /// Ends the drag, cancels scheduled updates and returns the dragged divider.
     std::optional<ActiveDividerDrag> end();
 
   private:

@@ -76,8 +76,8 @@ void DocumentStore::saveWorkspaceDocument() {
                                    PreferenceData{encodeStoredDocument(workspaceDocument())});
 }
 
-/// Takes over a document that can be read back, and stores it; else gives the reason, and nothing changes. A document
-/// that was too large before, as only an edited preference file makes it, may still be changed, so that it can shrink.
+/// Stores the document if it can be read back; otherwise changes nothing and returns the reason. A document that was
+/// too large before, by an edit of the preference file, may still be changed, so that it can shrink.
 std::optional<DecodingError> DocumentStore::takeDocument(WorkspaceProductDocument next) {
     std::string stored = encodeStoredDocument(next);
     if (auto reason = whyUnreadable(next, stored.size())) {

@@ -1,4 +1,4 @@
-// The stored document of scenes and rules, and the edits of it.
+// Stores the document of scenes and rules, and edits it.
 #pragma once
 
 #include "persistence/WorkspaceProductDocument.h"
@@ -24,7 +24,7 @@ class DocumentStore {
     [[nodiscard]] Outcome changeDocument(WorkspaceProductDocument next);
     Outcome importWorkspaceDocument(std::string_view data);
     Decoded<std::string> exportWorkspaceDocument() const;
-    /// What importing the file would add, without doing it.
+    /// The scenes and rules that importing the file would add.
     Decoded<WorkspaceImportCounts> previewImport(std::string_view data) const;
     Outcome renameScene(const Uuid& id, const std::string& name);
     Outcome deleteScene(const Uuid& id);

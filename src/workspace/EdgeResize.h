@@ -1,4 +1,4 @@
-// A window that was resized by hand at its tile's edge takes the divider there along.
+// When the user resizes a window at its tile's edge, the divider at that edge follows.
 #pragma once
 
 #include "layout/LayoutSolver.h"

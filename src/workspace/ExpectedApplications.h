@@ -1,4 +1,4 @@
-// Applications that were launched and have shown no window yet. Until its first window an application may count as not
+// Applications that were launched and have no window yet. Until its first window an application may count as not
 // running; while it is expected here, no scene launches it a second time.
 #pragma once
 
@@ -16,7 +16,7 @@ namespace kova {
 class ExpectedApplications {
   public:
     static constexpr Seconds kLifetime{25};
-    /// Whether no window can come of the launched process any more, given its number and its start identity.
+    /// Whether the launched process, given its number and its start identity, can show no window any more.
     using HasFailed = std::function<bool(pid_t, const std::string&)>;
 
     /// A launch was requested at the uptime `now`.
@@ -24,11 +24,12 @@ class ExpectedApplications {
     /// The launch worked. Without an identity nothing is known of the process, and only time ends the expectation.
     void noteStarted(const std::string& bundleID, pid_t process, std::optional<std::string> startIdentity);
     void forget(const std::string& bundleID) { launches_.erase(bundleID); }
-    /// Applications that have a window now are expected no longer.
+    /// Forgets applications that have a window now.
     void forgetThoseWithWindows(const std::vector<ManagedWindow>& windows);
-    /// Whether a window may still come by itself: not after the lifetime, nor once the launched process has failed.
+    /// Whether the application may still show a window: not after the lifetime, nor once the launched process has
+    /// failed.
     bool isExpected(const std::string& bundleID, Seconds now, const HasFailed& hasFailed) const;
-    /// Lets every expectation last longer, by the time in which the screen could not be seen.
+    /// Extends every expectation by the time of a suspension.
     void postpone(Seconds duration);
 
   private:

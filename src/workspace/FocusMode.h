@@ -1,4 +1,4 @@
-// Focus mode: the zoomed window and the snapshot that is restored at its end. Always true: the mode is published
+// Focus mode: the zoomed window, and the snapshot that is restored at its end. Always true: the mode is published
 // exactly while a snapshot is stored.
 #pragma once
 
@@ -16,7 +16,7 @@ class FocusMode {
   public:
     using PublishedMode = Published<std::optional<WorkspaceFocusMode>>;
 
-    /// What to restore when the display is given back.
+    /// What the end of focus mode restores.
     struct Before {
         WorkspaceUndoSnapshot snapshot;
         std::vector<UndoEntry> history; // entering and leaving must not cost the oldest entry
@@ -25,7 +25,7 @@ class FocusMode {
     explicit FocusMode(PublishedMode& published) : published_(published) {}
 
     void enter(WorkspaceFocusMode mode, Before before);
-    /// Ends focus mode, if it is on; the caller restores what is given, or drops it.
+    /// Ends focus mode, if it is on. The caller restores the result, or drops it.
     std::optional<Before> leave();
 
     bool isOn() const { return before_.has_value(); }
@@ -34,7 +34,8 @@ class FocusMode {
     /// The display that the window is zoomed on; absent for every other window.
     std::optional<std::string> displayOf(const std::string& windowID) const;
     const std::optional<WorkspaceFocusMode>& mode() const { return *published_; }
-    /// Null when focus mode is off. What happens beside the zoomed window is entered here, so that leaving keeps it.
+    /// Null when focus mode is off. Changes on other displays are entered here, so that the end of focus mode keeps
+    /// them.
     WorkspaceUndoSnapshot* snapshot() { return before_ ? &before_->snapshot : nullptr; }
     const WorkspaceUndoSnapshot* snapshot() const { return before_ ? &before_->snapshot : nullptr; }
 

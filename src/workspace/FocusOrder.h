@@ -1,4 +1,4 @@
-// The order in which windows had the keyboard, the most recent first. A plain value.
+// The order in which windows were focused, the most recent first. A plain value.
 #pragma once
 
 #include <algorithm>
@@ -19,11 +19,11 @@ class FocusOrder {
     void keepOnly(const std::function<bool(const std::string&)>& isLive) {
         std::erase_if(windowIDs_, [&](const std::string& id) { return !isLive(id); });
     }
-    /// The window is known under another id from now on.
+    /// Renames the window.
     void rename(const std::string& windowID, const std::string& newID) {
         std::replace(windowIDs_.begin(), windowIDs_.end(), windowID, newID);
     }
-    /// Windows that never had the keyboard while they were watched are not among them.
+    /// Without windows that were never focused since the agent started.
     const std::vector<std::string>& windowIDs() const { return windowIDs_; }
 
   private:

@@ -59,12 +59,15 @@ Alert noOpenApplicationsAlert() {
 
 Alert forceQuitAllAlert(std::span<const RunningApplication> candidates) {
     std::string text = "This immediately closes " + std::to_string(candidates.size()) +
-                       " applications. Unsaved changes will be lost. KOVA and Finder will stay open.\n";
-    for (const auto& candidate : candidates) text += "\n" + onOneLine(displayedName(candidate));
+                       " applications. Unsaved changes will be lost. KOVA and Finder will stay open.";
+    std::vector<AlertApplication> listed;
+    for (const auto& candidate : candidates)
+        listed.push_back({onOneLine(displayedName(candidate)), candidate.bundleIdentifier.value_or("")});
     return {.title = "Force Quit All Open Applications?",
             .text = std::move(text),
             .confirmButton = "Force Quit All",
-            .cancelButton = "Cancel"};
+            .cancelButton = "Cancel",
+            .applications = std::move(listed)};
 }
 
 } // namespace kova

@@ -1,4 +1,4 @@
-// Which applications are ended when all are, and how the user is asked before.
+// The applications that "force quit all" ends, and its texts for the user.
 #pragma once
 
 #include "windowing/AlertServicing.h"
@@ -16,13 +16,13 @@ bool isKeptOpen(const RunningApplication& application);
 /// The regular applications that run and are neither this program nor kept open, in their order.
 std::vector<RunningApplication> forceQuitCandidates(const std::vector<RunningApplication>& running,
                                                     pid_t ownProcessIdentifier);
-/// By name as people sort; those without one come last.
+/// Sorted by name as people sort; those without one come last.
 void sortByName(std::vector<RunningApplication>& applications);
 
-/// What became of the applications that were to be ended by force.
+/// The result for the applications that were to be ended by force.
 struct ForceQuitOutcome {
     std::vector<RunningApplication> ended;
-    std::vector<std::string> refusals; // a sentence for each that was not signalled
+    std::vector<std::string> refusals; // a sentence for each that got no signal
 };
 
 /// The sentence for an application that was not ended; `reason` is a sentence without its end.
@@ -31,9 +31,9 @@ std::string notForceQuitMessage(const std::string& applicationName, const std::s
 /// "Unknown Application" for one without a name.
 std::string displayedName(const RunningApplication& application);
 
-/// Tells that there is nothing to end.
+/// The message when there is nothing to end.
 Alert noOpenApplicationsAlert();
-/// Asks whether to end these.
+/// The confirmation question.
 Alert forceQuitAllAlert(std::span<const RunningApplication> candidates);
 
 } // namespace kova

@@ -1,6 +1,6 @@
-// The frame that each window was asked for against the one that it has: which windows to ask again, how often, and what
-// their refusals say about their smallest sizes. Always true: a window that rests at the same wrong frame is asked
-// `kAttempts` times for the same right one, and then left as it is until something changes.
+// The requested frame of each window against its real one: which requests to repeat, how often, and what refusals say
+// about minimum sizes. Always true: a window that keeps the same wrong frame gets `kAttempts` requests for the same
+// frame, and then none until something changes.
 #pragma once
 
 #include "windowing/ManagedWindow.h"
@@ -19,28 +19,28 @@ class FrameKeeper {
   public:
     static constexpr int kAttempts = 3;
 
-    /// How far a window may be off its tile: `noticeable` from `kFrameTolerancePoints` on, `any` from `kRoundingPoints`
-    /// on, so that a change of the layout by one point takes effect.
+    /// How far a window may be off its tile: `noticeable` tolerates `kFrameTolerancePoints`, `any` only rounding, so
+    /// that a change of the layout by one point takes effect.
     enum class Straying { noticeable, any };
     enum class Decision { leave, ask, askAgain };
-    /// Whether the window is to be asked for the frame now; `pending` is what it was asked for and is still verified.
-    /// Frames are in window-service space.
+    /// Whether to request the frame now; `pending` is a requested frame that is still being verified. Frames are in
+    /// window-service space.
     [[nodiscard]] Decision decide(const ManagedWindow& window, const CGRect& wanted, Straying straying,
                                   const std::optional<CGRect>& pending);
-    /// `askAgain` counts as an attempt. Not to be called while a window manager is replaced: a window that stays where
-    /// it is refuses nothing then.
+    /// `askAgain` counts as an attempt. Do not call while the window manager is being replaced: a window that does not
+    /// move then refuses nothing.
     void noteAttempt(const std::string& windowID) { ++refusals_[windowID].attempts; }
-    /// The window was asked for a frame; the next poll may not have seen the outcome yet.
+    /// Records a request; the next poll may be too early to see its outcome.
     void noteAsked(const std::string& windowID) { refusals_[windowID].isUnseen = true; }
-    /// The window is where it was when the agent started, which is as good as its tile.
+    /// Accepts the window's frame at the start of the agent as its placement.
     void accept(const std::string& windowID, const CGRect& wanted, const CGRect& actual);
-    /// The window is asked as often as at first.
+    /// Forgets the refusal, so that all attempts are made again.
     void forgetRefusal(const std::string& windowID) { refusals_.erase(windowID); }
     void forgetRefusals() { refusals_.clear(); }
-    /// Drops the refusal of a window without a tile frame. That of a window elsewhere is kept, so that a fixed size is
-    /// not requested again whenever its Space is shown.
+    /// Drops the refusal of a window without a tile frame. A window elsewhere keeps it, so that the request is not
+    /// repeated whenever its Space is shown.
     void noteWithoutTarget(const ManagedWindow& window);
-    /// The window's final frame after `kAttempts` refused requests; null otherwise.
+    /// The refused request and the window's frame, after `kAttempts` requests; null otherwise.
     const Refusal* refusal(const std::string& windowID) const;
 
     WindowSizes& sizes() { return sizes_; }
@@ -52,9 +52,9 @@ class FrameKeeper {
     std::vector<std::string> takeShrunken(const std::map<std::string, std::string>& anchors,
                                           const std::function<std::optional<CGSize>(const std::string&)>& minimumOf);
 
-    /// Windows that are gone are forgotten; requests without a pending frame were seen by this poll.
+    /// Forgets closed windows; requests without a pending frame were seen by this poll.
     void onPoll(const PollContext& poll);
-    /// Some window is still to be asked or to be seen.
+    /// Whether a request or a poll is still due for some window.
     bool isWaiting() const;
     void rename(const std::string& windowID, const std::string& newID);
 

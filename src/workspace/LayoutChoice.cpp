@@ -80,7 +80,8 @@ Outcome LayoutChoice::resetLayoutSizes(const std::optional<std::string>& wanted)
 }
 
 Outcome LayoutChoice::setTileInset(double points) {
-    if (!(points >= 0 && points <= kLargestTileInset)) return access_.refuseSilently("The gap was not changed");
+    if (!(points >= 0 && points <= kLargestTileInset))
+        return access_.refuseSilently("The tile inset was not changed: it must be from 0 to 100 points");
     if (points == state_.profile->tileInset) return Outcome::done();
     if (const auto seen = access_.requireVisibleScreen(); !seen) return seen;
     steps_.pushUndoSnapshot(

@@ -30,7 +30,7 @@ LayoutFollower::LayoutFollower(WorkspaceParts& parts, TileGeometry& geometry, Wi
     tileMemory_(parts.tileMemory), displays_(parts.displays), geometry_(geometry), presenter_(presenter),
     keeper_(keeper) {}
 
-/// Shows windows that are in front of a tile again that they had lost, and hides those that wait in a stack again.
+/// Shows the windows that got their tile back, and hides those that are stacked again.
 void LayoutFollower::presentReturned() {
     const auto returned = displays_.takeReturned();
     for (const auto& id : returned.fronts) {
@@ -47,8 +47,8 @@ void LayoutFollower::presentReturned() {
     presenter_.presentDisplaced(leaving);
 }
 
-/// A display that changed its size may have changed its layout with it: its windows follow, and nothing is undone. With
-/// the layout that it had before, they are where they were.
+/// A display that changed its size may have changed its layout: its windows follow, without an undo step. If it returns
+/// to a former layout, they return to their tiles in that layout.
 void LayoutFollower::migrateChangedDisplays() {
     for (const auto& screen : *state_.screens) {
         const std::string id = displayID(screen);
@@ -69,7 +69,7 @@ void LayoutFollower::migrateChangedDisplays() {
     keeper_.publishAssignments();
 }
 
-/// Assignments of an earlier time may name tiles that the layout of now does not have.
+/// Assignments of a snapshot or session may name tiles that the present layout lacks.
 void LayoutFollower::migrateFromMissingTiles() {
     for (const auto& screen : *state_.screens) {
         const std::string id = displayID(screen);

@@ -1,4 +1,4 @@
-// Moves windows to the tiles of another layout after a display has changed its layout by itself.
+// Moves windows to the tiles of the new layout after a display has changed its layout because of its size.
 #pragma once
 
 #include "windowing/AccessibilityWindowService.h"

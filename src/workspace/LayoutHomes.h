@@ -1,6 +1,6 @@
-// Where the windows of a display were before the user chose other layouts for it, so that layouts with fewer tiles cost
-// no window its place: whichever layout follows, windows go where they would go from their own tile.
-// Always true: a window is at home once per display at most.
+// Per display, the tiles that windows had in the layouts that the user replaced, so that a layout with fewer tiles
+// loses no placement: with each new layout, windows move from these tiles. Always true: a window is remembered for one
+// layout per display ("at home" in it).
 #pragma once
 
 #include "workspace/LayoutMigration.h"
@@ -16,17 +16,17 @@ namespace kova {
 
 class LayoutHomes {
   public:
-    /// The display leaves its layout with these assignments: windows without a home are at home there. When it leaves
-    /// the layout with which it began, everything is forgotten first.
+    /// Call before the display's layout is replaced: remembers its windows that have no former layout yet. If the
+    /// replaced layout is the first one, forgets all others before.
     void leave(const std::string& displayID, const ShownLayout& layout, const TileAssignments& assignments);
-    /// The windows that are still on the display, by the layout in which they are at home, the newest first.
+    /// The windows that are still on the display, by the layout for which they are remembered, the newest first.
     std::vector<LayoutHome> of(const std::string& displayID, const TileAssignments& assignments) const;
 
-    /// The user has put the window elsewhere.
+    /// Forgets the window, which the user has moved.
     void forget(const std::string& windowID);
     void forgetDisplay(const std::string& displayID) { homes_.erase(displayID); }
     void forgetAll() { homes_.clear(); }
-    /// After an arrangement only windows that it left waiting in a stack are still away from home.
+    /// After an arrangement: forgets all windows except those that it left stacked.
     void keepOnlyWaiting(const TileAssignments& assignments);
     void keepOnly(const std::set<std::string>& windowIDs);
     void rename(const std::string& windowID, const std::string& newID);

@@ -75,7 +75,7 @@ std::string nearestSlot(CGPoint place, const DisplayTiles& tiles) {
     return tiles.slotIDs[index];
 }
 
-/// Gives each occupant that is still without a slot the first free new one that `fits` accepts.
+/// Puts each occupant without a slot into the first free new slot that `fits` accepts.
 template <class Fits>
 void giveSlots(std::vector<Occupant>& all, std::vector<std::string>& free, Fits fits) {
     for (Occupant& occupant : all) {
@@ -98,7 +98,7 @@ DisplayTiles tilesOf(const SolvedLayout& solved) {
 
 namespace {
 
-/// The windows of a span have all its tiles again, if these are free and one layout's own.
+/// Restores spans whose tiles are free and belong to one layout.
 void giveSpans(std::vector<Occupant>& all, std::vector<std::string>& free) {
     const auto isFree = [&](const std::string& id) { return std::find(free.begin(), free.end(), id) != free.end(); };
     for (Occupant& occupant : all) {
@@ -168,8 +168,8 @@ LayoutMigration migrate(const TileAssignments& before, const std::string& displa
     return result;
 }
 
-/// A window that has come forward from the stack in which it is at home stays in front; a stack whose window has left
-/// goes on with its next.
+/// A window that came forward from its remembered stack stays in front; a stack whose front window has left continues
+/// with its next one.
 void putForward(std::vector<Occupant>& all, const TileAssignments& now) {
     for (Occupant& occupant : all) {
         if (occupant.front && now.isAssigned(*occupant.front)) continue;

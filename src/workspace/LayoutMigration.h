@@ -1,4 +1,4 @@
-// What becomes of the windows of a display whose layout changes.
+// Moves the windows of a display to the tiles of its new layout.
 #pragma once
 
 #include "layout/LayoutSolver.h"
@@ -17,14 +17,14 @@ struct DisplayTiles {
     bool operator==(const DisplayTiles&) const = default;
 };
 
-/// What a display showed last.
+/// The layout that a display showed last.
 struct ShownLayout {
     std::string layoutID;
     DisplayTiles tiles;
     bool operator==(const ShownLayout&) const = default;
 };
 
-/// What a display showed, and the windows in its tiles.
+/// A layout that a display showed, and the windows in its tiles.
 struct LayoutHome {
     ShownLayout shown;
     TileAssignments assignments;
@@ -35,23 +35,24 @@ DisplayTiles tilesOf(const SolvedLayout& solved);
 
 struct LayoutMigration {
     TileAssignments assignments;
-    std::vector<std::string> displacedWindowIDs; // lost their tile and wait behind another window
+    std::vector<std::string> displacedWindowIDs; // lost their tile and are stacked behind another window
     std::vector<std::string> returnedWindowIDs;  // front a tile, and did not before
 };
 
 /// Windows stay in the slot of the same id, else of the same canonical id; the others take the free slots in order;
-/// what is left goes behind the nearest tile's window. Stacks go with their front. Other displays are untouched.
+/// windows without a slot are stacked in the nearest tile. Stacks follow their front window. Other displays do not
+/// change.
 LayoutMigration migrateAssignments(const TileAssignments& before, const std::string& displayID,
                                    const DisplayTiles& oldTiles, const DisplayTiles& newTiles);
 
-/// Does so for windows remembered for several former layouts; those of an earlier entry choose first. In the layout in
-/// which they are at home, windows have their tiles again, spans included. A window that has come forward in a stack
-/// stays in front of it.
+/// Does so for windows remembered for several former layouts; those of an earlier entry choose first. Windows return to
+/// their tiles in the layout for which they are remembered, including spans. A stacked window that came forward since
+/// stays the front window.
 LayoutMigration migrateHomes(const TileAssignments& before, const std::string& displayID,
                              const std::vector<LayoutHome>& homes, const ShownLayout& next);
 
-/// If the window fronted a tile and waits now, it comes to the front of the tile in which it waits, and the window
-/// there waits in its place. Nothing changes where that one spans several tiles.
+/// If the window was a front window and is stacked now, it becomes the front window of that tile and the former one is
+/// stacked. Changes nothing if the former one spans several tiles.
 void keepInFront(LayoutMigration& migration, const std::string& windowID);
 
 } // namespace kova

@@ -19,17 +19,17 @@ enum class LeftAlone {
     applicationHidden,
 };
 
-/// What is known of the window beside its own attributes.
+/// Facts about the window beside its own attributes.
 struct LeftAloneFacts {
     bool isZoomed = false;
     bool isHeldByPointer = false;
     bool isApplicationHidden = false;
 };
 
-/// The first cause that applies; absent when the window is to be at its tile.
+/// The first reason that applies; absent if the window may be moved to its tile.
 std::optional<LeftAlone> whyLeftAlone(const ManagedWindow& window, const LeftAloneFacts& facts);
 
-/// The cause as the end of a sentence about the window: "is minimized".
+/// The reason as the end of a sentence about the window: "is minimized".
 std::string_view describe(LeftAlone cause);
 
 } // namespace kova

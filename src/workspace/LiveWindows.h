@@ -1,5 +1,5 @@
-// The windows of the last enumeration, corrected by what was asked of them since: a window that is shown, hidden or
-// minimized counts so at once, before a poll confirms it. Always true: ids are unique; the list has no dialogs.
+// The windows of the last enumeration, with the states that were requested since: a window counts as shown, hidden or
+// minimized at once, before a poll confirms it. Always true: ids are unique; the list has no dialogs.
 #pragma once
 
 #include "windowing/ManagedWindow.h"
@@ -33,16 +33,16 @@ class LiveWindows {
     ManagedWindow* find(const std::string& windowID);
     const ManagedWindow* find(const std::string& windowID) const;
 
-    /// What a poll that began at `begun` (uptime) has found: dialogs are taken out, requests that it cannot have seen
-    /// yet are applied. True when the titles in the lists of windows and dialogs are others.
+    /// Takes the windows of a poll that began at `begun` (uptime): removes dialogs, and applies requests that it cannot
+    /// have seen. True if titles of windows or dialogs have changed.
     bool take(std::vector<ManagedWindow> found, Seconds begun);
-    /// No window may be known any more.
+    /// Forgets all windows, without the permission.
     void clear();
 
     const AttachedDialogs& dialogs() const { return dialogs_; }
     AttachedDialogs& dialogs() { return dialogs_; }
 
-    /// The virtual desktop that is shown, as of the last poll. Gives the one before.
+    /// Sets the virtual desktop that is shown, as of the last poll, and returns the former one.
     std::uint64_t noteShownSpace(std::uint64_t space) { return std::exchange(shownSpace_, space); }
     std::uint64_t shownSpace() const { return shownSpace_; }
     /// Another Space may be shown as of the last poll. `now` is an uptime.
@@ -52,15 +52,15 @@ class LiveWindows {
         return isRecent ? SpaceChange::possible : SpaceChange::none;
     }
 
-    // What windows are asked to be. `now` is an uptime. False when there is no such window.
+    // Requested states. `now` is an uptime. False if there is no such window.
     bool request(const std::string& windowID, WindowPresentation presentation, Seconds now);
     void requestHidden(pid_t process, Seconds now);
-    /// All windows of the process here but those that are minimized.
+    /// All windows of the process on this Space that are not minimized.
     void requestShown(pid_t process, Seconds now);
     void requestMaximized(ManagedWindow& window, bool maximized, Seconds now) {
         requests_.requestMaximized(window, maximized, now);
     }
-    /// Whether the window was asked to come back and was not seen on the screen since.
+    /// Whether the window was requested to be shown, and no poll has confirmed that yet.
     bool isComingBack(const std::string& windowID) const { return requests_.isComingBack(windowID); }
 
     /// Windows that this agent has minimized.
@@ -70,7 +70,7 @@ class LiveWindows {
     const FocusOrder& focusOrder() const { return focusOrder_; }
 
     void onPoll(const PollContext& poll) { minimized_.follow(poll.windows, poll.now); }
-    /// Something here waits for time to pass.
+    /// Whether a timeout or a confirmation is pending, so that polls must go on.
     bool isWaiting() const { return minimized_.isExpecting() || requests_.isWaiting(); }
     /// The list itself has the new id already.
     void rename(const std::string& windowID, const std::string& newID);

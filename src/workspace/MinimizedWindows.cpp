@@ -11,7 +11,7 @@ namespace kova {
 
 namespace {
 
-/// A window that is not minimized by then refuses to be.
+/// A window that is not minimized by then has refused the request.
 constexpr Seconds kTimeToLeave{2};
 
 } // namespace

@@ -1,5 +1,5 @@
-// Which windows KOVA minimized itself, for as long as they stay so: they come back when it ends, and are minimized
-// again by the agent that takes up the session.
+// The windows that KOVA minimized and that still are: they are restored when the agent ends, and minimized again by the
+// agent that restores the session.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -20,15 +20,15 @@ class MinimizedWindows {
     void follow(const std::vector<ManagedWindow>& live, Seconds now);
     void rename(const std::string& windowID, const std::string& newID);
     bool contains(const std::string& windowID) const { return away_.contains(windowID); }
-    /// Those that are to come back now; none is on record afterwards.
+    /// Returns and forgets all of them, to be restored.
     std::vector<std::string> takeAll();
 
-    /// The agent before this one had minimized the window and brought it back to `frame` as it ended, which may take
-    /// until `deadline`.
+    /// The former agent had minimized the window and restored it to `frame` when it ended, which may take until
+    /// `deadline`.
     void expectBack(const std::string& windowID, const std::optional<CGRect>& frame, Seconds deadline);
     bool isExpecting() const { return !expected_.empty(); }
-    /// The expected windows that are back where they were and not in use: they are to be minimized again. One that
-    /// stays minimized counts as minimized by this agent.
+    /// Returns the expected windows that are at their former frame and not in use, to be minimized again. One that is
+    /// still minimized counts as minimized by this agent.
     std::vector<std::string> takeReturned(const std::vector<ManagedWindow>& live,
                                           const std::optional<std::string>& focusedWindowID, Seconds now);
 

@@ -1,5 +1,5 @@
-// What became of an operation: done, with what there is to say about it, or refused, with the reason. Converts to
-// whether it was done.
+// The result of an operation: done, with a message and further results, or refused, with the reason and a code.
+// Converts to whether it was done.
 #pragma once
 
 #include "workspace/ForceQuitting.h"
@@ -24,7 +24,7 @@ struct DividerMovement {
 struct ForgottenApplications {
     std::vector<std::string> names;
 };
-/// What some actions tell beyond that they were carried out.
+/// Further results of some actions.
 using OutcomeDetails =
     std::variant<std::monostate, DividerMovement, ForgottenApplications, ForceQuitOutcome, WorkspaceImportCounts>;
 
@@ -48,11 +48,11 @@ class Outcome {
     }
 
     operator bool() const { return !code_; } // NOLINT: meant to be tested like the flag that it replaces
-    /// What the user is told. Always there when the operation was refused.
+    /// The message for the user. Always present if the operation was refused.
     const std::optional<std::string>& message() const { return message_; }
     /// Absent when the operation was done.
     std::optional<RefusalCode> code() const { return code_; }
-    /// Null when the action tells nothing of the kind.
+    /// Null if the action has no such result.
     template <class Details>
     const Details* details() const {
         return std::get_if<Details>(&details_);

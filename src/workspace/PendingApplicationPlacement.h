@@ -1,4 +1,4 @@
-// An application that was launched into a tile and has not shown its window yet.
+// An application that was launched into a tile and has no window yet.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -20,7 +20,7 @@ struct PendingApplicationPlacement {
     Seconds expiresAt{0};                   // uptime
     std::optional<pid_t> processIdentifier; // once it was started
 
-    /// By the bundle identifier, or by the process that was started: the only mark of an application without one.
+    /// By the bundle identifier or, for an application without one, by the started process.
     bool isAwaiting(const ManagedWindow& window) const {
         const bool isSameBundle =
             application.bundleIdentifier && window.bundleIdentifier == application.bundleIdentifier;
@@ -31,7 +31,7 @@ struct PendingApplicationPlacement {
 /// The applications that are launched into tiles, by tile-target id.
 std::map<std::string, LaunchableApplication>
 applicationsOf(const std::map<std::string, PendingApplicationPlacement>& placements);
-/// The placements by tile-target id. The display is known under another id from now on: those for its tiles follow.
+/// Renames the display in the placements, which are keyed by tile-target id.
 void renameDisplay(std::map<std::string, PendingApplicationPlacement>& placements, const std::string& formerID,
                    const std::string& newID);
 

@@ -1,4 +1,4 @@
-// Whether the window manager places windows itself, so that placements by KOVA have no effect.
+// Recognizes a window manager that places windows itself, by refused placements.
 #pragma once
 
 #include "support/Geometry.h"
@@ -11,11 +11,11 @@ namespace kova {
 struct PlacedWindow {
     CGRect wanted{};
     CGRect actual{};
-    bool wasAskedEnough = false; // to go there, in vain
+    bool wasAskedEnough = false; // all attempts were refused
 };
 
-/// True when there are several windows, all were asked often enough, and none begins where its tile begins: a window
-/// that only refuses a size begins there.
+/// True if there are several windows, all of them refused every attempt, and none has its origin at the origin of its
+/// tile: a window that only refuses a size has it there.
 bool isPlacingIgnored(const std::vector<PlacedWindow>& windows);
 
 } // namespace kova

@@ -18,7 +18,7 @@ PlacementReport::PlacementReport(WorkspaceParts& parts, WorkspaceAccess& access,
     pointer_(parts.pointer), frames_(parts.frames), awaited_(parts.awaited), access_(access), geometry_(geometry),
     presenter_(presenter), arrangement_(arrangement) {}
 
-/// Every cause at once; `explain` prints them.
+/// All reasons at once; `explain` prints them.
 std::vector<std::string> PlacementReport::whyItStays(const ManagedWindow& window) const {
     WindowSituation situation;
     const auto isGranted = *state_.permissionState == AccessibilityPermissionState::granted;
@@ -93,7 +93,7 @@ Outcome PlacementReport::repairPlacements() {
     for (const auto& finding : verifyPlacements()) {
         const ManagedWindow* window = liveWindows_.find(finding.windowID);
         if (!window || finding.verdict != PlacementVerdict::drifted) continue;
-        frames_.forgetRefusal(finding.windowID); // it is asked as often as at first
+        frames_.forgetRefusal(finding.windowID); // all attempts are made again
         presenter_.writeFrame(ManagedWindow(*window), finding.requestedFrame, BringToFront::no);
     }
     return Outcome::done();

@@ -1,4 +1,4 @@
-// Requested against actual frames: what keeps a window where it is, and repairs.
+// Compares requested with actual frames, says why a window is not moved, and repairs drift.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -35,13 +35,13 @@ class PlacementReport {
     PlacementReport(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry, WindowPresenter& presenter,
                     Arrangement& arrangement);
 
-    /// Reads the frames of all windows in front of tiles on the polling queue. `read` is called on the main queue; what
-    /// it does, and what it posts, compares these frames instead of those of the last poll.
+    /// Reads the frames of all front windows on the polling queue. `read` is called on the main queue; it, and work
+    /// that it posts, compares these frames instead of those of the last poll.
     void readFrames(std::function<void()> read);
-    /// Compares the frames of all windows in front of tiles with what was requested.
+    /// Compares the frames of all front windows with the requested ones.
     std::vector<PlacementFinding> verifyPlacements() const;
     Outcome repairPlacements();
-    /// What keeps the window where it is, in sentences; empty when nothing does.
+    /// Why the window is not moved, in sentences; empty if it may be moved.
     std::vector<std::string> whyItStays(const ManagedWindow& window) const;
 
   private:

@@ -52,7 +52,7 @@ Outcome PointerActions::beginDividerDrag(const DisplayLayoutDivider& target) {
         return access_.refuseSilently("Windows cannot be moved now");
     steps_.abandonDrags();
     geometry_.layouts().invalidate(target.displayID);
-    // The handle may be older than the current minimum sizes; use the current ones.
+    // The handle may be older than the current minimum sizes; the weights must respect the current ones.
     const auto now = geometry_.dividersOn(target.displayID);
     const auto current =
         std::ranges::find_if(now, [&](const DisplayLayoutDivider& divider) { return isSameDivider(divider, target); });
@@ -80,7 +80,7 @@ void PointerActions::applyDividerDrag() {
     geometry_.layouts().invalidate(drag.target.displayID);
     writeInteractiveFrames(drag.target.displayID);
     services_.accessibility.flush();
-    keeper_.noteTilesMoved(); // the windows first, then what is drawn around them
+    keeper_.noteTilesMoved(); // windows first, then handles and overlay
 }
 
 void PointerActions::writeInteractiveFrames(const std::string& id) {
@@ -122,7 +122,7 @@ void PointerActions::cancelDividerDrag() {
     endDividerDrag(target);
 }
 
-/// Leaving focus mode may change what the neighbors need, so the divider is where it is found after that.
+/// Leaving focus mode may change the minimum sizes of the neighbors, so the divider is looked up after that.
 Outcome PointerActions::moveDivider(const DisplayLayoutDivider& target, double translationPoints) {
     const auto find = [&] {
         const auto all = geometry_.dividersOn(target.displayID);
@@ -185,9 +185,9 @@ void PointerActions::releaseWindow() {
     const auto now = windowService_.readFrame(window->element);
     if (!now) return;
     window->frame = *now;
-    // It has refused nothing yet where the user has put it.
+    // A drop clears earlier refusals.
     if (!held->frame || !nearlyEqual(*held->frame, *now, kRoundingPoints)) frames_.forgetRefusal(held->windowID);
-    if (pointer_.isPausingPolls()) return; // its end looks after all windows
+    if (pointer_.isPausingPolls()) return; // the end of the pause places all windows
     keeper_.commit({});
 }
 
@@ -198,11 +198,11 @@ Outcome PointerActions::beginWindowDrag(const std::string& windowID, const CGRec
         return Outcome::refused("The window cannot be moved now");
     }
     steps_.closeFocusMode();
-    (void)pointer_.release(); // more than pressed from here on
+    (void)pointer_.release(); // the press has become a drag
     steps_.abandonDrags();
     WorkspaceUndoSnapshot before = steps_.captureUndoSnapshot();
     before.windowFrames[windowID] = frameBefore;
-    frames_.forgetRefusal(windowID); // of places that it is being taken away from
+    frames_.forgetRefusal(windowID); // of its former place
     windowService_.cancelPlacement(windowID);
     pointer_.beginWindowDrag(windowID, std::move(before));
     return Outcome::done();
@@ -270,8 +270,7 @@ void PointerActions::dropWindow(const ManagedWindow& window, CGPoint pointer, ac
     messages_.show("Moved " + window.applicationName + " to " + covering->targets.front().slot.name);
 }
 
-/// The dividers at the edges that were pulled follow, as far as the minimums allow; then the window fits its tile
-/// again.
+/// The dividers at the resized edges follow, as far as the minimum sizes allow; then the window fits its tile again.
 void PointerActions::resizeTileLike(const ManagedWindow& window, const CGRect& frameBefore,
                                     WorkspaceUndoSnapshot before) {
     const auto anchor = assignments_.targetOf(window.id);

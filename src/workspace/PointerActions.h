@@ -1,4 +1,4 @@
-// What the pointer does: dividers and windows that it drags.
+// Drags of dividers and windows by the pointer.
 #pragma once
 
 #include "windowing/AccessibilityWindowService.h"

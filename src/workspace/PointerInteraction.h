@@ -1,6 +1,6 @@
-// What the pointer does to the workspace: nothing, a button is down on a window, a window is dragged, or a divider is.
-// Always true: only one of these at a time; what a drag changed can be undone from the state of before it. Drags pause
-// polls, which would move what the user moves; the pause ends shortly after the drag, or when the pointer rests.
+// The state of the pointer: idle, a button is down on a window, a window is dragged, or a divider is. Always true: one
+// of these at a time; a drag has a snapshot of the state before it. Drags pause polls, which would move the dragged
+// window; the pause ends shortly after the drag, or when the pointer stops moving.
 #pragma once
 
 #include "workspace/DividerDrag.h"
@@ -47,7 +47,7 @@ class PointerInteraction {
 
     /// Without effect during a drag.
     void press(std::string windowID, const std::optional<CGRect>& frame);
-    /// What was pressed, unless it is dragged by now.
+    /// Ends the press and returns the pressed window, unless it is dragged by now.
     std::optional<Press> release();
 
     void beginWindowDrag(std::string windowID, WorkspaceUndoSnapshot before);
@@ -70,7 +70,7 @@ class PointerInteraction {
     /// The pointer moved during a drag: polls stay paused.
     void noteMovement() { pause_.noteMovement(); }
     void resumePollsAfter(Seconds delay) { pause_.endAfter(delay); }
-    /// Forgets everything; true when polls were held back by it, so that what they saw is still to be acted on.
+    /// Resets to idle. True if polls were paused, so that the caller must poll again.
     bool abandon();
 
     void rename(const std::string& windowID, const std::string& newID);

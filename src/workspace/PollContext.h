@@ -1,4 +1,4 @@
-// What a poll has found, for the objects that forget what is gone or has expired.
+// The result of a poll, for the objects that forget closed windows and expired entries.
 #pragma once
 
 #include "support/MainQueue.h"

@@ -1,6 +1,6 @@
-// What was last requested of each window's place on or off the screen, and of its being maximized, until a poll
-// confirms it. A poll may have read a window before the request, and a desktop may carry it out late; until then the
-// request counts, so that every operation starts from the state that the one before it has fixed.
+// The last request for each window to be shown, hidden, minimized or maximized, until a poll confirms it. A poll may
+// have read a window before the request, and a desktop may carry it out late; until then the request counts, so that
+// every operation starts from the state that the previous one requested.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -12,24 +12,24 @@
 
 namespace kova {
 
-/// What a window is asked to be. `hidden` says nothing about whether it is minimized as well.
+/// The requested state of a window. A `hidden` window may be minimized as well.
 enum class WindowPresentation { shown, minimized, hidden };
 
 class PresentationRequests {
   public:
-    /// How long a request counts that no poll confirms; then what the desktop says does.
+    /// How long a request counts without a confirmation; then the desktop's state does.
     static constexpr Seconds kValidity{1};
 
-    /// The window follows at once; the request is remembered. `now` is an uptime.
+    /// Changes the window's state at once and remembers the request. `now` is an uptime.
     void request(ManagedWindow& window, WindowPresentation presentation, Seconds now);
-    /// The same for being maximized, which is independent of being shown.
+    /// Remembers a request to maximize or not, which is independent of the other states.
     void requestMaximized(ManagedWindow& window, bool maximized, Seconds now);
-    /// Puts the requested state in place of what a poll that began at `begun` (uptime) has read. Requests that this
-    /// poll confirms, that are too old to wait for, or whose window is on another Space are dropped.
+    /// Replaces the state that a poll begun at `begun` (uptime) has read by the requested one. Drops requests that this
+    /// poll confirms, that have timed out, or whose window is on another Space.
     void overrule(std::vector<ManagedWindow>& windows, Seconds begun);
-    /// Whether the window was asked to come back and was not seen on the screen since.
+    /// Whether the window was requested to be shown, and no poll has confirmed that yet.
     bool isComingBack(const std::string& windowID) const;
-    /// Whether any request is neither confirmed nor too old: time matters.
+    /// Whether any request is neither confirmed nor timed out.
     bool isWaiting() const { return !presentations_.empty() || !maximizations_.empty(); }
     void rename(const std::string& windowID, const std::string& newID);
     void clear();

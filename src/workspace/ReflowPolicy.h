@@ -1,5 +1,5 @@
 // How often a display is laid out anew for windows that refuse their tiles, and how often a span may be given back.
-// Both are bounded, so that every desktop comes to rest.
+// Both are bounded, so that every arrangement settles.
 #pragma once
 
 #include "support/Geometry.h"
@@ -12,13 +12,13 @@
 
 namespace kova {
 
-/// A refused request: the frame requested and the frame the window kept.
+/// A refused request: the frame requested and the frame that the window kept.
 struct Refusal {
     CGRect wanted{}; // window-service space
     CGRect actual{};
     int attempts = 0;
     bool isUnseen = true;    // not yet confirmed by a poll
-    bool isAccepted = false; // it was there when the agent started, and was not asked
+    bool isAccepted = false; // its frame at the start of the agent, without a request
 };
 
 class ReflowPolicy {
@@ -26,19 +26,19 @@ class ReflowPolicy {
     static constexpr Seconds kReflowInterval{1}; // per display
     static constexpr int kReflowsPerWindow = 3;  // until its minimum or the layout changes
 
-    /// When the display may be laid out anew for the window: the earliest uptime; absent once the limit is reached.
+    /// The earliest uptime at which the display may be laid out anew for the window; absent once the limit is reached.
     std::optional<Seconds> nextReflow(const std::string& displayID, const std::string& windowID, Seconds uptime) const;
     void noteReflow(const std::string& displayID, const std::string& windowID, Seconds uptime);
-    /// The display has another layout, or its windows another arrangement: all may ask again.
+    /// Resets the limits, after a change of the layout or an arrangement.
     void forgetAllPushes() {
         pushCounts_.clear();
         givenBackCounts_.clear();
     }
-    /// Whether the window's span may be given back, as it may be only so often: one that takes it again each time would
-    /// never come to rest.
+    /// Whether the window's span may be given back. The number is limited, since a window that claims it again each
+    /// time would never settle.
     bool mayGiveBackSpan(const std::string& windowID) const;
     void noteSpanGivenBack(const std::string& windowID) { ++givenBackCounts_[windowID]; }
-    /// The window is known under another id from now on.
+    /// Renames the window.
     void rename(const std::string& windowID, const std::string& newID);
     void keepOnly(const std::function<bool(const std::string& windowID)>& isLive);
 

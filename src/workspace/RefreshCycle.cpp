@@ -24,7 +24,7 @@ PollResult poll(const AccessibilityWindowService& service, const SessionServicin
     if (!announcements) return result;
     // The system drops all observers when the permission is withdrawn.
     if (result.permissionState != AccessibilityPermissionState::granted) announcements->endAll();
-    // Neither a permission that is given nor an unlocked screen is announced.
+    // The grant of the permission and the unlock are not announced.
     const bool mayRest = isReadable && result.permissionState == AccessibilityPermissionState::granted &&
                          announcements->follow(result.windows, begun);
     if (!mayRest) result.changeCount.reset();
@@ -117,7 +117,7 @@ void RefreshCycle::refresh() {
                         known = callbacks_.knownWindows(), begun = queue_.uptime(),
                         deliver = std::move(deliver)]() mutable {
         auto result = std::make_shared<PollResult>(poll(*service, session, changes, announcements.get(), known, begun));
-        // The job's copy keeps the service alive; the last reference is released on the main thread.
+        // The result keeps the service alive, so that the last reference is released on the main thread.
         queue.post([result, generation, number, service = std::move(service), deliver = std::move(deliver)]() mutable {
             deliver(*result, generation, number);
         });
@@ -153,7 +153,7 @@ void RefreshCycle::scheduleTick() {
 
 bool RefreshCycle::mayRest() const {
     return !isPollInFlight_ && appliedChangeCount_ && changes_.changeCount() == appliedChangeCount_ &&
-           !callbacks_.isWaiting();
+           !callbacks_.hasUnfinishedBusiness();
 }
 
 void RefreshCycle::tick() {
@@ -164,7 +164,7 @@ void RefreshCycle::tick() {
         scheduleTick();
         return;
     }
-    // This tick and those to come would find nothing. The next change lets them go on, in the same rhythm.
+    // Nothing has changed, so polls are idle until the next change; then they go on in the same rhythm.
     timer_.reset();
     isResting_ = true;
     if (const auto longest = changes_.longestRest()) {

@@ -1,6 +1,6 @@
-// When the desktop is asked what changed: twice a second while running, never twice at once, and not at all while a
-// desktop that announces its changes has announced none; where announcements can get lost, once in its longest rest.
-// A generation counter, not a lock, keeps late answers from being applied. Main thread only, but for the poll itself.
+// Schedules polls: twice a second while running, one at a time. Polls are idle while a desktop that announces its
+// changes has announced none; where announcements can get lost, one follows after the longest idle time. A generation
+// counter, not a lock, keeps late results from being applied. Main thread only, except for the poll itself.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -22,19 +22,21 @@ struct PollResult {
     WindowEnumeration windows;
     bool isSessionLocked = false;
     std::optional<std::uint64_t> changeCount; // before the desktop was read
-    Seconds begun{0};                         // uptime at which it was asked for
+    Seconds begun{0};                         // uptime at which it was requested
 };
 
 class RefreshCycle {
   public:
     static constexpr Seconds kInterval{0.5};
-    /// How long work waits at most for a poll: a poll that asks applications can take long.
+    /// The longest time that work waits for a poll, which may take long if applications respond slowly.
     static constexpr Seconds kLongestWait{0.3};
 
     struct Callbacks {
-        std::function<void(PollResult)> apply;       // a current result; the cycle is running and not suspended
-        std::function<bool()> isWaiting; // something waits for time to pass: keep polling
-        std::function<std::vector<KnownWindow>()> knownWindows; // asked about when a poll does not list them
+        std::function<void(PollResult)> apply; // a current result; the cycle is running and not suspended
+        std::function<bool()>
+            hasUnfinishedBusiness; // true: keep polling, since an object has a timeout or awaits something
+        std::function<std::vector<KnownWindow>()>
+            knownWindows; // whose presence is queried if a poll does not list them
     };
 
     RefreshCycle(std::shared_ptr<AccessibilityWindowService> service, SessionServicing& session,
@@ -53,7 +55,7 @@ class RefreshCycle {
     void resume();
     /// One poll now, unless one is in flight, or not running, or suspended.
     void refresh();
-    /// Something waits for time to pass: a resting cycle goes on ticking.
+    /// Ends idle polls, since an object has begun to wait.
     void wake();
     /// Has the work run after a poll that begins now or later, in the order of the calls, and after `kLongestWait` in
     /// any case. False, and the work is not kept, when no work waits and the last result is current, or no poll comes.

@@ -1,4 +1,4 @@
-// Names that change: a window that is known under another id, a display that has another one.
+// Renames windows and displays in containers keyed by their ids.
 #pragma once
 
 #include <set>
@@ -7,7 +7,7 @@
 
 namespace kova {
 
-/// Nothing happens when the key is not there; an entry under the new key is replaced.
+/// Does nothing if the key does not exist; replaces an entry under the new key.
 template <class Map>
 void renameKey(Map& map, const std::string& formerKey, const std::string& newKey) {
     auto entry = map.extract(formerKey);

@@ -16,13 +16,14 @@ RuleActions::RuleActions(WorkspaceParts& parts, WorkspaceAccess& access, TileGeo
 
 void RuleActions::applyRules(const std::vector<ManagedWindow>& windows) {
     if (*state_.permissionState != AccessibilityPermissionState::granted) return;
-    if (focusMode_.isOn()) return; // the end of focus mode would undo the placement
-    // All windows are asked before any is placed: placing one hides another, whose own rule may name a tile as well.
+    if (focusMode_.isOn()) return; // its end would undo the placement
+    // Rules are matched for all windows before any is placed: placing one hides another, whose own rule may name a tile
+    // as well.
     std::vector<std::pair<std::string, std::size_t>> decisions; // window id and index of the rule
     for (const auto& window : windows) {
         if (tileMemory_.isPlaced(window.id)) continue;
         const bool isShown = window.isVisible && !window.isMinimized && !window.isFullScreen;
-        if (assignments_.isInAnyTile(window.id) && !isShown) { // it has its place
+        if (assignments_.isInAnyTile(window.id) && !isShown) { // already placed, for example in a stack
             tileMemory_.notePlaced(window.id);
             continue;
         }

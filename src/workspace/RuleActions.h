@@ -1,4 +1,4 @@
-// Rules: what happens to a window when it is first seen.
+// Applies rules to new windows.
 #pragma once
 
 #include "workspace/DocumentStore.h"
@@ -33,7 +33,7 @@ class RuleActions {
 
     void applyRules(const std::vector<ManagedWindow>& windows);
     Outcome addRuleForWindow(const action::AddRuleForWindow& wanted);
-    /// Which rule decides for a live window, and what the others say; absent when there is no such window.
+    /// Which rule decides for a live window, and why each of the others does not; absent if there is no such window.
     std::optional<RuleExplanation> explainRules(const std::string& windowID) const;
 
   private:

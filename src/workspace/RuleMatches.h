@@ -1,4 +1,4 @@
-// Which open windows each rule of a list means now.
+// The open windows that each rule of a list matches.
 #pragma once
 
 #include "persistence/WorkspaceProductDocument.h"
@@ -17,7 +17,7 @@ struct RuleMatch {
     bool operator==(const RuleMatch&) const = default;
 };
 
-/// Upper limit of rules that are matched; longer lists are generated, and matching them would take too long.
+/// Upper limit of the rules that are matched; longer lists are generated, and matching them would take too long.
 inline constexpr std::size_t kMostRulesMatched = 500;
 
 /// For each of the first `kMostRulesMatched` rules the windows that it matches, in the order of the windows.

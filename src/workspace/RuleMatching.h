@@ -48,7 +48,7 @@ struct RuleExplanation {
     std::string summary;                 // one line in plain words
 };
 
-/// `remarks` are lines about the moment, such as that rules are switched off; they end the summary.
+/// `remarks` are lines about the present state, such as that rules are switched off; they end the summary.
 RuleExplanation explainRules(const std::vector<WorkspaceRule>& rules, const ManagedWindow& window,
                              const std::vector<std::string>& remarks);
 

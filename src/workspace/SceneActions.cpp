@@ -46,13 +46,13 @@ Outcome SceneActions::activateScene(const Uuid& id) {
     publishSceneReport(SceneReport::State::abandoned);
     awaited_.scene() = {};
     session_.dropKept(); // restoring the session with the first poll would displace the scene's windows
-    arranger_.skipStartUpArrangement();
+    arranger_.skipStartUpTurn();
     applyLook(scene);
     tileMemory_.spaces().store(liveWindows_.all(), assignments_);
     assignments_ = {};
     displays_.forgetAllWindows();
     tileMemory_.homes().forgetAll();
-    recovery_.clear(); // nothing that was in a tile before is awaited there any more
+    recovery_.clear(); // windows of the former tiles are not awaited any more
     const std::size_t pendingCount = placeWindowsOf(scene);
     state_.activeSceneID.set(scene.id);
     documents_.saveWorkspaceDocument();
@@ -62,7 +62,7 @@ Outcome SceneActions::activateScene(const Uuid& id) {
                          std::to_string(pendingCount) + " app window" + (pendingCount == 1 ? "" : "s"));
 }
 
-/// Theme, accent colour, inset, layouts and their weights. A display whose layout does not exist any more keeps its
+/// Applies theme, accent color, inset, layouts and weights. A display whose layout does not exist any more keeps its
 /// current one.
 void SceneActions::applyLook(const WorkspaceScene& scene) {
     WorkspaceProfile profile = *state_.profile;
@@ -81,12 +81,12 @@ void SceneActions::applyLook(const WorkspaceScene& scene) {
     state_.accentColorID.set(normalizedAccentColorID(scene.accentColorID));
     services_.preferences.setValue(preferenceKey::accentColor, *state_.accentColorID);
     frames_.reflow().forgetAllPushes();
-    (void)arranger_.supersede(); // what an arrangement still had to do was meant for the tiles as they were
+    (void)arranger_.supersede(); // the remaining steps of an arrangement are for the former tiles
     geometry_.layouts().invalidateAll();
     keeper_.noteTilesMoved();
 }
 
-/// Gives the number of windows that are still to come.
+/// Returns the number of awaited windows.
 std::size_t SceneActions::placeWindowsOf(const WorkspaceScene& scene) {
     const auto& screens = *state_.screens;
     const auto here = finder_.windowsHere();
@@ -121,11 +121,11 @@ std::size_t SceneActions::placeWindowsOf(const WorkspaceScene& scene) {
     }
     carryOutRestored(restored);
     launchForScene(toLaunch);
-    if (!awaited_.scene().pending.empty()) refreshCycle_.wake(); // until they come or have waited long enough
+    if (!awaited_.scene().pending.empty()) refreshCycle_.wake(); // until they appear or time out
     return awaited_.scene().pending.size();
 }
 
-/// Applications that are not running are launched behind the others, each once.
+/// Launches applications that do not run, in the background and once each.
 void SceneActions::launchForScene(const std::vector<std::string>& bundleIDs) {
     if (bundleIDs.empty()) return;
     std::set<std::string> running;
@@ -140,7 +140,7 @@ void SceneActions::launchForScene(const std::vector<std::string>& bundleIDs) {
                !applications.hasLaunchedProcessSucceeded(process);
     };
     for (const auto& bundleID : bundleIDs) {
-        // Its window is expected to appear by itself.
+        // Its window is expected without another launch.
         if (running.contains(bundleID) || awaited_.expected().isExpected(bundleID, now, hasFailed)) continue;
         const auto application = services_.applications.launchableApplication(bundleID);
         if (!application || !awaited_.scene().launchedBundleIDs.insert(bundleID).second) continue;
@@ -159,7 +159,7 @@ void SceneActions::launchedForScene(const LaunchableApplication& application, co
     refreshCycle_.refresh();
 }
 
-/// Puts windows into their tiles: those in front are brought back, those that wait leave the screen.
+/// Puts windows into their tiles: shows front windows and hides stacked ones.
 void SceneActions::carryOutRestored(const std::vector<RestoredPlacement>& placements) {
     std::set<std::string> frontsBefore;
     for (const auto& [target, windowID] : assignments_.assignedWindowIDs) frontsBefore.insert(windowID);

@@ -46,7 +46,7 @@ class SceneActions {
     void processPendingScenePlacements();
     void publishSceneReport(SceneReport::State state);
     Outcome captureScene(const std::optional<std::string>& name);
-    /// Absent when there is no such scene; empty when opening it would change nothing.
+    /// Absent if there is no such scene; empty if opening it would change nothing.
     std::optional<std::vector<SceneDifference>> diffScene(const Uuid& id) const;
 
   private:

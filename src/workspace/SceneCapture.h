@@ -1,4 +1,4 @@
-// Where every tiled window is, in the words of a scene.
+// Records the tile of every tiled window as placements of a scene.
 #pragma once
 
 #include "persistence/WorkspaceProductDocument.h"
@@ -19,11 +19,11 @@ struct CapturedDisplay {
 
 struct CapturedPlacement {
     std::string windowID;
-    WorkspaceScenePlacement placement; // with an identity of its own
+    WorkspaceScenePlacement placement; // with a new id
 };
 
-/// By display, then by the layout's slots, then by stack; every live window once, where it comes first. `findLive`
-/// gives null for a window that is gone.
+/// Ordered by display, by slot in the layout's order, and by stack; every live window once, at its first position.
+/// `findLive` returns null for a closed window.
 std::vector<CapturedPlacement>
 capturePlacements(const std::vector<CapturedDisplay>& displays, const TileAssignments& assignments,
                   const std::function<const ManagedWindow*(const std::string&)>& findLive);

@@ -95,7 +95,7 @@ class Comparison {
         return text;
     }
 
-    /// Where opening the scene would put the windows, in the words of a capture, by window id. The first display
+    /// The placements that opening the scene would lead to, in the form of a capture, by window id. The first display
     /// replaces one that is not connected. `wanted` gets the placements that have a tile.
     std::map<std::string, std::string> placesOnceOpened(std::vector<WantedWindow>& wanted) {
         std::vector<CapturedDisplay> displays;

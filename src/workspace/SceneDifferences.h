@@ -1,4 +1,4 @@
-// What differs between a scene and what is on the screen now.
+// Compares a scene with the present state.
 #pragma once
 
 #include "layout/LayoutCatalogue.h"
@@ -18,7 +18,7 @@ struct SceneDifference {
     bool operator==(const SceneDifference&) const = default;
 };
 
-/// The workspace as a capture would find it.
+/// The present state, as a capture would record it.
 struct WorkspaceNow {
     std::string themeID;
     std::string accentColorID;
@@ -29,8 +29,8 @@ struct WorkspaceNow {
     const std::vector<LayoutDefinition>& layouts; // that the scene's theme has
 };
 
-/// Theme, accent color and inset first, then displays, windows of the scene, and windows that are not in the scene.
-/// Windows are matched as they would be if the scene was opened. Empty when opening it would change nothing.
+/// Theme, accent color and inset first, then displays, windows of the scene in its order, and windows that are not in
+/// it. Windows are matched as opening the scene would match them. Empty if opening it would change nothing.
 std::vector<SceneDifference> sceneDifferences(const WorkspaceScene& scene, const WorkspaceNow& now);
 
 } // namespace kova

@@ -1,4 +1,4 @@
-// What became of each window of a scene that was opened, by name, for the user that opened it.
+// The result of opening a scene for each window, by name, for the user.
 #pragma once
 
 #include "persistence/WorkspaceProductDocument.h"
@@ -12,10 +12,10 @@ namespace kova {
 struct SceneReport {
     enum class State {
         waiting,   // for windows that have not appeared
-        finished,  // every window was placed or has not come in time
+        finished,  // every window was placed or did not appear in time
         abandoned, // another scene was opened, the opening was undone, or management ended
     };
-    Uuid opening = Uuid::random(); // tells one opening from the next
+    Uuid opening = Uuid::random(); // identifies this opening
     State state = State::waiting;
     std::vector<std::string> adopted;     // windows that were there, as "Mail “Inbox”"
     std::vector<std::string> launched;    // names of applications

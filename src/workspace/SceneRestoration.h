@@ -1,4 +1,4 @@
-// Windows on their way back to the places that a scene remembers.
+// Restores the windows of a scene to their tiles.
 #pragma once
 
 #include "layout/LayoutSolver.h"
@@ -29,11 +29,11 @@ struct PendingSceneWindowPlacement {
     Seconds expiresAt{0}; // uptime
 };
 
-/// What a scene that was opened still waits for. Idle when nothing is pending.
+/// The awaited windows of the opened scene. Idle if nothing is pending.
 struct SceneRestoration {
     std::vector<PendingSceneWindowPlacement> pending;   // in the order in which they were deferred
     std::set<std::string> launchedBundleIDs;            // each application is launched at most once
-    std::map<std::string, std::int64_t> stackIndexByID; // of the windows that were put back
+    std::map<std::string, std::int64_t> stackIndexByID; // of the restored windows
     std::set<std::string> movedByUser; // meanwhile: floated or placed, so no longer the scene's to place
     SceneReport report;
 };
@@ -42,14 +42,14 @@ struct SceneRestoration {
 double clampedTileInset(double points);
 
 /// The slots of the layout that a placement uses, its own first. Claimed slots are used only if they and the own slot
-/// form a rectangle that contains no other slot. Empty when the layout lacks its own; such a placement is skipped.
+/// form a rectangle that contains no other slot. Empty if the layout lacks its own slot; such a placement is skipped.
 std::vector<std::string> slotsTaken(const std::vector<TileSlot>& slots, const std::string& slotID,
                                     const std::optional<std::vector<std::string>>& claimedSlotIDs);
 
-/// The placements as they are put back: by display, slot and place in the stack.
+/// The placements in the order of restoration: by display, slot and place in the stack.
 std::vector<WorkspaceScenePlacement> inRestoringOrder(std::vector<WorkspaceScenePlacement> placements);
 
-/// Whether the window of the placement fronts its tile; if `isActive` is absent, the first window of the stack does.
+/// Whether the window of the placement is a front window; if `isActive` is absent, the first of the stack is.
 bool frontsItsTile(std::int64_t stackIndex, std::optional<bool> isActive);
 
 /// A live window and its tiles in the scene.

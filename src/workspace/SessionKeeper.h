@@ -1,4 +1,4 @@
-// Keeps the session on record while it changes: soon after each change, and at most once a second.
+// Stores the session soon after each change, and at most once a second.
 #pragma once
 
 #include "persistence/PreferencesStore.h"
@@ -15,13 +15,13 @@ class SessionKeeper {
   public:
     static constexpr Seconds kInterval{1};
 
-    /// `describe` gives the session as it is; absent when there is nothing to say that should replace what is kept.
+    /// `describe` returns the present session; absent if the stored one must not be replaced.
     SessionKeeper(MainQueue& queue, PreferencesStore& store, std::function<std::optional<WorkspaceSession>()> describe);
 
-    /// What was kept when the agent before this one ended; absent when it cannot be read.
+    /// The session that the former agent stored; absent if it cannot be read.
     std::optional<WorkspaceSession> kept() const;
     void noteChange();
-    /// Without waiting for the second to pass.
+    /// Stores at once, without the limit of one second.
     void save();
 
   private:

@@ -1,6 +1,5 @@
-// What outlives the agent: the session is written down while it changes, and a new agent takes up what the one before
-// it has left. Always true: the kept session is taken up at most once, with the first picture of the desktop; until
-// then it is not overwritten. Times are uptimes.
+// Stores the session while it changes, and restores that of the former agent. Always true: the stored session is
+// restored at most once, with the first poll; until then it is not overwritten. Times are uptimes.
 #pragma once
 
 #include "workspace/SessionKeeper.h"
@@ -17,50 +16,50 @@ namespace kova {
 
 class SessionRestore {
   public:
-    /// How long a window may take to come back to its place once its agent has ended: some window managers draw its
-    /// way, and give it the keyboard at first.
+    /// How long a window may take to return to its frame after its agent has ended: some window managers animate it and
+    /// focus it first.
     static constexpr Seconds kReturnTakesAtMost{3};
 
     SessionRestore(MainQueue& queue, PreferencesStore& store,
                    std::function<std::optional<WorkspaceSession>()> describe);
 
     void noteChange() { keeper_.noteChange(); }
-    /// Without waiting for the second to pass.
+    /// Stores at once, without the limit of one second.
     void save() { keeper_.save(); }
-    /// A session of the agent before this one has still to be taken up.
+    /// True until the session of the former agent was restored or dropped.
     bool isUnread() const { return kept_.has_value(); }
-    /// The first time, what was kept, or an empty session; absent after that.
+    /// The first call returns the stored session, or an empty one; later calls nothing.
     std::optional<WorkspaceSession> takeKept();
-    /// What was kept is not to be taken up.
+    /// Drops the stored session without restoring it.
     void dropKept() { kept_.reset(); }
 
-    /// Tells the process from others that had or will have its number. A process that is on record already goes on, so
-    /// it is not read again.
+    /// Distinguishes the process from others that had or will have its id. A process on record is still running, so it
+    /// is not read again.
     std::optional<std::string> processStart(pid_t process, const ProcessStartOf& read);
     void keepProcesses(const std::set<pid_t>& recorded);
 
-    /// These windows are not seen, but their processes go on.
+    /// Awaits windows that are not listed although their processes run.
     void await(std::set<std::string> windowIDs, Seconds now);
-    /// Those that may yet come.
+    /// Windows that may still appear.
     const std::set<std::string>& awaited(const std::vector<ManagedWindow>& live, Seconds now);
 
-    /// The window waited in a stack when the last agent ended, which then brought it back to the frame.
+    /// The window was stacked when the former agent ended, which then showed it at the frame.
     void expectReturn(const std::string& windowID, const std::optional<CGRect>& formerFrame);
-    /// From now on returning windows have `kReturnTakesAtMost`. The uptime at which that ends.
+    /// Starts `kReturnTakesAtMost` for returning windows, and returns the uptime of its end.
     Seconds beginReturns(Seconds now);
     bool hasReturns() const { return !returning_.empty(); }
     bool isReturning(const std::string& windowID) const { return returning_.contains(windowID); }
-    /// Where the window was when the last agent ended; absent for one that is not returning.
+    /// The window's frame when the former agent ended; absent for a window that is not returning.
     std::optional<CGRect> formerFrame(const std::string& windowID) const;
     using IsThere = std::function<bool(const std::string& windowID)>;
     using HasReturned = std::function<bool(const ManagedWindow& window, const std::optional<CGRect>& formerFrame)>;
-    /// Windows that are back and are to leave the screen again. An application leaves as a whole, so its windows wait
-    /// for one another as long as there is time. Windows for which `isWaiting` is false are forgotten.
+    /// Windows that have returned and are to be hidden again. An application is hidden as a whole, so its windows are
+    /// returned together, unless time runs out. Forgets windows for which `isWaiting` is false.
     std::set<std::string> takeReturned(const std::vector<ManagedWindow>& live, const IsThere& isWaiting,
                                        const HasReturned& hasReturned, Seconds now);
     void forgetReturns() { returning_.clear(); }
 
-    /// Something here waits for time to pass.
+    /// Whether a timeout is pending, so that polls must go on.
     bool isWaiting() const { return !awaited_.empty() || !returning_.empty(); }
     void rename(const std::string& windowID, const std::string& newID);
 

@@ -19,7 +19,7 @@ bool isSameWindow(const WorkspaceSessionWindow& former, const ManagedWindow& win
     return former.bundleIdentifier == window.bundleIdentifier && former.title == window.title;
 }
 
-/// All at once, as two windows may have exchanged their ids.
+/// Renames all at once, since two windows may have exchanged their ids.
 TileAssignments withNewIDs(TileAssignments assignments, const std::map<std::string, std::string>& newIDs) {
     const auto now = [&](const std::string& formerID) {
         const auto found = newIDs.find(formerID);

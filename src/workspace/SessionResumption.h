@@ -1,4 +1,4 @@
-// Taking up what the agent before this one has left: which of its windows are still there, and under which names.
+// Finds the windows of the stored session among the present ones.
 #pragma once
 
 #include "persistence/WorkspaceSession.h"
@@ -15,10 +15,10 @@
 
 namespace kova {
 
-/// What tells a process from every other that had or will have its number; absent when nothing does.
+/// Distinguishes a process from every other that had or will have its id; absent if unknown.
 using ProcessStartOf = std::function<std::optional<std::string>(pid_t)>;
 
-/// How long a window is awaited whose process goes on but which is not seen yet.
+/// How long a window is awaited that is not listed although its process runs.
 inline constexpr Seconds kResumptionTimeout{10};
 
 /// By the ids of the former session.
@@ -27,14 +27,14 @@ struct ResumedWindows {
     std::set<std::string> awaited;
 };
 
-/// A window is the same when its id and the start of its process are; where no start is known, when bundle identifier
-/// and title are as well. One whose id changed is recognised by what it is. Windows of another process are not
-/// recognized.
+/// A window is the same if its id and the start of its process are; if no start is known, bundle identifier and title
+/// must be the same, too. A window with a new id is recognized by its title and frame. Windows of another process are
+/// not recognized.
 ResumedWindows resumedWindows(const WorkspaceSession& session, const std::vector<ManagedWindow>& liveWindows,
                               const ProcessStartOf& processStartOf);
 
-/// The tiles with the windows that are still there, under their names of now, and those that are awaited; nothing at
-/// all when the record is not sound.
+/// The tiles with the windows that still exist, under their present ids, and with the awaited ones; empty if the record
+/// is inconsistent.
 TileAssignments resumedTiles(const WorkspaceSessionTiles& tiles, const ResumedWindows& windows);
 WorkspaceSessionTiles sessionTiles(const TileAssignments& assignments);
 

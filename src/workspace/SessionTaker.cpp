@@ -31,7 +31,7 @@ SessionTaker::SessionTaker(WorkspaceParts& parts, TileGeometry& geometry, const 
     recovery_(parts.recovery), session_(parts.session), geometry_(geometry), finder_(finder), presenter_(presenter),
     keeper_(keeper), follower_(follower), steps_(steps), displayChanges_(displayChanges) {}
 
-/// Absent while nothing is known of the windows, which is no reason to forget what was.
+/// Absent while no windows are known, so that the stored session is kept.
 std::optional<WorkspaceSession> SessionTaker::describeSession() {
     if (session_.isUnread() || *state_.permissionState != AccessibilityPermissionState::granted) return std::nullopt;
     WorkspaceSession session;
@@ -87,7 +87,7 @@ WorkspaceSessionWindow SessionTaker::sessionWindow(const ManagedWindow& window,
     return kept;
 }
 
-/// With the first picture of the desktop. True when some window was known again.
+/// Runs with the first poll. True if any window was recognized.
 bool SessionTaker::takeUpSession() {
     const auto session = session_.takeKept();
     if (!session) return false;
@@ -112,8 +112,8 @@ bool SessionTaker::takeUpSession() {
     return knowsAny;
 }
 
-/// Which window is in which tile, here, on displays that were away and on other virtual desktops; and what else was
-/// known of the windows.
+/// Restores which window is in which tile, on connected and disconnected displays and on other virtual desktops, and
+/// the other records of the windows.
 void SessionTaker::takeUpTiles(const WorkspaceSession& session, const ResumedWindows& resumed) {
     assignments_ = resumedTiles(session.tiles, resumed);
     std::map<AbsenceKey, TileAssignments> homes;
@@ -145,7 +145,8 @@ void SessionTaker::takeUpTiles(const WorkspaceSession& session, const ResumedWin
     state_.floatingWindowIDs.set(std::move(floating));
 }
 
-/// Displays that are there now and were away then, and the other way round. Gives those that have come back.
+/// Handles displays that were connected or disconnected since the session was stored. Returns those that were
+/// connected.
 std::set<std::string> SessionTaker::takeUpDisplays(const WorkspaceSession& session) {
     std::set<std::string> returned;
     for (const auto& screen : *state_.screens) {
@@ -164,7 +165,7 @@ std::set<std::string> SessionTaker::takeUpDisplays(const WorkspaceSession& sessi
     return returned;
 }
 
-/// Windows that waited or were minimized for want of a tile, and that the last agent brought back as it ended.
+/// Windows that were stacked or surplus, and that the former agent showed when it ended.
 void SessionTaker::expectReturns(const WorkspaceSession& session, const ResumedWindows& resumed) {
     const Seconds deadline = session_.beginReturns(services_.queue.uptime());
     for (const auto& former : session.windows) {
@@ -175,8 +176,7 @@ void SessionTaker::expectReturns(const WorkspaceSession& session, const ResumedW
     }
 }
 
-/// Displays that have another size, and hence another name, than they had for the agent before this one; by their names
-/// of now.
+/// Displays whose size, and therefore id, has changed since the former agent; keys are the present ids.
 std::set<std::string> SessionTaker::takeUpResizedDisplays() {
     std::set<std::string> gone, come;
     for (const auto& [target, window] : assignments_.assignedWindowIDs) {
@@ -195,8 +195,8 @@ std::set<std::string> SessionTaker::takeUpResizedDisplays() {
     return resized;
 }
 
-/// After a restart the current frames are accepted as they are: some windows round their size to cells, and a restart
-/// must not move windows. Windows of a display that reconnected in the meantime are placed.
+/// After a restart the present frames are accepted: some windows round their size to cells, and a restart must not move
+/// windows. Windows of a display that was connected meanwhile are placed.
 void SessionTaker::acceptPlacesOfWindows(const std::set<std::string>& returnedDisplayIDs) {
     for (const auto& [windowID, target] : geometry_.framesOfTiledWindows()) {
         const auto tile = assignments_.targetOf(windowID);
@@ -209,7 +209,7 @@ void SessionTaker::acceptPlacesOfWindows(const std::set<std::string>& returnedDi
 }
 
 /// On clean exit the agent shows all stacked windows. Hides them again, except windows that the user has focused or
-/// moved since, or whose front window is gone. A window that is still being restored may look minimized at first;
+/// moved since, or whose front window was closed. A window that is still being restored may look minimized at first;
 /// therefore polls only hide windows here, never show them.
 void SessionTaker::hideStackedWindowsAgain() {
     if (liveWindows_.minimized().isExpecting()) {
@@ -245,7 +245,7 @@ void SessionTaker::hideStackedWindowsAgain() {
     presenter_.presentDisplaced(displaced);
 }
 
-/// Whether the window is at the place of its stack, or at its former frame, behind a visible front window.
+/// Whether the window is in the frame of its stack's tile, or in its former frame, behind a visible front window.
 bool SessionTaker::hasComeBackToWait(const ManagedWindow& window, const std::optional<CGRect>& formerFrame) const {
     const auto tile = assignments_.stackTargetOf(window.id);
     if (!window.isVisible || &window == finder_.focusedWindow() || !tile || !geometry_.screenOfTarget(*tile))
@@ -255,13 +255,13 @@ bool SessionTaker::hasComeBackToWait(const ManagedWindow& window, const std::opt
         front == assignments_.assignedWindowIDs.end() ? nullptr : liveWindows_.find(front->second);
     if (!inFront || !inFront->isVisible) return false;
     if (!window.frame) return true;
-    // What was read of it while it was off the screen may not be where it comes back.
+    // The frame that was read while it was hidden may differ from the one at which it returns.
     const auto place = geometry_.frameForWindow(inFront->id);
     return (place && isSamePlace(window.frame->origin, place->origin)) ||
            (formerFrame && nearlyEqual(*window.frame, *formerFrame, kFrameTolerancePoints));
 }
 
-/// Windows that are not seen but may yet be.
+/// Windows that are not listed and may still appear.
 std::set<std::string> SessionTaker::sparedWindowIDs() {
     std::set<std::string> spared;
     if (recovery_.hasDeadline()) spared = recovery_.awaitedWindowIDs();

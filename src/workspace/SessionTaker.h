@@ -1,4 +1,4 @@
-// What outlives the agent: the session is described while it changes, and taken up again at the start.
+// Describes the session for storing, and restores it at the start.
 #pragma once
 
 #include "workspace/DisplayChanges.h"

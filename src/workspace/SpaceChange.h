@@ -1,4 +1,4 @@
-// Whether another Space (virtual desktop) may have come into sight.
+// Whether another Space (virtual desktop) may be shown now.
 #pragma once
 
 namespace kova {

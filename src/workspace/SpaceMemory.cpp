@@ -53,7 +53,7 @@ bool SpaceMemory::restore(const std::vector<ManagedWindow>& windows, std::uint64
         for (const auto& window : windows) {
             if (!tiles.isInAnyTile(window.id)) continue;
             const bool belongsHere = space ? *space == shownSpace : change == SpaceChange::possible;
-            // While window managers change nothing tells which Space a window is on.
+            // While the window manager is being replaced, the Spaces of windows are unknown.
             const bool wasSentHere = !window.isElsewhere && !belongsHere && (window.space || !space);
             if (wasSentHere || assignments.isInAnyTile(window.id)) {
                 tiles.remove(window.id);
@@ -73,12 +73,12 @@ bool SpaceMemory::restore(const std::vector<ManagedWindow>& windows, std::uint64
     return true;
 }
 
-std::map<std::string, CGRect> SpaceMemory::takeAppliableFrames(const std::vector<ManagedWindow>& windows) {
+std::map<std::string, CGRect> SpaceMemory::takeDueFrames(const std::vector<ManagedWindow>& windows) {
     std::map<std::string, CGRect> due;
-    if (pendingFrames_.empty()) return due;
+    if (owedFrames_.empty()) return due;
     for (const auto& window : windows) {
         if (window.isElsewhere || !window.isAnswering) continue;
-        if (auto owed = pendingFrames_.extract(window.id)) due.insert(std::move(owed));
+        if (auto owed = owedFrames_.extract(window.id)) due.insert(std::move(owed));
     }
     return due;
 }
@@ -90,14 +90,14 @@ bool SpaceMemory::holds(const std::string& windowID) const {
 void SpaceMemory::keepOnly(const std::set<std::string>& windowIDs) {
     for (auto& places : places_) places.tiles.keepOnly(windowIDs);
     std::erase_if(places_, [](const Places& places) { return places.tiles == TileAssignments{}; });
-    std::erase_if(pendingFrames_, [&](const auto& owed) { return !windowIDs.contains(owed.first); });
+    std::erase_if(owedFrames_, [&](const auto& owed) { return !windowIDs.contains(owed.first); });
 }
 
 void SpaceMemory::rename(const std::string& windowID, const std::string& newID) {
     for (auto& places : places_) places.tiles.rename(windowID, newID);
-    if (auto owed = pendingFrames_.extract(windowID)) {
+    if (auto owed = owedFrames_.extract(windowID)) {
         owed.key() = newID;
-        pendingFrames_.insert(std::move(owed));
+        owedFrames_.insert(std::move(owed));
     }
 }
 

@@ -1,6 +1,6 @@
-// What windows on other Spaces (virtual desktops) come back to. While a Space is not shown its windows keep their tiles
-// in the assignments; only when such a tile is given to another window is the place remembered here instead.
-// Always true: a window has at most one place here.
+// Tiles and pending frames of windows on other Spaces (virtual desktops). While a Space is not shown, its windows keep
+// their tiles in the assignments; if such a tile is given to another window, it is remembered here instead. Always
+// true: a window has at most one remembered place.
 #pragma once
 
 #include "windowing/ManagedWindow.h"
@@ -18,14 +18,14 @@ namespace kova {
 
 class SpaceMemory {
   public:
-    /// Places that were given up together.
+    /// Tiles that were given to other windows by one operation.
     struct Places {
         std::optional<std::uint64_t> space; // absent where Spaces have no numbers
         TileAssignments tiles;
         bool operator==(const Places&) const = default;
     };
 
-    /// Takes the windows that are elsewhere out of the assignments and remembers their places.
+    /// Removes the windows that are elsewhere from the assignments and remembers their tiles.
     void store(const std::vector<ManagedWindow>& windows, TileAssignments& assignments);
     /// Does so only for windows in these tiles, in front or stacked.
     void storeFrom(const std::vector<std::string>& targets, const std::vector<ManagedWindow>& windows,
@@ -36,12 +36,12 @@ class SpaceMemory {
     bool restore(const std::vector<ManagedWindow>& windows, std::uint64_t shownSpace, SpaceChange change,
                  TileAssignments& assignments);
 
-    /// The window is to have the frame (window-service space) once it is shown and answers.
-    void setPendingFrame(const std::string& windowID, const CGRect& frame) { pendingFrames_[windowID] = frame; }
+    /// Remembers the frame (window-service space) for when the window is shown and its application responds.
+    void owe(const std::string& windowID, const CGRect& frame) { owedFrames_[windowID] = frame; }
     /// Returns and removes the pending frames of windows that are shown and whose application responds.
-    std::map<std::string, CGRect> takeAppliableFrames(const std::vector<ManagedWindow>& windows);
+    std::map<std::string, CGRect> takeDueFrames(const std::vector<ManagedWindow>& windows);
 
-    /// Whether a place of the window is remembered here.
+    /// Whether a tile of the window is remembered here.
     bool holds(const std::string& windowID) const;
     void keepOnly(const std::set<std::string>& windowIDs);
     void rename(const std::string& windowID, const std::string& newID);
@@ -55,7 +55,7 @@ class SpaceMemory {
     void add(const std::optional<std::uint64_t>& space, TileAssignments held);
 
     std::vector<Places> places_;
-    std::map<std::string, CGRect> pendingFrames_;
+    std::map<std::string, CGRect> owedFrames_;
 };
 
 } // namespace kova

@@ -19,23 +19,22 @@ struct Promotion {
 
 class StackSuccession {
   public:
-    /// Records the tile that the window lost, which differs from the tile in whose stack it waits when a span displaced
-    /// it.
+    /// Records the tile that a window lost to a span, if it differs from the tile in which the window is stacked now.
     void noteDisplaced(const std::string& windowID, const std::string& lostTargetID,
                        const std::string& waitingTargetID);
-    /// The window fronts a tile again.
+    /// Forgets the window, which is a front window again.
     void forget(const std::string& windowID) { lostTargetIDs_.erase(windowID); }
     void rename(const std::string& windowID, const std::string& newID);
     void keepOnly(const std::set<std::string>& windowIDs);
 
     /// For each tile that had a front window in `before` and has none in `now`: the windows that may come forward, the
-    /// best first. These are the ones that wait there, in the order of the stack, then those that wait elsewhere and
-    /// were displaced from that tile. Windows that were front windows in `before` are not candidates: they were
-    /// displaced just now.
+    /// best first. These are the windows of the tile's stack in its order, then windows stacked elsewhere that were
+    /// displaced from that tile. Windows that were front windows in `before` are not candidates: they were displaced
+    /// just now.
     std::vector<std::vector<Promotion>> candidates(const TileAssignments& before, const TileAssignments& now) const;
 
   private:
-    std::map<std::string, std::string> lostTargetIDs_; // by the window that waits elsewhere
+    std::map<std::string, std::string> lostTargetIDs_; // by the window that is stacked elsewhere
 };
 
 } // namespace kova

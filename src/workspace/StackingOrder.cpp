@@ -17,7 +17,7 @@ bool shows(const OnScreenWindow& shown, const ManagedWindow& window) {
 
 std::vector<const ManagedWindow*> coveredByOthers(const std::vector<const ManagedWindow*>& windows,
                                                   const std::vector<OnScreenWindow>& onScreen) {
-    std::vector<CGRect> others; // in front of the window at hand
+    std::vector<CGRect> others; // in front of the present window
     std::vector<const ManagedWindow*> unseen = windows;
     std::vector<const ManagedWindow*> covered;
     for (const auto& shown : onScreen) {

@@ -1,4 +1,4 @@
-// Which windows lie below others on the screen, and in which order they come above them.
+// Finds windows that others cover, and the order in which to raise them.
 #pragma once
 
 #include "windowing/AccessibilityServicing.h"
@@ -9,13 +9,13 @@
 
 namespace kova {
 
-/// Those of `windows` (window-service space) that a window not among them covers in part, and those that the screen
-/// does not show yet. `onScreen` is front to back; frames that differ by less than 2 points are the same window's.
+/// The members of `windows` (window-service space) that another window partly covers, and those that are not on the
+/// screen yet. `onScreen` is front to back; frames that differ by less than 2 points are the same window's.
 std::vector<const ManagedWindow*> coveredByOthers(const std::vector<const ManagedWindow*>& windows,
                                                   const std::vector<OnScreenWindow>& onScreen);
 
 /// The windows to raise, in the order of the calls, so that no other window covers them. Their relative order is kept,
-/// but the most recently focused one is raised last. Empty when none is covered. `focusOrder` has ids of windows, the
+/// but the most recently focused one is raised last. Empty if none is covered. `focusOrder` has ids of windows, the
 /// most recent first.
 std::vector<const ManagedWindow*> windowsToRaise(const std::vector<const ManagedWindow*>& windows,
                                                  const std::vector<OnScreenWindow>& onScreen,

@@ -10,7 +10,7 @@ constexpr Seconds kDuration{4};
 
 void StatusMessages::show(const std::string& text) {
     state_.lastActionMessage.set(text);
-    // By serial rather than by text: the same message twice gets its full time twice.
+    // Compares serials instead of texts, so that a repeated message is shown for its full time.
     const auto serial = ++serial_;
     queue_.after(kDuration, lifetime_.guard([this, serial] {
         if (serial == serial_) state_.lastActionMessage.set(std::nullopt);

@@ -1,4 +1,4 @@
-// What the user is told: one message at a time, for 4 seconds or until the next one.
+// The status message: one at a time, for 4 seconds or until the next one.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -15,7 +15,7 @@ class StatusMessages {
     StatusMessages(MainQueue& queue, WorkspaceState& state) : queue_(queue), state_(state) {}
 
     void show(const std::string& text);
-    /// Grows with every message, also when the same is shown again.
+    /// Incremented with every message, also if the same text is shown again.
     std::uint64_t count() const { return serial_; }
 
   private:

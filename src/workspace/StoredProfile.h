@@ -1,4 +1,4 @@
-// What a stored profile may hold, since a person may have written it.
+// Validates a stored profile, which a user may have edited.
 #pragma once
 
 #include "layout/WorkspaceProfile.h"
@@ -11,7 +11,7 @@
 namespace kova {
 
 /// Replaces values that are out of range: the theme by `fallbackThemeID`, a chosen layout by the automatic one, others
-/// by their defaults; minimum sizes that no window can have are dropped. Gives one line for each: "tileInset: 5000 is
+/// by their defaults; minimum sizes that no window can have are dropped. Returns one line for each: "tileInset: 5000 is
 /// not between 0 and 100; 5 is used".
 std::vector<std::string> correctStoredProfile(WorkspaceProfile& profile, const ThemeRegistry& registry,
                                               std::string_view fallbackThemeID);

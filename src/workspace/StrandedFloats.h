@@ -1,5 +1,5 @@
-// Windows in no tile that lay on a display that went away, with their frames there: they go back when the display
-// returns, unless they were moved meanwhile. Frames are in window-service space. A plain value.
+// Windows in no tile that were on a display that was disconnected, with their frames there: they return with the
+// display, unless they were moved meanwhile. Frames are in window-service space. A plain value.
 #pragma once
 
 #include "windowing/ManagedWindow.h"
@@ -17,11 +17,12 @@ namespace kova {
 
 class StrandedFloats {
   public:
-    /// Displays have gone since `before`. `live` are the windows as they lay then. A window that is noted already keeps
-    /// its first display.
+    /// Remembers the windows on displays that were disconnected since `before`, with their frames in `live`. A window
+    /// that is remembered already keeps its first display.
     void noteGone(const std::vector<Screen>& before, const std::set<std::string>& connected,
                   const std::vector<ManagedWindow>& live, const TileAssignments& tiles);
-    /// Where the window was put while its display is away: any other place later means that it was moved.
+    /// Records the frame of the window while its display is disconnected: any other frame later means that it was
+    /// moved.
     void settle(const std::string& windowID, const CGRect& frame);
     /// Ids and former frames of the windows whose display is connected, that were not moved and are in no tile. All
     /// windows of connected displays are forgotten.

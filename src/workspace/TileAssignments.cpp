@@ -153,7 +153,7 @@ void TileAssignments::mergeStacksInto(const std::string& anchorTargetID, const s
         waiting.insert(waiting.end(), stack->second.begin(), stack->second.end());
     }
     for (const auto& loser : displacedWindowIDs) {
-        // A stack without a front window is out of reach of every command.
+        // No command could reach a stack without a front window.
         const auto stack = stackTargetOf(loser);
         if (!stack || !assignedWindowIDs.contains(*stack)) waiting.push_back(loser);
     }

@@ -30,37 +30,37 @@ struct TileAssignments {
     bool isInAnyTile(const std::string& windowID) const;
     /// Every tile that the window fronts, its anchor first; empty when it fronts none.
     std::vector<std::string> targetsAnchorFirst(const std::string& windowID) const;
-    /// Every window that fronts a tile or waits in a stack.
+    /// Every front window and every stacked window.
     std::set<std::string> windows() const;
-    /// What there is on one display.
+    /// The part of the assignments that belongs to one display.
     TileAssignments onDisplay(const std::string& displayID) const;
-    /// Whether what is always true of assignments is true of these, which may come from an edited file.
+    /// Whether the invariants of assignments hold; they may not for an edited file.
     bool isSound() const;
 
     /// Takes the window out of every stack, dropping stacks that become empty.
     void removeFromStacks(const std::string& windowID);
-    /// Takes the window out of everything.
+    /// Removes the window from all tiles and stacks.
     void remove(const std::string& windowID);
     enum class StackPosition { front, behind };
-    /// Puts the window into one stack only, in front of or behind what is there. A front window that had no stack yet
-    /// is kept as its first member.
+    /// Puts the window into one stack only, before or after its members. A front window without a stack becomes the
+    /// first member.
     void insertIntoStack(const std::string& targetID, const std::string& windowID, StackPosition position);
-    /// Makes the window front of `targets` (anchor first) and of no other tile. Gives the windows that fronted one of
-    /// them, each once, which lose all their tiles and their anchors but stay in their stacks.
+    /// Makes the window the front window of `targets` (anchor first) and of no other tile. Returns the former front
+    /// windows, each once; they lose all their tiles and their anchors but stay in their stacks.
     std::vector<std::string> assign(const std::string& windowID, const std::vector<std::string>& targets);
-    /// A spanning window's tiles share one stack, its anchor's: what waited in the others waits there, and so do
-    /// displaced windows whose own stack has no front window any more.
+    /// The tiles of a span share the stack of its anchor: windows stacked in the other tiles, and displaced windows
+    /// whose own stack has no front window any more, are moved there.
     void mergeStacksInto(const std::string& anchorTargetID, const std::vector<std::string>& targets,
                          const std::vector<std::string>& displacedWindowIDs);
-    /// Puts the front window of a tile first in its stack, where it has one.
+    /// Moves the front window of a tile to the first place of its stack, if it has one.
     void putFrontsFirst();
-    /// Takes over the window's tiles, and its place at the front of its stack, from `other`.
+    /// Copies the window's tiles, and its place at the front of its stack, from `other`.
     void adopt(const std::string& windowID, const TileAssignments& other);
-    /// The window is known under another id from now on, which must be in no tile.
+    /// Renames the window; the new id must be in no tile.
     void rename(const std::string& windowID, const std::string& newID);
-    /// The display is known under another id from now on, which must have nothing yet.
+    /// Renames the display; the new id must have no tiles yet.
     void renameDisplay(const std::string& displayID, const std::string& newID);
-    /// Keeps only windows in `liveWindowIDs`, in their order. The tile that lost its front gets no new one.
+    /// Keeps only windows in `liveWindowIDs`, in their order. A tile that loses its front window gets no new one.
     void keepOnly(const std::set<std::string>& liveWindowIDs);
 
     bool operator==(const TileAssignments&) const = default;

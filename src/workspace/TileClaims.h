@@ -1,5 +1,5 @@
-// Tiles that belong to a window before any score is compared: first those that a rule names for it, then those for
-// which the user prefers its application.
+// Tiles that windows get before any score is compared: first those that a rule names, then those for which the user
+// prefers an application.
 #pragma once
 
 #include "workspace/ArrangementPlan.h"
@@ -19,9 +19,8 @@ struct TileClaim {
     std::string reason;        // in plain words
 };
 
-/// In the order in which they are granted: of several windows that claim a tile, the one that is in front there comes
-/// first, then those that are visible. A rule names a tile of the display that holds the window; a preference also
-/// holds on other displays, those after its own.
+/// In the order of precedence: of several windows that claim a tile, its front window comes first, then visible
+/// windows. A rule names a tile of the window's display; a preference also applies to other displays, after its own.
 std::vector<TileClaim> tileClaims(const ArrangementInput& input);
 
 } // namespace kova

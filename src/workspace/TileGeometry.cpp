@@ -72,7 +72,7 @@ const LayoutDefinition* TileGeometry::resolvedLayout(const std::string& id) cons
     return screen ? &layoutOn(*screen) : nullptr;
 }
 
-/// Minimum sizes of the windows that keep to one tile; a spanning window has the room that it needs.
+/// Minimum sizes of the windows in a single tile; a spanning window has the room that it needs.
 TileMinimumSizes TileGeometry::tileMinimumSizes(const std::string& id) const {
     TileMinimumSizes sizes;
     const std::string prefix = tileTargetID(id, "");
@@ -173,7 +173,7 @@ const Screen* TileGeometry::screenOfWindow(const ManagedWindow& window) const {
     }
     if (!window.frame) return nullptr;
     const CGRect frame = flipped(*window.frame, firstScreenMaxY());
-    const Screen* holding = nullptr; // the one that shows most of it, when its middle is off all of them
+    const Screen* holding = nullptr; // the one that shows most of it, if no display shows its middle
     double mostShown = 0;
     for (const auto& screen : *state_.screens) {
         if (containsPoint(screen.frame, centre(frame))) return &screen;
@@ -197,7 +197,7 @@ std::optional<CGSize> TileGeometry::minimumOfApplication(const ManagedWindow& wi
     return found == remembered.end() ? std::nullopt : std::optional(found->second);
 }
 
-/// Where the window rests in a tile of that frame, in window-service space.
+/// The frame that the window accepts in a tile with that frame, in window-service space.
 CGRect TileGeometry::restingFrame(const ManagedWindow& window, const CGRect& tileFrame) const {
     return window.sizeHints ? largestFrameWithin(tileFrame, *window.sizeHints) : tileFrame;
 }
@@ -287,7 +287,7 @@ std::optional<CGRect> TileGeometry::zoomFrame(const std::string& id) const {
     return flipped(insetBy(cell, state_.profile->tileInset), firstScreenMaxY());
 }
 
-/// The tile that the window would move to if it were let go there; absent over its own, too.
+/// The tile into which the window would move if it were dropped there; absent over its own, too.
 std::optional<std::string> TileGeometry::dropTarget(const std::string& windowID, CGPoint pointOnScreen) const {
     for (const auto& tile : tiles()) {
         if (!containsPoint(tile.frameOnScreen, pointOnScreen)) continue;

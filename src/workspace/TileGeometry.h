@@ -1,5 +1,4 @@
-// Where displays, layouts and tiles are: which layout each display shows, the frames of its tiles and of the windows in
-// them, and which tiles a window needs.
+// The layout of each display, the frames of its tiles and of the windows in them, and the tiles that a window needs.
 #pragma once
 
 #include "themes/ThemeRegistry.h"
@@ -21,7 +20,7 @@ namespace kova {
 
 struct WorkspaceParts;
 
-/// The tiles that a window takes, its anchor first.
+/// The tiles that a window covers, its anchor first.
 struct Covering {
     std::vector<DisplayTileTarget> targets;
 };
@@ -41,7 +40,7 @@ class TileGeometry {
     const Screen* screenOf(const std::string& displayID) const;
     /// Null when the display of the tile is not connected.
     const Screen* screenOfTarget(const std::string& targetID) const;
-    /// By which `flipped` converts between screen space and window-service space.
+    /// The height with which `flipped` converts between screen space and window-service space.
     double firstScreenMaxY() const;
     bool isOnSomeScreen(const CGRect& frameForWindowService) const;
     /// The definition in force on the display, weights applied; null for a display that is not connected.
@@ -50,16 +49,16 @@ class TileGeometry {
     const SolvedLayout& solvedTiles(const Screen& screen) const;
     /// Absent when the layout in force has no such tile.
     std::optional<CGRect> tileFrameOnScreen(const std::string& targetID) const;
-    /// Where the window belongs by its tiles, in window-service space.
+    /// The frame of the window by its tiles, in window-service space.
     std::optional<CGRect> frameForWindow(const std::string& windowID) const;
-    /// The same of every window that fronts a tile, by window id.
+    /// The frames of all front windows by their tiles, by window id, in window-service space.
     std::map<std::string, CGRect> framesOfTiledWindows() const;
     std::map<std::string, CGRect> framesOfTiledWindows(const Screen& screen) const;
     /// The tiles of every display, in the platform's order and the layouts' order.
     std::vector<WorkspaceTile> tiles() const;
-    /// The display of its tile, else the one that shows most of it; null when none does.
+    /// The display of the window's tile, else the one that shows most of it; null if none does.
     const Screen* screenOfWindow(const ManagedWindow& window) const;
-    /// In points, 0 where nothing is known.
+    /// The minimum size in points, 0 if unknown.
     CGSize minimumSizeOf(const ManagedWindow& window,
                          WindowSizes::Purpose purpose = WindowSizes::Purpose::present) const;
     std::optional<CGSize> minimumOfApplication(const ManagedWindow& window) const;
@@ -67,24 +66,24 @@ class TileGeometry {
     CGRect restingFrame(const ManagedWindow& window, const CGRect& tileFrame) const;
     /// Which windows hold which tiles of the display, and how much room they need.
     TileRoom roomOn(const Screen& screen) const;
-    /// The tiles that the window takes when it is put into this one; absent for an unknown tile.
+    /// The tiles that the window covers if it is put into this one; absent for an unknown tile.
     std::optional<Covering> coveringFor(const ManagedWindow& window, const std::string& targetID) const;
     /// Absent when the layout has none of the slots.
     std::optional<Covering> coveringOn(const Screen& screen, const std::vector<std::string>& slotIDs) const;
     /// The first free tile, or span of free tiles, with room for the window; absent when there is none.
     std::optional<Covering> freeCoveringOn(const Screen& screen, const ManagedWindow& window) const;
-    /// Those of one display, zoomed or not.
+    /// The dividers of one display, in focus mode, too.
     std::vector<DisplayLayoutDivider> dividersOn(const std::string& displayID) const;
-    /// The gap in which the divider lies, in screen space; absent when its display is gone.
+    /// The gutter of the divider, in screen space; absent if its display is disconnected.
     std::optional<CGRect> dividerFrameOnScreen(const DisplayLayoutDivider& divider) const;
     /// The tiles of a placement, the anchor first; empty when the layout lacks its slot.
     std::vector<std::string> targetsFor(const Screen& screen, const std::string& slotID,
                                         const std::optional<std::vector<std::string>>& claimedSlotIDs) const;
-    /// A zoomed window's, in window-service space; absent when the display is gone.
+    /// The frame of a zoomed window, in window-service space; absent if the display is disconnected.
     std::optional<CGRect> zoomFrame(const std::string& displayID) const;
     /// Absent when the display of the tile is not connected.
     std::optional<LearntPlace> learntPlace(const std::string& targetID) const;
-    /// The tile that the window would move to if it were dropped there (screen space); absent over its own.
+    /// The tile into which the window would move if it were dropped there (screen space); absent over its own.
     std::optional<std::string> dropTarget(const std::string& windowID, CGPoint pointOnScreen) const;
     /// Applications of the windows in the display's tiles, each once; of all live windows when none is named.
     std::vector<std::string> applicationsOn(const std::optional<std::string>& displayID) const;

@@ -58,17 +58,17 @@ void TileKeeper::setProfile(WorkspaceProfile profile) {
     saveProfile(services_.preferences, *state_.profile);
 }
 
-/// Tiles of the display have moved: everything that shows or holds them follows.
+/// After tiles of the display have moved: updates everything that depends on their frames.
 void TileKeeper::layoutChanged(const std::string& id) {
     geometry_.layouts().invalidate(id);
     frames_.reflow().forgetAllPushes();
-    (void)arranger_.supersede(); // what an arrangement still had to do was meant for the tiles as they were
+    (void)arranger_.supersede(); // the remaining steps of an arrangement are for the former tiles
     commit({.hasMovedTiles = true,
             .claimant = access_.mayMoveWindows() ? std::optional<std::string>("") : std::nullopt,
             .straying = FrameKeeper::Straying::any});
 }
 
-/// Tiles can move without any layout being chosen: with the minimum sizes of the windows in them.
+/// Tiles also move without a new layout, with the minimum sizes of their windows.
 void TileKeeper::noteTileGeometry() {
     bool hasMoved = false;
     for (const auto& screen : *state_.screens) {
@@ -101,13 +101,13 @@ void TileKeeper::commit(const Transaction& changes) {
     services_.accessibility.flush();
 }
 
-/// Gives the windows that fronted the tiles, each once.
+/// Returns the former front windows of the tiles, each once.
 std::vector<std::string> TileKeeper::takeTiles(const std::string& windowID, const Covering& covering) {
     std::vector<std::string> targetIDs;
     for (const auto& target : covering.targets) targetIDs.push_back(target.id());
     const std::string& anchorID = targetIDs.front();
     tileMemory_.spaces().storeFrom(targetIDs, liveWindows_.all(), assignments_);
-    std::map<std::string, std::string> lost; // by the window that is displaced
+    std::map<std::string, std::string> lost; // by the displaced window
     for (const auto& target : targetIDs) {
         const auto front = assignments_.assignedWindowIDs.find(target);
         if (front != assignments_.assignedWindowIDs.end()) lost[front->second] = *assignments_.targetOf(front->second);
@@ -155,12 +155,12 @@ bool TileKeeper::placeWindow(const std::string& windowID, const std::string& tar
     return true;
 }
 
-/// A window that did not shrink tells its minimum in the directions in which it stayed larger than asked for.
+/// A window that did not shrink shows its minimum size in the directions in which it stayed larger than requested.
 void TileKeeper::minimumSizeObserved(const std::string& windowID, const CGRect& wanted, const CGRect& actual) {
     frames_.sizes().endRetry(windowID);
     ManagedWindow* window = liveWindows_.find(windowID);
     if (!window || window->isFullScreen || window->isMaximized) return;
-    window->frame = actual; // until now the one that it was asked for
+    window->frame = actual; // until now the requested one
     switch (frames_.sizes().noteRefusal(*window, wanted.size, actual.size, services_.queue.uptime())) {
     case WindowSizes::Refusal::unreliable:
         return;
@@ -171,7 +171,7 @@ void TileKeeper::minimumSizeObserved(const std::string& windowID, const CGRect& 
     }
 }
 
-/// Now, or as soon as the display may be laid out again; not at all when the window has asked often enough.
+/// Lays the display out now, or as soon as it may be; not at all once the limit for the window is reached.
 void TileKeeper::reflow(const std::string& windowID) {
     const ManagedWindow* window = liveWindows_.find(windowID);
     const auto target = assignments_.targetOf(windowID);
@@ -190,7 +190,7 @@ void TileKeeper::reflow(const std::string& windowID) {
     makeRoomFor(ManagedWindow(*window));
 }
 
-/// As a first guess for other windows of the application; absent: there is none any more.
+/// A first guess for other windows of the application; absent: forgets it.
 void TileKeeper::rememberMinimum(const ManagedWindow& window, std::optional<CGSize> minimum) {
     WorkspaceProfile profile = *state_.profile;
     const auto key = applicationKey(window.applicationName, window.bundleIdentifier);
@@ -202,14 +202,14 @@ void TileKeeper::rememberMinimum(const ManagedWindow& window, std::optional<CGSi
     setProfile(std::move(profile));
 }
 
-/// The tiles are solved again with what was learnt; where that is not enough the window claims a span.
+/// Solves the tiles again with the observed minimum size; if that is not enough, the window claims a span.
 void TileKeeper::makeRoomFor(const ManagedWindow& window) {
-    if (!assignments_.isAssigned(window.id) || pointer_.isPausingPolls()) return; // then a later poll does it
+    if (!assignments_.isAssigned(window.id) || pointer_.isPausingPolls()) return; // a later poll does it then
     commit({.hasMovedTiles = true, .claimant = window.id});
 }
 
-/// Windows that their tiles are too small for claim spans, `first` before all others. Ends, as every claim takes tiles
-/// that the window did not have.
+/// Windows whose tiles are too small claim spans, `first` before all others. The loop ends, since every claim adds
+/// tiles.
 void TileKeeper::claimRoomWhereNeeded(const std::string& first) {
     std::optional<std::set<std::string>> shown; // before the first claim
     for (const Screen& screen : std::vector<Screen>(*state_.screens)) {
@@ -260,8 +260,8 @@ TileKeeper::nextClaimOn(const Screen& screen, const std::string& first, const st
     return std::nullopt;
 }
 
-/// Windows that a claim takes tiles from go to tiles that are free, as far as they fit there; the others will wait
-/// behind it.
+/// Moves the windows that lose their tiles to a claim into free tiles in which they fit; the others will be stacked
+/// behind the claiming window.
 void TileKeeper::moveOutOfTheWay(const Screen& screen, const std::pair<ManagedWindow, Covering>& claim) {
     std::vector<std::string> claimed;
     for (const auto& target : claim.second.targets) claimed.push_back(target.slot.id);
@@ -280,10 +280,10 @@ void TileKeeper::moveOutOfTheWay(const Screen& screen, const std::pair<ManagedWi
     }
 }
 
-/// Forgets a learned minimum size that the window is now smaller than.
+/// Forgets a learned minimum size that the window is smaller than.
 void TileKeeper::noteSizesSeen() {
     for (const ManagedWindow& window : liveWindows_) {
-        // The frame of a window that does not answer is the one that it was told to take.
+        // The frame of a window that does not respond is the requested one.
         const bool isAtRest = window.frame && window.isVisible && window.isAnswering && !window.isMinimized &&
                               !window.isFullScreen && !windowService_.pendingFrame(window.id);
         if (!isAtRest) continue;
@@ -328,9 +328,9 @@ void TileKeeper::giveBackSpans() {
         const ManagedWindow* window = liveWindows_.find(id);
         return window ? std::optional(geometry_.minimumSizeOf(*window)) : std::nullopt;
     };
-    const auto shrunken = frames_.takeShrunken(anchors, minimumOf);
+    const auto modest = frames_.takeShrunken(anchors, minimumOf);
     const TileAssignments assignmentsBefore = assignments_;
-    for (const std::string& id : shrunken) {
+    for (const std::string& id : modest) {
         const ManagedWindow window = *liveWindows_.find(id);
         const auto covering = geometry_.coveringFor(window, *assignments_.targetOf(window.id));
         const auto own = assignments_.targetsOf(window.id);
@@ -344,18 +344,18 @@ void TileKeeper::giveBackSpans() {
         frames_.reflow().noteSpanGivenBack(window.id);
         (void)assignments_.assign(window.id, kept);
     }
-    if (shrunken.empty()) return;
+    if (modest.empty()) return;
     bringNextForward(assignmentsBefore);
     publishAssignments();
 }
 
-/// A window that was put into a tile by itself is not moved on by a rule for its application.
+/// A rule for an application does not move a window that was placed individually.
 void TileKeeper::noteHasItsPlace(const std::string& windowID) {
     if (*state_.continuousManagementEnabled) tileMemory_.notePlaced(windowID);
 }
 
-/// Fills the tiles that have lost their front window since `before`. Not while a window is zoomed: the workspace behind
-/// it is restored when focus mode ends, and the next poll then finds the tile without its window.
+/// Fills the tiles that have lost their front window since `before`. Not in focus mode: its end restores the snapshot,
+/// and the next poll then finds the tile without its window.
 void TileKeeper::bringNextForward(const TileAssignments& before) {
     if (!*state_.bringsNextForward || focusMode_.isOn() || !access_.mayMoveWindows()) return;
     for (const auto& candidates : tileMemory_.succession().candidates(before, assignments_)) {
@@ -380,8 +380,8 @@ bool TileKeeper::bringForward(const Promotion& promotion) {
     return true;
 }
 
-/// Windows that are in a tile again float no more, and neither do those of a process that has ended. One that is not
-/// listed, as after a sleep, may come back.
+/// Windows with a tile, and those of a process that has ended, are not floating any more. A window that is not listed,
+/// for example after a sleep, may return.
 void TileKeeper::keepFloatingValid() {
     auto floating = *state_.floatingWindowIDs;
     const auto hasEnded = [&](const std::string& id) {

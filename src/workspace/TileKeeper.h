@@ -42,38 +42,38 @@ class TileKeeper {
     void noteTileGeometry();
     /// Raises the layout revision: overlays and divider handles follow.
     void noteTilesMoved();
-    /// The end of every operation that edits tiles.
+    /// Ends every operation that edits tiles.
     void commit(const Transaction& changes);
-    /// Gives the windows that lost a tile by it, each once. Writes no frame.
+    /// Assigns the tiles and returns the displaced windows, each once. Writes no frame.
     std::vector<std::string> takeTiles(const std::string& windowID, const Covering& covering);
     /// Takes the tiles, hides the windows that lost theirs, and requests the frame.
     void place(const ManagedWindow& window, const Covering& covering, AccessibilityWindowService::BringToFront raise);
-    /// The same for one tile, committed. False when there is no such window or tile.
+    /// Places the window in one tile and commits. False if there is no such window or tile.
     bool placeWindow(const std::string& windowID, const std::string& targetID, Focusing focusing);
     /// Publishes that the window took more than one tile.
     void announceClaim(const ManagedWindow& window, const Covering& covering);
     /// Fills tiles that have lost their front window since `before` from their stacks.
     void bringNextForward(const TileAssignments& before);
-    /// Windows that their tiles are too small for claim spans, `first` before all others.
+    /// Windows whose tiles are too small claim spans, `first` before all others.
     void claimRoomWhereNeeded(const std::string& first = {});
     /// Windows that need less room than when they claimed their span keep only the tiles that they need.
     void giveBackSpans();
-    /// The window rested at `actual` after being asked for `wanted`; both in window-service space.
+    /// Records that the window kept `actual` after a request for `wanted`; both in window-service space.
     void minimumSizeObserved(const std::string& windowID, const CGRect& wanted, const CGRect& actual);
     /// Drops learned minimum sizes that windows are smaller than.
     void noteSizesSeen();
-    /// Asks the window once for less than its learned minimum, if that is due.
+    /// Requests once a size below the window's learned minimum, if that is due.
     void retryMinimum(const std::string& windowID);
     void publishMinimums() { state_.observedMinimumSizes.set(frames_.sizes().shown()); }
     /// Publishes and stores it.
     void setProfile(WorkspaceProfile profile);
-    /// Tiles of the display have moved: commits.
+    /// Commits after tiles of the display have moved.
     void layoutChanged(const std::string& displayID);
-    /// Without splits the layout has its own weights again.
+    /// Empty splits restore the layout's own weights.
     void storeWeights(const std::string& displayID, const std::string& layoutID, LayoutWeightOverrides weights);
-    /// Rules do not move the window any more.
+    /// Marks the window, so that rules do not move it.
     void noteHasItsPlace(const std::string& windowID);
-    /// The window returns to no earlier place any more.
+    /// Forgets all remembered tiles of the window.
     void noteMovedByUser(const std::string& windowID);
 
   private:

@@ -1,6 +1,6 @@
-// Placements remembered beside the current assignments: on Spaces that are not shown, in layouts the user has replaced,
-// of windows displaced by others; and the windows that rules have already handled. Always true: a window that is gone
-// is in none of them.
+// Placements remembered beside the present assignments: on Spaces that are not shown, in layouts that the user has
+// replaced, of windows displaced by others; and the windows that rules have already handled. Always true: a closed
+// window is in none of them.
 #pragma once
 
 #include "workspace/LayoutHomes.h"
@@ -21,7 +21,8 @@ class TileMemory {
     const LayoutHomes& homes() const { return homes_; }
     StackSuccession& succession() { return succession_; }
 
-    /// Windows that rules no longer move: a rule was applied to them, or they were put into a tile in another way.
+    /// Windows that rules do not move any more: a rule was evaluated for them, or they were put into a tile in another
+    /// way.
     const std::set<std::string>& placed() const { return placed_; }
     bool isPlaced(const std::string& windowID) const { return placed_.contains(windowID); }
     void notePlaced(const std::string& windowID) { placed_.insert(windowID); }

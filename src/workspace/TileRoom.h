@@ -26,9 +26,9 @@ class TileRoom {
     /// The holders whose tiles leave them less than they need. A window that needs more than all tiles together offer
     /// counts as one that needs just these.
     std::vector<std::string> cramped() const;
-    /// The tiles that the window takes when it is put into the slot, anchor first: the slot alone where every holder
-    /// keeps the room that it has, otherwise the preferred span in which the window fits. The present holders of these
-    /// tiles lose theirs. Empty when the layout has no such slot.
+    /// The tiles that the window covers if it is put into the slot, anchor first: the slot alone if every holder keeps
+    /// its room, otherwise the preferred span in which the window fits. The present holders of these tiles lose them.
+    /// Empty if the layout has no such slot.
     std::vector<std::string> tilesFor(const std::string& windowID, CGSize minimumSize, const std::string& slotID) const;
     /// The holders, other than the window, of any of the slots.
     std::set<std::string> holdersOf(const std::vector<std::string>& slotIDs, const std::string& exceptWindowID) const;

@@ -1,6 +1,6 @@
-// What one operation has changed. An operation finds its target or refuses, edits, and commits once at its end: tiles
-// without their front window get the next of their stack, the assignments are published, windows that are not where
-// they belong are asked for their frames, and everything is sent in one go.
+// The changes of one operation. An operation finds its target or refuses, edits, and commits once at its end: tiles
+// without a front window get the next of their stack, the assignments are published, frames are requested for windows
+// that are not in their tiles, and all requests are sent together.
 #pragma once
 
 #include "workspace/FrameKeeper.h"
@@ -12,12 +12,13 @@
 namespace kova {
 
 struct Transaction {
-    /// The assignments before the operation. Absent when no tile can have lost its front window, or the caller has
-    /// filled it already.
+    /// The assignments before the operation. Absent if no tile can have lost its front window, or the caller has filled
+    /// it already.
     std::optional<TileAssignments> before{};
     /// Tile frames have changed; overlays and divider handles follow.
     bool hasMovedTiles = false;
-    /// Windows may lack room now, this one first; empty: none before others. Absent: none lacks room.
+    /// Windows may lack room now; this one claims tiles first. Empty: no window comes first. Absent: no window lacks
+    /// room.
     std::optional<std::string> claimant{};
     FrameKeeper::Straying straying = FrameKeeper::Straying::noticeable;
 };

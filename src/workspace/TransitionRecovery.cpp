@@ -64,7 +64,7 @@ std::vector<WindowSuccessor> TransitionRecovery::takeSuccessors(const std::vecto
     return successors;
 }
 
-/// Also of those that front a tile: being seen once is enough not to be awaited any more.
+/// Includes front windows: a window that was listed once is not awaited any more.
 void TransitionRecovery::noteReturned(const std::vector<ManagedWindow>& liveWindows) {
     for (const auto& window : liveWindows) returnedWindowIDs_.insert(window.id);
 }

@@ -1,5 +1,4 @@
-// The ten seconds after sleep, lock or a session switch in which windows come back one by one and are put back into
-// their tiles, each once.
+// The ten seconds after sleep, lock or a session switch in which returning windows are put into their tiles, once each.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -19,36 +18,36 @@ class TransitionRecovery {
   public:
     static constexpr Seconds kDuration{10};
 
-    /// At the beginning of a transition: remembers the assigned live windows in list order, then the stacked ones.
-    /// Windows still missing from an earlier suspension stay in the list.
+    /// At the begin of a transition: remembers the assigned live windows in list order, then the stacked ones. Windows
+    /// still missing from an earlier suspension stay in the list.
     void remember(const std::vector<ManagedWindow>& liveWindows, const TileAssignments& assignments);
-    /// At the end of a transition: starts the ten seconds of recovery.
+    /// At the end of a transition (uptime): starts the ten seconds of recovery.
     void begin(Seconds uptime);
-    /// Nothing is awaited any more.
+    /// Forgets all awaited windows.
     void clear();
 
     /// True from `begin` until just before the deadline.
     bool isActive(Seconds uptime) const { return deadline_ && uptime < *deadline_; }
     bool hasDeadline() const { return deadline_.has_value(); }
 
-    /// Windows that have come back under another identifier. The record is updated to the new ids; the caller moves the
-    /// assignments.
+    /// Windows that have returned under another id. The record is updated to the new ids; the caller renames the
+    /// windows in the assignments.
     std::vector<WindowSuccessor> takeSuccessors(const std::vector<ManagedWindow>& liveWindows,
                                                 const TileAssignments& assignments);
-    /// Windows that front a tile, are live again and not yet put back; they count as put back from now on.
+    /// Front windows that have returned and were not placed yet; marks them as placed.
     std::vector<std::string> takeRecovered(const std::vector<ManagedWindow>& liveWindows,
                                            const TileAssignments& assignments);
     /// All assigned and stacked windows have returned, or none was assigned.
     bool isComplete(const TileAssignments& assignments) const;
-    /// Remembered windows that have not come back yet.
+    /// Remembered windows that have not returned yet.
     std::set<std::string> awaitedWindowIDs() const;
 
-    // Displays at the beginning of the transition, and how long it lasted
+    // Displays at the begin of the transition, and how long it lasted
     void noteScreens(std::vector<Screen> screens) { screensBefore_ = std::move(screens); }
     bool hasOtherScreens(const std::vector<Screen>& now) const { return now != screensBefore_; }
     UnseenTime& unseenTime() { return unseenTime_; }
 
-    /// Something here waits for time to pass, or for the session to be unlocked.
+    /// Whether a timeout or the unlock of the session is pending, so that polls must go on.
     bool isWaiting() const { return hasDeadline() || detectedLockedLoginSession; }
 
     bool detectedLockedLoginSession = false;
@@ -59,8 +58,8 @@ class TransitionRecovery {
     std::optional<Seconds> deadline_;
     std::set<std::string> recoveredWindowIDs_;
     std::vector<ManagedWindowRecoveryIdentity> identities_;
-    std::set<std::string> returnedWindowIDs_; // seen again, in front or behind
-    std::set<std::string> knownWindowIDs_;    // live before the transition, so not a renamed window
+    std::set<std::string> returnedWindowIDs_; // listed again, in front or stacked
+    std::set<std::string> knownWindowIDs_;    // live before the transition; they cannot be renamed windows
     std::vector<Screen> screensBefore_;
     UnseenTime unseenTime_;
 };

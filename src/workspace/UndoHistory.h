@@ -1,4 +1,4 @@
-// The undo history: snapshots taken before each action; undo removes the newest.
+// The undo history: snapshots taken before each action, at most 30; undo restores and removes the newest.
 #pragma once
 
 #include "layout/AutoArrangeLearning.h"
@@ -32,22 +32,22 @@ struct WorkspaceUndoSnapshot {
     WorkspaceProfile profile;
     std::string accentColorID;
     LayoutHomes layoutHomes;
-    std::shared_ptr<const AutoArrangeLearningModel> learning; // learning is undone, too
+    std::shared_ptr<const AutoArrangeLearningModel> learning; // undo also undoes learning
     /// Whether the window existed when the snapshot was taken.
     bool knows(const std::string& windowID) const {
         return windowFrames.contains(windowID) || minimizedWindowIDs.contains(windowID) ||
                visibleWindowIDs.contains(windowID);
     }
-    /// The window is known under another id from now on.
+    /// Renames the window.
     void rename(const std::string& windowID, const std::string& newID);
     /// Renames the display, with its layout.
     void renameDisplay(const std::string& displayID, const std::string& newID);
-    /// Removes what was learned of the application from all snapshots, so that undo does not restore it.
+    /// Removes what was learned of the application, so that undo does not restore it.
     void forgetApplication(const std::string& applicationKey);
     bool operator==(const WorkspaceUndoSnapshot&) const = default;
 };
 
-/// What an entry was, in words for a person.
+/// The description of an entry for the user.
 struct UndoLabel {
     std::string action;               // "arrange", "move left"
     std::vector<std::string> windows; // the applications of the windows concerned
@@ -55,7 +55,7 @@ struct UndoLabel {
 };
 
 struct UndoEntry {
-    WorkspaceUndoSnapshot snapshot; // what going back restores
+    WorkspaceUndoSnapshot snapshot; // what undo restores
     UndoLabel label;
     WallTime time{};
     bool operator==(const UndoEntry&) const = default;
@@ -72,12 +72,12 @@ class UndoHistory {
     bool isEmpty() const { return entries_.empty(); }
     std::size_t size() const { return entries_.size(); }
 
-    /// The window is known under another id from now on.
+    /// Renames the window.
     void rename(const std::string& windowID, const std::string& newID);
     void renameDisplay(const std::string& displayID, const std::string& newID);
     void forgetApplication(const std::string& applicationKey);
 
-    /// The whole history, to be put back as it was: entering and leaving focus mode must not cost the oldest entry.
+    /// The whole history, to be restored by the end of focus mode, which must not drop the oldest entry.
     const std::vector<UndoEntry>& entries() const { return entries_; }
     void restore(std::vector<UndoEntry> entries) { entries_ = std::move(entries); }
 

@@ -18,8 +18,8 @@ UndoSteps::UndoSteps(WorkspaceParts& parts, RefreshCycle& refreshCycle, Workspac
     access_(access), geometry_(geometry), finder_(finder), presenter_(presenter), keeper_(keeper),
     documents_(documents), follower_(follower) {}
 
-/// What an arrangement, a launch or a scene still had to do. Focus mode closes first: what it restores later would take
-/// the tiles away again.
+/// For the later steps of an arrangement, a launch or a scene. Focus mode ends first, since its snapshot would undo
+/// them later.
 void UndoSteps::changeLater(const std::function<void()>& change) {
     closeFocusMode();
     change();
@@ -30,10 +30,10 @@ void UndoSteps::abandonDrags() {
     const bool heldPollsBack = pointer_.abandon();
     geometry_.layouts().clearAllTransientWeights();
     state_.dropTargetSlotID.set(std::nullopt);
-    if (heldPollsBack) refreshCycle_.refresh(); // what they saw is still to be acted on
+    if (heldPollsBack) refreshCycle_.refresh(); // the paused polls were not applied
 }
 
-/// Another action comes first: what is dragged goes back to where the drag began.
+/// Another action begins: windows and weights return to their state before the drag.
 void UndoSteps::endDrags() {
     if (!pointer_.isDragging()) return;
     abandonDrags();
@@ -97,10 +97,9 @@ void UndoSteps::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot) {
     state_.floatingWindowIDs.set(snapshot.floatingWindowIDs);
     std::set<std::string> connected;
     for (const auto& screen : *state_.screens) connected.insert(displayID(screen));
-    // What a step back assigns to a display that is not connected counts as held by it.
+    // Windows that the snapshot assigns to a disconnected display are remembered for it.
     displays_.leaveAbsentDisplays(assignments_, connected);
-    // Tile geometry is not compared yet: what the displays showed before may still have to be compared with what they
-    // show now.
+    // Tile geometry is not compared yet: the former layouts may still have to be compared with the present ones.
     state_.assignedWindowIDs.set(assignments_.assignedWindowIDs);
     state_.stackWindowIDsByTarget.set(assignments_.stackWindowIDsByTarget);
     WorkspaceProfile profile = snapshot.profile;
@@ -115,7 +114,7 @@ void UndoSteps::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot) {
     if (snapshot.learning) arranger_.setLearning(snapshot.learning);
     geometry_.layouts().invalidateAll();
     if (isAnotherSpace)
-        follower_.migrateFromMissingTiles(); // the windows of the other Space were placed with an earlier layout
+        follower_.migrateFromMissingTiles(); // the windows of that Space were placed with an earlier layout
     keeper_.noteTilesMoved();
     for (ManagedWindow& window : liveWindows_) restoreWindow(window, snapshot);
     hideAsIn(snapshot); // last, so that a window minimized beside its hidden application does not count as hidden
@@ -127,7 +126,7 @@ void UndoSteps::restoreWindow(ManagedWindow& window, const WorkspaceUndoSnapshot
     const bool wasHidden = snapshot.hiddenProcessIdentifiers.contains(window.processIdentifier);
     const auto frame = snapshot.windowFrames.find(window.id);
     if (window.isElsewhere) {
-        if (frame != snapshot.windowFrames.end()) tileMemory_.spaces().setPendingFrame(window.id, frame->second);
+        if (frame != snapshot.windowFrames.end()) tileMemory_.spaces().owe(window.id, frame->second);
         return;
     }
     if (wasVisible || (snapshot.knows(window.id) && !wasHidden)) presenter_.unhideApplicationOf(window);
@@ -149,8 +148,8 @@ void UndoSteps::restoreWindow(ManagedWindow& window, const WorkspaceUndoSnapshot
     }
 }
 
-/// Hiding an application takes all its windows along. Where one was opened since the snapshot, those that were hidden
-/// are minimized instead.
+/// Hiding an application hides all its windows. If one was opened since the snapshot, the windows that were hidden are
+/// minimized instead.
 void UndoSteps::hideAsIn(const WorkspaceUndoSnapshot& snapshot) {
     std::set<pid_t> withNewWindows;
     for (const ManagedWindow& window : liveWindows_) {
@@ -202,7 +201,7 @@ Outcome UndoSteps::enterFocusMode(const std::optional<std::string>& windowID) {
     }
     const CGRect frame = geometry_.restingFrame(start->window, *geometry_.zoomFrame(start->displayID));
 
-    abandonDrags(); // otherwise the end of the drag would push an undo step after that of focus mode
+    abandonDrags(); // otherwise the end of the drag would add an undo step after that of focus mode
     auto snapshot = captureUndoSnapshot();
     auto history = undo_.entries();
     pushUndoSnapshot({std::string(action::ToggleFocusZoom::kTraits.undoLabel), {start->window.applicationName}},
@@ -222,7 +221,7 @@ bool UndoSteps::leaveFocusMode() {
     return true;
 }
 
-/// Without effect while the screen cannot be seen: actions are refused then, and the zoomed window stays.
+/// No-op during a suspension: actions are refused then, and the zoomed window stays.
 void UndoSteps::closeFocusMode() {
     if (!access_.isAway()) (void)leaveFocusMode();
 }

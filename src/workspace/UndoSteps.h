@@ -1,4 +1,5 @@
-// Takes and restores undo snapshots, and enters and leaves focus mode, which stores one.
+// Takes and restores undo snapshots, and enters and leaves focus mode, which stores one. The command itself is
+// `WorkspaceController::undoLastAction`.
 #pragma once
 
 #include "windowing/AccessibilityWindowService.h"
@@ -42,18 +43,18 @@ class UndoSteps {
     /// Ends drags and focus mode first, unless a snapshot from before them is given.
     void pushUndoSnapshot(UndoLabel label, std::optional<WorkspaceUndoSnapshot> snapshot = std::nullopt);
     void restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot);
-    /// The live windows as they will be once the snapshot is restored.
+    /// The live windows in the state that restoring the snapshot will give them.
     std::vector<ManagedWindow> windowsAsIn(const WorkspaceUndoSnapshot& snapshot) const;
     /// False when focus mode was off.
     bool leaveFocusMode();
-    /// Leaves focus mode; no-op while suspended.
+    /// Leaves focus mode; no-op during a suspension.
     void closeFocusMode();
     Outcome toggleFocusMode(const std::optional<std::string>& windowID);
-    /// Ends drags without moving windows; the weights of an unfinished divider drag are dropped.
+    /// Ends drags without placing windows; the weights of an unfinished divider drag are dropped.
     void abandonDrags();
-    /// Ends drags, and places the windows by the former weights and tiles again.
+    /// Cancels drags: places the windows by the weights and tiles from before the drag.
     void endDrags();
-    /// For what an arrangement, a launch or a scene still has to do: ends focus mode, runs `change`, sends all at once.
+    /// For the later steps of an arrangement, a launch or a scene: ends focus mode, runs `change`, and flushes.
     void changeLater(const std::function<void()>& change);
     void takeUpZoom(const WorkspaceSessionZoom& zoom, const ResumedWindows& resumed);
 

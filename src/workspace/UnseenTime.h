@@ -1,5 +1,5 @@
-// How long the screen could not be seen: asleep, locked or another user's. Deadlines by which windows are awaited stand
-// still meanwhile, since no window is placed.
+// Measures how long the workspace was suspended: the screen asleep, locked or another user's. Deadlines of awaited
+// windows stand still meanwhile, since no window is placed.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -10,11 +10,11 @@ namespace kova {
 
 class UnseenTime {
   public:
-    /// The screen cannot be seen from now (uptime) on, unless that is so already.
+    /// Begins at `now` (uptime), unless it has begun already.
     void begin(Seconds now) {
         if (!since_) since_ = now;
     }
-    /// The screen can be seen again. How long it could not; 0 if it could all the time.
+    /// Ends it and returns its length; 0 if it had not begun.
     Seconds end(Seconds now) {
         const Seconds duration = since_ ? now - *since_ : Seconds{0};
         since_.reset();

@@ -1,4 +1,4 @@
-// Which display shows a rectangle, and where a rectangle goes so that it is seen.
+// Finds the display that shows a rectangle, and moves rectangles into visible areas.
 #pragma once
 
 #include "windowing/ScreenServicing.h"

@@ -191,7 +191,7 @@ class Planner {
         return std::holds_alternative<DisplayStep>(choice) ? "There is no other display" : "There is no such display";
     }
 
-    /// The window in front of the tile, and what has to give way to it there.
+    /// Makes the window the front window of the tile and displaces the windows there.
     Planned into(const ManagedWindow& window, const WorkspaceTile& tile, std::string action) const {
         if (input_.assignments.targetOf(window.id) == tile.targetID) {
             return WindowPlan{"", window.applicationName + " is in " + tile.slot.name + " already", {}};

@@ -21,7 +21,7 @@ struct WindowStep {
     enum class Kind { place, wait, focus, floating };
     Kind kind = Kind::place;
     std::string windowID;
-    std::optional<std::string> targetID; // the tile that it is put into, or waits in; absent for the other kinds
+    std::optional<std::string> targetID; // the tile into which it is put or stacked; absent for the other kinds
     bool operator==(const WindowStep&) const = default;
 };
 
@@ -30,8 +30,8 @@ std::string_view describe(WindowStep::Kind kind);
 
 struct WindowPlan {
     std::string action;            // the name of the undo step; empty when there is nothing to undo
-    std::string message;           // what is said once it is done
-    std::vector<WindowStep> steps; // none when all is as it should be
+    std::string message;           // the message after the command
+    std::vector<WindowStep> steps; // empty if nothing has to change
     bool operator==(const WindowPlan&) const = default;
 };
 
@@ -40,7 +40,7 @@ struct WindowRefusal {
     bool operator==(const WindowRefusal&) const = default;
 };
 
-/// What planning looks at.
+/// The input of planning.
 struct WindowCommandInput {
     std::vector<ManagedWindow> windows;
     std::vector<WorkspaceTile> tiles; // of all displays, in layout order

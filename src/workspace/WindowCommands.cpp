@@ -55,7 +55,7 @@ Outcome WindowCommands::cycleStack(const action::CycleStack& cycle) {
     keeper_.placeWindow(window.id, target, Focusing::yes);
     // One of them may have come forward in a tile that the span gave up.
     std::erase_if(order, [&](const std::string& id) { return assignments_.stackTargetOf(id) != target; });
-    // A window that gave way to one that spans several tiles waits behind those that waited here before.
+    // A window displaced by a span is stacked after the windows that were stacked here before.
     for (const auto& member : assignments_.stackWindowIDsByTarget[target]) {
         if (std::find(order.begin(), order.end(), member) == order.end()) order.push_back(member);
     }
@@ -113,10 +113,10 @@ Outcome WindowCommands::carryOutPlan(const WindowPlan& plan) {
     }
     const TileAssignments before = assignments_;
     const auto focused = finder_.focusedWindowID();
-    // The keyboard stays where it is, unless its window is among those that move.
+    // The focus does not change, unless the focused window is among those that move.
     const bool takesKeyboard = std::ranges::any_of(
         plan.steps, [&](const WindowStep& step) { return step.windowID == focused && step.targetID; });
-    // All of them first: two windows that trade places must not displace each other.
+    // All assignments first: two windows that trade places must not displace each other.
     for (const auto& step : plan.steps) {
         if (step.kind == WindowStep::Kind::place) assignments_.remove(step.windowID);
     }
@@ -129,7 +129,7 @@ Outcome WindowCommands::carryOutPlan(const WindowPlan& plan) {
             placeByCommand(window, *step.targetID,
                            takesKeyboard && &step == lastPlacement(plan) ? BringToFront::yes : BringToFront::no);
             break;
-        case WindowStep::Kind::wait: // placing the other one sees to it
+        case WindowStep::Kind::wait: // done by placing the other window
             break;
         case WindowStep::Kind::focus:
             if (!presenter_.focus(window)) return access_.refuseSilently("The window could not be focused");
@@ -170,7 +170,7 @@ void WindowCommands::floatByCommand(const ManagedWindow& window) {
     auto floating = *state_.floatingWindowIDs;
     floating.insert(window.id);
     state_.floatingWindowIDs.set(std::move(floating));
-    presenter_.bringBack(window); // one that waited in a stack was off the screen
+    presenter_.bringBack(window); // a stacked window is hidden
 }
 
 std::optional<std::string> WindowCommands::windowLastFocusedOn(const std::string& wantedDisplayID) const {

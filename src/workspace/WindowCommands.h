@@ -1,4 +1,4 @@
-// Commands for one window, and walking between tiles.
+// Carries out commands for one window, and moves between tiles.
 #pragma once
 
 #include "workspace/Arrangement.h"
@@ -27,10 +27,10 @@ class WindowCommands {
     WindowCommands(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry, const WindowFinder& finder,
                    WindowPresenter& presenter, TileKeeper& keeper, UndoSteps& steps, Arrangement& arrangement);
 
-    /// What the command would do now, without doing it.
+    /// The plan that the command would carry out now.
     std::variant<WindowPlan, WindowRefusal> planCommand(const WindowCommand& command) const;
     Outcome runCommand(const WindowCommand& command);
-    /// The shown window of the display that had the keyboard last, else the first in its tiles; absent without any.
+    /// The visible window of the display that was focused last, else the first in its tiles; absent if it has none.
     std::optional<std::string> windowLastFocusedOn(const std::string& displayID) const;
     Outcome focusWindow(WorkspaceDirection direction, const std::optional<std::string>& fromWindowID);
     Outcome moveWindow(WorkspaceDirection direction, const std::optional<std::string>& windowID);

@@ -54,7 +54,7 @@ std::vector<WindowSuccessor> takeTabSuccessors(WindowEnumeration& found, const s
         if (window.isVisible && !window.parentID && !known.contains(window.id)) newcomers.push_back(&window);
     }
     if (newcomers.empty()) return {};
-    std::unordered_set<std::string> existing; // and listed no more
+    std::unordered_set<std::string> existing; // and not listed any more
     for (const auto& window : found.unlisted) (window.answers ? existing : there).insert(window.id);
     std::vector<ManagedWindowRecoveryIdentity> missing;
     for (const auto& window : before) {
@@ -83,7 +83,7 @@ std::vector<ManagedWindow> withUnlisted(WindowEnumeration found, const std::vect
     if (found.unlisted.empty()) return windows;
     std::unordered_map<std::string, const UnlistedWindow*> unlisted;
     for (const auto& window : found.unlisted) unlisted.emplace(window.id, &window);
-    // Each goes behind the window that it followed in the list before, so that the order stays as it was.
+    // Each is inserted after the window that it followed in the former list, so that the order does not change.
     const auto behind = [&windows](const std::optional<std::string>& id) {
         const auto place = id ? std::ranges::find(windows, *id, &ManagedWindow::id) : windows.end();
         return place == windows.end() ? windows.begin() : place + 1;

@@ -1,4 +1,4 @@
-// From one poll to the next: a window leaves the list only when the desktop says that it is gone.
+// From one poll to the next: a window leaves the list only if the desktop says that it was closed.
 #pragma once
 
 #include "windowing/AccessibilityWindowService.h"
@@ -8,20 +8,20 @@
 
 namespace kova {
 
-/// What a poll has to know of the windows of the poll before.
+/// What a poll needs of the windows of the previous poll.
 std::vector<KnownWindow> knownWindows(const std::vector<ManagedWindow>& windows);
 
-/// Takes out of `found` the tabs of one native tab group that have changed places: a new window with the frame (within
-/// 2 points) of one of its process that is listed no more is that window under another id, if neither has another
-/// candidate. A window that still exists is a tab in the background only while the same Space is shown, as another
-/// Space may have a window with that frame, too. Where another window that still exists has left the list without a
-/// successor, another Space is shown whatever `shownSpace` says, which may be told late.
+/// Removes from `found` the renamed tabs of a native tab group and returns the renamings. A new window is the renamed
+/// one if it has the process and the frame (within 2 points) of a window that left the list, and neither has another
+/// candidate. If the former window still exists, this holds only while the same Space is shown, since another Space may
+/// have a window with that frame. If another existing window left the list without a successor, another Space counts as
+/// shown, since `shownSpace` may be late.
 enum class ShownSpace { same, another };
 std::vector<WindowSuccessor> takeTabSuccessors(WindowEnumeration& found, const std::vector<ManagedWindow>& before,
                                                ShownSpace shownSpace);
 
-/// The windows listed, and among them at their former places those that are not listed and have not gone: one that
-/// answers is elsewhere and not visible; one whose application is silent is as it was.
+/// The listed windows, and at their former positions the windows that are not listed and were not closed: one that
+/// responds is elsewhere and not visible; one whose application does not respond keeps its last state.
 std::vector<ManagedWindow> withUnlisted(WindowEnumeration found, const std::vector<ManagedWindow>& before);
 
 } // namespace kova

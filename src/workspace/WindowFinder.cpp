@@ -79,8 +79,8 @@ std::optional<std::string> WindowFinder::neighbourOf(const StartingPoint& start,
     return neighbourTarget(kDirectionalSourceKey, direction, frames);
 }
 
-/// The tile whose stack is meant, of a spanning window its anchor, and the stack once it was turned. Absent when no
-/// other window waits there.
+/// The tile whose stack is cycled (of a spanning window its anchor), and the stack in its new order. Absent if no other
+/// window is stacked there.
 std::optional<StackTurn> WindowFinder::stackTurn(const action::CycleStack& cycle) const {
     std::optional<std::string> front = cycle.windowID;
     if (cycle.targetID) {
@@ -118,14 +118,14 @@ std::optional<ManagedWindow> WindowFinder::findWindow(const WorkspaceWindowRefer
     return *window;
 }
 
-/// A scene is about the Space that is shown.
+/// Scenes use windows of the present Space only.
 std::vector<ManagedWindow> WindowFinder::windowsHere() const {
     std::vector<ManagedWindow> here = liveWindows_.all();
     std::erase_if(here, [](const ManagedWindow& window) { return window.isElsewhere; });
     return here;
 }
 
-/// Any focused window can be zoomed: one without a tile counts as being in the tile under its middle, or the nearest.
+/// Any focused window can be zoomed: a window without a tile counts as in the tile under its middle, or the nearest.
 std::optional<StartingPoint> WindowFinder::zoomStartingPoint(const std::optional<std::string>& windowID) const {
     if (const auto start = startingPoint(windowID)) return start;
     const ManagedWindow* window = actingWindow(windowID);

@@ -1,4 +1,4 @@
-// Which window or tile is meant: by the focus, the pointer, a direction, a stack or a reference.
+// Finds a window or tile by the focus, the pointer, a direction, a stack or a reference.
 #pragma once
 
 #include "persistence/WorkspaceProductDocument.h"
@@ -19,7 +19,7 @@ namespace kova {
 
 struct WorkspaceParts;
 
-/// A window, and the tile that actions at it start from.
+/// A window, and the tile from which actions on it start.
 struct StartingPoint {
     ManagedWindow window;
     std::string targetID;
@@ -27,7 +27,7 @@ struct StartingPoint {
 };
 struct StackTurn {
     std::string targetID;
-    std::vector<std::string> order; // as it is to be, front first
+    std::vector<std::string> order; // the new order, front first
 };
 enum class TilesConsidered { all, occupied };
 
@@ -36,17 +36,17 @@ class WindowFinder {
     WindowFinder(WorkspaceParts& parts, TileGeometry& geometry);
 
     std::optional<std::string> focusedWindowID() const;
-    /// The live window that has the keyboard, itself or one of its dialogs; null when none has.
+    /// The live window that has the focus, itself or in one of its dialogs; null if none has.
     const ManagedWindow* focusedWindow() const;
     /// The named window, else the focused one; null when there is none.
     const ManagedWindow* actingWindow(const std::optional<std::string>& windowID) const;
     std::optional<StartingPoint> startingPoint(const std::optional<std::string>& windowID) const;
-    /// Why no action can begin at the window, the focused one when none is named; absent when one can.
+    /// Why no action can start at the window (default: the focused one); absent if one can.
     std::optional<std::string> whyNoStartingPoint(const std::optional<std::string>& windowID) const;
     std::optional<std::string> neighbourOf(const StartingPoint& start, WorkspaceDirection direction,
                                            TilesConsidered considered) const;
     std::optional<StackTurn> stackTurn(const action::CycleStack& cycle) const;
-    /// The window that the action would bring to the front; absent when no other waits.
+    /// The window that the action would bring to the front; absent if no other is stacked.
     std::optional<std::string> nextInStack(const action::CycleStack& cycle) const;
     /// Why `cycle` would bring no other window to the front.
     std::string whyNothingNext(const action::CycleStack& cycle) const;
@@ -61,7 +61,7 @@ class WindowFinder {
     std::optional<CGRect> currentFrame(const std::string& windowID) const;
     /// Null for a window that is no dialog.
     const ManagedWindow* windowOfDialog(const ManagedWindow& dialog) const;
-    /// The live window that the reference means; absent when there is none but those excluded.
+    /// The live window that matches the reference; absent if there is none except those excluded.
     std::optional<ManagedWindow> findWindow(const WorkspaceWindowReference& reference,
                                             const std::set<std::string>& excluded) const;
     std::vector<ManagedWindow> windowsHere() const;

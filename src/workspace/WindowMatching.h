@@ -1,4 +1,4 @@
-// Finding the window that a saved reference means among those that are open now.
+// Finds the open window that matches a saved reference.
 #pragma once
 
 #include "persistence/WorkspaceProductDocument.h"
@@ -13,7 +13,7 @@
 
 namespace kova {
 
-/// Gives each window at most once. Built for one moment: the windows must outlive it unchanged.
+/// Returns each window at most once. The windows must outlive it unchanged.
 class WindowMatcher {
   public:
     /// `windows` in the order in which they were enumerated; those in `used` match nothing.

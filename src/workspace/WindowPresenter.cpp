@@ -33,7 +33,7 @@ WindowPresenter::WindowPresenter(
     pointer_(parts.pointer), frames_(parts.frames), refreshCycle_(refreshCycle), geometry_(geometry), finder_(finder),
     minimumSizeObserved_(std::move(minimumSizeObserved)) {}
 
-/// Shows the window and gives it the keyboard.
+/// Shows the window and focuses it.
 bool WindowPresenter::focus(const ManagedWindow& window) {
     const std::string id = window.id;
     const bool isFocused = windowService_.restoreAndFocus(window);
@@ -41,7 +41,7 @@ bool WindowPresenter::focus(const ManagedWindow& window) {
     return isFocused;
 }
 
-/// Un-hiding an application brings all its windows: those that wait in a stack go on waiting, minimised.
+/// Showing a hidden application shows all its windows, so its stacked windows are minimized.
 void WindowPresenter::bringBack(const ManagedWindow& window) {
     const bool wasHidden = windowService_.isApplicationHidden(window.processIdentifier);
     unhideApplicationOf(window);
@@ -55,8 +55,8 @@ void WindowPresenter::bringBack(const ManagedWindow& window) {
     }
 }
 
-/// Takes windows that lost their tile off the screen. An application is hidden only when none of its windows stays in a
-/// tile and none is on another Space, from which it would vanish as well; otherwise just the window is minimised.
+/// Hides windows that lost their tile. An application is hidden only if none of its windows stays in a tile and none is
+/// on another Space, since that would be hidden as well; otherwise the window is minimized.
 void WindowPresenter::presentDisplaced(const std::vector<std::string>& displacedWindowIDs) {
     if (displacedWindowIDs.empty()) return;
     auto staying = processesInFront(assignments_, liveWindows_.all());
@@ -90,7 +90,7 @@ void WindowPresenter::hideApplicationOf(const ManagedWindow& window) {
     refreshCycle_.wake(); // until they are seen so
 }
 
-/// All its windows that are not minimized come back.
+/// All its windows that are not minimized become visible.
 void WindowPresenter::unhideApplicationOf(const ManagedWindow& window) {
     const bool wasHidden = windowService_.isApplicationHidden(window.processIdentifier);
     windowService_.unhideApplication(window.processIdentifier);
@@ -111,20 +111,20 @@ void WindowPresenter::requestPresentation(const std::string& windowID, WindowPre
     refreshCycle_.wake(); // until the window is seen so
 }
 
-/// The live list follows at once, so that a snapshot taken before the next poll does not contain the previous state.
+/// Updates the live list at once, so that a snapshot taken before the next poll does not contain the previous state.
 void WindowPresenter::writeFrame(const ManagedWindow& window, const CGRect& frame, BringToFront raise) {
-    // A remembered frame can lie where a display was unplugged meanwhile.
+    // A remembered frame may be on a display that was disconnected meanwhile.
     if (window.isFullScreen || !geometry_.isOnSomeScreen(frame)) return;
-    if (window.isElsewhere || !window.isAnswering) return tileMemory_.spaces().setPendingFrame(window.id, frame);
+    if (window.isElsewhere || !window.isAnswering) return tileMemory_.spaces().owe(window.id, frame);
     const std::string id = window.id;
     windowService_.setFrame(window, frame, raise, lifetime_.guard([this, id, frame](CGRect actual) {
         minimumSizeObserved_(id, frame, actual);
     }));
     frames_.noteAsked(id);
-    refreshCycle_.wake(); // until the window is seen at its place
+    refreshCycle_.wake(); // until a poll confirms the frame
     if (ManagedWindow* live = liveWindows_.find(id)) {
         live->frame = frame;
-        // Placing ends it.
+        // Placing a window ends its maximizing.
         if (live->isMaximized) liveWindows_.requestMaximized(*live, false, services_.queue.uptime());
     }
     moveDialogsAlong(id, frame);
@@ -153,8 +153,8 @@ void WindowPresenter::reapplyTileFrames(Straying straying) {
     }
 }
 
-/// Zoomed, minimized, maximized, full-screen and hidden windows, those of other Spaces and of silent applications, and
-/// the one that the user drags, keep their tiles and are put there when they come back.
+/// Zoomed, minimized, maximized, full-screen and hidden windows, those of other Spaces and of unresponsive
+/// applications, and the dragged one keep their tiles and are placed once this has ended.
 std::optional<LeftAlone> WindowPresenter::whyLeftAlone(const ManagedWindow& window) const {
     return kova::whyLeftAlone(window,
                               {.isZoomed = focusMode_.isZoomed(window.id),
@@ -162,8 +162,8 @@ std::optional<LeftAlone> WindowPresenter::whyLeftAlone(const ManagedWindow& wind
                                .isApplicationHidden = windowService_.isApplicationHidden(window.processIdentifier)});
 }
 
-/// Writes the frame of a window that strayed. A placement that is still being verified is left to its passes, and a
-/// window that keeps refusing is asked only so many times.
+/// Requests the frame of a window that is off its tile. A placement that is still being verified is left to its passes,
+/// and the number of requests to a refusing window is limited.
 void WindowPresenter::reapplyWindow(const ManagedWindow& window, const CGRect& target, Straying straying) {
     const auto decision = frames_.decide(window, target, straying, windowService_.pendingFrame(window.id));
     if (decision == FrameKeeper::Decision::leave) return;
@@ -172,7 +172,7 @@ void WindowPresenter::reapplyWindow(const ManagedWindow& window, const CGRect& t
     writeFrame(window, target, BringToFront::no);
 }
 
-/// Above the windows that do not belong to the scene; the one that had the keyboard last comes out on top.
+/// Raises the windows above those that do not belong to the scene; the one focused last is raised last.
 void WindowPresenter::raiseRestored(const std::vector<std::string>& windowIDs) {
     std::vector<const ManagedWindow*> fronts;
     for (const auto& id : windowIDs) {
@@ -185,7 +185,7 @@ void WindowPresenter::raiseRestored(const std::vector<std::string>& windowIDs) {
     for (const auto* window : raised) windowService_.raise(*window);
 }
 
-/// Neither shown nor able to be brought back by a request.
+/// On another Space, or neither visible, minimized nor hidden by KOVA, so that no request of KOVA can show it.
 bool WindowPresenter::isOffScreen(const ManagedWindow& window) const {
     const bool isShownSomehow = window.isVisible || window.isMinimized || !window.frame ||
                                 windowService_.isApplicationHidden(window.processIdentifier);

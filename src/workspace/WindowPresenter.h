@@ -1,4 +1,4 @@
-// What is asked of single windows: frames, to be shown, hidden, minimized, focused.
+// Sends requests for single windows: frames, show, hide, minimize, focus.
 #pragma once
 
 #include "support/Lifetime.h"
@@ -40,21 +40,21 @@ class WindowPresenter {
     void minimizeWindow(const ManagedWindow& window);
     void hideApplicationOf(const ManagedWindow& window);
     void unhideApplicationOf(const ManagedWindow& window);
-    /// Shows the window. Windows of its application that wait in stacks stay hidden.
+    /// Shows the window. Stacked windows of its application stay hidden.
     void bringBack(const ManagedWindow& window);
-    /// False when the window or its application is gone.
+    /// False if the window was closed or its application has ended.
     bool focus(const ManagedWindow& window);
     void requestPresentation(const std::string& windowID, WindowPresentation presentation);
     /// Hides windows that lost their tile: the application where none of its windows stays visible, else the window.
     void presentDisplaced(const std::vector<std::string>& displacedWindowIDs);
-    /// Requests the frames of windows that strayed from their tiles.
+    /// Requests the frames of windows that are off their tiles.
     void reapplyTileFrames(Straying straying = Straying::noticeable);
     /// Absent when the window may be moved.
     std::optional<LeftAlone> whyLeftAlone(const ManagedWindow& window) const;
     bool isLeftAlone(const ManagedWindow& window) const { return whyLeftAlone(window).has_value(); }
-    /// Neither visible nor able to be shown by a request.
+    /// True for a window that is not visible and that no request of KOVA can show.
     bool isOffScreen(const ManagedWindow& window) const;
-    /// Above other windows; the one that had the focus last comes out on top.
+    /// Raises the windows above others; the one focused last is raised last.
     void raiseRestored(const std::vector<std::string>& windowIDs);
 
   private:

@@ -1,4 +1,4 @@
-// Knowing a window again whose identifier has changed: after sleep, or for an agent that has started anew.
+// Recognizes windows whose id has changed, after a sleep or a restart of the agent.
 #pragma once
 
 #include "windowing/ManagedWindow.h"
@@ -9,7 +9,7 @@
 
 namespace kova {
 
-/// What is remembered of a window in case that the desktop goes away.
+/// What is remembered of a window at the begin of a transition.
 struct ManagedWindowRecoveryIdentity {
     std::string id;
     pid_t processIdentifier = 0;
@@ -21,22 +21,21 @@ struct ManagedWindowRecoveryIdentity {
 
 ManagedWindowRecoveryIdentity recoveryIdentity(const ManagedWindow& window);
 
-/// A window that was known under another identifier before.
+/// A window with its former id.
 struct WindowSuccessor {
     std::string formerID;
     std::string id;
     bool operator==(const WindowSuccessor&) const = default;
 };
 
-/// Which of the live `candidates` are the windows that are missing. A window fits by process, bundle identifier and
-/// title, and by its frame within 2 points; where none has the whole frame, by its place or its size, as a desktop that
-/// comes and goes moves windows or resizes them, but seldom both. Ambiguous matches are
-/// dropped.
+/// Matches the live `candidates` to missing windows. Process, bundle identifier and title must be the same, and the
+/// frame equal within 2 points; if no candidate has the frame, the same origin or size is enough, since a transition
+/// moves or resizes windows, but seldom both. Ambiguous matches are dropped.
 std::vector<WindowSuccessor> recogniseWindows(const std::vector<ManagedWindowRecoveryIdentity>& missing,
                                               const std::vector<const ManagedWindow*>& candidates);
 
-/// The same where a native tab group shows another of its tabs: a window of the same process with the same frame within
-/// 2 points, whatever its title.
+/// Matches the tabs of a native tab group: a window of the same process with the same frame within 2 points, whatever
+/// its title.
 std::vector<WindowSuccessor> recogniseTabs(const std::vector<ManagedWindowRecoveryIdentity>& missing,
                                            const std::vector<const ManagedWindow*>& candidates);
 

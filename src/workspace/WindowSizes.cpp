@@ -10,7 +10,7 @@ namespace kova {
 
 namespace {
 
-constexpr int kArrangementsToBelieve = 2; // what the window's own announcement contradicts
+constexpr int kArrangementsToBelieve = 2; // that show a size which contradicts the announced minimum
 constexpr double kSameSizePoints = 0.5;
 
 bool isAny(CGSize size) {

@@ -1,7 +1,7 @@
-// What is known of the least size of each window: what it announces, what it has shown by refusing to shrink, and,
-// where neither is known, what was learned of its application. Always true: what a window has shown is forgotten as
-// soon as the window is seen smaller; a size that contradicts the window's announced minimum counts only until the next
-// arrangement, and permanently once that arrangement confirms it.
+// The minimum size of each window: the announced one, the one observed when it refused to shrink or, if neither is
+// known, the one learned of its application. Always true: an observed minimum is forgotten as soon as the window is
+// seen smaller; one that contradicts the announced minimum counts only until the next arrangement, and permanently once
+// that arrangement confirms it.
 #pragma once
 
 #include "support/MainQueue.h"
@@ -17,41 +17,41 @@ namespace kova {
 
 class WindowSizes {
   public:
-    /// The desktop itself may go on resizing a window that was just let go, for example at an edge of the screen.
+    /// The desktop may still resize a window that was just released, for example at an edge of the screen.
     static constexpr Seconds kSettlesAfterPointer{1};
-    /// A size that the window showed a moment ago is not asked about again.
+    /// A minimum size that was observed within this time is not retried.
     static constexpr Seconds kRetryAfter{10};
 
     enum class Purpose { present, nextArrangement };
-    /// Points, 0 where nothing is known. `ofApplication` is what was learned of the window's application: a first
-    /// guess, which the size of the window itself corrects.
+    /// Points, 0 if unknown. `ofApplication` is the minimum learned of the window's application: a first guess, which
+    /// the window's real size corrects.
     CGSize minimumOf(const ManagedWindow& window, const std::optional<CGSize>& ofApplication,
                      Purpose purpose = Purpose::present) const;
-    /// What windows have shown and what counts now, by window id.
+    /// The minimum sizes observed of windows that count now, by window id.
     std::map<std::string, CGSize> shown() const;
-    /// The part of it that a later session may rely on.
+    /// The part of them that a later session may use.
     std::map<std::string, CGSize> confirmed() const;
 
-    /// The pointer took hold of a window or let it go.
+    /// Records that the pointer has pressed or released a window.
     void notePointer(Seconds uptime) { pointerMovedAt_ = uptime; }
-    /// Windows that are to confirm what they have shown are asked for their plain tiles by this arrangement.
+    /// Begins an arrangement: windows with an observed minimum get requests for their plain tiles, to confirm it.
     void beginArrangement();
 
     enum class Refusal { unreliable, known, changed };
-    /// The window was asked for `wanted` and stays at `actual`. A change counts once it is applied.
+    /// Records that the window kept `actual` after a request for `wanted`. A change counts once it is applied.
     Refusal noteRefusal(const ManagedWindow& window, CGSize wanted, CGSize actual, Seconds uptime);
     bool hasPendingChange(const std::string& windowID) const;
-    /// Gives whether it is certain enough to be remembered for the application.
+    /// Returns whether it is certain enough to be remembered for the application.
     bool applyChange(const std::string& windowID);
 
     struct Disproof {
         bool ofWindow = false;
         bool ofApplication = false;
     };
-    /// The window rests at the size.
+    /// Records a size that the window has without a pending request.
     Disproof noteSeen(const ManagedWindow& window, CGSize size, const std::optional<CGSize>& ofApplication);
 
-    /// Whether an arrangement should ask the window once for less than it is said to need.
+    /// Whether an arrangement should request once a size below the learned minimum.
     bool isRetryDue(const ManagedWindow& window, const std::optional<CGSize>& ofApplication, Seconds uptime) const;
     void beginRetry(const std::string& windowID);
     void endRetry(const std::string& windowID);
@@ -60,16 +60,16 @@ class WindowSizes {
     void forget(const std::string& windowID) { known_.erase(windowID); }
     void keepOnly(const std::function<bool(const std::string& windowID)>& isLive);
     void rename(const std::string& windowID, const std::string& newID);
-    /// What `confirmed` gave in a former session.
+    /// Restores what `confirmed` returned in a former session.
     void restore(const std::string& windowID, CGSize size);
 
   private:
     struct Known {
-        CGSize shown{};                 // 0 in a direction in which it refused nothing
+        CGSize shown{};                 // observed minimum; 0 in a direction without a refusal
         std::optional<CGSize> pending;  // not applied yet
         std::optional<CGSize> smallest; // at rest
         bool contradictsAnnouncement = false;
-        int arrangements = 0; // in how many it was shown
+        int arrangements = 0; // in how many it was observed
         std::int64_t lastArrangement = -1;
         Seconds shownAt{0};
         bool wasRetried = false; // by the present arrangement

@@ -10,23 +10,23 @@
 
 namespace kova {
 
-/// What is known that can keep a window where it is.
+/// The facts from which the reasons follow.
 struct WindowSituation {
     std::optional<std::string> obstacle{}; // why no window is moved now, as a sentence without its full stop
     bool isDragUnderWay = false;           // of any window or divider
     bool hasTile = false;                  // it is in front of one
     std::optional<LeftAlone> leftAlone{};
-    const Refusal* refusal = nullptr; // null when it refuses nothing
-    int attempts = 0;                 // how often a window is asked for the same frame
+    const Refusal* refusal = nullptr; // null without a refusal
+    int attempts = 0;                 // the number of requests for one frame
     bool isPlacementPending = false;
     bool isFloating = false;           // by command
-    std::optional<std::string> rule{}; // that keeps it out of arrangements: “its name” says what
-    bool isDisplayAwaited = false;     // its display was unplugged a moment ago
+    std::optional<std::string> rule{}; // that excludes it from arrangements, as “its name” and what it says
+    bool isDisplayAwaited = false;     // its display was just disconnected
     bool isAwaitedByLaunch = false;    // a tile waits for a window of its application
-    bool isAwaitedByScene = false;     // so does a scene
+    bool isAwaitedByScene = false;     // a scene waits for one
 };
 
-/// Empty when nothing keeps the window: then it is where it belongs, or will be asked to go there.
+/// Empty if the window is in its tile, or will get a request for its frame.
 std::vector<std::string> whyItStays(const WindowSituation& situation);
 
 } // namespace kova

@@ -15,7 +15,7 @@ Outcome WorkspaceAccess::refuse(const std::string& reason) const {
     return refuseSilently(reason);
 }
 
-/// Without the permission that is the reason, whatever else is in the way.
+/// The missing permission comes before all other reasons.
 Outcome WorkspaceAccess::refuseSilently(std::string reason) const {
     const bool isGranted = *state_.permissionState == AccessibilityPermissionState::granted;
     return isGranted ? Outcome::refused(std::move(reason))
@@ -27,7 +27,7 @@ std::string WorkspaceAccess::permissionProblem() const {
     return windowService_.stalePermission().value_or("Accessibility permission is required");
 }
 
-/// For operations that move or raise windows, which cannot be seen on a dark or locked screen.
+/// For operations that move or raise windows, whose effect is invisible on a dark or locked screen.
 Outcome WorkspaceAccess::requireWindowAccess() const {
     const bool isGranted = *state_.permissionState == AccessibilityPermissionState::granted;
     return isGranted ? requireVisibleScreen() : refuse(permissionProblem());
@@ -38,7 +38,7 @@ Outcome WorkspaceAccess::requireVisibleScreen() const {
     return reason ? refuse(*reason) : Outcome::done();
 }
 
-/// Why no window is moved now, the permission aside; absent when windows may be moved.
+/// Why no window is moved now, apart from the permission; absent if windows may be moved.
 std::optional<std::string> WorkspaceAccess::whyNothingIsSeen() const {
     if (*state_.isPaused) return "KOVA is paused; “kova resume” goes on";
     if (recovery_.detectedLockedLoginSession) return "The screen is locked";
@@ -46,7 +46,7 @@ std::optional<std::string> WorkspaceAccess::whyNothingIsSeen() const {
     return std::nullopt;
 }
 
-/// The user cannot see what would be done.
+/// True during a suspension, when the user cannot see the effect of an action.
 bool WorkspaceAccess::isAway() const {
     return refreshCycle_.isSuspended() || recovery_.detectedLockedLoginSession;
 }

@@ -23,9 +23,9 @@ class WorkspaceAccess {
     bool isAway() const;
     bool mayMoveWindows() const;
     std::optional<std::string> whyNothingIsSeen() const;
-    /// What is said without the permission.
+    /// The message if the permission is missing.
     std::string permissionProblem() const;
-    /// Why windows cannot be managed in this session at all; absent where they can, or could with the permission.
+    /// Why windows cannot be managed in this session at all; absent if they can, or could with the permission.
     std::optional<std::string> absenceOfWindows() const { return services_.accessibility.absence(); }
     Outcome requireWindowAccess() const;
     Outcome requireVisibleScreen() const;

@@ -1,6 +1,6 @@
-// Every command that a client gives to the workspace: verbs of the command line, requests on the socket, shortcuts,
-// URLs, menus and the pointer. Each case is what `WorkspaceController::perform` takes; what must hold before it is
-// carried out stands beside it as its traits.
+// All commands of the workspace: verbs of the command line, requests on the socket, shortcuts, URLs, menus and the
+// pointer. `WorkspaceController::perform` takes one of these cases; the traits beside a case say what must hold before
+// it is carried out.
 #pragma once
 
 #include "layout/LayoutSolver.h"
@@ -31,13 +31,13 @@ using TileChoice = std::variant<WorkspaceDirection, std::string>;
 
 struct ActionTraits {
     enum class Needs {
-        nothing,       // or only if there is something to change, which the action then checks
+        nothing,       // or the action checks it itself, if it has something to change
         visibleScreen, // neither paused, nor locked, nor suspended
         windowAccess,  // that, and the permission to manage windows
     };
     enum class FocusMode { stays, closes };
     Needs needs = Needs::nothing;
-    FocusMode focusMode = FocusMode::stays; // what changes a layout closes it all the same, with the undo step
+    FocusMode focusMode = FocusMode::stays; // layout changes end it in any case, with the undo step
     std::string_view undoLabel{}; // of the step that it adds to the history; empty when the step names details, or none
 };
 
@@ -49,21 +49,21 @@ struct Place {
     std::optional<std::string> windowID;
     std::string targetID;
 };
-/// The same, with the tile's number in the layout of the window's display, from 1.
+/// Puts the window in front of the tile with this number in the layout of its display, from 1.
 struct PlaceInNumbered {
     std::optional<std::string> windowID;
     std::size_t number = 1;
 };
-/// Exchanges the window with the front window of a tile; each tile keeps what waits behind.
+/// Exchanges the window with the front window of a tile; each tile keeps its stacked windows.
 struct Swap {
     std::optional<std::string> windowID;
     TileChoice with;
 };
-/// Focuses the window; one that waits in a stack comes to the front of its tile first.
+/// Focuses the window; a stacked one becomes the front window of its tile first.
 struct FocusWindow {
     std::optional<std::string> windowID;
 };
-/// Focuses the window of the display that had the keyboard last, else the first that is in front of a tile there.
+/// Focuses the window of the display that was focused last, else its first front window.
 struct FocusDisplay {
     DisplayChoice display;
 };
@@ -99,7 +99,7 @@ using enum ActionTraits::FocusMode;
 struct Focus {
     static constexpr ActionTraits kTraits{.needs = windowAccess, .focusMode = closes};
     WorkspaceDirection direction;
-    std::optional<std::string> windowID{}; // where the search begins
+    std::optional<std::string> windowID{}; // where the search starts
 };
 struct Move {
     static constexpr ActionTraits kTraits{.needs = windowAccess, .focusMode = closes};
@@ -112,7 +112,7 @@ struct CycleStack {
     std::optional<std::string> windowID{}; // whose tile is meant
     std::optional<std::string> targetID{}; // the tile itself
 };
-/// Gives the window its whole display, or gives the display back.
+/// Begins or ends focus mode.
 struct ToggleFocusZoom {
     static constexpr ActionTraits kTraits{.needs = windowAccess, .undoLabel = "focus mode"};
     std::optional<std::string> windowID{};
@@ -120,14 +120,14 @@ struct ToggleFocusZoom {
 struct Arrange {
     static constexpr ActionTraits kTraits{.needs = windowAccess, .focusMode = closes, .undoLabel = "arrange"};
 };
-/// Takes the newest step back; focus mode ends with it.
+/// Undoes the newest step and ends focus mode.
 struct Undo {};
-/// Requests the frames of windows that drifted from their tiles again.
+/// Repeats the requests for windows that drifted from their tiles.
 struct RepairPlacements {
     static constexpr ActionTraits kTraits{.needs = windowAccess, .focusMode = closes};
 };
 
-// Layouts. What is in force already is not changed; then focus mode stays.
+// Layouts. Selecting the layout in force changes nothing and does not end focus mode.
 struct SelectLayout {
     std::string displayID;
     DisplayLayoutSelection selection;
@@ -148,7 +148,7 @@ struct SetTileInset {
 };
 
 // Dividers. Translations are in points from where the divider was at the beginning: to the right, and downwards.
-/// Refused when the display is gone or shows another layout.
+/// Refused if the display is disconnected or shows another layout.
 struct BeginDividerDrag {
     static constexpr ActionTraits kTraits{.needs = visibleScreen, .focusMode = closes};
     DisplayLayoutDivider divider;
@@ -161,7 +161,7 @@ struct EndDividerDrag {
     static constexpr ActionTraits kTraits{.undoLabel = "drag divider"};
     DisplayLayoutDivider divider;
 };
-/// Puts the divider back where the drag began.
+/// Returns the divider to its position before the drag.
 struct CancelDividerDrag {};
 /// The whole of a drag at once; the divider is found by its display, split and boundary. The outcome's details are a
 /// `DividerMovement`.
@@ -179,8 +179,8 @@ struct ResetDivider {
 // Windows under the pointer. Points are in screen space, frames in window-service space.
 enum class WindowDragKind { move, resize };
 enum class DropMode { intoTile, floating };
-/// The button is down on a managed window, which may begin to move before that is noticed: until it is released,
-/// neither polls nor what is left of a placement move it.
+/// The button is down on a managed window, which may begin to move before the drag is detected: until the release,
+/// neither polls nor passes of a placement move it.
 struct PressWindow {
     std::string windowID;
 };
@@ -200,7 +200,7 @@ struct EndWindowDrag {
     WindowDragKind kind = WindowDragKind::move;
     DropMode mode = DropMode::intoTile;
 };
-/// The window is neither dragged nor pressed any more.
+/// Ends the drag or the press of the window.
 struct CancelWindowDrag {};
 
 // Applications
@@ -213,20 +213,20 @@ struct LaunchApplication {
     std::string slotID;
     LaunchCompletion completion{};
 };
-/// Asks the application that owns the window to quit. Refused when there is no such window, or it is the desktop's.
+/// Requests the application that owns the window to quit. Refused if there is no such window, or it belongs to the
+/// desktop.
 struct QuitApplication {
     static constexpr ActionTraits kTraits{.focusMode = closes};
     std::string windowID;
 };
-/// Ends it without asking it. Refused when nothing was signaled.
+/// Kills the application. Refused if no signal was sent.
 struct ForceQuitApplication {
     static constexpr ActionTraits kTraits{.focusMode = closes};
     std::string windowID;
 };
 /// Asks the user and then ends all regular applications.
 struct ForceQuitAll {};
-/// Ends those that the user has confirmed and that are still what they were. The outcome's details are a
-/// `ForceQuitOutcome`.
+/// Ends the confirmed applications whose processes are still the same. The outcome's details are a `ForceQuitOutcome`.
 struct ForceQuit {
     std::vector<RunningApplication> confirmed;
 };
@@ -237,11 +237,11 @@ struct ForgetApplication {
 };
 
 // Scenes and rules
-/// Saves the workspace under the name, or under one that tells the time. Refused when it could not be read back.
+/// Saves the workspace under the name, or under one made of the time. Refused if it could not be read back.
 struct CaptureScene {
     std::optional<std::string> name{};
 };
-/// Restores layouts, look and windows; applications that are missing are launched, and their windows are placed as
+/// Restores layouts, theme, accent color, inset and windows; launches missing applications and places their windows if
 /// they appear within 25 s.
 struct ActivateScene {
     static constexpr ActionTraits kTraits{.needs = windowAccess, .focusMode = closes, .undoLabel = "open scene"};
@@ -254,7 +254,7 @@ struct RenameScene {
 struct DeleteScene {
     Uuid id;
 };
-/// Puts a scene that was deleted back into the list; an index beyond the end is the last place.
+/// Inserts a deleted scene into the list again; an index beyond the end is the last place.
 struct InsertScene {
     WorkspaceScene scene;
     std::size_t index = 0;
@@ -268,7 +268,7 @@ struct AddRuleForWindow {
     WorkspaceRuleDisposition disposition;
     std::optional<std::string> windowID{};
 };
-/// Changes what is given. White space at both ends of the title is dropped; an empty one takes the criterion away.
+/// Changes the given members. White space at both ends of the title is dropped; an empty title removes the criterion.
 struct ChangeRule {
     Uuid id;
     std::optional<bool> isEnabled{};
@@ -278,7 +278,7 @@ struct ChangeRule {
 struct DeleteRule {
     Uuid id;
 };
-/// To the place in the list, counted from 0; beyond the end is the last.
+/// Moves the rule to the place in the list, counted from 0; beyond the end is the last.
 struct MoveRule {
     Uuid id;
     std::size_t index = 0;
@@ -291,7 +291,7 @@ struct ImportDocument {
 
 // Settings. Each is stored at once; none of them moves a window.
 enum class Setting {
-    isPaused, // no window is moved, no rule acts and no other shortcut is heard; ends with the agent
+    isPaused, // no window is moved, no rule applied and no other shortcut handled; ends with the agent
     continuousManagement,
     autoArrangeOnLaunch,
     bringsNextForward,
@@ -311,7 +311,7 @@ struct SelectTheme {
 struct SelectAccentColor {
     std::string id;
 };
-/// Arrangements offer tiles of this slot to the application, by its key, before others; to none when it is absent.
+/// Arrangements prefer the application (by its key) for tiles of this slot; absent: none is preferred.
 struct PreferApplication {
     std::string slotID;
     std::optional<std::string> applicationKey{};

@@ -115,15 +115,16 @@ Outcome WorkspaceController::undoLastAction() {
     auto zoomed = parts_.focusMode.leave();
     const WorkspaceUndoSnapshot snapshot = zoomed ? std::move(zoomed->snapshot) : entry->snapshot;
     if (zoomed) parts_.undo.restore(zoomed->history);
-    (void)parts_.arranger.supersede(); // what an arrangement still had to do is undone with it
+    (void)parts_.arranger.supersede(); // cancels the remaining steps of an arrangement
     parts_.frames.reflow().forgetAllPushes();
-    if (entry->label.action == action::ActivateScene::kTraits.undoLabel) { // and so is what a scene still waits for
+    if (entry->label.action ==
+        action::ActivateScene::kTraits.undoLabel) { // undoing a scene also cancels its pending placements
         ops_.scenes.publishSceneReport(SceneReport::State::abandoned);
         parts_.awaited.scene() = {};
     }
     ops_.steps.restoreUndoSnapshot(snapshot);
     ops_.keeper.noteTileGeometry();
-    ops_.follower.migrateChangedDisplays(); // some may have had another size then
+    ops_.follower.migrateChangedDisplays(); // displays may have been resized since the snapshot
     if (!parts_.displays.isSettling()) ops_.displayChanges.placeWindowsOfAbsentDisplays();
     if (parts_.assignments.assignedWindowIDs != snapshot.tiles.assignedWindowIDs) ops_.keeper.commit({});
     parts_.state.canUndo.set(!parts_.undo.isEmpty());

@@ -55,7 +55,7 @@ void WorkspaceController::start(bool promptForPermission) {
 
 void WorkspaceController::stop() {
     ops_.steps.abandonDrags();
-    (void)ops_.steps.leaveFocusMode(); // also while the screen cannot be seen
+    (void)ops_.steps.leaveFocusMode(); // also during a suspension
     if (ops_.access.isRunning()) parts_.session.save();
     for (const auto& id : parts_.liveWindows.minimized().takeAll()) {
         if (const ManagedWindow* window = parts_.liveWindows.find(id)) parts_.windowService->unminimize(*window);
@@ -78,7 +78,7 @@ void WorkspaceController::refresh() {
 }
 
 void WorkspaceController::recheckAccessibility() {
-    // A permission that was just given is noticed by the poll, which then does all that belongs to it.
+    // The poll notices a permission that was just granted, and starts what depends on it.
     const auto now = parts_.windowService->permissionState();
     if (now != AccessibilityPermissionState::granted) parts_.state.permissionState.set(now);
     refresh();

@@ -1,6 +1,6 @@
-// The engine: it owns the objects that hold the workspace's state and the operations on them, keeps the order of events
-// (start, polls, sleep and lock, actions, end), and is the only entry point for commands. The only object that moves
-// other applications' windows. Main thread only.
+// Owns the objects that hold the workspace's state and the operations on them, keeps the order of events (start, polls,
+// sleep and lock, actions, end), and is the only entry point for commands. Only its operations move windows of other
+// applications. Main thread only.
 #pragma once
 
 #include "workspace/Outcome.h"
@@ -28,21 +28,21 @@ class WorkspaceController {
 
     // Lifecycle
     void start(bool promptForPermission);
-    /// Ends management; focus mode is closed and what it changed is restored.
+    /// Ends management, after leaving focus mode.
     void stop();
-    /// Asks for one poll now; ignored while one is in flight.
+    /// Starts a poll now; ignored while one is in flight.
     void refresh();
-    /// For operations that must know windows opened a moment ago; see `RefreshCycle::awaitCurrent`.
+    /// For operations that need windows opened just before; see `RefreshCycle::awaitCurrent`.
     [[nodiscard]] bool awaitCurrent(std::function<void()> work) { return refreshCycle_.awaitCurrent(std::move(work)); }
     void recheckAccessibility();
     bool isRunning() const { return refreshCycle_.isRunning(); }
-    bool hasPolled() const { return refreshCycle_.hasResult(); } // knows the windows, if it may
-    /// Around sleep, lock and session switches: no poll, no window moves, until resumed.
+    bool hasLooked() const { return refreshCycle_.hasResult(); } // true after the first applied poll
+    /// For sleep, lock and session switches: no polls and no window moves until `resume`.
     void suspendForSystemTransition();
     void resumeAfterSystemTransition();
 
     /// Performs the action and returns its outcome. The message is also shown as the status message, except for
-    /// refusals marked silent, such as an undo without anything to undo.
+    /// refusals marked silent, such as an undo with an empty history.
     Outcome perform(const WorkspaceAction& action);
 
     // Queries; documented at the objects that answer them.
@@ -53,9 +53,9 @@ class WorkspaceController {
     const AttachedDialogs& dialogs() const { return parts_.liveWindows.dialogs(); }
     const TileAssignments& assignments() const { return parts_.assignments; }
     const UndoHistory& undoHistory() const { return parts_.undo; }
-    /// What the last arrangement decided; empty before the first.
+    /// The plan of the last arrangement; empty before the first.
     const ArrangementPlan& lastArrangement() const { return parts_.arranger.lastPlan(); }
-    /// What was learned of where applications are kept; shared, never null.
+    /// The learned slots of applications; shared, never null.
     const Published<Arranger::Learning>& learning() const { return parts_.arranger.publishedLearning(); }
     /// By tile-target id.
     const std::map<std::string, PendingApplicationPlacement>& pendingApplicationPlacements() const {
@@ -67,9 +67,9 @@ class WorkspaceController {
     const std::set<std::string>& pendingSceneApplicationLaunchBundleIDs() const {
         return parts_.awaited.scene().launchedBundleIDs;
     }
-    /// Windows that rules have been asked about.
+    /// Windows for which rules were evaluated.
     const std::set<std::string>& handledRuleWindowIDs() const { return parts_.tileMemory.placed(); }
-    /// Grows with every message, also when the same is said again.
+    /// Incremented with every message, also if the same text is repeated.
     std::uint64_t messagesShown() const { return parts_.messages.count(); }
 
     std::optional<std::string> absenceOfWindows() const { return ops_.access.absenceOfWindows(); }
@@ -116,7 +116,7 @@ class WorkspaceController {
         return ops_.finder.findWindow(reference, excluded);
     }
 
-    /// What the action would do now, without doing it.
+    /// The plan that the action would carry out now.
     ArrangementPlan planArrangement() const { return ops_.arrangement.planArrangement(); }
     std::variant<WindowPlan, WindowRefusal> planCommand(const WindowCommand& command) const {
         return ops_.commands.planCommand(command);

@@ -1,5 +1,5 @@
-// The objects that own the workspace's state. Operations are given references to those that they work on; this list is
-// used to rename ids, to pass on polls and to ask `isWaiting` in all of them.
+// The objects that own the workspace's state. Operations get references to those that they use. The list here is used
+// to rename ids, to pass on polls and to ask `isWaiting` in all of them.
 #pragma once
 
 #include "windowing/AccessibilityWindowService.h"
@@ -58,7 +58,7 @@ struct WorkspaceParts {
     /// Renames the id in every object that stores it.
     void renameWindow(const std::string& formerID, const std::string& newID);
     void renameDisplay(const std::string& formerID, const std::string& newID);
-    /// A poll has listed the windows: what is gone or has expired is forgotten.
+    /// Passes the poll on: objects forget closed windows and expired entries.
     void onPoll();
     /// Whether any object waits for time to pass, so that polls must go on.
     bool isWaiting() const;

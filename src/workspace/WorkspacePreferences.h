@@ -23,9 +23,9 @@ struct WorkspacePreferences {
     WorkspaceProductDocument document;
 };
 
-/// What cannot be read counts as absent, and so does a value out of range; the store is told of each. On the first
-/// start with an empty store the profile and the theme background are written at once, so that the next start finds an
-/// existing user with the same look.
+/// A value that cannot be read or is out of range counts as absent and is reported to the store. On the first start
+/// with an empty store the profile and the theme background are written at once, so that the next start finds an
+/// existing user with the same appearance.
 WorkspacePreferences loadWorkspacePreferences(PreferencesStore& store);
 
 void saveProfile(PreferencesStore& store, const WorkspaceProfile& profile);

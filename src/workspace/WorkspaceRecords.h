@@ -10,7 +10,7 @@
 
 namespace kova {
 
-/// A tile as it stands on a display.
+/// A tile of a display with its present windows.
 struct WorkspaceTile {
     std::string targetID;
     std::string displayID;
@@ -21,20 +21,20 @@ struct WorkspaceTile {
     std::vector<std::string> stack; // front first
 };
 
-/// What a file held, whether it was new or not.
+/// The numbers of scenes and rules in an imported file.
 struct WorkspaceImportCounts {
     std::size_t scenes = 0; // in the file, known or not
     std::size_t rules = 0;
     std::vector<std::string> newScenes{}; // names of those that are added, in their order
     std::vector<std::string> newRules{};
-    std::string message; // what is said about it
+    std::string message; // the message for the user
 };
 
 enum class PlacementVerdict {
     asRequested,
     drifted,
     underWay,  // the request is not verified yet
-    leftAlone, // zoomed, minimized, in full screen, hidden or held by the user
+    leftAlone, // zoomed, minimized, in full screen, hidden or being dragged
 };
 
 /// Where the front window of a tile should be, and where it is; frames in window-service space.

@@ -38,7 +38,7 @@ void WorkspaceController::beginTransitionRecovery() {
     ops_.keeper.noteTilesMoved();
 }
 
-/// True while the session is locked: then nothing is moved, minimised or forgotten.
+/// True while the session is locked: then nothing is moved, minimized or forgotten.
 bool WorkspaceController::applyLockedSession(bool pollFoundLocked) {
     if (pollFoundLocked || parts_.services.session.isLoginSessionScreenLocked()) {
         if (!parts_.recovery.detectedLockedLoginSession) {
@@ -47,7 +47,7 @@ bool WorkspaceController::applyLockedSession(bool pollFoundLocked) {
             parts_.state.isSuspended.set(true);
             parts_.recovery.noteScreens(*parts_.state.screens);
             parts_.recovery.remember(parts_.liveWindows.all(), parts_.assignments);
-            ops_.steps.abandonDrags(); // the user cannot see what a drag would do
+            ops_.steps.abandonDrags(); // the user cannot see the drag
             parts_.windowService->cancelPlacements([](const CGRect&) { return true; });
         }
         return true;
@@ -60,7 +60,7 @@ bool WorkspaceController::applyLockedSession(bool pollFoundLocked) {
     return false;
 }
 
-/// Windows that are known again under another id keep all that was known of them.
+/// Renames recognized windows in all objects.
 void WorkspaceController::adoptSuccessors(const std::vector<WindowSuccessor>& successors) {
     for (const auto& [formerID, id] : successors) {
         parts_.renameWindow(formerID, id);
@@ -77,7 +77,7 @@ void WorkspaceController::adoptSuccessors(const std::vector<WindowSuccessor>& su
     parts_.state.stackWindowIDsByTarget.set(parts_.assignments.stackWindowIDsByTarget);
 }
 
-/// Each window once. Minimized and hidden windows are put there when they come back.
+/// Places each returning window once. Minimized and hidden windows are placed when they are shown.
 void WorkspaceController::recoverAssignedWindows() {
     for (const auto& windowID : parts_.recovery.takeRecovered(parts_.liveWindows.all(), parts_.assignments)) {
         const ManagedWindow* window = parts_.liveWindows.find(windowID);

@@ -65,7 +65,7 @@ void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begu
     for (const auto& window : parts_.liveWindows) { // windows that are not shown get no frames
         const auto pending = window.isElsewhere ? parts_.windowService->pendingFrame(window.id) : std::nullopt;
         if (!pending) continue;
-        parts_.tileMemory.spaces().setPendingFrame(window.id, *pending);
+        parts_.tileMemory.spaces().owe(window.id, *pending);
         parts_.windowService->cancelPlacement(window.id);
     }
     parts_.onPoll();
@@ -79,7 +79,7 @@ void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begu
     if (!parts_.pointer.isPausingPolls()) presentPoll(isRecovering);
     parts_.services.accessibility.flush();
     if (tookUpSession) {
-        parts_.arranger.skipStartUpArrangement(); // the restored session needs no arrangement
+        parts_.arranger.skipStartUpTurn(); // the restored session needs no arrangement
     } else {
         ops_.arrangement.scheduleAutomaticArrangement(justGranted);
     }
@@ -112,7 +112,7 @@ void WorkspaceController::publishWindows() {
         parts_.state.windows.set(parts_.liveWindows.all());
 }
 
-/// Windows of the Space that is shown now are where they were when it was last shown.
+/// Windows of the Space that is shown now return to their tiles on it.
 void WorkspaceController::followShownSpace() {
     const SpaceChange change = parts_.liveWindows.spaceChange(parts_.services.queue.uptime());
     if (!parts_.tileMemory.spaces().restore(parts_.liveWindows.all(), parts_.liveWindows.shownSpace(), change,
@@ -122,9 +122,9 @@ void WorkspaceController::followShownSpace() {
     ops_.follower.migrateChangedDisplays(); // a display may have another layout since
 }
 
-/// A window in a tile has been put there already.
+/// Windows in a tile were placed already.
 void WorkspaceController::giveOwedFrames() {
-    for (const auto& [windowID, frame] : parts_.tileMemory.spaces().takeAppliableFrames(parts_.liveWindows.all())) {
+    for (const auto& [windowID, frame] : parts_.tileMemory.spaces().takeDueFrames(parts_.liveWindows.all())) {
         const ManagedWindow* window = parts_.liveWindows.find(windowID);
         if (parts_.assignments.isAssigned(windowID) || ops_.presenter.isLeftAlone(*window)) continue;
         ops_.presenter.writeFrame(ManagedWindow(*window), frame, AccessibilityWindowService::BringToFront::no);
@@ -155,7 +155,7 @@ void WorkspaceController::applyDenied() {
     ops_.keeper.publishAssignments();
 }
 
-/// Absent without permission, and while a window has the keyboard that is not managed.
+/// Absent without the permission, and while the focused window is not managed.
 void WorkspaceController::noteFocus() {
     parts_.liveWindows.focusOrder().keepOnly(
         [this](const std::string& id) { return parts_.liveWindows.find(id) != nullptr; });

@@ -1,4 +1,4 @@
-// What the workspace works with: the desktop behind its seams, preferences, queues.
+// The services that the workspace uses: the desktop behind the platform interfaces, preferences, queues.
 #pragma once
 
 #include "persistence/PreferencesStore.h"
@@ -10,7 +10,7 @@
 
 namespace kova {
 
-/// What the controller works with. All of it outlives the controller.
+/// All services outlive the controller.
 struct WorkspaceServices {
     AccessibilityServicing& accessibility;
     ApplicationServicing& applications;

@@ -29,7 +29,7 @@ void WorkspaceSettings::setSetting(action::Setting setting, bool isOn) {
         state_.isPaused.set(isOn);
         return;
     case action::Setting::continuousManagement:
-        // The next poll asks the rules about the windows that are there.
+        // The next poll evaluates the rules for the present windows.
         if (change(state_.continuousManagementEnabled, isOn, preferences, preferenceKey::continuousManagement))
             refreshCycle_.refresh();
         return;

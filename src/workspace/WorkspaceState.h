@@ -1,4 +1,4 @@
-// What the user interface, the command line and subscribers see of the workspace. Main thread only.
+// The published state of the workspace, for the user interface, the command line and subscribers. Main thread only.
 #pragma once
 
 #include "layout/WorkspaceProfile.h"
@@ -37,7 +37,8 @@ struct WorkspaceState {
     Published<AccessibilityPermissionState> permissionState{AccessibilityPermissionState::unknown};
     Published<bool> isSuspended{false}; // the screen cannot be seen; windows are left alone
     Published<std::vector<ManagedWindow>> windows;
-    Published<std::int64_t> titleRevision{0}; // grows when a title changes, which alone does not republish `windows`
+    Published<std::int64_t> titleRevision{
+        0}; // incremented when a title changes, because a title alone does not republish the window list
     Published<std::map<std::string, std::string>> assignedWindowIDs;
     Published<std::map<std::string, CGSize>> observedMinimumSizes;
     Published<std::int64_t> layoutRevision{0};
@@ -63,8 +64,8 @@ struct WorkspaceState {
     Published<WorkspaceProfile> profile;
     Published<std::vector<Screen>> screens;
     Published<std::optional<std::string>> focusedWindowID; // as of the last poll; absent when none is managed
-    Published<std::set<std::string>> floatingWindowIDs;    // out of tiles by command, until they are put into one
-    Published<bool> isPaused{false};                       // by the user: everything is left alone
+    Published<std::set<std::string>> floatingWindowIDs;    // by command, until they are put into a tile
+    Published<bool> isPaused{false};                       // by the user: no window is moved
 };
 
 } // namespace kova

@@ -11,7 +11,7 @@
 namespace kova {
 namespace {
 
-TEST(LogFile, KeepsWhatWasAskedForAndNoMoreThanTwoFiles) {
+TEST(LogFile, KeepsTheRequestedLevelsAndAtMostTwoFiles) {
     const TemporaryFolder folder;
     const auto file = folder.path() / "agent.log";
     log(LogLevel::error, "before there is a log, this goes nowhere");

@@ -1,4 +1,4 @@
-// Arguments that a Mac adds, and activations by URLs.
+// Arguments that a Mac adds, and activations by an opening.
 #include "app/ActivationReturn.h"
 #include "app/SystemArguments.h"
 
@@ -30,13 +30,16 @@ TEST(SystemArguments, PairsOfDefaultsAndSerialNumbersAreLeftOut) {
     }
 }
 
-TEST(ActivationReturn, OnlyAnActivationSoonAfterAURLIsReturned) {
+TEST(ActivationReturn, OnlyAnActivationSoonAfterAnOpeningIsReturned) {
     ActivationReturn activation;
-    EXPECT_FALSE(activation.isDue(Seconds(10), OwnDialog::none)) << "the user clicked on KOVA";
-    activation.noteAddresses(Seconds(10));
-    EXPECT_TRUE(activation.isDue(Seconds(10.07), OwnDialog::none));
-    EXPECT_FALSE(activation.isDue(Seconds(10.07), OwnDialog::shown));
-    EXPECT_FALSE(activation.isDue(Seconds(11), OwnDialog::none));
+    EXPECT_EQ(activation.use(Seconds(10), OwnDialog::none), ActivationUse::keep) << "the user clicked on KOVA";
+    activation.noteOpened(Seconds(10), OpenedWindow::none);
+    EXPECT_EQ(activation.use(Seconds(10.07), OwnDialog::none), ActivationUse::giveBack);
+    EXPECT_EQ(activation.use(Seconds(10.07), OwnDialog::shown), ActivationUse::keep);
+    EXPECT_EQ(activation.use(Seconds(11), OwnDialog::none), ActivationUse::keep);
+    activation.noteOpened(Seconds(20), OpenedWindow::ofUserInterface);
+    EXPECT_EQ(activation.use(Seconds(20), OwnDialog::none), ActivationUse::passToUserInterface);
+    EXPECT_EQ(activation.use(Seconds(20), OwnDialog::shown), ActivationUse::keep);
 }
 
 } // namespace

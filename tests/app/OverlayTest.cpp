@@ -223,7 +223,7 @@ TEST_F(Overlay, DividersShowThePointerOnThem) {
     EXPECT_EQ(moves({300, 700}), "-");
 }
 
-TEST_F(Overlay, TheBackdropHasTheLookAndAMessageStaysOnItsDisplay) {
+TEST_F(Overlay, TheBackdropHasTheAppearanceAndAMessageStaysOnItsDisplay) {
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     desk.display(1920, 1080, "B").settle();
     show();
@@ -243,7 +243,7 @@ TEST_F(Overlay, TheBackdropHasTheLookAndAMessageStaysOnItsDisplay) {
     ASSERT_TRUE(message);
     EXPECT_EQ(message->text, "Windows arranged into zones — Undo is available");
     EXPECT_EQ(message->displayID, desk.displayIDOf("A"));
-    EXPECT_TRUE(message->canUndo);
+    EXPECT_EQ(message->undoMethod, "undo");
     desk.desktop.userMoves("Mail", makeRect(2600, 100, 800, 600));
     desk.desktop.userFocuses("Mail");
     passes(1);

@@ -317,7 +317,7 @@ TEST_F(DraggedWindows, TakeTheDividerAlongWithinMinimumsWhenPulledAtAnEdge) {
 }
 
 TEST_F(DraggedWindows, AreLeftAloneByPollsWhileThePointerPauses) {
-    desk.desktop.setAnnouncesAllChanges(false);
+    desk.desktop.setVouching(false);
     presses({1400, 30}).moves({1500, 300});
     for (int i = 0; i < 20; ++i) {
         desk.advance(Seconds(0.25));
@@ -330,7 +330,7 @@ TEST_F(DraggedWindows, AreLeftAloneByPollsWhileThePointerPauses) {
 }
 
 TEST_F(DraggedWindows, AreLeftAloneFromThePressOn) {
-    desk.desktop.setAnnouncesAllChanges(false);
+    desk.desktop.setVouching(false);
     // Pressed while its placement is still being verified.
     ASSERT_TRUE(
         desk.controller().perform(command::Place{desk.desktop.windowIDOf("Mail"), desk.targetID("A", "secondary-1")}));

@@ -238,7 +238,7 @@ TEST(Onboarding, IsShownUntilThePermissionIsGivenAndNeverAgain) {
     EXPECT_EQ(onboarding.timesShown, 1);
 }
 
-TEST(Onboarding, AsksByTheSystemsQuestionFirstAndThenByItsSettings) {
+TEST(Onboarding, ShowsTheSystemsDialogFirstAndThenItsSettings) {
     SimulatedDesktop desktop;
     MemoryPreferencesStore preferences;
     PlayedOnboarding onboarding;

@@ -8,6 +8,7 @@
 #include "control/ControlMethods.h"
 #include "control/ControlServer.h"
 #include "control/PermissionControl.h"
+#include "control/UserInterfaceDialogs.h"
 #include "tests/control/SocketClient.h"
 #include "tests/harness/Scenario.h"
 #include "tests/linux/TemporaryFolder.h"
@@ -28,6 +29,7 @@ class AgentStage {
         desk.opens("Mail", {.title = "Inbox"}).opens("Notes").opens("Terminal");
         // Time stands still while it is launched.
         desk.desktop.install("Maps", {.bundleIdentifier = "org.example.Maps", .startsAfter = Seconds(0)});
+        desk.desktop.showAlertsBy(dialogs);
         desk.start();
         desk.delegate().applicationDidFinishLaunching(); // the workspace has started already
         urls.emplace(desk.controller(), desk.desktop.queue());
@@ -40,8 +42,10 @@ class AgentStage {
                                .queue = desk.desktop.queue(),
                                .quit = [this] { hasQuit = true; },
                                .overlay = &desk.delegate().overlay(),
-                               .menu = &menu.emplace(MenuBarServices{.delegate = desk.delegate()}),
+                               .menu =
+                                   &menu.emplace(MenuBarServices{.delegate = desk.delegate(), .documents = &dialogs}),
                                .userInterface = &userInterface,
+                               .dialogs = &dialogs,
                                .settingsWindow = [this] { return desk.delegate().settingsWindow(); },
                                .onboardingWindow = [this] { return desk.delegate().onboardingWindow(); },
                                .permission = &permission};
@@ -112,6 +116,7 @@ class AgentStage {
     Permission permission;
     UserInterface userInterface;
     Scenario desk;
+    UserInterfaceDialogs dialogs{desk.desktop.queue()};
     KovaShortcutSettings shortcuts{desk.preferences};
     void endServer() { server.reset(); }
 

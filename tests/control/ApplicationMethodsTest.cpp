@@ -131,6 +131,39 @@ TEST_F(ApplicationMethods, LearnedFactsOfAnApplicationAreListedAndForgotten) {
     EXPECT_EQ(refusal("app.forget", {{"application", "nothing"}}), "Nothing was learned of an application “nothing”");
 }
 
+TEST_F(ApplicationMethods, AQuestionOfTheMenuGoesToTheProgramThatDrawsTheOverlayAndEndsWithIt) {
+    result("menu.choose", {{"id", "force-quit-all"}});
+    desk.settle();
+    EXPECT_TRUE(desk.desktop.isRunning("Mail")) << "nothing asks, so nothing is confirmed";
+    EXPECT_EQ(refusal("menu.choose", {{"id", "export"}}), "The menu has no such entry, or it is not enabled now");
+
+    std::optional<SocketClient> drawing(client());
+    call(*drawing, "subscribe", {{"topic", "overlay"}});
+    const auto question = [&] {
+        result("menu.choose", {{"id", "force-quit-all"}});
+        json told;
+        while (told["method"] != "show") told = drawing->message();
+        EXPECT_EQ(schemaViolation(schema, "notification:show", told["params"]), "");
+        EXPECT_EQ(told["params"]["what"], "alert");
+        return told["params"];
+    };
+    const json first = question();
+    EXPECT_EQ(first["applications"][0]["name"], "Mail");
+    EXPECT_EQ(first["text"],
+              "This immediately closes 3 applications. Unsaved changes will be lost. KOVA and Finder will "
+              "stay open.");
+    const json second = question();
+    EXPECT_EQ(result("ui.answer", {{"id", first["id"]}, {"isConfirmed", true}})["wasOpen"], false) << "it was replaced";
+    drawing.reset();
+    const auto isOpen = [&] { return dialogs.isQuestionOpen(); };
+    EXPECT_TRUE(isOpen());
+    for (int i = 0; isOpen() && i < 100; ++i) desk.advance(Seconds(0.1));
+    EXPECT_FALSE(isOpen());
+    EXPECT_EQ(result("ui.answer", {{"id", second["id"]}, {"isConfirmed", true}})["wasOpen"], false);
+    desk.settle();
+    EXPECT_TRUE(desk.desktop.isRunning("Mail"));
+}
+
 TEST_F(ApplicationMethods, AllAreEndedOnlyAsConfirmed) {
     const json asked = result("forceQuitAll");
     EXPECT_EQ(asked["isDone"], false);

@@ -115,6 +115,23 @@ TEST_F(SceneMethods, ASceneIsComparedAndOpened) {
     }
 }
 
+TEST_F(SceneMethods, TheOverlaysMessageNamesWhatRevertsADeletion) {
+    auto drawing = client();
+    const auto undoOfMessage = [&] {
+        turn();
+        const json state = call(drawing, "subscribe", {{"topic", "overlay"}})["result"]["state"];
+        EXPECT_EQ(schemaViolation(schema, "overlay:message", state["message"]), "");
+        return state["message"]["undo"];
+    };
+    desk.arrange();
+    result("scene.capture", {{"name", "Work"}});
+    result("scene.delete", {{"scene", "Work"}});
+    EXPECT_EQ(undoOfMessage(), "scene.undelete");
+    result(undoOfMessage());
+    EXPECT_EQ(result("scene.list")["scenes"].size(), 1u);
+    EXPECT_EQ(undoOfMessage(), "undo") << "a message of another action";
+}
+
 TEST_F(SceneMethods, AnyIndexOfAFileCanBeShown) {
     desk.arrange();
     result("scene.capture", {{"name", "Work"}});

@@ -1,13 +1,17 @@
 #!/usr/bin/env python3
 """Looks at what of the Mac application is made without a Mac.
 
-   check-macos-bundle.py INFO_PLIST ENTITLEMENTS SWIFT VERSION UI_INFO_PLIST
+   check-macos-bundle.py INFO_PLIST ENTITLEMENTS SWIFT VERSION UI_INFO_PLIST SIGN
 """
+import os
+import pathlib
 import plistlib
 import re
+import subprocess
 import sys
+import tempfile
 
-info_file, entitlements_file, swift_file, version, ui_info_file = sys.argv[1:]
+info_file, entitlements_file, swift_file, version, ui_info_file, sign = sys.argv[1:]
 faults = []
 
 
@@ -80,6 +84,36 @@ for phrases in phrase_lists:
         expect(phrase.count(r"\(.applicationName)") == 1, f"Swift: the application is not named once in {phrase!r}")
 for name in re.findall(r"intent: (\w+)\(\)", swift):
     expect(name in dict(intents), f"Swift: no intent is called {name}")
+
+
+
+def signed_paths(folder, parts, target):
+    """The paths below the folder that the script signs of an application with those parts, in their order."""
+    for part in parts:
+        (folder / part).mkdir(parents=True, exist_ok=True)
+    (folder / "KOVA.app/Contents/Helpers/kova").touch()
+    (folder / "codesign").write_text('#!/bin/sh\nfor last; do :; done\n[ "$1" = --verify ] || echo "$last"\n')
+    (folder / "codesign").chmod(0o755)
+    path = f"{folder}:{os.environ['PATH']}"
+    run = subprocess.run([sign, folder / target, "-"], env={**os.environ, "PATH": path}, capture_output=True, text=True)
+    expect(run.returncode == 0, f"sign: {run.stderr}")
+    return [str(pathlib.Path(line).relative_to(folder)) for line in run.stdout.split()]
+
+
+app, helper = "KOVA.app", "KOVA.app/Contents/Helpers/kova-ui.app"
+of_helper = [f"{helper}/Contents/Frameworks/QtCore.framework", f"{helper}/Contents/PlugIns/platforms/libqcocoa.dylib"]
+of_app = [f"{app}/Contents/Frameworks/Sparkle.framework/Versions/B/Updater.app",
+          f"{app}/Contents/Frameworks/Sparkle.framework"]
+for target, expected in {
+    app: {app, helper, f"{app}/Contents/Helpers/kova", *of_app, *of_helper},
+    helper: {helper, *of_helper}, # by the build, once Qt is in it
+}.items():
+    with tempfile.TemporaryDirectory() as folder:
+        signed = signed_paths(pathlib.Path(folder), of_app + of_helper, target)
+    expect(set(signed) == expected, f"sign {target}: signs {signed}")
+    for place, outer in enumerate(signed):
+        late = [inner for inner in signed[place + 1:] if inner.startswith(outer + "/")]
+        expect(not late, f"sign {target}: {outer} is signed before {late}, which makes its signature void")
 
 print("\n".join(faults))
 sys.exit(1 if faults else 0)

@@ -95,4 +95,17 @@ TEST(DesktopPreferences, FollowAPortalThatStartsLaterChangesAndStartsAnew) {
     for (const char* name : {"preferences", "portal"}) QDBusConnection::disconnectFromBus(QString::fromLatin1(name));
 }
 
+TEST(DesktopPreferences, WithoutAPortalAreToldWhenTheyChange) {
+    int changes = 0;
+    DesktopPreferences preferences([&] { ++changes; }, QDBusConnection(QStringLiteral("none")));
+    preferences.set(Brightness::dark, false);
+    changes = 0;
+    preferences.set(Brightness::dark, false);
+    EXPECT_EQ(changes, 0);
+    preferences.set(Brightness::light, false);
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(preferences.brightness(), Brightness::light);
+    EXPECT_FALSE(preferences.mayMove());
+}
+
 } // namespace kova::ui

@@ -66,8 +66,14 @@ void FakeAgent::answer(const std::string& line) {
 void FakeAgent::change(const std::string& section, nlohmann::json value, int skipped) {
     state_[section] = std::move(value);
     sequence_ += 1 + skipped;
+    nlohmann::json told = state_[section];
+    if (told.is_array()) {
+        nlohmann::json order = nlohmann::json::array();
+        for (const auto& element : told) order.push_back(element["id"]);
+        told = {{"changed", told}, {"order", order}};
+    }
     tell({{"method", "changed"},
-          {"params", {{"topic", "overlay"}, {"sequence", sequence_}, {"changes", {{section, state_[section]}}}}}});
+          {"params", {{"topic", "overlay"}, {"sequence", sequence_}, {"changes", {{section, told}}}}}});
 }
 
 void FakeAgent::tell(const nlohmann::json& message) {

@@ -18,7 +18,8 @@ class FakeAgent {
     /// Takes in connections and answers what has come: `subscribe` with the state, the rest with an empty result.
     void serve();
     void setState(nlohmann::json state) { state_ = std::move(state); }
-    /// Changes a section of the state and tells it under the next number, or one that is later by `skipped`.
+    /// Changes a section of the state (of a list all elements) and tells it under the next number, or one that is later
+    /// by `skipped`.
     void change(const std::string& section, nlohmann::json value, int skipped = 0);
     void tell(const nlohmann::json& message);
     void hangUp();

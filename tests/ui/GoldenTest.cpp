@@ -36,7 +36,7 @@ class Golden : public ::testing::Test {
     }
 };
 
-TEST_F(Golden, ComparisonDistinguishesRenderingNoiseFromChanges) {
+TEST_F(Golden, ComparisonDistinguishesDriftFromChange) {
     const QImage picture = pictureOf({});
     const auto changed = [&](auto&& change) {
         QImage other = picture;

@@ -77,7 +77,7 @@ TEST_F(Onboarding, OffersSettingsAndAFirstArrangementThatCanBeUndone) {
 
 class GoldenOnboarding : public Onboarding {};
 
-TEST_F(GoldenOnboarding, MatchesTheGoldenPictures) {
+TEST_F(GoldenOnboarding, MatchesTheGoldenPicture) {
     permission.isAskable = true;
     desk.desktop.setTrusted(false);
     desk.settle();

@@ -113,6 +113,23 @@ TEST(Overlay, OnlyWhatChangedIsDrawn) {
     EXPECT_EQ(stage.platform.drawings(), before + 1) << "a footer that only moves keeps its picture";
 }
 
+TEST(Overlay, AWindowOfATileThatIsGoneIsUsedForTheNext) {
+    Stage stage;
+    const auto windows = stage.platform.shown().size();
+    const QImage before = stage.platform.screen(QSize(800, 500));
+    auto other = stage.state["tiles"];
+    for (auto& tile : other) tile["id"] = "d1::other-" + tile["slot"].get<std::string>();
+    other.erase(0);
+    const auto tiles = std::exchange(stage.state["tiles"], other);
+    QTest::mouseMove(&stage.footer("primary"), stage.footer("primary").layoutInWindow().launch.center());
+    stage.show();
+    EXPECT_EQ(stage.platform.windowsOf(Layer::footer), 3);
+    stage.state["tiles"] = tiles;
+    stage.show();
+    EXPECT_EQ(stage.platform.shown().size(), windows) << "none is made anew";
+    EXPECT_EQ(stage.platform.screen(QSize(800, 500)), before) << "and nothing of its former tile is left";
+}
+
 TEST(Overlay, ShowsOnlyWhatTheAgentPublishes) {
     Stage stage;
     stage.state["displays"][0]["isFocusMode"] = true;
@@ -177,18 +194,31 @@ TEST(Footer, NoticeIsReadWholeInNarrowFooters) {
     tile.notice = PlacementNotice{text.toStdString(), {"", "Terminal"}};
     for (const double scale : {1.0, 2.0}) {
         const Style style{.scale = scale, .fontFamily = QStringLiteral("DejaVu Sans")};
-        for (int width = 340; width < 1000; width += 60) {
+        for (int width = 420; width < 1000; width += 60) {
             const auto layout = layOutFooter(tile, QSize(style.px(width), style.px(26)), style);
-            EXPECT_EQ(layout.notice.lines.join(u' '), text) << width;
-            EXPECT_EQ(layout.name.isEmpty(), width < 700) << width;
-            for (const QString& line : layout.notice.lines) {
-                EXPECT_LE(widthOf(line, style.font(layout.notice.textPoints)),
-                          layout.notice.area.width() - style.px(26))
+            EXPECT_EQ(layout.notice.parts.join(u' '), text) << width;
+            EXPECT_EQ(layout.name.isEmpty(), width < 650) << width;
+            for (const QString& part : layout.notice.parts) {
+                EXPECT_LE(widthOf(part, style.font(points::smallText)), layout.notice.area.width() - style.px(26))
                     << width;
             }
             EXPECT_FALSE(layout.notice.area.intersects(layout.launch));
         }
     }
+}
+
+TEST(Footer, SecondPartOfALongNoticeFollowsTheFirst) {
+    Stage stage(sampleState({.hasNotice = true}));
+    FooterWindow& footer = stage.footer("primary");
+    const auto picture = [&] { return stage.platform.shown().at(&footer).picture; };
+    ASSERT_EQ(footer.layoutInWindow().notice.parts.size(), 2);
+    const QImage first = picture();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return picture() != first; }, 30'000));
+    stage.state["tiles"][0]["notice"] = nullptr;
+    stage.show();
+    stage.state = sampleState({.hasNotice = true});
+    stage.show();
+    EXPECT_EQ(picture(), first) << "a new notice begins with its first part";
 }
 
 TEST(Footer, PartsNeverOverlapWhateverTheWidth) {

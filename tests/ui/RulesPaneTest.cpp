@@ -151,7 +151,7 @@ TEST_F(RulesInSettings, TheSelectedRuleShowsItsWindowsAndTakesChanges) {
     EXPECT_TRUE(until([&] { return rules()[0]["disposition"] == "ignore"; }));
 }
 
-TEST_F(RulesInSettings, ErrorsAreShownAtTheControl) {
+TEST_F(RulesInSettings, WhatIsRefusedIsSaidAtTheControl) {
     desk.desktop.setTrusted(false);
     desk.settle();
     openPane();

@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <memory>
 
-/// Leaks inside Qt and its libraries are suppressed.
+/// What the toolkit and its libraries keep until the end of the process is not ours.
 extern "C" const char* __lsan_default_suppressions();
 extern "C" const char* __lsan_default_suppressions() {
     return "leak:libfontconfig\nleak:libQt6\nleak:libglib\nleak:libdbus\n";
@@ -21,7 +21,7 @@ using nlohmann::json;
 
 namespace {
 
-/// QApplication on the offscreen platform; created in SetUp, so that listing tests does not need it.
+/// The toolkit, without a screen; begun before the tests and not for listing them.
 class Toolkit : public ::testing::Environment {
   public:
     void SetUp() override {
@@ -131,7 +131,7 @@ json sampleState(const Sample& sample) {
     if (sample.isDragging) state["drag"] = {{"window", "3"}, {"display", "d1"}, {"tile", "d1::secondary"}};
     if (sample.hasMessage) {
         state["message"] = {
-            {"text", "Windows arranged into zones — Undo is available"}, {"display", "d1"}, {"canUndo", true}};
+            {"text", "Windows arranged into zones — Undo is available"}, {"display", "d1"}, {"undo", "undo"}};
     }
     return state;
 }
@@ -170,13 +170,15 @@ int PicturePlatform::drawings() const {
 }
 
 int PicturePlatform::windowsOf(Layer layer) const {
-    return static_cast<int>(
-        std::ranges::count_if(shown_, [&](const auto& shown) { return shown.first->layer() == layer; }));
+    return static_cast<int>(std::ranges::count_if(
+        shown_, [&](const auto& shown) { return shown.first->layer() == layer && !shown.second.isConcealed; }));
 }
 
 QImage PicturePlatform::screen(QSize size) const {
     std::vector<OverlayWindow*> windows;
-    for (const auto& [window, shown] : shown_) windows.push_back(window);
+    for (const auto& [window, shown] : shown_) {
+        if (!shown.isConcealed) windows.push_back(window);
+    }
     std::ranges::sort(windows, {}, [](const OverlayWindow* window) { return window->layer(); });
     QImage screen(size, QImage::Format_RGB32);
     screen.fill(QColor(0x6b, 0x7f, 0x95));

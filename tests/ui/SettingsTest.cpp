@@ -103,7 +103,7 @@ TEST_F(Settings, TheTileInsetMovesWindowsWhileItIsTyped) {
     EXPECT_TRUE(until([&] { return inset->value() == 7; })) << "changed by a command";
 }
 
-TEST_F(Settings, ErrorsAreShownAtTheControlWhichIsReset) {
+TEST_F(Settings, WhatIsRefusedIsSaidAtTheControlWhichGoesBack) {
     HostedWindow* window = openAt("general");
     settingProblem = "The login item cannot be written";
     auto* box = control<QCheckBox>(window, "startAtLogin");
@@ -246,6 +246,12 @@ TEST_F(ShortcutSettings, ShowWhatOtherProgramsHoldAndAreFoundByNameAndKeys) {
     ask("shortcut.set", {{"action", "focusLeft"}, {"keys", "ctrl+alt+g"}});
     desk.settle();
     EXPECT_TRUE(until([&] { return row("Focus Left")->text(2) == QStringLiteral("In use by another program"); }));
+    desk.desktop.keyboard().setDelivery(SimulatedKeyboard::Delivery::observed); // as on a Mac
+    ask("shortcut.set", {{"action", "focusRight"}, {"keys", "ctrl+alt+r"}});
+    EXPECT_TRUE(until([&] { return row("Focus Left")->text(2) == QStringLiteral("In use by the system"); }));
+    desk.desktop.keyboard().setDelivery(SimulatedKeyboard::Delivery::claimed);
+    ask("shortcut.set", {{"action", "focusRight"}, {"keys", "ctrl+alt+t"}});
+    EXPECT_TRUE(until([&] { return row("Focus Left")->text(1) == QStringLiteral("Ctrl+Alt+G"); }));
     const auto found = [&](const QString& words) {
         auto* search = control<QLineEdit>(window, "searchShortcuts");
         search->clear();
@@ -263,7 +269,7 @@ TEST_F(ShortcutSettings, ShowWhatOtherProgramsHoldAndAreFoundByNameAndKeys) {
     EXPECT_FALSE(control<QPushButton>(window, "recordShortcut")->isEnabled()) << "what is not shown is not chosen";
 }
 
-TEST_F(Settings, LayoutsOfEachDisplayAreChosenByPicturesThatMarkTooSmallTiles) {
+TEST_F(Settings, LayoutsOfEachDisplayAreChosenByTheirPicturesWhichShowTilesThatAreTooSmall) {
     desk.opens("Sheet", {.minimumSize = {{1500, 600}}}).opens("Plan", {.minimumSize = {{1500, 600}}}).settle();
     HostedWindow* window = openAt("layouts");
     auto* layouts = control<QListWidget>(window, "layouts");

@@ -13,9 +13,10 @@
 namespace kova::ui::testing {
 
 WindowStage::WindowStage() :
-    link(socketPath(), {.contentsChanged = [] {},
-                        .showRequested = [](const auto&, const auto&) {},
-                        .notUnderstood = [](const auto&) {}}),
+    link(socketPath(),
+         {.contentsChanged = [] {},
+          .showRequested = [this](const auto& what, const auto& parameters) { host.show(what, parameters); },
+          .notUnderstood = [](const auto&) {}}),
     host({.socketPath = socketPath(),
           .overlay = [this] { return link.contents() ? &*link.contents() : nullptr; },
           .palette = [this] { return paletteFor(link.contents()->appearance, brightness, Compositing::absent); },

@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <utility>
+
 namespace kova {
 
 namespace {
@@ -25,7 +28,7 @@ class Announcements : public ::testing::Test {
     Scenario desk;
 };
 
-TEST_F(Announcements, PollsPauseOnceAllApplicationsAndWindowsAnnounceChanges) {
+TEST_F(Announcements, PollsAreIdleOnceEachApplicationAndWindowIsObserved) {
     EXPECT_EQ(desk.desktop.announcements().requestCount(), 4) << "two applications and two windows";
     EXPECT_LE(polls(Seconds(600)), 60);
     EXPECT_EQ(desk.desktop.announcements().requestCount(), 4);
@@ -39,6 +42,33 @@ TEST_F(Announcements, PollsPauseOnceAllApplicationsAndWindowsAnnounceChanges) {
     desk.desktop.close("Maps");
     desk.advance(Seconds(0.7));
     EXPECT_EQ(desk.controller().liveWindows().size(), 2u);
+}
+
+TEST_F(Announcements, EachChangeIsFollowedByAPollWithinASecond) {
+    SimulatedDesktop& desktop = desk.desktop;
+    const std::pair<const char*, std::function<void()>> changes[] = {
+        {"another window", [&] { desktop.open("Mail"); }},
+        {"moved or resized", [&] { desktop.userMoves("Mail 2", makeRect(300, 300, 500, 400)); }},
+        {"title", [&] { desktop.setTitle("Notes", "List"); }},
+        {"focus", [&] { desktop.userFocuses("Notes"); }},
+        {"minimized", [&] { desktop.userMinimizes("Notes"); }},
+        {"restored", [&] { desktop.userMinimizes("Notes", false); }},
+        {"another tab", [&] { desktop.openTab("Notes"); }},
+        {"the former tab", [&] { desktop.showTab("Notes"); }},
+        {"hidden", [&] { desktop.userHides("Notes"); }},
+        {"shown", [&] { desktop.userHides("Notes", false); }},
+        {"another Space", [&] { desktop.showVirtualDesktop(1); }},
+        {"the former Space", [&] { desktop.showVirtualDesktop(0); }},
+        {"closed", [&] { desktop.close("Mail 2"); }},
+        {"ended", [&] { desktop.quit("Notes"); }},
+    };
+    for (const auto& [what, change] : changes) {
+        desk.advance(Seconds(15));
+        for (int waited = 0; polls(Seconds(0.1)) == 0; ++waited) ASSERT_LT(waited, 110) << "before " << what;
+        ASSERT_EQ(polls(Seconds(2)), 0) << "polls do not rest before " << what;
+        change(); // the next poll without it is eight seconds away
+        EXPECT_GE(polls(Seconds(1)), 1) << what;
+    }
 }
 
 TEST_F(Announcements, AnAnnouncementThatIsLostIsMadeUpForByTheNextPoll) {
@@ -115,7 +145,7 @@ TEST_F(Announcements, AnEnhancedUserInterfaceIsOffForOneSeriesOfFrames) {
     EXPECT_EQ(journal.find("Notes: AXEnhanced"), std::string::npos);
 }
 
-TEST_F(Announcements, APressAsksOnlyNearATitleOrAnEdge) {
+TEST_F(Announcements, APressQueriesOnlyNearATitleOrAnEdge) {
     OverlayBoard board;
     WindowDragCoordinator drags(desk.controller(), desk.desktop, board, desk.desktop.queue());
     drags.installMonitor();
@@ -145,7 +175,7 @@ TEST_F(Announcements, APressAsksOnlyNearATitleOrAnEdge) {
     desk.settle().expectTiles("Mail 15,15 1254x1382 + Notes | -");
 }
 
-TEST(WindowHold, WindowsAreDraggedByTitlesAndEdges) {
+TEST(WindowHold, TitlesAndEdgesAreWhereWindowsAreTakenHoldOf) {
     const std::vector<CGRect> frames = {makeRect(100, 100, 800, 600), makeRect(1000, 100, 300, 300)};
     const struct {
         CGPoint point;

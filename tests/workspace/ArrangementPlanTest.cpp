@@ -73,7 +73,7 @@ TEST(ArrangementPlan, EqualsGoByNameWithoutRegardToCaseThenByOrder) {
     EXPECT_EQ(twins.plan(), "second opened:focus-main first in name only:secondary-1");
 }
 
-TEST(ArrangementPlan, WhatWasLearntWinsOverThePresentTileAndThatOverTheRole) {
+TEST(ArrangementPlan, LearnedTilesPrecedeThePresentTileAndThatPrecedesTheRole) {
     Table table;
     table.display("D", "jarvis.dual-split");
     table.window("Firefox").currentTargetID = "D::secondary-1";

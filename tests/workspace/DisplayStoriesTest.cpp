@@ -397,7 +397,7 @@ TEST(DisplaySuccession, IsGuessedOnlyWhereThereIsOneAnswer) {
 
 /// Down to no display at all and back, in any order, fast or slowly, awake or asleep, in another order of the displays
 /// or moved beside one another: the picture is what it was.
-TEST(DisplayWalk, ShrinkingToNothingAndBackRestoresAllWindows) {
+TEST(DisplayWalk, ShrinkingToNothingAndBackGivesTheSameArrangement) {
     forEachSeed(60, [](std::uint32_t seed) {
         SCOPED_TRACE(seed);
         std::mt19937 random(seed);

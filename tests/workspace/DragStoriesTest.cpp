@@ -12,9 +12,9 @@ namespace kova {
 namespace {
 
 /// Two windows side by side, the divider between them, and the hand.
-class Halves : public ::testing::Test {
+class DragStories : public ::testing::Test {
   protected:
-    Halves() {
+    DragStories() {
         desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
         divider = desk.controller().dividers().front();
         history = desk.controller().undoHistory().size();
@@ -41,7 +41,7 @@ class Halves : public ::testing::Test {
     std::size_t history = 0;
 };
 
-TEST_F(Halves, BothNeighboursFollowTheDividerAndUndoPutsItBack) {
+TEST_F(DragStories, BothNeighboursFollowTheDividerAndUndoPutsItBack) {
     EXPECT_EQ(kova().dividerFrameOnScreen(divider), makeRect(1274, 38, 12, 1392));
     ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
     kova().perform(action::UpdateDividerDrag{divider, 200});
@@ -59,7 +59,7 @@ TEST_F(Halves, BothNeighboursFollowTheDividerAndUndoPutsItBack) {
     EXPECT_TRUE(desk.state().profile->layoutWeightsByDisplay.empty());
 }
 
-TEST_F(Halves, ADividerStopsWhereTheNeighbourCannotShrink) {
+TEST_F(DragStories, ADividerStopsWhereTheNeighbourCannotShrink) {
     ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
     kova().perform(action::UpdateDividerDrag{divider, 5000});
     kova().perform(action::EndDividerDrag{divider});
@@ -67,7 +67,7 @@ TEST_F(Halves, ADividerStopsWhereTheNeighbourCannotShrink) {
     desk.expectTiles("Codex 15,15 2198x1382 | Mail 2235,15 310x1382");
 }
 
-TEST_F(Halves, ABurstOfUpdatesReachesTheWindowsSixtyTimesASecondAndEndsOnTheLast) {
+TEST_F(DragStories, ABurstOfUpdatesReachesTheWindowsSixtyTimesASecondAndEndsOnTheLast) {
     ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
     const auto revision = *desk.state().layoutRevision;
     for (int i = 1; i <= 100; ++i) {
@@ -81,7 +81,7 @@ TEST_F(Halves, ABurstOfUpdatesReachesTheWindowsSixtyTimesASecondAndEndsOnTheLast
     kova().perform(action::EndDividerDrag{divider});
 }
 
-TEST_F(Halves, ADragThatEndsWhereItBeganOrIsCancelledChangesNothing) {
+TEST_F(DragStories, ADragThatEndsWhereItBeganOrIsCancelledChangesNothing) {
     const auto profile = *desk.state().profile;
     ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
     kova().perform(action::EndDividerDrag{divider});
@@ -99,8 +99,8 @@ TEST_F(Halves, ADragThatEndsWhereItBeganOrIsCancelledChangesNothing) {
     EXPECT_EQ(newUndoSteps(), 0u);
 }
 
-TEST_F(Halves, PollsDoNotMoveADraggedWindow) {
-    desk.desktop.setAnnouncesAllChanges(false);
+TEST_F(DragStories, PollsDoNotMoveADraggedWindow) {
+    desk.desktop.setVouching(false);
     ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
     kova().perform(action::UpdateDividerDrag{divider, 300});
     for (int i = 0; i < 30; ++i) {
@@ -117,7 +117,7 @@ TEST_F(Halves, PollsDoNotMoveADraggedWindow) {
     kova().perform(action::EndDividerDrag{divider});
 }
 
-TEST_F(Halves, ADoubleClickForgetsTheWeightsAndAForeignDividerIsRefused) {
+TEST_F(DragStories, ADoubleClickForgetsTheWeightsAndAForeignDividerIsRefused) {
     EXPECT_FALSE(kova().perform(action::ResetDivider{divider})) << "nothing to forget";
     ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
     kova().perform(action::UpdateDividerDrag{divider, 300});
@@ -132,7 +132,7 @@ TEST_F(Halves, ADoubleClickForgetsTheWeightsAndAForeignDividerIsRefused) {
     EXPECT_FALSE(kova().perform(action::BeginDividerDrag{divider}));
 }
 
-TEST_F(Halves, ADividerDragIsAbandonedWhenTheMachineSleeps) {
+TEST_F(DragStories, ADividerDragIsAbandonedWhenTheMachineSleeps) {
     ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
     kova().perform(action::UpdateDividerDrag{divider, 300});
     desk.sleep();
@@ -141,13 +141,13 @@ TEST_F(Halves, ADividerDragIsAbandonedWhenTheMachineSleeps) {
     desk.expectTiles(kHalves);
 }
 
-TEST_F(Halves, NoDividersOnADisplayThatAZoomedWindowOwns) {
+TEST_F(DragStories, NoDividersOnADisplayThatAZoomedWindowOwns) {
     desk.desktop.userFocuses("Mail");
     desk.zoom();
     EXPECT_TRUE(kova().dividers().empty());
 }
 
-TEST_F(Halves, AWindowDroppedOnAnotherTileMovesThereAndUndoPutsItBack) {
+TEST_F(DragStories, AWindowDroppedOnAnotherTileMovesThereAndUndoPutsItBack) {
     takes("Mail");
     desk.desktop.userMoves("Mail", makeRect(400, 300, 1254, 1382));
     kova().perform(action::UpdateWindowDrag{{500, 700}, action::WindowDragKind::move});
@@ -160,7 +160,7 @@ TEST_F(Halves, AWindowDroppedOnAnotherTileMovesThereAndUndoPutsItBack) {
     desk.expectTiles(kHalves);
 }
 
-TEST_F(Halves, DroppedOnItsOwnTileOrBetweenTilesItReturns) {
+TEST_F(DragStories, DroppedOnItsOwnTileOrBetweenTilesItReturns) {
     for (const CGPoint pointer : {CGPoint{2000, 700}, CGPoint{1280, 700}}) {
         takes("Mail");
         letsGo("Mail", makeRect(1000, 300, 1254, 1382), pointer);
@@ -169,8 +169,8 @@ TEST_F(Halves, DroppedOnItsOwnTileOrBetweenTilesItReturns) {
     EXPECT_EQ(newUndoSteps(), 0u);
 }
 
-TEST_F(Halves, AWindowUnderAPressedButtonIsNotMoved) {
-    desk.desktop.setAnnouncesAllChanges(false);
+TEST_F(DragStories, AWindowUnderAPressedButtonIsNotMoved) {
+    desk.desktop.setVouching(false);
     takes("Mail");
     desk.desktop.userMoves("Mail", makeRect(1000, 300, 1254, 1382));
     for (int i = 0; i < 10; ++i) desk.advance(Seconds(0.5));
@@ -180,7 +180,7 @@ TEST_F(Halves, AWindowUnderAPressedButtonIsNotMoved) {
     desk.expectTiles(kHalves);
 }
 
-TEST_F(Halves, WithShiftItFloatsUntilTheNextArrangementOrUntilItIsDroppedOnATile) {
+TEST_F(DragStories, WithShiftItFloatsUntilTheNextArrangementOrUntilItIsDroppedOnATile) {
     takes("Mail");
     letsGo("Mail", makeRect(1000, 300, 1254, 1000), {2000, 700}, action::DropMode::floating);
     desk.expectTiles("Codex 15,15 1254x1382 | -");
@@ -191,7 +191,7 @@ TEST_F(Halves, WithShiftItFloatsUntilTheNextArrangementOrUntilItIsDroppedOnATile
     EXPECT_EQ(newUndoSteps(), 2u);
 }
 
-TEST_F(Halves, AWindowPulledWiderTakesTheDividerAlong) {
+TEST_F(DragStories, AWindowPulledWiderTakesTheDividerAlong) {
     takes("Codex");
     letsGo("Codex", makeRect(15, 15, 1554, 1382), {1569, 700}, action::DropMode::intoTile,
            action::WindowDragKind::resize);
@@ -207,7 +207,7 @@ TEST_F(Halves, AWindowPulledWiderTakesTheDividerAlong) {
     desk.expectTiles(kHalves); // there is no divider at the display's edge
 }
 
-TEST_F(Halves, BothEdgesOfAPulledCornerFollowWhateverWeightsTheirSplitsHad) {
+TEST_F(DragStories, BothEdgesOfAPulledCornerFollowWhateverWeightsTheirSplitsHad) {
     desk.layout("jarvis.quad-grid").opens("Notes").opens("Viewer").arrange();
     for (const auto& each : kova().dividers()) {
         if (each.divider.splitID != "root.1") continue;
@@ -227,7 +227,7 @@ TEST_F(Halves, BothEdgesOfAPulledCornerFollowWhateverWeightsTheirSplitsHad) {
     EXPECT_NEAR(minY(corner()), minY(before) - 50, 1);
 }
 
-TEST_F(Halves, AnotherActionComesFirstAndEndsTheDragWhereItBegan) {
+TEST_F(DragStories, AnotherActionComesFirstAndEndsTheDragWhereItBegan) {
     ASSERT_TRUE(kova().perform(action::BeginDividerDrag{divider}));
     kova().perform(action::UpdateDividerDrag{divider, 300});
     desk.perform(action::Arrange{});
@@ -237,7 +237,7 @@ TEST_F(Halves, AnotherActionComesFirstAndEndsTheDragWhereItBegan) {
     EXPECT_EQ(newUndoSteps(), 1u) << "the arrangement alone";
 }
 
-TEST_F(Halves, ResizingAFloatingWindowIsNoDrop) {
+TEST_F(DragStories, ResizingAFloatingWindowIsNoDrop) {
     desk.opens("Notes", {.frame = makeRect(100, 100, 500, 400)}).advance(Seconds(1));
     takes("Notes");
     letsGo("Notes", makeRect(100, 100, 800, 600), {850, 600}, action::DropMode::intoTile,
@@ -246,7 +246,7 @@ TEST_F(Halves, ResizingAFloatingWindowIsNoDrop) {
     EXPECT_EQ(newUndoSteps(), 0u);
 }
 
-TEST_F(Halves, TakingAnotherWindowEndsTheZoom) {
+TEST_F(DragStories, TakingAnotherWindowEndsTheZoom) {
     desk.opens("Notes", {.frame = makeRect(100, 100, 500, 400)}).advance(Seconds(1));
     desk.desktop.userFocuses("Mail");
     desk.zoom();

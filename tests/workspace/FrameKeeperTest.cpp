@@ -28,7 +28,7 @@ struct FrameKeeperTest : testing::Test {
     }
 };
 
-TEST_F(FrameKeeperTest, ARefusedFrameIsRequestedAtMostThreeTimes) {
+TEST_F(FrameKeeperTest, TheSameFrameIsRequestedOnlyALimitedNumberOfTimes) {
     const auto window = windowAt(makeRect(50, 0, 100, 100));
     refuse(window, FrameKeeper::kAttempts - 1);
     EXPECT_EQ(frames.refusal("mail"), nullptr);

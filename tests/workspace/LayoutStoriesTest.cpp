@@ -272,7 +272,7 @@ TEST(FocusModeStories, StoppingGivesTheDisplayBackAndAFullHistoryLosesNothing) {
     EXPECT_EQ(desk.controller().undoHistory().entries(), history);
 }
 
-TEST(UndoStories, MinimizedStateAndFramesAreRestoredAndClosedWindowsSkipped) {
+TEST(UndoStories, MinimizedStateAndFramesComeBackAndClosedWindowsAreSkipped) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex", {.frame = makeRect(20, 20, 600, 400)}).opens("Mail", {.frame = makeRect(80, 80, 600, 400)});

@@ -16,7 +16,7 @@ ManagedWindow windowOf(const std::string& id, pid_t process) {
     return window;
 }
 
-TEST(LiveWindows, RequestedStateCountsUntilAPollConfirmsIt) {
+TEST(LiveWindows, CountAsInTheRequestedStateUntilAPollConfirmsIt) {
     LiveWindows windows;
     (void)windows.take({windowOf("a", 1), windowOf("b", 1), windowOf("c", 2)}, Seconds{0});
     EXPECT_FALSE(windows.request("gone", WindowPresentation::shown, Seconds{1}));

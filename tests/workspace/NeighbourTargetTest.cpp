@@ -31,7 +31,7 @@ TEST(NeighbourTarget, GoesStraightRatherThanAside) {
     EXPECT_EQ(neighbourTarget("unknown", left, quad()), std::nullopt);
 }
 
-TEST(NeighbourTarget, WeighsWhatLiesAsideTwoAndAQuarterTimes) {
+TEST(NeighbourTarget, WeighsTheSidewaysDistanceTwoAndAQuarterTimes) {
     const auto frames = [](double aside) {
         return std::map<std::string, CGRect>{
             {"from", makeRect(0, 0, 0, 0)}, {"ahead", makeRect(325, 0, 0, 0)}, {"aside", makeRect(100, aside, 0, 0)}};

@@ -167,7 +167,7 @@ TEST(PlacementStories, AWindowThatRefusesItsFrameIsRequestedThreeTimes) {
     desk.opens("Codex").opens("Mail", {.frame = makeRect(40, 40, 500, 400), .refusesToMove = true}).arrange();
     desk.advance(Seconds(10));
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(600)), 0);
-    desk.desktop.setAnnouncesAllChanges(false);
+    desk.desktop.setVouching(false);
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(600)), 0) << "nor by polls that come all the same";
 }
 
@@ -206,7 +206,7 @@ TEST(PlacementStories, AWindowThatVanishesBetweenPlanAndPlacementIsSkipped) {
     desk.expectTiles("- | Mail 1291,15 1254x1382");
 }
 
-TEST(PlacementStories, WhatIsLearntSurvivesARestart) {
+TEST(PlacementStories, WhatIsLearnedSurvivesARestart) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     desk.desktop.userFocuses("Mail");
@@ -219,7 +219,7 @@ TEST(PlacementStories, WhatIsLearntSurvivesARestart) {
     desk.expectTiles("Mail 15,15 1254x1382 | Codex 1291,15 1254x1382");
 }
 
-TEST(PlacementStories, AnArrangementThatIsUndoneIsNotLearnt) {
+TEST(PlacementStories, AnArrangementThatIsUndoneIsNotLearned) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     for (int count = 0; count < 3; ++count) desk.opens("Terminal");

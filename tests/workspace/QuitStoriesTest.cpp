@@ -41,7 +41,7 @@ TEST_F(Quitting, AnApplicationIsAskedToQuitAndItsTileIsFreeSoonAfter) {
     desk.expectMessage("Quit requested for Mail");
 }
 
-TEST_F(Quitting, AnApplicationThatRefusesToQuitStaysManagedUntilForced) {
+TEST_F(Quitting, AnApplicationThatRefusesToQuitStaysManaged) {
     const std::string before = desk.tiles();
     desk.desktop.setQuittingHabit("Mail", QuittingHabit::refuses);
     const auto mail = desk.desktop.windowIDOf("Mail");
@@ -81,7 +81,7 @@ TEST_F(Quitting, AZoomedApplicationFirstGivesTheDisplayBack) {
     desk.settle().expectTiles(before);
 }
 
-TEST_F(Quitting, ComponentsOfTheDesktopAreNotEnded) {
+TEST_F(Quitting, PartsOfTheDesktopAreNotEnded) {
     desk.desktop.launch("Files", {.isPartOfDesktop = true});
     desk.opens("Files").settle();
     const std::string files = desk.desktop.windowIDOf("Files");
@@ -93,7 +93,7 @@ TEST_F(Quitting, ComponentsOfTheDesktopAreNotEnded) {
     EXPECT_EQ(asked(), "");
 }
 
-TEST_F(Quitting, ForceQuittingAllAsksForConfirmation) {
+TEST_F(Quitting, EndingAllApplicationsIsConfirmedFirst) {
     desk.desktop.launch("KOVA");
     desk.desktop.launch("Finder", {.bundleIdentifier = "com.apple.finder"});
     desk.desktop.launch("Panel", {.isPartOfDesktop = true});
@@ -112,7 +112,11 @@ TEST_F(Quitting, ForceQuittingAllAsksForConfirmation) {
                                  "Finder will stay open.\n\nÄhre\nfinder\nMail\nNotes\nUnknown Application",
                          .confirmButton = "Force Quit All",
                          .cancelButton = "Cancel"};
-    EXPECT_EQ(desk.desktop.takeAlerts(), std::vector{question});
+    std::vector<Alert> shown = desk.desktop.takeAlerts();
+    ASSERT_EQ(shown.size(), 1u);
+    shown[0].text = textWithApplications(shown[0]);
+    EXPECT_EQ(std::exchange(shown[0].applications, {})[1].bundleIdentifier, "com.apple.Finder");
+    EXPECT_EQ(shown[0], question);
     desk.desktop.answerAlert(false);
     desk.settle();
     EXPECT_EQ(asked(), "");

@@ -25,7 +25,7 @@ class RandomDay {
   public:
     explicit RandomDay(std::uint32_t seed) : random_(seed) {
         desk_.display(2560, 1440);
-        desk_.desktop.setAnnouncesAllChanges(chance(2));
+        desk_.desktop.setVouching(chance(2));
         for (const char* name : {"Mail", "Notes", "Codex"}) desk_.desktop.install(name);
         desk_.desktop.setHidingStyle(chance(2) ? HidingStyle::hidesApplication : HidingStyle::iconifiesWindows);
         const bool listsAll = chance(2);
@@ -450,7 +450,7 @@ class RandomDay {
     };
 };
 
-TEST(RandomDesktop, KeepsItsPromisesWhateverHappens) {
+TEST(RandomDesktop, KeepsTheInvariantsWhateverHappens) {
     forEachSeed(kUsualDays, [](std::uint32_t seed) { RandomDay{seed}; });
 }
 

@@ -34,7 +34,7 @@ TEST_F(Recovery, WindowsComeBackOneByOneAndEachIsPutBackOnce) {
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(20)), 0) << "seen on many polls, put back once";
 }
 
-TEST_F(Recovery, AWindowThatIsMissingAfterTenSecondsLosesItsTileAndOneThatVanishesAgainAtOnce) {
+TEST_F(Recovery, AWindowThatIsMissingAfterTenSecondsLosesItsTileAndOneThatVanishesAgainLosesItAtOnce) {
     desk.sleep();
     desk.desktop.loseWindow("Mail");
     desk.wake().advance(Seconds(9));
@@ -211,12 +211,13 @@ TEST_F(Recovery, SuspensionEndsDragsAndVerifications) {
 }
 
 TEST_F(Recovery, IsOverInTimeWithoutThePermissionToo) {
-    if (!desk.desktop.announcesUnasked()) return; // a permission that is given is looked for with every tick there
     desk.desktop.setTrusted(false);
     desk.settle().sleep().wake().advance(Seconds(12));
-    const int polls = desk.desktop.pollingQueue().jobsBegun();
+    const int before = desk.desktop.pollingQueue().jobsBegun();
     desk.advance(Seconds(30));
-    EXPECT_EQ(desk.desktop.pollingQueue().jobsBegun(), polls) << "nothing is waited for";
+    // A Mac does not announce a permission that is given, so it is looked for twice a second.
+    const int polls = desk.desktop.announcesUnasked() ? 0 : 60;
+    EXPECT_EQ(desk.desktop.pollingQueue().jobsBegun() - before, polls) << "nothing else is waited for";
 }
 
 TEST_F(Recovery, StoppingWhileSuspendedGivesTheZoomedDisplayBack) {

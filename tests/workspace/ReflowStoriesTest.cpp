@@ -56,7 +56,7 @@ std::vector<CGRect> tiledFrames(Scenario& desk) {
     return frames;
 }
 
-TEST(ReflowStories, EveryDesktopSettlesAndWindowsThatFitDoNotOverlap) {
+TEST(ReflowStories, EveryArrangementSettlesAndWindowsThatFitDoNotOverlap) {
     const std::vector<std::string> layouts = {"jarvis.command-center", "jarvis.dual-split", "jarvis.triple-strip",
                                               "jarvis.quad-grid",      "jarvis.six-grid",   "jarvis.triple-stack"};
     for (unsigned seed = 1; seed <= 60; ++seed) {

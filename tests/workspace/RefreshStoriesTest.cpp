@@ -34,14 +34,14 @@ TEST(RefreshStories, AnIdleDesktopThatAnnouncesChangesIsNotPolled) {
 
 TEST(RefreshStories, ADesktopWithoutAnnouncementsIsPolledTwiceASecond) {
     Scenario desk;
-    desk.desktop.setAnnouncesAllChanges(false);
+    desk.desktop.setVouching(false);
     desk.display(2560, 1440).opens("Mail").start();
     const int jobs = desk.desktop.pollingQueue().jobsBegun();
     desk.advance(Seconds(10));
     EXPECT_EQ(desk.desktop.pollingQueue().jobsBegun(), jobs + 20);
 }
 
-TEST(RefreshStories, AWindowThatRoundsItsSizeIsPublishedWithItsActualFrame) {
+TEST(RefreshStories, AWindowThatRoundsItsSizeIsKnownByItsRealFrame) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Terminal", {.cell = {17, 31}}).arrange();
     desk.advance(Seconds(30));
@@ -58,7 +58,7 @@ TEST(RefreshStories, OnePollAtATimeHoweverSlowItIs) {
     Scenario desk;
     desk.display(2560, 1440).opens("Mail").start();
     desk.desktop.pollingQueue().setJobDuration(Seconds(3));
-    desk.desktop.setAnnouncesAllChanges(false);
+    desk.desktop.setVouching(false);
     const int jobs = desk.desktop.pollingQueue().jobsBegun();
     desk.advance(Seconds(0.5));
     desk.controller().refresh();
@@ -141,7 +141,7 @@ TEST(RefreshStories, OnlyWhatIsShownRepublishesTheWindows) {
     EXPECT_EQ(published, 1);
 }
 
-TEST(RefreshStories, WithdrawnPermissionEmptiesTheTilesAndGrantedAgainArranges) {
+TEST(RefreshStories, PermissionTakenEmptiesTheTilesAndGivenBackArrangesAgain) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     desk.desktop.setTrusted(false);
@@ -251,7 +251,7 @@ TEST(RefreshStories, AStatusMessageStaysForItsFullFourSeconds) {
     EXPECT_EQ(*controller.state().lastActionMessage, std::nullopt);
 }
 
-TEST(RefreshStories, ThePromptIsShownOnlyWhenAskedForAndNeeded) {
+TEST(RefreshStories, ThePermissionDialogIsShownOnlyWhenRequestedAndNeeded) {
     Scenario desk;
     desk.display(2560, 1440);
     desk.desktop.setTrusted(false);

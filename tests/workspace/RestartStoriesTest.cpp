@@ -60,7 +60,7 @@ TEST_F(Restart, ACrashLosesNothingAndMovesNothing) {
 }
 
 /// On a desktop that brings back what was hidden when its agent ends.
-TEST_F(Restart, AnUpgradeKeepsAllWindowsInPlace) {
+TEST_F(Restart, AnUpgradeKeepsTheArrangement) {
     struct Case {
         const char* what;
         std::function<void()> meanwhile;
@@ -188,7 +188,7 @@ TEST_F(Restart, ADisplayThatReturnsWhileNoAgentRunsHasItsWindowsBack) {
     }
 }
 
-TEST_F(Restart, ADisplayThatGoesWhileNoAgentRunsLeavesNoWindowWithoutATile) {
+TEST_F(Restart, ADisplayUnpluggedWhileNoAgentRunsLeavesNoWindowWithoutATile) {
     desk.display(2560, 1440, "B").layout("jarvis.dual-split");
     desk.opens("Codex", {.frame = makeRect(2700, 100, 900, 700)}).arrange();
     desk.desktop.close("Terminal");

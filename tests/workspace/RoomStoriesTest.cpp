@@ -54,7 +54,7 @@ TEST(RoomStories, AnApplicationThatRaisesItsMinimumGetsTheRoom) {
     EXPECT_FALSE(desk.desktop.isOnScreen(desk.desktop.window("Mail")));
 }
 
-TEST(RoomStories, ALargerInsetLeavesNoWindowCramped) {
+TEST(RoomStories, ALargerInsetLeavesNoWindowBelowItsMinimumSize) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.opens("Codex", {.minimumSize = {{1240, 300}}}).opens("Mail", {.minimumSize = {{1240, 300}}}).arrange();
@@ -63,7 +63,7 @@ TEST(RoomStories, ALargerInsetLeavesNoWindowCramped) {
     desk.expectTiles("Codex 30,30 2500x1352 + Mail | (Codex)");
 }
 
-TEST(RoomStories, AWindowThatLosesItsSpanIsStackedBehindTheNewWindow) {
+TEST(RoomStories, AWindowThatLosesItsSpanIsStackedBehindTheNewFrontWindow) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.opens("Codex", {.minimumSize = {{2300, 400}}}).opens("Mail").arrange();

@@ -191,7 +191,7 @@ TEST_F(Rules, KeepWindowsOutOfArrangements) {
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 2u);
 }
 
-TEST_F(Rules, AllRulesAreEvaluatedBeforeAnyWindowMoves) {
+TEST_F(Rules, AllRulesAreMatchedBeforeAnyWindowMoves) {
     struct Case {
         const char* layout;
         const char* notesTo;
@@ -296,7 +296,7 @@ TEST_F(Rules, OfTheFocusedApplication) {
     EXPECT_EQ(desk.state().rules->size(), 3u);
 }
 
-TEST_F(Rules, AreEditedAndSavedWithoutAWord) {
+TEST_F(Rules, AreEditedAndSavedWithoutAMessage) {
     add(tileMail());
     EXPECT_FALSE(desk.controller().perform(action::AddRule{rule("", std::nullopt, std::nullopt, " \n")}));
     desk.expectMessage("A rule needs an application or a part of a title");

@@ -127,7 +127,7 @@ TEST(SceneStories, EveryWindowIsBackInItsTileAndStack) {
     EXPECT_EQ(differences(desk, scene.id), "");
 }
 
-TEST(SceneStories, ASceneWithoutANameIsNamedByTheTime) {
+TEST(SceneStories, ASceneWithoutANameIsNamedAfterTheTime) {
     Scenario desk;
     desk.display(2560, 1440).opens("Mail").arrange();
     const Date now = std::chrono::floor<std::chrono::microseconds>(desk.desktop.queue().now());
@@ -138,7 +138,7 @@ TEST(SceneStories, ASceneWithoutANameIsNamedByTheTime) {
     EXPECT_NE(desk.state().scenes->front().id, desk.state().scenes->back().id) << "two scenes may bear one name";
 }
 
-TEST(SceneStories, CaptureReturnsThePlaceOfEachWindow) {
+TEST(SceneStories, CaptureRecordsThePlaceOfEachWindow) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     desk.opens("Codex", {.minimumSize = {{2300, 400}}}).opens("Mail").opens("Tool").arrange().opens("Floating");
@@ -321,7 +321,7 @@ TEST(SceneStories, AnotherSceneEndsTheWaitingOfTheFirst) {
     desk.expectMessage("");
 }
 
-TEST(SceneStories, ADisplayThatIsMissingIsStoodInForByTheFirst) {
+TEST(SceneStories, TheFirstDisplayReplacesAMissingOne) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split");
     desk.display(1920, 1080).layout("jarvis.dual-split");
@@ -335,7 +335,7 @@ TEST(SceneStories, ADisplayThatIsMissingIsStoodInForByTheFirst) {
     open(desk, lastScene(desk)).expectTiles("Mail 15,15 1254x1382 | -");
 }
 
-TEST(SceneStories, UnavailableLayoutsAndDisplaysAreLeftOut) {
+TEST(SceneStories, UnavailablePartsAreLeftOut) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     auto scene = sceneOf({"Mail||secondary-1|0", "Notes||no-such-slot|0"}, "no.such.layout");
@@ -352,7 +352,7 @@ TEST(SceneStories, UnavailableLayoutsAndDisplaysAreLeftOut) {
     EXPECT_EQ(desk.state().assignedWindowIDs->size(), 1u);
 }
 
-TEST(SceneStories, StackIndicesOfAnySizeAreCompared) {
+TEST(SceneStories, StackIndicesOfAnySizeCanBePrinted) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").start();
     auto scene = sceneOf({"Mail||focus-main|1"});

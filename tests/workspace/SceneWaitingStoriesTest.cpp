@@ -158,7 +158,7 @@ TEST_F(WaitingScene, WindowsAreRaisedAboveThoseThatDoNotBelongToTheScene) {
     EXPECT_EQ(desk.desktop.takeJournal(), "") << "the second time raises nothing";
 }
 
-TEST(StackingOrder, TheWindowThatHadTheKeyboardLastComesOutOnTop) {
+TEST(StackingOrder, TheWindowFocusedLastEndsOnTop) {
     struct Case {
         std::string onScreen; // front to back; "x" covers all of them
         std::vector<std::string> focusOrder;

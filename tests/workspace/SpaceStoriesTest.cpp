@@ -58,14 +58,14 @@ TEST_P(Spaces, AWindowThatIsTooSmallForAWhileKeepsItsTile) {
     desk.settle().expectTiles(picture);
 }
 
-TEST_P(Spaces, AWindowOfFixedSizeIsNotWrittenAgainAtEachReturn) {
+TEST_P(Spaces, AWindowThatKeepsItsOwnSizeGetsNoNewRequestAtEachReturn) {
     desk.opens("Terminal", {.cell = {17, 31}}).layout("jarvis.triple-stack").arrange().advance(Seconds(20));
     const int asked = desk.desktop.window("Terminal").frameWriteCount;
     for (const int space : {1, 0, 1, 0}) show(space).settle();
     EXPECT_EQ(desk.desktop.window("Terminal").frameWriteCount, asked);
 }
 
-TEST_P(Spaces, AnArrangementThereMovesNothingHere) {
+TEST_P(Spaces, AnArrangementOnAnotherSpaceChangesNoneHere) {
     show(1).opens("Maps").opens("Codex").arrange();
     const std::string there = desk.tiles();
     EXPECT_EQ(there.find("Mail"), std::string::npos) << there;
@@ -180,7 +180,7 @@ TEST_P(Spaces, WhatIsClosedThereIsForgotten) {
     EXPECT_EQ(desk.tiles().find("Notes"), std::string::npos) << desk.tiles();
 }
 
-TEST_P(Spaces, UndoThereMovesNothingHere) {
+TEST_P(Spaces, UndoOnAnotherSpaceChangesNoneHere) {
     show(1).opens("Maps", {.frame = makeRect(300, 300, 800, 600)}).arrange();
     desk.undo();
     EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Maps")), "Maps 300,300 800x600");
@@ -204,7 +204,7 @@ TEST(ListedSpaces, AWindowSentToTheOtherSpaceCountsAsNewThere) {
 
 TEST(SilentApplication, KeepsItsPlacesAsLongAsItsProcessLives) {
     Scenario desk;
-    desk.desktop.setAnnouncesAllChanges(false);
+    desk.desktop.setVouching(false);
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     const std::string picture = desk.tiles();
     for (const Seconds silence : {Seconds(0.6), Seconds(90)}) {
@@ -349,7 +349,7 @@ TEST(NativeTabs, AWindowOfTheNextSpaceWithTheSameFrameIsAnother) {
         SCOPED_TRACE(c.what);
         Scenario desk;
         desk.desktop.setSpaceStyle(SpaceStyle::listsShown);
-        desk.desktop.setAnnouncesAllChanges(false);
+        desk.desktop.setVouching(false);
         desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail");
         if (c.hasOther) desk.opens("Notes");
         desk.arrange();

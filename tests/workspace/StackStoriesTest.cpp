@@ -88,7 +88,7 @@ TEST(StackStories, AnArrangementThatFollowsAtOnceFindsTheNextWindowShown) {
     }
 }
 
-TEST(StackStories, AStackedWindowThatTheUserJustRestoredTakesPartInAnArrangement) {
+TEST(StackStories, AStackedWindowThatTheUserJustShowedTakesPartInAnArrangement) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     desk.layout("jarvis.focus-single");
@@ -103,7 +103,7 @@ TEST(StackStories, AStackedWindowThatTheUserJustRestoredTakesPartInAnArrangement
     EXPECT_NE(desk.desktop.isHidden("Codex"), desk.desktop.isHidden("Mail"));
 }
 
-TEST(StackStories, WalkingAWindowRoundAGridAndBackRestoresAllWindows) {
+TEST(StackStories, MovingAWindowAroundAGridAndBackRestoresTheFirstArrangement) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.quad-grid");
     for (const char* name : {"Codex", "Firefox", "Mail", "Viewer"}) desk.opens(name);
@@ -149,7 +149,7 @@ std::size_t shownCount(Scenario& desk) {
         windows.begin(), windows.end(), [&](const auto* window) { return desk.desktop.isOnScreen(*window); }));
 }
 
-TEST(LayoutCycle, ThroughAllLayoutsAndBackRestoresAllWindows) {
+TEST(LayoutCycle, CyclingThroughAllLayoutsRestoresTheFirstArrangement) {
     for (const auto style : {HidingStyle::hidesApplication, HidingStyle::iconifiesWindows}) {
         Scenario desk;
         desk.desktop.setHidingStyle(style);

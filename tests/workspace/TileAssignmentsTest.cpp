@@ -11,7 +11,7 @@ namespace {
 using enum TileAssignments::StackPosition;
 using IDs = std::vector<std::string>;
 
-TEST(TileAssignments, ADisplacedWindowWaitsBehindAFrontWindow) {
+TEST(TileAssignments, ADisplacedWindowIsStackedWhereAFrontWindowIs) {
     TileAssignments tiles;
     (void)tiles.assign("wide", {"D::a", "D::b"});
     tiles.insertIntoStack("D::a", "wide", TileAssignments::StackPosition::front);
@@ -32,7 +32,7 @@ TEST(TileAssignments, AssigningDisplacesTheFrontWindowIntoTheStack) {
     EXPECT_EQ(tiles.stackTargetOf("mail"), "D::a");
 }
 
-TEST(TileAssignments, ASpanningWindowHasOneAnchorAndDisplacedWindowsLoseAllTiles) {
+TEST(TileAssignments, ASpanningWindowHasOneAnchorAndDisplacedWindowsLoseAllTheirTiles) {
     TileAssignments tiles;
     EXPECT_TRUE(tiles.assign("wide", {"D::b", "D::a"}).empty());
     EXPECT_EQ(tiles.targetOf("wide"), "D::b");

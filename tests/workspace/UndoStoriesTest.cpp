@@ -13,7 +13,7 @@ class UndoStories : public testing::TestWithParam<HidingStyle> {};
 INSTANTIATE_TEST_SUITE_P(BothStyles, UndoStories,
                          testing::Values(HidingStyle::hidesApplication, HidingStyle::iconifiesWindows));
 
-TEST_P(UndoStories, AWindowOpenedMeanwhileStaysOnScreenWhenItsApplicationIsHiddenAgain) {
+TEST_P(UndoStories, AWindowOpenedMeanwhileStaysVisibleWhenItsApplicationIsHiddenAgain) {
     for (const bool byUndo : {false, true}) {
         Scenario desk;
         desk.desktop.setHidingStyle(GetParam());
@@ -59,7 +59,7 @@ TEST_P(UndoStories, AWindowOnItsWayBackCountsAsBack) {
 TEST_P(UndoStories, AnswersReadBeforeARequestDoNotOverruleIt) {
     Scenario desk;
     desk.desktop.setHidingStyle(GetParam());
-    desk.desktop.setAnnouncesAllChanges(false);
+    desk.desktop.setVouching(false);
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Codex").arrange();
     desk.desktop.userFocuses("Codex");
     desk.move(WorkspaceDirection::right).expectTiles("- | Codex 1291,15 1254x1382 + Mail");
@@ -112,7 +112,7 @@ TEST(UndoAndFocusStories, AMaximizedWindowIsMaximizedAgainByADesktopThatTakesIts
     }
 }
 
-TEST(UndoAndFocusStories, AStepBackWhileADisplayIsAwayLeavesNoVisibleWindowWithoutATile) {
+TEST(UndoAndFocusStories, UndoWhileADisplayIsDisconnectedLeavesNoVisibleWindowWithoutATile) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").display(1920, 1080).layout("jarvis.dual-split");
     desk.opens("Mail", {.frame = makeRect(2700, 60, 800, 600)}).opens("Codex", {.frame = makeRect(50, 60, 800, 600)});
@@ -124,7 +124,7 @@ TEST(UndoAndFocusStories, AStepBackWhileADisplayIsAwayLeavesNoVisibleWindowWitho
     desk.expectTiles("Codex 15,15 1254x1382 | - || Mail 2575,15 934x1022 | -");
 }
 
-TEST(UndoAndFocusStories, AVisibleWindowThatWaitsInAStackIsNotPlacedWhileItsDisplayIsAway) {
+TEST(UndoAndFocusStories, AVisibleStackedWindowIsNotPlacedWhileItsDisplayIsDisconnected) {
     for (const bool byUndo : {false, true}) {
         Scenario desk;
         desk.display(2560, 1440).layout("jarvis.triple-strip").display(1920, 1080).layout("jarvis.dual-split");
@@ -148,7 +148,7 @@ TEST(UndoAndFocusStories, AVisibleWindowThatWaitsInAStackIsNotPlacedWhileItsDisp
     }
 }
 
-TEST(UndoAndFocusStories, TheSecondPassOfAnArrangementLeavesADraggedWindow) {
+TEST(UndoAndFocusStories, TheSecondPassOfAnArrangementLeavesADraggedWindowAlone) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail", {.isMinimized = true}).opens("Codex").start();
     desk.controller().perform(action::Arrange{});

@@ -109,7 +109,7 @@ TEST_F(WindowCommandStories, AFloatingWindowFloatsOnAfterASleepAndARestart) {
     desk.expectTiles("Codex 15,15 1254x1382 | -");
 }
 
-TEST_F(WindowCommandStories, TheKeyboardAndWindowsGoToOtherDisplays) {
+TEST_F(WindowCommandStories, TheFocusAndWindowsMoveToOtherDisplays) {
     desk.display(2560, 1440).layout("jarvis.dual-split", "B");
     desk.opens("Notes", {.frame = makeRect(2700, 100, 800, 600)}).settle();
     desk.desktop.userFocuses("Notes");
@@ -130,7 +130,7 @@ TEST_F(WindowCommandStories, TheKeyboardAndWindowsGoToOtherDisplays) {
     EXPECT_EQ(steps(command::MoveToDisplay{std::nullopt, std::string("gone")}), "There is no such display");
 }
 
-TEST_F(WindowCommandStories, NamedWindowsTakePrecedenceOverTheFocusedOne) {
+TEST_F(WindowCommandStories, TheNamedWindowIsUsedInsteadOfTheFocusedOne) {
     desk.opens("Notes").settle();
     desk.perform(command::Place{id("Notes"), tile("focus-main")});
     desk.perform(action::CycleStack{StackStep::previous, {}, tile("focus-main")});
@@ -143,7 +143,7 @@ TEST_F(WindowCommandStories, NamedWindowsTakePrecedenceOverTheFocusedOne) {
     EXPECT_EQ(desk.state().assignedWindowIDs->at(tile("secondary-1")), id("Codex"));
 }
 
-TEST_F(WindowCommandStories, ADialogWithTheKeyboardMeansItsWindow) {
+TEST_F(WindowCommandStories, AFocusedDialogMeansItsWindow) {
     desk.opens("Codex", {.frame = makeRect(300, 300, 400, 200), .title = "Save?", .dialogOf = "Codex"}).settle();
     desk.desktop.userFocuses("Codex 2");
     desk.settle();

@@ -14,7 +14,7 @@ bool isConfirmed(const Alert& alert, NSAlertStyle style) {
     NSAlert* dialog = [[NSAlert alloc] init];
     dialog.alertStyle = style;
     dialog.messageText = nsString(alert.title);
-    dialog.informativeText = nsString(alert.text);
+    dialog.informativeText = nsString(textWithApplications(alert));
     [dialog addButtonWithTitle:nsString(alert.confirmButton)];
     if (!alert.cancelButton.empty()) {
         [dialog addButtonWithTitle:nsString(alert.cancelButton)].keyEquivalent = @"\033";

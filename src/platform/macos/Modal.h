@@ -4,6 +4,7 @@
 #import <AppKit/AppKit.h>
 
 #include <functional>
+#include <string>
 
 namespace kova::macos {
 
@@ -20,11 +21,14 @@ NSModalResponse runAlert(NSAlert* alert);
 /// Closes the alert that is shown; it counts as not answered.
 void abandonAlert();
 
-/// Whether a dialog of KOVA is open, or a window of it has the keyboard focus.
+/// Whether a dialog of KOVA is open or about to open, or a window of it has the keyboard focus.
 bool hasDialog();
 /// Activates the application that was active before KOVA, if KOVA is active and has no dialog.
 void returnActivation();
-/// The same once menus and alerts have closed: the system leaves KOVA active then, and key presses reach no window.
+/// Lets the application of that bundle identifier become active in place of KOVA when it asks for it.
+void passActivationTo(const std::string& bundleIdentifier);
+/// `returnActivation` once menus and alerts have closed: the system leaves KOVA active then, and key presses reach no
+/// window.
 void returnActivationSoon();
 
 } // namespace kova::macos

@@ -4,10 +4,18 @@
 
 namespace kova::macos {
 
+namespace {
+
+int pendingDialogs = 0; // those that `runDialogSoon` was given and that have not ended
+
+} // namespace
+
 void runDialogSoon(std::function<void()> dialog) {
+    ++pendingDialogs;
     [NSRunLoop.mainRunLoop performInModes:@[ NSDefaultRunLoopMode ]
                                     block:^{
                                       contained(dialog);
+                                      --pendingDialogs;
                                     }];
     CFRunLoopWakeUp(CFRunLoopGetMain()); // it may be asleep
 }
@@ -52,7 +60,7 @@ void abandonAlert() {
 }
 
 bool hasDialog() {
-    return NSApp.modalWindow || NSApp.keyWindow;
+    return pendingDialogs > 0 || NSApp.modalWindow || NSApp.keyWindow;
 }
 
 void returnActivation() {
@@ -66,6 +74,13 @@ void returnActivation() {
                                 options:NSApplicationActivationOptions(0)];
     } else {
         [before activateWithOptions:NSApplicationActivationOptions(0)];
+    }
+}
+
+void passActivationTo(const std::string& bundleIdentifier) {
+    // Before macOS 14 an application becomes active without the consent of the active one.
+    if (@available(macOS 14.0, *)) {
+        [NSApp yieldActivationToApplicationWithBundleIdentifier:nsString(bundleIdentifier)];
     }
 }
 

@@ -18,7 +18,7 @@ std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
     return pointers;
 }
 
-/// Frees what posix_spawn's setup functions allocate.
+/// What the calls prepare has to be given back.
 struct FileActions {
     posix_spawn_file_actions_t actions{};
     FileActions() { posix_spawn_file_actions_init(&actions); }

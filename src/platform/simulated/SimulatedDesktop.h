@@ -100,6 +100,8 @@ class SimulatedDesktop : public AccessibilityServicing,
     // Alerts
     /// The alerts shown since the last call, in their order.
     std::vector<Alert> takeAlerts() { return std::exchange(alerts_, {}); }
+    /// From now on alerts are shown by `alerts` instead, which outlives their use.
+    void showAlertsBy(AlertServicing& alerts) { alertsOfOthers_ = &alerts; }
     /// Answers the oldest open alert as a user does.
     void answerAlert(bool isConfirmed);
 
@@ -151,7 +153,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     int promptCount() const { return promptCount_; }
     void movePointer(std::optional<CGPoint> pointOnDesktop);
     /// Whether the desktop announces every change.
-    void setAnnouncesAllChanges(bool vouches);
+    void setVouching(bool vouches);
 
     // The mouse (SimulatedHand.cpp); its events are delivered on the queue. Points are in desktop space.
     /// Presses the main button on the handle there when no window lies over it, else on the window there.
@@ -365,6 +367,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     std::vector<Installation> installations_;
     std::map<pid_t, bool> forkingPrograms_; // by their process: whether they have ended
     std::vector<Alert> alerts_;
+    AlertServicing* alertsOfOthers_ = nullptr;
     std::deque<std::function<void(bool)>> questions_;
     std::map<std::uint64_t, SimulatedWindow> windows_;
     std::vector<std::uint64_t> stacking_; // front to back

@@ -163,11 +163,13 @@ std::optional<std::string> SimulatedDesktop::forceTerminate(pid_t process) {
 
 void SimulatedDesktop::inform(const Alert& alert) {
     requireMainThread("inform");
+    if (alertsOfOthers_) return alertsOfOthers_->inform(alert);
     alerts_.push_back(alert);
 }
 
 void SimulatedDesktop::confirm(const Alert& alert, std::function<void(bool)> answer) {
     requireMainThread("confirm");
+    if (alertsOfOthers_) return alertsOfOthers_->confirm(alert, std::move(answer));
     alerts_.push_back(alert);
     questions_.push_back(std::move(answer));
 }

@@ -31,7 +31,7 @@ void SimulatedDesktop::movePointer(std::optional<CGPoint> pointOnDesktop) {
     pointerOnDesktop_ = pointOnDesktop;
 }
 
-void SimulatedDesktop::setAnnouncesAllChanges(bool vouches) {
+void SimulatedDesktop::setVouching(bool vouches) {
     vouches_ = vouches;
     // A cycle that rests must learn that no announcement will come.
     if (!vouches) announceChange();

@@ -157,8 +157,7 @@ void ModelRefresh::askManager(xcb_window_t checkWindow) {
     manager->checkWindow = checkWindow;
     questions_.add(xcb_get_window_attributes(connection_.get(), connection_.root()), [manager](const void* reply) {
         const auto* attributes = as<xcb_get_window_attributes_reply_t>(reply);
-        manager->publishesNoClientList =
-            attributes && (attributes->all_event_masks & XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT);
+        manager->isMute = attributes && (attributes->all_event_masks & XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT);
     });
     questions_.add(
         connection_.askProperty(checkWindow, atoms[Atom::netSupportingWmCheck], 1), [manager](const void* reply) {
@@ -187,9 +186,9 @@ void ModelRefresh::askManager(xcb_window_t checkWindow) {
                        manager->restacks = has(Atom::netRestackWindow);
                        manager->announcesDecorations = has(Atom::netFrameExtents);
                        manager->announcesHidden = has(Atom::netWmStateHidden);
-                       manager->publishesNoClientList = manager->publishesNoClientList && !manager->isPresent;
+                       manager->isMute = manager->isMute && !manager->isPresent;
                        WindowManager none;
-                       none.publishesNoClientList = manager->publishesNoClientList;
+                       none.isMute = manager->isMute;
                        model_.setWindowManager(manager->isPresent ? *manager : none, now_);
                        outcome_.ownersChanged = outcome_.panelsChanged = true;
                    });

@@ -85,8 +85,7 @@ void WindowModel::setClientList(const std::vector<xcb_window_t>& windows, Second
 
 void WindowModel::setWindowManager(const WindowManager& manager, Seconds now) {
     const bool changesHands = !isManagerKnown_ || manager.isPresent != manager_.isPresent ||
-                              manager.checkWindow != manager_.checkWindow ||
-                              manager.publishesNoClientList != manager_.publishesNoClientList;
+                              manager.checkWindow != manager_.checkWindow || manager.isMute != manager_.isMute;
     manager_ = manager;
     if (changesHands) {
         // Another program lists and decorates the same windows, so all their properties may have changed.
@@ -126,14 +125,14 @@ void WindowModel::settle(Seconds now) {
         const ClientWindow* known = client(window);
         const TopLevel* top = known ? topLevel(known->topLevel) : nullptr;
         const bool isUsable = known && (known->iconification.isPutAway() || (top && top->isMapped));
-        if (!isUsable || manager_.publishesNoClientList) forget(window);
+        if (!isUsable || manager_.isMute) forget(window);
     }
 }
 
 /// Adds mapped top levels while there is no window list. Not while a window manager without a list is present, whose
 /// frames are top levels too, nor while one is ending, whose frames still contain known windows.
 void WindowModel::adoptMapped() {
-    if (manager_.publishesNoClientList) return;
+    if (manager_.isMute) return;
     for (const xcb_window_t window : std::vector(stacking_)) {
         const TopLevel* top = topLevel(window);
         const ClientWindow* held = clientIn(window);

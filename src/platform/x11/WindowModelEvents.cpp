@@ -188,8 +188,7 @@ EventEffects WindowModel::applyMapping(xcb_window_t window, bool isMapped, std::
     }
     if (!known) {
         // While window managers change, the next poll tells frames from windows.
-        if (!isMapped || place->second.isOverrideRedirect || manager_.publishesNoClientList || settlesAt_ ||
-            staleManager)
+        if (!isMapped || place->second.isOverrideRedirect || manager_.isMute || settlesAt_ || staleManager)
             return effects;
         adoptUnmanaged(window);
         effects.changed = true;
@@ -226,8 +225,7 @@ EventEffects WindowModel::applyReparent(const xcb_reparent_notify_event_t& event
         unknownTopLevels_.push_back(event.window);
     } else {
         // A window manager that starts puts frames around windows before it announces itself.
-        const bool getsFrame =
-            moved && topLevel(event.parent) && (staleManager || settlesAt_ || manager_.publishesNoClientList);
+        const bool getsFrame = moved && topLevel(event.parent) && (staleManager || settlesAt_ || manager_.isMute);
         if (getsFrame) {
             setTopLevelOf(*moved, kNoWindow);
             forget(event.parent);

@@ -125,7 +125,7 @@ WindowDrag drag(const JsonCursor& at) {
 }
 
 StatusMessage message(const JsonCursor& at) {
-    return {at.required("text").string(), text(at, "display"), flag(at, "canUndo")};
+    return {at.required("text").string(), text(at, "display"), text(at, "undo")};
 }
 
 MenuItem menuItem(const JsonCursor& at) {
@@ -158,7 +158,46 @@ std::map<std::string, ShownWindow> shownWindows(const JsonCursor& at) {
     return windows;
 }
 
+/// The element of that id; null when there is none.
+nlohmann::json* elementOf(nlohmann::json& list, const std::string& id) {
+    const auto found = std::ranges::find_if(list, [&](const auto& element) { return element.value("id", "") == id; });
+    return found == list.end() ? nullptr : &*found;
+}
+
+void mergeList(nlohmann::json& list, const JsonCursor& change) {
+    if (const auto changed = change.optional("changed")) {
+        for (const JsonCursor& element : changed->elements()) {
+            nlohmann::json* known = elementOf(list, element.required("id").string());
+            if (known) {
+                known->update(element.value());
+            } else {
+                list.push_back(element.value());
+            }
+        }
+    }
+    const auto order = change.optional("order");
+    if (!order) return;
+    nlohmann::json ordered = nlohmann::json::array();
+    for (const JsonCursor& id : order->elements()) {
+        nlohmann::json* known = elementOf(list, id.string());
+        if (!known) id.fail("there is no such element");
+        ordered.push_back(std::move(*known));
+    }
+    list = std::move(ordered);
+}
+
 } // namespace
+
+void mergeChanges(nlohmann::json& sections, const JsonCursor& changes) {
+    for (const auto& [name, change] : changes.members()) {
+        nlohmann::json& section = sections[name];
+        if (section.is_array()) {
+            mergeList(section, change);
+        } else {
+            section = change.value();
+        }
+    }
+}
 
 const DisplayContents* OverlayContents::display(std::string_view id) const {
     const auto found = std::ranges::find(displays, id, &DisplayContents::id);

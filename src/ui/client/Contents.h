@@ -16,7 +16,7 @@
 namespace kova::ui {
 
 /// The contract of the overlay topic that this program understands.
-inline constexpr int kOverlayContract = 1;
+inline constexpr int kOverlayContract = 2;
 
 struct AgentVersion {
     int contract = 0;
@@ -99,7 +99,7 @@ struct WindowDrag {
 struct StatusMessage {
     std::string text;
     std::string display;
-    bool canUndo = false;
+    std::string undoMethod; // of the agent, which reverts what the message tells of; empty: it cannot be reverted
     bool operator==(const StatusMessage&) const = default;
 };
 
@@ -126,6 +126,11 @@ struct OverlayContents {
     const DisplayContents* display(std::string_view id) const;
     const TileContents* tile(std::string_view id) const;
 };
+
+/// Brings the sections that an agent told first (`sections`, an object) up to date with what it tells as changed: of
+/// lists the elements that changed, with their new members, and the order of all when that is another one. Throws
+/// `DecodingError`, and `sections` may then be half changed.
+void mergeChanges(nlohmann::json& sections, const JsonCursor& changes);
 
 /// Replaces the sections that are members of `sections`; members that are not known are passed over. Throws
 /// `DecodingError`, and `contents` may then be half changed.

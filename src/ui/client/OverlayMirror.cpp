@@ -94,6 +94,7 @@ std::string OverlayMirror::takeState(const Answer& answer) {
         }
         sequence_ = static_cast<std::uint64_t>(result.required("sequence").integer());
         contents_ = std::move(told);
+        told_ = state.value();
     } catch (const DecodingError& error) {
         refuse(std::string("What the agent tells of the overlay is not understood: ") + error.what());
         return {};
@@ -109,8 +110,12 @@ std::string OverlayMirror::takeChanges(const nlohmann::json& parameters) {
     try {
         const JsonCursor at(parameters, "");
         if (static_cast<std::uint64_t>(at.required("sequence").integer()) != sequence_ + 1) return subscribe();
+        const JsonCursor changes = at.required("changes");
+        mergeChanges(told_, changes);
+        nlohmann::json renewed = nlohmann::json::object();
+        for (const auto& [name, change] : changes.members()) renewed[name] = told_[name];
         OverlayContents told = *contents_;
-        applySections(told, at.required("changes"));
+        applySections(told, JsonCursor(renewed, "changes"));
         ++sequence_;
         if (told == *contents_) return {};
         contents_ = std::move(told);

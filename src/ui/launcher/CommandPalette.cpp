@@ -1,5 +1,6 @@
 #include "ui/launcher/CommandPalette.h"
 
+#include "ui/launcher/PaletteAnswers.h"
 #include "ui/launcher/PaletteCommands.h"
 
 #include <QPainter>
@@ -71,8 +72,6 @@ void TilePicture::paintEvent(QPaintEvent*) {
 CommandPalette::CommandPalette(WindowServices& services) : SearchWindow(services), picture_(new TilePicture(services)) {
     setWindowTitle(tr("Palette"));
     putAbove(picture_);
-    field().setPlaceholderText(tr("Applications, windows, scenes, layouts and commands"));
-    field().setAccessibleName(tr("Search"));
     field().setAccessibleDescription(tr("Type a part of what you want; arrow keys choose, Enter carries it out"));
     list().setAccessibleName(tr("Results"));
     list().setAccessibleDescription(tr("Applications, windows, scenes, layouts and commands, the best match first"));
@@ -123,25 +122,92 @@ std::vector<LauncherEntry> CommandPalette::layoutEntries(const nlohmann::json& r
     return entries;
 }
 
+const Question* CommandPalette::question() const {
+    return command_ && answered_ < command_->questions.size() ? &command_->questions[answered_] : nullptr;
+}
+
+void CommandPalette::filter() {
+    const Question* asked = question();
+    const bool isTyped = asked && (asked->subject == Subject::text || asked->subject == Subject::number);
+    isTyped ? offerOnly(typedAnswer(*asked, field().text())) : SearchWindow::filter();
+}
+
+/// The field asks for what the command needs next. Titles of commands that ask end with “…”.
+void CommandPalette::ask() {
+    const Question& asked = *question();
+    field().setPlaceholderText(tr("%1: %2").arg(command_->title.chopped(1), asked.prompt));
+    field().setAccessibleName(field().placeholderText());
+    field().clear();
+    const unsigned generation = ++generation_;
+    offer({});
+    const std::string method = methodOf(asked.subject);
+    if (method.empty()) return;
+    services().agent.call(this, method, nlohmann::json::object(), [this, generation](const Answer& answer) {
+        if (generation != generation_ || !question()) return;
+        error().say(QString::fromStdString(answer.error));
+        offer(answersIn(answer.result, *question()));
+    });
+}
+
+void CommandPalette::take(const LauncherEntry& entry) {
+    if (const Question* asked = question()) {
+        command_->parameters.update(entry.parameters);
+        if (asked->subject == Subject::window) command_->application = entry.application;
+        ++answered_;
+    } else {
+        command_ = entry;
+        answered_ = 0;
+    }
+    if (question()) return ask();
+    if (!command_->isConfirmedFirst) {
+        perform(*command_);
+        if (answered_ > 0) --answered_; // another answer, should this one be refused
+        return;
+    }
+    const nlohmann::json listed{{"name", command_->application.name}, {"bundleIdentifier", command_->application.id}};
+    services().show("alert", {{"title", tr("%1?").arg(command_->title.chopped(1)).toStdString()},
+                              {"text", tr("Changes that were not saved are lost.").toStdString()},
+                              {"confirm", tr("Force Quit").toStdString()},
+                              {"cancel", tr("Cancel").toStdString()},
+                              {"applications", nlohmann::json::array({listed})},
+                              {"method", command_->method},
+                              {"parameters", command_->parameters}});
+    close();
+}
+
+void CommandPalette::goBack() {
+    if (!command_) return;
+    if (answered_ == 0) return load();
+    --answered_;
+    ask();
+}
+
 void CommandPalette::load() {
+    command_.reset();
+    const unsigned generation = ++generation_;
+    error().clear();
+    field().setPlaceholderText(tr("Applications, windows, scenes, layouts and commands"));
+    field().setAccessibleName(tr("Search"));
     picture_->show(tile());
     picture_->setAccessibleName(tr("Acts on the tile %1").arg(tileName()));
     const OverlayContents* contents = services().overlay ? services().overlay() : nullptr;
     const TileContents* target = contents ? contents->tile(tile()) : nullptr;
     offer(target ? commandEntries(target->display) : std::vector<LauncherEntry>());
-    const auto ask = [this](const char* method, auto&& entriesOf) {
-        services().agent.call(this, method, nlohmann::json::object(), [this, entriesOf](const Answer& answer) {
-            if (answer.error.empty()) offerMore(entriesOf(answer.result));
-        });
+    const auto add = [this, generation](const char* method, auto&& entriesOf) {
+        services().agent.call(this, method, nlohmann::json::object(),
+                              [this, generation, entriesOf](const Answer& answer) {
+                                  if (answer.error.empty() && generation == generation_)
+                                      offerMore(entriesOf(answer.result));
+                              });
     };
-    ask("app.list", [this](const nlohmann::json& result) {
+    add("app.list", [this](const nlohmann::json& result) {
         auto entries = applicationEntries(result, tile());
         for (LauncherEntry& entry : entries) entry.kind = tr("Application");
         return entries;
     });
-    ask("query.windows", [this](const nlohmann::json& result) { return windowEntries(result); });
-    ask("scene.list", [this](const nlohmann::json& result) { return sceneEntries(result); });
-    ask("layout.list", [this](const nlohmann::json& result) { return layoutEntries(result); });
+    add("query.windows", [this](const nlohmann::json& result) { return windowEntries(result); });
+    add("scene.list", [this](const nlohmann::json& result) { return sceneEntries(result); });
+    add("layout.list", [this](const nlohmann::json& result) { return layoutEntries(result); });
 }
 
 } // namespace kova::ui

@@ -1,8 +1,11 @@
 // The palette: one field over applications, open windows, scenes, layouts and commands. A small picture shows the tile
-// that it acts on.
+// that it acts on. A command that needs more asks for it in the same field.
 #pragma once
 
 #include "ui/launcher/SearchWindow.h"
+
+#include <cstddef>
+#include <optional>
 
 namespace kova::ui {
 
@@ -31,12 +34,20 @@ class CommandPalette final : public SearchWindow {
 
   private:
     void load() override;
+    void take(const LauncherEntry& entry) override;
+    void filter() override;
+    void goBack() override;
+    void ask();
+    const Question* question() const;
     QString tileName() const;
     std::vector<LauncherEntry> windowEntries(const nlohmann::json& result) const;
     std::vector<LauncherEntry> sceneEntries(const nlohmann::json& result) const;
     std::vector<LauncherEntry> layoutEntries(const nlohmann::json& result) const;
 
     TilePicture* picture_;
+    std::optional<LauncherEntry> command_; // that is being asked for more
+    std::size_t answered_ = 0;             // of its questions
+    unsigned generation_ = 0;              // of the list; answers for an older one are dropped
 };
 
 } // namespace kova::ui

@@ -13,6 +13,30 @@
 
 namespace kova::ui {
 
+/// What a command asks for before it is carried out.
+enum class Subject {
+    text,
+    number,
+    scene,
+    rule,
+    window,
+    application, // of an open window
+    tile,
+    slot, // of a tile of the layouts in force
+    display,
+    divider,
+    theme,
+    accentColor,
+    shortcutAction,
+    learnedApplication,
+};
+
+struct Question {
+    std::string key; // of the parameter; unused where an answer brings several
+    Subject subject = Subject::text;
+    QString prompt;
+};
+
 struct LauncherEntry {
     QString title;
     QString kind{};                // what it is, beside the title; empty in a list of one kind
@@ -20,8 +44,10 @@ struct LauncherEntry {
     QString iconName{};            // of the icon theme, or a file; empty: found by the application
     QString words{};               // more to find it by
     int uses = 0;
-    std::string method; // of the agent, for choosing it
+    std::string method{}; // of the agent, for choosing it
     nlohmann::json parameters = nlohmann::json::object();
+    std::vector<Question> questions{}; // asked in this order; an answer is an entry with the parameters to add
+    bool isConfirmedFirst = false;     // an alert asks before it is carried out
 };
 
 /// The entries of `app.list`: each launches into the tile. Throws nothing; what is not understood is left out.

@@ -1,5 +1,5 @@
-// The commands of the palette: methods of the agent whose parameters are fixed, or a window, tile or display that is
-// known already.
+// The commands of the palette: every verb of the command line that changes something. What a verb needs beyond the
+// focused window and the palette's tile is a question.
 #pragma once
 
 #include "ui/launcher/Entries.h"

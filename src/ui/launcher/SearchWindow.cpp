@@ -180,6 +180,14 @@ void SearchWindow::offerMore(std::vector<LauncherEntry> entries) {
     filter();
 }
 
+void SearchWindow::offerOnly(LauncherEntry entry) {
+    std::vector<LauncherEntry> entries;
+    entries.push_back(std::move(entry));
+    entries_.set(std::move(entries));
+    model_->filter({});
+    list_->setCurrentIndex(model_->index(0, 0));
+}
+
 void SearchWindow::filter() {
     model_->filter(field_->text());
     list_->setCurrentIndex(model_->index(0, 0));
@@ -187,9 +195,12 @@ void SearchWindow::filter() {
 
 void SearchWindow::choose(const QModelIndex& index) {
     const LauncherEntry* entry = model_->entryAt(index);
-    if (!entry || isAsking_) return;
+    if (entry && !isAsking_) take(LauncherEntry(*entry)); // taking it may replace the list
+}
+
+void SearchWindow::perform(const LauncherEntry& entry) {
     isAsking_ = true;
-    callFor(*error_, services_.agent, entry->method, entry->parameters,
+    callFor(*error_, services_.agent, entry.method, entry.parameters,
             {.done =
                  [this](const nlohmann::json&) {
                      isAsking_ = false;
@@ -206,6 +217,10 @@ bool SearchWindow::eventFilter(QObject* watched, QEvent* event) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
         choose(list_->currentIndex());
+        return true;
+    case Qt::Key_Backspace:
+        if (watched != field_ || !field_->text().isEmpty()) return false;
+        goBack();
         return true;
     case Qt::Key_Up:
     case Qt::Key_Down:

@@ -39,7 +39,7 @@ class SearchWindow : public HostedWindow {
 
   public:
     explicit SearchWindow(WindowServices& services);
-    /// `tile` is the tile to act on; without it, the first tile of the overlay's contents.
+    /// `tile` is the tile to act on; without it that which the overlay tells first.
     void present(const nlohmann::json& parameters) override;
 
   protected:
@@ -52,15 +52,25 @@ class SearchWindow : public HostedWindow {
     /// Replaces the entries; the row that is chosen is the first one.
     void offer(std::vector<LauncherEntry> entries);
     void offerMore(std::vector<LauncherEntry> entries);
+    /// The list shows this entry whatever is typed.
+    void offerOnly(LauncherEntry entry);
+    /// Asks the agent for what the entry stands for, and closes when that was carried out.
+    void perform(const LauncherEntry& entry);
+    FieldError& error() { return *error_; }
     /// Asks the agent for the entries.
     virtual void load() = 0;
+    /// The entry was chosen.
+    virtual void take(const LauncherEntry& entry) { perform(entry); }
+    /// What was typed has changed.
+    virtual void filter();
+    /// Backspace in an empty field.
+    virtual void goBack() {}
 
     void changeEvent(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     void placeAtTile();
-    void filter();
     void choose(const QModelIndex& index);
 
     WindowServices& services_;

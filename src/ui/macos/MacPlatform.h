@@ -32,12 +32,17 @@ class MacPlatform final : public OverlayPlatform {
 
   private:
     class ClickArea;
+    /// One may be removed by what its own click has caused.
+    struct RemoveLater {
+        void operator()(ClickArea* area) const;
+    };
 
     PlainPlatform plain_;
-    std::map<OverlayWindow*, std::unique_ptr<ClickArea>> clickAreas_;
+    std::map<OverlayWindow*, std::unique_ptr<ClickArea, RemoveLater>> clickAreas_;
 };
 
-/// This program is hardly ever active: a window gets the keyboard only with its program.
+/// This program is hardly ever active: a window gets the keyboard only with its program, a panel without a title bar
+/// also by itself. An activation while no window is open is given back.
 class MacWindowFocus final : public WindowFocus {
   public:
     MacWindowFocus();
@@ -47,8 +52,8 @@ class MacWindowFocus final : public WindowFocus {
     void giveBack() override;
 
   private:
-    struct Before;
-    std::unique_ptr<Before> before_;
+    struct Parts;
+    std::unique_ptr<Parts> parts_;
 };
 
 /// Null when no application has the bundle identifier.

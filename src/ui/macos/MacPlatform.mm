@@ -1,8 +1,9 @@
 #include "ui/macos/MacPlatform.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QImage>
 #include <QMouseEvent>
+#include <QPointer>
 
 #import <AppKit/AppKit.h>
 
@@ -16,8 +17,13 @@ namespace kova::ui {
 
 namespace {
 
+/// The window is created where it was not.
+NSWindow* nativeWindow(WId view) {
+    return ((__bridge NSView*)reinterpret_cast<void*>(view)).window;
+}
+
 NSWindow* nativeWindow(const QWindow& window) {
-    return ((__bridge NSView*)reinterpret_cast<void*>(window.winId())).window;
+    return nativeWindow(window.winId());
 }
 
 /// Between the levels of the agent's divider handles and the windows of applications; the backdrop below the handles.
@@ -55,20 +61,20 @@ void configure(NSWindow* window, NSWindowLevel level) {
 /// Invisible, over the part of a window that takes clicks.
 class MacPlatform::ClickArea final : public QWindow {
   public:
-    explicit ClickArea(OverlayWindow& target) : target_(target) {
+    explicit ClickArea(OverlayWindow& target) : target_(&target) {
         setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus);
         const auto follow = [this] { place(part_); };
-        for (const auto moved : {&QWindow::xChanged, &QWindow::yChanged}) connect(&target_, moved, this, follow);
+        for (const auto moved : {&QWindow::xChanged, &QWindow::yChanged}) connect(&target, moved, this, follow);
     }
     /// `part` is in the target's coordinates.
     void place(const QRect& part) {
         part_ = part;
-        setGeometry(part.translated(target_.geometry().topLeft()));
+        setGeometry(part.translated(target_->geometry().topLeft()));
     }
     void present() {
         create();
         NSWindow* native = nativeWindow(*this);
-        configure(native, std::max(levelOf(target_.layer()), levelOf(Layer::footer)) + 1);
+        configure(native, std::max(levelOf(target_->layer()), levelOf(Layer::footer)) + 1);
         native.opaque = NO;
         // Not fully transparent: clicks fall through windows that are.
         native.backgroundColor = [NSColor colorWithWhite:0 alpha:0.01];
@@ -77,6 +83,7 @@ class MacPlatform::ClickArea final : public QWindow {
 
   protected:
     bool event(QEvent* event) override {
+        if (!target_) return QWindow::event(event);
         switch (event->type()) {
         case QEvent::MouseButtonPress:
         case QEvent::MouseButtonRelease:
@@ -85,11 +92,11 @@ class MacPlatform::ClickArea final : public QWindow {
             const QPointF place = mouse->position() + part_.topLeft();
             QMouseEvent told(mouse->type(), place, place, mouse->globalPosition(), mouse->button(), mouse->buttons(),
                              mouse->modifiers());
-            return QCoreApplication::sendEvent(&target_, &told);
+            return QCoreApplication::sendEvent(target_, &told);
         }
         case QEvent::Leave: {
             QEvent told(QEvent::Leave);
-            return QCoreApplication::sendEvent(&target_, &told);
+            return QCoreApplication::sendEvent(target_, &told);
         }
         default:
             return QWindow::event(event);
@@ -97,11 +104,23 @@ class MacPlatform::ClickArea final : public QWindow {
     }
 
   private:
-    OverlayWindow& target_;
+    QPointer<OverlayWindow> target_; // null while the area waits for its own deletion
     QRect part_;
 };
 
-MacPlatform::MacPlatform() = default;
+void MacPlatform::RemoveLater::operator()(ClickArea* area) const {
+    area->hide();
+    area->deleteLater();
+}
+
+MacPlatform::MacPlatform() {
+    // Held for as long as this program runs. Without it the system slows down an application whose windows are covered
+    // (App Nap), and windows and footers would show late.
+    static const id<NSObject> activity =
+        [NSProcessInfo.processInfo beginActivityWithOptions:NSActivityUserInitiatedAllowingIdleSystemSleep
+                                                     reason:@"Footers and windows follow the agent"];
+    (void)activity;
+}
 
 MacPlatform::~MacPlatform() = default;
 
@@ -131,7 +150,7 @@ void MacPlatform::shape(OverlayWindow& window, const QRegion& seen, const QRegio
     }
     auto& area = clickAreas_[&window];
     const bool isNew = !area;
-    if (isNew) area = std::make_unique<ClickArea>(window);
+    if (isNew) area.reset(new ClickArea(window));
     area->place(clickable.boundingRect());
     if (isNew && window.isVisible()) area->present(); // else `stack` does, over the window
 }
@@ -143,29 +162,9 @@ void MacPlatform::exposed(OverlayWindow& window) {
     plain_.exposed(window);
 }
 
-struct MacWindowFocus::Before {
-    NSRunningApplication* application = nil;
-};
+namespace {
 
-MacWindowFocus::MacWindowFocus() : before_(std::make_unique<Before>()) {}
-
-MacWindowFocus::~MacWindowFocus() = default;
-
-void MacWindowFocus::prepare(QWidget&) {
-    // Not the active application: that may be the agent, which has no window, after KOVA was opened once more.
-    NSRunningApplication* front = NSWorkspace.sharedWorkspace.menuBarOwningApplication;
-    if (![front isEqual:NSRunningApplication.currentApplication]) before_->application = front;
-}
-
-void MacWindowFocus::take(QWidget& window) {
-    // The newer call without the argument is only a request, which the system may decline.
-    [NSApp activateIgnoringOtherApps:YES];
-    WindowFocus::take(window);
-}
-
-void MacWindowFocus::giveBack() {
-    NSRunningApplication* application = std::exchange(before_->application, nil);
-    if (!application || application.terminated || !NSApp.active) return;
+void activate(NSRunningApplication* application) {
     if (@available(macOS 14.0, *)) {
         [NSApp yieldActivationToApplication:application];
         [application activateFromApplication:NSRunningApplication.currentApplication
@@ -173,6 +172,83 @@ void MacWindowFocus::giveBack() {
     } else {
         [application activateWithOptions:NSApplicationActivationOptions(0)];
     }
+}
+
+/// The application that is active, or was before this program; this one has no menu in the menu bar. Nil when there is
+/// none.
+NSRunningApplication* applicationInFront() {
+    NSRunningApplication* front = NSWorkspace.sharedWorkspace.menuBarOwningApplication;
+    return [front isEqual:NSRunningApplication.currentApplication] ? nil : front;
+}
+
+bool showsAnyWidget() {
+    const auto widgets = QApplication::topLevelWidgets();
+    return std::any_of(widgets.begin(), widgets.end(), [](const QWidget* each) { return each->isVisible(); });
+}
+
+/// Some systems make this program active by a click on its overlay. Key presses would then reach no window.
+void returnUnusedActivation() {
+    NSRunningApplication* front = applicationInFront();
+    if (NSApp.active && front && !showsAnyWidget()) activate(front);
+}
+
+/// The window is in front and visible even where the system declines the activation.
+void bringToFront(NSWindow* window) {
+    // The newer call without the argument is only a request, which the system often declines.
+    [NSApp activateIgnoringOtherApps:YES];
+    [window orderFrontRegardless];
+    [window makeKeyWindow];
+}
+
+} // namespace
+
+struct MacWindowFocus::Parts {
+    NSRunningApplication* before = nil;
+    id activations = nil;
+};
+
+MacWindowFocus::MacWindowFocus() : parts_(std::make_unique<Parts>()) {
+    parts_->activations =
+        [NSNotificationCenter.defaultCenter addObserverForName:NSApplicationDidBecomeActiveNotification
+                                                        object:nil
+                                                         queue:nil
+                                                    usingBlock:^(NSNotification*) {
+                                                      // Not at once: a window that is opened now shows a moment later.
+                                                      dispatch_async(dispatch_get_main_queue(), ^{
+                                                        returnUnusedActivation();
+                                                      });
+                                                    }];
+}
+
+MacWindowFocus::~MacWindowFocus() {
+    [NSNotificationCenter.defaultCenter removeObserver:parts_->activations];
+}
+
+void MacWindowFocus::prepare(QWidget& window) {
+    // Not the active application: that may be the agent, which has no window, after KOVA was opened once more.
+    if (NSRunningApplication* front = applicationInFront()) parts_->before = front;
+    // A panel of this kind gets the keyboard although its application is not active.
+    NSWindow* native = nativeWindow(window.winId());
+    const bool isPanel = [native isKindOfClass:NSPanel.class] && window.windowFlags().testFlag(Qt::FramelessWindowHint);
+    if (isPanel) native.styleMask |= NSWindowStyleMaskNonactivatingPanel;
+}
+
+void MacWindowFocus::take(QWidget& window) {
+    WindowFocus::take(window);
+    NSWindow* native = nativeWindow(window.winId());
+    bringToFront(native);
+    // Once more when the activation has been carried out or declined.
+    __weak NSWindow* shown = native;
+    dispatch_async(dispatch_get_main_queue(), ^{
+      if (shown.visible && !shown.keyWindow) bringToFront(shown);
+    });
+}
+
+void MacWindowFocus::giveBack() {
+    NSRunningApplication* before = std::exchange(parts_->before, nil);
+    if (!NSApp.active) return; // another application is, by a click or an action
+    if (!before || before.terminated) before = applicationInFront();
+    if (before) activate(before);
 }
 
 QPixmap applicationIcon(const std::string& bundleIdentifier, int sizePoints) {

@@ -92,6 +92,7 @@ QWidget* OnboardingWindow::introductionPage() {
     auto* pictures = new QWidget;
     auto* row = new QHBoxLayout(pictures);
     row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(fontMetrics().height());
     addPicture(*row, OnboardingPicture::Subject::tiles,
                tr("KOVA divides each display into tiles and keeps the windows of your applications in them."));
     addPicture(

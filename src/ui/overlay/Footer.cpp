@@ -2,12 +2,16 @@
 
 #include "ui/overlay/Drawing.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <array>
 
 namespace kova::ui {
 
 namespace {
+
+const QString kContinued = QStringLiteral(" …"); // after the first of two parts of a notice
 
 /// The application's name; the window's title where several windows of the tile are of one application.
 QString labelOf(const TileContents& tile, const StackEntry& entry) {
@@ -119,35 +123,28 @@ int noticeIconWidth(const Style& style) {
     return style.px(points::entryPadding / 2 + points::iconSize + points::iconGap);
 }
 
-/// Beside the tile's name where there is room, else instead of it, on two lines if need be.
+/// Beside the tile's name where there is room, else instead of it, in two parts if need be.
 void layOutNotice(FooterLayout& layout, const QString& text, QRect strip, const Style& style) {
     const int needed = widthOf(text, smallFont(style)) + 1 + noticeIconWidth(style);
-    layout.notice = {strip, {text}, points::smallText};
+    layout.notice = {strip, {text}};
     if (needed <= strip.width()) return;
     layout.name = QRect();
     layout.notice.area.setLeft(style.px(points::entryPadding / 2));
     if (needed <= layout.notice.area.width()) return;
-    layout.notice.textPoints = points::noticeText;
-    layout.notice.lines =
-        upToTwoLines(text, style.font(points::noticeText), layout.notice.area.width() - noticeIconWidth(style));
+    layout.notice.parts =
+        upToTwoLines(text, smallFont(style),
+                     layout.notice.area.width() - noticeIconWidth(style) - widthOf(kContinued, smallFont(style)));
 }
 
-void paintNotice(QPainter& painter, const ApplicationName& application, const FooterLayout& layout,
-                 const Style& style) {
-    const auto& [area, lines, textPoints] = layout.notice;
+void paintNotice(QPainter& painter, const ApplicationName& application, const FooterLayout::Notice& notice,
+                 qsizetype part, const Style& style) {
     const int size = style.px(points::iconSize);
-    const QRect icon(area.left() + style.px(points::entryPadding / 2), area.top() + (area.height() - size) / 2, size,
-                     size);
+    const QRect icon(notice.area.left() + style.px(points::entryPadding / 2),
+                     notice.area.top() + (notice.area.height() - size) / 2, size, size);
     drawIcon(painter, icon, application, style, 1);
-    // Two lines take all of the panel's height.
-    const int height = lines.size() > 1 ? layout.panel.height() / 2 - style.px(1) : area.height();
-    QRect line(area.left() + noticeIconWidth(style),
-               layout.panel.center().y() + 1 - height * static_cast<int>(lines.size()) / 2,
-               area.width() - noticeIconWidth(style), height);
-    for (const QString& text : lines) {
-        drawText(painter, line, text, style.font(textPoints), style.palette.text);
-        line.translate(0, height);
-    }
+    const bool isLast = part + 1 >= notice.parts.size();
+    drawText(painter, notice.area.adjusted(noticeIconWidth(style), 0, 0, 0),
+             isLast ? notice.parts.back() : notice.parts[part] + kContinued, smallFont(style), style.palette.text);
 }
 
 } // namespace
@@ -215,7 +212,7 @@ void paintFooter(QPainter& painter, const TileContents& tile, const FooterLayout
     drawText(painter, layout.name, textOf(tile.name), style.font(points::smallText, QFont::Medium),
              state.hovered.part == Part::name ? palette.text : palette.mutedText);
     if (tile.notice) {
-        paintNotice(painter, tile.notice->application, layout, style);
+        paintNotice(painter, tile.notice->application, layout.notice, state.noticePart, style);
     } else {
         for (const FooterLayout::Entry& place : layout.entries) {
             const bool isHovered = state.hovered == FooterHit{Part::entry, place.index};
@@ -229,7 +226,8 @@ void paintFooter(QPainter& painter, const TileContents& tile, const FooterLayout
         }
         if (tile.pending) paintPending(painter, *tile.pending, layout.pending, state.spinnerTurn, style);
         if (tile.applications.empty() && !tile.pending) {
-            drawText(painter, layout.remark, QStringLiteral("Empty"), smallFont(style), palette.mutedText);
+            drawText(painter, layout.remark, QCoreApplication::translate("Overlay", "Empty"), smallFont(style),
+                     palette.mutedText);
         }
     }
     const bool isHovered = state.hovered.part == Part::launch;

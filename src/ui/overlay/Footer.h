@@ -39,10 +39,9 @@ struct FooterLayout {
     QRect remark;  // for saying that the tile is empty
     struct Notice {
         QRect area;
-        QStringList lines;
-        double textPoints = 0;
+        QStringList parts; // shown one after the other; mostly one
     };
-    Notice notice; // without lines when there is none
+    Notice notice; // without parts when there is none
     QRect launch;
 
     FooterHit at(QPoint point) const;
@@ -57,6 +56,7 @@ struct FooterState {
     FooterHit hovered;
     bool isDropTarget = false;
     double spinnerTurn = 0; // of the launch indicator, 0 to 1
+    qsizetype noticePart = 0;
     bool operator==(const FooterState&) const = default;
 };
 void paintFooter(QPainter& painter, const TileContents& tile, const FooterLayout& layout, const FooterState& state,

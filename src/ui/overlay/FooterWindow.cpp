@@ -11,27 +11,51 @@ namespace kova::ui {
 
 namespace {
 constexpr int kWheelStep = 120;
+constexpr int kNoticePartMilliseconds = 3000; // half of the time for which the agent shows a notice
 constexpr double kDragStartPoints = 5;
 } // namespace
 
 FooterWindow::FooterWindow(OverlayPlatform& platform, OverlayActions& actions, CarryEntry carry) :
-    OverlayWindow(platform, Layer::footer, "KOVA footer"), actions_(actions), carry_(std::move(carry)) {}
+    OverlayWindow(platform, Layer::footer, "KOVA footer"), actions_(actions), carry_(std::move(carry)) {
+    noticePartEnd_.setSingleShot(true);
+    noticePartEnd_.setInterval(kNoticePartMilliseconds);
+    QObject::connect(&noticePartEnd_, &QTimer::timeout, this, [this] {
+        FooterState state = state_;
+        state.noticePart = 1;
+        setState(state);
+    });
+}
 
 void FooterWindow::show(const TileContents& tile, const QRect& area, const Style& style) {
     const bool isSame = looksTheSame(tile, tile_) && style.palette == style_.palette && style.scale == style_.scale &&
                         style.fontFamily == style_.fontFamily && style.isComposited == style_.isComposited &&
                         area.size() == size();
     const bool isFirst = tile_.id.empty();
+    if (tile.notice != tile_.notice) {
+        state_.noticePart = 0;
+        noticePartEnd_.stop();
+    }
     tile_ = tile;
     style_ = style;
     if (!isSame || isFirst) {
         layout_ = layOutFooter(tile_, area.size(), style_);
         if (state_.hovered.part == FooterHit::Part::entry && !entryAt(state_.hovered)) state_.hovered = {};
+        if (layout_.notice.parts.size() > 1 && state_.noticePart == 0 && !noticePartEnd_.isActive())
+            noticePartEnd_.start();
     }
     const QRegion shape = roundedRegion(QRect(QPoint(0, 0), area.size()), style.px(points::footerRadius));
     const bool isNewSize = area.size() != size();
     present(area, shape, shape);
     if (!isSame && !isFirst && !isNewSize) redraw();
+}
+
+void FooterWindow::forget() {
+    tile_ = {};
+    state_ = {};
+    pressedAt_.reset();
+    carried_.clear();
+    wheelRest_ = 0;
+    noticePartEnd_.stop();
 }
 
 void FooterWindow::setState(const FooterState& state) {

@@ -5,6 +5,8 @@
 #include "ui/overlay/OverlayActions.h"
 #include "ui/overlay/OverlayWindow.h"
 
+#include <QTimer>
+
 #include <functional>
 #include <optional>
 
@@ -31,6 +33,7 @@ class FooterWindow final : public OverlayWindow {
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    void forget() override;
 
   private:
     void hover(FooterHit hit);
@@ -47,6 +50,7 @@ class FooterWindow final : public OverlayWindow {
     std::optional<QPoint> pressedAt_;
     FooterHit pressed_;
     std::string carried_; // the window whose entry is dragged; empty: none
+    QTimer noticePartEnd_;
     int wheelRest_ = 0;
 };
 

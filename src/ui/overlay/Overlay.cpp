@@ -22,11 +22,17 @@ void keepOnly(Windows& windows, const std::set<std::string>& ids) {
 } // namespace
 
 Overlay::Overlay(OverlayPlatform& platform, OverlayActions& actions) :
-    platform_(platform), actions_(actions), decoration_(platform) {
+    platform_(platform), actions_(actions),
+    emptyTiles_([this] { return std::make_unique<EmptyTileWindow>(platform_, actions_); }), footers_([this] {
+        return std::make_unique<FooterWindow>(platform_, actions_,
+                                              [this](const std::string& carried, std::optional<QPoint> at,
+                                                     bool isDropped) { carryEntry(carried, at, isDropped); });
+    }),
+    decoration_(platform) {
     spinner_.setInterval(kSpinnerMilliseconds);
     QObject::connect(&spinner_, &QTimer::timeout, &spinner_, [this] {
         spinnerTurn_ = std::fmod(spinnerTurn_ + 0.08, 1.0);
-        for (const auto& [id, footer] : footers_) footer->turnSpinner(spinnerTurn_);
+        for (const auto& [id, footer] : footers_.shown()) footer->turnSpinner(spinnerTurn_);
     });
 }
 
@@ -87,6 +93,14 @@ void Overlay::refresh() {
     refreshSpinner();
 }
 
+std::set<std::string> Overlay::idsOfTiles(const std::function<bool(const TileContents&)>& isMeant) const {
+    std::set<std::string> ids;
+    for (const TileContents& tile : contents_->tiles) {
+        if (isMeant(tile)) ids.insert(tile.id);
+    }
+    return ids;
+}
+
 void Overlay::refreshBackdrops() {
     std::set<std::string> shown;
     if (contents_->appearance.useThemeBackground) {
@@ -102,39 +116,32 @@ void Overlay::refreshBackdrops() {
 }
 
 void Overlay::refreshEmptyTiles() {
-    std::set<std::string> shown;
+    const auto display = [&](const TileContents& tile) { return contents_->display(tile.display); };
+    const auto isShown = [&](const TileContents& tile) {
+        if (!contents_->appearance.showTileBackgrounds || !tile.isEmpty || !display(tile)) return false;
+        return !display(tile)->isFocusMode && tile.frame.size.width >= 24 && tile.frame.size.height >= 24;
+    };
+    emptyTiles_.keepOnly(idsOfTiles(isShown));
     for (const TileContents& tile : contents_->tiles) {
-        const DisplayContents* display = contents_->display(tile.display);
-        if (!contents_->appearance.showTileBackgrounds || !tile.isEmpty || !display || display->isFocusMode) continue;
+        if (!isShown(tile)) continue;
         const Style style = styleFor(tile.display);
-        const QRect area = style.px(tile.frame);
-        if (area.width() < style.px(24) || area.height() < style.px(24)) continue;
-        auto& window = emptyTiles_[tile.id];
-        if (!window) window = std::make_unique<EmptyTileWindow>(platform_, actions_);
-        const QRect backdrop = contents_->appearance.useThemeBackground ? style.px(display->frame) : QRect();
-        window->show(tile, area, backdrop, style);
-        shown.insert(tile.id);
+        const QRect backdrop = contents_->appearance.useThemeBackground ? style.px(display(tile)->frame) : QRect();
+        emptyTiles_.of(tile.id).show(tile, style.px(tile.frame), backdrop, style);
     }
-    keepOnly(emptyTiles_, shown);
 }
 
 void Overlay::refreshFooters() {
-    std::set<std::string> shown;
+    const auto isShown = [](const TileContents& tile) {
+        return tile.footerFrame && tile.footerFrame->size.width >= 40;
+    };
+    footers_.keepOnly(idsOfTiles(isShown));
     for (const TileContents& tile : contents_->tiles) {
+        if (!isShown(tile)) continue;
         const Style style = styleFor(tile.display);
-        const auto area = footerArea(tile, style);
-        if (!area || area->width() < style.px(40)) continue;
-        auto& window = footers_[tile.id];
-        if (!window) {
-            window = std::make_unique<FooterWindow>(platform_, actions_,
-                                                    [this](const std::string& carried, std::optional<QPoint> at,
-                                                           bool isDropped) { carryEntry(carried, at, isDropped); });
-        }
-        window->show(tile, *area, style);
-        window->setDropTarget(carriedEntry_ && carriedEntry_->tile == tile.id);
-        shown.insert(tile.id);
+        FooterWindow& window = footers_.of(tile.id);
+        window.show(tile, *footerArea(tile, style), style);
+        window.setDropTarget(carriedEntry_ && carriedEntry_->tile == tile.id);
     }
-    keepOnly(footers_, shown);
 }
 
 void Overlay::refreshDividers() {
@@ -178,7 +185,10 @@ void Overlay::refreshMessage() {
     const auto& message = contents_->message;
     const DisplayContents* display = message ? contents_->display(message->display) : nullptr;
     if (message && !display && !contents_->displays.empty()) display = &contents_->displays.front();
-    if (!display) return message_.reset();
+    if (!display) {
+        if (message_) message_->retire();
+        return;
+    }
     // Above the lowest row of footers.
     double bottom = maxY(display->visibleFrame);
     for (const TileContents& tile : contents_->tiles) {

@@ -5,12 +5,15 @@
 #include "ui/overlay/Decoration.h"
 #include "ui/overlay/FooterWindow.h"
 #include "ui/overlay/PictureWindows.h"
+#include "ui/overlay/WindowSet.h"
 
 #include <QTimer>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 
 namespace kova::ui {
@@ -36,11 +39,12 @@ class Overlay {
     /// The platform puts it elsewhere on the screen.
     void firstDisplayMoved();
 
-    const std::map<std::string, std::unique_ptr<FooterWindow>>& footers() const { return footers_; }
+    const std::map<std::string, std::unique_ptr<FooterWindow>>& footers() const { return footers_.shown(); }
     bool isMoving() const { return spinner_.isActive() || decoration_.isMoving(); }
 
   private:
     Style styleFor(const std::string& display) const;
+    std::set<std::string> idsOfTiles(const std::function<bool(const TileContents&)>& isMeant) const;
     void refresh();
     void refreshBackdrops();
     void refreshEmptyTiles();
@@ -58,8 +62,8 @@ class Overlay {
     std::optional<OverlayContents> contents_;
     std::optional<WindowDrag> carriedEntry_;                             // an entry of a footer that is dragged
     std::map<std::string, std::unique_ptr<BackdropWindow>> backdrops_;   // by display
-    std::map<std::string, std::unique_ptr<EmptyTileWindow>> emptyTiles_; // by tile
-    std::map<std::string, std::unique_ptr<FooterWindow>> footers_;       // by tile
+    WindowSet<EmptyTileWindow> emptyTiles_;                              // by tile
+    WindowSet<FooterWindow> footers_;                                    // by tile
     std::map<std::string, std::unique_ptr<DividerWindow>> dividers_;     // by divider
     std::map<std::string, std::unique_ptr<HighlightWindow>> highlights_; // by display
     std::unique_ptr<MessageWindow> message_;

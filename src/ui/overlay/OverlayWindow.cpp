@@ -3,11 +3,22 @@
 #include <QEasingCurve>
 #include <QSurfaceFormat>
 
+#include <utility>
+
 namespace kova::ui {
 
 namespace {
 constexpr int kAppearingMilliseconds = 120;
 } // namespace
+
+void OverlayPlatform::conceal(OverlayWindow& window) {
+    window.setVisible(false);
+}
+
+void OverlayPlatform::reveal(OverlayWindow& window) {
+    stack(window);
+    window.setVisible(true);
+}
 
 OverlayWindow::OverlayWindow(OverlayPlatform& platform, Layer layer, std::string_view role) :
     platform_(platform), layer_(layer) {
@@ -34,8 +45,9 @@ OverlayWindow::~OverlayWindow() {
 }
 
 void OverlayWindow::present(const QRect& area, const QRegion& seen, const QRegion& clickable) {
-    if (isPresented_ && area == geometry() && seen == seen_ && clickable == clickable_) return;
-    const bool isNewSize = !isPresented_ || area.size() != size();
+    const bool wasRetired = std::exchange(isRetired_, false);
+    if (isPresented_ && !wasRetired && area == geometry() && seen == seen_ && clickable == clickable_) return;
+    const bool mustBeDrawn = !isPresented_ || wasRetired || area.size() != size();
     setGeometry(area);
     if (!isPresented_) {
         create();
@@ -45,14 +57,25 @@ void OverlayWindow::present(const QRect& area, const QRegion& seen, const QRegio
     seen_ = seen;
     clickable_ = clickable;
     const bool wasPresented = std::exchange(isPresented_, true);
-    if (isNewSize) redraw();
-    if (wasPresented) return;
-    platform_.stack(*this);
+    if (mustBeDrawn) redraw();
+    if (wasPresented && !wasRetired) return;
+    if (!wasRetired) platform_.stack(*this);
     if (appearsGradually_ && platform_.isComposited()) {
         setOpacity(0);
         appearing_.start();
     }
-    setVisible(true);
+    if (wasRetired) {
+        platform_.reveal(*this);
+    } else {
+        setVisible(true);
+    }
+}
+
+void OverlayWindow::retire() {
+    if (!isPresented_ || std::exchange(isRetired_, true)) return;
+    appearing_.stop();
+    forget();
+    platform_.conceal(*this);
 }
 
 void OverlayWindow::redraw() {
@@ -60,11 +83,11 @@ void OverlayWindow::redraw() {
 }
 
 void OverlayWindow::redraw(const QRegion& dirty) {
-    if (isPresented_) platform_.draw(*this, dirty);
+    if (isPresented_ && !isRetired_) platform_.draw(*this, dirty);
 }
 
 void OverlayWindow::exposeEvent(QExposeEvent*) {
-    if (isPresented_ && isExposed()) platform_.exposed(*this);
+    if (isPresented_ && !isRetired_ && isExposed()) platform_.exposed(*this);
 }
 
 } // namespace kova::ui

@@ -12,8 +12,8 @@
 
 namespace kova::ui {
 
-/// Bottom first. Layers up to `footer` are above the desktop's icons and below all applications; the others are above
-/// all applications.
+/// From the bottom up. Up to `footer`: above the desktop and its icons, below the windows of all applications; the
+/// rest: above them.
 enum class Layer { backdrop, decoration, emptyTile, divider, footer, highlight, message };
 constexpr bool isBelowApplications(Layer layer) {
     return layer <= Layer::footer;
@@ -35,6 +35,10 @@ class OverlayPlatform {
     virtual void leave(OverlayWindow& window) = 0;
     /// Before the window is shown: gives it its place among the others.
     virtual void stack(OverlayWindow& window) = 0;
+    /// Takes a window off the screen that will be shown again.
+    virtual void conceal(OverlayWindow& window);
+    /// Shows a concealed window; it has been drawn.
+    virtual void reveal(OverlayWindow& window);
     /// The parts that are seen, and those that take clicks; a click elsewhere reaches what is below.
     virtual void shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) = 0;
     /// Has the window draw the region and brings it to the screen.
@@ -55,6 +59,8 @@ class OverlayWindow : public QWindow {
     void setAppearsGradually(bool isGradual) { appearsGradually_ = isGradual; }
     /// Shows the window there, or changes it. Draws it when anything of this is new.
     void present(const QRect& area, const QRegion& seen, const QRegion& clickable);
+    /// Takes the window off the screen, until it is presented again.
+    void retire();
     /// Draws a part, or all of it, again; nothing while it is not shown.
     void redraw();
     void redraw(const QRegion& dirty);
@@ -64,12 +70,14 @@ class OverlayWindow : public QWindow {
 
   protected:
     void exposeEvent(QExposeEvent* event) override;
+    /// Called when the window is retired: what it showed, and what the pointer did there, is over.
+    virtual void forget() {}
 
   private:
     OverlayPlatform& platform_;
     const Layer layer_;
     QRegion seen_, clickable_;
-    bool isPresented_ = false, appearsGradually_ = false;
+    bool isPresented_ = false, isRetired_ = false, appearsGradually_ = false;
     QVariantAnimation appearing_;
 };
 

@@ -140,7 +140,8 @@ void MessageWindow::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void MessageWindow::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() == Qt::LeftButton && layout_.undo.contains(event->position().toPoint())) actions_.undo();
+    if (event->button() == Qt::LeftButton && layout_.undo.contains(event->position().toPoint()))
+        actions_.undo(message_.undoMethod);
 }
 
 } // namespace kova::ui

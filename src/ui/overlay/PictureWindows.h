@@ -33,6 +33,7 @@ class EmptyTileWindow final : public OverlayWindow {
     bool event(QEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void forget() override { isHovered_ = false; }
 
   private:
     void hover(bool isHovered);
@@ -81,6 +82,7 @@ class MessageWindow final : public OverlayWindow {
     bool event(QEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void forget() override { isHovered_ = false; }
 
   private:
     void hover(bool isHovered);

@@ -4,6 +4,7 @@
 #include "ui/style/Colours.h"
 
 #include <QBitmap>
+#include <QCoreApplication>
 #include <QFontMetrics>
 #include <QLinearGradient>
 
@@ -14,8 +15,17 @@ namespace kova::ui {
 
 namespace {
 
-const QString kLaunchText = QStringLiteral("Launch an app in this tile");
-const QString kUndoText = QStringLiteral("Undo");
+QString launchText() {
+    return QCoreApplication::translate("Overlay", "Launch an app in this tile");
+}
+
+QString undoText() {
+    return QCoreApplication::translate("Overlay", "Undo");
+}
+
+QString dropText(const CarriedOver& tile) {
+    return QCoreApplication::translate("Overlay", "Drop on %1").arg(tile.name);
+}
 
 QFont largeFont(const Style& style, QFont::Weight weight = QFont::Normal) {
     return style.font(points::largeText, weight);
@@ -28,9 +38,8 @@ QRegion outline(const QRect& area, int radius, int width) {
 
 QRect labelArea(const CarriedOver& tile, const Style& style) {
     const int height = style.px(points::buttonHeight);
-    const int width =
-        std::min(widthOf(QStringLiteral("Drop on ") + tile.name, largeFont(style, QFont::DemiBold)) + 2 * style.px(20),
-                 std::max(0, tile.area.width() - 2 * style.px(8)));
+    const int width = std::min(widthOf(dropText(tile), largeFont(style, QFont::DemiBold)) + 2 * style.px(20),
+                               std::max(0, tile.area.width() - 2 * style.px(8)));
     QRect area(0, 0, width, height);
     area.moveCenter(tile.area.center());
     return area;
@@ -79,7 +88,7 @@ EmptyTileLayout layOutEmptyTile(const TileContents& tile, QSize size, const Styl
     const int padding = style.px(points::cardPadding);
     const int widest = size.width() - 2 * padding - 2 * style.px(8);
     const QFontMetrics small(style.font(points::smallText));
-    const int button = small.horizontalAdvance(kLaunchText) + style.px(2 * 20 + 16);
+    const int button = small.horizontalAdvance(launchText()) + style.px(2 * 20 + 16);
     const int nameHeight = style.px(20), gap = style.px(12), buttonHeight = style.px(points::buttonHeight);
     layout.hasButton = button <= widest && nameHeight + gap + buttonHeight + 2 * padding <= size.height();
     const int name = widthOf(textOf(tile.name), largeFont(style, QFont::Medium)) + 2;
@@ -120,7 +129,7 @@ void paintEmptyTile(QPainter& painter, const TileContents& tile, const EmptyTile
     const QRect plus(layout.button.left() + style.px(16), layout.button.top(), style.px(12), layout.button.height());
     drawPlus(painter, plus, style, isButtonHovered ? palette.accentLine : palette.text);
     drawText(painter, QRect(QPoint(plus.right() + 1 + style.px(8), layout.button.top()), layout.button.bottomRight()),
-             kLaunchText, style.font(points::smallText), palette.text);
+             launchText(), style.font(points::smallText), palette.text);
 }
 
 QRegion emptyTileShape(const EmptyTileLayout& layout, Ground ground, const Style& style) {
@@ -142,7 +151,7 @@ void paintDropTargets(QPainter& painter, const std::vector<CarriedOver>& tiles, 
                   palette.accentLine, style.line(style.isComposited ? 2.5 : 4));
         const QRect label = labelArea(tile, style);
         drawPanel(painter, label, label.height() / 2.0, palette.raised, palette.raisedLine, style.line(1));
-        drawText(painter, label.adjusted(style.px(12), 0, -style.px(12), 0), QStringLiteral("Drop on ") + tile.name,
+        drawText(painter, label.adjusted(style.px(12), 0, -style.px(12), 0), dropText(tile),
                  largeFont(style, QFont::DemiBold), palette.text, Qt::AlignHCenter);
     }
 }
@@ -186,8 +195,9 @@ MessageLayout layOutMessage(const StatusMessage& message, int widestPixels, cons
     MessageLayout layout;
     const QFontMetrics metrics(largeFont(style));
     const int side = style.px(20), gap = style.px(16), height = style.px(points::messageHeight);
-    const int button =
-        message.canUndo ? widthOf(kUndoText, style.font(points::largeText, QFont::DemiBold)) + 2 * style.px(16) : 0;
+    const int button = !message.undoMethod.empty()
+                           ? widthOf(undoText(), style.font(points::largeText, QFont::DemiBold)) + 2 * style.px(16)
+                           : 0;
     const int most = std::max(style.px(80), std::min(widestPixels, style.px(points::widestMessage)) - 2 * side -
                                                 (button > 0 ? gap + button - style.px(12) : 0));
     const int natural = metrics.horizontalAdvance(textOf(message.text)) + 2;
@@ -222,7 +232,7 @@ void paintMessage(QPainter& painter, const StatusMessage& message, const Message
     if (layout.undo.isEmpty()) return;
     drawPanel(painter, layout.undo, layout.undo.height() / 2.0, palette.accentFill,
               isUndoHovered ? palette.accentLine : QColor(), style.line(1));
-    drawText(painter, layout.undo, kUndoText, style.font(points::largeText, QFont::DemiBold), palette.accentText,
+    drawText(painter, layout.undo, undoText(), style.font(points::largeText, QFont::DemiBold), palette.accentText,
              Qt::AlignHCenter);
 }
 

@@ -25,12 +25,18 @@ const PaneRegistration registration({80, "about", [] { return AboutPane::tr("Abo
 
 constexpr int kLogLines = 200;
 
-/// Where it is installed, beside this program or two folders up, else wherever the shell finds it.
+/// Where it is installed: beside this program, two folders up, or on a Mac beside the application, else wherever the
+/// shell finds it.
 QString commandLineProgram() {
     const QDir here(QCoreApplication::applicationDirPath());
-    for (const QString& path :
-         {here.filePath(QStringLiteral("kova")), here.filePath(QStringLiteral("../../bin/kova"))}) {
-        if (QFileInfo(path).isExecutable()) return path;
+#if defined(Q_OS_MACOS)
+    const QString folders[] = {QStringLiteral("."), QStringLiteral("../../..")};
+#else
+    const QString folders[] = {QStringLiteral("."), QStringLiteral("../../bin")};
+#endif
+    for (const QString& folder : folders) {
+        const QFileInfo program(here.filePath(folder + QStringLiteral("/kova")));
+        if (program.isFile() && program.isExecutable()) return program.filePath();
     }
     return QStandardPaths::findExecutable(QStringLiteral("kova"));
 }
@@ -61,6 +67,7 @@ AboutPane::AboutPane(WindowServices& services) : agent_(services.agent), version
     column->addWidget(explanation(tr("Divides each display into named tiles and keeps windows in them."), this));
     column->addWidget(updatesGroup());
     column->addWidget(logGroup(), 1);
+    column->addStretch();
 }
 
 QWidget* AboutPane::updatesGroup() {
@@ -90,6 +97,7 @@ QWidget* AboutPane::updatesGroup() {
 
 QWidget* AboutPane::logGroup() {
     auto* group = new QGroupBox(tr("Log and report"), this);
+    group->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum); // until it shows the log
     auto* column = new QVBoxLayout(group);
     auto* buttons = new QHBoxLayout;
     showLog_ = new QPushButton(tr("Show &Log"), group);
@@ -118,7 +126,6 @@ QWidget* AboutPane::logGroup() {
     column->addWidget(said_);
     column->addWidget(error_);
     column->addWidget(log_, 1);
-    column->addStretch(0);
     connect(showLog_, &QPushButton::clicked, this, &AboutPane::showLog);
     connect(report_, &QPushButton::clicked, this, &AboutPane::askForReportFile);
     return group;
@@ -160,6 +167,7 @@ void AboutPane::showLog() {
     runCommand({QStringLiteral("log"), QStringLiteral("-n"), QString::number(kLogLines)},
                [this](const QString& printed) {
                    log_->setPlainText(printed);
+                   log_->parentWidget()->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Expanding);
                    log_->show();
                    log_->verticalScrollBar()->setValue(log_->verticalScrollBar()->maximum());
                });

@@ -117,12 +117,14 @@ void RulesPane::buildNew(QVBoxLayout& column) {
     newError_ = new FieldError;
     newError_->setObjectName(QStringLiteral("newError"));
 
-    auto* row = new QHBoxLayout;
-    for (QWidget* each : std::initializer_list<QWidget*>{label, newDisposition_, forFocused, forWindow, exclude}) {
-        row->addWidget(each);
-    }
-    row->addStretch();
-    column.addLayout(row);
+    const auto addRow = [&](std::initializer_list<QWidget*> controls) {
+        auto* row = new QHBoxLayout;
+        for (QWidget* each : controls) row->addWidget(each);
+        row->addStretch();
+        column.addLayout(row);
+    };
+    addRow({label, newDisposition_, forFocused, forWindow});
+    addRow({exclude});
     column.addWidget(pickingHint_);
     column.addWidget(newError_);
     fillDispositions(json::array());

@@ -2,11 +2,8 @@
 #include "ui/settings/ScenesPane.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QSaveFile>
-#include <QStringDecoder>
 #include <QStringList>
 
 namespace kova::ui {
@@ -14,8 +11,6 @@ namespace kova::ui {
 namespace {
 
 using nlohmann::json;
-
-constexpr qint64 kLargestDocument = 64 * 1024 * 1024; // bytes, as the agent takes it
 
 QFileDialog* fileDialog(QWidget* parent, const QString& title) {
     auto* dialog = new QFileDialog(parent, title, QDir::homePath());
@@ -36,20 +31,14 @@ QString namesOf(const json& names) {
 void ScenesPane::chooseExport() {
     QFileDialog* dialog = fileDialog(this, tr("Export Scenes and Rules"));
     dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->selectFile(QStringLiteral("KOVA-Workspace.json"));
+    dialog->selectFile(kDocumentName);
     connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& path) { exportTo(path); });
     dialog->open();
 }
 
 void ScenesPane::exportTo(const QString& path) {
     callFor(*fileError_, services_.agent, "export", json::object(), {.done = [this, path](const json& result) {
-        QSaveFile file(path); // written aside and moved into place
-        const std::string text = result.value("text", "");
-        const bool isWritten =
-            file.open(QIODevice::WriteOnly) &&
-            file.write(text.data(), static_cast<qint64>(text.size())) == static_cast<qint64>(text.size()) &&
-            file.commit();
-        if (!isWritten) fileError_->say(tr("Export failed: %1").arg(file.errorString()));
+        if (const auto problem = writeDocument(path, result.value("text", ""))) fileError_->say(*problem);
     }});
 }
 
@@ -62,14 +51,9 @@ void ScenesPane::chooseImport() {
 
 void ScenesPane::readImport(const QString& path) {
     import_->hide();
-    const auto fail = [this](const QString& reason) { fileError_->say(tr("Import failed: %1").arg(reason)); };
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) return fail(file.errorString());
-    document_ = file.read(kLargestDocument + 1);
-    if (document_.size() > kLargestDocument) return fail(tr("larger than %1 MiB").arg(kLargestDocument >> 20));
-    QStringDecoder decoder(QStringDecoder::Utf8);
-    (void)QString(decoder(document_));
-    if (decoder.hasError()) return fail(tr("“%1” is not UTF-8 text").arg(QFileInfo(path).fileName()));
+    const auto read = readDocument(path);
+    if (const auto* problem = std::get_if<QString>(&read)) return fileError_->say(*problem);
+    document_ = std::get<QByteArray>(read);
     sendDocument(services_.agent, this, document_, Importing::dryRun,
                  [this, name = QFileInfo(path).fileName()](const Answer& answer) {
                      fileError_->say(QString::fromStdString(answer.error));

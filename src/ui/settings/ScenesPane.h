@@ -1,7 +1,7 @@
 // The scenes: captured, opened, renamed, deleted, taken to other machines as a file, and what opening one would change.
 #pragma once
 
-#include "ui/settings/DocumentUpload.h"
+#include "ui/dialogs/DocumentFile.h"
 #include "ui/settings/ScenePicture.h"
 #include "ui/windows/FieldError.h"
 #include "ui/windows/Pane.h"

@@ -108,7 +108,10 @@ void ShortcutsPane::showShortcut(QTreeWidgetItem& item, const json& shortcut) {
 }
 
 QString ShortcutsPane::remarkOn(const json& shortcut) const {
-    if (shortcut.at("isHeldByOther").get<bool>()) return tr("In use by another program");
+    if (shortcut.at("isHeldByOther").get<bool>()) {
+        return textIn(shortcut, "heldBy") == QLatin1String("system") ? tr("In use by the system")
+                                                                     : tr("In use by another program");
+    }
     if (!shortcut.at("conflict").is_string()) return {};
     const QTreeWidgetItem* other = itemOf(shortcut.at("conflict").get<std::string>());
     return tr("Same keys as “%1”").arg(other ? other->text(title) : textIn(shortcut, "conflict"));

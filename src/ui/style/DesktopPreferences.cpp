@@ -49,6 +49,13 @@ void DesktopPreferences::start() {
     askAll();
 }
 
+void DesktopPreferences::set(Brightness brightness, bool mayMove) {
+    const bool isOther = brightness != brightness_ || mayMove != mayMove_;
+    brightness_ = brightness;
+    mayMove_ = mayMove;
+    if (isOther) changed_();
+}
+
 void DesktopPreferences::askAll() {
     ask(kAppearance, QStringLiteral("color-scheme"));
     ask(kInterface, QStringLiteral("enable-animations"));

@@ -1,5 +1,6 @@
 // The desktop's preferences from its settings portal: light or dark, animations, the icon theme. Nothing waits for the
-// portal: defaults hold until it answers, and where there is none. Main thread only.
+// portal: defaults hold until it answers, and where there is none. A Mac has no portal and tells itself. Main thread
+// only.
 #pragma once
 
 #include "ui/style/Palette.h"
@@ -21,6 +22,8 @@ class DesktopPreferences : public QObject {
                                 const QDBusConnection& bus = QDBusConnection::sessionBus());
     /// Asks the portal as soon as there is one, and follows its changes.
     void start();
+    /// What a desktop without a portal says.
+    void set(Brightness brightness, bool mayMove);
 
     Brightness brightness() const { return brightness_; }
     bool mayMove() const { return mayMove_; }

@@ -22,8 +22,6 @@ inline constexpr double tileRadius = 10, buttonHeight = 32, cardPadding = 20;
 inline constexpr double messageHeight = 44, messageMargin = 12, widestMessage = 640;
 inline constexpr double gridStep = 60, dividerLine = 3;
 inline constexpr double smallText = 12, largeText = 14;
-/// Of a notice that needs two lines in a footer.
-inline constexpr double noticeText = 10;
 } // namespace points
 
 /// A picture of the application in that many pixels square; null when there is none.

@@ -239,6 +239,302 @@
         <source>Quit KOVA</source>
         <translation>KOVA beenden</translation>
     </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>%1?</source>
+        <translation>%1?</translation>
+    </message>
+    <message>
+        <source>Changes that were not saved are lost.</source>
+        <translation>Nicht gespeicherte Änderungen gehen verloren.</translation>
+    </message>
+    <message>
+        <source>Force Quit</source>
+        <translation>Beenden erzwingen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Bring the deleted scene back</source>
+        <translation>Gelöschte Szene zurückholen</translation>
+    </message>
+    <message>
+        <source>Restore the standard shortcuts</source>
+        <translation>Standardkürzel wiederherstellen</translation>
+    </message>
+    <message>
+        <source>Check the placements and repair them</source>
+        <translation>Plätze der Fenster prüfen und berichtigen</translation>
+    </message>
+    <message>
+        <source>Ask for the permission</source>
+        <translation>Um die Erlaubnis bitten</translation>
+    </message>
+    <message>
+        <source>Hide the Dock: on</source>
+        <translation>Dock ausblenden: ein</translation>
+    </message>
+    <message>
+        <source>Hide the Dock: off</source>
+        <translation>Dock ausblenden: aus</translation>
+    </message>
+    <message>
+        <source>Export scenes and rules</source>
+        <translation>Szenen und Regeln exportieren</translation>
+    </message>
+    <message>
+        <source>Import scenes and rules</source>
+        <translation>Szenen und Regeln importieren</translation>
+    </message>
+    <message>
+        <source>Force quit all open applications</source>
+        <translation>Beenden aller offenen Programme erzwingen</translation>
+    </message>
+    <message>
+        <source>Open the introduction</source>
+        <translation>Einführung öffnen</translation>
+    </message>
+    <message>
+        <source>Close the settings</source>
+        <translation>Einstellungen schließen</translation>
+    </message>
+    <message>
+        <source>Launch an application into a tile</source>
+        <translation>Programm in einer Kachel starten</translation>
+    </message>
+    <message>
+        <source>Settings: General</source>
+        <translation>Einstellungen: Allgemein</translation>
+    </message>
+    <message>
+        <source>Settings: Layouts</source>
+        <translation>Einstellungen: Layouts</translation>
+    </message>
+    <message>
+        <source>Settings: Shortcuts</source>
+        <translation>Einstellungen: Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>Settings: Rules</source>
+        <translation>Einstellungen: Regeln</translation>
+    </message>
+    <message>
+        <source>Settings: Scenes</source>
+        <translation>Einstellungen: Szenen</translation>
+    </message>
+    <message>
+        <source>Settings: Appearance</source>
+        <translation>Einstellungen: Darstellung</translation>
+    </message>
+    <message>
+        <source>Settings: Applications</source>
+        <translation>Einstellungen: Programme</translation>
+    </message>
+    <message>
+        <source>Settings: About</source>
+        <translation>Einstellungen: Über</translation>
+    </message>
+    <message>
+        <source>Show a window</source>
+        <translation>Fenster zeigen</translation>
+    </message>
+    <message>
+        <source>Which window?</source>
+        <translation>Welches Fenster?</translation>
+    </message>
+    <message>
+        <source>Put a window into a tile</source>
+        <translation>Fenster in eine Kachel legen</translation>
+    </message>
+    <message>
+        <source>Which tile?</source>
+        <translation>Welche Kachel?</translation>
+    </message>
+    <message>
+        <source>Swap with another window</source>
+        <translation>Mit einem anderen Fenster tauschen</translation>
+    </message>
+    <message>
+        <source>Move the window to another display</source>
+        <translation>Fenster auf einen anderen Bildschirm bewegen</translation>
+    </message>
+    <message>
+        <source>Which display?</source>
+        <translation>Welcher Bildschirm?</translation>
+    </message>
+    <message>
+        <source>Focus another display</source>
+        <translation>Anderen Bildschirm fokussieren</translation>
+    </message>
+    <message>
+        <source>Move a divider</source>
+        <translation>Trennlinie verschieben</translation>
+    </message>
+    <message>
+        <source>Which divider?</source>
+        <translation>Welche Trennlinie?</translation>
+    </message>
+    <message>
+        <source>Points to the right or downwards</source>
+        <translation>Punkte nach rechts oder unten</translation>
+    </message>
+    <message>
+        <source>Set the tile inset</source>
+        <translation>Kachelabstand festlegen</translation>
+    </message>
+    <message>
+        <source>Points from 0 to 100</source>
+        <translation>Punkte von 0 bis 100</translation>
+    </message>
+    <message>
+        <source>Prefer a tile for an application</source>
+        <translation>Kachel bevorzugt für ein Programm</translation>
+    </message>
+    <message>
+        <source>Which application?</source>
+        <translation>Welches Programm?</translation>
+    </message>
+    <message>
+        <source>Capture the workspace as a scene</source>
+        <translation>Arbeitsbereich als Szene festhalten</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Rename a scene</source>
+        <translation>Szene umbenennen</translation>
+    </message>
+    <message>
+        <source>Which scene?</source>
+        <translation>Welche Szene?</translation>
+    </message>
+    <message>
+        <source>New name</source>
+        <translation>Neuer Name</translation>
+    </message>
+    <message>
+        <source>Delete a scene</source>
+        <translation>Szene löschen</translation>
+    </message>
+    <message>
+        <source>Add a rule: always in a tile</source>
+        <translation>Regel hinzufügen: immer in eine Kachel</translation>
+    </message>
+    <message>
+        <source>For the application of which window?</source>
+        <translation>Für das Programm welches Fensters?</translation>
+    </message>
+    <message>
+        <source>Add a rule: always float</source>
+        <translation>Regel hinzufügen: immer schweben</translation>
+    </message>
+    <message>
+        <source>Add a rule: leave alone</source>
+        <translation>Regel hinzufügen: in Ruhe lassen</translation>
+    </message>
+    <message>
+        <source>Change a rule: only windows with a text in their title</source>
+        <translation>Regel ändern: nur Fenster mit einem Text im Titel</translation>
+    </message>
+    <message>
+        <source>Which rule?</source>
+        <translation>Welche Regel?</translation>
+    </message>
+    <message>
+        <source>Text in the title; empty for all windows</source>
+        <translation>Text im Titel; leer für alle Fenster</translation>
+    </message>
+    <message>
+        <source>Enable a rule</source>
+        <translation>Regel einschalten</translation>
+    </message>
+    <message>
+        <source>Disable a rule</source>
+        <translation>Regel ausschalten</translation>
+    </message>
+    <message>
+        <source>Delete a rule</source>
+        <translation>Regel löschen</translation>
+    </message>
+    <message>
+        <source>Move a rule</source>
+        <translation>Regel verschieben</translation>
+    </message>
+    <message>
+        <source>Place in the list; 1 comes first</source>
+        <translation>Platz in der Liste; 1 steht vorn</translation>
+    </message>
+    <message>
+        <source>Choose a theme</source>
+        <translation>Thema wählen</translation>
+    </message>
+    <message>
+        <source>Which theme?</source>
+        <translation>Welches Thema?</translation>
+    </message>
+    <message>
+        <source>Choose an accent color</source>
+        <translation>Akzentfarbe wählen</translation>
+    </message>
+    <message>
+        <source>Which accent color?</source>
+        <translation>Welche Akzentfarbe?</translation>
+    </message>
+    <message>
+        <source>Set a shortcut</source>
+        <translation>Tastenkürzel festlegen</translation>
+    </message>
+    <message>
+        <source>For which action?</source>
+        <translation>Für welche Aktion?</translation>
+    </message>
+    <message>
+        <source>Keys, such as ctrl+alt+h</source>
+        <translation>Tasten, etwa ctrl+alt+h</translation>
+    </message>
+    <message>
+        <source>Clear a shortcut</source>
+        <translation>Tastenkürzel entfernen</translation>
+    </message>
+    <message>
+        <source>Of which action?</source>
+        <translation>Von welcher Aktion?</translation>
+    </message>
+    <message>
+        <source>Quit an application</source>
+        <translation>Programm beenden</translation>
+    </message>
+    <message>
+        <source>By which window?</source>
+        <translation>Anhand welches Fensters?</translation>
+    </message>
+    <message>
+        <source>Force an application to quit</source>
+        <translation>Beenden eines Programms erzwingen</translation>
+    </message>
+    <message>
+        <source>Forget what was learned of an application</source>
+        <translation>Gelerntes über ein Programm vergessen</translation>
+    </message>
+    <message>
+        <source>Open a kova:// URL</source>
+        <translation>kova://-URL öffnen</translation>
+    </message>
+    <message>
+        <source>URL</source>
+        <translation>URL</translation>
+    </message>
+    <message>
+        <source>Command</source>
+        <translation>Befehl</translation>
+    </message>
 </context>
 <context>
     <name>kova::ui::Launcher</name>
@@ -261,6 +557,29 @@
     <message>
         <source>Installed applications, most used first</source>
         <translation>Installierte Programme, die meistbenutzten zuerst</translation>
+    </message>
+</context>
+<context>
+    <name>kova::ui::PaletteAnswers</name>
+    <message>
+        <source>%1 — %2</source>
+        <translation>%1 – %2</translation>
+    </message>
+    <message>
+        <source>Divider %1 of %2</source>
+        <translation>Trennlinie %1 von %2</translation>
+    </message>
+    <message>
+        <source>side by side</source>
+        <translation>nebeneinander</translation>
+    </message>
+    <message>
+        <source>one above the other</source>
+        <translation>übereinander</translation>
+    </message>
+    <message>
+        <source>%1: “%2”</source>
+        <translation>%1: „%2“</translation>
     </message>
 </context>
 </TS>

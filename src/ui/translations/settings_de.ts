@@ -531,24 +531,8 @@
         <translation>Szenen und Regeln exportieren</translation>
     </message>
     <message>
-        <source>Export failed: %1</source>
-        <translation>Export fehlgeschlagen: %1</translation>
-    </message>
-    <message>
         <source>Import Scenes and Rules</source>
         <translation>Szenen und Regeln importieren</translation>
-    </message>
-    <message>
-        <source>Import failed: %1</source>
-        <translation>Import fehlgeschlagen: %1</translation>
-    </message>
-    <message>
-        <source>larger than %1 MiB</source>
-        <translation>größer als %1 MiB</translation>
-    </message>
-    <message>
-        <source>“%1” is not UTF-8 text</source>
-        <translation>„%1“ ist kein UTF-8-Text</translation>
     </message>
     <message>
         <source>A scene would be added from “%1”: %2</source>
@@ -797,8 +781,12 @@
         <translation>Kein Tastenkürzel festgelegt</translation>
     </message>
     <message>
+        <source>In use by the system</source>
+        <translation>Vom System belegt</translation>
+    </message>
+    <message>
         <source>In use by another program</source>
-        <translation>Von einem anderen Programm belegt</translation>
+        <translation>Anderes Programm belegt es</translation>
     </message>
     <message>
         <source>Same keys as “%1”</source>

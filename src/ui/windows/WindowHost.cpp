@@ -1,11 +1,10 @@
 #include "ui/windows/WindowHost.h"
 
+#include "support/posix/ReleasedMemory.h"
+
 #include <QCloseEvent>
 #include <QKeyEvent>
-
-#ifdef __GLIBC__
-#include <malloc.h>
-#endif
+#include <QPixmapCache>
 
 #include <algorithm>
 #include <chrono>
@@ -26,9 +25,8 @@ WindowHost::WindowHost(Surroundings surroundings) :
     connect(&rest_, &QTimer::timeout, this, [this] {
         services_.reset();
         agent_.reset();
-#ifdef __GLIBC__
-        malloc_trim(0);
-#endif
+        QPixmapCache::clear();
+        releaseUnusedMemory();
     });
 }
 
@@ -90,9 +88,12 @@ bool WindowHost::eventFilter(QObject* watched, QEvent* event) {
         window->close();
         return true;
     }
+    // Some systems take the keyboard from a window before the toolkit tells that it is hidden.
+    if (event->type() == QEvent::Close) closing_ = {window, window->isActiveWindow()};
     // The window's own close event may still refuse; a hidden window has been closed.
     if (event->type() == QEvent::Hide && !event->spontaneous()) {
-        const bool hadKeyboard = window->isActiveWindow();
+        const Closing closing = std::exchange(closing_, {});
+        const bool hadKeyboard = window->isActiveWindow() || (closing.window == window && closing.hadKeyboard);
         QMetaObject::invokeMethod(
             this, [this, window, hadKeyboard] { closed(window, hadKeyboard); }, Qt::QueuedConnection);
     }

@@ -49,6 +49,10 @@ class WindowHost : public QObject {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    struct Closing {
+        const HostedWindow* window = nullptr;
+        bool hadKeyboard = false;
+    };
     void closed(const HostedWindow* window, bool hadKeyboard);
 
     Surroundings surroundings_;
@@ -57,6 +61,7 @@ class WindowHost : public QObject {
     std::unique_ptr<WindowFocus> focus_;
     std::map<std::string, std::unique_ptr<HostedWindow>> windows_;
     std::map<std::string, ShownWindow> wanted_; // by the agent
+    Closing closing_;                           // from a window's request to close until it is hidden
     QTimer rest_;                               // after the last window was closed
 };
 

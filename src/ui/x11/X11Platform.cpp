@@ -1,5 +1,6 @@
 #include "ui/x11/X11Platform.h"
 
+#include <QCoreApplication>
 #include <QImage>
 
 #include <xcb/randr.h>
@@ -69,11 +70,21 @@ X11Platform::X11Platform(xcb_connection_t* connection, xcb_connection_t* watch, 
     QObject::connect(readable_.get(), &QSocketNotifier::activated, readable_.get(), [this] { readEvents(); });
     // Replies read so far may have brought events along.
     readEvents();
+    QCoreApplication::instance()->installNativeEventFilter(this);
 }
 
 X11Platform::~X11Platform() {
+    QCoreApplication::instance()->removeNativeEventFilter(this);
     readable_.reset();
     xcb_disconnect(watch_);
+}
+
+/// For each move of a window the toolkit asks the server where it is now, and waits while the server is busy with the
+/// applications that have moved as well. Nothing but kova-ui moves its windows.
+bool X11Platform::nativeEventFilter(const QByteArray& kind, void* event, qintptr*) {
+    if (kind != "xcb_generic_event_t") return false;
+    const auto* told = static_cast<const xcb_configure_notify_event_t*>(event);
+    return (told->response_type & 0x7f) == XCB_CONFIGURE_NOTIFY && order_.kindOf(told->window) == RootChild::ours;
 }
 
 std::uint32_t X11Platform::atom(std::string_view name) const {
@@ -217,7 +228,7 @@ void X11Platform::readEvents() {
         } else if (kind == XCB_CONFIGURE_NOTIFY) {
             const auto* told = reinterpret_cast<const xcb_configure_notify_event_t*>(raw);
             if (told->window == screen_->root) {
-                areMonitorsNews = true; // the only notification for user-defined monitors
+                areMonitorsNews = true; // all that is told of monitors which a user defined
                 continue;
             }
             order_.configured(told->window, told->above_sibling);
@@ -294,7 +305,7 @@ void X11Platform::leave(OverlayWindow& window) {
     std::erase(layers_[window.layer()], number);
     const auto found = pictures_.find(&window);
     if (found == pictures_.end()) return;
-    if (found->second.pixmap != 0) xcb_free_pixmap(connection_, found->second.pixmap);
+    dropPixmap(found->second);
     if (found->second.context != 0) xcb_free_gc(connection_, found->second.context);
     pictures_.erase(found);
 }
@@ -313,6 +324,27 @@ void X11Platform::stack(OverlayWindow& window) {
     }
 }
 
+/// Without the toolkit, which would wait for the server.
+void X11Platform::conceal(OverlayWindow& window) {
+    const std::uint32_t none = XCB_BACK_PIXMAP_NONE;
+    xcb_unmap_window(connection_, numberOf(window));
+    xcb_change_window_attributes(connection_, numberOf(window), XCB_CW_BACK_PIXMAP, &none);
+    dropPixmap(pictures_.at(&window));
+    xcb_flush(connection_);
+}
+
+void X11Platform::reveal(OverlayWindow& window) {
+    if (!isBelowApplications(window.layer())) stack(window);
+    xcb_map_window(connection_, numberOf(window));
+    xcb_flush(connection_);
+}
+
+void X11Platform::dropPixmap(Picture& picture) {
+    if (picture.pixmap != 0) xcb_free_pixmap(connection_, picture.pixmap);
+    picture.pixmap = 0;
+    picture.size = {};
+}
+
 void X11Platform::shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) {
     shapeWindow(connection_, numberOf(window), XCB_SHAPE_SK_BOUNDING, seen);
     shapeWindow(connection_, numberOf(window), XCB_SHAPE_SK_INPUT, clickable);
@@ -323,7 +355,7 @@ void X11Platform::draw(OverlayWindow& window, const QRegion& dirty) {
     Picture& picture = pictures_.at(&window);
     QRegion region = dirty;
     if (picture.size != window.size()) {
-        if (picture.pixmap != 0) xcb_free_pixmap(connection_, picture.pixmap);
+        dropPixmap(picture);
         picture.size = window.size();
         picture.pixmap = xcb_generate_id(connection_);
         xcb_create_pixmap(connection_, picture.depth, picture.pixmap, number,

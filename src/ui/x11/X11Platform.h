@@ -7,6 +7,7 @@
 #include "ui/overlay/OverlayWindow.h"
 #include "ui/x11/StackOrder.h"
 
+#include <QAbstractNativeEventFilter>
 #include <QSocketNotifier>
 
 #include <functional>
@@ -20,7 +21,7 @@ struct xcb_screen_t;
 
 namespace kova::ui {
 
-class X11Platform final : public OverlayPlatform {
+class X11Platform final : public OverlayPlatform, private QAbstractNativeEventFilter {
   public:
     /// `connection` is the toolkit's; null when a connection of our own cannot be made.
     static std::unique_ptr<X11Platform> create(xcb_connection_t* connection);
@@ -37,6 +38,8 @@ class X11Platform final : public OverlayPlatform {
     void adopt(OverlayWindow& window) override;
     void leave(OverlayWindow& window) override;
     void stack(OverlayWindow& window) override;
+    void conceal(OverlayWindow& window) override;
+    void reveal(OverlayWindow& window) override;
     void shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) override;
     void draw(OverlayWindow& window, const QRegion& dirty) override;
     void flush() override;
@@ -51,6 +54,8 @@ class X11Platform final : public OverlayPlatform {
     };
 
     X11Platform(xcb_connection_t* connection, xcb_connection_t* watch, int screen);
+    bool nativeEventFilter(const QByteArray& kind, void* event, qintptr* result) override;
+    void dropPixmap(Picture& picture);
     void watchSelections();
     void lookAtSelections();
     void watchMonitors();

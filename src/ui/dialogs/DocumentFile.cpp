@@ -1,6 +1,12 @@
-#include "ui/settings/DocumentUpload.h"
+#include "ui/dialogs/DocumentFile.h"
 
 #include "control/client/ControlCodes.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <QStringDecoder>
 
 #include <string>
 #include <utility>
@@ -8,6 +14,12 @@
 namespace kova::ui {
 
 namespace {
+
+constexpr qint64 kLargestDocument = 64 * 1024 * 1024; // bytes, as the agent takes it
+
+struct DocumentFile {
+    Q_DECLARE_TR_FUNCTIONS(kova::ui::DocumentFile)
+};
 
 /// In JSON a byte takes up to six (“\u0000”), and a message has other members.
 constexpr qsizetype kLargestPiece = kLongestControlLine / 8;
@@ -21,6 +33,26 @@ qsizetype lengthOfPiece(const QByteArray& text) {
 }
 
 } // namespace
+
+std::optional<QString> writeDocument(const QString& path, const std::string& text) {
+    QSaveFile file(path);
+    const auto size = static_cast<qint64>(text.size());
+    if (file.open(QIODevice::WriteOnly) && file.write(text.data(), size) == size && file.commit()) return std::nullopt;
+    return DocumentFile::tr("Export failed: %1").arg(file.errorString());
+}
+
+std::variant<QByteArray, QString> readDocument(const QString& path) {
+    const auto failed = [](const QString& reason) { return DocumentFile::tr("Import failed: %1").arg(reason); };
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) return failed(file.errorString());
+    QByteArray text = file.read(kLargestDocument + 1);
+    if (text.size() > kLargestDocument)
+        return failed(DocumentFile::tr("larger than %1 MiB").arg(kLargestDocument >> 20));
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    (void)QString(decoder(text));
+    if (decoder.hasError()) return failed(DocumentFile::tr("“%1” is not UTF-8 text").arg(QFileInfo(path).fileName()));
+    return text;
+}
 
 void sendDocument(AgentSession& agent, const QObject* context, QByteArray text, Importing importing,
                   std::function<void(const Answer&)> done) {

@@ -1,0 +1,144 @@
+#include "ui/dialogs/AlertWindow.h"
+
+#include "ui/overlay/Drawing.h"
+#include "ui/windows/JsonText.h"
+
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QIcon>
+#include <QPainter>
+#include <QStyle>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+namespace kova::ui {
+
+namespace {
+
+using nlohmann::json;
+
+constexpr int kColumns = 52; // of letters, wide
+constexpr int kMostRows = 9; // of the list, before it scrolls
+
+const WindowRegistration registration({"alert", [](WindowServices& services) -> std::unique_ptr<HostedWindow> {
+                                           return std::make_unique<AlertWindow>(services);
+                                       }});
+
+} // namespace
+
+AlertWindow::AlertWindow(WindowServices& services) :
+    services_(services), title_(new QLabel), text_(new QLabel), list_(new QListWidget), error_(new FieldError),
+    confirm_(new QPushButton), cancel_(new QPushButton) {
+    setWindowFlags(Qt::Dialog);
+    setWindowTitle(QStringLiteral("KOVA"));
+    QFont bold = title_->font();
+    bold.setBold(true);
+    title_->setFont(bold);
+    for (QLabel* label : {title_, text_}) {
+        label->setTextFormat(Qt::PlainText);
+        label->setWordWrap(true);
+        label->setMinimumWidth(fontMetrics().averageCharWidth() * kColumns);
+    }
+    auto* sign = new QLabel;
+    const int size = fontMetrics().height() * 3;
+    sign->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(size, size));
+    list_->setObjectName(QStringLiteral("applications"));
+    list_->setAccessibleName(tr("Applications that would end"));
+    list_->setAccessibleDescription(tr("They would be ended without asking them"));
+    list_->setSelectionMode(QAbstractItemView::NoSelection);
+    confirm_->setObjectName(QStringLiteral("confirm"));
+    confirm_->setAccessibleDescription(tr("Carries out what is asked"));
+    cancel_->setObjectName(QStringLiteral("cancel"));
+    error_->setObjectName(QStringLiteral("error"));
+    connect(confirm_, &QPushButton::clicked, this, &AlertWindow::confirm);
+    connect(cancel_, &QPushButton::clicked, this, &QWidget::close);
+    connect(&services.agent, &AgentSession::connectionChanged, this, [this] {
+        if (!services_.agent.isConnected()) close();
+    });
+
+    auto* texts = new QVBoxLayout;
+    for (QWidget* each : std::initializer_list<QWidget*>{title_, text_, list_, error_}) texts->addWidget(each);
+    auto* above = new QHBoxLayout;
+    above->setSpacing(fontMetrics().height());
+    above->addWidget(sign, 0, Qt::AlignTop);
+    above->addLayout(texts, 1);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    buttons->addWidget(confirm_);
+    buttons->addWidget(cancel_);
+    auto* whole = new QVBoxLayout(this);
+    whole->addLayout(above);
+    whole->addStretch(1);
+    whole->addLayout(buttons);
+}
+
+void AlertWindow::present(const json& parameters) {
+    answer(false); // a newer alert replaces one that is open
+    alert_ = parameters;
+    const QString confirm = memberText(parameters, "confirm"), cancel = memberText(parameters, "cancel");
+    const bool isQuestion = !cancel.isEmpty();
+    title_->setText(memberText(parameters, "title"));
+    text_->setText(memberText(parameters, "text"));
+    confirm_->setText(confirm);
+    confirm_->setVisible(isQuestion);
+    cancel_->setText(isQuestion ? cancel : confirm);
+    cancel_->setAccessibleDescription(isQuestion ? tr("Changes nothing") : tr("Closes this message"));
+    error_->clear();
+    listApplications(parameters.value("applications", json::array()));
+    for (QPushButton* each : {confirm_, cancel_}) each->setAutoDefault(true);
+    cancel_->setDefault(true);
+    cancel_->setFocus();
+    layout()->activate();
+    adjustSize();
+}
+
+void AlertWindow::listApplications(const json& applications) {
+    const int size = fontMetrics().height() * 3 / 2;
+    list_->clear();
+    list_->setIconSize({size, size});
+    const Style style{.palette = services_.palette ? services_.palette() : Palette(),
+                      .fontFamily = font().family(),
+                      .icon = services_.icon};
+    for (const json& each : applications) {
+        const ApplicationName application{memberText(each, "bundleIdentifier").toStdString(),
+                                          memberText(each, "name").toStdString()};
+        QPixmap picture(size, size);
+        picture.fill(Qt::transparent);
+        QPainter painter(&picture);
+        painter.setRenderHint(QPainter::Antialiasing);
+        drawIcon(painter, picture.rect(), application, style, 1);
+        painter.end();
+        auto* item = new QListWidgetItem(QIcon(picture), QString::fromStdString(application.name), list_);
+        item->setFlags(Qt::ItemIsEnabled);
+    }
+    list_->setVisible(list_->count() > 0);
+    const int rows = std::min(list_->count(), kMostRows);
+    list_->setFixedHeight(list_->sizeHintForRow(0) * rows + 2 * list_->frameWidth());
+}
+
+void AlertWindow::confirm() {
+    const std::string method = memberText(alert_, "method").toStdString();
+    if (method.empty()) {
+        answer(true);
+        close();
+        return;
+    }
+    callFor(*error_, services_.agent, method, alert_.value("parameters", json::object()),
+            {.done = [this](const json&) { close(); }});
+}
+
+void AlertWindow::answer(bool isConfirmed) {
+    const json answered = std::exchange(alert_, nullptr);
+    if (!answered.is_object() || !answered.contains("id")) return;
+    services_.agent.call(this, "ui.answer", {{"id", answered["id"]}, {"isConfirmed", isConfirmed}});
+}
+
+void AlertWindow::closeEvent(QCloseEvent* event) {
+    answer(false);
+    HostedWindow::closeEvent(event);
+}
+
+} // namespace kova::ui

@@ -1,0 +1,30 @@
+// Export and import of scenes and rules, chosen from the menu: a file panel, with the reason below it when the file
+// cannot be written or read.
+#pragma once
+
+#include "ui/windows/FieldError.h"
+#include "ui/windows/HostedWindow.h"
+
+#include <QFileDialog>
+
+namespace kova::ui {
+
+enum class Exchange { exportDocument, importDocument };
+
+class DocumentWindow final : public HostedWindow {
+    Q_OBJECT
+
+  public:
+    DocumentWindow(WindowServices& services, Exchange exchange);
+
+  private:
+    void exportTo(const QString& path);
+    void importFrom(const QString& path);
+
+    WindowServices& services_;
+    const Exchange exchange_;
+    QFileDialog* panel_;
+    FieldError* error_;
+};
+
+} // namespace kova::ui

@@ -1,0 +1,18 @@
+// What can be answered to a question of the palette. Plain values.
+#pragma once
+
+#include "ui/launcher/Entries.h"
+
+#include <string>
+#include <vector>
+
+namespace kova::ui {
+
+/// The agent's method that lists the answers; empty where the answer is typed.
+std::string methodOf(Subject subject);
+/// The answers in the method's result. Throws nothing; what is not understood is left out.
+std::vector<LauncherEntry> answersIn(const nlohmann::json& result, const Question& question);
+/// What was typed, as an answer.
+LauncherEntry typedAnswer(const Question& question, const QString& typed);
+
+} // namespace kova::ui

@@ -1,0 +1,14 @@
+// Light or dark, and whether things may move, from the Mac's own settings. Main thread only.
+#pragma once
+
+#include "ui/style/Palette.h"
+
+#include <functional>
+#include <memory>
+
+namespace kova::ui {
+
+/// Calls back at once, and whenever the user changes one of the settings, until the result is destroyed.
+[[nodiscard]] std::shared_ptr<const void> followAppearance(std::function<void(Brightness, bool mayMove)> follower);
+
+} // namespace kova::ui

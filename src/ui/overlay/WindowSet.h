@@ -1,0 +1,58 @@
+// The windows of the tiles by id. A window that is not needed is kept for the next tile, since a layout often replaces
+// another, and the window system is asked several times for each new window. Main thread only.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace kova::ui {
+
+template <class Window>
+class WindowSet {
+  public:
+    explicit WindowSet(std::function<std::unique_ptr<Window>()> make) : make_(std::move(make)) {}
+
+    /// Takes the windows of all other ids off the screen.
+    void keepOnly(const std::set<std::string>& ids) {
+        for (auto shown = shown_.begin(); shown != shown_.end();) {
+            if (ids.contains(shown->first)) {
+                ++shown;
+                continue;
+            }
+            if (retired_.size() < kMostRetired) {
+                shown->second->retire();
+                retired_.push_back(std::move(shown->second));
+            }
+            shown = shown_.erase(shown);
+        }
+    }
+    Window& of(const std::string& id) {
+        auto& window = shown_[id];
+        if (window) return *window;
+        if (retired_.empty()) {
+            window = make_();
+        } else {
+            window = std::move(retired_.back());
+            retired_.pop_back();
+        }
+        return *window;
+    }
+    void clear() {
+        shown_.clear();
+        retired_.clear();
+    }
+    const std::map<std::string, std::unique_ptr<Window>>& shown() const { return shown_; }
+
+  private:
+    static constexpr std::size_t kMostRetired = 6;
+
+    std::function<std::unique_ptr<Window>()> make_;
+    std::map<std::string, std::unique_ptr<Window>> shown_;
+    std::vector<std::unique_ptr<Window>> retired_;
+};
+
+} // namespace kova::ui
