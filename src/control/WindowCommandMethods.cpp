@@ -4,6 +4,7 @@
 #include "control/ControlRecords.h"
 #include "control/NameLookup.h"
 #include "control/Refusal.h"
+#include "workspace/WindowNames.h"
 
 #include <algorithm>
 #include <utility>
@@ -201,8 +202,8 @@ ControlReply stepStack(WorkspaceController& controller, const JsonCursor& parame
     const auto next = controller.nextInStack(cycle);
     if (!next) return refusal(controller.whyNothingNext(cycle));
     json result = performed(controller, std::nullopt);
-    result["message"] =
-        controlRecord::briefWindow(controller, *next).at("application").get<std::string>() + " would come to the front";
+    const ManagedWindow* coming = controller.actingWindow(*next);
+    result["message"] = (coming ? nameOf(*coming) : std::string("It")) + " would come to the front";
     return result;
 }
 

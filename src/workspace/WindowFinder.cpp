@@ -63,6 +63,9 @@ std::optional<std::string> WindowFinder::whyNoStartingPoint(const std::optional<
     if (startingPoint(windowID)) return std::nullopt;
     const ManagedWindow* window = actingWindow(windowID);
     if (!window) return windowID ? "There is no such window" : "No managed window has the focus";
+    if (assignments_.stackTargetOf(window->id)) {
+        return window->applicationName + " waits behind another window. Bring it to the front with “kova focus window”";
+    }
     return window->applicationName + " is in no tile. Put it into one with “kova tile” or “kova place”";
 }
 
@@ -82,9 +85,11 @@ std::optional<std::string> WindowFinder::neighbourOf(const StartingPoint& start,
 /// The tile whose stack is cycled (of a spanning window its anchor), and the stack in its new order. Absent if no other
 /// window is stacked there.
 std::optional<StackTurn> WindowFinder::stackTurn(const action::CycleStack& cycle) const {
-    std::optional<std::string> front = cycle.windowID;
-    if (cycle.targetID) {
-        const auto found = assignments_.assignedWindowIDs.find(*cycle.targetID);
+    auto front = cycle.windowID;
+    auto target = cycle.targetID;
+    if (!target && front && !assignments_.targetOf(*front)) target = assignments_.stackTargetOf(*front); // it waits
+    if (target) {
+        const auto found = assignments_.assignedWindowIDs.find(*target);
         if (found == assignments_.assignedWindowIDs.end()) return std::nullopt;
         front = found->second;
     }

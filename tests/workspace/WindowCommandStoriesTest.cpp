@@ -135,6 +135,11 @@ TEST_F(WindowCommandStories, TheNamedWindowIsUsedInsteadOfTheFocusedOne) {
     desk.perform(command::Place{id("Notes"), tile("focus-main")});
     desk.perform(action::CycleStack{StackStep::previous, {}, tile("focus-main")});
     desk.expectTiles("Codex 15,15 1254x1382 + Notes | Mail 1291,15 1254x1382");
+    desk.perform(action::Move{WorkspaceDirection::right, id("Notes")});
+    desk.expectMessage("Notes waits behind another window. Bring it to the front with “kova focus window”");
+    desk.perform(action::CycleStack{StackStep::next, id("Notes"), {}}); // the stack in which it waits
+    desk.expectTiles("Notes 15,15 1254x1382 + Codex | Mail 1291,15 1254x1382");
+    desk.undo();
     desk.desktop.userFocuses("Mail");
     desk.perform(action::ToggleFocusZoom{id("Codex")});
     EXPECT_EQ((*desk.state().focusMode)->windowID, id("Codex"));
