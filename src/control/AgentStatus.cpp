@@ -15,9 +15,9 @@ namespace kova {
 nlohmann::json agentStatus(const ControlContext& context, const ShortcutMethods& shortcuts) {
     const WorkspaceController& controller = context.controller;
     const WorkspaceState& state = controller.state();
-    const auto& assignments = controller.assignments();
+    const auto tiles = controller.tiles();
     const auto& live = controller.liveWindows();
-    const auto isInTile = [&](const auto& window) { return assignments.isInAnyTile(window.id); };
+    const auto isInTile = [&](const auto& window) { return controlRecord::isInOneOf(tiles, window.id); };
     return {{"version", KOVA_VERSION},
             {"process", getpid()},
             {"permission", describe(*state.permissionState)},

@@ -71,6 +71,13 @@ json briefWindow(const WorkspaceController& controller, const std::string& windo
     return window ? brief(*window) : json{{"id", windowID}, {"application", ""}, {"title", ""}};
 }
 
+bool isInOneOf(const std::vector<WorkspaceTile>& tiles, const std::string& windowID) {
+    return std::any_of(tiles.begin(), tiles.end(), [&](const WorkspaceTile& tile) {
+        return tile.windowID == windowID ||
+               std::find(tile.stack.begin(), tile.stack.end(), windowID) != tile.stack.end();
+    });
+}
+
 std::string tileName(const WorkspaceController& controller, const std::string& targetID) {
     for (const WorkspaceTile& tile : controller.tiles()) {
         if (tile.targetID != targetID) continue;

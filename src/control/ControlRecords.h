@@ -26,6 +26,8 @@ nlohmann::json window(const ManagedWindow& window, const WorkspaceController& co
 nlohmann::json briefWindow(const WorkspaceController& controller, const std::string& windowID);
 /// The same with the window's visible state.
 nlohmann::json windowInBrief(const WorkspaceController& controller, const std::string& windowID);
+/// Whether the window is in a tile of `tiles`, in front or behind another. Tiles of absent displays are not among them.
+bool isInOneOf(const std::vector<WorkspaceTile>& tiles, const std::string& windowID);
 /// The tile's name and its display's: "Primary on DVI-1". The id itself for a tile that is gone.
 std::string tileName(const WorkspaceController& controller, const std::string& targetID);
 /// The focused window with its tile and display; without one the current display.

@@ -252,7 +252,7 @@ ControlReply listWindows(const WorkspaceController& controller) {
     }
     json others = json::array();
     for (const ManagedWindow& window : controller.liveWindows()) {
-        if (!controller.assignments().isInAnyTile(window.id)) {
+        if (!controlRecord::isInOneOf(tiles, window.id)) {
             others.push_back(controlRecord::windowInBrief(controller, window.id));
         }
     }

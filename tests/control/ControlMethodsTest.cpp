@@ -577,6 +577,13 @@ TEST_F(AgentMethods, CommandsForOneWindowDoWhatTheirDryRunSays) {
     EXPECT_EQ(error("swap", {{"with", "left"}, {"display", "Beamer"}})["data"]["choices"].size(), 1u);
 }
 
+TEST_F(AgentMethods, WindowsOfAnAbsentDisplayAreListedAsInNoTile) {
+    desk.arrange().desktop.removeDisplay("A");
+    desk.settle();
+    EXPECT_EQ(result("status")["windowsInTiles"], 0);
+    EXPECT_EQ(result("windows")["others"].size(), desk.controller().liveWindows().size());
+}
+
 TEST_F(AgentMethods, ADesktopWithoutWindowsToManageSaysWhy) {
     desk.desktop.setAbsence("This is a Wayland session. Log in to an X11 session instead.");
     desk.settle();
