@@ -116,7 +116,7 @@ The log is ~/Library/Logs/KOVA/agent.log, the preferences are in the user's defa
 
 - (void)listenToStopSignals {
     for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
-        std::signal(number, SIG_IGN); // the source is told all the same
+        std::signal(number, SIG_IGN); // the dispatch source is notified anyway
         dispatch_source_t source = dispatch_source_create(DISPATCH_SOURCE_TYPE_SIGNAL, static_cast<uintptr_t>(number),
                                                           0, dispatch_get_main_queue());
         dispatch_source_set_event_handler(source, ^{

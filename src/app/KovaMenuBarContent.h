@@ -19,7 +19,7 @@ namespace kova {
 /// The character that stands for the key in a Mac's menus; empty if there is none.
 std::string menuKeyEquivalent(const KovaShortcut& shortcut);
 
-/// Services behind the menu. Entries of a service that is null are left out. All of them outlive the menu.
+/// Services that the menu's entries use; a null service has no entries. All outlive the menu.
 struct MenuBarServices {
     AppDelegate& delegate;
     DocumentExchangeControl* documents = nullptr;

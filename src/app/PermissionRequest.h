@@ -18,7 +18,7 @@ class PermissionRequest final : public PermissionControl {
     bool canAsk() const override { return system_ != nullptr; }
     void ask() override {
         if (!system_) return;
-        // The system shows its question once; after that only its settings help.
+        // The system shows its dialog once; afterwards the user can allow it only in the system settings.
         const bool asksAnew = std::exchange(hasAsked_, true) || accessibility_.stalePermission();
         if (asksAnew) return system_->openPermissionSettings();
         (void)accessibility_.requestTrust(true);
@@ -27,7 +27,7 @@ class PermissionRequest final : public PermissionControl {
   private:
     AccessibilityServicing& accessibility_;
     OnboardingServicing* system_;
-    bool hasAsked_ = false; // by the system's question
+    bool hasAsked_ = false; // true once the system has shown its permission dialog
 };
 
 } // namespace kova

@@ -16,7 +16,7 @@ struct DockCommands {
 
 class SystemDockAutoHideService final : public DockAutoHideServicing {
   public:
-    /// For each command. They normally end within a fraction of it.
+    /// Time limit for each command; normally they end in milliseconds.
     static constexpr Seconds kDeadline{10};
 
     /// The commands run on `workQueue`, one after the other. All of these outlive the service, and `runner` also the

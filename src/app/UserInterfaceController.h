@@ -21,7 +21,7 @@ class UserInterfaceController final : public UserInterfaceControl, public Diagno
     UserInterfaceController(const UserInterfaceController&) = delete;
     UserInterfaceController& operator=(const UserInterfaceController&) = delete;
 
-    /// Call with the workspace's start and stop: runs the program between them if it is switched on.
+    /// Call at the start and the stop of the workspace. kova-ui runs in between if it is switched on.
     void start();
     void stop();
 

@@ -1,4 +1,4 @@
-// The agent's answers as people read them.
+// The agent's answers as text for the terminal.
 #pragma once
 
 #include "cli/Arguments.h"

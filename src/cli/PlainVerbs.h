@@ -1,11 +1,11 @@
-// The verbs that are one request and an answer, and those that take the place of one.
+// Verbs that send one request, and `kova open` without a URL, which becomes the agent.
 #pragma once
 
 #include "cli/Verbs.h"
 
 namespace kova::cli {
 
-/// Carries the verb out, whatever it takes.
+/// Runs the verb.
 ExitCode run(const Verb& verb, const Arguments& arguments);
 /// Prints the agent's answer to the verb, as JSON if asked.
 ExitCode printAnswer(const Verb& verb, const Arguments& arguments, const nlohmann::json& result);

@@ -11,13 +11,13 @@
 namespace kova {
 
 ControlReply listApplications(const WorkspaceController& controller, const LaunchCounts& counts);
-/// A launch that is carried out is counted. The peer is told by a “launched” notification once the launch has worked or
+/// A launch that is carried out is counted. The client gets a “launched” notification once the launch has worked or
 /// failed.
 ControlReply launchIntoTile(WorkspaceController& controller, LaunchCounts& counts, const JsonCursor& parameters,
                             const std::shared_ptr<ControlPeer>& peer);
 enum class Ending { quit, forceQuit };
 ControlReply endApplication(WorkspaceController& controller, const JsonCursor& parameters, Ending ending);
-/// Ends those that the parameters say were confirmed; without them only tells what the user has to be asked.
+/// Ends the confirmed applications; without that parameter returns the confirmation question.
 ControlReply forceQuitAll(WorkspaceController& controller, const JsonCursor& parameters);
 
 } // namespace kova

@@ -36,7 +36,7 @@ void ControlExchange::carryOn() {
 }
 
 void ControlExchange::handleInTime(const jsonrpc::Request& request) {
-    // Back on a turn of its own: by then the server may have ended.
+    // Posted, since the server may end before the response.
     auto ready = [self = shared_from_this(), &request] { self->turn_([self, &request] { self->carryOut(request); }); };
     if (!handling_.mustWait(request.call, std::move(ready))) carryOut(request);
 }

@@ -294,7 +294,7 @@ class ControlMethods::Table final : MethodTable {
         });
     }
 
-    /// Adds whether anything shows the look.
+    /// Adds whether a client draws the overlay.
     ControlReply withIsDrawn(ControlReply reply) {
         if (reply) (*reply)["isDrawn"] = overlay_ && overlay_->hasPeers();
         return reply;

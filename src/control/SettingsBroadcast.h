@@ -20,7 +20,7 @@ namespace kova {
 
 class SettingsBroadcast {
   public:
-    /// A part of the state, computed when it is asked for; null where this desktop has nothing of the kind.
+    /// A part of the state, computed when it is asked for; null if the desktop lacks the feature.
     struct Section {
         std::string name;
         std::function<nlohmann::json()> value;
@@ -32,7 +32,7 @@ class SettingsBroadcast {
 
     /// Sends changes to the client from now on; the result holds the whole state and the number of the last change.
     nlohmann::json subscribe(std::shared_ptr<ControlPeer> peer);
-    /// Something may have changed: it is looked at in the next turn of the queue, if a client is there.
+    /// Sections may have changed; compares them in the next turn of the main queue if there are clients.
     void touch();
 
   private:

@@ -46,8 +46,8 @@ CGRect contentArea(CGSize area, double outerMargin) {
     return width > 0 && height > 0 ? makeRect(margin, margin, width, height) : makeRect(0, 0, area.width, area.height);
 }
 
-/// By what frames are divided to normalize them; an extent of nothing, or of so little that quotients would not be
-/// finite, counts as 1.
+/// The divisor that normalizes frames; an extent of nothing, or of so little that quotients would not be finite, counts
+/// as 1.
 CGSize normalizingSize(CGSize area) {
     const auto divisor = [](double length) { return std::abs(length) < 1e-200 ? 1 : length; };
     return {divisor(area.width), divisor(area.height)};

@@ -76,7 +76,7 @@ class LayoutSolver {
     std::unique_ptr<Scratch> scratch_;
 };
 
-/// The same without reuse.
+/// Solves into a new result.
 SolvedLayout solveSlots(const LayoutNode& tree, const TileMinimumSizes& minimumSizes, CGSize referenceSize,
                         const LayoutMetrics& metrics, double tileInset);
 

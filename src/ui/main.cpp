@@ -1,4 +1,5 @@
-// kova-ui: what one sees of KOVA. A client of the agent's socket.
+// kova-ui: the overlay, the menu and the windows of KOVA. A client of the agent's socket. A client of the agent's
+// socket.
 #include "ui/Instance.h"
 #include "ui/Program.h"
 

@@ -91,7 +91,8 @@ TEST_F(AgentLife, TheFirstCommandFindsExistingWindows) {
     TestClient client(server.displayName(), "Drawing", static_cast<std::uint32_t>(getpid()));
     for (int i = 0; i < 40; ++i) client.open({.title = std::to_string(i)});
     for (int start = 0; start < 5; ++start) {
-        const std::string home = server.folder() + "/" + std::to_string(start); // nothing to be taken up from the last
+        const std::string home =
+            server.folder() + "/" + std::to_string(start); // a new home, so that no former session is restored
         std::filesystem::create_directory(home);
         Session session(home, server.displayName());
         session.startAgent();

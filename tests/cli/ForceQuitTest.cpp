@@ -84,7 +84,7 @@ class ForceQuitAll : public testing::Test, public AgentStage {};
 
 } // namespace
 
-TEST_F(ForceQuitAll, IsAskedAtTheTerminal) {
+TEST_F(ForceQuitAll, AsksForConfirmationAtTheTerminal) {
     desk.desktop.launch("evil\x1b[2J\nKOVA", {}); // a name is other people's text
     desk.settle();
     for (const char* answer : {"\n", "no\n", "yes please\n", "\x04"}) {

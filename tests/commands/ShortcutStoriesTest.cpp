@@ -139,7 +139,7 @@ TEST_F(Keys, ArriveOnceEachWithOneSetOfMonitorsAndNotWithout) {
     keyboard.press(keyCode::right, kFocus);
     desk.settle();
     EXPECT_EQ(layout(), "jarvis.dual-stack") << "installed twice, heard once";
-    // What was pressed before they are removed, and is heard after, comes too late.
+    // A press that is delivered after the monitors were removed has no effect.
     keyboard.press(keyCode::right, kFocus);
     coordinator.removeMonitors();
     coordinator.removeMonitors();

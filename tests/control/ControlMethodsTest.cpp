@@ -27,7 +27,7 @@ TEST_F(AgentMethods, EveryMethodIsDocumentedWithAnExampleThatWorks) {
         const std::string method = parsed["method"];
         reopen();
         json reply = connection.ask(request);
-        while (reply.contains("method")) reply = connection.message(); // what is told unasked
+        while (reply.contains("method")) reply = connection.message(); // notifications
         ASSERT_TRUE(reply.contains("result")) << request << reply;
         EXPECT_EQ(schemaViolation(schema, "result:" + method, reply["result"]), "") << request;
         documented.insert(method);
@@ -303,7 +303,7 @@ TEST_F(AgentMethods, SubscribersGetNumberedChangesThatAddUpToTheState) {
     now.erase("last");
     EXPECT_EQ(focus, now);
 
-    // What one action touches is told in one line.
+    // Changes of one action arrive in one notification.
     result("layout.setInset", {{"points", 30}});
     const json changes = heard();
     EXPECT_EQ(changes["settings"]["tileInset"], 30);

@@ -180,7 +180,7 @@ TEST_F(LineProtocol, ServesAClientBesideTwoHundredSilentOnes) {
     getrusage(RUSAGE_SELF, &after);
     EXPECT_LE(after.ru_nvcsw - before.ru_nvcsw, 5) << "silent clients wake the agent up";
 
-    // The half-sent ones are told so once they give up, and their places are free again.
+    // Clients with an incomplete line get an error when they close, and their places are free again.
     silent[1].endSending();
     EXPECT_EQ(codeOf(silent[1].message()), controlCode::parseError);
     EXPECT_TRUE(silent[1].hungUp());

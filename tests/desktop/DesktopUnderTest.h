@@ -76,7 +76,7 @@ class DesktopUnderTest {
     bool comesTo(const std::string& title, const CGRect& wished, const std::function<CGRect()>& frame);
     bool comesTo(const std::string& title, const CGRect& wished, const TestClient& client, xcb_window_t window);
 
-    /// Sooner or later the polled frame is the one that the server tells.
+    /// Sooner or later the polled frame equals the server's.
     bool readsAs(const std::string& title, const std::function<CGRect()>& frame);
 
     void runFor(Seconds time);

@@ -38,7 +38,7 @@ class Keys : public ::testing::Test {
         EXPECT_EQ(std::system(line.c_str()), 0) << command;
     }
     void press(const std::string& keys) { run("xdotool key " + keys); }
-    /// True once the press is heard, and nothing else was.
+    /// True once exactly this press was reported.
     bool isHeard(const std::string& keys, const KeyCombination& combination) {
         heard.clear();
         press(keys);

@@ -17,7 +17,7 @@ Scenario::~Scenario() {
         delegate_->workspace().stop(); // also where it was started without its delegate
         delegate_.reset();
     }
-    // Longer than any delay in the house: what still stands in the queue then would have gone on for ever.
+    // Longer than every delay in the agent; work still queued after it would repeat forever.
     desktop.queue().advance(Seconds(30));
     EXPECT_EQ(desktop.queue().pendingCount(), 0u) << "work is left in the queue";
 }

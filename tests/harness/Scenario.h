@@ -57,7 +57,7 @@ class Scenario {
     Scenario& simulate(SystemActivityEvent event);
     bool isSuspended() { return delegate().isWorkspaceSuspended(); }
 
-    // What the person asks for, through the one door. Each settles afterwards.
+    // User actions, all through WorkspaceController::perform. Each settles afterwards.
     Scenario& arrange();
     Scenario& undo();
     Scenario& zoom();

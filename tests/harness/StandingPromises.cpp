@@ -60,7 +60,7 @@ void Scenario::checkTilesFillTheirDisplays(std::vector<std::string>& broken) {
         std::vector<CGRect> cells;
         std::vector<CGRect> surroundings;
         const auto* layout = controller().resolvedLayout(displayID(screen));
-        if (!layout) continue; // the controller hears of the display with the next event
+        if (!layout) continue; // the controller is notified of the display with the next event
         for (const auto& tile : controller().tiles()) {
             if (tile.displayID != displayID(screen)) continue;
             for (const auto& other : cells) {
@@ -118,7 +118,7 @@ void Scenario::checkTiledWindowsDoNotOverlap(std::vector<std::string>& broken, M
     for (const auto& tile : controller().tiles()) {
         if (!tile.windowID || *controller().state().focusMode) continue;
         const auto label = desktop.labelOfID(*tile.windowID);
-        if (label == *tile.windowID) continue; // gone, and not noticed yet
+        if (label == *tile.windowID) continue; // closed since the last poll
         const auto& window = desktop.window(label);
         const auto minimum = window.leastSize();
         const auto screens = desktop.screens();

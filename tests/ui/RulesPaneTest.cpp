@@ -151,7 +151,7 @@ TEST_F(RulesInSettings, TheSelectedRuleShowsItsWindowsAndTakesChanges) {
     EXPECT_TRUE(until([&] { return rules()[0]["disposition"] == "ignore"; }));
 }
 
-TEST_F(RulesInSettings, WhatIsRefusedIsSaidAtTheControl) {
+TEST_F(RulesInSettings, ErrorsAreShownAtTheControl) {
     desk.desktop.setTrusted(false);
     desk.settle();
     openPane();

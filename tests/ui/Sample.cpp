@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <memory>
 
-/// What the toolkit and its libraries keep until the end of the process is not ours.
+/// Leaks inside Qt and its libraries are suppressed.
 extern "C" const char* __lsan_default_suppressions();
 extern "C" const char* __lsan_default_suppressions() {
     return "leak:libfontconfig\nleak:libQt6\nleak:libglib\nleak:libdbus\n";
@@ -21,7 +21,7 @@ using nlohmann::json;
 
 namespace {
 
-/// The toolkit, without a screen; begun before the tests and not for listing them.
+/// QApplication on the offscreen platform; created in SetUp, so that listing tests does not need it.
 class Toolkit : public ::testing::Environment {
   public:
     void SetUp() override {

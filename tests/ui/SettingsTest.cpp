@@ -103,7 +103,7 @@ TEST_F(Settings, TheTileInsetMovesWindowsWhileItIsTyped) {
     EXPECT_TRUE(until([&] { return inset->value() == 7; })) << "changed by a command";
 }
 
-TEST_F(Settings, WhatIsRefusedIsSaidAtTheControlWhichGoesBack) {
+TEST_F(Settings, ErrorsAreShownAtTheControlWhichIsReset) {
     HostedWindow* window = openAt("general");
     settingProblem = "The login item cannot be written";
     auto* box = control<QCheckBox>(window, "startAtLogin");

@@ -175,7 +175,7 @@ TEST_F(Announcements, APressQueriesOnlyNearATitleOrAnEdge) {
     desk.settle().expectTiles("Mail 15,15 1254x1382 + Notes | -");
 }
 
-TEST(WindowHold, TitlesAndEdgesAreWhereWindowsAreTakenHoldOf) {
+TEST(WindowHold, WindowsAreDraggedByTitlesAndEdges) {
     const std::vector<CGRect> frames = {makeRect(100, 100, 800, 600), makeRect(1000, 100, 300, 300)};
     const struct {
         CGPoint point;

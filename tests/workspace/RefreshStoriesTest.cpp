@@ -141,7 +141,7 @@ TEST(RefreshStories, OnlyWhatIsShownRepublishesTheWindows) {
     EXPECT_EQ(published, 1);
 }
 
-TEST(RefreshStories, PermissionTakenEmptiesTheTilesAndGivenBackArrangesAgain) {
+TEST(RefreshStories, WithdrawnPermissionEmptiesTheTilesAndGrantedAgainArranges) {
     Scenario desk;
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
     desk.desktop.setTrusted(false);

@@ -1,4 +1,4 @@
-// Starts other programs and tells of their ends, in the way of the system.
+// Starts other programs and reports when they end. One implementation per system.
 #pragma once
 
 #include <sys/types.h>

@@ -18,7 +18,7 @@ std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
     return pointers;
 }
 
-/// What the calls prepare has to be given back.
+/// Frees what posix_spawn's setup functions allocate.
 struct FileActions {
     posix_spawn_file_actions_t actions{};
     FileActions() { posix_spawn_file_actions_init(&actions); }

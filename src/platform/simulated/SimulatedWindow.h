@@ -35,9 +35,9 @@ struct WindowTraits {
     bool isMinimized = false;
     std::optional<std::string> dialogOf{}; // label of the window that it belongs to
 
-    std::optional<CGSize> minimumSize{};       // kept, and told
+    std::optional<CGSize> minimumSize{};       // enforced, and announced
     std::optional<CGSize> otherMinimumSize{};  // told under the attribute's other name, and not kept
-    std::optional<CGSize> secretMinimumSize{}; // kept, and not told
+    std::optional<CGSize> secretMinimumSize{}; // enforced, not announced
     std::optional<CGSize> maximumSize{};
     std::optional<double> aspect{}; // width divided by height; keeps the width that it is told, whatever the height
     bool tellsSizeHints = false;    // of cells, largest size and aspect

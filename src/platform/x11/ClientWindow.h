@@ -86,8 +86,9 @@ struct ClientWindow {
     std::optional<std::string> netName; // preferred, UTF-8
     std::string oldName;
     std::optional<WindowKind> declaredKind;
-    std::optional<xcb_window_t> transientFor; // WM_TRANSIENT_FOR, which may also name the root or a window of no user
-    xcb_window_t group = kNoWindow;           // the leader that WM_HINTS names
+    std::optional<xcb_window_t>
+        transientFor;               // WM_TRANSIENT_FOR, which may also name the root or a window that is not managed
+    xcb_window_t group = kNoWindow; // the leader that WM_HINTS names
     bool isModal = false;
 
     bool isIconic = false;      // WM_STATE
@@ -101,7 +102,8 @@ struct ClientWindow {
     std::optional<PixelEdges> announcedDecorations;
     PixelEdges decorations; // between the client's area and the window manager's frame around it
     PixelEdges shadow;      // drawn by the client inside its area, beyond its visible edge
-    PixelEdges margins;     // from the top level's edge to the visible edge; negative where nothing shows the edge
+    PixelEdges margins; // from the top level's edge to the visible edge; negative where the decorations lie outside the
+                        // top level
     // What the present top level has around the client's area, if it is all visible edge and what is announced.
     std::optional<PixelEdges> measuredDecorations;
     std::optional<PixelRect> frameBefore;    // the visible edge, while the frame has no room for the window

@@ -17,7 +17,7 @@ namespace kova::x11 {
 struct MonitorIdentity {
     std::string device;        // manufacturer, model and serial numbers; stable across connections
     std::string name;          // product name; empty when there is none
-    bool isSerialised = false; // it has a serial number, which tells it from others of its model
+    bool isSerialised = false; // has a serial number that distinguishes it from others of its model
     bool operator==(const MonitorIdentity&) const = default;
 };
 

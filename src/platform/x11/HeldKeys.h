@@ -1,6 +1,6 @@
-// Which keys are down, as far as the server has told, and whether a press is a new one or a key that repeats. Between
-// repetitions the server tells no releases. The release of a key may go to another program: the claim of a key ends
-// with its own release, so that of one that went down meanwhile, and is let go later, is never told.
+// Which keys are down according to the server, and whether a press is a repetition. The server reports no releases
+// between repetitions. A grab ends with the release of its own key; the release of a key pressed during the grab then
+// goes to another program and is not reported here.
 #pragma once
 
 #include <xcb/xproto.h>

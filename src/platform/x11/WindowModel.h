@@ -27,7 +27,7 @@ struct TopLevel {
 
 struct WindowManager {
     bool isPresent = false; // one with a list of its windows
-    bool isMute = false;    // one without a list: its frames cannot be told from windows
+    bool isMute = false;    // publishes no list of clients, so frames cannot be distinguished from windows
     xcb_window_t checkWindow = kNoWindow;
     std::string name;
     bool movesAndResizes = false; // understands _NET_MOVERESIZE_WINDOW

@@ -1,5 +1,5 @@
-// A connection to the agent for windows, beside the overlay's: what is refused on it is told to the control that asked
-// and not in the overlay's message. Connects again when the agent comes back. Main thread only.
+// A connection to the agent for windows, beside the overlay's: errors are shown at the control that sent the request,
+// not in the overlay's message. Connects again when the agent comes back. Main thread only.
 #pragma once
 
 #include "ui/client/OverlayMirror.h"

@@ -1,5 +1,5 @@
-// The overlay's contents as the agent tells them, kept in step with its numbered changes. Knows the messages, not the
-// socket: lines come in, requests go out as text. Main thread only.
+// The overlay's contents updated by the agent's numbered changes. Parses and builds messages; does not use the socket.
+// Main thread only.
 #pragma once
 
 #include "ui/client/Contents.h"
@@ -34,14 +34,14 @@ class OverlayMirror {
 
     /// A new connection: what is known is forgotten. Returns the lines to send.
     std::string connected();
-    /// The connection has ended: requests that wait get an error, contents are gone.
+    /// The connection has ended: requests that wait get an error, contents are reset.
     void disconnected();
     /// Takes one line of the agent. Returns what is to be sent because of it; mostly nothing.
     std::string receive(std::string_view line);
     /// The line to send for a request; `done` is called with its answer.
     std::string request(const std::string& method, nlohmann::json parameters, std::function<void(const Answer&)> done);
 
-    /// Absent until the agent has told them, and while there is no connection.
+    /// Absent before the first state, and without a connection, and while there is no connection.
     const std::optional<OverlayContents>& contents() const { return contents_; }
 
   private:

@@ -39,7 +39,7 @@ class SearchWindow : public HostedWindow {
 
   public:
     explicit SearchWindow(WindowServices& services);
-    /// `tile` is the tile to act on; without it that which the overlay tells first.
+    /// `tile` is the tile to act on; without it, the first tile of the overlay's contents.
     void present(const nlohmann::json& parameters) override;
 
   protected:

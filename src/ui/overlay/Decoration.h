@@ -22,8 +22,7 @@ class Decoration {
     ~Decoration();
 
     using StyleOf = std::function<Style(const std::string& display)>;
-    /// The agent has told something new, which also means that something happens on the desktop. Null: nothing is
-    /// shown.
+    /// New contents from the agent, which count as activity on the desktop. Null: nothing is shown.
     void show(const OverlayContents* contents, const StyleOf& styleOf);
     bool isMoving() const { return timer_.isActive(); }
 

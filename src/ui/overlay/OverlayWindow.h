@@ -12,8 +12,8 @@
 
 namespace kova::ui {
 
-/// From the bottom up. Up to `footer`: above the desktop and its icons, below the windows of all applications; the
-/// rest: above them.
+/// Bottom first. Layers up to `footer` are above the desktop's icons and below all applications; the others are above
+/// all applications.
 enum class Layer { backdrop, decoration, emptyTile, divider, footer, highlight, message };
 constexpr bool isBelowApplications(Layer layer) {
     return layer <= Layer::footer;

@@ -14,8 +14,8 @@
 
 namespace kova::ui {
 
-/// Calls `show` for the state that there is, if there is any, and whenever one of the sections has changed, as long as
-/// `context` lives. A state that is not what `show` expects is reported and changes nothing more.
+/// Calls `show` with the current state, if any, and after each change of one of the sections, as long as `context`
+/// lives. A state that is not what `show` expects is reported and changes nothing more.
 void followSections(AgentSession& agent, QObject* context, std::set<std::string> sections,
                     std::function<void(const nlohmann::json& state)> show);
 
@@ -35,11 +35,11 @@ class SettingSwitch final : public QWidget {
     Q_OBJECT
 
   public:
-    /// `request` makes what is asked for when the user switches.
+    /// `request` builds the request to send when the user switches.
     SettingSwitch(AgentSession& agent, const QString& title, const QString& text,
                   std::function<AgentRequest(bool isOn)> request, QWidget* parent = nullptr);
 
-    /// What is so; nothing is asked for.
+    /// Shows the state without sending a request.
     void showState(bool isOn);
     void setText(const QString& text);
     QCheckBox& box() { return *box_; }

@@ -28,7 +28,7 @@ Grounds darkGrounds(const ThemePalette& theme) {
             .raisedLine = mixed(panel, text, 0.22)};
 }
 
-/// The desktop's own greys by day; themes describe the night only.
+/// Grays for the light appearance; themes define only a dark one.
 Grounds lightGrounds() {
     return {.top = QColor(0xdc, 0xe3, 0xea),
             .bottom = QColor(0xc3, 0xcd, 0xd8),

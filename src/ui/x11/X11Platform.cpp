@@ -228,7 +228,7 @@ void X11Platform::readEvents() {
         } else if (kind == XCB_CONFIGURE_NOTIFY) {
             const auto* told = reinterpret_cast<const xcb_configure_notify_event_t*>(raw);
             if (told->window == screen_->root) {
-                areMonitorsNews = true; // all that is told of monitors which a user defined
+                areMonitorsNews = true; // the only notification for user-defined monitors
                 continue;
             }
             order_.configured(told->window, told->above_sibling);

@@ -23,7 +23,7 @@ Owned<Reply> owned(Reply* reply) {
 
 constexpr std::uint32_t kSourcePager = 2;
 
-/// The server's clock now, by an event on a connection of its own; 0 when it cannot be told.
+/// The server's clock now, by an event on a connection of its own; 0 if unknown.
 std::uint32_t serverTime() {
     const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> server(xcb_connect(nullptr, nullptr),
                                                                               &xcb_disconnect);

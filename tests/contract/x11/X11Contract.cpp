@@ -79,7 +79,7 @@ class X11Stage final : public ContractDesktop {
                          .knowsDelete = true,
                          .transientFor = opening.dialogOf ? windows_.at(*opening.dialogOf).window : xcb_window_t{}});
         windows_[opening.title] = {&client, window};
-        // The window manager has listed, decorated and placed it.
+        // Waits until the window manager has listed and decorated the window.
         const auto isSettled = [&] {
             const auto listed = client.numbers(client.root(), "_NET_CLIENT_LIST");
             return manager_ == Manager::none || (std::ranges::find(listed, window) != listed.end() &&
@@ -142,7 +142,7 @@ class X11Stage final : public ContractDesktop {
         addMonitor("RIGHT", true, kSecondAt, kScreenWidth - kSecondAt);
         firstDisplayX_ = kSecondAt;
     }
-    /// Here it goes with the connection.
+    /// On X11 the permission is the connection to the server, so the server is ended.
     void withdrawPermission() override {
         isEnding_ = true;
         server_.end();
