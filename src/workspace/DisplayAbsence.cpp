@@ -34,6 +34,9 @@ ReturnOfResidents withResidentsBack(const TileAssignments& held, TileAssignments
             back.assignments.insertIntoStack(*lost, loser, TileAssignments::StackPosition::behind);
         back.returnedWaiting.push_back(loser);
     }
+    for (const auto& [window, anchor] : back.assignments.anchorTargetIDsByWindowID) { // one stack for the whole span
+        back.assignments.mergeStacksInto(anchor, back.assignments.targetsOf(window), {});
+    }
     back.assignments.putFrontsFirst();
     return back;
 }

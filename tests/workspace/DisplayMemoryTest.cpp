@@ -34,6 +34,18 @@ TEST_F(DisplayMemoryTest, ADisplayThatComesBackHasItsWindowsInFrontOfOthers) {
     EXPECT_FALSE(memory.hasReturned());
 }
 
+TEST_F(DisplayMemoryTest, WhatCameIntoTheTilesOfASpanWaitsBehindIt) {
+    (void)tiles.assign("mail", {"D::a", "D::b"});
+    (void)memory.noteConnected({"C", "D"}, {"C"}, tiles);
+    tiles = {};
+    tiles.insertIntoStack("D::b", "codex", TileAssignments::StackPosition::front);
+    tiles.insertIntoStack("D::b", "notes", TileAssignments::StackPosition::front);
+    (void)tiles.assign("notes", {"D::b"});
+    (void)memory.noteConnected({"C"}, {"C", "D"}, tiles);
+    EXPECT_TRUE(tiles.isSound());
+    EXPECT_EQ(tiles.stackWindowIDsByTarget.at("D::a"), (std::vector<std::string>{"mail", "notes", "codex"}));
+}
+
 TEST_F(DisplayMemoryTest, WindowsThatTheUserMovedStayWhereTheyAre) {
     (void)tiles.assign("mail", {"D::a"});
     (void)memory.noteConnected({"D"}, {}, tiles);
