@@ -220,12 +220,14 @@ void SimulatedDesktop::iconifyWindows(Application& application, bool iconify) {
 
 // Windows
 
-std::string SimulatedDesktop::freeLabel(const std::string& applicationName) const {
+std::string SimulatedDesktop::freeLabel(const std::string& applicationName,
+                                        const std::optional<std::string>& preferred) const {
     const auto isTaken = [&](const std::string& label) {
         return std::any_of(windows_.begin(), windows_.end(),
                            [&](const auto& entry) { return entry.second.label() == label; });
     };
-    std::string label = applicationName;
+    std::string label = preferred.value_or(applicationName);
+    if (preferred && isTaken(label)) label = applicationName;
     for (int count = 2; isTaken(label); ++count) label = applicationName + " " + std::to_string(count);
     return label;
 }
@@ -241,7 +243,7 @@ std::string SimulatedDesktop::open(std::string_view applicationName, WindowTrait
     }
     const auto& window = windows_
                              .emplace(number, SimulatedWindow(number, owner.record.processIdentifier,
-                                                              freeLabel(owner.name), std::move(traits)))
+                                                              freeLabel(owner.name, traits.label), std::move(traits)))
                              .first->second;
     stacking_.insert(stacking_.begin(), number);
     ++openedCount_;
@@ -396,11 +398,11 @@ void SimulatedDesktop::loseWindow(std::string_view label, bool lose) {
 }
 
 void SimulatedDesktop::renumber(std::string_view label) {
-    renumber(mutableWindow(label));
+    giveOtherNumber(mutableWindow(label));
     changed(*findApplication(window(label).processIdentifier()));
 }
 
-void SimulatedDesktop::renumber(SimulatedWindow& window) {
+void SimulatedDesktop::giveOtherNumber(SimulatedWindow& window) {
     const std::uint64_t former = window.number();
     const std::uint64_t number = lastWindowNumber_ += kNumbersPerWindow;
     auto entry = windows_.extract(former);
