@@ -264,7 +264,7 @@ class KovaMenuBarContent::Build {
         }
     }
 
-    /// `prefix` tells the entries of one display from those of another.
+    /// `prefix` distinguishes the entries of one display from those of another.
     void addLayoutMenu(std::string title, const std::string& prefix, const DisplayLayoutMenu& menu, Enabled enabled) {
         inSubmenu(std::move(title), [&] {
             for (const auto& option : menu.options) {

@@ -1,5 +1,5 @@
-// What the menu-bar menu shows and what its entries do. The platform draws it and reports what was chosen; it decides
-// nothing. It uses no toolkit, so that the whole menu is tested on systems without a menu bar. Main thread only.
+// The entries of the menu and their actions. The platform draws the menu and reports the chosen entry. No toolkit is
+// used here, so that the whole menu is tested on systems without a menu bar. Main thread only.
 #pragma once
 
 #include "app/AppDelegate.h"

@@ -12,8 +12,7 @@ namespace {
 
 /// The gap below a tile begins with its footer, which has controls of its own. `frame` is in screen space.
 void leaveFooterFree(LayoutAxis axis, CGRect& frame) {
-    if (axis == LayoutAxis::vertical && frame.size.height > kTileFooterAllowance)
-        frame.size.height -= kTileFooterAllowance;
+    if (axis == LayoutAxis::vertical && frame.size.height > kFooterHeight) frame.size.height -= kFooterHeight;
 }
 
 std::string handleID(const DisplayLayoutDivider& divider) {

@@ -1,4 +1,4 @@
-// Has the system ask the user for the permission to manage windows. Main thread only.
+// Shows the system's dialog for the permission to manage windows, or its settings. Main thread only.
 #pragma once
 
 #include "app/OnboardingServicing.h"
@@ -11,7 +11,7 @@ namespace kova {
 
 class PermissionRequest final : public PermissionControl {
   public:
-    /// `system` is null where there is no permission to ask for. Both outlive the request.
+    /// `system` is null on desktops without such a permission. Both outlive the request.
     PermissionRequest(AccessibilityServicing& accessibility, OnboardingServicing* system) :
         accessibility_(accessibility), system_(system) {}
 

@@ -72,7 +72,7 @@ class FooterBuild {
         out.windowFrame = tile.frameForWindowService;
         const auto& zoom = *state_.focusMode;
         if (!zoom || zoom->displayID != tile.displayID) {
-            out.footerFrame = makeRect(minX(out.cell), maxY(out.cell), out.cell.size.width, kTileFooterAllowance);
+            out.footerFrame = makeRect(minX(out.cell), maxY(out.cell), out.cell.size.width, kFooterHeight);
         }
         std::vector<std::string> stack = tile.stack;
         if (stack.empty() && tile.windowID) stack.push_back(*tile.windowID);

@@ -42,7 +42,7 @@ class UserInterfaceController final : public UserInterfaceControl, public Diagno
     bool isOn_;
     bool isStarted_ = false; // the workspace
     CrashBackoff backoff_;
-    std::optional<std::string> problem_; // since the last start
+    std::optional<std::string> problem_; // why kova-ui does not run; reset at each start
     std::uint64_t run_ = 0;              // counts starts and ends; callbacks of earlier runs are ignored
     Lifetime lifetime_;
 };

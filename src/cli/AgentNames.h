@@ -13,7 +13,7 @@ struct Candidate {
 };
 
 std::vector<Candidate> layoutNames();
-/// The same and “automatic”.
+/// Names of layouts, and “automatic”.
 std::vector<Candidate> layoutChoices();
 std::vector<Candidate> displayNames();
 std::vector<Candidate> windowNames();

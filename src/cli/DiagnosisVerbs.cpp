@@ -52,7 +52,7 @@ void addFindings(json& report, const Agent& agent, const json& found) {
                  (isSame ? "." : "; end the agent with “kova quit” and start it anew."));
 }
 
-/// The agent's checks, and what only a client can tell.
+/// The agent's checks, and those that a client has to make.
 json examine() {
     json report = {{"isHealthy", false}, {"version", nullptr}, {"checks", json::array()}};
     auto agent = Agent::connect();

@@ -1,4 +1,4 @@
-// Layouts as people see them: drawn.
+// Layouts as drawings for the terminal.
 #pragma once
 
 #include "cli/Arguments.h"

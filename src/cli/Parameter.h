@@ -21,7 +21,7 @@ struct Parameter {
         choice,      // one of `words`
         onOff,       // “on” or “off”, a boolean in the request
         wholeNumber, // from `least` to `most`
-        number,      // the same with a fraction
+        number,      // a number with a fraction
     };
     enum class Use { request, own };
 
@@ -38,13 +38,13 @@ struct Parameter {
     Use use = Use::request;
 
     constexpr bool isWord() const { return flag.empty(); }
-    /// The same, not required.
+    /// A copy that is not required.
     constexpr Parameter optional() const {
         Parameter copy = *this;
         copy.isRequired = false;
         return copy;
     }
-    /// The same as an option, not required.
+    /// A copy as an option, not required.
     constexpr Parameter asOption(std::string_view name) const { return optional().with(&Parameter::flag, name); }
     constexpr Parameter withValue(std::string_view name) const { return with(&Parameter::value, name); }
     constexpr Parameter meaningThat(std::string_view text) const { return with(&Parameter::meaning, text); }

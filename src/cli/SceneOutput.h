@@ -1,4 +1,4 @@
-// Scenes and rules as people read them.
+// Scenes and rules as text for the terminal.
 #pragma once
 
 #include "cli/Arguments.h"

@@ -1,4 +1,4 @@
-// Themes and accent colours as people read them, with a patch of each colour where the terminal has colours.
+// Themes and accent colors as text, with a patch of each color if the terminal has colors.
 #pragma once
 
 #include "cli/Arguments.h"

@@ -19,9 +19,9 @@ struct Verb {
     std::string_view description;
     std::string_view examples; // one command a line
     ParameterList parameters{};
-    /// The answer as people read it.
+    /// The result as text for the terminal.
     std::string (*print)(const nlohmann::json& result, const Arguments& arguments) = nullptr;
-    /// Carries the verb out; null for one request whose answer is printed.
+    /// Runs the verb; null for a verb that is one request whose result is printed.
     ExitCode (*run)(const Verb& verb, const Arguments& arguments) = nullptr;
     /// An error of the arguments' combination; null if every combination is allowed.
     std::optional<std::string> (*check)(const Arguments& arguments) = nullptr;

@@ -43,7 +43,8 @@ class ControlPeer {
     /// Sends one line (without its line break) by itself, not as an answer. Never waits: a client that leaves too much
     /// unread is dropped instead. Main thread.
     virtual void send(const std::string& line) = 0;
-    /// The same, but never between a request of the client that is being carried out and its answer. Main thread.
+    /// Sends the notification, but never between a request of the client that is being carried out and its response.
+    /// Main thread.
     virtual void sendAfterAnswer(const std::string& line) { send(line); }
     /// False once the client has disconnected. Any thread.
     virtual bool isConnected() const = 0;

@@ -24,7 +24,7 @@ nlohmann::json applicationOf(const WorkspaceController& controller, const std::o
 nlohmann::json window(const ManagedWindow& window, const WorkspaceController& controller);
 /// Id, application and title; the last two are empty for a closed window.
 nlohmann::json briefWindow(const WorkspaceController& controller, const std::string& windowID);
-/// The same with the window's visible state.
+/// The record of a window with its visible state.
 nlohmann::json windowInBrief(const WorkspaceController& controller, const std::string& windowID);
 /// Whether the window is in a tile of `tiles`, in front or behind another. Tiles of absent displays are not among them.
 bool isInOneOf(const std::vector<WorkspaceTile>& tiles, const std::string& windowID);

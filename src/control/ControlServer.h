@@ -18,7 +18,7 @@ namespace kova {
 class ControlHandling;
 
 struct ControlServerLimits {
-    std::size_t connections = 512;                    // further ones are told so and closed
+    std::size_t connections = 512;                    // further ones get an error and are closed
     std::size_t unsentBytes = 4 * 1024 * 1024;        // of one client: a subscriber that leaves more unread is dropped
     std::size_t totalUnsentBytes = 64 * 1024 * 1024;  // of all clients, see `UnsentBudget`
     std::size_t longestBatchAnswer = 4 * 1024 * 1024; // in bytes: what comes after that in a batch is not carried out

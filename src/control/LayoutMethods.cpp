@@ -137,7 +137,8 @@ ControlReply preferApplication(WorkspaceController& controller, const JsonCursor
 ControlReply setTileInset(WorkspaceController& controller, const JsonCursor& parameters) {
     const JsonCursor given = parameters.required("points");
     const double points = given.number();
-    if (!(points >= 0 && points <= kLargestTileInset)) given.fail("expected a number of points from 0 to 100");
+    if (!(points >= 0 && points <= kLargestTileInset))
+        given.fail("expected a number of points from 0 to " + std::to_string(static_cast<int>(kLargestTileInset)));
     const auto outcome = controller.perform(action::SetTileInset{points});
     if (!outcome) return failureOf(outcome);
     return json{{"points", points}};

@@ -45,9 +45,10 @@ ControlResult<std::string> lookUpSlotOfAnyLayout(const WorkspaceController& cont
 /// The layout's id.
 ControlResult<std::string> lookUpLayout(const WorkspaceController& controller, std::string_view wanted);
 ControlResult<ManagedWindow> lookUpWindow(const WorkspaceController& controller, std::string_view wanted);
-/// The same for operations on a whole application: a name that matches several of its windows means the first.
+/// Finds a window for an operation on its whole application: a name that matches several of its windows means the
+/// first.
 ControlResult<ManagedWindow> lookUpWindowOfApplication(const WorkspaceController& controller, std::string_view wanted);
-/// The same, or else a dialog by its id or title.
+/// Finds a window, or else a dialog by its id or title.
 ControlResult<ManagedWindow> lookUpWindowOrDialog(const WorkspaceController& controller, std::string_view wanted);
 /// By its exact name, else the first of that name in another case, else by its id. Never by a part of its name, since
 /// scenes are deleted by name.

@@ -31,7 +31,8 @@ class OverlayBroadcast {
 
     /// Sends changes to the client from now on; the result holds the whole contents and the number of the last change.
     nlohmann::json subscribe(std::shared_ptr<ControlPeer> peer);
-    /// Asks the clients to open something, such as the menu; `parameters` tell more of it. False when there are none.
+    /// Notifies the clients to open something, such as the menu; `parameters` are those of the notification. False if
+    /// there are no clients.
     bool show(const std::string& what, nlohmann::json parameters = nlohmann::json::object());
     /// The clients that draw the overlay.
     std::vector<std::weak_ptr<ControlPeer>> peers() { return {peers_.begin(), peers_.end()}; }

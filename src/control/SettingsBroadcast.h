@@ -1,6 +1,6 @@
-// Sends what the settings window shows to the clients that show it: whole first, then the sections that changed.
-// Changes of one turn of the main queue are sent together, under one number; without clients nothing is observed or
-// computed. Main thread only.
+// Sends the contents of the settings window to its clients: the whole state first, then changed sections. Changes of
+// one turn of the main queue are sent together, under one number; without clients nothing is observed or computed. Main
+// thread only.
 #pragma once
 
 #include "control/ControlHandling.h"
@@ -43,7 +43,7 @@ class SettingsBroadcast {
     MainQueue& queue_;
     std::vector<std::shared_ptr<ControlPeer>> peers_;
     std::vector<Subscription> subscriptions_;
-    nlohmann::json sent_; // the state as the clients know it
+    nlohmann::json sent_; // the state as the clients have it
     bool isTouched_ = false;
     std::uint64_t sequence_ = 0;
     Lifetime lifetime_;

@@ -76,7 +76,7 @@ bool roundPair(double& first, double& second, double target) {
 
 double gapBetweenBranches(LayoutAxis axis, double columnGutter) {
     const double gutter = usableLength(columnGutter);
-    return std::round(axis == LayoutAxis::horizontal ? gutter : gutter + kTileFooterAllowance);
+    return std::round(axis == LayoutAxis::horizontal ? gutter : gutter + kFooterHeight);
 }
 
 void distribute(std::span<const double> weights, std::span<const double> minimums, double available,

@@ -20,8 +20,8 @@ inline double raisedToFloor(double weight) {
     return weight > kWeightFloor ? weight : kWeightFloor;
 }
 
-/// The same with an upper limit, so that sums and products of weights and lengths stay finite. An infinite weight is
-/// still larger than every ordinary one.
+/// A usable weight: with an upper limit as well, so that sums and products of weights and lengths stay finite. An
+/// infinite weight is still larger than every ordinary one.
 inline double usableWeight(double weight) {
     return std::min(raisedToFloor(weight), kHeaviestWeight);
 }

@@ -42,7 +42,7 @@ struct SolveContext {
 CGRect contentArea(CGSize area, double outerMargin) {
     const double margin = usableLength(outerMargin);
     const double width = std::floor(area.width - 2 * margin);
-    const double height = std::floor(area.height - margin - (margin + kTileFooterAllowance));
+    const double height = std::floor(area.height - margin - (margin + kFooterHeight));
     return width > 0 && height > 0 ? makeRect(margin, margin, width, height) : makeRect(0, 0, area.width, area.height);
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "layout/LayoutTree.h"
+#include "support/Limits.h"
 
 #include <memory>
 #include <optional>
@@ -13,7 +14,6 @@
 
 namespace kova {
 
-inline constexpr double kTileFooterAllowance = 28; // points under every tile, for its footer
 inline constexpr double kWeightFloor = 0.000001;
 inline constexpr double kMinimumFitTolerance = 0.5; // points
 inline constexpr double kFractionalTieTolerance = 0.000000001;

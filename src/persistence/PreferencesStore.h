@@ -25,11 +25,10 @@ class PreferencesStore {
 
     /// Absent when nothing is stored under the key.
     virtual std::optional<PreferenceValue> value(std::string_view key) const = 0;
-    /// Becomes durable soon after; `save` tells when, `synchronize` waits for that.
+    /// Becomes durable soon after; `save` reports when, `synchronize` waits for that.
     virtual void setValue(std::string_view key, PreferenceValue value) = 0;
-    /// The same for a value that is expensive to make: `make` is called only when the value is read or written to disk,
-    /// and not at all if another value replaces it first. `make` must not depend on anything that may end or change
-    /// before.
+    /// Sets a value that is expensive to make: `make` is called only when the value is read or written to disk, and not
+    /// at all if another value replaces it first. `make` must not depend on anything that may end or change before.
     virtual void setValueLater(std::string_view key, std::function<PreferenceValue()> make) { setValue(key, make()); }
     virtual void removeValue(std::string_view key) = 0;
 

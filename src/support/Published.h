@@ -40,7 +40,7 @@ class Observers {
     void notify(Arguments... arguments) {
         notifyWhile([] { return true; }, arguments...);
     }
-    /// The same, while `isWanted` returns true; it is called before each observer.
+    /// Notifies the observers while `isWanted` returns true; it is called before each observer.
     template <std::predicate IsWanted>
     void notifyWhile(IsWanted isWanted, Arguments... arguments) {
         std::erase_if(observers_, [](const auto& observer) { return observer.expired(); });
@@ -82,7 +82,7 @@ class Published {
 
   private:
     T value_{};
-    std::uint64_t round_ = 0; // of telling the observers
+    std::uint64_t round_ = 0; // of notifying the observers
     mutable Observers<const T&> observers_;
 };
 

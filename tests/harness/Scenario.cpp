@@ -40,7 +40,7 @@ AppDelegate& Scenario::delegate() {
     return *delegate_;
 }
 
-// The stage
+// Displays and windows
 
 Scenario& Scenario::display(double width, double height, std::string name) {
     if (name.empty()) name = std::string(1, static_cast<char>('A' + displayCount_));
@@ -127,7 +127,7 @@ bool Scenario::isResuming() {
     return desktop.queue().uptime() < resumptionEnd_;
 }
 
-// What the person asks for
+// User actions
 
 Scenario& Scenario::perform(const WorkspaceAction& action) {
     if (!wasStarted_) start();
@@ -191,7 +191,7 @@ Scenario& Scenario::rest() {
     return *this;
 }
 
-// What there is to see
+// Expectations
 
 std::string Scenario::describeTile(const WorkspaceTile& tile) {
     if (!tile.windowID && tile.stack.empty()) return "-";

@@ -1,17 +1,12 @@
-// The stage of a scenario: the real controller on the simulated desktop. Nothing of ours is replaced.
-//
-//   Scenario desk;
-//   desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes", {.minimumSize = {{600, 400}}});
-//   desk.arrange();
-//   desk.expectTiles("Mail 15,15 1253x1372 | Notes 1292,15 1253x1372");
-//
-// Every step ends with the standing promises: tiles fill their display and do not overlap, no window is in two tiles
-// but as a span, stacks and anchors agree with the assignments, what is published is what is so, and no call breaks a
-// promise of the seam. Once settled also: only living windows are held, every window that does as it is told rests in
-// its tile, none lies outside all displays, and tiled windows that are as large as they must be do not overlap. When
-// the desk is cleared, no work is left in the queue.
-//
-// With KOVA_DESKTOP_STYLE=mac the desktop answers and announces as a Mac does, unless a scenario says otherwise.
+// A scenario: the real controller on the simulated desktop. No part of KOVA is replaced. Scenario desk;
+// desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes", {.minimumSize = {{600, 400}}});
+// desk.arrange(); desk.expectTiles("Mail 15,15 1253x1372 | Notes 1292,15 1253x1372"); Every step checks these
+// invariants: tiles fill their display and do not overlap, no window is in two tiles except as a span, stacks and
+// anchors agree with the assignments, published values equal the state, and every call obeys the platform interface.
+// After settling also: only live windows have tiles, every window that accepts its frame is in its tile, none lies
+// outside all displays, and tiled windows with their minimum sizes do not overlap. At the end of the scenario no work
+// is left in the queue. With KOVA_DESKTOP_STYLE=mac the desktop answers and announces as a Mac does, unless a scenario
+// says otherwise.
 #pragma once
 
 #include "app/AppDelegate.h"
@@ -29,8 +24,8 @@ namespace kova {
 
 class Scenario {
   public:
-    /// Long enough for an arrangement, its follow-up and the verification of both, and for the polls that put back
-    /// what strayed meanwhile; too short for a status message to go away.
+    /// Long enough for an arrangement, its second pass and the verification of both, and for the polls that repair
+    /// drift; too short for a status message to end.
     static constexpr Seconds kSettlingTime{2.4};
 
     Scenario();
@@ -38,7 +33,7 @@ class Scenario {
     Scenario(const Scenario&) = delete;
     Scenario& operator=(const Scenario&) = delete;
 
-    // The stage. Displays are called "A", "B", and so on, unless they are named.
+    // Displays and windows. Displays are called "A", "B", and so on, unless they are named.
     Scenario& display(double width, double height, std::string name = {});
     /// Of the display added last, unless one is named.
     Scenario& layout(std::string_view layoutID, std::string_view displayName = {});
@@ -48,7 +43,7 @@ class Scenario {
     // Lifecycle; every action starts the controller if nothing else did.
     Scenario& start(const std::function<void()>& beforeTheFirstPoll = {});
     Scenario& stop();
-    /// Lets the controller go and begins anew with the preferences as they are.
+    /// Destroys the controller and starts a new one with the present preferences.
     Scenario& restart(const std::function<void()>& beforeTheFirstPoll = {});
 
     /// The machine goes to sleep and wakes up.
@@ -71,10 +66,10 @@ class Scenario {
     // Time
     Scenario& advance(Seconds duration);
     Scenario& settle() { return advance(kSettlingTime); }
-    /// Long enough for windows to show minimum sizes that they have not told, and for others to give way.
+    /// Long enough for windows to show minimum sizes that they have not announced, and for others to make room.
     Scenario& rest();
 
-    // What there is to see, as one line each. A failure shows the whole screen.
+    // Expectations, as one line of text each. A failure prints the whole screen.
     /// Per tile in layout order the window in front with its frame in window-service space, then those behind it:
     /// "Mail 15,15 600x400 + Notes | - | (Mail)"; "-" is an empty tile, "(Mail)" one that a spanning window covers.
     /// Displays are separated by " || ".
@@ -82,9 +77,9 @@ class Scenario {
     void expectTiles(std::string_view expected);
     void expectMessage(std::string_view expected);
     void expectFocus(std::string_view label);
-    /// Frames that are written to any window within the duration; none on a desktop at rest.
+    /// The number of frames written to any window within the duration; 0 on an idle desktop.
     int framesWrittenWithin(Seconds duration);
-    /// Polls that a desktop at rest may see within the duration: none, where no announcement can get lost.
+    /// The number of polls that an idle desktop may see within the duration: 0, if no announcement can get lost.
     int mostPollsAtRest(Seconds duration) const;
     /// The last arrangement's lines.
     std::string explanation();

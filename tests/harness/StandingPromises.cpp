@@ -1,4 +1,4 @@
-// What holds after every step of every scenario.
+// The invariants that every step of a scenario checks.
 #include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@ namespace kova {
 namespace {
 
 constexpr double kTolerance = 2;       // points, as in the verification of placements
-constexpr int kProbesPerSide = 24;     // where a display is looked at for gaps
+constexpr int kProbesPerSide = 24;     // points of a display that are checked for gaps
 constexpr double kSmallestTiled = 400; // points; smaller displays give up margins and gutters
 
 bool overlap(const CGRect& a, const CGRect& b) {
@@ -22,7 +22,7 @@ bool overlap(const CGRect& a, const CGRect& b) {
 /// The cell with the margins, gutters and footer that may lie around it.
 CGRect withSurroundings(const CGRect& cellOnScreen, const LayoutMetrics& metrics) {
     const double around = std::max(metrics.outerMargin, metrics.columnGutter) + 1;
-    const double below = around + kTileFooterAllowance;
+    const double below = around + kFooterHeight;
     return makeRect(minX(cellOnScreen) - around, minY(cellOnScreen) - below, cellOnScreen.size.width + 2 * around,
                     cellOnScreen.size.height + around + below);
 }
@@ -111,8 +111,8 @@ void Scenario::checkAssignments(std::vector<std::string>& broken) {
     }
 }
 
-/// Of windows that take every frame down to their minimum size. One that is larger than its whole display overlaps
-/// whatever is done.
+/// For windows that accept every frame down to their minimum size. A window larger than its whole display always
+/// overlaps.
 void Scenario::checkTiledWindowsDoNotOverlap(std::vector<std::string>& broken, MinimumSizes considered) {
     std::map<std::string, std::pair<std::string, CGRect>> frames; // by label: display and frame
     for (const auto& tile : controller().tiles()) {
@@ -124,7 +124,7 @@ void Scenario::checkTiledWindowsDoNotOverlap(std::vector<std::string>& broken, M
         const auto screens = desktop.screens();
         const auto screen =
             std::ranges::find_if(screens, [&](const Screen& shown) { return displayID(shown) == tile.displayID; });
-        if (screen == screens.end()) continue; // the controller hears of it with the next event
+        if (screen == screens.end()) continue; // the controller is notified of the display with the next event
         const CGSize display = screen->visibleFrame.size;
         const bool isKnown = considered == MinimumSizes::all || !window.traits().secretMinimumSize;
         const bool isPossible = minimum && minimum->width < display.width - 40 && minimum->height < display.height - 70;
@@ -149,14 +149,15 @@ void Scenario::checkWindowsAreAtRest(std::vector<std::string>& broken) {
     std::set<std::string> living;
     for (const auto* window : desktop.livingWindows()) {
         living.insert(desktop.windowIDOf(window->label()));
-        // One that stays where it is may shrink away from its display; a late answer may return to one that is gone.
+        // A window that does not move may shrink off its display; a late response may return to a disconnected one.
         const auto& habits = window->traits();
         const bool goesWhereItIsTold = !habits.refusesToMove && habits.answersAfter <= Seconds(0);
         if (goesWhereItIsTold && !desktop.isOnSomeDisplay(*window)) {
             broken.push_back("outside all displays: " + window->label());
         }
     }
-    // What a silent application has closed is not known before it answers, and some closed windows go on answering.
+    // Windows closed by an unresponsive application are unknown until it responds, and some closed windows go on
+    // responding.
     for (const auto& window : controller().liveWindows()) {
         if (desktop.isSilent(window.processIdentifier) || desktop.isRetained(window.id)) living.insert(window.id);
     }
@@ -179,8 +180,7 @@ void Scenario::checkWindowsAreAtRest(std::vector<std::string>& broken) {
         if (desktop.placesWindows() || !window.isObedient() || !desktop.isAnswering(window)) continue;
         if (!desktop.isOnScreen(window) || window.isFullScreen || window.isMaximized) continue;
         const CGRect frame = desktop.frameForWindowService(window);
-        // A restart moves no window: one that had just strayed stays there until its tile is another or all are
-        // arranged.
+        // A restart moves no window: one that is off its tile stays there until its tile changes or all are arranged.
         const auto found = foundAtRestart_.find(window.label());
         if (found != foundAtRestart_.end()) {
             if (!found->second.tile) found->second.tile = tile.frameForWindowService;

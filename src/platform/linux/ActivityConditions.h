@@ -14,7 +14,7 @@ namespace kova {
 struct ActivityFacts {
     bool isPreparingForSleep = false;
     bool isSessionActive = true;
-    /// The desktop has told logind that it is locked.
+    /// The desktop has reported to logind that it is locked.
     bool isLockedHintSet = false;
     /// A lock was requested and is not confirmed yet.
     bool isLockAwaited = false;

@@ -61,7 +61,7 @@ class MessageBus {
 
     /// Calls without waiting. The reply arrives later, or never if the connection is lost first.
     void ask(const BusQuestion& question, const Words& words, Answer answer);
-    /// The same with a number.
+    /// Calls a method with a number as its argument.
     void ask(const BusQuestion& question, std::uint32_t number, Answer answer);
     /// With arguments of any types, which `fill` writes before this returns.
     void send(const BusQuestion& question, const std::function<void(sdbus::MethodCall&)>& fill, Answer answer);

@@ -18,7 +18,7 @@ class UnavailableDesktop final : public AccessibilityServicing,
                                  public DesktopChangeServicing,
                                  public DiagnosticsServicing {
   public:
-    /// `reason` tells the user why there is no desktop and what to do.
+    /// `reason` is the message for the user: why there is no desktop and what to do.
     UnavailableDesktop(std::string reason, MainQueue& queue) : reason_(std::move(reason)), queue_(queue) {}
 
     bool isProcessTrusted() const override { return false; }

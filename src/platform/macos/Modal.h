@@ -27,8 +27,8 @@ bool hasDialog();
 void returnActivation();
 /// Lets the application of that bundle identifier become active in place of KOVA when it asks for it.
 void passActivationTo(const std::string& bundleIdentifier);
-/// `returnActivation` once menus and alerts have closed: the system leaves KOVA active then, and key presses reach no
-/// window.
+/// Calls `returnActivation` once menus and alerts have closed: the system leaves KOVA active then, and key presses
+/// reach no window.
 void returnActivationSoon();
 
 } // namespace kova::macos

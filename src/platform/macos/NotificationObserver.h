@@ -12,7 +12,7 @@ namespace kova::macos {
 /// Calls back on the main thread whenever the centre posts the notification.
 [[nodiscard]] Subscription observeNotification(NSNotificationCenter* centre, NSString* name,
                                                std::function<void()> observer);
-/// The same for notifications of other programs to the whole session, delivered at once: the system delays them for
+/// Observes notifications of other programs to the whole session, delivered at once: the system delays them for
 /// applications that are not active.
 [[nodiscard]] Subscription observeDistributedNotification(NSString* name, std::function<void()> observer);
 

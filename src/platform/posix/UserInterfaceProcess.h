@@ -22,8 +22,8 @@ std::optional<std::string> findUserInterface(const std::string& ownProgram, cons
 
 class UserInterfaceProcess final : public UserInterfaceServicing {
   public:
-    /// `find` tells where the program is now; `socketPath` is passed to it as KOVA_SOCKET, and the number of this
-    /// process as KOVA_AGENT_PROCESS. The queue and the children outlive this.
+    /// `find` returns the present path of the program; `socketPath` is passed to it as KOVA_SOCKET, and the number of
+    /// this process as KOVA_AGENT_PROCESS. The queue and the children outlive this.
     UserInterfaceProcess(std::function<std::optional<std::string>()> find, std::string socketPath, MainQueue& queue,
                          ChildStarting& children);
     ~UserInterfaceProcess() override { end(); }

@@ -30,7 +30,7 @@ class SimulatedKeyboard final : public KeyMonitorServicing {
 
     /// A key goes down; its characters are those of the layout.
     void press(std::uint16_t keyCode, std::uint64_t modifierFlags = 0);
-    /// The same key again, as it is held.
+    /// Repeats the key, as it is held.
     void repeat(std::uint16_t keyCode, std::uint64_t modifierFlags = 0);
     /// What was typed into a window since the last call.
     std::vector<KeyPress> takeTyped() { return std::exchange(typed_, {}); }

@@ -40,15 +40,15 @@ struct WindowTraits {
     std::optional<CGSize> otherMinimumSize{};  // told under the attribute's other name, and not kept
     std::optional<CGSize> secretMinimumSize{}; // enforced, not announced
     std::optional<CGSize> maximumSize{};
-    std::optional<double> aspect{}; // width divided by height; keeps the width that it is told, whatever the height
+    std::optional<double> aspect{}; // width divided by height; keeps the requested width, whatever the height
     bool tellsSizeHints = false;    // of cells, largest size and aspect
     CGSize cell{};                  // sizes are whole cells, as in a terminal; 0: any size
     bool refusesToMove = false;
     bool refusesToResize = false;
     bool clampsToDisplay = false; // clamps the size against its place, and the place against its size
     Seconds answersAfter{0};      // writes take effect so much later
-    int springsBackTimes = 0;     // so often it returns, 0.1 s after it was given a frame, to the one before
-    int vanishesAtWrite = 0;      // closes itself when written to for the n-th time; 0: never
+    int springsBackTimes = 0;     // how often it returns to its former frame, 0.1 s after a request
+    int vanishesAtWrite = 0;      // closes itself at the n-th request; 0: never
 };
 
 class SimulatedWindow {
@@ -76,7 +76,7 @@ class SimulatedWindow {
     bool isFullScreen = false;
     bool isMaximized = false;
     bool wasIconifiedByHiding = false;
-    bool isLost = false; // it lives, but the window server says that it has gone
+    bool isLost = false; // it exists, but the window server says that it was closed
     int virtualDesktop = 0;
     int virtualDesktopBeforeFullScreen = 0;
     std::uint64_t tabGroup = 0; // 0: none

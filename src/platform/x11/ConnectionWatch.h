@@ -26,8 +26,7 @@ class ConnectionWatch {
     void begin(DescriptorWatch watch, std::function<void()> readable);
     /// Watches from now on.
     void resume();
-    /// Does not watch until `resume` or the end of the pause, at which `readable` is called; while it pauses for a
-    /// poll, until `resume` only.
+    /// Pauses until `resume`, or until the time is over, when `readable` is called; during a poll until `resume` only.
     void rest(Seconds pause);
     void stop() { watching_.reset(); }
 

@@ -14,7 +14,7 @@ namespace kova::x11 {
 
 class HeldKeys {
   public:
-    using Bits = std::array<std::uint8_t, 32>; // as the server tells them, by key and from the lowest bit
+    using Bits = std::array<std::uint8_t, 32>; // as the server reports them, by key and from the lowest bit
 
     /// Times are the server's, in milliseconds; its clock turns over. True when the key repeats.
     bool press(xcb_keycode_t key, xcb_timestamp_t time);

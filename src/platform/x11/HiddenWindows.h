@@ -38,10 +38,10 @@ class HiddenWindows {
     /// Marks the windows that were hidden with the process as returning and returns them. They stay recorded until they
     /// are on the screen.
     std::vector<xcb_window_t> takeHidden(pid_t processIdentifier, Seconds now);
-    /// The same for one window, which need not be recorded.
+    /// Marks one window as returning, which need not be recorded.
     void markReturning(xcb_window_t window, Seconds now);
     void remove(xcb_window_t window);
-    /// The same for all windows.
+    /// Marks all hidden windows as returning and returns them.
     std::vector<xcb_window_t> takeAll(Seconds now);
     /// Replaces the file if the record has changed since it was written. An outdated entry is harmless: the next start
     /// skips windows that are on the screen.

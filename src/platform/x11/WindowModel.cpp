@@ -284,8 +284,8 @@ bool WindowModel::hasRoomInside(const ClientWindow& client) const {
     return inside.width > 0 && inside.height > 0;
 }
 
-std::optional<PixelRect> WindowModel::expectedFrame(const ClientWindow& client, Seconds now, Seconds patience) const {
-    const Seconds enough = client.frameBefore ? std::max(patience, kTimeOfShow) : patience;
+std::optional<PixelRect> WindowModel::expectedFrame(const ClientWindow& client, Seconds now, Seconds maximumAge) const {
+    const Seconds enough = client.frameBefore ? std::max(maximumAge, kTimeOfShow) : maximumAge;
     if (client.pending && now - client.pending->since < enough) return client.pending->outer;
     return outerFrame(client);
 }

@@ -85,7 +85,7 @@ class WindowModel {
     void setTopLevelOf(ClientWindow& client, xcb_window_t topLevel);
     /// Without a window manager: adds a mapped top level that is an application's window to the list.
     void adoptUnmanaged(xcb_window_t window);
-    /// The same for a window that a former agent hid.
+    /// Adds a window that a former agent hid to the list.
     void adoptIconified(xcb_window_t window);
     void forget(xcb_window_t client);
     /// Attributes the window to the process; the only place that does.
@@ -113,9 +113,9 @@ class WindowModel {
     /// The visible outer edge by the last events; absent while unknown. A frame that the window manager animates to or
     /// from a small size counts as it was before the animation.
     std::optional<PixelRect> outerFrame(const ClientWindow& client) const;
-    /// The same, or the frame requested within the last `patience` that no event has confirmed yet. Events of an
+    /// The outer frame, or one requested within the last `maximumAge` that no event has confirmed yet. Events of an
     /// animated frame do not count as confirmation.
-    std::optional<PixelRect> expectedFrame(const ClientWindow& client, Seconds now, Seconds patience) const;
+    std::optional<PixelRect> expectedFrame(const ClientWindow& client, Seconds now, Seconds maximumAge) const;
     /// By the window manager; without one only KOVA iconifies, and the window's own property is ignored. Windows of
     /// other desktops and shaded ones, which may be iconic, are not minimized.
     bool isMinimized(const ClientWindow& client) const;

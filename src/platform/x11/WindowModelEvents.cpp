@@ -187,7 +187,7 @@ EventEffects WindowModel::applyMapping(xcb_window_t window, bool isMapped, std::
         return effects;
     }
     if (!known) {
-        // While window managers change, the next poll tells frames from windows.
+        // While the window manager is being replaced, the next poll distinguishes frames from windows.
         if (!isMapped || place->second.isOverrideRedirect || manager_.isMute || settlesAt_ || staleManager)
             return effects;
         adoptUnmanaged(window);

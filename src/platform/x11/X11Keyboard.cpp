@@ -131,7 +131,7 @@ bool Keyboard::takeKey(const xcb_key_press_event_t& event, bool isPress) {
     return true;
 }
 
-/// Some keys may still be down; the server's repeat delay tells whether a press is a repetition.
+/// Some keys may still be down; the server's repeat delay shows whether a press is a repetition.
 void Keyboard::loseSightOfKeys() {
     held_.loseSight();
     mustSend_ = true;

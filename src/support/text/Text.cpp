@@ -57,7 +57,7 @@ std::string encode(std::u16string_view text) {
     return out;
 }
 
-/// Runs a function of the library that fills a buffer and tells how long the result is; `text` when it fails.
+/// Runs a function of the library that fills a buffer and returns the length of the result; `text` if it fails.
 template <class Fill>
 std::u16string filled(std::u16string_view text, Fill fill) {
     std::u16string out(text.size() * 3 + 16, u'\0');
@@ -86,7 +86,7 @@ const char* comparisonLocale() {
 }
 
 /// Whether the session's language leaves printable ASCII in the library's general order and joins none of its letters
-/// into one. Most languages that do so are named here; the library is asked for all others.
+/// into one. Most languages that do so are named here; for all others the library is queried.
 bool comparesAsciiPlainly() {
 #if defined(__APPLE__)
     return false; // the system, not the environment, says which language it is

@@ -31,13 +31,13 @@ class AgentSession : public QObject {
               std::function<void(const Answer&)> done = nullptr);
     /// Subscribes to the topic, or without one to the state of the workspace, now and after each new connection.
     void follow(const std::string& topic = {});
-    /// The sections of all that is followed; an empty object until they have come.
+    /// The sections of all subscriptions; an empty object until they have arrived.
     const nlohmann::json& state() const { return state_; }
     const std::string& socketPath() const { return socketPath_; }
     bool isConnected() const { return client_ != nullptr; }
 
   Q_SIGNALS:
-    /// Sections of the state that are new; all of them after a new connection.
+    /// The sections of the state that have changed; all of them after a new connection.
     void changed(const std::set<std::string>& sections);
     /// Any other notification, such as `launched`.
     void notified(const std::string& method, const nlohmann::json& parameters);
@@ -56,7 +56,7 @@ class AgentSession : public QObject {
     std::unique_ptr<QSocketNotifier> readable_;
     QTimer retry_;
     int attempts_ = 0;
-    std::set<std::string> topics_; // followed; empty: that of the workspace
+    std::set<std::string> topics_; // subscribed; empty: the state of the workspace
     nlohmann::json state_ = nlohmann::json::object();
     std::uint64_t nextRequest_ = 1;
     std::map<std::uint64_t, std::function<void(const Answer&)>> waiting_;

@@ -81,7 +81,7 @@ ApplicationName application(const JsonCursor& at) {
 }
 
 StackEntry stackEntry(const JsonCursor& at) {
-    // Window ids are texts; a number is taken as well, since other topics tell them so.
+    // Window ids are texts; a number is accepted as well, since other topics use numbers.
     const JsonCursor window = at.required("window");
     return {.window = window.value().is_number_integer() ? std::to_string(window.integer()) : window.string(),
             .application = application(at.required("application")),

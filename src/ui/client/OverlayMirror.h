@@ -15,7 +15,7 @@
 
 namespace kova::ui {
 
-/// What became of a request: its result, or the reason why there is none.
+/// The result of a request, or its error.
 struct Answer {
     nlohmann::json result;
     std::string error; // empty when it was carried out
@@ -27,16 +27,16 @@ class OverlayMirror {
         std::function<void()> contentsChanged;
         /// `parameters` are those of the notification.
         std::function<void(const std::string& what, const nlohmann::json& parameters)> showRequested;
-        /// The agent speaks another contract, or what it sends cannot be understood. The text is for the user.
+        /// The agent has another version of the contract, or a message cannot be decoded. The text is for the user.
         std::function<void(const std::string& reason)> notUnderstood;
     };
     explicit OverlayMirror(Listener listener) : listener_(std::move(listener)) {}
 
-    /// A new connection: what is known is forgotten. Returns the lines to send.
+    /// Resets the contents for a new connection. Returns the lines to send.
     std::string connected();
     /// The connection has ended: requests that wait get an error, contents are reset.
     void disconnected();
-    /// Takes one line of the agent. Returns what is to be sent because of it; mostly nothing.
+    /// Takes one line of the agent. Returns the lines to send in response; mostly none.
     std::string receive(std::string_view line);
     /// The line to send for a request; `done` is called with its answer.
     std::string request(const std::string& method, nlohmann::json parameters, std::function<void(const Answer&)> done);

@@ -1,4 +1,4 @@
-// A field over a list: typing filters, arrows choose, Enter carries out, Escape or the loss of the keyboard closes. The
+// A field over a list: typing filters, arrows choose, Enter carries out, Escape or the loss of the focus closes. The
 // launcher and the palette are such windows, at the tile they act on.
 #pragma once
 

@@ -1,4 +1,4 @@
-// The pictures that tell a new user what KOVA does. Main thread only.
+// The pictures that show a new user what KOVA does. Main thread only.
 #pragma once
 
 #include "ui/style/Palette.h"
@@ -14,7 +14,7 @@ class OnboardingPicture : public QWidget {
 
   public:
     enum class Subject { tiles, dividers, scenes };
-    /// `palette` is asked at each drawing.
+    /// `palette` is called at each drawing.
     OnboardingPicture(Subject subject, std::function<Palette()> palette, QWidget* parent = nullptr);
 
     QSize sizeHint() const override;

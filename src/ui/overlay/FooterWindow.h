@@ -1,4 +1,4 @@
-// The window of one tile's footer: shows it and tells what the pointer does there.
+// The window of one tile's footer: draws it and reports clicks, the wheel and drags.
 #pragma once
 
 #include "ui/overlay/Footer.h"

@@ -1,5 +1,6 @@
 #include "ui/overlay/Overlay.h"
 
+#include "support/Limits.h"
 #include "ui/overlay/Drawing.h"
 
 #include <algorithm>
@@ -193,7 +194,7 @@ void Overlay::refreshMessage() {
     double bottom = maxY(display->visibleFrame);
     for (const TileContents& tile : contents_->tiles) {
         const bool isLowest = tile.display == display->id && tile.footerFrame &&
-                              maxY(*tile.footerFrame) > maxY(display->visibleFrame) - 2 * points::footerHeight;
+                              maxY(*tile.footerFrame) > maxY(display->visibleFrame) - 2 * kFooterHeight;
         if (isLowest) bottom = std::min(bottom, minY(*tile.footerFrame));
     }
     const Style style = styleFor(display->id);

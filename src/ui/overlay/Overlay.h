@@ -1,4 +1,4 @@
-// All windows of the overlay: creates, changes and removes them so that they show what the agent tells. Main thread
+// All windows of the overlay: creates, changes and removes them so that they show the agent's contents. Main thread
 // only.
 #pragma once
 

@@ -39,11 +39,11 @@ class OverlayPlatform {
     virtual void conceal(OverlayWindow& window);
     /// Shows a concealed window; it has been drawn.
     virtual void reveal(OverlayWindow& window);
-    /// The parts that are seen, and those that take clicks; a click elsewhere reaches what is below.
+    /// The visible parts, and those that take clicks; a click elsewhere reaches the window below.
     virtual void shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) = 0;
-    /// Has the window draw the region and brings it to the screen.
+    /// Draws the region of the window and shows it on the screen.
     virtual void draw(OverlayWindow& window, const QRegion& dirty) = 0;
-    /// Brings changes of windows to the screen that the toolkit keeps until its next event.
+    /// Flushes changes of windows that the toolkit keeps until its next event.
     virtual void flush() {}
     /// The system wants the window's contents.
     virtual void exposed(OverlayWindow& window) = 0;
@@ -57,7 +57,7 @@ class OverlayWindow : public QWindow {
     Layer layer() const { return layer_; }
     /// Whether the window, when it is shown next, becomes opaque over a short time. Only a compositor can show that.
     void setAppearsGradually(bool isGradual) { appearsGradually_ = isGradual; }
-    /// Shows the window there, or changes it. Draws it when anything of this is new.
+    /// Shows the window there, or changes it. Draws it if any of this has changed.
     void present(const QRect& area, const QRegion& seen, const QRegion& clickable);
     /// Takes the window off the screen, until it is presented again.
     void retire();

@@ -1,4 +1,4 @@
-// How the overlay looks: theme, accent color and what of the theme is shown. Every choice is applied at once.
+// The appearance of the overlay: theme, accent color and the parts that are drawn. Every choice is applied at once.
 #pragma once
 
 #include "ui/settings/SettingControls.h"
@@ -24,7 +24,7 @@ class PictureChoice final : public QGroupBox {
         QPixmap picture;
         bool isActive = false;
     };
-    /// `request` makes what is asked for when the option of that id is chosen.
+    /// `request` builds the request to send when the option of that id is chosen.
     PictureChoice(AgentSession& agent, const QString& title, const QString& text,
                   std::function<AgentRequest(const std::string& id)> request, QWidget* parent = nullptr);
     void showOptions(const std::vector<Option>& options);

@@ -1,5 +1,7 @@
 #include "ui/settings/GeneralPane.h"
 
+#include "support/Limits.h"
+
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QLabel>
@@ -14,7 +16,6 @@ using nlohmann::json;
 
 namespace {
 
-constexpr int kLargestInset = 100;    // points; what the agent takes
 constexpr double kPreviewWidth = 960; // points of the display that the preview stands for
 constexpr double kPreviewHeight = 540;
 
@@ -82,7 +83,7 @@ QWidget* GeneralPane::insetRow() {
     form->setContentsMargins(0, 0, 0, 0);
     inset_ = new QSpinBox(row);
     inset_->setObjectName(QStringLiteral("tileInset"));
-    inset_->setRange(0, kLargestInset);
+    inset_->setRange(0, static_cast<int>(kLargestTileInset));
     inset_->setSuffix(tr(" pt"));
     inset_->setAccessibleDescription(tr("The gap on each side between a tile and its window, in points"));
     inset_->setMinimumWidth(8 * fontMetrics().averageCharWidth() + inset_->sizeHint().height());
@@ -123,7 +124,7 @@ void GeneralPane::showState(const json& state) {
     if (!settings.is_object()) return;
     arrangeAfterLaunch_->showState(settings.at("autoArrangeOnLaunch"));
     bringForward_->showState(settings.at("bringsNextForward"));
-    // What is being typed is newer than what the agent tells.
+    // A value that is being typed is newer than the agent's.
     if (isInsetUnderWay_) return;
     const QSignalBlocker blocker(inset_);
     inset_->setValue(static_cast<int>(std::lround(settings.at("tileInset").get<double>())));

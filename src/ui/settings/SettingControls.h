@@ -1,4 +1,4 @@
-// What the panes of the settings are made of. Main thread only.
+// The controls of the panes of the settings. Main thread only.
 #pragma once
 
 #include "ui/windows/FieldError.h"

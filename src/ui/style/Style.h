@@ -15,7 +15,7 @@
 namespace kova::ui {
 
 namespace points {
-inline constexpr double footerHeight = 28, footerPanelHeight = 26, footerRadius = 8;
+inline constexpr double footerPanelHeight = 26, footerRadius = 8;
 inline constexpr double entryHeight = 20, entryRadius = 6, entryPadding = 8, entryGap = 4, iconSize = 16, iconGap = 6;
 inline constexpr double widestEntryText = 160;
 inline constexpr double tileRadius = 10, buttonHeight = 32, cardPadding = 20;

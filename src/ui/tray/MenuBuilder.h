@@ -1,4 +1,4 @@
-// A menu of the toolkit from the entries that the agent tells.
+// Builds a menu of the toolkit from the agent's entries.
 #pragma once
 
 #include "ui/client/Contents.h"

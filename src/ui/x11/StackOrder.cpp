@@ -51,7 +51,7 @@ RootChild StackOrder::kindOf(WindowNumber window) const {
 }
 
 StackOrder::Place StackOrder::placeFor(const std::vector<WindowNumber>& ours) const {
-    // From what is hidden up to the lowest application; a desktop above one is not ours to mend.
+    // From the hidden windows up to the lowest application; a desktop window above one is not corrected.
     const auto is = [&](RootChild kind) {
         return [this, kind](WindowNumber window) { return kindOf(window) == kind; };
     };

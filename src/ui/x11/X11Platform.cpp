@@ -200,8 +200,8 @@ RootChild X11Platform::kindOf(WindowNumber window) const {
         owned(xcb_get_window_attributes_reply(watch_, xcb_get_window_attributes(watch_, window), nullptr));
     if (!attributes || attributes->map_state == XCB_MAP_STATE_UNMAPPED) return RootChild::other;
     if (attributes->_class == XCB_WINDOW_CLASS_INPUT_ONLY) return isGuard(window) ? RootChild::guard : RootChild::other;
-    // Frames bypass the window manager as menus do; it is what they hold that tells them apart. A new client may not
-    // bear its mark yet.
+    // Frames bypass the window manager as menus do; their children distinguish them. A new client may not bear its mark
+    // yet.
     const auto known = clients_.find(window);
     WindowNumber client = known != clients_.end() ? known->second : clientOf(window, 2);
     if (client == 0 && !attributes->override_redirect) client = window;

@@ -70,7 +70,7 @@ std::uint32_t X11WindowFocus::activeWindow() const {
 
 void X11WindowFocus::prepare(QWidget& window) {
     if (const std::uint32_t active = activeWindow()) before_ = active;
-    // The agent asked because its user did: the time is now, which 0 does not say and a missing time leaves open.
+    // The request comes from the user, so its time is now; 0 or a missing time would not say that.
     window.winId();
     const std::uint32_t time = serverTime();
     xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window.winId()), userTime_,
