@@ -86,9 +86,8 @@ struct ClientWindow {
     std::optional<std::string> netName; // preferred, UTF-8
     std::string oldName;
     std::optional<WindowKind> declaredKind;
-    std::optional<xcb_window_t>
-        transientFor;               // WM_TRANSIENT_FOR, which may also name the root or a window that is not managed
-    xcb_window_t group = kNoWindow; // the leader that WM_HINTS names
+    std::optional<xcb_window_t> transientFor; // WM_TRANSIENT_FOR, which may also name the root or an unmanaged window
+    xcb_window_t group = kNoWindow;           // the leader that WM_HINTS names
     bool isModal = false;
 
     bool isIconic = false;      // WM_STATE
