@@ -32,7 +32,7 @@ bool overlap(Interval a, Interval b) {
     return std::min(a.high, b.high) - std::max(a.low, b.low) > kSame;
 }
 
-/// The edges of all tiles along one axis, two a tile (low, high), moved onto the lines that neighbours share.
+/// The edges of all tiles along one axis, two a tile (low, high), moved onto the lines that neighbors share.
 class SharedEdges {
   public:
     SharedEdges(const std::vector<PictureTile>& tiles, bool isX) :

@@ -10,7 +10,7 @@ namespace kova::cli {
 /// Columns of the terminal on standard output; without one $COLUMNS, else 80.
 int terminalWidth();
 bool isTerminal();
-/// A terminal with colours, unless $NO_COLOR is set.
+/// A terminal with colors, unless $NO_COLOR is set.
 bool isColorTerminal();
 /// Whether the environment asks for UTF-8; else drawings keep to ASCII.
 bool isUnicodeTerminal();

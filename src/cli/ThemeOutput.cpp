@@ -34,13 +34,13 @@ std::string hexadecimal(const json& color) {
     return text.data();
 }
 
-/// Two columns in the colour.
+/// Two columns in the color.
 std::string patch(const json& color) {
     const auto [red, green, blue] = bytesOf(color);
     return "\x1b[48;2;" + std::to_string(red) + ";" + std::to_string(green) + ";" + std::to_string(blue) + "m  \x1b[0m";
 }
 
-/// The table with patches before each of its rows: a row's colours, as many for each.
+/// The table with patches before each of its rows: a row's colors, as many for each.
 std::string withPatches(const std::string& table, const std::vector<std::vector<json>>& colors) {
     if (!isColorTerminal() || colors.empty()) return table;
     std::string out;

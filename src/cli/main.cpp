@@ -30,7 +30,7 @@ bool asksForHelp(std::string_view word) {
     return word == "--help" || word == "-h" || word == "help";
 }
 
-/// The verbs, or the words after a group, that a misspelt one may mean: the nearest alone, else none.
+/// The verbs, or the words after a group, that a misspelled one may mean: the nearest alone, else none.
 std::vector<std::string> meantInstead(std::string_view lead, std::string_view word) {
     std::vector<std::string> known;
     for (const Verb& verb : verbs()) {

@@ -7,7 +7,7 @@
 
 namespace kova {
 
-/// Palettes are shown with the accent colour in use.
+/// Palettes are shown with the accent color in use.
 ControlReply listThemes(const WorkspaceController& controller);
 ControlReply selectTheme(WorkspaceController& controller, const JsonCursor& parameters);
 ControlReply listAccentColors(const WorkspaceController& controller);

@@ -61,7 +61,7 @@ double intersectionArea(const CGRect& a, const CGRect& b);
 bool containsWithin(const CGRect& outer, const CGRect& inner, double tolerancePoints);
 /// True when the point lies in the rectangle; the minimum edges belong to it, the maximum edges do not.
 bool containsPoint(const CGRect& r, CGPoint point);
-/// The rectangle shrunk by `points` on every side; never smaller than nothing, then collapsed onto its centre.
+/// The rectangle shrunk by `points` on every side; never smaller than nothing, then collapsed onto its center.
 CGRect insetBy(const CGRect& r, double points);
 /// True when x, y, width and height each differ by at most `tolerance` points.
 bool nearlyEqual(const CGRect& a, const CGRect& b, double tolerancePoints);

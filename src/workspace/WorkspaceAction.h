@@ -26,7 +26,7 @@ enum class LayoutStep { next, previous };
 enum class DisplayStep { next, previous };
 /// A step through the displays in the platform's order, with wrap-around, or a display id.
 using DisplayChoice = std::variant<DisplayStep, std::string>;
-/// The neighbouring tile in a direction, or a tile-target id.
+/// The neighboring tile in a direction, or a tile-target id.
 using TileChoice = std::variant<WorkspaceDirection, std::string>;
 
 struct ActionTraits {

@@ -14,7 +14,7 @@ namespace {
 
 enum class Manager { openbox, none };
 
-/// Three windows and two tiles, so that one is minimised; with a manager another one waits behind.
+/// Three windows and two tiles, so that one is minimized; with a manager another one waits behind.
 class Restart : public ::testing::TestWithParam<Manager> {
   protected:
     void SetUp() override {

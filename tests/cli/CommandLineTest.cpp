@@ -127,7 +127,7 @@ TEST_F(CommandLine, EveryExampleInTheHelpAndTheDocumentsWorks) {
     for (const auto& example : examples) {
         const Words words = wordsOf(example);
         reopen();
-        if (example == "kova focus right") (void)run({"swap", "1"}); // what was learnt may have put it elsewhere
+        if (example == "kova focus right") (void)run({"swap", "1"}); // what was learned may have put it elsewhere
         auto command = begin(words);
         if (words[0] == "subscribe") {
             EXPECT_TRUE(command->waitForOutput("windows")) << example;

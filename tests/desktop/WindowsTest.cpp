@@ -99,7 +99,7 @@ TEST_P(Windows, AreMovedToTheirFrameWithOneEvent) {
         desk.service().cancelPlacement(desk.window("Left").id);
     }
 
-    // A window manager keeps minimum sizes, and what the window refuses is learnt; the bare server keeps none.
+    // A window manager keeps minimum sizes, and what the window refuses is learned; the bare server keeps none.
     if (GetParam() == Manager::none) {
         EXPECT_TRUE(desk.comesTo("Large", makeRect(10, 300, 300, 300), *client, large));
         return;

@@ -316,7 +316,7 @@ class Soak : public ::testing::TestWithParam<Manager> {
             EXPECT_EQ(applications_[window.application]->deleteCount(window.number), 0) << window.title;
         }
     }
-    /// On the screen, or where a window manager keeps what is minimised.
+    /// On the screen, or where a window manager keeps what is minimized.
     std::string outOfReach() {
         std::string lost;
         for (const auto& window : windows_) {

@@ -249,7 +249,7 @@ TEST(ArrangingAfterTheStart, LeavesAloneWhatARuleHasPlaced) {
     Scenario desk;
     desk.preferences.setValue("KOVA.workspaceProfile.v1", arrangingProfile());
     desk.display(2560, 1440).opens("Mail").start().settle();
-    desk.expectTiles("Mail 15,15 1254x1382 | -"); // learnt
+    desk.expectTiles("Mail 15,15 1254x1382 | -"); // learned
     desk.controller().perform(action::AddRule{
         {Uuid::random(), "Mail aside", true, "sim.mail", std::nullopt, std::nullopt, disposition::Tile{kRight}}});
     desk.controller().perform(action::Switch{action::Setting::continuousManagement, true});

@@ -223,7 +223,7 @@ TEST_F(Rules, AllRulesAreMatchedBeforeAnyWindowMoves) {
 }
 
 TEST_F(Rules, TakePartInArrangements) {
-    desk.opens("Notes").arrange().expectTiles("Notes 15,15 1254x1382 | -"); // learnt
+    desk.opens("Notes").arrange().expectTiles("Notes 15,15 1254x1382 | -"); // learned
     add(rule("Notes aside", "sim.notes", std::nullopt, std::nullopt, disposition::Tile{kRight}));
     desk.arrange().expectTiles("Notes 15,15 1254x1382 | -");
     manageContinuously();

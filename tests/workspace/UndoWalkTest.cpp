@@ -1,5 +1,5 @@
 // Whatever a person does, each step back brings back what was before that step: tiles, stacks, anchors, frames, what
-// was minimised or hidden, the profile and the accent colour. A failure prints the seed and the story so far.
+// was minimized or hidden, the profile and the accent color. A failure prints the seed and the story so far.
 // KOVA_RANDOM_SEED runs one seed, KOVA_RANDOM_DAYS that many seeds from it on.
 #include "tests/harness/Scenario.h"
 #include "tests/workspace/Seeds.h"

@@ -9,7 +9,7 @@
 
 namespace kova::macos {
 
-/// Calls back on the main thread whenever the centre posts the notification.
+/// Calls back on the main thread whenever the center posts the notification.
 [[nodiscard]] Subscription observeNotification(NSNotificationCenter* centre, NSString* name,
                                                std::function<void()> observer);
 /// Observes notifications of other programs to the whole session, delivered at once: the system delays them for

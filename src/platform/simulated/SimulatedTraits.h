@@ -54,13 +54,13 @@ enum class QuittingHabit { quits, refuses };
 /// What hiding an application does to its windows.
 enum class HidingStyle {
     hidesApplication, // they leave the screen and stay as they are
-    iconifiesWindows, // each is minimised, and exactly these come back
+    iconifiesWindows, // each is minimized, and exactly these come back
 };
 
 /// How a desktop lists the windows of Spaces (virtual desktops) that are not shown.
 enum class SpaceStyle {
     listsAll,   // every window is listed and its Space is told; a full-screen window stays on its Space
-    listsShown, // applications list windows of the shown Space, and minimised ones; full screen is a Space of its own
+    listsShown, // applications list windows of the shown Space, and minimized ones; full screen is a Space of its own
 };
 
 /// Which system the desktop resembles: X11, which responds from its own model, or a Mac, where applications respond.

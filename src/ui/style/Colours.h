@@ -1,4 +1,4 @@
-// Arithmetic on colours: what lies over what, and how far apart two are for an eye (contrast ratios from 1 to 21).
+// Arithmetic on colors: what lies over what, and how far apart two are for an eye (contrast ratios from 1 to 21).
 #pragma once
 
 #include "themes/ThemeRegistry.h"
@@ -10,10 +10,10 @@
 namespace kova::ui {
 
 QColor colorOf(const RGBAColor& color);
-/// The first colour with `share` (0 to 1) of the second one in it; opaque.
+/// The first color with `share` (0 to 1) of the second one in it; opaque.
 QColor mixed(const QColor& ground, const QColor& other, double share);
 QColor withAlpha(QColor color, double alpha);
-/// What is seen where a translucent colour covers an opaque one.
+/// What is seen where a translucent color covers an opaque one.
 QColor over(const QColor& ground, const QColor& cover);
 double contrast(const QColor& one, const QColor& other);
 /// The color nearest to `wanted`, on the way to white or to black, whose contrast with every ground is at least

@@ -1,4 +1,4 @@
-// The colours of the overlay, made of a theme's palette and the accent. Text has a contrast of at least 4.5 with every
+// The colors of the overlay, made of a theme's palette and the accent. Text has a contrast of at least 4.5 with every
 // ground that it is drawn on, lines and icons of meaning 3.
 #pragma once
 

@@ -22,7 +22,7 @@ namespace {
 const QString kWatcherService = QStringLiteral("org.kde.StatusNotifierWatcher");
 constexpr std::chrono::milliseconds kHostPause{1000};
 
-/// A desktop of three tiles, in a grey that shows on light and dark panels.
+/// A desktop of three tiles, in a gray that shows on light and dark panels.
 QIcon statusIcon() {
     QIcon icon;
     for (const int size : {22, 44}) {
