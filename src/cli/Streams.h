@@ -11,15 +11,15 @@
 
 namespace kova::cli {
 
-/// Writes the result to standard output. When that fails, says so and gives the code for it.
+/// Writes the result to standard output. If that fails, reports the error and returns its exit code.
 ExitCode print(std::string_view text);
 /// Writes to standard error; a failure cannot be reported anywhere.
 void complain(std::string_view text);
-/// Reports that standard output cannot be written, by `errno`, and gives the code for it.
+/// Reports that standard output cannot be written, by `errno`, and returns the exit code.
 ExitCode failUnwritten();
 /// From now on `fail` writes one JSON document.
 void reportErrorsAsJson();
-/// Reports the error on standard error and gives its code.
+/// Reports the error on standard error and returns its exit code.
 ExitCode fail(const CommandError& error);
 /// One document; on one line when the indentation is negative.
 std::string asText(const nlohmann::json& value, int indentation);

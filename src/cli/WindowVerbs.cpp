@@ -41,7 +41,7 @@ std::string stepText(const json& step) {
     const std::string name = nameOf(step.at("window"));
     if (kind == "place") return name + " would go to " + step.at("tileName").get<std::string>();
     if (kind == "wait") return name + " would wait behind it";
-    if (kind == "focus") return name + " would get the keyboard";
+    if (kind == "focus") return name + " would be focused";
     return name + " would float";
 }
 

@@ -42,7 +42,7 @@ class LayoutShortcutCoordinator {
     Subscription configurationChanges_;
     Subscription heldChanges_;
     std::vector<KeyCombination> heldByOthers_; // as it was noted
-    int waiting_ = 0;                          // pressed keys that wait for a newer picture of the desktop
+    int waiting_ = 0;                          // pressed keys that wait for a poll
     Lifetime lifetime_;
 };
 

@@ -53,8 +53,8 @@ class ControlPeer {
 class ControlHandling {
   public:
     virtual ~ControlHandling() = default;
-    /// Main thread. True when the request has to wait for a newer picture of the desktop: `ready` is called later,
-    /// once, and then the request is to be handled.
+    /// Main thread. True when the request has to wait for a poll: `ready` is called later, once, and then the request
+    /// is to be handled.
     [[nodiscard]] virtual bool mustWait(const ControlRequest&, std::function<void()>) { return false; }
     /// Main thread. Answers at once or later; no other request of the client is handled before. May throw
     /// `DecodingError`, before it answers, for parameters that are not what the method takes.

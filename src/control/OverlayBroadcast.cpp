@@ -67,7 +67,7 @@ void OverlayBroadcast::touched(OverlaySections sections) {
 void OverlayBroadcast::sendChanges() {
     OverlaySections sections = std::exchange(touched_, 0);
     if (!hasPeers()) return;
-    if ((sections & kWindowSections) != 0) sections |= kWindowSections; // are told as one
+    if ((sections & kWindowSections) != 0) sections |= kWindowSections; // are sent together
     OverlayContents before, now; // of the touched sections only, so that the others need no copy
     swapSections(before, sent_, sections);
     update(now, sections);

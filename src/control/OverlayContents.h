@@ -104,7 +104,7 @@ struct OverlayDrag {
 struct OverlayMessage {
     std::string text;
     std::optional<std::string> displayID; // the current one when the message appeared
-    std::string undoMethod; // of the socket, which reverts what the message tells of; empty: it cannot be reverted
+    std::string undoMethod; // of the socket, which reverts the reported action; empty: it cannot be reverted
     bool operator==(const OverlayMessage&) const = default;
 };
 

@@ -40,7 +40,7 @@ class Record {
     Record& add(const char* name, Member T::*member) {
         return add(name, member, [](const Member& value) { return json(value); });
     }
-    /// A member that tells the element from others, so it is in every record.
+    /// A member that identifies the element, so it is in every record.
     Record& name(const char* name, std::string T::*member) {
         out_[name] = now_.*member;
         return *this;

@@ -19,7 +19,7 @@ class UnsentBudget {
 
     explicit UnsentBudget(std::size_t bytes) : bytesAllowed_(bytes) {}
 
-    /// The share of one client; it gives up what it holds when it ends.
+    /// The share of one client, released when the object is destroyed.
     class Account {
       public:
         /// `drop` is called at most once, from any thread and with locks held: it may only ask for the client to be

@@ -38,7 +38,7 @@ class UserInterfaceDialogs final : public AlertServicing, public DocumentExchang
     void inform(const Alert& alert) override;
     /// The answer is false, too, when the clients disconnect before they answer.
     void confirm(const Alert& alert, std::function<void(bool isConfirmed)> answer) override;
-    /// The user's answer to the alert with "id"; the result tells whether it was still open.
+    /// The user's answer to the alert with "id"; the result says whether it was still open.
     ControlReply answer(const JsonCursor& parameters);
 
     bool isQuestionOpen() const { return open_.has_value(); }

@@ -11,8 +11,8 @@
 
 namespace kova {
 
-/// The id of the window that the parameters name by "window", or that had the keyboard last on their "display"; absent
-/// when they name neither, which means the focused window.
+/// The id of the window that the parameters name by "window", or that was focused last on their "display"; absent when
+/// they name neither, which means the focused window.
 ControlResult<std::optional<std::string>> wantedWindow(const WorkspaceController& controller,
                                                        const JsonCursor& parameters);
 
@@ -32,7 +32,7 @@ ControlReply stepStack(WorkspaceController& controller, const JsonCursor& parame
 
 /// Every tile with the windows in it, and the windows in none.
 ControlReply listWindows(const WorkspaceController& controller);
-/// The focused window and, when none is, the one that had the keyboard last on the current display.
+/// The focused window and, if none is, the one focused last on the current display.
 ControlReply tellFocus(const WorkspaceController& controller);
 /// The managed window at a point, such as the one that a user picks with the pointer.
 ControlReply findWindowAt(const WorkspaceController& controller, const JsonCursor& parameters);

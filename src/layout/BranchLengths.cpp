@@ -8,8 +8,8 @@ namespace kova {
 
 namespace {
 
-/// Gives every branch its share of what the pinned ones leave, and pins those whose minimum is not met by it. Each pass
-/// but the last pins a branch.
+/// Divides the length that the pinned branches leave among the others, and pins those that get less than their minimum.
+/// Each pass but the last pins a branch.
 void shareOutAroundMinimums(std::span<const double> weights, std::span<const double> minimums, double available,
                             double totalWeight, std::span<double> lengths, BranchLengthsScratch& scratch) {
     const std::size_t count = weights.size();

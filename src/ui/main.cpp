@@ -35,8 +35,8 @@ void prepareToolkit() {
         qunsetenv(name);
     qputenv("QT_STYLE_OVERRIDE", "fusion");
 #if defined(Q_OS_MACOS)
-    // The toolkit makes a program active when it starts and whenever a window is raised, which would take the keyboard
-    // from the application that is used. Windows that need the keyboard ask for it themselves.
+    // The toolkit makes a program active when it starts and whenever a window is raised, which would take the focus
+    // from the application that is used. Windows that need the focus request it themselves.
     qputenv("QT_MAC_DISABLE_FOREGROUND_APPLICATION_TRANSFORM", "1");
     qputenv("QT_MAC_SET_RAISE_PROCESS", "0");
 #else // on a Mac the toolkit would do without the system's theme, and so without its dark appearance

@@ -47,7 +47,7 @@ std::optional<DesktopEntry> parseDesktopEntry(std::string_view text, std::string
 class DesktopEntries final : public ApplicationCatalogue {
   public:
     DesktopEntries(const XdgFolders& folders, std::string locale);
-    /// The locale that the environment gives to messages.
+    /// The locale of messages, from the environment.
     static std::string localeOfMessages();
 
     /// The entry of the application's own ID; else the one whose StartupWMClass is the class, or the instance; else the

@@ -30,8 +30,8 @@ class EventLoop final : public MainQueue {
     /// Calls back instead of ending the process when SIGTERM, SIGINT or SIGHUP arrives. Once per loop, before `run`.
     void onStopSignal(std::function<void()> stop);
 
-    /// Works until `quit`; gives the exit code that was asked for. Work that is left runs when `run` is called
-    /// again, if ever. The thread that calls it is the main thread.
+    /// Runs until `quit` and returns its exit code. Work that is left runs when `run` is called again, if ever. The
+    /// thread that calls it is the main thread.
     int run();
     /// Ends `run` after the work that runs now; the first call decides the exit code. Main thread only.
     void quit(int exitCode);

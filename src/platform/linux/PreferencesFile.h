@@ -62,7 +62,7 @@ class PreferencesFile {
     Written write(const Request& request, WallTime now);
 
   private:
-    /// Tells two states of a file apart without reading it.
+    /// Distinguishes two states of a file without reading it.
     struct Fingerprint {
         dev_t device = 0;
         ino_t inode = 0;

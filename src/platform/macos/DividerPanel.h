@@ -29,5 +29,5 @@ struct DividerPanelEvents {
 - (instancetype)initWithAxis:(kova::LayoutAxis)axis events:(kova::macos::DividerPanelEvents)events;
 @end
 
-/// A panel that never gets the keyboard, around the view.
+/// A panel around the view that never gets the focus.
 NSPanel* makeDesktopPanel(KOVAGuardView* view);

@@ -38,7 +38,7 @@ class MacAccessibility final : public AccessibilityServicing {
     /// Requests are sent at once.
     void flush() override {}
 
-    /// Sends a request to the process and gives its error number; absent when the process gets no requests now. Waits
+    /// Sends a request to the process and returns its error number; absent when the process gets no requests now. Waits
     /// up to the deadline. Any thread.
     std::optional<int> ask(pid_t process, const std::function<int()>& request) const;
     /// Applications that hang and get no requests now. Main thread.

@@ -33,8 +33,8 @@ class ChildStarting {
     using Started = std::function<void(std::variant<pid_t, StartFailure>)>;
     /// Called after `started`, once the process has ended and was reaped, with what waitpid gave.
     using Ended = std::function<void(pid_t, int waitStatus)>;
-    /// Starts the program in a session of its own, without descriptors of ours and without waiting. Gives the process,
-    /// which may still fail to run the program; absent when there is none. Main thread.
+    /// Starts the program in a session of its own, without descriptors of ours and without waiting. Returns the
+    /// process, which may still fail to run the program; absent when there is none. Main thread.
     virtual std::optional<pid_t> start(const Command& command, Started started, Ended ended) = 0;
 };
 

@@ -83,7 +83,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     /// The application animates its windows while its enhanced user interface is on.
     void setEnhancedUserInterface(std::string_view application, bool isOn);
     bool hasEnhancedUserInterface(std::string_view application) const;
-    /// Once, as soon as another application is activated, this one takes the keyboard back.
+    /// Once, as soon as another application is activated, this one takes the focus back.
     void stealNextActivation(std::string_view application);
     /// From now on the desktop places windows itself, and gives its name if it has one: writes of frames are lost.
     void placeWindowsItself(std::optional<std::string> name) {
@@ -310,7 +310,7 @@ class SimulatedDesktop : public AccessibilityServicing,
         CGRect frame{}; // of the window, when the button went down
         CGPoint start{};
         std::optional<std::string> handleID{};
-        bool isUsedUp = false; // the press was the second of a double click, or Escape let go
+        bool isUsedUp = false; // the press was the second of a double click, or Escape ended the drag
     };
     struct Click {
         std::string handleID;
@@ -320,7 +320,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     void tell(PointerEvent::Kind kind, CGPoint pointOnDesktop, ShiftKey shift = ShiftKey::up);
     void tell(DividerHandleEvent::Kind kind, const std::string& handleID, CGPoint pointOnDesktop);
 
-    void changed(); // what the system itself tells of: applications, Spaces, displays, the session
+    void changed(); // what the system itself announces: applications, Spaces, displays, the session
     void changed(const SimulatedWindow& window);
     void changed(const Application& application); // its windows, and which of them has its focus
     void announce();

@@ -59,7 +59,7 @@ enum class HidingStyle {
 
 /// How a desktop lists the windows of Spaces (virtual desktops) that are not shown.
 enum class SpaceStyle {
-    listsAll,   // every window is listed and its Space is told; a full-screen window stays on its Space
+    listsAll,   // every window is listed with its Space; a full-screen window stays on its Space
     listsShown, // applications list windows of the shown Space, and minimized ones; full screen is a Space of its own
 };
 

@@ -37,7 +37,7 @@ struct WindowTraits {
     std::optional<std::string> dialogOf{}; // label of the window that it belongs to
 
     std::optional<CGSize> minimumSize{};       // enforced, and announced
-    std::optional<CGSize> otherMinimumSize{};  // told under the attribute's other name, and not kept
+    std::optional<CGSize> otherMinimumSize{};  // announced under the attribute's other name, and not enforced
     std::optional<CGSize> secretMinimumSize{}; // enforced, not announced
     std::optional<CGSize> maximumSize{};
     std::optional<double> aspect{}; // width divided by height; keeps the requested width, whatever the height

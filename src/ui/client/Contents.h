@@ -99,7 +99,7 @@ struct WindowDrag {
 struct StatusMessage {
     std::string text;
     std::string display;
-    std::string undoMethod; // of the agent, which reverts what the message tells of; empty: it cannot be reverted
+    std::string undoMethod; // of the agent, which reverts the reported action; empty: it cannot be reverted
     bool operator==(const StatusMessage&) const = default;
 };
 
@@ -127,9 +127,9 @@ struct OverlayContents {
     const TileContents* tile(std::string_view id) const;
 };
 
-/// Brings the sections that an agent told first (`sections`, an object) up to date with what it tells as changed: of
-/// lists the elements that changed, with their new members, and the order of all when that is another one. Throws
-/// `DecodingError`, and `sections` may then be half changed.
+/// Updates the sections of the first state (`sections`, an object) with the changed ones: of lists the elements that
+/// changed, with their new members, and the order of all when that is another one. Throws `DecodingError`, and
+/// `sections` may then be half changed.
 void mergeChanges(nlohmann::json& sections, const JsonCursor& changes);
 
 /// Replaces the sections that are members of `sections`; members that are not known are passed over. Throws

@@ -234,8 +234,7 @@ bool SearchWindow::eventFilter(QObject* watched, QEvent* event) {
     }
 }
 
-/// A click outside gives the keyboard to another window. Not before it was here once: window managers give it when they
-/// like.
+/// A click outside focuses another window. Not before it was here once: window managers give it when they like.
 void SearchWindow::changeEvent(QEvent* event) {
     HostedWindow::changeEvent(event);
     if (event->type() != QEvent::ActivationChange) return;

@@ -41,8 +41,8 @@ class MacPlatform final : public OverlayPlatform {
     std::map<OverlayWindow*, std::unique_ptr<ClickArea, RemoveLater>> clickAreas_;
 };
 
-/// This program is hardly ever active: a window gets the keyboard only with its program, a panel without a title bar
-/// also by itself. An activation while no window is open is given back.
+/// This program is hardly ever active: a window gets the focus only with its program, a panel without a title bar also
+/// by itself. An activation while no window is open is given back.
 class MacWindowFocus final : public WindowFocus {
   public:
     MacWindowFocus();

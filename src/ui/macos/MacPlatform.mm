@@ -227,7 +227,7 @@ MacWindowFocus::~MacWindowFocus() {
 void MacWindowFocus::prepare(QWidget& window) {
     // Not the active application: that may be the agent, which has no window, after KOVA was opened once more.
     if (NSRunningApplication* front = applicationInFront()) parts_->before = front;
-    // A panel of this kind gets the keyboard although its application is not active.
+    // A panel of this kind gets the focus although its application is not active.
     NSWindow* native = nativeWindow(window.winId());
     const bool isPanel = [native isKindOfClass:NSPanel.class] && window.windowFlags().testFlag(Qt::FramelessWindowHint);
     if (isPanel) native.styleMask |= NSWindowStyleMaskNonactivatingPanel;

@@ -33,7 +33,7 @@ class OverlayPlatform {
     virtual void adopt(OverlayWindow& window) = 0;
     /// The window will be destroyed.
     virtual void leave(OverlayWindow& window) = 0;
-    /// Before the window is shown: gives it its place among the others.
+    /// Call before the window is shown: puts it into its place in the stacking order.
     virtual void stack(OverlayWindow& window) = 0;
     /// Takes a window off the screen that will be shown again.
     virtual void conceal(OverlayWindow& window);

@@ -100,7 +100,7 @@ void RulesPane::buildNew(QVBoxLayout& column) {
     label->setBuddy(newDisposition_);
     auto* forFocused = new QPushButton(tr("Rule for &Focused App"));
     forFocused->setObjectName(QStringLiteral("ruleForFocused"));
-    forFocused->setAccessibleDescription(tr("Adds a rule for the application whose window had the keyboard last"));
+    forFocused->setAccessibleDescription(tr("Adds a rule for the application whose window was focused last"));
     auto* forWindow = new QPushButton(tr("Rule for a &Window"));
     forWindow->setObjectName(QStringLiteral("ruleForWindow"));
     forWindow->setAccessibleDescription(tr("Adds a rule for the application of an open window"));
@@ -110,7 +110,7 @@ void RulesPane::buildNew(QVBoxLayout& column) {
     auto* exclude = new QPushButton(tr("E&xclude from KOVA"));
     exclude->setObjectName(QStringLiteral("exclude"));
     exclude->setAccessibleDescription(
-        tr("Adds a rule that leaves the windows of the application alone whose window had the keyboard last"));
+        tr("Adds a rule that leaves the windows of the application alone whose window was focused last"));
     pickingHint_ = new QLabel(tr("Click the window that the rule is for. Escape cancels."));
     pickingHint_->setWordWrap(true);
     pickingHint_->hide();
@@ -291,7 +291,7 @@ void RulesPane::changeDisposition(int index) {
             {.refused = [this] { showSelected(); }});
 }
 
-/// The settings themselves have the keyboard now, so the window is meant that had it before.
+/// The settings window has the focus now, so the window that was focused before is used.
 void RulesPane::addForFocused(json disposition) {
     callFor(*newError_, services_.agent, "query.focus", json::object(),
             {.done = [this, wanted = std::move(disposition)](const json& focus) {

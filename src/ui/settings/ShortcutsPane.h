@@ -43,8 +43,8 @@ class ShortcutsPane final : public Pane {
     QPushButton* record_ = nullptr;
     QPushButton* clear_ = nullptr;
     QPushButton* restore_ = nullptr;
-    /// While a shortcut is recorded: the agent ends a recording, and gives the keyboard back, when the connection of
-    /// the client that asked for it ends.
+    /// While a shortcut is recorded: the agent ends a recording, and releases the keyboard, when the connection of the
+    /// client that asked for it ends.
     std::unique_ptr<AgentSession> recorder_;
     std::string recorded_;       // the action
     QString shownInsteadOfKeys_; // of that action, once the agent listens

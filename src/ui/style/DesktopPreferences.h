@@ -1,6 +1,6 @@
 // The desktop's preferences from its settings portal: light or dark, animations, the icon theme. Nothing waits for the
-// portal: defaults hold until it answers, and where there is none. A Mac has no portal and tells itself. Main thread
-// only.
+// portal: defaults hold until it answers, and where there is none. A Mac has no portal; there they come from the
+// system. Main thread only.
 #pragma once
 
 #include "ui/style/Palette.h"

@@ -10,7 +10,7 @@ constexpr double kTextContrast = 4.5;
 constexpr double kLineContrast = 3;
 constexpr double kPanelOpacity = 0.92;
 
-/// The grounds that a theme gives; the rest of the palette follows from them.
+/// The background colors of a theme, from which the rest of the palette follows.
 struct Grounds {
     QColor top, bottom, panel, raised, text, muted, line, raisedLine;
 };

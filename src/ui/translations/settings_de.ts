@@ -416,7 +416,7 @@
         <translation>Regel für &amp;fokussierte App</translation>
     </message>
     <message>
-        <source>Adds a rule for the application whose window had the keyboard last</source>
+        <source>Adds a rule for the application whose window was focused last</source>
         <translation>Fügt eine Regel für die Anwendung hinzu, deren Fenster zuletzt die Tastatur hatte</translation>
     </message>
     <message>
@@ -432,7 +432,7 @@
         <translation>&amp;Von KOVA ausnehmen</translation>
     </message>
     <message>
-        <source>Adds a rule that leaves the windows of the application alone whose window had the keyboard last</source>
+        <source>Adds a rule that leaves the windows of the application alone whose window was focused last</source>
         <translation>Fügt eine Regel hinzu, nach der die Fenster der Anwendung in Ruhe gelassen werden, deren Fenster zuletzt die Tastatur hatte</translation>
     </message>
     <message>

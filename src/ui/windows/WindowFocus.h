@@ -1,5 +1,5 @@
-// Gives the keyboard to a window that is opened on request of the agent, which window managers otherwise take for one
-// that steals it. Main thread only.
+// Focuses a window that is opened on request of the agent, which window managers otherwise take for one that steals it.
+// Main thread only.
 #pragma once
 
 #include <QWidget>
@@ -9,14 +9,14 @@ namespace kova::ui {
 class WindowFocus {
   public:
     virtual ~WindowFocus() = default;
-    /// Before the window is shown. Remembers which window has the keyboard, unless it is one of this program.
+    /// Before the window is shown. Remembers which window has the focus, unless it is one of this program.
     virtual void prepare(QWidget& window) { (void)window; }
-    /// The window is shown: brings it to the front and gives it the keyboard.
+    /// The window is shown: brings it to the front and focuses it.
     virtual void take(QWidget& window) {
         window.raise();
         window.activateWindow();
     }
-    /// Gives the keyboard back to the window that had it at the last `prepare`; nothing if that is gone.
+    /// Focuses the window that had the focus at the last `prepare`; no-op if it was closed.
     virtual void giveBack() {}
 };
 

@@ -88,7 +88,7 @@ bool WindowHost::eventFilter(QObject* watched, QEvent* event) {
         window->close();
         return true;
     }
-    // Some systems take the keyboard from a window before the toolkit tells that it is hidden.
+    // Some systems take the focus from a window before the toolkit reports that it is hidden.
     if (event->type() == QEvent::Close) closing_ = {window, window->isActiveWindow()};
     // The window's own close event may still refuse; a hidden window has been closed.
     if (event->type() == QEvent::Hide && !event->spontaneous()) {

@@ -19,7 +19,7 @@ namespace kova::ui {
 
 namespace {
 
-/// What a function of the server's library gives has to be freed.
+/// Frees the result of a function of the X library.
 template <class Reply>
 using Owned = std::unique_ptr<Reply, decltype(&std::free)>;
 template <class Reply>

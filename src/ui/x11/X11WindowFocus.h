@@ -29,7 +29,7 @@ class X11WindowFocus final : public WindowFocus {
 
     xcb_connection_t* const connection_;
     std::uint32_t root_ = 0, activeWindow_, userTime_;
-    std::uint32_t before_ = 0; // had the keyboard at the last `prepare`
+    std::uint32_t before_ = 0; // had the focus at the last `prepare`
 };
 
 } // namespace kova::ui
