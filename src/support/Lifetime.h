@@ -12,7 +12,7 @@ class Lifetime {
     Lifetime(const Lifetime&) = delete;
     Lifetime& operator=(const Lifetime&) = delete;
 
-    /// Wraps the callback so that it does nothing after the owner's end. On the owner's thread only.
+    /// Wraps the callback so that it does nothing after the owner was destroyed. On the owner's thread only.
     template <class Callback>
     auto guard(Callback callback) const {
         return

@@ -7,7 +7,7 @@
 
 namespace kova {
 
-/// The two types differ. Look at the value only when there is one.
+/// The two types differ. Access the value only if there is one.
 template <class Value, class Error>
 class [[nodiscard]] Result {
   public:

@@ -7,7 +7,8 @@ namespace kova {
 
 namespace {
 
-constexpr std::size_t kLongestCompared = 64; // bytes; longer ones are no typing errors, and would cost time
+constexpr std::size_t kLongestCompared =
+    64; // bytes; longer texts are not typing errors, and comparing them would take long
 
 } // namespace
 

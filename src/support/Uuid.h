@@ -10,7 +10,7 @@ namespace kova {
 
 class Uuid {
   public:
-    /// A fresh random identity.
+    /// A new random identity.
     static Uuid random();
     /// From the form 8-4-4-4-12 of hexadecimal digits in either case; absent for anything else.
     static std::optional<Uuid> parse(std::string_view text);

@@ -52,14 +52,14 @@ const AccentColorOption& accentColor(std::string_view id);
 /// The id itself if it names an accent color, else the default one.
 std::string normalizedAccentColorID(std::string_view id);
 
-/// A look, and the layouts that go with it.
+/// A palette with a visual style, and the layouts of the theme.
 class WorkspaceTheme {
   public:
     virtual ~WorkspaceTheme() = default;
     virtual const ThemeDescriptor& descriptor() const = 0;
 };
 
-/// Grays like those of the desktop.
+/// Grays like the desktop's own.
 class NativeTheme final : public WorkspaceTheme {
   public:
     NativeTheme();

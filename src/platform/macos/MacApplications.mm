@@ -48,7 +48,7 @@ NSString* hiddenKey() {
 } // namespace
 
 MacApplications::~MacApplications() {
-    if (hidden_.empty()) return; // and what an agent before it has left stays written down
+    if (hidden_.empty()) return; // the record of a former agent is kept
     @autoreleasepool {
         for (const pid_t process : hidden_) [find(process) unhide];
         hidden_.clear();

@@ -58,8 +58,8 @@ MacChangeObservers::MacChangeObservers(MainQueue& queue, const MacAccessibility&
     systemChanges_.push_back(observeNotification(NSNotificationCenter.defaultCenter,
                                                  NSApplicationDidChangeScreenParametersNotification,
                                                  [this] { noteChange(); }));
-    // Posted when the list of applications that are allowed changes. Not documented; the poll after the longest rest
-    // makes up for it.
+    // Posted when the list of applications that are allowed changes. Not documented; if it is not posted, the poll
+    // after the longest idle time notices the change.
     for (NSString* name in
          @[ @"com.apple.accessibility.api", @"com.apple.screenIsLocked", @"com.apple.screenIsUnlocked" ]) {
         systemChanges_.push_back(observeDistributedNotification(name, [this] { noteChange(); }));

@@ -1,5 +1,5 @@
-// Updates through Sparkle, where the program was built with it (KOVA_WITH_SPARKLE); the feed and the key that updates
-// are signed with stand in the bundle's Info.plist. Main thread only.
+// Updates through Sparkle, if the program was built with it (KOVA_WITH_SPARKLE); the feed and the key that signs
+// updates are in the bundle's Info.plist. Main thread only.
 #pragma once
 
 #include "app/UpdateChecker.h"

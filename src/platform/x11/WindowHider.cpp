@@ -32,7 +32,7 @@ void WindowHider::minimize(ClientWindow& client) {
 void WindowHider::restore(ClientWindow& client) {
     if (!isApplicationHidden(client.processIdentifier)) {
         bringBack(client);
-        if (model_.windowManager().isPresent) return; // it brings dialogs back by itself
+        if (model_.windowManager().isPresent) return; // it restores dialogs by itself
         for (ClientWindow* dialog : dialogsOf(client)) bringBack(*dialog);
         return;
     }

@@ -41,8 +41,8 @@ class KeyboardMap {
     std::optional<std::uint16_t> macKeyCode(xcb_keycode_t key) const;
     /// Usually one; none when the keyboard has no such key.
     std::vector<xcb_keycode_t> keysOf(std::uint16_t macKeyCode) const;
-    /// The character of the key in the group's layout without modifiers, in UTF-8; empty if there is none. A dead key
-    /// gives its accent.
+    /// The character of the key in the group's layout without modifiers, in UTF-8; empty if there is none. Of a dead
+    /// key the accent.
     std::string characters(std::uint16_t macKeyCode, std::uint8_t group) const;
 
     /// Flags of `modifierFlag` for the state of an event.

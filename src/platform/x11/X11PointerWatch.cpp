@@ -72,7 +72,7 @@ bool PointerWatch::act() {
     const bool hasMoved = std::exchange(hasMoved_, false) && isHeld_ && !isLookDue_;
     if (std::exchange(hasButtonChanged_, false) || hasMoved) ask();
     if (hasMoved) {
-        // The reply gives the position now; motion events are selected again after the pause.
+        // The reply has the present position; motion events are selected again after the pause.
         isLookDue_ = true;
         listen(false);
         lookAgain_();

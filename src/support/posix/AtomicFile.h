@@ -12,7 +12,7 @@
 
 namespace kova {
 
-/// Closes what it holds; negative for none.
+/// Owns a file descriptor and closes it; negative: none.
 class Descriptor {
   public:
     explicit Descriptor(int number) : number_(number) {}
@@ -33,13 +33,13 @@ class Descriptor {
 
 enum class Durability {
     survivesPowerLoss,        // waits for the disk
-    contentSurvivesPowerLoss, // the same without the folder: the caller makes the new name last
+    contentSurvivesPowerLoss, // without syncing the folder, which the caller does
     survivesProcess,
 };
 
 struct FileReplacement {
-    mode_t mode = 0666;                // less the umask
-    std::optional<mode_t> exactMode{}; // whatever the umask
+    mode_t mode = 0666;                // reduced by the umask
+    std::optional<mode_t> exactMode{}; // independent of the umask
     Durability durability = Durability::survivesPowerLoss;
 };
 

@@ -76,8 +76,8 @@ std::u16string composed(std::u16string_view text) {
     });
 }
 
-/// The language in which the session compares text. The "C" locale's order is that of code points, capitals first,
-/// which no reader means: the order that suits most languages stands in for it.
+/// The language by which the session orders text. The "C" locale orders by code points, capitals first, which users do
+/// not expect, so the order of most languages replaces it.
 const char* comparisonLocale() {
     char variant[16] = "";
     UErrorCode status = U_ZERO_ERROR;
