@@ -1,4 +1,4 @@
-// A person at the keyboard: presses become operations of the workspace.
+// Key presses become operations of the workspace.
 #include "commands/LayoutShortcutCoordinator.h"
 #include "support/Log.h"
 #include "tests/harness/Scenario.h"
@@ -22,7 +22,7 @@ class Keys : public ::testing::Test {
         coordinator.installMonitors();
         desk.settle();
     }
-    /// Pressed once and let go.
+    /// Pressed and released once.
     void press(std::uint16_t code, std::uint64_t flags) {
         keyboard.press(code, flags);
         desk.settle();

@@ -65,7 +65,7 @@ class ContractDesktop {
     virtual ~ContractDesktop() = default;
     virtual bool can(Ability) const { return true; }
 
-    /// Opens a window and gives its application's process, which begins with its first window.
+    /// Opens a window and returns its application's process, which begins with its first window.
     virtual pid_t open(const Opening& opening) = 0;
     virtual void retitle(const std::string& title, const std::string& newTitle) = 0;
     virtual void close(const std::string& title) = 0;
@@ -84,7 +84,7 @@ class ContractDesktop {
     virtual void press(CGPoint point) = 0;
     virtual void movePointer(CGPoint point) = 0;
     virtual void releaseButton() = 0;
-    /// Presses and releases a key while another application has the keyboard; H and J with modifiers are enough.
+    /// Presses and releases a key while another application has the focus; H and J with modifiers are enough.
     virtual void pressKey(KeyCombination combination) = 0;
     /// Another program grabs the combination; call before it is registered here.
     virtual void claimForOther(KeyCombination combination) = 0;

@@ -49,7 +49,7 @@ TEST_F(ApplicationMethods, ALaunchIsAnsweredAtOnceAndItsOutcomeReportedLater) {
 
 TEST_F(ApplicationMethods, LaunchesAreCountedForLaunchersAndTheLauncherOpensWhereThereIsRoom) {
     desk.arrange();
-    auto starting = client(); // and is told of the outcomes
+    auto starting = client(); // and gets the notifications
     for (const char* tile : {"basement", "second", "second"})
         call(starting, "launch", {{"application", "maps"}, {"tile", tile}});
     EXPECT_EQ(result("app.list")["applications"][0]["launches"], 2);

@@ -13,7 +13,7 @@ constexpr std::uint64_t kControlOption = modifierFlag::control | modifierFlag::o
 
 class ShortcutsOverTheSocket : public MethodCalls {
   protected:
-    /// What the agent tells by itself next: "recorded refused", with the message if there is one.
+    /// The next notification of the agent: "recorded refused", with the message if there is one.
     std::string told(SocketClient& by) {
         const json message = by.message();
         if (!message.is_object()) return message.dump();
@@ -64,7 +64,7 @@ TEST_F(ShortcutsOverTheSocket, AreSetClearedAndRestored) {
     shortcuts.configuration.set(twice);
     EXPECT_EQ(shortcutOf("focusLeft")["conflict"], "undo");
     EXPECT_EQ(shortcutOf("undo")["conflict"], "focusLeft");
-    // Another layout: the same key, told by what is written on it now.
+    // Another layout: the same key, named by its present character.
     keyboard().setLayout({{keyCode::a, "q"}, {keyCode::q, "a"}});
     EXPECT_EQ(shortcutOf("arrangeWindows")["keys"], "Ctrl+Alt+Q");
     EXPECT_EQ(shortcutOf("arrangeWindows")["label"], "A");

@@ -76,7 +76,7 @@ class SocketClient {
         });
         return found;
     }
-    /// The next line as JSON; a JSON string that tells about it when there is none.
+    /// The next line as JSON; a JSON string with the reason if there is none.
     nlohmann::json message() {
         const auto text = line();
         if (!text) return hasEnded_ ? "the agent hung up" : "no answer";

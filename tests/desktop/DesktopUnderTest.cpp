@@ -82,7 +82,8 @@ ApplicationIdentity PlainCatalogue::identify(const ApplicationTraces& traces) {
 }
 
 DesktopUnderTest::DesktopUnderTest(Manager manager, const std::string& size, ClientProcessNumbers numbers) :
-    // Some window managers live only where the server tells; there the desktop does not ask.
+    // The server always reports process numbers, which some window managers need; `numbers_` says whether the desktop
+    // reads them.
     numbers_(numbers), server_(size, ClientProcessNumbers::told) {
     if (manager == Manager::openbox) server_.startManager();
 }

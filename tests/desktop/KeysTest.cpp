@@ -46,7 +46,7 @@ class Keys : public ::testing::Test {
         return any && heard.size() == 1 && heard[0].keyCode == combination.keyCode && !heard[0].isRepeat &&
                (heard[0].modifierFlags & modifierFlag::ofShortcuts) == combination.modifierFlags;
     }
-    /// Another key, heard afterwards, shows that the first one never will be.
+    /// Another key, reported afterwards, shows that the first one will not be reported.
     bool isNotHeard(const std::string& keys, const std::string& heardKeys, const KeyCombination& combination) {
         press(keys);
         return isHeard(heardKeys, combination);
@@ -211,7 +211,7 @@ TEST_F(Keys, AllGoToTheRecorderAndToNoOtherProgram) {
     EXPECT_TRUE(std::ranges::all_of(recorded, &KeyPress::isRepeat));
     run("xdotool keyup F8");
     recorded.clear();
-    // It takes a moment until the keyboard is ours.
+    // It takes a moment until the keyboard is grabbed.
     ASSERT_TRUE(desk->runUntil([&] {
         press("F7");
         desk->runFor(Seconds(0.05));

@@ -9,8 +9,8 @@
 namespace kova::testing {
 
 enum class Manager { none, openbox };
-/// Whether the server tells which processes its clients are. Where it does not, a test's clients may pass for several
-/// programs, though all are of one process.
+/// Whether the server reports the processes of its clients. If not, a test's clients may count as several programs,
+/// though all are of one process.
 enum class ClientProcessNumbers { untold, told };
 
 class PrivateServer {

@@ -139,7 +139,7 @@ TEST_P(Quitting, AProcessWithoutWindowsIsNotKilled) {
         EXPECT_TRUE(refusal);
         return refusal.value_or("") == reason;
     };
-    // Without a manager the end of a window is told at once; a manager's list is read by the next poll.
+    // Without a manager the end of a window is reported at once; a manager's list is read by the next poll.
     if (GetParam() == Manager::none) {
         EXPECT_TRUE(desk.runUntil([&] { return isRefusedAs("it has no window any more"); }));
     }

@@ -1,4 +1,4 @@
-// A display with more than one pixel to a point, told by the settings that desktops write, and changed at run time.
+// A display with more than one pixel to a point, by the settings that desktops write, and changes of it at run time.
 #include "tests/desktop/DesktopUnderTest.h"
 
 #include <xcb/xcb.h>

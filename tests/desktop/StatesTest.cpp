@@ -273,7 +273,7 @@ TEST_F(Desktop, FollowsMonitorsAndPanels) {
     const auto left = std::ranges::find(screens, std::string("LEFT"), &Screen::localizedName);
     EXPECT_EQ(text(left->frame), "-1200,0 1200x800");
 
-    // Frames are told, and asked for, from the first display's corner.
+    // Frames are reported and requested relative to the first display's corner.
     const auto window = client->open({.title = "Window", .frame = makeRect(300, 200, 400, 300)});
     ASSERT_TRUE(desk.showsExactly({"Window"}));
     const auto fromFirst = [&] {

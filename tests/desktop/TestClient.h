@@ -61,7 +61,7 @@ class TestClient {
     void demandState(xcb_window_t window, const std::string& first, const std::string& second = "",
                      Demand demand = Demand::add);
 
-    /// How often the window was told of a new geometry since the last time this was asked, made-up events included.
+    /// How many new geometries were reported to the window since the last call, including synthetic events.
     int takeConfigureCount(xcb_window_t window);
     int takeConfigureCount(const std::vector<xcb_window_t>& windows); // of all of them together
     /// How often the window was asked to close since it was opened.

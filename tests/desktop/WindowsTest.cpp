@@ -38,7 +38,7 @@ TEST_P(Windows, AreListedWithTheirProperties) {
     EXPECT_EQ(window.minimumSize->width, 420 + window.frame->size.width - area.size.width);
     EXPECT_EQ(window.minimumSize->height, 310 + window.frame->size.height - area.size.height);
 
-    // What happens later is told by events and found by the next poll.
+    // Later changes are reported by events and found by the next poll.
     const auto count = desktop.changeCount();
     const auto list = notes->open({.title = "List", .frame = makeRect(200, 200, 300, 300)});
     notes->setTitle(pad, "Grüße");
@@ -69,7 +69,7 @@ TEST_P(Windows, AreMovedToTheirFrameWithOneEvent) {
             const CGRect wished = makeRect(x + border, y + border, 630 - 2 * border, 386 - 2 * border);
             return text(client->outerFrame(window)) == text(wished);
         };
-        // A window manager takes the borders of its windows away.
+        // A window manager removes the borders of its windows.
         const double border = GetParam() == Manager::none ? 3 : 0;
         ASSERT_TRUE(desk.runUntil([&] { return hasArrived(left, 5, 0) && hasArrived(right, 645, border); }));
         wasPrompt = desk.loop().uptime() - start < Seconds(0.05);
@@ -170,7 +170,7 @@ TEST_P(Windows, KeepTheirFrameInPollsDuringAnimations) {
     const CGRect left = makeRect(20, 30, 500, 400), right = makeRect(600, 30, 400, 300);
     ASSERT_TRUE(desk.comesTo("Draft", left, *client, draft));
     const auto window = desk.window("Draft");
-    std::string seen; // every frame that a poll told, once in a row
+    std::string seen; // every frame that a poll found, without repetitions
     const auto pollsUntil = [&](const auto& condition) {
         return desk.runUntil([&] {
             const auto windows = desk.poll();

@@ -18,7 +18,7 @@ const char* const kProfile = R"({
     "layoutWeightsByDisplay": {"display-A": {"jarvis.six-grid": {"splits": {"root": [1180, 1320], "root.1": [0.5, 0.5]}}}}
 })";
 
-/// The profile above with some keys replaced; null takes one away.
+/// The profile above with some keys replaced; null removes one.
 std::string profileWith(const json& changes) {
     json document = json::parse(kProfile);
     for (const auto& [key, value] : changes.items()) {

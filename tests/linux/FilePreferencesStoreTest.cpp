@@ -194,7 +194,7 @@ TEST(FilePreferencesStore, WritesNothingWhenTheDamagedFileCannotBeSetAside) {
     for (const auto& [allowed, expected] : cases) {
         Home home;
         home.given("precious, but broken");
-        // A child, since root may do anything: it gives up its rights first.
+        // In a child that drops its privileges first, since root may do anything.
         const pid_t child = fork();
         if (child == 0) {
             fs::permissions(home.temporary().path(), fs::perms::all);
@@ -368,7 +368,7 @@ TEST(FilePreferencesStore, IsOldOrNewWheneverTheWriterIsKilled) {
         lengths.insert(*store.string("length"));
     }
     EXPECT_GT(lengths.size(), 30U); // it was killed in the midst of work
-    // Drafts of the dead are gone, too.
+    // Drafts of processes that have ended are removed, too.
     EXPECT_EQ(std::distance(fs::directory_iterator(home.folder()), fs::directory_iterator()), 1);
 }
 

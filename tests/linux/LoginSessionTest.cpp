@@ -92,7 +92,7 @@ TEST(ActivityConditions, BecomeEventsOnlyWhereTheWorkspaceWouldNotice) {
     }
 }
 
-/// A session on a bus of its own, and what it has told.
+/// A session on a bus of its own, and the events that it has reported.
 class LoginSessionTest : public ::testing::Test {
   protected:
     void open(std::optional<std::string> sessionID, LoginSessionTimeouts timeouts = {}) {
@@ -110,7 +110,7 @@ class LoginSessionTest : public ::testing::Test {
         return {};
     }
     bool isListening() const { return lineOf("login session").starts_with("logind tells"); }
-    /// What is told next, and nothing but that.
+    /// Expects the next event, and no other.
     void expectTold(const std::string& expected) {
         turnUntil([&] { return told_.size() >= expected.size(); });
         EXPECT_EQ(std::exchange(told_, {}), expected);
@@ -251,7 +251,7 @@ TEST_F(LoginSessionTest, SignalsOfOtherSendersAreIgnored) {
     turn(200ms);
     expectTold("");
     EXPECT_TRUE(isListening());
-    bus_.call("c1", "Lock"); // logind itself is still heard
+    bus_.call("c1", "Lock"); // signals of logind itself are still handled
     expectTold("locked ");
 }
 
@@ -272,7 +272,7 @@ TEST_F(LoginSessionTest, OfManyChangesOnlyTheLastStateIsReported) {
     bus_.addSession("c1", getuid(), "x11");
     open("c1", {.withFlood = 200ms});
     ASSERT_TRUE(turnUntil([&] { return isListening(); }));
-    // Nothing is heard before the loop runs again: by then all of them wait.
+    // No signal is handled before the loop runs again: by then all of them are queued.
     for (int i = 0; i < kChanges; ++i) bus_.set("c1", "LockedHint", sdbus::Variant(i % 2 == 0));
     // Other work of the loop is not held up meanwhile.
     Seconds longestPause{0}, before = loop_.uptime();

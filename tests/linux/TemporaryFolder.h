@@ -1,4 +1,4 @@
-// A folder of a test's own, gone with it.
+// A folder of a test's own, removed with it.
 #pragma once
 
 #include <stdlib.h>

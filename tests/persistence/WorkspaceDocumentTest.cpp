@@ -46,7 +46,7 @@ std::string importError(const std::string& text) {
     return error ? error->what() : "no error";
 }
 
-/// The exported file with one place, as a JSON pointer, changed; null takes it away.
+/// The exported file with one place, as a JSON pointer, changed; null removes it.
 std::string changed(const std::string& pointer, const json& value) {
     json document = json::parse(fileText("exported.json"));
     const json::json_pointer place(pointer);

@@ -1,4 +1,4 @@
-// Every window and every settings page, as the accessibility interface tells of it.
+// Every window and every settings page, as the accessibility interface presents it.
 #include "tests/ui/WindowStage.h"
 #include "ui/windows/Pane.h"
 

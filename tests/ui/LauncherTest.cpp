@@ -127,7 +127,7 @@ TEST_F(Launching, ShowsWhatIsRefusedAndClosesByEscapeOrWhenItLosesTheFocus) {
     EXPECT_TRUE(isClosed("launcher")) << "a click elsewhere";
 }
 
-/// As on a Mac, where a window has lost the keyboard by the time the toolkit tells that it is hidden.
+/// As on a Mac, where a window has lost the focus by the time the toolkit reports that it is hidden.
 class KeyboardLostFirst : public QObject {
     bool eventFilter(QObject*, QEvent* event) override {
         if (event->type() == QEvent::Hide) QApplication::setActiveWindow(nullptr);

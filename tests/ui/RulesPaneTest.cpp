@@ -41,7 +41,7 @@ class RulesInSettings : public WindowStage {
     }
     void select(int row) { table->setCurrentItem(table->topLevelItem(row)); }
     void click(const char* button) { QTest::mouseClick(control<QPushButton>(window, button), Qt::LeftButton); }
-    /// As if the row was let go at that height of another one, from 0 to 1.
+    /// Drops the row at that height of another one, from 0 to 1.
     void drop(int row, int onto, double height) {
         select(row);
         const QRect place = table->visualItemRect(table->topLevelItem(onto));

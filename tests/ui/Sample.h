@@ -1,4 +1,4 @@
-// Contents of an overlay for tests, as the agent would tell them, and a place that shows windows as pictures.
+// Contents of an overlay for tests, as the agent would send them, and a platform that draws windows as pictures.
 #pragma once
 
 #include "ui/overlay/Overlay.h"

@@ -80,7 +80,7 @@ TEST(VerifiedPlacement, PassesComeOnTimeAndAlternate) {
     EXPECT_EQ(bench.journalUntil(0.339), "");
     EXPECT_EQ(bench.journalUntil(0.34), kSizeFirst);
     EXPECT_EQ(bench.journalUntil(0.649), "");
-    // After the last correction it is drawn in as well, which is one more wish.
+    // After the last correction it is moved inside as well, which is one more request.
     EXPECT_EQ(bench.journalUntil(0.65), std::string(kPositionFirst) + kSizeFirst);
     EXPECT_EQ(bench.journalUntil(9), "");
 }
@@ -182,7 +182,7 @@ TEST(VerifiedPlacement, BringsToTheFrontAndRaisesAgainOnlyAfterALateCorrection) 
     bench.desktop.userMoves("Mail", makeRect(0, 0, 600, 400));
     EXPECT_EQ(bench.journalUntil(5), std::string(kPositionFirst) + "Mail: AXRaise\n");
 
-    // Put away after the snapshot was taken: it comes back all the same.
+    // Hidden after the snapshot was taken: it is shown all the same.
     const auto snapshot = bench.managed("Mail");
     bench.desktop.userMinimizes("Mail");
     bench.service.setFrame(snapshot, kTarget, BringToFront::yes, {});

@@ -153,7 +153,7 @@ TEST(WindowEnumeration, QueriesThePresenceOfMissingKnownWindowsOnly) {
     struct Case {
         const char* what;
         std::function<void()> happens;
-        std::string expected; // the windows that are neither listed nor gone
+        std::string expected; // the windows that are neither listed nor closed
         int asked;            // requests beyond those of a poll without known windows
     };
     const Case cases[] = {

@@ -36,7 +36,7 @@ TEST_F(Announcements, PollsAreIdleOnceEachApplicationAndWindowIsObserved) {
     EXPECT_EQ(desk.desktop.announcements().requestCount(), 6);
     EXPECT_EQ(desk.controller().liveWindows().size(), 3u);
     EXPECT_LE(polls(Seconds(100)), 10);
-    desk.desktop.setTitle("Maps", "Paris"); // also one that came later is heard
+    desk.desktop.setTitle("Maps", "Paris"); // a window opened later is observed, too
     desk.advance(Seconds(0.7));
     EXPECT_EQ(desk.controller().liveWindows().back().title, "Paris");
     desk.desktop.close("Maps");

@@ -175,7 +175,7 @@ TEST(ArrangementPlan, HiddenWindowsRankAfterVisibleOnes) {
 TEST(ArrangementPlan, WithFewerTilesThanWindowsTheOnesInUseHaveThem) {
     Table table;
     table.display("D", "jarvis.dual-split");
-    table.window("Console").useRank = 0; // a utility, but it has the keyboard
+    table.window("Console").useRank = 0; // a utility, but it has the focus
     table.window("Viewer").useRank = 1;
     table.window("Codex");
     table.window("Firefox");

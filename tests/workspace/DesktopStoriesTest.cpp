@@ -96,7 +96,7 @@ TEST(DesktopStories, AnArrangementIsPlannedAsItWillBeOnceAZoomedWindowIsBack) {
 }
 
 TEST(DesktopStories, PollsLeaveAPlacementToItsPasses) {
-    // Asked anew by every poll, the window would never reach the last pass, which tells its minimum size.
+    // If every poll repeated the request, the window would never reach the last pass, which shows its minimum size.
     Scenario desk;
     desk.desktop.setVouching(false);
     desk.display(2560, 1440).layout("jarvis.quad-grid").start();
@@ -111,7 +111,7 @@ TEST(DesktopStories, PollsLeaveAPlacementToItsPasses) {
 }
 
 TEST(DesktopStories, HidingThatIconifiesBringsBackTheSameWindows) {
-    // As where hiding an application means putting each of its windows away.
+    // As on desktops where hiding an application minimizes each of its windows.
     Scenario desk;
     desk.desktop.setHidingStyle(HidingStyle::iconifiesWindows);
     desk.display(2560, 1440).layout("jarvis.dual-split");

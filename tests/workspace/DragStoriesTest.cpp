@@ -1,4 +1,4 @@
-// What the user's hand does: dividers, windows dragged from tile to tile, windows resized at their tile's edge.
+// Drags: of dividers, of windows from tile to tile, and of a window's edge.
 #include "tests/harness/Scenario.h"
 #include "tests/workspace/Pictures.h"
 #include "workspace/EdgeResize.h"
@@ -11,7 +11,7 @@ namespace kova {
 
 namespace {
 
-/// Two windows side by side, the divider between them, and the hand.
+/// Two windows side by side, the divider between them, and the pointer.
 class DragStories : public ::testing::Test {
   protected:
     DragStories() {

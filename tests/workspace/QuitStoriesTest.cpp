@@ -13,7 +13,7 @@ class Quitting : public ::testing::Test {
         desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").arrange();
         desk.desktop.takeJournal();
     }
-    /// The lines of the journal that tell which applications were ended and how.
+    /// The lines of the journal that say which applications were ended and how.
     std::string asked() {
         std::string lines;
         std::string journal = desk.desktop.takeJournal();

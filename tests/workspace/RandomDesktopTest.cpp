@@ -1,6 +1,5 @@
-// Anything a person, an application or the machine can do, in any order and at
-// any moment. The desk checks its standing promises after every step; a failure
-// prints the seed and the story so far. KOVA_RANDOM_SEED runs one seed,
+// Anything a person, an application or the machine can do, in any order and at any moment. The scenario checks its
+// invariants after every step; a failure prints the seed and the story so far. KOVA_RANDOM_SEED runs one seed,
 // KOVA_RANDOM_DAYS that many seeds from it on.
 #include "tests/harness/Scenario.h"
 #include "tests/workspace/Seeds.h"
@@ -119,7 +118,7 @@ class RandomDay {
             traits.unreadable = {anyOf({AccessibilityAttribute::position, AccessibilityAttribute::minimized})};
             break;
         default:
-            break; // most windows do as they are told
+            break; // most windows accept requested frames
         }
         return traits;
     }
@@ -202,7 +201,7 @@ class RandomDay {
         }
     }
     double anyDistance() { return static_cast<double>(below(1600)) - 800; }
-    /// Something else may happen while the hand is still down.
+    /// Something else may happen while the button is still down.
     void holdOn() {
         desk_.advance(anyOf({Seconds(0), Seconds(0.02), Seconds(0.6)}));
         if (chance(4) && !isInterrupted_) {
@@ -398,7 +397,7 @@ class RandomDay {
          [this] {
              withAnyWindow([&](const auto& label) {
                  const std::string application = applicationOf(label);
-                 const auto setAnswering = [&](bool answers) { // one that was told to quit may end meanwhile
+                 const auto setAnswering = [&](bool answers) { // one that was requested to quit may end meanwhile
                      if (desk_.desktop.isRunning(application)) desk_.desktop.setAnswering(application, answers);
                  };
                  expectNoLoss([&] { setAnswering(false); }, [&] { setAnswering(true); });

@@ -56,7 +56,7 @@ std::string differences(Scenario& desk, const Uuid& id) {
     return text;
 }
 
-/// A scene of a display with windows that are told by "application|title|slot|stack index".
+/// A scene of a display with windows that are written as "application|title|slot|stack index".
 WorkspaceScene sceneOf(const std::vector<std::string>& windows, const std::string& layoutID = "jarvis.dual-split") {
     WorkspaceScene scene;
     scene.name = "Told";

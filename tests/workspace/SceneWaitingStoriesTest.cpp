@@ -1,4 +1,4 @@
-// Scenes that wait for windows: how long, whose windows they take, and what the user is told in the end.
+// Scenes that wait for windows: how long, which windows they use, and the final message.
 #include "tests/harness/Scenario.h"
 #include "tests/workspace/Pictures.h"
 

@@ -134,7 +134,7 @@ TEST_P(Spaces, FocusModeLastsAndIsLeftProperly) {
 
     desk.desktop.userFocuses("Notes");
     desk.zoom();
-    show(1).opens("Maps").arrange(); // closes focus mode: its window gives the display back once it is shown
+    show(1).opens("Maps").arrange(); // ends focus mode: its window gets its tile frame once it is shown
     EXPECT_FALSE(desk.state().focusMode->has_value());
     show(0).settle();
     desk.expectTiles(picture);
@@ -232,7 +232,7 @@ TEST(SilentApplication, FollowsAnArrangementOnceItAnswers) {
     desk.desktop.setAnswering("Mail", false);
     desk.layout("jarvis.command-center").advance(Seconds(30));
     desk.desktop.setAnswering("Mail", true);
-    desk.settle(); // the standing promises check that it is in its tile
+    desk.settle(); // the invariants check that it is in its tile
     EXPECT_EQ(desk.framesWrittenWithin(Seconds(10)), 0);
 }
 

@@ -21,7 +21,7 @@ constexpr std::size_t kMostWindows = 10;
 enum class Pace { calm, hasty };
 
 constexpr double kLongestHastyPause = 0.6; // seconds
-constexpr CGSize kCell{17, 31};            // every hand and every program chooses whole cells
+constexpr CGSize kCell{17, 31};            // users and programs choose whole cells
 
 class UndoWalk {
   public:
@@ -139,7 +139,7 @@ class UndoWalk {
                       hasNewSibling ? minimizedForHidden(description) : description);
         }
     }
-    /// Windows whose display was away before the step take free tiles, or wait behind others, with the step back.
+    /// With the undo, windows whose display was disconnected before the step take free tiles, or are stacked.
     std::set<std::string> displacedIn(const Picture& before) {
         TileAssignments displaced = before.assignments;
         for (const auto& screen : desk_.desktop.screens()) {
@@ -250,7 +250,7 @@ class UndoWalk {
                         kCell.width * static_cast<double>(18 + below(50)),
                         kCell.height * static_cast<double>(7 + below(20)));
     }
-    /// As large as a hand could make the window.
+    /// As large as a user could make the window.
     CGRect anyFrameFor(const std::string& label) {
         const auto minimum = desk_.desktop.window(label).traits().minimumSize.value_or(CGSize{});
         CGRect frame = anyFrame();

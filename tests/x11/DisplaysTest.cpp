@@ -128,8 +128,8 @@ TEST(Displays, AreRecognizedByTheirDevice) {
     EXPECT_NE(apart[0], apart[1]);
     // The same device on another connector, in another place.
     EXPECT_EQ(uuids({{"HDMI-3", true, {0, 0, 800, 600}, first}})[0], apart[0]);
-    // Twins can only be told apart by where they are plugged in; without serial numbers, that is so before and after
-    // they are two.
+    // Displays of the same model can only be distinguished by where they are plugged in; without serial numbers, that
+    // is so before and after they are two.
     for (const std::uint8_t serial : {std::uint8_t{1}, std::uint8_t{0}}) {
         const auto identity = identityInEdid(edid(serial, "Wide 34"));
         const Monitor one{"DP-1", true, {0, 0, 1000, 1000}, identity},

@@ -1,4 +1,4 @@
-// New presses told from keys that repeat, with the releases that the server tells and those that it does not.
+// New presses distinguished from keys that repeat, with releases that the server reports and those that it does not.
 #include "platform/x11/HeldKeys.h"
 
 #include <gtest/gtest.h>
@@ -48,7 +48,7 @@ TEST(HeldKeys, ReleasedTowardsOtherProgramsDoNotCountAsHeld) {
     for (const xcb_timestamp_t later : {452U, 490U, 530U, 2000U}) {
         EXPECT_TRUE(keys.press(kJ, 20000 + later)) << later;
     }
-    // Held so long that it repeated before the first one was let go.
+    // Held so long that it repeated before the first one was released.
     overlap(30000);
     EXPECT_TRUE(keys.press(kJ, 30450));
     keys.loseSight();

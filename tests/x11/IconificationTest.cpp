@@ -1,4 +1,4 @@
-// Requests to leave the screen and to come back overtake each other and what the server tells.
+// Requests to hide and to show a window overtake each other and the server's events.
 #include "platform/x11/Iconification.h"
 
 #include <gtest/gtest.h>
@@ -111,15 +111,24 @@ TEST(Iconification, DistinguishesOwnUnmapsFromThoseOfTheProgramWithoutAManager) 
         News news;
     };
     const Case cases[] = {
-        {"u", false, News::withdrawn},  {"m", false, News::none},
-        {"d", true, News::none},        {"dm", true, News::none}, // of before: it is about to be unmapped
-        {"dsu", true, News::none},      {"dsM", true, News::none},
-        {"dsm", false, News::cameBack}, {"dsum", false, News::cameBack},
-        {"dsuB", false, News::none},    {"dsBu", false, News::none}, // asked back before its own unmapping was told
-        {"dsBum", false, News::none},   {"dsuBmu", false, News::withdrawn},
-        {"db", false, News::none},      {"dbd", true, News::none},
-        {"a", true, News::none},        {"am", false, News::cameBack},
-        {"dsx", false, News::none},     {"dsxu", false, News::withdrawn},
+        {"u", false, News::withdrawn},
+        {"m", false, News::none},
+        {"d", true, News::none},
+        {"dm", true, News::none}, // of before: it is about to be unmapped
+        {"dsu", true, News::none},
+        {"dsM", true, News::none},
+        {"dsm", false, News::cameBack},
+        {"dsum", false, News::cameBack},
+        {"dsuB", false, News::none},
+        {"dsBu", false, News::none}, // requested to return before its own unmapping was reported
+        {"dsBum", false, News::none},
+        {"dsuBmu", false, News::withdrawn},
+        {"db", false, News::none},
+        {"dbd", true, News::none},
+        {"a", true, News::none},
+        {"am", false, News::cameBack},
+        {"dsx", false, News::none},
+        {"dsxu", false, News::withdrawn},
     };
     for (const Case& each : cases) {
         const Walk walk(each.steps, false);

@@ -11,7 +11,7 @@ namespace {
 
 const Atoms kAtoms = numberedAtoms();
 
-/// A window that was told one property.
+/// A window with one property.
 ClientWindow withBytes(xcb_atom_t property, xcb_atom_t type, int format, std::span<const std::uint8_t> bytes) {
     ClientWindow window;
     for (const PropertyRule& rule : propertyRules(kAtoms)) {

@@ -1,5 +1,5 @@
-// The contract tests on a Mac. They open windows on the desktop; the test program needs the accessibility permission, and
-// pointer and keyboard must not be used while they run.
+// The contract tests on a Mac. They open windows on the desktop; the test program needs the accessibility permission,
+// and pointer and keyboard must not be used while they run.
 #include "platform/macos/CoreFoundation.h"
 #include "platform/macos/DispatchQueues.h"
 #include "platform/macos/MacAccessibility.h"
@@ -255,7 +255,7 @@ INSTANTIATE_TEST_SUITE_P(Mac, DesktopContract,
                              [] { return std::make_unique<MacStage>(); }}),
                          nameOf);
 
-/// Told by the test itself in the system's place. Not of the lock, which other applications would believe.
+/// The test posts the notification instead of the system. Not that of the lock, which other applications would act on.
 class MacSessionStage final : public SessionStage {
   public:
     SystemActivityServicing& activity() override { return activity_; }
