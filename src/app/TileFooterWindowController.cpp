@@ -74,9 +74,9 @@ class FooterBuild {
         if (!zoom || zoom->displayID != tile.displayID) {
             out.footerFrame = makeRect(minX(out.cell), maxY(out.cell), out.cell.size.width, kFooterHeight);
         }
-        std::vector<std::string> stack = tile.stack;
+        std::vector<WindowID> stack = tile.stack;
         if (stack.empty() && tile.windowID) stack.push_back(*tile.windowID);
-        for (const std::string& id : stack) {
+        for (const WindowID& id : stack) {
             if (const auto known = windows_.find(id); known != windows_.end()) {
                 out.windows.push_back(entry(*known->second, tile.windowID == id));
             }
@@ -106,8 +106,8 @@ class FooterBuild {
     const WorkspaceState& state_;
     const std::vector<WorkspaceTile> tiles_;
     const double firstMaxY_;
-    std::map<std::string, const ManagedWindow*> windows_;
-    std::optional<std::string> focusedID_;
+    std::map<WindowID, const ManagedWindow*> windows_;
+    std::optional<WindowID> focusedID_;
 };
 
 } // namespace

@@ -36,7 +36,7 @@ class WindowDragCoordinator {
   private:
     /// The button is down on a managed window, which may or may not be dragged.
     struct Press {
-        std::string windowID;
+        WindowID windowID;
         CGRect frame{};    // window-service space, when the button went down
         CGPoint pointer{}; // screen space, at the same moment
         bool isDragging = false;

@@ -48,7 +48,7 @@ std::string time(WallTime time) {
     return std::string(text.data(), length);
 }
 
-json applicationOf(const WorkspaceController& controller, const std::optional<std::string>& windowID) {
+json applicationOf(const WorkspaceController& controller, const std::optional<WindowID>& windowID) {
     for (const ManagedWindow& window : controller.liveWindows()) {
         if (window.id == windowID) return window.applicationName;
     }
@@ -66,12 +66,12 @@ json size(const CGSize& size) {
     return {{"width", number(size.width)}, {"height", number(size.height)}};
 }
 
-json briefWindow(const WorkspaceController& controller, const std::string& windowID) {
+json briefWindow(const WorkspaceController& controller, const WindowID& windowID) {
     const ManagedWindow* window = controller.actingWindow(windowID);
     return window ? brief(*window) : json{{"id", windowID}, {"application", ""}, {"title", ""}};
 }
 
-bool isInOneOf(const std::vector<WorkspaceTile>& tiles, const std::string& windowID) {
+bool isInOneOf(const std::vector<WorkspaceTile>& tiles, const WindowID& windowID) {
     return std::any_of(tiles.begin(), tiles.end(), [&](const WorkspaceTile& tile) {
         return tile.windowID == windowID ||
                std::find(tile.stack.begin(), tile.stack.end(), windowID) != tile.stack.end();
@@ -88,7 +88,7 @@ std::string tileName(const WorkspaceController& controller, const std::string& t
     return targetID;
 }
 
-json windowInBrief(const WorkspaceController& controller, const std::string& windowID) {
+json windowInBrief(const WorkspaceController& controller, const WindowID& windowID) {
     json out = briefWindow(controller, windowID);
     const ManagedWindow* window = controller.actingWindow(windowID);
     const auto stateOf = [](const ManagedWindow& known) {

@@ -20,14 +20,14 @@ std::string time(WallTime time);
 nlohmann::json rect(const CGRect& frame);
 nlohmann::json size(const CGSize& size);
 /// The name of the window's application; null without a window.
-nlohmann::json applicationOf(const WorkspaceController& controller, const std::optional<std::string>& windowID);
+nlohmann::json applicationOf(const WorkspaceController& controller, const std::optional<WindowID>& windowID);
 nlohmann::json window(const ManagedWindow& window, const WorkspaceController& controller);
 /// Id, application and title; the last two are empty for a closed window.
-nlohmann::json briefWindow(const WorkspaceController& controller, const std::string& windowID);
+nlohmann::json briefWindow(const WorkspaceController& controller, const WindowID& windowID);
 /// The record of a window with its visible state.
-nlohmann::json windowInBrief(const WorkspaceController& controller, const std::string& windowID);
+nlohmann::json windowInBrief(const WorkspaceController& controller, const WindowID& windowID);
 /// Whether the window is in a tile of `tiles`, in front or behind another. Tiles of absent displays are not among them.
-bool isInOneOf(const std::vector<WorkspaceTile>& tiles, const std::string& windowID);
+bool isInOneOf(const std::vector<WorkspaceTile>& tiles, const WindowID& windowID);
 /// The tile's name and its display's: "Primary on DVI-1". The id itself for a tile that is gone.
 std::string tileName(const WorkspaceController& controller, const std::string& targetID);
 /// The focused window with its tile and display; without one the current display.

@@ -160,9 +160,9 @@ ControlResult<std::string> lookUpLayout(const WorkspaceController& controller, s
 ControlResult<ManagedWindow> lookUpWindow(const WorkspaceController& controller, std::string_view wanted) {
     std::vector<NamedThing> windows;
     for (const ManagedWindow& window : controller.liveWindows()) {
-        windows.push_back({window.id,
+        windows.push_back({window.id.text(),
                            {window.applicationName, window.title},
-                           window.id + "  " + window.applicationName + "  " + window.title});
+                           window.id.text() + "  " + window.applicationName + "  " + window.title});
     }
     const auto found = lookUp("window", wanted, windows, Numbered::no);
     if (!found) return found.error();
@@ -173,16 +173,16 @@ ControlResult<ManagedWindow> lookUpWindowOfApplication(const WorkspaceController
     std::vector<NamedThing> applications; // by the id of their first window
     std::vector<pid_t> processes;
     for (const ManagedWindow& window : controller.liveWindows()) {
-        if (window.id == wanted) return window;
+        if (window.id.text() == wanted) return window;
         const auto known = std::find(processes.begin(), processes.end(), window.processIdentifier);
         if (known != processes.end()) {
             applications[static_cast<std::size_t>(known - processes.begin())].names.push_back(window.title);
             continue;
         }
         processes.push_back(window.processIdentifier);
-        applications.push_back({window.id,
+        applications.push_back({window.id.text(),
                                 {window.applicationName, window.title},
-                                window.id + "  " + window.applicationName + "  " + window.title});
+                                window.id.text() + "  " + window.applicationName + "  " + window.title});
     }
     const auto found = lookUp("window", wanted, applications, Numbered::no);
     if (!found) return found.error();
@@ -194,7 +194,7 @@ ControlResult<ManagedWindow> lookUpWindowOrDialog(const WorkspaceController& con
     if (found) return found;
     std::vector<NamedThing> dialogs;
     for (const ManagedWindow& dialog : controller.dialogs().all()) {
-        dialogs.push_back({dialog.id, {dialog.title}, dialog.id + "  " + dialog.title});
+        dialogs.push_back({dialog.id.text(), {dialog.title}, dialog.id.text() + "  " + dialog.title});
     }
     const auto dialog = lookUp("window", wanted, dialogs, Numbered::no);
     if (dialog) return controller.dialogs().all()[*dialog];

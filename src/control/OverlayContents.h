@@ -5,6 +5,7 @@
 
 #include "layout/LayoutTree.h"
 #include "support/Geometry.h"
+#include "support/Identifiers.h"
 #include "themes/ThemeRegistry.h"
 
 #include <cstdint>
@@ -48,7 +49,7 @@ struct OverlayApplication {
 
 /// One window in a tile's application strip.
 struct OverlayWindow {
-    std::string id;
+    WindowID id;
     OverlayApplication application;
     std::string title;
     bool isFront = false;
@@ -95,7 +96,7 @@ struct OverlayDivider {
 
 /// A window that is being moved with the pointer.
 struct OverlayDrag {
-    std::string windowID;
+    WindowID windowID;
     std::optional<std::string> displayID; // under the pointer
     std::optional<std::string> tileID;    // the drop target
     bool operator==(const OverlayDrag&) const = default;

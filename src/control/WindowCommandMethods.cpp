@@ -14,7 +14,7 @@ namespace kova {
 namespace {
 
 using nlohmann::json;
-using WindowChoice = ControlResult<std::optional<std::string>>;
+using WindowChoice = ControlResult<std::optional<WindowID>>;
 
 bool isTrue(const JsonCursor& parameters, std::string_view name) {
     const auto given = parameters.optional(name);
@@ -112,7 +112,7 @@ WindowChoice wantedWindow(const WorkspaceController& controller, const JsonCurso
 }
 
 ControlResult<std::string> wantedTile(const WorkspaceController& controller, const JsonCursor& parameters,
-                                      const std::string& wanted, const std::optional<std::string>& windowID) {
+                                      const std::string& wanted, const std::optional<WindowID>& windowID) {
     for (const WorkspaceTile& tile : controller.tiles()) {
         if (tile.targetID == wanted) return wanted;
     }

@@ -13,13 +13,13 @@ namespace kova {
 
 /// The id of the window that the parameters name by "window", or that was focused last on their "display"; absent when
 /// they name neither, which means the focused window.
-ControlResult<std::optional<std::string>> wantedWindow(const WorkspaceController& controller,
-                                                       const JsonCursor& parameters);
+ControlResult<std::optional<WindowID>> wantedWindow(const WorkspaceController& controller,
+                                                    const JsonCursor& parameters);
 
 /// The tile-target id of what `wanted` names: a whole id, or a tile of the display of the parameters, else of the
 /// window's, else of the current one.
 ControlResult<std::string> wantedTile(const WorkspaceController& controller, const JsonCursor& parameters,
-                                      const std::string& wanted, const std::optional<std::string>& windowID);
+                                      const std::string& wanted, const std::optional<WindowID>& windowID);
 
 ControlReply placeWindow(WorkspaceController& controller, const JsonCursor& parameters);
 ControlReply swapWindows(WorkspaceController& controller, const JsonCursor& parameters);

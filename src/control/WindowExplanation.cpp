@@ -15,7 +15,7 @@ namespace {
 using nlohmann::json;
 
 /// What the plan says about the window; absent when the window takes no part in it.
-std::optional<std::string> decisionIn(const ArrangementPlan& plan, const std::string& windowID) {
+std::optional<std::string> decisionIn(const ArrangementPlan& plan, const WindowID& windowID) {
     for (const auto& placement : plan.placements) {
         if (placement.window.id == windowID) return placement.explanation;
     }
@@ -47,7 +47,7 @@ std::string whereItIs(const WorkspaceController& controller, const ManagedWindow
 }
 
 /// Where the window is now, to be put after "no longer: "; `windowID` may be of one that is gone.
-std::string presentPlace(const WorkspaceController& controller, const std::string& windowID) {
+std::string presentPlace(const WorkspaceController& controller, const WindowID& windowID) {
     const auto& live = controller.liveWindows();
     const auto window = std::find_if(live.begin(), live.end(), [&](const auto& each) { return each.id == windowID; });
     if (window == live.end()) return "it is closed";

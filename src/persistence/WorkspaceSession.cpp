@@ -41,7 +41,7 @@ json encode(const WorkspaceSessionWindow& window) {
 
 WorkspaceSessionWindow decodeWindow(const JsonCursor& cursor) {
     WorkspaceSessionWindow window;
-    window.id = cursor.required("id").string();
+    window.id = WindowID(cursor.required("id").string());
     window.processIdentifier = static_cast<pid_t>(cursor.required("process").integer());
     window.title = cursor.required("title").string();
     if (const auto start = cursor.optional("processStart")) window.processStart = start->string();
@@ -57,22 +57,21 @@ WorkspaceSessionWindow decodeWindow(const JsonCursor& cursor) {
 }
 
 json encode(const WorkspaceSessionTiles& tiles) {
-    return {
-        {"assigned", tiles.assignedWindowIDs}, {"stacks", tiles.stackWindowIDs}, {"anchors", tiles.anchorTargetIDs}};
-}
-
-std::map<std::string, std::string> decodeNames(const JsonCursor& cursor) {
-    std::map<std::string, std::string> names;
-    for (const auto& [key, value] : cursor.members()) names[key] = value.string();
-    return names;
+    json anchors = json::object();
+    for (const auto& [window, target] : tiles.anchorTargetIDs) anchors[window.text()] = target;
+    return {{"assigned", tiles.assignedWindowIDs}, {"stacks", tiles.stackWindowIDs}, {"anchors", std::move(anchors)}};
 }
 
 WorkspaceSessionTiles decodeTiles(const JsonCursor& cursor) {
     WorkspaceSessionTiles tiles;
-    tiles.assignedWindowIDs = decodeNames(cursor.required("assigned"));
-    tiles.anchorTargetIDs = decodeNames(cursor.required("anchors"));
+    for (const auto& [target, window] : cursor.required("assigned").members()) {
+        tiles.assignedWindowIDs[target] = WindowID(window.string());
+    }
+    for (const auto& [window, target] : cursor.required("anchors").members()) {
+        tiles.anchorTargetIDs[WindowID(window)] = target.string();
+    }
     for (const auto& [target, stack] : cursor.required("stacks").members()) {
-        for (const auto& window : stack.elements()) tiles.stackWindowIDs[target].push_back(window.string());
+        for (const auto& window : stack.elements()) tiles.stackWindowIDs[target].emplace_back(window.string());
     }
     return tiles;
 }
@@ -80,7 +79,7 @@ WorkspaceSessionTiles decodeTiles(const JsonCursor& cursor) {
 WorkspaceSessionZoom decodeZoom(const JsonCursor& cursor) {
     WorkspaceSessionZoom zoom{.displayID = cursor.required("displayID").string(),
                               .anchorTargetID = cursor.required("anchorTargetID").string(),
-                              .windowID = cursor.required("windowID").string()};
+                              .windowID = WindowID(cursor.required("windowID").string())};
     if (const auto frame = cursor.optional("frameBefore")) zoom.frameBefore = rect(*frame);
     return zoom;
 }
@@ -128,10 +127,10 @@ Decoded<WorkspaceSession> decodeWorkspaceSession(std::string_view text) {
             }
         }
         for (const auto& id : cursor.required("handledRuleWindowIDs").elements()) {
-            session.handledRuleWindowIDs.insert(id.string());
+            session.handledRuleWindowIDs.emplace(id.string());
         }
         if (const auto floating = cursor.optional("floatingWindowIDs")) {
-            for (const auto& id : floating->elements()) session.floatingWindowIDs.insert(id.string());
+            for (const auto& id : floating->elements()) session.floatingWindowIDs.emplace(id.string());
         }
         if (const auto zoom = cursor.optional("zoom")) session.zoom = decodeZoom(*zoom);
         return session;

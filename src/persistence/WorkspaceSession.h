@@ -3,6 +3,7 @@
 
 #include "support/Decoded.h"
 #include "support/Geometry.h"
+#include "support/Identifiers.h"
 
 #include <sys/types.h>
 
@@ -17,7 +18,7 @@
 namespace kova {
 
 struct WorkspaceSessionWindow {
-    std::string id;
+    WindowID id;
     pid_t processIdentifier = 0;
     std::optional<std::string> processStart{}; // distinguishes the process from others with its number
     std::optional<std::string> bundleIdentifier{};
@@ -31,9 +32,9 @@ struct WorkspaceSessionWindow {
 
 /// As in the assignments of the workspace; windows by their ids at the time.
 struct WorkspaceSessionTiles {
-    std::map<std::string, std::string> assignedWindowIDs;           // by tile-target id
-    std::map<std::string, std::vector<std::string>> stackWindowIDs; // by tile-target id, front first
-    std::map<std::string, std::string> anchorTargetIDs;             // by window id
+    std::map<std::string, WindowID> assignedWindowIDs;           // by tile-target id
+    std::map<std::string, std::vector<WindowID>> stackWindowIDs; // by tile-target id, front first
+    std::map<WindowID, std::string> anchorTargetIDs;             // by window id
     bool operator==(const WorkspaceSessionTiles&) const = default;
 };
 
@@ -48,7 +49,7 @@ struct WorkspaceSessionSpace {
 struct WorkspaceSessionZoom {
     std::string displayID;
     std::string anchorTargetID;
-    std::string windowID;
+    WindowID windowID;
     std::optional<CGRect> frameBefore{}; // window-service space
     bool operator==(const WorkspaceSessionZoom&) const = default;
 };
@@ -58,9 +59,9 @@ struct WorkspaceSession {
     WorkspaceSessionTiles tiles;
     std::map<std::string, WorkspaceSessionTiles> awayDisplays; // tiles of disconnected displays, by display id
     std::vector<WorkspaceSessionSpace> otherSpaces;
-    std::set<std::string> handledRuleWindowIDs;
+    std::set<WindowID> handledRuleWindowIDs;
     std::optional<WorkspaceSessionZoom> zoom;
-    std::set<std::string> floatingWindowIDs{}; // by command
+    std::set<WindowID> floatingWindowIDs{}; // by command
     bool operator==(const WorkspaceSession&) const = default;
 };
 

@@ -11,8 +11,8 @@ constexpr int kDeepestNesting = 256;
 
 } // namespace
 
-std::string windowID(pid_t processIdentifier, const AccessibilityElement& window) {
-    return std::to_string(processIdentifier) + ":" + std::to_string(window.hash);
+WindowID windowID(pid_t processIdentifier, const AccessibilityElement& window) {
+    return WindowID(std::to_string(processIdentifier) + ":" + std::to_string(window.hash));
 }
 
 AccessibilityWindowService::AccessibilityWindowService(AccessibilityServicing& accessibility,
@@ -144,7 +144,7 @@ AccessibilityWindowService::windowElement(CGPoint pointOnScreen) const {
     return std::nullopt;
 }
 
-std::optional<std::string> AccessibilityWindowService::focusedWindowID() const {
+std::optional<WindowID> AccessibilityWindowService::focusedWindowID() const {
     const auto process = applications_.frontmostApplication();
     if (!process) return std::nullopt;
     const std::array asked = {AccessibilityAttribute::focusedWindow};

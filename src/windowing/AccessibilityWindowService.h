@@ -25,26 +25,26 @@ namespace kova {
 
 /// The attributes of one accessibility element.
 struct WindowCandidate {
-    std::string id;
+    WindowID id;
     AccessibilityElement element;
     std::string title;
     bool isMinimized = false;
     bool isFullScreen = false;
     bool isMaximized = false;
-    std::optional<CGRect> frame;           // window-service space
-    std::optional<CGSize> minimumSize;     // points
-    std::optional<std::string> parentID{}; // of the window above it in the tree; absent below the application itself
+    std::optional<CGRect> frame;        // window-service space
+    std::optional<CGSize> minimumSize;  // points
+    std::optional<WindowID> parentID{}; // of the window above it in the tree; absent below the application itself
 };
 
 /// A window of the last poll.
 struct KnownWindow {
-    std::string id;
+    WindowID id;
     AccessibilityElement element;
 };
 
 /// A known window that its application does not list any more, and that was not closed.
 struct UnlistedWindow {
-    std::string id;
+    WindowID id;
     bool answers = true;                // false: its application does not respond
     std::optional<WindowCandidate> now; // its attributes; absent without a response, or if it is not a managed window
 };
@@ -57,8 +57,7 @@ struct WindowEnumeration {
     std::uint64_t shownSpace = 0;
 };
 
-/// Process identifier, ":", hash of the element.
-std::string windowID(pid_t processIdentifier, const AccessibilityElement& window);
+WindowID windowID(pid_t processIdentifier, const AccessibilityElement& window);
 
 class AccessibilityWindowService {
   public:
@@ -89,11 +88,11 @@ class AccessibilityWindowService {
     /// One write of the position (window-service space); the size is left to the window.
     void move(const ManagedWindow& window, CGPoint origin);
     /// Ends the pending passes of the window and writes nothing.
-    void cancelPlacement(const std::string& windowID);
+    void cancelPlacement(const WindowID& windowID);
     /// Ends the pending passes towards the frames (window-service space) that are chosen, and writes nothing.
     void cancelPlacements(const std::function<bool(const CGRect& target)>& isChosen);
     /// The frame that is being placed and verified now; absent when no request for the window is pending.
-    std::optional<CGRect> pendingFrame(const std::string& windowID) const;
+    std::optional<CGRect> pendingFrame(const WindowID& windowID) const;
 
     /// Shows the application, restores the window, brings both to the front with keyboard focus, and repeats that once.
     /// False if the window or its application does not exist any more, or the permission is missing.
@@ -109,7 +108,7 @@ class AccessibilityWindowService {
     /// The window element under a point of screen space, with its process.
     std::optional<std::pair<pid_t, AccessibilityElement>> windowElement(CGPoint pointOnScreen) const;
     /// Id of the focused window of the front application; absent when there is none.
-    std::optional<std::string> focusedWindowID() const;
+    std::optional<WindowID> focusedWindowID() const;
     bool areSizesReliable(const ManagedWindow& window) const { return accessibility_.areSizesReliable(window.element); }
     /// Sends all writes so far.
     void flush();
@@ -138,8 +137,8 @@ class AccessibilityWindowService {
     ScreenServicing& screens_;
     MainQueue& queue_;
     FrameAnimations animations_;
-    std::unordered_map<std::string, int> placementGenerations_; // by window id; grows with every request
-    std::unordered_map<std::string, CGRect> pendingFrames_;
+    std::unordered_map<WindowID, int> placementGenerations_; // by window id; grows with every request
+    std::unordered_map<WindowID, CGRect> pendingFrames_;
     std::shared_ptr<VerificationRound> newestRound_; // absent once its first pass has begun
     Lifetime lifetime_;
 };

@@ -5,7 +5,7 @@
 
 namespace kova {
 
-void ChangeAnnouncements::endThoseNotIn(const std::map<std::string, AccessibilityElement>& present) {
+void ChangeAnnouncements::endThoseNotIn(const std::map<WindowID, AccessibilityElement>& present) {
     std::erase_if(elements_, [&](const auto& known) {
         if (present.contains(known.first)) return false;
         desktop_.endAnnouncements(known.second.element);
@@ -19,7 +19,7 @@ void ChangeAnnouncements::endAll() {
 }
 
 bool ChangeAnnouncements::follow(const WindowEnumeration& found, Seconds now) {
-    std::map<std::string, AccessibilityElement> present;
+    std::map<WindowID, AccessibilityElement> present;
     std::set<pid_t> withWindows, silent;
     for (const pid_t process : found.applications) {
         const AccessibilityElement application{process, 0, nullptr};

@@ -32,11 +32,11 @@ class ChangeAnnouncements {
         AccessibilityElement element;
         State state = State::silent;
     };
-    void endThoseNotIn(const std::map<std::string, AccessibilityElement>& present);
+    void endThoseNotIn(const std::map<WindowID, AccessibilityElement>& present);
 
     DesktopChangeServicing& desktop_;
-    std::map<std::string, Element> elements_; // by window id; applications by "PID:0"
-    std::map<pid_t, Seconds> silentSince_;    // uptime
+    std::map<WindowID, Element> elements_; // by window id; applications by "PID:0"
+    std::map<pid_t, Seconds> silentSince_; // uptime
 };
 
 } // namespace kova

@@ -1,6 +1,7 @@
 // One window of another application, as of the last poll.
 #pragma once
 
+#include "support/Identifiers.h"
 #include "windowing/AccessibilityServicing.h"
 #include "windowing/ApplicationServicing.h"
 
@@ -18,7 +19,7 @@ std::string_view describe(AccessibilityPermissionState state);
 enum class DisplacedWindowPresentationAction { hideApplication, minimizeWindow };
 
 struct ManagedWindow {
-    std::string id; // process identifier, ":", hash of the element; stable while the window lives
+    WindowID id;
     AccessibilityElement element;
     pid_t processIdentifier = 0;
     std::string applicationName;
@@ -37,7 +38,7 @@ struct ManagedWindow {
     std::optional<CGSize> minimumSize;   // points
     std::optional<WindowSizeHints> sizeHints;
     /// Of a dialog: the id of its window, which is no dialog itself. Absent for other windows.
-    std::optional<std::string> parentID{};
+    std::optional<WindowID> parentID{};
     bool operator==(const ManagedWindow&) const = default;
 };
 

@@ -20,7 +20,7 @@ bool isSameSize(const std::optional<CGSize>& before, const CGSize& now) {
 
 struct AccessibilityWindowService::Placement {
     AccessibilityElement element;
-    std::string windowID;
+    WindowID windowID;
     CGRect target{};
     BringToFront bringToFront = BringToFront::no;
     std::function<void(CGRect)> onMinimumSizeObserved;
@@ -89,7 +89,7 @@ void AccessibilityWindowService::verify(const std::shared_ptr<VerificationRound>
     if (round->pass++ < kLastVerificationPass) scheduleVerification(round);
 }
 
-void AccessibilityWindowService::cancelPlacement(const std::string& windowID) {
+void AccessibilityWindowService::cancelPlacement(const WindowID& windowID) {
     placementGenerations_[windowID] += 1;
     pendingFrames_.erase(windowID);
 }
@@ -102,7 +102,7 @@ void AccessibilityWindowService::cancelPlacements(const std::function<bool(const
     });
 }
 
-std::optional<CGRect> AccessibilityWindowService::pendingFrame(const std::string& windowID) const {
+std::optional<CGRect> AccessibilityWindowService::pendingFrame(const WindowID& windowID) const {
     const auto pending = pendingFrames_.find(windowID);
     if (pending == pendingFrames_.end()) return std::nullopt;
     return pending->second;

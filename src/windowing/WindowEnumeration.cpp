@@ -104,7 +104,7 @@ std::vector<std::size_t> visibleCandidates(const std::vector<Found>& found,
 
 /// The window at the head of a dialog's chain of parents; absent for a window that is no dialog of its application, and
 /// for a cycle.
-std::optional<std::string> ownerOf(const WindowCandidate& dialog, const std::vector<Found>& found) {
+std::optional<WindowID> ownerOf(const WindowCandidate& dialog, const std::vector<Found>& found) {
     const WindowCandidate* at = &dialog;
     for (int length = 0; length < kLongestChain; ++length) {
         const auto parent = !at->parentID ? found.end()
@@ -143,8 +143,8 @@ std::optional<WindowCandidate> candidateIn(const Answers& answers, const Accessi
 struct AccessibilityWindowService::Roll {
     std::uint64_t shownSpace = 0;
     std::vector<ManagedWindow> windows;
-    std::unordered_set<std::string> answered; // ids of listed elements that are managed
-    std::unordered_set<pid_t> processes;      // of the applications whose windows are managed
+    std::unordered_set<WindowID> answered; // ids of listed elements that are managed
+    std::unordered_set<pid_t> processes;   // of the applications whose windows are managed
 };
 
 WindowEnumeration AccessibilityWindowService::enumerateWindows(std::span<const KnownWindow> known) const {
@@ -183,7 +183,7 @@ void AccessibilityWindowService::enumerateWindows(const RunningApplication& appl
     const auto* focused = answers.get<AccessibilityElement>(AccessibilityAttribute::focusedWindow);
 
     std::vector<Found> found;
-    std::unordered_set<std::string> seen;
+    std::unordered_set<WindowID> seen;
     for (const auto& element : *elements) {
         const Answers window(accessibility_, element, kWindowAttributes);
         auto candidate = candidateIn(window, element, process);
@@ -198,7 +198,7 @@ void AccessibilityWindowService::enumerateWindows(const RunningApplication& appl
     const std::size_t first = roll.windows.size();
     roll.windows.reserve(first + found.size());
     const auto visible = visibleCandidates(found, onScreenRectangles);
-    std::vector<std::optional<std::string>> owners;
+    std::vector<std::optional<WindowID>> owners;
     for (const auto& each : found) owners.push_back(ownerOf(each.candidate, found));
     for (std::size_t i = 0; i < found.size(); ++i) {
         auto& [candidate, space, isElsewhere] = found[i];

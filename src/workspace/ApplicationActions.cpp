@@ -89,14 +89,14 @@ const ManagedWindow* ApplicationActions::windowLaunchedFor(const PendingApplicat
     return found == liveWindows_.end() ? nullptr : &*found;
 }
 
-Outcome ApplicationActions::quitApplication(const std::string& windowID) {
+Outcome ApplicationActions::quitApplication(const WindowID& windowID) {
     return endApplicationOf(windowID, "Quit requested for ", [this](pid_t process) -> std::optional<std::string> {
         (void)services_.applications.terminate(process);
         return std::nullopt;
     });
 }
 
-Outcome ApplicationActions::forceQuitApplication(const std::string& windowID) {
+Outcome ApplicationActions::forceQuitApplication(const WindowID& windowID) {
     const ManagedWindow* window = liveWindows_.find(windowID);
     if (window && !services_.applications.runningApplication(window->processIdentifier))
         return access_.refuse(notForceQuitMessage(window->applicationName, "it does not run any more"));
@@ -105,7 +105,7 @@ Outcome ApplicationActions::forceQuitApplication(const std::string& windowID) {
 }
 
 /// If the application refuses to quit, its windows stay managed.
-Outcome ApplicationActions::endApplicationOf(const std::string& windowID, const std::string& message,
+Outcome ApplicationActions::endApplicationOf(const WindowID& windowID, const std::string& message,
                                              const std::function<std::optional<std::string>(pid_t)>& end) {
     const ManagedWindow* live = liveWindows_.find(windowID);
     if (!live) return access_.refuseSilently("The window is gone");

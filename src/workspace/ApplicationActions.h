@@ -41,8 +41,8 @@ class ApplicationActions {
     Outcome launchApplication(const action::LaunchApplication& launch);
     void noteStarted(const LaunchableApplication& application, const LaunchResult& result);
     void processPendingApplicationPlacements();
-    Outcome quitApplication(const std::string& windowID);
-    Outcome forceQuitApplication(const std::string& windowID);
+    Outcome quitApplication(const WindowID& windowID);
+    Outcome forceQuitApplication(const WindowID& windowID);
     /// The applications that `ForceQuitAll` would end, by name.
     std::vector<RunningApplication> regularApplicationsToForceQuit() const;
     void forceQuitAllApplications();
@@ -52,7 +52,7 @@ class ApplicationActions {
   private:
     void applicationLaunched(const std::string& tile, const std::string& identifier, const LaunchResult& result);
     const ManagedWindow* windowLaunchedFor(const PendingApplicationPlacement& placement) const;
-    Outcome endApplicationOf(const std::string& windowID, const std::string& message,
+    Outcome endApplicationOf(const WindowID& windowID, const std::string& message,
                              const std::function<std::optional<std::string>(pid_t)>& end);
 
     const WorkspaceServices& services_;

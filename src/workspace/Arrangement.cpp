@@ -113,7 +113,7 @@ ArrangementInput Arrangement::arrangementInput(const std::vector<ManagedWindow>&
         display.solved = solveDefinition(display.layout, {}, screen.visibleFrame.size, input.tileInset);
         input.displays.push_back(std::move(display));
     }
-    std::vector<std::string> focusOrder = liveWindows_.focusOrder().windowIDs();
+    std::vector<WindowID> focusOrder = liveWindows_.focusOrder().windowIDs();
     if (const auto focused = finder_.focusedWindowID()) focusOrder.insert(focusOrder.begin(), *focused);
     for (const auto& window : windows) {
         if (auto candidate = candidateFor(window, assignments)) {
@@ -200,7 +200,7 @@ void Arrangement::carryOutArrangement(const ArrangementPlan& plan) {
 }
 
 /// The assignments already contain the window.
-void Arrangement::presentPlacement(const AutoArrangePlacement& placement, const std::map<std::string, CGRect>& frames) {
+void Arrangement::presentPlacement(const AutoArrangePlacement& placement, const std::map<WindowID, CGRect>& frames) {
     const ManagedWindow* live = liveWindows_.find(placement.window.id);
     if (!live) return;
     if (!placement.isPrimary) return presenter_.presentDisplaced({live->id});

@@ -54,7 +54,7 @@ class Arrangement {
                                       const TileAssignments& assignments) const;
     void arrangeWindows();
     void carryOutArrangement(const ArrangementPlan& plan);
-    void presentPlacement(const AutoArrangePlacement& placement, const std::map<std::string, CGRect>& frames);
+    void presentPlacement(const AutoArrangePlacement& placement, const std::map<WindowID, CGRect>& frames);
     void carryOutDeferredPlacement(const AutoArrangePlacement& placement);
     void carryOutDeferred(std::vector<AutoArrangePlacement> deferred, std::int64_t generation);
     void learnFrom(const ArrangementPlan& plan);

@@ -422,7 +422,7 @@ ArrangementPlan planArrangement(const ArrangementInput& input) {
     return Planner(input).plan();
 }
 
-void ArrangementPlan::rename(const std::string& windowID, const std::string& newID) {
+void ArrangementPlan::rename(const WindowID& windowID, const WindowID& newID) {
     for (auto& placement : placements) {
         if (placement.window.id == windowID) placement.window.id = newID;
     }

@@ -86,7 +86,7 @@ struct ArrangementPlan {
     /// A line per decision, a line per window that is not moved, then a line for the surplus, if any.
     std::vector<std::string> explanation() const;
     /// Renames the window everywhere in the plan.
-    void rename(const std::string& windowID, const std::string& newID);
+    void rename(const WindowID& windowID, const WindowID& newID);
 };
 
 /// Deterministic: the same input gives the same plan.

@@ -51,7 +51,7 @@ class Arranger {
         setLearning(std::make_shared<const AutoArrangeLearningModel>(std::move(model)));
     }
 
-    void rename(const std::string& windowID, const std::string& newID) { lastPlan_.rename(windowID, newID); }
+    void rename(const WindowID& windowID, const WindowID& newID) { lastPlan_.rename(windowID, newID); }
 
   private:
     MainQueue& queue_;

@@ -26,17 +26,17 @@ std::vector<ManagedWindow> AttachedDialogs::takeFrom(std::vector<ManagedWindow> 
     return found;
 }
 
-const ManagedWindow* AttachedDialogs::find(const std::string& id) const {
+const ManagedWindow* AttachedDialogs::find(const WindowID& id) const {
     const auto found = std::ranges::find(dialogs_, id, &ManagedWindow::id);
     return found == dialogs_.end() ? nullptr : &*found;
 }
 
-std::string AttachedDialogs::ownerOf(const std::string& id) const {
+WindowID AttachedDialogs::ownerOf(const WindowID& id) const {
     const ManagedWindow* dialog = find(id);
     return dialog ? *dialog->parentID : id;
 }
 
-std::vector<AttachedDialogs::Move> AttachedDialogs::follow(const std::string& windowID, const CGRect& frame,
+std::vector<AttachedDialogs::Move> AttachedDialogs::follow(const WindowID& windowID, const CGRect& frame,
                                                            const CGRect& visibleArea) {
     std::vector<Move> moves;
     for (ManagedWindow& dialog : dialogs_) {

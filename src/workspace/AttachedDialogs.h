@@ -21,9 +21,9 @@ class AttachedDialogs {
 
     const std::vector<ManagedWindow>& all() const { return dialogs_; }
     /// Null when no dialog has the id.
-    const ManagedWindow* find(const std::string& id) const;
+    const ManagedWindow* find(const WindowID& id) const;
     /// The window that a dialog belongs to; the id itself when it is no dialog's.
-    std::string ownerOf(const std::string& id) const;
+    WindowID ownerOf(const WindowID& id) const;
 
     struct Move {
         ManagedWindow dialog;
@@ -31,7 +31,7 @@ class AttachedDialogs {
     };
     /// The new origins of the window's dialogs when the window moves to `frame`: by the same amount, but inside
     /// `visibleArea` as far as they fit. Records these origins; dialogs that are there already are left out.
-    std::vector<Move> follow(const std::string& windowID, const CGRect& frame, const CGRect& visibleArea);
+    std::vector<Move> follow(const WindowID& windowID, const CGRect& frame, const CGRect& visibleArea);
 
   private:
     struct Place {
@@ -40,7 +40,7 @@ class AttachedDialogs {
     };
 
     std::vector<ManagedWindow> dialogs_;
-    std::map<std::string, Place> places_; // by the dialog's id
+    std::map<WindowID, Place> places_; // by the dialog's id
 };
 
 } // namespace kova

@@ -49,7 +49,7 @@ void AwaitedWindows::dropLaunches() {
     publish();
 }
 
-void AwaitedWindows::noteMovedByUser(const std::string& windowID) {
+void AwaitedWindows::noteMovedByUser(const WindowID& windowID) {
     if (!scene_.pending.empty()) scene_.movedByUser.insert(windowID);
 }
 
@@ -59,7 +59,7 @@ void AwaitedWindows::postpone(Seconds duration) {
     expected_.postpone(duration);
 }
 
-void AwaitedWindows::rename(const std::string& windowID, const std::string& newID) {
+void AwaitedWindows::rename(const WindowID& windowID, const WindowID& newID) {
     renameKey(scene_.stackIndexByID, windowID, newID);
     renameIn(scene_.movedByUser, windowID, newID);
 }

@@ -41,7 +41,7 @@ class AwaitedWindows {
     SceneRestoration& scene() { return scene_; }
     const SceneRestoration& scene() const { return scene_; }
     /// The user has put the window somewhere: the scene does not move it any more.
-    void noteMovedByUser(const std::string& windowID);
+    void noteMovedByUser(const WindowID& windowID);
 
     // Applications that may still show a window by themselves
     ExpectedApplications& expected() { return expected_; }
@@ -51,7 +51,7 @@ class AwaitedWindows {
     void postpone(Seconds duration);
     /// Something is awaited until a deadline.
     bool isWaiting() const { return !launches_.empty() || !scene_.pending.empty(); }
-    void rename(const std::string& windowID, const std::string& newID);
+    void rename(const WindowID& windowID, const WindowID& newID);
     void renameDisplay(const std::string& displayID, const std::string& newID);
 
   private:

@@ -11,7 +11,7 @@ ReturnOfResidents withResidentsBack(const TileAssignments& held, TileAssignments
     const auto residents = held.windows();
     for (const auto& window : residents) back.assignments.remove(window);
 
-    std::set<std::string> evicted;
+    std::set<WindowID> evicted;
     for (const auto& window : residents) {
         const auto targets = held.targetsAnchorFirst(window);
         if (targets.empty()) {
@@ -55,12 +55,12 @@ DisplayAbsence::Return DisplayAbsence::comeBack(const AbsenceKey& key, TileAssig
     return withResidentsBack(home.mapped(), std::move(assignments));
 }
 
-bool DisplayAbsence::isDisplaced(const std::string& windowID) const {
+bool DisplayAbsence::isDisplaced(const WindowID& windowID) const {
     return std::any_of(homes_.begin(), homes_.end(),
                        [&](const auto& home) { return home.second.isInAnyTile(windowID); });
 }
 
-void DisplayAbsence::forget(const std::string& windowID) {
+void DisplayAbsence::forget(const WindowID& windowID) {
     for (auto& [key, held] : homes_) held.remove(windowID);
     dropEmpty();
 }
@@ -79,12 +79,12 @@ void DisplayAbsence::renameDisplay(const std::string& displayID, const std::stri
     homes_ = std::move(renamed);
 }
 
-void DisplayAbsence::keepOnly(const std::set<std::string>& windowIDs) {
+void DisplayAbsence::keepOnly(const std::set<WindowID>& windowIDs) {
     for (auto& [key, held] : homes_) held.keepOnly(windowIDs);
     dropEmpty();
 }
 
-void DisplayAbsence::rename(const std::string& windowID, const std::string& newID) {
+void DisplayAbsence::rename(const WindowID& windowID, const WindowID& newID) {
     for (auto& [key, held] : homes_) held.rename(windowID, newID);
 }
 

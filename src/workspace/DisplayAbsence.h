@@ -15,8 +15,8 @@ namespace kova {
 
 struct ReturnOfResidents {
     TileAssignments assignments;
-    std::vector<std::string> returnedFronts;  // front windows again, after they lost their tiles meanwhile
-    std::vector<std::string> returnedWaiting; // stacked again, and were not meanwhile
+    std::vector<WindowID> returnedFronts;  // front windows again, after they lost their tiles meanwhile
+    std::vector<WindowID> returnedWaiting; // stacked again, and were not meanwhile
 };
 /// The assignments with the windows of `held` in their tiles there, in front of windows placed there since.
 ReturnOfResidents withResidentsBack(const TileAssignments& held, TileAssignments assignments);
@@ -37,15 +37,15 @@ class DisplayAbsence {
     Return comeBack(const AbsenceKey& key, TileAssignments assignments);
     bool holds(const AbsenceKey& key) const { return homes_.contains(key); }
 
-    bool isDisplaced(const std::string& windowID) const;
+    bool isDisplaced(const WindowID& windowID) const;
     /// Forgets the window, which the user has moved.
-    void forget(const std::string& windowID);
+    void forget(const WindowID& windowID);
     void forgetAll() { homes_.clear(); }
     void forgetDisplay(const std::string& displayID);
     /// Renames the display.
     void renameDisplay(const std::string& displayID, const std::string& newID);
-    void keepOnly(const std::set<std::string>& windowIDs);
-    void rename(const std::string& windowID, const std::string& newID);
+    void keepOnly(const std::set<WindowID>& windowIDs);
+    void rename(const WindowID& windowID, const WindowID& newID);
     /// After an undo: replaces the remembered windows by those that the restored assignments have on these displays.
     void restate(const TileAssignments& assignments);
 

@@ -83,7 +83,7 @@ void DisplayChanges::noteDisplaysThatCameAndWent(const std::set<std::string>& be
     for (const auto& [formerID, newID] : displays_.noteConnected(before, idsOf(*state_.screens), assignments_)) {
         displayHasNewID(formerID, newID);
     }
-    displays_.takeBackCrowdedOut(assignments_, idsOf(*state_.screens), [this](const std::string& id) {
+    displays_.takeBackCrowdedOut(assignments_, idsOf(*state_.screens), [this](const WindowID& id) {
         const ManagedWindow* window = liveWindows_.find(id);
         return window && !window->isElsewhere && liveWindows_.minimized().contains(id);
     });
@@ -165,11 +165,11 @@ bool DisplayChanges::isZoomedOver(const WorkspaceTile& tile) const {
 }
 
 /// Returns the windows that were placed.
-std::vector<std::string> DisplayChanges::placeFrontsOfAbsentDisplays() {
+std::vector<WindowID> DisplayChanges::placeFrontsOfAbsentDisplays() {
     const auto isFree = [this](const WorkspaceTile& tile) {
         return !tile.windowID && tile.stack.empty() && !isZoomedOver(tile);
     };
-    std::vector<std::pair<std::string, std::string>> displaced; // slot id, window id
+    std::vector<std::pair<std::string, WindowID>> displaced; // slot id, window id
     for (const auto& [absent, held] : displays_.absentDisplays()) {
         for (const auto& [target, windowID] : held.assignedWindowIDs) {
             const auto slot = slotIDOn(absent.displayID, target);
@@ -179,7 +179,7 @@ std::vector<std::string> DisplayChanges::placeFrontsOfAbsentDisplays() {
             if (slot && !hasTile) displaced.emplace_back(*slot, windowID);
         }
     }
-    std::vector<std::string> placed;
+    std::vector<WindowID> placed;
     for (const auto& [slotID, windowID] : displaced) {
         const ManagedWindow* live = liveWindows_.find(windowID);
         if (!live || !live->isVisible || presenter_.isLeftAlone(*live)) continue;
@@ -203,8 +203,8 @@ std::vector<std::string> DisplayChanges::placeFrontsOfAbsentDisplays() {
 
 /// Stacked windows of disconnected displays follow their front window, or else are stacked in another tile, preferably
 /// of the same slot. Returns those that are stacked elsewhere now.
-std::vector<std::string> DisplayChanges::takeWaitingAlong() {
-    std::vector<std::string> taken;
+std::vector<WindowID> DisplayChanges::takeWaitingAlong() {
+    std::vector<WindowID> taken;
     for (const auto& [absent, held] : displays_.absentDisplays()) {
         for (const auto& [home, stack] : held.stackWindowIDsByTarget) {
             const auto front = held.assignedWindowIDs.find(home);
@@ -233,8 +233,7 @@ std::vector<std::string> DisplayChanges::takeWaitingAlong() {
 }
 
 /// The end of focus mode must not undo changes on other displays.
-void DisplayChanges::keepBesideFocusMode(const std::vector<std::string>& fronts,
-                                         const std::vector<std::string>& waiting) {
+void DisplayChanges::keepBesideFocusMode(const std::vector<WindowID>& fronts, const std::vector<WindowID>& waiting) {
     WorkspaceUndoSnapshot* snapshot = focusMode_.snapshot();
     if (!snapshot) return;
     for (const auto& id : fronts) snapshot->tiles.adopt(id, assignments_);

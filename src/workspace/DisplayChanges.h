@@ -47,9 +47,9 @@ class DisplayChanges {
     void returnStrandedFloats();
     void bringIntoSight();
     bool isZoomedOver(const WorkspaceTile& tile) const;
-    std::vector<std::string> placeFrontsOfAbsentDisplays();
-    std::vector<std::string> takeWaitingAlong();
-    void keepBesideFocusMode(const std::vector<std::string>& fronts, const std::vector<std::string>& waiting);
+    std::vector<WindowID> placeFrontsOfAbsentDisplays();
+    std::vector<WindowID> takeWaitingAlong();
+    void keepBesideFocusMode(const std::vector<WindowID>& fronts, const std::vector<WindowID>& waiting);
     void giveUpUnreachablePlacements();
 
     const WorkspaceServices& services_;

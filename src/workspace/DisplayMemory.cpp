@@ -12,9 +12,9 @@ namespace {
 
 /// Returns the hidden windows of `held` that have no tile to free tiles of `held`, their own if possible. The result is
 /// their ids.
-std::vector<std::string> returnToFreeTiles(const TileAssignments& held, TileAssignments& assignments,
-                                           const std::function<bool(const std::string& windowID)>& isPutAway) {
-    std::vector<std::string> returned;
+std::vector<WindowID> returnToFreeTiles(const TileAssignments& held, TileAssignments& assignments,
+                                        const std::function<bool(const WindowID& windowID)>& isPutAway) {
+    std::vector<WindowID> returned;
     const auto& tiles = held.assignedWindowIDs;
     const auto isFree = [&](const auto& tile) { return !assignments.assignedWindowIDs.contains(tile.first); };
     for (const bool mustBeItsOwn : {true, false}) {
@@ -113,7 +113,7 @@ void DisplayMemory::noteArrangement(const TileAssignments& assignments) {
 }
 
 void DisplayMemory::takeBackCrowdedOut(TileAssignments& assignments, const std::set<std::string>& connected,
-                                       const std::function<bool(const std::string& windowID)>& isPutAway) {
+                                       const std::function<bool(const WindowID& windowID)>& isPutAway) {
     if (!absence_.homes().empty()) return;
     TileAssignments held = std::exchange(crowded_, {});
     std::erase_if(held.assignedWindowIDs,
@@ -121,7 +121,7 @@ void DisplayMemory::takeBackCrowdedOut(TileAssignments& assignments, const std::
     noteReturned(returnToFreeTiles(held, assignments, isPutAway), {});
 }
 
-void DisplayMemory::noteReturned(const std::vector<std::string>& fronts, const std::vector<std::string>& waiting) {
+void DisplayMemory::noteReturned(const std::vector<WindowID>& fronts, const std::vector<WindowID>& waiting) {
     windowsToShow_.insert(fronts.begin(), fronts.end());
     windowsToHide_.insert(waiting.begin(), waiting.end());
 }
@@ -157,7 +157,7 @@ void DisplayMemory::beginSettling() {
     }));
 }
 
-void DisplayMemory::forget(const std::string& windowID) {
+void DisplayMemory::forget(const WindowID& windowID) {
     absence_.forget(windowID);
     formerLayouts_.forget(windowID);
     crowded_.remove(windowID);
@@ -171,14 +171,14 @@ void DisplayMemory::forgetAllWindows() {
     strandedFloats_.forgetAll();
 }
 
-void DisplayMemory::keepOnly(const std::set<std::string>& windowIDs) {
+void DisplayMemory::keepOnly(const std::set<WindowID>& windowIDs) {
     absence_.keepOnly(windowIDs);
     formerLayouts_.keepOnly(windowIDs);
     crowded_.keepOnly(windowIDs);
     strandedFloats_.keepOnly(windowIDs);
 }
 
-void DisplayMemory::rename(const std::string& windowID, const std::string& newID) {
+void DisplayMemory::rename(const WindowID& windowID, const WindowID& newID) {
     absence_.rename(windowID, newID);
     formerLayouts_.rename(windowID, newID);
     crowded_.rename(windowID, newID);

@@ -44,7 +44,7 @@ class DisplayMemory {
     void takeBackDisplay(const std::string& displayID, TileAssignments& assignments);
     bool holdsDisplay(const std::string& displayID) const { return absence_.holds({displayID}); }
     /// True if the window belongs to a disconnected display.
-    bool isDisplaced(const std::string& windowID) const { return absence_.isDisplaced(windowID); }
+    bool isDisplaced(const WindowID& windowID) const { return absence_.isDisplaced(windowID); }
     /// By the id of the display.
     const std::map<AbsenceKey, TileAssignments>& absentDisplays() const { return absence_.homes(); }
     void restoreAbsentDisplays(std::map<AbsenceKey, TileAssignments> held) { absence_.restore(std::move(held)); }
@@ -56,7 +56,7 @@ class DisplayMemory {
     /// Once all displays are connected: windows that lost their tile to such an arrangement, have no tile now and are
     /// hidden, return to their tile, or to another one freed in the same way.
     void takeBackCrowdedOut(TileAssignments& assignments, const std::set<std::string>& connected,
-                            const std::function<bool(const std::string& windowID)>& isPutAway);
+                            const std::function<bool(const WindowID& windowID)>& isPutAway);
     StrandedFloats& strandedFloats() { return strandedFloats_; }
 
     /// The display changes from one layout to another because of its size, not by choice.
@@ -67,11 +67,11 @@ class DisplayMemory {
 
     /// Returns and forgets the windows that got their tiles back, to be shown, and those that are stacked again, to be
     /// hidden.
-    void noteReturned(const std::vector<std::string>& fronts, const std::vector<std::string>& waiting);
+    void noteReturned(const std::vector<WindowID>& fronts, const std::vector<WindowID>& waiting);
     bool hasReturned() const { return !windowsToShow_.empty() || !windowsToHide_.empty(); }
     struct Returned {
-        std::set<std::string> fronts;
-        std::set<std::string> waiting;
+        std::set<WindowID> fronts;
+        std::set<WindowID> waiting;
     };
     Returned takeReturned();
 
@@ -86,7 +86,7 @@ class DisplayMemory {
     /// Starts the settle time anew; `settled` is called at its end.
     void beginSettling();
     /// Whether the window's display was disconnected within the settle time.
-    bool isAwaited(const std::string& windowID) const { return isSettling() && isDisplaced(windowID); }
+    bool isAwaited(const WindowID& windowID) const { return isSettling() && isDisplaced(windowID); }
     bool isSettling() const { return queue_.uptime() < settledAt_; }
     /// Displays that are disconnected now are not matched to later ones with another id.
     void forgetRecentlyGone() { recentlyGone_.clear(); }
@@ -96,10 +96,10 @@ class DisplayMemory {
     bool takeHeldBackByZoom() { return std::exchange(isHeldBackByZoom_, false); }
 
     /// Forgets the window, which the user has moved.
-    void forget(const std::string& windowID);
+    void forget(const WindowID& windowID);
     void forgetAllWindows();
-    void keepOnly(const std::set<std::string>& windowIDs);
-    void rename(const std::string& windowID, const std::string& newID);
+    void keepOnly(const std::set<WindowID>& windowIDs);
+    void rename(const WindowID& windowID, const WindowID& newID);
     void renameDisplay(const std::string& displayID, const std::string& newID);
 
   private:
@@ -111,8 +111,8 @@ class DisplayMemory {
     DisplayAbsence formerLayouts_; // by display and layout
     TileAssignments crowded_;      // before the first arrangement with a disconnected display
     StrandedFloats strandedFloats_;
-    std::set<std::string> windowsToShow_;
-    std::set<std::string> windowsToHide_;
+    std::set<WindowID> windowsToShow_;
+    std::set<WindowID> windowsToHide_;
     std::map<std::string, ShownLayout> shown_; // also of disconnected displays
     std::set<std::string> recentlyGone_;       // displays without another name than their frame
     std::set<std::string> inheritedLayouts_;   // ids that have a copy of the former id's layout

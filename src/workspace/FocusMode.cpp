@@ -17,7 +17,7 @@ std::optional<FocusMode::Before> FocusMode::leave() {
     return before;
 }
 
-bool FocusMode::isZoomed(const std::string& windowID) const {
+bool FocusMode::isZoomed(const WindowID& windowID) const {
     return mode() && mode()->windowID == windowID;
 }
 
@@ -25,7 +25,7 @@ bool FocusMode::ownsDisplay(const std::string& displayID) const {
     return mode() && mode()->displayID == displayID;
 }
 
-std::optional<std::string> FocusMode::displayOf(const std::string& windowID) const {
+std::optional<std::string> FocusMode::displayOf(const WindowID& windowID) const {
     return isZoomed(windowID) ? std::optional(mode()->displayID) : std::nullopt;
 }
 
@@ -35,7 +35,7 @@ void FocusMode::forgetApplication(const std::string& applicationKey) {
     for (auto& entry : before_->history) entry.snapshot.forgetApplication(applicationKey);
 }
 
-void FocusMode::rename(const std::string& windowID, const std::string& newID) {
+void FocusMode::rename(const WindowID& windowID, const WindowID& newID) {
     if (!before_) return;
     before_->snapshot.rename(windowID, newID);
     for (auto& entry : before_->history) entry.snapshot.rename(windowID, newID);

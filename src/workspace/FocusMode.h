@@ -29,10 +29,10 @@ class FocusMode {
     std::optional<Before> leave();
 
     bool isOn() const { return before_.has_value(); }
-    bool isZoomed(const std::string& windowID) const;
+    bool isZoomed(const WindowID& windowID) const;
     bool ownsDisplay(const std::string& displayID) const;
     /// The display that the window is zoomed on; absent for every other window.
-    std::optional<std::string> displayOf(const std::string& windowID) const;
+    std::optional<std::string> displayOf(const WindowID& windowID) const;
     const std::optional<WorkspaceFocusMode>& mode() const { return *published_; }
     /// Null when focus mode is off. Changes on other displays are entered here, so that the end of focus mode keeps
     /// them.
@@ -40,7 +40,7 @@ class FocusMode {
     const WorkspaceUndoSnapshot* snapshot() const { return before_ ? &before_->snapshot : nullptr; }
 
     void forgetApplication(const std::string& applicationKey);
-    void rename(const std::string& windowID, const std::string& newID);
+    void rename(const WindowID& windowID, const WindowID& newID);
     void renameDisplay(const std::string& displayID, const std::string& newID);
 
   private:

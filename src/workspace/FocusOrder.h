@@ -11,23 +11,23 @@ namespace kova {
 
 class FocusOrder {
   public:
-    void note(const std::string& windowID) {
+    void note(const WindowID& windowID) {
         if (!windowIDs_.empty() && windowIDs_.front() == windowID) return;
         std::erase(windowIDs_, windowID);
         windowIDs_.insert(windowIDs_.begin(), windowID);
     }
-    void keepOnly(const std::function<bool(const std::string&)>& isLive) {
-        std::erase_if(windowIDs_, [&](const std::string& id) { return !isLive(id); });
+    void keepOnly(const std::function<bool(const WindowID&)>& isLive) {
+        std::erase_if(windowIDs_, [&](const WindowID& id) { return !isLive(id); });
     }
     /// Renames the window.
-    void rename(const std::string& windowID, const std::string& newID) {
+    void rename(const WindowID& windowID, const WindowID& newID) {
         std::replace(windowIDs_.begin(), windowIDs_.end(), windowID, newID);
     }
     /// Without windows that were never focused since the agent started.
-    const std::vector<std::string>& windowIDs() const { return windowIDs_; }
+    const std::vector<WindowID>& windowIDs() const { return windowIDs_; }
 
   private:
-    std::vector<std::string> windowIDs_;
+    std::vector<WindowID> windowIDs_;
 };
 
 } // namespace kova

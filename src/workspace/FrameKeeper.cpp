@@ -28,7 +28,7 @@ FrameKeeper::Decision FrameKeeper::decide(const ManagedWindow& window, const CGR
     return refusal.attempts < kAttempts ? Decision::askAgain : Decision::leave;
 }
 
-void FrameKeeper::accept(const std::string& windowID, const CGRect& wanted, const CGRect& actual) {
+void FrameKeeper::accept(const WindowID& windowID, const CGRect& wanted, const CGRect& actual) {
     refusals_[windowID] = {wanted, actual, kAttempts, false, true};
 }
 
@@ -36,16 +36,16 @@ void FrameKeeper::noteWithoutTarget(const ManagedWindow& window) {
     if (!window.isElsewhere || !refusal(window.id)) refusals_.erase(window.id);
 }
 
-const Refusal* FrameKeeper::refusal(const std::string& windowID) const {
+const Refusal* FrameKeeper::refusal(const WindowID& windowID) const {
     const auto found = refusals_.find(windowID);
     return found == refusals_.end() || found->second.attempts < kAttempts ? nullptr : &found->second;
 }
 
-std::vector<std::string>
-FrameKeeper::takeShrunken(const std::map<std::string, std::string>& anchors,
-                          const std::function<std::optional<CGSize>(const std::string&)>& minimumOf) {
+std::vector<WindowID>
+FrameKeeper::takeShrunken(const std::map<WindowID, std::string>& anchors,
+                          const std::function<std::optional<CGSize>(const WindowID&)>& minimumOf) {
     std::erase_if(minimumsOfSpanning_, [&](const auto& entry) { return !anchors.contains(entry.first); });
-    std::vector<std::string> shrunken;
+    std::vector<WindowID> shrunken;
     for (const auto& [windowID, anchor] : anchors) {
         const auto now = minimumOf(windowID);
         if (!now) continue;
@@ -70,7 +70,7 @@ bool FrameKeeper::isWaiting() const {
         refusals_, [](const auto& entry) { return entry.second.isUnseen || entry.second.attempts < kAttempts; });
 }
 
-void FrameKeeper::rename(const std::string& windowID, const std::string& newID) {
+void FrameKeeper::rename(const WindowID& windowID, const WindowID& newID) {
     sizes_.rename(windowID, newID);
     reflow_.rename(windowID, newID);
     renameKey(minimumsOfSpanning_, windowID, newID);

@@ -29,19 +29,19 @@ class FrameKeeper {
                                   const std::optional<CGRect>& pending);
     /// `askAgain` counts as an attempt. Do not call while the window manager is being replaced: a window that does not
     /// move then refuses nothing.
-    void noteAttempt(const std::string& windowID) { ++refusals_[windowID].attempts; }
+    void noteAttempt(const WindowID& windowID) { ++refusals_[windowID].attempts; }
     /// Records a request; the next poll may be too early to see its outcome.
-    void noteAsked(const std::string& windowID) { refusals_[windowID].isUnseen = true; }
+    void noteAsked(const WindowID& windowID) { refusals_[windowID].isUnseen = true; }
     /// Accepts the window's frame at the start of the agent as its placement.
-    void accept(const std::string& windowID, const CGRect& wanted, const CGRect& actual);
+    void accept(const WindowID& windowID, const CGRect& wanted, const CGRect& actual);
     /// Forgets the refusal, so that all attempts are made again.
-    void forgetRefusal(const std::string& windowID) { refusals_.erase(windowID); }
+    void forgetRefusal(const WindowID& windowID) { refusals_.erase(windowID); }
     void forgetRefusals() { refusals_.clear(); }
     /// Drops the refusal of a window without a tile frame. A window elsewhere keeps it, so that the request is not
     /// repeated whenever its Space is shown.
     void noteWithoutTarget(const ManagedWindow& window);
     /// The refused request and the window's frame, after `kAttempts` requests; null otherwise.
-    const Refusal* refusal(const std::string& windowID) const;
+    const Refusal* refusal(const WindowID& windowID) const;
 
     WindowSizes& sizes() { return sizes_; }
     const WindowSizes& sizes() const { return sizes_; }
@@ -49,20 +49,20 @@ class FrameKeeper {
     const ReflowPolicy& reflow() const { return reflow_; }
 
     /// Windows that span several tiles and need less room than at the last call. `anchors` by the id of the window.
-    std::vector<std::string> takeShrunken(const std::map<std::string, std::string>& anchors,
-                                          const std::function<std::optional<CGSize>(const std::string&)>& minimumOf);
+    std::vector<WindowID> takeShrunken(const std::map<WindowID, std::string>& anchors,
+                                       const std::function<std::optional<CGSize>(const WindowID&)>& minimumOf);
 
     /// Forgets closed windows; requests without a pending frame were seen by this poll.
     void onPoll(const PollContext& poll);
     /// Whether a request or a poll is still due for some window.
     bool isWaiting() const;
-    void rename(const std::string& windowID, const std::string& newID);
+    void rename(const WindowID& windowID, const WindowID& newID);
 
   private:
-    std::map<std::string, Refusal> refusals_; // by window id
+    std::map<WindowID, Refusal> refusals_; // by window id
     ReflowPolicy reflow_;
     WindowSizes sizes_;
-    std::map<std::string, CGSize> minimumsOfSpanning_; // at the last call, by window id
+    std::map<WindowID, CGSize> minimumsOfSpanning_; // at the last call, by window id
 };
 
 } // namespace kova

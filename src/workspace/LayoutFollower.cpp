@@ -40,7 +40,7 @@ void LayoutFollower::presentReturned() {
             presenter_.bringBack(ManagedWindow(*window));
         }
     }
-    std::vector<std::string> leaving;
+    std::vector<WindowID> leaving;
     for (const auto& id : returned.waiting) {
         if (!assignments_.isAssigned(id) && assignments_.isInAnyTile(id)) leaving.push_back(id);
     }

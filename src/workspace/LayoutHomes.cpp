@@ -25,7 +25,7 @@ std::vector<LayoutHome> LayoutHomes::of(const std::string& displayID, const Tile
     return homes;
 }
 
-void LayoutHomes::keepIf(const std::function<bool(const std::string&)>& isKept) {
+void LayoutHomes::keepIf(const std::function<bool(const WindowID&)>& isKept) {
     for (auto& [display, homes] : homes_) {
         for (auto& home : homes) {
             for (const auto& window : home.assignments.windows()) {
@@ -37,22 +37,22 @@ void LayoutHomes::keepIf(const std::function<bool(const std::string&)>& isKept) 
     std::erase_if(homes_, [](const auto& entry) { return entry.second.empty(); });
 }
 
-void LayoutHomes::forget(const std::string& windowID) {
-    keepIf([&](const std::string& window) { return window != windowID; });
+void LayoutHomes::forget(const WindowID& windowID) {
+    keepIf([&](const WindowID& window) { return window != windowID; });
 }
 
 void LayoutHomes::keepOnlyWaiting(const TileAssignments& assignments) {
-    keepIf([&](const std::string& window) {
+    keepIf([&](const WindowID& window) {
         return !assignments.isAssigned(window) && assignments.stackTargetOf(window).has_value();
     });
 }
 
-void LayoutHomes::keepOnly(const std::set<std::string>& windowIDs) {
+void LayoutHomes::keepOnly(const std::set<WindowID>& windowIDs) {
     if (homes_.empty()) return;
-    keepIf([&](const std::string& window) { return windowIDs.contains(window); });
+    keepIf([&](const WindowID& window) { return windowIDs.contains(window); });
 }
 
-void LayoutHomes::rename(const std::string& windowID, const std::string& newID) {
+void LayoutHomes::rename(const WindowID& windowID, const WindowID& newID) {
     for (auto& [display, homes] : homes_) {
         for (auto& home : homes) home.assignments.rename(windowID, newID);
     }

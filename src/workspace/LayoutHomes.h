@@ -23,18 +23,18 @@ class LayoutHomes {
     std::vector<LayoutHome> of(const std::string& displayID, const TileAssignments& assignments) const;
 
     /// Forgets the window, which the user has moved.
-    void forget(const std::string& windowID);
+    void forget(const WindowID& windowID);
     void forgetDisplay(const std::string& displayID) { homes_.erase(displayID); }
     void forgetAll() { homes_.clear(); }
     /// After an arrangement: forgets all windows except those that it left stacked.
     void keepOnlyWaiting(const TileAssignments& assignments);
-    void keepOnly(const std::set<std::string>& windowIDs);
-    void rename(const std::string& windowID, const std::string& newID);
+    void keepOnly(const std::set<WindowID>& windowIDs);
+    void rename(const WindowID& windowID, const WindowID& newID);
     void renameDisplay(const std::string& displayID, const std::string& newID);
     bool operator==(const LayoutHomes&) const = default;
 
   private:
-    void keepIf(const std::function<bool(const std::string& windowID)>& isKept);
+    void keepIf(const std::function<bool(const WindowID& windowID)>& isKept);
 
     std::map<std::string, std::vector<LayoutHome>> homes_; // by display, the newest layout first
 };

@@ -15,8 +15,8 @@ namespace {
 /// A tile of the old layout that holds something.
 struct Occupant {
     std::string slotID;
-    std::optional<std::string> front;
-    std::vector<std::string> stack;
+    std::optional<WindowID> front;
+    std::vector<WindowID> stack;
     CGPoint place{};
     std::vector<std::string> spanSlotIDs; // anchor first; of a window that spans several tiles
     std::optional<std::string> newSlotID;
@@ -147,7 +147,7 @@ LayoutMigration migrate(const TileAssignments& before, const std::string& displa
             front != result.assignments.assignedWindowIDs.end()) {
             target = *result.assignments.targetOf(front->second); // the tiles of a span share the stack of its anchor
         }
-        std::vector<std::string> members = occupant.stack;
+        std::vector<WindowID> members = occupant.stack;
         if (occupant.front && std::find(members.begin(), members.end(), *occupant.front) == members.end()) {
             members.insert(members.begin(), *occupant.front);
         }
@@ -174,7 +174,7 @@ void putForward(std::vector<Occupant>& all, const TileAssignments& now) {
     for (Occupant& occupant : all) {
         if (occupant.front && now.isAssigned(*occupant.front)) continue;
         const auto forward = std::find_if(occupant.stack.begin(), occupant.stack.end(),
-                                          [&](const std::string& member) { return now.isAssigned(member); });
+                                          [&](const WindowID& member) { return now.isAssigned(member); });
         if (forward != occupant.stack.end()) {
             occupant.front = *forward;
             std::rotate(occupant.stack.begin(), forward, forward + 1);
@@ -207,14 +207,14 @@ LayoutMigration migrateHomes(const TileAssignments& before, const std::string& d
     return migrate(before, displayID, std::move(all), next.tiles);
 }
 
-void keepInFront(LayoutMigration& migration, const std::string& windowID) {
+void keepInFront(LayoutMigration& migration, const WindowID& windowID) {
     TileAssignments& assignments = migration.assignments;
     auto& displaced = migration.displacedWindowIDs;
     const auto lost = std::find(displaced.begin(), displaced.end(), windowID);
     const auto target = assignments.stackTargetOf(windowID);
     const auto front = target ? assignments.assignedWindowIDs.find(*target) : assignments.assignedWindowIDs.end();
     if (lost == displaced.end() || front == assignments.assignedWindowIDs.end()) return;
-    const std::string former = front->second;
+    const WindowID former = front->second;
     if (assignments.targetsOf(former).size() > 1) return;
     displaced.erase(lost);
     assignments.insertIntoStack(*target, windowID, TileAssignments::StackPosition::front);

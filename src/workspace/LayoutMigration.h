@@ -35,8 +35,8 @@ DisplayTiles tilesOf(const SolvedLayout& solved);
 
 struct LayoutMigration {
     TileAssignments assignments;
-    std::vector<std::string> displacedWindowIDs; // lost their tile and are stacked behind another window
-    std::vector<std::string> returnedWindowIDs;  // front a tile, and did not before
+    std::vector<WindowID> displacedWindowIDs; // lost their tile and are stacked behind another window
+    std::vector<WindowID> returnedWindowIDs;  // front a tile, and did not before
 };
 
 /// Windows stay in the slot of the same id, else of the same canonical id; the others take the free slots in order;
@@ -53,6 +53,6 @@ LayoutMigration migrateHomes(const TileAssignments& before, const std::string& d
 
 /// If the window was a front window and is stacked now, it becomes the front window of that tile and the former one is
 /// stacked. Changes nothing if the former one spans several tiles.
-void keepInFront(LayoutMigration& migration, const std::string& windowID);
+void keepInFront(LayoutMigration& migration, const WindowID& windowID);
 
 } // namespace kova

@@ -13,12 +13,12 @@ bool sameTitles(const std::vector<ManagedWindow>& a, const std::vector<ManagedWi
 
 } // namespace
 
-ManagedWindow* LiveWindows::find(const std::string& windowID) {
+ManagedWindow* LiveWindows::find(const WindowID& windowID) {
     const auto found = indexByID_.find(windowID);
     return found == indexByID_.end() ? nullptr : &windows_[found->second];
 }
 
-const ManagedWindow* LiveWindows::find(const std::string& windowID) const {
+const ManagedWindow* LiveWindows::find(const WindowID& windowID) const {
     const auto found = indexByID_.find(windowID);
     return found == indexByID_.end() ? nullptr : &windows_[found->second];
 }
@@ -43,7 +43,7 @@ void LiveWindows::set(std::vector<ManagedWindow> windows) {
     for (std::size_t i = 0; i < windows_.size(); ++i) indexByID_.emplace(windows_[i].id, i);
 }
 
-bool LiveWindows::request(const std::string& windowID, WindowPresentation presentation, Seconds now) {
+bool LiveWindows::request(const WindowID& windowID, WindowPresentation presentation, Seconds now) {
     ManagedWindow* window = find(windowID);
     if (window) requests_.request(*window, presentation, now);
     return window != nullptr;
@@ -62,7 +62,7 @@ void LiveWindows::requestShown(pid_t process, Seconds now) {
     }
 }
 
-void LiveWindows::rename(const std::string& windowID, const std::string& newID) {
+void LiveWindows::rename(const WindowID& windowID, const WindowID& newID) {
     requests_.rename(windowID, newID);
     minimized_.rename(windowID, newID);
     focusOrder_.rename(windowID, newID);

@@ -30,8 +30,8 @@ class LiveWindows {
     auto begin() const { return windows_.begin(); }
     auto end() const { return windows_.end(); }
     /// Null when there is none with the id. Valid until the next enumeration.
-    ManagedWindow* find(const std::string& windowID);
-    const ManagedWindow* find(const std::string& windowID) const;
+    ManagedWindow* find(const WindowID& windowID);
+    const ManagedWindow* find(const WindowID& windowID) const;
 
     /// Takes the windows of a poll that began at `begun` (uptime): removes dialogs, and applies requests that it cannot
     /// have seen. True if titles of windows or dialogs have changed.
@@ -53,7 +53,7 @@ class LiveWindows {
     }
 
     // Requested states. `now` is an uptime. False if there is no such window.
-    bool request(const std::string& windowID, WindowPresentation presentation, Seconds now);
+    bool request(const WindowID& windowID, WindowPresentation presentation, Seconds now);
     void requestHidden(pid_t process, Seconds now);
     /// All windows of the process on this Space that are not minimized.
     void requestShown(pid_t process, Seconds now);
@@ -61,7 +61,7 @@ class LiveWindows {
         requests_.requestMaximized(window, maximized, now);
     }
     /// Whether the window was requested to be shown, and no poll has confirmed that yet.
-    bool isComingBack(const std::string& windowID) const { return requests_.isComingBack(windowID); }
+    bool isComingBack(const WindowID& windowID) const { return requests_.isComingBack(windowID); }
 
     /// Windows that this agent has minimized.
     MinimizedWindows& minimized() { return minimized_; }
@@ -73,13 +73,13 @@ class LiveWindows {
     /// Whether a timeout or a confirmation is pending, so that polls must go on.
     bool isWaiting() const { return minimized_.isExpecting() || requests_.isWaiting(); }
     /// The list itself has the new id already.
-    void rename(const std::string& windowID, const std::string& newID);
+    void rename(const WindowID& windowID, const WindowID& newID);
 
   private:
     void set(std::vector<ManagedWindow> windows);
 
     std::vector<ManagedWindow> windows_;
-    std::unordered_map<std::string, std::size_t> indexByID_;
+    std::unordered_map<WindowID, std::size_t> indexByID_;
     AttachedDialogs dialogs_;
     MinimizedWindows minimized_;
     PresentationRequests requests_;

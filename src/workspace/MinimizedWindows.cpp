@@ -16,7 +16,7 @@ constexpr Seconds kTimeToLeave{2};
 
 } // namespace
 
-void MinimizedWindows::note(const std::string& windowID, Seconds now) {
+void MinimizedWindows::note(const WindowID& windowID, Seconds now) {
     away_[windowID] = {now, false};
 }
 
@@ -32,25 +32,24 @@ void MinimizedWindows::follow(const std::vector<ManagedWindow>& live, Seconds no
     }
 }
 
-void MinimizedWindows::rename(const std::string& windowID, const std::string& newID) {
+void MinimizedWindows::rename(const WindowID& windowID, const WindowID& newID) {
     renameKey(away_, windowID, newID);
     renameKey(expected_, windowID, newID);
 }
 
-std::vector<std::string> MinimizedWindows::takeAll() {
-    std::vector<std::string> ids;
+std::vector<WindowID> MinimizedWindows::takeAll() {
+    std::vector<WindowID> ids;
     for (const auto& [id, away] : std::exchange(away_, {})) ids.push_back(id);
     return ids;
 }
 
-void MinimizedWindows::expectBack(const std::string& windowID, const std::optional<CGRect>& frame, Seconds deadline) {
+void MinimizedWindows::expectBack(const WindowID& windowID, const std::optional<CGRect>& frame, Seconds deadline) {
     expected_[windowID] = {frame, deadline};
 }
 
-std::vector<std::string> MinimizedWindows::takeReturned(const std::vector<ManagedWindow>& live,
-                                                        const std::optional<std::string>& focusedWindowID,
-                                                        Seconds now) {
-    std::vector<std::string> returned;
+std::vector<WindowID> MinimizedWindows::takeReturned(const std::vector<ManagedWindow>& live,
+                                                     const std::optional<WindowID>& focusedWindowID, Seconds now) {
+    std::vector<WindowID> returned;
     std::erase_if(expected_, [&](const auto& entry) {
         const auto& [id, expected] = entry;
         const auto window = std::ranges::find(live, id, &ManagedWindow::id);

@@ -15,22 +15,22 @@ namespace kova {
 class MinimizedWindows {
   public:
     /// Times are uptimes.
-    void note(const std::string& windowID, Seconds now);
+    void note(const WindowID& windowID, Seconds now);
     /// Forgets windows that have closed or are not minimized any more.
     void follow(const std::vector<ManagedWindow>& live, Seconds now);
-    void rename(const std::string& windowID, const std::string& newID);
-    bool contains(const std::string& windowID) const { return away_.contains(windowID); }
+    void rename(const WindowID& windowID, const WindowID& newID);
+    bool contains(const WindowID& windowID) const { return away_.contains(windowID); }
     /// Returns and forgets all of them, to be restored.
-    std::vector<std::string> takeAll();
+    std::vector<WindowID> takeAll();
 
     /// The former agent had minimized the window and restored it to `frame` when it ended, which may take until
     /// `deadline`.
-    void expectBack(const std::string& windowID, const std::optional<CGRect>& frame, Seconds deadline);
+    void expectBack(const WindowID& windowID, const std::optional<CGRect>& frame, Seconds deadline);
     bool isExpecting() const { return !expected_.empty(); }
     /// Returns the expected windows that are at their former frame and not in use, to be minimized again. One that is
     /// still minimized counts as minimized by this agent.
-    std::vector<std::string> takeReturned(const std::vector<ManagedWindow>& live,
-                                          const std::optional<std::string>& focusedWindowID, Seconds now);
+    std::vector<WindowID> takeReturned(const std::vector<ManagedWindow>& live,
+                                       const std::optional<WindowID>& focusedWindowID, Seconds now);
 
   private:
     struct Away {
@@ -42,8 +42,8 @@ class MinimizedWindows {
         Seconds deadline{};
     };
 
-    std::map<std::string, Away> away_;
-    std::map<std::string, Expected> expected_;
+    std::map<WindowID, Away> away_;
+    std::map<WindowID, Expected> expected_;
 };
 
 } // namespace kova

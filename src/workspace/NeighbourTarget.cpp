@@ -30,15 +30,12 @@ Offset along(WorkspaceDirection direction, double dx, double dy) {
 
 } // namespace
 
-std::optional<std::string> neighbourTarget(const std::string& sourceKey, WorkspaceDirection direction,
+std::optional<std::string> neighbourTarget(const CGRect& source, WorkspaceDirection direction,
                                            const std::map<std::string, CGRect>& frames) {
-    const auto source = frames.find(sourceKey);
-    if (source == frames.end()) return std::nullopt;
-    const CGPoint from = centre(source->second);
+    const CGPoint from = centre(source);
     std::optional<std::string> best;
     double bestScore = 0;
     for (const auto& [key, frame] : frames) { // in key order, so that the smaller key keeps a tie
-        if (key == sourceKey) continue;
         const CGPoint to = centre(frame);
         const Offset offset = along(direction, to.x - from.x, to.y - from.y);
         if (!(offset.primary > kSameLine)) continue;

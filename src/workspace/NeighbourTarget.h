@@ -10,12 +10,10 @@
 
 namespace kova {
 
-inline constexpr const char* kDirectionalSourceKey = "__kova_directional_source__";
-
-/// The key of the nearest rectangle in the direction from the one under `sourceKey`, in screen space (y up). The
-/// sideways distance counts two and a quarter times; of equal scores the smaller key is taken. Absent if no rectangle
-/// is more than a point further in that direction, or there is no source.
-std::optional<std::string> neighbourTarget(const std::string& sourceKey, WorkspaceDirection direction,
+/// The key of the nearest rectangle in the direction from a rectangle; all are in screen space (y up). The sideways
+/// distance counts two and a quarter times; of equal scores the smaller key is taken. Absent if no rectangle is more
+/// than a point further in that direction.
+std::optional<std::string> neighbourTarget(const CGRect& source, WorkspaceDirection direction,
                                            const std::map<std::string, CGRect>& frames);
 
 } // namespace kova

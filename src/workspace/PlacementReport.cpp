@@ -49,7 +49,7 @@ std::vector<std::string> PlacementReport::whyItStays(const ManagedWindow& window
 }
 
 void PlacementReport::readFrames(std::function<void()> read) {
-    std::vector<std::pair<std::string, AccessibilityElement>> windows;
+    std::vector<std::pair<WindowID, AccessibilityElement>> windows;
     for (const auto& [windowID, requested] : geometry_.framesOfTiledWindows()) {
         if (const ManagedWindow* window = liveWindows_.find(windowID)) windows.emplace_back(windowID, window->element);
     }

@@ -45,7 +45,7 @@ class PlacementReport {
     std::vector<std::string> whyItStays(const ManagedWindow& window) const;
 
   private:
-    using Frames = std::map<std::string, std::optional<CGRect>>; // window-service space, by window id
+    using Frames = std::map<WindowID, std::optional<CGRect>>; // window-service space, by window id
 
     const WorkspaceServices& services_;
     std::shared_ptr<AccessibilityWindowService> sharedService_; // for the polling queue

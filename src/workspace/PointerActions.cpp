@@ -57,7 +57,7 @@ Outcome PointerActions::beginDividerDrag(const DisplayLayoutDivider& target) {
     const auto current =
         std::ranges::find_if(now, [&](const DisplayLayoutDivider& divider) { return isSameDivider(divider, target); });
     if (current == now.end()) return access_.refuseSilently("Windows cannot be moved now");
-    std::map<std::string, CGRect> frames;
+    std::map<WindowID, CGRect> frames;
     for (const auto& [targetID, windowID] : assignments_.assignedWindowIDs) {
         const ManagedWindow* window = liveWindows_.find(windowID);
         if (window && window->frame && geometry_.screenOfTarget(targetID) == screen) frames[windowID] = *window->frame;
@@ -160,7 +160,7 @@ Outcome PointerActions::resetDivider(const DisplayLayoutDivider& target) {
 }
 
 /// Live writes are not verified; at the end of the drag every window of the display is placed with verification.
-void PointerActions::verifyFrames(const std::string& id, const std::map<std::string, CGRect>& written) {
+void PointerActions::verifyFrames(const std::string& id, const std::map<WindowID, CGRect>& written) {
     for (const auto& [windowID, frame] : written) {
         const ManagedWindow* window = liveWindows_.find(windowID);
         const auto target = geometry_.frameForWindow(windowID);
@@ -171,7 +171,7 @@ void PointerActions::verifyFrames(const std::string& id, const std::map<std::str
     }
 }
 
-void PointerActions::pressWindow(const std::string& windowID) {
+void PointerActions::pressWindow(const WindowID& windowID) {
     frames_.sizes().notePointer(services_.queue.uptime());
     pointer_.press(windowID, finder_.currentFrame(windowID));
     windowService_.cancelPlacement(windowID);
@@ -191,7 +191,7 @@ void PointerActions::releaseWindow() {
     keeper_.commit({});
 }
 
-Outcome PointerActions::beginWindowDrag(const std::string& windowID, const CGRect& frameBefore) {
+Outcome PointerActions::beginWindowDrag(const WindowID& windowID, const CGRect& frameBefore) {
     const ManagedWindow* window = liveWindows_.find(windowID);
     if (!window || window->isFullScreen || window->isElsewhere || !access_.mayMoveWindows() ||
         focusMode_.isZoomed(windowID)) {
@@ -220,7 +220,7 @@ void PointerActions::endWindowDrag(CGPoint pointer, action::WindowDragKind kind,
     (void)pointer_.release();
     auto drag = pointer_.endWindowDrag();
     if (!drag) return;
-    const std::string windowID = drag->windowID;
+    const WindowID windowID = drag->windowID;
     frames_.sizes().notePointer(services_.queue.uptime());
     state_.dropTargetSlotID.set(std::nullopt);
     ManagedWindow* window = liveWindows_.find(windowID);

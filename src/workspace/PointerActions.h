@@ -42,16 +42,16 @@ class PointerActions {
     void cancelDividerDrag();
     Outcome moveDivider(const DisplayLayoutDivider& target, double translationPoints);
     Outcome resetDivider(const DisplayLayoutDivider& target);
-    void pressWindow(const std::string& windowID);
+    void pressWindow(const WindowID& windowID);
     void releaseWindow();
-    Outcome beginWindowDrag(const std::string& windowID, const CGRect& frameBefore);
+    Outcome beginWindowDrag(const WindowID& windowID, const CGRect& frameBefore);
     void updateWindowDrag(CGPoint pointer, action::WindowDragKind kind);
     void endWindowDrag(CGPoint pointer, action::WindowDragKind kind, action::DropMode mode);
     void cancelWindowDrag();
 
   private:
     void writeInteractiveFrames(const std::string& displayID);
-    void verifyFrames(const std::string& displayID, const std::map<std::string, CGRect>& written);
+    void verifyFrames(const std::string& displayID, const std::map<WindowID, CGRect>& written);
     void dropWindow(const ManagedWindow& window, CGPoint pointer, action::DropMode mode, WorkspaceUndoSnapshot before);
     void resizeTileLike(const ManagedWindow& window, const CGRect& frameBefore, WorkspaceUndoSnapshot before);
 

@@ -11,12 +11,12 @@ PointerInteraction::PointerInteraction(MainQueue& queue, std::function<void()> m
     divider_(queue, std::move(moveDivider)),
     pause_(queue, std::move(resumed)) {}
 
-bool PointerInteraction::isPressing(const std::string& windowID) const {
+bool PointerInteraction::isPressing(const WindowID& windowID) const {
     const auto* press = std::get_if<Press>(&now_);
     return press && press->windowID == windowID;
 }
 
-bool PointerInteraction::isDragging(const std::string& windowID) const {
+bool PointerInteraction::isDragging(const WindowID& windowID) const {
     const auto* drag = std::get_if<WindowDrag>(&now_);
     return drag && drag->windowID == windowID;
 }
@@ -29,7 +29,7 @@ bool PointerInteraction::isOnWindow() const {
     return std::holds_alternative<Press>(now_) || std::holds_alternative<WindowDrag>(now_);
 }
 
-void PointerInteraction::press(std::string windowID, const std::optional<CGRect>& frame) {
+void PointerInteraction::press(WindowID windowID, const std::optional<CGRect>& frame) {
     if (!isDragging()) now_ = Press{std::move(windowID), frame};
 }
 
@@ -41,13 +41,13 @@ std::optional<PointerInteraction::Press> PointerInteraction::release() {
     return released;
 }
 
-void PointerInteraction::beginWindowDrag(std::string windowID, WorkspaceUndoSnapshot before) {
+void PointerInteraction::beginWindowDrag(WindowID windowID, WorkspaceUndoSnapshot before) {
     (void)divider_.end();
     now_ = WindowDrag{std::move(windowID), std::move(before)};
     pause_.suspend();
 }
 
-std::optional<std::string> PointerInteraction::draggedWindow() const {
+std::optional<WindowID> PointerInteraction::draggedWindow() const {
     const auto* drag = std::get_if<WindowDrag>(&now_);
     return drag ? std::optional(drag->windowID) : std::nullopt;
 }
@@ -61,7 +61,7 @@ std::optional<PointerInteraction::WindowDrag> PointerInteraction::endWindowDrag(
 }
 
 void PointerInteraction::beginDividerDrag(const DisplayLayoutDivider& target, const LayoutWeightOverrides& weights,
-                                          WorkspaceUndoSnapshot before, std::map<std::string, CGRect> frames) {
+                                          WorkspaceUndoSnapshot before, std::map<WindowID, CGRect> frames) {
     now_ = DraggingDivider{std::move(before), std::move(frames)};
     divider_.begin(target, weights);
     pause_.suspend();
@@ -71,7 +71,7 @@ const ActiveDividerDrag* PointerInteraction::dividerDrag() const {
     return divider_.active() ? &*divider_.active() : nullptr;
 }
 
-bool PointerInteraction::noteDividerFrame(const std::string& windowID, const CGRect& frame) {
+bool PointerInteraction::noteDividerFrame(const WindowID& windowID, const CGRect& frame) {
     auto* dragging = std::get_if<DraggingDivider>(&now_);
     if (!dragging) return false;
     const auto [last, isFirst] = dragging->frames.try_emplace(windowID, frame);
@@ -97,7 +97,7 @@ bool PointerInteraction::abandon() {
     return heldPollsBack;
 }
 
-void PointerInteraction::rename(const std::string& windowID, const std::string& newID) {
+void PointerInteraction::rename(const WindowID& windowID, const WindowID& newID) {
     if (auto* press = std::get_if<Press>(&now_)) {
         if (press->windowID == windowID) press->windowID = newID;
     } else if (auto* drag = std::get_if<WindowDrag>(&now_)) {

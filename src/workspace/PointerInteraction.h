@@ -19,26 +19,26 @@ class PointerInteraction {
   public:
     /// A button is down on a window, which may begin to move before that is noticed.
     struct Press {
-        std::string windowID;
+        WindowID windowID;
         std::optional<CGRect> frame; // at the press, in window-service space
     };
     struct WindowDrag {
-        std::string windowID;
+        WindowID windowID;
         WorkspaceUndoSnapshot before;
     };
     struct DividerMove {
         ActiveDividerDrag drag;
         WorkspaceUndoSnapshot before;
-        std::map<std::string, CGRect> frames; // last written, by window id, in window-service space
+        std::map<WindowID, CGRect> frames; // last written, by window id, in window-service space
     };
 
     /// `moveDivider` is called when a movement of the divider is due, `resumed` when polls may move windows again.
     PointerInteraction(MainQueue& queue, std::function<void()> moveDivider, std::function<void()> resumed);
 
     /// Whether the window must not be moved by anything but the pointer.
-    bool isHolding(const std::string& windowID) const { return isPressing(windowID) || isDragging(windowID); }
-    bool isPressing(const std::string& windowID) const;
-    bool isDragging(const std::string& windowID) const;
+    bool isHolding(const WindowID& windowID) const { return isPressing(windowID) || isDragging(windowID); }
+    bool isPressing(const WindowID& windowID) const;
+    bool isDragging(const WindowID& windowID) const;
     /// A window or a divider is being dragged.
     bool isDragging() const;
     /// A button is down on a window, or a window is being dragged.
@@ -46,17 +46,17 @@ class PointerInteraction {
     bool isPausingPolls() const { return pause_.isSuspended(); }
 
     /// Without effect during a drag.
-    void press(std::string windowID, const std::optional<CGRect>& frame);
+    void press(WindowID windowID, const std::optional<CGRect>& frame);
     /// Ends the press and returns the pressed window, unless it is dragged by now.
     std::optional<Press> release();
 
-    void beginWindowDrag(std::string windowID, WorkspaceUndoSnapshot before);
+    void beginWindowDrag(WindowID windowID, WorkspaceUndoSnapshot before);
     /// Absent when no window is dragged.
-    std::optional<std::string> draggedWindow() const;
+    std::optional<WindowID> draggedWindow() const;
     std::optional<WindowDrag> endWindowDrag();
 
     void beginDividerDrag(const DisplayLayoutDivider& target, const LayoutWeightOverrides& weights,
-                          WorkspaceUndoSnapshot before, std::map<std::string, CGRect> frames);
+                          WorkspaceUndoSnapshot before, std::map<WindowID, CGRect> frames);
     /// Null when no divider is dragged.
     const ActiveDividerDrag* dividerDrag() const;
     bool isDragging(const DisplayLayoutDivider& divider) const { return divider_.concerns(divider); }
@@ -64,7 +64,7 @@ class PointerInteraction {
     /// Moves the weights by the pending translation; true when there was one.
     bool takeDividerTranslation() { return divider_.takePendingTranslation(); }
     /// Whether the frame differs from what the drag last wrote for the window; it counts as written from now on.
-    bool noteDividerFrame(const std::string& windowID, const CGRect& frame);
+    bool noteDividerFrame(const WindowID& windowID, const CGRect& frame);
     std::optional<DividerMove> endDividerDrag();
 
     /// The pointer moved during a drag: polls stay paused.
@@ -73,12 +73,12 @@ class PointerInteraction {
     /// Resets to idle. True if polls were paused, so that the caller must poll again.
     bool abandon();
 
-    void rename(const std::string& windowID, const std::string& newID);
+    void rename(const WindowID& windowID, const WindowID& newID);
 
   private:
     struct DraggingDivider {
         WorkspaceUndoSnapshot before;
-        std::map<std::string, CGRect> frames;
+        std::map<WindowID, CGRect> frames;
     };
 
     std::variant<std::monostate, Press, WindowDrag, DraggingDivider> now_;

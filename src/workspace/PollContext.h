@@ -13,8 +13,8 @@ namespace kova {
 struct PollContext {
     const std::vector<ManagedWindow>& windows;
     Seconds now; // uptime
-    std::function<bool(const std::string& windowID)> isLive;
-    std::function<bool(const std::string& windowID)> hasPendingFrame;
+    std::function<bool(const WindowID& windowID)> isLive;
+    std::function<bool(const WindowID& windowID)> hasPendingFrame;
 };
 
 } // namespace kova

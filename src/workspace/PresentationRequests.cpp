@@ -24,7 +24,7 @@ bool hasState(const ManagedWindow& window, bool maximized) {
 }
 
 template <class Requests>
-void renameIn(Requests& requests, const std::string& windowID, const std::string& newID) {
+void renameIn(Requests& requests, const WindowID& windowID, const WindowID& newID) {
     if (auto request = requests.extract(windowID)) {
         request.key() = newID;
         requests.insert(std::move(request));
@@ -66,12 +66,12 @@ void PresentationRequests::overrule(std::vector<ManagedWindow>& windows, Seconds
     overrule(maximizations_, windows, begun);
 }
 
-bool PresentationRequests::isComingBack(const std::string& windowID) const {
+bool PresentationRequests::isComingBack(const WindowID& windowID) const {
     const auto found = presentations_.find(windowID);
     return found != presentations_.end() && found->second.state == WindowPresentation::shown;
 }
 
-void PresentationRequests::rename(const std::string& windowID, const std::string& newID) {
+void PresentationRequests::rename(const WindowID& windowID, const WindowID& newID) {
     renameIn(presentations_, windowID, newID);
     renameIn(maximizations_, windowID, newID);
 }

@@ -28,10 +28,10 @@ class PresentationRequests {
     /// poll confirms, that have timed out, or whose window is on another Space.
     void overrule(std::vector<ManagedWindow>& windows, Seconds begun);
     /// Whether the window was requested to be shown, and no poll has confirmed that yet.
-    bool isComingBack(const std::string& windowID) const;
+    bool isComingBack(const WindowID& windowID) const;
     /// Whether any request is neither confirmed nor timed out.
     bool isWaiting() const { return !presentations_.empty() || !maximizations_.empty(); }
-    void rename(const std::string& windowID, const std::string& newID);
+    void rename(const WindowID& windowID, const WindowID& newID);
     void clear();
 
   private:
@@ -42,7 +42,7 @@ class PresentationRequests {
     };
     /// The newest of each window, by its id.
     template <class State>
-    using Requests = std::map<std::string, Request<State>>;
+    using Requests = std::map<WindowID, Request<State>>;
     template <class State>
     static void overrule(Requests<State>& requests, std::vector<ManagedWindow>& windows, Seconds begun);
 

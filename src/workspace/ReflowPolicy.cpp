@@ -4,7 +4,7 @@
 
 namespace kova {
 
-std::optional<Seconds> ReflowPolicy::nextReflow(const std::string& displayID, const std::string& windowID,
+std::optional<Seconds> ReflowPolicy::nextReflow(const std::string& displayID, const WindowID& windowID,
                                                 Seconds uptime) const {
     const auto pushes = pushCounts_.find(windowID);
     if (pushes != pushCounts_.end() && pushes->second >= kReflowsPerWindow) return std::nullopt;
@@ -12,17 +12,17 @@ std::optional<Seconds> ReflowPolicy::nextReflow(const std::string& displayID, co
     return last == lastReflowByDisplay_.end() ? uptime : std::max(uptime, last->second + kReflowInterval);
 }
 
-void ReflowPolicy::noteReflow(const std::string& displayID, const std::string& windowID, Seconds uptime) {
+void ReflowPolicy::noteReflow(const std::string& displayID, const WindowID& windowID, Seconds uptime) {
     lastReflowByDisplay_[displayID] = uptime;
     ++pushCounts_[windowID];
 }
 
-bool ReflowPolicy::mayGiveBackSpan(const std::string& windowID) const {
+bool ReflowPolicy::mayGiveBackSpan(const WindowID& windowID) const {
     const auto count = givenBackCounts_.find(windowID);
     return count == givenBackCounts_.end() || count->second < kReflowsPerWindow;
 }
 
-void ReflowPolicy::rename(const std::string& windowID, const std::string& newID) {
+void ReflowPolicy::rename(const WindowID& windowID, const WindowID& newID) {
     const auto renameIn = [&](auto& map) {
         auto entry = map.extract(windowID);
         if (entry.empty()) return;
@@ -33,7 +33,7 @@ void ReflowPolicy::rename(const std::string& windowID, const std::string& newID)
     renameIn(givenBackCounts_);
 }
 
-void ReflowPolicy::keepOnly(const std::function<bool(const std::string& windowID)>& isLive) {
+void ReflowPolicy::keepOnly(const std::function<bool(const WindowID& windowID)>& isLive) {
     std::erase_if(pushCounts_, [&](const auto& entry) { return !isLive(entry.first); });
     std::erase_if(givenBackCounts_, [&](const auto& entry) { return !isLive(entry.first); });
 }

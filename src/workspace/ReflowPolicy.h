@@ -27,8 +27,8 @@ class ReflowPolicy {
     static constexpr int kReflowsPerWindow = 3;  // until its minimum or the layout changes
 
     /// The earliest uptime at which the display may be laid out anew for the window; absent once the limit is reached.
-    std::optional<Seconds> nextReflow(const std::string& displayID, const std::string& windowID, Seconds uptime) const;
-    void noteReflow(const std::string& displayID, const std::string& windowID, Seconds uptime);
+    std::optional<Seconds> nextReflow(const std::string& displayID, const WindowID& windowID, Seconds uptime) const;
+    void noteReflow(const std::string& displayID, const WindowID& windowID, Seconds uptime);
     /// Resets the limits, after a change of the layout or an arrangement.
     void forgetAllPushes() {
         pushCounts_.clear();
@@ -36,16 +36,16 @@ class ReflowPolicy {
     }
     /// Whether the window's span may be given back. The number is limited, since a window that claims it again each
     /// time would never settle.
-    bool mayGiveBackSpan(const std::string& windowID) const;
-    void noteSpanGivenBack(const std::string& windowID) { ++givenBackCounts_[windowID]; }
+    bool mayGiveBackSpan(const WindowID& windowID) const;
+    void noteSpanGivenBack(const WindowID& windowID) { ++givenBackCounts_[windowID]; }
     /// Renames the window.
-    void rename(const std::string& windowID, const std::string& newID);
-    void keepOnly(const std::function<bool(const std::string& windowID)>& isLive);
+    void rename(const WindowID& windowID, const WindowID& newID);
+    void keepOnly(const std::function<bool(const WindowID& windowID)>& isLive);
 
   private:
     std::map<std::string, Seconds> lastReflowByDisplay_;
-    std::map<std::string, int> pushCounts_;
-    std::map<std::string, int> givenBackCounts_;
+    std::map<WindowID, int> pushCounts_;
+    std::map<WindowID, int> givenBackCounts_;
 };
 
 } // namespace kova

@@ -19,7 +19,7 @@ void RuleActions::applyRules(const std::vector<ManagedWindow>& windows) {
     if (focusMode_.isOn()) return; // its end would undo the placement
     // Rules are matched for all windows before any is placed: placing one hides another, whose own rule may name a tile
     // as well.
-    std::vector<std::pair<std::string, std::size_t>> decisions; // window id and index of the rule
+    std::vector<std::pair<WindowID, std::size_t>> decisions; // window id and index of the rule
     for (const auto& window : windows) {
         if (tileMemory_.isPlaced(window.id)) continue;
         const bool isShown = window.isVisible && !window.isMinimized && !window.isFullScreen;
@@ -33,12 +33,12 @@ void RuleActions::applyRules(const std::vector<ManagedWindow>& windows) {
         if (const auto deciding = decidingRule(*state_.rules, window)) decisions.emplace_back(window.id, *deciding);
     }
     carryOutRules(decisions);
-    tileMemory_.keepPlaced([this](const std::string& id) { return liveWindows_.find(id) != nullptr; });
+    tileMemory_.keepPlaced([this](const WindowID& id) { return liveWindows_.find(id) != nullptr; });
 }
 
 /// Windows that move leave their tiles first, so that two of them can change places.
-void RuleActions::carryOutRules(const std::vector<std::pair<std::string, std::size_t>>& decisions) {
-    std::vector<std::pair<std::string, std::string>> moving; // window and tile-target id
+void RuleActions::carryOutRules(const std::vector<std::pair<WindowID, std::size_t>>& decisions) {
+    std::vector<std::pair<WindowID, std::string>> moving; // window and tile-target id
     for (const auto& [windowID, index] : decisions) {
         const WorkspaceRule& rule = (*state_.rules)[index];
         const ManagedWindow& window = *liveWindows_.find(windowID);
@@ -53,8 +53,8 @@ void RuleActions::carryOutRules(const std::vector<std::pair<std::string, std::si
     if (moving.empty()) return;
     const TileAssignments before = assignments_;
     for (const auto& [windowID, target] : moving) assignments_.remove(windowID);
-    std::vector<std::string> displaced;
-    std::vector<std::pair<std::string, Covering>> placed;
+    std::vector<WindowID> displaced;
+    std::vector<std::pair<WindowID, Covering>> placed;
     for (const auto& [windowID, target] : moving) {
         const auto covering = geometry_.coveringFor(*liveWindows_.find(windowID), target);
         if (!covering) continue;
@@ -85,7 +85,7 @@ Outcome RuleActions::addRuleForWindow(const action::AddRuleForWindow& wanted) {
     return documents_.appendRule(std::move(rule), window->applicationName);
 }
 
-std::optional<RuleExplanation> RuleActions::explainRules(const std::string& windowID) const {
+std::optional<RuleExplanation> RuleActions::explainRules(const WindowID& windowID) const {
     const ManagedWindow* window = liveWindows_.find(windowID);
     if (!window) return std::nullopt;
     std::vector<std::string> remarks;

@@ -34,10 +34,10 @@ class RuleActions {
     void applyRules(const std::vector<ManagedWindow>& windows);
     Outcome addRuleForWindow(const action::AddRuleForWindow& wanted);
     /// Which rule decides for a live window, and why each of the others does not; absent if there is no such window.
-    std::optional<RuleExplanation> explainRules(const std::string& windowID) const;
+    std::optional<RuleExplanation> explainRules(const WindowID& windowID) const;
 
   private:
-    void carryOutRules(const std::vector<std::pair<std::string, std::size_t>>& decisions);
+    void carryOutRules(const std::vector<std::pair<WindowID, std::size_t>>& decisions);
 
     WorkspaceState& state_;
     LiveWindows& liveWindows_;

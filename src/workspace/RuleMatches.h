@@ -12,7 +12,7 @@
 namespace kova {
 
 struct RuleMatch {
-    std::string windowID;
+    WindowID windowID;
     bool decides = false; // false: an earlier rule matches the window as well, and decides
     bool operator==(const RuleMatch&) const = default;
 };

@@ -161,14 +161,14 @@ void SceneActions::launchedForScene(const LaunchableApplication& application, co
 
 /// Puts windows into their tiles: shows front windows and hides stacked ones.
 void SceneActions::carryOutRestored(const std::vector<RestoredPlacement>& placements) {
-    std::set<std::string> frontsBefore;
+    std::set<WindowID> frontsBefore;
     for (const auto& [target, windowID] : assignments_.assignedWindowIDs) frontsBefore.insert(windowID);
     for (const auto& placement : placements) awaited_.scene().stackIndexByID[placement.windowID] = placement.stackIndex;
     assignments_ = withRestored(std::move(assignments_), placements, awaited_.scene().stackIndexByID);
-    std::set<std::string> fronts;
+    std::set<WindowID> fronts;
     for (const auto& [target, windowID] : assignments_.assignedWindowIDs) fronts.insert(windowID);
 
-    std::vector<std::string> waiting;
+    std::vector<WindowID> waiting;
     for (const auto& windowID : frontsBefore) {
         if (!fronts.contains(windowID)) waiting.push_back(windowID);
     }
@@ -184,7 +184,7 @@ void SceneActions::carryOutRestored(const std::vector<RestoredPlacement>& placem
     }
     presenter_.presentDisplaced(waiting);
     keeper_.commit({.claimant = "", .straying = FrameKeeper::Straying::any});
-    std::vector<std::string> placedFronts;
+    std::vector<WindowID> placedFronts;
     for (const auto& placement : placements) {
         if (fronts.contains(placement.windowID)) placedFronts.push_back(placement.windowID);
     }
@@ -193,7 +193,7 @@ void SceneActions::carryOutRestored(const std::vector<RestoredPlacement>& placem
 
 void SceneActions::processPendingScenePlacements() {
     if (awaited_.scene().pending.empty()) return;
-    std::set<std::string> used = awaited_.scene().movedByUser;
+    std::set<WindowID> used = awaited_.scene().movedByUser;
     for (const auto& [target, windowID] : assignments_.assignedWindowIDs) used.insert(windowID);
     for (const auto& [target, stack] : assignments_.stackWindowIDsByTarget) used.insert(stack.begin(), stack.end());
     const auto here = finder_.windowsHere();
@@ -253,7 +253,7 @@ std::vector<CapturedPlacement> SceneActions::capturedPlacements() const {
         }
         displays.push_back(std::move(display));
     }
-    return capturePlacements(displays, assignments_, [this](const std::string& id) {
+    return capturePlacements(displays, assignments_, [this](const WindowID& id) {
         const ManagedWindow* window = liveWindows_.find(id);
         return window && !window->isElsewhere ? window : nullptr;
     });

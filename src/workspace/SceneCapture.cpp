@@ -16,14 +16,14 @@ std::optional<std::string> presentText(const std::string& text) {
 
 } // namespace
 
-std::vector<CapturedPlacement>
-capturePlacements(const std::vector<CapturedDisplay>& displays, const TileAssignments& assignments,
-                  const std::function<const ManagedWindow*(const std::string&)>& findLive) {
+std::vector<CapturedPlacement> capturePlacements(const std::vector<CapturedDisplay>& displays,
+                                                 const TileAssignments& assignments,
+                                                 const std::function<const ManagedWindow*(const WindowID&)>& findLive) {
     std::vector<CapturedPlacement> captured;
-    std::set<std::string> recorded;
+    std::set<WindowID> recorded;
     for (std::size_t ordinal = 0; ordinal < displays.size(); ++ordinal) {
         const CapturedDisplay& display = displays[ordinal];
-        std::map<std::string, std::vector<std::string>> claimedByWindow;
+        std::map<WindowID, std::vector<std::string>> claimedByWindow;
         for (const auto& slotID : display.slotIDs) {
             const auto front = assignments.assignedWindowIDs.find(tileTargetID(display.displayID, slotID));
             if (front != assignments.assignedWindowIDs.end()) claimedByWindow[front->second].push_back(slotID);
@@ -35,9 +35,9 @@ capturePlacements(const std::vector<CapturedDisplay>& displays, const TileAssign
             const auto anchor = assignments.anchorTargetIDsByWindowID.find(front->second);
             if (anchor != assignments.anchorTargetIDsByWindowID.end() && anchor->second != target) continue;
             const auto stack = assignments.stackWindowIDsByTarget.find(target);
-            const std::vector<std::string> windows = stack == assignments.stackWindowIDsByTarget.end()
-                                                         ? std::vector<std::string>{front->second}
-                                                         : stack->second;
+            const std::vector<WindowID> windows = stack == assignments.stackWindowIDsByTarget.end()
+                                                      ? std::vector<WindowID>{front->second}
+                                                      : stack->second;
             for (std::size_t index = 0; index < windows.size(); ++index) {
                 const ManagedWindow* window = findLive(windows[index]);
                 if (!window || !recorded.insert(window->id).second) continue;

@@ -18,14 +18,14 @@ struct CapturedDisplay {
 };
 
 struct CapturedPlacement {
-    std::string windowID;
+    WindowID windowID;
     WorkspaceScenePlacement placement; // with a new id
 };
 
 /// Ordered by display, by slot in the layout's order, and by stack; every live window once, at its first position.
 /// `findLive` returns null for a closed window.
-std::vector<CapturedPlacement>
-capturePlacements(const std::vector<CapturedDisplay>& displays, const TileAssignments& assignments,
-                  const std::function<const ManagedWindow*(const std::string&)>& findLive);
+std::vector<CapturedPlacement> capturePlacements(const std::vector<CapturedDisplay>& displays,
+                                                 const TileAssignments& assignments,
+                                                 const std::function<const ManagedWindow*(const WindowID&)>& findLive);
 
 } // namespace kova

@@ -45,7 +45,7 @@ class Comparison {
   private:
     struct WantedWindow {
         const WorkspaceScenePlacement* placement = nullptr;
-        std::string id; // of the live window; one of its own for a window that is not there
+        WindowID id; // of the live window; one of its own for a window that is not there
         bool isOpen = false;
     };
 
@@ -97,7 +97,7 @@ class Comparison {
 
     /// The placements that opening the scene would lead to, in the form of a capture, by window id. The first display
     /// replaces one that is not connected. `wanted` gets the placements that have a tile.
-    std::map<std::string, std::string> placesOnceOpened(std::vector<WantedWindow>& wanted) {
+    std::map<WindowID, std::string> placesOnceOpened(std::vector<WantedWindow>& wanted) {
         std::vector<CapturedDisplay> displays;
         std::vector<std::vector<TileSlot>> slots;
         for (std::size_t ordinal = 0; ordinal < now_.displays.size(); ++ordinal) {
@@ -107,15 +107,15 @@ class Comparison {
         }
         WindowMatcher matcher(now_.windows, {});
         std::vector<RestoredPlacement> restored;
-        std::map<std::string, std::int64_t> stackIndexByID;
-        std::map<std::string, ManagedWindow> windows;
+        std::map<WindowID, std::int64_t> stackIndexByID;
+        std::map<WindowID, ManagedWindow> windows;
         for (const auto& placement : placements_) {
             const std::int64_t ordinal = displayNow(placement.displayOrdinal) ? placement.displayOrdinal : 0;
             const auto taken =
                 slotsTaken(slots[static_cast<std::size_t>(ordinal)], placement.slotID, placement.claimedSlotIDs);
             if (taken.empty()) continue; // opening the scene skips it
             const ManagedWindow* open = matcher.take(placement.window);
-            const std::string id = open ? open->id : "missing " + std::to_string(wanted.size());
+            const WindowID id = open ? open->id : WindowID("missing " + std::to_string(wanted.size()));
             wanted.push_back({&placement, id, open != nullptr});
             windows[id].id = id;
             stackIndexByID[id] = placement.stackIndex;
@@ -125,8 +125,8 @@ class Comparison {
                                 frontsItsTile(placement.stackIndex, placement.isActive)});
         }
         const auto assignments = withRestored({}, restored, stackIndexByID);
-        std::map<std::string, std::string> places;
-        for (const auto& captured : capturePlacements(displays, assignments, [&](const std::string& id) {
+        std::map<WindowID, std::string> places;
+        for (const auto& captured : capturePlacements(displays, assignments, [&](const WindowID& id) {
                  const auto found = windows.find(id);
                  return found == windows.end() ? nullptr : &found->second;
              })) {
@@ -136,7 +136,7 @@ class Comparison {
     }
 
     void compareWindows() {
-        std::map<std::string, std::string> placesNow;
+        std::map<WindowID, std::string> placesNow;
         for (const auto& captured : now_.placements) placesNow[captured.windowID] = place(captured.placement);
         std::vector<WantedWindow> wanted;
         const auto placesThen = placesOnceOpened(wanted);

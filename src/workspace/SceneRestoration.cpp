@@ -70,7 +70,7 @@ bool frontsItsTile(std::int64_t stackIndex, std::optional<bool> isActive) {
 }
 
 TileAssignments withRestored(TileAssignments before, const std::vector<RestoredPlacement>& placements,
-                             const std::map<std::string, std::int64_t>& stackIndexByID) {
+                             const std::map<WindowID, std::int64_t>& stackIndexByID) {
     TileAssignments after = std::move(before);
     std::set<std::string> changedStacks;
     for (const auto& placement : placements) {
@@ -91,7 +91,7 @@ TileAssignments withRestored(TileAssignments before, const std::vector<RestoredP
             stack.push_back(placement.windowID);
         }
     }
-    const auto indexOf = [&](const std::string& windowID) {
+    const auto indexOf = [&](const WindowID& windowID) {
         const auto index = stackIndexByID.find(windowID);
         return index == stackIndexByID.end() ? std::numeric_limits<std::int64_t>::max() : index->second;
     };
@@ -99,7 +99,7 @@ TileAssignments withRestored(TileAssignments before, const std::vector<RestoredP
         const auto stack = after.stackWindowIDsByTarget.find(target);
         if (stack == after.stackWindowIDsByTarget.end()) continue; // a span took it over
         const auto behindFront = stack->second.begin() + (after.assignedWindowIDs.contains(target) ? 1 : 0);
-        std::vector<std::pair<std::int64_t, std::string>> waiting;
+        std::vector<std::pair<std::int64_t, WindowID>> waiting;
         for (auto id = behindFront; id != stack->second.end(); ++id) waiting.emplace_back(indexOf(*id), std::move(*id));
         std::stable_sort(waiting.begin(), waiting.end(),
                          [](const auto& a, const auto& b) { return a.first < b.first; });

@@ -31,10 +31,10 @@ struct PendingSceneWindowPlacement {
 
 /// The awaited windows of the opened scene. Idle if nothing is pending.
 struct SceneRestoration {
-    std::vector<PendingSceneWindowPlacement> pending;   // in the order in which they were deferred
-    std::set<std::string> launchedBundleIDs;            // each application is launched at most once
-    std::map<std::string, std::int64_t> stackIndexByID; // of the restored windows
-    std::set<std::string> movedByUser; // meanwhile: floated or placed, so no longer the scene's to place
+    std::vector<PendingSceneWindowPlacement> pending; // in the order in which they were deferred
+    std::set<std::string> launchedBundleIDs;          // each application is launched at most once
+    std::map<WindowID, std::int64_t> stackIndexByID;  // of the restored windows
+    std::set<WindowID> movedByUser;                   // meanwhile: floated or placed, so no longer the scene's to place
     SceneReport report;
 };
 
@@ -54,7 +54,7 @@ bool frontsItsTile(std::int64_t stackIndex, std::optional<bool> isActive);
 
 /// A live window and its tiles in the scene.
 struct RestoredPlacement {
-    std::string windowID;
+    WindowID windowID;
     std::vector<std::string> targetIDs; // the anchor first; more than one for a span
     std::int64_t stackIndex = 0;
     bool isFront = true;
@@ -64,6 +64,6 @@ struct RestoredPlacement {
 /// before it appears, so that the tile is not empty meanwhile. Stacks are ordered by stack index; windows without one
 /// are last.
 TileAssignments withRestored(TileAssignments before, const std::vector<RestoredPlacement>& placements,
-                             const std::map<std::string, std::int64_t>& stackIndexByID);
+                             const std::map<WindowID, std::int64_t>& stackIndexByID);
 
 } // namespace kova

@@ -27,18 +27,18 @@ void SessionRestore::keepProcesses(const std::set<pid_t>& recorded) {
     std::erase_if(processStarts_, [&](const auto& entry) { return !recorded.contains(entry.first); });
 }
 
-void SessionRestore::await(std::set<std::string> windowIDs, Seconds now) {
+void SessionRestore::await(std::set<WindowID> windowIDs, Seconds now) {
     awaited_ = std::move(windowIDs);
     awaitedUntil_ = now + kResumptionTimeout;
 }
 
-const std::set<std::string>& SessionRestore::awaited(const std::vector<ManagedWindow>& live, Seconds now) {
+const std::set<WindowID>& SessionRestore::awaited(const std::vector<ManagedWindow>& live, Seconds now) {
     for (const auto& window : live) awaited_.erase(window.id);
     if (now >= awaitedUntil_) awaited_.clear();
     return awaited_;
 }
 
-void SessionRestore::expectReturn(const std::string& windowID, const std::optional<CGRect>& formerFrame) {
+void SessionRestore::expectReturn(const WindowID& windowID, const std::optional<CGRect>& formerFrame) {
     returning_[windowID] = formerFrame;
 }
 
@@ -47,19 +47,19 @@ Seconds SessionRestore::beginReturns(Seconds now) {
     return returningUntil_;
 }
 
-std::optional<CGRect> SessionRestore::formerFrame(const std::string& windowID) const {
+std::optional<CGRect> SessionRestore::formerFrame(const WindowID& windowID) const {
     const auto found = returning_.find(windowID);
     return found == returning_.end() ? std::nullopt : found->second;
 }
 
-std::set<std::string> SessionRestore::takeReturned(const std::vector<ManagedWindow>& live, const IsThere& isWaiting,
-                                                   const HasReturned& hasReturned, Seconds now) {
-    std::map<std::string, const ManagedWindow*> windows;
+std::set<WindowID> SessionRestore::takeReturned(const std::vector<ManagedWindow>& live, const IsThere& isWaiting,
+                                                const HasReturned& hasReturned, Seconds now) {
+    std::map<WindowID, const ManagedWindow*> windows;
     for (const auto& window : live) windows[window.id] = &window;
     std::erase_if(returning_,
                   [&](const auto& entry) { return !windows.contains(entry.first) || !isWaiting(entry.first); });
     const bool isLastLook = now >= returningUntil_;
-    std::set<std::string> leaving;
+    std::set<WindowID> leaving;
     std::set<pid_t> undecided;
     for (const auto& [id, former] : returning_) {
         const ManagedWindow& window = *windows.at(id);
@@ -75,7 +75,7 @@ std::set<std::string> SessionRestore::takeReturned(const std::vector<ManagedWind
     return leaving;
 }
 
-void SessionRestore::rename(const std::string& windowID, const std::string& newID) {
+void SessionRestore::rename(const WindowID& windowID, const WindowID& newID) {
     renameIn(awaited_, windowID, newID);
     renameKey(returning_, windowID, newID);
 }

@@ -39,38 +39,38 @@ class SessionRestore {
     void keepProcesses(const std::set<pid_t>& recorded);
 
     /// Awaits windows that are not listed although their processes run.
-    void await(std::set<std::string> windowIDs, Seconds now);
+    void await(std::set<WindowID> windowIDs, Seconds now);
     /// Windows that may still appear.
-    const std::set<std::string>& awaited(const std::vector<ManagedWindow>& live, Seconds now);
+    const std::set<WindowID>& awaited(const std::vector<ManagedWindow>& live, Seconds now);
 
     /// The window was stacked when the former agent ended, which then showed it at the frame.
-    void expectReturn(const std::string& windowID, const std::optional<CGRect>& formerFrame);
+    void expectReturn(const WindowID& windowID, const std::optional<CGRect>& formerFrame);
     /// Starts `kReturnTakesAtMost` for returning windows, and returns the uptime of its end.
     Seconds beginReturns(Seconds now);
     bool hasReturns() const { return !returning_.empty(); }
-    bool isReturning(const std::string& windowID) const { return returning_.contains(windowID); }
+    bool isReturning(const WindowID& windowID) const { return returning_.contains(windowID); }
     /// The window's frame when the former agent ended; absent for a window that is not returning.
-    std::optional<CGRect> formerFrame(const std::string& windowID) const;
-    using IsThere = std::function<bool(const std::string& windowID)>;
+    std::optional<CGRect> formerFrame(const WindowID& windowID) const;
+    using IsThere = std::function<bool(const WindowID& windowID)>;
     using HasReturned = std::function<bool(const ManagedWindow& window, const std::optional<CGRect>& formerFrame)>;
     /// Windows that have returned and are to be hidden again. An application is hidden as a whole, so its windows are
     /// returned together, unless time runs out. Forgets windows for which `isWaiting` is false.
-    std::set<std::string> takeReturned(const std::vector<ManagedWindow>& live, const IsThere& isWaiting,
-                                       const HasReturned& hasReturned, Seconds now);
+    std::set<WindowID> takeReturned(const std::vector<ManagedWindow>& live, const IsThere& isWaiting,
+                                    const HasReturned& hasReturned, Seconds now);
     void forgetReturns() { returning_.clear(); }
 
     /// Whether a timeout is pending, so that polls must go on.
     bool isWaiting() const { return !awaited_.empty() || !returning_.empty(); }
-    void rename(const std::string& windowID, const std::string& newID);
+    void rename(const WindowID& windowID, const WindowID& newID);
 
   private:
     SessionKeeper keeper_;
     std::optional<WorkspaceSession> kept_;
     bool hasTakenUp_ = false;
     std::map<pid_t, std::optional<std::string>> processStarts_;
-    std::set<std::string> awaited_;
+    std::set<WindowID> awaited_;
     Seconds awaitedUntil_{0};
-    std::map<std::string, std::optional<CGRect>> returning_; // by window id
+    std::map<WindowID, std::optional<CGRect>> returning_; // by window id
     Seconds returningUntil_{0};
 };
 

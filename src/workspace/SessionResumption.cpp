@@ -20,15 +20,15 @@ bool isSameWindow(const WorkspaceSessionWindow& former, const ManagedWindow& win
 }
 
 /// Renames all at once, since two windows may have exchanged their ids.
-TileAssignments withNewIDs(TileAssignments assignments, const std::map<std::string, std::string>& newIDs) {
-    const auto now = [&](const std::string& formerID) {
+TileAssignments withNewIDs(TileAssignments assignments, const std::map<WindowID, WindowID>& newIDs) {
+    const auto now = [&](const WindowID& formerID) {
         const auto found = newIDs.find(formerID);
         return found == newIDs.end() ? formerID : found->second;
     };
     for (auto& [target, windowID] : assignments.assignedWindowIDs) windowID = now(windowID);
     for (auto& [target, stack] : assignments.stackWindowIDsByTarget)
         std::transform(stack.begin(), stack.end(), stack.begin(), now);
-    std::map<std::string, std::string> anchors;
+    std::map<WindowID, std::string> anchors;
     for (auto& [windowID, target] : assignments.anchorTargetIDsByWindowID) anchors[now(windowID)] = target;
     assignments.anchorTargetIDsByWindowID = std::move(anchors);
     return assignments;
@@ -39,7 +39,7 @@ TileAssignments withNewIDs(TileAssignments assignments, const std::map<std::stri
 ResumedWindows resumedWindows(const WorkspaceSession& session, const std::vector<ManagedWindow>& liveWindows,
                               const ProcessStartOf& processStartOf) {
     ResumedWindows resumed;
-    std::map<std::string, const ManagedWindow*> liveByID;
+    std::map<WindowID, const ManagedWindow*> liveByID;
     for (const auto& window : liveWindows) liveByID.emplace(window.id, &window);
     std::map<pid_t, std::optional<std::string>> starts;
     const auto startOf = [&](pid_t process) -> const std::optional<std::string>& {
@@ -49,7 +49,7 @@ ResumedWindows resumedWindows(const WorkspaceSession& session, const std::vector
     };
 
     std::vector<ManagedWindowRecoveryIdentity> missing;
-    std::set<std::string> taken;
+    std::set<WindowID> taken;
     for (const auto& former : session.windows) {
         const auto& startNow = startOf(former.processIdentifier);
         const auto live = liveByID.find(former.id);
@@ -77,7 +77,7 @@ ResumedWindows resumedWindows(const WorkspaceSession& session, const std::vector
 TileAssignments resumedTiles(const WorkspaceSessionTiles& tiles, const ResumedWindows& windows) {
     TileAssignments assignments{tiles.assignedWindowIDs, tiles.stackWindowIDs, tiles.anchorTargetIDs};
     if (!assignments.isSound()) return {};
-    std::set<std::string> kept = windows.awaited;
+    std::set<WindowID> kept = windows.awaited;
     for (const auto& [formerID, id] : windows.idNow) kept.insert(formerID);
     assignments.keepOnly(kept);
     return withNewIDs(std::move(assignments), windows.idNow);

@@ -23,8 +23,8 @@ inline constexpr Seconds kResumptionTimeout{10};
 
 /// By the ids of the former session.
 struct ResumedWindows {
-    std::map<std::string, std::string> idNow;
-    std::set<std::string> awaited;
+    std::map<WindowID, WindowID> idNow;
+    std::set<WindowID> awaited;
 };
 
 /// A window is the same if its id and the start of its process are; if no start is known, bundle identifier and title

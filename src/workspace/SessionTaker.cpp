@@ -68,7 +68,7 @@ std::optional<WorkspaceSession> SessionTaker::describeSession() {
 }
 
 WorkspaceSessionWindow SessionTaker::sessionWindow(const ManagedWindow& window,
-                                                   const std::map<std::string, CGSize>& minimums) {
+                                                   const std::map<WindowID, CGSize>& minimums) {
     WorkspaceSessionWindow kept{
         .id = window.id,
         .processIdentifier = window.processIdentifier,
@@ -138,7 +138,7 @@ void SessionTaker::takeUpTiles(const WorkspaceSession& session, const ResumedWin
         }
     }
     keeper_.publishMinimums();
-    std::set<std::string> floating;
+    std::set<WindowID> floating;
     for (const auto& id : session.floatingWindowIDs) {
         if (const auto now = resumed.idNow.find(id); now != resumed.idNow.end()) floating.insert(now->second);
     }
@@ -221,7 +221,7 @@ void SessionTaker::hideStackedWindowsAgain() {
         }
     }
     if (!session_.hasReturns()) return;
-    const auto isWaiting = [this](const std::string& id) {
+    const auto isWaiting = [this](const WindowID& id) {
         return !assignments_.isAssigned(id) && assignments_.stackTargetOf(id);
     };
     const auto hasReturned = [this](const ManagedWindow& window, const std::optional<CGRect>& former) {
@@ -233,7 +233,7 @@ void SessionTaker::hideStackedWindowsAgain() {
     for (const auto& window : liveWindows_) {
         if (window.isVisible && !leaving.contains(window.id)) staying.insert(window.processIdentifier);
     }
-    std::vector<std::string> displaced;
+    std::vector<WindowID> displaced;
     for (const auto& id : leaving) {
         const ManagedWindow window = *liveWindows_.find(id);
         if (staying.contains(window.processIdentifier)) {
@@ -262,8 +262,8 @@ bool SessionTaker::hasComeBackToWait(const ManagedWindow& window, const std::opt
 }
 
 /// Windows that are not listed and may still appear.
-std::set<std::string> SessionTaker::sparedWindowIDs() {
-    std::set<std::string> spared;
+std::set<WindowID> SessionTaker::sparedWindowIDs() {
+    std::set<WindowID> spared;
     if (recovery_.hasDeadline()) spared = recovery_.awaitedWindowIDs();
     const auto& awaited = session_.awaited(liveWindows_.all(), services_.queue.uptime());
     spared.insert(awaited.begin(), awaited.end());

@@ -37,10 +37,10 @@ class SessionTaker {
     std::optional<WorkspaceSession> describeSession();
     bool takeUpSession();
     void hideStackedWindowsAgain();
-    std::set<std::string> sparedWindowIDs();
+    std::set<WindowID> sparedWindowIDs();
 
   private:
-    WorkspaceSessionWindow sessionWindow(const ManagedWindow& window, const std::map<std::string, CGSize>& minimums);
+    WorkspaceSessionWindow sessionWindow(const ManagedWindow& window, const std::map<WindowID, CGSize>& minimums);
     void takeUpTiles(const WorkspaceSession& session, const ResumedWindows& resumed);
     std::set<std::string> takeUpDisplays(const WorkspaceSession& session);
     void expectReturns(const WorkspaceSession& session, const ResumedWindows& resumed);

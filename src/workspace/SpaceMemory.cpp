@@ -7,7 +7,7 @@
 namespace kova {
 
 void SpaceMemory::store(const std::vector<ManagedWindow>& windows, TileAssignments& assignments) {
-    std::map<std::optional<std::uint64_t>, std::set<std::string>> leaving;
+    std::map<std::optional<std::uint64_t>, std::set<WindowID>> leaving;
     for (const auto& window : windows) {
         if (window.isElsewhere && assignments.isInAnyTile(window.id)) leaving[window.space].insert(window.id);
     }
@@ -49,7 +49,7 @@ bool SpaceMemory::restore(const std::vector<ManagedWindow>& windows, std::uint64
     if (places_.empty()) return false;
     std::vector<TileAssignments> returning;
     for (auto& [space, tiles] : places_) {
-        std::set<std::string> back;
+        std::set<WindowID> back;
         for (const auto& window : windows) {
             if (!tiles.isInAnyTile(window.id)) continue;
             const bool belongsHere = space ? *space == shownSpace : change == SpaceChange::possible;
@@ -73,8 +73,8 @@ bool SpaceMemory::restore(const std::vector<ManagedWindow>& windows, std::uint64
     return true;
 }
 
-std::map<std::string, CGRect> SpaceMemory::takeDueFrames(const std::vector<ManagedWindow>& windows) {
-    std::map<std::string, CGRect> due;
+std::map<WindowID, CGRect> SpaceMemory::takeDueFrames(const std::vector<ManagedWindow>& windows) {
+    std::map<WindowID, CGRect> due;
     if (owedFrames_.empty()) return due;
     for (const auto& window : windows) {
         if (window.isElsewhere || !window.isAnswering) continue;
@@ -83,17 +83,17 @@ std::map<std::string, CGRect> SpaceMemory::takeDueFrames(const std::vector<Manag
     return due;
 }
 
-bool SpaceMemory::holds(const std::string& windowID) const {
+bool SpaceMemory::holds(const WindowID& windowID) const {
     return std::ranges::any_of(places_, [&](const Places& places) { return places.tiles.isInAnyTile(windowID); });
 }
 
-void SpaceMemory::keepOnly(const std::set<std::string>& windowIDs) {
+void SpaceMemory::keepOnly(const std::set<WindowID>& windowIDs) {
     for (auto& places : places_) places.tiles.keepOnly(windowIDs);
     std::erase_if(places_, [](const Places& places) { return places.tiles == TileAssignments{}; });
     std::erase_if(owedFrames_, [&](const auto& owed) { return !windowIDs.contains(owed.first); });
 }
 
-void SpaceMemory::rename(const std::string& windowID, const std::string& newID) {
+void SpaceMemory::rename(const WindowID& windowID, const WindowID& newID) {
     for (auto& places : places_) places.tiles.rename(windowID, newID);
     if (auto owed = owedFrames_.extract(windowID)) {
         owed.key() = newID;

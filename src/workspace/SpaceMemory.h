@@ -37,14 +37,14 @@ class SpaceMemory {
                  TileAssignments& assignments);
 
     /// Remembers the frame (window-service space) for when the window is shown and its application responds.
-    void owe(const std::string& windowID, const CGRect& frame) { owedFrames_[windowID] = frame; }
+    void owe(const WindowID& windowID, const CGRect& frame) { owedFrames_[windowID] = frame; }
     /// Returns and removes the pending frames of windows that are shown and whose application responds.
-    std::map<std::string, CGRect> takeDueFrames(const std::vector<ManagedWindow>& windows);
+    std::map<WindowID, CGRect> takeDueFrames(const std::vector<ManagedWindow>& windows);
 
     /// Whether a tile of the window is remembered here.
-    bool holds(const std::string& windowID) const;
-    void keepOnly(const std::set<std::string>& windowIDs);
-    void rename(const std::string& windowID, const std::string& newID);
+    bool holds(const WindowID& windowID) const;
+    void keepOnly(const std::set<WindowID>& windowIDs);
+    void rename(const WindowID& windowID, const WindowID& newID);
     void renameDisplay(const std::string& displayID, const std::string& newID);
 
     const std::vector<Places>& places() const { return places_; }
@@ -55,7 +55,7 @@ class SpaceMemory {
     void add(const std::optional<std::uint64_t>& space, TileAssignments held);
 
     std::vector<Places> places_;
-    std::map<std::string, CGRect> owedFrames_;
+    std::map<WindowID, CGRect> owedFrames_;
 };
 
 } // namespace kova

@@ -4,20 +4,20 @@
 
 namespace kova {
 
-void StackSuccession::noteDisplaced(const std::string& windowID, const std::string& lostTargetID,
+void StackSuccession::noteDisplaced(const WindowID& windowID, const std::string& lostTargetID,
                                     const std::string& waitingTargetID) {
     if (lostTargetID == waitingTargetID) return forget(windowID);
     lostTargetIDs_[windowID] = lostTargetID;
 }
 
-void StackSuccession::rename(const std::string& windowID, const std::string& newID) {
+void StackSuccession::rename(const WindowID& windowID, const WindowID& newID) {
     if (auto lost = lostTargetIDs_.extract(windowID)) {
         lost.key() = newID;
         lostTargetIDs_.insert(std::move(lost));
     }
 }
 
-void StackSuccession::keepOnly(const std::set<std::string>& windowIDs) {
+void StackSuccession::keepOnly(const std::set<WindowID>& windowIDs) {
     std::erase_if(lostTargetIDs_, [&](const auto& entry) { return !windowIDs.contains(entry.first); });
 }
 
@@ -28,7 +28,7 @@ std::vector<std::vector<Promotion>> StackSuccession::candidates(const TileAssign
         const std::string& target = key;
         if (now.assignedWindowIDs.contains(target)) continue;
         std::vector<Promotion> here;
-        const auto offer = [&](const std::string& windowID) {
+        const auto offer = [&](const WindowID& windowID) {
             if (!now.isAssigned(windowID) && !before.isAssigned(windowID)) here.push_back({windowID, target});
         };
         const auto stack = now.stackWindowIDsByTarget.find(target);

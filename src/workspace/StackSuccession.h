@@ -12,7 +12,7 @@
 namespace kova {
 
 struct Promotion {
-    std::string windowID;
+    WindowID windowID;
     std::string targetID;
     bool operator==(const Promotion&) const = default;
 };
@@ -20,12 +20,11 @@ struct Promotion {
 class StackSuccession {
   public:
     /// Records the tile that a window lost to a span, if it differs from the tile in which the window is stacked now.
-    void noteDisplaced(const std::string& windowID, const std::string& lostTargetID,
-                       const std::string& waitingTargetID);
+    void noteDisplaced(const WindowID& windowID, const std::string& lostTargetID, const std::string& waitingTargetID);
     /// Forgets the window, which is a front window again.
-    void forget(const std::string& windowID) { lostTargetIDs_.erase(windowID); }
-    void rename(const std::string& windowID, const std::string& newID);
-    void keepOnly(const std::set<std::string>& windowIDs);
+    void forget(const WindowID& windowID) { lostTargetIDs_.erase(windowID); }
+    void rename(const WindowID& windowID, const WindowID& newID);
+    void keepOnly(const std::set<WindowID>& windowIDs);
 
     /// For each tile that had a front window in `before` and has none in `now`: the windows that may come forward, the
     /// best first. These are the windows of the tile's stack in its order, then windows stacked elsewhere that were
@@ -34,7 +33,7 @@ class StackSuccession {
     std::vector<std::vector<Promotion>> candidates(const TileAssignments& before, const TileAssignments& now) const;
 
   private:
-    std::map<std::string, std::string> lostTargetIDs_; // by the window that is stacked elsewhere
+    std::map<WindowID, std::string> lostTargetIDs_; // by the window that is stacked elsewhere
 };
 
 } // namespace kova

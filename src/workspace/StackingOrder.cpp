@@ -40,7 +40,7 @@ std::vector<const ManagedWindow*> coveredByOthers(const std::vector<const Manage
 
 std::vector<const ManagedWindow*> windowsToRaise(const std::vector<const ManagedWindow*>& windows,
                                                  const std::vector<OnScreenWindow>& onScreen,
-                                                 const std::vector<std::string>& focusOrder) {
+                                                 const std::vector<WindowID>& focusOrder) {
     auto raised = coveredByOthers(windows, onScreen);
     if (raised.empty()) return raised;
     std::reverse(raised.begin(), raised.end()); // the lowest first, so that they keep their order

@@ -19,6 +19,6 @@ std::vector<const ManagedWindow*> coveredByOthers(const std::vector<const Manage
 /// most recent first.
 std::vector<const ManagedWindow*> windowsToRaise(const std::vector<const ManagedWindow*>& windows,
                                                  const std::vector<OnScreenWindow>& onScreen,
-                                                 const std::vector<std::string>& focusOrder);
+                                                 const std::vector<WindowID>& focusOrder);
 
 } // namespace kova

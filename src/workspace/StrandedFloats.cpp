@@ -19,16 +19,16 @@ void StrandedFloats::noteGone(const std::vector<Screen>& before, const std::set<
     }
 }
 
-void StrandedFloats::settle(const std::string& windowID, const CGRect& frame) {
+void StrandedFloats::settle(const WindowID& windowID, const CGRect& frame) {
     const auto found = stranded_.find(windowID);
     if (found != stranded_.end() && !found->second.restingFrame) found->second.restingFrame = frame;
 }
 
-std::vector<std::pair<std::string, CGRect>> StrandedFloats::takeReturned(const std::set<std::string>& connected,
-                                                                         const std::vector<ManagedWindow>& live,
-                                                                         const TileAssignments& tiles) {
+std::vector<std::pair<WindowID, CGRect>> StrandedFloats::takeReturned(const std::set<std::string>& connected,
+                                                                      const std::vector<ManagedWindow>& live,
+                                                                      const TileAssignments& tiles) {
     constexpr double kSamePlacePoints = 2;
-    std::vector<std::pair<std::string, CGRect>> returned;
+    std::vector<std::pair<WindowID, CGRect>> returned;
     std::erase_if(stranded_, [&](const auto& entry) {
         const Stranded& stranded = entry.second;
         if (!connected.contains(stranded.displayID)) return false;
@@ -43,11 +43,11 @@ std::vector<std::pair<std::string, CGRect>> StrandedFloats::takeReturned(const s
     return returned;
 }
 
-void StrandedFloats::keepOnly(const std::set<std::string>& windowIDs) {
+void StrandedFloats::keepOnly(const std::set<WindowID>& windowIDs) {
     std::erase_if(stranded_, [&](const auto& entry) { return !windowIDs.contains(entry.first); });
 }
 
-void StrandedFloats::rename(const std::string& windowID, const std::string& newID) {
+void StrandedFloats::rename(const WindowID& windowID, const WindowID& newID) {
     renameKey(stranded_, windowID, newID);
 }
 

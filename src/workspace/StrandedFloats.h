@@ -23,16 +23,16 @@ class StrandedFloats {
                   const std::vector<ManagedWindow>& live, const TileAssignments& tiles);
     /// Records the frame of the window while its display is disconnected: any other frame later means that it was
     /// moved.
-    void settle(const std::string& windowID, const CGRect& frame);
+    void settle(const WindowID& windowID, const CGRect& frame);
     /// Ids and former frames of the windows whose display is connected, that were not moved and are in no tile. All
     /// windows of connected displays are forgotten.
-    std::vector<std::pair<std::string, CGRect>> takeReturned(const std::set<std::string>& connected,
-                                                             const std::vector<ManagedWindow>& live,
-                                                             const TileAssignments& tiles);
-    void forget(const std::string& windowID) { stranded_.erase(windowID); }
+    std::vector<std::pair<WindowID, CGRect>> takeReturned(const std::set<std::string>& connected,
+                                                          const std::vector<ManagedWindow>& live,
+                                                          const TileAssignments& tiles);
+    void forget(const WindowID& windowID) { stranded_.erase(windowID); }
     void forgetAll() { stranded_.clear(); }
-    void keepOnly(const std::set<std::string>& windowIDs);
-    void rename(const std::string& windowID, const std::string& newID);
+    void keepOnly(const std::set<WindowID>& windowIDs);
+    void rename(const WindowID& windowID, const WindowID& newID);
     void renameDisplay(const std::string& displayID, const std::string& newID);
 
   private:
@@ -41,7 +41,7 @@ class StrandedFloats {
         CGRect frame;
         std::optional<CGRect> restingFrame{};
     };
-    std::map<std::string, Stranded> stranded_; // by window id
+    std::map<WindowID, Stranded> stranded_; // by window id
 };
 
 } // namespace kova

@@ -6,7 +6,7 @@
 
 namespace kova {
 
-std::optional<std::string> TileAssignments::targetOf(const std::string& windowID) const {
+std::optional<std::string> TileAssignments::targetOf(const WindowID& windowID) const {
     if (const auto anchor = anchorTargetIDsByWindowID.find(windowID); anchor != anchorTargetIDsByWindowID.end()) {
         return anchor->second;
     }
@@ -16,14 +16,14 @@ std::optional<std::string> TileAssignments::targetOf(const std::string& windowID
     return found->first;
 }
 
-std::optional<std::string> TileAssignments::stackTargetOf(const std::string& windowID) const {
+std::optional<std::string> TileAssignments::stackTargetOf(const WindowID& windowID) const {
     for (const auto& [target, stack] : stackWindowIDsByTarget) {
         if (std::find(stack.begin(), stack.end(), windowID) != stack.end()) return target;
     }
     return std::nullopt;
 }
 
-std::vector<std::string> TileAssignments::targetsOf(const std::string& windowID) const {
+std::vector<std::string> TileAssignments::targetsOf(const WindowID& windowID) const {
     std::vector<std::string> targets;
     for (const auto& [target, assigned] : assignedWindowIDs) {
         if (assigned == windowID) targets.push_back(target);
@@ -31,11 +31,11 @@ std::vector<std::string> TileAssignments::targetsOf(const std::string& windowID)
     return targets;
 }
 
-bool TileAssignments::isInAnyTile(const std::string& windowID) const {
+bool TileAssignments::isInAnyTile(const WindowID& windowID) const {
     return targetOf(windowID).has_value() || stackTargetOf(windowID).has_value();
 }
 
-std::vector<std::string> TileAssignments::targetsAnchorFirst(const std::string& windowID) const {
+std::vector<std::string> TileAssignments::targetsAnchorFirst(const WindowID& windowID) const {
     auto targets = targetsOf(windowID);
     if (const auto anchor = targetOf(windowID)) {
         const auto at = std::find(targets.begin(), targets.end(), *anchor);
@@ -44,8 +44,8 @@ std::vector<std::string> TileAssignments::targetsAnchorFirst(const std::string& 
     return targets;
 }
 
-std::set<std::string> TileAssignments::windows() const {
-    std::set<std::string> all;
+std::set<WindowID> TileAssignments::windows() const {
+    std::set<WindowID> all;
     for (const auto& [target, window] : assignedWindowIDs) all.insert(window);
     for (const auto& [target, stack] : stackWindowIDsByTarget) all.insert(stack.begin(), stack.end());
     return all;
@@ -61,7 +61,7 @@ TileAssignments TileAssignments::onDisplay(const std::string& displayID) const {
 }
 
 bool TileAssignments::isSound() const {
-    std::map<std::string, std::size_t> tileCounts;
+    std::map<WindowID, std::size_t> tileCounts;
     for (const auto& [target, window] : assignedWindowIDs) ++tileCounts[window];
     for (const auto& [window, count] : tileCounts) {
         const auto anchor = anchorTargetIDsByWindowID.find(window);
@@ -74,7 +74,7 @@ bool TileAssignments::isSound() const {
     for (const auto& [window, anchor] : anchorTargetIDsByWindowID) {
         if (!tileCounts.contains(window)) return false;
     }
-    std::set<std::string> stacked;
+    std::set<WindowID> stacked;
     for (const auto& [target, stack] : stackWindowIDsByTarget) {
         if (stack.empty()) return false;
         for (const auto& window : stack) {
@@ -95,21 +95,20 @@ void TileAssignments::putFrontsFirst() {
     }
 }
 
-void TileAssignments::removeFromStacks(const std::string& windowID) {
+void TileAssignments::removeFromStacks(const WindowID& windowID) {
     for (auto entry = stackWindowIDsByTarget.begin(); entry != stackWindowIDsByTarget.end();) {
         std::erase(entry->second, windowID);
         entry = entry->second.empty() ? stackWindowIDsByTarget.erase(entry) : std::next(entry);
     }
 }
 
-void TileAssignments::remove(const std::string& windowID) {
+void TileAssignments::remove(const WindowID& windowID) {
     removeFromStacks(windowID);
     std::erase_if(assignedWindowIDs, [&](const auto& entry) { return entry.second == windowID; });
     anchorTargetIDsByWindowID.erase(windowID);
 }
 
-void TileAssignments::insertIntoStack(const std::string& targetID, const std::string& windowID,
-                                      StackPosition position) {
+void TileAssignments::insertIntoStack(const std::string& targetID, const WindowID& windowID, StackPosition position) {
     removeFromStacks(windowID);
     auto& stack = stackWindowIDsByTarget[targetID];
     const auto front = assignedWindowIDs.find(targetID);
@@ -120,9 +119,9 @@ void TileAssignments::insertIntoStack(const std::string& targetID, const std::st
     stack.insert(position == StackPosition::front ? stack.begin() : stack.end(), windowID);
 }
 
-std::vector<std::string> TileAssignments::assign(const std::string& windowID, const std::vector<std::string>& targets) {
+std::vector<WindowID> TileAssignments::assign(const WindowID& windowID, const std::vector<std::string>& targets) {
     if (targets.empty()) return {};
-    std::vector<std::string> displaced;
+    std::vector<WindowID> displaced;
     for (const auto& target : targets) {
         const auto front = assignedWindowIDs.find(target);
         if (front == assignedWindowIDs.end() || front->second == windowID) continue;
@@ -145,8 +144,8 @@ std::vector<std::string> TileAssignments::assign(const std::string& windowID, co
 }
 
 void TileAssignments::mergeStacksInto(const std::string& anchorTargetID, const std::vector<std::string>& targets,
-                                      const std::vector<std::string>& displacedWindowIDs) {
-    std::vector<std::string> waiting;
+                                      const std::vector<WindowID>& displacedWindowIDs) {
+    std::vector<WindowID> waiting;
     for (const auto& target : targets) {
         const auto stack = stackWindowIDsByTarget.find(target);
         if (target == anchorTargetID || stack == stackWindowIDsByTarget.end()) continue;
@@ -160,14 +159,14 @@ void TileAssignments::mergeStacksInto(const std::string& anchorTargetID, const s
     for (const auto& id : waiting) insertIntoStack(anchorTargetID, id, StackPosition::behind);
 }
 
-void TileAssignments::adopt(const std::string& windowID, const TileAssignments& other) {
+void TileAssignments::adopt(const WindowID& windowID, const TileAssignments& other) {
     const auto targets = other.targetsAnchorFirst(windowID);
     if (targets.empty()) return;
     insertIntoStack(targets.front(), windowID, StackPosition::front);
     (void)assign(windowID, targets); // windows displaced here were not in `other`
 }
 
-void TileAssignments::rename(const std::string& windowID, const std::string& newID) {
+void TileAssignments::rename(const WindowID& windowID, const WindowID& newID) {
     for (auto& [target, front] : assignedWindowIDs) {
         if (front == windowID) front = newID;
     }
@@ -183,16 +182,16 @@ void TileAssignments::renameDisplay(const std::string& displayID, const std::str
     const auto renamed = [&](const std::string& target) {
         return target.starts_with(prefix) ? tileTargetID(newID, target.substr(prefix.size())) : target;
     };
-    std::map<std::string, std::string> fronts;
+    std::map<std::string, WindowID> fronts;
     for (auto& [target, window] : assignedWindowIDs) fronts.emplace(renamed(target), std::move(window));
     assignedWindowIDs = std::move(fronts);
-    std::map<std::string, std::vector<std::string>> stacks;
+    std::map<std::string, std::vector<WindowID>> stacks;
     for (auto& [target, stack] : stackWindowIDsByTarget) stacks.emplace(renamed(target), std::move(stack));
     stackWindowIDsByTarget = std::move(stacks);
     for (auto& [window, anchor] : anchorTargetIDsByWindowID) anchor = renamed(anchor);
 }
 
-void TileAssignments::keepOnly(const std::set<std::string>& liveWindowIDs) {
+void TileAssignments::keepOnly(const std::set<WindowID>& liveWindowIDs) {
     std::erase_if(assignedWindowIDs, [&](const auto& entry) { return !liveWindowIDs.contains(entry.second); });
     for (auto entry = stackWindowIDsByTarget.begin(); entry != stackWindowIDsByTarget.end();) {
         std::erase_if(entry->second, [&](const auto& id) { return !liveWindowIDs.contains(id); });

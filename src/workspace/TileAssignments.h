@@ -5,6 +5,7 @@
 #pragma once
 
 #include "layout/TileSpans.h"
+#include "support/Identifiers.h"
 
 #include <map>
 #include <optional>
@@ -15,53 +16,53 @@
 namespace kova {
 
 struct TileAssignments {
-    std::map<std::string, std::string> assignedWindowIDs;                   // tile-target id -> window id
-    std::map<std::string, std::vector<std::string>> stackWindowIDsByTarget; // front first
-    std::map<std::string, std::string> anchorTargetIDsByWindowID;           // spanning windows only
+    std::map<std::string, WindowID> assignedWindowIDs;                   // tile-target id -> window id
+    std::map<std::string, std::vector<WindowID>> stackWindowIDsByTarget; // front first
+    std::map<WindowID, std::string> anchorTargetIDsByWindowID;           // spanning windows only
 
     /// The tile that the window fronts: its anchor when it spans several; absent when it fronts none.
-    std::optional<std::string> targetOf(const std::string& windowID) const;
+    std::optional<std::string> targetOf(const WindowID& windowID) const;
     /// The tile whose stack holds the window, front or not; absent when no stack does.
-    std::optional<std::string> stackTargetOf(const std::string& windowID) const;
+    std::optional<std::string> stackTargetOf(const WindowID& windowID) const;
     /// Every tile that the window fronts, in key order.
-    std::vector<std::string> targetsOf(const std::string& windowID) const;
+    std::vector<std::string> targetsOf(const WindowID& windowID) const;
     /// Whether the window fronts a tile.
-    bool isAssigned(const std::string& windowID) const { return targetOf(windowID).has_value(); }
-    bool isInAnyTile(const std::string& windowID) const;
+    bool isAssigned(const WindowID& windowID) const { return targetOf(windowID).has_value(); }
+    bool isInAnyTile(const WindowID& windowID) const;
     /// Every tile that the window fronts, its anchor first; empty when it fronts none.
-    std::vector<std::string> targetsAnchorFirst(const std::string& windowID) const;
+    std::vector<std::string> targetsAnchorFirst(const WindowID& windowID) const;
     /// Every front window and every stacked window.
-    std::set<std::string> windows() const;
+    std::set<WindowID> windows() const;
     /// The part of the assignments that belongs to one display.
     TileAssignments onDisplay(const std::string& displayID) const;
     /// Whether the invariants of assignments hold; they may not for an edited file.
     bool isSound() const;
 
     /// Takes the window out of every stack, dropping stacks that become empty.
-    void removeFromStacks(const std::string& windowID);
+    void removeFromStacks(const WindowID& windowID);
     /// Removes the window from all tiles and stacks.
-    void remove(const std::string& windowID);
+    void remove(const WindowID& windowID);
     enum class StackPosition { front, behind };
     /// Puts the window into one stack only, before or after its members. A front window without a stack becomes the
     /// first member.
-    void insertIntoStack(const std::string& targetID, const std::string& windowID, StackPosition position);
+    void insertIntoStack(const std::string& targetID, const WindowID& windowID, StackPosition position);
     /// Makes the window the front window of `targets` (anchor first) and of no other tile. Returns the former front
     /// windows, each once; they lose all their tiles and their anchors but stay in their stacks.
-    std::vector<std::string> assign(const std::string& windowID, const std::vector<std::string>& targets);
+    std::vector<WindowID> assign(const WindowID& windowID, const std::vector<std::string>& targets);
     /// The tiles of a span share the stack of its anchor: windows stacked in the other tiles, and displaced windows
     /// whose own stack has no front window any more, are moved there.
     void mergeStacksInto(const std::string& anchorTargetID, const std::vector<std::string>& targets,
-                         const std::vector<std::string>& displacedWindowIDs);
+                         const std::vector<WindowID>& displacedWindowIDs);
     /// Moves the front window of a tile to the first place of its stack, if it has one.
     void putFrontsFirst();
     /// Copies the window's tiles, and its place at the front of its stack, from `other`.
-    void adopt(const std::string& windowID, const TileAssignments& other);
+    void adopt(const WindowID& windowID, const TileAssignments& other);
     /// Renames the window; the new id must be in no tile.
-    void rename(const std::string& windowID, const std::string& newID);
+    void rename(const WindowID& windowID, const WindowID& newID);
     /// Renames the display; the new id must have no tiles yet.
     void renameDisplay(const std::string& displayID, const std::string& newID);
     /// Keeps only windows in `liveWindowIDs`, in their order. A tile that loses its front window gets no new one.
-    void keepOnly(const std::set<std::string>& liveWindowIDs);
+    void keepOnly(const std::set<WindowID>& liveWindowIDs);
 
     bool operator==(const TileAssignments&) const = default;
 };

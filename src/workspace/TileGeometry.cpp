@@ -102,7 +102,7 @@ std::optional<CGRect> TileGeometry::tileFrameOnScreen(const std::string& targetI
     return std::nullopt;
 }
 
-std::optional<CGRect> TileGeometry::frameForWindow(const std::string& windowID) const {
+std::optional<CGRect> TileGeometry::frameForWindow(const WindowID& windowID) const {
     const auto target = assignments_.targetOf(windowID);
     const Screen* screen = target ? screenOfTarget(*target) : nullptr;
     if (!screen) return std::nullopt;
@@ -111,14 +111,14 @@ std::optional<CGRect> TileGeometry::frameForWindow(const std::string& windowID) 
     return frame == frames.end() ? std::nullopt : std::optional(frame->second);
 }
 
-std::map<std::string, CGRect> TileGeometry::framesOfTiledWindows() const {
-    std::map<std::string, CGRect> all;
+std::map<WindowID, CGRect> TileGeometry::framesOfTiledWindows() const {
+    std::map<WindowID, CGRect> all;
     for (const auto& screen : *state_.screens) all.merge(framesOfTiledWindows(screen));
     return all;
 }
 
-std::map<std::string, CGRect> TileGeometry::framesOfTiledWindows(const Screen& screen) const {
-    std::map<std::string, std::vector<CGRect>> cells; // in screen space, by window id; free tiles under ""
+std::map<WindowID, CGRect> TileGeometry::framesOfTiledWindows(const Screen& screen) const {
+    std::map<WindowID, std::vector<CGRect>> cells; // in screen space, by window id; free tiles under ""
     const std::string id = displayID(screen);
     const SolvedLayout& solved = solvedTiles(screen);
     for (std::size_t i = 0; i < solved.slots.size(); ++i) {
@@ -126,7 +126,7 @@ std::map<std::string, CGRect> TileGeometry::framesOfTiledWindows(const Screen& s
         const bool isTaken = front != assignments_.assignedWindowIDs.end();
         cells[isTaken ? front->second : ""].push_back(kova::tileFrameOnScreen(solved.frames[i], screen.visibleFrame));
     }
-    std::map<std::string, CGRect> frames;
+    std::map<WindowID, CGRect> frames;
     for (const auto& [window, own] : cells) {
         if (window.empty()) continue;
         std::vector<CGRect> others;
@@ -203,7 +203,7 @@ CGRect TileGeometry::restingFrame(const ManagedWindow& window, const CGRect& til
 }
 
 TileRoom TileGeometry::roomOn(const Screen& screen) const {
-    std::map<std::string, TileHolder> holders; // by window id
+    std::map<WindowID, TileHolder> holders; // by window id
     const std::string id = displayID(screen);
     for (const auto& [target, windowID] : assignments_.assignedWindowIDs) {
         const auto slot = slotIDOn(id, target);
@@ -288,7 +288,7 @@ std::optional<CGRect> TileGeometry::zoomFrame(const std::string& id) const {
 }
 
 /// The tile into which the window would move if it were dropped there; absent over its own, too.
-std::optional<std::string> TileGeometry::dropTarget(const std::string& windowID, CGPoint pointOnScreen) const {
+std::optional<std::string> TileGeometry::dropTarget(const WindowID& windowID, CGPoint pointOnScreen) const {
     for (const auto& tile : tiles()) {
         if (!containsPoint(tile.frameOnScreen, pointOnScreen)) continue;
         return tile.windowID == windowID ? std::nullopt : std::optional(tile.targetID);

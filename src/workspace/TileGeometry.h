@@ -50,10 +50,10 @@ class TileGeometry {
     /// Absent when the layout in force has no such tile.
     std::optional<CGRect> tileFrameOnScreen(const std::string& targetID) const;
     /// The frame of the window by its tiles, in window-service space.
-    std::optional<CGRect> frameForWindow(const std::string& windowID) const;
+    std::optional<CGRect> frameForWindow(const WindowID& windowID) const;
     /// The frames of all front windows by their tiles, by window id, in window-service space.
-    std::map<std::string, CGRect> framesOfTiledWindows() const;
-    std::map<std::string, CGRect> framesOfTiledWindows(const Screen& screen) const;
+    std::map<WindowID, CGRect> framesOfTiledWindows() const;
+    std::map<WindowID, CGRect> framesOfTiledWindows(const Screen& screen) const;
     /// The tiles of every display, in the platform's order and the layouts' order.
     std::vector<WorkspaceTile> tiles() const;
     /// The display of the window's tile, else the one that shows most of it; null if none does.
@@ -84,7 +84,7 @@ class TileGeometry {
     /// Absent when the display of the tile is not connected.
     std::optional<LearntPlace> learntPlace(const std::string& targetID) const;
     /// The tile into which the window would move if it were dropped there (screen space); absent over its own.
-    std::optional<std::string> dropTarget(const std::string& windowID, CGPoint pointOnScreen) const;
+    std::optional<std::string> dropTarget(const WindowID& windowID, CGPoint pointOnScreen) const;
     /// Applications of the windows in the display's tiles, each once; of all live windows when none is named.
     std::vector<std::string> applicationsOn(const std::optional<std::string>& displayID) const;
     /// The layout in force, weights applied.

@@ -14,8 +14,8 @@ using BringToFront = AccessibilityWindowService::BringToFront;
 
 namespace {
 
-std::set<std::string> visibleIDs(const std::vector<ManagedWindow>& windows) {
-    std::set<std::string> visible;
+std::set<WindowID> visibleIDs(const std::vector<ManagedWindow>& windows) {
+    std::set<WindowID> visible;
     for (const auto& window : windows) {
         if (window.isVisible) visible.insert(window.id);
     }
@@ -32,7 +32,7 @@ TileKeeper::TileKeeper(WorkspaceParts& parts, WorkspaceAccess& access, TileGeome
     focusMode_(parts.focusMode), pointer_(parts.pointer), frames_(parts.frames), awaited_(parts.awaited),
     arranger_(parts.arranger), access_(access), geometry_(geometry), presenter_(presenter) {}
 
-void TileKeeper::noteMovedByUser(const std::string& windowID) {
+void TileKeeper::noteMovedByUser(const WindowID& windowID) {
     displays_.forget(windowID);
     awaited_.noteMovedByUser(windowID);
     tileMemory_.homes().forget(windowID);
@@ -64,7 +64,7 @@ void TileKeeper::layoutChanged(const std::string& id) {
     frames_.reflow().forgetAllPushes();
     (void)arranger_.supersede(); // the remaining steps of an arrangement are for the former tiles
     commit({.hasMovedTiles = true,
-            .claimant = access_.mayMoveWindows() ? std::optional<std::string>("") : std::nullopt,
+            .claimant = access_.mayMoveWindows() ? std::optional<WindowID>("") : std::nullopt,
             .straying = FrameKeeper::Straying::any});
 }
 
@@ -102,12 +102,12 @@ void TileKeeper::commit(const Transaction& changes) {
 }
 
 /// Returns the former front windows of the tiles, each once.
-std::vector<std::string> TileKeeper::takeTiles(const std::string& windowID, const Covering& covering) {
+std::vector<WindowID> TileKeeper::takeTiles(const WindowID& windowID, const Covering& covering) {
     std::vector<std::string> targetIDs;
     for (const auto& target : covering.targets) targetIDs.push_back(target.id());
     const std::string& anchorID = targetIDs.front();
     tileMemory_.spaces().storeFrom(targetIDs, liveWindows_.all(), assignments_);
-    std::map<std::string, std::string> lost; // by the displaced window
+    std::map<WindowID, std::string> lost; // by the displaced window
     for (const auto& target : targetIDs) {
         const auto front = assignments_.assignedWindowIDs.find(target);
         if (front != assignments_.assignedWindowIDs.end()) lost[front->second] = *assignments_.targetOf(front->second);
@@ -143,7 +143,7 @@ void TileKeeper::announceClaim(const ManagedWindow& window, const Covering& cove
     state_.placementNotice.set(notice);
 }
 
-bool TileKeeper::placeWindow(const std::string& windowID, const std::string& targetID, Focusing focusing) {
+bool TileKeeper::placeWindow(const WindowID& windowID, const std::string& targetID, Focusing focusing) {
     const ManagedWindow* live = liveWindows_.find(windowID);
     if (!live) return false;
     const ManagedWindow window = *live;
@@ -156,7 +156,7 @@ bool TileKeeper::placeWindow(const std::string& windowID, const std::string& tar
 }
 
 /// A window that did not shrink shows its minimum size in the directions in which it stayed larger than requested.
-void TileKeeper::minimumSizeObserved(const std::string& windowID, const CGRect& wanted, const CGRect& actual) {
+void TileKeeper::minimumSizeObserved(const WindowID& windowID, const CGRect& wanted, const CGRect& actual) {
     frames_.sizes().endRetry(windowID);
     ManagedWindow* window = liveWindows_.find(windowID);
     if (!window || window->isFullScreen || window->isMaximized) return;
@@ -172,7 +172,7 @@ void TileKeeper::minimumSizeObserved(const std::string& windowID, const CGRect& 
 }
 
 /// Lays the display out now, or as soon as it may be; not at all once the limit for the window is reached.
-void TileKeeper::reflow(const std::string& windowID) {
+void TileKeeper::reflow(const WindowID& windowID) {
     const ManagedWindow* window = liveWindows_.find(windowID);
     const auto target = assignments_.targetOf(windowID);
     const Screen* screen = target ? geometry_.screenOfTarget(*target) : nullptr;
@@ -210,11 +210,11 @@ void TileKeeper::makeRoomFor(const ManagedWindow& window) {
 
 /// Windows whose tiles are too small claim spans, `first` before all others. The loop ends, since every claim adds
 /// tiles.
-void TileKeeper::claimRoomWhereNeeded(const std::string& first) {
-    std::optional<std::set<std::string>> shown; // before the first claim
+void TileKeeper::claimRoomWhereNeeded(const WindowID& first) {
+    std::optional<std::set<WindowID>> shown; // before the first claim
     for (const Screen& screen : std::vector<Screen>(*state_.screens)) {
         if (focusMode_.ownsDisplay(displayID(screen))) continue;
-        std::set<std::string> done; // once each, so that the loop ends
+        std::set<WindowID> done; // once each, so that the loop ends
         while (const auto claim = nextClaimOn(screen, first, done)) {
             done.insert(claim->first.id);
             if (!shown) shown = visibleIDs(liveWindows_.all());
@@ -233,11 +233,11 @@ void TileKeeper::claimRoomWhereNeeded(const std::string& first) {
     publishAssignments();
 }
 
-std::optional<std::pair<ManagedWindow, Covering>>
-TileKeeper::nextClaimOn(const Screen& screen, const std::string& first, const std::set<std::string>& done) const {
+std::optional<std::pair<ManagedWindow, Covering>> TileKeeper::nextClaimOn(const Screen& screen, const WindowID& first,
+                                                                          const std::set<WindowID>& done) const {
     const TileRoom room = geometry_.roomOn(screen);
     auto cramped = room.cramped();
-    std::stable_partition(cramped.begin(), cramped.end(), [&](const std::string& id) { return id == first; });
+    std::stable_partition(cramped.begin(), cramped.end(), [&](const WindowID& id) { return id == first; });
     for (const auto& windowID : cramped) {
         const ManagedWindow* window = liveWindows_.find(windowID);
         const auto anchor = assignments_.targetOf(windowID);
@@ -250,7 +250,7 @@ TileKeeper::nextClaimOn(const Screen& screen, const std::string& first, const st
             return std::ranges::find(own, tileTargetID(displayID(screen), id)) == own.end();
         });
         const auto losers = room.holdersOf(slots, windowID);
-        const bool takesFromFullScreen = std::ranges::any_of(losers, [&](const std::string& id) {
+        const bool takesFromFullScreen = std::ranges::any_of(losers, [&](const WindowID& id) {
             const ManagedWindow* loser = liveWindows_.find(id);
             return loser && loser->isFullScreen;
         });
@@ -296,7 +296,7 @@ void TileKeeper::noteSizesSeen() {
 
 /// Requests once the size that the tile would have without the learned minimum. If the window refuses, its size does
 /// not change; otherwise the next poll sees it smaller and the learned minimum is forgotten.
-void TileKeeper::retryMinimum(const std::string& windowID) {
+void TileKeeper::retryMinimum(const WindowID& windowID) {
     const ManagedWindow* window = liveWindows_.find(windowID);
     const auto anchor = assignments_.targetOf(windowID);
     const Screen* screen = anchor ? geometry_.screenOfTarget(*anchor) : nullptr;
@@ -324,13 +324,13 @@ void TileKeeper::retryMinimum(const std::string& windowID) {
 void TileKeeper::giveBackSpans() {
     if (focusMode_.isOn()) return;
     const auto& anchors = assignments_.anchorTargetIDsByWindowID;
-    const auto minimumOf = [this](const std::string& id) -> std::optional<CGSize> {
+    const auto minimumOf = [this](const WindowID& id) -> std::optional<CGSize> {
         const ManagedWindow* window = liveWindows_.find(id);
         return window ? std::optional(geometry_.minimumSizeOf(*window)) : std::nullopt;
     };
     const auto modest = frames_.takeShrunken(anchors, minimumOf);
     const TileAssignments assignmentsBefore = assignments_;
-    for (const std::string& id : modest) {
+    for (const WindowID& id : modest) {
         const ManagedWindow window = *liveWindows_.find(id);
         const auto covering = geometry_.coveringFor(window, *assignments_.targetOf(window.id));
         const auto own = assignments_.targetsOf(window.id);
@@ -350,7 +350,7 @@ void TileKeeper::giveBackSpans() {
 }
 
 /// A rule for an application does not move a window that was placed individually.
-void TileKeeper::noteHasItsPlace(const std::string& windowID) {
+void TileKeeper::noteHasItsPlace(const WindowID& windowID) {
     if (*state_.continuousManagementEnabled) tileMemory_.notePlaced(windowID);
 }
 
@@ -384,12 +384,13 @@ bool TileKeeper::bringForward(const Promotion& promotion) {
 /// for example after a sleep, may return.
 void TileKeeper::keepFloatingValid() {
     auto floating = *state_.floatingWindowIDs;
-    const auto hasEnded = [&](const std::string& id) {
+    const auto hasEnded = [&](const WindowID& id) {
         pid_t process = 0;
-        std::from_chars(id.data(), id.data() + id.size(), process); // an id begins with the process
+        std::from_chars(id.text().data(), id.text().data() + id.text().size(),
+                        process); // an id begins with the process
         return !liveWindows_.find(id) && !services_.applications.runningApplication(process);
     };
-    const auto ended = [&](const std::string& id) { return assignments_.isInAnyTile(id) || hasEnded(id); };
+    const auto ended = [&](const WindowID& id) { return assignments_.isInAnyTile(id) || hasEnded(id); };
     if (std::erase_if(floating, ended) > 0) state_.floatingWindowIDs.set(std::move(floating));
 }
 

@@ -45,25 +45,25 @@ class TileKeeper {
     /// Ends every operation that edits tiles.
     void commit(const Transaction& changes);
     /// Assigns the tiles and returns the displaced windows, each once. Writes no frame.
-    std::vector<std::string> takeTiles(const std::string& windowID, const Covering& covering);
+    std::vector<WindowID> takeTiles(const WindowID& windowID, const Covering& covering);
     /// Takes the tiles, hides the windows that lost theirs, and requests the frame.
     void place(const ManagedWindow& window, const Covering& covering, AccessibilityWindowService::BringToFront raise);
     /// Places the window in one tile and commits. False if there is no such window or tile.
-    bool placeWindow(const std::string& windowID, const std::string& targetID, Focusing focusing);
+    bool placeWindow(const WindowID& windowID, const std::string& targetID, Focusing focusing);
     /// Publishes that the window took more than one tile.
     void announceClaim(const ManagedWindow& window, const Covering& covering);
     /// Fills tiles that have lost their front window since `before` from their stacks.
     void bringNextForward(const TileAssignments& before);
     /// Windows whose tiles are too small claim spans, `first` before all others.
-    void claimRoomWhereNeeded(const std::string& first = {});
+    void claimRoomWhereNeeded(const WindowID& first = {});
     /// Windows that need less room than when they claimed their span keep only the tiles that they need.
     void giveBackSpans();
     /// Records that the window kept `actual` after a request for `wanted`; both in window-service space.
-    void minimumSizeObserved(const std::string& windowID, const CGRect& wanted, const CGRect& actual);
+    void minimumSizeObserved(const WindowID& windowID, const CGRect& wanted, const CGRect& actual);
     /// Drops learned minimum sizes that windows are smaller than.
     void noteSizesSeen();
     /// Requests once a size below the window's learned minimum, if that is due.
-    void retryMinimum(const std::string& windowID);
+    void retryMinimum(const WindowID& windowID);
     void publishMinimums() { state_.observedMinimumSizes.set(frames_.sizes().shown()); }
     /// Publishes and stores it.
     void setProfile(WorkspaceProfile profile);
@@ -72,17 +72,17 @@ class TileKeeper {
     /// Empty splits restore the layout's own weights.
     void storeWeights(const std::string& displayID, const std::string& layoutID, LayoutWeightOverrides weights);
     /// Marks the window, so that rules do not move it.
-    void noteHasItsPlace(const std::string& windowID);
+    void noteHasItsPlace(const WindowID& windowID);
     /// Forgets all remembered tiles of the window.
-    void noteMovedByUser(const std::string& windowID);
+    void noteMovedByUser(const WindowID& windowID);
 
   private:
     void keepFloatingValid();
     bool bringForward(const Promotion& promotion);
-    std::optional<std::pair<ManagedWindow, Covering>> nextClaimOn(const Screen& screen, const std::string& first,
-                                                                  const std::set<std::string>& done) const;
+    std::optional<std::pair<ManagedWindow, Covering>> nextClaimOn(const Screen& screen, const WindowID& first,
+                                                                  const std::set<WindowID>& done) const;
     void moveOutOfTheWay(const Screen& screen, const std::pair<ManagedWindow, Covering>& claim);
-    void reflow(const std::string& windowID);
+    void reflow(const WindowID& windowID);
     void rememberMinimum(const ManagedWindow& window, std::optional<CGSize> minimum);
     void makeRoomFor(const ManagedWindow& window);
 

@@ -4,17 +4,17 @@
 
 namespace kova {
 
-void TileMemory::keepPlaced(const std::function<bool(const std::string& windowID)>& isLive) {
-    std::erase_if(placed_, [&](const std::string& id) { return !isLive(id); });
+void TileMemory::keepPlaced(const std::function<bool(const WindowID& windowID)>& isLive) {
+    std::erase_if(placed_, [&](const WindowID& id) { return !isLive(id); });
 }
 
-void TileMemory::keepOnly(const std::set<std::string>& windowIDs) {
+void TileMemory::keepOnly(const std::set<WindowID>& windowIDs) {
     spaces_.keepOnly(windowIDs);
     homes_.keepOnly(windowIDs);
     succession_.keepOnly(windowIDs);
 }
 
-void TileMemory::rename(const std::string& windowID, const std::string& newID) {
+void TileMemory::rename(const WindowID& windowID, const WindowID& newID) {
     spaces_.rename(windowID, newID);
     homes_.rename(windowID, newID);
     succession_.rename(windowID, newID);

@@ -23,20 +23,20 @@ class TileMemory {
 
     /// Windows that rules do not move any more: a rule was evaluated for them, or they were put into a tile in another
     /// way.
-    const std::set<std::string>& placed() const { return placed_; }
-    bool isPlaced(const std::string& windowID) const { return placed_.contains(windowID); }
-    void notePlaced(const std::string& windowID) { placed_.insert(windowID); }
-    void keepPlaced(const std::function<bool(const std::string& windowID)>& isLive);
+    const std::set<WindowID>& placed() const { return placed_; }
+    bool isPlaced(const WindowID& windowID) const { return placed_.contains(windowID); }
+    void notePlaced(const WindowID& windowID) { placed_.insert(windowID); }
+    void keepPlaced(const std::function<bool(const WindowID& windowID)>& isLive);
 
-    void keepOnly(const std::set<std::string>& windowIDs);
-    void rename(const std::string& windowID, const std::string& newID);
+    void keepOnly(const std::set<WindowID>& windowIDs);
+    void rename(const WindowID& windowID, const WindowID& newID);
     void renameDisplay(const std::string& displayID, const std::string& newID);
 
   private:
     SpaceMemory spaces_;
     LayoutHomes homes_;
     StackSuccession succession_;
-    std::set<std::string> placed_;
+    std::set<WindowID> placed_;
 };
 
 } // namespace kova

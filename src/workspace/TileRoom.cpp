@@ -9,7 +9,8 @@ namespace kova {
 
 namespace {
 
-bool contains(const std::vector<std::string>& ids, const std::string& id) {
+template <class Id>
+bool contains(const std::vector<Id>& ids, const Id& id) {
     return std::find(ids.begin(), ids.end(), id) != ids.end();
 }
 
@@ -29,7 +30,7 @@ TileRoom TileRoom::with(std::vector<TileHolder> holders) const {
 }
 
 std::vector<TileHolder> TileRoom::withoutHoldersOf(const std::vector<std::string>& slotIDs,
-                                                   const std::string& windowID) const {
+                                                   const WindowID& windowID) const {
     const auto leaving = holdersOf(slotIDs, windowID);
     std::vector<TileHolder> rest;
     for (const auto& holder : holders_) {
@@ -38,9 +39,8 @@ std::vector<TileHolder> TileRoom::withoutHoldersOf(const std::vector<std::string
     return rest;
 }
 
-std::set<std::string> TileRoom::holdersOf(const std::vector<std::string>& slotIDs,
-                                          const std::string& exceptWindowID) const {
-    std::set<std::string> found;
+std::set<WindowID> TileRoom::holdersOf(const std::vector<std::string>& slotIDs, const WindowID& exceptWindowID) const {
+    std::set<WindowID> found;
     for (const auto& holder : holders_) {
         const bool holdsOne = std::any_of(holder.slotIDs.begin(), holder.slotIDs.end(),
                                           [&](const std::string& slot) { return contains(slotIDs, slot); });
@@ -79,8 +79,8 @@ bool TileRoom::isCramped(const TileHolder& holder, const SolvedLayout& solved) c
            cell.height - 2 * tileInset_ < least.height - kMinimumFitTolerance;
 }
 
-std::vector<std::string> TileRoom::cramped() const {
-    std::vector<std::string> found;
+std::vector<WindowID> TileRoom::cramped() const {
+    std::vector<WindowID> found;
     const SolvedLayout solved = this->solved();
     for (const auto& holder : holders_) {
         if (isCramped(holder, solved)) found.push_back(holder.windowID);
@@ -88,7 +88,7 @@ std::vector<std::string> TileRoom::cramped() const {
     return found;
 }
 
-std::vector<std::string> TileRoom::tilesFor(const std::string& windowID, CGSize minimumSize,
+std::vector<std::string> TileRoom::tilesFor(const WindowID& windowID, CGSize minimumSize,
                                             const std::string& slotID) const {
     std::vector<std::string> slots = {slotID};
     std::set<std::string> occupied;

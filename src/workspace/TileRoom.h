@@ -13,7 +13,7 @@ namespace kova {
 
 /// A window in front of one tile, or of the tiles of one span.
 struct TileHolder {
-    std::string windowID;
+    WindowID windowID;
     std::vector<std::string> slotIDs; // anchor first
     CGSize minimumSize{};             // points; 0 where none is known
 };
@@ -25,18 +25,17 @@ class TileRoom {
 
     /// The holders whose tiles leave them less than they need. A window that needs more than all tiles together offer
     /// counts as one that needs just these.
-    std::vector<std::string> cramped() const;
+    std::vector<WindowID> cramped() const;
     /// The tiles that the window covers if it is put into the slot, anchor first: the slot alone if every holder keeps
     /// its room, otherwise the preferred span in which the window fits. The present holders of these tiles lose them.
     /// Empty if the layout has no such slot.
-    std::vector<std::string> tilesFor(const std::string& windowID, CGSize minimumSize, const std::string& slotID) const;
+    std::vector<std::string> tilesFor(const WindowID& windowID, CGSize minimumSize, const std::string& slotID) const;
     /// The holders, other than the window, of any of the slots.
-    std::set<std::string> holdersOf(const std::vector<std::string>& slotIDs, const std::string& exceptWindowID) const;
+    std::set<WindowID> holdersOf(const std::vector<std::string>& slotIDs, const WindowID& exceptWindowID) const;
 
   private:
     TileRoom with(std::vector<TileHolder> holders) const;
-    std::vector<TileHolder> withoutHoldersOf(const std::vector<std::string>& slotIDs,
-                                             const std::string& windowID) const;
+    std::vector<TileHolder> withoutHoldersOf(const std::vector<std::string>& slotIDs, const WindowID& windowID) const;
     SolvedLayout solved() const;
     CGSize attainable(CGSize minimumSize, const SolvedLayout& solved) const;
     bool isCramped(const TileHolder& holder, const SolvedLayout& solved) const;

@@ -19,7 +19,7 @@ struct Transaction {
     bool hasMovedTiles = false;
     /// Windows may lack room now; this one claims tiles first. Empty: no window comes first. Absent: no window lacks
     /// room.
-    std::optional<std::string> claimant{};
+    std::optional<WindowID> claimant{};
     FrameKeeper::Straying straying = FrameKeeper::Straying::noticeable;
 };
 

@@ -69,9 +69,9 @@ void TransitionRecovery::noteReturned(const std::vector<ManagedWindow>& liveWind
     for (const auto& window : liveWindows) returnedWindowIDs_.insert(window.id);
 }
 
-std::vector<std::string> TransitionRecovery::takeRecovered(const std::vector<ManagedWindow>& liveWindows,
-                                                           const TileAssignments& assignments) {
-    std::vector<std::string> recovered;
+std::vector<WindowID> TransitionRecovery::takeRecovered(const std::vector<ManagedWindow>& liveWindows,
+                                                        const TileAssignments& assignments) {
+    std::vector<WindowID> recovered;
     for (const auto& window : liveWindows) {
         if (!assignments.isAssigned(window.id)) continue;
         if (recoveredWindowIDs_.insert(window.id).second) recovered.push_back(window.id);
@@ -86,8 +86,8 @@ bool TransitionRecovery::isComplete(const TileAssignments& assignments) const {
            std::ranges::none_of(awaited, [&](const auto& id) { return assignments.isInAnyTile(id); });
 }
 
-std::set<std::string> TransitionRecovery::awaitedWindowIDs() const {
-    std::set<std::string> awaited;
+std::set<WindowID> TransitionRecovery::awaitedWindowIDs() const {
+    std::set<WindowID> awaited;
     for (const auto& identity : identities_) {
         if (!returnedWindowIDs_.contains(identity.id)) awaited.insert(identity.id);
     }

@@ -35,12 +35,12 @@ class TransitionRecovery {
     std::vector<WindowSuccessor> takeSuccessors(const std::vector<ManagedWindow>& liveWindows,
                                                 const TileAssignments& assignments);
     /// Front windows that have returned and were not placed yet; marks them as placed.
-    std::vector<std::string> takeRecovered(const std::vector<ManagedWindow>& liveWindows,
-                                           const TileAssignments& assignments);
+    std::vector<WindowID> takeRecovered(const std::vector<ManagedWindow>& liveWindows,
+                                        const TileAssignments& assignments);
     /// All assigned and stacked windows have returned, or none was assigned.
     bool isComplete(const TileAssignments& assignments) const;
     /// Remembered windows that have not returned yet.
-    std::set<std::string> awaitedWindowIDs() const;
+    std::set<WindowID> awaitedWindowIDs() const;
 
     // Displays at the begin of the transition, and how long it lasted
     void noteScreens(std::vector<Screen> screens) { screensBefore_ = std::move(screens); }
@@ -56,10 +56,10 @@ class TransitionRecovery {
     void noteReturned(const std::vector<ManagedWindow>& liveWindows);
 
     std::optional<Seconds> deadline_;
-    std::set<std::string> recoveredWindowIDs_;
+    std::set<WindowID> recoveredWindowIDs_;
     std::vector<ManagedWindowRecoveryIdentity> identities_;
-    std::set<std::string> returnedWindowIDs_; // listed again, in front or stacked
-    std::set<std::string> knownWindowIDs_;    // live before the transition; they cannot be renamed windows
+    std::set<WindowID> returnedWindowIDs_; // listed again, in front or stacked
+    std::set<WindowID> knownWindowIDs_;    // live before the transition; they cannot be renamed windows
     std::vector<Screen> screensBefore_;
     UnseenTime unseenTime_;
 };

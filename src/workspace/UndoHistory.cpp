@@ -7,7 +7,7 @@
 
 namespace kova {
 
-void WorkspaceUndoSnapshot::rename(const std::string& windowID, const std::string& newID) {
+void WorkspaceUndoSnapshot::rename(const WindowID& windowID, const WindowID& newID) {
     tiles.rename(windowID, newID);
     spaces.rename(windowID, newID);
     renameKey(windowFrames, windowID, newID);
@@ -45,7 +45,7 @@ std::optional<UndoEntry> UndoHistory::takeNewest() {
     return newest;
 }
 
-void UndoHistory::rename(const std::string& windowID, const std::string& newID) {
+void UndoHistory::rename(const WindowID& windowID, const WindowID& newID) {
     for (auto& entry : entries_) entry.snapshot.rename(windowID, newID);
 }
 

@@ -22,24 +22,24 @@ namespace kova {
 struct WorkspaceUndoSnapshot {
     TileAssignments tiles;
     SpaceMemory spaces;
-    std::map<std::string, CGRect> windowFrames; // window-service space
-    std::set<std::string> minimizedWindowIDs;
-    std::set<std::string> maximizedWindowIDs;
-    std::set<std::string> visibleWindowIDs;
+    std::map<WindowID, CGRect> windowFrames; // window-service space
+    std::set<WindowID> minimizedWindowIDs;
+    std::set<WindowID> maximizedWindowIDs;
+    std::set<WindowID> visibleWindowIDs;
     std::set<pid_t> hiddenProcessIdentifiers; // applications that were hidden
-    std::set<std::string> floatingWindowIDs;  // by command
+    std::set<WindowID> floatingWindowIDs;     // by command
     std::optional<Uuid> activeSceneID;
     WorkspaceProfile profile;
     std::string accentColorID;
     LayoutHomes layoutHomes;
     std::shared_ptr<const AutoArrangeLearningModel> learning; // undo also undoes learning
     /// Whether the window existed when the snapshot was taken.
-    bool knows(const std::string& windowID) const {
+    bool knows(const WindowID& windowID) const {
         return windowFrames.contains(windowID) || minimizedWindowIDs.contains(windowID) ||
                visibleWindowIDs.contains(windowID);
     }
     /// Renames the window.
-    void rename(const std::string& windowID, const std::string& newID);
+    void rename(const WindowID& windowID, const WindowID& newID);
     /// Renames the display, with its layout.
     void renameDisplay(const std::string& displayID, const std::string& newID);
     /// Removes what was learned of the application, so that undo does not restore it.
@@ -73,7 +73,7 @@ class UndoHistory {
     std::size_t size() const { return entries_.size(); }
 
     /// Renames the window.
-    void rename(const std::string& windowID, const std::string& newID);
+    void rename(const WindowID& windowID, const WindowID& newID);
     void renameDisplay(const std::string& displayID, const std::string& newID);
     void forgetApplication(const std::string& applicationKey);
 

@@ -182,13 +182,13 @@ std::vector<ManagedWindow> UndoSteps::windowsAsIn(const WorkspaceUndoSnapshot& s
     return windows;
 }
 
-Outcome UndoSteps::toggleFocusMode(const std::optional<std::string>& windowID) {
+Outcome UndoSteps::toggleFocusMode(const std::optional<WindowID>& windowID) {
     if (!focusMode_.isOn()) return enterFocusMode(windowID);
     leaveFocusMode();
     return Outcome::done("Focus Mode closed — workspace restored");
 }
 
-Outcome UndoSteps::enterFocusMode(const std::optional<std::string>& windowID) {
+Outcome UndoSteps::enterFocusMode(const std::optional<WindowID>& windowID) {
     const auto start = finder_.zoomStartingPoint(windowID);
     if (!start) {
         const bool isThere = finder_.actingWindow(windowID) != nullptr;

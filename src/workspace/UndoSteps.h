@@ -49,7 +49,7 @@ class UndoSteps {
     bool leaveFocusMode();
     /// Leaves focus mode; no-op during a suspension.
     void closeFocusMode();
-    Outcome toggleFocusMode(const std::optional<std::string>& windowID);
+    Outcome toggleFocusMode(const std::optional<WindowID>& windowID);
     /// Ends drags without placing windows; the weights of an unfinished divider drag are dropped.
     void abandonDrags();
     /// Cancels drags: places the windows by the weights and tiles from before the drag.
@@ -61,7 +61,7 @@ class UndoSteps {
   private:
     void restoreWindow(ManagedWindow& window, const WorkspaceUndoSnapshot& snapshot);
     void hideAsIn(const WorkspaceUndoSnapshot& snapshot);
-    Outcome enterFocusMode(const std::optional<std::string>& windowID);
+    Outcome enterFocusMode(const std::optional<WindowID>& windowID);
 
     const WorkspaceServices& services_;
     AccessibilityWindowService& windowService_;

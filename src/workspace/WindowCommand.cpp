@@ -138,7 +138,7 @@ class Planner {
 
   private:
     template <class Make>
-    Planned onWindow(const std::optional<std::string>& wanted, Make make) const {
+    Planned onWindow(const std::optional<WindowID>& wanted, Make make) const {
         const auto& id = wanted ? wanted : input_.focusedWindowID;
         const ManagedWindow* window = id ? windowWith(*id) : nullptr;
         if (!window) return WindowRefusal{wanted ? "There is no such window" : "No managed window has the focus"};
@@ -148,7 +148,7 @@ class Planner {
         return make(*window);
     }
 
-    const ManagedWindow* windowWith(const std::string& id) const {
+    const ManagedWindow* windowWith(const WindowID& id) const {
         const auto found = std::ranges::find(input_.windows, id, &ManagedWindow::id);
         return found == input_.windows.end() ? nullptr : &*found;
     }
@@ -198,7 +198,7 @@ class Planner {
         }
         WindowPlan plan{std::move(action), "Moved " + window.applicationName + " to " + tile.slot.name, {}};
         plan.steps.push_back({Kind::place, window.id, tile.targetID});
-        std::set<std::string> displaced;
+        std::set<WindowID> displaced;
         for (const auto& target : input_.covering(window, tile.targetID)) {
             const auto front = input_.assignments.assignedWindowIDs.find(target);
             if (front == input_.assignments.assignedWindowIDs.end() || front->second == window.id) continue;
@@ -210,12 +210,12 @@ class Planner {
     }
 
     const WorkspaceTile* neighbourOf(const ManagedWindow& window, WorkspaceDirection direction) const {
+        if (!window.frame) return nullptr;
         std::map<std::string, CGRect> frames;
-        if (window.frame) frames[kDirectionalSourceKey] = flipped(*window.frame, input_.firstScreenMaxY);
         for (const WorkspaceTile* tile : tilesOn(displayOf(window))) {
             if (tile->windowID != window.id) frames[tile->targetID] = tile->frameOnScreen;
         }
-        const auto target = neighbourTarget(kDirectionalSourceKey, direction, frames);
+        const auto target = neighbourTarget(flipped(*window.frame, input_.firstScreenMaxY), direction, frames);
         return target ? tileWith(*target) : nullptr;
     }
 

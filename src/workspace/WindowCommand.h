@@ -20,7 +20,7 @@ namespace kova {
 struct WindowStep {
     enum class Kind { place, wait, focus, floating };
     Kind kind = Kind::place;
-    std::string windowID;
+    WindowID windowID;
     std::optional<std::string> targetID; // the tile into which it is put or stacked; absent for the other kinds
     bool operator==(const WindowStep&) const = default;
 };
@@ -46,11 +46,11 @@ struct WindowCommandInput {
     std::vector<WorkspaceTile> tiles; // of all displays, in layout order
     std::vector<Screen> screens;      // in the platform's order
     TileAssignments assignments;
-    std::set<std::string> floatingWindowIDs;
-    std::vector<std::string> focusOrder; // window ids, the most recent first
-    std::optional<std::string> focusedWindowID;
+    std::set<WindowID> floatingWindowIDs;
+    std::vector<WindowID> focusOrder; // window ids, the most recent first
+    std::optional<WindowID> focusedWindowID;
     std::optional<std::string> currentDisplayID;
-    std::map<std::string, std::string> displayIDByWindowID; // windows on no display are missing
+    std::map<WindowID, std::string> displayIDByWindowID; // windows on no display are missing
     /// The tiles that the window covers when it is placed there, anchor first; empty for an unknown tile.
     std::function<std::vector<std::string>(const ManagedWindow&, const std::string& targetID)> covering;
     double firstScreenMaxY = 0;

@@ -15,7 +15,7 @@ WindowCommands::WindowCommands(WorkspaceParts& parts, WorkspaceAccess& access, T
     liveWindows_(parts.liveWindows), assignments_(parts.assignments), access_(access), geometry_(geometry),
     finder_(finder), presenter_(presenter), keeper_(keeper), steps_(steps), arrangement_(arrangement) {}
 
-Outcome WindowCommands::focusWindow(WorkspaceDirection direction, const std::optional<std::string>& fromWindowID) {
+Outcome WindowCommands::focusWindow(WorkspaceDirection direction, const std::optional<WindowID>& fromWindowID) {
     const auto start = finder_.startingPoint(fromWindowID);
     if (!start) return access_.refuse(*finder_.whyNoStartingPoint(fromWindowID));
     const auto target = finder_.neighbourOf(*start, direction, TilesConsidered::occupied);
@@ -29,7 +29,7 @@ Outcome WindowCommands::focusWindow(WorkspaceDirection direction, const std::opt
                                      : access_.refuseSilently("The window there could not be focused");
 }
 
-Outcome WindowCommands::moveWindow(WorkspaceDirection direction, const std::optional<std::string>& windowID) {
+Outcome WindowCommands::moveWindow(WorkspaceDirection direction, const std::optional<WindowID>& windowID) {
     const auto start = finder_.startingPoint(windowID);
     if (!start) return access_.refuse(*finder_.whyNoStartingPoint(windowID));
     const std::string word(describe(direction));
@@ -54,7 +54,7 @@ Outcome WindowCommands::cycleStack(const action::CycleStack& cycle) {
     presenter_.bringBack(window);
     keeper_.placeWindow(window.id, target, Focusing::yes);
     // One of them may have come forward in a tile that the span gave up.
-    std::erase_if(order, [&](const std::string& id) { return assignments_.stackTargetOf(id) != target; });
+    std::erase_if(order, [&](const WindowID& id) { return assignments_.stackTargetOf(id) != target; });
     // A window displaced by a span is stacked after the windows that were stacked here before.
     for (const auto& member : assignments_.stackWindowIDsByTarget[target]) {
         if (std::find(order.begin(), order.end(), member) == order.end()) order.push_back(member);
@@ -173,7 +173,7 @@ void WindowCommands::floatByCommand(const ManagedWindow& window) {
     presenter_.bringBack(window); // a stacked window is hidden
 }
 
-std::optional<std::string> WindowCommands::windowLastFocusedOn(const std::string& wantedDisplayID) const {
+std::optional<WindowID> WindowCommands::windowLastFocusedOn(const std::string& wantedDisplayID) const {
     const auto planned = planCommand(command::FocusDisplay{wantedDisplayID});
     const auto* plan = std::get_if<WindowPlan>(&planned);
     return plan ? std::optional(plan->steps.front().windowID) : std::nullopt;

@@ -9,7 +9,7 @@ namespace kova {
 
 namespace {
 
-using WindowsByID = std::unordered_map<std::string, const ManagedWindow*>;
+using WindowsByID = std::unordered_map<WindowID, const ManagedWindow*>;
 
 WindowsByID byID(const std::vector<ManagedWindow>& windows) {
     WindowsByID index;
@@ -48,13 +48,13 @@ std::vector<WindowSuccessor> takeTabSuccessors(WindowEnumeration& found, const s
     if (isSameList) return {}; // as nearly always
     const WindowsByID known = byID(before);
     std::vector<const ManagedWindow*> newcomers;
-    std::unordered_set<std::string> there;
+    std::unordered_set<WindowID> there;
     for (const auto& window : found.listed) {
         there.insert(window.id);
         if (window.isVisible && !window.parentID && !known.contains(window.id)) newcomers.push_back(&window);
     }
     if (newcomers.empty()) return {};
-    std::unordered_set<std::string> existing; // and not listed any more
+    std::unordered_set<WindowID> existing; // and not listed any more
     for (const auto& window : found.unlisted) (window.answers ? existing : there).insert(window.id);
     std::vector<ManagedWindowRecoveryIdentity> missing;
     for (const auto& window : before) {
@@ -81,16 +81,16 @@ std::vector<WindowSuccessor> takeTabSuccessors(WindowEnumeration& found, const s
 std::vector<ManagedWindow> withUnlisted(WindowEnumeration found, const std::vector<ManagedWindow>& before) {
     auto windows = std::move(found.listed);
     if (found.unlisted.empty()) return windows;
-    std::unordered_map<std::string, const UnlistedWindow*> unlisted;
+    std::unordered_map<WindowID, const UnlistedWindow*> unlisted;
     for (const auto& window : found.unlisted) unlisted.emplace(window.id, &window);
     // Each is inserted after the window that it followed in the former list, so that the order does not change.
-    const auto behind = [&windows](const std::optional<std::string>& id) {
+    const auto behind = [&windows](const std::optional<WindowID>& id) {
         const auto place = id ? std::ranges::find(windows, *id, &ManagedWindow::id) : windows.end();
         return place == windows.end() ? windows.begin() : place + 1;
     };
-    std::unordered_set<std::string> there;
+    std::unordered_set<WindowID> there;
     for (const auto& window : windows) there.insert(window.id);
-    std::optional<std::string> previous;
+    std::optional<WindowID> previous;
     for (const auto& window : before) {
         if (const auto entry = unlisted.find(window.id); entry != unlisted.end()) {
             windows.insert(behind(previous), keptWindow(window, *entry->second));

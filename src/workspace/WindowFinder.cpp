@@ -35,7 +35,7 @@ std::optional<std::string> WindowFinder::currentDisplayID() const {
 }
 
 /// A dialog's is that of its window.
-std::optional<std::string> WindowFinder::focusedWindowID() const {
+std::optional<WindowID> WindowFinder::focusedWindowID() const {
     const auto focused = windowService_.focusedWindowID();
     return focused ? std::optional(liveWindows_.dialogs().ownerOf(*focused)) : std::nullopt;
 }
@@ -45,12 +45,12 @@ const ManagedWindow* WindowFinder::focusedWindow() const {
     return focused ? liveWindows_.find(*focused) : nullptr;
 }
 
-const ManagedWindow* WindowFinder::actingWindow(const std::optional<std::string>& windowID) const {
+const ManagedWindow* WindowFinder::actingWindow(const std::optional<WindowID>& windowID) const {
     return windowID ? liveWindows_.find(*windowID) : focusedWindow();
 }
 
 /// The window, else the focused one of the front application, if it is managed and in a tile.
-std::optional<StartingPoint> WindowFinder::startingPoint(const std::optional<std::string>& windowID) const {
+std::optional<StartingPoint> WindowFinder::startingPoint(const std::optional<WindowID>& windowID) const {
     const ManagedWindow* window = actingWindow(windowID);
     if (!window) return std::nullopt;
     const auto target = assignments_.targetOf(window->id);
@@ -59,7 +59,7 @@ std::optional<StartingPoint> WindowFinder::startingPoint(const std::optional<std
     return StartingPoint{*window, *target, displayID(*screen)};
 }
 
-std::optional<std::string> WindowFinder::whyNoStartingPoint(const std::optional<std::string>& windowID) const {
+std::optional<std::string> WindowFinder::whyNoStartingPoint(const std::optional<WindowID>& windowID) const {
     if (startingPoint(windowID)) return std::nullopt;
     const ManagedWindow* window = actingWindow(windowID);
     if (!window) return windowID ? "There is no such window" : "No managed window has the focus";
@@ -71,15 +71,15 @@ std::optional<std::string> WindowFinder::whyNoStartingPoint(const std::optional<
 
 std::optional<std::string> WindowFinder::neighbourOf(const StartingPoint& start, WorkspaceDirection direction,
                                                      TilesConsidered considered) const {
+    if (!start.window.frame) return std::nullopt;
     std::map<std::string, CGRect> frames;
-    if (start.window.frame) frames[kDirectionalSourceKey] = flipped(*start.window.frame, geometry_.firstScreenMaxY());
     for (const auto& tile : geometry_.tiles()) {
         if (tile.displayID != start.displayID || tile.windowID == start.window.id) continue;
         const ManagedWindow* front = tile.windowID ? liveWindows_.find(*tile.windowID) : nullptr;
         if (considered == TilesConsidered::occupied && (!front || front->isElsewhere)) continue;
         frames[tile.targetID] = tile.frameOnScreen;
     }
-    return neighbourTarget(kDirectionalSourceKey, direction, frames);
+    return neighbourTarget(flipped(*start.window.frame, geometry_.firstScreenMaxY()), direction, frames);
 }
 
 /// The tile whose stack is cycled (of a spanning window its anchor), and the stack in its new order. Absent if no other
@@ -106,7 +106,7 @@ std::optional<StackTurn> WindowFinder::stackTurn(const action::CycleStack& cycle
     return turn;
 }
 
-std::optional<std::string> WindowFinder::nextInStack(const action::CycleStack& cycle) const {
+std::optional<WindowID> WindowFinder::nextInStack(const action::CycleStack& cycle) const {
     const auto turn = stackTurn(cycle);
     return turn ? std::optional(turn->order.front()) : std::nullopt;
 }
@@ -117,7 +117,7 @@ std::string WindowFinder::whyNothingNext(const action::CycleStack& cycle) const 
 }
 
 std::optional<ManagedWindow> WindowFinder::findWindow(const WorkspaceWindowReference& reference,
-                                                      const std::set<std::string>& excluded) const {
+                                                      const std::set<WindowID>& excluded) const {
     const ManagedWindow* window = WindowMatcher(liveWindows_.all(), excluded).take(reference);
     if (!window) return std::nullopt;
     return *window;
@@ -131,7 +131,7 @@ std::vector<ManagedWindow> WindowFinder::windowsHere() const {
 }
 
 /// Any focused window can be zoomed: a window without a tile counts as in the tile under its middle, or the nearest.
-std::optional<StartingPoint> WindowFinder::zoomStartingPoint(const std::optional<std::string>& windowID) const {
+std::optional<StartingPoint> WindowFinder::zoomStartingPoint(const std::optional<WindowID>& windowID) const {
     if (const auto start = startingPoint(windowID)) return start;
     const ManagedWindow* window = actingWindow(windowID);
     const Screen* screen = window && window->frame ? geometry_.screenOfWindow(*window) : nullptr;
@@ -154,13 +154,13 @@ std::optional<StartingPoint> WindowFinder::zoomStartingPoint(const std::optional
     return StartingPoint{*window, *nearest, display};
 }
 
-std::optional<std::string> WindowFinder::displayIDOfWindow(const std::string& windowID) const {
+std::optional<std::string> WindowFinder::displayIDOfWindow(const WindowID& windowID) const {
     const ManagedWindow* window = liveWindows_.find(windowID);
     const Screen* screen = window ? geometry_.screenOfWindow(*window) : nullptr;
     return screen ? std::optional(displayID(*screen)) : std::nullopt;
 }
 
-std::optional<std::string> WindowFinder::managedWindowUnder(CGPoint pointOnScreen) const {
+std::optional<WindowID> WindowFinder::managedWindowUnder(CGPoint pointOnScreen) const {
     const auto found = windowService_.windowElement(pointOnScreen);
     if (!found) return std::nullopt;
     const auto window = std::find_if(liveWindows_.begin(), liveWindows_.end(),
@@ -169,7 +169,7 @@ std::optional<std::string> WindowFinder::managedWindowUnder(CGPoint pointOnScree
     return window->id;
 }
 
-std::optional<CGRect> WindowFinder::currentFrame(const std::string& windowID) const {
+std::optional<CGRect> WindowFinder::currentFrame(const WindowID& windowID) const {
     const ManagedWindow* window = liveWindows_.find(windowID);
     return window ? windowService_.readFrame(window->element) : std::nullopt;
 }

@@ -27,7 +27,7 @@ struct StartingPoint {
 };
 struct StackTurn {
     std::string targetID;
-    std::vector<std::string> order; // the new order, front first
+    std::vector<WindowID> order; // the new order, front first
 };
 enum class TilesConsidered { all, occupied };
 
@@ -35,35 +35,35 @@ class WindowFinder {
   public:
     WindowFinder(WorkspaceParts& parts, TileGeometry& geometry);
 
-    std::optional<std::string> focusedWindowID() const;
+    std::optional<WindowID> focusedWindowID() const;
     /// The live window that has the focus, itself or in one of its dialogs; null if none has.
     const ManagedWindow* focusedWindow() const;
     /// The named window, else the focused one; null when there is none.
-    const ManagedWindow* actingWindow(const std::optional<std::string>& windowID) const;
-    std::optional<StartingPoint> startingPoint(const std::optional<std::string>& windowID) const;
+    const ManagedWindow* actingWindow(const std::optional<WindowID>& windowID) const;
+    std::optional<StartingPoint> startingPoint(const std::optional<WindowID>& windowID) const;
     /// Why no action can start at the window (default: the focused one); absent if one can.
-    std::optional<std::string> whyNoStartingPoint(const std::optional<std::string>& windowID) const;
+    std::optional<std::string> whyNoStartingPoint(const std::optional<WindowID>& windowID) const;
     std::optional<std::string> neighbourOf(const StartingPoint& start, WorkspaceDirection direction,
                                            TilesConsidered considered) const;
     std::optional<StackTurn> stackTurn(const action::CycleStack& cycle) const;
     /// The window that the action would bring to the front; absent if no other is stacked.
-    std::optional<std::string> nextInStack(const action::CycleStack& cycle) const;
+    std::optional<WindowID> nextInStack(const action::CycleStack& cycle) const;
     /// Why `cycle` would bring no other window to the front.
     std::string whyNothingNext(const action::CycleStack& cycle) const;
-    std::optional<StartingPoint> zoomStartingPoint(const std::optional<std::string>& windowID) const;
+    std::optional<StartingPoint> zoomStartingPoint(const std::optional<WindowID>& windowID) const;
     /// The display of the focused window, else the one under the pointer, else the first; absent without displays.
     std::optional<std::string> currentDisplayID() const;
     /// The display that the window's tile, else most of the window, is on; absent when there is none.
-    std::optional<std::string> displayIDOfWindow(const std::string& windowID) const;
+    std::optional<std::string> displayIDOfWindow(const WindowID& windowID) const;
     /// The managed window under a point of screen space.
-    std::optional<std::string> managedWindowUnder(CGPoint pointOnScreen) const;
+    std::optional<WindowID> managedWindowUnder(CGPoint pointOnScreen) const;
     /// The window's frame as it is now, in window-service space; absent when it cannot be read.
-    std::optional<CGRect> currentFrame(const std::string& windowID) const;
+    std::optional<CGRect> currentFrame(const WindowID& windowID) const;
     /// Null for a window that is no dialog.
     const ManagedWindow* windowOfDialog(const ManagedWindow& dialog) const;
     /// The live window that matches the reference; absent if there is none except those excluded.
     std::optional<ManagedWindow> findWindow(const WorkspaceWindowReference& reference,
-                                            const std::set<std::string>& excluded) const;
+                                            const std::set<WindowID>& excluded) const;
     std::vector<ManagedWindow> windowsHere() const;
 
   private:

@@ -16,7 +16,7 @@ bool containOneAnother(const std::string& title, const std::string& hint) {
 
 } // namespace
 
-WindowMatcher::WindowMatcher(const std::vector<ManagedWindow>& windows, const std::set<std::string>& used) {
+WindowMatcher::WindowMatcher(const std::vector<ManagedWindow>& windows, const std::set<WindowID>& used) {
     candidates_.reserve(windows.size());
     for (const auto& window : windows) {
         if (window.bundleIdentifier)

@@ -17,7 +17,7 @@ namespace kova {
 class WindowMatcher {
   public:
     /// `windows` in the order in which they were enumerated; those in `used` match nothing.
-    WindowMatcher(const std::vector<ManagedWindow>& windows, const std::set<std::string>& used);
+    WindowMatcher(const std::vector<ManagedWindow>& windows, const std::set<WindowID>& used);
 
     /// The first window of the application whose title and the reference's hint contain one another, else the first of
     /// the application; null when there is none. An application is known by its bundle identifier, to the letter, or

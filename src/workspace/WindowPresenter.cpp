@@ -13,7 +13,7 @@ using BringToFront = AccessibilityWindowService::BringToFront;
 namespace {
 
 std::set<pid_t> processesInFront(const TileAssignments& assignments, const std::vector<ManagedWindow>& windows) {
-    std::set<std::string> fronts;
+    std::set<WindowID> fronts;
     for (const auto& [target, windowID] : assignments.assignedWindowIDs) fronts.insert(windowID);
     std::set<pid_t> processes;
     for (const auto& window : windows) {
@@ -26,7 +26,7 @@ std::set<pid_t> processesInFront(const TileAssignments& assignments, const std::
 
 WindowPresenter::WindowPresenter(
     WorkspaceParts& parts, RefreshCycle& refreshCycle, TileGeometry& geometry, const WindowFinder& finder,
-    std::function<void(const std::string&, const CGRect&, const CGRect&)> minimumSizeObserved) :
+    std::function<void(const WindowID&, const CGRect&, const CGRect&)> minimumSizeObserved) :
     services_(parts.services),
     windowService_(*parts.windowService), state_(parts.state), liveWindows_(parts.liveWindows),
     assignments_(parts.assignments), tileMemory_(parts.tileMemory), focusMode_(parts.focusMode),
@@ -35,7 +35,7 @@ WindowPresenter::WindowPresenter(
 
 /// Shows the window and focuses it.
 bool WindowPresenter::focus(const ManagedWindow& window) {
-    const std::string id = window.id;
+    const WindowID id = window.id;
     const bool isFocused = windowService_.restoreAndFocus(window);
     if (isFocused) requestPresentation(id, WindowPresentation::shown);
     return isFocused;
@@ -57,7 +57,7 @@ void WindowPresenter::bringBack(const ManagedWindow& window) {
 
 /// Hides windows that lost their tile. An application is hidden only if none of its windows stays in a tile and none is
 /// on another Space, since that would be hidden as well; otherwise the window is minimized.
-void WindowPresenter::presentDisplaced(const std::vector<std::string>& displacedWindowIDs) {
+void WindowPresenter::presentDisplaced(const std::vector<WindowID>& displacedWindowIDs) {
     if (displacedWindowIDs.empty()) return;
     auto staying = processesInFront(assignments_, liveWindows_.all());
     for (const auto& window : liveWindows_) {
@@ -106,7 +106,7 @@ void WindowPresenter::minimizeWindow(const ManagedWindow& window) {
     requestPresentation(window.id, WindowPresentation::minimized);
 }
 
-void WindowPresenter::requestPresentation(const std::string& windowID, WindowPresentation presentation) {
+void WindowPresenter::requestPresentation(const WindowID& windowID, WindowPresentation presentation) {
     if (!liveWindows_.request(windowID, presentation, services_.queue.uptime())) return;
     refreshCycle_.wake(); // until the window is seen so
 }
@@ -116,7 +116,7 @@ void WindowPresenter::writeFrame(const ManagedWindow& window, const CGRect& fram
     // A remembered frame may be on a display that was disconnected meanwhile.
     if (window.isFullScreen || !geometry_.isOnSomeScreen(frame)) return;
     if (window.isElsewhere || !window.isAnswering) return tileMemory_.spaces().owe(window.id, frame);
-    const std::string id = window.id;
+    const WindowID id = window.id;
     windowService_.setFrame(window, frame, raise, lifetime_.guard([this, id, frame](CGRect actual) {
         minimumSizeObserved_(id, frame, actual);
     }));
@@ -130,7 +130,7 @@ void WindowPresenter::writeFrame(const ManagedWindow& window, const CGRect& fram
     moveDialogsAlong(id, frame);
 }
 
-void WindowPresenter::moveDialogsAlong(const std::string& windowID, const CGRect& frame) {
+void WindowPresenter::moveDialogsAlong(const WindowID& windowID, const CGRect& frame) {
     const Screen* screen = screenNearest(*state_.screens, flipped(frame, geometry_.firstScreenMaxY()));
     if (!screen) return;
     const CGRect visibleArea = flipped(screen->visibleFrame, geometry_.firstScreenMaxY());
@@ -173,13 +173,13 @@ void WindowPresenter::reapplyWindow(const ManagedWindow& window, const CGRect& t
 }
 
 /// Raises the windows above those that do not belong to the scene; the one focused last is raised last.
-void WindowPresenter::raiseRestored(const std::vector<std::string>& windowIDs) {
+void WindowPresenter::raiseRestored(const std::vector<WindowID>& windowIDs) {
     std::vector<const ManagedWindow*> fronts;
     for (const auto& id : windowIDs) {
         const ManagedWindow* window = liveWindows_.find(id);
         if (window && !window->isFullScreen) fronts.push_back(window);
     }
-    std::vector<std::string> focusOrder = liveWindows_.focusOrder().windowIDs();
+    std::vector<WindowID> focusOrder = liveWindows_.focusOrder().windowIDs();
     if (const ManagedWindow* focused = finder_.focusedWindow()) focusOrder.insert(focusOrder.begin(), focused->id);
     const auto raised = windowsToRaise(fronts, services_.accessibility.onScreenWindows(), focusOrder);
     for (const auto* window : raised) windowService_.raise(*window);

@@ -31,7 +31,7 @@ class WindowPresenter {
 
     WindowPresenter(WorkspaceParts& parts, RefreshCycle& refreshCycle, TileGeometry& geometry,
                     const WindowFinder& finder,
-                    std::function<void(const std::string&, const CGRect&, const CGRect&)> minimumSizeObserved);
+                    std::function<void(const WindowID&, const CGRect&, const CGRect&)> minimumSizeObserved);
 
     /// Requests the frame with verification; without effect in full screen and where no display would show it. A window
     /// on another virtual desktop gets it when that is shown.
@@ -44,9 +44,9 @@ class WindowPresenter {
     void bringBack(const ManagedWindow& window);
     /// False if the window was closed or its application has ended.
     bool focus(const ManagedWindow& window);
-    void requestPresentation(const std::string& windowID, WindowPresentation presentation);
+    void requestPresentation(const WindowID& windowID, WindowPresentation presentation);
     /// Hides windows that lost their tile: the application where none of its windows stays visible, else the window.
-    void presentDisplaced(const std::vector<std::string>& displacedWindowIDs);
+    void presentDisplaced(const std::vector<WindowID>& displacedWindowIDs);
     /// Requests the frames of windows that are off their tiles.
     void reapplyTileFrames(Straying straying = Straying::noticeable);
     /// Absent when the window may be moved.
@@ -55,10 +55,10 @@ class WindowPresenter {
     /// True for a window that is not visible and that no request of KOVA can show.
     bool isOffScreen(const ManagedWindow& window) const;
     /// Raises the windows above others; the one focused last is raised last.
-    void raiseRestored(const std::vector<std::string>& windowIDs);
+    void raiseRestored(const std::vector<WindowID>& windowIDs);
 
   private:
-    void moveDialogsAlong(const std::string& windowID, const CGRect& frameForWindowService);
+    void moveDialogsAlong(const WindowID& windowID, const CGRect& frameForWindowService);
     void reapplyWindow(const ManagedWindow& window, const CGRect& target, Straying straying);
 
     const WorkspaceServices& services_;
@@ -73,7 +73,7 @@ class WindowPresenter {
     RefreshCycle& refreshCycle_;
     TileGeometry& geometry_;
     const WindowFinder& finder_;
-    std::function<void(const std::string&, const CGRect&, const CGRect&)> minimumSizeObserved_;
+    std::function<void(const WindowID&, const CGRect&, const CGRect&)> minimumSizeObserved_;
     Lifetime lifetime_;
 };
 

@@ -11,7 +11,7 @@ namespace kova {
 
 /// What is remembered of a window at the begin of a transition.
 struct ManagedWindowRecoveryIdentity {
-    std::string id;
+    WindowID id;
     pid_t processIdentifier = 0;
     std::optional<std::string> bundleIdentifier{};
     std::string title{};
@@ -23,8 +23,8 @@ ManagedWindowRecoveryIdentity recoveryIdentity(const ManagedWindow& window);
 
 /// A window with its former id.
 struct WindowSuccessor {
-    std::string formerID;
-    std::string id;
+    WindowID formerID;
+    WindowID id;
     bool operator==(const WindowSuccessor&) const = default;
 };
 

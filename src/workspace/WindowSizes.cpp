@@ -35,7 +35,7 @@ bool WindowSizes::Known::isConfirmed() const {
     return !contradictsAnnouncement || arrangements >= kArrangementsToBelieve;
 }
 
-const WindowSizes::Known* WindowSizes::find(const std::string& windowID) const {
+const WindowSizes::Known* WindowSizes::find(const WindowID& windowID) const {
     const auto found = known_.find(windowID);
     return found == known_.end() ? nullptr : &found->second;
 }
@@ -50,16 +50,16 @@ CGSize WindowSizes::minimumOf(const ManagedWindow& window, const std::optional<C
     return known && known->smallest ? smaller(*ofApplication, *known->smallest) : *ofApplication;
 }
 
-std::map<std::string, CGSize> WindowSizes::shown() const {
-    std::map<std::string, CGSize> sizes;
+std::map<WindowID, CGSize> WindowSizes::shown() const {
+    std::map<WindowID, CGSize> sizes;
     for (const auto& [id, known] : known_) {
         if (isAny(known.shown)) sizes[id] = known.shown;
     }
     return sizes;
 }
 
-std::map<std::string, CGSize> WindowSizes::confirmed() const {
-    std::map<std::string, CGSize> sizes;
+std::map<WindowID, CGSize> WindowSizes::confirmed() const {
+    std::map<WindowID, CGSize> sizes;
     for (const auto& [id, known] : known_) {
         if (isAny(known.shown) && known.isConfirmed()) sizes[id] = known.shown;
     }
@@ -96,12 +96,12 @@ WindowSizes::Refusal WindowSizes::noteRefusal(const ManagedWindow& window, CGSiz
     return Refusal::changed;
 }
 
-bool WindowSizes::hasPendingChange(const std::string& windowID) const {
+bool WindowSizes::hasPendingChange(const WindowID& windowID) const {
     const Known* known = find(windowID);
     return known && known->pending;
 }
 
-bool WindowSizes::applyChange(const std::string& windowID) {
+bool WindowSizes::applyChange(const WindowID& windowID) {
     Known& known = known_[windowID];
     if (known.pending) known.shown = *std::exchange(known.pending, std::nullopt);
     return known.isConfirmed();
@@ -147,24 +147,24 @@ bool WindowSizes::isRetryDue(const ManagedWindow& window, const std::optional<CG
     return isRemembered && !wasShownLately;
 }
 
-void WindowSizes::beginRetry(const std::string& windowID) {
+void WindowSizes::beginRetry(const WindowID& windowID) {
     known_[windowID].wasRetried = known_[windowID].isBeingRetried = true;
 }
 
-void WindowSizes::endRetry(const std::string& windowID) {
+void WindowSizes::endRetry(const WindowID& windowID) {
     if (const auto found = known_.find(windowID); found != known_.end()) found->second.isBeingRetried = false;
 }
 
-bool WindowSizes::isBeingRetried(const std::string& windowID) const {
+bool WindowSizes::isBeingRetried(const WindowID& windowID) const {
     const Known* known = find(windowID);
     return known && known->isBeingRetried;
 }
 
-void WindowSizes::keepOnly(const std::function<bool(const std::string& windowID)>& isLive) {
+void WindowSizes::keepOnly(const std::function<bool(const WindowID& windowID)>& isLive) {
     std::erase_if(known_, [&](const auto& entry) { return !isLive(entry.first); });
 }
 
-void WindowSizes::rename(const std::string& windowID, const std::string& newID) {
+void WindowSizes::rename(const WindowID& windowID, const WindowID& newID) {
     if (auto known = known_.extract(windowID)) {
         known_.erase(newID);
         known.key() = newID;
@@ -172,7 +172,7 @@ void WindowSizes::rename(const std::string& windowID, const std::string& newID) 
     }
 }
 
-void WindowSizes::restore(const std::string& windowID, CGSize size) {
+void WindowSizes::restore(const WindowID& windowID, CGSize size) {
     Known& known = known_[windowID];
     known.shown = size;
     known.arrangements = kArrangementsToBelieve;

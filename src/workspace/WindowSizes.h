@@ -28,9 +28,9 @@ class WindowSizes {
     CGSize minimumOf(const ManagedWindow& window, const std::optional<CGSize>& ofApplication,
                      Purpose purpose = Purpose::present) const;
     /// The minimum sizes observed of windows that count now, by window id.
-    std::map<std::string, CGSize> shown() const;
+    std::map<WindowID, CGSize> shown() const;
     /// The part of them that a later session may use.
-    std::map<std::string, CGSize> confirmed() const;
+    std::map<WindowID, CGSize> confirmed() const;
 
     /// Records that the pointer has pressed or released a window.
     void notePointer(Seconds uptime) { pointerMovedAt_ = uptime; }
@@ -40,9 +40,9 @@ class WindowSizes {
     enum class Refusal { unreliable, known, changed };
     /// Records that the window kept `actual` after a request for `wanted`. A change counts once it is applied.
     Refusal noteRefusal(const ManagedWindow& window, CGSize wanted, CGSize actual, Seconds uptime);
-    bool hasPendingChange(const std::string& windowID) const;
+    bool hasPendingChange(const WindowID& windowID) const;
     /// Returns whether it is certain enough to be remembered for the application.
-    bool applyChange(const std::string& windowID);
+    bool applyChange(const WindowID& windowID);
 
     struct Disproof {
         bool ofWindow = false;
@@ -53,15 +53,15 @@ class WindowSizes {
 
     /// Whether an arrangement should request once a size below the learned minimum.
     bool isRetryDue(const ManagedWindow& window, const std::optional<CGSize>& ofApplication, Seconds uptime) const;
-    void beginRetry(const std::string& windowID);
-    void endRetry(const std::string& windowID);
-    bool isBeingRetried(const std::string& windowID) const;
+    void beginRetry(const WindowID& windowID);
+    void endRetry(const WindowID& windowID);
+    bool isBeingRetried(const WindowID& windowID) const;
 
-    void forget(const std::string& windowID) { known_.erase(windowID); }
-    void keepOnly(const std::function<bool(const std::string& windowID)>& isLive);
-    void rename(const std::string& windowID, const std::string& newID);
+    void forget(const WindowID& windowID) { known_.erase(windowID); }
+    void keepOnly(const std::function<bool(const WindowID& windowID)>& isLive);
+    void rename(const WindowID& windowID, const WindowID& newID);
     /// Restores what `confirmed` returned in a former session.
-    void restore(const std::string& windowID, CGSize size);
+    void restore(const WindowID& windowID, CGSize size);
 
   private:
     struct Known {
@@ -76,9 +76,9 @@ class WindowSizes {
         bool isBeingRetried = false;
         bool isConfirmed() const;
     };
-    const Known* find(const std::string& windowID) const;
+    const Known* find(const WindowID& windowID) const;
 
-    std::map<std::string, Known> known_; // by window id
+    std::map<WindowID, Known> known_; // by window id
     std::optional<Seconds> pointerMovedAt_;
     std::int64_t arrangement_ = 0;
 };

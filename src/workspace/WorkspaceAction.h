@@ -6,6 +6,7 @@
 #include "layout/LayoutSolver.h"
 #include "layout/WorkspaceProfile.h"
 #include "persistence/WorkspaceProductDocument.h"
+#include "support/Identifiers.h"
 #include "windowing/ApplicationServicing.h"
 
 #include <cstddef>
@@ -46,22 +47,22 @@ struct ActionTraits {
 namespace command {
 /// Puts the window in front of the tile.
 struct Place {
-    std::optional<std::string> windowID;
+    std::optional<WindowID> windowID;
     std::string targetID;
 };
 /// Puts the window in front of the tile with this number in the layout of its display, from 1.
 struct PlaceInNumbered {
-    std::optional<std::string> windowID;
+    std::optional<WindowID> windowID;
     std::size_t number = 1;
 };
 /// Exchanges the window with the front window of a tile; each tile keeps its stacked windows.
 struct Swap {
-    std::optional<std::string> windowID;
+    std::optional<WindowID> windowID;
     TileChoice with;
 };
 /// Focuses the window; a stacked one becomes the front window of its tile first.
 struct FocusWindow {
-    std::optional<std::string> windowID;
+    std::optional<WindowID> windowID;
 };
 /// Focuses the window of the display that was focused last, else its first front window.
 struct FocusDisplay {
@@ -69,20 +70,20 @@ struct FocusDisplay {
 };
 /// Moves the window to a free tile of the display, else to the tile of the same slot or at the same place.
 struct MoveToDisplay {
-    std::optional<std::string> windowID;
+    std::optional<WindowID> windowID;
     DisplayChoice display;
 };
 /// Takes the window out of its tile; arrangements and rules leave it alone until it is put into a tile again.
 struct Float {
-    std::optional<std::string> windowID;
+    std::optional<WindowID> windowID;
 };
 /// Puts the window into the free tile nearest to it on its display, else into the one under its middle.
 struct Tile {
-    std::optional<std::string> windowID;
+    std::optional<WindowID> windowID;
 };
 /// `Float` for a window in a tile, else `Tile`.
 struct ToggleFloating {
-    std::optional<std::string> windowID;
+    std::optional<WindowID> windowID;
 };
 } // namespace command
 
@@ -99,23 +100,23 @@ using enum ActionTraits::FocusMode;
 struct Focus {
     static constexpr ActionTraits kTraits{.needs = windowAccess, .focusMode = closes};
     WorkspaceDirection direction;
-    std::optional<std::string> windowID{}; // where the search starts
+    std::optional<WindowID> windowID{}; // where the search starts
 };
 struct Move {
     static constexpr ActionTraits kTraits{.needs = windowAccess, .focusMode = closes};
     WorkspaceDirection direction;
-    std::optional<std::string> windowID{};
+    std::optional<WindowID> windowID{};
 };
 struct CycleStack {
     static constexpr ActionTraits kTraits{.needs = windowAccess, .focusMode = closes, .undoLabel = "cycle stack"};
     StackStep step = StackStep::next;
-    std::optional<std::string> windowID{}; // whose tile is meant
+    std::optional<WindowID> windowID{};    // whose tile is meant
     std::optional<std::string> targetID{}; // the tile itself
 };
 /// Begins or ends focus mode.
 struct ToggleFocusZoom {
     static constexpr ActionTraits kTraits{.needs = windowAccess, .undoLabel = "focus mode"};
-    std::optional<std::string> windowID{};
+    std::optional<WindowID> windowID{};
 };
 struct Arrange {
     static constexpr ActionTraits kTraits{.needs = windowAccess, .focusMode = closes, .undoLabel = "arrange"};
@@ -182,13 +183,13 @@ enum class DropMode { intoTile, floating };
 /// The button is down on a managed window, which may begin to move before the drag is detected: until the release,
 /// neither polls nor passes of a placement move it.
 struct PressWindow {
-    std::string windowID;
+    WindowID windowID;
 };
 /// The button is up and the window was not dragged.
 struct ReleaseWindow {};
 /// Until the drag ends, polls leave all windows alone. Refused for the zoomed window.
 struct BeginWindowDrag {
-    std::string windowID;
+    WindowID windowID;
     CGRect frameBefore{}; // before the pointer moved the window
 };
 struct UpdateWindowDrag {
@@ -217,12 +218,12 @@ struct LaunchApplication {
 /// desktop.
 struct QuitApplication {
     static constexpr ActionTraits kTraits{.focusMode = closes};
-    std::string windowID;
+    WindowID windowID;
 };
 /// Kills the application. Refused if no signal was sent.
 struct ForceQuitApplication {
     static constexpr ActionTraits kTraits{.focusMode = closes};
-    std::string windowID;
+    WindowID windowID;
 };
 /// Asks the user and then ends all regular applications.
 struct ForceQuitAll {};
@@ -266,7 +267,7 @@ struct AddRule {
 /// For all windows of the application of the window, the focused one when none is named.
 struct AddRuleForWindow {
     WorkspaceRuleDisposition disposition;
-    std::optional<std::string> windowID{};
+    std::optional<WindowID> windowID{};
 };
 /// Changes the given members. White space at both ends of the title is dropped; an empty title removes the criterion.
 struct ChangeRule {

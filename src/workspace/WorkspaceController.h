@@ -68,7 +68,7 @@ class WorkspaceController {
         return parts_.awaited.scene().launchedBundleIDs;
     }
     /// Windows for which rules were evaluated.
-    const std::set<std::string>& handledRuleWindowIDs() const { return parts_.tileMemory.placed(); }
+    const std::set<WindowID>& handledRuleWindowIDs() const { return parts_.tileMemory.placed(); }
     /// Incremented with every message, also if the same text is repeated.
     std::uint64_t messagesShown() const { return parts_.messages.count(); }
 
@@ -90,29 +90,29 @@ class WorkspaceController {
     }
 
     const ManagedWindow* focusedWindow() const { return ops_.finder.focusedWindow(); }
-    const ManagedWindow* actingWindow(const std::optional<std::string>& windowID) const {
+    const ManagedWindow* actingWindow(const std::optional<WindowID>& windowID) const {
         return ops_.finder.actingWindow(windowID);
     }
     const ManagedWindow* windowOfDialog(const ManagedWindow& dialog) const {
         return ops_.finder.windowOfDialog(dialog);
     }
     std::optional<std::string> currentDisplayID() const { return ops_.finder.currentDisplayID(); }
-    std::optional<std::string> displayIDOfWindow(const std::string& windowID) const {
+    std::optional<std::string> displayIDOfWindow(const WindowID& windowID) const {
         return ops_.finder.displayIDOfWindow(windowID);
     }
-    std::optional<std::string> nextInStack(const action::CycleStack& cycle) const {
+    std::optional<WindowID> nextInStack(const action::CycleStack& cycle) const {
         return ops_.finder.nextInStack(cycle);
     }
     std::string whyNothingNext(const action::CycleStack& cycle) const { return ops_.finder.whyNothingNext(cycle); }
-    std::optional<std::string> whyNoStartingPoint(const std::optional<std::string>& windowID) const {
+    std::optional<std::string> whyNoStartingPoint(const std::optional<WindowID>& windowID) const {
         return ops_.finder.whyNoStartingPoint(windowID);
     }
-    std::optional<std::string> managedWindowUnder(CGPoint pointOnScreen) const {
+    std::optional<WindowID> managedWindowUnder(CGPoint pointOnScreen) const {
         return ops_.finder.managedWindowUnder(pointOnScreen);
     }
-    std::optional<CGRect> currentFrame(const std::string& windowID) const { return ops_.finder.currentFrame(windowID); }
+    std::optional<CGRect> currentFrame(const WindowID& windowID) const { return ops_.finder.currentFrame(windowID); }
     std::optional<ManagedWindow> findWindow(const WorkspaceWindowReference& reference,
-                                            const std::set<std::string>& excluded) const {
+                                            const std::set<WindowID>& excluded) const {
         return ops_.finder.findWindow(reference, excluded);
     }
 
@@ -121,7 +121,7 @@ class WorkspaceController {
     std::variant<WindowPlan, WindowRefusal> planCommand(const WindowCommand& command) const {
         return ops_.commands.planCommand(command);
     }
-    std::optional<std::string> windowLastFocusedOn(const std::string& displayID) const {
+    std::optional<WindowID> windowLastFocusedOn(const std::string& displayID) const {
         return ops_.commands.windowLastFocusedOn(displayID);
     }
     std::optional<std::string> whyWindowsStay() const { return ops_.arrangement.whyWindowsStay(); }
@@ -145,7 +145,7 @@ class WorkspaceController {
     Decoded<WorkspaceImportCounts> previewImport(std::string_view data) const {
         return ops_.documents.previewImport(data);
     }
-    std::optional<RuleExplanation> explainRules(const std::string& windowID) const {
+    std::optional<RuleExplanation> explainRules(const WindowID& windowID) const {
         return ops_.rules.explainRules(windowID);
     }
 

@@ -7,7 +7,7 @@ namespace kova {
 WorkspaceOperations::WorkspaceOperations(WorkspaceParts& parts, RefreshCycle& refreshCycle) :
     access(parts, refreshCycle), geometry(parts), finder(parts, geometry),
     presenter(parts, refreshCycle, geometry, finder,
-              [this](const std::string& windowID, const CGRect& wanted, const CGRect& actual) {
+              [this](const WindowID& windowID, const CGRect& wanted, const CGRect& actual) {
                   keeper.minimumSizeObserved(windowID, wanted, actual);
               }),
     keeper(parts, access, geometry, presenter), documents(parts), settings(parts, refreshCycle, geometry, keeper),

@@ -14,7 +14,7 @@ WorkspaceParts::WorkspaceParts(const WorkspaceServices& servicesOfAgent, Callbac
     session(services.queue, services.preferences, std::move(callbacks.describeSession)),
     arranger(services.queue, services.preferences) {}
 
-void WorkspaceParts::renameWindow(const std::string& formerID, const std::string& newID) {
+void WorkspaceParts::renameWindow(const WindowID& formerID, const WindowID& newID) {
     const auto rename = [&](auto& part) {
         if constexpr (requires { part.rename(formerID, newID); }) part.rename(formerID, newID);
     };
@@ -30,8 +30,8 @@ void WorkspaceParts::renameDisplay(const std::string& formerID, const std::strin
 
 void WorkspaceParts::onPoll() {
     const PollContext poll{liveWindows.all(), services.queue.uptime(),
-                           [this](const std::string& id) { return liveWindows.find(id) != nullptr; },
-                           [this](const std::string& id) { return windowService->pendingFrame(id).has_value(); }};
+                           [this](const WindowID& id) { return liveWindows.find(id) != nullptr; },
+                           [this](const WindowID& id) { return windowService->pendingFrame(id).has_value(); }};
     const auto notify = [&](auto& part) {
         if constexpr (requires { part.onPoll(poll); }) part.onPoll(poll);
     };

@@ -56,7 +56,7 @@ struct WorkspaceParts {
     Arranger arranger;
 
     /// Renames the id in every object that stores it.
-    void renameWindow(const std::string& formerID, const std::string& newID);
+    void renameWindow(const WindowID& formerID, const WindowID& newID);
     void renameDisplay(const std::string& formerID, const std::string& newID);
     /// Passes the poll on: objects forget closed windows and expired entries.
     void onPoll();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "layout/LayoutSolver.h"
+#include "support/Identifiers.h"
 
 #include <cstddef>
 #include <optional>
@@ -17,8 +18,8 @@ struct WorkspaceTile {
     TileSlot slot;
     CGRect frameOnScreen{};         // screen space, the tile's cell
     CGRect frameForWindowService{}; // window-service space, where a window of this tile is put (inset applied)
-    std::optional<std::string> windowID;
-    std::vector<std::string> stack; // front first
+    std::optional<WindowID> windowID;
+    std::vector<WindowID> stack; // front first
 };
 
 /// The numbers of scenes and rules in an imported file.
@@ -39,7 +40,7 @@ enum class PlacementVerdict {
 
 /// Where the front window of a tile should be, and where it is; frames in window-service space.
 struct PlacementFinding {
-    std::string windowID;
+    WindowID windowID;
     std::string targetID;
     CGRect requestedFrame{};
     std::optional<CGRect> actualFrame; // absent when it cannot be read

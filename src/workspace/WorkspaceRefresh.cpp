@@ -48,7 +48,7 @@ void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begu
         const bool isSame = formerSpace == shownSpace && parts_.services.accessibility.shownSpace() == shownSpace;
         tabs = takeTabSuccessors(found, parts_.liveWindows.all(), isSame ? ShownSpace::same : ShownSpace::another);
     }
-    std::set<std::string> shownBefore;
+    std::set<WindowID> shownBefore;
     for (const auto& window : parts_.liveWindows) {
         if (!window.isElsewhere) shownBefore.insert(window.id);
     }
@@ -132,7 +132,7 @@ void WorkspaceController::giveOwedFrames() {
 }
 
 void WorkspaceController::keepAssignmentsValid() {
-    std::set<std::string> kept = ops_.sessionTaker.sparedWindowIDs();
+    std::set<WindowID> kept = ops_.sessionTaker.sparedWindowIDs();
     for (const auto& window : parts_.liveWindows) kept.insert(window.id);
     const TileAssignments before = parts_.assignments;
     parts_.assignments.keepOnly(kept);
@@ -158,7 +158,7 @@ void WorkspaceController::applyDenied() {
 /// Absent without the permission, and while the focused window is not managed.
 void WorkspaceController::noteFocus() {
     parts_.liveWindows.focusOrder().keepOnly(
-        [this](const std::string& id) { return parts_.liveWindows.find(id) != nullptr; });
+        [this](const WindowID& id) { return parts_.liveWindows.find(id) != nullptr; });
     const auto process = parts_.services.applications.frontmostApplication();
     const auto hasFocus = [&](const ManagedWindow& window) {
         return window.processIdentifier == process && window.isFocusedOfApplication;
@@ -166,7 +166,7 @@ void WorkspaceController::noteFocus() {
     const auto& dialogs = parts_.liveWindows.dialogs().all();
     const auto window = std::ranges::find_if(parts_.liveWindows.all(), hasFocus);
     const auto dialog = std::ranges::find_if(dialogs, hasFocus);
-    std::optional<std::string> focused;
+    std::optional<WindowID> focused;
     if (window != parts_.liveWindows.end()) focused = window->id;
     if (dialog != dialogs.end()) focused = parts_.liveWindows.dialogs().ownerOf(dialog->id);
     if (focused) parts_.liveWindows.focusOrder().note(*focused);

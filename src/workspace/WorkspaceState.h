@@ -29,7 +29,7 @@ struct WindowPlacementNotice {
 struct WorkspaceFocusMode {
     std::string displayID;
     std::string anchorTargetID;
-    std::string windowID;
+    WindowID windowID;
     bool operator==(const WorkspaceFocusMode&) const = default;
 };
 
@@ -39,12 +39,12 @@ struct WorkspaceState {
     Published<std::vector<ManagedWindow>> windows;
     Published<std::int64_t> titleRevision{
         0}; // incremented when a title changes, because a title alone does not republish the window list
-    Published<std::map<std::string, std::string>> assignedWindowIDs;
-    Published<std::map<std::string, CGSize>> observedMinimumSizes;
+    Published<std::map<std::string, WindowID>> assignedWindowIDs;
+    Published<std::map<WindowID, CGSize>> observedMinimumSizes;
     Published<std::int64_t> layoutRevision{0};
     Published<std::optional<WindowPlacementNotice>> placementNotice;
     Published<std::optional<std::string>> dropTargetSlotID; // tile-target id under a window that is being dragged
-    Published<std::map<std::string, std::vector<std::string>>> stackWindowIDsByTarget;
+    Published<std::map<std::string, std::vector<WindowID>>> stackWindowIDsByTarget;
     Published<std::map<std::string, LaunchableApplication>>
         pendingLaunches; // by tile-target id, until a window is placed
     Published<bool> canUndo{false};
@@ -63,9 +63,9 @@ struct WorkspaceState {
     Published<std::string> accentColorID{"system-blue"};
     Published<WorkspaceProfile> profile;
     Published<std::vector<Screen>> screens;
-    Published<std::optional<std::string>> focusedWindowID; // as of the last poll; absent when none is managed
-    Published<std::set<std::string>> floatingWindowIDs;    // by command, until they are put into a tile
-    Published<bool> isPaused{false};                       // by the user: no window is moved
+    Published<std::optional<WindowID>> focusedWindowID; // as of the last poll; absent when none is managed
+    Published<std::set<WindowID>> floatingWindowIDs;    // by command, until they are put into a tile
+    Published<bool> isPaused{false};                    // by the user: no window is moved
 };
 
 } // namespace kova

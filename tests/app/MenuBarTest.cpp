@@ -191,7 +191,7 @@ TEST_F(MenuBar, OffersWhatCanBeDoneNow) {
     desktop.userFocuses("Mail");
     passes(0.6);
     EXPECT_TRUE(isEnabled("Focus Left") && isEnabled("Move Window Right"));
-    const std::string front = workspace.focusedWindow()->id;
+    const WindowID front = workspace.focusedWindow()->id;
     const auto target = workspace.assignments().targetOf(front);
     ASSERT_TRUE(target);
     const auto& stacks = workspace.assignments().stackWindowIDsByTarget;
@@ -220,7 +220,7 @@ TEST_F(MenuBar, HasTheCommandsForOneWindow) {
     EXPECT_TRUE(choose("Arrange Windows into Zones"));
     desktop.userFocuses("Mail");
     passes(0.6);
-    const std::string mail = workspace.focusedWindow()->id;
+    const WindowID mail = workspace.focusedWindow()->id;
     const auto places = entry("Place Window in Zone").entries;
     ASSERT_EQ(places.size(), 2u);
     EXPECT_NE(places[0].isChecked, places[1].isChecked);

@@ -62,7 +62,7 @@ TEST_F(Keys, ArrangeAWindowThatWasOpenedJustBeforeAndActInTheOrderOfTheirPresses
     desk.opens("Notes");
     keyboard.press(keyCode::a, kFocus);
     desk.settle();
-    const std::string notes = desk.desktop.windowIDOf("Notes");
+    const WindowID notes = desk.desktop.windowIDOf("Notes");
     EXPECT_TRUE(desk.controller().assignments().isAssigned(notes)) << desk.tiles();
 
     desk.desktop.close("Notes");

@@ -235,7 +235,7 @@ TEST_F(AgentMethods, ExplainsEachWindow) {
     EXPECT_NE(explained("film").find("full screen"), std::string::npos);
 
     // What has changed since is said of the present.
-    const std::string front = desk.desktop.labelOfID(primary["window"].get<std::string>());
+    const std::string front = desk.desktop.labelOfID(WindowID(primary["window"].get<std::string>()));
     desk.desktop.close(front);
     result("rule.add", {{"application", "Film"}, {"disposition", "float"}});
     result("layout.prefer", {{"tile", "2"}, {"application", "Film"}});

@@ -299,7 +299,8 @@ TEST_F(Desktop, KnowsTheFocusedWindowAndTheStackingOrder) {
             EXPECT_TRUE(desk.runUntil([&, process = process, window = window] {
                 return desktop.frontmostApplication() == process && client.focus() == window;
             })) << title;
-            EXPECT_EQ(desk.service().focusedWindowID(), std::to_string(process) + ":" + std::to_string(window));
+            EXPECT_EQ(desk.service().focusedWindowID(),
+                      WindowID(std::to_string(process) + ":" + std::to_string(window)));
             // Both cover the point; the one in front is found, also by its order on the screen.
             EXPECT_TRUE(desk.runUntil([&, process = process, window = window] {
                 const auto under = desktop.elementAtPosition({300, 300});
@@ -323,7 +324,7 @@ TEST_F(Desktop, KnowsTheFocusedWindowAtOnceWhileWindowsChange) {
         desk.runFor(Seconds(0.05));
         constexpr std::uint32_t kFromPager = 2;
         notes->ask("_NET_ACTIVE_WINDOW", window, {kFromPager, XCB_CURRENT_TIME, 0});
-        const std::string id = std::to_string(process) + ":" + std::to_string(window);
+        const WindowID id(std::to_string(process) + ":" + std::to_string(window));
         EXPECT_TRUE(desk.runUntil([&] { return desk.service().focusedWindowID() == id; })) << process;
     }
 }
@@ -336,7 +337,7 @@ TEST_F(Desktop, TheWindowUnderThePointerIsFocusedIfTheFocusFollowsThePointer) {
         mail->sync();
     };
     const auto isFocused = [&](const char* title) {
-        const std::string id = desk.window(title).id;
+        const WindowID id = desk.window(title).id;
         return desk.runUntil([&] { return desk.service().focusedWindowID() == id; });
     };
     ASSERT_EQ(mail->focus(), static_cast<xcb_window_t>(XCB_INPUT_FOCUS_POINTER_ROOT));

@@ -28,7 +28,7 @@ TEST_P(Windows, AreListedWithTheirProperties) {
     EXPECT_TRUE(desk.showsExactly({"Delete all?", "Inbox", "Pad"}));
     const auto window = desk.window("Pad");
     EXPECT_EQ(window.processIdentifier, 4002);
-    EXPECT_EQ(window.id, "4002:" + std::to_string(pad));
+    EXPECT_EQ(window.id, WindowID("4002:" + std::to_string(pad)));
     EXPECT_EQ(window.applicationName, "Notes");
     EXPECT_EQ(window.bundleIdentifier, "test.Notes");
     EXPECT_TRUE(window.isVisible);

@@ -201,7 +201,7 @@ std::string Scenario::describeTile(const WorkspaceTile& tile) {
         const auto label = desktop.labelOfID(*tile.windowID);
         const auto anchor = anchors.find(*tile.windowID);
         if (anchor != anchors.end() && anchor->second != tile.targetID) return "(" + label + ")";
-        text = label == *tile.windowID ? label + " gone" : desktop.describeWindow(desktop.window(label));
+        text = label == tile.windowID->text() ? label + " gone" : desktop.describeWindow(desktop.window(label));
     }
     for (const auto& windowID : tile.stack) {
         if (windowID != tile.windowID) text += " + " + desktop.labelOfID(windowID);

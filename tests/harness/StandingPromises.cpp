@@ -83,7 +83,7 @@ void Scenario::checkTilesFillTheirDisplays(std::vector<std::string>& broken) {
 void Scenario::checkAssignments(std::vector<std::string>& broken) {
     if (!delegate_) return;
     const auto& assignments = controller().assignments();
-    std::map<std::string, std::set<std::string>> tilesOfWindow;
+    std::map<WindowID, std::set<std::string>> tilesOfWindow;
     for (const auto& [target, window] : assignments.assignedWindowIDs) tilesOfWindow[window].insert(target);
     for (const auto& [window, targets] : tilesOfWindow) {
         const auto anchor = assignments.anchorTargetIDsByWindowID.find(window);
@@ -93,7 +93,7 @@ void Scenario::checkAssignments(std::vector<std::string>& broken) {
             broken.push_back("anchored where it is not: " + desktop.labelOfID(window));
         }
     }
-    std::set<std::string> stacked;
+    std::set<WindowID> stacked;
     for (const auto& [target, stack] : assignments.stackWindowIDsByTarget) {
         if (stack.empty()) broken.push_back("empty stack at " + target);
         for (const auto& window : stack) {
@@ -118,7 +118,7 @@ void Scenario::checkTiledWindowsDoNotOverlap(std::vector<std::string>& broken, M
     for (const auto& tile : controller().tiles()) {
         if (!tile.windowID || *controller().state().focusMode) continue;
         const auto label = desktop.labelOfID(*tile.windowID);
-        if (label == *tile.windowID) continue; // closed since the last poll
+        if (label == tile.windowID->text()) continue; // closed since the last poll
         const auto& window = desktop.window(label);
         const auto minimum = window.leastSize();
         const auto screens = desktop.screens();
@@ -146,7 +146,7 @@ void Scenario::checkTiledWindowsDoNotOverlap(std::vector<std::string>& broken, M
 }
 
 void Scenario::checkWindowsAreAtRest(std::vector<std::string>& broken) {
-    std::set<std::string> living;
+    std::set<WindowID> living;
     for (const auto* window : desktop.livingWindows()) {
         living.insert(desktop.windowIDOf(window->label()));
         // A window that does not move may shrink off its display; a late response may return to a disconnected one.
@@ -175,7 +175,7 @@ void Scenario::checkWindowsAreAtRest(std::vector<std::string>& broken) {
             continue;
         }
         const std::string label = desktop.labelOfID(*tile.windowID);
-        if (label == *tile.windowID) continue;
+        if (label == tile.windowID->text()) continue;
         const auto& window = desktop.window(label);
         if (desktop.placesWindows() || !window.isObedient() || !desktop.isAnswering(window)) continue;
         if (!desktop.isOnScreen(window) || window.isFullScreen || window.isMaximized) continue;

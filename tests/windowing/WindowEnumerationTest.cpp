@@ -272,13 +272,14 @@ TEST(WindowIdentity, PresentationIgnoresFrameAndTitle) {
     moved.frame = makeRect(1, 2, 3, 4);
     moved.title = "Another";
     EXPECT_TRUE(samePresentation(window, moved));
-    const std::vector<std::function<void(ManagedWindow&)>> changes = {[](auto& w) { w.id += "0"; },
-                                                                      [](auto& w) { w.processIdentifier += 1; },
-                                                                      [](auto& w) { w.applicationName = ""; },
-                                                                      [](auto& w) { w.bundleIdentifier.reset(); },
-                                                                      [](auto& w) { w.isMinimized = true; },
-                                                                      [](auto& w) { w.isVisible = false; },
-                                                                      [](auto& w) { w.minimumSize.reset(); }};
+    const std::vector<std::function<void(ManagedWindow&)>> changes = {
+        [](auto& w) { w.id = WindowID(w.id.text() + "0"); },
+        [](auto& w) { w.processIdentifier += 1; },
+        [](auto& w) { w.applicationName = ""; },
+        [](auto& w) { w.bundleIdentifier.reset(); },
+        [](auto& w) { w.isMinimized = true; },
+        [](auto& w) { w.isVisible = false; },
+        [](auto& w) { w.minimumSize.reset(); }};
     for (std::size_t i = 0; i < changes.size(); ++i) {
         auto changed = window;
         changes[i](changed);

@@ -25,7 +25,7 @@ class Table {
     }
     ArrangementCandidate& window(const std::string& name) {
         ArrangementCandidate candidate;
-        candidate.window.id = name;
+        candidate.window.id = WindowID(name);
         candidate.window.applicationName = name;
         candidate.applicationKey = applicationKey(name, std::nullopt);
         candidate.role = classifyApplication(name, std::nullopt);
@@ -37,14 +37,15 @@ class Table {
         std::string text;
         const auto made = planArrangement(input);
         for (const auto& placement : made.placements) {
-            text += placement.window.id + (placement.isPrimary ? "" : " behind") + ":" + placement.target.slot.id;
+            text +=
+                placement.window.id.text() + (placement.isPrimary ? "" : " behind") + ":" + placement.target.slot.id;
             for (std::size_t i = 1; i < placement.claimedTargets.size(); ++i) {
                 text += "+" + placement.claimedTargets[i].slot.id;
             }
             if (input.displays.size() > 1) text += "@" + placement.target.displayID;
             text += " ";
         }
-        for (const auto& surplus : made.surplus) text += surplus.window.id + ":surplus ";
+        for (const auto& surplus : made.surplus) text += surplus.window.id.text() + ":surplus ";
         if (!text.empty()) text.pop_back();
         return text;
     }

@@ -78,8 +78,8 @@ TEST_F(Displays, AWindowWithoutAFreeTileIsMovedOntoAConnectedDisplay) {
 }
 
 TEST_F(Displays, AWindowOfADisconnectedDisplayTakesAFreeTileAndReturns) {
-    const std::string onC = *desk.controller().tiles().back().windowID;
-    const std::string onA = *desk.controller().tiles().front().windowID;
+    const WindowID onC = *desk.controller().tiles().back().windowID;
+    const WindowID onA = *desk.controller().tiles().front().windowID;
     const std::string label = desk.desktop.labelOfID(onC);
     desk.desktop.close(desk.desktop.labelOfID(onA));
     desk.settle();
@@ -114,7 +114,7 @@ TEST_F(Displays, ADragDelaysThePlacementOfWindowsOfADisconnectedDisplay) {
 }
 
 TEST_F(Displays, WhatTheUserMovedMeanwhileStaysWhereItWasPut) {
-    const std::string onC = *desk.controller().tiles().back().windowID;
+    const WindowID onC = *desk.controller().tiles().back().windowID;
     const std::string label = desk.desktop.labelOfID(onC);
     const auto display = takeOut(desk, "C");
     desk.advance(Seconds(3));
@@ -207,7 +207,7 @@ TEST_F(Displays, ALayoutThatADisplayCannotShowLeavesNoWindowWithoutATileOfNow) {
         const std::string picture = one.tiles();
         way.shrinks(one);
         one.settle().settle();
-        std::set<std::string> shown;
+        std::set<WindowID> shown;
         for (const auto& tile : one.controller().tiles()) {
             if (tile.windowID) shown.insert(*tile.windowID);
             shown.insert(tile.stack.begin(), tile.stack.end());
@@ -247,11 +247,11 @@ TEST_F(Displays, FocusModeEndsIfDisplaysChangeBeforeALockIsReported) {
 /// A window that waits in a stack must be in the stack of a connected display, where it can be reached.
 TEST_F(Displays, AWindowBehindADisplacedOneCanBeReachedMeanwhile) {
     const auto onC = desk.controller().tiles().back();
-    const std::string waiting = *onC.windowID;
+    const WindowID waiting = *onC.windowID;
     const std::string namesake = tileTargetID(desk.displayIDOf("A"), onC.slot.id);
     desk.desktop.close(desk.desktop.labelOfID(*desk.controller().tiles()[4].windowID));
     desk.opens("Maps", {.frame = makeRect(5200, 100, 900, 700)}).settle();
-    const std::string front = desk.desktop.windowIDOf("Maps");
+    const WindowID front = desk.desktop.windowIDOf("Maps");
     for (const bool isTileFree : {false, true}) {
         SCOPED_TRACE(isTileFree);
         desk.controller().perform(command::Place{front, onC.targetID});

@@ -6,7 +6,7 @@ using namespace kova;
 
 namespace {
 
-WorkspaceUndoSnapshot snapshotWith(const std::string& windowID, const std::string& targetID) {
+WorkspaceUndoSnapshot snapshotWith(const WindowID& windowID, const std::string& targetID) {
     WorkspaceUndoSnapshot snapshot;
     (void)snapshot.tiles.assign(windowID, {targetID});
     snapshot.windowFrames[windowID] = makeRect(0, 0, 10, 10);

@@ -86,8 +86,8 @@ TEST_F(FrameKeeperTest, APollWaitsForWhatItHasNotSeen) {
     EXPECT_FALSE(frames.isWaiting());
     frames.noteAsked("mail");
     EXPECT_TRUE(frames.isWaiting());
-    const auto yes = [](const std::string&) { return true; };
-    const auto no = [](const std::string&) { return false; };
+    const auto yes = [](const WindowID&) { return true; };
+    const auto no = [](const WindowID&) { return false; };
     frames.onPoll({{}, Seconds{0}, yes, yes});
     EXPECT_TRUE(frames.isWaiting()) << "its frame is still being verified";
     frames.onPoll({{}, Seconds{0}, yes, no});
@@ -97,12 +97,12 @@ TEST_F(FrameKeeperTest, APollWaitsForWhatItHasNotSeen) {
 }
 
 TEST_F(FrameKeeperTest, ASpanningWindowThatNeedsLessIsReportedOnce) {
-    const std::map<std::string, std::string> anchors{{"mail", "D::a"}};
+    const std::map<WindowID, std::string> anchors{{"mail", "D::a"}};
     CGSize minimum{300, 100};
-    const auto minimumOf = [&](const std::string&) { return std::optional(minimum); };
+    const auto minimumOf = [&](const WindowID&) { return std::optional(minimum); };
     EXPECT_TRUE(frames.takeShrunken(anchors, minimumOf).empty());
     minimum.width = 200;
-    EXPECT_EQ(frames.takeShrunken(anchors, minimumOf), std::vector<std::string>{"mail"});
+    EXPECT_EQ(frames.takeShrunken(anchors, minimumOf), std::vector<WindowID>{"mail"});
     EXPECT_TRUE(frames.takeShrunken(anchors, minimumOf).empty());
     EXPECT_TRUE(frames.takeShrunken({}, minimumOf).empty());
 }

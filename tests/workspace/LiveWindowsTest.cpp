@@ -8,7 +8,7 @@ using namespace kova;
 
 namespace {
 
-ManagedWindow windowOf(const std::string& id, pid_t process) {
+ManagedWindow windowOf(const WindowID& id, pid_t process) {
     ManagedWindow window;
     window.id = id;
     window.processIdentifier = process;
@@ -38,8 +38,8 @@ TEST(LiveWindows, ARenamedWindowIsStillTheOneThatWasMinimizedAndUsed) {
     windows.minimized().note("a", Seconds{0});
     windows.focusOrder().note("a");
     windows.rename("a", "a2");
-    EXPECT_EQ(windows.minimized().takeAll(), std::vector<std::string>{"a2"});
-    EXPECT_EQ(windows.focusOrder().windowIDs(), std::vector<std::string>{"a2"});
+    EXPECT_EQ(windows.minimized().takeAll(), std::vector<WindowID>{"a2"});
+    EXPECT_EQ(windows.focusOrder().windowIDs(), std::vector<WindowID>{"a2"});
 }
 
 LaunchableApplication mapsApplication() {
@@ -64,7 +64,7 @@ TEST(AwaitedWindows, WhatIsAwaitedFollowsNewNames) {
     awaited.rename("mail", "mail2");
     awaited.rename("notes", "notes2");
     awaited.renameDisplay("D", "E");
-    EXPECT_EQ(awaited.scene().movedByUser, std::set<std::string>{"mail2"});
+    EXPECT_EQ(awaited.scene().movedByUser, std::set<WindowID>{"mail2"});
     EXPECT_TRUE(awaited.scene().stackIndexByID.contains("notes2"));
     EXPECT_EQ(awaited.scene().pending.front().displayID, "E");
     ASSERT_TRUE(awaited.launches().contains("E::a"));

@@ -84,7 +84,7 @@ TEST_F(Quitting, AZoomedApplicationFirstGivesTheDisplayBack) {
 TEST_F(Quitting, PartsOfTheDesktopAreNotEnded) {
     desk.desktop.launch("Files", {.isPartOfDesktop = true});
     desk.opens("Files").settle();
-    const std::string files = desk.desktop.windowIDOf("Files");
+    const WindowID files = desk.desktop.windowIDOf("Files");
     for (const WorkspaceAction& end :
          {WorkspaceAction(action::QuitApplication{files}), WorkspaceAction(action::ForceQuitApplication{files})}) {
         EXPECT_FALSE(desk.controller().perform(end));

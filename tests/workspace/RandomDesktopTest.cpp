@@ -137,7 +137,7 @@ class RandomDay {
         (void)desk_.controller().perform(action::LaunchApplication{application, tile.displayID, tile.slot.id});
     }
     void endApplication(const std::string& label) {
-        const std::string id = desk_.desktop.windowIDOf(label);
+        const WindowID id = desk_.desktop.windowIDOf(label);
         (void)(chance(2) ? desk_.controller().perform(action::QuitApplication{id})
                          : desk_.controller().perform(action::ForceQuitApplication{id}));
     }
@@ -173,7 +173,7 @@ class RandomDay {
         const bool isAwaitingWindows =
             !controller.pendingApplicationPlacements().empty() || !controller.pendingSceneWindowPlacements().empty();
         const auto before = controller.assignments();
-        std::set<std::string> here; // one that was sent to the other Space has its tile there
+        std::set<WindowID> here; // one that was sent to the other Space has its tile there
         for (const auto& window : controller.liveWindows()) {
             if (!window.isElsewhere) here.insert(window.id);
         }

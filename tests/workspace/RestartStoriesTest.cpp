@@ -206,7 +206,7 @@ TEST_F(Restart, ADisplayUnpluggedWhileNoAgentRunsLeavesNoWindowWithoutATile) {
 
 TEST_F(Restart, ClosedWindowsAreForgottenAndUnresponsiveOnesAreAwaited) {
     desk.advance(Seconds(1));
-    const std::string notes = desk.desktop.windowIDOf("Notes");
+    const WindowID notes = desk.desktop.windowIDOf("Notes");
     meanwhile = [this] {
         desk.desktop.quit("Notes");
         desk.desktop.loseWindow("Terminal");
@@ -237,7 +237,7 @@ TEST_F(Restart, NoSaveIsSoonerThanASecondAfterTheOther) {
 }
 
 TEST(Resumption, ReusedWindowIdsMatchNoStoredWindow) {
-    const auto window = [](std::string id, pid_t process, std::string title, CGRect frame) {
+    const auto window = [](WindowID id, pid_t process, std::string title, CGRect frame) {
         ManagedWindow w;
         w.id = std::move(id);
         w.processIdentifier = process;
@@ -254,7 +254,7 @@ TEST(Resumption, ReusedWindowIdsMatchNoStoredWindow) {
         const char* what;
         std::optional<std::string> startNow;
         ManagedWindow live;
-        std::map<std::string, std::string> idNow;
+        std::map<WindowID, WindowID> idNow;
         bool isAwaited;
     };
     const std::vector<Case> cases = {

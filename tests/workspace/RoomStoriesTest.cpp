@@ -119,7 +119,7 @@ TEST(TileRoom, APlacementLeavesEveryWindowItsRoom) {
         const LayoutDefinition& layout = layouts[below(static_cast<unsigned>(layouts.size()))];
         std::vector<TileHolder> holders;
         for (int step = 0; step < 12; ++step) {
-            const std::string id = "w" + std::to_string(below(8));
+            const WindowID id("w" + std::to_string(below(8)));
             const CGSize least = {static_cast<double>(below(2700)), static_cast<double>(below(1500))};
             std::erase_if(holders, [&](const TileHolder& holder) { return holder.windowID == id; });
             const TileRoom room(layout, {2560, 1400}, 5, holders);

@@ -89,7 +89,7 @@ TEST_F(WaitingScene, TheTimeOfALockedOrSleepingScreenDoesNotCount) {
 TEST_F(WaitingScene, WhatTheUserLetsFloatMeanwhileIsNotTaken) {
     desk.opens("mail", {.frame = kSomewhere}).start();
     open(scene({"mail", "mail"})).expectTiles("mail 15,15 1254x1382 | -");
-    const std::string mail = desk.desktop.windowIDOf("mail");
+    const WindowID mail = desk.desktop.windowIDOf("mail");
     desk.controller().perform(action::BeginWindowDrag{mail, makeRect(15, 15, 1254, 1382)});
     desk.desktop.userMoves("mail", kSomewhere);
     desk.controller().perform(
@@ -161,7 +161,7 @@ TEST_F(WaitingScene, WindowsAreRaisedAboveThoseThatDoNotBelongToTheScene) {
 TEST(StackingOrder, TheWindowFocusedLastEndsOnTop) {
     struct Case {
         std::string onScreen; // front to back; "x" covers all of them
-        std::vector<std::string> focusOrder;
+        std::vector<WindowID> focusOrder;
         std::string raised;
     };
     const Case cases[] = {
@@ -174,7 +174,7 @@ TEST(StackingOrder, TheWindowFocusedLastEndsOnTop) {
         const auto frameOf = [](char name) { return makeRect(100.0 * (name - 'a'), 0, 300, 300); };
         for (const char name : {'a', 'b', 'c'}) {
             windows.emplace_back();
-            windows.back().id = name;
+            windows.back().id = WindowID(std::string(1, name));
             windows.back().processIdentifier = name;
             windows.back().frame = frameOf(name);
         }
@@ -183,7 +183,7 @@ TEST(StackingOrder, TheWindowFocusedLastEndsOnTop) {
         }
         std::string raised;
         for (const auto* window : windowsToRaise({&windows[0], &windows[1], &windows[2]}, onScreen, c.focusOrder)) {
-            raised += window->id;
+            raised += window->id.text();
         }
         EXPECT_EQ(raised, c.raised) << c.onScreen;
     }

@@ -9,7 +9,7 @@ using namespace kova;
 
 namespace {
 
-ManagedWindow windowOf(const std::string& id, pid_t process, bool isVisible = true) {
+ManagedWindow windowOf(const WindowID& id, pid_t process, bool isVisible = true) {
     ManagedWindow window;
     window.id = id;
     window.processIdentifier = process;
@@ -22,8 +22,7 @@ struct SessionRestoreTest : testing::Test {
     MemoryPreferencesStore store;
     SessionRestore restore{queue, store, [] { return std::optional<WorkspaceSession>(); }};
 
-    std::set<std::string> returned(const std::vector<ManagedWindow>& live, const std::set<std::string>& back,
-                                   Seconds now) {
+    std::set<WindowID> returned(const std::vector<ManagedWindow>& live, const std::set<WindowID>& back, Seconds now) {
         return restore.takeReturned(
             live, [](const auto&) { return true; },
             [&](const ManagedWindow& window, const auto&) { return back.contains(window.id); }, now);
@@ -45,20 +44,20 @@ TEST_F(SessionRestoreTest, AStoredSessionIsRestoredOnce) {
 TEST_F(SessionRestoreTest, AwaitedWindowsAreGivenUpInTime) {
     restore.await({"mail", "notes"}, Seconds{0});
     EXPECT_TRUE(restore.isWaiting());
-    EXPECT_EQ(restore.awaited({windowOf("mail", 1)}, Seconds{9}), std::set<std::string>{"notes"});
+    EXPECT_EQ(restore.awaited({windowOf("mail", 1)}, Seconds{9}), std::set<WindowID>{"notes"});
     restore.rename("notes", "notes2");
-    EXPECT_EQ(restore.awaited({}, Seconds{9}), std::set<std::string>{"notes2"});
+    EXPECT_EQ(restore.awaited({}, Seconds{9}), std::set<WindowID>{"notes2"});
     EXPECT_TRUE(restore.awaited({}, Seconds{10}).empty());
     EXPECT_FALSE(restore.isWaiting());
 }
 
 TEST_F(SessionRestoreTest, AnApplicationLeavesAsAWhole) {
     (void)restore.beginReturns(Seconds{0});
-    for (const auto* id : {"a1", "a2", "b"}) restore.expectReturn(id, makeRect(0, 0, 10, 10));
+    for (const auto& id : std::vector<WindowID>{"a1", "a2", "b"}) restore.expectReturn(id, makeRect(0, 0, 10, 10));
     const std::vector live{windowOf("a1", 1), windowOf("a2", 1), windowOf("b", 2)};
-    EXPECT_EQ(returned(live, {"a1", "b"}, Seconds{1}), std::set<std::string>{"b"}) << "a2 is still on its way";
+    EXPECT_EQ(returned(live, {"a1", "b"}, Seconds{1}), std::set<WindowID>{"b"}) << "a2 is still on its way";
     EXPECT_TRUE(restore.isReturning("a1") && !restore.isReturning("b"));
-    EXPECT_EQ(returned(live, {"a1"}, Seconds{3}), std::set<std::string>{"a1"}) << "a2 did not come in time";
+    EXPECT_EQ(returned(live, {"a1"}, Seconds{3}), std::set<WindowID>{"a1"}) << "a2 did not come in time";
     EXPECT_FALSE(restore.hasReturns());
 }
 

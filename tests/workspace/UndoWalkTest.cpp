@@ -42,8 +42,8 @@ class UndoWalk {
   private:
     struct Picture {
         TileAssignments assignments;
-        std::map<std::string, std::string> windows; // by id, as the desktop describes them
-        std::set<std::string> leftAlone;            // ids: in full screen, or on another Space
+        std::map<WindowID, std::string> windows; // by id, as the desktop describes them
+        std::set<WindowID> leftAlone;            // ids: in full screen, or on another Space
         WorkspaceProfile profile;
         std::string accentColor;
     };
@@ -60,7 +60,7 @@ class UndoWalk {
     Picture picture() {
         Picture out{desk_.controller().assignments(), {}, {}, *desk_.state().profile, *desk_.state().accentColorID};
         for (const auto* window : desk_.desktop.livingWindows()) {
-            const std::string id = desk_.desktop.windowIDOf(window->label());
+            const WindowID id = desk_.desktop.windowIDOf(window->label());
             std::string& text = out.windows[id] = desk_.desktop.describeWindow(*window);
             if (isHasty()) text = desk_.desktop.isOnScreen(*window) ? "shown" : "away";
             // Where hiding means iconifying, an application is hidden by those of its windows that left with it.
@@ -97,13 +97,13 @@ class UndoWalk {
     /// have become others, and their windows with them.
     void expectAgain(Picture before) {
         Picture now = picture();
-        std::set<std::string> leftOut = displacedIn(before);
+        std::set<WindowID> leftOut = displacedIn(before);
         if (desk_.desktop.readsAskApplications()) {
             for (const Picture* picture : {&now, &before}) leftOut.merge(ofOtherSpacesIn(*picture));
         }
         leaveOut(leftOut, now);
         leaveOut(leftOut, before);
-        std::set<std::string> living;
+        std::set<WindowID> living;
         for (const auto& [id, description] : now.windows) living.insert(id);
         const auto hasClosed = [&](const auto& window) { return !living.contains(window.first); };
         const bool haveTilesMoved = std::any_of(before.windows.begin(), before.windows.end(), hasClosed);
@@ -131,7 +131,7 @@ class UndoWalk {
             if (!living.contains(id) || isLeftAlone || mayBeBack || (haveTilesMoved && now.assignments.isAssigned(id)))
                 continue;
             // Where a window was opened since, the others of its hidden application are minimized instead.
-            const auto isNewSibling = [&, process = processOf(id)](const std::string& other) {
+            const auto isNewSibling = [&, process = processOf(id)](const WindowID& other) {
                 return !before.windows.contains(other) && processOf(other) == process;
             };
             const bool hasNewSibling = std::any_of(living.begin(), living.end(), isNewSibling);
@@ -140,7 +140,7 @@ class UndoWalk {
         }
     }
     /// With the undo, windows whose display was disconnected before the step take free tiles, or are stacked.
-    std::set<std::string> displacedIn(const Picture& before) {
+    std::set<WindowID> displacedIn(const Picture& before) {
         TileAssignments displaced = before.assignments;
         for (const auto& screen : desk_.desktop.screens()) {
             const auto here = before.assignments.onDisplay(displayID(screen)).windows();
@@ -150,8 +150,8 @@ class UndoWalk {
     }
     /// Full screen is a Space of its own on a Mac, and a step back restores the tiles of the Space that is shown. A
     /// window that comes from another Space takes its tile back, and what was in that tile waits behind it.
-    static std::set<std::string> ofOtherSpacesIn(const Picture& picture) {
-        std::set<std::string> windows = picture.leftAlone;
+    static std::set<WindowID> ofOtherSpacesIn(const Picture& picture) {
+        std::set<WindowID> windows = picture.leftAlone;
         for (const auto& id : picture.leftAlone) {
             const auto tile = picture.assignments.targetOf(id);
             const auto stack = tile ? picture.assignments.stackWindowIDsByTarget.find(*tile)
@@ -162,7 +162,7 @@ class UndoWalk {
         }
         return windows;
     }
-    void leaveOut(const std::set<std::string>& windows, Picture& from) {
+    void leaveOut(const std::set<WindowID>& windows, Picture& from) {
         for (const auto& window : windows) {
             from.assignments.remove(window);
             from.leftAlone.insert(window);
@@ -173,7 +173,9 @@ class UndoWalk {
             return entry.second.size() == 1 && from.assignments.isAssigned(entry.second.front());
         });
     }
-    static std::string processOf(const std::string& windowID) { return windowID.substr(0, windowID.find(':')); }
+    static std::string processOf(const WindowID& windowID) {
+        return windowID.text().substr(0, windowID.text().find(':'));
+    }
     static std::string minimizedForHidden(std::string description) {
         constexpr std::string_view kHidden = " hidden";
         if (description.ends_with(kHidden)) {
@@ -274,7 +276,7 @@ class UndoWalk {
     void act(const WorkspaceAction& action) { desk_.controller().perform(action); }
     /// Any of the commands for one window, the focused one or another.
     void command() {
-        std::optional<std::string> window;
+        std::optional<WindowID> window;
         if (chance(2)) withAnyWindow([&](const auto& label) { window = desk_.desktop.windowIDOf(label); });
         const auto tiles = desk_.controller().tiles();
         if (tiles.empty()) return;

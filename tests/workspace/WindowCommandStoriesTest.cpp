@@ -16,7 +16,7 @@ class WindowCommandStories : public ::testing::Test {
         desk.desktop.userFocuses("Mail");
         desk.settle();
     }
-    std::string id(const char* label) { return desk.desktop.windowIDOf(label); }
+    WindowID id(const char* label) { return desk.desktop.windowIDOf(label); }
     std::string tile(const char* slot, const char* display = "A") { return desk.targetID(display, slot); }
     /// "place Mail A1, wait Codex A1"
     std::string steps(const WindowCommand& command) {

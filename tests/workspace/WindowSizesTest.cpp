@@ -8,7 +8,7 @@ namespace {
 
 using enum WindowSizes::Refusal;
 
-ManagedWindow windowCalled(const std::string& id, std::optional<CGSize> announced = std::nullopt) {
+ManagedWindow windowCalled(const WindowID& id, std::optional<CGSize> announced = std::nullopt) {
     ManagedWindow window;
     window.id = id;
     window.minimumSize = announced;

@@ -9,6 +9,7 @@
 #include "platform/simulated/SimulatedTraits.h"
 #include "platform/simulated/SimulatedWindow.h"
 #include "platform/simulated/VirtualTime.h"
+#include "support/Identifiers.h"
 #include "support/Lifetime.h"
 #include "windowing/AccessibilityServicing.h"
 #include "windowing/AlertServicing.h"
@@ -131,7 +132,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     /// Closes a window whose application keeps its object, which still responds, without a size or as it was.
     enum class RetainedFrame { empty, asItWas };
     void closeAndRetain(std::string_view label, RetainedFrame frame);
-    bool isRetained(const std::string& windowID) const;
+    bool isRetained(const WindowID& windowID) const;
     /// Opens one more tab in the window's tab group and shows it. Only the tab shown is listed, and its element is a
     /// new one whenever it is shown; the former elements of the others still respond.
     std::string openTab(std::string_view label, WindowTraits traits = {});
@@ -178,8 +179,8 @@ class SimulatedDesktop : public AccessibilityServicing,
     /// Label of the window that has the keyboard focus; empty when none has.
     std::string focusedLabel() const;
     /// The label of a window by its id; the id itself when there is no such window.
-    std::string labelOfID(const std::string& windowID) const;
-    std::string windowIDOf(std::string_view label) const;
+    std::string labelOfID(const WindowID& windowID) const;
+    WindowID windowIDOf(std::string_view label) const;
     CGRect frameForWindowService(const SimulatedWindow& window) const;
     bool isOnScreen(const SimulatedWindow& window) const;
     /// Whether any part of it lies on a display.

@@ -53,16 +53,16 @@ std::string SimulatedDesktop::focusedLabel() const {
     return window ? window->label() : "";
 }
 
-std::string SimulatedDesktop::labelOfID(const std::string& windowID) const {
+std::string SimulatedDesktop::labelOfID(const WindowID& windowID) const {
     for (const auto& [number, window] : windows_) {
         if (windowIDOf(window.label()) == windowID) return window.label();
     }
-    return windowID;
+    return windowID.text();
 }
 
-std::string SimulatedDesktop::windowIDOf(std::string_view label) const {
+WindowID SimulatedDesktop::windowIDOf(std::string_view label) const {
     const auto& named = window(label);
-    return std::to_string(named.processIdentifier()) + ":" + std::to_string(named.number());
+    return WindowID(std::to_string(named.processIdentifier()) + ":" + std::to_string(named.number()));
 }
 
 std::string SimulatedDesktop::takeJournal() {

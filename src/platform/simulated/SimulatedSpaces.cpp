@@ -77,9 +77,9 @@ void SimulatedDesktop::closeAndRetain(std::string_view label, RetainedFrame fram
     retained_.insert_or_assign(closed.number(), closed);
 }
 
-bool SimulatedDesktop::isRetained(const std::string& windowID) const {
+bool SimulatedDesktop::isRetained(const WindowID& windowID) const {
     return std::any_of(retained_.begin(), retained_.end(), [&](const auto& entry) {
-        return std::to_string(entry.second.processIdentifier()) + ":" + std::to_string(entry.first) == windowID;
+        return std::to_string(entry.second.processIdentifier()) + ":" + std::to_string(entry.first) == windowID.text();
     });
 }
 

@@ -1,0 +1,54 @@
+// The ids of windows, displays, slots and applications, each a type of its own, so that none can be passed for another.
+// They become text, and are made of text, only where they are stored, sent on the socket or come from a desktop.
+#pragma once
+
+#include <compare>
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace kova {
+
+template <class Tag>
+class Identifier {
+  public:
+    Identifier() = default;
+    explicit Identifier(std::string text) : text_(std::move(text)) {}
+    explicit Identifier(std::string_view text) : text_(text) {}
+    /// A literal says at its place what it names, so it needs no conversion.
+    template <std::size_t size>
+    Identifier(const char (&literal)[size]) : text_(literal) {}
+
+    const std::string& text() const { return text_; }
+    bool empty() const { return text_.empty(); }
+
+    /// In JSON an id is its text.
+    template <class Json>
+    friend void to_json(Json& json, const Identifier& id) {
+        json = id.text_;
+    }
+
+    friend bool operator==(const Identifier&, const Identifier&) = default;
+    friend auto operator<=>(const Identifier&, const Identifier&) = default;
+    /// For the messages of failed tests.
+    template <class Stream>
+    friend Stream& operator<<(Stream& stream, const Identifier& id) {
+        stream << id.text_;
+        return stream;
+    }
+
+  private:
+    std::string text_;
+};
+
+/// Process identifier, ":", hash of the element; stable while the window lives.
+using WindowID = Identifier<struct WindowTag>;
+
+} // namespace kova
+
+template <class Tag>
+struct std::hash<kova::Identifier<Tag>> {
+    std::size_t operator()(const kova::Identifier<Tag>& id) const { return std::hash<std::string>{}(id.text()); }
+};
