@@ -9,6 +9,7 @@
 #include "workspace/WorkspaceController.h"
 
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -17,6 +18,12 @@ namespace kova {
 class UnlockedSession final : public SessionServicing {
   public:
     bool isLoginSessionScreenLocked() const override { return false; }
+};
+
+class UnansweredAlerts final : public AlertServicing {
+  public:
+    void inform(const Alert&) override {}
+    void confirm(const Alert&, std::function<void(bool isConfirmed)> answer) override { answer(false); }
 };
 
 struct RealWorkspace {
@@ -40,7 +47,7 @@ struct RealWorkspace {
     std::vector<xcb_window_t> windows;
     X11Desktop& desktop = desk.openDesktop();
     UnlockedSession session;
-    NullAlerts alerts;
+    UnansweredAlerts alerts;
     MemoryPreferencesStore preferences;
     SerialWorkQueue polling{"polling"};
     WorkspaceController controller{WorkspaceServices{.accessibility = desktop,

@@ -64,7 +64,7 @@ TEST_F(ManagerStyles, AWindowThatIsRestoredByActivatingItDoesNotCountAsFocused) 
     manager.setMinimized(film, true);
     manager.setActive(code);
     desk.openDesktop();
-    const std::string used = desk.window("Code").id;
+    const WindowID used = desk.window("Code").id;
     ASSERT_TRUE(desk.runUntil([&] { return desk.isMinimized("Film") && desk.service().focusedWindowID() == used; }));
 
     desk.service().unminimize(desk.window("Film"));
@@ -72,7 +72,7 @@ TEST_F(ManagerStyles, AWindowThatIsRestoredByActivatingItDoesNotCountAsFocused) 
     ASSERT_TRUE(desk.runUntil([&] { return manager.wasAsked("_NET_ACTIVE_WINDOW", film); }));
     manager.setMinimized(film, false);
     manager.setActive(film);
-    std::set<std::string> focused;
+    std::set<WindowID> focused;
     const auto note = [&] { focused.insert(desk.service().focusedWindowID().value_or("none")); };
     ASSERT_TRUE(desk.runUntil([&] {
         note();

@@ -43,7 +43,7 @@ TEST_F(DisplayMemoryTest, WhatCameIntoTheTilesOfASpanWaitsBehindIt) {
     (void)tiles.assign("notes", {"D::b"});
     (void)memory.noteConnected({"C"}, {"C", "D"}, tiles);
     EXPECT_TRUE(tiles.isSound());
-    EXPECT_EQ(tiles.stackWindowIDsByTarget.at("D::a"), (std::vector<std::string>{"mail", "notes", "codex"}));
+    EXPECT_EQ(tiles.stackWindowIDsByTarget.at("D::a"), (std::vector<WindowID>{"mail", "notes", "codex"}));
 }
 
 TEST_F(DisplayMemoryTest, WindowsThatTheUserMovedStayWhereTheyAre) {
