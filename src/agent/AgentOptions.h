@@ -19,7 +19,7 @@ struct AgentOptions {
     LogLevel lowestLevel = LogLevel::note;
 };
 
-/// The options, or the exit code when all is said: `help` or the version were asked for, or an argument is unknown.
+/// The options, or the exit code after `--help`, `--version` or an unknown argument, whose text was printed.
 /// `arguments` without the program's own name.
 std::variant<AgentOptions, int> readAgentOptions(std::span<char*> arguments, const char* help);
 

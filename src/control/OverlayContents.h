@@ -112,7 +112,7 @@ struct OverlayMessage {
 /// A window that the user opens.
 struct OverlayShownWindow {
     std::optional<std::string> pane; // the part of it to begin with; absent: the one shown last
-    std::uint64_t request = 0;       // grows each time the window is asked for: one that is open comes to the front
+    std::uint64_t request = 0;       // grows with each request to show the window: if it is open, it comes to the front
     bool operator==(const OverlayShownWindow&) const = default;
 };
 

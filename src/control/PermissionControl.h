@@ -1,4 +1,4 @@
-// The permission to manage windows, as clients see it and have the user asked for it.
+// The permission to manage windows, for clients: its state, and the request to show the system's dialog.
 #pragma once
 
 namespace kova {

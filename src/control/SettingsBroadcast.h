@@ -20,7 +20,7 @@ namespace kova {
 
 class SettingsBroadcast {
   public:
-    /// A part of the state, computed when it is asked for; null if the desktop lacks the feature.
+    /// Computes a part of the state; null if the desktop lacks the feature.
     struct Section {
         std::string name;
         std::function<nlohmann::json()> value;

@@ -81,7 +81,7 @@ class WorkspaceDocumentReader {
     std::vector<WorkspaceScenePlacement> placements_;
     std::vector<Record> records_; // the innermost last
     int depth_ = 0;
-    int skipped_ = 0; // containers open inside a member that no record asks for
+    int skipped_ = 0; // containers open inside an unknown member
 };
 
 } // namespace kova

@@ -97,7 +97,7 @@ class AccessibilityServicing {
     /// Why windows of this session cannot be managed even with a permission, and what to do; absent if they can be. Any
     /// thread.
     virtual std::optional<std::string> absence() const { return std::nullopt; }
-    /// Whether this process may manage windows, showing the system's prompt if asked to and there is one. Main thread.
+    /// Whether this process may manage windows, showing the system's dialog if requested and there is one. Main thread.
     virtual bool requestTrust(bool prompt) = 0;
 
     /// What to do about a granted permission that every application ignores, as after an update with another signature;

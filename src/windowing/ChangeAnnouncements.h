@@ -23,7 +23,7 @@ class ChangeAnnouncements {
     /// request just now and may have changed before, an application with windows refuses, or one has not responded for
     /// less than `kAttention`. `now` in uptime.
     bool follow(const WindowEnumeration& found, Seconds now);
-    /// Ends all announcements; the next `follow` asks every element again.
+    /// Ends all announcements; the next `follow` observes every element again.
     void endAll();
 
   private:

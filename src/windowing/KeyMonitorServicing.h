@@ -18,7 +18,7 @@ inline constexpr std::uint64_t shift = 0x20000;
 inline constexpr std::uint64_t control = 0x40000;
 inline constexpr std::uint64_t option = 0x80000;   // Alt elsewhere
 inline constexpr std::uint64_t command = 0x100000; // Super elsewhere
-/// Those that a shortcut can ask for.
+/// The modifiers that a shortcut can have.
 inline constexpr std::uint64_t ofShortcuts = shift | control | option | command;
 } // namespace modifierFlag
 

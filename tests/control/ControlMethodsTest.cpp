@@ -265,7 +265,7 @@ TEST_F(AgentMethods, SubscribersGetNumberedChangesThatAddUpToTheState) {
     const json start = listener.ask(kSubscribe)["result"];
     std::uint64_t last = start["sequence"];
     json state = start["state"];
-    const auto heard = [&] {
+    const auto nextChanges = [&] {
         const json message = listener.message();
         EXPECT_EQ(schemaViolation(schema, "notification:changed", message["params"]), "");
         EXPECT_EQ(message["params"]["sequence"], last + 1);
@@ -280,23 +280,23 @@ TEST_F(AgentMethods, SubscribersGetNumberedChangesThatAddUpToTheState) {
     desk.undo().advance(Seconds(5));
     const json truth = client().ask(kSubscribe)["result"];
     EXPECT_EQ(schemaViolation(schema, "result:subscribe", truth), "");
-    while (last < truth["sequence"]) EXPECT_FALSE(heard().empty());
+    while (last < truth["sequence"]) EXPECT_FALSE(nextChanges().empty());
     EXPECT_EQ(state, truth["state"]);
     EXPECT_GT(last, 3u);
 
     // A title alone, and a window that has the display for itself.
     desk.desktop.setTitle("Terminal", "make");
     desk.settle();
-    EXPECT_EQ(heard()["windows"][2]["title"], "make");
+    EXPECT_EQ(nextChanges()["windows"][2]["title"], "make");
     result("zoom");
-    EXPECT_TRUE(heard()["focusMode"].is_object());
+    EXPECT_TRUE(nextChanges()["focusMode"].is_object());
     result("zoom");
-    EXPECT_TRUE(heard()["focusMode"].is_null());
+    EXPECT_TRUE(nextChanges()["focusMode"].is_null());
 
     // Subscribers of the focus are notified, also when nothing else changes.
     desk.desktop.userFocuses("Notes");
     desk.settle();
-    const json focus = heard()["focus"];
+    const json focus = nextChanges()["focus"];
     EXPECT_EQ(focus["window"]["application"], "Notes");
     json now = result("query.focus");
     EXPECT_EQ(now["last"], focus["window"]);
@@ -305,7 +305,7 @@ TEST_F(AgentMethods, SubscribersGetNumberedChangesThatAddUpToTheState) {
 
     // Changes of one action arrive in one notification.
     result("layout.setInset", {{"points", 30}});
-    const json changes = heard();
+    const json changes = nextChanges();
     EXPECT_EQ(changes["settings"]["tileInset"], 30);
     EXPECT_EQ(changes["tiles"][0]["frame"]["x"], 40) << changes;
     EXPECT_FALSE(changes.contains("displays")) << "what stayed the same is told again";

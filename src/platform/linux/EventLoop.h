@@ -1,5 +1,5 @@
 // The main queue on Linux: one thread that sleeps until work is posted, a timer is due, a descriptor has something to
-// read or a signal asks the process to end. It never wakes up when none of these happened.
+// read or a signal requests the process to end. It never wakes up when none of these happened.
 #pragma once
 
 #include "support/MainQueue.h"

@@ -14,7 +14,7 @@ namespace kova {
 /// How applications and their windows announce changes.
 enum class AnnouncementStyle {
     unasked,   // every change is announced at once
-    whenAsked, // only by those that were asked, and a little late
+    whenAsked, // only by observed elements, and a little late
 };
 
 class SimulatedAnnouncements {

@@ -145,7 +145,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     std::vector<const SimulatedWindow*> livingWindows() const; // in the order in which they were opened
 
     // Session, permission, pointer
-    /// Locks it without a notification; the state can be asked for.
+    /// Locks the session without a notification; queries report the lock.
     void setLocked(bool locked);
     /// A change of the machine or the login session, delivered on the queue.
     void simulate(SystemActivityEvent event);

@@ -30,7 +30,7 @@ class VirtualMainQueue : public MainQueue {
     friend class VirtualWorkQueue;
     using Nanoseconds = std::chrono::nanoseconds; // whole, so that ten steps of 0.1 s are one second
     struct Task;
-    using Key = std::pair<Nanoseconds, std::uint64_t>; // when it is due, then the order in which it was asked for
+    using Key = std::pair<Nanoseconds, std::uint64_t>; // when it is due, then the order of the calls
 
     std::shared_ptr<Task> add(Nanoseconds delay, std::function<void()> work);
     std::shared_ptr<Task> takeNext(Nanoseconds notAfter);

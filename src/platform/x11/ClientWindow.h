@@ -108,7 +108,7 @@ struct ClientWindow {
     std::optional<PixelRect> frameBefore;    // the visible edge, while the frame has no room for the window
     std::optional<PixelRect> minimumAndBase; // width and height only
     WindowSizeHints sizeHints;               // without `around`
-    PixelEdges decorationsWhenPlaced;        // when it was last asked for a place
+    PixelEdges decorationsWhenPlaced;        // at the last request for a frame
     std::uint32_t gravity = XCB_GRAVITY_NORTH_WEST;
     std::optional<Strut> strut, partialStrut;
 

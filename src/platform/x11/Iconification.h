@@ -30,7 +30,7 @@ class Iconification {
     Stage stage() const { return stage_; }
 
     // Requests; `now` in uptime
-    /// The window manager was asked to minimize it.
+    /// The window manager got the request to minimize it.
     void leave(Seconds now);
     /// It is to be unmapped at the next flush; `unmapSent` follows. False if that is due already.
     bool leaveWithNextRequests(Seconds now);

@@ -106,7 +106,7 @@ struct StatusMessage {
 /// A window that is to be open.
 struct ShownWindow {
     std::optional<std::string> pane; // absent: the one that it showed last
-    std::int64_t request = 0;        // another number: it is asked for again
+    std::int64_t request = 0;        // another number: a new request to show it
     bool operator==(const ShownWindow&) const = default;
 };
 

@@ -1,5 +1,5 @@
 // The windows of the tiles by id. A window that is not needed is kept for the next tile, since a layout often replaces
-// another, and the window system is asked several times for each new window. Main thread only.
+// another, and each new window takes several requests to the window system. Main thread only.
 #pragma once
 
 #include <functional>

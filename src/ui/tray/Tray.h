@@ -1,4 +1,4 @@
-// The status item of the desktop's panel, with the agent's menu. The entries are asked for whenever the menu opens.
+// The status item of the desktop's panel, with the agent's menu. The entries are requested whenever the menu opens.
 // Nothing of the toolkit's menus and items is made before there is a place for them.
 #pragma once
 

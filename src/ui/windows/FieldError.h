@@ -1,4 +1,4 @@
-// How a control of a window asks the agent for something and shows what is refused. Main thread only.
+// Sends requests of a window's controls to the agent and shows refusals. Main thread only.
 #pragma once
 
 #include "ui/client/AgentSession.h"
@@ -10,8 +10,8 @@
 
 namespace kova::ui {
 
-/// The line below a control that says why the agent refused what the control asked for, in the agent's words. It takes
-/// no room while there is nothing to say.
+/// The line below a control with the agent's reason for refusing its request. It takes no room while there is nothing
+/// to say.
 class FieldError : public QLabel {
     Q_OBJECT
 

@@ -30,8 +30,8 @@ class HostedWindow : public QWidget {
 
   public:
     using QWidget::QWidget;
-    /// Before the window is shown, and again when it is asked for while it is open. `parameters` are those of the
-    /// notification `show`.
+    /// Before the window is shown, and again at a request while it is open. `parameters` are those of the notification
+    /// `show`.
     virtual void present(const nlohmann::json& parameters) { (void)parameters; }
 };
 

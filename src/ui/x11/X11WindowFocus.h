@@ -1,5 +1,6 @@
 // The keyboard for windows that are opened on request of the agent, on X11: the window says when its user last acted,
-// and the window manager is asked as by a pager, which no manager takes for stealing. Main thread only.
+// and the request to the window manager is that of a pager, which no manager takes for focus stealing. Main thread
+// only.
 #pragma once
 
 #include "ui/windows/WindowFocus.h"
