@@ -338,7 +338,7 @@ TEST_F(AgentMethods, OverlaySubscribersGetItsChangesOnceATurn) {
     EXPECT_EQ(schemaViolation(schema, "result:subscribe", start), "");
     json state = start["state"];
     std::uint64_t last = start["sequence"];
-    const auto heard = [&] {
+    const auto nextChanges = [&] {
         const json params = drawing.message()["params"];
         EXPECT_EQ(schemaViolation(schema, "notification:changed", params), "");
         EXPECT_EQ(params.value("topic", ""), "overlay");
@@ -347,13 +347,13 @@ TEST_F(AgentMethods, OverlaySubscribersGetItsChangesOnceATurn) {
         return params["changes"];
     };
     result("arrange");
-    json changes = heard();
+    json changes = nextChanges();
     EXPECT_TRUE(changes.contains("tiles") && changes.contains("message")) << "one turn, one line: " << changes;
     EXPECT_FALSE(changes.contains("displays")) << changes;
     desk.settle();
     result("focus", {{"direction", "right"}});
     desk.settle();
-    do changes = heard();
+    do changes = nextChanges();
     while (changes.is_object() && !changes.contains("tiles"));
     EXPECT_FALSE(changes["tiles"].contains("order")) << changes;
     EXPECT_EQ(changes["tiles"]["changed"].size(), 2u) << "the tile that lost the focus and the one that got it";

@@ -149,10 +149,10 @@ class X11Stage final : public ContractDesktop {
     }
     void destroyDesktop() override { desktop_.reset(); }
     void press(CGPoint point) override {
-        runPointerTool({"mousemove", pixels(point.x), pixels(point.y), "mousedown", "1"});
+        runInputTool({"mousemove", pixels(point.x), pixels(point.y), "mousedown", "1"});
     }
-    void movePointer(CGPoint point) override { runPointerTool({"mousemove", pixels(point.x), pixels(point.y)}); }
-    void releaseButton() override { runPointerTool({"mouseup", "1"}); }
+    void movePointer(CGPoint point) override { runInputTool({"mousemove", pixels(point.x), pixels(point.y)}); }
+    void releaseButton() override { runInputTool({"mouseup", "1"}); }
     void pressKey(KeyCombination combination) override {
         std::string chord;
         const auto with = [&](std::uint64_t flag, const char* name) {
@@ -162,7 +162,7 @@ class X11Stage final : public ContractDesktop {
         with(modifierFlag::option, "alt+");
         with(modifierFlag::shift, "shift+");
         with(modifierFlag::command, "super+");
-        runPointerTool({"key", chord + (combination.keyCode == 4 ? "h" : "j")});
+        runInputTool({"key", chord + (combination.keyCode == 4 ? "h" : "j")});
     }
     void claimForOther(KeyCombination combination) override {
         const auto modifiers = ((combination.modifierFlags & modifierFlag::control) ? XCB_MOD_MASK_CONTROL : 0) |
@@ -225,7 +225,7 @@ class X11Stage final : public ContractDesktop {
     CGRect inPixels(const CGRect& r) const {
         return makeRect(minX(r) * scale_, minY(r) * scale_, r.size.width * scale_, r.size.height * scale_);
     }
-    void runPointerTool(std::vector<std::string> command) {
+    void runInputTool(std::vector<std::string> command) {
         command.insert(command.begin(), "xdotool");
         ASSERT_EQ(server_.start(command).wait(), 0);
     }
