@@ -263,7 +263,7 @@ inline constexpr auto kSettingVerbs = std::to_array<Verb>({
     {"palette",
      "ui.palette",
      "open the palette",
-     "A window of kova-ui with one field that finds applications, open windows, scenes, layouts and common commands. "
+     "A window of kova-ui with one field that finds applications, open windows, scenes, layouts and commands. "
      "It acts on TILE; without it on the tile of the focused window.",
      "kova palette\nkova shortcut set openPalette ctrl+alt+space",
      {kTile.asOption("--tile").meaningThat("id, number or name of a tile (default: that of the focused window)"),
