@@ -116,9 +116,9 @@ TEST_F(SceneMethods, ASceneIsComparedAndOpened) {
 }
 
 TEST_F(SceneMethods, TheOverlaysMessageNamesWhatRevertsADeletion) {
-    auto drawing = client();
     const auto undoOfMessage = [&] {
         turn();
+        auto drawing = client(); // a new one, which has no notifications to read first
         const json state = call(drawing, "subscribe", {{"topic", "overlay"}})["result"]["state"];
         EXPECT_EQ(schemaViolation(schema, "overlay:message", state["message"]), "");
         return state["message"]["undo"];
