@@ -67,6 +67,33 @@ TEST(AgentLink, MirrorsChangesAndTakesAWholeStateAfterAGap) {
     EXPECT_TRUE(talk.complaints.empty());
 }
 
+TEST(OverlayMirror, ElementsOfAListChangeComeAndGo) {
+    OverlayMirror mirror({.contentsChanged = [] {},
+                          .showRequested = nullptr,
+                          .notUnderstood = [](const std::string& reason) { ADD_FAILURE() << reason; }});
+    const auto id = nlohmann::json::parse(mirror.connected())["id"];
+    const nlohmann::json state = sampleState();
+    mirror.receive(nlohmann::json{{"id", id}, {"result", {{"sequence", 0}, {"state", state}}}}.dump());
+    int sequence = 0;
+    const auto tiles = [&](nlohmann::json change) {
+        const nlohmann::json parameters{{"sequence", ++sequence}, {"changes", {{"tiles", std::move(change)}}}};
+        mirror.receive(nlohmann::json{{"method", "changed"}, {"params", parameters}}.dump());
+        std::string told;
+        for (const TileContents& tile : mirror.contents()->tiles) {
+            told += (told.empty() ? "" : " ") + tile.name + ":" + std::to_string(tile.applications.size());
+        }
+        return told;
+    };
+    nlohmann::json fifth = state["tiles"][0];
+    fifth["id"] = "d1::fifth";
+    fifth["name"] = "Fifth";
+    EXPECT_EQ(tiles({{"changed", {{{"id", "d1::reference"}, {"applications", nlohmann::json::array()}}}}}),
+              "Primary:3 Utility:0 Reference:0 Secondary:1");
+    EXPECT_EQ(tiles({{"changed", {fifth}}, {"order", {"d1::secondary", "d1::fifth", "d1::primary"}}}),
+              "Secondary:1 Fifth:3 Primary:3");
+    EXPECT_EQ(tiles({{"order", nlohmann::json::array()}}), "");
+}
+
 TEST(AgentLink, WaitsForAnAgentAndConnectsAgainWhenItIsLost) {
     Conversation talk;
     talk.agent.reset();

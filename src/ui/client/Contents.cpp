@@ -160,7 +160,8 @@ std::map<std::string, ShownWindow> shownWindows(const JsonCursor& at) {
 
 /// The element of that id; null when there is none.
 nlohmann::json* elementOf(nlohmann::json& list, const std::string& id) {
-    const auto found = std::ranges::find_if(list, [&](const auto& element) { return element.value("id", "") == id; });
+    const auto found = std::ranges::find_if(
+        list, [&](const auto& element) { return element.is_object() && element.value("id", nlohmann::json()) == id; });
     return found == list.end() ? nullptr : &*found;
 }
 
@@ -181,7 +182,7 @@ void mergeList(nlohmann::json& list, const JsonCursor& change) {
     for (const JsonCursor& id : order->elements()) {
         nlohmann::json* known = elementOf(list, id.string());
         if (!known) id.fail("there is no such element");
-        ordered.push_back(std::move(*known));
+        ordered.push_back(*known);
     }
     list = std::move(ordered);
 }
