@@ -26,13 +26,15 @@ class Dialogs : public WindowStage {
     }
     void chooseFromMenu(const char* id) { EXPECT_TRUE(ask("menu.choose", {{"id", id}}).contains("result")) << id; }
     void chooseFile(const char* what, const std::filesystem::path& path) {
-        auto* panel = shown(what)->findChild<QFileDialog*>();
-        panel->setDirectory(QString::fromStdString(path.parent_path().string()));
-        panel->findChild<QLineEdit*>()->setText(QString::fromStdString(path.filename().string()));
-        QTest::keyClick(panel->findChild<QLineEdit*>(), Qt::Key_Return);
+        HostedWindow* window = shown(what);
+        ASSERT_TRUE(window);
+        auto* name = window->findChild<QFileDialog*>()->findChild<QLineEdit*>();
+        name->setText(QString::fromStdString(path.string()));
+        QTest::keyClick(name, Qt::Key_Return);
     }
     QString errorOf(const char* what) {
         auto* error = control<QLabel>(host.window(what), "error");
+        if (!error) return {};
         EXPECT_TRUE(until([&] { return !error->text().isEmpty(); }));
         return error->text();
     }

@@ -79,12 +79,13 @@ void AlertWindow::present(const json& parameters) {
     answer(false); // a newer alert replaces one that is open
     alert_ = parameters;
     const QString confirm = memberText(parameters, "confirm"), cancel = memberText(parameters, "cancel");
+    const QString close = confirm.isEmpty() ? tr("Close") : confirm;
     const bool isQuestion = !cancel.isEmpty();
     title_->setText(memberText(parameters, "title"));
     text_->setText(memberText(parameters, "text"));
     confirm_->setText(confirm);
     confirm_->setVisible(isQuestion);
-    cancel_->setText(isQuestion ? cancel : confirm);
+    cancel_->setText(isQuestion ? cancel : close);
     cancel_->setAccessibleDescription(isQuestion ? tr("Changes nothing") : tr("Closes this message"));
     error_->clear();
     listApplications(parameters.value("applications", json::array()));

@@ -23,6 +23,10 @@
         <source>Closes this message</source>
         <translation>Schließt diese Meldung</translation>
     </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
 </context>
 <context>
     <name>kova::ui::DocumentFile</name>
