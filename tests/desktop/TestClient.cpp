@@ -48,9 +48,16 @@ bool TestClient::waitForManager() {
         return std::ranges::find(windows, window) != windows.end();
     };
     const xcb_window_t probe = create({.title = "Probe"});
+    // A manager that starts may miss the request to map, so it is repeated. One that is slow gets more time with each
+    // attempt; else it would always find the window unmapped again.
+    auto pause = std::chrono::milliseconds(20);
     const bool isReady = waitUntil([&] {
         unmap(probe);
         map(probe);
+        const auto nextAttempt = Clock::now() + pause;
+        pause *= 2;
+        while (!isListed(probe) && Clock::now() < nextAttempt)
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
         return isListed(probe);
     });
     destroy(probe);

@@ -79,6 +79,8 @@ TEST_F(Golden, CarriedWindowsAndBareDesktops) {
     compare({.look = Look::neon, .isDragging = true, .hasMessage = false}, true, "neon-drag");
     compare({.useThemeBackground = false}, true, "dark-over-wallpaper");
     compare({.hasNotice = true}, true, "dark-notice");
+    compare({.look = Look::light, .hasMessage = false, .isBusy = true}, true, "light-busy");
+    compare({.scale = 2, .look = Look::neon, .hasMessage = false, .isBusy = true}, true, "neon-busy@2");
     compare({.look = Look::light, .useThemeBackground = false, .isDragging = true}, false, "light-without-compositor");
 }
 

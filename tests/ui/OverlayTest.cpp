@@ -194,7 +194,7 @@ TEST(Footer, NoticeIsReadWholeInNarrowFooters) {
     tile.notice = PlacementNotice{text.toStdString(), {"", "Terminal"}};
     for (const double scale : {1.0, 2.0}) {
         const Style style{.scale = scale, .fontFamily = QStringLiteral("DejaVu Sans")};
-        for (int width = 420; width < 1000; width += 60) {
+        for (int width = 300; width < 1000; width += 60) {
             const auto layout = layOutFooter(tile, QSize(style.px(width), style.px(26)), style);
             EXPECT_EQ(layout.notice.parts.join(u' '), text) << width;
             EXPECT_EQ(layout.name.isEmpty(), width < 650) << width;

@@ -20,6 +20,7 @@
 namespace kova::ui::testing {
 
 using kova::testing::ChildProcess;
+using kova::testing::ClientProcessNumbers;
 using kova::testing::PrivateServer;
 using kova::testing::TestClient;
 
@@ -36,12 +37,17 @@ struct Session {
 void PrintTo(const Session& session, std::ostream* out) {
     *out << session.name;
 }
+const std::vector<std::string> kPicom{"/usr/bin/picom", "--backend", "xrender"};
 const std::vector<Session> kSessions{
     {"none", {}, {}},
+    {"none and picom", {}, kPicom},
     {"openbox", {"/usr/bin/openbox", "--sm-disable"}, {}},
-    {"openbox and picom", {"/usr/bin/openbox", "--sm-disable"}, {"/usr/bin/picom", "--backend", "xrender"}},
+    {"openbox and picom", {"/usr/bin/openbox", "--sm-disable"}, kPicom},
     {"xfwm4", {"/usr/bin/xfwm4", "--compositor=off"}, {}},
+    {"xfwm4 and picom", {"/usr/bin/xfwm4", "--compositor=off"}, kPicom},
     {"metacity", {"/usr/bin/metacity", "--no-composite"}, {}},
+    {"metacity and picom", {"/usr/bin/metacity", "--no-composite"}, kPicom},
+    {"mutter", {"/usr/bin/mutter", "--x11"}, {}, true}, // composites by itself, as KWin does
     {"kwin", {"/usr/bin/kwin_x11"}, {}, true},
 };
 
@@ -51,7 +57,8 @@ constexpr const char* kBusConfiguration =
 
 class Desktop {
   public:
-    explicit Desktop(const Session& session, const std::string& size = "800x500") : server(size), session_(session) {
+    explicit Desktop(const Session& session, const std::string& size = "800x500") :
+        server(size, ClientProcessNumbers::told), session_(session) { // Mutter crashes without them
         agent.setState(sampleState({.hasMessage = true}));
         if (session.needsBus) startBus();
         startManager();
@@ -323,6 +330,6 @@ const auto nameOf = [](const auto& session) {
     return name;
 };
 INSTANTIATE_TEST_SUITE_P(Desktops, RealWindows, ::testing::ValuesIn(kSessions), nameOf);
-INSTANTIATE_TEST_SUITE_P(Desktops, RealManagers, ::testing::ValuesIn(kSessions.begin() + 1, kSessions.end()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Desktops, RealManagers, ::testing::ValuesIn(kSessions.begin() + 2, kSessions.end()), nameOf);
 
 } // namespace kova::ui::testing

@@ -106,6 +106,18 @@ json sampleState(const Sample& sample) {
                          " did not fit in the selected tile, so KOVA automatically claimed 2 additional tiles"},
             {"application", {{"id", nullptr}, {"name", kNames[static_cast<std::size_t>(noted)]}}}};
     }
+    json dividers = json::array();
+    if (sample.isBusy) {
+        for (const std::size_t i : {1, 3}) {
+            tiles[i]["pending"] = {{"application", {{"id", nullptr}, {"name", i == 1 ? "Maps" : "Photographs"}}}};
+        }
+        dividers.push_back({{"id", "middle"},
+                            {"display", "d1"},
+                            {"axis", "horizontal"},
+                            {"frame", rect(490, 10, 12, 452)},
+                            {"isHovered", true},
+                            {"isDragged", false}});
+    }
     ThemeRegistry registry;
     const std::string theme = sample.look == Look::neon ? "jarvis.neon-cyan" : "kova.native";
     json state{{"version", {{"contract", kOverlayContract}, {"agent", "0.1.0"}}},
@@ -125,7 +137,7 @@ json sampleState(const Sample& sample) {
                   {"scale", sample.scale},
                   {"isFocusMode", false}}}},
                {"tiles", tiles},
-               {"dividers", json::array()},
+               {"dividers", dividers},
                {"drag", nullptr},
                {"message", nullptr}};
     if (sample.isDragging) state["drag"] = {{"window", "3"}, {"display", "d1"}, {"tile", "d1::secondary"}};

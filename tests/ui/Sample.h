@@ -23,6 +23,7 @@ struct Sample {
     bool isDragging = false;
     bool hasMessage = true;
     bool hasNotice = false; // in two footers, one of them too narrow for one line
+    bool isBusy = false;    // applications are being launched into two tiles, the pointer is on a divider
 };
 /// A display of 800 by 500 points with four tiles, "utility" empty; `windows` are shared among the other three.
 nlohmann::json sampleState(const Sample& sample = {});

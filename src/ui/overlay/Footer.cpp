@@ -11,7 +11,7 @@ namespace kova::ui {
 
 namespace {
 
-const QString kContinued = QStringLiteral(" …"); // after the first of two parts of a notice
+const QString kContinued = QStringLiteral(" …"); // after a part of a notice that is not the last
 
 /// The application's name; the window's title where several windows of the tile are of one application.
 QString labelOf(const TileContents& tile, const StackEntry& entry) {
@@ -123,7 +123,19 @@ int noticeIconWidth(const Style& style) {
     return style.px(points::entryPadding / 2 + points::iconSize + points::iconGap);
 }
 
-/// Beside the tile's name where there is room, else instead of it, in two parts if need be.
+/// Breaks a text between words into as many parts as it needs, three at most; the last one may be too wide.
+QStringList upToThreeParts(const QString& text, int width, const Style& style) {
+    QStringList parts{text};
+    while (parts.size() < 3) {
+        const QStringList broken = upToTwoLines(parts.back(), smallFont(style), width);
+        if (broken.size() == 1) break;
+        parts.back() = broken.front();
+        parts.append(broken.back());
+    }
+    return parts;
+}
+
+/// Beside the tile's name where there is room, else instead of it, in parts if need be.
 void layOutNotice(FooterLayout& layout, const QString& text, QRect strip, const Style& style) {
     const int needed = widthOf(text, smallFont(style)) + 1 + noticeIconWidth(style);
     layout.notice = {strip, {text}};
@@ -131,9 +143,8 @@ void layOutNotice(FooterLayout& layout, const QString& text, QRect strip, const 
     layout.name = QRect();
     layout.notice.area.setLeft(style.px(points::entryPadding / 2));
     if (needed <= layout.notice.area.width()) return;
-    layout.notice.parts =
-        upToTwoLines(text, smallFont(style),
-                     layout.notice.area.width() - noticeIconWidth(style) - widthOf(kContinued, smallFont(style)));
+    const int width = layout.notice.area.width() - noticeIconWidth(style) - widthOf(kContinued, smallFont(style));
+    layout.notice.parts = upToThreeParts(text, width, style);
 }
 
 void paintNotice(QPainter& painter, const ApplicationName& application, const FooterLayout::Notice& notice,

@@ -5,23 +5,22 @@
 #include <QMouseEvent>
 #include <QWheelEvent>
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace kova::ui {
 
 namespace {
 constexpr int kWheelStep = 120;
-constexpr int kNoticePartMilliseconds = 3000; // half of the time for which the agent shows a notice
+constexpr int kNoticeMilliseconds = 6000; // the time for which the agent shows a notice
 constexpr double kDragStartPoints = 5;
 } // namespace
 
 FooterWindow::FooterWindow(OverlayPlatform& platform, OverlayActions& actions, CarryEntry carry) :
     OverlayWindow(platform, Layer::footer, "KOVA footer"), actions_(actions), carry_(std::move(carry)) {
-    noticePartEnd_.setSingleShot(true);
-    noticePartEnd_.setInterval(kNoticePartMilliseconds);
     QObject::connect(&noticePartEnd_, &QTimer::timeout, this, [this] {
         FooterState state = state_;
-        state.noticePart = 1;
+        if (++state.noticePart + 1 >= layout_.notice.parts.size()) noticePartEnd_.stop();
         setState(state);
     });
 }
@@ -40,8 +39,10 @@ void FooterWindow::show(const TileContents& tile, const QRect& area, const Style
     if (!isSame || isFirst) {
         layout_ = layOutFooter(tile_, area.size(), style_);
         if (state_.hovered.part == FooterHit::Part::entry && !entryAt(state_.hovered)) state_.hovered = {};
-        if (layout_.notice.parts.size() > 1 && state_.noticePart == 0 && !noticePartEnd_.isActive())
-            noticePartEnd_.start();
+        const auto parts = layout_.notice.parts.size();
+        state_.noticePart = std::max<qsizetype>(0, std::min(state_.noticePart, parts - 1));
+        if (state_.noticePart + 1 < parts && !noticePartEnd_.isActive())
+            noticePartEnd_.start(static_cast<int>(kNoticeMilliseconds / parts));
     }
     const QRegion shape = roundedRegion(QRect(QPoint(0, 0), area.size()), style.px(points::footerRadius));
     const bool isNewSize = area.size() != size();
