@@ -1,4 +1,5 @@
 #include "ui/x11/StackOrder.h"
+#include "ui/x11/ApplicationAreas.h"
 
 #include <gtest/gtest.h>
 
@@ -65,6 +66,23 @@ TEST(StackOrder, FollowsTheServersEvents) {
     EXPECT_EQ(stack.kindOf(kMail), RootChild::other);
     stack.configured(99, kEditor);
     EXPECT_EQ(stack.bottomFirst().size(), 4u) << "a window that is not known is none of the root's";
+}
+
+TEST(ApplicationAreas, AreWhatIsDrawnOfWindowsThatNoGuardHides) {
+    StackOrder order;
+    order.reset({1, 2, 3, 4});
+    order.classify(2, RootChild::guard);
+    for (const WindowNumber window : {1, 3}) order.classify(window, RootChild::application);
+    ApplicationAreas areas;
+    areas.shown(1, QRect(0, 0, 500, 500), QRect(0, 0, 500, 500));
+    areas.shown(3, QRect(90, 90, 220, 120), QRect(100, 100, 200, 100)); // invisible borders of 10
+    areas.shown(4, QRect(0, 0, 50, 50), QRect(0, 0, 50, 50));           // no application
+    EXPECT_EQ(areas.covered(order), QRegion(100, 100, 200, 100));
+    EXPECT_TRUE(areas.moved(3, QRect(0, 0, 220, 120)));
+    EXPECT_EQ(areas.covered(order), QRegion(10, 10, 200, 100));
+    EXPECT_FALSE(areas.moved(3, QRect(0, 0, 800, 600))) << "a full screen has no borders";
+    order.lowered(3);
+    EXPECT_TRUE(areas.covered(order).isEmpty()) << "minimized";
 }
 
 } // namespace kova::ui

@@ -47,13 +47,14 @@ OverlayWindow::~OverlayWindow() {
 void OverlayWindow::present(const QRect& area, const QRegion& seen, const QRegion& clickable) {
     const bool wasRetired = std::exchange(isRetired_, false);
     if (isPresented_ && !wasRetired && area == geometry() && seen == seen_ && clickable == clickable_) return;
+    const bool hasMoved = area.topLeft() != position();
     const bool mustBeDrawn = !isPresented_ || wasRetired || area.size() != size();
     setGeometry(area);
     if (!isPresented_) {
         create();
         platform_.adopt(*this);
     }
-    if (!isPresented_ || seen != seen_ || clickable != clickable_) platform_.shape(*this, seen, clickable);
+    if (!isPresented_ || hasMoved || seen != seen_ || clickable != clickable_) platform_.shape(*this, seen, clickable);
     seen_ = seen;
     clickable_ = clickable;
     const bool wasPresented = std::exchange(isPresented_, true);

@@ -39,7 +39,8 @@ class OverlayPlatform {
     virtual void conceal(OverlayWindow& window);
     /// Shows a concealed window; it has been drawn.
     virtual void reveal(OverlayWindow& window);
-    /// The visible parts, and those that take clicks; a click elsewhere reaches the window below.
+    /// The visible parts, and those that take clicks; a click elsewhere reaches the window below. Also called after
+    /// each move.
     virtual void shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) = 0;
     /// Draws the region of the window and shows it on the screen.
     virtual void draw(OverlayWindow& window, const QRegion& dirty) = 0;

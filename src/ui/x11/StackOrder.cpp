@@ -50,6 +50,16 @@ RootChild StackOrder::kindOf(WindowNumber window) const {
     return found == kinds_.end() ? RootChild::other : found->second;
 }
 
+std::vector<WindowNumber> StackOrder::shownApplications() const {
+    std::vector<WindowNumber> shown;
+    for (const WindowNumber window : order_) {
+        const RootChild kind = kindOf(window);
+        if (kind == RootChild::guard) shown.clear();
+        if (kind == RootChild::application) shown.push_back(window);
+    }
+    return shown;
+}
+
 StackOrder::Place StackOrder::placeFor(const std::vector<WindowNumber>& ours) const {
     // From the hidden windows up to the lowest application; a desktop window above one is not corrected.
     const auto is = [&](RootChild kind) {

@@ -31,6 +31,8 @@ class StackOrder {
     void classify(WindowNumber window, RootChild kind);
     RootChild kindOf(WindowNumber window) const;
     const std::vector<WindowNumber>& bottomFirst() const { return order_; }
+    /// Applications that no guard hides.
+    std::vector<WindowNumber> shownApplications() const;
 
     /// Where `ours` (bottom first) belong: together, below every application that is not hidden, above the desktops
     /// that are below those. `above` is the window right above which the first of them belongs, 0: the bottom.

@@ -1,5 +1,7 @@
 #include "ui/x11/X11Platform.h"
 
+#include "ui/x11/X11Requests.h"
+
 #include <QCoreApplication>
 #include <QImage>
 
@@ -19,26 +21,8 @@ namespace kova::ui {
 
 namespace {
 
-/// Frees the result of a function of the X library.
-template <class Reply>
-using Owned = std::unique_ptr<Reply, decltype(&std::free)>;
-template <class Reply>
-Owned<Reply> owned(Reply* reply) {
-    return {reply, &std::free};
-}
-
 WindowNumber numberOf(const OverlayWindow& window) {
     return static_cast<WindowNumber>(window.winId());
-}
-
-void shapeWindow(xcb_connection_t* connection, WindowNumber window, xcb_shape_kind_t kind, const QRegion& region) {
-    std::vector<xcb_rectangle_t> rectangles;
-    for (const QRect& rect : region) {
-        rectangles.push_back({static_cast<std::int16_t>(rect.x()), static_cast<std::int16_t>(rect.y()),
-                              static_cast<std::uint16_t>(rect.width()), static_cast<std::uint16_t>(rect.height())});
-    }
-    xcb_shape_rectangles(connection, XCB_SHAPE_SO_SET, static_cast<xcb_shape_kind_t>(kind), XCB_CLIP_ORDERING_UNSORTED,
-                         window, 0, 0, static_cast<std::uint32_t>(rectangles.size()), rectangles.data());
 }
 
 } // namespace
@@ -56,7 +40,8 @@ std::unique_ptr<X11Platform> X11Platform::create(xcb_connection_t* connection) {
 X11Platform::X11Platform(xcb_connection_t* connection, xcb_connection_t* watch, int screen) :
     connection_(connection), watch_(watch), windowType_(atom("_NET_WM_WINDOW_TYPE")),
     typeDesktop_(atom("_NET_WM_WINDOW_TYPE_DESKTOP")), typeNotification_(atom("_NET_WM_WINDOW_TYPE_NOTIFICATION")),
-    wmState_(atom("WM_STATE")), compositorSelection_(atom("_NET_WM_CM_S" + std::to_string(screen))),
+    wmState_(atom("WM_STATE")), frameExtents_(atom("_NET_FRAME_EXTENTS")), shadowExtents_(atom("_GTK_FRAME_EXTENTS")),
+    compositorSelection_(atom("_NET_WM_CM_S" + std::to_string(screen))),
     traySelection_(atom("_NET_SYSTEM_TRAY_S" + std::to_string(screen))) {
     auto screens = xcb_setup_roots_iterator(xcb_get_setup(watch_));
     for (int i = 0; i < screen; ++i) xcb_screen_next(&screens);
@@ -110,6 +95,12 @@ void X11Platform::watchSelections() {
 
 void X11Platform::lookAtSelections() {
     const bool wasComposited = std::exchange(isComposited_, hasOwner(compositorSelection_));
+    const bool wasCutOut = std::exchange(isCutOut_, isComposited_ && drawsUnmanagedWindowsOnTop());
+    if (wasCutOut != isCutOut_) {
+        areas_.clear();
+        for (const WindowNumber window : order_.bottomFirst()) findArea(window);
+        cutOutApplications();
+    }
     const bool hadTray = std::exchange(hasTray_, hasOwner(traySelection_));
     if (wasComposited != isComposited_ && compositingChanged_) compositingChanged_();
     if (hadTray != hasTray_ && trayChanged_) trayChanged_(hasTray_);
@@ -159,6 +150,7 @@ void X11Platform::readOrder() {
     const auto* children = xcb_query_tree_children(tree.get());
     order_.reset({children, children + xcb_query_tree_children_length(tree.get())});
     for (const WindowNumber window : std::vector(order_.bottomFirst())) classify(window);
+    cutOutApplications();
 }
 
 /// The window itself or the one inside of its frame that a window manager has taken in; 0: none.
@@ -210,7 +202,9 @@ RootChild X11Platform::kindOf(WindowNumber window) const {
 }
 
 void X11Platform::classify(WindowNumber window) {
-    if (order_.kindOf(window) != RootChild::ours) order_.classify(window, kindOf(window));
+    if (order_.kindOf(window) == RootChild::ours) return;
+    order_.classify(window, kindOf(window));
+    findArea(window);
 }
 
 void X11Platform::readEvents() {
@@ -224,6 +218,7 @@ void X11Platform::readEvents() {
         } else if (kind == XCB_DESTROY_NOTIFY) {
             const WindowNumber window = reinterpret_cast<const xcb_destroy_notify_event_t*>(raw)->window;
             order_.removed(window);
+            areas_.removed(window);
             clients_.erase(window);
         } else if (kind == XCB_CONFIGURE_NOTIFY) {
             const auto* told = reinterpret_cast<const xcb_configure_notify_event_t*>(raw);
@@ -232,6 +227,9 @@ void X11Platform::readEvents() {
                 continue;
             }
             order_.configured(told->window, told->above_sibling);
+            const QRect frame(told->x, told->y, told->width + 2 * told->border_width,
+                              told->height + 2 * told->border_width);
+            if (!areas_.moved(told->window, frame)) findArea(told->window);
             mayBeDisturbed = true;
         } else if (kind == XCB_CIRCULATE_NOTIFY) {
             const auto* told = reinterpret_cast<const xcb_circulate_notify_event_t*>(raw);
@@ -243,6 +241,8 @@ void X11Platform::readEvents() {
         } else if (kind == XCB_UNMAP_NOTIFY) {
             const WindowNumber window = reinterpret_cast<const xcb_unmap_notify_event_t*>(raw)->window;
             if (order_.kindOf(window) != RootChild::ours) order_.classify(window, RootChild::other);
+            areas_.removed(window);
+            mayBeDisturbed = true;
         } else if (kind == XCB_REPARENT_NOTIFY) {
             const auto* told = reinterpret_cast<const xcb_reparent_notify_event_t*>(raw);
             if (told->parent == screen_->root) {
@@ -251,6 +251,7 @@ void X11Platform::readEvents() {
                 classify(told->window);
             } else {
                 order_.removed(told->window);
+                areas_.removed(told->window);
                 clients_[told->parent] = told->window;
                 classify(told->parent);
             }
@@ -262,7 +263,10 @@ void X11Platform::readEvents() {
             areMonitorsNews = true;
         }
     }
-    if (mayBeDisturbed) keepOrder();
+    if (mayBeDisturbed) {
+        keepOrder();
+        cutOutApplications();
+    }
     if (areSelectionsNews) lookAtSelections();
     if (areMonitorsNews && firstRandrEvent_ != 0) readMonitors();
     // The answers may have brought further events along.
@@ -308,6 +312,7 @@ void X11Platform::leave(OverlayWindow& window) {
     dropPixmap(found->second);
     if (found->second.context != 0) xcb_free_gc(connection_, found->second.context);
     pictures_.erase(found);
+    shapeLower(window.layer());
 }
 
 void X11Platform::stack(OverlayWindow& window) {
@@ -330,11 +335,15 @@ void X11Platform::conceal(OverlayWindow& window) {
     xcb_unmap_window(connection_, numberOf(window));
     xcb_change_window_attributes(connection_, numberOf(window), XCB_CW_BACK_PIXMAP, &none);
     dropPixmap(pictures_.at(&window));
+    pictures_.at(&window).isConcealed = true;
+    shapeLower(window.layer());
     xcb_flush(connection_);
 }
 
 void X11Platform::reveal(OverlayWindow& window) {
     if (!isBelowApplications(window.layer())) stack(window);
+    pictures_.at(&window).isConcealed = false;
+    shapeLower(window.layer());
     xcb_map_window(connection_, numberOf(window));
     xcb_flush(connection_);
 }
@@ -346,7 +355,10 @@ void X11Platform::dropPixmap(Picture& picture) {
 }
 
 void X11Platform::shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) {
-    shapeWindow(connection_, numberOf(window), XCB_SHAPE_SK_BOUNDING, seen);
+    Picture& picture = pictures_.at(&window);
+    picture.seen = seen;
+    shapeSeen(window, picture);
+    shapeLower(window.layer());
     shapeWindow(connection_, numberOf(window), XCB_SHAPE_SK_INPUT, clickable);
 }
 

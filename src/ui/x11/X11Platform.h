@@ -5,6 +5,7 @@
 #pragma once
 
 #include "ui/overlay/OverlayWindow.h"
+#include "ui/x11/ApplicationAreas.h"
 #include "ui/x11/StackOrder.h"
 
 #include <QAbstractNativeEventFilter>
@@ -51,6 +52,8 @@ class X11Platform final : public OverlayPlatform, private QAbstractNativeEventFi
         std::uint32_t context = 0;
         QSize size;
         std::uint8_t depth = 0;
+        QRegion seen, shaped; // as asked for, and as it is with applications cut out
+        bool isShaped = false, isConcealed = false;
     };
 
     X11Platform(xcb_connection_t* connection, xcb_connection_t* watch, int screen);
@@ -68,6 +71,12 @@ class X11Platform final : public OverlayPlatform, private QAbstractNativeEventFi
     bool isGuard(WindowNumber window) const;
     WindowNumber clientOf(WindowNumber window, int depth) const;
     void keepOrder();
+    bool drawsUnmanagedWindowsOnTop() const;
+    QRect drawnArea(WindowNumber window, const QRect& frame) const;
+    void findArea(WindowNumber window);
+    void cutOutApplications();
+    void shapeLower(Layer layer);
+    void shapeSeen(OverlayWindow& window, Picture& picture);
     void putPart(const Picture& picture, OverlayWindow& window, const QRect& part);
     std::uint32_t atom(std::string_view name) const;
     bool hasOwner(std::uint32_t selection) const;
@@ -79,11 +88,15 @@ class X11Platform final : public OverlayPlatform, private QAbstractNativeEventFi
     std::function<void()> firstDisplayMoved_;
     std::function<void(bool)> trayChanged_;
     std::unique_ptr<QSocketNotifier> readable_;
-    std::uint32_t windowType_, typeDesktop_, typeNotification_, wmState_, compositorSelection_, traySelection_;
+    std::uint32_t windowType_, typeDesktop_, typeNotification_, wmState_, frameExtents_, shadowExtents_,
+        compositorSelection_, traySelection_;
     std::uint8_t firstXFixesEvent_ = 0, firstRandrEvent_ = 0; // 0: the server has none
     QPoint firstDisplay_;
     bool isComposited_ = false, hasTray_ = false;
+    bool isCutOut_ = false; // where applications are, since the window manager draws the overlay above them
     StackOrder order_;
+    ApplicationAreas areas_;
+    QRegion covered_;
     std::map<WindowNumber, WindowNumber> clients_;      // by the frame that a window manager has put around them
     std::map<Layer, std::vector<WindowNumber>> layers_; // of those below applications
     std::map<OverlayWindow*, Picture> pictures_;
