@@ -133,13 +133,18 @@ std::string ShortcutsPane::chosenAction() const {
 
 void ShortcutsPane::filter(const QString& text) {
     const QStringList words = text.split(u' ', Qt::SkipEmptyParts);
+    QTreeWidgetItem* first = nullptr;
     for (int i = 0; i < table_->topLevelItemCount(); ++i) {
         QTreeWidgetItem* item = table_->topLevelItem(i);
         const QString all = item->text(title) + u' ' + item->text(keys) + u' ' + item->text(remark);
         const bool fits = std::all_of(words.begin(), words.end(),
                                       [&](const QString& word) { return all.contains(word, Qt::CaseInsensitive); });
         item->setHidden(!fits);
+        if (fits && !first) first = item;
     }
+    // The arrow keys do not select the only row.
+    const bool isChosenShown = table_->currentItem() && !table_->currentItem()->isHidden();
+    if (!words.isEmpty() && first && !isChosenShown) table_->setCurrentItem(first);
     updateButtons();
 }
 
