@@ -3,6 +3,7 @@
 #pragma once
 
 #include "support/Geometry.h"
+#include "support/Identifiers.h"
 #include "support/MainQueue.h"
 
 #include <functional>

@@ -4,6 +4,7 @@
 
 #include "layout/LayoutCatalogue.h"
 #include "layout/TileSpans.h"
+#include "support/Identifiers.h"
 
 #include <set>
 #include <string>
