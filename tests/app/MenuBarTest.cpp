@@ -2,6 +2,8 @@
 #include "app/KovaMenuBarContent.h"
 
 #include "app/DisplayLayoutMenu.h"
+#include "app/DocumentExchange.h"
+#include "app/DocumentPanelServicing.h"
 #include "persistence/MemoryPreferencesStore.h"
 #include "platform/simulated/SimulatedDesktop.h"
 
