@@ -36,6 +36,12 @@ class MethodCalls : public testing::Test, public AgentStage {
         return reply["error"].value("message", "");
     }
 
+    json error(const std::string& method, json parameters = json::object()) {
+        const json reply = call(method, std::move(parameters));
+        EXPECT_TRUE(reply.contains("error")) << method << ": " << reply;
+        return reply.value("error", json{{"code", 0}, {"message", ""}, {"data", nullptr}});
+    }
+
     const json schema = controlSchema();
     SocketClient connection = client();
 };
