@@ -113,12 +113,12 @@ Outcome WorkspaceController::undoLastAction() {
     const auto entry = parts_.undo.takeNewest();
     // Only the snapshot of focus mode contains changes on other displays.
     auto zoomed = parts_.focusMode.leave();
-    const WorkspaceUndoSnapshot snapshot = zoomed ? std::move(zoomed->snapshot) : entry->snapshot;
+    const WorkspaceUndoSnapshot& snapshot = zoomed ? zoomed->snapshot : entry->snapshot;
     if (zoomed) parts_.undo.restore(zoomed->history);
     (void)parts_.arranger.supersede(); // cancels the remaining steps of an arrangement
     parts_.frames.reflow().forgetAllPushes();
-    if (entry->label.action ==
-        action::ActivateScene::kTraits.undoLabel) { // undoing a scene also cancels its pending placements
+    // Undoing a scene also cancels its pending placements.
+    if (entry->label.action == action::ActivateScene::kTraits.undoLabel) {
         ops_.scenes.publishSceneReport(SceneReport::State::abandoned);
         parts_.awaited.scene() = {};
     }
