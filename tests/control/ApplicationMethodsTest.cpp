@@ -157,8 +157,7 @@ TEST_F(ApplicationMethods, AQuestionOfTheMenuGoesToTheProgramThatDrawsTheOverlay
     drawing.reset();
     const auto isOpen = [&] { return dialogs.isQuestionOpen(); };
     EXPECT_TRUE(isOpen());
-    for (int i = 0; isOpen() && i < 100; ++i) desk.advance(Seconds(0.1));
-    EXPECT_FALSE(isOpen());
+    EXPECT_TRUE(waitUntil([&] { desk.advance(Seconds(0.1)); }, [&] { return !isOpen(); }));
     EXPECT_EQ(result("ui.answer", {{"id", second["id"]}, {"isConfirmed", true}})["wasOpen"], false);
     desk.settle();
     EXPECT_TRUE(desk.desktop.isRunning("Mail"));
