@@ -25,7 +25,8 @@ const WindowRegistration importing({"importDocument", make<Exchange::importDocum
 /// Stays until the window has written or read the file.
 class Panel final : public QFileDialog {
   public:
-    explicit Panel(QWidget* parent) : QFileDialog(parent, Qt::Widget) {
+    explicit Panel(QWidget* parent) : QFileDialog(parent) {
+        setWindowFlags(Qt::Widget); // a part of the window; the constructor would make a dialog of it
         setOption(DontUseNativeDialog);
         setSizeGripEnabled(false);
         setDirectory(QDir::homePath());
