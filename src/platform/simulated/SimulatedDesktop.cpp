@@ -220,14 +220,12 @@ void SimulatedDesktop::iconifyWindows(Application& application, bool iconify) {
 
 // Windows
 
-std::string SimulatedDesktop::freeLabel(const std::string& applicationName,
-                                        const std::optional<std::string>& preferred) const {
+std::string SimulatedDesktop::freeLabel(const std::string& applicationName) const {
     const auto isTaken = [&](const std::string& label) {
         return std::any_of(windows_.begin(), windows_.end(),
                            [&](const auto& entry) { return entry.second.label() == label; });
     };
-    std::string label = preferred.value_or(applicationName);
-    if (preferred && isTaken(label)) label = applicationName;
+    std::string label = applicationName;
     for (int count = 2; isTaken(label); ++count) label = applicationName + " " + std::to_string(count);
     return label;
 }
@@ -243,7 +241,7 @@ std::string SimulatedDesktop::open(std::string_view applicationName, WindowTrait
     }
     const auto& window = windows_
                              .emplace(number, SimulatedWindow(number, owner.record.processIdentifier,
-                                                              freeLabel(owner.name, traits.label), std::move(traits)))
+                                                              freeLabel(owner.name), std::move(traits)))
                              .first->second;
     stacking_.insert(stacking_.begin(), number);
     ++openedCount_;
@@ -398,11 +396,11 @@ void SimulatedDesktop::loseWindow(std::string_view label, bool lose) {
 }
 
 void SimulatedDesktop::renumber(std::string_view label) {
-    giveOtherNumber(mutableWindow(label));
+    renumber(mutableWindow(label));
     changed(*findApplication(window(label).processIdentifier()));
 }
 
-void SimulatedDesktop::giveOtherNumber(SimulatedWindow& window) {
+void SimulatedDesktop::renumber(SimulatedWindow& window) {
     const std::uint64_t former = window.number();
     const std::uint64_t number = lastWindowNumber_ += kNumbersPerWindow;
     auto entry = windows_.extract(former);

@@ -51,7 +51,6 @@ class SimulatedDesktop : public AccessibilityServicing,
     void setStyle(DesktopStyle style);
     VirtualMainQueue& queue() { return queue_; }
     VirtualWorkQueue& pollingQueue() { return pollingQueue_; }
-    void setPollDuration(Seconds duration) { pollingQueue_.setJobDuration(duration); }
     SimulatedKeyboard& keyboard() { return keyboard_; }
 
     // Displays. Windows that a change leaves on no display are moved onto the first, unless they are stranded.
@@ -80,7 +79,6 @@ class SimulatedDesktop : public AccessibilityServicing,
     /// From now on every request is refused, although the permission is there.
     void setPermissionStale(bool isStale);
     SimulatedAnnouncements& announcements() { return announcements_; }
-    void loseAnnouncements(int count) { announcements_.lose(count); }
     /// The application animates its windows while its enhanced user interface is on.
     void setEnhancedUserInterface(std::string_view application, bool isOn);
     bool hasEnhancedUserInterface(std::string_view application) const;
@@ -294,7 +292,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     pid_t startForking(const Installation& installation, LaunchActivation activation);
     void openLater(pid_t processIdentifier, const WindowTraits& traits, Seconds delay, LaunchActivation activation);
     void end(pid_t processIdentifier);
-    std::string freeLabel(const std::string& applicationName, const std::optional<std::string>& preferred) const;
+    std::string freeLabel(const std::string& applicationName) const;
 
     CGRect displayFrame(const SimulatedDisplay& display) const;
     /// The display under the window's top left corner, else the first.
@@ -349,7 +347,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     void apply(SimulatedWindow& window, const AttributeWrite& write);
     void springBackLater(const SimulatedWindow& window, const CGRect& frame);
     void raise(const SimulatedWindow& window);
-    void giveOtherNumber(SimulatedWindow& window);
+    void renumber(SimulatedWindow& window);
     void showNextTabOf(const SimulatedWindow& closing);
     bool isOnShownSpace(const SimulatedWindow& window) const;
     bool isListed(const SimulatedWindow& window) const;

@@ -108,7 +108,7 @@ void SimulatedDesktop::showTab(std::string_view label) {
         other.isBackgroundTab = true;
     }
     shown.isBackgroundTab = false;
-    giveOtherNumber(shown);
+    renumber(shown);
     raise(shown);
     if (isOnScreen(shown)) findApplication(shown.processIdentifier())->focusedWindow = shown.number();
     changed(*findApplication(shown.processIdentifier()));

@@ -24,7 +24,6 @@ enum class InnerElements {
 
 /// How a window is opened and how it behaves. All traits may be combined.
 struct WindowTraits {
-    std::optional<std::string> label{}; // absent or taken: the application's name, with a number if that is taken
     std::optional<CGRect> frame{};      // desktop space; absent: somewhere on the first display
     std::optional<std::string> title{}; // absent: the window's label
     std::string role = "AXWindow";
