@@ -53,7 +53,7 @@ void AppDelegate::readSystemSettings() {
 void AppDelegate::startWorkspace() {
     if (workspaceIsStarted_) return;
     workspaceIsStarted_ = true;
-    if (userInterface_) userInterface_->start(); // it starts up while the windows are read
+    if (userInterface_) userInterface_->start(); // kova-ui starts while the agent reads the windows
     backdrop_.emplace(workspace_, overlay_).show();
     if (shell_.dividerHandles) {
         layoutDividers_.emplace(workspace_, *shell_.dividerHandles, overlay_, services_.queue);
@@ -108,8 +108,8 @@ void AppDelegate::stopWorkspace() {
     log(LogLevel::note, "workspace stopped");
 }
 
-/// Installs the monitors of pointer and keys, once however often this is called. Not without the permission: some
-/// desktops never send events to a monitor that was installed before it was granted.
+/// Reinstalls the monitors of pointer and keys; no-op without the permission, since some desktops never send events to
+/// a monitor that was installed before the permission was granted.
 void AppDelegate::installMonitors() {
     removeMonitors();
     if (*workspace_.state().permissionState != AccessibilityPermissionState::granted) return;
@@ -141,7 +141,7 @@ void AppDelegate::handleSystemActivityEvent(SystemActivityEvent event) {
     suspendOrResume();
 }
 
-/// KOVA is suspended while the user cannot see the screen, or has paused it.
+/// KOVA is suspended while the user cannot see the screen, or has paused KOVA.
 void AppDelegate::suspendOrResume() {
     const bool isPaused = *workspace_.state().isPaused;
     const bool isAvailable = systemActivityState_.isAvailable();

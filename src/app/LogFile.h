@@ -10,8 +10,8 @@ namespace kova {
 
 enum class LogEcho { none, standardError };
 
-/// Sends the log to the file, whose folder must exist. Returns the error if the file cannot be written; the terminal
-/// gets its lines in any case.
+/// Sends the log to the file, whose folder must exist. Returns the error if the file cannot be written; with
+/// `LogEcho::standardError` the lines still go to the terminal.
 std::optional<std::string> openLog(const std::string& file, LogLevel lowest, LogEcho echo);
 /// Flushes the log; later lines are dropped.
 void closeLog();

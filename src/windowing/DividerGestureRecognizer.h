@@ -13,7 +13,7 @@ namespace kova {
 /// The smallest thickness of a handle, in points.
 inline constexpr double kThinnestHandle = 8;
 
-/// The area of a handle that reacts to the pointer: its frame, made thick enough around its middle.
+/// The area of a handle that reacts to the pointer: its frame, widened evenly to at least `kThinnestHandle`.
 CGRect grippableFrame(const DividerHandle& handle);
 /// The whole gap between the windows on both sides of a handle, or the grippable frame if that is thicker.
 CGRect bareFrame(const DividerHandle& handle);

@@ -22,7 +22,7 @@ class CapturedLog {
     std::vector<std::string> lines;
 };
 
-class PlayedLoginItem final : public LaunchAtLoginServicing {
+class ScriptedLoginItem final : public LaunchAtLoginServicing {
   public:
     LaunchAtLoginStatus status() const override { return now; }
     std::optional<std::string> registerAtLogin() override { return change(registered); }
@@ -42,7 +42,7 @@ class PlayedLoginItem final : public LaunchAtLoginServicing {
 TEST(LaunchAtLogin, ShowsTheStateOfTheSystemAfterTheRequest) {
     CapturedLog log;
     MemoryPreferencesStore defaults;
-    PlayedLoginItem item;
+    ScriptedLoginItem item;
     LaunchAtLoginController controller(item, defaults);
     const auto expect = [&](bool starts, const std::optional<std::string>& error, std::optional<bool> stored,
                             const std::string& line) {
@@ -119,7 +119,7 @@ class Dock : public ::testing::Test, public ProcessRunning, public WorkQueue {
 constexpr const char* kHide = "/usr/bin/defaults write com.apple.dock autohide -bool true\n/usr/bin/killall Dock\n";
 constexpr const char* kShow = "/usr/bin/defaults write com.apple.dock autohide -bool false\n/usr/bin/killall Dock\n";
 
-TEST_F(Dock, IsRestartedOnlyWhereItDiffersFromTheChoice) {
+TEST_F(Dock, IsRestartedOnlyIfItsStateDiffersFromTheSetting) {
     controller.setHidesSystemDock(true);
     EXPECT_EQ(takeCommands(), "") << "the main queue does not wait for a command";
     settle();
@@ -138,7 +138,7 @@ TEST_F(Dock, IsRestartedOnlyWhereItDiffersFromTheChoice) {
     EXPECT_EQ(defaults.boolean(preferenceKey::hideSystemDock), false);
 }
 
-TEST_F(Dock, SaysWhichCommandFailedAndWhatItSaid) {
+TEST_F(Dock, ReportsTheFailedCommandAndItsErrorText) {
     failure = "defaults";
     controller.setHidesSystemDock(true);
     settle();
@@ -184,12 +184,12 @@ TEST_F(Dock, IsChangedAtTheStartOnlyIfTheUserChoseToHideIt) {
     }
 }
 
-class PlayedOnboarding final : public OnboardingServicing {
+class ScriptedOnboarding final : public OnboardingServicing {
   public:
-    void showOnboarding(std::optional<OnboardingOffer> offered, std::function<void()> asks) override {
+    void showOnboarding(std::optional<OnboardingOffer> offered, std::function<void()> request) override {
         ++timesShown;
         offer = std::move(offered);
-        goOn = std::move(asks);
+        requestPermission = std::move(request);
     }
     void closeOnboarding() override { ++timesClosed; }
     void openPermissionSettings() override { ++timesSettingsOpened; }
@@ -197,11 +197,11 @@ class PlayedOnboarding final : public OnboardingServicing {
     int timesClosed = 0;
     int timesSettingsOpened = 0;
     std::optional<OnboardingOffer> offer;
-    std::function<void()> goOn;
+    std::function<void()> requestPermission;
 };
 
-TEST_F(Dock, IsOfferedToANewUserAndLeftAloneUnlessItIsChosen) {
-    PlayedOnboarding onboarding;
+TEST_F(Dock, IsOfferedToANewUserAndChangedOnlyIfAccepted) {
+    ScriptedOnboarding onboarding;
     desktop.setTrusted(false);
     AppDelegate delegate(
         {desktop, desktop, desktop, desktop, desktop, defaults, desktop.queue(), desktop.pollingQueue(), desktop},
@@ -220,7 +220,7 @@ TEST_F(Dock, IsOfferedToANewUserAndLeftAloneUnlessItIsChosen) {
 TEST(Onboarding, IsShownUntilThePermissionIsGivenAndNeverAgain) {
     SimulatedDesktop desktop;
     MemoryPreferencesStore preferences;
-    PlayedOnboarding onboarding;
+    ScriptedOnboarding onboarding;
     const auto start = [&](bool isTrusted) {
         desktop.setTrusted(isTrusted);
         AppDelegate delegate({desktop, desktop, desktop, desktop, desktop, preferences, desktop.queue(),
@@ -231,7 +231,7 @@ TEST(Onboarding, IsShownUntilThePermissionIsGivenAndNeverAgain) {
     };
     EXPECT_FALSE(start(false));
     EXPECT_EQ(onboarding.timesShown, 1);
-    EXPECT_EQ(onboarding.timesClosed, 1); // with the workspace
+    EXPECT_EQ(onboarding.timesClosed, 1); // closed when the workspace stopped
     EXPECT_TRUE(start(true));
     EXPECT_EQ(preferences.boolean(preferenceKey::onboardingCompleted), true);
     EXPECT_TRUE(start(false));
@@ -241,13 +241,13 @@ TEST(Onboarding, IsShownUntilThePermissionIsGivenAndNeverAgain) {
 TEST(Onboarding, ShowsTheSystemsDialogFirstAndThenItsSettings) {
     SimulatedDesktop desktop;
     MemoryPreferencesStore preferences;
-    PlayedOnboarding onboarding;
+    ScriptedOnboarding onboarding;
     desktop.setTrusted(false);
     AppDelegate delegate(
         {desktop, desktop, desktop, desktop, desktop, preferences, desktop.queue(), desktop.pollingQueue(), desktop},
         {.onboarding = &onboarding});
     delegate.applicationDidFinishLaunching();
-    onboarding.goOn();
+    onboarding.requestPermission();
     EXPECT_EQ(desktop.promptCount(), 1);
     delegate.permission().ask();
     EXPECT_EQ(desktop.promptCount(), 1);

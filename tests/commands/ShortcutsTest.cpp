@@ -1,4 +1,4 @@
-// Shortcuts as values: what KOVA comes with, how they are stored, named and recorded.
+// Shortcuts as values: the defaults, and how they are stored, named and recorded.
 #include "commands/KeyNames.h"
 #include "commands/KovaShortcutSettings.h"
 #include "commands/LayoutShortcutCoordinator.h"
@@ -22,7 +22,7 @@ std::string storedText(const MemoryPreferencesStore& store) {
     return data ? data->json : "nothing";
 }
 
-TEST(Shortcuts, OfEveryActionAreThereFromTheBeginning) {
+TEST(Shortcuts, HaveDefaultsThatAreNotStored) {
     struct Row {
         KovaShortcutAction action;
         std::string_view name, title;
@@ -137,7 +137,7 @@ TEST(Shortcuts, OfAnotherActionAreRefused) {
     EXPECT_EQ(settings.conflictingAction(ofFocusLeft, commandCenter), focusLeft);
 }
 
-TEST(ShortcutRecorder, KeepsToItsRules) {
+TEST(ShortcutRecorder, RecordsClearsCancelsOrRefusesEachPress) {
     struct Row {
         KeyPress press;
         ShortcutRecorder::Step step;
@@ -151,7 +151,7 @@ TEST(ShortcutRecorder, KeepsToItsRules) {
         {{53, kControlOption, false, "\x1b"}, {Outcome::cancelled, ""}, before},
         {{0, 0, false, "a"}, {Outcome::refused, ""}, before},
         {{0, 0x20000, false, "A"}, {Outcome::refused, ""}, before},
-        {{0, 0x10100, false, "a"}, {Outcome::refused, ""}, before}, // Caps Lock is none
+        {{0, 0x10100, false, "a"}, {Outcome::refused, ""}, before}, // Caps Lock is not a modifier
         {{0, 0x60000, false, "a"}, {Outcome::recorded, ""}, {{0, 0x60000, "A"}}},
         {{0, 0x110108, false, "a"}, {Outcome::recorded, ""}, {{0, 0x100000, "A"}}},
         {{24, 0x80000, false, "´"}, {Outcome::recorded, ""}, {{24, 0x80000, "´"}}},
@@ -191,7 +191,7 @@ TEST(ShortcutRecorder, NamesKeysByPositionIfTheyHaveNoCharacter) {
     }
 }
 
-TEST(ShortcutMatching, FollowsTheOrderTheModifiersAndNothingElse) {
+TEST(ShortcutMatching, PicksTheFirstActionWithTheSameKeyAndModifiers) {
     auto configuration = KovaShortcutConfiguration::standard();
     configuration.setShortcut({{8, 0x40000, "C"}}, commandCenter);
     const KovaShortcut shared{9, 0x180000, "V"};
@@ -213,11 +213,12 @@ TEST(ShortcutMatching, FollowsTheOrderTheModifiersAndNothingElse) {
     EXPECT_EQ(actionOf(9, 0x180000), focusLeft);
 
     const auto claimed = combinationsOf(configuration);
-    EXPECT_EQ(claimed.size(), 12U) << "the shared one once, none for what does nothing or has no shortcut";
+    EXPECT_EQ(claimed.size(), 12U)
+        << "a shared combination counts once, actions without effect or shortcut do not count";
     EXPECT_EQ(std::ranges::count(claimed, KeyCombination{8, 0x40000}), 0);
 }
 
-TEST(ShortcutDispatch, OffersAPressInThisOrder) {
+TEST(ShortcutDispatch, RunsTheFirstActionInListOrderThatHasTheKeys) {
     KovaShortcutConfiguration configuration;
     const KovaShortcut shared{9, kControlOption, "V"};
     for (const auto action : kShortcutActions) configuration.setShortcut(shared, action);
@@ -286,7 +287,8 @@ TEST(ShortcutNames, AreParsedAsUsersTypeThem) {
     const auto parsed = parseShortcut("ctrl+h", [](std::uint16_t code) { return code == keyCode::h ? "р" : ""; });
     EXPECT_EQ(std::get<KovaShortcut>(parsed), (KovaShortcut{4, 0x40000, "Р"}));
     const auto blind = parseShortcut("ctrl+u", [](std::uint16_t) { return ""; });
-    EXPECT_EQ(std::get<KovaShortcut>(blind), (KovaShortcut{32, 0x40000, "U"})) << "where no key can be heard";
+    EXPECT_EQ(std::get<KovaShortcut>(blind), (KovaShortcut{32, 0x40000, "U"}))
+        << "where the keyboard layout is unknown";
     EXPECT_EQ(shortcutText({93, 0x40000, "Key (event.keyCode)"}, ModifierNames::words), "Ctrl+Key 93");
 
     for (const auto& [typed, complaint] : std::map<std::string, std::string>{{"", "key is missing"},

@@ -1,4 +1,4 @@
-// The launcher and the palette, driven by keyboard and pointer in front of a whole agent.
+// The launcher and the palette, driven by keyboard and pointer, connected to a complete agent.
 #include "cli/Verbs.h"
 #include "tests/ui/WindowStage.h"
 #include "ui/launcher/Entries.h"
@@ -55,7 +55,7 @@ using Titles = std::vector<std::string>;
 
 } // namespace
 
-TEST(FuzzyQuery, FindsNamesByTheBeginningsOfTheirWords) {
+TEST(FuzzyQuery, MatchesLettersInOrderFromTheBeginningOfAWord) {
     const struct {
         const char* query;
         const char* name;
@@ -107,7 +107,7 @@ TEST_F(Launching, ListsMostUsedFirstFiltersWhileTypingAndLaunchesIntoTheTile) {
     EXPECT_EQ(ask("app.list")["result"]["applications"][1]["launches"], 1);
 }
 
-TEST_F(Launching, ShowsWhatIsRefusedAndClosesByEscapeOrWhenItLosesTheFocus) {
+TEST_F(Launching, ShowsTheReasonOfARefusalAndClosesByEscapeOrWhenItLosesTheFocus) {
     HostedWindow* window = openAt("launcher", "focus-main");
     ASSERT_TRUE(window && lists(5));
     desk.desktop.setTrusted(false);
@@ -135,7 +135,7 @@ class KeyboardLostFirst : public QObject {
     }
 };
 
-TEST_F(Launching, TheKeyboardGoesBackFromAWindowThatIsClosedAndFromNoOther) {
+TEST_F(Launching, OnlyClosingAWindowThatHasTheFocusGivesTheFocusBack) {
     struct CountingFocus : WindowFocus {
         explicit CountingFocus(int& count) : count_(count) {}
         void giveBack() override { ++count_; }
@@ -277,8 +277,8 @@ TEST(PaletteCommands, CoverEveryVerbThatChangesSomething) {
                                        "status",         "subscribe",
                                        "theme.list",     "ui.status",
                                        "windows",        ""};
-    // By entries of the menu: forceQuitAll, export, import. Keys are recorded in the settings. This is the palette, and
-    // it is on.
+    // forceQuitAll, export and import are menu entries; keys are recorded in the settings; ui.palette and ui.on have no
+    // effect while the palette is open.
     const std::set<std::string> otherwise{"forceQuitAll", "export", "import", "shortcut.record", "ui.palette", "ui.on"};
     std::set<std::string> offered = elsewhere;
     for (const LauncherEntry& entry : commandEntries("display")) offered.insert(entry.method);

@@ -14,7 +14,7 @@ namespace kova {
 struct ActivityFacts {
     bool isPreparingForSleep = false;
     bool isSessionActive = true;
-    /// The desktop has reported to logind that it is locked.
+    /// logind's LockedHint: the desktop reports that the session is locked.
     bool isLockedHintSet = false;
     /// A lock was requested and is not confirmed yet.
     bool isLockAwaited = false;
@@ -34,7 +34,7 @@ ActivityFacts afterScreenSaver(ActivityFacts facts, const std::string& name, boo
 /// logind has disconnected.
 ActivityFacts withoutLogind(ActivityFacts facts);
 
-/// A screen saver hides the windows like a lock does, and is one on most desktops.
+/// An active screen saver counts as a lock: it covers the windows, and most desktops lock with it.
 bool isLocked(const ActivityFacts& facts);
 
 /// The events that lead from `before` to `after`, in the order of the enumeration.

@@ -1,5 +1,5 @@
-// Gives each launched application a systemd scope of its own. Without one it stays in the control group of the agent,
-// and ends with it when a service manager stops the agent. Best effort: without systemd's user manager nothing happens.
+// Gives each launched application its own systemd scope. Otherwise the application is in the agent's control group,
+// and ends when a service manager stops the agent. Best effort: no-op without systemd's user manager.
 #pragma once
 
 #include "platform/linux/MessageBus.h"
@@ -11,14 +11,14 @@
 
 namespace kova {
 
-/// The scope's name as desktops name theirs: "app-kova-org.example.Maps-4711.scope", with every character escaped that
-/// a unit's name or this pattern gives another meaning.
+/// The scope's name in the usual form: "app-kova-org.example.Maps-4711.scope". Characters that are invalid in a unit
+/// name, or that separate its parts, are escaped.
 std::string scopeName(const std::string& applicationIdentifier, pid_t process);
 
 /// Main thread only.
 class ApplicationScopes {
   public:
-    /// Connects to the session bus with the first application, not before.
+    /// Connects to the session bus at the first call of `separate`.
     ApplicationScopes(std::string busAddress, EventLoop& loop);
 
     /// Asks the user manager to move the process into a scope. What the process starts later follows it.

@@ -17,8 +17,8 @@ class AutostartEntry final : public LaunchAtLoginServicing {
     AutostartEntry(const XdgFolders& folders, std::string program,
                    std::filesystem::path systemUnits = "/etc/systemd/user");
 
-    /// An entry that says Hidden=true or X-GNOME-Autostart-enabled=false does not start anything: not registered. One
-    /// whose program does not exist is not found.
+    /// `notRegistered` for an entry with Hidden=true or X-GNOME-Autostart-enabled=false; `notFound` for one whose
+    /// program does not exist.
     LaunchAtLoginStatus status() const override;
     std::optional<std::string> registerAtLogin() override;
     /// Removes an entry that KOVA wrote and the user did not change; any other entry is disabled and kept.

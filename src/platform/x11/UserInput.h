@@ -1,6 +1,6 @@
 // Reports pointer and key events to observers above the platform interfaces: the pointer's button, divider handles, and
-// grabbed and recorded keys. It has a connection of its own; if that fails, the desktop works without input. Main
-// thread. It shares the lock of the model: functions for callers that hold it already say so.
+// grabbed and recorded keys. Has its own X connection; if that fails, the desktop works without input. Main thread.
+// Uses the model's mutex; functions for callers that hold it already say so.
 #pragma once
 
 #include "platform/x11/ConnectionWatch.h"
@@ -20,12 +20,12 @@ namespace kova::x11 {
 class UserInput {
   public:
     struct Calls {
-        std::function<void(xcb_window_t)> activeWindow; // by the window manager; called with the lock held
-        std::function<void()> hasRead;                  // called without the lock, after each reading
+        std::function<void(xcb_window_t)> activeWindow; // the window manager changed it; with the lock held
+        std::function<void()> hasRead;                  // without the lock, after each read of the connection
     };
     /// `model` and `displays` are guarded by `mutex`.
     UserInput(MainQueue& queue, Mutex& mutex, const WindowModel& model, const DisplayKeeper& displays, Calls calls);
-    /// Waits for the server; no other thread runs yet.
+    /// Blocks until the X server answers; call before any other thread starts.
     void open(const std::string& displayName) KOVA_EXCLUDES(mutex_);
     void listen(const DescriptorWatch& watch) KOVA_EXCLUDES(mutex_);
 

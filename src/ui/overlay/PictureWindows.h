@@ -1,4 +1,4 @@
-// The windows of the overlay beside the footers, each with one picture.
+// The windows of the overlay other than the footers; each shows one picture.
 #pragma once
 
 #include "ui/overlay/OverlayActions.h"
@@ -57,7 +57,7 @@ class DividerWindow final : public OverlayWindow {
     Style style_;
 };
 
-/// A display's tiles while a window is carried over it. Clicks pass through.
+/// The tiles of a display over which a window is dragged. Clicks pass through.
 class HighlightWindow final : public OverlayWindow {
   public:
     explicit HighlightWindow(OverlayPlatform& platform) :
@@ -74,7 +74,7 @@ class MessageWindow final : public OverlayWindow {
   public:
     MessageWindow(OverlayPlatform& platform, OverlayActions& actions) :
         OverlayWindow(platform, Layer::message, "KOVA message"), actions_(actions) {}
-    /// `bottomCenter`: where the panel's lower edge has its middle, in pixels on the screen.
+    /// `bottomCenter`: the center of the panel's bottom edge, in pixels on the screen.
     void show(const StatusMessage& message, QPoint bottomCenter, int widestPixels, const Style& style);
     void paint(QPainter& painter) override;
 

@@ -21,7 +21,7 @@ class LinuxSessionStage final : public SessionStage {
     }
     SystemActivityServicing& activity() override { return *session_; }
     SessionServicing& session() override { return *session_; }
-    /// Events of screens come from the desktop.
+    /// Screen sleep and wake are reported by the desktop back end, not by logind.
     bool canUndergo(SystemActivityEvent event) const override {
         return event != SystemActivityEvent::screensDidSleep && event != SystemActivityEvent::screensDidWake;
     }
