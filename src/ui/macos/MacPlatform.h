@@ -23,11 +23,16 @@ class MacPlatform final : public OverlayPlatform {
     Qt::WindowType windowType() const override { return Qt::Tool; }
     void adopt(OverlayWindow& window) override;
     void leave(OverlayWindow& window) override;
+    /// Its click area goes with it.
+    void conceal(OverlayWindow& window) override;
     void stack(OverlayWindow& window) override;
     /// A window takes clicks everywhere or nowhere. Where a part of it takes some, an invisible window lies over that
     /// part and passes them on.
     void shape(OverlayWindow& window, const QRegion& seen, const QRegion& clickable) override;
-    void draw(OverlayWindow& window, const QRegion& dirty) override { plain_.draw(window, dirty); }
+    /// The agent's handle draws the line of a divider itself.
+    void draw(OverlayWindow& window, const QRegion& dirty) override {
+        if (window.layer() != Layer::divider) plain_.draw(window, dirty);
+    }
     void exposed(OverlayWindow& window) override;
 
   private:

@@ -4,6 +4,7 @@
 #include <QImage>
 #include <QMouseEvent>
 #include <QPointer>
+#include <QSurfaceFormat>
 
 #import <AppKit/AppKit.h>
 
@@ -63,6 +64,9 @@ class MacPlatform::ClickArea final : public QWindow {
   public:
     explicit ClickArea(OverlayWindow& target) : target_(&target) {
         setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::WindowDoesNotAcceptFocus);
+        QSurfaceFormat transparent;
+        transparent.setAlphaBufferSize(8); // the toolkit makes any other window opaque: black until something is drawn
+        setFormat(transparent);
         const auto follow = [this] { place(part_); };
         for (const auto moved : {&QWindow::xChanged, &QWindow::yChanged}) connect(&target, moved, this, follow);
     }
@@ -75,9 +79,7 @@ class MacPlatform::ClickArea final : public QWindow {
         create();
         NSWindow* native = nativeWindow(*this);
         configure(native, std::max(levelOf(target_->layer()), levelOf(Layer::footer)) + 1);
-        native.opaque = NO;
-        // Not fully transparent: clicks fall through windows that are.
-        native.backgroundColor = [NSColor colorWithWhite:0 alpha:0.01];
+        native.ignoresMouseEvents = NO; // set explicitly, so that it takes clicks although nothing is drawn
         setVisible(true);
     }
 
@@ -126,14 +128,18 @@ MacPlatform::~MacPlatform() = default;
 
 void MacPlatform::adopt(OverlayWindow& window) {
     plain_.adopt(window);
-    // The agent's handle draws the line of a divider itself.
-    if (window.layer() == Layer::divider) nativeWindow(window).alphaValue = 0;
     configure(nativeWindow(window), levelOf(window.layer()));
 }
 
 void MacPlatform::leave(OverlayWindow& window) {
     clickAreas_.erase(&window);
     plain_.leave(window);
+}
+
+void MacPlatform::conceal(OverlayWindow& window) {
+    const auto found = clickAreas_.find(&window);
+    if (found != clickAreas_.end()) found->second->hide(); // `stack` shows it again
+    OverlayPlatform::conceal(window);
 }
 
 void MacPlatform::stack(OverlayWindow& window) {
@@ -159,7 +165,7 @@ void MacPlatform::exposed(OverlayWindow& window) {
     // The toolkit has levels of its own, and may set them when it shows a window.
     NSWindow* native = nativeWindow(window);
     if (native.level != levelOf(window.layer())) configure(native, levelOf(window.layer()));
-    plain_.exposed(window);
+    if (window.layer() != Layer::divider) plain_.exposed(window);
 }
 
 namespace {
@@ -204,6 +210,7 @@ void bringToFront(NSWindow* window) {
 
 struct MacWindowFocus::Parts {
     NSRunningApplication* before = nil;
+    bool wasOurs = false; // another window of this program had the focus
     id activations = nil;
 };
 
@@ -218,6 +225,12 @@ MacWindowFocus::MacWindowFocus() : parts_(std::make_unique<Parts>()) {
                                                         returnUnusedActivation();
                                                       });
                                                     }];
+    // The toolkit's menu has Quit, which would end the footers too.
+    for (NSMenuItem* item in NSApp.mainMenu.itemArray.firstObject.submenu.itemArray) {
+        if (![item.keyEquivalent isEqualToString:@"q"]) continue;
+        item.target = nil;
+        item.action = @selector(performClose:);
+    }
 }
 
 MacWindowFocus::~MacWindowFocus() {
@@ -225,6 +238,7 @@ MacWindowFocus::~MacWindowFocus() {
 }
 
 void MacWindowFocus::prepare(QWidget& window) {
+    parts_->wasOurs = NSApp.active && NSApp.keyWindow != nil;
     // Not the active application: that may be the agent, which has no window, after KOVA was opened once more.
     if (NSRunningApplication* front = applicationInFront()) parts_->before = front;
     // A panel of this kind gets the focus although its application is not active.
@@ -245,6 +259,7 @@ void MacWindowFocus::take(QWidget& window) {
 }
 
 void MacWindowFocus::giveBack() {
+    if (std::exchange(parts_->wasOurs, false)) return; // the system gives the focus to that window
     NSRunningApplication* before = std::exchange(parts_->before, nil);
     if (!NSApp.active) return; // another application is, by a click or an action
     if (!before || before.terminated) before = applicationInFront();
