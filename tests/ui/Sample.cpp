@@ -108,7 +108,7 @@ json sampleState(const Sample& sample) {
     }
     json dividers = json::array();
     if (sample.isBusy) {
-        for (const std::size_t i : {1, 3}) {
+        for (const std::size_t i : {1U, 3U}) {
             tiles[i]["pending"] = {{"application", {{"id", nullptr}, {"name", i == 1 ? "Maps" : "Photographs"}}}};
         }
         dividers.push_back({{"id", "middle"},

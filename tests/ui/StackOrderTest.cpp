@@ -72,7 +72,7 @@ TEST(ApplicationAreas, AreWhatIsDrawnOfWindowsThatNoGuardHides) {
     StackOrder order;
     order.reset({1, 2, 3, 4});
     order.classify(2, RootChild::guard);
-    for (const WindowNumber window : {1, 3}) order.classify(window, RootChild::application);
+    for (const WindowNumber window : {1U, 3U}) order.classify(window, RootChild::application);
     ApplicationAreas areas;
     areas.shown(1, QRect(0, 0, 500, 500), QRect(0, 0, 500, 500));
     areas.shown(3, QRect(90, 90, 220, 120), QRect(100, 100, 200, 100)); // invisible borders of 10
