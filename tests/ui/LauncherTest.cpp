@@ -187,6 +187,24 @@ TEST_F(Launching, ThePaletteFindsWindowsScenesLayoutsAndCommandsForItsTile) {
     EXPECT_EQ(ask("status")["result"]["isPaused"], true);
 }
 
+// On a real desktop the palette itself has the focus then, and no window of an application.
+TEST_F(Launching, CommandsOfThePaletteActOnTheWindowThatHadTheFocusWhenItOpened) {
+    desk.desktop.userFocuses("Terminal");
+    desk.settle();
+    ASSERT_NE(desk.tiles().find("Terminal"), std::string::npos) << desk.tiles();
+    ASSERT_TRUE(openAt("palette", "secondary-1"));
+    ASSERT_TRUE(lists(commandEntries({}).size() + 1));
+    desk.desktop.userFocuses("Notes");
+    desk.settle();
+    QTest::keyClicks(field, QStringLiteral("float the w"));
+    ASSERT_FALSE(titles().empty());
+    QTest::keyClick(field, Qt::Key_Return);
+    EXPECT_TRUE(isClosed("palette"));
+    desk.settle();
+    EXPECT_EQ(desk.tiles().find("Terminal"), std::string::npos) << desk.tiles();
+    EXPECT_NE(desk.tiles().find("Notes"), std::string::npos) << desk.tiles();
+}
+
 TEST_F(Launching, ThePaletteAsksForWhatACommandNeedsInTheSameField) {
     ask("scene.capture", {{"name", "Writing"}});
     ask("scene.capture", {{"name", "Reading"}});

@@ -159,6 +159,9 @@ void CommandPalette::take(const LauncherEntry& entry) {
         answered_ = 0;
     }
     if (question()) return ask();
+    // While the palette has the focus, no window of an application has it.
+    if (focused_.is_string() && actsOnFocusedWindow(command_->method) && !command_->parameters.contains("window"))
+        command_->parameters["window"] = focused_;
     if (!command_->isConfirmedFirst) {
         perform(*command_);
         if (answered_ > 0) --answered_; // another answer, should this one be refused
@@ -200,6 +203,10 @@ void CommandPalette::load() {
                                       offerMore(entriesOf(answer.result));
                               });
     };
+    services().agent.call(this, "query.focus", nlohmann::json::object(), [this](const Answer& answer) {
+        const nlohmann::json last = answer.result.is_object() ? answer.result.value("last", nlohmann::json()) : nullptr;
+        focused_ = last.is_object() ? last.value("id", nlohmann::json()) : nullptr;
+    });
     add("app.list", [this](const nlohmann::json& result) {
         auto entries = applicationEntries(result, tile());
         for (LauncherEntry& entry : entries) entry.kind = tr("Application");

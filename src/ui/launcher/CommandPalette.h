@@ -46,6 +46,7 @@ class CommandPalette final : public SearchWindow {
 
     TilePicture* picture_;
     std::optional<LauncherEntry> command_; // that is being asked for more
+    nlohmann::json focused_;               // the window with the focus when this opened; it is what commands act on
     std::size_t answered_ = 0;             // of its questions
     unsigned generation_ = 0;              // of the list; answers for an older one are dropped
 };

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <array>
 
 namespace kova::ui {
@@ -235,6 +236,11 @@ LauncherEntry entryOf(const char* title, const char* method) {
 }
 
 } // namespace
+
+bool actsOnFocusedWindow(const std::string& method) {
+    static constexpr std::array kMethods{"focus", "move", "zoom", "swap", "move.display", "float", "tile", "stack"};
+    return std::find(kMethods.begin(), kMethods.end(), method) != kMethods.end();
+}
 
 std::vector<LauncherEntry> commandEntries(const std::string& display) {
     std::vector<LauncherEntry> entries;

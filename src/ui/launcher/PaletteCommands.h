@@ -9,6 +9,9 @@
 
 namespace kova::ui {
 
+/// The method acts on the focused window unless its parameters name a window.
+bool actsOnFocusedWindow(const std::string& method);
+
 /// `display` is where commands for a display act.
 std::vector<LauncherEntry> commandEntries(const std::string& display);
 
