@@ -13,6 +13,7 @@
 #include <sys/resource.h>
 #include <sys/wait.h>
 
+#include <ctime>
 #include <random>
 #include <vector>
 
@@ -274,30 +275,31 @@ TEST_F(LineProtocol, ADelayedResponseKeepsItsOrder) {
     listen();
     auto connection = client();
     auto other = client();
+    // What one client has sent may be read after what another sends later, so both are waited for.
+    const auto isHeld = [&](std::size_t count) {
+        return waitUntil([this] { queue.runDue(); }, [&] { return agent.held.size() >= count; }) &&
+               other.ask(kEcho)["id"] == 7 && agent.held.size() == count;
+    };
     const std::string later = R"({"jsonrpc":"2.0","id":"later","method":"later"})";
     connection.send(later + "\n[" + later + "," + std::string(kEcho) + "]\n" + std::string(kEcho) + "\n");
-    EXPECT_EQ(other.ask(kEcho)["id"], 7);
-    ASSERT_EQ(agent.held.size(), 1u);
+    ASSERT_TRUE(isHeld(1)) << "the next line waits for the answer: " << agent.held.size();
     agent.held[0](json("a"));
     EXPECT_EQ(connection.message()["result"], "a");
-    EXPECT_EQ(other.ask(kEcho)["id"], 7);
-    ASSERT_EQ(agent.held.size(), 2u) << "the next line, not before";
+    ASSERT_TRUE(isHeld(2)) << agent.held.size();
     agent.held[1](json("b"));
     EXPECT_EQ(connection.message().size(), 2u);
     EXPECT_EQ(connection.message()["id"], 7);
 
     connection.send(R"({"jsonrpc":"2.0","id":3,"method":"later","params":{"tells":"news"}})"
                     "\n");
-    EXPECT_EQ(other.ask(kEcho)["id"], 7);
-    ASSERT_EQ(agent.held.size(), 3u);
+    ASSERT_TRUE(isHeld(3)) << agent.held.size();
     agent.held[2](json("c"));
     EXPECT_EQ(connection.message()["result"], "c");
     EXPECT_EQ(connection.message(), "news") << "not before the answer";
 
     connection.send(later + "\n");
-    EXPECT_EQ(other.ask(kEcho)["id"], 7);
+    ASSERT_TRUE(isHeld(4)) << agent.held.size();
     server.reset();
-    ASSERT_EQ(agent.held.size(), 4u);
     agent.held[3](json("too late"));
     EXPECT_TRUE(connection.hungUp());
 }
@@ -348,10 +350,11 @@ TEST_F(LineProtocol, EndingDoesNotWaitForPendingRequests) {
     std::string objects = R"({"jsonrpc":"2.0","id":1,"method":"echo","params":[{})";
     while (objects.size() < kLongestControlLine / 16) objects += ",{}";
     objects += "]}";
+    // In time of the processor, which other programs do not change.
     const auto timeOf = [](const auto& act) {
-        const auto begun = std::chrono::steady_clock::now();
+        const auto begun = std::clock();
         act();
-        return std::chrono::steady_clock::now() - begun;
+        return std::clock() - begun;
     };
     auto first = client();
     const auto timeOfOneLine = timeOf([&] { first.ask(objects); });
@@ -360,7 +363,7 @@ TEST_F(LineProtocol, EndingDoesNotWaitForPendingRequests) {
         busy.push_back(client());
         busy.back().send(objects + "\n");
     }
-    EXPECT_TRUE(timeOf([&] { server.reset(); }) < 8 * timeOfOneLine) << "at most the line in work is finished";
+    EXPECT_LT(timeOf([&] { server.reset(); }), 8 * timeOfOneLine) << "at most the line in work is finished";
 }
 
 TEST_F(LineProtocol, WaitsForDescriptorsWhenItHasNone) {
