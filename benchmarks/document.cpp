@@ -2,8 +2,7 @@
 // Each also at double size, which should take about double the time.
 #include "persistence/MemoryPreferencesStore.h"
 #include "persistence/WorkspaceDocumentCoding.h"
-#include "platform/simulated/SimulatedDesktop.h"
-#include "workspace/WorkspaceController.h"
+#include "tests/harness/SimulatedServices.h"
 
 #include <benchmark/benchmark.h>
 
@@ -46,15 +45,7 @@ struct Session {
 
     SimulatedDesktop desktop;
     MemoryPreferencesStore preferences;
-    WorkspaceController controller{WorkspaceServices{.accessibility = desktop,
-                                                     .applications = desktop,
-                                                     .screens = desktop,
-                                                     .session = desktop,
-                                                     .changes = desktop,
-                                                     .preferences = preferences,
-                                                     .queue = desktop.queue(),
-                                                     .pollingQueue = desktop.pollingQueue(),
-                                                     .alerts = desktop}};
+    WorkspaceController controller{simulatedServices(desktop, preferences)};
 };
 
 /// Its windows are those that `openWindows` opens, from the first on.

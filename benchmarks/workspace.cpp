@@ -1,8 +1,7 @@
 // The cost of the engine alone: a plan for many windows, a poll without changes, a change of layout up to the last
 // request. The desktop is the simulated one, so the figures contain nothing of an X server.
 #include "persistence/MemoryPreferencesStore.h"
-#include "platform/simulated/SimulatedDesktop.h"
-#include "workspace/WorkspaceController.h"
+#include "tests/harness/SimulatedServices.h"
 
 #include <benchmark/benchmark.h>
 
@@ -34,15 +33,7 @@ struct Session {
 
     SimulatedDesktop desktop;
     MemoryPreferencesStore preferences;
-    WorkspaceController controller{WorkspaceServices{.accessibility = desktop,
-                                                     .applications = desktop,
-                                                     .screens = desktop,
-                                                     .session = desktop,
-                                                     .changes = desktop,
-                                                     .preferences = preferences,
-                                                     .queue = desktop.queue(),
-                                                     .pollingQueue = desktop.pollingQueue(),
-                                                     .alerts = desktop}};
+    WorkspaceController controller{simulatedServices(desktop, preferences)};
 };
 
 void PlanAnArrangement(benchmark::State& state) {

@@ -1,5 +1,7 @@
 #include "tests/harness/Scenario.h"
 
+#include "tests/harness/SimulatedServices.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -24,18 +26,8 @@ Scenario::~Scenario() {
 
 AppDelegate& Scenario::delegate() {
     if (!delegate_) {
-        const WorkspaceServices services{
-            .accessibility = desktop,
-            .applications = desktop,
-            .screens = desktop,
-            .session = desktop,
-            .changes = desktop,
-            .preferences = preferences,
-            .queue = desktop.queue(),
-            .pollingQueue = desktop.pollingQueue(),
-            .alerts = desktop,
-        };
-        delegate_ = std::make_unique<AppDelegate>(services, ShellServices{.systemActivity = {&desktop}});
+        delegate_ = std::make_unique<AppDelegate>(simulatedServices(desktop, preferences),
+                                                  ShellServices{.systemActivity = {&desktop}});
     }
     return *delegate_;
 }

@@ -1,26 +1,20 @@
-// The connection to the agent: made again, with growing pauses, whenever it is lost. Main thread only.
+// The overlay's connection to the agent: keeps the contents as the agent last sent them. Main thread only.
 #pragma once
 
+#include "ui/client/AgentConnection.h"
 #include "ui/client/OverlayMirror.h"
 
-#include "control/client/ControlClient.h"
-
-#include <QObject>
-#include <QSocketNotifier>
-#include <QTimer>
-
-#include <memory>
 #include <optional>
 
 namespace kova::ui {
 
-class AgentLink : public QObject {
+class AgentLink {
   public:
     AgentLink(std::string socketPath, OverlayMirror::Listener listener);
 
     /// Connects now; when that fails, after 0.1, 0.2, 0.4 … at most 5 s again.
-    void start();
-    bool isConnected() const { return client_ != nullptr; }
+    void start() { connection_.start(); }
+    bool isConnected() const { return connection_.isConnected(); }
     const std::optional<OverlayContents>& contents() const { return mirror_.contents(); }
 
     /// Asks the agent; `done` may be empty. Without a connection it is called at once, with an error.
@@ -28,20 +22,8 @@ class AgentLink : public QObject {
               std::function<void(const Answer&)> done = nullptr);
 
   private:
-    void connectNow();
-    void read();
-    void send(std::string lines);
-    void lose();
-
-    const std::string socketPath_;
     OverlayMirror mirror_;
-    std::unique_ptr<ControlClient> client_;
-    std::unique_ptr<QSocketNotifier> readable_;
-    QTimer retry_;
-    int attempts_ = 0;
+    AgentConnection connection_;
 };
-
-/// The pause before the attempt of that number, counted from 0.
-std::chrono::milliseconds pauseBeforeAttempt(int attempts);
 
 } // namespace kova::ui

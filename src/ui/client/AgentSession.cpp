@@ -1,7 +1,5 @@
 #include "ui/client/AgentSession.h"
 
-#include "ui/client/AgentLink.h"
-
 #include <QPointer>
 
 #include <utility>
@@ -22,49 +20,24 @@ Answer answerIn(const json& message) {
 } // namespace
 
 AgentSession::AgentSession(std::string socketPath, QObject* parent) :
-    QObject(parent), socketPath_(std::move(socketPath)) {
-    retry_.setSingleShot(true);
-    connect(&retry_, &QTimer::timeout, this, [this] { connectNow(); });
-    connectNow();
+    QObject(parent), connection_(std::move(socketPath), {.connected = [this] { connected(); },
+                                                         .received = [this](const auto& line) { receive(line); },
+                                                         .lost = [this] { lost(); }}) {
+    connection_.start();
 }
 
 AgentSession::~AgentSession() {
     blockSignals(true);
-    lose();
+    connection_.lose();
 }
 
-void AgentSession::connectNow() {
-    auto connected = ControlClient::connect(socketPath_);
-    if (!connected) {
-        retry_.start(pauseBeforeAttempt(attempts_++));
-        return;
-    }
-    client_ = std::make_unique<ControlClient>(std::move(*connected));
-    readable_ = std::make_unique<QSocketNotifier>(client_->descriptor(), QSocketNotifier::Read);
-    connect(readable_.get(), &QSocketNotifier::activated, this, [this] { read(); });
+void AgentSession::connected() {
     for (const std::string& topic : topics_) subscribe(topic);
     Q_EMIT connectionChanged();
 }
 
-void AgentSession::read() {
-    while (client_) {
-        auto received = client_->receiveAvailable();
-        if (!received) return lose();
-        const std::optional<std::string>& line = *received;
-        if (!line) return;
-        attempts_ = 0;
-        receive(*line);
-    }
-}
-
-void AgentSession::lose() {
-    if (!client_) return;
-    // The notifier may be the sender of the signal that is being handled.
-    readable_->setEnabled(false);
-    readable_.release()->deleteLater();
-    client_.reset();
+void AgentSession::lost() {
     state_ = json::object();
-    retry_.start(pauseBeforeAttempt(attempts_++));
     const auto waiting = std::exchange(waiting_, {});
     for (const auto& [id, done] : waiting) done({nullptr, "The agent has ended"});
     Q_EMIT connectionChanged();
@@ -72,7 +45,7 @@ void AgentSession::lose() {
 
 void AgentSession::call(const QObject* context, const std::string& method, json parameters,
                         std::function<void(const Answer&)> done) {
-    if (!client_) {
+    if (!isConnected()) {
         if (done) done({nullptr, "The agent does not run"});
         return;
     }
@@ -83,11 +56,11 @@ void AgentSession::call(const QObject* context, const std::string& method, json 
         };
     }
     const json message{{"jsonrpc", "2.0"}, {"id", id}, {"method", method}, {"params", std::move(parameters)}};
-    if (client_->send(message.dump(-1, ' ', false, json::error_handler_t::replace))) lose();
+    connection_.send(message.dump(-1, ' ', false, json::error_handler_t::replace));
 }
 
 void AgentSession::follow(const std::string& topic) {
-    if (topics_.insert(topic).second && client_) subscribe(topic);
+    if (topics_.insert(topic).second && isConnected()) subscribe(topic);
 }
 
 void AgentSession::subscribe(const std::string& topic) {

@@ -2,17 +2,13 @@
 // not in the overlay's message. Connects again when the agent comes back. Main thread only.
 #pragma once
 
+#include "ui/client/AgentConnection.h"
 #include "ui/client/OverlayMirror.h"
 
-#include "control/client/ControlClient.h"
-
 #include <QObject>
-#include <QSocketNotifier>
-#include <QTimer>
 
 #include <cstdint>
 #include <map>
-#include <memory>
 #include <set>
 #include <string>
 
@@ -33,8 +29,8 @@ class AgentSession : public QObject {
     void follow(const std::string& topic = {});
     /// The sections of all subscriptions; an empty object until they have arrived.
     const nlohmann::json& state() const { return state_; }
-    const std::string& socketPath() const { return socketPath_; }
-    bool isConnected() const { return client_ != nullptr; }
+    const std::string& socketPath() const { return connection_.socketPath(); }
+    bool isConnected() const { return connection_.isConnected(); }
 
   Q_SIGNALS:
     /// The sections of the state that have changed; all of them after a new connection.
@@ -44,18 +40,13 @@ class AgentSession : public QObject {
     void connectionChanged();
 
   private:
-    void connectNow();
-    void read();
-    void lose();
+    void connected();
+    void lost();
     void receive(const std::string& line);
     void take(const nlohmann::json& news);
     void subscribe(const std::string& topic);
 
-    const std::string socketPath_;
-    std::unique_ptr<ControlClient> client_;
-    std::unique_ptr<QSocketNotifier> readable_;
-    QTimer retry_;
-    int attempts_ = 0;
+    AgentConnection connection_;
     std::set<std::string> topics_; // subscribed; empty: the state of the workspace
     nlohmann::json state_ = nlohmann::json::object();
     std::uint64_t nextRequest_ = 1;

@@ -1,0 +1,24 @@
+// The workspace's services, all by a simulated desktop.
+#pragma once
+
+#include "platform/simulated/SimulatedDesktop.h"
+#include "workspace/WorkspaceController.h"
+
+namespace kova {
+
+/// Refers to both, which outlive what is made of it.
+inline WorkspaceServices simulatedServices(SimulatedDesktop& desktop, PreferencesStore& preferences) {
+    return {
+        .accessibility = desktop,
+        .applications = desktop,
+        .screens = desktop,
+        .session = desktop,
+        .changes = desktop,
+        .preferences = preferences,
+        .queue = desktop.queue(),
+        .pollingQueue = desktop.pollingQueue(),
+        .alerts = desktop,
+    };
+}
+
+} // namespace kova
