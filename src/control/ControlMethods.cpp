@@ -4,14 +4,13 @@
 #include "control/AgentStatus.h"
 #include "control/ApplicationMethods.h"
 #include "control/ControlRecords.h"
+#include "control/ControllerMethods.h"
 #include "control/DeletedScenes.h"
 #include "control/DividerMethods.h"
 #include "control/Doctor.h"
 #include "control/DocumentTransfer.h"
 #include "control/LaunchCounts.h"
 #include "control/LauncherMethods.h"
-#include "control/LayoutFitMethod.h"
-#include "control/LayoutMethods.h"
 #include "control/LearningMethods.h"
 #include "control/MethodTable.h"
 #include "control/NameLookup.h"
@@ -19,7 +18,6 @@
 #include "control/OverlayBroadcast.h"
 #include "control/PermissionMethods.h"
 #include "control/Refusal.h"
-#include "control/RuleMethods.h"
 #include "control/SceneListeners.h"
 #include "control/SceneMethods.h"
 #include "control/SettingMethods.h"
@@ -80,12 +78,10 @@ class ControlMethods::Table final : MethodTable {
             });
         }
         connectDialogs();
+        addControllerMethods(*this, context_.controller);
         addActions();
-        addWindowCommands();
-        addLayouts();
         addApplications();
         addScenes();
-        addRules();
         addLook();
         addShortcuts();
         addQueries();
@@ -168,48 +164,6 @@ class ControlMethods::Table final : MethodTable {
             [&controller](const Call& call) { return dragDivider(controller, call.parameters); });
     }
 
-    void addWindowCommands() {
-        WorkspaceController& controller = context_.controller;
-        const auto addCommand = [&](const char* name, std::vector<std::string_view> parameters,
-                                    ControlReply (*run)(WorkspaceController&, const JsonCursor&)) {
-            add(name, std::move(parameters),
-                [&controller, run](const Call& call) { return run(controller, call.parameters); });
-        };
-        addCommand("place", {"window", "tile", "display", "dryRun"}, placeWindow);
-        addCommand("swap", {"with", "window", "display", "dryRun"}, swapWindows);
-        addCommand("focus.window", {"window", "dryRun"}, focusWindow);
-        addCommand("focus.display", {"to", "dryRun"}, focusDisplay);
-        addCommand("move.display", {"to", "window", "display", "dryRun"}, moveToDisplay);
-        addCommand("float", {"window", "display", "dryRun"}, floatWindow);
-        addCommand("tile", {"window", "display", "dryRun"}, tileWindow);
-        addCommand("stack", {"step", "tile", "window", "display", "dryRun"}, stepStack);
-        addCommand("verify", {"repair"}, verifyPlacements);
-        add("windows", {}, [&controller](const Call&) { return listWindows(controller); });
-        add("pause", {}, [&controller](const Call&) { return setPaused(controller, Pausing::pause); });
-        add("resume", {}, [&controller](const Call&) { return setPaused(controller, Pausing::resume); });
-    }
-
-    void addLayouts() {
-        WorkspaceController& controller = context_.controller;
-        add("layout.list", {}, [&controller](const Call&) -> ControlReply {
-            return json{{"layouts", controlRecord::layouts(controller)}};
-        });
-        add("layout.show", {"layout", "display"},
-            [&controller](const Call& call) { return showLayout(controller, call.parameters); });
-        add("layout.fit", {"display"},
-            [&controller](const Call& call) { return fitLayouts(controller, call.parameters); });
-        add("layout.next", {}, [&controller](const Call&) { return stepLayout(controller, LayoutStep::next); });
-        add("layout.previous", {}, [&controller](const Call&) { return stepLayout(controller, LayoutStep::previous); });
-        add("layout.select", {"layout", "display"},
-            [&controller](const Call& call) { return selectLayout(controller, call.parameters); });
-        add("layout.resetSizes", {"display"},
-            [&controller](const Call& call) { return resetLayoutSizes(controller, call.parameters); });
-        addSaved("layout.prefer", {"tile", "application"},
-                 [&controller](const Call& call) { return preferApplication(controller, call.parameters); });
-        addSaved("layout.setInset", {"points"},
-                 [&controller](const Call& call) { return setTileInset(controller, call.parameters); });
-    }
-
     void addApplications() {
         WorkspaceController& controller = context_.controller;
         add("launch", {"application", "tile", "display"}, [&controller, this](const Call& call) {
@@ -247,29 +201,6 @@ class ControlMethods::Table final : MethodTable {
         add("export", {}, [this](const Call&) { return transfer_.exportDocument(); });
         addSaved("import", {"text", "more", "dryRun"},
                  [this](const Call& call) { return transfer_.importDocument(call.parameters, call.peer); });
-    }
-
-    void addRules() {
-        WorkspaceController& controller = context_.controller;
-        add("rule.list", {}, [&controller](const Call&) { return listRules(controller); });
-        addSaved("rule.add", {"application", "window", "focused", "title", "disposition", "slot"},
-                 [&controller](const Call& call) { return addRule(controller, call.parameters); });
-        addSaved("rule.change", {"rule", "title", "disposition", "slot"},
-                 [&controller](const Call& call) { return changeRule(controller, call.parameters); });
-        addSaved("rule.enable", {"rule"}, [&controller](const Call& call) {
-            return switchRule(controller, call.parameters, RuleSwitch::enable);
-        });
-        addSaved("rule.disable", {"rule"}, [&controller](const Call& call) {
-            return switchRule(controller, call.parameters, RuleSwitch::disable);
-        });
-        addSaved("rule.delete", {"rule"},
-                 [&controller](const Call& call) { return deleteRule(controller, call.parameters); });
-        addSaved("rule.move", {"rule", "to"},
-                 [&controller](const Call& call) { return moveRule(controller, call.parameters); });
-        add("rule.test", {"window"},
-            [&controller](const Call& call) { return testRules(controller, call.parameters); });
-        addSaved("rules.on", {}, [&controller](const Call&) { return switchRules(controller, RulesSwitch::on); });
-        addSaved("rules.off", {}, [&controller](const Call&) { return switchRules(controller, RulesSwitch::off); });
     }
 
     void addLook() {
