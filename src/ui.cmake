@@ -31,10 +31,6 @@ endif()
 # Not an archive: windows and panes enter themselves in lists, and nothing refers to their files.
 add_library(kova_ui OBJECT ${ui_sources})
 set_target_properties(kova_ui PROPERTIES AUTOMOC ON)
-# Windows and panes enter themselves in lists under the same names, so these files are compiled on their own.
-set(own_names ${ui_sources})
-list(FILTER own_names INCLUDE REGEX "/ui/(dialogs|launcher|settings)/|/(OnboardingWindow|X11WindowFocus)\\.cpp$")
-set_source_files_properties(${own_names} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
 target_link_libraries(kova_ui PUBLIC kova_control_client kova_themes Qt6::Widgets Qt6::DBus ${window_system})
 target_compile_definitions(kova_ui PUBLIC QT_NO_FOREACH QT_NO_KEYWORDS)
 target_compile_options(kova_ui PRIVATE "$<$<COMPILE_LANGUAGE:OBJCXX>:-fobjc-arc;-Wunguarded-availability>")

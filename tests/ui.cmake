@@ -7,5 +7,4 @@ kova_tests(ui kova_ui Qt6::Test kova_scenario kova_control kova_cli kova_platfor
 target_sources(ui_tests PRIVATE agent/Session.cpp ${private_server})
 target_compile_definitions(ui_tests PRIVATE KOVA_GOLDEN="${CMAKE_CURRENT_SOURCE_DIR}/ui/golden"
   KOVA_UI_PROGRAM="$<TARGET_FILE:kova-ui>" KOVA_COMMAND="$<TARGET_FILE:kova>" KOVA_AGENT="$<TARGET_FILE:kova-agent>")
-set_target_properties(ui_tests PROPERTIES UNITY_BUILD OFF)
 add_dependencies(ui_tests kova-ui kova kova-agent)

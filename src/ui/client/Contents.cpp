@@ -43,7 +43,7 @@ std::optional<Value> member(const JsonCursor& at, std::string_view key, Value (*
     return decode(*found);
 }
 
-std::string textOf(const JsonCursor& at) {
+std::string textAt(const JsonCursor& at) {
     return at.string();
 }
 
@@ -121,7 +121,7 @@ DividerContents divider(const JsonCursor& at) {
 }
 
 WindowDrag drag(const JsonCursor& at) {
-    return {member(at, "display", textOf), member(at, "tile", textOf)};
+    return {member(at, "display", textAt), member(at, "tile", textAt)};
 }
 
 StatusMessage message(const JsonCursor& at) {

@@ -20,12 +20,12 @@ namespace {
 
 using nlohmann::json;
 
-constexpr int kColumns = 52; // of letters, wide
-constexpr int kMostRows = 9; // of the list, before it scrolls
+constexpr int kAlertColumns = 52; // of letters, wide
+constexpr int kMostRows = 9;      // of the list, before it scrolls
 
-const WindowRegistration registration({"alert", [](WindowServices& services) -> std::unique_ptr<HostedWindow> {
-                                           return std::make_unique<AlertWindow>(services);
-                                       }});
+const WindowRegistration alertRegistration({"alert", [](WindowServices& services) -> std::unique_ptr<HostedWindow> {
+                                                return std::make_unique<AlertWindow>(services);
+                                            }});
 
 } // namespace
 
@@ -40,7 +40,7 @@ AlertWindow::AlertWindow(WindowServices& services) :
     for (QLabel* label : {title_, text_}) {
         label->setTextFormat(Qt::PlainText);
         label->setWordWrap(true);
-        label->setMinimumWidth(fontMetrics().averageCharWidth() * kColumns);
+        label->setMinimumWidth(fontMetrics().averageCharWidth() * kAlertColumns);
     }
     auto* sign = new QLabel;
     const int size = fontMetrics().height() * 3;

@@ -2,6 +2,7 @@
 
 #include "ui/launcher/PaletteAnswers.h"
 #include "ui/launcher/PaletteCommands.h"
+#include "ui/windows/JsonText.h"
 
 #include <QPainter>
 
@@ -11,14 +12,9 @@ namespace kova::ui {
 
 namespace {
 
-const WindowRegistration registration({"palette", [](WindowServices& services) -> std::unique_ptr<HostedWindow> {
-                                           return std::make_unique<CommandPalette>(services);
-                                       }});
-
-QString textOf(const nlohmann::json& object, const char* key) {
-    const auto found = object.find(key);
-    return found != object.end() && found->is_string() ? QString::fromStdString(found->get<std::string>()) : QString();
-}
+const WindowRegistration paletteRegistration({"palette", [](WindowServices& services) -> std::unique_ptr<HostedWindow> {
+                                                  return std::make_unique<CommandPalette>(services);
+                                              }});
 
 /// Objects of the array under `key` that have an id.
 std::vector<nlohmann::json> identified(const nlohmann::json& result, const char* key) {
@@ -86,13 +82,14 @@ QString CommandPalette::tileName() const {
 std::vector<LauncherEntry> CommandPalette::windowEntries(const nlohmann::json& result) const {
     std::vector<LauncherEntry> entries;
     for (const auto& window : identified(result, "windows")) {
-        const QString application = textOf(window, "application"), title = textOf(window, "title");
-        entries.push_back({.title = title.isEmpty() ? application : tr("%1 — %2").arg(title, application),
-                           .kind = tr("bring to %1").arg(tileName()),
-                           .application = {textOf(window, "bundleIdentifier").toStdString(), application.toStdString()},
-                           .words = application,
-                           .method = "place",
-                           .parameters = {{"window", window["id"]}, {"tile", tile()}}});
+        const QString application = memberText(window, "application"), title = memberText(window, "title");
+        entries.push_back(
+            {.title = title.isEmpty() ? application : tr("%1 — %2").arg(title, application),
+             .kind = tr("bring to %1").arg(tileName()),
+             .application = {memberText(window, "bundleIdentifier").toStdString(), application.toStdString()},
+             .words = application,
+             .method = "place",
+             .parameters = {{"window", window["id"]}, {"tile", tile()}}});
     }
     return entries;
 }
@@ -100,7 +97,7 @@ std::vector<LauncherEntry> CommandPalette::windowEntries(const nlohmann::json& r
 std::vector<LauncherEntry> CommandPalette::sceneEntries(const nlohmann::json& result) const {
     std::vector<LauncherEntry> entries;
     for (const auto& scene : identified(result, "scenes")) {
-        entries.push_back({.title = textOf(scene, "name"),
+        entries.push_back({.title = memberText(scene, "name"),
                            .kind = tr("Scene"),
                            .method = "scene.open",
                            .parameters = {{"scene", scene["id"]}}});
@@ -113,7 +110,7 @@ std::vector<LauncherEntry> CommandPalette::layoutEntries(const nlohmann::json& r
     const TileContents* target = contents ? contents->tile(tile()) : nullptr;
     std::vector<LauncherEntry> entries;
     for (const auto& layout : identified(result, "layouts")) {
-        entries.push_back({.title = textOf(layout, "name"),
+        entries.push_back({.title = memberText(layout, "name"),
                            .kind = tr("Layout"),
                            .method = "layout.select",
                            .parameters = {{"layout", layout["id"]}}});

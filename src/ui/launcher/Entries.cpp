@@ -1,5 +1,7 @@
 #include "ui/launcher/Entries.h"
 
+#include "ui/windows/JsonText.h"
+
 #include <QCollator>
 
 #include <algorithm>
@@ -11,23 +13,18 @@ namespace {
 
 constexpr int kMostUsesThatCount = 50; // of a fit that is as good, the one used more often comes first
 
-QString textIn(const nlohmann::json& object, const char* key) {
-    const auto found = object.find(key);
-    return found != object.end() && found->is_string() ? QString::fromStdString(found->get<std::string>()) : QString();
-}
-
 } // namespace
 
 std::vector<LauncherEntry> applicationEntries(const nlohmann::json& result, const std::string& tile) {
     std::vector<LauncherEntry> entries;
     for (const auto& application : result.value("applications", nlohmann::json::array())) {
         if (!application.is_object()) continue;
-        const std::string id = textIn(application, "id").toStdString(),
-                          name = textIn(application, "name").toStdString();
+        const std::string id = memberText(application, "id").toStdString(),
+                          name = memberText(application, "name").toStdString();
         if (id.empty() || name.empty()) continue;
         entries.push_back({.title = QString::fromStdString(name),
                            .application = {id, name},
-                           .iconName = textIn(application, "icon"),
+                           .iconName = memberText(application, "icon"),
                            .words = QString::fromStdString(id).section(u'/', -1).section(u'.', -1),
                            .uses = application.value("launches", 0),
                            .method = "launch",

@@ -6,9 +6,10 @@ namespace kova::ui {
 
 namespace {
 
-const WindowRegistration registration({"launcher", [](WindowServices& services) -> std::unique_ptr<HostedWindow> {
-                                           return std::make_unique<Launcher>(services);
-                                       }});
+const WindowRegistration launcherRegistration({"launcher",
+                                               [](WindowServices& services) -> std::unique_ptr<HostedWindow> {
+                                                   return std::make_unique<Launcher>(services);
+                                               }});
 
 } // namespace
 

@@ -14,7 +14,7 @@ struct Command {
     const char* method;
     const char* key = nullptr; // of its one parameter
     const char* value = nullptr;
-    enum class Value { text, on, off, display } kind = Value::text;
+    enum class Value { kText, kOn, kOff, kDisplay } kind = Value::kText;
 };
 
 /// Asked for one after the other.
@@ -65,27 +65,27 @@ constexpr auto kCommands = std::to_array<Command>({
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Next layout"), "layout.next"},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Previous layout"), "layout.previous"},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Reset the sizes of the tiles"), "layout.resetSizes", "display",
-     nullptr, display},
+     nullptr, kDisplay},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Pause KOVA"), "pause"},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Resume KOVA"), "resume"},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Continuous management on"), "rules.on"},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Continuous management off"), "rules.off"},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Arrange after launch: on"), "arrangeAfterLaunch", "isOn", nullptr,
-     on},
+     kOn},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Arrange after launch: off"), "arrangeAfterLaunch", "isOn", nullptr,
-     off},
+     kOff},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Bring the next window of a tile forward: on"), "bringForward",
-     "isOn", nullptr, on},
+     "isOn", nullptr, kOn},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Bring the next window of a tile forward: off"), "bringForward",
-     "isOn", nullptr, off},
-    {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Theme background on"), "theme.background", "isOn", nullptr, on},
-    {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Theme background off"), "theme.background", "isOn", nullptr, off},
+     "isOn", nullptr, kOff},
+    {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Theme background on"), "theme.background", "isOn", nullptr, kOn},
+    {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Theme background off"), "theme.background", "isOn", nullptr, kOff},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Tile backgrounds on"), "theme.tileBackgrounds", "isOn", nullptr,
-     on},
+     kOn},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Tile backgrounds off"), "theme.tileBackgrounds", "isOn", nullptr,
-     off},
-    {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Decoration on"), "theme.brain", "isOn", nullptr, on},
-    {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Decoration off"), "theme.brain", "isOn", nullptr, off},
+     kOff},
+    {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Decoration on"), "theme.brain", "isOn", nullptr, kOn},
+    {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Decoration off"), "theme.brain", "isOn", nullptr, kOff},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Start with the session: on"), "login.on"},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Start with the session: off"), "login.off"},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Open the settings"), "settings.show"},
@@ -95,7 +95,7 @@ constexpr auto kCommands = std::to_array<Command>({
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Bring the deleted scene back"), "scene.undelete"},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Restore the standard shortcuts"), "shortcut.restoreDefaults"},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Check the placements and repair them"), "verify", "repair", nullptr,
-     on},
+     kOn},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Ask for the permission"), "permission.ask"},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Hide the Dock: on"), "dock.on"},
     {QT_TRANSLATE_NOOP("kova::ui::CommandPalette", "Hide the Dock: off"), "dock.off"},
@@ -248,10 +248,10 @@ std::vector<LauncherEntry> commandEntries(const std::string& display) {
         LauncherEntry entry = entryOf(command.title, command.method);
         if (command.key) {
             nlohmann::json& value = entry.parameters[command.key];
-            if (command.kind == Command::Value::text) value = command.value;
-            if (command.kind == Command::Value::display) value = display;
-            if (command.kind == Command::Value::on) value = true;
-            if (command.kind == Command::Value::off) value = false;
+            if (command.kind == Command::Value::kText) value = command.value;
+            if (command.kind == Command::Value::kDisplay) value = display;
+            if (command.kind == Command::Value::kOn) value = true;
+            if (command.kind == Command::Value::kOff) value = false;
         }
         entries.push_back(std::move(entry));
     }

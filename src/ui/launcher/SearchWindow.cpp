@@ -16,7 +16,7 @@ namespace kova::ui {
 
 namespace {
 
-constexpr int kColumns = 64; // of letters, wide
+constexpr int kSearchColumns = 64; // of letters, wide
 constexpr int kRows = 10;
 
 int iconSizeOf(const QWidget& widget) {
@@ -29,7 +29,7 @@ class EntryDelegate final : public QStyledItemDelegate {
     using QStyledItemDelegate::QStyledItemDelegate;
 
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const override {
-        return {option.fontMetrics.averageCharWidth() * kColumns / 2, option.fontMetrics.height() * 2};
+        return {option.fontMetrics.averageCharWidth() * kSearchColumns / 2, option.fontMetrics.height() * 2};
     }
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
         const QString kind = index.data(EntryModel::kKindRole).toString();
@@ -152,7 +152,7 @@ void SearchWindow::present(const nlohmann::json& parameters) {
 /// In the middle of its tile, within the display.
 void SearchWindow::placeAtTile() {
     const QFontMetrics letters = fontMetrics();
-    QSize size(letters.averageCharWidth() * kColumns, letters.height() * 2 * (kRows + 2));
+    QSize size(letters.averageCharWidth() * kSearchColumns, letters.height() * 2 * (kRows + 2));
     const OverlayContents* contents = services_.overlay ? services_.overlay() : nullptr;
     const TileContents* tile = contents ? contents->tile(tile_) : nullptr;
     const DisplayContents* display = tile ? contents->display(tile->display) : nullptr;

@@ -14,9 +14,10 @@ namespace {
 
 using nlohmann::json;
 
-const WindowRegistration registration({"onboarding", [](WindowServices& services) -> std::unique_ptr<HostedWindow> {
-                                           return std::make_unique<OnboardingWindow>(services);
-                                       }});
+const WindowRegistration onboardingRegistration({"onboarding",
+                                                 [](WindowServices& services) -> std::unique_ptr<HostedWindow> {
+                                                     return std::make_unique<OnboardingWindow>(services);
+                                                 }});
 
 enum Page { introduction, permission, setUp, arrange, pageCount };
 constexpr int kWidthInLines = 50, kHeightInLines = 25; // of the window, in heights of a line of text
@@ -55,7 +56,7 @@ QWidget* rowOf(std::initializer_list<QWidget*> widgets) {
     return row;
 }
 
-QPushButton* button(const QString& text, const char* objectName, const QString& description) {
+QPushButton* pageButton(const QString& text, const char* objectName, const QString& description) {
     auto* made = new QPushButton(text);
     made->setObjectName(QLatin1String(objectName));
     made->setAccessibleDescription(description);
@@ -68,8 +69,8 @@ OnboardingWindow::OnboardingWindow(WindowServices& services) : services_(service
     setWindowTitle(tr("Welcome to KOVA"));
     pages_ = new QStackedWidget;
     for (QWidget* page : {introductionPage(), permissionPage(), setUpPage(), arrangePage()}) pages_->addWidget(page);
-    back_ = button(tr("&Back"), "back", tr("Goes to the page before"));
-    next_ = button(tr("&Continue"), "next", tr("Goes to the next page, or closes the window after the last one"));
+    back_ = pageButton(tr("&Back"), "back", tr("Goes to the page before"));
+    next_ = pageButton(tr("&Continue"), "next", tr("Goes to the next page, or closes the window after the last one"));
     next_->setDefault(true);
     auto* row = new QHBoxLayout;
     row->addWidget(back_);
@@ -118,8 +119,8 @@ QWidget* OnboardingWindow::permissionPage() {
     permissionState_ = paragraph({});
     permissionState_->setObjectName(QStringLiteral("permissionState"));
     permissionState_->setTextFormat(Qt::PlainText);
-    ask_ = button(tr("&Open System Settings…"), "askForPermission",
-                  tr("Has the system ask for the permission, or opens the page of its settings"));
+    ask_ = pageButton(tr("&Open System Settings…"), "askForPermission",
+                      tr("Has the system ask for the permission, or opens the page of its settings"));
     permissionError_ = new FieldError;
     connect(ask_, &QPushButton::clicked, this,
             [this] { callFor(*permissionError_, services_.agent, "permission.ask"); });
@@ -146,8 +147,8 @@ QWidget* OnboardingWindow::setUpPage() {
 }
 
 QWidget* OnboardingWindow::arrangePage() {
-    arrange_ = button(tr("&Arrange Now"), "arrange", tr("Puts every open window into a tile"));
-    undo_ = button(tr("&Undo"), "undo", tr("Puts the windows back to where they were"));
+    arrange_ = pageButton(tr("&Arrange Now"), "arrange", tr("Puts every open window into a tile"));
+    undo_ = pageButton(tr("&Undo"), "undo", tr("Puts the windows back to where they were"));
     undo_->setEnabled(false);
     arranged_ = paragraph({});
     arranged_->setObjectName(QStringLiteral("arranged"));

@@ -20,8 +20,8 @@ using nlohmann::json;
 
 namespace {
 
-const PaneRegistration registration({80, "about", [] { return AboutPane::tr("About"); },
-                                     [](WindowServices& services) -> Pane* { return new AboutPane(services); }});
+const PaneRegistration aboutRegistration({80, "about", [] { return AboutPane::tr("About"); },
+                                          [](WindowServices& services) -> Pane* { return new AboutPane(services); }});
 
 constexpr int kLogLines = 200;
 

@@ -13,10 +13,11 @@ using nlohmann::json;
 
 namespace {
 
-const PaneRegistration registration({60, "appearance", [] { return AppearancePane::tr("Appearance"); },
-                                     [](WindowServices& services) -> Pane* { return new AppearancePane(services); }});
+const PaneRegistration
+    appearanceRegistration({60, "appearance", [] { return AppearancePane::tr("Appearance"); },
+                            [](WindowServices& services) -> Pane* { return new AppearancePane(services); }});
 
-QColor colorOf(const json& color) {
+QColor colorFrom(const json& color) {
     const auto part = [&](const char* name) { return std::clamp(color.at(name).get<float>(), 0.0F, 1.0F); };
     return QColor::fromRgbF(part("red"), part("green"), part("blue"));
 }
@@ -28,10 +29,10 @@ QPixmap swatchOf(const json& accent, int size) {
     QPainter painter(&picture);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(colorOf(accent.at("accent")));
+    painter.setBrush(colorFrom(accent.at("accent")));
     painter.drawRoundedRect(QRectF(0, 0, size * 2, size), size / 4.0, size / 4.0);
     painter.setClipRect(QRectF(size * 1.4, 0, size, size));
-    painter.setBrush(colorOf(accent.at("secondaryAccent")));
+    painter.setBrush(colorFrom(accent.at("secondaryAccent")));
     painter.drawRoundedRect(QRectF(0, 0, size * 2, size), size / 4.0, size / 4.0);
     return picture;
 }
@@ -39,14 +40,14 @@ QPixmap swatchOf(const json& accent, int size) {
 /// A panel with a line of text on the theme's background.
 QPixmap themePicture(const json& palette, int size) {
     QPixmap picture(size * 2, size * 5 / 4);
-    picture.fill(colorOf(palette.at("background")));
+    picture.fill(colorFrom(palette.at("background")));
     QPainter painter(&picture);
     const QRect panel(size / 4, picture.height() - size * 5 / 8, size * 3 / 2, size * 3 / 8);
-    painter.fillRect(panel, colorOf(palette.at("panel")));
-    painter.setPen(colorOf(palette.at("accent")));
+    painter.fillRect(panel, colorFrom(palette.at("panel")));
+    painter.setPen(colorFrom(palette.at("accent")));
     painter.drawRect(QRect(size / 4, size / 8, size * 3 / 2, picture.height() - size / 4 - size / 16));
     painter.fillRect(QRect(panel.x() + size / 8, panel.center().y(), size * 3 / 4, std::max(1, size / 12)),
-                     colorOf(palette.at("text")));
+                     colorFrom(palette.at("text")));
     return picture;
 }
 

@@ -16,10 +16,17 @@ namespace {
 
 using nlohmann::json;
 
-const PaneRegistration registration({70, "applications", [] { return ApplicationsPane::tr("Applications"); },
-                                     [](WindowServices& services) -> Pane* { return new ApplicationsPane(services); }});
+const PaneRegistration
+    applicationsRegistration({70, "applications", [] { return ApplicationsPane::tr("Applications"); },
+                              [](WindowServices& services) -> Pane* { return new ApplicationsPane(services); }});
 
-enum Column { kName, kRole, kMinimumSize, kTiles, kColumnCount };
+enum ApplicationColumn {
+    kApplicationName,
+    kApplicationRole,
+    kApplicationMinimumSize,
+    kApplicationTiles,
+    kApplicationColumnCount
+};
 constexpr int kKeyRole = Qt::UserRole;
 
 QString roleText(const QString& role) {
@@ -71,12 +78,12 @@ ApplicationsPane::ApplicationsPane(WindowServices& services) : services_(service
     list_->setObjectName(QStringLiteral("applications"));
     list_->setAccessibleName(tr("Applications"));
     list_->setAccessibleDescription(tr("What was learned of each application. Delete forgets it"));
-    list_->setColumnCount(kColumnCount);
+    list_->setColumnCount(kApplicationColumnCount);
     list_->setHeaderLabels({tr("Application"), tr("Role"), tr("Minimum size"), tr("Tiles")});
     list_->setRootIsDecorated(false);
     list_->setAllColumnsShowFocus(true);
     list_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    list_->header()->setSectionResizeMode(kTiles, QHeaderView::Stretch);
+    list_->header()->setSectionResizeMode(kApplicationTiles, QHeaderView::Stretch);
     forget_ = new QPushButton(tr("&Forget"));
     forget_->setObjectName(QStringLiteral("forget"));
     forget_->setAccessibleDescription(tr("Drops what was learned of the selected application; it is learned again"));
@@ -115,13 +122,13 @@ void ApplicationsPane::opened() {
 
 void ApplicationsPane::showLearned() {
     const QTreeWidgetItem* before = list_->currentItem();
-    const QString selected = before ? before->data(kName, kKeyRole).toString() : QString();
+    const QString selected = before ? before->data(kApplicationName, kKeyRole).toString() : QString();
     const json learned = services_.agent.state().value("learned", json::object());
     list_->clear();
     for (const json& application : learned.value("applications", json::array())) addApplication(application);
     for (int row = 0; row < list_->topLevelItemCount(); ++row) {
         QTreeWidgetItem* item = list_->topLevelItem(row);
-        if (item->data(kName, kKeyRole).toString() == selected) list_->setCurrentItem(item);
+        if (item->data(kApplicationName, kKeyRole).toString() == selected) list_->setCurrentItem(item);
     }
     selectionChanged();
 }
@@ -131,18 +138,18 @@ void ApplicationsPane::addApplication(const json& application) {
     const QString key = memberText(application, "key"), title = memberText(application, "name");
     auto* item = new QTreeWidgetItem(list_);
     item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
-    item->setData(kName, kKeyRole, key);
-    item->setText(kName, title);
-    item->setToolTip(kName, key);
+    item->setData(kApplicationName, kKeyRole, key);
+    item->setText(kApplicationName, title);
+    item->setToolTip(kApplicationName, key);
     if (services_.icon) {
         const int size = style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, list_);
         const QPixmap icon = services_.icon({key.toStdString(), title.toStdString()}, size);
-        if (!icon.isNull()) item->setIcon(kName, icon);
+        if (!icon.isNull()) item->setIcon(kApplicationName, icon);
     }
-    item->setText(kRole, roleText(memberText(application, "role")));
-    item->setText(kMinimumSize, sizeText(application.value("minimumSize", json())));
-    item->setText(kTiles, lines.isEmpty() ? QStringLiteral("–") : lines.join(QStringLiteral(", ")));
-    item->setToolTip(kTiles, lines.join(u'\n'));
+    item->setText(kApplicationRole, roleText(memberText(application, "role")));
+    item->setText(kApplicationMinimumSize, sizeText(application.value("minimumSize", json())));
+    item->setText(kApplicationTiles, lines.isEmpty() ? QStringLiteral("–") : lines.join(QStringLiteral(", ")));
+    item->setToolTip(kApplicationTiles, lines.join(u'\n'));
 }
 
 void ApplicationsPane::selectionChanged() {
@@ -153,7 +160,7 @@ void ApplicationsPane::forget() {
     const QTreeWidgetItem* item = list_->currentItem();
     if (!item) return;
     callFor(*error_, services_.agent, "app.forget",
-            {{"application", item->data(kName, kKeyRole).toString().toStdString()}},
+            {{"application", item->data(kApplicationName, kKeyRole).toString().toStdString()}},
             {.done = [this](const json& result) { done_->setText(memberText(result, "message")); },
              .refused = [this] { done_->clear(); }});
 }

@@ -19,8 +19,9 @@ namespace {
 constexpr double kPreviewWidth = 960; // points of the display that the preview stands for
 constexpr double kPreviewHeight = 540;
 
-const PaneRegistration registration({10, "general", [] { return GeneralPane::tr("General"); },
-                                     [](WindowServices& services) -> Pane* { return new GeneralPane(services); }});
+const PaneRegistration
+    generalRegistration({10, "general", [] { return GeneralPane::tr("General"); },
+                         [](WindowServices& services) -> Pane* { return new GeneralPane(services); }});
 
 AgentRequest switchOf(const char* setting, bool isOn) {
     return {std::string(setting) + (isOn ? ".on" : ".off")};

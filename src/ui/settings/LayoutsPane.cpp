@@ -1,6 +1,7 @@
 #include "ui/settings/LayoutsPane.h"
 
 #include "ui/style/LayoutPicture.h"
+#include "ui/windows/JsonText.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -16,16 +17,13 @@ using nlohmann::json;
 
 namespace {
 
-const PaneRegistration registration({20, "layouts", [] { return LayoutsPane::tr("Layouts"); },
-                                     [](WindowServices& services) -> Pane* { return new LayoutsPane(services); }});
+const PaneRegistration
+    layoutsRegistration({20, "layouts", [] { return LayoutsPane::tr("Layouts"); },
+                         [](WindowServices& services) -> Pane* { return new LayoutsPane(services); }});
 
-constexpr int kIDRole = Qt::UserRole, kShortfallRole = Qt::UserRole + 1;
+constexpr int kLayoutIDRole = Qt::UserRole, kShortfallRole = Qt::UserRole + 1;
 constexpr double kPictureInset = 0.015; // of the picture's width
 const QString kAutomatic = QStringLiteral("automatic");
-
-QString textIn(const json& object, const char* key) {
-    return QString::fromStdString(object.at(key).get<std::string>());
-}
 
 } // namespace
 
@@ -82,7 +80,7 @@ std::string LayoutsPane::chosenDisplay() const {
 void LayoutsPane::select(const QListWidgetItem* item) {
     if (!item) return;
     callFor(*error_, services_.agent, "layout.select",
-            {{"layout", item->data(kIDRole).toString().toStdString()}, {"display", chosenDisplay()}},
+            {{"layout", item->data(kLayoutIDRole).toString().toStdString()}, {"display", chosenDisplay()}},
             {.refused = [this] { showState(); }});
 }
 
@@ -104,34 +102,34 @@ void LayoutsPane::showState() {
 
 void LayoutsPane::showDisplays(const json& layouts) {
     QStringList ids;
-    for (const json& display : layouts.at("displays")) ids.append(textIn(display, "id"));
+    for (const json& display : layouts.at("displays")) ids.append(memberText(display, "id"));
     QStringList shown;
     for (int i = 0; i < displays_->count(); ++i) shown.append(displays_->itemData(i).toString());
     if (ids == shown) return;
     const QVariant before = displays_->currentData();
     displays_->clear();
     for (const json& display : layouts.at("displays"))
-        displays_->addItem(textIn(display, "name"), textIn(display, "id"));
+        displays_->addItem(memberText(display, "name"), memberText(display, "id"));
     displays_->setCurrentIndex(std::max(0, displays_->findData(before)));
 }
 
 void LayoutsPane::showLayouts(const json& display, bool isAutomatic) {
     const QSignalBlocker blocker(layouts_);
     const QListWidgetItem* current = layouts_->currentItem();
-    const QString before = current ? current->data(kIDRole).toString() : QString();
+    const QString before = current ? current->data(kLayoutIDRole).toString() : QString();
     layouts_->clear();
     auto* automatic = new QListWidgetItem(tr("Automatic"), layouts_);
-    automatic->setData(kIDRole, kAutomatic);
+    automatic->setData(kLayoutIDRole, kAutomatic);
     automatic->setData(kShortfallRole, tr("The display's shape decides."));
     const json& layouts = display.at("layouts");
     const auto inForce =
         std::ranges::find_if(layouts, [](const json& each) { return each.at("isInForce").get<bool>(); });
     if (inForce != layouts.end()) automatic->setIcon(pictureOf(*inForce, display.at("area")));
     for (const json& layout : layouts) addLayout(layout, display.at("area"));
-    const QString marked = isAutomatic ? kAutomatic : inForce != layouts.end() ? textIn(*inForce, "id") : QString();
+    const QString marked = isAutomatic ? kAutomatic : inForce != layouts.end() ? memberText(*inForce, "id") : QString();
     for (int i = 0; i < layouts_->count(); ++i) {
         QListWidgetItem* item = layouts_->item(i);
-        const QString id = item->data(kIDRole).toString();
+        const QString id = item->data(kLayoutIDRole).toString();
         if (id == marked) {
             QFont bold = item->font();
             bold.setBold(true);
@@ -145,16 +143,16 @@ void LayoutsPane::showLayouts(const json& display, bool isAutomatic) {
 }
 
 void LayoutsPane::addLayout(const json& layout, const json& area) {
-    auto* item = new QListWidgetItem(pictureOf(layout, area), textIn(layout, "name"), layouts_);
-    item->setData(kIDRole, textIn(layout, "id"));
+    auto* item = new QListWidgetItem(pictureOf(layout, area), memberText(layout, "name"), layouts_);
+    item->setData(kLayoutIDRole, memberText(layout, "id"));
     const json& lacking = layout.at("shortfall");
     if (lacking.is_null()) return item->setData(kShortfallRole, tr("All open windows fit."));
     const auto points = [&](const char* key) { return static_cast<int>(std::ceil(lacking.at(key).get<double>())); };
     const QString text = tr("Too small for %1: its best tile lacks %2 × %3 points.")
-                             .arg(textIn(lacking, "application"))
+                             .arg(memberText(lacking, "application"))
                              .arg(points("width"))
                              .arg(points("height"));
-    item->setText(tr("%1\n−%2 × %3 pt").arg(textIn(layout, "name")).arg(points("width")).arg(points("height")));
+    item->setText(tr("%1\n−%2 × %3 pt").arg(memberText(layout, "name")).arg(points("width")).arg(points("height")));
     item->setData(kShortfallRole, text);
     item->setToolTip(text);
 }

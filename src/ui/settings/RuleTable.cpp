@@ -16,13 +16,13 @@ namespace kova::ui {
 
 namespace {
 
-constexpr int kIDRole = Qt::UserRole;
-enum Column { kName, kCriterion, kAction, kWindows, kColumnCount };
+constexpr int kRuleIDRole = Qt::UserRole;
+enum RuleColumn { kRuleName, kRuleCriterion, kRuleAction, kRuleWindows, kRuleColumnCount };
 
 } // namespace
 
 RuleTable::RuleTable(QWidget* parent) : QTreeWidget(parent) {
-    setColumnCount(kColumnCount);
+    setColumnCount(kRuleColumnCount);
     setHeaderLabels({tr("Rule"), tr("For"), tr("What happens"), tr("Open windows")});
     setRootIsDecorated(false);
     setUniformRowHeights(true);
@@ -32,11 +32,11 @@ RuleTable::RuleTable(QWidget* parent) : QTreeWidget(parent) {
     setDropIndicatorShown(true);
     header()->setStretchLastSection(false);
     header()->setSectionResizeMode(QHeaderView::Stretch);
-    header()->setSectionResizeMode(kAction, QHeaderView::ResizeToContents);
-    header()->setSectionResizeMode(kWindows, QHeaderView::ResizeToContents);
+    header()->setSectionResizeMode(kRuleAction, QHeaderView::ResizeToContents);
+    header()->setSectionResizeMode(kRuleWindows, QHeaderView::ResizeToContents);
     connect(this, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem* item, int column) {
-        if (isFilling_ || column != kName) return;
-        Q_EMIT switchWanted(item->data(kName, kIDRole).toString(), item->checkState(kName) == Qt::Checked);
+        if (isFilling_ || column != kRuleName) return;
+        Q_EMIT switchWanted(item->data(kRuleName, kRuleIDRole).toString(), item->checkState(kRuleName) == Qt::Checked);
     });
     connect(this, &QTreeWidget::currentItemChanged, this, [this] {
         if (!isFilling_) Q_EMIT selectionMoved();
@@ -52,13 +52,13 @@ void RuleTable::show(const nlohmann::json& rules) {
     int row = 0;
     for (const nlohmann::json& rule : rules) {
         QTreeWidgetItem* item = topLevelItem(row++);
-        item->setText(kName, memberText(rule, "name"));
-        item->setText(kCriterion, RuleTexts::criterion(rule));
-        item->setText(kAction, RuleTexts::action(rule));
-        item->setText(kWindows, RuleTexts::windowCount(rule));
-        item->setToolTip(kWindows, RuleTexts::windows(rule));
-        item->setCheckState(kName, rule.value("isEnabled", true) ? Qt::Checked : Qt::Unchecked);
-        item->setData(kName, kIDRole, memberText(rule, "id"));
+        item->setText(kRuleName, memberText(rule, "name"));
+        item->setText(kRuleCriterion, RuleTexts::criterion(rule));
+        item->setText(kRuleAction, RuleTexts::action(rule));
+        item->setText(kRuleWindows, RuleTexts::windowCount(rule));
+        item->setToolTip(kRuleWindows, RuleTexts::windows(rule));
+        item->setCheckState(kRuleName, rule.value("isEnabled", true) ? Qt::Checked : Qt::Unchecked);
+        item->setData(kRuleName, kRuleIDRole, memberText(rule, "id"));
     }
     if (!selected.isEmpty()) select(selected);
     if (selectedRow() < 0 && rowBefore >= 0 && row > 0) { // it was deleted: its neighbor is next
@@ -83,13 +83,13 @@ void RuleTable::rebuild(int rows) {
     for (int row = 0; row < rows; ++row) {
         auto* item = new QTreeWidgetItem(this);
         item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable | Qt::ItemIsDragEnabled);
-        item->setTextAlignment(kWindows, Qt::AlignRight | Qt::AlignVCenter);
+        item->setTextAlignment(kRuleWindows, Qt::AlignRight | Qt::AlignVCenter);
     }
 }
 
 QString RuleTable::idAt(int row) const {
     const QTreeWidgetItem* item = topLevelItem(row);
-    return item ? item->data(kName, kIDRole).toString() : QString();
+    return item ? item->data(kRuleName, kRuleIDRole).toString() : QString();
 }
 
 int RuleTable::selectedRow() const {
@@ -138,8 +138,8 @@ void RuleTable::keyPressEvent(QKeyEvent* event) {
         return moveSelected(event->key() == Qt::Key_Up ? -1 : 1);
     }
     if (event->key() == Qt::Key_Space && currentItem()) { // in whatever column
-        const bool isChecked = currentItem()->checkState(kName) == Qt::Checked;
-        return currentItem()->setCheckState(kName, isChecked ? Qt::Unchecked : Qt::Checked);
+        const bool isChecked = currentItem()->checkState(kRuleName) == Qt::Checked;
+        return currentItem()->setCheckState(kRuleName, isChecked ? Qt::Unchecked : Qt::Checked);
     }
     if (event->key() == Qt::Key_Delete && selectedRow() >= 0) return Q_EMIT deletionWanted(selectedID());
     QTreeWidget::keyPressEvent(event);

@@ -17,8 +17,8 @@ namespace {
 
 using nlohmann::json;
 
-const PaneRegistration registration({40, "rules", [] { return RulesPane::tr("Rules"); },
-                                     [](WindowServices& services) -> Pane* { return new RulesPane(services); }});
+const PaneRegistration rulesRegistration({40, "rules", [] { return RulesPane::tr("Rules"); },
+                                          [](WindowServices& services) -> Pane* { return new RulesPane(services); }});
 
 constexpr int kDispositionRole = Qt::UserRole;
 constexpr int kLongestWindowList = 4; // lines

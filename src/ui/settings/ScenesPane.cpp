@@ -15,10 +15,10 @@ namespace {
 
 using nlohmann::json;
 
-const PaneRegistration registration({50, "scenes", [] { return ScenesPane::tr("Scenes"); },
-                                     [](WindowServices& services) -> Pane* { return new ScenesPane(services); }});
+const PaneRegistration scenesRegistration({50, "scenes", [] { return ScenesPane::tr("Scenes"); },
+                                           [](WindowServices& services) -> Pane* { return new ScenesPane(services); }});
 
-enum Column { kPicture, kName, kWindows, kCaptured, kColumnCount };
+enum SceneColumn { kScenePicture, kSceneName, kSceneWindows, kSceneCaptured, kSceneColumnCount };
 constexpr int kNameRole = Qt::UserRole + 1; // the name as the agent knows it
 
 QString timeOf(const json& scene) {
@@ -84,19 +84,19 @@ void ScenesPane::buildList(QVBoxLayout& column) {
     list_->setObjectName(QStringLiteral("scenes"));
     list_->setAccessibleName(tr("Scenes"));
     list_->setAccessibleDescription(tr("Return opens the selected scene, F2 renames it, Delete deletes it"));
-    list_->setColumnCount(kColumnCount);
+    list_->setColumnCount(kSceneColumnCount);
     list_->setHeaderLabels({QString(), tr("Name"), tr("Windows"), tr("Captured")});
     list_->setRootIsDecorated(false);
     list_->setAllColumnsShowFocus(true);
     list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     list_->header()->setStretchLastSection(false);
     list_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    list_->header()->setSectionResizeMode(kName, QHeaderView::Stretch);
+    list_->header()->setSectionResizeMode(kSceneName, QHeaderView::Stretch);
     // The pane is as high as the window, whatever is in the lists.
     list_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Ignored);
     list_->setMinimumHeight(9 * fontMetrics().lineSpacing());
     pictures_ = new ScenePictures(services_, list_);
-    list_->setItemDelegateForColumn(kPicture, pictures_);
+    list_->setItemDelegateForColumn(kScenePicture, pictures_);
     open_ = button(tr("&Open"), "openScene", tr("Brings the layouts, windows and theme of the selected scene back"));
     rename_ = button(tr("&Rename"), "renameScene", tr("Gives the selected scene another name"));
     delete_ = button(tr("De&lete"), "deleteScene", tr("Deletes the selected scene; this can be undone"));
@@ -111,7 +111,7 @@ void ScenesPane::buildList(QVBoxLayout& column) {
     column.addWidget(listError_);
 
     const auto startRenaming = [this] {
-        if (list_->currentItem()) list_->editItem(list_->currentItem(), kName);
+        if (list_->currentItem()) list_->editItem(list_->currentItem(), kSceneName);
     };
     const auto addKey = [this](QKeySequence key, auto act) {
         auto* action = new QAction(list_);
@@ -130,7 +130,7 @@ void ScenesPane::buildList(QVBoxLayout& column) {
         if (!isFilling_) selectionChanged();
     });
     connect(list_, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem* item, int changed) {
-        if (!isFilling_ && changed == kName) rename(item);
+        if (!isFilling_ && changed == kSceneName) rename(item);
     });
 }
 
@@ -217,18 +217,18 @@ void ScenesPane::showScenes() {
         const QString id = memberText(scene, "id"), title = memberText(scene, "name");
         auto* item = new QTreeWidgetItem(list_);
         item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsEditable);
-        item->setData(kPicture, ScenePictures::kIDRole, id);
-        item->setData(kPicture, Qt::AccessibleTextRole, tr("Picture of %1").arg(title));
-        item->setText(kName, title);
-        item->setData(kName, kNameRole, title);
-        item->setText(kWindows, QString::number(scene.value("windows", 0)));
-        item->setTextAlignment(kWindows, Qt::AlignRight | Qt::AlignVCenter);
-        item->setText(kCaptured, timeOf(scene));
+        item->setData(kScenePicture, ScenePictures::kIDRole, id);
+        item->setData(kScenePicture, Qt::AccessibleTextRole, tr("Picture of %1").arg(title));
+        item->setText(kSceneName, title);
+        item->setData(kSceneName, kNameRole, title);
+        item->setText(kSceneWindows, QString::number(scene.value("windows", 0)));
+        item->setTextAlignment(kSceneWindows, Qt::AlignRight | Qt::AlignVCenter);
+        item->setText(kSceneCaptured, timeOf(scene));
         if (scene.value("isActive", false)) {
-            QFont font = item->font(kName);
+            QFont font = item->font(kSceneName);
             font.setBold(true);
-            item->setFont(kName, font);
-            item->setToolTip(kName, tr("Opened or captured last"));
+            item->setFont(kSceneName, font);
+            item->setToolTip(kSceneName, tr("Opened or captured last"));
         }
         if (id == selected) list_->setCurrentItem(item);
         readPicture(scene);
@@ -251,7 +251,7 @@ void ScenesPane::readPicture(const json& scene) {
 
 QString ScenesPane::selectedID() const {
     const QTreeWidgetItem* item = list_->currentItem();
-    return item ? item->data(kPicture, ScenePictures::kIDRole).toString() : QString();
+    return item ? item->data(kScenePicture, ScenePictures::kIDRole).toString() : QString();
 }
 
 void ScenesPane::selectionChanged() {
@@ -296,10 +296,10 @@ void ScenesPane::open() {
 }
 
 void ScenesPane::rename(QTreeWidgetItem* item) {
-    const QString before = item->data(kName, kNameRole).toString(), wanted = item->text(kName);
+    const QString before = item->data(kSceneName, kNameRole).toString(), wanted = item->text(kSceneName);
     if (wanted == before) return;
     callFor(*listError_, services_.agent, "scene.rename",
-            {{"scene", item->data(kPicture, ScenePictures::kIDRole).toString().toStdString()},
+            {{"scene", item->data(kScenePicture, ScenePictures::kIDRole).toString().toStdString()},
              {"newName", wanted.toStdString()}},
             {.refused = [this] { showScenes(); }});
 }

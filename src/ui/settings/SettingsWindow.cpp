@@ -23,9 +23,10 @@ std::string& lastPane() {
     return name;
 }
 
-const WindowRegistration registration({"settings", [](WindowServices& services) -> std::unique_ptr<HostedWindow> {
-                                           return std::make_unique<SettingsWindow>(services);
-                                       }});
+const WindowRegistration settingsRegistration({"settings",
+                                               [](WindowServices& services) -> std::unique_ptr<HostedWindow> {
+                                                   return std::make_unique<SettingsWindow>(services);
+                                               }});
 
 } // namespace
 

@@ -1,5 +1,7 @@
 #include "ui/settings/ShortcutsPane.h"
 
+#include "ui/windows/JsonText.h"
+
 #include <QHBoxLayout>
 #include <QHeaderView>
 
@@ -11,16 +13,12 @@ using nlohmann::json;
 
 namespace {
 
-enum Column { title, keys, remark, columns };
+enum ShortcutColumn { kShortcutTitle, kShortcutKeys, kShortcutRemark, kShortcutColumnCount };
 constexpr int kActionRole = Qt::UserRole;
 
-const PaneRegistration registration({30, "shortcuts", [] { return ShortcutsPane::tr("Shortcuts"); },
-                                     [](WindowServices& services) -> Pane* { return new ShortcutsPane(services); }});
-
-QString textIn(const json& object, const char* key) {
-    const json& value = object.at(key);
-    return value.is_string() ? QString::fromStdString(value.get<std::string>()) : QString();
-}
+const PaneRegistration
+    shortcutsRegistration({30, "shortcuts", [] { return ShortcutsPane::tr("Shortcuts"); },
+                           [](WindowServices& services) -> Pane* { return new ShortcutsPane(services); }});
 
 } // namespace
 
@@ -46,7 +44,7 @@ ShortcutsPane::ShortcutsPane(WindowServices& services) :
     table_->setObjectName(QStringLiteral("shortcuts"));
     table_->setAccessibleName(tr("Keyboard shortcuts"));
     table_->setAccessibleDescription(tr("An action in each row, with its keys; Return records other keys for it"));
-    table_->setColumnCount(columns);
+    table_->setColumnCount(kShortcutColumnCount);
     table_->setHeaderLabels({tr("Action"), tr("Keys"), tr("Remark")});
     table_->setRootIsDecorated(false);
     table_->setUniformRowHeights(true);
@@ -90,7 +88,7 @@ void ShortcutsPane::showState(const json& state) {
         QTreeWidgetItem* item = itemOf(action);
         if (!item) {
             item = new QTreeWidgetItem(table_);
-            item->setData(title, kActionRole, QString::fromStdString(action));
+            item->setData(kShortcutTitle, kActionRole, QString::fromStdString(action));
         }
         showShortcut(*item, shortcut);
     }
@@ -99,36 +97,37 @@ void ShortcutsPane::showState(const json& state) {
 }
 
 void ShortcutsPane::showShortcut(QTreeWidgetItem& item, const json& shortcut) {
-    const QString name = textIn(shortcut, "title"), typed = textIn(shortcut, "keys"), about = remarkOn(shortcut);
-    item.setText(title, name);
+    const QString name = memberText(shortcut, "title"), typed = memberText(shortcut, "keys"),
+                  about = remarkOn(shortcut);
+    item.setText(kShortcutTitle, name);
     const bool isRecorded = recorder_ && shortcut.at("action") == recorded_ && !shownInsteadOfKeys_.isEmpty();
-    item.setText(keys, isRecorded ? shownInsteadOfKeys_ : typed);
-    item.setText(remark, about);
-    item.setData(keys, Qt::AccessibleTextRole, typed.isEmpty() ? tr("Keyboard shortcut not set") : typed);
+    item.setText(kShortcutKeys, isRecorded ? shownInsteadOfKeys_ : typed);
+    item.setText(kShortcutRemark, about);
+    item.setData(kShortcutKeys, Qt::AccessibleTextRole, typed.isEmpty() ? tr("Keyboard shortcut not set") : typed);
 }
 
 QString ShortcutsPane::remarkOn(const json& shortcut) const {
     if (shortcut.at("isHeldByOther").get<bool>()) {
-        return textIn(shortcut, "heldBy") == QLatin1String("system") ? tr("In use by the system")
-                                                                     : tr("In use by another program");
+        return memberText(shortcut, "heldBy") == QLatin1String("system") ? tr("In use by the system")
+                                                                         : tr("In use by another program");
     }
     if (!shortcut.at("conflict").is_string()) return {};
     const QTreeWidgetItem* other = itemOf(shortcut.at("conflict").get<std::string>());
-    return tr("Same keys as “%1”").arg(other ? other->text(title) : textIn(shortcut, "conflict"));
+    return tr("Same keys as “%1”").arg(other ? other->text(kShortcutTitle) : memberText(shortcut, "conflict"));
 }
 
 QTreeWidgetItem* ShortcutsPane::itemOf(const std::string& action) const {
     const QString name = QString::fromStdString(action);
     for (int i = 0; i < table_->topLevelItemCount(); ++i) {
         QTreeWidgetItem* item = table_->topLevelItem(i);
-        if (item->data(title, kActionRole).toString() == name) return item;
+        if (item->data(kShortcutTitle, kActionRole).toString() == name) return item;
     }
     return nullptr;
 }
 
 std::string ShortcutsPane::chosenAction() const {
     const QTreeWidgetItem* item = table_->currentItem();
-    return item && !item->isHidden() ? item->data(title, kActionRole).toString().toStdString() : std::string();
+    return item && !item->isHidden() ? item->data(kShortcutTitle, kActionRole).toString().toStdString() : std::string();
 }
 
 void ShortcutsPane::filter(const QString& text) {
@@ -136,7 +135,8 @@ void ShortcutsPane::filter(const QString& text) {
     QTreeWidgetItem* first = nullptr;
     for (int i = 0; i < table_->topLevelItemCount(); ++i) {
         QTreeWidgetItem* item = table_->topLevelItem(i);
-        const QString all = item->text(title) + u' ' + item->text(keys) + u' ' + item->text(remark);
+        const QString all =
+            item->text(kShortcutTitle) + u' ' + item->text(kShortcutKeys) + u' ' + item->text(kShortcutRemark);
         const bool fits = std::all_of(words.begin(), words.end(),
                                       [&](const QString& word) { return all.contains(word, Qt::CaseInsensitive); });
         item->setHidden(!fits);
@@ -159,7 +159,7 @@ void ShortcutsPane::record() {
     callFor(*error_, *recorder_, "shortcut.record", {{"action", action}},
             {.done =
                  [this](const json& result) {
-                     shownInsteadOfKeys_ = textIn(result, "prompt");
+                     shownInsteadOfKeys_ = memberText(result, "prompt");
                      prompt_->setText(tr("Type the keys. Delete takes the shortcut away, Escape leaves it as it is."));
                      showState(agent_.state());
                  },
@@ -185,7 +185,7 @@ void ShortcutsPane::endRecording() {
 void ShortcutsPane::heard(const std::string& method, const json& parameters) {
     if (method != "recorded") return;
     try {
-        error_->say(textIn(parameters, "message"));
+        error_->say(memberText(parameters, "message"));
         if (parameters.at("outcome") == "refused") return; // and goes on
         endRecording();
         const json& shortcut = parameters.at("shortcut");
@@ -199,7 +199,7 @@ void ShortcutsPane::updateButtons() {
     const std::string action = chosenAction();
     record_->setText(recorder_ ? tr("&Cancel") : tr("&Record…"));
     record_->setEnabled(recorder_ || (canHearKeys_ && !action.empty()));
-    clear_->setEnabled(!recorder_ && !action.empty() && !table_->currentItem()->text(keys).isEmpty());
+    clear_->setEnabled(!recorder_ && !action.empty() && !table_->currentItem()->text(kShortcutKeys).isEmpty());
     restore_->setEnabled(!recorder_);
 }
 

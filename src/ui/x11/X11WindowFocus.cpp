@@ -1,25 +1,17 @@
 #include "ui/x11/X11WindowFocus.h"
 
+#include "ui/x11/X11Requests.h"
+
 #include <QApplication>
 #include <QWindow>
 
-#include <xcb/xcb.h>
-
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 
 namespace kova::ui {
 
 namespace {
-
-template <class Reply>
-using Owned = std::unique_ptr<Reply, decltype(&std::free)>;
-template <class Reply>
-Owned<Reply> owned(Reply* reply) {
-    return {reply, &std::free};
-}
 
 constexpr std::uint32_t kSourcePager = 2;
 
