@@ -1,5 +1,5 @@
-// When the Mac opens KOVA or one of its URLs it also makes KOVA active, a moment later and although KOVA itself shows
-// no window: key presses would then reach none. Says what to do with an activation. Main thread.
+// When the Mac opens KOVA or one of its URLs, it also activates KOVA a moment later, although KOVA shows no window, and
+// key presses would reach no window. Decides what to do about an activation. Main thread.
 #pragma once
 
 #include "support/MainQueue.h"

@@ -1,6 +1,6 @@
 // Where the desktop shows between the windows in tiles: the outer margin, the strips of footers, and what is left of
-// gaps beside the dividers' handles. Some desktops move all windows aside when their wallpaper is clicked, which a
-// press that misses a divider must not do.
+// gaps beside the dividers' handles. Some desktops move all windows aside when their wallpaper is clicked, and a press
+// that misses a divider must not cause that.
 #pragma once
 
 #include "support/Geometry.h"

@@ -1,7 +1,7 @@
 // Decides when a new user is shown what KOVA does and which permission it needs: at each start until the permission
-// was there once, and on request. The window is kova-ui's where that program runs, else the desktop's own dialog. That
-// kova-ui's window is shown is a section of the overlay's contents, so that a kova-ui which starts later, or again,
-// shows it. Main thread only.
+// has been given once, and on request. The window is kova-ui's where that program runs, else the desktop's own dialog.
+// A section of the overlay's contents says whether kova-ui's window is shown, so that a kova-ui that starts later shows
+// it. Main thread only.
 #pragma once
 
 #include "app/DockAutoHideController.h"
@@ -21,7 +21,7 @@ namespace kova {
 
 class KovaOnboardingWindowController final : public OnboardingWindowControl {
   public:
-    /// All of it outlives the controller.
+    /// All members outlive the controller.
     struct Services {
         const WorkspaceController& workspace;
         KovaOnboardingState& state;
@@ -36,16 +36,16 @@ class KovaOnboardingWindowController final : public OnboardingWindowControl {
     KovaOnboardingWindowController(const KovaOnboardingWindowController&) = delete;
     KovaOnboardingWindowController& operator=(const KovaOnboardingWindowController&) = delete;
 
-    /// At a start: a user who has given the permission already needs no onboarding, ever; another one gets it.
+    /// At a start: shows the onboarding unless the permission has already been given; in that case it is never shown.
     void showIfNeeded();
-    /// The permission was given: the onboarding is not shown at a start any more. The dialog has nothing more to say
-    /// then; the window goes on with what can be set and tried.
+    /// The permission was given: later starts do not show the onboarding. The dialog closes; the window continues with
+    /// the pages for settings and a first arrangement.
     void complete();
 
     std::optional<std::string> show() override;
-    /// What is closed before the permission is there is shown again at the next start.
+    /// If it is closed before the permission was given, the next start shows it again.
     void close() override;
-    /// The window, not the dialog.
+    /// Whether the window is shown; the dialog does not count.
     bool isShown() const { return isShown_; }
 
   private:

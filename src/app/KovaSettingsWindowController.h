@@ -1,6 +1,5 @@
-// Decides when the settings window is shown: on request only, until the user closes it or the agent ends. That it is
-// shown is a section of the overlay's contents, so that a kova-ui which starts later, or again, shows it. Main thread
-// only.
+// Decides when the settings window is shown: on request only, until the user closes it or the agent ends. A section of
+// the overlay's contents says whether it is shown, so that a kova-ui that starts later shows it. Main thread only.
 #pragma once
 
 #include "app/OverlayBoard.h"

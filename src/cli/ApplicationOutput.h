@@ -1,4 +1,4 @@
-// What is said of applications that are listed, launched and ended.
+// Texts about applications that are listed, launched and ended.
 #pragma once
 
 #include "cli/Arguments.h"

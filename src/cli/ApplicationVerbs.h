@@ -1,5 +1,5 @@
-// The verbs that are more than one request: launching and opening a scene, whose outcome comes later, and ending all
-// applications, which the user confirms.
+// The verbs that need more than one request: launching and opening a scene, whose outcome comes later, and ending all
+// applications, which the user confirms first.
 #pragma once
 
 #include "cli/Verbs.h"

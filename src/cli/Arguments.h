@@ -1,4 +1,4 @@
-// What the words after a verb come to.
+// The arguments of a verb, as parsed from the words after it.
 #pragma once
 
 #include <nlohmann/json.hpp>

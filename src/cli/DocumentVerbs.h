@@ -1,4 +1,4 @@
-// The verbs that write and read a file: the agent never sees it, only what is in it.
+// The verbs that write and read a file. The agent gets its contents, never the file.
 #pragma once
 
 #include "cli/Verbs.h"

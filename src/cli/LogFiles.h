@@ -1,4 +1,4 @@
-// The agent's log as files: the command line reads them itself, so that there is something to read when no agent runs.
+// The agent's log as files: the command line reads them itself, so that it can be read when no agent runs.
 #pragma once
 
 #include <optional>

@@ -1,4 +1,4 @@
-// A layout drawn in characters. Tiles share their lines: the gaps between them are too thin to be seen.
+// A layout drawn in characters. Neighboring tiles share a line, since the gap between them is too thin to draw.
 #pragma once
 
 #include "support/Geometry.h"

@@ -1,6 +1,6 @@
 // Replaces private texts in a record (titles, names of scenes, messages) by random words, the same text by the same
-// word. The words are not derived from the texts, so that no text can be found by trying, and differ from report to
-// report.
+// word. The words are not derived from the texts, so that no text can be guessed from its word, and each report has
+// other words.
 #pragma once
 
 #include <nlohmann/json.hpp>

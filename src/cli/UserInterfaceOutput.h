@@ -1,4 +1,4 @@
-// What is printed of kova-ui and of the menu.
+// The state of kova-ui, and the menu, as text for the terminal.
 #pragma once
 
 #include "cli/Arguments.h"

@@ -1,4 +1,4 @@
-// Driving the workspace by URL:
+// URLs that control the workspace:
 //
 //   kova://action/arrange, undo, zoom, stack, stack/previous, float, tile    kova://scene/Deep%20Work
 //   kova://action/focus/left, move/up, swap/right, …    kova://action/focus/display/next, move/display/previous, …

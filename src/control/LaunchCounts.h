@@ -1,4 +1,4 @@
-// How often each application was launched into a tile: what a launcher lists first. Main thread only.
+// How often each application was launched into a tile: a launcher lists the most used ones first. Main thread only.
 #pragma once
 
 #include "persistence/PreferencesStore.h"

@@ -1,4 +1,4 @@
-// The look of the workspace, as methods of the socket. Whether anything draws it is added by the caller.
+// The appearance of the workspace, as methods of the socket. The caller adds whether a client draws it.
 #pragma once
 
 #include "control/ControlHandling.h"

@@ -1,5 +1,5 @@
-// A layout divides a rectangle into named tiles by a tree of weighted splits.
-// Values only: the tree says how an area is shared out, never how large it came out.
+// A layout divides a rectangle into named tiles by a tree of weighted splits. Values only: the tree says how an area is
+// divided, not how large the parts are.
 #pragma once
 
 #include "support/Geometry.h"

@@ -1,5 +1,5 @@
-// Finds the tiles of a tree by their ids. Ids stay from tree to tree, so that the same tiles again cost a comparison
-// each and nothing is hashed or allocated.
+// Finds the tiles of a tree by their ids. Successive trees usually have the same ids; then each lookup costs one
+// comparison, and nothing is hashed or allocated.
 #pragma once
 
 #include <cstdint>

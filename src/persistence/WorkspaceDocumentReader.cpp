@@ -29,7 +29,7 @@ WorkspaceRuleDisposition decodeDisposition(const JsonCursor& at) {
     if (name != "float" && name != "ignore") {
         at.fail("unknown case \"" + shownKey(name) + "\", expected \"tile\", \"float\" or \"ignore\"");
     }
-    (void)payload.members(); // an object, though an empty one
+    (void)payload.members(); // fails unless it is an object
     if (name == "float") return disposition::Float{};
     return disposition::Ignore{};
 }
@@ -69,7 +69,7 @@ bool WorkspaceDocumentReader::isKnown(Kind kind, const std::string& key) {
     return std::find(keys.begin(), keys.end(), key) != keys.end();
 }
 
-/// Where the next value stands.
+/// The path of the next value.
 std::string WorkspaceDocumentReader::placeIn(const Record& record) const {
     const std::string member = record.list.empty() ? record.key : record.list;
     const std::string path = record.path.empty() || member.empty() ? record.path + member : record.path + "." + member;
@@ -81,7 +81,7 @@ bool WorkspaceDocumentReader::key(std::string& name) {
     Record& record = records_.back();
     if (!record.containers.empty()) {
         json& member = (*record.containers.back())[name];
-        member = nullptr; // the second of two with one name counts
+        member = nullptr; // of two members with the same name the second counts
         record.containers.push_back(&member);
         return true;
     }
@@ -149,7 +149,7 @@ bool WorkspaceDocumentReader::open(json container) {
     return true;
 }
 
-/// A list that comes twice counts the second time, as any other member does.
+/// Of two lists with the same name the second counts, as for any other member.
 void WorkspaceDocumentReader::openList(Record& record) {
     record.list = record.key;
     record.entries = 0;

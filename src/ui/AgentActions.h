@@ -1,4 +1,4 @@
-// Carries out what a person does with the overlay by the agent's methods, and shows the menus for it. Main thread only.
+// Turns the user's actions on the overlay into requests to the agent, and shows the overlay's menus. Main thread only.
 #pragma once
 
 #include "ui/client/AgentLink.h"

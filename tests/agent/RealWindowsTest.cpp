@@ -61,9 +61,9 @@ class RealWindows : public ::testing::TestWithParam<Manager> {
         frame.size = {frame.size.width + 2 * border, frame.size.height + 2 * border};
         return frame;
     }
-    /// Every window in a tile stands in it: its visible corner at the tile's, its size the tile's but for what is less
-    /// than one cell of its own. What is wrong, or nothing.
-    std::string lookAtTheDesktop() {
+    /// The windows that are not in their tiles; empty if each one's top left corner is that of its tile, and its size
+    /// that of the tile, less at most a part of one resize increment.
+    std::string misplacedWindows() {
         std::map<std::string, CGRect> places;
         for (const auto& tile : session_.query("tiles")) {
             if (!tile.at("window").is_string()) continue;
@@ -84,10 +84,10 @@ class RealWindows : public ::testing::TestWithParam<Manager> {
     }
     void expectInPlace() {
         std::string wrong;
-        EXPECT_TRUE(eventually([&] { return (wrong = lookAtTheDesktop()).empty(); })) << wrong;
+        EXPECT_TRUE(eventually([&] { return (wrong = misplacedWindows()).empty(); })) << wrong;
         // The verifying passes are over by then, and nothing has moved again.
         std::this_thread::sleep_for(800ms);
-        EXPECT_EQ(lookAtTheDesktop(), "");
+        EXPECT_EQ(misplacedWindows(), "");
     }
 
     PrivateServer server_{"1920x1080"};

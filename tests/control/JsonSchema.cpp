@@ -67,7 +67,8 @@ class Checker {
             return {};
         }
         if (keyword == "properties") {
-            // Answers may grow for clients; this agent says nothing that its schema does not describe.
+            // Clients accept members that they do not know; the agent itself sends only members that the schema
+            // describes.
             for (const auto& [key, member] : value.items()) {
                 if (!argument.contains(key)) return path + "." + key + " is not described";
             }

@@ -1,4 +1,4 @@
-// What strangers write into properties, believed or not.
+// Properties that other programs write: which values are used, and which are ignored.
 #include "platform/x11/ClientWindow.h"
 #include "tests/x11/NumberedAtoms.h"
 
@@ -61,7 +61,7 @@ TEST(Properties, SizeHintsGiveTheMinimumElseTheBaseSize) {
     hints[0] = kBase;
     EXPECT_EQ(minimum(hints), (PixelRect{0, 0, 20, 10}));
     hints[0] = kIncrement;
-    EXPECT_FALSE(minimum(hints)) << "cells are no minimum";
+    EXPECT_FALSE(minimum(hints)) << "an increment is no minimum size";
     hints[0] = kMinimum;
     for (const std::uint32_t absurd : {0x80000000U, 0xFFFFFFFFU, 40000U}) {
         hints[5] = absurd;
@@ -79,13 +79,13 @@ TEST(Properties, SizeHintsGiveIncrementsLargestSizesAndAspects) {
     std::vector<std::uint32_t> numbers = {
         kMinimum | kMaximum | kIncrement | kAspect, 0, 0, 0, 0, 20, 30, 800, 10, 6, 13, 16, 9, 16, 9, 4, 4, 1};
     EXPECT_EQ(hints(numbers), (WindowSizeHints{.minimum = {20, 30},
-                                               .maximum = {800, 0}, // no window is that flat
+                                               .maximum = {800, 0}, // a largest height below the minimum is ignored
                                                .base = {20, 30},
                                                .increment = {6, 13},
                                                .leastAspect = 16.0 / 9,
                                                .mostAspect = 16.0 / 9}));
     numbers[12] = 0;
-    EXPECT_EQ(hints(numbers).leastAspect, 0) << "nothing is divided by it";
+    EXPECT_EQ(hints(numbers).leastAspect, 0) << "an aspect ratio with a zero is ignored";
     numbers[0] = 0;
     EXPECT_EQ(hints(numbers), WindowSizeHints{});
 }

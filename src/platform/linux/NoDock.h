@@ -1,4 +1,4 @@
-// Linux desktops have docks and panels of many makes, and no common preference for hiding them.
+// Linux desktops have many kinds of docks and panels, and no common setting that hides them.
 #pragma once
 
 #include "app/DockAutoHideServicing.h"

@@ -1,4 +1,5 @@
-// The connection to the agent, line by line: made again, with growing pauses, whenever it is lost. Main thread only.
+// The connection to the agent, line by line: established again, after growing delays, whenever it is lost. Main thread
+// only.
 #pragma once
 
 #include "control/client/ControlClient.h"

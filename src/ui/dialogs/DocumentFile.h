@@ -1,4 +1,4 @@
-// The file of scenes and rules as it is written and read by windows, and its way to the agent. Main thread only.
+// Writes and reads the file of scenes and rules for windows, and exchanges its text with the agent. Main thread only.
 #pragma once
 
 #include "ui/client/AgentSession.h"

@@ -1,5 +1,5 @@
-// The palette: one field over applications, open windows, scenes, layouts and commands. A small picture shows the tile
-// that it acts on. A command that needs more asks for it in the same field.
+// The palette: one field that searches applications, open windows, scenes, layouts and commands. A small picture shows
+// the tile that it acts on. A command that needs an argument asks for it in the same field.
 #pragma once
 
 #include "ui/launcher/SearchWindow.h"

@@ -1,4 +1,4 @@
-// What a launcher or the palette offers, and in which order. Plain values.
+// The entries that the launcher and the palette offer, and their order. Plain values.
 #pragma once
 
 #include "ui/launcher/FuzzyMatch.h"

@@ -1,4 +1,4 @@
-// What can be answered to a question of the palette. Plain values.
+// The possible answers to a question of the palette. Plain values.
 #pragma once
 
 #include "ui/launcher/Entries.h"

@@ -1,5 +1,5 @@
-// A field over a list: typing filters, arrows choose, Enter carries out, Escape or the loss of the focus closes. The
-// launcher and the palette are such windows, at the tile they act on.
+// A text field above a list: typing filters, arrow keys select, Enter carries out, Escape or the loss of the focus
+// closes. The launcher and the palette are such windows, at the tile they act on.
 #pragma once
 
 #include "ui/launcher/Entries.h"

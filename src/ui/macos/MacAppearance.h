@@ -1,4 +1,4 @@
-// Light or dark, and whether things may move, from the Mac's own settings. Main thread only.
+// Light or dark, and whether animations are allowed, from the Mac's own settings. Main thread only.
 #pragma once
 
 #include "ui/style/Palette.h"

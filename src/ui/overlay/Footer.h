@@ -1,6 +1,6 @@
-// A tile's footer: its name, the strip of its applications, what is being launched, the notice of a placement. Where
-// things lie, what is under a point, and how it is drawn. Coordinates are pixels in the footer's window, which is the
-// panel that is seen.
+// A tile's footer: its name, the strip of its applications, what is being launched, the notice of a placement. Computes
+// where its parts are and which part is at a point, and draws it. Coordinates are pixels in the footer's window, which
+// is the panel that is seen.
 #pragma once
 
 #include "ui/client/Contents.h"

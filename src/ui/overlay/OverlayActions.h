@@ -1,4 +1,4 @@
-// What a person does with the overlay, as the overlay says it; points are pixels on the screen.
+// The user's actions on the overlay, as the overlay reports them; points are pixels on the screen.
 #pragma once
 
 #include <QPoint>

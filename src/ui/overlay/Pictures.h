@@ -1,4 +1,4 @@
-// The other pictures of the overlay: backdrop, empty tiles, the tiles while a window is carried, divider lines, the
+// The other pictures of the overlay: backdrop, empty tiles, the tiles while a window is dragged, divider lines, the
 // message. Areas are pixels, with the origin at the top left of the window that is drawn.
 #pragma once
 

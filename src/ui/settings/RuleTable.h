@@ -1,5 +1,5 @@
-// The list of rules: ordered by dragging, by Alt with an arrow key, or by buttons. It never changes by itself: what is
-// wanted is a signal, and the agent's list is shown as it comes.
+// The list of rules: ordered by dragging, by Alt with an arrow key, or by buttons. It never changes its own contents:
+// the user's changes are signals, and it shows the list that the agent sends.
 #pragma once
 
 #include <QTreeWidget>

@@ -1,4 +1,4 @@
-// What becomes of windows when they appear: the list of rules, new ones, and whether they act.
+// The rules for new windows: the list, adding a rule, and switching all of them on or off.
 #pragma once
 
 #include "ui/settings/RuleTable.h"

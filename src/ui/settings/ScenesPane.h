@@ -1,4 +1,4 @@
-// The scenes: captured, opened, renamed, deleted, taken to other machines as a file, and what opening one would change.
+// The scenes: capturing, opening, renaming, deleting, exporting and importing them, and what opening one would change.
 #pragma once
 
 #include "ui/dialogs/DocumentFile.h"

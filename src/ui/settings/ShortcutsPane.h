@@ -1,5 +1,5 @@
-// The keyboard shortcuts: what each action has, which of them do nothing and why, and changing them. The agent records:
-// it gets the keys of every window and knows what is taken.
+// The keyboard shortcuts: the keys of each action, which of them have no effect and why, and changing them. The agent
+// records new keys, since it gets key presses whichever window has the focus, and knows which keys are in use.
 #pragma once
 
 #include "ui/settings/SettingControls.h"

@@ -1,5 +1,5 @@
-// Lets the user point at a window on the screen: the next click, wherever it is, picks what is there. Escape or another
-// button ends it. Main thread only.
+// Lets the user point at a window on the screen: the next click, wherever it is, picks the window there. Escape or
+// another button ends it. Main thread only.
 #pragma once
 
 #include <QObject>

@@ -1,4 +1,4 @@
-// Arithmetic on colors: what lies over what, and how far apart two are for an eye (contrast ratios from 1 to 21).
+// Arithmetic on colors: drawing one over another, and the contrast ratio of two (from 1 to 21).
 #pragma once
 
 #include "themes/ThemeRegistry.h"

@@ -1,5 +1,5 @@
 // The colors of the overlay, made of a theme's palette and the accent. Text has a contrast of at least 4.5 with every
-// ground that it is drawn on, lines and icons of meaning 3.
+// background that it is drawn on, lines and icons that carry meaning at least 3.
 #pragma once
 
 #include "ui/client/Contents.h"

@@ -1,5 +1,5 @@
-// The status item of the desktop's panel, with the agent's menu. The entries are requested whenever the menu opens.
-// Nothing of the toolkit's menus and items is made before there is a place for them.
+// The status item of the desktop's panel, with the agent's menu. The entries are requested whenever the menu opens. No
+// menu and no item of the toolkit is created before the panel has a place for it.
 #pragma once
 
 #include "ui/client/AgentLink.h"

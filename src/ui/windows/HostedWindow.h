@@ -1,4 +1,4 @@
-// What a window of kova-ui is, and what it is given. Main thread only.
+// The interface of a window of kova-ui, and the services that it gets. Main thread only.
 #pragma once
 
 #include "ui/client/AgentSession.h"

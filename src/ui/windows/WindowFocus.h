@@ -1,5 +1,5 @@
-// Focuses a window that is opened on request of the agent, which window managers otherwise take for one that steals it.
-// Main thread only.
+// Focuses a window that is opened on request of the agent, which window managers would otherwise treat as focus
+// stealing. Main thread only.
 #pragma once
 
 #include <QWidget>

@@ -1,6 +1,6 @@
-// What the windows of applications cover of the screen. Some window managers that composite draw unmanaged windows
-// above all others, whatever their order; there the overlay is cut out where applications are. Pixels. Plain values,
-// without a server.
+// The parts of the screen that windows of applications cover. Some window managers that composite draw unmanaged
+// windows above all others, whatever their order; there the overlay is cut out where applications are. Pixels. Plain
+// values, without a server.
 #pragma once
 
 #include "ui/x11/StackOrder.h"

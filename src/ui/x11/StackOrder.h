@@ -1,5 +1,5 @@
-// The order of the root window's children, bottom first, followed by the server's events, and whether windows of the
-// overlay stand where they should. Plain values, without a server.
+// The order of the root window's children, bottom first, followed by the server's events, and whether the overlay's
+// windows have their places in it. Plain values, without a server.
 #pragma once
 
 #include <cstdint>

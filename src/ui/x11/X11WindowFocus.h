@@ -1,6 +1,6 @@
-// The keyboard for windows that are opened on request of the agent, on X11: the window says when its user last acted,
-// and the request to the window manager is that of a pager, which no manager takes for focus stealing. Main thread
-// only.
+// Gives the focus to windows that are opened on request of the agent, on X11: the window states the time of the user's
+// last action, and the request names a pager as its source, which window managers do not treat as focus stealing. Main
+// thread only.
 #pragma once
 
 #include "ui/windows/WindowFocus.h"
