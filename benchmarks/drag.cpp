@@ -51,7 +51,7 @@ class Bench : private RealWorkspace {
         for (int i = 0; i < kWindows; ++i) windows.push_back(client->open({.title = "w"}));
         controller.start(false);
         isReady_ = desk.runUntil([&] { return controller.liveWindows().size() == kWindows; });
-        const std::string display = displayID(desktop.screens().front());
+        const DisplayID display = displayID(desktop.screens().front());
         (void)controller.perform(action::SelectLayout{display, DisplayLayoutSelection::layout("jarvis.six-grid")});
         controller.perform(action::Arrange{});
         desk.runFor(Seconds(2));

@@ -32,7 +32,7 @@ class BackdropWindowController {
     OverlayBoard& board_;
     struct MessagePlace {
         std::uint64_t serial = 0; // of the message
-        std::optional<std::string> displayID;
+        std::optional<DisplayID> displayID;
     };
     MessagePlace messagePlace_;               // a message stays on its display
     std::vector<Subscription> subscriptions_; // while shown

@@ -31,7 +31,7 @@ std::vector<CGRect> uncoveredParts(const CGRect& area, const std::vector<CGRect>
     return parts;
 }
 
-bool holdsWindows(const WorkspaceController& workspace, const std::string& displayID) {
+bool holdsWindows(const WorkspaceController& workspace, const DisplayID& displayID) {
     return std::ranges::any_of(*workspace.state().assignedWindowIDs, [&](const auto& assigned) {
         return assigned.first.starts_with(tileTargetID(displayID, ""));
     });
@@ -43,7 +43,7 @@ std::vector<CGRect> desktopGuards(const WorkspaceController& workspace, const st
     std::vector<CGRect> guards;
     const auto tiles = workspace.tiles();
     for (const Screen& screen : screens) {
-        const std::string id = displayID(screen);
+        const DisplayID id = displayID(screen);
         if ((zoom && zoom->displayID == id) || !holdsWindows(workspace, id)) continue;
         std::vector<CGRect> covered;
         for (const WorkspaceTile& tile : tiles) {

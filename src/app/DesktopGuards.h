@@ -18,6 +18,6 @@ std::vector<CGRect> uncoveredParts(const CGRect& area, const std::vector<CGRect>
 std::vector<CGRect> desktopGuards(const WorkspaceController& workspace, const std::vector<DividerHandle>& handles);
 
 /// Whether a window is in a tile of the display.
-bool holdsWindows(const WorkspaceController& workspace, const std::string& displayID);
+bool holdsWindows(const WorkspaceController& workspace, const DisplayID& displayID);
 
 } // namespace kova

@@ -21,7 +21,7 @@ std::vector<DisplayLayoutMenu> displayLayoutMenus(const WorkspaceController& wor
     return menus;
 }
 
-bool chooseLayout(WorkspaceController& workspace, const std::string& displayID, const std::string& optionID) {
+bool chooseLayout(WorkspaceController& workspace, const DisplayID& displayID, const std::string& optionID) {
     const auto selection = optionID == kAutomaticLayoutOption ? DisplayLayoutSelection::automatic()
                                                               : DisplayLayoutSelection::layout(optionID);
     return workspace.perform(action::SelectLayout{displayID, selection});

@@ -15,7 +15,7 @@ struct DisplayLayoutMenuOption {
 };
 
 struct DisplayLayoutMenu {
-    std::string id;    // the display's
+    DisplayID id;      // the display's
     std::string title; // the display's name
     std::vector<DisplayLayoutMenuOption> options;
     std::string selectedOptionID;
@@ -29,6 +29,6 @@ inline constexpr std::string_view kAutomaticLayoutOption = "automatic";
 std::vector<DisplayLayoutMenu> displayLayoutMenus(const WorkspaceController& workspace);
 /// False if the display or the option does not exist any more, or if the workspace refuses (its status message has the
 /// reason).
-bool chooseLayout(WorkspaceController& workspace, const std::string& displayID, const std::string& optionID);
+bool chooseLayout(WorkspaceController& workspace, const DisplayID& displayID, const std::string& optionID);
 
 } // namespace kova

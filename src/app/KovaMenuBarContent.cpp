@@ -289,7 +289,7 @@ class KovaMenuBarContent::Build {
         if (menus.empty() || !display) inSubmenu("Layout on Current Display", [] {});
         for (const auto& menu : menus) {
             if (menus.size() < 2) break;
-            addLayoutMenu("Layout on " + menu.title, "layout." + menu.id + ".", menu, enabledIf(isAtWork_));
+            addLayoutMenu("Layout on " + menu.title, "layout." + menu.id.text() + ".", menu, enabledIf(isAtWork_));
         }
         add(
             "layout-next", "Next Layout on Current Display", enabled,

@@ -16,7 +16,7 @@ void leaveFooterFree(LayoutAxis axis, CGRect& frame) {
 }
 
 std::string handleID(const DisplayLayoutDivider& divider) {
-    return tileTargetID(divider.displayID, divider.layoutID) + "/" + divider.divider.splitID + "/" +
+    return divider.displayID.text() + "::" + divider.layoutID + "/" + divider.divider.splitID + "/" +
            std::to_string(divider.divider.boundaryIndex);
 }
 

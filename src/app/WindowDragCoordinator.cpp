@@ -47,7 +47,7 @@ void WindowDragCoordinator::showDrag(std::optional<OverlayDrag> drag) {
     board_.refresh(OverlaySection::drag);
 }
 
-std::optional<std::string> WindowDragCoordinator::displayUnder(CGPoint location) const {
+std::optional<DisplayID> WindowDragCoordinator::displayUnder(CGPoint location) const {
     for (const Screen& screen : *workspace_.state().screens) {
         if (containsPoint(screen.frame, location)) return displayID(screen);
     }

@@ -54,7 +54,7 @@ class WindowDragCoordinator {
     bool isUnmoved(CGPoint location) const;
     std::optional<OverlayDrag> dragAt(CGPoint location) const;
     void showDrag(std::optional<OverlayDrag> drag);
-    std::optional<std::string> displayUnder(CGPoint location) const;
+    std::optional<DisplayID> displayUnder(CGPoint location) const;
     /// How the window's frame has changed since the press; absent if it has not.
     std::optional<action::WindowDragKind> movement() const;
 

@@ -21,7 +21,7 @@ double firstScreenMaxY(const WorkspaceController& controller) {
 }
 
 /// "automatic", a layout's id, or null where the user chose nothing.
-json selection(const WorkspaceProfile& profile, const std::string& displayID) {
+json selection(const WorkspaceProfile& profile, const DisplayID& displayID) {
     const auto found = profile.layoutSelectionsByDisplay.find(displayID);
     if (found == profile.layoutSelectionsByDisplay.end()) return nullptr;
     return found->second.layoutID.value_or("automatic");
@@ -140,7 +140,7 @@ json displays(const WorkspaceController& controller) {
     json out = json::array();
     const double maximumY = firstScreenMaxY(controller);
     for (const Screen& screen : *controller.state().screens) {
-        const std::string id = displayID(screen);
+        const DisplayID id = displayID(screen);
         const LayoutDefinition* layout = controller.resolvedLayout(id);
         out.push_back({{"id", id},
                        {"number", out.size() + 1},

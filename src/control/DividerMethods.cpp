@@ -19,7 +19,7 @@ using nlohmann::json;
 constexpr double kFarthest = 100'000; // points, more than any display has
 
 struct WantedDivider {
-    std::string displayID;
+    DisplayID displayID;
     std::string splitID;
     std::int64_t boundary = 0;
 

@@ -86,7 +86,7 @@ json choicesOn(const WorkspaceController& controller, const Screen& screen) {
 } // namespace
 
 ControlReply fitLayouts(const WorkspaceController& controller, const JsonCursor& parameters) {
-    std::optional<std::string> wanted;
+    std::optional<DisplayID> wanted;
     if (parameters.optional("display")) {
         const auto found = wantedDisplay(controller, parameters);
         if (!found) return found.error();
@@ -94,7 +94,7 @@ ControlReply fitLayouts(const WorkspaceController& controller, const JsonCursor&
     }
     json displays = json::array();
     for (const Screen& screen : *controller.state().screens) {
-        const std::string id = displayID(screen);
+        const DisplayID id = displayID(screen);
         if (wanted && id != *wanted) continue;
         displays.push_back({{"id", id},
                             {"name", screen.localizedName},

@@ -14,7 +14,7 @@ namespace {
 
 using nlohmann::json;
 
-const Screen* findScreen(const WorkspaceController& controller, const std::string& id) {
+const Screen* findScreen(const WorkspaceController& controller, const DisplayID& id) {
     const auto& screens = *controller.state().screens;
     const auto found =
         std::find_if(screens.begin(), screens.end(), [&](const Screen& s) { return displayID(s) == id; });
@@ -22,7 +22,7 @@ const Screen* findScreen(const WorkspaceController& controller, const std::strin
 }
 
 /// The layout that is now in force on the display, and what was said about it.
-json inForce(const WorkspaceController& controller, const std::string& display) {
+json inForce(const WorkspaceController& controller, const DisplayID& display) {
     const LayoutDefinition* layout = controller.resolvedLayout(display);
     const auto& said = *controller.state().lastActionMessage;
     return {{"display", display},
@@ -40,7 +40,7 @@ json tileShown(const TileSlot& slot, CGSize windowSize, json window, std::size_t
 }
 
 /// The tiles as they are on the display, with the user's weights and the windows in them.
-json tilesInForce(const WorkspaceController& controller, const std::string& display) {
+json tilesInForce(const WorkspaceController& controller, const DisplayID& display) {
     json out = json::array();
     for (const WorkspaceTile& tile : controller.tiles()) {
         if (tile.displayID != display) continue;
@@ -66,7 +66,7 @@ json tilesProposed(const LayoutDefinition& layout, CGSize area, double inset) {
 ControlReply showLayout(const WorkspaceController& controller, const JsonCursor& parameters) {
     const auto display = wantedDisplay(controller, parameters);
     if (!display) return display.error();
-    const std::string& displayID = *display;
+    const DisplayID& displayID = *display;
     const Screen* screen = findScreen(controller, displayID);
     const LayoutDefinition* layout = controller.resolvedLayout(displayID);
     if (!screen || !layout) return refusal("No display is connected");

@@ -100,25 +100,26 @@ ControlResult<std::size_t> lookUp(std::string_view kind, std::string_view wanted
     return noneOf(kind, wanted, things);
 }
 
-ControlResult<std::string> lookUpDisplay(const WorkspaceController& controller, std::string_view wanted) {
+ControlResult<DisplayID> lookUpDisplay(const WorkspaceController& controller, std::string_view wanted) {
     std::vector<NamedThing> displays;
     for (const Screen& screen : *controller.state().screens) {
-        const std::string id = displayID(screen);
+        const DisplayID id = displayID(screen);
         const std::string number = std::to_string(displays.size() + 1);
-        displays.push_back({id, {screen.localizedName}, number + "  " + screen.localizedName + "  " + id});
+        displays.push_back(
+            {id.text(), {screen.localizedName}, number + "  " + screen.localizedName + "  " + id.text()});
     }
     const auto found = lookUp("display", wanted, displays, Numbered::yes);
     if (!found) return found.error();
-    return displays[*found].id;
+    return DisplayID(displays[*found].id);
 }
 
-ControlResult<std::string> wantedDisplay(const WorkspaceController& controller, const JsonCursor& parameters) {
+ControlResult<DisplayID> wantedDisplay(const WorkspaceController& controller, const JsonCursor& parameters) {
     if (const auto named = parameters.optional("display")) return lookUpDisplay(controller, named->string());
     if (auto current = controller.currentDisplayID()) return *std::move(current);
     return refusal("No display is connected");
 }
 
-ControlResult<TileSlot> lookUpSlot(const WorkspaceController& controller, const std::string& displayID,
+ControlResult<TileSlot> lookUpSlot(const WorkspaceController& controller, const DisplayID& displayID,
                                    std::string_view wanted) {
     const LayoutDefinition* layout = controller.resolvedLayout(displayID);
     if (!layout) return refusal("The display is gone");

@@ -33,11 +33,11 @@ ControlResult<std::size_t> lookUp(std::string_view kind, std::string_view wanted
 std::string textForMessage(std::string_view wanted);
 
 /// The display's id.
-ControlResult<std::string> lookUpDisplay(const WorkspaceController& controller, std::string_view wanted);
+ControlResult<DisplayID> lookUpDisplay(const WorkspaceController& controller, std::string_view wanted);
 /// The id of the display that the parameters name, else of the current one.
-ControlResult<std::string> wantedDisplay(const WorkspaceController& controller, const JsonCursor& parameters);
+ControlResult<DisplayID> wantedDisplay(const WorkspaceController& controller, const JsonCursor& parameters);
 /// A tile of the layout in force on the display, by its slot's id, its number in the layout's order, its name, ...
-ControlResult<TileSlot> lookUpSlot(const WorkspaceController& controller, const std::string& displayID,
+ControlResult<TileSlot> lookUpSlot(const WorkspaceController& controller, const DisplayID& displayID,
                                    std::string_view wanted);
 /// A slot's id, for what holds on all displays: a slot of any layout, or on the current display a tile's number or
 /// name.

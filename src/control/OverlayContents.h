@@ -28,7 +28,7 @@ struct OverlayAppearance {
 };
 
 struct OverlayDisplay {
-    std::string id;
+    DisplayID id;
     int number = 1; // its place in the list
     std::string name;
     CGRect frame{};
@@ -67,7 +67,7 @@ struct OverlayNotice {
 /// A tile, or all the tiles that one window spans.
 struct OverlayTile {
     std::string id; // tile-target id; of a span its anchor's
-    std::string displayID;
+    DisplayID displayID;
     std::string slotID;
     std::string name{};
     std::vector<std::string> coveredSlotIDs{}; // its own first
@@ -83,7 +83,7 @@ struct OverlayTile {
 
 struct OverlayDivider {
     std::string id; // opaque; the same for the same divider as long as it is shown
-    std::string displayID;
+    DisplayID displayID;
     std::string layoutID;
     std::string splitID;
     int boundaryIndex = 0;
@@ -97,14 +97,14 @@ struct OverlayDivider {
 /// A window that is being moved with the pointer.
 struct OverlayDrag {
     WindowID windowID;
-    std::optional<std::string> displayID; // under the pointer
-    std::optional<std::string> tileID;    // the drop target
+    std::optional<DisplayID> displayID; // under the pointer
+    std::optional<std::string> tileID;  // the drop target
     bool operator==(const OverlayDrag&) const = default;
 };
 
 struct OverlayMessage {
     std::string text;
-    std::optional<std::string> displayID; // the current one when the message appeared
+    std::optional<DisplayID> displayID; // the current one when the message appeared
     std::string undoMethod; // of the socket, which reverts the reported action; empty: it cannot be reverted
     bool operator==(const OverlayMessage&) const = default;
 };

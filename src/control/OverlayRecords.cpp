@@ -1,5 +1,6 @@
 #include "control/OverlayRecords.h"
 
+#include "control/ControlHandling.h"
 #include "control/ControlRecords.h"
 #include "support/Version.h"
 #include "themes/ThemeCoding.h"
@@ -14,11 +15,8 @@ namespace kova::overlayRecord {
 namespace {
 
 using controlRecord::rect;
+using kova::orNull;
 using nlohmann::json;
-
-json orNull(const std::optional<std::string>& text) {
-    return text ? json(*text) : json(nullptr);
-}
 
 template <class T>
 json orNull(const std::optional<T>& value, json (*record)(const T&)) {
@@ -41,7 +39,8 @@ class Record {
         return add(name, member, [](const Member& value) { return json(value); });
     }
     /// A member that identifies the element, so it is in every record.
-    Record& name(const char* name, std::string T::*member) {
+    template <class Name>
+    Record& name(const char* name, Name T::*member) {
         out_[name] = now_.*member;
         return *this;
     }

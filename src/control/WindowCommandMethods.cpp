@@ -116,7 +116,7 @@ ControlResult<std::string> wantedTile(const WorkspaceController& controller, con
     for (const WorkspaceTile& tile : controller.tiles()) {
         if (tile.targetID == wanted) return wanted;
     }
-    std::optional<std::string> display;
+    std::optional<DisplayID> display;
     if (!parameters.optional("display") && windowID) display = controller.displayIDOfWindow(*windowID);
     if (!display) {
         auto named = wantedDisplay(controller, parameters);

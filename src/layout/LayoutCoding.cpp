@@ -37,10 +37,25 @@ std::map<std::string, T> decodeOptionalMap(const std::optional<JsonCursor>& at, 
     return at ? decodeMap<T>(*at, decodeMember) : std::map<std::string, T>{};
 }
 
+template <class T, class Decode>
+std::map<DisplayID, T> decodeByDisplay(const std::optional<JsonCursor>& at, Decode decodeMember) {
+    std::map<DisplayID, T> out;
+    if (!at) return out;
+    for (const auto& [key, member] : at->members()) out.emplace(key, decodeMember(member));
+    return out;
+}
+
+const std::string& text(const std::string& key) {
+    return key;
+}
+const std::string& text(const DisplayID& key) {
+    return key.text();
+}
+
 template <class Map, class Encode>
 json encodeMap(const Map& map, Encode encodeMember) {
     json out = json::object();
-    for (const auto& [key, member] : map) out[key] = encodeMember(member);
+    for (const auto& [key, member] : map) out[text(key)] = encodeMember(member);
     return out;
 }
 
@@ -158,12 +173,12 @@ WorkspaceProfile decodeWorkspaceProfile(const JsonCursor& at) {
         .themeID = at.required("themeID").string(),
         .layoutID = at.required("layoutID").string(),
         .layoutSelectionsByDisplay =
-            decodeOptionalMap<DisplayLayoutSelection>(at.optional("layoutSelectionsByDisplay"), decodeLayoutSelection),
+            decodeByDisplay<DisplayLayoutSelection>(at.optional("layoutSelectionsByDisplay"), decodeLayoutSelection),
         .tileInset = at.required("tileInset").number(),
         .autoArrangeOnLaunch = at.required("autoArrangeOnLaunch").boolean(),
         .preferredApplications = decodeMap<std::string>(at.required("preferredApplications"), decodeString),
         .applicationMinimumSizes = decodeOptionalMap<CGSize>(at.optional("applicationMinimumSizes"), decodeSize),
-        .layoutWeightsByDisplay = decodeOptionalMap<std::map<std::string, LayoutWeightOverrides>>(
+        .layoutWeightsByDisplay = decodeByDisplay<std::map<std::string, LayoutWeightOverrides>>(
             at.optional("layoutWeightsByDisplay"), decodeLayoutWeights),
     };
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "layout/LayoutTree.h"
+#include "support/Identifiers.h"
 #include "support/Limits.h"
 
 #include <memory>
@@ -39,7 +40,7 @@ struct LayoutDivider {
 };
 
 struct DisplayLayoutDivider {
-    std::string displayID;
+    DisplayID displayID;
     std::string layoutID;
     LayoutDivider divider;
     bool operator==(const DisplayLayoutDivider&) const = default;

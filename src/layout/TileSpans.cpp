@@ -281,17 +281,17 @@ constexpr std::string_view kTargetSeparator = "::";
 
 } // namespace
 
-std::string tileTargetID(std::string_view displayID, std::string_view slotID) {
-    return std::string(displayID).append(kTargetSeparator).append(slotID);
+std::string tileTargetID(const DisplayID& displayID, std::string_view slotID) {
+    return std::string(displayID.text()).append(kTargetSeparator).append(slotID);
 }
 
-std::string displayIDOf(std::string_view targetID) {
-    return std::string(targetID.substr(0, targetID.find(kTargetSeparator)));
+DisplayID displayIDOf(std::string_view targetID) {
+    return DisplayID(targetID.substr(0, targetID.find(kTargetSeparator)));
 }
 
-std::optional<std::string_view> slotIDOn(std::string_view displayID, std::string_view targetID) {
-    if (!targetID.starts_with(displayID)) return std::nullopt;
-    targetID.remove_prefix(displayID.size());
+std::optional<std::string_view> slotIDOn(const DisplayID& displayID, std::string_view targetID) {
+    if (!targetID.starts_with(displayID.text())) return std::nullopt;
+    targetID.remove_prefix(displayID.text().size());
     if (!targetID.starts_with(kTargetSeparator)) return std::nullopt;
     return targetID.substr(kTargetSeparator.size());
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "layout/LayoutSolver.h"
+#include "support/Identifiers.h"
 
 #include <optional>
 #include <set>
@@ -13,16 +14,16 @@
 namespace kova {
 
 /// The string identity of a tile on a display: display id, "::", slot id.
-std::string tileTargetID(std::string_view displayID, std::string_view slotID);
+std::string tileTargetID(const DisplayID& displayID, std::string_view slotID);
 
 /// The display id of a tile-target id.
-std::string displayIDOf(std::string_view targetID);
+DisplayID displayIDOf(std::string_view targetID);
 
 /// The slot id of a tile-target id, if the tile is on that display; absent otherwise.
-std::optional<std::string_view> slotIDOn(std::string_view displayID, std::string_view targetID);
+std::optional<std::string_view> slotIDOn(const DisplayID& displayID, std::string_view targetID);
 
 struct DisplayTileTarget {
-    std::string displayID;
+    DisplayID displayID;
     TileSlot slot;
     std::string id() const { return tileTargetID(displayID, slot.id); }
     bool operator==(const DisplayTileTarget&) const = default;

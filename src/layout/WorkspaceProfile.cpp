@@ -4,7 +4,7 @@
 
 namespace kova {
 
-const LayoutWeightOverrides& WorkspaceProfile::weights(const std::string& displayID,
+const LayoutWeightOverrides& WorkspaceProfile::weights(const DisplayID& displayID,
                                                        const std::string& layoutIdentifier) const {
     static const LayoutWeightOverrides kNone;
     const auto display = layoutWeightsByDisplay.find(displayID);

@@ -3,6 +3,7 @@
 
 #include "layout/LayoutTree.h"
 #include "support/Decoded.h"
+#include "support/Identifiers.h"
 #include "support/Uuid.h"
 
 #include <map>
@@ -26,15 +27,15 @@ struct WorkspaceProfile {
     std::string name = "My Workspace";
     std::string themeID = "kova.native";
     std::string layoutID = "jarvis.command-center"; // where a display has no selection of its own
-    std::map<std::string, DisplayLayoutSelection> layoutSelectionsByDisplay;
+    std::map<DisplayID, DisplayLayoutSelection> layoutSelectionsByDisplay;
     double tileInset = 5; // points on each side between a tile's cell and the window in it
     bool autoArrangeOnLaunch = false;
     std::map<std::string, std::string> preferredApplications;
-    std::map<std::string, CGSize> applicationMinimumSizes;                                      // by application key
-    std::map<std::string, std::map<std::string, LayoutWeightOverrides>> layoutWeightsByDisplay; // display, layout
+    std::map<std::string, CGSize> applicationMinimumSizes;                                    // by application key
+    std::map<DisplayID, std::map<std::string, LayoutWeightOverrides>> layoutWeightsByDisplay; // display, layout
 
     /// The weights stored for the display and layout; empty when there are none.
-    const LayoutWeightOverrides& weights(const std::string& displayID, const std::string& layoutIdentifier) const;
+    const LayoutWeightOverrides& weights(const DisplayID& displayID, const std::string& layoutIdentifier) const;
     bool operator==(const WorkspaceProfile&) const = default;
 };
 

@@ -77,7 +77,7 @@ WorkspaceSessionTiles decodeTiles(const JsonCursor& cursor) {
 }
 
 WorkspaceSessionZoom decodeZoom(const JsonCursor& cursor) {
-    WorkspaceSessionZoom zoom{.displayID = cursor.required("displayID").string(),
+    WorkspaceSessionZoom zoom{.displayID = DisplayID(cursor.required("displayID").string()),
                               .anchorTargetID = cursor.required("anchorTargetID").string(),
                               .windowID = WindowID(cursor.required("windowID").string())};
     if (const auto frame = cursor.optional("frameBefore")) zoom.frameBefore = rect(*frame);
@@ -92,7 +92,7 @@ std::string encodeWorkspaceSession(const WorkspaceSession& session) {
                 {"awayDisplays", json::object()},
                 {"handledRuleWindowIDs", session.handledRuleWindowIDs}};
     for (const auto& window : session.windows) out["windows"].push_back(encode(window));
-    for (const auto& [display, tiles] : session.awayDisplays) out["awayDisplays"][display] = encode(tiles);
+    for (const auto& [display, tiles] : session.awayDisplays) out["awayDisplays"][display.text()] = encode(tiles);
     for (const auto& space : session.otherSpaces) {
         json entry = {{"tiles", encode(space.tiles)}};
         if (space.number) entry["number"] = *space.number;
@@ -116,7 +116,7 @@ Decoded<WorkspaceSession> decodeWorkspaceSession(std::string_view text) {
         for (const auto& window : cursor.required("windows").elements())
             session.windows.push_back(decodeWindow(window));
         for (const auto& [display, tiles] : cursor.required("awayDisplays").members()) {
-            session.awayDisplays[display] = decodeTiles(tiles);
+            session.awayDisplays[DisplayID(display)] = decodeTiles(tiles);
         }
         if (const auto spaces = cursor.optional("otherSpaces")) {
             for (const auto& space : spaces->elements()) {

@@ -47,7 +47,7 @@ struct WorkspaceSessionSpace {
 
 /// The window that owned its display.
 struct WorkspaceSessionZoom {
-    std::string displayID;
+    DisplayID displayID;
     std::string anchorTargetID;
     WindowID windowID;
     std::optional<CGRect> frameBefore{}; // window-service space
@@ -57,7 +57,7 @@ struct WorkspaceSessionZoom {
 struct WorkspaceSession {
     std::vector<WorkspaceSessionWindow> windows;
     WorkspaceSessionTiles tiles;
-    std::map<std::string, WorkspaceSessionTiles> awayDisplays; // tiles of disconnected displays, by display id
+    std::map<DisplayID, WorkspaceSessionTiles> awayDisplays; // tiles of disconnected displays, by display id
     std::vector<WorkspaceSessionSpace> otherSpaces;
     std::set<WindowID> handledRuleWindowIDs;
     std::optional<WorkspaceSessionZoom> zoom;

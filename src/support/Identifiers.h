@@ -45,6 +45,8 @@ class Identifier {
 
 /// Process identifier, ":", hash of the element; stable while the window lives.
 using WindowID = Identifier<struct WindowTag>;
+/// "display-" and the device's UUID, or the integral numbers of the display's frame: "display-0-0-2560x1440".
+using DisplayID = Identifier<struct DisplayTag>;
 
 } // namespace kova
 

@@ -16,11 +16,11 @@ std::string integralText(double points) {
 
 } // namespace
 
-std::string displayID(const Screen& screen) {
+DisplayID displayID(const Screen& screen) {
     if (!screen.knownID.empty()) return screen.knownID;
-    if (screen.displayUUID) return "display-" + *screen.displayUUID;
-    return "display-" + integralText(minX(screen.frame)) + "-" + integralText(minY(screen.frame)) + "-" +
-           integralText(screen.frame.size.width) + "x" + integralText(screen.frame.size.height);
+    if (screen.displayUUID) return DisplayID("display-" + *screen.displayUUID);
+    return DisplayID("display-" + integralText(minX(screen.frame)) + "-" + integralText(minY(screen.frame)) + "-" +
+                     integralText(screen.frame.size.width) + "x" + integralText(screen.frame.size.height));
 }
 
 } // namespace kova

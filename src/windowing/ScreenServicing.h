@@ -2,6 +2,7 @@
 #pragma once
 
 #include "support/Geometry.h"
+#include "support/Identifiers.h"
 #include "support/Published.h"
 
 #include <functional>
@@ -19,12 +20,11 @@ struct Screen {
     CGRect frame{};
     CGRect visibleFrame{}; // the frame without panels, docks and menu bars
     double scale = 1;      // pixels to a point: only for what is drawn in pixels, as all frames are in points
-    std::string knownID{}; // a stored result of `displayID`; else empty
+    DisplayID knownID{};   // a stored result of `displayID`; else empty
     bool operator==(const Screen&) const = default;
 };
 
-/// "display-" and the device's UUID, or the frame's integral numbers: "display-0-0-2560x1440".
-std::string displayID(const Screen& screen);
+DisplayID displayID(const Screen& screen);
 
 class ScreenServicing {
   public:

@@ -17,7 +17,7 @@ namespace kova {
 
 /// A display as the planner sees it.
 struct ArrangementDisplay {
-    std::string displayID;
+    DisplayID displayID;
     std::string name;
     CGRect visibleFrame{};                 // screen space
     LayoutDefinition layout;               // in force, weights applied
@@ -37,7 +37,7 @@ struct ArrangementCandidate {
     std::string applicationKey;
     AutoArrangeAppRole role = AutoArrangeAppRole::other;
     CGRect frameOnScreen{};                     // screen space; empty when unknown
-    std::optional<std::string> displayID;       // the display that holds it
+    std::optional<DisplayID> displayID;         // the display that holds it
     std::optional<std::string> currentTargetID; // the tile that it fronts now
     std::optional<std::string> stackedBehindID; // the tile in which it is stacked
     CGSize minimumSize{};                       // points, 0 where none is known

@@ -7,7 +7,7 @@
 
 namespace kova {
 
-void AwaitedWindows::awaitLaunch(const LaunchableApplication& application, const std::string& displayID,
+void AwaitedWindows::awaitLaunch(const LaunchableApplication& application, const DisplayID& displayID,
                                  const std::string& slotID, Seconds now) {
     const std::string tile = tileTargetID(displayID, slotID);
     launches_[tile] = {.application = application,
@@ -64,7 +64,7 @@ void AwaitedWindows::rename(const WindowID& windowID, const WindowID& newID) {
     renameIn(scene_.movedByUser, windowID, newID);
 }
 
-void AwaitedWindows::renameDisplay(const std::string& displayID, const std::string& newID) {
+void AwaitedWindows::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
     for (auto& placement : scene_.pending) {
         if (placement.displayID == displayID) placement.displayID = newID;
     }

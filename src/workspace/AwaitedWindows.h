@@ -24,7 +24,7 @@ class AwaitedWindows {
     // Launches into tiles
     const Launches& launches() const { return launches_; }
     /// Replaces the launch for which the tile waits. `now` is an uptime.
-    void awaitLaunch(const LaunchableApplication& application, const std::string& displayID, const std::string& slotID,
+    void awaitLaunch(const LaunchableApplication& application, const DisplayID& displayID, const std::string& slotID,
                      Seconds now);
     /// Reports the result of the launch into the tile (its id at the launch). Ignored if another launch into that tile
     /// has begun since.
@@ -52,7 +52,7 @@ class AwaitedWindows {
     /// Something is awaited until a deadline.
     bool isWaiting() const { return !launches_.empty() || !scene_.pending.empty(); }
     void rename(const WindowID& windowID, const WindowID& newID);
-    void renameDisplay(const std::string& displayID, const std::string& newID);
+    void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
 
   private:
     void publish() { published_.set(applicationsOf(launches_)); }

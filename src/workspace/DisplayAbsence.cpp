@@ -65,15 +65,15 @@ void DisplayAbsence::forget(const WindowID& windowID) {
     dropEmpty();
 }
 
-void DisplayAbsence::forgetDisplay(const std::string& displayID) {
+void DisplayAbsence::forgetDisplay(const DisplayID& displayID) {
     std::erase_if(homes_, [&](const auto& home) { return home.first.displayID == displayID; });
 }
 
-void DisplayAbsence::renameDisplay(const std::string& displayID, const std::string& newID) {
+void DisplayAbsence::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
     std::map<AbsenceKey, TileAssignments> renamed;
     for (auto& [key, held] : homes_) {
         held.renameDisplay(displayID, newID);
-        const std::string& id = key.displayID == displayID ? newID : key.displayID;
+        const DisplayID& id = key.displayID == displayID ? newID : key.displayID;
         renamed.insert_or_assign(AbsenceKey{id, key.layoutID}, std::move(held));
     }
     homes_ = std::move(renamed);

@@ -22,7 +22,7 @@ struct ReturnOfResidents {
 ReturnOfResidents withResidentsBack(const TileAssignments& held, TileAssignments assignments);
 
 struct AbsenceKey {
-    std::string displayID;
+    DisplayID displayID;
     std::string layoutID{}; // empty for a disconnected display
     auto operator<=>(const AbsenceKey&) const = default;
 };
@@ -41,9 +41,9 @@ class DisplayAbsence {
     /// Forgets the window, which the user has moved.
     void forget(const WindowID& windowID);
     void forgetAll() { homes_.clear(); }
-    void forgetDisplay(const std::string& displayID);
+    void forgetDisplay(const DisplayID& displayID);
     /// Renames the display.
-    void renameDisplay(const std::string& displayID, const std::string& newID);
+    void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
     void keepOnly(const std::set<WindowID>& windowIDs);
     void rename(const WindowID& windowID, const WindowID& newID);
     /// After an undo: replaces the remembered windows by those that the restored assignments have on these displays.

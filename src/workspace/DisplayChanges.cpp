@@ -11,18 +11,18 @@ namespace kova {
 
 namespace {
 
-std::set<std::string> idsOf(const std::vector<Screen>& screens) {
-    std::set<std::string> ids;
+std::set<DisplayID> idsOf(const std::vector<Screen>& screens) {
+    std::set<DisplayID> ids;
     for (const auto& screen : screens) ids.insert(displayID(screen));
     return ids;
 }
 
 } // namespace
 
-DisplayChanges::DisplayChanges(
-    WorkspaceParts& parts, RefreshCycle& refreshCycle, WorkspaceAccess& access, TileGeometry& geometry,
-    WindowPresenter& presenter, TileKeeper& keeper, LayoutFollower& follower, UndoSteps& steps,
-    std::function<void(const std::string& formerID, const std::string& newID)> renameDisplay) :
+DisplayChanges::DisplayChanges(WorkspaceParts& parts, RefreshCycle& refreshCycle, WorkspaceAccess& access,
+                               TileGeometry& geometry, WindowPresenter& presenter, TileKeeper& keeper,
+                               LayoutFollower& follower, UndoSteps& steps,
+                               std::function<void(const DisplayID& formerID, const DisplayID& newID)> renameDisplay) :
     services_(parts.services),
     windowService_(*parts.windowService), state_(parts.state), liveWindows_(parts.liveWindows),
     assignments_(parts.assignments), displays_(parts.displays), focusMode_(parts.focusMode), pointer_(parts.pointer),
@@ -61,7 +61,7 @@ bool DisplayChanges::isBesideFocusMode(const std::vector<Screen>& before) const 
     if (!focusMode_.isOn()) return false;
     const auto& now = *state_.screens;
     return std::equal(before.begin(), before.end(), now.begin(), now.end(), [this](const Screen& a, const Screen& b) {
-        const std::string id = displayID(b);
+        const DisplayID id = displayID(b);
         if (displayID(a) != id || a.frame != b.frame) return false;
         if (focusMode_.ownsDisplay(id)) return a.visibleFrame == b.visibleFrame;
         const ShownLayout* last = displays_.shown(id);
@@ -79,7 +79,7 @@ void DisplayChanges::keepFramesBesideFocusMode() {
 }
 
 /// Only records the change; the caller decides whether windows may be moved now.
-void DisplayChanges::noteDisplaysThatCameAndWent(const std::set<std::string>& before) {
+void DisplayChanges::noteDisplaysThatCameAndWent(const std::set<DisplayID>& before) {
     for (const auto& [formerID, newID] : displays_.noteConnected(before, idsOf(*state_.screens), assignments_)) {
         displayHasNewID(formerID, newID);
     }
@@ -94,7 +94,7 @@ void DisplayChanges::noteDisplaysThatCameAndWent(const std::set<std::string>& be
 }
 
 /// The display that this one replaces, judged by the frame: another size or position.
-void DisplayChanges::displayHasNewID(const std::string& formerID, const std::string& newID) {
+void DisplayChanges::displayHasNewID(const DisplayID& formerID, const DisplayID& newID) {
     renameDisplay_(formerID, newID);
     WorkspaceProfile profile = *state_.profile;
     displays_.carryLayout(profile, formerID, newID);

@@ -31,11 +31,11 @@ class DisplayChanges {
   public:
     DisplayChanges(WorkspaceParts& parts, RefreshCycle& refreshCycle, WorkspaceAccess& access, TileGeometry& geometry,
                    WindowPresenter& presenter, TileKeeper& keeper, LayoutFollower& follower, UndoSteps& steps,
-                   std::function<void(const std::string& formerID, const std::string& newID)> renameDisplay);
+                   std::function<void(const DisplayID& formerID, const DisplayID& newID)> renameDisplay);
 
     void readScreens();
     void screensChanged();
-    void displayHasNewID(const std::string& formerID, const std::string& newID);
+    void displayHasNewID(const DisplayID& formerID, const DisplayID& newID);
     void settleOnDisplays();
     void displaysSettled();
     void placeWindowsOfAbsentDisplays();
@@ -43,7 +43,7 @@ class DisplayChanges {
   private:
     bool isBesideFocusMode(const std::vector<Screen>& before) const;
     void keepFramesBesideFocusMode();
-    void noteDisplaysThatCameAndWent(const std::set<std::string>& before);
+    void noteDisplaysThatCameAndWent(const std::set<DisplayID>& before);
     void returnStrandedFloats();
     void bringIntoSight();
     bool isZoomedOver(const WorkspaceTile& tile) const;
@@ -69,7 +69,7 @@ class DisplayChanges {
     TileKeeper& keeper_;
     LayoutFollower& follower_;
     UndoSteps& steps_;
-    std::function<void(const std::string&, const std::string&)> renameDisplay_;
+    std::function<void(const DisplayID&, const DisplayID&)> renameDisplay_;
 };
 
 } // namespace kova

@@ -2,7 +2,7 @@
 
 namespace kova {
 
-std::string resolveLayoutID(const WorkspaceProfile& profile, const std::string& displayID, const Screen& screen) {
+std::string resolveLayoutID(const WorkspaceProfile& profile, const DisplayID& displayID, const Screen& screen) {
     const auto selection = profile.layoutSelectionsByDisplay.find(displayID);
     if (selection == profile.layoutSelectionsByDisplay.end()) return profile.layoutID;
     if (selection->second.layoutID) return *selection->second.layoutID;
@@ -19,7 +19,7 @@ std::string resolveLayoutID(const WorkspaceProfile& profile, const std::string& 
 
 DisplayLayouts::Entry& DisplayLayouts::entry(const Screen& screen, const WorkspaceProfile& profile,
                                              const std::vector<LayoutDefinition>& catalogue) {
-    const std::string id = displayID(screen);
+    const DisplayID id = displayID(screen);
     const LayoutDefinition* wanted = findLayout(catalogue, resolveLayoutID(profile, id, screen));
     if (!wanted) wanted = &catalogue.front();
     const auto dragged = transientWeights_.find(id);
@@ -60,12 +60,12 @@ const SolvedLayout& DisplayLayouts::solve(const Screen& screen, const WorkspaceP
     return kept.solved;
 }
 
-void DisplayLayouts::setTransientWeights(const std::string& displayID, const std::string& layoutID,
+void DisplayLayouts::setTransientWeights(const DisplayID& displayID, const std::string& layoutID,
                                          LayoutWeightOverrides weights) {
     transientWeights_[displayID] = {layoutID, std::move(weights)};
 }
 
-void DisplayLayouts::clearTransientWeights(const std::string& displayID) {
+void DisplayLayouts::clearTransientWeights(const DisplayID& displayID) {
     transientWeights_.erase(displayID);
 }
 
@@ -73,7 +73,7 @@ void DisplayLayouts::clearAllTransientWeights() {
     transientWeights_.clear();
 }
 
-void DisplayLayouts::invalidate(const std::string& displayID) {
+void DisplayLayouts::invalidate(const DisplayID& displayID) {
     entries_.erase(displayID);
 }
 

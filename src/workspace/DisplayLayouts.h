@@ -15,7 +15,7 @@ namespace kova {
 
 /// The layout id of the display's selection on its screen: an explicit choice as it is, `automatic` by the display's
 /// class, and without a selection the profile's own layout.
-std::string resolveLayoutID(const WorkspaceProfile& profile, const std::string& displayID, const Screen& screen);
+std::string resolveLayoutID(const WorkspaceProfile& profile, const DisplayID& displayID, const Screen& screen);
 
 class DisplayLayouts {
   public:
@@ -27,10 +27,10 @@ class DisplayLayouts {
     const SolvedLayout& solve(const Screen& screen, const WorkspaceProfile& profile,
                               const std::vector<LayoutDefinition>& catalogue, const TileMinimumSizes& minimumSizes);
     /// Weights in force while a divider is dragged, instead of the profile's.
-    void setTransientWeights(const std::string& displayID, const std::string& layoutID, LayoutWeightOverrides weights);
-    void clearTransientWeights(const std::string& displayID);
+    void setTransientWeights(const DisplayID& displayID, const std::string& layoutID, LayoutWeightOverrides weights);
+    void clearTransientWeights(const DisplayID& displayID);
     void clearAllTransientWeights();
-    void invalidate(const std::string& displayID);
+    void invalidate(const DisplayID& displayID);
     void invalidateAll();
 
   private:
@@ -57,8 +57,8 @@ class DisplayLayouts {
         LayoutWeightOverrides overrides;
     };
 
-    std::map<std::string, Entry> entries_;
-    std::map<std::string, TransientWeights> transientWeights_;
+    std::map<DisplayID, Entry> entries_;
+    std::map<DisplayID, TransientWeights> transientWeights_;
 };
 
 } // namespace kova

@@ -35,15 +35,15 @@ std::vector<WindowID> returnToFreeTiles(const TileAssignments& held, TileAssignm
 DisplayMemory::DisplayMemory(MainQueue& queue, std::function<void()> settled) :
     queue_(queue), settled_(std::move(settled)) {}
 
-std::vector<DisplayMemory::Renaming> DisplayMemory::noteConnected(const std::set<std::string>& before,
-                                                                  const std::set<std::string>& now,
+std::vector<DisplayMemory::Renaming> DisplayMemory::noteConnected(const std::set<DisplayID>& before,
+                                                                  const std::set<DisplayID>& now,
                                                                   TileAssignments& assignments) {
     for (const auto& id : before) {
         if (now.contains(id)) continue;
         absence_.leave({id}, assignments);
         if (isNamedByFrame(id)) recentlyGone_.insert(id);
     }
-    std::set<std::string> unknown;
+    std::set<DisplayID> unknown;
     for (const auto& id : now) {
         if (before.contains(id)) continue;
         const bool isKnown =
@@ -63,14 +63,14 @@ std::vector<DisplayMemory::Renaming> DisplayMemory::noteConnected(const std::set
     return renamings;
 }
 
-void DisplayMemory::leaveDisplay(const std::string& displayID, const TileAssignments& assignments) {
+void DisplayMemory::leaveDisplay(const DisplayID& displayID, const TileAssignments& assignments) {
     absence_.leave({displayID}, assignments);
 }
 
-void DisplayMemory::leaveAbsentDisplays(const TileAssignments& assignments, const std::set<std::string>& connected) {
-    std::set<std::string> absent;
+void DisplayMemory::leaveAbsentDisplays(const TileAssignments& assignments, const std::set<DisplayID>& connected) {
+    std::set<DisplayID> absent;
     for (const auto& [target, window] : assignments.assignedWindowIDs) {
-        const std::string id = displayIDOf(target);
+        const DisplayID id = displayIDOf(target);
         if (!connected.contains(id)) absent.insert(id);
     }
     for (const auto& id : absent) {
@@ -78,7 +78,7 @@ void DisplayMemory::leaveAbsentDisplays(const TileAssignments& assignments, cons
     }
 }
 
-void DisplayMemory::takeBackDisplay(const std::string& displayID, TileAssignments& assignments) {
+void DisplayMemory::takeBackDisplay(const DisplayID& displayID, TileAssignments& assignments) {
     takeBack(absence_, {displayID}, assignments);
 }
 
@@ -89,17 +89,17 @@ void DisplayMemory::takeBack(DisplayAbsence& homes, const AbsenceKey& key, TileA
     noteReturned(back.returnedFronts, back.returnedWaiting);
 }
 
-void DisplayMemory::leaveLayout(const std::string& displayID, const std::string& layoutID,
+void DisplayMemory::leaveLayout(const DisplayID& displayID, const std::string& layoutID,
                                 const TileAssignments& assignments) {
     formerLayouts_.leave({displayID, layoutID}, assignments);
 }
 
-void DisplayMemory::takeBackLayout(const std::string& displayID, const std::string& layoutID,
+void DisplayMemory::takeBackLayout(const DisplayID& displayID, const std::string& layoutID,
                                    TileAssignments& assignments) {
     takeBack(formerLayouts_, {displayID, layoutID}, assignments);
 }
 
-void DisplayMemory::forgetLayouts(const std::string& displayID) {
+void DisplayMemory::forgetLayouts(const DisplayID& displayID) {
     formerLayouts_.forgetDisplay(displayID);
     for (const auto& window : crowded_.onDisplay(displayID).windows()) crowded_.remove(window);
 }
@@ -112,7 +112,7 @@ void DisplayMemory::noteArrangement(const TileAssignments& assignments) {
     }
 }
 
-void DisplayMemory::takeBackCrowdedOut(TileAssignments& assignments, const std::set<std::string>& connected,
+void DisplayMemory::takeBackCrowdedOut(TileAssignments& assignments, const std::set<DisplayID>& connected,
                                        const std::function<bool(const WindowID& windowID)>& isPutAway) {
     if (!absence_.homes().empty()) return;
     TileAssignments held = std::exchange(crowded_, {});
@@ -130,12 +130,12 @@ DisplayMemory::Returned DisplayMemory::takeReturned() {
     return {std::exchange(windowsToShow_, {}), std::exchange(windowsToHide_, {})};
 }
 
-const ShownLayout* DisplayMemory::shown(const std::string& displayID) const {
+const ShownLayout* DisplayMemory::shown(const DisplayID& displayID) const {
     const auto found = shown_.find(displayID);
     return found == shown_.end() ? nullptr : &found->second;
 }
 
-bool DisplayMemory::noteShown(const std::string& displayID, const std::string& layoutID, const SolvedLayout& solved) {
+bool DisplayMemory::noteShown(const DisplayID& displayID, const std::string& layoutID, const SolvedLayout& solved) {
     ShownLayout& last = shown_[displayID];
     if (last.layoutID == layoutID && last.tiles.frames == solved.frames) return false;
     const bool hasMoved = !last.layoutID.empty();
@@ -143,7 +143,7 @@ bool DisplayMemory::noteShown(const std::string& displayID, const std::string& l
     return hasMoved;
 }
 
-void DisplayMemory::carryLayout(WorkspaceProfile& profile, const std::string& formerID, const std::string& newID) {
+void DisplayMemory::carryLayout(WorkspaceProfile& profile, const DisplayID& formerID, const DisplayID& newID) {
     const bool hasItsOwn = profile.layoutSelectionsByDisplay.contains(newID);
     copyDisplay(profile, formerID, newID);
     if (inheritedLayouts_.erase(formerID) > 0) eraseDisplay(profile, formerID);
@@ -187,7 +187,7 @@ void DisplayMemory::rename(const WindowID& windowID, const WindowID& newID) {
     renameIn(windowsToHide_, windowID, newID);
 }
 
-void DisplayMemory::renameDisplay(const std::string& displayID, const std::string& newID) {
+void DisplayMemory::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
     formerLayouts_.renameDisplay(displayID, newID);
     crowded_.renameDisplay(displayID, newID);
     strandedFloats_.renameDisplay(displayID, newID);

@@ -30,19 +30,19 @@ class DisplayMemory {
     DisplayMemory(MainQueue& queue, std::function<void()> settled);
 
     struct Renaming {
-        std::string formerID;
-        std::string newID;
+        DisplayID formerID;
+        DisplayID newID;
     };
     /// Records the windows of displays that were disconnected, and returns windows to those that were connected again.
     /// Returns displays that only changed their id; the caller renames them everywhere.
-    [[nodiscard]] std::vector<Renaming> noteConnected(const std::set<std::string>& before,
-                                                      const std::set<std::string>& now, TileAssignments& assignments);
+    [[nodiscard]] std::vector<Renaming> noteConnected(const std::set<DisplayID>& before, const std::set<DisplayID>& now,
+                                                      TileAssignments& assignments);
     /// Remembers the windows assigned to the display.
-    void leaveDisplay(const std::string& displayID, const TileAssignments& assignments);
+    void leaveDisplay(const DisplayID& displayID, const TileAssignments& assignments);
     /// Remembers the windows of every disconnected display that has assignments and no record yet.
-    void leaveAbsentDisplays(const TileAssignments& assignments, const std::set<std::string>& connected);
-    void takeBackDisplay(const std::string& displayID, TileAssignments& assignments);
-    bool holdsDisplay(const std::string& displayID) const { return absence_.holds({displayID}); }
+    void leaveAbsentDisplays(const TileAssignments& assignments, const std::set<DisplayID>& connected);
+    void takeBackDisplay(const DisplayID& displayID, TileAssignments& assignments);
+    bool holdsDisplay(const DisplayID& displayID) const { return absence_.holds({displayID}); }
     /// True if the window belongs to a disconnected display.
     bool isDisplaced(const WindowID& windowID) const { return absence_.isDisplaced(windowID); }
     /// By the id of the display.
@@ -55,15 +55,15 @@ class DisplayMemory {
     void noteArrangement(const TileAssignments& assignments);
     /// Once all displays are connected: windows that lost their tile to such an arrangement, have no tile now and are
     /// hidden, return to their tile, or to another one freed in the same way.
-    void takeBackCrowdedOut(TileAssignments& assignments, const std::set<std::string>& connected,
+    void takeBackCrowdedOut(TileAssignments& assignments, const std::set<DisplayID>& connected,
                             const std::function<bool(const WindowID& windowID)>& isPutAway);
     StrandedFloats& strandedFloats() { return strandedFloats_; }
 
     /// The display changes from one layout to another because of its size, not by choice.
-    void leaveLayout(const std::string& displayID, const std::string& layoutID, const TileAssignments& assignments);
-    void takeBackLayout(const std::string& displayID, const std::string& layoutID, TileAssignments& assignments);
+    void leaveLayout(const DisplayID& displayID, const std::string& layoutID, const TileAssignments& assignments);
+    void takeBackLayout(const DisplayID& displayID, const std::string& layoutID, TileAssignments& assignments);
     /// Forgets former layouts of the display, whose layout the user has chosen.
-    void forgetLayouts(const std::string& displayID);
+    void forgetLayouts(const DisplayID& displayID);
 
     /// Returns and forgets the windows that got their tiles back, to be shown, and those that are stacked again, to be
     /// hidden.
@@ -76,12 +76,12 @@ class DisplayMemory {
     Returned takeReturned();
 
     /// Null for a display without a record.
-    const ShownLayout* shown(const std::string& displayID) const;
+    const ShownLayout* shown(const DisplayID& displayID) const;
     /// Whether tiles of the display have moved since the last time.
-    bool noteShown(const std::string& displayID, const std::string& layoutID, const SolvedLayout& solved);
+    bool noteShown(const DisplayID& displayID, const std::string& layoutID, const SolvedLayout& solved);
     /// Copies the chosen layout to the display's new id. Intermediate ids lose their copy; the id for which it was
     /// chosen keeps it.
-    void carryLayout(WorkspaceProfile& profile, const std::string& formerID, const std::string& newID);
+    void carryLayout(WorkspaceProfile& profile, const DisplayID& formerID, const DisplayID& newID);
 
     /// Starts the settle time anew; `settled` is called at its end.
     void beginSettling();
@@ -100,7 +100,7 @@ class DisplayMemory {
     void forgetAllWindows();
     void keepOnly(const std::set<WindowID>& windowIDs);
     void rename(const WindowID& windowID, const WindowID& newID);
-    void renameDisplay(const std::string& displayID, const std::string& newID);
+    void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
 
   private:
     void takeBack(DisplayAbsence& homes, const AbsenceKey& key, TileAssignments& assignments);
@@ -113,9 +113,9 @@ class DisplayMemory {
     StrandedFloats strandedFloats_;
     std::set<WindowID> windowsToShow_;
     std::set<WindowID> windowsToHide_;
-    std::map<std::string, ShownLayout> shown_; // also of disconnected displays
-    std::set<std::string> recentlyGone_;       // displays without another name than their frame
-    std::set<std::string> inheritedLayouts_;   // ids that have a copy of the former id's layout
+    std::map<DisplayID, ShownLayout> shown_; // also of disconnected displays
+    std::set<DisplayID> recentlyGone_;       // displays without another name than their frame
+    std::set<DisplayID> inheritedLayouts_;   // ids that have a copy of the former id's layout
     Seconds settledAt_{0};
     bool isHeldBackByZoom_ = false;
     Lifetime lifetime_;

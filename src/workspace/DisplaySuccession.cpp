@@ -9,8 +9,8 @@ namespace kova {
 namespace {
 
 /// "1920x1080" of "display-0-0-1920x1080"; empty for a device's name.
-std::string sizeInName(const std::string& displayID) {
-    const std::string size = displayID.substr(displayID.rfind('-') + 1);
+std::string sizeInName(const DisplayID& displayID) {
+    const std::string size = displayID.text().substr(displayID.text().rfind('-') + 1);
     const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
     const auto notDigit = std::find_if_not(size.begin(), size.end(), isDigit);
     const bool isSize = notDigit != size.begin() && notDigit != size.end() && *notDigit == 'x' &&
@@ -20,20 +20,19 @@ std::string sizeInName(const std::string& displayID) {
 
 } // namespace
 
-bool isNamedByFrame(const std::string& displayID) {
+bool isNamedByFrame(const DisplayID& displayID) {
     return !sizeInName(displayID).empty();
 }
 
-std::map<std::string, std::string> successorsOfDisplays(const std::set<std::string>& gone,
-                                                        const std::set<std::string>& come) {
-    std::multimap<std::string, std::string> goneBySize, comeBySize;
+std::map<DisplayID, DisplayID> successorsOfDisplays(const std::set<DisplayID>& gone, const std::set<DisplayID>& come) {
+    std::multimap<std::string, DisplayID> goneBySize, comeBySize;
     for (const auto& id : gone) {
         if (isNamedByFrame(id)) goneBySize.emplace(sizeInName(id), id);
     }
     for (const auto& id : come) {
         if (isNamedByFrame(id)) comeBySize.emplace(sizeInName(id), id);
     }
-    std::map<std::string, std::string> successors;
+    std::map<DisplayID, DisplayID> successors;
     for (auto entry = goneBySize.begin(); entry != goneBySize.end();) {
         const auto [size, former] = *entry;
         const bool isOnlyOne = goneBySize.count(size) == 1 && comeBySize.count(size) == 1;
@@ -48,7 +47,7 @@ std::map<std::string, std::string> successorsOfDisplays(const std::set<std::stri
     return successors;
 }
 
-void copyDisplay(WorkspaceProfile& profile, const std::string& displayID, const std::string& otherID) {
+void copyDisplay(WorkspaceProfile& profile, const DisplayID& displayID, const DisplayID& otherID) {
     const auto selection = profile.layoutSelectionsByDisplay.find(displayID);
     if (selection != profile.layoutSelectionsByDisplay.end()) {
         profile.layoutSelectionsByDisplay.insert_or_assign(otherID, DisplayLayoutSelection(selection->second));
@@ -60,7 +59,7 @@ void copyDisplay(WorkspaceProfile& profile, const std::string& displayID, const 
     }
 }
 
-void eraseDisplay(WorkspaceProfile& profile, const std::string& displayID) {
+void eraseDisplay(WorkspaceProfile& profile, const DisplayID& displayID) {
     profile.layoutSelectionsByDisplay.erase(displayID);
     profile.layoutWeightsByDisplay.erase(displayID);
 }

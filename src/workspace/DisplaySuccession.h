@@ -11,15 +11,14 @@
 namespace kova {
 
 /// Whether the display id is derived from the frame instead of the device.
-bool isNamedByFrame(const std::string& displayID);
+bool isNamedByFrame(const DisplayID& displayID);
 
 /// Matches disconnected displays to new ones; keys are the former ids. A pair matches if each is the only one of its
 /// size, or if exactly one display remains on each side.
-std::map<std::string, std::string> successorsOfDisplays(const std::set<std::string>& gone,
-                                                        const std::set<std::string>& come);
+std::map<DisplayID, DisplayID> successorsOfDisplays(const std::set<DisplayID>& gone, const std::set<DisplayID>& come);
 
 /// Copies the chosen layout of the display, and its weights, to the other one.
-void copyDisplay(WorkspaceProfile& profile, const std::string& displayID, const std::string& otherID);
-void eraseDisplay(WorkspaceProfile& profile, const std::string& displayID);
+void copyDisplay(WorkspaceProfile& profile, const DisplayID& displayID, const DisplayID& otherID);
+void eraseDisplay(WorkspaceProfile& profile, const DisplayID& displayID);
 
 } // namespace kova

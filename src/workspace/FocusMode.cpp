@@ -21,11 +21,11 @@ bool FocusMode::isZoomed(const WindowID& windowID) const {
     return mode() && mode()->windowID == windowID;
 }
 
-bool FocusMode::ownsDisplay(const std::string& displayID) const {
+bool FocusMode::ownsDisplay(const DisplayID& displayID) const {
     return mode() && mode()->displayID == displayID;
 }
 
-std::optional<std::string> FocusMode::displayOf(const WindowID& windowID) const {
+std::optional<DisplayID> FocusMode::displayOf(const WindowID& windowID) const {
     return isZoomed(windowID) ? std::optional(mode()->displayID) : std::nullopt;
 }
 
@@ -45,7 +45,7 @@ void FocusMode::rename(const WindowID& windowID, const WindowID& newID) {
     published_.set(std::move(zoomed));
 }
 
-void FocusMode::renameDisplay(const std::string& displayID, const std::string& newID) {
+void FocusMode::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
     if (!before_) return;
     before_->snapshot.renameDisplay(displayID, newID);
     for (auto& entry : before_->history) entry.snapshot.renameDisplay(displayID, newID);

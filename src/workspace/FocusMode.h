@@ -30,9 +30,9 @@ class FocusMode {
 
     bool isOn() const { return before_.has_value(); }
     bool isZoomed(const WindowID& windowID) const;
-    bool ownsDisplay(const std::string& displayID) const;
+    bool ownsDisplay(const DisplayID& displayID) const;
     /// The display that the window is zoomed on; absent for every other window.
-    std::optional<std::string> displayOf(const WindowID& windowID) const;
+    std::optional<DisplayID> displayOf(const WindowID& windowID) const;
     const std::optional<WorkspaceFocusMode>& mode() const { return *published_; }
     /// Null when focus mode is off. Changes on other displays are entered here, so that the end of focus mode keeps
     /// them.
@@ -41,7 +41,7 @@ class FocusMode {
 
     void forgetApplication(const std::string& applicationKey);
     void rename(const WindowID& windowID, const WindowID& newID);
-    void renameDisplay(const std::string& displayID, const std::string& newID);
+    void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
 
   private:
     PublishedMode& published_;

@@ -14,7 +14,7 @@ LayoutChoice::LayoutChoice(WorkspaceParts& parts, WorkspaceAccess& access, TileG
     assignments_(parts.assignments), tileMemory_(parts.tileMemory), displays_(parts.displays), frames_(parts.frames),
     access_(access), geometry_(geometry), finder_(finder), keeper_(keeper), follower_(follower), steps_(steps) {}
 
-Outcome LayoutChoice::selectLayout(const std::string& id, const DisplayLayoutSelection& selection) {
+Outcome LayoutChoice::selectLayout(const DisplayID& id, const DisplayLayoutSelection& selection) {
     const Screen* found = geometry_.screenOf(id);
     if (!found) return Outcome::refused("The display is no longer connected");
     if (selection.layoutID && !findLayout(geometry_.catalogue(), *selection.layoutID))
@@ -62,7 +62,7 @@ Outcome LayoutChoice::cycleLayout(LayoutStep direction) {
     return selectLayout(*id, DisplayLayoutSelection::layout(all[static_cast<std::size_t>(index)].id));
 }
 
-Outcome LayoutChoice::resetLayoutSizes(const std::optional<std::string>& wanted) {
+Outcome LayoutChoice::resetLayoutSizes(const std::optional<DisplayID>& wanted) {
     const auto id = wanted ? wanted : finder_.currentDisplayID();
     const Screen* screen = id ? geometry_.screenOf(*id) : nullptr;
     if (!screen) return access_.refuse("No display is connected");

@@ -27,9 +27,9 @@ class LayoutChoice {
     LayoutChoice(WorkspaceParts& parts, WorkspaceAccess& access, TileGeometry& geometry, const WindowFinder& finder,
                  TileKeeper& keeper, LayoutFollower& follower, UndoSteps& steps);
 
-    Outcome selectLayout(const std::string& displayID, const DisplayLayoutSelection& selection);
+    Outcome selectLayout(const DisplayID& displayID, const DisplayLayoutSelection& selection);
     Outcome cycleLayout(LayoutStep direction);
-    Outcome resetLayoutSizes(const std::optional<std::string>& displayID);
+    Outcome resetLayoutSizes(const std::optional<DisplayID>& displayID);
     Outcome setTileInset(double points);
 
   private:

@@ -11,7 +11,7 @@ namespace kova {
 namespace {
 
 /// Whether every window of the display is in a tile that the layout has.
-bool hasTilesFor(const LayoutDefinition& layout, const std::string& displayID, const TileAssignments& assignments) {
+bool hasTilesFor(const LayoutDefinition& layout, const DisplayID& displayID, const TileAssignments& assignments) {
     const auto isOfLayout = [&](const auto& entry) {
         return std::ranges::any_of(layout.slots,
                                    [&](const auto& slot) { return slotIDOn(displayID, entry.first) == slot.id; });
@@ -51,7 +51,7 @@ void LayoutFollower::presentReturned() {
 /// to a former layout, they return to their tiles in that layout.
 void LayoutFollower::migrateChangedDisplays() {
     for (const auto& screen : *state_.screens) {
-        const std::string id = displayID(screen);
+        const DisplayID id = displayID(screen);
         const ShownLayout* last = displays_.shown(id);
         const LayoutDefinition& layout = geometry_.layoutOn(screen);
         if (!last || last->layoutID == layout.id) continue;
@@ -72,7 +72,7 @@ void LayoutFollower::migrateChangedDisplays() {
 /// Assignments of a snapshot or session may name tiles that the present layout lacks.
 void LayoutFollower::migrateFromMissingTiles() {
     for (const auto& screen : *state_.screens) {
-        const std::string id = displayID(screen);
+        const DisplayID id = displayID(screen);
         const LayoutDefinition& layout = geometry_.layoutOn(screen);
         if (hasTilesFor(layout, id, assignments_)) continue;
         const DisplayTiles after =

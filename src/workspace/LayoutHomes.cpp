@@ -5,7 +5,7 @@
 
 namespace kova {
 
-void LayoutHomes::leave(const std::string& displayID, const ShownLayout& layout, const TileAssignments& assignments) {
+void LayoutHomes::leave(const DisplayID& displayID, const ShownLayout& layout, const TileAssignments& assignments) {
     auto& homes = homes_[displayID];
     if (!homes.empty() && homes.back().shown.layoutID == layout.layoutID) homes.clear();
     LayoutHome home{layout, assignments.onDisplay(displayID)};
@@ -16,7 +16,7 @@ void LayoutHomes::leave(const std::string& displayID, const ShownLayout& layout,
     if (homes.empty()) homes_.erase(displayID);
 }
 
-std::vector<LayoutHome> LayoutHomes::of(const std::string& displayID, const TileAssignments& assignments) const {
+std::vector<LayoutHome> LayoutHomes::of(const DisplayID& displayID, const TileAssignments& assignments) const {
     const auto found = homes_.find(displayID);
     if (found == homes_.end()) return {};
     const auto present = assignments.onDisplay(displayID).windows();
@@ -58,7 +58,7 @@ void LayoutHomes::rename(const WindowID& windowID, const WindowID& newID) {
     }
 }
 
-void LayoutHomes::renameDisplay(const std::string& displayID, const std::string& newID) {
+void LayoutHomes::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
     auto homes = homes_.extract(displayID);
     if (homes.empty()) return;
     homes.key() = newID;

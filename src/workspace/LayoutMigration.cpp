@@ -112,7 +112,7 @@ void giveSpans(std::vector<Occupant>& all, std::vector<std::string>& free) {
     }
 }
 
-LayoutMigration migrate(const TileAssignments& before, const std::string& displayID, std::vector<Occupant> all,
+LayoutMigration migrate(const TileAssignments& before, const DisplayID& displayID, std::vector<Occupant> all,
                         const DisplayTiles& newTiles) {
     const std::string prefix = tileTargetID(displayID, "");
     LayoutMigration result{before, {}, {}};
@@ -186,14 +186,14 @@ void putForward(std::vector<Occupant>& all, const TileAssignments& now) {
 
 } // namespace
 
-LayoutMigration migrateAssignments(const TileAssignments& before, const std::string& displayID,
+LayoutMigration migrateAssignments(const TileAssignments& before, const DisplayID& displayID,
                                    const DisplayTiles& oldTiles, const DisplayTiles& newTiles) {
     std::vector<Occupant> all = occupants(before, tileTargetID(displayID, ""), oldTiles);
     for (Occupant& occupant : all) occupant.spanSlotIDs.clear(); // the tiles of another layout are no span
     return migrate(before, displayID, std::move(all), newTiles);
 }
 
-LayoutMigration migrateHomes(const TileAssignments& before, const std::string& displayID,
+LayoutMigration migrateHomes(const TileAssignments& before, const DisplayID& displayID,
                              const std::vector<LayoutHome>& homes, const ShownLayout& next) {
     std::vector<Occupant> all;
     for (const LayoutHome& home : homes) {

@@ -42,13 +42,13 @@ struct LayoutMigration {
 /// Windows stay in the slot of the same id, else of the same canonical id; the others take the free slots in order;
 /// windows without a slot are stacked in the nearest tile. Stacks follow their front window. Other displays do not
 /// change.
-LayoutMigration migrateAssignments(const TileAssignments& before, const std::string& displayID,
+LayoutMigration migrateAssignments(const TileAssignments& before, const DisplayID& displayID,
                                    const DisplayTiles& oldTiles, const DisplayTiles& newTiles);
 
 /// Does so for windows remembered for several former layouts; those of an earlier entry choose first. Windows return to
 /// their tiles in the layout for which they are remembered, including spans. A stacked window that came forward since
 /// stays the front window.
-LayoutMigration migrateHomes(const TileAssignments& before, const std::string& displayID,
+LayoutMigration migrateHomes(const TileAssignments& before, const DisplayID& displayID,
                              const std::vector<LayoutHome>& homes, const ShownLayout& next);
 
 /// If the window was a front window and is stacked now, it becomes the front window of that tile and the former one is

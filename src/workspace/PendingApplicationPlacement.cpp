@@ -13,8 +13,8 @@ applicationsOf(const std::map<std::string, PendingApplicationPlacement>& placeme
     return out;
 }
 
-void renameDisplay(std::map<std::string, PendingApplicationPlacement>& placements, const std::string& formerID,
-                   const std::string& newID) {
+void renameDisplay(std::map<std::string, PendingApplicationPlacement>& placements, const DisplayID& formerID,
+                   const DisplayID& newID) {
     std::map<std::string, PendingApplicationPlacement> renamed;
     for (auto& [tile, placement] : placements) {
         if (placement.displayID == formerID) placement.displayID = newID;

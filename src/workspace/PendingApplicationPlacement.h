@@ -14,7 +14,7 @@ struct PendingApplicationPlacement {
     static constexpr Seconds kLifetime{20};
 
     LaunchableApplication application;
-    std::string displayID;
+    DisplayID displayID;
     std::string slotID;
     std::string requestedTile;              // tile-target id at the launch; the display may have another id by now
     Seconds expiresAt{0};                   // uptime
@@ -32,7 +32,7 @@ struct PendingApplicationPlacement {
 std::map<std::string, LaunchableApplication>
 applicationsOf(const std::map<std::string, PendingApplicationPlacement>& placements);
 /// Renames the display in the placements, which are keyed by tile-target id.
-void renameDisplay(std::map<std::string, PendingApplicationPlacement>& placements, const std::string& formerID,
-                   const std::string& newID);
+void renameDisplay(std::map<std::string, PendingApplicationPlacement>& placements, const DisplayID& formerID,
+                   const DisplayID& newID);
 
 } // namespace kova

@@ -37,7 +37,7 @@ PointerActions::PointerActions(WorkspaceParts& parts, WorkspaceAccess& access, T
 std::vector<DisplayLayoutDivider> PointerActions::dividers() const {
     std::vector<DisplayLayoutDivider> all;
     for (const auto& screen : *state_.screens) {
-        const std::string id = displayID(screen);
+        const DisplayID id = displayID(screen);
         if (focusMode_.ownsDisplay(id)) continue;
         const auto here = geometry_.dividersOn(id);
         all.insert(all.end(), here.begin(), here.end());
@@ -83,7 +83,7 @@ void PointerActions::applyDividerDrag() {
     keeper_.noteTilesMoved(); // windows first, then handles and overlay
 }
 
-void PointerActions::writeInteractiveFrames(const std::string& id) {
+void PointerActions::writeInteractiveFrames(const DisplayID& id) {
     const Screen* screen = geometry_.screenOf(id);
     if (!screen) return;
     const auto frames = geometry_.framesOfTiledWindows(*screen);
@@ -102,7 +102,7 @@ void PointerActions::endDividerDrag(const DisplayLayoutDivider& target) {
     applyDividerDrag();
     auto ended = pointer_.endDividerDrag();
     const ActiveDividerDrag& drag = ended->drag;
-    const std::string id = drag.target.displayID;
+    const DisplayID id = drag.target.displayID;
     geometry_.layouts().clearTransientWeights(id);
     if (drag.didChange()) {
         steps_.pushUndoSnapshot({std::string(action::EndDividerDrag::kTraits.undoLabel), geometry_.applicationsOn(id)},
@@ -160,7 +160,7 @@ Outcome PointerActions::resetDivider(const DisplayLayoutDivider& target) {
 }
 
 /// Live writes are not verified; at the end of the drag every window of the display is placed with verification.
-void PointerActions::verifyFrames(const std::string& id, const std::map<WindowID, CGRect>& written) {
+void PointerActions::verifyFrames(const DisplayID& id, const std::map<WindowID, CGRect>& written) {
     for (const auto& [windowID, frame] : written) {
         const ManagedWindow* window = liveWindows_.find(windowID);
         const auto target = geometry_.frameForWindow(windowID);
@@ -285,7 +285,7 @@ void PointerActions::resizeTileLike(const ManagedWindow& window, const CGRect& f
     }
     if (own.empty()) return;
     const CGRect cell = frameOfSpan(own, others);
-    const std::string id = displayID(*screen);
+    const DisplayID id = displayID(*screen);
     const std::string layoutID = geometry_.layoutOn(*screen).id;
     const auto moves =
         dividersMovedBy(cell, inLayout(flipped(frameBefore, top), visible),

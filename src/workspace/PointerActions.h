@@ -50,8 +50,8 @@ class PointerActions {
     void cancelWindowDrag();
 
   private:
-    void writeInteractiveFrames(const std::string& displayID);
-    void verifyFrames(const std::string& displayID, const std::map<WindowID, CGRect>& written);
+    void writeInteractiveFrames(const DisplayID& displayID);
+    void verifyFrames(const DisplayID& displayID, const std::map<WindowID, CGRect>& written);
     void dropWindow(const ManagedWindow& window, CGPoint pointer, action::DropMode mode, WorkspaceUndoSnapshot before);
     void resizeTileLike(const ManagedWindow& window, const CGRect& frameBefore, WorkspaceUndoSnapshot before);
 

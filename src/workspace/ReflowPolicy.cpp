@@ -4,7 +4,7 @@
 
 namespace kova {
 
-std::optional<Seconds> ReflowPolicy::nextReflow(const std::string& displayID, const WindowID& windowID,
+std::optional<Seconds> ReflowPolicy::nextReflow(const DisplayID& displayID, const WindowID& windowID,
                                                 Seconds uptime) const {
     const auto pushes = pushCounts_.find(windowID);
     if (pushes != pushCounts_.end() && pushes->second >= kReflowsPerWindow) return std::nullopt;
@@ -12,7 +12,7 @@ std::optional<Seconds> ReflowPolicy::nextReflow(const std::string& displayID, co
     return last == lastReflowByDisplay_.end() ? uptime : std::max(uptime, last->second + kReflowInterval);
 }
 
-void ReflowPolicy::noteReflow(const std::string& displayID, const WindowID& windowID, Seconds uptime) {
+void ReflowPolicy::noteReflow(const DisplayID& displayID, const WindowID& windowID, Seconds uptime) {
     lastReflowByDisplay_[displayID] = uptime;
     ++pushCounts_[windowID];
 }

@@ -28,8 +28,8 @@ class ReflowPolicy {
     static constexpr int kReflowsPerWindow = 3;  // until its minimum or the layout changes
 
     /// The earliest uptime at which the display may be laid out anew for the window; absent once the limit is reached.
-    std::optional<Seconds> nextReflow(const std::string& displayID, const WindowID& windowID, Seconds uptime) const;
-    void noteReflow(const std::string& displayID, const WindowID& windowID, Seconds uptime);
+    std::optional<Seconds> nextReflow(const DisplayID& displayID, const WindowID& windowID, Seconds uptime) const;
+    void noteReflow(const DisplayID& displayID, const WindowID& windowID, Seconds uptime);
     /// Resets the limits, after a change of the layout or an arrangement.
     void forgetAllPushes() {
         pushCounts_.clear();
@@ -44,7 +44,7 @@ class ReflowPolicy {
     void keepOnly(const std::function<bool(const WindowID& windowID)>& isLive);
 
   private:
-    std::map<std::string, Seconds> lastReflowByDisplay_;
+    std::map<DisplayID, Seconds> lastReflowByDisplay_;
     std::map<WindowID, int> pushCounts_;
     std::map<WindowID, int> givenBackCounts_;
 };

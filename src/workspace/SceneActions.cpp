@@ -73,7 +73,7 @@ void SceneActions::applyLook(const WorkspaceScene& scene) {
     for (const auto& display : scene.displays) {
         if (display.ordinal < 0 || display.ordinal >= static_cast<std::int64_t>(screens.size())) continue;
         if (!findLayout(available, display.layoutID)) continue;
-        const std::string target = displayID(screens[static_cast<std::size_t>(display.ordinal)]);
+        const DisplayID target = displayID(screens[static_cast<std::size_t>(display.ordinal)]);
         profile.layoutSelectionsByDisplay[target] = DisplayLayoutSelection::layout(display.layoutID);
         profile.layoutWeightsByDisplay[target][display.layoutID] = display.layoutWeights;
     }

@@ -13,7 +13,7 @@ namespace kova {
 
 /// A display with the slots of the layout that it shows, in the layout's order.
 struct CapturedDisplay {
-    std::string displayID;
+    DisplayID displayID;
     std::vector<std::string> slotIDs;
 };
 

@@ -102,7 +102,7 @@ class Comparison {
         std::vector<std::vector<TileSlot>> slots;
         for (std::size_t ordinal = 0; ordinal < now_.displays.size(); ++ordinal) {
             slots.push_back(slotsOnceOpened(static_cast<std::int64_t>(ordinal)));
-            displays.push_back({std::to_string(ordinal), {}});
+            displays.push_back({DisplayID(std::to_string(ordinal)), {}});
             for (const auto& slot : slots.back()) displays.back().slotIDs.push_back(slot.id);
         }
         WindowMatcher matcher(now_.windows, {});
@@ -120,7 +120,7 @@ class Comparison {
             windows[id].id = id;
             stackIndexByID[id] = placement.stackIndex;
             std::vector<std::string> targets;
-            for (const auto& slot : taken) targets.push_back(tileTargetID(std::to_string(ordinal), slot));
+            for (const auto& slot : taken) targets.push_back(tileTargetID(DisplayID(std::to_string(ordinal)), slot));
             restored.push_back({id, std::move(targets), placement.stackIndex,
                                 frontsItsTile(placement.stackIndex, placement.isActive)});
         }

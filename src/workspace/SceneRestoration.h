@@ -21,7 +21,7 @@ struct PendingSceneWindowPlacement {
     static constexpr Seconds kLifetime{25};
 
     WorkspaceWindowReference window;
-    std::string displayID;
+    DisplayID displayID;
     std::string slotID;
     std::int64_t stackIndex = 0;
     std::optional<std::vector<std::string>> claimedSlotIDs;

@@ -10,11 +10,11 @@ namespace kova {
 
 namespace {
 
-std::set<std::string> displaysThatDiffer(const std::vector<Screen>& screens, const TileAssignments& before,
-                                         const TileAssignments& after) {
-    std::set<std::string> ids;
+std::set<DisplayID> displaysThatDiffer(const std::vector<Screen>& screens, const TileAssignments& before,
+                                       const TileAssignments& after) {
+    std::set<DisplayID> ids;
     for (const auto& screen : screens) {
-        const std::string id = displayID(screen);
+        const DisplayID id = displayID(screen);
         if (before.onDisplay(id) != after.onDisplay(id)) ids.insert(id);
     }
     return ids;
@@ -147,17 +147,17 @@ void SessionTaker::takeUpTiles(const WorkspaceSession& session, const ResumedWin
 
 /// Handles displays that were connected or disconnected since the session was stored. Returns those that were
 /// connected.
-std::set<std::string> SessionTaker::takeUpDisplays(const WorkspaceSession& session) {
-    std::set<std::string> returned;
+std::set<DisplayID> SessionTaker::takeUpDisplays(const WorkspaceSession& session) {
+    std::set<DisplayID> returned;
     for (const auto& screen : *state_.screens) {
-        const std::string id = displayID(screen);
+        const DisplayID id = displayID(screen);
         if (!displays_.holdsDisplay(id)) continue;
         returned.insert(id);
         displays_.takeBackDisplay(id, assignments_);
     }
     for (const auto& id : takeUpResizedDisplays()) returned.insert(id);
     for (const auto& [target, windowID] : session.tiles.assignedWindowIDs) {
-        const std::string id = displayIDOf(target);
+        const DisplayID id = displayIDOf(target);
         if (geometry_.screenOf(id) || displays_.holdsDisplay(id)) continue;
         displays_.leaveDisplay(id, assignments_);
         displays_.beginSettling();
@@ -177,17 +177,17 @@ void SessionTaker::expectReturns(const WorkspaceSession& session, const ResumedW
 }
 
 /// Displays whose size, and therefore id, has changed since the former agent; keys are the present ids.
-std::set<std::string> SessionTaker::takeUpResizedDisplays() {
-    std::set<std::string> gone, come;
+std::set<DisplayID> SessionTaker::takeUpResizedDisplays() {
+    std::set<DisplayID> gone, come;
     for (const auto& [target, window] : assignments_.assignedWindowIDs) {
-        const std::string id = displayIDOf(target);
+        const DisplayID id = displayIDOf(target);
         if (!geometry_.screenOf(id) && !displays_.holdsDisplay(id)) gone.insert(id);
     }
     for (const auto& screen : *state_.screens) {
-        const std::string id = displayID(screen);
+        const DisplayID id = displayID(screen);
         if (assignments_.onDisplay(id) == TileAssignments{}) come.insert(id);
     }
-    std::set<std::string> resized;
+    std::set<DisplayID> resized;
     for (const auto& [formerID, newID] : successorsOfDisplays(gone, come)) {
         displayChanges_.displayHasNewID(formerID, newID);
         resized.insert(newID);
@@ -197,7 +197,7 @@ std::set<std::string> SessionTaker::takeUpResizedDisplays() {
 
 /// After a restart the present frames are accepted: some windows round their size to cells, and a restart must not move
 /// windows. Windows of a display that was connected meanwhile are placed.
-void SessionTaker::acceptPlacesOfWindows(const std::set<std::string>& returnedDisplayIDs) {
+void SessionTaker::acceptPlacesOfWindows(const std::set<DisplayID>& returnedDisplayIDs) {
     for (const auto& [windowID, target] : geometry_.framesOfTiledWindows()) {
         const auto tile = assignments_.targetOf(windowID);
         if (tile && returnedDisplayIDs.contains(displayIDOf(*tile))) continue;

@@ -42,10 +42,10 @@ class SessionTaker {
   private:
     WorkspaceSessionWindow sessionWindow(const ManagedWindow& window, const std::map<WindowID, CGSize>& minimums);
     void takeUpTiles(const WorkspaceSession& session, const ResumedWindows& resumed);
-    std::set<std::string> takeUpDisplays(const WorkspaceSession& session);
+    std::set<DisplayID> takeUpDisplays(const WorkspaceSession& session);
     void expectReturns(const WorkspaceSession& session, const ResumedWindows& resumed);
-    std::set<std::string> takeUpResizedDisplays();
-    void acceptPlacesOfWindows(const std::set<std::string>& returnedDisplayIDs);
+    std::set<DisplayID> takeUpResizedDisplays();
+    void acceptPlacesOfWindows(const std::set<DisplayID>& returnedDisplayIDs);
     bool hasComeBackToWait(const ManagedWindow& window, const std::optional<CGRect>& formerFrame) const;
 
     const WorkspaceServices& services_;

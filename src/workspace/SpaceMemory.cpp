@@ -101,7 +101,7 @@ void SpaceMemory::rename(const WindowID& windowID, const WindowID& newID) {
     }
 }
 
-void SpaceMemory::renameDisplay(const std::string& displayID, const std::string& newID) {
+void SpaceMemory::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
     for (auto& places : places_) places.tiles.renameDisplay(displayID, newID);
 }
 

@@ -45,7 +45,7 @@ class SpaceMemory {
     bool holds(const WindowID& windowID) const;
     void keepOnly(const std::set<WindowID>& windowIDs);
     void rename(const WindowID& windowID, const WindowID& newID);
-    void renameDisplay(const std::string& displayID, const std::string& newID);
+    void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
 
     const std::vector<Places>& places() const { return places_; }
     void setPlaces(std::vector<Places> places) { places_ = std::move(places); }

@@ -47,8 +47,8 @@ std::vector<std::string> correctStoredProfile(WorkspaceProfile& profile, const T
     }
     for (auto& [display, selection] : profile.layoutSelectionsByDisplay) {
         if (!selection.layoutID || findLayout(layouts, *selection.layoutID)) continue;
-        lines.push_back("layoutSelectionsByDisplay." + display + ": there is no layout " + quoted(*selection.layoutID) +
-                        "; the automatic one is used");
+        lines.push_back("layoutSelectionsByDisplay." + display.text() + ": there is no layout " +
+                        quoted(*selection.layoutID) + "; the automatic one is used");
         selection = DisplayLayoutSelection::automatic();
     }
     if (!(profile.tileInset >= 0 && profile.tileInset <= kLargestTileInset)) {

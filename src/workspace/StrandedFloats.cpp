@@ -7,7 +7,7 @@
 
 namespace kova {
 
-void StrandedFloats::noteGone(const std::vector<Screen>& before, const std::set<std::string>& connected,
+void StrandedFloats::noteGone(const std::vector<Screen>& before, const std::set<DisplayID>& connected,
                               const std::vector<ManagedWindow>& live, const TileAssignments& tiles) {
     if (before.empty()) return;
     const double top = maxY(before.front().frame);
@@ -24,7 +24,7 @@ void StrandedFloats::settle(const WindowID& windowID, const CGRect& frame) {
     if (found != stranded_.end() && !found->second.restingFrame) found->second.restingFrame = frame;
 }
 
-std::vector<std::pair<WindowID, CGRect>> StrandedFloats::takeReturned(const std::set<std::string>& connected,
+std::vector<std::pair<WindowID, CGRect>> StrandedFloats::takeReturned(const std::set<DisplayID>& connected,
                                                                       const std::vector<ManagedWindow>& live,
                                                                       const TileAssignments& tiles) {
     constexpr double kSamePlacePoints = 2;
@@ -51,7 +51,7 @@ void StrandedFloats::rename(const WindowID& windowID, const WindowID& newID) {
     renameKey(stranded_, windowID, newID);
 }
 
-void StrandedFloats::renameDisplay(const std::string& displayID, const std::string& newID) {
+void StrandedFloats::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
     for (auto& [id, stranded] : stranded_) {
         if (stranded.displayID == displayID) stranded.displayID = newID;
     }

@@ -19,25 +19,25 @@ class StrandedFloats {
   public:
     /// Remembers the windows on displays that were disconnected since `before`, with their frames in `live`. A window
     /// that is remembered already keeps its first display.
-    void noteGone(const std::vector<Screen>& before, const std::set<std::string>& connected,
+    void noteGone(const std::vector<Screen>& before, const std::set<DisplayID>& connected,
                   const std::vector<ManagedWindow>& live, const TileAssignments& tiles);
     /// Records the frame of the window while its display is disconnected: any other frame later means that it was
     /// moved.
     void settle(const WindowID& windowID, const CGRect& frame);
     /// Ids and former frames of the windows whose display is connected, that were not moved and are in no tile. All
     /// windows of connected displays are forgotten.
-    std::vector<std::pair<WindowID, CGRect>> takeReturned(const std::set<std::string>& connected,
+    std::vector<std::pair<WindowID, CGRect>> takeReturned(const std::set<DisplayID>& connected,
                                                           const std::vector<ManagedWindow>& live,
                                                           const TileAssignments& tiles);
     void forget(const WindowID& windowID) { stranded_.erase(windowID); }
     void forgetAll() { stranded_.clear(); }
     void keepOnly(const std::set<WindowID>& windowIDs);
     void rename(const WindowID& windowID, const WindowID& newID);
-    void renameDisplay(const std::string& displayID, const std::string& newID);
+    void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
 
   private:
     struct Stranded {
-        std::string displayID;
+        DisplayID displayID;
         CGRect frame;
         std::optional<CGRect> restingFrame{};
     };

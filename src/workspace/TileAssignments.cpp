@@ -51,7 +51,7 @@ std::set<WindowID> TileAssignments::windows() const {
     return all;
 }
 
-TileAssignments TileAssignments::onDisplay(const std::string& displayID) const {
+TileAssignments TileAssignments::onDisplay(const DisplayID& displayID) const {
     const std::string prefix = tileTargetID(displayID, "");
     TileAssignments here = *this;
     std::erase_if(here.assignedWindowIDs, [&](const auto& entry) { return !entry.first.starts_with(prefix); });
@@ -177,7 +177,7 @@ void TileAssignments::rename(const WindowID& windowID, const WindowID& newID) {
     }
 }
 
-void TileAssignments::renameDisplay(const std::string& displayID, const std::string& newID) {
+void TileAssignments::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
     const std::string prefix = tileTargetID(displayID, "");
     const auto renamed = [&](const std::string& target) {
         return target.starts_with(prefix) ? tileTargetID(newID, target.substr(prefix.size())) : target;

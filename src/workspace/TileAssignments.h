@@ -34,7 +34,7 @@ struct TileAssignments {
     /// Every front window and every stacked window.
     std::set<WindowID> windows() const;
     /// The part of the assignments that belongs to one display.
-    TileAssignments onDisplay(const std::string& displayID) const;
+    TileAssignments onDisplay(const DisplayID& displayID) const;
     /// Whether the invariants of assignments hold; they may not for an edited file.
     bool isSound() const;
 
@@ -60,7 +60,7 @@ struct TileAssignments {
     /// Renames the window; the new id must be in no tile.
     void rename(const WindowID& windowID, const WindowID& newID);
     /// Renames the display; the new id must have no tiles yet.
-    void renameDisplay(const std::string& displayID, const std::string& newID);
+    void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
     /// Keeps only windows in `liveWindowIDs`, in their order. A tile that loses its front window gets no new one.
     void keepOnly(const std::set<WindowID>& liveWindowIDs);
 

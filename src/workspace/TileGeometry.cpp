@@ -23,7 +23,7 @@ std::optional<LearntPlace> TileGeometry::learntPlace(const std::string& targetID
     return LearntPlace{layoutOn(*screen).id, std::string(*slotIDOn(displayID(*screen), targetID))};
 }
 
-std::vector<DisplayLayoutDivider> TileGeometry::dividersOn(const std::string& id) const {
+std::vector<DisplayLayoutDivider> TileGeometry::dividersOn(const DisplayID& id) const {
     const Screen* screen = screenOf(id);
     if (!screen) return {};
     std::vector<DisplayLayoutDivider> all;
@@ -42,7 +42,7 @@ const std::vector<LayoutDefinition>& TileGeometry::catalogue() const {
     return registry_.theme(state_.profile->themeID).layouts;
 }
 
-const Screen* TileGeometry::screenOf(const std::string& id) const {
+const Screen* TileGeometry::screenOf(const DisplayID& id) const {
     const auto& screens = *state_.screens;
     const auto found =
         std::find_if(screens.begin(), screens.end(), [&](const Screen& screen) { return displayID(screen) == id; });
@@ -67,13 +67,13 @@ bool TileGeometry::isOnSomeScreen(const CGRect& frameForWindowService) const {
                        [&](const Screen& screen) { return intersectionArea(screen.frame, frameOnScreen) > 0; });
 }
 
-const LayoutDefinition* TileGeometry::resolvedLayout(const std::string& id) const {
+const LayoutDefinition* TileGeometry::resolvedLayout(const DisplayID& id) const {
     const Screen* screen = screenOf(id);
     return screen ? &layoutOn(*screen) : nullptr;
 }
 
 /// Minimum sizes of the windows in a single tile; a spanning window has the room that it needs.
-TileMinimumSizes TileGeometry::tileMinimumSizes(const std::string& id) const {
+TileMinimumSizes TileGeometry::tileMinimumSizes(const DisplayID& id) const {
     TileMinimumSizes sizes;
     const std::string prefix = tileTargetID(id, "");
     const auto& assigned = assignments_.assignedWindowIDs;
@@ -119,7 +119,7 @@ std::map<WindowID, CGRect> TileGeometry::framesOfTiledWindows() const {
 
 std::map<WindowID, CGRect> TileGeometry::framesOfTiledWindows(const Screen& screen) const {
     std::map<WindowID, std::vector<CGRect>> cells; // in screen space, by window id; free tiles under ""
-    const std::string id = displayID(screen);
+    const DisplayID id = displayID(screen);
     const SolvedLayout& solved = solvedTiles(screen);
     for (std::size_t i = 0; i < solved.slots.size(); ++i) {
         const auto front = assignments_.assignedWindowIDs.find(tileTargetID(id, solved.slots[i].id));
@@ -143,7 +143,7 @@ std::map<WindowID, CGRect> TileGeometry::framesOfTiledWindows(const Screen& scre
 std::vector<WorkspaceTile> TileGeometry::tiles() const {
     std::vector<WorkspaceTile> out;
     for (const auto& screen : *state_.screens) {
-        const std::string id = displayID(screen);
+        const DisplayID id = displayID(screen);
         const SolvedLayout& solved = solvedTiles(screen);
         const auto frames = framesOfTiledWindows(screen);
         for (std::size_t i = 0; i < solved.slots.size(); ++i) {
@@ -204,7 +204,7 @@ CGRect TileGeometry::restingFrame(const ManagedWindow& window, const CGRect& til
 
 TileRoom TileGeometry::roomOn(const Screen& screen) const {
     std::map<WindowID, TileHolder> holders; // by window id
-    const std::string id = displayID(screen);
+    const DisplayID id = displayID(screen);
     for (const auto& [target, windowID] : assignments_.assignedWindowIDs) {
         const auto slot = slotIDOn(id, target);
         if (!slot) continue;
@@ -224,7 +224,7 @@ TileRoom TileGeometry::roomOn(const Screen& screen) const {
 std::optional<Covering> TileGeometry::coveringFor(const ManagedWindow& window, const std::string& targetID) const {
     const Screen* screen = screenOfTarget(targetID);
     if (!screen) return std::nullopt;
-    const std::string display = displayID(*screen);
+    const DisplayID display = displayID(*screen);
     const std::string slotID(*slotIDOn(display, targetID));
     return coveringOn(*screen, roomOn(*screen).tilesFor(window.id, minimumSizeOf(window), slotID));
 }
@@ -266,7 +266,7 @@ std::vector<std::string> TileGeometry::targetsFor(const Screen& screen, const st
     return targets;
 }
 
-std::vector<std::string> TileGeometry::applicationsOn(const std::optional<std::string>& wanted) const {
+std::vector<std::string> TileGeometry::applicationsOn(const std::optional<DisplayID>& wanted) const {
     std::vector<std::string> names;
     for (const auto& window : liveWindows_) {
         const auto target = assignments_.targetOf(window.id);
@@ -278,7 +278,7 @@ std::vector<std::string> TileGeometry::applicationsOn(const std::optional<std::s
     return names;
 }
 
-std::optional<CGRect> TileGeometry::zoomFrame(const std::string& id) const {
+std::optional<CGRect> TileGeometry::zoomFrame(const DisplayID& id) const {
     const Screen* screen = screenOf(id);
     if (!screen) return std::nullopt;
     const LayoutDefinition* zoom = findLayout(builtInLayouts(), kZoomLayoutID);

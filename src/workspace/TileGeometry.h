@@ -37,14 +37,14 @@ class TileGeometry {
     /// The layouts that the theme in use offers.
     const std::vector<LayoutDefinition>& catalogue() const;
     /// Null when the display is not connected.
-    const Screen* screenOf(const std::string& displayID) const;
+    const Screen* screenOf(const DisplayID& displayID) const;
     /// Null when the display of the tile is not connected.
     const Screen* screenOfTarget(const std::string& targetID) const;
     /// The height with which `flipped` converts between screen space and window-service space.
     double firstScreenMaxY() const;
     bool isOnSomeScreen(const CGRect& frameForWindowService) const;
     /// The definition in force on the display, weights applied; null for a display that is not connected.
-    const LayoutDefinition* resolvedLayout(const std::string& displayID) const;
+    const LayoutDefinition* resolvedLayout(const DisplayID& displayID) const;
     /// In layout space. Valid until the next call for the display.
     const SolvedLayout& solvedTiles(const Screen& screen) const;
     /// Absent when the layout in force has no such tile.
@@ -73,20 +73,20 @@ class TileGeometry {
     /// The first free tile, or span of free tiles, with room for the window; absent when there is none.
     std::optional<Covering> freeCoveringOn(const Screen& screen, const ManagedWindow& window) const;
     /// The dividers of one display, in focus mode, too.
-    std::vector<DisplayLayoutDivider> dividersOn(const std::string& displayID) const;
+    std::vector<DisplayLayoutDivider> dividersOn(const DisplayID& displayID) const;
     /// The gutter of the divider, in screen space; absent if its display is disconnected.
     std::optional<CGRect> dividerFrameOnScreen(const DisplayLayoutDivider& divider) const;
     /// The tiles of a placement, the anchor first; empty when the layout lacks its slot.
     std::vector<std::string> targetsFor(const Screen& screen, const std::string& slotID,
                                         const std::optional<std::vector<std::string>>& claimedSlotIDs) const;
     /// The frame of a zoomed window, in window-service space; absent if the display is disconnected.
-    std::optional<CGRect> zoomFrame(const std::string& displayID) const;
+    std::optional<CGRect> zoomFrame(const DisplayID& displayID) const;
     /// Absent when the display of the tile is not connected.
     std::optional<LearntPlace> learntPlace(const std::string& targetID) const;
     /// The tile into which the window would move if it were dropped there (screen space); absent over its own.
     std::optional<std::string> dropTarget(const WindowID& windowID, CGPoint pointOnScreen) const;
     /// Applications of the windows in the display's tiles, each once; of all live windows when none is named.
-    std::vector<std::string> applicationsOn(const std::optional<std::string>& displayID) const;
+    std::vector<std::string> applicationsOn(const std::optional<DisplayID>& displayID) const;
     /// The layout in force, weights applied.
     const LayoutDefinition& layoutOn(const Screen& screen) const {
         return layouts_.resolve(screen, *state_.profile, catalogue());
@@ -95,7 +95,7 @@ class TileGeometry {
     const ThemeRegistry& registry() const { return registry_; }
 
   private:
-    TileMinimumSizes tileMinimumSizes(const std::string& displayID) const;
+    TileMinimumSizes tileMinimumSizes(const DisplayID& displayID) const;
 
     const WorkspaceState& state_;
     const LiveWindows& liveWindows_;

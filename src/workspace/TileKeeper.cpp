@@ -38,7 +38,7 @@ void TileKeeper::noteMovedByUser(const WindowID& windowID) {
     tileMemory_.homes().forget(windowID);
 }
 
-void TileKeeper::storeWeights(const std::string& id, const std::string& layoutID, LayoutWeightOverrides weights) {
+void TileKeeper::storeWeights(const DisplayID& id, const std::string& layoutID, LayoutWeightOverrides weights) {
     WorkspaceProfile profile = *state_.profile;
     if (weights.splits.empty()) {
         const auto layouts = profile.layoutWeightsByDisplay.find(id);
@@ -59,7 +59,7 @@ void TileKeeper::setProfile(WorkspaceProfile profile) {
 }
 
 /// After tiles of the display have moved: updates everything that depends on their frames.
-void TileKeeper::layoutChanged(const std::string& id) {
+void TileKeeper::layoutChanged(const DisplayID& id) {
     geometry_.layouts().invalidate(id);
     frames_.reflow().forgetAllPushes();
     (void)arranger_.supersede(); // the remaining steps of an arrangement are for the former tiles
@@ -72,7 +72,7 @@ void TileKeeper::layoutChanged(const std::string& id) {
 void TileKeeper::noteTileGeometry() {
     bool hasMoved = false;
     for (const auto& screen : *state_.screens) {
-        const std::string id = displayID(screen);
+        const DisplayID id = displayID(screen);
         const SolvedLayout& solved = geometry_.solvedTiles(screen);
         const std::string& layoutID = geometry_.layoutOn(screen).id;
         hasMoved = displays_.noteShown(id, layoutID, solved) || hasMoved;

@@ -68,9 +68,9 @@ class TileKeeper {
     /// Publishes and stores it.
     void setProfile(WorkspaceProfile profile);
     /// Commits after tiles of the display have moved.
-    void layoutChanged(const std::string& displayID);
+    void layoutChanged(const DisplayID& displayID);
     /// Empty splits restore the layout's own weights.
-    void storeWeights(const std::string& displayID, const std::string& layoutID, LayoutWeightOverrides weights);
+    void storeWeights(const DisplayID& displayID, const std::string& layoutID, LayoutWeightOverrides weights);
     /// Marks the window, so that rules do not move it.
     void noteHasItsPlace(const WindowID& windowID);
     /// Forgets all remembered tiles of the window.

@@ -21,7 +21,7 @@ void TileMemory::rename(const WindowID& windowID, const WindowID& newID) {
     renameIn(placed_, windowID, newID);
 }
 
-void TileMemory::renameDisplay(const std::string& displayID, const std::string& newID) {
+void TileMemory::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
     spaces_.renameDisplay(displayID, newID);
     homes_.renameDisplay(displayID, newID);
 }

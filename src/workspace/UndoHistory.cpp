@@ -18,7 +18,7 @@ void WorkspaceUndoSnapshot::rename(const WindowID& windowID, const WindowID& new
     layoutHomes.rename(windowID, newID);
 }
 
-void WorkspaceUndoSnapshot::renameDisplay(const std::string& displayID, const std::string& newID) {
+void WorkspaceUndoSnapshot::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
     tiles.renameDisplay(displayID, newID);
     spaces.renameDisplay(displayID, newID);
     copyDisplay(profile, displayID, newID);
@@ -49,7 +49,7 @@ void UndoHistory::rename(const WindowID& windowID, const WindowID& newID) {
     for (auto& entry : entries_) entry.snapshot.rename(windowID, newID);
 }
 
-void UndoHistory::renameDisplay(const std::string& displayID, const std::string& newID) {
+void UndoHistory::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
     for (auto& entry : entries_) entry.snapshot.renameDisplay(displayID, newID);
 }
 

@@ -41,7 +41,7 @@ struct WorkspaceUndoSnapshot {
     /// Renames the window.
     void rename(const WindowID& windowID, const WindowID& newID);
     /// Renames the display, with its layout.
-    void renameDisplay(const std::string& displayID, const std::string& newID);
+    void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
     /// Removes what was learned of the application, so that undo does not restore it.
     void forgetApplication(const std::string& applicationKey);
     bool operator==(const WorkspaceUndoSnapshot&) const = default;
@@ -74,7 +74,7 @@ class UndoHistory {
 
     /// Renames the window.
     void rename(const WindowID& windowID, const WindowID& newID);
-    void renameDisplay(const std::string& displayID, const std::string& newID);
+    void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
     void forgetApplication(const std::string& applicationKey);
 
     /// The whole history, to be restored by the end of focus mode, which must not drop the oldest entry.

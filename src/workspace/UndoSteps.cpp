@@ -95,7 +95,7 @@ void UndoSteps::restoreUndoSnapshot(const WorkspaceUndoSnapshot& snapshot) {
                                                              SpaceChange::possible, assignments_);
     displays_.restate(assignments_);
     state_.floatingWindowIDs.set(snapshot.floatingWindowIDs);
-    std::set<std::string> connected;
+    std::set<DisplayID> connected;
     for (const auto& screen : *state_.screens) connected.insert(displayID(screen));
     // Windows that the snapshot assigns to a disconnected display are remembered for it.
     displays_.leaveAbsentDisplays(assignments_, connected);

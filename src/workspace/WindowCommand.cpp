@@ -94,7 +94,7 @@ class Planner {
             const auto from = displayOf(window);
             const Screen* screen = chosen(move.display, from);
             if (!screen) return WindowRefusal{noSuchDisplay(move.display)};
-            const std::string id = displayID(*screen);
+            const DisplayID id = displayID(*screen);
             if (from == id) {
                 return WindowPlan{"", window.applicationName + " is on " + screen->localizedName + " already", {}};
             }
@@ -156,14 +156,14 @@ class Planner {
         const auto found = std::ranges::find(input_.tiles, targetID, &WorkspaceTile::targetID);
         return found == input_.tiles.end() ? nullptr : &*found;
     }
-    std::vector<const WorkspaceTile*> tilesOn(const std::optional<std::string>& display) const {
+    std::vector<const WorkspaceTile*> tilesOn(const std::optional<DisplayID>& display) const {
         std::vector<const WorkspaceTile*> tiles;
         for (const auto& tile : input_.tiles) {
             if (tile.displayID == display) tiles.push_back(&tile);
         }
         return tiles;
     }
-    std::optional<std::string> displayOf(const ManagedWindow& window) const {
+    std::optional<DisplayID> displayOf(const ManagedWindow& window) const {
         const auto found = input_.displayIDByWindowID.find(window.id);
         return found == input_.displayIDByWindowID.end() ? input_.currentDisplayID : std::optional(found->second);
     }
@@ -219,14 +219,14 @@ class Planner {
         return target ? tileWith(*target) : nullptr;
     }
 
-    const Screen* chosen(const DisplayChoice& choice, const std::optional<std::string>& from) const {
+    const Screen* chosen(const DisplayChoice& choice, const std::optional<DisplayID>& from) const {
         const auto& screens = input_.screens;
-        const auto indexOf = [&](const std::string& id) {
+        const auto indexOf = [&](const DisplayID& id) {
             return static_cast<std::size_t>(
                 std::ranges::find_if(screens, [&](const Screen& screen) { return displayID(screen) == id; }) -
                 screens.begin());
         };
-        if (const auto* id = std::get_if<std::string>(&choice)) {
+        if (const auto* id = std::get_if<DisplayID>(&choice)) {
             const std::size_t index = indexOf(*id);
             return index < screens.size() ? &screens[index] : nullptr;
         }
@@ -236,7 +236,7 @@ class Planner {
         return &screens[(index + step) % screens.size()];
     }
 
-    const ManagedWindow* mostRecentOn(const std::string& display) const {
+    const ManagedWindow* mostRecentOn(const DisplayID& display) const {
         const auto isShownThere = [&](const ManagedWindow& window) {
             return window.isVisible && !window.isMinimized && displayOf(window) == display;
         };
@@ -254,7 +254,7 @@ class Planner {
 
     /// Free tiles first; among these the one of the window's own slot, then the first of the layout. Without a free one
     /// the tile of the same slot, else the first.
-    const WorkspaceTile* landingTile(const ManagedWindow& window, const std::string& display) const {
+    const WorkspaceTile* landingTile(const ManagedWindow& window, const DisplayID& display) const {
         const auto own = input_.assignments.targetOf(window.id);
         const WorkspaceTile* ownTile = own ? tileWith(*own) : nullptr;
         const WorkspaceTile* best = nullptr;
@@ -268,7 +268,7 @@ class Planner {
         return best;
     }
 
-    const WorkspaceTile* nearestTile(const ManagedWindow& window, const std::string& display) const {
+    const WorkspaceTile* nearestTile(const ManagedWindow& window, const DisplayID& display) const {
         const auto tiles = tilesOn(display);
         const bool hasFree = std::ranges::any_of(tiles, [](const auto* tile) { return !tile->windowID; });
         const CGPoint middle = window.frame ? centre(flipped(*window.frame, input_.firstScreenMaxY)) : CGPoint{};

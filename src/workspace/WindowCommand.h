@@ -49,8 +49,8 @@ struct WindowCommandInput {
     std::set<WindowID> floatingWindowIDs;
     std::vector<WindowID> focusOrder; // window ids, the most recent first
     std::optional<WindowID> focusedWindowID;
-    std::optional<std::string> currentDisplayID;
-    std::map<WindowID, std::string> displayIDByWindowID; // windows on no display are missing
+    std::optional<DisplayID> currentDisplayID;
+    std::map<WindowID, DisplayID> displayIDByWindowID; // windows on no display are missing
     /// The tiles that the window covers when it is placed there, anchor first; empty for an unknown tile.
     std::function<std::vector<std::string>(const ManagedWindow&, const std::string& targetID)> covering;
     double firstScreenMaxY = 0;

@@ -173,7 +173,7 @@ void WindowCommands::floatByCommand(const ManagedWindow& window) {
     presenter_.bringBack(window); // a stacked window is hidden
 }
 
-std::optional<WindowID> WindowCommands::windowLastFocusedOn(const std::string& wantedDisplayID) const {
+std::optional<WindowID> WindowCommands::windowLastFocusedOn(const DisplayID& wantedDisplayID) const {
     const auto planned = planCommand(command::FocusDisplay{wantedDisplayID});
     const auto* plan = std::get_if<WindowPlan>(&planned);
     return plan ? std::optional(plan->steps.front().windowID) : std::nullopt;

@@ -31,7 +31,7 @@ class WindowCommands {
     std::variant<WindowPlan, WindowRefusal> planCommand(const WindowCommand& command) const;
     Outcome runCommand(const WindowCommand& command);
     /// The visible window of the display that was focused last, else the first in its tiles; absent if it has none.
-    std::optional<WindowID> windowLastFocusedOn(const std::string& displayID) const;
+    std::optional<WindowID> windowLastFocusedOn(const DisplayID& displayID) const;
     Outcome focusWindow(WorkspaceDirection direction, const std::optional<WindowID>& fromWindowID);
     Outcome moveWindow(WorkspaceDirection direction, const std::optional<WindowID>& windowID);
     Outcome cycleStack(const action::CycleStack& cycle);

@@ -19,7 +19,7 @@ const ManagedWindow* WindowFinder::windowOfDialog(const ManagedWindow& dialog) c
     return dialog.parentID ? liveWindows_.find(*dialog.parentID) : nullptr;
 }
 
-std::optional<std::string> WindowFinder::currentDisplayID() const {
+std::optional<DisplayID> WindowFinder::currentDisplayID() const {
     if (const auto focused = focusedWindowID()) {
         const ManagedWindow* window = liveWindows_.find(*focused);
         const Screen* screen = window ? geometry_.screenOfWindow(*window) : nullptr;
@@ -136,7 +136,7 @@ std::optional<StartingPoint> WindowFinder::zoomStartingPoint(const std::optional
     const ManagedWindow* window = actingWindow(windowID);
     const Screen* screen = window && window->frame ? geometry_.screenOfWindow(*window) : nullptr;
     if (!screen) return std::nullopt;
-    const std::string display = displayID(*screen);
+    const DisplayID display = displayID(*screen);
     const CGPoint middle = centre(flipped(*window->frame, geometry_.firstScreenMaxY()));
     std::optional<std::string> nearest;
     double best = std::numeric_limits<double>::infinity();
@@ -154,7 +154,7 @@ std::optional<StartingPoint> WindowFinder::zoomStartingPoint(const std::optional
     return StartingPoint{*window, *nearest, display};
 }
 
-std::optional<std::string> WindowFinder::displayIDOfWindow(const WindowID& windowID) const {
+std::optional<DisplayID> WindowFinder::displayIDOfWindow(const WindowID& windowID) const {
     const ManagedWindow* window = liveWindows_.find(windowID);
     const Screen* screen = window ? geometry_.screenOfWindow(*window) : nullptr;
     return screen ? std::optional(displayID(*screen)) : std::nullopt;

@@ -23,7 +23,7 @@ struct WorkspaceParts;
 struct StartingPoint {
     ManagedWindow window;
     std::string targetID;
-    std::string displayID;
+    DisplayID displayID;
 };
 struct StackTurn {
     std::string targetID;
@@ -52,9 +52,9 @@ class WindowFinder {
     std::string whyNothingNext(const action::CycleStack& cycle) const;
     std::optional<StartingPoint> zoomStartingPoint(const std::optional<WindowID>& windowID) const;
     /// The display of the focused window, else the one under the pointer, else the first; absent without displays.
-    std::optional<std::string> currentDisplayID() const;
+    std::optional<DisplayID> currentDisplayID() const;
     /// The display that the window's tile, else most of the window, is on; absent when there is none.
-    std::optional<std::string> displayIDOfWindow(const WindowID& windowID) const;
+    std::optional<DisplayID> displayIDOfWindow(const WindowID& windowID) const;
     /// The managed window under a point of screen space.
     std::optional<WindowID> managedWindowUnder(CGPoint pointOnScreen) const;
     /// The window's frame as it is now, in window-service space; absent when it cannot be read.

@@ -26,7 +26,7 @@ enum class StackStep { next, previous };
 enum class LayoutStep { next, previous };
 enum class DisplayStep { next, previous };
 /// A step through the displays in the platform's order, with wrap-around, or a display id.
-using DisplayChoice = std::variant<DisplayStep, std::string>;
+using DisplayChoice = std::variant<DisplayStep, DisplayID>;
 /// The neighboring tile in a direction, or a tile-target id.
 using TileChoice = std::variant<WorkspaceDirection, std::string>;
 
@@ -130,7 +130,7 @@ struct RepairPlacements {
 
 // Layouts. Selecting the layout in force changes nothing and does not end focus mode.
 struct SelectLayout {
-    std::string displayID;
+    DisplayID displayID;
     DisplayLayoutSelection selection;
 };
 /// Through the whole catalogue in its order, with wrap-around, on the current display.
@@ -140,7 +140,7 @@ struct CycleLayout {
 /// Drops the weights of every layout on the display; of the current display when none is named.
 struct ResetLayoutSizes {
     static constexpr ActionTraits kTraits{.undoLabel = "reset layout sizes"};
-    std::optional<std::string> displayID{};
+    std::optional<DisplayID> displayID{};
 };
 /// Sets the gap on each side between tiles and windows, in points (0 to 100).
 struct SetTileInset {
@@ -210,7 +210,7 @@ struct CancelWindowDrag {};
 struct LaunchApplication {
     static constexpr ActionTraits kTraits{.needs = windowAccess};
     LaunchableApplication application;
-    std::string displayID;
+    DisplayID displayID;
     std::string slotID;
     LaunchCompletion completion{};
 };

@@ -77,12 +77,12 @@ class WorkspaceController {
 
     const ThemeRegistry& registry() const { return ops_.geometry.registry(); }
     const std::vector<LayoutDefinition>& catalogue() const { return ops_.geometry.catalogue(); }
-    const LayoutDefinition* resolvedLayout(const std::string& displayID) const {
+    const LayoutDefinition* resolvedLayout(const DisplayID& displayID) const {
         return ops_.geometry.resolvedLayout(displayID);
     }
     std::vector<WorkspaceTile> tiles() const { return ops_.geometry.tiles(); }
     std::vector<DisplayLayoutDivider> dividers() const { return ops_.pointerActions.dividers(); }
-    std::vector<DisplayLayoutDivider> dividersOn(const std::string& displayID) const {
+    std::vector<DisplayLayoutDivider> dividersOn(const DisplayID& displayID) const {
         return ops_.geometry.dividersOn(displayID);
     }
     std::optional<CGRect> dividerFrameOnScreen(const DisplayLayoutDivider& divider) const {
@@ -96,8 +96,8 @@ class WorkspaceController {
     const ManagedWindow* windowOfDialog(const ManagedWindow& dialog) const {
         return ops_.finder.windowOfDialog(dialog);
     }
-    std::optional<std::string> currentDisplayID() const { return ops_.finder.currentDisplayID(); }
-    std::optional<std::string> displayIDOfWindow(const WindowID& windowID) const {
+    std::optional<DisplayID> currentDisplayID() const { return ops_.finder.currentDisplayID(); }
+    std::optional<DisplayID> displayIDOfWindow(const WindowID& windowID) const {
         return ops_.finder.displayIDOfWindow(windowID);
     }
     std::optional<WindowID> nextInStack(const action::CycleStack& cycle) const {
@@ -121,7 +121,7 @@ class WorkspaceController {
     std::variant<WindowPlan, WindowRefusal> planCommand(const WindowCommand& command) const {
         return ops_.commands.planCommand(command);
     }
-    std::optional<WindowID> windowLastFocusedOn(const std::string& displayID) const {
+    std::optional<WindowID> windowLastFocusedOn(const DisplayID& displayID) const {
         return ops_.commands.windowLastFocusedOn(displayID);
     }
     std::optional<std::string> whyWindowsStay() const { return ops_.arrangement.whyWindowsStay(); }

@@ -15,7 +15,7 @@ WorkspaceOperations::WorkspaceOperations(WorkspaceParts& parts, RefreshCycle& re
     steps(parts, refreshCycle, access, geometry, finder, presenter, keeper, documents, follower),
     displayChanges(
         parts, refreshCycle, access, geometry, presenter, keeper, follower, steps,
-        [&parts](const std::string& formerID, const std::string& newID) { parts.renameDisplay(formerID, newID); }),
+        [&parts](const DisplayID& formerID, const DisplayID& newID) { parts.renameDisplay(formerID, newID); }),
     layoutChoice(parts, access, geometry, finder, keeper, follower, steps),
     arrangement(parts, access, geometry, finder, presenter, keeper, steps),
     pointerActions(parts, access, geometry, finder, presenter, keeper, steps, arrangement),

@@ -21,7 +21,7 @@ void WorkspaceParts::renameWindow(const WindowID& formerID, const WindowID& newI
     std::apply([&](auto&... part) { (rename(part), ...); }, all());
 }
 
-void WorkspaceParts::renameDisplay(const std::string& formerID, const std::string& newID) {
+void WorkspaceParts::renameDisplay(const DisplayID& formerID, const DisplayID& newID) {
     const auto rename = [&](auto& part) {
         if constexpr (requires { part.renameDisplay(formerID, newID); }) part.renameDisplay(formerID, newID);
     };

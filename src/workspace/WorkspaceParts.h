@@ -57,7 +57,7 @@ struct WorkspaceParts {
 
     /// Renames the id in every object that stores it.
     void renameWindow(const WindowID& formerID, const WindowID& newID);
-    void renameDisplay(const std::string& formerID, const std::string& newID);
+    void renameDisplay(const DisplayID& formerID, const DisplayID& newID);
     /// Passes the poll on: objects forget closed windows and expired entries.
     void onPoll();
     /// Whether any object waits for time to pass, so that polls must go on.

@@ -14,7 +14,7 @@ namespace kova {
 /// A tile of a display with its present windows.
 struct WorkspaceTile {
     std::string targetID;
-    std::string displayID;
+    DisplayID displayID;
     TileSlot slot;
     CGRect frameOnScreen{};         // screen space, the tile's cell
     CGRect frameForWindowService{}; // window-service space, where a window of this tile is put (inset applied)

@@ -27,7 +27,7 @@ struct WindowPlacementNotice {
 };
 
 struct WorkspaceFocusMode {
-    std::string displayID;
+    DisplayID displayID;
     std::string anchorTargetID;
     WindowID windowID;
     bool operator==(const WorkspaceFocusMode&) const = default;

@@ -244,7 +244,8 @@ TEST_F(MenuBar, HasTheCommandsForOneWindow) {
     desktop.addDisplay({.name = "Beamer", .size = {1920, 1080}});
     passes(3);
     EXPECT_TRUE(choose("Move Window to Next Display"));
-    EXPECT_EQ(workspace.assignments().targetOf(mail)->find(displayID(desktop.screens().front())), std::string::npos);
+    EXPECT_EQ(workspace.assignments().targetOf(mail)->find(displayID(desktop.screens().front()).text()),
+              std::string::npos);
     EXPECT_TRUE(choose("Focus Previous Display"));
 
     EXPECT_TRUE(choose("Pause KOVA"));

@@ -66,7 +66,7 @@ class Overlay : public ::testing::Test {
         const auto& drag = contents().drag;
         if (!drag) return "none";
         return (drag->windowID == desk.desktop.windowIDOf("Mail") ? "Mail over " : "Codex over ") +
-               drag->displayID.value_or("no display") + " " + drag->tileID.value_or("no tile");
+               drag->displayID.value_or("no display").text() + " " + drag->tileID.value_or("no tile");
     }
     void passes(double seconds) { desk.advance(Seconds(seconds)); }
 
@@ -164,7 +164,7 @@ TEST_F(Overlay, ALaunchIsPendingUntilItsWindowLandsFailsOrIsAwaitedNoLonger) {
 TEST_F(Overlay, ADraggedWindowIsShownUntilItIsReleasedCancelledOrUnwatched) {
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
     show();
-    const std::string over = "Mail over " + desk.displayIDOf("A");
+    const std::string over = "Mail over " + desk.displayIDOf("A").text();
     const auto drags_ = [&](CGPoint point) {
         desk.desktop.movePointer(point);
         passes(0.02);

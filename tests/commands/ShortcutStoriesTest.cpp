@@ -112,7 +112,7 @@ TEST_F(Keys, DriveTheWholeWorkspace) {
 
 TEST_F(Keys, ChangeTheLayoutOfTheFocusedWindowsDisplayOnceWhileHeld) {
     desk.display(1920, 1080, "B").layout("jarvis.dual-split", "B");
-    const std::string other = desk.displayIDOf("B");
+    const DisplayID other = desk.displayIDOf("B");
     desk.desktop.movePointer(CGPoint{3000, 500}); // over the other display
     keyboard.press(keyCode::right, kFocus);
     for (int i = 0; i < 5; ++i) keyboard.repeat(keyCode::right, kFocus);

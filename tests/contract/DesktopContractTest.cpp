@@ -115,7 +115,7 @@ TEST_P(DesktopContract, DisplaysStartWithThePrimaryOneAndReportChanges) {
     ASSERT_FALSE(screens().empty());
     const auto expectSound = [&] {
         EXPECT_EQ(screens().front().frame.origin, (CGPoint{0, 0})) << "screen space begins at the first display";
-        std::vector<std::string> ids;
+        std::vector<DisplayID> ids;
         for (const Screen& screen : screens()) {
             EXPECT_TRUE(containsWithin(screen.frame, screen.visibleFrame, 0)) << screen.localizedName;
             EXPECT_FALSE(screen.localizedName.empty());

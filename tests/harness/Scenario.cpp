@@ -43,7 +43,7 @@ Scenario& Scenario::display(double width, double height, std::string name) {
     return *this;
 }
 
-std::string Scenario::displayIDOf(std::string_view displayName) const {
+DisplayID Scenario::displayIDOf(std::string_view displayName) const {
     for (const auto& screen : desktop.screens()) {
         if (screen.localizedName == displayName) return displayID(screen);
     }
@@ -203,7 +203,7 @@ std::string Scenario::describeTile(const WorkspaceTile& tile) {
 
 std::string Scenario::tiles() {
     std::string text;
-    std::optional<std::string> displayID;
+    std::optional<DisplayID> displayID;
     for (const auto& tile : controller().tiles()) {
         if (displayID) text += *displayID == tile.displayID ? " | " : " || ";
         text += describeTile(tile);

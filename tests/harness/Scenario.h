@@ -87,7 +87,7 @@ class Scenario {
     AppDelegate& delegate();
     WorkspaceController& controller() { return delegate().workspace(); }
     const WorkspaceState& state() { return controller().state(); }
-    std::string displayIDOf(std::string_view displayName) const;
+    DisplayID displayIDOf(std::string_view displayName) const;
     std::string targetID(std::string_view displayName, std::string_view slotID) const;
 
     SimulatedDesktop desktop;

@@ -114,7 +114,7 @@ void Scenario::checkAssignments(std::vector<std::string>& broken) {
 /// For windows that accept every frame down to their minimum size. A window larger than its whole display always
 /// overlaps.
 void Scenario::checkTiledWindowsDoNotOverlap(std::vector<std::string>& broken, MinimumSizes considered) {
-    std::map<std::string, std::pair<std::string, CGRect>> frames; // by label: display and frame
+    std::map<std::string, std::pair<DisplayID, CGRect>> frames; // by label: display and frame
     for (const auto& tile : controller().tiles()) {
         if (!tile.windowID || *controller().state().focusMode) continue;
         const auto label = desktop.labelOfID(*tile.windowID);

@@ -257,7 +257,7 @@ TEST_F(Launching, EveryCommandOfThePaletteIsUnderstoodWithItsParameters) {
     ask("scene.capture", {{"name", "Writing"}});
     for (const auto& disposition : {"float", "ignore"})
         ask("rule.add", {{"window", "mail"}, {"disposition", disposition}});
-    for (LauncherEntry& entry : commandEntries(desk.displayIDOf("A"))) {
+    for (LauncherEntry& entry : commandEntries(desk.displayIDOf("A").text())) {
         if (entry.method == "quit" || entry.method == "ui.off") continue; // ends the agent or this program
         for (const Question& question : entry.questions) {
             const std::string method = methodOf(question.subject);

@@ -14,7 +14,7 @@ class Table {
   public:
     Table& display(const std::string& id, const std::string& layoutID, CGSize size = {2560, 1440}) {
         ArrangementDisplay display;
-        display.displayID = id;
+        display.displayID = DisplayID(id);
         display.name = id;
         const double left = input.displays.empty() ? 0 : maxX(input.displays.back().visibleFrame);
         display.visibleFrame = makeRect(left, 0, size.width, size.height);
@@ -42,7 +42,7 @@ class Table {
             for (std::size_t i = 1; i < placement.claimedTargets.size(); ++i) {
                 text += "+" + placement.claimedTargets[i].slot.id;
             }
-            if (input.displays.size() > 1) text += "@" + placement.target.displayID;
+            if (input.displays.size() > 1) text += "@" + placement.target.displayID.text();
             text += " ";
         }
         for (const auto& surplus : made.surplus) text += surplus.window.id.text() + ":surplus ";

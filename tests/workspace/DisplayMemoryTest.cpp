@@ -91,9 +91,9 @@ TEST_F(DisplayMemoryTest, OnlyTheFirstNameOfADisplayKeepsTheLayoutThatWasChosenF
     profile.layoutSelectionsByDisplay["800"] = DisplayLayoutSelection::layout("quad");
     memory.carryLayout(profile, "800", "1024");
     memory.carryLayout(profile, "1024", "1280");
-    std::set<std::string> names;
+    std::set<DisplayID> names;
     for (const auto& [id, selection] : profile.layoutSelectionsByDisplay) names.insert(id);
-    EXPECT_EQ(names, (std::set<std::string>{"800", "1280"}));
+    EXPECT_EQ(names, (std::set<DisplayID>{"800", "1280"}));
 }
 
 } // namespace

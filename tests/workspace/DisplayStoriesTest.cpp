@@ -382,10 +382,10 @@ TEST_F(NamelessDisplay, KeepsItsWindowsAndItsLayoutInEverySize) {
 }
 
 TEST(DisplaySuccession, IsGuessedOnlyWhereThereIsOneAnswer) {
-    const std::string a = "display-0-0-1920x1080", b = "display--1920-0-1920x1080", c = "display-0-0-1280x800";
-    const std::string other = "display-1920-0-2560x1440", device = "display-8A0F0DCC-11C8-8F52-9AAC-00DE52A1B4F5";
-    using Ids = std::set<std::string>;
-    using Pairs = std::map<std::string, std::string>;
+    const DisplayID a = "display-0-0-1920x1080", b = "display--1920-0-1920x1080", c = "display-0-0-1280x800";
+    const DisplayID other = "display-1920-0-2560x1440", device = "display-8A0F0DCC-11C8-8F52-9AAC-00DE52A1B4F5";
+    using Ids = std::set<DisplayID>;
+    using Pairs = std::map<DisplayID, DisplayID>;
     EXPECT_EQ(successorsOfDisplays(Ids{a}, Ids{c}), (Pairs{{a, c}}));
     EXPECT_EQ(successorsOfDisplays(Ids{a, device}, Ids{c}), (Pairs{{a, c}}));
     EXPECT_EQ(successorsOfDisplays(Ids{device}, Ids{c}), Pairs{});

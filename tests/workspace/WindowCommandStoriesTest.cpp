@@ -127,7 +127,7 @@ TEST_F(WindowCommandStories, TheFocusAndWindowsMoveToOtherDisplays) {
     desk.expectTiles("Codex 15,15 1254x1382 | - || - | Mail 3851,15 1254x1382");
     desk.perform(command::MoveToDisplay{std::nullopt, DisplayStep::next}).undo();
     desk.expectTiles("Codex 15,15 1254x1382 | - || - | Mail 3851,15 1254x1382");
-    EXPECT_EQ(steps(command::MoveToDisplay{std::nullopt, std::string("gone")}), "There is no such display");
+    EXPECT_EQ(steps(command::MoveToDisplay{std::nullopt, DisplayID("gone")}), "There is no such display");
 }
 
 TEST_F(WindowCommandStories, TheNamedWindowIsUsedInsteadOfTheFocusedOne) {
