@@ -10,7 +10,7 @@
 namespace kova {
 
 /// Why no window can be shown; absent when a program draws windows, or has been started to. A program that is starting
-/// finds what is to be shown among the contents, so there is nothing to wait for. `userInterface` may be null.
+/// finds the window to show among the contents, so there is nothing to wait for. `userInterface` may be null.
 std::optional<std::string> whyNoWindows(const OverlayBoard& board, UserInterfaceControl* userInterface);
 
 } // namespace kova

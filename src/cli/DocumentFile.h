@@ -17,7 +17,7 @@ struct FileProblem {
     std::string message; // names the file
 };
 
-/// Refuses what is larger, without reading much more of it than that.
+/// Refuses a larger file, after reading little more than this limit.
 Result<std::string, FileProblem> readFile(const std::string& path, std::size_t mostBytes);
 
 /// Where a document goes that is to be written to the path: in a folder it gets the name, links are followed.
@@ -26,8 +26,8 @@ std::string documentPath(const std::string& path, std::string_view nameInFolder)
 /// Whether writing there would replace a file that is there.
 bool wouldOverwrite(const std::string& path);
 
-/// Replaces the file atomically and keeps its mode. What is no regular file, such as a pipe, is written to as it is.
-/// Absent when it was written.
+/// Replaces the file atomically and keeps its mode. Anything but a regular file, such as a pipe, is written to
+/// directly. Absent when it was written.
 std::optional<FileProblem> replaceFile(const std::string& path, std::string_view text);
 
 } // namespace kova::cli

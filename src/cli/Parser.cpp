@@ -62,7 +62,7 @@ bool isAmong(std::string_view word, std::string_view words) {
     return (" " + std::string(words) + " ").find(" " + std::string(word) + " ") != std::string::npos;
 }
 
-/// The word as the parameter's value, or what it is not.
+/// The word as the parameter's value, or an error that names what was expected.
 Result<json, std::string> valueOf(const Parameter& parameter, std::string_view word) {
     const auto isNot = [word](const std::string& what) { return "“" + std::string(word) + "” is not " + what; };
     std::optional<json> value;

@@ -34,7 +34,8 @@ ExitCode runOpen(const Verb& verb, const Arguments& arguments) {
         return shown ? printAnswer(*verbNamed("settings"), arguments, *shown) : run(*verbNamed("status"), arguments);
     }
 #if defined(__APPLE__)
-    execl("/usr/bin/open", "open", "-a", "KOVA", static_cast<char*>(nullptr)); // the system knows where it lies
+    execl("/usr/bin/open", "open", "-a", "KOVA",
+          static_cast<char*>(nullptr)); // the system finds the application's folder
 #else
     execlp("kova-agent", "kova-agent", static_cast<char*>(nullptr));
 #endif

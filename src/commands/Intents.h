@@ -86,7 +86,7 @@ inline constexpr std::array<AppShortcut, 3> kAppShortcuts{{
 
 /// The URL that the intent opens; the value is that of its parameter, and ignored where it has none.
 std::string intentURL(const Intent& intent, std::string_view value = {});
-/// What is said once the intent runs.
+/// The sentence that an assistant speaks when it runs the intent.
 std::string intentDialog(const Intent& intent, std::string_view value = {});
 
 } // namespace kova

@@ -13,7 +13,7 @@ namespace {
 
 struct NamedKey {
     std::uint16_t code;
-    std::string_view label; // empty: what is written on it
+    std::string_view label; // empty: the character on the key
     std::string_view name;  // in a sentence, and typed in any case
 };
 
@@ -173,7 +173,7 @@ std::uint64_t takeSymbols(std::string& text) {
     return modifiers;
 }
 
-/// The words between the signs; a plus sign that stands where a key should is that key.
+/// The words between plus signs; a plus sign in the place of a key is that key.
 std::vector<std::string> wordsOf(std::string_view text) {
     std::vector<std::string> words(1);
     for (const char c : text) {

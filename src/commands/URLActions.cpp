@@ -36,7 +36,7 @@ std::optional<unsigned> hexadecimalDigit(char c) {
     return std::nullopt;
 }
 
-/// Absent for an escape without two digits, a NUL, and what is not UTF-8 then.
+/// Absent for an escape without two digits, for a NUL, and if the result is not UTF-8.
 std::optional<std::string> percentDecoded(std::string_view segment) {
     std::string out;
     while (!segment.empty()) {

@@ -13,7 +13,7 @@ namespace {
 using Counts = std::map<std::string, int>;
 
 constexpr int kMostLaunches = 1'000'000;
-constexpr std::size_t kMostApplications = 500; // so that applications that are gone do not pile up
+constexpr std::size_t kMostApplications = 500; // so that removed applications do not accumulate
 
 Decoded<Counts> decodeCounts(std::string_view text) {
     return decodeJson(text, [](const JsonCursor& at) {

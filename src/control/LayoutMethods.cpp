@@ -21,7 +21,7 @@ const Screen* findScreen(const WorkspaceController& controller, const DisplayID&
     return found == screens.end() ? nullptr : &*found;
 }
 
-/// The layout that is now in force on the display, and what was said about it.
+/// The layout that is now in force on the display, and the message about it.
 json inForce(const WorkspaceController& controller, const DisplayID& display) {
     const LayoutDefinition* layout = controller.resolvedLayout(display);
     const auto& said = *controller.state().lastActionMessage;

@@ -18,7 +18,7 @@ class OverlayBroadcast;
 class SettingsWindowControl;
 class WorkspaceController;
 
-/// What is shown of a shortcut.
+/// The text that shows a shortcut.
 using ShortcutTexts = std::function<std::string(const KovaShortcut&)>;
 /// `menu` and `interface` are null where there is none.
 ControlReply listMenu(const MenuServing* menu, const ShortcutTexts& textOf);

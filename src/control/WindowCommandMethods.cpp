@@ -51,7 +51,7 @@ ControlReply carriedOut(WorkspaceController& controller, const JsonCursor& param
 
 /// The window named by "window" alone: "display" says where the tile is.
 WindowChoice namedWindow(const WorkspaceController& controller, const JsonCursor& parameters) {
-    // Without permission no window is known, and that is what is the matter.
+    // Without the permission no window is known; the error names that cause.
     if (auto failure = withoutPermission(controller)) return *std::move(failure);
     const auto named = parameters.optional("window");
     if (!named) return std::nullopt;

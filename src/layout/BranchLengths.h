@@ -15,7 +15,7 @@ namespace kova {
 inline constexpr double kHeaviestWeight = 1e200;
 inline constexpr double kLongestLength = 1e15; // points; up to here whole points are exact
 
-/// Not less than the weight floor; what is not a number counts as the floor.
+/// Not less than the weight floor; NaN counts as the floor.
 inline double raisedToFloor(double weight) {
     return weight > kWeightFloor ? weight : kWeightFloor;
 }

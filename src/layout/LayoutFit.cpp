@@ -19,7 +19,7 @@ double sum(CGSize size) {
     return size.width + size.height;
 }
 
-/// Of the tiles that are not taken the one that lacks least, of several such the smallest.
+/// The free tile that lacks the least room; of several such tiles the smallest.
 std::optional<std::size_t> bestTile(const SolvedLayout& solved, const std::set<std::size_t>& taken, CGSize minimumSize,
                                     double tileInset) {
     std::optional<std::size_t> best;

@@ -56,7 +56,7 @@ CGSize normalizingSize(CGSize area) {
 } // namespace
 
 /// The tree level by level: the branches of a split lie side by side, so that its weights and minimums are spans, and
-/// every split comes before what is in it. Minimums are added up backwards, frames are dealt out forwards.
+/// every split precedes its branches. Minimums are added up backwards, frames are assigned forwards.
 struct LayoutSolver::Scratch {
     struct Split {
         const LayoutSplit* split;
@@ -77,7 +77,7 @@ struct LayoutSolver::Scratch {
         const LayoutTile* tile;
         std::uint32_t node;
     };
-    /// How much of the result lies under a node, and where it begins.
+    /// The part of the result that belongs to a node: its size, and where it begins.
     struct Extent {
         std::uint32_t tiles = 0;
         std::uint32_t dividers = 0;
@@ -92,7 +92,8 @@ struct LayoutSolver::Scratch {
 
     std::vector<Split> splits;
     std::vector<Tile> tiles;
-    std::vector<SplitPlace> places; // of the splits; those of the last solve stand as long as the tree's shape does
+    std::vector<SplitPlace>
+        places; // of the splits; those of the last solve are valid while the tree's shape is the same
     std::string splitIDs;
 
     // One entry per node, those beyond `nodeCount` kept for their memory.
@@ -139,7 +140,7 @@ std::uint32_t LayoutSolver::Scratch::addNodes(std::size_t count) {
 
 void LayoutSolver::Scratch::nameSplit(std::size_t split, std::size_t parent, std::size_t branch) {
     if (split < places.size() && places[split].parent == parent && places[split].branch == branch) return;
-    // The ids after this one may be built upon another parent's: all are made anew.
+    // The ids after this one may be derived from another parent's: all are computed again.
     places.resize(split);
     splitIDs.resize(split > 0 ? places.back().idOffset + places.back().idLength : 0);
     const std::size_t offset = splitIDs.size();
@@ -270,7 +271,7 @@ void LayoutSolver::Scratch::layOutSplit(const Split& split, double gap, std::vec
         extent.firstDivider = nextDivider;
         nextTile += extent.tiles;
         nextDivider += extent.dividers;
-        // The dividers within a branch come before the one that follows it.
+        // The dividers within a branch precede the divider after the branch.
         if (i + 1 < count) writeDivider(split, i, gap, dividers[nextDivider++]);
         cursor += gap + shared[i];
     }

@@ -11,7 +11,7 @@
 
 namespace kova {
 
-/// Keeps an observer registered for as long as it lives. It may outlive what it observes.
+/// Keeps an observer registered for as long as it lives. It may outlive the observed value.
 class Subscription {
   public:
     Subscription() = default;

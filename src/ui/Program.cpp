@@ -96,7 +96,7 @@ void Program::contentsChanged() {
     overlay_->show(contents);
     windows_.follow(contents ? contents->windows : std::map<std::string, ShownWindow>());
     if (contents && windows_.isAnyOpen() && contents->appearance != styledAppearance_) styleWidgets();
-    // After the overlay, which is what one waits for.
+    // After the overlay, which the user waits for.
     if (std::exchange(isAgentThere_, contents.has_value()) != contents.has_value()) tray_.setAgentThere(isAgentThere_);
 }
 

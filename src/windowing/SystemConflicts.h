@@ -11,7 +11,7 @@
 
 namespace kova {
 
-/// What is unknown counts as off.
+/// An unknown setting counts as off.
 struct SystemConflicts {
     bool isSecureInputOn = false;       // keys are not reported to other programs
     bool tilesWindowsAtEdges = false;   // a window dropped at an edge of the display fills a half of it

@@ -50,7 +50,7 @@ class RefreshCycle {
     void startTimer();
     /// Stopped; no timer, no result will be applied.
     void end();
-    /// Refuses polls until `resume`; what is in flight is dropped.
+    /// Refuses polls until `resume`; a poll in flight is dropped.
     void suspend();
     void resume();
     /// One poll now, unless one is in flight, or not running, or suspended.

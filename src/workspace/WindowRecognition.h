@@ -9,7 +9,7 @@
 
 namespace kova {
 
-/// What is remembered of a window at the begin of a transition.
+/// The data of a window that are remembered at the beginning of a transition.
 struct ManagedWindowRecoveryIdentity {
     WindowID id;
     pid_t processIdentifier = 0;

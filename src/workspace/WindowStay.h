@@ -20,7 +20,7 @@ struct WindowSituation {
     int attempts = 0;                 // the number of requests for one frame
     bool isPlacementPending = false;
     bool isFloating = false;           // by command
-    std::optional<std::string> rule{}; // that excludes it from arrangements, as “its name” and what it says
+    std::optional<std::string> rule{}; // that excludes it from arrangements, as in: “Notes float” says float
     bool isDisplayAwaited = false;     // its display was just disconnected
     bool isAwaitedByLaunch = false;    // a tile waits for a window of its application
     bool isAwaitedByScene = false;     // a scene waits for one

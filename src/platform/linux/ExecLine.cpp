@@ -77,7 +77,7 @@ class ExecLineReader {
         }
     }
 
-    /// Two words, so only where it stands alone.
+    /// It becomes two words, so it is expanded only as a word of its own.
     void addIcon() {
         const bool isAlone = !isStarted_ && (rest_.empty() || kBlanks.find(rest_[0]) != std::string_view::npos);
         if (!isAlone || context_.iconName.empty()) return;

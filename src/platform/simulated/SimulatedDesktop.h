@@ -159,7 +159,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     // The mouse (SimulatedHand.cpp); its events are delivered on the queue. Points are in desktop space.
     /// Presses the main button on the handle there when no window lies over it, else on the window there.
     void pressAt(CGPoint point, WindowPart grip = WindowPart::titleBar);
-    /// Moves the pointer; what is held follows.
+    /// Moves the pointer; the dragged window or handle follows.
     void movePointer(CGPoint point);
     void releaseButton(ShiftKey shift = ShiftKey::up);
     /// Releases a handle that is held.
@@ -302,7 +302,7 @@ class SimulatedDesktop : public AccessibilityServicing,
     void displaysChanged();
     CGPoint onScreen(CGPoint pointOnDesktop) const;
 
-    // What is dragged while the button is down.
+    // The object that is dragged while the button is down.
     struct Hold {
         std::uint64_t window = 0;
         WindowPart grip = WindowPart::nothing;

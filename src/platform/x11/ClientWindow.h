@@ -35,7 +35,7 @@ enum class WindowKind { standard, dialog, dock, desktop, splash, menu, palette, 
 /// The subrole in the accessibility vocabulary.
 std::string_view subroleOf(WindowKind kind);
 
-/// What has to be read again: a bit is set when the server announced a change that was not read yet.
+/// The stale properties: a bit is set when the server announced a change that was not read yet.
 namespace stale {
 enum Bit : std::uint32_t {
     title = 1U << 0,

@@ -11,7 +11,7 @@ constexpr Seconds kRecordingPause{0.05};
 /// opened or closed.
 constexpr Seconds kPauseBetweenRequests{1}, kPauseBetweenChanges{10};
 
-/// Something that a subscription owns, and what happens when the subscription ends.
+/// An object that a subscription owns, and the function that is called when the subscription ends.
 template <class Thing>
 struct Kept {
     explicit Kept(Thing kept) : thing(std::move(kept)) {}

@@ -43,7 +43,7 @@ void AgentConnection::send(std::string lines) {
 
 void AgentConnection::lose() {
     if (!client_) return;
-    // The notifier may be the one that calls: it goes when it has returned.
+    // This may be called by the notifier: it is destroyed after it has returned.
     readable_->setEnabled(false);
     readable_.release()->deleteLater();
     client_.reset();

@@ -21,7 +21,7 @@ struct DocumentFile {
     Q_DECLARE_TR_FUNCTIONS(kova::ui::DocumentFile)
 };
 
-/// In JSON a byte takes up to six (“\u0000”), and a message has other members.
+/// In JSON a byte takes up to six bytes (“\u0000”), and a message has other members.
 constexpr qsizetype kLargestPiece = kLongestControlLine / 8;
 
 /// The number of bytes of the first piece; no character is cut.

@@ -45,7 +45,7 @@ class CommandPalette final : public SearchWindow {
     std::vector<LauncherEntry> layoutEntries(const nlohmann::json& result) const;
 
     TilePicture* picture_;
-    std::optional<LauncherEntry> command_; // that is being asked for more
+    std::optional<LauncherEntry> command_; // whose arguments are being asked for
     nlohmann::json focused_;               // the window with the focus when this opened; it is what commands act on
     std::size_t answered_ = 0;             // of its questions
     unsigned generation_ = 0;              // of the list; answers for an older one are dropped

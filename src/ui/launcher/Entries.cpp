@@ -11,7 +11,7 @@ namespace kova::ui {
 
 namespace {
 
-constexpr int kMostUsesThatCount = 50; // of a fit that is as good, the one used more often comes first
+constexpr int kMostUsesThatCount = 50; // of entries that fit equally well, those used more often come first
 
 } // namespace
 
@@ -67,7 +67,7 @@ std::vector<std::size_t> EntryList::matching(const QString& query) const {
         auto score = wanted.score(folded_[i]);
         if (!score && !entries_[i].words.isEmpty()) {
             score = wanted.score(folded(entries_[i].words));
-            if (score) *score /= 2; // what is read counts more
+            if (score) *score /= 2; // a match in the visible text counts more
         }
         if (!score) continue;
         scores[i] = *score + std::min(entries_[i].uses, kMostUsesThatCount);

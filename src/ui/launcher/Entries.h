@@ -39,7 +39,7 @@ struct Question {
 
 struct LauncherEntry {
     QString title;
-    QString kind{};                // what it is, beside the title; empty in a list of one kind
+    QString kind{};                // shown beside the title; empty in a list of one kind
     ApplicationName application{}; // whose icon it has
     QString iconName{};            // of the icon theme, or a file; empty: found by the application
     QString words{};               // more to find it by
@@ -50,7 +50,7 @@ struct LauncherEntry {
     bool isConfirmedFirst = false;     // an alert asks before it is carried out
 };
 
-/// The entries of `app.list`: each launches into the tile. Throws nothing; what is not understood is left out.
+/// The entries of `app.list`: each launches into the tile. Does not throw; invalid entries are left out.
 std::vector<LauncherEntry> applicationEntries(const nlohmann::json& result, const std::string& tile);
 
 /// Entries with their texts folded once, in the order for an empty query: most used first, then by title.

@@ -10,9 +10,9 @@ namespace kova::ui {
 
 /// The agent's method that lists the answers; empty where the answer is typed.
 std::string methodOf(Subject subject);
-/// The answers in the method's result. Throws nothing; what is not understood is left out.
+/// The answers in the method's result. Does not throw; invalid entries are left out.
 std::vector<LauncherEntry> answersIn(const nlohmann::json& result, const Question& question);
-/// What was typed, as an answer.
+/// The typed text as an answer.
 LauncherEntry typedAnswer(const Question& question, const QString& typed);
 
 } // namespace kova::ui

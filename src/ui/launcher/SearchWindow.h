@@ -54,14 +54,14 @@ class SearchWindow : public HostedWindow {
     void offerMore(std::vector<LauncherEntry> entries);
     /// The list shows this entry whatever is typed.
     void offerOnly(LauncherEntry entry);
-    /// Asks the agent for what the entry stands for, and closes when that was carried out.
+    /// Sends the request of the entry to the agent, and closes once it was carried out.
     void perform(const LauncherEntry& entry);
     FieldError& error() { return *error_; }
     /// Asks the agent for the entries.
     virtual void load() = 0;
     /// The entry was chosen.
     virtual void take(const LauncherEntry& entry) { perform(entry); }
-    /// What was typed has changed.
+    /// The typed text has changed.
     virtual void filter();
     /// Backspace in an empty field.
     virtual void goBack() {}

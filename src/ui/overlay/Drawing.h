@@ -15,7 +15,7 @@ inline QString textOf(std::string_view utf8) {
     return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
-/// A rounded rectangle whose line lies inside of it, sharp on the pixel grid. Invalid colors are left out.
+/// A rounded rectangle whose line is inside of it, sharp on the pixel grid. Invalid colors are left out.
 void drawPanel(QPainter& painter, const QRectF& area, double radius, const QColor& fill, const QColor& line,
                double lineWidth);
 /// One line of text, elided at its end, vertically centered. Whatever its writing direction, it starts at the left.

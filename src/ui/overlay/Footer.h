@@ -47,7 +47,7 @@ struct FooterLayout {
     FooterHit at(QPoint point) const;
 };
 
-/// Where the footer of the tile lies on the screen, in pixels; absent where it has none.
+/// The footer's rectangle on the screen, in pixels; absent if the tile has no footer.
 std::optional<QRect> footerArea(const TileContents& tile, const Style& style);
 
 FooterLayout layOutFooter(const TileContents& tile, QSize size, const Style& style);

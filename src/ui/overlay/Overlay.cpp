@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kSpinnerMilliseconds = 80;
 
-/// The windows of what is not named any more are removed.
+/// Windows of objects that are not listed any more are removed.
 template <class Windows>
 void keepOnly(Windows& windows, const std::set<std::string>& ids) {
     std::erase_if(windows, [&](const auto& window) { return !ids.contains(window.first); });

@@ -34,7 +34,7 @@ class Overlay {
     void setTaste(DesktopTaste taste);
     /// Absent: nothing is shown, as without an agent.
     void show(const std::optional<OverlayContents>& contents);
-    /// Windows have to be made anew, since a compositor came or went.
+    /// Windows must be created again, since a compositor has started or ended.
     void compositingChanged();
     /// The platform puts it elsewhere on the screen.
     void firstDisplayMoved();

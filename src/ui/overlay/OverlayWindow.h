@@ -24,7 +24,7 @@ class OverlayWindow;
 class OverlayPlatform {
   public:
     virtual ~OverlayPlatform() = default;
-    /// Whether translucent windows are mixed with what is below them.
+    /// Whether translucent windows are blended with the windows below them.
     virtual bool isComposited() const = 0;
     /// The top left corner of the first display, in pixels on the screen.
     virtual QPoint firstDisplay() const { return {}; }
@@ -71,7 +71,7 @@ class OverlayWindow : public QWindow {
 
   protected:
     void exposeEvent(QExposeEvent* event) override;
-    /// Called when the window is retired: what it showed, and what the pointer did there, is over.
+    /// Called when the window is retired: its contents and the state of the pointer in it are dropped.
     virtual void forget() {}
 
   private:

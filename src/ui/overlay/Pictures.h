@@ -16,7 +16,7 @@ namespace kova::ui {
 /// The theme's background: a quiet gradient, with a grid in the neon theme.
 void paintBackdrop(QPainter& painter, QRect area, const Style& style);
 
-/// Whether the theme's background lies behind an empty tile, or whatever the desktop shows.
+/// Whether the theme's background is drawn behind an empty tile; otherwise the desktop shows there.
 enum class Ground { theme, desktop };
 
 struct EmptyTileLayout {

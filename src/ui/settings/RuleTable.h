@@ -18,7 +18,7 @@ class RuleTable : public QTreeWidget {
     void show(const nlohmann::json& rules);
     /// The selected rule's id; empty when none is selected.
     QString selectedID() const;
-    /// At once, or when the rule has come.
+    /// At once, or as soon as the agent has sent the rule.
     void select(const QString& id);
     /// Moves the selected rule by so many places.
     void moveSelected(int places);
@@ -42,7 +42,7 @@ class RuleTable : public QTreeWidget {
     int gapAt(QPoint position) const;
 
     QString awaited_;        // to be selected
-    QString selectedBefore_; // while the rows are made anew
+    QString selectedBefore_; // while the rows are created again
     int rowBefore_ = -1;
     bool isFilling_ = false;
 };

@@ -12,7 +12,7 @@ class RuleTexts {
     Q_DECLARE_TR_FUNCTIONS(kova::ui::RuleTexts)
 
   public:
-    /// What it does, from a member `disposition` and, of “tile”, `slot`.
+    /// The action of a rule, from its member `disposition` and, for “tile”, `slot`.
     static QString action(const nlohmann::json& rule);
     /// Which windows it is for.
     static QString criterion(const nlohmann::json& rule);

@@ -230,7 +230,7 @@ void RulesPane::showSelected() {
     delete_->setEnabled(isThere);
     selectedError_->clear();
     const QString title = isThere ? memberText(rule, "title") : QString();
-    // What is being typed is not replaced because a window opened meanwhile.
+    // A new window must not replace the text that is being typed.
     if (!title_->hasFocus() || !title_->isModified()) title_->setText(title);
     windows_->setText(isThere ? RuleTexts::windows(rule).split(u'\n').mid(0, kLongestWindowList).join(u'\n')
                               : QString());

@@ -13,7 +13,7 @@ QColor colorOf(const RGBAColor& color);
 /// The first color with `share` (0 to 1) of the second one in it; opaque.
 QColor mixed(const QColor& ground, const QColor& other, double share);
 QColor withAlpha(QColor color, double alpha);
-/// What is seen where a translucent color covers an opaque one.
+/// The visible color where a translucent color covers an opaque one.
 QColor over(const QColor& ground, const QColor& cover);
 double contrast(const QColor& one, const QColor& other);
 /// The color nearest to `wanted`, on the way to white or to black, whose contrast with every ground is at least

@@ -28,7 +28,7 @@ class LayoutPicture final : public QWidget {
   public:
     explicit LayoutPicture(std::function<Palette()> palette, QWidget* parent = nullptr);
     void setTiles(std::vector<PictureTile> tiles);
-    /// Width by height of what the unit square stands for.
+    /// The aspect ratio (width by height) of the area that the unit square represents.
     void setAspectRatio(double ratio);
     /// As a share of the width.
     void setInset(double inset);

@@ -37,7 +37,7 @@ struct Style {
     bool mayMove = true; // animations are wanted
 
     int px(double sizePoints) const { return static_cast<int>(std::lround(sizePoints * scale)); }
-    /// Where a point or a rectangle of the agent lies on the screen.
+    /// The position on the screen, in pixels, of a point or a rectangle of the agent.
     QPoint px(const CGPoint& point) const { return firstDisplay + QPoint(px(point.x), px(point.y)); }
     QRect px(const CGRect& rect) const { return {px(rect.origin), px(CGPoint{maxX(rect), maxY(rect)}) - QPoint(1, 1)}; }
     /// At least one pixel.

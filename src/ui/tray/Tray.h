@@ -21,7 +21,7 @@ class Tray : public QObject {
 
     /// While the agent is there. Where the desktop has no place for such items yet, the item follows when it has.
     void setAgentThere(bool isThere);
-    /// The X server has, or has no more, a window that takes items in.
+    /// A window that takes status items has appeared on the X server, or has disappeared.
     void setHasTrayWindow(bool hasWindow);
     /// The menu at that point of the screen, in pixels.
     void openMenu(QPoint at);

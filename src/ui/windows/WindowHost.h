@@ -35,8 +35,8 @@ class WindowHost : public QObject {
     void setFocus(std::unique_ptr<WindowFocus> focus);
     /// False when there is no such window.
     bool show(const std::string& what, const nlohmann::json& parameters = nlohmann::json::object());
-    /// Opens the windows that the agent wants to be open and were not asked for before, and closes those that it wants
-    /// no more. Windows opened by `show` stay.
+    /// Opens the windows that the agent has newly listed as open, and closes those that it lists no more. Windows
+    /// opened by `show` stay.
     void follow(const std::map<std::string, ShownWindow>& wanted);
     /// Null when it is not open.
     HostedWindow* window(const std::string& what) const;

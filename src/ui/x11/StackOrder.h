@@ -14,7 +14,7 @@ enum class RootChild {
     other,       // not shown, or of no consequence: menus, tooltips, support windows
     application, // or the frame around one
     desktop,     // a window with wallpaper and icons, below all applications
-    guard,       // what is below it is hidden, and it takes the clicks that go there
+    guard,       // hides the windows below it, and takes their clicks
     ours,
 };
 

@@ -116,7 +116,7 @@ void X11Platform::watchMonitors() {
     const auto* randr = xcb_get_extension_data(watch_, &xcb_randr_id);
     if (!randr || !randr->present) return;
     const auto version = owned(xcb_randr_query_version_reply(watch_, xcb_randr_query_version(watch_, 1, 5), nullptr));
-    // Monitors came with 1.5.
+    // The server supports monitors since RandR 1.5.
     if (!version || std::pair(version->major_version, version->minor_version) < std::pair(1U, 5U)) return;
     firstRandrEvent_ = randr->first_event;
     xcb_randr_select_input(watch_, screen_->root,

@@ -52,7 +52,7 @@ class X11Platform final : public OverlayPlatform, private QAbstractNativeEventFi
         std::uint32_t context = 0;
         QSize size;
         std::uint8_t depth = 0;
-        QRegion seen, shaped; // as asked for, and as it is with applications cut out
+        QRegion seen, shaped; // as requested, and after cutting out the applications
         bool isShaped = false, isConcealed = false;
     };
 
