@@ -38,7 +38,7 @@ class AgentActions final : public OverlayActions {
     /// Asks the user first.
     void forceQuit(const std::string& window, const ApplicationName& application);
 
-    /// Without entries. Menus bring the toolkit's styles along, so there is none before the first is wanted.
+    /// Without entries. Created at the first use, since a menu loads the toolkit's styles.
     QMenu& emptyMenu();
 
     AgentLink& link_;

@@ -5,8 +5,8 @@
 
 namespace kova::ui {
 
-/// True when another kova-ui, which the agent has started, runs already: it has got the request to show the settings.
-/// Waits for the agent, for half a second at most.
+/// True when another kova-ui, which the agent has started, runs already: it has received the request to show the
+/// settings. Waits for the agent, for half a second at most.
 bool isLeftToOtherInstance(const std::string& socketPath);
 
 } // namespace kova::ui

@@ -28,9 +28,9 @@ class AgentConnection : public QObject {
     void start();
     bool isConnected() const { return client_ != nullptr; }
     const std::string& socketPath() const { return socketPath_; }
-    /// Without a connection nothing is sent; an agent that does not take the lines counts as lost.
+    /// No-op without a connection; if the agent stops reading, the connection counts as lost.
     void send(std::string lines);
-    /// Ends the connection as if the agent had, if there is one.
+    /// Ends the connection, if there is one, as if the agent had ended it.
     void lose();
 
   private:
@@ -45,7 +45,7 @@ class AgentConnection : public QObject {
     int attempts_ = 0;
 };
 
-/// The pause before the attempt of that number, counted from 0.
+/// The delay before the next attempt, after that many attempts.
 std::chrono::milliseconds pauseBeforeAttempt(int attempts);
 
 } // namespace kova::ui

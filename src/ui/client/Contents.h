@@ -15,7 +15,7 @@
 
 namespace kova::ui {
 
-/// The contract of the overlay topic that this program understands.
+/// The version of the overlay topic that this program supports.
 inline constexpr int kOverlayContract = 2;
 
 struct AgentVersion {
@@ -127,12 +127,12 @@ struct OverlayContents {
     const TileContents* tile(std::string_view id) const;
 };
 
-/// Updates the sections of the first state (`sections`, an object) with the changed ones: of lists the elements that
-/// changed, with their new members, and the order of all when that is another one. Throws `DecodingError`, and
+/// Updates the sections of the first state (`sections`, an object) with the changed ones. A changed list has its
+/// changed elements with their new members and, if it is another one, the order of all. Throws `DecodingError`, and
 /// `sections` may then be half changed.
 void mergeChanges(nlohmann::json& sections, const JsonCursor& changes);
 
-/// Replaces the sections that are members of `sections`; members that are not known are passed over. Throws
+/// Replaces the sections that are members of `sections`; unknown members are ignored. Throws
 /// `DecodingError`, and `contents` may then be half changed.
 void applySections(OverlayContents& contents, const JsonCursor& sections);
 

@@ -13,10 +13,10 @@
 
 namespace kova::ui {
 
-/// What a file is called unless the user chooses otherwise.
+/// The name that the file panel proposes.
 inline const QString kDocumentName = QStringLiteral("KOVA-Workspace.json");
 
-/// Writes the text aside and moves it into place. The result is "Export failed: " and the reason; absent on success.
+/// Replaces the file atomically. The result is "Export failed: " and the reason; absent on success.
 std::optional<QString> writeDocument(const QString& path, const std::string& text);
 /// The UTF-8 text, or "Import failed: " and the reason.
 std::variant<QByteArray, QString> readDocument(const QString& path);

@@ -42,7 +42,7 @@ struct LauncherEntry {
     QString kind{};                // shown beside the title; empty in a list of one kind
     ApplicationName application{}; // whose icon it has
     QString iconName{};            // of the icon theme, or a file; empty: found by the application
-    QString words{};               // more to find it by
+    QString words{};               // further words by which it is found
     int uses = 0;
     std::string method{}; // of the agent, for choosing it
     nlohmann::json parameters = nlohmann::json::object();
@@ -60,7 +60,7 @@ class EntryList {
     void add(std::vector<LauncherEntry> entries);
     const LauncherEntry& at(std::size_t index) const { return entries_[index]; }
     std::size_t size() const { return entries_.size(); }
-    /// Indexes of what fits the query, best first; all of them for an empty one.
+    /// Indexes of the entries that fit the query, best first; all of them for an empty one.
     std::vector<std::size_t> matching(const QString& query) const;
 
   private:

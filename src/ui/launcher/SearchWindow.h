@@ -14,7 +14,7 @@
 
 namespace kova::ui {
 
-/// What the list shows of the entries. Icons are looked up when a row is first drawn.
+/// The entries as rows of the list. Icons are looked up when a row is first drawn.
 class EntryModel : public QAbstractListModel {
     Q_OBJECT
 

@@ -19,7 +19,7 @@ class MacPlatform final : public OverlayPlatform {
     ~MacPlatform() override;
 
     bool isComposited() const override { return true; }
-    /// A panel.
+    /// Overlay windows are panels.
     Qt::WindowType windowType() const override { return Qt::Tool; }
     void adopt(OverlayWindow& window) override;
     void leave(OverlayWindow& window) override;
@@ -37,7 +37,7 @@ class MacPlatform final : public OverlayPlatform {
 
   private:
     class ClickArea;
-    /// One may be removed by what its own click has caused.
+    /// A click may cause the removal of its own area.
     struct RemoveLater {
         void operator()(ClickArea* area) const;
     };

@@ -31,7 +31,7 @@ class OnboardingWindow : public HostedWindow {
     void showState(const nlohmann::json& state);
     void showPermission(const nlohmann::json& permission);
     void showOffers(const nlohmann::json& state);
-    /// From the page at hand, over those that do not apply here.
+    /// From the current page, skipping pages that do not apply here.
     void step(int direction);
     bool isWanted(int page) const;
     void pageChanged();

@@ -36,7 +36,7 @@ struct FooterLayout {
     QRect more; // empty when all entries fit
     std::size_t hiddenEntries = 0;
     QRect pending; // empty when nothing is being launched
-    QRect remark;  // for saying that the tile is empty
+    QRect remark;  // for the text that the tile is empty
     struct Notice {
         QRect area;
         QStringList parts; // shown one after the other; mostly one

@@ -36,7 +36,7 @@ class Overlay {
     void show(const std::optional<OverlayContents>& contents);
     /// Windows must be created again, since a compositor has started or ended.
     void compositingChanged();
-    /// The platform puts it elsewhere on the screen.
+    /// The platform has another position for it on the screen.
     void firstDisplayMoved();
 
     const std::map<std::string, std::unique_ptr<FooterWindow>>& footers() const { return footers_.shown(); }

@@ -34,10 +34,10 @@ class Particles {
 /// small.
 std::optional<CGRect> particleField(const DisplayContents& display);
 
-/// Whether windows in tiles cover so much of the field that moving in it would be seen by hardly anyone.
+/// Whether windows in tiles cover so much of the field that its motion would hardly be visible.
 bool isCovered(const CGRect& field, const std::vector<TileContents>& tiles, const std::string& display);
 
-/// True when a battery is what the machine runs on. Reads a few small files of the system.
+/// True when the machine runs on battery. Reads a few small files of the system.
 bool runsOnBattery(const std::string& powerSupplyFolder = "/sys/class/power_supply");
 
 } // namespace kova::ui

@@ -29,10 +29,10 @@ struct EmptyTileLayout {
 EmptyTileLayout layOutEmptyTile(const TileContents& tile, QSize size, const Style& style);
 void paintEmptyTile(QPainter& painter, const TileContents& tile, const EmptyTileLayout& layout, Ground ground,
                     bool isButtonHovered, const Style& style);
-/// What there is of the window without a compositor: everything on the theme's background, else outline and card.
+/// The visible parts of the window without a compositor: everything on the theme's background, else outline and card.
 QRegion emptyTileShape(const EmptyTileLayout& layout, Ground ground, const Style& style);
 
-/// A tile as it is shown while a window is carried over its display.
+/// A tile as it is shown while a window is dragged over its display.
 struct CarriedOver {
     QRect area; // in the window
     QString name;
@@ -58,7 +58,7 @@ void paintMessage(QPainter& painter, const StatusMessage& message, const Message
                   const Style& style);
 
 /// Without a compositor, gives the corners that the shape of a window cuts off the color of its line, since the edges
-/// of lines are mixed with what is below them. Nothing with one.
+/// of lines are blended with the pixels below them. No-op with a compositor.
 void fillUnmixed(QPainter& painter, QSize size, const Style& style);
 
 /// A rounded rectangle as a region, for windows that are shaped.

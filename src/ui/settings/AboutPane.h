@@ -27,8 +27,8 @@ class AboutPane final : public Pane {
     void showUpdates(const nlohmann::json& menu);
     void showLog();
     void askForReportFile();
-    /// Runs the command line with the arguments; `done` gets what it printed once it has ended well. What it complains
-    /// of is shown below the buttons.
+    /// Runs the command line with the arguments; `done` gets its output if it succeeds; its
+    /// error is shown below the buttons.
     void runCommand(const QStringList& arguments, std::function<void(const QString& printed)> done);
 
     AgentSession& agent_;

@@ -16,7 +16,7 @@ void followSections(AgentSession& agent, QObject* context, std::set<std::string>
         try {
             show(agent.state());
         } catch (const json::exception& error) {
-            qWarning("kova-ui: what the agent tells of the settings is not understood: %s", error.what());
+            qWarning("kova-ui: the settings that the agent sent cannot be decoded: %s", error.what());
         }
     };
     QObject::connect(&agent, &AgentSession::changed, context,

@@ -15,7 +15,7 @@
 namespace kova::ui {
 
 /// Calls `show` with the current state, if any, and after each change of one of the sections, as long as `context`
-/// lives. A state that is not what `show` expects is reported and changes nothing more.
+/// lives. If `show` throws on a state, that is reported and the update is dropped.
 void followSections(AgentSession& agent, QObject* context, std::set<std::string> sections,
                     std::function<void(const nlohmann::json& state)> show);
 

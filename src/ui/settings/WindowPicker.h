@@ -16,7 +16,7 @@ class WindowPicker : public QObject {
     using QObject::QObject;
     ~WindowPicker() override { end(); }
 
-    /// Where the system lets a program have the clicks on other programs' windows: not on a Mac.
+    /// Whether the system gives a program the clicks on other programs' windows: not on a Mac.
     static bool isPossible();
     /// Takes the pointer and the keyboard; `owner` is a visible widget.
     void start(QWidget* owner);

@@ -22,7 +22,7 @@ class DesktopPreferences : public QObject {
                                 const QDBusConnection& bus = QDBusConnection::sessionBus());
     /// Asks the portal as soon as there is one, and follows its changes.
     void start();
-    /// What a desktop without a portal says.
+    /// The preferences on a desktop without a portal.
     void set(Brightness brightness, bool mayMove);
 
     Brightness brightness() const { return brightness_; }
@@ -34,7 +34,7 @@ class DesktopPreferences : public QObject {
   private:
     void askAll();
     void ask(const QString& group, const QString& key);
-    /// False when the value says nothing new.
+    /// False when the value changes nothing.
     bool take(const QString& group, const QString& key, const QVariant& value);
 
     std::function<void()> changed_;

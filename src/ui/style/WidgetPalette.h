@@ -7,9 +7,9 @@
 
 namespace kova::ui {
 
-/// Of windows and their controls; menus differ in their ground only.
+/// For windows and their controls; menus differ only in the background.
 QPalette widgetPalette(const Palette& colors);
-/// Has all widgets, existing and new, use the colors.
+/// Applies the colors to all widgets, existing and new.
 void applyWidgetPalette(const Palette& colors);
 
 } // namespace kova::ui

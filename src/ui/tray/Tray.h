@@ -19,7 +19,7 @@ class Tray : public QObject {
     /// `styleMenus` is called before a menu is made or opens, `choose` with the id of an entry that is chosen.
     Tray(AgentLink& link, std::function<void()> styleMenus, std::function<void(const std::string& id)> choose);
 
-    /// While the agent is there. Where the desktop has no place for such items yet, the item follows when it has.
+    /// The item is shown while the agent is connected, as soon as the desktop has a place for status items.
     void setAgentThere(bool isThere);
     /// A window that takes status items has appeared on the X server, or has disappeared.
     void setHasTrayWindow(bool hasWindow);

@@ -13,7 +13,7 @@
 
 namespace kova::ui {
 
-/// All of it outlives every window.
+/// All members outlive every window.
 struct WindowServices {
     AgentSession& agent;
     IconSource icon{};

@@ -40,7 +40,7 @@ class WindowHost : public QObject {
     void follow(const std::map<std::string, ShownWindow>& wanted);
     /// Null when it is not open.
     HostedWindow* window(const std::string& what) const;
-    /// What windows ask the agent by; null when none was open lately.
+    /// The connection of the windows to the agent; null when none was open lately.
     const AgentSession* session() const { return agent_.get(); }
     bool isAnyOpen() const { return !windows_.empty(); }
 

@@ -24,7 +24,7 @@ class StackOrder {
     void reset(std::vector<WindowNumber> bottomFirst);
     void created(WindowNumber window); // on top
     void removed(WindowNumber window);
-    /// Stands now right above `sibling`; 0: at the bottom.
+    /// The window is now directly above `sibling`; 0: at the bottom.
     void configured(WindowNumber window, WindowNumber sibling);
     void raised(WindowNumber window);
     void lowered(WindowNumber window);
