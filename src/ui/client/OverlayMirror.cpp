@@ -96,7 +96,7 @@ std::string OverlayMirror::takeState(const Answer& answer) {
         contents_ = std::move(told);
         told_ = state.value();
     } catch (const DecodingError& error) {
-        refuse(std::string("What the agent tells of the overlay is not understood: ") + error.what());
+        refuse(std::string("The overlay contents that the agent sent cannot be decoded: ") + error.what());
         return {};
     }
     listener_.contentsChanged();
@@ -120,7 +120,7 @@ std::string OverlayMirror::takeChanges(const nlohmann::json& parameters) {
         if (told == *contents_) return {};
         contents_ = std::move(told);
     } catch (const DecodingError& error) {
-        refuse(std::string("What the agent tells of the overlay is not understood: ") + error.what());
+        refuse(std::string("The overlay contents that the agent sent cannot be decoded: ") + error.what());
         return {};
     }
     listener_.contentsChanged();

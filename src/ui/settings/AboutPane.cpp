@@ -143,7 +143,7 @@ void AboutPane::opened() {
         try {
             if (answer.error.empty()) showUpdates(answer.result.at("entries"));
         } catch (const json::exception& error) {
-            qWarning("kova-ui: the menu is not understood: %s", error.what());
+            qWarning("kova-ui: the menu that the agent sent cannot be decoded: %s", error.what());
         }
     });
 }

@@ -191,7 +191,7 @@ void ShortcutsPane::heard(const std::string& method, const json& parameters) {
         const json& shortcut = parameters.at("shortcut");
         if (QTreeWidgetItem* item = itemOf(shortcut.at("action"))) showShortcut(*item, shortcut);
     } catch (const json::exception& error) {
-        qWarning("kova-ui: what the agent tells of a shortcut is not understood: %s", error.what());
+        qWarning("kova-ui: the shortcut that the agent sent cannot be decoded: %s", error.what());
     }
 }
 

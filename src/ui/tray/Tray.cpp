@@ -108,7 +108,7 @@ void Tray::refresh(std::function<void()> done) {
             if (menu_ && !menu_->isVisible()) fillMenu(*menu_, items, choose_);
             if (done) fillMenu(*popup_, items, choose_);
         } catch (const DecodingError& error) {
-            qWarning("kova-ui: the menu is not understood: %s", error.what());
+            qWarning("kova-ui: the menu that the agent sent cannot be decoded: %s", error.what());
             return;
         }
         if (done) done();
