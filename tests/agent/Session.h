@@ -59,8 +59,8 @@ class Session {
 /// False when it does not hold within that time.
 bool eventually(const std::function<bool()>& holds, std::chrono::seconds timeout = std::chrono::seconds(20));
 
-/// Waits until nothing has moved for that long; `takeMoves` counts what has since it was last asked. False when things
-/// go on moving for twenty seconds.
+/// Waits until no window has moved for `quietFor`; `takeMoves` counts the moves since its last call. False when windows
+/// still move after twenty seconds.
 bool comesToRest(const std::function<int()>& takeMoves, std::chrono::milliseconds quietFor);
 
 /// "15,15 1254x1382"

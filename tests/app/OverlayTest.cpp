@@ -33,8 +33,8 @@ class Overlay : public ::testing::Test {
         board.update(current, kEveryOverlaySection);
         return current;
     }
-    /// Of each footer the tile's name and the strip, "*" before the front window, "!" before the focused one, "_"
-    /// before a minimized one; "→" what is being launched; "^" a drop target.
+    /// For each footer the tile's name and the strip: "*" before the front window, "!" before the focused one, "_"
+    /// before a minimized one, "→" before a launched application, "^" for a drop target.
     std::string strips() {
         std::string text;
         for (const OverlayTile& tile : contents().tiles) {

@@ -383,7 +383,7 @@ TEST_F(CommandLine, ALargeDocumentIsExportedAndImportedCompletely) {
     json document = json::parse(contentsOf("one.json"));
     const json scene = document["scenes"][0];
     document["scenes"] = json::array();
-    // Of odd lengths: somewhere a piece ends in the middle of a character.
+    // Of odd lengths, so that some piece ends in the middle of a character.
     std::string filling;
     for (int i = 0; i < 1700; ++i) filling += "€";
     for (int i = 0; i < 500; ++i) {

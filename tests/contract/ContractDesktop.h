@@ -88,7 +88,7 @@ class ContractDesktop {
     virtual void pressKey(KeyCombination combination) = 0;
     /// Another program grabs the combination; call before it is registered here.
     virtual void claimForOther(KeyCombination combination) = 0;
-    /// Makes an application known that opens a window of its name; what was known can be made to disappear.
+    /// Installs an application that opens a window of its name; `uninstall` removes it.
     virtual LaunchableApplication install(const std::string& name) = 0;
     virtual void uninstall(const std::string& name) = 0;
 

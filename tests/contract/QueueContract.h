@@ -15,7 +15,7 @@ class QueueStage {
   public:
     virtual ~QueueStage() = default;
     virtual MainQueue& queue() = 0;
-    /// Runs what is due until so much time has passed.
+    /// Runs the queue for that time.
     virtual void runFor(Seconds time) = 0;
     /// A worker beside the queue.
     virtual std::unique_ptr<WorkQueue> worker() = 0;

@@ -71,7 +71,7 @@ class AgentStage {
         return SocketClient(socketPath(), [this] { turn(); });
     }
 
-    /// Opens again what was ended.
+    /// Starts the applications again that were ended.
     void reopen() {
         for (const char* name : {"Mail", "Notes", "Terminal"}) {
             if (!desk.desktop.isRunning(name)) desk.opens(name);
@@ -79,7 +79,7 @@ class AgentStage {
         desk.settle();
     }
 
-    /// Says when what was changed is saved, and whether it could be.
+    /// A disk of which the test decides when a save ends, and with which result.
     class Disk final : public MemoryPreferencesStore {
       public:
         void save(Saved done) override {

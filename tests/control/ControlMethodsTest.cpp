@@ -48,7 +48,7 @@ TEST_F(AgentMethods, ArrangeMovesTheWindowsOfTheDryRun) {
     ASSERT_EQ(carriedOut["surplus"].size(), 1u);
     desk.settle();
 
-    // What is told of windows and tiles is what is so.
+    // Queries agree with the state of windows and tiles.
     const json windows = result("query.windows")["windows"];
     int tiled = 0;
     const json tiles = result("query.tiles")["tiles"];
@@ -228,7 +228,7 @@ TEST_F(AgentMethods, ExplainsEachWindow) {
     desk.settle();
     EXPECT_NE(explained("film").find("full screen"), std::string::npos);
 
-    // What has changed since is said of the present.
+    // Changes since the arrangement are explained as the present state.
     const std::string front = desk.desktop.labelOfID(WindowID(primary["window"].get<std::string>()));
     desk.desktop.close(front);
     result("rule.add", {{"application", "Film"}, {"disposition", "float"}});
@@ -266,7 +266,7 @@ TEST_F(AgentMethods, EachActionIsCarriedOutOrRefusedWithAReason) {
     EXPECT_EQ(refused("move", {{"direction", "left"}}),
               "Terminal is in no tile. Put it into one with “kova tile” or “kova place”");
     desk.arrange().expectTiles("Terminal 15,15 1254x1382 | Notes 1291,15 1254x1382");
-    // What was said about something else is no reason.
+    // The message of another operation is not taken for the reason.
     EXPECT_EQ(refused("stack"), "No other window waits behind it in its tile");
     EXPECT_EQ(refused("focus", {{"direction", "up"}}), "No occupied zone up of the focused window");
     EXPECT_EQ(said("focus", {{"direction", "right"}}), "Focused Notes");

@@ -275,7 +275,7 @@ TEST_F(LineProtocol, ADelayedResponseKeepsItsOrder) {
     listen();
     auto connection = client();
     auto other = client();
-    // What one client has sent may be read after what another sends later, so both are waited for.
+    // Input of one client may be read after later input of another, so the test waits for both.
     const auto isHeld = [&](std::size_t count) {
         return waitUntil([this] { queue.runDue(); }, [&] { return agent.held.size() >= count; }) &&
                other.ask(kEcho)["id"] == 7 && agent.held.size() == count;

@@ -1,4 +1,4 @@
-// A client that calls the agent's methods, and holds what is answered to the schema.
+// A client that calls the agent's methods, and checks each response against the schema.
 #pragma once
 
 #include "control/client/ControlCodes.h"
@@ -29,7 +29,7 @@ class MethodCalls : public testing::Test, public AgentStage {
         EXPECT_EQ(schemaViolation(schema, "result:" + method, found), "");
         return found;
     }
-    /// What is said by a method that is refused, or by one that fails with another code.
+    /// The error text of a method that is refused, or that fails with another code.
     std::string refusal(const std::string& method, json parameters = json::object(), int code = controlCode::refused) {
         const json reply = call(method, std::move(parameters));
         EXPECT_EQ(reply["error"]["code"], code) << reply;

@@ -250,7 +250,7 @@ TEST_F(SceneMethods, TheDocumentIsTransferredInPieces) {
     EXPECT_EQ(again["added"]["scenes"], json::array());
     EXPECT_EQ(result("scene.list")["scenes"].size(), 1u);
 
-    // What another client had begun goes on, and ends in its own failure.
+    // An import that another client has begun continues, and fails by its own text.
     EXPECT_EQ(call(other, "import", {{"text", ": 1, \"scenes\": [{}], \"rules\": []}"}})["error"]["message"],
               "Import failed: scenes[0].id: is missing");
     EXPECT_EQ(result("scene.list")["scenes"].size(), 1u);

@@ -175,7 +175,7 @@ TEST_F(ShortcutsOverTheSocket, ReleaseTheKeyboardWhenTheRecordingClientDisconnec
     EXPECT_TRUE(isBack());
     keyboard().setKeyboardHeldByOther(false);
 
-    // The lock screen needs it, and what is typed there is no shortcut.
+    // The lock screen needs the keyboard, and a password is no shortcut.
     const std::string why = "Suspended while the screen is asleep, locked or another user's";
     result("shortcut.record", {{"action", "undo"}});
     desk.controller().suspendForSystemTransition();

@@ -1,5 +1,5 @@
-// The other end of the agent's socket in a test: it sends bytes as they are, however wrong, and never blocks the thread
-// that plays the agent.
+// A client of the agent's socket for tests: it sends any bytes, valid or not, and never blocks the thread that acts as
+// the agent.
 #pragma once
 
 #include "control/client/ControlSocket.h"

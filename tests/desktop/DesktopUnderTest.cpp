@@ -115,7 +115,7 @@ void DesktopUnderTest::closeDesktop() {
 }
 
 void DesktopUnderTest::crash() {
-    // A connection that is cut restores nothing; what was on disk is put back as a killed agent leaves it.
+    // A lost connection restores no window; the file is put back in the state that a killed agent leaves.
     const std::string kept = hiddenWindowsFile() + ".kept";
     std::filesystem::copy_file(hiddenWindowsFile(), kept, std::filesystem::copy_options::overwrite_existing);
     ::shutdown(desktop_->connectionDescriptor(), SHUT_RDWR);

@@ -1,5 +1,5 @@
 // A private server with the desktop under test on it, driven by a small main loop in real time. Polls run on a thread
-// of their own, as in the agent, while the loop goes on.
+// of their own, as in the agent, beside the loop.
 #pragma once
 
 #include "platform/x11/X11Desktop.h"
@@ -26,7 +26,7 @@ class TestLoop final : public MainQueue {
     Seconds uptime() const override;
 
     Subscription watch(int descriptor, std::function<void()> readable);
-    /// Runs what is due and what is to be read, once; sleeps a little when there is nothing.
+    /// Runs due timers and reads available input, once; sleeps for a moment when there is neither.
     void turn();
     void dropAll();
     /// While true, no timer fires.

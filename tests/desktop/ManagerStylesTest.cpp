@@ -28,7 +28,7 @@ class FakeManager {
         client_->setNumbers(window, "_NET_WM_STATE", "ATOM", isMinimized ? hidden : std::vector<std::uint32_t>{});
     }
     void setActive(xcb_window_t window) { client_->setNumbers(root(), "_NET_ACTIVE_WINDOW", "WINDOW", {window}); }
-    /// Whether such a message about the window has come, ever.
+    /// Whether such a message about the window was ever received.
     bool wasAsked(const std::string& message, xcb_window_t window) {
         client_->sync();
         while (auto* event = xcb_poll_for_event(client_->connection())) {

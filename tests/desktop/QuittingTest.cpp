@@ -1,4 +1,4 @@
-// Ending the applications of real windows, and what is never ended.
+// Ending the applications of real windows, and the processes that are never ended.
 #include "tests/desktop/DesktopUnderTest.h"
 
 #include "platform/x11/LocalProcesses.h"

@@ -57,7 +57,7 @@ class TestClient {
     /// Asks the window manager by a client message to the root: "_NET_WM_DESKTOP" of a window, for example.
     void ask(const std::string& type, xcb_window_t window, const std::vector<std::uint32_t>& numbers);
     enum class Demand { remove, add };
-    /// To the window manager: _NET_WM_STATE is to hold these, or to hold them no more.
+    /// Asks the window manager to add these states to _NET_WM_STATE, or to remove them.
     void demandState(xcb_window_t window, const std::string& first, const std::string& second = "",
                      Demand demand = Demand::add);
 

@@ -1,5 +1,5 @@
-// Any bytes at all as a URL: what it asks for is one of a few things, and asked for again in our own words it is the
-// same.
+// Any bytes as a URL: the parsed action is one of the known ones, and its own URL is parsed to the same action
+// again.
 #include "commands/Intents.h"
 #include "commands/URLActions.h"
 

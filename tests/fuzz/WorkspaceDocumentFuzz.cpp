@@ -1,5 +1,5 @@
-// Any bytes at all as a workspace document: they are read or refused, and what was read is written and read again as it
-// was.
+// Any bytes as a workspace document: they are read or refused, and a document that was read stays the same when it is
+// written and read again.
 #include "persistence/WorkspaceDocumentCoding.h"
 
 #include <cstddef>

@@ -129,7 +129,7 @@ Scenario& Scenario::perform(const WorkspaceAction& action) {
 }
 
 Scenario& Scenario::arrange() {
-    // A poll sees what was opened just now.
+    // A poll sees windows that were just opened.
     const Seconds late = desktop.announcesUnasked() ? Seconds(0) : Seconds(0.1);
     if (wasStarted_) desktop.queue().advance(RefreshCycle::kInterval + late);
     foundAtRestart_.clear();

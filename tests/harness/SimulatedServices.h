@@ -6,7 +6,7 @@
 
 namespace kova {
 
-/// Refers to both, which outlive what is made of it.
+/// The services refer to both, which outlive every user of the services.
 inline WorkspaceServices simulatedServices(SimulatedDesktop& desktop, PreferencesStore& preferences) {
     return {
         .accessibility = desktop,

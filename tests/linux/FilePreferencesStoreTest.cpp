@@ -241,7 +241,7 @@ TEST(FilePreferencesStore, AnEditOfTheUserIsNoticed) {
     EXPECT_NE(all(store).find("both"), std::string::npos);
     EXPECT_EQ(home.store().string("both"), "5");
 
-    // A file that was emptied by accident does not take the preferences with it, and neither does one that is gone.
+    // The preferences survive a file that was emptied by accident, and one that was removed.
     home.given("");
     store.setValue("mine", std::string("6"));
     home.wait();

@@ -7,7 +7,7 @@
 
 namespace kova {
 
-/// Does what is due until so much time has passed.
+/// Runs the loop for that time.
 inline void letPass(EventLoop& loop, Seconds time) {
     loop.after(time, [&loop] { loop.quit(0); });
     loop.run();

@@ -1,4 +1,4 @@
-// When a change is on disk, and what becomes of it when the disk or another writer is in the way.
+// When a change is on disk, also with errors of the disk and with another writer.
 #include "persistence/PreferenceKeys.h"
 #include "platform/linux/FilePreferencesStore.h"
 #include "platform/simulated/VirtualTime.h"
@@ -281,7 +281,7 @@ TEST_F(SavingPreferences, TwoAgentsKeepEachOthersAdditions) {
     EXPECT_EQ(copies("edited").size() + copies("damaged").size(), 0U);
     EXPECT_EQ(log, "");
 
-    // One removes a scene of its own, the other one goes on.
+    // One agent removes its own scene, the other one continues to write.
     json scenes = json::array();
     for (int scene = 2; scene <= 12; ++scene) scenes.push_back({{"id", "first" + std::to_string(scene)}});
     first.setValue(product, PreferenceData{json{{"scenes", scenes}}.dump()});

@@ -1,4 +1,4 @@
-// The document in its two encodings, held to files that were written by hand; and what is no such document.
+// The document in its two encodings, compared with files that were written by hand; and input that is refused.
 #include "persistence/WorkspaceDocumentCoding.h"
 
 #include <nlohmann/json.hpp>
@@ -166,7 +166,7 @@ TEST(WorkspaceDocument, OfTwoMembersWithOneNameTheSecondCounts) {
     EXPECT_EQ(decoded(decodeExportedDocument(rule)).rules.front().name, "b");
 }
 
-// Memory: the test program counts what it allocates.
+// Memory: the test program counts its allocations.
 
 std::size_t liveBytes = 0;
 std::size_t peakBytes = 0;

@@ -1,7 +1,7 @@
 // Random events of a long session in a short time, with real windows and the real agent.
 //
-// KOVA_SOAK_SECONDS   how long it lasts; memory is judged from a minute on
-// KOVA_SOAK_SEED      begins with this seed; what comes of it still depends on how fast the machine is
+// KOVA_SOAK_SECONDS   the duration; the growth of memory is checked from a minute on
+// KOVA_SOAK_SEED      the first seed; the sequence still depends on the speed of the machine
 #include "tests/agent/Session.h"
 #include "tests/desktop/TestClient.h"
 
@@ -128,7 +128,7 @@ class Soak : public ::testing::TestWithParam<Manager> {
 
     // What the machine does
     void changeDisplays() {
-        // Few sizes, since the agent keeps what it knows of each display.
+        // Few sizes, since the agent keeps a record of each display.
         const auto width = anyOf({"800", "960", "1200"});
         switch (below(3)) {
         case 0: // one display becomes two
@@ -316,7 +316,7 @@ class Soak : public ::testing::TestWithParam<Manager> {
             EXPECT_EQ(applications_[window.application]->deleteCount(window.number), 0) << window.title;
         }
     }
-    /// On the screen, or where a window manager keeps what is minimized.
+    /// The windows that are neither on the screen nor where a window manager keeps minimized ones.
     std::string outOfReach() {
         std::string lost;
         for (const auto& window : windows_) {

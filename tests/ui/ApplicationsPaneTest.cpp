@@ -1,4 +1,4 @@
-// What was learned of applications, in the settings window.
+// The pane of learned preferences of applications, in the settings window.
 #include "tests/ui/WindowStage.h"
 
 #include <QLabel>

@@ -135,7 +135,7 @@ TEST(OverlayMirror, ReportsContentsThatItCannotDecode) {
         {{{"error", {{"code", -32602}, {"message", "unknown parameter: topic"}}}},
          "The agent publishes no overlay: unknown parameter: topic"},
         {{{"result", {{"sequence", 0}, {"state", stateWith("tiles", 3)}}}},
-         "What the agent tells of the overlay is not understood: state.tiles: expected an array"},
+         "The overlay contents that the agent sent cannot be decoded: state.tiles: expected an array"},
     };
     for (Case each : cases) {
         std::vector<std::string> complaints;

@@ -1,4 +1,4 @@
-// An agent's socket for tests: speaks the messages and knows nothing. It is driven by the test, without a thread.
+// An agent's socket for tests: it sends the messages that the test chooses, without a workspace and without a thread.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -15,11 +15,11 @@ class FakeAgent {
     FakeAgent(const FakeAgent&) = delete;
     FakeAgent& operator=(const FakeAgent&) = delete;
 
-    /// Takes in connections and answers what has come: `subscribe` with the state, the rest with an empty result.
+    /// Accepts connections and answers requests: `subscribe` with the state, all others with an empty result.
     void serve();
     void setState(nlohmann::json state) { state_ = std::move(state); }
-    /// Changes a section of the state (of a list all elements) and tells it under the next number, or one that is later
-    /// by `skipped`.
+    /// Changes a section of the state (of a list all elements) and sends the change under the next number plus
+    /// `skipped`.
     void change(const std::string& section, nlohmann::json value, int skipped = 0);
     void tell(const nlohmann::json& message);
     void hangUp();

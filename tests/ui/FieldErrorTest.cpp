@@ -1,4 +1,4 @@
-// How controls ask a whole agent, and show what it refuses.
+// Controls send requests to a whole agent, and show its refusals.
 #include "ui/windows/FieldError.h"
 #include "tests/ui/WindowStage.h"
 #include "ui/windows/Translations.h"

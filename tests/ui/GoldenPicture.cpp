@@ -15,8 +15,8 @@ constexpr int kSameWithin = 12; // of 255, each component
 // In points, so that they hold at each scale. The smallest sign of the overlay, a plus, has 17 points.
 constexpr double kBlock = 12, kBlockStep = 4, kMostOtherPoints = 8;
 
-/// Whether the pixel lies within the colors that the picture has there and one pixel around: edges of letters drift
-/// between versions of fonts, by no more than that.
+/// Whether the pixel lies within the colors that the picture has there and one pixel around: edges of letters differ
+/// between versions of fonts by at most that.
 bool isWithin(const QImage& picture, QPoint at, QRgb pixel) {
     int least[3] = {255, 255, 255}, most[3] = {};
     for (int y = std::max(0, at.y() - 1); y <= std::min(picture.height() - 1, at.y() + 1); ++y) {

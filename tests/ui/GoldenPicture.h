@@ -1,5 +1,5 @@
-// Pictures compared with those kept under golden/. After a change of what is drawn look at the new pictures, then renew
-// the kept ones: KOVA_RENEW_GOLDEN=1 ui_tests --gtest_filter='Golden*'
+// Compares pictures with those under golden/. After a change of the drawing look at the new pictures, then replace the
+// stored ones: KOVA_RENEW_GOLDEN=1 ui_tests --gtest_filter='Golden*'
 #pragma once
 
 #include <QImage>

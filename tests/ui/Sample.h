@@ -63,7 +63,7 @@ class PicturePlatform final : public OverlayPlatform {
     std::map<OverlayWindow*, Shown> shown_;
 };
 
-/// Notes what is asked for, as "bringForward 3".
+/// Records the requested actions, as "bringForward 3".
 class NotedActions final : public OverlayActions {
   public:
     void bringForward(const std::string& window) override { noted.push_back("bringForward " + window); }

@@ -1,4 +1,4 @@
-// The settings window in front of a whole agent: what is chosen in it is so, and what is changed elsewhere shows.
+// The settings window with a whole agent: choices take effect, and changes made elsewhere are shown.
 #include "support/Version.h"
 #include "tests/ui/WindowStage.h"
 #include "ui/settings/SettingsWindow.h"
@@ -31,7 +31,7 @@ using nlohmann::json;
 
 class Settings : public WindowStage {
   protected:
-    /// The window with that pane, once the agent's state has come.
+    /// The window with that pane, once the agent's state has arrived.
     HostedWindow* openAt(const std::string& pane) {
         HostedWindow* window = open("settings", {{"pane", pane}});
         QApplication::setActiveWindow(window);

@@ -22,7 +22,7 @@ struct PlacementBench : ServiceBench {
         service.setFrame(managed("Mail"), target, bringToFront,
                          [this](CGRect frame) { reported += describeFrame(frame) + ";"; });
     }
-    /// What was done until `seconds` after the request.
+    /// The desktop's journal up to `seconds` after the request.
     std::string journalUntil(double seconds) {
         desktop.queue().advance(Seconds(seconds) - passed);
         passed = Seconds(seconds);

@@ -395,8 +395,8 @@ TEST(DisplaySuccession, IsGuessedOnlyWhereThereIsOneAnswer) {
     EXPECT_EQ(successorsOfDisplays(Ids{a}, Ids{c, other}), Pairs{});
 }
 
-/// Down to no display at all and back, in any order, fast or slowly, awake or asleep, in another order of the displays
-/// or moved beside one another: the picture is what it was.
+/// Disconnects all displays and connects them again, in any order, fast or slowly, awake or asleep, also in another
+/// order or at other positions: the arrangement is the same.
 TEST(DisplayWalk, ShrinkingToNothingAndBackGivesTheSameArrangement) {
     forEachSeed(60, [](std::uint32_t seed) {
         SCOPED_TRACE(seed);

@@ -118,7 +118,7 @@ TEST_F(Launching, AFailureIsReportedAndTheTileStopsWaiting) {
     desk.advance(Seconds(1));
     desk.expectMessage("Broken cannot be started: it is broken");
     EXPECT_EQ(waiting(), 0u);
-    // A failure that comes late leaves alone what was launched into the tile meanwhile.
+    // A late failure does not affect an application that was launched into the tile meanwhile.
     launch(broken, kRight);
     launch(desk.desktop.install("Notes", {.startsAfter = Seconds(1)}), kRight);
     desk.settle().expectTiles(kBoth);

@@ -59,7 +59,7 @@ TEST_F(Restart, ACrashLosesNothingAndMovesNothing) {
     EXPECT_EQ(desk.tiles().substr(0, 5), "Notes");
 }
 
-/// On a desktop that brings back what was hidden when its agent ends.
+/// On a desktop that shows hidden windows again when the agent ends.
 TEST_F(Restart, AnUpgradeKeepsTheArrangement) {
     struct Case {
         const char* what;
@@ -120,7 +120,7 @@ TEST_F(Restart, AnUpgradeKeepsTheArrangement) {
     }
 }
 
-/// Which takes a moment: what is asked for, or befalls the agent, meanwhile.
+/// The return takes a moment, in which the user may focus the window or the agent may end.
 TEST_F(Restart, AReturningWindowCanBeFocusedOrIsLeftToTheNextAgent) {
     const std::string waiting = nameOfWaiting();
     const CGRect tile = kova().tiles().front().frameForWindowService;

@@ -1,4 +1,4 @@
-// Scenes: what is remembered, what comes back, and what is said about the rest.
+// Scenes: what is captured, which windows are restored, and the message about the others.
 #include "tests/workspace/SceneSteps.h"
 
 #include <gtest/gtest.h>

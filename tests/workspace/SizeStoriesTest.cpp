@@ -1,4 +1,4 @@
-// What windows show of their sizes: what is learned of it, what is not, and how it is forgotten again.
+// Sizes of windows: which minimum sizes are learned from refusals, which are not, and when they are forgotten.
 #include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
 // Windows that an application does not list for a while: on another Space, in full screen, behind a tab, hanging.
-// They keep their places; what is closed does not.
+// They keep their tiles, closed windows do not.
 #include "tests/harness/Scenario.h"
 
 #include <gtest/gtest.h>

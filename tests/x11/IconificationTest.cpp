@@ -11,10 +11,10 @@ namespace {
 using News = Iconification::News;
 using Stage = Iconification::Stage;
 
-/// Each letter is one step, a tenth of a second after the one before: `l` asked to leave, `o` to return once gone, `b`
-/// to come back while mapped, `B` while unmapped, `g` gives up returning, `x` another manager; `m` and `u` tell that it
-/// is mapped and unmapped. Without a manager `d` lets it leave with the next requests, `s` sends that as request 100,
-/// and `M` and `U` are events of before that request.
+/// Each letter is one step, a tenth of a second after the previous one: `l` requests to iconify, `o` to restore once it
+/// is iconified, `b` to restore while mapped, `B` while unmapped, `g` gives up restoring, `x` is another manager; `m`
+/// and `u` are events that it was mapped and unmapped. Without a manager `d` unmaps it with the next requests, `s`
+/// sends that as request 100, and `M` and `U` are events from before that request.
 struct Walk {
     Iconification window;
     News news = News::none;

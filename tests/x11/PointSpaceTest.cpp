@@ -55,7 +55,7 @@ TEST(PointSpace, ConvertsRectanglesPointsAndSizes) {
     EXPECT_EQ(thick(2).restingPixels, 6);
 }
 
-// What is read, and written again as it was read, stays where it is, and edges in points are off by half a pixel at
+// A frame that is read and written unchanged stays in its place; edges in points are rounded by half a pixel at
 // most.
 TEST(PointSpace, DoesNotDrift) {
     for (double scale = 1; scale <= 4; scale += 0.25) {

@@ -190,7 +190,7 @@ TEST_F(Model, UsesTheManagersActiveWindowWhileThereIsOne) {
         model.apply(whole);
         return model.activeWindow;
     };
-    // The manager announces a moment later what the server did at once, and in between what was before.
+    // The manager announces the server's change a moment later, and before that the former state.
     model.activeWindow = kFrame;
     EXPECT_EQ(focus(XCB_FOCUS_IN, 20), kFrame);
     model.activeWindow = kWindow;

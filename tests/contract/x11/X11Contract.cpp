@@ -37,7 +37,7 @@ class X11Stage final : public ContractDesktop {
     X11Stage(Manager manager, int scale) :
         manager_(manager), scale_(scale),
         server_(pixels(kScreenWidth) + "x" + pixels(kScreenHeight), testing::ClientProcessNumbers::told) {
-        // What is launched inherits them.
+        // Launched programs inherit them.
         setenv("DISPLAY", server_.displayName().c_str(), 1);
         watcher_ = std::make_unique<TestClient>(server_.displayName(), "Watcher", 1);
         if (scale != 1) {
