@@ -82,7 +82,6 @@ QVariant EntryModel::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
         return entry->title;
     case kKindRole:
-        return entry->kind;
     case Qt::AccessibleDescriptionRole:
         return entry->kind;
     case Qt::DecorationRole: {
