@@ -29,7 +29,7 @@ std::string nameOf(const json& window) {
     return title.empty() || title == application ? application : application + " “" + title + "”";
 }
 
-std::string frame(const json& value) {
+std::string frameText(const json& value) {
     if (value.is_null()) return "-";
     const auto number = [&](const char* key) { return std::to_string(std::llround(value.at(key).get<double>())); };
     return number("x") + "," + number("y") + " " + number("width") + "x" + number("height");
@@ -128,8 +128,8 @@ std::string printVerification(const json& result, const Arguments&) {
             ++right;
             continue;
         }
-        table.add({nameOf(window.at("window")), window.at("tileName"), frame(window.at("requested")),
-                   frame(window.at("actual")), inWords(window.at("verdict"))});
+        table.add({nameOf(window.at("window")), window.at("tileName"), frameText(window.at("requested")),
+                   frameText(window.at("actual")), inWords(window.at("verdict"))});
     }
     const std::string count = std::to_string(right) + (right == 1 ? " window is" : " windows are");
     const std::string summary = count + " where requested.\n";

@@ -7,22 +7,22 @@ namespace kova {
 
 namespace {
 
-constexpr double kOverlapTolerance = 0.01; // square points
+constexpr double kOverlapTolerancePoints = 0.01; // square points
 
-struct Interval {
+struct Extent {
     double low;
     double high;
 };
 
-CGRect rectOf(Interval across, Interval down) {
+CGRect rectOf(Extent across, Extent down) {
     return makeRect(across.low, down.low, across.high - across.low, down.high - down.low);
 }
 
 } // namespace
 
 CGRect frameOfSpan(std::span<const CGRect> own, std::span<const CGRect> others) {
-    Interval across{minX(own.front()), maxX(own.front())}, down{minY(own.front()), maxY(own.front())};
-    Interval sharedAcross = across, sharedDown = down;
+    Extent across{minX(own.front()), maxX(own.front())}, down{minY(own.front()), maxY(own.front())};
+    Extent sharedAcross = across, sharedDown = down;
     for (const CGRect& tile : own) {
         across = {std::min(across.low, minX(tile)), std::max(across.high, maxX(tile))};
         down = {std::min(down.low, minY(tile)), std::max(down.high, maxY(tile))};
@@ -31,7 +31,7 @@ CGRect frameOfSpan(std::span<const CGRect> own, std::span<const CGRect> others) 
     }
     const auto isClear = [&](const CGRect& rect) {
         return std::ranges::none_of(
-            others, [&](const CGRect& other) { return intersectionArea(rect, other) > kOverlapTolerance; });
+            others, [&](const CGRect& other) { return intersectionArea(rect, other) > kOverlapTolerancePoints; });
     };
     const std::array<CGRect, 3> possible = {rectOf(across, down), rectOf(sharedAcross, down),
                                             rectOf(across, sharedDown)};

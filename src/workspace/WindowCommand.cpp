@@ -13,9 +13,9 @@ namespace {
 using Kind = WindowStep::Kind;
 using Planned = std::variant<WindowPlan, WindowRefusal>;
 
-class Planner {
+class CommandPlanner {
   public:
-    explicit Planner(const WindowCommandInput& input) : input_(input) {}
+    explicit CommandPlanner(const WindowCommandInput& input) : input_(input) {}
 
     Planned plan(const command::Place& place) const {
         return onWindow(place.windowID, [&](const ManagedWindow& window) -> Planned {
@@ -307,7 +307,7 @@ std::string_view describe(WindowStep::Kind kind) {
 
 std::variant<WindowPlan, WindowRefusal> planWindowCommand(const WindowCommand& command,
                                                           const WindowCommandInput& input) {
-    return std::visit([&](const auto& wanted) { return Planner(input).plan(wanted); }, command);
+    return std::visit([&](const auto& wanted) { return CommandPlanner(input).plan(wanted); }, command);
 }
 
 } // namespace kova

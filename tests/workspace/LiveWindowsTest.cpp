@@ -8,7 +8,7 @@ using namespace kova;
 
 namespace {
 
-ManagedWindow windowOf(const WindowID& id, pid_t process) {
+ManagedWindow live(const WindowID& id, pid_t process) {
     ManagedWindow window;
     window.id = id;
     window.processIdentifier = process;
@@ -18,7 +18,7 @@ ManagedWindow windowOf(const WindowID& id, pid_t process) {
 
 TEST(LiveWindows, CountAsInTheRequestedStateUntilAPollConfirmsIt) {
     LiveWindows windows;
-    (void)windows.take({windowOf("a", 1), windowOf("b", 1), windowOf("c", 2)}, Seconds{0});
+    (void)windows.take({live("a", 1), live("b", 1), live("c", 2)}, Seconds{0});
     EXPECT_FALSE(windows.request("gone", WindowPresentation::shown, Seconds{1}));
     windows.requestHidden(1, Seconds{1});
     EXPECT_TRUE(windows.request("c", WindowPresentation::minimized, Seconds{1}));
@@ -26,9 +26,9 @@ TEST(LiveWindows, CountAsInTheRequestedStateUntilAPollConfirmsIt) {
         return !windows.find("a")->isVisible && !windows.find("b")->isVisible && windows.find("c")->isMinimized;
     };
     EXPECT_TRUE(isAsAsked() && windows.isWaiting());
-    (void)windows.take({windowOf("a", 1), windowOf("b", 1), windowOf("c", 2)}, Seconds{0.9});
+    (void)windows.take({live("a", 1), live("b", 1), live("c", 2)}, Seconds{0.9});
     EXPECT_TRUE(isAsAsked()) << "that poll began before";
-    (void)windows.take({windowOf("a", 1), windowOf("c", 2)}, Seconds{9});
+    (void)windows.take({live("a", 1), live("c", 2)}, Seconds{9});
     EXPECT_FALSE(isAsAsked() || windows.isWaiting()) << "they did not do it";
     EXPECT_EQ(windows.find("b"), nullptr);
 }

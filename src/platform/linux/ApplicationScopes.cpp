@@ -13,7 +13,7 @@ namespace kova {
 
 namespace {
 
-constexpr const char* kService = "org.freedesktop.systemd1";
+constexpr const char* kSystemd = "org.freedesktop.systemd1";
 /// After this time the number may belong to another process.
 constexpr Seconds kLongestWait{5};
 
@@ -70,7 +70,7 @@ void ApplicationScopes::ask(const Launched& launched) {
         {"CollectMode", sdbus::Variant(std::string("inactive-or-failed"))}};
     const std::string name = scopeName(launched.identifier, launched.process);
     bus_.send(
-        {kService, "/org/freedesktop/systemd1", "org.freedesktop.systemd1.Manager", "StartTransientUnit"},
+        {kSystemd, "/org/freedesktop/systemd1", "org.freedesktop.systemd1.Manager", "StartTransientUnit"},
         [&](sdbus::MethodCall& call) {
             call << name << std::string("fail") << properties << std::vector<AuxiliaryUnit>{};
         },

@@ -15,7 +15,7 @@ namespace kova {
 
 namespace {
 
-constexpr std::size_t kLargestFileBytes = 1 << 20;
+constexpr std::size_t kLargestEntryBytes = 1 << 20;
 constexpr int kDeepestFolder = 8;
 constexpr std::size_t kMostAnswers = 1024; // windows can use any number of names
 constexpr std::string_view kSuffix = ".desktop";
@@ -87,7 +87,7 @@ std::optional<std::string> readFile(const std::string& path) {
     struct stat status {};
     std::optional<std::string> out;
     if (fstat(file, &status) == 0 && S_ISREG(status.st_mode) &&
-        static_cast<std::size_t>(status.st_size) <= kLargestFileBytes) {
+        static_cast<std::size_t>(status.st_size) <= kLargestEntryBytes) {
         std::string bytes(static_cast<std::size_t>(status.st_size), '\0');
         const auto count = read(file, bytes.data(), bytes.size());
         if (count >= 0) {
