@@ -4,7 +4,9 @@
 #include "support/Log.h"
 
 #include <algorithm>
+#include <iterator>
 #include <span>
+#include <utility>
 
 namespace kova {
 
@@ -21,91 +23,46 @@ bool actsWhilePaused(KovaShortcutAction action) {
     return action == pauseOrResume;
 }
 
-void run(WorkspaceController& workspace, KovaShortcutAction wanted) {
-    const auto focus = [&](WorkspaceDirection direction) { workspace.perform(action::Focus{direction}); };
-    const auto move = [&](WorkspaceDirection direction) { workspace.perform(action::Move{direction}); };
-    const auto swap = [&](WorkspaceDirection direction) { workspace.perform(command::Swap{std::nullopt, direction}); };
-    switch (wanted) {
-    case commandCenter:
-        return;
-    case previousLayout:
-        workspace.perform(action::CycleLayout{LayoutStep::previous});
-        return;
-    case nextLayout:
-        workspace.perform(action::CycleLayout{});
-        return;
-    case arrangeWindows:
-        workspace.perform(action::Arrange{});
-        return;
-    case undo:
-        workspace.perform(action::Undo{});
-        return;
-    case focusLeft:
-        return focus(WorkspaceDirection::left);
-    case focusRight:
-        return focus(WorkspaceDirection::right);
-    case focusUp:
-        return focus(WorkspaceDirection::up);
-    case focusDown:
-        return focus(WorkspaceDirection::down);
-    case moveLeft:
-        return move(WorkspaceDirection::left);
-    case moveRight:
-        return move(WorkspaceDirection::right);
-    case moveUp:
-        return move(WorkspaceDirection::up);
-    case moveDown:
-        return move(WorkspaceDirection::down);
-    case focusZoom:
-        workspace.perform(action::ToggleFocusZoom{});
-        return;
-    case cycleStack:
-        workspace.perform(action::CycleStack{});
-        return;
-    case previousInStack:
-        workspace.perform(action::CycleStack{StackStep::previous});
-        return;
-    case swapLeft:
-        return swap(WorkspaceDirection::left);
-    case swapRight:
-        return swap(WorkspaceDirection::right);
-    case swapUp:
-        return swap(WorkspaceDirection::up);
-    case swapDown:
-        return swap(WorkspaceDirection::down);
-    case focusNextDisplay:
-        workspace.perform(command::FocusDisplay{DisplayStep::next});
-        return;
-    case focusPreviousDisplay:
-        workspace.perform(command::FocusDisplay{DisplayStep::previous});
-        return;
-    case moveToNextDisplay:
-        workspace.perform(command::MoveToDisplay{std::nullopt, DisplayStep::next});
-        return;
-    case moveToPreviousDisplay:
-        workspace.perform(command::MoveToDisplay{std::nullopt, DisplayStep::previous});
-        return;
-    case toggleFloating:
-        workspace.perform(command::ToggleFloating{});
-        return;
-    case placeInTile1:
-    case placeInTile2:
-    case placeInTile3:
-    case placeInTile4:
-    case placeInTile5:
-    case placeInTile6:
-    case placeInTile7:
-    case placeInTile8:
-    case placeInTile9:
-        workspace.perform(command::PlaceInNumbered{std::nullopt, static_cast<std::size_t>(wanted) -
-                                                                     static_cast<std::size_t>(placeInTile1) + 1});
-        return;
-    case pauseOrResume:
-        workspace.perform(action::Switch{action::Setting::isPaused, !*workspace.state().isPaused});
-        return;
-    case openPalette:
-        return; // no operation of the workspace
+/// Absent for the shortcuts that are no operation of the workspace.
+std::optional<WorkspaceAction> operationOf(KovaShortcutAction wanted, bool isPaused) {
+    using enum WorkspaceDirection;
+    static const std::pair<KovaShortcutAction, WorkspaceAction> kOperations[] = {
+        {previousLayout, action::CycleLayout{LayoutStep::previous}},
+        {nextLayout, action::CycleLayout{}},
+        {arrangeWindows, action::Arrange{}},
+        {undo, action::Undo{}},
+        {focusLeft, action::Focus{left}},
+        {focusRight, action::Focus{right}},
+        {focusUp, action::Focus{up}},
+        {focusDown, action::Focus{down}},
+        {moveLeft, action::Move{left}},
+        {moveRight, action::Move{right}},
+        {moveUp, action::Move{up}},
+        {moveDown, action::Move{down}},
+        {focusZoom, action::ToggleFocusZoom{}},
+        {cycleStack, action::CycleStack{}},
+        {previousInStack, action::CycleStack{StackStep::previous}},
+        {swapLeft, command::Swap{std::nullopt, left}},
+        {swapRight, command::Swap{std::nullopt, right}},
+        {swapUp, command::Swap{std::nullopt, up}},
+        {swapDown, command::Swap{std::nullopt, down}},
+        {focusNextDisplay, command::FocusDisplay{DisplayStep::next}},
+        {focusPreviousDisplay, command::FocusDisplay{DisplayStep::previous}},
+        {moveToNextDisplay, command::MoveToDisplay{std::nullopt, DisplayStep::next}},
+        {moveToPreviousDisplay, command::MoveToDisplay{std::nullopt, DisplayStep::previous}},
+        {toggleFloating, command::ToggleFloating{}},
+    };
+    if (wanted == pauseOrResume) return action::Switch{action::Setting::isPaused, !isPaused};
+    if (placeInTile1 <= wanted && wanted <= placeInTile9) {
+        const auto number = static_cast<std::size_t>(wanted) - static_cast<std::size_t>(placeInTile1) + 1;
+        return command::PlaceInNumbered{std::nullopt, number};
     }
+    const auto* found = std::ranges::find(kOperations, wanted, &std::pair<KovaShortcutAction, WorkspaceAction>::first);
+    return found == std::end(kOperations) ? std::nullopt : std::optional(found->second);
+}
+
+void run(WorkspaceController& workspace, KovaShortcutAction wanted) {
+    if (auto operation = operationOf(wanted, *workspace.state().isPaused)) workspace.perform(std::move(*operation));
 }
 
 KeyCombination combinationOf(const KovaShortcut& shortcut) {
