@@ -289,6 +289,11 @@ DisplayID displayIDOf(std::string_view targetID) {
     return DisplayID(targetID.substr(0, targetID.find(kTargetSeparator)));
 }
 
+std::string withDisplayRenamed(const std::string& targetID, const DisplayID& formerID, const DisplayID& newID) {
+    const auto slotID = slotIDOn(formerID, targetID);
+    return slotID ? tileTargetID(newID, *slotID) : targetID;
+}
+
 std::optional<std::string_view> slotIDOn(const DisplayID& displayID, std::string_view targetID) {
     if (!targetID.starts_with(displayID.text())) return std::nullopt;
     targetID.remove_prefix(displayID.text().size());

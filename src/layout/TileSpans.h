@@ -22,6 +22,9 @@ DisplayID displayIDOf(std::string_view targetID);
 /// The slot id of a tile-target id, if the tile is on that display; absent otherwise.
 std::optional<std::string_view> slotIDOn(const DisplayID& displayID, std::string_view targetID);
 
+/// The tile-target id, on the display with the new id if it was on the former one.
+std::string withDisplayRenamed(const std::string& targetID, const DisplayID& formerID, const DisplayID& newID);
+
 struct DisplayTileTarget {
     DisplayID displayID;
     TileSlot slot;

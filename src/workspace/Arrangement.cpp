@@ -154,13 +154,9 @@ void Arrangement::arrangeWindows() {
     frames_.reflow().forgetAllPushes();
     carryOutArrangement(plan);
 
-    std::vector<AutoArrangePlacement> deferred;
-    std::copy_if(plan.placements.begin(), plan.placements.end(), std::back_inserter(deferred),
-                 [](const AutoArrangePlacement& placement) { return placement.isDeferred; });
-    const Seconds delay = deferred.empty() ? Seconds{0} : kFollowUpDelay;
-    services_.queue.after(delay, lifetime_.guard([this, deferred = std::move(deferred), generation]() mutable {
-        carryOutDeferred(std::move(deferred), generation);
-    }));
+    if (std::ranges::any_of(plan.placements, &AutoArrangePlacement::isDeferred)) {
+        services_.queue.after(kFollowUpDelay, lifetime_.guard([this, generation] { carryOutDeferred(generation); }));
+    }
     learnFrom(plan);
     tileMemory_.homes().keepOnlyWaiting(assignments_);
 }
@@ -223,11 +219,11 @@ void Arrangement::carryOutDeferredPlacement(const AutoArrangePlacement& placemen
     presenter_.presentDisplaced({live->id});
 }
 
-void Arrangement::carryOutDeferred(std::vector<AutoArrangePlacement> deferred, std::int64_t generation) {
-    if (!arranger_.isNewest(generation) || deferred.empty()) return;
-    if (!access_.mayMoveWindows()) return;
+void Arrangement::carryOutDeferred(std::int64_t generation) {
+    if (!arranger_.isNewest(generation) || !access_.mayMoveWindows()) return;
     steps_.changeLater([&] {
-        for (const auto& placement : deferred) {
+        for (const auto& placement : arranger_.lastPlan().placements) {
+            if (!placement.isDeferred) continue;
             // Meanwhile the user may have put another window into its tile, or may be dragging it.
             const bool hasItsTile = assignments_.targetOf(placement.window.id) == placement.target.id();
             if (hasItsTile && !pointer_.isHolding(placement.window.id)) carryOutDeferredPlacement(placement);

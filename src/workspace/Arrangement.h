@@ -56,7 +56,7 @@ class Arrangement {
     void carryOutArrangement(const ArrangementPlan& plan);
     void presentPlacement(const AutoArrangePlacement& placement, const std::map<WindowID, CGRect>& frames);
     void carryOutDeferredPlacement(const AutoArrangePlacement& placement);
-    void carryOutDeferred(std::vector<AutoArrangePlacement> deferred, std::int64_t generation);
+    void carryOutDeferred(std::int64_t generation);
     void learnFrom(const ArrangementPlan& plan);
     TileAssignments assignmentsOnAbsentDisplays() const;
     std::optional<RuleTile> tileOfRule(const ManagedWindow& window) const;

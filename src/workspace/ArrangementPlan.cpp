@@ -423,11 +423,23 @@ ArrangementPlan planArrangement(const ArrangementInput& input) {
 }
 
 void ArrangementPlan::rename(const WindowID& windowID, const WindowID& newID) {
+    const auto rename = [&](auto& entries) {
+        for (auto& entry : entries) {
+            if (entry.window.id == windowID) entry.window.id = newID;
+        }
+    };
+    rename(placements);
+    rename(surplus);
+    rename(leftAlone);
+}
+
+void ArrangementPlan::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
+    const auto rename = [&](DisplayTileTarget& target) {
+        if (target.displayID == displayID) target.displayID = newID;
+    };
     for (auto& placement : placements) {
-        if (placement.window.id == windowID) placement.window.id = newID;
-    }
-    for (auto& left : surplus) {
-        if (left.window.id == windowID) left.window.id = newID;
+        rename(placement.target);
+        for (auto& claimed : placement.claimedTargets) rename(claimed);
     }
 }
 

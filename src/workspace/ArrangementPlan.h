@@ -87,6 +87,7 @@ struct ArrangementPlan {
     std::vector<std::string> explanation() const;
     /// Renames the window everywhere in the plan.
     void rename(const WindowID& windowID, const WindowID& newID);
+    void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
 };
 
 /// Deterministic: the same input gives the same plan.

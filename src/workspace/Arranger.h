@@ -9,6 +9,7 @@
 #include "support/MainQueue.h"
 #include "support/Published.h"
 #include "workspace/ArrangementPlan.h"
+#include "workspace/PartDefaults.h"
 
 #include <cstdint>
 #include <memory>
@@ -16,7 +17,7 @@
 
 namespace kova {
 
-class Arranger {
+class Arranger : public PartWithoutPolls {
   public:
     using Learning = std::shared_ptr<const AutoArrangeLearningModel>; // shared with undo snapshots
 
@@ -52,6 +53,9 @@ class Arranger {
     }
 
     void rename(const WindowID& windowID, const WindowID& newID) { lastPlan_.rename(windowID, newID); }
+    void renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
+        lastPlan_.renameDisplay(displayID, newID);
+    }
 
   private:
     MainQueue& queue_;

@@ -8,6 +8,7 @@
 #include "support/MainQueue.h"
 #include "workspace/DisplayAbsence.h"
 #include "workspace/LayoutMigration.h"
+#include "workspace/PartDefaults.h"
 #include "workspace/StrandedFloats.h"
 
 #include <functional>
@@ -22,7 +23,7 @@ namespace kova {
 
 struct WorkspaceProfile;
 
-class DisplayMemory {
+class DisplayMemory : public PartWithoutPolls {
   public:
     static constexpr Seconds kSettleTime{2};
 

@@ -28,6 +28,10 @@ void DividerDrag::begin(const DisplayLayoutDivider& target, const LayoutWeightOv
     lastUpdateUptime_ = queue_.uptime() - kUpdateInterval; // the first update is applied at once
 }
 
+void DividerDrag::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
+    if (active_ && active_->target.displayID == displayID) active_->target.displayID = newID;
+}
+
 void DividerDrag::update(double translationPoints) {
     if (!active_) return;
     pendingTranslation_ = translationPoints;

@@ -35,6 +35,7 @@ class DividerDrag {
     bool concerns(const DisplayLayoutDivider& divider) const;
 
     void begin(const DisplayLayoutDivider& target, const LayoutWeightOverrides& weightsInForce);
+    void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
     /// Points along the divider's axis from where it was at the beginning.
     void update(double translationPoints);
     /// Takes the pending translation and moves the weights by it; true when there was one. Where the divider cannot

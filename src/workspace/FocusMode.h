@@ -3,6 +3,7 @@
 #pragma once
 
 #include "support/Published.h"
+#include "workspace/PartDefaults.h"
 #include "workspace/UndoHistory.h"
 #include "workspace/WorkspaceState.h"
 
@@ -12,7 +13,7 @@
 
 namespace kova {
 
-class FocusMode {
+class FocusMode : public PartWithoutPolls {
   public:
     using PublishedMode = Published<std::optional<WorkspaceFocusMode>>;
 

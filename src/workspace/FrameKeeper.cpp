@@ -71,6 +71,7 @@ bool FrameKeeper::isWaiting() const {
 }
 
 void FrameKeeper::rename(const WindowID& windowID, const WindowID& newID) {
+    renameKey(refusals_, windowID, newID);
     sizes_.rename(windowID, newID);
     reflow_.rename(windowID, newID);
     renameKey(minimumsOfSpanning_, windowID, newID);

@@ -57,6 +57,7 @@ class FrameKeeper {
     /// Whether a request or a poll is still due for some window.
     bool isWaiting() const;
     void rename(const WindowID& windowID, const WindowID& newID);
+    void renameDisplay(const DisplayID& displayID, const DisplayID& newID) { reflow_.renameDisplay(displayID, newID); }
 
   private:
     std::map<WindowID, Refusal> refusals_; // by window id

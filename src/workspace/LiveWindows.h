@@ -74,6 +74,7 @@ class LiveWindows {
     bool isWaiting() const { return minimized_.isExpecting() || requests_.isWaiting(); }
     /// The list itself has the new id already.
     void rename(const WindowID& windowID, const WindowID& newID);
+    void renameDisplay(const DisplayID&, const DisplayID&) {} // windows know frames only
 
   private:
     void set(std::vector<ManagedWindow> windows);

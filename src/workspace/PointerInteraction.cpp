@@ -109,4 +109,13 @@ void PointerInteraction::rename(const WindowID& windowID, const WindowID& newID)
     }
 }
 
+void PointerInteraction::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
+    divider_.renameDisplay(displayID, newID);
+    if (auto* drag = std::get_if<WindowDrag>(&now_)) {
+        drag->before.renameDisplay(displayID, newID);
+    } else if (auto* divider = std::get_if<DraggingDivider>(&now_)) {
+        divider->before.renameDisplay(displayID, newID);
+    }
+}
+
 } // namespace kova

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "workspace/DividerDrag.h"
+#include "workspace/PartDefaults.h"
 #include "workspace/PresentationSuspension.h"
 #include "workspace/UndoHistory.h"
 
@@ -15,7 +16,7 @@
 
 namespace kova {
 
-class PointerInteraction {
+class PointerInteraction : public PartWithoutPolls {
   public:
     /// A button is down on a window, which may begin to move before that is noticed.
     struct Press {
@@ -74,6 +75,7 @@ class PointerInteraction {
     bool abandon();
 
     void rename(const WindowID& windowID, const WindowID& newID);
+    void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
 
   private:
     struct DraggingDivider {

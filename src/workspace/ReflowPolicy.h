@@ -6,6 +6,8 @@
 #include "support/Identifiers.h"
 #include "support/MainQueue.h"
 
+#include "workspace/Renaming.h"
+
 #include <functional>
 #include <map>
 #include <optional>
@@ -41,6 +43,9 @@ class ReflowPolicy {
     void noteSpanGivenBack(const WindowID& windowID) { ++givenBackCounts_[windowID]; }
     /// Renames the window.
     void rename(const WindowID& windowID, const WindowID& newID);
+    void renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
+        renameKey(lastReflowByDisplay_, displayID, newID);
+    }
     void keepOnly(const std::function<bool(const WindowID& windowID)>& isLive);
 
   private:

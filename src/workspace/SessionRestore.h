@@ -2,6 +2,7 @@
 // restored at most once, with the first poll; until then it is not overwritten. Times are uptimes.
 #pragma once
 
+#include "workspace/PollContext.h"
 #include "workspace/SessionKeeper.h"
 #include "workspace/SessionResumption.h"
 
@@ -62,6 +63,8 @@ class SessionRestore {
     /// Whether a timeout is pending, so that polls must go on.
     bool isWaiting() const { return !awaited_.empty() || !returning_.empty(); }
     void rename(const WindowID& windowID, const WindowID& newID);
+    void renameDisplay(const DisplayID&, const DisplayID&) {} // the stored session is compared with its own displays
+    void onPoll(const PollContext&) {}                        // ends by its deadlines
 
   private:
     SessionKeeper keeper_;

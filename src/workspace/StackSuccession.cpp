@@ -1,5 +1,8 @@
 #include "workspace/StackSuccession.h"
 
+#include "layout/TileSpans.h"
+#include "workspace/Renaming.h"
+
 #include <algorithm>
 
 namespace kova {
@@ -11,10 +14,11 @@ void StackSuccession::noteDisplaced(const WindowID& windowID, const std::string&
 }
 
 void StackSuccession::rename(const WindowID& windowID, const WindowID& newID) {
-    if (auto lost = lostTargetIDs_.extract(windowID)) {
-        lost.key() = newID;
-        lostTargetIDs_.insert(std::move(lost));
-    }
+    renameKey(lostTargetIDs_, windowID, newID);
+}
+
+void StackSuccession::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
+    for (auto& [windowID, lost] : lostTargetIDs_) lost = withDisplayRenamed(lost, displayID, newID);
 }
 
 void StackSuccession::keepOnly(const std::set<WindowID>& windowIDs) {

@@ -24,6 +24,7 @@ class StackSuccession {
     /// Forgets the window, which is a front window again.
     void forget(const WindowID& windowID) { lostTargetIDs_.erase(windowID); }
     void rename(const WindowID& windowID, const WindowID& newID);
+    void renameDisplay(const DisplayID& displayID, const DisplayID& newID);
     void keepOnly(const std::set<WindowID>& windowIDs);
 
     /// For each tile that had a front window in `before` and has none in `now`: the windows that may come forward, the

@@ -178,10 +178,7 @@ void TileAssignments::rename(const WindowID& windowID, const WindowID& newID) {
 }
 
 void TileAssignments::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
-    const std::string prefix = tileTargetID(displayID, "");
-    const auto renamed = [&](const std::string& target) {
-        return target.starts_with(prefix) ? tileTargetID(newID, target.substr(prefix.size())) : target;
-    };
+    const auto renamed = [&](const std::string& target) { return withDisplayRenamed(target, displayID, newID); };
     std::map<std::string, WindowID> fronts;
     for (auto& [target, window] : assignedWindowIDs) fronts.emplace(renamed(target), std::move(window));
     assignedWindowIDs = std::move(fronts);

@@ -24,6 +24,7 @@ void TileMemory::rename(const WindowID& windowID, const WindowID& newID) {
 void TileMemory::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {
     spaces_.renameDisplay(displayID, newID);
     homes_.renameDisplay(displayID, newID);
+    succession_.renameDisplay(displayID, newID);
 }
 
 } // namespace kova

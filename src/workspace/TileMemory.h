@@ -4,6 +4,7 @@
 #pragma once
 
 #include "workspace/LayoutHomes.h"
+#include "workspace/PartDefaults.h"
 #include "workspace/SpaceMemory.h"
 #include "workspace/StackSuccession.h"
 
@@ -13,7 +14,7 @@
 
 namespace kova {
 
-class TileMemory {
+class TileMemory : public PartWithoutPolls {
   public:
     SpaceMemory& spaces() { return spaces_; }
     const SpaceMemory& spaces() const { return spaces_; }

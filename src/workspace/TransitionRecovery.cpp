@@ -1,5 +1,7 @@
 #include "workspace/TransitionRecovery.h"
 
+#include "workspace/Renaming.h"
+
 #include <algorithm>
 
 namespace kova {
@@ -54,12 +56,7 @@ std::vector<WindowSuccessor> TransitionRecovery::takeSuccessors(const std::vecto
         if (isNew) newcomers.push_back(&window);
     }
     const auto successors = recogniseWindows(missing, newcomers);
-    for (const auto& successor : successors) {
-        for (auto& identity : identities_) {
-            if (identity.id == successor.formerID) identity.id = successor.id;
-        }
-        knownWindowIDs_.insert(successor.id);
-    }
+    for (const auto& successor : successors) rename(successor.formerID, successor.id);
     noteReturned(liveWindows);
     return successors;
 }
@@ -92,6 +89,15 @@ std::set<WindowID> TransitionRecovery::awaitedWindowIDs() const {
         if (!returnedWindowIDs_.contains(identity.id)) awaited.insert(identity.id);
     }
     return awaited;
+}
+
+void TransitionRecovery::rename(const WindowID& windowID, const WindowID& newID) {
+    for (auto& identity : identities_) {
+        if (identity.id == windowID) identity.id = newID;
+    }
+    renameIn(recoveredWindowIDs_, windowID, newID);
+    renameIn(returnedWindowIDs_, windowID, newID);
+    knownWindowIDs_.insert(newID);
 }
 
 } // namespace kova

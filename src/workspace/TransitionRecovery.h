@@ -3,6 +3,7 @@
 
 #include "support/MainQueue.h"
 #include "windowing/ScreenServicing.h"
+#include "workspace/PollContext.h"
 #include "workspace/TileAssignments.h"
 #include "workspace/UnseenTime.h"
 #include "workspace/WindowRecognition.h"
@@ -49,6 +50,10 @@ class TransitionRecovery {
 
     /// Whether a timeout or the unlock of the session is pending, so that polls must go on.
     bool isWaiting() const { return hasDeadline() || detectedLockedLoginSession; }
+
+    void rename(const WindowID& windowID, const WindowID& newID);
+    void renameDisplay(const DisplayID&, const DisplayID&) {} // the screens are compared as they were
+    void onPoll(const PollContext&) {}                        // ends by its deadline
 
     bool detectedLockedLoginSession = false;
 

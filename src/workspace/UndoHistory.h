@@ -5,6 +5,7 @@
 #include "layout/WorkspaceProfile.h"
 #include "support/MainQueue.h"
 #include "workspace/LayoutHomes.h"
+#include "workspace/PartDefaults.h"
 #include "workspace/SpaceMemory.h"
 #include "workspace/TileAssignments.h"
 
@@ -61,7 +62,7 @@ struct UndoEntry {
     bool operator==(const UndoEntry&) const = default;
 };
 
-class UndoHistory {
+class UndoHistory : public PartWithoutPolls {
   public:
     static constexpr std::size_t kLimit = 30;
 

@@ -15,35 +15,24 @@ WorkspaceParts::WorkspaceParts(const WorkspaceServices& servicesOfAgent, Callbac
     arranger(services.queue, services.preferences) {}
 
 void WorkspaceParts::renameWindow(const WindowID& formerID, const WindowID& newID) {
-    const auto rename = [&](auto& part) {
-        if constexpr (requires { part.rename(formerID, newID); }) part.rename(formerID, newID);
-    };
-    std::apply([&](auto&... part) { (rename(part), ...); }, all());
+    assignments.rename(formerID, newID);
+    std::apply([&](WorkspacePart auto&... part) { (part.rename(formerID, newID), ...); }, all(*this));
 }
 
 void WorkspaceParts::renameDisplay(const DisplayID& formerID, const DisplayID& newID) {
-    const auto rename = [&](auto& part) {
-        if constexpr (requires { part.renameDisplay(formerID, newID); }) part.renameDisplay(formerID, newID);
-    };
-    std::apply([&](auto&... part) { (rename(part), ...); }, all());
+    assignments.renameDisplay(formerID, newID);
+    std::apply([&](WorkspacePart auto&... part) { (part.renameDisplay(formerID, newID), ...); }, all(*this));
 }
 
 void WorkspaceParts::onPoll() {
     const PollContext poll{liveWindows.all(), services.queue.uptime(),
                            [this](const WindowID& id) { return liveWindows.find(id) != nullptr; },
                            [this](const WindowID& id) { return windowService->pendingFrame(id).has_value(); }};
-    const auto notify = [&](auto& part) {
-        if constexpr (requires { part.onPoll(poll); }) part.onPoll(poll);
-    };
-    std::apply([&](auto&... part) { (notify(part), ...); }, all());
+    std::apply([&](WorkspacePart auto&... part) { (part.onPoll(poll), ...); }, all(*this));
 }
 
 bool WorkspaceParts::isWaiting() const {
-    const auto waits = [](const auto& part) {
-        if constexpr (requires { part.isWaiting(); }) return part.isWaiting();
-        return false;
-    };
-    return std::apply([&](const auto&... part) { return (waits(part) || ...); }, all());
+    return std::apply([](const auto&... part) { return (part.isWaiting() || ...); }, all(*this));
 }
 
 } // namespace kova

@@ -19,12 +19,23 @@
 #include "workspace/WorkspaceServices.h"
 #include "workspace/WorkspaceState.h"
 
+#include <concepts>
 #include <functional>
 #include <memory>
 #include <string>
 #include <tuple>
 
 namespace kova {
+
+/// Every part says what it does when an id changes and when a poll has come, so that none is forgotten.
+template <class T>
+concept WorkspacePart = requires(T& part, const T& constPart, const WindowID& window, const DisplayID& display,
+                                 const PollContext& poll) {
+    part.rename(window, window);
+    part.renameDisplay(display, display);
+    part.onPoll(poll);
+    { constPart.isWaiting() } -> std::same_as<bool>;
+};
 
 struct WorkspaceParts {
     /// Callbacks of the objects' timers.
@@ -64,13 +75,11 @@ struct WorkspaceParts {
     bool isWaiting() const;
 
   private:
-    auto all() {
-        return std::tie(assignments, tileMemory, liveWindows, displays, undo, focusMode, pointer, frames, session,
-                        awaited, arranger, recovery);
-    }
-    auto all() const {
-        return std::tie(assignments, tileMemory, liveWindows, displays, undo, focusMode, pointer, frames, session,
-                        awaited, arranger, recovery);
+    /// Beside the assignments, which are a value.
+    template <class Self>
+    static auto all(Self& self) {
+        return std::tie(self.tileMemory, self.liveWindows, self.displays, self.undo, self.focusMode, self.pointer,
+                        self.frames, self.session, self.awaited, self.arranger, self.recovery);
     }
 };
 

@@ -381,6 +381,24 @@ TEST_F(NamelessDisplay, KeepsItsWindowsAndItsLayoutInEverySize) {
     EXPECT_EQ(windowsInTiles(), before);
 }
 
+TEST_F(NamelessDisplay, TheLastArrangementAndDisplacedWindowsFollowIt) {
+    desk.arrange().desktop.resizeDisplay("VM", {1280, 800});
+    desk.settle();
+    const auto& placements = desk.controller().lastArrangement().placements;
+    ASSERT_FALSE(placements.empty());
+    for (const auto& placement : placements) EXPECT_EQ(placement.target.displayID, desk.displayIDOf("VM"));
+
+    StackSuccession succession;
+    succession.noteDisplaced("notes", "D::left", "D::right");
+    succession.renameDisplay("D", "E");
+    TileAssignments former, now;
+    (void)former.assign("mail", {"E::left"});
+    now.insertIntoStack("E::right", "notes", TileAssignments::StackPosition::behind);
+    const auto candidates = succession.candidates(former, now);
+    ASSERT_EQ(candidates.size(), 1u);
+    EXPECT_EQ(candidates[0], (std::vector<Promotion>{{"notes", "E::left"}}));
+}
+
 TEST(DisplaySuccession, IsGuessedOnlyWhereThereIsOneAnswer) {
     const DisplayID a = "display-0-0-1920x1080", b = "display--1920-0-1920x1080", c = "display-0-0-1280x800";
     const DisplayID other = "display-1920-0-2560x1440", device = "display-8A0F0DCC-11C8-8F52-9AAC-00DE52A1B4F5";

@@ -40,6 +40,9 @@ TEST_F(FrameKeeperTest, TheSameFrameIsRequestedOnlyALimitedNumberOfTimes) {
     const CGRect otherTile = makeRect(200, 0, 100, 100);
     EXPECT_EQ(frames.decide(window, otherTile, Straying::noticeable, std::nullopt), askAgain) << "it may want that";
     refuse(windowAt(makeRect(60, 0, 100, 100)));
+    frames.rename("mail", "mail of another tab");
+    EXPECT_TRUE(!frames.refusal("mail") && frames.refusal("mail of another tab")) << "the same window goes on refusing";
+    frames.rename("mail of another tab", "mail");
     frames.forgetRefusal("mail");
     EXPECT_EQ(frames.decide(window, kTile, Straying::noticeable, std::nullopt), askAgain);
 }

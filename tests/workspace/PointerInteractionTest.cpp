@@ -61,7 +61,13 @@ TEST_F(PointerInteractionTest, FollowsNewNamesInEveryState) {
     pointer.rename("mail", "mail2");
     EXPECT_FALSE(pointer.noteDividerFrame("mail2", frame)) << "it has that frame already";
     EXPECT_TRUE(pointer.noteDividerFrame("mail2", makeRect(0, 0, 20, 10)));
-    EXPECT_EQ(pointer.endDividerDrag()->before.tiles.targetOf("mail2"), "D::a");
+    pointer.renameDisplay("D", "E");
+    const auto move = pointer.endDividerDrag();
+    EXPECT_EQ(move->before.tiles.targetOf("mail2"), "E::a");
+    EXPECT_EQ(move->drag.target.displayID, "E");
+    pointer.beginWindowDrag("mail", before);
+    pointer.renameDisplay("D", "E");
+    EXPECT_EQ(pointer.endWindowDrag()->before.tiles.targetOf("mail"), "E::a");
 }
 
 } // namespace
