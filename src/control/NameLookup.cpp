@@ -202,6 +202,15 @@ ControlResult<ManagedWindow> lookUpWindowOrDialog(const WorkspaceController& con
     return found;
 }
 
+const UnmanagedWindow* findUnmanagedWindow(const WorkspaceController& controller, std::string_view wanted) {
+    std::vector<NamedThing> windows;
+    for (const UnmanagedWindow& window : controller.unmanagedWindows()) {
+        windows.push_back({window.id.text(), {window.applicationName, window.title}, window.id.text()});
+    }
+    const auto found = lookUp("window", wanted, windows, Numbered::no);
+    return found ? &controller.unmanagedWindows()[*found] : nullptr;
+}
+
 ControlResult<WorkspaceScene> lookUpScene(const WorkspaceController& controller, std::string_view wanted) {
     const auto& scenes = *controller.state().scenes;
     auto id = controller.findScene(std::string(wanted));

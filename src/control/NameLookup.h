@@ -50,6 +50,8 @@ ControlResult<ManagedWindow> lookUpWindow(const WorkspaceController& controller,
 ControlResult<ManagedWindow> lookUpWindowOfApplication(const WorkspaceController& controller, std::string_view wanted);
 /// Finds a window, or else a dialog by its id or title.
 ControlResult<ManagedWindow> lookUpWindowOrDialog(const WorkspaceController& controller, std::string_view wanted);
+/// A window that is not managed, by its id, title or application; null unless there is one answer.
+const UnmanagedWindow* findUnmanagedWindow(const WorkspaceController& controller, std::string_view wanted);
 /// By its exact name, else the first of that name in another case, else by its id. Never by a part of its name, since
 /// scenes are deleted by name.
 ControlResult<WorkspaceScene> lookUpScene(const WorkspaceController& controller, std::string_view wanted);

@@ -123,13 +123,8 @@ std::vector<std::string> explainWindow(const WorkspaceController& controller, co
     const auto now = decisionIn(controller.planArrangement(), window.id);
     const auto causes = controller.whyItStays(window);
     lines.insert(lines.end(), causes.begin(), causes.end());
-    if (!now) {
-        if (causes.empty()) lines.push_back("An arrangement leaves it alone.");
-    } else if (now != then) {
-        lines.push_back("Arranging now would decide: " + *now);
-    } else {
-        lines.push_back("Arranging now would decide the same.");
-    }
+    if (now)
+        lines.push_back(now == then ? "Arranging now would decide the same." : "Arranging now would decide: " + *now);
     return lines;
 }
 
@@ -148,7 +143,13 @@ ControlReply explain(const WorkspaceController& controller, const JsonCursor& pa
     }
     if (auto failure = withoutPermission(controller)) return *failure;
     const auto found = lookUpWindowOrDialog(controller, named->string());
-    if (!found) return found.error();
+    if (!found) {
+        const UnmanagedWindow* unmanaged = findUnmanagedWindow(controller, named->string());
+        if (!unmanaged) return found.error();
+        const std::string line =
+            unmanaged->applicationName + " “" + unmanaged->title + "” is not managed: " + unmanaged->reason + ".";
+        return json{{"window", nullptr}, {"lines", {line}}, {"decisions", json::array()}};
+    }
     const auto& window = *found;
     return json{{"window", controlRecord::window(window, controller)},
                 {"lines", explainWindow(controller, window)},

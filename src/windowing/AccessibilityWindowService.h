@@ -53,7 +53,8 @@ struct UnlistedWindow {
 struct WindowEnumeration {
     std::vector<ManagedWindow> listed;
     std::vector<UnlistedWindow> unlisted; // in the order of the known windows
-    std::vector<pid_t> applications;      // those whose windows are managed
+    std::vector<UnmanagedWindow> unmanaged;
+    std::vector<pid_t> applications; // those whose windows are managed
     std::uint64_t shownSpace = 0;
 };
 

@@ -39,7 +39,16 @@ struct ManagedWindow {
     std::optional<WindowSizeHints> sizeHints;
     /// Of a dialog: the id of its window, which is no dialog itself. Absent for other windows.
     std::optional<WindowID> parentID{};
+
     bool operator==(const ManagedWindow&) const = default;
+};
+
+/// A window that takes no part in anything, as a panel does.
+struct UnmanagedWindow {
+    WindowID id;
+    std::string applicationName;
+    std::string title;
+    std::string reason; // “it is smaller than 120 × 80 points”
 };
 
 /// Whether the published list of windows need not change: frame and title do not count.

@@ -116,23 +116,33 @@ std::optional<WindowID> ownerOf(const WindowCandidate& dialog, const std::vector
     return std::nullopt;
 }
 
-std::optional<WindowCandidate> candidateIn(const Answers& answers, const AccessibilityElement& element,
-                                           pid_t processIdentifier) {
-    if (!isManagedKind(answers)) return std::nullopt;
+std::string titleIn(const Answers& answers) {
+    const auto* title = answers.get<std::string>(AccessibilityAttribute::title);
+    return title ? *title : std::string(kUntitled);
+}
+
+/// Absent for a window that is managed.
+std::optional<std::string_view> whyNotManaged(const Answers& answers) {
+    if (!isManagedKind(answers)) return "it is a panel, a menu or another kind of window that is left alone";
     const auto frame = answers.frame();
     if (frame && (frame->size.width < kSmallestManagedSize.width || frame->size.height < kSmallestManagedSize.height)) {
-        return std::nullopt;
+        return "it is smaller than 120 × 80 points";
     }
-    const auto* title = answers.get<std::string>(AccessibilityAttribute::title);
+    return std::nullopt;
+}
+
+std::optional<WindowCandidate> candidateIn(const Answers& answers, const AccessibilityElement& element,
+                                           pid_t processIdentifier) {
+    if (whyNotManaged(answers)) return std::nullopt;
     const auto* parent = answers.get<AccessibilityElement>(AccessibilityAttribute::parent);
     const bool isInWindow = parent && parent->hash != 0 && parent->processIdentifier == processIdentifier;
     return WindowCandidate{.id = windowID(processIdentifier, element),
                            .element = element,
-                           .title = title ? *title : std::string(kUntitled),
+                           .title = titleIn(answers),
                            .isMinimized = answers.isTrue(AccessibilityAttribute::minimized),
                            .isFullScreen = answers.isTrue(AccessibilityAttribute::fullScreen),
                            .isMaximized = answers.isTrue(AccessibilityAttribute::maximized),
-                           .frame = frame,
+                           .frame = answers.frame(),
                            .minimumSize = answers.minimumSize(),
                            .parentID = isInWindow ? std::optional(windowID(processIdentifier, *parent)) : std::nullopt};
 }
@@ -143,6 +153,7 @@ std::optional<WindowCandidate> candidateIn(const Answers& answers, const Accessi
 struct AccessibilityWindowService::Roll {
     std::uint64_t shownSpace = 0;
     std::vector<ManagedWindow> windows;
+    std::vector<UnmanagedWindow> unmanaged;
     std::unordered_set<WindowID> answered; // ids of listed elements that are managed
     std::unordered_set<pid_t> processes;   // of the applications whose windows are managed
 };
@@ -169,7 +180,8 @@ WindowEnumeration AccessibilityWindowService::enumerateWindows(std::span<const K
     }
     auto unlisted = unlistedWindows(known, roll);
     std::vector<pid_t> applications(roll.processes.begin(), roll.processes.end());
-    return {std::move(roll.windows), std::move(unlisted), std::move(applications), roll.shownSpace};
+    return {std::move(roll.windows), std::move(unlisted), std::move(roll.unmanaged), std::move(applications),
+            roll.shownSpace};
 }
 
 void AccessibilityWindowService::enumerateWindows(const RunningApplication& application,
@@ -182,18 +194,21 @@ void AccessibilityWindowService::enumerateWindows(const RunningApplication& appl
     if (!elements || elements->empty()) return;
     const auto* focused = answers.get<AccessibilityElement>(AccessibilityAttribute::focusedWindow);
 
+    const std::string name = application.localizedName.value_or(std::string(kUnnamedApplication));
     std::vector<Found> found;
     std::unordered_set<WindowID> seen;
     for (const auto& element : *elements) {
         const Answers window(accessibility_, element, kWindowAttributes);
         auto candidate = candidateIn(window, element, process);
+        if (const auto reason = whyNotManaged(window)) {
+            roll.unmanaged.push_back({windowID(process, element), name, titleIn(window), std::string(*reason)});
+        }
         if (!candidate || !seen.insert(candidate->id).second) continue;
         roll.answered.insert(candidate->id);
         const auto space = accessibility_.spaceOf(element);
         found.push_back({std::move(*candidate), space, space && *space != roll.shownSpace});
     }
 
-    const std::string name = application.localizedName.value_or(std::string(kUnnamedApplication));
     const auto applicationIcon = icon(application);
     const std::size_t first = roll.windows.size();
     roll.windows.reserve(first + found.size());

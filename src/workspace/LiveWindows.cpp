@@ -34,6 +34,7 @@ bool LiveWindows::take(std::vector<ManagedWindow> found, Seconds begun) {
 
 void LiveWindows::clear() {
     set(dialogs_.takeFrom({}));
+    unmanaged_.clear();
     requests_.clear();
 }
 

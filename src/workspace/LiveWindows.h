@@ -39,6 +39,10 @@ class LiveWindows {
     /// Forgets all windows, without the permission.
     void clear();
 
+    /// As of the last poll.
+    const std::vector<UnmanagedWindow>& unmanaged() const { return unmanaged_; }
+    void noteUnmanaged(std::vector<UnmanagedWindow> windows) { unmanaged_ = std::move(windows); }
+
     const AttachedDialogs& dialogs() const { return dialogs_; }
     AttachedDialogs& dialogs() { return dialogs_; }
 
@@ -81,6 +85,7 @@ class LiveWindows {
 
     std::vector<ManagedWindow> windows_;
     std::unordered_map<WindowID, std::size_t> indexByID_;
+    std::vector<UnmanagedWindow> unmanaged_;
     AttachedDialogs dialogs_;
     MinimizedWindows minimized_;
     PresentationRequests requests_;

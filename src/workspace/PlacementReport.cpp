@@ -32,6 +32,8 @@ std::vector<std::string> PlacementReport::whyItStays(const ManagedWindow& window
     situation.refusal = frames_.refusal(window.id);
     situation.attempts = FrameKeeper::kAttempts;
     situation.isPlacementPending = windowService_.pendingFrame(window.id).has_value();
+    situation.isOffScreen = presenter_.isOffScreen(window);
+    situation.manager = arrangement_.whyWindowsStay();
     situation.isFloating = state_.floatingWindowIDs->contains(window.id);
     if (arrangement_.isExcludedByRules(window)) {
         const WorkspaceRule& rule = (*state_.rules)[*decidingRule(*state_.rules, window)];

@@ -37,6 +37,10 @@ std::vector<std::string> whyItStays(const WindowSituation& situation) {
     } else if (situation.isPlacementPending) {
         causes.push_back("It was asked for its frame a moment ago, and whether it obeys is being verified.");
     }
+    if (situation.isOffScreen && !situation.leftAlone) {
+        causes.push_back("It is on no screen although it is neither minimized nor hidden, so KOVA cannot show it.");
+    }
+    if (situation.manager) causes.push_back(*situation.manager);
     if (situation.isFloating) causes.push_back("It floats until it is put into a tile.");
     if (situation.rule) causes.push_back("An arrangement leaves it alone: the rule " + *situation.rule + ".");
     if (situation.isDisplayAwaited) {

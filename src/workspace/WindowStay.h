@@ -19,11 +19,13 @@ struct WindowSituation {
     const Refusal* refusal = nullptr; // null without a refusal
     int attempts = 0;                 // the number of requests for one frame
     bool isPlacementPending = false;
-    bool isFloating = false;           // by command
-    std::optional<std::string> rule{}; // that excludes it from arrangements, as in: “Notes float” says float
-    bool isDisplayAwaited = false;     // its display was just disconnected
-    bool isAwaitedByLaunch = false;    // a tile waits for a window of its application
-    bool isAwaitedByScene = false;     // a scene waits for one
+    bool isOffScreen = false;             // it is shown nowhere although it is neither minimized nor hidden
+    std::optional<std::string> manager{}; // why windows do not go where they are sent, as a sentence
+    bool isFloating = false;              // by command
+    std::optional<std::string> rule{};    // that excludes it from arrangements, as in: “Notes float” says float
+    bool isDisplayAwaited = false;        // its display was just disconnected
+    bool isAwaitedByLaunch = false;       // a tile waits for a window of its application
+    bool isAwaitedByScene = false;        // a scene waits for one
 };
 
 /// Empty if the window is in its tile, or will get a request for its frame.

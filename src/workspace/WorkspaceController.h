@@ -49,6 +49,8 @@ class WorkspaceController {
     const WorkspaceState& state() const { return parts_.state; }
     /// The last enumeration, unfiltered.
     const std::vector<ManagedWindow>& liveWindows() const { return parts_.liveWindows.all(); }
+    /// Windows of ordinary applications that are not among `liveWindows` and are no dialogs, with the reason.
+    const std::vector<UnmanagedWindow>& unmanagedWindows() const { return parts_.liveWindows.unmanaged(); }
     /// Dialogs that belong to a window; they are not among `liveWindows`.
     const AttachedDialogs& dialogs() const { return parts_.liveWindows.dialogs(); }
     const TileAssignments& assignments() const { return parts_.assignments; }

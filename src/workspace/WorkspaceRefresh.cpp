@@ -52,6 +52,7 @@ void WorkspaceController::applyGrantedPoll(WindowEnumeration found, Seconds begu
     for (const auto& window : parts_.liveWindows) {
         if (!window.isElsewhere) shownBefore.insert(window.id);
     }
+    parts_.liveWindows.noteUnmanaged(std::move(found.unmanaged));
     const bool hasOtherTitles =
         parts_.liveWindows.take(withUnlisted(std::move(found), parts_.liveWindows.all()), begun);
     const bool haveOthersLeft = std::ranges::any_of(

@@ -242,6 +242,11 @@ TEST_F(AgentMethods, ExplainsEachWindow) {
     EXPECT_NE(explained("film").find("Rule “Film floats” decides: float"), std::string::npos);
     result("layout.prefer", {{"tile", "secondary-1"}});
     EXPECT_EQ(explanation().find("is offered to"), std::string::npos);
+    desk.opens("Tip", {.frame = makeRect(10, 10, 100, 50)}).settle();
+    EXPECT_EQ(explained("tip"), "Tip “Tip” is not managed: it is smaller than 120 × 80 points.\n");
+    desk.desktop.close("Tip");
+    desk.settle();
+    EXPECT_NE(error("explain", {{"window", "tip"}})["message"], "");
 }
 
 TEST_F(AgentMethods, ArrangeAfterLaunchIsSwitchedOnAndOff) {
