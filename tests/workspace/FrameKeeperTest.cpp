@@ -66,6 +66,15 @@ TEST_F(FrameKeeperTest, WhatCountsAsStrayed) {
     }
 }
 
+TEST_F(FrameKeeperTest, APlacementOfAWindowThatWasHeldMeanwhileIsWaitedFor) {
+    const auto window = windowAt(makeRect(0, 0, 150, 100));
+    frames.noteAsked("mail");
+    frames.noteWithoutTarget(window); // held by the pointer
+    EXPECT_EQ(frames.decide(window, kTile, Straying::noticeable, kTile), leave);
+    EXPECT_TRUE(frames.isWaiting()) << "its outcome is not known yet";
+    EXPECT_EQ(frames.decide(window, kTile, Straying::noticeable, std::nullopt), askAgain);
+}
+
 TEST_F(FrameKeeperTest, AWindowThatIsThereRefusesNothing) {
     refuse(windowAt(makeRect(50, 0, 100, 100)));
     EXPECT_EQ(frames.decide(windowAt(kTile), kTile, Straying::noticeable, std::nullopt), leave);
