@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 
 namespace kova {
 
@@ -229,6 +230,46 @@ TEST(FocusModeStories, AWindowWithoutATileCanBeZoomedAndTheZoomEndsWithItsDispla
     desk.settle();
     EXPECT_EQ(*desk.state().focusMode, std::nullopt);
     EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Mail")), "Mail 1500,90 600x400");
+}
+
+TEST(FocusModeStories, AnActionThatIsRefusedWhileTheScreenIsNotSeenLeavesTheZoomAsItIs) {
+    Scenario desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Codex").opens("Mail").arrange();
+    desk.perform(action::CaptureScene{});
+    desk.desktop.userFocuses("Mail");
+    const auto divider = desk.controller().dividers().front();
+    desk.zoom();
+    const auto zoomed = *desk.state().focusMode;
+    const auto setPaused = [&](bool on) { desk.perform(action::Switch{action::Setting::isPaused, on}); };
+    const std::tuple<const char*, std::function<void()>, std::function<void()>> absences[] = {
+        {"paused", [&] { setPaused(true); }, [&] { setPaused(false); }},
+        {"locked", [&] { desk.desktop.setLocked(true); }, [&] { desk.desktop.setLocked(false); }},
+        {"asleep", [&] { desk.sleep(); }, [&] { desk.wake(); }},
+    };
+    const WorkspaceAction actions[] = {
+        action::Arrange{},
+        action::Undo{},
+        action::ToggleFocusZoom{},
+        action::CycleStack{},
+        action::Move{left},
+        WindowCommand(command::PlaceInNumbered{desk.desktop.windowIDOf("Mail"), 1}),
+        action::ActivateScene{desk.state().scenes->back().id},
+        action::MoveDivider{divider, 100},
+        action::CycleLayout{},
+    };
+    for (const auto& [absence, begin, end] : absences) {
+        begin();
+        desk.settle();
+        for (const auto& action : actions) {
+            desk.perform(action);
+            EXPECT_FALSE(desk.wasCarriedOut()) << absence << " " << action.index();
+            EXPECT_EQ(*desk.state().focusMode, zoomed) << absence << " " << action.index();
+        }
+        end();
+        desk.rest();
+        EXPECT_EQ(*desk.state().focusMode, zoomed) << absence;
+        EXPECT_EQ(desk.desktop.describeWindow(desk.desktop.window("Mail")), "Mail 15,15 2530x1382");
+    }
 }
 
 TEST(FocusModeStories, WhatWasHiddenStaysHidden) {
