@@ -156,13 +156,22 @@ Scenario& Scenario::focus(WorkspaceDirection direction) {
     return perform(action::Focus{direction});
 }
 
+Seconds Scenario::settlingTime() const {
+    constexpr Seconds kTwoPolls = 8 * SimulatedDesktop::kReadDeadline;
+    const auto running = desktop.runningApplications();
+    const bool isSlow = std::ranges::any_of(
+        running, [&](const auto& application) { return desktop.isSilent(application.processIdentifier); });
+    return isSlow ? kSettlingTime + kTwoPolls : kSettlingTime;
+}
+
 Scenario& Scenario::advance(Seconds duration) {
+    const Seconds needed = settlingTime();
     const int closedBefore = desktop.closedCount();
     noteLosses();
     desktop.queue().advance(duration);
     noteLosses();
     // A window that closed itself meanwhile may be noticed only by the next poll.
-    isSettled_ = duration >= kSettlingTime && desktop.closedCount() == closedBefore;
+    isSettled_ = duration >= needed && desktop.closedCount() == closedBefore;
     isSettled_ = isSettled_ && desktop.queue().uptime() >= lossesNoticed_;
     checkPromises();
     return *this;

@@ -27,6 +27,8 @@ class Scenario {
     /// Long enough for an arrangement, its second pass and the verification of both, and for the polls that repair
     /// drift; too short for a status message to end.
     static constexpr Seconds kSettlingTime{2.4};
+    /// Longer while an application does not respond, since each poll waits for it.
+    Seconds settlingTime() const;
 
     Scenario();
     ~Scenario();
@@ -65,7 +67,7 @@ class Scenario {
 
     // Time
     Scenario& advance(Seconds duration);
-    Scenario& settle() { return advance(kSettlingTime); }
+    Scenario& settle() { return advance(settlingTime()); }
     /// Long enough for windows to show minimum sizes that they have not announced, and for others to make room.
     Scenario& rest();
 

@@ -9,11 +9,18 @@ AnnouncementAnswer SimulatedAnnouncements::request(const AccessibilityElement& e
     ++requestCount_;
     if (refusing_.contains(element.processIdentifier)) return AnnouncementAnswer::refuses;
     asked_.insert({element.processIdentifier, element.hash});
+    dropped_.erase({element.processIdentifier, element.hash});
     return AnnouncementAnswer::announces;
+}
+
+void SimulatedAnnouncements::end(const AccessibilityElement& element) {
+    asked_.erase({element.processIdentifier, element.hash});
+    dropped_.erase({element.processIdentifier, element.hash});
 }
 
 bool SimulatedAnnouncements::isAnnounced(pid_t process, std::uint64_t hash) {
     if (style_ == AnnouncementStyle::unasked) return true;
+    if (dropped_.contains({process, hash})) noteLoss();
     if (!asked_.contains({process, hash})) return false;
     if (toLose_ == 0) return true;
     --toLose_;

@@ -34,15 +34,16 @@ class SimulatedAnnouncements {
     int requestCount() const { return requestCount_; }
 
     AnnouncementAnswer request(const AccessibilityElement& element);
-    void end(const AccessibilityElement& element) { asked_.erase({element.processIdentifier, element.hash}); }
-    /// The system drops what was requested, as it does with the permission.
-    void endAll() { asked_.clear(); }
+    void end(const AccessibilityElement& element);
+    /// The system drops what was requested, as it does with the permission. Until KOVA ends or repeats its requests,
+    /// their announcements are lost.
+    void endAll() { dropped_.merge(std::exchange(asked_, {})); }
     /// Whether the element, an application where the hash is 0, announces its latest change.
     bool isAnnounced(pid_t process, std::uint64_t hash);
 
   private:
     AnnouncementStyle style_ = AnnouncementStyle::unasked;
-    std::set<std::pair<pid_t, std::uint64_t>> asked_;
+    std::set<std::pair<pid_t, std::uint64_t>> asked_, dropped_;
     std::set<pid_t> refusing_;
     int toLose_ = 0;
     int lostCount_ = 0;
