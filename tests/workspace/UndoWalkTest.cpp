@@ -1,42 +1,39 @@
-// Whatever a person does, each step back brings back what was before that step: tiles, stacks, anchors, frames, what
-// was minimized or hidden, the profile and the accent color. A failure prints the seed and the story so far.
-// KOVA_RANDOM_SEED runs one seed, KOVA_RANDOM_DAYS that many seeds from it on.
-#include "tests/harness/Scenario.h"
-#include "tests/workspace/Seeds.h"
+// Whatever a user does, each step back brings back what was before that step: tiles, stacks, anchors, frames, what was
+// minimized or hidden, the profile and the accent color.
+#include "tests/workspace/RandomWalk.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <functional>
+#include <array>
 #include <map>
-#include <random>
 
 namespace kova {
 
 namespace {
 
 constexpr std::uint32_t kUsualWalks = 30;
-constexpr int kStepsPerWalk = 45; // more than the history keeps
-constexpr std::size_t kMostWindows = 10;
-enum class Pace { calm, hasty };
-
+constexpr std::size_t kStepsPerWalk = 45;  // more than the history keeps
 constexpr double kLongestHastyPause = 0.6; // seconds
 constexpr CGSize kCell{17, 31};            // users and programs choose whole cells
 
-class UndoWalk {
+enum class Pace { calm, hasty };
+
+class UndoWalk : public RandomWalk {
   public:
-    UndoWalk(std::uint32_t seed, Pace pace) : pace_(pace), random_(seed) {
-        desk_.display(2560, 1440).display(1920, 1080);
-        desk_.desktop.setHidingStyle(chance(2) ? HidingStyle::hidesApplication : HidingStyle::iconifiesWindows);
-        desk_.start();
-        for (int i = 0; i < (isHasty() ? 7 : 4); ++i) openWindow();
-        desk_.settle();
-        for (int step = 0; step < kStepsPerWalk && !testing::Test::HasFailure(); ++step) takeStep();
-        if (isHasty()) desk_.settle();
-        story_ += "\n  and all of it back";
-        isWalkedBack_ = true;
-        while (*desk_.state().canUndo && !testing::Test::HasFailure()) stepBack();
-        if (testing::Test::HasFailure()) ADD_FAILURE() << "seed " << seed << story_;
+    explicit UndoWalk(std::uint32_t seed, Pace pace = Pace::calm) : RandomWalk(seed), isHasty_(pace == Pace::hasty) {
+        kinds_.merge(Kinds{
+            {"locked for a while", [this] { interrupt([this] { desk_.desktop.setLocked(true); }); }},
+            {"asleep for a while", [this] { interrupt([this] { desk_.sleep(); }); }},
+            {"without permission for a while", [this] { interrupt([this] { desk_.desktop.setTrusted(false); }); }},
+            {"other displays", [this] { changeDisplays(); }},
+        });
+        kinds_["undo"] = [this] { stepBack(); };
+    }
+    Operations anyOperations() override {
+        return draw(kStepsPerWalk, [this] {
+            return isHasty_ || chance(2) ? kCommands[below(kCommands.size())] : kOthers[below(kOthers.size())];
+        });
     }
 
   private:
@@ -47,22 +44,57 @@ class UndoWalk {
         WorkspaceProfile profile;
         std::string accentColor;
     };
-    struct Step {
-        const char* name;
-        std::function<void()> take;
-        bool isCommand = false; // one of KOVA, which may follow the one before at once
-    };
-
-    bool isHasty() const { return pace_ == Pace::hasty; }
-    std::size_t below(std::size_t count) { return random_() % count; }
-    bool chance(std::size_t oneIn) { return below(oneIn) == 0; }
+    void begin() override {
+        desk_.display(2560, 1440).display(1920, 1080);
+        desk_.desktop.setHidingStyle(chance(2) ? HidingStyle::hidesApplication : HidingStyle::iconifiesWindows);
+        desk_.start();
+        for (int i = 0; i < (isHasty_ ? 7 : 4); ++i) perform("opens");
+        desk_.settle();
+    }
+    void step(const std::string& name) override {
+        const bool wasZoomed = desk_.state().focusMode->has_value();
+        // Every step begins with the display as it was before it was given to one window.
+        const Picture before = wasZoomed && beforeZoom_ ? *beforeZoom_ : isHasty_ ? requestedPicture() : picture();
+        std::set<WallTime> knownEntries;
+        for (const auto& entry : desk_.controller().undoHistory().entries()) knownEntries.insert(entry.time);
+        desk_.advance(Seconds(0.001));
+        areDisplaysOthers_ = false;
+        perform(name);
+        if (isHasty_ && chance(4)) expectCarriedOut();
+        if (name == "opens a scene") desk_.advance(Seconds(26)); // until no window is awaited any more
+        desk_.advance(isHasty_ ? Seconds(kLongestHastyPause * number(7) / 6) : Seconds(4));
+        if (areDisplaysOthers_) { // frames and tiles of other displays cannot come back
+            before_.clear();
+            beforeZoom_.reset();
+            return;
+        }
+        int added = 0;
+        for (const auto& entry : desk_.controller().undoHistory().entries()) {
+            if (knownEntries.contains(entry.time)) continue;
+            ++added;
+            before_.insert_or_assign(entry.time, before);
+        }
+        EXPECT_LE(added, 1) << "one step of a user is one step back";
+        const bool isZoomed = desk_.state().focusMode->has_value();
+        const bool isBack = wasZoomed && !isZoomed && added == 0 && beforeZoom_ && name == "zoom";
+        if (isBack && isHasty_) expectCarriedOut();
+        if (isBack) expectAgain(*beforeZoom_);
+        if (isZoomed && !wasZoomed) beforeZoom_ = before;
+        if (!isZoomed) beforeZoom_.reset();
+    }
+    void end() override {
+        if (isHasty_) desk_.settle();
+        story_ += "\n  and all of it back";
+        isWalkedBack_ = true;
+        for (std::size_t i = desk_.controller().undoHistory().size(); i > 0 && *desk_.state().canUndo; --i) stepBack();
+    }
 
     Picture picture() {
         Picture out{desk_.controller().assignments(), {}, {}, *desk_.state().profile, *desk_.state().accentColorID};
         for (const auto* window : desk_.desktop.livingWindows()) {
             const WindowID id = desk_.desktop.windowIDOf(window->label());
             std::string& text = out.windows[id] = desk_.desktop.describeWindow(*window);
-            if (isHasty()) text = desk_.desktop.isOnScreen(*window) ? "shown" : "away";
+            if (isHasty_) text = desk_.desktop.isOnScreen(*window) ? "shown" : "away";
             // Where hiding means iconifying, an application is hidden by those of its windows that left with it.
             constexpr std::string_view kBoth = " minimized hidden";
             if (const auto at = text.find(kBoth); at != std::string::npos) text.replace(at, kBoth.size(), " minimized");
@@ -184,43 +216,6 @@ class UndoWalk {
         return description;
     }
 
-    void takeStep() {
-        const Step* chosen = &steps_[below(steps_.size())];
-        while (isHasty() && !chosen->isCommand) chosen = &steps_[below(steps_.size())];
-        const Step& step = *chosen;
-        story_ += std::string("\n  ") + step.name;
-        const bool isZoomStep = std::string_view(step.name) == "zoom";
-        const bool wasZoomed = desk_.state().focusMode->has_value();
-        // Every step begins with the display as it was before it was given to one window.
-        const Picture before = wasZoomed && beforeZoom_ ? *beforeZoom_ : isHasty() ? requestedPicture() : picture();
-        std::set<WallTime> knownEntries;
-        for (const auto& entry : desk_.controller().undoHistory().entries()) knownEntries.insert(entry.time);
-        desk_.advance(Seconds(0.001));
-        areDisplaysOthers_ = false;
-        step.take();
-        if (isHasty() && chance(4)) expectCarriedOut();
-        desk_.advance(isHasty() ? Seconds(kLongestHastyPause * static_cast<double>(below(7)) / 6) : Seconds(4));
-        story_ += "\n    " + desk_.desktop.picture() + "\n    " + desk_.tiles();
-        if (areDisplaysOthers_) { // frames and tiles of other displays cannot come back
-            before_.clear();
-            beforeZoom_.reset();
-            return;
-        }
-        int added = 0;
-        for (const auto& entry : desk_.controller().undoHistory().entries()) {
-            if (knownEntries.contains(entry.time)) continue;
-            ++added;
-            before_.insert_or_assign(entry.time, before);
-        }
-        EXPECT_LE(added, 1) << "one step of a person is one step back";
-        const bool isZoomed = desk_.state().focusMode->has_value();
-        const bool isBack = wasZoomed && !isZoomed && added == 0 && beforeZoom_ && isZoomStep;
-        if (isBack && isHasty()) expectCarriedOut();
-        if (isBack) expectAgain(*beforeZoom_);
-        if (isZoomed && !wasZoomed) beforeZoom_ = before;
-        if (!isZoomed) beforeZoom_.reset();
-    }
-
     void stepBack() {
         const auto& entries = desk_.controller().undoHistory().entries();
         if (entries.empty()) return;
@@ -228,7 +223,7 @@ class UndoWalk {
         const auto before = before_.find(entries.back().time);
         const std::optional<Picture> expected = before == before_.end() ? std::nullopt : std::optional(before->second);
         const auto size = entries.size();
-        const bool isHastyStep = isHasty() && !isWalkedBack_;
+        const bool isHastyStep = isHasty_ && !isWalkedBack_;
         if (isHastyStep) {
             (void)desk_.controller().perform(action::Undo{});
             return;
@@ -239,207 +234,100 @@ class UndoWalk {
         if (expected) expectAgain(*expected);
     }
 
-    void withAnyWindow(const std::function<void(const std::string&)>& act) {
-        const auto windows = desk_.desktop.livingWindows();
-        if (windows.empty()) return;
-        const std::string label = windows[below(windows.size())]->label();
-        story_ += " " + label;
-        act(label);
-    }
-    CGRect anyFrame() {
-        const double left = desk_.desktop.screens().size() > 1 && chance(3) ? 2560 : 0;
-        return makeRect(left + static_cast<double>(below(1500)), static_cast<double>(below(700)),
-                        kCell.width * static_cast<double>(18 + below(50)),
-                        kCell.height * static_cast<double>(7 + below(20)));
-    }
     /// As large as a user could make the window.
-    CGRect anyFrameFor(const std::string& label) {
+    CGRect anyFrameFor(const std::string& label) override {
         const auto minimum = desk_.desktop.window(label).traits().minimumSize.value_or(CGSize{});
-        CGRect frame = anyFrame();
+        CGRect frame = wholeCells();
         frame.size = {std::max(frame.size.width, minimum.width), std::max(frame.size.height, minimum.height)};
         return frame;
     }
-    void openWindow() {
-        if (desk_.desktop.livingWindows().size() >= kMostWindows) return;
-        const std::string name =
-            std::vector<std::string>{"Mail", "Notes", "Codex", "Firefox", "Console", "Viewer"}[below(6)];
-        WindowTraits traits{.frame = anyFrame()};
+    CGRect wholeCells() {
+        const double left = desk_.desktop.screens().size() > 1 && chance(3) ? 2560 : 0;
+        const CGPoint corner = {left + number(1500), number(700)};
+        const double width = kCell.width * (18 + number(50));
+        return {corner, {width, kCell.height * (7 + number(20))}};
+    }
+    WindowTraits anyTraits() override {
+        WindowTraits traits{.frame = wholeCells()};
         if (chance(4)) {
-            traits.minimumSize = CGSize{300 + static_cast<double>(below(900)), 200};
+            traits.minimumSize = CGSize{300 + number(900), 200};
             traits.frame->size.width = std::max(traits.frame->size.width, traits.minimumSize->width);
         } else if (chance(6)) {
             traits.cell = kCell;
         }
-        story_ += " " + name;
-        desk_.opens(name, traits);
+        return traits;
     }
-    void act(const WorkspaceAction& action) { desk_.controller().perform(action); }
-    /// Any of the commands for one window, the focused one or another.
-    void command() {
-        std::optional<WindowID> window;
-        if (chance(2)) withAnyWindow([&](const auto& label) { window = desk_.desktop.windowIDOf(label); });
-        const auto tiles = desk_.controller().tiles();
-        if (tiles.empty()) return;
-        const std::string tile = tiles[below(tiles.size())].targetID;
-        const std::vector<WindowCommand> commands = {command::Place{window, tile},
-                                                     command::PlaceInNumbered{window, 1 + below(4)},
-                                                     command::Swap{window, tile},
-                                                     command::Swap{window, anyDirection()},
-                                                     command::ToggleFloating{window},
-                                                     command::Float{window},
-                                                     command::FocusDisplay{DisplayStep::next},
-                                                     command::MoveToDisplay{window, DisplayStep::previous}};
-        const std::size_t chosen = below(commands.size());
-        story_ += " " + std::to_string(chosen) + " " + tile;
-        desk_.controller().perform(commands[chosen]);
+    /// The pointer takes no window that is not visible, and one that it takes while another one is zoomed comes back to
+    /// where it was taken.
+    bool mayDrag(const std::string& label) override {
+        return desk_.desktop.isOnScreen(desk_.desktop.window(label)) && !*desk_.state().focusMode;
     }
-    WorkspaceDirection anyDirection() {
-        using enum WorkspaceDirection;
-        return std::vector{left, right, up, down}[below(4)];
-    }
-    void withAnyDivider(const std::function<void(const DisplayLayoutDivider&)>& act) {
-        const auto dividers = desk_.controller().dividers();
-        if (!dividers.empty()) act(dividers[below(dividers.size())]);
-    }
-    void dragDivider(const DisplayLayoutDivider& divider) {
-        if (!desk_.controller().perform(action::BeginDividerDrag{divider})) return;
-        for (std::size_t moves = below(4); moves > 0; --moves) {
-            desk_.controller().perform(action::UpdateDividerDrag{divider, static_cast<double>(5 * below(200)) - 500});
-            desk_.advance(Seconds(0.3));
-        }
-        chance(4) ? desk_.controller().perform(action::CancelDividerDrag{})
-                  : desk_.controller().perform(action::EndDividerDrag{divider});
-    }
-    void dragWindow(const std::string& label) {
-        using enum action::WindowDragKind;
-        using enum action::DropMode;
-        const auto& window = desk_.desktop.window(label);
-        // No hand takes hold of what it does not see, and a window that it takes while another one is zoomed comes back
-        // to where it was taken.
-        if (!desk_.desktop.isOnScreen(window) || *desk_.state().focusMode) return;
-        const auto movement = chance(3) ? resize : move;
-        if (!desk_.controller().perform(action::BeginWindowDrag{desk_.desktop.windowIDOf(label),
-                                                                desk_.desktop.frameForWindowService(window)})) {
-            return;
-        }
-        const CGRect frame = anyFrameFor(label);
-        desk_.desktop.userMoves(label, movement == move ? frame : CGRect{window.frame.origin, frame.size});
-        desk_.advance(Seconds(0.6));
-        const CGPoint pointer = {minX(frame), 1440 - minY(frame)};
-        desk_.controller().perform(action::UpdateWindowDrag{pointer, movement});
-        if (chance(5)) {
-            desk_.controller().perform(action::CancelWindowDrag{});
-            return;
-        }
-        desk_.controller().perform(action::EndWindowDrag{pointer, movement, chance(4) ? floating : intoTile});
-    }
-    void wake() {
+    void holdOn() override { desk_.advance(Seconds(0.6)); }
+    void interrupt(const std::function<void()>& begin) {
+        begin();
+        desk_.advance(Seconds(3));
+        desk_.desktop.setTrusted(true);
         desk_.desktop.setLocked(false);
-        desk_.wake();
-        desk_.advance(Seconds(14));
+        desk_.wake().advance(Seconds(14));
+    }
+    void changeDisplays() {
+        if (!chance(6)) return;
+        areDisplaysOthers_ = true;
+        if (desk_.desktop.screens().size() > 1) {
+            desk_.desktop.removeDisplay("B");
+        } else {
+            desk_.display(1920, 1080, "B");
+        }
     }
 
-    Scenario desk_;
-    Pace pace_;
+    /// Of KOVA, which may follow each other at once. Named more than once: taken as much more often.
+    static constexpr std::array kCommands = {
+        "arrange",     "arrange", "zoom",           "zoom",        "cycle stack",
+        "cycle stack", "focus",   "move",           "move",        "move",
+        "command",     "command", "command",        "next layout", "previous layout",
+        "reset sizes", "inset",   "resets divider", "undo",
+    };
+    static constexpr std::array kOthers = {
+        "drags divider",
+        "drags divider",
+        "drags into a tile",
+        "drags into a tile",
+        "captures",
+        "opens a scene",
+        "opens",
+        "opens",
+        "closes",
+        "moves",
+        "minimizes",
+        "hides",
+        "clicks",
+        "clicks",
+        "clicks",
+        "full screen",
+        "renames",
+        "locked for a while",
+        "asleep for a while",
+        "without permission for a while",
+        "other displays",
+    };
+    const bool isHasty_;
     bool isWalkedBack_ = false;
-    std::mt19937 random_;
-    std::string story_;
     std::map<WallTime, Picture> before_; // by the entry of the history that brings it back
     std::optional<Picture> beforeZoom_;
     bool areDisplaysOthers_ = false;
-    const std::vector<Step> steps_ = {
-        {"arrange", [this] { act(action::Arrange{}); }, true},
-        {"arrange", [this] { act(action::Arrange{}); }, true},
-        {"zoom", [this] { act(action::ToggleFocusZoom{}); }, true},
-        {"zoom", [this] { act(action::ToggleFocusZoom{}); }, true},
-        {"cycle stack", [this] { act(action::CycleStack{}); }, true},
-        {"cycle stack", [this] { act(action::CycleStack{}); }, true},
-        {"focus", [this] { act(action::Focus{anyDirection()}); }, true},
-        {"move", [this] { act(action::Move{anyDirection()}); }, true},
-        {"move", [this] { act(action::Move{anyDirection()}); }, true},
-        {"move", [this] { act(action::Move{anyDirection()}); }, true},
-        {"command", [this] { command(); }, true},
-        {"command", [this] { command(); }, true},
-        {"command", [this] { command(); }, true},
-        {"next layout", [this] { desk_.controller().perform(action::CycleLayout{}); }, true},
-        {"previous layout", [this] { desk_.controller().perform(action::CycleLayout{LayoutStep::previous}); }, true},
-        {"reset sizes", [this] { desk_.controller().perform(action::ResetLayoutSizes{}); }, true},
-        {"inset", [this] { desk_.controller().perform(action::SetTileInset{static_cast<double>(4 * below(5))}); },
-         true},
-        {"drag divider", [this] { withAnyDivider([&](const auto& divider) { dragDivider(divider); }); }},
-        {"drag divider", [this] { withAnyDivider([&](const auto& divider) { dragDivider(divider); }); }},
-        {"reset divider",
-         [this] {
-             withAnyDivider(
-                 [&](const auto& divider) { (void)desk_.controller().perform(action::ResetDivider{divider}); });
-         },
-         true},
-        {"drag window", [this] { withAnyWindow([&](const auto& label) { dragWindow(label); }); }},
-        {"drag window", [this] { withAnyWindow([&](const auto& label) { dragWindow(label); }); }},
-        {"captures", [this] { desk_.controller().perform(action::CaptureScene{}); }},
-        {"opens a scene",
-         [this] {
-             const auto scenes = *desk_.state().scenes;
-             if (scenes.empty()) return;
-             act(action::ActivateScene{scenes[below(scenes.size())].id});
-             desk_.advance(Seconds(26)); // until no window is awaited any more
-         }},
-        {"undo", [this] { stepBack(); }, true},
-        {"opens", [this] { openWindow(); }},
-        {"opens", [this] { openWindow(); }},
-        {"closes", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.close(label); }); }},
-        {"moves",
-         [this] { withAnyWindow([&](const auto& label) { desk_.desktop.userMoves(label, anyFrameFor(label)); }); }},
-        {"minimises",
-         [this] { withAnyWindow([&](const auto& label) { desk_.desktop.userMinimizes(label, !chance(3)); }); }},
-        {"hides",
-         [this] {
-             withAnyWindow(
-                 [&](const auto& label) { desk_.desktop.userHides(label.substr(0, label.find(' ')), !chance(3)); });
-         }},
-        {"clicks", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.userFocuses(label); }); }},
-        {"clicks", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.userFocuses(label); }); }},
-        {"clicks", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.userFocuses(label); }); }},
-        {"full screen",
-         [this] { withAnyWindow([&](const auto& label) { desk_.desktop.setFullScreen(label, !chance(3)); }); }},
-        {"renames", [this] { withAnyWindow([&](const auto& label) { desk_.desktop.setTitle(label, "Draft"); }); }},
-        {"locked for a while",
-         [this] {
-             desk_.desktop.setLocked(true);
-             desk_.advance(Seconds(3));
-             wake();
-         }},
-        {"asleep for a while",
-         [this] {
-             desk_.sleep();
-             desk_.advance(Seconds(3));
-             wake();
-         }},
-        {"without permission for a while",
-         [this] {
-             desk_.desktop.setTrusted(false);
-             desk_.advance(Seconds(3));
-             desk_.desktop.setTrusted(true);
-         }},
-        {"other displays",
-         [this] {
-             if (!chance(6)) return;
-             areDisplaysOthers_ = true;
-             if (desk_.desktop.screens().size() > 1) {
-                 desk_.desktop.removeDisplay("B");
-             } else {
-                 desk_.display(1920, 1080, "B");
-             }
-         }},
-    };
+};
+
+class HastyUndoWalk : public UndoWalk {
+  public:
+    explicit HastyUndoWalk(std::uint32_t seed) : UndoWalk(seed, Pace::hasty) {}
 };
 
 TEST(UndoWalk, EachStepBackRestoresWhatWasBeforeIt) {
-    forEachSeed(kUsualWalks, [](std::uint32_t seed) { UndoWalk(seed, Pace::calm); });
+    takeWalks<UndoWalk>(kUsualWalks, "UndoWalk");
 }
 
 TEST(UndoWalk, CommandsThatFollowEachOtherAtOnceLoseNoStep) {
-    forEachSeed(kUsualWalks, [](std::uint32_t seed) { UndoWalk(seed, Pace::hasty); });
+    takeWalks<HastyUndoWalk>(kUsualWalks, "HastyUndoWalk");
 }
 
 } // namespace

@@ -1,0 +1,110 @@
+// Random walks over a scenario. A walk is a list of operations, each a name and a number from which it draws all
+// else (which window, which frame) out of what exists then, so that an operation can be taken when others are left
+// out. A walk that fails is shortened, and printed so that it can be pasted into a story:
+// replay<RandomDay>(1570, {{"opens", 4711}, {"zoom", 12}});
+// KOVA_RANDOM_SEED runs one seed, KOVA_RANDOM_DAYS that many seeds from it on.
+#pragma once
+
+#include "tests/harness/Scenario.h"
+#include "tests/workspace/Seeds.h"
+
+#include <functional>
+#include <initializer_list>
+#include <map>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace kova {
+
+struct Operation {
+    std::string name;
+    std::uint32_t number = 0;
+};
+using Operations = std::vector<Operation>;
+
+class RandomWalk {
+  public:
+    explicit RandomWalk(std::uint32_t seed);
+    virtual ~RandomWalk() = default;
+    RandomWalk(const RandomWalk&) = delete;
+    RandomWalk& operator=(const RandomWalk&) = delete;
+
+    virtual Operations anyOperations() = 0;
+    /// Ends with the first operation after which `hasFailed`.
+    void take(const Operations& operations, const std::function<bool()>& hasFailed);
+    /// What happened, with the screen after each operation.
+    const std::string& story() const { return story_; }
+
+  protected:
+    virtual void begin() = 0;
+    /// Carries an operation out, waits and checks.
+    virtual void step(const std::string& name) = 0;
+    /// Checks after the last operation.
+    virtual void end() = 0;
+    // What a user does
+    virtual CGRect anyFrameFor(const std::string& /*label*/) { return anyFrame(); }
+    virtual WindowTraits anyTraits() { return {.frame = anyFrame()}; }
+    virtual bool mayDrag(const std::string& /*label*/) { return true; }
+    /// The pointer rests during a drag.
+    virtual void holdOn() {}
+
+    void perform(const std::string& name) { kinds_.at(name)(); }
+    void act(const WorkspaceAction& action) { desk_.controller().perform(action); }
+    bool isMac() const { return !desk_.desktop.announcesUnasked(); }
+    static std::string applicationOf(const std::string& label) { return label.substr(0, label.find(' ')); }
+
+    // Draws
+    std::size_t below(std::size_t count) { return random_() % count; }
+    double number(std::size_t count) { return static_cast<double>(below(count)); }
+    bool chance(std::size_t oneIn) { return below(oneIn) == 0; }
+    template <class T>
+    T anyOf(std::initializer_list<T> choices) {
+        return *(choices.begin() + below(choices.size()));
+    }
+    Operations draw(std::size_t count, const std::function<std::string()>& anyName);
+    WorkspaceDirection anyDirection();
+    /// With its corner on some display, where there is one.
+    CGRect anyFrame();
+    // Nothing when there is none.
+    using UseName = std::function<void(const std::string&)>; // a window's label, a display's name
+    void withAnyWindow(const UseName& use);
+    void withAnyDisplay(const UseName& use);
+    void withAnyDivider(const std::function<void(const DisplayLayoutDivider&)>& use);
+
+    static constexpr std::size_t kMostWindows = 12;
+    Scenario desk_;
+    std::string story_;
+    using Kinds = std::map<std::string, std::function<void()>>; // by name
+    Kinds kinds_;
+    std::function<void()> toWindow(UseName use);
+    std::function<void()> toDisplay(UseName use);
+
+  private:
+    void openWindow();
+    void openScene();
+    void commandWindow();
+    void dragDivider(const DisplayLayoutDivider& divider);
+    void dragWindow(const std::string& label);
+
+    const std::uint32_t seed_;
+    std::mt19937 random_;
+};
+
+using MakeWalk = std::function<std::unique_ptr<RandomWalk>(std::uint32_t seed)>;
+
+/// Fails with the shortest list of operations found that fails at the same check. `name` is that of the walk.
+void takeWalks(std::uint32_t usualCount, const char* name, const MakeWalk& make);
+void replay(const MakeWalk& make, std::uint32_t seed, const Operations& operations);
+
+template <class Walk>
+void takeWalks(std::uint32_t usualCount, const char* name) {
+    takeWalks(usualCount, name, [](std::uint32_t seed) { return std::make_unique<Walk>(seed); });
+}
+template <class Walk>
+void replay(std::uint32_t seed, const Operations& operations) {
+    replay([](std::uint32_t each) { return std::make_unique<Walk>(each); }, seed, operations);
+}
+
+} // namespace kova
