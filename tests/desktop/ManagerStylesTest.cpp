@@ -55,6 +55,37 @@ class ManagerStyles : public ::testing::Test {
     }
 };
 
+// No window manager reports the new focus before the request is sent, and a busy one long after it.
+TEST_F(ManagerStyles, AFocusedWindowCountsAsFocusedAtOnceUnlessItIsRefused) {
+    for (const bool isManaged : {true, false}) {
+        SCOPED_TRACE(isManaged ? "managed" : "unmanaged");
+        DesktopUnderTest desk(Manager::none);
+        const auto editor = desk.client("Editor", 4001), player = desk.client("Player", 4002);
+        const auto code = editor->open({.title = "Code"}), film = player->open({.title = "Film"});
+        const auto notes = player->open({.title = "Notes"});
+        std::optional<FakeManager> manager;
+        if (isManaged) manager.emplace(desk, "Busy", std::vector{code, film, notes});
+        if (isManaged) {
+            manager->setActive(code);
+        } else {
+            xcb_set_input_focus(editor->connection(), XCB_INPUT_FOCUS_POINTER_ROOT, code, XCB_CURRENT_TIME);
+            editor->sync();
+        }
+        desk.openDesktop();
+        ASSERT_TRUE(desk.showsExactly({"Code", "Film", "Notes"}));
+        const auto focused = [&] { return desk.service().focusedWindowID(); };
+        ASSERT_TRUE(desk.runUntil([&] { return focused() == desk.window("Code").id; }));
+        for (const char* title : {"Film", "Notes"}) {
+            const ManagedWindow window = desk.window(title);
+            EXPECT_TRUE(desk.service().restoreAndFocus(window));
+            desk.service().flush();
+            EXPECT_EQ(focused(), window.id) << title; // nothing was read from the server meanwhile
+        }
+        if (!isManaged) continue;
+        EXPECT_TRUE(desk.runUntil([&] { return focused() == desk.window("Code").id; }));
+    }
+}
+
 // As Mutter does, which keeps minimized windows mapped.
 TEST_F(ManagerStyles, AWindowThatIsRestoredByActivatingItDoesNotCountAsFocused) {
     DesktopUnderTest desk(Manager::none);

@@ -46,7 +46,7 @@ TEST_F(Keeping, CountsTheFormerWindowAsFocusedUntilItIs) {
     EXPECT_EQ(keeper.focused(kMail, Seconds(3.2)), kMail) << "focused once more, by the user";
     keeper.noteGivenBack(kEditor, kMail, Seconds(4));
     keeper.noteGiven(kPlayer, Seconds(4.1)); // another action of KOVA
-    EXPECT_EQ(keeper.focused(kMail, Seconds(4.2)), kMail);
+    EXPECT_EQ(keeper.focused(kMail, Seconds(4.2)), kPlayer);
 }
 
 TEST_F(Keeping, EndsWithAnotherFocusedWindowAndAProgramThatInsists) {
@@ -66,15 +66,26 @@ TEST_F(Keeping, EndsWithAnotherFocusedWindowAndAProgramThatInsists) {
     EXPECT_EQ(after(kMail, 9.1), kNoWindow) << "no window had it before";
 }
 
-TEST_F(Keeping, AWindowThatIsBeingFocusedCountsWhileNoneIsReported) {
-    EXPECT_EQ(keeper.focused(kNoWindow, Seconds(1)), kNoWindow);
+TEST_F(Keeping, AWindowThatIsBeingFocusedCountsAsFocusedUntilAnotherThanTheFormerIsReported) {
+    EXPECT_EQ(keeper.focused(kEditor, Seconds(0.9)), kEditor);
     keeper.noteGiven(kMail, Seconds(1));
-    EXPECT_EQ(keeper.focused(kEditor, Seconds(1.1)), kEditor) << "the former one, still";
+    EXPECT_EQ(keeper.focused(kEditor, Seconds(1.1)), kMail) << "the former one, still";
     EXPECT_EQ(keeper.focused(kNoWindow, Seconds(1.2)), kMail);
+    EXPECT_EQ(keeper.focused(kPlayer, Seconds(1.2)), kPlayer) << "chosen by the user meanwhile";
     EXPECT_EQ(keeper.focused(kMail, Seconds(1.3)), kMail);
     EXPECT_EQ(keeper.focused(kNoWindow, Seconds(1.4)), kNoWindow) << "it has had the focus";
     keeper.noteGiven(kMail, Seconds(2));
     EXPECT_EQ(keeper.focused(kNoWindow, Seconds(2.5)), kNoWindow) << "it was refused the focus";
+    EXPECT_EQ(keeper.focused(kEditor, Seconds(2.6)), kEditor);
+
+    // Three windows in turn, faster than the window manager.
+    keeper.noteGiven(kMail, Seconds(3));
+    keeper.noteGiven(kPlayer, Seconds(3.1));
+    keeper.noteGiven(kEditor, Seconds(3.2));
+    for (const auto reported : {kEditor, kMail, kPlayer, kEditor}) {
+        EXPECT_EQ(keeper.focused(reported, Seconds(3.3)), kEditor) << reported;
+    }
+    EXPECT_EQ(keeper.focused(kMail, Seconds(3.4)), kMail) << "by the user";
 }
 
 TEST(TilingManagers, AreKnownByTheirWholeName) {

@@ -1,7 +1,6 @@
 #include "platform/x11/KeyboardKeeper.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace kova::x11 {
 
@@ -25,19 +24,35 @@ void KeyboardKeeper::noteReturning(xcb_window_t window, xcb_window_t active, Sec
 
 void KeyboardKeeper::noteGiven(xcb_window_t window, Seconds now) {
     if (!returning_.empty()) kept_ = window;
-    if (std::exchange(given_, window) != window) takenBy_ = kNoWindow;
-    givenUntil_ = std::max(givenUntil_, now + kTimeToFocus);
+    expect(window, now + kTimeToFocus, now);
 }
 
 void KeyboardKeeper::noteGivenBack(xcb_window_t window, xcb_window_t active, Seconds now) {
+    reported_ = active;
+    expect(window, now + kTimeToReturn, now);
+}
+
+/// The window manager may still report each window that was focused shortly before.
+void KeyboardKeeper::expect(xcb_window_t window, Seconds until, Seconds now) {
+    if (now >= givenUntil_) forgetGiven();
+    isReportOld_ = window == reported_ && given_ != kNoWindow && (isReportOld_ || given_ != window);
+    former_.insert({reported_, given_});
+    former_.erase(window);
     given_ = window;
-    takenBy_ = active;
-    givenUntil_ = now + kTimeToReturn;
+    givenUntil_ = std::max(givenUntil_, until);
+}
+
+void KeyboardKeeper::forgetGiven() {
+    given_ = kNoWindow;
+    former_.clear();
+    isReportOld_ = false;
 }
 
 xcb_window_t KeyboardKeeper::focused(xcb_window_t reported, Seconds now) {
-    if (reported == given_ || now >= givenUntil_) given_ = takenBy_ = kNoWindow;
-    const bool isPassing = reported == kNoWindow || reported == takenBy_;
+    reported_ = reported;
+    isReportOld_ = isReportOld_ && reported == given_;
+    if ((reported == given_ && !isReportOld_) || now >= givenUntil_) forgetGiven();
+    const bool isPassing = reported == kNoWindow || former_.contains(reported);
     return given_ != kNoWindow && isPassing ? given_ : reported;
 }
 

@@ -203,7 +203,9 @@ void RequestQueue::sendActivation(const ClientWindow& client) {
     for (const xcb_window_t dialog : model_.dialogsOf(client)) {
         xcb_configure_window(connection_.get(), dialog, XCB_CONFIG_WINDOW_STACK_MODE, &above);
     }
-    xcb_set_input_focus(connection_.get(), XCB_INPUT_FOCUS_POINTER_ROOT, client.window, XCB_CURRENT_TIME);
+    const auto cookie =
+        xcb_set_input_focus(connection_.get(), XCB_INPUT_FOCUS_POINTER_ROOT, client.window, XCB_CURRENT_TIME);
+    model_.noteFocusRequest(client.window, cookie.sequence);
 }
 
 } // namespace kova::x11

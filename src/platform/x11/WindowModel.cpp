@@ -236,6 +236,11 @@ void WindowModel::takeFocus(xcb_window_t focus, xcb_window_t underPointer, std::
     if (active) activeWindow = active->window;
 }
 
+void WindowModel::noteFocusRequest(xcb_window_t window, std::uint32_t request) {
+    focusTold_ = request;
+    activeWindow = window;
+}
+
 void WindowModel::takeState(ClientWindow& client, const PropertyRule& rule, const PropertyView& value,
                             std::uint32_t asked) {
     if (client.admits(stale::state, asked)) rule.take(client, value, atoms_);

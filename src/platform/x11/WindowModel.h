@@ -97,6 +97,8 @@ class WindowModel {
     /// Without a window manager: the focused window, and the root's child under the pointer, which is focused when the
     /// focus follows the pointer.
     void takeFocus(xcb_window_t focus, xcb_window_t underPointer, std::uint32_t asked);
+    /// Without a window manager: the request gives the window the focus, which older events do not contradict.
+    void noteFocusRequest(xcb_window_t window, std::uint32_t request);
     /// From WM_STATE or _NET_WM_STATE.
     void takeState(ClientWindow& client, const PropertyRule& rule, const PropertyView& value, std::uint32_t asked);
 
@@ -190,7 +192,7 @@ class WindowModel {
     std::unordered_map<xcb_window_t, xcb_window_t> clientByTopLevel_;
     std::vector<xcb_window_t> order_;
     std::unordered_map<pid_t, std::vector<xcb_window_t>> windowsByProcess_;
-    std::optional<std::uint32_t> focusTold_; // sequence number of the last event about it
+    std::optional<std::uint32_t> focusTold_; // sequence number of the last event or own request about it
 };
 
 } // namespace kova::x11

@@ -266,6 +266,7 @@ EventEffects WindowModel::applyFocus(xcb_window_t window, bool gained, std::uint
     // A window manager announces the active window a moment after the focus has moved: using both would show the focus
     // moving back and forth.
     if (manager_.isPresent || !client(window)) return {};
+    if (focusTold_ && !isAtOrAfter(sequence, *focusTold_)) return {}; // older than a request of KOVA
     focusTold_ = sequence;
     const xcb_window_t before = activeWindow;
     if (gained) {

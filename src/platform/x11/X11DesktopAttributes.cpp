@@ -286,8 +286,9 @@ void X11Desktop::Parts::send() {
     bool mustWatch = false;
     {
         const MutexLock lock(mutex);
-        if (const auto given = requests.activated()) keyboard.noteGiven(*given, queue.uptime());
+        const auto given = requests.activated();
         requests.send();
+        if (given) expectFocus(*given);
         mustFlush = true;
         // A restored window that takes the focus must be noticed at once.
         mustWatch = watch.isResting() && !watch.restsForPoll() && keyboard.kept(queue.uptime());

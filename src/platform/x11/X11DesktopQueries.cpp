@@ -32,13 +32,30 @@ void X11Desktop::Parts::askActiveWindow() {
                              });
 }
 
+/// The focus was requested for the window. It counts as focused from now on, so that the next command acts on it.
+void X11Desktop::Parts::expectFocus(xcb_window_t window) {
+    if (model.windowManager().isPresent) {
+        keyboard.noteGiven(window, queue.uptime());
+        countAsActive(keyboard.reported());
+    } else {
+        changes.note();
+        askActiveWindow(); // the server refuses the focus to a window that is not on the screen
+    }
+}
+
 /// Ignored without a window manager: the property is a former one's.
 void X11Desktop::Parts::takeActiveWindow(xcb_window_t reported) {
     if (!model.windowManager().isPresent) return;
     giveFocusBack(reported);
-    xcb_window_t window = keyboard.focused(reported, queue.uptime());
+    countAsActive(reported);
+}
+
+void X11Desktop::Parts::countAsActive(xcb_window_t reported) {
+    const Seconds now = queue.uptime();
+    xcb_window_t window = keyboard.focused(reported, now);
     const ClientWindow* given = window != reported ? model.client(window) : nullptr;
-    if (given && !model.isMinimized(*given)) {
+    const bool isReturning = given && given->iconification.isAskedBackWithin(kTimeToFocus, now);
+    if (given && (isReturning || !model.isMinimized(*given))) {
         later(kTimeToFocus, [this] {
             mutex.assertHeld();
             askActiveWindow(); // it may have been refused the focus

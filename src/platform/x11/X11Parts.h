@@ -78,7 +78,9 @@ struct X11Desktop::Parts {
     bool actOn(const x11::EventEffects& effects) KOVA_REQUIRES(mutex);
     void takeReplies() KOVA_REQUIRES(mutex); // the ones that have arrived
     void askActiveWindow() KOVA_REQUIRES(mutex);
+    void expectFocus(xcb_window_t window) KOVA_REQUIRES(mutex);
     void takeActiveWindow(xcb_window_t reported) KOVA_REQUIRES(mutex);
+    void countAsActive(xcb_window_t reported) KOVA_REQUIRES(mutex);
     void giveFocusBack(xcb_window_t active) KOVA_REQUIRES(mutex);
     void askDecorations(xcb_window_t window) KOVA_REQUIRES(mutex);
     void askState(x11::ClientWindow& client) KOVA_REQUIRES(mutex);
