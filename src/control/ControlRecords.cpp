@@ -224,8 +224,11 @@ json dividers(const WorkspaceController& controller) {
     return out;
 }
 
-json plan(const ArrangementPlan& plan) {
+json plan(ArrangementPlan plan) {
     json placements = json::array();
+    for (AutoArrangePlacement& placement : plan.placements) {
+        if (placement.isDeferred) placement.explanation += "; it has to be brought back first";
+    }
     for (const AutoArrangePlacement& placement : plan.placements) {
         json covered = json::array();
         for (const DisplayTileTarget& target : placement.claimedTargets) covered.push_back(target.id());

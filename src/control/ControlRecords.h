@@ -39,7 +39,7 @@ nlohmann::json tiles(const WorkspaceController& controller);
 nlohmann::json layouts(const WorkspaceController& controller);
 /// Those of displays that a zoomed window owns are left out.
 nlohmann::json dividers(const WorkspaceController& controller);
-nlohmann::json plan(const ArrangementPlan& plan);
+nlohmann::json plan(ArrangementPlan plan);
 nlohmann::json focusMode(const WorkspaceController& controller);
 nlohmann::json notice(const WorkspaceController& controller);
 /// Applications that are being launched into tiles.

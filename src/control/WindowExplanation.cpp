@@ -25,6 +25,26 @@ std::optional<std::string> decisionIn(const ArrangementPlan& plan, const WindowI
     return std::nullopt;
 }
 
+const ManagedWindow* liveWindow(const WorkspaceController& controller, const WindowID& windowID) {
+    const auto& live = controller.liveWindows();
+    const auto window = std::find_if(live.begin(), live.end(), [&](const auto& each) { return each.id == windowID; });
+    return window == live.end() ? nullptr : &*window;
+}
+
+/// Null for a free tile.
+const ManagedWindow* frontOf(const WorkspaceController& controller, const std::string& target) {
+    const auto& fronts = controller.assignments().assignedWindowIDs;
+    const auto front = fronts.find(target);
+    return front == fronts.end() ? nullptr : liveWindow(controller, front->second);
+}
+
+/// "behind Mail “Inbox” in Primary on A".
+std::string placeBehind(const WorkspaceController& controller, const std::string& target) {
+    const ManagedWindow* front = frontOf(controller, target);
+    return "behind " + (front ? nameOf(*front) : "another window") + " in " +
+           controlRecord::tileName(controller, target);
+}
+
 std::string whereItIs(const WorkspaceController& controller, const ManagedWindow& window) {
     const TileAssignments& assignments = controller.assignments();
     const auto& mode = *controller.state().focusMode;
@@ -41,21 +61,20 @@ std::string whereItIs(const WorkspaceController& controller, const ManagedWindow
         return nameOf(window) + " is in " + controlRecord::tileName(controller, *front) + span + "." + filling;
     }
     if (const auto stacked = assignments.stackTargetOf(window.id)) {
-        return nameOf(window) + " is behind another window in " + controlRecord::tileName(controller, *stacked) + ".";
+        return nameOf(window) + " is " + placeBehind(controller, *stacked) + ".";
     }
     return nameOf(window) + " is in no tile.";
 }
 
 /// Where the window is now, to be put after "no longer: "; `windowID` may be of one that is gone.
 std::string presentPlace(const WorkspaceController& controller, const WindowID& windowID) {
-    const auto& live = controller.liveWindows();
-    const auto window = std::find_if(live.begin(), live.end(), [&](const auto& each) { return each.id == windowID; });
-    if (window == live.end()) return "it is closed";
+    const ManagedWindow* window = liveWindow(controller, windowID);
+    if (!window) return "it is closed";
     const TileAssignments& assignments = controller.assignments();
-    if (const auto front = assignments.targetOf(windowID))
-        return "it is in " + controlRecord::tileName(controller, *front);
-    if (const auto stacked = assignments.stackTargetOf(windowID)) {
-        return "it is behind another window in " + controlRecord::tileName(controller, *stacked);
+    const auto front = assignments.targetOf(windowID);
+    if (front && !window->isMinimized) return "it is in " + controlRecord::tileName(controller, *front);
+    if (const auto stacked = assignments.stackTargetOf(windowID); stacked && !front) {
+        return "it is " + placeBehind(controller, *stacked);
     }
     if (window->isElsewhere) return "it is on another desktop, or too small to be managed";
     return window->isMinimized ? "it is minimized" : "it is in no tile";
@@ -63,10 +82,14 @@ std::string presentPlace(const WorkspaceController& controller, const WindowID& 
 
 bool stillHolds(const WorkspaceController& controller, const AutoArrangePlacement& placement) {
     const TileAssignments& assignments = controller.assignments();
-    const auto place = placement.isPrimary                           ? assignments.targetOf(placement.window.id)
-                       : assignments.isAssigned(placement.window.id) ? std::nullopt
-                                                                     : assignments.stackTargetOf(placement.window.id);
-    return place == placement.target.id();
+    const WindowID& id = placement.window.id;
+    if (placement.isPrimary) {
+        const ManagedWindow* window = liveWindow(controller, id);
+        return window && !window->isMinimized && assignments.targetOf(id) == placement.target.id();
+    }
+    if (assignments.isAssigned(id) || assignments.stackTargetOf(id) != placement.target.id()) return false;
+    const ManagedWindow* front = frontOf(controller, placement.target.id());
+    return front && (placement.behindID ? front->id == *placement.behindID : front->isFullScreen);
 }
 
 /// The rule that keeps the window out of arrangements; null when none does.
@@ -100,6 +123,9 @@ std::vector<std::string> explainStandingChoices(const WorkspaceController& contr
     std::vector<std::string> lines;
     for (const auto& [slotID, application] : controller.state().profile->preferredApplications) {
         lines.push_back("The tile " + slotID + " is offered to " + application + " first.");
+    }
+    if (!controller.state().rules->empty() && !*controller.state().continuousManagementEnabled) {
+        lines.emplace_back("Rules are off; “kova rules on” lets them act.");
     }
     for (const ManagedWindow& window : controller.liveWindows()) {
         const auto* rule = excludingRule(controller, window);

@@ -354,7 +354,6 @@ AutoArrangePlacement Planner::frontPlacement(std::size_t candidate, const Assign
         const auto additional = std::to_string(assignment.slots.size() - 1);
         placement.explanation += "; its minimum size does not fit one tile, so it takes " + additional + " more";
     }
-    if (placement.isDeferred) placement.explanation += "; it has to be brought back first";
     return placement;
 }
 
@@ -380,6 +379,7 @@ std::optional<AutoArrangePlacement> Planner::behindPlacement(std::size_t candida
             // A spanning window has one stack, at its anchor.
             const std::size_t anchor = assignments_[*displayIndex.holder[slot]]->slots.front();
             placement.target = {displayIndex.display->displayID, displayIndex.display->solved.slots[anchor]};
+            placement.behindID = input_.candidates[*displayIndex.holder[slot]].window.id;
             placement.explanation = describe(candidate) + " → behind " + describe(*displayIndex.holder[slot]) + " in " +
                                     placement.target.slot.name + " on " + displayIndex.display->name +
                                     ": it was stacked there";
@@ -431,6 +431,9 @@ void ArrangementPlan::rename(const WindowID& windowID, const WindowID& newID) {
     rename(placements);
     rename(surplus);
     rename(leftAlone);
+    for (auto& placement : placements) {
+        if (placement.behindID == windowID) placement.behindID = newID;
+    }
 }
 
 void ArrangementPlan::renameDisplay(const DisplayID& displayID, const DisplayID& newID) {

@@ -69,6 +69,7 @@ struct AutoArrangePlacement {
     DisplayTileTarget target;
     bool isPrimary = true;                         // front window; false: stacked
     std::vector<DisplayTileTarget> claimedTargets; // every tile that it covers, the anchor first; empty behind
+    std::optional<WindowID> behindID;              // the front window of the tile; absent for a full-screen one
     bool isDeferred = false;
     std::string explanation; // one line in plain words
 };

@@ -90,7 +90,7 @@ std::optional<RuleExplanation> RuleActions::explainRules(const WindowID& windowI
     if (!window) return std::nullopt;
     std::vector<std::string> remarks;
     if (!*state_.continuousManagementEnabled) {
-        remarks.push_back("rules run only when continuous management is enabled");
+        remarks.push_back("rules are off, and “kova rules on” lets them act");
     } else if (tileMemory_.isPlaced(windowID)) {
         remarks.push_back("the window was seen already and is not moved again");
     }

@@ -234,6 +234,7 @@ TEST_F(AgentMethods, ExplainsEachWindow) {
     result("rule.add", {{"application", "Film"}, {"disposition", "float"}});
     result("layout.prefer", {{"tile", "2"}, {"application", "Film"}});
     EXPECT_EQ(explanation().find("is left alone"), std::string::npos) << "rules are off";
+    EXPECT_NE(explanation().find("Rules are off; “kova rules on” lets them act.\n"), std::string::npos);
     result("rules.on");
     desk.settle();
     EXPECT_NE(explanation().find(" (no longer: it is closed)\n"), std::string::npos) << explanation();
@@ -247,6 +248,42 @@ TEST_F(AgentMethods, ExplainsEachWindow) {
     desk.desktop.close("Tip");
     desk.settle();
     EXPECT_NE(error("explain", {{"window", "tip"}})["message"], "");
+}
+
+TEST_F(AgentMethods, ExplainSpeaksOfThePresent) {
+    const auto explanation = [&] {
+        std::string all;
+        const json told = result("explain");
+        for (const json& line : told["lines"]) all += line.get<std::string>() + "\n";
+        return all;
+    };
+    const auto says = [](const std::string& text, const char* part) { return text.find(part) != std::string::npos; };
+    desk.arrange(); // one of the three windows is minimized
+    const WindowID front(result("query.tiles")["tiles"][1]["window"].get<std::string>());
+    desk.desktop.close(desk.desktop.labelOfID(front));
+    desk.settle();
+    EXPECT_TRUE(says(result("arrange", {{"dryRun", true}}).dump(), "; it has to be brought back first"));
+    EXPECT_TRUE(says(result("arrange").dump(), "; it has to be brought back first"));
+    desk.settle();
+    EXPECT_FALSE(says(explanation(), "brought back")) << explanation();
+    EXPECT_FALSE(says(explanation(), "no longer")) << explanation();
+    const json left = result("query.tiles")["tiles"][0]["window"], right = result("query.tiles")["tiles"][1]["window"];
+    const std::string minimized = desk.desktop.labelOfID(WindowID(right.get<std::string>()));
+    desk.desktop.userMinimizes(minimized);
+    desk.settle();
+    EXPECT_TRUE(says(explanation(), " (no longer: it is minimized)\n")) << explanation();
+    desk.desktop.userMinimizes(minimized, false);
+
+    // A stacked window, whose tile gets another front window.
+    desk.opens("Film").settle();
+    result("place", {{"window", "Film"}, {"tile", "2"}});
+    result("arrange");
+    desk.settle();
+    EXPECT_TRUE(says(explanation(), " → behind Film “Film” in Secondary on A: it was stacked there\n"))
+        << explanation();
+    result("place", {{"window", left}, {"tile", "2"}});
+    EXPECT_FALSE(says(explanation(), "it was stacked there\n")) << explanation();
+    EXPECT_TRUE(says(explanation(), "it was stacked there (no longer: it is behind ")) << explanation();
 }
 
 TEST_F(AgentMethods, ArrangeAfterLaunchIsSwitchedOnAndOff) {

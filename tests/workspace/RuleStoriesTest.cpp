@@ -351,8 +351,8 @@ TEST_F(Rules, SayWhyTheyDecide) {
     opensQuietly("Mail");
     const auto explain = [&] { return *desk.controller().explainRules(desk.desktop.windowIDOf("Mail")); };
     EXPECT_EQ(explain().deciding, 3u);
-    EXPECT_EQ(explain().summary, "Rule “Mail to the right” decides: tile secondary-1; rules run only when continuous "
-                                 "management is enabled");
+    EXPECT_EQ(explain().summary, "Rule “Mail to the right” decides: tile secondary-1; rules are off, and “kova "
+                                 "rules on” lets them act");
     std::string reasons;
     for (const auto& reason : explain().reasons) reasons += reason.name + " " + reason.text + "\n";
     EXPECT_EQ(reasons, "Off is disabled\n"
