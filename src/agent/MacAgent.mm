@@ -41,7 +41,7 @@ DispatchMainQueue& mainQueue() {
     return *queue;
 }
 
-std::string labelled(const char* suffix) {
+std::string labeled(const char* suffix) {
     NSString* identifier = NSBundle.mainBundle.bundleIdentifier;
     return (identifier ? text(identifier) : std::string("kova-agent")) + suffix;
 }
@@ -95,15 +95,15 @@ struct MacAgent::Parts {
     MacOnboarding onboarding;
     MainAppLoginItem loginItem;
     ProcessRunner runner;
-    DispatchWorkQueue commandQueue{labelled(".commands")};
+    DispatchWorkQueue commandQueue{labeled(".commands")};
     SystemDockAutoHideService dock{runner, commandQueue, mainQueue()};
-    DispatchWorkQueue diskQueue{labelled(".disk")};
+    DispatchWorkQueue diskQueue{labeled(".disk")};
     MacDocumentPanels panels{mainQueue(), diskQueue};
     MacChildProcesses children{mainQueue()};
     UserInterfaceProcess userInterface{[] { return findUserInterface(text(NSBundle.mainBundle.executablePath)); },
                                        controlSocketPlace().path, mainQueue(), children};
     std::unique_ptr<UpdateChecker> updates = makeUpdateChecker();
-    DispatchWorkQueue pollingQueue{labelled(".window-snapshot")};
+    DispatchWorkQueue pollingQueue{labeled(".window-snapshot")};
     SessionAgent agent;
     std::optional<MenuBar> menuBar; // once the agent has started
     // Without this the system slows down timers of an application without windows (App Nap). The machine may still

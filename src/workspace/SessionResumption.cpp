@@ -67,7 +67,7 @@ ResumedWindows resumedWindows(const WorkspaceSession& session, const std::vector
     for (const auto& window : liveWindows) {
         if (!taken.contains(window.id)) others.push_back(&window);
     }
-    for (const auto& [formerID, id] : recogniseWindows(missing, others)) {
+    for (const auto& [formerID, id] : recognizeWindows(missing, others)) {
         resumed.idNow[formerID] = id;
         resumed.awaited.erase(formerID);
     }

@@ -55,7 +55,7 @@ std::vector<WindowSuccessor> TransitionRecovery::takeSuccessors(const std::vecto
         const bool isNew = !knownWindowIDs_.contains(window.id) && !assignments.isInAnyTile(window.id);
         if (isNew) newcomers.push_back(&window);
     }
-    const auto successors = recogniseWindows(missing, newcomers);
+    const auto successors = recognizeWindows(missing, newcomers);
     for (const auto& successor : successors) rename(successor.formerID, successor.id);
     noteReturned(liveWindows);
     return successors;

@@ -62,7 +62,7 @@ std::vector<WindowSuccessor> takeTabSuccessors(WindowEnumeration& found, const s
         if (wasShown && !there.contains(window.id)) missing.push_back(recoveryIdentity(window));
     }
     const auto exists = [&](const auto& window) { return existing.contains(window.id); };
-    auto successors = recogniseTabs(missing, newcomers);
+    auto successors = recognizeTabs(missing, newcomers);
     const auto hasSuccessor = [&](const auto& window) {
         return std::ranges::find(successors, window.id, &WindowSuccessor::formerID) != successors.end();
     };
@@ -70,7 +70,7 @@ std::vector<WindowSuccessor> takeTabSuccessors(WindowEnumeration& found, const s
         std::ranges::any_of(missing, [&](const auto& window) { return exists(window) && !hasSuccessor(window); });
     if (shownSpace == ShownSpace::another || haveOthersLeft) {
         std::erase_if(missing, exists);
-        successors = recogniseTabs(missing, newcomers);
+        successors = recognizeTabs(missing, newcomers);
     }
     std::erase_if(found.unlisted, [&](const auto& window) {
         return std::ranges::find(successors, window.id, &WindowSuccessor::formerID) != successors.end();

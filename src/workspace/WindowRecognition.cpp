@@ -63,7 +63,7 @@ ManagedWindowRecoveryIdentity recoveryIdentity(const ManagedWindow& window) {
     return {window.id, window.processIdentifier, window.bundleIdentifier, window.title, window.frame};
 }
 
-std::vector<WindowSuccessor> recogniseWindows(const std::vector<ManagedWindowRecoveryIdentity>& missing,
+std::vector<WindowSuccessor> recognizeWindows(const std::vector<ManagedWindowRecoveryIdentity>& missing,
                                               const std::vector<const ManagedWindow*>& candidates) {
     std::vector<WindowSuccessor> successors;
     std::vector<const ManagedWindowRecoveryIdentity*> identities;
@@ -85,7 +85,7 @@ std::vector<WindowSuccessor> recogniseWindows(const std::vector<ManagedWindowRec
     return successors;
 }
 
-std::vector<WindowSuccessor> recogniseTabs(const std::vector<ManagedWindowRecoveryIdentity>& missing,
+std::vector<WindowSuccessor> recognizeTabs(const std::vector<ManagedWindowRecoveryIdentity>& missing,
                                            const std::vector<const ManagedWindow*>& candidates) {
     std::vector<WindowSuccessor> successors;
     std::vector<const ManagedWindowRecoveryIdentity*> identities;

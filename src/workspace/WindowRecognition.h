@@ -31,12 +31,12 @@ struct WindowSuccessor {
 /// Matches the live `candidates` to missing windows. Process, bundle identifier and title must be the same, and the
 /// frame equal within 2 points; if no candidate has the frame, the same origin or size is enough, since a transition
 /// moves or resizes windows, but seldom both. Ambiguous matches are dropped.
-std::vector<WindowSuccessor> recogniseWindows(const std::vector<ManagedWindowRecoveryIdentity>& missing,
+std::vector<WindowSuccessor> recognizeWindows(const std::vector<ManagedWindowRecoveryIdentity>& missing,
                                               const std::vector<const ManagedWindow*>& candidates);
 
 /// Matches the tabs of a native tab group: a window of the same process with the same frame within 2 points, whatever
 /// its title.
-std::vector<WindowSuccessor> recogniseTabs(const std::vector<ManagedWindowRecoveryIdentity>& missing,
+std::vector<WindowSuccessor> recognizeTabs(const std::vector<ManagedWindowRecoveryIdentity>& missing,
                                            const std::vector<const ManagedWindow*>& candidates);
 
 } // namespace kova

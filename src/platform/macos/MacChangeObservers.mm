@@ -47,13 +47,13 @@ struct MacChangeObservers::Observer {
 
 MacChangeObservers::MacChangeObservers(MainQueue& queue, const MacAccessibility& accessibility) :
     queue_(queue), accessibility_(accessibility) {
-    NSNotificationCenter* centre = NSWorkspace.sharedWorkspace.notificationCenter;
+    NSNotificationCenter* center = NSWorkspace.sharedWorkspace.notificationCenter;
     for (NSString* name in @[
              NSWorkspaceDidLaunchApplicationNotification, NSWorkspaceDidTerminateApplicationNotification,
              NSWorkspaceDidHideApplicationNotification, NSWorkspaceDidUnhideApplicationNotification,
              NSWorkspaceDidActivateApplicationNotification, NSWorkspaceActiveSpaceDidChangeNotification
          ]) {
-        systemChanges_.push_back(observeNotification(centre, name, [this] { noteChange(); }));
+        systemChanges_.push_back(observeNotification(center, name, [this] { noteChange(); }));
     }
     systemChanges_.push_back(observeNotification(NSNotificationCenter.defaultCenter,
                                                  NSApplicationDidChangeScreenParametersNotification,

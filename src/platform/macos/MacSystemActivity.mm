@@ -11,7 +11,7 @@ namespace kova::macos {
 using Event = SystemActivityEvent;
 
 MacSystemActivity::MacSystemActivity() {
-    NSNotificationCenter* centre = NSWorkspace.sharedWorkspace.notificationCenter;
+    NSNotificationCenter* center = NSWorkspace.sharedWorkspace.notificationCenter;
     const std::pair<NSString*, Event> ofThisMachine[] = {
         {NSWorkspaceWillSleepNotification, Event::systemWillSleep},
         {NSWorkspaceDidWakeNotification, Event::systemDidWake},
@@ -22,7 +22,7 @@ MacSystemActivity::MacSystemActivity() {
     };
     for (const auto& entry : ofThisMachine) {
         const Event event = entry.second;
-        registrations_.push_back(observeNotification(centre, entry.first, [this, event] { observers_.notify(event); }));
+        registrations_.push_back(observeNotification(center, entry.first, [this, event] { observers_.notify(event); }));
     }
     const std::pair<NSString*, Event> ofTheLock[] = {
         {@"com.apple.screenIsLocked", Event::screenDidLock},

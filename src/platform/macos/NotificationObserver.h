@@ -10,7 +10,7 @@
 namespace kova::macos {
 
 /// Calls back on the main thread whenever the center posts the notification.
-[[nodiscard]] Subscription observeNotification(NSNotificationCenter* centre, NSString* name,
+[[nodiscard]] Subscription observeNotification(NSNotificationCenter* center, NSString* name,
                                                std::function<void()> observer);
 /// Observes notifications of other programs to the whole session, delivered at once: the system delays them for
 /// applications that are not active.

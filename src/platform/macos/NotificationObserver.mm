@@ -41,28 +41,28 @@ namespace {
 
 /// A center does not own its observers, so they must be removed before they are destroyed.
 struct Registration {
-    NSNotificationCenter* centre;
+    NSNotificationCenter* center;
     KOVANotificationTarget* target;
 
     Registration(NSNotificationCenter* where, std::function<void()> observer) :
-        centre(where), target([[KOVANotificationTarget alloc] initWithObserver:std::move(observer)]) {}
+        center(where), target([[KOVANotificationTarget alloc] initWithObserver:std::move(observer)]) {}
     Registration(const Registration&) = delete;
     Registration& operator=(const Registration&) = delete;
-    ~Registration() { [centre removeObserver:target]; }
+    ~Registration() { [center removeObserver:target]; }
 };
 
 } // namespace
 
-Subscription observeNotification(NSNotificationCenter* centre, NSString* name, std::function<void()> observer) {
-    const auto registration = std::make_shared<Registration>(centre, std::move(observer));
-    [centre addObserver:registration->target selector:@selector(heard:) name:name object:nil];
+Subscription observeNotification(NSNotificationCenter* center, NSString* name, std::function<void()> observer) {
+    const auto registration = std::make_shared<Registration>(center, std::move(observer));
+    [center addObserver:registration->target selector:@selector(heard:) name:name object:nil];
     return Subscription(registration);
 }
 
 Subscription observeDistributedNotification(NSString* name, std::function<void()> observer) {
-    NSDistributedNotificationCenter* centre = NSDistributedNotificationCenter.defaultCenter;
-    const auto registration = std::make_shared<Registration>(centre, std::move(observer));
-    [centre addObserver:registration->target
+    NSDistributedNotificationCenter* center = NSDistributedNotificationCenter.defaultCenter;
+    const auto registration = std::make_shared<Registration>(center, std::move(observer));
+    [center addObserver:registration->target
                   selector:@selector(heard:)
                       name:name
                     object:nil

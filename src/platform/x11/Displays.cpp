@@ -62,7 +62,7 @@ std::optional<MonitorIdentity> identityInEdid(std::span<const std::uint8_t> edid
         std::snprintf(digits.data(), digits.size(), "%02X", static_cast<unsigned>(byte));
         identity.device += digits.data();
     }
-    identity.isSerialised = std::ranges::any_of(edid.subspan(12, 4), [](std::uint8_t byte) { return byte != 0; });
+    identity.hasSerialNumber = std::ranges::any_of(edid.subspan(12, 4), [](std::uint8_t byte) { return byte != 0; });
     for (const std::size_t at : {54U, 72U, 90U, 108U}) {
         const auto descriptor = edid.subspan(at, 18);
         if (descriptor[0] != 0 || descriptor[1] != 0) continue; // a timing
@@ -70,7 +70,7 @@ std::optional<MonitorIdentity> identityInEdid(std::span<const std::uint8_t> edid
         if (descriptor[3] == 0xFF) {
             const std::string serial = descriptorText(descriptor);
             identity.device += " " + serial;
-            identity.isSerialised |= serial.find_first_not_of("0 ") != std::string::npos;
+            identity.hasSerialNumber |= serial.find_first_not_of("0 ") != std::string::npos;
         }
     }
     return identity;
@@ -144,7 +144,7 @@ DisplayArrangement describeDisplays(std::vector<Monitor> monitors, MonitorsTold 
             if (!monitor.identity->name.empty()) screen.localizedName = monitor.identity->name;
             // Named by its connector even while it is the only one of its model: its id must not change when another of
             // the same model is connected or disconnected.
-            const bool isByPlace = !monitor.identity->isSerialised || hasTwin(monitors, monitor);
+            const bool isByPlace = !monitor.identity->hasSerialNumber || hasTwin(monitors, monitor);
             const std::string place = isByPlace ? "@" + monitor.connector : "";
             screen.displayUUID = stableUuid(monitor.identity->device + place);
         }

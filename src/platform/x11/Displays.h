@@ -15,9 +15,9 @@ namespace kova::x11 {
 
 /// Identity of a monitor by its EDID.
 struct MonitorIdentity {
-    std::string device;        // manufacturer, model and serial numbers; stable across connections
-    std::string name;          // product name; empty when there is none
-    bool isSerialised = false; // has a serial number that distinguishes it from others of its model
+    std::string device;           // manufacturer, model and serial numbers; stable across connections
+    std::string name;             // product name; empty when there is none
+    bool hasSerialNumber = false; // has a serial number that distinguishes it from others of its model
     bool operator==(const MonitorIdentity&) const = default;
 };
 
