@@ -22,7 +22,7 @@ std::variant<AgentOptions, int> readAgentOptions(std::span<char*> arguments, con
             std::fputs(help, stdout);
             return EXIT_SUCCESS;
         } else {
-            std::fprintf(stderr, "kova-agent: unknown argument \"%s\"; see kova-agent --help\n", argument.data());
+            std::fprintf(stderr, "kova-agent: unknown argument “%s”; see kova-agent --help\n", argument.data());
             return kExitWrongUsage;
         }
     }

@@ -27,7 +27,7 @@ WorkspaceRuleDisposition decodeDisposition(const JsonCursor& at) {
     const auto [name, payload] = at.soleCase();
     if (name == "tile") return disposition::Tile{text(payload.required("slotID"))};
     if (name != "float" && name != "ignore") {
-        at.fail("unknown case \"" + shownKey(name) + "\", expected \"tile\", \"float\" or \"ignore\"");
+        at.fail("unknown case “" + shownKey(name) + "”, expected “tile”, “float” or “ignore”");
     }
     (void)payload.members(); // fails unless it is an object
     if (name == "float") return disposition::Float{};

@@ -20,7 +20,7 @@ std::string text(double number) {
 }
 
 std::string quoted(std::string_view word) {
-    return "\"" + std::string(word) + "\"";
+    return "“" + std::string(word) + "”";
 }
 
 bool isPossible(CGSize size) {

@@ -36,7 +36,7 @@ std::string loadAccentColorID(PreferencesStore& store) {
     std::string id = normalizedAccentColorID(stored.value_or(std::string(kDefaultAccentColorID)));
     if (stored && id != *stored) {
         store.noteUnusable(preferenceKey::accentColor,
-                           "there is no accent color \"" + *stored + "\"; \"" + id + "\" is used");
+                           "there is no accent color “" + *stored + "”; “" + id + "” is used");
     }
     return id;
 }

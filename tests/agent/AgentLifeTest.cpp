@@ -53,8 +53,8 @@ TEST_F(AgentLife, OnlyOneAgentManagesAServer) {
     std::filesystem::permissions(other, std::filesystem::perms::owner_all);
     const auto second = session.run({"env", "XDG_RUNTIME_DIR=" + other, "XDG_STATE_HOME=" + other, KOVA_AGENT});
     EXPECT_EQ(second.exitCode, 5);
-    EXPECT_EQ(second.output, "kova-agent: process " + std::to_string(agent) + " already manages the X display \"" +
-                                 server.displayName() + "\"\n");
+    EXPECT_EQ(second.output, "kova-agent: process " + std::to_string(agent) + " already manages the X display “" +
+                                 server.displayName() + "”\n");
     session.signalAgent(SIGKILL);
     ASSERT_TRUE(session.waitForAgent());
     session.startAgent(); // the claim went with the agent

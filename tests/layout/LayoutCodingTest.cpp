@@ -86,7 +86,7 @@ TEST(WorkspaceProfile, ErrorsNameThePlace) {
         {profileWith({{"layoutSelectionsByDisplay", {{"d", json::object()}}}}),
          "layoutSelectionsByDisplay.d: Invalid number of keys found, expected one."},
         {profileWith({{"layoutSelectionsByDisplay", {{"d", {{"manual", json::object()}}}}}}),
-         "layoutSelectionsByDisplay.d: unknown case \"manual\", expected \"automatic\" or \"layout\""},
+         "layoutSelectionsByDisplay.d: unknown case “manual”, expected “automatic” or “layout”"},
         {profileWith({{"layoutSelectionsByDisplay", {{"d", {{"layout", json::object()}}}}}}),
          "layoutSelectionsByDisplay.d.layout.id: is missing"},
         {profileWith({{"layoutSelectionsByDisplay", {{"d", {{"automatic", 1}}}}}}),
@@ -132,7 +132,7 @@ TEST(LayoutDefinition, IsRestoredWithoutItsTree) {
         }
         return "no error";
     };
-    EXPECT_EQ(errorWith("/displayClass", "huge"), "layouts[3].displayClass: unknown display class \"huge\"");
+    EXPECT_EQ(errorWith("/displayClass", "huge"), "layouts[3].displayClass: unknown display class “huge”");
     EXPECT_EQ(errorWith("/slots/1/name", nullptr), "layouts[3].slots[1].name: must not be null");
     EXPECT_EQ(errorWith("/slots/1/normalizedFrame", {0, 0, 1, 1}),
               "layouts[3].slots[1].normalizedFrame: expected [[x, y], [width, height]]");

@@ -130,7 +130,7 @@ TEST(WorkspaceDocument, AnErrorNamesThePlaceAndTheReason) {
         {"/rules/1/disposition", json::object(), "rules[1].disposition: Invalid number of keys found, expected one."},
         {"/rules/1/disposition/ignore", json::object(),
          "rules[1].disposition: Invalid number of keys found, expected one."},
-        {"/rules/2/disposition", {{"close", json::object()}}, "rules[2].disposition: unknown case \"close\""},
+        {"/rules/2/disposition", {{"close", json::object()}}, "rules[2].disposition: unknown case “close”"},
         {"/rules/2/disposition", {{"float", 1}}, "rules[2].disposition.float: expected an object"},
         {"/rules/0/disposition/tile/slotID", nullptr, "rules[0].disposition.tile.slotID: is missing"},
     };

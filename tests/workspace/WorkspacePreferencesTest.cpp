@@ -83,8 +83,7 @@ TEST(WorkspacePreferences, WhatCannotBeReadCountsAsAbsent) {
     ASSERT_EQ(problems.size(), 4U) << "each is told";
     EXPECT_NE(problems[0].find("workspaceProfile.v1 is not used as stored: id: expected a string"), std::string::npos)
         << problems[0];
-    EXPECT_NE(problems[3].find("there is no accent color \"no such colour\"; \"system-blue\" is used"),
-              std::string::npos)
+    EXPECT_NE(problems[3].find("there is no accent color “no such colour”; “system-blue” is used"), std::string::npos)
         << problems[3];
     store.setValue(preferenceKey::showTileBackgrounds, false);
     EXPECT_FALSE(loadWorkspacePreferences(store).showTileBackgrounds);
@@ -108,9 +107,9 @@ TEST(WorkspacePreferences, ValuesOutOfRangeAreRefusedOneByOne) {
         const auto reason = problem.substr(std::min(before.size(), problem.size()));
         lines += reason.substr(0, reason.find(". A copy")) + "\n";
     }
-    EXPECT_EQ(lines, "themeID: there is no theme \"plaid\"; \"jarvis.neon-cyan\" is used\n"
-                     "layoutID: there is no layout \"jarvis.nope\"; \"jarvis.command-center\" is used\n"
-                     "layoutSelectionsByDisplay.A: there is no layout \"jarvis.gone\"; the automatic one is used\n"
+    EXPECT_EQ(lines, "themeID: there is no theme “plaid”; “jarvis.neon-cyan” is used\n"
+                     "layoutID: there is no layout “jarvis.nope”; “jarvis.command-center” is used\n"
+                     "layoutSelectionsByDisplay.A: there is no layout “jarvis.gone”; the automatic one is used\n"
                      "tileInset: 5000 is not between 0 and 100; 5 is used\n"
                      "applicationMinimumSizes.low: -1 x 100 is no size of a window; it is not used\n"
                      "applicationMinimumSizes.vast: 1e+09 x 100 is no size of a window; it is not used\n");

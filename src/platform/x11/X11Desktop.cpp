@@ -41,7 +41,7 @@ X11Desktop::open(const Options& options, MainQueue& queue, ApplicationCatalogue&
     auto connected = XConnection::open(options.displayName);
     if (auto* reason = std::get_if<std::string>(&connected)) return Failure{std::move(*reason)};
     auto parts = std::make_unique<Parts>(std::move(std::get<0>(connected)), options, queue, catalogue);
-    const std::string display = "the X display \"" + parts->connection->displayName() + "\"";
+    const std::string display = "the X display “" + parts->connection->displayName() + "”";
     if (options.claimsServer) {
         if (const auto other = claimServer(*parts->connection, parts->processes)) {
             const std::string agent = other->process ? "process " + std::to_string(*other->process) : "another agent";

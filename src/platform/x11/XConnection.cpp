@@ -20,7 +20,7 @@ std::string environmentValue(const char* name) {
 std::string whyNoDisplay() {
     if (!environmentValue("WAYLAND_DISPLAY").empty()) {
         return "This is a Wayland session without an X server, and Wayland does not let a program move other programs' "
-               "windows. Log out and choose a session on X11 (often called \"Xorg\") in the login screen.";
+               "windows. Log out and choose a session on X11 (often called “Xorg”) in the login screen.";
     }
     return "There is no X display: DISPLAY is not set. Start KOVA inside the graphical session, or set DISPLAY to the "
            "one "
@@ -28,7 +28,7 @@ std::string whyNoDisplay() {
 }
 
 std::string whyNotConnected(const std::string& displayName, int error) {
-    const std::string place = "Cannot connect to the X display \"" + displayName + "\": ";
+    const std::string place = "Cannot connect to the X display “" + displayName + "”: ";
     switch (error) {
     case XCB_CONN_CLOSED_PARSE_ERR:
         return place + "that is not the name of a display (for example \":0\").";
