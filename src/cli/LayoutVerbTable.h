@@ -16,6 +16,9 @@ inline std::optional<std::string> checkPreference(const Arguments& arguments) {
     return std::nullopt;
 }
 
+inline constexpr Parameter kLayoutWindow =
+    kWindow.asOption("--window").meaningThat("the display of this window: its id, application or title");
+
 inline constexpr auto kLayoutVerbs = std::to_array<Verb>({
     {"divider list",
      "divider.list",
@@ -89,15 +92,15 @@ inline constexpr auto kLayoutVerbs = std::to_array<Verb>({
      "go to the next layout",
      "Changes the layout of the current display: that of the focused window, else the one under the pointer, else the "
      "first. After the last layout comes the first.",
-     "kova layout next",
-     {},
+     "kova layout next\nkova layout next --display 1",
+     {kLayoutWindow, kDisplay},
      printLayoutChange},
     {"layout previous",
      "layout.previous",
      "go to the previous layout",
      "Like “layout next”, in the other direction.",
-     "kova layout previous",
-     {},
+     "kova layout previous\nkova layout previous --window mail",
+     {kLayoutWindow, kDisplay},
      printLayoutChange},
     {"layout select",
      "layout.select",
@@ -207,12 +210,13 @@ inline constexpr auto kLayoutVerbs = std::to_array<Verb>({
      "compare the frames of windows with what was requested",
      "Prints the windows that are not in the requested frame, and exits with 1 if there is one. Windows that are "
      "minimized, zoomed, hidden, in full screen or on another desktop are not compared.",
-     "kova verify\nkova verify --repair",
+     "kova verify\nkova verify --repair\nkova verify --repair --dry-run",
      {{.kind = Parameter::Kind::flag,
        .key = "repair",
        .flag = "--repair",
        .meaning = "request the frames of those that drifted again",
-       .isRequired = false}},
+       .isRequired = false},
+      kDryRun.meaningThat("with --repair: only say for which windows")},
      printVerification,
      runVerify},
     {"query state",

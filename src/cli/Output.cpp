@@ -122,9 +122,7 @@ std::string localTime(const std::string& utc) {
 std::string printArrangement(const json& result, const Arguments&) {
     std::string out;
     for (const json& decision : result.at("explanation")) out += line(decision.get<std::string>());
-    if (result.at("dryRun").get<bool>()) {
-        if (out.empty()) out = "There is no window to arrange.\n";
-    } else if (!result.at("message").is_null()) {
+    if (!result.at("dryRun").get<bool>() && !result.at("message").is_null()) {
         out += line(result.at("message").get<std::string>());
     }
     return out;

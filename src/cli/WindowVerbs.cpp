@@ -120,10 +120,12 @@ std::string printWindowAt(const json& result, const Arguments&) {
     return line(nameOf(window) + "  " + window.at("id").get<std::string>());
 }
 
-std::string printVerification(const json& result, const Arguments&) {
+std::string printVerification(const json& result, const Arguments& arguments) {
+    if (result.at("windows").empty()) return "There is no window in a tile.\n";
     Table table({{"WINDOW"}, {"TILE"}, {"REQUESTED"}, {"ACTUAL"}, {"STATE"}});
-    std::size_t right = 0;
+    std::size_t right = 0, drifted = 0;
     for (const json& window : result.at("windows")) {
+        if (window.at("verdict") == "drifted") ++drifted;
         if (window.at("verdict") == "asRequested") {
             ++right;
             continue;
@@ -132,14 +134,17 @@ std::string printVerification(const json& result, const Arguments&) {
                    frameText(window.at("actual")), inWords(window.at("verdict"))});
     }
     const std::string count = std::to_string(right) + (right == 1 ? " window is" : " windows are");
-    const std::string summary = count + " where requested.\n";
+    std::string summary = count + " where requested.\n";
+    if (arguments.has("repair") && arguments.has("dryRun")) {
+        summary += std::to_string(drifted) + (drifted == 1 ? " window" : " windows") + " would be put back.\n";
+    }
     return table.isEmpty() ? summary : table.text() + summary;
 }
 
 ExitCode runVerify(const Verb& verb, const Arguments& arguments) {
     auto agent = Agent::connect();
     if (!agent) return fail(agent.error());
-    const bool repairs = arguments.has("repair");
+    const bool repairs = arguments.has("repair") && !arguments.has("dryRun");
     auto result = agent->ask(verb.method, arguments.request);
     for (int i = 0; i < kMostTries && result; ++i) {
         const json& windows = result->at("windows");

@@ -35,6 +35,7 @@ ControlReply arrange(WorkspaceController& controller, const JsonCursor& paramete
     const bool isDryRun = dryRun && dryRun->boolean();
     if (isDryRun) {
         if (auto failure = withoutPermission(controller)) return *failure;
+        if (!controller.hasWindowToArrange()) return refusal(std::string(kNothingToArrange));
         return planned(controller.planArrangement(), isDryRun, std::nullopt);
     }
     const auto outcome = controller.perform(action::Arrange{});

@@ -28,10 +28,12 @@ void addWindowCommands(MethodTable& methods, WorkspaceController& controller) {
     addCommand("float", {"window", "display", "dryRun"}, floatWindow);
     addCommand("tile", {"window", "display", "dryRun"}, tileWindow);
     addCommand("stack", {"step", "tile", "window", "display", "dryRun"}, stepStack);
-    addCommand("verify", {"repair"}, verifyPlacements);
+    addCommand("verify", {"repair", "dryRun"}, verifyPlacements);
     methods.add("windows", {}, [&controller](const Call&) { return listWindows(controller); });
-    methods.add("pause", {}, [&controller](const Call&) { return setPaused(controller, Pausing::pause); });
-    methods.add("resume", {}, [&controller](const Call&) { return setPaused(controller, Pausing::resume); });
+    methods.add("pause", {"dryRun"},
+                [&controller](const Call& call) { return setPaused(controller, call.parameters, Pausing::pause); });
+    methods.add("resume", {"dryRun"},
+                [&controller](const Call& call) { return setPaused(controller, call.parameters, Pausing::resume); });
 }
 
 void addLayouts(MethodTable& methods, WorkspaceController& controller) {
@@ -42,9 +44,11 @@ void addLayouts(MethodTable& methods, WorkspaceController& controller) {
                 [&controller](const Call& call) { return showLayout(controller, call.parameters); });
     methods.add("layout.fit", {"display"},
                 [&controller](const Call& call) { return fitLayouts(controller, call.parameters); });
-    methods.add("layout.next", {}, [&controller](const Call&) { return stepLayout(controller, LayoutStep::next); });
-    methods.add("layout.previous", {},
-                [&controller](const Call&) { return stepLayout(controller, LayoutStep::previous); });
+    methods.add("layout.next", {"window", "display"},
+                [&controller](const Call& call) { return stepLayout(controller, call.parameters, LayoutStep::next); });
+    methods.add("layout.previous", {"window", "display"}, [&controller](const Call& call) {
+        return stepLayout(controller, call.parameters, LayoutStep::previous);
+    });
     methods.add("layout.select", {"layout", "display"},
                 [&controller](const Call& call) { return selectLayout(controller, call.parameters); });
     methods.add("layout.resetSizes", {"display"},

@@ -4,6 +4,7 @@
 #include "control/NameLookup.h"
 #include "control/Refusal.h"
 #include "support/Limits.h"
+#include "workspace/WindowNames.h"
 
 #include <algorithm>
 #include <cmath>
@@ -19,6 +20,18 @@ const Screen* findScreen(const WorkspaceController& controller, const DisplayID&
     const auto found =
         std::find_if(screens.begin(), screens.end(), [&](const Screen& s) { return displayID(s) == id; });
     return found == screens.end() ? nullptr : &*found;
+}
+
+/// The display of the window that the parameters name, else the display that they name, else the current one.
+ControlResult<DisplayID> displayOfWindow(const WorkspaceController& controller, const JsonCursor& parameters) {
+    const auto named = parameters.optional("window");
+    if (!named) return wantedDisplay(controller, parameters);
+    if (auto failure = withoutPermission(controller)) return *std::move(failure);
+    const auto window = lookUpWindow(controller, named->string());
+    if (!window) return window.error();
+    auto display = controller.displayIDOfWindow(window->id);
+    if (!display) return refusal(nameOf(*window) + " is on no display");
+    return *std::move(display);
 }
 
 /// The layout that is now in force on the display, and the message about it.
@@ -102,11 +115,11 @@ ControlReply selectLayout(WorkspaceController& controller, const JsonCursor& par
     return outcome ? inForce(controller, *display) : ControlReply(failureOf(outcome));
 }
 
-ControlReply stepLayout(WorkspaceController& controller, LayoutStep step) {
-    const auto display = controller.currentDisplayID();
-    const auto outcome = controller.perform(action::CycleLayout{step});
+ControlReply stepLayout(WorkspaceController& controller, const JsonCursor& parameters, LayoutStep step) {
+    const auto display = displayOfWindow(controller, parameters);
+    if (!display) return display.error();
+    const auto outcome = controller.perform(action::CycleLayout{step, *display});
     if (!outcome) return failureOf(outcome);
-    if (!display) return refusal(controller, "The layout was not changed");
     return inForce(controller, *display);
 }
 

@@ -9,7 +9,7 @@ namespace kova {
 
 ControlReply showLayout(const WorkspaceController& controller, const JsonCursor& parameters);
 ControlReply selectLayout(WorkspaceController& controller, const JsonCursor& parameters);
-ControlReply stepLayout(WorkspaceController& controller, LayoutStep step);
+ControlReply stepLayout(WorkspaceController& controller, const JsonCursor& parameters, LayoutStep step);
 ControlReply resetLayoutSizes(WorkspaceController& controller, const JsonCursor& parameters);
 /// Which application arrangements offer the tiles of a slot first; none when the parameters name no application.
 ControlReply preferApplication(WorkspaceController& controller, const JsonCursor& parameters);

@@ -47,27 +47,31 @@ std::vector<std::size_t> everyIndex(std::size_t count) {
     return all;
 }
 
-/// “. Did you mean “quad-grid”?”; empty when no name is near.
-std::string nearestName(std::string_view wanted, std::span<const NamedThing> things) {
-    std::vector<std::string> names, folded;
+std::string suggestionAmong(std::span<const NamedThing> things, std::string_view wanted) {
+    std::vector<std::string> names;
     for (const NamedThing& thing : things) {
         for (const auto& name : thing.names) names.push_back(name);
         names.push_back(thing.id);
     }
-    for (const auto& name : names) folded.push_back(lowercased(name));
-    const auto nearest = nearestWord(lowercased(wanted.substr(0, kLongestQuotation)), folded);
-    return nearest ? ". Did you mean " + quoted(std::string_view(names[*nearest])) + "?" : "";
+    return nearestName(wanted, names);
 }
 
 ControlFailure noneOf(std::string_view kind, std::string_view wanted, std::span<const NamedThing> things) {
     const std::string what(kind);
     const std::string none = "There is no " + what + " " + quoted(wanted);
     if (things.empty()) return listing(none + "; there is no " + what + " at all", wanted, things, {});
-    const std::string meant = nearestName(wanted, things);
+    const std::string meant = suggestionAmong(things, wanted);
     return listing(none + (meant.empty() ? "." : meant) + " There is:", wanted, things, everyIndex(things.size()));
 }
 
 } // namespace
+
+std::string nearestName(std::string_view wanted, const std::vector<std::string>& names) {
+    std::vector<std::string> folded;
+    for (const auto& name : names) folded.push_back(lowercased(name));
+    const auto nearest = nearestWord(lowercased(wanted.substr(0, kLongestQuotation)), folded);
+    return nearest ? ". Did you mean " + quoted(std::string_view(names[*nearest])) + "?" : "";
+}
 
 std::string textForMessage(std::string_view wanted) {
     return validUtf8(wanted.substr(0, kLongestQuotation)) + (wanted.size() > kLongestQuotation ? "…" : "");
@@ -218,7 +222,9 @@ ControlResult<WorkspaceScene> lookUpScene(const WorkspaceController& controller,
     const auto found = std::find_if(scenes.begin(), scenes.end(), [&](const auto& scene) { return scene.id == id; });
     if (found != scenes.end()) return *found;
     std::vector<NamedThing> things;
-    for (const auto& scene : scenes) things.push_back({scene.id.string(), {}, scene.name + "  " + scene.id.string()});
+    for (const auto& scene : scenes) {
+        things.push_back({scene.id.string(), {scene.name}, scene.name + "  " + scene.id.string()});
+    }
     return noneOf("scene", wanted, things);
 }
 

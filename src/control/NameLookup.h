@@ -29,6 +29,9 @@ enum class Numbered { no, yes }; // whether a number means the place in the list
 ControlResult<std::size_t> lookUp(std::string_view kind, std::string_view wanted, std::span<const NamedThing> things,
                                   Numbered numbered);
 
+/// “. Did you mean “quad-grid”?”; empty when none of the names is near.
+std::string nearestName(std::string_view wanted, const std::vector<std::string>& names);
+
 /// For use in a message: valid UTF-8, and cut if it is very long.
 std::string textForMessage(std::string_view wanted);
 

@@ -4,6 +4,7 @@
 #include "control/ControlRecords.h"
 #include "control/NameLookup.h"
 #include "control/Refusal.h"
+#include "control/client/ControlCodes.h"
 #include "workspace/WindowNames.h"
 
 #include <algorithm>
@@ -148,7 +149,14 @@ ControlReply swapWindows(WorkspaceController& controller, const JsonCursor& para
     if (!window) return window.error();
     auto& windowID = *window;
     auto tile = wantedTile(controller, parameters, with, windowID);
-    if (!tile) return tile.error();
+    if (!tile) {
+        const std::vector<std::string> directions = {"left", "right", "up", "down"};
+        const std::string meant = nearestName(with, directions);
+        if (meant.empty()) return tile.error();
+        return ControlFailure{controlCode::refused,
+                              "There is no direction or tile “" + textForMessage(with) + "”" + meant,
+                              {{"choices", directions}}};
+    }
     return carriedOut(controller, parameters, command::Swap{std::move(windowID), *std::move(tile)});
 }
 
@@ -262,7 +270,7 @@ ControlReply listWindows(const WorkspaceController& controller) {
 ControlReply verifyPlacements(WorkspaceController& controller, const JsonCursor& parameters) {
     if (auto failure = withoutPermission(controller)) return *failure;
     const auto findings = controller.verifyPlacements();
-    const bool repairs = isTrue(parameters, "repair");
+    const bool repairs = isTrue(parameters, "repair") && !isTrue(parameters, "dryRun");
     if (repairs) {
         const auto outcome = controller.perform(action::RepairPlacements{});
         if (!outcome) return failureOf(outcome);
@@ -281,12 +289,22 @@ ControlReply verifyPlacements(WorkspaceController& controller, const JsonCursor&
     return json{{"isAsRequested", isAsRequested}, {"isRepaired", repairs}, {"windows", std::move(windows)}};
 }
 
-ControlReply setPaused(WorkspaceController& controller, Pausing pausing) {
-    const bool isPaused = pausing == Pausing::pause;
-    controller.perform(action::Switch{action::Setting::isPaused, isPaused});
-    return json{{"isPaused", isPaused},
-                {"message", isPaused ? "KOVA is paused: it leaves all windows alone until “kova resume”"
-                                     : "KOVA manages windows"}};
+ControlReply setPaused(WorkspaceController& controller, const JsonCursor& parameters, Pausing pausing) {
+    const bool isToPause = pausing == Pausing::pause;
+    const bool wasPaused = *controller.state().isPaused;
+    const bool isDryRun = isTrue(parameters, "dryRun");
+    std::string message;
+    if (!isDryRun) {
+        controller.perform(action::Switch{action::Setting::isPaused, isToPause});
+        message =
+            isToPause ? "KOVA is paused: it leaves all windows alone until “kova resume”" : "KOVA manages windows";
+    } else if (isToPause == wasPaused) {
+        message = isToPause ? "Nothing would change: KOVA is paused" : "Nothing would change: KOVA manages windows";
+    } else {
+        message = isToPause ? "KOVA would leave all windows alone until “kova resume”"
+                            : "KOVA would manage windows again and put them back into their tiles";
+    }
+    return json{{"isPaused", isDryRun ? wasPaused : isToPause}, {"dryRun", isDryRun}, {"message", message}};
 }
 
 } // namespace kova

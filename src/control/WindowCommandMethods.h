@@ -40,6 +40,6 @@ ControlReply findWindowAt(const WorkspaceController& controller, const JsonCurso
 ControlReply verifyPlacements(WorkspaceController& controller, const JsonCursor& parameters);
 
 enum class Pausing { pause, resume };
-ControlReply setPaused(WorkspaceController& controller, Pausing pausing);
+ControlReply setPaused(WorkspaceController& controller, const JsonCursor& parameters, Pausing pausing);
 
 } // namespace kova

@@ -38,7 +38,7 @@ Arrangement::Arrangement(WorkspaceParts& parts, WorkspaceAccess& access, TileGeo
     access_(access), geometry_(geometry), finder_(finder), presenter_(presenter), keeper_(keeper), steps_(steps) {}
 
 Outcome Arrangement::arrange() {
-    if (!hasWindowToArrange()) return access_.refuse("There is no window to arrange");
+    if (!hasWindowToArrange()) return access_.refuse(std::string(kNothingToArrange));
     steps_.pushUndoSnapshot({std::string(action::Arrange::kTraits.undoLabel), geometry_.applicationsOn(std::nullopt)});
     const auto obstacle = whyWindowsStay(); // judged by earlier arrangements
     arrangeWindows();

@@ -25,11 +25,14 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kova {
 
 struct WorkspaceParts;
+
+inline constexpr std::string_view kNothingToArrange = "There is no window to arrange";
 
 class Arrangement {
   public:
@@ -40,6 +43,8 @@ class Arrangement {
     /// The message for the user if the window manager places windows itself (recognized by its name or by refusals);
     /// otherwise absent.
     std::optional<std::string> whyWindowsStay() const;
+    /// False: `arrange` refuses.
+    bool hasWindowToArrange() const;
     /// The plan that `arrange` would carry out now.
     ArrangementPlan planArrangement() const;
     void learnPlacementByUser(const ManagedWindow& window, const std::string& targetID);
@@ -47,7 +52,6 @@ class Arrangement {
     bool isExcludedByRules(const ManagedWindow& window) const;
 
   private:
-    bool hasWindowToArrange() const;
     std::optional<ArrangementCandidate> candidateFor(const ManagedWindow& window,
                                                      const TileAssignments& assignments) const;
     ArrangementInput arrangementInput(const std::vector<ManagedWindow>& windows,

@@ -50,14 +50,14 @@ Outcome LayoutChoice::selectLayout(const DisplayID& id, const DisplayLayoutSelec
     return Outcome::done(layoutName + " on " + screen.localizedName);
 }
 
-Outcome LayoutChoice::cycleLayout(LayoutStep direction) {
-    const auto id = finder_.currentDisplayID();
-    if (!id) return access_.refuse("No display is connected");
+Outcome LayoutChoice::cycleLayout(const action::CycleLayout& cycle) {
+    const auto id = cycle.displayID ? cycle.displayID : finder_.currentDisplayID();
+    if (!id || !geometry_.screenOf(*id)) return access_.refuse("No display is connected");
     const auto& all = geometry_.catalogue();
     const std::string current = geometry_.resolvedLayout(*id)->id;
     const auto at = std::find_if(all.begin(), all.end(), [&](const auto& layout) { return layout.id == current; });
     const auto count = static_cast<int>(all.size());
-    const int step = direction == LayoutStep::next ? 1 : -1;
+    const int step = cycle.step == LayoutStep::next ? 1 : -1;
     const int index = (static_cast<int>(at - all.begin()) + step + count) % count;
     return selectLayout(*id, DisplayLayoutSelection::layout(all[static_cast<std::size_t>(index)].id));
 }

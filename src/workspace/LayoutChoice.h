@@ -28,7 +28,7 @@ class LayoutChoice {
                  TileKeeper& keeper, LayoutFollower& follower, UndoSteps& steps);
 
     Outcome selectLayout(const DisplayID& displayID, const DisplayLayoutSelection& selection);
-    Outcome cycleLayout(LayoutStep direction);
+    Outcome cycleLayout(const action::CycleLayout& cycle);
     Outcome resetLayoutSizes(const std::optional<DisplayID>& displayID);
     Outcome setTileInset(double points);
 

@@ -2,6 +2,7 @@
 
 #include "support/Overloaded.h"
 #include "workspace/NeighbourTarget.h"
+#include "workspace/WindowNames.h"
 
 #include <algorithm>
 #include <cmath>
@@ -61,8 +62,12 @@ class CommandPlanner {
                                          (moved == &window ? *other : window).applicationName};
                 }
             }
+            const bool isSameApplication = window.applicationName == other->applicationName;
+            const auto named = [&](const ManagedWindow& each) {
+                return isSameApplication ? nameOf(each) : each.applicationName;
+            };
             return WindowPlan{"swap",
-                              "Swapped " + window.applicationName + " and " + other->applicationName,
+                              "Swapped " + named(window) + " and " + named(*other),
                               {{Kind::place, other->id, *own}, {Kind::place, window.id, theirs}}};
         });
     }

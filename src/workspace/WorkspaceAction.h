@@ -133,9 +133,10 @@ struct SelectLayout {
     DisplayID displayID;
     DisplayLayoutSelection selection;
 };
-/// Through the whole catalogue in its order, with wrap-around, on the current display.
+/// Through the whole catalogue in its order, with wrap-around; on the current display when none is named.
 struct CycleLayout {
     LayoutStep step = LayoutStep::next;
+    std::optional<DisplayID> displayID{};
 };
 /// Drops the weights of every layout on the display; of the current display when none is named.
 struct ResetLayoutSizes {

@@ -44,7 +44,7 @@ Outcome WorkspaceController::carryOut(const WorkspaceAction& wanted) {
             [&](const SelectLayout& layout) {
                 return ops_.layoutChoice.selectLayout(layout.displayID, layout.selection);
             },
-            [&](const CycleLayout& layout) { return ops_.layoutChoice.cycleLayout(layout.step); },
+            [&](const CycleLayout& layout) { return ops_.layoutChoice.cycleLayout(layout); },
             [&](const ResetLayoutSizes& sizes) { return ops_.layoutChoice.resetLayoutSizes(sizes.displayID); },
             [&](const SetTileInset& inset) { return ops_.layoutChoice.setTileInset(inset.points); },
             [&](const BeginDividerDrag& drag) { return ops_.pointerActions.beginDividerDrag(drag.divider); },

@@ -119,6 +119,7 @@ class WorkspaceController {
     }
 
     /// The plan that the action would carry out now.
+    bool hasWindowToArrange() const { return ops_.arrangement.hasWindowToArrange(); }
     ArrangementPlan planArrangement() const { return ops_.arrangement.planArrangement(); }
     std::variant<WindowPlan, WindowRefusal> planCommand(const WindowCommand& command) const {
         return ops_.commands.planCommand(command);

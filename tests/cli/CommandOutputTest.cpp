@@ -11,6 +11,7 @@ namespace {
 using nlohmann::json;
 
 TEST_F(CommandLine, WindowsAreListedByTheirTilesAndDriftIsFound) {
+    EXPECT_EQ(run({"verify"}).out, "There is no window in a tile.\n");
     desk.arrange();
     EXPECT_EQ(run({"windows"}).out, R"(A: Dual Split (2)
   1  Primary    * Terminal
@@ -38,7 +39,13 @@ In no tile:
 Mail “Inbox”  Secondary on A  1291,15 1254x1382  1500,100 500x400  drifted
 1 window is where requested.
 )");
+    EXPECT_NE(run({"verify", "--repair", "--dry-run"}).out.find("\n1 window would be put back.\n"), std::string::npos);
+    EXPECT_EQ(run({"verify"}).code, 1) << "nothing was put back";
+    EXPECT_EQ(run({"resume", "--dry-run"}).out, "Nothing would change: KOVA manages windows\n");
+    EXPECT_EQ(run({"pause", "--dry-run"}).out, "KOVA would leave all windows alone until “kova resume”\n");
+    EXPECT_EQ(run({"status"}).out.find("management  paused"), std::string::npos);
     EXPECT_EQ(run({"pause"}).code, 0);
+    EXPECT_EQ(run({"resume", "--dry-run"}).out, "KOVA would manage windows again and put them back into their tiles\n");
     EXPECT_EQ(run({"move", "left"}).err, "KOVA is paused; “kova resume” goes on\n");
     EXPECT_NE(run({"status"}).out.find("management  paused"), std::string::npos);
     EXPECT_EQ(run({"verify", "--repair"}).code, 1);

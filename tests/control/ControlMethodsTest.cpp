@@ -38,6 +38,14 @@ TEST_F(AgentMethods, WaitForAPollSoThatNewWindowsAreKnown) {
     EXPECT_EQ(plan["placements"].size() + plan["surplus"].size(), 5u) << plan;
 }
 
+TEST_F(AgentMethods, WithoutWindowsNeitherArrangementNorItsDryRunIsDone) {
+    for (const char* label : {"Mail", "Notes", "Terminal"}) desk.desktop.close(label);
+    desk.settle();
+    for (const bool isDryRun : {true, false}) {
+        EXPECT_EQ(error("arrange", {{"dryRun", isDryRun}})["message"], "There is no window to arrange");
+    }
+}
+
 TEST_F(AgentMethods, ArrangeMovesTheWindowsOfTheDryRun) {
     const json planned = result("arrange", {{"dryRun", true}});
     EXPECT_EQ(desk.tiles(), "- | -");
@@ -118,6 +126,12 @@ TEST_F(AgentMethods, LayoutsAreFoundByIdNameOrPart) {
     EXPECT_EQ(result("layout.show", {{"display", "1"}})["tiles"].size(), 2u);
     EXPECT_EQ(result("layout.next")["layout"]["id"], "jarvis.dual-stack");
     EXPECT_EQ(result("layout.previous")["layout"]["id"], "jarvis.dual-split");
+    const std::string beamer = result("query.displays")["displays"][1]["id"];
+    EXPECT_EQ(result("layout.next", {{"display", "beam"}})["display"], beamer);
+    desk.desktop.userMoves("Notes", makeRect(2700, 100, 500, 400));
+    desk.settle();
+    EXPECT_EQ(result("layout.previous", {{"window", "Notes"}})["display"], beamer);
+    EXPECT_EQ(result("query.displays")["displays"][1]["layout"]["id"], "jarvis.compact-16-by-9");
 
     const json shown = result("layout.show", {{"layout", "six grid (3"}, {"display", "Beamer"}});
     EXPECT_FALSE(shown["isInForce"].get<bool>());

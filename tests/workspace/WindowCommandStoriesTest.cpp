@@ -72,6 +72,10 @@ TEST_F(WindowCommandStories, TwoWindowsTradePlacesAndTheirStacksStay) {
     EXPECT_EQ(steps(command::Swap{std::nullopt, WorkspaceDirection::right}), "There is no tile to the right of Notes");
     desk.perform(command::Swap{std::nullopt, tile("focus-main")}).undo().undo();
     desk.expectTiles("Notes 15,15 1254x1382 + Codex | Viewer 1291,15 1254x1382 + Mail");
+    desk.opens("Notes", {.title = "Draft"}).settle();
+    desk.perform(command::Place{id("Notes 2"), tile("secondary-1")});
+    desk.perform(command::Swap{id("Notes"), tile("secondary-1")});
+    desk.expectMessage("Swapped Notes “Notes” and Notes “Draft”");
 }
 
 TEST_F(WindowCommandStories, AFloatingWindowIsLeftAloneUntilItIsPutIntoATileAgain) {
