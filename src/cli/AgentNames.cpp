@@ -87,6 +87,10 @@ std::vector<Candidate> applicationNames() {
     return namesFrom("app.list", "applications", "id", "name");
 }
 
+std::vector<Candidate> learnedApplicationNames() {
+    return namesFrom("app.learned", "applications", "name", "key");
+}
+
 std::vector<Candidate> sceneNames() {
     return namesFrom("scene.list", "scenes", "name", "createdAt");
 }

@@ -21,6 +21,8 @@ std::vector<Candidate> tileNames();
 std::vector<Candidate> splitNames();
 std::vector<Candidate> boundaryNames();
 std::vector<Candidate> applicationNames();
+/// Of which something was learned.
+std::vector<Candidate> learnedApplicationNames();
 std::vector<Candidate> sceneNames();
 std::vector<Candidate> ruleNames();
 std::vector<Candidate> themeNames();

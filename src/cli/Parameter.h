@@ -119,6 +119,11 @@ inline constexpr Parameter kApplication{.key = "application",
                                         .names = applicationNames};
 inline constexpr Parameter kListedApplication =
     kApplication.meaningThat("id or name of an application, or a part of it, as “app list” names it");
+inline constexpr Parameter kLearnedApplication{
+    .key = "application",
+    .value = "APP",
+    .meaning = "id or name of an application, or a part of it, as “app learned” names it",
+    .names = learnedApplicationNames};
 inline constexpr Parameter kScene{
     .key = "scene", .value = "SCENE", .meaning = "name of a scene, or its id", .names = sceneNames};
 inline constexpr Parameter kRule{.key = "rule",

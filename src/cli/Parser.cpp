@@ -17,7 +17,13 @@ namespace {
 
 using nlohmann::json;
 using Kind = Parameter::Kind;
-using ParseError = std::optional<std::string>; // absent: the word was taken
+
+/// What is wrong with a word, and what would be right.
+struct WrongWord {
+    std::string what;
+    std::vector<std::string> choices{};
+};
+using ParseError = std::optional<WrongWord>; // absent: the word was taken
 
 constexpr std::size_t kHelpWidth = 80; // columns
 
@@ -38,16 +44,27 @@ std::optional<json> number(std::string_view text, double least, double most) {
     return value;
 }
 
-/// "left, right, up or down".
-std::string listed(std::string_view words) {
-    std::string out;
+std::vector<std::string> split(std::string_view words, char separator = ' ') {
+    std::vector<std::string> all;
     for (std::size_t at = 0; at < words.size();) {
-        const auto end = std::min(words.find(' ', at), words.size());
-        const bool isLast = end == words.size();
-        out += (out.empty() ? "" : isLast ? " or " : ", ") + std::string(words.substr(at, end - at));
+        const auto end = std::min(words.find(separator, at), words.size());
+        all.emplace_back(words.substr(at, end - at));
         at = end + 1;
     }
+    return all;
+}
+
+/// "left, right, up or down".
+std::string joinedByOr(const std::vector<std::string>& words) {
+    std::string out;
+    for (const auto& word : words) out += (out.empty() ? "" : &word == &words.back() ? " or " : ", ") + word;
     return out;
+}
+
+/// “. Did you mean “left”?”; empty when none of the words is near.
+std::string nearestOf(std::string_view wanted, const std::vector<std::string>& words) {
+    const auto nearest = nearestWord(wanted, words);
+    return nearest ? ". Did you mean “" + words[*nearest] + "”?" : "";
 }
 
 /// "a number from 0 to 100".
@@ -58,14 +75,12 @@ std::string range(const Parameter& parameter) {
     return what + text(parameter.least) + (isOpen ? " on" : " to " + text(parameter.most));
 }
 
-bool isAmong(std::string_view word, std::string_view words) {
-    return (" " + std::string(words) + " ").find(" " + std::string(word) + " ") != std::string::npos;
-}
-
 /// The word as the parameter's value, or an error that names what was expected.
-Result<json, std::string> valueOf(const Parameter& parameter, std::string_view word) {
+Result<json, WrongWord> valueOf(const Parameter& parameter, std::string_view word) {
     const auto isNot = [word](const std::string& what) { return "“" + std::string(word) + "” is not " + what; };
     std::optional<json> value;
+    const auto words = split(parameter.words);
+    const bool isListed = std::find(words.begin(), words.end(), word) != words.end();
     switch (parameter.kind) {
     case Kind::flag:
         return json(true);
@@ -73,14 +88,12 @@ Result<json, std::string> valueOf(const Parameter& parameter, std::string_view w
         return json(word);
     case Kind::name:
     case Kind::file:
-        if (word.empty()) return std::string("a name must not be empty");
+        if (word.empty()) return WrongWord{"a name must not be empty"};
         return json(word);
     case Kind::choice:
-        if (!isAmong(word, parameter.words)) return isNot(listed(parameter.words));
-        return json(word);
     case Kind::onOff:
-        if (!isAmong(word, parameter.words)) return isNot(listed(parameter.words));
-        return json(word == "on");
+        if (!isListed) return WrongWord{isNot(joinedByOr(words)) + nearestOf(word, words), words};
+        return parameter.kind == Kind::onOff ? json(word == "on") : json(word);
     case Kind::wholeNumber:
         value = wholeNumber(word, parameter.least, parameter.most);
         break;
@@ -88,7 +101,7 @@ Result<json, std::string> valueOf(const Parameter& parameter, std::string_view w
         value = number(word, parameter.least, parameter.most);
         break;
     }
-    if (!value) return isNot(range(parameter));
+    if (!value) return WrongWord{isNot(range(parameter))};
     return std::move(*value);
 }
 
@@ -115,16 +128,17 @@ class Parser {
                 hasOptionsEnded = true;
                 continue;
             }
-            if (!hasOptionsEnded && (word == "--help" || word == "-h")) return ParseEnd{ExitCode::done, help(verb_)};
+            if (!hasOptionsEnded && (word == "--help" || word == "-h")) return ParseEnd{ExitCode::done};
             const ParseError error = !hasOptionsEnded && looksLikeOption(word) ? takeOption(word) : takeWord(word);
             if (error) return wrong(*error);
         }
         for (const Parameter& parameter : verb_.parameters) {
-            if (parameter.isRequired && !arguments_.has(parameter.key))
-                return wrong(spelling(parameter) + " is missing");
+            if (parameter.isRequired && !arguments_.has(parameter.key)) {
+                return wrong({spelling(parameter) + " is missing", split(parameter.words)});
+            }
         }
         if (verb_.check) {
-            if (const ParseError error = verb_.check(arguments_)) return wrong(*error);
+            if (const auto error = verb_.check(arguments_)) return wrong({*error});
         }
         return std::move(arguments_);
     }
@@ -138,7 +152,10 @@ class Parser {
 
     ParseError take(const Parameter& parameter, std::string_view word) {
         auto value = valueOf(parameter, word);
-        if (!value) return std::string(parameter.isWord() ? parameter.value : parameter.flag) + ": " + value.error();
+        if (!value) {
+            const std::string_view name = parameter.isWord() ? parameter.value : parameter.flag;
+            return WrongWord{std::string(name) + ": " + value.error().what, value.error().choices};
+        }
         (parameter.use == Parameter::Use::request ? arguments_.request : arguments_.own)[parameter.key] = *value;
         return std::nullopt;
     }
@@ -147,13 +164,16 @@ class Parser {
         const auto equals = word.find('=');
         const std::string_view name = word.substr(0, equals);
         const Parameter* option = optionNamed(name);
-        if (!option) return "there is no option “" + std::string(name) + "”" + nearestFlag(name);
+        if (!option) {
+            const auto flags = allFlags();
+            return WrongWord{"there is no option “" + std::string(name) + "”" + nearestOf(name, flags), flags};
+        }
         if (option->kind == Kind::flag) {
-            if (equals != std::string_view::npos) return std::string(name) + " takes no value";
+            if (equals != std::string_view::npos) return WrongWord{std::string(name) + " takes no value"};
             return take(*option, {});
         }
         if (equals == std::string_view::npos && words_.empty()) {
-            return std::string(name) + " needs a value: " + std::string(option->value);
+            return WrongWord{std::string(name) + " needs a value: " + std::string(option->value), split(option->words)};
         }
         return take(*option, equals == std::string_view::npos ? next() : word.substr(equals + 1));
     }
@@ -166,25 +186,24 @@ class Parser {
         return found;
     }
 
-    /// “. Did you mean “--display”?”; empty when no option of the verb is near.
-    std::string nearestFlag(std::string_view name) const {
+    std::vector<std::string> allFlags() const {
         std::vector<std::string> flags;
         eachParameter(verb_, [&](const Parameter& each) {
             if (!each.isWord()) flags.emplace_back(each.flag);
         });
-        const auto nearest = nearestWord(name, flags);
-        return nearest ? ". Did you mean “" + flags[*nearest] + "”?" : "";
+        return flags;
     }
 
     ParseError takeWord(std::string_view word) {
         for (const Parameter& parameter : verb_.parameters) {
             if (parameter.isWord() && !arguments_.has(parameter.key)) return take(parameter, word);
         }
-        return "“" + std::string(word) + "” is a word too many";
+        return WrongWord{"“" + std::string(word) + "” is a word too many"};
     }
 
-    ParseEnd wrong(const std::string& what) const {
-        return {ExitCode::wrongUsage, "kova: " + what + "\nTry “kova " + std::string(verb_.name) + " --help”."};
+    ParseEnd wrong(WrongWord word) const {
+        return {ExitCode::wrongUsage, "kova: " + word.what + "\nTry “kova " + std::string(verb_.name) + " --help”.",
+                std::move(word.choices)};
     }
 
     const Verb& verb_;
@@ -236,13 +255,28 @@ std::string help(const Verb& verb) {
         parameters += line + std::string(each.meaning) + "\n";
     });
     std::string examples = "examples:\n";
-    for (std::string_view rest = verb.examples; !rest.empty();) {
-        const auto end = std::min(rest.find('\n'), rest.size());
-        examples += "  " + std::string(rest.substr(0, end)) + "\n";
-        rest.remove_prefix(std::min(end + 1, rest.size()));
-    }
+    for (const auto& example : split(verb.examples, '\n')) examples += "  " + example + "\n";
     return name + ": " + std::string(verb.summary) + "\n\n" + usage + "\n\n" + wrapped(verb.description) + "\n" +
            parameters + "  --help               show this\n\n" + examples;
+}
+
+json helpRecord(const Verb& verb) {
+    json parameters = json::array();
+    eachParameter(verb, [&](const Parameter& each) {
+        parameters.push_back({{"flag", each.isWord() ? json() : json(each.flag)},
+                              {"value", each.value.empty() ? json() : json(each.value)},
+                              {"meaning", each.meaning},
+                              {"choices", split(each.words)},
+                              {"isRequired", each.isRequired}});
+    });
+    json examples = json::array();
+    for (auto& example : split(verb.examples, '\n')) examples.push_back(std::move(example));
+    return {{"name", verb.name},
+            {"method", verb.method.empty() ? json() : json(verb.method)},
+            {"summary", verb.summary},
+            {"description", verb.description},
+            {"parameters", std::move(parameters)},
+            {"examples", std::move(examples)}};
 }
 
 } // namespace kova::cli

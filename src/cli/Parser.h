@@ -7,17 +7,21 @@
 
 #include <span>
 #include <string>
+#include <vector>
 
 namespace kova::cli {
 
-/// Nothing to carry out: the user asked for help (then the code is `done`) or the words are wrong.
+/// Nothing to carry out: the user asked for help (then the code is `done` and there is no text) or the words are wrong.
 struct ParseEnd {
     ExitCode code = ExitCode::wrongUsage;
-    std::string text;
+    std::string text{};
+    std::vector<std::string> choices{}; // words that would be right, where they can be listed
 };
 
 Result<Arguments, ParseEnd> parse(const Verb& verb, std::span<char* const> words);
 std::string help(const Verb& verb);
+/// The same as a value: name, summary, description, parameters and examples.
+nlohmann::json helpRecord(const Verb& verb);
 /// "--display DISPLAY".
 std::string spelling(const Parameter& parameter);
 

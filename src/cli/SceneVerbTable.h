@@ -82,7 +82,7 @@ inline constexpr auto kSceneVerbs = std::to_array<Verb>({
      "Drops the observed minimum sizes of its windows, and its usual tiles. Its windows are then put into tiles as if "
      "they were new, and learning starts again.",
      "kova app forget mail",
-     {kListedApplication},
+     {kLearnedApplication},
      printMessage},
     {"force-quit-all",
      "forceQuitAll",

@@ -7,6 +7,7 @@
 #include "support/Spelling.h"
 #include "support/Version.h"
 
+#include <algorithm>
 #include <span>
 #include <string>
 #include <string_view>
@@ -30,70 +31,97 @@ bool asksForHelp(std::string_view word) {
     return word == "--help" || word == "-h" || word == "help";
 }
 
-/// The verbs, or the words after a group, that a misspelled one may mean: the nearest alone, else none.
-std::vector<std::string> meantInstead(std::string_view lead, std::string_view word) {
-    std::vector<std::string> known;
+enum class Format { text, json };
+
+/// The words that can follow `lead` in the names of verbs: with an empty one the first words of all.
+std::vector<std::string> wordsAfter(std::string_view lead) {
+    std::vector<std::string> words;
     for (const Verb& verb : verbs()) {
         if (!verb.name.starts_with(lead)) continue;
         const std::string_view rest = verb.name.substr(lead.size());
-        known.emplace_back(rest.substr(0, rest.find(' ')));
+        std::string word(rest.substr(0, rest.find(' ')));
+        if (std::find(words.begin(), words.end(), word) == words.end()) words.push_back(std::move(word));
     }
+    return words;
+}
+
+/// “. Did you mean “kova layout select”?”; empty when no verb is near.
+std::string nearestVerb(const std::string& lead, const std::string& word) {
+    const auto known = wordsAfter(lead);
     const auto nearest = nearestWord(word, known);
-    return nearest ? std::vector{std::string(lead) + known[*nearest]} : std::vector<std::string>{};
+    return nearest ? ". Did you mean “kova " + lead + known[*nearest] + "”?" : "";
 }
 
-std::string asQuestion(const std::vector<std::string>& meant) {
-    return meant.empty() ? "" : ". Did you mean “kova " + meant.front() + "”?";
+/// What the verbs are for, of the group or with an empty one of all.
+ExitCode printOverview(const std::string& group, Format format) {
+    if (format == Format::text) return print(group.empty() ? overview() : groupOverview(group));
+    nlohmann::json listed = nlohmann::json::array();
+    for (const Verb& verb : verbs()) {
+        if (group.empty() || verb.name.starts_with(group + " ")) {
+            listed.push_back({{"name", verb.name}, {"summary", verb.summary}});
+        }
+    }
+    return print(asText({{"verbs", std::move(listed)}}, 2));
 }
 
-ExitCode unknown(std::span<char* const> words) {
+ExitCode printHelp(const Verb& verb, Format format) {
+    return print(format == Format::text ? help(verb) : asText({{"verb", helpRecord(verb)}}, 2));
+}
+
+ExitCode unknown(std::span<char* const> words, Format format) {
     const std::string group(words[0]);
     const std::string members = groupOverview(group);
-    const std::string second = words.size() > 1 ? words[1] : "";
+    const std::string second = words.size() > 1 && std::string_view(words[1]) != "--json" ? words[1] : "";
     if (members.empty()) {
-        const auto meant = meantInstead("", group);
-        const std::string hint = meant.empty() ? "." : asQuestion(meant);
-        return fail({ExitCode::wrongUsage, "There is no verb “" + group + "”" + hint + "\nTry “kova help”.", meant});
+        const std::string hint = nearestVerb("", group);
+        return fail({ExitCode::wrongUsage,
+                     "There is no verb “" + group + "”" + (hint.empty() ? "." : hint) + "\nTry “kova help”.",
+                     wordsAfter("")});
     }
-    if (asksForHelp(second)) return print(members);
-    const auto meant = meantInstead(group + " ", second);
-    const std::string what = second.empty() ? "“" + group + "” alone is no verb"
-                                            : "There is no “" + group + " " + second + "”" + asQuestion(meant);
-    return fail({ExitCode::wrongUsage, what + (meant.empty() ? ". " : " ") + "There is:\n" + members, meant});
+    if (asksForHelp(second)) return printOverview(group, format);
+    const std::string lead = group + " ";
+    const std::string hint = second.empty() ? "" : nearestVerb(lead, second);
+    const std::string what =
+        second.empty() ? "“" + group + "” alone is no verb" : "There is no “" + group + " " + second + "”" + hint;
+    return fail({ExitCode::wrongUsage, what + (hint.empty() ? ". " : " ") + "There is:\n" + members, wordsAfter(lead)});
 }
 
-ExitCode showHelp(std::span<char* const> topic) {
-    if (topic.empty()) return print(overview());
+ExitCode showHelp(std::span<char* const> topic, Format format) {
+    while (!topic.empty() && std::string_view(topic.back()) == "--json") topic = topic.first(topic.size() - 1);
+    if (topic.empty()) return printOverview("", format);
     const auto [verb, count] = findVerb(topic);
-    if (verb && count == topic.size()) return print(help(*verb));
-    if (const std::string members = groupOverview(topic[0]); topic.size() == 1 && !members.empty()) {
-        return print(members);
-    }
-    return unknown(topic);
+    if (verb && count == topic.size()) return printHelp(*verb, format);
+    if (topic.size() == 1 && !groupOverview(topic[0]).empty()) return printOverview(topic[0], format);
+    return unknown(topic, format);
 }
 
 ExitCode runCommand(std::span<char* const> words) {
-    bool wantsJson = false;
-    for (; !words.empty() && std::string_view(words[0]) == "--json"; words = words.subspan(1)) wantsJson = true;
+    Format format = Format::text;
+    for (; !words.empty() && std::string_view(words[0]) == "--json"; words = words.subspan(1)) format = Format::json;
     for (const std::string_view word : words) {
         if (word == "--") break;
-        wantsJson = wantsJson || word == "--json";
+        if (word == "--json") format = Format::json;
     }
     const bool isCompletion = !words.empty() && std::string_view(words[0]) == "--complete";
-    if (wantsJson && !isCompletion) reportErrorsAsJson();
-    if (words.empty()) return complain(overview()), ExitCode::wrongUsage;
-    if (std::string_view(words[0]) == "--version") return print("kova " KOVA_VERSION "\n");
+    if (format == Format::json && !isCompletion) reportErrorsAsJson();
+    if (words.empty()) {
+        if (format == Format::json) return fail({ExitCode::wrongUsage, "A verb is missing", wordsAfter("")});
+        return complain(overview()), ExitCode::wrongUsage;
+    }
+    if (std::string_view(words[0]) == "--version") {
+        return print(format == Format::json ? asText({{"version", KOVA_VERSION}}, 2) : "kova " KOVA_VERSION "\n");
+    }
     if (isCompletion) return runComplete(words.subspan(1));
-    if (asksForHelp(words[0])) return showHelp(words.subspan(1));
+    if (asksForHelp(words[0])) return showHelp(words.subspan(1), format);
 
     const auto [verb, count] = findVerb(words);
-    if (!verb) return unknown(words);
+    if (!verb) return unknown(words, format);
     auto parsed = parse(*verb, words.subspan(count));
     if (!parsed) {
         const ParseEnd& ended = parsed.error();
-        return ended.code == ExitCode::done ? print(ended.text) : fail({ended.code, ended.text});
+        return ended.code == ExitCode::done ? printHelp(*verb, format) : fail({ended.code, ended.text, ended.choices});
     }
-    parsed->json = wantsJson;
+    parsed->json = format == Format::json;
     return run(*verb, *parsed);
 }
 

@@ -1,7 +1,9 @@
 #include "control/LearningMethods.h"
 
 #include "control/ControlRecords.h"
+#include "control/NameLookup.h"
 #include "control/Refusal.h"
+#include "control/client/ControlCodes.h"
 #include "layout/AutoArrangeLearning.h"
 #include "support/text/Text.h"
 
@@ -112,7 +114,13 @@ ControlReply forgetApplication(WorkspaceController& controller, const JsonCursor
     const std::string wanted = parameters.required("application").string();
     const Outcome outcome = controller.perform(action::ForgetApplication{wanted});
     const auto* forgotten = outcome.details<ForgottenApplications>();
-    if (!forgotten) return refusal(outcome.message().value_or(""));
+    if (!forgotten) {
+        ApplicationNames names(controller);
+        std::vector<std::string> known;
+        for (const auto& [key, application] : knownApplications(controller)) known.push_back(names.of(key));
+        return ControlFailure{
+            controlCode::refused, outcome.message().value_or("") + nearestName(wanted, known), {{"choices", known}}};
+    }
     std::string names;
     for (const auto& name : forgotten->names) names += (names.empty() ? "" : ", ") + name;
     return json{{"applications", forgotten->names},

@@ -145,6 +145,9 @@ TEST_F(CommandLine, EveryExampleInTheHelpAndTheDocumentsWorks) {
 TEST_F(CommandLine, EveryVerbHasHelpAndJson) {
     const json schema = controlSchema();
     const std::string overview = run({"help"}).out;
+    EXPECT_EQ(json::parse(run({"help", "--json"}).out).at("verbs").size(), cli::verbs().size());
+    EXPECT_EQ(json::parse(run({"--json", "layout", "help"}).out).at("verbs").at(0).at("name"), "layout list");
+    EXPECT_TRUE(json::parse(run({"--version", "--json"}).out).at("version").is_string());
     auto drawing = client(); // what “ui show” asks
     drawing.ask(kSubscribeToOverlay);
     for (const cli::Verb& verb : cli::verbs()) {
@@ -159,6 +162,12 @@ TEST_F(CommandLine, EveryVerbHasHelpAndJson) {
         EXPECT_EQ(asOption.out, asVerb.out);
         EXPECT_NE(asOption.out.find(verb.description.substr(0, 20)), std::string::npos);
         for (const auto& example : linesOf(verb.examples)) EXPECT_NE(asOption.out.find(example), std::string::npos);
+
+        const json told = json::parse(run(wordsOf("kova help " + name + " --json")).out).at("verb");
+        EXPECT_EQ(told.at("name"), name);
+        EXPECT_EQ(told.at("examples").size(), linesOf(verb.examples).size());
+        words.emplace_back("--json");
+        EXPECT_EQ(json::parse(run(words).out).at("verb"), told);
 
         if (verb.name == "subscribe" || verb.method.empty()) continue;
         words = wordsOf(linesOf(verb.examples).front());
@@ -197,6 +206,13 @@ TEST_F(CommandLine, ExitCodesOfEachError) {
         {{"zoom", "--window", "Solitaire"}, 1, "There is no window “Solitaire”"},
         {{"--json", "layout", "select", "qaud"}, 1, "\"choices\": [\n      \"jarvis.command-center\""},
         {{"status", "please", "--json"}, 2, "\"code\": \"wrongUsage\""},
+        {{"--json"}, 2, "\"choices\": [\n      \"arrange\""},
+        {{"layout", "--json"}, 2, "\"choices\": [\n      \"list\""},
+        {{"zoom", "--widow", "--json"}, 2, "\"choices\": [\n      \"--window\""},
+        {{"stack", "first", "--json"}, 2, "\"choices\": [\n      \"next\",\n      \"previous\""},
+        {{"--json", "focus"}, 2, "\"choices\": [\n      \"left\""},
+        {{"focus", "lft"}, 2, "“lft” is not left, right, up or down. Did you mean “left”?"},
+        {{"swap", "lft"}, 1, "There is no direction or tile “lft”. Did you mean “left”?"},
         {{"layout"}, 2, "layout reset-sizes"},
         {{"layout", "turn"}, 2, "There is no “layout turn”"},
         {{"layout", "select"}, 2, "LAYOUT is missing"},
@@ -286,6 +302,18 @@ TEST_F(CommandLine, ExitCodesOfEachError) {
     EXPECT_NE(alone.err.find("Start it with “kova-agent”"), std::string::npos);
     EXPECT_EQ(run({"open", "kova://action/arrange"}).code, 3);
     EXPECT_EQ(run({"doctor"}).code, 1);
+}
+
+TEST_F(CommandLine, NamesThatAreNearlyRightAreSuggested) {
+    desk.arrange();
+    EXPECT_EQ(run({"scene", "capture", "Work"}).code, 0);
+    const std::string learned = json::parse(run({"app", "learned", "--json"}).out)["applications"][0]["name"];
+    const Result application = run({"app", "forget", learned + "m", "--json"});
+    const json error = json::parse(application.err)["error"];
+    EXPECT_NE(error["message"].get<std::string>().find("m”. Did you mean “" + learned + "”?"), std::string::npos);
+    EXPECT_EQ(error["choices"][0], learned);
+    EXPECT_NE(run({"scene", "open", "Wrok"}).err.find("no scene “Wrok”. Did you mean “Work”? There is:"),
+              std::string::npos);
 }
 
 TEST_F(CommandLine, OutputThatCannotBeWrittenIsAnError) {
