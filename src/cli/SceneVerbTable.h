@@ -79,8 +79,8 @@ inline constexpr auto kSceneVerbs = std::to_array<Verb>({
     {"app forget",
      "app.forget",
      "drop what was learned of an application",
-     "Drops the observed minimum sizes of its windows, and its usual tiles. Its windows are then put into tiles as if "
-     "they were new, and learning starts again.",
+     "Drops the observed minimum sizes of its windows, its usual tiles, and the tiles that “kova layout prefer” offers "
+     "to it. Its windows are then put into tiles as if they were new, and learning starts again. Rules and scenes stay.",
      "kova app forget mail",
      {kLearnedApplication},
      printMessage},

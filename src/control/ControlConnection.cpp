@@ -36,6 +36,7 @@ void ControlConnection::start() {
 }
 
 void ControlConnection::close() {
+    std::vector<std::function<void()>> told;
     {
         const MutexLock guard(lock_);
         if (!std::exchange(isOpen_, false)) return;
@@ -46,7 +47,9 @@ void ControlConnection::close() {
         account_.hold(0);
         asio::error_code ignored;
         socket_.close(ignored);
+        told.swap(whenDisconnected_);
     }
+    for (const auto& tell : told) tell();
     closed_(shared_from_this());
 }
 
@@ -60,6 +63,14 @@ void ControlConnection::closeSoon() {
 bool ControlConnection::isConnected() const {
     const MutexLock guard(lock_);
     return isOpen_;
+}
+
+void ControlConnection::whenDisconnected(std::function<void()> told) {
+    {
+        const MutexLock guard(lock_);
+        if (isOpen_) return whenDisconnected_.push_back(std::move(told));
+    }
+    told();
 }
 
 void ControlConnection::waitForInput() {

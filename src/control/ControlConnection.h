@@ -56,6 +56,7 @@ class ControlConnection final : public ControlPeer, public std::enable_shared_fr
     void finishMessage(std::string answer, bool isBatch);
 
     bool isConnected() const override;
+    void whenDisconnected(std::function<void()> told) override;
 
   private:
     void waitForInput();
@@ -95,6 +96,7 @@ class ControlConnection final : public ControlPeer, public std::enable_shared_fr
     // Shared by both threads
     mutable Mutex lock_;
     bool isOpen_ KOVA_GUARDED_BY(lock_) = true;
+    std::vector<std::function<void()>> whenDisconnected_ KOVA_GUARDED_BY(lock_);
     bool hasInputEnded_ KOVA_GUARDED_BY(lock_) = false;
     bool isInputPaused_ KOVA_GUARDED_BY(lock_) = false;
     bool isHandling_ KOVA_GUARDED_BY(lock_) = false;              // a message is on the main queue

@@ -48,6 +48,8 @@ class ControlPeer {
     virtual void sendAfterAnswer(const std::string& line) { send(line); }
     /// False once the client has disconnected. Any thread.
     virtual bool isConnected() const = 0;
+    /// Calls back once the client has disconnected, on any thread; at once if it has. Any thread.
+    virtual void whenDisconnected(std::function<void()> told) = 0;
 };
 
 class ControlHandling {

@@ -72,10 +72,15 @@ class ControlMethods::Table final : MethodTable {
         settings_(
             sections(), [this](const auto& changed) { return observeSettings(context_, changed); }, context_.queue) {
         if (context_.overlay) {
-            overlay_.emplace(*context_.overlay, context_.queue, [this](OverlayContents& contents) {
-                if (contents.message && deletedScenes_.isToldByMessage())
-                    contents.message->undoMethod = "scene.undelete";
-            });
+            overlay_.emplace(
+                *context_.overlay, context_.queue,
+                [this](OverlayContents& contents) {
+                    if (contents.message && deletedScenes_.isToldByMessage())
+                        contents.message->undoMethod = "scene.undelete";
+                },
+                [this] {
+                    if (context_.dialogs) context_.dialogs->clientLeft();
+                });
         }
         connectDialogs();
         addControllerMethods(*this, context_.controller);
@@ -133,7 +138,8 @@ class ControlMethods::Table final : MethodTable {
             [this](const std::string& what, const json& parameters) {
                 return overlay_->show(what, parameters) ? overlay_->peers() : UserInterfaceDialogs::Clients();
             },
-            [this] { return overlay_->hasPeers(); }});
+            [this] { return overlay_->hasPeers(); },
+            [this](const std::string& text) { context_.controller.perform(action::ShowMessage{text}); }});
     }
 
     /// A refused action of the overlay sets the status message: a click has no other place for the error.

@@ -6,6 +6,7 @@
 #include "control/MethodTable.h"
 #include "control/RuleMethods.h"
 #include "control/WindowCommandMethods.h"
+#include "layout/SlotNames.h"
 
 namespace kova {
 
@@ -38,7 +39,10 @@ void addWindowCommands(MethodTable& methods, WorkspaceController& controller) {
 
 void addLayouts(MethodTable& methods, WorkspaceController& controller) {
     methods.add("layout.list", {}, [&controller](const Call&) -> ControlReply {
-        return json{{"layouts", controlRecord::layouts(controller)}};
+        json slots = json::array();
+        for (const SlotName& slot : slotNames(controller.catalogue()))
+            slots.push_back({{"id", slot.id}, {"name", slot.name}});
+        return json{{"layouts", controlRecord::layouts(controller)}, {"slots", std::move(slots)}};
     });
     methods.add("layout.show", {"layout", "display"},
                 [&controller](const Call& call) { return showLayout(controller, call.parameters); });

@@ -5,6 +5,7 @@
 #include "control/Refusal.h"
 #include "control/client/ControlCodes.h"
 #include "layout/AutoArrangeLearning.h"
+#include "layout/SlotNames.h"
 #include "support/text/Text.h"
 
 #include <algorithm>
@@ -25,7 +26,7 @@ constexpr std::string_view kNamePrefix = "name:";
 struct Known {
     std::string name;
     json places = json::array();
-    json preferredSlots = json::array();
+    json preferredSlots = json::array(), preferredTiles = json::array();
 };
 
 /// The application's name by its key: of its windows, else as it is installed, else the key itself.
@@ -78,7 +79,10 @@ std::map<std::string, Known> knownApplications(const WorkspaceController& contro
         }
     }
     for (const auto& [key, minimum] : profile.applicationMinimumSizes) (void)known[key];
-    for (const auto& [slotID, key] : profile.preferredApplications) known[key].preferredSlots.push_back(slotID);
+    for (const auto& [slotID, key] : profile.preferredApplications) {
+        known[key].preferredSlots.push_back(slotID);
+        known[key].preferredTiles.push_back(slotName(controller.catalogue(), slotID));
+    }
     return known;
 }
 
@@ -105,7 +109,8 @@ ControlReply listLearned(const WorkspaceController& controller) {
              {"role", describe(role)},
              {"minimumSize", minimum == minimums.end() ? json(nullptr) : controlRecord::size(minimum->second)},
              {"places", std::move(application.places)},
-             {"preferredSlots", std::move(application.preferredSlots)}});
+             {"preferredSlots", std::move(application.preferredSlots)},
+             {"preferredTiles", std::move(application.preferredTiles)}});
     }
     return json{{"applications", std::move(applications)}};
 }
@@ -123,8 +128,7 @@ ControlReply forgetApplication(WorkspaceController& controller, const JsonCursor
     }
     std::string names;
     for (const auto& name : forgotten->names) names += (names.empty() ? "" : ", ") + name;
-    return json{{"applications", forgotten->names},
-                {"message", "Forgot the minimum sizes and usual tiles of " + names}};
+    return json{{"applications", forgotten->names}, {"message", "Forgot the minimum sizes and tiles of " + names}};
 }
 
 } // namespace kova

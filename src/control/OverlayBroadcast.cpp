@@ -29,6 +29,15 @@ bool OverlayBroadcast::isPeer(const std::shared_ptr<ControlPeer>& client) const 
     return std::find(peers_.begin(), peers_.end(), client) != peers_.end();
 }
 
+void OverlayBroadcast::add(std::shared_ptr<ControlPeer> peer) {
+    peers_.push_back(peer);
+    const auto left = lifetime_.guard([this] {
+        (void)hasPeers();
+        clientLeft_();
+    });
+    peer->whenDisconnected([&queue = queue_, left] { queue.post(left); });
+}
+
 json OverlayBroadcast::subscribe(std::shared_ptr<ControlPeer> peer) {
     if (hasPeers()) {
         touched_ = kEveryOverlaySection; // first sends pending changes to the other clients, since the new one gets the
@@ -39,7 +48,7 @@ json OverlayBroadcast::subscribe(std::shared_ptr<ControlPeer> peer) {
         update(sent_, kEveryOverlaySection);
         touched_ = 0;
     }
-    if (std::find(peers_.begin(), peers_.end(), peer) == peers_.end()) peers_.push_back(std::move(peer));
+    if (!isPeer(peer)) add(std::move(peer));
     return {{"topic", "overlay"}, {"sequence", sequence_}, {"state", overlayRecord::whole(sent_)}};
 }
 

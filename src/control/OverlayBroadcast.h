@@ -22,9 +22,9 @@ class OverlayBroadcast {
   public:
     /// Adds what the methods know of the contents, each time they were computed.
     using Amend = std::function<void(OverlayContents&)>;
-    /// The contents outlive the broadcast.
-    OverlayBroadcast(OverlayServing& overlay, MainQueue& queue, Amend amend) :
-        overlay_(overlay), queue_(queue), amend_(std::move(amend)) {}
+    /// The contents outlive the broadcast. `clientLeft` is called after a client has disconnected.
+    OverlayBroadcast(OverlayServing& overlay, MainQueue& queue, Amend amend, std::function<void()> clientLeft) :
+        overlay_(overlay), queue_(queue), amend_(std::move(amend)), clientLeft_(std::move(clientLeft)) {}
     ~OverlayBroadcast();
     OverlayBroadcast(const OverlayBroadcast&) = delete;
     OverlayBroadcast& operator=(const OverlayBroadcast&) = delete;
@@ -42,6 +42,7 @@ class OverlayBroadcast {
     bool isPeer(const std::shared_ptr<ControlPeer>& client) const;
 
   private:
+    void add(std::shared_ptr<ControlPeer> peer);
     void update(OverlayContents& contents, OverlaySections sections);
     void touched(OverlaySections sections);
     void sendChanges();
@@ -50,6 +51,7 @@ class OverlayBroadcast {
     OverlayServing& overlay_;
     MainQueue& queue_;
     Amend amend_;
+    std::function<void()> clientLeft_;
     std::vector<std::shared_ptr<ControlPeer>> peers_;
     OverlayContents sent_; // as last sent to the clients
     OverlaySections touched_ = 0;

@@ -3,6 +3,7 @@
 #include "control/ControlRecords.h"
 #include "control/NameLookup.h"
 #include "control/Refusal.h"
+#include "layout/SlotNames.h"
 #include "workspace/RuleMatches.h"
 
 #include <algorithm>
@@ -15,12 +16,27 @@ namespace {
 
 using nlohmann::json;
 
-json record(const WorkspaceRule& rule, std::size_t number) {
+std::string shownSlot(const std::string& slotID, const std::vector<SlotName>& slots) {
+    const auto found = std::ranges::find(slots, slotID, &SlotName::id);
+    return found == slots.end() ? slotID : found->name;
+}
+
+/// Its name with that of a slot in place of the slot's id.
+std::string label(const WorkspaceRule& rule, const std::vector<SlotName>& slots) {
+    static constexpr std::string_view kArrow = " → ";
+    const auto arrow = rule.name.rfind(kArrow);
+    if (arrow == std::string::npos) return rule.name;
+    const std::string slotID = rule.name.substr(arrow + kArrow.size());
+    return rule.name.substr(0, arrow) + std::string(kArrow) + shownSlot(slotID, slots);
+}
+
+json record(const WorkspaceRule& rule, std::size_t number, const std::vector<SlotName>& slots) {
     const auto* tile = std::get_if<disposition::Tile>(&rule.disposition);
     const bool floats = std::holds_alternative<disposition::Float>(rule.disposition);
     return {{"number", number},
             {"id", rule.id.string()},
             {"name", rule.name},
+            {"label", label(rule, slots)},
             {"isEnabled", rule.isEnabled},
             {"bundleIdentifier", orNull(rule.bundleIdentifier)},
             {"applicationName", orNull(rule.applicationName)},
@@ -28,11 +44,12 @@ json record(const WorkspaceRule& rule, std::size_t number) {
             {"disposition", tile     ? "tile"
                             : floats ? "float"
                                      : "ignore"},
-            {"slot", tile ? json(tile->slotID) : json(nullptr)}};
+            {"slot", tile ? json(tile->slotID) : json(nullptr)},
+            {"slotName", tile ? json(shownSlot(tile->slotID, slots)) : json(nullptr)}};
 }
 
 json record(const WorkspaceController& controller, std::size_t index) {
-    return record((*controller.state().rules)[index], index + 1);
+    return record((*controller.state().rules)[index], index + 1, slotNames(controller.catalogue()));
 }
 
 json windowsOf(const std::vector<RuleMatch>& matches, const WorkspaceController& controller) {
@@ -105,9 +122,10 @@ std::string_view word(RuleVerdict verdict) {
 
 ControlReply listRules(const WorkspaceController& controller) {
     const auto matches = matchesOf(*controller.state().rules, controller.liveWindows());
+    const auto slots = slotNames(controller.catalogue());
     json rules = json::array();
     for (std::size_t i = 0; i < controller.state().rules->size(); ++i) {
-        json rule = record(controller, i);
+        json rule = record((*controller.state().rules)[i], i + 1, slots);
         rule["windows"] = i < matches.size() ? windowsOf(matches[i], controller) : json(nullptr);
         rules.push_back(std::move(rule));
     }

@@ -9,8 +9,6 @@ namespace {
 
 using nlohmann::json;
 
-constexpr Seconds kClientCheckInterval{0.2}; // only while a question is open
-
 } // namespace
 
 UserInterfaceDialogs::Clients UserInterfaceDialogs::show(const std::string& what, const json& parameters) {
@@ -31,7 +29,7 @@ UserInterfaceDialogs::Clients UserInterfaceDialogs::showAlert(const Alert& alert
 
 void UserInterfaceDialogs::inform(const Alert& alert) {
     close(false);
-    showAlert(alert, ++lastID_);
+    if (showAlert(alert, ++lastID_).empty() && connection_) connection_->setStatusMessage(alert.text);
 }
 
 void UserInterfaceDialogs::confirm(const Alert& alert, std::function<void(bool isConfirmed)> answer) {
@@ -40,7 +38,6 @@ void UserInterfaceDialogs::confirm(const Alert& alert, std::function<void(bool i
     Clients clients = showAlert(alert, id);
     if (clients.empty()) return queue_.post([answer = std::move(answer)] { answer(false); });
     open_ = Question{id, std::move(clients), std::move(answer)};
-    checkClients(id);
 }
 
 ControlReply UserInterfaceDialogs::answer(const JsonCursor& parameters) {
@@ -56,16 +53,13 @@ void UserInterfaceDialogs::close(bool isConfirmed) {
     if (closed) closed->answer(isConfirmed);
 }
 
-void UserInterfaceDialogs::checkClients(std::uint64_t id) {
-    queue_.after(kClientCheckInterval, lifetime_.guard([this, id] {
-        if (!open_ || open_->id != id) return;
-        const bool isShown = std::ranges::any_of(open_->clients, [](const std::weak_ptr<ControlPeer>& each) {
-            const auto client = each.lock();
-            return client && client->isConnected();
-        });
-        if (!isShown) return close(false);
-        checkClients(id);
-    }));
+void UserInterfaceDialogs::clientLeft() {
+    if (!open_) return;
+    const bool isShown = std::ranges::any_of(open_->clients, [](const std::weak_ptr<ControlPeer>& each) {
+        const auto client = each.lock();
+        return client && client->isConnected();
+    });
+    if (!isShown) close(false);
 }
 
 } // namespace kova

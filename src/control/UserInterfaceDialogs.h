@@ -1,11 +1,11 @@
-// Alerts and file panels that the program which draws the overlay shows. Without such a program nothing is shown, and
-// every question counts as cancelled. One alert is open at a time: a newer one replaces it. Main thread only.
+// Alerts and file panels that the program which draws the overlay shows. Without such a program every question counts
+// as cancelled, and information becomes the status message. One alert is open at a time: a newer one replaces it. Main
+// thread only.
 #pragma once
 
 #include "control/ControlHandling.h"
 #include "control/DocumentExchangeControl.h"
 #include "support/JsonDecoding.h"
-#include "support/Lifetime.h"
 #include "support/MainQueue.h"
 #include "windowing/AlertServicing.h"
 
@@ -28,6 +28,7 @@ class UserInterfaceDialogs final : public AlertServicing, public DocumentExchang
         std::function<Clients(const std::string& what, const nlohmann::json& parameters)>
             show; // the clients that were asked
         std::function<bool()> hasClients;
+        std::function<void(const std::string& text)> setStatusMessage;
     };
 
     explicit UserInterfaceDialogs(MainQueue& queue) : queue_(queue) {}
@@ -40,6 +41,9 @@ class UserInterfaceDialogs final : public AlertServicing, public DocumentExchang
     void confirm(const Alert& alert, std::function<void(bool isConfirmed)> answer) override;
     /// The user's answer to the alert with "id"; the result says whether it was still open.
     ControlReply answer(const JsonCursor& parameters);
+
+    /// A client has disconnected: cancels the question if no other client shows it.
+    void clientLeft();
 
     bool isQuestionOpen() const { return open_.has_value(); }
 
@@ -56,13 +60,11 @@ class UserInterfaceDialogs final : public AlertServicing, public DocumentExchang
     Clients show(const std::string& what, const nlohmann::json& parameters);
     Clients showAlert(const Alert& alert, std::uint64_t id);
     void close(bool isConfirmed);
-    void checkClients(std::uint64_t id);
 
     MainQueue& queue_;
     std::optional<Connection> connection_;
     std::optional<Question> open_;
     std::uint64_t lastID_ = 0;
-    Lifetime lifetime_;
 };
 
 } // namespace kova

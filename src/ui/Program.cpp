@@ -121,9 +121,7 @@ void Program::styleWidgets() {
     styledAppearance_ = contents.appearance;
     applyWidgetPalette(palette());
     const double scale = contents.displays.empty() ? 1 : contents.displays.front().scale;
-    QFont font = QApplication::font();
-    font.setPixelSize(std::max(1, static_cast<int>(std::lround((points::smallText + 1) * scale))));
-    QApplication::setFont(font);
+    applyWidgetFontHeight(static_cast<int>(std::lround((points::smallText + 1) * scale)));
 }
 
 } // namespace kova::ui

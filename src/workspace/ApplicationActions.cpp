@@ -161,6 +161,7 @@ Outcome ApplicationActions::forceQuit(const std::vector<RunningApplication>& con
 Outcome ApplicationActions::forgetApplication(const std::string& name) {
     std::map<std::string, std::string> names; // by application key
     for (const auto& [key, minimum] : state_.profile->applicationMinimumSizes) names.emplace(key, key);
+    for (const auto& [slotID, key] : state_.profile->preferredApplications) names.emplace(key, key);
     for (const auto& [layoutID, layout] : arranger_.learning()->layouts) {
         for (const auto& [key, learnt] : layout.applications) names.emplace(key, key);
     }
@@ -187,6 +188,7 @@ Outcome ApplicationActions::forgetApplication(const std::string& name) {
     AutoArrangeLearningModel learning = *arranger_.learning();
     for (const auto& [key, shownName] : names) {
         profile.applicationMinimumSizes.erase(key);
+        std::erase_if(profile.preferredApplications, [&](const auto& preferred) { return preferred.second == key; });
         learning.forget(key);
         undo_.forgetApplication(key);
         focusMode_.forgetApplication(key);

@@ -7,6 +7,7 @@
 #include "workspace/WindowNames.h"
 
 #include <algorithm>
+#include <iomanip>
 #include <map>
 #include <sstream>
 
@@ -20,13 +21,30 @@ std::string plain(double number) {
     return text.str();
 }
 
-std::string describe(const LayoutWeightOverrides& weights) {
+/// Four digits tell a tile that differs by one pixel.
+std::string percentage(double share) {
+    std::ostringstream text;
+    text << std::setprecision(4) << share * 100;
+    return text.str();
+}
+
+/// By its id if another slot of the layout has the same name.
+std::string nameOfSlot(const std::vector<TileSlot>& slots, const std::string& id) {
+    const auto slot = std::ranges::find(slots, id, &TileSlot::id);
+    if (slot == slots.end() || std::ranges::count(slots, slot->name, &TileSlot::name) > 1) return id;
+    return slot->name;
+}
+
+std::string describeSizes(const LayoutDefinition& layout, const LayoutWeightOverrides& weights) {
+    if (weights.splits.empty()) return "the layout's own";
+    const std::vector<TileSlot> slots = applying(layout, weights).slots;
     std::string text;
-    for (const auto& [split, shares] : weights.splits) {
-        text += (text.empty() ? "" : ", ") + split + " ";
-        for (std::size_t i = 0; i < shares.size(); ++i) text += (i == 0 ? "" : ":") + plain(shares[i]);
+    for (const TileSlot& slot : slots) {
+        const CGSize size = slot.normalizedFrame.size;
+        text += (text.empty() ? "" : ", ") + nameOfSlot(slots, slot.id) + " " + percentage(size.width) + " × " +
+                percentage(size.height) + " %";
     }
-    return text.empty() ? "the layout's own" : text;
+    return text;
 }
 
 class Comparison {
@@ -34,8 +52,10 @@ class Comparison {
     Comparison(const WorkspaceScene& scene, const WorkspaceNow& now) : scene_(scene), now_(now) {}
 
     std::vector<SceneDifference> compare() {
-        note("theme", ThemeRegistry().theme(scene_.themeID).id, now_.themeID);
-        note("accent color", normalizedAccentColorID(scene_.accentColorID), now_.accentColorID);
+        const ThemeRegistry themes;
+        note("theme", themes.theme(scene_.themeID).displayName, themes.theme(now_.themeID).displayName);
+        note("accent color", accentColor(scene_.accentColorID).displayName,
+             accentColor(now_.accentColorID).displayName);
         note("tile inset", plain(clampedTileInset(scene_.tileInset)), plain(now_.tileInset));
         for (const auto& display : scene_.displays) compareDisplay(display);
         if (!now_.displays.empty()) compareWindows();
@@ -71,9 +91,13 @@ class Comparison {
         const auto* present = displayNow(display.ordinal);
         if (!present) return note("display " + display.name, "connected", "not connected");
         if (inScene(display.ordinal) != &display) return;
-        note("layout of " + present->name, display.layoutID, present->layoutID);
-        if (display.layoutID != present->layoutID) return;
-        note("sizes of " + present->name, describe(display.layoutWeights), describe(present->layoutWeights));
+        const LayoutDefinition& layout = *findLayout(now_.layouts, display.layoutID);
+        if (display.layoutID != present->layoutID) {
+            const auto* layoutNow = findLayout(now_.layouts, present->layoutID);
+            return note("layout of " + present->name, layout.name, layoutNow ? layoutNow->name : present->layoutID);
+        }
+        note("sizes of " + present->name, describeSizes(layout, display.layoutWeights),
+             describeSizes(layout, present->layoutWeights));
     }
 
     /// Of the layout that the display will show once the scene is opened; empty when it is not known.
@@ -84,15 +108,22 @@ class Comparison {
         return layout ? applying(*layout, display->layoutWeights).slots : std::vector<TileSlot>{};
     }
 
-    std::string place(const WorkspaceScenePlacement& captured) const {
-        std::string text = displayNow(captured.displayOrdinal)->name + " " + captured.slotID;
-        if (!captured.isActive.value_or(false)) {
-            return text + ", behind as number " + std::to_string(countedFromOne(captured.stackIndex));
+    std::string placeNow(const WorkspaceScenePlacement& captured) const {
+        const auto* layout = findLayout(now_.layouts, displayNow(captured.displayOrdinal)->layoutID);
+        return place(captured, layout ? layout->slots : std::vector<TileSlot>{});
+    }
+
+    /// `slots` are those of the layout that the display has with the placement.
+    std::string place(const WorkspaceScenePlacement& captured, const std::vector<TileSlot>& slots) const {
+        std::string text = nameOfSlot(slots, captured.slotID);
+        if (captured.isActive.value_or(false)) {
+            for (const auto& slot : captured.claimedSlotIDs.value_or(std::vector<std::string>{})) {
+                if (slot != captured.slotID) text += " + " + nameOfSlot(slots, slot);
+            }
         }
-        for (const auto& slot : captured.claimedSlotIDs.value_or(std::vector<std::string>{})) {
-            if (slot != captured.slotID) text += " + " + slot;
-        }
-        return text;
+        text += " on " + displayNow(captured.displayOrdinal)->name;
+        if (captured.isActive.value_or(false)) return text;
+        return text + ", behind as number " + std::to_string(countedFromOne(captured.stackIndex));
     }
 
     /// The placements that opening the scene would lead to, in the form of a capture, by window id. The first display
@@ -130,14 +161,15 @@ class Comparison {
                  const auto found = windows.find(id);
                  return found == windows.end() ? nullptr : &found->second;
              })) {
-            places[captured.windowID] = place(captured.placement);
+            const auto ordinal = static_cast<std::size_t>(captured.placement.displayOrdinal);
+            places[captured.windowID] = place(captured.placement, slots[ordinal]);
         }
         return places;
     }
 
     void compareWindows() {
         std::map<WindowID, std::string> placesNow;
-        for (const auto& captured : now_.placements) placesNow[captured.windowID] = place(captured.placement);
+        for (const auto& captured : now_.placements) placesNow[captured.windowID] = placeNow(captured.placement);
         std::vector<WantedWindow> wanted;
         const auto placesThen = placesOnceOpened(wanted);
         for (const auto& window : wanted) {
@@ -150,7 +182,7 @@ class Comparison {
         }
         for (const auto& captured : now_.placements) {
             if (std::ranges::find(wanted, captured.windowID, &WantedWindow::id) == wanted.end()) {
-                note(nameOf(captured.placement.window), "not in the scene", place(captured.placement));
+                note(nameOf(captured.placement.window), "not in the scene", placeNow(captured.placement));
             }
         }
     }

@@ -13,7 +13,7 @@ namespace kova {
 
 struct SceneDifference {
     std::string what;    // "theme", "layout of Display 1", "Mail “Inbox”"
-    std::string inScene; // in plain words, each
+    std::string inScene; // in the names that the user sees, each
     std::string now;
     bool operator==(const SceneDifference&) const = default;
 };

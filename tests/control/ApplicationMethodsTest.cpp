@@ -114,6 +114,7 @@ TEST_F(ApplicationMethods, LearnedFactsOfAnApplicationAreListedAndForgotten) {
         return json();
     };
     EXPECT_EQ(learned("Terminal")["preferredSlots"], json::array({"focus-main"}));
+    EXPECT_EQ(learned("Terminal")["preferredTiles"], json::array({"Primary"}));
     const json notes = learned("Notes");
     EXPECT_EQ(notes["role"], "productivity");
     const json& places = notes["places"];
@@ -126,8 +127,9 @@ TEST_F(ApplicationMethods, LearnedFactsOfAnApplicationAreListedAndForgotten) {
 
     result("app.forget", {{"application", notes["key"]}});
     EXPECT_TRUE(learned("Notes").is_null());
-    EXPECT_EQ(result("app.forget", {{"application", "mail"}})["message"],
-              "Forgot the minimum sizes and usual tiles of Mail");
+    EXPECT_EQ(result("app.forget", {{"application", "mail"}})["message"], "Forgot the minimum sizes and tiles of Mail");
+    result("app.forget", {{"application", "terminal"}});
+    EXPECT_EQ(learned("Terminal")["preferredSlots"], json::array()) << learned("Terminal");
     EXPECT_EQ(refusal("app.forget", {{"application", "nothing"}}), "Nothing was learned of an application “nothing”");
 }
 
@@ -157,10 +159,18 @@ TEST_F(ApplicationMethods, AQuestionOfTheMenuGoesToTheProgramThatDrawsTheOverlay
     drawing.reset();
     const auto isOpen = [&] { return dialogs.isQuestionOpen(); };
     EXPECT_TRUE(isOpen());
-    EXPECT_TRUE(waitUntil([&] { desk.advance(Seconds(0.1)); }, [&] { return !isOpen(); }));
+    EXPECT_TRUE(waitUntil([&] { turn(); }, [&] { return !isOpen(); })) << "at once: no time has passed";
     EXPECT_EQ(result("ui.answer", {{"id", second["id"]}, {"isConfirmed", true}})["wasOpen"], false);
     desk.settle();
     EXPECT_TRUE(desk.desktop.isRunning("Mail"));
+}
+
+TEST_F(ApplicationMethods, WithoutAProgramThatDrawsTheOverlayInformationBecomesTheStatusMessage) {
+    result("forceQuitAll", {{"confirmed", result("forceQuitAll")["applications"]}});
+    desk.settle();
+    result("menu.choose", {{"id", "force-quit-all"}});
+    EXPECT_EQ(desk.state().lastActionMessage->value_or(""),
+              "There are no regular applications to close. KOVA and Finder are always kept open.");
 }
 
 TEST_F(ApplicationMethods, AllAreEndedOnlyAsConfirmed) {

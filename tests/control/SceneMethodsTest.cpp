@@ -101,7 +101,7 @@ TEST_F(SceneMethods, ASceneIsComparedAndOpened) {
     EXPECT_EQ(result("scene.diff", {{"scene", "Work"}})["differences"], json::array());
     result("layout.select", {{"layout", "jarvis.quad-grid"}});
     desk.settle();
-    EXPECT_EQ(result("scene.diff", {{"scene", "Work"}})["differences"][0]["now"], "jarvis.quad-grid");
+    EXPECT_EQ(result("scene.diff", {{"scene", "Work"}})["differences"][0]["now"], "Quad Grid (2×2)");
     const json opened = result("scene.open", {{"scene", "work"}});
     EXPECT_EQ(opened["message"], "Scene “Work” restored");
     EXPECT_EQ(opened["awaited"], 0);

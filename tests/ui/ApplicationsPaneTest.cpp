@@ -34,7 +34,7 @@ TEST_F(ApplicationsInSettings, ShowWhatWasLearnedUntilItIsForgotten) {
     ASSERT_TRUE(until([&] { return list->topLevelItemCount() > 1; }));
     EXPECT_EQ(shown("Notes", 1), "Productivity");
     EXPECT_NE(shown("Notes", 3).find("(put there by you)"), std::string::npos) << shown("Notes", 3);
-    EXPECT_EQ(shown("Terminal", 3).substr(0, 22), "focus-main (preferred)");
+    EXPECT_EQ(shown("Terminal", 3).substr(0, 19), "Primary (preferred)");
     EXPECT_EQ(shown("Terminal", 2), "–");
     desk.opens("Zoom", {.secretMinimumSize = {{1500, 400}}}).settle();
     ask("place", {{"window", "zoom"}, {"tile", "2"}});
@@ -45,11 +45,13 @@ TEST_F(ApplicationsInSettings, ShowWhatWasLearnedUntilItIsForgotten) {
     list->setCurrentItem(list->findItems("Notes", Qt::MatchExactly).front());
     QTest::mouseClick(control<QPushButton>(window, "forget"), Qt::LeftButton);
     EXPECT_TRUE(until([&] { return shown("Notes", 0).empty(); }));
-    EXPECT_EQ(control<QLabel>(window, "forgotten")->text(), "Forgot the minimum sizes and usual tiles of Notes");
+    EXPECT_EQ(control<QLabel>(window, "forgotten")->text(), "Forgot the minimum sizes and tiles of Notes");
     list->setFocus();
     list->setCurrentItem(list->findItems("Zoom", Qt::MatchExactly).front());
     QTest::keyClick(list, Qt::Key_Delete);
     EXPECT_TRUE(until([&] { return shown("Zoom", 2).empty() || shown("Zoom", 2) == "–"; }));
+    ask("app.forget", {{"application", "Terminal"}});
+    EXPECT_TRUE(until([&] { return shown("Terminal", 3).find("preferred") == std::string::npos; })) << "by a command";
 }
 
 class GoldenApplicationsInSettings : public ApplicationsInSettings {};

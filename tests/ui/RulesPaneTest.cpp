@@ -60,33 +60,33 @@ class RulesInSettings : public WindowStage {
     RuleTable* table = nullptr;
 };
 
-constexpr const char* kThree = "Mail floats*, Notes → focus-main*, Terminal ignored*";
+constexpr const char* kThree = "Mail floats*, Notes → Primary*, Terminal ignored*";
 
 TEST_F(RulesInSettings, AreOrderedByPointerAndKeyboardAndFollowWhatChangesElsewhere) {
     addThree();
     openPane();
     ASSERT_TRUE(untilShown(kThree));
     drop(2, 0, 0.2);
-    ASSERT_TRUE(untilShown("Terminal ignored*, Mail floats*, Notes → focus-main*"));
+    ASSERT_TRUE(untilShown("Terminal ignored*, Mail floats*, Notes → Primary*"));
     drop(0, 1, 0.8);
-    ASSERT_TRUE(untilShown("Mail floats*, Terminal ignored*, Notes → focus-main*"));
+    ASSERT_TRUE(untilShown("Mail floats*, Terminal ignored*, Notes → Primary*"));
     drop(1, 1, 0.8); // where it is already
     QTest::keyClick(table, Qt::Key_Down, Qt::AltModifier);
     ASSERT_TRUE(untilShown(kThree));
     EXPECT_EQ(table->currentItem()->text(0), "Terminal ignored") << "the moved rule stays selected";
     QTest::keyClick(table, Qt::Key_Down, Qt::AltModifier); // there is nothing below it
     click("moveUp");
-    ASSERT_TRUE(untilShown("Mail floats*, Terminal ignored*, Notes → focus-main*"));
+    ASSERT_TRUE(untilShown("Mail floats*, Terminal ignored*, Notes → Primary*"));
     QTest::keyClick(table, Qt::Key_Space);
-    ASSERT_TRUE(untilShown("Mail floats*, Terminal ignored, Notes → focus-main*"));
+    ASSERT_TRUE(untilShown("Mail floats*, Terminal ignored, Notes → Primary*"));
     EXPECT_EQ(rules()[1]["isEnabled"], false);
     QTest::keyClick(table, Qt::Key_Delete);
-    ASSERT_TRUE(untilShown("Mail floats*, Notes → focus-main*"));
-    EXPECT_EQ(table->currentItem()->text(0), "Notes → focus-main") << "the neighbor of what was deleted";
+    ASSERT_TRUE(untilShown("Mail floats*, Notes → Primary*"));
+    EXPECT_EQ(table->currentItem()->text(0), "Notes → Primary") << "the neighbor of what was deleted";
 
     ask("rule.disable", {{"rule", "1"}});
     ask("rules.on");
-    EXPECT_TRUE(untilShown("Mail floats, Notes → focus-main*"));
+    EXPECT_TRUE(untilShown("Mail floats, Notes → Primary*"));
     EXPECT_TRUE(until([&] { return control<QCheckBox>(window, "rulesOn")->isChecked(); }));
     QTest::mouseClick(control<QCheckBox>(window, "rulesOn"), Qt::LeftButton, {}, {5, 5});
     EXPECT_TRUE(until([&] { return ask("rule.list")["result"]["isOn"] == false; }));
@@ -102,12 +102,12 @@ TEST_F(RulesInSettings, AreAddedForTheLastFocusedAndForOpenWindows) {
     ASSERT_TRUE(untilShown("Terminal floats*, Terminal ignored*"));
     auto* openWindows = control<QMenu>(window, "windowMenu");
     ASSERT_TRUE(until([&] { return openWindows->actions().size() >= 5; })) << "the pointer, a line, three windows";
-    disposition->setCurrentIndex(disposition->findText("Tile focus-main"));
+    disposition->setCurrentIndex(disposition->findText("Tile Primary"));
     for (QAction* action : openWindows->actions()) {
         if (action->text() == "Mail – Inbox") action->trigger();
     }
-    ASSERT_TRUE(untilShown("Terminal floats*, Terminal ignored*, Mail → focus-main*"));
-    EXPECT_EQ(table->currentItem()->text(0), "Mail → focus-main");
+    ASSERT_TRUE(untilShown("Terminal floats*, Terminal ignored*, Mail → Primary*"));
+    EXPECT_EQ(table->currentItem()->text(0), "Mail → Primary");
 
     // The next click picks, wherever it is.
     desk.arrange();

@@ -99,8 +99,8 @@ TEST_F(ScenesInSettings, SayWhatOpeningChangesAndOpen) {
     ask("layout.select", {{"layout", "jarvis.quad-grid"}});
     const auto* differences = control<QTreeWidget>(window, "differences");
     ASSERT_TRUE(until([&] { return differences->topLevelItemCount() > 0; }));
-    EXPECT_EQ(differences->topLevelItem(0)->text(1), "jarvis.dual-split");
-    EXPECT_EQ(differences->topLevelItem(0)->text(2), "jarvis.quad-grid");
+    EXPECT_EQ(differences->topLevelItem(0)->text(1), "Dual Split (2)");
+    EXPECT_EQ(differences->topLevelItem(0)->text(2), QString::fromUtf8("Quad Grid (2×2)"));
     click("openScene");
     EXPECT_TRUE(until([&] { return differences->topLevelItemCount() == 0; }));
     desk.settle();

@@ -1,8 +1,16 @@
 #include "ui/style/Style.h"
+#include "tests/linux/TemporaryFolder.h"
 #include "ui/style/ApplicationIcons.h"
 #include "ui/style/Colours.h"
+#include "ui/style/WidgetPalette.h"
+
+#include <QApplication>
+#include <QFontInfo>
+#include <QIcon>
 
 #include <gtest/gtest.h>
+
+#include <fstream>
 
 namespace kova::ui {
 
@@ -53,6 +61,21 @@ TEST(Style, NeighboursInPointsAreNeighboursInPixels) {
         EXPECT_EQ(style.px(makeRect(0, 0, 100, 20)).size(),
                   QSize(static_cast<int>(std::lround(100 * scale)), static_cast<int>(20 * scale)));
     }
+}
+
+TEST(WidgetFont, LeavesTheTextOfIconsVisible) {
+    applyWidgetFontHeight(13);
+    EXPECT_EQ(QFontInfo(QApplication::font()).pixelSize(), 13);
+    const TemporaryFolder folder;
+    const std::string path = (folder.path() / "letter.svg").string();
+    std::ofstream(path) << R"(<svg xmlns="http://www.w3.org/2000/svg" width="48" height="48"><text x="4" y="44">)"
+                        << R"(<tspan style="font-size:50px">X</tspan></text></svg>)";
+    const QImage image = QIcon(QString::fromStdString(path)).pixmap(48, 48).toImage();
+    int drawn = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) drawn += qAlpha(image.pixel(x, y)) > 0 ? 1 : 0;
+    }
+    EXPECT_GT(drawn, 200) << "pixels of " << image.width() * image.height();
 }
 
 TEST(ApplicationIcons, TheEntrysOwnIconCounts) {

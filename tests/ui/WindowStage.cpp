@@ -23,9 +23,8 @@ WindowStage::WindowStage() :
           .closedByUser = [this](const std::string& what) { closedByUser.push_back(what); }}) {
     qputenv("TZ", "UTC"); // pictures show times
     QApplication::setStyle(QStringLiteral("fusion"));
-    QFont font(QStringLiteral("DejaVu Sans"));
-    font.setPixelSize(static_cast<int>(points::smallText) + 1);
-    QApplication::setFont(font);
+    QApplication::setFont(QFont(QStringLiteral("DejaVu Sans")));
+    applyWidgetFontHeight(static_cast<int>(points::smallText) + 1);
     QApplication::setCursorFlashTime(0);
     link.start();
     EXPECT_TRUE(until([&] { return link.contents().has_value(); })) << "the agent does not answer";

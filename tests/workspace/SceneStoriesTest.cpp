@@ -64,6 +64,23 @@ TEST(SceneStories, EveryWindowIsBackInItsTileAndStack) {
     EXPECT_EQ(sceneDifferencesOf(desk, scene.id), "");
 }
 
+TEST(SceneStories, DifferencesAreToldInTheNamesThatTheUserSees) {
+    Scenario desk;
+    desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").opens("Notes").opens("Maps").arrange();
+    auto scene = sceneOf({"Notes||focus-main|0", "Mail||secondary-1|0"});
+    scene.themeID = "jarvis.neon-cyan";
+    scene.accentColorID = "system-red";
+    scene.displays.front().layoutWeights.splits["root"] = {3, 1};
+    EXPECT_EQ(sceneDifferencesOf(desk, importScene(desk, scene)),
+              "theme: Neon Cyan / KOVA Native\n"
+              "accent color: Red / Blue\n"
+              "sizes of A: Primary 72 × 100 %, Secondary 24 × 100 % / the layout's own\n"
+              "Notes: Primary on A / Secondary on A\n");
+    desk.layout("jarvis.quad-grid");
+    EXPECT_NE(sceneDifferencesOf(desk, scene.id).find("layout of A: Dual Split (2) / Quad Grid (2×2)\n"),
+              std::string::npos);
+}
+
 TEST(SceneStories, ASceneWithoutANameIsNamedAfterTheTime) {
     Scenario desk;
     desk.display(2560, 1440).opens("Mail").arrange();
@@ -269,7 +286,7 @@ TEST(SceneStories, TheFirstDisplayReplacesAMissingOne) {
     desk.desktop.removeDisplay("B");
     desk.advance(Seconds(1)); // it may be back in a moment
     EXPECT_EQ(sceneDifferencesOf(desk, lastScene(desk)), "display B: connected / not connected\n"
-                                                         "Mail “Mail”: A focus-main / in no tile\n");
+                                                         "Mail “Mail”: Primary on A / in no tile\n");
     openScene(desk, lastScene(desk)).expectTiles("Mail 15,15 1254x1382 | -");
 }
 
@@ -295,7 +312,7 @@ TEST(SceneStories, StackIndicesOfAnySizeCanBePrinted) {
     desk.display(2560, 1440).layout("jarvis.dual-split").opens("Mail").start();
     auto scene = sceneOf({"Mail||focus-main|1"});
     scene.placements.front().stackIndex = INT64_MAX;
-    EXPECT_EQ(sceneDifferencesOf(desk, importScene(desk, scene)), "Mail: A focus-main / in no tile\n")
+    EXPECT_EQ(sceneDifferencesOf(desk, importScene(desk, scene)), "Mail: Primary on A / in no tile\n")
         << "without a window before it, it is in front";
 }
 

@@ -28,7 +28,7 @@ struct Source {
 
 constexpr Source kSources[]{
     {Subject::scene, "scene.list", "scenes", "id", "name"},
-    {Subject::rule, "rule.list", "rules", "id", "name"},
+    {Subject::rule, "rule.list", "rules", "id", "label"},
     {Subject::window, "query.windows", "windows", "id", "title"},
     {Subject::application, "query.windows", "windows", "bundleIdentifier", "application"},
     {Subject::tile, "query.tiles", "tiles", "id", "name"},

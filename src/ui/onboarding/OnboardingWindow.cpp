@@ -25,7 +25,7 @@ constexpr int kWidthInLines = 50, kHeightInLines = 25; // of the window, in heig
 QLabel* heading(const QString& text) {
     auto* label = new QLabel(text);
     QFont font = label->font();
-    font.setPixelSize(font.pixelSize() * 3 / 2);
+    font.setPointSizeF(font.pointSizeF() * 1.5);
     font.setBold(true);
     label->setFont(font);
     label->setWordWrap(true);

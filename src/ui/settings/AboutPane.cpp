@@ -59,7 +59,7 @@ AgentRequest choose(const char* id) {
 AboutPane::AboutPane(WindowServices& services) : agent_(services.agent), version_(new QLabel(this)) {
     version_->setObjectName(QStringLiteral("version"));
     QFont large = version_->font();
-    large.setPixelSize(large.pixelSize() * 3 / 2);
+    large.setPointSizeF(large.pointSizeF() * 1.5);
     version_->setFont(large);
     version_->setText(QStringLiteral("KOVA"));
     auto* column = new QVBoxLayout(this);

@@ -50,8 +50,8 @@ QString sizeText(const json& size) {
 /// A line for each tile: what the user preferred, then where the application is kept.
 QStringList tileTexts(const json& application) {
     QStringList lines;
-    for (const json& slot : application.value("preferredSlots", json::array())) {
-        lines << ApplicationsPane::tr("%1 (preferred)").arg(QString::fromStdString(slot.get<std::string>()));
+    for (const json& name : application.value("preferredTiles", json::array())) {
+        lines << ApplicationsPane::tr("%1 (preferred)").arg(QString::fromStdString(name.get<std::string>()));
     }
     for (const json& place : application.value("places", json::array())) {
         const QString slot =

@@ -52,7 +52,7 @@ void RuleTable::show(const nlohmann::json& rules) {
     int row = 0;
     for (const nlohmann::json& rule : rules) {
         QTreeWidgetItem* item = topLevelItem(row++);
-        item->setText(kRuleName, memberText(rule, "name"));
+        item->setText(kRuleName, memberText(rule, "label"));
         item->setText(kRuleCriterion, RuleTexts::criterion(rule));
         item->setText(kRuleAction, RuleTexts::action(rule));
         item->setText(kRuleWindows, RuleTexts::windowCount(rule));

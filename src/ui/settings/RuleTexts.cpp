@@ -14,7 +14,8 @@ using nlohmann::json;
 
 QString RuleTexts::action(const json& rule) {
     const QString disposition = memberText(rule, "disposition");
-    if (disposition == QLatin1String("tile")) return tr("Tile %1").arg(memberText(rule, "slot"));
+    if (disposition == QLatin1String("tile"))
+        return tr("Tile %1").arg(memberText(rule, rule.contains("slotName") ? "slotName" : "slot"));
     return disposition == QLatin1String("float") ? tr("Float") : tr("Ignore");
 }
 

@@ -33,11 +33,11 @@ void addDisposition(QComboBox& box, const QString& text, const json& disposition
 }
 
 /// The entry for the disposition, which is added when there is none, as of a slot that no layout has.
-int indexOf(QComboBox& box, const json& disposition) {
+int indexOf(QComboBox& box, const json& disposition, const QString& text) {
     for (int index = 0; index < box.count(); ++index) {
         if (dispositionOf(box, index) == disposition) return index;
     }
-    addDisposition(box, RuleTexts::action(disposition), disposition);
+    addDisposition(box, text, disposition);
     return box.count() - 1;
 }
 
@@ -70,7 +70,7 @@ void RulesPane::opened() {
     services_.agent.follow();
     services_.agent.follow("settings");
     services_.agent.call(this, "layout.list", json::object(), [this](const Answer& answer) {
-        if (answer.error.empty()) fillDispositions(answer.result.value("layouts", json::array()));
+        if (answer.error.empty()) fillDispositions(answer.result.value("slots", json::array()));
     });
     showRules();
     fillWindowMenu();
@@ -235,27 +235,22 @@ void RulesPane::showSelected() {
     windows_->setText(isThere ? RuleTexts::windows(rule).split(u'\n').mid(0, kLongestWindowList).join(u'\n')
                               : QString());
     windows_->setToolTip(isThere ? RuleTexts::windows(rule) : QString());
-    if (isThere) disposition_->setCurrentIndex(indexOf(*disposition_, dispositionOf(rule)));
+    if (isThere) disposition_->setCurrentIndex(indexOf(*disposition_, dispositionOf(rule), RuleTexts::action(rule)));
 }
 
-void RulesPane::fillDispositions(const json& layouts) {
-    std::set<std::string> known;
+void RulesPane::fillDispositions(const json& slots) {
     for (QComboBox* box : {newDisposition_, disposition_}) {
         if (!box) continue;
         const json before = dispositionOf(*box, box->currentIndex());
-        known.clear();
+        const QString textBefore = box->currentText();
         box->clear();
         addDisposition(*box, tr("Float"), {{"disposition", "float"}});
         addDisposition(*box, tr("Ignore"), {{"disposition", "ignore"}});
-        for (const json& layout : layouts) {
-            for (const json& slot : layout.value("slots", json::array())) {
-                const std::string id = slot.value("id", "");
-                if (!known.insert(id).second) continue;
-                addDisposition(*box, tr("Tile %1").arg(QString::fromStdString(id)),
-                               {{"disposition", "tile"}, {"slot", id}});
-            }
+        for (const json& slot : slots) {
+            addDisposition(*box, tr("Tile %1").arg(memberText(slot, "name")),
+                           {{"disposition", "tile"}, {"slot", slot.value("id", "")}});
         }
-        if (before.is_object()) box->setCurrentIndex(indexOf(*box, before));
+        if (before.is_object()) box->setCurrentIndex(indexOf(*box, before, textBefore));
     }
 }
 

@@ -34,7 +34,7 @@ class RulesPane : public Pane {
 
     void showRules();
     void showSelected();
-    void fillDispositions(const nlohmann::json& layouts);
+    void fillDispositions(const nlohmann::json& slots);
     void fillWindowMenu();
     nlohmann::json selectedRule() const;
 

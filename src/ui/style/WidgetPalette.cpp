@@ -3,6 +3,9 @@
 #include "ui/style/Colours.h"
 
 #include <QApplication>
+#include <QScreen>
+
+#include <algorithm>
 
 namespace kova::ui {
 
@@ -30,6 +33,14 @@ void applyWidgetPalette(const Palette& colors) {
     menus.setColor(QPalette::Window, colors.raised);
     menus.setColor(QPalette::Base, colors.panel);
     QApplication::setPalette(menus, "QMenu");
+}
+
+void applyWidgetFontHeight(int pixels) {
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    const double pixelsPerInch = screen ? screen->logicalDotsPerInchY() : 96;
+    QFont font = QApplication::font();
+    font.setPointSizeF(std::max(1, pixels) * 72 / pixelsPerInch);
+    QApplication::setFont(font);
 }
 
 } // namespace kova::ui

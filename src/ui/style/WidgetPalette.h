@@ -11,5 +11,8 @@ namespace kova::ui {
 QPalette widgetPalette(const Palette& colors);
 /// Applies the colors to all widgets, existing and new.
 void applyWidgetPalette(const Palette& colors);
+/// The font of all widgets, at least one pixel high. It is set in typographic points: SVG icons with text stay blank
+/// while the application's font has its size in pixels.
+void applyWidgetFontHeight(int pixels);
 
 } // namespace kova::ui
